@@ -1,0 +1,26 @@
+# tarn_library(NAME SOURCES... [LINK targets...]): a static library of one layer.
+# tarn_module(NAME SOURCES... [LINK targets...]): a shared library lib<NAME>.so.
+# tarn_test(NAME SOURCES... [LINK targets...]): a test program, run by ctest.
+
+function(tarn_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC tarn_options ${ARG_LINK})
+endfunction()
+
+function(tarn_module name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} SHARED ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC tarn_options ${ARG_LINK})
+  install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endfunction()
+
+function(tarn_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE tarn_options ${ARG_LINK} GTest::gtest_main GTest::gmock)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT 300 ENVIRONMENT "TARN_SOURCE_DIR=${CMAKE_SOURCE_DIR}")
+endfunction()
