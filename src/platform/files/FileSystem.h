@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Result.h"
+
+namespace tarn {
+
+// What an examination of a regular file tells.
+struct FileStatus {
+  std::int64_t modifiedSeconds = 0;  // last modification, whole seconds since 1970, rounded down
+  std::uint64_t size = 0;            // bytes
+};
+
+struct FolderEntry {
+  std::string name;
+  bool isFolder = false;
+};
+
+// The disk, as everything above the platform layer sees it. Paths are those of Paths.h. A name
+// that is not there exactly is looked up without regard to case, component by component, and a
+// single match counts; a path with a drive is found only where a drive is mapped.
+//
+// All operations may be called from any thread. No operation leaves a file half written.
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  // A file or a folder stands there.
+  virtual bool Exists(const std::string& path) = 0;
+  virtual bool IsFolder(const std::string& path) = 0;
+  // Nothing unless a regular file stands there and can be examined.
+  virtual std::optional<FileStatus> Examine(const std::string& path) = 0;
+  // No write permission in the mode, or the machine refuses; true also for what does not exist.
+  virtual bool IsReadOnly(const std::string& path) = 0;
+
+  // The whole file; fails with NotAFile for a folder.
+  virtual Result<std::string> ReadWholeFile(const std::string& path) = 0;
+  // Replaces or creates the file in one step: whoever looks, also after a crash or on a full disk,
+  // sees the old bytes or the new ones. Keeps the mode bits, follows a symbolic link. Refuses a
+  // read-only file.
+  virtual Status WriteWholeFile(const std::string& path, std::string_view bytes) = 0;
+  // Overwrites what lies behind `offset` with `bytes` and cuts the file there, without replacing
+  // it. Fails with Changed unless the file is `expectedSize` bytes long. For files that are kept
+  // current by their writer alone.
+  virtual Status WriteTail(const std::string& path, std::uint64_t expectedSize,
+                           std::uint64_t offset, std::string_view bytes) = 0;
+  // Refuses a read-only file and a folder.
+  virtual Status RemoveFile(const std::string& path) = 0;
+  // Never overwrites.
+  virtual Status CopyFileTo(const std::string& from, const std::string& to) = 0;
+
+  // Creates the folder and whatever of its parents is missing.
+  virtual Status CreateFolders(const std::string& path) = 0;
+  // In the order of the names; "." and ".." left out.
+  virtual Result<std::vector<FolderEntry>> ListFolder(const std::string& path) = 0;
+
+  virtual std::string CurrentFolder() = 0;
+  virtual bool SetCurrentFolder(const std::string& path) = 0;
+  // Empty when the machine has none.
+  virtual std::string TemporaryFolder() = 0;
+  // A name in `folder` that starts with `prefix` and that no file has; the name was reserved by
+  // creating the file, which the caller may remove or overwrite.
+  virtual Result<std::string> ReserveName(const std::string& folder, std::string_view prefix) = 0;
+
+  // The disk of this machine; lives as long as the process.
+  static FileSystem& Native();
+};
+
+}  // namespace tarn

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/Result.h"
+
+namespace tarn {
+
+// What to start. The program is started directly, never through a shell.
+struct ProcessRequest {
+  std::string program;                 // a path, or a name that is looked for in PATH
+  std::vector<std::string> arguments;  // without the program's own name
+  // Added to, or put in place of, the environment of this process.
+  std::vector<std::pair<std::string, std::string>> environment;
+  std::string folder;  // working folder; empty: the current one
+};
+
+struct ProcessExit {
+  int code = 0;  // exit code; 128 + signal when a signal ended it
+  bool signalled = false;
+};
+
+// A running program in a process group of its own, so that stopping it takes its children along.
+// One thread may wait while others ask it to stop.
+class Process {
+ public:
+  virtual ~Process() = default;
+
+  // Reads both streams to their end, hands each piece on as it comes (called on the waiting
+  // thread; `fromErrorStream` tells which), then waits for the exit. Never deadlocks on a full
+  // pipe. Ends as soon as the program itself has ended and its group has closed the pipes, or a
+  // short grace time later when a grandchild keeps them open.
+  using OutputHandler = std::function<void(std::string_view text, bool fromErrorStream)>;
+  virtual ProcessExit WaitWithOutput(const OutputHandler& onOutput) = 0;
+
+  // Asks the whole group to end, and kills what is left of it after `grace`. Returns at once; may
+  // be called from any thread, also after the end.
+  virtual void Stop(std::chrono::milliseconds grace) = 0;
+};
+
+// Starts programs; the seam that tests replace.
+class ProcessLauncher {
+ public:
+  virtual ~ProcessLauncher() = default;
+  // NotFound when there is no such program.
+  virtual Result<std::unique_ptr<Process>> Start(const ProcessRequest& request) = 0;
+
+  static ProcessLauncher& Native();
+};
+
+// The full path of a program that PATH holds, or of a path as it stands; empty when there is none.
+std::string FindProgram(std::string_view name);
+
+}  // namespace tarn

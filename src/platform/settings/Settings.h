@@ -1,0 +1,53 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files/FileSystem.h"
+
+namespace tarn {
+
+// Where the settings of this machine and user lie. `TARN_SETTINGS` in the environment puts both
+// below one other folder.
+struct SettingsFolders {
+  std::string machine;   // /etc/tarn
+  std::string user;      // $XDG_CONFIG_HOME/tarn
+  std::string userData;  // $XDG_DATA_HOME/tarn: files that the user's programs make for themselves
+
+  static SettingsFolders FromEnvironment();
+};
+
+// The settings stores: the machine-wide registry (read only here), the application profile and
+// the drive table. Keys are paths with backslashes; names compare without regard to case. Every
+// store is a text file in the INI form, one section per key; nothing is cached, a write replaces
+// the file in one step and keeps unknown lines. Host's thread only.
+class Settings {
+ public:
+  Settings(FileSystem& fileSystem, SettingsFolders settingsFolders);
+
+  // A value of the registry, at most 259 bytes long; a longer one, a missing one and an
+  // unreadable store give nothing.
+  std::optional<std::string> ReadRegistry(std::string_view key, std::string_view name) const;
+  // Names of the keys directly below `key`, in the order of the file.
+  std::vector<std::string> RegistrySubkeys(std::string_view key) const;
+
+  // The profile's place; "Corvane\Tarn" until set.
+  void SetProfileKey(std::string_view key);
+  const std::string& GetProfileKey() const { return profileKey; }
+  std::string ReadProfile(std::string_view section, std::string_view name,
+                          std::string_view fallback) const;
+  bool WriteProfile(std::string_view section, std::string_view name, std::string_view value);
+
+  const SettingsFolders& GetFolders() const { return folders; }
+
+  static Settings& Native();
+
+ private:
+  FileSystem& files;
+  SettingsFolders folders;
+  std::string profileKey;
+};
+
+}  // namespace tarn
