@@ -49,6 +49,11 @@ class FileSystem {
   // current by their writer alone.
   virtual Status WriteTail(const std::string& path, std::uint64_t expectedSize,
                            std::uint64_t offset, std::string_view bytes) = 0;
+  // Like WriteWholeFile, for a file that nobody misses after a crash: it need not have reached the
+  // disk, and a symbolic link is replaced instead of followed.
+  virtual Status WriteScratchFile(const std::string& path, std::string_view bytes) {
+    return WriteWholeFile(path, bytes);
+  }
   // Refuses a read-only file and a folder.
   virtual Status RemoveFile(const std::string& path) = 0;
   // Never overwrites.

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "output/LogFile.h"
+#include "output/OutputViews.h"
+#include "platform/files/FileSystem.h"
+#include "platform/windowing/MessageLoop.h"
+#include "xml/XmlNode.h"
+
+namespace tarn {
+
+// The hub through which everything that a build has to say passes: it holds the tree of all
+// messages since the last reset, keeps the log file current, shows each message in the log view
+// and hands the tree to the report.
+//
+// Threads: every operation runs on the host's thread; a build's worker hands its messages over as
+// steps on that thread. That is why no lock guards the tree.
+//
+// Failures are silent: a log file that cannot be written is skipped and tried again at the next
+// save; tree and views stay correct.
+class CBuildOutput {
+ public:
+  // Bits of the flags.
+  static constexpr std::uint32_t kMergeToolFiles = 2;
+  static constexpr std::uint32_t kSaveEachMessage = 16;
+
+  // `disk` is borrowed for the hub's life.
+  explicit CBuildOutput(FileSystem& disk);
+  // Frees the texts of the process's message table. Leaves the log file (see DeleteLogFile).
+  ~CBuildOutput();
+
+  CBuildOutput(const CBuildOutput&) = delete;
+  CBuildOutput& operator=(const CBuildOutput&) = delete;
+
+  // Loads the message texts from "message.xslt" in the folder of the configuration file. Without a
+  // configuration file nothing is loaded; a missing or damaged message file leaves rows without a
+  // text. `host` gets a message for each row written; 0 for none.
+  void Initialise(const std::string& configFilePath, WindowHandle host);
+
+  // Borrowed until replaced or the hub's end; null for no window.
+  void SetViews(ILogView* log, IReportView* report);
+  // What the views need for their windows; empty until Initialise has found the files.
+  const std::string& GetViewTitle() const { return viewTitle; }
+  const std::string& GetConfigFolder() const { return configFolder; }
+
+  // Sets the flags to kMergeToolFiles alone: with a log file, tool files are merged and the log
+  // is saved when asked, not after each message. The file itself is not touched.
+  void SetLogFile(const std::string& path);
+  const std::string& GetLogFile() const { return logFile; }
+  // Removes the log file from the disk; the path stays. For the end of the hub's life.
+  void DeleteLogFile();
+
+  std::uint32_t GetFlags() const { return flags; }
+  // Adds the bits to those that are set.
+  void SetFlagBits(std::uint32_t bits) { flags |= bits; }
+
+  // Writes a row of the message table with its text's arguments filled in. A row without a text
+  // writes nothing. After an error row, log file and report are current.
+  //
+  // Sends kMsgLogLine to the host, whose handler may call back into the hub; the caller must not
+  // hold a node of the tree across this call.
+  void WriteMessage(int index, std::initializer_list<std::string> arguments = {});
+
+  // Adds the elements below the top element of a tool's message file. Nothing without
+  // kMergeToolFiles or without the file; a damaged file adds what could be read.
+  void MergeToolFile(const std::string& path);
+
+  // Adds a line of the host's own.
+  void AddOutput(const std::string& text);
+
+  // Makes the log file current; writes only what is new, and nothing when nothing is.
+  void SaveLog();
+  // Empties tree, log file and log view.
+  void ResetLog();
+  // Has the report made anew from the tree.
+  void UpdateReport();
+
+  // All messages since the last reset. The reference dies with the next ResetLog.
+  const CXmlNode& GetRoot() const { return *root; }
+
+ private:
+  void LoadMessages(const CXmlNode& messages);
+  void AnnounceAndSave(const CXmlNode& node);
+
+  FileSystem& disk;
+  std::string configFolder;
+  std::uint32_t flags = 33;
+  std::unique_ptr<CXmlNode> root;
+  std::string logFile;
+  std::string viewTitle;
+  std::string stylesheet;
+  WindowHandle hostWindow = 0;
+  ILogView* logView = nullptr;
+  IReportView* reportView = nullptr;
+  LogFileWriter writer;
+};
+
+}  // namespace tarn

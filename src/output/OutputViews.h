@@ -1,0 +1,31 @@
+#pragma once
+
+#include "xml/XmlNode.h"
+
+// The two views of the build output, as the hub sees them. The windows implement them, and so can
+// anything else that wants to follow a build; a hub without views works all the same.
+//
+// Both are called on the host's thread. The nodes are borrowed for the length of the call: a view
+// copies what it shows, since the next reset destroys the tree.
+namespace tarn {
+
+// The running log: one line for each element that arrives.
+class ILogView {
+ public:
+  virtual void AddMessage(const CXmlNode& node) = 0;
+  virtual void Clear() = 0;
+
+ protected:
+  ~ILogView() = default;
+};
+
+// The grid of errors and warnings, made from the whole tree each time.
+class IReportView {
+ public:
+  virtual void Update(const CXmlNode& root) = 0;
+
+ protected:
+  ~IReportView() = default;
+};
+
+}  // namespace tarn
