@@ -31,7 +31,8 @@ std::vector<std::string_view> Split(std::string_view text, char separator);
 // the value wraps to its low 32 bits. A null text gives 0.
 std::int32_t ParseDecimal(const char* text);
 // The whole text as a signed 64-bit decimal number, with white space allowed in front; nothing for
-// a text without digits. What stands behind the digits is ignored, as scanf does.
+// a text without digits or with a number too large. What stands behind the digits is ignored, as
+// scanf does.
 std::optional<std::int64_t> ParseInt64(std::string_view text);
 std::string ToDecimal(std::int64_t number);
 

@@ -1,0 +1,176 @@
+#include "platform/paths/Paths.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr std::string_view kEither = "/\\";
+
+char SeparatorOf(std::string_view path) {
+  return HasDrive(path) ? '\\' : kSeparator;
+}
+
+// What no ".." leads out of: a drive, a leading separator, both or nothing.
+std::size_t RootLength(std::string_view path) {
+  const std::size_t drive = HasDrive(path) ? 2 : 0;
+  return path.size() > drive && IsSeparator(path[drive]) ? drive + 1 : drive;
+}
+
+std::size_t LastComponent(std::string_view path) {
+  const std::size_t separator = path.find_last_of(kEither);
+  const std::size_t start = separator == path.npos ? 0 : separator + 1;
+  return HasDrive(path) ? std::max<std::size_t>(start, 2) : start;
+}
+
+// Where the extension starts; the end of the path when there is none.
+std::size_t ExtensionStart(std::string_view path) {
+  const std::size_t start = LastComponent(path);
+  const std::string_view last = path.substr(start);
+  if (last == "." || last == "..") return path.size();
+  const std::size_t dot = last.rfind('.');
+  return dot == last.npos ? path.size() : start + dot;
+}
+
+// A path with "." and ".." resolved.
+struct Components {
+  std::string root;  // "", "/", "C:" or "C:\"
+  std::vector<std::string_view> names;
+  bool endsInSeparator = false;
+};
+
+Components Resolve(std::string_view path) {
+  Components result;
+  const std::size_t root = RootLength(path);
+  const bool isDrive = HasDrive(path);
+  if (isDrive) result.root.assign(path, 0, 2);
+  if (root == 1 || root == 3) result.root += SeparatorOf(path);
+  std::string_view rest = path.substr(root);
+  while (!rest.empty()) {
+    const std::size_t end = std::min(rest.find_first_of(kEither), rest.size());
+    const std::string_view name = rest.substr(0, end);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    if (name.empty() || name == ".") continue;
+    if (name != "..") {
+      result.names.push_back(name);
+    } else if (!result.names.empty() && result.names.back() != "..") {
+      result.names.pop_back();
+    } else if (root == 0) {
+      result.names.push_back(name);  // a relative path may start above its base
+    }
+  }
+  result.endsInSeparator = !path.empty() && IsSeparator(path.back()) && !result.names.empty();
+  return result;
+}
+
+void AppendJoined(std::string& text, const std::vector<std::string_view>& names, std::size_t first,
+                  char separator) {
+  for (std::size_t i = first; i < names.size(); ++i) {
+    if (i > first) text += separator;
+    text += names[i];
+  }
+}
+
+}  // namespace
+
+bool IsSeparator(char c) {
+  return c == '/' || c == '\\';
+}
+
+bool HasDrive(std::string_view path) {
+  if (path.size() < 2 || path[1] != ':') return false;
+  return (path[0] >= 'a' && path[0] <= 'z') || (path[0] >= 'A' && path[0] <= 'Z');
+}
+
+bool IsRelativePath(std::string_view path) {
+  return path.empty() || (!IsSeparator(path[0]) && !HasDrive(path));
+}
+
+std::string CanonicalPath(std::string_view path) {
+  if (path.empty()) return {};
+  const Components parts = Resolve(path);
+  const char separator = SeparatorOf(path);
+  std::string result = parts.root;
+  AppendJoined(result, parts.names, 0, separator);
+  if (result.empty()) return ".";
+  if (parts.endsInSeparator) result += separator;
+  return result;
+}
+
+std::string RelativeDiskPath(std::string_view folder, std::string_view path) {
+  if (IsRelativePath(folder) || IsRelativePath(path)) return {};
+  const Components from = Resolve(folder);
+  const Components to = Resolve(path);
+  if (!EqualNoCase(from.root, to.root)) return {};
+  const bool caseBlind = HasDrive(path);
+  const auto same = [caseBlind](std::string_view a, std::string_view b) {
+    return caseBlind ? EqualNoCase(a, b) : a == b;
+  };
+  std::size_t common = 0;
+  while (common < from.names.size() && common < to.names.size() &&
+         same(from.names[common], to.names[common])) {
+    ++common;
+  }
+  std::string result = from.names.size() == common ? ".\\" : "";
+  for (std::size_t i = common; i < from.names.size(); ++i) result += "..\\";
+  if (common == to.names.size()) {
+    result.pop_back();  // the folder itself or one above it
+    return result;
+  }
+  AppendJoined(result, to.names, common, '\\');
+  if (to.endsInSeparator) result += '\\';
+  return result;
+}
+
+std::string FolderOf(std::string_view path) {
+  const std::size_t root = RootLength(path);
+  std::size_t end = std::max(LastComponent(path), root);
+  while (end > root && IsSeparator(path[end - 1])) --end;
+  return std::string(path.substr(0, end));
+}
+
+std::string WithoutExtension(std::string_view path) {
+  return std::string(path.substr(0, ExtensionStart(path)));
+}
+
+std::string WithExtension(std::string_view path, std::string_view extension) {
+  return WithoutExtension(path).append(extension);
+}
+
+std::string JoinPath(std::string_view folder, std::string_view name) {
+  return AddSeparator(folder).append(name);
+}
+
+std::string AddSeparator(std::string_view folder) {
+  std::string result(folder);
+  if (!folder.empty() && !IsSeparator(folder.back())) result += SeparatorOf(folder);
+  return result;
+}
+
+PathParts SplitPath(std::string_view path) {
+  const std::size_t drive = HasDrive(path) ? 2 : 0;
+  const std::size_t last = LastComponent(path);
+  const std::size_t extension = ExtensionStart(path);
+  return {std::string(path.substr(0, drive)), std::string(path.substr(drive, last - drive)),
+          std::string(path.substr(last, extension - last)), std::string(path.substr(extension))};
+}
+
+std::string FileNameOf(std::string_view path) {
+  return std::string(path.substr(LastComponent(path)));
+}
+
+std::string ExtensionOf(std::string_view path) {
+  return std::string(path.substr(ExtensionStart(path)));
+}
+
+std::string ToNativeSeparators(std::string_view path) {
+  std::string result(path);
+  if (!HasDrive(path)) std::replace(result.begin(), result.end(), '\\', kSeparator);
+  return result;
+}
+
+}  // namespace tarn

@@ -1,0 +1,384 @@
+#include "support/MemoryFileSystem.h"
+
+#include <algorithm>
+
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::testing {
+
+namespace {
+
+Error Fail(ErrorCode code, const std::string& path) {
+  return {code, "failed in memory with code " + std::to_string(static_cast<int>(code)), path};
+}
+
+std::string WithoutEndSeparator(std::string path) {
+  if (path.size() > 1 && path.back() == '/') path.pop_back();
+  return path;
+}
+
+bool HoldsControlByte(std::string_view path) {
+  return std::any_of(path.begin(), path.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; });
+}
+
+}  // namespace
+
+MemoryFileSystem::MemoryFileSystem(std::int64_t startSeconds) : now(startSeconds) {
+  AddFolders("/tmp");
+}
+
+// --- Setting the scene ---
+
+void MemoryFileSystem::AddFile(const std::string& path, std::string_view bytes) {
+  const std::lock_guard guard(lock);
+  const std::string absolute = Absolute(path);
+  AddFolders(FolderOf(absolute));
+  Entry& entry = entries[absolute];
+  entry.isFolder = false;
+  entry.bytes = bytes;
+  entry.modified = now;
+}
+
+void MemoryFileSystem::AddFolder(const std::string& path) {
+  const std::lock_guard guard(lock);
+  AddFolders(Absolute(path));
+}
+
+void MemoryFileSystem::Erase(const std::string& path) {
+  const std::lock_guard guard(lock);
+  const std::string absolute = Absolute(path);
+  std::erase_if(entries, [&absolute](const auto& each) {
+    return each.first == absolute || each.first.starts_with(AddSeparator(absolute));
+  });
+}
+
+void MemoryFileSystem::SetReadOnly(const std::string& path, bool readOnly) {
+  const std::lock_guard guard(lock);
+  entries.at(Absolute(path)).readOnly = readOnly;
+}
+
+void MemoryFileSystem::SetModified(const std::string& path, std::int64_t seconds) {
+  const std::lock_guard guard(lock);
+  entries.at(Absolute(path)).modified = seconds;
+}
+
+void MemoryFileSystem::MapDrive(char letter, const std::string& folder) {
+  const std::lock_guard guard(lock);
+  drives[FoldCase(std::string_view(&letter, 1))[0]] = Absolute(folder);
+}
+
+void MemoryFileSystem::SetNow(std::int64_t seconds) {
+  const std::lock_guard guard(lock);
+  now = seconds;
+}
+
+void MemoryFileSystem::Advance(std::int64_t seconds) {
+  const std::lock_guard guard(lock);
+  now += seconds;
+}
+
+std::int64_t MemoryFileSystem::Now() const {
+  const std::lock_guard guard(lock);
+  return now;
+}
+
+// --- Looking at the outcome ---
+
+std::optional<std::string> MemoryFileSystem::BytesOf(const std::string& path) const {
+  const std::lock_guard guard(lock);
+  const auto found = entries.find(Absolute(path));
+  if (found == entries.end() || found->second.isFolder) return std::nullopt;
+  return found->second.bytes;
+}
+
+std::optional<std::int64_t> MemoryFileSystem::ModifiedOf(const std::string& path) const {
+  const std::lock_guard guard(lock);
+  const auto found = entries.find(Absolute(path));
+  if (found == entries.end() || found->second.isFolder) return std::nullopt;
+  return found->second.modified;
+}
+
+bool MemoryFileSystem::HasFolder(const std::string& path) const {
+  const std::lock_guard guard(lock);
+  const auto found = entries.find(Absolute(path));
+  return found != entries.end() && found->second.isFolder;
+}
+
+std::vector<std::string> MemoryFileSystem::AllFiles() const {
+  const std::lock_guard guard(lock);
+  std::vector<std::string> names;
+  for (const auto& [name, entry] : entries) {
+    if (!entry.isFolder) names.push_back(name);
+  }
+  return names;
+}
+
+std::vector<std::string> MemoryFileSystem::Operations() const {
+  const std::lock_guard guard(lock);
+  return record;
+}
+
+std::vector<std::string> MemoryFileSystem::Operations(std::string_view verb) const {
+  const std::lock_guard guard(lock);
+  std::vector<std::string> lines;
+  for (const auto& line : record) {
+    if (line.starts_with(std::string(verb) + " ")) lines.push_back(line);
+  }
+  return lines;
+}
+
+std::vector<std::string> MemoryFileSystem::TakeOperations() {
+  const std::lock_guard guard(lock);
+  return std::exchange(record, {});
+}
+
+// --- Failures ---
+
+void MemoryFileSystem::FailOn(std::string_view verb, const std::string& path, ErrorCode code) {
+  const std::lock_guard guard(lock);
+  failures.push_back({std::string(verb), path.empty() ? "" : Absolute(path), code});
+}
+
+void MemoryFileSystem::FailNthWrite(std::size_t n, ErrorCode code) {
+  const std::lock_guard guard(lock);
+  writesUntilFailure = n;
+  nthWriteFailure = code;
+}
+
+void MemoryFileSystem::ClearFailures() {
+  const std::lock_guard guard(lock);
+  failures.clear();
+  writesUntilFailure = 0;
+}
+
+ErrorCode MemoryFileSystem::FailureFor(std::string_view verb, const std::string& path) {
+  const bool writes = verb == "write" || verb == "tail" || verb == "copy" || verb == "reserve";
+  if (writes && writesUntilFailure > 0 && --writesUntilFailure == 0) return nthWriteFailure;
+  for (const auto& failure : failures) {
+    if ((failure.verb.empty() || failure.verb == verb) &&
+        (failure.path.empty() || failure.path == path)) {
+      return failure.code;
+    }
+  }
+  return ErrorCode::None;
+}
+
+// --- Places ---
+
+// Empty for a path behind a drive that is not mapped.
+std::string MemoryFileSystem::Absolute(const std::string& path) const {
+  if (HasDrive(path)) {
+    const auto drive = drives.find(FoldCase(path.substr(0, 1))[0]);
+    if (drive == drives.end()) return {};
+    const std::string rest = ReplaceAll(path.substr(2), "\\", "/");
+    return WithoutEndSeparator(CanonicalPath(AddSeparator(drive->second) + rest));
+  }
+  return WithoutEndSeparator(
+      CanonicalPath(IsRelativePath(path) ? JoinPath(currentFolder, path) : path));
+}
+
+// The path with each component as it is spelled on the disk; what isn't there stays.
+std::string MemoryFileSystem::OnDisk(const std::string& absolute) const {
+  if (absolute.empty() || entries.contains(absolute)) return absolute;
+  const std::string folder = OnDisk(FolderOf(absolute));
+  const std::string prefix = AddSeparator(folder);
+  const std::string wanted = prefix + FileNameOf(absolute);
+  if (entries.contains(wanted)) return wanted;
+  std::string match;
+  for (auto each = entries.lower_bound(prefix);
+       each != entries.end() && each->first.starts_with(prefix); ++each) {
+    if (!EqualNoCase(each->first, wanted)) continue;
+    if (!match.empty()) return wanted;  // which of them is meant, nobody can tell
+    match = each->first;
+  }
+  return match.empty() ? wanted : match;
+}
+
+MemoryFileSystem::Place MemoryFileSystem::Begin(std::string_view verb, const std::string& path) {
+  Place place;
+  place.path = OnDisk(Absolute(path));
+  record.push_back(std::string(verb) + " " + (place.path.empty() ? path : place.path));
+  if (path.empty() || HoldsControlByte(path)) {
+    place.failure = ErrorCode::InvalidName;
+  } else if (place.path.empty()) {
+    place.failure = ErrorCode::NotFound;
+  } else {
+    place.failure = FailureFor(verb, place.path);
+  }
+  if (place.failure != ErrorCode::None) return place;
+  const auto found = entries.find(place.path);
+  if (found != entries.end()) place.entry = &found->second;
+  return place;
+}
+
+ErrorCode MemoryFileSystem::MayChangeEntries(const std::string& folder) const {
+  const auto found = entries.find(folder);
+  if (found == entries.end() || !found->second.isFolder) return ErrorCode::NotFound;
+  return found->second.readOnly ? ErrorCode::ReadOnly : ErrorCode::None;
+}
+
+void MemoryFileSystem::AddFolders(const std::string& absolute) {
+  if (absolute != "/") AddFolders(FolderOf(absolute));
+  Entry& entry = entries[absolute];
+  entry.isFolder = true;
+}
+
+Status MemoryFileSystem::Store(const Place& place, std::string_view bytes) {
+  const ErrorCode refused = MayChangeEntries(FolderOf(place.path));
+  if (refused != ErrorCode::None) return Fail(refused, place.path);
+  Entry& entry = entries[place.path];
+  entry.bytes = bytes;
+  entry.modified = now;
+  return {};
+}
+
+// --- FileSystem ---
+
+bool MemoryFileSystem::Exists(const std::string& path) {
+  const std::lock_guard guard(lock);
+  return Begin("exists", path).entry != nullptr;
+}
+
+bool MemoryFileSystem::IsFolder(const std::string& path) {
+  const std::lock_guard guard(lock);
+  const Place place = Begin("isfolder", path);
+  return place.entry != nullptr && place.entry->isFolder;
+}
+
+std::optional<FileStatus> MemoryFileSystem::Examine(const std::string& path) {
+  const std::lock_guard guard(lock);
+  const Place place = Begin("examine", path);
+  if (place.entry == nullptr || place.entry->isFolder) return std::nullopt;
+  return FileStatus{place.entry->modified, place.entry->bytes.size()};
+}
+
+bool MemoryFileSystem::IsReadOnly(const std::string& path) {
+  const std::lock_guard guard(lock);
+  const Place place = Begin("readonly", path);
+  return place.entry == nullptr || place.entry->readOnly;
+}
+
+Result<std::string> MemoryFileSystem::ReadWholeFile(const std::string& path) {
+  const std::lock_guard guard(lock);
+  const Place place = Begin("read", path);
+  if (place.failure != ErrorCode::None) return Fail(place.failure, path);
+  if (place.entry == nullptr) return Fail(ErrorCode::NotFound, path);
+  if (place.entry->isFolder) return Fail(ErrorCode::NotAFile, path);
+  return place.entry->bytes;
+}
+
+Status MemoryFileSystem::WriteWholeFile(const std::string& path, std::string_view bytes) {
+  const std::lock_guard guard(lock);
+  const Place place = Begin("write", path);
+  if (place.failure != ErrorCode::None) return Fail(place.failure, path);
+  if (place.entry != nullptr && place.entry->isFolder) return Fail(ErrorCode::NotAFile, path);
+  if (place.entry != nullptr && place.entry->readOnly) return Fail(ErrorCode::ReadOnly, path);
+  return Store(place, bytes);
+}
+
+Status MemoryFileSystem::WriteTail(const std::string& path, std::uint64_t expectedSize,
+                                   std::uint64_t offset, std::string_view bytes) {
+  const std::lock_guard guard(lock);
+  const Place place = Begin("tail", path);
+  if (place.failure != ErrorCode::None) return Fail(place.failure, path);
+  if (place.entry == nullptr) return Fail(ErrorCode::NotFound, path);
+  if (place.entry->isFolder) return Fail(ErrorCode::NotAFile, path);
+  if (place.entry->readOnly) return Fail(ErrorCode::ReadOnly, path);
+  if (place.entry->bytes.size() != expectedSize || offset > expectedSize) {
+    return Fail(ErrorCode::Changed, path);
+  }
+  place.entry->bytes.resize(offset);
+  place.entry->bytes += bytes;
+  place.entry->modified = now;
+  return {};
+}
+
+Status MemoryFileSystem::RemoveFile(const std::string& path) {
+  const std::lock_guard guard(lock);
+  const Place place = Begin("remove", path);
+  if (place.failure != ErrorCode::None) return Fail(place.failure, path);
+  if (place.entry == nullptr) return Fail(ErrorCode::NotFound, path);
+  if (place.entry->isFolder) return Fail(ErrorCode::NotAFile, path);
+  if (place.entry->readOnly) return Fail(ErrorCode::ReadOnly, path);
+  const ErrorCode refused = MayChangeEntries(FolderOf(place.path));
+  if (refused != ErrorCode::None) return Fail(refused, path);
+  entries.erase(place.path);
+  return {};
+}
+
+Status MemoryFileSystem::CopyFileTo(const std::string& from, const std::string& to) {
+  const std::lock_guard guard(lock);
+  const std::string target = OnDisk(Absolute(to));
+  const Place source = Begin("copy", from);
+  record.back() += " " + (target.empty() ? to : target);
+  if (source.failure != ErrorCode::None) return Fail(source.failure, from);
+  if (to.empty() || HoldsControlByte(to)) return Fail(ErrorCode::InvalidName, to);
+  if (target.empty()) return Fail(ErrorCode::NotFound, to);
+  const ErrorCode wanted = FailureFor("copy", target);
+  if (wanted != ErrorCode::None) return Fail(wanted, to);
+  if (source.entry == nullptr) return Fail(ErrorCode::NotFound, from);
+  if (source.entry->isFolder) return Fail(ErrorCode::NotAFile, from);
+  if (entries.contains(target)) return Fail(ErrorCode::AlreadyExists, to);
+  return Store({target, nullptr, ErrorCode::None}, std::string(source.entry->bytes));
+}
+
+Status MemoryFileSystem::CreateFolders(const std::string& path) {
+  const std::lock_guard guard(lock);
+  const Place place = Begin("folders", path);
+  if (place.failure != ErrorCode::None) return Fail(place.failure, path);
+  std::string above = place.path;
+  while (!entries.contains(above)) above = FolderOf(above);
+  if (!entries.at(above).isFolder) return Fail(ErrorCode::NotAFile, path);
+  if (above != place.path && entries.at(above).readOnly) return Fail(ErrorCode::ReadOnly, path);
+  AddFolders(place.path);
+  return {};
+}
+
+Result<std::vector<FolderEntry>> MemoryFileSystem::ListFolder(const std::string& path) {
+  const std::lock_guard guard(lock);
+  const Place place = Begin("list", path);
+  if (place.failure != ErrorCode::None) return Fail(place.failure, path);
+  if (place.entry == nullptr || !place.entry->isFolder) return Fail(ErrorCode::NotFound, path);
+  std::vector<FolderEntry> list;
+  for (const auto& [name, entry] : entries) {
+    if (name != "/" && FolderOf(name) == place.path) {
+      list.push_back({FileNameOf(name), entry.isFolder});
+    }
+  }
+  return list;
+}
+
+std::string MemoryFileSystem::CurrentFolder() {
+  const std::lock_guard guard(lock);
+  return currentFolder;
+}
+
+bool MemoryFileSystem::SetCurrentFolder(const std::string& path) {
+  const std::lock_guard guard(lock);
+  const Place place = Begin("enter", path);
+  if (place.entry == nullptr || !place.entry->isFolder) return false;
+  currentFolder = place.path;
+  return true;
+}
+
+std::string MemoryFileSystem::TemporaryFolder() {
+  return "/tmp";
+}
+
+Result<std::string> MemoryFileSystem::ReserveName(const std::string& folder,
+                                                  std::string_view prefix) {
+  const std::lock_guard guard(lock);
+  const Place place = Begin("reserve", folder);
+  if (place.failure != ErrorCode::None) return Fail(place.failure, folder);
+  std::string name;
+  do {
+    name = AddSeparator(place.path) + std::string(prefix) + std::to_string(++lastReserved);
+  } while (entries.contains(name));
+  const Status stored = Store({name, nullptr, ErrorCode::None}, "");
+  if (!stored) return stored.GetError();
+  return name;
+}
+
+}  // namespace tarn::testing
