@@ -1,0 +1,71 @@
+#include "patterns/Parser.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarn {
+namespace {
+
+using ByteSet = std::array<bool, 256>;
+
+ByteSet MakeSet(std::string_view bytes) {
+  ByteSet set{};
+  for (const char c : bytes) set[static_cast<unsigned char>(c)] = true;
+  return set;
+}
+
+// Hands out the pieces of a text; the ending byte may differ from piece to piece.
+class Pieces {
+ public:
+  explicit Pieces(std::string_view text) : rest(text) {}
+
+  // Skips ending bytes, then takes all up to the next one and steps over it. Empty at the end.
+  std::string_view Next(const ByteSet& ends) {
+    const auto isEnd = [&](char c) { return ends[static_cast<unsigned char>(c)]; };
+    const auto first = std::find_if_not(rest.begin(), rest.end(), isEnd);
+    const auto last = std::find_if(first, rest.end(), isEnd);
+    const std::string_view piece(first, last);
+    rest = std::string_view(last == rest.end() ? last : last + 1, rest.end());
+    return piece;
+  }
+
+ private:
+  std::string_view rest;
+};
+
+std::string Unquote(std::string_view token, Pieces& pieces) {
+  const char quote = token.front();
+  if (const std::size_t last = token.rfind(quote); last != 0) {
+    return std::string(token.substr(1, last - 1));
+  }
+  std::string result(token.substr(1));
+  if (const std::string_view piece = pieces.Next(MakeSet({&quote, 1})); !piece.empty()) {
+    result.append(1, ' ').append(piece);
+  }
+  return result;
+}
+
+}  // namespace
+
+CParser::CParser(std::string_view text, std::string_view separatorBytes)
+    : separators(separatorBytes) {
+  const ByteSet ends = MakeSet(separators);
+  Pieces pieces(text.substr(0, text.find('\0')));
+  for (auto token = pieces.Next(ends); !token.empty(); token = pieces.Next(ends)) {
+    const bool isQuoted = token.front() == '"' || token.front() == '\'';
+    tokens.push_back(isQuoted ? Unquote(token, pieces) : std::string(token));
+    ++count;
+  }
+  tokens.push_back("|");
+}
+
+std::string CParser::GetToken(int index) const {
+  return std::string(TokenView(index));
+}
+
+std::string_view CParser::TokenView(int index) const {
+  if (index < 0 || index > count) return {};
+  return tokens[static_cast<std::size_t>(index)];
+}
+
+}  // namespace tarn
