@@ -1,0 +1,51 @@
+# The front door. Each target sets up what it needs by itself (scripts/setup), so on a bare Debian
+# with git and make the first command can be any of these.
+
+JOBS ?= $(shell nproc)
+FUZZ_SECONDS ?= 60
+
+.PHONY: help demo test check format bench asan tsan fuzz clean
+
+help:
+	@echo "make demo     build everything, then a real firmware project, and run the firmware"
+	@echo "make test     build and run the tests"
+	@echo "make check    formatting, layers, headers, clang-tidy on changed files"
+	@echo "make format   put all sources into the project's format"
+	@echo "make bench    run the benchmarks"
+	@echo "make asan     tests with the address and undefined behaviour sanitizers"
+	@echo "make tsan     tests of threads with the thread sanitizer"
+	@echo "make fuzz     run each fuzz target for FUZZ_SECONDS=$(FUZZ_SECONDS) seconds"
+	@echo "make clean    remove what was built"
+
+demo:
+	scripts/demo
+
+test:
+	scripts/run-tests debug
+
+check:
+	scripts/setup build test check
+	scripts/check-format
+	scripts/check-layers
+	scripts/check-headers
+	cmake --preset debug
+	scripts/check-tidy
+
+format:
+	scripts/setup check
+	scripts/check-format --fix
+
+bench:
+	scripts/bench
+
+asan:
+	scripts/run-tests asan
+
+tsan:
+	scripts/run-tests tsan
+
+fuzz:
+	scripts/fuzz $(FUZZ_SECONDS)
+
+clean:
+	rm -rf build
