@@ -50,6 +50,9 @@ class CXmlEntityTable {
   std::size_t DecodeTo(char* out, std::string_view text) const;
 
  private:
+  // The first row whose reference stands at the start of `text`, or null.
+  const CXmlEntity* MatchReference(std::string_view text) const;
+
   std::span<const CXmlEntity> rows;
   std::array<const CXmlEntity*, 256> rowOfByte{};
   std::array<bool, 256> startsReference{};

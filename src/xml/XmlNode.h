@@ -48,7 +48,7 @@ class CXmlAttr {
 
  private:
   friend class CXmlNode;
-  friend class XmlReader;
+  friend class XmlPiece;
   CXmlAttr(const XmlName* attrName, const char* attrValue) : name(attrName), value(attrValue) {}
   ~CXmlAttr();
 
@@ -193,16 +193,39 @@ class CXmlNode {
   // The same, added to `out`, with `depth` tabs in front of the first line.
   void AppendText(std::string& out, const CXmlDisplayOptions& options, int depth) const;
 
-  static void* operator new(std::size_t size);
-  static void operator delete(void* memory);
+  // Room for attributes and texts behind a node, in the same piece of memory.
+  struct Extra {
+    std::size_t bytes;
+  };
+  static void* operator new(std::size_t size) { return ::operator new(size); }
+  static void* operator new(std::size_t size, Extra extra) {
+    return ::operator new(size + extra.bytes);
+  }
+  static void operator delete(void* memory) { ::operator delete(memory); }
+  static void operator delete(void* memory, Extra) { ::operator delete(memory); }
 
  private:
+  friend class XmlPiece;
   friend class XmlReader;
+
+  // Appends an attribute behind `last`, the present last one or null.
+  CXmlAttr* AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue);
+  bool IsOwnRecord(const CXmlAttr* attr) const;
+  void DestroyAttr(CXmlAttr* attr);
+  void DestroyAttrs();
+  void DestroyChildren();
+  // -1 when it isn't a child of this node.
+  std::int64_t FindChildIndex(const CXmlNode* child) const;
+  std::unique_ptr<CXmlNode> TakeChild(std::int64_t index);
+  CXmlNode* InsertChild(std::unique_ptr<CXmlNode> node, std::size_t index);
+  void ReserveChildren(std::size_t capacity);
+  // A free-standing copy, each of its nodes in one piece.
+  static std::unique_ptr<CXmlNode> MakeCopy(const CXmlNode& source);
 
   const XmlName* name;
   const char* value;
   CXmlNode* parent = nullptr;
-  CXmlNode** children = nullptr;
+  std::unique_ptr<CXmlNode*[]> children;
   std::uint32_t childCount = 0;
   std::uint32_t childCapacity = 0;
   CXmlAttr* firstAttr = nullptr;

@@ -1,0 +1,70 @@
+#include "xml/XmlEntities.h"
+
+namespace tarn {
+namespace {
+
+constexpr CXmlEntity kRows[] = {{'"', "&quot;"}, {'|', "&slash;"}};
+
+constexpr CXmlEntity kFullRows[] = {{'"', "&quot;"},      {'|', "&slash;"},     {'\'', "&apos;"},
+                                    {'&', "&amp;"},       {'<', "&lt;"},        {'>', "&gt;"},
+                                    {'\xB2', "&square;"}, {'\\', "&backslash;"}};
+
+}  // namespace
+
+constinit const CXmlEntityTable g_xmlEntities(kRows);
+constinit const CXmlEntityTable g_xmlEntitiesFull(kFullRows);
+
+std::string CXmlEntityTable::Encode(const char* text) const {
+  std::string out;
+  if (text) EncodeTo(out, text);
+  return out;
+}
+
+void CXmlEntityTable::EncodeTo(std::string& out, std::string_view text) const {
+  std::size_t written = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const CXmlEntity* row = rowOfByte[static_cast<unsigned char>(text[i])];
+    if (!row) continue;
+    out.append(text, written, i - written);
+    out.append(row->reference);
+    written = i + 1;
+  }
+  out.append(text, written);
+}
+
+std::string CXmlEntityTable::Decode(const char* text) const {
+  std::string out(text ? text : "");
+  out.resize(DecodeTo(out.data(), out));
+  return out;
+}
+
+std::size_t CXmlEntityTable::DecodeTo(char* out, std::string_view text) const {
+  char* const start = out;
+  std::size_t i = 0;
+  while (i < text.size()) {
+    const char c = text[i];
+    if (startsReference[static_cast<unsigned char>(c)]) {
+      if (const CXmlEntity* row = MatchReference(text.substr(i))) {
+        *out++ = row->character;
+        i += row->reference.size();
+        continue;
+      }
+      if (text.substr(i, 2) == "\r\n") {
+        i += 2;
+        continue;
+      }
+    }
+    *out++ = c;
+    ++i;
+  }
+  return static_cast<std::size_t>(out - start);
+}
+
+const CXmlEntity* CXmlEntityTable::MatchReference(std::string_view text) const {
+  for (const CXmlEntity& row : rows) {
+    if (!row.reference.empty() && text.starts_with(row.reference)) return &row;
+  }
+  return nullptr;
+}
+
+}  // namespace tarn

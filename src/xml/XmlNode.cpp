@@ -1,0 +1,261 @@
+#include "xml/XmlNode.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "xml/XmlText.h"
+
+namespace tarn {
+
+static_assert(sizeof(void*) != 8 || (sizeof(CXmlNode) == 56 && sizeof(CXmlAttr) == 24),
+              "large projects hold some hundred thousand of these");
+
+// --- Attributes ---
+
+CXmlAttr::~CXmlAttr() {
+  ReleaseName(name);
+  FreeText(value);
+}
+
+CXmlNode* CXmlAttr::GetParent() const {
+  const CXmlAttr* last = this;
+  while (!last->IsLast()) last = last->GetNext();
+  return reinterpret_cast<CXmlNode*>(last->link & ~std::uintptr_t{1});
+}
+
+void CXmlAttr::SetValue(XmlArg text) {
+  ReplaceText(value, text.View());
+}
+
+CXmlAttr* CXmlNode::GetAttr(XmlArg attrName) const {
+  if (attrName.IsNull()) return nullptr;
+  for (CXmlAttr& attr : Attributes()) {
+    if (attr.NameView() == attrName.View()) return &attr;
+  }
+  return nullptr;
+}
+
+const char* CXmlNode::GetAttrValue(XmlArg attrName) const {
+  const CXmlAttr* attr = GetAttr(attrName);
+  return attr ? attr->ValueText() : nullptr;
+}
+
+int CXmlNode::GetAttrCount() const {
+  int count = 0;
+  for (const CXmlAttr* attr = firstAttr; attr; attr = attr->GetNext()) ++count;
+  return count;
+}
+
+CXmlAttr* CXmlNode::GetAttrAt(int index) const {
+  if (index < 0) return nullptr;
+  CXmlAttr* attr = firstAttr;
+  for (; attr && index > 0; --index) attr = attr->GetNext();
+  return attr;
+}
+
+CXmlAttr* CXmlNode::SetAttrValue(XmlArg attrName, XmlArg attrValue) {
+  CXmlAttr* attr = GetAttr(attrName.IsNull() ? "" : attrName);
+  if (!attr) return AddAttr(attrName, attrValue);
+  attr->SetValue(attrValue);
+  return attr;
+}
+
+CXmlAttr* CXmlNode::AddAttr(XmlArg attrName, XmlArg attrValue) {
+  CXmlAttr* last = firstAttr;
+  while (last && !last->IsLast()) last = last->GetNext();
+  return AddAttrBehind(last, attrName, attrValue);
+}
+
+CXmlAttr* CXmlNode::AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue) {
+  // The value lies behind the record, in one piece with it.
+  const std::string_view text = attrValue.View().substr(0, attrValue.View().find('\0'));
+  void* memory = ::operator new(sizeof(CXmlAttr) + text.size() + 2);
+  char* place = static_cast<char*>(memory) + sizeof(CXmlAttr);
+  place[0] = kTextInside;
+  std::copy(text.begin(), text.end(), place + 1);
+  place[text.size() + 1] = '\0';
+
+  auto* attr = new (memory) CXmlAttr(AcquireName(attrName.View()), place + 1);
+  attr->LinkTo(this);
+  if (last) {
+    last->LinkTo(attr);
+  } else {
+    firstAttr = attr;
+  }
+  return attr;
+}
+
+bool CXmlNode::RemoveAttr(const CXmlAttr* attr) {
+  CXmlAttr* previous = nullptr;
+  for (CXmlAttr* at = firstAttr; at; previous = at, at = at->GetNext()) {
+    if (at != attr) continue;
+    if (previous) {
+      previous->link = at->link;
+    } else {
+      firstAttr = at->GetNext();
+    }
+    DestroyAttr(at);
+    return true;
+  }
+  return false;
+}
+
+bool CXmlNode::IsOwnRecord(const CXmlAttr* attr) const {
+  const auto first = reinterpret_cast<std::uintptr_t>(this + 1);
+  const auto address = reinterpret_cast<std::uintptr_t>(attr);
+  return address >= first && address < first + ownRecords * sizeof(CXmlAttr);
+}
+
+void CXmlNode::DestroyAttr(CXmlAttr* attr) {
+  attr->~CXmlAttr();
+  if (!IsOwnRecord(attr)) ::operator delete(attr);
+}
+
+void CXmlNode::DestroyAttrs() {
+  for (CXmlAttr* attr = firstAttr; attr;) {
+    CXmlAttr* next = attr->GetNext();
+    DestroyAttr(attr);
+    attr = next;
+  }
+  firstAttr = nullptr;
+}
+
+// --- The node ---
+
+CXmlNode::CXmlNode() : name(EmptyName()), value(EmptyText()) {}
+
+CXmlNode::~CXmlNode() {
+  Clear();
+  ReleaseName(name);
+  FreeText(value);
+}
+
+void CXmlNode::Clear() {
+  DestroyChildren();
+  DestroyAttrs();
+}
+
+void CXmlNode::SetName(XmlArg text) {
+  const XmlName* old = name;
+  name = AcquireName(text.View());
+  ReleaseName(old);
+}
+
+void CXmlNode::SetValue(XmlArg text) {
+  ReplaceText(value, text.View());
+}
+
+// --- Children ---
+
+// Goes down to the last leaf and back up again instead of one call per level, so that the depth of
+// a tree costs no stack.
+void CXmlNode::DestroyChildren() {
+  CXmlNode* at = this;
+  while (at != this || at->childCount > 0) {
+    if (at->childCount > 0) {
+      at = at->children[at->childCount - 1];
+      continue;
+    }
+    CXmlNode* above = at->parent;
+    --above->childCount;
+    delete at;
+    at = above;
+  }
+  children.reset();
+  childCapacity = 0;
+}
+
+CXmlNode* CXmlNode::GetChild(int index) const {
+  if (index < 0 || index >= GetChildCount()) return nullptr;
+  return children[static_cast<std::size_t>(index)];
+}
+
+std::vector<CXmlNode*> CXmlNode::GetChildren() const {
+  return {children.get(), children.get() + childCount};
+}
+
+CXmlNode* CXmlNode::FindChild(XmlArg childName) const {
+  if (childName.IsNull()) return nullptr;
+  for (std::uint32_t i = 0; i < childCount; ++i) {
+    if (children[i]->NameView() == childName.View()) return children[i];
+  }
+  return nullptr;
+}
+
+std::unique_ptr<CXmlNode> CXmlNode::CreateNode(XmlArg nodeName, XmlArg nodeValue) {
+  auto node = std::make_unique<CXmlNode>();
+  node->SetName(nodeName);
+  node->SetValue(nodeValue);
+  return node;
+}
+
+CXmlNode* CXmlNode::AppendChild(std::unique_ptr<CXmlNode> node) {
+  return InsertChild(std::move(node), childCount);
+}
+
+CXmlNode* CXmlNode::AddChild(XmlArg nodeName, XmlArg nodeValue) {
+  return AppendChild(CreateNode(nodeName, nodeValue));
+}
+
+CXmlNode* CXmlNode::InsertChildBefore(std::unique_ptr<CXmlNode> node, const CXmlNode* beforeChild) {
+  const std::int64_t index = FindChildIndex(beforeChild);
+  return InsertChild(std::move(node), index < 0 ? childCount : static_cast<std::size_t>(index));
+}
+
+CXmlNode* CXmlNode::AddCData(XmlArg text) {
+  auto node = CreateNode("#CDATA", text);
+  node->type = XmlCData;
+  return AppendChild(std::move(node));
+}
+
+CXmlNode* CXmlNode::AppendCopy(const CXmlNode& source) {
+  return AppendChild(MakeCopy(source));
+}
+
+bool CXmlNode::RemoveChild(const CXmlNode* child) {
+  const std::int64_t index = FindChildIndex(child);
+  if (index < 0) return false;
+  TakeChild(index);
+  return true;
+}
+
+std::unique_ptr<CXmlNode> CXmlNode::DetachChild(const CXmlNode* child) {
+  const std::int64_t index = FindChildIndex(child);
+  return index < 0 ? nullptr : TakeChild(index);
+}
+
+std::int64_t CXmlNode::FindChildIndex(const CXmlNode* child) const {
+  std::int64_t index = childCount;
+  while (--index >= 0) {
+    if (children[static_cast<std::size_t>(index)] == child) break;
+  }
+  return index;
+}
+
+std::unique_ptr<CXmlNode> CXmlNode::TakeChild(std::int64_t index) {
+  CXmlNode** place = children.get() + index;
+  std::unique_ptr<CXmlNode> child(*place);
+  std::copy(place + 1, children.get() + childCount, place);
+  --childCount;
+  return child;
+}
+
+CXmlNode* CXmlNode::InsertChild(std::unique_ptr<CXmlNode> node, std::size_t index) {
+  if (!node) return nullptr;
+  if (childCount == childCapacity) ReserveChildren(std::max<std::size_t>(4, childCount * 2));
+  CXmlNode** place = children.get() + index;
+  std::copy_backward(place, children.get() + childCount, children.get() + childCount + 1);
+  ++childCount;
+  node->parent = this;
+  return *place = node.release();
+}
+
+void CXmlNode::ReserveChildren(std::size_t capacity) {
+  std::unique_ptr<CXmlNode*[]> wider(new CXmlNode*[capacity]);
+  std::copy(children.get(), children.get() + childCount, wider.get());
+  children = std::move(wider);
+  childCapacity = static_cast<std::uint32_t>(capacity);
+}
+
+}  // namespace tarn

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "xml/XmlNode.h"
+#include "xml/XmlParseInfo.h"
+
+namespace tarn {
+
+// One forward pass over a terminated text that fills a node. Inside the xml folder only; the face
+// is CXmlNode::Load.
+//
+// Every reading step takes the position where it starts and gives the one behind what it read, or
+// null when the parse has failed. Open elements stand in a list of levels, so that the depth of a
+// text costs no stack. The children of all open elements wait in one list and go to their parent
+// together when it ends, into an array of just the right size.
+class XmlReader {
+ public:
+  explicit XmlReader(CXmlParseInfo& parseInfo);
+
+  const char* Read(CXmlNode& node, const char* text);
+
+ private:
+  // Bytes of the source text.
+  using Span = std::string_view;
+  struct AttrSpan {
+    const XmlName* name;
+    Span value;
+  };
+  struct Level {
+    CXmlNode* node;
+    std::unique_ptr<CXmlNode> owned;  // the same node; null for the one that the caller holds
+    std::size_t firstWaiting;
+    char* valuePlace;  // room for the value in the node's own memory; null when there is none
+    std::size_t valueRoom;
+  };
+
+  // What a child, or the caller's node, begins with: the parent's close tag, which it leaves
+  // standing, a comment or CDATA section, which it places in the parent, or an element.
+  const char* ReadStart(const char* p);
+  const char* ReadSpecialNodes(const char* p, bool& placedOne);
+  const char* ReadElement(const char* p);
+  const char* ReadAttributes(const char* p, const XmlName& element);
+  // Reads the end of a start tag and the first run of text behind it.
+  const char* ReadTagEnd(const char* p, bool& isOpen, Span& text);
+  // Reads what stands behind a complete child; true when it was the close tag of the level.
+  bool ReadBehindChild(const char*& p);
+  const char* ReadCloseTag(const char* p, bool& closesLevel);
+
+  bool IsReadingTop() const { return levels.empty(); }
+  bool PlaceSpecial(std::string_view name, CXmlNodeType type, Span text);
+  // Take over `name` and the names in `attrs`.
+  void FillTop(const XmlName* name, Span text, bool isOpen);
+  void PlaceElement(const XmlName* name, Span text, bool isOpen);
+  void Wait(std::unique_ptr<CXmlNode> node);
+  void CloseLevel();
+  void StoreValue(Level& level, Span text);
+
+  // Copies a stored text to `out`, decoded, and gives its length there.
+  std::size_t Store(char* out, Span text) const;
+  std::string Stored(Span text) const;
+
+  CXmlParseInfo& info;
+  const CXmlEntityTable* decoder;  // null when references stay as they are
+  CXmlNode* top = nullptr;
+  std::vector<Level> levels;
+  std::vector<std::unique_ptr<CXmlNode>> waiting;
+  std::vector<AttrSpan> attrs;  // of the start tag that is being read
+};
+
+}  // namespace tarn

@@ -1,0 +1,86 @@
+// The operations of a node that walk over everything below it. All keep a list of the open levels
+// instead of calling themselves, so that the depth of a tree costs no stack.
+#include <utility>
+#include <vector>
+
+#include "xml/XmlNode.h"
+#include "xml/XmlPiece.h"
+
+namespace tarn {
+namespace {
+
+// The first node below `top`, in document order, that fits.
+template <class Fits>
+CXmlNode* FindBelow(const CXmlNode& top, Fits fits) {
+  struct Level {
+    const CXmlNode* node;
+    int nextChild;
+  };
+  std::vector<Level> levels{{&top, 0}};
+  while (!levels.empty()) {
+    CXmlNode* child = levels.back().node->GetChild(levels.back().nextChild++);
+    if (!child) {
+      levels.pop_back();
+      continue;
+    }
+    if (fits(*child)) return child;
+    if (child->GetChildCount() > 0) levels.push_back({child, 0});
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+CXmlNode* CXmlNode::FindDescendant(XmlArg nodeName) const {
+  if (nodeName.IsNull()) return nullptr;
+  return FindBelow(*this, [&](const CXmlNode& node) { return node.NameView() == nodeName.View(); });
+}
+
+CXmlNode* CXmlNode::FindDescendantByAttr(XmlArg attrName, XmlArg attrValue) const {
+  if (attrName.IsNull() || attrValue.IsNull()) return nullptr;
+  return FindBelow(*this, [&](const CXmlNode& node) {
+    const char* found = node.GetAttrValue(attrName);
+    return found && found == attrValue.View();
+  });
+}
+
+std::unique_ptr<CXmlNode> CXmlNode::MakeCopy(const CXmlNode& source) {
+  struct Level {
+    const CXmlNode* from;
+    CXmlNode* to;
+  };
+  auto copy = XmlPiece::CopyAlone(source);
+  std::vector<Level> levels{{&source, copy.get()}};
+  while (!levels.empty()) {
+    const auto [from, to] = levels.back();
+    if (to->childCount == from->childCount) {
+      levels.pop_back();
+      continue;
+    }
+    if (to->childCount == 0) to->ReserveChildren(from->childCount);
+    const CXmlNode* child = from->children[to->childCount];
+    CXmlNode* childCopy = to->AppendChild(XmlPiece::CopyAlone(*child));
+    if (child->childCount > 0) levels.push_back({child, childCopy});
+  }
+  return copy;
+}
+
+void CXmlNode::CopyFrom(const CXmlNode& source) {
+  if (&source == this) return;
+  // Before anything of this node goes: `source` may lie below it.
+  const auto copy = MakeCopy(source);
+  Clear();
+  std::swap(name, copy->name);
+  SetValue(copy->value);
+  type = copy->type;
+  CXmlAttr* last = nullptr;
+  for (const CXmlAttr& attr : copy->Attributes()) {
+    last = AddAttrBehind(last, attr.NameView(), attr.ValueText());
+  }
+  std::swap(children, copy->children);
+  std::swap(childCount, copy->childCount);
+  std::swap(childCapacity, copy->childCapacity);
+  for (std::uint32_t i = 0; i < childCount; ++i) children[i]->parent = this;
+}
+
+}  // namespace tarn

@@ -1,0 +1,136 @@
+#include <string>
+#include <vector>
+
+#include "xml/XmlNode.h"
+
+namespace tarn {
+namespace {
+
+// One run over a tree into one growing buffer. Open elements stand in a list of levels, so that the
+// depth of a tree costs no stack. The indentation is this run's own.
+class XmlWriter {
+ public:
+  XmlWriter(std::string& buffer, const CXmlDisplayOptions& displayOptions)
+      : out(buffer),
+        options(displayOptions),
+        encoder(options.encodeEntities ? options.entityTable : nullptr) {}
+
+  void Write(const CXmlNode& root, int depth) {
+    startDepth = depth;
+    Open(root);
+    while (!levels.empty()) {
+      const CXmlNode& node = *levels.back().node;
+      if (const CXmlNode* child = node.GetChild(levels.back().nextChild)) {
+        ++levels.back().nextChild;
+        Open(*child);
+      } else {
+        CloseParent(node);
+        levels.pop_back();
+      }
+    }
+  }
+
+ private:
+  struct Level {
+    const CXmlNode* node;
+    int nextChild;
+  };
+
+  // A nameless element would be read as the close tag of its parent.
+  static bool IsWritten(const CXmlNode& node) {
+    return node.GetType() != XmlElement || !node.NameView().empty();
+  }
+
+  static bool HasWrittenChildren(const CXmlNode& node) {
+    for (int i = 0; const CXmlNode* child = node.GetChild(i); ++i) {
+      if (IsWritten(*child)) return true;
+    }
+    return false;
+  }
+
+  // Writes the whole node, or the start tag of one that has children and opens its level.
+  void Open(const CXmlNode& node) {
+    if (!IsWritten(node)) return;
+    NewLine(startDepth + static_cast<int>(levels.size()));
+    if (node.GetType() == XmlComment) {
+      out.append("<!--").append(node.ValueText()).append("-->");
+    } else if (node.GetType() == XmlCData) {
+      out.append("<![CDATA[").append(node.ValueText()).append("]]>");
+    } else {
+      OpenElement(node);
+    }
+  }
+
+  void OpenElement(const CXmlNode& node) {
+    out.append(1, '<').append(node.NameView());
+    if (node.GetFirstAttr()) out += ' ';
+    for (const CXmlAttr& attr : node.Attributes()) {
+      out.append(attr.NameView()).append(1, '=').append(1, options.quoteChar);
+      WriteValue(attr.ValueText());
+      out.append(1, options.quoteChar).append(1, ' ');
+    }
+    const bool isParent = HasWrittenChildren(node);
+    if (!isParent && !*node.ValueText()) {
+      out += "/>";
+      return;
+    }
+    out += '>';
+    if (isParent) {
+      levels.push_back({&node, 0});
+    } else {
+      WriteValue(node.ValueText());
+      CloseTag(node);
+    }
+  }
+
+  void CloseParent(const CXmlNode& node) {
+    const int depth = startDepth + static_cast<int>(levels.size());
+    if (*node.ValueText()) {
+      NewLine(depth);
+      WriteValue(node.ValueText());
+    }
+    NewLine(depth - 1);
+    CloseTag(node);
+  }
+
+  void CloseTag(const CXmlNode& node) { out.append("</").append(node.NameView()).append(1, '>'); }
+
+  void NewLine(int depth) {
+    if (!options.newline) return;
+    out += "\r\n";
+    if (depth > 0) out.append(static_cast<std::size_t>(depth), '\t');
+  }
+
+  void WriteValue(std::string_view value) {
+    const std::size_t start = out.size();
+    if (encoder) {
+      encoder->EncodeTo(out, value);
+    } else {
+      out.append(value);
+    }
+    // The last backslash of an odd run would protect the quote or the tag behind the value.
+    std::size_t run = 0;
+    while (start + run < out.size() && out[out.size() - 1 - run] == '\\') ++run;
+    if (run % 2 == 1) out += '\\';
+  }
+
+  std::string& out;
+  const CXmlDisplayOptions& options;
+  const CXmlEntityTable* encoder;  // null when texts are written as they are
+  int startDepth = 0;
+  std::vector<Level> levels;
+};
+
+}  // namespace
+
+std::string CXmlNode::ToString(const CXmlDisplayOptions& options) const {
+  std::string out;
+  AppendText(out, options, options.tabDepth);
+  return out;
+}
+
+void CXmlNode::AppendText(std::string& out, const CXmlDisplayOptions& options, int depth) const {
+  XmlWriter(out, options).Write(*this, depth);
+}
+
+}  // namespace tarn
