@@ -1,0 +1,163 @@
+// Bringing the manager up: configuration file, child objects, node types, default project.
+
+#include "automation/ProjectManager.h"
+#include "output/MessageTable.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr const char* kConfigFileName = "projectmanager.config";
+constexpr const char* kLogPrefix = "$opj";
+
+std::string BehindLastSeparator(const std::string& path) {
+  std::size_t start = path.size();
+  while (start > 0 && !IsSeparator(path[start - 1])) --start;
+  return path.substr(start);
+}
+
+}  // namespace
+
+std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char* givenDataPath,
+                                   std::int32_t mainframe) {
+  // A second Init would pull the child objects from under a project.
+  if (output) return 0;
+  mainframeHandle = mainframe;
+  const std::string root = givenApplicationPath != nullptr && *givenApplicationPath != '\0'
+                               ? std::string(givenApplicationPath)
+                               : ModuleFolder() + "/../";
+  dataPath = TextOf(givenDataPath);
+  if (!ChooseConfigFile(root)) return 0;
+  applicationPath = root;
+
+  propertyManager = std::make_unique<CPropertyManagerDriver>();
+  propertyManager->CreateDispatch(platform.classes, CPropertyManagerDriver::kProgId);
+  propertyManager->InitOptions(root, givenDataPath, mainframeHandle, 1);
+  propertyManager->ReadDefsFromFile("", configFilePath);
+
+  output = std::make_unique<CBuildOutput>(platform.files);
+  output->Initialise(configFilePath, mainframeHandle);
+  output->SetFlagBits(CBuildOutput::kSaveEachMessage);
+  NameLogFile();
+
+  toolManager = std::make_unique<CToolManagerDriver>();
+  if (mainframeHandle == 0) {
+    toolManager->CreateDispatch(platform.classes, CToolManagerDriver::kProgId);
+    toolManager->InitTools(givenApplicationPath, givenDataPath, mainframeHandle);
+  }
+
+  model = std::make_unique<CProjectModel>(platform.files);
+  if (!LoadConfiguration()) return 0;
+  model->applicationPath = givenApplicationPath != nullptr && *givenApplicationPath != '\0'
+                               ? givenApplicationPath
+                               : root;
+  model->dataPath = dataPath;
+  ChooseProfileKey();
+  SeedDefaultProject();
+  if (givenApplicationPath != nullptr) platform.files.SetCurrentFolder(givenApplicationPath);
+
+  activeObjectToken = platform.runningObjects.RegisterActiveObject(kClassId, this);
+  AddRef();  // held until Clean
+  return 1;
+}
+
+bool CProjectManager::ChooseConfigFile(const std::string& root) {
+  configFolder = root + "config" + kSeparator;
+  const std::string dataName = BehindLastSeparator(dataPath);
+  for (const std::string& name : {dataName + "_" + kConfigFileName, std::string(kConfigFileName)}) {
+    configFilePath = configFolder + name;
+    if (platform.files.Exists(configFilePath)) return true;
+  }
+  return false;
+}
+
+void CProjectManager::NameLogFile() {
+  const std::string folder = platform.files.TemporaryFolder();
+  if (folder.empty()) return;
+  const Result<std::string> name = platform.files.ReserveName(folder, kLogPrefix);
+  if (!name) return;
+  (void)platform.files.RemoveFile(*name);
+  output->SetLogFile(*name + ".xml");
+}
+
+bool CProjectManager::LoadConfiguration() {
+  model->output = output.get();
+  model->propertyManager = propertyManager.get();
+  model->toolManager = toolManager.get();
+  model->mainframeHandle = mainframeHandle;
+  model->configFilePath = configFilePath;
+  model->configFolder = configFolder;
+  model->examplesFolder = applicationPath + "examples" + kSeparator;
+
+  const Result<std::string> text = platform.files.ReadWholeFile(configFilePath);
+  CXmlNode configuration;
+  if (!text || configuration.Load(*text, g_xmlParseInfo) == nullptr) return false;
+  for (int i = 0; i < configuration.GetChildCount(); ++i) {
+    const CXmlNode& section = *configuration.GetChild(i);
+    if (section.NameView() != "Types") continue;
+    for (int record = 0; record < section.GetChildCount(); ++record) {
+      const CXmlNode& type = *section.GetChild(record);
+      if (type.GetType() == XmlElement) model->types.Add(type);
+    }
+  }
+  SendMenus(configuration);
+  return true;
+}
+
+void CProjectManager::SendMenus(const CXmlNode& configuration) {
+  const std::string caption = GetMessageText(kRowProjectWord);
+  for (int i = 0; i < configuration.GetChildCount(); ++i) {
+    const CXmlNode& section = *configuration.GetChild(i);
+    if (section.NameView() == "ToolBar") {
+      model->SendHost(kMsgCreateToolbar, caption, section.ToString(g_xmlDisplayOptions));
+    } else if (section.NameView() == "MainMenus") {
+      for (int menu = 0; menu < section.GetChildCount(); ++menu) {
+        const CXmlNode& entry = *section.GetChild(menu);
+        if (entry.GetType() != XmlElement) continue;
+        model->SendHost(kMsgAddMainMenu, caption, entry.ToString(g_xmlDisplayOptions));
+      }
+    }
+  }
+}
+
+std::string CProjectManager::OwnFolderName() const {
+  std::string name = BehindLastSeparator(applicationPath);
+  if (name.empty() && !applicationPath.empty()) {
+    name = BehindLastSeparator(applicationPath.substr(0, applicationPath.size() - 1));
+  }
+  return EqualNoCase(name, "Tarn") ? std::string() : name;
+}
+
+void CProjectManager::ChooseProfileKey() {
+  const std::string name = OwnFolderName();
+  if (!name.empty()) platform.settings.SetProfileKey("Corvane\\" + name);
+}
+
+void CProjectManager::SeedDefaultProject() {
+  const std::string base = dataPath.empty() ? platform.settings.GetFolders().userData : dataPath;
+  const std::string name = BehindLastSeparator(dataPath);
+  defaultProjectPath = base + kSeparator + name + ".tprj";
+  const std::string application = base + kSeparator + name + ".tapp";
+  if (platform.files.Exists(defaultProjectPath) && platform.files.Exists(application)) return;
+  // A copy that cannot be made is missed when the default project is opened.
+  const std::string seeds = ReadRegistryValue("Default Directories", "LastTargetConfig");
+  (void)platform.files.CopyFileTo(seeds + kSeparator + name + ".tprj", defaultProjectPath);
+  (void)platform.files.CopyFileTo(seeds + kSeparator + name + ".tapp", application);
+}
+
+std::int32_t CProjectManager::InitToolManager(IDispatch* toolManagerObject) {
+  if (toolManager) toolManager->AttachDispatch(toolManagerObject, false);
+  return 1;
+}
+
+std::int32_t CProjectManager::Clean() {
+  if (activeObjectToken == 0) return 1;
+  platform.runningObjects.RevokeActiveObject(activeObjectToken);
+  activeObjectToken = 0;
+  Release();
+  return 1;
+}
+
+}  // namespace tarn

@@ -1,0 +1,300 @@
+#include "automation/ProjectInspector.h"
+
+#include <cstdio>
+
+#include "platform/paths/Paths.h"
+#include "platform/text/Hash.h"
+#include "platform/text/Text.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+bool IsOptionCache(const CXmlNode& node) {
+  const std::string_view name = node.NameView();
+  return name == "PropState" || name == "#CDATA" || name == "Info";
+}
+
+void CopyShown(const CXmlNode& from, CXmlNode& to) {
+  to.SetName(from.NameView());
+  to.SetValue(Trim(from.ValueText()));
+  for (const CXmlAttr& attribute : from.Attributes()) {
+    to.AddAttr(attribute.NameView(), attribute.ValueText());
+  }
+  for (int i = 0; i < from.GetChildCount(); ++i) {
+    const CXmlNode& child = *from.GetChild(i);
+    if (child.GetType() != XmlElement || IsOptionCache(child)) continue;
+    CopyShown(child, *to.AddChild(child.NameView()));
+  }
+}
+
+const char* NameOf(StaleReason reason) {
+  switch (reason) {
+    case StaleReason::None:
+      return "";
+    case StaleReason::NoOutputName:
+      return "no-output-name";
+    case StaleReason::OutputMissing:
+      return "output-missing";
+    case StaleReason::NeverBuilt:
+      return "never-built";
+    case StaleReason::OutputChanged:
+      return "output-changed";
+    case StaleReason::PartMissing:
+      return "part-missing";
+    case StaleReason::PartNewer:
+      return "part-newer";
+    case StaleReason::SourceMissing:
+      return "source-missing";
+    case StaleReason::SourceNewer:
+      return "source-newer";
+    case StaleReason::DependencyMissing:
+      return "dependency-missing";
+    case StaleReason::DependencyNewer:
+      return "dependency-newer";
+  }
+  return "";
+}
+
+void CopyAttribute(const CXmlNode& from, const char* name, CXmlNode& to, const char* as) {
+  to.AddAttr(as, TextOf(from.GetAttrValue(name)));
+}
+
+// Walks the nodes below an application that take part in its build, in build order.
+template <class OnNode>
+void ForEachBuiltNode(const NodeTypes& types, CXmlNode& node, OnNode&& onNode) {
+  if ((types.FlagsOf(node) & kTypeBuild) == 0 || IsExactlyYes(node, "Exclude")) return;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode& child = *node.GetChild(i);
+    if (IsContentNode(child)) ForEachBuiltNode(types, child, onNode);
+  }
+  const char* tool = node.GetAttrValue("TranslateTool");
+  if (tool != nullptr && *tool != '\0') onNode(node);
+}
+
+template <class OnApplication>
+void ForEachApplication(CProjectModel& model, OnApplication&& onApplication) {
+  CXmlNode& root = model.GetProjectRoot();
+  for (int i = 0; i < root.GetChildCount(); ++i) {
+    CXmlNode& child = *root.GetChild(i);
+    if ((model.types.FlagsOf(child) & kTypeApplication) != 0) onApplication(child);
+  }
+}
+
+void AddStatus(CProjectModel& model, CXmlNode& application, CXmlNode& status) {
+  CXmlNode& entry = *status.AddChild("Application");
+  CopyAttribute(application, "Header", entry, "Header");
+  CopyAttribute(application, "Path", entry, "Path");
+  const char* config = application.GetAttrValue("Config");
+  entry.AddAttr("Config", config == nullptr ? kStandardConfig : config);
+  if (&application == model.GetActiveApplication()) entry.AddAttr("Active", "Yes");
+  bool partsAreStale = false;
+  ForEachBuiltNode(model.types, application, [&](CXmlNode& node) {
+    const StaleVerdict verdict = model.ExamineNode(node);
+    const bool waitsForParts = !verdict && &node == &application && partsAreStale;
+    if (!verdict && !waitsForParts) return;
+    partsAreStale = true;
+    CXmlNode& row = *entry.AddChild("Node");
+    CopyAttribute(node, "Header", row, "Header");
+    CopyAttribute(node, "Path", row, "Path");
+    CopyAttribute(node, "OutputFile", row, "OutputFile");
+    CopyAttribute(node, "TranslateTool", row, "Tool");
+    row.AddAttr("Reason", waitsForParts ? "parts-stale" : NameOf(verdict.reason));
+    row.AddAttr("File", verdict.file);
+  });
+}
+
+bool IsSamePath(const std::string& a, const std::string& b, bool exactly) {
+  return exactly ? a == b : EqualNoCase(a, b);
+}
+
+}  // namespace
+
+const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
+  using I = CProjectInspector;
+  static const DispatchTable<CProjectInspector> table({
+      Method<&I::Attach>("Attach", 1, {"manager"}),
+      Method<&I::PublishAll>("PublishAll", 2, {}),
+      Method<&I::GetTree>("GetTree", 3, {}),
+      Method<&I::GetStatus>("GetStatus", 4, {}),
+      Method<&I::GetBuildInputs>("GetBuildInputs", 5, {}),
+      Method<&I::GetToolInput>("GetToolInput", 6, {"applicationHeader", "outputFile"}),
+      Method<&I::GetPropertyManager>("GetPropertyManager", 7, {}),
+      Method<&I::SelectNodeByKey>("SelectNodeByKey", 8, {"key"}),
+      Method<&I::ExplainOption>("ExplainOption", 9, {"setname", "sectionname", "propertyname"}),
+  });
+  return table;
+}
+
+CProjectModel* CProjectInspector::Model() const {
+  auto* object = static_cast<CProjectManager*>(manager.Get());
+  return object == nullptr ? nullptr : object->GetModel();
+}
+
+std::int32_t CProjectInspector::Attach(IDispatch* managerObject) {
+  if (dynamic_cast<CProjectManager*>(managerObject) == nullptr) return 0;
+  manager = DispatchPtr(managerObject);
+  return 1;
+}
+
+std::int32_t CProjectInspector::PublishAll() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->PublishAll();
+  return 1;
+}
+
+std::string CProjectInspector::GetTree() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  CXmlNode copy;
+  CopyShown(model->GetProjectRoot(), copy);
+  return copy.ToString(g_xmlDisplayOptions);
+}
+
+std::string CProjectInspector::GetStatus() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  if (!model->IsWorkerAlive()) model->ForgetFileTimes();
+  CXmlNode status;
+  status.SetName("Status");
+  ForEachApplication(*model,
+                     [&](CXmlNode& application) { AddStatus(*model, application, status); });
+  return status.ToString(g_xmlDisplayOptions);
+}
+
+std::string CProjectInspector::GetBuildInputs() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  std::string lines;
+  std::string tool;
+  std::string files;
+  ForEachApplication(*model, [&](CXmlNode& application) {
+    lines += "A " + TextOf(application.GetAttrValue("Header")) + "\n";
+    ForEachBuiltNode(model->types, application, [&](CXmlNode& node) {
+      const CXmlNode* values = FindStoredValues(node);
+      if (values == nullptr || !model->GetToolInput(node, tool, files)) return;
+      const std::uint64_t hash = HashBytes(values->ValueText(), HashBytes(files, HashBytes(tool)));
+      char digits[17];
+      std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(hash));
+      lines += "N ";
+      lines += digits;
+      lines += ' ';
+      lines += TextOf(node.GetAttrValue("OutputFile"));
+      lines += '\n';
+    });
+  });
+  return lines;
+}
+
+std::string CProjectInspector::GetToolInput(const char* applicationHeader, const char* outputFile) {
+  CProjectModel* model = Model();
+  if (model == nullptr || applicationHeader == nullptr || outputFile == nullptr) return {};
+  CXmlNode input;
+  ForEachApplication(*model, [&](CXmlNode& application) {
+    if (!EqualNoCase(TextOf(application.GetAttrValue("Header")), applicationHeader)) return;
+    ForEachBuiltNode(model->types, application, [&](CXmlNode& node) {
+      const char* output = node.GetAttrValue("OutputFile");
+      const CXmlNode* values = FindStoredValues(node);
+      if (output == nullptr || values == nullptr || !EqualNoCase(output, outputFile)) return;
+      std::string tool;
+      std::string files;
+      model->GetToolInput(node, tool, files);
+      input.Clear();
+      input.SetName("Input");
+      input.AddAttr("Tool", tool);
+      input.AddAttr("Files", files);
+      input.AddCData(values->ValueText());
+    });
+  });
+  return input.NameView().empty() ? std::string() : input.ToString(g_xmlDisplayOptions);
+}
+
+DispatchPtr CProjectInspector::GetPropertyManager() {
+  auto* object = static_cast<CProjectManager*>(manager.Get());
+  if (object == nullptr || object->GetPropertyManager() == nullptr) return {};
+  return DispatchPtr(object->GetPropertyManager()->GetDispatch());
+}
+
+namespace {
+
+CXmlNode* FindByPath(const CProjectModel& model, CXmlNode& node, const std::string& path,
+                     bool exactly) {
+  std::string own = TextOf(node.GetAttrValue("Path"));
+  if (!own.empty()) model.MakeAbsolutePath(own, own, nullptr);
+  if (!own.empty() && IsSamePath(own, path, exactly)) return &node;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode& child = *node.GetChild(i);
+    if (!IsContentNode(child)) continue;
+    if (CXmlNode* found = FindByPath(model, child, path, exactly)) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::int32_t CProjectInspector::SelectNodeByKey(const char* key) {
+  CProjectModel* model = Model();
+  if (model == nullptr || key == nullptr || *key == '\0') return 0;
+  CXmlNode& root = model->GetProjectRoot();
+  CXmlNode* found = nullptr;
+  const std::string folders[] = {FileSystem::Native().CurrentFolder(), model->GetProjectFolder()};
+  for (const bool exactly : {true, false}) {
+    for (const std::string& folder : folders) {
+      std::string path;
+      model->MakeAbsolutePath(key, path, folder.c_str());
+      if (found == nullptr) found = FindByPath(*model, root, path, exactly);
+    }
+  }
+  if (found == nullptr) FindTreeNode(key, "Header", &root, found);
+  if (found == nullptr) return 0;
+  model->SetCurrentNode(found);
+  return 1;
+}
+
+std::string CProjectInspector::ExplainOption(const char* set, const char* section,
+                                             const char* property) {
+  CProjectModel* model = Model();
+  CXmlNode* node = model == nullptr ? nullptr : model->GetCurrentNode();
+  if (node == nullptr) return {};
+  const std::string setName = TextOf(set).empty() ? node->GetName() : TextOf(set);
+  CXmlNode explanation;
+  explanation.SetName("Option");
+  explanation.AddAttr("Node", TextOf(node->GetAttrValue("Header")));
+  explanation.AddAttr("Value", static_cast<CProjectManager*>(manager.Get())
+                                   ->GetPropertyValue(setName.c_str(), section, property));
+  const std::string current = model->GetCurrentConfigName();
+  std::vector<CXmlNode*> chain;
+  model->CollectOptionChain(chain, node);
+  for (const CXmlNode* level : chain) {
+    const CXmlNode* options = level->FindChild("Options");
+    for (int i = 0; options != nullptr && i < options->GetChildCount(); ++i) {
+      const CXmlNode* config = options->GetChild(i);
+      CXmlNode* found = nullptr;
+      FindChildNode(setName.c_str(), "Header", config, found);
+      CXmlNode* inSection = nullptr;
+      FindChildNode(section, "Header", found, inSection);
+      CXmlNode* value = nullptr;
+      FindChildNode(property, "Header", inSection, value);
+      if (value == nullptr) continue;
+      const std::uint32_t flags = model->types.FlagsOf(*level);
+      CXmlNode& from = *explanation.AddChild("From");
+      from.AddAttr("Kind", (flags & kTypeApplication) != 0 ? "application"
+                           : (flags & kTypeProject) != 0   ? "project"
+                           : (flags & kTypeIsLeaf) != 0    ? "node"
+                                                           : "group");
+      from.AddAttr("Header", TextOf(level->GetAttrValue("Header")));
+      const std::string configName = TextOf(config->GetAttrValue("Header"));
+      from.AddAttr("Config", configName);
+      const bool counts =
+          EqualNoCase(configName, current) ||
+          (EqualNoCase(TextOf(section), "General") && EqualNoCase(configName, kStandardConfig));
+      from.AddAttr("Current", counts ? "Yes" : "No");
+      from.AddAttr("Text", value->ToString(g_xmlDisplayOptions));
+    }
+  }
+  return explanation.ToString(g_xmlDisplayOptions);
+}
+
+}  // namespace tarn

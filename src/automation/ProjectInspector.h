@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "automation/ProjectManager.h"
+
+namespace tarn {
+
+// A read-only companion of the manager, for hosts that explain: the tree as text, what is out of
+// date and why, what a tool would be given, where an option's value comes from. It changes nothing
+// in a project; it selects and publishes nodes, as a user's clicks would.
+//
+// Lives on the manager's thread and keeps the manager alive. Before Attach every call gives 0 or an
+// empty text.
+class CProjectInspector : public DispatchObject<CProjectInspector> {
+ public:
+  static constexpr const char* kProgId = "TarnProjectManager.ProjectInspector";
+
+  static const DispatchTable<CProjectInspector>& Table();
+
+  // 0 when it is no manager of this library.
+  std::int32_t Attach(IDispatch* managerObject);
+  // Every node gets its option values and derived attributes now.
+  std::int32_t PublishAll();
+  // The tree as XML text, without what is only kept in memory for options.
+  std::string GetTree();
+  // Per application the nodes that have work to do, in build order, each with its reason.
+  std::string GetStatus();
+  // Lines: "A <application>", then "N <hash> <output file>" for each node with a tool. The hash is
+  // one of all that the tool would be given.
+  std::string GetBuildInputs();
+  // What the node's tool would be given; empty when there is no such node.
+  std::string GetToolInput(const char* applicationHeader, const char* outputFile);
+  DispatchPtr GetPropertyManager();
+  // Makes the node current that has this path (absolute, or relative to the current folder or the
+  // project's), else the one with this label. 0 when there is none.
+  std::int32_t SelectNodeByKey(const char* key);
+  // The stored values of one option from the outermost level to the current node.
+  std::string ExplainOption(const char* set, const char* section, const char* property);
+
+ private:
+  CProjectModel* Model() const;
+
+  DispatchPtr manager;
+};
+
+}  // namespace tarn

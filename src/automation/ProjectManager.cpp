@@ -1,0 +1,173 @@
+#include "automation/ProjectManager.h"
+
+#include "platform/text/Text.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+DispatchResult NotImplemented(const char* method) {
+  return {DispatchStatus::NotImplemented, std::string(method) + " is not implemented", -1};
+}
+
+}  // namespace
+
+ServerPlatform ServerPlatform::Native() {
+  return {FileSystem::Native(), Settings::Native(), ClassRegistry::Native(),
+          RunningObjectTable::Native()};
+}
+
+CProjectManager::CProjectManager(const ServerPlatform& serverPlatform) : platform(serverPlatform) {}
+
+CProjectManager::~CProjectManager() {
+  if (activeObjectToken != 0) platform.runningObjects.RevokeActiveObject(activeObjectToken);
+  // A living worker uses all the others until it has ended.
+  if (model) model->StopAndWait();
+  if (output) output->DeleteLogFile();
+  output.reset();
+  propertyManager.reset();
+  toolManager.reset();
+  model.reset();
+}
+
+void CProjectManager::OnFinalRelease() {
+  if (model && model->IsInWorkerStep()) {
+    model->RequestStop();
+    model->mainframeHandle = 0;
+    model->RunAfterWorker([this] { delete this; });
+    return;
+  }
+  delete this;
+}
+
+DispatchResult CProjectManager::Invoke(DispatchId id, std::span<const Variant> arguments,
+                                       Variant& result) {
+  if (model && model->IsWorkerAlive()) model->ServeWorker();
+  return DispatchObject::Invoke(id, arguments, result);
+}
+
+std::int32_t CProjectManager::ProjectOpen(const char* projectPath) {
+  if (!model) return 0;
+  const bool isOpenAlready = projectPath != nullptr && model->IsOpen() &&
+                             EqualNoCase(projectPath, model->GetProjectPath());
+  if (isOpenAlready) return 0;
+  const bool isDefault = projectPath != nullptr && EqualNoCase(projectPath, defaultProjectPath);
+  if (!model->CloseProject()) return 0;
+  if (model->OpenProject(projectPath, isDefault ? 1 : 0)) return 1;
+  // A handler may have opened another project meanwhile; that one stays.
+  if (!model->IsOpen()) model->OpenProject(defaultProjectPath.c_str(), 1);
+  return 0;
+}
+
+std::int32_t CProjectManager::ProjectClose() {
+  if (!model) return 0;
+  const bool wasDefault = model->IsDefaultProject();
+  if (!model->CloseProject() || wasDefault) return 0;
+  model->OpenProject(defaultProjectPath.c_str(), 1);
+  return 1;
+}
+
+std::int32_t CProjectManager::ProjectSave() {
+  if (!model) return 0;
+  model->SaveProject();
+  return 1;
+}
+
+std::int32_t CProjectManager::ProjectNew(const char* projectPath) {
+  if (!model || !model->CloseProject()) return 0;
+  if (model->NewProject(projectPath)) return 1;
+  if (!model->IsOpen()) model->OpenProject(defaultProjectPath.c_str(), 1);
+  return 0;
+}
+
+std::int32_t CProjectManager::ProjectBuild() {
+  return model ? model->BuildHere() : 0;
+}
+
+// The windows are made by a window toolkit; without one there is none to announce.
+std::int32_t CProjectManager::GetProjectWindow() {
+  return 0;
+}
+std::int32_t CProjectManager::GetOutputWindow() {
+  return 0;
+}
+std::int32_t CProjectManager::GetReportWindow() {
+  return 0;
+}
+
+std::int32_t CProjectManager::GetPropertyWindow() {
+  return propertyManager ? propertyManager->GetPropertyWindow() : 0;
+}
+
+std::int32_t CProjectManager::SelectApplication(const char* header) {
+  if (!model) return 0;
+  CXmlNode* found = nullptr;
+  FindTreeNode(header, "Header", &model->GetProjectRoot(), found);
+  model->SetCurrentNode(found);
+  return 1;
+}
+
+std::int32_t CProjectManager::SelectNode(const char* path) {
+  if (!model) return 0;
+  CXmlNode* found = nullptr;
+  FindChildNode(path, "Path", model->GetActiveApplication(), found);
+  model->SetCurrentNode(found);
+  return 1;
+}
+
+DispatchResult CProjectManager::AddExistingItem(const char*, const char*) {
+  return NotImplemented("AddExistingItem");
+}
+
+DispatchResult CProjectManager::AddNewItem(const char*, const char*) {
+  return NotImplemented("AddNewItem");
+}
+
+DispatchResult CProjectManager::RemoveItem(const char*) {
+  return NotImplemented("RemoveItem");
+}
+
+std::int32_t CProjectManager::SetBuildInfo(const char* filePath, const char* xmlInfo) {
+  return model ? model->SetBuildInfo(filePath, xmlInfo) : 0;
+}
+
+std::string CProjectManager::GetDynamicCommands(std::uint32_t commandId) {
+  return model ? model->GetDynamicCommands(commandId) : std::string();
+}
+
+std::string CProjectManager::GetSymbolInfo(const char* symbolName) {
+  return model ? model->GetSymbolInfo(symbolName) : std::string();
+}
+
+void CProjectManager::ReportMessage(const char* text) {
+  if (model) model->ReportMessage(text);
+}
+
+std::string CProjectManager::GetSelectedApplicationsList(const char* separator) {
+  std::string list;
+  const CXmlNode* application = model ? model->GetActiveApplication() : nullptr;
+  if (application != nullptr && application->GetAttr("Path") != nullptr) {
+    model->CollectDebugFiles(list, application, application, TextOf(separator));
+  }
+  return list;
+}
+
+std::string CProjectManager::GetSelectedFilesList(const char* separator) {
+  std::string list;
+  const CXmlNode* application = model ? model->GetActiveApplication() : nullptr;
+  if (application != nullptr && application->GetAttr("Path") != nullptr) {
+    model->CollectLinkFiles(list, application, true, application, TextOf(separator));
+  }
+  return list;
+}
+
+DispatchResult CProjectManager::ReadIniValue(const char*, const char*, const char*) {
+  return NotImplemented("ReadIniValue");
+}
+
+DispatchResult CProjectManager::WriteIniValue(const char*, const char*, const char*, const char*) {
+  return NotImplemented("WriteIniValue");
+}
+
+}  // namespace tarn

@@ -1,0 +1,133 @@
+// Calls that only hand the host the settings stores: option values, the machine-wide registry.
+
+#include "automation/ProjectManager.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "project/FileAccess.h"
+
+namespace tarn {
+
+namespace {
+
+std::string KeyOf(const char* set, const char* section, const char* property) {
+  return TextOf(set) + "." + TextOf(section) + "." + TextOf(property);
+}
+
+}  // namespace
+
+std::int32_t CProjectManager::ReadDefsFromFile(const char* set, const char* file) {
+  if (!model) return 0;
+  model->ForgetExtensions();
+  return propertyManager->ReadDefsFromFile(set, file);
+}
+
+// A name that is no file is looked for in the configuration folder, without a further test.
+std::string CProjectManager::FindConfigFile(const char* file) const {
+  const std::string name = TextOf(file);
+  return platform.files.Exists(name) ? name : configFolder + name;
+}
+
+std::int32_t CProjectManager::ReadConfigFromFile(const char* config, const char* set,
+                                                 const char* section, const char* property,
+                                                 const char* file) {
+  if (!model) return 0;
+  if (file == nullptr) {
+    return propertyManager->ReadConfigFromFile(config, set, section, property, file);
+  }
+  return propertyManager->ReadConfigFromFile(config, set, section, property, FindConfigFile(file));
+}
+
+std::int32_t CProjectManager::UpdateCurNodeConfig(const char* set, const char* file) {
+  if (!model) return 1;
+  model->ForgetExtensions();
+  propertyManager->ReadDefsFromFile(set, FindConfigFile(file));
+  return 1;
+}
+
+std::string CProjectManager::GetPropertyValue(const char* set, const char* section,
+                                              const char* property) {
+  return propertyManager ? propertyManager->GetPropertyValue(set, section, property)
+                         : std::string();
+}
+
+std::int32_t CProjectManager::SetPropertyValue(const char* set, const char* section,
+                                               const char* property, const char* value) {
+  if (!model) return 0;
+  model->ForgetExtensions();
+  return propertyManager->SetPropertyValue(set, section, property, value);
+}
+
+std::string CProjectManager::GetPropertyStringValue(const char* set, const char* section,
+                                                    const char* property) {
+  return propertyManager ? propertyManager->GetPropertyStringValue(set, section, property)
+                         : std::string();
+}
+
+std::int32_t CProjectManager::EnableProperty(const char* set, const char* section,
+                                             const char* property, std::int32_t enable) {
+  return propertyManager ? propertyManager->EnableProperty(set, section, property, enable) : 0;
+}
+
+std::int32_t CProjectManager::HideProperty(const char* set, const char* section,
+                                           const char* property, std::int32_t hide) {
+  if (!propertyManager) return 0;
+  if (!TextOf(property).empty()) {
+    return propertyManager->HideProperty(set, section, property, hide);
+  }
+  if (!TextOf(section).empty()) return propertyManager->HideSection(set, section, hide);
+  return propertyManager->HideSet(set, hide);
+}
+
+std::int32_t CProjectManager::SavePropertyValue(const char* set, const char* section,
+                                                const char* property, const char* value) {
+  if (!model) return 0;
+  model->ForgetExtensions();
+  const std::int32_t result = propertyManager->SetPropertyValue(set, section, property, value);
+  model->StoreChangedProperty(KeyOf(set, section, property));
+  return result;
+}
+
+std::int32_t CProjectManager::ResetPropertyValue(const char* set, const char* section,
+                                                 const char* property) {
+  if (!model) return 0;
+  // Resetting reads its key from the left, where an empty set would leave no trace.
+  std::string setName = TextOf(set);
+  if (setName.empty()) setName = model->GetCurrentNode()->GetName();
+  return model->ResetStoredProperty(KeyOf(setName.c_str(), section, property));
+}
+
+std::string CProjectManager::GetCurConfig() {
+  if (!model) return {};
+  return propertyManager->GetConfigText(model->GetCurrentConfigName(), "", "", "");
+}
+
+std::string CProjectManager::ReadRegistryValue(const char* key, const char* name) {
+  const std::string own = OwnFolderName();
+  const std::string base =
+      own.empty() ? std::string("Software\\Corvane\\Tarn7\\") : "Software\\Corvane\\" + own + "\\";
+  return platform.settings.ReadRegistry(base + TextOf(key), TextOf(name)).value_or(std::string());
+}
+
+std::string CProjectManager::GetSelectedApplication() {
+  const CXmlNode* application = model ? model->GetActiveApplication() : nullptr;
+  return application == nullptr ? std::string() : TextOf(application->GetAttrValue("Path"));
+}
+
+std::string CProjectManager::GetSelectedDBI() {
+  const std::string path = GetSelectedApplication();
+  if (path.empty() || !model->HasTypeFlag(*model->GetActiveApplication(), "Debug")) return {};
+  std::string debugFile = WithExtension(path, ".dbi");
+  model->MakeAbsolutePath(debugFile, debugFile, nullptr);
+  CheckFileAccess(platform.files, debugFile, kMustBeWritable | kCreateFolder, *output);
+  return debugFile;
+}
+
+std::int32_t CProjectManager::ExecuteScript(const char* scriptPath) {
+  if (!model) return 0;
+  const Result<std::string> script = platform.files.ReadWholeFile(TextOf(scriptPath));
+  if (!script) return script.GetError().code == ErrorCode::Io ? 1 : 0;
+  model->SendHost(kMsgRunScript, *script, 0);
+  return 1;
+}
+
+}  // namespace tarn

@@ -1,0 +1,160 @@
+// What tools report about their outputs, and what the host may ask around a build.
+
+#include "output/MessageTable.h"
+#include "patterns/Parser.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "project/ProjectModel.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+// Adds every node whose output a report can reach. A node hides what lies below it only for its own
+// value; of several nodes with one value the last in document order is reached.
+void IndexOutputs(CXmlNode& node, const CXmlNode& start,
+                  std::unordered_map<std::string, CXmlNode*>& index) {
+  if (const char* outputFile = node.GetAttrValue("OutputFile")) {
+    bool isHidden = false;
+    for (const CXmlNode* above = &node; !isHidden && above != &start;) {
+      above = above->GetParent();
+      const char* value = above->GetAttrValue("OutputFile");
+      isHidden = value != nullptr && EqualNoCase(value, outputFile);
+    }
+    if (!isHidden) index[FoldCase(outputFile)] = &node;
+  }
+  for (int i = 0; i < node.GetChildCount(); ++i) IndexOutputs(*node.GetChild(i), start, index);
+}
+
+}  // namespace
+
+std::int32_t CProjectModel::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
+  const TreeUpdate update(views);
+  CXmlNode records;
+  records.Load(TextOf(xmlinfo), g_xmlParseInfo);
+  CXmlNode* const application = walkApplication != nullptr ? walkApplication : activeApplication;
+  if (application == nullptr) return 0;
+  for (int i = 0; i < records.GetChildCount(); ++i) {
+    const CXmlNode& record = *records.GetChild(i);
+    CXmlNode* node = FindNodeByOutput(*application, record.GetAttrValue("Header"));
+    if (node == nullptr) continue;
+    const std::string infos = TextOf(record.GetAttrValue("Infos"));
+    const std::string date = TextOf(record.GetAttrValue("Date"));
+    RecordBuildInfo(node, infos.c_str(), date.c_str());
+    ReplaceDependencies(*node, record);
+  }
+  // What was good or stale may have changed its mind.
+  fileTimes.Forget();
+  if (activeApplication != nullptr) views.LoadGlobals(GlobalsFileOf(*activeApplication));
+  return 1;
+}
+
+CXmlNode* CProjectModel::FindNodeByOutput(CXmlNode& application, const char* outputFile) {
+  if (outputFile == nullptr) return nullptr;
+  if (nodesByOutputOwner != &application || nodesByOutputEpoch != outputEpoch) {
+    nodesByOutput.clear();
+    IndexOutputs(application, application, nodesByOutput);
+    nodesByOutputOwner = &application;
+    nodesByOutputEpoch = outputEpoch;
+  }
+  const auto found = nodesByOutput.find(FoldCase(outputFile));
+  return found == nodesByOutput.end() ? nullptr : found->second;
+}
+
+void CProjectModel::ReplaceDependencies(CXmlNode& node, const CXmlNode& record) {
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    CXmlNode* child = node.GetChild(i);
+    if (child->NameView() != "Dependencies") continue;
+    ForgetPointersInto(*child);
+    node.RemoveChild(child);
+    break;
+  }
+  if (record.GetChildCount() == 0) return;
+  auto dependencies = CXmlNode::CreateNode("Dependencies");
+  dependencies->AddAttr("Header", "Dependencies");
+  for (int i = 0; i < record.GetChildCount(); ++i) {
+    CXmlNode* copy = dependencies->AppendCopy(*record.GetChild(i));
+    const CXmlNode* type = FindTypeByFileExtension(TextOf(copy->GetAttrValue("Header")));
+    if (type != nullptr) copy->SetName(type->NameView());
+    if (copy->GetAttr("OutputFile") != nullptr) ++outputEpoch;
+  }
+  node.AppendChild(std::move(dependencies));
+}
+
+std::int32_t CProjectModel::RecordBuildInfo(CXmlNode* node, const char* infos, const char* date) {
+  if (node == nullptr) return 0;
+  const char* path = node->GetAttrValue("Path");
+  std::string desc;
+  if ((types.FlagsOf(*node) & kTypeApplication) != 0) {
+    desc = GetMessageText(kRowApplicationInformation);
+  } else if (path != nullptr) {
+    desc = GetMessageText(kRowLabelPath);
+  }
+  desc += " \t " + TextOf(path);
+  std::string info = " ";
+  if (infos != nullptr) {
+    desc += "\n" + GetMessageText(kRowLabelOutputFile) + " \t\t " +
+            TextOf(node->GetAttrValue("OutputFile")) + "\n";
+    if (const char* config = node->GetAttrValue("Config")) {
+      desc += GetMessageText(kRowLabelConfiguration) + " \t " + config + "\n";
+    }
+    const auto saysYes = [node](const char* name) {
+      const char* value = node->GetAttrValue(name);
+      return value != nullptr && EqualNoCase(value, "Yes");
+    };
+    if (saysYes("Exclude")) info += "[Excluded from Build] ";
+    if (saysYes("LinkExclude")) info += "[Excluded from Link] ";
+    info += infos;
+    desc += GetMessageText(kRowLabelInformation) + " \t " + infos + "\n";
+    if (date != nullptr) {
+      desc +=
+          GetMessageText(kRowLabelDate) + " \t\t " + FormatLocalTime(ParseInt64(date).value_or(0));
+      node->SetAttrValue("LastBuilt", date);
+    }
+  }
+  node->SetAttrValue("Info", info);
+  node->SetAttrValue("Desc", desc);
+  return 1;
+}
+
+const CXmlNode* CProjectModel::FindTypeByFileExtension(const std::string& path) {
+  if (!typesByExtensionKnown) {
+    typesByExtension.clear();
+    const CXmlNode& records = types.GetRoot();
+    for (int i = 0; i < records.GetChildCount(); ++i) {
+      const CXmlNode* record = records.GetChild(i);
+      std::string extensions =
+          propertyManager->GetPropertyValue("Target", "Internal", record->GetName() + "-Ext");
+      if (extensions.empty()) extensions = TextOf(record->GetAttrValue("Extension"));
+      const CParser entries(extensions, ";");
+      for (int entry = 0; entry < entries.GetCount(); ++entry) {
+        typesByExtension["." + FoldCase(entries.GetToken(entry))] = record;
+      }
+    }
+    typesByExtensionKnown = true;
+  }
+  const auto found = typesByExtension.find(FoldCase(ExtensionOf(path)));
+  return found == typesByExtension.end() ? nullptr : found->second;
+}
+
+std::string CProjectModel::GetDynamicCommands(std::uint32_t commandId) {
+  const bool hasCommands = dynamicCommands != nullptr && dynamicCommands->GetChildCount() > 0;
+  if (commandId != static_cast<std::uint32_t>(kFirstDynamicCommand) || !hasCommands) return {};
+  return dynamicCommands->ToString(g_xmlDisplayOptions);
+}
+
+std::string CProjectModel::GetSymbolInfo(const char* symbolName) {
+  const CXmlNode* symbols = views.globals == nullptr ? nullptr : views.globals->GetSymbols();
+  CXmlNode* found = nullptr;
+  FindChildNode(symbolName, "Header", symbols, found);
+  return found == nullptr ? std::string() : found->ToString(g_xmlDisplayOptions);
+}
+
+void CProjectModel::ReportMessage(const char* text) {
+  output->AddOutput(TextOf(text));
+  output->SaveLog();
+  output->UpdateReport();
+}
+
+}  // namespace tarn

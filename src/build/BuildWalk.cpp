@@ -1,0 +1,305 @@
+#include "build/BuildWalk.h"
+
+#include <unordered_set>
+
+#include "output/MessageTable.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr std::size_t kMaxNodesAhead = 512;
+
+// Gathers paths that are not known yet, each once.
+class PathGatherer {
+ public:
+  PathGatherer(const FileTimes& fileTimes, std::vector<std::string>& gatheredPaths)
+      : times(fileTimes), paths(gatheredPaths) {}
+
+  void Add(const char* path) {
+    if (!times.Knows(path) && seen.insert(path).second) paths.emplace_back(path);
+  }
+  void AddNode(const CXmlNode& node) {
+    found.clear();
+    Staleness::CollectFiles(node, found);
+    for (const char* path : found) Add(path);
+  }
+  // Nodes of the subtree, at most `limit` of them; gives how many.
+  std::size_t AddSubtree(const CXmlNode& node, std::size_t limit) {
+    if (limit == 0) return 0;
+    std::size_t count = 1;
+    AddNode(node);
+    for (int i = 0; i < node.GetChildCount() && count < limit; ++i) {
+      const CXmlNode* child = node.GetChild(i);
+      if (IsContentNode(*child)) count += AddSubtree(*child, limit - count);
+    }
+    return count;
+  }
+
+ private:
+  const FileTimes& times;
+  std::vector<std::string>& paths;
+  std::unordered_set<std::string_view> seen;
+  std::vector<const char*> found;
+};
+
+}  // namespace
+
+BuildWalk::BuildWalk(CProjectModel& projectModel, bool examinesElsewhere)
+    : model(projectModel), asksForTimes(examinesElsewhere), treeEpoch(projectModel.treeEpoch) {}
+
+void BuildWalk::BeginBuild(CXmlNode* node, std::int32_t buildMode) {
+  mode = buildMode;
+  if (node != nullptr) frames.push_back({node, Stage::Enter, {}, 0, true, 0});
+}
+
+void BuildWalk::BeginTranslate(CXmlNode* node) {
+  if (node != nullptr) frames.push_back({node, Stage::Translate, {}, 0, true, 0});
+}
+
+void BuildWalk::BeginTool(CXmlNode* node, const std::string& tool) {
+  usesGivenTool = true;
+  givenTool = tool;
+  BeginTranslate(node);
+}
+
+bool BuildWalk::LostTree() const {
+  return model.treeEpoch != treeEpoch;
+}
+
+bool BuildWalk::IsOver(const std::optional<Clock::time_point>& deadline) const {
+  return deadline && Clock::now() >= *deadline;
+}
+
+WalkRequest BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
+  currentDeadline = deadline;
+  WalkRequest request;
+  while (!frames.empty()) {
+    if (LostTree()) {
+      frames.clear();
+      succeeded = false;
+      break;
+    }
+    if (!Step(request)) return request;
+    if (IsOver(deadline) && !frames.empty()) {
+      request.kind = WalkRequest::Kind::Pause;
+      return request;
+    }
+  }
+  return request;
+}
+
+bool BuildWalk::Step(WalkRequest& request) {
+  Frame& frame = frames.back();
+  switch (frame.stage) {
+    case Stage::Enter:
+      return Enter(frame);
+    case Stage::Publish:
+      return Publish(frame, request);
+    case Stage::Start:
+      return StartNode(frame);
+    case Stage::Children:
+      return EnterNextChild(frame);
+    case Stage::Own:
+      return DoOwnWork(frame, request);
+    case Stage::Translate:
+      return RequestTool(frame, request);
+    case Stage::Tool:
+      FinishTool(frame);
+      return true;
+  }
+  return true;
+}
+
+bool BuildWalk::Return(bool success, bool isGood) {
+  frames.pop_back();
+  if (frames.empty()) {
+    succeeded = success;
+    return true;
+  }
+  Frame& parent = frames.back();
+  if (!isGood) parent.childrenGood = false;
+  if (!success) return Return(false, false);  // nothing above a failure is processed
+  return true;
+}
+
+bool BuildWalk::Enter(Frame& frame) {
+  if (model.GetBuildState() == StateStopRequested) return Return(false, false);
+  if ((model.types.FlagsOf(*frame.node) & kTypeBuild) == 0) {
+    // Nothing to build, but something stale may lie below all the same.
+    return Return(true, frame.node->GetChildCount() == 0);
+  }
+  frame.stage = Stage::Publish;
+  return true;
+}
+
+bool BuildWalk::Publish(Frame& frame, WalkRequest& request) {
+  while (publishedEpoch != model.publishEpoch) {
+    if (!model.PublishNextNode(frame.node)) {
+      if (frames.size() == 1) publishedEpoch = model.publishEpoch;
+      break;
+    }
+    if (IsOver(currentDeadline)) {
+      request.kind = WalkRequest::Kind::Pause;
+      return false;
+    }
+  }
+  frame.stage = Stage::Start;
+  return true;
+}
+
+bool BuildWalk::StartNode(Frame& frame) {
+  CXmlNode& node = *frame.node;
+  frame.stage = Stage::Children;
+  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
+    model.activeApplication = &node;
+    model.walkApplication = &node;
+    const char* config = node.GetAttrValue("Config");
+    model.output->WriteMessage(kRowApplicationStarts,
+                               {model.OperationText(mode), TextOf(node.GetAttrValue("Header")),
+                                config == nullptr ? kStandardConfig : config});
+    if (LostTree()) return true;
+    // The debug database is made anew by whoever needs it.
+    if (mode == ModeClean) (void)model.files.RemoveFile(WithExtension(model.projectPath, ".tdb"));
+  }
+  if (IsExactlyYes(node, "Exclude")) return Return(true, true);
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode* child = node.GetChild(i);
+    if (IsContentNode(*child)) frame.children.push_back(child);
+  }
+  frame.goodEpoch = model.fileTimes.GetEpoch();
+  return true;
+}
+
+bool BuildWalk::EnterNextChild(Frame& frame) {
+  if (frame.next == frame.children.size()) {
+    frame.stage = Stage::Own;
+    return true;
+  }
+  CXmlNode* child = frame.children[frame.next++];
+  frames.push_back({child, Stage::Enter, {}, 0, true, 0});  // invalidates `frame`
+  return true;
+}
+
+bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
+  CXmlNode& node = *frame.node;
+  if (mode == ModeClean) return Return(Clean(node), false);
+  if (mode == ModeBuild) {
+    if (NeedsTimes(frame, request)) return false;
+    const bool childrenGood = frame.childrenGood && frame.goodEpoch == model.fileTimes.GetEpoch();
+    const bool isUpToDate = childrenGood
+                                ? Staleness(model.types, model.fileTimes).IsUpToDateAlone(node)
+                                : model.IsNodeUpToDate(&node);
+    if (isUpToDate) return Return(true, true);
+  }
+  frame.stage = Stage::Translate;
+  return true;
+}
+
+// Files that the frame's node is judged by, and those of the nodes that come next, so that a walk
+// over an up-to-date tree changes threads once in hundreds of nodes.
+bool BuildWalk::NeedsTimes(const Frame& frame, WalkRequest& request) {
+  if (!asksForTimes) return false;
+  PathGatherer gatherer(model.fileTimes, request.paths);
+  const bool judgesSubtree = !frame.childrenGood || frame.goodEpoch != model.fileTimes.GetEpoch();
+  if (judgesSubtree) {
+    gatherer.AddSubtree(*frame.node, SIZE_MAX);
+  } else {
+    gatherer.AddNode(*frame.node);
+  }
+  if ((model.types.FlagsOf(*frame.node) & kTypeApplication) != 0) {
+    ForEachLinkFile(model.types, frame.node, true, frame.node,
+                    [&](const char* part) { gatherer.Add(part); });
+  }
+  if (request.paths.empty()) return false;
+
+  std::size_t left = nodesAhead;
+  for (auto outer = frames.rbegin() + 1; outer != frames.rend() && left > 0; ++outer) {
+    for (std::size_t i = outer->next; i < outer->children.size() && left > 0; ++i) {
+      left -= std::min(left, gatherer.AddSubtree(*outer->children[i], left));
+    }
+  }
+  nodesAhead = std::min(nodesAhead * 2, kMaxNodesAhead);
+  request.kind = WalkRequest::Kind::Examine;
+  return true;
+}
+
+void BuildWalk::TakeTimes(std::vector<std::string> paths,
+                          const std::vector<std::optional<std::int64_t>>& times) {
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    model.fileTimes.Add(std::move(paths[i]), times[i]);
+  }
+}
+
+bool BuildWalk::Clean(CXmlNode& node) {
+  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
+    model.SetCurrentNode(&node);
+    if (LostTree()) return false;
+  }
+  bool result = true;
+  for (const char* name : {"OutputFile", "ListingFile"}) {
+    const std::string path = TextOf(node.GetAttrValue(name));
+    if (path.empty() || !model.files.Exists(path)) continue;
+    if (!model.files.RemoveFile(path)) result = false;
+    model.fileTimes.Forget();
+  }
+  return result;
+}
+
+bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
+  CXmlNode& node = *frame.node;
+  if (model.toolManager == nullptr) return Return(false, false);
+  const CXmlNode* values = FindStoredValues(node);
+  if (values == nullptr) values = model.LoadNodeOptions(&node, true);
+  if (LostTree()) return true;
+  if (values == nullptr) return Return(false, false);
+  request.options = values->ValueText();
+
+  const bool hasTool = model.GetToolInput(node, request.tool, request.files);
+  if (usesGivenTool) {
+    request.tool = givenTool;
+  } else {
+    if (!hasTool || IsExactlyYes(node, "Exclude")) return Return(true, false);
+    model.output->WriteMessage(kRowTranslateStarts, {TextOf(node.GetAttrValue("Path"))});
+    if (LostTree()) return true;
+    folderBefore = model.files.CurrentFolder();
+    model.files.SetCurrentFolder(model.projectFolder);
+  }
+  const std::string& logFile = model.output->GetLogFile();
+  if (!logFile.empty()) {
+    messageFile = logFile + "t.xml";
+    request.messageFile = messageFile;
+    (void)model.files.RemoveFile(messageFile);
+  }
+  request.toolManager = DispatchPtr(model.toolManager->GetDispatch());
+  request.kind = WalkRequest::Kind::RunTool;
+  frame.stage = Stage::Tool;
+  return false;
+}
+
+void BuildWalk::TakeToolResult(bool success) {
+  toolSucceeded = success;
+}
+
+void BuildWalk::FinishTool(Frame& frame) {
+  // The tool may have written any file.
+  model.fileTimes.Forget();
+  nodesAhead = 1;
+  if (toolSucceeded) {
+    model.SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
+  }
+  if (!messageFile.empty()) {
+    model.output->MergeToolFile(messageFile);
+    (void)model.files.RemoveFile(messageFile);
+  }
+  if (!folderBefore.empty()) model.files.SetCurrentFolder(folderBefore);
+  folderBefore.clear();
+  model.output->SaveLog();
+  model.output->UpdateReport();
+  if (!LostTree()) Return(toolSucceeded, false);
+}
+
+}  // namespace tarn

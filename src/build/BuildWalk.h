@@ -1,0 +1,106 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/automation/Variant.h"
+#include "project/ProjectModel.h"
+
+namespace tarn {
+
+// What a walk needs before it can go on.
+struct WalkRequest {
+  enum class Kind {
+    Done,
+    Pause,    // the time is up; call Advance again when the host has had its turn
+    RunTool,  // run the tool, then TakeToolResult
+    Examine,  // examine the files, then TakeTimes
+  };
+  Kind kind = Kind::Done;
+
+  DispatchPtr toolManager;
+  std::string tool;
+  std::string files;
+  std::string options;
+  NullableText messageFile;
+
+  std::vector<std::string> paths;
+};
+
+// A build as a walk that can be interrupted: depth first, children before their node, each stale
+// node handed to its tool. Everything that touches the tree, the log, the views or the property
+// manager happens inside Advance, on the host's thread; tools and, when asked for, the examination
+// of files are left to the caller, who may be another thread. So neither needs a lock.
+//
+// The frames hold node pointers. No operation that frees nodes starts while a worker lives; where
+// one comes in all the same, from a host's message handler, the walk notices and ends in failure.
+class BuildWalk {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  // Without `examinesElsewhere` files are examined inside Advance.
+  BuildWalk(CProjectModel& projectModel, bool examinesElsewhere);
+
+  // One of these, once. A null node is nothing to do.
+  void BeginBuild(CXmlNode* node, std::int32_t mode);
+  void BeginTranslate(CXmlNode* node);
+  void BeginTool(CXmlNode* node, const std::string& tool);
+
+  // Goes on until something is needed, or the walk is done, or `deadline` is over.
+  WalkRequest Advance(std::optional<Clock::time_point> deadline);
+  void TakeToolResult(bool succeeded);
+  void TakeTimes(std::vector<std::string> paths,
+                 const std::vector<std::optional<std::int64_t>>& times);
+
+  // After Done.
+  bool Succeeded() const { return succeeded; }
+  // The tree that the walk began on is gone, at least in part.
+  bool LostTree() const;
+
+ private:
+  enum class Stage { Enter, Publish, Start, Children, Own, Translate, Tool };
+
+  struct Frame {
+    CXmlNode* node = nullptr;
+    Stage stage = Stage::Enter;
+    std::vector<CXmlNode*> children;  // a copy: a reordering host does no harm
+    std::size_t next = 0;
+    bool childrenGood = true;     // each child was found up to date
+    std::uint64_t goodEpoch = 0;  // with file times of this epoch
+  };
+
+  // Each step gives whether the walk can go on at once; otherwise `request` says why not.
+  bool Step(WalkRequest& request);
+  bool Enter(Frame& frame);
+  bool Publish(Frame& frame, WalkRequest& request);
+  bool StartNode(Frame& frame);
+  bool EnterNextChild(Frame& frame);
+  bool DoOwnWork(Frame& frame, WalkRequest& request);
+  bool RequestTool(Frame& frame, WalkRequest& request);
+  void FinishTool(Frame& frame);
+  bool Clean(CXmlNode& node);
+  bool NeedsTimes(const Frame& frame, WalkRequest& request);
+  // The frame's node is dealt with: its parent goes on.
+  bool Return(bool success, bool isGood);
+  bool IsOver(const std::optional<Clock::time_point>& deadline) const;
+
+  CProjectModel& model;
+  const bool asksForTimes;
+  std::int32_t mode = ModeBuild;
+  std::string givenTool;  // of a walk that runs one named tool
+  bool usesGivenTool = false;
+  std::vector<Frame> frames;
+  bool succeeded = true;
+  bool toolSucceeded = false;
+  std::string folderBefore;  // the current folder while a tool runs
+  std::string messageFile;
+  std::uint64_t treeEpoch = 0;
+  std::uint64_t publishedEpoch = 0;  // the whole tree below the start is published
+  std::size_t nodesAhead = 64;       // how far to look ahead for files to examine
+  std::optional<Clock::time_point> currentDeadline;
+};
+
+}  // namespace tarn

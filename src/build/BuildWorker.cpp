@@ -1,0 +1,255 @@
+// The state machine of a build and the one worker thread.
+//
+// What the worker is to do is fixed on the host's thread before the thread starts, so there is no
+// moment at which a second start or a stop could be lost. The worker itself runs tools and examines
+// files; everything else it has done as steps on the host's thread. The mark `alive` is what keeps
+// operations that change the project out; it falls in the last of those steps, and the worker
+// touches nothing of the model afterwards.
+
+#include <thread>
+
+#include "build/BuildWalk.h"
+#include "output/MessageTable.h"
+#include "patterns/ParseNumber.h"
+#include "platform/text/Text.h"
+#include "platform/windowing/Dialogs.h"
+#include "project/WorkerControl.h"
+
+namespace tarn {
+
+namespace {
+
+// The longest time that a step may hold the host's thread.
+constexpr std::chrono::milliseconds kStepTime(5);
+
+}  // namespace
+
+bool CProjectModel::IsWorkerAlive() const {
+  return worker != nullptr && worker->alive;
+}
+
+std::int32_t CProjectModel::GetBuildState() {
+  const std::lock_guard<std::mutex> hold(buildLock);
+  return buildState;
+}
+
+bool CProjectModel::IsInWorkerStep() const { return IsWorkerAlive() && worker->isInStep; }
+
+void CProjectModel::ServeWorker() {
+  if (IsWorkerAlive() && !worker->isInStep) loop->ServeWaiting();
+}
+
+void CProjectModel::RunAfterWorker(std::function<void()> work) {
+  worker->afterEnd = std::move(work);
+}
+
+void CProjectModel::RequestStop() {
+  const std::lock_guard<std::mutex> hold(buildLock);
+  buildState = StateStopRequested;
+}
+
+std::string CProjectModel::OperationText(std::int32_t mode) const {
+  return GetMessageText(mode == ModeClean     ? kRowOperationClean
+                        : mode == ModeRebuild ? kRowOperationRebuild
+                                              : kRowOperationBuild);
+}
+
+std::int32_t CProjectModel::CanStartOperation() {
+  if (!IsWorkerAlive() && GetBuildState() != StateBuilding) return 1;
+  const std::string question = FormatMessageText(
+      GetMessageText(kRowBusyQuestion), std::vector<std::string>{OperationText(buildCommand)});
+  if (AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord))) {
+    // The worker may have ended while the question stood.
+    const std::lock_guard<std::mutex> hold(buildLock);
+    if (buildState == StateBuilding) buildState = StateStopRequested;
+  }
+  return 0;
+}
+
+std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
+  if (!CanStartOperation()) return 0;
+  CXmlNode* node = nullptr;
+  std::string tool;
+  bool isTool = false;
+  std::int32_t mode = command;
+  if (command >= kFirstDynamicCommand && command <= kLastDynamicCommand) {
+    const CXmlNode* entry = nullptr;
+    for (int i = 0; dynamicCommands && i < dynamicCommands->GetChildCount(); ++i) {
+      const CXmlNode* child = dynamicCommands->GetChild(i);
+      if (ParseNumber(child->GetAttrValue("Id")) == command) entry = child;
+    }
+    if (entry == nullptr) return 1;  // nobody hears of it
+    tool = TextOf(entry->GetAttrValue("Header"));
+    isTool = true;
+    node = GetCurrentNode();
+  } else if (command >= kWorkerBuildAll && command <= kWorkerCleanAll) {
+    mode = command - kWorkerBuildAll + ModeBuild;
+    node = projectRoot.get();
+  } else {
+    node = GetCurrentNode();
+    if (command == kWorkerTranslate) {
+      tool = node == nullptr ? std::string() : TextOf(node->GetAttrValue("TranslateTool"));
+      isTool = true;
+    }
+  }
+
+  buildCommand = mode;
+  worker = std::make_shared<WorkerControl>();
+  worker->loop = loop;
+  worker->model = this;
+  worker->node = node;
+  worker->isBuild = !isTool;
+  worker->notedApplication = activeApplication;
+  worker->notedNode = currentNode;
+  worker->epoch = treeEpoch;
+  fileTimes.Forget();
+  workerWalk = std::make_unique<BuildWalk>(*this, true);
+  if (!isTool) {
+    workerWalk->BeginBuild(node, mode);
+  } else if (!tool.empty()) {
+    workerWalk->BeginTool(node, tool);
+  }
+  {
+    const std::lock_guard<std::mutex> hold(buildLock);
+    buildState = StateBuilding;
+  }
+  std::thread(BuildThreadMain, worker).detach();
+  return 1;
+}
+
+void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
+  WalkRequest request;
+  std::vector<std::optional<std::int64_t>> times;
+  bool toolResult = false;
+  FileSystem& disk = control->model->files;
+  const auto step = [&] {
+    control->isInStep = true;
+    BuildWalk& walk = *control->model->workerWalk;
+    if (request.kind == WalkRequest::Kind::RunTool) walk.TakeToolResult(toolResult);
+    if (request.kind == WalkRequest::Kind::Examine) walk.TakeTimes(std::move(request.paths), times);
+    request = walk.Advance(BuildWalk::Clock::now() + kStepTime);
+    control->isInStep = false;
+  };
+  do {
+    if (!control->loop->RunAndWait(step)) return;
+    if (request.kind == WalkRequest::Kind::RunTool) {
+      CToolManagerDriver tools;
+      tools.AttachDispatch(request.toolManager.Get(), true);
+      toolResult = tools.RunTool(request.tool, request.files, request.options,
+                                 request.messageFile ? request.messageFile->c_str() : nullptr) != 0;
+    } else if (request.kind == WalkRequest::Kind::Examine) {
+      times.clear();
+      for (const std::string& path : request.paths) {
+        const std::optional<FileStatus> status = disk.Examine(path);
+        times.push_back(status ? std::optional(status->modifiedSeconds) : std::nullopt);
+      }
+    }
+  } while (request.kind != WalkRequest::Kind::Done);
+
+  bool succeeded = false;
+  std::string logFile;
+  WindowHandle host = 0;
+  const auto end = [&] {
+    control->isInStep = true;
+    CProjectModel& model = *control->model;
+    succeeded = model.EndWorker();
+    logFile = model.output->GetLogFile();
+    host = model.mainframeHandle;
+    control->isInStep = false;
+    control->alive = false;
+  };
+  if (!control->loop->RunAndWait(end)) return;
+  SendWindowMessage(host, kMsgWorkerEnded, succeeded ? 1 : 0,
+                    reinterpret_cast<std::intptr_t>(logFile.c_str()));
+  if (control->afterEnd) control->loop->RunAndWait(control->afterEnd);
+}
+
+// The last step of a worker but its message to the host.
+bool CProjectModel::EndWorker() {
+  const WorkerControl& control = *worker;
+  const bool succeeded = workerWalk->Succeeded();
+  const bool hasTree = !workerWalk->LostTree();
+  workerWalk.reset();
+  walkApplication = nullptr;
+  fileTimes.Forget();
+  if (control.isBuild && !succeeded && hasTree) {
+    const std::string outputFile =
+        control.node == nullptr ? std::string() : TextOf(control.node->GetAttrValue("OutputFile"));
+    SendHost(kMsgOutputInvalid, outputFile, -1);
+    if (treeEpoch == control.epoch) RecordBuildInfo(control.node, nullptr, nullptr);
+  }
+  output->WriteMessage(succeeded ? kRowBuildSucceeded : kRowBuildFailed);
+  output->SaveLog();
+  output->UpdateReport();
+  {
+    const std::lock_guard<std::mutex> hold(buildLock);
+    buildState = succeeded ? StateSucceeded : StateFailed;
+  }
+  RestoreAfterWalk(control.notedApplication, control.notedNode, control.epoch);
+  return succeeded;
+}
+
+// The options window must not store at the selected node what belongs to the one built last.
+void CProjectModel::RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch) {
+  if (treeEpoch != epoch || node == nullptr) return;
+  if (currentNode == node && activeApplication == application) return;
+  RestoreCurrent(application, node);
+  if (treeEpoch == epoch && currentNode != nullptr) RestorePropState(*currentNode);
+}
+
+std::int32_t CProjectModel::RunWalkHere(BuildWalk& walk) {
+  fileTimes.Forget();
+  ++walksHere;
+  for (;;) {
+    const WalkRequest request = walk.Advance(std::nullopt);
+    if (request.kind != WalkRequest::Kind::RunTool) break;
+    CToolManagerDriver tools;
+    tools.AttachDispatch(request.toolManager.Get(), true);
+    walk.TakeToolResult(
+        tools.RunTool(request.tool, request.files, request.options,
+                      request.messageFile ? request.messageFile->c_str() : nullptr) != 0);
+  }
+  --walksHere;
+  walkApplication = nullptr;
+  fileTimes.Forget();
+  return walk.Succeeded() ? 1 : 0;
+}
+
+std::int32_t CProjectModel::BuildHere() {
+  if (IsWorkerAlive() || walksHere > 0) return 0;
+  CXmlNode* const application = activeApplication;
+  CXmlNode* const node = currentNode;
+  const std::uint64_t epoch = treeEpoch;
+  const std::int32_t result = BuildNode(nullptr, ModeBuild);
+  RestoreAfterWalk(application, node, epoch);
+  return result;
+}
+
+std::int32_t CProjectModel::BuildNode(CXmlNode* node, std::int32_t mode) {
+  BuildWalk walk(*this, false);
+  walk.BeginBuild(node == nullptr ? GetCurrentNode() : node, mode);
+  return RunWalkHere(walk);
+}
+
+std::int32_t CProjectModel::TranslateNode(CXmlNode* node) {
+  BuildWalk walk(*this, false);
+  walk.BeginTranslate(node == nullptr ? GetCurrentNode() : node);
+  return RunWalkHere(walk);
+}
+
+std::int32_t CProjectModel::RunToolOnNode(CXmlNode* node, const std::string& tool) {
+  BuildWalk walk(*this, false);
+  walk.BeginTool(node == nullptr ? GetCurrentNode() : node, tool);
+  return RunWalkHere(walk);
+}
+
+bool CProjectModel::IsNodeUpToDate(CXmlNode* node) {
+  if (!IsWorkerAlive() && walksHere == 0) fileTimes.Forget();
+  return Staleness(types, fileTimes).IsUpToDate(node);
+}
+
+StaleVerdict CProjectModel::ExamineNode(const CXmlNode& node) {
+  return Staleness(types, fileTimes).Examine(node);
+}
+
+}  // namespace tarn

@@ -1,0 +1,105 @@
+#include "build/Staleness.h"
+
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+bool IsBlankAttr(const char* value) {
+  return value == nullptr || *value == '\0';
+}
+
+std::int64_t LastBuiltOf(const CXmlNode& node) {
+  const char* text = node.GetAttrValue("LastBuilt");
+  return text == nullptr ? 0 : ParseInt64(text).value_or(0);
+}
+
+const CXmlNode* DependenciesOf(const CXmlNode& node) {
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    const CXmlNode* child = node.GetChild(i);
+    if (child->NameView() == "Dependencies") return child;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+bool Staleness::IsUpToDate(const CXmlNode* node) {
+  if (node == nullptr || IsExactlyYes(*node, "Exclude")) return true;
+  for (int i = 0; i < node->GetChildCount(); ++i) {
+    const CXmlNode* child = node->GetChild(i);
+    if (IsContentNode(*child) && !IsUpToDate(child)) return false;
+  }
+  return IsUpToDateAlone(*node);
+}
+
+bool Staleness::IsUpToDateAlone(const CXmlNode& node) {
+  if ((types.FlagsOf(node) & kTypeBuild) == 0 || node.NameView() == "Group") return true;
+  // Saves a look at the disk for everything that was never built; the answer is the same.
+  if (LastBuiltOf(node) == 0) return false;
+  return !Examine(node);
+}
+
+StaleVerdict Staleness::Examine(const CXmlNode& node) {
+  const std::uint32_t flags = types.FlagsOf(node);
+  if (IsExactlyYes(node, "Exclude") || (flags & kTypeBuild) == 0 || node.NameView() == "Group") {
+    return {};
+  }
+  const char* outputFile = node.GetAttrValue("OutputFile");
+  if (IsBlankAttr(outputFile)) return {StaleReason::NoOutputName, {}};
+  const std::optional<std::int64_t> outputTime = times.Get(outputFile);
+  if (!outputTime) return {StaleReason::OutputMissing, outputFile};
+  const std::int64_t lastBuilt = LastBuiltOf(node);
+  if (lastBuilt == 0) return {StaleReason::NeverBuilt, outputFile};
+  if (*outputTime != lastBuilt) return {StaleReason::OutputChanged, outputFile};
+  if ((flags & kTypeApplication) != 0) return ExamineParts(node, *outputTime);
+
+  const char* path = node.GetAttrValue("Path");
+  const std::optional<std::int64_t> sourceTime = path == nullptr ? std::nullopt : times.Get(path);
+  if (!sourceTime) return {StaleReason::SourceMissing, TextOf(path)};
+  if (*sourceTime > *outputTime) return {StaleReason::SourceNewer, path};
+  return ExamineDependencies(node, *outputTime);
+}
+
+StaleVerdict Staleness::ExamineParts(const CXmlNode& application, std::int64_t outputTime) {
+  StaleVerdict verdict;
+  ForEachLinkFile(types, &application, true, &application, [&](const char* part) {
+    if (verdict) return;
+    const std::optional<std::int64_t> time = times.Get(part);
+    if (!time) {
+      verdict = {StaleReason::PartMissing, part};
+    } else if (*time > outputTime) {
+      verdict = {StaleReason::PartNewer, part};
+    }
+  });
+  return verdict;
+}
+
+StaleVerdict Staleness::ExamineDependencies(const CXmlNode& node, std::int64_t outputTime) {
+  const CXmlNode* dependencies = DependenciesOf(node);
+  if (dependencies == nullptr) return {};
+  for (int i = 0; i < dependencies->GetChildCount(); ++i) {
+    const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
+    if (file == nullptr) continue;
+    const std::optional<std::int64_t> time = times.Get(file);
+    if (!time) return {StaleReason::DependencyMissing, file};
+    if (*time > outputTime) return {StaleReason::DependencyNewer, file};
+  }
+  return {};
+}
+
+void Staleness::CollectFiles(const CXmlNode& node, std::vector<const char*>& paths) {
+  for (const char* name : {"OutputFile", "Path"}) {
+    const char* path = node.GetAttrValue(name);
+    if (!IsBlankAttr(path)) paths.push_back(path);
+  }
+  const CXmlNode* dependencies = DependenciesOf(node);
+  if (dependencies == nullptr) return;
+  for (int i = 0; i < dependencies->GetChildCount(); ++i) {
+    const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
+    if (!IsBlankAttr(file)) paths.push_back(file);
+  }
+}
+
+}  // namespace tarn

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <string>
+
+#include "build/FileTimes.h"
+#include "project/NodeTypes.h"
+#include "xml/XmlNode.h"
+
+namespace tarn {
+
+// Why a node has work to do, in the order in which the reasons are looked for.
+enum class StaleReason {
+  None,
+  NoOutputName,
+  OutputMissing,
+  NeverBuilt,
+  OutputChanged,
+  PartMissing,  // a file that the application is made of
+  PartNewer,
+  SourceMissing,
+  SourceNewer,
+  DependencyMissing,
+  DependencyNewer,
+};
+
+struct StaleVerdict {
+  StaleReason reason = StaleReason::None;
+  std::string file;  // the file that the reason is about; empty when it is about none
+
+  explicit operator bool() const { return reason != StaleReason::None; }
+};
+
+// Decides whether the outputs of nodes are still good, from the nodes' attributes, their types and
+// the times of files. Equal times are good; only a later source is stale, while an output must
+// have exactly the time that its tool reported.
+class Staleness {
+ public:
+  Staleness(const NodeTypes& nodeTypes, FileTimes& fileTimes)
+      : types(nodeTypes), times(fileTimes) {}
+
+  // Nothing to do here or below; the first stale descendant ends the search.
+  bool IsUpToDate(const CXmlNode* node);
+  // The same for a node whose children are known to be good.
+  bool IsUpToDateAlone(const CXmlNode& node);
+  // The rules of the node itself.
+  StaleVerdict Examine(const CXmlNode& node);
+
+  // The files that Examine would look at, apart from those that an application is made of.
+  static void CollectFiles(const CXmlNode& node, std::vector<const char*>& paths);
+
+ private:
+  StaleVerdict ExamineParts(const CXmlNode& application, std::int64_t outputTime);
+  StaleVerdict ExamineDependencies(const CXmlNode& node, std::int64_t outputTime);
+
+  const NodeTypes& types;
+  FileTimes& times;
+};
+
+// Calls `onItem(text)` for each file that an application hands to its tool, in tree order: outputs
+// of everything below `root` that is neither excluded from the build nor from the link.
+template <class OnItem>
+void ForEachLinkFile(const NodeTypes& types, const CXmlNode* node, bool useOutput,
+                     const CXmlNode* root, OnItem&& onItem);
+
+// An attribute equals "Yes" exactly.
+inline bool IsExactlyYes(const CXmlNode& node, std::string_view name) {
+  const char* value = node.GetAttrValue(name);
+  return value != nullptr && std::string_view(value) == "Yes";
+}
+
+template <class OnItem>
+void ForEachLinkFile(const NodeTypes& types, const CXmlNode* node, bool useOutput,
+                     const CXmlNode* root, OnItem&& onItem) {
+  if (node == nullptr) return;
+  if (node != root && (types.FlagsOf(*node) & kTypeInBuild) == 0) return;
+  if (IsExactlyYes(*node, "Exclude") || IsExactlyYes(*node, "LinkExclude")) return;
+  const char* outputFile = node->GetAttrValue("OutputFile");
+  const bool isGrouping = node == root || (outputFile != nullptr && *outputFile == '\0');
+  if (isGrouping) {
+    bool hadContent = false;
+    for (int i = 0; i < node->GetChildCount(); ++i) {
+      const CXmlNode* child = node->GetChild(i);
+      if (!IsContentNode(*child)) continue;
+      hadContent = true;
+      ForEachLinkFile(types, child, useOutput, root, onItem);
+    }
+    if (hadContent) return;
+  }
+  const char* item = useOutput ? outputFile : node->GetAttrValue("Path");
+  if (item != nullptr && *item != '\0') onItem(item);
+}
+
+}  // namespace tarn

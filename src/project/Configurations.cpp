@@ -1,0 +1,49 @@
+// The configurations of an application.
+
+#include "platform/text/Text.h"
+#include "project/ProjectModel.h"
+
+namespace tarn {
+
+std::int32_t CProjectModel::AddConfiguration() {
+  if (!CanStartOperation() || activeApplication == nullptr) return 0;
+  const std::string header = propertyManager->GetNewConfigName();
+  const std::string description = propertyManager->GetNewConfigName();
+  // A configuration without a name could never be chosen.
+  if (header.empty()) return 0;
+  modified = 1;
+  CXmlNode* configs = activeApplication->FindChild("Configs");
+  if (configs == nullptr) configs = activeApplication->AddChild("Configs");
+  CXmlNode* config = configs->AddChild("Config");
+  config->AddAttr("Header", header);
+  config->AddAttr("Desc", description);
+  ForgetKeptTexts();
+  return 1;
+}
+
+std::int32_t CProjectModel::SelectConfiguration(const std::string& wanted) {
+  if (!CanStartOperation()) return 0;
+  const std::string name = wanted.empty() ? propertyManager->GetNewConfigName() : wanted;
+  CXmlNode* const noted = GetCurrentNode();
+  if (activeApplication == nullptr || name.empty()) return 0;
+  modified = 1;
+  activeApplication->SetAttrValue("Config", name);
+  propertyManager->BeginUpdate();
+  RenewPropState(*noted);
+  ResetNodeCache(*activeApplication, false);
+  CXmlNode* const application = activeApplication;
+  while (PublishNextNode(application)) {
+  }
+  const std::uint64_t epoch = treeEpoch;
+  SetCurrentNode(noted);
+  if (treeEpoch != epoch) return 1;
+  RestorePropState(*noted);
+  propertyManager->EndUpdate();
+  SendActiveApplication();
+  if (treeEpoch == epoch && activeApplication != nullptr) {
+    views.SetGlobalsFile(GlobalsFileOf(*activeApplication));
+  }
+  return 1;
+}
+
+}  // namespace tarn

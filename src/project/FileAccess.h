@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "output/BuildOutput.h"
+#include "platform/files/FileSystem.h"
+
+namespace tarn {
+
+// What a path must allow, as bits; kMustExist wins over kMustBeWritable.
+enum FileAccessFlag : std::uint32_t {
+  kMustExist = 1,
+  kMustBeWritable = 2,
+  kCreateFolder = 16,  // with kMustBeWritable: the folder is made when missing
+};
+
+enum class FileAccessStatus : std::int32_t {
+  Ok = 1,
+  Missing = 2,
+  FolderMissing = 3,
+  ReadOnly = 5,  // with kMustBeWritable alone also for a file that is not there
+  CannotCreateFolder = 6,
+};
+
+// `path` is absolute; an empty folder counts as the current one.
+FileAccessStatus GetFileAccessStatus(FileSystem& files, const std::string& path,
+                                     std::uint32_t flags);
+
+// Writes the status to the log, with `path` as it stands in the row, and makes log file and report
+// current. Result 1 when the path passed.
+std::int32_t CheckFileAccess(FileSystem& files, const std::string& path, std::uint32_t flags,
+                             CBuildOutput& output);
+
+}  // namespace tarn

@@ -1,0 +1,66 @@
+#include "project/FileGuard.h"
+
+#include "platform/paths/Paths.h"
+#include "platform/text/Hash.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kMaxCopies = 100;
+
+}  // namespace
+
+void FileGuard::NoteRead(const std::string& path, std::string_view bytes, bool damaged) {
+  known[path] = HashBytes(bytes);
+  if (damaged) damagedFiles.insert(path);
+}
+
+void FileGuard::NoteWritten(const std::string& path, std::string_view bytes) {
+  known[path] = HashBytes(bytes);
+  damagedFiles.erase(path);
+}
+
+void FileGuard::Forget() {
+  known.clear();
+  damagedFiles.clear();
+}
+
+Status FileGuard::PutAside(const std::string& path, std::string& copy) {
+  copy.clear();
+  const Result<std::string> bytes = files.ReadWholeFile(path);
+  const bool damaged = damagedFiles.count(path) != 0;
+  if (!bytes) {
+    const bool nothingToLose = bytes.GetError().code == ErrorCode::NotFound;
+    return nothingToLose ? Status() : Status(bytes.GetError());
+  }
+  if (damaged) return CopyAside(path, *bytes, ".bak", copy);
+  const auto found = known.find(path);
+  const bool changedByOthers = found == known.end() || found->second != HashBytes(*bytes);
+  return changedByOthers ? CopyAside(path, *bytes, ".orig", copy) : Status();
+}
+
+Status FileGuard::CopyAside(const std::string& path, std::string_view bytes,
+                            const std::string& suffix, std::string& copy) {
+  for (int i = 1; i <= kMaxCopies; ++i) {
+    copy = path + suffix + (i == 1 ? std::string() : std::to_string(i));
+    if (files.Exists(copy)) {
+      const Result<std::string> old = files.ReadWholeFile(copy);
+      if (old && *old == bytes) return {};
+      continue;
+    }
+    return files.WriteWholeFile(copy, bytes);
+  }
+  return Error{ErrorCode::AlreadyExists, "too many copies", path};
+}
+
+std::string FileGuard::Rescue(const std::string& path, std::string_view bytes,
+                              const std::string& spare) {
+  const std::string beside = path + ".unsaved";
+  if (files.WriteWholeFile(beside, bytes)) return beside;
+  if (spare.empty() || !files.CreateFolders(spare)) return {};
+  const std::string inSpare = JoinPath(spare, FileNameOf(path) + ".unsaved");
+  return files.WriteWholeFile(inSpare, bytes) ? inSpare : std::string();
+}
+
+}  // namespace tarn

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files/FileSystem.h"
+
+namespace tarn {
+
+// Sees to it that saving a project takes nothing away that the system did not read itself: it
+// remembers what each file held when it was read or written last, and puts a copy aside before
+// anything else is overwritten. Paths are absolute.
+class FileGuard {
+ public:
+  explicit FileGuard(FileSystem& fileSystem) : files(fileSystem) {}
+
+  // The file was read; `damaged` when part of it did not become part of the tree.
+  void NoteRead(const std::string& path, std::string_view bytes, bool damaged);
+  void NoteWritten(const std::string& path, std::string_view bytes);
+  // Nothing is remembered any more: the project is closed.
+  void Forget();
+
+  // Copies the file aside when it was damaged (".bak") or has been changed by somebody else
+  // (".orig"). Fails when the copy does; the file must then not be written. `copy` is the name of
+  // the copy, empty when none was needed.
+  Status PutAside(const std::string& path, std::string& copy);
+
+  // Puts a text that could not be saved into `<path>.unsaved` or, failing that, into the folder
+  // `spare` under the same name. The name it lies under, empty when both failed.
+  std::string Rescue(const std::string& path, std::string_view bytes, const std::string& spare);
+
+ private:
+  // Copies to the first of path + suffix, path + suffix + "2", ... that is free or holds the same
+  // bytes already.
+  Status CopyAside(const std::string& path, std::string_view bytes, const std::string& suffix,
+                   std::string& copy);
+
+  FileSystem& files;
+  std::map<std::string, std::uint64_t> known;  // path -> hash of the bytes
+  std::set<std::string> damagedFiles;
+};
+
+}  // namespace tarn

@@ -1,0 +1,77 @@
+#include "project/NodeTypes.h"
+
+#include <array>
+
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr std::array<std::string_view, 10> kFlagNames = {
+    "Project", "Application", "Extern",    "Path",    "IsLeaf",
+    "Build",   "Debug",       "AutoDebug", "InBuild", "InDebug"};
+
+bool IsYes(const CXmlNode& record, std::string_view key) {
+  const char* value = record.GetAttrValue(key);
+  return value != nullptr && EqualNoCase(value, "Yes");
+}
+
+std::uint32_t FlagsOfRecord(const CXmlNode& record) {
+  std::uint32_t flags = 0;
+  for (std::size_t i = 0; i < kFlagNames.size(); ++i) {
+    if (IsYes(record, kFlagNames[i])) flags |= 1u << i;
+  }
+  return flags;
+}
+
+}  // namespace
+
+bool IsContentNode(const CXmlNode& node) {
+  const std::string_view name = node.NameView();
+  switch (name.size()) {
+    case 4:
+      return name != "Info";
+    case 6:
+      return name != "#CDATA";
+    case 7:
+      return name != "Options" && name != "Configs";
+    case 9:
+      return name != "PropState";
+    case 12:
+      return name != "Dependencies";
+    default:
+      return true;
+  }
+}
+
+NodeTypes::NodeTypes() {
+  root.SetName("Types");
+}
+
+void NodeTypes::Add(const CXmlNode& record) {
+  const CXmlNode* copy = root.AppendCopy(record);
+  byName[FoldCase(copy->NameView())] = {copy, FlagsOfRecord(*copy)};
+  byAddress.clear();
+}
+
+const CXmlNode* NodeTypes::GetNodeType(const CXmlNode& node) const {
+  return Find(node.NameView()).record;
+}
+
+bool NodeTypes::HasTypeFlag(const CXmlNode& node, std::string_view key) const {
+  const CXmlNode* record = GetNodeType(node);
+  return record != nullptr && IsYes(*record, key);
+}
+
+const NodeTypes::Type& NodeTypes::Find(std::string_view elementName) const {
+  static const Type kNoType;
+  const auto known = byAddress.find(elementName.data());
+  if (known != byAddress.end()) return *known->second;
+  const auto found = byName.find(FoldCase(elementName));
+  const Type& type = found == byName.end() ? kNoType : found->second;
+  byAddress.emplace(elementName.data(), &type);
+  return type;
+}
+
+}  // namespace tarn

@@ -1,0 +1,27 @@
+#include "project/ProjectModel.h"
+
+#include "build/BuildWalk.h"
+#include "project/WorkerControl.h"
+
+namespace tarn {
+
+CProjectModel::CProjectModel(FileSystem& disk)
+    : files(disk),
+      guard(disk),
+      projectRoot(CXmlNode::CreateNode("Project")),
+      loop(MessageLoop::ForCurrentThread()),
+      fileTimes(disk) {}
+
+CProjectModel::~CProjectModel() { StopAndWait(); }
+
+void CProjectModel::StopAndWait() {
+  if (!IsWorkerAlive()) return;
+  mainframeHandle = 0;
+  RequestStop();
+  const std::shared_ptr<WorkerControl> control = worker;
+  while (control->alive) {
+    loop->ServeUntil([&] { return !control->alive; }, std::chrono::milliseconds(100));
+  }
+}
+
+}  // namespace tarn

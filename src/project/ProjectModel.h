@@ -1,0 +1,326 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "build/FileTimes.h"
+#include "build/Staleness.h"
+#include "output/BuildOutput.h"
+#include "outside/PropertyManagerDriver.h"
+#include "outside/ToolManagerDriver.h"
+#include "platform/files/FileSystem.h"
+#include "platform/windowing/HostMessages.h"
+#include "platform/windowing/MessageLoop.h"
+#include "project/FileGuard.h"
+#include "project/NodeTypes.h"
+#include "project/ProjectViews.h"
+#include "project/PublishCursor.h"
+#include "xml/XmlNode.h"
+
+namespace tarn {
+
+class BuildWalk;
+struct WorkerControl;
+
+// What the build is doing; the numbers travel to nobody, the names are the states of the machine.
+enum BuildState : std::int32_t {
+  StateIdle = 0,
+  StateBuilding = 2,
+  StateStopRequested = 3,
+  StateFailed = 4,
+  StateSucceeded = 5,
+};
+
+enum BuildMode : std::int32_t {
+  ModeBuild = 1,    // skip what is up to date
+  ModeRebuild = 2,  // run every tool
+  ModeClean = 3,    // delete products
+};
+
+// What a worker is to do, beyond the modes on the current node and the ids of dynamic commands.
+enum WorkerCommand : std::int32_t {
+  kWorkerBuildAll = 4,
+  kWorkerRebuildAll = 5,
+  kWorkerCleanAll = 6,
+  kWorkerTranslate = 7,
+};
+
+inline constexpr std::int32_t kFirstDynamicCommand = 0x8122;
+inline constexpr std::int32_t kLastDynamicCommand = 0x8136;
+inline constexpr std::int32_t kToolCommandBase = 0x8123;  // id of the first entry of the list
+
+inline constexpr std::int32_t kCommandOptionsLoaded = 0x811E;
+inline constexpr std::int32_t kCommandAutoDebug = 0x82C3;
+
+inline constexpr const char* kStandardConfig = "Standard";
+
+// The project document: the files of a project, the tree in memory with its options and derived
+// attributes, and the build that walks it. One per manager; the project comes and goes.
+//
+// Threads: everything runs on the thread that made the model, except where the build's worker is
+// named (see BuildWorker.cpp). Operations give 1 for done and 0 for not done, and say most failures
+// nowhere but in the log.
+//
+// Host messages are synchronous and their handlers may call back into anything. An operation
+// therefore holds no node across a message unless it notices by `treeEpoch` or `projectEpoch` that
+// the tree changed meanwhile.
+class CProjectModel {
+ public:
+  // `disk` is borrowed for the model's life.
+  explicit CProjectModel(FileSystem& disk);
+  // Asks a living worker to stop, serves it until it has ended, then frees everything.
+  virtual ~CProjectModel();
+  CProjectModel(const CProjectModel&) = delete;
+  CProjectModel& operator=(const CProjectModel&) = delete;
+
+  // Set by the owner before the first operation; all borrowed.
+  CBuildOutput* output = nullptr;
+  CPropertyManagerDriver* propertyManager = nullptr;
+  CToolManagerDriver* toolManager = nullptr;
+  ProjectViews views;
+  WindowHandle mainframeHandle = 0;
+  std::string configFolder;  // with a separator at its end
+  std::string configFilePath;
+  std::string examplesFolder;  // with a separator at its end
+  std::string applicationPath;
+  std::string dataPath;
+  NodeTypes types;
+
+  // What the project is.
+  const std::string& GetProjectPath() const { return projectPath; }
+  const std::string& GetProjectFolder() const { return projectFolder; }
+  const std::string& GetLastBrowseFolder() const { return lastBrowseFolder; }
+  // A project was opened and not closed since.
+  bool IsOpen() const { return isOpen; }
+  bool IsDefaultProject() const { return isDefaultProject != 0; }
+  bool IsModified() const { return modified != 0; }
+  bool IsPublishingSuspended() const { return publishingSuspended; }
+  void SetPublishingSuspended(bool suspended) { publishingSuspended = suspended; }
+  CXmlNode& GetProjectRoot() { return *projectRoot; }
+  CXmlNode* GetActiveApplication() { return activeApplication; }
+  CXmlNode* GetOwnCurrentNode() { return currentNode; }
+  CXmlNode* GetDynamicCommandTree() { return dynamicCommands.get(); }
+  // Changes whenever nodes were freed: a node pointer from before holds no more.
+  std::uint64_t GetTreeEpoch() const { return treeEpoch; }
+  // The next load or save finds out whether this was needed; for changes of the tree that leave
+  // `modified` alone.
+  void NoteShapeChanged() { shapeChanged = true; }
+
+  // Lifecycle (Lifecycle.cpp).
+  std::int32_t OpenProject(const char* path, std::int32_t isDefault);
+  std::int32_t CloseProject();
+  std::int32_t SaveProject();
+  std::int32_t NewProject(const char* path);
+  std::int32_t CreateProjectFile(const std::string& path, std::int32_t askOverwrite);
+
+  // Files and paths (TreeFile.cpp).
+  std::int32_t LoadTreeFile(CXmlNode& node, const std::string& fileName);
+  std::int32_t SaveTreeFile(CXmlNode& node, const std::string& fileName);
+  void StripForSave(CXmlNode& node, bool dropDependencies);
+  // 0 for an empty path, `result` then stays. A null base stands for the project's folder.
+  std::int32_t MakeAbsolutePath(const std::string& path, std::string& result,
+                                const char* baseFolder) const;
+  // The form that files hold; a path without a relative form, or a relative one, stays.
+  std::int32_t MakeRelativePath(const std::string& path, std::string& result,
+                                const char* baseFolder) const;
+  void FindEnclosingApplication(CXmlNode* node, CXmlNode*& found) const;
+  const CXmlNode* GetNodeType(const CXmlNode& node) const { return types.GetNodeType(node); }
+  bool HasTypeFlag(const CXmlNode& node, std::string_view key) const {
+    return types.HasTypeFlag(node, key);
+  }
+  // The application's globals file for the configuration in force; empty without a path.
+  std::string GlobalsFileOf(const CXmlNode& application) const;
+
+  // Tree operations (TreeOperations.cpp).
+  CXmlNode* GetCurrentNode();
+  std::int32_t SetActiveApplication(CXmlNode* application);
+  void ClearDefaultApplicationItems();
+
+  // Options and publishing (Publishing.cpp, StoredOptions.cpp, Configurations.cpp).
+  std::string GetCurrentConfigName() const;
+  void SetCurrentNode(CXmlNode* node);
+  // Forgets which node the property manager holds, so that the next SetCurrentNode loads anew.
+  void ForgetCurrentNode() { currentNode = nullptr; }
+  CXmlNode* LoadNodeOptions(CXmlNode* node, bool force);
+  CXmlNode* PublishNode(CXmlNode* node, bool force);
+  std::int32_t PublishNextNode(CXmlNode* node);
+  std::int32_t PublishTick();
+  // Publishes all that is not yet, and restores the current node.
+  void PublishAll();
+  void CollectOptionChain(std::vector<CXmlNode*>& list, CXmlNode* node) const;
+  void ResetNodeCache(CXmlNode& node, bool ownOnly);
+  // Notes how the options window looks for this node.
+  void RenewPropState(CXmlNode& node);
+  void RestorePropState(const CXmlNode& node);
+  std::int32_t StoreChangedProperty(const std::string& key);
+  std::int32_t ResetStoredProperty(const std::string& key);
+  std::int32_t ResetNodeOptions(CXmlNode* node);
+  std::int32_t AddConfiguration();
+  std::int32_t SelectConfiguration(const std::string& name);
+  // The type whose extensions hold that of `path`; the last one that does, or null.
+  const CXmlNode* FindTypeByFileExtension(const std::string& path);
+  // Definitions may have changed: extensions of types are asked for anew.
+  void ForgetExtensions() { typesByExtensionKnown = false; }
+
+  // Build (build/*.cpp).
+  virtual std::int32_t BuildNode(CXmlNode* node, std::int32_t mode);
+  virtual std::int32_t TranslateNode(CXmlNode* node);
+  virtual std::int32_t RunToolOnNode(CXmlNode* node, const std::string& tool);
+  virtual bool IsNodeUpToDate(CXmlNode* node);
+  // Why `node` itself needs work, its children aside; the reason is None when it needs none.
+  // Answers from the file times at hand: see ForgetFileTimes.
+  StaleVerdict ExamineNode(const CXmlNode& node);
+  // Files are examined anew from now on.
+  void ForgetFileTimes() { fileTimes.Forget(); }
+  void CollectLinkFiles(std::string& list, const CXmlNode* node, bool useOutput,
+                        const CXmlNode* root, const std::string& separator) const;
+  void CollectDebugFiles(std::string& list, const CXmlNode* node, const CXmlNode* root,
+                         const std::string& separator) const;
+  // Tool and file list that a translation of the node would hand over; false without a tool.
+  bool GetToolInput(const CXmlNode& node, std::string& tool, std::string& files) const;
+
+  std::int32_t StartBuildThread(std::int32_t command);
+  std::int32_t CanStartOperation();
+  void RequestStop();
+  std::int32_t GetBuildState();
+  bool IsWorkerAlive() const;
+  // The calling code runs inside a step of the worker, which waits for its end.
+  bool IsInWorkerStep() const;
+  // Runs the step that a worker waits for, if there is one and none is running.
+  void ServeWorker();
+  // Asks a living worker to stop and serves its steps until it has ended; the host hears nothing
+  // more of it.
+  void StopAndWait();
+  // Runs `work` on the host's thread once the living worker has sent its last message.
+  void RunAfterWorker(std::function<void()> work);
+  // Builds the current node on the calling thread; 0 also while a worker lives.
+  std::int32_t BuildHere();
+
+  // What tools report (build/BuildInformation.cpp).
+  std::int32_t SetBuildInfo(const char* filepath, const char* xmlinfo);
+  std::int32_t RecordBuildInfo(CXmlNode* node, const char* infos, const char* date);
+  std::string GetDynamicCommands(std::uint32_t commandId);
+  std::string GetSymbolInfo(const char* symbolName);
+  void ReportMessage(const char* text);
+
+  // A message to the host; its answer, and 1 without a host: nobody there is agreement.
+  std::intptr_t SendHost(HostMessage message, std::intptr_t wParam, std::intptr_t lParam);
+  std::intptr_t SendHost(HostMessage message, const std::string& wText, std::intptr_t lParam);
+  std::intptr_t SendHost(HostMessage message, const std::string& wText, const std::string& lText);
+  void PostHostCommand(std::int32_t command);
+
+ private:
+  friend class BuildWalk;
+
+  // Who owns the paths of a node: the nearest proper ancestor that is an application or project.
+  CXmlNode* FindPathOwner(const CXmlNode& node) const;
+  // The folder that paths below `owner` are relative to; empty stands for the project's folder.
+  std::string PathBaseOf(const CXmlNode& node) const;
+  void MakeAttributeRelative(CXmlNode& node, const char* name);
+  void StripSubtree(CXmlNode& node, bool dropDependencies);
+
+  std::int32_t LoadTreeText(CXmlNode& node, const std::string& absolute);
+  std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
+  bool WriteTreeFile(const CXmlNode& node, const std::string& absolute);
+  void LoseNothing(const std::string& absolute, const std::string& text, bool isReadOnly);
+  void ReloadSavedChildren();
+  void ReportRescues();
+
+  std::int32_t LoadProject(std::uint64_t opened);
+  void DiscardTree();
+  void RemoveAllChildren(CXmlNode& node);
+  void RemoveContentChildren(CXmlNode& node);
+  // Clears every pointer into the subtree, then frees it.
+  void FreeSubtree(CXmlNode& parent, CXmlNode* node);
+  void ForgetPointersInto(const CXmlNode& node);
+  std::string AskForProject();
+  std::int32_t ImportOldProject(const std::string& path);
+  bool AnnounceApplications(std::uint64_t opened);
+  bool MakeOptionsReady(std::uint64_t opened);
+  void ReopenAfterFailedSave();
+
+  void PublishFromParent(CXmlNode& node, bool force);
+  void PublishPath(CXmlNode& node);
+  void ApplyStoredOptions(CXmlNode& node, const std::string& config);
+  void WriteMarker(CXmlNode& node, const std::string& config) const;
+  void WriteDerivedAttributes(CXmlNode& node);
+  void ReadConfigurations();
+  void LoadToolCommands(const CXmlNode& node);
+  void RestoreCurrent(CXmlNode* application, CXmlNode* node);
+  void RunAutoDebugStep();
+  void SendActiveApplication();
+  const std::string& TextOfOptions(const CXmlNode& element);
+  // Stored options or configurations, or the tree itself, changed: texts kept of them are stale.
+  void ForgetKeptTexts();
+  // Nodes were freed or came in: no pointer into the tree holds, nor anything kept about it.
+  void NoteTreeChange();
+  // Nodes lost their cached values or derived attributes.
+  void NoteUnpublished();
+  std::int32_t ChangeNodeIdentity(CXmlNode& node, const std::string& property,
+                                  const std::string& value);
+
+  std::string OperationText(std::int32_t mode) const;
+  void RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch);
+  std::int32_t RunWalkHere(BuildWalk& walk);
+  static void BuildThreadMain(std::shared_ptr<WorkerControl> control);
+  bool EndWorker();
+  CXmlNode* FindNodeByOutput(CXmlNode& application, const char* outputFile);
+  void ReplaceDependencies(CXmlNode& node, const CXmlNode& record);
+
+  FileSystem& files;
+  FileGuard guard;
+
+  std::string projectPath;
+  std::string projectFolder;
+  std::string lastBrowseFolder;
+  std::unique_ptr<CXmlNode> projectRoot;
+  CXmlNode* activeApplication = nullptr;
+  CXmlNode* currentNode = nullptr;
+  std::unique_ptr<CXmlNode> clipboardNode;
+  std::unique_ptr<CXmlNode> dynamicCommands;
+  std::int32_t isDefaultProject = 1;
+  bool publishingSuspended = false;
+  std::int32_t modified = 1;
+  std::int32_t creatingProject = 0;
+
+  bool isOpen = false;
+  bool shapeChanged = false;
+  bool askingHost = false;  // the question before a close is with the host
+  bool inPublishTick = false;
+  std::uint64_t projectEpoch = 0;         // counts opens and closes
+  std::uint64_t treeEpoch = 0;            // counts what frees nodes
+  std::uint64_t publishEpoch = 0;         // counts that, and what takes published marks away
+  std::uint64_t outputEpoch = 0;          // counts that, and changes of output files
+  std::vector<std::string> loadingFiles;  // the chain of files being read
+  std::vector<std::string> rescuedFiles;  // texts that could not be saved in their place
+  std::vector<std::string> keptCopies;    // files put aside by a save
+  bool textLost = false;                  // a text could neither be saved nor rescued
+  bool keepTreeOnLoss = false;            // a close that loses a text stops in front of freeing it
+
+  PublishCursor publishCursor;
+  std::unordered_map<const CXmlNode*, std::string> optionTexts;
+  std::unordered_map<std::string, const CXmlNode*> typesByExtension;
+  bool typesByExtensionKnown = false;
+
+  std::mutex buildLock;  // guards buildState and nothing else
+  std::int32_t buildState = StateIdle;
+  std::int32_t buildCommand = 0;
+  std::shared_ptr<MessageLoop> loop;  // of the host's thread
+  std::shared_ptr<WorkerControl> worker;
+  int walksHere = 0;  // walks on the host's thread that are under way
+  std::unique_ptr<BuildWalk> workerWalk;
+  CXmlNode* walkApplication = nullptr;  // the application whose walk is running
+  FileTimes fileTimes;
+
+  // Output files of one application, folded, to the node that a report about them reaches.
+  std::unordered_map<std::string, CXmlNode*> nodesByOutput;
+  const CXmlNode* nodesByOutputOwner = nullptr;
+  std::uint64_t nodesByOutputEpoch = 0;
+};
+
+}  // namespace tarn

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <string>
+
+#include "xml/XmlNode.h"
+
+// The three windows of a project, as the model sees them. The windows implement these; a model
+// without windows works all the same. Everything is called on the host's thread. Node pointers are
+// borrowed: a view drops them in BeginTreeUpdate or ClearTree.
+namespace tarn {
+
+// The project tree.
+class IProjectWindow {
+ public:
+  virtual void SetProjectRoot(CXmlNode* root) = 0;
+  virtual void RepaintWindow() = 0;
+  virtual void RepaintTree() = 0;
+  // The timer whose ticks run the model's PublishTick. Holds and releases the options window.
+  virtual void StartStepTimer() = 0;
+  virtual void StopStepTimer() = 0;
+  // Around every change of the tree's shape; may be nested.
+  virtual void BeginTreeUpdate() = 0;
+  virtual void EndTreeUpdate() = 0;
+  virtual void ClearTree() = 0;
+  virtual CXmlNode* GetSelectedNode() = 0;
+  virtual void SelectTreeNode(CXmlNode* node) = 0;
+
+ protected:
+  ~IProjectWindow() = default;
+};
+
+// The class view of the globals.
+class IClassWindow {
+ public:
+  virtual void SetGlobalsFile(const std::string& path) = 0;
+  virtual void Clear() = 0;
+
+ protected:
+  ~IClassWindow() = default;
+};
+
+// The report view of the globals.
+class IGlobalsWindow {
+ public:
+  virtual void LoadGlobals(const std::string& path) = 0;
+  // The symbols that were loaded last; null before the first load.
+  virtual const CXmlNode* GetSymbols() = 0;
+
+ protected:
+  ~IGlobalsWindow() = default;
+};
+
+// The windows of one model, each null for none; the operations reach the window if there is one.
+class ProjectViews {
+ public:
+  IProjectWindow* project = nullptr;
+  IClassWindow* classes = nullptr;
+  IGlobalsWindow* globals = nullptr;
+
+  void SetProjectRoot(CXmlNode* root) const {
+    if (project) project->SetProjectRoot(root);
+  }
+  void RepaintWindow() const {
+    if (project) project->RepaintWindow();
+  }
+  void RepaintTree() const {
+    if (project) project->RepaintTree();
+  }
+  void StartStepTimer() const {
+    if (project) project->StartStepTimer();
+  }
+  void StopStepTimer() const {
+    if (project) project->StopStepTimer();
+  }
+  void BeginTreeUpdate() const {
+    if (project) project->BeginTreeUpdate();
+  }
+  void EndTreeUpdate() const {
+    if (project) project->EndTreeUpdate();
+  }
+  void ClearTree() const {
+    if (project) project->ClearTree();
+  }
+  CXmlNode* GetSelectedNode() const { return project ? project->GetSelectedNode() : nullptr; }
+  void SelectTreeNode(CXmlNode* node) const {
+    if (project) project->SelectTreeNode(node);
+  }
+  void SetGlobalsFile(const std::string& path) const {
+    if (classes) classes->SetGlobalsFile(path);
+  }
+  void ClearClasses() const {
+    if (classes) classes->Clear();
+  }
+  void LoadGlobals(const std::string& path) const {
+    if (globals) globals->LoadGlobals(path);
+  }
+};
+
+// Brackets a change of the tree's shape.
+class TreeUpdate {
+ public:
+  explicit TreeUpdate(const ProjectViews& projectViews) : views(projectViews) {
+    views.BeginTreeUpdate();
+  }
+  ~TreeUpdate() { views.EndTreeUpdate(); }
+  TreeUpdate(const TreeUpdate&) = delete;
+  TreeUpdate& operator=(const TreeUpdate&) = delete;
+
+ private:
+  const ProjectViews& views;
+};
+
+}  // namespace tarn

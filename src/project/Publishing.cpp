@@ -1,0 +1,362 @@
+// Bringing a node's option values to the property manager, and what the rest of the system needs of
+// them back into the node as attributes.
+//
+// The property manager holds one node at a time. A node that was published once keeps all its
+// values as text in its #CDATA child; that child is the mark of a published node.
+
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "project/ProjectModel.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kNodesPerTick = 10;
+
+CXmlNode* FindChildNamed(const CXmlNode& node, std::string_view name) {
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    CXmlNode* child = node.GetChild(i);
+    if (child->NameView() == name) return child;
+  }
+  return nullptr;
+}
+
+// The byte that stands for "]" in the cached text, so that the text can lie in a CDATA section.
+std::string WithBrackets(const char* text) {
+  std::string values(text);
+  for (char& c : values) {
+    if (static_cast<unsigned char>(c) == 0xA7) c = ']';
+  }
+  return values;
+}
+
+}  // namespace
+
+std::string CProjectModel::GetCurrentConfigName() const {
+  const char* config =
+      activeApplication == nullptr ? nullptr : activeApplication->GetAttrValue("Config");
+  return config == nullptr ? kStandardConfig : config;
+}
+
+void CProjectModel::CollectOptionChain(std::vector<CXmlNode*>& list, CXmlNode* node) const {
+  CXmlNode* parent = node->GetParent();
+  const bool isOutermost = (types.FlagsOf(*node) & (kTypeApplication | kTypeProject)) != 0;
+  if (parent != nullptr && !isOutermost) CollectOptionChain(list, parent);
+  list.push_back(node);
+}
+
+CXmlNode* CProjectModel::PublishNode(CXmlNode* node, bool force) {
+  if (node == nullptr) node = GetCurrentNode();
+  CXmlNode* stored = FindStoredValues(*node);
+  if (!force && stored != nullptr) {
+    propertyManager->ReadValuesFromText(WithBrackets(stored->ValueText()));
+    return stored;
+  }
+  if (stored != nullptr) node->RemoveChild(stored);
+  PublishFromParent(*node, force);
+
+  const std::string_view set = node->NameView();
+  const std::string config = GetCurrentConfigName();
+  propertyManager->ReadDefsFromFile(set, configFilePath);
+  for (const CXmlAttr& attribute : node->Attributes()) {
+    propertyManager->SetPropertyValue(set, "General", attribute.NameView(), attribute.ValueText());
+  }
+  PublishPath(*node);
+  ApplyStoredOptions(*node, config);
+  CXmlNode* values = node->AddCData(propertyManager->GetValuesAsText("", "", ""));
+  WriteMarker(*node, config);
+  WriteDerivedAttributes(*node);
+  if (!IsNodeUpToDate(node)) {
+    for (const char* name : {"LastBuilt", "Info"}) {
+      if (CXmlAttr* attribute = node->GetAttr(name)) node->RemoveAttr(attribute);
+    }
+    RecordBuildInfo(node, nullptr, nullptr);
+  }
+  return values;
+}
+
+// The values of a node start from the complete values of its parent.
+void CProjectModel::PublishFromParent(CXmlNode& node, bool force) {
+  const bool isOutermost = (types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0;
+  if (isOutermost) return;
+  // The root of a foreign file has no parent and need not be a project.
+  if (node.GetParent() != nullptr) PublishNode(node.GetParent(), force);
+  propertyManager->EndParentLevel();
+  propertyManager->BeginChildLevel();
+}
+
+void CProjectModel::PublishPath(CXmlNode& node) {
+  const std::string_view set = node.NameView();
+  const std::string path = propertyManager->GetPropertyValue(set, "General", "Path");
+  if (path.empty()) return;
+  const std::string base = PathBaseOf(node);
+  std::string full;
+  MakeAbsolutePath(path, full, base.empty() ? nullptr : base.c_str());
+  if (!files.Exists(full)) {
+    const std::string fileName = FileNameOf(path);
+    const std::string folders = propertyManager->GetPropertyValue("", "Directories", "AddSrcPaths");
+    for (const std::string_view folder : Split(folders, ';')) {
+      if (folder.empty()) continue;
+      std::string absoluteFolder;
+      MakeAbsolutePath(std::string(folder), absoluteFolder, nullptr);
+      MakeAbsolutePath(fileName, full, absoluteFolder.c_str());
+      if (files.Exists(full)) break;
+    }
+  }
+  node.SetAttrValue("Path", full);
+  if (node.GetAttr("Extern") != nullptr) node.SetAttrValue("Extern", full);
+
+  const std::uint32_t flags = types.FlagsOf(node);
+  const std::string kind = (flags & kTypeProject) != 0       ? "Project"
+                           : (flags & kTypeApplication) != 0 ? "Application"
+                                                             : "Node";
+  const PathParts parts = SplitPath(full);
+  const auto derive = [&](std::string_view property, const std::string& value) {
+    propertyManager->SetPropertyValue(set, "General", property, value);
+  };
+  derive("Path", full);
+  derive(kind + "Path", full);
+  derive(kind + "Dir", parts.drive + parts.folder);
+  derive(kind + "Filename", parts.title + parts.extension);
+  derive(kind + "Name", parts.title);
+  derive(kind + "Ext", parts.extension);
+}
+
+void CProjectModel::ApplyStoredOptions(CXmlNode& node, const std::string& config) {
+  std::vector<CXmlNode*> chain;
+  CollectOptionChain(chain, &node);
+  for (const CXmlNode* member : chain) {
+    if (const CXmlNode* options = FindChildNamed(*member, "Options")) {
+      propertyManager->ApplyOptions(config, TextOfOptions(*options));
+    }
+  }
+}
+
+// Many nodes are published with the options of the same few ancestors.
+const std::string& CProjectModel::TextOfOptions(const CXmlNode& element) {
+  const auto [kept, isNew] = optionTexts.try_emplace(&element);
+  if (isNew) kept->second = element.ToString(g_xmlDisplayOptions);
+  return kept->second;
+}
+
+void CProjectModel::ForgetKeptTexts() {
+  if (!optionTexts.empty()) optionTexts.clear();
+}
+
+void CProjectModel::WriteMarker(CXmlNode& node, const std::string& config) const {
+  if ((types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0) return;
+  CXmlNode* ownConfig = nullptr;
+  FindChildNode(config.c_str(), "Header", FindChildNamed(node, "Options"), ownConfig);
+  node.SetAttrValue("Marker", ownConfig != nullptr ? "0" : "-1");
+}
+
+void CProjectModel::WriteDerivedAttributes(CXmlNode& node) {
+  const std::string_view set = node.NameView();
+  const auto read = [&](const char* section, const char* property) {
+    return propertyManager->GetPropertyValue(set, section, property);
+  };
+  const std::string translateTool = read("Build", "TranslateTool");
+  const std::string exclude = read("Build", "Exclude");
+  const std::string linkExclude = read("Build", "LinkExclude");
+  std::string outputFile = read("Build", "OutputFile");
+  std::string listingFile = read("Build", "ListingFile");
+  const std::string dbiFile = read("Load", "DBIFile");
+  const std::string loadExclude = read("Load", "LoadExclude");
+
+  std::string base;
+  if (activeApplication != nullptr)
+    base = FolderOf(TextOf(activeApplication->GetAttrValue("Path")));
+  const char* baseFolder = base.empty() ? nullptr : base.c_str();
+  MakeAbsolutePath(outputFile, outputFile, baseFolder);
+  MakeAbsolutePath(listingFile, listingFile, baseFolder);
+  node.SetAttrValue("TranslateTool", translateTool);
+  node.SetAttrValue("Exclude", exclude);
+  node.SetAttrValue("LinkExclude", linkExclude);
+  const char* oldOutput = node.GetAttrValue("OutputFile");
+  if (oldOutput == nullptr || outputFile != oldOutput) ++outputEpoch;
+  node.SetAttrValue("OutputFile", outputFile);
+  node.SetAttrValue("ListingFile", listingFile);
+  if (!dbiFile.empty()) node.SetAttrValue("DBIFile", dbiFile);
+  if (!loadExclude.empty()) node.SetAttrValue("LoadExclude", loadExclude);
+}
+
+CXmlNode* CProjectModel::LoadNodeOptions(CXmlNode* node, bool force) {
+  if (!force && node != nullptr && node == currentNode) {
+    if (CXmlNode* stored = FindStoredValues(*node)) return stored;
+  }
+  if (node == nullptr) node = GetCurrentNode();
+  CXmlNode* application = nullptr;
+  FindEnclosingApplication(node, application);
+  if (application == nullptr) {
+    FindChildNode(projectRoot->GetAttrValue("ActiveApp"), "Header", projectRoot.get(), application);
+  }
+  if (application != nullptr) activeApplication = application;
+  currentNode = node;
+
+  propertyManager->BeginUpdate();
+  propertyManager->ClearValues();
+  ReadConfigurations();
+  propertyManager->SetCurrentConfig(GetCurrentConfigName());
+  CXmlNode* values = PublishNode(node, force);
+  RestorePropState(*node);
+  propertyManager->EndUpdate();
+
+  LoadToolCommands(*node);
+  const std::uint64_t epoch = treeEpoch;
+  SendHost(kMsgPaneCaption, TextOf(node->GetAttrValue("Header")) + " Local Settings", kOptionsPane);
+  return treeEpoch == epoch ? values : nullptr;
+}
+
+void CProjectModel::ReadConfigurations() {
+  if (activeApplication == nullptr) return;
+  const CXmlNode* configs = FindChildNamed(*activeApplication, "Configs");
+  if (configs == nullptr) return;
+  const auto [kept, isNew] = optionTexts.try_emplace(configs);
+  if (isNew) {
+    CXmlNode list;
+    list.SetName("ProjectsConfigs");
+    list.AppendCopy(*configs);
+    kept->second = list.ToString(g_xmlDisplayOptions);
+  }
+  propertyManager->ReadValuesFromText(kept->second);
+}
+
+void CProjectModel::LoadToolCommands(const CXmlNode& node) {
+  dynamicCommands.reset();
+  const char* path = node.GetAttrValue("Path");
+  if (path == nullptr) return;
+  const std::string tools =
+      toolManager == nullptr ? std::string() : toolManager->GetToolsForExtension(ExtensionOf(path));
+  dynamicCommands = std::make_unique<CXmlNode>();
+  dynamicCommands->Load(tools, g_xmlParseInfo);
+  for (int i = 0; i < dynamicCommands->GetChildCount(); ++i) {
+    dynamicCommands->GetChild(i)->SetAttrValue("Id", ToDecimal(kToolCommandBase + i));
+  }
+}
+
+void CProjectModel::RenewPropState(CXmlNode& node) {
+  if (CXmlNode* old = FindChildNamed(node, "PropState")) node.RemoveChild(old);
+  node.AddChild("PropState", propertyManager->GetPropState());
+}
+
+void CProjectModel::RestorePropState(const CXmlNode& node) {
+  if (const CXmlNode* state = FindChildNamed(node, "PropState")) {
+    propertyManager->SetPropState(state->ValueText());
+  }
+}
+
+void CProjectModel::RunAutoDebugStep() {
+  if (creatingProject != 0 || activeApplication == nullptr) return;
+  if ((types.FlagsOf(*activeApplication) & kTypeAutoDebug) != 0) PostHostCommand(kCommandAutoDebug);
+}
+
+void CProjectModel::SendActiveApplication() {
+  if (activeApplication == nullptr) return;
+  SendHost(kMsgApplicationActivated, TextOf(activeApplication->GetAttrValue("Path")),
+           GetCurrentConfigName());
+}
+
+void CProjectModel::SetCurrentNode(CXmlNode* node) {
+  if (node == nullptr) return;
+  const CXmlNode* notedApplication = activeApplication;
+  const CXmlNode* notedNode = currentNode;
+  if (currentNode != nullptr) RenewPropState(*currentNode);
+  const std::uint64_t epoch = treeEpoch;
+  LoadNodeOptions(node, false);
+  if (treeEpoch != epoch) return;
+  if (activeApplication != nullptr && activeApplication != notedApplication) {
+    SendActiveApplication();
+    if (treeEpoch != epoch) return;
+    views.SetGlobalsFile(GlobalsFileOf(*activeApplication));
+    RunAutoDebugStep();
+  }
+  if (currentNode != nullptr && currentNode != notedNode) {
+    SendHost(kMsgCurrentNodeChanged, TextOf(currentNode->GetAttrValue("Path")), 0);
+    if (treeEpoch != epoch) return;
+  }
+  if (views.GetSelectedNode() != node) views.SelectTreeNode(node);
+}
+
+std::int32_t CProjectModel::PublishNextNode(CXmlNode* node) {
+  if (node == nullptr) return 0;
+  CXmlNode* next = publishCursor.Next(
+      *node, publishEpoch, [](const CXmlNode& each) { return FindStoredValues(each) != nullptr; },
+      IsContentNode);
+  if (next == nullptr) return 0;
+  FindEnclosingApplication(next, activeApplication);
+  currentNode = next;
+  propertyManager->ClearValues();
+  ReadConfigurations();
+  propertyManager->SetCurrentConfig(GetCurrentConfigName());
+  PublishNode(currentNode, false);
+  return 1;
+}
+
+std::int32_t CProjectModel::PublishTick() {
+  // The worker publishes what it needs by itself, and a tick inside a tick would lose the place.
+  if (inPublishTick || IsWorkerAlive()) return 0;
+  inPublishTick = true;
+  CXmlNode* const notedNode = currentNode;
+  CXmlNode* const notedApplication = activeApplication;
+  if (notedNode != nullptr) {
+    propertyManager->BeginUpdate();
+    RenewPropState(*notedNode);
+  }
+  std::int32_t remains = 1;
+  int published = 0;
+  while (published < kNodesPerTick && (remains = PublishNextNode(projectRoot.get())) != 0) {
+    ++published;
+  }
+  inPublishTick = false;
+
+  const std::uint64_t epoch = treeEpoch;
+  // Also when the tree is done: the user's next change belongs to the node that was current.
+  if (published > 0) RestoreCurrent(notedApplication, notedNode);
+  if (treeEpoch != epoch) return 0;
+  if (remains == 0) views.StopStepTimer();
+  if (currentNode != nullptr) RestorePropState(*currentNode);
+  propertyManager->EndUpdate();
+  if (remains != 0) return 1;
+
+  PostHostCommand(kCommandOptionsLoaded);
+  if (activeApplication != nullptr) {
+    SendHost(kMsgApplicationKnown, TextOf(activeApplication->GetAttrValue("Path")),
+             GetCurrentConfigName());
+    if (treeEpoch != epoch) return 0;
+  }
+  RunAutoDebugStep();
+  return 0;
+}
+
+void CProjectModel::PublishAll() {
+  if (IsWorkerAlive() || inPublishTick) return;
+  CXmlNode* const notedNode = currentNode;
+  CXmlNode* const notedApplication = activeApplication;
+  bool published = false;
+  while (PublishNextNode(projectRoot.get())) published = true;
+  if (published && notedNode != nullptr) RestoreCurrent(notedApplication, notedNode);
+}
+
+// The property manager shows `node` again, after other nodes went through it.
+void CProjectModel::RestoreCurrent(CXmlNode* application, CXmlNode* node) {
+  activeApplication = application;
+  currentNode = nullptr;
+  SetCurrentNode(node);
+}
+
+void CProjectModel::ResetNodeCache(CXmlNode& node, bool ownOnly) {
+  if (!ownOnly) {
+    StripForSave(node, false);
+    return;
+  }
+  if (CXmlNode* stored = FindStoredValues(node)) node.RemoveChild(stored);
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode* child = node.GetChild(i);
+    if (IsContentNode(*child)) ResetNodeCache(*child, true);
+  }
+  NoteUnpublished();
+}
+
+}  // namespace tarn

@@ -1,0 +1,173 @@
+// Values that were changed go from the property manager into the tree, and out of it again.
+
+#include "patterns/Parser.h"
+#include "platform/text/Text.h"
+#include "project/MergeOptions.h"
+#include "project/ProjectModel.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr const char* kGeneralSection = "General";
+
+// An address in the key form, set.section.property, taken apart.
+struct OptionKey {
+  std::string set;
+  std::string section;
+  std::string property;
+};
+
+// Storing reads a key of two parts as section and property, one of another length as a property.
+OptionKey KeyForStoring(const std::string& text) {
+  const CParser parts(text, ".");
+  switch (parts.GetCount()) {
+    case 0:
+      return {};
+    case 2:
+      return {"", parts.GetToken(0), parts.GetToken(1)};
+    case 3:
+      return {parts.GetToken(0), parts.GetToken(1), parts.GetToken(2)};
+    default:
+      return {"", "", parts.GetToken(0)};
+  }
+}
+
+// Resetting reads the parts from the left; a lone part names a set and a section.
+OptionKey KeyForResetting(const std::string& text) {
+  const CParser parts(text, ".");
+  OptionKey key;
+  if (parts.GetCount() > 0) key.set = key.section = parts.GetToken(0);
+  if (parts.GetCount() > 1) key.section = parts.GetToken(1);
+  if (parts.GetCount() > 2) key.property = parts.GetToken(2);
+  return key;
+}
+
+CXmlNode* ChildByHeader(const CXmlNode* parent, const std::string& header) {
+  CXmlNode* found = nullptr;
+  FindChildNode(header.c_str(), "Header", parent, found);
+  return found;
+}
+
+bool RemoveIfRemovable(CXmlNode& section, const CXmlNode* property) {
+  if (property == nullptr || property->GetAttr("Removable") == nullptr) return false;
+  return section.RemoveChild(property);
+}
+
+// Values of the section General belong to no configuration of their own.
+std::string ConfigOfSection(const std::string& section, const std::string& current) {
+  return EqualNoCase(section, kGeneralSection) ? kStandardConfig : current;
+}
+
+}  // namespace
+
+std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) {
+  const std::string keyText =
+      changedKey.empty() ? propertyManager->GetChangedProperty() : changedKey;
+  if (keyText.empty()) return 0;
+  CXmlNode* node = GetCurrentNode();
+  if (node == nullptr) return 0;
+  modified = 1;
+  OptionKey key = KeyForStoring(keyText);
+  if (key.set.empty()) key.set = node->GetName();
+  if (EqualNoCase(key.set, node->NameView()) && EqualNoCase(key.section, kGeneralSection) &&
+      (EqualNoCase(key.property, "Type") || EqualNoCase(key.property, "Header"))) {
+    return ChangeNodeIdentity(
+        *node, key.property, propertyManager->GetPropertyValue(key.set, key.section, key.property));
+  }
+
+  auto changed = CXmlNode::CreateNode("Options");
+  const std::string config = ConfigOfSection(key.section, GetCurrentConfigName());
+  auto value = std::make_unique<CXmlNode>();
+  value->Load(propertyManager->GetConfigText(config, key.set, key.section, key.property),
+              g_xmlParseInfo);
+  changed->AppendChild(std::move(value));
+  CXmlNode* old = node->FindChild("Options");
+  if (old != nullptr) {
+    changed = MergeOptions(*old, *changed);
+    node->RemoveChild(old);
+  }
+  node->AppendChild(std::move(changed));
+  ForgetKeptTexts();
+
+  if (creatingProject == 0 && activeApplication != nullptr &&
+      (types.FlagsOf(*activeApplication) & kTypeAutoDebug) != 0) {
+    if (isDefaultProject != 0) {
+      ClearDefaultApplicationItems();
+    } else {
+      PostHostCommand(kCommandAutoDebug);
+    }
+  }
+  return 1;
+}
+
+// A node of another type or with another label is another node to everything that was derived.
+std::int32_t CProjectModel::ChangeNodeIdentity(CXmlNode& node, const std::string& property,
+                                               const std::string& value) {
+  const bool isType = EqualNoCase(property, "Type");
+  // An element without a name could not be read back.
+  if (isType && value.empty()) return 0;
+  const TreeUpdate update(views);
+  if (isType) {
+    node.SetName(value);
+  } else {
+    const char* active = projectRoot->GetAttrValue("ActiveApp");
+    const char* oldHeader = node.GetAttrValue("Header");
+    const bool namesActive = node.GetParent() == projectRoot.get() && active != nullptr &&
+                             oldHeader != nullptr && EqualNoCase(active, oldHeader);
+    if (namesActive) projectRoot->SetAttrValue("ActiveApp", value);
+    node.SetAttrValue("Header", value);
+  }
+  StripForSave(node, true);
+  return 1;
+}
+
+std::int32_t CProjectModel::ResetStoredProperty(const std::string& changedKey) {
+  if (!CanStartOperation()) return 0;
+  const std::string keyText =
+      changedKey.empty() ? propertyManager->GetChangedProperty() : changedKey;
+  CXmlNode* node = GetCurrentNode();
+  if (node == nullptr) return 0;
+  const OptionKey key = KeyForResetting(keyText);
+  CXmlNode* options = node->FindChild("Options");
+  CXmlNode* config = ChildByHeader(options, ConfigOfSection(key.section, GetCurrentConfigName()));
+  CXmlNode* set = ChildByHeader(config, key.set);
+  CXmlNode* section = ChildByHeader(set, key.section);
+  if (section == nullptr) return 1;
+  if (!key.property.empty()) {
+    if (RemoveIfRemovable(*section, ChildByHeader(section, key.property))) modified = 1;
+  } else {
+    for (int i = section->GetChildCount() - 1; i >= 0; --i) {
+      if (RemoveIfRemovable(*section, section->GetChild(i))) modified = 1;
+    }
+  }
+  // What became empty on the way up goes; the topmost element stays.
+  if (section->GetChildCount() == 0) set->RemoveChild(section);
+  if (set->GetChildCount() == 0) config->RemoveChild(set);
+  if (config->GetChildCount() == 0) options->RemoveChild(config);
+  ForgetKeptTexts();
+  return 1;
+}
+
+std::int32_t CProjectModel::ResetNodeOptions(CXmlNode* node) {
+  if (!CanStartOperation()) return 0;
+  if (node == nullptr) node = GetCurrentNode();
+  if (node == nullptr) return 0;
+  modified = 1;
+  if (CXmlNode* options = node->FindChild("Options")) node->RemoveChild(options);
+  propertyManager->BeginUpdate();
+  RenewPropState(*node);
+  {
+    const TreeUpdate update(views);
+    ResetNodeCache(*node, false);
+    // The property manager holds the values that were just taken away.
+    const std::uint64_t epoch = treeEpoch;
+    SetCurrentNode(node);
+    if (treeEpoch == epoch) RestorePropState(*node);
+    propertyManager->EndUpdate();
+  }
+  return 1;
+}
+
+}  // namespace tarn

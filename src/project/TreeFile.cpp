@@ -1,0 +1,245 @@
+// Reading and writing of project and application files, and the paths in them.
+//
+// A tree is cut into files at the direct children of a file's root: such a child with an `Extern`
+// file has all its content there and stands in its parent's file with its attributes alone.
+
+#include <algorithm>
+
+#include "output/MessageTable.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "project/FileAccess.h"
+#include "project/ProjectModel.h"
+
+namespace tarn {
+
+namespace {
+
+// The text ended with the root's own closing tag, or the root is an empty element. Where it did
+// not, the file was cut and what stood behind the cut is not in the tree.
+bool IsClosed(std::string_view text, const CXmlNode& root) {
+  text = Trim(text);
+  const std::string_view name = root.NameView();
+  if (EndsWithNoCase(text, "/>")) return root.GetChildCount() == 0;
+  if (text.empty() || text.back() != '>') return false;
+  const std::string_view tag = Trim(text.substr(0, text.size() - 1));
+  if (tag.size() < name.size() + 2 || tag.substr(tag.size() - name.size()) != name) return false;
+  return tag.substr(tag.size() - name.size() - 2, 2) == "</";
+}
+
+}  // namespace
+
+std::int32_t CProjectModel::MakeAbsolutePath(const std::string& path, std::string& result,
+                                             const char* baseFolder) const {
+  if (path.empty()) return 0;
+  const std::string base = baseFolder == nullptr ? projectFolder : baseFolder;
+  result = IsRelativePath(path) ? CanonicalPath(JoinPath(base, path)) : ToNativeSeparators(path);
+  return 1;
+}
+
+std::int32_t CProjectModel::MakeRelativePath(const std::string& path, std::string& result,
+                                             const char* baseFolder) const {
+  if (path.empty()) return 0;
+  const std::string base = baseFolder == nullptr ? projectFolder : baseFolder;
+  std::string relative = IsRelativePath(path) ? path : RelativeDiskPath(CanonicalPath(base), path);
+  result = relative.empty() ? path : std::move(relative);
+  return 1;
+}
+
+CXmlNode* CProjectModel::FindPathOwner(const CXmlNode& node) const {
+  for (CXmlNode* owner = node.GetParent(); owner != nullptr; owner = owner->GetParent()) {
+    if ((types.FlagsOf(*owner) & (kTypeApplication | kTypeProject)) != 0) return owner;
+  }
+  return nullptr;
+}
+
+std::string CProjectModel::PathBaseOf(const CXmlNode& node) const {
+  const CXmlNode* owner = FindPathOwner(node);
+  const char* path = owner == nullptr ? nullptr : owner->GetAttrValue("Path");
+  if (path == nullptr) return {};
+  // The path of an application that was never published is still in its form on disk.
+  std::string absolute;
+  MakeAbsolutePath(path, absolute, nullptr);
+  return FolderOf(absolute);
+}
+
+void CProjectModel::FindEnclosingApplication(CXmlNode* node, CXmlNode*& found) const {
+  for (; node != nullptr; node = node->GetParent()) {
+    if ((types.FlagsOf(*node) & kTypeApplication) != 0) {
+      found = node;
+      return;
+    }
+  }
+}
+
+std::string CProjectModel::GlobalsFileOf(const CXmlNode& application) const {
+  const char* path = application.GetAttrValue("Path");
+  if (path == nullptr || *path == '\0') return {};
+  const char* config = application.GetAttrValue("Config");
+  return WithoutExtension(path) + "-Globals." + (config == nullptr ? kStandardConfig : config) +
+         ".xml";
+}
+
+std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& fileName) {
+  std::string absolute;
+  if (!MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
+  // A file that names one of those it is being read for would be read for ever.
+  if (std::find(loadingFiles.begin(), loadingFiles.end(), absolute) != loadingFiles.end()) {
+    output->WriteMessage(kRowMalformedXml);
+    return 0;
+  }
+  const std::uint64_t epoch = treeEpoch;
+  const bool isThere = CheckFileAccess(files, absolute, kMustExist, *output) != 0;
+  if (!isThere || treeEpoch != epoch) return 0;
+  // A read-only project is read all the same; the log says that it cannot be saved.
+  CheckFileAccess(files, absolute, kMustBeWritable, *output);
+  if (treeEpoch != epoch) return 0;
+
+  loadingFiles.push_back(absolute);
+  const std::int32_t done = LoadTreeText(node, absolute) ? LoadExternChildren(node, epoch) : 0;
+  loadingFiles.pop_back();
+  return done;
+}
+
+std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& absolute) {
+  const std::uint64_t epoch = treeEpoch;
+  const Result<std::string> text = files.ReadWholeFile(absolute);
+  if (!text) {
+    if (text.GetError().code == ErrorCode::Io) {
+      guard.NoteRead(absolute, {}, true);
+      return 1;
+    }
+    output->WriteMessage(kRowCannotRead, {absolute});
+    return 0;
+  }
+  node.SetValue("");
+  const bool isWellFormed = node.Load(text->c_str(), g_xmlParseInfo) != nullptr;
+  const bool isWhole = text->find('\0') == std::string::npos && IsClosed(*text, node);
+  guard.NoteRead(absolute, *text, !isWellFormed || !isWhole);
+  if (!isWellFormed) output->WriteMessage(kRowMalformedXml);
+  return treeEpoch == epoch ? 1 : 0;
+}
+
+std::int32_t CProjectModel::LoadExternChildren(CXmlNode& node, std::uint64_t epoch) {
+  std::int32_t result = 1;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode& child = *node.GetChild(i);
+    if ((types.FlagsOf(child) & kTypeExtern) == 0) continue;
+    const std::string fileName = TextOf(child.GetAttrValue("Extern"));
+    if (fileName.empty())
+      output->WriteMessage(kRowFileMissing, {TextOf(child.GetAttrValue("Header"))});
+    if (treeEpoch != epoch || !LoadTreeFile(child, fileName)) result = 0;
+    if (treeEpoch != epoch) return 0;
+  }
+  return result;
+}
+
+void CProjectModel::MakeAttributeRelative(CXmlNode& node, const char* name) {
+  const char* path = node.GetAttrValue(name);
+  if (path == nullptr || *path == '\0') return;
+  const std::string base = PathBaseOf(node);
+  std::string relative;
+  if (MakeRelativePath(path, relative, base.empty() ? nullptr : base.c_str())) {
+    node.SetAttrValue(name, relative);
+  }
+}
+
+void CProjectModel::StripForSave(CXmlNode& node, bool dropDependencies) {
+  StripSubtree(node, dropDependencies);
+  NoteUnpublished();
+}
+
+void CProjectModel::StripSubtree(CXmlNode& node, bool dropDependencies) {
+  // Children first: the paths below are relative to a path that must still be absolute.
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    CXmlNode* child = node.GetChild(i);
+    const std::string_view name = child->NameView();
+    if (name == "PropState" || name == "#CDATA" || name == "Info" ||
+        (dropDependencies && name == "Dependencies")) {
+      node.RemoveChild(child);
+    } else {
+      StripSubtree(*child, dropDependencies);
+    }
+  }
+  for (const char* name : {"TranslateTool", "ListingFile", "Exclude", "LinkExclude", "DBIFile",
+                           "Info", "Desc", "LastBuilt", "highlight"}) {
+    if (CXmlAttr* attribute = node.GetAttr(name)) node.RemoveAttr(attribute);
+  }
+  MakeAttributeRelative(node, "Path");
+  MakeAttributeRelative(node, "OutputFile");
+}
+
+std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& fileName) {
+  std::string absolute;
+  if (!MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
+  std::int32_t result = 1;
+  std::vector<CXmlNode*> unsaved;
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    CXmlNode& child = *node.GetChild(i);
+    if ((types.FlagsOf(child) & kTypeExtern) == 0) continue;
+    const std::string path = TextOf(child.GetAttrValue("Extern"));
+    if (path.empty()) {
+      // Nowhere to go: its children stay in this file.
+      result = 0;
+      continue;
+    }
+    std::string relative;
+    MakeRelativePath(path, relative, nullptr);
+    child.SetAttrValue("Extern", relative);
+    const bool wasLost = textLost;
+    textLost = false;
+    result &= SaveTreeFile(child, path);
+    if (textLost) {
+      unsaved.push_back(&child);
+    } else {
+      RemoveAllChildren(child);
+    }
+    textLost = textLost || wasLost;
+  }
+
+  // What lies nowhere but in memory stays there, outside of this file's text.
+  std::vector<std::vector<std::unique_ptr<CXmlNode>>> aside;
+  for (CXmlNode* child : unsaved) {
+    aside.emplace_back();
+    while (child->GetChildCount() > 0)
+      aside.back().push_back(child->DetachChild(child->GetChild(0)));
+  }
+  const bool accessible =
+      CheckFileAccess(files, absolute, kMustBeWritable | kCreateFolder, *output);
+  const std::string text = node.ToString(g_xmlDisplayOptions);
+  if (!accessible) LoseNothing(absolute, text, false);
+  if (!accessible || !WriteTreeFile(node, absolute)) result = 0;
+  for (std::size_t i = 0; i < unsaved.size(); ++i) {
+    for (auto& child : aside[i]) unsaved[i]->AppendChild(std::move(child));
+  }
+  if (accessible && result == 0) output->WriteMessage(kRowCannotSave, {absolute});
+  return result;
+}
+
+bool CProjectModel::WriteTreeFile(const CXmlNode& node, const std::string& absolute) {
+  const std::string text = node.ToString(g_xmlDisplayOptions);
+  std::string copy;
+  const Status putAside = guard.PutAside(absolute, copy);
+  if (putAside && !copy.empty()) keptCopies.push_back(copy);
+  const Status written = putAside ? files.WriteWholeFile(absolute, text) : putAside;
+  if (written) {
+    guard.NoteWritten(absolute, text);
+    return true;
+  }
+  LoseNothing(absolute, text, written.GetError().code == ErrorCode::ReadOnly);
+  return false;
+}
+
+// The file could not be written: its text goes where it can be found again.
+void CProjectModel::LoseNothing(const std::string& absolute, const std::string& text,
+                                bool isReadOnly) {
+  if (isReadOnly) output->WriteMessage(kRowReadOnly, {absolute});
+  const std::string rescued = guard.Rescue(absolute, text, dataPath);
+  if (rescued.empty()) {
+    textLost = true;
+  } else {
+    rescuedFiles.push_back(rescued);
+  }
+}
+
+}  // namespace tarn
