@@ -1,0 +1,283 @@
+#include "components/options/DefinitionReader.h"
+
+#include <algorithm>
+
+#include "components/options/ValueCheck.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "xml/XmlNode.h"
+
+namespace tarn::options {
+
+namespace {
+
+constexpr std::size_t kMaxDepth = 16;
+constexpr std::size_t kMaxFiles = 500;
+constexpr std::size_t kMaxErrors = 200;
+
+std::string AttributeOf(const CXmlNode& node, std::string_view name) {
+  return TextOf(node.GetAttrValue(name));
+}
+
+bool IsYes(std::string_view text) {
+  return EqualNoCase(text, "Yes");
+}
+
+// The text can stand in the macro that a conditional default becomes.
+bool FitsIntoChoice(std::string_view text) {
+  int depth = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text.substr(i).starts_with("$(")) ++depth;
+    if (text[i] == ')' && --depth < 0) return false;
+    if (text[i] == ';' && depth == 0) return false;
+  }
+  return depth == 0;
+}
+
+// The last property of a text that broke off: it may lack what stood behind the fault.
+bool DropLastProperty(CXmlNode& node) {
+  for (int i = node.GetChildCount(); i-- > 0;) {
+    CXmlNode* child = node.GetChild(i);
+    if (child->NameView() == "Property") return node.RemoveChild(child);
+    if (DropLastProperty(*child)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+void DefinitionReader::ReportFor(const std::string& path, std::string_view what) {
+  if (errors.size() < kMaxErrors) errors.push_back(path + ": " + std::string(what));
+}
+
+void DefinitionReader::Report(std::string_view what) {
+  ReportFor(chain.empty() ? std::string() : chain.back(),
+            place.empty() ? std::string(what) : place + ": " + std::string(what));
+}
+
+bool DefinitionReader::ReadFile(const std::string& path) {
+  const Result<std::string> text = files.ReadWholeFile(path);
+  if (!text) {
+    ReportFor(path, "can't be read: " + text.GetError().text);
+    return false;
+  }
+  ReadText(*text, path);
+  return true;
+}
+
+void DefinitionReader::ReadText(const std::string& text, const std::string& path) {
+  chain.push_back(path);
+  CXmlNode root;
+  CXmlParseInfo parseInfo;
+  if (root.Load(text, parseInfo) == nullptr) {
+    Report(parseInfo.errorText.empty() ? "the text breaks off or holds no element"
+                                       : "the text is damaged: " + parseInfo.errorText);
+    DropLastProperty(root);
+  }
+  if (root.NameView() == "OptionSets") {
+    ReadSets(root);
+  } else {
+    for (const CXmlNode* child : root.GetChildren()) {
+      if (child->NameView() == "OptionSets") ReadSets(*child);
+    }
+  }
+  chain.pop_back();
+}
+
+void DefinitionReader::ReadSets(const CXmlNode& node) {
+  for (const CXmlNode* child : node.GetChildren()) {
+    place.clear();
+    if (child->GetType() != XmlElement) continue;
+    if (child->NameView() == "Include") {
+      ReadInclude(*child);
+    } else if (child->NameView() == "Set") {
+      ReadSet(*child);
+    } else {
+      Report("<" + child->GetName() + "> is not known here; Include and Set are");
+    }
+  }
+  place.clear();
+}
+
+void DefinitionReader::ReadInclude(const CXmlNode& node) {
+  CheckAttributes(node, "File");
+  const std::string name = AttributeOf(node, "File");
+  if (name.empty()) return Report("Include without File");
+  std::string path = ToNativeSeparators(name);
+  if (IsRelativePath(path)) path = JoinPath(FolderOf(chain.back()), path);
+  path = CanonicalPath(path);
+  if (std::find(chain.begin(), chain.end(), path) != chain.end()) {
+    return Report("includes itself by way of " + name);
+  }
+  if (chain.size() >= kMaxDepth || ++filesRead > kMaxFiles) {
+    return Report("too many files include each other; " + name + " is left out");
+  }
+  ReadFile(path);
+}
+
+void DefinitionReader::ReadSet(const CXmlNode& node) {
+  const std::string header = AttributeOf(node, "Header");
+  place = "set " + header;
+  CheckAttributes(node, "Header Label Help");
+  std::vector<std::string> sets;
+  for (const std::string_view name : Split(header, ';')) {
+    if (!Trim(name).empty()) sets.emplace_back(Trim(name));
+  }
+  if (sets.empty()) return Report("Set without Header");
+  for (const std::string& name : sets) {
+    SetDefinition& set = definitions.Set(name);
+    if (node.GetAttr("Label") != nullptr) set.label = AttributeOf(node, "Label");
+    if (node.GetAttr("Help") != nullptr) set.help = AttributeOf(node, "Help");
+  }
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (child->GetType() != XmlElement) continue;
+    place = "set " + header;
+    if (child->NameView() == "Section") {
+      ReadSection(*child, sets);
+    } else {
+      Report("<" + child->GetName() + "> is not known here; Section is");
+    }
+  }
+}
+
+void DefinitionReader::ReadSection(const CXmlNode& node, const std::vector<std::string>& sets) {
+  const std::string header = AttributeOf(node, "Header");
+  CheckAttributes(node, "Header Label Help");
+  if (header.empty()) return Report("Section without Header");
+  const std::string setPlace = place;
+  for (const std::string& name : sets) {
+    SectionDefinition& section = Definitions::Section(definitions.Set(name), header);
+    if (node.GetAttr("Label") != nullptr) section.label = AttributeOf(node, "Label");
+    if (node.GetAttr("Help") != nullptr) section.help = AttributeOf(node, "Help");
+  }
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (child->GetType() != XmlElement) continue;
+    place = setPlace + ", " + header;
+    if (child->NameView() == "Property") {
+      ReadProperty(*child, sets, header);
+    } else {
+      Report("<" + child->GetName() + "> is not known here; Property is");
+    }
+  }
+}
+
+void DefinitionReader::ReadProperty(const CXmlNode& node, const std::vector<std::string>& sets,
+                                    const std::string& section) {
+  const std::string header = AttributeOf(node, "Header");
+  if (header.empty()) return Report("Property without Header");
+  place += "." + header;
+  if (header.find('.') != std::string::npos || section.find('.') != std::string::npos) {
+    return Report("a name may not hold a full stop; the property is left out");
+  }
+  CheckAttributes(node,
+                  "Header Type Default Label Help Removable KeepsOutputs Shown Enabled Min Max");
+  const std::size_t errorsBefore = errors.size();
+  for (const std::string& name : sets) {
+    SectionDefinition& part = Definitions::Section(definitions.Set(name), section);
+    FillProperty(node, definitions.Property(part, header));
+    // One fault is told once, not for each set that the property is for.
+    if (errors.size() > errorsBefore && name != sets.back()) errors.resize(errorsBefore);
+  }
+}
+
+void DefinitionReader::FillProperty(const CXmlNode& node, PropertyDefinition& property) {
+  property.origin = chain.back();
+  const auto take = [&node](std::string_view name, std::string& to) {
+    if (node.GetAttr(name) != nullptr) to = AttributeOf(node, name);
+  };
+  take("Default", property.defaultText);
+  take("Label", property.label);
+  take("Help", property.help);
+  take("Min", property.minimum);
+  take("Max", property.maximum);
+  const std::string type = AttributeOf(node, "Type");
+  if (!type.empty() && !TypeFromName(type, property.type)) {
+    Report("Type \"" + type + "\" is not known, taken as text");
+    property.type = ValueType::Text;
+  }
+  if (node.GetAttr("Removable") != nullptr) {
+    property.removable = IsYes(AttributeOf(node, "Removable"));
+  }
+  if (node.GetAttr("KeepsOutputs") != nullptr) {
+    property.keepsOutputs = IsYes(AttributeOf(node, "KeepsOutputs"));
+  }
+  ReadCondition(node, "Shown", property.shown);
+  ReadCondition(node, "Enabled", property.enabled);
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (child->GetType() != XmlElement) continue;
+    if (child->NameView() == "Choice") {
+      ReadChoice(*child, property);
+    } else if (child->NameView() == "Default") {
+      ReadDefault(*child, property);
+    } else {
+      Report("<" + child->GetName() + "> is not known here; Choice and Default are");
+    }
+  }
+}
+
+void DefinitionReader::ReadCondition(const CXmlNode& node, std::string_view attribute,
+                                     Condition& condition) {
+  const std::string text = AttributeOf(node, attribute);
+  if (text.empty() || ParseCondition(text, condition)) return;
+  Report(std::string(attribute) + " \"" + text + "\" is no condition (Section.Property=value)");
+}
+
+void DefinitionReader::ReadDefault(const CXmlNode& node, PropertyDefinition& property) {
+  CheckAttributes(node, "When Value");
+  ConditionalDefault chosen;
+  const std::string when = AttributeOf(node, "When");
+  if (!ParseCondition(when, chosen.when) || chosen.when.negated) {
+    return Report("Default with When \"" + when + "\": Section.Property=value is wanted");
+  }
+  chosen.value = AttributeOf(node, "Value");
+  if (!FitsIntoChoice(chosen.value)) {
+    return Report("Default \"" + chosen.value +
+                  "\" under a condition may hold no semicolon and no lone parenthesis");
+  }
+  // What comes later goes first, as with everything that is told twice.
+  property.conditionalDefaults.insert(property.conditionalDefaults.begin(), std::move(chosen));
+}
+
+void DefinitionReader::ReadChoice(const CXmlNode& node, PropertyDefinition& property) {
+  CheckAttributes(node, "Value Label");
+  if (node.GetAttr("Value") == nullptr) return Report("Choice without Value");
+  const std::string value = AttributeOf(node, "Value");
+  auto known = std::find_if(property.choices.begin(), property.choices.end(),
+                            [&](const Choice& each) { return EqualNoCase(each.value, value); });
+  if (known == property.choices.end()) {
+    known = property.choices.insert(known, {value, value});
+  }
+  if (node.GetAttr("Label") != nullptr) known->label = AttributeOf(node, "Label");
+}
+
+void DefinitionReader::CheckAttributes(const CXmlNode& node, std::string_view known) {
+  for (const CXmlAttr& attr : node.Attributes()) {
+    const std::vector<std::string_view> names = Split(known, ' ');
+    if (std::find(names.begin(), names.end(), attr.NameView()) != names.end()) continue;
+    Report("attribute \"" + attr.GetName() + "\" of <" + node.GetName() + "> is not known");
+  }
+}
+
+void DefinitionReader::CheckDefault(const std::string& set, const PropertyDefinition& property) {
+  const std::string where = "set " + set + ", " + property.section + "." + property.name + ": ";
+  if (property.type == ValueType::Choice && property.choices.empty()) {
+    ReportFor(property.origin, where + "a choice without any Choice");
+  }
+  std::vector<std::string_view> texts{property.defaultText};
+  for (const ConditionalDefault& each : property.conditionalDefaults) texts.push_back(each.value);
+  for (const std::string_view text : texts) {
+    if (text.empty() || text.find('$') != std::string_view::npos) continue;
+    const std::string fault = CheckAgainst(property, text);
+    if (!fault.empty()) ReportFor(property.origin, where + "the default does not fit: " + fault);
+  }
+}
+
+void DefinitionReader::CheckDefaults() {
+  for (const auto& set : definitions.Sets()) {
+    for (const auto& section : set->sections) {
+      for (const auto& property : section->properties) CheckDefault(set->name, *property);
+    }
+  }
+}
+
+}  // namespace tarn::options

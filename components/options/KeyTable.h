@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Small numbers for the names of values. Publishing a node asks some thirty times for a value by
+// three names; with numbers everything behind the first step is an index into an array.
+namespace tarn::options {
+
+using SetId = std::uint32_t;       // 0: no such set
+using PropertyId = std::uint32_t;  // section and property; 0: none
+using KeyId = std::uint32_t;       // set, section and property; 0: none
+
+// Texts of one or two names, numbered from 1, without regard to case. Never forgets one.
+class NameTable {
+ public:
+  struct Name {
+    std::uint64_t hash = 0;
+    std::string first;  // as it was spelled when it came in
+    std::string second;
+  };
+
+  NameTable();
+  std::uint32_t Find(std::string_view first, std::string_view second) const;
+  std::uint32_t FindOrAdd(std::string_view first, std::string_view second);
+  const Name& Get(std::uint32_t id) const { return names[id]; }
+  std::uint32_t GetCount() const { return static_cast<std::uint32_t>(names.size()) - 1; }
+
+ private:
+  std::uint32_t Probe(std::uint64_t hash, std::string_view first, std::string_view second,
+                      std::size_t& bucket) const;
+  void Grow();
+
+  std::vector<Name> names;             // [0] is nobody
+  std::vector<std::uint32_t> buckets;  // a power of two; 0 is free
+};
+
+// What is known of a key without looking at its value.
+struct KeyInfo {
+  SetId set = 0;
+  PropertyId property = 0;
+  bool general = false;   // of the section General
+  std::string start;      // start of its element in a values text, behind the layer's letter
+  std::string attribute;  // its attribute there up to the value
+};
+
+class KeyTable {
+ public:
+  KeyTable();
+
+  SetId FindSet(std::string_view name) const { return sets.Find(name, {}); }
+  SetId AddSet(std::string_view name) { return sets.FindOrAdd(name, {}); }
+  const std::string& SetName(SetId set) const { return sets.Get(set).first; }
+
+  PropertyId FindProperty(std::string_view section, std::string_view property) const {
+    return properties.Find(section, property);
+  }
+  PropertyId AddProperty(std::string_view section, std::string_view property);
+  const std::string& SectionName(PropertyId id) const { return properties.Get(id).first; }
+  const std::string& PropertyName(PropertyId id) const { return properties.Get(id).second; }
+  bool IsGeneral(PropertyId id) const { return general[id]; }
+
+  KeyId FindKey(SetId set, PropertyId property) const {
+    if (set >= bySet.size() || property >= bySet[set].size()) return 0;
+    return bySet[set][property];
+  }
+  KeyId AddKey(SetId set, PropertyId property);
+  KeyId AddKey(std::string_view set, std::string_view section, std::string_view property) {
+    return AddKey(AddSet(set), AddProperty(section, property));
+  }
+  const KeyInfo& Get(KeyId key) const { return keys[key]; }
+  // Numbers of keys are smaller than this.
+  std::size_t GetKeyLimit() const { return keys.size(); }
+  // "set.section.property".
+  std::string KeyText(KeyId key) const;
+
+ private:
+  NameTable sets;
+  NameTable properties;
+  std::vector<bool> general;  // by property
+  std::vector<KeyInfo> keys;
+  std::vector<std::vector<KeyId>> bySet;  // by set and property
+};
+
+}  // namespace tarn::options

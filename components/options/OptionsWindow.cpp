@@ -1,0 +1,137 @@
+// The part of the component that the options window works with: what is shown and enabled, the
+// user's changes, and their undo.
+#include "components/options/PropertyManager.h"
+#include "platform/text/Text.h"
+
+namespace tarn::options {
+
+namespace {
+
+std::string KeyOf(std::string_view set, std::string_view section, std::string_view property) {
+  return FoldCase(set) + "." + FoldCase(section) + "." + FoldCase(property);
+}
+
+bool IsOn(const std::unordered_map<std::string, bool>& switches, const std::string& key) {
+  const auto found = switches.find(key);
+  return found != switches.end() && found->second;
+}
+
+}  // namespace
+
+std::int32_t PropertyManager::Switch(std::unordered_map<std::string, bool>& switches,
+                                     std::string key, bool on) {
+  switches[std::move(key)] = on;
+  return 1;
+}
+
+std::int32_t PropertyManager::HideProperty(const char* set, const char* section,
+                                           const char* property, std::int32_t hide) {
+  return Switch(hidden, KeyOf(TextOf(set), TextOf(section), TextOf(property)), hide != 0);
+}
+
+std::int32_t PropertyManager::EnableProperty(const char* set, const char* section,
+                                             const char* property, std::int32_t enable) {
+  return Switch(disabled, KeyOf(TextOf(set), TextOf(section), TextOf(property)), enable == 0);
+}
+
+std::int32_t PropertyManager::HideSection(const char* set, const char* section, std::int32_t hide) {
+  return Switch(hidden, KeyOf(TextOf(set), TextOf(section), {}), hide != 0);
+}
+
+std::int32_t PropertyManager::HideSet(const char* set, std::int32_t hide) {
+  return Switch(hidden, KeyOf(TextOf(set), {}, {}), hide != 0);
+}
+
+PropertyState PropertyManager::StateOf(const std::string& set, const std::string& section,
+                                       const PropertyDefinition& property) {
+  const bool isHidden = IsOn(hidden, KeyOf(set, {}, {})) || IsOn(hidden, KeyOf(set, section, {})) ||
+                        IsOn(hidden, KeyOf(set, section, property.name));
+  const bool isDisabled = IsOn(disabled, KeyOf(set, section, property.name));
+  return {!isHidden && values.Holds(property.shown), !isDisabled && values.Holds(property.enabled)};
+}
+
+std::int32_t PropertyManager::ShowOptions(std::int32_t) {
+  return 0;
+}
+
+std::int32_t PropertyManager::GetPropertyWindow() {
+  return 0;
+}
+
+void PropertyManager::BeginUpdate() {
+  ++updates;
+}
+
+void PropertyManager::EndUpdate() {
+  // Releases without a hold are usual, so the count never falls below zero.
+  if (updates > 0) --updates;
+}
+
+std::string PropertyManager::GetPropState() {
+  return propState;
+}
+
+void PropertyManager::SetPropState(const char* state) {
+  propState = TextOf(state);
+}
+
+std::string PropertyManager::GetNewConfigName() {
+  return newConfigName;
+}
+
+void PropertyManager::SetNewConfigName(const char* name) {
+  newConfigName = TextOf(name);
+}
+
+std::string PropertyManager::GetChangedProperty() {
+  return changedProperty;
+}
+
+// Two nodes of one project differ in their path or, without one, in their label.
+std::string PropertyManager::NodeKey() {
+  const std::string set = values.OwnSet();
+  return set + "\n" + values.Get(set, "General", "Path") + "\n" +
+         values.Get(set, "General", "Header");
+}
+
+std::int32_t PropertyManager::SetChangedProperty(const char* set, const char* section,
+                                                 const char* property, const char* value) {
+  // While nodes are being published the node held may not be the one that the user sees.
+  if (updates > 0 || TextOf(property).empty()) return 0;
+  ValueChange change{NodeKey(),
+                     set == nullptr || *set == '\0' ? values.OwnSet() : set,
+                     TextOf(section),
+                     TextOf(property),
+                     {},
+                     TextOf(value)};
+  std::string before;
+  if (values.GetOwn(change.set, change.section, change.property, before)) change.before = before;
+  TakeOver(change, change.after);
+  undo.Add(std::move(change));
+  return 1;
+}
+
+void PropertyManager::TakeOver(const ValueChange& change, const std::optional<std::string>& value) {
+  if (value) {
+    values.SetValue(change.set, change.section, change.property, *value);
+  } else {
+    values.RemoveValue(change.set, change.section, change.property);
+  }
+  changedProperty = change.Key();
+}
+
+std::string PropertyManager::Undo() {
+  const ValueChange* change = updates > 0 ? nullptr : undo.Undo(NodeKey());
+  if (change == nullptr) return {};
+  TakeOver(*change, change->before);
+  return change->Key();
+}
+
+std::string PropertyManager::Redo() {
+  const ValueChange* change = updates > 0 ? nullptr : undo.Redo(NodeKey());
+  if (change == nullptr) return {};
+  TakeOver(*change, change->after);
+  return change->Key();
+}
+
+}  // namespace tarn::options

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "components/options/DefinitionList.h"
+#include "components/options/DefinitionReader.h"
+#include "components/options/Definitions.h"
+#include "components/options/KeyTable.h"
+#include "components/options/NodeValues.h"
+#include "components/options/UndoList.h"
+#include "platform/automation/DispatchTable.h"
+#include "platform/files/FileSystem.h"
+
+namespace tarn::options {
+
+inline constexpr const char* kPropertyManagerProgId = "TarnOptionsManager.PropertyManager";
+
+// The options component: definitions, the values of one node at a time, and the state of the
+// options window. docs/options-format.md tells its files and its methods. Texts that are null count
+// as empty; a failure is an answer of 0 or an empty text. Belongs to the host's thread.
+class PropertyManager : public DispatchObject<PropertyManager> {
+ public:
+  explicit PropertyManager(FileSystem& fileSystem = FileSystem::Native());
+
+  static const DispatchTable<PropertyManager>& Table();
+
+  std::int32_t InitOptions(const char* application, const char* data, std::int32_t frame,
+                           std::int32_t mode);
+  void ProjectClosing();
+
+  // --- Definitions ---
+  std::int32_t ReadDefsFromFile(const char* set, const char* file);
+  std::string ListProperties(const char* set);
+  std::string GetDefinitionErrors();
+  std::string CheckValue(const char* set, const char* section, const char* property,
+                         const char* value);
+
+  // --- Values of the node held ---
+  std::int32_t ReadConfigFromFile(const char* config, const char* set, const char* section,
+                                  const char* property, const char* file);
+  std::int32_t ReadValuesFromText(const char* text);
+  std::string GetPropertyValue(const char* set, const char* section, const char* property);
+  std::string GetPropertyStringValue(const char* set, const char* section, const char* property);
+  std::int32_t SetPropertyValue(const char* set, const char* section, const char* property,
+                                const char* value);
+  std::string GetConfigText(const char* config, const char* set, const char* section,
+                            const char* property);
+  std::string GetValuesAsText(const char* set, const char* section, const char* property);
+  std::string GetOrigin(const char* set, const char* section, const char* property);
+  std::int32_t ApplyOptions(const char* config, const char* text);
+  void ClearValues();
+  void EndParentLevel();
+  void BeginChildLevel();
+  void SetCurrentConfig(const char* config);
+  std::string ListConfigurations();
+
+  // --- The options window ---
+  std::int32_t HideProperty(const char* set, const char* section, const char* property,
+                            std::int32_t hide);
+  std::int32_t EnableProperty(const char* set, const char* section, const char* property,
+                              std::int32_t enable);
+  std::int32_t HideSection(const char* set, const char* section, std::int32_t hide);
+  std::int32_t HideSet(const char* set, std::int32_t hide);
+  std::int32_t ShowOptions(std::int32_t frame);
+  std::int32_t GetPropertyWindow();
+  void BeginUpdate();
+  void EndUpdate();
+  std::string GetPropState();
+  void SetPropState(const char* state);
+  std::string GetNewConfigName();
+  void SetNewConfigName(const char* name);
+  std::string GetChangedProperty();
+  std::int32_t SetChangedProperty(const char* set, const char* section, const char* property,
+                                  const char* value);
+  std::string Undo();
+  std::string Redo();
+
+ private:
+  bool ReadAllDefinitions();
+  void ReadConfigurations(const char* text);
+  std::string NodeKey();
+  void TakeOver(const ValueChange& change, const std::optional<std::string>& value);
+  std::int32_t Switch(std::unordered_map<std::string, bool>& switches, std::string key, bool on);
+  PropertyState StateOf(const std::string& set, const std::string& section,
+                        const PropertyDefinition& property);
+  void NoteError(std::string_view name, std::string_view error);
+
+  FileSystem& files;
+  KeyTable keys;
+  Definitions definitions;
+  NodeValues values;
+  UndoList undo;
+
+  std::vector<std::string> definitionFiles;  // that ReadDefsFromFile named
+  std::string lastDefinitionFile;
+  std::vector<std::string> definitionErrors;
+  std::vector<std::string> valueErrors;  // circles that were met, each told once
+
+  std::string configurationsText;
+  std::vector<std::string> configurations;
+  bool configurationsAreCurrent = false;
+
+  std::unordered_map<std::string, bool> hidden;    // by folded "set", "set.section", ...
+  std::unordered_map<std::string, bool> disabled;  // by folded "set.section.property"
+  std::int32_t updates = 0;
+  std::string propState;
+  std::string newConfigName;
+  std::string changedProperty;
+};
+
+}  // namespace tarn::options

@@ -1,0 +1,149 @@
+#include "components/options/ValueLayers.h"
+
+#include <algorithm>
+
+#include "components/common/ValuesText.h"
+#include "platform/text/Text.h"
+
+namespace tarn::options {
+
+namespace {
+
+constexpr std::string_view kInherited = "(Inherited)";
+
+// The text with every $(Inherited) replaced.
+std::string WithInherited(std::string_view text, std::string_view inherited) {
+  std::string result;
+  std::size_t begin = 0;
+  for (;;) {
+    const std::size_t dollar = text.find('$', begin);
+    result.append(text, begin, dollar - begin);
+    if (dollar == std::string_view::npos) return result;
+    if (StartsWithNoCase(text.substr(dollar + 1), kInherited)) {
+      result += inherited;
+      begin = dollar + 1 + kInherited.size();
+    } else {
+      const std::size_t length = text.substr(dollar).starts_with("$$") ? 2 : 1;
+      result.append(text, dollar, length);
+      begin = dollar + length;
+    }
+  }
+}
+
+// Fills the parts of a ParsedValues.
+class Parser : public ValuesSink {
+ public:
+  Parser(KeyTable& keyTable, ParsedValues& target, Snapshot& snapshot)
+      : keys(keyTable), parsed(target), below(snapshot) {}
+
+  void OnHeader(const ValuesHeader& header) override {
+    if (!header.ownSet.empty()) parsed.ownSet = keys.AddSet(header.ownSet);
+    parsed.config = header.config;
+    parsed.applied = header.applied;
+    for (const std::string& set : header.outerSets) below.sets.push_back(keys.AddSet(set));
+  }
+
+  void OnValue(ValueLayer layer, std::string_view set, std::string_view section,
+               std::string_view property, std::string value) override {
+    const KeyId key = keys.AddKey(set, section, property);
+    if (layer == ValueLayer::Own) parsed.own.Set(key, std::move(value));
+    if (layer == ValueLayer::Inherited) below.values.Set(key, std::move(value));
+    if (layer != ValueLayer::Default) return;
+    const SetId setId = keys.Get(key).set;
+    if (!below.HasDefaultsOf(setId)) below.defaultSets.push_back(setId);
+    below.defaults.Set(key, std::move(value));
+  }
+
+ private:
+  KeyTable& keys;
+  ParsedValues& parsed;
+  Snapshot& below;
+};
+
+}  // namespace
+
+void ValueMap::Set(KeyId key, std::string value) {
+  if (key >= places.size()) places.resize(key + 1);
+  if (places[key] != 0) {
+    values[places[key] - 1].second = std::move(value);
+    return;
+  }
+  values.emplace_back(key, std::move(value));
+  places[key] = static_cast<std::uint32_t>(values.size());
+}
+
+bool Snapshot::HasSet(SetId set) const {
+  return std::find(sets.begin(), sets.end(), set) != sets.end();
+}
+
+bool Snapshot::HasDefaultsOf(SetId set) const {
+  return std::find(defaultSets.begin(), defaultSets.end(), set) != defaultSets.end();
+}
+
+void AppendElements(std::string& to, const KeyTable& keys,
+                    const std::vector<ValueMap::Value>& values, char layer) {
+  const std::string* open = nullptr;
+  for (const auto& [key, value] : values) {
+    const KeyInfo& info = keys.Get(key);
+    if (keys.PropertyName(info.property).empty()) continue;
+    if (open == nullptr || *open != info.start) {
+      if (open != nullptr) to += "/>";
+      to += '<';
+      to += layer;
+      to += info.start;
+      open = &info.start;
+    }
+    to += info.attribute;
+    AppendEscaped(to, value);
+    to += '"';
+  }
+  if (open != nullptr) to += "/>";
+}
+
+std::shared_ptr<ParsedValues> ParseValues(std::string_view text, KeyTable& keys) {
+  auto parsed = std::make_shared<ParsedValues>();
+  parsed->text = text;
+  auto below = std::make_shared<Snapshot>();
+  Parser parser(keys, *parsed, *below);
+  ReadValuesText(text, parser);
+  AppendElements(below->readyValues, keys, below->values.All(), 'i');
+  AppendElements(below->readyDefaults, keys, below->defaults.All(), 'd');
+  // The marks of the ancestors' options are the first of the node's own.
+  below->applied = parsed->applied;
+  parsed->below = std::move(below);
+  return parsed;
+}
+
+std::shared_ptr<Snapshot> Flatten(const KeyTable& keys, SetId ownSet,
+                                  const std::vector<ValueMap::Value>& own,
+                                  const std::vector<std::uint64_t>& applied,
+                                  const Snapshot& below) {
+  auto flat = std::make_shared<Snapshot>();
+  if (ownSet != 0) flat->sets.push_back(ownSet);
+  for (const SetId set : below.sets) {
+    if (set != ownSet) flat->sets.push_back(set);
+  }
+  flat->applied = applied;
+  const bool hidesGeneral = below.HasSet(ownSet);
+  for (const auto& [key, value] : below.values.All()) {
+    const KeyInfo& info = keys.Get(key);
+    if (hidesGeneral && info.general && info.set == ownSet) continue;
+    flat->values.Set(key, value);
+  }
+  for (const auto& [key, value] : own) {
+    const std::string* inherited = keys.Get(key).general ? nullptr : flat->values.Find(key);
+    flat->values.Set(key, inherited == nullptr ? value : WithInherited(value, *inherited));
+  }
+  flat->defaultSets = below.defaultSets;
+  flat->defaults = below.defaults;
+  flat->readyDefaults = below.readyDefaults;
+  // Together what belongs together, so that the text names each section once.
+  std::vector<ValueMap::Value> sorted = flat->values.All();
+  std::stable_sort(sorted.begin(), sorted.end(), [&keys](const auto& a, const auto& b) {
+    return keys.Get(a.first).start < keys.Get(b.first).start;
+  });
+  AppendElements(flat->readyValues, keys, sorted, 'i');
+  return flat;
+}
+
+}  // namespace tarn::options
