@@ -172,8 +172,8 @@ std::string MemoryFileSystem::Absolute(const std::string& path) const {
   if (HasDrive(path)) {
     const auto drive = drives.find(FoldCase(path.substr(0, 1))[0]);
     if (drive == drives.end()) return {};
-    const std::string rest = ReplaceAll(path.substr(2), "\\", "/");
-    return WithoutEndSeparator(CanonicalPath(AddSeparator(drive->second) + rest));
+    const std::string inside = CanonicalPath("/" + path.substr(2));
+    return WithoutEndSeparator(CanonicalPath(AddSeparator(drive->second) + inside));
   }
   return WithoutEndSeparator(
       CanonicalPath(IsRelativePath(path) ? JoinPath(currentFolder, path) : path));

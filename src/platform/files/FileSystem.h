@@ -49,6 +49,21 @@ class FileSystem {
   // current by their writer alone.
   virtual Status WriteTail(const std::string& path, std::uint64_t expectedSize,
                            std::uint64_t offset, std::string_view bytes) = 0;
+  // Like WriteTail, and also fails with Changed unless the file has the time that it is expected to
+  // have. Gives what an examination of the file tells afterwards.
+  virtual Result<FileStatus> ContinueFile(const std::string& path, const FileStatus& expected,
+                                          std::uint64_t offset, std::string_view bytes) {
+    const std::optional<FileStatus> before = Examine(path);
+    if (!before || before->size != expected.size ||
+        before->modifiedSeconds != expected.modifiedSeconds) {
+      return Error{ErrorCode::Changed, "the file has changed", path};
+    }
+    const Status written = WriteTail(path, expected.size, offset, bytes);
+    if (!written) return written.GetError();
+    const std::optional<FileStatus> after = Examine(path);
+    if (!after) return Error{ErrorCode::Changed, "the file is gone", path};
+    return *after;
+  }
   // Like WriteWholeFile, for a file that nobody misses after a crash: it need not have reached the
   // disk, and a symbolic link is replaced instead of followed.
   virtual Status WriteScratchFile(const std::string& path, std::string_view bytes) {

@@ -3,14 +3,15 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/files/FileSystem.h"
 
 namespace tarn {
 
-// Where the settings of this machine and user lie. `TARN_SETTINGS` in the environment puts both
-// below one other folder.
+// Where the settings of this machine and user lie. `TARN_SETTINGS` in the environment puts all
+// three below one other folder, as "machine", "user" and "data".
 struct SettingsFolders {
   std::string machine;   // /etc/tarn
   std::string user;      // $XDG_CONFIG_HOME/tarn
@@ -21,8 +22,10 @@ struct SettingsFolders {
 
 // The settings stores: the machine-wide registry (read only here), the application profile and
 // the drive table. Keys are paths with backslashes; names compare without regard to case. Every
-// store is a text file in the INI form, one section per key; nothing is cached, a write replaces
-// the file in one step and keeps unknown lines. Host's thread only.
+// store is a text file in the INI form, one section per key: registry.ini in the machine's folder,
+// profile.ini in the user's, where a section of the profile is its key, a backslash and its name.
+// Nothing is cached; a write replaces the file in one step and keeps unknown lines. Host's thread
+// only.
 class Settings {
  public:
   Settings(FileSystem& fileSystem, SettingsFolders settingsFolders);
@@ -30,14 +33,19 @@ class Settings {
   // A value of the registry, at most 259 bytes long; a longer one, a missing one and an
   // unreadable store give nothing.
   std::optional<std::string> ReadRegistry(std::string_view key, std::string_view name) const;
+  // All values of the key that ReadRegistry would give, in the order of the file.
+  std::vector<std::pair<std::string, std::string>> RegistryValues(std::string_view key) const;
   // Names of the keys directly below `key`, in the order of the file.
   std::vector<std::string> RegistrySubkeys(std::string_view key) const;
 
   // The profile's place; "Corvane\Tarn" until set.
   void SetProfileKey(std::string_view key);
   const std::string& GetProfileKey() const { return profileKey; }
+  // A missing value and an unreadable store give `fallback`.
   std::string ReadProfile(std::string_view section, std::string_view name,
                           std::string_view fallback) const;
+  // Written at once, with the folder made when it is missing. False when that fails, or for names
+  // and values with line breaks; a store that is there and cannot be read is left alone.
   bool WriteProfile(std::string_view section, std::string_view name, std::string_view value);
 
   const SettingsFolders& GetFolders() const { return folders; }
@@ -45,6 +53,8 @@ class Settings {
   static Settings& Native();
 
  private:
+  std::string ProfileSection(std::string_view section) const;
+
   FileSystem& files;
   SettingsFolders folders;
   std::string profileKey;

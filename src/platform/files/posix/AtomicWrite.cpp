@@ -1,0 +1,199 @@
+#include "platform/files/posix/AtomicWrite.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <optional>
+
+#include "platform/paths/Paths.h"
+
+namespace tarn::posix {
+
+namespace {
+
+constexpr int kNameAttempts = 16;
+constexpr int kLinkDepth = 40;
+constexpr std::size_t kLargestWrite = std::size_t{1} << 30;
+
+// A file that did not exist before, and its name. Only a killed process leaves one behind; it does
+// no harm, since no later process comes up with its name again.
+struct NewFile {
+  std::string name;
+  std::unique_ptr<Descriptor> file;
+};
+
+Result<NewFile> OpenNew(const std::string& start, mode_t mode) {
+  for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
+    NewFile created{start + RandomDigits(), nullptr};
+    const int file =
+        open(created.name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+    if (file >= 0) {
+      created.file = std::make_unique<Descriptor>(file);
+      return created;
+    }
+    if (errno != EEXIST && errno != EINTR) break;
+  }
+  return ErrorOf(errno, start);
+}
+
+// A file beside the target, which takes over the target's name or disappears.
+class TemporaryFile {
+ public:
+  static Result<std::unique_ptr<TemporaryFile>> Create(const std::string& folder, mode_t mode) {
+    Result<NewFile> created = OpenNew(JoinPath(folder, ".tarn-"), mode);
+    if (!created) return created.GetError();
+    return std::make_unique<TemporaryFile>(std::move(*created));
+  }
+
+  explicit TemporaryFile(NewFile created) : own(std::move(created)) {}
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    if (!moved) unlink(own.name.c_str());
+  }
+
+  // Makes this file look like the one that it replaces. Only the administrator may give a file
+  // away, and some disks know neither owner nor mode; that must not cost anybody a save.
+  bool TakeOver(const struct stat& old) const {
+    const bool given = fchown(own.file->Get(), old.st_uid, old.st_gid) == 0;
+    if (fchmod(own.file->Get(), old.st_mode & (given ? 07777 : 0777)) == 0) return true;
+    return errno == EPERM || errno == EOPNOTSUPP;
+  }
+
+  // Flushed, the bytes are on the disk when this answers true.
+  bool Fill(std::string_view bytes, Durability durability) const {
+    const int file = own.file->Get();
+    return WriteAll(file, bytes) && (durability == Durability::Scratch || Flush(file)) &&
+           own.file->Close();
+  }
+
+  bool MoveOver(const std::string& target) {
+    moved = std::rename(own.name.c_str(), target.c_str()) == 0;
+    return moved;
+  }
+
+  // Takes the name only if nothing has it.
+  bool MoveBeside(const std::string& target) {
+    if (link(own.name.c_str(), target.c_str()) == 0) return true;
+    if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS && errno != EMLINK) return false;
+    // No hard links here: reserve the name first.
+    const Descriptor reserved(
+        open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!reserved) return false;
+    if (MoveOver(target)) return true;
+    const int reason = errno;
+    unlink(target.c_str());
+    errno = reason;
+    return false;
+  }
+
+ private:
+  static bool Flush(int file) {
+    while (fsync(file) != 0) {
+      if (errno != EINTR) return false;
+    }
+    return true;
+  }
+
+  NewFile own;
+  bool moved = false;
+};
+
+std::string FolderToOpen(const std::string& name) {
+  const std::string folder = FolderOf(name);
+  return folder.empty() ? "." : folder;
+}
+
+// Makes the new name durable. A failure here is no failure of the write: the new file is in
+// place, and after a crash the old one may be back, whole.
+void FlushFolder(const std::string& folder) {
+  const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (opened) (void)fsync(opened.Get());
+}
+
+// Where a chain of symbolic links ends, whether or not anything stands there.
+Result<std::string> FollowLinks(std::string name) {
+  for (int depth = 0; depth < kLinkDepth; ++depth) {
+    std::string text(4096, '\0');
+    const ssize_t length = readlink(name.c_str(), text.data(), text.size());
+    if (length < 0) return name;  // no link, or nothing there
+    text.resize(static_cast<std::size_t>(length));
+    name = text.starts_with('/') ? text : AddSeparator(FolderOf(name)) + text;
+  }
+  return ErrorOf(ELOOP, name);
+}
+
+}  // namespace
+
+bool WriteAll(int file, std::string_view bytes, off_t offset) {
+  while (!bytes.empty()) {
+    const std::size_t wanted = std::min(bytes.size(), kLargestWrite);
+    const ssize_t done =
+        offset < 0 ? write(file, bytes.data(), wanted) : pwrite(file, bytes.data(), wanted, offset);
+    if (done < 0 && errno == EINTR) continue;
+    if (done < 0) return false;
+    if (done == 0) {
+      errno = EIO;
+      return false;
+    }
+    bytes.remove_prefix(static_cast<std::size_t>(done));
+    if (offset >= 0) offset += done;
+  }
+  return true;
+}
+
+bool IsReadOnlyName(const std::string& name, mode_t mode) {
+  return (mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0 ||
+         faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) != 0;
+}
+
+Status ReplaceFile(const std::string& target, std::string_view bytes, Durability durability) {
+  const bool scratch = durability == Durability::Scratch;
+  const Result<std::string> place = scratch ? Result<std::string>(target) : FollowLinks(target);
+  if (!place) return place.GetError();
+  struct stat old {};
+  bool exists = lstat(place->c_str(), &old) == 0;
+  if (!exists && errno != ENOENT) return ErrorOf(errno, target);
+  if (exists && scratch && S_ISLNK(old.st_mode)) exists = false;  // the link itself makes way
+  if (exists && !S_ISREG(old.st_mode)) {
+    return ErrorOf(ErrorCode::NotAFile, "not a regular file", target);
+  }
+  if (exists && IsReadOnlyName(*place, old.st_mode)) {
+    return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", target);
+  }
+  const std::string folder = FolderToOpen(*place);
+  // Nobody else gets to read the bytes before the old file's mode is on the new one.
+  const Result<std::unique_ptr<TemporaryFile>> temporary =
+      TemporaryFile::Create(folder, exists ? S_IRUSR | S_IWUSR : 0666);
+  if (!temporary) return ErrorOf(temporary.GetError().code, temporary.GetError().text, target);
+  if ((exists && !(*temporary)->TakeOver(old)) || !(*temporary)->Fill(bytes, durability) ||
+      !(*temporary)->MoveOver(*place)) {
+    return ErrorOf(errno, target);
+  }
+  if (!scratch) FlushFolder(folder);
+  return {};
+}
+
+Status CreateNewFile(const std::string& target, std::string_view bytes, mode_t mode) {
+  const std::string folder = FolderToOpen(target);
+  const Result<std::unique_ptr<TemporaryFile>> temporary = TemporaryFile::Create(folder, mode);
+  if (!temporary) return ErrorOf(temporary.GetError().code, temporary.GetError().text, target);
+  if (!(*temporary)->Fill(bytes, Durability::Flushed) || !(*temporary)->MoveBeside(target)) {
+    return ErrorOf(errno, target);
+  }
+  FlushFolder(folder);
+  return {};
+}
+
+Result<std::string> CreateReserved(const std::string& folder, std::string_view prefix) {
+  Result<NewFile> created = OpenNew(AddSeparator(folder).append(prefix), S_IRUSR | S_IWUSR);
+  if (!created) return created.GetError();
+  return std::move(created->name);
+}
+
+}  // namespace tarn::posix

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <string_view>
+
+#include "platform/Result.h"
+#include "platform/files/posix/PosixError.h"
+
+namespace tarn::posix {
+
+// Flushed: what was written survives a crash of the machine. Scratch: nobody would miss it then.
+enum class Durability { Flushed, Scratch };
+
+// Puts `bytes` in place of the file `target`, or creates it, in one step: the bytes go into a new
+// file beside it, are flushed to the disk, and the new file takes the name over. Whoever looks, and
+// whatever is killed or pulled in between, sees the old file or the new one. A symbolic link stays
+// and what it leads to is replaced; mode bits and, where allowed, the owner are kept. Refuses a
+// read-only file. After a failure nothing of the attempt is left. As Scratch, nothing is flushed
+// and a symbolic link is itself replaced.
+Status ReplaceFile(const std::string& target, std::string_view bytes, Durability durability);
+
+// Creates `target` with these bytes and mode bits (before the process's mask) in one step.
+// AlreadyExists when anything of that name stands there.
+Status CreateNewFile(const std::string& target, std::string_view bytes, mode_t mode);
+
+// An empty file of a new name in `folder`, and that name.
+Result<std::string> CreateReserved(const std::string& folder, std::string_view prefix);
+
+// All bytes from `offset` on (-1: at the current place); false with the reason in errno.
+bool WriteAll(int file, std::string_view bytes, off_t offset = -1);
+
+// No write bit in the mode, or the machine refuses. (The machine refuses its administrator
+// nothing, so asking it alone is not enough.)
+bool IsReadOnlyName(const std::string& name, mode_t mode);
+
+}  // namespace tarn::posix

@@ -1,0 +1,172 @@
+#include "platform/files/posix/NameLookup.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <ctime>
+#include <memory>
+
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::posix {
+
+namespace {
+
+constexpr std::size_t kKeptFolders = 256;
+
+bool IsControl(char c) {
+  return static_cast<unsigned char>(c) < ' ' || c == '\x7F';
+}
+
+// Calls `take` with each entry of the folder.
+template <class Take>
+void ForEachEntry(const std::string& folder, const Take& take) {
+  const auto close = [](DIR* open) { closedir(open); };
+  const std::unique_ptr<DIR, decltype(close)> entries(opendir(folder.c_str()), close);
+  if (!entries) return;
+  while (const dirent* entry = readdir(entries.get())) take(std::string_view(entry->d_name));
+}
+
+// A change that happens after now would show in the folder's time. Times come from a clock that
+// stands still for some milliseconds, or for up to two seconds where only whole ones are kept.
+bool HasSettled(std::int64_t seconds, std::int64_t nanoseconds) {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  const std::int64_t margin = nanoseconds == 0 ? 2'100'000'000 : 20'000'000;
+  const std::int64_t age = (now.tv_sec - seconds) * 1'000'000'000 + now.tv_nsec - nanoseconds;
+  return age > margin;
+}
+
+// The single entry of that name; empty for none or several.
+std::string Scan(const std::string& folder, const std::string& name) {
+  std::string match;
+  int matches = 0;
+  ForEachEntry(folder, [&](std::string_view entry) {
+    if (EqualNoCase(entry, name) && ++matches == 1) match = entry;
+  });
+  return matches == 1 ? match : std::string();
+}
+
+// The same, and all entries by folded name.
+std::string List(const std::string& folder, const std::string& name,
+                 std::unordered_map<std::string, std::string>& names) {
+  ForEachEntry(folder, [&names](std::string_view entry) {
+    const auto [place, isNew] = names.try_emplace(FoldCase(entry), entry);
+    if (!isNew) place->second.clear();
+  });
+  const auto found = names.find(FoldCase(name));
+  return found == names.end() ? std::string() : found->second;
+}
+
+}  // namespace
+
+bool NameLookup::IsPlain(const std::string& path) {
+  if (path.empty() || HasDrive(path)) return false;
+  return std::none_of(path.begin(), path.end(), [](char c) { return c == '\\' || IsControl(c); });
+}
+
+Result<std::string> NameLookup::ToNative(const std::string& path) {
+  if (path.empty() || std::any_of(path.begin(), path.end(), IsControl)) {
+    return ErrorOf(ErrorCode::InvalidName, "not a name of this machine", path);
+  }
+  if (!HasDrive(path)) return ToNativeSeparators(path);
+  std::call_once(drivesLoaded, [this] {
+    if (loadDrives) drives = loadDrives();
+  });
+  const auto drive = drives.find(FoldCase(path.substr(0, 1))[0]);
+  if (drive == drives.end()) {
+    return ErrorOf(ErrorCode::NotFound, "this drive is not mapped", path);
+  }
+  return AddSeparator(drive->second) + CanonicalPath("/" + path.substr(2)).substr(1);
+}
+
+// A native path with a backslash inside may have been meant as one of the machine's own names with
+// that byte, which is out of reach: say so, rather than that it isn't there.
+Error NameLookup::Missing(const std::string& path) const {
+  if (path.starts_with('/') && path.find('\\') != path.npos) {
+    return ErrorOf(ErrorCode::InvalidName, "a name with a backslash cannot be used", path);
+  }
+  return ErrorOf(ENOENT, path);
+}
+
+Result<std::string> NameLookup::Locate(const std::string& path) {
+  Result<std::string> native = ToNative(path);
+  if (!native) return native;
+  struct stat info {};
+  if (lstat(native->c_str(), &info) == 0) return native;
+  if (errno != ENOENT) return ErrorOf(errno, path);
+  std::optional<std::string> other = FindOther(*native);
+  if (!other) return Missing(path);
+  return std::move(*other);
+}
+
+Result<std::string> NameLookup::LocateOrCreate(const std::string& path) {
+  Result<std::string> there = Locate(path);
+  if (there) return there;
+  Result<std::string> native = ToNative(path);
+  if (!native) return native;
+  const std::string name = FileNameOf(*native);
+  if (name.empty()) return Missing(path);
+  struct stat info {};
+  const std::string folder = FolderOf(*native);
+  if (folder.empty() || stat(folder.c_str(), &info) == 0) return native;
+  if (errno != ENOENT) return ErrorOf(errno, path);
+  const std::optional<std::string> other = FindOther(folder);
+  if (!other) return Missing(path);
+  return JoinPath(*other, name);
+}
+
+std::optional<std::string> NameLookup::FindOther(const std::string& native) {
+  std::size_t end = native.size();
+  while (end > 1 && native[end - 1] == '/') --end;
+  const std::string path = native.substr(0, end);
+  const std::string name = FileNameOf(path);
+  if (name.empty() || name == "." || name == "..") return std::nullopt;
+  std::string folder = FolderOf(path);
+  struct stat info {};
+  if (stat(folder.empty() ? "." : folder.c_str(), &info) != 0) {
+    if (errno != ENOENT) return std::nullopt;
+    const std::optional<std::string> other = FindOther(folder);
+    if (!other || stat(other->c_str(), &info) != 0) return std::nullopt;
+    folder = *other;
+  }
+  if (!S_ISDIR(info.st_mode)) return std::nullopt;
+  const std::string match = FindIn(folder.empty() ? "." : folder, info, name);
+  if (match.empty()) return std::nullopt;
+  return JoinPath(folder, match);
+}
+
+// The single entry of that name; empty for none or several. `info` is the folder's.
+std::string NameLookup::FindIn(const std::string& folder, const struct stat& info,
+                               const std::string& name) {
+  const FolderId id{info.st_dev, info.st_ino};
+  Listing fresh{info.st_mtim.tv_sec, info.st_mtim.tv_nsec, false, {}};
+  std::string match;
+  const Memory memory = Recall(id, fresh, FoldCase(name), match);
+  if (memory != Memory::Listed) {
+    fresh.complete = memory == Memory::Scanned && HasSettled(fresh.seconds, fresh.nanoseconds);
+    match = fresh.complete ? List(folder, name, fresh.names) : Scan(folder, name);
+    const std::lock_guard guard(lock);
+    if (listings.size() >= kKeptFolders && !listings.contains(id)) listings.clear();
+    listings[id] = std::move(fresh);
+  }
+  return match;
+}
+
+NameLookup::Memory NameLookup::Recall(const FolderId& id, const Listing& now,
+                                      const std::string& folded, std::string& match) {
+  const std::lock_guard guard(lock);
+  const auto kept = listings.find(id);
+  if (kept == listings.end() || kept->second.seconds != now.seconds ||
+      kept->second.nanoseconds != now.nanoseconds) {
+    return Memory::None;
+  }
+  if (!kept->second.complete) return Memory::Scanned;
+  const auto found = kept->second.names.find(folded);
+  if (found != kept->second.names.end()) match = found->second;
+  return Memory::Listed;
+}
+
+}  // namespace tarn::posix

@@ -1,0 +1,34 @@
+#include <memory>
+
+#include "platform/files/posix/PosixFileSystem.h"
+#include "platform/paths/Paths.h"
+#include "platform/settings/Settings.h"
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+// The registry key "Drives" has one value per letter, with or without its colon: a folder.
+posix::NameLookup::DriveTable MappedDrives() {
+  PosixFileSystem undriven;  // the settings themselves must not lie behind a drive
+  posix::NameLookup::DriveTable drives;
+  const Settings settings(undriven, SettingsFolders::FromEnvironment());
+  for (const auto& [name, folder] : settings.RegistryValues("Drives")) {
+    const std::string letter = FoldCase(name.substr(0, name.find(':')));
+    if (HasDrive(letter + ":") && letter.size() == 1 && folder.starts_with(kSeparator)) {
+      drives[letter[0]] = folder;
+    }
+  }
+  return drives;
+}
+
+}  // namespace
+
+FileSystem& FileSystem::Native() {
+  // Never destroyed: threads may still be writing while the process ends.
+  static PosixFileSystem& disk = *std::make_unique<PosixFileSystem>(MappedDrives).release();
+  return disk;
+}
+
+}  // namespace tarn

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Result.h"
+
+namespace tarn::posix {
+
+// What an error number of the machine means to callers.
+ErrorCode CodeOf(int number);
+// The same with the machine's own words for it.
+Error ErrorOf(int number, const std::string& place);
+// For an operation that only reads: a refused access is no hint at a read-only file.
+Error ReadErrorOf(int number, const std::string& place);
+// A failure that the machine has no words for.
+Error ErrorOf(ErrorCode code, const std::string& text, const std::string& place);
+
+// An open file of the machine, closed at the end. -1 is none.
+class Descriptor {
+ public:
+  explicit Descriptor(int openFile = -1) : number(openFile) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() { (void)Close(); }
+
+  int Get() const { return number; }
+  explicit operator bool() const { return number >= 0; }
+  // Closes now; false, with the reason in errno, when the machine reports a late write failure.
+  bool Close();
+
+ private:
+  int number;
+};
+
+// 16 hexadecimal digits that no other process is likely to come up with.
+std::string RandomDigits();
+
+}  // namespace tarn::posix

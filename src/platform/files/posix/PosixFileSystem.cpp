@@ -1,0 +1,250 @@
+#include "platform/files/posix/PosixFileSystem.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <stdexcept>
+
+#include "platform/files/posix/AtomicWrite.h"
+#include "platform/files/posix/PosixError.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+using posix::Descriptor;
+using posix::ErrorOf;
+using posix::ReadErrorOf;
+
+Error NotAFile(const std::string& path) {
+  return ErrorOf(ErrorCode::NotAFile, "not a regular file", path);
+}
+
+// The nanoseconds count forwards also before 1970, so the seconds alone are rounded down.
+FileStatus StatusOf(const struct stat& info) {
+  return {info.st_mtim.tv_sec, static_cast<std::uint64_t>(info.st_size)};
+}
+
+// Reads to the end, whatever the size said: a file may grow meanwhile, and some have none.
+Result<std::string> ReadAll(int file, std::uint64_t size, const std::string& path) {
+  std::string bytes;
+  try {
+    bytes.resize(size + 1);  // one more, so that the end shows without growing
+    std::size_t filled = 0;
+    for (;;) {
+      const ssize_t done = read(file, bytes.data() + filled, bytes.size() - filled);
+      if (done < 0 && errno == EINTR) continue;
+      if (done < 0) return ReadErrorOf(errno, path);
+      if (done == 0) break;
+      filled += static_cast<std::size_t>(done);
+      if (filled == bytes.size()) bytes.resize(bytes.size() * 2);
+    }
+    bytes.resize(filled);
+  } catch (const std::bad_alloc&) {
+    return ReadErrorOf(ENOMEM, path);
+  } catch (const std::length_error&) {
+    return ReadErrorOf(EFBIG, path);
+  }
+  return bytes;
+}
+
+Status Refusal(const std::string& name, const struct stat& info, const std::string& path) {
+  if (!S_ISREG(info.st_mode)) return NotAFile(path);
+  if (posix::IsReadOnlyName(name, info.st_mode)) {
+    return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", path);
+  }
+  return {};
+}
+
+bool IsFolderEntry(const std::string& folder, const dirent& entry) {
+  if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK) return entry.d_type == DT_DIR;
+  struct stat info {};
+  return stat(JoinPath(folder, entry.d_name).c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+}  // namespace
+
+PosixFileSystem::PosixFileSystem(posix::NameLookup::DriveLoader loadDrives)
+    : names(std::move(loadDrives)) {}
+
+bool PosixFileSystem::Exists(const std::string& path) {
+  struct stat info {};
+  return static_cast<bool>(
+      names.Try(path, [&info](const char* name) { return stat(name, &info); }));
+}
+
+bool PosixFileSystem::IsFolder(const std::string& path) {
+  struct stat info {};
+  return names.Try(path, [&info](const char* name) { return stat(name, &info); }) &&
+         S_ISDIR(info.st_mode);
+}
+
+std::optional<FileStatus> PosixFileSystem::Examine(const std::string& path) {
+  struct stat info {};
+  if (!names.Try(path, [&info](const char* name) { return stat(name, &info); }) ||
+      !S_ISREG(info.st_mode)) {
+    return std::nullopt;
+  }
+  return StatusOf(info);
+}
+
+bool PosixFileSystem::IsReadOnly(const std::string& path) {
+  bool readOnly = true;
+  const auto look = [&readOnly](const char* name) {
+    struct stat info {};
+    if (stat(name, &info) != 0) return -1;
+    readOnly = posix::IsReadOnlyName(name, info.st_mode);
+    return 0;
+  };
+  return !names.Try(path, look) || readOnly;
+}
+
+Result<std::string> PosixFileSystem::ReadWholeFile(const std::string& path) {
+  // Without O_NONBLOCK a pipe without a writer would hold the caller for ever.
+  const Result<int> opened = names.Try(
+      path, [](const char* name) { return open(name, O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
+  if (!opened) {
+    Error error = opened.GetError();
+    if (error.code == ErrorCode::ReadOnly) error.code = ErrorCode::Io;
+    return error;
+  }
+  const Descriptor file(*opened);
+  struct stat info {};
+  if (fstat(file.Get(), &info) != 0) return ReadErrorOf(errno, path);
+  if (!S_ISREG(info.st_mode)) return NotAFile(path);
+  return ReadAll(file.Get(), static_cast<std::uint64_t>(info.st_size), path);
+}
+
+Status PosixFileSystem::WriteWholeFile(const std::string& path, std::string_view bytes) {
+  const Result<std::string> target = names.LocateOrCreate(path);
+  if (!target) return target.GetError();
+  return posix::ReplaceFile(*target, bytes, posix::Durability::Flushed);
+}
+
+Status PosixFileSystem::RemoveFile(const std::string& path) {
+  const Result<std::string> name = names.Locate(path);
+  if (!name) return name.GetError();
+  struct stat info {};
+  if (lstat(name->c_str(), &info) != 0) return ErrorOf(errno, path);
+  if (!S_ISLNK(info.st_mode)) {
+    Status refused = Refusal(*name, info, path);
+    if (!refused) return refused;
+  }
+  if (unlink(name->c_str()) != 0) return ErrorOf(errno, path);
+  return {};
+}
+
+Status PosixFileSystem::CopyFileTo(const std::string& from, const std::string& to) {
+  struct stat info {};
+  const Result<int> examined =
+      names.Try(from, [&info](const char* name) { return stat(name, &info); });
+  if (!examined) return examined.GetError();
+  const Result<std::string> bytes = ReadWholeFile(from);
+  if (!bytes) return bytes.GetError();
+  if (names.Locate(to)) return ErrorOf(EEXIST, to);
+  const Result<std::string> target = names.LocateOrCreate(to);
+  if (!target) return target.GetError();
+  // A copy of a read-only original is a file to work with.
+  return posix::CreateNewFile(*target, *bytes, (info.st_mode & 0777) | S_IWUSR);
+}
+
+Status PosixFileSystem::CreateFolders(const std::string& path) {
+  const Result<std::string> native = names.ToNative(path);
+  if (!native) return native.GetError();
+  std::string folder = CanonicalPath(*native);
+  if (folder.size() > 1 && folder.back() == kSeparator) folder.pop_back();
+  const Result<std::string> made = EnsureFolder(folder);
+  if (!made) return ErrorOf(made.GetError().code, made.GetError().text, path);
+  return {};
+}
+
+// The folder as the disk spells it, made with its parents where nothing stands.
+Result<std::string> PosixFileSystem::EnsureFolder(const std::string& native) {
+  struct stat info {};
+  std::string name = native;
+  bool exists = stat(name.c_str(), &info) == 0;
+  if (!exists && errno != ENOENT) return ErrorOf(errno, native);
+  if (!exists) {
+    const std::optional<std::string> other = names.FindOther(native);
+    exists = other && stat(other->c_str(), &info) == 0;
+    if (exists) name = *other;
+  }
+  if (exists) {
+    if (S_ISDIR(info.st_mode)) return name;
+    return ErrorOf(ErrorCode::NotAFile, "a file is in the way", native);
+  }
+  const std::string parent = FolderOf(native);
+  if (!parent.empty()) {
+    const Result<std::string> above = EnsureFolder(parent);
+    if (!above) return above;
+    name = JoinPath(*above, FileNameOf(native));
+  }
+  // Somebody else may make the same folder at the same time.
+  if (mkdir(name.c_str(), 0777) != 0 && errno != EEXIST) return ErrorOf(errno, native);
+  return name;
+}
+
+Result<std::vector<FolderEntry>> PosixFileSystem::ListFolder(const std::string& path) {
+  DIR* opened = nullptr;
+  std::string folder;
+  const Result<int> found = names.Try(path, [&](const char* name) {
+    folder = name;
+    opened = opendir(name);
+    return opened == nullptr ? -1 : 0;
+  });
+  if (!found) return found.GetError();
+  const auto close = [](DIR* open) { closedir(open); };
+  const std::unique_ptr<DIR, decltype(close)> entries(opened, close);
+  std::vector<FolderEntry> list;
+  errno = 0;
+  while (const dirent* entry = readdir(entries.get())) {
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") {
+      list.push_back({std::string(name), IsFolderEntry(folder, *entry)});
+    }
+    errno = 0;
+  }
+  if (errno != 0) return ReadErrorOf(errno, path);
+  std::sort(list.begin(), list.end(),
+            [](const FolderEntry& a, const FolderEntry& b) { return a.name < b.name; });
+  return list;
+}
+
+std::string PosixFileSystem::CurrentFolder() {
+  std::error_code failure;
+  return std::filesystem::current_path(failure).string();
+}
+
+bool PosixFileSystem::SetCurrentFolder(const std::string& path) {
+  return static_cast<bool>(names.Try(path, [](const char* name) { return chdir(name); }));
+}
+
+std::string PosixFileSystem::TemporaryFolder() {
+  const std::string wanted = TextOf(std::getenv("TMPDIR"));
+  if (wanted.starts_with(kSeparator) && IsFolder(wanted)) return wanted;
+  return IsFolder("/tmp") ? "/tmp" : "";
+}
+
+Result<std::string> PosixFileSystem::ReserveName(const std::string& folder,
+                                                 std::string_view prefix) {
+  const std::string first = JoinPath(folder, std::string(prefix) + "0");
+  const bool separated = std::any_of(prefix.begin(), prefix.end(), IsSeparator);
+  const Result<std::string> native = names.ToNative(first);
+  if (!native) return native.GetError();
+  if (separated) return ErrorOf(ErrorCode::InvalidName, "a prefix holds no separator", first);
+  const Result<std::string> place = names.LocateOrCreate(first);
+  if (!place) return place.GetError();
+  return posix::CreateReserved(FolderOf(*place), prefix);
+}
+
+}  // namespace tarn

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/files/FileSystem.h"
+#include "platform/files/posix/NameLookup.h"
+
+namespace tarn {
+
+// The disk of a POSIX machine.
+class PosixFileSystem : public FileSystem {
+ public:
+  // `loadDrives` gives the folders that stand for drives, when the first path with a drive comes.
+  explicit PosixFileSystem(posix::NameLookup::DriveLoader loadDrives = {});
+
+  bool Exists(const std::string& path) override;
+  bool IsFolder(const std::string& path) override;
+  // For a plain path one system call, no lock and no allocation, as long as the name is exact.
+  std::optional<FileStatus> Examine(const std::string& path) override;
+  bool IsReadOnly(const std::string& path) override;
+  Result<std::string> ReadWholeFile(const std::string& path) override;
+  Status WriteWholeFile(const std::string& path, std::string_view bytes) override;
+  Status WriteTail(const std::string& path, std::uint64_t expectedSize, std::uint64_t offset,
+                   std::string_view bytes) override;
+  Result<FileStatus> ContinueFile(const std::string& path, const FileStatus& expected,
+                                  std::uint64_t offset, std::string_view bytes) override;
+  Status WriteScratchFile(const std::string& path, std::string_view bytes) override;
+  Status RemoveFile(const std::string& path) override;
+  Status CopyFileTo(const std::string& from, const std::string& to) override;
+  Status CreateFolders(const std::string& path) override;
+  Result<std::vector<FolderEntry>> ListFolder(const std::string& path) override;
+  std::string CurrentFolder() override;
+  bool SetCurrentFolder(const std::string& path) override;
+  std::string TemporaryFolder() override;
+  Result<std::string> ReserveName(const std::string& folder, std::string_view prefix) override;
+
+ private:
+  enum class TimeMatters { No, Yes };
+
+  Result<FileStatus> WriteInPlace(const std::string& path, const FileStatus& expected,
+                                  TimeMatters time, std::uint64_t offset, std::string_view bytes);
+  Result<std::string> EnsureFolder(const std::string& native);
+
+  posix::NameLookup names;
+};
+
+}  // namespace tarn

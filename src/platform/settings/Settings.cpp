@@ -1,0 +1,134 @@
+#include "platform/settings/Settings.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "platform/paths/Paths.h"
+#include "platform/settings/IniFile.h"
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+// What a caller's buffer of 260 bytes holds besides its final zero.
+constexpr std::size_t kLongestRegistryValue = 259;
+
+std::string HomeFolder() {
+  const std::string home = TextOf(std::getenv("HOME"));
+  if (home.starts_with(kSeparator)) return home;
+  passwd entry{};
+  passwd* found = nullptr;
+  std::string buffer(16384, '\0');
+  getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found);
+  return found == nullptr ? "/" : TextOf(found->pw_dir);
+}
+
+// A folder named by the environment counts only as an absolute path.
+std::string UserFolder(const char* variable, std::string_view belowHome) {
+  const std::string base = TextOf(std::getenv(variable));
+  return JoinPath(base.starts_with(kSeparator) ? base : JoinPath(HomeFolder(), belowHome), "tarn");
+}
+
+std::string WithoutOuterBackslashes(std::string_view key) {
+  while (key.starts_with('\\')) key.remove_prefix(1);
+  while (key.ends_with('\\')) key.remove_suffix(1);
+  return std::string(key);
+}
+
+std::string RegistryFile(const SettingsFolders& folders) {
+  return JoinPath(folders.machine, "registry.ini");
+}
+
+std::string ProfileFile(const SettingsFolders& folders) {
+  return JoinPath(folders.user, "profile.ini");
+}
+
+IniFile ReadStore(FileSystem& files, const std::string& path) {
+  const Result<std::string> text = files.ReadWholeFile(path);
+  return text ? IniFile(*text) : IniFile();
+}
+
+}  // namespace
+
+SettingsFolders SettingsFolders::FromEnvironment() {
+  const std::string root = TextOf(std::getenv("TARN_SETTINGS"));
+  if (!root.empty()) {
+    return {JoinPath(root, "machine"), JoinPath(root, "user"), JoinPath(root, "data")};
+  }
+  return {"/etc/tarn", UserFolder("XDG_CONFIG_HOME", ".config"),
+          UserFolder("XDG_DATA_HOME", ".local/share")};
+}
+
+Settings::Settings(FileSystem& fileSystem, SettingsFolders settingsFolders)
+    : files(fileSystem), folders(std::move(settingsFolders)), profileKey("Corvane\\Tarn") {}
+
+std::optional<std::string> Settings::ReadRegistry(std::string_view key,
+                                                  std::string_view name) const {
+  std::optional<std::string> value =
+      ReadStore(files, RegistryFile(folders)).Read(WithoutOuterBackslashes(key), name);
+  if (value && value->size() > kLongestRegistryValue) return std::nullopt;
+  return value;
+}
+
+std::vector<std::pair<std::string, std::string>> Settings::RegistryValues(
+    std::string_view key) const {
+  const IniFile store = ReadStore(files, RegistryFile(folders));
+  const std::string section = WithoutOuterBackslashes(key);
+  std::vector<std::pair<std::string, std::string>> values;
+  for (const std::string& name : store.ValueNames(section)) {
+    const std::string value = store.Read(section, name).value_or("");
+    if (value.size() <= kLongestRegistryValue) values.emplace_back(name, value);
+  }
+  return values;
+}
+
+std::vector<std::string> Settings::RegistrySubkeys(std::string_view key) const {
+  const std::string prefix = WithoutOuterBackslashes(key) + "\\";
+  std::vector<std::string> names;
+  for (const std::string& section : ReadStore(files, RegistryFile(folders)).SectionNames()) {
+    if (!StartsWithNoCase(section, prefix)) continue;
+    // A key is there as soon as one below it is.
+    const std::string name(Split(section.substr(prefix.size()) + "\\", '\\').front());
+    const bool known = std::any_of(names.begin(), names.end(), [&name](const std::string& each) {
+      return EqualNoCase(each, name);
+    });
+    if (!name.empty() && !known) names.push_back(name);
+  }
+  return names;
+}
+
+void Settings::SetProfileKey(std::string_view key) {
+  profileKey = WithoutOuterBackslashes(key);
+}
+
+std::string Settings::ProfileSection(std::string_view section) const {
+  return profileKey + "\\" + std::string(section);
+}
+
+std::string Settings::ReadProfile(std::string_view section, std::string_view name,
+                                  std::string_view fallback) const {
+  return ReadStore(files, ProfileFile(folders))
+      .Read(ProfileSection(section), name)
+      .value_or(std::string(fallback));
+}
+
+bool Settings::WriteProfile(std::string_view section, std::string_view name,
+                            std::string_view value) {
+  const std::string path = ProfileFile(folders);
+  const Result<std::string> text = files.ReadWholeFile(path);
+  if (!text && text.GetError().code != ErrorCode::NotFound) return false;
+  IniFile store = text ? IniFile(*text) : IniFile();
+  if (!store.Write(ProfileSection(section), name, IniFile::Quoted(value))) return false;
+  return files.CreateFolders(folders.user) && files.WriteWholeFile(path, store.ToText());
+}
+
+Settings& Settings::Native() {
+  static Settings settings(FileSystem::Native(), SettingsFolders::FromEnvironment());
+  return settings;
+}
+
+}  // namespace tarn

@@ -1,0 +1,164 @@
+#include "platform/files/posix/PosixFileSystem.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "platform/files/ScratchFolder.h"
+
+namespace tarn {
+namespace {
+
+using testing::ScratchFolder;
+
+mode_t ModeOf(const std::string& path) {
+  struct stat info {};
+  return stat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
+}
+
+void PutRaw(const std::string& path, std::string_view bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+TEST(PosixFileSystem, ReplacingKeepsModeAndLinks) {
+  const ScratchFolder scratch;
+  PosixFileSystem files;
+  PutRaw(scratch / "script", "old");
+  ASSERT_EQ(chmod((scratch / "script").c_str(), 0751), 0);
+  ASSERT_EQ(mkdir((scratch / "links").c_str(), 0777), 0);
+  ASSERT_EQ(symlink("../script", (scratch / "links/one").c_str()), 0);
+  ASSERT_EQ(symlink("one", (scratch / "links/two").c_str()), 0);
+  ASSERT_EQ(symlink("../new", (scratch / "links/dangling").c_str()), 0);
+  ASSERT_EQ(symlink("loop", (scratch / "links/loop").c_str()), 0);
+
+  EXPECT_TRUE(files.WriteWholeFile(scratch / "links/two", "new"));
+  EXPECT_EQ(*files.ReadWholeFile(scratch / "script"), "new");
+  EXPECT_EQ(ModeOf(scratch / "script"), 0751U);
+  EXPECT_TRUE(std::filesystem::is_symlink(scratch / "links/two"));
+  EXPECT_TRUE(files.WriteWholeFile(scratch / "links/dangling", "made"));
+  EXPECT_EQ(*files.ReadWholeFile(scratch / "new"), "made");
+  EXPECT_EQ(files.WriteWholeFile(scratch / "links/loop", "x").GetError().code,
+            ErrorCode::InvalidName);
+
+  EXPECT_TRUE(files.WriteScratchFile(scratch / "links/one", "scratch"));
+  EXPECT_FALSE(std::filesystem::is_symlink(scratch / "links/one"));
+  EXPECT_EQ(*files.ReadWholeFile(scratch / "links/two"), "scratch");
+  // A link goes by itself, what it leads to stays.
+  EXPECT_TRUE(files.RemoveFile(scratch / "links/two"));
+  EXPECT_EQ(*files.ReadWholeFile(scratch / "script"), "new");
+  // A copy can be written and is as executable as its original.
+  ASSERT_EQ(chmod((scratch / "script").c_str(), 0555), 0);
+  EXPECT_TRUE(files.CopyFileTo(scratch / "script", scratch / "copy"));
+  EXPECT_EQ(ModeOf(scratch / "copy") & 0700U, 0700U);
+  EXPECT_EQ(files.CopyFileTo(scratch / "new", scratch / "copy").GetError().code,
+            ErrorCode::AlreadyExists);
+  EXPECT_EQ(*files.ReadWholeFile(scratch / "copy"), "new");
+  EXPECT_EQ(files.ListFolder(scratch.Path())->size(), 4U) << "a temporary file was left behind";
+}
+
+TEST(PosixFileSystem, PipesAndDevicesNeitherHangNorCountAsFiles) {
+  const ScratchFolder scratch;
+  PosixFileSystem files;
+  ASSERT_EQ(mkfifo((scratch / "pipe").c_str(), 0666), 0);
+  for (const std::string& path : {scratch / "pipe", std::string("/dev/null")}) {
+    EXPECT_EQ(files.ReadWholeFile(path).GetError().code, ErrorCode::NotAFile);
+    EXPECT_EQ(files.WriteWholeFile(path, "x").GetError().code, ErrorCode::NotAFile);
+    EXPECT_EQ(files.WriteTail(path, 0, 0, "x").GetError().code, ErrorCode::NotAFile);
+    EXPECT_EQ(files.RemoveFile(path).GetError().code, ErrorCode::NotAFile);
+    EXPECT_FALSE(files.Examine(path));
+  }
+  EXPECT_TRUE(files.ReadWholeFile("/proc/self/stat")) << "a file whose size reads as 0";
+  EXPECT_NE(*files.ReadWholeFile("/proc/self/stat"), "");
+}
+
+TEST(PosixFileSystem, TimesBeforeTheEpochRoundDown) {
+  const ScratchFolder scratch;
+  PosixFileSystem files;
+  PutRaw(scratch / "old", "12345");
+  const timespec times[2] = {{-5, 900'000'000}, {-5, 900'000'000}};
+  ASSERT_EQ(utimensat(AT_FDCWD, (scratch / "old").c_str(), times, 0), 0);
+  const auto status = files.Examine(scratch / "old");
+  ASSERT_TRUE(status);
+  EXPECT_EQ(status->modifiedSeconds, -5);
+  EXPECT_EQ(status->size, 5U);
+}
+
+// The folder's entries are kept between misses; a file that comes or goes must show at once.
+TEST(PosixFileSystem, KeptFolderEntriesNeverHideAChange) {
+  const ScratchFolder scratch;
+  PosixFileSystem files;
+  for (int round = 0; round < 200; ++round) {
+    const std::string name = "File" + std::to_string(round);
+    const std::string other = "fILE" + std::to_string(round);
+    ASSERT_FALSE(files.Exists(scratch / other));
+    ASSERT_FALSE(files.Exists(scratch / other));
+    if (round % 20 == 0) usleep(30'000);  // long enough for the entries to be kept
+    ASSERT_FALSE(files.Exists(scratch / other));
+    PutRaw(scratch / name, "x");
+    ASSERT_TRUE(files.Exists(scratch / other)) << round;
+    if (round % 2 == 0) continue;
+    ASSERT_EQ(unlink((scratch / name).c_str()), 0);
+    ASSERT_FALSE(files.Exists(scratch / other)) << round;
+  }
+}
+
+TEST(PosixFileSystem, BackslashInANameOfTheMachineIsOutOfReach) {
+  const ScratchFolder scratch;
+  PosixFileSystem files;
+  PutRaw(scratch / "odd\\name", "hidden");
+  EXPECT_EQ(files.ReadWholeFile(scratch / "odd\\name").GetError().code, ErrorCode::InvalidName);
+  EXPECT_EQ(files.WriteWholeFile(scratch / "odd\\name", "x").GetError().code,
+            ErrorCode::InvalidName);
+  EXPECT_EQ(files.ReadWholeFile("odd\\name").GetError().code, ErrorCode::NotFound);
+  EXPECT_EQ(files.ListFolder(scratch.Path())->size(), 1U);
+  EXPECT_TRUE(files.CreateFolders(scratch / "odd"));
+  EXPECT_TRUE(files.WriteWholeFile(scratch / "odd\\name", "x"));
+  EXPECT_TRUE(files.Exists(scratch / "odd/name"));
+}
+
+TEST(PosixFileSystem, ReadersSeeWholeFilesWhileAWriterReplacesThem) {
+  const ScratchFolder scratch;
+  PosixFileSystem files;
+  const std::string path = scratch / "File";
+  const std::string a(40'000, 'a');
+  const std::string b(70'000, 'b');
+  ASSERT_TRUE(files.WriteWholeFile(path, a));
+  std::atomic<bool> stop = false;
+  std::atomic<int> torn = 0;
+  const auto read = [&](const std::string& name) {
+    while (!stop) {
+      const auto bytes = files.ReadWholeFile(name);
+      if (!bytes || (*bytes != a && *bytes != b)) ++torn;
+      (void)files.Exists(scratch / "none");
+    }
+  };
+  std::thread exact(read, path);
+  std::thread otherCase(read, scratch / "fILE");
+  for (int i = 0; i < 100; ++i) EXPECT_TRUE(files.WriteWholeFile(path, i % 2 == 0 ? b : a));
+  stop = true;
+  exact.join();
+  otherCase.join();
+  EXPECT_EQ(torn, 0);
+}
+
+TEST(PosixFileSystem, LongPathsWorkAndOverlongNamesFail) {
+  const ScratchFolder scratch;
+  PosixFileSystem files;
+  std::string deep = scratch.Path();
+  for (int i = 0; i < 10; ++i) deep += "/" + std::string(100, 'd');
+  EXPECT_TRUE(files.CreateFolders(deep));
+  EXPECT_TRUE(files.WriteWholeFile(deep + "/" + std::string(255, 'n'), "x"));
+  EXPECT_TRUE(files.Exists(deep + "/" + std::string(255, 'N')));
+  EXPECT_EQ(files.WriteWholeFile(scratch / std::string(256, 'n'), "x").GetError().code,
+            ErrorCode::InvalidName);
+  EXPECT_FALSE(files.Exists(scratch / std::string(100'000, '/') + "x"));
+}
+
+}  // namespace
+}  // namespace tarn

@@ -1,0 +1,20 @@
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "platform/files/FileSystem.h"
+
+// write_whole_file PATH LETTER SIZE: one WriteWholeFile of SIZE times LETTER. What the process does
+// before is marked off by one access to a file named "begin". Ends with the error code.
+int main(int count, char** arguments) {
+  if (count != 4) return 99;
+  const std::string path = arguments[1];
+  const std::string bytes(std::strtoul(arguments[3], nullptr, 10), arguments[2][0]);
+  tarn::FileSystem& files = tarn::FileSystem::Native();
+  (void)access("begin", F_OK);
+  const tarn::Status status = files.WriteWholeFile(path, bytes);
+  if (!status) std::fprintf(stderr, "%s\n", status.GetError().text.c_str());
+  return static_cast<int>(status.GetError().code);
+}
