@@ -1,0 +1,317 @@
+#include "hosts/frame/BuildSession.h"
+
+#include <chrono>
+#include <set>
+
+#include "hosts/frame/ProjectFile.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr const char* kManagerClass = "TarnProjectManager.ProjectManager";
+constexpr const char* kInspectorClass = "TarnProjectManager.ProjectInspector";
+constexpr const char* kToolsClass = "TarnToolManager.ToolManager";
+
+// The command for a whole project, and the one for an application that is the current node.
+struct WorkCommands {
+  BuildWork work;
+  std::uint32_t project;
+  std::uint32_t application;
+};
+
+constexpr WorkCommands kWorkCommands[] = {
+    {BuildWork::Build, kCmdBuildAll, kCmdBuildApplication},
+    {BuildWork::Rebuild, kCmdRebuildAll, kCmdRebuildNode},
+    {BuildWork::Clean, kCmdCleanAll, kCmdCleanNode},
+};
+
+Status Attach(COleDispatchDriver& driver, const char* classId) {
+  std::string reason;
+  const DispatchPtr object = ClassRegistry::Native().CreateInstance(classId, &reason);
+  if (!object) return Error{ErrorCode::NotFound, reason, classId};
+  driver.AttachDispatch(object.Get(), true);
+  return {};
+}
+
+// The paths of a list of quoted names with commas between.
+std::vector<std::string> SplitQuoted(const std::string& list) {
+  std::vector<std::string> paths;
+  const std::vector<std::string_view> pieces = Split(list, '"');
+  for (std::size_t i = 1; i < pieces.size(); i += 2) paths.emplace_back(pieces[i]);
+  return paths;
+}
+
+std::vector<std::string> SplitLines(const std::string& text) {
+  std::vector<std::string> lines;
+  for (const std::string_view line : Split(text, '\n')) {
+    if (!Trim(line).empty()) lines.emplace_back(Trim(line));
+  }
+  return lines;
+}
+
+}  // namespace
+
+DispatchPtr InspectorDriver::GetPropertyManager() {
+  if (GetDispatch() == nullptr) return {};
+  Variant result;
+  if (!GetDispatch()->Invoke(7, {}, result)) return {};
+  return result.GetKind() == Variant::Kind::Object ? result.AsObject() : DispatchPtr();
+}
+
+BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFolders hostFolders)
+    : frame(mainFrame),
+      files(fileSystem),
+      folders(std::move(hostFolders)),
+      loop(MessageLoop::ForCurrentThread()),
+      state(fileSystem, manager, inspector, tools) {
+  AnswerMessages();
+}
+
+BuildSession::~BuildSession() {
+  for (const std::uint32_t number :
+       {std::uint32_t{kMsgToolSucceeded}, std::uint32_t{kMsgToolStarted},
+        std::uint32_t{kMsgToolEnded}, std::uint32_t{kMsgWorkerEnded}, std::uint32_t{kMsgLogLine},
+        std::uint32_t{kMsgCommand}}) {
+    frame.Answer(number, {});
+  }
+  if (manager.GetDispatch() != nullptr) manager.Clean();
+}
+
+void BuildSession::AnswerMessages() {
+  frame.Answer(kMsgToolSucceeded, [this](const HostEvent&) { return OnToolSucceeded(); });
+  frame.Answer(kMsgToolStarted, [this](const HostEvent& event) { return OnToolStarted(event); });
+  frame.Answer(kMsgToolEnded, [this](const HostEvent& event) { return OnToolEnded(event); });
+  frame.Answer(kMsgWorkerEnded, [this](const HostEvent& event) { return OnWorkerEnded(event); });
+  frame.Answer(kMsgLogLine, [this](const HostEvent& event) {
+    logLines.push_back(event.text);
+    return std::intptr_t{1};
+  });
+  frame.Answer(kMsgCommand, [this](const HostEvent& event) {
+    // Carried out later: the sender may be in the middle of something.
+    postedCommands.push_back(static_cast<std::uint32_t>(event.wParam));
+    return std::intptr_t{1};
+  });
+}
+
+Status BuildSession::Start() {
+  if (const Status made = files.CreateFolders(folders.data); !made) return made;
+  if (const Status attached = Attach(manager, kManagerClass); !attached) return attached;
+  if (manager.Init(folders.application, folders.data, frame.GetHandle()) == 0) {
+    return Error{ErrorCode::NotFound, "the configuration file is missing or damaged",
+                 folders.application + "config/projectmanager.config"};
+  }
+  if (const Status attached = Attach(tools, kToolsClass); !attached) return attached;
+  tools.InitTools(folders.application, folders.data, frame.GetHandle());
+  manager.InitToolManager(tools.GetDispatch());
+  if (const Status attached = Attach(inspector, kInspectorClass); !attached) return attached;
+  inspector.Attach(manager.GetDispatch());
+  options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
+  return {};
+}
+
+Status BuildSession::Open(const std::string& path) {
+  logLines.clear();
+  if (manager.ProjectOpen(path) == 0) {
+    std::string text;
+    for (const std::string& line : TakeLogLines()) text.append(text.empty() ? "" : "\n") += line;
+    return Error{ErrorCode::Io, text, path};
+  }
+  projectPath = path;
+  state.Load(path);
+  return {};
+}
+
+void BuildSession::Prepare() {
+  inspector.PublishAll();
+  state.Restore();
+}
+
+BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* observer) {
+  outcome = {};
+  stateProblem.clear();
+  if (!stopRequested) {
+    watcher = observer;
+    tools.ResumeTools();
+    const bool isDone = RunCommand(SelectCommand(request));
+    if (!isDone && !stopRequested) ServePostedCommands();
+    watcher = nullptr;
+    KeepLog();
+    const Status saved = state.Save(request.work == BuildWork::Clean);
+    if (!saved) stateProblem = saved.GetError().place + ": " + saved.GetError().text;
+  }
+  if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
+  stopRequested = false;
+  logLines.clear();
+  return outcome;
+}
+
+std::uint32_t BuildSession::SelectCommand(const BuildRequest& request) {
+  if (!request.application.empty()) manager.SelectApplication(request.application);
+  for (const WorkCommands& each : kWorkCommands) {
+    if (each.work == request.work) {
+      return request.application.empty() ? each.project : each.application;
+    }
+  }
+  return kCmdBuildAll;
+}
+
+// True when nothing is to follow; false when the server has posted what comes next.
+bool BuildSession::RunCommand(std::uint32_t command) {
+  workerEnded = false;
+  workerSucceeded = false;
+  if (manager.PrologCommand(command) == 0) {
+    outcome.end = BuildEnd::Refused;
+    return true;
+  }
+  postedCommands.clear();
+  if (manager.Command(command) == 2) WaitForWorker();
+  outcome.end = workerSucceeded ? BuildEnd::Succeeded : BuildEnd::Failed;
+  return manager.EpilogCommand(command) != 0;
+}
+
+void BuildSession::WaitForWorker() {
+  bool stopSent = false;
+  const auto somethingToDo = [&] { return workerEnded || (stopRequested && !stopSent); };
+  while (!workerEnded) {
+    loop->PumpUntil(somethingToDo, std::chrono::seconds(1));
+    if (workerEnded || !stopRequested || stopSent) continue;
+    stopSent = true;
+    manager.Command(kCmdStop);
+    tools.StopTools();
+  }
+}
+
+// What the end of a build asked for: options were changed by it, so all is built once more.
+void BuildSession::ServePostedCommands() {
+  loop->Pump();
+  std::deque<std::uint32_t> commands;
+  commands.swap(postedCommands);
+  for (const std::uint32_t command : commands) {
+    if (command == kCmdRebuildAll) {
+      RunCommand(command);
+    } else {
+      manager.Command(command);
+    }
+  }
+}
+
+void BuildSession::RequestStop() {
+  stopRequested = true;
+  loop->Wake();
+}
+
+void BuildSession::SetTicker(std::int32_t id, std::chrono::milliseconds period,
+                             std::function<void()> onTick) {
+  SetWindowTimer(frame.GetHandle(), id, period, std::move(onTick));
+}
+
+void BuildSession::ClearTicker(std::int32_t id) {
+  KillWindowTimer(frame.GetHandle(), id);
+}
+
+std::intptr_t BuildSession::OnToolSucceeded() {
+  state.TakeBuildInformation();
+  return 1;
+}
+
+std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
+  if (watcher == nullptr) return 1;
+  const auto element = ParseXml(event.text);
+  ToolStart start;
+  start.tool = AttributeOf(element.get(), "Name");
+  start.files = SplitQuoted(AttributeOf(element.get(), "Files"));
+  start.output = AttributeOf(element.get(), "Output");
+  start.command = AttributeOf(element.get(), "Command");
+  watcher->OnToolStarted(start);
+  return 1;
+}
+
+std::intptr_t BuildSession::OnToolEnded(const HostEvent& event) {
+  const bool success = event.lParam != 0;
+  ++(success ? outcome.toolsRun : outcome.toolsFailed);
+  if (watcher != nullptr) watcher->OnToolEnded(success, ReadLogEntries(event.text));
+  return 1;
+}
+
+std::intptr_t BuildSession::OnWorkerEnded(const HostEvent& event) {
+  workerEnded = true;
+  workerSucceeded = event.wParam != 0;
+  logFile = event.detail;
+  return 1;
+}
+
+// The log of the last build that did something; one that found nothing to do keeps it.
+void BuildSession::KeepLog() {
+  if (logFile.empty() || outcome.toolsRun + outcome.toolsFailed == 0) return;
+  const auto log = files.ReadWholeFile(logFile);
+  if (!log) return;
+  const Status written = files.WriteWholeFile(LogPathOf(projectPath), *log);
+  if (!written) stateProblem = written.GetError().place + ": " + written.GetError().text;
+}
+
+int BuildSession::CountWork(const BuildRequest& request) {
+  std::size_t count = 0;
+  if (request.work == BuildWork::Rebuild) {
+    const std::string lines = inspector.GetBuildInputs();
+    for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
+      const bool wanted = request.application.empty() || each.application == request.application;
+      if (wanted) count += each.nodes.size();
+    }
+    return static_cast<int>(count);
+  }
+  for (const ApplicationStatus& each : ParseStatus(inspector.GetStatus())) {
+    if (!request.application.empty() && each.label != request.application) continue;
+    for (const StaleNode& node : each.stale) count += node.tool.empty() ? 0 : 1;
+  }
+  return static_cast<int>(count);
+}
+
+std::vector<ApplicationStatus> BuildSession::GetStatus() {
+  std::vector<ApplicationStatus> list = ParseStatus(inspector.GetStatus());
+  for (ApplicationStatus& application : list) {
+    for (StaleNode& node : application.stale) {
+      const bool isUnknown = node.reason == "never-built";
+      if (isUnknown && state.IsCommandChanged(application.label, node.outputFile)) {
+        node.reason = kCommandChanged;
+      }
+    }
+  }
+  return list;
+}
+
+std::vector<ApplicationSummary> BuildSession::GetSummaries() {
+  std::vector<ApplicationSummary> list;
+  for (const ApplicationEntry& each : ProjectTree(inspector.GetTree()).GetApplications()) {
+    list.push_back({each.label, state.GetInfos(each.label, each.output)});
+  }
+  return list;
+}
+
+std::string BuildSession::FindMissingProgram(const std::vector<ApplicationStatus>& status) {
+  std::set<std::string> asked;
+  for (const ApplicationStatus& application : status) {
+    for (const StaleNode& node : application.stale) {
+      if (node.tool.empty() || !asked.insert(node.tool).second) continue;
+      std::string program = tools.MissingProgram(node.tool);
+      if (!program.empty()) return program;
+    }
+  }
+  return {};
+}
+
+std::vector<std::string> BuildSession::TakeLogLines() {
+  std::vector<std::string> lines;
+  lines.swap(logLines);
+  return lines;
+}
+
+std::vector<std::string> BuildSession::GetDefinitionErrors() {
+  std::vector<std::string> lines = SplitLines(options.GetDefinitionErrors());
+  for (std::string& line : SplitLines(tools.GetDefinitionErrors()))
+    lines.push_back(std::move(line));
+  return lines;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,150 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "hosts/frame/HostFolders.h"
+#include "hosts/frame/LogEntry.h"
+#include "hosts/frame/MainFrame.h"
+#include "hosts/frame/ProjectStatus.h"
+#include "hosts/frame/ServerDrivers.h"
+#include "hosts/frame/StateKeeper.h"
+
+namespace tarn::host {
+
+enum class BuildWork { Build, Rebuild, Clean };
+
+struct BuildRequest {
+  BuildWork work = BuildWork::Build;
+  std::string application;  // label; empty: the whole project
+};
+
+enum class BuildEnd {
+  Succeeded,
+  Failed,
+  Stopped,  // somebody asked for it
+  Refused,  // it never started
+};
+
+struct BuildOutcome {
+  BuildEnd end = BuildEnd::Refused;
+  int toolsRun = 0;  // that ended well
+  int toolsFailed = 0;
+};
+
+struct ApplicationSummary {
+  std::string label;
+  std::string infos;
+};
+
+// What a tool is started on.
+struct ToolStart {
+  std::string tool;
+  std::vector<std::string> files;
+  std::string output;
+  std::string command;
+};
+
+// Who watches a build. Called on the host's thread, between two steps of the build.
+class BuildObserver {
+ public:
+  virtual ~BuildObserver() = default;
+  virtual void OnToolStarted(const ToolStart& start) = 0;
+  virtual void OnToolEnded(bool success, const std::vector<LogEntry>& messages) = 0;
+};
+
+// The life of one project in a host: the server with its components, the project, its builds and
+// the state that is kept beside it. One per frame; on the frame's thread, except RequestStop.
+class BuildSession {
+ public:
+  BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFolders hostFolders);
+  BuildSession(const BuildSession&) = delete;
+  BuildSession& operator=(const BuildSession&) = delete;
+  ~BuildSession();
+
+  // Makes the server and its components. On failure the text says what is wrong with the
+  // installation.
+  Status Start();
+  // Opens a project and reads its state. On failure the text is what the server said.
+  Status Open(const std::string& projectPath);
+  // Makes all options known and hands the kept records to the project: needed once in front of a
+  // build or a question for the status, after the configuration has been chosen.
+  void Prepare();
+
+  // Builds, and keeps what the tools reported also when the build fails or is stopped. `observer`
+  // may be null.
+  BuildOutcome Run(const BuildRequest& request, BuildObserver* observer);
+  // How many tools a build would run from now on; asks the server to look at every file.
+  int CountWork(const BuildRequest& request);
+  // Ends a running build, its tools included, as soon as they are gone. From any thread; not from
+  // a signal handler.
+  void RequestStop();
+
+  // Calls `onTick` again and again while a build runs, until ClearTicker of the same number.
+  void SetTicker(std::int32_t id, std::chrono::milliseconds period, std::function<void()> onTick);
+  void ClearTicker(std::int32_t id);
+
+  // What is out of date, the host's own reasons included.
+  std::vector<ApplicationStatus> GetStatus();
+  // The applications, each with what its tool said of its output; empty where nothing is known.
+  std::vector<ApplicationSummary> GetSummaries();
+  // The program that a tool needs and that this machine hasn't got; empty when it has all.
+  std::string FindMissingProgram(const std::vector<ApplicationStatus>& status);
+
+  // Lines that went to the log since the last call, outside of builds.
+  std::vector<std::string> TakeLogLines();
+  // Errors in the files that define options and tools, one a line; empty when there are none.
+  std::vector<std::string> GetDefinitionErrors();
+  // Why the state couldn't be written after the last build; empty when it was.
+  const std::string& GetStateProblem() const { return stateProblem; }
+
+  const std::string& GetProjectPath() const { return projectPath; }
+  ProjectManagerDriver& Manager() { return manager; }
+  InspectorDriver& Inspector() { return inspector; }
+  ToolManagerDriver& Tools() { return tools; }
+  OptionsDriver& Options() { return options; }
+  StateKeeper& State() { return state; }
+
+ private:
+  void AnswerMessages();
+  std::intptr_t OnToolSucceeded();
+  std::intptr_t OnToolStarted(const HostEvent& event);
+  std::intptr_t OnToolEnded(const HostEvent& event);
+  std::intptr_t OnWorkerEnded(const HostEvent& event);
+  std::uint32_t SelectCommand(const BuildRequest& request);
+  bool RunCommand(std::uint32_t command);
+  void WaitForWorker();
+  void KeepLog();
+  void ServePostedCommands();
+
+  MainFrame& frame;
+  FileSystem& files;
+  HostFolders folders;
+  std::shared_ptr<MessageLoop> loop;
+
+  // Released from the last to the first: the manager uses the tools to its end.
+  ToolManagerDriver tools;
+  ProjectManagerDriver manager;
+  InspectorDriver inspector;
+  OptionsDriver options;
+  StateKeeper state;
+
+  std::string projectPath;
+  std::vector<std::string> logLines;
+  std::string stateProblem;
+
+  std::atomic<bool> stopRequested = false;
+  bool workerEnded = false;
+  bool workerSucceeded = false;
+  std::string logFile;
+  std::deque<std::uint32_t> postedCommands;
+  BuildObserver* watcher = nullptr;
+  BuildOutcome outcome;
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,38 @@
+#include "hosts/frame/HostFolders.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include "platform/paths/Paths.h"
+#include "platform/settings/Settings.h"
+
+namespace tarn::host {
+
+namespace {
+
+std::string ProgramFolder() {
+  std::error_code failure;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
+  return failure ? std::string() : FolderOf(program.string());
+}
+
+std::string InstallationRoot(FileSystem& files) {
+  if (const char* root = std::getenv("TARN_ROOT"); root != nullptr && *root != '\0') {
+    return IsRelativePath(root) ? JoinPath(files.CurrentFolder(), root) : std::string(root);
+  }
+  const std::string installed = CanonicalPath(JoinPath(ProgramFolder(), "../share/tarn"));
+  if (files.IsFolder(JoinPath(installed, "config"))) return installed;
+  return TARN_SOURCE_SHARE;
+}
+
+}  // namespace
+
+HostFolders HostFolders::FromEnvironment(FileSystem& files) {
+  HostFolders folders;
+  folders.application = AddSeparator(InstallationRoot(files));
+  folders.data = SettingsFolders::FromEnvironment().userData;
+  return folders;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Result.h"
+#include "platform/files/FileSystem.h"
+
+namespace tarn::host {
+
+// Where a host finds what is installed with it, and where the user's own data lies.
+struct HostFolders {
+  std::string application;  // with a separator at its end
+  std::string data;         // without one
+
+  // The installation root is TARN_ROOT of the environment, else share/tarn beside the program's
+  // folder, else the share folder of the sources that the program was built from.
+  static HostFolders FromEnvironment(FileSystem& files);
+};
+
+}  // namespace tarn::host

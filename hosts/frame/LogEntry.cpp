@@ -1,0 +1,51 @@
+#include "hosts/frame/LogEntry.h"
+
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+LogKind KindOfIcon(std::string_view icon) {
+  if (icon == "2") return LogKind::Error;
+  if (icon == "1") return LogKind::Warning;
+  if (icon == "5") return LogKind::Heading;
+  return LogKind::Plain;
+}
+
+}  // namespace
+
+LogEntry ToLogEntry(const CXmlNode& message) {
+  LogEntry entry;
+  entry.kind = KindOfIcon(AttributeOf(&message, "Icon"));
+  const char* description = message.GetAttrValue("Description");
+  entry.text = description != nullptr ? description : message.GetValue();
+  entry.message = AttributeOf(&message, "Contain");
+  if (entry.message.empty()) entry.message = entry.text;
+  entry.file = AttributeOf(&message, "File");
+  entry.line = ParseDecimal(message.GetAttrValue("Line"));
+  return entry;
+}
+
+std::vector<LogEntry> ReadLogEntries(const std::string& xml) {
+  std::vector<LogEntry> entries;
+  const auto root = ParseXml(xml);
+  if (root == nullptr) return entries;
+  for (const CXmlNode* child : root->GetChildren()) {
+    if (child->GetType() == XmlElement) entries.push_back(ToLogEntry(*child));
+  }
+  return entries;
+}
+
+std::unique_ptr<CXmlNode> ParseXml(const std::string& text) {
+  auto root = std::make_unique<CXmlNode>();
+  CXmlParseInfo parseInfo;
+  const bool complete = root->Load(text, parseInfo) != nullptr;
+  return complete || !root->NameView().empty() ? std::move(root) : nullptr;
+}
+
+std::string AttributeOf(const CXmlNode* node, const char* name) {
+  return node == nullptr ? std::string() : TextOf(node->GetAttrValue(name));
+}
+
+}  // namespace tarn::host

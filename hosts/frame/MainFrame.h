@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+
+#include "platform/windowing/HostMessages.h"
+#include "platform/windowing/MessageLoop.h"
+
+namespace tarn::host {
+
+// Messages of the tool manager to the frame, beside those of the project manager.
+enum ToolMessage : std::uint32_t {
+  kMsgToolStarted = 0x8F01,  // wParam text of an element: which tool, on what
+  kMsgToolEnded = 0x8F02,    // wParam text of its message records, lParam 1 for success
+};
+
+// A message as its receiver sees it: texts are copies, so they may be kept.
+struct HostEvent {
+  std::uint32_t number = 0;
+  std::intptr_t wParam = 0;
+  std::intptr_t lParam = 0;
+  std::string text;    // wParam, where the message carries a text there
+  std::string detail;  // lParam, where the message carries a text there
+};
+
+// The main frame of a host as the system sees it: a window that answers every message. What has no
+// handler is answered with 1, so that nothing is ever refused by mistake. Belongs to the thread
+// that made it.
+class MainFrame : private WindowTarget {
+ public:
+  using Handler = std::function<std::intptr_t(const HostEvent&)>;
+
+  MainFrame();
+  MainFrame(const MainFrame&) = delete;
+  MainFrame& operator=(const MainFrame&) = delete;
+  ~MainFrame();
+
+  WindowHandle GetHandle() const { return handle; }
+
+  // Who answers a message from now on; an empty handler takes it back. A handler may call the
+  // system again, and may set handlers.
+  void Answer(std::uint32_t number, Handler handler);
+
+ private:
+  std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
+                                std::intptr_t lParam) override;
+
+  WindowHandle handle = 0;
+  std::map<std::uint32_t, Handler> handlers;
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,54 @@
+#include "hosts/frame/ProjectFile.h"
+
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr std::string_view kProjectExtension = ".tprj";
+
+FoundProject FindInFolder(FileSystem& files, const std::string& folder) {
+  FoundProject found;
+  const auto entries = files.ListFolder(folder);
+  if (!entries) {
+    found.problem = "The folder " + folder + " can't be read.";
+    return found;
+  }
+  for (const FolderEntry& entry : *entries) {
+    if (entry.isFolder || !EqualNoCase(ExtensionOf(entry.name), kProjectExtension)) continue;
+    found.choices.push_back(entry.name);
+  }
+  if (found.choices.size() == 1) {
+    found.path = JoinPath(folder, found.choices.front());
+    found.choices.clear();
+  } else if (found.choices.empty()) {
+    found.problem = "There is no project file (*.tprj) in " + folder + ".";
+  } else {
+    found.problem = "There are several project files in " + folder + ".";
+  }
+  return found;
+}
+
+}  // namespace
+
+FoundProject FindProject(FileSystem& files, const std::string& argument) {
+  const std::string here = files.CurrentFolder();
+  std::string path = argument.empty() ? here : argument;
+  if (IsRelativePath(path)) path = JoinPath(here, path);
+  path = CanonicalPath(path);
+  if (files.IsFolder(path)) return FindInFolder(files, path);
+  if (files.Exists(path)) return {path, {}, {}};
+  return {{}, {}, "There is no project file or folder named " + argument + "."};
+}
+
+std::string StatePathOf(const std::string& projectPath) {
+  return WithExtension(projectPath, ".tstate");
+}
+
+std::string LogPathOf(const std::string& projectPath) {
+  return WithExtension(projectPath, ".tlog");
+}
+
+}  // namespace tarn::host

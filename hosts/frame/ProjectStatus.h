@@ -1,0 +1,38 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tarn::host {
+
+// A node that has work to do, and why.
+struct StaleNode {
+  std::string label;
+  std::string path;
+  std::string outputFile;
+  std::string tool;    // empty: nothing is run for it
+  std::string reason;  // a word of the inspector, or kCommandChanged
+  std::string file;    // the file that the reason is about, or empty
+};
+
+// The host's own reason: the tool would be run in another way than it was.
+inline constexpr const char* kCommandChanged = "command-changed";
+
+struct ApplicationStatus {
+  std::string label;
+  std::string path;
+  std::string configuration;
+  bool active = false;
+  std::vector<StaleNode> stale;  // in the order of the build, the application itself last
+};
+
+// Reads the inspector's status; what can't be read is left out.
+std::vector<ApplicationStatus> ParseStatus(const std::string& xml);
+
+// The reason as the end of a sentence that starts with the node, e.g. "its header include/uart.h
+// is newer than the object". `shorten` makes a path fit for a person.
+std::string DescribeReason(const StaleNode& node, bool isApplication,
+                           const std::function<std::string(const std::string&)>& shorten);
+
+}  // namespace tarn::host

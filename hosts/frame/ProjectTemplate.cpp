@@ -1,0 +1,107 @@
+#include "hosts/frame/ProjectTemplate.h"
+
+#include <algorithm>
+
+#include "hosts/frame/LogEntry.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr std::string_view kMainSource =
+    "int main(void) {\n"
+    "  return 0;\n"
+    "}\n";
+
+// File names on disk have backslashes on every machine.
+std::string OnDisk(const std::string& name) {
+  return ".\\" + ReplaceAll(name, "/", "\\");
+}
+
+std::string ProjectText(const std::string& name) {
+  const auto project = CXmlNode::CreateNode("Project");
+  project->AddAttr("Header", "Project '" + name + "'");
+  project->AddAttr("Path", OnDisk(name + ".tprj"));
+  project->AddAttr("Project", "Yes");
+  project->AddAttr("ActiveApp", name);
+  project->AddAttr("sate", "32");
+  CXmlNode* application = project->AddChild("Application");
+  application->AddAttr("Header", name);
+  application->AddAttr("Extern", OnDisk(name + ".tapp"));
+  application->AddAttr("Path", OnDisk(name + ".tapp"));
+  return project->ToString(g_xmlDisplayOptions);
+}
+
+std::string ApplicationText(const NewProject& project) {
+  const auto application = CXmlNode::CreateNode("Application");
+  application->AddAttr("Header", project.name);
+  application->AddAttr("Extern", OnDisk(project.name + ".tapp"));
+  application->AddAttr("Path", OnDisk(project.name + ".tapp"));
+  application->AddAttr("sate", "32");
+  CXmlNode* group = application->AddChild("Group");
+  group->AddAttr("Header", "Sources");
+  group->AddAttr("sate", "32");
+  CXmlNode* source = group->AddChild(project.sourceType);
+  source->AddAttr("Header", "main.c");
+  source->AddAttr("Path", OnDisk("src/main.c"));
+  return application->ToString(g_xmlDisplayOptions);
+}
+
+}  // namespace
+
+std::string CheckProjectName(const std::string& name) {
+  if (name.empty() || name == "." || name == "..") return "A project needs a name.";
+  for (const char c : name) {
+    const bool isControl = static_cast<unsigned char>(c) < 0x20;
+    if (isControl || std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos) {
+      return "A project's name can't hold / \\ : * ? \" < > | or control characters.";
+    }
+  }
+  return {};
+}
+
+Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewProject& project) {
+  const std::string projectFile = JoinPath(project.folder, project.name + ".tprj");
+  const std::string applicationFile = JoinPath(project.folder, project.name + ".tapp");
+  const std::string sourceFile = JoinPath(project.folder, "src/main.c");
+  for (const std::string& path : {projectFile, applicationFile}) {
+    if (files.Exists(path)) return Error{ErrorCode::AlreadyExists, "is there already", path};
+  }
+  std::vector<std::string> written;
+  const auto write = [&](const std::string& path, std::string_view text) {
+    Status status = files.CreateFolders(FolderOf(path));
+    if (status) status = files.WriteWholeFile(path, text);
+    if (status) written.push_back(path);
+    return status;
+  };
+  // The project file comes last on disk, so that whoever finds it finds the rest as well.
+  Status status;
+  if (!files.Exists(sourceFile)) status = write(sourceFile, kMainSource);
+  if (status) status = write(applicationFile, ApplicationText(project));
+  if (status) status = write(projectFile, ProjectText(project.name));
+  if (!status) return status.GetError();
+  std::reverse(written.begin(), written.end());
+  return written;
+}
+
+std::string FindSourceType(FileSystem& files, const std::string& configurationFile,
+                           const std::string& extension, const std::string& fallback) {
+  const auto text = files.ReadWholeFile(configurationFile);
+  const auto root = text ? ParseXml(*text) : nullptr;
+  if (root == nullptr) return fallback;
+  std::string found = fallback;
+  for (const CXmlNode* types : root->GetChildren()) {
+    if (types->NameView() != "Types") continue;
+    for (const CXmlNode* type : types->GetChildren()) {
+      const std::string extensions = AttributeOf(type, "Extension");
+      for (const std::string_view each : Split(extensions, ';')) {
+        if (EqualNoCase(each, extension)) found = type->GetName();
+      }
+    }
+  }
+  return found;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/Result.h"
+#include "platform/files/FileSystem.h"
+
+namespace tarn::host {
+
+// A project as it starts: a project file, an application of the same name, and one source file in
+// a group. The files are those that the system itself writes at a save.
+struct NewProject {
+  std::string folder;            // absolute; made when it is missing
+  std::string name;              // of project and application, without extension
+  std::string sourceType = "C";  // node type of the source file
+};
+
+// Why a name can't be a project's; empty when it can.
+std::string CheckProjectName(const std::string& name);
+
+// Writes the files and gives their paths, the project file first. Never overwrites: a project or
+// application file that is there already is a failure, a source file that is there is used.
+Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewProject& project);
+
+// The node type that a configuration file gives to files of an extension (without dot), or
+// `fallback` where it names none.
+std::string FindSourceType(FileSystem& files, const std::string& configurationFile,
+                           const std::string& extension, const std::string& fallback);
+
+}  // namespace tarn::host

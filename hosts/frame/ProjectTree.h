@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "xml/XmlNode.h"
+
+namespace tarn::host {
+
+// An application of the open project, as a host talks about it.
+struct ApplicationEntry {
+  std::string label;
+  std::string path;
+  std::string output;                       // that its own tool makes; empty without a tool
+  std::string configuration;                // in force
+  std::vector<std::string> configurations;  // that can be chosen
+  bool active = false;
+};
+
+// The project's tree as the inspector gave it.
+class ProjectTree {
+ public:
+  explicit ProjectTree(const std::string& xml);
+
+  // The project's root; null when there was no tree.
+  const CXmlNode* GetRoot() const { return root.get(); }
+  std::vector<ApplicationEntry> GetApplications() const;
+
+  // True for what a tree shows: applications, groups and files; false for stored options,
+  // configurations, dependencies and comments.
+  static bool IsShown(const CXmlNode& node);
+
+ private:
+  std::unique_ptr<CXmlNode> root;
+};
+
+}  // namespace tarn::host

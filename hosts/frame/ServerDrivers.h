@@ -1,0 +1,114 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/automation/DispatchDriver.h"
+#include "platform/windowing/MessageLoop.h"
+
+// Callers of the objects that a host works with, by the numbers of their methods. All of them are
+// late bound: a call to an object that isn't there gives 0 or an empty text.
+namespace tarn::host {
+
+// Commands of the project manager that hosts send.
+enum ManagerCommand : std::uint32_t {
+  kCmdInvalidateNode = 0x8106,
+  kCmdRebuildAll = 0x8111,
+  kCmdBuildAll = 0x8112,
+  kCmdCleanAll = 0x8113,
+  kCmdRebuildNode = 0x8114,
+  kCmdBuildNode = 0x8115,
+  kCmdCleanNode = 0x8116,
+  kCmdSelectConfiguration = 0x8119,
+  kCmdResetNodeOptions = 0x811B,
+  kCmdStop = 0x811C,
+  kCmdBuildApplication = 0x811F,
+  kCmdAddConfiguration = 0x8138,
+};
+
+class ProjectManagerDriver : public COleDispatchDriver {
+ public:
+  std::int32_t ProjectOpen(const std::string& path) { return InvokeLong(1, {path}); }
+  std::int32_t ProjectSave() { return InvokeLong(3, {}); }
+  std::int32_t Command(std::uint32_t id) { return InvokeLong(7, {AsNumber(id)}); }
+  std::int32_t Init(const std::string& application, const std::string& data, WindowHandle frame) {
+    return InvokeLong(8, {application, data, frame});
+  }
+  std::string GetPropertyValue(const std::string& set, const std::string& section,
+                               const std::string& property) {
+    return InvokeText(11, {set, section, property});
+  }
+  void InitToolManager(IDispatch* tools) { InvokeHelper(17, {DispatchPtr(tools)}); }
+  std::int32_t EpilogCommand(std::uint32_t id) { return InvokeLong(18, {AsNumber(id)}); }
+  std::int32_t PrologCommand(std::uint32_t id) { return InvokeLong(19, {AsNumber(id)}); }
+  void Clean() { InvokeHelper(21, {}); }
+  void SelectApplication(const std::string& header) { InvokeHelper(23, {header}); }
+  std::string GetSelectedApplication() { return InvokeText(26, {}); }
+  std::int32_t SetBuildInfo(const std::string& xml) { return InvokeLong(33, {"", xml}); }
+  std::int32_t SavePropertyValue(const std::string& set, const std::string& section,
+                                 const std::string& property, const std::string& value) {
+    return InvokeLong(34, {set, section, property, value});
+  }
+  std::int32_t ResetPropertyValue(const std::string& set, const std::string& section,
+                                  const std::string& property) {
+    return InvokeLong(39, {set, section, property});
+  }
+
+ private:
+  static std::int32_t AsNumber(std::uint32_t id) { return static_cast<std::int32_t>(id); }
+};
+
+// The read-only companion of the project manager.
+class InspectorDriver : public COleDispatchDriver {
+ public:
+  std::int32_t Attach(IDispatch* manager) { return InvokeLong(1, {DispatchPtr(manager)}); }
+  std::int32_t PublishAll() { return InvokeLong(2, {}); }
+  std::string GetTree() { return InvokeText(3, {}); }
+  std::string GetStatus() { return InvokeText(4, {}); }
+  std::string GetBuildInputs() { return InvokeText(5, {}); }
+  std::string GetToolInput(const std::string& application, const std::string& output) {
+    return InvokeText(6, {application, output});
+  }
+  DispatchPtr GetPropertyManager();
+  bool SelectNodeByKey(const std::string& key) { return InvokeLong(8, {key}) != 0; }
+  std::string ExplainOption(const std::string& set, const std::string& section,
+                            const std::string& property) {
+    return InvokeText(9, {set, section, property});
+  }
+};
+
+class ToolManagerDriver : public COleDispatchDriver {
+ public:
+  std::int32_t InitTools(const std::string& application, const std::string& data,
+                         WindowHandle frame) {
+    return InvokeLong(3, {application, data, frame});
+  }
+  std::string GetCommandLines(const std::string& tool, const std::string& files,
+                              const std::string& options) {
+    return InvokeText(100, {tool, files, options});
+  }
+  std::string TakeBuildInformation() { return InvokeText(101, {}); }
+  void StopTools() { InvokeHelper(102, {}); }
+  void ResumeTools() { InvokeHelper(103, {}); }
+  std::string MissingProgram(const std::string& tool) { return InvokeText(104, {tool}); }
+  std::string GetDefinitionErrors() { return InvokeText(106, {}); }
+};
+
+// The methods of the options component that the project manager doesn't pass through.
+class OptionsDriver : public COleDispatchDriver {
+ public:
+  std::string GetValuesAsText() { return InvokeText(22, {"", "", ""}); }
+  std::string ListProperties(const std::string& set) { return InvokeText(100, {set}); }
+  std::string CheckValue(const std::string& set, const std::string& section,
+                         const std::string& property, const std::string& value) {
+    return InvokeText(101, {set, section, property, value});
+  }
+  std::string GetDefinitionErrors() { return InvokeText(102, {}); }
+  void SetNewConfigName(const std::string& name) { InvokeHelper(106, {name}); }
+  std::string GetOrigin(const std::string& set, const std::string& section,
+                        const std::string& property) {
+    return InvokeText(107, {set, section, property});
+  }
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,222 @@
+#include "hosts/frame/StateKeeper.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "hosts/frame/LogEntry.h"
+#include "hosts/frame/ProjectFile.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+// Which inputs belong to an output. An output that two applications name is told apart by the
+// application that was being built.
+class InputIndex {
+ public:
+  struct Place {
+    std::string_view application;
+    std::uint64_t signature = 0;
+  };
+
+  explicit InputIndex(const std::vector<ApplicationInputs>& inputs) {
+    for (const ApplicationInputs& each : inputs) {
+      for (const BuildInput& node : each.nodes) {
+        places[node.output].push_back({each.application, node.signature});
+      }
+    }
+  }
+
+  bool Has(std::string_view output) const { return places.contains(output); }
+
+  // `application` may be null when nobody knows; an output of two applications has no place then.
+  const Place* Find(const std::string& output, const ApplicationEntry* application) const {
+    const auto found = places.find(output);
+    if (found == places.end()) return nullptr;
+    if (found->second.size() == 1) return &found->second.front();
+    if (application == nullptr) return nullptr;
+    // The last node of an application that names the output is the one that was reported.
+    const auto place = std::find_if(
+        found->second.rbegin(), found->second.rend(),
+        [application](const Place& each) { return each.application == application->label; });
+    return place == found->second.rend() ? nullptr : &*place;
+  }
+
+ private:
+  std::unordered_map<std::string_view, std::vector<Place>> places;
+};
+
+std::string KeyOf(std::string_view application, std::string_view output) {
+  return std::string(application).append("\n").append(output);
+}
+
+}  // namespace
+
+StateKeeper::StateKeeper(FileSystem& fileSystem, ProjectManagerDriver& managerDriver,
+                         InspectorDriver& inspectorDriver, ToolManagerDriver& toolDriver)
+    : files(fileSystem), manager(managerDriver), inspector(inspectorDriver), tools(toolDriver) {}
+
+void StateKeeper::Load(const std::string& projectPath) {
+  statePath = StatePathOf(projectPath);
+  projectName = FileNameOf(projectPath);
+  dropped.clear();
+  reports.clear();
+  auto bytes = files.ReadWholeFile(statePath);
+  const bool missing = !bytes && bytes.GetError().code == ErrorCode::NotFound;
+  verdict = store.Load(bytes ? std::move(*bytes) : std::string(), projectName);
+  if (missing) verdict = StateVerdict::Good;
+}
+
+void StateKeeper::Restore() {
+  if (store.GetCount() == 0) return;
+  const std::string lines = inspector.GetBuildInputs();
+  RestoredRecords restored = RestoreRecords(
+      store, ParseBuildInputs(lines),
+      [this](auto application, auto output) { return AskCommands(application, output); });
+  for (const DroppedRecord& each : restored.dropped) {
+    dropped.insert(KeyOf(each.application, each.output));
+  }
+  if (restored.applications.empty()) return;
+  const std::string selected = manager.GetSelectedApplication();
+  for (const RestoredApplication& each : restored.applications) {
+    manager.SelectApplication(each.application);
+    manager.SetBuildInfo(each.xml);
+  }
+  if (!selected.empty()) inspector.SelectNodeByKey(selected);
+}
+
+void StateKeeper::TakeBuildInformation() {
+  const std::string xml = tools.TakeBuildInformation();
+  if (xml.empty()) return;
+  const std::string applicationPath = manager.GetSelectedApplication();
+  const std::size_t firstReport = reports.size();
+  NoteReports(xml, applicationPath);
+  manager.SetBuildInfo(xml);
+  OutdateApplication(applicationPath, firstReport);
+}
+
+void StateKeeper::NoteReports(const std::string& xml, const std::string& applicationPath) {
+  const auto root = ParseXml(xml);
+  if (root == nullptr) return;
+  for (const CXmlNode* node : root->GetChildren()) {
+    if (node->GetType() != XmlElement) continue;
+    Reported& report = reports.emplace_back();
+    report.applicationPath = applicationPath;
+    report.record.output = AttributeOf(node, "Header");
+    report.record.infos = AttributeOf(node, "Infos");
+    report.record.date = AttributeOf(node, "Date");
+    for (const CXmlNode* dependency : node->GetChildren()) {
+      const char* path = dependency->GetAttrValue("Header");
+      if (path != nullptr) report.record.dependencies.emplace_back(path);
+    }
+  }
+}
+
+void StateKeeper::OutdateApplication(const std::string& applicationPath, std::size_t firstReport) {
+  const ApplicationEntry* application = FindApplication(applicationPath);
+  if (application == nullptr || application->output.empty()) return;
+  const std::string key = KeyOf(application->label, application->output);
+  for (std::size_t i = firstReport; i < reports.size(); ++i) {
+    if (EqualNoCase(reports[i].record.output, application->output)) {
+      outdated.erase(key);
+      return;
+    }
+  }
+  if (!outdated.insert(key).second) return;
+  const auto root = CXmlNode::CreateNode("I");
+  CXmlNode* record = root->AddChild("F");
+  record->AddAttr("Header", application->output);
+  record->AddAttr("Infos", "");
+  record->AddAttr("Date", "");
+  manager.SetBuildInfo(root->ToString(g_xmlDisplayOptions));
+}
+
+const ApplicationEntry* StateKeeper::FindApplication(const std::string& applicationPath) {
+  if (applications.empty()) applications = ProjectTree(inspector.GetTree()).GetApplications();
+  const auto found =
+      std::find_if(applications.begin(), applications.end(),
+                   [&](const ApplicationEntry& each) { return each.path == applicationPath; });
+  return found == applications.end() ? nullptr : &*found;
+}
+
+void StateKeeper::CompleteReports(const std::vector<ApplicationInputs>& inputs) {
+  const InputIndex places(inputs);
+  for (Reported& report : reports) {
+    const auto* place = places.Find(report.record.output, FindApplication(report.applicationPath));
+    if (place == nullptr) continue;
+    report.record.signature = place->signature;
+    report.record.commands = AskCommands(place->application, report.record.output);
+    store.Put(place->application, report.record);
+    dropped.erase(KeyOf(place->application, report.record.output));
+  }
+  reports.clear();
+  applications.clear();
+}
+
+void StateKeeper::DropGone(const std::vector<ApplicationInputs>& inputs, bool afterClean) {
+  const InputIndex places(inputs);
+  store.Keep([&](std::string_view application, std::string_view output) {
+    if (outdated.contains(KeyOf(application, output))) return false;
+    return (!afterClean && places.Has(output)) || files.Exists(std::string(output));
+  });
+  outdated.clear();
+}
+
+Status StateKeeper::Save(bool afterClean) {
+  if (!reports.empty() || afterClean) {
+    const std::string lines = inspector.GetBuildInputs();
+    const std::vector<ApplicationInputs> inputs = ParseBuildInputs(lines);
+    CompleteReports(inputs);
+    DropGone(inputs, afterClean);
+  }
+  if (!store.IsChanged()) return {};
+  Status written;
+  if (store.GetCount() != 0) {
+    written = files.WriteWholeFile(statePath, store.Save(projectName));
+  } else if (files.Exists(statePath)) {
+    written = files.RemoveFile(statePath);
+  }
+  if (written) store.MarkSaved();
+  return written;
+}
+
+bool StateKeeper::IsCommandChanged(std::string_view application, std::string_view output) const {
+  return dropped.contains(KeyOf(application, output));
+}
+
+std::string StateKeeper::GetInfos(std::string_view application, std::string_view output) const {
+  const std::size_t record = store.Find(application, output);
+  return record == BuildInformationStore::kNone ? std::string()
+                                                : std::string(store.GetInfos(record));
+}
+
+std::vector<ToolCommand> StateKeeper::AskCommands(std::string_view application,
+                                                  std::string_view output) {
+  const auto input =
+      ParseXml(inspector.GetToolInput(std::string(application), std::string(output)));
+  if (input == nullptr) return {};
+  const CXmlNode* options = input->FindChild("#CDATA");
+  return ParseCommands(tools.GetCommandLines(AttributeOf(input.get(), "Tool"),
+                                             AttributeOf(input.get(), "Files"),
+                                             options == nullptr ? "" : options->GetValue()));
+}
+
+std::vector<ToolCommand> ParseCommands(const std::string& xml) {
+  std::vector<ToolCommand> commands;
+  const auto root = ParseXml(xml);
+  if (root == nullptr) return commands;
+  for (const CXmlNode* node : root->GetChildren()) {
+    if (node->NameView() != "Command") continue;
+    ToolCommand& command = commands.emplace_back();
+    command.program = AttributeOf(node, "Program");
+    command.folder = AttributeOf(node, "Folder");
+    for (const CXmlNode* argument : node->GetChildren()) {
+      if (argument->NameView() == "A") command.arguments.push_back(AttributeOf(argument, "V"));
+    }
+  }
+  return commands;
+}
+
+}  // namespace tarn::host
