@@ -1,0 +1,122 @@
+#include <nlohmann/json.hpp>
+
+#include "hosts/cli/BuildReporter.h"
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/Interrupts.h"
+#include "hosts/frame/ProjectFile.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr std::int32_t kProgressTimer = 1;
+constexpr std::chrono::milliseconds kProgressPeriod(200);
+
+BuildWork WorkOf(const std::string& command) {
+  if (command == "rebuild") return BuildWork::Rebuild;
+  return command == "clean" ? BuildWork::Clean : BuildWork::Build;
+}
+
+ReportDetail DetailOf(const Invocation& asked) {
+  if (asked.json) return ReportDetail::Nothing;
+  if (asked.quiet) return ReportDetail::Diagnostics;
+  return asked.verbose ? ReportDetail::Everything : ReportDetail::Progress;
+}
+
+const char* WordOf(BuildEnd end) {
+  switch (end) {
+    case BuildEnd::Succeeded:
+      return "succeeded";
+    case BuildEnd::Failed:
+      return "failed";
+    case BuildEnd::Stopped:
+      return "interrupted";
+    case BuildEnd::Refused:
+      break;
+  }
+  return "refused";
+}
+
+int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome) {
+  if (outcome.end == BuildEnd::Succeeded) return kExitDone;
+  if (outcome.end == BuildEnd::Stopped) return kExitInterrupted;
+  if (outcome.toolsFailed == 0) return kExitBuildFailed;
+  const std::string program = context.Session().FindMissingProgram(context.Session().GetStatus());
+  if (program.empty()) return kExitBuildFailed;
+  context.Complain("The program " + program +
+                   " isn't on this machine. Install it, or add its folder to PATH.");
+  return kExitToolMissing;
+}
+
+void PrintOutcome(CommandContext& context, const BuildOutcome& outcome,
+                  const BuildReporter& reporter, const std::vector<ApplicationSummary>& summaries,
+                  int exitCode) {
+  nlohmann::json applications = nlohmann::json::array();
+  for (const ApplicationSummary& each : summaries) {
+    applications.push_back({{"name", each.label}, {"size", each.infos}});
+  }
+  PrintJson(context, {{"result", WordOf(outcome.end)},
+                      {"exitCode", exitCode},
+                      {"toolsRun", outcome.toolsRun},
+                      {"toolsFailed", outcome.toolsFailed},
+                      {"errors", reporter.GetErrors()},
+                      {"warnings", reporter.GetWarnings()},
+                      {"milliseconds", reporter.GetElapsed().count()},
+                      {"applications", applications},
+                      {"diagnostics", ToJson(reporter.GetDiagnostics())}});
+}
+
+// What the user should know about the state that was or is to be kept.
+void RemarkState(CommandContext& context) {
+  if (context.Session().State().GetVerdict() == StateVerdict::Good || !context.Asked().verbose) {
+    return;
+  }
+  context.Remark(context.Show(StatePathOf(context.Session().GetProjectPath())) +
+                 " can't be used, so everything counts as not built.");
+}
+
+BuildRequest RequestOf(CommandContext& context, const std::vector<ApplicationEntry>& chosen) {
+  BuildRequest request;
+  request.work = WorkOf(context.Asked().command);
+  const bool isOne = !context.Asked().application.empty() && !chosen.empty();
+  if (isOne) request.application = chosen.front().label;
+  return request;
+}
+
+}  // namespace
+
+int RunBuild(CommandContext& context) {
+  BuildSession& session = context.Session();
+  const Interrupts interrupts([&session] { session.RequestStop(); });
+  if (const int code = context.OpenProject(); code != kExitDone) return code;
+  std::vector<ApplicationEntry> chosen;
+  const Invocation& asked = context.Asked();
+  if (!asked.application.empty() || !asked.configuration.empty()) {
+    if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
+  }
+  const BuildRequest request = RequestOf(context, chosen);
+  session.Prepare();
+  RemarkState(context);
+
+  BuildReporter reporter(context.Out(), context.StartFolder(), DetailOf(asked),
+                         [&] { return session.CountWork(request); });
+  if (context.Out().Redraws()) {
+    session.SetTicker(kProgressTimer, kProgressPeriod, [&reporter] { reporter.OnTick(); });
+  }
+  const BuildOutcome outcome = session.Run(request, &reporter);
+  session.ClearTicker(kProgressTimer);
+
+  const bool hasNews = outcome.toolsRun > 0;
+  std::vector<ApplicationSummary> summaries;
+  if (hasNews || asked.json) summaries = session.GetSummaries();
+  reporter.Finish(outcome, request.work, summaries);
+  if (!session.GetStateProblem().empty()) {
+    context.Remark("The state of this build couldn't be kept: " + session.GetStateProblem());
+  }
+  const int exitCode = ExitCodeOf(context, outcome);
+  if (asked.json) PrintOutcome(context, outcome, reporter, summaries, exitCode);
+  return exitCode;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,109 @@
+#include "hosts/cli/BuildReporter.h"
+
+#include <algorithm>
+
+#include "hosts/cli/DisplayText.h"
+#include "platform/paths/Paths.h"
+
+namespace tarn::host {
+
+BuildReporter::BuildReporter(Console& output, std::string startFolder, ReportDetail reportDetail,
+                             std::function<int()> countWork)
+    : console(output),
+      folder(std::move(startFolder)),
+      detail(reportDetail),
+      askCount(std::move(countWork)) {}
+
+void BuildReporter::OnToolStarted(const ToolStart& start) {
+  if (++number == 1) total = askCount();
+  total = std::max(total, number);
+  current = NameOf(start);
+  if (detail < ReportDetail::Progress) return;
+  if (console.Redraws() && detail == ReportDetail::Progress) {
+    OnTick();
+  } else {
+    console.PrintLine("[" + std::to_string(number) + "/" + std::to_string(total) + "] " + current);
+  }
+}
+
+void BuildReporter::OnToolEnded(bool success, const std::vector<LogEntry>& messages) {
+  bool isFirst = true;
+  for (const LogEntry& entry : messages) {
+    errors += entry.kind == LogKind::Error ? 1 : 0;
+    warnings += entry.kind == LogKind::Warning ? 1 : 0;
+    const bool isDiagnostic = entry.kind == LogKind::Error || entry.kind == LogKind::Warning;
+    if (isDiagnostic) diagnostics.push_back(entry);
+    if (IsWanted(entry, success, isFirst)) {
+      console.PrintLine(DisplayEntry(entry, folder, console));
+    }
+    isFirst = false;
+  }
+}
+
+// A tool's own lines count where they belong to something that went wrong: notes with a place, the
+// source lines that a compiler shows below its message, and everything of a tool that failed. The
+// first line is the command.
+bool BuildReporter::IsWanted(const LogEntry& entry, bool success, bool isFirst) const {
+  if (detail == ReportDetail::Nothing) return false;
+  if (detail == ReportDetail::Everything || entry.kind != LogKind::Plain) return true;
+  if (isFirst) return false;
+  return !success || !entry.file.empty() || entry.text.starts_with(" ");
+}
+
+void BuildReporter::OnTick() {
+  if (number == 0 || detail != ReportDetail::Progress) return;
+  std::string count = std::to_string(number);
+  const std::string all = std::to_string(total);
+  count.insert(0, all.size() - count.size(), ' ');
+  console.ShowProgress("[" + count + "/" + all + "] " + current + "  " + ClockText(GetElapsed()));
+}
+
+void BuildReporter::Finish(const BuildOutcome& outcome, BuildWork work,
+                           const std::vector<ApplicationSummary>& summaries) {
+  console.ClearProgress();
+  if (detail < ReportDetail::Progress) return;
+  const std::string time = DurationText(GetElapsed());
+  if (outcome.end != BuildEnd::Succeeded) {
+    console.PrintLine(console.Dye(Paint::Red, FailureText(outcome, work)) + " (" + time + ")");
+    return;
+  }
+  for (const ApplicationSummary& each : summaries) {
+    if (!each.infos.empty()) {
+      console.PrintLine(console.Dye(Paint::Bold, each.label) + "  " + Printable(each.infos));
+    }
+  }
+  std::string text = "Nothing to do";
+  if (work == BuildWork::Clean) text = "Cleaned";
+  if (outcome.toolsRun > 0) text = "Built " + CountText(outcome.toolsRun, "file");
+  if (warnings > 0) text += ", " + CountText(warnings, "warning");
+  console.PrintLine(console.Dye(Paint::Green, text) + " (" + time + ")");
+}
+
+std::string BuildReporter::FailureText(const BuildOutcome& outcome, BuildWork work) const {
+  if (outcome.end == BuildEnd::Refused) return "The build was refused";
+  std::string text = outcome.end == BuildEnd::Stopped ? "Interrupted" : "Failed";
+  if (work == BuildWork::Clean) return text;
+  std::vector<std::string> parts;
+  if (errors > 0) parts.push_back(CountText(errors, "error"));
+  if (warnings > 0) parts.push_back(CountText(warnings, "warning"));
+  if (total > 0) {
+    parts.push_back(std::to_string(outcome.toolsRun) + " of " + CountText(total, "file") +
+                    " built");
+  }
+  for (std::size_t i = 0; i < parts.size(); ++i) text += (i == 0 ? ": " : ", ") + parts[i];
+  return text;
+}
+
+std::chrono::milliseconds BuildReporter::GetElapsed() const {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - started);
+}
+
+std::string BuildReporter::NameOf(const ToolStart& start) const {
+  // A tool with many files makes one thing out of them; that is what it is known by.
+  const bool isSingle = start.files.size() == 1;
+  if (!isSingle && !start.output.empty()) return Printable(DisplayPath(start.output, folder));
+  if (!start.files.empty()) return Printable(DisplayPath(start.files.front(), folder));
+  return Printable(start.output.empty() ? start.tool : start.output);
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "hosts/cli/Console.h"
+#include "hosts/frame/BuildSession.h"
+
+namespace tarn::host {
+
+// How much of a build is told while it runs.
+enum class ReportDetail { Nothing, Diagnostics, Progress, Everything };
+
+// Tells a build on a console: a progress line where lines can be taken back, else one line for
+// each tool, and what the tools say as they end.
+class BuildReporter : public BuildObserver {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  // `countWork` tells how many tools there are to run; asked once, when the first one starts.
+  BuildReporter(Console& output, std::string startFolder, ReportDetail reportDetail,
+                std::function<int()> countWork);
+
+  void OnToolStarted(const ToolStart& start) override;
+  void OnToolEnded(bool success, const std::vector<LogEntry>& messages) override;
+  // Draws the running clock anew.
+  void OnTick();
+
+  // Takes the progress line away and tells how it ended.
+  void Finish(const BuildOutcome& outcome, BuildWork work,
+              const std::vector<ApplicationSummary>& summaries);
+
+  int GetErrors() const { return errors; }
+  int GetWarnings() const { return warnings; }
+  const std::vector<LogEntry>& GetDiagnostics() const { return diagnostics; }
+  std::chrono::milliseconds GetElapsed() const;
+
+ private:
+  bool IsWanted(const LogEntry& entry, bool success, bool isFirst) const;
+  std::string NameOf(const ToolStart& start) const;
+  std::string FailureText(const BuildOutcome& outcome, BuildWork work) const;
+
+  Console& console;
+  const std::string folder;
+  const ReportDetail detail;
+  const std::function<int()> askCount;
+  const Clock::time_point started = Clock::now();
+
+  int number = 0;  // of the tool that runs
+  int total = 0;
+  std::string current;
+  int errors = 0;
+  int warnings = 0;
+  std::vector<LogEntry> diagnostics;
+};
+
+}  // namespace tarn::host

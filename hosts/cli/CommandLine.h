@@ -1,0 +1,18 @@
+#pragma once
+
+#include <optional>
+
+#include "hosts/cli/Invocation.h"
+
+namespace tarn::host {
+
+// Reads the command line. Without an invocation everything is said already (help, version or what
+// is wrong) and `exitCode` tells how to end.
+struct ParsedCommandLine {
+  std::optional<Invocation> invocation;
+  int exitCode = kExitDone;
+};
+
+ParsedCommandLine ParseCommandLine(int argc, const char* const* argv);
+
+}  // namespace tarn::host

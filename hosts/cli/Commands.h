@@ -1,0 +1,23 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "hosts/cli/OpenedProject.h"
+
+namespace tarn::host {
+
+// The commands of the program. Each gives the exit code.
+int RunBuild(CommandContext& context);    // build, rebuild, clean
+int RunStatus(CommandContext& context);   // status
+int RunTree(CommandContext& context);     // tree
+int RunOptions(CommandContext& context);  // options get, set, reset, explain, list
+int RunConfig(CommandContext& context);   // config list, add, select
+int RunLog(CommandContext& context);      // log
+int RunNew(CommandContext& context);      // new
+
+// Writes a document for programs; bytes that are no UTF-8 are replaced.
+void PrintJson(CommandContext& context, const nlohmann::json& document);
+// Messages of a build as a list.
+nlohmann::json ToJson(const std::vector<LogEntry>& entries);
+
+}  // namespace tarn::host

@@ -1,0 +1,97 @@
+#include "hosts/cli/Console.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+namespace tarn::host {
+
+namespace {
+
+constexpr std::string_view kEraseLine = "\r\033[K";
+constexpr int kUsualWidth = 80;
+
+int TerminalWidth() {
+  winsize size{};
+  const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return known ? size.ws_col : kUsualWidth;
+}
+
+std::string_view Environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string_view() : std::string_view(value);
+}
+
+std::string_view CodeOf(Paint paint) {
+  switch (paint) {
+    case Paint::Bold:
+      return "\033[1m";
+    case Paint::Dim:
+      return "\033[2m";
+    case Paint::Red:
+      return "\033[1;31m";
+    case Paint::Yellow:
+      return "\033[1;33m";
+    case Paint::Green:
+      return "\033[1;32m";
+    case Paint::Cyan:
+      return "\033[1;36m";
+    case Paint::Plain:
+      break;
+  }
+  return {};
+}
+
+// At most `columns` of the text, not cut inside a character.
+std::string_view CutToWidth(std::string_view text, int columns) {
+  int seen = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool startsCharacter = (static_cast<unsigned char>(text[i]) & 0xC0) != 0x80;
+    if (startsCharacter && seen++ == columns) return text.substr(0, i);
+  }
+  return text;
+}
+
+}  // namespace
+
+ConsoleStyle ConsoleStyle::OfStandardOutput(bool noColor) {
+  ConsoleStyle style;
+  const bool isTerminal = isatty(STDOUT_FILENO) == 1;
+  style.redraws = isTerminal && Environment("TERM") != "dumb";
+  style.color = style.redraws && !noColor && Environment("NO_COLOR").empty();
+  style.width = TerminalWidth;
+  return style;
+}
+
+Console::Console(std::ostream& stream, ConsoleStyle consoleStyle)
+    : out(stream), style(std::move(consoleStyle)) {}
+
+void Console::PrintLine(std::string_view text) {
+  const std::string waiting = progress;
+  ClearProgress();
+  out << text << '\n' << std::flush;
+  if (!waiting.empty()) ShowProgress(waiting);
+}
+
+void Console::ShowProgress(std::string_view text) {
+  if (!style.redraws) return;
+  progress = text;
+  // One column less than there are: the last one makes some terminals go to the next line.
+  const int columns = style.width ? style.width() - 1 : kUsualWidth;
+  out << kEraseLine << CutToWidth(text, columns) << std::flush;
+}
+
+void Console::ClearProgress() {
+  if (progress.empty()) return;
+  progress.clear();
+  out << kEraseLine << std::flush;
+}
+
+std::string Console::Dye(Paint paint, std::string_view text) const {
+  const std::string_view code = style.color ? CodeOf(paint) : std::string_view();
+  if (code.empty()) return std::string(text);
+  return std::string(code).append(text).append("\033[0m");
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,109 @@
+#include "hosts/cli/DisplayText.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr std::size_t kMostLevelsUp = 2;
+
+struct KindWord {
+  LogKind kind;
+  const char* word;
+  Paint paint;
+};
+
+constexpr KindWord kKindWords[] = {
+    {LogKind::Error, "error", Paint::Red},
+    {LogKind::Warning, "warning", Paint::Yellow},
+};
+
+// Paints the first "error" or "warning" that stands as a word of its own in front of a colon.
+std::string DyeKind(const std::string& text, const KindWord& kind, const Console& console) {
+  for (const std::string& word : {std::string("fatal ") + kind.word, std::string(kind.word)}) {
+    const std::size_t at = text.find(word + ":");
+    if (at == std::string::npos) continue;
+    return text.substr(0, at) + console.Dye(kind.paint, word + ":") +
+           text.substr(at + word.size() + 1);
+  }
+  return console.Dye(kind.paint, std::string(kind.word) + ":") + " " + text;
+}
+
+// What the tool itself wrote behind the name of the file, with its column, if it wrote the place
+// that the entry names.
+std::string TextBehindFile(const LogEntry& entry) {
+  const std::string place = ":" + std::to_string(entry.line) + ":";
+  const std::size_t at = entry.text.find(place);
+  if (at == std::string::npos) return {};
+  const bool namesFile =
+      EndsWithNoCase(std::string_view(entry.text).substr(0, at), FileNameOf(entry.file));
+  return namesFile ? entry.text.substr(at) : std::string();
+}
+
+}  // namespace
+
+std::string DisplayPath(const std::string& path, const std::string& folder) {
+  if (IsRelativePath(path) || folder.empty()) return path;
+  std::string relative = ReplaceAll(RelativeDiskPath(folder, path), "\\", "/");
+  if (relative.empty()) return path;
+  if (relative.starts_with("./")) relative.erase(0, 2);
+  std::size_t levels = 0;
+  while (std::string_view(relative).substr(levels * 3).starts_with("../")) ++levels;
+  // A way that leads over the root tells less than the path itself.
+  const auto depth = static_cast<std::size_t>(std::count(folder.begin(), folder.end(), '/'));
+  return levels > kMostLevelsUp || (levels > 0 && levels >= depth) ? path : relative;
+}
+
+std::string DisplayEntry(const LogEntry& entry, const std::string& folder, const Console& console) {
+  const KindWord* kind = nullptr;
+  for (const KindWord& each : kKindWords) {
+    if (each.kind == entry.kind) kind = &each;
+  }
+  const std::string text = Printable(entry.text);
+  if (kind == nullptr || entry.file.empty()) {
+    if (kind != nullptr) return DyeKind(text, *kind, console);
+    if (!entry.file.empty()) return ReplaceAll(text, entry.file, DisplayPath(entry.file, folder));
+    return entry.kind == LogKind::Heading ? console.Dye(Paint::Bold, text) : text;
+  }
+  const std::string file = Printable(DisplayPath(entry.file, folder));
+  std::string behind = Printable(TextBehindFile(entry));
+  if (behind.empty()) {
+    if (entry.line > 0) behind = ":" + std::to_string(entry.line);
+    behind += std::string(": ") + kind->word + ": " + Printable(entry.message);
+  }
+  return console.Dye(Paint::Bold, file) + DyeKind(behind, *kind, console);
+}
+
+std::string ClockText(std::chrono::milliseconds elapsed) {
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(elapsed).count();
+  char text[32];
+  std::snprintf(text, sizeof text, "%lld:%02lld", static_cast<long long>(seconds / 60),
+                static_cast<long long>(seconds % 60));
+  return text;
+}
+
+std::string DurationText(std::chrono::milliseconds elapsed) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.1f s", static_cast<double>(elapsed.count()) / 1000.0);
+  return text;
+}
+
+std::string CountText(int count, std::string_view noun) {
+  return std::to_string(count).append(" ").append(noun).append(count == 1 ? "" : "s");
+}
+
+std::string Printable(std::string_view text) {
+  std::string clean;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= 0x20 ? byte != 0x7F : c == '\t') clean.push_back(c);
+  }
+  return clean;
+}
+
+}  // namespace tarn::host

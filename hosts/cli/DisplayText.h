@@ -1,0 +1,29 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+#include "hosts/cli/Console.h"
+#include "hosts/frame/LogEntry.h"
+
+namespace tarn::host {
+
+// The path as somebody in `folder` would write it: relative where it lies in or near the folder,
+// else as it is.
+std::string DisplayPath(const std::string& path, const std::string& folder);
+
+// A message of a build as one line: place relative to `folder`, the word for its kind in colour.
+std::string DisplayEntry(const LogEntry& entry, const std::string& folder, const Console& console);
+
+// "1:05" for a running clock.
+std::string ClockText(std::chrono::milliseconds elapsed);
+// "0.8 s" for a summary.
+std::string DurationText(std::chrono::milliseconds elapsed);
+// "1 warning", "2 warnings".
+std::string CountText(int count, std::string_view noun);
+
+// The text without control characters other than tabs, so that no tool can play with a terminal.
+std::string Printable(std::string_view text);
+
+}  // namespace tarn::host

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <thread>
+
+namespace tarn::host {
+
+// While it lives, the first interrupt (Ctrl-C, a request to end, a closed terminal) calls a
+// function on a thread of its own; the second ends the process at once. At most one at a time.
+class Interrupts {
+ public:
+  explicit Interrupts(std::function<void()> onInterrupt);
+  Interrupts(const Interrupts&) = delete;
+  Interrupts& operator=(const Interrupts&) = delete;
+  ~Interrupts();
+
+  // An interrupt has come since the object was made.
+  bool Seen() const;
+
+ private:
+  std::thread watcher;
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+
+namespace tarn::host {
+
+// How the program ends.
+enum ExitCode : int {
+  kExitDone = 0,
+  kExitBuildFailed = 1,
+  kExitUsage = 2,
+  kExitCannotOpen = 3,
+  kExitToolMissing = 4,
+  kExitInterrupted = 130,
+};
+
+// What the user asked for, as the command line told it.
+struct Invocation {
+  std::string command;  // words joined by a blank, e.g. "options set"
+  std::string project;  // file or folder; empty: the current folder
+
+  std::string application;    // --app
+  std::string configuration;  // --config
+  bool json = false;
+  bool quiet = false;
+  bool verbose = false;
+  bool noColor = false;
+
+  std::string node;   // --node: path or label
+  std::string key;    // option, e.g. Build.Defines
+  std::string value;  // of an option
+  std::string name;   // of a new project or configuration
+  std::string compiler;
+  bool xml = false;  // log --xml
+};
+
+}  // namespace tarn::host

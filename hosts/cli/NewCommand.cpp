@@ -1,0 +1,72 @@
+#include <nlohmann/json.hpp>
+
+#include "hosts/cli/Commands.h"
+#include "hosts/frame/HostFolders.h"
+#include "hosts/frame/ProjectTemplate.h"
+#include "platform/paths/Paths.h"
+
+namespace tarn::host {
+
+namespace {
+
+// `NAME` makes a folder of that name; `FOLDER/NAME` makes it there. An empty folder, or one with
+// sources only, that is there already is used.
+NewProject PlanOf(CommandContext& context) {
+  std::string path = context.Asked().name;
+  if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
+  NewProject project;
+  project.folder = CanonicalPath(path);
+  project.name = FileNameOf(project.folder);
+  const HostFolders folders = HostFolders::FromEnvironment(context.Files());
+  project.sourceType = FindSourceType(
+      context.Files(), folders.application + "config/projectmanager.config", "c", "C");
+  return project;
+}
+
+// Stores the compiler in the project that was just written.
+int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
+  const std::string& compiler = context.Asked().compiler;
+  if (const int code = context.OpenProject(projectFile); code != kExitDone) return code;
+  BuildSession& session = context.Session();
+  const std::string problem =
+      session.Options().CheckValue("Application", "Target", "Toolchain", compiler);
+  if (!problem.empty()) {
+    context.Complain("The project is made, but " + compiler +
+                     " is no compiler to choose: " + problem);
+    return kExitUsage;
+  }
+  session.Manager().SavePropertyValue("Application", "Target", "Toolchain", compiler);
+  return context.SaveProject();
+}
+
+}  // namespace
+
+int RunNew(CommandContext& context) {
+  const NewProject project = PlanOf(context);
+  if (const std::string problem = CheckProjectName(project.name); !problem.empty()) {
+    context.Complain(problem);
+    return kExitUsage;
+  }
+  const auto written = WriteNewProject(context.Files(), project);
+  if (!written) {
+    const bool exists = written.GetError().code == ErrorCode::AlreadyExists;
+    context.Complain(context.Show(written.GetError().place) + " " +
+                     (exists ? "is there already. Choose another name."
+                             : "can't be written: " + written.GetError().text));
+    return exists ? kExitUsage : kExitCannotOpen;
+  }
+  if (!context.Asked().compiler.empty()) {
+    if (const int code = ChooseCompiler(context, written->front()); code != kExitDone) return code;
+  }
+  if (context.Asked().json) {
+    PrintJson(context, {{"project", written->front()}, {"files", *written}});
+    return kExitDone;
+  }
+  for (const std::string& path : *written) context.Out().PrintLine("made " + context.Show(path));
+  if (!context.Asked().quiet) {
+    context.Out().PrintLine("`tarn build " + context.Show(project.folder) + "` builds it.");
+  }
+  return kExitDone;
+}
+
+}  // namespace tarn::host

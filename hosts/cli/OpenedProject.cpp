@@ -1,0 +1,168 @@
+#include "hosts/cli/OpenedProject.h"
+
+#include <iostream>
+
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/Suggest.h"
+#include "hosts/frame/ProjectFile.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+std::vector<std::string> LabelsOf(const std::vector<ApplicationEntry>& applications) {
+  std::vector<std::string> labels;
+  for (const ApplicationEntry& each : applications) labels.push_back(each.label);
+  return labels;
+}
+
+// The name as the application writes it; empty when it has no such configuration.
+std::string FindConfiguration(const ApplicationEntry& application, const std::string& name) {
+  for (const std::string& each : application.configurations) {
+    if (EqualNoCase(each, name)) return each;
+  }
+  return {};
+}
+
+}  // namespace
+
+CommandContext::CommandContext(Invocation invocation, Console& output, FileSystem& fileSystem)
+    : asked(std::move(invocation)),
+      console(output),
+      files(fileSystem),
+      startFolder(fileSystem.CurrentFolder()) {}
+
+std::string CommandContext::Show(const std::string& path) const {
+  return Printable(DisplayPath(path, startFolder));
+}
+
+void CommandContext::Complain(const std::string& text) const {
+  console.ClearProgress();
+  std::cerr << "tarn: " << text << std::endl;
+}
+
+void CommandContext::Remark(const std::string& text) const {
+  if (!asked.quiet) Complain(text);
+}
+
+int CommandContext::LocateProject(std::string& path) {
+  const FoundProject found = FindProject(files, asked.project);
+  path = found.path;
+  if (!path.empty()) return kExitDone;
+  if (found.choices.empty()) {
+    Complain(found.problem + " Name one, or make one with `tarn new NAME`.");
+    return kExitCannotOpen;
+  }
+  std::string names;
+  for (const std::string& each : found.choices) names += "\n  " + each;
+  Complain(found.problem + " Name one of them:" + names);
+  return kExitUsage;
+}
+
+BuildSession& CommandContext::Session() {
+  if (!session) {
+    session = std::make_unique<BuildSession>(frame, files, HostFolders::FromEnvironment(files));
+  }
+  return *session;
+}
+
+int CommandContext::OpenProject() {
+  std::string path;
+  if (const int code = LocateProject(path); code != kExitDone) return code;
+  return OpenProject(path);
+}
+
+int CommandContext::OpenProject(const std::string& path) {
+  if (const Status started = Session().Start(); !started) {
+    Complain("This installation isn't complete: " + started.GetError().place + ": " +
+             started.GetError().text + ". Install it again, or set TARN_ROOT to its share folder.");
+    return kExitCannotOpen;
+  }
+  if (const Status opened = Session().Open(path); !opened) {
+    const std::string& reason = opened.GetError().text;
+    Complain(Show(path) + " can't be opened" + (reason.empty() ? "." : ":\n" + reason));
+    return kExitCannotOpen;
+  }
+  for (const std::string& line : Session().TakeLogLines()) Remark(line);
+  for (const std::string& line : Session().GetDefinitionErrors()) Remark(line);
+  return kExitDone;
+}
+
+int CommandContext::ChooseApplications(std::vector<ApplicationEntry>& chosen) {
+  const ProjectTree tree(Session().Inspector().GetTree());
+  chosen.clear();
+  for (const ApplicationEntry& each : tree.GetApplications()) {
+    if (asked.application.empty() || EqualNoCase(each.label, asked.application)) {
+      chosen.push_back(each);
+    }
+  }
+  if (chosen.empty() && !asked.application.empty()) {
+    Complain("There is no application \"" + asked.application + "\" in this project." +
+             SuggestionText(asked.application, LabelsOf(tree.GetApplications())));
+    return kExitUsage;
+  }
+  return asked.configuration.empty() ? int{kExitDone} : SelectConfiguration(chosen);
+}
+
+int CommandContext::SelectConfiguration(const std::vector<ApplicationEntry>& applications) {
+  const std::string selected = Session().Manager().GetSelectedApplication();
+  std::vector<std::string> known;
+  bool found = false;
+  for (const ApplicationEntry& each : applications) {
+    known.insert(known.end(), each.configurations.begin(), each.configurations.end());
+    const std::string name = FindConfiguration(each, asked.configuration);
+    if (name.empty()) continue;
+    found = true;
+    if (EqualNoCase(name, each.configuration)) continue;
+    SwitchTo(each, name);
+    switched.push_back(each);
+  }
+  if (!selected.empty()) Session().Inspector().SelectNodeByKey(selected);
+  if (found) return kExitDone;
+  Complain("There is no configuration \"" + asked.configuration + "\"." +
+           SuggestionText(asked.configuration, known) +
+           " `tarn config list` shows them, `tarn config add` makes one.");
+  return kExitUsage;
+}
+
+void CommandContext::SwitchTo(const ApplicationEntry& application,
+                              const std::string& configuration) {
+  Session().Manager().SelectApplication(application.label);
+  Session().Options().SetNewConfigName(configuration);
+  Session().Manager().Command(kCmdSelectConfiguration);
+}
+
+int CommandContext::ChooseNode() {
+  std::vector<ApplicationEntry> chosen;
+  if (const int code = ChooseApplications(chosen); code != kExitDone) return code;
+  const ApplicationEntry* wanted = nullptr;
+  for (const ApplicationEntry& each : chosen) {
+    if (wanted == nullptr || each.active) wanted = &each;
+  }
+  if (wanted != nullptr) Session().Inspector().SelectNodeByKey(wanted->path);
+  if (asked.node.empty()) return kExitDone;
+  // A path is the user's, so it starts in the user's folder.
+  const std::string path =
+      IsRelativePath(asked.node) ? CanonicalPath(JoinPath(startFolder, asked.node)) : asked.node;
+  InspectorDriver& inspector = Session().Inspector();
+  if (inspector.SelectNodeByKey(path) || inspector.SelectNodeByKey(asked.node)) return kExitDone;
+  Complain("There is no file, group or application \"" + asked.node +
+           "\" in this project. `tarn tree` shows what there is.");
+  return kExitUsage;
+}
+
+int CommandContext::SaveProject() {
+  for (const ApplicationEntry& each : switched) SwitchTo(each, each.configuration);
+  switched.clear();
+  Session().Manager().ProjectSave();
+  const std::vector<std::string> lines = Session().TakeLogLines();
+  if (lines.empty()) return kExitDone;
+  std::string text = "The project couldn't be saved:";
+  for (const std::string& line : lines) text += "\n" + line;
+  Complain(text);
+  return kExitCannotOpen;
+}
+
+}  // namespace tarn::host

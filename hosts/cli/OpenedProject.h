@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "hosts/cli/Console.h"
+#include "hosts/cli/Invocation.h"
+#include "hosts/frame/BuildSession.h"
+#include "hosts/frame/ProjectTree.h"
+
+namespace tarn::host {
+
+// What every command works with: what was asked, where to write, and the project once it is open.
+class CommandContext {
+ public:
+  CommandContext(Invocation invocation, Console& output, FileSystem& fileSystem);
+
+  const Invocation& Asked() const { return asked; }
+  Console& Out() { return console; }
+  FileSystem& Files() { return files; }
+  // The folder that the user is in; opening a project moves the process to another one.
+  const std::string& StartFolder() const { return startFolder; }
+  // A path as the user would write it.
+  std::string Show(const std::string& path) const;
+  // An error, in plain words, on the error stream.
+  void Complain(const std::string& text) const;
+  // A remark there, unless the user wants quiet.
+  void Remark(const std::string& text) const;
+
+  // Finds the project that was asked for without opening it: 0 and its path, or an exit code when
+  // there is none, with everything said.
+  int LocateProject(std::string& path);
+
+  BuildSession& Session();
+  // Opens the project. 0, or an exit code with everything said.
+  int OpenProject();
+  int OpenProject(const std::string& path);
+  // The applications that --app means, all without one, with the configuration that --config names
+  // in force. 0, or an exit code with everything said.
+  int ChooseApplications(std::vector<ApplicationEntry>& chosen);
+  // Makes the node current that --node means, else the application of --app, else the active one.
+  int ChooseNode();
+  // Writes the project's files, with the configurations in force that were before --config. 0, or
+  // an exit code with everything said.
+  int SaveProject();
+
+ private:
+  int SelectConfiguration(const std::vector<ApplicationEntry>& applications);
+  void SwitchTo(const ApplicationEntry& application, const std::string& configuration);
+
+  Invocation asked;
+  Console& console;
+  FileSystem& files;
+  std::string startFolder;
+  MainFrame frame;
+  std::unique_ptr<BuildSession> session;
+  std::vector<ApplicationEntry> switched;  // as they were before --config
+};
+
+}  // namespace tarn::host

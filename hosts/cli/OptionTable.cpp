@@ -1,0 +1,110 @@
+#include "hosts/cli/OptionTable.h"
+
+#include <algorithm>
+
+#include "hosts/frame/LogEntry.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+// What stands for all sets in the definitions.
+constexpr const char* kEverySet = "*";
+
+OptionDefinition ReadProperty(const std::string& set, const std::string& section,
+                              const CXmlNode& node) {
+  OptionDefinition option;
+  option.set = set;
+  option.section = section;
+  option.name = AttributeOf(&node, "Header");
+  option.type = AttributeOf(&node, "Type");
+  option.label = AttributeOf(&node, "Label");
+  option.help = AttributeOf(&node, "Help");
+  option.defaultValue = AttributeOf(&node, "Default");
+  option.file = AttributeOf(&node, "File");
+  option.removable = !EqualNoCase(AttributeOf(&node, "Removable"), "No");
+  option.shown = !EqualNoCase(AttributeOf(&node, "Shown"), "No");
+  for (const CXmlNode* choice : node.GetChildren()) {
+    if (choice->NameView() != "Choice") continue;
+    option.choices.emplace_back(AttributeOf(choice, "Value"), AttributeOf(choice, "Label"));
+  }
+  return option;
+}
+
+bool IsSame(const OptionDefinition& option, const std::string& section, const std::string& name) {
+  return EqualNoCase(option.section, section) && EqualNoCase(option.name, name);
+}
+
+}  // namespace
+
+bool ParseOptionKey(const std::string& text, OptionKey& key) {
+  const std::vector<std::string_view> parts = Split(text, '.');
+  const bool hasEmptyPart =
+      std::any_of(parts.begin(), parts.end(), [](std::string_view part) { return part.empty(); });
+  if (parts.size() < 2 || parts.size() > 3 || hasEmptyPart) return false;
+  key.set = parts.size() == 3 ? std::string(parts[0]) : std::string();
+  key.section = parts[parts.size() - 2];
+  key.name = parts[parts.size() - 1];
+  return true;
+}
+
+OptionTable::OptionTable(const std::string& xml) {
+  const auto root = ParseXml(xml);
+  if (root == nullptr) return;
+  for (const CXmlNode* set : root->GetChildren()) {
+    for (const CXmlNode* section : set->GetChildren()) {
+      for (const CXmlNode* property : section->GetChildren()) {
+        if (property->NameView() != "Property") continue;
+        options.push_back(
+            ReadProperty(AttributeOf(set, "Header"), AttributeOf(section, "Header"), *property));
+      }
+    }
+  }
+}
+
+std::vector<OptionDefinition> OptionTable::GetOf(const std::string& set) const {
+  std::vector<OptionDefinition> found;
+  for (const char* source : {set.c_str(), kEverySet}) {
+    for (const OptionDefinition& option : options) {
+      if (!EqualNoCase(option.set, source)) continue;
+      const bool isKnown = std::any_of(found.begin(), found.end(), [&](const auto& each) {
+        return IsSame(each, option.section, option.name);
+      });
+      if (isKnown) continue;
+      // Behind the last one of its section, so that sections stay together.
+      const auto last = std::find_if(found.rbegin(), found.rend(), [&](const auto& each) {
+        return EqualNoCase(each.section, option.section);
+      });
+      const auto place = last == found.rend() ? found.end() : last.base();
+      found.insert(place, option)->set = set;
+    }
+  }
+  return found;
+}
+
+std::optional<OptionDefinition> OptionTable::Find(const OptionKey& key,
+                                                  const std::vector<std::string>& sets) const {
+  for (const std::string& set : sets) {
+    for (const OptionDefinition& option : GetOf(set)) {
+      if (IsSame(option, key.section, key.name)) return option;
+    }
+  }
+  return std::nullopt;
+}
+
+std::vector<std::string> OptionTable::GetNames(const std::vector<std::string>& sets) const {
+  std::vector<std::string> names;
+  for (const std::string& set : sets) {
+    for (const OptionDefinition& option : GetOf(set)) {
+      const std::string name = option.GetKey();
+      if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+    }
+  }
+  for (const OptionDefinition& option : options) {
+    if (option.set != kEverySet) names.push_back(option.set + "." + option.GetKey());
+  }
+  return names;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,253 @@
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "components/common/OptionValues.h"
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/OptionTable.h"
+#include "hosts/cli/Suggest.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+// One stored value on the way from the application to the node.
+struct StoredValue {
+  std::string set, kind, label, configuration, value;
+  bool counts = false;  // for the configuration in force
+};
+
+// The current node's options, and the one that the user asked about.
+class OptionQuery {
+ public:
+  explicit OptionQuery(CommandContext& commandContext)
+      : context(commandContext),
+        session(context.Session()),
+        table(session.Options().ListProperties("")),
+        values(OptionValues::FromText(session.Options().GetValuesAsText())) {
+    sets.push_back(values.GetOwnSet());
+    for (const std::string& outer : values.GetOuterSets()) sets.push_back(outer);
+  }
+
+  int Get();
+  int Set();
+  int Reset();
+  int Explain();
+  int List();
+
+ private:
+  int Identify();
+  std::string ValueText() {
+    return session.Manager().GetPropertyValue(key.set, key.section, key.name);
+  }
+  // Where a new value goes: the set that was named, else the one that defines the option.
+  std::string SetToChange() const { return definition ? definition->set : key.set; }
+  std::string RawText() const;
+  std::vector<StoredValue> CollectStored();
+  void PrintExplanation(const std::vector<StoredValue>& stored);
+  nlohmann::json Describe(const OptionDefinition& option);
+
+  CommandContext& context;
+  BuildSession& session;
+  const OptionTable table;
+  const OptionValues values;
+  std::vector<std::string> sets;  // the node's own, then those of its ancestors
+  OptionKey key;
+  std::optional<OptionDefinition> definition;
+};
+
+// Finds the option that was asked for. 0, or an exit code with everything said.
+int OptionQuery::Identify() {
+  const std::string& asked = context.Asked().key;
+  if (!ParseOptionKey(asked, key)) {
+    context.Complain("\"" + asked + "\" is no option's name. Write SECTION.NAME, e.g. " +
+                     "Build.OutputFile, or SET.SECTION.NAME.");
+    return kExitUsage;
+  }
+  definition = table.Find(key, key.set.empty() ? sets : std::vector<std::string>{key.set});
+  const bool isKnown = definition || values.Find(key.set, key.section, key.name) != nullptr;
+  if (isKnown) return kExitDone;
+  context.Complain("There is no option \"" + asked + "\" here." +
+                   SuggestionText(asked, table.GetNames(sets)) +
+                   " `tarn options list` shows them.");
+  return kExitUsage;
+}
+
+int OptionQuery::Get() {
+  if (const int code = Identify(); code != kExitDone) return code;
+  if (!context.Asked().json) {
+    context.Out().PrintLine(ValueText());
+    return kExitDone;
+  }
+  PrintJson(context, {{"option", context.Asked().key},
+                      {"value", ValueText()},
+                      {"raw", RawText()},
+                      {"origin", session.Options().GetOrigin(key.set, key.section, key.name)}});
+  return kExitDone;
+}
+
+int OptionQuery::Set() {
+  if (const int code = Identify(); code != kExitDone) return code;
+  const std::string set = SetToChange();
+  const std::string& value = context.Asked().value;
+  const std::string problem = session.Options().CheckValue(set, key.section, key.name, value);
+  if (!problem.empty()) {
+    context.Complain(context.Asked().key + ": " + problem);
+    return kExitUsage;
+  }
+  if (session.Manager().SavePropertyValue(set, key.section, key.name, value) == 0) {
+    context.Complain(context.Asked().key + " can't be stored.");
+    return kExitUsage;
+  }
+  return context.SaveProject();
+}
+
+int OptionQuery::Reset() {
+  if (const int code = Identify(); code != kExitDone) return code;
+  const std::string set = SetToChange();
+  if (definition && !definition->removable) {
+    context.Complain(context.Asked().key + " always has a value of its own; set another one.");
+    return kExitUsage;
+  }
+  if (session.Options().GetOrigin(set, key.section, key.name) != "own") {
+    context.Remark(context.Asked().key + " isn't set here, so there is nothing to take away.");
+    return kExitDone;
+  }
+  session.Manager().ResetPropertyValue(set, key.section, key.name);
+  return context.SaveProject();
+}
+
+std::string OptionQuery::RawText() const {
+  const std::string* raw = values.Find(key.set, key.section, key.name);
+  return raw == nullptr ? std::string() : *raw;
+}
+
+// From the set that matters least to the node's own, each from the outermost level inwards.
+std::vector<StoredValue> OptionQuery::CollectStored() {
+  std::vector<StoredValue> stored;
+  std::vector<std::string> asked = key.set.empty() ? sets : std::vector<std::string>{key.set};
+  std::reverse(asked.begin(), asked.end());
+  for (const std::string& set : asked) {
+    const auto answer = ParseXml(session.Inspector().ExplainOption(set, key.section, key.name));
+    if (answer == nullptr) continue;
+    for (const CXmlNode* from : answer->GetChildren()) {
+      if (from->NameView() != "From") continue;
+      const auto element = ParseXml(AttributeOf(from, "Text"));
+      stored.push_back({set, AttributeOf(from, "Kind"), AttributeOf(from, "Header"),
+                        AttributeOf(from, "Config"), Unescape(AttributeOf(element.get(), "Value")),
+                        AttributeOf(from, "Current") == "Yes"});
+    }
+  }
+  return stored;
+}
+
+int OptionQuery::Explain() {
+  if (const int code = Identify(); code != kExitDone) return code;
+  const std::vector<StoredValue> stored = CollectStored();
+  if (!context.Asked().json) {
+    PrintExplanation(stored);
+    return kExitDone;
+  }
+  nlohmann::json levels = nlohmann::json::array();
+  for (const StoredValue& each : stored) {
+    levels.push_back({{"set", each.set},
+                      {"kind", each.kind},
+                      {"label", each.label},
+                      {"configuration", each.configuration},
+                      {"counts", each.counts},
+                      {"value", each.value}});
+  }
+  nlohmann::json document = {{"option", context.Asked().key},
+                             {"value", ValueText()},
+                             {"raw", RawText()},
+                             {"stored", levels}};
+  if (definition) {
+    document["default"] = definition->defaultValue;
+    document["definedIn"] = definition->file;
+  }
+  PrintJson(context, document);
+  return kExitDone;
+}
+
+void OptionQuery::PrintExplanation(const std::vector<StoredValue>& stored) {
+  Console& out = context.Out();
+  out.PrintLine(out.Dye(Paint::Bold, context.Asked().key) + " = " + Printable(ValueText()));
+  if (RawText() != ValueText()) out.PrintLine("  written as " + Printable(RawText()));
+  const auto last = std::find_if(stored.rbegin(), stored.rend(),
+                                 [](const StoredValue& each) { return each.counts; });
+  if (definition) {
+    out.PrintLine("  default: " + Printable(definition->defaultValue) + "  (" +
+                  context.Show(definition->file) + ")" +
+                  (last == stored.rend() ? "  <- counts" : ""));
+  }
+  for (const StoredValue& each : stored) {
+    const bool isInForce = last != stored.rend() && &each == &*last;
+    out.PrintLine("  set at the " + each.kind + " " + Printable(each.label) + " for " +
+                  Printable(each.configuration) + ": " + Printable(each.value) +
+                  (isInForce ? "  <- counts" : ""));
+  }
+}
+
+nlohmann::json OptionQuery::Describe(const OptionDefinition& option) {
+  nlohmann::json choices = nlohmann::json::array();
+  for (const auto& [value, label] : option.choices) {
+    choices.push_back({{"value", value}, {"label", label}});
+  }
+  nlohmann::json entry = {
+      {"option", option.GetKey()},
+      {"set", option.set},
+      {"type", option.type},
+      {"label", option.label},
+      {"help", option.help},
+      {"default", option.defaultValue},
+      {"value", session.Manager().GetPropertyValue(option.set, option.section, option.name)},
+      {"origin", session.Options().GetOrigin(option.set, option.section, option.name)}};
+  if (!choices.empty()) entry["choices"] = choices;
+  return entry;
+}
+
+int OptionQuery::List() {
+  nlohmann::json document = nlohmann::json::array();
+  std::string section;
+  for (const OptionDefinition& option : table.GetOf(sets.front())) {
+    if (!option.shown) continue;
+    const nlohmann::json entry = Describe(option);
+    if (context.Asked().json) {
+      document.push_back(entry);
+      continue;
+    }
+    if (section != option.section) {
+      section = option.section;
+      context.Out().PrintLine(context.Out().Dye(Paint::Bold, section));
+    }
+    const std::string origin = entry["origin"];
+    const bool isOwn = origin == "own";
+    const std::string remark = isOwn                   ? "  (set here)"
+                               : origin == "inherited" ? "  (inherited)"
+                                                       : "";
+    std::string name = option.GetKey();
+    if (name.size() < 26) name.resize(26, ' ');
+    context.Out().PrintLine("  " + name + "  " + Printable(std::string(entry["value"])) +
+                            context.Out().Dye(Paint::Dim, remark));
+  }
+  if (context.Asked().json) PrintJson(context, document);
+  return kExitDone;
+}
+
+}  // namespace
+
+int RunOptions(CommandContext& context) {
+  if (const int code = context.OpenProject(); code != kExitDone) return code;
+  if (const int code = context.ChooseNode(); code != kExitDone) return code;
+  OptionQuery query(context);
+  const std::string& command = context.Asked().command;
+  if (command == "options get") return query.Get();
+  if (command == "options set") return query.Set();
+  if (command == "options reset") return query.Reset();
+  if (command == "options explain") return query.Explain();
+  return query.List();
+}
+
+}  // namespace tarn::host

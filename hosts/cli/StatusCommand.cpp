@@ -1,0 +1,111 @@
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/frame/ProjectFile.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+struct StatusLine {
+  std::string name;
+  std::string reason;
+};
+
+std::string NameOf(CommandContext& context, const StaleNode& node, bool isApplication) {
+  return isApplication || node.path.empty() ? node.label : context.Show(node.path);
+}
+
+StatusLine LineOf(CommandContext& context, const ApplicationStatus& application,
+                  const StaleNode& node) {
+  const bool isApplication = node.path == application.path;
+  const auto show = [&context](const std::string& path) { return context.Show(path); };
+  return {NameOf(context, node, isApplication), DescribeReason(node, isApplication, show)};
+}
+
+void PrintApplication(CommandContext& context, const ApplicationStatus& application) {
+  const std::string title =
+      context.Out().Dye(Paint::Bold, application.label) + "  [" + application.configuration + "]";
+  if (application.stale.empty()) {
+    context.Out().PrintLine(title + "  " + context.Out().Dye(Paint::Green, "up to date"));
+    return;
+  }
+  context.Out().PrintLine(title + "  " + std::to_string(application.stale.size()) + " out of date");
+  std::vector<StatusLine> lines;
+  std::size_t width = 0;
+  for (const StaleNode& node : application.stale) {
+    lines.push_back(LineOf(context, application, node));
+    width = std::max(width, lines.back().name.size());
+  }
+  width = std::min<std::size_t>(width, 40);
+  for (StatusLine& line : lines) {
+    if (line.name.size() < width) line.name.resize(width, ' ');
+    context.Out().PrintLine("  " + line.name + "  " + line.reason);
+  }
+}
+
+nlohmann::json ToJson(CommandContext& context, const ApplicationStatus& application) {
+  nlohmann::json nodes = nlohmann::json::array();
+  for (const StaleNode& node : application.stale) {
+    nodes.push_back({{"label", node.label},
+                     {"path", node.path},
+                     {"output", node.outputFile},
+                     {"tool", node.tool},
+                     {"reason", node.reason},
+                     {"file", node.file},
+                     {"text", LineOf(context, application, node).reason}});
+  }
+  return {{"application", application.label},
+          {"path", application.path},
+          {"configuration", application.configuration},
+          {"active", application.active},
+          {"outOfDate", nodes}};
+}
+
+const char* VerdictText(StateVerdict verdict) {
+  switch (verdict) {
+    case StateVerdict::Good:
+      return "";
+    case StateVerdict::Damaged:
+      return " is damaged";
+    case StateVerdict::OtherVersion:
+      return " was written by another version of this program";
+    case StateVerdict::Foreign:
+      return " belongs to another project";
+  }
+  return "";
+}
+
+}  // namespace
+
+int RunStatus(CommandContext& context) {
+  if (const int code = context.OpenProject(); code != kExitDone) return code;
+  std::vector<ApplicationEntry> chosen;
+  if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
+  context.Session().Prepare();
+  const StateVerdict verdict = context.Session().State().GetVerdict();
+  if (verdict != StateVerdict::Good) {
+    context.Remark(context.Show(StatePathOf(context.Session().GetProjectPath())) +
+                   VerdictText(verdict) + ", so everything counts as not built.");
+  }
+  nlohmann::json document = nlohmann::json::array();
+  for (const ApplicationStatus& application : context.Session().GetStatus()) {
+    const bool wanted = std::any_of(chosen.begin(), chosen.end(), [&](const auto& each) {
+      return each.label == application.label;
+    });
+    if (!wanted) continue;
+    if (context.Asked().json) {
+      document.push_back(ToJson(context, application));
+    } else {
+      PrintApplication(context, application);
+    }
+  }
+  if (context.Asked().json) PrintJson(context, document);
+  return kExitDone;
+}
+
+}  // namespace tarn::host

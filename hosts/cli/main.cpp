@@ -1,0 +1,50 @@
+// The command line host: reads the command line, carries out one command, ends with its exit code.
+
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <map>
+
+#include "hosts/cli/CommandLine.h"
+#include "hosts/cli/Commands.h"
+
+namespace {
+
+using tarn::host::CommandContext;
+
+const std::map<std::string, int (*)(CommandContext&)>& Commands() {
+  static const std::map<std::string, int (*)(CommandContext&)> commands = {
+      {"build", tarn::host::RunBuild},
+      {"rebuild", tarn::host::RunBuild},
+      {"clean", tarn::host::RunBuild},
+      {"status", tarn::host::RunStatus},
+      {"tree", tarn::host::RunTree},
+      {"options get", tarn::host::RunOptions},
+      {"options set", tarn::host::RunOptions},
+      {"options reset", tarn::host::RunOptions},
+      {"options explain", tarn::host::RunOptions},
+      {"options list", tarn::host::RunOptions},
+      {"config list", tarn::host::RunConfig},
+      {"config add", tarn::host::RunConfig},
+      {"config select", tarn::host::RunConfig},
+      {"log", tarn::host::RunLog},
+      {"new", tarn::host::RunNew},
+  };
+  return commands;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    const auto parsed = tarn::host::ParseCommandLine(argc, argv);
+    if (!parsed.invocation) return parsed.exitCode;
+    tarn::host::Console console(
+        std::cout, tarn::host::ConsoleStyle::OfStandardOutput(parsed.invocation->noColor));
+    CommandContext context(*parsed.invocation, console, tarn::FileSystem::Native());
+    return Commands().at(parsed.invocation->command)(context);
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "tarn: %s\n", failure.what());
+    return tarn::host::kExitCannotOpen;
+  }
+}

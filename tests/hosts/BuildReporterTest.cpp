@@ -1,0 +1,107 @@
+#include "hosts/cli/BuildReporter.h"
+
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
+
+namespace tarn::host {
+namespace {
+
+const std::vector<LogEntry> kWarned = {
+    {LogKind::Plain, "gcc -c /p/a.c", "gcc -c /p/a.c", "", 0},
+    {LogKind::Warning, "/p/a.c:2:1: warning: odd", "odd", "/p/a.c", 2},
+    {LogKind::Plain, "    2 | x", "", "", 0},
+    {LogKind::Plain, "chatter", "", "", 0},
+};
+const std::vector<LogEntry> kFailed = {
+    {LogKind::Plain, "gcc -c /p/b.c", "", "", 0},
+    {LogKind::Error, "/p/b.c:1:1: error: bad", "bad", "/p/b.c", 1},
+    {LogKind::Plain, "chatter", "", "", 0},
+};
+
+// What two of three tools leave on a console; times are replaced.
+std::string Tell(bool redraws, ReportDetail detail, const BuildOutcome& outcome) {
+  std::ostringstream out;
+  ConsoleStyle style;
+  style.redraws = redraws;
+  style.width = [] { return 20; };
+  Console console(out, style);
+  BuildReporter reporter(console, "/p", detail, [] { return 3; });
+  reporter.OnToolStarted({"cc", {"/p/a.c"}, "/p/a.o", "gcc"});
+  reporter.OnToolEnded(true, kWarned);
+  reporter.OnToolStarted({"link", {"/p/a.o", "/p/b.o"}, "/p/app.elf", "gcc"});
+  reporter.OnToolEnded(outcome.toolsFailed == 0, outcome.toolsFailed == 0 ? kWarned : kFailed);
+  reporter.Finish(outcome, BuildWork::Build, {{"app", "12 bytes"}, {"lib", ""}});
+  return std::regex_replace(out.str(), std::regex("\\d+\\.\\d s"), "T");
+}
+
+const BuildOutcome kGood{BuildEnd::Succeeded, 2, 0};
+const BuildOutcome kBad{BuildEnd::Failed, 1, 1};
+
+TEST(BuildReporter, PipedOutputHasALineForEachToolAndNoControlCharacters) {
+  EXPECT_EQ(Tell(false, ReportDetail::Progress, kGood),
+            "[1/3] a.c\n"
+            "a.c:2:1: warning: odd\n"
+            "    2 | x\n"
+            "[2/3] app.elf\n"
+            "a.c:2:1: warning: odd\n"
+            "    2 | x\n"
+            "app  12 bytes\n"
+            "Built 2 files, 2 warnings (T)\n");
+}
+
+TEST(BuildReporter, OfAToolThatFailedEverythingButItsCommandIsShown) {
+  EXPECT_EQ(Tell(false, ReportDetail::Diagnostics, kBad),
+            "a.c:2:1: warning: odd\n"
+            "    2 | x\n"
+            "b.c:1:1: error: bad\n"
+            "chatter\n");
+  const std::string full = Tell(false, ReportDetail::Progress, kBad);
+  EXPECT_NE(full.find("Failed: 1 error, 1 warning, 1 of 3 files built (T)\n"), std::string::npos)
+      << full;
+}
+
+TEST(BuildReporter, OnATerminalDiagnosticsStandAboveTheProgressLine) {
+  const std::string erase = "\r\033[K";
+  const std::string first = erase + "[1/3] a.c  0:00";
+  const std::string second = erase + "[2/3] app.elf  0:00";
+  const auto above = [&](const std::string& line, const std::string& progress) {
+    return erase + line + "\n" + progress;
+  };
+  EXPECT_EQ(Tell(true, ReportDetail::Progress, kGood),
+            first + above("a.c:2:1: warning: odd", first) + above("    2 | x", first) + second +
+                above("a.c:2:1: warning: odd", second) + above("    2 | x", second) + erase +
+                "app  12 bytes\nBuilt 2 files, 2 warnings (T)\n");
+}
+
+TEST(BuildReporter, VerboseShowsCommandsAndNothingShowsNothing) {
+  const std::string verbose = Tell(false, ReportDetail::Everything, kGood);
+  EXPECT_NE(verbose.find("gcc -c /p/a.c\n"), std::string::npos);
+  EXPECT_NE(verbose.find("chatter\n"), std::string::npos);
+  EXPECT_EQ(Tell(true, ReportDetail::Nothing, kBad), "");
+}
+
+TEST(BuildReporter, EveryEndHasItsWord) {
+  const struct {
+    BuildOutcome outcome;
+    BuildWork work;
+    const char* text;
+  } cases[] = {
+      {{BuildEnd::Succeeded, 0, 0}, BuildWork::Build, "Nothing to do (T)\n"},
+      {{BuildEnd::Succeeded, 0, 0}, BuildWork::Clean, "Cleaned (T)\n"},
+      {{BuildEnd::Failed, 0, 0}, BuildWork::Clean, "Failed (T)\n"},
+      {{BuildEnd::Stopped, 0, 0}, BuildWork::Build, "Interrupted (T)\n"},
+      {{BuildEnd::Refused, 0, 0}, BuildWork::Build, "The build was refused (T)\n"},
+  };
+  for (const auto& each : cases) {
+    std::ostringstream out;
+    Console console(out, {});
+    BuildReporter reporter(console, "/p", ReportDetail::Progress, [] { return 0; });
+    reporter.Finish(each.outcome, each.work, {});
+    EXPECT_EQ(std::regex_replace(out.str(), std::regex("\\d+\\.\\d s"), "T"), each.text);
+  }
+}
+
+}  // namespace
+}  // namespace tarn::host

@@ -1,0 +1,104 @@
+#include <gtest/gtest.h>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST(CliOptions, AnOptionThatChangesACommandMakesItsNodesStaleUntilItIsBackAgain) {
+  CliProject project;
+  ASSERT_EQ(project.Run({"build"}).code, 0);
+  ASSERT_EQ(project.Run({"options", "set", "Compiler.Defines", "X=1", "-n", "src/c.c"}).code, 0);
+  EXPECT_EQ(project.Run({"options", "get", "Compiler.Defines", "-n", "src/c.c"}).out, "X=1\n");
+  EXPECT_EQ(project.Run({"status"}).out,
+            "app  [Standard]  2 out of date\n"
+            "  src/c.c  its command line changed since it was built\n"
+            "  app      its parts will be rebuilt\n");
+  ASSERT_EQ(project.Run({"options", "reset", "Compiler.Defines", "-n", "c.c"}).code, 0);
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "Nothing to do"));
+
+  ASSERT_EQ(project.Run({"options", "set", "Compiler.Warnings", "none"}).code, 0);
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "Built 4 files"));
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "Nothing to do"));
+}
+
+TEST(CliOptions, AnOptionThatChangesNoCommandCostsNothing) {
+  CliProject project;
+  ASSERT_EQ(project.Run({"build"}).code, 0);
+  ASSERT_EQ(project.Run({"options", "set", "Load.LoadExclude", "Yes", "-n", "src/c.c"}).code, 0);
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "Nothing to do"));
+}
+
+TEST(CliOptions, WrongValuesAndNamesAreRefusedWithAHint) {
+  CliProject project;
+  const std::string before = project.Read("app.tapp");
+  const struct {
+    std::vector<std::string> words;
+    const char* said;
+  } cases[] = {
+      {{"options", "set", "Compiler.Warnings", "many"}, "Compiler.Warnings: "},
+      {{"options", "set", "Compiler.Warning", "all"}, "Did you mean \"Compiler.Warnings\""},
+      {{"options", "get", "Warnings"}, "Write SECTION.NAME"},
+      {{"options", "get", "Compiler.Warnings", "-n", "src/d.c"}, "There is no file"},
+      {{"options", "list", "--config", "Fats"}, "Did you mean \"Fast\""},
+  };
+  for (const auto& each : cases) {
+    const auto answer = project.Run(each.words);
+    EXPECT_EQ(answer.code, 2) << each.said;
+    EXPECT_TRUE(Has(answer.err, each.said)) << answer.err;
+  }
+  EXPECT_EQ(project.Read("app.tapp"), before);
+}
+
+TEST(CliOptions, ExplainNamesEveryLevelAndTheOneThatCounts) {
+  CliProject project;
+  ASSERT_EQ(project.Run({"options", "set", "Compiler.Defines", "A"}).code, 0);
+  ASSERT_EQ(
+      project.Run({"options", "set", "Compiler.Defines", "B", "-n", "src/c.c", "-c", "fast"}).code,
+      0);
+  EXPECT_TRUE(Has(project.Run({"config", "list"}).out, "* Standard"));
+  const std::string standard =
+      project.Run({"options", "explain", "Compiler.Defines", "-n", "c.c"}).out;
+  EXPECT_TRUE(Has(standard, "Compiler.Defines = A\n")) << standard;
+  EXPECT_TRUE(Has(standard, "  set at the node c.c for Fast: B\n")) << standard;
+  const std::string fast =
+      project.Run({"options", "explain", "Compiler.Defines", "-n", "c.c", "-c", "Fast"}).out;
+  EXPECT_TRUE(Has(fast, "Compiler.Defines = B\n")) << fast;
+  EXPECT_TRUE(Has(fast, "  set at the node c.c for Fast: B  <- counts\n")) << fast;
+  const std::string app = project.Run({"options", "explain", "Compiler.Defines"}).out;
+  EXPECT_TRUE(Has(app, "  set at the application app for Standard: A  <- counts\n")) << app;
+}
+
+TEST(CliOptions, ListShowsWhereValuesCount) {
+  CliProject project;
+  const std::string list = project.Run({"options", "list"}).out;
+  EXPECT_TRUE(Has(list, "Target.Toolchain            host-gcc  (set here)\n")) << list;
+  EXPECT_TRUE(Has(project.Run({"options", "list", "--json", "-n", "src/a.c"}).out,
+                  "\"option\": \"Compiler.Standard\""));
+}
+
+TEST(CliConfig, EveryConfigurationKeepsItsOwnOutputsAndRecords) {
+  CliProject project;
+  ASSERT_EQ(project.Run({"build"}).code, 0);
+  const auto fast = project.Run({"build", "--config", "fast"});
+  ASSERT_EQ(fast.code, 0) << fast.err;
+  EXPECT_TRUE(Has(fast.out, "Built 4 files")) << fast.out;
+  // Using a configuration for one build doesn't change the project.
+  EXPECT_TRUE(Has(project.Run({"config", "list"}).out, "* Standard"));
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "Nothing to do"));
+  EXPECT_TRUE(Has(project.Run({"build", "--config", "Fast"}).out, "Nothing to do"));
+
+  EXPECT_EQ(project.Run({"config", "add", "Slow"}).code, 0);
+  EXPECT_EQ(project.Run({"config", "add", "SLOW"}).code, 2);
+  EXPECT_EQ(project.Run({"config", "select", "Fast"}).code, 0);
+  EXPECT_EQ(project.Run({"config", "select", "Other"}).code, 2);
+  EXPECT_EQ(project.Run({"config", "list"}).out, "app\n  Standard\n* Fast\n  Slow\n");
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "Nothing to do"));
+}
+
+}  // namespace
+}  // namespace tarn::host

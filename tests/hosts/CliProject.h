@@ -1,0 +1,50 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/process/Process.h"
+
+namespace tarn::host {
+
+// A small project in a temporary folder, built with this machine's compiler, and the program that
+// works on it. The application "app" is made of src/a.c and src/b.c, which both include src/a.h,
+// and src/c.c, which includes nothing. All sources are an hour old.
+class CliProject {
+ public:
+  CliProject();
+  CliProject(const CliProject&) = delete;
+  CliProject& operator=(const CliProject&) = delete;
+  ~CliProject();
+
+  struct Answer {
+    int code = -1;
+    std::string out, err;
+    std::chrono::milliseconds time{0};
+  };
+  // Runs the program in the project's folder; `onStart` gets the running program.
+  Answer Run(std::vector<std::string> arguments,
+             const std::function<void(Process&, const std::string& out)>& onOutput = {});
+
+  std::string PathOf(const std::string& name) const { return (folder / name).string(); }
+  bool Exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
+  // Writes a file that is older than everything that is built.
+  void Write(const std::string& name, const std::string& text);
+  std::string Read(const std::string& name) const;
+  // Makes a file newer than everything that was built until now.
+  void Touch(const std::string& name);
+  // Puts a program in front of all others that the project's tools can see.
+  void AddProgram(const std::string& name, const std::string& script);
+
+  std::vector<std::pair<std::string, std::string>> environment;
+
+ private:
+  std::filesystem::path root;    // of everything
+  std::filesystem::path folder;  // of the project
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,64 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <thread>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+using std::chrono::milliseconds;
+
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+// A compiler that is quick for all files but b.c, where it starts a child and waits.
+constexpr const char* kSlowCompiler =
+    "#!/bin/sh\n"
+    "case \"$*\" in *b.c*)\n"
+    "  sleep 30 &\n"
+    "  echo $! > \"$TMPDIR/child\"\n"
+    "  wait ;;\n"
+    "esac\n"
+    "exec /usr/bin/gcc \"$@\"\n";
+
+// The process that the slow compiler started, while it runs; 0 when it has ended, also when nobody
+// has asked for its exit code yet.
+int ChildOf(const CliProject& project) {
+  int child = 0;
+  std::ifstream(project.PathOf("../child")) >> child;
+  std::string number, name, state;
+  std::ifstream("/proc/" + std::to_string(child) + "/stat") >> number >> name >> state;
+  return state.empty() || state == "Z" ? 0 : child;
+}
+
+TEST(CliStop, AnInterruptEndsTheCompilersAndKeepsWhatWasBuilt) {
+  CliProject project;
+  project.AddProgram("gcc", kSlowCompiler);
+  std::chrono::steady_clock::time_point asked;
+  bool isAsked = false;
+  const auto stopped = project.Run({"build"}, [&](Process& process, const std::string& out) {
+    if (isAsked || !Has(out, "src/b.c")) return;
+    isAsked = true;
+    while (ChildOf(project) == 0) std::this_thread::sleep_for(milliseconds(10));
+    asked = std::chrono::steady_clock::now();
+    process.Stop(milliseconds(10'000));
+  });
+  ASSERT_TRUE(isAsked) << stopped.out << stopped.err;
+  EXPECT_LT(std::chrono::steady_clock::now() - asked, milliseconds(2'000));
+  EXPECT_EQ(stopped.code, 130) << stopped.out << stopped.err;
+  EXPECT_TRUE(Has(stopped.out, "Interrupted: ")) << stopped.out;
+  EXPECT_FALSE(Has(stopped.out, "src/c.c")) << stopped.out;
+  EXPECT_EQ(ChildOf(project), 0);
+
+  project.AddProgram("gcc", "#!/bin/sh\nexec /usr/bin/gcc \"$@\"\n");
+  const auto build = project.Run({"build"});
+  EXPECT_EQ(build.code, 0) << build.out << build.err;
+  EXPECT_FALSE(Has(build.out, "src/a.c")) << build.out;
+  EXPECT_TRUE(Has(build.out, "Built 3 files")) << build.out;
+}
+
+}  // namespace
+}  // namespace tarn::host

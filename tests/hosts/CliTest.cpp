@@ -1,0 +1,220 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+// The lines that tell which tools ran: "[1/2] src/a.c".
+std::vector<std::string> Steps(const std::string& out) {
+  std::vector<std::string> steps;
+  for (std::size_t at = 0; at < out.size();) {
+    const std::size_t end = std::min(out.find('\n', at), out.size());
+    if (out[at] == '[') steps.push_back(out.substr(at, end - at));
+    at = end + 1;
+  }
+  return steps;
+}
+
+// Times of everything below the folder where outputs lie.
+std::map<std::string, std::filesystem::file_time_type> OutputTimes(const CliProject& project) {
+  std::map<std::string, std::filesystem::file_time_type> times;
+  for (const auto& each : std::filesystem::recursive_directory_iterator(project.PathOf("build"))) {
+    if (each.is_regular_file()) times[each.path().string()] = each.last_write_time();
+  }
+  return times;
+}
+
+TEST(Cli, ASecondBuildInANewProcessRunsNoTool) {
+  CliProject project;
+  const auto first = project.Run({"build"});
+  ASSERT_EQ(first.code, 0) << first.out << first.err;
+  EXPECT_EQ(first.err, "");
+  const std::vector<std::string> steps = Steps(first.out);
+  ASSERT_EQ(steps.size(), 4u) << first.out;
+  EXPECT_EQ(steps[0], "[1/4] src/a.c");
+  EXPECT_EQ(steps[2], "[3/4] src/c.c");
+  EXPECT_TRUE(Has(first.out, "Built 4 files (")) << first.out;
+  EXPECT_FALSE(Has(first.out, "\033")) << first.out;
+  const auto times = OutputTimes(project);
+
+  const auto second = project.Run({"build"});
+  EXPECT_EQ(second.code, 0) << second.err;
+  EXPECT_TRUE(second.out.starts_with("Nothing to do (")) << second.out;
+  EXPECT_EQ(OutputTimes(project), times);
+  EXPECT_TRUE(Has(project.Run({"status"}).out, "app  [Standard]  up to date"));
+}
+
+TEST(Cli, ATouchedHeaderRebuildsItsDependantsAndStatusSaysWhy) {
+  CliProject project;
+  ASSERT_EQ(project.Run({"build"}).code, 0);
+  project.Touch("src/a.h");
+  EXPECT_EQ(project.Run({"status"}).out,
+            "app  [Standard]  3 out of date\n"
+            "  src/a.c  its header src/a.h is newer than the object\n"
+            "  src/b.c  its header src/a.h is newer than the object\n"
+            "  app      its parts will be rebuilt\n");
+  const auto build = project.Run({"build"});
+  ASSERT_EQ(build.code, 0) << build.out;
+  const std::vector<std::string> steps = Steps(build.out);
+  ASSERT_EQ(steps.size(), 3u) << build.out;
+  EXPECT_EQ(steps[0], "[1/3] src/a.c");
+  EXPECT_EQ(steps[1], "[2/3] src/b.c");
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "Nothing to do"));
+}
+
+TEST(Cli, AnOutputThatIsGoneOrNotOursIsMadeAgain) {
+  CliProject project;
+  ASSERT_EQ(project.Run({"build"}).code, 0);
+  std::string object;
+  for (const auto& [path, time] : OutputTimes(project)) {
+    if (path.ends_with("c.c.o") || path.ends_with("/c.o")) object = path;
+  }
+  ASSERT_NE(object, "");
+  std::filesystem::last_write_time(
+      object, std::filesystem::file_time_type::clock::now() - std::chrono::minutes(5));
+  EXPECT_TRUE(Has(project.Run({"status"}).out, "was changed by something else")) << object;
+  std::filesystem::remove(object);
+  EXPECT_TRUE(Has(project.Run({"status"}).out, "is missing"));
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "src/c.c"));
+}
+
+TEST(Cli, AnErrorEndsTheBuildWithItsPlaceAndWhatWasBuiltStaysBuilt) {
+  CliProject project;
+  project.Write("src/b.c", "#include \"a.h\"\nint main(void) { return missing; }\n");
+  const auto failed = project.Run({"build"});
+  EXPECT_EQ(failed.code, 1) << failed.out << failed.err;
+  EXPECT_TRUE(Has(failed.out, "src/b.c:2:25: error: ")) << failed.out;
+  EXPECT_TRUE(Has(failed.out, "Failed: 1 error, 1 of 4 files built (")) << failed.out;
+  EXPECT_FALSE(Has(failed.out, "src/c.c")) << failed.out;
+  EXPECT_TRUE(Has(project.Run({"log"}).out, "src/b.c:2:25: error: "));
+  EXPECT_TRUE(Has(project.Run({"log", "--xml"}).out, "<?xml version=\"1.0\""));
+
+  project.Write("src/b.c", "#include \"a.h\"\nint main(void) { return a() - 1; }\n");
+  const auto fixed = project.Run({"build"});
+  EXPECT_EQ(fixed.code, 0);
+  EXPECT_FALSE(Has(fixed.out, "src/a.c")) << fixed.out;
+  EXPECT_EQ(Steps(fixed.out).size(), 3u) << fixed.out;
+}
+
+TEST(Cli, QuietAndJsonSayOnlyWhatIsTheirs) {
+  CliProject project;
+  project.Write("src/c.c", "int c(void) { int unused; return 3; }\n");
+  const auto quiet = project.Run({"build", "-q"});
+  EXPECT_EQ(quiet.code, 0);
+  EXPECT_TRUE(quiet.out.starts_with("src/c.c: In function 'c':\nsrc/c.c:1:19: warning: "))
+      << quiet.out;
+  EXPECT_FALSE(Has(quiet.out, "Built"));
+  EXPECT_EQ(project.Run({"build", "-q"}).out, "");
+  project.Touch("src/c.c");
+  const auto json = project.Run({"build", "--json"});
+  for (const char* part : {"\"result\": \"succeeded\"", "\"toolsRun\": 2", "\"kind\": \"warning\"",
+                           "\"line\": 1", "\"warnings\": 1"}) {
+    EXPECT_TRUE(Has(json.out, part)) << part << json.out;
+  }
+  EXPECT_TRUE(json.out.starts_with("{") && json.out.ends_with("}\n")) << json.out;
+}
+
+TEST(Cli, RebuildRunsEverythingAndCleanTakesItAway) {
+  CliProject project;
+  ASSERT_EQ(project.Run({"build"}).code, 0);
+  ASSERT_TRUE(project.Exists("demo.tstate"));
+  const auto rebuilt = project.Run({"rebuild", "--verbose"});
+  EXPECT_EQ(rebuilt.code, 0);
+  EXPECT_EQ(Steps(rebuilt.out).size(), 4u) << rebuilt.out;
+  EXPECT_TRUE(Has(rebuilt.out, "gcc -c")) << rebuilt.out;
+  const auto cleaned = project.Run({"clean"});
+  EXPECT_EQ(cleaned.code, 0) << cleaned.out << cleaned.err;
+  for (const auto& [path, time] : OutputTimes(project)) EXPECT_FALSE(path.ends_with(".o")) << path;
+  EXPECT_FALSE(project.Exists("demo.tstate"));
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "Built 4 files"));
+}
+
+TEST(Cli, ADamagedStateCostsARebuildAndNothingElse) {
+  CliProject project;
+  ASSERT_EQ(project.Run({"build"}).code, 0);
+  const std::string good = project.Read("demo.tstate");
+  ASSERT_GT(good.size(), 200u);
+  std::string flipped = good;
+  flipped[good.size() / 2] = static_cast<char>(flipped[good.size() / 2] ^ 4);
+  std::string foreign = good;
+  foreign.replace(foreign.find("demo.tprj"), 9, "else.tprj");
+  const struct {
+    const char* name;
+    std::string bytes;
+    const char* said;
+  } cases[] = {
+      {"cut", good.substr(0, good.size() - 7), "is damaged"},
+      {"empty", "", "is damaged"},
+      {"one bit", flipped, "is damaged"},
+      {"other project", foreign, "belongs to another project"},
+      {"later version", "tarn-state 2 0 x demo.tprj\n", "another version"},
+      {"noise", std::string("\0\xff<a>\n\n", 8), "is damaged"},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.name);
+    project.Write("demo.tstate", each.bytes);
+    EXPECT_TRUE(Has(project.Run({"status"}).err, each.said));
+    const auto build = project.Run({"build"});
+    EXPECT_EQ(build.code, 0) << build.err;
+    EXPECT_TRUE(Has(build.out, "Built 4 files")) << build.out;
+    EXPECT_TRUE(Has(project.Run({"build"}).out, "Nothing to do"));
+  }
+}
+
+TEST(Cli, WhatCanNotBeOpenedIsThreeAndWhatIsUnclearIsTwo) {
+  CliProject project;
+  EXPECT_EQ(project.Run({"build", "gone"}).code, 3);
+  EXPECT_EQ(project.Run({"build", "src"}).code, 3);
+  project.Write("broken.tprj", "\r\n<Project><Application Extern=\".\\no.tapp\" /></Project>");
+  const auto broken = project.Run({"build", "broken.tprj"});
+  EXPECT_EQ(broken.code, 3) << broken.out;
+  EXPECT_TRUE(Has(broken.err, "no.tapp")) << broken.err;
+  const auto unclear = project.Run({"build"});
+  EXPECT_EQ(unclear.code, 2);
+  EXPECT_TRUE(Has(unclear.err, "broken.tprj") && Has(unclear.err, "demo.tprj")) << unclear.err;
+  EXPECT_EQ(project.Run({"build", "demo.tprj", "--app", "ap"}).code, 2);
+  EXPECT_EQ(project.Run({"build", "demo.tprj", "--app", "APP"}).code, 0);
+}
+
+TEST(Cli, AMissingCompilerIsFourAndNamed) {
+  CliProject project;
+  project.environment.back().second = project.PathOf("nothing");
+  const auto build = project.Run({"build"});
+  EXPECT_EQ(build.code, 4) << build.out << build.err;
+  EXPECT_TRUE(Has(build.err, "The program gcc isn't on this machine.")) << build.err;
+}
+
+TEST(Cli, TreeShowsApplicationsGroupsAndFiles) {
+  CliProject project;
+  EXPECT_EQ(project.Run({"tree"}).out,
+            "Project 'demo'  demo.tprj\n"
+            "  app  [Standard]  (active)  app.tapp\n"
+            "    Sources\n"
+            "      a.c  src/a.c\n"
+            "      b.c  src/b.c\n"
+            "      c.c  src/c.c\n");
+  EXPECT_TRUE(Has(project.Run({"tree", "--json"}).out, "\"label\": \"b.c\""));
+}
+
+TEST(Cli, ANewProjectBuilds) {
+  CliProject project;
+  const auto made = project.Run({"new", "fresh/first", "--compiler", "host-gcc"});
+  ASSERT_EQ(made.code, 0) << made.out << made.err;
+  EXPECT_TRUE(project.Exists("fresh/first/first.tprj"));
+  const auto build = project.Run({"build", "fresh/first"});
+  EXPECT_EQ(build.code, 0) << build.out << build.err;
+  EXPECT_TRUE(Has(build.out, "fresh/first/src/main.c")) << build.out;
+  EXPECT_EQ(project.Run({"new", "fresh/first"}).code, 2);
+  EXPECT_EQ(project.Run({"new", "a*b"}).code, 2);
+}
+
+}  // namespace
+}  // namespace tarn::host

@@ -1,0 +1,81 @@
+#include "hosts/cli/CommandLine.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <vector>
+
+namespace tarn::host {
+namespace {
+
+struct Answer {
+  ParsedCommandLine parsed;
+  std::string out, err;
+};
+
+Answer Parse(std::vector<const char*> words) {
+  words.insert(words.begin(), "tarn");
+  Answer run;
+  ::testing::internal::CaptureStdout();
+  ::testing::internal::CaptureStderr();
+  run.parsed = ParseCommandLine(static_cast<int>(words.size()), words.data());
+  run.out = ::testing::internal::GetCapturedStdout();
+  run.err = ::testing::internal::GetCapturedStderr();
+  return run;
+}
+
+TEST(CommandLine, ReadsCommandsWithTheirOptionsInAnyOrder) {
+  const Answer build = Parse({"build", "--config", "Release", "demo", "-v", "--app=blinky"});
+  ASSERT_TRUE(build.parsed.invocation) << build.err;
+  const Invocation& asked = *build.parsed.invocation;
+  EXPECT_EQ(asked.command, "build");
+  EXPECT_EQ(asked.project + "," + asked.configuration + "," + asked.application,
+            "demo,Release,blinky");
+  EXPECT_TRUE(asked.verbose);
+
+  const Answer set = Parse({"options", "set", "Build.X", "-O2", "p.tprj", "--node", "src/a.c"});
+  EXPECT_FALSE(set.parsed.invocation);  // a value that looks like a switch needs "--"
+  const Answer safe =
+      Parse({"options", "set", "--node", "src/a.c", "--", "Build.X", "-O2", "p.tprj"});
+  ASSERT_TRUE(safe.parsed.invocation) << safe.err;
+  EXPECT_EQ(safe.parsed.invocation->command, "options set");
+  EXPECT_EQ(safe.parsed.invocation->key + "," + safe.parsed.invocation->value + "," +
+                safe.parsed.invocation->project + "," + safe.parsed.invocation->node,
+            "Build.X,-O2,p.tprj,src/a.c");
+}
+
+TEST(CommandLine, WrongUseIsTwoAndSaysWhatToDo) {
+  const struct {
+    std::vector<const char*> words;
+    const char* said;
+  } cases[] = {
+      {{"biuld"}, "There is no command \"biuld\". Did you mean \"build\"?"},
+      {{"--json", "biuld"}, "There is no command \"biuld\""},
+      {{"options", "gte", "X.Y"},
+       "There is no command \"options gte\". Did you mean \"get\" or \"set\"?"},
+      {{"options"}, "`tarn options --help` tells how it is used."},
+      {{"build", "--colour"}, "`tarn build --help` tells how it is used."},
+      {{"options", "get"}, "`tarn options get --help` tells how it is used."},
+      {{}, "Usage: tarn"},
+  };
+  for (const auto& each : cases) {
+    const Answer run = Parse(each.words);
+    EXPECT_FALSE(run.parsed.invocation);
+    EXPECT_EQ(run.parsed.exitCode, kExitUsage) << each.said;
+    EXPECT_NE(run.err.find(each.said), std::string::npos) << run.err;
+    EXPECT_EQ(run.out, "");
+  }
+}
+
+TEST(CommandLine, HelpAndVersionGoToTheOutput) {
+  for (const auto& words : {std::vector<const char*>{"--help"}, {"build", "-h"}, {"--version"}}) {
+    const Answer run = Parse(words);
+    EXPECT_FALSE(run.parsed.invocation);
+    EXPECT_EQ(run.parsed.exitCode, kExitDone);
+    EXPECT_NE(run.out, "");
+    EXPECT_EQ(run.err, "");
+  }
+}
+
+}  // namespace
+}  // namespace tarn::host

@@ -1,0 +1,57 @@
+#include "hosts/frame/MainFrame.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace tarn::host {
+namespace {
+
+std::intptr_t Send(const MainFrame& frame, std::uint32_t number, const char* first,
+                   const char* second = nullptr) {
+  return SendWindowMessage(frame.GetHandle(), number, reinterpret_cast<std::intptr_t>(first),
+                           reinterpret_cast<std::intptr_t>(second));
+}
+
+TEST(MainFrame, WhatNobodyAnswersIsNeverRefused) {
+  const MainFrame frame;
+  for (const std::uint32_t number : {0x8016u, 0x800Cu, 0x9999u}) {
+    EXPECT_EQ(SendWindowMessage(frame.GetHandle(), number, 0, 0), 1) << number;
+  }
+}
+
+TEST(MainFrame, TextsAreCopiesAndNumbersAreLeftAlone) {
+  MainFrame frame;
+  HostEvent seen;
+  for (const std::uint32_t number : {0x8010u, 0x8008u}) {
+    frame.Answer(number, [&seen](const HostEvent& event) {
+      seen = event;
+      return std::intptr_t{7};
+    });
+  }
+  char path[] = "/p/app.tapp";
+  EXPECT_EQ(Send(frame, 0x8010, path, "Debug"), 7);
+  path[0] = '?';
+  EXPECT_EQ(seen.text, "/p/app.tapp");
+  EXPECT_EQ(seen.detail, "Debug");
+  SendWindowMessage(frame.GetHandle(), 0x8008, reinterpret_cast<std::intptr_t>(path), -12);
+  EXPECT_EQ(seen.lParam, -12);
+  EXPECT_EQ(seen.detail, "");
+  EXPECT_EQ(Send(frame, 0x8010, nullptr, nullptr), 7);
+  EXPECT_EQ(seen.text, "");
+}
+
+TEST(MainFrame, AHandlerMayTakeItselfAwayAndMayFail) {
+  MainFrame frame;
+  frame.Answer(0x8016, [&frame](const HostEvent&) {
+    frame.Answer(0x8016, {});
+    return std::intptr_t{0};
+  });
+  EXPECT_EQ(Send(frame, 0x8016, ""), 0);
+  EXPECT_EQ(Send(frame, 0x8016, ""), 1);
+  frame.Answer(0x8016, [](const HostEvent&) -> std::intptr_t { throw std::runtime_error("no"); });
+  EXPECT_EQ(Send(frame, 0x8016, ""), 1);
+}
+
+}  // namespace
+}  // namespace tarn::host

@@ -1,0 +1,69 @@
+#include "hosts/frame/ProjectTemplate.h"
+
+#include <gtest/gtest.h>
+
+#include "support/MemoryFileSystem.h"
+
+namespace tarn::host {
+namespace {
+
+TEST(ProjectTemplate, WritesTheFormThatTheSystemSaves) {
+  testing::MemoryFileSystem files;
+  const auto written = WriteNewProject(files, {"/w/demo", "demo", "C"});
+  ASSERT_TRUE(written);
+  EXPECT_EQ(*written, (std::vector<std::string>{"/w/demo/demo.tprj", "/w/demo/demo.tapp",
+                                                "/w/demo/src/main.c"}));
+  EXPECT_EQ(files.BytesOf("/w/demo/demo.tprj"),
+            "\r\n<Project Header=\"Project 'demo'\" Path=\".\\demo.tprj\" Project=\"Yes\" "
+            "ActiveApp=\"demo\" sate=\"32\" >"
+            "\r\n\t<Application Header=\"demo\" Extern=\".\\demo.tapp\" Path=\".\\demo.tapp\" />"
+            "\r\n</Project>");
+  EXPECT_EQ(files.BytesOf("/w/demo/demo.tapp"),
+            "\r\n<Application Header=\"demo\" Extern=\".\\demo.tapp\" Path=\".\\demo.tapp\" "
+            "sate=\"32\" >"
+            "\r\n\t<Group Header=\"Sources\" sate=\"32\" >"
+            "\r\n\t\t<C Header=\"main.c\" Path=\".\\src\\main.c\" />"
+            "\r\n\t</Group>"
+            "\r\n</Application>");
+}
+
+TEST(ProjectTemplate, NeverOverwrites) {
+  testing::MemoryFileSystem files;
+  files.AddFile("/w/demo/src/main.c", "mine");
+  files.AddFile("/w/demo/demo.tapp", "old");
+  const auto refused = WriteNewProject(files, {"/w/demo", "demo", "C"});
+  ASSERT_FALSE(refused);
+  EXPECT_EQ(refused.GetError().place, "/w/demo/demo.tapp");
+  EXPECT_EQ(files.BytesOf("/w/demo/demo.tapp"), "old");
+  files.Erase("/w/demo/demo.tapp");
+  ASSERT_TRUE(WriteNewProject(files, {"/w/demo", "demo", "C"}));
+  EXPECT_EQ(files.BytesOf("/w/demo/src/main.c"), "mine");
+}
+
+TEST(ProjectTemplate, AFailureLeavesNoProjectFile) {
+  testing::MemoryFileSystem files;
+  files.FailOn("write", "/w/demo/demo.tapp", ErrorCode::NoSpace);
+  EXPECT_FALSE(WriteNewProject(files, {"/w/demo", "demo", "C"}));
+  EXPECT_FALSE(files.BytesOf("/w/demo/demo.tprj"));
+}
+
+TEST(ProjectTemplate, NamesThatAreNoFileNamesAreRefused) {
+  for (const char* name : {"", ".", "..", "a/b", "a\\b", "a\"b", "a\nb", "a|b"}) {
+    EXPECT_NE(CheckProjectName(name), "") << name;
+  }
+  for (const char* name : {"demo", "my demo", "d\xc3\xa9mo", "demo.v2"}) {
+    EXPECT_EQ(CheckProjectName(name), "") << name;
+  }
+}
+
+TEST(ProjectTemplate, TheLastTypeThatClaimsAnExtensionIsTaken) {
+  testing::MemoryFileSystem files;
+  files.AddFile("/c/t.config",
+                "<x><Types><Text Extension=\"txt;c\" /><C Extension=\"h;C\" /><D/></Types></x>");
+  EXPECT_EQ(FindSourceType(files, "/c/t.config", "c", "F"), "C");
+  EXPECT_EQ(FindSourceType(files, "/c/t.config", "zig", "F"), "F");
+  EXPECT_EQ(FindSourceType(files, "/c/none", "c", "F"), "F");
+}
+
+}  // namespace
+}  // namespace tarn::host
