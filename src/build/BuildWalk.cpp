@@ -16,15 +16,16 @@ constexpr std::size_t kMaxNodesAhead = 512;
 // Gathers paths that are not known yet, each once.
 class PathGatherer {
  public:
-  PathGatherer(const FileTimes& fileTimes, std::vector<std::string>& gatheredPaths)
-      : times(fileTimes), paths(gatheredPaths) {}
+  PathGatherer(const NodeTypes& nodeTypes, const FileTimes& fileTimes,
+               std::vector<std::string>& gatheredPaths)
+      : types(nodeTypes), times(fileTimes), paths(gatheredPaths) {}
 
   void Add(const char* path) {
     if (!times.Knows(path) && seen.insert(path).second) paths.emplace_back(path);
   }
   void AddNode(const CXmlNode& node) {
     found.clear();
-    Staleness::CollectFiles(node, found);
+    Staleness::CollectFiles(types, node, found);
     for (const char* path : found) Add(path);
   }
   // Nodes of the subtree, at most `limit` of them; gives how many.
@@ -40,6 +41,7 @@ class PathGatherer {
   }
 
  private:
+  const NodeTypes& types;
   const FileTimes& times;
   std::vector<std::string>& paths;
   std::unordered_set<std::string_view> seen;
@@ -203,7 +205,7 @@ bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
 // over an up-to-date tree changes threads once in hundreds of nodes.
 bool BuildWalk::NeedsTimes(const Frame& frame, WalkRequest& request) {
   if (!asksForTimes) return false;
-  PathGatherer gatherer(model.fileTimes, request.paths);
+  PathGatherer gatherer(model.types, model.fileTimes, request.paths);
   const bool judgesSubtree = !frame.childrenGood || frame.goodEpoch != model.fileTimes.GetEpoch();
   if (judgesSubtree) {
     gatherer.AddSubtree(*frame.node, SIZE_MAX);

@@ -33,7 +33,9 @@ std::int32_t CProjectModel::GetBuildState() {
   return buildState;
 }
 
-bool CProjectModel::IsInWorkerStep() const { return IsWorkerAlive() && worker->isInStep; }
+bool CProjectModel::IsInWorkerStep() const {
+  return IsWorkerAlive() && worker->isInStep;
+}
 
 void CProjectModel::ServeWorker() {
   if (IsWorkerAlive() && !worker->isInStep) loop->ServeWaiting();

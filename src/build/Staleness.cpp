@@ -89,14 +89,19 @@ StaleVerdict Staleness::ExamineDependencies(const CXmlNode& node, std::int64_t o
   return {};
 }
 
-void Staleness::CollectFiles(const CXmlNode& node, std::vector<const char*>& paths) {
-  for (const char* name : {"OutputFile", "Path"}) {
-    const char* path = node.GetAttrValue(name);
-    if (!IsBlankAttr(path)) paths.push_back(path);
-  }
+void Staleness::CollectFiles(const NodeTypes& types, const CXmlNode& node,
+                             std::vector<const char*>& paths) {
+  const std::uint32_t flags = types.FlagsOf(node);
+  const char* outputFile = node.GetAttrValue("OutputFile");
+  const bool isJudged = (flags & kTypeBuild) != 0 && !IsBlankAttr(outputFile) &&
+                        node.NameView() != "Group" && LastBuiltOf(node) != 0;
+  if (!isJudged) return;
+  paths.push_back(outputFile);
+  if ((flags & kTypeApplication) != 0) return;
+  const char* path = node.GetAttrValue("Path");
+  if (!IsBlankAttr(path)) paths.push_back(path);
   const CXmlNode* dependencies = DependenciesOf(node);
-  if (dependencies == nullptr) return;
-  for (int i = 0; i < dependencies->GetChildCount(); ++i) {
+  for (int i = 0; dependencies != nullptr && i < dependencies->GetChildCount(); ++i) {
     const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
     if (!IsBlankAttr(file)) paths.push_back(file);
   }

@@ -45,8 +45,9 @@ class Staleness {
   // The rules of the node itself.
   StaleVerdict Examine(const CXmlNode& node);
 
-  // The files that Examine would look at, apart from those that an application is made of.
-  static void CollectFiles(const CXmlNode& node, std::vector<const char*>& paths);
+  // The files that IsUpToDateAlone may look at, apart from those that an application is made of.
+  static void CollectFiles(const NodeTypes& types, const CXmlNode& node,
+                           std::vector<const char*>& paths);
 
  private:
   StaleVerdict ExamineParts(const CXmlNode& application, std::int64_t outputTime);

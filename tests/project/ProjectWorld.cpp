@@ -1,0 +1,106 @@
+#include "project/ProjectWorld.h"
+
+#include "output/MessageTable.h"
+#include "platform/text/Text.h"
+#include "project/TreeSearch.h"
+
+namespace tarn::test {
+
+namespace {
+
+// Types as a real configuration has them, and one of each special kind.
+constexpr const char* kTypes =
+    "<Types>"
+    "<Project Project='Yes' Path='Yes' Build='Yes' />"
+    "<Application Application='Yes' Extern='Yes' Path='Yes' Build='Yes' Debug='Yes' "
+    "Extension='tapp' Header='Application' />"
+    "<AutoApp Application='Yes' Extern='Yes' Path='Yes' Build='Yes' AutoDebug='Yes' />"
+    "<Group Build='Yes' InBuild='Yes' />"
+    "<C Path='Yes' Build='Yes' InBuild='Yes' IsLeaf='Yes' Extension='c' />"
+    "<Header Path='Yes' InBuild='Yes' IsLeaf='Yes' Extension='h;hpp' />"
+    "</Types>";
+
+}  // namespace
+
+ProjectWorld::ProjectWorld() {
+  disk.AddFolder("/p");
+  components.RegisterWith(classes);
+  propertyManager.CreateDispatch(classes, CPropertyManagerDriver::kProgId);
+  toolManager.CreateDispatch(classes, CToolManagerDriver::kProgId);
+  output.Initialise("", host.Handle());
+  output.SetLogFile("/tmp/log.xml");
+  for (int row = 0; row < kMessageCount; ++row) {
+    SetMessageText(
+        row, row == kRowProjectWord ? "Tarn Project" : "row " + std::to_string(row) + " %s %s %s");
+  }
+  model = std::make_unique<CProjectModel>(disk);
+  model->output = &output;
+  model->propertyManager = &propertyManager;
+  model->toolManager = &toolManager;
+  model->mainframeHandle = host.Handle();
+  model->configFilePath = "/app/config/projectmanager.config";
+  model->configFolder = "/app/config/";
+  model->examplesFolder = "/app/examples/";
+  model->dataPath = "/data";
+  CXmlNode types;
+  types.Load(kTypes, g_xmlParseInfo);
+  for (int i = 0; i < types.GetChildCount(); ++i) model->types.Add(*types.GetChild(i));
+}
+
+void ProjectWorld::AddFile(const std::string& path, std::string_view text) {
+  disk.AddFile(path, ReplaceAll(text, "\n", "\r\n"));
+}
+
+std::string ProjectWorld::FileText(const std::string& path) const {
+  const std::optional<std::string> bytes = disk.BytesOf(path);
+  return bytes ? ReplaceAll(*bytes, "\r\n", "\n") : "(none)";
+}
+
+void ProjectWorld::AddDemo(std::string_view content) {
+  AddFile("/p/demo.tprj",
+          "\n<Project Header=\"Tarn Project 'demo'\" Path=\".\\demo.tprj\" Project=\"Yes\" "
+          "ActiveApp=\"demo\" >\n\t<Application Header=\"demo\" Extern=\".\\demo.tapp\" "
+          "Path=\".\\demo.tapp\" />\n</Project>");
+  AddFile("/p/demo.tapp",
+          "\n<Application Header=\"demo\" Extern=\".\\demo.tapp\" Path=\".\\demo.tapp\" >" +
+              std::string(content) + "</Application>");
+}
+
+CXmlNode* ProjectWorld::Application(int index) {
+  return model->GetProjectRoot().GetChild(index);
+}
+
+CXmlNode* ProjectWorld::Node(const char* header) {
+  CXmlNode* found = nullptr;
+  FindTreeNode(header, "Header", &model->GetProjectRoot(), found);
+  return found;
+}
+
+std::string ProjectWorld::LogText() const {
+  std::string text;
+  const CXmlNode& root = output.GetRoot();
+  for (int i = 0; i < root.GetChildCount(); ++i) {
+    text += std::string(Trim(root.GetChild(i)->ValueText())) + "\n";
+  }
+  return text;
+}
+
+std::string ProjectWorld::Show(const CXmlNode& node,
+                               std::initializer_list<const char*> attributes) {
+  std::string text = node.GetName();
+  std::string list;
+  for (const char* name : attributes) {
+    const char* value = node.GetAttrValue(name);
+    if (value != nullptr) list += (list.empty() ? "" : " ") + std::string(name) + "=" + value;
+  }
+  if (!list.empty()) text += "(" + list + ")";
+  std::string children;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    const CXmlNode& child = *node.GetChild(i);
+    if (!IsContentNode(child)) continue;
+    children += (children.empty() ? "" : " ") + Show(child, attributes);
+  }
+  return children.empty() ? text : text + "[" + children + "]";
+}
+
+}  // namespace tarn::test
