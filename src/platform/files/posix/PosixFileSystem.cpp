@@ -131,6 +131,54 @@ Status PosixFileSystem::WriteWholeFile(const std::string& path, std::string_view
   return posix::ReplaceFile(*target, bytes, posix::Durability::Flushed);
 }
 
+Status PosixFileSystem::WriteTail(const std::string& path, std::uint64_t expectedSize,
+                                  std::uint64_t offset, std::string_view bytes) {
+  const Result<FileStatus> written =
+      WriteInPlace(path, {0, expectedSize}, TimeMatters::No, offset, bytes);
+  if (!written) return written.GetError();
+  return {};
+}
+
+Result<FileStatus> PosixFileSystem::ContinueFile(const std::string& path,
+                                                 const FileStatus& expected, std::uint64_t offset,
+                                                 std::string_view bytes) {
+  return WriteInPlace(path, expected, TimeMatters::Yes, offset, bytes);
+}
+
+// One open file from the first look to the last, so that nothing slips in between them.
+Result<FileStatus> PosixFileSystem::WriteInPlace(const std::string& path,
+                                                 const FileStatus& expected, TimeMatters time,
+                                                 std::uint64_t offset, std::string_view bytes) {
+  const Result<int> opened = names.Try(
+      path, [](const char* name) { return open(name, O_WRONLY | O_CLOEXEC | O_NONBLOCK); });
+  if (!opened) return opened.GetError();
+  Descriptor file(*opened);
+  struct stat info {};
+  if (fstat(file.Get(), &info) != 0) return ErrorOf(errno, path);
+  if (!S_ISREG(info.st_mode)) return NotAFile(path);
+  if ((info.st_mode & 0222) == 0) {
+    return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", path);
+  }
+  const FileStatus found = StatusOf(info);
+  if (found.size != expected.size || offset > expected.size ||
+      (time == TimeMatters::Yes && found.modifiedSeconds != expected.modifiedSeconds)) {
+    return ErrorOf(ErrorCode::Changed, "the file has changed", path);
+  }
+  const std::uint64_t end = offset + bytes.size();
+  if (!posix::WriteAll(file.Get(), bytes, static_cast<off_t>(offset)) ||
+      (end < found.size && ftruncate(file.Get(), static_cast<off_t>(end)) != 0) ||
+      fstat(file.Get(), &info) != 0 || !file.Close()) {
+    return ErrorOf(errno, path);
+  }
+  return StatusOf(info);
+}
+
+Status PosixFileSystem::WriteScratchFile(const std::string& path, std::string_view bytes) {
+  const Result<std::string> target = names.LocateOrCreate(path);
+  if (!target) return target.GetError();
+  return posix::ReplaceFile(*target, bytes, posix::Durability::Scratch);
+}
+
 Status PosixFileSystem::RemoveFile(const std::string& path) {
   const Result<std::string> name = names.Locate(path);
   if (!name) return name.GetError();
