@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tarn::tools {
+
+// What a run that succeeded left: the output, what to show behind its node, and what it was made
+// from beside its sources. Paths are absolute.
+struct BuildRecord {
+  std::string output;
+  std::string infos;
+  std::int64_t date = 0;  // modification time of the output, seconds since 1970
+  std::vector<std::string> dependencies;
+};
+
+// The element `F` of the record, as build information texts hold it.
+std::string BuildRecordText(const BuildRecord& record);
+
+}  // namespace tarn::tools

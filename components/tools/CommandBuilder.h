@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "components/common/OptionValues.h"
+#include "components/tools/ToolDefinition.h"
+
+namespace tarn::tools {
+
+// What one run of a tool is about.
+struct ToolJob {
+  std::vector<std::string> files;  // absolute
+  const OptionValues* values = nullptr;
+  std::string baseFolder;           // absolute; what relative names in options are relative to
+  std::string environmentLauncher;  // used where a step allows a launcher and the options name none
+};
+
+// A step with everything filled in.
+struct ToolCommand {
+  const StepRule* rule = nullptr;
+  std::string program;
+  std::vector<std::string> arguments;
+  std::vector<std::pair<std::string, std::string>> environment;
+  std::string folder;        // absolute
+  std::size_t launched = 0;  // how many of the arguments belong to a launcher
+};
+
+// A whole run with everything filled in. Paths are absolute.
+struct ToolPlan {
+  std::string output;  // empty when the tool makes none
+  std::string listing;
+  std::string rules;
+  std::string sizeFile;
+  std::vector<std::string> products;
+  std::vector<std::string> depends;
+  std::vector<ToolCommand> commands;
+  std::vector<std::string> problems;  // why it must not run
+};
+
+ToolPlan MakePlan(const ToolDefinition& tool, const ToolJob& job);
+
+// The folder that relative names in the options of a node are relative to; `fallback` when the
+// values do not say.
+std::string BaseFolderOf(const OptionValues& values, const std::string& fallback);
+// `path` as this machine writes it, absolute against `folder`. An empty path stays empty.
+std::string AbsolutePath(const std::string& folder, std::string_view path);
+
+// The programs that a tool's steps start, as far as the definition names them without options.
+struct ToolProgram {
+  std::string name;
+  bool isOptional = false;
+};
+std::vector<ToolProgram> ProgramsOf(const ToolDefinition& tool);
+
+}  // namespace tarn::tools

@@ -1,0 +1,56 @@
+#include "components/tools/MessageFile.h"
+
+#include <array>
+
+#include "components/tools/XmlText.h"
+
+namespace tarn::tools {
+
+namespace {
+
+struct Look {
+  std::string_view icon;
+  std::string_view type;
+};
+
+// By Severity. A plain line has no type.
+constexpr std::array<Look, 4> kLooks{{{"0", ""}, {"2", "1"}, {"1", "2"}, {"5", "5"}}};
+
+std::string Attributes(const ToolMessage& message) {
+  const Look& look = kLooks[static_cast<std::size_t>(message.severity)];
+  const bool isReported =
+      message.severity == Severity::Error || message.severity == Severity::Warning;
+  std::string text;
+  // Only a line without an icon leads to its file when it is neither an error nor a warning.
+  const bool isPlainPlace = message.severity == Severity::Plain && !message.file.empty();
+  if (!isPlainPlace) text += XmlAttribute("Icon", look.icon);
+  if (isReported) {
+    text += XmlAttribute("ShowInReport", "yes");
+    text += XmlAttribute("Contain", message.content);
+  }
+  text += XmlAttribute("Description", message.text);
+  text += XmlPathAttribute("File", message.file);
+  return text + XmlAttribute("Line", message.line);
+}
+
+std::string Children(const ToolMessage& message) {
+  const Look& look = kLooks[static_cast<std::size_t>(message.severity)];
+  std::string text;
+  if (!look.type.empty()) text.append("<type>").append(look.type).append("</type>");
+  text += "<header>" + XmlContent(message.text) + "</header><link>";
+  const bool hasPlace = !message.file.empty() && !message.line.empty();
+  text += hasPlace ? "err://" + XmlContent(message.file) + ':' + message.line : "lnk://";
+  return text + "</link>";
+}
+
+}  // namespace
+
+std::string MessageFileText(const ToolMessages& messages) {
+  std::string text = "<Messages>\n";
+  for (const ToolMessage& message : messages) {
+    text += "<message" + Attributes(message) + ">" + Children(message) + "</message>\n";
+  }
+  return text + "</Messages>\n";
+}
+
+}  // namespace tarn::tools

@@ -1,0 +1,112 @@
+#include "components/tools/SizeReport.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/text/Text.h"
+
+namespace tarn::tools {
+
+namespace {
+
+using Sizes = std::map<std::string, std::uint64_t>;
+
+// The columns of a line, separated by blanks.
+std::vector<std::string_view> Columns(std::string_view line) {
+  std::vector<std::string_view> columns;
+  for (const std::string_view piece : Split(line, ' ')) {
+    if (!Trim(piece).empty()) columns.push_back(Trim(piece));
+  }
+  return columns;
+}
+
+bool ReadNumber(std::string_view text, std::uint64_t& number) {
+  const bool isDecimal =
+      !text.empty() && text.size() < 19 && text.find_first_not_of("0123456789") == text.npos;
+  if (isDecimal) number = static_cast<std::uint64_t>(ParseInt64(text).value_or(0));
+  return isDecimal;
+}
+
+Sizes ReadSections(std::string_view text) {
+  Sizes sizes;
+  for (const std::string_view line : Split(text, '\n')) {
+    const auto columns = Columns(line);
+    std::uint64_t size = 0;
+    if (columns.size() == 3 && ReadNumber(columns[1], size)) sizes[std::string(columns[0])] += size;
+  }
+  return sizes;
+}
+
+struct Memory {
+  std::string_view title;
+  std::string_view name;
+};
+constexpr std::array<Memory, 3> kMemories{
+    {{"PAGED EXT. RAM", "pram"}, {"EXTERNAL RAM", "xram"}, {"ROM/EPROM/FLASH", "flash"}}};
+
+// "0x10:|a|a|S| |": a cell with a letter or digit is taken, one with an S is left to the stack.
+void CountCells(std::string_view line, Sizes& sizes) {
+  for (const std::string_view cell : Split(line.substr(line.find(":|") + 2), '|')) {
+    if (cell.size() != 1 || cell[0] == ' ' || cell[0] == '.') continue;
+    ++sizes[cell[0] == 'S' ? "stack" : "iram"];
+  }
+}
+
+// "NAME  start  end  size  max", with start and end missing when nothing lies there.
+void ReadMemory(std::string_view line, Sizes& sizes) {
+  for (const Memory& memory : kMemories) {
+    if (line.substr(0, memory.title.size()) != memory.title) continue;
+    const auto columns = Columns(line.substr(memory.title.size()));
+    std::uint64_t size = 0;
+    if (columns.size() >= 2 && ReadNumber(columns[columns.size() - 2], size)) {
+      sizes[std::string(memory.name)] += size;
+    }
+  }
+}
+
+Sizes ReadSdccMap(std::string_view text) {
+  Sizes sizes;
+  for (const std::string_view line : Split(text, '\n')) {
+    if (line.substr(0, 2) == "0x" && line.find(":|") != line.npos) {
+      CountCells(line, sizes);
+    } else {
+      ReadMemory(Trim(line), sizes);
+    }
+  }
+  return sizes;
+}
+
+bool Matches(const std::string& name, const std::string& wanted) {
+  if (wanted.empty() || wanted.back() != '*') return name == wanted;
+  return name.compare(0, wanted.size() - 1, wanted, 0, wanted.size() - 1) == 0;
+}
+
+std::uint64_t Add(const Sizes& sizes, const std::vector<std::string>& sections) {
+  std::uint64_t sum = 0;
+  for (const auto& [name, size] : sizes) {
+    const auto isWanted = [&name = name](const std::string& each) { return Matches(name, each); };
+    if (std::any_of(sections.begin(), sections.end(), isWanted)) sum += size;
+  }
+  return sum;
+}
+
+}  // namespace
+
+Sizes ReadSizes(SizeFormat format, std::string_view text) {
+  if (format == SizeFormat::Sections) return ReadSections(text);
+  return format == SizeFormat::SdccMap ? ReadSdccMap(text) : Sizes();
+}
+
+std::string DescribeSizes(const Sizes& sizes, const std::vector<SizeSum>& sums) {
+  std::string text;
+  if (sizes.empty()) return text;
+  for (const SizeSum& sum : sums) {
+    const std::uint64_t size = Add(sizes, sum.sections);
+    if (size == 0 && sum.skipZero) continue;
+    if (!text.empty()) text += ", ";
+    text += sum.label + ' ' + std::to_string(size) + " B";
+  }
+  return text;
+}
+
+}  // namespace tarn::tools

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "components/tools/MessageScanner.h"
+#include "components/tools/ResponseFile.h"
+#include "components/tools/SizeReport.h"
+#include "components/tools/Template.h"
+
+// What a definition file says about one tool. Made once by DefinitionReader and never changed.
+namespace tarn::tools {
+
+// One condition of an `If`; all of them must hold.
+struct Condition {
+  enum class Test { Filled, Empty, Equal, Different };
+  Template value;
+  Test test = Test::Filled;
+  std::string expected;  // compared without regard to case
+};
+
+using Conditions = std::vector<Condition>;
+
+// One `Arg`: gives no, one or several arguments.
+struct ArgumentRule {
+  enum class Source { Once, Files, List };
+  Template value;
+  Source source = Source::Once;
+  Template list;         // for Source::List: a value with ";" between its entries
+  bool isPath = false;   // what macros give are paths
+  bool isWords = false;  // the text is split like a command line
+  Conditions conditions;
+};
+
+struct EnvironmentRule {
+  std::string name;
+  Template value;
+};
+
+// One `Step`: a program to run.
+struct StepRule {
+  Template program;
+  bool hasLauncher = false;
+  Template launcher;
+  Template folder;  // working folder; empty: the application's
+  std::vector<ArgumentRule> arguments;
+  std::vector<EnvironmentRule> environment;
+  ResponseStyle response = ResponseStyle::None;
+  std::size_t responseAbove = 0;  // bytes of arguments
+  bool isOptional = false;        // its failure is no failure of the tool
+  bool capturesSizes = false;     // its standard output is what `Size` reads
+  bool relativePaths = false;     // paths below the working folder are written relative to it
+  bool plainArguments = false;    // the program hands its arguments to a shell
+  Conditions conditions;
+};
+
+struct SizeRule {
+  SizeFormat format = SizeFormat::None;
+  Template file;  // empty: what a step captured
+  std::vector<SizeSum> sums;
+};
+
+struct ToolDefinition {
+  std::string name;
+  std::string title;
+  std::string hint;                     // how to get a missing program
+  std::vector<std::string> extensions;  // with dots, small letters
+  MessageRecogniser messages;
+  Template output;
+  Template listing;
+  Template rules;
+  std::vector<Template> products;  // further files, whose folders must be there
+  std::vector<Template> depends;   // further dependencies of the output
+  std::vector<StepRule> steps;
+  SizeRule size;
+};
+
+// A tool that is nothing but a program, which gets the files as its arguments.
+ToolDefinition DefinitionOfProgram(std::string_view path);
+
+}  // namespace tarn::tools

@@ -1,0 +1,200 @@
+#include "components/tools/ToolManager.h"
+
+#include <cstdlib>
+
+#include "components/tools/DefinitionReader.h"
+#include "components/tools/FileList.h"
+#include "components/tools/MessageFile.h"
+#include "components/tools/ToolRun.h"
+#include "components/tools/XmlText.h"
+#include "platform/paths/Paths.h"
+
+namespace tarn::tools {
+
+namespace {
+
+// A job together with the values that it points to.
+struct OwnedJob {
+  OptionValues values;
+  ToolJob job;
+
+  OwnedJob(const ToolWorld& world, const char* files, const char* options)
+      : values(OptionValues::FromText(TextOf(options))) {
+    job.values = &values;
+    job.baseFolder = BaseFolderOf(values, world.files->CurrentFolder());
+    job.environmentLauncher = world.environment("TARN_LAUNCHER");
+    for (const std::string& file : SplitFileList(TextOf(files))) {
+      job.files.push_back(AbsolutePath(job.baseFolder, file));
+    }
+  }
+  OwnedJob(const OwnedJob&) = delete;
+  OwnedJob& operator=(const OwnedJob&) = delete;
+};
+
+std::string StartText(const std::string& tool, const char* files, const ToolPlan& plan) {
+  std::vector<std::string> words;
+  if (!plan.commands.empty()) {
+    const ToolCommand& first = plan.commands.front();
+    words = first.arguments;
+    words.insert(words.begin(), first.program);
+  }
+  return "<Tool" + XmlAttribute("Name", tool) + XmlAttribute("Files", TextOf(files)) +
+         XmlPathAttribute("Output", plan.output) + XmlAttribute("Command", JoinWords(words)) + "/>";
+}
+
+std::string CommandElement(const ToolCommand& command) {
+  std::string text = "<Command" + XmlPathAttribute("Program", command.program) +
+                     XmlPathAttribute("Folder", command.folder) + ">";
+  for (const std::string& argument : command.arguments) {
+    text += "<A" + XmlPathAttribute("V", argument) + "/>";
+  }
+  return text + "</Command>";
+}
+
+}  // namespace
+
+ToolWorld ToolWorld::Native() {
+  return {&ProcessLauncher::Native(), &FileSystem::Native(), FindProgram, [](const char* name) {
+            const char* value = std::getenv(name);
+            return TextOf(value);
+          }};
+}
+
+const DispatchTable<ToolManager>& ToolManager::Table() {
+  static const DispatchTable<ToolManager> table({
+      Method<&ToolManager::RunTool>("RunTool", 2, {"tool", "files", "options", "messageFile"}),
+      Method<&ToolManager::InitTools>("InitTools", 3, {"applicationPath", "dataPath", "frame"}),
+      Method<&ToolManager::GetToolsForExtension>("GetToolsForExtension", 9, {"extension"}),
+      Method<&ToolManager::GetCommandLines>("GetCommandLines", 100, {"tool", "files", "options"}),
+      Method<&ToolManager::TakeBuildInformation>("TakeBuildInformation", 101, {}),
+      Method<&ToolManager::StopTools>("StopTools", 102, {}),
+      Method<&ToolManager::ResumeTools>("ResumeTools", 103, {}),
+      Method<&ToolManager::MissingProgram>("MissingProgram", 104, {"tool"}),
+      Method<&ToolManager::ListTools>("ListTools", 105, {}),
+      Method<&ToolManager::GetDefinitionErrors>("GetDefinitionErrors", 106, {}),
+  });
+  return table;
+}
+
+std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
+                                    std::int32_t frameWindow) {
+  const std::string config = JoinPath(ToNativeSeparators(TextOf(applicationPath)), "config");
+  std::shared_ptr<const ToolSet> read =
+      ToolSet::FromFolder(*world.files, JoinPath(config, "tools"));
+  const std::lock_guard guard(lock);
+  tools = std::move(read);
+  frame = frameWindow;
+  return 1;
+}
+
+std::int32_t ToolManager::RunTool(const char* tool, const char* files, const char* options,
+                                  const char* messageFile) {
+  ToolMessages messages;
+  const bool isDone = Execute(TextOf(tool), files, options, messages);
+  const std::string text = MessageFileText(messages);
+  // Messages that can't be kept don't undo what the tool made.
+  if (messageFile != nullptr && *messageFile != '\0') {
+    static_cast<void>(world.files->WriteWholeFile(messageFile, text));
+  }
+  TellFrame(kMsgToolEnded, text, isDone ? 1 : 0);
+  return isDone ? 1 : 0;
+}
+
+bool ToolManager::Execute(const std::string& toolName, const char* files, const char* options,
+                          ToolMessages& messages) {
+  const OwnedJob owned(world, files, options);
+  const auto definition = FindTool(toolName);
+  if (!definition) {
+    TellFrame(kMsgToolStarted, StartText(toolName, files, {}), 0);
+    MessageLog log;
+    log.AddError("there is no tool with the name " + toolName);
+    messages = log.Take();
+    return false;
+  }
+  ToolRun run(world, running, *definition, owned.job);
+  TellFrame(kMsgToolStarted, StartText(toolName, files, run.Plan()), 0);
+  const bool isDone = run.Run();
+  messages = run.TakeMessages();
+  if (isDone && run.Record()) {
+    const std::lock_guard guard(lock);
+    records += BuildRecordText(*run.Record());
+  }
+  return isDone;
+}
+
+void ToolManager::TellFrame(std::uint32_t message, const std::string& text, std::intptr_t lParam) {
+  WindowHandle window = 0;
+  {
+    const std::lock_guard guard(lock);
+    window = frame;
+  }
+  if (window == 0) return;
+  SendWindowMessage(window, message, reinterpret_cast<std::intptr_t>(text.c_str()), lParam);
+}
+
+std::shared_ptr<const ToolSet> ToolManager::Tools() {
+  const std::lock_guard guard(lock);
+  return tools;
+}
+
+std::shared_ptr<const ToolDefinition> ToolManager::FindTool(const std::string& name) {
+  const auto set = Tools();
+  if (const ToolDefinition* found = set->Find(name)) return {set, found};
+  const std::string path = ToNativeSeparators(name);
+  const bool isPath = path.find(kSeparator) != std::string::npos;
+  if (!isPath || world.findProgram(path).empty()) return nullptr;
+  return std::make_shared<ToolDefinition>(DefinitionOfProgram(path));
+}
+
+std::string ToolManager::GetToolsForExtension(const char* extension) {
+  return Tools()->ToolsForExtension(TextOf(extension));
+}
+
+std::string ToolManager::GetCommandLines(const char* tool, const char* files, const char* options) {
+  const auto definition = FindTool(TextOf(tool));
+  if (!definition) return "<Commands/>";
+  const OwnedJob owned(world, files, options);
+  std::string text = "<Commands>";
+  for (const ToolCommand& command : MakePlan(*definition, owned.job).commands) {
+    text += CommandElement(command);
+  }
+  return text + "</Commands>";
+}
+
+std::string ToolManager::TakeBuildInformation() {
+  std::string taken;
+  {
+    const std::lock_guard guard(lock);
+    taken.swap(records);
+  }
+  return taken.empty() ? taken : "<I>" + taken + "</I>";
+}
+
+void ToolManager::StopTools() {
+  running.Stop();
+}
+
+void ToolManager::ResumeTools() {
+  running.Resume();
+}
+
+std::string ToolManager::MissingProgram(const char* tool) {
+  const auto definition = FindTool(TextOf(tool));
+  if (!definition) return {};
+  for (const ToolProgram& program : ProgramsOf(*definition)) {
+    if (!program.isOptional && world.findProgram(program.name).empty()) return program.name;
+  }
+  return {};
+}
+
+std::string ToolManager::ListTools() {
+  return Tools()->ListText();
+}
+
+std::string ToolManager::GetDefinitionErrors() {
+  std::string lines;
+  for (const std::string& error : Tools()->Errors()) lines += error + '\n';
+  return lines;
+}
+
+}  // namespace tarn::tools

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "components/tools/RunningTools.h"
+#include "components/tools/ToolMessage.h"
+#include "components/tools/ToolSet.h"
+#include "components/tools/ToolWorld.h"
+#include "platform/automation/DispatchTable.h"
+#include "platform/windowing/MessageLoop.h"
+
+namespace tarn::tools {
+
+// Messages to the frame window that InitTools got. Sent from the thread that runs the tool, with no
+// lock held; the texts live only during the call.
+enum ToolFrameMessage : std::uint32_t {
+  kMsgToolStarted = 0x8F01,  // wParam text <Tool Name= Files= Output= Command= />, lParam 0
+  kMsgToolEnded = 0x8F02,    // wParam text <Messages>, lParam 1 for success, else 0
+};
+
+// The automation object TarnToolManager.ToolManager: finds tools in definition files and runs them.
+// All operations may be called from any thread; RunTool blocks until its tool has ended.
+class ToolManager : public DispatchObject<ToolManager> {
+ public:
+  explicit ToolManager(ToolWorld machine) : world(std::move(machine)) {}
+
+  static const DispatchTable<ToolManager>& Table();
+
+  // Reads the definitions in config/tools below the application path, in place of earlier ones.
+  // Tools that run go on with theirs. Always 1; GetDefinitionErrors tells what was wrong.
+  std::int32_t InitTools(const char* applicationPath, const char* dataPath, std::int32_t frame);
+  // 1 when the tool succeeded. `tool` is a name, or the path of a program. `files` is a list of
+  // quoted paths with commas between them, `options` the values text of the node. The messages go
+  // to `messageFile`, complete before the call returns; null: nowhere.
+  std::int32_t RunTool(const char* tool, const char* files, const char* options,
+                       const char* messageFile);
+  // An element with one child for each tool that serves the extension (with its dot).
+  std::string GetToolsForExtension(const char* extension);
+
+  // What RunTool would start, without starting it.
+  std::string GetCommandLines(const char* tool, const char* files, const char* options);
+  // The records of the runs that succeeded since the last call, as a text for SetBuildInfo; empty
+  // when there are none.
+  std::string TakeBuildInformation();
+  // Stops everything that runs; new runs fail until ResumeTools. Returns at once.
+  void StopTools();
+  void ResumeTools();
+  // The first program of the tool's steps that isn't there; empty when all are.
+  std::string MissingProgram(const char* tool);
+  std::string ListTools();
+  // One line for each thing that was wrong with the definitions.
+  std::string GetDefinitionErrors();
+
+ private:
+  std::shared_ptr<const ToolSet> Tools();
+  // The tool of that name; else, when a program lies at that path, a tool made from it. Null when
+  // there is neither. What it points to lives as long as the result.
+  std::shared_ptr<const ToolDefinition> FindTool(const std::string& name);
+  bool Execute(const std::string& toolName, const char* files, const char* options,
+               ToolMessages& messages);
+  void TellFrame(std::uint32_t message, const std::string& text, std::intptr_t lParam);
+
+  const ToolWorld world;
+  RunningTools running;
+
+  std::mutex lock;  // guards what follows; never held across a call out
+  std::shared_ptr<const ToolSet> tools = std::make_shared<ToolSet>();
+  WindowHandle frame = 0;
+  std::string records;
+};
+
+}  // namespace tarn::tools

@@ -1,0 +1,210 @@
+#include "components/tools/ToolRun.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "components/tools/FileList.h"
+#include "components/tools/RuleFile.h"
+#include "components/tools/ToolText.h"
+#include "platform/paths/Paths.h"
+
+namespace tarn::tools {
+
+namespace {
+
+constexpr std::size_t kMaxCaptured = 1 << 20;
+
+std::string CommandLine(const ToolCommand& command) {
+  std::vector<std::string> words{command.program};
+  words.insert(words.end(), command.arguments.begin(), command.arguments.end());
+  return CleanLine(JoinWords(words));
+}
+
+std::string Shortened(std::string line) {
+  if (line.size() > LineAssembler::kMaxLine) {
+    line.resize(LineAssembler::kMaxLine);
+    line += " ...";
+  }
+  return line;
+}
+
+}  // namespace
+
+ToolRun::ToolRun(const ToolWorld& machine, RunningTools& runningTools,
+                 const ToolDefinition& definition, const ToolJob& toolJob)
+    : world(machine),
+      running(runningTools),
+      tool(definition),
+      job(toolJob),
+      plan(MakePlan(definition, toolJob)) {}
+
+bool ToolRun::Run() {
+  if (!Prepare()) return false;
+  for (const ToolCommand& command : plan.commands) {
+    if (!RunCommand(command)) return false;
+  }
+  return CollectRecord();
+}
+
+// Folders for what the steps write, and no dependencies of an earlier run.
+bool ToolRun::Prepare() {
+  for (const std::string& problem : plan.problems) log.AddError(problem);
+  if (!plan.problems.empty()) return false;
+  std::vector<std::string> written{plan.output, plan.listing, plan.rules};
+  written.insert(written.end(), plan.products.begin(), plan.products.end());
+  for (const std::string& path : written) {
+    const std::string folder = FolderOf(path);
+    if (folder.empty() || world.files->IsFolder(folder)) continue;
+    const Status made = world.files->CreateFolders(folder);
+    if (!made) {
+      log.AddError("the folder " + folder + " can't be made: " + made.GetError().text);
+      return false;
+    }
+  }
+  if (!plan.rules.empty()) static_cast<void>(world.files->RemoveFile(plan.rules));
+  return true;
+}
+
+bool ToolRun::RunCommand(const ToolCommand& command) {
+  if (running.IsStopping()) return log.AddPlain("stopped"), false;
+  log.AddPlain(Shortened(CommandLine(command)));
+  ProcessRequest request{command.program, command.arguments, command.environment, command.folder};
+  std::string response;
+  if (!WriteResponseFile(command, request, response)) return false;
+  const bool isDone = RunProcess(command, request);
+  if (!response.empty()) static_cast<void>(world.files->RemoveFile(response));
+  return isDone;
+}
+
+// Names the file in `response` when there was need for one.
+bool ToolRun::WriteResponseFile(const ToolCommand& command, ProcessRequest& request,
+                                std::string& response) {
+  const StepRule& rule = *command.rule;
+  const bool isNeeded = rule.response != ResponseStyle::None && command.arguments.size() > 1 &&
+                        CommandLength(command.arguments) > rule.responseAbove;
+  if (!isNeeded || plan.output.empty()) return true;
+  const std::string file = plan.output + ".rsp";
+  // A launcher and the program behind it stay on the command line.
+  const auto first = command.arguments.begin() + static_cast<std::ptrdiff_t>(command.launched);
+  const std::string text = ResponseText(rule.response, {first, command.arguments.end()});
+  const Status written = world.files->WriteWholeFile(file, text);
+  if (!written) return Fail(command, file + ": " + written.GetError().text);
+  request.arguments.assign(command.arguments.begin(), first);
+  request.arguments.push_back("@" + file);
+  response = file;
+  return true;
+}
+
+bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& request) {
+  const std::size_t errorsBefore = log.ErrorCount();
+  auto started = world.launcher->Start(request);
+  if (!started) {
+    TellStartFailure(command, started.GetError());
+    return command.rule->isOptional;
+  }
+  ProcessExit exit;
+  {
+    const RunningTool entry(running, **started);
+    ReadOutput(command, **started, exit);
+  }
+  return Judge(command, exit, errorsBefore);
+}
+
+void ToolRun::ReadOutput(const ToolCommand& command, Process& process, ProcessExit& exit) {
+  LineAssembler lines[2];
+  const auto onLine = [&](std::string_view line) { AddLine(command, line); };
+  exit = process.WaitWithOutput([&](std::string_view text, bool fromErrorStream) {
+    if (command.rule->capturesSizes && !fromErrorStream) {
+      captured.append(text.substr(0, kMaxCaptured - std::min(kMaxCaptured, captured.size())));
+    } else {
+      lines[fromErrorStream ? 1 : 0].Add(text, onLine);
+    }
+  });
+  for (LineAssembler& each : lines) each.Finish(onLine);
+}
+
+void ToolRun::AddLine(const ToolCommand& command, std::string_view line) {
+  const std::string clean = CleanLine(line);
+  if (clean.empty()) return;
+  ToolMessage message = tool.messages.Recognise(clean, command.folder);
+  // What an optional step complains about must not look like a failure of the tool.
+  if (command.rule->isOptional) message.severity = Severity::Plain;
+  log.Add(std::move(message));
+}
+
+bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit, std::size_t errorsBefore) {
+  if (running.IsStopping()) return log.AddPlain("stopped"), false;
+  if (exit.code == 0 && !exit.signalled) return true;
+  const std::string reason = exit.signalled
+                                 ? "was ended by signal " + std::to_string(exit.code - 128)
+                                 : "ended with exit code " + std::to_string(exit.code);
+  // What the tool said itself is enough, unless it said nothing that the report would show.
+  if (log.ErrorCount() > errorsBefore && !exit.signalled) return false;
+  return Fail(command, reason);
+}
+
+bool ToolRun::Fail(const ToolCommand& command, const std::string& reason) {
+  const std::string text = command.program + " " + reason;
+  if (command.rule->isOptional) return log.AddPlain(text), true;
+  return log.AddError(text), false;
+}
+
+void ToolRun::TellStartFailure(const ToolCommand& command, const Error& error) {
+  std::string text = command.program;
+  if (error.code == ErrorCode::NotFound) {
+    text += " was not found";
+    if (!tool.hint.empty()) text += ". " + tool.hint;
+  } else {
+    text += " can't be started: " + error.text;
+  }
+  if (command.rule->isOptional) {
+    log.AddPlain(text);
+  } else {
+    log.AddError(text);
+  }
+}
+
+bool ToolRun::CollectRecord() {
+  if (plan.output.empty()) return true;
+  const auto status = world.files->Examine(plan.output);
+  if (!status) {
+    log.AddError(tool.name + " ended without an error, but left no file " + plan.output);
+    return false;
+  }
+  BuildRecord found;
+  found.output = plan.output;
+  found.date = status->modifiedSeconds;
+  found.infos = ReadInfos();
+  ReadDependencies(found);
+  record = std::move(found);
+  return true;
+}
+
+void ToolRun::ReadDependencies(BuildRecord& found) {
+  std::vector<std::string> names = plan.depends;
+  if (!plan.rules.empty()) {
+    const auto text = world.files->ReadWholeFile(plan.rules);
+    if (text) {
+      const std::string& folder = plan.commands.front().folder;
+      for (const std::string& name : ReadRuleFile(*text)) {
+        names.push_back(AbsolutePath(folder, name));
+      }
+    } else {
+      log.AddPlain("no dependencies were found in " + plan.rules);
+    }
+  }
+  std::unordered_set<std::string> seen(job.files.begin(), job.files.end());
+  for (std::string& name : names) {
+    if (seen.insert(name).second) found.dependencies.push_back(std::move(name));
+  }
+}
+
+std::string ToolRun::ReadInfos() {
+  const SizeRule& rule = tool.size;
+  if (rule.format == SizeFormat::None) return {};
+  if (plan.sizeFile.empty()) return DescribeSizes(ReadSizes(rule.format, captured), rule.sums);
+  const auto text = world.files->ReadWholeFile(plan.sizeFile);
+  return text ? DescribeSizes(ReadSizes(rule.format, *text), rule.sums) : std::string();
+}
+
+}  // namespace tarn::tools

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "components/tools/BuildRecord.h"
+#include "components/tools/CommandBuilder.h"
+#include "components/tools/MessageLog.h"
+#include "components/tools/RunningTools.h"
+#include "components/tools/ToolWorld.h"
+
+namespace tarn::tools {
+
+// One run of a tool, from its plan to its messages and its record. Belongs to the thread that runs
+// it; the borrowed parts outlive it.
+class ToolRun {
+ public:
+  ToolRun(const ToolWorld& machine, RunningTools& runningTools, const ToolDefinition& definition,
+          const ToolJob& toolJob);
+
+  const ToolPlan& Plan() const { return plan; }
+
+  // Runs the steps in order up to the first that fails, and takes in what they left. False when
+  // the tool failed; the messages then say why.
+  bool Run();
+
+  ToolMessages TakeMessages() { return log.Take(); }
+  // Only after a run that succeeded and left an output.
+  const std::optional<BuildRecord>& Record() const { return record; }
+
+ private:
+  bool Prepare();
+  bool RunCommand(const ToolCommand& command);
+  bool WriteResponseFile(const ToolCommand& command, ProcessRequest& request,
+                         std::string& response);
+  bool RunProcess(const ToolCommand& command, const ProcessRequest& request);
+  void ReadOutput(const ToolCommand& command, Process& process, ProcessExit& exit);
+  bool Judge(const ToolCommand& command, const ProcessExit& exit, std::size_t errorsBefore);
+  bool Fail(const ToolCommand& command, const std::string& reason);
+  void TellStartFailure(const ToolCommand& command, const Error& error);
+  bool CollectRecord();
+  void ReadDependencies(BuildRecord& found);
+  std::string ReadInfos();
+  void AddLine(const ToolCommand& command, std::string_view line);
+
+  const ToolWorld& world;
+  RunningTools& running;
+  const ToolDefinition& tool;
+  const ToolJob& job;
+  ToolPlan plan;
+  MessageLog log;
+  std::string captured;
+  std::optional<BuildRecord> record;
+};
+
+}  // namespace tarn::tools

@@ -1,0 +1,94 @@
+#include "components/tools/ToolSet.h"
+
+#include <algorithm>
+
+#include "components/tools/CommandBuilder.h"
+#include "components/tools/DefinitionReader.h"
+#include "components/tools/XmlText.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::tools {
+
+namespace {
+
+std::string ToolElement(const ToolDefinition& tool, std::string_view children) {
+  std::string text =
+      "<Tool" + XmlAttribute("Header", tool.name) + XmlAttribute("Title", tool.title);
+  return text.append(children.empty() ? "/>" : children);
+}
+
+}  // namespace
+
+std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::string& folder) {
+  auto set = std::make_unique<ToolSet>();
+  const auto entries = files.ListFolder(folder);
+  if (!entries) {
+    set->errors.push_back(folder + ": " + entries.GetError().text);
+    return set;
+  }
+  ReadDefinitions read;
+  for (const FolderEntry& entry : *entries) {
+    if (entry.isFolder || !EndsWithNoCase(entry.name, ".tools")) continue;
+    const auto text = files.ReadWholeFile(JoinPath(folder, entry.name));
+    if (text) {
+      ReadDefinitionFile(*text, entry.name, read);
+    } else {
+      read.errors.push_back(entry.name + ": " + text.GetError().text);
+    }
+  }
+  set->errors = std::move(read.errors);
+  for (auto& tool : read.tools) set->Take(std::move(tool));
+  set->PrepareLists();
+  return set;
+}
+
+void ToolSet::Take(std::unique_ptr<ToolDefinition> tool) {
+  const auto isSame = [&](const auto& other) { return EqualNoCase(other->name, tool->name); };
+  const auto same = std::find_if(tools.begin(), tools.end(), isSame);
+  if (same != tools.end()) {
+    errors.push_back(tool->name + ": is defined twice, the later one counts");
+    *same = std::move(tool);
+  } else {
+    tools.push_back(std::move(tool));
+  }
+}
+
+void ToolSet::PrepareLists() {
+  std::map<std::string, std::size_t> counts;
+  for (const auto& tool : tools) {
+    byName[FoldCase(tool->name)] = tool.get();
+    for (const std::string& extension : tool->extensions) {
+      if (counts[extension]++ < kMaxListed) listsByExtension[extension] += ToolElement(*tool, "");
+    }
+  }
+  for (auto& [extension, list] : listsByExtension) list = "<Tools>" + list + "</Tools>";
+}
+
+const ToolDefinition* ToolSet::Find(std::string_view name) const {
+  const auto found = byName.find(FoldCase(name));
+  return found == byName.end() ? nullptr : found->second;
+}
+
+std::string ToolSet::ToolsForExtension(std::string_view extension) const {
+  const auto found = listsByExtension.find(FoldCase(extension));
+  return found == listsByExtension.end() ? "<Tools/>" : found->second;
+}
+
+std::string ToolSet::ListText() const {
+  std::string text = "<Tools>";
+  for (const auto& tool : tools) {
+    std::string children;
+    for (const std::string& extension : tool->extensions) {
+      children += "<Extension" + XmlAttribute("Header", extension) + "/>";
+    }
+    for (const ToolProgram& program : ProgramsOf(*tool)) {
+      children += "<Program" + XmlAttribute("Header", program.name) +
+                  XmlAttribute("Optional", program.isOptional ? "Yes" : "No") + "/>";
+    }
+    text += ToolElement(*tool, ">" + children + "</Tool>");
+  }
+  return text + "</Tools>";
+}
+
+}  // namespace tarn::tools

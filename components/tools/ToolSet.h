@@ -1,0 +1,42 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "components/tools/ToolDefinition.h"
+#include "platform/files/FileSystem.h"
+
+namespace tarn::tools {
+
+// All tools that are known. Made once, then only read, from any thread.
+class ToolSet {
+ public:
+  ToolSet() = default;
+  // Reads every *.tools file of the folder in the order of the names. Of two tools with one name
+  // the later counts, and the errors say so. A missing folder gives an empty set and an error.
+  static std::unique_ptr<ToolSet> FromFolder(FileSystem& files, const std::string& folder);
+
+  // Null when there is none. Names compare without regard to case.
+  const ToolDefinition* Find(std::string_view name) const;
+  // The element that lists the tools for an extension with its dot, at most kMaxListed of them.
+  std::string ToolsForExtension(std::string_view extension) const;
+  // The element that describes all tools.
+  std::string ListText() const;
+  const std::vector<std::string>& Errors() const { return errors; }
+
+  static constexpr std::size_t kMaxListed = 20;  // as many as there are commands for them
+
+ private:
+  void Take(std::unique_ptr<ToolDefinition> tool);
+  void PrepareLists();
+
+  std::vector<std::unique_ptr<ToolDefinition>> tools;
+  std::map<std::string, const ToolDefinition*, std::less<>> byName;  // in small letters
+  std::map<std::string, std::string, std::less<>> listsByExtension;  // ready-made elements
+  std::vector<std::string> errors;
+};
+
+}  // namespace tarn::tools

@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include "components/tools/DefinitionReader.h"
+#include "components/tools/ToolSet.h"
+#include "support/MemoryFileSystem.h"
+
+namespace tarn::tools {
+namespace {
+
+std::string ErrorsOf(const std::string& text) {
+  ReadDefinitions read;
+  ReadDefinitionFile(text, "t.tools", read);
+  std::string errors;
+  for (const std::string& error : read.errors) errors += error + '\n';
+  return errors + std::to_string(read.tools.size()) + " tools";
+}
+
+TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
+  const std::string good = "<Tool Name=\"ok\"><Step Program=\"p\"/></Tool>";
+  struct Row {
+    std::string tool;
+    std::string expected;
+  };
+  const Row rows[] = {
+      {"", "1 tools"},
+      {"<Tool Name=\"t\"/>", "t.tools: t: there is no Step\n1 tools"},
+      {"<Tool><Step Program=\"p\"/></Tool>", "t.tools: : a tool has no Name\n1 tools"},
+      {"<Tool Name=\"t\"><Step/></Tool>", "t.tools: t: a Step has no Program\n1 tools"},
+      {"<Tool Name=\"t\"><Step Program=\"p\"><Arg Vv=\"x\"/></Step></Tool>",
+       "t.tools: t: unknown attribute Vv in Arg\n1 tools"},
+      {"<Tool Name=\"t\"><Step Program=\"p\"><Argh/></Step></Tool>",
+       "t.tools: t: unknown element Argh in Step\n1 tools"},
+      {"<Tool Name=\"t\"><Step Program=\"p\"><Arg V=\"$(Fil)\"/></Step></Tool>",
+       "t.tools: t: unknown name $(Fil)\n1 tools"},
+      {"<Tool Name=\"t\" Output=\"$(Build.Out\"><Step Program=\"p\"/></Tool>",
+       "t.tools: t: a macro has no end: $(Build.Out\n1 tools"},
+      {"<Tool Name=\"t\" Messages=\"gcc lint\"><Step Program=\"p\"/></Tool>",
+       "t.tools: t: no messages are known by the name lint\n1 tools"},
+      {"<Tool Name=\"t\"><Step Program=\"p\" Response=\"cmd\"/></Tool>",
+       "t.tools: t: Response can't be cmd\n1 tools"},
+      {"<Tule/>", "t.tools: unknown element Tule\n1 tools"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(ErrorsOf("<Tools>" + row.tool + good + "</Tools>"), row.expected) << row.tool;
+  }
+  EXPECT_EQ(ErrorsOf("no xml"), "t.tools: no XML\n0 tools");
+}
+
+TEST(Definition, LaterFilesReplaceToolsAndEveryExtensionIsServed) {
+  tarn::testing::MemoryFileSystem disk;
+  disk.AddFile("/c/a.tools",
+               "<T><Tool Name=\"one\" Title=\"First\" Extensions=\".c;h\"><Step Program=\"p\"/>"
+               "</Tool><Tool Name=\"two\" Extensions=\".C\"><Step Program=\"q\"/></Tool></T>");
+  disk.AddFile("/c/b.tools",
+               "<T><Tool Name=\"TWO\" Extensions=\".s\"><Step Program=\"r\"/>"
+               "<Step Program=\"x\" Optional=\"Yes\"/></Tool></T>");
+  disk.AddFile("/c/readme.txt", "<T><Tool/></T>");
+  const auto set = ToolSet::FromFolder(disk, "/c");
+  EXPECT_EQ(set->ToolsForExtension(".C"), "<Tools><Tool Header=\"one\" Title=\"First\"/></Tools>");
+  EXPECT_EQ(set->ToolsForExtension(".s"), "<Tools><Tool Header=\"TWO\" Title=\"\"/></Tools>");
+  EXPECT_EQ(set->ToolsForExtension(""), "<Tools/>");
+  EXPECT_EQ(set->Errors(), std::vector<std::string>{"TWO: is defined twice, the later one counts"});
+  EXPECT_EQ(set->ListText(),
+            "<Tools><Tool Header=\"one\" Title=\"First\"><Extension Header=\".c\"/><Extension "
+            "Header=\".h\"/><Program Header=\"p\" Optional=\"No\"/></Tool><Tool Header=\"TWO\" "
+            "Title=\"\"><Extension Header=\".s\"/><Program Header=\"r\" Optional=\"No\"/><Program "
+            "Header=\"x\" Optional=\"Yes\"/></Tool></Tools>");
+  EXPECT_EQ(ToolSet::FromFolder(disk, "/none")->Errors().size(), 1u);
+}
+
+// More tools than there are commands for them would never be reached.
+TEST(Definition, AtMostTwentyToolsAreListedForAnExtension) {
+  tarn::testing::MemoryFileSystem disk;
+  std::string text = "<T>";
+  for (int i = 0; i < 25; ++i) {
+    text +=
+        "<Tool Name=\"t" + std::to_string(i) + "\" Extensions=\".c\"><Step Program=\"p\"/></Tool>";
+  }
+  disk.AddFile("/c/a.tools", text + "</T>");
+  const std::string list = ToolSet::FromFolder(disk, "/c")->ToolsForExtension(".c");
+  EXPECT_NE(list.find("\"t19\""), list.npos);
+  EXPECT_EQ(list.find("\"t20\""), list.npos);
+}
+
+}  // namespace
+}  // namespace tarn::tools

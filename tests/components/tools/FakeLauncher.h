@@ -1,0 +1,112 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "components/common/OptionValues.h"
+#include "components/tools/FileList.h"
+#include "components/tools/ToolManager.h"
+#include "support/MemoryFileSystem.h"
+
+namespace tarn::tools::testing {
+
+// What a program that is only played does.
+struct PlayedProgram {
+  // Pieces in the order of their arrival; true: on the error stream.
+  std::vector<std::pair<bool, std::string>> output;
+  ProcessExit exit;
+  std::function<void(const ProcessRequest&)> effect;  // while it runs
+  bool isMissing = false;
+};
+
+// Plays programs in the order in which they were queued, and records what was started. A program
+// beyond the queue ends at once without a word.
+class FakeLauncher : public ProcessLauncher {
+ public:
+  void Queue(PlayedProgram program) { programs.push_back(std::move(program)); }
+
+  Result<std::unique_ptr<Process>> Start(const ProcessRequest& request) override {
+    PlayedProgram program;
+    if (!programs.empty()) {
+      program = std::move(programs.front());
+      programs.pop_front();
+    }
+    if (program.isMissing) return Error{ErrorCode::NotFound, "no such program", request.program};
+    started.push_back(request);
+    return std::unique_ptr<Process>(new Played(std::move(program), request));
+  }
+
+  std::vector<ProcessRequest> started;
+
+ private:
+  class Played : public Process {
+   public:
+    Played(PlayedProgram what, ProcessRequest how)
+        : program(std::move(what)), request(std::move(how)) {}
+
+    ProcessExit WaitWithOutput(const OutputHandler& onOutput) override {
+      for (const auto& [isError, text] : program.output) onOutput(text, isError);
+      if (program.effect) program.effect(request);
+      return program.exit;
+    }
+    void Stop(std::chrono::milliseconds) override {}
+
+   private:
+    PlayedProgram program;
+    ProcessRequest request;
+  };
+
+  std::deque<PlayedProgram> programs;
+};
+
+// A tool manager on a disk in memory with played programs, and a node of a project in /p.
+class ToolManagerFixture {
+ public:
+  explicit ToolManagerFixture(const std::string& definitions) {
+    disk.AddFile("/app/config/tools/test.tools", definitions);
+    ToolWorld world{&launcher, &disk,
+                    [](std::string_view name) {
+                      return name.find("none") == name.npos ? "/bin/" + std::string(name) : "";
+                    },
+                    [this](const char*) { return environmentLauncher; }};
+    manager = new ToolManager(std::move(world));
+    manager->InitTools("/app/", "/data/", 0);
+    values.Put("Application", "General", "ApplicationDir", "/p");
+  }
+  ~ToolManagerFixture() { manager->Release(); }
+
+  bool Run(const char* tool, const char* files) {
+    return manager->RunTool(tool, files, values.ToText().c_str(), "/tmp/m.xml") == 1;
+  }
+  // The text of the message file of the last run.
+  std::string Messages() { return disk.BytesOf("/tmp/m.xml").value_or("none"); }
+
+  // The effect of a program that makes one file.
+  std::function<void(const ProcessRequest&)> Makes(const std::string& path,
+                                                   const std::string& bytes = "x") {
+    return [this, path, bytes](const ProcessRequest&) { disk.AddFile(path, bytes); };
+  }
+
+  tarn::testing::MemoryFileSystem disk{1000};
+  FakeLauncher launcher;
+  std::string environmentLauncher;
+  OptionValues values{"C"};
+  ToolManager* manager = nullptr;
+};
+
+// "program arg arg", one line a program.
+inline std::string StartedLines(const FakeLauncher& launcher) {
+  std::string lines;
+  for (const ProcessRequest& request : launcher.started) {
+    std::vector<std::string> words{request.program};
+    words.insert(words.end(), request.arguments.begin(), request.arguments.end());
+    lines += JoinWords(words) + '\n';
+  }
+  return lines;
+}
+
+}  // namespace tarn::tools::testing

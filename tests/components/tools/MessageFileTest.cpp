@@ -1,0 +1,63 @@
+#include "components/tools/MessageFile.h"
+
+#include <gtest/gtest.h>
+
+#include "components/tools/BuildRecord.h"
+#include "platform/text/Text.h"
+#include "xml/XmlNode.h"
+
+namespace tarn::tools {
+namespace {
+
+TEST(MessageFile, EveryKindHasItsAttributesAndChildren) {
+  EXPECT_EQ(
+      MessageFileText({{Severity::Error, "a.c:3: error: bad", "bad", "/w/a.c", "3"},
+                       {Severity::Warning, "?W", "W", "", ""},
+                       {Severity::Plain, "a.c:3: note: x", "", "/w/a.c", "3"},
+                       {Severity::Plain, "done", "", "", ""},
+                       {Severity::Heading, "title", "", "", ""}}),
+      "<Messages>\n"
+      "<message Icon=\"2\" ShowInReport=\"yes\" Contain=\"bad\" Description=\"a.c:3: error: "
+      "bad\" File=\"/w/a.c\" Line=\"3\"><type>1</type><header>a.c:3: error: bad</header>"
+      "<link>err:///w/a.c:3</link></message>\n"
+      "<message Icon=\"1\" ShowInReport=\"yes\" Contain=\"W\" Description=\"?W\" File=\"\" "
+      "Line=\"\"><type>2</type><header>?W</header><link>lnk://</link></message>\n"
+      "<message Description=\"a.c:3: note: x\" File=\"/w/a.c\" Line=\"3\"><header>a.c:3: note: "
+      "x</header><link>err:///w/a.c:3</link></message>\n"
+      "<message Icon=\"0\" Description=\"done\" File=\"\" Line=\"\"><header>done</header>"
+      "<link>lnk://</link></message>\n"
+      "<message Icon=\"5\" Description=\"title\" File=\"\" Line=\"\"><type>5</type>"
+      "<header>title</header><link>lnk://</link></message>\n"
+      "</Messages>\n");
+}
+
+// Texts that a reader which protects the byte behind a backslash could take wrongly.
+TEST(MessageFile, NoTextBreaksTheReaderOrTheMessagesBehindIt) {
+  for (const std::string text :
+       {"ends in \\", "two \\\\", "a \"quoted\" \\\" b", "#include <x.h>", "</message>",
+        "<![CDATA[", "]]> & &amp; |", "'single'", "\\", "<!-- ", "x=\"1\" y='"}) {
+    CXmlNode root;
+    CXmlParseInfo info;
+    ASSERT_NE(root.Load(MessageFileText({{Severity::Error, text, text, "/w/a b\\", "3"},
+                                         {Severity::Plain, "next", "", "", ""}}),
+                        info),
+              nullptr)
+        << text;
+    ASSERT_EQ(root.GetChildCount(), 2) << text;
+    const CXmlNode& message = *root.GetChild(0);
+    const bool isGuarded = text == "ends in \\" || text == "\\";
+    EXPECT_EQ(TextOf(message.GetAttrValue("Description")), text + (isGuarded ? " " : ""));
+    EXPECT_EQ(TextOf(message.GetAttrValue("File")), "/w/a b\\\\") << text;
+    EXPECT_EQ(message.GetChildCount(), 3) << text;
+    EXPECT_EQ(TextOf(root.GetChild(1)->GetAttrValue("Description")), "next") << text;
+  }
+}
+
+TEST(MessageFile, RecordsKeepPathsWithQuotes) {
+  EXPECT_EQ(BuildRecordText({"/o/a.o", "flash 1 B", 1234, {"/w/\"b\".h", "/w/c.h"}}),
+            "<F Header=\"/o/a.o\" Infos=\"flash 1 B\" Date=\"1234\"><D "
+            "Header=\"/w/&quot;b&quot;.h\"/><D Header=\"/w/c.h\"/></F>");
+}
+
+}  // namespace
+}  // namespace tarn::tools

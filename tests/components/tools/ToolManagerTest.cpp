@@ -1,0 +1,204 @@
+#include <gtest/gtest.h>
+
+#include "platform/automation/ClassRegistry.h"
+#include "platform/automation/DispatchDriver.h"
+#include "tests/components/tools/FakeLauncher.h"
+
+namespace tarn::tools {
+namespace {
+
+using testing::PlayedProgram;
+using testing::StartedLines;
+using testing::ToolManagerFixture;
+
+constexpr const char* kDefinitions =
+    "<T><Tool Name=\"cc\" Messages=\"gcc\" Output=\"o/a.o\" Rules=\"$(OutputBase).d\" "
+    "Hint=\"Get it.\"><Step Program=\"avr-gcc\"/></Tool>"
+    "<Tool Name=\"link\" Messages=\"gcc gnu-ld\" Output=\"o/a.elf\"><Step Program=\"ld\"/><Step "
+    "Program=\"none-size\" Optional=\"Yes\" Capture=\"Size\"/><Depend File=\"x.ld\"/><Size "
+    "Format=\"sections\"><Sum Label=\"flash\" Of=\".text\"/></Size></Tool>"
+    "<Tool Name=\"plain\"><Step Program=\"p\"/></Tool></T>";
+
+// "kind text" per message of a message file, one line each.
+std::string Summary(const std::string& file) {
+  std::string lines;
+  for (std::size_t at = file.find("<message"); at != file.npos;
+       at = file.find("<message", at + 1)) {
+    const std::size_t end = file.find('>', at);
+    const std::string tag = file.substr(at, end - at);
+    const std::size_t icon = tag.find("Icon=\"");
+    const std::size_t text = tag.find("Description=\"") + 13;
+    lines += icon == tag.npos ? "-" : tag.substr(icon + 6, 1);
+    lines += ' ' + tag.substr(text, tag.find('"', text) - text) + '\n';
+  }
+  return lines;
+}
+
+TEST(ToolManager, ASuccessfulRunLeavesMessagesAndARecordThatIsTakenOnce) {
+  ToolManagerFixture tools(kDefinitions);
+  tools.launcher.Queue({{{true, "a.c:1:2: warning: "}, {false, "out\n"}, {true, "odd\nlast"}},
+                        {},
+                        [&](const ProcessRequest&) {
+                          tools.disk.AddFile("/p/o/a.o", "x");
+                          tools.disk.AddFile("/p/o/a.d", "o/a.o: /p/a.c b.h ../i/c.h b.h\n");
+                        }});
+  EXPECT_TRUE(tools.Run("cc", "\"/p/a.c\""));
+  EXPECT_EQ(Summary(tools.Messages()), "0 avr-gcc\n0 out\n1 a.c:1:2: warning: odd\n0 last\n");
+  EXPECT_EQ(tools.manager->TakeBuildInformation(),
+            "<I><F Header=\"/p/o/a.o\" Infos=\"\" Date=\"1000\"><D Header=\"/p/b.h\"/><D "
+            "Header=\"/i/c.h\"/></F></I>");
+  EXPECT_EQ(tools.manager->TakeBuildInformation(), "");
+}
+
+TEST(ToolManager, DependenciesOfAnEarlierRunAreNotTakenForTheNew) {
+  ToolManagerFixture tools(kDefinitions);
+  tools.disk.AddFile("/p/o/a.d", "a.o: old.h\n");
+  tools.launcher.Queue({{}, {}, tools.Makes("/p/o/a.o")});
+  EXPECT_TRUE(tools.Run("cc", "\"/p/a.c\""));
+  EXPECT_EQ(tools.manager->TakeBuildInformation(),
+            "<I><F Header=\"/p/o/a.o\" Infos=\"\" Date=\"1000\"></F></I>");
+}
+
+TEST(ToolManager, OptionalStepsAddSizesAndNeverFailTheTool) {
+  ToolManagerFixture tools(kDefinitions);
+  tools.launcher.Queue({{}, {}, tools.Makes("/p/o/a.elf")});
+  tools.launcher.Queue({{{false, ".text 12 0\n"}, {true, "ld: cannot find size"}}, {3, false}, {}});
+  EXPECT_TRUE(tools.Run("link", "\"/p/o/a.o\""));
+  EXPECT_EQ(Summary(tools.Messages()),
+            "0 ld\n0 none-size\n0 ld: cannot find size\n0 none-size ended with exit code 3\n");
+  tools.launcher.Queue({{}, {}, tools.Makes("/p/o/a.elf")});
+  tools.launcher.Queue({{}, {}, {}, true});
+  EXPECT_TRUE(tools.Run("link", "\"/p/o/a.o\""));
+  EXPECT_EQ(Summary(tools.Messages()), "0 ld\n0 none-size\n0 none-size was not found\n");
+  EXPECT_EQ(tools.manager->TakeBuildInformation(),
+            "<I><F Header=\"/p/o/a.elf\" Infos=\"flash 12 B\" Date=\"1000\"><D "
+            "Header=\"/p/x.ld\"/></F><F Header=\"/p/o/a.elf\" Infos=\"\" Date=\"1000\"><D "
+            "Header=\"/p/x.ld\"/></F></I>");
+}
+
+TEST(ToolManager, EveryFailureIsAnErrorInTheMessagesAndLeavesNoRecord) {
+  struct Row {
+    const char* name;
+    const char* tool;
+    PlayedProgram program;
+    const char* expected;
+  };
+  const Row rows[] = {
+      {"errors of its own",
+       "cc",
+       {{{true, "a.c:1:2: error: bad\n"}}, {1, false}, {}},
+       "0 avr-gcc\n2 a.c:1:2: error: bad\n"},
+      {"silent failure",
+       "cc",
+       {{{true, "hm\n"}}, {2, false}, {}},
+       "0 avr-gcc\n0 hm\n2 avr-gcc ended with exit code 2\n"},
+      {"killed",
+       "cc",
+       {{{true, "a.c:1:2: error: bad\n"}}, {128 + 11, true}, {}},
+       "0 avr-gcc\n2 a.c:1:2: error: bad\n2 avr-gcc was ended by signal 11\n"},
+      {"missing program",
+       "cc",
+       {{}, {}, {}, true},
+       "0 avr-gcc\n2 avr-gcc was not found. Get it.\n"},
+      {"no output",
+       "cc",
+       {{}, {}, {}},
+       "0 avr-gcc\n2 cc ended without an error, but left no file /p/o/a.o\n"},
+      {"first step fails", "link", {{}, {1, false}, {}}, "0 ld\n2 ld ended with exit code 1\n"},
+      {"unknown tool", "nothing", {{}, {}, {}}, "2 there is no tool with the name nothing\n"},
+      {"unknown path", "/x/none", {{}, {}, {}}, "2 there is no tool with the name /x/none\n"},
+  };
+  for (const Row& row : rows) {
+    ToolManagerFixture tools(kDefinitions);
+    tools.launcher.Queue(row.program);
+    EXPECT_FALSE(tools.Run(row.tool, "\"/p/a.c\"")) << row.name;
+    EXPECT_EQ(Summary(tools.Messages()), row.expected) << row.name;
+    EXPECT_EQ(tools.manager->TakeBuildInformation(), "") << row.name;
+  }
+}
+
+TEST(ToolManager, AFolderThatCannotBeMadeIsToldBeforeAnythingRuns) {
+  ToolManagerFixture tools(kDefinitions);
+  tools.disk.AddFile("/p/o", "a file in the way");
+  EXPECT_FALSE(tools.Run("cc", "\"/p/a.c\""));
+  EXPECT_TRUE(tools.launcher.started.empty());
+  EXPECT_NE(tools.Messages().find("the folder /p/o can't be made"), std::string::npos);
+}
+
+TEST(ToolManager, AProgramPathRunsAsAToolAndANullMessageFileIsLegal) {
+  ToolManagerFixture tools(kDefinitions);
+  const std::string options = tools.values.ToText();
+  EXPECT_EQ(tools.manager->RunTool("\\t\\gen", "\"a.c\"", options.c_str(), nullptr), 1);
+  EXPECT_EQ(tools.manager->RunTool("plain", nullptr, nullptr, nullptr), 1);
+  EXPECT_EQ(StartedLines(tools.launcher), "/t/gen /p/a.c\np\n");
+}
+
+TEST(ToolManager, MissingProgramNamesTheFirstThatIsNeeded) {
+  ToolManagerFixture tools(
+      "<T><Tool Name=\"a\"><Step Program=\"none-1\" Optional=\"Yes\"/><Step "
+      "Program=\"cc\"/><Step Program=\"none-2\"/></Tool><Tool Name=\"b\"><Step "
+      "Program=\"cc\"/></Tool></T>");
+  EXPECT_EQ(tools.manager->MissingProgram("a"), "none-2");
+  EXPECT_EQ(tools.manager->MissingProgram("b"), "");
+  EXPECT_EQ(tools.manager->MissingProgram("c"), "");
+}
+
+TEST(ToolManager, HostileOutputGivesABoundedReadableFile) {
+  ToolManagerFixture tools(kDefinitions);
+  PlayedProgram program;
+  for (int i = 0; i < 160; ++i) program.output.emplace_back(true, std::string(65536, ':'));
+  program.output.emplace_back(false, std::string("\0\x01\xff\x1b[\x1b]8;;\n</message>\\\n<", 24));
+  for (int i = 0; i < 300; ++i) {
+    std::string lines;
+    for (int j = 0; j < 100; ++j) lines += "x\n";
+    program.output.emplace_back(false, lines);
+  }
+  tools.launcher.Queue(program);
+  EXPECT_TRUE(tools.Run("plain", ""));
+  EXPECT_LT(tools.Messages().size(), 4u << 20);
+  const std::string summary = Summary(tools.Messages());
+  EXPECT_EQ(summary.substr(summary.size() - 23), "0 x\n0 10004 more lines\n");
+}
+
+class RecordingFrame : public WindowTarget {
+ public:
+  std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
+                                std::intptr_t lParam) override {
+    lines += std::to_string(message) + ' ' + reinterpret_cast<const char*>(wParam) + ' ' +
+             std::to_string(lParam) + '\n';
+    // A handler may call back; a lock held across the message would hang here.
+    if (manager != nullptr) lines += manager->TakeBuildInformation();
+    return 1;
+  }
+  std::string lines;
+  ToolManager* manager = nullptr;
+};
+
+TEST(ToolManager, TheFrameHearsOfStartAndEndAndMayCallBack) {
+  ToolManagerFixture tools(kDefinitions);
+  RecordingFrame frame;
+  frame.manager = tools.manager;
+  const WindowHandle window = RegisterWindow(frame);
+  tools.manager->InitTools("/app", "/data", window);
+  EXPECT_TRUE(tools.Run("plain", "\"/p/a.c\""));
+  EXPECT_EQ(
+      frame.lines,
+      "36609 <Tool Name=\"plain\" Files=\"&quot;/p/a.c&quot;\" Output=\"\" Command=\"p\"/> 0\n"
+      "36610 " +
+          tools.Messages() + " 1\n");
+  UnregisterWindow(window);
+}
+
+TEST(ToolManager, TheLibraryGivesTheClassByItsName) {
+  ClassRegistry classes(TARN_MODULE_FOLDER);
+  COleDispatchDriver driver;
+  ASSERT_TRUE(driver.CreateDispatch(classes, "TarnToolManager.ToolManager"))
+      << driver.LastResult().text;
+  EXPECT_EQ(driver.InvokeLong(3, {"/no such folder/", "", 0}), 1);
+  EXPECT_EQ(driver.InvokeText(9, {".c"}), "<Tools/>");
+  EXPECT_EQ(driver.InvokeText(106, {}).substr(0, 28), "/no such folder/config/tools");
+  EXPECT_EQ(driver.InvokeLong(2, {"x", "", "", nullptr}), 0);
+}
+
+}  // namespace
+}  // namespace tarn::tools
