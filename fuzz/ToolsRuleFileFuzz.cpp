@@ -1,0 +1,19 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <unordered_set>
+
+#include "components/tools/RuleFile.h"
+
+// Whatever stands in a rule file: names are never empty, never repeated, and no longer than it.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  std::unordered_set<std::string> seen;
+  std::size_t length = 0;
+  for (const std::string& name : tarn::tools::ReadRuleFile(text)) {
+    if (name.empty() || !seen.insert(name).second) std::abort();
+    length += name.size();
+  }
+  if (length > size) std::abort();
+  return 0;
+}
