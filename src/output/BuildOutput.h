@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "output/LogFile.h"
@@ -29,8 +28,8 @@ class CBuildOutput {
   static constexpr std::uint32_t kMergeToolFiles = 2;
   static constexpr std::uint32_t kSaveEachMessage = 16;
 
-  // `disk` is borrowed for the hub's life.
-  explicit CBuildOutput(FileSystem& disk);
+  // `fileSystem` is borrowed for the hub's life.
+  explicit CBuildOutput(FileSystem& fileSystem);
   // Frees the texts of the process's message table. Leaves the log file (see DeleteLogFile).
   ~CBuildOutput();
 
@@ -85,7 +84,6 @@ class CBuildOutput {
 
  private:
   void LoadMessages(const CXmlNode& messages);
-  void AnnounceAndSave(const CXmlNode& node);
 
   FileSystem& disk;
   std::string configFolder;

@@ -37,10 +37,9 @@ class LogFileWriter {
     FileStatus status;
   };
 
-  bool StandsAsLeft(const std::string& path, const std::string& head) const;
-  bool Append(const CXmlNode& root);
+  // False when the file must be written whole; nothing is remembered then.
+  bool Continue(const std::string& path, const std::string& head, const CXmlNode& root);
   void WriteWhole(const std::string& path, const std::string& head, const CXmlNode& root);
-  void Remember(Written written, std::uint64_t size);
 
   FileSystem& disk;
   std::optional<Written> last;

@@ -1,0 +1,152 @@
+#include "output/BuildOutput.h"
+
+#include <span>
+#include <utility>
+
+#include "output/MessageTable.h"
+#include "patterns/ParseNumber.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "platform/windowing/HostMessages.h"
+
+namespace tarn {
+namespace {
+
+constexpr const char* kMessageFile = "message.xslt";
+
+std::unique_ptr<CXmlNode> MakeRoot(const char* name) {
+  return CXmlNode::CreateNode(name);
+}
+
+// The lines in front of the tree. `reference` stands between the two parts of the style sheet line.
+std::string MakeHead(const char* before, const std::string& reference, const char* behind) {
+  std::string head = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n";
+  head += before;
+  head += reference.empty() ? kMessageFile : reference;
+  head += behind;
+  head += "\r\n";
+  return head;
+}
+
+}  // namespace
+
+CBuildOutput::CBuildOutput(FileSystem& fileSystem)
+    : disk(fileSystem), root(MakeRoot("Messages")), writer(fileSystem) {}
+
+CBuildOutput::~CBuildOutput() {
+  FreeMessageTexts();
+}
+
+void CBuildOutput::Initialise(const std::string& configFilePath, WindowHandle host) {
+  hostWindow = host;
+  if (!disk.Exists(configFilePath)) return;
+  configFolder = FolderOf(configFilePath);
+  stylesheet = JoinPath(configFolder, kMessageFile);
+
+  CXmlNode file;
+  const Result<std::string> text = disk.ReadWholeFile(stylesheet);
+  if (text) file.Load(*text, g_xmlParseInfo);
+  for (int i = 0; i < file.GetChildCount(); ++i) LoadMessages(*file.GetChild(i));
+}
+
+void CBuildOutput::LoadMessages(const CXmlNode& messages) {
+  if (messages.NameView() != "Messages") return;
+  viewTitle = TextOf(messages.GetAttrValue("Tab"));
+  // Beside its own style sheet a log needs no path to it.
+  stylesheet.clear();
+  for (int i = 0; i < messages.GetChildCount(); ++i) {
+    const CXmlNode& row = *messages.GetChild(i);
+    const char* id = row.GetAttrValue("Id");
+    const char* text = row.GetAttrValue("String");
+    const std::int64_t number = ParseNumber(id == nullptr ? "0" : id);
+    const std::int64_t index = number - kFirstMessageId;
+    if (index < 0 || index >= kMessageCount) continue;
+    SetMessageText(static_cast<int>(index), text == nullptr ? "0" : text);
+  }
+}
+
+void CBuildOutput::SetViews(ILogView* log, IReportView* report) {
+  logView = log;
+  reportView = report;
+}
+
+void CBuildOutput::SetLogFile(const std::string& path) {
+  logFile = path;
+  flags = kMergeToolFiles;
+  writer.Forget();
+}
+
+void CBuildOutput::DeleteLogFile() {
+  writer.Forget();
+  // A file that is gone already is as good.
+  if (!logFile.empty()) static_cast<void>(disk.RemoveFile(logFile));
+}
+
+void CBuildOutput::WriteMessage(int index, std::initializer_list<std::string> arguments) {
+  const std::optional<std::string> format = FindMessageText(index);
+  if (!format) return;
+  const std::string text =
+      FormatMessageText(*format, std::span(arguments.begin(), arguments.size()));
+  const int kind = GetMessageKind(index);
+  const KindValues values = ValuesOfKind(kind);
+
+  CXmlNode& message = *root->AddChild("message", text);
+  message.AddChild("link", "0");
+  message.AddChild("type", values.type);
+  message.AddChild("header", text);
+  message.SetAttrValue("Description", text);
+  message.SetAttrValue("Icon", values.icon);
+  if (logView != nullptr) logView->AddMessage(message);
+
+  // The host may answer with another message or a reset, so the element is not touched from here.
+  if (hostWindow != 0) {
+    SendWindowMessage(hostWindow, kMsgLogLine, reinterpret_cast<std::intptr_t>(text.c_str()), 0);
+  }
+  if ((flags & kSaveEachMessage) != 0) SaveLog();
+  if (kind == kKindError) {
+    SaveLog();
+    UpdateReport();
+  }
+}
+
+void CBuildOutput::MergeToolFile(const std::string& path) {
+  if ((flags & kMergeToolFiles) != 0) {
+    const Result<std::string> text = disk.ReadWholeFile(path);
+    CXmlNode file;
+    if (text) file.Load(*text, g_xmlParseInfo);
+    for (int i = 0; i < file.GetChildCount(); ++i) {
+      const CXmlNode& message = *file.GetChild(i);
+      root->AppendCopy(message);
+      if (logView != nullptr) logView->AddMessage(message);
+    }
+  }
+  if ((flags & kSaveEachMessage) != 0) SaveLog();
+}
+
+void CBuildOutput::AddOutput(const std::string& text) {
+  const CXmlNode& output = *root->AddChild("Output", text);
+  if (logView != nullptr) logView->AddMessage(output);
+  if ((flags & kSaveEachMessage) != 0) SaveLog();
+}
+
+void CBuildOutput::SaveLog() {
+  if (logFile.empty()) return;
+  writer.Save(logFile, MakeHead("<?xml-stylesheet type=\"text/xsl\" href=\"", stylesheet, "\"?>"),
+              *root);
+}
+
+void CBuildOutput::ResetLog() {
+  root = MakeRoot("output");
+  writer.Forget();
+  if (!logFile.empty()) {
+    writer.Save(logFile, MakeHead("<?xml-stylesheet href=\"", stylesheet, "\" type=\"text/xsl\"?>"),
+                *root);
+  }
+  if (logView != nullptr) logView->Clear();
+}
+
+void CBuildOutput::UpdateReport() {
+  if (reportView != nullptr) reportView->Update(*root);
+}
+
+}  // namespace tarn
