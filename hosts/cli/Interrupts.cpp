@@ -6,6 +6,8 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
+#include <ctime>
 
 #include "hosts/cli/Invocation.h"
 
@@ -15,15 +17,30 @@ namespace {
 
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
+// One Ctrl-C may arrive twice, when whoever started this program hands it on as well. What comes so
+// soon behind the first one is no second wish.
+constexpr std::int64_t kSameWish = 500;  // milliseconds
+
 // A signal handler can reach nothing but these. It may only write to the pipe; a thread that reads
 // there does the rest.
-std::atomic<int> g_interruptCount = 0;
+std::atomic<std::int64_t> g_firstInterrupt = 0;  // milliseconds of the clock; 0: none yet
 std::atomic<int> g_pipeToWatcher = -1;
 int g_pipeOfWatcher = -1;
 
+std::int64_t Now() {
+  timespec time{};
+  clock_gettime(CLOCK_MONOTONIC, &time);
+  return std::int64_t{time.tv_sec} * 1000 + time.tv_nsec / 1'000'000;
+}
+
 void OnSignal(int) {
   const int savedError = errno;
-  if (g_interruptCount.fetch_add(1) > 0) _exit(kExitInterrupted);
+  std::int64_t first = 0;
+  if (!g_firstInterrupt.compare_exchange_strong(first, Now())) {
+    if (Now() - first > kSameWish) _exit(kExitInterrupted);
+    errno = savedError;
+    return;
+  }
   const char byte = 'i';
   [[maybe_unused]] const auto written = write(g_pipeToWatcher, &byte, 1);
   errno = savedError;
@@ -51,7 +68,7 @@ void Watch(const std::function<void()>& onInterrupt) {
 Interrupts::Interrupts(std::function<void()> onInterrupt) {
   int ends[2] = {-1, -1};
   if (pipe2(ends, O_CLOEXEC) != 0) return;  // interrupts then end the process as they always did
-  g_interruptCount = 0;
+  g_firstInterrupt = 0;
   g_pipeOfWatcher = ends[0];
   g_pipeToWatcher = ends[1];
   watcher = std::thread([call = std::move(onInterrupt)] { Watch(call); });
@@ -66,10 +83,6 @@ Interrupts::~Interrupts() {
   watcher.join();
   close(g_pipeToWatcher.exchange(-1));
   close(g_pipeOfWatcher);
-}
-
-bool Interrupts::Seen() const {
-  return g_interruptCount > 0;
 }
 
 }  // namespace tarn::host

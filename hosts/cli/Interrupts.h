@@ -14,9 +14,6 @@ class Interrupts {
   Interrupts& operator=(const Interrupts&) = delete;
   ~Interrupts();
 
-  // An interrupt has come since the object was made.
-  bool Seen() const;
-
  private:
   std::thread watcher;
 };

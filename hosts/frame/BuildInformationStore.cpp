@@ -239,7 +239,7 @@ std::vector<ToolCommand> BuildInformationStore::GetCommands(std::size_t record) 
   return commands;
 }
 
-void BuildInformationStore::AppendXml(std::size_t position, std::string& xml) const {
+void BuildInformationStore::AppendXml(std::size_t position, std::string& xml) {
   const Record& record = records[position];
   xml.append("<F ");
   AppendAttribute(xml, "Header", texts[record.output]);
@@ -250,10 +250,16 @@ void BuildInformationStore::AppendXml(std::size_t position, std::string& xml) co
     return;
   }
   xml.append(">");
+  if (dependencyXml.size() < texts.size()) dependencyXml.resize(texts.size());
   for (std::size_t i = 0; i < record.dependencyCount; ++i) {
-    xml.append("<D ");
-    AppendAttribute(xml, "Header", texts[numbers[record.dependencies + i]]);
-    xml.append("/>");
+    const Number text = numbers[record.dependencies + i];
+    std::string& element = dependencyXml[text];
+    if (element.empty()) {
+      element = "<D ";
+      AppendAttribute(element, "Header", texts[text]);
+      element.append("/>");
+    }
+    xml.append(element);
   }
   xml.append("</F>");
 }
@@ -304,6 +310,7 @@ void BuildInformationStore::Clear() {
   numbers.clear();
   interned.clear();
   texts.clear();
+  dependencyXml.clear();
   ownTexts.clear();
   file.clear();
   changed = false;

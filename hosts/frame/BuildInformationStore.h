@@ -63,7 +63,7 @@ class BuildInformationStore {
   std::string_view GetInfos(std::size_t record) const { return texts[records[record].infos]; }
   std::vector<ToolCommand> GetCommands(std::size_t record) const;
   // Adds the record as a build information element.
-  void AppendXml(std::size_t record, std::string& xml) const;
+  void AppendXml(std::size_t record, std::string& xml);
 
   // Adds a record or replaces the one of that output.
   void Put(std::string_view application, const BuildRecord& record);
@@ -107,6 +107,7 @@ class BuildInformationStore {
   std::deque<std::string> ownTexts;  // what the others borrow from
   std::vector<std::string_view> texts;
   std::unordered_map<std::string_view, Number> interned;  // filled at the first Put
+  std::vector<std::string> dependencyXml;  // elements of dependencies, by text; made when needed
   std::vector<Number> numbers;
   std::vector<Record> records;
   std::unordered_map<Key, std::size_t, KeyHash> index;

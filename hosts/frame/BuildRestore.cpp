@@ -7,8 +7,8 @@ namespace {
 bool StillHolds(BuildInformationStore& store, std::size_t record, std::string_view application,
                 const BuildInput& input, const CommandQuestion& askCommands) {
   if (store.GetSignature(record) == input.signature) return true;
-  const std::vector<ToolCommand> commands = askCommands(application, input.output);
-  if (commands.empty() || commands != store.GetCommands(record)) return false;
+  const std::vector<ToolCommand> commands = store.GetCommands(record);
+  if (commands.empty() || commands != askCommands(application, input.output)) return false;
   store.SetSignature(record, input.signature);
   return true;
 }

@@ -1,6 +1,7 @@
 #include "hosts/frame/StateKeeper.h"
 
 #include <algorithm>
+#include <chrono>
 #include <unordered_map>
 
 #include "hosts/frame/LogEntry.h"
@@ -11,6 +12,10 @@
 namespace tarn::host {
 
 namespace {
+
+// How long the end of a build may take to learn the commands that were run. A record without them
+// holds until an option changes, and then costs a rebuild; a stop that takes long costs more.
+constexpr std::chrono::milliseconds kQuestionTime(1000);
 
 // Which inputs belong to an output. An output that two applications name is told apart by the
 // application that was being built.
@@ -143,11 +148,14 @@ const ApplicationEntry* StateKeeper::FindApplication(const std::string& applicat
 
 void StateKeeper::CompleteReports(const std::vector<ApplicationInputs>& inputs) {
   const InputIndex places(inputs);
+  const auto deadline = std::chrono::steady_clock::now() + kQuestionTime;
   for (Reported& report : reports) {
     const auto* place = places.Find(report.record.output, FindApplication(report.applicationPath));
     if (place == nullptr) continue;
     report.record.signature = place->signature;
-    report.record.commands = AskCommands(place->application, report.record.output);
+    if (std::chrono::steady_clock::now() < deadline) {
+      report.record.commands = AskCommands(place->application, report.record.output);
+    }
     store.Put(place->application, report.record);
     dropped.erase(KeyOf(place->application, report.record.output));
   }
