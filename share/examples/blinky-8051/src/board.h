@@ -4,9 +4,9 @@
 #include <mcs51/8052.h>
 
 /* An 8052 with the 11.0592 MHz crystal that divides down to the usual baud rates without error.
-   The LED hangs between the supply and port 1, pin 0, so a low pin lights it. */
-#define BOARD_CLOCK_HZ 11059200UL
-#define BOARD_CYCLES_PER_SECOND (BOARD_CLOCK_HZ / 12)
+   The clock comes from the project's options as F_CPU. The LED hangs between the supply and port 1,
+   pin 0, so a low pin lights it. */
+#define BOARD_CYCLES_PER_SECOND (F_CPU / 12)
 #define BOARD_BAUD 9600UL
 #define BOARD_LED P1_0
 

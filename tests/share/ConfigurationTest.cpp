@@ -1,0 +1,114 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+#include <string>
+
+#include "share/ShippedFiles.h"
+
+namespace tarn::shipped {
+namespace {
+
+constexpr int kFirstCommand = 32772;
+constexpr int kFirstFixedCommand = 57601;
+
+// What the server knows; any other number would make a menu entry that does nothing.
+const std::set<int> kCommands = {
+    0x8105, 0x8106, 0x8108, 0x8109, 0x810B, 0x810C, 0x810D, 0x810E, 0x810F, 0x8110, 0x8111, 0x8112,
+    0x8113, 0x8114, 0x8115, 0x8116, 0x8117, 0x8118, 0x8119, 0x811A, 0x811B, 0x811C, 0x811E, 0x811F,
+    0x8120, 0x8121, 0x8122, 0x8137, 0x8138, 0x8139, 0x813A, 0xE120, 0xE122, 0xE125};
+
+class Configuration : public testing::Test {
+ protected:
+  void SetUp() override {
+    root = Parse(ReadBytes(Path("config/projectmanager.config")));
+    ASSERT_TRUE(root);
+  }
+
+  const CXmlNode& Section(const char* name) {
+    const CXmlNode* section = root->FindChild(name);
+    EXPECT_TRUE(section) << name;
+    return section ? *section : *root;
+  }
+
+  std::unique_ptr<CXmlNode> root;
+};
+
+// "Project Application Group": the flags of a record, in their order in the file.
+std::string Flags(const CXmlNode& record) {
+  std::string flags;
+  for (const CXmlAttr& attribute : record.Attributes()) {
+    if (attribute.GetValue() == "Yes") flags += (flags.empty() ? "" : " ") + attribute.GetName();
+  }
+  return flags;
+}
+
+TEST_F(Configuration, ARecordWithoutAFlagThatWalkAndListsNeed) {
+  std::string records;
+  for (const CXmlNode* record : Elements(Section("Types"))) {
+    records +=
+        record->GetName() + ": " + Flags(*record) + " [" + Attribute(*record, "Extension") + "]\n";
+  }
+  EXPECT_EQ(records,
+            "Text: Path IsLeaf InBuild [txt;md]\n"
+            "Project: Project Path Build []\n"
+            "Application: Application Extern Path Build Debug [tapp]\n"
+            "DebugApplication: Application Extern Path Debug [tapp]\n"
+            "AutoDebugApplication: Application Extern Path Debug AutoDebug [tapp]\n"
+            "Group: Build InBuild []\n"
+            "C: Path IsLeaf Build InBuild [c]\n"
+            "Cpp: Path IsLeaf Build InBuild [cpp;cc;cxx]\n"
+            "Assembler: Path IsLeaf Build InBuild [s;asm;a51]\n"
+            "Header: Path IsLeaf InBuild [h;hpp;hh;inc]\n"
+            "Library: Path IsLeaf InBuild [a;lib]\n"
+            "LinkerScript: Path IsLeaf InBuild [ld;lds;lk]\n"
+            "NodeText: Path IsLeaf InDebug []\n");
+}
+
+// A comment among the records would be copied with them, and a menu entry with only a comment in it
+// is a submenu.
+TEST_F(Configuration, ACommentWhereEachChildCounts) {
+  for (const char* name : {"Types", "OptionSets", "ToolBar", "MainMenus", "PopupMenus"}) {
+    const CXmlNode& section = Section(name);
+    EXPECT_FALSE(Elements(section).empty()) << name;
+    EXPECT_FALSE(section.FindDescendant("#COMMENT")) << name;
+  }
+}
+
+void CheckEntries(const CXmlNode& menu) {
+  for (const CXmlNode* entry : Elements(menu)) {
+    if (Attribute(*entry, "Mode") == "Separator") continue;
+    const std::string label = Attribute(*entry, "Header");
+    EXPECT_NE(label, "");
+    if (entry->GetChildCount() > 0) {
+      CheckEntries(*entry);
+      continue;
+    }
+    const int id = std::atoi(Attribute(*entry, "id").c_str());
+    EXPECT_TRUE(kCommands.count(id < kFirstFixedCommand ? id + kFirstCommand : id))
+        << label << ": " << id;
+  }
+}
+
+TEST_F(Configuration, AMenuEntryOfANumberThatNoCommandHas) {
+  CheckEntries(Section("ToolBar"));
+  for (const char* name : {"MainMenus", "PopupMenus"}) {
+    for (const CXmlNode* menu : Elements(Section(name))) {
+      EXPECT_EQ(menu->GetName(), "Menu") << name;
+      EXPECT_FALSE(Elements(*menu).empty()) << name;
+      CheckEntries(*menu);
+    }
+  }
+}
+
+TEST_F(Configuration, AnIncludedFileThatIsMissingOrDamaged) {
+  for (const CXmlNode* include : Elements(Section("OptionSets"))) {
+    const std::string file = Path("config/" + Attribute(*include, "File"));
+    EXPECT_TRUE(std::filesystem::is_regular_file(file)) << file;
+    EXPECT_TRUE(Parse(ReadBytes(file))) << file;
+  }
+}
+
+}  // namespace
+}  // namespace tarn::shipped

@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+#include "share/ShippedFiles.h"
+
+namespace tarn::shipped {
+namespace {
+
+// The page that a conforming processor makes of a log; empty, and the test fails, when it refuses.
+std::string Transform(const std::string& log) {
+  const std::string base = testing::TempDir() + "tarn-style-sheet-" +
+                           testing::UnitTest::GetInstance()->current_test_info()->name();
+  std::ofstream(base + ".xml", std::ios::binary) << log;
+  const std::string command = "xsltproc --nonet '" + Path("config/message.xslt") + "' '" + base +
+                              ".xml' >'" + base + ".html' 2>'" + base + ".txt'";
+  EXPECT_EQ(std::system(command.c_str()), 0) << ReadBytes(base + ".txt");
+  return ReadBytes(base + ".html");
+}
+
+std::string Between(const std::string& text, const std::string& start, const std::string& end) {
+  const std::size_t from = text.find(start);
+  if (from == std::string::npos) return "no " + start;
+  const std::size_t first = from + start.size();
+  return text.substr(first, text.find(end, first) - first);
+}
+
+std::string Message(const std::string& attributes, const std::string& text,
+                    const std::string& type) {
+  return "\r\n\t<message " + attributes + "Description=\"" + text +
+         "\" >\r\n\t\t<link>0</link>\r\n\t\t<type>" + type + "</type>\r\n\t\t<header>" + text +
+         "</header>\r\n\t\t" + text + "\r\n\t</message>";
+}
+
+// A log as the system writes it, with its root and its style sheet line in either form.
+std::string Log(const std::string& root, const std::string& styleSheetLine,
+                const std::string& messages) {
+  return "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n" + styleSheetLine + "\r\n\r\n<" +
+         root + ">" + messages + "\r\n</" + root + ">";
+}
+
+const char* const kSavedLine = "<?xml-stylesheet type=\"text/xsl\" href=\"message.xslt\"?>";
+const char* const kResetLine = "<?xml-stylesheet href=\"message.xslt\" type=\"text/xsl\"?>";
+
+std::string Items(const std::string& messages) {
+  return Between(Transform(Log("output", kSavedLine, messages)), "<ol>", "</ol>");
+}
+
+TEST(StyleSheet, ALogBeforeOrAfterItsFirstResetThatGivesNoPage) {
+  const std::string messages = Message("Icon=\"5\" ", "Build: blinky", "5");
+  const std::string before = Transform(Log("Messages", kSavedLine, messages));
+  EXPECT_EQ(before, Transform(Log("output", kResetLine, messages)));
+  EXPECT_EQ(Between(before, "<body>", "</body>"),
+            "<h1>Build log</h1><p class=\"summary\">no errors, no warnings</p><ol>"
+            "<li class=\"heading\"><span class=\"kind\"></span>"
+            "<span class=\"text\">Build: blinky</span></li></ol>");
+}
+
+TEST(StyleSheet, ErrorsAndWarningsThatOnlyColourTellsApart) {
+  const std::string messages = Message("Icon=\"2\" ", "bad", "1") +
+                               Message("Icon=\"1\" ", "odd", "2") +
+                               Message("Icon=\"1\" ", "odd again", "2");
+  const std::string page = Transform(Log("output", kSavedLine, messages));
+  EXPECT_EQ(Between(page, "<title>", "</title>"), "Build log: 1 error, 2 warnings");
+  EXPECT_EQ(Between(page, "<ol>", "</ol>"),
+            "<li class=\"error\"><span class=\"kind\">error</span><span class=\"text\">bad</span>"
+            "</li><li class=\"warning\"><span class=\"kind\">warning</span><span class=\"text\">"
+            "odd</span></li><li class=\"warning\"><span class=\"kind\">warning</span>"
+            "<span class=\"text\">odd again</span></li>");
+}
+
+TEST(StyleSheet, LinesThatGetLost) {
+  EXPECT_EQ(Items("\r\n\t<Output>said by the host</Output>" + Message("", "plain", "3") +
+                  "\r\n\t<message >\r\n\t\t<header>only a header</header>\r\n\t</message>"),
+            "<li><span class=\"kind\"></span><span class=\"text\">said by the host</span></li>"
+            "<li class=\"plain\"><span class=\"kind\"></span><span class=\"text\">plain</span></li>"
+            "<li class=\"plain\"><span class=\"kind\"></span><span class=\"text\">only a header"
+            "</span></li>");
+}
+
+TEST(StyleSheet, APlaceThatLeadsElsewhere) {
+  const struct {
+    const char* name;
+    std::string file;
+    const char* line;
+    std::string place;
+  } rows[] = {
+      {"whole path", "/home/me/a.c", "12", "<a href=\"file:///home/me/a.c\">/home/me/a.c:12</a>"},
+      {"bytes with a meaning in addresses", "/a b/100%/#?.c", "1",
+       "<a href=\"file:///a%20b/100%25/%23%3F.c\">/a b/100%/#?.c:1</a>"},
+      {"drive", "C:\\src\\a.c", "7", "<a href=\"file:///C:/src/a.c\">C:\\src\\a.c:7</a>"},
+      {"relative, so no link", "src\\a.c", "7", "src\\a.c:7"},
+      {"no line", "/a.c", "", "<a href=\"file:///a.c\">/a.c</a>"},
+      {"too long to escape", "/" + std::string(5000, 'a'), "1",
+       "/" + std::string(5000, 'a') + ":1"},
+  };
+  for (const auto& row : rows) {
+    const std::string items =
+        Items(Message("File=\"" + row.file + "\" Line=\"" + row.line + "\" Icon=\"2\" ", "x", "1"));
+    EXPECT_EQ(Between(items, "<span class=\"place\">", "</span>"), row.place) << row.name;
+  }
+}
+
+}  // namespace
+}  // namespace tarn::shipped
