@@ -140,7 +140,7 @@ class PlanMaker : public TemplateValues {
   }
 
   void AddArgument(const ArgumentRule& rule, std::vector<std::string>& arguments) {
-    const auto asPath = [this](std::string value) {
+    const auto asPath = [this](const std::string& value) {
       return Shown(AbsolutePath(job.baseFolder, value));
     };
     std::string text = rule.isPath ? rule.value.Fill(*this, asPath) : rule.value.Fill(*this);

@@ -253,7 +253,7 @@ ToolDefinition DefinitionOfProgram(std::string_view path) {
   tool.name = path;
   tool.messages.Add(*FindScanner("gcc"));
   StepRule step;
-  step.program = Template::Literal(std::string(path));
+  step.program = Template::Literal(path);
   ArgumentRule files;
   std::string unused;
   files.value = *Template::Parse("$(Item)", unused);

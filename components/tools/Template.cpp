@@ -53,7 +53,7 @@ std::optional<Template> Template::Parse(std::string_view text, std::string& erro
   return result;
 }
 
-Template Template::Literal(std::string text) {
+Template Template::Literal(std::string_view text) {
   Template result;
   result.AddText(text);
   return result;
@@ -87,8 +87,9 @@ std::string Template::Fill(const TemplateValues& values, const Change& change) c
       text += piece.text;
       continue;
     }
-    std::string value = piece.kind == Kind::Own ? values.Own(piece.own) : values.Option(piece.text);
-    text += change ? change(std::move(value)) : value;
+    const std::string value =
+        piece.kind == Kind::Own ? values.Own(piece.own) : values.Option(piece.text);
+    text += change ? change(value) : value;
   }
   return text;
 }

@@ -29,12 +29,12 @@ class Template {
   // of the own names. $$ is a dollar sign.
   static std::optional<Template> Parse(std::string_view text, std::string& error);
   // A template that gives exactly this text.
-  static Template Literal(std::string text);
+  static Template Literal(std::string_view text);
 
   // Nothing stands in it.
   bool IsEmpty() const { return pieces.empty(); }
   // `change`, when given, is applied to what each macro gives.
-  using Change = std::function<std::string(std::string)>;
+  using Change = std::function<std::string(const std::string&)>;
   std::string Fill(const TemplateValues& values, const Change& change = nullptr) const;
 
  private:

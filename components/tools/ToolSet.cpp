@@ -62,7 +62,9 @@ void ToolSet::PrepareLists() {
       if (counts[extension]++ < kMaxListed) listsByExtension[extension] += ToolElement(*tool, "");
     }
   }
-  for (auto& [extension, list] : listsByExtension) list = "<Tools>" + list + "</Tools>";
+  for (auto& [extension, list] : listsByExtension) {
+    list.insert(0, "<Tools>").append("</Tools>");
+  }
 }
 
 const ToolDefinition* ToolSet::Find(std::string_view name) const {
