@@ -13,8 +13,8 @@ namespace tarn {
 
 // Finds automation classes by ProgID or class id. Looked at in this order: factories that this
 // process registered; libraries that were named for a class; the library lib<server>.so in the
-// module folder, where <server> is the ProgID's part in front of the dot. A library is loaded once
-// and never unloaded. May be used from any thread.
+// module folder, where <server> is the ProgID's part in front of the dot. Names compare without
+// regard to case. A library is loaded once and never unloaded. May be used from any thread.
 class ClassRegistry {
  public:
   // A registry that looks for libraries in `moduleFolder`.
@@ -34,8 +34,12 @@ class ClassRegistry {
  private:
   using GetClassObject = std::int32_t (*)(const char* classId, IClassFactory** factory);
 
+  std::function<DispatchPtr()> FindFactory(std::string_view classId);
+  std::string LibraryOf(std::string_view classId);
+  GetClassObject Load(const std::string& libraryPath, std::string& error);
   IClassFactory* LoadFactory(std::string_view classId, std::string& error);
 
+  // Never held while foreign code runs.
   std::mutex lock;
   std::string moduleFolder;
   std::map<std::string, std::function<DispatchPtr()>> factories;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <array>
+#include <algorithm>
 #include <atomic>
-#include <functional>
+#include <exception>
 #include <initializer_list>
 #include <string>
 #include <tuple>
@@ -68,6 +68,10 @@ struct MemberTraits<R (T::*)(A...)> {
 };
 template <class T, class R, class... A>
 struct MemberTraits<R (T::*)(A...) const> : MemberTraits<R (T::*)(A...)> {};
+template <class T, class R, class... A>
+struct MemberTraits<R (T::*)(A...) noexcept> : MemberTraits<R (T::*)(A...)> {};
+template <class T, class R, class... A>
+struct MemberTraits<R (T::*)(A...) const noexcept> : MemberTraits<R (T::*)(A...)> {};
 
 template <std::size_t I, class Tuple>
 bool ConvertFrom(std::span<const Variant> from, Tuple& to, int& wrong) {
@@ -122,7 +126,8 @@ auto Method(std::string_view name, DispatchId id, std::initializer_list<std::str
   return method;
 }
 
-// The methods of a class, by number and by name. Made once; read from any thread.
+// The methods of a class, by number and by name. Numbers are small and not negative. Made once;
+// read from any thread.
 template <class T>
 class DispatchTable {
  public:
@@ -130,7 +135,9 @@ class DispatchTable {
     DispatchId last = 0;
     for (const auto& method : methods) last = std::max(last, method.info.id);
     byId.assign(static_cast<std::size_t>(last) + 1, nullptr);
-    for (const auto& method : methods) byId[static_cast<std::size_t>(method.info.id)] = &method;
+    for (const auto& method : methods) {
+      if (method.info.id >= 0) byId[static_cast<std::size_t>(method.info.id)] = &method;
+    }
   }
   DispatchTable(const DispatchTable&) = delete;
   DispatchTable& operator=(const DispatchTable&) = delete;
@@ -162,8 +169,11 @@ class DispatchObject : public IDispatch {
 
   std::uint32_t Release() override {
     const std::uint32_t left = --references;
-    if (left == 0) delete this;
-    return left;
+    if (left != 0) return left;
+    // A reference that comes and goes during the destruction must not end the object once more.
+    references = 0x40000000;
+    OnFinalRelease();
+    return 0;
   }
 
   DispatchResult GetIDsOfNames(std::string_view name, DispatchId& id) override {
@@ -177,6 +187,7 @@ class DispatchObject : public IDispatch {
 
   DispatchResult Invoke(DispatchId id, std::span<const Variant> arguments,
                         Variant& result) override {
+    result = Variant();
     const auto* method = T::Table().Find(id);
     if (method == nullptr) {
       return {DispatchStatus::UnknownMember, "no method with the number " + std::to_string(id), -1};
@@ -191,6 +202,8 @@ class DispatchObject : public IDispatch {
       return method->invoke(static_cast<T&>(*this), arguments, result);
     } catch (const std::exception& failure) {
       return {DispatchStatus::Failed, failure.what(), -1};
+    } catch (...) {
+      return {DispatchStatus::Failed, std::string(method->info.name) + " failed", -1};
     }
   }
 
@@ -199,6 +212,10 @@ class DispatchObject : public IDispatch {
     for (const auto& method : T::Table().Methods()) list.push_back(method.info);
     return list;
   }
+
+ protected:
+  // The last reference is gone; an object that is still needed somewhere may die later.
+  virtual void OnFinalRelease() { delete this; }
 
  private:
   std::atomic<std::uint32_t> references{1};

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
-#include <variant>
 
 namespace tarn {
 
@@ -15,7 +16,7 @@ class DispatchPtr {
  public:
   DispatchPtr() = default;
   // Takes a further reference.
-  explicit DispatchPtr(IDispatch* object);
+  explicit DispatchPtr(IDispatch* referenced);
   DispatchPtr(const DispatchPtr& other) : DispatchPtr(other.object) {}
   DispatchPtr(DispatchPtr&& other) noexcept : object(std::exchange(other.object, nullptr)) {}
   DispatchPtr& operator=(DispatchPtr other) noexcept {
@@ -25,7 +26,7 @@ class DispatchPtr {
   ~DispatchPtr();
 
   // Takes over a reference that the caller already holds.
-  static DispatchPtr Adopt(IDispatch* object);
+  static DispatchPtr Adopt(IDispatch* referenced);
 
   IDispatch* Get() const { return object; }
   IDispatch* operator->() const { return object; }
@@ -39,27 +40,51 @@ class DispatchPtr {
 // An 8-bit text that can be null; null and empty are different arguments.
 using NullableText = std::optional<std::string>;
 
+// A text argument on its way into a call: borrowed, so only for parameters. A null pointer stays
+// null, any other text is one, also an empty view.
+class TextArgument {
+ public:
+  TextArgument(std::nullptr_t) {}
+  TextArgument(const char* text) : view(text ? text : ""), isNull(text == nullptr) {}
+  TextArgument(std::string_view text) : view(text), isNull(false) {}
+  TextArgument(const std::string& text) : view(text), isNull(false) {}
+  TextArgument(const NullableText& text) : view(text ? *text : std::string_view()), isNull(!text) {}
+
+  bool IsNull() const { return isNull; }
+  // Empty for a null text.
+  std::string_view View() const { return view; }
+
+ private:
+  std::string_view view;
+  bool isNull = true;
+};
+
 // A value at the dispatch boundary: empty, a signed 32-bit number, a text or an object.
 class Variant {
  public:
   enum class Kind { Empty, Long, Text, Object };
 
   Variant() = default;
-  Variant(std::int32_t number) : value(number) {}
-  Variant(std::string text) : value(NullableText(std::move(text))) {}
-  Variant(const char* text) : value(text ? NullableText(text) : NullableText()) {}
-  Variant(NullableText text) : value(std::move(text)) {}
-  Variant(DispatchPtr object) : value(std::move(object)) {}
+  Variant(std::int32_t value) : kind(Kind::Long), number(value) {}
+  Variant(std::string value) : kind(Kind::Text), text(std::move(value)) {}
+  Variant(const char* value) : Variant(TextArgument(value)) {}
+  Variant(std::string_view value) : Variant(TextArgument(value)) {}
+  Variant(NullableText value) : kind(Kind::Text), text(std::move(value)) {}
+  Variant(TextArgument value);
+  Variant(DispatchPtr value) : kind(Kind::Object), object(std::move(value)) {}
 
-  Kind GetKind() const { return static_cast<Kind>(value.index()); }
-  // Only for the kind that the name says.
-  std::int32_t AsLong() const { return std::get<std::int32_t>(value); }
-  const NullableText& AsText() const { return std::get<NullableText>(value); }
-  NullableText& AsText() { return std::get<NullableText>(value); }
-  const DispatchPtr& AsObject() const { return std::get<DispatchPtr>(value); }
+  Kind GetKind() const { return kind; }
+  // Only for the kind that the name says; of another kind it is 0, a null text, no object.
+  std::int32_t AsLong() const { return number; }
+  const NullableText& AsText() const { return text; }
+  NullableText& AsText() { return text; }
+  const DispatchPtr& AsObject() const { return object; }
 
  private:
-  std::variant<std::monostate, std::int32_t, NullableText, DispatchPtr> value;
+  Kind kind = Kind::Empty;
+  std::int32_t number = 0;
+  DispatchPtr object;
+  NullableText text;
 };
 
 }  // namespace tarn

@@ -12,9 +12,10 @@
 
 namespace tarn {
 
-// What to start. The program is started directly, never through a shell.
+// What to start. The program is started directly, never through a shell. Its input is empty, and
+// it starts with no signal blocked or ignored, whatever this process does with signals.
 struct ProcessRequest {
-  std::string program;                 // a path, or a name that is looked for in PATH
+  std::string program;                 // a path, or a name that is looked for in the PATH it gets
   std::vector<std::string> arguments;  // without the program's own name
   // Added to, or put in place of, the environment of this process.
   std::vector<std::pair<std::string, std::string>> environment;
@@ -27,7 +28,8 @@ struct ProcessExit {
 };
 
 // A running program in a process group of its own, so that stopping it takes its children along.
-// One thread may wait while others ask it to stop.
+// One thread may wait while others ask it to stop. Destroying one that was not waited for kills
+// its group.
 class Process {
  public:
   virtual ~Process() = default;
@@ -35,12 +37,13 @@ class Process {
   // Reads both streams to their end, hands each piece on as it comes (called on the waiting
   // thread; `fromErrorStream` tells which), then waits for the exit. Never deadlocks on a full
   // pipe. Ends as soon as the program itself has ended and its group has closed the pipes, or a
-  // short grace time later when a grandchild keeps them open.
+  // short grace time later when a grandchild keeps them open. Waiting again gives the same exit.
   using OutputHandler = std::function<void(std::string_view text, bool fromErrorStream)>;
   virtual ProcessExit WaitWithOutput(const OutputHandler& onOutput) = 0;
 
-  // Asks the whole group to end, and kills what is left of it after `grace`. Returns at once; may
-  // be called from any thread, also after the end.
+  // Asks the whole group to end. The waiting thread kills what is left of it after `grace`, or
+  // sooner when the program itself has ended and nobody in the group holds the pipes any more.
+  // Returns at once; may be called from any thread, also after the end.
   virtual void Stop(std::chrono::milliseconds grace) = 0;
 };
 
@@ -48,13 +51,14 @@ class Process {
 class ProcessLauncher {
  public:
   virtual ~ProcessLauncher() = default;
-  // NotFound when there is no such program.
+  // NotFound when there is no such program or no such folder; the error's place tells which.
   virtual Result<std::unique_ptr<Process>> Start(const ProcessRequest& request) = 0;
 
   static ProcessLauncher& Native();
 };
 
-// The full path of a program that PATH holds, or of a path as it stands; empty when there is none.
+// The full path of a program that PATH holds, or of a path as it stands; empty when there is none
+// that may be run. Empty parts of PATH, which would mean the current folder, are left out.
 std::string FindProgram(std::string_view name);
 
 }  // namespace tarn

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace tarn {
 
@@ -33,22 +34,29 @@ class MessageLoop : public std::enable_shared_from_this<MessageLoop> {
   virtual bool IsCurrentThread() const = 0;
 
   // Runs `work` on the loop's thread and returns when it has run; directly when that is the
-  // calling thread. Nested to any depth. False when the loop was closed before the work could run.
-  // Nothing may be locked while waiting here.
+  // calling thread. Nested to any depth: while it waits, the calling thread serves what others
+  // want of it. False when the loop was closed before the work could run. An exception of the work
+  // comes out here. Nothing may be locked while waiting here.
   virtual bool RunAndWait(const std::function<void()>& work) = 0;
 
   // Serves what other threads wait for, and nothing else. Returns whether there was anything.
   virtual bool ServeWaiting() = 0;
-  // Serves waiting work, then posted messages, then timers that are due; at most one round.
+  // Serves waiting work, then posted messages, then timers that are due; at most one round. Timers
+  // stand back while messages are left. Returns whether there was anything. This and the three
+  // below do nothing on another thread than the loop's.
   virtual bool Pump() = 0;
   // Pumps until `done` holds or the time is over; tells whether it held. Sleeps while idle.
   virtual bool PumpUntil(const std::function<bool()>& done, std::chrono::milliseconds limit) = 0;
   // Like PumpUntil, but serves only waiting work.
   virtual bool ServeUntil(const std::function<bool()>& done, std::chrono::milliseconds limit) = 0;
 
-  // Called from any thread whenever something was queued, so that another event loop can be told
-  // to call Pump. At most one; null removes it.
+  // Called from any thread whenever something was queued or a timer was set, so that another event
+  // loop can be told to call Pump. It returns at once and calls nothing of the loop. At most one;
+  // null removes it, and none is running any more when this returns.
   virtual void SetWakeHandler(std::function<void()> wake) = 0;
+  // How long until Pump has a timer to serve, rounded up; nothing without a timer. For another
+  // event loop, which asks after each wake and each Pump.
+  virtual std::optional<std::chrono::milliseconds> UntilNextTimer() = 0;
   // Makes a sleeping PumpUntil look at its condition again. May be called from any thread.
   virtual void Wake() = 0;
 };
@@ -67,8 +75,9 @@ std::intptr_t SendWindowMessage(WindowHandle window, std::uint32_t message, std:
 bool PostWindowMessage(WindowHandle window, std::uint32_t message, std::intptr_t wParam,
                        std::intptr_t lParam);
 
-// Calls `onTick` on the window's thread every `period`, behind all messages, never twice at once
-// and never catching up. Setting it again replaces it. On the window's thread.
+// Calls `onTick` on the window's thread every `period` (at least 1 ms), behind all messages, never
+// twice at once and never catching up. Setting it again replaces it and starts the period anew. On
+// the window's thread.
 void SetWindowTimer(WindowHandle window, std::int32_t id, std::chrono::milliseconds period,
                     std::function<void()> onTick);
 void KillWindowTimer(WindowHandle window, std::int32_t id);

@@ -87,7 +87,13 @@ TEST_P(FileSystemTest, NamesOfOtherCaseAreFoundOnlyWhenOneIsMeant) {
       {"nothing alike", In("Src/Main.cc"), nullptr},
       {"through a file", In("Src/Main.c/x"), nullptr},
   };
-  for (int round = 0; round < 3; ++round) {  // a folder's entries are kept from the second miss on
+  // The entries of a folder that has long been as it is are kept from the second miss on.
+  if (files != &memory) {
+    for (const auto& folder : {root, In("Src"), In("lib"), In("LIB")}) {
+      std::filesystem::last_write_time(folder, {});
+    }
+  }
+  for (int round = 0; round < 3; ++round) {
     for (const Row& row : rows) {
       SCOPED_TRACE(row.name);
       const Result<std::string> bytes = files->ReadWholeFile(row.path);

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "platform/files/ScratchFolder.h"
+#include "platform/text/Text.h"
 
 namespace tarn {
 namespace {
@@ -108,6 +109,26 @@ TEST(PosixFileSystem, KeptFolderEntriesNeverHideAChange) {
   }
 }
 
+TEST(PosixFileSystem, AChangeWithinOneTickOfTheFoldersClockShows) {
+  const ScratchFolder scratch;
+  PosixFileSystem files;
+  for (const bool wholeSeconds : {false, true}) {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    if (wholeSeconds) now.tv_nsec = 0;
+    const auto stopClock = [&] {
+      const timespec times[2] = {now, now};
+      ASSERT_EQ(utimensat(AT_FDCWD, scratch.Path().c_str(), times, 0), 0);
+    };
+    const std::string name = wholeSeconds ? "Second" : "First";
+    stopClock();
+    for (int miss = 0; miss < 3; ++miss) EXPECT_FALSE(files.Exists(scratch / FoldCase(name)));
+    PutRaw(scratch / name, "x");
+    stopClock();
+    EXPECT_TRUE(files.Exists(scratch / FoldCase(name)));
+  }
+}
+
 TEST(PosixFileSystem, BackslashInANameOfTheMachineIsOutOfReach) {
   const ScratchFolder scratch;
   PosixFileSystem files;
@@ -145,6 +166,24 @@ TEST(PosixFileSystem, ReadersSeeWholeFilesWhileAWriterReplacesThem) {
   exact.join();
   otherCase.join();
   EXPECT_EQ(torn, 0);
+}
+
+// The disk of the process reads its drives once, so no other test may ask it for one.
+TEST(NativeFileSystem, DrivesComeFromTheSettings) {
+  const ScratchFolder scratch;
+  PosixFileSystem files;
+  const std::string folder = scratch / "disk";
+  ASSERT_TRUE(files.CreateFolders(folder) && files.CreateFolders(scratch / "machine"));
+  ASSERT_TRUE(files.WriteWholeFile(
+      scratch / "machine/registry.ini",
+      "[drives]\nc:=" + folder + "\nD=relative\nEF=" + folder + "\n=" + folder + "\n"));
+  ASSERT_EQ(setenv("TARN_SETTINGS", scratch.Path().c_str(), 1), 0);
+  EXPECT_TRUE(FileSystem::Native().WriteWholeFile("C:\\file", "x"));
+  ASSERT_EQ(unsetenv("TARN_SETTINGS"), 0);
+  EXPECT_EQ(*files.ReadWholeFile(folder + "/file"), "x");
+  for (const std::string drive : {"D", "E", "F"}) {
+    EXPECT_FALSE(FileSystem::Native().Exists(drive + ":\\"));
+  }
 }
 
 TEST(PosixFileSystem, LongPathsWorkAndOverlongNamesFail) {

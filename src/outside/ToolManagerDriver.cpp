@@ -1,0 +1,30 @@
+#include "outside/ToolManagerDriver.h"
+
+namespace tarn {
+
+namespace {
+
+// The numbers that the tool manager answers by.
+enum : DispatchId {
+  kRunTool = 2,
+  kInitTools = 3,
+  kGetToolsForExtension = 9,
+};
+
+}  // namespace
+
+std::int32_t CToolManagerDriver::InitTools(TextArgument applicationPath, TextArgument dataPath,
+                                           std::int32_t frame) {
+  return InvokeLong(kInitTools, {applicationPath, dataPath, frame});
+}
+
+std::int32_t CToolManagerDriver::RunTool(TextArgument tool, TextArgument files,
+                                         TextArgument options, TextArgument messageFile) {
+  return InvokeLong(kRunTool, {tool, files, options, messageFile});
+}
+
+std::string CToolManagerDriver::GetToolsForExtension(TextArgument extension) {
+  return InvokeText(kGetToolsForExtension, {extension});
+}
+
+}  // namespace tarn

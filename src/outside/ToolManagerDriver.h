@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/automation/DispatchDriver.h"
+
+namespace tarn {
+
+// The late-bound caller of the tool manager: the component that runs translators, linkers and all
+// other project tools. Exists whether a component is attached or not; without one each call fails
+// and gives 0 or an empty text. The build's worker and the host's thread may call at once.
+class CToolManagerDriver : public COleDispatchDriver {
+ public:
+  static constexpr const char* kProgId = "TarnToolManager.ToolManager";
+
+  std::int32_t InitTools(TextArgument applicationPath, TextArgument dataPath, std::int32_t frame);
+  // Runs one tool and returns at its end; not 0 when it succeeded. `files` are paths in double
+  // quotes, joined by commas; `options` the option values of the node; `messageFile` where the tool
+  // leaves its messages, or null.
+  std::int32_t RunTool(TextArgument tool, TextArgument files, TextArgument options,
+                       TextArgument messageFile);
+  // An element whose children are the commands for files of that extension (with its dot).
+  std::string GetToolsForExtension(TextArgument extension);
+};
+
+}  // namespace tarn

@@ -1,0 +1,100 @@
+#include "platform/automation/DispatchDriver.h"
+
+#include <exception>
+#include <utility>
+
+namespace tarn {
+
+bool COleDispatchDriver::CreateDispatch(ClassRegistry& classes, std::string_view progId) {
+  std::string error;
+  const DispatchPtr made = classes.CreateInstance(progId, &error);
+  if (!made) {
+    ReleaseDispatch();
+    Remember({DispatchStatus::NoObject, std::move(error), -1});
+    return false;
+  }
+  AttachDispatch(made.Get(), true);
+  Remember({});
+  return true;
+}
+
+void COleDispatchDriver::AttachDispatch(IDispatch* attached, bool takeReference) {
+  if (attached != nullptr && takeReference) attached->AddRef();
+  ReleaseDispatch();
+  ownsReference = attached != nullptr && takeReference;
+  object.store(attached, std::memory_order_release);
+}
+
+void COleDispatchDriver::ReleaseDispatch() {
+  IDispatch* released = object.exchange(nullptr, std::memory_order_acq_rel);
+  if (std::exchange(ownsReference, false)) released->Release();
+}
+
+std::int32_t COleDispatchDriver::InvokeLong(DispatchId id,
+                                            std::initializer_list<Variant> arguments) {
+  const Variant result = Call(id, arguments);
+  if (result.GetKind() == Variant::Kind::Long) return result.AsLong();
+  RememberKind(id, result, "a number");
+  return 0;
+}
+
+std::string COleDispatchDriver::InvokeText(DispatchId id,
+                                           std::initializer_list<Variant> arguments) {
+  Variant result = Call(id, arguments);
+  if (result.GetKind() == Variant::Kind::Text) {
+    return result.AsText() ? std::move(*result.AsText()) : std::string();
+  }
+  RememberKind(id, result, "a text");
+  return {};
+}
+
+void COleDispatchDriver::InvokeHelper(DispatchId id, std::initializer_list<Variant> arguments) {
+  Call(id, arguments);
+}
+
+DispatchResult COleDispatchDriver::LastResult() const {
+  if (!lastFailed.load(std::memory_order_acquire)) return {};
+  const std::lock_guard guard(failureLock);
+  return lastFailure;
+}
+
+Variant COleDispatchDriver::Call(DispatchId id, std::initializer_list<Variant> arguments) {
+  const DispatchPtr target(GetDispatch());
+  if (!target) {
+    Remember({DispatchStatus::NoObject, "no object is attached", -1});
+    return {};
+  }
+  Variant result;
+  DispatchResult outcome;
+  try {
+    outcome = target->Invoke(id, {arguments.begin(), arguments.size()}, result);
+  } catch (const std::exception& failure) {
+    outcome = {DispatchStatus::Failed, failure.what(), -1};
+  } catch (...) {
+    outcome = {DispatchStatus::Failed, "the object threw an exception", -1};
+  }
+  const bool succeeded = static_cast<bool>(outcome);
+  Remember(std::move(outcome));
+  return succeeded ? std::move(result) : Variant();
+}
+
+void COleDispatchDriver::Remember(DispatchResult outcome) {
+  if (outcome) {
+    // Written only on a change: threads that call at once don't fight over it.
+    if (lastFailed.load(std::memory_order_relaxed)) lastFailed = false;
+    return;
+  }
+  const std::lock_guard guard(failureLock);
+  lastFailure = std::move(outcome);
+  lastFailed.store(true, std::memory_order_release);
+}
+
+// An object may leave an answer empty; one of another kind is a misunderstanding.
+void COleDispatchDriver::RememberKind(DispatchId id, const Variant& result,
+                                      std::string_view wanted) {
+  if (result.GetKind() == Variant::Kind::Empty) return;
+  Remember({DispatchStatus::WrongType,
+            "the answer of method " + std::to_string(id) + " is not " + std::string(wanted), -1});
+}
+
+}  // namespace tarn

@@ -1,0 +1,174 @@
+#include "platform/process/posix/Spawn.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <utility>
+#include <vector>
+
+extern char** environ;
+
+namespace tarn {
+
+namespace {
+
+bool IsProgram(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+         access(path.c_str(), X_OK) == 0;
+}
+
+std::string FindIn(std::string_view folders, std::string_view name) {
+  while (!folders.empty()) {
+    const auto colon = folders.find(':');
+    const std::string_view folder = folders.substr(0, colon);
+    folders = colon == std::string_view::npos ? std::string_view() : folders.substr(colon + 1);
+    if (folder.empty()) continue;
+    std::string path = std::string(folder) + "/" + std::string(name);
+    if (IsProgram(path)) return path;
+  }
+  return {};
+}
+
+std::string FindProgramIn(const char* folders, std::string_view name) {
+  if (name.empty()) return {};
+  if (name.find('/') == std::string_view::npos) {
+    return FindIn(folders != nullptr ? folders : "/usr/local/bin:/usr/bin:/bin", name);
+  }
+  std::string path(name);
+  return IsProgram(path) ? path : std::string();
+}
+
+// The program, in a form that does not change its meaning in the working folder of the child.
+std::string ProgramOf(const ProcessRequest& request) {
+  const char* folders = getenv("PATH");
+  for (const auto& [name, value] : request.environment) {
+    if (name == "PATH") folders = value.c_str();
+  }
+  std::string program = FindProgramIn(folders, request.program);
+  if (program.empty() || program.front() == '/') return program;
+  char* current = getcwd(nullptr, 0);
+  if (current == nullptr) return program;
+  program = std::string(current) + "/" + program;
+  free(current);
+  return program;
+}
+
+// Texts as the system wants them: pointers with a null behind.
+class TextList {
+ public:
+  void Add(std::string text) { texts.push_back(std::move(text)); }
+  std::vector<char*> Pointers() {
+    std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
+    for (std::string& text : texts) pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+  }
+
+ private:
+  std::vector<std::string> texts;
+};
+
+bool IsReplaced(std::string_view entry, const ProcessRequest& request) {
+  const std::string_view name = entry.substr(0, entry.find('='));
+  for (const auto& replaced : request.environment) {
+    if (replaced.first == name) return true;
+  }
+  return false;
+}
+
+TextList EnvironmentOf(const ProcessRequest& request) {
+  TextList list;
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    if (!IsReplaced(*entry, request)) list.Add(*entry);
+  }
+  for (const auto& [name, value] : request.environment) list.Add(name + "=" + value);
+  return list;
+}
+
+// What happens in the child between its birth and the program's start.
+class SpawnPlan {
+ public:
+  SpawnPlan(const ProcessRequest& request, int outputStream, int errorStream) {
+    posix_spawn_file_actions_init(&actions);
+    posix_spawnattr_init(&attributes);
+    // The folder first: the streams' numbers are the parent's and survive it.
+    if (!request.folder.empty()) {
+      Check(posix_spawn_file_actions_addchdir_np(&actions, request.folder.c_str()));
+    }
+    Check(posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+    Check(posix_spawn_file_actions_adddup2(&actions, outputStream, STDOUT_FILENO));
+    Check(posix_spawn_file_actions_adddup2(&actions, errorStream, STDERR_FILENO));
+    sigset_t none;
+    sigset_t all;
+    sigemptyset(&none);
+    sigfillset(&all);
+    Check(posix_spawnattr_setsigmask(&attributes, &none));
+    Check(posix_spawnattr_setsigdefault(&attributes, &all));
+    Check(posix_spawnattr_setpgroup(&attributes, 0));
+    Check(posix_spawnattr_setflags(
+        &attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
+  }
+  SpawnPlan(const SpawnPlan&) = delete;
+  SpawnPlan& operator=(const SpawnPlan&) = delete;
+  ~SpawnPlan() {
+    posix_spawn_file_actions_destroy(&actions);
+    posix_spawnattr_destroy(&attributes);
+  }
+
+  // 0 or an errno.
+  int Start(pid_t& pid, const std::string& program, TextList& arguments, TextList& environment) {
+    if (failure != 0) return failure;
+    return posix_spawn(&pid, program.c_str(), &actions, &attributes, arguments.Pointers().data(),
+                       environment.Pointers().data());
+  }
+
+ private:
+  void Check(int result) {
+    if (failure == 0) failure = result;
+  }
+
+  posix_spawn_file_actions_t actions;
+  posix_spawnattr_t attributes;
+  int failure = 0;
+};
+
+bool IsFolder(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+}  // namespace
+
+Result<pid_t> SpawnInGroup(const ProcessRequest& request, int outputStream, int errorStream) {
+  const std::string program = ProgramOf(request);
+  if (program.empty()) return Error{ErrorCode::NotFound, "no such program", request.program};
+  if (!request.folder.empty() && !IsFolder(request.folder)) {
+    return Error{ErrorCode::NotFound, "no such folder", request.folder};
+  }
+  TextList arguments;
+  arguments.Add(request.program);
+  for (const std::string& argument : request.arguments) arguments.Add(argument);
+  TextList environment = EnvironmentOf(request);
+  pid_t pid = -1;
+  SpawnPlan plan(request, outputStream, errorStream);
+  const int failure = plan.Start(pid, program, arguments, environment);
+  if (failure == 0) return pid;
+  // A script whose interpreter is missing looks like a missing program to the system as well.
+  const ErrorCode code =
+      failure == ENOENT || failure == ENOTDIR ? ErrorCode::NotFound : ErrorCode::Io;
+  return Error{code, std::strerror(failure), program};
+}
+
+std::string FindProgram(std::string_view name) {
+  return FindProgramIn(getenv("PATH"), name);
+}
+
+}  // namespace tarn

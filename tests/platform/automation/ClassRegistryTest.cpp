@@ -1,0 +1,103 @@
+#include "platform/automation/ClassRegistry.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "TestObject.h"
+#include "platform/automation/RunningObjects.h"
+
+namespace tarn::test {
+namespace {
+
+std::int32_t NextOf(const DispatchPtr& counter) {
+  Variant result;
+  if (!counter || !counter->Invoke(1, {}, result)) return -1;
+  return result.AsLong();
+}
+
+TEST(ClassRegistry, FindsFactoriesNamedLibrariesAndLibrariesOfTheModuleFolder) {
+  ClassRegistry folder(TEST_MODULE_FOLDER);
+  const DispatchPtr first = folder.CreateInstance("TarnTestServer.Counter");
+  EXPECT_EQ(NextOf(first), 1);
+  EXPECT_EQ(NextOf(first), 2);
+  EXPECT_EQ(NextOf(folder.CreateInstance("TarnTestServer.Counter")), 1);
+
+  ClassRegistry named("/nowhere");
+  named.RegisterLibrary("TarnTestServer.Counter", TEST_MODULE_FOLDER "/libTarnTestServer.so");
+  EXPECT_EQ(NextOf(named.CreateInstance("TarnTestServer.Counter")), 1);
+
+  folder.RegisterFactory("tarntestserver.counter", [] { return DispatchPtr(); });
+  folder.RegisterFactory("TarnTestServer.COUNTER",
+                         [] { return DispatchPtr::Adopt(new TestObject); });
+  DispatchId id = 0;
+  EXPECT_TRUE(folder.CreateInstance("TarnTestServer.Counter")->GetIDsOfNames("Join", id));
+}
+
+TEST(ClassRegistry, AClassThatCannotBeMadeSaysWhy) {
+  ClassRegistry classes(TEST_MODULE_FOLDER);
+  classes.RegisterFactory("Empty.Class", [] { return DispatchPtr(); });
+  classes.RegisterFactory("Thrown.Class",
+                          []() -> DispatchPtr { throw std::runtime_error("broken"); });
+  const std::string platform = ModuleFolder() + "/libTarnPlatform.so";
+  classes.RegisterLibrary("No.Entry", platform);
+  const struct {
+    const char* name;
+    const char* expected;  // in the reason
+  } rows[] = {
+      {"Nameless", "Nameless: no such class"},
+      {"", ": no such class"},
+      {"{D9B8CA9D-D21F-48A2-8AC1-31865478798D}", "no such class"},
+      {"../modules/libTarnTestServer.Counter", "no such class"},
+      {"NotThere.Counter", "libNotThere.so: cannot open"},
+      {"TarnTestServer.Other", "libTarnTestServer.so has no such class"},
+      {"No.Entry", "DllGetClassObject"},
+      {"Empty.Class", "Empty.Class: the class made no object"},
+      {"Thrown.Class", "Thrown.Class: broken"},
+  };
+  for (const auto& row : rows) {
+    std::string error;
+    EXPECT_FALSE(classes.CreateInstance(row.name, &error)) << row.name;
+    EXPECT_NE(error.find(row.expected), std::string::npos) << row.name << ": " << error;
+  }
+  EXPECT_FALSE(classes.CreateInstance("Nameless"));
+}
+
+TEST(ClassRegistry, AFactoryMayUseTheRegistry) {
+  ClassRegistry classes("/nowhere");
+  classes.RegisterFactory("Inner.Class", [] { return DispatchPtr::Adopt(new TestObject); });
+  classes.RegisterFactory("Outer.Class", [&classes] {
+    classes.RegisterFactory("Outer.Class", [] { return DispatchPtr(); });
+    return classes.CreateInstance("Inner.Class");
+  });
+  EXPECT_TRUE(classes.CreateInstance("Outer.Class"));
+  EXPECT_FALSE(classes.CreateInstance("Outer.Class"));
+}
+
+TEST(ClassRegistry, TheModuleFolderHoldsThePlatformLibrary) {
+  EXPECT_TRUE(std::filesystem::exists(ModuleFolder() + "/libTarnPlatform.so"));
+  EXPECT_EQ(ModuleFolder().front(), '/');
+}
+
+TEST(RunningObjects, EntriesAreWeakAndTheLastOneCounts) {
+  TestObject::alive = 0;
+  RunningObjectTable table;
+  DispatchPtr first = DispatchPtr::Adopt(new TestObject);
+  const DispatchPtr second = DispatchPtr::Adopt(new TestObject);
+  const std::uint32_t firstToken = table.RegisterActiveObject("{A}", first.Get());
+  const std::uint32_t secondToken = table.RegisterActiveObject("{A}", second.Get());
+  EXPECT_NE(firstToken, 0u);
+  EXPECT_NE(firstToken, secondToken);
+  EXPECT_EQ(table.GetActiveObject("{a}").Get(), second.Get());
+  EXPECT_FALSE(table.GetActiveObject("{B}"));
+  table.RevokeActiveObject(secondToken);
+  EXPECT_EQ(table.GetActiveObject("{A}").Get(), first.Get());
+  table.RevokeActiveObject(firstToken);
+  first.Reset();
+  EXPECT_EQ(TestObject::alive, 1);
+  EXPECT_FALSE(table.GetActiveObject("{A}"));
+  table.RevokeActiveObject(firstToken);  // again: nothing happens
+}
+
+}  // namespace
+}  // namespace tarn::test

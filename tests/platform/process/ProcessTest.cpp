@@ -1,0 +1,292 @@
+#include "platform/process/Process.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+namespace tarn::test {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+struct Outcome {
+  std::string output;
+  std::string errors;
+  ProcessExit exit;
+  milliseconds time{0};
+};
+
+Outcome RunToEnd(Process& process, const std::function<void()>& onOutput = {}) {
+  Outcome run;
+  const auto start = steady_clock::now();
+  run.exit = process.WaitWithOutput([&](std::string_view text, bool fromErrorStream) {
+    (fromErrorStream ? run.errors : run.output) += text;
+    if (onOutput) onOutput();
+  });
+  run.time = std::chrono::duration_cast<milliseconds>(steady_clock::now() - start);
+  return run;
+}
+
+std::unique_ptr<Process> Start(const ProcessRequest& request) {
+  auto started = ProcessLauncher::Native().Start(request);
+  EXPECT_TRUE(started) << started.GetError().text;
+  return started ? std::move(*started) : nullptr;
+}
+
+std::unique_ptr<Process> StartShell(const std::string& script) {
+  return Start({"sh", {"-c", script}, {}, {}});
+}
+
+bool HasChildren() {
+  siginfo_t info{};
+  return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) == 0;
+}
+
+// Whether a process of that number is there, other than as a zombie.
+bool Runs(const std::string& pid) {
+  std::ifstream status("/proc/" + pid + "/stat");
+  std::string text;
+  std::getline(status, text);
+  const auto name = text.rfind(')');
+  return name != std::string::npos && text.compare(name, 3, ") Z") != 0;
+}
+
+bool EndsSoon(const std::string& pid) {
+  for (int i = 0; i < 100 && Runs(pid); ++i) std::this_thread::sleep_for(milliseconds(10));
+  return !Runs(pid);
+}
+
+TEST(Process, ArgumentsArriveAsTheyAreAndNoShellReadsThem) {
+  const auto process = Start({"printf", {"%s|", "a b", "", "$HOME", "\"*\"", "'"}, {}, {}});
+  const Outcome run = RunToEnd(*process);
+  EXPECT_EQ(run.output, "a b||$HOME|\"*\"|'|");
+  EXPECT_EQ(run.errors, "");
+  EXPECT_EQ(run.exit.code, 0);
+}
+
+TEST(Process, EachKindOfExitHasItsCode) {
+  const struct {
+    const char* script;
+    int code;
+    bool signalled;
+  } rows[] = {
+      {"exit 0", 0, false},           {"exit 3", 3, false},
+      {"exit 255", 255, false},       {"kill -9 $$", 137, true},
+      {"kill -TERM $$", 143, true},   {"exec kill -SEGV $$", 139, true},
+      {"exec not-there", 127, false},
+  };
+  for (const auto& row : rows) {
+    const auto process = StartShell(row.script);
+    const Outcome run = RunToEnd(*process);
+    EXPECT_EQ(run.exit.code, row.code) << row.script;
+    EXPECT_EQ(run.exit.signalled, row.signalled) << row.script;
+    EXPECT_EQ(process->WaitWithOutput({}).code, row.code) << row.script;
+  }
+  EXPECT_FALSE(HasChildren());
+}
+
+TEST(Process, MegabytesOnBothStreamsAtOnceComeWhole) {
+  const auto process = StartShell(
+      "head -c 4000000 /dev/zero | tr '\\0' e >&2 & head -c 4000000 /dev/zero | tr '\\0' o; wait");
+  const Outcome run = RunToEnd(*process);
+  EXPECT_EQ(run.output.size(), 4000000u);
+  EXPECT_EQ(run.errors.size(), 4000000u);
+  EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), 'e'), 4000000);
+  EXPECT_EQ(std::count(run.output.begin(), run.output.end(), 'o'), 4000000);
+}
+
+TEST(Process, AMissingProgramOrFolderIsToldAndLeavesNothingBehind) {
+  const struct {
+    ProcessRequest request;
+    const char* place;
+  } rows[] = {
+      {{"no-such-program", {}, {}, {}}, "no-such-program"},
+      {{"/no/such/program", {}, {}, {}}, "/no/such/program"},
+      {{"", {}, {}, {}}, ""},
+      {{"/etc/passwd", {}, {}, {}}, "/etc/passwd"},
+      {{"/bin", {}, {}, {}}, "/bin"},
+      {{"sh", {}, {}, "/no/such/folder"}, "/no/such/folder"},
+      {{"sh", {}, {{"PATH", "/no/such"}}, {}}, "sh"},
+  };
+  for (const auto& row : rows) {
+    const auto started = ProcessLauncher::Native().Start(row.request);
+    EXPECT_FALSE(started) << row.place;
+    EXPECT_EQ(started.GetError().code, ErrorCode::NotFound) << row.place;
+    EXPECT_EQ(started.GetError().place, row.place);
+  }
+  EXPECT_FALSE(HasChildren());
+}
+
+TEST(Process, TheEnvironmentIsMergedAndTheFolderEntered) {
+  setenv("TARN_TEST_KEPT", "kept", 1);
+  setenv("TARN_TEST_REPLACED", "old", 1);
+  const std::string folder = std::filesystem::canonical(std::filesystem::temp_directory_path());
+  const auto process = Start({"sh",
+                              {"-c",
+                               "echo \"$TARN_TEST_KEPT $TARN_TEST_REPLACED $TARN_TEST_NEW\"; pwd; "
+                               "env | grep -c TARN_TEST_REPLACED"},
+                              {{"TARN_TEST_REPLACED", "new"}, {"TARN_TEST_NEW", "a b=c"}},
+                              folder});
+  EXPECT_EQ(RunToEnd(*process).output, "kept new a b=c\n" + folder + "\n1\n");
+}
+
+TEST(Process, ARelativeProgramIsMeantFromHereAlsoInAnotherFolder) {
+  const std::filesystem::path folder =
+      std::filesystem::temp_directory_path() / ("tarn-process-" + std::to_string(getpid()));
+  std::filesystem::create_directories(folder);
+  std::ofstream(folder / "tool.sh") << "#!/bin/sh\npwd\n";
+  std::filesystem::permissions(folder / "tool.sh", std::filesystem::perms::owner_all);
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder);
+  const auto process = Start({"./tool.sh", {}, {}, "/"});
+  EXPECT_EQ(RunToEnd(*process).output, "/\n");
+  EXPECT_EQ(FindProgram("./tool.sh"), "./tool.sh");
+  std::filesystem::current_path(before);
+  std::filesystem::remove_all(folder);
+}
+
+TEST(Process, TheInputIsEmptyAndNoSignalIsIgnoredOrBlocked) {
+  sigset_t blocked;
+  sigset_t before;
+  sigemptyset(&blocked);
+  sigaddset(&blocked, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &blocked, &before);
+  const auto previous = signal(SIGPIPE, SIG_IGN);
+  // Of the masks the digits of the ordinary signals; behind them the C library has its own.
+  const auto process =
+      StartShell("cat; sed -n 's/^\\(Sig[BI].*\\):.*\\(.......\\)$/\\1 \\2/p' /proc/self/status");
+  signal(SIGPIPE, previous);
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  EXPECT_EQ(RunToEnd(*process).output, "SigBlk 0000000\nSigIgn 0000000\n");
+}
+
+TEST(Process, NoDescriptorOfThisProcessLeaks) {
+  const std::string list = "ls /proc/$$/fd | tr '\\n' ' '";
+  const std::string alone = RunToEnd(*StartShell(list)).output;
+  const auto other = StartShell("sleep 60");  // its pipes are open during the next start
+  EXPECT_EQ(RunToEnd(*StartShell(list)).output, alone);
+  EXPECT_EQ(alone.substr(0, 4), "0 1 ");
+}
+
+TEST(Process, StopTakesTheWholeGroupWithin2Seconds) {
+  const struct {
+    const char* name;
+    const char* script;
+    int code;
+    int grace;
+  } rows[] = {
+      {"obedient", "sleep 60 & echo $!; sleep 60", 143, 1000},
+      {"deaf leader", "trap '' TERM; sleep 60 & echo $!; while :; do sleep 60; done", 137, 300},
+      {"leader gone, deaf child with the pipe",
+       "(trap '' TERM; sleep 60; sleep 60) & echo $!; wait", 143, 300},
+      {"leader gone, deaf child without it",
+       "(trap '' TERM; sleep 60; sleep 60) >/dev/null 2>&1 & echo $!; wait", 143, 300},
+      {"halted", "sleep 60 & echo $!; kill -STOP $$", 143, 1000},
+      {"no grace", "trap '' TERM; sleep 60 & echo $!; while :; do sleep 60; done", 137, 0},
+  };
+  for (const auto& row : rows) {
+    const auto process = StartShell(row.script);
+    const Outcome run = RunToEnd(*process, [&] {
+      std::this_thread::sleep_for(milliseconds(50));
+      process->Stop(milliseconds(row.grace));
+    });
+    EXPECT_TRUE(run.exit.signalled) << row.name;
+    EXPECT_EQ(run.exit.code, row.code) << row.name;
+    EXPECT_LT(run.time, milliseconds(2000)) << row.name;
+    const std::string child = run.output.substr(0, run.output.find('\n'));
+    ASSERT_FALSE(child.empty()) << row.name;
+    EXPECT_TRUE(EndsSoon(child)) << row.name;
+    process->Stop(milliseconds(0));  // after the end: nothing happens
+  }
+  EXPECT_FALSE(HasChildren());
+}
+
+TEST(Process, AStopGivesTimeToCleanUp) {
+  const auto process = StartShell(
+      "trap 'sleep 0.3; echo cleaned; exit 5' TERM; echo up; "
+      "while :; do sleep 0.05; done");
+  std::atomic<bool> stopped{false};
+  const Outcome run = RunToEnd(*process, [&] {
+    if (!stopped.exchange(true)) process->Stop(milliseconds(5000));
+  });
+  EXPECT_EQ(run.output, "up\ncleaned\n");
+  EXPECT_EQ(run.exit.code, 5);
+}
+
+TEST(Process, AnotherThreadMayStopAtAnyMoment) {
+  for (int i = 0; i < 20; ++i) {
+    const auto process = StartShell("sleep 60");
+    std::thread stopper([&process, i] {
+      std::this_thread::sleep_for(milliseconds(i % 4));
+      process->Stop(milliseconds(1000));
+      process->Stop(milliseconds(500));
+    });
+    const Outcome run = RunToEnd(*process);
+    stopper.join();
+    EXPECT_EQ(run.exit.code, 143);
+    EXPECT_LT(run.time, milliseconds(1500));
+  }
+}
+
+TEST(Process, AGrandchildThatKeepsThePipesOpenDoesNotHoldTheWait) {
+  // It left the group and outlives the program; what was written before is not lost.
+  const auto process = StartShell("setsid sleep 5 & echo $!; exit 4");
+  const Outcome run = RunToEnd(*process);
+  EXPECT_EQ(run.exit.code, 4);
+  EXPECT_LT(run.time, milliseconds(2000));
+  const std::string child = run.output.substr(0, run.output.find('\n'));
+  ASSERT_FALSE(child.empty());
+  EXPECT_TRUE(Runs(child));
+  kill(std::atoi(child.c_str()), SIGKILL);
+}
+
+TEST(Process, OneThatClosesItsStreamsIsStillWaitedFor) {
+  const auto process = StartShell("exec >&- 2>&-; sleep 0.3; exit 6");
+  EXPECT_EQ(RunToEnd(*process).exit.code, 6);
+}
+
+TEST(Process, AnUnwantedProcessGoesWithItsObject) {
+  auto process = StartShell("sleep 60");
+  process.reset();
+  EXPECT_FALSE(HasChildren());
+}
+
+TEST(Process, ManyAtOnceDoNotHoldEachOthersPipes) {
+  std::vector<std::thread> threads;
+  std::atomic<int> right{0};
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([&right, i] {
+      const auto process = StartShell("echo " + std::to_string(i) + "; exit " + std::to_string(i));
+      const Outcome run = RunToEnd(*process);
+      if (run.exit.code == i && run.output == std::to_string(i) + "\n") ++right;
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(right, 8);
+}
+
+TEST(Process, ASlowReaderLosesNothing) {
+  const auto process = StartShell("head -c 300000 /dev/zero");
+  const Outcome run = RunToEnd(*process, [] { std::this_thread::sleep_for(milliseconds(20)); });
+  EXPECT_EQ(run.output.size(), 300000u);
+}
+
+TEST(FindProgram, SearchesPathForProgramsOnly) {
+  EXPECT_EQ(FindProgram("sh").front(), '/');
+  EXPECT_EQ(FindProgram("/bin/sh"), "/bin/sh");
+  EXPECT_EQ(FindProgram("no-such-program"), "");
+  EXPECT_EQ(FindProgram(""), "");
+  EXPECT_EQ(FindProgram("/etc"), "");
+}
+
+}  // namespace
+}  // namespace tarn::test
