@@ -1,7 +1,7 @@
 #include "xml/XmlReader.h"
 
 #include <cstring>
-#include <iterator>
+#include <initializer_list>
 #include <utility>
 
 #include "xml/XmlPiece.h"
@@ -48,6 +48,12 @@ bool StartsWith(const char* p, std::string_view open) {
     ++p;
   }
   return true;
+}
+
+std::string Joined(std::initializer_list<std::string_view> parts) {
+  std::string out;
+  for (const std::string_view part : parts) out += part;
+  return out;
 }
 
 std::string_view MakeSpan(const char* begin, const char* end) {
@@ -133,7 +139,7 @@ const char* XmlReader::ReadAttributes(const char* p, const XmlName& element) {
     const char* end = FindAny<' ', '='>(p);
     if (!*end) {
       info.RecordError(p, kXmlErrorAttribute,
-                       "<" + std::string(element.View()) + "> attribute has error ");
+                       Joined({"<", element.View(), "> attribute has error "}));
       return nullptr;
     }
     AttrSpan& attr = attrs.emplace_back(AcquireName(MakeSpan(p, end)), Span());
@@ -181,8 +187,7 @@ const char* XmlReader::ReadCloseTag(const char* p, bool& closesLevel) {
   const char* end = FindAny<' ', '>'>(p);
   const std::string_view name = levels.back().node->NameView();
   if (!*end) {
-    info.RecordError(p, kXmlErrorUnclosedTag,
-                     "it must be closed with </" + std::string(name) + ">");
+    info.RecordError(p, kXmlErrorUnclosedTag, Joined({"it must be closed with </", name, ">"}));
     return nullptr;
   }
   const Span closed = MakeSpan(p, end);

@@ -1,0 +1,136 @@
+// What the options component costs for each node that is published: the calls of publishing, in
+// their order and through the dispatch interface, with the shipped definitions. The caller's own
+// work (paths, tree, files) is not in it.
+#include <benchmark/benchmark.h>
+
+#include <string>
+#include <vector>
+
+#include "components/options/PropertyManager.h"
+#include "platform/automation/DispatchDriver.h"
+
+namespace {
+
+using tarn::Variant;
+
+constexpr int kFilesPerGroup = 25;
+
+const char kConfigs[] =
+    "\r\n<ProjectsConfigs>\r\n\t<Configs>\r\n\t\t<Config Header=\"Debug\" />\r\n\t\t"
+    "<Config Header=\"Release\" />\r\n\t</Configs>\r\n</ProjectsConfigs>";
+const char kApplicationOptions[] =
+    "\r\n<Options>\r\n\t<Config Header=\"Debug\" >\r\n\t\t<Set Header=\"Application\" >\r\n"
+    "\t\t\t<Section Header=\"Target\" >\r\n"
+    "\t\t\t\t<Property Header=\"Device\" Removable=\"Yes\" Value=\"atmega1284p\" />\r\n"
+    "\t\t\t</Section>\r\n\t\t</Set>\r\n\t\t<Set Header=\"C\" >\r\n"
+    "\t\t\t<Section Header=\"Compiler\" >\r\n"
+    "\t\t\t\t<Property Header=\"Optimize\" Removable=\"Yes\" Value=\"2\" />\r\n"
+    "\t\t\t\t<Property Header=\"Defines\" Removable=\"Yes\" Value=\"NDEBUG;A=1\" />\r\n"
+    "\t\t\t</Section>\r\n\t\t</Set>\r\n\t</Config>\r\n</Options>";
+const char kGroupOptions[] =
+    "\r\n<Options>\r\n\t<Config Header=\"Debug\" >\r\n\t\t<Set Header=\"C\" >\r\n"
+    "\t\t\t<Section Header=\"Directories\" >\r\n"
+    "\t\t\t\t<Property Header=\"Include\" Removable=\"Yes\" Value=\"$(Inherited);inc\" />\r\n"
+    "\t\t\t</Section>\r\n\t\t</Set>\r\n\t</Config>\r\n</Options>";
+
+struct Node {
+  const char* type;
+  std::string name;  // title of the file
+  std::string path;  // empty: a group
+};
+
+class Publisher {
+ public:
+  Publisher() : configFile(std::string(TARN_SOURCE_DIR) + "/share/config/projectmanager.config") {
+    driver.AttachDispatch(&manager, false);
+    driver.InvokeLong(23, {"/usr/share/tarn/", "/tmp/", 0, 1});
+    driver.InvokeLong(1, {"", configFile});
+  }
+
+  std::string Publish(const Node& node, const std::string* parentText,
+                      std::initializer_list<const char*> options) {
+    Prepare(parentText);
+    Describe(node);
+    for (const char* text : options) driver.InvokeLong(30, {"Debug", text});
+    std::string text = driver.InvokeText(22, {"", "", ""});
+    for (const auto& [section, property] : kRead) {
+      benchmark::DoNotOptimize(driver.InvokeText(5, {node.type, section, property}));
+    }
+    return text;
+  }
+
+ private:
+  static constexpr std::pair<const char*, const char*> kRead[] = {
+      {"Build", "TranslateTool"}, {"Build", "Exclude"},     {"Build", "LinkExclude"},
+      {"Build", "OutputFile"},    {"Build", "ListingFile"}, {"Load", "DBIFile"},
+      {"Load", "LoadExclude"}};
+
+  void Prepare(const std::string* parentText) {
+    driver.InvokeHelper(18, {});
+    driver.InvokeLong(4, {kConfigs});
+    driver.InvokeHelper(26, {"Debug"});
+    if (parentText == nullptr) return;
+    driver.InvokeLong(4, {*parentText});
+    driver.InvokeHelper(32, {});
+    driver.InvokeHelper(24, {});
+  }
+
+  void Set(const Node& node, const std::string& property, const std::string& value) {
+    driver.InvokeLong(6, {node.type, "General", property, value});
+  }
+
+  void Describe(const Node& node) {
+    driver.InvokeLong(1, {node.type, configFile});
+    Set(node, "Header", node.name + ".c");
+    if (!node.path.empty()) Set(node, "Path", ".\\src\\" + node.name + ".c");
+    Set(node, "Marker", "-1");
+    Set(node, "OutputFile", ".\\build\\Debug\\" + node.name + ".o");
+    Set(node, "sate", "32");
+    if (driver.InvokeText(5, {node.type, "General", "Path"}).empty()) return;
+    const std::string kind = std::string_view(node.type) == "C" ? "Node" : "Application";
+    Set(node, "Path", node.path);
+    Set(node, kind + "Path", node.path);
+    Set(node, kind + "Dir", node.path.substr(0, node.path.rfind('/') + 1));
+    Set(node, kind + "Filename", node.name + ".c");
+    Set(node, kind + "Name", node.name);
+    Set(node, kind + "Ext", ".c");
+  }
+
+  std::string configFile;
+  tarn::options::PropertyManager manager;
+  tarn::COleDispatchDriver driver;
+};
+
+void PublishProject(benchmark::State& state) {
+  std::vector<Node> nodes;
+  for (int i = 0; i < state.range(0); ++i) {
+    const std::string name = "source_file_" + std::to_string(i);
+    nodes.push_back({"C", name, "/home/user/project/firmware/src/" + name + ".c"});
+  }
+  Publisher publisher;
+  std::size_t bytes = 0;
+  for (auto _ : state) {
+    const Node application{"Application", "firmware", "/home/user/project/firmware/firmware.tapp"};
+    const std::string applicationText =
+        publisher.Publish(application, nullptr, {kApplicationOptions});
+    std::string groupText;
+    bytes = 0;
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+      if (i % kFilesPerGroup == 0) {
+        const Node group{"Group", "group " + std::to_string(i), ""};
+        groupText =
+            publisher.Publish(group, &applicationText, {kApplicationOptions, kGroupOptions});
+      }
+      bytes += publisher.Publish(nodes[i], &groupText, {kApplicationOptions, kGroupOptions}).size();
+    }
+  }
+  const auto count = static_cast<double>(nodes.size());
+  state.counters["us/node"] = benchmark::Counter(
+      count / 1e6, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  state.counters["bytes/node"] = static_cast<double>(bytes) / count;
+}
+BENCHMARK(PublishProject)->Arg(1000)->Arg(10000)->Arg(50000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
