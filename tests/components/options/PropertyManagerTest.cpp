@@ -1,0 +1,287 @@
+#include <gtest/gtest.h>
+
+#include "components/common/OptionValues.h"
+#include "components/options/OptionsRig.h"
+#include "platform/automation/ClassRegistry.h"
+#include "xml/XmlNode.h"
+
+namespace tarn::options {
+namespace {
+
+const char kSets[] = R"~(
+<Set Header="*"><Section Header="Internal">
+  <Property Header="Icon" Default="$(Install.ConfigFolder)any.bmp" /></Section>
+  <Section Header="Directories"><Property Header="AddSrcPaths" Type="paths" /></Section></Set>
+<Set Header="Application"><Section Header="Target">
+  <Property Header="Toolchain" Type="choice" Default="avr"><Choice Value="avr" Label="AVR" />
+    <Choice Value="mcs51" Label="8051" /></Property>
+  <Property Header="Ext" Default=".elf"><Default When="Target.Toolchain=mcs51" Value=".ihx" /></Property>
+</Section></Set>
+<Set Header="C"><Section Header="Compiler">
+  <Property Header="Include" Type="paths" Default="std" />
+  <Property Header="Optimize" Type="choice" Default="s" Removable="No"><Choice Value="s" Label="for size" />
+    <Choice Value="2" Label="for speed" /></Property>
+  <Property Header="Debug" Type="yesno" KeepsOutputs="Yes" Shown="Target.Toolchain=avr" />
+  <Property Header="Level" Type="number" Min="1" Max="0x10" /></Section>
+<Section Header="Build"><Property Header="OutputFile" Default="$(Config.Name)/$(General.Header)$(Target.Ext)" />
+</Section></Set>)~";
+
+TEST(PropertyManagerTest, AnswersWithNoNodeHeld) {
+  OptionsRig rig(kSets);
+  EXPECT_EQ(rig.Get("C", "Internal", "Icon"), "/c/any.bmp");
+  EXPECT_EQ(rig.Get("NeverHeardOf", "Internal", "Icon"), "/c/any.bmp");
+  EXPECT_EQ(rig.Get("Target", "Internal", "C-Ext"), "");
+  EXPECT_EQ(rig.Get(nullptr, nullptr, nullptr), "");
+  EXPECT_EQ(rig.Get("c", "compiler", "OPTIMIZE"), "s");
+}
+
+TEST(PropertyManagerTest, OwnValueWinsOverGroupOverApplicationOverDefinition) {
+  OptionsRig rig(kSets);
+  const std::string application = Stored("debug", "C", "Compiler", "Include", "app;$(Inherited)");
+  const std::string group = Stored("Debug", "C", "Compiler", "Include", "$(Inherited);group");
+  const std::string file = Stored("Debug", "C", "Compiler", "Include", "$(inherited);file");
+  const std::string other = Stored("Release", "C", "Compiler", "Include", "never");
+  const std::string applicationText = rig.Publish("Application", "demo", "", {application});
+  const std::string groupText = rig.Publish("Group", "g", applicationText, {application, group});
+  const struct {
+    const char* name;
+    std::string parent;
+    std::initializer_list<std::string> stored;
+    const char* value;
+    const char* origin;
+  } rows[] = {
+      {"definition", rig.Publish("Application", "bare", "", {}), {}, "std", "definition"},
+      {"application", applicationText, {application}, "app;std", "inherited"},
+      {"group", groupText, {application, group}, "app;std;group", "inherited"},
+      {"own", groupText, {application, group, file}, "app;std;group;file", "own"},
+      {"own equal to the application's",
+       groupText,
+       {application, group, application},
+       "app;app;std;group",
+       "own"},
+      {"group without options", applicationText, {application, file}, "app;std;file", "own"},
+      {"other configuration", applicationText, {application, other}, "app;std", "inherited"},
+  };
+  for (const auto& row : rows) {
+    const std::string text = rig.Publish("C", "x.c", row.parent, row.stored);
+    EXPECT_EQ(rig.Get("C", "Compiler", "Include"), row.value) << row.name;
+    EXPECT_EQ(rig.Get("", "Compiler", "Include"), row.value) << row.name;
+    EXPECT_EQ(rig.Origin("C", "Compiler", "Include"), row.origin) << row.name;
+    EXPECT_EQ(OptionValues::FromText(text).Get("", "Compiler", "Include"), row.value) << row.name;
+  }
+}
+
+TEST(PropertyManagerTest, ParentsPublishedJustBeforeGiveTheSameAsCachedOnes) {
+  OptionsRig rig(kSets);
+  const std::string application = Stored("Debug", "Application", "Target", "Toolchain", "mcs51");
+  const std::string applicationText = rig.Publish("Application", "demo", "", {application});
+  const std::string cached = rig.Publish("C", "x.c", applicationText, {application});
+  rig.Publish("Application", "demo", "", {application});
+  rig.driver.InvokeHelper(32, {});
+  rig.driver.InvokeHelper(24, {});
+  rig.driver.InvokeLong(1, {"C", "/c/projectmanager.config"});
+  rig.Put("C", "General", "Header", "x.c");
+  rig.driver.InvokeLong(30, {"Debug", application});
+  EXPECT_EQ(rig.Get("C", "Build", "OutputFile"), "Debug/x.c.ihx");
+  EXPECT_EQ(rig.Get("Application", "General", "Header"), "demo");
+  const OptionValues direct = OptionValues::FromText(rig.Text());
+  const OptionValues stored = OptionValues::FromText(cached);
+  for (const char* property : {"Include", "Optimize", "Debug"}) {
+    EXPECT_EQ(direct.Get("C", "Compiler", property), stored.Get("C", "Compiler", property));
+  }
+  EXPECT_EQ(direct.Get("", "Target", "Ext"), ".ihx");
+}
+
+TEST(PropertyManagerTest, TextRestoresEveryAnswerWithoutDefinitions) {
+  OptionsRig rig(kSets);
+  const std::string stored = Stored("Debug", "C", "Compiler", "Include", "[a]|\"\\");
+  const std::string parent = rig.Publish("Application", "demo", "", {stored});
+  rig.Put("Application", "Directories", "AddSrcPaths", "../lib");
+  const std::string text = rig.Publish("C", "x.c", rig.Text(), {stored});
+  PropertyManager fresh(rig.disk);
+  const char* const questions[][3] = {
+      {"C", "General", "Header"},
+      {"C", "Compiler", "Include"},
+      {"C", "Compiler", "Optimize"},
+      {"C", "Build", "OutputFile"},
+      {"", "Directories", "AddSrcPaths"},
+      {"Application", "General", "Header"},
+      {"", "Target", "Ext"},
+      {"", "Config", "Name"},
+  };
+  EXPECT_EQ(fresh.ReadValuesFromText(text.c_str()), 1);
+  for (const auto& [set, section, property] : questions) {
+    const std::string answer = rig.Get(set, section, property);
+    EXPECT_NE(answer, "") << section << "." << property;
+    EXPECT_EQ(fresh.GetPropertyValue(set, section, property), answer);
+  }
+  EXPECT_EQ(fresh.GetValuesAsText("", "", ""), text);
+}
+
+TEST(PropertyManagerTest, ReadingTextAddsToWhatIsHeld) {
+  OptionsRig rig(kSets);
+  const std::string text = rig.Publish("C", "x.c", "", {Stored("Debug", "C", "A", "One", "1")});
+  rig.Clear();
+  rig.Put("C", "A", "Two", "2");
+  rig.Put("C", "A", "One", "old");
+  rig.Read(text);
+  EXPECT_EQ(rig.Get("C", "A", "One") + rig.Get("C", "A", "Two"), "12");
+  rig.Clear();
+  EXPECT_EQ(rig.Get("C", "A", "One") + rig.Get("C", "General", "Header"), "");
+  EXPECT_EQ(rig.Get("C", "Compiler", "Optimize"), "s");
+}
+
+TEST(PropertyManagerTest, GeneralIsLiteralAndStoredForStandardAlone) {
+  OptionsRig rig(kSets);
+  rig.Publish("C", "$(Config.Name)$$", "",
+              {Stored("Standard", "C", "General", "Note", "kept"),
+               Stored("Debug", "C", "General", "Wrong", "lost"),
+               Stored("Standard", "C", "Compiler", "Level", "7")});
+  EXPECT_EQ(rig.Get("C", "General", "Header"), "$(Config.Name)$$");
+  EXPECT_EQ(rig.Get("C", "General", "Note"), "kept");
+  EXPECT_EQ(rig.Get("C", "General", "Wrong"), "");
+  EXPECT_EQ(rig.Get("C", "Compiler", "Level"), "");
+}
+
+TEST(PropertyManagerTest, AGroupInAGroupHasItsOwnNames) {
+  OptionsRig rig(kSets);
+  rig.Publish("Group", "outer", "", {});
+  rig.Put("Group", "General", "Path", "/outer");
+  rig.Put("Group", "Build", "Exclude", "Yes");
+  const std::string inner = rig.Publish("Group", "inner", rig.Text(), {});
+  EXPECT_EQ(rig.Get("Group", "General", "Path"), "");
+  EXPECT_EQ(rig.Get("Group", "Build", "Exclude"), "Yes");
+  rig.Publish("C", "x.c", inner, {});
+  EXPECT_EQ(rig.Get("Group", "General", "Header"), "inner");
+  EXPECT_EQ(rig.Get("", "General", "Path"), "");
+}
+
+TEST(PropertyManagerTest, HostileValuesSurviveProjectFileAndCache) {
+  const std::string values[] = {"a[1]",
+                                "say \"hi\" 'x'",
+                                "p|q &slash;&quot;",
+                                "]]>",
+                                "C:\\dir\\",
+                                "\\",
+                                "one\r\ntwo\n\t",
+                                "\xA7\xC3\xA7",
+                                "<b>",
+                                std::string(5000, 'x') + "]",
+                                "",
+                                "&#93;",
+                                " x "};
+  OptionsRig rig;
+  for (const std::string& value : values) {
+    rig.Publish("C", "x.c", "", {});
+    rig.Put("C", "Compiler", "Extra", value);
+    CXmlNode options;
+    options.SetName("Options");
+    ASSERT_NE(options.AddChild("x")->Load(rig.ConfigText("Debug", "C", "Compiler", "Extra"),
+                                          g_xmlParseInfo),
+              nullptr);
+    const std::string file = options.ToString(g_xmlDisplayOptions);
+    CXmlNode again;
+    ASSERT_NE(again.Load(file, g_xmlParseInfo), nullptr);
+    EXPECT_EQ(again.ToString(g_xmlDisplayOptions), file);
+    std::string cached = rig.Publish("C", "x.c", "", {again.ToString(g_xmlDisplayOptions)});
+    EXPECT_EQ(rig.Get("C", "Compiler", "Extra"), value);
+    EXPECT_EQ(cached.find_first_of("]\r\n\xA7"), std::string::npos);
+    rig.Clear();
+    rig.Read(cached);
+    EXPECT_EQ(rig.Get("C", "Compiler", "Extra"), value);
+  }
+}
+
+TEST(PropertyManagerTest, ConfigTextIsOneElementForTheValueAsked) {
+  OptionsRig rig(kSets);
+  const std::string release = Stored("Release", "C", "Compiler", "Include", "rel");
+  rig.Publish("C", "x.c", "", {release, Stored("Debug", "C", "Own", "Free", "$(Inherited)1")});
+  const auto element = [](const std::string& config, const std::string& section,
+                          const std::string& property, const std::string& rest) {
+    return "<Config Header=\"" + config + "\"><Set Header=\"C\"><Section Header=\"" + section +
+           "\"><Property Header=\"" + property + "\"" + rest + " /></Section></Set></Config>";
+  };
+  const struct {
+    const char* config;
+    const char* section;
+    const char* property;
+    std::string wanted;
+  } rows[] = {
+      {"Debug", "Own", "Free",
+       element("Debug", "Own", "Free", " Removable=\"Yes\" Value=\"$(Inherited)1\"")},
+      {"Debug", "Compiler", "Optimize", element("Debug", "Compiler", "Optimize", " Value=\"s\"")},
+      {"Debug", "Compiler", "Debug",
+       element("Debug", "Compiler", "Debug", " Removable=\"Yes\" Value=\"\"")},
+      {"Release", "Compiler", "Include",
+       element("Release", "Compiler", "Include", " Removable=\"Yes\" Value=\"rel\"")},
+      {"Standard", "General", "Header",
+       element("Standard", "General", "Header", " Removable=\"Yes\" Value=\"x.c\"")},
+      {"Debug", "No", "Such", ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(rig.ConfigText(row.config, "C", row.section, row.property), row.wanted);
+  }
+  // A value set for whatever configuration is asked for next is never lost to another one.
+  rig.Put("C", "Compiler", "Include", "now");
+  EXPECT_NE(rig.ConfigText("Release", "C", "Compiler", "Include").find("\"now\""),
+            std::string::npos);
+  CXmlNode all;
+  ASSERT_NE(all.Load(rig.ConfigText("Debug", "", "", ""), g_xmlParseInfo), nullptr);
+  for (const char* property : {"Include", "Optimize", "Free", "OutputFile", "Icon", "Header"}) {
+    EXPECT_NE(all.FindDescendantByAttr("Header", property), nullptr) << property;
+  }
+}
+
+TEST(PropertyManagerTest, ConfigurationFileAddsWhatIsAskedFor) {
+  OptionsRig rig(kSets);
+  rig.disk.AddFile("/p/values.xml", Stored("Debug", "C", "A", "One", "1"));
+  rig.disk.AddFile("/p/other.xml", "<Something/>");
+  rig.Publish("C", "x.c", "", {});
+  const auto read = [&](const char* config, const char* property, const char* file) {
+    return rig.driver.InvokeLong(2, {config, "", "", property, file});
+  };
+  EXPECT_EQ(read("Release", "", "/p/values.xml") + read("", "Two", "/p/values.xml"), 2);
+  EXPECT_EQ(rig.Get("C", "A", "One"), "");
+  EXPECT_EQ(read("", "one", "/p/values.xml"), 1);
+  EXPECT_EQ(rig.Get("C", "A", "One"), "1");
+  EXPECT_EQ(read("", "", nullptr) + read("", "", "/p/none") + read("", "", "/p/other.xml"), 0);
+}
+
+TEST(PropertyManagerTest, CirclesAreToldOnce) {
+  OptionsRig rig(kSets);
+  rig.Publish("C", "x.c", "", {});
+  rig.Put("C", "A", "One", "1$(A.Two)");
+  rig.Put("C", "A", "Two", "2$(A.One)");
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(rig.Get("C", "A", "One"), "");
+  EXPECT_EQ(rig.Errors(), "C.A.One: circle: the value itself -> A.Two -> A.One\n");
+  EXPECT_EQ(rig.driver.InvokeText(101, {"C", "Compiler", "Include", "x$(Compiler.Include)"}),
+            "The value can't be resolved: circle: the value itself -> Compiler.Include.");
+}
+
+TEST(PropertyManagerTest, ConfigurationsAreThoseOfTheNodesApplication) {
+  OptionsRig rig;
+  rig.Clear();
+  rig.Read(
+      "\r\n<ProjectsConfigs>\r\n\t<Configs>\r\n\t\t<Config Header=\"Debug\" />\r\n"
+      "<Config Header=\"Size\" /></Configs></ProjectsConfigs>");
+  rig.driver.InvokeHelper(26, {"Size"});
+  EXPECT_EQ(rig.driver.InvokeText(108, {}), "Debug\nSize\n");
+  EXPECT_EQ(rig.Get("", "Config", "Name"), "Size");
+  rig.Clear();
+  rig.driver.InvokeHelper(26, {""});
+  EXPECT_EQ(rig.driver.InvokeText(108, {}), "");
+  EXPECT_EQ(rig.Get("", "Config", "Name"), "Standard");
+}
+
+TEST(PropertyManagerTest, LibraryGivesTheClassByItsName) {
+  std::string error;
+  DispatchPtr object =
+      ClassRegistry::Native().CreateInstance("TarnOptionsManager.PropertyManager", &error);
+  ASSERT_TRUE(object) << error;
+  DispatchId id = 0;
+  EXPECT_TRUE(object->GetIDsOfNames("getvaluesastext", id));
+  EXPECT_EQ(id, 22);
+}
+
+}  // namespace
+}  // namespace tarn::options
