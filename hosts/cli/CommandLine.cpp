@@ -15,16 +15,18 @@ class Grammar {
   Grammar() : app("Builds firmware projects.", "tarn") {
     app.set_version_flag("--version", "tarn " TARN_VERSION);
     app.require_subcommand(1);
-    app.footer(
-        "Without a PROJECT a command works on the project file in the current folder.\n"
-        "`tarn COMMAND --help` tells more about a command.\n\n"
-        "Exit codes: 0 done, 1 build failed, 2 wrong use, 3 project can't be opened,\n"
-        "4 a tool is missing, 130 interrupted.");
+    app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     AddBuilds();
     AddQuestions();
     AddOptions();
     AddConfigurations();
     AddNew();
+    // Commands that are added later would show it as well.
+    app.footer(
+        "Without a PROJECT a command works on the project file in the current folder.\n"
+        "`tarn COMMAND --help` tells more about a command.\n\n"
+        "Exit codes: 0 done, 1 build failed, 2 wrong use, 3 project can't be opened,\n"
+        "4 a tool is missing, 130 interrupted.");
   }
 
   CLI::App& App() { return app; }
@@ -48,9 +50,13 @@ class Grammar {
     return command;
   }
 
-  void AddProject(CLI::App* command) {
+  void AddProjectOnly(CLI::App* command) {
     command->add_option("PROJECT", invocation.project,
                         "A project file (*.tprj), or a folder that holds one");
+  }
+
+  void AddProject(CLI::App* command) {
+    AddProjectOnly(command);
     command->add_option("-a,--app", invocation.application, "Work on this application");
   }
 
@@ -81,7 +87,7 @@ class Grammar {
     AddProject(tree);
     AddConfiguration(tree);
     CLI::App* log = AddCommand(app, "log", "Show the log of the last build");
-    AddProject(log);
+    AddProjectOnly(log);
     log->add_flag("--xml", invocation.xml, "The log file as it is");
   }
 
