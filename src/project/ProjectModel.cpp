@@ -12,7 +12,9 @@ CProjectModel::CProjectModel(FileSystem& disk)
       loop(MessageLoop::ForCurrentThread()),
       fileTimes(disk) {}
 
-CProjectModel::~CProjectModel() { StopAndWait(); }
+CProjectModel::~CProjectModel() {
+  StopAndWait();
+}
 
 void CProjectModel::StopAndWait() {
   if (!IsWorkerAlive()) return;

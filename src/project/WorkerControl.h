@@ -22,7 +22,7 @@ struct WorkerControl {
   CXmlNode* notedApplication = nullptr;
   CXmlNode* notedNode = nullptr;
   std::uint64_t epoch = 0;
-  bool isInStep = false;     // a step is running
+  bool isInStep = false;  // a step is running
   std::atomic<bool> alive{true};
   // Run on the host's thread when the worker has sent its last message.
   std::function<void()> afterEnd;
