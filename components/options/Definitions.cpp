@@ -153,6 +153,8 @@ const Definitions::Defaults& Definitions::DefaultsFor(SetId set) {
     for (const KeyId key : definedKeys) {
       if (keys.Get(key).set != from) continue;
       const PropertyId property = keys.Get(key).property;
+      // How windows show a type is nobody's business who reads the values of a node.
+      if (EqualNoCase(keys.SectionName(property), "Internal")) continue;
       const std::string* text = FindDefault(set, property);
       if (!text->empty()) made.values.Set(keys.AddKey(set, property), *text);
     }

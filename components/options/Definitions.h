@@ -104,7 +104,8 @@ class Definitions {
   const PropertyDefinition* Find(SetId set, PropertyId property) const;
   // Its default, or null when nothing defines the property. The default may be empty.
   const std::string* FindDefault(SetId set, PropertyId property) const;
-  // All defaults that are not empty, of the set and of "*", by keys of the set.
+  // All defaults that are not empty, of the set and of "*", by keys of the set; without those of
+  // the section Internal.
   const ValueMap& DefaultsOf(SetId set);
   // The same as elements of a values text.
   const std::string& ReadyDefaultsOf(SetId set);

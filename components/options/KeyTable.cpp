@@ -32,9 +32,13 @@ std::uint64_t HashText(std::uint64_t hash, std::string_view text) {
   return Mix(hash, word + (static_cast<std::uint64_t>(text.size()) << 56));
 }
 
+// Byte by byte: the name was written just before, and loads wider than the stores would wait.
 bool SameName(const std::string& known, std::string_view name) {
-  return known.size() == name.size() &&
-         (std::memcmp(known.data(), name.data(), name.size()) == 0 || EqualNoCase(known, name));
+  if (known.size() != name.size()) return false;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    if (known[i] != name[i]) return EqualNoCase(known, name);
+  }
+  return true;
 }
 
 }  // namespace

@@ -66,7 +66,7 @@ class NodeValues : private MacroSource {
   // The value with its macros resolved; an empty `set` looks in the own set, then outwards.
   std::string Get(std::string_view set, std::string_view section, std::string_view property,
                   std::string* error = nullptr);
-  // A text with its macros resolved as if it were the own value of that property.
+  // What the property would give if its own value were this text.
   std::string Resolve(std::string_view set, std::string_view section, std::string_view property,
                       std::string_view text, std::string* error);
   // The raw own value; false when there is none.

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 
 #include "components/options/OptionsRig.h"
 
@@ -82,6 +84,26 @@ TEST(DefinitionFilesTest, IncludedFilesExtendWhatStandsThere) {
   EXPECT_NE(errors.find("/c/options/b.options: includes itself"), std::string::npos) << errors;
   EXPECT_EQ(rig.driver.InvokeLong(1, {"", "/c/missing"}), 0);
   EXPECT_EQ(rig.Get("C", "A", "Q"), "q");
+}
+
+// The page for authors, whose example must do what it says.
+TEST(DefinitionFilesTest, TheWorkedExampleOfTheManualHolds) {
+  std::ifstream page(std::string(std::getenv("TARN_SOURCE_DIR")) + "/docs/options-format.md");
+  const std::string text{std::istreambuf_iterator<char>(page), {}};
+  const std::size_t begin = text.find("<OptionSets>", text.find("### A worked example"));
+  const std::size_t end = text.find("```", begin);
+  ASSERT_NE(end, std::string::npos);
+  OptionsRig rig;
+  rig.disk.AddFile("/c/company.options", text.substr(begin, end - begin));
+  EXPECT_EQ(rig.driver.InvokeLong(1, {"", "/c/company.options"}), 1);
+  EXPECT_EQ(rig.Errors(), "");
+  rig.Publish("Application", "demo", "", {});
+  rig.Put("Application", "Target", "Device", "atmega1284p");
+  EXPECT_EQ(rig.Get("", "Linker", "Extra"), "-Wl,--defsym=boot=0x1F800");
+  rig.Put("Application", "Boot", "Use", "No");
+  EXPECT_EQ(rig.Get("", "Linker", "Extra"), "");
+  rig.Put("C", "Check", "Rules", "$(Inherited);strict");
+  EXPECT_EQ(rig.Get("C", "Check", "Rules"), "rules;strict");
 }
 
 TEST(DefinitionFilesTest, AFileIsReadOnceHoweverManyNodesAskForIt) {
