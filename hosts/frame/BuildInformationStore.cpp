@@ -92,8 +92,10 @@ class BuildInformationStore::Reader {
   }
 
   bool ReadDependencies(std::string_view line) {
-    if (store.records.empty() || store.records.back().dependencyCount != 0) return false;
+    if (store.records.empty()) return false;
     Record& record = store.records.back();
+    // In front of the commands, which have to lie behind one another.
+    if (record.dependencyCount != 0 || record.commandCount != 0) return false;
     record.dependencies = store.numbers.size();
     if (!TakeNumbers(line)) return false;
     record.dependencyCount = store.numbers.size() - record.dependencies;

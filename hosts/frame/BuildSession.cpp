@@ -217,14 +217,14 @@ std::intptr_t BuildSession::OnToolSucceeded() {
 }
 
 std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
-  if (watcher == nullptr) return 1;
   const auto element = ParseXml(event.text);
   ToolStart start;
   start.tool = AttributeOf(element.get(), "Name");
   start.files = SplitQuoted(AttributeOf(element.get(), "Files"));
   start.output = AttributeOf(element.get(), "Output");
   start.command = AttributeOf(element.get(), "Command");
-  watcher->OnToolStarted(start);
+  state.NoteStart(start.output);
+  if (watcher != nullptr) watcher->OnToolStarted(start);
   return 1;
 }
 

@@ -92,6 +92,10 @@ void StateKeeper::Restore() {
   if (!selected.empty()) inspector.SelectNodeByKey(selected);
 }
 
+void StateKeeper::NoteStart(const std::string& output) {
+  if (!output.empty()) unfinished.insert(output);
+}
+
 void StateKeeper::TakeBuildInformation() {
   const std::string xml = tools.TakeBuildInformation();
   if (xml.empty()) return;
@@ -110,6 +114,7 @@ void StateKeeper::NoteReports(const std::string& xml, const std::string& applica
     Reported& report = reports.emplace_back();
     report.applicationPath = applicationPath;
     report.record.output = AttributeOf(node, "Header");
+    unfinished.erase(report.record.output);
     report.record.infos = AttributeOf(node, "Infos");
     report.record.date = AttributeOf(node, "Date");
     for (const CXmlNode* dependency : node->GetChildren()) {
@@ -166,14 +171,17 @@ void StateKeeper::CompleteReports(const std::vector<ApplicationInputs>& inputs) 
 void StateKeeper::DropGone(const std::vector<ApplicationInputs>& inputs, bool afterClean) {
   const InputIndex places(inputs);
   store.Keep([&](std::string_view application, std::string_view output) {
-    if (outdated.contains(KeyOf(application, output))) return false;
+    const bool isUnknown =
+        unfinished.contains(std::string(output)) || outdated.contains(KeyOf(application, output));
+    if (isUnknown) return false;
     return (!afterClean && places.Has(output)) || files.Exists(std::string(output));
   });
   outdated.clear();
+  unfinished.clear();
 }
 
 Status StateKeeper::Save(bool afterClean) {
-  if (!reports.empty() || afterClean) {
+  if (!reports.empty() || !unfinished.empty() || afterClean) {
     const std::string lines = inspector.GetBuildInputs();
     const std::vector<ApplicationInputs> inputs = ParseBuildInputs(lines);
     CompleteReports(inputs);

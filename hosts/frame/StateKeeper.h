@@ -28,6 +28,9 @@ class StateKeeper {
   // Hands the records that still hold to the project. The current node is the same afterwards.
   void Restore();
 
+  // A tool starts on this output. Unless it reports it, nothing is known of the output afterwards:
+  // a tool that fails or is stopped may leave half of one.
+  void NoteStart(const std::string& output);
   // A tool has ended well: hands what it reported to the project and notes it. The application
   // whose part it made counts as not built from then on: times are whole seconds, so an output that
   // was linked in the same second would pass for newer than its part.
@@ -71,7 +74,8 @@ class StateKeeper {
   // Of the build that runs.
   std::vector<Reported> reports;
   std::vector<ApplicationEntry> applications;
-  std::set<std::string> outdated;  // like `dropped`: applications with newer parts
+  std::set<std::string> unfinished;  // outputs
+  std::set<std::string> outdated;    // like `dropped`: applications with newer parts
 };
 
 // The commands of the tool manager's answer, in order.

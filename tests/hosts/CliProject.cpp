@@ -12,39 +12,25 @@ namespace tarn::host {
 
 namespace {
 
-constexpr const char* kProject =
-    "\r\n<Project Header=\"Project 'demo'\" Path=\".\\demo.tprj\" Project=\"Yes\" "
-    "ActiveApp=\"app\" sate=\"32\" >"
-    "\r\n\t<Application Header=\"app\" Extern=\".\\app.tapp\" Path=\".\\app.tapp\" />"
-    "\r\n</Project>";
+// The stored choice of this machine's compiler for one configuration.
+std::string CompilerOf(const std::string& configuration) {
+  return "<Config Header=\"" + configuration +
+         "\" ><Set Header=\"Application\" ><Section Header=\"Target\" >"
+         "<Property Header=\"Toolchain\" Removable=\"Yes\" Value=\"host-gcc\" />"
+         "</Section></Set></Config>";
+}
 
-constexpr const char* kApplication =
-    "\r\n<Application Header=\"app\" Extern=\".\\app.tapp\" Path=\".\\app.tapp\" sate=\"32\" >"
-    "\r\n\t<Configs>"
-    "\r\n\t\t<Config Header=\"Fast\" />"
-    "\r\n\t</Configs>"
-    "\r\n\t<Options>"
-    "\r\n\t\t<Config Header=\"Standard\" >"
-    "\r\n\t\t\t<Set Header=\"Application\" >"
-    "\r\n\t\t\t\t<Section Header=\"Target\" >"
-    "\r\n\t\t\t\t\t<Property Header=\"Toolchain\" Removable=\"Yes\" Value=\"host-gcc\" />"
-    "\r\n\t\t\t\t</Section>"
-    "\r\n\t\t\t</Set>"
-    "\r\n\t\t</Config>"
-    "\r\n\t\t<Config Header=\"Fast\" >"
-    "\r\n\t\t\t<Set Header=\"Application\" >"
-    "\r\n\t\t\t\t<Section Header=\"Target\" >"
-    "\r\n\t\t\t\t\t<Property Header=\"Toolchain\" Removable=\"Yes\" Value=\"host-gcc\" />"
-    "\r\n\t\t\t\t</Section>"
-    "\r\n\t\t\t</Set>"
-    "\r\n\t\t</Config>"
-    "\r\n\t</Options>"
-    "\r\n\t<Group Header=\"Sources\" sate=\"32\" >"
-    "\r\n\t\t<C Header=\"a.c\" Path=\".\\src\\a.c\" />"
-    "\r\n\t\t<C Header=\"b.c\" Path=\".\\src\\b.c\" />"
-    "\r\n\t\t<C Header=\"c.c\" Path=\".\\src\\c.c\" />"
-    "\r\n\t</Group>"
-    "\r\n</Application>";
+std::string ApplicationText(const std::string& label, const std::vector<std::string>& sources) {
+  std::string text = "\r\n<Application Header=\"" + label + "\" Extern=\".\\" + label +
+                     ".tapp\" Path=\".\\" + label + ".tapp\" >";
+  text += "<Configs><Config Header=\"Fast\" /></Configs>";
+  text += "<Options>" + CompilerOf("Standard") + CompilerOf("Fast") + "</Options>";
+  text += "<Group Header=\"Sources\" >";
+  for (const std::string& source : sources) {
+    text += "<C Header=\"" + source + "\" Path=\".\\src\\" + source + "\" />";
+  }
+  return text + "</Group></Application>";
+}
 
 }  // namespace
 
@@ -54,8 +40,7 @@ CliProject::CliProject() {
   folder = root / "work";
   std::filesystem::create_directories(folder / "src");
   std::filesystem::create_directories(root / "bin");
-  Write("demo.tprj", kProject);
-  Write("app.tapp", kApplication);
+  WriteProject({{"app", {"a.c", "b.c", "c.c"}}});
   Write("src/a.h", "int a(void);\n");
   Write("src/a.c", "#include \"a.h\"\nint a(void) { return 1; }\n");
   Write("src/b.c", "#include \"a.h\"\nint main(void) { return a() - 1; }\n");
@@ -91,6 +76,19 @@ CliProject::Answer CliProject::Run(
   answer.time = std::chrono::duration_cast<std::chrono::milliseconds>(
       std::chrono::steady_clock::now() - start);
   return answer;
+}
+
+void CliProject::WriteProject(
+    const std::vector<std::pair<std::string, std::vector<std::string>>>& applications) {
+  std::string project =
+      "\r\n<Project Header=\"Project 'demo'\" Path=\".\\demo.tprj\" Project=\"Yes\" ActiveApp=\"" +
+      applications.front().first + "\" >";
+  for (const auto& [label, sources] : applications) {
+    project += "<Application Header=\"" + label + "\" Extern=\".\\" + label + ".tapp\" Path=\".\\" +
+               label + ".tapp\" />";
+    Write(label + ".tapp", ApplicationText(label, sources));
+  }
+  Write("demo.tprj", project + "</Project>");
 }
 
 void CliProject::Write(const std::string& name, const std::string& text) {

@@ -26,10 +26,15 @@ class CliProject {
     std::string out, err;
     std::chrono::milliseconds time{0};
   };
-  // Runs the program in the project's folder; `onStart` gets the running program.
+  // Runs the program in the project's folder. `onOutput` is called as its output comes, with all
+  // of it so far.
   Answer Run(std::vector<std::string> arguments,
              const std::function<void(Process&, const std::string& out)>& onOutput = {});
 
+  // Replaces the project by one with these applications, each with its sources in src. The first
+  // one is active.
+  void WriteProject(
+      const std::vector<std::pair<std::string, std::vector<std::string>>>& applications);
   std::string PathOf(const std::string& name) const { return (folder / name).string(); }
   bool Exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
   // Writes a file that is older than everything that is built.

@@ -104,6 +104,24 @@ TEST(Cli, AnErrorEndsTheBuildWithItsPlaceAndWhatWasBuiltStaysBuilt) {
   EXPECT_EQ(Steps(fixed.out).size(), 3u) << fixed.out;
 }
 
+TEST(Cli, WhatAFailedToolLeftIsNotTakenForTheOutputThatItReportedBefore) {
+  CliProject project;
+  ASSERT_EQ(project.Run({"build"}).code, 0);
+  const std::string object = "build/Standard/app.obj/src/c.c.o";
+  ASSERT_TRUE(project.Exists(object));
+  const auto time = std::filesystem::last_write_time(project.PathOf(object));
+  // Fails and leaves half an output that has the very time of the good one.
+  project.AddProgram("gcc", "#!/bin/sh\ncase \"$*\" in *c.c*) echo half > \"" +
+                                project.PathOf(object) + "\"; exit 1 ;; esac\n" +
+                                "exec /usr/bin/gcc \"$@\"\n");
+  EXPECT_EQ(project.Run({"rebuild"}).code, 1);
+  project.AddProgram("gcc", "#!/bin/sh\nexec /usr/bin/gcc \"$@\"\n");
+  std::filesystem::last_write_time(project.PathOf(object), time);
+  const auto build = project.Run({"build"});
+  EXPECT_EQ(build.code, 0) << build.out;
+  EXPECT_TRUE(Has(build.out, "src/c.c")) << build.out;
+}
+
 TEST(Cli, QuietAndJsonSayOnlyWhatIsTheirs) {
   CliProject project;
   project.Write("src/c.c", "int c(void) { int unused; return 3; }\n");
@@ -182,6 +200,24 @@ TEST(Cli, WhatCanNotBeOpenedIsThreeAndWhatIsUnclearIsTwo) {
   EXPECT_TRUE(Has(unclear.err, "broken.tprj") && Has(unclear.err, "demo.tprj")) << unclear.err;
   EXPECT_EQ(project.Run({"build", "demo.tprj", "--app", "ap"}).code, 2);
   EXPECT_EQ(project.Run({"build", "demo.tprj", "--app", "APP"}).code, 0);
+}
+
+TEST(Cli, EachApplicationHasItsOwnRecords) {
+  CliProject project;
+  project.WriteProject({{"app", {"a.c", "b.c", "c.c"}}, {"second", {"a.c", "b.c"}}});
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "Built 7 files"));
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "Nothing to do"));
+  project.Touch("src/a.h");
+  const auto one = project.Run({"build", "--app", "Second"});
+  EXPECT_EQ(one.code, 0) << one.err;
+  EXPECT_EQ(Steps(one.out), (std::vector<std::string>{"[1/3] src/a.c", "[2/3] src/b.c",
+                                                      "[3/3] build/Standard/second"}));
+  const std::string status = project.Run({"status"}).out;
+  EXPECT_TRUE(Has(status, "app  [Standard]  3 out of date\n")) << status;
+  EXPECT_TRUE(Has(status, "second  [Standard]  up to date\n")) << status;
+  EXPECT_EQ(project.Run({"clean", "--app", "app"}).code, 0);
+  EXPECT_TRUE(Has(project.Run({"status", "--app", "second"}).out, "up to date"));
+  EXPECT_TRUE(Has(project.Run({"build"}).out, "Built 4 files"));
 }
 
 TEST(Cli, AMissingCompilerIsFourAndNamed) {

@@ -100,8 +100,9 @@ TEST(StateFile, WellWrappedNonsenseIsDamaged) {
       "T a\nA 0\nR 0 0 0 0000000000000001\nD 9\n",
       "T a\nA 0\nR 0 0 0 0000000000000001\nD -1\n",
       "T a\nA 0\nR 0 0 0 0000000000000001\nD 4294967296\n",
-      "T a\nA 0\nR 0 0 0 0000000000000001\nC 0\n",  // command without folder
-      "T a%2\n",                                    // broken escape
+      "T a\nA 0\nR 0 0 0 0000000000000001\nC 0\n",                // command without folder
+      "T a\nA 0\nR 0 0 0 0000000000000001\nC 0 0\nD 0\nC 0 0\n",  // between commands
+      "T a%2\n",                                                  // broken escape
       "X 0\n",
       "\n",
   };
