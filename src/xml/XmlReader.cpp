@@ -1,5 +1,6 @@
 #include "xml/XmlReader.h"
 
+#include <array>
 #include <cstring>
 #include <initializer_list>
 #include <utility>
@@ -26,19 +27,35 @@ const char* SkipSpace(const char* p) {
   return p;
 }
 
-// The first of these bytes, or the terminator.
-template <char... Ends>
-const char* FindAny(const char* p) {
-  while (*p && ((*p != Ends) && ...)) ++p;
+// Which bytes end a scan; the terminator always does.
+using ByteSet = std::array<bool, 256>;
+
+constexpr ByteSet MakeSet(std::string_view bytes) {
+  ByteSet set{};
+  set[0] = true;
+  for (const char c : bytes) set[static_cast<unsigned char>(c)] = true;
+  return set;
+}
+
+constexpr ByteSet kNameEnds = MakeSet(" />\t\r\n");
+constexpr ByteSet kAttrNameEnds = MakeSet(" =");
+constexpr ByteSet kPlainValueEnds = MakeSet(" >");
+constexpr ByteSet kCloseNameEnds = MakeSet(" >");
+constexpr ByteSet kProtectedEnds = MakeSet("\\\"'<");
+
+// The first byte of the set, or the terminator.
+const char* FindAny(const char* p, const ByteSet& ends) {
+  while (!ends[static_cast<unsigned char>(*p)]) ++p;
   return p;
 }
 
-// The first `end` that no backslash protects, or the terminator.
+// The first `end` that no backslash protects, or the terminator. `end` is a quote or "<".
 const char* FindUnescaped(const char* p, char end) {
-  for (; *p && *p != end; ++p) {
+  for (;; ++p) {
+    p = FindAny(p, kProtectedEnds);
+    if (*p == end || !*p) return p;
     if (*p == '\\' && p[1]) ++p;
   }
-  return p;
 }
 
 bool StartsWith(const char* p, std::string_view open) {
@@ -83,7 +100,7 @@ const char* XmlReader::Read(CXmlNode& node, const char* text) {
 }
 
 const char* XmlReader::ReadStart(const char* p) {
-  p = std::strchr(p, '<');
+  if (*p != '<') p = std::strchr(p, '<');
   if (!p || p[1] == '/') return p;
   bool placedOne = false;
   p = ReadSpecialNodes(p, placedOne);
@@ -113,7 +130,7 @@ const char* XmlReader::ReadSpecialNodes(const char* p, bool& placedOne) {
 }
 
 const char* XmlReader::ReadElement(const char* p) {
-  const char* end = FindAny<' ', '/', '>', '\t', '\r', '\n'>(p);
+  const char* end = FindAny(p, kNameEnds);
   if (!*end) return nullptr;
   const bool keepsOldName = IsReadingTop() && end == p;
   const XmlName* name = keepsOldName ? CopyName(top->name) : AcquireName(MakeSpan(p, end));
@@ -136,19 +153,19 @@ const char* XmlReader::ReadAttributes(const char* p, const XmlName& element) {
   while (*p) {
     p = SkipSpace(p);
     if (*p == '>' || *p == '/') return p;
-    const char* end = FindAny<' ', '='>(p);
+    const char* end = FindAny(p, kAttrNameEnds);
     if (!*end) {
       info.RecordError(p, kXmlErrorAttribute,
                        Joined({"<", element.View(), "> attribute has error "}));
       return nullptr;
     }
-    AttrSpan& attr = attrs.emplace_back(AcquireName(MakeSpan(p, end)), Span());
+    attrs.push_back({AcquireName(MakeSpan(p, end)), Span()});
     p = SkipSpace(end);
     if (*p != '=') continue;
     p = SkipSpace(p + 1);
     const bool isQuoted = *p == '"' || *p == '\'';
-    end = isQuoted ? FindUnescaped(p + 1, *p) : FindAny<' ', '>'>(p);
-    attr.value = MakeSpan(isQuoted ? p + 1 : p, end);
+    end = isQuoted ? FindUnescaped(p + 1, *p) : FindAny(p, kPlainValueEnds);
+    attrs.back().value = MakeSpan(isQuoted ? p + 1 : p, end);
     p = isQuoted && *end ? end + 1 : end;
   }
   return nullptr;
@@ -184,7 +201,7 @@ bool XmlReader::ReadBehindChild(const char*& p) {
 
 const char* XmlReader::ReadCloseTag(const char* p, bool& closesLevel) {
   p = SkipSpace(p);
-  const char* end = FindAny<' ', '>'>(p);
+  const char* end = FindAny(p, kCloseNameEnds);
   const std::string_view name = levels.back().node->NameView();
   if (!*end) {
     info.RecordError(p, kXmlErrorUnclosedTag, Joined({"it must be closed with </", name, ">"}));
@@ -259,12 +276,11 @@ void XmlReader::CloseLevel() {
   Level level = std::move(levels.back());
   levels.pop_back();
   if (waiting.size() > level.firstWaiting) {
-    const auto first = waiting.begin() + static_cast<std::ptrdiff_t>(level.firstWaiting);
     level.node->ReserveChildren(waiting.size() - level.firstWaiting);
-    for (auto child = first; child != waiting.end(); ++child) {
-      level.node->AppendChild(std::move(*child));
+    for (std::size_t i = level.firstWaiting; i < waiting.size(); ++i) {
+      level.node->AppendChild(std::move(waiting[i]));
     }
-    waiting.erase(first, waiting.end());
+    waiting.resize(level.firstWaiting);
   }
   if (level.owned) Wait(std::move(level.owned));
 }
