@@ -7,8 +7,9 @@
 #include <malloc.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
+#include <ctime>
+#include <memory>
 #include <pugixml.hpp>
 #include <string>
 #include <vector>
@@ -161,14 +162,15 @@ BENCHMARK(BM_CopyPeer)->Unit(benchmark::kMillisecond);
 
 // --- The ratios ---
 
-// Both sides in turn, so that a busy machine slows both; the middle of the runs counts.
+// Both sides in turn and in processor time, since the machine may be busy; the middle of the runs
+// counts.
 template <class OwnWork, class PeerWork>
 double Ratio(OwnWork own, PeerWork peer, int runs = 15) {
   std::vector<double> ratios;
   const auto seconds = [](auto& work) {
-    const auto start = std::chrono::steady_clock::now();
+    const std::clock_t start = std::clock();
     const auto kept = work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return static_cast<double>(std::clock() - start);
   };
   for (int i = 0; i < runs; ++i) {
     const double ownTime = seconds(own);

@@ -1,0 +1,72 @@
+// Any text into the reader; what came out is edited, copied, written and read again.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "xml/XmlNode.h"
+
+namespace {
+
+using tarn::CXmlDisplayOptions;
+using tarn::CXmlNode;
+using tarn::CXmlParseInfo;
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+// A text of the writer is read whole and written as it stands.
+void CheckWriting(const CXmlNode& node) {
+  CXmlDisplayOptions options;
+  options.newline = false;
+  options.entityTable = &tarn::g_xmlEntitiesFull;
+  const std::string text = node.ToString(options);
+  CXmlNode copy;
+  copy.CopyFrom(node);
+  Require(copy.ToString(options) == text);
+  CXmlNode read;
+  read.LoadWithFullEntities(text.c_str());
+  static_cast<void>(read.ToString(tarn::g_xmlDisplayOptions));
+}
+
+// Touches every kind of storage: texts that lie inside a node and texts of their own.
+void Edit(CXmlNode& node) {
+  for (const char* value : {"", "a value longer than what was read before", "x"}) {
+    if (tarn::CXmlAttr* first = node.GetFirstAttr()) {
+      node.SetAttrValue(first->NameView(), value);
+      node.SetAttrValue("added", first->ValueText());
+      node.RemoveAttr(node.GetAttrAt(1));
+      Require(!node.GetFirstAttr() || node.GetFirstAttr()->GetParent() == &node);
+    }
+    node.SetValue(value);
+  }
+  if (CXmlNode* child = node.GetChild(node.GetChildCount() / 2)) {
+    Edit(*child);
+    node.AppendCopy(*child);
+    node.AppendChild(node.DetachChild(child));
+    node.RemoveChild(node.GetChild(0));
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size == 0) return 0;
+  // Exactly as long as the text, so that a read behind its end is seen. The first byte chooses.
+  const std::string text(reinterpret_cast<const char*>(data) + 1, size - 1);
+  CXmlParseInfo info;
+  info.forceParse = (data[0] & 1) != 0;
+  if ((data[0] & 2) != 0) info.entityTable = &tarn::g_xmlEntitiesFull;
+  CXmlNode node;
+  const char* end = node.Load(text, info);
+  if (end) {
+    Require(end >= text.c_str() && end <= text.c_str() + text.size());
+  } else if (info.errorOccurred) {
+    Require(info.errorPosition >= text.c_str() && info.errorPosition <= text.c_str() + text.size());
+  }
+  CheckWriting(node);
+  Edit(node);
+  CheckWriting(node);
+  return 0;
+}
