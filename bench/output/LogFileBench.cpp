@@ -78,7 +78,15 @@ void FloorAppendByName(benchmark::State& state) {
   unlink(path.c_str());
 }
 
+// The part of SaveBehindEachMessage that is not the save.
+void MessageAlone(benchmark::State& state) {
+  CBuildOutput hub(FileSystem::Native());
+  SetMessageText(kRowTranslateStarts, "Compiling %s");
+  for (auto _ : state) AddMessages(hub, 1);
+}
+
 BENCHMARK(FloorAppendByName)->Iterations(kSaves);
+BENCHMARK(MessageAlone)->Iterations(kSaves);
 BENCHMARK(SaveBehindEachMessage)->Arg(0)->Arg(1'000)->Arg(10'000)->Arg(50'000)->Iterations(kSaves);
 BENCHMARK(SaveWithoutNews)->Arg(1'000)->Arg(50'000);
 
