@@ -1,5 +1,6 @@
 #include "components/common/ValuesText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -93,9 +94,19 @@ std::string UnescapeValue(std::string_view text) {
   return Unescape(restored);
 }
 
+// The end of a name in a list: a ";" that is not that of a reference.
+std::size_t EndOfName(std::string_view list) {
+  for (std::size_t i = 0; i < list.size();) {
+    if (list[i] == ';') return i;
+    char byte = 0;
+    i += std::max<std::size_t>(ReadReference(list.substr(i), byte), 1);
+  }
+  return list.size();
+}
+
 void TakeList(std::string_view text, std::vector<std::string>& list) {
   while (!text.empty()) {
-    const std::size_t end = std::min(text.find(';'), text.size());
+    const std::size_t end = EndOfName(text);
     list.push_back(Unescape(text.substr(0, end)));
     text.remove_prefix(std::min(end + 1, text.size()));
   }

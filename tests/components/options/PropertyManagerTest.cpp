@@ -118,6 +118,14 @@ TEST(PropertyManagerTest, TextRestoresEveryAnswerWithoutDefinitions) {
   EXPECT_EQ(fresh.GetValuesAsText("", "", ""), text);
 }
 
+TEST(PropertyManagerTest, AnyNameOfASetSurvivesTheText) {
+  OptionsRig rig;
+  std::string text;
+  for (const char* set : {"a;b", "c d]", "e=&#59;", "f"}) text = rig.Publish(set, "x", text, {});
+  EXPECT_EQ(OptionValues::FromText(text).GetOuterSets(),
+            (std::vector<std::string>{"e=&#59;", "c d]", "a;b"}));
+}
+
 TEST(PropertyManagerTest, ReadingTextAddsToWhatIsHeld) {
   OptionsRig rig(kSets);
   const std::string text = rig.Publish("C", "x.c", "", {Stored("Debug", "C", "A", "One", "1")});
