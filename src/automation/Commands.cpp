@@ -24,6 +24,8 @@ struct CommandRow {
   static const CommandRow* Find(std::uint32_t id);
 
  private:
+  // Of commands whose work does not exist yet.
+  static std::int32_t Nothing(CProjectManager&) { return 1; }
   template <void (CProjectManager::*Member)()>
   static std::int32_t Do(CProjectManager& manager) {
     (manager.*Member)();
@@ -46,6 +48,9 @@ const CommandRow* CommandRow::Find(std::uint32_t id) {
   static const std::array rows = {
       CommandRow{0x8105, Always, Apply<true>},
       CommandRow{0x8106, Always, Apply<false>},
+      CommandRow{0x8108, Always, Nothing},
+      CommandRow{0x8109, UserProject, Nothing},
+      CommandRow{0x810C, UserProject, Nothing},
       CommandRow{0x810B, UserProject, Do<&M::ShowNodeOptions>},
       CommandRow{0x810D, Always, [](M& manager) { return manager.OpenListing(nullptr), 1; }},
       CommandRow{0x810E, Always, Do<&M::RunOpenCommand>},
@@ -87,6 +92,9 @@ const CommandRow* CommandRow::Find(std::uint32_t id) {
       CommandRow{0x8139, Always, [](M& manager) { return manager.rerunAfterBuild = true, 0; }},
       CommandRow{0x813A, Always,
                  [](M& manager) { return manager.model->ClearDefaultApplicationItems(), 1; }},
+      CommandRow{0xE120, UserProject, Nothing},
+      CommandRow{0xE122, UserProject, Nothing},
+      CommandRow{0xE125, UserProject, Nothing},
   };
   for (const CommandRow& row : rows) {
     if (row.id == id) return &row;
@@ -143,7 +151,8 @@ std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
   const auto answer = static_cast<std::int32_t>(model->SendHost(kMsgBuildStarting, 0, 0));
   if (answer == 0) {
     // Publishing stopped for a build that does not come.
-    if (model->IsOpen() && !model->IsDefaultProject()) model->views.StartStepTimer();
+    const bool hasTimer = model->IsOpen() && !model->IsDefaultProject();
+    if (hasTimer && model->HasUnpublished()) model->views.StartStepTimer();
     return 0;
   }
   output->ResetLog();

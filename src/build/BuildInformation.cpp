@@ -27,14 +27,30 @@ void IndexOutputs(CXmlNode& node, const CXmlNode& start,
   for (int i = 0; i < node.GetChildCount(); ++i) IndexOutputs(*node.GetChild(i), start, index);
 }
 
+bool HoldsOutput(const CXmlNode& node) {
+  if (node.GetAttr("OutputFile") != nullptr) return true;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    if (HoldsOutput(*node.GetChild(i))) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 std::int32_t CProjectModel::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
+  if (!TakeBuildRecords(TextOf(xmlinfo))) return 0;
+  // What was good or stale may have changed its mind.
+  fileTimes.Forget();
+  if (activeApplication != nullptr) views.LoadGlobals(GlobalsFileOf(*activeApplication));
+  return 1;
+}
+
+bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
   const TreeUpdate update(views);
   CXmlNode records;
-  records.Load(TextOf(xmlinfo), g_xmlParseInfo);
+  records.Load(xmlinfo, g_xmlParseInfo);
   CXmlNode* const application = walkApplication != nullptr ? walkApplication : activeApplication;
-  if (application == nullptr) return 0;
+  if (application == nullptr) return false;
   for (int i = 0; i < records.GetChildCount(); ++i) {
     const CXmlNode& record = *records.GetChild(i);
     CXmlNode* node = FindNodeByOutput(*application, record.GetAttrValue("Header"));
@@ -44,10 +60,7 @@ std::int32_t CProjectModel::SetBuildInfo(const char* /*filepath*/, const char* x
     RecordBuildInfo(node, infos.c_str(), date.c_str());
     ReplaceDependencies(*node, record);
   }
-  // What was good or stale may have changed its mind.
-  fileTimes.Forget();
-  if (activeApplication != nullptr) views.LoadGlobals(GlobalsFileOf(*activeApplication));
-  return 1;
+  return true;
 }
 
 CXmlNode* CProjectModel::FindNodeByOutput(CXmlNode& application, const char* outputFile) {
@@ -66,6 +79,7 @@ void CProjectModel::ReplaceDependencies(CXmlNode& node, const CXmlNode& record) 
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode* child = node.GetChild(i);
     if (child->NameView() != "Dependencies") continue;
+    if (HoldsOutput(*child)) ++outputEpoch;
     ForgetPointersInto(*child);
     node.RemoveChild(child);
     break;
@@ -77,7 +91,7 @@ void CProjectModel::ReplaceDependencies(CXmlNode& node, const CXmlNode& record) 
     CXmlNode* copy = dependencies->AppendCopy(*record.GetChild(i));
     const CXmlNode* type = FindTypeByFileExtension(TextOf(copy->GetAttrValue("Header")));
     if (type != nullptr) copy->SetName(type->NameView());
-    if (copy->GetAttr("OutputFile") != nullptr) ++outputEpoch;
+    if (HoldsOutput(*copy)) ++outputEpoch;
   }
   node.AppendChild(std::move(dependencies));
 }

@@ -55,10 +55,12 @@ BuildWalk::BuildWalk(CProjectModel& projectModel, bool examinesElsewhere)
 
 void BuildWalk::BeginBuild(CXmlNode* node, std::int32_t buildMode) {
   mode = buildMode;
+  model.FindEnclosingApplication(node, model.walkApplication);
   if (node != nullptr) frames.push_back({node, Stage::Enter, {}, 0, true, 0});
 }
 
 void BuildWalk::BeginTranslate(CXmlNode* node) {
+  model.FindEnclosingApplication(node, model.walkApplication);
   if (node != nullptr) frames.push_back({node, Stage::Translate, {}, 0, true, 0});
 }
 

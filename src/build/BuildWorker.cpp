@@ -6,6 +6,7 @@
 // operations that change the project out; it falls in the last of those steps, and the worker
 // touches nothing of the model afterwards.
 
+#include <system_error>
 #include <thread>
 
 #include "build/BuildWalk.h"
@@ -57,6 +58,8 @@ std::string CProjectModel::OperationText(std::int32_t mode) const {
 }
 
 std::int32_t CProjectModel::CanStartOperation() {
+  // A message of a walk on this thread is on its way; nobody is to pull the tree from under it.
+  if (walksHere > 0) return 0;
   if (!IsWorkerAlive() && GetBuildState() != StateBuilding) return 1;
   const std::string question = FormatMessageText(
       GetMessageText(kRowBusyQuestion), std::vector<std::string>{OperationText(buildCommand)});
@@ -96,6 +99,7 @@ std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
   }
 
   buildCommand = mode;
+  if (currentNode != nullptr) RenewPropState(*currentNode);
   worker = std::make_shared<WorkerControl>();
   worker->loop = loop;
   worker->model = this;
@@ -115,7 +119,16 @@ std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
     const std::lock_guard<std::mutex> hold(buildLock);
     buildState = StateBuilding;
   }
-  std::thread(BuildThreadMain, worker).detach();
+  try {
+    std::thread(BuildThreadMain, worker).detach();
+  } catch (const std::system_error&) {
+    // The machine gives no thread: nothing runs, and nothing may seem to.
+    worker->alive = false;
+    workerWalk.reset();
+    const std::lock_guard<std::mutex> hold(buildLock);
+    buildState = StateFailed;
+    return 0;
+  }
   return 1;
 }
 
@@ -133,7 +146,10 @@ void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
     control->isInStep = false;
   };
   do {
-    if (!control->loop->RunAndWait(step)) return;
+    if (!control->loop->RunAndWait(step)) {
+      control->alive = false;
+      return;
+    }
     if (request.kind == WalkRequest::Kind::RunTool) {
       CToolManagerDriver tools;
       tools.AttachDispatch(request.toolManager.Get(), true);
@@ -160,7 +176,10 @@ void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
     control->isInStep = false;
     control->alive = false;
   };
-  if (!control->loop->RunAndWait(end)) return;
+  if (!control->loop->RunAndWait(end)) {
+    control->alive = false;
+    return;
+  }
   SendWindowMessage(host, kMsgWorkerEnded, succeeded ? 1 : 0,
                     reinterpret_cast<std::intptr_t>(logFile.c_str()));
   if (control->afterEnd) control->loop->RunAndWait(control->afterEnd);
@@ -220,10 +239,12 @@ std::int32_t CProjectModel::RunWalkHere(BuildWalk& walk) {
 std::int32_t CProjectModel::BuildHere() {
   if (IsWorkerAlive() || walksHere > 0) return 0;
   CXmlNode* const application = activeApplication;
-  CXmlNode* const node = currentNode;
+  if (currentNode != nullptr) RenewPropState(*currentNode);
+  notedHere = currentNode;
   const std::uint64_t epoch = treeEpoch;
   const std::int32_t result = BuildNode(nullptr, ModeBuild);
-  RestoreAfterWalk(application, node, epoch);
+  RestoreAfterWalk(application, notedHere, epoch);
+  notedHere = nullptr;
   return result;
 }
 

@@ -36,9 +36,9 @@ std::int32_t CProjectModel::SelectConfiguration(const std::string& wanted) {
   }
   const std::uint64_t epoch = treeEpoch;
   SetCurrentNode(noted);
-  if (treeEpoch != epoch) return 1;
-  RestorePropState(*noted);
+  if (treeEpoch == epoch) RestorePropState(*noted);
   propertyManager->EndUpdate();
+  if (treeEpoch != epoch) return 1;
   SendActiveApplication();
   if (treeEpoch == epoch && activeApplication != nullptr) {
     views.SetGlobalsFile(GlobalsFileOf(*activeApplication));

@@ -67,10 +67,10 @@ bool NodeTypes::HasTypeFlag(const CXmlNode& node, std::string_view key) const {
 const NodeTypes::Type& NodeTypes::Find(std::string_view elementName) const {
   static const Type kNoType;
   const auto known = byAddress.find(elementName.data());
-  if (known != byAddress.end()) return *known->second;
+  if (known != byAddress.end() && known->second.name == elementName) return *known->second.type;
   const auto found = byName.find(FoldCase(elementName));
   const Type& type = found == byName.end() ? kNoType : found->second;
-  byAddress.emplace(elementName.data(), &type);
+  byAddress[elementName.data()] = {std::string(elementName), &type};
   return type;
 }
 

@@ -56,9 +56,14 @@ class NodeTypes {
 
   CXmlNode root;
   std::unordered_map<std::string, Type> byName;  // folded names
-  // Element names are interned, so the address of a name's text stands for the name. Filled as
-  // names are asked for; on the host's thread only.
-  mutable std::unordered_map<const char*, const Type*> byAddress;
+  // Common names are shared, so the address of a name's text finds it fast; a rare one may have
+  // taken the place of another, so the text is compared all the same. Filled as names are asked
+  // for; on the host's thread only.
+  struct Known {
+    std::string name;
+    const Type* type = nullptr;
+  };
+  mutable std::unordered_map<const char*, Known> byAddress;
 };
 
 }  // namespace tarn

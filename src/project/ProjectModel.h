@@ -150,6 +150,7 @@ class CProjectModel {
   CXmlNode* PublishNode(CXmlNode* node, bool force);
   std::int32_t PublishNextNode(CXmlNode* node);
   std::int32_t PublishTick();
+  bool HasUnpublished();
   // Publishes all that is not yet, and restores the current node.
   void PublishAll();
   void CollectOptionChain(std::vector<CXmlNode*>& list, CXmlNode* node) const;
@@ -270,6 +271,7 @@ class CProjectModel {
   static void BuildThreadMain(std::shared_ptr<WorkerControl> control);
   bool EndWorker();
   CXmlNode* FindNodeByOutput(CXmlNode& application, const char* outputFile);
+  bool TakeBuildRecords(const std::string& xmlinfo);
   void ReplaceDependencies(CXmlNode& node, const CXmlNode& record);
 
   FileSystem& files;
@@ -312,7 +314,8 @@ class CProjectModel {
   std::int32_t buildCommand = 0;
   std::shared_ptr<MessageLoop> loop;  // of the host's thread
   std::shared_ptr<WorkerControl> worker;
-  int walksHere = 0;  // walks on the host's thread that are under way
+  CXmlNode* notedHere = nullptr;  // current when a walk on the host's thread began
+  int walksHere = 0;              // walks on the host's thread that are under way
   std::unique_ptr<BuildWalk> workerWalk;
   CXmlNode* walkApplication = nullptr;  // the application whose walk is running
   FileTimes fileTimes;

@@ -8,6 +8,7 @@
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
+#include "project/WorkerControl.h"
 
 namespace tarn {
 
@@ -260,6 +261,11 @@ void CProjectModel::SendActiveApplication() {
 
 void CProjectModel::SetCurrentNode(CXmlNode* node) {
   if (node == nullptr) return;
+  if (IsWorkerAlive() && !IsInWorkerStep()) {
+    // The user chose this one beside a build; its end shall not take it away.
+    worker->notedNode = node;
+    FindEnclosingApplication(node, worker->notedApplication);
+  }
   const CXmlNode* notedApplication = activeApplication;
   const CXmlNode* notedNode = currentNode;
   if (currentNode != nullptr) RenewPropState(*currentNode);
@@ -314,7 +320,10 @@ std::int32_t CProjectModel::PublishTick() {
   const std::uint64_t epoch = treeEpoch;
   // Also when the tree is done: the user's next change belongs to the node that was current.
   if (published > 0) RestoreCurrent(notedApplication, notedNode);
-  if (treeEpoch != epoch) return 0;
+  if (treeEpoch != epoch) {
+    if (notedNode != nullptr) propertyManager->EndUpdate();
+    return 0;
+  }
   if (remains == 0) views.StopStepTimer();
   if (currentNode != nullptr) RestorePropState(*currentNode);
   propertyManager->EndUpdate();
@@ -328,6 +337,13 @@ std::int32_t CProjectModel::PublishTick() {
   }
   RunAutoDebugStep();
   return 0;
+}
+
+bool CProjectModel::HasUnpublished() {
+  return publishCursor.Next(
+             *projectRoot, publishEpoch,
+             [](const CXmlNode& each) { return FindStoredValues(each) != nullptr; },
+             IsContentNode) != nullptr;
 }
 
 void CProjectModel::PublishAll() {

@@ -156,6 +156,7 @@ void CProjectModel::StripSubtree(CXmlNode& node, bool dropDependencies) {
     const std::string_view name = child->NameView();
     if (name == "PropState" || name == "#CDATA" || name == "Info" ||
         (dropDependencies && name == "Dependencies")) {
+      ForgetPointersInto(*child);
       node.RemoveChild(child);
     } else {
       StripSubtree(*child, dropDependencies);

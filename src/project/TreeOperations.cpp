@@ -3,6 +3,7 @@
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
+#include "project/WorkerControl.h"
 
 namespace tarn {
 
@@ -61,6 +62,11 @@ void CProjectModel::ForgetPointersInto(const CXmlNode& node) {
   for (CXmlNode** pointer : {&currentNode, &activeApplication, &walkApplication}) {
     if (*pointer != nullptr && liesBelow(*pointer)) *pointer = nullptr;
   }
+  if (liesBelow(notedHere)) notedHere = nullptr;
+  if (!IsWorkerAlive()) return;
+  if (liesBelow(worker->notedNode)) worker->notedNode = nullptr;
+  // A walk that began there has lost its tree.
+  if (liesBelow(worker->node)) ++treeEpoch;
 }
 
 void CProjectModel::NoteTreeChange() {
