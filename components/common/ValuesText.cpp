@@ -107,7 +107,8 @@ std::size_t EndOfName(std::string_view list) {
 void TakeList(std::string_view text, std::vector<std::string>& list) {
   while (!text.empty()) {
     const std::size_t end = EndOfName(text);
-    list.push_back(Unescape(text.substr(0, end)));
+    // No node is of a type without a name.
+    if (end > 0) list.push_back(Unescape(text.substr(0, end)));
     text.remove_prefix(std::min(end + 1, text.size()));
   }
 }

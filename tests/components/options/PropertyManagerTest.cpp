@@ -124,6 +124,8 @@ TEST(PropertyManagerTest, AnyNameOfASetSurvivesTheText) {
   for (const char* set : {"a;b", "c d]", "e=&#59;", "f"}) text = rig.Publish(set, "x", text, {});
   EXPECT_EQ(OptionValues::FromText(text).GetOuterSets(),
             (std::vector<std::string>{"e=&#59;", "c d]", "a;b"}));
+  EXPECT_EQ(OptionValues::FromText("<Values Outer=\";;a;;b;;\">").GetOuterSets(),
+            (std::vector<std::string>{"a", "b"}));
 }
 
 TEST(PropertyManagerTest, ReadingTextAddsToWhatIsHeld) {
