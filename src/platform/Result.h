@@ -18,6 +18,7 @@ enum class ErrorCode {
   Io,             // any other failure of the machine
   Changed,        // the file is not the one that the caller left
   Unsupported,
+  CannotOpen,  // there, but it cannot be opened, or its size or memory cannot be had
 };
 
 // One way to report failure inside the platform layer: a code to act on, a text to show (the

@@ -38,7 +38,8 @@ class FileSystem {
   // No write permission in the mode, or the machine refuses; true also for what does not exist.
   virtual bool IsReadOnly(const std::string& path) = 0;
 
-  // The whole file; fails with NotAFile for a folder.
+  // The whole file; fails with NotAFile for a folder, with CannotOpen for what cannot be looked
+  // into at all, and with Io when reading breaks off.
   virtual Result<std::string> ReadWholeFile(const std::string& path) = 0;
   // Replaces or creates the file in one step: whoever looks, also after a crash or on a full disk,
   // sees the old bytes or the new ones. Keeps the mode bits, follows a symbolic link. Refuses a

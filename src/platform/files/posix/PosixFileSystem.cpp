@@ -51,9 +51,9 @@ Result<std::string> ReadAll(int file, std::uint64_t size, const std::string& pat
     }
     bytes.resize(filled);
   } catch (const std::bad_alloc&) {
-    return ReadErrorOf(ENOMEM, path);
+    return ErrorOf(ErrorCode::CannotOpen, "not enough memory", path);
   } catch (const std::length_error&) {
-    return ReadErrorOf(EFBIG, path);
+    return ErrorOf(ErrorCode::CannotOpen, "too large", path);
   }
   return bytes;
 }
@@ -115,12 +115,13 @@ Result<std::string> PosixFileSystem::ReadWholeFile(const std::string& path) {
       path, [](const char* name) { return open(name, O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
   if (!opened) {
     Error error = opened.GetError();
-    if (error.code == ErrorCode::ReadOnly) error.code = ErrorCode::Io;
+    const bool isThere = error.code == ErrorCode::ReadOnly || error.code == ErrorCode::Io;
+    if (isThere) error.code = ErrorCode::CannotOpen;
     return error;
   }
   const Descriptor file(*opened);
   struct stat info {};
-  if (fstat(file.Get(), &info) != 0) return ReadErrorOf(errno, path);
+  if (fstat(file.Get(), &info) != 0) return ErrorOf(ErrorCode::CannotOpen, "no size", path);
   if (!S_ISREG(info.st_mode)) return NotAFile(path);
   return ReadAll(file.Get(), static_cast<std::uint64_t>(info.st_size), path);
 }
