@@ -56,12 +56,12 @@ BuildWalk::BuildWalk(CProjectModel& projectModel, bool examinesElsewhere)
 void BuildWalk::BeginBuild(CXmlNode* node, std::int32_t buildMode) {
   mode = buildMode;
   model.FindEnclosingApplication(node, model.walkApplication);
-  if (node != nullptr) frames.push_back({node, Stage::Enter, {}, 0, true, 0});
+  if (node != nullptr) frames.emplace_back(node);
 }
 
 void BuildWalk::BeginTranslate(CXmlNode* node) {
   model.FindEnclosingApplication(node, model.walkApplication);
-  if (node != nullptr) frames.push_back({node, Stage::Translate, {}, 0, true, 0});
+  if (node != nullptr) frames.emplace_back(node, Stage::Translate);
 }
 
 void BuildWalk::BeginTool(CXmlNode* node, const std::string& tool) {
@@ -83,6 +83,7 @@ WalkRequest BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
   WalkRequest request;
   while (!frames.empty()) {
     if (LostTree()) {
+      if (frames.back().stage == Stage::Tool) LeaveTool();
       frames.clear();
       succeeded = false;
       break;
@@ -142,8 +143,8 @@ bool BuildWalk::Enter(Frame& frame) {
 
 bool BuildWalk::Publish(Frame& frame, WalkRequest& request) {
   while (publishedEpoch != model.publishEpoch) {
-    if (!model.PublishNextNode(frame.node)) {
-      if (frames.size() == 1) publishedEpoch = model.publishEpoch;
+    if (!model.PublishNextNode(frames.front().node)) {
+      publishedEpoch = model.publishEpoch;
       break;
     }
     if (IsOver(currentDeadline)) {
@@ -184,7 +185,7 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
     return true;
   }
   CXmlNode* child = frame.children[frame.next++];
-  frames.push_back({child, Stage::Enter, {}, 0, true, 0});  // invalidates `frame`
+  frames.emplace_back(child);  // invalidates `frame`
   return true;
 }
 
@@ -205,8 +206,10 @@ bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
 
 // Files that the frame's node is judged by, and those of the nodes that come next, so that a walk
 // over an up-to-date tree changes threads once in hundreds of nodes.
-bool BuildWalk::NeedsTimes(const Frame& frame, WalkRequest& request) {
-  if (!asksForTimes) return false;
+bool BuildWalk::NeedsTimes(Frame& frame, WalkRequest& request) {
+  // Once a node: a host that keeps reporting makes the times forgotten again and again, and what is
+  // still missing is then looked at here.
+  if (!asksForTimes || frame.hasAskedForTimes) return false;
   PathGatherer gatherer(model.types, model.fileTimes, request.paths);
   const bool judgesSubtree = !frame.childrenGood || frame.goodEpoch != model.fileTimes.GetEpoch();
   if (judgesSubtree) {
@@ -219,6 +222,7 @@ bool BuildWalk::NeedsTimes(const Frame& frame, WalkRequest& request) {
                     [&](const char* part) { gatherer.Add(part); });
   }
   if (request.paths.empty()) return false;
+  frame.hasAskedForTimes = true;
 
   std::size_t left = nodesAhead;
   for (auto outer = frames.rbegin() + 1; outer != frames.rend() && left > 0; ++outer) {
@@ -289,21 +293,26 @@ void BuildWalk::TakeToolResult(bool success) {
 }
 
 void BuildWalk::FinishTool(Frame& frame) {
-  // The tool may have written any file.
-  model.fileTimes.Forget();
   nodesAhead = 1;
   if (toolSucceeded) {
     model.SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
   }
+  LeaveTool();
+  if (!LostTree()) Return(toolSucceeded, false);
+}
+
+// What has to be put right after a tool, whatever became of the tree.
+void BuildWalk::LeaveTool() {
+  model.fileTimes.Forget();  // the tool may have written any file
   if (!messageFile.empty()) {
     model.output->MergeToolFile(messageFile);
     (void)model.files.RemoveFile(messageFile);
   }
+  messageFile.clear();
   if (!folderBefore.empty()) model.files.SetCurrentFolder(folderBefore);
   folderBefore.clear();
   model.output->SaveLog();
   model.output->UpdateReport();
-  if (!LostTree()) Return(toolSucceeded, false);
 }
 
 }  // namespace tarn

@@ -64,12 +64,15 @@ class BuildWalk {
   enum class Stage { Enter, Publish, Start, Children, Own, Translate, Tool };
 
   struct Frame {
-    CXmlNode* node = nullptr;
-    Stage stage = Stage::Enter;
+    explicit Frame(CXmlNode* n, Stage s = Stage::Enter) : node(n), stage(s) {}
+
+    CXmlNode* node;
+    Stage stage;
     std::vector<CXmlNode*> children;  // a copy: a reordering host does no harm
     std::size_t next = 0;
     bool childrenGood = true;     // each child was found up to date
     std::uint64_t goodEpoch = 0;  // with file times of this epoch
+    bool hasAskedForTimes = false;
   };
 
   // Each step gives whether the walk can go on at once; otherwise `request` says why not.
@@ -81,8 +84,9 @@ class BuildWalk {
   bool DoOwnWork(Frame& frame, WalkRequest& request);
   bool RequestTool(Frame& frame, WalkRequest& request);
   void FinishTool(Frame& frame);
+  void LeaveTool();
   bool Clean(CXmlNode& node);
-  bool NeedsTimes(const Frame& frame, WalkRequest& request);
+  bool NeedsTimes(Frame& frame, WalkRequest& request);
   // The frame's node is dealt with: its parent goes on.
   bool Return(bool success, bool isGood);
   bool IsOver(const std::optional<Clock::time_point>& deadline) const;
