@@ -41,6 +41,9 @@ class CBuildOutput {
   // text. `host` gets a message for each row written; 0 for none.
   void Initialise(const std::string& configFilePath, WindowHandle host);
 
+  // Rows are no longer told to the host.
+  void ForgetHost() { hostWindow = 0; }
+
   // Borrowed until replaced or the hub's end; null for no window.
   void SetViews(ILogView* log, IReportView* report);
   // What the views need for their windows; empty until Initialise has found the files.

@@ -47,10 +47,10 @@ FileAccessStatus GetFileAccessStatus(FileSystem& files, const std::string& path,
 }
 
 std::int32_t CheckFileAccess(FileSystem& files, const std::string& path, std::uint32_t flags,
-                             CBuildOutput& output) {
+                             CBuildOutput& output, const std::string& shown) {
   const FileAccessStatus status = GetFileAccessStatus(files, path, flags);
   const int row = RowOf(status);
-  if (row >= 0) output.WriteMessage(row, {path});
+  if (row >= 0) output.WriteMessage(row, {shown});
   output.SaveLog();
   output.UpdateReport();
   return status == FileAccessStatus::Ok ? 1 : 0;

@@ -27,9 +27,13 @@ enum class FileAccessStatus : std::int32_t {
 FileAccessStatus GetFileAccessStatus(FileSystem& files, const std::string& path,
                                      std::uint32_t flags);
 
-// Writes the status to the log, with `path` as it stands in the row, and makes log file and report
+// Writes the status to the log, where `shown` stands for the path, and makes log file and report
 // current. Result 1 when the path passed.
 std::int32_t CheckFileAccess(FileSystem& files, const std::string& path, std::uint32_t flags,
-                             CBuildOutput& output);
+                             CBuildOutput& output, const std::string& shown);
+inline std::int32_t CheckFileAccess(FileSystem& files, const std::string& path, std::uint32_t flags,
+                                    CBuildOutput& output) {
+  return CheckFileAccess(files, path, flags, output, path);
+}
 
 }  // namespace tarn

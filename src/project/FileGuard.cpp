@@ -24,10 +24,14 @@ void FileGuard::NoteWritten(const std::string& path, std::string_view bytes) {
 void FileGuard::Forget() {
   known.clear();
   damagedFiles.clear();
+  untouchable.clear();
 }
 
 Status FileGuard::PutAside(const std::string& path, std::string& copy) {
   copy.clear();
+  if (untouchable.count(path) != 0) {
+    return Error{ErrorCode::Changed, "what it holds was not read", path};
+  }
   const Result<std::string> bytes = files.ReadWholeFile(path);
   const bool damaged = damagedFiles.count(path) != 0;
   if (!bytes) {
@@ -56,11 +60,11 @@ Status FileGuard::CopyAside(const std::string& path, std::string_view bytes,
 
 std::string FileGuard::Rescue(const std::string& path, std::string_view bytes,
                               const std::string& spare) {
-  const std::string beside = path + ".unsaved";
-  if (files.WriteWholeFile(beside, bytes)) return beside;
+  std::string copy;
+  if (CopyAside(path, bytes, ".unsaved", copy)) return copy;
   if (spare.empty() || !files.CreateFolders(spare)) return {};
-  const std::string inSpare = JoinPath(spare, FileNameOf(path) + ".unsaved");
-  return files.WriteWholeFile(inSpare, bytes) ? inSpare : std::string();
+  const std::string inSpare = JoinPath(spare, FileNameOf(path));
+  return CopyAside(inSpare, bytes, ".unsaved", copy) ? copy : std::string();
 }
 
 }  // namespace tarn

@@ -21,6 +21,8 @@ class FileGuard {
   // The file was read; `damaged` when part of it did not become part of the tree.
   void NoteRead(const std::string& path, std::string_view bytes, bool damaged);
   void NoteWritten(const std::string& path, std::string_view bytes);
+  // The file holds what nobody has in memory: it is not to be overwritten.
+  void NoteUntouchable(const std::string& path) { untouchable.insert(path); }
   // Nothing is remembered any more: the project is closed.
   void Forget();
 
@@ -30,7 +32,8 @@ class FileGuard {
   Status PutAside(const std::string& path, std::string& copy);
 
   // Puts a text that could not be saved into `<path>.unsaved` or, failing that, into the folder
-  // `spare` under the same name. The name it lies under, empty when both failed.
+  // `spare` under such a name; an earlier one is never overwritten. The name it lies under, empty
+  // when both failed.
   std::string Rescue(const std::string& path, std::string_view bytes, const std::string& spare);
 
  private:
@@ -42,6 +45,7 @@ class FileGuard {
   FileSystem& files;
   std::map<std::string, std::uint64_t> known;  // path -> hash of the bytes
   std::set<std::string> damagedFiles;
+  std::set<std::string> untouchable;
 };
 
 }  // namespace tarn

@@ -1,5 +1,7 @@
 // Opening, creating, saving and closing of projects. A save is a close followed by an open.
 
+#include <utility>
+
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -19,13 +21,13 @@ std::string ConfigOf(const CXmlNode& application) {
   return config == nullptr ? kStandardConfig : config;
 }
 
-// Marks a question to the host as open for as long as it lives.
-class Asking {
+// Sets a mark for as long as it lives.
+class Holding {
  public:
-  explicit Asking(bool& openQuestion) : flag(openQuestion) { flag = true; }
-  ~Asking() { flag = false; }
-  Asking(const Asking&) = delete;
-  Asking& operator=(const Asking&) = delete;
+  explicit Holding(bool& mark) : flag(mark) { flag = true; }
+  ~Holding() { flag = false; }
+  Holding(const Holding&) = delete;
+  Holding& operator=(const Holding&) = delete;
 
  private:
   bool& flag;
@@ -68,8 +70,18 @@ std::string CProjectModel::AskForProject() {
   return chosen.empty() ? std::string() : chosen.front();
 }
 
+std::string CProjectModel::FullProjectPath(const std::string& path) const {
+  return CanonicalPath(IsRelativePath(path) ? JoinPath(files.CurrentFolder(), path)
+                                            : ToNativeSeparators(path));
+}
+
+bool CProjectModel::IsOpenAs(const std::string& path) const {
+  if (!isOpen || path.empty()) return false;
+  return EqualNoCase(path, openedBy) || EqualNoCase(FullProjectPath(path), projectPath);
+}
+
 std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault) {
-  if (propertyManager == nullptr || output == nullptr || askingHost) return 0;
+  if (propertyManager == nullptr || output == nullptr || isClosing) return 0;
   if (!CanStartOperation()) return 0;
   if (projectRoot->GetChildCount() > 0 && !CloseProject()) return 0;
   activeApplication = nullptr;
@@ -87,8 +99,8 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   if (chosen.empty()) return 0;
   if (!EqualNoCase(ExtensionOf(chosen), kProjectExtension)) return ImportOldProject(chosen);
 
-  projectPath = CanonicalPath(IsRelativePath(chosen) ? JoinPath(files.CurrentFolder(), chosen)
-                                                     : ToNativeSeparators(chosen));
+  projectPath = FullProjectPath(chosen);
+  openedBy = chosen;
   projectFolder = FolderOf(projectPath);
   files.SetCurrentFolder(projectFolder);
   guard.Forget();
@@ -98,7 +110,9 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
     if (projectEpoch == opened) DiscardTree();
     return 0;
   }
+  if (projectEpoch != opened) return 0;
   modified = 0;
+  publishingStopped = false;
   shapeChanged = false;
   isOpen = true;
   projectRoot->SetAttrValue("Path", projectPath);
@@ -125,7 +139,8 @@ std::int32_t CProjectModel::LoadProject(std::uint64_t opened) {
     }
   }
   files.SetCurrentFolder(projectFolder);
-  SendHost(kMsgProjectOpened, projectPath, isDefaultProject);
+  const std::string path = projectPath;  // a handler may open another
+  SendHost(kMsgProjectOpened, path, isDefaultProject);
   if (projectEpoch != opened || !AnnounceApplications(opened)) return 0;
   if (!MakeOptionsReady(opened)) return 0;
   if (activeApplication != nullptr) {
@@ -198,11 +213,12 @@ void CProjectModel::DiscardTree() {
 }
 
 std::int32_t CProjectModel::CloseProject() {
-  if (askingHost || !CanStartOperation()) return 0;
+  if (isClosing || !CanStartOperation()) return 0;
   const std::uint64_t before = projectEpoch;
   if (mainframeHandle != 0) {
-    const Asking asking(askingHost);
-    if (SendHost(kMsgProjectClosing, projectPath, 0) == 0) return 0;
+    const Holding asking(isClosing);
+    const std::string path = projectPath;
+    if (SendHost(kMsgProjectClosing, path, 0) == 0) return 0;
   }
   // The handler may have started a build, or have closed what it was asked about.
   if (projectEpoch != before || IsWorkerAlive()) return 0;
@@ -216,63 +232,91 @@ std::int32_t CProjectModel::CloseProject() {
   if (isDefaultProject != 0 && activeApplication != nullptr) {
     RemoveContentChildren(*activeApplication);
   }
+  inPublishTick = false;
+  if (!WriteAndEmpty()) {
+    LoadProject(projectEpoch);
+    return 0;
+  }
+  const std::uint64_t closed = projectEpoch;
+  output->ResetLog();
+  output->UpdateReport();
+  propertyManager->BeginUpdate();
+  propertyManager->ProjectClosing();
+  propertyManager->EndUpdate();
+  ReportRescues();
+  return projectEpoch == closed ? 1 : 0;
+}
+
+// The files of the open project are written and its tree is freed. False, with the tree as after a
+// load, when it is the only place that holds the user's changes and is to be kept then. Nobody can
+// open or close anything meanwhile.
+bool CProjectModel::WriteAndEmpty() {
+  const Holding closing(isClosing);
   textLost = false;
+  emptied.clear();
   const bool mustSave = isOpen && modified != 0;
   if (isOpen) StripForSave(*projectRoot, true);
   if (mustSave) SaveTreeFile(*projectRoot, projectPath);
   output->SaveLog();
   output->UpdateReport();
   if (keepTreeOnLoss && textLost) {
-    ReopenAfterFailedSave();
-    return 0;
+    projectRoot->SetAttrValue("Path", projectPath);
+    ReloadEmptied(*projectRoot);
+    NoteTreeChange();
+    currentNode = nullptr;
+    activeApplication = nullptr;
+    if (isDefaultProject == 0) views.SetProjectRoot(projectRoot.get());
+    return false;
   }
   RemoveAllChildren(*projectRoot);
-  output->ResetLog();
-  output->UpdateReport();
-  ReportRescues();
-  propertyManager->BeginUpdate();
-  propertyManager->ProjectClosing();
-  propertyManager->EndUpdate();
   currentNode = nullptr;
   activeApplication = nullptr;
   isOpen = false;
   guard.Forget();
-  return 1;
+  NoteTreeChange();
+  return true;
 }
 
 // What a save could not put in its place must not vanish with the log that said so.
 void CProjectModel::ReportRescues() {
-  for (const std::string& path : rescuedFiles) output->WriteMessage(kRowCannotSave, {path});
-  for (const std::string& path : keptCopies) {
-    output->AddOutput("The file on disk was not the one that had been read; a copy of it is " +
-                      path);
+  const std::vector<std::string> rescues = std::exchange(rescuedFiles, {});
+  const std::vector<std::string> copies = std::exchange(keptCopies, {});
+  for (const std::string& path : rescues) output->WriteMessage(kRowCannotSave, {path});
+  for (const std::string& path : copies) {
+    output->AddOutput("The file on disk held more than was read from it; a copy of it is " + path);
   }
-  if (!keptCopies.empty()) {
+  if (!copies.empty()) {
     output->SaveLog();
     output->UpdateReport();
   }
-  rescuedFiles.clear();
-  keptCopies.clear();
 }
 
-// The tree is the only place that holds the user's changes: it stays open, as after a load.
-void CProjectModel::ReopenAfterFailedSave() {
-  projectRoot->SetAttrValue("Path", projectPath);
-  for (int i = 0; i < projectRoot->GetChildCount(); ++i) {
-    CXmlNode& child = *projectRoot->GetChild(i);
-    const bool wasSaved = (types.FlagsOf(child) & kTypeExtern) != 0 && child.GetChildCount() == 0;
-    if (wasSaved) LoadTreeFile(child, TextOf(child.GetAttrValue("Extern")));
+void CProjectModel::ReloadEmptied(CXmlNode& node) {
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode& child = *node.GetChild(i);
+    if (emptied.count(&child) == 0) {
+      ReloadEmptied(child);
+      continue;
+    }
+    const std::string fileName = TextOf(child.GetAttrValue("Extern"));
+    if (LoadTreeFile(child, fileName)) continue;
+    // It was written a moment ago and must not be overwritten with what is left of it here.
+    std::string absolute;
+    MakeAbsolutePath(fileName, absolute, nullptr);
+    guard.NoteUntouchable(absolute);
   }
-  NoteTreeChange();
-  currentNode = nullptr;
-  activeApplication = nullptr;
-  if (isDefaultProject == 0) views.SetProjectRoot(projectRoot.get());
-  LoadProject(projectEpoch);
 }
 
 std::int32_t CProjectModel::SaveProject() {
-  if (askingHost || !CanStartOperation()) return 0;
-  if (shapeChanged) modified = 1;
+  if (isClosing || !CanStartOperation()) return 0;
+  // A file that went away since the load is written again rather than missed.
+  bool isMissing = isOpen && !files.Exists(projectPath);
+  for (int i = 0; isOpen && i < projectRoot->GetChildCount(); ++i) {
+    std::string file;
+    const char* path = projectRoot->GetChild(i)->GetAttrValue("Extern");
+    if (MakeAbsolutePath(TextOf(path), file, nullptr) && !files.Exists(file)) isMissing = true;
+  }
+  if (shapeChanged || isMissing) modified = 1;
   keepTreeOnLoss = true;
   const std::int32_t closed = CloseProject();
   keepTreeOnLoss = false;
@@ -313,8 +357,6 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
   if (files.WriteWholeFile(path, text)) {
     guard.NoteWritten(path, text);
     SendHost(kMsgProjectCreated, path, 0);
-  } else {
-    output->WriteMessage(kRowCannotSave, {path});
   }
   modified = 1;
   return 1;

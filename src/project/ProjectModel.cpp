@@ -16,9 +16,14 @@ CProjectModel::~CProjectModel() {
   StopAndWait();
 }
 
+void CProjectModel::ForgetHost() {
+  mainframeHandle = 0;
+  output->ForgetHost();
+}
+
 void CProjectModel::StopAndWait() {
   if (!IsWorkerAlive()) return;
-  mainframeHandle = 0;
+  ForgetHost();
   RequestStop();
   const std::shared_ptr<WorkerControl> control = worker;
   while (control->alive) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -95,12 +96,21 @@ class CProjectModel {
   const std::string& GetProjectPath() const { return projectPath; }
   const std::string& GetProjectFolder() const { return projectFolder; }
   const std::string& GetLastBrowseFolder() const { return lastBrowseFolder; }
+  // The project file that a path given by a caller means.
+  std::string FullProjectPath(const std::string& path) const;
+  // A project is open, and this path means it.
+  bool IsOpenAs(const std::string& path) const;
   // A project was opened and not closed since.
   bool IsOpen() const { return isOpen; }
   bool IsDefaultProject() const { return isDefaultProject != 0; }
   bool IsModified() const { return modified != 0; }
   bool IsPublishingSuspended() const { return publishingSuspended; }
-  void SetPublishingSuspended(bool suspended) { publishingSuspended = suspended; }
+  void SetPublishingSuspended(bool suspended) {
+    publishingSuspended = suspended;
+    publishingStopped = true;
+  }
+  // The user stopped background publishing of this project.
+  bool IsPublishingStopped() const { return publishingStopped; }
   CXmlNode& GetProjectRoot() { return *projectRoot; }
   CXmlNode* GetActiveApplication() { return activeApplication; }
   CXmlNode* GetOwnCurrentNode() { return currentNode; }
@@ -149,6 +159,8 @@ class CProjectModel {
   CXmlNode* LoadNodeOptions(CXmlNode* node, bool force);
   CXmlNode* PublishNode(CXmlNode* node, bool force);
   std::int32_t PublishNextNode(CXmlNode* node);
+  // Publishes the node and all below it; the next SetCurrentNode loads whatever it is given.
+  void PublishSubtree(CXmlNode& node);
   std::int32_t PublishTick();
   bool HasUnpublished();
   // Publishes all that is not yet, and restores the current node.
@@ -194,6 +206,8 @@ class CProjectModel {
   bool IsInWorkerStep() const;
   // Runs the step that a worker waits for, if there is one and none is running.
   void ServeWorker();
+  // The host hears nothing more.
+  void ForgetHost();
   // Asks a living worker to stop and serves its steps until it has ended; the host hears nothing
   // more of it.
   void StopAndWait();
@@ -204,6 +218,8 @@ class CProjectModel {
 
   // What tools report (build/BuildInformation.cpp).
   std::int32_t SetBuildInfo(const char* filepath, const char* xmlinfo);
+  // The node that a report about this output reaches, or null.
+  CXmlNode* FindNodeByOutput(CXmlNode& application, const char* outputFile);
   std::int32_t RecordBuildInfo(CXmlNode* node, const char* infos, const char* date);
   std::string GetDynamicCommands(std::uint32_t commandId);
   std::string GetSymbolInfo(const char* symbolName);
@@ -227,9 +243,20 @@ class CProjectModel {
 
   std::int32_t LoadTreeText(CXmlNode& node, const std::string& absolute);
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
-  bool WriteTreeFile(const CXmlNode& node, const std::string& absolute);
+  // A file that a save is about to write.
+  struct PendingFile {
+    std::string absolute;
+    std::string text;
+    CXmlNode* child = nullptr;       // the element whose file it is; null for the topmost
+    std::vector<std::size_t> parts;  // files of its own children
+    bool saved = true;               // it and its parts
+  };
+  std::size_t CollectTreeFiles(CXmlNode& node, CXmlNode* child, const std::string& absolute,
+                               std::vector<PendingFile>& pending);
+  void SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending);
+  bool WriteTreeFile(const PendingFile& file);
   void LoseNothing(const std::string& absolute, const std::string& text, bool isReadOnly);
-  void ReloadSavedChildren();
+  void ReloadEmptied(CXmlNode& node);
   void ReportRescues();
 
   std::int32_t LoadProject(std::uint64_t opened);
@@ -243,25 +270,27 @@ class CProjectModel {
   std::int32_t ImportOldProject(const std::string& path);
   bool AnnounceApplications(std::uint64_t opened);
   bool MakeOptionsReady(std::uint64_t opened);
-  void ReopenAfterFailedSave();
+  bool WriteAndEmpty();
 
   void PublishFromParent(CXmlNode& node, bool force);
   void PublishPath(CXmlNode& node);
   void ApplyStoredOptions(CXmlNode& node, const std::string& config);
   void WriteMarker(CXmlNode& node, const std::string& config) const;
   void WriteDerivedAttributes(CXmlNode& node);
+  void MakeActivePathAbsolute();
   void ReadConfigurations();
   void LoadToolCommands(const CXmlNode& node);
   void RestoreCurrent(CXmlNode* application, CXmlNode* node);
   void RunAutoDebugStep();
   void SendActiveApplication();
-  const std::string& TextOfOptions(const CXmlNode& element);
+  const std::string& TextOfOptions(const CXmlNode& owner);
   // Stored options or configurations, or the tree itself, changed: texts kept of them are stale.
   void ForgetKeptTexts();
   // Nodes were freed or came in: no pointer into the tree holds, nor anything kept about it.
   void NoteTreeChange();
   // Nodes lost their cached values or derived attributes.
   void NoteUnpublished();
+  bool CanBecome(const CXmlNode& node, const std::string& typeName) const;
   std::int32_t ChangeNodeIdentity(CXmlNode& node, const std::string& property,
                                   const std::string& value);
 
@@ -270,7 +299,6 @@ class CProjectModel {
   std::int32_t RunWalkHere(BuildWalk& walk);
   static void BuildThreadMain(std::shared_ptr<WorkerControl> control);
   bool EndWorker();
-  CXmlNode* FindNodeByOutput(CXmlNode& application, const char* outputFile);
   bool TakeBuildRecords(const std::string& xmlinfo);
   void ReplaceDependencies(CXmlNode& node, const CXmlNode& record);
 
@@ -287,12 +315,14 @@ class CProjectModel {
   std::unique_ptr<CXmlNode> dynamicCommands;
   std::int32_t isDefaultProject = 1;
   bool publishingSuspended = false;
+  bool publishingStopped = false;
   std::int32_t modified = 1;
   std::int32_t creatingProject = 0;
 
   bool isOpen = false;
   bool shapeChanged = false;
-  bool askingHost = false;  // the question before a close is with the host
+  bool isClosing = false;  // the question is with the host, or the files are being written
+  std::string openedBy;    // the path as the caller of the open gave it
   bool inPublishTick = false;
   std::uint64_t projectEpoch = 0;         // counts opens and closes
   std::uint64_t treeEpoch = 0;            // counts what frees nodes
@@ -302,6 +332,7 @@ class CProjectModel {
   std::vector<std::string> rescuedFiles;  // texts that could not be saved in their place
   std::vector<std::string> keptCopies;    // files put aside by a save
   bool textLost = false;                  // a text could neither be saved nor rescued
+  std::set<const CXmlNode*> emptied;      // elements whose children are on disk alone
   bool keepTreeOnLoss = false;            // a close that loses a text stops in front of freeing it
 
   PublishCursor publishCursor;

@@ -16,14 +16,6 @@ namespace {
 
 constexpr int kNodesPerTick = 10;
 
-CXmlNode* FindChildNamed(const CXmlNode& node, std::string_view name) {
-  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
-    CXmlNode* child = node.GetChild(i);
-    if (child->NameView() == name) return child;
-  }
-  return nullptr;
-}
-
 // The byte that stands for "]" in the cached text, so that the text can lie in a CDATA section.
 std::string WithBrackets(const char* text) {
   std::string values(text);
@@ -129,16 +121,17 @@ void CProjectModel::ApplyStoredOptions(CXmlNode& node, const std::string& config
   std::vector<CXmlNode*> chain;
   CollectOptionChain(chain, &node);
   for (const CXmlNode* member : chain) {
-    if (const CXmlNode* options = FindChildNamed(*member, "Options")) {
-      propertyManager->ApplyOptions(config, TextOfOptions(*options));
-    }
+    const std::string& text = TextOfOptions(*member);
+    if (!text.empty()) propertyManager->ApplyOptions(config, text);
   }
 }
 
-// Many nodes are published with the options of the same few ancestors.
-const std::string& CProjectModel::TextOfOptions(const CXmlNode& element) {
-  const auto [kept, isNew] = optionTexts.try_emplace(&element);
-  if (isNew) kept->second = element.ToString(g_xmlDisplayOptions);
+// The stored options of a node as text, empty without any. Kept, since many nodes are published
+// with the options of the same few ancestors, and these can have very many children.
+const std::string& CProjectModel::TextOfOptions(const CXmlNode& owner) {
+  const auto [kept, isNew] = optionTexts.try_emplace(&owner);
+  const CXmlNode* options = isNew ? owner.FindChild("Options") : nullptr;
+  if (options != nullptr) kept->second = options->ToString(g_xmlDisplayOptions);
   return kept->second;
 }
 
@@ -149,7 +142,7 @@ void CProjectModel::ForgetKeptTexts() {
 void CProjectModel::WriteMarker(CXmlNode& node, const std::string& config) const {
   if ((types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0) return;
   CXmlNode* ownConfig = nullptr;
-  FindChildNode(config.c_str(), "Header", FindChildNamed(node, "Options"), ownConfig);
+  FindChildNode(config.c_str(), "Header", node.FindChild("Options"), ownConfig);
   node.SetAttrValue("Marker", ownConfig != nullptr ? "0" : "-1");
 }
 
@@ -193,7 +186,9 @@ CXmlNode* CProjectModel::LoadNodeOptions(CXmlNode* node, bool force) {
   if (application == nullptr) {
     FindChildNode(projectRoot->GetAttrValue("ActiveApp"), "Header", projectRoot.get(), application);
   }
-  if (application != nullptr) activeApplication = application;
+  const bool isApplication =
+      application != nullptr && (types.FlagsOf(*application) & kTypeApplication) != 0;
+  if (isApplication) activeApplication = application;
   currentNode = node;
 
   propertyManager->BeginUpdate();
@@ -204,15 +199,16 @@ CXmlNode* CProjectModel::LoadNodeOptions(CXmlNode* node, bool force) {
   RestorePropState(*node);
   propertyManager->EndUpdate();
 
-  LoadToolCommands(*node);
   const std::uint64_t epoch = treeEpoch;
   SendHost(kMsgPaneCaption, TextOf(node->GetAttrValue("Header")) + " Local Settings", kOptionsPane);
-  return treeEpoch == epoch ? values : nullptr;
+  if (treeEpoch != epoch) return nullptr;
+  if (currentNode == node) LoadToolCommands(*node);  // a handler may have chosen another
+  return values;
 }
 
 void CProjectModel::ReadConfigurations() {
   if (activeApplication == nullptr) return;
-  const CXmlNode* configs = FindChildNamed(*activeApplication, "Configs");
+  const CXmlNode* configs = activeApplication->FindChild("Configs");
   if (configs == nullptr) return;
   const auto [kept, isNew] = optionTexts.try_emplace(configs);
   if (isNew) {
@@ -238,12 +234,12 @@ void CProjectModel::LoadToolCommands(const CXmlNode& node) {
 }
 
 void CProjectModel::RenewPropState(CXmlNode& node) {
-  if (CXmlNode* old = FindChildNamed(node, "PropState")) node.RemoveChild(old);
+  if (CXmlNode* old = node.FindChild("PropState")) node.RemoveChild(old);
   node.AddChild("PropState", propertyManager->GetPropState());
 }
 
 void CProjectModel::RestorePropState(const CXmlNode& node) {
-  if (const CXmlNode* state = FindChildNamed(node, "PropState")) {
+  if (const CXmlNode* state = node.FindChild("PropState")) {
     propertyManager->SetPropState(state->ValueText());
   }
 }
@@ -302,8 +298,9 @@ std::int32_t CProjectModel::PublishNextNode(CXmlNode* node) {
 
 std::int32_t CProjectModel::PublishTick() {
   // The worker publishes what it needs by itself, and a tick inside a tick would lose the place.
-  if (inPublishTick || IsWorkerAlive()) return 0;
+  if (inPublishTick || IsWorkerAlive() || walksHere > 0) return 0;
   inPublishTick = true;
+  const std::uint64_t opened = projectEpoch;
   CXmlNode* const notedNode = currentNode;
   CXmlNode* const notedApplication = activeApplication;
   if (notedNode != nullptr) {
@@ -315,11 +312,11 @@ std::int32_t CProjectModel::PublishTick() {
   while (published < kNodesPerTick && (remains = PublishNextNode(projectRoot.get())) != 0) {
     ++published;
   }
-  inPublishTick = false;
 
   const std::uint64_t epoch = treeEpoch;
   // Also when the tree is done: the user's next change belongs to the node that was current.
   if (published > 0) RestoreCurrent(notedApplication, notedNode);
+  if (projectEpoch == opened) inPublishTick = false;
   if (treeEpoch != epoch) {
     if (notedNode != nullptr) propertyManager->EndUpdate();
     return 0;
@@ -347,12 +344,26 @@ bool CProjectModel::HasUnpublished() {
 }
 
 void CProjectModel::PublishAll() {
-  if (IsWorkerAlive() || inPublishTick) return;
+  if (!isOpen || IsWorkerAlive() || inPublishTick) return;
   CXmlNode* const notedNode = currentNode;
   CXmlNode* const notedApplication = activeApplication;
+  propertyManager->BeginUpdate();
+  if (notedNode != nullptr) RenewPropState(*notedNode);
   bool published = false;
   while (PublishNextNode(projectRoot.get())) published = true;
-  if (published && notedNode != nullptr) RestoreCurrent(notedApplication, notedNode);
+  const std::uint64_t epoch = treeEpoch;
+  if (published) RestoreCurrent(notedApplication, notedNode);
+  if (treeEpoch == epoch && currentNode != nullptr) RestorePropState(*currentNode);
+  propertyManager->EndUpdate();
+}
+
+void CProjectModel::PublishSubtree(CXmlNode& node) {
+  CXmlNode* const notedApplication = activeApplication;
+  bool published = false;
+  while (PublishNextNode(&node)) published = true;
+  if (!published) return;
+  activeApplication = notedApplication;
+  currentNode = nullptr;
 }
 
 // The property manager shows `node` again, after other nodes went through it.
@@ -362,9 +373,19 @@ void CProjectModel::RestoreCurrent(CXmlNode* application, CXmlNode* node) {
   SetCurrentNode(node);
 }
 
+// The active application's path is asked for at any time, also before it is published again.
+void CProjectModel::MakeActivePathAbsolute() {
+  if (activeApplication == nullptr) return;
+  std::string path;
+  if (MakeAbsolutePath(TextOf(activeApplication->GetAttrValue("Path")), path, nullptr)) {
+    activeApplication->SetAttrValue("Path", path);
+  }
+}
+
 void CProjectModel::ResetNodeCache(CXmlNode& node, bool ownOnly) {
   if (!ownOnly) {
     StripForSave(node, false);
+    MakeActivePathAbsolute();
     return;
   }
   if (CXmlNode* stored = FindStoredValues(node)) node.RemoveChild(stored);

@@ -102,24 +102,35 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
   return 1;
 }
 
+// The name can be an element's, read back as such, and keeps the node's place in the project.
+bool CProjectModel::CanBecome(const CXmlNode& node, const std::string& typeName) const {
+  CXmlNode probe;
+  probe.SetName(typeName);
+  constexpr std::uint32_t kPlace = kTypeProject | kTypeApplication | kTypeExtern;
+  return !typeName.empty() && IsContentNode(probe) &&
+         typeName.find_first_of(" \t\r\n<>/=\"'&!?#\\") == std::string::npos &&
+         (types.FlagsOf(node) & kPlace) == (types.FlagsOf(probe) & kPlace);
+}
+
 // A node of another type or with another label is another node to everything that was derived.
 std::int32_t CProjectModel::ChangeNodeIdentity(CXmlNode& node, const std::string& property,
                                                const std::string& value) {
   const bool isType = EqualNoCase(property, "Type");
-  // An element without a name could not be read back.
-  if (isType && value.empty()) return 0;
+  if (isType && !CanBecome(node, value)) return 0;
   const TreeUpdate update(views);
   if (isType) {
     node.SetName(value);
   } else {
     const char* active = projectRoot->GetAttrValue("ActiveApp");
     const char* oldHeader = node.GetAttrValue("Header");
-    const bool namesActive = node.GetParent() == projectRoot.get() && active != nullptr &&
+    const bool namesActive = (types.FlagsOf(node) & kTypeApplication) != 0 &&
+                             node.GetParent() == projectRoot.get() && active != nullptr &&
                              oldHeader != nullptr && EqualNoCase(active, oldHeader);
     if (namesActive) projectRoot->SetAttrValue("ActiveApp", value);
     node.SetAttrValue("Header", value);
   }
   StripForSave(node, true);
+  MakeActivePathAbsolute();
   return 1;
 }
 

@@ -92,7 +92,7 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
   const bool isThere = CheckFileAccess(files, absolute, kMustExist, *output) != 0;
   if (!isThere || treeEpoch != epoch) return 0;
   // A read-only project is read all the same; the log says that it cannot be saved.
-  CheckFileAccess(files, absolute, kMustBeWritable, *output);
+  CheckFileAccess(files, absolute, kMustBeWritable, *output, fileName);
   if (treeEpoch != epoch) return 0;
 
   loadingFiles.push_back(absolute);
@@ -113,9 +113,11 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
     return 0;
   }
   node.SetValue("");
-  const bool isWellFormed = node.Load(text->c_str(), g_xmlParseInfo) != nullptr;
-  const bool isWhole = text->find('\0') == std::string::npos && IsClosed(*text, node);
-  guard.NoteRead(absolute, *text, !isWellFormed || !isWhole);
+  const char* end = node.Load(text->c_str(), g_xmlParseInfo);
+  const bool isWellFormed = end != nullptr;
+  const bool isWhole = isWellFormed && text->find('\0') == std::string::npos &&
+                       IsClosed(*text, node) && Trim(end).empty();
+  guard.NoteRead(absolute, *text, !isWhole);
   if (!isWellFormed) output->WriteMessage(kRowMalformedXml);
   return treeEpoch == epoch ? 1 : 0;
 }
@@ -170,64 +172,85 @@ void CProjectModel::StripSubtree(CXmlNode& node, bool dropDependencies) {
   MakeAttributeRelative(node, "OutputFile");
 }
 
+// All texts are made before the first is written: writing sends messages, and whatever their
+// handlers do to the tree is not to get into the files.
 std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& fileName) {
   std::string absolute;
   if (!MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
-  std::int32_t result = 1;
-  std::vector<CXmlNode*> unsaved;
+  std::vector<PendingFile> pending;
+  CollectTreeFiles(node, nullptr, absolute, pending);
+  const std::uint64_t epoch = treeEpoch;
+  for (PendingFile& file : pending) SavePendingFile(file, pending);
+  if (treeEpoch != epoch) return pending.back().saved ? 1 : 0;
+  // What was written need not stay in memory; what was not may have no other place.
+  for (const PendingFile& file : pending) {
+    if (file.child == nullptr || !file.saved) continue;
+    RemoveAllChildren(*file.child);
+    emptied.insert(file.child);
+  }
+  return pending.back().saved ? 1 : 0;
+}
+
+// The files of the subtree, parts before their owner. Gives the place of the node's own.
+std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, CXmlNode* child,
+                                            const std::string& absolute,
+                                            std::vector<PendingFile>& pending) {
+  PendingFile own;
+  own.absolute = absolute;
+  own.child = child;
+  std::vector<std::pair<CXmlNode*, std::vector<std::unique_ptr<CXmlNode>>>> aside;
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
-    CXmlNode& child = *node.GetChild(i);
-    if ((types.FlagsOf(child) & kTypeExtern) == 0) continue;
-    const std::string path = TextOf(child.GetAttrValue("Extern"));
+    CXmlNode& part = *node.GetChild(i);
+    if ((types.FlagsOf(part) & kTypeExtern) == 0) continue;
+    const std::string path = TextOf(part.GetAttrValue("Extern"));
     if (path.empty()) {
       // Nowhere to go: its children stay in this file.
-      result = 0;
+      own.saved = false;
       continue;
     }
     std::string relative;
     MakeRelativePath(path, relative, nullptr);
-    child.SetAttrValue("Extern", relative);
-    const bool wasLost = textLost;
-    textLost = false;
-    result &= SaveTreeFile(child, path);
-    if (textLost) {
-      unsaved.push_back(&child);
-    } else {
-      RemoveAllChildren(child);
+    part.SetAttrValue("Extern", relative);
+    std::string partFile;
+    MakeAbsolutePath(path, partFile, nullptr);
+    own.parts.push_back(CollectTreeFiles(part, &part, partFile, pending));
+    // In its owner's file it stands with its attributes alone.
+    aside.emplace_back(&part, std::vector<std::unique_ptr<CXmlNode>>());
+    while (part.GetChildCount() > 0) {
+      aside.back().second.push_back(part.DetachChild(part.GetChild(part.GetChildCount() - 1)));
     }
-    textLost = textLost || wasLost;
   }
-
-  // What lies nowhere but in memory stays there, outside of this file's text.
-  std::vector<std::vector<std::unique_ptr<CXmlNode>>> aside;
-  for (CXmlNode* child : unsaved) {
-    aside.emplace_back();
-    while (child->GetChildCount() > 0)
-      aside.back().push_back(child->DetachChild(child->GetChild(0)));
+  own.text = node.ToString(g_xmlDisplayOptions);
+  for (auto& [part, children] : aside) {
+    for (auto each = children.rbegin(); each != children.rend(); ++each) {
+      part->AppendChild(std::move(*each));
+    }
   }
-  const bool accessible =
-      CheckFileAccess(files, absolute, kMustBeWritable | kCreateFolder, *output);
-  const std::string text = node.ToString(g_xmlDisplayOptions);
-  if (!accessible) LoseNothing(absolute, text, false);
-  if (!accessible || !WriteTreeFile(node, absolute)) result = 0;
-  for (std::size_t i = 0; i < unsaved.size(); ++i) {
-    for (auto& child : aside[i]) unsaved[i]->AppendChild(std::move(child));
-  }
-  if (accessible && result == 0) output->WriteMessage(kRowCannotSave, {absolute});
-  return result;
+  pending.push_back(std::move(own));
+  return pending.size() - 1;
 }
 
-bool CProjectModel::WriteTreeFile(const CXmlNode& node, const std::string& absolute) {
-  const std::string text = node.ToString(g_xmlDisplayOptions);
+void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending) {
+  for (const std::size_t part : file.parts) file.saved = file.saved && pending[part].saved;
+  if (!CheckFileAccess(files, file.absolute, kMustBeWritable | kCreateFolder, *output)) {
+    file.saved = false;
+    LoseNothing(file.absolute, file.text, false);
+    return;
+  }
+  if (!WriteTreeFile(file)) file.saved = false;
+  if (!file.saved) output->WriteMessage(kRowCannotSave, {file.absolute});
+}
+
+bool CProjectModel::WriteTreeFile(const PendingFile& file) {
   std::string copy;
-  const Status putAside = guard.PutAside(absolute, copy);
+  const Status putAside = guard.PutAside(file.absolute, copy);
   if (putAside && !copy.empty()) keptCopies.push_back(copy);
-  const Status written = putAside ? files.WriteWholeFile(absolute, text) : putAside;
+  const Status written = putAside ? files.WriteWholeFile(file.absolute, file.text) : putAside;
   if (written) {
-    guard.NoteWritten(absolute, text);
+    guard.NoteWritten(file.absolute, file.text);
     return true;
   }
-  LoseNothing(absolute, text, written.GetError().code == ErrorCode::ReadOnly);
+  LoseNothing(file.absolute, file.text, written.GetError().code == ErrorCode::ReadOnly);
   return false;
 }
 
@@ -236,11 +259,8 @@ void CProjectModel::LoseNothing(const std::string& absolute, const std::string& 
                                 bool isReadOnly) {
   if (isReadOnly) output->WriteMessage(kRowReadOnly, {absolute});
   const std::string rescued = guard.Rescue(absolute, text, dataPath);
-  if (rescued.empty()) {
-    textLost = true;
-  } else {
-    rescuedFiles.push_back(rescued);
-  }
+  if (rescued.empty()) textLost = true;
+  rescuedFiles.push_back(rescued.empty() ? absolute : rescued);
 }
 
 }  // namespace tarn

@@ -9,6 +9,9 @@ namespace tarn {
 
 CXmlNode* CProjectModel::GetCurrentNode() {
   if (CXmlNode* selected = views.GetSelectedNode()) return selected;
+  // A build goes through the nodes without choosing them.
+  if (IsWorkerAlive() && worker->notedNode != nullptr) return worker->notedNode;
+  if (walksHere > 0 && notedHere != nullptr) return notedHere;
   if (currentNode != nullptr) return currentNode;
   if (activeApplication != nullptr) return activeApplication;
   return projectRoot.get();
