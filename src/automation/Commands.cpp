@@ -152,7 +152,8 @@ std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
   if (answer == 0) {
     // Publishing stopped for a build that does not come.
     const bool hasTimer = model->IsOpen() && !model->IsDefaultProject();
-    if (hasTimer && model->HasUnpublished()) model->views.StartStepTimer();
+    if (hasTimer && !model->IsPublishingStopped() && model->HasUnpublished())
+      model->views.StartStepTimer();
     return 0;
   }
   output->ResetLog();
@@ -203,7 +204,7 @@ void CProjectManager::ApplyOptionChange(bool keepsOutputs) {
       model->SendHost(kMsgOutputInvalid, outputFile, -1);
       node = model->GetCurrentNode();
     }
-    if (node != nullptr) {
+    if (node != nullptr && model->IsOpen()) {
       model->ResetNodeCache(*node, keepsOutputs);
       ReloadOptions(*node);
     }
@@ -224,7 +225,7 @@ void CProjectManager::ResetProperty() {
       model->SendHost(kMsgOutputInvalid, outputFile, -1);
       node = model->GetCurrentNode();
     }
-    if (node != nullptr) {
+    if (node != nullptr && model->IsOpen()) {
       model->ResetNodeCache(*node, false);
       ReloadOptions(*node);
     }
@@ -240,8 +241,7 @@ void CProjectManager::ShowNodeOptions() {
   model->RenewPropState(*node);
   {
     const TreeUpdate update(model->views);
-    while (model->PublishNextNode(node)) {
-    }
+    model->PublishSubtree(*node);
     const std::uint64_t epoch = model->GetTreeEpoch();
     model->SetCurrentNode(node);
     if (model->GetTreeEpoch() == epoch) model->RestorePropState(*node);
@@ -255,8 +255,7 @@ void CProjectManager::ShowApplicationOptions() {
   propertyManager->EndUpdate();
   propertyManager->BeginUpdate();
   if (CXmlNode* application = model->GetActiveApplication()) {
-    while (model->PublishNextNode(application)) {
-    }
+    model->PublishSubtree(*application);
     model->SetCurrentNode(application);
   }
   propertyManager->EndUpdate();

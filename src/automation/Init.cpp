@@ -25,9 +25,11 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
   // A second Init would pull the child objects from under a project.
   if (output) return 0;
   mainframeHandle = mainframe;
-  const std::string root = givenApplicationPath != nullptr && *givenApplicationPath != '\0'
-                               ? std::string(givenApplicationPath)
-                               : ModuleFolder() + "/../";
+  std::string root = givenApplicationPath != nullptr && *givenApplicationPath != '\0'
+                         ? std::string(givenApplicationPath)
+                         : ModuleFolder() + "/../";
+  // The current folder moves with every project.
+  if (IsRelativePath(root)) root = JoinPath(platform.files.CurrentFolder(), root);
   dataPath = TextOf(givenDataPath);
   if (!ChooseConfigFile(root)) return 0;
   applicationPath = root;
@@ -50,9 +52,7 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
 
   model = std::make_unique<CProjectModel>(platform.files);
   if (!LoadConfiguration()) return 0;
-  model->applicationPath = givenApplicationPath != nullptr && *givenApplicationPath != '\0'
-                               ? givenApplicationPath
-                               : root;
+  model->applicationPath = root;
   model->dataPath = dataPath;
   ChooseProfileKey();
   SeedDefaultProject();
@@ -123,10 +123,9 @@ void CProjectManager::SendMenus(const CXmlNode& configuration) {
 }
 
 std::string CProjectManager::OwnFolderName() const {
-  std::string name = BehindLastSeparator(applicationPath);
-  if (name.empty() && !applicationPath.empty()) {
-    name = BehindLastSeparator(applicationPath.substr(0, applicationPath.size() - 1));
-  }
+  const std::string path = CanonicalPath(applicationPath);
+  std::string name = BehindLastSeparator(path);
+  if (name.empty() && !path.empty()) name = BehindLastSeparator(path.substr(0, path.size() - 1));
   return EqualNoCase(name, "Tarn") ? std::string() : name;
 }
 
@@ -136,9 +135,10 @@ void CProjectManager::ChooseProfileKey() {
 }
 
 void CProjectManager::SeedDefaultProject() {
-  const std::string base = dataPath.empty() ? platform.settings.GetFolders().userData : dataPath;
+  std::string base = dataPath.empty() ? platform.settings.GetFolders().userData : dataPath;
+  if (IsRelativePath(base)) base = JoinPath(platform.files.CurrentFolder(), base);
   const std::string name = BehindLastSeparator(dataPath);
-  defaultProjectPath = base + kSeparator + name + ".tprj";
+  defaultProjectPath = CanonicalPath(base + kSeparator + name + ".tprj");
   const std::string application = base + kSeparator + name + ".tapp";
   if (platform.files.Exists(defaultProjectPath) && platform.files.Exists(application)) return;
   // A copy that cannot be made is missed when the default project is opened.

@@ -194,19 +194,17 @@ std::string CProjectInspector::GetToolInput(const char* applicationHeader, const
   CXmlNode input;
   ForEachApplication(*model, [&](CXmlNode& application) {
     if (!EqualNoCase(TextOf(application.GetAttrValue("Header")), applicationHeader)) return;
-    ForEachBuiltNode(model->types, application, [&](CXmlNode& node) {
-      const char* output = node.GetAttrValue("OutputFile");
-      const CXmlNode* values = FindStoredValues(node);
-      if (output == nullptr || values == nullptr || !EqualNoCase(output, outputFile)) return;
-      std::string tool;
-      std::string files;
-      model->GetToolInput(node, tool, files);
-      input.Clear();
-      input.SetName("Input");
-      input.AddAttr("Tool", tool);
-      input.AddAttr("Files", files);
-      input.AddCData(values->ValueText());
-    });
+    const CXmlNode* node = model->FindNodeByOutput(application, outputFile);
+    const CXmlNode* values = node == nullptr ? nullptr : FindStoredValues(*node);
+    if (values == nullptr) return;
+    std::string tool;
+    std::string files;
+    model->GetToolInput(*node, tool, files);
+    input.Clear();
+    input.SetName("Input");
+    input.AddAttr("Tool", tool);
+    input.AddAttr("Files", files);
+    input.AddCData(values->ValueText());
   });
   return input.NameView().empty() ? std::string() : input.ToString(g_xmlDisplayOptions);
 }

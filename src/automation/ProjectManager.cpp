@@ -34,7 +34,7 @@ CProjectManager::~CProjectManager() {
 void CProjectManager::OnFinalRelease() {
   if (model && model->IsInWorkerStep()) {
     model->RequestStop();
-    model->mainframeHandle = 0;
+    model->ForgetHost();
     model->RunAfterWorker([this] { delete this; });
     return;
   }
@@ -43,16 +43,17 @@ void CProjectManager::OnFinalRelease() {
 
 DispatchResult CProjectManager::Invoke(DispatchId id, std::span<const Variant> arguments,
                                        Variant& result) {
+  const DispatchPtr self(this);  // a handler may release the host's last reference
   if (model && model->IsWorkerAlive()) model->ServeWorker();
   return DispatchObject::Invoke(id, arguments, result);
 }
 
 std::int32_t CProjectManager::ProjectOpen(const char* projectPath) {
   if (!model) return 0;
-  const bool isOpenAlready = projectPath != nullptr && model->IsOpen() &&
-                             EqualNoCase(projectPath, model->GetProjectPath());
-  if (isOpenAlready) return 0;
-  const bool isDefault = projectPath != nullptr && EqualNoCase(projectPath, defaultProjectPath);
+  const std::string path = TextOf(projectPath);
+  if (model->IsOpenAs(path)) return 0;
+  const bool isDefault =
+      !path.empty() && EqualNoCase(model->FullProjectPath(path), defaultProjectPath);
   if (!model->CloseProject()) return 0;
   if (model->OpenProject(projectPath, isDefault ? 1 : 0)) return 1;
   // A handler may have opened another project meanwhile; that one stays.
