@@ -41,9 +41,18 @@ bool AskOkCancel(WindowHandle owner, const std::string& text, const std::string&
   return responder != nullptr && responder->AskOkCancel(text, caption);
 }
 
+void ShowMessage(WindowHandle owner, const std::string& text, const std::string& caption) {
+  if (DialogResponder* responder = ResponderOf(owner)) responder->ShowMessage(text, caption);
+}
+
 std::vector<std::string> ChooseFiles(WindowHandle owner, const FileQuestion& question) {
   DialogResponder* responder = ResponderOf(owner);
   return responder == nullptr ? std::vector<std::string>() : responder->ChooseFiles(question);
+}
+
+bool AskNewApplication(WindowHandle owner, NewApplication& application) {
+  DialogResponder* responder = ResponderOf(owner);
+  return responder != nullptr && responder->AskNewApplication(application);
 }
 
 }  // namespace tarn
