@@ -24,8 +24,6 @@ struct CommandRow {
   static const CommandRow* Find(std::uint32_t id);
 
  private:
-  // Of commands whose work does not exist yet.
-  static std::int32_t Nothing(CProjectManager&) { return 1; }
   template <void (CProjectManager::*Member)()>
   static std::int32_t Do(CProjectManager& manager) {
     (manager.*Member)();
@@ -48,9 +46,12 @@ const CommandRow* CommandRow::Find(std::uint32_t id) {
   static const std::array rows = {
       CommandRow{0x8105, Always, Apply<true>},
       CommandRow{0x8106, Always, Apply<false>},
-      CommandRow{0x8108, Always, Nothing},
-      CommandRow{0x8109, UserProject, Nothing},
-      CommandRow{0x810C, UserProject, Nothing},
+      CommandRow{0x8108, Always,
+                 [](M& manager) { return manager.model->AddExistingItem(nullptr, nullptr), 1; }},
+      CommandRow{0x8109, UserProject,
+                 [](M& manager) { return manager.model->AddNewItem(nullptr, nullptr), 1; }},
+      CommandRow{0x810C, UserProject,
+                 [](M& manager) { return manager.model->AddNewItem(nullptr, "Group"), 1; }},
       CommandRow{0x810B, UserProject, Do<&M::ShowNodeOptions>},
       CommandRow{0x810D, Always, [](M& manager) { return manager.OpenListing(nullptr), 1; }},
       CommandRow{0x810E, Always, Do<&M::RunOpenCommand>},
@@ -92,9 +93,12 @@ const CommandRow* CommandRow::Find(std::uint32_t id) {
       CommandRow{0x8139, Always, [](M& manager) { return manager.rerunAfterBuild = true, 0; }},
       CommandRow{0x813A, Always,
                  [](M& manager) { return manager.model->ClearDefaultApplicationItems(), 1; }},
-      CommandRow{0xE120, UserProject, Nothing},
-      CommandRow{0xE122, UserProject, Nothing},
-      CommandRow{0xE125, UserProject, Nothing},
+      CommandRow{0xE120, UserProject,
+                 [](M& manager) { return manager.model->RemoveItem(nullptr), 1; }},
+      CommandRow{0xE122, UserProject,
+                 [](M& manager) { return manager.model->CopyNode(nullptr), 1; }},
+      CommandRow{0xE125, UserProject,
+                 [](M& manager) { return manager.model->PasteNode(nullptr), 1; }},
   };
   for (const CommandRow& row : rows) {
     if (row.id == id) return &row;

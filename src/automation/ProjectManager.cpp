@@ -5,14 +5,6 @@
 
 namespace tarn {
 
-namespace {
-
-DispatchResult NotImplemented(const char* method) {
-  return {DispatchStatus::NotImplemented, std::string(method) + " is not implemented", -1};
-}
-
-}  // namespace
-
 ServerPlatform ServerPlatform::Native() {
   return {FileSystem::Native(), Settings::Native(), ClassRegistry::Native(),
           RunningObjectTable::Native()};
@@ -117,16 +109,27 @@ std::int32_t CProjectManager::SelectNode(const char* path) {
   return 1;
 }
 
-DispatchResult CProjectManager::AddExistingItem(const char*, const char*) {
-  return NotImplemented("AddExistingItem");
+std::int32_t CProjectManager::AddExistingItem(const char* itemPath, const char* itemType) {
+  return model ? model->AddExistingItem(itemPath, itemType) : 0;
 }
 
-DispatchResult CProjectManager::AddNewItem(const char*, const char*) {
-  return NotImplemented("AddNewItem");
+// The tool that writes first sources is for users who chose it in the wizard, not for callers from
+// outside; what the user chose last time stays.
+std::int32_t CProjectManager::AddNewItem(const char* itemPath, const char* itemType) {
+  if (!model) return 0;
+  const std::optional<std::string> noted = platform.settings.ReadProfile("Project", "UseCobbler");
+  platform.settings.WriteProfile("Project", "UseCobbler", "No");
+  const std::int32_t result = model->AddNewItem(itemPath, itemType);
+  if (noted) {
+    platform.settings.WriteProfile("Project", "UseCobbler", *noted);
+  } else {
+    platform.settings.RemoveProfile("Project", "UseCobbler");
+  }
+  return result;
 }
 
-DispatchResult CProjectManager::RemoveItem(const char*) {
-  return NotImplemented("RemoveItem");
+std::int32_t CProjectManager::RemoveItem(const char* itemName) {
+  return model ? model->RemoveItem(itemName) : 0;
 }
 
 std::int32_t CProjectManager::SetBuildInfo(const char* filePath, const char* xmlInfo) {
@@ -161,14 +164,6 @@ std::string CProjectManager::GetSelectedFilesList(const char* separator) {
     model->CollectLinkFiles(list, application, true, application, TextOf(separator));
   }
   return list;
-}
-
-DispatchResult CProjectManager::ReadIniValue(const char*, const char*, const char*) {
-  return NotImplemented("ReadIniValue");
-}
-
-DispatchResult CProjectManager::WriteIniValue(const char*, const char*, const char*, const char*) {
-  return NotImplemented("WriteIniValue");
 }
 
 }  // namespace tarn

@@ -74,9 +74,9 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::int32_t GetReportWindow();
   std::int32_t SelectApplication(const char* header);
   std::int32_t SelectNode(const char* path);
-  DispatchResult AddExistingItem(const char* itemPath, const char* itemType);
-  DispatchResult AddNewItem(const char* itemPath, const char* itemType);
-  DispatchResult RemoveItem(const char* itemName);
+  std::int32_t AddExistingItem(const char* itemPath, const char* itemType);
+  std::int32_t AddNewItem(const char* itemPath, const char* itemType);
+  std::int32_t RemoveItem(const char* itemName);
   std::int32_t SetBuildInfo(const char* filePath, const char* xmlInfo);
   std::string GetDynamicCommands(std::uint32_t commandId);
   std::string GetSymbolInfo(const char* symbolName);
@@ -108,9 +108,9 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::int32_t UpdateCurNodeConfig(const char* set, const char* file);
   std::string GetCurConfig();
   std::string ReadRegistryValue(const char* key, const char* name);
-  DispatchResult ReadIniValue(const char* section, const char* key, const char* iniPath);
-  DispatchResult WriteIniValue(const char* section, const char* key, const char* value,
-                               const char* iniPath);
+  std::string ReadIniValue(const char* section, const char* key, const char* iniPath);
+  std::int32_t WriteIniValue(const char* section, const char* key, const char* value,
+                             const char* iniPath);
   std::string GetSelectedDBI();
   std::string GetSelectedApplication();
   std::int32_t ExecuteScript(const char* scriptPath);

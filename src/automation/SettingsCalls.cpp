@@ -1,13 +1,18 @@
 // Calls that only hand the host the settings stores: option values, the machine-wide registry.
 
 #include "automation/ProjectManager.h"
+#include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
+#include "platform/settings/IniFile.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
 
 namespace tarn {
 
 namespace {
+
+// What a caller's buffer of 260 bytes holds besides its final zero.
+constexpr std::size_t kLongestIniValue = 259;
 
 std::string KeyOf(const char* set, const char* section, const char* property) {
   return TextOf(set) + "." + TextOf(section) + "." + TextOf(property);
@@ -106,6 +111,37 @@ std::string CProjectManager::ReadRegistryValue(const char* key, const char* name
   const std::string base =
       own.empty() ? std::string("Software\\Corvane\\Tarn7\\") : "Software\\Corvane\\" + own + "\\";
   return platform.settings.ReadRegistry(base + TextOf(key), TextOf(name)).value_or(std::string());
+}
+
+std::string CProjectManager::ReadIniValue(const char* section, const char* key,
+                                          const char* iniPath) {
+  const Result<std::string> text = platform.files.ReadWholeFile(TextOf(iniPath));
+  if (!text || section == nullptr || key == nullptr) return {};
+  std::string value = IniFile(*text).Read(section, key).value_or(std::string());
+  if (value.size() > kLongestIniValue) value.resize(kLongestIniValue);
+  return value;
+}
+
+// A null value takes the key away, a null key the whole section.
+std::int32_t CProjectManager::WriteIniValue(const char* section, const char* key, const char* value,
+                                            const char* iniPath) {
+  const std::string path = TextOf(iniPath);
+  if (path.empty() || section == nullptr) return 1;
+  GetFileAccessStatus(platform.files, path, kMustBeWritable | kCreateFolder);
+  const Result<std::string> text = platform.files.ReadWholeFile(path);
+  const bool isNew = !text && text.GetError().code == ErrorCode::NotFound;
+  IniFile store = text ? IniFile(*text) : IniFile();
+  bool isWritten = text || isNew;
+  if (isWritten && key == nullptr) {
+    store.RemoveSection(section);
+  } else if (isWritten && value == nullptr) {
+    store.Remove(section, key);
+  } else if (isWritten) {
+    isWritten = store.Write(section, key, value);
+  }
+  const bool isSaved = isWritten && platform.files.WriteWholeFile(path, store.ToText());
+  if (!isSaved && output) output->WriteMessage(kRowCannotSave, {path});
+  return 1;
 }
 
 std::string CProjectManager::GetSelectedApplication() {

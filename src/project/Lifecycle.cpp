@@ -328,8 +328,14 @@ std::int32_t CProjectModel::SaveProject() {
 
 std::int32_t CProjectModel::NewProject(const char* path) {
   if (propertyManager == nullptr || output == nullptr || !CanStartOperation()) return 0;
-  // Without a path the user is asked for one by the wizard, which answers Cancel until it exists.
-  return path == nullptr ? 0 : CreateProjectFile(path, 1);
+  if (path != nullptr) return CreateProjectFile(path, 1);
+  // The wizard offers a new project alone. Once one is open, the mark is that project's.
+  const std::uint64_t before = projectEpoch;
+  const std::int32_t noted = std::exchange(isDefaultProject, 1);
+  const std::int32_t result = AddNewItem(nullptr, nullptr);
+  const bool hasOpened = isOpen && projectEpoch != before;
+  if (!result && !hasOpened) isDefaultProject = noted;
+  return result;
 }
 
 std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int32_t askOverwrite) {
@@ -360,12 +366,6 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
   }
   modified = 1;
   return 1;
-}
-
-// Older projects need their conversion script; until it can be run they are not opened.
-std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
-  output->WriteMessage(kRowCannotRead, {path});
-  return 0;
 }
 
 }  // namespace tarn

@@ -15,6 +15,8 @@
 #include "outside/PropertyManagerDriver.h"
 #include "outside/ToolManagerDriver.h"
 #include "platform/files/FileSystem.h"
+#include "platform/process/Process.h"
+#include "platform/windowing/Dialogs.h"
 #include "platform/windowing/HostMessages.h"
 #include "platform/windowing/MessageLoop.h"
 #include "project/FileGuard.h"
@@ -91,6 +93,8 @@ class CProjectModel {
   std::string applicationPath;
   std::string dataPath;
   NodeTypes types;
+  ProcessLauncher* launcher = &ProcessLauncher::Native();  // of the conversion script
+  int importSeconds = 600;                                 // how long that may take
 
   // What the project is.
   const std::string& GetProjectPath() const { return projectPath; }
@@ -149,7 +153,24 @@ class CProjectModel {
   // Tree operations (TreeOperations.cpp).
   CXmlNode* GetCurrentNode();
   std::int32_t SetActiveApplication(CXmlNode* application);
+  // Whether the types allow `child`, a node or a type record, below `parent`.
+  bool CanContain(const CXmlNode* parent, const CXmlNode* child) const;
+  // The item becomes null in every place that points into it, then is freed with all below it. No
+  // file is deleted. A null name stands for the current node.
+  std::int32_t RemoveItem(const char* itemname);
+  // A null node stands for the current one; so does a null target.
+  std::int32_t CopyNode(CXmlNode* node);
+  std::int32_t PasteNode(CXmlNode* target);
+  // Copies, pastes and removes; a node is never moved into itself.
+  void MoveNode(CXmlNode* node, CXmlNode* target);
   void ClearDefaultApplicationItems();
+
+  // New items (AddItems.cpp, NewItem.cpp). An empty path asks the user for files; a null type is
+  // found by the file's extension. The type "DebugSrcFiles" makes `itempath` a list of lines.
+  std::int32_t AddExistingItem(const char* itempath, const char* itemtype);
+  std::int32_t BrowseAndAddFiles();
+  // A folder for the type "Group", else an application as the user describes it.
+  std::int32_t AddNewItem(const char* itempath, const char* itemtype);
 
   // Options and publishing (Publishing.cpp, StoredOptions.cpp, Configurations.cpp).
   std::string GetCurrentConfigName() const;
@@ -238,6 +259,8 @@ class CProjectModel {
   CXmlNode* FindPathOwner(const CXmlNode& node) const;
   // The folder that paths below `owner` are relative to; empty stands for the project's folder.
   std::string PathBaseOf(const CXmlNode& node) const;
+  std::string PathBaseBelow(const CXmlNode& parent) const;
+  std::string FolderOfOwner(const CXmlNode* owner) const;
   void MakeAttributeRelative(CXmlNode& node, const char* name);
   void StripSubtree(CXmlNode& node, bool dropDependencies);
 
@@ -267,7 +290,29 @@ class CProjectModel {
   void FreeSubtree(CXmlNode& parent, CXmlNode* node);
   void ForgetPointersInto(const CXmlNode& node);
   std::string AskForProject();
+
+  CXmlNode* FindItem(const char* itemname);
+  CXmlNode* Paste(CXmlNode* target);
+  // The node as an element of the tree; `modified` is left to the caller.
+  CXmlNode* AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> node);
+  void MakePathsAbsolute(CXmlNode& node, const std::string& base) const;
+  CXmlNode* LoadAddTarget();
+  const CXmlNode* TypeOfItem(const std::string& path, const char* itemtype);
+  std::int32_t AddItem(const std::string& itempath, const char* itemtype, bool isJustMade);
+  std::int32_t PlaceItem(CXmlNode& target, std::unique_ptr<CXmlNode> node);
+  void FillItem(CXmlNode& node, const std::string& path);
+  void WriteItemPaths(CXmlNode& node, const std::string& path) const;
+  bool HoldsApplicationOf(const std::string& path) const;
+  std::int32_t ReplaceSourceList(const std::string& lines);
+  std::int32_t AddGroup();
+  const CXmlNode* ProposeApplication(const std::string& itempath, const char* itemtype,
+                                     NewApplication& wanted) const;
+  std::int32_t PlaceInProject(std::unique_ptr<CXmlNode> node);
+  std::int32_t PlaceInNewProject(const CXmlNode& node, const std::string& applicationFile,
+                                 const std::string& projectFile);
+  std::int32_t RunCobbler(const std::string& wizardPath);
   std::int32_t ImportOldProject(const std::string& path);
+  std::int32_t RunConversion(const std::string& oldFile);
   bool AnnounceApplications(std::uint64_t opened);
   bool MakeOptionsReady(std::uint64_t opened);
   bool WriteAndEmpty();

@@ -54,7 +54,15 @@ CXmlNode* CProjectModel::FindPathOwner(const CXmlNode& node) const {
 }
 
 std::string CProjectModel::PathBaseOf(const CXmlNode& node) const {
-  const CXmlNode* owner = FindPathOwner(node);
+  return FolderOfOwner(FindPathOwner(node));
+}
+
+std::string CProjectModel::PathBaseBelow(const CXmlNode& parent) const {
+  const bool ownsPaths = (types.FlagsOf(parent) & (kTypeApplication | kTypeProject)) != 0;
+  return FolderOfOwner(ownsPaths ? &parent : FindPathOwner(parent));
+}
+
+std::string CProjectModel::FolderOfOwner(const CXmlNode* owner) const {
   const char* path = owner == nullptr ? nullptr : owner->GetAttrValue("Path");
   if (path == nullptr) return {};
   // The path of an application that was never published is still in its form on disk.

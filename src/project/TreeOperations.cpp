@@ -1,11 +1,29 @@
 // Changes to the shape of the tree and to what in it is active.
 
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
 #include "project/WorkerControl.h"
 
 namespace tarn {
+
+namespace {
+
+// What was derived for the place that a copy was taken from.
+void ForgetDerived(CXmlNode& node) {
+  if (CXmlAttr* built = node.GetAttr("LastBuilt")) node.RemoveAttr(built);
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    CXmlNode* child = node.GetChild(i);
+    if (IsContentNode(*child)) {
+      ForgetDerived(*child);
+    } else if (child->NameView() == "PropState" || child->NameView() == "Dependencies") {
+      node.RemoveChild(child);
+    }
+  }
+}
+
+}  // namespace
 
 CXmlNode* CProjectModel::GetCurrentNode() {
   if (CXmlNode* selected = views.GetSelectedNode()) return selected;
@@ -18,6 +36,7 @@ CXmlNode* CProjectModel::GetCurrentNode() {
 }
 
 std::int32_t CProjectModel::SetActiveApplication(CXmlNode* application) {
+  if (!CanStartOperation()) return 0;
   if (application == nullptr || (types.FlagsOf(*application) & kTypeApplication) == 0) return 0;
   CXmlNode* present = nullptr;
   FindChildNode(projectRoot->GetAttrValue("ActiveApp"), "Header", projectRoot.get(), present);
@@ -38,6 +57,117 @@ void CProjectModel::ClearDefaultApplicationItems() {
     RemoveContentChildren(*activeApplication);
   }
   RunAutoDebugStep();
+}
+
+bool CProjectModel::CanContain(const CXmlNode* parent, const CXmlNode* child) const {
+  if (parent == nullptr || child == nullptr) return false;
+  const std::uint32_t above = types.FlagsOf(*parent);
+  const std::uint32_t below = types.FlagsOf(*child);
+  if ((above & kTypeIsLeaf) != 0) return false;
+  if ((above & kTypeProject) != 0) return (below & kTypeApplication) != 0;
+  const bool builds = (above & kTypeBuild) != 0;
+  const bool debugs = (above & kTypeDebug) != 0;
+  if (builds && (below & kTypeInBuild) == 0) return debugs && (below & kTypeInDebug) != 0;
+  if (debugs && (below & kTypeDebug) == 0) return builds && (below & kTypeInBuild) != 0;
+  return true;
+}
+
+CXmlNode* CProjectModel::FindItem(const char* itemname) {
+  if (itemname == nullptr) return GetCurrentNode();
+  CXmlNode* found = nullptr;
+  if (*itemname == '\0') return found;
+  FindTreeNode(itemname, "Path", projectRoot.get(), found);
+  if (found == nullptr) FindTreeNode(itemname, "Header", projectRoot.get(), found);
+  return found;
+}
+
+std::int32_t CProjectModel::RemoveItem(const char* itemname) {
+  if (!CanStartOperation()) return 0;
+  CXmlNode* const node = FindItem(itemname);
+  if (node == nullptr) return 0;
+  CXmlNode* const holder = node->GetParent();
+  modified = 1;
+  if (holder == nullptr) {
+    if (currentNode == node) currentNode = nullptr;
+  } else {
+    const TreeUpdate update(views);
+    FreeSubtree(*holder, node);
+  }
+  SetCurrentNode(holder);
+  RunAutoDebugStep();
+  return 1;
+}
+
+std::int32_t CProjectModel::CopyNode(CXmlNode* node) {
+  if (!CanStartOperation()) return 0;
+  if (node == nullptr) node = GetCurrentNode();
+  if (node == nullptr) return 0;
+  clipboardNode = std::make_unique<CXmlNode>();
+  clipboardNode->CopyFrom(*node);
+  // The copy may come to lie below an application of another folder.
+  MakePathsAbsolute(*clipboardNode, PathBaseOf(*node));
+  return 1;
+}
+
+void CProjectModel::MakePathsAbsolute(CXmlNode& node, const std::string& base) const {
+  for (const char* name : {"Path", "Extern"}) {
+    std::string full;
+    const char* path = node.GetAttrValue(name);
+    if (path == nullptr || !MakeAbsolutePath(path, full, base.empty() ? nullptr : base.c_str())) {
+      continue;
+    }
+    node.SetAttrValue(name, full);
+  }
+  const bool ownsPaths = (types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0;
+  const char* path = node.GetAttrValue("Path");
+  const std::string below = ownsPaths && path != nullptr ? FolderOf(path) : base;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    if (IsContentNode(*node.GetChild(i))) MakePathsAbsolute(*node.GetChild(i), below);
+  }
+}
+
+// A copy of the clipboard at the target, not yet selected; null where the types refuse it.
+CXmlNode* CProjectModel::Paste(CXmlNode* target) {
+  const bool isBefore = target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0;
+  CXmlNode* const holder = isBefore ? target->GetParent() : target;
+  if (!CanContain(holder, clipboardNode.get())) return nullptr;
+  auto copy = std::make_unique<CXmlNode>();
+  copy->CopyFrom(*clipboardNode);
+  ForgetDerived(*copy);
+  ResetNodeCache(*copy, true);
+  const TreeUpdate update(views);
+  CXmlNode* const pasted = holder->InsertChildBefore(std::move(copy), isBefore ? target : nullptr);
+  NoteTreeChange();
+  modified = 1;
+  return pasted;
+}
+
+std::int32_t CProjectModel::PasteNode(CXmlNode* target) {
+  if (!CanStartOperation()) return 0;
+  CXmlNode* const copy = Paste(target == nullptr ? GetCurrentNode() : target);
+  if (copy == nullptr) return 0;
+  SetCurrentNode(copy);
+  return 1;
+}
+
+void CProjectModel::MoveNode(CXmlNode* node, CXmlNode* target) {
+  if (node == nullptr || !CanStartOperation()) return;
+  for (const CXmlNode* above = target; above != nullptr; above = above->GetParent()) {
+    if (above == node) return;
+  }
+  const TreeUpdate update(views);
+  modified = 1;
+  if (!CopyNode(node)) return;
+  CXmlNode* const copy = Paste(target == nullptr ? GetCurrentNode() : target);
+  if (copy == nullptr) return;
+  if (CXmlNode* parent = node->GetParent()) FreeSubtree(*parent, node);
+  SetCurrentNode(copy);
+}
+
+CXmlNode* CProjectModel::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> node) {
+  CXmlNode* const attached = parent.AppendChild(std::move(node));
+  NoteTreeChange();
+  return attached;
 }
 
 void CProjectModel::RemoveAllChildren(CXmlNode& node) {

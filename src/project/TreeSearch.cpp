@@ -1,6 +1,7 @@
 #include "project/TreeSearch.h"
 
 #include "platform/text/Text.h"
+#include "project/NodeTypes.h"
 
 namespace tarn {
 
@@ -33,7 +34,8 @@ void FindTreeNode(const char* value, const char* attrName, CXmlNode* start, CXml
     return;
   }
   for (int i = 0; i < start->GetChildCount(); ++i) {
-    FindTreeNode(value, attrName, start->GetChild(i), found);
+    CXmlNode* child = start->GetChild(i);
+    if (IsContentNode(*child)) FindTreeNode(value, attrName, child, found);
   }
 }
 

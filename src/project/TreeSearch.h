@@ -11,7 +11,9 @@ void FindChildNode(const char* value, const char* attrName, const CXmlNode* pare
                    CXmlNode*& found);
 
 // Looks at `start` and everything below in document order. A match goes into `found` and hides
-// what lies below it, but the search goes on elsewhere, so the last match wins.
+// what lies below it, but the search goes on elsewhere, so the last match wins. Elements that only
+// carry a node's data are left out: a stored configuration or a dependency is not what its label
+// or path stands for.
 void FindTreeNode(const char* value, const char* attrName, CXmlNode* start, CXmlNode*& found);
 
 // The node's cached option values, or null when it is not published.

@@ -67,7 +67,10 @@ void ProjectWorld::AddDemo(std::string_view content) {
 }
 
 CXmlNode* ProjectWorld::Application(int index) {
-  return model->GetProjectRoot().GetChild(index);
+  for (CXmlNode* child : model->GetProjectRoot().GetChildren()) {
+    if (IsContentNode(*child) && index-- == 0) return child;
+  }
+  return nullptr;
 }
 
 CXmlNode* ProjectWorld::Node(const char* header) {

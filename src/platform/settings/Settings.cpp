@@ -7,7 +7,6 @@
 #include <cstdlib>
 
 #include "platform/paths/Paths.h"
-#include "platform/settings/IniFile.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -16,16 +15,6 @@ namespace {
 
 // What a caller's buffer of 260 bytes holds besides its final zero.
 constexpr std::size_t kLongestRegistryValue = 259;
-
-std::string HomeFolder() {
-  const std::string home = TextOf(std::getenv("HOME"));
-  if (home.starts_with(kSeparator)) return home;
-  passwd entry{};
-  passwd* found = nullptr;
-  std::string buffer(16384, '\0');
-  getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found);
-  return found == nullptr ? "/" : TextOf(found->pw_dir);
-}
 
 // A folder named by the environment counts only as an absolute path.
 std::string UserFolder(const char* variable, std::string_view belowHome) {
@@ -53,6 +42,16 @@ IniFile ReadStore(FileSystem& files, const std::string& path) {
 }
 
 }  // namespace
+
+std::string HomeFolder() {
+  const std::string home = TextOf(std::getenv("HOME"));
+  if (home.starts_with(kSeparator)) return home;
+  passwd entry{};
+  passwd* found = nullptr;
+  std::string buffer(16384, '\0');
+  getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found);
+  return found == nullptr ? "/" : TextOf(found->pw_dir);
+}
 
 SettingsFolders SettingsFolders::FromEnvironment() {
   const std::string root = TextOf(std::getenv("TARN_SETTINGS"));
@@ -109,21 +108,32 @@ std::string Settings::ProfileSection(std::string_view section) const {
   return profileKey + "\\" + std::string(section);
 }
 
-std::string Settings::ReadProfile(std::string_view section, std::string_view name,
-                                  std::string_view fallback) const {
-  return ReadStore(files, ProfileFile(folders))
-      .Read(ProfileSection(section), name)
-      .value_or(std::string(fallback));
+std::optional<std::string> Settings::ReadProfile(std::string_view section,
+                                                 std::string_view name) const {
+  return ReadStore(files, ProfileFile(folders)).Read(ProfileSection(section), name);
 }
 
-bool Settings::WriteProfile(std::string_view section, std::string_view name,
-                            std::string_view value) {
+bool Settings::EditProfile(const std::function<bool(IniFile& store)>& edit) {
   const std::string path = ProfileFile(folders);
   const Result<std::string> text = files.ReadWholeFile(path);
   if (!text && text.GetError().code != ErrorCode::NotFound) return false;
   IniFile store = text ? IniFile(*text) : IniFile();
-  if (!store.Write(ProfileSection(section), name, IniFile::Quoted(value))) return false;
+  if (!edit(store)) return false;
   return files.CreateFolders(folders.user) && files.WriteWholeFile(path, store.ToText());
+}
+
+bool Settings::WriteProfile(std::string_view section, std::string_view name,
+                            std::string_view value) {
+  return EditProfile([&](IniFile& store) {
+    return store.Write(ProfileSection(section), name, IniFile::Quoted(value));
+  });
+}
+
+bool Settings::RemoveProfile(std::string_view section, std::string_view name) {
+  return EditProfile([&](IniFile& store) {
+    store.Remove(ProfileSection(section), name);
+    return true;
+  });
 }
 
 Settings& Settings::Native() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -7,8 +8,12 @@
 #include <vector>
 
 #include "platform/files/FileSystem.h"
+#include "platform/settings/IniFile.h"
 
 namespace tarn {
+
+// The user's own folder; the root of the disk when nothing names one.
+std::string HomeFolder();
 
 // Where the settings of this machine and user lie. `TARN_SETTINGS` in the environment puts all
 // three below one other folder, as "machine", "user" and "data".
@@ -41,12 +46,17 @@ class Settings {
   // The profile's place; "Corvane\Tarn" until set.
   void SetProfileKey(std::string_view key);
   const std::string& GetProfileKey() const { return profileKey; }
-  // A missing value and an unreadable store give `fallback`.
+  // Nothing for a missing value and an unreadable store.
+  std::optional<std::string> ReadProfile(std::string_view section, std::string_view name) const;
   std::string ReadProfile(std::string_view section, std::string_view name,
-                          std::string_view fallback) const;
+                          std::string_view fallback) const {
+    return ReadProfile(section, name).value_or(std::string(fallback));
+  }
   // Written at once, with the folder made when it is missing. False when that fails, or for names
   // and values with line breaks; a store that is there and cannot be read is left alone.
   bool WriteProfile(std::string_view section, std::string_view name, std::string_view value);
+  // Whoever reads it gets his own fallback again. False when the store could not be written.
+  bool RemoveProfile(std::string_view section, std::string_view name);
 
   const SettingsFolders& GetFolders() const { return folders; }
 
@@ -54,6 +64,7 @@ class Settings {
 
  private:
   std::string ProfileSection(std::string_view section) const;
+  bool EditProfile(const std::function<bool(IniFile& store)>& edit);
 
   FileSystem& files;
   SettingsFolders folders;

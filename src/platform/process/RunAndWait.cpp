@@ -1,0 +1,90 @@
+#include "platform/process/RunAndWait.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+namespace tarn {
+
+namespace {
+
+constexpr int kTimeIsUp = -1;
+
+// What the waiting thread and its caller share; whoever is last to need it frees it.
+struct Waiting {
+  std::unique_ptr<Process> process;
+  std::mutex lock;
+  std::condition_variable ended;
+  std::string written;
+  std::optional<int> code;
+};
+
+void WaitForEnd(const std::shared_ptr<Waiting>& waiting) {
+  const ProcessExit exit =
+      waiting->process->WaitWithOutput([&waiting](std::string_view text, bool) {
+        const std::lock_guard<std::mutex> hold(waiting->lock);
+        waiting->written += text;
+      });
+  const std::lock_guard<std::mutex> hold(waiting->lock);
+  waiting->code = exit.code;
+  waiting->ended.notify_all();
+}
+
+}  // namespace
+
+std::vector<std::string> SplitCommandLine(std::string_view commandLine) {
+  std::vector<std::string> parts;
+  std::string part;
+  bool isQuoted = false;
+  bool isPart = false;
+  for (std::size_t i = 0; i < commandLine.size(); ++i) {
+    const char c = commandLine[i];
+    if (c == '\\' && i + 1 < commandLine.size() && commandLine[i + 1] == '"') {
+      part += commandLine[++i];
+      isPart = true;
+    } else if (c == '"') {
+      isQuoted = !isQuoted;
+      isPart = true;
+    } else if (c == ' ' && !isQuoted) {
+      if (isPart) parts.push_back(std::move(part));
+      part.clear();
+      isPart = false;
+    } else {
+      part += c;
+      isPart = true;
+    }
+  }
+  if (isPart) parts.push_back(std::move(part));
+  return parts;
+}
+
+std::int32_t RunAndWait(ProcessLauncher& launcher, const std::string& commandLine, int seconds,
+                        std::string& written) {
+  std::vector<std::string> parts = SplitCommandLine(commandLine);
+  if (parts.empty()) return 0;
+  ProcessRequest request;
+  request.program = parts.front();
+  request.arguments.assign(parts.begin() + 1, parts.end());
+  Result<std::unique_ptr<Process>> started = launcher.Start(request);
+  if (!started) return 0;
+
+  const auto waiting = std::make_shared<Waiting>();
+  waiting->process = std::move(*started);
+  // Of its own, since the program outlives the caller's patience and must be waited for all the
+  // same: to free what the system keeps of it, and because letting go of it would end it.
+  std::thread(WaitForEnd, waiting).detach();
+  std::unique_lock<std::mutex> hold(waiting->lock);
+  const auto hasEnded = [&waiting] { return waiting->code.has_value(); };
+  if (seconds == 0) {
+    waiting->ended.wait(hold, hasEnded);
+  } else {
+    waiting->ended.wait_for(hold, std::chrono::seconds(seconds), hasEnded);
+  }
+  written = waiting->written;
+  return waiting->code.value_or(kTimeIsUp);
+}
+
+}  // namespace tarn

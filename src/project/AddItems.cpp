@@ -1,0 +1,254 @@
+// Existing files and applications as new nodes of the tree.
+
+#include <vector>
+
+#include "output/MessageTable.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "project/FileAccess.h"
+#include "project/ProjectModel.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr const char* kSourceList = "DebugSrcFiles";
+
+bool HasControlBytes(std::string_view text) {
+  for (const char c : text) {
+    if (static_cast<unsigned char>(c) < 0x20) return true;
+  }
+  return false;
+}
+
+// Gives `path` the first of the type's extensions unless it has one of them already. False when
+// nothing had to change.
+bool AppendExtension(const CXmlNode& type, std::string& path) {
+  const std::string extensions = TextOf(type.GetAttrValue("Extension"));
+  const std::string own = ExtensionOf(path);
+  std::string first;
+  for (const std::string_view each : Split(extensions, ';')) {
+    if (each.empty()) continue;
+    const std::string extension = "." + std::string(each);
+    if (EqualNoCase(extension, own)) return false;
+    if (first.empty()) first = extension;
+  }
+  path += first;
+  return !first.empty();
+}
+
+// "*.c;*.h" of "c;h".
+std::string PatternsOf(std::string_view extensions) {
+  std::string patterns;
+  for (const std::string_view each : Split(extensions, ';')) {
+    if (each.empty()) continue;
+    if (!patterns.empty()) patterns += ';';
+    patterns.append("*.").append(each);
+  }
+  return patterns;
+}
+
+std::string FilterOf(int row, const std::string& patterns) {
+  return FormatMessageText("%s (%s)|%s|",
+                           std::vector<std::string>{GetMessageText(row), patterns, patterns});
+}
+
+}  // namespace
+
+std::int32_t CProjectModel::AddExistingItem(const char* itempath, const char* itemtype) {
+  if (!CanStartOperation()) return 0;
+  if (EqualNoCase(TextOf(itemtype), kSourceList)) return ReplaceSourceList(TextOf(itempath));
+  return AddItem(TextOf(itempath), itemtype, false);
+}
+
+// `isJustMade`: an application file that was written for this call and is right as it is.
+std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* itemtype,
+                                    bool isJustMade) {
+  // Without a project the item would be in no file.
+  if (!isOpen) return 0;
+  if (isDefaultProject != 0 && activeApplication != nullptr) {
+    const TreeUpdate update(views);
+    RemoveContentChildren(*activeApplication);
+  }
+  CXmlNode* target = LoadAddTarget();
+  if (target == nullptr) return 0;
+  if (itempath.empty()) {
+    BrowseAndAddFiles();
+    return 1;
+  }
+  if (HasControlBytes(itempath)) {
+    output->WriteMessage(kRowCannotRead, {itempath});
+    return 0;
+  }
+  CXmlNode* present = nullptr;
+  FindChildNode(itempath.c_str(), "Path", target, present);
+  if (present != nullptr) return 1;
+  const CXmlNode* type = TypeOfItem(itempath, itemtype);
+  if (type == nullptr) return 0;
+
+  auto node = CXmlNode::CreateNode(type->NameView());
+  const bool isApplication = (types.FlagsOf(*node) & kTypeApplication) != 0;
+  const std::string base = isApplication ? projectFolder : PathBaseBelow(*target);
+  std::string path;
+  MakeAbsolutePath(itempath, path, base.empty() ? nullptr : base.c_str());
+  if (isApplication && !isJustMade && AppendExtension(*type, path)) {
+    const std::uint64_t epoch = treeEpoch;
+    SetCurrentNode(projectRoot.get());
+    if (treeEpoch != epoch) return 0;
+    target = projectRoot.get();
+    if (!CheckFileAccess(files, path, kMustExist, *output)) {
+      return AddNewItem(path.c_str(), itemtype);
+    }
+  }
+  FindChildNode(path.c_str(), "Path", target, present);
+  if (present != nullptr || (isApplication && HoldsApplicationOf(path))) return 1;
+  FillItem(*node, path);
+  return PlaceItem(*target, std::move(node));
+}
+
+// The node that takes new items; its options are loaded, since what it may hold depends on them.
+// Null when there is none, or when a handler took the tree away.
+CXmlNode* CProjectModel::LoadAddTarget() {
+  CXmlNode* target = GetCurrentNode();
+  while (target != nullptr) {
+    const std::uint64_t epoch = treeEpoch;
+    LoadNodeOptions(target, false);
+    if (treeEpoch != epoch) return nullptr;
+    if ((types.FlagsOf(*target) & kTypeIsLeaf) == 0) return target;
+    target = target->GetParent();
+  }
+  return nullptr;
+}
+
+const CXmlNode* CProjectModel::TypeOfItem(const std::string& path, const char* itemtype) {
+  CXmlNode* named = nullptr;
+  FindChildNode(itemtype, nullptr, &types.GetRoot(), named);
+  if (named != nullptr) return named;
+  const CXmlNode* byExtension = FindTypeByFileExtension(path);
+  return byExtension != nullptr ? byExtension : types.GetRoot().GetChild(0);
+}
+
+// One file is one application, however its path is written.
+bool CProjectModel::HoldsApplicationOf(const std::string& path) const {
+  const std::string wanted = CanonicalPath(path);
+  for (int i = 0; i < projectRoot->GetChildCount(); ++i) {
+    const CXmlNode& child = *projectRoot->GetChild(i);
+    std::string full;
+    if ((types.FlagsOf(child) & kTypeApplication) != 0 &&
+        MakeAbsolutePath(TextOf(child.GetAttrValue("Path")), full, nullptr) &&
+        EqualNoCase(CanonicalPath(full), wanted)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+void CProjectModel::FillItem(CXmlNode& node, const std::string& path) {
+  const std::string title = SplitPath(path).title;
+  WriteItemPaths(node, path);
+  if ((types.FlagsOf(node) & kTypeApplication) != 0) {
+    // What is there and could not be read must not be overwritten with a bare node.
+    if (!LoadTreeFile(node, path) && files.Exists(path)) guard.NoteUntouchable(path);
+    node.SetAttrValue("Header", title);
+    WriteItemPaths(node, path);
+    return;
+  }
+  if (!files.Exists(path) && !files.WriteWholeFile(path, "")) {
+    CheckFileAccess(files, path, kMustBeWritable, *output);
+  }
+  const bool isProject = (types.FlagsOf(node) & kTypeProject) != 0;
+  node.SetAttrValue("Header", isProject ? title : FileNameOf(path));
+}
+
+void CProjectModel::WriteItemPaths(CXmlNode& node, const std::string& path) const {
+  const std::uint32_t flags = types.FlagsOf(node);
+  if ((flags & kTypeExtern) != 0) node.SetAttrValue("Extern", path);
+  if ((flags & kTypePath) != 0) node.SetAttrValue("Path", path);
+}
+
+std::int32_t CProjectModel::PlaceItem(CXmlNode& target, std::unique_ptr<CXmlNode> node) {
+  const std::uint64_t opened = projectEpoch;
+  CXmlNode* added = nullptr;
+  {
+    const TreeUpdate update(views);
+    target.SetAttrValue("sate", "32");
+    added = AttachNode(target, std::move(node));
+    modified = 1;
+  }
+  const std::uint64_t epoch = treeEpoch;
+  if ((types.FlagsOf(*added) & kTypeApplication) != 0) SetActiveApplication(added);
+  SetCurrentNode(added);
+  if (treeEpoch == epoch) LoadNodeOptions(added, true);
+  if (projectEpoch != opened) return 0;
+  RunAutoDebugStep();
+  return 1;
+}
+
+// The files that a debugger found are the content of an application that cannot be built.
+std::int32_t CProjectModel::ReplaceSourceList(const std::string& lines) {
+  if (lines.empty() || activeApplication == nullptr) return 0;
+  const std::uint32_t flags = types.FlagsOf(*activeApplication);
+  if ((flags & (kTypeDebug | kTypeAutoDebug | kTypeBuild)) != kTypeDebug) return 0;
+  const TreeUpdate update(views);
+  RemoveContentChildren(*activeApplication);
+  const std::vector<std::string_view> paths = Split(lines, '\n');
+  for (auto path = paths.rbegin(); path != paths.rend(); ++path) {
+    std::string_view line = *path;
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (line.empty()) continue;
+    auto node = CXmlNode::CreateNode("NodeText");
+    node->AddAttr("Path", line);
+    node->AddAttr("Header", line);
+    node->AddAttr("Marker", "-1");
+    node->AddAttr("OutputFile", "");
+    node->AddAttr("sate", "2");
+    activeApplication->AppendChild(std::move(node));
+  }
+  NoteTreeChange();
+  NoteShapeChanged();
+  return 1;
+}
+
+std::int32_t CProjectModel::BrowseAndAddFiles() {
+  if (!CanStartOperation()) return 0;
+  const CXmlNode* holder = GetCurrentNode();
+  if (holder == nullptr) return 0;
+  if ((types.FlagsOf(*holder) & kTypeProject) == 0) holder = activeApplication;
+
+  std::string filePatterns;
+  std::string applicationPatterns;
+  for (int i = 0; i < types.GetRoot().GetChildCount(); ++i) {
+    const CXmlNode& type = *types.GetRoot().GetChild(i);
+    const std::uint32_t flags = types.FlagsOf(type);
+    if ((flags & kTypeProject) != 0 || !CanContain(holder, &type)) continue;
+    std::string extensions =
+        propertyManager->GetPropertyValue("Target", "Internal", type.GetName() + "-Ext");
+    if (extensions.empty()) extensions = TextOf(type.GetAttrValue("Extension"));
+    const std::string patterns = PatternsOf(extensions);
+    std::string& list = (flags & kTypeApplication) != 0 ? applicationPatterns : filePatterns;
+    if (patterns.empty() || list.find(patterns) != std::string::npos) continue;
+    if (!list.empty()) list += ';';
+    list += patterns;
+  }
+
+  FileQuestion question;
+  if (!filePatterns.empty() || applicationPatterns.empty()) {
+    question.filter += FilterOf(kRowFilterFiles, filePatterns);
+  }
+  if (!applicationPatterns.empty()) {
+    question.filter += FilterOf(kRowFilterApplications, applicationPatterns);
+  }
+  question.folder = lastBrowseFolder;
+  question.multiple = true;
+  const std::vector<std::string> chosen = ChooseFiles(mainframeHandle, question);
+  if (chosen.empty()) return 0;
+
+  const TreeUpdate update(views);
+  std::int32_t result = 1;
+  for (const std::string& path : chosen) result &= AddExistingItem(path.c_str(), nullptr);
+  lastBrowseFolder = chosen.size() > 1 ? FolderOf(chosen.front()) : chosen.front();
+  return result;
+}
+
+}  // namespace tarn

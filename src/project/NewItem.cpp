@@ -1,0 +1,196 @@
+// Applications and folders that the user asks for.
+
+#include <optional>
+
+#include "output/MessageTable.h"
+#include "platform/paths/Paths.h"
+#include "platform/settings/Settings.h"
+#include "platform/text/Text.h"
+#include "project/FileAccess.h"
+#include "project/ProjectModel.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+// The mark of a creation that is under way.
+class Creating {
+ public:
+  explicit Creating(std::int32_t& mark) : flag(mark) { flag = 1; }
+  ~Creating() { flag = 0; }
+  Creating(const Creating&) = delete;
+  Creating& operator=(const Creating&) = delete;
+
+ private:
+  std::int32_t& flag;
+};
+
+bool IsYes(const CXmlNode& type, const char* name) {
+  return EqualNoCase(TextOf(type.GetAttrValue(name)), "Yes");
+}
+
+// A name becomes the title of two files.
+bool IsFileTitle(const std::string& name) {
+  for (const char c : name) {
+    if (IsSeparator(c) || static_cast<unsigned char>(c) < 0x20) return false;
+  }
+  return !name.empty() && !HasDrive(name);
+}
+
+}  // namespace
+
+std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtype) {
+  if (!CanStartOperation()) return 0;
+  if (EqualNoCase(TextOf(itemtype), "Group")) return AddGroup();
+  NewApplication wanted;
+  const CXmlNode* type = ProposeApplication(TextOf(itempath), itemtype, wanted);
+  const bool mayJoin = wanted.mayJoinProject;
+  if (!AskNewApplication(mainframeHandle, wanted)) return 0;
+  if (!mayJoin) wanted.createNewProject = true;
+  if (wanted.configName.empty()) wanted.configName = kStandardConfig;
+  CXmlNode* chosen = nullptr;
+  FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), chosen);
+  if (chosen != nullptr) type = chosen;
+  if (type == nullptr || !IsFileTitle(wanted.applicationName)) return 0;
+
+  std::string folder;
+  MakeAbsolutePath(wanted.location, folder, nullptr);
+  const std::string file = AddSeparator(folder) + wanted.applicationName;
+  auto node = CXmlNode::CreateNode(type->NameView());
+  node->SetAttrValue("Header", wanted.applicationName);
+  WriteItemPaths(*node, file + ".tapp");
+
+  std::optional<Creating> creating;
+  if (!wanted.createNewProject) {
+    if (!PlaceInProject(std::move(node))) return 0;
+    creating.emplace(creatingProject);
+  } else {
+    creating.emplace(creatingProject);
+    if (!PlaceInNewProject(*node, file + ".tapp", file + ".tprj")) return 0;
+  }
+  const std::uint64_t opened = projectEpoch;
+  if (!wanted.targetText.empty()) SendHost(kMsgRunScript, wanted.targetText, 0);
+  if (projectEpoch == opened && wanted.configName != kStandardConfig) {
+    propertyManager->SetCurrentConfig(wanted.configName);
+    SelectConfiguration(wanted.configName);
+  }
+  creating.reset();
+  if (projectEpoch == opened && wanted.useCobbler && !wanted.wizardPath.empty()) {
+    if (!RunCobbler(wanted.wizardPath)) return 0;
+  }
+  SendHost(kMsgCreationEnded, GetMessageText(kRowProjectWord), 0);
+  if (projectEpoch == opened) modified = 1;
+  return 1;
+}
+
+std::int32_t CProjectModel::AddGroup() {
+  CXmlNode* target = GetCurrentNode();
+  if (target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0) {
+    target = target->GetParent();
+  }
+  if (target == nullptr) return 0;
+  auto node = CXmlNode::CreateNode("Group");
+  node->AddAttr("Header", "New Folder");
+  CXmlNode* group = nullptr;
+  {
+    const TreeUpdate update(views);
+    group = AttachNode(*target, std::move(node));
+    NoteShapeChanged();
+  }
+  SetCurrentNode(group);
+  return 1;
+}
+
+// What the user finds filled in; gives the record of the type that was asked for, or null.
+const CXmlNode* CProjectModel::ProposeApplication(const std::string& itempath, const char* itemtype,
+                                                  NewApplication& wanted) const {
+  CXmlNode* taken = nullptr;
+  int number = 0;
+  do {
+    wanted.applicationName = "Application" + std::to_string(number++);
+    taken = nullptr;
+    FindTreeNode(wanted.applicationName.c_str(), "Header", projectRoot.get(), taken);
+  } while (taken != nullptr);
+
+  wanted.location = HomeFolder();
+  const std::string place = isDefaultProject != 0 ? examplesFolder : AddSeparator(projectFolder);
+  const PathParts parts = SplitPath(ToNativeSeparators(itempath.empty() ? place : itempath));
+  if (!(parts.drive + parts.folder).empty()) wanted.location = parts.drive + parts.folder;
+  if (!parts.title.empty()) wanted.applicationName = parts.title;
+
+  CXmlNode* type = nullptr;
+  FindChildNode(itemtype, nullptr, &types.GetRoot(), type);
+  wanted.createNewProject = isDefaultProject != 0;
+  if (type != nullptr) {
+    wanted.typeHeader = TextOf(type->GetAttrValue("Header"));
+    if (!IsYes(*type, "Build")) {
+      if (!parts.title.empty()) wanted.applicationName = parts.title + parts.extension;
+      wanted.createNewProject = true;
+    }
+  }
+  wanted.mayJoinProject = !wanted.createNewProject;
+  for (int i = 0; i < types.GetRoot().GetChildCount(); ++i) {
+    const CXmlNode& each = *types.GetRoot().GetChild(i);
+    if (IsYes(each, "Application")) {
+      wanted.typeHeaders.push_back(TextOf(each.GetAttrValue("Header")));
+    }
+  }
+  if (wanted.typeHeader.empty() && !wanted.typeHeaders.empty()) {
+    wanted.typeHeader = wanted.typeHeaders.front();
+  }
+  return type;
+}
+
+// The application's file comes with the next save.
+std::int32_t CProjectModel::PlaceInProject(std::unique_ptr<CXmlNode> node) {
+  CXmlNode* const target = GetCurrentNode();
+  CXmlNode* namesake = nullptr;
+  FindTreeNode(node->GetAttrValue("Header"), "Header", target, namesake);
+  if (namesake != nullptr || !isOpen || !CanContain(target, node.get())) return 0;
+  CXmlNode* added = nullptr;
+  {
+    const TreeUpdate update(views);
+    added = AttachNode(*target, std::move(node));
+    modified = 1;
+  }
+  const std::uint64_t opened = projectEpoch;
+  SetCurrentNode(added);
+  return projectEpoch == opened ? 1 : 0;
+}
+
+std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
+                                              const std::string& applicationFile,
+                                              const std::string& projectFile) {
+  if (isOpen && EqualNoCase(projectFile, projectPath) && !CloseProject()) return 0;
+  if (!CheckFileAccess(files, applicationFile, kMustBeWritable | kCreateFolder, *output)) return 0;
+  if (files.Exists(applicationFile)) {
+    const std::string question = FormatMessageText(GetMessageText(kRowOverwriteQuestion),
+                                                   std::vector<std::string>{applicationFile});
+    if (!AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord))) return 0;
+    if (!files.RemoveFile(applicationFile)) return 0;
+    (void)files.RemoveFile(WithExtension(projectFile, ".dbi"));
+  }
+  // The creation goes on without a file, and adding the application reports that it is missing.
+  const std::string text = node.ToString(g_xmlDisplayOptions);
+  if (!files.WriteWholeFile(applicationFile, text)) {
+    output->WriteMessage(kRowCannotSave, {applicationFile});
+  }
+  if (!CreateProjectFile(projectFile, 0)) return 0;
+  if (!OpenProject(projectFile.c_str(), 0)) return 0;
+  return AddItem(applicationFile, node.NameText(), true);
+}
+
+// The tool that makes the first sources for a microcontroller.
+std::int32_t CProjectModel::RunCobbler(const std::string& wizardPath) {
+  const std::string tool = files.Exists(wizardPath) ? wizardPath : configFolder + wizardPath;
+  CXmlNode* const node = GetCurrentNode();
+  const CXmlNode* values = FindStoredValues(*node);
+  if (values == nullptr) values = LoadNodeOptions(node, true);
+  if (values == nullptr || toolManager == nullptr) return 0;
+  const std::string options(values->ValueText());
+  toolManager->RunTool(tool, "", options, nullptr);
+  return 1;
+}
+
+}  // namespace tarn

@@ -1,0 +1,165 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <mutex>
+
+#include "platform/process/RunAndWait.h"
+#include "project/ProjectWorld.h"
+#include "support/AnsweringUser.h"
+
+namespace tarn::test {
+namespace {
+
+using ::testing::ElementsAre;
+
+// Stands for the conversion script: notes how it was called, says something, and ends with the
+// exit code given, or not before the test is over.
+class ScriptLauncher final : public ProcessLauncher {
+ public:
+  ~ScriptLauncher() override {
+    const std::lock_guard<std::mutex> hold(state->lock);
+    state->mayEnd = true;
+    state->changed.notify_all();
+  }
+
+  int exitCode = 0;
+  bool canStart = true;
+  bool hangs = false;
+  std::function<void()> onRun;
+  std::vector<std::string> calls;
+
+  Result<std::unique_ptr<Process>> Start(const ProcessRequest& request) override {
+    std::string call = request.program;
+    for (const std::string& argument : request.arguments) call += " <" + argument + ">";
+    calls.push_back(call);
+    if (!canStart) return Error{ErrorCode::NotFound, "no such program", request.program};
+    if (onRun) onRun();
+    return std::unique_ptr<Process>(std::make_unique<Script>(state, exitCode, hangs));
+  }
+
+ private:
+  struct State {
+    std::mutex lock;
+    std::condition_variable changed;
+    bool mayEnd = false;
+  };
+
+  class Script final : public Process {
+   public:
+    Script(std::shared_ptr<State> sharedState, int code, bool isHanging)
+        : state(std::move(sharedState)), exitCode(code), hangs(isHanging) {}
+    ProcessExit WaitWithOutput(const OutputHandler& onOutput) override {
+      onOutput("line 7: no equal\n", false);
+      std::unique_lock<std::mutex> hold(state->lock);
+      state->changed.wait(hold, [this] { return !hangs || state->mayEnd; });
+      return {exitCode, false};
+    }
+    void Stop(std::chrono::milliseconds) override {}
+
+   private:
+    std::shared_ptr<State> state;
+    int exitCode;
+    bool hangs;
+  };
+
+  std::shared_ptr<State> state = std::make_shared<State>();
+};
+
+class Import : public ::testing::Test {
+ protected:
+  Import() {
+    world.model->applicationPath = "/app dir/";
+    world.model->launcher = &launcher;
+    world.disk.AddFile("/app dir/bin/k418/perl.exe", "");
+    world.AddDemo("");
+  }
+  std::int32_t OpenOld(const char* path = "/p/old.PRJ") {
+    return world.model->OpenProject(path, 0);
+  }
+  void MakeProject() { world.AddFile("/p/old.tprj", "\n<Project Header=\"Old\" />"); }
+
+  ProjectWorld world;
+  AnsweringUser user{world.host.Handle()};
+  ScriptLauncher launcher;
+};
+
+TEST_F(Import, EachExitCodeHasItsAnswer) {
+  const struct {
+    int exitCode;
+    const char* shown;
+  } rows[] = {{1, ""},
+              {2, "row 6 /p/old.PRJ"},
+              {3, "row 34 /p/old.PRJ"},
+              {4, "row 23 /p/old.PRJ"},
+              {5, "row 35 /p/old.PRJ"},
+              {6, "row 36 /p/old.PRJ"},
+              {7, "row 38 /p/old.PRJ"},
+              {8, "Unknown error"},
+              {139, "Unknown error"},
+              {-1, "Unknown error"}};
+  ASSERT_EQ(world.OpenDemo(), 1);
+  for (const auto& row : rows) {
+    user.lines.clear();
+    launcher.exitCode = row.exitCode;
+    EXPECT_EQ(OpenOld(), 0) << row.exitCode;
+    ASSERT_EQ(user.lines.size(), 1u) << row.exitCode;
+    EXPECT_EQ(user.lines.front().substr(0, 6 + std::string(row.shown).size()),
+              std::string("show: ") + row.shown);
+    EXPECT_THAT(user.lines.front(), ::testing::EndsWith(" [Tarn Project]"));
+    EXPECT_FALSE(world.model->IsOpen());
+    EXPECT_EQ(world.model->GetProjectPath(), "/p/demo.tprj") << "as it was";
+  }
+}
+
+TEST_F(Import, TheScriptIsRunWithoutAShellAndItsResultOpened) {
+  launcher.onRun = [this] { MakeProject(); };
+  EXPECT_EQ(OpenOld("/p/my \"old\".stw"), 1);
+  EXPECT_THAT(launcher.calls, ElementsAre("/app dir/bin/k418/perl.exe <-I/app dir/bin/k418> <-w> "
+                                          "</app dir/bin/k418/k418.pl> </p/my \"old\".stw>"));
+  EXPECT_FALSE(world.model->IsOpen()) << "the script left nothing of that name";
+  EXPECT_EQ(OpenOld(), 1);
+  EXPECT_EQ(world.model->GetProjectPath(), "/p/old.tprj");
+  EXPECT_TRUE(world.model->IsOpen());
+  EXPECT_THAT(world.LogText(), ::testing::HasSubstr("line 7: no equal\n"));
+}
+
+TEST_F(Import, AProjectThatIsThereIsConvertedAgainOnlyWithConsent) {
+  MakeProject();
+  EXPECT_EQ(OpenOld(), 1);
+  EXPECT_THAT(launcher.calls, ElementsAre());
+  EXPECT_TRUE(world.model->IsOpen());
+  user.okCancel = {true};
+  EXPECT_EQ(OpenOld(), 1);
+  EXPECT_EQ(launcher.calls.size(), 1u);
+  EXPECT_EQ(user.lines.front(), "ask: row 25 /p/old.tprj   [Tarn Project]");
+}
+
+TEST_F(Import, WhatCannotStartCountsAsDone) {
+  launcher.canStart = false;
+  EXPECT_EQ(OpenOld(), 1);
+  EXPECT_EQ(world.LogText(), "row 6 /p/old.tprj\n");
+  EXPECT_FALSE(world.model->IsOpen());
+}
+
+TEST_F(Import, AScriptThatTakesTooLongIsLeftAlone) {
+  launcher.hangs = true;
+  world.model->importSeconds = 1;
+  EXPECT_EQ(OpenOld(), 0);
+  EXPECT_THAT(user.lines, ElementsAre("show: Unknown error [Tarn Project]"));
+}
+
+TEST(RunAndWait, QuotesKeepBlanksAndMayBeProtected) {
+  EXPECT_THAT(SplitCommandLine(R"("/a b/perl" -I"/x y"  -w "" "c\"d" e\f)"),
+              ElementsAre("/a b/perl", "-I/x y", "-w", "", "c\"d", "e\\f"));
+  EXPECT_THAT(SplitCommandLine("  "), ElementsAre());
+  std::string written;
+  EXPECT_EQ(RunAndWait(ProcessLauncher::Native(), "sh -c \"echo out; echo err >&2; exit 7\"", 60,
+                       written),
+            7);
+  EXPECT_EQ(written, "out\nerr\n");
+  EXPECT_EQ(RunAndWait(ProcessLauncher::Native(), "/no/such/program", 60, written), 0);
+}
+
+}  // namespace
+}  // namespace tarn::test

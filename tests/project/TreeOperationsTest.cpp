@@ -1,0 +1,427 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "project/ProjectWorld.h"
+#include "support/AnsweringUser.h"
+
+namespace tarn::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+
+constexpr const char* kContent =
+    "\n\t<Group Header=\"Sources\" sate=\"32\" >\n\t\t<C Header=\"main.c\" "
+    "Path=\".\\main.c\" />\n\t\t<C Header=\"led.c\" Path=\".\\led.c\" />\n\t</Group>\n"
+    "\t<Group Header=\"Other\" />\n";
+
+class TreeOperations : public ::testing::Test {
+ protected:
+  TreeOperations() {
+    world.AddDemo(kContent);
+    for (const char* file : {"/p/main.c", "/p/led.c"}) world.AddFile(file, "x");
+  }
+  void Open() {
+    ASSERT_EQ(world.OpenDemo(), 1);
+    world.model->PublishAll();
+    world.host.TakeLines();
+  }
+  void Select(const char* header) { world.model->SetCurrentNode(world.Node(header)); }
+  std::string Tree() { return ProjectWorld::Show(world.model->GetProjectRoot(), {"Header"}); }
+  std::string Shape() { return ProjectWorld::Show(*world.Application(), {"Header"}); }
+
+  ProjectWorld world;
+  AnsweringUser user{world.host.Handle()};
+};
+
+TEST_F(TreeOperations, AnItemGoesWhereItsTypeMayStand) {
+  const struct {
+    const char* name;
+    const char* selected;
+    const char* path;
+    const char* type;
+    const char* shape;
+  } rows[] = {
+      {"below the selected group", "Other", "/p/new.c", nullptr,
+       "Application(Header=demo)[Group(Header=Sources)[C(Header=main.c) C(Header=led.c)] "
+       "Group(Header=Other)[C(Header=new.c)]]"},
+      {"beside a selected leaf", "main.c", "/p/new.h", nullptr,
+       "Application(Header=demo)[Group(Header=Sources)[C(Header=main.c) C(Header=led.c) "
+       "Header(Header=new.h)] Group(Header=Other)]"},
+      {"the same path once", "Sources", "/p/LED.c", nullptr,
+       "Application(Header=demo)[Group(Header=Sources)[C(Header=main.c) C(Header=led.c)] "
+       "Group(Header=Other)]"},
+      {"a relative path is the application's", "Sources", "led.c", nullptr,
+       "Application(Header=demo)[Group(Header=Sources)[C(Header=main.c) C(Header=led.c)] "
+       "Group(Header=Other)]"},
+      {"one that nobody knows is of the first type", "Other", "/p/read.me", nullptr,
+       "Application(Header=demo)[Group(Header=Sources)[C(Header=main.c) C(Header=led.c)] "
+       "Group(Header=Other)[Project(Header=read)]]"},
+      {"a given type wins", "Other", "/p/read.me", "c",
+       "Application(Header=demo)[Group(Header=Sources)[C(Header=main.c) C(Header=led.c)] "
+       "Group(Header=Other)[C(Header=read.me)]]"},
+  };
+  for (const auto& row : rows) {
+    ProjectWorld each;
+    each.AddDemo(kContent);
+    each.AddFile("/p/led.c", "x");
+    ASSERT_EQ(each.OpenDemo(), 1);
+    each.model->PublishAll();
+    each.model->SetCurrentNode(each.Node(row.selected));
+    EXPECT_EQ(each.model->AddExistingItem(row.path, row.type), 1) << row.name;
+    EXPECT_EQ(ProjectWorld::Show(*each.Application(), {"Header"}), row.shape) << row.name;
+  }
+}
+
+TEST_F(TreeOperations, AMissingFileIsMadeEmptyAndAnExistingOneKept) {
+  Open();
+  Select("Other");
+  EXPECT_EQ(world.model->AddExistingItem("/p/sub.c", nullptr), 1);
+  EXPECT_EQ(world.FileText("/p/sub.c"), "");
+  Select("Other");
+  world.AddFile("/p/full.c", "full");
+  EXPECT_EQ(world.model->AddExistingItem("/p/full.c", nullptr), 1);
+  EXPECT_EQ(world.FileText("/p/full.c"), "full");
+  Select("Other");
+  EXPECT_EQ(world.model->AddExistingItem("/nowhere/x.c", nullptr), 1);
+  EXPECT_EQ(world.LogText(), "row 7 /nowhere/x.c\n");
+  EXPECT_STREQ(world.Node("Other")->GetAttrValue("sate"), "32");
+  EXPECT_EQ(world.model->AddExistingItem("/p/a\nb.c", nullptr), 0);
+}
+
+TEST_F(TreeOperations, AnApplicationIsAddedToTheProjectOnceWhateverIsSelected) {
+  world.AddFile("/p/boot.tapp",
+                "\n<Application Header=\"old name\" ><C Header=\"b.c\" "
+                "Path=\".\\b.c\" /></Application>");
+  Open();
+  Select("main.c");
+  EXPECT_EQ(world.model->AddExistingItem("/p/boot", "Application"), 1);
+  EXPECT_EQ(ProjectWorld::Show(*world.Application(1), {"Header", "Path", "Extern"}),
+            "Application(Header=boot Path=/p/boot.tapp Extern=/p/boot.tapp)[C(Header=b.c "
+            "Path=.\\b.c)]");
+  EXPECT_STREQ(world.model->GetProjectRoot().GetAttrValue("ActiveApp"), "boot");
+  EXPECT_EQ(world.model->GetActiveApplication(), world.Application(1));
+  world.model->SetCurrentNode(&world.model->GetProjectRoot());
+  EXPECT_EQ(world.model->AddExistingItem("/p/../p/BOOT.tapp", "Application"), 1);
+  EXPECT_EQ(world.Application(2), nullptr);
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_NE(world.Application(1), nullptr);
+  EXPECT_EQ(world.Application(2), nullptr);
+}
+
+TEST_F(TreeOperations, AnApplicationFileThatCannotBeReadIsNotOverwritten) {
+  world.AddFile("/p/boot.tapp", "\n<Application><C Header=\"b.c\" /></Application>");
+  Open();
+  world.disk.FailOn("read", "/p/boot.tapp", ErrorCode::CannotOpen);
+  EXPECT_EQ(world.model->AddExistingItem("/p/boot.tapp", "Application"), 1);
+  world.disk.ClearFailures();
+  world.model->SaveProject();
+  EXPECT_EQ(world.FileText("/p/boot.tapp"), "\n<Application><C Header=\"b.c\" /></Application>");
+}
+
+TEST_F(TreeOperations, AnApplicationThatDoesNotExistIsAskedFor) {
+  Open();
+  EXPECT_EQ(world.model->AddExistingItem("/p/sub/boot", "Application"), 0);
+  EXPECT_THAT(user.lines, ElementsAre("form: /p/sub/ boot 'Application' this project"));
+  EXPECT_EQ(world.Application(1), nullptr);
+}
+
+TEST_F(TreeOperations, TheDialogOffersWhatMayStandThere) {
+  Open();
+  Select("Other");
+  user.files = {{"/p/x.c", "/p/y.h"}, {"/p/x.c"}};
+  EXPECT_EQ(world.model->BrowseAndAddFiles(), 1);
+  EXPECT_EQ(world.model->GetLastBrowseFolder(), "/p");
+  EXPECT_EQ(world.model->AddExistingItem(nullptr, nullptr), 1);
+  EXPECT_EQ(world.model->GetLastBrowseFolder(), "/p/x.c");
+  EXPECT_EQ(world.model->BrowseAndAddFiles(), 0);
+  world.model->SetCurrentNode(&world.model->GetProjectRoot());
+  EXPECT_EQ(world.model->BrowseAndAddFiles(), 0);
+  const std::string files = "files: row 4 %s %s %s (*.c;*.h;*.hpp)|*.c;*.h;*.hpp|";
+  EXPECT_THAT(user.lines, ElementsAre(files + " in /p/", files + " in /p", files + " in /p/x.c",
+                                      "files: row 5 %s %s %s (*.tapp)|*.tapp| in /p/x.c"));
+}
+
+TEST_F(TreeOperations, ASourceListReplacesTheContentOfADebuggedApplication) {
+  constexpr const char* kTarget = "<DebugApp Application='Yes' Path='Yes' Debug='Yes' />";
+  CXmlNode type;
+  type.Load(kTarget, g_xmlParseInfo);
+  world.model->types.Add(type);
+  Open();
+  EXPECT_EQ(world.model->AddExistingItem("a.c", "DebugSrcFiles"), 0)
+      << "an application that builds";
+  world.Application()->SetName("DebugApp");
+  EXPECT_EQ(world.model->AddExistingItem("", "DebugSrcFiles"), 0);
+  EXPECT_EQ(world.model->AddExistingItem("a.c\r\nb \"x\".c\nc\\\n", "debugsrcfiles"), 1);
+  EXPECT_EQ(
+      ProjectWorld::Show(*world.Application(), {"Path", "Header", "Marker", "sate"}),
+      "DebugApp(Path=/p/demo.tapp Header=demo)[NodeText(Path=c\\ Header=c\\ Marker=-1 sate=2) "
+      "NodeText(Path=b \"x\".c Header=b \"x\".c Marker=-1 sate=2) "
+      "NodeText(Path=a.c Header=a.c Marker=-1 sate=2)]");
+  EXPECT_FALSE(world.model->IsModified());
+}
+
+TEST_F(TreeOperations, TheDefaultProjectHoldsOneFile) {
+  ASSERT_EQ(world.model->OpenProject("/p/demo.tprj", 1), 1);
+  EXPECT_EQ(world.model->AddExistingItem("/p/a.c", nullptr), 1);
+  EXPECT_EQ(world.model->AddExistingItem("/p/b.c", nullptr), 1);
+  EXPECT_EQ(Shape(), "Application(Header=demo)[C(Header=b.c)]");
+}
+
+TEST_F(TreeOperations, RemovingPrefersThePathAndTheLastMatch) {
+  Open();
+  world.Node("led.c")->AddChild("Dependencies")->AddChild("D")->AddAttr("Path", "/p/main.c");
+  world.Node("Other")->SetAttrValue("Header", "/p/main.c");
+  Select("main.c");
+  EXPECT_EQ(world.model->RemoveItem("/p/MAIN.C"), 1);
+  EXPECT_EQ(Shape(),
+            "Application(Header=demo)[Group(Header=Sources)[C(Header=led.c)] "
+            "Group(Header=/p/main.c)]");
+  EXPECT_EQ(world.model->GetOwnCurrentNode(), world.Node("Sources"));
+  Select("led.c");
+  EXPECT_EQ(world.model->RemoveItem("Sources"), 1) << "with the current node below it";
+  EXPECT_EQ(world.model->GetOwnCurrentNode(), world.Application());
+  EXPECT_EQ(world.model->RemoveItem("nothing"), 0);
+  EXPECT_EQ(world.model->RemoveItem(""), 0);
+  EXPECT_TRUE(world.model->IsModified());
+  world.model->SetCurrentNode(&world.model->GetProjectRoot());
+  EXPECT_EQ(world.model->RemoveItem(nullptr), 1) << "the root stays";
+  EXPECT_EQ(Tree(),
+            "Project(Header=Tarn Project 'demo')[Application(Header=demo)[Group(Header=/p/"
+            "main.c)]]");
+}
+
+TEST_F(TreeOperations, TypesSayWhatMayStandWhere) {
+  constexpr const char* kTypes =
+      "<Types><P Project='Yes'/><A Application='Yes'/><L IsLeaf='Yes'/><B Build='Yes'/>"
+      "<BD Build='Yes' Debug='Yes'/><D Debug='Yes'/><N/><NB InBuild='Yes'/><ND InDebug='Yes'/>"
+      "<NBD InBuild='Yes' Debug='Yes'/></Types>";
+  CXmlNode types;
+  types.Load(kTypes, g_xmlParseInfo);
+  for (int i = 0; i < types.GetChildCount(); ++i) world.model->types.Add(*types.GetChild(i));
+  const struct {
+    const char* parent;
+    const char* children;  // those that it may contain, of A B BD D N NB ND NBD
+  } rows[] = {{"P", "A "},          {"L", ""},          {"B", "NB NBD "},
+              {"BD", "NB ND NBD "}, {"D", "BD D NBD "}, {"N", "A B BD D N NB ND NBD "}};
+  for (const auto& row : rows) {
+    std::string allowed;
+    const auto parent = CXmlNode::CreateNode(row.parent);
+    for (const char* name : {"A", "B", "BD", "D", "N", "NB", "ND", "NBD"}) {
+      const auto child = CXmlNode::CreateNode(name);
+      if (world.model->CanContain(parent.get(), child.get())) allowed += std::string(name) + " ";
+    }
+    EXPECT_EQ(allowed, row.children) << row.parent;
+    EXPECT_FALSE(world.model->CanContain(parent.get(), nullptr));
+  }
+}
+
+TEST_F(TreeOperations, ACopyIsANodeOfItsNewPlace) {
+  world.AddFile("/q/boot.tapp", "\n<Application Header=\"boot\" />");
+  Open();
+  world.model->SetCurrentNode(&world.model->GetProjectRoot());
+  ASSERT_EQ(world.model->AddExistingItem("/q/boot.tapp", "Application"), 1);
+  CXmlNode* led = world.Node("led.c");
+  led->SetAttrValue("Path", ".\\led.c");  // as one that was never published
+  led->SetAttrValue("LastBuilt", "5");
+  led->AddChild("PropState", "x");
+  led->AddChild("Dependencies");
+  ASSERT_EQ(world.model->CopyNode(world.Node("Sources")), 1);
+  ASSERT_EQ(world.model->PasteNode(world.Application(1)), 1);
+  const CXmlNode* copy = world.Node("led.c");
+  ASSERT_NE(copy, led);
+  EXPECT_STREQ(copy->GetAttrValue("Path"), "/p/led.c");
+  EXPECT_EQ(copy->GetAttr("LastBuilt"), nullptr);
+  for (const char* part : {"PropState", "Dependencies", "#CDATA"}) {
+    EXPECT_EQ(copy->FindChild(part), nullptr) << part;
+  }
+  ASSERT_EQ(world.model->CopyNode(world.Node("main.c")), 1);
+  ASSERT_EQ(world.model->PasteNode(led), 1) << "in front of a leaf";
+  EXPECT_EQ(ProjectWorld::Show(*world.Application(0), {"Header"}),
+            "Application(Header=demo)[Group(Header=Sources)[C(Header=main.c) C(Header=main.c) "
+            "C(Header=led.c)] Group(Header=Other)]");
+}
+
+TEST_F(TreeOperations, AMoveLosesNothing) {
+  Open();
+  Select("led.c");
+  world.model->MoveNode(world.Node("led.c"), world.Node("Other"));
+  EXPECT_EQ(Shape(),
+            "Application(Header=demo)[Group(Header=Sources)[C(Header=main.c)] "
+            "Group(Header=Other)[C(Header=led.c)]]");
+  EXPECT_EQ(world.model->GetOwnCurrentNode(), world.Node("led.c"));
+  const std::string before = Shape();
+  world.model->MoveNode(world.Node("Other"), world.Node("led.c"));
+  world.model->MoveNode(world.Node("Other"), world.Node("Other"));
+  world.model->MoveNode(world.Application(), world.Node("Other"));
+  EXPECT_EQ(Shape(), before) << "into itself";
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  world.model->MoveNode(world.Node("led.c"), &world.model->GetProjectRoot());
+  EXPECT_EQ(Shape(), before) << "where the types refuse it";
+  EXPECT_TRUE(world.model->IsModified());
+}
+
+TEST_F(TreeOperations, AFolderIsKeptByASaveThoughItChangesNothing) {
+  Open();
+  Select("main.c");
+  EXPECT_EQ(world.model->AddNewItem(nullptr, "group"), 1);
+  EXPECT_FALSE(world.model->IsModified());
+  EXPECT_EQ(world.model->GetOwnCurrentNode(), world.Node("New Folder"));
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_NE(world.Node("New Folder"), nullptr);
+}
+
+TEST_F(TreeOperations, ANewApplicationIsRefusedWithoutATrace) {
+  Open();
+  const struct {
+    const char* name;
+    const char* applicationName;
+    const char* selected;
+  } rows[] = {{"no name", "", "demo"},
+              {"a path for a name", "a/b", "demo"},
+              {"a name that is taken below", "led.c", "Sources"},
+              {"where it cannot stand", "boot", "Sources"}};
+  for (const auto& row : rows) {
+    Select(row.selected);
+    const std::string before = Tree();
+    user.fillForm = [&row](NewApplication& form) {
+      form.applicationName = row.applicationName;
+      return true;
+    };
+    EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 0) << row.name;
+    EXPECT_EQ(Tree(), before) << row.name;
+  }
+  EXPECT_THAT(user.lines, Contains("form: /p/ Application0 'Application' this project"));
+  EXPECT_FALSE(world.model->IsModified());
+}
+
+TEST_F(TreeOperations, ANewApplicationJoinsTheProject) {
+  Open();
+  world.model->SetCurrentNode(&world.model->GetProjectRoot());
+  world.Node("Other")->SetAttrValue("Header", "Application0");
+  user.fillForm = [](NewApplication& form) {
+    form.targetText = "script";
+    form.configName = "Debug";
+    return form.applicationName == "Application1";
+  };
+  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
+  EXPECT_EQ(world.FileText("/p/Application1.tapp"), "(none)");
+  EXPECT_EQ(world.model->GetCurrentConfigName(), "Debug");
+  const std::vector<std::string> lines = world.host.TakeLines();
+  EXPECT_THAT(lines, Contains("0x8009 script 0"));
+  EXPECT_EQ(lines.back(), "0x8006 Tarn Project 0");
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_NE(world.FileText("/p/Application1.tapp"), "(none)");
+  EXPECT_NE(world.Node("Application1"), nullptr);
+}
+
+TEST_F(TreeOperations, ANewProjectIsWrittenOpenedAndWrittenAgainWhenClosed) {
+  Open();
+  user.fillForm = [](NewApplication& form) {
+    form.createNewProject = true;
+    form.location = "/new";
+    form.applicationName = "boot";
+    return true;
+  };
+  world.AddFile("/new/boot.tapp", "precious");
+  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 0) << "not to be overwritten";
+  EXPECT_EQ(world.FileText("/new/boot.tapp"), "precious");
+  EXPECT_EQ(world.model->GetProjectPath(), "/p/demo.tprj");
+  user.okCancel = {true};
+  world.host.TakeLines();
+  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
+  EXPECT_EQ(world.FileText("/new/boot.tapp"),
+            "\n<Application Header=\"boot\" Extern=\"/new/boot.tapp\" Path=\"/new/boot.tapp\" />");
+  EXPECT_EQ(world.FileText("/new/boot.tprj"),
+            "\n<Project Header=\"Tarn Project 'boot'\" Path=\"/new/boot.tprj\" Project=\"Yes\" />");
+  EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"ActiveApp", "sate", "Header"}),
+            "Project(ActiveApp=boot sate=32 Header=Tarn Project 'boot')[Application(Header=boot)]");
+  EXPECT_TRUE(world.model->IsModified());
+  EXPECT_FALSE(world.model->IsDefaultProject());
+  std::vector<std::string> order;
+  for (const std::string& line : world.host.TakeLines()) order.push_back(line.substr(0, 6));
+  EXPECT_THAT(order, ElementsAre("0x8017", "0x8016", "0x8015", "0x8019", "0x8019", "0x8010",
+                                 "0x8011", "0x8019", "0x8006"));
+  ASSERT_EQ(world.model->CloseProject(), 1);
+  EXPECT_NE(world.FileText("/new/boot.tprj").find("Extern=\".\\boot.tapp\""), std::string::npos);
+}
+
+TEST_F(TreeOperations, AWizardThatIsCancelledLeavesTheDefaultMarkAsItWas) {
+  Open();
+  ASSERT_EQ(world.model->CloseProject(), 1);
+  EXPECT_EQ(world.model->NewProject(nullptr), 0);
+  EXPECT_FALSE(world.model->IsDefaultProject());
+  EXPECT_THAT(user.lines,
+              ElementsAre("form: /app/examples/ Application0 'Application' new project"));
+}
+
+TEST_F(TreeOperations, ANewItemRunsItsToolOnlyWhereThatWasChosen) {
+  Open();
+  world.model->SetCurrentNode(&world.model->GetProjectRoot());
+  bool runsTool = false;
+  std::string tool = "cobbler.xml";
+  user.fillForm = [&](NewApplication& form) {
+    form.useCobbler = runsTool;
+    form.wizardPath = tool;
+    return true;
+  };
+  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
+  EXPECT_THAT(world.components.Tools().CallsOf("RunTool"), ElementsAre());
+  runsTool = true;
+  world.model->SetCurrentNode(&world.model->GetProjectRoot());
+  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
+  ASSERT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
+  EXPECT_THAT(world.components.Tools().CallsOf("RunTool").front(),
+              ::testing::StartsWith("RunTool /app/config/cobbler.xml \"\" <Values>"));
+}
+
+// Every operation from inside every message that it sends.
+TEST_F(TreeOperations, AHostThatActsInsideMessagesFreesNothingInUse) {
+  const std::function<void(CProjectModel&)> operations[] = {
+      [](CProjectModel& model) { model.AddExistingItem("/p/new.c", nullptr); },
+      [](CProjectModel& model) { model.AddExistingItem("/p/boot.tapp", "Application"); },
+      [](CProjectModel& model) { model.AddNewItem(nullptr, "Group"); },
+      [](CProjectModel& model) { model.RemoveItem(nullptr); },
+      [](CProjectModel& model) {
+        model.CopyNode(nullptr);
+        model.PasteNode(nullptr);
+      },
+      [](CProjectModel& model) {
+        CXmlNode& application = *model.GetProjectRoot().GetChild(0);
+        model.MoveNode(application.GetChild(0), application.GetChild(1));
+      },
+  };
+  const std::function<void(CProjectModel&)> reactions[] = {
+      [](CProjectModel& model) { model.CloseProject(); },
+      [](CProjectModel& model) { model.SaveProject(); },
+      [](CProjectModel& model) { model.RemoveItem(nullptr); },
+      [](CProjectModel& model) { model.RemoveItem("demo"); },
+      [](CProjectModel& model) { model.AddExistingItem("/p/other.c", nullptr); },
+  };
+  for (const std::uint32_t message : {0x8019u, 0x8011u, 0x8010u, 0x8023u}) {
+    for (const auto& operation : operations) {
+      for (const auto& reaction : reactions) {
+        ProjectWorld each;
+        each.AddDemo(kContent);
+        each.AddFile("/p/boot.tapp", "\n<Application Header=\"boot\" />");
+        ASSERT_EQ(each.OpenDemo(), 1);
+        each.model->PublishAll();
+        each.model->SetCurrentNode(each.Node("main.c"));
+        bool inside = false;
+        each.host.actions[message] = [&] {
+          if (std::exchange(inside, true)) return;
+          reaction(*each.model);
+        };
+        operation(*each.model);
+        each.host.actions.clear();
+        if (each.model->IsOpen()) {
+          EXPECT_EQ(each.model->SaveProject(), 1);
+        }
+        EXPECT_EQ(each.FileText("/p/demo.tprj").find("<Project"), 1u);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tarn::test

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/windowing/Dialogs.h"
+
+namespace tarn::test {
+
+// Answers the questions that are asked for one window, in the order given, and keeps each as a
+// line. What has no answer left is cancelled.
+class AnsweringUser final : public DialogResponder {
+ public:
+  explicit AnsweringUser(WindowHandle ownerWindow) : owner(ownerWindow) {
+    SetDialogResponder(owner, this);
+  }
+  ~AnsweringUser() { SetDialogResponder(owner, nullptr); }
+  AnsweringUser(const AnsweringUser&) = delete;
+  AnsweringUser& operator=(const AnsweringUser&) = delete;
+
+  std::deque<bool> okCancel;
+  std::deque<std::vector<std::string>> files;
+  // Fills the form in; false cancels it.
+  std::function<bool(NewApplication& application)> fillForm;
+  std::vector<std::string> lines;
+
+  bool AskOkCancel(const std::string& text, const std::string& caption) override {
+    lines.push_back("ask: " + text + " [" + caption + "]");
+    return Take(okCancel);
+  }
+  void ShowMessage(const std::string& text, const std::string& caption) override {
+    lines.push_back("show: " + text + " [" + caption + "]");
+  }
+  std::vector<std::string> ChooseFiles(const FileQuestion& question) override {
+    lines.push_back("files: " + question.filter + " in " + question.folder);
+    return Take(files);
+  }
+  bool AskNewApplication(NewApplication& application) override {
+    lines.push_back("form: " + application.location + " " + application.applicationName + " '" +
+                    application.typeHeader + "' " +
+                    (application.createNewProject ? "new project" : "this project"));
+    return fillForm && fillForm(application);
+  }
+
+ private:
+  template <class T>
+  static T Take(std::deque<T>& answers) {
+    if (answers.empty()) return T();
+    T answer = std::move(answers.front());
+    answers.pop_front();
+    return answer;
+  }
+
+  WindowHandle owner;
+};
+
+}  // namespace tarn::test
