@@ -22,8 +22,9 @@ std::string BehindLastSeparator(const std::string& path) {
 
 std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char* givenDataPath,
                                    std::int32_t mainframe) {
-  // A second Init would pull the child objects from under a project.
-  if (output) return 0;
+  // A second Init would pull the child objects from under a project; one that a component calls
+  // from inside the first, the driver from under that call.
+  if (propertyManager) return 0;
   mainframeHandle = mainframe;
   std::string root = givenApplicationPath != nullptr && *givenApplicationPath != '\0'
                          ? std::string(givenApplicationPath)
@@ -135,7 +136,12 @@ void CProjectManager::ChooseProfileKey() {
 }
 
 void CProjectManager::SeedDefaultProject() {
-  std::string base = dataPath.empty() ? platform.settings.GetFolders().userData : dataPath;
+  std::string base = dataPath;
+  if (base.empty()) {
+    base = platform.settings.GetFolders().userData;
+    // Nobody else makes it for a new user.
+    (void)platform.files.CreateFolders(base);
+  }
   if (IsRelativePath(base)) base = JoinPath(platform.files.CurrentFolder(), base);
   const std::string name = BehindLastSeparator(dataPath);
   defaultProjectPath = CanonicalPath(base + kSeparator + name + ".tprj");

@@ -1,0 +1,446 @@
+// Bringing a manager up: which files it takes, what it makes in which order, and what is left when
+// a step fails.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <future>
+#include <stdexcept>
+#include <thread>
+
+#include "automation/ManagerWorld.h"
+#include "platform/paths/Paths.h"
+
+namespace tarn::test {
+namespace {
+
+using ::testing::ElementsAre;
+
+// Whether that file is what comes up when a project cannot be opened.
+std::string ShownInstead(ManagerWorld& world, const std::string& file) {
+  world.disk.AddFile(file, "<Project Header='x' />");
+  world.TakeLines();
+  world.Call("ProjectOpen", {"/p/none.tprj"});
+  const std::vector<std::string> opened = world.host.LinesOf(kMsgProjectOpened);
+  return opened.empty() ? std::string() : opened.front();
+}
+
+TEST(Init, TakesTheConfigurationAndDefaultProjectOfItsFolders) {
+  const std::string module = CanonicalPath(ModuleFolder() + "/..");
+  const struct {
+    const char* name;
+    Variant application;
+    Variant data;
+    std::string config;  // that is there
+    const char* result;
+    std::string defaultProject;
+  } rows[] = {
+      {"the usual", "/app/", "/data/demo", "/app/config/projectmanager.config", "1",
+       "/data/demo/demo.tprj"},
+      {"one of the data folder's name", "/app/", "/data/demo",
+       "/app/config/demo_projectmanager.config", "1", "/data/demo/demo.tprj"},
+      {"a data folder with a separator at its end", "/app/", "/data/demo/",
+       "/app/config/_projectmanager.config", "1", "/data/demo/.tprj"},
+      {"a backslash there", "/app/", "/data\\demo", "/app/config/demo_projectmanager.config", "1",
+       "/data/demo/demo.tprj"},
+      {"no data folder", "/app/", NullableText(), "/app/config/_projectmanager.config", "1",
+       "/userdata/.tprj"},
+      {"an empty data folder", "/app/", "", "/app/config/_projectmanager.config", "1",
+       "/userdata/.tprj"},
+      {"a data folder of one name", "/app/", "mine", "/app/config/mine_projectmanager.config", "1",
+       "/start/mine/mine.tprj"},
+      {"a relative application folder", "../app/", "/data/demo",
+       "/app/config/projectmanager.config", "1", "/data/demo/demo.tprj"},
+      {"an application folder without its separator", "/app", "/data/demo",
+       "/app/config/projectmanager.config", "0", ""},
+      {"no application folder", NullableText(), "/data/demo",
+       module + "/config/projectmanager.config", "1", "/data/demo/demo.tprj"},
+      {"an empty application folder", "", "/data/demo", module + "/config/projectmanager.config",
+       "1", "/data/demo/demo.tprj"},
+      {"a configuration of another name", "/app/", "/data/demo",
+       "/app/config/other_projectmanager.config", "0", ""},
+  };
+  for (const auto& row : rows) {
+    ManagerWorld world;
+    world.disk.Erase(ManagerWorld::kConfigFile);
+    world.disk.AddFile(row.config, ManagerWorld::Configuration());
+    world.disk.AddFolder("/start");
+    world.disk.SetCurrentFolder("/start");
+    EXPECT_EQ(world.Init(row.application, row.data), row.result) << row.name;
+    const std::vector<std::string> defs = world.components.Properties().CallsOf("ReadDefsFromFile");
+    EXPECT_EQ(defs.size(), row.result == std::string("1") ? 1u : 0u) << row.name;
+    if (!defs.empty()) {
+      const std::string named = defs.front().substr(std::string("ReadDefsFromFile \"\" ").size());
+      EXPECT_EQ(CanonicalPath(named), row.config) << row.name;
+    }
+    if (defs.empty()) continue;
+    EXPECT_EQ(ShownInstead(world, row.defaultProject), "0x8015 " + row.defaultProject + " 1")
+        << row.name;
+  }
+}
+
+TEST(Init, TheConfigurationOfTheDataFolderWinsOverTheGeneralOne) {
+  ManagerWorld world;
+  world.disk.AddFile("/app/config/demo_projectmanager.config", ManagerWorld::Configuration());
+  ASSERT_EQ(world.Init(), "1");
+  EXPECT_EQ(world.components.Properties().CallsOf("ReadDefsFromFile").front(),
+            "ReadDefsFromFile \"\" /app/config/demo_projectmanager.config");
+}
+
+// One list of all that can be seen from outside, in its order.
+TEST(Init, DoesItsStepsInOrder) {
+  const std::string menus =
+      "<ToolBar><Item Header='Build' /></ToolBar>"
+      "<MainMenus><Menu Header='Project' /><Menu Header='Build' /></MainMenus><Other />";
+  for (const bool hasHost : {true, false}) {
+    ManagerWorld world;
+    world.disk.AddFile(ManagerWorld::kConfigFile, ManagerWorld::Configuration(menus));
+    world.disk.AddFile("/machine/registry.ini",
+                       "[Software\\Corvane\\app\\Default Directories]\r\n"
+                       "LastTargetConfig=/targets\r\n");
+    world.disk.AddFile("/targets/demo.tprj", "seed");
+    world.disk.AddFile("/targets/demo.tapp", "seed");
+    std::vector<std::string> events;
+    const auto note = [&](const std::string& event) {
+      for (const std::string& line : world.disk.TakeOperations()) events.push_back(line);
+      events.push_back(event);
+    };
+    const FakeComponents fakes;
+    fakes.Properties().onCall = [&](std::string_view) { note(fakes.Properties().Calls().back()); };
+    world.classes.RegisterFactory(CPropertyManagerDriver::kProgId, [&] {
+      note("create properties");
+      return DispatchPtr(&fakes.Properties());
+    });
+    world.classes.RegisterFactory(CToolManagerDriver::kProgId, [&] {
+      note("create tools");
+      return DispatchPtr(&fakes.Tools());
+    });
+    for (const std::uint32_t message : {kMsgCreateToolbar, kMsgAddMainMenu}) {
+      world.host.actions[message] = [&] {
+        note(world.host.lines.back());
+        EXPECT_FALSE(world.runningObjects.GetActiveObject(CProjectManager::kClassId));
+      };
+    }
+    world.disk.TakeOperations();
+    const std::int32_t frame = hasHost ? world.host.Handle() : 0;
+    ASSERT_EQ(world.Call("Init", {"/app/", "/data/demo", frame}), "1");
+    note("end");
+    std::vector<std::string> wanted = {
+        "exists /app/config/demo_projectmanager.config",
+        "exists /app/config/projectmanager.config",
+        "create properties",
+        "InitOptions /app/ /data/demo " + std::to_string(frame) + " 1",
+        "ReadDefsFromFile \"\" /app/config/projectmanager.config",
+        "exists /app/config/projectmanager.config",
+        "read /app/config/message.xslt",
+    };
+    if (!hasHost) wanted.insert(wanted.end(), {"reserve", "remove", "create tools"});
+    if (hasHost) wanted.insert(wanted.end(), {"reserve", "remove"});
+    wanted.push_back("read /app/config/projectmanager.config");
+    if (hasHost) {
+      const auto menu = [](const std::string& name) {
+        return "0x8013 Tarn Project \r\n<Menu Header=\"" + name + "\" />";
+      };
+      wanted.push_back(
+          "0x800B Tarn Project \r\n<ToolBar>\r\n\t<Item Header=\"Build\" />\r\n</ToolBar>");
+      wanted.push_back(menu("Project"));
+      wanted.push_back(menu("Build"));
+    }
+    wanted.insert(wanted.end(),
+                  {"exists /data/demo/demo.tprj", "read /machine/registry.ini",
+                   "copy /targets/demo.tprj /data/demo/demo.tprj",
+                   "copy /targets/demo.tapp /data/demo/demo.tapp", "enter /app", "end"});
+    // The names of temporary files are no matter.
+    for (std::string& event : events) {
+      if (event.starts_with("reserve ") || event.starts_with("remove ")) {
+        event.erase(event.find(' '));
+      }
+    }
+    EXPECT_EQ(events, wanted);
+    EXPECT_EQ(world.disk.CurrentFolder(), "/app");
+    EXPECT_EQ(fakes.Tools().Calls(),
+              hasHost ? std::vector<std::string>()
+                      : std::vector<std::string>{"InitTools /app/ /data/demo 0"});
+    EXPECT_EQ(world.runningObjects.GetActiveObject(CProjectManager::kClassId).Get(),
+              world.manager.Get());
+    // The frame and components of this scope go first.
+    world.Call("Clean");
+    world.manager.Reset();
+  }
+}
+
+TEST(Init, AFailedStepLeavesNothingBehindItAndCanBeToldByWhatWasDone) {
+  const struct {
+    const char* name;
+    std::function<void(ManagerWorld&)> damage;
+    std::size_t calls;  // that the property manager saw
+    const char* again;  // what Init answers once all is well
+  } rows[] = {
+      {"no configuration", [](ManagerWorld& world) { world.disk.Erase("/app/config"); }, 0, "1"},
+      {"an unreadable one",
+       [](ManagerWorld& world) {
+         world.disk.FailOn("read", ManagerWorld::kConfigFile, ErrorCode::Io);
+       },
+       2, "0"},
+      {"one that breaks off",
+       [](ManagerWorld& world) {
+         world.disk.AddFile(ManagerWorld::kConfigFile, "<ProjectManager><ToolBar /><!-- ");
+       },
+       2, "0"},
+      {"an empty one",
+       [](ManagerWorld& world) { world.disk.AddFile(ManagerWorld::kConfigFile, ""); }, 2, "0"},
+  };
+  for (const auto& row : rows) {
+    ManagerWorld world;
+    row.damage(world);
+    EXPECT_EQ(world.Init(), "0") << row.name;
+    EXPECT_EQ(world.components.Properties().Calls().size(), row.calls) << row.name;
+    EXPECT_TRUE(world.host.lines.empty()) << row.name;
+    EXPECT_FALSE(world.runningObjects.GetActiveObject(CProjectManager::kClassId)) << row.name;
+    EXPECT_EQ(world.settings.GetProfileKey(), "Corvane\\Tarn") << row.name;
+    EXPECT_EQ(world.disk.CurrentFolder(), "/") << row.name;
+    world.Call("ProjectOpen", {"/p/none.tprj"});
+    world.disk.ClearFailures();
+    world.disk.AddFile(ManagerWorld::kConfigFile, ManagerWorld::Configuration());
+    EXPECT_EQ(world.Init(), row.again) << row.name;
+  }
+}
+
+TEST(Init, ASecondOneIsRefusedAndHarmsNothing) {
+  ManagerWorld world;
+  world.AddDemo();
+  ASSERT_EQ(world.Init(), "1");
+  ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+  world.TakeLines();
+  world.components.Properties().TakeCalls();
+  EXPECT_EQ(world.Call("Init", {"/other/", "/else", 0}), "0");
+  EXPECT_TRUE(world.host.lines.empty());
+  EXPECT_TRUE(world.components.Properties().Calls().empty());
+  EXPECT_EQ(world.Call("GetSelectedApplication"), "'/p/demo.tapp'");
+  EXPECT_EQ(world.disk.CurrentFolder(), "/p");
+}
+
+TEST(Init, OneFromInsideAnotherIsRefused) {
+  ManagerWorld world;
+  world.disk.AddFile(ManagerWorld::kConfigFile, ManagerWorld::Configuration("<ToolBar />"));
+  std::vector<std::string> answers;
+  world.components.Properties().onCall = [&](std::string_view) { answers.push_back(world.Init()); };
+  world.host.actions[kMsgCreateToolbar] = [&] { answers.push_back(world.Init()); };
+  EXPECT_EQ(world.Init(), "1");
+  EXPECT_THAT(answers, ElementsAre("0", "0", "0"));
+  EXPECT_EQ(world.components.Properties().CallsOf("InitOptions").size(), 1u);
+}
+
+TEST(Init, KeepsSettingsUnderTheNameOfTheApplicationFolder) {
+  const struct {
+    const char* application;
+    const char* profile;
+    const char* value;  // of the registry
+  } rows[] = {
+      {"/opt/Tarn/", "Corvane\\Tarn", "'standard'"},
+      {"/opt/tARN/", "Corvane\\Tarn", "'standard'"},
+      {"/opt/Demo/", "Corvane\\Demo", "'demo'"},
+      {"/opt/Other/", "Corvane\\Other", "''"},
+      {"/opt/Tarn/../Demo/", "Corvane\\Demo", "'demo'"},
+      {"/opt/Tarn2/", "Corvane\\Tarn2", "''"},
+      {"/", "Corvane\\Tarn", "'standard'"},
+  };
+  for (const auto& row : rows) {
+    ManagerWorld world;
+    world.disk.AddFolder("/opt/Tarn");
+    world.disk.AddFile(CanonicalPath(row.application + std::string("config/projectmanager.config")),
+                       ManagerWorld::Configuration());
+    world.disk.AddFile("/machine/registry.ini",
+                       "[Software\\Corvane\\Tarn7\\Keys]\r\nName=standard\r\n"
+                       "[Software\\Corvane\\Demo\\Keys]\r\nName=demo\r\n");
+    ASSERT_EQ(world.Init(row.application, "/data/demo"), "1") << row.application;
+    EXPECT_EQ(world.settings.GetProfileKey(), row.profile) << row.application;
+    EXPECT_EQ(world.Call("ReadRegistryValue", {"keys", "NAME"}), row.value) << row.application;
+    EXPECT_EQ(world.Call("ReadRegistryValue", {"Keys", "None"}), "''");
+    EXPECT_EQ(world.Call("ReadRegistryValue", {nullptr, nullptr}), "''");
+  }
+}
+
+TEST(Init, SeedsTheDefaultProjectWithoutTouchingWhatIsThere) {
+  const struct {
+    const char* name;
+    bool hasProject;
+    bool hasApplication;
+    bool hasRegistry;
+    const char* project;
+    const char* application;
+    std::size_t copies;
+  } rows[] = {
+      {"nothing there", false, false, true, "seed", "seed", 2},
+      {"the project alone", true, false, true, "mine", "seed", 2},
+      {"the application alone", false, true, true, "seed", "mine", 2},
+      {"both", true, true, true, "mine", "mine", 0},
+      {"no target", false, false, false, "none", "none", 2},
+  };
+  for (const auto& row : rows) {
+    ManagerWorld world;
+    if (row.hasProject) world.disk.AddFile("/data/demo/demo.tprj", "mine");
+    if (row.hasApplication) world.disk.AddFile("/data/demo/demo.tapp", "mine");
+    if (row.hasRegistry) {
+      world.disk.AddFile("/machine/registry.ini",
+                         "[Software\\Corvane\\app\\Default Directories]\r\n"
+                         "LastTargetConfig=/targets\r\n");
+    }
+    world.disk.AddFile("/targets/demo.tprj", "seed");
+    world.disk.AddFile("/targets/demo.tapp", "seed");
+    world.disk.TakeOperations();
+    EXPECT_EQ(world.Init(), "1") << row.name;
+    EXPECT_EQ(world.disk.Operations("copy").size(), row.copies) << row.name;
+    EXPECT_EQ(world.disk.BytesOf("/data/demo/demo.tprj").value_or("none"), row.project) << row.name;
+    EXPECT_EQ(world.disk.BytesOf("/data/demo/demo.tapp").value_or("none"), row.application)
+        << row.name;
+  }
+}
+
+// On a new account the folder of the user's data is not there until somebody makes it.
+TEST(Init, ANewUserWithoutADataFolderGetsTheDefaultProject) {
+  ManagerWorld world;
+  world.disk.AddFile("/machine/registry.ini",
+                     "[Software\\Corvane\\app\\Default Directories]\r\n"
+                     "LastTargetConfig=/targets\r\n");
+  world.disk.AddFile("/targets/.tprj", "seed");
+  world.disk.AddFile("/targets/.tapp", "seed");
+  ASSERT_EQ(world.Init("/app/", NullableText()), "1");
+  EXPECT_EQ(world.disk.BytesOf("/userdata/.tprj"), "seed");
+  EXPECT_EQ(world.disk.BytesOf("/userdata/.tapp"), "seed");
+}
+
+TEST(Init, WithoutATemporaryFolderThereIsNoLogFileAndMessagesAreSavedAtOnce) {
+  for (const bool fails : {false, true}) {
+    ManagerWorld world;
+    if (fails) world.disk.FailOn("reserve", "", ErrorCode::ReadOnly);
+    ASSERT_EQ(world.Init(), "1");
+    const CBuildOutput& output = *world.Manager().GetModel()->output;
+    EXPECT_EQ(output.GetLogFile().empty(), fails);
+    EXPECT_EQ(output.GetFlags(), fails ? 33u | 16u : 2u);
+    EXPECT_EQ(output.GetLogFile().find("/tmp/$opj"), fails ? std::string::npos : 0u);
+  }
+}
+
+// A component that answers everything in one way.
+class StubbornComponent : public IDispatch {
+ public:
+  using Answerer = std::function<DispatchResult(Variant& result)>;
+  explicit StubbornComponent(Answerer how) : answer(std::move(how)) {}
+  std::uint32_t AddRef() override { return ++references; }
+  std::uint32_t Release() override { return --references; }
+  DispatchResult GetIDsOfNames(std::string_view, DispatchId&) override {
+    return {DispatchStatus::UnknownMember, "no names", -1};
+  }
+  DispatchResult Invoke(DispatchId, std::span<const Variant>, Variant& result) override {
+    ++calls;
+    return answer(result);
+  }
+  std::vector<MethodInfo> GetMethods() override { return {}; }
+
+  int calls = 0;
+
+ private:
+  Answerer answer;
+  std::uint32_t references = 1;
+};
+
+TEST(Init, WorksOnWithComponentsThatAreMissingOrMisbehave) {
+  using Answerer = StubbornComponent::Answerer;
+  const struct {
+    const char* name;
+    std::function<DispatchPtr()> factory;  // null: the class is not known
+    Answerer answer;
+  } rows[] = {
+      {"unknown class", nullptr, nullptr},
+      {"a class that makes nothing", [] { return DispatchPtr(); }, nullptr},
+      {"a class that throws", []() -> DispatchPtr { throw std::runtime_error("no"); }, nullptr},
+      {"knows no method", nullptr,
+       [](Variant&) {
+         return DispatchResult{DispatchStatus::UnknownMember, "?", -1};
+       }},
+      {"answers with numbers", nullptr,
+       [](Variant& result) { return result = Variant(-5), DispatchResult{}; }},
+      {"answers with texts", nullptr,
+       [](Variant& result) { return result = Variant("<a/>"), DispatchResult{}; }},
+      {"answers with null texts", nullptr,
+       [](Variant& result) { return result = Variant(NullableText()), DispatchResult{}; }},
+      {"answers nothing", nullptr, [](Variant&) { return DispatchResult{}; }},
+      {"throws", nullptr, [](Variant&) -> DispatchResult { throw std::runtime_error("no"); }},
+      {"throws what is no exception", nullptr, [](Variant&) -> DispatchResult { throw 1; }},
+      {"fails and answers", nullptr,
+       [](Variant& result) {
+         result = Variant(7);
+         return DispatchResult{DispatchStatus::Failed, "no", -1};
+       }},
+  };
+  for (const auto& row : rows) {
+    StubbornComponent component(row.answer);
+    ManagerWorld world;
+    world.AddDemo();
+    ClassRegistry classes("/nowhere");
+    for (const char* progId : {CPropertyManagerDriver::kProgId, CToolManagerDriver::kProgId}) {
+      if (row.factory) classes.RegisterFactory(progId, row.factory);
+      if (row.answer) classes.RegisterFactory(progId, [&] { return DispatchPtr(&component); });
+    }
+    world.manager = DispatchPtr::Adopt(new CProjectManager(
+        ServerPlatform{world.disk, world.settings, classes, world.runningObjects}));
+    EXPECT_EQ(world.Call("Init", {"/app/", "/data/demo", 0}), "1") << row.name;
+    if (row.answer) {
+      EXPECT_GE(component.calls, 3) << row.name;
+    }
+    EXPECT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1") << row.name;
+    // A component that has texts for everything has one for the path of a node, too.
+    const bool hasOwnPath = row.name == std::string("answers with texts");
+    const std::string application = hasOwnPath ? "'/p/<a/>'" : "'/p/demo.tapp'";
+    EXPECT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Tool", "x"}),
+              row.name == std::string("answers with numbers") ? "-5" : "0")
+        << row.name;
+    world.Call("GetPropertyValue", {"C", "Build", "Tool"});
+    world.Call("SelectNode", {".\\main.c"});
+    world.Call("ProjectBuild");
+    EXPECT_EQ(world.Call("ProjectSave"), "1") << row.name;
+    EXPECT_EQ(world.Call("GetSelectedApplication"), application) << row.name;
+    world.Call("Clean");
+    world.manager.Reset();
+  }
+}
+
+TEST(Init, AHostOnAnotherThreadAnswersWhenItGetsToIt) {
+  ManagerWorld world;
+  world.disk.AddFile(ManagerWorld::kConfigFile, ManagerWorld::Configuration("<ToolBar />"));
+  world.AddDemo();
+  std::promise<WindowHandle> handle;
+  std::promise<void> mayServe;
+  std::promise<void> done;
+  std::vector<std::string> lines;
+  std::thread frame([&] {
+    RecordingHost host;
+    handle.set_value(host.Handle());
+    mayServe.get_future().wait();
+    std::future<void> end = done.get_future();
+    while (end.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+      MessageLoop::ForCurrentThread()->PumpUntil([] { return false; },
+                                                 std::chrono::milliseconds(1));
+    }
+    lines = host.lines;
+  });
+  const std::int32_t window = handle.get_future().get();
+  bool served = false;
+  world.components.Properties().onCall = [&](std::string_view) {
+    if (!std::exchange(served, true)) mayServe.set_value();
+  };
+  EXPECT_EQ(world.Call("Init", {"/app/", "/data/demo", window}), "1");
+  EXPECT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+  done.set_value();
+  frame.join();
+  ASSERT_GE(lines.size(), 3u);
+  EXPECT_EQ(lines[0].substr(0, 19), "0x800B Tarn Project");
+  EXPECT_EQ(lines[1], "0x8016 \"\" 0");
+  EXPECT_EQ(lines[2], "0x8015 /p/demo.tprj 0");
+  // The frame is gone: nobody disagrees, and nothing waits.
+  EXPECT_EQ(world.Call("ProjectClose"), "1");
+}
+
+}  // namespace
+}  // namespace tarn::test

@@ -1,0 +1,122 @@
+#include "automation/ManagerWorld.h"
+
+#include <algorithm>
+
+#include "platform/text/Text.h"
+
+namespace tarn::test {
+
+namespace {
+
+constexpr const char* kTypes =
+    "<Types><Project Project='Yes' Path='Yes' Build='Yes' />"
+    "<Application Application='Yes' Extern='Yes' Path='Yes' Build='Yes' Debug='Yes' "
+    "Extension='tapp' />"
+    "<Group Build='Yes' InBuild='Yes' />"
+    "<C Path='Yes' Build='Yes' InBuild='Yes' IsLeaf='Yes' Extension='c' /></Types>";
+
+constexpr const char* kMessages =
+    "<a><Messages Tab=\"Build\" ><m Id=\"0x20000\" String=\"Tarn Project\" /></Messages></a>";
+
+std::string ProjectText(const std::string& name) {
+  return "\r\n<Project Header=\"Tarn Project '" + name + "'\" Path=\".\\" + name +
+         ".tprj\" Project=\"Yes\" ActiveApp=\"" + name + "\" >\r\n\t<Application Header=\"" + name +
+         "\" Extern=\".\\" + name + ".tapp\" Path=\".\\" + name + ".tapp\" />\r\n</Project>";
+}
+
+std::string ApplicationText(const std::string& name, const std::string& content) {
+  return "\r\n<Application Header=\"" + name + "\" Extern=\".\\" + name + ".tapp\" Path=\".\\" +
+         name + ".tapp\" >" + content + "</Application>";
+}
+
+}  // namespace
+
+ManagerWorld::ManagerWorld() {
+  components.RegisterWith(classes);
+  disk.AddFile(kConfigFile, Configuration());
+  disk.AddFile("/app/config/message.xslt", kMessages);
+  disk.AddFolder("/data/demo");
+  disk.AddFolder("/p");
+  manager = DispatchPtr::Adopt(
+      new CProjectManager(ServerPlatform{disk, settings, classes, runningObjects}));
+}
+
+ManagerWorld::~ManagerWorld() {
+  if (manager) Call("Clean");
+}
+
+std::string ManagerWorld::Configuration(std::string_view more) {
+  return "<ProjectManager>" + std::string(kTypes) + std::string(more) + "</ProjectManager>";
+}
+
+void ManagerWorld::AddDemo() {
+  disk.AddFile("/p/demo.tprj", ProjectText("demo"));
+  disk.AddFile("/p/demo.tapp",
+               ApplicationText("demo", "\r\n\t<C Header=\"main.c\" Path=\".\\main.c\" />\r\n"));
+  disk.AddFile("/p/main.c", "int main() {}");
+}
+
+void ManagerWorld::AddDefaultProject() {
+  disk.AddFile("/data/demo/demo.tprj", ProjectText("demo"));
+  disk.AddFile("/data/demo/demo.tapp", ApplicationText("demo", ""));
+}
+
+std::string ManagerWorld::Call(const char* method, std::initializer_list<Variant> arguments) {
+  DispatchId id = 0;
+  Variant result;
+  DispatchResult outcome = manager->GetIDsOfNames(method, id);
+  if (outcome) outcome = manager->Invoke(id, {arguments.begin(), arguments.size()}, result);
+  return Show(outcome, result);
+}
+
+std::string ManagerWorld::Init(Variant application, Variant data) {
+  return Call("Init", {std::move(application), std::move(data), host.Handle()});
+}
+
+std::uint32_t ManagerWorld::ReferencesTo(IDispatch& object) {
+  object.AddRef();
+  return object.Release();
+}
+
+std::vector<std::string> ManagerWorld::TakeLines() {
+  std::vector<std::string> lines = host.TakeLines();
+  std::erase_if(lines, [](const std::string& line) { return line.starts_with("0x801B"); });
+  return lines;
+}
+
+std::string NameOf(DispatchStatus status) {
+  switch (status) {
+    case DispatchStatus::Ok:
+      return "Ok";
+    case DispatchStatus::NoObject:
+      return "NoObject";
+    case DispatchStatus::UnknownMember:
+      return "UnknownMember";
+    case DispatchStatus::WrongCount:
+      return "WrongCount";
+    case DispatchStatus::WrongType:
+      return "WrongType";
+    case DispatchStatus::NotImplemented:
+      return "NotImplemented";
+    case DispatchStatus::Failed:
+      return "Failed";
+  }
+  return "?";
+}
+
+std::string Show(const DispatchResult& outcome, const Variant& result) {
+  if (!outcome) return NameOf(outcome.status);
+  switch (result.GetKind()) {
+    case Variant::Kind::Empty:
+      return "nothing";
+    case Variant::Kind::Long:
+      return std::to_string(result.AsLong());
+    case Variant::Kind::Text:
+      return result.AsText() ? "'" + *result.AsText() + "'" : "null";
+    case Variant::Kind::Object:
+      return "object";
+  }
+  return "?";
+}
+
+}  // namespace tarn::test
