@@ -1,0 +1,208 @@
+// The 44 methods as a stranger finds them: names, numbers, arguments, and what each answers when it
+// is called wrongly, too early or with nothing open.
+
+#include <gtest/gtest.h>
+
+#include <climits>
+
+#include "automation/ManagerWorld.h"
+
+namespace tarn::test {
+namespace {
+
+// Kinds of arguments: t text, n number, o object.
+struct Row {
+  const char* name;
+  DispatchId id;
+  const char* arguments;
+  const char* early;  // before Init
+  const char* idle;   // with nothing open
+};
+
+constexpr Row kMethods[] = {
+    {"ProjectOpen", 1, "t", "0", "0"},
+    {"ProjectClose", 2, "", "0", "0"},
+    {"ProjectSave", 3, "", "0", "1"},
+    {"GetProjectWindow", 4, "", "0", "0"},
+    {"GetPropertyWindow", 5, "", "0", "77"},
+    {"GetOutputWindow", 6, "", "0", "0"},
+    {"Command", 7, "n", "1", "1"},
+    {"Init", 8, "ttn", "0", "0"},
+    {"ReadDefsFromFile", 9, "tt", "0", "1"},
+    {"ReadConfigFromFile", 10, "ttttt", "0", "1"},
+    {"GetPropertyValue", 11, "ttt", "''", "'default'"},
+    {"SetPropertyValue", 12, "tttt", "0", "1"},
+    {"ReadRegistryValue", 13, "tt", "''", "''"},
+    {"ReadIniValue", 14, "ttt", "NotImplemented", "NotImplemented"},
+    {"UpdateCurNodeConfig", 15, "tt", "1", "1"},
+    {"GetCurConfig", 16, "", "''", "'<Opt Header=\"Standard\" />'"},
+    {"InitToolManager", 17, "o", "1", "1"},
+    {"EpilogCommand", 18, "n", "1", "1"},
+    {"PrologCommand", 19, "n", "1", "1"},
+    {"ProjectBuild", 20, "", "0", "1"},
+    {"Clean", 21, "", "1", "1"},
+    {"GetReportWindow", 22, "", "0", "0"},
+    {"SelectApplication", 23, "t", "0", "1"},
+    {"WriteIniValue", 24, "tttt", "NotImplemented", "NotImplemented"},
+    {"GetSelectedDBI", 25, "", "''", "''"},
+    {"GetSelectedApplication", 26, "", "''", "''"},
+    {"AddExistingItem", 27, "tt", "NotImplemented", "NotImplemented"},
+    {"AddNewItem", 28, "tt", "NotImplemented", "NotImplemented"},
+    {"RemoveItem", 29, "t", "NotImplemented", "NotImplemented"},
+    {"EnableProperty", 30, "tttn", "0", "1"},
+    {"EnableCommand", 31, "n", "1", "1"},
+    {"ProjectNew", 32, "t", "0", "1"},
+    {"SetBuildInfo", 33, "tt", "0", "0"},
+    {"SavePropertyValue", 34, "tttt", "0", "1"},
+    {"GetDynamicCommands", 35, "n", "''", "''"},
+    {"GetSymbolInfo", 36, "t", "''", "''"},
+    {"ReportMessage", 37, "t", "nothing", "nothing"},
+    {"HideProperty", 38, "tttn", "0", "1"},
+    {"ResetPropertyValue", 39, "ttt", "0", "1"},
+    {"GetPropertyStringValue", 40, "ttt", "''", "'default'"},
+    {"GetSelectedApplicationsList", 41, "t", "''", "''"},
+    {"GetSelectedFilesList", 42, "t", "''", "''"},
+    {"SelectNode", 43, "t", "0", "1"},
+    {"ExecuteScript", 44, "t", "0", "0"},
+};
+
+std::vector<Variant> Arguments(const Row& row, const Variant& text, std::int32_t number) {
+  std::vector<Variant> arguments;
+  for (const char* kind = row.arguments; *kind != '\0'; ++kind) {
+    arguments.push_back(*kind == 't' ? text : *kind == 'n' ? Variant(number) : Variant());
+  }
+  return arguments;
+}
+
+std::string Answer(IDispatch& object, const Row& row, const std::vector<Variant>& arguments) {
+  Variant result;
+  const DispatchResult outcome = object.Invoke(row.id, arguments, result);
+  return Show(outcome, result);
+}
+
+TEST(DispatchSurface, EveryMethodHasItsNameAndNumberAndNoOtherIsThere) {
+  ManagerWorld world;
+  const std::vector<MethodInfo> methods = world.manager->GetMethods();
+  ASSERT_EQ(methods.size(), std::size(kMethods));
+  for (std::size_t i = 0; i < methods.size(); ++i) {
+    EXPECT_EQ(methods[i].name, kMethods[i].name);
+    EXPECT_EQ(methods[i].id, kMethods[i].id) << kMethods[i].name;
+    EXPECT_EQ(methods[i].arguments.size(), std::string(kMethods[i].arguments).size());
+    DispatchId id = 0;
+    std::string upper = kMethods[i].name;
+    for (char& c : upper) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    EXPECT_TRUE(world.manager->GetIDsOfNames(upper, id)) << upper;
+    EXPECT_EQ(id, kMethods[i].id) << upper;
+  }
+  Variant result;
+  for (const DispatchId id : {0, -1, 45, INT_MAX, INT_MIN}) {
+    EXPECT_EQ(NameOf(world.manager->Invoke(id, {}, result).status), "UnknownMember") << id;
+  }
+  EXPECT_EQ(world.Call("GetMainWindow"), "UnknownMember");
+}
+
+TEST(DispatchSurface, WrongArgumentsAreToldAndNothingIsDone) {
+  ManagerWorld world;
+  const DispatchPtr object(&world.components.Tools());
+  for (const Row& row : kMethods) {
+    const std::vector<Variant> good = Arguments(row, "x", 1);
+    std::vector<Variant> wrong = good;
+    wrong.emplace_back("one too many");
+    EXPECT_EQ(Answer(*world.manager.Get(), row, wrong), "WrongCount") << row.name;
+    if (good.empty()) continue;
+    wrong.assign(good.begin(), good.end() - 1);
+    EXPECT_EQ(Answer(*world.manager.Get(), row, wrong), "WrongCount") << row.name;
+    for (std::size_t i = 0; i < good.size(); ++i) {
+      for (const Variant& other : {Variant("text"), Variant(7), Variant(object)}) {
+        const char kind = row.arguments[i];
+        const Variant::Kind right = kind == 't'   ? Variant::Kind::Text
+                                    : kind == 'n' ? Variant::Kind::Long
+                                                  : Variant::Kind::Object;
+        if (other.GetKind() == right) continue;
+        wrong = good;
+        wrong[i] = other;
+        Variant result("left over");
+        const DispatchResult outcome = world.manager->Invoke(row.id, wrong, result);
+        EXPECT_EQ(NameOf(outcome.status), "WrongType") << row.name << " " << i;
+        EXPECT_EQ(outcome.argument, static_cast<int>(i)) << row.name;
+        EXPECT_EQ(result.GetKind(), Variant::Kind::Empty) << row.name;
+        EXPECT_NE(outcome.text.find(std::to_string(i + 1)), std::string::npos) << outcome.text;
+      }
+    }
+  }
+  EXPECT_TRUE(world.host.lines.empty());
+  EXPECT_TRUE(world.components.Properties().Calls().empty());
+}
+
+TEST(DispatchSurface, BeforeInitEveryCallAnswersAndDoesNothing) {
+  ManagerWorld world;
+  world.AddDemo();
+  world.disk.TakeOperations();
+  for (const Row& row : kMethods) {
+    if (std::string(row.name) == "Init") continue;
+    EXPECT_EQ(Answer(*world.manager.Get(), row, Arguments(row, "/p/demo.tprj", 0x8112)), row.early)
+        << row.name;
+  }
+  EXPECT_TRUE(world.host.lines.empty());
+  EXPECT_TRUE(world.components.Properties().Calls().empty());
+  EXPECT_EQ(world.disk.Operations(), (std::vector<std::string>{"read /machine/registry.ini"}));
+}
+
+TEST(DispatchSurface, WithNothingOpenEveryCallAnswers) {
+  for (const Row& row : kMethods) {
+    ManagerWorld world;
+    world.components.Properties().propertyWindow = 77;
+    world.components.Properties().defaults[".none.none"] = "default";
+    ASSERT_EQ(world.Init(), "1");
+    EXPECT_EQ(Answer(*world.manager.Get(), row, Arguments(row, "none", 0x8108)), row.idle)
+        << row.name;
+  }
+}
+
+TEST(DispatchSurface, NoTextAndNoNumberBringsTheManagerDown) {
+  const Variant texts[] = {Variant(),
+                           Variant(NullableText()),
+                           Variant(""),
+                           Variant(std::string(5000, 'x')),
+                           Variant("%s%n%d"),
+                           Variant("a\\b/../..\\."),
+                           Variant("]]>\xA7<&\""),
+                           Variant(std::string("a\0b", 3)),
+                           Variant("/p"),
+                           Variant("\n")};
+  const std::int32_t numbers[] = {0, -1, INT_MIN, INT_MAX, 0x810B, 0x8121, 0x811E, 0xE120, 0x8118};
+  ManagerWorld world;
+  world.AddDemo();
+  world.AddDefaultProject();
+  ASSERT_EQ(world.Init(), "1");
+  for (const Row& row : kMethods) {
+    if (std::string(row.name) == "Clean") continue;
+    ASSERT_EQ(world.Call("ProjectClose") + world.Call("ProjectOpen", {"/p/demo.tprj"}), "11")
+        << row.name;
+    for (const Variant& text : texts) {
+      for (const std::int32_t number : numbers) {
+        const std::string answer = Answer(*world.manager.Get(), row, Arguments(row, text, number));
+        EXPECT_TRUE(answer == "NotImplemented" || answer.find("Wrong") == std::string::npos)
+            << row.name << ": " << answer;
+        EXPECT_NE(answer, "Failed") << row.name;
+        if (std::string(row.arguments).find('n') == std::string::npos) break;
+      }
+      if (row.arguments[0] == '\0') break;
+    }
+  }
+  // The user's files are where they were.
+  EXPECT_NE(world.disk.BytesOf("/p/main.c"), std::nullopt);
+}
+
+TEST(DispatchSurface, NotImplementedIsToldByName) {
+  ManagerWorld world;
+  for (const Row& row : kMethods) {
+    if (std::string(row.early) != "NotImplemented") continue;
+    Variant result;
+    const DispatchResult outcome = world.manager->Invoke(row.id, Arguments(row, "x", 1), result);
+    EXPECT_EQ(outcome.text, std::string(row.name) + " is not implemented");
+  }
+}
+
+}  // namespace
+}  // namespace tarn::test

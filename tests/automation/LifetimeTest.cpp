@@ -1,0 +1,231 @@
+// How long a manager lives, whoever lets go of it and when.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+
+#include "automation/ManagerWorld.h"
+#include "automation/ProjectInspector.h"
+
+namespace tarn::test {
+namespace {
+
+// Whether the world's manager is gone: it holds its property manager for as long as it lives.
+class Watched : public ManagerWorld {
+ public:
+  Watched() : before(ReferencesTo(components.Properties())) {
+    AddDemo();
+    AddDefaultProject();
+    disk.AddFile(kConfigFile, Configuration("<ToolBar /><MainMenus><Menu /></MainMenus>"));
+  }
+
+  bool IsGone() { return ReferencesTo(components.Properties()) == before; }
+  void LetGo() {
+    Call("Clean");
+    manager.Reset();
+  }
+
+ private:
+  std::uint32_t before;
+};
+
+TEST(Lifetime, CleanWithdrawsTheObjectAndTheLastReleaseEndsIt) {
+  Watched world;
+  ASSERT_EQ(world.Init(), "1");
+  ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+  const std::string log = world.Manager().GetModel()->output->GetLogFile();
+  world.disk.AddFile(log, "<Messages />");
+  EXPECT_FALSE(world.IsGone());
+  EXPECT_EQ(world.Call("Clean"), "1");
+  EXPECT_FALSE(world.runningObjects.GetActiveObject(CProjectManager::kClassId));
+  // What is withdrawn still works for whoever holds it.
+  EXPECT_EQ(world.Call("Clean"), "1");
+  EXPECT_EQ(world.Call("GetSelectedApplication"), "'/p/demo.tapp'");
+  world.manager.Reset();
+  EXPECT_TRUE(world.IsGone());
+  EXPECT_EQ(world.disk.BytesOf(log), std::nullopt);
+}
+
+TEST(Lifetime, WhoeverFindsTheObjectFindsItAliveUntilClean) {
+  Watched world;
+  ASSERT_EQ(world.Init(), "1");
+  world.manager.Reset();
+  EXPECT_FALSE(world.IsGone());
+  world.manager = world.runningObjects.GetActiveObject(CProjectManager::kClassId);
+  ASSERT_TRUE(world.manager);
+  EXPECT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+  world.LetGo();
+  EXPECT_TRUE(world.IsGone());
+}
+
+TEST(Lifetime, ReleasedInsideAnyMessageTheCallEndsAndTheObjectWithIt) {
+  const struct {
+    std::uint32_t message;
+    const char* method;  // that sends it
+  } rows[] = {
+      {kMsgProjectClosing, "ProjectOpen"},       {kMsgProjectOpened, "ProjectOpen"},
+      {kMsgApplicationKnown, "ProjectOpen"},     {kMsgCurrentNodeChanged, "ProjectOpen"},
+      {kMsgApplicationActivated, "ProjectOpen"}, {kMsgPaneCaption, "ProjectOpen"},
+      {kMsgProjectCreated, "ProjectNew"},        {kMsgRunScript, "ExecuteScript"},
+      {kMsgProjectClosing, "ProjectClose"},
+  };
+  for (const auto& row : rows) {
+    Watched world;
+    ASSERT_EQ(world.Init(), "1");
+    const std::string method = row.method;
+    if (method == "ProjectClose") {
+      ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+    }
+    world.disk.AddFile("/p/a.lua", "x");
+    bool released = false;
+    world.host.actions[row.message] = [&] {
+      if (std::exchange(released, true)) return;
+      world.LetGo();
+    };
+    DispatchId id = 0;
+    Variant result;
+    IDispatch* const raw = world.manager.Get();
+    ASSERT_TRUE(raw->GetIDsOfNames(method, id));
+    const std::vector<Variant> one = {method == "ProjectOpen"  ? "/p/demo.tprj"
+                                      : method == "ProjectNew" ? "/p/new.tprj"
+                                                               : "/p/a.lua"};
+    const std::vector<Variant> none;
+    EXPECT_TRUE(raw->Invoke(id, method == "ProjectClose" ? none : one, result)) << method;
+    EXPECT_TRUE(released) << method << " " << row.message;
+    EXPECT_TRUE(world.IsGone()) << method << " " << row.message;
+  }
+}
+
+TEST(Lifetime, ReleasedInsideInitItLivesUntilItIsWithdrawn) {
+  for (const std::uint32_t message : {kMsgCreateToolbar, kMsgAddMainMenu}) {
+    Watched world;
+    world.host.actions[message] = [&] { world.LetGo(); };
+    CProjectManager& manager = world.Manager();
+    Variant result;
+    const std::vector<Variant> arguments = {"/app/", "/data/demo", world.host.Handle()};
+    EXPECT_TRUE(manager.Invoke(8, arguments, result));
+    EXPECT_EQ(result.AsLong(), 1);
+    world.manager = world.runningObjects.GetActiveObject(CProjectManager::kClassId);
+    ASSERT_TRUE(world.manager);
+    world.LetGo();
+    EXPECT_TRUE(world.IsGone());
+  }
+}
+
+TEST(Lifetime, AnInspectorKeepsTheManagerThatItLooksAt) {
+  Watched world;
+  ASSERT_EQ(world.Init(), "1");
+  ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+  DispatchPtr object = DispatchPtr::Adopt(new CProjectInspector);
+  auto& inspector = static_cast<CProjectInspector&>(*object.Get());
+  ASSERT_EQ(inspector.Attach(world.manager.Get()), 1);
+  world.LetGo();
+  EXPECT_NE(inspector.GetTree().find("main.c"), std::string::npos);
+  object.Reset();
+  EXPECT_TRUE(world.IsGone());
+}
+
+// A project that a worker builds: two sources and the program of them.
+class Building : public Watched {
+ public:
+  Building() {
+    components.Properties().defaults = {{"C.Build.TranslateTool", "cc"},
+                                        {"C.Build.OutputFile", "/p/main.o"},
+                                        {"Application.Build.TranslateTool", "ld"},
+                                        {"Application.Build.OutputFile", "/p/demo.elf"}};
+    disk.AddFile("/p/demo.tapp",
+                 "<Application Header=\"demo\" Extern=\".\\demo.tapp\" Path=\".\\demo.tapp\" >"
+                 "<C Header=\"main.c\" Path=\".\\main.c\" /><C Header=\"b.c\" Path=\".\\b.c\" />"
+                 "</Application>");
+    disk.AddFile("/p/b.c", "");
+    EXPECT_EQ(Init(), "1");
+    EXPECT_EQ(Call("InitToolManager", {DispatchPtr(&components.Tools())}), "1");
+    EXPECT_EQ(Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+  }
+  void Start() {
+    EXPECT_EQ(Call("PrologCommand", {0x8112}), "1");
+    EXPECT_EQ(Call("Command", {0x8112}), "2");
+  }
+  // Serves the thread until the manager is gone.
+  bool PumpUntilGone() {
+    return MessageLoop::ForCurrentThread()->PumpUntil([&] { return IsGone(); },
+                                                      std::chrono::seconds(20));
+  }
+};
+
+TEST(Lifetime, ReleasedInsideAStepOfTheWorkerItEndsBehindTheWorker) {
+  Building world;
+  std::vector<std::string> answers;
+  bool released = false;
+  world.host.actions[kMsgToolSucceeded] = [&] {
+    if (std::exchange(released, true)) return;
+    IDispatch* const raw = world.manager.Get();
+    world.LetGo();
+    // The host goes on as if nothing was: the object stands until the worker has ended.
+    for (const auto& [id, arguments] :
+         std::vector<std::pair<DispatchId, std::vector<Variant>>>{{1, {"/p/other.tprj"}},
+                                                                  {3, {}},
+                                                                  {7, {0x8112}},
+                                                                  {26, {}},
+                                                                  {33, {"", "<I></I>"}},
+                                                                  {21, {}},
+                                                                  {37, {"text"}}}) {
+      Variant result;
+      const DispatchResult outcome = raw->Invoke(id, arguments, result);
+      answers.push_back(Show(outcome, result));
+    }
+    world.host.TakeLines();
+  };
+  world.Start();
+  EXPECT_TRUE(world.PumpUntilGone());
+  EXPECT_EQ(answers,
+            (std::vector<std::string>{"0", "1", "2", "'/p/demo.tapp'", "1", "1", "nothing"}));
+  // Nobody hears of it any more, and no further tool is run.
+  EXPECT_TRUE(world.host.LinesOf(kMsgToolSucceeded).empty());
+  EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
+}
+
+TEST(Lifetime, ReleasedBesideAWorkerItWaitsForItAndForItsTool) {
+  Building world;
+  const std::shared_ptr<MessageLoop> loop = MessageLoop::ForCurrentThread();
+  std::atomic<bool> running = false;
+  std::promise<void> mayEnd;
+  world.components.Tools().onRun = [&](const ToolRun&) {
+    if (running.exchange(true)) return 1;
+    loop->Wake();
+    mayEnd.get_future().wait();
+    return 1;
+  };
+  world.Start();
+  ASSERT_TRUE(loop->PumpUntil([&] { return running.load(); }, std::chrono::seconds(20)));
+  world.Call("Clean");
+  world.host.TakeLines();
+  mayEnd.set_value();
+  world.manager.Reset();
+  EXPECT_TRUE(world.IsGone());
+  EXPECT_TRUE(world.host.LinesOf(kMsgToolSucceeded).empty());
+  EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
+}
+
+TEST(Lifetime, ReleasedInTheWorkersLastMessageItEndsAtOnce) {
+  Building world;
+  world.host.actions[kMsgWorkerEnded] = [&] { world.LetGo(); };
+  world.Start();
+  EXPECT_TRUE(world.PumpUntilGone());
+  EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 3u);
+}
+
+TEST(Lifetime, AHostThatOnlyPollsDoesNotHoldTheWorkerUp) {
+  Building world;
+  world.Start();
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (world.components.Tools().CallsOf("RunTool").size() < 3 &&
+         std::chrono::steady_clock::now() < limit) {
+    world.Call("EnableCommand", {0x811C});
+  }
+  EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 3u);
+}
+
+}  // namespace
+}  // namespace tarn::test

@@ -1,0 +1,227 @@
+// Opening, closing and the default project as a host sees them, and the calls that only pass on.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "automation/ManagerWorld.h"
+
+namespace tarn::test {
+namespace {
+
+using ::testing::ElementsAre;
+
+class ProjectCalls : public ::testing::Test {
+ protected:
+  ProjectCalls() {
+    world.AddDemo();
+    world.AddDefaultProject();
+    EXPECT_EQ(world.Init(), "1");
+  }
+
+  // Which project is there: its application's path, with a star for the default project.
+  std::string Open() {
+    const std::string path = world.Call("GetSelectedApplication");
+    return (world.Call("EnableCommand", {0x8112}) == "0" ? "*" : "") + path;
+  }
+
+  ManagerWorld world;
+};
+
+constexpr const char* kDemo = "/p/demo.tprj";
+constexpr const char* kDefault = "/data/demo/demo.tprj";
+
+TEST_F(ProjectCalls, AFailureBringsTheDefaultProjectAndARefusalChangesNothing) {
+  const struct {
+    const char* name;
+    const char* first;  // opened before; null: nothing is open
+    const char* method;
+    Variant path;
+    bool refuses;
+    const char* answer;
+    const char* open;
+  } rows[] = {
+      {"open", nullptr, "ProjectOpen", kDemo, false, "1", "'/p/demo.tapp'"},
+      {"open another", kDefault, "ProjectOpen", kDemo, false, "1", "'/p/demo.tapp'"},
+      {"open the same", kDemo, "ProjectOpen", kDemo, false, "0", "'/p/demo.tapp'"},
+      {"the same in capitals", kDemo, "ProjectOpen", "/P/DEMO.TPRJ", false, "0", "'/p/demo.tapp'"},
+      {"open the default", nullptr, "ProjectOpen", kDefault, false, "1", "*'/data/demo/demo.tapp'"},
+      {"the default in capitals", nullptr, "ProjectOpen", "/data/demo/DEMO.tprj", false, "1",
+       "*'/data/demo/demo.tapp'"},
+      {"open what is not there", kDemo, "ProjectOpen", "/p/none.tprj", false, "0",
+       "*'/data/demo/demo.tapp'"},
+      {"open an empty path", kDemo, "ProjectOpen", "", false, "0", "*'/data/demo/demo.tapp'"},
+      {"open what the user does not choose", kDemo, "ProjectOpen", NullableText(), false, "0",
+       "*'/data/demo/demo.tapp'"},
+      {"open a folder", kDemo, "ProjectOpen", "/p", false, "0", "*'/data/demo/demo.tapp'"},
+      {"refused open", kDemo, "ProjectOpen", kDefault, true, "0", "'/p/demo.tapp'"},
+      {"close", kDemo, "ProjectClose", {}, false, "1", "*'/data/demo/demo.tapp'"},
+      {"close the default", kDefault, "ProjectClose", {}, false, "0", "*''"},
+      {"refused close", kDemo, "ProjectClose", {}, true, "0", "'/p/demo.tapp'"},
+      {"new", kDemo, "ProjectNew", "/p/new.tprj", false, "1", "''"},
+      {"new without the wizard", kDemo, "ProjectNew", NullableText(), false, "0",
+       "*'/data/demo/demo.tapp'"},
+      {"new over one that the user wants to keep", kDefault, "ProjectNew", kDemo, false, "0",
+       "*'/data/demo/demo.tapp'"},
+      {"refused new", kDemo, "ProjectNew", "/p/new.tprj", true, "0", "'/p/demo.tapp'"},
+      {"save", kDemo, "ProjectSave", {}, false, "1", "'/p/demo.tapp'"},
+      {"refused save", kDemo, "ProjectSave", {}, true, "1", "'/p/demo.tapp'"},
+  };
+  for (const auto& row : rows) {
+    ManagerWorld fresh;
+    fresh.AddDemo();
+    fresh.AddDefaultProject();
+    ASSERT_EQ(fresh.Init(), "1");
+    if (row.first != nullptr) {
+      ASSERT_EQ(fresh.Call("ProjectOpen", {row.first}), "1") << row.name;
+    }
+    if (row.refuses) fresh.host.answers[kMsgProjectClosing] = 0;
+    const bool takesPath =
+        std::string(row.method) == "ProjectOpen" || std::string(row.method) == "ProjectNew";
+    EXPECT_EQ(takesPath ? fresh.Call(row.method, {row.path}) : fresh.Call(row.method), row.answer)
+        << row.name;
+    const std::string star = fresh.Call("EnableCommand", {0x8112}) == "0" ? "*" : "";
+    EXPECT_EQ(star + fresh.Call("GetSelectedApplication"), row.open) << row.name;
+    EXPECT_EQ(fresh.Call("EnableCommand", {0x8115}), "1") << row.name;
+    EXPECT_NE(fresh.disk.BytesOf("/p/demo.tapp"), std::nullopt) << row.name;
+  }
+}
+
+TEST_F(ProjectCalls, WithoutADefaultProjectAFailedOpenLeavesNothingOpenAndTheNextOneWorks) {
+  world.disk.Erase(kDefault);
+  EXPECT_EQ(world.Call("ProjectOpen", {"/p/none.tprj"}), "0");
+  EXPECT_EQ(world.Call("GetSelectedApplication"), "''");
+  EXPECT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
+  EXPECT_EQ(Open(), "'/p/demo.tapp'");
+}
+
+TEST_F(ProjectCalls, AProjectThatWasClosedCanBeOpenedAgain) {
+  EXPECT_EQ(world.Call("ProjectOpen", {kDefault}), "1");
+  EXPECT_EQ(world.Call("ProjectClose"), "0");
+  EXPECT_EQ(world.Call("ProjectOpen", {kDefault}), "1");
+  EXPECT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
+  EXPECT_EQ(world.Call("ProjectNew", {"/p/new.tprj"}), "1");
+  EXPECT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
+  EXPECT_EQ(Open(), "'/p/demo.tapp'");
+}
+
+TEST_F(ProjectCalls, TheHostIsAskedBeforeTheFirstOpenToo) {
+  world.TakeLines();
+  world.host.answers[kMsgProjectClosing] = 0;
+  EXPECT_EQ(world.Call("ProjectOpen", {kDemo}), "0");
+  EXPECT_THAT(world.TakeLines(), ElementsAre("0x8016 \"\" 0"));
+}
+
+TEST_F(ProjectCalls, AHostThatOpensAnotherProjectInsideAMessageGetsThatOne) {
+  world.disk.AddFile("/p/none.tprj", "<Project");
+  world.host.actions[kMsgProjectOpened] = [&] {
+    world.host.actions.clear();
+    EXPECT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
+  };
+  EXPECT_EQ(world.Call("ProjectOpen", {kDefault}), "0");
+  EXPECT_EQ(Open(), "'/p/demo.tapp'");
+}
+
+TEST_F(ProjectCalls, SettingsReachThePropertyManagerAsTheyCameWithNothingOpen) {
+  const struct {
+    const char* method;
+    std::vector<Variant> arguments;
+    const char* recorded;
+    const char* answer;
+  } rows[] = {
+      {"GetPropertyValue", {"C", "Build", "Tool"}, "GetPropertyValue C Build Tool", "'cc'"},
+      {"GetPropertyValue", {nullptr, "", "Tool"}, "GetPropertyValue null \"\" Tool", "''"},
+      {"GetPropertyStringValue",
+       {"C", "Build", "Tool"},
+       "GetPropertyStringValue C Build Tool",
+       "'cc'"},
+      {"SetPropertyValue",
+       {"C", "Build", "Tool", nullptr},
+       "SetPropertyValue C Build Tool null",
+       "1"},
+      {"EnableProperty", {"C", "Build", "Tool", -3}, "EnableProperty C Build Tool -3", "1"},
+      {"HideProperty", {"C", "Build", "Tool", 1}, "HideProperty C Build Tool 1", "1"},
+      {"HideProperty", {"C", "Build", "", 0}, "HideSection C Build 0", "1"},
+      {"HideProperty", {"C", "Build", nullptr, 1}, "HideSection C Build 1", "1"},
+      {"HideProperty", {"C", nullptr, "", 1}, "HideSet C 1", "1"},
+      {"HideProperty", {nullptr, nullptr, nullptr, 1}, "HideSet null 1", "1"},
+      {"HideProperty", {"C", "", "Tool", 1}, "HideProperty C \"\" Tool 1", "1"},
+      {"ReadDefsFromFile", {"C", "x.options"}, "ReadDefsFromFile C x.options", "1"},
+      {"ReadDefsFromFile", {nullptr, nullptr}, "ReadDefsFromFile null null", "1"},
+      {"UpdateCurNodeConfig", {"C", "/p/demo.tprj"}, "ReadDefsFromFile C /p/demo.tprj", "1"},
+      {"UpdateCurNodeConfig", {"C", "x.options"}, "ReadDefsFromFile C /app/config/x.options", "1"},
+      {"ReadConfigFromFile",
+       {"Debug", "C", "", "", "x.options"},
+       "ReadConfigFromFile Debug C \"\" \"\" /app/config/x.options",
+       "1"},
+      {"ReadConfigFromFile",
+       {"Debug", "C", "", "", "/p/demo.tprj"},
+       "ReadConfigFromFile Debug C \"\" \"\" /p/demo.tprj",
+       "1"},
+      {"ReadConfigFromFile",
+       {"Debug", "C", "S", "P", nullptr},
+       "ReadConfigFromFile Debug C S P null",
+       "1"},
+      {"ReadConfigFromFile",
+       {"Debug", "C", "S", "P", ""},
+       "ReadConfigFromFile Debug C S P /app/config/",
+       "1"},
+      {"GetCurConfig",
+       {},
+       "GetConfigText Standard \"\" \"\" \"\"",
+       "'<Opt Header=\"Standard\" />'"},
+  };
+  world.components.Properties().defaults["C.Build.Tool"] = "cc";
+  for (const auto& row : rows) {
+    world.components.Properties().TakeCalls();
+    DispatchId id = 0;
+    Variant result;
+    ASSERT_TRUE(world.manager->GetIDsOfNames(row.method, id));
+    const DispatchResult outcome = world.manager->Invoke(id, row.arguments, result);
+    EXPECT_EQ(Show(outcome, result), row.answer) << row.recorded;
+    EXPECT_THAT(world.components.Properties().TakeCalls(), ElementsAre(row.recorded));
+  }
+}
+
+TEST_F(ProjectCalls, ASavedValueReachesTheProjectAndASetOneDoesNot) {
+  ASSERT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
+  ASSERT_EQ(world.Call("SelectNode", {".\\main.c"}), "1");
+  const std::string before = *world.disk.BytesOf("/p/demo.tapp");
+  EXPECT_EQ(world.Call("SetPropertyValue", {"C", "Build", "Tool", "cc"}), "1");
+  EXPECT_EQ(world.Call("ProjectSave"), "1");
+  EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), before);
+  ASSERT_EQ(world.Call("SelectNode", {".\\main.c"}), "1");
+  EXPECT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Tool", "cc"}), "1");
+  EXPECT_EQ(world.Call("ProjectSave"), "1");
+  EXPECT_NE(world.disk.BytesOf("/p/demo.tapp")->find("Header=\"Tool\""), std::string::npos);
+  ASSERT_EQ(world.Call("SelectNode", {".\\main.c"}), "1");
+  EXPECT_EQ(world.Call("ResetPropertyValue", {"", "Build", "Tool"}), "1");
+  EXPECT_EQ(world.Call("ProjectSave"), "1");
+  EXPECT_EQ(world.disk.BytesOf("/p/demo.tapp")->find("Header=\"Tool\""), std::string::npos);
+}
+
+TEST_F(ProjectCalls, TheActiveApplicationAnswersForItsFiles) {
+  ASSERT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
+  EXPECT_EQ(world.Call("GetSelectedDBI"), "'/p/demo.dbi'");
+  EXPECT_EQ(world.Call("SelectApplication", {"nobody"}), "1");
+  EXPECT_EQ(world.Call("SelectApplication", {nullptr}), "1");
+  EXPECT_EQ(world.Call("SelectNode", {nullptr}), "1");
+  EXPECT_EQ(world.Call("GetSelectedApplication"), "'/p/demo.tapp'");
+}
+
+TEST_F(ProjectCalls, AScriptIsHandedOverWholeOrNotAtAll) {
+  world.disk.AddFile("/p/a.lua", "one\r\ntwo");
+  world.disk.AddFile("/p/damaged.lua", "x");
+  world.disk.FailOn("read", "/p/damaged.lua", ErrorCode::Io);
+  world.TakeLines();
+  EXPECT_EQ(world.Call("ExecuteScript", {"/p/a.lua"}), "1");
+  EXPECT_THAT(world.TakeLines(), ElementsAre("0x8009 one\r\ntwo 0"));
+  EXPECT_EQ(world.Call("ExecuteScript", {"/p/damaged.lua"}), "1");
+  for (const Variant& none :
+       {Variant("/p/none.lua"), Variant(""), Variant(nullptr), Variant("/p")}) {
+    EXPECT_EQ(world.Call("ExecuteScript", {none}), "0");
+  }
+  EXPECT_TRUE(world.host.lines.empty());
+}
+
+}  // namespace
+}  // namespace tarn::test
