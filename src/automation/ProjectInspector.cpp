@@ -237,7 +237,8 @@ std::int32_t CProjectInspector::SelectNodeByKey(const char* key) {
   if (model == nullptr || key == nullptr || *key == '\0') return 0;
   CXmlNode& root = model->GetProjectRoot();
   CXmlNode* found = nullptr;
-  const std::string folders[] = {FileSystem::Native().CurrentFolder(), model->GetProjectFolder()};
+  const std::string folders[] = {static_cast<CProjectManager*>(manager.Get())->GetCurrentFolder(),
+                                 model->GetProjectFolder()};
   for (const bool exactly : {true, false}) {
     for (const std::string& folder : folders) {
       std::string path;

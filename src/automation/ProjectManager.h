@@ -34,7 +34,7 @@ struct CommandRow;
 // Counted; destroyed at its final release. A host calls Init first, from the thread that all other
 // calls come from too, and Clean in front of its last Release: until Clean the object holds itself,
 // so that whoever finds it in the running object table finds it alive. Before Init every other call
-// gives 0 or an empty text.
+// does nothing and gives what it gives when there is nothing to do.
 class CProjectManager : public DispatchObject<CProjectManager> {
  public:
   static constexpr const char* kProgId = "TarnProjectManager.ProjectManager";
@@ -54,6 +54,8 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   // Null until Init has made it.
   CProjectModel* GetModel() { return model.get(); }
   CPropertyManagerDriver* GetPropertyManager() { return propertyManager.get(); }
+  // The folder that relative names of a caller mean.
+  std::string GetCurrentFolder() const { return platform.files.CurrentFolder(); }
 
   // --- The dispatch methods; 1 for success and 0 for failure unless told otherwise ---
 

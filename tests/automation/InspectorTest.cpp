@@ -1,0 +1,152 @@
+// The read-only companion of the manager.
+
+#include <gtest/gtest.h>
+
+#include "automation/ManagerWorld.h"
+#include "automation/ProjectInspector.h"
+
+namespace tarn::test {
+namespace {
+
+class Inspector : public ::testing::Test {
+ protected:
+  Inspector() : object(DispatchPtr::Adopt(new CProjectInspector)) {
+    world.AddDemo();
+    world.disk.AddFile("/p/demo.tapp",
+                       "<Application Header=\"demo\" Extern=\".\\demo.tapp\" "
+                       "Path=\".\\demo.tapp\" ><Group Header=\"src\" ><C Header=\"main.c\" "
+                       "Path=\".\\src\\main.c\" Custom=\"kept\" /></Group></Application>");
+    world.components.Properties().defaults = {{"C.Build.TranslateTool", "cc"},
+                                              {"C.Build.OutputFile", "/p/main.o"}};
+    EXPECT_EQ(world.Init(), "1");
+  }
+
+  std::string Ask(DispatchId id, std::initializer_list<Variant> arguments = {}) {
+    Variant result;
+    const DispatchResult outcome =
+        object->Invoke(id, {arguments.begin(), arguments.size()}, result);
+    return Show(outcome, result);
+  }
+  void Open() {
+    ASSERT_EQ(Ask(1, {world.manager}), "1");
+    ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+    ASSERT_EQ(Ask(2), "1");
+  }
+
+  ManagerWorld world;
+  DispatchPtr object;
+};
+
+TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
+  const struct {
+    const char* name;
+    DispatchId id;
+    std::vector<Variant> arguments;
+    const char* bare;  // without a manager
+    const char* idle;  // with one that has nothing open
+  } rows[] = {
+      {"PublishAll", 2, {}, "0", "1"},
+      {"GetTree", 3, {}, "''", "'\r\n<Project/>'"},
+      {"GetStatus", 4, {}, "''", "'\r\n<Status/>'"},
+      {"GetBuildInputs", 5, {}, "''", "''"},
+      {"GetToolInput", 6, {"demo", "/p/main.o"}, "''", "''"},
+      {"GetPropertyManager", 7, {}, "object", "object"},
+      {"SelectNodeByKey", 8, {"main.c"}, "0", "0"},
+      {"ExplainOption", 9, {"C", "Build", "Tool"}, "''", "'\r\n<Option Node=\"\" Value=\"\" />'"},
+  };
+  ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
+  for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
+    EXPECT_EQ(Ask(1, {other}), "0");
+  }
+  ManagerWorld uninitialised;
+  for (const bool hasManager : {false, true}) {
+    if (hasManager) {
+      EXPECT_EQ(Ask(1, {uninitialised.manager}), "1");
+    }
+    for (const auto& row : rows) {
+      DispatchId id = 0;
+      EXPECT_TRUE(object->GetIDsOfNames(row.name, id));
+      EXPECT_EQ(id, row.id);
+      Variant result;
+      const DispatchResult outcome = object->Invoke(row.id, row.arguments, result);
+      EXPECT_EQ(Show(outcome, result), row.bare) << row.name;
+    }
+  }
+  ASSERT_EQ(Ask(1, {world.manager}), "1");
+  for (const auto& row : rows) {
+    Variant result;
+    const DispatchResult outcome = object->Invoke(row.id, row.arguments, result);
+    EXPECT_EQ(Show(outcome, result), row.idle) << row.name;
+  }
+}
+
+TEST_F(Inspector, LooksAtEverythingAndChangesNothing) {
+  Open();
+  const std::vector<std::string> files = world.disk.AllFiles();
+  const std::string application = *world.disk.BytesOf("/p/demo.tapp");
+  const std::string current = world.Call("GetSelectedApplication");
+  EXPECT_NE(Ask(3).find("<C Header=\"main.c\" Path=\"/p/src/main.c\" Custom=\"kept\""),
+            std::string::npos)
+      << Ask(3);
+  EXPECT_EQ(Ask(3).find("Values"), std::string::npos);
+  EXPECT_NE(Ask(4).find("Reason=\"output-missing\""), std::string::npos) << Ask(4);
+  const std::string inputs = Ask(5);
+  EXPECT_EQ(inputs.substr(0, 10), "'A demo\nN ") << inputs;
+  EXPECT_NE(inputs.find(" /p/main.o\n"), std::string::npos) << inputs;
+  EXPECT_EQ(Ask(5), inputs);
+  EXPECT_NE(Ask(6, {"DEMO", "/p/main.o"}).find("Tool=\"cc\""), std::string::npos);
+  EXPECT_EQ(Ask(6, {"other", "/p/main.o"}) + Ask(6, {nullptr, nullptr}), "''''");
+  EXPECT_NE(Ask(9, {"", "Build", "TranslateTool"}).find("<Option"), std::string::npos);
+  EXPECT_FALSE(world.Manager().GetModel()->IsModified());
+  EXPECT_EQ(world.Call("ProjectSave"), "1");
+  EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), application);
+  EXPECT_EQ(world.disk.AllFiles(), files);
+  EXPECT_EQ(world.Call("GetSelectedApplication"), current);
+}
+
+TEST_F(Inspector, FindsANodeByAnyOfItsNames) {
+  world.disk.AddFolder("/p/src");
+  const struct {
+    const char* folder;  // that is current
+    Variant key;
+    const char* answer;
+    const char* selected;
+  } rows[] = {
+      {"/p", "/p/src/main.c", "1", "main.c"},
+      {"/", "src/main.c", "1", "main.c"},
+      {"/p/src", "main.c", "1", "main.c"},
+      {"/", "MAIN.C", "1", "main.c"},
+      {"/p", "./src/../src/main.c", "1", "main.c"},
+      {"/p/src", "../demo.tapp", "1", "demo"},
+      {"/", "SRC", "1", "src"},
+      {"/", "none", "0", "demo"},
+      {"/", "", "0", "demo"},
+      {"/", nullptr, "0", "demo"},
+  };
+  Open();
+  for (const auto& row : rows) {
+    ASSERT_EQ(world.Call("SelectApplication", {"demo"}), "1");
+    world.disk.SetCurrentFolder(row.folder);
+    const std::string key = row.key.AsText().value_or("null");
+    EXPECT_EQ(Ask(8, {row.key}), row.answer) << key;
+    const CXmlNode* node = world.Manager().GetModel()->GetCurrentNode();
+    EXPECT_STREQ(node->GetAttrValue("Header"), row.selected) << key;
+  }
+}
+
+TEST_F(Inspector, TellsWhereAValueIsStored) {
+  Open();
+  ASSERT_EQ(Ask(8, {"src"}), "1");
+  ASSERT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Flag", "group"}), "1");
+  ASSERT_EQ(Ask(8, {"main.c"}), "1");
+  ASSERT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Flag", "own"}), "1");
+  const std::string told = Ask(9, {"", "Build", "Flag"});
+  const std::size_t group = told.find("<From Kind=\"group\" Header=\"src\" Config=\"Standard\"");
+  const std::size_t own = told.find("<From Kind=\"node\" Header=\"main.c\" Config=\"Standard\"");
+  EXPECT_LT(group, own) << told;
+  EXPECT_NE(own, std::string::npos) << told;
+  EXPECT_NE(told.find("<Option Node=\"main.c\" Value=\"own\""), std::string::npos) << told;
+}
+
+}  // namespace
+}  // namespace tarn::test
