@@ -34,6 +34,11 @@ bool FitsIntoChoice(std::string_view text) {
   return depth == 0;
 }
 
+// The value can stand in front of the equal sign there, and means itself.
+bool CanChoose(std::string_view value) {
+  return value != "*" && value.find_first_of(";=()") == std::string_view::npos;
+}
+
 // The last property of a text that broke off: it may lack what stood behind the fault.
 bool DropLastProperty(CXmlNode& node) {
   for (int i = node.GetChildCount(); i-- > 0;) {
@@ -229,6 +234,11 @@ void DefinitionReader::ReadDefault(const CXmlNode& node, PropertyDefinition& pro
   if (!ParseCondition(when, chosen.when) || chosen.when.negated) {
     return Report("Default with When \"" + when + "\": Section.Property=value is wanted");
   }
+  if (!std::all_of(chosen.when.values.begin(), chosen.when.values.end(), CanChoose)) {
+    return Report(
+        "Default with When \"" + when +
+        "\": a value of it may not be * and hold no semicolon, equal sign or parenthesis");
+  }
   chosen.value = AttributeOf(node, "Value");
   if (!FitsIntoChoice(chosen.value)) {
     return Report("Default \"" + chosen.value +
@@ -258,8 +268,14 @@ void DefinitionReader::CheckAttributes(const CXmlNode& node, std::string_view kn
   }
 }
 
-void DefinitionReader::CheckDefault(const std::string& set, const PropertyDefinition& property) {
+void DefinitionReader::CheckDefault(const std::string& set, PropertyDefinition& property) {
   const std::string where = "set " + set + ", " + property.section + "." + property.name + ": ";
+  if (!property.conditionalDefaults.empty() && !FitsIntoChoice(property.defaultText)) {
+    ReportFor(property.origin, where + "Default \"" + property.defaultText +
+                                   "\" beside one under a condition may hold no semicolon and no "
+                                   "lone parenthesis");
+    property.conditionalDefaults.clear();
+  }
   if (property.type == ValueType::Choice && property.choices.empty()) {
     ReportFor(property.origin, where + "a choice without any Choice");
   }

@@ -42,7 +42,7 @@ class DefinitionReader {
   void ReadCondition(const CXmlNode& node, std::string_view attribute, Condition& condition);
   void ReadDefault(const CXmlNode& node, PropertyDefinition& property);
   void ReadChoice(const CXmlNode& node, PropertyDefinition& property);
-  void CheckDefault(const std::string& set, const PropertyDefinition& property);
+  void CheckDefault(const std::string& set, PropertyDefinition& property);
   void CheckAttributes(const CXmlNode& node, std::string_view known);
   void Report(std::string_view what);
   void ReportFor(const std::string& path, std::string_view what);

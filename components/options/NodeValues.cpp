@@ -136,8 +136,9 @@ void NodeValues::Apply(std::string_view forConfig, std::string_view text) {
   const std::uint64_t mark = MarkFor(*options, forConfig);
   const std::size_t place = applied.size();
   applied.push_back(mark);
-  if (place < below->applied.size() && below->applied[place] == mark) return;
+  // Also those that are inherited: they hold the values of other configurations.
   appliedOptions.push_back(options);
+  if (place < below->applied.size() && below->applied[place] == mark) return;
   ApplySome(*options, forConfig, {}, {}, {});
 }
 
@@ -252,6 +253,16 @@ FoundValue NodeValues::FindRaw(std::string_view set, std::string_view section,
   return {};
 }
 
+SetId NodeValues::AnsweringSet(std::string_view set, PropertyId id) {
+  if (!set.empty()) return keys.FindSet(set);
+  Settle();
+  if (Look(ownSet, id, OwnLayer).found) return ownSet;
+  for (const SetId outer : below->sets) {
+    if (Look(outer, id, OwnLayer).found) return outer;
+  }
+  return ownSet;
+}
+
 FoundValue NodeValues::FindBelow(std::uint64_t id) const {
   const std::uint64_t place = id - 1;
   return Look(static_cast<SetId>(place >> 34), static_cast<PropertyId>((place >> 2) & 0xFFFFFFFFU),
@@ -296,7 +307,7 @@ Origin NodeValues::GetOrigin(std::string_view set, std::string_view section,
   Settle();
   const PropertyId id = keys.FindProperty(section, property);
   if (id == 0) return Origin::None;
-  const SetId setId = SetOf(set);
+  const SetId setId = AnsweringSet(set, id);
   const KeyId key = keys.FindKey(setId, id);
   if (FindOwn(key) != nullptr) return Origin::Own;
   if (FindInherited(key) != nullptr) return Origin::Inherited;

@@ -72,6 +72,8 @@ class NodeValues : private MacroSource {
   // The raw own value; false when there is none.
   bool GetOwn(std::string_view set, std::string_view section, std::string_view property,
               std::string& value);
+  // The set whose value answers for the property: `set`, or where a search without one ends.
+  SetId AnsweringSet(std::string_view set, PropertyId id);
   Origin GetOrigin(std::string_view set, std::string_view section, std::string_view property);
   bool Holds(const Condition& condition);
 

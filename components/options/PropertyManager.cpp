@@ -173,9 +173,8 @@ void PropertyManager::NoteError(std::string_view name, std::string_view error) {
 std::string PropertyManager::GetPropertyStringValue(const char* set, const char* section,
                                                     const char* property) {
   std::string value = GetPropertyValue(set, section, property);
-  const std::string ownSet = View(set).empty() ? values.OwnSet() : TextOf(set);
-  const PropertyDefinition* definition =
-      definitions.Find(keys.FindSet(ownSet), keys.FindProperty(View(section), View(property)));
+  const PropertyId id = keys.FindProperty(View(section), View(property));
+  const PropertyDefinition* definition = definitions.Find(values.AnsweringSet(View(set), id), id);
   return definition == nullptr ? value : DisplayText(*definition, value);
 }
 

@@ -17,7 +17,7 @@ std::optional<std::int64_t> ReadNumber(std::string_view text) {
   std::int64_t number = 0;
   const char* const end = text.data() + text.size();
   const auto [stop, failed] = std::from_chars(text.data(), end, number, isHex ? 16 : 10);
-  if (failed != std::errc() || stop != end || (isHex && number < 0)) return {};
+  if (failed != std::errc() || stop != end || (isHex && text.front() == '-')) return {};
   return number;
 }
 
@@ -82,7 +82,7 @@ std::string DisplayText(const PropertyDefinition& property, std::string_view val
   for (const Choice& choice : property.choices) {
     if (EqualNoCase(choice.value, value)) return choice.label;
   }
-  if (property.type == ValueType::YesNo && !EqualNoCase(value, "Yes")) return "No";
+  if (property.type == ValueType::YesNo) return EqualNoCase(value, "Yes") ? "Yes" : "No";
   return std::string(value);
 }
 

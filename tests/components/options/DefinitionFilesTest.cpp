@@ -36,6 +36,19 @@ TEST(DefinitionFilesTest, AFaultIsToldAndCostsThatDefinitionOnly) {
        Set("<Property Header=\"X\"><Default When=\"A.B=1\" Value=\"x;y\" /></Property>"),
        "set C, A.X: Default \"x;y\" under a condition may hold no semicolon and no lone "
        "parenthesis"},
+      {"default with semicolon beside one with a condition",
+       Set("<Property Header=\"X\" Default=\"x;y\"><Default When=\"A.B=1\" Value=\"x\" "
+           "/></Property>"),
+       "set C, A.X: Default \"x;y\" beside one under a condition may hold no semicolon and no lone "
+       "parenthesis"},
+      {"condition that cannot choose",
+       Set("<Property Header=\"X\"><Default When=\"A.B=1,x;y\" Value=\"x\" /></Property>"),
+       "set C, A.X: Default with When \"A.B=1,x;y\": a value of it may not be * and hold no "
+       "semicolon, equal sign or parenthesis"},
+      {"condition on any value",
+       Set("<Property Header=\"X\"><Default When=\"A.B=*\" Value=\"x\" /></Property>"),
+       "set C, A.X: Default with When \"A.B=*\": a value of it may not be * and hold no "
+       "semicolon, equal sign or parenthesis"},
       {"choice without choices", Set("<Property Header=\"X\" Type=\"choice\" />"),
        "set C, A.X: a choice without any Choice"},
       {"default that is no choice",
@@ -59,6 +72,29 @@ TEST(DefinitionFilesTest, AFaultIsToldAndCostsThatDefinitionOnly) {
         << row.name;
     EXPECT_EQ(rig.Get("C", "A", "Good"), "ok") << row.name;
   }
+}
+
+TEST(DefinitionFilesTest, APropertyStartsFromWhatWasSaidOfAllSets) {
+  const std::string every =
+      "<Set Header=\"*\"><Section Header=\"A\"><Property Header=\"P\" Type=\"yesno\" "
+      "Default=\"No\" /></Section></Set>";
+  const std::string own =
+      "<Set Header=\"C\"><Section Header=\"A\"><Property Header=\"P\" Default=\"Yes\" "
+      "/></Section></Set>";
+  for (const bool first : {true, false}) {
+    OptionsRig rig(first ? every + own : own + every);
+    EXPECT_EQ(rig.Get("C", "A", "P") + rig.Get("H", "A", "P"), "YesNo");
+    const std::string type = first ? "Type=\"yesno\"" : "Type=\"text\"";
+    EXPECT_NE(rig.driver.InvokeText(100, {"C"}).find(type), std::string::npos) << first;
+  }
+}
+
+// A default that cannot be one choice of several must not be cut off in silence.
+TEST(DefinitionFilesTest, ADefaultOfSeveralTextsStaysWhole) {
+  OptionsRig rig(
+      Set("<Property Header=\"X\" Type=\"list\" Default=\"x;y\">"
+          "<Default When=\"A.Good=ok\" Value=\"z\" /></Property>"));
+  EXPECT_EQ(rig.Get("C", "A", "X"), "x;y");
 }
 
 TEST(DefinitionFilesTest, IncludedFilesExtendWhatStandsThere) {
