@@ -152,7 +152,7 @@ std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
   model->views.StopStepTimer();
   propertyManager->EndUpdate();
   platform.files.SetCurrentFolder(model->GetProjectFolder());
-  const auto answer = static_cast<std::int32_t>(model->SendHost(kMsgBuildStarting, 0, 0));
+  const std::intptr_t answer = model->SendHost(kMsgBuildStarting, 0, 0);
   if (answer == 0) {
     // Publishing stopped for a build that does not come.
     const bool hasTimer = model->IsOpen() && !model->IsDefaultProject();
@@ -163,7 +163,9 @@ std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
   output->ResetLog();
   output->UpdateReport();
   propertyManager->BeginUpdate();
-  return answer;
+  // An answer is wider than a result, and only one of 0 may become a refusal.
+  const auto result = static_cast<std::int32_t>(answer);
+  return result == 0 ? 1 : result;
 }
 
 std::int32_t CProjectManager::EpilogCommand(std::uint32_t id) {

@@ -169,6 +169,22 @@ TEST(Init, DoesItsStepsInOrder) {
   }
 }
 
+TEST(Init, ComponentsGetTheFoldersAsTheyCame) {
+  for (const bool isNull : {true, false}) {
+    ManagerWorld world;
+    world.disk.AddFile(CanonicalPath(ModuleFolder() + "/../config/projectmanager.config"),
+                       ManagerWorld::Configuration());
+    const Variant folder = isNull ? Variant(NullableText()) : Variant("");
+    const std::string shown = isNull ? "null" : "\"\"";
+    ASSERT_EQ(world.Call("Init", {folder, folder, 0}), "1");
+    EXPECT_THAT(world.components.Tools().Calls(),
+                ElementsAre("InitTools " + shown + " " + shown + " 0"));
+    EXPECT_EQ(world.components.Properties().Calls().front(),
+              "InitOptions " + ModuleFolder() + "/../ " + shown + " 0 1");
+    EXPECT_EQ(world.disk.CurrentFolder(), "/");
+  }
+}
+
 TEST(Init, AFailedStepLeavesNothingBehindItAndCanBeToldByWhatWasDone) {
   const struct {
     const char* name;

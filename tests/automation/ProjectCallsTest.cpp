@@ -111,6 +111,38 @@ TEST_F(ProjectCalls, TheHostIsAskedBeforeTheFirstOpenToo) {
   EXPECT_THAT(world.TakeLines(), ElementsAre("0x8016 \"\" 0"));
 }
 
+TEST_F(ProjectCalls, OnlyAnAnswerOfZeroRefuses) {
+  const struct {
+    std::intptr_t answer;
+    const char* close;
+    const char* build;
+  } rows[] = {{0, "0", "0"}, {1, "1", "1"}, {-1, "1", "-1"}, {std::intptr_t{1} << 40, "1", "1"}};
+  for (const auto& row : rows) {
+    ASSERT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
+    world.host.answers = {{kMsgBuildStarting, row.answer}, {kMsgProjectClosing, row.answer}};
+    EXPECT_EQ(world.Call("PrologCommand", {0x8112}), row.build) << row.answer;
+    EXPECT_EQ(world.Call("EpilogCommand", {0x8112}), "1") << row.answer;
+    EXPECT_EQ(world.Call("ProjectClose"), row.close) << row.answer;
+    world.host.answers.clear();
+    world.Call("ProjectClose");
+  }
+}
+
+TEST_F(ProjectCalls, ToolsRunOnlyWhileTheHostHasAToolManager) {
+  world.components.Properties().defaults = {{"C.Build.TranslateTool", "cc"},
+                                            {"C.Build.OutputFile", "/p/main.o"}};
+  ASSERT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
+  const DispatchPtr tools(&world.components.Tools());
+  const std::uint32_t references = ManagerWorld::ReferencesTo(*tools.Get());
+  EXPECT_EQ(world.Call("ProjectBuild"), "0");
+  EXPECT_EQ(world.Call("InitToolManager", {tools}), "1");
+  EXPECT_EQ(ManagerWorld::ReferencesTo(*tools.Get()), references);
+  EXPECT_EQ(world.Call("ProjectBuild"), "1");
+  EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
+  EXPECT_EQ(world.Call("InitToolManager", {DispatchPtr()}), "1");
+  EXPECT_EQ(world.Call("ProjectBuild"), "0");
+}
+
 TEST_F(ProjectCalls, AHostThatOpensAnotherProjectInsideAMessageGetsThatOne) {
   world.disk.AddFile("/p/none.tprj", "<Project");
   world.host.actions[kMsgProjectOpened] = [&] {
