@@ -115,6 +115,7 @@ std::string CProjectManager::ReadRegistryValue(const char* key, const char* name
 
 std::string CProjectManager::ReadIniValue(const char* section, const char* key,
                                           const char* iniPath) {
+  if (!model) return {};
   const Result<std::string> text = platform.files.ReadWholeFile(TextOf(iniPath));
   if (!text || section == nullptr || key == nullptr) return {};
   std::string value = IniFile(*text).Read(section, key).value_or(std::string());
@@ -125,6 +126,7 @@ std::string CProjectManager::ReadIniValue(const char* section, const char* key,
 // A null value takes the key away, a null key the whole section.
 std::int32_t CProjectManager::WriteIniValue(const char* section, const char* key, const char* value,
                                             const char* iniPath) {
+  if (!model) return 0;
   const std::string path = TextOf(iniPath);
   if (path.empty() || section == nullptr) return 1;
   GetFileAccessStatus(platform.files, path, kMustBeWritable | kCreateFolder);
@@ -140,7 +142,7 @@ std::int32_t CProjectManager::WriteIniValue(const char* section, const char* key
     isWritten = store.Write(section, key, value);
   }
   const bool isSaved = isWritten && platform.files.WriteWholeFile(path, store.ToText());
-  if (!isSaved && output) output->WriteMessage(kRowCannotSave, {path});
+  if (!isSaved) output->WriteMessage(kRowCannotSave, {path});
   return 1;
 }
 
