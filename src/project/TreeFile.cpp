@@ -15,6 +15,26 @@ namespace tarn {
 
 namespace {
 
+// Behind the remarks in front of the root, which the reader would hand to the parent.
+const char* SkipRemarks(const std::string& text) {
+  std::size_t start = 0;
+  while (true) {
+    const std::size_t next = text.find_first_not_of(" \t\r\n", start);
+    if (next == text.npos || text.compare(next, 4, "<!--") != 0) break;
+    const std::size_t end = text.find("-->", next);
+    if (end == text.npos) break;
+    start = end + 3;
+  }
+  return text.c_str() + start;
+}
+
+// Nothing stands in front of the root's own tag, such as a comment, which would not be written
+// back.
+bool BeginsWith(std::string_view text, const CXmlNode& root) {
+  text = Trim(text);
+  return text.starts_with('<') && text.substr(1).starts_with(root.NameView());
+}
+
 // The text ended with the root's own closing tag, or the root is an empty element. Where it did
 // not, the file was cut and what stood behind the cut is not in the tree.
 bool IsClosed(std::string_view text, const CXmlNode& root) {
@@ -25,6 +45,43 @@ bool IsClosed(std::string_view text, const CXmlNode& root) {
   const std::string_view tag = Trim(text.substr(0, text.size() - 1));
   if (tag.size() < name.size() + 2 || tag.substr(tag.size() - name.size()) != name) return false;
   return tag.substr(tag.size() - name.size() - 2, 2) == "</";
+}
+
+// An element as the file that names its own file has it. What the own file does not say of its
+// place in the project is kept, or a damaged file would take the reference to itself away.
+class BareElement {
+ public:
+  explicit BareElement(const CXmlNode& node) : name(node.GetName()) {
+    for (const CXmlAttr& each : node.Attributes()) {
+      attributes.emplace_back(each.GetName(), each.GetValue());
+    }
+  }
+
+  void Complete(CXmlNode& node, bool isWhole, const NodeTypes& types) const {
+    if (!isWhole && (types.FlagsOf(node) & kTypeExtern) == 0) node.SetName(name);
+    for (const auto& [attribute, value] : attributes) {
+      const bool isFile = attribute == "Extern";
+      const char* present = node.GetAttrValue(attribute);
+      const bool isMissing = present == nullptr || (isFile && *present == '\0');
+      if (isMissing && (isFile || !isWhole)) node.SetAttrValue(attribute, value);
+    }
+  }
+
+ private:
+  std::string name;
+  std::vector<std::pair<std::string, std::string>> attributes;
+};
+
+// Cached values are no part of a file; a node that came with some would never be published.
+void DropStoredValues(CXmlNode& node) {
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    CXmlNode* child = node.GetChild(i);
+    if (child->GetType() == XmlCData) {
+      node.RemoveChild(child);
+    } else if (IsContentNode(*child)) {
+      DropStoredValues(*child);
+    }
+  }
 }
 
 }  // namespace
@@ -115,17 +172,23 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   if (!text) {
     if (text.GetError().code == ErrorCode::Io) {
       guard.NoteRead(absolute, {}, true);
+      // The root still has the attributes of the project before.
+      if (&node == projectRoot.get()) node.Clear();
       return 1;
     }
     output->WriteMessage(kRowCannotRead, {absolute});
     return 0;
   }
+  const BareElement bare(node);
   node.SetValue("");
-  const char* end = node.Load(text->c_str(), g_xmlParseInfo);
+  const char* end = node.Load(SkipRemarks(*text), g_xmlParseInfo);
   const bool isWellFormed = end != nullptr;
-  const bool isWhole = isWellFormed && text->find('\0') == std::string::npos &&
-                       IsClosed(*text, node) && Trim(end).empty();
+  const bool holdsValues = text->find("<![CDATA[") != std::string::npos;
+  const bool isWhole = isWellFormed && !holdsValues && text->find('\0') == std::string::npos &&
+                       BeginsWith(*text, node) && IsClosed(*text, node) && Trim(end).empty();
   guard.NoteRead(absolute, *text, !isWhole);
+  if (holdsValues) DropStoredValues(node);
+  if (&node != projectRoot.get()) bare.Complete(node, isWhole, types);
   if (!isWellFormed) output->WriteMessage(kRowMalformedXml);
   return treeEpoch == epoch ? 1 : 0;
 }
@@ -240,6 +303,18 @@ std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, CXmlNode* child,
 
 void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending) {
   for (const std::size_t part : file.parts) file.saved = file.saved && pending[part].saved;
+  // Of two elements with one file only one can have it.
+  for (const PendingFile* other = pending.data(); other != &file; ++other) {
+    if (other->absolute != file.absolute) continue;
+    if (other->text == file.text) {
+      file.saved = file.saved && other->saved;
+      return;
+    }
+    file.saved = false;
+    LoseNothing(file.absolute, file.text, false);
+    output->WriteMessage(kRowCannotSave, {file.absolute});
+    return;
+  }
   if (!CheckFileAccess(files, file.absolute, kMustBeWritable | kCreateFolder, *output)) {
     file.saved = false;
     LoseNothing(file.absolute, file.text, false);

@@ -66,6 +66,11 @@ void ProjectWorld::AddDemo(std::string_view content) {
               std::string(content) + "</Application>");
 }
 
+void ProjectWorld::Touch() {
+  // No type of that name: the change is refused.
+  model->StoreChangedProperty("General.Type");
+}
+
 CXmlNode* ProjectWorld::Application(int index) {
   for (CXmlNode* child : model->GetProjectRoot().GetChildren()) {
     if (IsContentNode(*child) && index-- == 0) return child;

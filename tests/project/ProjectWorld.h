@@ -30,6 +30,8 @@ class ProjectWorld {
   void AddDemo(std::string_view content);
   std::int32_t OpenDemo() { return model->OpenProject("/p/demo.tprj", 0); }
 
+  // Makes the project count as modified without changing anything in it.
+  void Touch();
   CXmlNode* Application(int index = 0);
   // The node with that label, or null.
   CXmlNode* Node(const char* header);

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/text/Text.h"
+#include "project/ProjectWorld.h"
+
+namespace tarn::test {
+
+// A project of two applications, with a change in the project and in each of them.
+class EditedWorld : public ProjectWorld {
+ public:
+  EditedWorld() {
+    AddFile("/p/demo.tprj",
+            "\n<Project Header=\"demo\" Path=\".\\demo.tprj\" Project=\"Yes\" ActiveApp=\"one\" "
+            ">\n\t<Application Header=\"one\" Extern=\".\\one.tapp\" Path=\".\\one.tapp\" "
+            "/>\n\t<Application Header=\"two\" Extern=\".\\two.tapp\" Path=\".\\two.tapp\" "
+            "/>\n</Project>");
+    for (const std::string app : {"one", "two"}) {
+      AddFile("/p/" + app + ".tapp", "\n<Application Header=\"" + app + "\" Extern=\".\\" + app +
+                                         ".tapp\" Path=\".\\" + app + ".tapp\" >\n\t<C Header=\"" +
+                                         app + ".c\" />\n</Application>");
+    }
+    for (const std::string& path : disk.AllFiles()) originals[path] = *disk.BytesOf(path);
+  }
+
+  // Changes what can be changed of the three; what the host heard before is forgotten.
+  void Edit() {
+    components.Properties().defaults[".Build.Tool"] = "edited";
+    for (CXmlNode* node : {&model->GetProjectRoot(), Node("one"), Node("two")}) {
+      if (node == nullptr) continue;
+      model->SetCurrentNode(node);
+      model->StoreChangedProperty("Build.Tool");
+    }
+    host.TakeLines();
+  }
+
+  // Each file but the log: old for the bytes that it began with, new when it holds the change,
+  // else what it holds.
+  std::vector<std::string> Files() const {
+    std::vector<std::string> lines;
+    for (const std::string& path : disk.AllFiles()) {
+      if (path == "/tmp/log.xml") continue;
+      const std::string bytes = *disk.BytesOf(path);
+      const auto original = originals.find(path);
+      const bool isOld = original != originals.end() && original->second == bytes;
+      const bool isNew = bytes.find("edited") != bytes.npos;
+      lines.push_back(path + (isOld ? " old" : isNew ? " new" : " = " + bytes));
+    }
+    return lines;
+  }
+
+  // The lines of the log that the host heard, and the names of the other messages.
+  std::vector<std::string> Heard() {
+    std::vector<std::string> heard;
+    for (const std::string& line : host.TakeLines()) {
+      const bool isLog = line.starts_with("0x801B ");
+      heard.push_back(isLog ? std::string(Trim(std::string_view(line).substr(7, line.size() - 9)))
+                            : line.substr(0, line.find(' ')));
+    }
+    return heard;
+  }
+
+  std::map<std::string, std::string> originals;
+};
+
+}  // namespace tarn::test

@@ -1,0 +1,178 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/text/Text.h"
+#include "project/ProjectWorld.h"
+
+namespace tarn::test {
+namespace {
+
+using ::testing::Each;
+using ::testing::ElementsAre;
+
+struct Content {
+  const char* name;
+  const char* text;  // what the application holds
+};
+
+// With everything that a file can hold and that no run of the system would leave out.
+constexpr Content kContents[] = {
+    {"nothing", ""},
+    {"groups in groups", R"(
+	<Group Header="a" sate="0" >
+		<Group Header="b" LoadExclude="Yes" >
+			<C Header="x.c" Path=".\x.c" />
+		</Group>
+	</Group>)"},
+    {"options and configurations", R"(
+	<Options>
+		<Opt Header="Standard" >
+			<Set Header="C" >
+				<Sec Header="Build" >
+					<Prop Header="Tool" Removable="Yes" Value="cc" />
+				</Sec>
+			</Set>
+		</Opt>
+	</Options>
+	<Configs>
+		<Config Header="Debug" />
+	</Configs>)"},
+    {"an application inside a group, which stays in its file", R"(
+	<Group Header="boot" >
+		<Application Header="inner" Extern=".\inner.tapp" Path=".\inner.tapp" >
+			<C Header="y.c" Path=".\y.c" />
+		</Application>
+	</Group>)"},
+    {"names and attributes that nobody knows, and a remark", R"(
+	<!-- by hand -->
+	<Vendor Header="v" Color="red" >
+		<Deep a="1" A="2" />
+		<Text>words</Text>
+	</Vendor>)"},
+    {"all bytes of a value",
+     "\n\t<C Header=\"a &quot;b&quot; &slash; c\" Define=\"<&>'&amp;\xE9\xA7\xC3\xA7\" "
+     "Path=\"D:\\lib\\x.c\" Dir=\"c:\\x\\\\\" />"},
+};
+
+// An element with children gains tabs in front of its closing tag each time it is read and written.
+std::string WithoutTabLines(const std::string& text) {
+  std::string result;
+  for (const std::string_view line : Split(text, '\n')) {
+    if (line.empty() || line.find_first_not_of('\t') != line.npos) {
+      result += std::string(line) + "\n";
+    }
+  }
+  result.pop_back();
+  return result;
+}
+
+TEST(ProjectFiles, ASaveOfWhatWasNotChangedLosesAndAddsNothing) {
+  for (const Content& row : kContents) {
+    ProjectWorld world;
+    world.AddDemo(std::string(row.text) + "\n");
+    ASSERT_EQ(world.OpenDemo(), 1) << row.name;
+    world.Touch();
+    ASSERT_EQ(world.model->SaveProject(), 1) << row.name;
+    // Opening publishes the active application, which thereby has an output.
+    const std::string content = row.text;
+    EXPECT_EQ(WithoutTabLines(world.FileText("/p/demo.tapp")),
+              "\n<Application Header=\"demo\" Extern=\".\\demo.tapp\" Path=\".\\demo.tapp\" "
+              "OutputFile=\"\" " +
+                  (content.empty() ? "/>" : ">" + content + "\n</Application>"))
+        << row.name;
+    EXPECT_THAT(world.disk.AllFiles(), ElementsAre("/p/demo.tapp", "/p/demo.tprj", "/tmp/log.xml"))
+        << row.name;
+
+    world.model->PublishAll();
+    world.Touch();
+    ASSERT_EQ(world.model->SaveProject(), 1) << row.name;
+    const std::string published = WithoutTabLines(world.FileText("/p/demo.tapp"));
+    const std::string project = WithoutTabLines(world.FileText("/p/demo.tprj"));
+    world.model->PublishAll();
+    world.Touch();
+    ASSERT_EQ(world.model->SaveProject(), 1) << row.name;
+    EXPECT_EQ(WithoutTabLines(world.FileText("/p/demo.tapp")), published) << row.name;
+    EXPECT_EQ(WithoutTabLines(world.FileText("/p/demo.tprj")), project) << row.name;
+  }
+}
+
+// Byte for byte, with line ends, tabs and the blank behind each attribute.
+TEST(ProjectFiles, ASavedProjectHasTheBytesThatEveryReaderExpects) {
+  ProjectWorld world;
+  world.disk.AddFile("/p/demo.tprj",
+                     "<Project Header='demo' Project='Yes'><Application Header='demo' "
+                     "Extern='app/demo.tapp' Path='app/demo.tapp' sate='32'/></Project>");
+  world.disk.AddFile("/p/app/demo.tapp",
+                     "<Application Header='demo' Extern='app/demo.tapp' Path='app/demo.tapp'>"
+                     "<Group Header='Sources'><C Header='m.c' Path='../src/m.c'/></Group>"
+                     "</Application>");
+  world.AddFile("/p/src/m.c", "");
+  auto& defaults = world.components.Properties().defaults;
+  defaults["C.Build.OutputFile"] = "out/m.o";
+  defaults["C.Build.Exclude"] = "No";
+  defaults["C.Load.LoadExclude"] = "Yes";
+  ASSERT_EQ(world.OpenDemo(), 1);
+  world.model->PublishAll();
+  world.components.Properties().newConfigName = "Debug|x";
+  ASSERT_EQ(world.model->AddConfiguration(), 1);
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_EQ(world.disk.BytesOf("/p/demo.tprj"),
+            "\r\n<Project Header=\"demo\" Project=\"Yes\" Path=\".\\demo.tprj\" ActiveApp=\"demo\" "
+            "OutputFile=\"\" >"
+            "\r\n\t<Application Header=\"demo\" Extern=\".\\app\\demo.tapp\" "
+            "Path=\".\\app\\demo.tapp\" OutputFile=\"\" />"
+            "\r\n</Project>");
+  EXPECT_EQ(world.disk.BytesOf("/p/app/demo.tapp"),
+            "\r\n<Application Header=\"demo\" Extern=\".\\app\\demo.tapp\" "
+            "Path=\".\\app\\demo.tapp\" OutputFile=\"\" >"
+            "\r\n\t<Group Header=\"Sources\" Marker=\"-1\" OutputFile=\"\" >"
+            "\r\n\t\t<C Header=\"m.c\" Path=\"..\\src\\m.c\" Marker=\"-1\" "
+            "OutputFile=\".\\out\\m.o\" LoadExclude=\"Yes\" />"
+            "\r\n\t</Group>"
+            "\r\n\t<Configs>"
+            "\r\n\t\t<Config Header=\"Debug&slash;x\" />"
+            "\r\n\t</Configs>"
+            "\r\n</Application>");
+  // What was saved a moment ago is read again, and not written again.
+  world.disk.TakeOperations();
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_THAT(world.disk.Operations("read"),
+              ElementsAre("read /p/demo.tprj", "read /p/app/demo.tapp"));
+  EXPECT_THAT(world.disk.Operations("write"), Each("write /tmp/log.xml"));
+}
+
+// Names in another case, backslashes and drives, as a file system that folds case leaves them.
+TEST(ProjectFiles, AProjectFromElsewhereOpensAndKeepsItsNames) {
+  ProjectWorld world;
+  const std::string project =
+      "\n<Project Header=\"demo\" Path=\".\\demo.tprj\" Project=\"Yes\" ActiveApp=\"Demo\" "
+      "OutputFile=\"\" >\n\t<Application Header=\"Demo\" Extern=\".\\App\\DEMO.tapp\" "
+      "Path=\".\\App\\DEMO.tapp\" OutputFile=\"\" />\n</Project>";
+  const std::string application =
+      "\n<Application Header=\"Demo\" Extern=\".\\App\\DEMO.tapp\" Path=\".\\App\\DEMO.tapp\" "
+      "OutputFile=\"\" >\n\t<C Header=\"Main.C\" Path=\".\\Src\\MAIN.C\" Marker=\"-1\" "
+      "OutputFile=\"\" />\n\t<C Header=\"x.c\" Path=\"C:\\Lib\\x.c\" Marker=\"-1\" "
+      "OutputFile=\"D:\\out\\x.o\" />\n\t<C Header=\"y.c\" Path=\"..\\Common\\y.c\" "
+      "Marker=\"-1\" OutputFile=\"\" />\n</Application>";
+  world.AddFile("/p/Demo.TPRJ", project);
+  world.AddFile("/p/app/demo.tapp", application);
+  world.AddFile("/p/app/src/main.c", "");
+  const auto files = world.disk.AllFiles();
+  ASSERT_EQ(world.OpenDemo(), 1);
+  world.model->PublishAll();
+  EXPECT_STREQ(world.Node("Main.C")->GetAttrValue("Path"), "/p/App/Src/MAIN.C");
+  EXPECT_TRUE(world.disk.Exists(world.Node("Main.C")->GetAttrValue("Path")));
+  EXPECT_STREQ(world.Node("x.c")->GetAttrValue("Path"), "C:\\Lib\\x.c");
+  EXPECT_STREQ(world.Node("y.c")->GetAttrValue("Path"), "/p/Common/y.c");
+  world.Node("x.c")->SetAttrValue("OutputFile", "D:\\out\\x.o");
+  world.Touch();
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_EQ(world.FileText("/p/Demo.TPRJ"), project);
+  EXPECT_EQ(world.FileText("/p/app/demo.tapp"), application);
+  world.disk.Erase("/tmp/log.xml");
+  EXPECT_EQ(world.disk.AllFiles(), files);
+  EXPECT_TRUE(world.model->IsOpenAs("/P/DEMO.tprj"));
+}
+
+}  // namespace
+}  // namespace tarn::test
