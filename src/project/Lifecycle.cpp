@@ -83,7 +83,8 @@ bool CProjectModel::IsOpenAs(const std::string& path) const {
 std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault) {
   if (propertyManager == nullptr || output == nullptr || isClosing) return 0;
   if (!CanStartOperation()) return 0;
-  if (projectRoot->GetChildCount() > 0 && !CloseProject()) return 0;
+  // A project can be open and hold nothing but its own options and attributes.
+  if ((isOpen || projectRoot->GetChildCount() > 0) && !CloseProject()) return 0;
   activeApplication = nullptr;
   currentNode = nullptr;
 
@@ -106,7 +107,11 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   guard.Forget();
   rescuedFiles.clear();
   keptCopies.clear();
-  if (!LoadTreeFile(*projectRoot, projectPath)) {
+  // A handler of the log's messages may open a project while another is being read.
+  std::vector<std::string> outer = std::exchange(loadingFiles, {});
+  const std::int32_t loaded = LoadTreeFile(*projectRoot, projectPath);
+  loadingFiles = std::move(outer);
+  if (!loaded) {
     if (projectEpoch == opened) DiscardTree();
     return 0;
   }
@@ -186,9 +191,11 @@ bool CProjectModel::MakeOptionsReady(std::uint64_t opened) {
   }
   propertyManager->BeginUpdate();
   if (activeApplication != nullptr) {
-    ResetNodeCache(*activeApplication, false);
-    while (activeApplication != nullptr && PublishNextNode(activeApplication)) {
+    CXmlNode* const application = activeApplication;  // publishing moves the active one
+    ResetNodeCache(*application, false);
+    while (PublishNextNode(application)) {
     }
+    activeApplication = application;
   } else {
     propertyManager->ClearValues();
   }
@@ -234,7 +241,9 @@ std::int32_t CProjectModel::CloseProject() {
   }
   inPublishTick = false;
   if (!WriteAndEmpty()) {
-    LoadProject(projectEpoch);
+    const std::uint64_t kept = projectEpoch;
+    ReportRescues();
+    if (projectEpoch == kept) LoadProject(kept);
     return 0;
   }
   const std::uint64_t closed = projectEpoch;
@@ -254,6 +263,8 @@ bool CProjectModel::WriteAndEmpty() {
   const Holding closing(isClosing);
   textLost = false;
   emptied.clear();
+  rescuedFiles.clear();
+  keptCopies.clear();
   const bool mustSave = isOpen && modified != 0;
   if (isOpen) StripForSave(*projectRoot, true);
   if (mustSave) SaveTreeFile(*projectRoot, projectPath);
@@ -346,10 +357,8 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
           FormatMessageText(GetMessageText(kRowOverwriteQuestion), std::vector<std::string>{path});
       if (!AskOkCancel(mainframeHandle, text, GetMessageText(kRowProjectWord))) return 0;
     }
-    if (!files.RemoveFile(path)) return 0;
-    // What was made from the old project; whether they go makes no difference.
-    (void)files.RemoveFile(WithExtension(path, ".tdb"));
-    (void)files.RemoveFile(WithExtension(path, ".dbi"));
+    // It goes by being replaced, so that a full disk does not cost the old one as well.
+    if (files.IsFolder(path) || files.IsReadOnly(path)) return 0;
   }
   CXmlNode root;
   root.SetName("Project");
@@ -362,7 +371,12 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
   const std::string text = root.ToString(g_xmlDisplayOptions);
   if (files.WriteWholeFile(path, text)) {
     guard.NoteWritten(path, text);
+    // What was made from an old project; whether they go makes no difference.
+    (void)files.RemoveFile(WithExtension(path, ".tdb"));
+    (void)files.RemoveFile(WithExtension(path, ".dbi"));
     SendHost(kMsgProjectCreated, path, 0);
+  } else {
+    output->WriteMessage(kRowCannotSave, {path});
   }
   modified = 1;
   return 1;

@@ -1,0 +1,208 @@
+// What a failed load or save leaves on the disk and tells the user.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "project/EditedWorld.h"
+
+namespace tarn::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// What follows a save: the project is read again.
+const Lines kReopened = {"0x8015", "0x8023", "0x8023", "0x8019", "0x8011", "0x8010"};
+
+struct SaveRow {
+  const char* name;
+  std::function<void(EditedWorld&)> spoil;  // after the change, before the close
+  Lines heard;                              // at a close
+  Lines files;
+  Lines loaded = {};  // at the load that follows a save, in front of the rest
+};
+
+const SaveRow kSaveRows[] = {
+    {"nothing is wrong",
+     [](EditedWorld&) {},
+     {"0x8016"},
+     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new"}},
+    {"a read-only application file",
+     [](EditedWorld& world) { world.disk.SetReadOnly("/p/one.tapp"); },
+     {"0x8016", "row 17 /p/one.tapp", "row 9 /p/one.tapp", "row 9 /p/demo.tprj",
+      "row 9 /p/one.tapp.unsaved"},
+     {"/p/demo.tprj new", "/p/one.tapp old", "/p/one.tapp.unsaved new", "/p/two.tapp new"},
+     {"row 17 .\\one.tapp"}},
+    {"a read-only project file",
+     [](EditedWorld& world) { world.disk.SetReadOnly("/p/demo.tprj"); },
+     {"0x8016", "row 17 /p/demo.tprj", "row 9 /p/demo.tprj", "row 9 /p/demo.tprj.unsaved"},
+     {"/p/demo.tprj old", "/p/demo.tprj.unsaved new", "/p/one.tapp new", "/p/two.tapp new"},
+     {"row 17 /p/demo.tprj"}},
+    {"a read-only folder",
+     [](EditedWorld& world) { world.disk.SetReadOnly("/p"); },
+     {"0x8016", "row 17 /p/two.tapp", "row 17 /p/one.tapp", "row 17 /p/demo.tprj",
+      "row 9 /data/two.tapp.unsaved", "row 9 /data/one.tapp.unsaved",
+      "row 9 /data/demo.tprj.unsaved"},
+     {"/data/demo.tprj.unsaved new", "/data/one.tapp.unsaved new", "/data/two.tapp.unsaved new",
+      "/p/demo.tprj old", "/p/one.tapp old", "/p/two.tapp old"},
+     {"row 17 /p/demo.tprj", "row 17 .\\one.tapp", "row 17 .\\two.tapp"}},
+    {"a full disk, but for small files",
+     [](EditedWorld& world) { world.disk.FailOn("write", "/p/two.tapp", ErrorCode::NoSpace); },
+     {"0x8016", "row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved"},
+     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp old", "/p/two.tapp.unsaved new"}},
+    {"a full disk and room in the data folder",
+     [](EditedWorld& world) {
+       world.disk.FailOn("write", "/p/two.tapp", ErrorCode::NoSpace);
+       world.disk.FailOn("write", "/p/two.tapp.unsaved", ErrorCode::NoSpace);
+     },
+     {"0x8016", "row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /data/two.tapp.unsaved"},
+     {"/data/two.tapp.unsaved new", "/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp old"}},
+    {"what was rescued before stays",
+     [](EditedWorld& world) {
+       world.disk.AddFile("/p/two.tapp.unsaved", "precious");
+       world.disk.FailOn("write", "/p/two.tapp", ErrorCode::Io);
+     },
+     {"0x8016", "row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved2"},
+     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp old", "/p/two.tapp.unsaved = precious",
+      "/p/two.tapp.unsaved2 new"}},
+    {"somebody else wrote the file",
+     [](EditedWorld& world) { world.disk.AddFile("/p/two.tapp", "theirs"); },
+     {"0x8016"},
+     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new", "/p/two.tapp.orig = theirs"}},
+    {"somebody else wrote the file, once more",
+     [](EditedWorld& world) {
+       world.disk.AddFile("/p/two.tapp", "theirs");
+       world.disk.AddFile("/p/two.tapp.orig", "theirs before");
+     },
+     {"0x8016"},
+     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new", "/p/two.tapp.orig = theirs before",
+      "/p/two.tapp.orig2 = theirs"}},
+    {"somebody else wrote the file and it cannot be kept",
+     [](EditedWorld& world) {
+       world.disk.AddFile("/p/one.tapp", "<Application Header=\"one\" />");
+       world.disk.FailOn("write", "/p/one.tapp.orig", ErrorCode::NoSpace);
+     },
+     {"0x8016", "row 9 /p/one.tapp", "row 9 /p/demo.tprj", "row 9 /p/one.tapp.unsaved"},
+     {"/p/demo.tprj new", "/p/one.tapp = <Application Header=\"one\" />", "/p/one.tapp.unsaved new",
+      "/p/two.tapp new"}},
+    {"the file cannot be looked into",
+     [](EditedWorld& world) { world.disk.FailOn("read", "/p/two.tapp", ErrorCode::Io); },
+     {"0x8016", "row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved"},
+     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp old", "/p/two.tapp.unsaved new"}},
+    {"the file is gone",
+     [](EditedWorld& world) { world.disk.Erase("/p/two.tapp"); },
+     {"0x8016"},
+     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new"}},
+    {"the folder is gone",
+     [](EditedWorld& world) { world.disk.Erase("/p"); },
+     {"0x8016"},
+     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new"}},
+    {"the folder is gone and cannot be made",
+     [](EditedWorld& world) {
+       world.disk.Erase("/p");
+       world.disk.FailOn("folders", "/p", ErrorCode::NoSpace);
+     },
+     {"0x8016", "row 18 /p/two.tapp", "row 18 /p/one.tapp", "row 18 /p/demo.tprj",
+      "row 9 /data/two.tapp.unsaved", "row 9 /data/one.tapp.unsaved",
+      "row 9 /data/demo.tprj.unsaved"},
+     {"/data/demo.tprj.unsaved new", "/data/one.tapp.unsaved new", "/data/two.tapp.unsaved new"},
+     {"row 6 /p/demo.tprj"}},
+    {"a folder stands where the file was",
+     [](EditedWorld& world) {
+       world.disk.Erase("/p/two.tapp");
+       world.disk.AddFolder("/p/two.tapp");
+     },
+     {"0x8016", "row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved"},
+     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp.unsaved new"},
+     {"row 8 /p/two.tapp"}},
+};
+
+TEST(SaveFailure, NothingIsLostAndTheUserHearsOfIt) {
+  for (const SaveRow& row : kSaveRows) {
+    for (const bool isSave : {false, true}) {
+      const std::string name = std::string(row.name) + (isSave ? ", save" : ", close");
+      EditedWorld world;
+      ASSERT_EQ(world.OpenDemo(), 1) << name;
+      world.Edit();
+      row.spoil(world);
+      EXPECT_EQ(isSave ? world.model->SaveProject() : world.model->CloseProject(), 1) << name;
+      Lines heard = row.heard;
+      if (isSave) {
+        heard.insert(heard.end(), row.loaded.begin(), row.loaded.end());
+        if (world.model->IsOpen()) heard.insert(heard.end(), kReopened.begin(), kReopened.end());
+      }
+      EXPECT_EQ(world.Heard(), heard) << name;
+      EXPECT_EQ(world.Files(), row.files) << name;
+      const bool cannotReopen = !row.loaded.empty() && !row.loaded[0].starts_with("row 17");
+      EXPECT_EQ(world.model->IsOpen(), isSave && !cannotReopen) << name;
+      EXPECT_EQ(world.model->GetProjectRoot().GetChildCount() > 0, world.model->IsOpen()) << name;
+    }
+  }
+}
+
+// A disk that takes nothing at all: the tree is the only place that holds the user's work.
+TEST(SaveFailure, ASaveThatFindsNoPlaceAtAllKeepsTheTree) {
+  EditedWorld world;
+  ASSERT_EQ(world.OpenDemo(), 1);
+  world.Edit();
+  for (const char* file : {"one.tapp", "demo.tprj"}) {
+    for (const std::string folder : {"/p/", "/data/"}) {
+      for (const char* suffix : {"", ".unsaved"}) {
+        world.disk.FailOn("write", folder + file + suffix, ErrorCode::NoSpace);
+      }
+    }
+  }
+  EXPECT_EQ(world.model->SaveProject(), 0);
+  const Lines reopened = world.Heard();
+  EXPECT_EQ(Lines(reopened.begin(), reopened.begin() + 3),
+            (Lines{"0x8016", "row 9 /p/one.tapp", "row 9 /p/demo.tprj"}));
+  EXPECT_EQ(Lines(reopened.end() - 6, reopened.end()), kReopened);
+  EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj old", "/p/one.tapp old", "/p/two.tapp new"}));
+  EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Header"}),
+            "Project(Header=demo)[Application(Header=one)[C(Header=one.c)] "
+            "Application(Header=two)[C(Header=two.c)]]");
+  EXPECT_TRUE(world.model->IsModified());
+
+  // There is room again: all of it is saved, and the log does not speak of what failed before.
+  world.disk.ClearFailures();
+  world.host.TakeLines();
+  EXPECT_EQ(world.model->SaveProject(), 1);
+  Lines heard = {"0x8016"};
+  heard.insert(heard.end(), kReopened.begin(), kReopened.end());
+  EXPECT_EQ(world.Heard(), heard);
+  EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new"}));
+}
+
+TEST(SaveFailure, AHostThatRefusesTheCloseKeepsTheTreeAndTheFiles) {
+  EditedWorld world;
+  ASSERT_EQ(world.OpenDemo(), 1);
+  world.Edit();
+  world.host.answers[kMsgProjectClosing] = 0;
+  EXPECT_EQ(world.model->CloseProject(), 0);
+  EXPECT_EQ(world.model->SaveProject(), 0);
+  EXPECT_EQ(world.model->OpenProject("/p/demo.tprj", 0), 0);
+  EXPECT_EQ(world.Heard(), (Lines{"0x8016", "0x8016", "0x8016"}));
+  EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj old", "/p/one.tapp old", "/p/two.tapp old"}));
+  world.host.answers.clear();
+  EXPECT_EQ(world.model->CloseProject(), 1);
+  EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new"}));
+}
+
+// Two elements may name one file, and only the text of one of them can be in it.
+TEST(SaveFailure, OneOfTwoApplicationsInOneFileIsNotLost) {
+  EditedWorld world;
+  world.AddFile("/p/demo.tprj",
+                "\n<Project Header=\"demo\" ><Application Header=\"one\" Extern=\".\\one.tapp\" "
+                "/><Application Header=\"one\" Extern=\".\\one.tapp\" /></Project>");
+  ASSERT_EQ(world.OpenDemo(), 1);
+  world.components.Properties().defaults[".Build.Tool"] = "edited";
+  world.model->SetCurrentNode(world.Application(0));
+  world.model->StoreChangedProperty("Build.Tool");
+  EXPECT_EQ(world.model->CloseProject(), 1);
+  const Lines files = world.Files();
+  EXPECT_THAT(files, ::testing::Contains("/p/one.tapp.unsaved new"));
+}
+
+}  // namespace
+}  // namespace tarn::test
