@@ -1,0 +1,183 @@
+// A host may do anything inside a message.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "project/EditedWorld.h"
+
+namespace tarn::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+struct Act {
+  const char* name;
+  std::function<void(EditedWorld&)> run;
+};
+
+const Act kInnerActs[] = {
+    {"close", [](EditedWorld& world) { world.model->CloseProject(); }},
+    {"open the same", [](EditedWorld& world) { world.OpenDemo(); }},
+    {"open another", [](EditedWorld& world) { world.model->OpenProject("/p/next.tprj", 0); }},
+    {"open a default", [](EditedWorld& world) { world.model->OpenProject("/p/next.tprj", 1); }},
+    {"open what is missing", [](EditedWorld& world) { world.model->OpenProject("/x.tprj", 0); }},
+    {"save", [](EditedWorld& world) { world.model->SaveProject(); }},
+    {"new", [](EditedWorld& world) { world.model->NewProject("/p/new.tprj"); }},
+    {"build", [](EditedWorld& world) { world.model->StartBuildThread(kWorkerBuildAll); }},
+    {"build here", [](EditedWorld& world) { world.model->BuildHere(); }},
+    {"select", [](EditedWorld& world) { world.model->SetCurrentNode(world.Node("two.c")); }},
+    {"select the project",
+     [](EditedWorld& world) { world.model->SetCurrentNode(&world.model->GetProjectRoot()); }},
+    {"store", [](EditedWorld& world) { world.model->StoreChangedProperty("Build.Tool"); }},
+    {"rename", [](EditedWorld& world) { world.model->StoreChangedProperty("General.Header"); }},
+    {"reset", [](EditedWorld& world) { world.model->ResetNodeOptions(nullptr); }},
+    {"configure",
+     [](EditedWorld& world) {
+       world.model->AddConfiguration();
+       world.model->SelectConfiguration("Debug");
+     }},
+    {"publish", [](EditedWorld& world) { world.model->PublishAll(); }},
+    {"tick", [](EditedWorld& world) { world.model->PublishTick(); }},
+    {"clear", [](EditedWorld& world) { world.model->ClearDefaultApplicationItems(); }},
+    {"report",
+     [](EditedWorld& world) {
+       world.model->SetBuildInfo(
+           "", "<I><F Header=\"\" Infos=\"i\" Date=\"1\" ><D Header=\"a.c\" /></F></I>");
+     }},
+};
+
+const Act kOuterActs[] = {
+    {"open", [](EditedWorld& world) { world.OpenDemo(); }},
+    {"open a default", [](EditedWorld& world) { world.model->OpenProject("/p/demo.tprj", 1); }},
+    {"save", [](EditedWorld& world) { world.model->SaveProject(); }},
+    {"close", [](EditedWorld& world) { world.model->CloseProject(); }},
+    {"publish",
+     [](EditedWorld& world) {
+       while (world.model->PublishTick()) {
+       }
+     }},
+    {"select", [](EditedWorld& world) { world.model->SetCurrentNode(world.Node("two.c")); }},
+    {"configure", [](EditedWorld& world) { world.model->SelectConfiguration("Debug"); }},
+    {"reset", [](EditedWorld& world) { world.model->ResetNodeOptions(world.Node("two")); }},
+};
+
+constexpr std::uint32_t kMessages[] = {
+    kMsgProjectClosing,     kMsgProjectOpened, kMsgApplicationKnown, kMsgApplicationActivated,
+    kMsgCurrentNodeChanged, kMsgPaneCaption,   kMsgProjectCreated,   kMsgLogLine};
+
+// Every operation that sends messages, with every action of a host inside each of them. Files are
+// read-only in part, so that there are messages of the log as well.
+TEST(ReentrantHost, NoActionInsideAMessageCrashesOrLosesAnything) {
+  for (const Act& outer : kOuterActs) {
+    for (const std::uint32_t message : kMessages) {
+      for (const Act& inner : kInnerActs) {
+        for (const std::size_t when : {1u, 2u}) {
+          if (when == 2 && (message != kMsgApplicationKnown && message != kMsgLogLine)) continue;
+          SCOPED_TRACE(std::string(outer.name) + ", " + std::to_string(message) + ", " +
+                       inner.name + ", " + std::to_string(when));
+          EditedWorld world;
+          world.AddFile("/p/next.tprj",
+                        "<Project Header=\"next\" ActiveApp=\"n\" ><Application "
+                        "Header=\"n\" Extern=\"n.tapp\" /></Project>");
+          world.AddFile("/p/n.tapp",
+                        "<Application Header=\"n\" Extern=\"n.tapp\" ><C "
+                        "Header=\"n.c\" /></Application>");
+          ASSERT_EQ(world.OpenDemo(), 1);
+          world.Edit();
+          world.components.Properties().newConfigName = "Debug";
+          if (message == kMsgLogLine) world.disk.SetReadOnly("/p/one.tapp");
+          std::size_t count = 0;
+          world.host.actions[message] = [&] {
+            if (++count == when) inner.run(world);
+          };
+          outer.run(world);
+          world.host.actions.clear();
+          world.model->StopAndWait();
+
+          // Whatever happened: the tree in memory is as good as the model says, and what was
+          // changed before stands in a file, if not in the tree.
+          world.model->mainframeHandle = world.host.Handle();
+          world.model->PublishAll();
+          EXPECT_EQ(world.model->CloseProject(), 1);
+          EXPECT_EQ(world.components.Properties().holds, 0);
+          int edited = 0;
+          for (const std::string& path : world.disk.AllFiles()) {
+            const std::string bytes = *world.disk.BytesOf(path);
+            for (const char* name : {"demo", "one", "two"}) {
+              const bool holds = path.find(std::string(name) + ".t") != path.npos;
+              if (holds && bytes.find("edited") != bytes.npos) ++edited;
+            }
+          }
+          const bool innerResets = std::string(inner.name) == "reset" && count >= when;
+          const bool outerResets = std::string(outer.name) == "reset";
+          EXPECT_GE(edited, 3 - innerResets - outerResets);
+          ASSERT_EQ(world.OpenDemo(), 1);
+          EXPECT_EQ(world.model->GetProjectRoot().FindChild("Application") != nullptr, true);
+        }
+      }
+    }
+  }
+}
+
+struct OrderRow {
+  const char* name;
+  std::uint32_t message;
+  const char* project;  // that the host opens inside the message
+  Lines heard;          // numbers and first arguments
+};
+
+const OrderRow kOrderRows[] = {
+    {"another project, as soon as the first is there",
+     kMsgProjectOpened,
+     "/p/next.tprj",
+     {"0x8015 /p/demo.tprj", "0x8016 /p/demo.tprj", "0x8015 /p/next.tprj", "0x8023 /p/n.tapp",
+      "0x8019 n Local Settings", "0x8011 /p/n.tapp", "0x8010 /p/n.tapp"}},
+    {"another project, while the applications are told",
+     kMsgApplicationKnown,
+     "/p/next.tprj",
+     {"0x8015 /p/demo.tprj", "0x8023 /p/one.tapp", "0x8016 /p/demo.tprj", "0x8015 /p/next.tprj",
+      "0x8023 /p/n.tapp", "0x8019 n Local Settings", "0x8011 /p/n.tapp", "0x8010 /p/n.tapp"}},
+    {"another project, at the end",
+     kMsgApplicationActivated,
+     "/p/next.tprj",
+     {"0x8015 /p/demo.tprj", "0x8023 /p/one.tapp", "0x8023 /p/two.tapp",
+      "0x8019 one Local Settings", "0x8011 /p/one.tapp", "0x8010 /p/one.tapp",
+      "0x8016 /p/demo.tprj", "0x8015 /p/next.tprj", "0x8023 /p/n.tapp", "0x8019 n Local Settings",
+      "0x8011 /p/n.tapp", "0x8010 /p/n.tapp"}},
+    {"the same project, while its second file is read",
+     kMsgLogLine,
+     "/p/demo.tprj",
+     {"0x801B row 17 .\\two.tapp", "0x8016 /p/demo.tprj", "0x801B row 17 .\\two.tapp",
+      "0x8015 /p/demo.tprj", "0x8023 /p/one.tapp", "0x8023 /p/two.tapp",
+      "0x8019 one Local Settings", "0x8011 /p/one.tapp", "0x8010 /p/one.tapp"}},
+};
+
+TEST(ReentrantHost, AProjectOpenedInsideTheOpenOfAnotherIsOpenAsAnyOther) {
+  for (const OrderRow& row : kOrderRows) {
+    EditedWorld world;
+    world.AddFile("/p/next.tprj",
+                  "<Project Header=\"next\" ActiveApp=\"n\" ><Application Header=\"n\" "
+                  "Extern=\"n.tapp\" Path=\"n.tapp\" /></Project>");
+    world.AddFile("/p/n.tapp", "<Application Header=\"n\" Extern=\"n.tapp\" Path=\"n.tapp\" />");
+    if (row.message == kMsgLogLine) world.disk.SetReadOnly("/p/two.tapp");
+    std::int32_t inner = 0;
+    world.host.actions[row.message] = [&] {
+      world.host.actions.clear();
+      inner = world.model->OpenProject(row.project, 0);
+    };
+    EXPECT_EQ(world.OpenDemo(), 0) << row.name;
+    EXPECT_EQ(inner, 1) << row.name;
+    Lines heard;
+    for (const std::string& line : world.host.TakeLines()) {
+      heard.emplace_back(Trim(line.substr(0, line.rfind(' '))));
+    }
+    EXPECT_EQ(heard, row.heard) << row.name;
+    EXPECT_TRUE(world.model->IsOpenAs(row.project)) << row.name;
+    EXPECT_FALSE(world.model->IsModified()) << row.name;
+  }
+}
+
+}  // namespace
+}  // namespace tarn::test
