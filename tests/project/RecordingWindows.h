@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/text/Text.h"
+#include "project/ProjectViews.h"
+
+namespace tarn::test {
+
+// A project window that only notes what it is told, a call a line.
+class RecordingProjectWindow : public IProjectWindow {
+ public:
+  std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }
+
+  void SetProjectRoot(CXmlNode*) override { calls.emplace_back("SetProjectRoot"); }
+  void RepaintWindow() override { calls.emplace_back("RepaintWindow"); }
+  void RepaintTree() override { calls.emplace_back("RepaintTree"); }
+  void StartStepTimer() override { calls.emplace_back("StartStepTimer"); }
+  void StopStepTimer() override { calls.emplace_back("StopStepTimer"); }
+  void BeginTreeUpdate() override { calls.emplace_back("BeginTreeUpdate"); }
+  void EndTreeUpdate() override { calls.emplace_back("EndTreeUpdate"); }
+  void ClearTree() override { calls.emplace_back("ClearTree"); }
+  CXmlNode* GetSelectedNode() override { return nullptr; }
+  void SelectTreeNode(CXmlNode* node) override {
+    calls.push_back("SelectTreeNode " + TextOf(node->GetAttrValue("Header")));
+  }
+
+ private:
+  std::vector<std::string> calls;
+};
+
+}  // namespace tarn::test
