@@ -179,5 +179,32 @@ TEST(ReentrantHost, AProjectOpenedInsideTheOpenOfAnotherIsOpenAsAnyOther) {
   }
 }
 
+// While the host is asked, and while the files are written, there is one close and no other.
+TEST(ReentrantHost, NothingIsOpenedOrClosedInsideTheQuestionOrTheSave) {
+  for (const std::uint32_t message :
+       {std::uint32_t{kMsgProjectClosing}, std::uint32_t{kMsgLogLine}}) {
+    EditedWorld world;
+    ASSERT_EQ(world.OpenDemo(), 1);
+    world.Edit();
+    world.disk.SetReadOnly("/p/two.tapp");
+    Lines results;
+    world.host.actions[message] = [&] {
+      if (!results.empty()) return;
+      results.push_back(std::to_string(world.model->CloseProject()) +
+                        std::to_string(world.model->SaveProject()) +
+                        std::to_string(world.model->OpenProject("/p/demo.tprj", 0)) +
+                        std::to_string(world.model->OpenProject(nullptr, 0)));
+    };
+    EXPECT_EQ(world.model->CloseProject(), 1) << message;
+    EXPECT_EQ(results, Lines{"0000"}) << message;
+    EXPECT_EQ(world.Heard(), (Lines{"0x8016", "row 17 /p/two.tapp", "row 9 /p/two.tapp",
+                                    "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved"}))
+        << message;
+    EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp old",
+                                    "/p/two.tapp.unsaved new"}))
+        << message;
+  }
+}
+
 }  // namespace
 }  // namespace tarn::test

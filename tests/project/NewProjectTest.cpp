@@ -1,0 +1,251 @@
+// New projects, the questions that are asked, and the checks of files.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "output/MessageTable.h"
+#include "platform/windowing/Dialogs.h"
+#include "project/EditedWorld.h"
+#include "project/FileAccess.h"
+
+namespace tarn::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// Answers with what a test sets, and keeps what was asked.
+class Answers : public DialogResponder {
+ public:
+  explicit Answers(const RecordingHost& frame) : host(frame) {
+    SetDialogResponder(host.Handle(), this);
+  }
+  ~Answers() { SetDialogResponder(host.Handle(), nullptr); }
+  Answers(const Answers&) = delete;
+  Answers& operator=(const Answers&) = delete;
+
+  bool AskOkCancel(const std::string& text, const std::string& caption) override {
+    asked.push_back(caption + ": " + std::string(Trim(text)));
+    return ok;
+  }
+  std::vector<std::string> ChooseFiles(const FileQuestion& question) override {
+    asked.push_back(question.folder + " " + question.filter);
+    return chosen;
+  }
+
+  const RecordingHost& host;
+  bool ok = false;
+  std::vector<std::string> chosen;
+  Lines asked;
+};
+
+struct CreateRow {
+  const char* name;
+  std::function<void(EditedWorld&)> prepare;
+  bool ok;  // the answer to the question, if there is one
+  std::int32_t result;
+  Lines asked;
+  Lines heard;
+  Lines files;  // beside what was there
+};
+
+const std::string kNew =
+    "/p/new.tprj = \r\n<Project Header=\"Tarn Project 'new'\" Path=\"/p/new.tprj\" Project=\"Yes\" "
+    "/>";
+const Lines kQuestion = {"Tarn Project: row 25 /p/new.tprj"};
+
+void AddOld(EditedWorld& world) {
+  for (const char* file : {"new.tprj", "new.tdb", "new.dbi"}) {
+    world.disk.AddFile("/p/" + std::string(file), "old");
+  }
+}
+
+const CreateRow kCreateRows[] = {
+    {"a new file", [](EditedWorld&) {}, false, 1, {}, {"0x8017"}, {kNew}},
+    {"a file that may be replaced", AddOld, true, 1, kQuestion, {"0x8017"}, {kNew}},
+    {"a file that may not be replaced",
+     AddOld,
+     false,
+     0,
+     kQuestion,
+     {},
+     {"/p/new.dbi = old", "/p/new.tdb = old", "/p/new.tprj = old"}},
+    {"a read-only file",
+     [](EditedWorld& world) {
+       AddOld(world);
+       world.disk.SetReadOnly("/p/new.tprj");
+     },
+     true,
+     0,
+     kQuestion,
+     {},
+     {"/p/new.dbi = old", "/p/new.tdb = old", "/p/new.tprj = old"}},
+    {"a folder of that name",
+     [](EditedWorld& world) { world.disk.AddFolder("/p/new.tprj"); },
+     true,
+     0,
+     kQuestion,
+     {},
+     {}},
+    {"a read-only folder",
+     [](EditedWorld& world) { world.disk.SetReadOnly("/p"); },
+     true,
+     0,
+     {},
+     {"row 17 /p/new.tprj"},
+     {}},
+    {"a full disk costs nobody the old file",
+     [](EditedWorld& world) {
+       AddOld(world);
+       world.disk.FailOn("write", "/p/new.tprj", ErrorCode::NoSpace);
+     },
+     true,
+     1,
+     kQuestion,
+     {"row 9 /p/new.tprj"},
+     {"/p/new.dbi = old", "/p/new.tdb = old", "/p/new.tprj = old"}},
+};
+
+TEST(NewProject, AFileIsReplacedOnlyWhenTheUserWantsIt) {
+  for (const CreateRow& row : kCreateRows) {
+    EditedWorld world;
+    Answers answers(world.host);
+    answers.ok = row.ok;
+    row.prepare(world);
+    EXPECT_EQ(world.model->NewProject("/p/new.tprj"), row.result) << row.name;
+    EXPECT_EQ(answers.asked, row.asked) << row.name;
+    EXPECT_EQ(world.Heard(), row.heard) << row.name;
+    Lines files = {"/p/demo.tprj old"};
+    files.insert(files.end(), row.files.begin(), row.files.end());
+    files.insert(files.end(), {"/p/one.tapp old", "/p/two.tapp old"});
+    EXPECT_EQ(world.Files(), files) << row.name;
+    EXPECT_FALSE(world.model->IsOpen()) << row.name;
+  }
+}
+
+TEST(OpenDialog, TheQuestionStartsWhereTheUsersProjectIs) {
+  EditedWorld world;
+  Answers answers(world.host);
+  SetMessageText(kRowFilterPrj, "Older");
+  SetMessageText(kRowFilterStw, "Oldest");
+  const std::string filter =
+      " Tarn Project (*.tprj)|*.tprj|Older (*.prj)|*.prj|Oldest (*.stw)|*.stw||";
+  EXPECT_EQ(world.model->OpenProject(nullptr, 0), 0);
+  answers.chosen = {"/p/demo.tprj"};
+  EXPECT_EQ(world.model->OpenProject(nullptr, 0), 1);
+  EXPECT_FALSE(world.model->IsDefaultProject());
+  EXPECT_EQ(world.model->OpenProject(nullptr, 0), 1);
+  EXPECT_EQ(answers.asked, (Lines{filter, filter, "/p" + filter}));
+  answers.chosen.clear();
+  EXPECT_EQ(world.model->OpenProject(nullptr, 0), 0);
+  EXPECT_FALSE(world.model->IsOpen());
+}
+
+struct OpenRow {
+  const char* name;
+  const char* path;
+  const char* project;
+  std::int32_t result;
+  const char* active;  // label of the application, "none" without one
+};
+
+constexpr OpenRow kOpenRows[] = {
+    {"the last of two with one label", "/p/x.tprj",
+     "<Project ActiveApp=\"A\" ><Application Header=\"a\" Extern=\"1.tapp\" /><Application "
+     "Header=\"a\" Extern=\"2.tapp\" /></Project>",
+     1, "2"},
+    {"an active application that is none", "/p/x.tprj",
+     "<Project ActiveApp=\"gone\" ><Application Extern=\"1.tapp\" /><Application "
+     "Extern=\"2.tapp\" /></Project>",
+     1, "1"},
+    {"an active element that is no application", "/p/x.tprj",
+     "<Project ActiveApp=\"g\" ><Group Header=\"g\" /><Application Extern=\"2.tapp\" /></Project>",
+     1, "2"},
+    {"no application", "/p/x.tprj", "<Project Header=\"p\" />", 1, "none"},
+    {"capitals", "/P/X.TPRJ", "<Project><Application Extern=\"1.tapp\" /></Project>", 1, "1"},
+    {"an older project", "/p/x.prj", "<Project />", 0, "none"},
+    {"no path", "", "<Project />", 0, "none"},
+};
+
+TEST(OpenProject, TheActiveApplicationIsTheOneThatTheFileMeans) {
+  for (const OpenRow& row : kOpenRows) {
+    ProjectWorld world;
+    world.AddFile("/p/x.tprj", row.project);
+    world.AddFile("/p/x.prj", row.project);
+    for (const std::string number : {"1", "2"}) {
+      world.AddFile("/p/" + number + ".tapp", "<Application Header=\"a\" Extern=\"" + number +
+                                                  ".tapp\" n=\"" + number + "\" />");
+    }
+    EXPECT_EQ(world.model->OpenProject(row.path, 0), row.result) << row.name;
+    const CXmlNode* active = world.model->GetActiveApplication();
+    EXPECT_STREQ(active == nullptr ? "none" : active->GetAttrValue("n"), row.active) << row.name;
+    EXPECT_EQ(world.model->GetCurrentConfigName(), "Standard") << row.name;
+  }
+}
+
+// Its options are the project's own, though it holds no application.
+TEST(OpenProject, AChangedProjectWithoutApplicationsIsSavedBeforeAnotherIsOpened) {
+  ProjectWorld world;
+  world.AddFile("/p/empty.tprj", "<Project Header=\"old\" />");
+  world.AddDemo("");
+  ASSERT_EQ(world.model->OpenProject("/p/empty.tprj", 0), 1);
+  world.components.Properties().SetPropertyValue("Project", "General", "Header", "new");
+  ASSERT_EQ(world.model->StoreChangedProperty("General.Header"), 1);
+  ASSERT_EQ(world.OpenDemo(), 1);
+  EXPECT_EQ(world.FileText("/p/empty.tprj"), "\n<Project Header=\"new\" Path=\".\\empty.tprj\" />");
+}
+
+struct AccessRow {
+  const char* path;
+  std::uint32_t flags;
+  int status;
+  const char* heard;
+};
+
+constexpr AccessRow kAccessRows[] = {
+    {"/d/file", 0, 1, ""},
+    {"/d/none", 0, 1, ""},
+    {"/d/file", 1, 1, ""},
+    {"/d", 1, 1, ""},
+    {"/d/none", 1, 2, "row 6"},
+    {"/d/none", 3, 2, "row 6"},
+    {"/d/locked", 3, 1, ""},
+    {"/d/file", 2, 1, ""},
+    {"/d/none", 2, 5, "row 17"},
+    {"/d/locked", 2, 5, "row 17"},
+    {"/none/file", 2, 3, "row 7"},
+    {"/ro/file", 2, 5, "row 17"},
+    {"/d/none", 18, 1, ""},
+    {"/d/locked", 18, 1, ""},
+    {"/d/folder", 18, 1, ""},
+    {"/made/by/it", 18, 1, ""},
+    {"/ro/file", 18, 5, "row 17"},
+    {"/ro/sub/x", 18, 6, "row 18"},
+    {"file", 2, 1, ""},
+    {"none", 18, 1, ""},
+};
+
+TEST(FileAccess, APathAllowsWhatItsFolderAndFileDo) {
+  for (const AccessRow& row : kAccessRows) {
+    ProjectWorld world;
+    for (const char* file : {"/d/file", "/d/locked", "/ro/file"}) world.AddFile(file, "");
+    world.disk.AddFolder("/d/folder");
+    world.disk.SetReadOnly("/d/locked");
+    world.disk.SetReadOnly("/ro");
+    world.disk.SetCurrentFolder("/d");
+    const std::string name = std::string(row.path) + " " + std::to_string(row.flags);
+    world.disk.TakeOperations();
+    EXPECT_EQ(CheckFileAccess(world.disk, row.path, row.flags, world.output), row.status == 1)
+        << name;
+    EXPECT_EQ(static_cast<int>(GetFileAccessStatus(world.disk, row.path, row.flags)), row.status)
+        << name;
+    const std::string text =
+        *row.heard == '\0' ? "" : std::string(row.heard) + " " + row.path + "\n";
+    EXPECT_EQ(world.LogText(), text) << name;
+    EXPECT_FALSE(world.disk.Operations("write").empty()) << name << ": the log is made current";
+  }
+}
+
+}  // namespace
+}  // namespace tarn::test
