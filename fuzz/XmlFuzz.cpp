@@ -30,8 +30,9 @@ void CheckWriting(const CXmlNode& node) {
   static_cast<void>(read.ToString(tarn::g_xmlDisplayOptions));
 }
 
-// Touches every kind of storage: texts that lie inside a node and texts of their own.
-void Edit(CXmlNode& node) {
+// Touches every kind of storage: texts that lie inside a node and texts of their own. Copies are
+// made near the top alone: each doubles what lies below, in a deep tree beyond all measure.
+void Edit(CXmlNode& node, int level) {
   for (const char* value : {"", "a value longer than what was read before", "x"}) {
     if (tarn::CXmlAttr* first = node.GetFirstAttr()) {
       node.SetAttrValue(first->NameView(), value);
@@ -42,8 +43,8 @@ void Edit(CXmlNode& node) {
     node.SetValue(value);
   }
   if (CXmlNode* child = node.GetChild(node.GetChildCount() / 2)) {
-    Edit(*child);
-    node.AppendCopy(*child);
+    Edit(*child, level + 1);
+    if (level < 4) node.AppendCopy(*child);
     node.AppendChild(node.DetachChild(child));
     node.RemoveChild(node.GetChild(0));
   }
@@ -66,7 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(info.errorPosition >= text.c_str() && info.errorPosition <= text.c_str() + text.size());
   }
   CheckWriting(node);
-  Edit(node);
+  Edit(node, 0);
   CheckWriting(node);
   return 0;
 }

@@ -158,14 +158,14 @@ class BuildInformationStore::Writer {
     Start('R', head);
     line.back() = ' ';
     line.append(ToHex(record.signature)).push_back('\n');
-    const std::span<const Number> numbers(store.numbers);
+    const std::span<const Number> all(store.numbers);
     if (record.dependencyCount != 0) {
-      Start('D', numbers.subspan(record.dependencies, record.dependencyCount));
+      Start('D', all.subspan(record.dependencies, record.dependencyCount));
     }
     std::size_t at = record.commands;
     for (std::size_t i = 0; i < record.commandCount; ++i) {
       const std::size_t count = store.numbers[at];
-      Start('C', numbers.subspan(at + 1, count));
+      Start('C', all.subspan(at + 1, count));
       at += count + 1;
     }
     body.append(line);
