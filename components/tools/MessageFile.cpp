@@ -3,6 +3,7 @@
 #include <array>
 
 #include "components/tools/XmlText.h"
+#include "xml/StrictText.h"
 
 namespace tarn::tools {
 
@@ -26,9 +27,9 @@ std::string Attributes(const ToolMessage& message) {
   if (!isPlainPlace) text += XmlAttribute("Icon", look.icon);
   if (isReported) {
     text += XmlAttribute("ShowInReport", "yes");
-    text += XmlAttribute("Contain", message.content);
+    text += XmlAttribute("Contain", EncodeStrict(message.content));
   }
-  text += XmlAttribute("Description", message.text);
+  text += XmlAttribute("Description", EncodeStrict(message.text));
   text += XmlPathAttribute("File", message.file);
   return text + XmlAttribute("Line", message.line);
 }
@@ -37,7 +38,7 @@ std::string Children(const ToolMessage& message) {
   const Look& look = kLooks[static_cast<std::size_t>(message.severity)];
   std::string text;
   if (!look.type.empty()) text.append("<type>").append(look.type).append("</type>");
-  text += "<header>" + XmlContent(message.text) + "</header><link>";
+  text += "<header>" + XmlContent(EncodeStrict(message.text)) + "</header><link>";
   const bool hasPlace = !message.file.empty() && !message.line.empty();
   text += hasPlace ? "err://" + XmlContent(message.file) + ':' + message.line : "lnk://";
   return text + "</link>";

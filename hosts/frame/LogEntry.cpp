@@ -1,6 +1,7 @@
 #include "hosts/frame/LogEntry.h"
 
 #include "platform/text/Text.h"
+#include "xml/StrictText.h"
 
 namespace tarn::host {
 
@@ -19,8 +20,8 @@ LogEntry ToLogEntry(const CXmlNode& message) {
   LogEntry entry;
   entry.kind = KindOfIcon(AttributeOf(&message, "Icon"));
   const char* description = message.GetAttrValue("Description");
-  entry.text = description != nullptr ? description : message.GetValue();
-  entry.message = AttributeOf(&message, "Contain");
+  entry.text = DecodeStrict(description != nullptr ? description : message.GetValue());
+  entry.message = DecodeStrict(AttributeOf(&message, "Contain"));
   if (entry.message.empty()) entry.message = entry.text;
   entry.file = AttributeOf(&message, "File");
   entry.line = ParseDecimal(message.GetAttrValue("Line"));

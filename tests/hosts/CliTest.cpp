@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <map>
 
 #include "hosts/CliProject.h"
@@ -102,6 +104,36 @@ TEST(Cli, AnErrorEndsTheBuildWithItsPlaceAndWhatWasBuiltStaysBuilt) {
   EXPECT_EQ(fixed.code, 0);
   EXPECT_FALSE(Has(fixed.out, "src/a.c")) << fixed.out;
   EXPECT_EQ(Steps(fixed.out).size(), 3u) << fixed.out;
+}
+
+// What the shipped style sheet makes of a log; the empty text when a conforming reader refuses it.
+std::string PageOf(const CliProject& project, const std::string& log) {
+  std::ofstream(project.PathOf("log.xml"), std::ios::binary) << log;
+  const std::string command = "xsltproc --nonet -o '" + project.PathOf("log.html") + "' '" +
+                              std::getenv("TARN_SOURCE_DIR") + "/share/config/message.xslt' '" +
+                              project.PathOf("log.xml") + "' 2>'" + project.PathOf("log.txt") + "'";
+  EXPECT_EQ(std::system(command.c_str()), 0) << project.Read("log.txt") << log;
+  return project.Read("log.html");
+}
+
+TEST(Cli, AnErrorFullOfMarkupIsReadableForPeopleAndForEveryReaderOfTheLog) {
+  CliProject project;
+  const std::string text = "expected '<' & \"foo\"|bar ]]> &lt;";
+  // The compiler's echo of the line has all of it.
+  project.Write("src/b.c", "#include \"a.h\"\n#error " + text + " // \xC3\xA9\n");
+  const auto failed = project.Run({"build"});
+  EXPECT_EQ(failed.code, 1) << failed.out << failed.err;
+  EXPECT_TRUE(Has(failed.out, "src/b.c:2:2: error: #error " + text + "\n")) << failed.out;
+  EXPECT_TRUE(Has(failed.out, text + " // \xC3\xA9\n")) << failed.out;
+  EXPECT_FALSE(project.Exists("build/Standard/app.obj/src/c.c.o"));
+  EXPECT_TRUE(Has(project.Run({"log"}).out, "src/b.c:2:2: error: #error " + text + "\n"));
+  const std::string json = project.Run({"log", "--json"}).out;
+  EXPECT_TRUE(Has(json, "\"#error expected '<' & \\\"foo\\\"|bar ]]> &lt;\"")) << json;
+
+  const std::string page = PageOf(project, project.Run({"log", "--xml"}).out);
+  const std::string shown = "#error expected '&lt;' &amp; \"foo\"|bar ]]&gt; &amp;lt;";
+  EXPECT_TRUE(Has(page, "src/b.c:2:2: error: " + shown + "</span>")) << page;
+  EXPECT_TRUE(Has(page, shown + " // \xC3\xA9</span>")) << page;
 }
 
 TEST(Cli, WhatAFailedToolLeftIsNotTakenForTheOutputThatItReportedBefore) {

@@ -4,6 +4,7 @@
 
 #include "components/tools/BuildRecord.h"
 #include "platform/text/Text.h"
+#include "xml/StrictText.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::tools {
@@ -46,11 +47,21 @@ TEST(MessageFile, NoTextBreaksTheReaderOrTheMessagesBehindIt) {
     ASSERT_EQ(root.GetChildCount(), 2) << text;
     const CXmlNode& message = *root.GetChild(0);
     const bool isGuarded = text == "ends in \\" || text == "\\";
-    EXPECT_EQ(TextOf(message.GetAttrValue("Description")), text + (isGuarded ? " " : ""));
+    EXPECT_EQ(DecodeStrict(TextOf(message.GetAttrValue("Description"))),
+              text + (isGuarded ? " " : ""));
+    EXPECT_EQ(DecodeStrict(message.FindChild("header")->GetValue()), text + (isGuarded ? " " : ""));
     EXPECT_EQ(TextOf(message.GetAttrValue("File")), "/w/a b\\\\") << text;
     EXPECT_EQ(message.GetChildCount(), 3) << text;
     EXPECT_EQ(TextOf(root.GetChild(1)->GetAttrValue("Description")), "next") << text;
   }
+}
+
+TEST(MessageFile, WhatAToolSaysIsXmlForEveryReader) {
+  EXPECT_EQ(MessageFileText({{Severity::Warning, "a<b|\"&amp;\" \x01", "]]>", "/w/a&b", "3"}}),
+            "<Messages>\n<message Icon=\"1\" ShowInReport=\"yes\" Contain=\"]]&gt;\" "
+            "Description=\"a&lt;b&#124;&quot;&amp;amp;&quot;  \" File=\"/w/a&b\" Line=\"3\">"
+            "<type>2</type><header>a&lt;b&#124;\"&amp;amp;\"  </header>"
+            "<link>err:///w/a&b:3</link></message>\n</Messages>\n");
 }
 
 TEST(MessageFile, RecordsKeepPathsWithQuotes) {

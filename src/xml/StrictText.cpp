@@ -1,0 +1,121 @@
+#include "xml/StrictText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+
+namespace tarn {
+namespace {
+
+struct Named {
+  char character;
+  std::string_view reference;
+};
+constexpr Named kNamed[] = {
+    {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&apos;"}};
+
+// What a file may hold at all. Surrogates are no characters.
+bool IsCharacter(std::uint32_t code) {
+  if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
+  return code < 0xD800 || (code >= 0xE000 && code <= 0xFFFD) ||
+         (code >= 0x10000 && code <= 0x10FFFF);
+}
+
+std::uint32_t ByteAt(std::string_view text, std::size_t at) {
+  return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
+}
+
+// The character of two to four bytes that starts there; `length` stays 1 when there is none.
+std::uint32_t ReadUtf8(std::string_view text, std::size_t at, std::size_t& length) {
+  constexpr std::uint32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+  const std::uint32_t first = ByteAt(text, at);
+  length = 1;
+  const std::size_t count = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 0;
+  if (count == 0 || first > 0xF4) return first;
+  std::uint32_t code = first & (0x7FU >> count);
+  for (std::size_t i = 1; i < count; ++i) {
+    const std::uint32_t next = ByteAt(text, at + i);
+    if ((next & 0xC0) != 0x80) return first;
+    code = code << 6 | (next & 0x3F);
+  }
+  if (code < kLeast[count] || !IsCharacter(code)) return first;
+  length = count;
+  return code;
+}
+
+void AppendUtf8(std::string& out, std::uint32_t code) {
+  const std::size_t more = code < 0x80 ? 0 : code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
+  constexpr std::uint32_t kMarks[] = {0, 0xC0, 0xE0, 0xF0};
+  out += static_cast<char>(kMarks[more] | code >> (6 * more));
+  for (std::size_t i = more; i > 0; --i) {
+    out += static_cast<char>(0x80 | (code >> (6 * (i - 1)) & 0x3F));
+  }
+}
+
+void AppendNumeric(std::string& out, std::uint32_t code) {
+  out.append("&#").append(std::to_string(code)).append(1, ';');
+}
+
+// The character that a whole numeric reference stands for; 0, which none can, for anything else.
+std::uint32_t NumberOf(std::string_view reference) {
+  if (!reference.starts_with("&#") || !reference.ends_with(';')) return 0;
+  std::string_view digits = reference.substr(2, reference.size() - 3);
+  const int base = digits.starts_with('x') ? 16 : 10;
+  if (base == 16) digits.remove_prefix(1);
+  std::uint32_t code = 0;
+  const auto [end, error] =
+      std::from_chars(digits.data(), digits.data() + digits.size(), code, base);
+  const bool isWhole = error == std::errc() && end == digits.data() + digits.size();
+  return isWhole && IsCharacter(code) ? code : 0;
+}
+
+// Whether the text is a reference; its character is added then.
+bool AppendReferred(std::string& out, std::string_view reference) {
+  for (const Named& each : kNamed) {
+    if (reference == each.reference) return out += each.character, true;
+  }
+  const std::uint32_t code = NumberOf(reference);
+  if (code != 0) AppendUtf8(out, code);
+  return code != 0;
+}
+
+}  // namespace
+
+std::string EncodeStrict(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t at = 0, length = 1; at < text.size(); at += length) {
+    const std::uint32_t code = ReadUtf8(text, at, length);
+    const auto named = std::find_if(std::begin(kNamed), std::begin(kNamed) + 3,
+                                    [&](const Named& n) { return n.character == text[at]; });
+    if (named != std::begin(kNamed) + 3) {
+      out += named->reference;
+    } else if (length > 1 || code == '|') {
+      AppendNumeric(out, code);
+    } else {
+      out += code < 0x20 && code != '\t' ? ' ' : text[at];
+    }
+  }
+  return out;
+}
+
+std::string DecodeStrict(std::string_view text) {
+  constexpr std::size_t kLongest = 12;
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t start = std::min(text.find('&', at), text.size());
+    out += text.substr(at, start - at);
+    if (start == text.size()) break;
+    const std::size_t end = text.substr(start, kLongest).find(';');
+    const std::string_view reference =
+        end == std::string_view::npos ? std::string_view() : text.substr(start, end + 1);
+    const bool isReference = AppendReferred(out, reference);
+    if (!isReference) out += '&';
+    at = start + (isReference ? reference.size() : 1);
+  }
+  return out;
+}
+
+}  // namespace tarn

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Texts that must come through a conforming XML reader as well as through this system's own, which
+// knows no references but those of its table and hands all others on as they stand. So a text that
+// is encoded before it gets into a tree stays encoded in the tree and in every file made of it.
+namespace tarn {
+
+// The text with the standard references for & < > and numeric ones for the vertical bar, whose own
+// reference is unknown elsewhere, and for the characters of UTF-8, since files call themselves
+// Latin-1. Bytes that are no UTF-8 stay. Control bytes, which no reference can stand for, become
+// blanks; a tab stays. Quotes are left to whoever writes the text.
+std::string EncodeStrict(std::string_view text);
+
+// Takes the standard references back, named and numeric, the latter as UTF-8. Anything else that
+// begins with & stays as it is.
+std::string DecodeStrict(std::string_view text);
+
+}  // namespace tarn

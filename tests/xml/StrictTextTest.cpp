@@ -1,0 +1,49 @@
+#include "xml/StrictText.h"
+
+#include <gtest/gtest.h>
+
+#include "xml/XmlNode.h"
+
+namespace tarn {
+namespace {
+
+TEST(StrictText, WhatAConformingReaderWouldRejectOrTakeForSomethingElse) {
+  const struct {
+    const char* name;
+    std::string text, encoded, back;
+  } rows[] = {
+      {"markup", "a < b && c > d", "a &lt; b &amp;&amp; c &gt; d", "a < b && c > d"},
+      {"vertical bar", "a|b", "a&#124;b", "a|b"},
+      {"quotes", "'a' \"b\"", "'a' \"b\"", "'a' \"b\""},
+      {"reference in the text", "&lt; &#65; &quot;", "&amp;lt; &amp;#65; &amp;quot;",
+       "&lt; &#65; &quot;"},
+      {"UTF-8", "\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80", "&#233; &#8364; &#128512;",
+       "\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"},
+      {"Latin-1", "\xE9t\xE9 \xC3", "\xE9t\xE9 \xC3", "\xE9t\xE9 \xC3"},
+      {"overlong, surrogate, no character", "\xC0\xBC \xED\xA0\x80 \xEF\xBF\xBF",
+       "\xC0\xBC \xED\xA0\x80 \xEF\xBF\xBF", "\xC0\xBC \xED\xA0\x80 \xEF\xBF\xBF"},
+      {"control bytes", std::string("a\x01\r\n\0b\tc", 8), "a    b\tc", "a    b\tc"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(EncodeStrict(row.text), row.encoded) << row.name;
+    EXPECT_EQ(DecodeStrict(row.encoded), row.back) << row.name;
+    // The system's own reader and writer hand it on unchanged.
+    CXmlNode node;
+    node.SetName("a");
+    node.SetAttrValue("t", row.encoded);
+    CXmlNode read;
+    read.Load(node.ToString(g_xmlDisplayOptions), g_xmlParseInfo);
+    EXPECT_EQ(read.GetAttrValue("t"), row.encoded) << row.name;
+  }
+}
+
+TEST(StrictText, WhatOnlyLooksLikeAReferenceStays) {
+  for (const char* text : {"&", "&;", "&#;", "&#x;", "&#0;", "&#xD800;", "&#x110000;", "&#-5;",
+                           "&#99999999999;", "&slash;", "&nbsp;", "&lt", "a & b;", "&#12a;"}) {
+    EXPECT_EQ(DecodeStrict(text), text);
+  }
+  EXPECT_EQ(DecodeStrict("&#x41;&#xe9;&apos;&quot;&amp;amp;"), "A\xC3\xA9'\"&amp;");
+}
+
+}  // namespace
+}  // namespace tarn
