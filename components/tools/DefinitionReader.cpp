@@ -44,8 +44,8 @@ class ToolReader {
     return TextOf(node.GetAttrValue(attribute));
   }
 
-  static bool IsYes(const CXmlNode& node, const char* attribute) {
-    return EqualNoCase(Text(node, attribute), "Yes");
+  bool IsYes(const CXmlNode& node, const char* attribute) {
+    return Choose(node, attribute, {"", "No", "Yes"}) == 2;
   }
 
   Template Parse(const std::string& text) {
@@ -133,11 +133,19 @@ class ToolReader {
     step.capturesSizes = Choose(node, "Capture", {"", "Size"}) == 1;
     step.relativePaths = Choose(node, "Paths", {"", "Relative"}) == 1;
     if (Choose(node, "Response", {"", "gnu"}) == 1) step.response = ResponseStyle::Gnu;
-    const auto above = ParseInt64(Text(node, "ResponseAbove")).value_or(100000);
-    step.responseAbove = static_cast<std::size_t>(std::max<std::int64_t>(above, 0));
+    step.responseAbove = ReadLength(node, "ResponseAbove", 100000);
     step.conditions = ReadConditions(Text(node, "If"));
     ReadStepChildren(node, step);
     return step;
+  }
+
+  std::size_t ReadLength(const CXmlNode& node, const char* attribute, std::size_t standard) {
+    const std::string text = Text(node, attribute);
+    if (text.empty()) return standard;
+    const auto length = ParseInt64(text);
+    const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
+    if (!isNumber || !length) Fail(std::string(attribute) + " can't be " + text);
+    return static_cast<std::size_t>(length.value_or(0));
   }
 
   // The index of the attribute's value among those that it may have.

@@ -5,8 +5,9 @@
 namespace tarn::tools {
 
 void MessageLog::Add(ToolMessage message) {
-  if (message.severity == Severity::Error) ++errorCount;
-  if (messages.size() < kMaxMessages) {
+  const bool isError = message.severity == Severity::Error;
+  if (isError) ++errorCount;
+  if (messages.size() < kMaxMessages + (isError ? kMaxLateErrors : 0)) {
     messages.push_back(std::move(message));
   } else {
     ++missing;

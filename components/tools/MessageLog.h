@@ -8,11 +8,13 @@
 
 namespace tarn::tools {
 
-// Collects the messages of one run. Beyond kMaxMessages only counts, so that a tool that never
-// stops talking fills no memory.
+// Collects the messages of one run. Beyond kMaxMessages keeps only errors, kMaxLateErrors of them,
+// and counts the rest, so that a tool that never stops talking fills no memory and still says why
+// it failed.
 class MessageLog {
  public:
   static constexpr std::size_t kMaxMessages = 20000;
+  static constexpr std::size_t kMaxLateErrors = 1000;
 
   void Add(ToolMessage message);
   void AddPlain(std::string_view text);

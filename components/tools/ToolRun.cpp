@@ -185,7 +185,9 @@ void ToolRun::ReadDependencies(BuildRecord& found) {
   if (!plan.rules.empty()) {
     const auto text = world.files->ReadWholeFile(plan.rules);
     if (text) {
-      const std::string& folder = plan.commands.front().folder;
+      // The conditions of a tool can leave it without a step.
+      const std::string& folder =
+          plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
       for (const std::string& name : ReadRuleFile(*text)) {
         names.push_back(AbsolutePath(folder, name));
       }

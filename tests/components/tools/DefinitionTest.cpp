@@ -38,6 +38,15 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
        "t.tools: t: no messages are known by the name lint\n1 tools"},
       {"<Tool Name=\"t\"><Step Program=\"p\" Response=\"cmd\"/></Tool>",
        "t.tools: t: Response can't be cmd\n1 tools"},
+      {"<Tool Name=\"t\"><Step Program=\"p\" Optional=\"true\"/></Tool>",
+       "t.tools: t: Optional can't be true\n1 tools"},
+      {"<Tool Name=\"t\"><Step Program=\"p\"><Arg V=\"x\" Path=\"1\"/></Step></Tool>",
+       "t.tools: t: Path can't be 1\n1 tools"},
+      {"<Tool Name=\"t\"><Step Program=\"p\" Plain=\"no\" Optional=\"YES\"/></Tool>", "2 tools"},
+      {"<Tool Name=\"t\"><Step Program=\"p\" ResponseAbove=\"30k\"/></Tool>",
+       "t.tools: t: ResponseAbove can't be 30k\n1 tools"},
+      {"<Tool Name=\"t\"><Step Program=\"p\" ResponseAbove=\"99999999999999999999\"/></Tool>",
+       "t.tools: t: ResponseAbove can't be 99999999999999999999\n1 tools"},
       {"<Tule/>", "t.tools: unknown element Tule\n1 tools"},
   };
   for (const Row& row : rows) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "components/tools/MessageLog.h"
 #include "platform/automation/ClassRegistry.h"
 #include "platform/automation/DispatchDriver.h"
 #include "tests/components/tools/FakeLauncher.h"
@@ -158,6 +159,35 @@ TEST(ToolManager, HostileOutputGivesABoundedReadableFile) {
   EXPECT_LT(tools.Messages().size(), 4u << 20);
   const std::string summary = Summary(tools.Messages());
   EXPECT_EQ(summary.substr(summary.size() - 23), "0 x\n0 10004 more lines\n");
+}
+
+TEST(ToolManager, AnErrorBehindEndlessTalkIsStillTold) {
+  ToolManagerFixture tools(kDefinitions);
+  PlayedProgram program;
+  std::string lines;
+  for (std::size_t i = 0; i < MessageLog::kMaxMessages; ++i) lines += "x\n";
+  for (std::size_t i = 0; i < MessageLog::kMaxLateErrors; ++i) lines += "a.c:1:2: error: bad\nx\n";
+  program.output.emplace_back(false, lines + "a.c:1:2: error: one more\n");
+  program.exit.code = 1;
+  tools.launcher.Queue(program);
+  EXPECT_FALSE(tools.Run("link", ""));
+  const std::string summary = Summary(tools.Messages());
+  const std::string end = "\n0 x\n2 a.c:1:2: error: bad\n2 a.c:1:2: error: bad\n";
+  EXPECT_NE(summary.find(end), std::string::npos);
+  const std::string last = "error: bad\n0 1002 more lines\n";
+  EXPECT_EQ(summary.substr(summary.size() - last.size()), last);
+}
+
+TEST(ToolManager, AToolWhoseConditionsLeaveNoStepReadsNoFolderOfOne) {
+  ToolManagerFixture tools(
+      "<T><Tool Name=\"none\" Output=\"o/a.o\" Rules=\"o/a.d\"><Step Program=\"p\" "
+      "If=\"A.B\"/></Tool></T>");
+  tools.disk.AddFile("/p/o/a.o", "x");
+  tools.disk.AddFile("/p/o/a.d", "a.o: b.h\n");
+  tools.disk.FailOn("remove", "/p/o/a.d", ErrorCode::ReadOnly);
+  EXPECT_TRUE(tools.Run("none", ""));
+  EXPECT_EQ(tools.manager->TakeBuildInformation(),
+            "<I><F Header=\"/p/o/a.o\" Infos=\"\" Date=\"1000\"><D Header=\"/p/b.h\"/></F></I>");
 }
 
 class RecordingFrame : public WindowTarget {
