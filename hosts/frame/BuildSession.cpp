@@ -5,6 +5,7 @@
 
 #include "hosts/frame/ProjectFile.h"
 #include "platform/text/Text.h"
+#include "xml/StrictText.h"
 
 namespace tarn::host {
 
@@ -247,7 +248,8 @@ void BuildSession::KeepLog() {
   if (logFile.empty() || outcome.toolsRun + outcome.toolsFailed == 0) return;
   const auto log = files.ReadWholeFile(logFile);
   if (!log) return;
-  const Status written = files.WriteWholeFile(LogPathOf(projectPath), *log);
+  // Names and paths stand in the log as they are; the kept one is for everybody's tools.
+  const Status written = files.WriteWholeFile(LogPathOf(projectPath), MakeFileStrict(*log));
   if (!written) stateProblem = written.GetError().place + ": " + written.GetError().text;
 }
 

@@ -80,6 +80,68 @@ bool AppendReferred(std::string& out, std::string_view reference) {
   return code != 0;
 }
 
+// The reference that starts there, as long as one can be; empty when none does.
+std::string_view ReferenceAt(std::string_view text, std::size_t at) {
+  constexpr std::size_t kLongest = 12;
+  const std::string_view start = text.substr(at, kLongest);
+  const std::size_t end = start.find(';');
+  return end == std::string_view::npos ? std::string_view() : start.substr(0, end + 1);
+}
+
+// How the system's writer puts a vertical bar.
+constexpr std::string_view kBarReference = "&slash;";
+
+// A value or a text as it stands in a file. Line ends are layout there.
+void AppendStrict(std::string& out, std::string_view text) {
+  std::size_t at = 0;
+  while (at < text.size()) {
+    const std::size_t next = std::min(text.find_first_of("&\r\n", at), text.size());
+    out += EncodeStrict(text.substr(at, next - at));
+    at = next;
+    if (at == text.size()) return;
+    const bool isReference = text[at] == '&';
+    const std::string_view piece = isReference ? ReferenceAt(text, at) : text.substr(at, 1);
+    std::string referred;
+    if (piece == kBarReference) {
+      AppendNumeric(out, '|');
+      at += piece.size();
+    } else if (!isReference || AppendReferred(referred, piece)) {
+      out += piece;
+      at += piece.size();
+    } else {
+      out += "&amp;";
+      ++at;
+    }
+  }
+}
+
+// The end of what a reader takes as a whole, without values in it; `at` when nothing such starts
+// there.
+std::size_t EndOfWhole(std::string_view file, std::size_t at) {
+  constexpr std::string_view kWholes[][2] = {{"<?", "?>"}, {"<!--", "-->"}, {"<![CDATA[", "]]>"}};
+  for (const auto& [open, close] : kWholes) {
+    if (!file.substr(at).starts_with(open)) continue;
+    const std::size_t end = file.find(close, at + open.size());
+    return end == std::string_view::npos ? file.size() : end + close.size();
+  }
+  return at;
+}
+
+// Adds the tag that starts there; gives the place behind it.
+std::size_t AppendTag(std::string& out, std::string_view file, std::size_t at) {
+  while (at < file.size()) {
+    const std::size_t stop = std::min(file.find_first_of("\">", at), file.size() - 1);
+    out += file.substr(at, stop + 1 - at);
+    at = stop + 1;
+    if (file[stop] != '"') return at;
+    const std::size_t end = std::min(file.find('"', at), file.size());
+    AppendStrict(out, file.substr(at, end - at));
+    if (end < file.size()) out += '"';
+    at = std::min(end + 1, file.size());
+  }
+  return at;
+}
+
 }  // namespace
 
 std::string EncodeStrict(std::string_view text) {
@@ -101,19 +163,29 @@ std::string EncodeStrict(std::string_view text) {
 }
 
 std::string DecodeStrict(std::string_view text) {
-  constexpr std::size_t kLongest = 12;
   std::string out;
   out.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t start = std::min(text.find('&', at), text.size());
     out += text.substr(at, start - at);
     if (start == text.size()) break;
-    const std::size_t end = text.substr(start, kLongest).find(';');
-    const std::string_view reference =
-        end == std::string_view::npos ? std::string_view() : text.substr(start, end + 1);
+    const std::string_view reference = ReferenceAt(text, start);
     const bool isReference = AppendReferred(out, reference);
     if (!isReference) out += '&';
     at = start + (isReference ? reference.size() : 1);
+  }
+  return out;
+}
+
+std::string MakeFileStrict(std::string_view file) {
+  std::string out;
+  out.reserve(file.size());
+  for (std::size_t at = 0; at < file.size();) {
+    const std::size_t tag = std::min(file.find('<', at), file.size());
+    AppendStrict(out, file.substr(at, tag - at));
+    const std::size_t end = EndOfWhole(file, tag);
+    out += file.substr(tag, end - tag);
+    at = end > tag ? end : AppendTag(out, file, tag);
   }
   return out;
 }

@@ -18,4 +18,9 @@ std::string EncodeStrict(std::string_view text);
 // begins with & stays as it is.
 std::string DecodeStrict(std::string_view text);
 
+// A whole file of the system's writer, made fit for a conforming reader: inside values and texts
+// everything becomes what EncodeStrict makes of it, but for references that are standard already.
+// A "<" in an element's text can't be told from a tag and stays.
+std::string MakeFileStrict(std::string_view file);
+
 }  // namespace tarn

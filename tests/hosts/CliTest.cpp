@@ -136,6 +136,18 @@ TEST(Cli, AnErrorFullOfMarkupIsReadableForPeopleAndForEveryReaderOfTheLog) {
   EXPECT_TRUE(Has(page, shown + " // \xC3\xA9</span>")) << page;
 }
 
+TEST(Cli, NamesFullOfMarkupLeaveALogThatEveryReaderTakes) {
+  CliProject project;
+  project.WriteProject({{"R&D \xC3\xA9", {"a&b.c", "b.c", "c.c"}}});
+  project.Write("src/a&b.c", "int a(void) { return 1; }\n");
+  project.Write("src/b.c", "#error bad\n");
+  EXPECT_EQ(project.Run({"build"}).code, 1);
+  EXPECT_TRUE(Has(project.Run({"log"}).out, "/src/a&b.c\n"));
+  const std::string page = PageOf(project, project.Run({"log", "--xml"}).out);
+  EXPECT_TRUE(Has(page, "Build: R&amp;D \xC3\xA9 (Standard)</span>")) << page;
+  EXPECT_TRUE(Has(page, "/src/a&amp;b.c</span>")) << page;
+}
+
 TEST(Cli, WhatAFailedToolLeftIsNotTakenForTheOutputThatItReportedBefore) {
   CliProject project;
   ASSERT_EQ(project.Run({"build"}).code, 0);

@@ -4,15 +4,18 @@
 #include <fstream>
 #include <string>
 
+#include "components/tools/MessageFile.h"
+#include "output/BuildOutput.h"
 #include "share/ShippedFiles.h"
+#include "support/MemoryFileSystem.h"
 
 namespace tarn::shipped {
 namespace {
 
 // The page that a conforming processor makes of a log; empty, and the test fails, when it refuses.
 std::string Transform(const std::string& log) {
-  const std::string base = testing::TempDir() + "tarn-style-sheet-" +
-                           testing::UnitTest::GetInstance()->current_test_info()->name();
+  const std::string base = ::testing::TempDir() + "tarn-style-sheet-" +
+                           ::testing::UnitTest::GetInstance()->current_test_info()->name();
   std::ofstream(base + ".xml", std::ios::binary) << log;
   const std::string command = "xsltproc --nonet '" + Path("config/message.xslt") + "' '" + base +
                               ".xml' >'" + base + ".html' 2>'" + base + ".txt'";
@@ -101,6 +104,21 @@ TEST(StyleSheet, APlaceThatLeadsElsewhere) {
         Items(Message("File=\"" + row.file + "\" Line=\"" + row.line + "\" Icon=\"2\" ", "x", "1"));
     EXPECT_EQ(Between(items, "<span class=\"place\">", "</span>"), row.place) << row.name;
   }
+}
+
+// The hub's own log file, with what the tool manager wrote in it.
+TEST(StyleSheet, ALogOfToolMessagesThatAConformingReaderRefuses) {
+  tarn::testing::MemoryFileSystem disk;
+  const std::string text = "a.c:1:2: error: expected '<' & \"foo\"|bar ]]> \\";
+  disk.AddFile("/tmp/log.xmlt.xml",
+               tools::MessageFileText({{tools::Severity::Error, text, text, "/p/a.c", "1"}}));
+  CBuildOutput hub(disk);
+  hub.SetLogFile("/tmp/log.xml");
+  hub.MergeToolFile("/tmp/log.xmlt.xml");
+  hub.SaveLog();
+  const std::string page = Transform(disk.BytesOf("/tmp/log.xml").value_or(""));
+  EXPECT_EQ(Between(page, "<span class=\"text\">", "</span>"),
+            "a.c:1:2: error: expected '&lt;' &amp; \"foo\"|bar ]]&gt; \\ ");
 }
 
 }  // namespace

@@ -45,5 +45,17 @@ TEST(StrictText, WhatOnlyLooksLikeAReferenceStays) {
   EXPECT_EQ(DecodeStrict("&#x41;&#xe9;&apos;&quot;&amp;amp;"), "A\xC3\xA9'\"&amp;");
 }
 
+TEST(StrictText, AFileWithNamesThatAConformingReaderRejects) {
+  EXPECT_EQ(
+      MakeFileStrict("<?xml version=\"1.0\"?>\r\n\r\n<a x=\"R&D <1> &slash; &quot;&lt;\" y=\"\" "
+                     ">\r\n\t<b/>\r\n\t<c>R&D &slash; \"\xC3\xA9\" &#124; > </c>\r\n</a>"),
+      "<?xml version=\"1.0\"?>\r\n\r\n<a x=\"R&amp;D &lt;1&gt; &#124; &quot;&lt;\" y=\"\" "
+      ">\r\n\t<b/>\r\n\t<c>R&amp;D &#124; \"&#233;\" &#124; &gt; </c>\r\n</a>");
+  for (const char* text : {"", "<", "<a", "<a x=\"", "<a x=\"1", "text", "<a x=\"1\"", "<a>\r\nb",
+                           "<!-- & \" --><a/>", "<![CDATA[<a x=\"&]]>", "<?x &"}) {
+    EXPECT_EQ(MakeFileStrict(text), text);
+  }
+}
+
 }  // namespace
 }  // namespace tarn
