@@ -1,15 +1,26 @@
+// Any output of a tool becomes a message file that the system's reader takes in whole, and texts
+// that come back as they were through the log, also through the copy of it for other readers.
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 
 #include "components/tools/MessageFile.h"
 #include "components/tools/MessageScanner.h"
 #include "components/tools/ToolText.h"
+#include "xml/StrictText.h"
 #include "xml/XmlNode.h"
 
-// Any output of a tool becomes a message file that the system's reader takes in whole.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace tarn;
+namespace {
+
+using namespace tarn;
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+tools::ToolMessages MessagesOf(std::string_view output) {
   tools::MessageRecogniser gcc;
   gcc.Add(*tools::FindScanner("gcc"));
   gcc.Add(*tools::FindScanner("gnu-ld"));
@@ -22,14 +33,36 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     messages.push_back(sdcc.Recognise(clean, "/w"));
   };
   tools::LineAssembler lines;
-  lines.Add({reinterpret_cast<const char*>(data), size}, take);
+  lines.Add(output, take);
   lines.Finish(take);
+  return messages;
+}
+
+void CheckTexts(const std::string& file, const tools::ToolMessages& messages) {
   CXmlNode root;
   CXmlParseInfo info;
-  if (root.Load(tools::MessageFileText(messages), info) == nullptr) std::abort();
-  if (root.GetChildCount() != static_cast<int>(messages.size())) std::abort();
-  for (const CXmlNode* message : root.GetChildren()) {
-    if (message->FindChild("link") == nullptr || message->GetAttr("Line") == nullptr) std::abort();
+  Require(root.Load(file, info) != nullptr);
+  Require(root.GetChildCount() == static_cast<int>(messages.size()));
+  for (int i = 0; i < root.GetChildCount(); ++i) {
+    const CXmlNode& message = *root.GetChild(i);
+    Require(message.FindChild("link") != nullptr && message.GetAttr("Line") != nullptr);
+    const std::string text = message.GetAttrValue("Description");
+    Require(text.find_first_of("<>|") == std::string::npos);
+    Require(EncodeStrict(DecodeStrict(text)) == text);
+    const std::string& said = messages[static_cast<std::size_t>(i)].text;
+    Require(DecodeStrict(text) ==
+            (said.ends_with('\\') && text.ends_with(' ') ? said + " " : said));
   }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const tools::ToolMessages messages = MessagesOf({reinterpret_cast<const char*>(data), size});
+  const std::string file = tools::MessageFileText(messages);
+  CheckTexts(file, messages);
+  const std::string strict = MakeFileStrict(file);
+  CheckTexts(strict, messages);
+  Require(MakeFileStrict(strict) == strict);
   return 0;
 }
