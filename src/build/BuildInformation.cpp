@@ -1,5 +1,7 @@
 // What tools report about their outputs, and what the host may ask around a build.
 
+#include <algorithm>
+
 #include "output/MessageTable.h"
 #include "patterns/Parser.h"
 #include "platform/paths/Paths.h"
@@ -35,6 +37,16 @@ bool HoldsOutput(const CXmlNode& node) {
   return false;
 }
 
+// The children in order, taken out of the node.
+std::vector<std::unique_ptr<CXmlNode>> TakeChildren(CXmlNode& node) {
+  std::vector<std::unique_ptr<CXmlNode>> children;
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    children.push_back(node.DetachChild(node.GetChild(i)));
+  }
+  std::reverse(children.begin(), children.end());
+  return children;
+}
+
 }  // namespace
 
 std::int32_t CProjectModel::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
@@ -51,14 +63,13 @@ bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
   records.Load(xmlinfo, g_xmlParseInfo);
   CXmlNode* const application = walkApplication != nullptr ? walkApplication : activeApplication;
   if (application == nullptr) return false;
-  for (int i = 0; i < records.GetChildCount(); ++i) {
-    const CXmlNode& record = *records.GetChild(i);
-    CXmlNode* node = FindNodeByOutput(*application, record.GetAttrValue("Header"));
+  for (std::unique_ptr<CXmlNode>& record : TakeChildren(records)) {
+    CXmlNode* node = FindNodeByOutput(*application, record->GetAttrValue("Header"));
     if (node == nullptr) continue;
-    const std::string infos = TextOf(record.GetAttrValue("Infos"));
-    const std::string date = TextOf(record.GetAttrValue("Date"));
+    const std::string infos = TextOf(record->GetAttrValue("Infos"));
+    const std::string date = TextOf(record->GetAttrValue("Date"));
     RecordBuildInfo(node, infos.c_str(), date.c_str());
-    ReplaceDependencies(*node, record);
+    ReplaceDependencies(*node, std::move(record));
   }
   return true;
 }
@@ -75,7 +86,9 @@ CXmlNode* CProjectModel::FindNodeByOutput(CXmlNode& application, const char* out
   return found == nodesByOutput.end() ? nullptr : found->second;
 }
 
-void CProjectModel::ReplaceDependencies(CXmlNode& node, const CXmlNode& record) {
+// The record itself becomes the new list: projects have some ten dependencies for each file, and
+// all of them are there already.
+void CProjectModel::ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> record) {
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode* child = node.GetChild(i);
     if (child->NameView() != "Dependencies") continue;
@@ -84,16 +97,19 @@ void CProjectModel::ReplaceDependencies(CXmlNode& node, const CXmlNode& record) 
     node.RemoveChild(child);
     break;
   }
-  if (record.GetChildCount() == 0) return;
-  auto dependencies = CXmlNode::CreateNode("Dependencies");
-  dependencies->AddAttr("Header", "Dependencies");
-  for (int i = 0; i < record.GetChildCount(); ++i) {
-    CXmlNode* copy = dependencies->AppendCopy(*record.GetChild(i));
-    const CXmlNode* type = FindTypeByFileExtension(TextOf(copy->GetAttrValue("Header")));
-    if (type != nullptr) copy->SetName(type->NameView());
-    if (HoldsOutput(*copy)) ++outputEpoch;
+  if (record->GetChildCount() == 0) return;
+  record->SetName("Dependencies");
+  record->SetValue("");
+  while (CXmlAttr* attribute = record->GetFirstAttr()) record->RemoveAttr(attribute);
+  record->AddAttr("Header", "Dependencies");
+  for (int i = 0; i < record->GetChildCount(); ++i) {
+    CXmlNode* dependency = record->GetChild(i);
+    const char* file = dependency->GetAttrValue("Header");
+    const CXmlNode* type = FindTypeByFileExtension(file == nullptr ? "" : file);
+    if (type != nullptr) dependency->SetName(type->NameView());
+    if (HoldsOutput(*dependency)) ++outputEpoch;
   }
-  node.AppendChild(std::move(dependencies));
+  node.AppendChild(std::move(record));
 }
 
 std::int32_t CProjectModel::RecordBuildInfo(CXmlNode* node, const char* infos, const char* date) {
@@ -132,7 +148,7 @@ std::int32_t CProjectModel::RecordBuildInfo(CXmlNode* node, const char* infos, c
   return 1;
 }
 
-const CXmlNode* CProjectModel::FindTypeByFileExtension(const std::string& path) {
+const CXmlNode* CProjectModel::FindTypeByFileExtension(std::string_view path) {
   if (!typesByExtensionKnown) {
     typesByExtension.clear();
     const CXmlNode& records = types.GetRoot();

@@ -197,7 +197,7 @@ class CProjectModel {
   std::int32_t AddConfiguration();
   std::int32_t SelectConfiguration(const std::string& name);
   // The type whose extensions hold that of `path`; the last one that does, or null.
-  const CXmlNode* FindTypeByFileExtension(const std::string& path);
+  const CXmlNode* FindTypeByFileExtension(std::string_view path);
   // Definitions may have changed: extensions of types are asked for anew.
   void ForgetExtensions() { typesByExtensionKnown = false; }
 
@@ -345,7 +345,7 @@ class CProjectModel {
   static void BuildThreadMain(std::shared_ptr<WorkerControl> control);
   bool EndWorker();
   bool TakeBuildRecords(const std::string& xmlinfo);
-  void ReplaceDependencies(CXmlNode& node, const CXmlNode& record);
+  void ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> record);
 
   FileSystem& files;
   FileGuard guard;

@@ -4,6 +4,8 @@
 // The property manager holds one node at a time. A node that was published once keeps all its
 // values as text in its #CDATA child; that child is the mark of a published node.
 
+#include <algorithm>
+
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
@@ -17,11 +19,11 @@ namespace {
 constexpr int kNodesPerTick = 10;
 
 // The byte that stands for "]" in the cached text, so that the text can lie in a CDATA section.
-std::string WithBrackets(const char* text) {
+constexpr char kBracketByte = '\xA7';
+
+std::string WithBrackets(std::string_view text) {
   std::string values(text);
-  for (char& c : values) {
-    if (static_cast<unsigned char>(c) == 0xA7) c = ']';
-  }
+  std::replace(values.begin(), values.end(), kBracketByte, ']');
   return values;
 }
 
@@ -44,7 +46,10 @@ CXmlNode* CProjectModel::PublishNode(CXmlNode* node, bool force) {
   if (node == nullptr) node = GetCurrentNode();
   CXmlNode* stored = FindStoredValues(*node);
   if (!force && stored != nullptr) {
-    propertyManager->ReadValuesFromText(WithBrackets(stored->ValueText()));
+    // Some thousand bytes for each child of the node: copied only when there is a reason.
+    const std::string_view text = stored->ValueText();
+    const bool isPlain = text.find(kBracketByte) == text.npos;
+    propertyManager->ReadValuesFromText(isPlain ? TextArgument(text) : WithBrackets(text));
     return stored;
   }
   if (stored != nullptr) node->RemoveChild(stored);
