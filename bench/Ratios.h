@@ -1,0 +1,37 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
+// The rows of the table that `scripts/bench` prints: what was measured as a ratio against something
+// that was measured in the same run, since the same work takes another time on another machine.
+namespace tarn::bench {
+
+inline double Median(std::vector<double> numbers) {
+  const auto middle = numbers.begin() + static_cast<std::ptrdiff_t>(numbers.size() / 2);
+  std::nth_element(numbers.begin(), middle, numbers.end());
+  return *middle;
+}
+
+// Seconds on the wall that `work` takes.
+template <class Work>
+double SecondsOf(Work&& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+inline void PrintRow(const char* what, double ratio, const char* wanted, bool reached) {
+  std::printf("%-56s %6.2f   wanted %-12s %s\n", what, ratio, wanted, reached ? "yes" : "NO");
+  std::fflush(stdout);
+}
+
+inline void PrintAtMost(const char* what, double ratio, double limit) {
+  char wanted[32];
+  std::snprintf(wanted, sizeof wanted, "<= %.2f", limit);
+  PrintRow(what, ratio, wanted, ratio <= limit);
+}
+
+}  // namespace tarn::bench
