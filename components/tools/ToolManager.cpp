@@ -94,7 +94,7 @@ std::int32_t ToolManager::RunTool(const char* tool, const char* files, const cha
   const std::string text = MessageFileText(messages);
   // Messages that can't be kept don't undo what the tool made.
   if (messageFile != nullptr && *messageFile != '\0') {
-    static_cast<void>(world.files->WriteWholeFile(messageFile, text));
+    static_cast<void>(world.files->WriteScratchFile(messageFile, text));
   }
   TellFrame(kMsgToolEnded, text, isDone ? 1 : 0);
   return isDone ? 1 : 0;

@@ -61,7 +61,7 @@ bool ToolRun::Prepare() {
       return false;
     }
   }
-  if (!plan.rules.empty()) static_cast<void>(world.files->RemoveFile(plan.rules));
+  if (!plan.rules.empty()) static_cast<void>(world.files->RemoveScratchFile(plan.rules));
   return true;
 }
 
@@ -72,7 +72,7 @@ bool ToolRun::RunCommand(const ToolCommand& command) {
   std::string response;
   if (!WriteResponseFile(command, request, response)) return false;
   const bool isDone = RunProcess(command, request);
-  if (!response.empty()) static_cast<void>(world.files->RemoveFile(response));
+  if (!response.empty()) static_cast<void>(world.files->RemoveScratchFile(response));
   return isDone;
 }
 
@@ -87,7 +87,7 @@ bool ToolRun::WriteResponseFile(const ToolCommand& command, ProcessRequest& requ
   // A launcher and the program behind it stay on the command line.
   const auto first = command.arguments.begin() + static_cast<std::ptrdiff_t>(command.launched);
   const std::string text = ResponseText(rule.response, {first, command.arguments.end()});
-  const Status written = world.files->WriteWholeFile(file, text);
+  const Status written = world.files->WriteScratchFile(file, text);
   if (!written) return Fail(command, file + ": " + written.GetError().text);
   request.arguments.assign(command.arguments.begin(), first);
   request.arguments.push_back("@" + file);

@@ -280,7 +280,7 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   if (!logFile.empty()) {
     messageFile = logFile + "t.xml";
     request.messageFile = messageFile;
-    (void)model.files.RemoveFile(messageFile);
+    (void)model.files.RemoveScratchFile(messageFile);
   }
   request.toolManager = DispatchPtr(model.toolManager->GetDispatch());
   request.kind = WalkRequest::Kind::RunTool;
@@ -306,7 +306,7 @@ void BuildWalk::LeaveTool() {
   model.fileTimes.Forget();  // the tool may have written any file
   if (!messageFile.empty()) {
     model.output->MergeToolFile(messageFile);
-    (void)model.files.RemoveFile(messageFile);
+    (void)model.files.RemoveScratchFile(messageFile);
   }
   messageFile.clear();
   if (!folderBefore.empty()) model.files.SetCurrentFolder(folderBefore);

@@ -66,10 +66,14 @@ class FileSystem {
     return *after;
   }
   // Like WriteWholeFile, for a file that nobody misses after a crash: it need not have reached the
-  // disk, and a symbolic link is replaced instead of followed.
+  // disk, and a symbolic link is replaced instead of followed. Whoever writes one chose its name,
+  // so no other spelling of it is looked for: folders of scratch files are large, and change so
+  // fast that each look would be a new one.
   virtual Status WriteScratchFile(const std::string& path, std::string_view bytes) {
     return WriteWholeFile(path, bytes);
   }
+  // Like RemoveFile, for a file by the very name that it was made with.
+  virtual Status RemoveScratchFile(const std::string& path) { return RemoveFile(path); }
   // Refuses a read-only file and a folder.
   virtual Status RemoveFile(const std::string& path) = 0;
   // Never overwrites.

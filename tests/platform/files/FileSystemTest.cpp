@@ -191,10 +191,13 @@ TEST_P(FileSystemTest, ContinuingAsksForTheTimeTooAndTellsWhatIsLeft) {
   ASSERT_TRUE(after);
   EXPECT_EQ(after->size, 13U);
   EXPECT_EQ(after->modifiedSeconds, files->Examine(In("log"))->modifiedSeconds);
-  EXPECT_TRUE(files->WriteScratchFile(In("LOG"), "new"));
+  EXPECT_TRUE(files->WriteScratchFile(In("log"), "new"));
   EXPECT_TRUE(files->WriteScratchFile(In("scratch"), "made"));
   EXPECT_EQ(*files->ReadWholeFile(In("log")), "new");
   EXPECT_EQ(Names(root), (std::vector<std::string>{"log", "scratch"}));
+  EXPECT_TRUE(files->RemoveScratchFile(In("scratch")));
+  EXPECT_EQ(files->RemoveScratchFile(In("scratch")).GetError().code, ErrorCode::NotFound);
+  EXPECT_EQ(Names(root), (std::vector<std::string>{"log"}));
 }
 
 TEST_P(FileSystemTest, NamesThatTheMachineCannotHoldAreInvalid) {

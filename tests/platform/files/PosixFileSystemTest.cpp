@@ -27,6 +27,17 @@ void PutRaw(const std::string& path, std::string_view bytes) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
+// Each look for another spelling reads the whole folder, and there are two for each tool that runs.
+TEST(PosixFileSystem, AScratchFileIsMeantByItsVeryName) {
+  const ScratchFolder scratch;
+  PosixFileSystem files;
+  PutRaw(scratch / "NOTES", "a user's");
+  EXPECT_EQ(files.RemoveScratchFile(scratch / "notes").GetError().code, ErrorCode::NotFound);
+  EXPECT_TRUE(files.WriteScratchFile(scratch / "notes", "a tool's"));
+  EXPECT_TRUE(files.RemoveScratchFile(scratch / "notes"));
+  EXPECT_EQ(*files.ReadWholeFile(scratch / "NOTES"), "a user's");
+}
+
 TEST(PosixFileSystem, ReplacingKeepsModeAndLinks) {
   const ScratchFolder scratch;
   PosixFileSystem files;

@@ -175,21 +175,32 @@ Result<FileStatus> PosixFileSystem::WriteInPlace(const std::string& path,
 }
 
 Status PosixFileSystem::WriteScratchFile(const std::string& path, std::string_view bytes) {
-  const Result<std::string> target = names.LocateOrCreate(path);
+  const Result<std::string> target = names.ToNative(path);
   if (!target) return target.GetError();
   return posix::ReplaceFile(*target, bytes, posix::Durability::Scratch);
+}
+
+Status PosixFileSystem::RemoveScratchFile(const std::string& path) {
+  const Result<std::string> name = names.ToNative(path);
+  if (!name) return name.GetError();
+  return RemoveNamed(*name, path);
 }
 
 Status PosixFileSystem::RemoveFile(const std::string& path) {
   const Result<std::string> name = names.Locate(path);
   if (!name) return name.GetError();
+  return RemoveNamed(*name, path);
+}
+
+// `name` is the machine's name for `path`.
+Status PosixFileSystem::RemoveNamed(const std::string& name, const std::string& path) {
   struct stat info {};
-  if (lstat(name->c_str(), &info) != 0) return ErrorOf(errno, path);
+  if (lstat(name.c_str(), &info) != 0) return ErrorOf(errno, path);
   if (!S_ISLNK(info.st_mode)) {
-    Status refused = Refusal(*name, info, path);
+    Status refused = Refusal(name, info, path);
     if (!refused) return refused;
   }
-  if (unlink(name->c_str()) != 0) return ErrorOf(errno, path);
+  if (unlink(name.c_str()) != 0) return ErrorOf(errno, path);
   return {};
 }
 

@@ -23,6 +23,7 @@ class PosixFileSystem : public FileSystem {
   Result<FileStatus> ContinueFile(const std::string& path, const FileStatus& expected,
                                   std::uint64_t offset, std::string_view bytes) override;
   Status WriteScratchFile(const std::string& path, std::string_view bytes) override;
+  Status RemoveScratchFile(const std::string& path) override;
   Status RemoveFile(const std::string& path) override;
   Status CopyFileTo(const std::string& from, const std::string& to) override;
   Status CreateFolders(const std::string& path) override;
@@ -35,6 +36,7 @@ class PosixFileSystem : public FileSystem {
  private:
   enum class TimeMatters { No, Yes };
 
+  static Status RemoveNamed(const std::string& name, const std::string& path);
   Result<FileStatus> WriteInPlace(const std::string& path, const FileStatus& expected,
                                   TimeMatters time, std::uint64_t offset, std::string_view bytes);
   Result<std::string> EnsureFolder(const std::string& native);
