@@ -7,7 +7,9 @@
 #include <unistd.h>
 
 #include <string>
+#include <vector>
 
+#include "bench/Ratios.h"
 #include "output/BuildOutput.h"
 #include "output/MessageTable.h"
 
@@ -61,21 +63,32 @@ std::string OneMessage() {
   return text;
 }
 
-void FloorAppendByName(benchmark::State& state) {
-  const std::string path = LogPath(".floor");
-  const std::string closing = "\r\n</Messages>";
-  const std::string tail = OneMessage() + closing;
-  off_t keep = 0;
-  bool good = true;
-  for (auto _ : state) {
+// Puts the bytes of one message behind those of the last.
+class TailWriter {
+ public:
+  TailWriter() : path(LogPath(".floor")), tail(OneMessage() + closing) {}
+  ~TailWriter() { unlink(path.c_str()); }
+
+  bool Append() {
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-    good =
-        good && pwrite(file, tail.data(), tail.size(), keep) == static_cast<ssize_t>(tail.size());
+    const ssize_t written = pwrite(file, tail.data(), tail.size(), keep);
     close(file);
     keep += static_cast<off_t>(tail.size() - closing.size());
+    return written == static_cast<ssize_t>(tail.size());
   }
+
+ private:
+  const std::string closing = "\r\n</Messages>";
+  const std::string path;
+  const std::string tail;
+  off_t keep = 0;
+};
+
+void FloorAppendByName(benchmark::State& state) {
+  TailWriter writer;
+  bool good = true;
+  for (auto _ : state) good = writer.Append() && good;
   if (!good) state.SkipWithError("the floor could not write");
-  unlink(path.c_str());
 }
 
 // The part of SaveBehindEachMessage that is not the save.
@@ -90,5 +103,46 @@ BENCHMARK(MessageAlone)->Iterations(kSaves);
 BENCHMARK(SaveBehindEachMessage)->Arg(0)->Arg(1'000)->Arg(10'000)->Arg(50'000)->Iterations(kSaves);
 BENCHMARK(SaveWithoutNews)->Arg(1'000)->Arg(50'000);
 
+// --- The ratio ---
+
+double SecondsOfSaves() {
+  CBuildOutput hub(FileSystem::Native());
+  Prepare(hub, 0);
+  const double seconds = bench::SecondsOf([&] {
+    for (int i = 0; i < kSaves; ++i) {
+      AddMessages(hub, 1);
+      hub.SaveLog();
+    }
+  });
+  hub.DeleteLogFile();
+  return seconds;
+}
+
+double SecondsOfAppends() {
+  TailWriter writer;
+  const double seconds = bench::SecondsOf([&] {
+    for (int i = 0; i < kSaves; ++i) writer.Append();
+  });
+  return seconds;
+}
+
+void PrintRatios() {
+  std::vector<double> ratios;
+  for (int i = 0; i < 7; ++i) {
+    const double own = SecondsOfSaves();
+    ratios.push_back(own / SecondsOfAppends());
+  }
+  bench::PrintAtMost("10,000 messages each saved / the same bytes appended", bench::Median(ratios),
+                     2.0);
+}
+
 }  // namespace
 }  // namespace tarn
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  benchmark::RunSpecifiedBenchmarks();
+  tarn::PrintRatios();
+  return 0;
+}

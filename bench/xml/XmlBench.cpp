@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/Ratios.h"
 #include "xml/XmlNode.h"
 
 namespace {
@@ -205,9 +206,7 @@ double HeapForOneFile() {
   return (inUse() - before) / kFiles;
 }
 
-void PrintRow(const char* what, double ratio, const char* wanted, bool reached) {
-  std::printf("%-44s %6.2f   wanted %-12s %s\n", what, ratio, wanted, reached ? "yes" : "NO");
-}
+using tarn::bench::PrintRow;
 
 void PrintRatios() {
   Own own;

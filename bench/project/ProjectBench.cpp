@@ -1,0 +1,278 @@
+// How the work of the project manager grows with the project: publishing, a build that finds
+// nothing to do, the intake of reports and the work around each tool run. Driven as a host drives
+// it, with the shipped definitions; the tool is a stand-in that writes the output and a message.
+//
+// All files lie in one folder, the worst case for whoever looks through folders.
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "bench/Ratios.h"
+#include "hosts/frame/BuildInputs.h"
+#include "hosts/frame/MainFrame.h"
+#include "hosts/frame/ServerDrivers.h"
+#include "platform/automation/ClassRegistry.h"
+#include "platform/automation/DispatchTable.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using tarn::bench::Median;
+using tarn::bench::SecondsOf;
+
+constexpr int kRounds = 3;
+constexpr int kHeaders = 100;
+constexpr int kHeadersPerFile = 3;
+
+void Write(const std::string& path, std::string_view text) {
+  std::ofstream file(path, std::ios::binary);
+  file << text;
+  if (!file.flush()) throw std::runtime_error(path + " can't be written");
+}
+
+// A tool manager whose tool takes no time to speak of, and says how much it took.
+class StandInTools : public tarn::DispatchObject<StandInTools> {
+ public:
+  static const tarn::DispatchTable<StandInTools>& Table() {
+    using tarn::Method;
+    static const tarn::DispatchTable<StandInTools> table({
+        Method<&StandInTools::RunTool>("RunTool", 2, {"tool", "files", "options", "messageFile"}),
+        Method<&StandInTools::GetTools>("GetToolsForExtension", 9, {"extension"}),
+    });
+    return table;
+  }
+
+  std::int32_t RunTool(const char*, const char* files, const char*, const char* messageFile) {
+    seconds += SecondsOf([&] {
+      // The application's list is long; its first file stands for all.
+      const std::string_view list(files);
+      const auto output = outputs.find(std::string(list.substr(1, list.find('"', 1) - 1)));
+      if (output != outputs.end()) Write(output->second, "made");
+      Write(messageFile,
+            "<Messages><message Icon=\"0\"><header>made</header></message></Messages>");
+    });
+    return 1;
+  }
+  std::string GetTools(const char*) { return {}; }
+
+  std::map<std::string, std::string> outputs;  // by source
+  double seconds = 0;
+
+ protected:
+  void OnFinalRelease() override {}
+};
+
+// A project of `size` files on the disk.
+class Project {
+ public:
+  explicit Project(int size) : count(size) {
+    folder = (fs::temp_directory_path() /
+              ("tarn-bench-" + std::to_string(getpid()) + "-" + std::to_string(size)))
+                 .string();
+    fs::create_directories(folder + "/src");
+    for (int i = 0; i < kHeaders; ++i) Write(HeaderAt(i), "");
+    std::string files;
+    for (int i = 0; i < count; ++i) {
+      const std::string name = "file" + std::to_string(i) + ".c";
+      Write(folder + "/src/" + name, "");
+      files += "<C Header=\"" + name + "\" Path=\".\\src\\" + name + "\" sate=\"0\" />";
+    }
+    Write(Path(),
+          "<Project Header=\"big\" Path=\".\\big.tprj\" ActiveApp=\"big\" sate=\"32\" >"
+          "<Application Header=\"big\" Extern=\".\\big.tapp\" Path=\".\\big.tapp\" sate=\"32\" />"
+          "</Project>");
+    Write(folder + "/big.tapp",
+          "<Application Header=\"big\" Extern=\".\\big.tapp\" Path=\".\\big.tapp\" sate=\"32\" >"
+          "<Options ><Config Header=\"Standard\" ><Set Header=\"Application\" >"
+          "<Section Header=\"Target\" ><Property Header=\"Toolchain\" Value=\"host-gcc\" />"
+          "</Section></Set></Config></Options><Group Header=\"all\" sate=\"32\" >" +
+              files + "</Group></Application>");
+  }
+  Project(const Project&) = delete;
+  Project& operator=(const Project&) = delete;
+  ~Project() {
+    std::error_code ignored;
+    fs::current_path("/", ignored);
+    fs::remove_all(folder, ignored);
+  }
+
+  std::string Path() const { return folder + "/big.tprj"; }
+  std::string HeaderAt(int i) const {
+    return folder + "/src/header" + std::to_string(i % kHeaders) + ".h";
+  }
+
+  int count;
+  std::string folder;
+};
+
+tarn::DispatchPtr Create(const char* name) {
+  std::string reason;
+  tarn::DispatchPtr object = tarn::ClassRegistry::Native().CreateInstance(name, &reason);
+  if (!object) throw std::runtime_error(reason);
+  return object;
+}
+
+// One host with the project open.
+class Host {
+ public:
+  explicit Host(const Project& opened) : project(opened) {
+    manager.AttachDispatch(Create("TarnProjectManager.ProjectManager").Get(), true);
+    inspector.AttachDispatch(Create("TarnProjectManager.ProjectInspector").Get(), true);
+    frame.Answer(tarn::kMsgWorkerEnded, [this](const tarn::host::HostEvent& event) {
+      ended = true;
+      succeeded = event.wParam != 0;
+      return std::intptr_t{1};
+    });
+    manager.Init(TARN_SOURCE_DIR "/share/", project.folder + "/", frame.GetHandle());
+    manager.InitToolManager(&tools);
+    inspector.Attach(manager.GetDispatch());
+    if (manager.ProjectOpen(project.Path()) == 0) throw std::runtime_error("can't open");
+  }
+  ~Host() {
+    inspector.ReleaseDispatch();
+    manager.Clean();
+  }
+
+  double Publish() {
+    const double seconds = SecondsOf([&] { inspector.PublishAll(); });
+    lines = inspector.GetBuildInputs();
+    for (const auto& each : tarn::host::ParseBuildInputs(lines).at(0).nodes) {
+      outputs.emplace_back(each.output);
+    }
+    const auto expected = static_cast<std::size_t>(project.count) + 1;
+    if (outputs.size() != expected) throw std::runtime_error("not all is published");
+    fs::create_directories(fs::path(outputs.front()).parent_path());
+    for (int i = 0; i < project.count; ++i) {
+      tools.outputs[project.folder + "/src/file" + std::to_string(i) + ".c"] =
+          outputs[static_cast<std::size_t>(i)];
+    }
+    return seconds;
+  }
+
+  // What a tool reports of the output.
+  std::string RecordOf(std::size_t i) const {
+    struct stat info {};
+    if (stat(outputs[i].c_str(), &info) != 0) throw std::runtime_error(outputs[i] + " is missing");
+    std::string xml = "<I><F Header=\"" + outputs[i] + "\" Infos=\"\" Date=\"" +
+                      std::to_string(info.st_mtim.tv_sec) + "\" >";
+    const bool isFile = i + 1 < outputs.size();
+    for (int each = 0; isFile && each < kHeadersPerFile; ++each) {
+      xml += "<D Header=\"" + project.HeaderAt(static_cast<int>(i) * 7 + each) + "\" />";
+    }
+    return xml + "</F></I>";
+  }
+
+  double Report() {
+    std::vector<std::string> records;
+    for (std::size_t i = 0; i < outputs.size(); ++i) {
+      if (!fs::exists(outputs[i])) Write(outputs[i], "made");
+      records.push_back(RecordOf(i));
+    }
+    return SecondsOf([&] {
+      for (const std::string& record : records) manager.SetBuildInfo(record);
+    });
+  }
+
+  double Run(std::uint32_t command) {
+    const auto loop = tarn::MessageLoop::ForCurrentThread();
+    ended = false;
+    if (manager.PrologCommand(command) == 0) throw std::runtime_error("refused");
+    const double seconds = SecondsOf([&] {
+      manager.Command(command);
+      while (!ended) loop->PumpUntil([this] { return ended; }, std::chrono::seconds(1));
+    });
+    manager.EpilogCommand(command);
+    if (!succeeded) throw std::runtime_error("the build failed");
+    return seconds;
+  }
+
+  // The least that anybody must do to find out that nothing changed.
+  double StatEachFile() const {
+    std::vector<std::string> files = outputs;
+    for (const auto& [source, output] : tools.outputs) files.push_back(source);
+    for (int i = 0; i < kHeaders; ++i) files.push_back(project.HeaderAt(i));
+    int found = 0;
+    const double seconds = SecondsOf([&] {
+      struct stat info {};
+      for (const std::string& file : files) found += stat(file.c_str(), &info) == 0 ? 1 : 0;
+    });
+    if (found != static_cast<int>(files.size())) throw std::runtime_error("a file is missing");
+    return seconds;
+  }
+
+  StandInTools tools;
+
+ private:
+  const Project& project;
+  tarn::host::MainFrame frame;
+  tarn::host::ProjectManagerDriver manager;
+  tarn::host::InspectorDriver inspector;
+  std::string lines;
+  std::vector<std::string> outputs;  // of all files, the application's last
+  bool ended = false;
+  bool succeeded = false;
+};
+
+struct Times {
+  std::vector<double> publish, report, walkRatio, tool;  // seconds a node; walk / plain loop
+};
+
+void Measure(const Project& project, bool withTools, Times& times) {
+  Host host(project);
+  const auto count = static_cast<double>(project.count);
+  times.publish.push_back(host.Publish() / count);
+  times.report.push_back(host.Report() / count);
+  const double floor = host.StatEachFile();
+  times.walkRatio.push_back(host.Run(tarn::host::kCmdBuildAll) / floor);
+  if (host.tools.seconds > 0) throw std::runtime_error("a tool ran");
+  if (!withTools) return;
+  const double seconds = host.Run(tarn::host::kCmdRebuildAll);
+  times.tool.push_back((seconds - host.tools.seconds) / count);
+}
+
+void Print(std::map<int, Times>& all) {
+  for (auto& [count, times] : all) {
+    std::printf("%6d files: publish %.1f us, report %.1f us, around a tool %.1f us\n", count,
+                Median(times.publish) * 1e6, Median(times.report) * 1e6,
+                times.tool.empty() ? 0 : Median(times.tool) * 1e6);
+  }
+  const auto grows = [&](std::vector<double> Times::*of, int count) {
+    return Median(all[count].*of) / Median(all[1000].*of);
+  };
+  using tarn::bench::PrintAtMost;
+  PrintAtMost("publish, a node of 10,000 / of 1,000", grows(&Times::publish, 10'000), 1.3);
+  PrintAtMost("publish, a node of 50,000 / of 1,000", grows(&Times::publish, 50'000), 1.3);
+  PrintAtMost("walk with nothing to do / stat loop, 1,000", Median(all[1000].walkRatio), 1.3);
+  PrintAtMost("walk with nothing to do / stat loop, 10,000", Median(all[10'000].walkRatio), 1.3);
+  PrintAtMost("walk with nothing to do / stat loop, 50,000", Median(all[50'000].walkRatio), 1.3);
+  PrintAtMost("SetBuildInfo, a record of 10,000 / of 1,000", grows(&Times::report, 10'000), 1.3);
+  PrintAtMost("own work around a tool run / 0.1 ms", Median(all[10'000].tool) / 1e-4, 1.0);
+  PrintAtMost("own work around a tool run, 10,000 / 1,000", grows(&Times::tool, 10'000), 1.3);
+}
+
+}  // namespace
+
+int main() {
+  try {
+    std::map<int, Times> all;
+    for (const int count : {1000, 10'000, 50'000}) {
+      const Project project(count);
+      for (int round = 0; round < kRounds; ++round) {
+        Measure(project, count < 50'000, all[count]);
+      }
+    }
+    Print(all);
+  } catch (const std::exception& failure) {
+    std::cerr << "project_bench: " << failure.what() << std::endl;
+    return 1;
+  }
+  return 0;
+}
