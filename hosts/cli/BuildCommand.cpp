@@ -10,32 +10,9 @@ namespace tarn::host {
 
 namespace {
 
-constexpr std::int32_t kProgressTimer = 1;
-constexpr std::chrono::milliseconds kProgressPeriod(200);
-
 BuildWork WorkOf(const std::string& command) {
   if (command == "rebuild") return BuildWork::Rebuild;
   return command == "clean" ? BuildWork::Clean : BuildWork::Build;
-}
-
-ReportDetail DetailOf(const Invocation& asked) {
-  if (asked.json) return ReportDetail::Nothing;
-  if (asked.quiet) return ReportDetail::Diagnostics;
-  return asked.verbose ? ReportDetail::Everything : ReportDetail::Progress;
-}
-
-const char* WordOf(BuildEnd end) {
-  switch (end) {
-    case BuildEnd::Succeeded:
-      return "succeeded";
-    case BuildEnd::Failed:
-      return "failed";
-    case BuildEnd::Stopped:
-      return "interrupted";
-    case BuildEnd::Refused:
-      break;
-  }
-  return "refused";
 }
 
 int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome) {
@@ -101,11 +78,7 @@ int RunBuild(CommandContext& context) {
 
   BuildReporter reporter(context.Out(), context.StartFolder(), DetailOf(asked),
                          [&] { return session.CountWork(request); });
-  if (context.Out().Redraws()) {
-    session.SetTicker(kProgressTimer, kProgressPeriod, [&reporter] { reporter.OnTick(); });
-  }
-  const BuildOutcome outcome = session.Run(request, &reporter);
-  session.ClearTicker(kProgressTimer);
+  const BuildOutcome outcome = reporter.Watch(session, request);
 
   const bool hasNews = outcome.toolsRun > 0;
   std::vector<ApplicationSummary> summaries;

@@ -7,6 +7,19 @@
 
 namespace tarn::host {
 
+namespace {
+
+constexpr std::int32_t kProgressTimer = 1;
+constexpr std::chrono::milliseconds kProgressPeriod(200);
+
+}  // namespace
+
+ReportDetail DetailOf(const Invocation& asked) {
+  if (asked.json) return ReportDetail::Nothing;
+  if (asked.quiet) return ReportDetail::Diagnostics;
+  return asked.verbose ? ReportDetail::Everything : ReportDetail::Progress;
+}
+
 BuildReporter::BuildReporter(Console& output, std::string startFolder, ReportDetail reportDetail,
                              std::function<int()> countWork)
     : console(output),
@@ -48,6 +61,13 @@ bool BuildReporter::IsWanted(const LogEntry& entry, bool success, bool isFirst) 
   if (detail == ReportDetail::Everything || entry.kind != LogKind::Plain) return true;
   if (isFirst) return false;
   return !success || !entry.file.empty() || entry.text.starts_with(" ");
+}
+
+BuildOutcome BuildReporter::Watch(BuildSession& session, const BuildRequest& request) {
+  if (console.Redraws()) session.SetTicker(kProgressTimer, kProgressPeriod, [this] { OnTick(); });
+  const BuildOutcome outcome = session.Run(request, this);
+  session.ClearTicker(kProgressTimer);
+  return outcome;
 }
 
 void BuildReporter::OnTick() {

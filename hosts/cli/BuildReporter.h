@@ -6,12 +6,15 @@
 #include <vector>
 
 #include "hosts/cli/Console.h"
+#include "hosts/cli/Invocation.h"
 #include "hosts/frame/BuildSession.h"
 
 namespace tarn::host {
 
 // How much of a build is told while it runs.
 enum class ReportDetail { Nothing, Diagnostics, Progress, Everything };
+// As -v, -q and --json want it.
+ReportDetail DetailOf(const Invocation& asked);
 
 // Tells a build on a console: a progress line where lines can be taken back, else one line for
 // each tool, and what the tools say as they end.
@@ -28,6 +31,8 @@ class BuildReporter : public BuildObserver {
   // Draws the running clock anew.
   void OnTick();
 
+  // Runs the build and tells of it; on a terminal also the time that goes by.
+  BuildOutcome Watch(BuildSession& session, const BuildRequest& request);
   // Takes the progress line away and tells how it ended.
   void Finish(const BuildOutcome& outcome, BuildWork work,
               const std::vector<ApplicationSummary>& summaries);

@@ -21,6 +21,7 @@ class Grammar {
     AddOptions();
     AddConfigurations();
     AddNew();
+    AddRun();
     // Commands that are added later would show it as well.
     app.footer(
         "Without a PROJECT a command works on the project file in the current folder.\n"
@@ -140,6 +141,14 @@ class Grammar {
         ->required();
     command->add_option("--compiler", invocation.compiler,
                         "Compiler to start with; see `tarn options list`");
+  }
+
+  void AddRun() {
+    CLI::App* command = AddCommand(app, "run", "Run a Lua script on a project");
+    command->add_option("FILE", invocation.script, "The script, e.g. release.lua")->required();
+    AddProject(command);
+    AddConfiguration(command);
+    command->add_flag("-v,--verbose", invocation.verbose, "Show every command of its builds");
   }
 
   CLI::App app;

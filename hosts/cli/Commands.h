@@ -14,6 +14,7 @@ int RunOptions(CommandContext& context);  // options get, set, reset, explain, l
 int RunConfig(CommandContext& context);   // config list, add, select
 int RunLog(CommandContext& context);      // log
 int RunNew(CommandContext& context);      // new
+int RunScript(CommandContext& context);   // run
 
 // Writes a document for programs; bytes that are no UTF-8 are replaced.
 void PrintJson(CommandContext& context, const nlohmann::json& document);

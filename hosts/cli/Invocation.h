@@ -31,7 +31,8 @@ struct Invocation {
   std::string value;  // of an option
   std::string name;   // of a new project or configuration
   std::string compiler;
-  bool xml = false;  // log --xml
+  std::string script;  // file
+  bool xml = false;    // log --xml
 };
 
 }  // namespace tarn::host

@@ -29,6 +29,7 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
       {"config select", tarn::host::RunConfig},
       {"log", tarn::host::RunLog},
       {"new", tarn::host::RunNew},
+      {"run", tarn::host::RunScript},
   };
   return commands;
 }

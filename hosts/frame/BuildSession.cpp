@@ -54,6 +54,20 @@ std::vector<std::string> SplitLines(const std::string& text) {
 
 }  // namespace
 
+const char* WordOf(BuildEnd end) {
+  switch (end) {
+    case BuildEnd::Succeeded:
+      return "succeeded";
+    case BuildEnd::Failed:
+      return "failed";
+    case BuildEnd::Stopped:
+      return "interrupted";
+    case BuildEnd::Refused:
+      break;
+  }
+  return "refused";
+}
+
 DispatchPtr InspectorDriver::GetPropertyManager() {
   if (GetDispatch() == nullptr) return {};
   Variant result;
@@ -66,7 +80,8 @@ BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFol
       files(fileSystem),
       folders(std::move(hostFolders)),
       loop(MessageLoop::ForCurrentThread()),
-      state(fileSystem, manager, inspector, tools) {
+      state(fileSystem, manager, inspector, tools),
+      scripts(*this) {
   AnswerMessages();
 }
 
@@ -74,7 +89,8 @@ BuildSession::~BuildSession() {
   for (const std::uint32_t number :
        {std::uint32_t{kMsgToolSucceeded}, std::uint32_t{kMsgToolStarted},
         std::uint32_t{kMsgToolEnded}, std::uint32_t{kMsgWorkerEnded}, std::uint32_t{kMsgLogLine},
-        std::uint32_t{kMsgCommand}}) {
+        std::uint32_t{kMsgCommand}, std::uint32_t{kMsgProjectOpened},
+        std::uint32_t{kMsgRunScript}}) {
     frame.Answer(number, {});
   }
   if (manager.GetDispatch() != nullptr) manager.Clean();
@@ -85,6 +101,9 @@ void BuildSession::AnswerMessages() {
   frame.Answer(kMsgToolStarted, [this](const HostEvent& event) { return OnToolStarted(event); });
   frame.Answer(kMsgToolEnded, [this](const HostEvent& event) { return OnToolEnded(event); });
   frame.Answer(kMsgWorkerEnded, [this](const HostEvent& event) { return OnWorkerEnded(event); });
+  frame.Answer(kMsgProjectOpened,
+               [this](const HostEvent& event) { return OnProjectOpened(event); });
+  frame.Answer(kMsgRunScript, [this](const HostEvent& event) { return OnRunScript(event); });
   frame.Answer(kMsgLogLine, [this](const HostEvent& event) {
     logLines.push_back(event.text);
     return std::intptr_t{1};
@@ -120,6 +139,7 @@ Status BuildSession::Open(const std::string& path) {
     return Error{ErrorCode::Io, text, path};
   }
   projectPath = path;
+  isOtherProject = false;
   state.Load(path);
   return {};
 }
@@ -130,22 +150,58 @@ void BuildSession::Prepare() {
 }
 
 BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* observer) {
+  // A script that a build has started can't build.
+  if (isRunning) return {};
   outcome = {};
   stateProblem.clear();
-  if (!stopRequested) {
+  if (!stopRequested && FollowProject()) {
+    isRunning = true;
     watcher = observer;
     tools.ResumeTools();
     const bool isDone = RunCommand(SelectCommand(request));
     if (!isDone && !stopRequested) ServePostedCommands();
     watcher = nullptr;
+    isRunning = false;
     KeepLog();
-    const Status saved = state.Save(request.work == BuildWork::Clean);
-    if (!saved) stateProblem = saved.GetError().place + ": " + saved.GetError().text;
+    KeepState(request.work == BuildWork::Clean);
   }
   if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
   stopRequested = false;
   logLines.clear();
   return outcome;
+}
+
+void BuildSession::KeepState(bool afterClean) {
+  const Status saved = state.Save(afterClean);
+  if (!saved) stateProblem = saved.GetError().place + ": " + saved.GetError().text;
+}
+
+void BuildSession::AwaitBuild() {
+  if (isRunning || manager.EnableCommand(kCmdStop) == 0) return;
+  workerEnded = false;
+  WaitForWorker();
+  stopRequested = false;
+  KeepLog();
+  KeepState(false);
+}
+
+// Reads the state of the project that stands now. False when there is none to build.
+bool BuildSession::FollowProject() {
+  if (!isOtherProject) return true;
+  if (otherProject.empty()) return false;
+  isOtherProject = false;
+  projectPath = otherProject;
+  state.Load(projectPath);
+  Prepare();
+  return true;
+}
+
+ScriptOutcome BuildSession::RunScript(const std::string& text, const std::string& name) {
+  outcome = {};
+  const ScriptOutcome ended = scripts.Run(text, name);
+  AwaitBuild();
+  KeepLog();  // with the lines that the script printed after its last build
+  return ended;
 }
 
 std::uint32_t BuildSession::SelectCommand(const BuildRequest& request) {
@@ -199,6 +255,7 @@ void BuildSession::ServePostedCommands() {
 }
 
 void BuildSession::RequestStop() {
+  scripts.RequestStop();
   stopRequested = true;
   loop->Wake();
 }
@@ -240,6 +297,19 @@ std::intptr_t BuildSession::OnWorkerEnded(const HostEvent& event) {
   workerEnded = true;
   workerSucceeded = event.wParam != 0;
   logFile = event.detail;
+  return 1;
+}
+
+std::intptr_t BuildSession::OnProjectOpened(const HostEvent& event) {
+  isOtherProject = true;
+  otherProject = event.lParam == 0 ? event.text : std::string();
+  return 1;
+}
+
+std::intptr_t BuildSession::OnRunScript(const HostEvent& event) {
+  const ScriptOutcome ended = scripts.Run(event.text, "");
+  // A script that has started this one is told by an error.
+  if (!ended.error.empty() && !scripts.IsRunning()) logLines.push_back(ended.error);
   return 1;
 }
 

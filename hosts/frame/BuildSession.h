@@ -13,6 +13,7 @@
 #include "hosts/frame/MainFrame.h"
 #include "hosts/frame/ProjectStatus.h"
 #include "hosts/frame/ServerDrivers.h"
+#include "hosts/frame/SessionScripts.h"
 #include "hosts/frame/StateKeeper.h"
 
 namespace tarn::host {
@@ -30,6 +31,9 @@ enum class BuildEnd {
   Stopped,  // somebody asked for it
   Refused,  // it never started
 };
+
+// "succeeded", "failed", "interrupted", "refused"
+const char* WordOf(BuildEnd end);
 
 struct BuildOutcome {
   BuildEnd end = BuildEnd::Refused;
@@ -79,15 +83,23 @@ class BuildSession {
   // Builds, and keeps what the tools reported also when the build fails or is stopped. `observer`
   // may be null.
   BuildOutcome Run(const BuildRequest& request, BuildObserver* observer);
+  // Waits for a build that was started by a command alone, and keeps what its tools reported; at
+  // once when none runs.
+  void AwaitBuild();
   // How many tools a build would run from now on; asks the server to look at every file.
   int CountWork(const BuildRequest& request);
-  // Ends a running build, its tools included, as soon as they are gone. From any thread; not from
-  // a signal handler.
+  // Ends a running build, its tools included, as soon as they are gone, and a running script. From
+  // any thread; not from a signal handler.
   void RequestStop();
 
   // Calls `onTick` again and again while a build runs, until ClearTicker of the same number.
   void SetTicker(std::int32_t id, std::chrono::milliseconds period, std::function<void()> onTick);
   void ClearTicker(std::int32_t id);
+
+  // Runs a script, waits for builds that it leaves behind, and completes the log of the last build.
+  // What it does to the project is saved only by itself.
+  ScriptOutcome RunScript(const std::string& text, const std::string& name);
+  SessionScripts& Scripts() { return scripts; }
 
   // What is out of date, the host's own reasons included.
   std::vector<ApplicationStatus> GetStatus();
@@ -116,6 +128,10 @@ class BuildSession {
   std::intptr_t OnToolStarted(const HostEvent& event);
   std::intptr_t OnToolEnded(const HostEvent& event);
   std::intptr_t OnWorkerEnded(const HostEvent& event);
+  std::intptr_t OnProjectOpened(const HostEvent& event);
+  std::intptr_t OnRunScript(const HostEvent& event);
+  bool FollowProject();
+  void KeepState(bool afterClean);
   std::uint32_t SelectCommand(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
   void WaitForWorker();
@@ -134,11 +150,17 @@ class BuildSession {
   OptionsDriver options;
   StateKeeper state;
 
+  SessionScripts scripts;
+
   std::string projectPath;
+  // A script may have opened another project, or the same one anew.
+  bool isOtherProject = false;
+  std::string otherProject;  // empty: the one that stands in for none
   std::vector<std::string> logLines;
   std::string stateProblem;
 
   std::atomic<bool> stopRequested = false;
+  bool isRunning = false;
   bool workerEnded = false;
   bool workerSucceeded = false;
   std::string logFile;

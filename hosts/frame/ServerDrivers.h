@@ -38,6 +38,8 @@ class ProjectManagerDriver : public COleDispatchDriver {
                                const std::string& property) {
     return InvokeText(11, {set, section, property});
   }
+  // 0 when the command can't be given now.
+  std::int32_t EnableCommand(std::uint32_t id) { return InvokeLong(31, {AsNumber(id)}); }
   void InitToolManager(IDispatch* tools) { InvokeHelper(17, {DispatchPtr(tools)}); }
   std::int32_t EpilogCommand(std::uint32_t id) { return InvokeLong(18, {AsNumber(id)}); }
   std::int32_t PrologCommand(std::uint32_t id) { return InvokeLong(19, {AsNumber(id)}); }

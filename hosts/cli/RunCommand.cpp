@@ -1,0 +1,109 @@
+#include <nlohmann/json.hpp>
+
+#include "hosts/cli/BuildReporter.h"
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/Interrupts.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+// A script at work, as the user sees it.
+class ScriptDisplay {
+ public:
+  explicit ScriptDisplay(CommandContext& commandContext)
+      : context(commandContext), session(commandContext.Session()) {
+    session.Scripts().onLine = [this](const std::string& line) { ShowLine(line); };
+    session.Scripts().runBuild = [this](const BuildRequest& request) { return Build(request); };
+  }
+  ScriptDisplay(const ScriptDisplay&) = delete;
+  ScriptDisplay& operator=(const ScriptDisplay&) = delete;
+  ~ScriptDisplay() {
+    session.Scripts().onLine = {};
+    session.Scripts().runBuild = {};
+  }
+
+  // What the server has said meanwhile, e.g. of a file that it couldn't write.
+  void ShowLog() {
+    for (const std::string& line : session.TakeLogLines()) context.Complain(line);
+  }
+  const std::vector<std::string>& GetLines() const { return lines; }
+
+ private:
+  void ShowLine(const std::string& line) {
+    if (context.Asked().json) {
+      lines.push_back(line);
+    } else {
+      context.Out().PrintLine(Printable(line));
+    }
+  }
+
+  BuildOutcome Build(const BuildRequest& request) {
+    ShowLog();
+    BuildReporter reporter(context.Out(), context.StartFolder(), DetailOf(context.Asked()),
+                           [&] { return session.CountWork(request); });
+    const BuildOutcome outcome = reporter.Watch(session, request);
+    std::vector<ApplicationSummary> summaries;
+    if (outcome.toolsRun > 0) summaries = session.GetSummaries();
+    reporter.Finish(outcome, request.work, summaries);
+    return outcome;
+  }
+
+  CommandContext& context;
+  BuildSession& session;
+  std::vector<std::string> lines;
+};
+
+// An error tells on further lines who called.
+std::string PrintableLines(const std::string& text) {
+  std::string lines;
+  for (const std::string_view line : Split(text, '\n')) {
+    lines.append(lines.empty() ? "" : "\n").append(Printable(line));
+  }
+  return lines;
+}
+
+int ExitCodeOf(ScriptEnd end) {
+  if (end == ScriptEnd::Stopped) return kExitInterrupted;
+  return end == ScriptEnd::Done ? kExitDone : kExitBuildFailed;
+}
+
+const char* WordOf(ScriptEnd end) {
+  if (end == ScriptEnd::Stopped) return "interrupted";
+  return end == ScriptEnd::Done ? "succeeded" : "failed";
+}
+
+}  // namespace
+
+int RunScript(CommandContext& context) {
+  // Read first: opening the project moves the process to another folder.
+  const auto text = context.Files().ReadWholeFile(context.Asked().script);
+  if (!text) {
+    context.Complain("The script " + context.Asked().script +
+                     " can't be read: " + text.GetError().text);
+    return kExitUsage;
+  }
+  BuildSession& session = context.Session();
+  const Interrupts interrupts([&session] { session.RequestStop(); });
+  if (const int code = context.OpenProject(); code != kExitDone) return code;
+  if (const int code = context.ChooseNode(); code != kExitDone) return code;
+  session.Prepare();
+
+  ScriptDisplay display(context);
+  const ScriptOutcome outcome = session.RunScript(*text, context.Asked().script);
+  context.Out().ClearProgress();
+  display.ShowLog();
+  const int exitCode = ExitCodeOf(outcome.end);
+  if (!outcome.error.empty()) context.Complain(PrintableLines(outcome.error));
+  if (context.Asked().json) {
+    PrintJson(context, {{"result", WordOf(outcome.end)},
+                        {"exitCode", exitCode},
+                        {"error", outcome.error},
+                        {"lines", display.GetLines()}});
+  }
+  return exitCode;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,44 @@
+#include "hosts/frame/SessionScripts.h"
+
+#include "hosts/frame/BuildSession.h"
+
+namespace tarn::host {
+
+namespace {
+
+BuildWork WorkOf(const std::string& work) {
+  if (work == "rebuild") return BuildWork::Rebuild;
+  return work == "clean" ? BuildWork::Clean : BuildWork::Build;
+}
+
+}  // namespace
+
+SessionScripts::SessionScripts(BuildSession& buildSession) : session(buildSession) {}
+
+ScriptOutcome SessionScripts::Run(const std::string& text, const std::string& name) {
+  if (session.Manager().GetDispatch() == nullptr) return {ScriptEnd::Failed, "no server"};
+  return runner.Run(*session.Manager().GetDispatch(), text, name);
+}
+
+void SessionScripts::ShowLine(const std::string& line) {
+  if (onLine) onLine(line);
+}
+
+ScriptBuild SessionScripts::Build(const std::string& work, const std::string& application) {
+  const BuildRequest request{WorkOf(work), application};
+  const BuildOutcome outcome = runBuild ? runBuild(request) : session.Run(request, nullptr);
+  return {WordOf(outcome.end), outcome.toolsRun, outcome.toolsFailed};
+}
+
+void SessionScripts::WaitForBuild() {
+  session.AwaitBuild();
+}
+
+std::string SessionScripts::GetSize(const std::string& application) {
+  for (const ApplicationSummary& each : session.GetSummaries()) {
+    if (each.label == application) return each.infos;
+  }
+  return {};
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "hosts/frame/script/ScriptRunner.h"
+
+namespace tarn::host {
+
+class BuildSession;
+struct BuildRequest;
+struct BuildOutcome;
+
+// Scripts on the project of a session. What they print goes to the log whether shown or not.
+class SessionScripts : private ScriptHost {
+ public:
+  explicit SessionScripts(BuildSession& buildSession);
+
+  // How a host shows what happens; both may be empty. A build that isn't shown runs all the same.
+  std::function<void(const std::string&)> onLine;
+  std::function<BuildOutcome(const BuildRequest&)> runBuild;
+
+  // `name` is empty for a text that came in a message.
+  ScriptOutcome Run(const std::string& text, const std::string& name);
+  bool IsRunning() const { return runner.IsRunning(); }
+  // From any thread.
+  void RequestStop() { runner.RequestStop(); }
+
+ private:
+  void ShowLine(const std::string& line) override;
+  ScriptBuild Build(const std::string& work, const std::string& application) override;
+  void WaitForBuild() override;
+  std::string GetSize(const std::string& application) override;
+
+  BuildSession& session;
+  ScriptRunner runner{this};
+};
+
+}  // namespace tarn::host

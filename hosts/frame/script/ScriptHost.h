@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+namespace tarn::host {
+
+// How a build that a script asked for has ended.
+struct ScriptBuild {
+  std::string end;  // "succeeded", "failed", "interrupted" or "refused"
+  int toolsRun = 0;
+  int toolsFailed = 0;
+};
+
+// What a host does for scripts beside the server's own methods. On the scripts' thread. No
+// exception may come out.
+class ScriptHost {
+ public:
+  virtual ~ScriptHost() = default;
+
+  // A line that a script prints; it goes to the log by itself.
+  virtual void ShowLine(const std::string& line) = 0;
+  // Builds, waits for the end, and keeps what the tools reported. `work` is "build", "rebuild" or
+  // "clean", `application` a label or empty for the whole project.
+  virtual ScriptBuild Build(const std::string& work, const std::string& application) = 0;
+  // Waits for a build that the script has started by a command; at once when none runs.
+  virtual void WaitForBuild() = 0;
+  // What the tools said of the application's output, e.g. its size; empty when nothing is known.
+  virtual std::string GetSize(const std::string& application) = 0;
+};
+
+}  // namespace tarn::host

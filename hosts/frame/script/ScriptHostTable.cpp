@@ -1,0 +1,64 @@
+// What the host can do for scripts, as the table `host`.
+
+#include <exception>
+
+#include "hosts/frame/script/ScriptState.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr std::int64_t kCallSteps = 1000;
+
+// Runs what needs the host while the script's clock stands.
+template <class Work>
+void Ask(lua_State* lua, Work work) {
+  ScriptState::Spend(lua, kCallSteps);
+  ScriptState& state = ScriptState::Of(lua);
+  state.Budget().HoldClock();
+  try {
+    state.problem.clear();
+    work(state);
+  } catch (const std::exception& failure) {
+    state.problem = failure.what();
+  }
+  state.Budget().StartClock();
+  ScriptState::Check(lua);
+  if (!state.problem.empty()) luaL_error(lua, "%s", state.problem.c_str());
+}
+
+int Build(lua_State* lua) {
+  static const char* const works[] = {"build", "rebuild", "clean", nullptr};
+  const char* work = works[luaL_checkoption(lua, 1, "build", works)];
+  const char* application = luaL_optstring(lua, 2, "");
+  Ask(lua, [=](ScriptState& state) { state.build = state.Host()->Build(work, application); });
+  const ScriptBuild& build = ScriptState::Of(lua).build;
+  lua_pushlstring(lua, build.end.data(), build.end.size());
+  lua_pushinteger(lua, build.toolsRun);
+  lua_pushinteger(lua, build.toolsFailed);
+  return 3;
+}
+
+int Wait(lua_State* lua) {
+  Ask(lua, [](ScriptState& state) { state.Host()->WaitForBuild(); });
+  return 0;
+}
+
+int Size(lua_State* lua) {
+  const char* application = luaL_checkstring(lua, 1);
+  Ask(lua, [=](ScriptState& state) { state.result = state.Host()->GetSize(application); });
+  const NullableText& text = ScriptState::Of(lua).result.AsText();
+  lua_pushlstring(lua, text ? text->data() : "", text ? text->size() : 0);
+  return 1;
+}
+
+}  // namespace
+
+void OpenScriptHost(lua_State* lua) {
+  const luaL_Reg functions[] = {
+      {"build", Build}, {"wait", Wait}, {"size", Size}, {nullptr, nullptr}};
+  luaL_newlib(lua, functions);
+  lua_setglobal(lua, "host");
+}
+
+}  // namespace tarn::host
