@@ -26,7 +26,7 @@ class Grammar {
     app.footer(
         "Without a PROJECT a command works on the project file in the current folder.\n"
         "`tarn COMMAND --help` tells more about a command.\n\n"
-        "Exit codes: 0 done, 1 build failed, 2 wrong use, 3 project can't be opened,\n"
+        "Exit codes: 0 done, 1 build or script failed, 2 wrong use, 3 project can't be opened,\n"
         "4 a tool is missing, 130 interrupted.");
   }
 

@@ -90,7 +90,7 @@ BuildSession::~BuildSession() {
        {std::uint32_t{kMsgToolSucceeded}, std::uint32_t{kMsgToolStarted},
         std::uint32_t{kMsgToolEnded}, std::uint32_t{kMsgWorkerEnded}, std::uint32_t{kMsgLogLine},
         std::uint32_t{kMsgCommand}, std::uint32_t{kMsgProjectOpened},
-        std::uint32_t{kMsgRunScript}}) {
+        std::uint32_t{kMsgProjectClosing}, std::uint32_t{kMsgRunScript}}) {
     frame.Answer(number, {});
   }
   if (manager.GetDispatch() != nullptr) manager.Clean();
@@ -101,8 +101,10 @@ void BuildSession::AnswerMessages() {
   frame.Answer(kMsgToolStarted, [this](const HostEvent& event) { return OnToolStarted(event); });
   frame.Answer(kMsgToolEnded, [this](const HostEvent& event) { return OnToolEnded(event); });
   frame.Answer(kMsgWorkerEnded, [this](const HostEvent& event) { return OnWorkerEnded(event); });
-  frame.Answer(kMsgProjectOpened,
-               [this](const HostEvent& event) { return OnProjectOpened(event); });
+  frame.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
+    return OnProjectChanged(event.lParam == 0 ? event.text : std::string());
+  });
+  frame.Answer(kMsgProjectClosing, [this](const HostEvent&) { return OnProjectChanged({}); });
   frame.Answer(kMsgRunScript, [this](const HostEvent& event) { return OnRunScript(event); });
   frame.Answer(kMsgLogLine, [this](const HostEvent& event) {
     logLines.push_back(event.text);
@@ -176,13 +178,17 @@ void BuildSession::KeepState(bool afterClean) {
   if (!saved) stateProblem = saved.GetError().place + ": " + saved.GetError().text;
 }
 
-void BuildSession::AwaitBuild() {
-  if (isRunning || manager.EnableCommand(kCmdStop) == 0) return;
+BuildEnd BuildSession::AwaitBuild() {
+  if (isRunning || manager.EnableCommand(kCmdStop) == 0) return BuildEnd::Refused;
   workerEnded = false;
+  workerSucceeded = false;
   WaitForWorker();
-  stopRequested = false;
   KeepLog();
   KeepState(false);
+  logLines.clear();
+  const bool isStopped = stopRequested.exchange(false);
+  if (workerSucceeded) return BuildEnd::Succeeded;
+  return isStopped ? BuildEnd::Stopped : BuildEnd::Failed;
 }
 
 // Reads the state of the project that stands now. False when there is none to build.
@@ -300,9 +306,9 @@ std::intptr_t BuildSession::OnWorkerEnded(const HostEvent& event) {
   return 1;
 }
 
-std::intptr_t BuildSession::OnProjectOpened(const HostEvent& event) {
+std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
   isOtherProject = true;
-  otherProject = event.lParam == 0 ? event.text : std::string();
+  otherProject = path;
   return 1;
 }
 

@@ -84,8 +84,8 @@ class BuildSession {
   // may be null.
   BuildOutcome Run(const BuildRequest& request, BuildObserver* observer);
   // Waits for a build that was started by a command alone, and keeps what its tools reported; at
-  // once when none runs.
-  void AwaitBuild();
+  // once, with Refused, when none runs.
+  BuildEnd AwaitBuild();
   // How many tools a build would run from now on; asks the server to look at every file.
   int CountWork(const BuildRequest& request);
   // Ends a running build, its tools included, as soon as they are gone, and a running script. From
@@ -128,7 +128,7 @@ class BuildSession {
   std::intptr_t OnToolStarted(const HostEvent& event);
   std::intptr_t OnToolEnded(const HostEvent& event);
   std::intptr_t OnWorkerEnded(const HostEvent& event);
-  std::intptr_t OnProjectOpened(const HostEvent& event);
+  std::intptr_t OnProjectChanged(const std::string& path);
   std::intptr_t OnRunScript(const HostEvent& event);
   bool FollowProject();
   void KeepState(bool afterClean);

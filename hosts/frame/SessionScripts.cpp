@@ -30,8 +30,8 @@ ScriptBuild SessionScripts::Build(const std::string& work, const std::string& ap
   return {WordOf(outcome.end), outcome.toolsRun, outcome.toolsFailed};
 }
 
-void SessionScripts::WaitForBuild() {
-  session.AwaitBuild();
+std::string SessionScripts::WaitForBuild() {
+  return WordOf(session.AwaitBuild());
 }
 
 std::string SessionScripts::GetSize(const std::string& application) {

@@ -29,7 +29,7 @@ class SessionScripts : private ScriptHost {
  private:
   void ShowLine(const std::string& line) override;
   ScriptBuild Build(const std::string& work, const std::string& application) override;
-  void WaitForBuild() override;
+  std::string WaitForBuild() override;
   std::string GetSize(const std::string& application) override;
 
   BuildSession& session;

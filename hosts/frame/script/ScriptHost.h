@@ -22,8 +22,9 @@ class ScriptHost {
   // Builds, waits for the end, and keeps what the tools reported. `work` is "build", "rebuild" or
   // "clean", `application` a label or empty for the whole project.
   virtual ScriptBuild Build(const std::string& work, const std::string& application) = 0;
-  // Waits for a build that the script has started by a command; at once when none runs.
-  virtual void WaitForBuild() = 0;
+  // Waits for a build that the script has started by a command, and tells its end; at once, with
+  // "refused", when none runs.
+  virtual std::string WaitForBuild() = 0;
   // What the tools said of the application's output, e.g. its size; empty when nothing is known.
   virtual std::string GetSize(const std::string& application) = 0;
 };

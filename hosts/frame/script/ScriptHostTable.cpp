@@ -39,17 +39,21 @@ int Build(lua_State* lua) {
   return 3;
 }
 
+int PushText(lua_State* lua) {
+  const std::string& text = ScriptState::Of(lua).hostText;
+  lua_pushlstring(lua, text.data(), text.size());
+  return 1;
+}
+
 int Wait(lua_State* lua) {
-  Ask(lua, [](ScriptState& state) { state.Host()->WaitForBuild(); });
-  return 0;
+  Ask(lua, [](ScriptState& state) { state.hostText = state.Host()->WaitForBuild(); });
+  return PushText(lua);
 }
 
 int Size(lua_State* lua) {
   const char* application = luaL_checkstring(lua, 1);
-  Ask(lua, [=](ScriptState& state) { state.result = state.Host()->GetSize(application); });
-  const NullableText& text = ScriptState::Of(lua).result.AsText();
-  lua_pushlstring(lua, text ? text->data() : "", text ? text->size() : 0);
-  return 1;
+  Ask(lua, [=](ScriptState& state) { state.hostText = state.Host()->GetSize(application); });
+  return PushText(lua);
 }
 
 }  // namespace

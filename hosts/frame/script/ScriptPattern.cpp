@@ -97,64 +97,67 @@ std::size_t ScriptPattern::MatchItem(std::size_t at, std::size_t item, bool& isD
                                      std::size_t& nextItem) {
   const bool hasNext = item + 1 < pattern.size();
   const char next = hasNext ? pattern[item + 1] : '\0';
+  isDone = true;
   switch (pattern[item]) {
     case '(':
-      isDone = true;
       return hasNext && next == ')' ? OpenCapture(at, item + 2, kPosition)
                                     : OpenCapture(at, item + 1, kOpen);
     case ')':
-      isDone = true;
       return CloseCapture(at, item + 1);
     case '$':
-      if (hasNext) break;
-      isDone = true;
-      return at == text.size() ? at : kNone;
-    case '%':
-      if (hasNext && next == 'b') {
-        nextItem = item + 4;
-        return MatchBalanced(at, item + 2);
-      }
-      if (hasNext && next == 'f') {
-        if (item + 2 >= pattern.size() || pattern[item + 2] != '[') {
-          return Fail("missing '[' after '%f' in pattern");
-        }
-        nextItem = FindItemEnd(item + 2);
-        if (nextItem == kNone) return kNone;
-        return IsFrontier(at, item + 2, nextItem) ? at : kNone;
-      }
-      if (hasNext && std::isdigit(Byte(next)) != 0) {
-        nextItem = item + 2;
-        return MatchRepeated(at, item + 1);
-      }
+      if (!hasNext) return at == text.size() ? at : kNone;
       break;
+    case '%':
+      if (next != 'b' && next != 'f' && std::isdigit(Byte(next)) == 0) break;
+      isDone = false;
+      return MatchSpecial(at, item + 1, nextItem);
     default:
       break;
   }
+  return MatchRepeatable(at, item, isDone, nextItem);
+}
+
+// What a percent sign and `item` stand for: balanced text, a frontier, a capture once more.
+std::size_t ScriptPattern::MatchSpecial(std::size_t at, std::size_t item, std::size_t& nextItem) {
+  if (pattern[item] == 'b') {
+    nextItem = item + 3;
+    return MatchBalanced(at, item + 1);
+  }
+  if (pattern[item] != 'f') {
+    nextItem = item + 1;
+    return MatchRepeated(at, item);
+  }
+  const std::size_t set = item + 1;
+  if (set >= pattern.size() || pattern[set] != '[') {
+    return Fail("missing '[' after '%f' in pattern");
+  }
+  nextItem = FindItemEnd(set);
+  return nextItem != kNone && IsFrontier(at, set, nextItem) ? at : kNone;
+}
+
+// A single character with its repetition.
+std::size_t ScriptPattern::MatchRepeatable(std::size_t at, std::size_t item, bool& isDone,
+                                           std::size_t& nextItem) {
   const std::size_t itemEnd = FindItemEnd(item);
+  isDone = true;
   if (itemEnd == kNone) return kNone;
   const char repetition = itemEnd < pattern.size() ? pattern[itemEnd] : '\0';
-  switch (repetition) {
-    case '*':
-      isDone = true;
-      return MatchMost(at, item, itemEnd);
-    case '+':
-      isDone = true;
-      return MatchesOne(at, item, itemEnd) ? MatchMost(at + 1, item, itemEnd) : kNone;
-    case '-':
-      isDone = true;
-      return MatchFewest(at, item, itemEnd);
-    case '?':
-      nextItem = itemEnd + 1;
-      if (MatchesOne(at, item, itemEnd)) {
-        const std::size_t end = Match(at + 1, itemEnd + 1);
-        isDone = end != kNone;
-        if (isDone) return end;
-      }
-      return IsOver() ? kNone : at;
-    default:
-      nextItem = itemEnd;
-      return MatchesOne(at, item, itemEnd) ? at + 1 : kNone;
+  if (repetition == '*') return MatchMost(at, item, itemEnd);
+  if (repetition == '-') return MatchFewest(at, item, itemEnd);
+  const bool isMatch = MatchesOne(at, item, itemEnd);
+  if (repetition == '+') return isMatch ? MatchMost(at + 1, item, itemEnd) : kNone;
+  if (repetition == '?' && isMatch) {
+    const std::size_t end = Match(at + 1, itemEnd + 1);
+    if (end != kNone) return end;
   }
+  if (IsOver()) return kNone;
+  isDone = false;
+  if (repetition == '?') {
+    nextItem = itemEnd + 1;
+    return at;
+  }
+  nextItem = itemEnd;
+  return isMatch ? at + 1 : kNone;
 }
 
 std::size_t ScriptPattern::MatchMost(std::size_t at, std::size_t item, std::size_t itemEnd) {

@@ -43,6 +43,9 @@ class ScriptPattern {
  private:
   std::size_t Match(std::size_t at, std::size_t item);
   std::size_t MatchItem(std::size_t at, std::size_t item, bool& isDone, std::size_t& nextItem);
+  std::size_t MatchSpecial(std::size_t at, std::size_t item, std::size_t& nextItem);
+  std::size_t MatchRepeatable(std::size_t at, std::size_t item, bool& isDone,
+                              std::size_t& nextItem);
   std::size_t MatchMost(std::size_t at, std::size_t item, std::size_t itemEnd);
   std::size_t MatchFewest(std::size_t at, std::size_t item, std::size_t itemEnd);
   std::size_t MatchBalanced(std::size_t at, std::size_t item);

@@ -63,6 +63,7 @@ class ScriptState {
   Variant result;
   std::string problem;
   ScriptBuild build;
+  std::string hostText;
 
  private:
   static void* Allocate(void* context, void* block, std::size_t oldSize, std::size_t newSize);

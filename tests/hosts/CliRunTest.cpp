@@ -1,0 +1,147 @@
+#include <gtest/gtest.h>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST(CliRun, AScriptChangesOptionsBuildsAndSavesWhatItWants) {
+  CliProject project;
+  project.Write("release.lua",
+                "tarn.SavePropertyValue('Application', 'Compiler', 'Defines', 'RELEASE')\n"
+                "tarn.Command(0x8106)\n"
+                "print('ended:', host.build())\n"
+                "print('again:', host.build('build', 'app'))\n"
+                "print('after')\n");
+  const auto run = project.Run({"run", "release.lua", "demo.tprj"});
+  ASSERT_EQ(run.code, 0) << run.out << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_TRUE(Has(run.out, "[1/4] src/a.c\n")) << run.out;
+  EXPECT_TRUE(Has(run.out, "\nended:\tsucceeded\t4\t0\n")) << run.out;
+  EXPECT_TRUE(Has(run.out, "\nagain:\tsucceeded\t0\t0\nafter\n")) << run.out;
+  EXPECT_FALSE(Has(project.Read("app.tapp"), "RELEASE"));
+  project.Write("save.lua", project.Read("release.lua") + "tarn.ProjectSave()\n");
+  ASSERT_EQ(project.Run({"run", "save.lua", "-q"}).code, 0);
+  EXPECT_TRUE(Has(project.Read("app.tapp"), "RELEASE"));
+  EXPECT_TRUE(Has(project.Run({"status"}).out, "up to date"));
+}
+
+TEST(CliRun, WhatAScriptPrintsBehindABuildStandsInItsLog) {
+  CliProject project;
+  project.Write("r.lua", "print('early')\nhost.build()\nprint('late')\nerror('enough')\n");
+  const auto run = project.Run({"run", "r.lua"});
+  EXPECT_EQ(run.code, 1);
+  EXPECT_TRUE(run.out.starts_with("early\n")) << run.out;
+  EXPECT_EQ(run.err, "tarn: r.lua:4: enough\n");
+  const std::string log = project.Run({"log"}).out;
+  EXPECT_TRUE(Has(log, "\nlate\nr.lua:4: enough\n")) << log;
+  EXPECT_FALSE(Has(log, "early")) << log;
+}
+
+TEST(CliRun, FailuresAreToldWithTheirPlace) {
+  CliProject project;
+  project.Write("inner.lua", "print('inner')\n\nlocal x = nil + 1\n");
+  const struct {
+    const char* script;
+    int code;
+    const char* out;
+    const char* err;
+  } cases[] = {
+      {"x = ", 1, "", "tarn: t.lua:1: unexpected symbol near <eof>\n"},
+      {"tarn.ProjectOpen()", 1, "",
+       "tarn: t.lua:1: ProjectOpen takes 1 argument (projectPath), not 0\n"},
+      {"tarn.SelectNode(3)", 1, "",
+       "tarn: t.lua:1: argument 1 (path) of SelectNode can't be a number\n"},
+      {"print(tarn.ExecuteScript('none.lua'))", 0, "0\n", ""},
+      {"tarn.ExecuteScript('inner.lua')", 1, "inner\n",
+       "tarn: t.lua:1: inner.lua:3: attempt to perform arithmetic on a nil value\n"},
+      {"tarn.ExecuteScript('t.lua')", 1, "",
+       "tarn: t.lua:1: t.lua:1: t.lua:1: t.lua:1: t.lua:1: t.lua:1: t.lua:1: t.lua:1: t.lua: "
+       "scripts run each other more than 8 deep\n"},
+      {"print(host.build('make'))", 1, "",
+       "tarn: t.lua:1: bad argument #1 to 'build' (invalid option 'make')\n"},
+      {"print('\\27[2J')", 0, "[2J\n", ""},
+  };
+  for (const auto& each : cases) {
+    project.Write("t.lua", each.script);
+    const auto run = project.Run({"run", "t.lua"});
+    EXPECT_EQ(run.code, each.code) << each.script;
+    EXPECT_EQ(run.out, each.out) << each.script;
+    EXPECT_EQ(run.err, each.err) << each.script;
+  }
+  EXPECT_EQ(project.Run({"run", "none.lua"}).code, 2);
+  EXPECT_EQ(project.Run({"run", "t.lua", "none.tprj"}).code, 3);
+  const auto json = project.Run({"run", "t.lua", "--json"});
+  EXPECT_TRUE(Has(json.out, "\"result\": \"succeeded\"")) << json.out;
+}
+
+// A script may pull everything away from under the host that runs it.
+TEST(CliRun, AScriptMayCloseTheProjectAndOpenAnother) {
+  CliProject project;
+  project.Write("t.lua",
+                "print(tarn.ProjectClose(), host.build())\n"
+                "print(tarn.ProjectOpen('" +
+                    project.PathOf("demo.tprj") +
+                    "'), host.build())\n"
+                    "print(tarn.ProjectOpen('" +
+                    project.PathOf("demo.tprj") +
+                    "'), host.build())\n"
+                    "tarn.ProjectClose()\n"
+                    "tarn.ProjectSave()\n"
+                    "tarn.Clean()\n"
+                    "print(tarn.GetSelectedApplication(), host.size('app'), host.wait())\n");
+  const auto run = project.Run({"run", "t.lua", "-q"});
+  EXPECT_EQ(run.code, 0) << run.err;
+  EXPECT_EQ(run.out,
+            "1\trefused\t0\t0\n"
+            "1\tsucceeded\t4\t0\n"
+            "0\tsucceeded\t0\t0\n"  // it is open already
+            "\t\trefused\n");
+  EXPECT_TRUE(Has(project.Run({"status"}).out, "up to date"));
+}
+
+TEST(CliRun, ABuildThatIsLeftBehindIsAwaitedAndKept) {
+  CliProject project;
+  project.Write("t.lua", "print(tarn.PrologCommand(0x8111), tarn.Command(0x8111))\n");
+  const auto run = project.Run({"run", "t.lua"});
+  EXPECT_EQ(run.code, 0);
+  EXPECT_EQ(run.out, "1\t2\n");
+  EXPECT_EQ(run.err, "");
+  EXPECT_TRUE(Has(project.Run({"status"}).out, "up to date"));
+  project.Write("t.lua", "tarn.Command(0x8111)\nprint(host.wait(), host.wait())\n");
+  EXPECT_EQ(project.Run({"run", "t.lua"}).out, "succeeded\trefused\n");
+}
+
+TEST(CliRun, AnInterruptEndsAScriptAndItsBuild) {
+  CliProject project;
+  project.AddProgram(
+      "gcc", "#!/bin/sh\ncase \"$*\" in *b.c*) sleep 30 ;; esac\nexec /usr/bin/gcc \"$@\"\n");
+  const struct {
+    const char* script;
+    const char* sign;
+  } cases[] = {
+      {"print('ready')\nwhile true do pcall(function() while true do end end) end", "ready"},
+      {"pcall(host.build)\nprint('not reached')", "src/b.c"},
+  };
+  for (const auto& each : cases) {
+    project.Write("t.lua", each.script);
+    bool isAsked = false;
+    const auto run = project.Run({"run", "t.lua"}, [&](Process& process, const std::string& out) {
+      if (isAsked || !Has(out, each.sign)) return;
+      isAsked = true;
+      process.Stop(std::chrono::milliseconds(10'000));
+    });
+    EXPECT_TRUE(isAsked);
+    EXPECT_EQ(run.code, 130) << run.out << run.err;
+    EXPECT_TRUE(Has(run.err, ": interrupted\n")) << run.err;
+    EXPECT_FALSE(Has(run.out, "not reached")) << run.out;
+    EXPECT_LT(run.time, std::chrono::milliseconds(20'000));
+  }
+}
+
+}  // namespace
+}  // namespace tarn::host
