@@ -140,10 +140,14 @@ Status BuildSession::Open(const std::string& path) {
     for (const std::string& line : TakeLogLines()) text.append(text.empty() ? "" : "\n") += line;
     return Error{ErrorCode::Io, text, path};
   }
-  projectPath = path;
-  isOtherProject = false;
-  state.Load(path);
+  Adopt(path);
   return {};
+}
+
+void BuildSession::Adopt(const std::string& openedPath) {
+  projectPath = openedPath;
+  isOtherProject = false;
+  state.Load(openedPath);
 }
 
 void BuildSession::Prepare() {
@@ -159,13 +163,12 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
   if (!stopRequested && FollowProject()) {
     isRunning = true;
     watcher = observer;
-    tools.ResumeTools();
+    BeginWork();
     const bool isDone = RunCommand(SelectCommand(request));
     if (!isDone && !stopRequested) ServePostedCommands();
     watcher = nullptr;
     isRunning = false;
-    KeepLog();
-    KeepState(request.work == BuildWork::Clean);
+    EndWork(request.work == BuildWork::Clean);
   }
   if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
   stopRequested = false;
@@ -173,7 +176,15 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
   return outcome;
 }
 
-void BuildSession::KeepState(bool afterClean) {
+void BuildSession::BeginWork() {
+  outcome = {};
+  stateProblem.clear();
+  logFile.clear();
+  tools.ResumeTools();
+}
+
+void BuildSession::EndWork(bool afterClean) {
+  KeepLog();
   const Status saved = state.Save(afterClean);
   if (!saved) stateProblem = saved.GetError().place + ": " + saved.GetError().text;
 }
@@ -183,8 +194,7 @@ BuildEnd BuildSession::AwaitBuild() {
   workerEnded = false;
   workerSucceeded = false;
   WaitForWorker();
-  KeepLog();
-  KeepState(false);
+  EndWork(false);
   logLines.clear();
   const bool isStopped = stopRequested.exchange(false);
   if (workerSucceeded) return BuildEnd::Succeeded;
@@ -208,6 +218,12 @@ ScriptOutcome BuildSession::RunScript(const std::string& text, const std::string
   AwaitBuild();
   KeepLog();  // with the lines that the script printed after its last build
   return ended;
+}
+
+std::vector<std::uint32_t> BuildSession::TakePostedCommands() {
+  std::vector<std::uint32_t> commands(postedCommands.begin(), postedCommands.end());
+  postedCommands.clear();
+  return commands;
 }
 
 std::uint32_t BuildSession::SelectCommand(const BuildRequest& request) {

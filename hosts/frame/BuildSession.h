@@ -92,6 +92,18 @@ class BuildSession {
   // any thread; not from a signal handler.
   void RequestStop();
 
+  // --- For a host that leaves the calls to somebody else, who drives Manager() as he likes ---
+
+  // The server has opened this project: reads its state. Calls nothing of the server.
+  void Adopt(const std::string& openedPath);
+  // In front of a call that may start tools. Not while a build runs.
+  void BeginWork();
+  // Behind the end of the worker, or of a call that ran tools itself: keeps what was reported.
+  void EndWork(bool afterClean);
+  // The commands that the server has asked for since the last call.
+  std::vector<std::uint32_t> TakePostedCommands();
+  bool HasPostedCommands() const { return !postedCommands.empty(); }
+
   // Calls `onTick` again and again while a build runs, until ClearTicker of the same number.
   void SetTicker(std::int32_t id, std::chrono::milliseconds period, std::function<void()> onTick);
   void ClearTicker(std::int32_t id);
@@ -131,7 +143,6 @@ class BuildSession {
   std::intptr_t OnProjectChanged(const std::string& path);
   std::intptr_t OnRunScript(const HostEvent& event);
   bool FollowProject();
-  void KeepState(bool afterClean);
   std::uint32_t SelectCommand(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
   void WaitForWorker();

@@ -46,12 +46,14 @@ std::string CopyText(std::intptr_t parameter) {
 }
 
 HostEvent MakeEvent(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam) {
-  HostEvent event{message, wParam, lParam, {}, {}};
+  HostEvent event{message, wParam, lParam, {}, {}, false, false};
   const auto* form = std::find_if(std::begin(kForms), std::end(kForms),
                                   [message](const MessageForm& f) { return f.number == message; });
   if (form == std::end(kForms)) return event;
-  if (form->wParamIsText) event.text = CopyText(wParam);
-  if (form->lParamIsText) event.detail = CopyText(lParam);
+  event.hasText = form->wParamIsText;
+  event.hasDetail = form->lParamIsText;
+  if (event.hasText) event.text = CopyText(wParam);
+  if (event.hasDetail) event.detail = CopyText(lParam);
   return event;
 }
 
@@ -71,13 +73,20 @@ void MainFrame::Answer(std::uint32_t number, Handler handler) {
   }
 }
 
+void MainFrame::Watch(std::function<void(const HostEvent&)> onMessage) {
+  watcher = std::move(onMessage);
+}
+
 std::intptr_t MainFrame::OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
                                          std::intptr_t lParam) {
-  const auto found = handlers.find(message);
-  if (found == handlers.end()) return 1;
-  const Handler handler = found->second;  // it may replace itself while it runs
   try {
-    return handler(MakeEvent(message, wParam, lParam));
+    if (!watcher && !handlers.contains(message)) return 1;
+    const HostEvent event = MakeEvent(message, wParam, lParam);
+    if (const auto watch = watcher) watch(event);
+    const auto found = handlers.find(message);
+    if (found == handlers.end()) return 1;
+    const Handler handler = found->second;  // it may replace itself while it runs
+    return handler(event);
   } catch (const std::exception&) {
     return 1;  // the sender can do nothing about it
   }

@@ -23,6 +23,8 @@ struct HostEvent {
   std::intptr_t lParam = 0;
   std::string text;    // wParam, where the message carries a text there
   std::string detail;  // lParam, where the message carries a text there
+  bool hasText = false;
+  bool hasDetail = false;
 };
 
 // The main frame of a host as the system sees it: a window that answers every message. What has no
@@ -42,6 +44,8 @@ class MainFrame : private WindowTarget {
   // Who answers a message from now on; an empty handler takes it back. A handler may call the
   // system again, and may set handlers.
   void Answer(std::uint32_t number, Handler handler);
+  // Who hears of every message ahead of its handler from now on; at most one, an empty one ends it.
+  void Watch(std::function<void(const HostEvent&)> onMessage);
 
  private:
   std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
@@ -49,6 +53,7 @@ class MainFrame : private WindowTarget {
 
   WindowHandle handle = 0;
   std::map<std::uint32_t, Handler> handlers;
+  std::function<void(const HostEvent&)> watcher;
 };
 
 }  // namespace tarn::host

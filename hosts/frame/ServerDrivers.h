@@ -19,6 +19,7 @@ enum ManagerCommand : std::uint32_t {
   kCmdRebuildNode = 0x8114,
   kCmdBuildNode = 0x8115,
   kCmdCleanNode = 0x8116,
+  kCmdTranslateNode = 0x8117,
   kCmdSelectConfiguration = 0x8119,
   kCmdResetNodeOptions = 0x811B,
   kCmdStop = 0x811C,
@@ -44,6 +45,7 @@ class ProjectManagerDriver : public COleDispatchDriver {
   std::int32_t EpilogCommand(std::uint32_t id) { return InvokeLong(18, {AsNumber(id)}); }
   std::int32_t PrologCommand(std::uint32_t id) { return InvokeLong(19, {AsNumber(id)}); }
   void Clean() { InvokeHelper(21, {}); }
+  std::int32_t EnableCommand(std::uint32_t id) { return InvokeLong(31, {AsNumber(id)}); }
   void SelectApplication(const std::string& header) { InvokeHelper(23, {header}); }
   std::string GetSelectedApplication() { return InvokeText(26, {}); }
   std::int32_t SetBuildInfo(const std::string& xml) { return InvokeLong(33, {"", xml}); }

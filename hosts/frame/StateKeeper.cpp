@@ -68,6 +68,9 @@ void StateKeeper::Load(const std::string& projectPath) {
   projectName = FileNameOf(projectPath);
   dropped.clear();
   reports.clear();
+  applications.clear();
+  unfinished.clear();
+  outdated.clear();
   auto bytes = files.ReadWholeFile(statePath);
   const bool missing = !bytes && bytes.GetError().code == ErrorCode::NotFound;
   verdict = store.Load(bytes ? std::move(*bytes) : std::string(), projectName);

@@ -27,6 +27,8 @@ class StateKeeper {
   void Load(const std::string& projectPath);
   // Hands the records that still hold to the project. The current node is the same afterwards.
   void Restore();
+  // False when there is nothing to hand over.
+  bool HasRecords() const { return store.GetCount() != 0; }
 
   // A tool starts on this output. Unless it reports it, nothing is known of the output afterwards:
   // a tool that fails or is stopped may leave half of one.

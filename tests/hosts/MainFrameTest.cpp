@@ -53,5 +53,25 @@ TEST(MainFrame, AHandlerMayTakeItselfAwayAndMayFail) {
   EXPECT_EQ(Send(frame, 0x8016, ""), 1);
 }
 
+TEST(MainFrame, AWatcherHearsOfEveryMessageAheadOfItsHandler) {
+  MainFrame frame;
+  std::string heard;
+  frame.Watch([&heard](const HostEvent& event) {
+    heard += "watch " + event.text + (event.hasText ? " text" : " number");
+    heard += event.hasDetail ? " text; " : " number; ";
+  });
+  frame.Answer(0x8016, [&heard](const HostEvent& event) {
+    heard += "answer " + event.text + "; ";
+    return std::intptr_t{0};
+  });
+  EXPECT_EQ(Send(frame, 0x8016, "p.tprj"), 0);
+  EXPECT_EQ(Send(frame, 0x8010, "", ""), 1);
+  EXPECT_EQ(SendWindowMessage(frame.GetHandle(), 0x9999, 1, 2), 1);
+  frame.Watch({});
+  EXPECT_EQ(Send(frame, 0x8010, "p", "q"), 1);
+  EXPECT_EQ(heard,
+            "watch p.tprj text number; answer p.tprj; watch  text text; watch  number number; ");
+}
+
 }  // namespace
 }  // namespace tarn::host
