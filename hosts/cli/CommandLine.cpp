@@ -22,6 +22,7 @@ class Grammar {
     AddConfigurations();
     AddNew();
     AddRun();
+    AddServe();
     // Commands that are added later would show it as well.
     app.footer(
         "Without a PROJECT a command works on the project file in the current folder.\n"
@@ -149,6 +150,13 @@ class Grammar {
     AddProject(command);
     AddConfiguration(command);
     command->add_flag("-v,--verbose", invocation.verbose, "Show every command of its builds");
+  }
+
+  // Whoever drives it gives everything else by messages.
+  void AddServe() {
+    CLI::App* command = app.add_subcommand(
+        "serve", "Let an editor drive projects: JSON-RPC on standard input and output");
+    command->callback([this] { invocation.command = "serve"; });
   }
 
   CLI::App app;

@@ -15,6 +15,7 @@ int RunConfig(CommandContext& context);   // config list, add, select
 int RunLog(CommandContext& context);      // log
 int RunNew(CommandContext& context);      // new
 int RunScript(CommandContext& context);   // run
+int RunServe(CommandContext& context);    // serve
 
 // Writes a document for programs; bytes that are no UTF-8 are replaced.
 void PrintJson(CommandContext& context, const nlohmann::json& document);

@@ -30,6 +30,7 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
       {"log", tarn::host::RunLog},
       {"new", tarn::host::RunNew},
       {"run", tarn::host::RunScript},
+      {"serve", tarn::host::RunServe},
   };
   return commands;
 }

@@ -1,0 +1,55 @@
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/Interrupts.h"
+#include "hosts/serve/RpcServer.h"
+
+namespace tarn::host {
+
+namespace {
+
+// One of the standard descriptors, put where no tool inherits it and nothing else of this process
+// writes to; `replacement` takes its place. -1 when there is none.
+class Descriptor {
+ public:
+  Descriptor(int standard, int replacement)
+      : descriptor(fcntl(standard, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
+    if (replacement >= 0) dup2(replacement, standard);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() {
+    if (descriptor >= 0) close(descriptor);
+  }
+
+  int Get() const { return descriptor; }
+
+ private:
+  int descriptor;
+};
+
+int ExitCodeOf(ServerEnd end) {
+  if (end == ServerEnd::Interrupted) return kExitInterrupted;
+  return end == ServerEnd::Asked ? 0 : 1;
+}
+
+}  // namespace
+
+int RunServe(CommandContext& context) {
+  signal(SIGPIPE, SIG_IGN);  // a client that is gone is told by the write
+  const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  const Descriptor input(STDIN_FILENO, nothing);
+  const Descriptor output(STDOUT_FILENO, STDERR_FILENO);
+  if (nothing >= 0) close(nothing);
+  if (input.Get() < 0 || output.Get() < 0) {
+    context.Complain("`tarn serve` talks on standard input and output; one of them is closed.");
+    return kExitUsage;
+  }
+  RpcServer server(context.Files(), input.Get(), output.Get());
+  const Interrupts interrupts([&server] { server.Interrupt(); });
+  return ExitCodeOf(server.Run());
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,195 @@
+#include "hosts/serve/RpcServer.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "platform/paths/Paths.h"
+
+namespace tarn::host {
+
+namespace {
+
+using nlohmann::json;
+
+json ToJson(const std::vector<MethodInfo>& methods) {
+  json list = json::array();
+  for (const MethodInfo& each : methods) {
+    list.push_back({{"name", each.name}, {"params", each.arguments}});
+  }
+  return list;
+}
+
+// A text, or nothing given; false for anything else.
+bool TakeOptionalText(const json& value, std::string& text) {
+  if (value.is_null()) return true;
+  std::optional<std::string> given = TextOfJson(value);
+  if (given) text = std::move(*given);
+  return given.has_value();
+}
+
+bool TakeNames(const json& value, std::vector<std::string>& names) {
+  if (value.is_null()) return true;
+  if (!value.is_array()) return false;
+  for (const json& each : value) {
+    std::optional<std::string> name = TextOfJson(each);
+    if (!name) return false;
+    names.push_back(std::move(*name));
+  }
+  return true;
+}
+
+}  // namespace
+
+RpcServer::RpcServer(FileSystem& fileSystem, int input, int output)
+    : files(fileSystem),
+      channel(input, output, MessageLoop::ForCurrentThread(), [this] { stopper.Stop(); }),
+      questions(channel) {}
+
+RpcServer::~RpcServer() {
+  // What the end of a session has to say has nobody to go to any more.
+  session.reset();
+}
+
+void RpcServer::Interrupt() {
+  interrupted = true;
+  channel.Abandon();
+}
+
+bool RpcServer::IsOver() const {
+  return exitAsked || channel.IsGone();
+}
+
+ServerEnd RpcServer::Run() {
+  const auto loop = MessageLoop::ForCurrentThread();
+  const auto somethingToDo = [this] {
+    return IsOver() || channel.HasMessage() || channel.HasInputEnded() ||
+           (session && session->NeedsAttention());
+  };
+  for (;;) {
+    loop->PumpUntil(somethingToDo, std::chrono::milliseconds::max());
+    // A client that never pauses must not keep the worker and the timers from their turn.
+    loop->Pump();
+    if (session) session->Attend();
+    if (IsOver()) break;
+    // In this order: the last message may come just ahead of the end.
+    const bool hasEnded = channel.HasInputEnded();
+    if (const auto message = channel.Take()) {
+      Handle(*message);
+    } else if (hasEnded) {
+      break;
+    }
+  }
+  if (session) session->StopWork();
+  if (interrupted) return ServerEnd::Interrupted;
+  return isShutDown ? ServerEnd::Asked : ServerEnd::Left;
+}
+
+void RpcServer::Handle(const RpcMessage& message) {
+  json responses = json::array();
+  for (const RpcItem& each : message.items) {
+    json response = HandleItem(each);
+    if (!response.is_null()) responses.push_back(std::move(response));
+    if (IsOver()) break;
+  }
+  if (responses.empty()) return;
+  channel.Send(message.isBatch ? responses : responses.front());
+}
+
+json RpcServer::HandleItem(const RpcItem& item) {
+  if (const auto* problem = std::get_if<RpcProblem>(&item)) {
+    return MakeRpcError(problem->id, problem->code, problem->text);
+  }
+  const auto* request = std::get_if<RpcRequest>(&item);
+  if (request == nullptr) return nullptr;
+  json result;
+  CallProblem problem;
+  try {
+    problem = HandleRequest(*request, result);
+  } catch (const std::exception& failure) {
+    problem = {kRpcFailed, failure.what()};
+  }
+  if (request->isNotification) return nullptr;
+  if (problem.code != 0) return MakeRpcError(request->id, problem.code, problem.text);
+  return MakeRpcResult(request->id, std::move(result));
+}
+
+CallProblem RpcServer::HandleRequest(const RpcRequest& request, json& result) {
+  if (request.method == "exit") {
+    exitAsked = true;
+    return {};
+  }
+  if (isShutDown) return {kRpcBadRequest, "The server was shut down; only exit may follow."};
+  if (request.method == "initialize") return Initialize(request.params, result);
+  if (request.method == "shutdown") {
+    if (session) session->StopWork();
+    isShutDown = true;
+    return {};
+  }
+  return CallMethod(request, result);
+}
+
+CallProblem RpcServer::Initialize(const json& params, json& result) {
+  if (session) return {kRpcBadRequest, "The server is initialized already."};
+  std::vector<json> given;
+  if (CallProblem problem =
+          OrderParams("initialize", {"applicationPath", "dataPath", "answers"}, 0, params, given);
+      problem.code != 0) {
+    return problem;
+  }
+  HostFolders folders;
+  if (CallProblem problem = ReadFolders(given, folders); problem.code != 0) return problem;
+  std::vector<std::string> answers;
+  if (!TakeNames(given[2], answers)) {
+    return {kRpcBadParams, "initialize: answers is no list of names"};
+  }
+  questions.SetAnswered(answers);
+  session = std::make_unique<ServedSession>(
+      files, folders, questions, stopper, [this](const HostEvent& event) {
+        channel.Send(MakeRpcNotification("host/message", tarn::host::ToJson(event)));
+      });
+  if (const Status started = session->Start(); !started) {
+    session.reset();
+    return {kRpcFailed, "This installation isn't complete: " + started.GetError().place + ": " +
+                            started.GetError().text};
+  }
+  methods = session->GetMethods();
+  result = {{"serverInfo", {{"name", "tarn"}, {"version", TARN_VERSION}}},
+            {"methods", ToJson(methods)},
+            {"questions", ClientQuestions::Names()}};
+  return {};
+}
+
+CallProblem RpcServer::ReadFolders(const std::vector<json>& params, HostFolders& folders) {
+  folders = HostFolders::FromEnvironment(files);
+  std::pair<const char*, std::string*> places[] = {{"applicationPath", &folders.application},
+                                                   {"dataPath", &folders.data}};
+  for (std::size_t i = 0; i < std::size(places); ++i) {
+    auto& [name, path] = places[i];
+    if (!TakeOptionalText(params[i], *path)) {
+      return {kRpcBadParams, std::string("initialize: ") + name + " is no path"};
+    }
+    if (IsRelativePath(*path)) *path = CanonicalPath(JoinPath(files.CurrentFolder(), *path));
+  }
+  folders.application = AddSeparator(folders.application);
+  return {};
+}
+
+CallProblem RpcServer::CallMethod(const RpcRequest& request, json& result) {
+  if (!session) return {kRpcNotInitialized, "The server isn't initialized yet."};
+  const auto method = std::find_if(methods.begin(), methods.end(), [&](const MethodInfo& each) {
+    return each.name == request.method;
+  });
+  if (method == methods.end()) {
+    return {kRpcNoMethod, "There is no method \"" + request.method + "\"."};
+  }
+  std::vector<Variant> arguments;
+  if (CallProblem problem = BindArguments(*method, request.params, arguments); problem.code != 0) {
+    return problem;
+  }
+  Variant returned;
+  const DispatchResult outcome = session->Call(*method, arguments, returned);
+  result = tarn::host::ToJson(returned);
+  return ToProblem(outcome, *method);
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,197 @@
+#include "hosts/serve/ServedSession.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+
+namespace tarn::host {
+
+namespace {
+
+// Longer than the tools take to end when they are killed.
+constexpr std::chrono::milliseconds kEndTime(1'500);
+
+// The commands that start the worker and can be asked for ahead of time.
+constexpr std::array kBuildCommands = {kCmdRebuildAll,    kCmdBuildAll,        kCmdCleanAll,
+                                       kCmdRebuildNode,   kCmdBuildNode,       kCmdCleanNode,
+                                       kCmdTranslateNode, kCmdBuildApplication};
+
+bool IsBuildCommand(std::uint32_t command) {
+  return std::find(kBuildCommands.begin(), kBuildCommands.end(), command) != kBuildCommands.end();
+}
+
+}  // namespace
+
+void ToolStopper::SetTools(ToolManagerDriver* sessionTools) {
+  const std::lock_guard<std::mutex> hold(lock);
+  tools = sessionTools;
+  if (stopped && tools != nullptr) tools->StopTools();
+}
+
+void ToolStopper::Stop() {
+  const std::lock_guard<std::mutex> hold(lock);
+  stopped = true;
+  if (tools != nullptr) tools->StopTools();
+}
+
+void ToolStopper::Confirm() {
+  const std::lock_guard<std::mutex> hold(lock);
+  if (stopped && tools != nullptr) tools->StopTools();
+}
+
+ServedSession::ServedSession(FileSystem& files, const HostFolders& folders,
+                             ClientQuestions& clientQuestions, ToolStopper& toolStopper,
+                             std::function<void(const HostEvent&)> onMessage)
+    : session(frame, files, folders),
+      questions(clientQuestions),
+      stopper(toolStopper),
+      tellMessage(std::move(onMessage)),
+      loop(MessageLoop::ForCurrentThread()) {
+  AnswerMessages();
+}
+
+ServedSession::~ServedSession() {
+  stopper.SetTools(nullptr);
+  SetDialogResponder(frame.GetHandle(), nullptr);
+  for (const HostMessage each : {kMsgBuildStarting, kMsgProjectClosing, kMsgProjectOpened}) {
+    frame.Answer(each, {});
+  }
+  frame.Watch({});
+}
+
+void ServedSession::AnswerMessages() {
+  SetDialogResponder(frame.GetHandle(), &questions);
+  frame.Watch([this](const HostEvent& event) { OnMessage(event); });
+  frame.Answer(kMsgBuildStarting,
+               [this](const HostEvent& event) { return questions.AskHost(event); });
+  frame.Answer(kMsgProjectClosing, [this](const HostEvent& event) {
+    // The tree that the results belong to may be gone when this returns.
+    KeepResults();
+    return questions.AskHost(event);
+  });
+  frame.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
+    OnProjectOpened(event);
+    return std::intptr_t{1};
+  });
+}
+
+Status ServedSession::Start() {
+  Status started = session.Start();
+  if (started) stopper.SetTools(&session.Tools());
+  return started;
+}
+
+std::vector<MethodInfo> ServedSession::GetMethods() {
+  IDispatch* manager = session.Manager().GetDispatch();
+  return manager == nullptr ? std::vector<MethodInfo>() : manager->GetMethods();
+}
+
+void ServedSession::OnMessage(const HostEvent& event) {
+  if (event.number == kMsgCurrentNodeChanged) currentPath = event.text;
+  if (event.number == kMsgWorkerEnded) {
+    isBuilding = false;
+    mustKeep = true;
+  }
+  tellMessage(event);
+}
+
+void ServedSession::OnProjectOpened(const HostEvent& event) {
+  hasProject = event.lParam == 0;
+  isPrepared = false;
+  currentPath.clear();
+  if (hasProject) session.Adopt(event.text);
+}
+
+DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Variant> arguments,
+                                   Variant& result) {
+  // Within a batch nobody else looks after what has ended meanwhile.
+  KeepResults();
+  const bool isCommand = method.name == "Command";
+  const bool buildsHere = method.name == "ProjectBuild";
+  std::uint32_t command = 0;
+  if ((isCommand || method.name == "PrologCommand") && !arguments.empty()) {
+    command = static_cast<std::uint32_t>(arguments.front().AsLong());
+  }
+  if (buildsHere || IsBuildCommand(command)) PrepareBuild();
+  if ((isCommand || buildsHere) && !isBuilding) BeginWork();
+  const DispatchPtr manager(session.Manager().GetDispatch());
+  DispatchResult outcome = manager->Invoke(method.id, arguments, result);
+  if (isCommand) NoteCommand(command);
+  if (buildsHere && hasProject && !isBuilding) session.EndWork(false);
+  PassStopOn();
+  return outcome;
+}
+
+void ServedSession::BeginWork() {
+  session.BeginWork();
+  stopper.Confirm();
+}
+
+void ServedSession::PrepareBuild() {
+  if (isBuilding || isPrepared || !hasProject) return;
+  isPrepared = true;
+  if (!session.State().HasRecords()) return;
+  // Handing the records over walks through the applications; the user's own choice stays.
+  const std::string chosen = currentPath;
+  session.Prepare();
+  if (!chosen.empty() && chosen != currentPath) session.Inspector().SelectNodeByKey(chosen);
+}
+
+// Whether the call has started a worker; one that has ended already was noticed by its message.
+void ServedSession::NoteCommand(std::uint32_t command) {
+  if (command == kCmdSelectConfiguration) isPrepared = false;
+  if (isBuilding) return;
+  // Asking may serve the worker's last step.
+  isCleaning = command == kCmdCleanAll || command == kCmdCleanNode;
+  const bool runs = session.Manager().EnableCommand(kCmdStop) == 1;
+  isBuilding = runs;
+}
+
+// A stop can be asked for by a command, and by an answer to the question of an operation that finds
+// a build in its way.
+void ServedSession::PassStopOn() {
+  if (isBuilding && session.Manager().EnableCommand(kCmdStop) == 0) session.Tools().StopTools();
+}
+
+void ServedSession::KeepResults() {
+  if (!mustKeep) return;
+  mustKeep = false;
+  if (hasProject) session.EndWork(isCleaning);
+  isCleaning = false;
+}
+
+void ServedSession::Attend() {
+  KeepResults();
+  session.TakeLogLines();  // the client has had them as messages
+  if (!isBuilding && ownWork != 0) {
+    const std::uint32_t ended = ownWork;
+    ownWork = 0;
+    session.Manager().EpilogCommand(ended);
+  }
+  for (const std::uint32_t command : session.TakePostedCommands()) CarryOut(command);
+}
+
+void ServedSession::CarryOut(std::uint32_t command) {
+  if (!IsBuildCommand(command)) {
+    session.Manager().Command(command);
+    return;
+  }
+  if (isBuilding) return;
+  PrepareBuild();
+  if (session.Manager().PrologCommand(command) == 0) return;
+  BeginWork();
+  session.Manager().Command(command);
+  NoteCommand(command);
+  if (isBuilding || mustKeep) ownWork = command;
+}
+
+void ServedSession::StopWork() {
+  if (isBuilding) {
+    session.Manager().Command(kCmdStop);
+    session.Tools().StopTools();
+    loop->PumpUntil([this] { return !isBuilding; }, kEndTime);
+  }
+  KeepResults();
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "hosts/frame/BuildSession.h"
+#include "hosts/serve/ClientQuestions.h"
+
+namespace tarn::host {
+
+// Stops the tools of whatever session there is, from any thread, for good.
+class ToolStopper {
+ public:
+  // The tools from now on, or null; borrowed.
+  void SetTools(ToolManagerDriver* sessionTools);
+  void Stop();
+  // After the tools were told to run again: a stop stays a stop.
+  void Confirm();
+
+ private:
+  std::mutex lock;
+  ToolManagerDriver* tools = nullptr;
+  bool stopped = false;
+};
+
+// The server with its frame, driven by a client method by method. Does around the calls what a host
+// has to: hands the kept records to the project in front of a build, keeps the new ones behind it,
+// stops the tools when a stop is asked for, and carries out the commands that are posted to it.
+class ServedSession {
+ public:
+  // `onMessage` hears of every host message. All are borrowed.
+  ServedSession(FileSystem& files, const HostFolders& folders, ClientQuestions& clientQuestions,
+                ToolStopper& toolStopper, std::function<void(const HostEvent&)> onMessage);
+  ServedSession(const ServedSession&) = delete;
+  ServedSession& operator=(const ServedSession&) = delete;
+  ~ServedSession();
+
+  Status Start();
+  // The methods that a client may call.
+  std::vector<MethodInfo> GetMethods();
+  DispatchResult Call(const MethodInfo& method, std::span<const Variant> arguments,
+                      Variant& result);
+
+  // There is something to do that doesn't belong into a message's handler.
+  bool NeedsAttention() const { return mustKeep || session.HasPostedCommands(); }
+  void Attend();
+  // Ends a running build, its tools included, and keeps what was built.
+  void StopWork();
+  bool IsBuilding() const { return isBuilding; }
+
+ private:
+  void AnswerMessages();
+  void OnMessage(const HostEvent& event);
+  void OnProjectOpened(const HostEvent& event);
+  void PrepareBuild();
+  void BeginWork();
+  void KeepResults();
+  void CarryOut(std::uint32_t command);
+  void NoteCommand(std::uint32_t command);
+  void PassStopOn();
+
+  MainFrame frame;
+  BuildSession session;
+  ClientQuestions& questions;
+  ToolStopper& stopper;
+  const std::function<void(const HostEvent&)> tellMessage;
+  std::shared_ptr<MessageLoop> loop;
+
+  bool hasProject = false;    // one that is kept a state for
+  bool isPrepared = false;    // the kept records are handed over
+  std::string currentPath;    // of the current node
+  bool isBuilding = false;    // a worker is on its way
+  bool isCleaning = false;    // and it deletes what was built
+  bool mustKeep = false;      // it has ended, and what it reported isn't kept yet
+  std::uint32_t ownWork = 0;  // the build that this host started by itself, or 0
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,170 @@
+#include "hosts/serve/ClientQuestions.h"
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <thread>
+
+namespace tarn::host {
+namespace {
+
+using nlohmann::json;
+
+// A frame with its questions, and the client's end of a connection where a thread reads each
+// request and answers it with texts that are sent as they are; "gone" hangs up.
+class Connection {
+ public:
+  explicit Connection(std::vector<std::string> clientAnswers) : answers(std::move(clientAnswers)) {
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) std::abort();
+    channel =
+        std::make_unique<ClientChannel>(ends[0], ends[0], MessageLoop::ForCurrentThread(), [] {});
+    questions = std::make_unique<ClientQuestions>(*channel);
+    questions->SetAnswered(ClientQuestions::Names());
+    SetDialogResponder(frame.GetHandle(), questions.get());
+    client = std::thread([this] { Serve(); });
+  }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+  ~Connection() {
+    SetDialogResponder(frame.GetHandle(), nullptr);
+    channel.reset();
+    shutdown(ends[0], SHUT_RDWR);
+    client.join();
+    close(ends[0]);
+    close(ends[1]);
+  }
+
+  WindowHandle Window() const { return frame.GetHandle(); }
+  ClientQuestions& Questions() { return *questions; }
+  // What the client was asked; once all its answers are used.
+  std::vector<json> Asked() {
+    shutdown(ends[0], SHUT_WR);
+    client.join();
+    client = std::thread([] {});
+    return asked;
+  }
+
+ private:
+  void Serve() {
+    FrameReader reader;
+    char bytes[4096];
+    std::size_t next = 0;
+    for (ssize_t count = 0; (count = read(ends[1], bytes, sizeof bytes)) > 0;) {
+      reader.Feed({bytes, static_cast<std::size_t>(count)});
+      while (const auto frameRead = reader.Next()) {
+        asked.push_back(json::parse(frameRead->body));
+        const std::string id = asked.back()["id"].dump();
+        if (next == answers.size()) return;
+        std::string text = answers[next++];
+        if (text == "gone") {
+          shutdown(ends[1], SHUT_RDWR);
+          return;
+        }
+        for (std::size_t at = 0; (at = text.find("ID", at)) != std::string::npos;) {
+          text.replace(at, 2, id);
+        }
+        text = "Content-Length: " + std::to_string(text.size()) + "\r\n\r\n" + text;
+        if (write(ends[1], text.data(), text.size()) < 0) return;
+      }
+    }
+  }
+
+  MainFrame frame;
+  int ends[2] = {-1, -1};
+  const std::vector<std::string> answers;
+  std::vector<json> asked;  // the client's until it has ended
+  std::unique_ptr<ClientChannel> channel;
+  std::unique_ptr<ClientQuestions> questions;
+  std::thread client;
+};
+
+std::string Result(const std::string& result) {
+  return R"({"jsonrpc":"2.0","id":ID,"result":)" + result + "}";
+}
+
+const std::string kError = R"({"jsonrpc":"2.0","id":ID,"error":{"code":-32601,"message":"no"}})";
+const HostEvent kClosing{kMsgProjectClosing, 0, 0, "p.tprj", "", true, false};
+
+std::string AnswersTo(const std::string& answer) {
+  Connection connection({answer, answer, answer, answer});
+  std::string text = std::to_string(connection.Questions().AskHost(kClosing));
+  // A client that has gone can't be asked again; the outcome is the same.
+  text += AskOkCancel(connection.Window(), "Stop?", "Project") ? " ok" : " cancel";
+  const FileQuestion question{"Projects (*.tprj)|*.tprj|", "/p", true};
+  for (const std::string& path : ChooseFiles(connection.Window(), question)) text += " " + path;
+  NewApplication application;
+  application.applicationName = "proposed";
+  const bool isFinished = AskNewApplication(connection.Window(), application);
+  return text + (isFinished ? " finish " : " quit ") + application.applicationName;
+}
+
+TEST(ClientQuestions, OnlyARealYesLetsSomethingHappen) {
+  const std::pair<std::string, const char*> rows[] = {
+      {Result("1"), "1 cancel quit proposed"},
+      {Result("0"), "0 cancel quit proposed"},
+      {Result("-7"), "-7 cancel quit proposed"},
+      {Result("true"), "0 cancel quit proposed"},
+      {Result("null"), "0 cancel quit proposed"},
+      {Result(R"("ok")"), "0 ok quit proposed"},
+      {Result(R"("yes")"), "0 cancel quit proposed"},
+      {Result(R"(["/a","/b"])"), "0 cancel /a /b quit proposed"},
+      {Result(R"(["/a",7])"), "0 cancel quit proposed"},
+      {Result(R"(["/a\u0000b"])"), "0 cancel quit proposed"},
+      {Result(R"({"applicationName":"mine","unknown":1})"), "0 cancel finish mine"},
+      {Result(R"({"applicationName":"mine","useCobbler":1})"), "0 cancel quit proposed"},
+      {Result("{}"), "0 cancel finish proposed"},
+      // Not the client's question after all.
+      {kError, "1 ok quit proposed"},
+      // An answer to something else comes first, then the same answer a second time.
+      {R"([{"jsonrpc":"2.0","id":99,"result":1},{"jsonrpc":"2.0","id":"x","result":1},)" +
+           Result(R"("ok")") + "," + Result("1") + "]",
+       "0 ok quit proposed"},
+      {"gone", "0 cancel quit proposed"},
+  };
+  for (const auto& [answer, expected] : rows) EXPECT_EQ(AnswersTo(answer), expected) << answer;
+}
+
+TEST(ClientQuestions, AClientSeesWhatItIsAsked) {
+  Connection connection(
+      {Result("1"), Result("\"ok\""), Result("\"ok\""), Result("[]"), Result("null")});
+  connection.Questions().AskHost(kClosing);
+  AskOkCancel(connection.Window(), "Stop?", "Project");
+  ShowMessage(connection.Window(), "Done.", "Project");
+  ChooseFiles(connection.Window(), {"C files|*.c;*.h|All|*.*||", "/p", false});
+  NewApplication application;
+  AskNewApplication(connection.Window(), application);
+  std::string seen;
+  for (const json& each : connection.Asked()) {
+    seen += each["method"].get<std::string>() + " " + each["params"].dump() + "\n";
+  }
+  const std::string expected =
+      R"(host/ask {"lParam":0,"name":"ProjectClosing","number":32790,"wParam":"p.tprj"})"
+      "\n"
+      R"(host/messageBox {"caption":"Project","text":"Stop?"})"
+      "\n"
+      R"(host/messageBox {"buttons":["ok"],"caption":"Project","text":"Done."})"
+      "\n"
+      R"(host/openFile {"filters":[{"label":"C files","patterns":["*.c","*.h"]},)"
+      R"({"label":"All","patterns":["*.*"]}],"folder":"/p","multiple":false})"
+      "\n"
+      R"(host/wizard {"applicationName":"","configName":"Standard","createNewProject":true,)"
+      R"("location":"","mayJoinProject":false,"targetText":"","typeHeader":"",)"
+      R"("typeHeaders":[],"useCobbler":false,"wizardPath":""})"
+      "\n";
+  EXPECT_EQ(seen, expected);
+}
+
+TEST(ClientQuestions, WhatTheClientDoesNotAnswerIsAgreedTo) {
+  Connection connection({});
+  connection.Questions().SetAnswered({"host/openFile2"});
+  EXPECT_EQ(connection.Questions().AskHost(kClosing), 1);
+  EXPECT_TRUE(AskOkCancel(connection.Window(), "Stop?", "Project"));
+  EXPECT_TRUE(ChooseFiles(connection.Window(), {}).empty());
+  NewApplication application;
+  EXPECT_FALSE(AskNewApplication(connection.Window(), application));
+  EXPECT_TRUE(connection.Asked().empty());
+}
+
+}  // namespace
+}  // namespace tarn::host

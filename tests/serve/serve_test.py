@@ -1,0 +1,404 @@
+"""Drives `tarn serve` from outside: serve_test.py PROGRAM SOURCE_DIR [unittest arguments]."""
+
+import os
+import signal
+import sys
+import time
+import unittest
+
+from rpc_client import Client, Ended, Project, RpcError, frame, is_running, wait_gone
+
+PROGRAM = os.path.abspath(sys.argv[1])
+SOURCE_DIR = os.path.abspath(sys.argv[2])
+
+REBUILD, BUILD, CLEAN, BUILD_NODE, STOP = 0x8111, 0x8112, 0x8113, 0x8115, 0x811C
+INITIALIZE = {"jsonrpc": "2.0", "id": 1, "method": "initialize", "params": {}}
+EXIT = {"jsonrpc": "2.0", "method": "exit"}
+
+
+def request(number, method, *params):
+    return {"jsonrpc": "2.0", "id": number, "method": method, "params": list(params)}
+
+
+class ServeTest(unittest.TestCase):
+    def setUp(self):
+        self.project = Project(SOURCE_DIR)
+        self.addCleanup(self.project.remove)
+
+    def start(self, answers=None, initialize=True):
+        client = Client(PROGRAM, self.project.environment, self.project.folder, answers)
+        self.addCleanup(client.kill)
+        if initialize:
+            client.wait(client.post("initialize", {
+                "applicationPath": self.project.share, "dataPath": self.project.data,
+                "answers": list(answers or {})}))
+        return client
+
+    def open(self, answers=None):
+        client = self.start(answers)
+        self.assertEqual(client.call("ProjectOpen", self.project.write_project()), 1)
+        client.transcript.clear()
+        return client
+
+    def start_build(self, client, command=BUILD):
+        client.transcript.clear()
+        self.assertEqual(client.call("PrologCommand", command), 1)
+        self.assertEqual(client.call("Command", command), 2)
+
+    def build(self, client, command=BUILD):
+        """Builds, and gives whether that went well and the names of the files that tools made."""
+        self.start_build(client, command)
+        success = client.wait_message("WorkerEnded")["wParam"]
+        client.call("EpilogCommand", command)
+        made = [os.path.basename(each["wParam"]) for each in client.transcript
+                if each["name"] == "ToolSucceeded"]
+        return success, made
+
+    def shorten(self, transcript):
+        """One line a message: name and parameters, without what differs from run to run."""
+        lines = []
+        for each in transcript:
+            values = []
+            for value in (each["wParam"], each["lParam"]):
+                if isinstance(value, str):
+                    value = value.replace(self.project.folder, "").strip()
+                    if value.startswith("<") or value.endswith(".xml"):
+                        value = "..."
+                values.append(str(value))
+            lines.append(" ".join([each["name"]] + values))
+        return lines
+
+    def errors(self, client, *calls):
+        found = []
+        for method, params in calls:
+            try:
+                client.wait(client.post(method, params))
+                found.append(None)
+            except RpcError as error:
+                found.append(error.code)
+        return found
+
+
+class Session(ServeTest):
+    def test_a_whole_session_tells_the_host_everything_in_order(self):
+        client = self.start()
+        self.assertEqual(client.call("ProjectNew", self.project.path("other.tprj")), 1)
+        self.assertEqual(self.shorten(client.transcript), [
+            "CreateToolbar Project ...", "AddMainMenu Project ...", "AddMainMenu Project ...",
+            "ProjectClosing  0", "ProjectCreated /other.tprj 0"])
+        client.transcript.clear()
+
+        path = self.project.write_project()
+        self.assertEqual(client.call("ProjectOpen", path), 1)
+        opened = ["ProjectOpened /demo.tprj 0", "ApplicationKnown /app.tapp Standard",
+                  "PaneCaption app Local Settings 4005", "CurrentNodeChanged /app.tapp 0",
+                  "ApplicationActivated /app.tapp Standard"]
+        # A project that was only just made has no path to close yet, or has its own.
+        self.assertEqual(self.shorten(client.transcript)[-5:], opened)
+        client.transcript.clear()
+
+        self.assertEqual(client.call("SavePropertyValue", "C", "Compiler", "Defines", "ANSWER=42"), 1)
+        self.assertEqual(client.call("GetPropertyValue", "C", "Compiler", "Defines"), "ANSWER=42")
+        self.assertEqual(self.build(client), (1, ["a.c.o", "b.c.o", "app"]))
+        client.transcript = [each for each in client.transcript if each["name"] != "PaneCaption"]
+        self.assertEqual(self.shorten(client.transcript), [
+            "BuildStarting 0 0",
+            "LogLine Build: app (Standard) 0",
+            "LogLine Building /src/a.c 0", "ToolStarted ... 0", "ToolEnded ... 1",
+            "ToolSucceeded /build/Standard/app.obj/src/a.c.o 0",
+            "LogLine Building /src/b.c 0", "ToolStarted ... 0", "ToolEnded ... 1",
+            "ToolSucceeded /build/Standard/app.obj/src/b.c.o 0",
+            "LogLine Building /app.tapp 0", "ToolStarted ... 0", "ToolEnded ... 1",
+            "ToolSucceeded /build/Standard/app 0",
+            "LogLine Finished. 0",
+            "CurrentNodeChanged /app.tapp 0",
+            "WorkerEnded 1 ..."])
+        self.assertEqual(self.build(client), (1, []))
+
+        client.transcript.clear()
+        self.assertEqual(client.call("ProjectSave"), 1)
+        self.assertEqual(self.shorten(client.transcript), ["ProjectClosing /demo.tprj 0"] + opened)
+        self.assertEqual(self.build(client), (1, []))
+        client.call("ProjectClose")
+        self.assertIsNone(client.call("shutdown"))
+        client.send(EXIT)
+        self.assertEqual(client.end(), 0)
+
+        client = self.start()
+        self.assertEqual(client.call("ProjectOpen", path), 1)
+        self.assertEqual(client.call("GetPropertyValue", "C", "Compiler", "Defines"), "ANSWER=42")
+        self.assertEqual(self.build(client), (1, []))
+
+    def test_kept_records_leave_the_chosen_file_and_go_with_a_clean(self):
+        client = self.open()
+        self.assertEqual(self.build(client)[0], 1)
+        self.assertEqual(client.call("ProjectSave"), 1)
+        self.project.write("src/a.c", "int a(void) { return 2 - 1; }\n")
+        os.utime(self.project.path("src/a.c"), (time.time() + 2, time.time() + 2))
+        self.assertEqual(client.call("SelectApplication", "a.c"), 1)
+        self.assertEqual(self.build(client, BUILD_NODE), (1, ["a.c.o"]))
+        self.assertEqual(self.build(client, CLEAN)[0], 1)
+        self.assertFalse(os.path.exists(self.project.path("demo.tstate")))
+
+    def test_project_build_keeps_its_records_too(self):
+        client = self.open()
+        self.assertEqual(client.call("ProjectBuild"), 1)
+        client.call("shutdown")
+        client.send(EXIT)
+        self.assertEqual(client.end(), 0)
+        client = self.open()
+        self.assertEqual(self.build(client), (1, []))
+
+    def test_bytes_that_are_no_utf8_come_as_replacements(self):
+        path = self.project.write_project()
+        with open(path, "rb") as file:
+            text = file.read()
+        with open(path, "wb") as file:
+            file.write(text.replace(b'Header="app" Extern', b'Header="caf\xe9" Extern')
+                       .replace(b'ActiveApp="app"', b'ActiveApp="caf\xe9"'))
+        with open(self.project.path("app.tapp"), "rb") as file:
+            text = file.read()
+        with open(self.project.path("app.tapp"), "wb") as file:
+            file.write(text.replace(b'Header="app"', b'Header="caf\xe9"'))
+        client = self.start()
+        self.assertEqual(client.call("ProjectOpen", path), 1)
+        self.assertIn("PaneCaption caf\ufffd Local Settings 4005", self.shorten(client.transcript))
+
+
+class Calls(ServeTest):
+    def test_every_method_is_there_and_wrong_calls_are_told(self):
+        client = self.start(initialize=False)
+        self.assertEqual(self.errors(client, ("GetCurConfig", [])), [-32002])
+        self.assertEqual(self.errors(client, ("initialize", {"dataPath": 7}),
+                                     ("initialize", {"answers": "host/ask"}),
+                                     ("initialize", {"folder": ""}),
+                                     ("initialize", {"applicationPath": "/nowhere"})),
+                         [-32602, -32602, -32602, -32000])
+        result = client.wait(client.post("initialize", {"applicationPath": self.project.share,
+                                                        "dataPath": self.project.data}))
+        self.assertEqual(len(result["methods"]), 44)
+        named = {each["name"]: each["params"] for each in result["methods"]}
+        self.assertEqual(named["Command"], ["Command"])
+        self.assertEqual(self.errors(
+            client, ("initialize", {}), ("GetCurConfig", None), ("getcurconfig", []),
+            ("rpc.discover", []), ("Command", ["x"]), ("Command", [None]), ("Command", []),
+            ("Command", {"Command": 0x8137}), ("Command", {"command": 0x8137}),
+            ("ProjectOpen", ["a\0b"]), ("ProjectOpen", [5]), ("InitToolManager", [None]),
+            ("SelectNode", [None]), ("ReportMessage", ["x", "y"])),
+            [-32600, None, -32601, -32601, -32602, -32602, -32602, None, -32602, -32602, -32602,
+             -32602, None, -32602])
+        self.assertIsNone(client.call("ReportMessage", "said"))
+        client.transcript.clear()
+        client.send({"jsonrpc": "2.0", "method": "PrologCommand", "params": {"Command": BUILD}})
+        self.assertEqual(client.call("EnableCommand", STOP), 0)
+        self.assertEqual(self.shorten(client.transcript), ["BuildStarting 0 0"])
+
+    def test_requests_are_answered_once_and_in_order(self):
+        client = self.start()
+        client.send_bytes(frame(request(11, "GetCurConfig")) + frame(request("b", "EnableCommand", 1)))
+        self.assertEqual([client.next()["id"], client.next()["id"]], [11, "b"])
+        client.send([request(12, "EnableCommand", STOP), 5, request(13, "Nothing"),
+                     {"jsonrpc": "2.0", "method": "SelectNode", "params": [None]}])
+        self.assertEqual([(each["id"], each.get("result"), each.get("error", {}).get("code"))
+                          for each in client.next()],
+                         [(12, 0, None), (None, None, -32600), (13, None, -32601)])
+        client.send([{"jsonrpc": "2.0", "method": "SelectNode", "params": [None]}])
+        client.send(request(14, "EnableCommand", STOP))
+        self.assertEqual(client.next()["id"], 14)
+
+    def test_a_client_that_writes_long_before_it_reads_is_served(self):
+        client = self.start(initialize=False)
+        many = 20000
+        client.send_bytes(frame(INITIALIZE) + b"".join(
+            frame(request(i, "EnableCommand", STOP)) for i in range(2, many)))
+        client.process.stdin.close()
+        seen = []
+        while len(seen) < many - 1:
+            message = client.next()
+            if "method" not in message:
+                seen.append(message["id"])
+        self.assertEqual(seen, list(range(1, many)))
+
+    def test_no_frame_ends_the_server(self):
+        client = self.start()
+        next_one = frame(request(2, "EnableCommand", STOP))
+        answered = (2, None)
+        rows = [
+            (b"GET / HTTP/1.1\r\nHost: x\r\n\r\n" + next_one, [(None, -32700), answered]),
+            (b"A: " + b"x" * 100000 + next_one, [(None, -32700), answered]),
+            (b"Content-Length: 999999999999\r\n\r\n{}" + next_one, [(None, -32600), answered]),
+            (frame(b"{nonsense") + next_one, [(None, -32700), answered]),
+            (frame(b"\xff\xfe") + next_one, [(None, -32700), answered]),
+            (frame(b"[" * 1000000) + next_one, [(None, -32600), answered]),
+            (b"Content-Length: 100\r\n\r\n{\"cut\":" + next_one + frame(b"1" * 20),
+             [(None, -32700), answered, (None, -32600)]),
+            (frame(b"[]") + next_one, [(None, -32600), answered]),
+            (frame({"jsonrpc": "2.0", "id": 77, "result": 1}) + next_one, [answered]),
+            (frame({"jsonrpc": "2.0", "id": 6, "method": 6}) + next_one, [(6, -32600), answered]),
+        ]
+        for sent, expected in rows:
+            client.send_bytes(sent)
+            seen = [client.next() for _ in expected]
+            self.assertEqual([(each["id"], each.get("error", {}).get("code")) for each in seen],
+                             expected, sent[:60])
+        with open("/proc/%d/status" % client.process.pid) as file:
+            peak = [int(line.split()[1]) for line in file if line.startswith("VmHWM")][0]
+        if "asan" not in PROGRAM and "tsan" not in PROGRAM:
+            self.assertLess(peak, 200 * 1024, "kilobytes")
+
+
+class Questions(ServeTest):
+    def test_a_refusal_keeps_the_project_and_the_build_from_happening(self):
+        refused = []
+        client = self.open({"host/ask": lambda params: 0 if params["name"] in refused else 1})
+        refused[:] = ["ProjectClosing", "BuildStarting"]
+        self.assertEqual(client.call("ProjectClose"), 0)
+        self.assertEqual(client.call("PrologCommand", BUILD), 0)
+        self.assertEqual(client.call("SelectApplication", "app"), 1)
+        self.assertTrue(client.call("GetSelectedApplication").endswith("/app.tapp"))
+        refused.clear()
+        self.assertEqual(self.build(client)[0], 1)
+        self.assertEqual([(method, params["number"]) for method, params in client.questions],
+                         [("host/ask", 0x8016), ("host/ask", 0x8016), ("host/ask", 0x800C),
+                          ("host/ask", 0x800C)])
+
+    def test_a_late_answer_counts_and_holds_up_what_came_behind(self):
+        client = self.start(initialize=False)
+        client.wait(client.post("initialize", {"answers": ["host/ask"]}))
+        opening = client.post("ProjectOpen", [self.project.write_project()])
+        question = client.wait_question()
+        answer = {"jsonrpc": "2.0", "id": question["id"], "result": 1}
+        behind = client.post("GetSelectedApplication", [])
+        client.send({"jsonrpc": "2.0", "id": question["id"] + 50, "result": 0})
+        client.send({"jsonrpc": "2.0", "id": str(question["id"]), "result": 0})
+        time.sleep(0.3)
+        self.assertTrue(client.incoming.empty())
+        client.send(answer)
+        self.assertEqual(client.wait(opening), 1)
+        self.assertNotIn(behind, client.responses)
+        self.assertTrue(client.wait(behind).endswith("/app.tapp"))
+        # Once more, when nobody waits for it any longer.
+        client.send(dict(answer, result=0))
+        self.assertEqual(client.call("EnableCommand", STOP), 0)
+
+    def test_the_project_to_open_can_be_asked_for(self):
+        path = self.project.write_project()
+        client = self.start({"host/openFile": lambda params: [path]})
+        self.assertEqual(client.call("ProjectOpen", None), 1)
+        (method, params), = client.questions
+        self.assertEqual((params["multiple"], params["filters"][0]["patterns"]), (False, ["*.tprj"]))
+
+    def test_a_client_that_leaves_a_question_open_refuses(self):
+        client = self.start(initialize=False)
+        client.wait(client.post("initialize", {"answers": ["host/ask"]}))
+        opening = client.post("ProjectOpen", [self.project.write_project()])
+        client.wait_question()
+        client.process.stdin.close()
+        self.assertEqual(client.wait(opening), 0)
+        self.assertEqual(client.process.wait(10), 1)
+
+
+class Stops(ServeTest):
+    def start_slow_build(self, answers=None):
+        self.project.slow_compiler()
+        client = self.open(answers)
+        self.start_build(client)
+        return client, self.project.wait_child()
+
+    def test_a_stop_ends_the_tools_and_the_next_build_runs(self):
+        client, child = self.start_slow_build()
+        self.assertEqual(client.call("EnableCommand", STOP), 1)
+        self.assertEqual(client.call("Command", STOP), 1)
+        wait_gone(child, 2)
+        self.assertEqual(client.wait_message("WorkerEnded")["wParam"], 0)
+        self.project.add_compiler('exec /usr/bin/gcc "$@"\n')
+        self.assertEqual(self.build(client), (1, ["b.c.o", "app"]))
+
+    def test_whoever_agrees_to_stop_the_build_stops_its_tools(self):
+        client, child = self.start_slow_build({"host/messageBox": lambda params: "ok"})
+        self.assertEqual(client.call("ProjectClose"), 0)
+        self.assertEqual([method for method, _ in client.questions], ["host/messageBox"])
+        wait_gone(child, 2)
+        self.assertEqual(client.wait_message("WorkerEnded")["wParam"], 0)
+        self.assertEqual(client.call("ProjectClose"), 1)
+
+    def test_whoever_wants_the_build_to_go_on_keeps_it(self):
+        client, child = self.start_slow_build({"host/messageBox": lambda params: "cancel"})
+        self.assertEqual(client.call("ProjectClose"), 0)
+        self.assertTrue(is_running(child))
+        os.kill(child, signal.SIGTERM)
+        self.assertEqual(client.wait_message("WorkerEnded")["wParam"], 1)
+
+    def test_a_client_that_goes_takes_the_tools_along(self):
+        def close_input(client):
+            client.process.stdin.close()
+
+        def close_output(client):
+            client.stop_reading()
+
+        def terminate(client):
+            client.process.terminate()
+
+        def say_exit(client):
+            client.send(EXIT)
+
+        rows = [(close_input, 1), (close_output, 1), (terminate, 130), (say_exit, 1)]
+        for build_here in (False, True):
+            for leave, code in rows:
+                if build_here and leave is say_exit:
+                    continue  # it waits for its turn like every other message
+                with self.subTest(leave.__name__, build_here=build_here):
+                    self.setUp()
+                    self.project.slow_compiler()
+                    client = self.open()
+                    if build_here:
+                        client.post("ProjectBuild", [])
+                    else:
+                        self.start_build(client)
+                    child = self.project.wait_child()
+                    start = time.time()
+                    leave(client)
+                    wait_gone(child, 2)
+                    self.assertEqual(client.process.wait(10), code)
+                    self.assertLess(time.time() - start, 2)
+                    # What was built until then is kept.
+                    self.assertTrue(os.path.exists(self.project.path("demo.tstate")))
+
+
+class Ends(ServeTest):
+    def test_the_exit_code_tells_whether_the_client_said_goodbye(self):
+        rows = [([], 1), ([EXIT], 1), ([request(2, "shutdown")], 0),
+                ([request(2, "shutdown"), EXIT], 0), ([INITIALIZE, request(2, "shutdown"), EXIT], 0),
+                ([INITIALIZE, EXIT], 1)]
+        for messages, code in rows:
+            client = self.start(initialize=False)
+            for each in messages:
+                client.send(each)
+            self.assertEqual(client.end(), code, messages)
+
+    def test_after_shutdown_only_exit_is_taken(self):
+        client = self.start()
+        client.call("shutdown")
+        self.assertEqual(self.errors(client, ("GetCurConfig", []), ("initialize", {}),
+                                     ("shutdown", [])), [-32600] * 3)
+        client.send(EXIT)
+        with self.assertRaises(Ended):
+            client.next()
+
+    def test_what_was_sent_ahead_of_the_end_is_still_done(self):
+        client = self.start(initialize=False)
+        client.send_bytes(b"".join(frame(each) for each in [
+            INITIALIZE, request(2, "ProjectOpen", self.project.write_project()),
+            request(3, "ProjectBuild"), request(4, "shutdown"), EXIT]))
+        self.assertEqual(client.end(), 0)
+        results = {}
+        with self.assertRaises(Ended):
+            while True:
+                message = client.next()
+                if "method" not in message:
+                    results[message["id"]] = message["result"]
+        self.assertEqual([results[2], results[3], results[4]], [1, 1, None])
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0]] + sys.argv[3:], verbosity=2)
