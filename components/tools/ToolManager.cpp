@@ -44,7 +44,9 @@ std::string StartText(const std::string& tool, const char* files, const ToolPlan
 
 std::string CommandElement(const ToolCommand& command) {
   std::string text = "<Command" + XmlPathAttribute("Program", command.program) +
-                     XmlPathAttribute("Folder", command.folder) + ">";
+                     XmlPathAttribute("Folder", command.folder);
+  if (command.launched > 0) text += XmlAttribute("Launched", std::to_string(command.launched));
+  text += ">";
   for (const std::string& argument : command.arguments) {
     text += "<A" + XmlPathAttribute("V", argument) + "/>";
   }

@@ -2,20 +2,30 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <memory>
 
+#include "hosts/cli/HelpText.h"
 #include "hosts/cli/Suggest.h"
 
 namespace tarn::host {
 
 namespace {
 
+class HelpFormatter : public CLI::FormatterBase {
+ public:
+  std::string make_help(const CLI::App* app, std::string, CLI::AppFormatMode) const override {
+    return MakeHelpText(DescribeCommand(*app));
+  }
+};
+
 // Builds the commands and their options, and fills in the invocation as they are read.
 class Grammar {
  public:
   Grammar() : app("Builds firmware projects.", "tarn") {
-    app.set_version_flag("--version", "tarn " TARN_VERSION);
+    app.set_version_flag("--version", "tarn " TARN_VERSION, "Show the version");
+    app.set_help_flag("-h,--help", "Show this help");
+    app.formatter(std::make_shared<HelpFormatter>());
     app.require_subcommand(1);
-    app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     AddBuilds();
     AddQuestions();
     AddOptions();
@@ -23,12 +33,9 @@ class Grammar {
     AddNew();
     AddRun();
     AddServe();
-    // Commands that are added later would show it as well.
-    app.footer(
-        "Without a PROJECT a command works on the project file in the current folder.\n"
-        "`tarn COMMAND --help` tells more about a command.\n\n"
-        "Exit codes: 0 done, 1 build or script failed, 2 wrong use, 3 project can't be opened,\n"
-        "4 a tool is missing, 130 interrupted.");
+    AddEdits();
+    AddExports();
+    AddCompletion();
   }
 
   CLI::App& App() { return app; }
@@ -36,7 +43,9 @@ class Grammar {
 
   std::vector<std::string> CommandNames(const CLI::App& parent) const {
     std::vector<std::string> names;
-    for (const CLI::App* each : parent.get_subcommands({})) names.push_back(each->get_name());
+    for (const CLI::App* each : parent.get_subcommands({})) {
+      if (!each->get_group().empty()) names.push_back(each->get_name());
+    }
     return names;
   }
 
@@ -59,12 +68,15 @@ class Grammar {
 
   void AddProject(CLI::App* command) {
     AddProjectOnly(command);
-    command->add_option("-a,--app", invocation.application, "Work on this application");
+    command->add_option("-a,--app", invocation.application, "Work on this application")
+        ->type_name("APP");
   }
 
   void AddConfiguration(CLI::App* command) {
-    command->add_option("-c,--config", invocation.configuration,
-                        "Use this configuration, for this time");
+    command
+        ->add_option("-c,--config", invocation.configuration,
+                     "Use this configuration, for this time")
+        ->type_name("CONFIG");
   }
 
   void AddBuilds() {
@@ -129,7 +141,9 @@ class Grammar {
     };
     for (const auto& [name, help] : commands) {
       CLI::App* command = AddCommand(*config, name, help);
-      command->add_option("NAME", invocation.name, "Name of the configuration")->required();
+      const bool isNew = name == std::string("add");
+      command->add_option(isNew ? "NAME" : "CONFIG", invocation.name, "Name of the configuration")
+          ->required();
       AddProject(command);
     }
   }
@@ -157,6 +171,75 @@ class Grammar {
     CLI::App* command = app.add_subcommand(
         "serve", "Let an editor drive projects: JSON-RPC on standard input and output");
     command->callback([this] { invocation.command = "serve"; });
+  }
+
+  // Words are sorted out by the command: the project in front of them may be left out.
+  CLI::App* AddEdit(const std::string& name, const std::string& help) {
+    CLI::App* command = AddCommand(app, name, help);
+    AddProject(command);
+    return command;
+  }
+
+  void AddEdits() {
+    CLI::App* add = AddEdit("add", "Add files or applications");
+    Require(add->add_option("FILE", invocation.words, "Its type follows from its extension"));
+    add->add_option("--to", invocation.target, "Group or application that takes the files")
+        ->type_name("NODE");
+    add->add_flag("--create", invocation.create, "Make files and a group that aren't there");
+    CLI::App* remove = AddEdit("remove", "Take files, groups or applications out of a project");
+    Require(remove->add_option("NODE", invocation.words, "By path or label; files stay on disk"));
+    CLI::App* move = AddEdit("move", "Move files or groups within a project");
+    Require(move->add_option("NODE", invocation.words, "What to move, by path or label"));
+    // Takes nothing from the parser: the words in front of it take all.
+    Require(move->add_option("TARGET", invocation.target,
+                             "Where to: a group, an application, or a file to put it before"));
+    CLI::App* rename = AddEdit("rename", "Give a file, group or application another label");
+    Require(rename->add_option("NODE", invocation.node, "By path or label"));
+    Require(rename->add_option("NAME", invocation.name, "Its new label"));
+    CLI::App* select = AddEdit("select", "Make an application the active one");
+    Require(select->add_option("APP", invocation.name, "Its label"));
+  }
+
+  // Checked by the command.
+  static void Require(CLI::Option* option) { option->group(kRequiredGroup); }
+
+  void AddExports() {
+    CLI::App* exports = app.add_subcommand("export", "Write files for editors and other tools");
+    exports->require_subcommand(1);
+    CLI::App* commands = AddCommand(*exports, "compile-commands",
+                                    "How each source is compiled, for clangd and its like");
+    AddProject(commands);
+    commands
+        ->add_option("-c,--config", invocation.configurations,
+                     "Only this configuration; may stand several times")
+        ->type_name("CONFIG")
+        ->allow_extra_args(false);
+    AddOutput(commands, "compile_commands.json beside the project");
+    CLI::App* sarif = AddCommand(*exports, "sarif", "Findings of the last build, as SARIF 2.1.0");
+    AddProjectOnly(sarif);
+    AddOutput(sarif, "the project's name with .sarif beside it");
+  }
+
+  void AddCompletion() {
+    CLI::App* completion =
+        app.add_subcommand("completion", "Print a script that completes commands in a shell");
+    completion->require_subcommand(1);
+    for (const char* shell : {"bash", "zsh", "fish"}) {
+      AddCommand(*completion, shell, std::string("A script for ") + shell);
+    }
+    // What the build and the scripts ask for, no business of people.
+    AddCommand(app, "man", "Print the manual page")->group("");
+    CLI::App* complete = AddCommand(app, "complete", "List names that a shell can complete");
+    complete->group("");
+    complete->add_option("KIND", invocation.name)->required();
+    AddProject(complete);
+  }
+
+  void AddOutput(CLI::App* command, const std::string& usual) {
+    command
+        ->add_option("-o,--output", invocation.output,
+                     "File to write, - for the output; else " + usual)
+        ->type_name("FILE");
   }
 
   CLI::App app;
@@ -194,8 +277,20 @@ std::string HelpHint(const CLI::App& app) {
 
 }  // namespace
 
+CommandEntry DescribeCommandLine() {
+  Grammar grammar;
+  return DescribeCommand(grammar.App());
+}
+
 ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
   Grammar grammar;
+  // `tarn help build` is another way to say `tarn build --help`.
+  std::vector<const char*> turned(argv, argv + argc);
+  if (argc > 1 && std::string_view(argv[1]) == "help") {
+    turned.erase(turned.begin() + 1);
+    turned.push_back("--help");
+    argv = turned.data();
+  }
   if (argc < 2) {
     std::cerr << grammar.App().help();
     return {std::nullopt, kExitUsage};

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "hosts/cli/CommandEntry.h"
 #include "hosts/cli/Invocation.h"
 
 namespace tarn::host {
@@ -14,5 +15,8 @@ struct ParsedCommandLine {
 };
 
 ParsedCommandLine ParseCommandLine(int argc, const char* const* argv);
+
+// The program with all its commands, as they are defined for the parser.
+CommandEntry DescribeCommandLine();
 
 }  // namespace tarn::host

@@ -7,15 +7,20 @@
 namespace tarn::host {
 
 // The commands of the program. Each gives the exit code.
-int RunBuild(CommandContext& context);    // build, rebuild, clean
-int RunStatus(CommandContext& context);   // status
-int RunTree(CommandContext& context);     // tree
-int RunOptions(CommandContext& context);  // options get, set, reset, explain, list
-int RunConfig(CommandContext& context);   // config list, add, select
-int RunLog(CommandContext& context);      // log
-int RunNew(CommandContext& context);      // new
-int RunScript(CommandContext& context);   // run
-int RunServe(CommandContext& context);    // serve
+int RunBuild(CommandContext& context);       // build, rebuild, clean
+int RunStatus(CommandContext& context);      // status
+int RunTree(CommandContext& context);        // tree
+int RunOptions(CommandContext& context);     // options get, set, reset, explain, list
+int RunConfig(CommandContext& context);      // config list, add, select
+int RunLog(CommandContext& context);         // log
+int RunNew(CommandContext& context);         // new
+int RunCompletion(CommandContext& context);  // completion bash, zsh, fish
+int RunMan(CommandContext& context);         // man
+int RunComplete(CommandContext& context);    // complete
+int RunEdit(CommandContext& context);        // add, remove, move, rename, select
+int RunExport(CommandContext& context);      // export compile-commands, sarif
+int RunScript(CommandContext& context);      // run
+int RunServe(CommandContext& context);       // serve
 
 // Writes a document for programs; bytes that are no UTF-8 are replaced.
 void PrintJson(CommandContext& context, const nlohmann::json& document);

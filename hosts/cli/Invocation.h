@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace tarn::host {
 
@@ -31,8 +32,13 @@ struct Invocation {
   std::string value;  // of an option
   std::string name;   // of a new project or configuration
   std::string compiler;
-  std::string script;  // file
-  bool xml = false;    // log --xml
+  std::string script;                       // file
+  bool xml = false;                         // log --xml
+  std::vector<std::string> words;           // files or nodes of add, remove, move, rename, select
+  std::string target;                       // add --to
+  bool create = false;                      // add --create
+  std::string output;                       // export --output; "-" for the standard output
+  std::vector<std::string> configurations;  // export --config, which may stand several times
 };
 
 }  // namespace tarn::host

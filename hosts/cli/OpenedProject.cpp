@@ -48,7 +48,11 @@ void CommandContext::Remark(const std::string& text) const {
 }
 
 int CommandContext::LocateProject(std::string& path) {
-  const FoundProject found = FindProject(files, asked.project);
+  return LocateProject(asked.project, path);
+}
+
+int CommandContext::LocateProject(const std::string& word, std::string& path) {
+  const FoundProject found = FindProject(files, word);
   path = found.path;
   if (!path.empty()) return kExitDone;
   if (found.choices.empty()) {
@@ -143,14 +147,17 @@ int CommandContext::ChooseNode() {
   }
   if (wanted != nullptr) Session().Inspector().SelectNodeByKey(wanted->path);
   if (asked.node.empty()) return kExitDone;
-  // A path is the user's, so it starts in the user's folder.
-  const std::string path =
-      IsRelativePath(asked.node) ? CanonicalPath(JoinPath(startFolder, asked.node)) : asked.node;
-  InspectorDriver& inspector = Session().Inspector();
-  if (inspector.SelectNodeByKey(path) || inspector.SelectNodeByKey(asked.node)) return kExitDone;
+  if (SelectNode(asked.node)) return kExitDone;
   Complain("There is no file, group or application \"" + asked.node +
            "\" in this project. `tarn tree` shows what there is.");
   return kExitUsage;
+}
+
+bool CommandContext::SelectNode(const std::string& key) {
+  // A path is the user's, so it starts in the user's folder.
+  const std::string path = IsRelativePath(key) ? CanonicalPath(JoinPath(startFolder, key)) : key;
+  InspectorDriver& inspector = Session().Inspector();
+  return inspector.SelectNodeByKey(path) || inspector.SelectNodeByKey(key);
 }
 
 int CommandContext::SaveProject() {

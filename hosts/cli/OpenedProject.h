@@ -31,6 +31,8 @@ class CommandContext {
   // Finds the project that was asked for without opening it: 0 and its path, or an exit code when
   // there is none, with everything said.
   int LocateProject(std::string& path);
+  // The same for another word than the one that the command line has for the project.
+  int LocateProject(const std::string& word, std::string& path);
 
   BuildSession& Session();
   // Opens the project. 0, or an exit code with everything said.
@@ -41,6 +43,8 @@ class CommandContext {
   int ChooseApplications(std::vector<ApplicationEntry>& chosen);
   // Makes the node current that --node means, else the application of --app, else the active one.
   int ChooseNode();
+  // Makes the node current that the user means by a path or a label. False when there is none.
+  bool SelectNode(const std::string& key);
   // Writes the project's files, with the configurations in force that were before --config. 0, or
   // an exit code with everything said.
   int SaveProject();

@@ -31,6 +31,18 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
       {"new", tarn::host::RunNew},
       {"run", tarn::host::RunScript},
       {"serve", tarn::host::RunServe},
+      {"add", tarn::host::RunEdit},
+      {"remove", tarn::host::RunEdit},
+      {"move", tarn::host::RunEdit},
+      {"rename", tarn::host::RunEdit},
+      {"select", tarn::host::RunEdit},
+      {"completion bash", tarn::host::RunCompletion},
+      {"completion zsh", tarn::host::RunCompletion},
+      {"completion fish", tarn::host::RunCompletion},
+      {"man", tarn::host::RunMan},
+      {"complete", tarn::host::RunComplete},
+      {"export compile-commands", tarn::host::RunExport},
+      {"export sarif", tarn::host::RunExport},
   };
   return commands;
 }

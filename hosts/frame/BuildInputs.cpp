@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "hosts/frame/StateEnvelope.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 
@@ -27,6 +28,13 @@ std::vector<ApplicationInputs> ParseBuildInputs(std::string_view lines) {
     }
   }
   return list;
+}
+
+std::vector<std::string> SplitQuotedPaths(std::string_view list) {
+  std::vector<std::string> paths;
+  const std::vector<std::string_view> pieces = Split(list, '"');
+  for (std::size_t i = 1; i < pieces.size(); i += 2) paths.emplace_back(pieces[i]);
+  return paths;
 }
 
 }  // namespace tarn::host

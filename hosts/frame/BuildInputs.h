@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,5 +20,8 @@ struct ApplicationInputs {
 
 // The pieces borrow from `lines`. What cannot be read is left out.
 std::vector<ApplicationInputs> ParseBuildInputs(std::string_view lines);
+
+// The paths of a list of quoted names with commas between, as tools take their files.
+std::vector<std::string> SplitQuotedPaths(std::string_view list);
 
 }  // namespace tarn::host

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <set>
 
+#include "hosts/frame/BuildInputs.h"
 #include "hosts/frame/ProjectFile.h"
 #include "platform/text/Text.h"
 #include "xml/StrictText.h"
@@ -34,14 +35,6 @@ Status Attach(COleDispatchDriver& driver, const char* classId) {
   if (!object) return Error{ErrorCode::NotFound, reason, classId};
   driver.AttachDispatch(object.Get(), true);
   return {};
-}
-
-// The paths of a list of quoted names with commas between.
-std::vector<std::string> SplitQuoted(const std::string& list) {
-  std::vector<std::string> paths;
-  const std::vector<std::string_view> pieces = Split(list, '"');
-  for (std::size_t i = 1; i < pieces.size(); i += 2) paths.emplace_back(pieces[i]);
-  return paths;
 }
 
 std::vector<std::string> SplitLines(const std::string& text) {
@@ -300,7 +293,7 @@ std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
   const auto element = ParseXml(event.text);
   ToolStart start;
   start.tool = AttributeOf(element.get(), "Name");
-  start.files = SplitQuoted(AttributeOf(element.get(), "Files"));
+  start.files = SplitQuotedPaths(AttributeOf(element.get(), "Files"));
   start.output = AttributeOf(element.get(), "Output");
   start.command = AttributeOf(element.get(), "Command");
   state.NoteStart(start.output);

@@ -13,6 +13,7 @@ namespace tarn::host {
 // Commands of the project manager that hosts send.
 enum ManagerCommand : std::uint32_t {
   kCmdInvalidateNode = 0x8106,
+  kCmdNewGroup = 0x810C,
   kCmdRebuildAll = 0x8111,
   kCmdBuildAll = 0x8112,
   kCmdCleanAll = 0x8113,
@@ -20,11 +21,15 @@ enum ManagerCommand : std::uint32_t {
   kCmdBuildNode = 0x8115,
   kCmdCleanNode = 0x8116,
   kCmdTranslateNode = 0x8117,
+  kCmdSetActiveApplication = 0x8118,
   kCmdSelectConfiguration = 0x8119,
   kCmdResetNodeOptions = 0x811B,
   kCmdStop = 0x811C,
   kCmdBuildApplication = 0x811F,
   kCmdAddConfiguration = 0x8138,
+  kCmdRemoveNode = 0xE120,
+  kCmdCopyNode = 0xE122,
+  kCmdPasteNode = 0xE125,
 };
 
 class ProjectManagerDriver : public COleDispatchDriver {
@@ -48,6 +53,10 @@ class ProjectManagerDriver : public COleDispatchDriver {
   std::int32_t EnableCommand(std::uint32_t id) { return InvokeLong(31, {AsNumber(id)}); }
   void SelectApplication(const std::string& header) { InvokeHelper(23, {header}); }
   std::string GetSelectedApplication() { return InvokeText(26, {}); }
+  // The type follows from the file's extension.
+  std::int32_t AddExistingItem(const std::string& path) {
+    return InvokeLong(27, {path, NullableText()});
+  }
   std::int32_t SetBuildInfo(const std::string& xml) { return InvokeLong(33, {"", xml}); }
   std::int32_t SavePropertyValue(const std::string& set, const std::string& section,
                                  const std::string& property, const std::string& value) {

@@ -62,10 +62,16 @@ CliProject::~CliProject() {
 CliProject::Answer CliProject::Run(
     std::vector<std::string> arguments,
     const std::function<void(Process&, const std::string& out)>& onOutput) {
+  return RunProgram(TARN_PROGRAM, std::move(arguments), onOutput);
+}
+
+CliProject::Answer CliProject::RunProgram(
+    const std::string& program, std::vector<std::string> arguments,
+    const std::function<void(Process&, const std::string& out)>& onOutput) {
   Answer answer;
   const auto start = std::chrono::steady_clock::now();
   auto process = ProcessLauncher::Native().Start(
-      {TARN_PROGRAM, std::move(arguments), environment, folder.string()});
+      {program, std::move(arguments), environment, folder.string()});
   if (!process) return answer;
   const ProcessExit exit =
       (*process)->WaitWithOutput([&](std::string_view text, bool fromErrorStream) {

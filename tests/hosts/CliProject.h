@@ -31,6 +31,10 @@ class CliProject {
   Answer Run(std::vector<std::string> arguments,
              const std::function<void(Process&, const std::string& out)>& onOutput = {});
 
+  // Runs another program in the same way.
+  Answer RunProgram(const std::string& program, std::vector<std::string> arguments,
+                    const std::function<void(Process&, const std::string& out)>& onOutput = {});
+
   // Replaces the project by one with these applications, each with its sources in src. The first
   // one is active.
   void WriteProject(

@@ -164,6 +164,12 @@ TEST(CommandLine, GetCommandLinesShowsWhatWouldRunAndStartsNothing) {
             "<Commands><Command Program=\"cc\" Folder=\"/p\"><A V=\"-DX=&quot;1&quot;\"/><A "
             "V=\"/p/o.o\"/></Command></Commands>");
   EXPECT_EQ(tools.manager->GetCommandLines("no such tool", "", options.c_str()), "<Commands/>");
+  ToolManagerFixture launched(
+      "<T><Tool Name=\"t\"><Step Program=\"cc\" Launcher=\"ccache -x\"><Arg "
+      "V=\"-c\"/></Step></Tool></T>");
+  EXPECT_EQ(launched.manager->GetCommandLines("t", "", options.c_str()),
+            "<Commands><Command Program=\"ccache\" Folder=\"/p\" Launched=\"2\"><A V=\"-x\"/><A "
+            "V=\"cc\"/><A V=\"-c\"/></Command></Commands>");
   EXPECT_TRUE(tools.launcher.started.empty());
   EXPECT_EQ(tools.manager->TakeBuildInformation(), "");
 }

@@ -1,0 +1,138 @@
+#include "hosts/cli/CommandNotes.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarn::host {
+
+namespace {
+
+const char* const kBuilding = "Build and look";
+const char* const kFiles = "Projects and their files";
+const char* const kSettings = "Options and configurations";
+const char* const kPrograms = "Other programs";
+
+// Commands in the groups' order; what isn't listed here comes last in the last group.
+const std::vector<CommandNote>& Notes() {
+  static const std::vector<CommandNote> notes = {
+      {"tarn",
+       "",
+       {{"tarn new blinky --compiler avr-gcc", "start a project in the folder blinky"},
+        {"tarn build blinky", "build it"},
+        {"tarn status", "what is out of date, and why"},
+        {"tarn options set Compiler.Optimize s", "change an option and save the project"},
+        {"tarn help options set", "all about a command"}}},
+      {"tarn build",
+       kBuilding,
+       {{"tarn build", "the project in the current folder"},
+        {"tarn build blinky --config Debug", "another one, in another configuration"},
+        {"tarn build --app boot -v", "one application, with every command that runs"}}},
+      {"tarn rebuild", kBuilding, {{"tarn rebuild --config Debug", "all of a configuration"}}},
+      {"tarn clean", kBuilding, {}},
+      {"tarn status", kBuilding, {{"tarn status --json", "for a program to read"}}},
+      {"tarn log",
+       kBuilding,
+       {{"tarn log", "messages with their places"},
+        {"tarn log --xml", "the kept file, for message.xslt for example"}}},
+      {"tarn tree", kBuilding, {}},
+      {"tarn globals", kBuilding, {}},
+      {"tarn new",
+       kFiles,
+       {{"tarn new blinky", "a folder blinky with a project in it"},
+        {"tarn new work/blinky --compiler sdcc-mcs51", "with another compiler"}}},
+      {"tarn import", kFiles, {}},
+      {"tarn add",
+       kFiles,
+       {{"tarn add blinky.tprj src/uart.c src/uart.h", "into the active application"},
+        {"tarn add . src/*.c --to Sources", "into a group"}}},
+      {"tarn remove", kFiles, {{"tarn remove . src/uart.c", "the file itself stays"}}},
+      {"tarn move", kFiles, {{"tarn move . src/uart.c Drivers", "into another group"}}},
+      {"tarn rename", kFiles, {{"tarn rename . blinky flasher", "give a node another label"}}},
+      {"tarn select", kFiles, {{"tarn select . boot", "make an application the active one"}}},
+      {"tarn options", kSettings, {}},
+      {"tarn options list", "", {{"tarn options list -n src/uart.c", "those of one file"}}},
+      {"tarn options get", "", {{"tarn options get Build.OutputFile", "where the program goes"}}},
+      {"tarn options set",
+       "",
+       {{"tarn options set Compiler.Defines 'FAST;LEVEL=2'", "for the application"},
+        {"tarn options set -n src/uart.c -- Compiler.Extra -O3", "a dash stands behind --"}}},
+      {"tarn options explain",
+       "",
+       {{"tarn options explain Compiler.Optimize -n src/uart.c", "every place that sets it"}}},
+      {"tarn config", kSettings, {}},
+      {"tarn config select", "", {{"tarn config select Debug", "until another is chosen"}}},
+      {"tarn targets", kSettings, {}},
+      {"tarn export", kPrograms, {}},
+      {"tarn export compile-commands",
+       "",
+       {{"tarn export compile-commands", "in every configuration"},
+        {"tarn export compile-commands -c Debug -o -", "one of them, to the output"}}},
+      {"tarn export sarif", "", {{"tarn export sarif -o findings.sarif", "into this file"}}},
+      {"tarn run", kPrograms, {{"tarn run release.lua", "on the project in the current folder"}}},
+      {"tarn serve", kPrograms, {}},
+      {"tarn register", kPrograms, {}},
+      {"tarn unregister", kPrograms, {}},
+      {"tarn completion", kPrograms, {}},
+      {"tarn completion bash", "", {{". <(tarn completion bash)", "for this shell"}}},
+      {"tarn completion zsh",
+       "",
+       {{"tarn completion zsh > ~/.zfunc/_tarn", "a folder of fpath, before compinit"}}},
+      {"tarn completion fish", "", {{"tarn completion fish | source", "for this shell"}}},
+  };
+  return notes;
+}
+
+}  // namespace
+
+const CommandNote& NoteOf(const std::string& command) {
+  static const CommandNote none = {"", kPrograms, {}};
+  const auto found = std::find_if(Notes().begin(), Notes().end(),
+                                  [&command](const auto& each) { return each.command == command; });
+  return found == Notes().end() ? none : *found;
+}
+
+const std::vector<std::string>& CommandGroups() {
+  static const std::vector<std::string> groups = {kBuilding, kFiles, kSettings, kPrograms};
+  return groups;
+}
+
+bool IsCommonFlag(std::string_view name) {
+  constexpr std::array<std::string_view, 4> kCommon = {"--quiet", "--json", "--no-color", "--help"};
+  return std::find(kCommon.begin(), kCommon.end(), name) != kCommon.end();
+}
+
+const TextTable& ExitCodeTexts() {
+  static const TextTable texts = {
+      {"0", "done"},
+      {"1", "the build or the script failed"},
+      {"2", "wrong use"},
+      {"3", "the project can't be opened or saved"},
+      {"4", "a program that a tool needs is missing"},
+      {"130", "interrupted"},
+  };
+  return texts;
+}
+
+const TextTable& EnvironmentTexts() {
+  static const TextTable texts = {
+      {"TARN_ROOT", "Folder of the installed data, instead of ../share/tarn beside the program."},
+      {"TARN_SETTINGS", "One folder for all settings and user data."},
+      {"TARN_LAUNCHER", "Words to put in front of compilers, such as ccache."},
+      {"XDG_DATA_HOME", "Where the user's data folder lies; ~/.local/share without it."},
+      {"NO_COLOR", "No colours when it is set."},
+      {"TERM", "No progress line on a terminal named dumb."},
+  };
+  return texts;
+}
+
+const TextTable& FileTexts() {
+  static const TextTable texts = {
+      {"NAME.tprj", "The project."},
+      {"NAME.tapp", "One of its applications, with groups, files and options."},
+      {"NAME.tstate", "What is known of the outputs; without it everything is built once more."},
+      {"NAME.tlog", "The log of the last build that ran a tool."},
+  };
+  return texts;
+}
+
+}  // namespace tarn::host

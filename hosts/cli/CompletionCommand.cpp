@@ -1,0 +1,106 @@
+#include <iostream>
+
+#include "components/common/OptionValues.h"
+#include "hosts/cli/CommandLine.h"
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/CompletionScript.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/ManPage.h"
+#include "hosts/cli/OptionTable.h"
+#include "hosts/cli/ShellText.h"
+
+namespace tarn::host {
+
+namespace {
+
+struct KindWord {
+  ValueKind kind;
+  const char* word;
+  bool isAsked;  // of this program; else the shell knows
+};
+
+constexpr KindWord kKindWords[] = {
+    {ValueKind::Project, "project", false},
+    {ValueKind::File, "file", false},
+    {ValueKind::Configuration, "configurations", true},
+    {ValueKind::Application, "applications", true},
+    {ValueKind::Node, "nodes", true},
+    {ValueKind::Option, "options", true},
+};
+
+std::vector<std::string> OptionNames(CommandContext& context) {
+  if (context.ChooseNode() != kExitDone) return {};
+  OptionsDriver& options = context.Session().Options();
+  const OptionValues values = OptionValues::FromText(options.GetValuesAsText());
+  return OptionTable(options.ListProperties("")).GetNames({values.GetOwnSet()});
+}
+
+// Labels of groups and applications, paths of files: what --node takes.
+void AddNodes(CommandContext& context, const CXmlNode& node, std::vector<std::string>& names) {
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (!ProjectTree::IsShown(*child)) continue;
+    const std::string path = AttributeOf(child, "Path");
+    const bool isFile = !path.empty() && AttributeOf(child, "Extern").empty();
+    names.push_back(isFile ? context.Show(path) : Printable(AttributeOf(child, "Header")));
+    AddNodes(context, *child, names);
+  }
+}
+
+std::vector<std::string> NamesOf(CommandContext& context, ValueKind kind) {
+  std::vector<std::string> names;
+  if (kind == ValueKind::Option) return OptionNames(context);
+  // Publishing writes paths in full.
+  if (kind == ValueKind::Node) context.Session().Inspector().PublishAll();
+  const ProjectTree tree(context.Session().Inspector().GetTree());
+  if (kind == ValueKind::Node && tree.GetRoot() != nullptr) {
+    AddNodes(context, *tree.GetRoot(), names);
+  }
+  for (const ApplicationEntry& each : tree.GetApplications()) {
+    if (kind == ValueKind::Application) names.push_back(each.label);
+    if (kind == ValueKind::Configuration) {
+      names.insert(names.end(), each.configurations.begin(), each.configurations.end());
+    }
+  }
+  return names;
+}
+
+}  // namespace
+
+std::string ScriptWord(ValueKind kind) {
+  for (const KindWord& each : kKindWords) {
+    if (each.kind == kind) return each.word;
+  }
+  return "nothing";
+}
+
+std::optional<ValueKind> KindOfWord(const std::string& word) {
+  for (const KindWord& each : kKindWords) {
+    if (each.isAsked && word == each.word) return each.kind;
+  }
+  return std::nullopt;
+}
+
+int RunCompletion(CommandContext& context) {
+  const std::string& command = context.Asked().command;
+  const CommandEntry program = DescribeCommandLine();
+  std::cout << (command == "completion bash"  ? MakeBashCompletion(program)
+                : command == "completion zsh" ? MakeZshCompletion(program)
+                                              : MakeFishCompletion(program))
+            << std::flush;
+  return std::cout ? kExitDone : kExitCannotOpen;
+}
+
+int RunMan(CommandContext&) {
+  std::cout << MakeManPage(DescribeCommandLine(), TARN_VERSION) << std::flush;
+  return std::cout ? kExitDone : kExitCannotOpen;
+}
+
+int RunComplete(CommandContext& context) {
+  const auto kind = KindOfWord(context.Asked().name);
+  if (!kind) return kExitUsage;
+  if (const int code = context.OpenProject(); code != kExitDone) return code;
+  for (const std::string& name : NamesOf(context, *kind)) context.Out().PrintLine(name);
+  return kExitDone;
+}
+
+}  // namespace tarn::host

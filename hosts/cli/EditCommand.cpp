@@ -1,0 +1,313 @@
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "components/common/OptionValues.h"
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/Suggest.h"
+#include "hosts/frame/ProjectFile.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr std::string_view kProjectExtension = ".tprj";
+constexpr std::string_view kApplicationExtension = ".tapp";
+
+// How many words a command works on, the project not counted.
+struct EditWords {
+  const char* command;
+  std::size_t least;
+  bool more;  // any number beyond that
+  const char* usage;
+};
+
+constexpr EditWords kEditWords[] = {
+    {"add", 1, true, "FILE..."},         {"remove", 1, true, "NODE..."},
+    {"move", 2, true, "NODE... TARGET"}, {"rename", 2, false, "NODE NAME"},
+    {"select", 1, false, "APP"},
+};
+
+template <class OnNode>
+void ForEachShown(const CXmlNode& node, OnNode&& onNode) {
+  onNode(node);
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (ProjectTree::IsShown(*child)) ForEachShown(*child, onNode);
+  }
+}
+
+// One command that changes the tree. Nothing is written unless all of it could be done.
+class Edit {
+ public:
+  explicit Edit(CommandContext& commandContext)
+      : context(commandContext), words(commandContext.Asked().words) {}
+
+  int Run();
+
+ private:
+  int TakeWords();
+  bool IsProject(const std::string& word) const;
+  int Perform();
+  int Add();
+  int AddOne(const std::string& file);
+  int SelectTarget();
+  int MakeGroup(const std::string& label);
+  int Remove();
+  int Move();
+  int Rename();
+  int SelectApplication();
+
+  int FindNode(const std::string& key);
+  std::string TreeText() { return context.Session().Inspector().GetTree(); }
+  // Carries a command out. False when the tree is the same afterwards.
+  bool Change(std::uint32_t command) {
+    const std::string before = TreeText();
+    context.Session().Manager().Command(command);
+    return TreeText() != before;
+  }
+  // Stores the current node's label.
+  bool SetLabel(const std::string& label);
+  int Fail(const std::string& text) {
+    context.Complain(text);
+    return kExitUsage;
+  }
+  void Note(const std::string& text) { done.push_back(text); }
+  int Report();
+
+  CommandContext& context;
+  std::vector<std::string> words;
+  std::string project;
+  std::vector<std::string> done;  // lines that tell what was changed
+};
+
+int Edit::Run() {
+  if (const int code = TakeWords(); code != kExitDone) return code;
+  std::string path;
+  if (const int code = context.LocateProject(project, path); code != kExitDone) return code;
+  if (const int code = context.OpenProject(path); code != kExitDone) return code;
+  std::vector<ApplicationEntry> chosen;
+  if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
+  // Publishing writes paths in full, so that a file is known by one name only.
+  context.Session().Inspector().PublishAll();
+  if (const int code = Perform(); code != kExitDone) return code;
+  if (!done.empty()) {
+    if (const int code = context.SaveProject(); code != kExitDone) return code;
+  }
+  return Report();
+}
+
+int Edit::Perform() {
+  const std::string& command = context.Asked().command;
+  if (command == "add") return Add();
+  if (command == "remove") return Remove();
+  if (command == "move") return Move();
+  if (command == "rename") return Rename();
+  return SelectApplication();
+}
+
+// The project may be left out, so whether the first word is one shows only in what it is.
+int Edit::TakeWords() {
+  const std::string& command = context.Asked().command;
+  const auto* row =
+      std::find_if(std::begin(kEditWords), std::end(kEditWords),
+                   [&command](const EditWords& each) { return command == each.command; });
+  const Invocation& asked = context.Asked();
+  if (!asked.project.empty()) words.insert(words.begin(), asked.project);
+  for (const std::string& word : {asked.node, asked.name}) {
+    if (!word.empty()) words.push_back(word);
+  }
+  const bool hasProject = words.size() > row->least && (!row->more || IsProject(words.front()));
+  if (hasProject) {
+    project = words.front();
+    words.erase(words.begin());
+  }
+  const bool isRight = row->more ? words.size() >= row->least : words.size() == row->least;
+  if (isRight) return kExitDone;
+  return Fail("Usage: tarn " + command + " [PROJECT] " + row->usage + "\n`tarn " + command +
+              " --help` tells how it is used.");
+}
+
+bool Edit::IsProject(const std::string& word) const {
+  if (EqualNoCase(ExtensionOf(word), kProjectExtension)) return true;
+  const std::string path = IsRelativePath(word) ? JoinPath(context.StartFolder(), word) : word;
+  if (!context.Files().IsFolder(path)) return false;
+  const FoundProject found = FindProject(context.Files(), word);
+  return !found.path.empty() || !found.choices.empty();
+}
+
+// Makes the node current that is meant. A label that several nodes have is nobody's: the wrong one
+// would be changed in half of the cases.
+int Edit::FindNode(const std::string& key) {
+  const ProjectTree tree(TreeText());
+  const std::string path =
+      CanonicalPath(IsRelativePath(key) ? JoinPath(context.StartFolder(), key) : key);
+  int byPath = 0;
+  int byLabel = 0;
+  if (tree.GetRoot() != nullptr) {
+    ForEachShown(*tree.GetRoot(), [&](const CXmlNode& node) {
+      byPath += AttributeOf(&node, "Path") == path ? 1 : 0;
+      byLabel += EqualNoCase(AttributeOf(&node, "Header"), key) ? 1 : 0;
+    });
+  }
+  if (byPath > 1 || (byPath == 0 && byLabel > 1)) {
+    return Fail("\"" + key + "\" is in this project several times" +
+                (byPath > 1 ? "." : "; write its path if it has one."));
+  }
+  if (context.SelectNode(key)) return kExitDone;
+  return Fail("There is no file, group or application \"" + key +
+              "\" in this project. `tarn tree` shows what there is.");
+}
+
+bool Edit::SetLabel(const std::string& label) {
+  BuildSession& session = context.Session();
+  const std::string set = OptionValues::FromText(session.Options().GetValuesAsText()).GetOwnSet();
+  return session.Manager().SavePropertyValue(set, "General", "Header", label) != 0;
+}
+
+int Edit::Add() {
+  for (const std::string& file : words) {
+    if (const int code = AddOne(file); code != kExitDone) return code;
+  }
+  return kExitDone;
+}
+
+int Edit::AddOne(const std::string& file) {
+  const std::string path =
+      CanonicalPath(IsRelativePath(file) ? JoinPath(context.StartFolder(), file) : file);
+  const bool isApplication = EqualNoCase(ExtensionOf(path), kApplicationExtension);
+  if (context.Files().IsFolder(path)) {
+    return Fail(context.Show(path) + " is a folder. Name the files in it.");
+  }
+  const bool isMissing = !context.Files().Exists(path);
+  if (isMissing && (isApplication || !context.Asked().create)) {
+    return Fail("There is no file " + context.Show(path) + "." +
+                (isApplication ? "" : " With --create an empty one is made."));
+  }
+  // Applications stand at the top, everything else where the user says.
+  const int code = isApplication ? FindNode(context.Session().GetProjectPath()) : SelectTarget();
+  if (code != kExitDone) return code;
+  const std::string before = TreeText();
+  if (context.Session().Manager().AddExistingItem(path) == 0) {
+    return Fail(context.Show(path) + " can't be added.");
+  }
+  if (TreeText() == before) {
+    context.Remark(context.Show(path) + " is there already.");
+  } else {
+    Note("added " + context.Show(path));
+  }
+  return kExitDone;
+}
+
+// Makes the node current that takes what is added: that of --to, which may be a new group, else the
+// application.
+int Edit::SelectTarget() {
+  std::vector<ApplicationEntry> chosen;
+  if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
+  const ApplicationEntry* wanted = nullptr;
+  for (const ApplicationEntry& each : chosen) {
+    if (wanted == nullptr || each.active) wanted = &each;
+  }
+  const std::string& target = context.Asked().target;
+  if (wanted != nullptr && !context.Session().Inspector().SelectNodeByKey(wanted->path)) {
+    return Fail(wanted->label + " can't be found.");
+  }
+  if (target.empty() && wanted == nullptr) return Fail("This project has no application.");
+  if (target.empty()) return kExitDone;
+  const bool isGroupName = target.find(kSeparator) == std::string::npos;
+  if (context.Asked().create && isGroupName && !context.SelectNode(target)) {
+    return MakeGroup(target);
+  }
+  return FindNode(target);
+}
+
+// In the current node, and current afterwards.
+int Edit::MakeGroup(const std::string& label) {
+  if (!Change(kCmdNewGroup) || !SetLabel(label)) {
+    return Fail("The group \"" + label + "\" can't be made.");
+  }
+  Note("made the group " + Printable(label));
+  return kExitDone;
+}
+
+int Edit::Remove() {
+  for (const std::string& key : words) {
+    if (const int code = FindNode(key); code != kExitDone) return code;
+    if (!Change(kCmdRemoveNode)) return Fail("\"" + key + "\" can't be removed.");
+    Note("removed " + Printable(key));
+  }
+  return kExitDone;
+}
+
+// Cut and paste. What can't be pasted is gone from the tree then, but not from the project, which
+// isn't saved in this case.
+int Edit::Move() {
+  const std::string target = words.back();
+  words.pop_back();
+  for (const std::string& key : words) {
+    if (const int code = FindNode(key); code != kExitDone) return code;
+    context.Session().Manager().Command(kCmdCopyNode);
+    if (!Change(kCmdRemoveNode)) return Fail("\"" + key + "\" can't be moved.");
+    if (!context.SelectNode(target)) {
+      return Fail("There is no \"" + target + "\" outside of \"" + key + "\" to move it to.");
+    }
+    if (const int code = FindNode(target); code != kExitDone) return code;
+    if (!Change(kCmdPasteNode)) {
+      return Fail("\"" + target + "\" can't hold \"" + key + "\".");
+    }
+    Note("moved " + Printable(key) + " to " + Printable(target));
+  }
+  return kExitDone;
+}
+
+int Edit::Rename() {
+  const std::string& key = words[0];
+  const std::string& label = words[1];
+  if (Trim(label).empty() || Printable(label) != label) return Fail("That is no name for a node.");
+  for (const ApplicationEntry& each : ProjectTree(TreeText()).GetApplications()) {
+    if (EqualNoCase(each.label, label)) {
+      return Fail("There is an application \"" + each.label + "\" already.");
+    }
+  }
+  if (const int code = FindNode(key); code != kExitDone) return code;
+  if (!SetLabel(label)) return Fail("\"" + key + "\" can't be renamed.");
+  Note("renamed " + Printable(key) + " to " + Printable(label));
+  return kExitDone;
+}
+
+int Edit::SelectApplication() {
+  const std::string& label = words.front();
+  std::vector<std::string> known;
+  for (const ApplicationEntry& each : ProjectTree(TreeText()).GetApplications()) {
+    known.push_back(each.label);
+    if (!EqualNoCase(each.label, label)) continue;
+    if (each.active) {
+      context.Remark(each.label + " is the active application already.");
+      return kExitDone;
+    }
+    context.Session().Inspector().SelectNodeByKey(each.path);
+    if (!Change(kCmdSetActiveApplication)) return Fail(label + " can't be made active.");
+    Note("selected " + Printable(each.label));
+    return kExitDone;
+  }
+  return Fail("There is no application \"" + label + "\" in this project." +
+              SuggestionText(label, known));
+}
+
+int Edit::Report() {
+  if (context.Asked().json) {
+    PrintJson(context, {{"changes", done}});
+  } else if (!context.Asked().quiet) {
+    for (const std::string& line : done) context.Out().PrintLine(line);
+  }
+  return kExitDone;
+}
+
+}  // namespace
+
+int RunEdit(CommandContext& context) {
+  return Edit(context).Run();
+}
+
+}  // namespace tarn::host

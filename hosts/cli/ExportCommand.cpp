@@ -1,0 +1,150 @@
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/SarifReport.h"
+#include "hosts/cli/Suggest.h"
+#include "hosts/frame/CompileCommands.h"
+#include "hosts/frame/ProjectFile.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr const char* kCompileCommandsName = "compile_commands.json";
+// The row of the message file that ends the log of a build in which everything went well.
+constexpr int kBuildSucceededId = 0x20000 + 11;
+
+// Writes a document where --output says, else to `usualPath`. `count` is how many things it
+// holds, for the line that says so.
+int WriteDocument(CommandContext& context, const nlohmann::ordered_json& document,
+                  const std::string& usualPath, std::size_t count, const char* noun) {
+  const Invocation& asked = context.Asked();
+  const std::string text =
+      document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  if (asked.output == "-") {
+    context.Out().PrintLine(text);
+    return kExitDone;
+  }
+  std::string path = asked.output.empty() ? usualPath : asked.output;
+  if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
+  // Editors read the file again whenever it changes, so it is left alone unless there is a reason.
+  const auto before = context.Files().ReadWholeFile(path);
+  const bool isCurrent = before && *before == text + "\n";
+  if (!isCurrent) {
+    if (const Status written = context.Files().WriteWholeFile(path, text + "\n"); !written) {
+      context.Complain(context.Show(path) + " can't be written: " + written.GetError().text);
+      return kExitCannotOpen;
+    }
+  }
+  if (asked.json) {
+    PrintJson(context, {{"file", path}, {"count", count}, {"changed", !isCurrent}});
+  } else if (!asked.quiet) {
+    context.Out().PrintLine((isCurrent ? "unchanged " : "wrote ") + context.Show(path) + "  (" +
+                            CountText(static_cast<int>(count), noun) + ")");
+  }
+  return kExitDone;
+}
+
+// Every configuration that was asked for has to be one of some application. 0, or an exit code with
+// everything said.
+int CheckConfigurations(CommandContext& context, const std::vector<ApplicationEntry>& chosen) {
+  std::vector<std::string> known;
+  for (const ApplicationEntry& each : chosen) {
+    known.insert(known.end(), each.configurations.begin(), each.configurations.end());
+  }
+  for (const std::string& name : context.Asked().configurations) {
+    const bool isKnown = std::any_of(known.begin(), known.end(),
+                                     [&name](const auto& each) { return EqualNoCase(each, name); });
+    if (isKnown) continue;
+    context.Complain("There is no configuration \"" + name + "\"." + SuggestionText(name, known) +
+                     " `tarn config list` shows them.");
+    return kExitUsage;
+  }
+  return kExitDone;
+}
+
+int ExportCompileCommands(CommandContext& context) {
+  if (const int code = context.OpenProject(); code != kExitDone) return code;
+  std::vector<ApplicationEntry> chosen;
+  if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
+  if (const int code = CheckConfigurations(context, chosen); code != kExitDone) return code;
+  const CompileCommandList list =
+      CollectCompileCommands(context.Session(), chosen, context.Asked().configurations);
+  nlohmann::ordered_json document = nlohmann::ordered_json::array();
+  for (const CompileCommand& each : list.commands) {
+    document.push_back({{"directory", each.directory},
+                        {"file", each.file},
+                        {"output", each.output},
+                        {"arguments", each.arguments}});
+  }
+  for (const std::string& program : list.missingPrograms) {
+    context.Remark("The program " + program +
+                   " isn't on this machine, so its full path is missing from the commands.");
+  }
+  const std::string folder = FolderOf(context.Session().GetProjectPath());
+  return WriteDocument(context, document, JoinPath(folder, kCompileCommandsName),
+                       list.commands.size(), "command");
+}
+
+// The last line of a log in which everything went well; empty when the message file doesn't tell.
+std::string SuccessText(FileSystem& files) {
+  const HostFolders folders = HostFolders::FromEnvironment(files);
+  const auto text = files.ReadWholeFile(folders.application + "config/message.xslt");
+  const auto root = text ? ParseXml(*text) : nullptr;
+  const CXmlNode* table = nullptr;
+  for (const CXmlNode* child : root == nullptr ? std::vector<CXmlNode*>() : root->GetChildren()) {
+    if (child->NameView() == "Messages") table = child;
+  }
+  if (table == nullptr) return {};
+  for (const CXmlNode* row : table->GetChildren()) {
+    if (ParseDecimal(row->GetAttrValue("Id")) == kBuildSucceededId) {
+      return AttributeOf(row, "String");
+    }
+  }
+  return {};
+}
+
+bool HasSucceeded(FileSystem& files, const std::vector<LogEntry>& entries) {
+  const bool hasErrors = std::any_of(entries.begin(), entries.end(), [](const LogEntry& each) {
+    return each.kind == LogKind::Error;
+  });
+  const auto last = std::find_if(entries.rbegin(), entries.rend(), [](const LogEntry& each) {
+    return each.kind == LogKind::Heading;
+  });
+  return !hasErrors && last != entries.rend() && last->text == SuccessText(files);
+}
+
+int ExportSarif(CommandContext& context) {
+  std::string project;
+  if (const int code = context.LocateProject(project); code != kExitDone) return code;
+  const std::string logPath = LogPathOf(project);
+  const auto log = context.Files().ReadWholeFile(logPath);
+  if (!log) {
+    context.Complain("No build of " + context.Show(project) +
+                     " has left a log yet. `tarn build` makes one.");
+    return kExitCannotOpen;
+  }
+  LoggedBuild build;
+  build.projectFolder = FolderOf(project);
+  build.entries = ReadLogEntries(*log);
+  build.succeeded = HasSucceeded(context.Files(), build.entries);
+  if (const auto status = context.Files().Examine(logPath)) {
+    build.endSeconds = status->modifiedSeconds;
+  }
+  const nlohmann::ordered_json document = MakeSarifReport(build, TARN_VERSION);
+  return WriteDocument(context, document, WithExtension(project, ".sarif"),
+                       document["runs"][0]["results"].size(), "finding");
+}
+
+}  // namespace
+
+int RunExport(CommandContext& context) {
+  return context.Asked().command == "export sarif" ? ExportSarif(context)
+                                                   : ExportCompileCommands(context);
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,146 @@
+#include "hosts/frame/CompileCommands.h"
+
+#include <algorithm>
+
+#include "hosts/frame/BuildInputs.h"
+#include "hosts/frame/LogEntry.h"
+#include "hosts/frame/ProjectTree.h"
+#include "platform/paths/Paths.h"
+#include "platform/process/Process.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+bool IsWanted(const std::vector<std::string>& configurations, const std::string& name) {
+  return configurations.empty() ||
+         std::any_of(configurations.begin(), configurations.end(),
+                     [&name](const std::string& each) { return EqualNoCase(each, name); });
+}
+
+std::string AbsoluteIn(const std::string& folder, const std::string& path) {
+  return CanonicalPath(IsRelativePath(path) ? JoinPath(folder, path) : path);
+}
+
+// The commands of a tool's run as they are without launchers.
+std::vector<ToolCommand> WithoutLaunchers(const std::string& xml) {
+  std::vector<ToolCommand> commands = ParseCommands(xml);
+  const auto root = ParseXml(xml);
+  std::size_t next = 0;
+  for (const CXmlNode* node : root == nullptr ? std::vector<CXmlNode*>() : root->GetChildren()) {
+    if (node->NameView() != "Command") continue;
+    ToolCommand& command = commands[next++];
+    const int launched = ParseDecimal(node->GetAttrValue("Launched"));
+    if (launched <= 0 || static_cast<std::size_t>(launched) > command.arguments.size()) continue;
+    command.program = command.arguments[static_cast<std::size_t>(launched) - 1];
+    command.arguments.erase(command.arguments.begin(), command.arguments.begin() + launched);
+  }
+  return commands;
+}
+
+class Collector {
+ public:
+  Collector(BuildSession& openSession, CompileCommandList& result)
+      : session(openSession), list(result) {}
+
+  void Switch(const std::string& label, const std::string& name) {
+    session.Manager().SelectApplication(label);
+    session.Options().SetNewConfigName(name);
+    session.Manager().Command(kCmdSelectConfiguration);
+  }
+
+  void Collect(const std::string& label, const std::string& name) {
+    session.Inspector().PublishAll();
+    configuration = name;
+    std::string ownOutput;  // of the application: what is linked
+    for (const ApplicationEntry& each :
+         ProjectTree(session.Inspector().GetTree()).GetApplications()) {
+      if (each.label == label) ownOutput = each.output;
+    }
+    const std::string lines = session.Inspector().GetBuildInputs();
+    for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
+      if (each.application != label) continue;
+      for (const BuildInput& node : each.nodes) {
+        const std::string output(node.output);
+        if (ownOutput.empty() || !EqualNoCase(output, ownOutput)) AddNode(label, output);
+      }
+    }
+  }
+
+ private:
+  void AddNode(const std::string& label, const std::string& output) {
+    const auto input = ParseXml(session.Inspector().GetToolInput(label, output));
+    if (input == nullptr) return;
+    const CXmlNode* options = input->FindChild("#CDATA");
+    const std::string files = AttributeOf(input.get(), "Files");
+    const std::vector<ToolCommand> commands = WithoutLaunchers(session.Tools().GetCommandLines(
+        AttributeOf(input.get(), "Tool"), files, options ? options->GetValue() : ""));
+    for (const std::string& file : SplitQuotedPaths(files)) AddFile(commands, file, output);
+  }
+
+  // Of several steps the one counts that is given the source.
+  void AddFile(const std::vector<ToolCommand>& commands, const std::string& file,
+               const std::string& output) {
+    for (const ToolCommand& command : commands) {
+      const bool takesFile = std::any_of(
+          command.arguments.begin(), command.arguments.end(), [&](const std::string& argument) {
+            return AbsoluteIn(command.folder, argument) == CanonicalPath(file);
+          });
+      if (!takesFile) continue;
+      CompileCommand& entry = list.commands.emplace_back();
+      entry.configuration = configuration;
+      entry.directory = command.folder;
+      entry.file = CanonicalPath(file);
+      entry.output = AbsoluteIn(command.folder, output);
+      entry.arguments = command.arguments;
+      entry.arguments.insert(entry.arguments.begin(), FullPathOf(command));
+      return;
+    }
+  }
+
+  std::string FullPathOf(const ToolCommand& command) {
+    const bool isPath = command.program.find(kSeparator) != std::string::npos;
+    const std::string program =
+        isPath ? AbsoluteIn(command.folder, command.program) : command.program;
+    std::string path = FindProgram(program);
+    if (!path.empty()) return path;
+    list.missingPrograms.insert(program);
+    return program;
+  }
+
+  BuildSession& session;
+  CompileCommandList& list;
+  std::string configuration;
+};
+
+}  // namespace
+
+CompileCommandList CollectCompileCommands(BuildSession& session,
+                                          const std::vector<ApplicationEntry>& applications,
+                                          const std::vector<std::string>& configurations) {
+  CompileCommandList list;
+  Collector collector(session, list);
+  const std::string selected = session.Manager().GetSelectedApplication();
+  std::vector<ApplicationEntry> ordered = applications;
+  std::stable_partition(ordered.begin(), ordered.end(),
+                        [](const ApplicationEntry& each) { return each.active; });
+  for (const ApplicationEntry& each : ordered) {
+    std::vector<std::string> names = each.configurations;
+    std::stable_partition(names.begin(), names.end(), [&each](const std::string& name) {
+      return EqualNoCase(name, each.configuration);
+    });
+    std::string current = each.configuration;
+    for (const std::string& name : names) {
+      if (!IsWanted(configurations, name)) continue;
+      if (!EqualNoCase(name, current)) collector.Switch(each.label, name);
+      current = name;
+      collector.Collect(each.label, name);
+    }
+    if (!EqualNoCase(current, each.configuration)) collector.Switch(each.label, each.configuration);
+  }
+  if (!selected.empty()) session.Inspector().SelectNodeByKey(selected);
+  return list;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,137 @@
+#include <gtest/gtest.h>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+// The tree without its first line, which names the project.
+std::string TreeOf(CliProject& project) {
+  const std::string tree = project.Run({"tree", "demo.tprj"}).out;
+  return tree.substr(tree.find('\n') + 1);
+}
+
+constexpr const char* kApp = "  app  [Standard]  (active)  app.tapp\n";
+constexpr const char* kSources =
+    "    Sources\n      a.c  src/a.c\n      b.c  src/b.c\n      c.c  src/c.c\n";
+
+struct EditCase {
+  const char* name;
+  std::vector<std::vector<std::string>> commands;  // all end well
+  std::string out;                                 // of the last one
+  std::string tree;                                // afterwards, read anew from disk
+};
+
+// The name of a test in lists of them.
+void PrintTo(const EditCase& each, std::ostream* out) {
+  *out << each.name;
+}
+
+class CliEdit : public ::testing::TestWithParam<EditCase> {};
+
+TEST_P(CliEdit, ChangesTheTreeOnDisk) {
+  CliProject project;
+  project.Write("src/d.c", "int d;\n");
+  CliProject::Answer last;
+  for (const auto& command : GetParam().commands) {
+    last = project.Run(command);
+    ASSERT_EQ(last.code, 0) << last.out << last.err;
+  }
+  EXPECT_EQ(last.out, GetParam().out) << last.err;
+  EXPECT_EQ(TreeOf(project), GetParam().tree);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, CliEdit,
+    ::testing::Values(
+        EditCase{"AddToTheApplication",
+                 {{"add", "demo.tprj", "src/d.c"}},
+                 "added src/d.c\n",
+                 std::string(kApp) + kSources + "    d.c  src/d.c\n"},
+        EditCase{"AddWithoutAProjectToAGroup",
+                 {{"add", "src/d.c", "--to", "Sources"}},
+                 "added src/d.c\n",
+                 std::string(kApp) + kSources + "      d.c  src/d.c\n"},
+        EditCase{"AddTwiceIsAddedOnce",
+                 {{"add", ".", "src/d.c"}, {"add", ".", "./src/../src/d.c"}},
+                 "",
+                 std::string(kApp) + kSources + "    d.c  src/d.c\n"},
+        EditCase{
+            "AddMakesFileAndGroup",
+            {{"add", "src/e.c", "src/d.c", "--to", "New one", "--create"}},
+            "made the group New one\nadded src/e.c\nadded src/d.c\n",
+            std::string(kApp) + kSources + "    New one\n      e.c  src/e.c\n      d.c  src/d.c\n"},
+        EditCase{"RemoveByPathAndByLabel",
+                 {{"remove", "src/a.c", "c.c"}},
+                 "removed src/a.c\nremoved c.c\n",
+                 std::string(kApp) + "    Sources\n      b.c  src/b.c\n"},
+        EditCase{"MoveOutOfAGroupAndInFrontOfAFile",
+                 {{"move", ".", "src/c.c", "app"}, {"move", "src/b.c", "src/c.c"}},
+                 "moved src/b.c to src/c.c\n",
+                 std::string(kApp) +
+                     "    Sources\n      a.c  src/a.c\n    b.c  src/b.c\n    c.c  src/c.c\n"},
+        EditCase{"RenameAGroup",
+                 {{"rename", "Sources", "Code"}},
+                 "renamed Sources to Code\n",
+                 std::string(kApp) +
+                     "    Code\n      a.c  src/a.c\n      b.c  src/b.c\n      c.c  src/c.c\n"},
+        EditCase{"RenameTheActiveApplication",
+                 {{"rename", "demo.tprj", "app", "main"}},
+                 "renamed app to main\n",
+                 std::string("  main  [Standard]  (active)  app.tapp\n") + kSources}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(CliEditOfTwo, SelectPutsAnotherApplicationInForceAndAnAddedOneIsActive) {
+  CliProject project;
+  project.WriteProject({{"app", {"a.c"}}, {"second", {"b.c"}}});
+  EXPECT_EQ(project.Run({"select", "SECOND"}).out, "selected second\n");
+  EXPECT_TRUE(Has(TreeOf(project), "second  [Standard]  (active)"));
+  EXPECT_EQ(project.Run({"remove", "second"}).code, 0);
+  EXPECT_FALSE(Has(TreeOf(project), "second"));
+  EXPECT_TRUE(project.Exists("second.tapp"));
+  EXPECT_EQ(project.Run({"add", "second.tapp"}).out, "added second.tapp\n");
+  const std::string tree = TreeOf(project);
+  EXPECT_TRUE(Has(tree, "second  [Standard]  (active)  second.tapp\n")) << tree;
+  EXPECT_TRUE(Has(tree, "      b.c  src/b.c\n")) << tree;
+}
+
+TEST(CliEditOfTwo, WhatCanNotBeDoneIsToldAndNothingIsWritten) {
+  CliProject project;
+  project.WriteProject({{"app", {"a.c", "b.c"}}, {"second", {"a.c"}}});
+  project.Write("src/d.c", "int d;\n");
+  const std::string before = project.Read("demo.tprj") + project.Read("app.tapp");
+  const struct {
+    std::vector<std::string> words;
+    const char* said;
+  } cases[] = {
+      {{"add"}, "Usage: tarn add [PROJECT] FILE..."},
+      {{"move", "src/b.c"}, "Usage: tarn move [PROJECT] NODE... TARGET"},
+      {{"rename", "a", "b", "c", "d"}, "tarn rename --help"},
+      {{"add", "src/gone.c"}, "With --create an empty one is made."},
+      {{"add", "demo.tprj", "src"}, "src is a folder."},
+      {{"add", "src/d.c", "--to", "Nowhere"}, "There is no file, group or application"},
+      {{"add", "src/d.c", "src/gone.c"}, "There is no file src/gone.c."},
+      {{"remove", "src/b.c", "src/d.c"}, "There is no file, group or application \"src/d.c\""},
+      {{"remove", "src/a.c"}, "several times"},
+      {{"remove", "demo.tprj", "demo.tprj"}, "can't be removed"},
+      {{"move", "app", "second"}, "can't hold \"app\""},
+      {{"move", "app", "src/b.c"}, "There is no \"src/b.c\" outside of \"app\""},
+      {{"rename", "src/b.c", " "}, "no name"},
+      {{"rename", "app", "Second"}, "There is an application \"second\" already."},
+      {{"select", "secnd"}, "Did you mean \"second\"?"},
+  };
+  for (const auto& each : cases) {
+    const auto answer = project.Run(each.words);
+    EXPECT_EQ(answer.code, 2) << each.said;
+    EXPECT_TRUE(Has(answer.err, each.said)) << answer.err << "\nwanted: " << each.said;
+    EXPECT_EQ(answer.out, "") << each.said;
+  }
+  EXPECT_EQ(project.Read("demo.tprj") + project.Read("app.tapp"), before);
+}
+
+}  // namespace
+}  // namespace tarn::host

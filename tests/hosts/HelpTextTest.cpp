@@ -1,0 +1,123 @@
+#include "hosts/cli/HelpText.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <set>
+
+#include "hosts/cli/CommandLine.h"
+#include "hosts/cli/CommandNotes.h"
+#include "hosts/cli/ManPage.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+namespace {
+
+void ForEach(const CommandEntry& command, const std::function<void(const CommandEntry&)>& call) {
+  call(command);
+  for (const CommandEntry& each : command.children) ForEach(each, call);
+}
+
+TEST(HelpText, SaysAllThatACommandTakes) {
+  CommandEntry command;
+  command.words = {"paint"};
+  command.help = "Paint a wall";
+  command.arguments = {{"WALL", "Which", ValueKind::None, true, false},
+                       {"COLOUR", "How", ValueKind::None, false, true}};
+  command.flags = {{{"-b", "--brush"},
+                    "WIDTH",
+                    "Width of the brush, in so many words that the "
+                    "line has to go on below it",
+                    ValueKind::None},
+                   {{"--twice"}, "", "Once more", ValueKind::None}};
+  command.examples = {{"tarn paint north", "in white"}};
+  EXPECT_EQ(MakeHelpText(command),
+            "Paint a wall.\n"
+            "\n"
+            "Usage: tarn paint WALL [COLOUR...] [options]\n"
+            "\n"
+            "Arguments\n"
+            "  WALL    Which\n"
+            "  COLOUR  How\n"
+            "\n"
+            "Options\n"
+            "  -b, --brush WIDTH  Width of the brush, in so many words that the line has to\n"
+            "                     go on below it\n"
+            "      --twice        Once more\n"
+            "\n"
+            "Examples\n"
+            "  tarn paint north  in white\n");
+}
+
+TEST(HelpText, NoCommandIsForgottenAndNoLineIsTooWide) {
+  const CommandEntry program = DescribeCommandLine();
+  const std::string overview = MakeHelpText(program);
+  for (const CommandEntry& each : program.children) {
+    EXPECT_NE(overview.find("\n  " + each.words.back() + " "), std::string::npos)
+        << each.words.back() << " is in no group";
+  }
+  ForEach(program, [](const CommandEntry& command) {
+    EXPECT_NE(command.help, "") << command.Title();
+    for (const std::string_view line : Split(MakeHelpText(command), '\n')) {
+      EXPECT_LE(line.size(), 80u) << command.Title() << ": " << line;
+    }
+    for (const FlagEntry& flag : command.flags) EXPECT_NE(flag.help, "") << command.Title();
+  });
+}
+
+// Examples are typed in by people, so they have to be right.
+TEST(HelpText, EveryExampleIsACommandLineThatTheParserTakes) {
+  ForEach(DescribeCommandLine(), [](const CommandEntry& command) {
+    for (const auto& [line, help] : command.examples) {
+      std::string plain = line.starts_with(". <(") ? line.substr(4, line.size() - 5) : line;
+      plain = std::string(Trim(plain.substr(0, plain.find_first_of(">|"))));
+      std::vector<std::string> words;
+      for (const std::string_view word : Split(plain, ' ')) words.emplace_back(word);
+      std::vector<const char*> arguments;
+      for (const std::string& word : words) arguments.push_back(word.c_str());
+      ::testing::internal::CaptureStderr();
+      ::testing::internal::CaptureStdout();
+      const auto parsed = ParseCommandLine(static_cast<int>(arguments.size()), arguments.data());
+      ::testing::internal::GetCapturedStdout();
+      EXPECT_EQ(::testing::internal::GetCapturedStderr(), "") << line;
+      EXPECT_EQ(parsed.exitCode, kExitDone) << line;
+      const std::string ran = parsed.invocation ? "tarn " + parsed.invocation->command : "";
+      const bool isOwn = command.words.empty() || ran == command.Title();
+      EXPECT_TRUE(isOwn) << line << " shows " << ran;
+    }
+  });
+}
+
+TEST(ManPage, HoldsEveryCommandAndSwitchAndNoLineOfItsTextIsTakenForACommand) {
+  const CommandEntry program = DescribeCommandLine();
+  const std::string page = MakeManPage(program, "1.2");
+  ForEach(program, [&page](const CommandEntry& command) {
+    if (!command.children.empty()) return;
+    const std::string title = ReplaceAll(command.Title(), "-", "\\-");
+    EXPECT_NE(page.find("\n.SS \\fB" + title + "\\fR"), std::string::npos) << title;
+    for (const FlagEntry& flag : command.flags) {
+      const std::string name = "\\fB" + ReplaceAll(flag.names.back(), "-", "\\-") + "\\fR";
+      EXPECT_NE(page.find(name), std::string::npos) << name;
+    }
+  });
+  const std::set<std::string_view> requests = {".TH", ".SH", ".SS", ".TP", ".PP"};
+  for (const std::string_view line : Split(page, '\n')) {
+    const bool isRequest = line.starts_with(".") || line.starts_with("'");
+    EXPECT_TRUE(!isRequest || requests.contains(line.substr(0, 3))) << line;
+  }
+}
+
+TEST(CommandLine, HelpInFrontOfACommandIsHelpBehindIt) {
+  const char* const front[] = {"tarn", "help", "options", "set"};
+  const char* const behind[] = {"tarn", "options", "set", "--help"};
+  ::testing::internal::CaptureStdout();
+  EXPECT_EQ(ParseCommandLine(4, front).exitCode, kExitDone);
+  const std::string first = ::testing::internal::GetCapturedStdout();
+  ::testing::internal::CaptureStdout();
+  ParseCommandLine(4, behind);
+  EXPECT_EQ(first, ::testing::internal::GetCapturedStdout());
+  EXPECT_TRUE(first.starts_with("Store a value for an option.\n")) << first;
+}
+
+}  // namespace
+}  // namespace tarn::host

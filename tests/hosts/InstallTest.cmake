@@ -1,0 +1,46 @@
+# Installs the build into a folder of its own and looks at what arrived there, as somebody sees it
+# who has no source: cmake -DBUILD=... -DPREFIX=... -P InstallTest.cmake
+file(REMOVE_RECURSE ${PREFIX})
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}
+  OUTPUT_QUIET RESULT_VARIABLE failed)
+if(failed)
+  message(FATAL_ERROR "installing failed")
+endif()
+
+set(wanted
+  bin/tarn
+  share/tarn/config/projectmanager.config
+  share/tarn/config/message.xslt
+  share/tarn/config/tools/avr-gcc.tools
+  share/tarn/config/options/avr-gcc.options
+  share/tarn/examples/blinky-avr/blinky-avr.tprj
+  share/doc/tarn/command-line.md
+  share/doc/tarn/LICENSE
+  share/man/man1/tarn.1
+  share/bash-completion/completions/tarn
+  share/zsh/site-functions/_tarn
+  share/fish/vendor_completions.d/tarn.fish)
+foreach(file ${wanted})
+  if(NOT EXISTS ${PREFIX}/${file})
+    message(SEND_ERROR "${file} isn't installed")
+    continue()
+  endif()
+  file(SIZE ${PREFIX}/${file} size)
+  if(size EQUAL 0)
+    message(SEND_ERROR "${file} is empty")
+  endif()
+endforeach()
+
+# The program has to find its libraries and its data without help; the place of its data shows in
+# where an option is defined.
+set(ENV{TARN_SETTINGS} ${PREFIX}/settings)
+set(ENV{XDG_DATA_HOME} ${PREFIX}/data)
+unset(ENV{TARN_ROOT})
+unset(ENV{LD_LIBRARY_PATH})
+execute_process(
+  COMMAND ${PREFIX}/bin/tarn options explain --json Compiler.Optimize
+          ${PREFIX}/share/tarn/examples/blinky-avr/blinky-avr.tprj
+  OUTPUT_VARIABLE said ERROR_VARIABLE complained RESULT_VARIABLE failed)
+if(failed OR NOT said MATCHES "\"definedIn\": \"${PREFIX}/share/tarn/config/")
+  message(FATAL_ERROR "the installed program doesn't find its data: ${said}${complained}")
+endif()
