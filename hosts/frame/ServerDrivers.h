@@ -50,7 +50,6 @@ class ProjectManagerDriver : public COleDispatchDriver {
   std::int32_t EpilogCommand(std::uint32_t id) { return InvokeLong(18, {AsNumber(id)}); }
   std::int32_t PrologCommand(std::uint32_t id) { return InvokeLong(19, {AsNumber(id)}); }
   void Clean() { InvokeHelper(21, {}); }
-  std::int32_t EnableCommand(std::uint32_t id) { return InvokeLong(31, {AsNumber(id)}); }
   void SelectApplication(const std::string& header) { InvokeHelper(23, {header}); }
   std::string GetSelectedApplication() { return InvokeText(26, {}); }
   // The type follows from the file's extension.
