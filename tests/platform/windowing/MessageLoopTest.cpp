@@ -17,7 +17,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds kLong{20000};
 
 // A window that keeps what it got and answers through a function.
-class TestWindow : public WindowTarget {
+class TestWindow final : public WindowTarget {
  public:
   TestWindow() : handle(RegisterWindow(*this)) {}
   ~TestWindow() { UnregisterWindow(handle); }
