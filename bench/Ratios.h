@@ -1,8 +1,8 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <vector>
 
 // The rows of the table that `scripts/bench` prints: what was measured as a ratio against something
@@ -15,12 +15,17 @@ inline double Median(std::vector<double> numbers) {
   return *middle;
 }
 
-// Seconds on the wall that `work` takes.
+// Processor seconds of all threads of this process that `work` takes: others may use the machine.
 template <class Work>
 double SecondsOf(Work&& work) {
-  const auto start = std::chrono::steady_clock::now();
+  const auto now = [] {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+  };
+  const double start = now();
   work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return now() - start;
 }
 
 inline void PrintRow(const char* what, double ratio, const char* wanted, bool reached) {
