@@ -165,6 +165,7 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
   }
   if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
   stopRequested = false;
+  if (!scripts.IsRunning()) scripts.ForgetStop();
   logLines.clear();
   return outcome;
 }
@@ -210,6 +211,7 @@ ScriptOutcome BuildSession::RunScript(const std::string& text, const std::string
   const ScriptOutcome ended = scripts.Run(text, name);
   AwaitBuild();
   KeepLog();  // with the lines that the script printed after its last build
+  stopRequested = false;
   return ended;
 }
 

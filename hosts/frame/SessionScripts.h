@@ -25,6 +25,8 @@ class SessionScripts : private ScriptHost {
   bool IsRunning() const { return runner.IsRunning(); }
   // From any thread.
   void RequestStop() { runner.RequestStop(); }
+  // Takes a request back that was meant for a build.
+  void ForgetStop() { runner.ForgetStop(); }
 
  private:
   void ShowLine(const std::string& line) override;

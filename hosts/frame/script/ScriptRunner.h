@@ -36,6 +36,8 @@ class ScriptRunner {
 
   // Ends the script that runs, or the next one if none does. From any thread.
   void RequestStop() { budget.RequestStop(); }
+  // Takes a request back that came while no script was running.
+  void ForgetStop() { budget.ForgetStop(); }
 
  private:
   friend class ScriptState;
