@@ -6,39 +6,14 @@
 #include <functional>
 
 #include "output/MessageTable.h"
-#include "platform/windowing/Dialogs.h"
 #include "project/EditedWorld.h"
 #include "project/FileAccess.h"
+#include "support/AnsweringUser.h"
 
 namespace tarn::test {
 namespace {
 
 using Lines = std::vector<std::string>;
-
-// Answers with what a test sets, and keeps what was asked.
-class Answers : public DialogResponder {
- public:
-  explicit Answers(const RecordingHost& frame) : host(frame) {
-    SetDialogResponder(host.Handle(), this);
-  }
-  ~Answers() { SetDialogResponder(host.Handle(), nullptr); }
-  Answers(const Answers&) = delete;
-  Answers& operator=(const Answers&) = delete;
-
-  bool AskOkCancel(const std::string& text, const std::string& caption) override {
-    asked.push_back(caption + ": " + std::string(Trim(text)));
-    return ok;
-  }
-  std::vector<std::string> ChooseFiles(const FileQuestion& question) override {
-    asked.push_back(question.folder + " " + question.filter);
-    return chosen;
-  }
-
-  const RecordingHost& host;
-  bool ok = false;
-  std::vector<std::string> chosen;
-  Lines asked;
-};
 
 struct CreateRow {
   const char* name;
@@ -53,7 +28,7 @@ struct CreateRow {
 const std::string kNew =
     "/p/new.tprj = \r\n<Project Header=\"Tarn Project 'new'\" Path=\"/p/new.tprj\" Project=\"Yes\" "
     "/>";
-const Lines kQuestion = {"Tarn Project: row 25 /p/new.tprj"};
+const Lines kQuestion = {"ask: row 25 /p/new.tprj   [Tarn Project]"};
 
 void AddOld(EditedWorld& world) {
   for (const char* file : {"new.tprj", "new.tdb", "new.dbi"}) {
@@ -110,11 +85,11 @@ const CreateRow kCreateRows[] = {
 TEST(NewProject, AFileIsReplacedOnlyWhenTheUserWantsIt) {
   for (const CreateRow& row : kCreateRows) {
     EditedWorld world;
-    Answers answers(world.host);
-    answers.ok = row.ok;
+    AnsweringUser answers(world.host.Handle());
+    answers.okCancel = {row.ok};
     row.prepare(world);
     EXPECT_EQ(world.model->NewProject("/p/new.tprj"), row.result) << row.name;
-    EXPECT_EQ(answers.asked, row.asked) << row.name;
+    EXPECT_EQ(answers.lines, row.asked) << row.name;
     EXPECT_EQ(world.Heard(), row.heard) << row.name;
     Lines files = {"/p/demo.tprj old"};
     files.insert(files.end(), row.files.begin(), row.files.end());
@@ -126,18 +101,17 @@ TEST(NewProject, AFileIsReplacedOnlyWhenTheUserWantsIt) {
 
 TEST(OpenDialog, TheQuestionStartsWhereTheUsersProjectIs) {
   EditedWorld world;
-  Answers answers(world.host);
+  AnsweringUser answers(world.host.Handle());
   SetMessageText(kRowFilterPrj, "Older");
   SetMessageText(kRowFilterStw, "Oldest");
   const std::string filter =
-      " Tarn Project (*.tprj)|*.tprj|Older (*.prj)|*.prj|Oldest (*.stw)|*.stw||";
+      "files: Tarn Project (*.tprj)|*.tprj|Older (*.prj)|*.prj|Oldest (*.stw)|*.stw|| in ";
   EXPECT_EQ(world.model->OpenProject(nullptr, 0), 0);
-  answers.chosen = {"/p/demo.tprj"};
+  answers.files = {{"/p/demo.tprj"}, {"/p/demo.tprj"}};
   EXPECT_EQ(world.model->OpenProject(nullptr, 0), 1);
   EXPECT_FALSE(world.model->IsDefaultProject());
   EXPECT_EQ(world.model->OpenProject(nullptr, 0), 1);
-  EXPECT_EQ(answers.asked, (Lines{filter, filter, "/p" + filter}));
-  answers.chosen.clear();
+  EXPECT_EQ(answers.lines, (Lines{filter, filter, filter + "/p"}));
   EXPECT_EQ(world.model->OpenProject(nullptr, 0), 0);
   EXPECT_FALSE(world.model->IsOpen());
 }
@@ -164,7 +138,6 @@ constexpr OpenRow kOpenRows[] = {
      1, "2"},
     {"no application", "/p/x.tprj", "<Project Header=\"p\" />", 1, "none"},
     {"capitals", "/P/X.TPRJ", "<Project><Application Extern=\"1.tapp\" /></Project>", 1, "1"},
-    {"an older project", "/p/x.prj", "<Project />", 0, "none"},
     {"no path", "", "<Project />", 0, "none"},
 };
 

@@ -131,7 +131,7 @@ TEST(NodeOptions, AValueIsInheritedFromTheApplicationDownwards) {
   world.Node("own")->FindDescendant("Prop")->SetAttrValue("Removable", "");
   EXPECT_EQ(world.model->ResetStoredProperty("C.Build.TranslateTool"), 1);
   EXPECT_EQ(Flat(world.Node("own")->FindChild("Options")), "<Options/>");
-  world.model->ResetNodeCache(*world.Application(1), true);
+  world.model->ResetNodeCache(*world.Application(), true);
   world.model->PublishAll();
   EXPECT_STREQ(world.Node("own")->GetAttrValue("TranslateTool"), "group");
 }
