@@ -7,6 +7,7 @@
 
 #include "hosts/cli/CommandLine.h"
 #include "hosts/cli/Commands.h"
+#include "platform/memory/LargePages.h"
 
 namespace {
 
@@ -50,6 +51,7 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  tarn::PreferLargePages();
   try {
     const auto parsed = tarn::host::ParseCommandLine(argc, argv);
     if (!parsed.invocation) return parsed.exitCode;
