@@ -36,6 +36,8 @@ class CXmlEntityTable {
   }
 
   std::span<const CXmlEntity> Rows() const { return rows; }
+  // For each byte, whether decoding may change a text that holds it.
+  const std::array<bool, 256>& Decodable() const { return startsReference; }
 
   // A new text with every byte of the table replaced by its reference. Null counts as empty.
   std::string Encode(const char* text) const;

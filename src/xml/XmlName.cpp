@@ -1,6 +1,6 @@
 #include "xml/XmlName.h"
 
-#include <array>
+#include <cstddef>
 #include <cstring>
 #include <mutex>
 #include <new>
@@ -12,8 +12,6 @@ namespace {
 // Bounds of what stays in memory for good, whatever a text holds.
 constexpr std::size_t kMaxSharedLength = 64;
 constexpr std::size_t kMaxSharedNames = 4096;
-
-constexpr std::size_t kCacheSize = 256;
 
 const XmlName* NewName(std::string_view text, bool shared) {
   void* memory = ::operator new(sizeof(XmlName) + text.size() + 1);
@@ -47,27 +45,31 @@ NameTable& Table() {
   return *table;
 }
 
-// Few bytes tell the names of one kind of file apart; two that share a slot only cost the lock.
-std::size_t CacheSlot(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const std::size_t last = text.size() - 1;
-  return (text.size() + byte(0) * 7u + byte(last / 2) * 31u + byte(last) * 131u) % kCacheSize;
-}
+struct EmptyXmlName {
+  XmlName head{0, true};
+  char text[1] = "";
+};
+constinit const EmptyXmlName kEmptyName;
+static_assert(offsetof(EmptyXmlName, text) == sizeof(XmlName));
 
 }  // namespace
 
-const XmlName* AcquireName(std::string_view text) {
-  // The names that this thread met last, so that the lock is rarely taken.
-  thread_local std::array<const XmlName*, kCacheSize> cache{};
+XmlNameCache& XmlNameCache::OfThisThread() {
+  thread_local constinit XmlNameCache cache;
+  return cache;
+}
+
+const XmlName* XmlNameCache::AcquireInto(const XmlName*& slot, std::string_view text) {
+  text = text.substr(0, text.find('\0'));
   if (text.empty()) return EmptyName();
   if (text.size() <= kMaxSharedLength) {
-    const XmlName*& cached = cache[CacheSlot(text)];
-    if (cached && cached->View() == text) return cached;
-    text = text.substr(0, text.find('\0'));
-    if (text.empty()) return EmptyName();
-    if (const XmlName* name = Table().Find(text)) return cached = name;
+    if (const XmlName* name = Table().Find(text)) return slot = name;
   }
-  return NewName(text.substr(0, text.find('\0')), false);
+  return NewName(text, false);
+}
+
+const XmlName* AcquireName(std::string_view text) {
+  return XmlNameCache::OfThisThread().Acquire(text);
 }
 
 const XmlName* CopyName(const XmlName* name) {
@@ -79,8 +81,7 @@ void ReleaseName(const XmlName* name) {
 }
 
 const XmlName* EmptyName() {
-  static const XmlName* empty = NewName("", true);
-  return empty;
+  return &kEmptyName.head;
 }
 
 }  // namespace tarn

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -42,5 +44,32 @@ const XmlName* AcquireName(std::string_view text);
 const XmlName* CopyName(const XmlName* name);
 void ReleaseName(const XmlName* name);
 const XmlName* EmptyName();
+
+// The shared names that one thread met last, so that the lock of the table is rarely taken.
+class XmlNameCache {
+ public:
+  static XmlNameCache& OfThisThread();
+
+  // As AcquireName.
+  const XmlName* Acquire(std::string_view text) {
+    if (text.empty()) return EmptyName();
+    const XmlName*& slot = slots[SlotOf(text)];
+    if (slot && slot->View() == text) return slot;
+    return AcquireInto(slot, text);
+  }
+
+ private:
+  static constexpr std::size_t kSize = 256;
+
+  // Few bytes tell the names of one kind of file apart; two that share a slot only cost the lock.
+  static std::size_t SlotOf(std::string_view text) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const std::size_t last = text.size() - 1;
+    return (text.size() + byte(0) * 7u + byte(last / 2) * 31u + byte(last) * 131u) % kSize;
+  }
+  static const XmlName* AcquireInto(const XmlName*& slot, std::string_view text);
+
+  std::array<const XmlName*, kSize> slots{};
+};
 
 }  // namespace tarn

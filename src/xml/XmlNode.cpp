@@ -1,9 +1,9 @@
 #include "xml/XmlNode.h"
 
 #include <algorithm>
-#include <cstring>
 #include <new>
 
+#include "xml/XmlPages.h"
 #include "xml/XmlText.h"
 
 namespace tarn {
@@ -22,6 +22,10 @@ CXmlNode* CXmlAttr::GetParent() const {
   const CXmlAttr* last = this;
   while (!last->IsLast()) last = last->GetNext();
   return reinterpret_cast<CXmlNode*>(last->link & ~std::uintptr_t{1});
+}
+
+std::string_view CXmlAttr::ValueView() const {
+  return TextView(value);
 }
 
 void CXmlAttr::SetValue(XmlArg text) {
@@ -71,12 +75,11 @@ CXmlAttr* CXmlNode::AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrVa
   // The value lies behind the record, in one piece with it.
   const std::string_view text = attrValue.View().substr(0, attrValue.View().find('\0'));
   void* memory = ::operator new(sizeof(CXmlAttr) + text.size() + 2);
-  char* place = static_cast<char*>(memory) + sizeof(CXmlAttr);
-  place[0] = kTextInside;
-  std::copy(text.begin(), text.end(), place + 1);
-  place[text.size() + 1] = '\0';
+  char* place = static_cast<char*>(memory) + sizeof(CXmlAttr) + 1;
+  std::copy(text.begin(), text.end(), place);
+  EndTextInside(place, text.size());
 
-  auto* attr = new (memory) CXmlAttr(AcquireName(attrName.View()), place + 1);
+  auto* attr = new (memory) CXmlAttr(AcquireName(attrName.View()), place);
   attr->LinkTo(this);
   if (last) {
     last->LinkTo(attr);
@@ -123,7 +126,22 @@ void CXmlNode::DestroyAttrs() {
 
 // --- The node ---
 
-CXmlNode::CXmlNode() : name(EmptyName()), value(EmptyText()) {}
+CXmlNode::CXmlNode() noexcept : name(EmptyName()), value(EmptyText()) {}
+
+void* CXmlNode::operator new(std::size_t size) {
+  return ::operator new(size);
+}
+
+void CXmlNode::operator delete(CXmlNode* node, std::destroying_delete_t) {
+  const std::uint16_t offset = node->pageOffset;
+  const std::size_t bytes = sizeof(CXmlNode) + node->ownRecords * sizeof(CXmlAttr);
+  node->~CXmlNode();
+  if (offset == 0) {
+    ::operator delete(node);
+  } else {
+    XmlPages::Release(node, offset, bytes);
+  }
+}
 
 CXmlNode::~CXmlNode() {
   Clear();
@@ -134,6 +152,10 @@ CXmlNode::~CXmlNode() {
 void CXmlNode::Clear() {
   DestroyChildren();
   DestroyAttrs();
+}
+
+std::string_view CXmlNode::ValueView() const {
+  return TextView(value);
 }
 
 void CXmlNode::SetName(XmlArg text) {

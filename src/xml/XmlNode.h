@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,9 +19,10 @@
 // Reading operations are const and still give nodes that can be edited: const is the node's own
 // contents, not the tree's.
 //
-// Memory. A node that was read from text is one piece of memory: the node, behind it its attribute
-// records, behind them the texts. What is changed or added later gets a piece of its own. Addresses
-// of nodes and attributes never change while they exist.
+// Memory. A node that was read or copied is one piece of memory: the node, behind it its attribute
+// records, behind them the texts. The pieces of one tree lie in pages that they share; a page goes
+// with the last node in it. What is changed or added later gets memory of its own. Addresses of
+// nodes and attributes never change while they exist.
 namespace tarn {
 
 class CXmlNode;
@@ -43,6 +45,7 @@ class CXmlAttr {
   // Borrowed until the value is changed or the attribute goes.
   std::string_view NameView() const { return name->View(); }
   const char* ValueText() const { return value; }
+  std::string_view ValueView() const;
 
   void SetValue(XmlArg text);
 
@@ -94,7 +97,7 @@ class CXmlNode {
   static constexpr std::size_t kMaxReadDepth = 2000;
 
   // An element without name, value, attributes, children and parent.
-  CXmlNode();
+  CXmlNode() noexcept;
   ~CXmlNode();
   CXmlNode(const CXmlNode&) = delete;
   CXmlNode& operator=(const CXmlNode&) = delete;
@@ -107,6 +110,7 @@ class CXmlNode {
   std::string_view NameView() const { return name->View(); }
   const char* NameText() const { return name->Text(); }
   const char* ValueText() const { return value; }
+  std::string_view ValueView() const;
   CXmlNodeType GetType() const { return type; }
 
   // Null at a root. Stale on a detached node until it is attached again.
@@ -193,20 +197,18 @@ class CXmlNode {
   // The same, added to `out`, with `depth` tabs in front of the first line.
   void AppendText(std::string& out, const CXmlDisplayOptions& options, int depth) const;
 
-  // Room for attributes and texts behind a node, in the same piece of memory.
-  struct Extra {
-    std::size_t bytes;
-  };
-  static void* operator new(std::size_t size) { return ::operator new(size); }
-  static void* operator new(std::size_t size, Extra extra) {
-    return ::operator new(size + extra.bytes);
-  }
-  static void operator delete(void* memory) { ::operator delete(memory); }
-  static void operator delete(void* memory, Extra) { ::operator delete(memory); }
+  static void* operator new(std::size_t size);
+  // Ends the node and gives its memory back to where it came from.
+  static void operator delete(CXmlNode* node, std::destroying_delete_t);
 
  private:
   friend class XmlPiece;
   friend class XmlReader;
+
+  // In a piece of memory that lies in a page. Takes over `nodeName`.
+  CXmlNode(const XmlName* nodeName, const char* nodeValue, CXmlNodeType nodeType,
+           CXmlNode* nodeParent, std::uint16_t offset)
+      : name(nodeName), value(nodeValue), parent(nodeParent), type(nodeType), pageOffset(offset) {}
 
   // Appends an attribute behind `last`, the present last one or null.
   CXmlAttr* AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue);
@@ -219,7 +221,7 @@ class CXmlNode {
   std::unique_ptr<CXmlNode> TakeChild(std::int64_t index);
   CXmlNode* InsertChild(std::unique_ptr<CXmlNode> node, std::size_t index);
   void ReserveChildren(std::size_t capacity);
-  // A free-standing copy, each of its nodes in one piece.
+  // A free-standing copy, its nodes in pages.
   static std::unique_ptr<CXmlNode> MakeCopy(const CXmlNode& source);
 
   const XmlName* name;
@@ -231,6 +233,7 @@ class CXmlNode {
   CXmlAttr* firstAttr = nullptr;
   std::uint32_t ownRecords = 0;  // attribute records that lie behind this node in its memory
   CXmlNodeType type = XmlElement;
+  std::uint16_t pageOffset = 0;  // see XmlPages; 0 when the node doesn't lie in a page
 };
 
 }  // namespace tarn

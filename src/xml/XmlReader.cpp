@@ -22,11 +22,6 @@ constexpr Special kSpecials[] = {{"<?", "?>", "", XmlElement},
                                  {"<!--", "-->", "#COMMENT", XmlComment},
                                  {"<![CDATA[", "]]>", "#CDATA", XmlCData}};
 
-const char* SkipSpace(const char* p) {
-  while (IsXmlSpace(*p)) ++p;
-  return p;
-}
-
 // Which bytes end a scan; the terminator always does.
 using ByteSet = std::array<bool, 256>;
 
@@ -42,20 +37,25 @@ constexpr ByteSet kAttrNameEnds = MakeSet(" =");
 constexpr ByteSet kPlainValueEnds = MakeSet(" >");
 constexpr ByteSet kCloseNameEnds = MakeSet(" >");
 constexpr ByteSet kProtectedEnds = MakeSet("\\\"'<");
+constexpr ByteSet kSpace = [] {
+  ByteSet set{};
+  for (std::size_t i = 0; i < set.size(); ++i) set[i] = IsXmlSpace(static_cast<char>(i));
+  return set;
+}();
+
+bool IsIn(const ByteSet& set, char c) {
+  return set[static_cast<unsigned char>(c)];
+}
 
 // The first byte of the set, or the terminator.
 const char* FindAny(const char* p, const ByteSet& ends) {
-  while (!ends[static_cast<unsigned char>(*p)]) ++p;
+  while (!IsIn(ends, *p)) ++p;
   return p;
 }
 
-// The first `end` that no backslash protects, or the terminator. `end` is a quote or "<".
-const char* FindUnescaped(const char* p, char end) {
-  for (;; ++p) {
-    p = FindAny(p, kProtectedEnds);
-    if (*p == end || !*p) return p;
-    if (*p == '\\' && p[1]) ++p;
-  }
+const char* SkipSpace(const char* p) {
+  while (IsIn(kSpace, *p)) ++p;
+  return p;
 }
 
 bool StartsWith(const char* p, std::string_view open) {
@@ -80,7 +80,17 @@ std::string_view MakeSpan(const char* begin, const char* end) {
 }  // namespace
 
 XmlReader::XmlReader(CXmlParseInfo& parseInfo)
-    : info(parseInfo), decoder(parseInfo.decodeEntities ? parseInfo.entityTable : nullptr) {}
+    : info(parseInfo),
+      decoder(parseInfo.decodeEntities ? parseInfo.entityTable : nullptr),
+      textStops(kProtectedEnds),
+      names(XmlNameCache::OfThisThread()) {
+  if (!decoder) return;
+  decodable = decoder->Decodable();
+  for (std::size_t i = 0; i < textStops.size(); ++i) textStops[i] |= decodable[i];
+  for (const CXmlEntity& row : decoder->Rows()) {
+    if (!row.reference.empty() && IsXmlSpace(row.reference[0])) blankStaysBlank = false;
+  }
+}
 
 const char* XmlReader::Read(CXmlNode& node, const char* text) {
   top = &node;
@@ -102,9 +112,11 @@ const char* XmlReader::Read(CXmlNode& node, const char* text) {
 const char* XmlReader::ReadStart(const char* p) {
   if (*p != '<') p = std::strchr(p, '<');
   if (!p || p[1] == '/') return p;
-  bool placedOne = false;
-  p = ReadSpecialNodes(p, placedOne);
-  if (!p || placedOne) return p;
+  if (p[1] == '!' || p[1] == '?') {
+    bool placedOne = false;
+    p = ReadSpecialNodes(p, placedOne);
+    if (!p || placedOne) return p;
+  }
   if (!*p || levels.size() >= CXmlNode::kMaxReadDepth) return nullptr;
   // Not always a "<": behind a processing instruction anything may stand.
   return ReadElement(p + 1);
@@ -133,11 +145,12 @@ const char* XmlReader::ReadElement(const char* p) {
   const char* end = FindAny(p, kNameEnds);
   if (!*end) return nullptr;
   const bool keepsOldName = IsReadingTop() && end == p;
-  const XmlName* name = keepsOldName ? CopyName(top->name) : AcquireName(MakeSpan(p, end));
+  const XmlName* name = keepsOldName ? CopyName(top->name) : names.Acquire(MakeSpan(p, end));
 
-  Span text;
+  Run text;
   bool isOpen = false;
   attrs.clear();
+  attrTextBytes = 0;
   p = ReadAttributes(end, *name);
   if (p) p = ReadTagEnd(p, isOpen, text);
   // An element that failed half way keeps what it has.
@@ -159,19 +172,25 @@ const char* XmlReader::ReadAttributes(const char* p, const XmlName& element) {
                        Joined({"<", element.View(), "> attribute has error "}));
       return nullptr;
     }
-    attrs.push_back({AcquireName(MakeSpan(p, end)), Span()});
+    Run& value = attrs.emplace_back(AttrSpan{names.Acquire(MakeSpan(p, end)), {}}).value;
     p = SkipSpace(end);
     if (*p != '=') continue;
     p = SkipSpace(p + 1);
-    const bool isQuoted = *p == '"' || *p == '\'';
-    end = isQuoted ? FindUnescaped(p + 1, *p) : FindAny(p, kPlainValueEnds);
-    attrs.back().value = MakeSpan(isQuoted ? p + 1 : p, end);
-    p = isQuoted && *end ? end + 1 : end;
+    if (*p == '"' || *p == '\'') {
+      end = FindUnescaped(p + 1, *p, value.isEncoded);
+      value.text = MakeSpan(p + 1, end);
+      p = *end ? end + 1 : end;
+    } else {
+      end = FindAny(p, kPlainValueEnds);
+      value = {MakeSpan(p, end), false, true};
+      p = end;
+    }
+    attrTextBytes += XmlPiece::TextBytes(value.text.size());
   }
   return nullptr;
 }
 
-const char* XmlReader::ReadTagEnd(const char* p, bool& isOpen, Span& text) {
+const char* XmlReader::ReadTagEnd(const char* p, bool& isOpen, Run& text) {
   if (*p == '/') {
     if (p[1] == '>') return p + 2;
     info.RecordError(p + 1, kXmlErrorUnclosedElement, "Element must be closed.");
@@ -179,22 +198,42 @@ const char* XmlReader::ReadTagEnd(const char* p, bool& isOpen, Span& text) {
   }
   isOpen = true;
   if (IsReadingTop() && !IsBlank(top->value)) return p;
-  const char* end = FindUnescaped(p + 1, '<');
-  text = MakeSpan(p + 1, end);
+  return ReadText(p + 1, text);
+}
+
+const char* XmlReader::ReadText(const char* p, Run& text) const {
+  const char* end = SkipSpace(p);
+  text.isBlank = blankStaysBlank && (*end == '<' || !*end);
+  if (text.isBlank) {
+    text.isEncoded = true;
+  } else {
+    end = FindUnescaped(p, '<', text.isEncoded);
+  }
+  text.text = MakeSpan(p, end);
   return end;
 }
 
+const char* XmlReader::FindUnescaped(const char* p, char end, bool& isEncoded) const {
+  for (;; ++p) {
+    p = FindAny(p, textStops);
+    if (*p == end || !*p) return p;
+    isEncoded |= IsIn(decodable, *p);
+    if (*p != '\\' || !p[1]) continue;
+    ++p;
+    isEncoded |= IsIn(decodable, *p);
+  }
+}
+
 bool XmlReader::ReadBehindChild(const char*& p) {
-  Level& level = levels.back();
   if (p[0] == '<' && p[1] == '/') {
     bool closesLevel = false;
     p = ReadCloseTag(p + 2, closesLevel);
     return closesLevel;
   }
-  if (*p != '<' && IsBlank(level.node->value)) {
-    const char* end = FindUnescaped(p, '<');
-    StoreValue(level, MakeSpan(p, end));
-    p = end;
+  if (*p != '<' && !levels.back().hasText) {
+    Run text;
+    p = ReadText(p, text);
+    TakeText(levels.back(), text);
   }
   return false;
 }
@@ -218,20 +257,18 @@ const char* XmlReader::ReadCloseTag(const char* p, bool& closesLevel) {
 
 bool XmlReader::PlaceSpecial(std::string_view name, CXmlNodeType type, Span text) {
   if (IsReadingTop() && !top->parent) return false;
-  XmlPiece piece(AcquireName(name), type, 0, XmlPiece::TextBytes(text.size()));
-  if (!text.empty()) {
-    std::memcpy(piece.NextText(), text.data(), text.size());
-    piece.SetValue(piece.EndText(text.size(), text.size()));
-  }
+  CXmlNode* parent = IsReadingTop() ? top->parent : levels.back().node;
+  XmlPiece piece(pages, AcquireName(name), type, parent, 0, XmlPiece::TextBytes(text.size()));
+  piece.SetValue(piece.CopyText(text));
   if (IsReadingTop()) {
-    top->parent->AppendChild(piece.Take());
+    parent->AppendChild(piece.Take());
   } else {
     waiting.push_back(piece.Take());
   }
   return true;
 }
 
-void XmlReader::FillTop(const XmlName* name, Span text, bool isOpen) {
+void XmlReader::FillTop(const XmlName* name, const Run& text, bool isOpen) {
   ReleaseName(top->name);
   top->name = name;
   CXmlAttr* last = nullptr;
@@ -240,31 +277,27 @@ void XmlReader::FillTop(const XmlName* name, Span text, bool isOpen) {
     ReleaseName(attr.name);
   }
   if (!isOpen) return;
-  levels.push_back({top, nullptr, 0, nullptr, 0});
-  if (IsBlank(top->value)) StoreValue(levels.back(), text);
+  levels.push_back({top, nullptr, 0, nullptr, 0, Span(), !IsBlank(top->value)});
+  if (!levels.back().hasText) TakeText(levels.back(), text);
 }
 
-void XmlReader::PlaceElement(const XmlName* name, Span text, bool isOpen) {
-  std::size_t textBytes = XmlPiece::TextBytes(text.size());
-  for (const AttrSpan& attr : attrs) textBytes += XmlPiece::TextBytes(attr.value.size());
-
-  XmlPiece piece(name, XmlElement, attrs.size(), textBytes);
-  const auto place = [&](Span span) {
-    if (span.empty()) return EmptyText();
-    const std::size_t length = Store(piece.NextText(), span);
-    return piece.EndText(length, span.size());
-  };
-  for (const AttrSpan& attr : attrs) piece.AddAttr(attr.name, place(attr.value));
-  char* valuePlace = text.empty() ? nullptr : piece.NextText();
-  piece.SetValue(place(text));
-
-  auto node = piece.Take();
-  if (isOpen) {
-    CXmlNode* borrowed = node.get();
-    levels.push_back({borrowed, std::move(node), waiting.size(), valuePlace, text.size()});
-  } else {
-    Wait(std::move(node));
+void XmlReader::PlaceElement(const XmlName* name, const Run& text, bool isOpen) {
+  CXmlNode* parent = levels.back().node;
+  const std::size_t textBytes = attrTextBytes + XmlPiece::TextBytes(text.text.size());
+  XmlPiece piece(pages, name, XmlElement, parent, attrs.size(), textBytes);
+  for (const AttrSpan& attr : attrs) {
+    const std::size_t room = attr.value.text.size();
+    char* place = room > 0 ? piece.Reserve(room) : nullptr;
+    piece.AddAttr(attr.name, place ? EndTextInside(place, Store(place, attr.value)) : EmptyText());
   }
+  if (!isOpen) return Wait(piece.Take());
+
+  const std::size_t room = text.text.size();
+  char* valuePlace = room > 0 ? piece.Reserve(room) : nullptr;
+  auto node = piece.Take();
+  CXmlNode* borrowed = node.get();
+  levels.push_back({borrowed, std::move(node), waiting.size(), valuePlace, room, Span(), false});
+  if (room > 0) TakeText(levels.back(), text);
 }
 
 // Without a name there is no element, and whatever was read into it goes.
@@ -275,39 +308,58 @@ void XmlReader::Wait(std::unique_ptr<CXmlNode> node) {
 void XmlReader::CloseLevel() {
   Level level = std::move(levels.back());
   levels.pop_back();
-  if (waiting.size() > level.firstWaiting) {
-    level.node->ReserveChildren(waiting.size() - level.firstWaiting);
-    for (std::size_t i = level.firstWaiting; i < waiting.size(); ++i) {
-      level.node->AppendChild(std::move(waiting[i]));
+  StoreBlank(level);
+  if (const std::size_t count = waiting.size() - level.firstWaiting; count > 0) {
+    CXmlNode& node = *level.node;
+    node.ReserveChildren(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      node.children[i] = waiting[level.firstWaiting + i].release();
     }
+    node.childCount = static_cast<std::uint32_t>(count);
     waiting.resize(level.firstWaiting);
   }
   if (level.owned) Wait(std::move(level.owned));
 }
 
-void XmlReader::StoreValue(Level& level, Span text) {
-  CXmlNode& node = *level.node;
-  if (text.empty()) {
+void XmlReader::TakeText(Level& level, const Run& text) {
+  if (text.text.empty()) {
     // What is there already is decoded once more.
-    if (decoder && *node.value) node.SetValue(decoder->Decode(node.value));
-  } else if (text.size() <= level.valueRoom) {
+    StoreBlank(level);
+    if (decoder && *level.node->value) level.node->SetValue(decoder->Decode(level.node->value));
+  } else if (text.isBlank) {
+    level.blank = text.text;
+  } else {
+    level.blank = Span();
+    StoreValue(level, text);
+    level.hasText = !IsBlank(level.node->value);
+  }
+}
+
+void XmlReader::StoreBlank(Level& level) {
+  if (level.blank.empty()) return;
+  StoreValue(level, {level.blank, true, true});
+  level.blank = Span();
+}
+
+void XmlReader::StoreValue(Level& level, const Run& text) {
+  CXmlNode& node = *level.node;
+  if (text.text.size() <= level.valueRoom) {
     FreeText(node.value);
-    level.valuePlace[Store(level.valuePlace, text)] = '\0';
-    node.value = level.valuePlace;
+    node.value = EndTextInside(level.valuePlace, Store(level.valuePlace, text));
   } else {
     node.SetValue(Stored(text));
   }
 }
 
-std::size_t XmlReader::Store(char* out, Span text) const {
-  if (decoder) return decoder->DecodeTo(out, text);
-  std::memcpy(out, text.data(), text.size());
-  return text.size();
+std::size_t XmlReader::Store(char* out, const Run& text) const {
+  if (decoder && text.isEncoded) return decoder->DecodeTo(out, text.text);
+  std::memcpy(out, text.text.data(), text.text.size());
+  return text.text.size();
 }
 
-std::string XmlReader::Stored(Span text) const {
-  std::string out(text);
-  if (decoder) out.resize(decoder->DecodeTo(out.data(), out));
+std::string XmlReader::Stored(const Run& text) const {
+  std::string out(text.text);
+  if (decoder && text.isEncoded) out.resize(decoder->DecodeTo(out.data(), out));
   return out;
 }
 

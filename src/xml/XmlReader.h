@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "xml/XmlNode.h"
+#include "xml/XmlPages.h"
 #include "xml/XmlParseInfo.h"
 
 namespace tarn {
@@ -27,9 +29,16 @@ class XmlReader {
  private:
   // Bytes of the source text.
   using Span = std::string_view;
+  using ByteSet = std::array<bool, 256>;
+  // A text that will be stored.
+  struct Run {
+    Span text;
+    bool isBlank = false;    // nothing but white space, and decoded no more than that
+    bool isEncoded = false;  // decoding may change it
+  };
   struct AttrSpan {
     const XmlName* name;
-    Span value;
+    Run value;
   };
   struct Level {
     CXmlNode* node;
@@ -37,6 +46,8 @@ class XmlReader {
     std::size_t firstWaiting;
     char* valuePlace;  // room for the value in the node's own memory; null when there is none
     std::size_t valueRoom;
+    Span blank;    // the last blank run, stored when the level ends: mostly a better one comes
+    bool hasText;  // the value is not blank, so no further run counts
   };
 
   // What a child, or the caller's node, begins with: the parent's close tag, which it leaves
@@ -46,30 +57,43 @@ class XmlReader {
   const char* ReadElement(const char* p);
   const char* ReadAttributes(const char* p, const XmlName& element);
   // Reads the end of a start tag and the first run of text behind it.
-  const char* ReadTagEnd(const char* p, bool& isOpen, Span& text);
+  const char* ReadTagEnd(const char* p, bool& isOpen, Run& text);
+  const char* ReadText(const char* p, Run& text) const;
   // Reads what stands behind a complete child; true when it was the close tag of the level.
   bool ReadBehindChild(const char*& p);
   const char* ReadCloseTag(const char* p, bool& closesLevel);
 
   bool IsReadingTop() const { return levels.empty(); }
+  // The first `end` that no backslash protects, or the terminator. `end` is a quote or "<".
+  const char* FindUnescaped(const char* p, char end, bool& isEncoded) const;
+
   bool PlaceSpecial(std::string_view name, CXmlNodeType type, Span text);
   // Take over `name` and the names in `attrs`.
-  void FillTop(const XmlName* name, Span text, bool isOpen);
-  void PlaceElement(const XmlName* name, Span text, bool isOpen);
+  void FillTop(const XmlName* name, const Run& text, bool isOpen);
+  void PlaceElement(const XmlName* name, const Run& text, bool isOpen);
   void Wait(std::unique_ptr<CXmlNode> node);
   void CloseLevel();
-  void StoreValue(Level& level, Span text);
+  // Takes a run into a level without text so far.
+  void TakeText(Level& level, const Run& text);
+  void StoreBlank(Level& level);
+  void StoreValue(Level& level, const Run& text);
 
-  // Copies a stored text to `out`, decoded, and gives its length there.
-  std::size_t Store(char* out, Span text) const;
-  std::string Stored(Span text) const;
+  // Copies a text, decoded, to `out`, which has room for it, and gives its length there.
+  std::size_t Store(char* out, const Run& text) const;
+  std::string Stored(const Run& text) const;
 
   CXmlParseInfo& info;
   const CXmlEntityTable* decoder;  // null when references stay as they are
+  ByteSet decodable{};             // bytes at which decoding may change something
+  ByteSet textStops;               // bytes at which FindUnescaped must look closer
+  bool blankStaysBlank = true;     // no reference begins with white space
+  XmlNameCache& names;
+  XmlPages pages;
   CXmlNode* top = nullptr;
   std::vector<Level> levels;
   std::vector<std::unique_ptr<CXmlNode>> waiting;
-  std::vector<AttrSpan> attrs;  // of the start tag that is being read
+  std::vector<AttrSpan> attrs;    // of the start tag that is being read
+  std::size_t attrTextBytes = 0;  // what their values need
 };
 
 }  // namespace tarn

@@ -1,37 +1,31 @@
 #include "xml/XmlText.h"
 
-#include <cstring>
 #include <new>
 
 namespace tarn {
-
-const char* EmptyText() {
-  static const char empty[] = {kTextStatic, '\0'};
-  return empty + 1;
-}
 
 const char* NewText(std::string_view text) {
   text = text.substr(0, text.find('\0'));
   if (text.empty()) return EmptyText();
   char* memory = static_cast<char*>(::operator new(text.size() + 2));
-  memory[0] = kTextOwn;
+  memory[0] = static_cast<char>(kTextOwn);
   std::memcpy(memory + 1, text.data(), text.size());
   memory[text.size() + 1] = '\0';
   return memory + 1;
 }
 
-void FreeText(const char* text) {
-  if (text[-1] == kTextOwn) ::operator delete(const_cast<char*>(text - 1));
+void FreeOwnText(const char* text) {
+  ::operator delete(const_cast<char*>(text - 1));
 }
 
 void ReplaceText(const char*& text, std::string_view newText) {
-  const std::string_view old(text);
+  const std::string_view old = TextView(text);
   if (old == newText) return;
   newText = newText.substr(0, newText.find('\0'));
-  if (text[-1] == kTextInside && newText.size() <= old.size()) {
+  if (TextMark(text) <= kTextLong && newText.size() <= old.size()) {
     char* place = const_cast<char*>(text);
     std::memmove(place, newText.data(), newText.size());
-    place[newText.size()] = '\0';
+    EndTextInside(place, newText.size());
     return;
   }
   const char* replaced = text;

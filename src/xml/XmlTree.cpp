@@ -39,8 +39,8 @@ CXmlNode* CXmlNode::FindDescendant(XmlArg nodeName) const {
 CXmlNode* CXmlNode::FindDescendantByAttr(XmlArg attrName, XmlArg attrValue) const {
   if (attrName.IsNull() || attrValue.IsNull()) return nullptr;
   return FindBelow(*this, [&](const CXmlNode& node) {
-    const char* found = node.GetAttrValue(attrName);
-    return found && found == attrValue.View();
+    const CXmlAttr* found = node.GetAttr(attrName);
+    return found && found->ValueView() == attrValue.View();
   });
 }
 
@@ -49,7 +49,8 @@ std::unique_ptr<CXmlNode> CXmlNode::MakeCopy(const CXmlNode& source) {
     const CXmlNode* from;
     CXmlNode* to;
   };
-  auto copy = XmlPiece::CopyAlone(source);
+  XmlPages pages;
+  auto copy = XmlPiece::CopyAlone(pages, source, nullptr);
   std::vector<Level> levels{{&source, copy.get()}};
   while (!levels.empty()) {
     const auto [from, to] = levels.back();
@@ -59,7 +60,8 @@ std::unique_ptr<CXmlNode> CXmlNode::MakeCopy(const CXmlNode& source) {
     }
     if (to->childCount == 0) to->ReserveChildren(from->childCount);
     const CXmlNode* child = from->children[to->childCount];
-    CXmlNode* childCopy = to->AppendChild(XmlPiece::CopyAlone(*child));
+    CXmlNode* childCopy = XmlPiece::CopyAlone(pages, *child, to).release();
+    to->children[to->childCount++] = childCopy;
     if (child->childCount > 0) levels.push_back({child, childCopy});
   }
   return copy;
@@ -71,11 +73,11 @@ void CXmlNode::CopyFrom(const CXmlNode& source) {
   const auto copy = MakeCopy(source);
   Clear();
   std::swap(name, copy->name);
-  SetValue(copy->value);
+  SetValue(copy->ValueView());
   type = copy->type;
   CXmlAttr* last = nullptr;
   for (const CXmlAttr& attr : copy->Attributes()) {
-    last = AddAttrBehind(last, attr.NameView(), attr.ValueText());
+    last = AddAttrBehind(last, attr.NameView(), attr.ValueView());
   }
   std::swap(children, copy->children);
   std::swap(childCount, copy->childCount);

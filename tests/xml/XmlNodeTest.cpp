@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "XmlDump.h"
 
 namespace tarn {
@@ -167,6 +169,46 @@ TEST(XmlNode, ACopyOfItsOwnPartIsNotReadAfterItIsGone) {
   EXPECT_EQ(Dump(*root), "a(b[x=1](c) a(b[x=1](c)))");
   root->CopyFrom(*root->GetChild(0));
   EXPECT_EQ(Dump(*root), "b[x=1](c)");
+}
+
+// A length stands in front of short texts only, and a node with long ones lies apart from others.
+TEST(XmlNode, TextsOfEveryLengthAreReadCopiedAndReplaced) {
+  const auto text = [](int length) { return std::string(static_cast<std::size_t>(length), 't'); };
+  for (const int length : {1, 251, 252, 253, 254, 255, 256, 257, 8000, 70000}) {
+    const std::string a = "<a x=\"" + text(length) + "\" y=\"1\" >" + text(length) + "</a>";
+    const auto read = Tree(("<r><b/>" + a + "<b/></r>").c_str());
+    CXmlNode copy;
+    copy.CopyFrom(*read);
+    read->Clear();
+    EXPECT_EQ(test::Flat(copy), "<r><b/>" + a + "<b/></r>") << length;
+    CXmlNode* node = copy.GetChild(1);
+    for (const int next : {length - 1, length / 2, 0, length, 300, 2}) {
+      node->SetAttrValue("x", text(next));
+      node->SetValue(text(next) + "v");
+      EXPECT_EQ(test::Flat(*node), "<a x=\"" + text(next) + "\" y=\"1\" >" + text(next) + "v</a>");
+    }
+  }
+}
+
+TEST(XmlNode, ANodeOutlivesTheTreeThatItWasReadWith) {
+  std::string text = "<r>";
+  for (int i = 0; i < 3000; ++i) text += "<a x=\"" + std::to_string(i) + "\" ><b/></a>";
+  auto tree = Tree((text + "</r>").c_str());
+  // Neighbours in memory, now in two trees that two threads use.
+  auto other = CXmlNode::CreateNode("r");
+  for (int i = tree->GetChildCount() - 1; i >= 0; i -= 2) {
+    other->AppendChild(tree->DetachChild(tree->GetChild(i)));
+  }
+  auto last = other->DetachChild(other->GetChild(1499));
+  std::thread thread([&] { tree.reset(); });
+  EXPECT_STREQ(other->GetChild(0)->GetAttrValue("x"), "2999");
+  other.reset();
+  thread.join();
+  EXPECT_EQ(Dump(*last), "a[x=1](b)");
+  CXmlNode copy;
+  copy.CopyFrom(*last);
+  last.reset();
+  EXPECT_EQ(Dump(copy), "a[x=1](b)");
 }
 
 TEST(XmlNode, LongAndManyNamesWorkLikeOthers) {

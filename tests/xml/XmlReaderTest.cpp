@@ -178,7 +178,21 @@ TEST(XmlReader, Decoding) {
        "a[x=\"|&amp;&#65;]'\"|&lt;' -> ''"},
       {"<a x=\"1\r\n2\n3\r4\">1\r\n2\n3\r4</a>", "a[x=12\\n3\\r4]'12\\n3\\r4' -> ''"},
       {"<a &quot;=\"1\"/>", "a[&quot;=1] -> ''"},
+      {"<a x=\"\\&quot;\" y=\"\\\r\n\">\\&quot;</a>", "a[x=\\\"][y=\\]'\\\"' -> ''"},
+      {"<a x=&quot;\r\n>", "a[x=\"] -> ''"},
+      {"<r><a>\r\n t&quot;</a><a> \r\n<b/>\\\r\n</a></r>", "r(a' t\"' a'\\'(b)) -> ''"},
   });
+}
+
+// White space is told from text without decoding, where the table allows it.
+TEST(XmlReader, ReferencesForWhiteSpaceAndOfWhiteSpace) {
+  const CXmlEntity rows[] = {{' ', "&sp;"}, {'x', "\t"}};
+  const CXmlEntityTable table(rows);
+  CXmlParseInfo info;
+  info.entityTable = &table;
+  CXmlNode node;
+  EXPECT_EQ(LoadInto(node, "<a><b>&sp;<c/>t<c/>u</b><b>\t<c/>t</b><b> <c/>t</b></a>", info),
+            "a(b't'(c c) b'x'(c) b't'(c)) -> ''");
 }
 
 TEST(XmlReader, FailureKeepsWhatWasRead) {

@@ -73,10 +73,12 @@ TEST(XmlStress, CostGrowsWithTheSizeOnly) {
   std::string attrs = "<a";
   std::string children = "<r>";
   std::string foreign = "<r>";
+  std::string texts = "<r>" + std::string(kCount, ' ') + "t";
   for (int i = 0; i < kCount; ++i) {
     attrs += " b";
     children += "<b> </b>\n";
     foreign += "</x>";
+    texts += "<b/>t";
   }
   CXmlParseInfo info;
   info.forceParse = true;
@@ -86,6 +88,8 @@ TEST(XmlStress, CostGrowsWithTheSizeOnly) {
   copy.CopyFrom(node);
   EXPECT_EQ(copy.GetAttrCount(), kCount);
   EXPECT_NE(node.Load(foreign, info), nullptr);
+  EXPECT_NE(node.Load(texts + "</r>", info), nullptr);
+  node.SetValue("");
   EXPECT_NE(node.Load(children, info), nullptr);
   ASSERT_EQ(node.GetChildCount(), kCount);
   while (node.GetChildCount() > 0) {

@@ -1,0 +1,73 @@
+#include "xml/XmlPages.h"
+
+#include <algorithm>
+#include <atomic>
+#include <new>
+
+// An address sanitizer sees the heap's blocks only, so it is told which nodes of a page are gone.
+#if defined(__SANITIZE_ADDRESS__)
+#define TARN_POISONS_NODES
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TARN_POISONS_NODES
+#endif
+#endif
+#if defined(TARN_POISONS_NODES)
+#include <sanitizer/asan_interface.h>
+#else
+#define ASAN_POISON_MEMORY_REGION(memory, bytes) \
+  (static_cast<void>(memory), static_cast<void>(bytes))
+#endif
+
+namespace tarn {
+namespace {
+
+// The first page is made for one node, since many trees are no more; the others grow with the tree.
+constexpr std::size_t kSecondPage = 512;
+constexpr std::size_t kLargestPage = 256 * 1024;
+// A node of this size would waste much of the page that it doesn't fit in.
+constexpr std::size_t kLarge = kLargestPage / 4;
+
+// The head of a page. While the page is being filled the count is too large by kOpen, so that it
+// can't go under nodes that are still to come.
+struct Page {
+  static constexpr std::uint32_t kOpen = 1u << 30;
+  std::atomic<std::uint32_t> nodes;
+
+  void Drop(std::uint32_t count) {
+    if (nodes.fetch_sub(count, std::memory_order_acq_rel) == count) ::operator delete(this);
+  }
+};
+constexpr std::size_t kHead = sizeof(std::uint64_t);
+static_assert(sizeof(Page) <= kHead);
+
+char* NewPage(std::size_t size, std::uint32_t nodes) {
+  return reinterpret_cast<char*>(new (::operator new(size)) Page{nodes});
+}
+
+}  // namespace
+
+XmlPages::Place XmlPages::TakeFromNew(std::size_t bytes) {
+  constexpr auto firstOffset = static_cast<std::uint16_t>(kHead / kUnit);
+  if (bytes >= kLarge) return {NewPage(kHead + bytes, 1) + kHead, firstOffset};
+  ClosePage();
+  const std::size_t size = std::max(nextSize, kHead + bytes);
+  page = NewPage(size, Page::kOpen);
+  next = page + kHead;
+  end = page + size;
+  nextSize = std::clamp(nextSize * 2, kSecondPage, kLargestPage);
+  return Take(bytes);
+}
+
+void XmlPages::ClosePage() {
+  if (page) reinterpret_cast<Page*>(page)->Drop(Page::kOpen - taken);
+  page = nullptr;
+  taken = 0;
+}
+
+void XmlPages::Release(void* memory, std::uint16_t offset, std::size_t bytes) {
+  ASAN_POISON_MEMORY_REGION(memory, bytes);
+  reinterpret_cast<Page*>(static_cast<char*>(memory) - offset * kUnit)->Drop(1);
+}
+
+}  // namespace tarn
