@@ -21,15 +21,15 @@ std::string CXmlEntityTable::Encode(const char* text) const {
 }
 
 void CXmlEntityTable::EncodeTo(std::string& out, std::string_view text) const {
-  std::size_t written = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const CXmlEntity* row = rowOfByte[static_cast<unsigned char>(text[i])];
-    if (!row) continue;
-    out.append(text, written, i - written);
+  const char* const end = text.data() + text.size();
+  for (const char* p = text.data();; ++p) {
+    const char* const from = p;
+    const CXmlEntity* row = nullptr;
+    while (p != end && !(row = rowOfByte[static_cast<unsigned char>(*p)])) ++p;
+    out.append(from, static_cast<std::size_t>(p - from));
+    if (!row) return;
     out.append(row->reference);
-    written = i + 1;
   }
-  out.append(text, written);
 }
 
 std::string CXmlEntityTable::Decode(const char* text) const {

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "xml/XmlNode.h"
@@ -13,7 +15,9 @@ class XmlWriter {
   XmlWriter(std::string& buffer, const CXmlDisplayOptions& displayOptions)
       : out(buffer),
         options(displayOptions),
-        encoder(options.encodeEntities ? options.entityTable : nullptr) {}
+        encoder(options.encodeEntities ? options.entityTable : nullptr),
+        valueStart{'=', options.quoteChar},
+        valueEnd{options.quoteChar, ' '} {}
 
   void Write(const CXmlNode& root, int depth) {
     startDepth = depth;
@@ -53,9 +57,9 @@ class XmlWriter {
     if (!IsWritten(node)) return;
     NewLine(startDepth + static_cast<int>(levels.size()));
     if (node.GetType() == XmlComment) {
-      out.append("<!--").append(node.ValueText()).append("-->");
+      out.append("<!--").append(node.ValueView()).append("-->");
     } else if (node.GetType() == XmlCData) {
-      out.append("<![CDATA[").append(node.ValueText()).append("]]>");
+      out.append("<![CDATA[").append(node.ValueView()).append("]]>");
     } else {
       OpenElement(node);
     }
@@ -65,9 +69,9 @@ class XmlWriter {
     out.append(1, '<').append(node.NameView());
     if (node.GetFirstAttr()) out += ' ';
     for (const CXmlAttr& attr : node.Attributes()) {
-      out.append(attr.NameView()).append(1, '=').append(1, options.quoteChar);
-      WriteValue(attr.ValueText());
-      out.append(1, options.quoteChar).append(1, ' ');
+      out.append(attr.NameView()).append(valueStart, 2);
+      WriteValue(attr.ValueView());
+      out.append(valueEnd, 2);
     }
     const bool isParent = HasWrittenChildren(node);
     if (!isParent && !*node.ValueText()) {
@@ -78,7 +82,7 @@ class XmlWriter {
     if (isParent) {
       levels.push_back({&node, 0});
     } else {
-      WriteValue(node.ValueText());
+      WriteValue(node.ValueView());
       CloseTag(node);
     }
   }
@@ -87,7 +91,7 @@ class XmlWriter {
     const int depth = startDepth + static_cast<int>(levels.size());
     if (*node.ValueText()) {
       NewLine(depth);
-      WriteValue(node.ValueText());
+      WriteValue(node.ValueView());
     }
     NewLine(depth - 1);
     CloseTag(node);
@@ -97,8 +101,9 @@ class XmlWriter {
 
   void NewLine(int depth) {
     if (!options.newline) return;
-    out += "\r\n";
-    if (depth > 0) out.append(static_cast<std::size_t>(depth), '\t');
+    const std::size_t length = kLineEnd.size() + static_cast<std::size_t>(std::max(depth, 0));
+    if (indent.size() < length) indent.resize(length, '\t');
+    out.append(indent.data(), length);
   }
 
   void WriteValue(std::string_view value) {
@@ -114,10 +119,15 @@ class XmlWriter {
     if (run % 2 == 1) out += '\\';
   }
 
+  static constexpr std::string_view kLineEnd = "\r\n";
+
   std::string& out;
   const CXmlDisplayOptions& options;
   const CXmlEntityTable* encoder;  // null when texts are written as they are
+  const char valueStart[2];
+  const char valueEnd[2];
   int startDepth = 0;
+  std::string indent{kLineEnd};  // and as many tabs as any line had so far
   std::vector<Level> levels;
 };
 
