@@ -13,10 +13,8 @@
 #endif
 #endif
 #if defined(TARN_POISONS_NODES)
-#include <sanitizer/asan_interface.h>
-#else
-#define ASAN_POISON_MEMORY_REGION(memory, bytes) \
-  (static_cast<void>(memory), static_cast<void>(bytes))
+// Part of the sanitizer's run time.
+extern "C" void __asan_poison_memory_region(const volatile void* memory, std::size_t bytes);
 #endif
 
 namespace tarn {
@@ -65,8 +63,10 @@ void XmlPages::ClosePage() {
   taken = 0;
 }
 
-void XmlPages::Release(void* memory, std::uint16_t offset, std::size_t bytes) {
-  ASAN_POISON_MEMORY_REGION(memory, bytes);
+void XmlPages::Release(void* memory, std::uint16_t offset, [[maybe_unused]] std::size_t bytes) {
+#if defined(TARN_POISONS_NODES)
+  __asan_poison_memory_region(memory, bytes);
+#endif
   reinterpret_cast<Page*>(static_cast<char*>(memory) - offset * kUnit)->Drop(1);
 }
 
