@@ -28,7 +28,7 @@ std::string FunctionOf(const CommandEntry& command) {
   return name;
 }
 
-// A text inside the brackets of a specification.
+// A text inside the brackets behind an option.
 std::string HelpOf(const std::string& text) {
   return ReplaceAll(ReplaceAll(ReplaceAll(text, "[", "("), "]", ")"), ":", "\\:");
 }
