@@ -67,6 +67,10 @@ std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* ite
                                     bool isJustMade) {
   // Without a project the item would be in no file.
   if (!isOpen) return 0;
+  if (HasControlBytes(itempath)) {
+    output->WriteMessage(kRowCannotRead, {itempath});
+    return 0;
+  }
   if (isDefaultProject != 0 && activeApplication != nullptr) {
     const TreeUpdate update(views);
     RemoveContentChildren(*activeApplication);
@@ -76,10 +80,6 @@ std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* ite
   if (itempath.empty()) {
     BrowseAndAddFiles();
     return 1;
-  }
-  if (HasControlBytes(itempath)) {
-    output->WriteMessage(kRowCannotRead, {itempath});
-    return 0;
   }
   CXmlNode* present = nullptr;
   FindChildNode(itempath.c_str(), "Path", target, present);

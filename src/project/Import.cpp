@@ -55,9 +55,7 @@ std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
   const std::string caption = GetMessageText(kRowProjectWord);
   bool converts = true;
   if (files.ReadWholeFile(newFile)) {
-    const std::string question =
-        FormatMessageText(GetMessageText(kRowOverwriteQuestion), std::vector<std::string>{newFile});
-    converts = AskOkCancel(mainframeHandle, question, caption);
+    converts = MayOverwrite(newFile);
     if (projectEpoch != opened) return 0;
   }
   if (converts) {

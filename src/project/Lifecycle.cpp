@@ -349,14 +349,16 @@ std::int32_t CProjectModel::NewProject(const char* path) {
   return result;
 }
 
+bool CProjectModel::MayOverwrite(const std::string& path) const {
+  const std::string question =
+      FormatMessageText(GetMessageText(kRowOverwriteQuestion), std::vector<std::string>{path});
+  return AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord));
+}
+
 std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int32_t askOverwrite) {
   if (!CanStartOperation()) return 0;
   if (files.Exists(path)) {
-    if (askOverwrite != 0) {
-      const std::string text =
-          FormatMessageText(GetMessageText(kRowOverwriteQuestion), std::vector<std::string>{path});
-      if (!AskOkCancel(mainframeHandle, text, GetMessageText(kRowProjectWord))) return 0;
-    }
+    if (askOverwrite != 0 && !MayOverwrite(path)) return 0;
     // It goes by being replaced, so that a full disk does not cost the old one as well.
     if (files.IsFolder(path) || files.IsReadOnly(path)) return 0;
   }
@@ -377,6 +379,8 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
     SendHost(kMsgProjectCreated, path, 0);
   } else {
     output->WriteMessage(kRowCannotSave, {path});
+    // What was to be replaced is still there, and must not be taken for the new project.
+    if (files.Exists(path)) return 0;
   }
   modified = 1;
   return 1;

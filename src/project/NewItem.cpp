@@ -165,16 +165,16 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
   if (isOpen && EqualNoCase(projectFile, projectPath) && !CloseProject()) return 0;
   if (!CheckFileAccess(files, applicationFile, kMustBeWritable | kCreateFolder, *output)) return 0;
   if (files.Exists(applicationFile)) {
-    const std::string question = FormatMessageText(GetMessageText(kRowOverwriteQuestion),
-                                                   std::vector<std::string>{applicationFile});
-    if (!AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord))) return 0;
-    if (!files.RemoveFile(applicationFile)) return 0;
+    if (!MayOverwrite(applicationFile)) return 0;
+    // It goes by being replaced, so that a full disk does not cost the old one as well.
+    if (files.IsFolder(applicationFile) || files.IsReadOnly(applicationFile)) return 0;
     (void)files.RemoveFile(WithExtension(projectFile, ".dbi"));
   }
   // The creation goes on without a file, and adding the application reports that it is missing.
   const std::string text = node.ToString(g_xmlDisplayOptions);
   if (!files.WriteWholeFile(applicationFile, text)) {
     output->WriteMessage(kRowCannotSave, {applicationFile});
+    if (files.Exists(applicationFile)) return 0;
   }
   if (!CreateProjectFile(projectFile, 0)) return 0;
   if (!OpenProject(projectFile.c_str(), 0)) return 0;

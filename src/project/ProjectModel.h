@@ -290,6 +290,7 @@ class CProjectModel {
   void FreeSubtree(CXmlNode& parent, CXmlNode* node);
   void ForgetPointersInto(const CXmlNode& node);
   std::string AskForProject();
+  bool MayOverwrite(const std::string& path) const;
 
   CXmlNode* FindItem(const char* itemname);
   CXmlNode* Paste(CXmlNode* target);

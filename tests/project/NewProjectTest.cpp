@@ -76,7 +76,7 @@ const CreateRow kCreateRows[] = {
        world.disk.FailOn("write", "/p/new.tprj", ErrorCode::NoSpace);
      },
      true,
-     1,
+     0,
      kQuestion,
      {"row 9 /p/new.tprj"},
      {"/p/new.dbi = old", "/p/new.tdb = old", "/p/new.tprj = old"}},

@@ -327,7 +327,11 @@ TEST_F(TreeOperations, ANewProjectIsWrittenOpenedAndWrittenAgainWhenClosed) {
   EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 0) << "not to be overwritten";
   EXPECT_EQ(world.FileText("/new/boot.tapp"), "precious");
   EXPECT_EQ(world.model->GetProjectPath(), "/p/demo.tprj");
-  user.okCancel = {true};
+  user.okCancel = {true, true};
+  world.disk.FailOn("write", "/new/boot.tapp", ErrorCode::NoSpace);
+  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 0) << "nor lost to a full disk";
+  EXPECT_EQ(world.FileText("/new/boot.tapp"), "precious");
+  world.disk.ClearFailures();
   world.host.TakeLines();
   EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
   EXPECT_EQ(world.FileText("/new/boot.tapp"),
