@@ -1,7 +1,5 @@
 #include "build/BuildWalk.h"
 
-#include <unordered_set>
-
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -11,42 +9,22 @@ namespace tarn {
 
 namespace {
 
-constexpr std::size_t kMaxNodesAhead = 512;
+constexpr std::size_t kMaxNodesAhead = 2048;
+constexpr std::uint64_t kNeverEpoch = UINT64_MAX;
+constexpr unsigned kStepsPerLook = 16;
 
-// Gathers paths that are not known yet, each once.
-class PathGatherer {
- public:
-  PathGatherer(const NodeTypes& nodeTypes, const FileTimes& fileTimes,
-               std::vector<std::string>& gatheredPaths)
-      : types(nodeTypes), times(fileTimes), paths(gatheredPaths) {}
-
-  void Add(const char* path) {
-    if (!times.Knows(path) && seen.insert(path).second) paths.emplace_back(path);
+// About the nodes of the subtree, at most `limit` of them; gives how many.
+std::size_t AskForSubtree(Staleness& staleness, const CXmlNode& node, FileTimes::Inquiry& inquiry,
+                          std::size_t limit) {
+  if (limit == 0) return 0;
+  std::size_t count = 1;
+  staleness.AskForFiles(node, inquiry);
+  for (int i = 0; i < node.GetChildCount() && count < limit; ++i) {
+    const CXmlNode* child = node.GetChild(i);
+    if (IsContentNode(*child)) count += AskForSubtree(staleness, *child, inquiry, limit - count);
   }
-  void AddNode(const CXmlNode& node) {
-    found.clear();
-    Staleness::CollectFiles(types, node, found);
-    for (const char* path : found) Add(path);
-  }
-  // Nodes of the subtree, at most `limit` of them; gives how many.
-  std::size_t AddSubtree(const CXmlNode& node, std::size_t limit) {
-    if (limit == 0) return 0;
-    std::size_t count = 1;
-    AddNode(node);
-    for (int i = 0; i < node.GetChildCount() && count < limit; ++i) {
-      const CXmlNode* child = node.GetChild(i);
-      if (IsContentNode(*child)) count += AddSubtree(*child, limit - count);
-    }
-    return count;
-  }
-
- private:
-  const NodeTypes& types;
-  const FileTimes& times;
-  std::vector<std::string>& paths;
-  std::unordered_set<std::string_view> seen;
-  std::vector<const char*> found;
-};
+  return count;
+}
 
 }  // namespace
 
@@ -89,7 +67,8 @@ WalkRequest BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
       break;
     }
     if (!Step(request)) return request;
-    if (IsOver(deadline) && !frames.empty()) {
+    // Most steps take less time than a look at the clock.
+    if (++stepCount % kStepsPerLook == 0 && IsOver(deadline) && !frames.empty()) {
       request.kind = WalkRequest::Kind::Pause;
       return request;
     }
@@ -193,53 +172,59 @@ bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
   CXmlNode& node = *frame.node;
   if (mode == ModeClean) return Return(Clean(node), false);
   if (mode == ModeBuild) {
-    if (NeedsTimes(frame, request)) return false;
-    const bool childrenGood = frame.childrenGood && frame.goodEpoch == model.fileTimes.GetEpoch();
-    const bool isUpToDate = childrenGood
-                                ? Staleness(model.types, model.fileTimes).IsUpToDateAlone(node)
-                                : model.IsNodeUpToDate(&node);
+    Staleness staleness(model.types, model.fileTimes,
+                        MayAsk(frame) ? Staleness::Unknown::Miss : Staleness::Unknown::Examine);
+    const bool isUpToDate =
+        AreChildrenGood(frame) ? staleness.IsUpToDateAlone(node) : staleness.IsUpToDate(&node);
+    if (staleness.HasMissed()) return !AskForTimes(frame, request);
     if (isUpToDate) return Return(true, true);
   }
   frame.stage = Stage::Translate;
   return true;
 }
 
-// Files that the frame's node is judged by, and those of the nodes that come next, so that a walk
-// over an up-to-date tree changes threads once in hundreds of nodes.
-bool BuildWalk::NeedsTimes(Frame& frame, WalkRequest& request) {
-  // Once a node: a host that keeps reporting makes the times forgotten again and again, and what is
-  // still missing is then looked at here.
-  if (!asksForTimes || frame.hasAskedForTimes) return false;
-  PathGatherer gatherer(model.types, model.fileTimes, request.paths);
-  const bool judgesSubtree = !frame.childrenGood || frame.goodEpoch != model.fileTimes.GetEpoch();
-  if (judgesSubtree) {
-    gatherer.AddSubtree(*frame.node, SIZE_MAX);
+bool BuildWalk::AreChildrenGood(const Frame& frame) const {
+  return frame.childrenGood && frame.goodEpoch == model.fileTimes.GetEpoch();
+}
+
+// A host that keeps reporting makes the times forgotten again and again: then what is missing is
+// looked at here.
+bool BuildWalk::MayAsk(const Frame& frame) const {
+  return asksForTimes && (frame.askedEpoch == 0 || frame.askedEpoch == model.fileTimes.GetEpoch());
+}
+
+// For the files that the frame's node is judged by, and those of the nodes that come next, so that
+// a walk over an up-to-date tree changes threads once in hundreds of nodes.
+bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
+  frame.askedEpoch = model.fileTimes.GetEpoch();
+  Staleness staleness(model.types, model.fileTimes);
+  if (AreChildrenGood(frame)) {
+    staleness.AskForFiles(*frame.node, request.inquiry);
   } else {
-    gatherer.AddNode(*frame.node);
+    AskForSubtree(staleness, *frame.node, request.inquiry, SIZE_MAX);
   }
   if ((model.types.FlagsOf(*frame.node) & kTypeApplication) != 0) {
-    ForEachLinkFile(model.types, frame.node, true, frame.node,
-                    [&](const char* part) { gatherer.Add(part); });
+    staleness.AskForParts(*frame.node, request.inquiry);
   }
-  if (request.paths.empty()) return false;
-  frame.hasAskedForTimes = true;
+  if (request.inquiry.IsEmpty()) {  // a path that nobody can ask for
+    frame.askedEpoch = kNeverEpoch;
+    return false;
+  }
 
   std::size_t left = nodesAhead;
   for (auto outer = frames.rbegin() + 1; outer != frames.rend() && left > 0; ++outer) {
     for (std::size_t i = outer->next; i < outer->children.size() && left > 0; ++i) {
-      left -= std::min(left, gatherer.AddSubtree(*outer->children[i], left));
+      left -= std::min(left, AskForSubtree(staleness, *outer->children[i], request.inquiry, left));
     }
+    if (left > 0) staleness.AskForFiles(*outer->node, request.inquiry);
   }
   nodesAhead = std::min(nodesAhead * 2, kMaxNodesAhead);
   request.kind = WalkRequest::Kind::Examine;
   return true;
 }
 
-void BuildWalk::TakeTimes(std::vector<std::string> paths,
-                          const std::vector<std::optional<std::int64_t>>& times) {
-  for (std::size_t i = 0; i < paths.size(); ++i) {
-    model.fileTimes.Add(std::move(paths[i]), times[i]);
-  }
+void BuildWalk::TakeTimes(const FileTimes::Inquiry& inquiry) {
+  model.fileTimes.Take(inquiry);
 }
 
 bool BuildWalk::Clean(CXmlNode& node) {

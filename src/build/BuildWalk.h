@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "build/FileTimes.h"
 #include "platform/automation/Variant.h"
 #include "project/ProjectModel.h"
 
@@ -17,7 +18,7 @@ struct WalkRequest {
     Done,
     Pause,    // the time is up; call Advance again when the host has had its turn
     RunTool,  // run the tool, then TakeToolResult
-    Examine,  // examine the files, then TakeTimes
+    Examine,  // have the inquiry examined, then TakeTimes
   };
   Kind kind = Kind::Done;
 
@@ -27,7 +28,7 @@ struct WalkRequest {
   std::string options;
   NullableText messageFile;
 
-  std::vector<std::string> paths;
+  FileTimes::Inquiry inquiry;
 };
 
 // A build as a walk that can be interrupted: depth first, children before their node, each stale
@@ -52,8 +53,7 @@ class BuildWalk {
   // Goes on until something is needed, or the walk is done, or `deadline` is over.
   WalkRequest Advance(std::optional<Clock::time_point> deadline);
   void TakeToolResult(bool succeeded);
-  void TakeTimes(std::vector<std::string> paths,
-                 const std::vector<std::optional<std::int64_t>>& times);
+  void TakeTimes(const FileTimes::Inquiry& inquiry);
 
   // After Done.
   bool Succeeded() const { return succeeded; }
@@ -70,9 +70,9 @@ class BuildWalk {
     Stage stage;
     std::vector<CXmlNode*> children;  // a copy: a reordering host does no harm
     std::size_t next = 0;
-    bool childrenGood = true;     // each child was found up to date
-    std::uint64_t goodEpoch = 0;  // with file times of this epoch
-    bool hasAskedForTimes = false;
+    bool childrenGood = true;      // each child was found up to date
+    std::uint64_t goodEpoch = 0;   // with file times of this epoch
+    std::uint64_t askedEpoch = 0;  // of the file times when the node last asked for some
   };
 
   // Each step gives whether the walk can go on at once; otherwise `request` says why not.
@@ -86,7 +86,9 @@ class BuildWalk {
   void FinishTool(Frame& frame);
   void LeaveTool();
   bool Clean(CXmlNode& node);
-  bool NeedsTimes(Frame& frame, WalkRequest& request);
+  bool AreChildrenGood(const Frame& frame) const;
+  bool MayAsk(const Frame& frame) const;
+  bool AskForTimes(Frame& frame, WalkRequest& request);
   // The frame's node is dealt with: its parent goes on.
   bool Return(bool success, bool isGood);
   bool IsOver(const std::optional<Clock::time_point>& deadline) const;
@@ -103,7 +105,8 @@ class BuildWalk {
   std::string messageFile;
   std::uint64_t treeEpoch = 0;
   std::uint64_t publishedEpoch = 0;  // the whole tree below the start is published
-  std::size_t nodesAhead = 64;       // how far to look ahead for files to examine
+  unsigned stepCount = 0;
+  std::size_t nodesAhead = 512;  // how far to look ahead for files to examine
   std::optional<Clock::time_point> currentDeadline;
 };
 

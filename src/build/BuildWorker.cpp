@@ -22,6 +22,8 @@ namespace {
 
 // The longest time that a step may hold the host's thread.
 constexpr std::chrono::milliseconds kStepTime(5);
+// The longest time that a stop may go unnoticed while files are looked at.
+constexpr std::chrono::milliseconds kLookTime(50);
 
 }  // namespace
 
@@ -134,14 +136,13 @@ std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
 
 void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
   WalkRequest request;
-  std::vector<std::optional<std::int64_t>> times;
   bool toolResult = false;
   FileSystem& disk = control->model->files;
   const auto step = [&] {
     control->isInStep = true;
     BuildWalk& walk = *control->model->workerWalk;
     if (request.kind == WalkRequest::Kind::RunTool) walk.TakeToolResult(toolResult);
-    if (request.kind == WalkRequest::Kind::Examine) walk.TakeTimes(std::move(request.paths), times);
+    if (request.kind == WalkRequest::Kind::Examine) walk.TakeTimes(request.inquiry);
     request = walk.Advance(BuildWalk::Clock::now() + kStepTime);
     control->isInStep = false;
   };
@@ -156,11 +157,7 @@ void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
       toolResult = tools.RunTool(request.tool, request.files, request.options,
                                  request.messageFile ? request.messageFile->c_str() : nullptr) != 0;
     } else if (request.kind == WalkRequest::Kind::Examine) {
-      times.clear();
-      for (const std::string& path : request.paths) {
-        const std::optional<FileStatus> status = disk.Examine(path);
-        times.push_back(status ? std::optional(status->modifiedSeconds) : std::nullopt);
-      }
+      request.inquiry.Examine(disk, BuildWalk::Clock::now() + kLookTime);
     }
   } while (request.kind != WalkRequest::Kind::Done);
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <memory>
+#include <memory_resource>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -14,31 +16,69 @@ namespace tarn {
 // Modification times of files as examined since the last Forget, so that a walk over an
 // up-to-date tree examines each file once, however many nodes depend on it. Whoever may have
 // changed a file (a tool that ran, a deletion, the end of a walk) makes it forget everything.
+//
+// Belongs to one thread; an Inquiry may be answered on another.
 class FileTimes {
  public:
+  // Seconds since 1970; nothing when the file cannot be examined.
+  using Time = std::optional<std::int64_t>;
+
+  class Inquiry;
+
   explicit FileTimes(FileSystem& fileSystem) : files(fileSystem) {}
 
-  // Seconds since 1970; nothing when the file cannot be examined.
-  std::optional<std::int64_t> Get(const char* path);
+  Time Get(const char* path);
+  // What Get would answer without looking at the disk; null when it would have to look.
+  const Time* Find(const char* path) const;
 
-  // For examining elsewhere: whether Get would answer without looking at the disk, and the way to
-  // hand in what was seen.
-  bool Knows(const char* path) const { return times.find(std::string_view(path)) != times.end(); }
-  void Add(std::string path, std::optional<std::int64_t> time);
+  // The answers become known, and what has none can be asked for anew. Nothing happens when
+  // everything was forgotten since the questions were put: whoever made it forget may have changed
+  // a file behind the look at it.
+  void Take(const Inquiry& inquiry);
 
   void Forget();
   // Changes with each Forget.
   std::uint64_t GetEpoch() const { return epoch; }
 
  private:
+  struct Entry {
+    bool isKnown = false;  // otherwise in an inquiry
+    Time time;
+  };
   struct TextHash {
-    using is_transparent = void;
     std::size_t operator()(std::string_view text) const;
   };
+  // All at once, since all is forgotten at once. An inquiry keeps the texts that it needs alive.
+  struct Store {
+    std::pmr::monotonic_buffer_resource memory;
+    std::pmr::unordered_map<std::string_view, Entry, TextHash> entries{&memory};
+  };
+  using Known = std::pmr::unordered_map<std::string_view, Entry, TextHash>::value_type;
+
+  Known& Insert(std::string_view path);
 
   FileSystem& files;
-  std::unordered_map<std::string, std::optional<std::int64_t>, TextHash, std::equal_to<>> times;
+  std::shared_ptr<Store> store = std::make_shared<Store>();
   std::uint64_t epoch = 1;
+};
+
+// Files whose times are wanted, to be looked at in one go, wherever there is time for it.
+class FileTimes::Inquiry {
+ public:
+  // Nobody has asked for the file yet since the last Forget, be it in another inquiry; then it is
+  // added. On the thread of `times`.
+  bool Add(FileTimes& times, const char* path);
+  bool IsEmpty() const { return asked.empty(); }
+  // Looks at one file at least, and at further ones until the time is up. On any thread, while no
+  // other uses the inquiry.
+  void Examine(FileSystem& files, std::chrono::steady_clock::time_point deadline);
+
+ private:
+  friend class FileTimes;
+
+  std::shared_ptr<Store> store;
+  std::vector<Known*> asked;
+  std::vector<Time> found;  // as far as examined, in the order of `asked`
 };
 
 }  // namespace tarn

@@ -41,6 +41,14 @@ bool Staleness::IsUpToDateAlone(const CXmlNode& node) {
   return !Examine(node);
 }
 
+FileTimes::Time Staleness::TimeOf(const char* path) {
+  if (onUnknown == Unknown::Examine) return times.Get(path);
+  const FileTimes::Time* known = times.Find(path);
+  if (known != nullptr) return *known;
+  hasMissed = true;
+  return std::nullopt;
+}
+
 StaleVerdict Staleness::Examine(const CXmlNode& node) {
   const std::uint32_t flags = types.FlagsOf(node);
   if (IsExactlyYes(node, "Exclude") || (flags & kTypeBuild) == 0 || node.NameView() == "Group") {
@@ -48,7 +56,7 @@ StaleVerdict Staleness::Examine(const CXmlNode& node) {
   }
   const char* outputFile = node.GetAttrValue("OutputFile");
   if (IsBlankAttr(outputFile)) return {StaleReason::NoOutputName, {}};
-  const std::optional<std::int64_t> outputTime = times.Get(outputFile);
+  const FileTimes::Time outputTime = TimeOf(outputFile);
   if (!outputTime) return {StaleReason::OutputMissing, outputFile};
   const std::int64_t lastBuilt = LastBuiltOf(node);
   if (lastBuilt == 0) return {StaleReason::NeverBuilt, outputFile};
@@ -56,7 +64,7 @@ StaleVerdict Staleness::Examine(const CXmlNode& node) {
   if ((flags & kTypeApplication) != 0) return ExamineParts(node, *outputTime);
 
   const char* path = node.GetAttrValue("Path");
-  const std::optional<std::int64_t> sourceTime = path == nullptr ? std::nullopt : times.Get(path);
+  const FileTimes::Time sourceTime = path == nullptr ? std::nullopt : TimeOf(path);
   if (!sourceTime) return {StaleReason::SourceMissing, TextOf(path)};
   if (*sourceTime > *outputTime) return {StaleReason::SourceNewer, path};
   return ExamineDependencies(node, *outputTime);
@@ -66,7 +74,7 @@ StaleVerdict Staleness::ExamineParts(const CXmlNode& application, std::int64_t o
   StaleVerdict verdict;
   ForEachLinkFile(types, &application, true, &application, [&](const char* part) {
     if (verdict) return;
-    const std::optional<std::int64_t> time = times.Get(part);
+    const FileTimes::Time time = TimeOf(part);
     if (!time) {
       verdict = {StaleReason::PartMissing, part};
     } else if (*time > outputTime) {
@@ -82,29 +90,33 @@ StaleVerdict Staleness::ExamineDependencies(const CXmlNode& node, std::int64_t o
   for (int i = 0; i < dependencies->GetChildCount(); ++i) {
     const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
     if (file == nullptr) continue;
-    const std::optional<std::int64_t> time = times.Get(file);
+    const FileTimes::Time time = TimeOf(file);
     if (!time) return {StaleReason::DependencyMissing, file};
     if (*time > outputTime) return {StaleReason::DependencyNewer, file};
   }
   return {};
 }
 
-void Staleness::CollectFiles(const NodeTypes& types, const CXmlNode& node,
-                             std::vector<const char*>& paths) {
+void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry) {
   const std::uint32_t flags = types.FlagsOf(node);
   const char* outputFile = node.GetAttrValue("OutputFile");
   const bool isJudged = (flags & kTypeBuild) != 0 && !IsBlankAttr(outputFile) &&
                         node.NameView() != "Group" && LastBuiltOf(node) != 0;
   if (!isJudged) return;
-  paths.push_back(outputFile);
+  inquiry.Add(times, outputFile);
   if ((flags & kTypeApplication) != 0) return;
   const char* path = node.GetAttrValue("Path");
-  if (!IsBlankAttr(path)) paths.push_back(path);
+  if (!IsBlankAttr(path)) inquiry.Add(times, path);
   const CXmlNode* dependencies = DependenciesOf(node);
   for (int i = 0; dependencies != nullptr && i < dependencies->GetChildCount(); ++i) {
     const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
-    if (!IsBlankAttr(file)) paths.push_back(file);
+    if (!IsBlankAttr(file)) inquiry.Add(times, file);
   }
+}
+
+void Staleness::AskForParts(const CXmlNode& application, FileTimes::Inquiry& inquiry) {
+  ForEachLinkFile(types, &application, true, &application,
+                  [&](const char* part) { inquiry.Add(times, part); });
 }
 
 }  // namespace tarn

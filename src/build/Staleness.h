@@ -35,8 +35,13 @@ struct StaleVerdict {
 // have exactly the time that its tool reported.
 class Staleness {
  public:
-  Staleness(const NodeTypes& nodeTypes, FileTimes& fileTimes)
-      : types(nodeTypes), times(fileTimes) {}
+  enum class Unknown {
+    Examine,  // a file whose time is not known yet is looked at
+    Miss,     // it is taken for missing; HasMissed then says that the answer is worth nothing
+  };
+
+  Staleness(const NodeTypes& nodeTypes, FileTimes& fileTimes, Unknown unknown = Unknown::Examine)
+      : types(nodeTypes), times(fileTimes), onUnknown(unknown) {}
 
   // Nothing to do here or below; the first stale descendant ends the search.
   bool IsUpToDate(const CXmlNode* node);
@@ -45,16 +50,22 @@ class Staleness {
   // The rules of the node itself.
   StaleVerdict Examine(const CXmlNode& node);
 
-  // The files that IsUpToDateAlone may look at, apart from those that an application is made of.
-  static void CollectFiles(const NodeTypes& types, const CXmlNode& node,
-                           std::vector<const char*>& paths);
+  bool HasMissed() const { return hasMissed; }
+
+  // Puts the files that IsUpToDateAlone may look at into an inquiry; for an application without
+  // those that it is made of, which may be many.
+  void AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry);
+  void AskForParts(const CXmlNode& application, FileTimes::Inquiry& inquiry);
 
  private:
+  FileTimes::Time TimeOf(const char* path);
   StaleVerdict ExamineParts(const CXmlNode& application, std::int64_t outputTime);
   StaleVerdict ExamineDependencies(const CXmlNode& node, std::int64_t outputTime);
 
   const NodeTypes& types;
   FileTimes& times;
+  Unknown onUnknown;
+  bool hasMissed = false;
 };
 
 // Calls `onItem(text)` for each file that an application hands to its tool, in tree order: outputs
