@@ -5,6 +5,8 @@
 
 #include "hosts/frame/BuildInputs.h"
 #include "hosts/frame/ProjectFile.h"
+#include "hosts/frame/ProjectTemplate.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "xml/StrictText.h"
 
@@ -117,6 +119,8 @@ Status BuildSession::Start() {
     return Error{ErrorCode::NotFound, "the configuration file is missing or damaged",
                  folders.application + "config/projectmanager.config"};
   }
+  // Where nothing was installed to start it from. Without it there is just no project in between.
+  (void)WriteStandInProject(files, folders.data, FileNameOf(folders.data));
   if (const Status attached = Attach(tools, kToolsClass); !attached) return attached;
   tools.InitTools(folders.application, folders.data, frame.GetHandle());
   manager.InitToolManager(tools.GetDispatch());

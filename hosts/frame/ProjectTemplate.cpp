@@ -1,6 +1,8 @@
 #include "hosts/frame/ProjectTemplate.h"
 
 #include <algorithm>
+#include <iterator>
+#include <memory>
 
 #include "hosts/frame/LogEntry.h"
 #include "platform/paths/Paths.h"
@@ -34,12 +36,17 @@ std::string ProjectText(const std::string& name) {
   return project->ToString(g_xmlDisplayOptions);
 }
 
-std::string ApplicationText(const NewProject& project) {
-  const auto application = CXmlNode::CreateNode("Application");
-  application->AddAttr("Header", project.name);
-  application->AddAttr("Extern", OnDisk(project.name + ".tapp"));
-  application->AddAttr("Path", OnDisk(project.name + ".tapp"));
+std::unique_ptr<CXmlNode> MakeApplication(const std::string& name) {
+  auto application = CXmlNode::CreateNode("Application");
+  application->AddAttr("Header", name);
+  application->AddAttr("Extern", OnDisk(name + ".tapp"));
+  application->AddAttr("Path", OnDisk(name + ".tapp"));
   application->AddAttr("sate", "32");
+  return application;
+}
+
+std::string ApplicationText(const NewProject& project) {
+  const auto application = MakeApplication(project.name);
   CXmlNode* group = application->AddChild("Group");
   group->AddAttr("Header", "Sources");
   group->AddAttr("sate", "32");
@@ -84,6 +91,17 @@ Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewPro
   if (!status) return status.GetError();
   std::reverse(written.begin(), written.end());
   return written;
+}
+
+Status WriteStandInProject(FileSystem& files, const std::string& folder, const std::string& name) {
+  const std::string texts[] = {MakeApplication(name)->ToString(g_xmlDisplayOptions),
+                               ProjectText(name)};
+  const std::string paths[] = {JoinPath(folder, name + ".tapp"), JoinPath(folder, name + ".tprj")};
+  for (std::size_t i = 0; i < std::size(paths); ++i) {
+    if (files.Exists(paths[i])) continue;
+    if (const Status written = files.WriteWholeFile(paths[i], texts[i]); !written) return written;
+  }
+  return {};
 }
 
 std::string FindSourceType(FileSystem& files, const std::string& configurationFile,

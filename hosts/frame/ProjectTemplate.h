@@ -23,6 +23,10 @@ std::string CheckProjectName(const std::string& name);
 // application file that is there already is a failure, a source file that is there is used.
 Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewProject& project);
 
+// The project that stands in for none: `name` .tprj and .tapp, an application without files. A file
+// that is there already stays as it is.
+Status WriteStandInProject(FileSystem& files, const std::string& folder, const std::string& name);
+
 // The node type that a configuration file gives to files of an extension (without dot), or
 // `fallback` where it names none.
 std::string FindSourceType(FileSystem& files, const std::string& configurationFile,

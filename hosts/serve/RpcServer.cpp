@@ -168,7 +168,8 @@ CallProblem RpcServer::ReadFolders(const std::vector<json>& params, HostFolders&
     if (!TakeOptionalText(params[i], *path)) {
       return {kRpcBadParams, std::string("initialize: ") + name + " is no path"};
     }
-    if (IsRelativePath(*path)) *path = CanonicalPath(JoinPath(files.CurrentFolder(), *path));
+    if (IsRelativePath(*path)) *path = JoinPath(files.CurrentFolder(), *path);
+    *path = CanonicalPath(*path);  // a folder with a separator behind it has no name
   }
   folders.application = AddSeparator(folders.application);
   return {};

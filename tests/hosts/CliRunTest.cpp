@@ -93,14 +93,15 @@ TEST(CliRun, AScriptMayCloseTheProjectAndOpenAnother) {
                     "tarn.ProjectClose()\n"
                     "tarn.ProjectSave()\n"
                     "tarn.Clean()\n"
-                    "print(tarn.GetSelectedApplication(), host.size('app'), host.wait())\n");
+                    "print(tarn.GetSelectedApplication():match('[^/]*$'), host.size('app'), "
+                    "host.wait())\n");
   const auto run = project.Run({"run", "t.lua", "-q"});
   EXPECT_EQ(run.code, 0) << run.err;
   EXPECT_EQ(run.out,
             "1\trefused\t0\t0\n"
             "1\tsucceeded\t4\t0\n"
             "0\tsucceeded\t0\t0\n"  // it is open already
-            "\t\trefused\n");
+            "data.tapp\t\trefused\n");
   EXPECT_TRUE(Has(project.Run({"status"}).out, "up to date"));
 }
 

@@ -47,6 +47,17 @@ TEST(ProjectTemplate, AFailureLeavesNoProjectFile) {
   EXPECT_FALSE(files.BytesOf("/w/demo/demo.tprj"));
 }
 
+TEST(ProjectTemplate, AStandInLeavesTheUsersOptionsAlone) {
+  testing::MemoryFileSystem files;
+  files.AddFile("/u/tarn/tarn.tapp", "mine");
+  ASSERT_TRUE(WriteStandInProject(files, "/u/tarn", "tarn"));
+  EXPECT_EQ(files.BytesOf("/u/tarn/tarn.tapp"), "mine");
+  ASSERT_TRUE(WriteStandInProject(files, "/u/tarn", "other"));
+  EXPECT_EQ(files.BytesOf("/u/tarn/other.tapp"),
+            "\r\n<Application Header=\"other\" Extern=\".\\other.tapp\" Path=\".\\other.tapp\" "
+            "sate=\"32\" />");
+}
+
 TEST(ProjectTemplate, NamesThatAreNoFileNamesAreRefused) {
   for (const char* name : {"", ".", "..", "a/b", "a\\b", "a\"b", "a\nb", "a|b"}) {
     EXPECT_NE(CheckProjectName(name), "") << name;

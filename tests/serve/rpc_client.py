@@ -38,6 +38,7 @@ class Client:
         self.answers = answers or {}
         self.transcript = []  # params of host/message, in order
         self.questions = []  # method and params of what the server asked
+        self.heard = []  # both of them, in order
         self.process = subprocess.Popen(
             [program, "serve"], stdin=subprocess.PIPE, stdout=self.relay.stdin,
             env=environment, cwd=folder)
@@ -82,6 +83,7 @@ class Client:
                 raise Ended()
             if isinstance(message, list) or "method" not in message:
                 return message
+            self.heard.append((message["method"], message["params"]))
             if message["method"] == "host/message":
                 self.transcript.append(message["params"])
                 return message
@@ -114,9 +116,9 @@ class Client:
     def call(self, method, *params):
         return self.wait(self.post(method, list(params)))
 
-    def wait_message(self, name):
-        """Waits for a host message that came since the transcript was last cleared."""
-        while not any(each["name"] == name for each in self.transcript):
+    def wait_message(self, name, count=1):
+        """Waits for so many host messages that came since the transcript was last cleared."""
+        while sum(each["name"] == name for each in self.transcript) < count:
             message = self.next()
             if isinstance(message, dict) and "method" not in message:
                 self.responses[message["id"]] = message
