@@ -96,6 +96,8 @@ class BuildSession {
 
   // The server has opened this project: reads its state. Calls nothing of the server.
   void Adopt(const std::string& openedPath);
+  // The project was closed, or another one is open that nothing is kept for: none is built by Run.
+  void LeaveProject() { OnProjectChanged({}); }
   // In front of a call that may start tools. Not while a build runs.
   void BeginWork();
   // Behind the end of the worker, or of a call that ran tools itself: keeps what was reported.

@@ -45,7 +45,7 @@ class RpcServer {
   bool IsOver() const;
 
   FileSystem& files;
-  ToolStopper stopper;
+  WorkStopper stopper;
   ClientChannel channel;
   ClientQuestions questions;
   std::unique_ptr<ServedSession> session;  // from initialize on

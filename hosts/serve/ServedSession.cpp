@@ -4,6 +4,8 @@
 #include <array>
 #include <chrono>
 
+#include "platform/text/Text.h"
+
 namespace tarn::host {
 
 namespace {
@@ -22,38 +24,46 @@ bool IsBuildCommand(std::uint32_t command) {
 
 }  // namespace
 
-void ToolStopper::SetTools(ToolManagerDriver* sessionTools) {
+void WorkStopper::SetSession(BuildSession* buildSession) {
   const std::lock_guard<std::mutex> hold(lock);
-  tools = sessionTools;
-  if (stopped && tools != nullptr) tools->StopTools();
+  session = buildSession;
+  if (stopped && session != nullptr) session->Tools().StopTools();
 }
 
-void ToolStopper::Stop() {
+void WorkStopper::Stop() {
   const std::lock_guard<std::mutex> hold(lock);
   stopped = true;
-  if (tools != nullptr) tools->StopTools();
+  if (session == nullptr) return;
+  session->RequestStop();
+  session->Tools().StopTools();
 }
 
-void ToolStopper::Confirm() {
+void WorkStopper::Confirm() {
   const std::lock_guard<std::mutex> hold(lock);
-  if (stopped && tools != nullptr) tools->StopTools();
+  if (stopped && session != nullptr) session->Tools().StopTools();
+}
+
+bool WorkStopper::IsStopped() {
+  const std::lock_guard<std::mutex> hold(lock);
+  return stopped;
 }
 
 ServedSession::ServedSession(FileSystem& files, const HostFolders& folders,
-                             ClientQuestions& clientQuestions, ToolStopper& toolStopper,
+                             ClientQuestions& clientQuestions, WorkStopper& workStopper,
                              std::function<void(const HostEvent&)> onMessage)
     : session(frame, files, folders),
       questions(clientQuestions),
-      stopper(toolStopper),
+      stopper(workStopper),
       tellMessage(std::move(onMessage)),
       loop(MessageLoop::ForCurrentThread()) {
   AnswerMessages();
 }
 
 ServedSession::~ServedSession() {
-  stopper.SetTools(nullptr);
+  stopper.SetSession(nullptr);
   SetDialogResponder(frame.GetHandle(), nullptr);
-  for (const HostMessage each : {kMsgBuildStarting, kMsgProjectClosing, kMsgProjectOpened}) {
+  for (const HostMessage each :
+       {kMsgBuildStarting, kMsgProjectClosing, kMsgProjectOpened, kMsgRunScript}) {
     frame.Answer(each, {});
   }
   frame.Watch({});
@@ -64,20 +74,25 @@ void ServedSession::AnswerMessages() {
   frame.Watch([this](const HostEvent& event) { OnMessage(event); });
   frame.Answer(kMsgBuildStarting,
                [this](const HostEvent& event) { return questions.AskHost(event); });
-  frame.Answer(kMsgProjectClosing, [this](const HostEvent& event) {
-    // The tree that the results belong to may be gone when this returns.
-    KeepResults();
-    return questions.AskHost(event);
-  });
+  frame.Answer(kMsgProjectClosing,
+               [this](const HostEvent& event) { return OnProjectClosing(event); });
   frame.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
     OnProjectOpened(event);
     return std::intptr_t{1};
   });
+  frame.Answer(kMsgRunScript, [this](const HostEvent& event) {
+    OnRunScript(event);
+    return std::intptr_t{1};
+  });
+  session.Scripts().onLine = [this](const std::string& line) { TellLine(line); };
+  session.Scripts().runBuild = [this](const BuildRequest& request) {
+    return BuildForScript(request);
+  };
 }
 
 Status ServedSession::Start() {
   Status started = session.Start();
-  if (started) stopper.SetTools(&session.Tools());
+  if (started) stopper.SetSession(&session);
   return started;
 }
 
@@ -95,11 +110,51 @@ void ServedSession::OnMessage(const HostEvent& event) {
   tellMessage(event);
 }
 
+std::intptr_t ServedSession::OnProjectClosing(const HostEvent& event) {
+  // The tree that the results belong to may be gone when this returns.
+  KeepResults();
+  const std::intptr_t answer = questions.AskHost(event);
+  if (answer != 0) {
+    hasProject = false;
+    session.LeaveProject();
+  }
+  return answer;
+}
+
 void ServedSession::OnProjectOpened(const HostEvent& event) {
   hasProject = event.lParam == 0;
   isPrepared = false;
   currentPath.clear();
   if (hasProject) session.Adopt(event.text);
+}
+
+void ServedSession::OnRunScript(const HostEvent& event) {
+  if (stopper.IsStopped()) return;
+  const bool isInner = session.Scripts().IsRunning();
+  if (!isInner && !isBuilding) {
+    PrepareBuild();
+    BeginWork();
+  }
+  const ScriptOutcome ended = session.Scripts().Run(event.text, "");
+  if (isInner) return;  // the outer one is told by an error
+  if (!ended.error.empty()) {
+    for (const std::string_view line : Split(ended.error, '\n')) TellLine(std::string(line));
+  }
+  // It may have left a build behind.
+  if (!isBuilding) isBuilding = session.Manager().EnableCommand(kCmdStop) == 1;
+}
+
+BuildOutcome ServedSession::BuildForScript(const BuildRequest& request) {
+  if (isBuilding || stopper.IsStopped()) return {};
+  PrepareBuild();
+  const BuildOutcome outcome = session.Run(request, nullptr);
+  mustKeep = false;  // it is kept
+  return outcome;
+}
+
+// What a script says goes to the log without a message of its own.
+void ServedSession::TellLine(const std::string& line) {
+  tellMessage({kMsgLogLine, 0, 0, line, {}, true, false});
 }
 
 DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Variant> arguments,

@@ -12,29 +12,31 @@
 
 namespace tarn::host {
 
-// Stops the tools of whatever session there is, from any thread, for good.
-class ToolStopper {
+// Stops the tools and scripts of whatever session there is, from any thread, for good.
+class WorkStopper {
  public:
-  // The tools from now on, or null; borrowed.
-  void SetTools(ToolManagerDriver* sessionTools);
+  // The session from now on, or null; borrowed.
+  void SetSession(BuildSession* buildSession);
   void Stop();
   // After the tools were told to run again: a stop stays a stop.
   void Confirm();
+  bool IsStopped();
 
  private:
   std::mutex lock;
-  ToolManagerDriver* tools = nullptr;
+  BuildSession* session = nullptr;
   bool stopped = false;
 };
 
 // The server with its frame, driven by a client method by method. Does around the calls what a host
 // has to: hands the kept records to the project in front of a build, keeps the new ones behind it,
-// stops the tools when a stop is asked for, and carries out the commands that are posted to it.
+// stops the tools when a stop is asked for, carries out the commands that are posted to it, and
+// runs scripts.
 class ServedSession {
  public:
   // `onMessage` hears of every host message. All are borrowed.
   ServedSession(FileSystem& files, const HostFolders& folders, ClientQuestions& clientQuestions,
-                ToolStopper& toolStopper, std::function<void(const HostEvent&)> onMessage);
+                WorkStopper& workStopper, std::function<void(const HostEvent&)> onMessage);
   ServedSession(const ServedSession&) = delete;
   ServedSession& operator=(const ServedSession&) = delete;
   ~ServedSession();
@@ -55,7 +57,11 @@ class ServedSession {
  private:
   void AnswerMessages();
   void OnMessage(const HostEvent& event);
+  std::intptr_t OnProjectClosing(const HostEvent& event);
   void OnProjectOpened(const HostEvent& event);
+  void OnRunScript(const HostEvent& event);
+  BuildOutcome BuildForScript(const BuildRequest& request);
+  void TellLine(const std::string& line);
   void PrepareBuild();
   void BeginWork();
   void KeepResults();
@@ -66,7 +72,7 @@ class ServedSession {
   MainFrame frame;
   BuildSession session;
   ClientQuestions& questions;
-  ToolStopper& stopper;
+  WorkStopper& stopper;
   const std::function<void(const HostEvent&)> tellMessage;
   std::shared_ptr<MessageLoop> loop;
 

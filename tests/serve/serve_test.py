@@ -392,6 +392,60 @@ class Stops(ServeTest):
                     self.assertTrue(os.path.exists(self.project.path("demo.tstate")))
 
 
+class Scripts(ServeTest):
+    def run_script(self, client, text):
+        """Runs a script, and gives what the client hears of it up to the tools' own messages."""
+        self.project.write("t.lua", text)
+        client.transcript.clear()
+        self.assertEqual(client.call("ExecuteScript", self.project.path("t.lua")), 1)
+        return [each for each in self.shorten(client.transcript) if " Building " not in each
+                and each.split()[0] in ("RunScript", "LogLine", "ToolSucceeded", "WorkerEnded")]
+
+    def test_a_script_is_passed_on_and_run(self):
+        client = self.open()
+        text = "print(tarn.SelectApplication('app'), host.wait())\nerror('enough')"
+        self.assertEqual(self.run_script(client, text), [
+            "RunScript %s 0" % text, "LogLine 1\trefused 0", "LogLine script:2: enough 0"])
+        self.assertEqual(self.run_script(client, "print(host.build())")[1:], [
+            "LogLine Build: app (Standard) 0",
+            "ToolSucceeded /build/Standard/app.obj/src/a.c.o 0",
+            "ToolSucceeded /build/Standard/app.obj/src/b.c.o 0",
+            "ToolSucceeded /build/Standard/app 0",
+            "LogLine Finished. 0", "WorkerEnded 1 ...", "LogLine succeeded\t3\t0 0"])
+        self.assertEqual(self.run_script(client, "print(tarn.ProjectClose(), host.build())")[1:],
+                         ["LogLine 1\trefused\t0\t0 0"])
+        # What was built is known to the next server, and to scripts in it.
+        client = self.open()
+        self.assertEqual(self.run_script(client, "print(host.build())")[-1],
+                         "LogLine succeeded\t0\t0 0")
+
+    def test_a_build_that_a_script_leaves_behind_can_be_stopped(self):
+        self.project.slow_compiler()
+        client = self.open()
+        for _ in range(2):  # the first stop must not hold up the tools of the second build
+            self.run_script(client, "tarn.PrologCommand(0x8111)\ntarn.Command(0x8111)\n")
+            child = self.project.wait_child()
+            self.assertEqual(client.call("Command", STOP), 1)
+            wait_gone(child, 2)
+            self.assertEqual(client.wait_message("WorkerEnded")["wParam"], 0)
+            os.remove(os.path.join(self.project.root, "child"))
+
+    def test_a_client_that_goes_takes_scripts_along(self):
+        for text in ("while true do end", "while true do pcall(host.build) end"):
+            self.setUp()
+            self.project.slow_compiler()
+            client = self.open()
+            self.project.write("t.lua", text)
+            for _ in range(2):
+                client.post("ExecuteScript", [self.project.path("t.lua")])
+            client.wait_message("RunScript")
+            child = self.project.wait_child() if "host" in text else None
+            client.process.stdin.close()
+            self.assertEqual(client.process.wait(5), 1, text)
+            if child:
+                self.assertFalse(is_running(child))
+
+
 class Ends(ServeTest):
     def test_the_exit_code_tells_whether_the_client_said_goodbye(self):
         rows = [([], 1), ([EXIT], 1), ([request(2, "shutdown")], 0),
