@@ -50,11 +50,17 @@ class Grammar {
   }
 
  private:
-  CLI::App* AddCommand(CLI::App& parent, const std::string& name, const std::string& help) {
+  // A command that talks to a program, so that nothing can be said of its looks.
+  CLI::App* AddPlainCommand(CLI::App& parent, const std::string& name, const std::string& help) {
     CLI::App* command = parent.add_subcommand(name, help);
     const bool isNested = &parent != &app;
     const std::string words = isNested ? parent.get_name() + " " + name : name;
     command->callback([this, words] { invocation.command = words; });
+    return command;
+  }
+
+  CLI::App* AddCommand(CLI::App& parent, const std::string& name, const std::string& help) {
+    CLI::App* command = AddPlainCommand(parent, name, help);
     command->add_flag("-q,--quiet", invocation.quiet, "Say only what went wrong");
     command->add_flag("--json", invocation.json, "Answer with JSON, for programs");
     command->add_flag("--no-color", invocation.noColor, "No colours (NO_COLOR does the same)");
@@ -168,9 +174,7 @@ class Grammar {
 
   // Whoever drives it gives everything else by messages.
   void AddServe() {
-    CLI::App* command = app.add_subcommand(
-        "serve", "Let an editor drive projects: JSON-RPC on standard input and output");
-    command->callback([this] { invocation.command = "serve"; });
+    AddPlainCommand(app, "serve", "Let an editor drive projects (JSON-RPC on stdio)");
   }
 
   // Words are sorted out by the command: the project in front of them may be left out.
@@ -225,7 +229,7 @@ class Grammar {
         app.add_subcommand("completion", "Print a script that completes commands in a shell");
     completion->require_subcommand(1);
     for (const char* shell : {"bash", "zsh", "fish"}) {
-      AddCommand(*completion, shell, std::string("A script for ") + shell);
+      AddPlainCommand(*completion, shell, std::string("A script for ") + shell);
     }
     // What the build and the scripts ask for, no business of people.
     AddCommand(app, "man", "Print the manual page")->group("");

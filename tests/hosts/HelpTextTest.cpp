@@ -58,8 +58,17 @@ TEST(HelpText, NoCommandIsForgottenAndNoLineIsTooWide) {
   }
   ForEach(program, [](const CommandEntry& command) {
     EXPECT_NE(command.help, "") << command.Title();
-    for (const std::string_view line : Split(MakeHelpText(command), '\n')) {
-      EXPECT_LE(line.size(), 80u) << command.Title() << ": " << line;
+    const std::string text = MakeHelpText(command);
+    for (const std::string_view line : Split(text, '\n')) {
+      EXPECT_LT(line.size(), 80u) << command.Title() << ": " << line;
+    }
+    // Lists are read at a glance: one line each.
+    for (const CommandEntry& each : command.children) {
+      EXPECT_NE(text.find("  " + each.help + "\n"), std::string::npos) << each.help;
+    }
+    for (const auto& [line, help] : command.examples) {
+      EXPECT_NE(text.find("  " + line + "  "), std::string::npos) << line;
+      EXPECT_NE(text.find("  " + help + "\n"), std::string::npos) << line << " wraps";
     }
     for (const FlagEntry& flag : command.flags) EXPECT_NE(flag.help, "") << command.Title();
   });
