@@ -11,6 +11,8 @@ namespace tarn::host {
 
 namespace {
 
+constexpr const char* kNodeHelp = "By path or label, with APP/ in front where needed";
+
 class HelpFormatter : public CLI::FormatterBase {
  public:
   std::string make_help(const CLI::App* app, std::string, CLI::AppFormatMode) const override {
@@ -72,10 +74,9 @@ class Grammar {
                         "A project file (*.tprj), or a folder that holds one");
   }
 
-  void AddProject(CLI::App* command) {
+  void AddProject(CLI::App* command, const char* help = "Work on this application") {
     AddProjectOnly(command);
-    command->add_option("-a,--app", invocation.application, "Work on this application")
-        ->type_name("APP");
+    command->add_option("-a,--app", invocation.application, help)->type_name("APP");
   }
 
   void AddConfiguration(CLI::App* command) {
@@ -180,27 +181,29 @@ class Grammar {
   // Words are sorted out by the command: the project in front of them may be left out.
   CLI::App* AddEdit(const std::string& name, const std::string& help) {
     CLI::App* command = AddCommand(app, name, help);
-    AddProject(command);
+    AddProject(command, "Look for NODE in this application");
     return command;
   }
 
   void AddEdits() {
-    CLI::App* add = AddEdit("add", "Add files or applications");
+    CLI::App* add = AddCommand(app, "add", "Add files or applications");
+    AddProject(add, "Add to this application");
     Require(add->add_option("FILE", invocation.words, "Its type follows from its extension"));
     add->add_option("--to", invocation.target, "Group or application that takes the files")
         ->type_name("NODE");
     add->add_flag("--create", invocation.create, "Make files and a group that aren't there");
     CLI::App* remove = AddEdit("remove", "Take files, groups or applications out of a project");
-    Require(remove->add_option("NODE", invocation.words, "By path or label; files stay on disk"));
+    Require(remove->add_option("NODE", invocation.words, kNodeHelp));
     CLI::App* move = AddEdit("move", "Move files or groups within a project");
-    Require(move->add_option("NODE", invocation.words, "What to move, by path or label"));
+    Require(move->add_option("NODE", invocation.words, kNodeHelp));
     // Takes nothing from the parser: the words in front of it take all.
     Require(move->add_option("TARGET", invocation.target,
                              "Where to: a group, an application, or a file to put it before"));
     CLI::App* rename = AddEdit("rename", "Give a file, group or application another label");
-    Require(rename->add_option("NODE", invocation.node, "By path or label"));
+    Require(rename->add_option("NODE", invocation.node, kNodeHelp));
     Require(rename->add_option("NAME", invocation.name, "Its new label"));
-    CLI::App* select = AddEdit("select", "Make an application the active one");
+    CLI::App* select = AddCommand(app, "select", "Make an application the active one");
+    AddProjectOnly(select);
     Require(select->add_option("APP", invocation.name, "Its label"));
   }
 

@@ -30,14 +30,6 @@ constexpr EditWords kEditWords[] = {
     {"select", 1, false, "APP"},
 };
 
-template <class OnNode>
-void ForEachShown(const CXmlNode& node, OnNode&& onNode) {
-  onNode(node);
-  for (const CXmlNode* child : node.GetChildren()) {
-    if (ProjectTree::IsShown(*child)) ForEachShown(*child, onNode);
-  }
-}
-
 // One command that changes the tree. Nothing is written unless all of it could be done.
 class Edit {
  public:
@@ -59,7 +51,9 @@ class Edit {
   int Rename();
   int SelectApplication();
 
-  int FindNode(const std::string& key);
+  int FindNode(const std::string& key) {
+    return context.FindNode(key, context.Asked().application);
+  }
   std::string TreeText() { return context.Session().Inspector().GetTree(); }
   // Carries a command out. False when the tree is the same afterwards.
   bool Change(std::uint32_t command) {
@@ -137,29 +131,6 @@ bool Edit::IsProject(const std::string& word) const {
   return !found.path.empty() || !found.choices.empty();
 }
 
-// Makes the node current that is meant. A label that several nodes have is nobody's: the wrong one
-// would be changed in half of the cases.
-int Edit::FindNode(const std::string& key) {
-  const ProjectTree tree(TreeText());
-  const std::string path =
-      CanonicalPath(IsRelativePath(key) ? JoinPath(context.StartFolder(), key) : key);
-  int byPath = 0;
-  int byLabel = 0;
-  if (tree.GetRoot() != nullptr) {
-    ForEachShown(*tree.GetRoot(), [&](const CXmlNode& node) {
-      byPath += AttributeOf(&node, "Path") == path ? 1 : 0;
-      byLabel += EqualNoCase(AttributeOf(&node, "Header"), key) ? 1 : 0;
-    });
-  }
-  if (byPath > 1 || (byPath == 0 && byLabel > 1)) {
-    return Fail("\"" + key + "\" is in this project several times" +
-                (byPath > 1 ? "." : "; write its path if it has one."));
-  }
-  if (context.SelectNode(key)) return kExitDone;
-  return Fail("There is no file, group or application \"" + key +
-              "\" in this project. `tarn tree` shows what there is.");
-}
-
 bool Edit::SetLabel(const std::string& label) {
   BuildSession& session = context.Session();
   const std::string set = OptionValues::FromText(session.Options().GetValuesAsText()).GetOwnSet();
@@ -210,13 +181,14 @@ int Edit::SelectTarget() {
     if (wanted == nullptr || each.active) wanted = &each;
   }
   const std::string& target = context.Asked().target;
-  if (wanted != nullptr && !context.Session().Inspector().SelectNodeByKey(wanted->path)) {
+  if (wanted != nullptr && context.Session().Inspector().SelectNodeByKey(wanted->path) != 1) {
     return Fail(wanted->label + " can't be found.");
   }
   if (target.empty() && wanted == nullptr) return Fail("This project has no application.");
   if (target.empty()) return kExitDone;
   const bool isGroupName = target.find(kSeparator) == std::string::npos;
-  if (context.Asked().create && isGroupName && !context.SelectNode(target)) {
+  if (context.Asked().create && isGroupName &&
+      context.SelectNode(target, context.Asked().application) == 0) {
     return MakeGroup(target);
   }
   return FindNode(target);
@@ -249,10 +221,14 @@ int Edit::Move() {
     if (const int code = FindNode(key); code != kExitDone) return code;
     context.Session().Manager().Command(kCmdCopyNode);
     if (!Change(kCmdRemoveNode)) return Fail("\"" + key + "\" can't be moved.");
-    if (!context.SelectNode(target)) {
+    // The target may lie in another application than what is moved there.
+    const std::string& application = context.Asked().application;
+    const bool isInside = context.SelectNode(target, application) != 0;
+    if (!isInside && context.SelectNode(target, "") == 0) {
       return Fail("There is no \"" + target + "\" outside of \"" + key + "\" to move it to.");
     }
-    if (const int code = FindNode(target); code != kExitDone) return code;
+    const int code = context.FindNode(target, isInside ? application : "");
+    if (code != kExitDone) return code;
     if (!Change(kCmdPasteNode)) {
       return Fail("\"" + target + "\" can't hold \"" + key + "\".");
     }
@@ -279,20 +255,29 @@ int Edit::Rename() {
 int Edit::SelectApplication() {
   const std::string& label = words.front();
   std::vector<std::string> known;
+  std::vector<ApplicationEntry> chosen;
   for (const ApplicationEntry& each : ProjectTree(TreeText()).GetApplications()) {
     known.push_back(each.label);
-    if (!EqualNoCase(each.label, label)) continue;
-    if (each.active) {
-      context.Remark(each.label + " is the active application already.");
-      return kExitDone;
-    }
-    context.Session().Inspector().SelectNodeByKey(each.path);
-    if (!Change(kCmdSetActiveApplication)) return Fail(label + " can't be made active.");
-    Note("selected " + Printable(each.label));
+    if (EqualNoCase(each.label, label)) chosen.push_back(each);
+  }
+  if (chosen.empty()) {
+    return Fail("There is no application \"" + label + "\" in this project." +
+                SuggestionText(label, known));
+  }
+  const ApplicationEntry& wanted = chosen.front();
+  if (chosen.size() > 1) {
+    // The project names its active application by the label.
+    return Fail("There are several applications \"" + label + "\". Give one another label first: " +
+                "`tarn rename " + context.Show(wanted.path) + " NAME`");
+  }
+  if (wanted.active) {
+    context.Remark(wanted.label + " is the active application already.");
     return kExitDone;
   }
-  return Fail("There is no application \"" + label + "\" in this project." +
-              SuggestionText(label, known));
+  context.Session().Inspector().SelectNodeByKey(wanted.path);
+  if (!Change(kCmdSetActiveApplication)) return Fail(label + " can't be made active.");
+  Note("selected " + Printable(wanted.label));
+  return kExitDone;
 }
 
 int Edit::Report() {

@@ -147,17 +147,40 @@ int CommandContext::ChooseNode() {
   }
   if (wanted != nullptr) Session().Inspector().SelectNodeByKey(wanted->path);
   if (asked.node.empty()) return kExitDone;
-  if (SelectNode(asked.node)) return kExitDone;
-  Complain("There is no file, group or application \"" + asked.node +
-           "\" in this project. `tarn tree` shows what there is.");
-  return kExitUsage;
+  return FindNode(asked.node, asked.application);
 }
 
-bool CommandContext::SelectNode(const std::string& key) {
+int CommandContext::SelectNodeIn(const std::string& key, const std::string& application) {
   // A path is the user's, so it starts in the user's folder.
   const std::string path = IsRelativePath(key) ? CanonicalPath(JoinPath(startFolder, key)) : key;
-  InspectorDriver& inspector = Session().Inspector();
-  return inspector.SelectNodeByKey(path) || inspector.SelectNodeByKey(key);
+  const int count = Session().Inspector().SelectNodeByKey(path, application);
+  return count != 0 ? count : Session().Inspector().SelectNodeByKey(key, application);
+}
+
+int CommandContext::SelectNode(const std::string& key, const std::string& application) {
+  int count = SelectNodeIn(key, application);
+  for (std::size_t slash = key.find('/'); count == 0 && slash != key.npos;
+       slash = key.find('/', slash + 1)) {
+    const std::string label = key.substr(0, slash);
+    if (!label.empty()) count = SelectNodeIn(key.substr(slash + 1), label);
+  }
+  return count;
+}
+
+int CommandContext::FindNode(const std::string& key, const std::string& application) {
+  const int count = SelectNode(key, application);
+  if (count == 1) return kExitDone;
+  const std::string place = application.empty() ? "this project" : "the application " + application;
+  if (count == 0) {
+    Complain("There is no file, group or application \"" + key + "\" in " + place +
+             ". `tarn tree` shows what there is.");
+  } else {
+    // The wrong one would be taken in half of the cases.
+    const bool isAnywhere = application.empty() && SelectNodeIn(key, "") != 0;
+    Complain("\"" + key + "\" is in " + place + " several times. Write its path" +
+             (isAnywhere ? ", or APP/" + key + " for that of an application." : "."));
+  }
+  return kExitUsage;
 }
 
 int CommandContext::SaveProject() {

@@ -43,13 +43,18 @@ class CommandContext {
   int ChooseApplications(std::vector<ApplicationEntry>& chosen);
   // Makes the node current that --node means, else the application of --app, else the active one.
   int ChooseNode();
-  // Makes the node current that the user means by a path or a label. False when there is none.
-  bool SelectNode(const std::string& key);
+  // Makes the node current that the user means: by a path or a label, or by either of them behind
+  // the label of its application and a slash. Without the latter it is looked for in `application`,
+  // anywhere for an empty one. Gives how many could be meant; of several none becomes current.
+  int SelectNode(const std::string& key, const std::string& application);
+  // The same for one that has to be there. 0, or an exit code with everything said.
+  int FindNode(const std::string& key, const std::string& application);
   // Writes the project's files, with the configurations in force that were before --config. 0, or
   // an exit code with everything said.
   int SaveProject();
 
  private:
+  int SelectNodeIn(const std::string& key, const std::string& application);
   int SelectConfiguration(const std::vector<ApplicationEntry>& applications);
   void SwitchTo(const ApplicationEntry& application, const std::string& configuration);
 

@@ -82,7 +82,10 @@ class InspectorDriver : public COleDispatchDriver {
     return InvokeText(6, {application, output});
   }
   DispatchPtr GetPropertyManager();
-  bool SelectNodeByKey(const std::string& key) { return InvokeLong(8, {key}) != 0; }
+  // How many nodes could be meant; only one of its kind is made current.
+  std::int32_t SelectNodeByKey(const std::string& key, const std::string& application = {}) {
+    return InvokeLong(8, {key, application});
+  }
   std::string ExplainOption(const std::string& set, const std::string& section,
                             const std::string& property) {
     return InvokeText(9, {set, section, property});

@@ -189,7 +189,8 @@ void ServedSession::PrepareBuild() {
   // Handing the records over walks through the applications; the user's own choice stays.
   const std::string chosen = currentPath;
   session.Prepare();
-  if (!chosen.empty() && chosen != currentPath) session.Inspector().SelectNodeByKey(chosen);
+  if (chosen.empty() || chosen == currentPath) return;
+  session.Inspector().SelectNodeByKey(chosen, session.Manager().GetSelectedApplication());
 }
 
 // Whether the call has started a worker; one that has ended already was noticed by its message.

@@ -1,6 +1,8 @@
 #include "automation/ProjectInspector.h"
 
 #include <cstdio>
+#include <string_view>
+#include <vector>
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
@@ -121,7 +123,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetBuildInputs>("GetBuildInputs", 5, {}),
       Method<&I::GetToolInput>("GetToolInput", 6, {"applicationHeader", "outputFile"}),
       Method<&I::GetPropertyManager>("GetPropertyManager", 7, {}),
-      Method<&I::SelectNodeByKey>("SelectNodeByKey", 8, {"key"}),
+      Method<&I::SelectNodeByKey>("SelectNodeByKey", 8, {"key", "application"}),
       Method<&I::ExplainOption>("ExplainOption", 9, {"setname", "sectionname", "propertyname"}),
   });
   return table;
@@ -217,39 +219,79 @@ DispatchPtr CProjectInspector::GetPropertyManager() {
 
 namespace {
 
-CXmlNode* FindByPath(const CProjectModel& model, CXmlNode& node, const std::string& path,
-                     bool exactly) {
-  std::string own = TextOf(node.GetAttrValue("Path"));
-  if (!own.empty()) model.MakeAbsolutePath(own, own, nullptr);
-  if (!own.empty() && IsSamePath(own, path, exactly)) return &node;
+bool EndsWithNoCase(std::string_view text, std::string_view end) {
+  return text.size() >= end.size() && EqualNoCase(text.substr(text.size() - end.size()), end);
+}
+
+template <class OnNode>
+void ForEachContentNode(CXmlNode& node, OnNode&& onNode) {
+  onNode(node);
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode& child = *node.GetChild(i);
-    if (!IsContentNode(child)) continue;
-    if (CXmlNode* found = FindByPath(model, child, path, exactly)) return found;
+    if (IsContentNode(child)) ForEachContentNode(child, onNode);
   }
-  return nullptr;
+}
+
+std::vector<CXmlNode*> FindByPath(const CProjectModel& model, CXmlNode& start,
+                                  const std::string& path, bool exactly) {
+  std::vector<CXmlNode*> found;
+  const std::string name = FileNameOf(path);
+  ForEachContentNode(start, [&](CXmlNode& node) {
+    const char* own = node.GetAttrValue("Path");
+    // Nearly all nodes have another name, and this is the quick part.
+    if (own == nullptr || *own == '\0' || !EndsWithNoCase(own, name)) return;
+    const std::string base = model.PathBaseOf(node);
+    std::string full;
+    model.MakeAbsolutePath(own, full, base.empty() ? nullptr : base.c_str());
+    if (IsSamePath(full, path, exactly)) found.push_back(&node);
+  });
+  return found;
+}
+
+std::vector<CXmlNode*> FindByLabel(CXmlNode& start, std::string_view label) {
+  std::vector<CXmlNode*> found;
+  ForEachContentNode(start, [&](CXmlNode& node) {
+    const char* own = node.GetAttrValue("Header");
+    if (own != nullptr && EqualNoCase(own, label)) found.push_back(&node);
+  });
+  return found;
+}
+
+CXmlNode* FindApplication(CProjectModel& model, const std::string& key) {
+  CXmlNode* found = nullptr;
+  ForEachApplication(model, [&](CXmlNode& application) {
+    std::string path;
+    model.MakeAbsolutePath(TextOf(application.GetAttrValue("Path")), path, nullptr);
+    const bool isMeant =
+        EqualNoCase(TextOf(application.GetAttrValue("Header")), key) || IsSamePath(path, key, true);
+    if (found == nullptr && isMeant) found = &application;
+  });
+  return found;
 }
 
 }  // namespace
 
-std::int32_t CProjectInspector::SelectNodeByKey(const char* key) {
+std::int32_t CProjectInspector::SelectNodeByKey(const char* key, const char* application) {
   CProjectModel* model = Model();
   if (model == nullptr || key == nullptr || *key == '\0') return 0;
-  CXmlNode& root = model->GetProjectRoot();
-  CXmlNode* found = nullptr;
+  const std::string scope = TextOf(application);
+  CXmlNode* start = scope.empty() ? &model->GetProjectRoot() : FindApplication(*model, scope);
+  if (start == nullptr) return 0;
+  std::vector<CXmlNode*> found;
   const std::string folders[] = {static_cast<CProjectManager*>(manager.Get())->GetCurrentFolder(),
                                  model->GetProjectFolder()};
   for (const bool exactly : {true, false}) {
     for (const std::string& folder : folders) {
       std::string path;
       model->MakeAbsolutePath(key, path, folder.c_str());
-      if (found == nullptr) found = FindByPath(*model, root, path, exactly);
+      if (found.empty()) found = FindByPath(*model, *start, path, exactly);
     }
   }
-  if (found == nullptr) FindTreeNode(key, "Header", &root, found);
-  if (found == nullptr) return 0;
-  model->SetCurrentNode(found);
-  return 1;
+  if (found.empty()) found = FindByLabel(*start, key);
+  // Whoever names the application means what is in it, should that have the same label.
+  if (!scope.empty() && found.size() > 1 && found.front() == start) found.erase(found.begin());
+  if (found.size() == 1) model->SetCurrentNode(found.front());
+  return static_cast<std::int32_t>(found.size());
 }
 
 std::string CProjectInspector::ExplainOption(const char* set, const char* section,

@@ -34,8 +34,9 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::string GetToolInput(const char* applicationHeader, const char* outputFile);
   DispatchPtr GetPropertyManager();
   // Makes the node current that has this path (absolute, or relative to the current folder or the
-  // project's), else the one with this label. 0 when there is none.
-  std::int32_t SelectNodeByKey(const char* key);
+  // project's), else the one with this label: of the application with this label or path, of the
+  // whole project for an empty one. Gives how many there are; of several none is made current.
+  std::int32_t SelectNodeByKey(const char* key, const char* application);
   // The stored values of one option from the outermost level to the current node.
   std::string ExplainOption(const char* set, const char* section, const char* property);
 

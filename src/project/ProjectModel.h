@@ -142,6 +142,8 @@ class CProjectModel {
   // The form that files hold; a path without a relative form, or a relative one, stays.
   std::int32_t MakeRelativePath(const std::string& path, std::string& result,
                                 const char* baseFolder) const;
+  // The folder that the node's path is relative to; empty stands for the project's folder.
+  std::string PathBaseOf(const CXmlNode& node) const;
   void FindEnclosingApplication(CXmlNode* node, CXmlNode*& found) const;
   const CXmlNode* GetNodeType(const CXmlNode& node) const { return types.GetNodeType(node); }
   bool HasTypeFlag(const CXmlNode& node, std::string_view key) const {
@@ -257,8 +259,6 @@ class CProjectModel {
 
   // Who owns the paths of a node: the nearest proper ancestor that is an application or project.
   CXmlNode* FindPathOwner(const CXmlNode& node) const;
-  // The folder that paths below `owner` are relative to; empty stands for the project's folder.
-  std::string PathBaseOf(const CXmlNode& node) const;
   std::string PathBaseBelow(const CXmlNode& parent) const;
   std::string FolderOfOwner(const CXmlNode* owner) const;
   void MakeAttributeRelative(CXmlNode& node, const char* name);

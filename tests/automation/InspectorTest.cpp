@@ -51,7 +51,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"GetBuildInputs", 5, {}, "''", "''"},
       {"GetToolInput", 6, {"demo", "/p/main.o"}, "''", "''"},
       {"GetPropertyManager", 7, {}, "object", "object"},
-      {"SelectNodeByKey", 8, {"main.c"}, "0", "0"},
+      {"SelectNodeByKey", 8, {"main.c", ""}, "0", "0"},
       {"ExplainOption", 9, {"C", "Build", "Tool"}, "''", "'\r\n<Option Node=\"\" Value=\"\" />'"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
@@ -104,41 +104,67 @@ TEST_F(Inspector, LooksAtEverythingAndChangesNothing) {
   EXPECT_EQ(world.Call("GetSelectedApplication"), current);
 }
 
-TEST_F(Inspector, FindsANodeByAnyOfItsNames) {
+TEST_F(Inspector, FindsANodeByAnyOfItsNamesIfItIsTheOnlyOne) {
+  world.disk.AddFile("/p/demo.tprj",
+                     "<Project Header=\"Project 'demo'\" ActiveApp=\"demo\" >"
+                     "<Application Header=\"demo\" Extern=\".\\demo.tapp\" />"
+                     "<Application Header=\"boot\" Extern=\".\\boot\\b.tapp\" /></Project>");
+  world.disk.AddFile("/p/boot/b.tapp",
+                     "<Application Header=\"boot\" Path=\".\\boot\\b.tapp\" >"
+                     "<Group Header=\"src\" ><C Header=\"m\" Path=\"..\\src\\main.c\" />"
+                     "<C Header=\"own\" Path=\".\\own.c\" /></Group>"
+                     "<Group Header=\"Boot\" /></Application>");
   world.disk.AddFolder("/p/src");
   const struct {
     const char* folder;  // that is current
     Variant key;
+    const char* place;
     const char* answer;
     const char* selected;
   } rows[] = {
-      {"/p", "/p/src/main.c", "1", "main.c"},
-      {"/", "src/main.c", "1", "main.c"},
-      {"/p/src", "main.c", "1", "main.c"},
-      {"/", "MAIN.C", "1", "main.c"},
-      {"/p", "./src/../src/main.c", "1", "main.c"},
-      {"/p/src", "../demo.tapp", "1", "demo"},
-      {"/", "SRC", "1", "src"},
-      {"/", "none", "0", "demo"},
-      {"/", "", "0", "demo"},
-      {"/", nullptr, "0", "demo"},
+      {"/p", "/p/boot/own.c", "", "1", "own"},
+      {"/", "boot/own.c", "", "1", "own"},
+      {"/p/boot", "OWN.c", "", "1", "own"},
+      {"/p", "./src/../boot/own.c", "", "1", "own"},
+      {"/p/src", "../demo.tapp", "", "1", "demo"},
+      {"/", "MAIN.C", "", "1", "main.c"},
+      {"/", "src/main.c", "", "2", "demo"},
+      {"/", "src/main.c", "boot", "1", "m"},
+      {"/", "src/main.c", "/p/demo.tapp", "1", "main.c"},
+      {"/", "SRC", "", "2", "demo"},
+      {"/", "src", "BOOT", "1", "src"},
+      {"/", "boot", "", "2", "demo"},
+      {"/", "boot", "boot", "1", "Boot"},
+      {"/", "demo", "demo", "1", "demo"},
+      {"/", "own", "demo", "0", "demo"},
+      {"/", "own", "none", "0", "demo"},
+      {"/", "none", "", "0", "demo"},
+      {"/", "", "", "0", "demo"},
+      {"/", nullptr, "", "0", "demo"},
   };
-  Open();
-  for (const auto& row : rows) {
-    ASSERT_EQ(world.Call("SelectApplication", {"demo"}), "1");
-    world.disk.SetCurrentFolder(row.folder);
-    const std::string key = row.key.AsText().value_or("null");
-    EXPECT_EQ(Ask(8, {row.key}), row.answer) << key;
-    const CXmlNode* node = world.Manager().GetModel()->GetCurrentNode();
-    EXPECT_STREQ(node->GetAttrValue("Header"), row.selected) << key;
+  for (const bool isPublished : {false, true}) {
+    if (isPublished) {
+      ASSERT_EQ(Ask(2), "1");
+    } else {
+      ASSERT_EQ(Ask(1, {world.manager}), "1");
+      ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+    }
+    for (const auto& row : rows) {
+      ASSERT_EQ(world.Call("SelectApplication", {"demo"}), "1");
+      world.disk.SetCurrentFolder(row.folder);
+      const std::string key = row.key.AsText().value_or("null") + " of " + row.place;
+      EXPECT_EQ(Ask(8, {row.key, row.place}), row.answer) << key;
+      const CXmlNode* node = world.Manager().GetModel()->GetCurrentNode();
+      EXPECT_STREQ(node->GetAttrValue("Header"), row.selected) << key;
+    }
   }
 }
 
 TEST_F(Inspector, TellsWhereAValueIsStored) {
   Open();
-  ASSERT_EQ(Ask(8, {"src"}), "1");
+  ASSERT_EQ(Ask(8, {"src", ""}), "1");
   ASSERT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Flag", "group"}), "1");
-  ASSERT_EQ(Ask(8, {"main.c"}), "1");
+  ASSERT_EQ(Ask(8, {"main.c", ""}), "1");
   ASSERT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Flag", "own"}), "1");
   const std::string told = Ask(9, {"", "Build", "Flag"});
   const std::size_t group = told.find("<From Kind=\"group\" Header=\"src\" Config=\"Standard\"");

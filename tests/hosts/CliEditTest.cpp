@@ -85,6 +85,19 @@ INSTANTIATE_TEST_SUITE_P(
                  std::string("  main  [Standard]  (active)  app.tapp\n") + kSources}),
     [](const auto& row) { return std::string(row.param.name); });
 
+// The project notes the active application by its label.
+TEST(CliEditOfTwo, OfTwoApplicationsWithOneLabelNoneIsSelected) {
+  CliProject project;
+  project.WriteProject({{"app", {"a.c"}}, {"second", {"b.c"}}});
+  project.Write("src/app.tapp", "<Application Header=\"app\" />");
+  ASSERT_EQ(project.Run({"add", "src/app.tapp"}).code, 0);
+  const auto refused = project.Run({"select", "app"});
+  EXPECT_EQ(refused.code, 2);
+  EXPECT_TRUE(Has(refused.err, "`tarn rename app.tapp NAME`")) << refused.err;
+  EXPECT_EQ(project.Run({"rename", "app.tapp", "first"}).code, 0);
+  EXPECT_EQ(project.Run({"select", "app"}).out, "selected app\n");
+}
+
 TEST(CliEditOfTwo, SelectPutsAnotherApplicationInForceAndAnAddedOneIsActive) {
   CliProject project;
   project.WriteProject({{"app", {"a.c"}}, {"second", {"b.c"}}});
@@ -97,6 +110,45 @@ TEST(CliEditOfTwo, SelectPutsAnotherApplicationInForceAndAnAddedOneIsActive) {
   const std::string tree = TreeOf(project);
   EXPECT_TRUE(Has(tree, "second  [Standard]  (active)  second.tapp\n")) << tree;
   EXPECT_TRUE(Has(tree, "      b.c  src/b.c\n")) << tree;
+}
+
+// Both applications have a group of the same label, and the same file in it.
+TEST(CliEditOfTwo, ANodeThatBothHaveIsNamedByItsApplication) {
+  const std::string one = "  one  [Standard]  (active)  one.tapp\n";
+  const std::string two = "  two  [Standard]  two.tapp\n";
+  const std::string sources = "    Sources\n";
+  const std::string a = "      a.c  src/a.c\n";
+  const std::string b = "      b.c  src/b.c\n";
+  const std::string d = "      d.c  src/d.c\n";
+  const struct {
+    std::vector<std::string> words;
+    std::string tree;
+  } cases[] = {
+      {{"remove", "src/a.c", "-a", "TWO"}, one + sources + a + b + two + sources},
+      {{"remove", "one/src/a.c"}, one + sources + b + two + sources + a},
+      {{"remove", "Two/a.c"}, one + sources + a + b + two + sources},
+      {{"remove", "two/Sources"}, one + sources + a + b + two},
+      {{"add", "src/d.c", "--to", "two/Sources"}, one + sources + a + b + two + sources + a + d},
+      {{"add", "src/d.c", "--to", "Sources", "-a", "two"},
+       one + sources + a + b + two + sources + a + d},
+      {{"move", "src/b.c", "two/sources"}, one + sources + a + two + sources + a + b},
+      {{"move", "src/a.c", "one", "-a", "one"},
+       one + sources + b + "    a.c  src/a.c\n" + two + sources + a},
+      {{"move", "one/src/a.c", "two"},
+       one + sources + b + two + sources + a + "    a.c  src/a.c\n"},
+      {{"move", "src/a.c", "two", "-a", "one"},
+       one + sources + b + two + sources + a + "    a.c  src/a.c\n"},
+      {{"rename", "Sources", "Code", "--app", "two"},
+       one + sources + a + b + two + "    Code\n" + a},
+  };
+  for (const auto& each : cases) {
+    CliProject project;
+    project.WriteProject({{"one", {"a.c", "b.c"}}, {"two", {"a.c"}}});
+    project.Write("src/d.c", "int d;\n");
+    const auto answer = project.Run(each.words);
+    EXPECT_EQ(answer.code, 0) << answer.err;
+    EXPECT_EQ(TreeOf(project), each.tree) << answer.out;
+  }
 }
 
 TEST(CliEditOfTwo, WhatCanNotBeDoneIsToldAndNothingIsWritten) {
@@ -116,7 +168,12 @@ TEST(CliEditOfTwo, WhatCanNotBeDoneIsToldAndNothingIsWritten) {
       {{"add", "src/d.c", "--to", "Nowhere"}, "There is no file, group or application"},
       {{"add", "src/d.c", "src/gone.c"}, "There is no file src/gone.c."},
       {{"remove", "src/b.c", "src/d.c"}, "There is no file, group or application \"src/d.c\""},
-      {{"remove", "src/a.c"}, "several times"},
+      {{"remove", "src/a.c"}, "in this project several times. Write its path, or APP/src/a.c for"},
+      {{"remove", "Sources"}, "several times"},
+      {{"remove", "src/b.c", "-a", "second"}, "\"src/b.c\" in the application second."},
+      {{"move", "src/b.c", "Sources"}, "several times"},
+      {{"add", "src/d.c", "--to", "Sources"}, "several times"},
+      {{"options", "set", "-n", "src/a.c", "Compiler.Defines", "X"}, "several times"},
       {{"remove", "demo.tprj", "demo.tprj"}, "can't be removed"},
       {{"move", "app", "second"}, "can't hold \"app\""},
       {{"move", "app", "src/b.c"}, "There is no \"src/b.c\" outside of \"app\""},
