@@ -207,9 +207,21 @@ TEST_F(Commands, ABuildHasAPrologAndAnEpilog) {
     EXPECT_EQ(world.components.Properties().holds, 0) << id;
     EXPECT_THAT(world.TakeLines(), ElementsAre("0x800C 0 0")) << id;
   }
+}
+
+TEST_F(Commands, ABuildThatTheHostRefusesCostsNothing) {
+  Open();
+  ASSERT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Flag", "kept"}), "1");
+  world.Call("ReportMessage", {"said before"});
+  const int lines = Model().output->GetRoot().GetChildCount();
   world.host.answers[kMsgBuildStarting] = 0;
   EXPECT_EQ(world.Call("PrologCommand", {0x8112}), "0");
   EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 0u);
+  EXPECT_EQ(world.components.Properties().holds, 0);
+  EXPECT_EQ(Model().output->GetRoot().GetChildCount(), lines) << "the log of the build before";
+  EXPECT_EQ(Enabled(0x811C) + world.Call("GetPropertyValue", {"C", "Build", "Flag"}), "0'kept'");
+  EXPECT_EQ(world.Call("ProjectSave"), "1");
+  EXPECT_NE(world.disk.BytesOf("/p/demo.tapp")->find("kept"), std::string::npos);
 }
 
 TEST_F(Commands, ARerunIsPostedOnceAndTakenBackByTheNextBuild) {

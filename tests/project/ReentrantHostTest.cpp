@@ -25,6 +25,8 @@ const Act kInnerActs[] = {
     {"open what is missing", [](EditedWorld& world) { world.model->OpenProject("/x.tprj", 0); }},
     {"save", [](EditedWorld& world) { world.model->SaveProject(); }},
     {"new", [](EditedWorld& world) { world.model->NewProject("/p/new.tprj"); }},
+    {"remove", [](EditedWorld& world) { world.model->RemoveItem("one.c"); }},
+    {"add", [](EditedWorld& world) { world.model->AddExistingItem("/p/in.c", nullptr); }},
     {"build", [](EditedWorld& world) { world.model->StartBuildThread(kWorkerBuildAll); }},
     {"build here", [](EditedWorld& world) { world.model->BuildHere(); }},
     {"select", [](EditedWorld& world) { world.model->SetCurrentNode(world.Node("two.c")); }},

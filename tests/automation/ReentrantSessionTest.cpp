@@ -1,0 +1,175 @@
+// A host that calls back from inside every message of a whole session.
+
+#include <gtest/gtest.h>
+
+#include "automation/ManagerWorld.h"
+#include "support/AnsweringUser.h"
+
+namespace tarn::test {
+namespace {
+
+constexpr const char* kMenus =
+    "<ToolBar><Item id='1'/></ToolBar><MainMenus><Menu Header='m'/></MainMenus>";
+
+// What a host does inside a message.
+struct Act {
+  const char* name;
+  const char* method;
+  std::vector<Variant> arguments;
+};
+
+const Act kActs[] = {
+    {"close", "ProjectClose", {}},
+    {"remove a file", "RemoveItem", {"/p/main.c"}},
+    {"remove the current node", "RemoveItem", {NullableText()}},
+    {"remove the application", "RemoveItem", {"demo"}},
+    {"add", "AddExistingItem", {"/p/inner.c", NullableText()}},
+    {"report",
+     "SetBuildInfo",
+     {"", "<I><F Header=\"/p/main.o\" Infos=\"i\" Date=\"1\" ><D Header=\"/p/x.h\" /></F></I>"}},
+};
+
+class Session {
+ public:
+  Session() {
+    world.disk.AddFile(ManagerWorld::kConfigFile, ManagerWorld::Configuration(kMenus));
+    std::string rows;
+    for (int row = 0x20000; row < 0x20027; ++row) {
+      rows += "<m Id='" + std::to_string(row) + "' String='row %s' />";
+    }
+    world.disk.AddFile("/app/config/message.xslt",
+                       "<a><Messages Tab='Build' >" + rows + "</Messages></a>");
+    world.AddDemo();
+    world.AddDefaultProject();
+    world.disk.AddFile("/p/script.lua", "text");
+    auto& defaults = world.components.Properties().defaults;
+    defaults = {
+        {"C.Build.TranslateTool", "cc"},           {"C.Build.OutputFile", "/p/main.o"},
+        {"Application.Build.TranslateTool", "ld"}, {"Application.Build.OutputFile", "/p/demo.elf"},
+        {".Build.ListingFile", "/p/demo.lst"},     {".Internal.Open", "0x810F"}};
+    user.fillForm = [](NewApplication& form) {
+      form.applicationName = "boot";
+      form.targetText = "text";
+      return true;
+    };
+    world.components.Tools().onRun = [this](const ToolRun&) { return fails ? 0 : 1; };
+  }
+
+  // The whole session; at the message of that number, counted from 1, `act` is done.
+  void Play(std::size_t when, const Act* act) {
+    std::size_t count = 0;
+    for (std::uint32_t number = 0x8000; number < 0x8030; ++number) {
+      world.host.actions[number] = [this, when, act, &count] {
+        if (++count == when) Perform(*act);
+      };
+    }
+    world.host.actions[kMsgCommand] = world.host.actions[0x8000];
+    EXPECT_EQ(world.Init(), "1");
+    world.Call("InitToolManager", {DispatchPtr(&world.components.Tools())});
+    world.Call("ProjectNew", {"/p/new.tprj"});
+    world.Call("ProjectOpen", {"/p/demo.tprj"});
+    world.Call("SelectApplication", {"demo"});
+    hasStored = IsDemoOpen();
+    world.Call("SavePropertyValue", {"Application", "Build", "Flag", "edited"});
+    world.Call("Command", {0x8106});
+    world.Call("AddExistingItem", {"/p/outer.c", NullableText()});
+    world.Call("AddNewItem", {NullableText(), "Group"});
+    world.Call("SelectApplication", {"main.c"});
+    for (const std::int32_t id : {0x810D, 0x810E, 0x810F, 0x8110, 0x811A, 0x811E}) {
+      world.Call("Command", {id});
+    }
+    world.Call("SelectApplication", {"Tarn Project 'demo'"});
+    world.Call("AddNewItem", {NullableText(), "Application"});
+    world.Call("ExecuteScript", {"/p/script.lua"});
+    for (fails = false; Build(); fails = true) {
+    }
+    world.Call("ProjectBuild");
+    world.Call("ProjectSave");
+    world.Call("ProjectClose");
+    world.host.actions.clear();
+    messages = count;
+  }
+
+  // Everything that was said to be done, and nobody took away again, stands in a file.
+  void ExpectNothingLost() {
+    world.Call("ProjectClose");
+    std::string all;
+    for (const char* path : {"/p/demo.tprj", "/p/demo.tapp", "/p/boot.tapp"}) {
+      const std::string text = world.disk.BytesOf(path).value_or("");
+      CXmlNode root;
+      const bool isMade = std::string(path) != "/p/boot.tapp";
+      EXPECT_TRUE(!isMade || root.Load(text, g_xmlParseInfo) != nullptr) << path << text;
+      all += text;
+    }
+    EXPECT_TRUE(hasRemoved || Holds(all, "\"main.c\"")) << all;
+    EXPECT_TRUE(hasRemoved || !hasStored || Holds(all, "edited")) << all;
+    EXPECT_TRUE(!hasAdded || Holds(all, "\"inner.c\"")) << all;
+    EXPECT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+  }
+
+  std::size_t messages = 0;
+  ManagerWorld world;
+
+ private:
+  static bool Holds(const std::string& text, const char* part) {
+    return text.find(part) != std::string::npos;
+  }
+  bool IsDemoOpen() {
+    return world.manager && world.Call("EnableCommand", {0x8112}) == "1" &&
+           world.Call("GetSelectedApplication") == "'/p/demo.tapp'";
+  }
+  void Perform(const Act& act) {
+    const bool wasOpen = IsDemoOpen();
+    DispatchId id = 0;
+    Variant result;
+    ASSERT_TRUE(world.manager->GetIDsOfNames(act.method, id));
+    ASSERT_TRUE(world.manager->Invoke(id, act.arguments, result));
+    if (result.AsLong() == 0) return;
+    if (std::string(act.method) == "RemoveItem") hasRemoved = true;
+    if (std::string(act.method) == "AddExistingItem") hasAdded = wasOpen;
+  }
+  // False when no other build is to follow.
+  bool Build() {
+    if (world.Call("PrologCommand", {0x8111}) != "0") {
+      const std::size_t before = world.host.LinesOf(kMsgWorkerEnded).size();
+      world.Call("Command", {0x8111});
+      EXPECT_TRUE(MessageLoop::ForCurrentThread()->PumpUntil(
+          [&] { return world.host.LinesOf(kMsgWorkerEnded).size() > before; },
+          std::chrono::seconds(20)));
+      world.Call("EpilogCommand", {0x8111});
+    }
+    return !fails;
+  }
+
+  AnsweringUser user{world.host.Handle()};
+  bool fails = false;  // every tool
+  bool hasStored = false;
+  bool hasRemoved = false;
+  bool hasAdded = false;
+};
+
+TEST(ReentrantSession, NoCallInsideAnyMessageCrashesOrLosesAnything) {
+  Session plain;
+  plain.Play(0, nullptr);
+  for (const std::uint32_t number :
+       {kMsgCreationEnded, kMsgOpenFileAtLine, kMsgRunScript, kMsgCreateToolbar, kMsgBuildStarting,
+        kMsgWorkerEnded, kMsgOpenFile, kMsgApplicationActivated, kMsgCurrentNodeChanged,
+        kMsgAddMainMenu, kMsgProjectOpened, kMsgProjectClosing, kMsgProjectCreated,
+        kMsgToolSucceeded, kMsgPaneCaption, kMsgLogLine, kMsgOutputInvalid, kMsgApplicationKnown,
+        kMsgCommand}) {
+    EXPECT_FALSE(plain.world.host.LinesOf(number).empty()) << std::hex << number;
+  }
+  plain.ExpectNothingLost();
+  for (const Act& act : kActs) {
+    for (std::size_t when = 1; when <= plain.messages; ++when) {
+      SCOPED_TRACE(std::string(act.name) + " in message " + std::to_string(when));
+      Session session;
+      session.Play(when, &act);
+      session.ExpectNothingLost();
+      if (HasFailure()) return;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tarn::test
