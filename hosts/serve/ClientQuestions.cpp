@@ -129,10 +129,13 @@ std::vector<std::string> ClientQuestions::ChooseFiles(const FileQuestion& questi
 }
 
 bool ClientQuestions::AskNewApplication(NewApplication& application) {
-  json answer;
-  const Outcome outcome = Ask(kWizard, FieldsOf(application), answer);
-  if (outcome != Outcome::Answered || !answer.is_object()) return false;
   NewApplication chosen = application;
+  if (chosen.typeHeader.empty() && !chosen.typeHeaders.empty()) {
+    chosen.typeHeader = chosen.typeHeaders.front();  // as a list begins with its first entry
+  }
+  json answer;
+  const Outcome outcome = Ask(kWizard, FieldsOf(chosen), answer);
+  if (outcome != Outcome::Answered || !answer.is_object()) return false;
   if (!TakeFields(answer, chosen)) return false;
   application = std::move(chosen);
   return true;

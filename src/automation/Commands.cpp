@@ -66,7 +66,6 @@ const CommandRow* CommandRow::Find(std::uint32_t id) {
       CommandRow{0x8117, Always, Build<kWorkerTranslate>, true},
       CommandRow{0x8118, UserProject,
                  [](M& manager) {
-                   if (!manager.model->CanStartOperation()) return 1;
                    manager.model->SetActiveApplication(manager.model->GetCurrentNode());
                    return 1;
                  }},

@@ -103,7 +103,9 @@ std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* ite
   }
   FindChildNode(path.c_str(), "Path", target, present);
   if (present != nullptr || (isApplication && HoldsApplicationOf(path))) return 1;
+  const std::uint64_t epoch = treeEpoch;
   FillItem(*node, path);
+  if (treeEpoch != epoch) return 0;
   return PlaceItem(*target, std::move(node));
 }
 
@@ -169,17 +171,14 @@ void CProjectModel::WriteItemPaths(CXmlNode& node, const std::string& path) cons
 
 std::int32_t CProjectModel::PlaceItem(CXmlNode& target, std::unique_ptr<CXmlNode> node) {
   const std::uint64_t opened = projectEpoch;
-  CXmlNode* added = nullptr;
-  {
-    const TreeUpdate update(views);
-    target.SetAttrValue("sate", "32");
-    added = AttachNode(target, std::move(node));
-    modified = 1;
+  modified = 1;
+  CXmlNode* const added = AttachNode(target, std::move(node), Opens::Yes);
+  if (added != nullptr) {
+    const std::uint64_t epoch = treeEpoch;
+    if ((types.FlagsOf(*added) & kTypeApplication) != 0) SetActiveApplication(added);
+    SetCurrentNode(added);
+    if (treeEpoch == epoch) LoadNodeOptions(added, true);
   }
-  const std::uint64_t epoch = treeEpoch;
-  if ((types.FlagsOf(*added) & kTypeApplication) != 0) SetActiveApplication(added);
-  SetCurrentNode(added);
-  if (treeEpoch == epoch) LoadNodeOptions(added, true);
   if (projectEpoch != opened) return 0;
   RunAutoDebugStep();
   return 1;

@@ -89,16 +89,12 @@ std::int32_t CProjectModel::AddGroup() {
   if (target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0) {
     target = target->GetParent();
   }
-  if (target == nullptr) return 0;
+  // Without a project the folder would be in no file.
+  if (target == nullptr || !isOpen) return 0;
   auto node = CXmlNode::CreateNode("Group");
   node->AddAttr("Header", "New Folder");
-  CXmlNode* group = nullptr;
-  {
-    const TreeUpdate update(views);
-    group = AttachNode(*target, std::move(node));
-    NoteShapeChanged();
-  }
-  SetCurrentNode(group);
+  NoteShapeChanged();
+  SetCurrentNode(AttachNode(*target, std::move(node), Opens::No));
   return 1;
 }
 
@@ -136,9 +132,6 @@ const CXmlNode* CProjectModel::ProposeApplication(const std::string& itempath, c
       wanted.typeHeaders.push_back(TextOf(each.GetAttrValue("Header")));
     }
   }
-  if (wanted.typeHeader.empty() && !wanted.typeHeaders.empty()) {
-    wanted.typeHeader = wanted.typeHeaders.front();
-  }
   return type;
 }
 
@@ -148,14 +141,9 @@ std::int32_t CProjectModel::PlaceInProject(std::unique_ptr<CXmlNode> node) {
   CXmlNode* namesake = nullptr;
   FindTreeNode(node->GetAttrValue("Header"), "Header", target, namesake);
   if (namesake != nullptr || !isOpen || !CanContain(target, node.get())) return 0;
-  CXmlNode* added = nullptr;
-  {
-    const TreeUpdate update(views);
-    added = AttachNode(*target, std::move(node));
-    modified = 1;
-  }
   const std::uint64_t opened = projectEpoch;
-  SetCurrentNode(added);
+  modified = 1;
+  SetCurrentNode(AttachNode(*target, std::move(node), Opens::No));
   return projectEpoch == opened ? 1 : 0;
 }
 
@@ -170,11 +158,12 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
     if (files.IsFolder(applicationFile) || files.IsReadOnly(applicationFile)) return 0;
     (void)files.RemoveFile(WithExtension(projectFile, ".dbi"));
   }
-  // The creation goes on without a file, and adding the application reports that it is missing.
+  // The creation goes on without a file, and adding the application reports that it is missing; but
+  // what was to be replaced must not be taken for the new one.
   const std::string text = node.ToString(g_xmlDisplayOptions);
-  if (!files.WriteWholeFile(applicationFile, text)) {
+  if (!files.WriteWholeFile(applicationFile, text) && files.Exists(applicationFile)) {
     output->WriteMessage(kRowCannotSave, {applicationFile});
-    if (files.Exists(applicationFile)) return 0;
+    return 0;
   }
   if (!CreateProjectFile(projectFile, 0)) return 0;
   if (!OpenProject(projectFile.c_str(), 0)) return 0;

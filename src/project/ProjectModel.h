@@ -294,8 +294,11 @@ class CProjectModel {
 
   CXmlNode* FindItem(const char* itemname);
   CXmlNode* Paste(CXmlNode* target);
-  // The node as an element of the tree; `modified` is left to the caller.
-  CXmlNode* AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> node);
+  enum class Opens { No, Yes };  // whether the parent is shown with what is in it
+  // The node as the last element of the tree below `parent`, or in front of another one; `modified`
+  // is left to the caller. Null when the views' answer to it changed the tree again.
+  CXmlNode* AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> node, Opens opens,
+                       const CXmlNode* before = nullptr);
   void MakePathsAbsolute(CXmlNode& node, const std::string& base) const;
   CXmlNode* LoadAddTarget();
   const CXmlNode* TypeOfItem(const std::string& path, const char* itemtype);

@@ -87,13 +87,15 @@ std::int32_t CProjectModel::RemoveItem(const char* itemname) {
   if (node == nullptr) return 0;
   CXmlNode* const holder = node->GetParent();
   modified = 1;
+  std::uint64_t epoch = treeEpoch;
   if (holder == nullptr) {
     if (currentNode == node) currentNode = nullptr;
   } else {
     const TreeUpdate update(views);
     FreeSubtree(*holder, node);
+    epoch = treeEpoch;
   }
-  SetCurrentNode(holder);
+  if (treeEpoch == epoch) SetCurrentNode(holder);
   RunAutoDebugStep();
   return 1;
 }
@@ -135,11 +137,8 @@ CXmlNode* CProjectModel::Paste(CXmlNode* target) {
   copy->CopyFrom(*clipboardNode);
   ForgetDerived(*copy);
   ResetNodeCache(*copy, true);
-  const TreeUpdate update(views);
-  CXmlNode* const pasted = holder->InsertChildBefore(std::move(copy), isBefore ? target : nullptr);
-  NoteTreeChange();
   modified = 1;
-  return pasted;
+  return AttachNode(*holder, std::move(copy), Opens::No, isBefore ? target : nullptr);
 }
 
 std::int32_t CProjectModel::PasteNode(CXmlNode* target) {
@@ -164,10 +163,18 @@ void CProjectModel::MoveNode(CXmlNode* node, CXmlNode* target) {
   SetCurrentNode(copy);
 }
 
-CXmlNode* CProjectModel::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> node) {
-  CXmlNode* const attached = parent.AppendChild(std::move(node));
-  NoteTreeChange();
-  return attached;
+CXmlNode* CProjectModel::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> node, Opens opens,
+                                    const CXmlNode* before) {
+  CXmlNode* attached = nullptr;
+  std::uint64_t epoch = 0;
+  {
+    const TreeUpdate update(views);  // notes first which nodes are open now
+    if (opens == Opens::Yes) parent.SetAttrValue("sate", "32");
+    attached = parent.InsertChildBefore(std::move(node), before);
+    NoteTreeChange();
+    epoch = treeEpoch;
+  }
+  return treeEpoch == epoch ? attached : nullptr;
 }
 
 void CProjectModel::RemoveAllChildren(CXmlNode& node) {

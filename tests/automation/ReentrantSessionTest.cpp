@@ -74,6 +74,9 @@ class Session {
     world.Call("Command", {0x8106});
     world.Call("AddExistingItem", {"/p/outer.c", NullableText()});
     world.Call("AddNewItem", {NullableText(), "Group"});
+    world.Call("AddExistingItem", {"/nowhere/x.c", NullableText()});
+    world.Call("SelectApplication", {"New Folder"});
+    world.Call("AddExistingItem", {"/p/gone.tapp", "Application"});
     world.Call("SelectApplication", {"main.c"});
     for (const std::int32_t id : {0x810D, 0x810E, 0x810F, 0x8110, 0x811A, 0x811E}) {
       world.Call("Command", {id});

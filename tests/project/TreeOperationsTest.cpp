@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "project/ProjectWorld.h"
+#include "project/RecordingWindows.h"
 #include "support/AnsweringUser.h"
 
 namespace tarn::test {
@@ -104,9 +105,41 @@ TEST_F(TreeOperations, AnApplicationIsAddedToTheProjectOnceWhateverIsSelected) {
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
   EXPECT_EQ(world.model->AddExistingItem("/p/../p/BOOT.tapp", "Application"), 1);
   EXPECT_EQ(world.Application(2), nullptr);
+  EXPECT_EQ(world.model->SetActiveApplication(world.Node("main.c")), 0) << "no application";
   ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_STREQ(world.model->GetProjectRoot().GetAttrValue("ActiveApp"), "boot");
   EXPECT_NE(world.Application(1), nullptr);
   EXPECT_EQ(world.Application(2), nullptr);
+}
+
+TEST_F(TreeOperations, OneOfSeveralExtensionsIsEnoughAndTheFirstIsAppended) {
+  CXmlNode type;
+  type.Load(
+      "<Kit Application='Yes' Extern='Yes' Path='Yes' Build='Yes' Extension='kapp;tapp' "
+      "Header='Kit' />",
+      g_xmlParseInfo);
+  world.model->types.Add(type);
+  for (const char* file : {"/p/a.TAPP", "/p/b.kapp", "/p/c.kapp"}) world.AddFile(file, "\n<Kit />");
+  Open();
+  for (const char* path : {"/p/a.TAPP", "/p/b.kapp", "/p/c"}) {
+    world.model->SetCurrentNode(&world.model->GetProjectRoot());
+    EXPECT_EQ(world.model->AddExistingItem(path, "Kit"), 1) << path;
+  }
+  EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Extern"}),
+            "Project[Application(Extern=/p/demo.tapp)[Group[C C] Group] Kit(Extern=/p/a.TAPP) "
+            "Kit(Extern=/p/b.kapp) Kit(Extern=/p/c.kapp)]");
+  EXPECT_EQ(world.model->AddExistingItem("/p/d.x", "Kit"), 0);
+  // A new one has a file with another extension than the type's, and is not asked for again.
+  user.fillForm = [](NewApplication& form) {
+    form.createNewProject = true;
+    form.location = "/new";
+    form.applicationName = "boot";
+    return true;
+  };
+  EXPECT_EQ(world.model->AddNewItem(nullptr, "Kit"), 1);
+  EXPECT_EQ(ProjectWorld::Show(*world.Application(), {"Extern"}), "Kit(Extern=/new/boot.tapp)");
+  EXPECT_THAT(user.lines, ElementsAre("form: /p/ d.x 'Kit' this project",
+                                      "form: /p/ Application0 'Kit' this project"));
 }
 
 TEST_F(TreeOperations, AnApplicationFileThatCannotBeReadIsNotOverwritten) {
@@ -269,6 +302,8 @@ TEST_F(TreeOperations, AFolderIsKeptByASaveThoughItChangesNothing) {
   EXPECT_EQ(world.model->GetOwnCurrentNode(), world.Node("New Folder"));
   ASSERT_EQ(world.model->SaveProject(), 1);
   EXPECT_NE(world.Node("New Folder"), nullptr);
+  ASSERT_EQ(world.model->CloseProject(), 1);
+  EXPECT_EQ(world.model->AddNewItem(nullptr, "Group"), 0) << "in no project";
 }
 
 TEST_F(TreeOperations, ANewApplicationIsRefusedWithoutATrace) {
@@ -355,8 +390,7 @@ TEST_F(TreeOperations, AWizardThatIsCancelledLeavesTheDefaultMarkAsItWas) {
   ASSERT_EQ(world.model->CloseProject(), 1);
   EXPECT_EQ(world.model->NewProject(nullptr), 0);
   EXPECT_FALSE(world.model->IsDefaultProject());
-  EXPECT_THAT(user.lines,
-              ElementsAre("form: /app/examples/ Application0 'Application' new project"));
+  EXPECT_THAT(user.lines, ElementsAre("form: /app/examples/ Application0 '' new project"));
 }
 
 TEST_F(TreeOperations, ANewItemRunsItsToolOnlyWhereThatWasChosen) {
@@ -378,6 +412,20 @@ TEST_F(TreeOperations, ANewItemRunsItsToolOnlyWhereThatWasChosen) {
   EXPECT_THAT(world.components.Tools().CallsOf("RunTool").front(),
               ::testing::StartsWith("RunTool /app/config/cobbler.xml \"\" <Values>"));
 }
+
+// A window whose refill at the end of a change sends messages, as that of a toolkit does.
+class RefillingWindow final : public RecordingProjectWindow {
+ public:
+  std::function<void()> onRefill;
+
+  void BeginTreeUpdate() override { ++depth; }
+  void EndTreeUpdate() override {
+    if (--depth == 0 && onRefill) onRefill();
+  }
+
+ private:
+  int depth = 0;
+};
 
 // Every operation from inside every message that it sends.
 TEST_F(TreeOperations, AHostThatActsInsideMessagesFreesNothingInUse) {
@@ -402,7 +450,8 @@ TEST_F(TreeOperations, AHostThatActsInsideMessagesFreesNothingInUse) {
       [](CProjectModel& model) { model.RemoveItem("demo"); },
       [](CProjectModel& model) { model.AddExistingItem("/p/other.c", nullptr); },
   };
-  for (const std::uint32_t message : {0x8019u, 0x8011u, 0x8010u, 0x8023u}) {
+  constexpr std::uint32_t kRefill = 0;
+  for (const std::uint32_t message : {0x8019u, 0x8011u, 0x8010u, 0x8023u, kRefill}) {
     for (const auto& operation : operations) {
       for (const auto& reaction : reactions) {
         ProjectWorld each;
@@ -412,11 +461,20 @@ TEST_F(TreeOperations, AHostThatActsInsideMessagesFreesNothingInUse) {
         each.model->PublishAll();
         each.model->SetCurrentNode(each.Node("main.c"));
         bool inside = false;
-        each.host.actions[message] = [&] {
+        const auto act = [&] {
           if (std::exchange(inside, true)) return;
           reaction(*each.model);
         };
+        RefillingWindow window;
+        if (message == kRefill) {
+          window.onRefill = act;
+          each.model->views.project = &window;
+        } else {
+          each.host.actions[message] = act;
+        }
         operation(*each.model);
+        EXPECT_TRUE(inside || message != kRefill);
+        each.model->views.project = nullptr;
         each.host.actions.clear();
         if (each.model->IsOpen()) {
           EXPECT_EQ(each.model->SaveProject(), 1);
