@@ -42,8 +42,8 @@ class Session {
     world.AddDemo();
     world.AddDefaultProject();
     world.disk.AddFile("/p/script.lua", "text");
-    auto& defaults = world.components.Properties().defaults;
-    defaults = {
+    world.components.Properties().newConfigName = "Debug";
+    world.components.Properties().defaults = {
         {"C.Build.TranslateTool", "cc"},           {"C.Build.OutputFile", "/p/main.o"},
         {"Application.Build.TranslateTool", "ld"}, {"Application.Build.OutputFile", "/p/demo.elf"},
         {".Build.ListingFile", "/p/demo.lst"},     {".Internal.Open", "0x810F"}};
@@ -78,7 +78,8 @@ class Session {
     world.Call("SelectApplication", {"New Folder"});
     world.Call("AddExistingItem", {"/p/gone.tapp", "Application"});
     world.Call("SelectApplication", {"main.c"});
-    for (const std::int32_t id : {0x810D, 0x810E, 0x810F, 0x8110, 0x811A, 0x811E}) {
+    for (const std::int32_t id : {0x810B, 0x810D, 0x810E, 0x810F, 0x8110, 0x8119, 0x811A, 0x811E,
+                                  0x8121, 0x8138, 0xE122, 0xE125}) {
       world.Call("Command", {id});
     }
     world.Call("SelectApplication", {"Tarn Project 'demo'"});
