@@ -99,7 +99,7 @@ Status WriteStandInProject(FileSystem& files, const std::string& folder, const s
   const std::string paths[] = {JoinPath(folder, name + ".tapp"), JoinPath(folder, name + ".tprj")};
   for (std::size_t i = 0; i < std::size(paths); ++i) {
     if (files.Exists(paths[i])) continue;
-    if (const Status written = files.WriteWholeFile(paths[i], texts[i]); !written) return written;
+    if (Status written = files.WriteWholeFile(paths[i], texts[i]); !written) return written;
   }
   return {};
 }
