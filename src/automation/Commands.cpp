@@ -1,8 +1,7 @@
-// The vocabulary of command ids that hosts put into their menus: one row an id, with what it does
-// and when it is enabled.
+// How a command is enabled, begun, carried out and ended, and the work of those that need more than
+// a call.
 
-#include <array>
-
+#include "automation/CommandTable.h"
 #include "automation/ProjectManager.h"
 #include "patterns/ParseNumber.h"
 #include "platform/text/Text.h"
@@ -11,123 +10,16 @@ namespace tarn {
 
 namespace {
 
-enum class EnableRule { Always, UserProject, WhileBuilding };
-
-}  // namespace
-
-struct CommandRow {
-  std::uint32_t id;
-  EnableRule rule;
-  std::int32_t (*action)(CProjectManager& manager);
-  bool isBuild = false;  // has steps ahead and behind
-
-  static const CommandRow* Find(std::uint32_t id);
-
- private:
-  template <void (CProjectManager::*Member)()>
-  static std::int32_t Do(CProjectManager& manager) {
-    (manager.*Member)();
-    return 1;
-  }
-  template <std::int32_t Work>
-  static std::int32_t Build(CProjectManager& manager) {
-    return manager.StartWorker(Work);
-  }
-  template <bool KeepsOutputs>
-  static std::int32_t Apply(CProjectManager& manager) {
-    manager.ApplyOptionChange(KeepsOutputs);
-    return 1;
-  }
-};
-
-const CommandRow* CommandRow::Find(std::uint32_t id) {
-  using M = CProjectManager;
-  using enum EnableRule;
-  static const std::array rows = {
-      CommandRow{0x8105, Always, Apply<true>},
-      CommandRow{0x8106, Always, Apply<false>},
-      CommandRow{0x8108, Always,
-                 [](M& manager) { return manager.model->AddExistingItem(nullptr, nullptr), 1; }},
-      CommandRow{0x8109, UserProject,
-                 [](M& manager) { return manager.model->AddNewItem(nullptr, nullptr), 1; }},
-      CommandRow{0x810C, UserProject,
-                 [](M& manager) { return manager.model->AddNewItem(nullptr, "Group"), 1; }},
-      CommandRow{0x810B, UserProject, Do<&M::ShowNodeOptions>},
-      CommandRow{0x810D, Always, [](M& manager) { return manager.OpenListing(nullptr), 1; }},
-      CommandRow{0x810E, Always, Do<&M::RunOpenCommand>},
-      CommandRow{0x810F, Always, Do<&M::OpenCurrentFile>},
-      CommandRow{0x8110, Always, Do<&M::ShowCurrentFile>},
-      CommandRow{0x8111, UserProject, Build<kWorkerRebuildAll>, true},
-      CommandRow{0x8112, UserProject, Build<kWorkerBuildAll>, true},
-      CommandRow{0x8113, UserProject, Build<kWorkerCleanAll>, true},
-      CommandRow{0x8114, Always, Build<ModeRebuild>, true},
-      CommandRow{0x8115, Always, Build<ModeBuild>, true},
-      CommandRow{0x8116, Always, Build<ModeClean>, true},
-      CommandRow{0x8117, Always, Build<kWorkerTranslate>, true},
-      CommandRow{0x8118, UserProject,
-                 [](M& manager) {
-                   manager.model->SetActiveApplication(manager.model->GetCurrentNode());
-                   return 1;
-                 }},
-      CommandRow{0x8119, Always,
-                 [](M& manager) { return manager.model->SelectConfiguration(""), 1; }},
-      CommandRow{0x811A, Always, Do<&M::ResetProperty>},
-      CommandRow{0x811B, Always,
-                 [](M& manager) { return manager.model->ResetNodeOptions(nullptr), 1; }},
-      CommandRow{0x811C, WhileBuilding, [](M& manager) { return manager.model->RequestStop(), 1; }},
-      CommandRow{0x811E, Always, Do<&M::AnnounceActiveApplication>},
-      CommandRow{0x811F, Always,
-                 [](M& manager) {
-                   if (!manager.model->CanStartOperation()) return 2;
-                   manager.model->SetCurrentNode(manager.model->GetActiveApplication());
-                   return manager.StartWorker(ModeBuild);
-                 },
-                 true},
-      CommandRow{
-          0x8120, Always,
-          [](M& manager) { return manager.OpenListing(manager.model->GetActiveApplication()), 1; }},
-      CommandRow{0x8121, Always, Do<&M::ShowApplicationOptions>},
-      CommandRow{0x8137, Always, Do<&M::StopPublishing>},
-      CommandRow{0x8138, Always, [](M& manager) { return manager.model->AddConfiguration(), 1; }},
-      CommandRow{0x8139, Always, [](M& manager) { return manager.rerunAfterBuild = true, 0; }},
-      CommandRow{0x813A, Always,
-                 [](M& manager) { return manager.model->ClearDefaultApplicationItems(), 1; }},
-      CommandRow{0xE120, UserProject,
-                 [](M& manager) { return manager.model->RemoveItem(nullptr), 1; }},
-      CommandRow{0xE122, UserProject,
-                 [](M& manager) { return manager.model->CopyNode(nullptr), 1; }},
-      CommandRow{0xE125, UserProject,
-                 [](M& manager) { return manager.model->PasteNode(nullptr), 1; }},
-  };
-  for (const CommandRow& row : rows) {
-    if (row.id == id) return &row;
-  }
-  return nullptr;
-}
-
-namespace {
-
-bool IsDynamic(std::uint32_t id) {
-  return id >= static_cast<std::uint32_t>(kFirstDynamicCommand) &&
-         id <= static_cast<std::uint32_t>(kLastDynamicCommand);
-}
-
-bool IsFixedBuild(std::uint32_t id) {
+CommandKind KindOf(std::uint32_t id) {
   const CommandRow* row = CommandRow::Find(id);
-  return row != nullptr && row->isBuild;
+  return row == nullptr ? CommandKind::Plain : row->kind;
 }
 
 }  // namespace
 
 std::int32_t CProjectManager::Command(std::uint32_t id) {
-  if (!model) return 1;
-  if (IsDynamic(id)) {
-    const bool hasTools = model->GetDynamicCommandTree() != nullptr;
-    if (!hasTools || model->GetOwnCurrentNode() == nullptr) return 1;
-    return StartWorker(static_cast<std::int32_t>(id));
-  }
   const CommandRow* row = CommandRow::Find(id);
-  return row == nullptr ? 1 : row->action(*this);
+  return !model || row == nullptr ? 1 : row->action(*this, id);
 }
 
 std::int32_t CProjectManager::EnableCommand(std::uint32_t id) {
@@ -145,8 +37,9 @@ std::int32_t CProjectManager::EnableCommand(std::uint32_t id) {
 }
 
 std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
-  if (!model || (!IsFixedBuild(id) && !IsDynamic(id))) return 1;
-  if (IsFixedBuild(id)) rerunAfterBuild = false;
+  const CommandKind kind = KindOf(id);
+  if (!model || kind == CommandKind::Plain) return 1;
+  if (kind == CommandKind::Build) rerunAfterBuild = false;
   if (!model->CanStartOperation()) return 0;
   model->views.StopStepTimer();
   propertyManager->EndUpdate();
@@ -168,9 +61,10 @@ std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
 }
 
 std::int32_t CProjectManager::EpilogCommand(std::uint32_t id) {
-  if (!model || (!IsFixedBuild(id) && !IsDynamic(id))) return 1;
+  const CommandKind kind = KindOf(id);
+  if (!model || kind == CommandKind::Plain) return 1;
   propertyManager->EndUpdate();
-  if (IsDynamic(id)) return 1;
+  if (kind == CommandKind::Tool) return 1;
   if (const CXmlNode* application = model->GetActiveApplication()) {
     model->views.LoadGlobals(model->GlobalsFileOf(*application));
   }
@@ -185,6 +79,12 @@ std::int32_t CProjectManager::EpilogCommand(std::uint32_t id) {
 std::int32_t CProjectManager::StartWorker(std::int32_t command) {
   model->StartBuildThread(command);
   return 2;
+}
+
+std::int32_t CProjectManager::RunNodeTool(std::uint32_t id) {
+  const bool hasTools = model->GetDynamicCommandTree() != nullptr;
+  if (!hasTools || model->GetOwnCurrentNode() == nullptr) return 1;
+  return StartWorker(static_cast<std::int32_t>(id));
 }
 
 // The node's options were changed below its cached values: it is published again.

@@ -137,6 +137,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
 
   // Actions of commands.
   std::int32_t StartWorker(std::int32_t command);
+  std::int32_t RunNodeTool(std::uint32_t id);
   void ApplyOptionChange(bool keepsOutputs);
   void ResetProperty();
   void ShowNodeOptions();
