@@ -37,7 +37,7 @@ std::string Upper(std::string text) {
 // The word for a switch's value: the type it was given, or its own name.
 std::string ValueWordOf(const CLI::Option& option) {
   if (option.get_items_expected_max() == 0) return {};
-  const std::string type = option.get_type_name();
+  std::string type = option.get_type_name();
   const bool isGeneral = type.empty() || type == "TEXT" || type == "INT" || type == "UINT";
   if (!isGeneral) return type;
   return option.get_lnames().empty() ? "VALUE" : Upper(option.get_lnames().front());

@@ -14,6 +14,7 @@ namespace {
 
 std::vector<std::string> LabelsOf(const std::vector<ApplicationEntry>& applications) {
   std::vector<std::string> labels;
+  labels.reserve(applications.size());
   for (const ApplicationEntry& each : applications) labels.push_back(each.label);
   return labels;
 }

@@ -116,11 +116,11 @@ bool ClientChannel::ReadSome() {
   if (count < 0) return errno == EINTR || errno == EAGAIN;
   if (count == 0) return false;
   frames.Feed({bytes, static_cast<std::size_t>(count)});
-  while (std::optional<Frame> frame = frames.Next()) TakeFrame(std::move(*frame));
+  while (const std::optional<Frame> frame = frames.Next()) TakeFrame(*frame);
   return true;
 }
 
-void ClientChannel::TakeFrame(Frame frame) {
+void ClientChannel::TakeFrame(const Frame& frame) {
   const std::size_t size = frame.body.size();
   if (frame.problem != FrameProblem::None) return Enqueue(ToMessage(frame.problem), size);
   RpcMessage message = ReadRpcMessage(frame.body);

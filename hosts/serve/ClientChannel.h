@@ -59,7 +59,7 @@ class ClientChannel {
   void ReadLoop();
   // False when the reading is over.
   bool ReadSome();
-  void TakeFrame(Frame frame);
+  void TakeFrame(const Frame& frame);
   void TakeAnswer(RpcAnswer answer);
   void Enqueue(RpcMessage message, std::size_t size);
   void WakeReader(char word);

@@ -118,7 +118,8 @@ std::span<const CommandRow> CommandRow::Table() {
                  "Runs a tool that fits the current node; `GetDynamicCommands` tells the tools and "
                  "their numbers. Gives 1 when there is none; a number that no tool has gives 2, "
                  "and no end is told.",
-                 [](M& manager, Id id) { return manager.RunNodeTool(id); }, kLastDynamicCommand},
+                 [](M& manager, Id number) { return manager.RunNodeTool(number); },
+                 kLastDynamicCommand},
       CommandRow{0x8137, Always, Plain, "Stop publishing",
                  "Stops reading the options of nodes in the background.", Do<&M::StopPublishing>},
       CommandRow{0x8138, Always, Plain, "Add a configuration",
