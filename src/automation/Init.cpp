@@ -2,6 +2,7 @@
 
 #include "automation/ProjectManager.h"
 #include "output/MessageTable.h"
+#include "patterns/ParseNumber.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -56,6 +57,7 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
   model->applicationPath = root;
   model->dataPath = dataPath;
   ChooseProfileKey();
+  ReadImportSettings();
   SeedDefaultProject();
   if (givenApplicationPath != nullptr) platform.files.SetCurrentFolder(givenApplicationPath);
 
@@ -133,6 +135,12 @@ std::string CProjectManager::OwnFolderName() const {
 void CProjectManager::ChooseProfileKey() {
   const std::string name = OwnFolderName();
   if (!name.empty()) platform.settings.SetProfileKey("Corvane\\" + name);
+}
+
+void CProjectManager::ReadImportSettings() {
+  model->importProgram = platform.settings.ReadProfile("Import", "Interpreter", "");
+  const std::int32_t seconds = ParseNumber(platform.settings.ReadProfile("Import", "Seconds", "0"));
+  if (seconds > 0 && seconds != kNoNumber) model->importSeconds = seconds;
 }
 
 void CProjectManager::SeedDefaultProject() {

@@ -125,6 +125,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetPropertyManager>("GetPropertyManager", 7, {}),
       Method<&I::SelectNodeByKey>("SelectNodeByKey", 8, {"key", "application"}),
       Method<&I::ExplainOption>("ExplainOption", 9, {"setname", "sectionname", "propertyname"}),
+      Method<&I::MissingImportProgram>("MissingImportProgram", 10, {}),
   });
   return table;
 }
@@ -336,6 +337,11 @@ std::string CProjectInspector::ExplainOption(const char* set, const char* sectio
     }
   }
   return explanation.ToString(g_xmlDisplayOptions);
+}
+
+std::string CProjectInspector::MissingImportProgram() {
+  const CProjectModel* model = Model();
+  return model == nullptr ? std::string() : model->MissingImportProgram();
 }
 
 }  // namespace tarn

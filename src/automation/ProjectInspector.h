@@ -39,6 +39,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::int32_t SelectNodeByKey(const char* key, const char* application);
   // The stored values of one option from the outermost level to the current node.
   std::string ExplainOption(const char* set, const char* section, const char* property);
+  // The program that the import of older projects needs and this machine hasn't got, or empty.
+  std::string MissingImportProgram();
 
  private:
   CProjectModel* Model() const;

@@ -130,6 +130,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   bool LoadConfiguration();
   void SendMenus(const CXmlNode& configuration);
   void ChooseProfileKey();
+  void ReadImportSettings();
   void SeedDefaultProject();
   // The application folder's own name, which settings are kept under; empty for the standard one.
   std::string OwnFolderName() const;

@@ -14,6 +14,14 @@ namespace tarn {
 
 namespace {
 
+constexpr const char* kInterpreter = "perl";
+
+// Exit codes of the script.
+constexpr int kTimeIsUp = -1;
+constexpr int kDone = 0;
+constexpr int kFileMissing = 2;
+constexpr int kLastExitCode = 7;  // that means something
+
 // Quotes in the text are the command line's own from here on.
 std::string Protected(const std::string& path) {
   std::string text;
@@ -24,18 +32,16 @@ std::string Protected(const std::string& path) {
   return text;
 }
 
-// The interpreter that came with the installation, or else the machine's own.
-std::string FindInterpreter(FileSystem& files, const std::string& folder) {
-  const std::string own = folder + "perl.exe";
-  return files.Exists(own) ? own : FindProgram("perl");
-}
-
 std::string FailureText(std::int32_t exitCode, const std::string& path) {
   const struct {
     std::int32_t exitCode;
     int row;
-  } rows[] = {{2, kRowFileMissing}, {3, kRowImportExit3}, {4, kRowMalformedXml},
-              {5, kRowImportExit5}, {6, kRowImportExit6}, {7, kRowImportExit7}};
+  } rows[] = {{kFileMissing, kRowFileMissing},
+              {3, kRowImportExit3},
+              {4, kRowMalformedXml},
+              {5, kRowImportExit5},
+              {6, kRowImportExit6},
+              {7, kRowImportExit7}};
   if (exitCode == 1) return {};
   for (const auto& each : rows) {
     if (each.exitCode == exitCode) {
@@ -47,7 +53,6 @@ std::string FailureText(std::int32_t exitCode, const std::string& path) {
 
 }  // namespace
 
-// 1 also when the open of what the script left failed.
 std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
   const std::string oldFile = FullProjectPath(path);
   const std::string newFile = WithExtension(oldFile, ".tprj");
@@ -59,9 +64,11 @@ std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
     if (projectEpoch != opened) return 0;
   }
   if (converts) {
-    const std::int32_t exitCode = RunConversion(oldFile);
-    if (exitCode != 0) {
-      ShowMessage(mainframeHandle, FailureText(exitCode, oldFile), caption);
+    std::string blamed = oldFile;
+    const std::int32_t exitCode = RunConversion(oldFile, blamed);
+    if (projectEpoch != opened) return 0;
+    if (exitCode != kDone) {
+      ShowMessage(mainframeHandle, FailureText(exitCode, blamed), caption);
       return 0;
     }
   }
@@ -69,21 +76,47 @@ std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
   return 1;
 }
 
-std::int32_t CProjectModel::RunConversion(const std::string& oldFile) {
+// What the user has chosen, or what came with the installation, or else the machine's own.
+std::string CProjectModel::FindImportProgram() const {
+  if (!importProgram.empty()) return FindProgram(importProgram);
+  const std::string own = JoinPath(applicationPath, "bin/k418/perl.exe");
+  return files.Exists(own) ? own : FindProgram(kInterpreter);
+}
+
+std::string CProjectModel::MissingImportProgram() const {
+  if (!FindImportProgram().empty()) return {};
+  return importProgram.empty() ? kInterpreter : importProgram;
+}
+
+// Done also when nothing could be started.
+std::int32_t CProjectModel::RunConversion(const std::string& oldFile, std::string& blamed) {
   const std::string folder = JoinPath(applicationPath, "bin/k418");
-  const std::string interpreter = FindInterpreter(files, AddSeparator(folder));
+  const std::string script = JoinPath(folder, "k418.pl");
+  const std::string interpreter = FindImportProgram();
   if (interpreter.empty()) {
-    output->AddOutput("Older projects are converted by a Perl script, and there is no Perl here.");
-    return 0;
+    AddLogLine("Older projects are converted by a script, and there is no " +
+               MissingImportProgram() + " here to run it.");
+    return kDone;
   }
-  const std::string commandLine = FormatMessageText(
-      R"("%s" -I"%s" -w "%s" "%s")",
-      std::vector<std::string>{Protected(interpreter), Protected(folder),
-                               Protected(JoinPath(folder, "k418.pl")), Protected(oldFile)});
+  // The interpreter's own exit code for this is the same, and would blame the old project.
+  if (!files.Exists(script)) {
+    blamed = script;
+    return kFileMissing;
+  }
+  const std::string commandLine =
+      FormatMessageText(R"("%s" -I"%s" -w "%s" "%s")",
+                        std::vector<std::string>{Protected(interpreter), Protected(folder),
+                                                 Protected(script), Protected(oldFile)});
   std::string written;
   const std::int32_t exitCode = RunAndWait(*launcher, commandLine, importSeconds, written);
   for (const std::string_view line : Split(written, '\n')) {
-    if (!Trim(line).empty()) output->AddOutput(std::string(line));
+    if (!Trim(line).empty()) AddLogLine(std::string(line));
+  }
+  if (exitCode == kTimeIsUp) {
+    AddLogLine("The conversion takes longer than " + std::to_string(importSeconds) +
+               " s. It goes on by itself.");
+  } else if (exitCode < 0 || exitCode > kLastExitCode) {
+    AddLogLine("The conversion ended with the exit code " + std::to_string(exitCode) + ".");
   }
   return exitCode;
 }

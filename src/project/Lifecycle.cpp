@@ -52,6 +52,11 @@ std::intptr_t CProjectModel::SendHost(HostMessage message, const std::string& wT
                   reinterpret_cast<std::intptr_t>(lText.c_str()));
 }
 
+void CProjectModel::AddLogLine(const std::string& text) {
+  output->AddOutput(text);
+  SendHost(kMsgLogLine, text, 0);
+}
+
 void CProjectModel::PostHostCommand(std::int32_t command) {
   PostWindowMessage(mainframeHandle, kMsgCommand, command, 0);
 }
@@ -294,7 +299,7 @@ void CProjectModel::ReportRescues() {
   const std::vector<std::string> copies = std::exchange(keptCopies, {});
   for (const std::string& path : rescues) output->WriteMessage(kRowCannotSave, {path});
   for (const std::string& path : copies) {
-    output->AddOutput("The file on disk held more than was read from it; a copy of it is " + path);
+    AddLogLine("The file on disk held more than was read from it; a copy of it is " + path);
   }
   if (!copies.empty()) {
     output->SaveLog();

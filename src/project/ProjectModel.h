@@ -93,8 +93,11 @@ class CProjectModel {
   std::string applicationPath;
   std::string dataPath;
   NodeTypes types;
-  ProcessLauncher* launcher = &ProcessLauncher::Native();  // of the conversion script
-  int importSeconds = 600;                                 // how long that may take
+  // The conversion of older projects: who starts the script, what runs it (empty: Perl), and how
+  // long that may take.
+  ProcessLauncher* launcher = &ProcessLauncher::Native();
+  std::string importProgram;
+  int importSeconds = 600;
 
   // What the project is.
   const std::string& GetProjectPath() const { return projectPath; }
@@ -131,6 +134,10 @@ class CProjectModel {
   std::int32_t SaveProject();
   std::int32_t NewProject(const char* path);
   std::int32_t CreateProjectFile(const std::string& path, std::int32_t askOverwrite);
+
+  // The program that the import of older projects needs and this machine hasn't got; empty when it
+  // has it (Import.cpp).
+  std::string MissingImportProgram() const;
 
   // Files and paths (TreeFile.cpp).
   std::int32_t LoadTreeFile(CXmlNode& node, const std::string& fileName);
@@ -253,6 +260,8 @@ class CProjectModel {
   std::intptr_t SendHost(HostMessage message, const std::string& wText, std::intptr_t lParam);
   std::intptr_t SendHost(HostMessage message, const std::string& wText, const std::string& lText);
   void PostHostCommand(std::int32_t command);
+  // Adds a line that is no row of the message table to the log, and tells it to the host.
+  void AddLogLine(const std::string& text);
 
  private:
   friend class BuildWalk;
@@ -315,8 +324,10 @@ class CProjectModel {
   std::int32_t PlaceInNewProject(const CXmlNode& node, const std::string& applicationFile,
                                  const std::string& projectFile);
   std::int32_t RunCobbler(const std::string& wizardPath);
+  // 1 also when the open of what the conversion left failed.
   std::int32_t ImportOldProject(const std::string& path);
-  std::int32_t RunConversion(const std::string& oldFile);
+  std::int32_t RunConversion(const std::string& oldFile, std::string& blamed);
+  std::string FindImportProgram() const;
   bool AnnounceApplications(std::uint64_t opened);
   bool MakeOptionsReady(std::uint64_t opened);
   bool WriteAndEmpty();

@@ -146,10 +146,11 @@ TEST(Init, DoesItsStepsInOrder) {
       wanted.push_back(menu("Project"));
       wanted.push_back(menu("Build"));
     }
-    wanted.insert(wanted.end(),
-                  {"exists /data/demo/demo.tprj", "read /machine/registry.ini",
-                   "copy /targets/demo.tprj /data/demo/demo.tprj",
-                   "copy /targets/demo.tapp /data/demo/demo.tapp", "enter /app", "end"});
+    wanted.insert(
+        wanted.end(),
+        {"read /user/profile.ini", "read /user/profile.ini", "exists /data/demo/demo.tprj",
+         "read /machine/registry.ini", "copy /targets/demo.tprj /data/demo/demo.tprj",
+         "copy /targets/demo.tapp /data/demo/demo.tapp", "enter /app", "end"});
     // The names of temporary files are no matter.
     for (std::string& event : events) {
       if (event.starts_with("reserve ") || event.starts_with("remove ")) {

@@ -18,7 +18,10 @@ class Inspector : public ::testing::Test {
                        "Path=\".\\src\\main.c\" Custom=\"kept\" /></Group></Application>");
     world.components.Properties().defaults = {{"C.Build.TranslateTool", "cc"},
                                               {"C.Build.OutputFile", "/p/main.o"}};
+    world.disk.AddFile("/user/profile.ini",
+                       "[Corvane\\app\\Import]\nInterpreter=/no/perl\nSeconds=7\n");
     EXPECT_EQ(world.Init(), "1");
+    EXPECT_EQ(world.Manager().GetModel()->importSeconds, 7);
   }
 
   std::string Ask(DispatchId id, std::initializer_list<Variant> arguments = {}) {
@@ -53,6 +56,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"GetPropertyManager", 7, {}, "object", "object"},
       {"SelectNodeByKey", 8, {"main.c", ""}, "0", "0"},
       {"ExplainOption", 9, {"C", "Build", "Tool"}, "''", "'\r\n<Option Node=\"\" Value=\"\" />'"},
+      {"MissingImportProgram", 10, {}, "''", "'/no/perl'"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {

@@ -72,6 +72,7 @@ class Import : public ::testing::Test {
     world.model->applicationPath = "/app dir/";
     world.model->launcher = &launcher;
     world.disk.AddFile("/app dir/bin/k418/perl.exe", "");
+    world.disk.AddFile("/app dir/bin/k418/k418.pl", "");
     world.AddDemo("");
   }
   std::int32_t OpenOld(const char* path = "/p/old.PRJ") {
@@ -142,11 +143,50 @@ TEST_F(Import, WhatCannotStartCountsAsDone) {
   EXPECT_FALSE(world.model->IsOpen());
 }
 
+TEST_F(Import, WithoutAnInterpreterOrAScriptTheUserHearsWhatIsMissing) {
+  world.model->importProgram = "/no/such/perl";
+  EXPECT_EQ(world.model->MissingImportProgram(), "/no/such/perl");
+  EXPECT_EQ(OpenOld(), 1);
+  EXPECT_EQ(
+      world.LogText(),
+      "Older projects are converted by a script, and there is no /no/such/perl here to run it.\n"
+      "row 6 /p/old.tprj\n");
+  EXPECT_THAT(user.lines, ElementsAre());
+  world.model->importProgram.clear();
+  EXPECT_EQ(world.model->MissingImportProgram(), "");
+  world.disk.Erase("/app dir/bin/k418/k418.pl");
+  EXPECT_EQ(OpenOld(), 0);
+  EXPECT_THAT(user.lines, ElementsAre("show: row 6 /app dir/bin/k418/k418.pl   [Tarn Project]"));
+  EXPECT_THAT(launcher.calls, ElementsAre());
+}
+
+TEST_F(Import, AnotherInterpreterIsTakenIfTheUserWantsOne) {
+  world.model->importProgram = "sh";
+  EXPECT_EQ(OpenOld(), 1);
+  ASSERT_EQ(launcher.calls.size(), 1u);
+  EXPECT_THAT(launcher.calls.front(), ::testing::HasSubstr("/sh <-I/app dir/bin/k418>"));
+}
+
 TEST_F(Import, AScriptThatTakesTooLongIsLeftAlone) {
   launcher.hangs = true;
   world.model->importSeconds = 1;
   EXPECT_EQ(OpenOld(), 0);
   EXPECT_THAT(user.lines, ElementsAre("show: Unknown error [Tarn Project]"));
+  EXPECT_THAT(world.LogText(),
+              ::testing::EndsWith("\nThe conversion takes longer than 1 s. It goes "
+                                  "on by itself.\n"));
+}
+
+TEST_F(Import, TheHostHearsWhatTheScriptSaysAndMayOpenAnotherProjectMeanwhile) {
+  launcher.onRun = [this] { MakeProject(); };
+  world.host.actions[kMsgLogLine] = [this] {
+    world.host.actions.clear();
+    EXPECT_EQ(world.OpenDemo(), 1);
+  };
+  EXPECT_EQ(OpenOld(), 0);
+  EXPECT_THAT(world.host.lines, ::testing::Contains("0x801B line 7: no equal 0"));
+  EXPECT_EQ(world.model->GetProjectPath(), "/p/demo.tprj");
+  EXPECT_TRUE(world.model->IsOpen());
 }
 
 TEST(RunAndWait, QuotesKeepBlanksAndMayBeProtected) {

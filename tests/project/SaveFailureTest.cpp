@@ -15,6 +15,9 @@ using Lines = std::vector<std::string>;
 // What follows a save: the project is read again.
 const Lines kReopened = {"0x8015", "0x8023", "0x8023", "0x8019", "0x8011", "0x8010"};
 
+const std::string kCopyKept =
+    "The file on disk held more than was read from it; a copy of it is /p/two.tapp.orig";
+
 struct SaveRow {
   const char* name;
   std::function<void(EditedWorld&)> spoil;  // after the change, before the close
@@ -68,14 +71,14 @@ const SaveRow kSaveRows[] = {
       "/p/two.tapp.unsaved2 new"}},
     {"somebody else wrote the file",
      [](EditedWorld& world) { world.disk.AddFile("/p/two.tapp", "theirs"); },
-     {"0x8016"},
+     {"0x8016", kCopyKept},
      {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new", "/p/two.tapp.orig = theirs"}},
     {"somebody else wrote the file, once more",
      [](EditedWorld& world) {
        world.disk.AddFile("/p/two.tapp", "theirs");
        world.disk.AddFile("/p/two.tapp.orig", "theirs before");
      },
-     {"0x8016"},
+     {"0x8016", kCopyKept + "2"},
      {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new", "/p/two.tapp.orig = theirs before",
       "/p/two.tapp.orig2 = theirs"}},
     {"somebody else wrote the file and it cannot be kept",

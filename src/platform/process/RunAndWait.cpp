@@ -77,12 +77,8 @@ std::int32_t RunAndWait(ProcessLauncher& launcher, const std::string& commandLin
   // same: to free what the system keeps of it, and because letting go of it would end it.
   std::thread(WaitForEnd, waiting).detach();
   std::unique_lock<std::mutex> hold(waiting->lock);
-  const auto hasEnded = [&waiting] { return waiting->code.has_value(); };
-  if (seconds == 0) {
-    waiting->ended.wait(hold, hasEnded);
-  } else {
-    waiting->ended.wait_for(hold, std::chrono::seconds(seconds), hasEnded);
-  }
+  waiting->ended.wait_for(hold, std::chrono::seconds(seconds),
+                          [&waiting] { return waiting->code.has_value(); });
   written = waiting->written;
   return waiting->code.value_or(kTimeIsUp);
 }
