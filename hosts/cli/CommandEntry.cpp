@@ -19,7 +19,7 @@ constexpr ValueWord kValueWords[] = {
     {"PROJECT", ValueKind::Project}, {"CONFIG", ValueKind::Configuration},
     {"APP", ValueKind::Application}, {"NODE", ValueKind::Node},
     {"OPTION", ValueKind::Option},   {"FILE", ValueKind::File},
-    {"TARGET", ValueKind::Node},
+    {"TARGET", ValueKind::Node},     {"OLD", ValueKind::File},
 };
 
 ValueKind KindOf(const std::string& word) {

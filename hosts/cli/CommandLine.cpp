@@ -33,6 +33,7 @@ class Grammar {
     AddOptions();
     AddConfigurations();
     AddNew();
+    AddImport();
     AddRun();
     AddServe();
     AddEdits();
@@ -163,6 +164,13 @@ class Grammar {
         ->required();
     command->add_option("--compiler", invocation.compiler,
                         "Compiler to start with; see `tarn options list`");
+  }
+
+  void AddImport() {
+    CLI::App* command = AddCommand(app, "import", "Convert a project of the older form");
+    command->add_option("OLD", invocation.older, "A project (*.prj) or a workspace (*.stw) of it")
+        ->required();
+    command->add_flag("-y,--yes", invocation.yes, "Replace a project that is there already");
   }
 
   void AddRun() {

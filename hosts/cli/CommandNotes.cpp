@@ -40,7 +40,10 @@ const std::vector<CommandNote>& Notes() {
        kFiles,
        {{"tarn new blinky", "a project in the folder blinky"},
         {"tarn new work/blinky --compiler sdcc-mcs51", "with another compiler"}}},
-      {"tarn import", kFiles, {}},
+      {"tarn import",
+       kFiles,
+       {{"tarn import blinky.prj", "make blinky.tprj out of it"},
+        {"tarn import --yes all.stw", "all projects of a workspace, over an earlier result"}}},
       {"tarn add",
        kFiles,
        {{"tarn add blinky.tprj src/uart.c src/uart.h", "into the active application"},
@@ -106,8 +109,8 @@ const TextTable& ExitCodeTexts() {
       {"0", "done"},
       {"1", "the build or the script failed"},
       {"2", "wrong use"},
-      {"3", "the project can't be opened or saved"},
-      {"4", "a program that a tool needs is missing"},
+      {"3", "the project can't be opened, converted or saved"},
+      {"4", "a program that a tool or the conversion needs is missing"},
       {"130", "interrupted"},
   };
   return texts;

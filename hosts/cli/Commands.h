@@ -14,6 +14,7 @@ int RunOptions(CommandContext& context);     // options get, set, reset, explain
 int RunConfig(CommandContext& context);      // config list, add, select
 int RunLog(CommandContext& context);         // log
 int RunNew(CommandContext& context);         // new
+int RunImport(CommandContext& context);      // import
 int RunCompletion(CommandContext& context);  // completion bash, zsh, fish
 int RunMan(CommandContext& context);         // man
 int RunComplete(CommandContext& context);    // complete

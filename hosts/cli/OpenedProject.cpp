@@ -57,7 +57,9 @@ int CommandContext::LocateProject(const std::string& word, std::string& path) {
   path = found.path;
   if (!path.empty()) return kExitDone;
   if (found.choices.empty()) {
-    Complain(found.problem + " Name one, or make one with `tarn new NAME`.");
+    Complain(
+        found.problem +
+        " Name one, make one with `tarn new NAME`, or convert an older one with `tarn import`.");
     return kExitCannotOpen;
   }
   std::string names;
@@ -79,12 +81,16 @@ int CommandContext::OpenProject() {
   return OpenProject(path);
 }
 
+int CommandContext::StartSession() {
+  const Status started = Session().Start();
+  if (started) return kExitDone;
+  Complain("This installation isn't complete: " + started.GetError().place + ": " +
+           started.GetError().text + ". Install it again, or set TARN_ROOT to its share folder.");
+  return kExitCannotOpen;
+}
+
 int CommandContext::OpenProject(const std::string& path) {
-  if (const Status started = Session().Start(); !started) {
-    Complain("This installation isn't complete: " + started.GetError().place + ": " +
-             started.GetError().text + ". Install it again, or set TARN_ROOT to its share folder.");
-    return kExitCannotOpen;
-  }
+  if (const int code = StartSession(); code != kExitDone) return code;
   if (const Status opened = Session().Open(path); !opened) {
     const std::string& reason = opened.GetError().text;
     Complain(Show(path) + " can't be opened" + (reason.empty() ? "." : ":\n" + reason));

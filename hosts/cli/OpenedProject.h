@@ -35,6 +35,10 @@ class CommandContext {
   int LocateProject(const std::string& word, std::string& path);
 
   BuildSession& Session();
+  // The window that the server's messages and questions go to.
+  MainFrame& Frame() { return frame; }
+  // Makes the server and its components. 0, or an exit code with everything said.
+  int StartSession();
   // Opens the project. 0, or an exit code with everything said.
   int OpenProject();
   int OpenProject(const std::string& path);

@@ -30,6 +30,7 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
       {"config select", tarn::host::RunConfig},
       {"log", tarn::host::RunLog},
       {"new", tarn::host::RunNew},
+      {"import", tarn::host::RunImport},
       {"run", tarn::host::RunScript},
       {"serve", tarn::host::RunServe},
       {"add", tarn::host::RunEdit},

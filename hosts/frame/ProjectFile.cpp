@@ -39,8 +39,14 @@ FoundProject FindProject(FileSystem& files, const std::string& argument) {
   if (IsRelativePath(path)) path = JoinPath(here, path);
   path = CanonicalPath(path);
   if (files.IsFolder(path)) return FindInFolder(files, path);
-  if (files.Exists(path)) return {path, {}, {}};
-  return {{}, {}, "There is no project file or folder named " + argument + "."};
+  if (!files.Exists(path)) {
+    return {{}, {}, "There is no project file or folder named " + argument + "."};
+  }
+  // Anything else would be taken for an older project and handed to a script.
+  if (!EqualNoCase(ExtensionOf(path), kProjectExtension)) {
+    return {{}, {}, argument + " is no project file (*.tprj)."};
+  }
+  return {path, {}, {}};
 }
 
 std::string StatePathOf(const std::string& projectPath) {

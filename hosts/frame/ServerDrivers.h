@@ -90,6 +90,7 @@ class InspectorDriver : public COleDispatchDriver {
                             const std::string& property) {
     return InvokeText(9, {set, section, property});
   }
+  std::string MissingImportProgram() { return InvokeText(10, {}); }
 };
 
 class ToolManagerDriver : public COleDispatchDriver {

@@ -11,10 +11,12 @@ set(wanted
   bin/tarn
   share/tarn/config/projectmanager.config
   share/tarn/config/message.xslt
+  share/tarn/bin/k418/k418.pl
   share/tarn/config/tools/avr-gcc.tools
   share/tarn/config/options/avr-gcc.options
   share/tarn/examples/blinky-avr/blinky-avr.tprj
   share/doc/tarn/command-line.md
+  share/doc/tarn/import.md
   share/doc/tarn/LICENSE
   share/man/man1/tarn.1
   share/bash-completion/completions/tarn

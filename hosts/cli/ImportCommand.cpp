@@ -1,0 +1,147 @@
+#include <unistd.h>
+
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "platform/windowing/Dialogs.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr std::string_view kProjectExtension = ".tprj";
+
+// One import, which also is the user whom the server asks and tells things meanwhile.
+class Import final : private DialogResponder {
+ public:
+  explicit Import(CommandContext& commandContext)
+      : context(commandContext),
+        older(FullPath(commandContext)),
+        project(WithExtension(older, std::string(kProjectExtension))) {
+    SetDialogResponder(context.Frame().GetHandle(), this);
+  }
+  Import(const Import&) = delete;
+  Import& operator=(const Import&) = delete;
+  ~Import() { SetDialogResponder(context.Frame().GetHandle(), nullptr); }
+
+  int Run();
+
+ private:
+  static std::string FullPath(CommandContext& context) {
+    const std::string& path = context.Asked().older;
+    return CanonicalPath(IsRelativePath(path) ? JoinPath(context.StartFolder(), path) : path);
+  }
+
+  // The only question is whether the project that an earlier import left may be replaced.
+  bool AskOkCancel(const std::string& text, const std::string& caption) override;
+  void ShowMessage(const std::string& text, const std::string& caption) override;
+  std::vector<std::string> ChooseFiles(const FileQuestion&) override { return {}; }
+  bool AskNewApplication(NewApplication&) override { return false; }
+
+  int CheckFile() const;
+  void TakeLines();
+  bool IsOpen() const;
+  int Report() const;
+  int Fail(const std::string& text) const;
+
+  CommandContext& context;
+  std::string older;
+  std::string project;  // that it becomes
+  bool isDeclined = false;
+  std::optional<std::string> failure;  // what the server said of it; may be empty
+  std::vector<std::string> lines;      // of the script and of the server
+};
+
+bool Import::AskOkCancel(const std::string& text, const std::string&) {
+  if (context.Asked().yes) return true;
+  isDeclined = true;
+  // Nobody answers in a pipe.
+  if (isatty(STDIN_FILENO) != 1) return false;
+  std::cerr << "tarn: " << Printable(text) << " [y/N] " << std::flush;
+  std::string answer;
+  std::getline(std::cin, answer);
+  isDeclined = !EqualNoCase(Trim(answer), "y") && !EqualNoCase(Trim(answer), "yes");
+  return !isDeclined;
+}
+
+// What the log says behind this is about the project that the server opens instead.
+void Import::ShowMessage(const std::string& text, const std::string&) {
+  failure = text;
+  TakeLines();
+}
+
+void Import::TakeLines() {
+  for (std::string& line : context.Session().TakeLogLines()) lines.push_back(std::move(line));
+}
+
+int Import::CheckFile() const {
+  if (EqualNoCase(ExtensionOf(older), kProjectExtension)) {
+    context.Complain(context.Show(older) + " needs no conversion.");
+    return kExitUsage;
+  }
+  if (context.Files().Exists(older) && !context.Files().IsFolder(older)) return kExitDone;
+  context.Complain("There is no file " + context.Show(older) + ".");
+  return kExitCannotOpen;
+}
+
+bool Import::IsOpen() const {
+  const ProjectTree tree(context.Session().Inspector().GetTree());
+  return EqualNoCase(AttributeOf(tree.GetRoot(), "Path"), project);
+}
+
+int Import::Fail(const std::string& text) const {
+  context.Complain(text);
+  for (const std::string& line : lines) context.Complain(Printable(line));
+  return kExitCannotOpen;
+}
+
+int Import::Report() const {
+  if (context.Asked().json) {
+    PrintJson(context, {{"project", project}, {"remarks", lines}});
+    return kExitDone;
+  }
+  if (context.Asked().quiet) return kExitDone;
+  for (const std::string& line : lines) context.Remark(Printable(line));
+  context.Out().PrintLine("made " + context.Show(project));
+  context.Out().PrintLine("`tarn build " + context.Show(project) + "` builds it.");
+  return kExitDone;
+}
+
+int Import::Run() {
+  if (const int code = CheckFile(); code != kExitDone) return code;
+  if (const int code = context.StartSession(); code != kExitDone) return code;
+  BuildSession& session = context.Session();
+  if (const std::string missing = session.Inspector().MissingImportProgram(); !missing.empty()) {
+    context.Complain("Older projects are converted by a script, and the program " + missing +
+                     ", which runs it, isn't on this machine.");
+    return kExitToolMissing;
+  }
+  session.TakeLogLines();
+  session.Manager().ProjectOpen(older);
+  if (failure) {
+    const bool isNamed = failure->find(older) != std::string::npos;
+    const std::string text = context.Show(older) + " can't be converted";
+    return Fail(isNamed ? Printable(*failure)
+                        : text + (failure->empty() ? "." : ": " + Printable(*failure)));
+  }
+  if (isDeclined) {
+    context.Complain(context.Show(project) +
+                     " is there already and stays as it is. With --yes it is replaced.");
+    return kExitUsage;
+  }
+  TakeLines();
+  return IsOpen() ? Report() : Fail(context.Show(project) + " can't be opened.");
+}
+
+}  // namespace
+
+int RunImport(CommandContext& context) {
+  return Import(context).Run();
+}
+
+}  // namespace tarn::host
