@@ -52,7 +52,7 @@ int Keep(lua_State* lua) {
   std::size_t size = 0;
   const char* text = luaL_checklstring(lua, 1, &size);
   auto* log = static_cast<std::string*>(lua_touserdata(lua, lua_upvalueindex(1)));
-  log->append(text, std::find(text, text + size, '\0') - text).append("\n");
+  log->append(text, std::find(text, text + size, '\0')).append("\n");
   return 0;
 }
 
