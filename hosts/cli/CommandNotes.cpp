@@ -43,7 +43,7 @@ const std::vector<CommandNote>& Notes() {
       {"tarn import",
        kFiles,
        {{"tarn import blinky.prj", "make blinky.tprj out of it"},
-        {"tarn import --yes all.stw", "all projects of a workspace, over an earlier result"}}},
+        {"tarn import --yes all.stw", "all projects of a workspace, anew"}}},
       {"tarn add",
        kFiles,
        {{"tarn add blinky.tprj src/uart.c src/uart.h", "into the active application"},
