@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "platform/paths/Paths.h"
+#include "platform/settings/IniStore.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -28,17 +29,8 @@ std::string WithoutOuterBackslashes(std::string_view key) {
   return std::string(key);
 }
 
-std::string RegistryFile(const SettingsFolders& folders) {
-  return JoinPath(folders.machine, "registry.ini");
-}
-
 std::string ProfileFile(const SettingsFolders& folders) {
   return JoinPath(folders.user, "profile.ini");
-}
-
-IniFile ReadStore(FileSystem& files, const std::string& path) {
-  const Result<std::string> text = files.ReadWholeFile(path);
-  return text ? IniFile(*text) : IniFile();
 }
 
 }  // namespace
@@ -54,12 +46,18 @@ std::string HomeFolder() {
 }
 
 SettingsFolders SettingsFolders::FromEnvironment() {
-  const std::string root = TextOf(std::getenv("TARN_SETTINGS"));
+  std::string root = TextOf(std::getenv("TARN_SETTINGS"));
   if (!root.empty()) {
+    // The current folder moves with every project.
+    if (IsRelativePath(root)) root = JoinPath(FileSystem::Native().CurrentFolder(), root);
     return {JoinPath(root, "machine"), JoinPath(root, "user"), JoinPath(root, "data")};
   }
   return {"/etc/tarn", UserFolder("XDG_CONFIG_HOME", ".config"),
           UserFolder("XDG_DATA_HOME", ".local/share")};
+}
+
+std::string RegistryFileIn(const std::string& folder) {
+  return JoinPath(folder, "registry.ini");
 }
 
 Settings::Settings(FileSystem& fileSystem, SettingsFolders settingsFolders)
@@ -68,14 +66,14 @@ Settings::Settings(FileSystem& fileSystem, SettingsFolders settingsFolders)
 std::optional<std::string> Settings::ReadRegistry(std::string_view key,
                                                   std::string_view name) const {
   std::optional<std::string> value =
-      ReadStore(files, RegistryFile(folders)).Read(WithoutOuterBackslashes(key), name);
+      ReadIniStore(files, RegistryFileIn(folders.machine)).Read(WithoutOuterBackslashes(key), name);
   if (value && value->size() > kLongestRegistryValue) return std::nullopt;
   return value;
 }
 
 std::vector<std::pair<std::string, std::string>> Settings::RegistryValues(
     std::string_view key) const {
-  const IniFile store = ReadStore(files, RegistryFile(folders));
+  const IniFile store = ReadIniStore(files, RegistryFileIn(folders.machine));
   const std::string section = WithoutOuterBackslashes(key);
   std::vector<std::pair<std::string, std::string>> values;
   for (const std::string& name : store.ValueNames(section)) {
@@ -88,7 +86,8 @@ std::vector<std::pair<std::string, std::string>> Settings::RegistryValues(
 std::vector<std::string> Settings::RegistrySubkeys(std::string_view key) const {
   const std::string prefix = WithoutOuterBackslashes(key) + "\\";
   std::vector<std::string> names;
-  for (const std::string& section : ReadStore(files, RegistryFile(folders)).SectionNames()) {
+  for (const std::string& section :
+       ReadIniStore(files, RegistryFileIn(folders.machine)).SectionNames()) {
     if (!StartsWithNoCase(section, prefix)) continue;
     // A key is there as soon as one below it is.
     const std::string name(Split(section.substr(prefix.size()) + "\\", '\\').front());
@@ -110,30 +109,23 @@ std::string Settings::ProfileSection(std::string_view section) const {
 
 std::optional<std::string> Settings::ReadProfile(std::string_view section,
                                                  std::string_view name) const {
-  return ReadStore(files, ProfileFile(folders)).Read(ProfileSection(section), name);
-}
-
-bool Settings::EditProfile(const std::function<bool(IniFile& store)>& edit) {
-  const std::string path = ProfileFile(folders);
-  const Result<std::string> text = files.ReadWholeFile(path);
-  if (!text && text.GetError().code != ErrorCode::NotFound) return false;
-  IniFile store = text ? IniFile(*text) : IniFile();
-  if (!edit(store)) return false;
-  return files.CreateFolders(folders.user) && files.WriteWholeFile(path, store.ToText());
+  return ReadIniStore(files, ProfileFile(folders)).Read(ProfileSection(section), name);
 }
 
 bool Settings::WriteProfile(std::string_view section, std::string_view name,
                             std::string_view value) {
-  return EditProfile([&](IniFile& store) {
+  const Status written = EditIniStore(files, ProfileFile(folders), [&](IniFile& store) {
     return store.Write(ProfileSection(section), name, IniFile::Quoted(value));
   });
+  return static_cast<bool>(written);
 }
 
 bool Settings::RemoveProfile(std::string_view section, std::string_view name) {
-  return EditProfile([&](IniFile& store) {
+  const Status written = EditIniStore(files, ProfileFile(folders), [&](IniFile& store) {
     store.Remove(ProfileSection(section), name);
     return true;
   });
+  return static_cast<bool>(written);
 }
 
 Settings& Settings::Native() {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,7 +7,6 @@
 #include <vector>
 
 #include "platform/files/FileSystem.h"
-#include "platform/settings/IniFile.h"
 
 namespace tarn {
 
@@ -24,6 +22,9 @@ struct SettingsFolders {
 
   static SettingsFolders FromEnvironment();
 };
+
+// The registry that lies in one of these folders.
+std::string RegistryFileIn(const std::string& folder);
 
 // The settings stores: the machine-wide registry (read only here), the application profile and
 // the drive table. Keys are paths with backslashes; names compare without regard to case. Every
@@ -64,7 +65,6 @@ class Settings {
 
  private:
   std::string ProfileSection(std::string_view section) const;
-  bool EditProfile(const std::function<bool(IniFile& store)>& edit);
 
   FileSystem& files;
   SettingsFolders folders;
