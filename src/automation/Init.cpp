@@ -3,6 +3,7 @@
 #include "automation/ProjectManager.h"
 #include "output/MessageTable.h"
 #include "patterns/ParseNumber.h"
+#include "platform/automation/ServerLibrary.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 

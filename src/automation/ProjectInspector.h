@@ -45,6 +45,7 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
  private:
   CProjectModel* Model() const;
 
+  const ServerLock lock;
   DispatchPtr manager;
 };
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "automation/ServerLock.h"
 #include "output/BuildOutput.h"
 #include "outside/PropertyManagerDriver.h"
 #include "outside/ToolManagerDriver.h"
@@ -39,8 +40,14 @@ class CProjectManager : public DispatchObject<CProjectManager> {
  public:
   static constexpr const char* kProgId = "TarnProjectManager.ProjectManager";
   static constexpr const char* kClassId = "{D9B8CA9D-D21F-48A2-8AC1-31865478798D}";
-  static constexpr const char* kInterfaceId = "{F9C0223E-22A5-40A4-BEDE-46BF952B9F48}";
-  static constexpr const char* kTypeLibraryId = "{E8E835AB-D2A1-42C2-B4CC-4E62A03378AE}";
+  static constexpr ServerIdentity kIdentity = {kProgId,
+                                               kClassId,
+                                               "ProjectManager",
+                                               "{E8E835AB-D2A1-42C2-B4CC-4E62A03378AE}",
+                                               "TarnProjectManager",
+                                               "1.0",
+                                               "{F9C0223E-22A5-40A4-BEDE-46BF952B9F48}",
+                                               "IProjectManager"};
 
   explicit CProjectManager(const ServerPlatform& serverPlatform);
   ~CProjectManager() override;
@@ -123,6 +130,9 @@ class CProjectManager : public DispatchObject<CProjectManager> {
 
  private:
   friend struct CommandRow;
+
+  // First, so that it goes last: all of the object's end is in the library.
+  const ServerLock lock;
 
   // Steps of Init.
   bool ChooseConfigFile(const std::string& root);

@@ -2,27 +2,31 @@
 
 #include "automation/ProjectInspector.h"
 #include "automation/ProjectManager.h"
+#include "automation/Registration.h"
+#include "platform/automation/ServerLibrary.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
 
 namespace {
 
-class ManagerFactory final : public IClassFactory {
+template <class Make>
+class Factory final : public IClassFactory {
  public:
-  DispatchPtr CreateInstance() override {
-    return DispatchPtr::Adopt(new CProjectManager(ServerPlatform::Native()));
-  }
+  DispatchPtr CreateInstance() override { return DispatchPtr::Adopt(Make()()); }
+  void LockServer(bool lock) override { lock ? ServerLock::Hold() : ServerLock::LetGo(); }
 };
 
-class InspectorFactory final : public IClassFactory {
- public:
-  DispatchPtr CreateInstance() override { return DispatchPtr::Adopt(new CProjectInspector()); }
+struct MakeManager {
+  IDispatch* operator()() const { return new CProjectManager(ServerPlatform::Native()); }
+};
+struct MakeInspector {
+  IDispatch* operator()() const { return new CProjectInspector(); }
 };
 
 IClassFactory* FactoryOf(const char* classId) {
-  static ManagerFactory managers;
-  static InspectorFactory inspectors;
+  static Factory<MakeManager> managers;
+  static Factory<MakeInspector> inspectors;
   if (EqualNoCase(classId, CProjectManager::kProgId) ||
       EqualNoCase(classId, CProjectManager::kClassId)) {
     return &managers;
@@ -30,13 +34,47 @@ IClassFactory* FactoryOf(const char* classId) {
   return EqualNoCase(classId, CProjectInspector::kProgId) ? &inspectors : nullptr;
 }
 
-constexpr std::int32_t kClassNotAvailable = static_cast<std::int32_t>(0x80040111u);
+std::string OwnPath() {
+  return LibraryPathOf(reinterpret_cast<const void*>(&FactoryOf));
+}
+
+constexpr auto kClassNotAvailable = static_cast<std::int32_t>(0x80040111u);
+constexpr auto kNullPointer = static_cast<std::int32_t>(0x80004003u);
+
+// From the moment on that the library is loaded its class is known to the process, whether it is
+// registered on the machine or not.
+[[maybe_unused]] const bool isAnnounced = [] {
+  ClassRegistry::Native().RegisterServer(CProjectManager::kProgId, CProjectManager::kClassId,
+                                         OwnPath());
+  return true;
+}();
 
 }  // namespace
 
 }  // namespace tarn
 
-extern "C" std::int32_t DllGetClassObject(const char* classId, tarn::IClassFactory** factory) {
+extern "C" {
+
+std::int32_t DllGetClassObject(const char* classId, tarn::IClassFactory** factory) {
+  if (factory == nullptr) return tarn::kNullPointer;
   *factory = classId == nullptr ? nullptr : tarn::FactoryOf(classId);
   return *factory == nullptr ? tarn::kClassNotAvailable : 0;
 }
+
+std::int32_t DllCanUnloadNow() {
+  return tarn::ServerLock::Count() == 0 ? 0 : 1;
+}
+
+std::int32_t DllRegisterServer() {
+  return tarn::RegisterServer(tarn::ClassStore::Native(), tarn::OwnPath());
+}
+
+std::int32_t DllUnregisterServer() {
+  return tarn::UnregisterServer(tarn::ClassStore::Native());
+}
+
+const char* TarnTypeLibrary() {
+  return tarn::TypeLibraryText().c_str();
+}
+
+}  // extern "C"

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "automation/ManagerWorld.h"
+#include "platform/automation/ServerLibrary.h"
 #include "platform/paths/Paths.h"
 
 namespace tarn::test {

@@ -1,17 +1,17 @@
 #include "platform/automation/ClassRegistry.h"
 
-#include <dlfcn.h>
+#include <unistd.h>
 
-#include <cstdlib>
 #include <exception>
 #include <utility>
 
+#include "platform/automation/ServerLibrary.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
 
-ClassRegistry::ClassRegistry(std::string moduleFolderPath)
-    : moduleFolder(std::move(moduleFolderPath)) {}
+ClassRegistry::ClassRegistry(std::string moduleFolderPath, const ClassStore* registered)
+    : moduleFolder(std::move(moduleFolderPath)), registeredClasses(registered) {}
 
 void ClassRegistry::RegisterFactory(std::string_view classId,
                                     std::function<DispatchPtr()> factory) {
@@ -22,6 +22,25 @@ void ClassRegistry::RegisterFactory(std::string_view classId,
 void ClassRegistry::RegisterLibrary(std::string_view classId, std::string libraryPath) {
   const std::lock_guard guard(lock);
   libraries[FoldCase(classId)] = std::move(libraryPath);
+}
+
+void ClassRegistry::RegisterServer(std::string_view progId, std::string_view classId,
+                                   const std::string& libraryPath) {
+  RegisterLibrary(progId, libraryPath);
+  RegisterLibrary(classId, libraryPath);
+  const std::lock_guard guard(lock);
+  classIds[FoldCase(progId)] = classId;
+}
+
+std::string ClassRegistry::ClassIdOf(std::string_view name) {
+  {
+    const std::lock_guard guard(lock);
+    const auto known = classIds.find(FoldCase(name));
+    if (known != classIds.end()) return known->second;
+  }
+  const auto registered =
+      registeredClasses == nullptr ? std::nullopt : registeredClasses->FindClassId(name);
+  return registered ? *registered : std::string(name);
 }
 
 DispatchPtr ClassRegistry::CreateInstance(std::string_view classId, std::string* error) {
@@ -42,7 +61,7 @@ DispatchPtr ClassRegistry::CreateInstance(std::string_view classId, std::string*
 
 ClassRegistry& ClassRegistry::Native() {
   // Never destroyed: objects that outlive main may still create others.
-  static auto* const registry = new ClassRegistry(ModuleFolder());
+  static auto* const registry = new ClassRegistry(ModuleFolder(), &ClassStore::Native());
   return *registry;
 }
 
@@ -53,35 +72,20 @@ std::function<DispatchPtr()> ClassRegistry::FindFactory(std::string_view classId
 }
 
 std::string ClassRegistry::LibraryOf(std::string_view classId) {
-  const std::lock_guard guard(lock);
-  const auto named = libraries.find(FoldCase(classId));
-  if (named != libraries.end()) return named->second;
-  const std::string_view server = classId.substr(0, classId.find('.'));
-  // Only a plain name may choose a file of the module folder.
-  if (server.empty() || server.size() == classId.size()) return {};
-  if (server.find('/') != std::string_view::npos) return {};
-  return moduleFolder + "/lib" + std::string(server) + ".so";
-}
-
-ClassRegistry::GetClassObject ClassRegistry::Load(const std::string& libraryPath,
-                                                  std::string& error) {
   {
     const std::lock_guard guard(lock);
-    const auto found = loaded.find(libraryPath);
-    if (found != loaded.end()) return found->second;
+    const auto named = libraries.find(FoldCase(classId));
+    if (named != libraries.end()) return named->second;
   }
-  // Without the lock, since a library may register classes while it is loaded.
-  void* library = dlopen(libraryPath.c_str(), RTLD_NOW | RTLD_LOCAL);
-  void* entry = library == nullptr ? nullptr : dlsym(library, "DllGetClassObject");
-  if (entry == nullptr) {
-    const char* text = dlerror();
-    error = text != nullptr ? text : libraryPath + " has no DllGetClassObject";
-    return nullptr;
-  }
-  const auto function = reinterpret_cast<GetClassObject>(entry);
-  const std::lock_guard guard(lock);
-  loaded.emplace(libraryPath, function);
-  return function;
+  const std::string_view server = classId.substr(0, classId.find('.'));
+  // Only a plain name may choose a file of the module folder.
+  const bool isPlain = !server.empty() && server.size() != classId.size() &&
+                       server.find('/') == std::string_view::npos;
+  std::string beside = isPlain ? moduleFolder + "/lib" + std::string(server) + ".so" : "";
+  if (isPlain && access(beside.c_str(), F_OK) == 0) return beside;
+  const auto registered =
+      registeredClasses == nullptr ? std::nullopt : registeredClasses->FindLibrary(classId);
+  return registered ? *registered : beside;
 }
 
 IClassFactory* ClassRegistry::LoadFactory(std::string_view classId, std::string& error) {
@@ -90,24 +94,17 @@ IClassFactory* ClassRegistry::LoadFactory(std::string_view classId, std::string&
     error = "no such class";
     return nullptr;
   }
-  const GetClassObject getClassObject = Load(libraryPath, error);
-  if (getClassObject == nullptr) return nullptr;
+  const Result<void*> entry = FindServerEntry(libraryPath, "DllGetClassObject");
+  if (!entry) {
+    error = entry.GetError().text;
+    return nullptr;
+  }
   IClassFactory* factory = nullptr;
-  const std::int32_t code = getClassObject(std::string(classId).c_str(), &factory);
+  const std::int32_t code =
+      reinterpret_cast<GetClassObjectEntry*>(*entry)(std::string(classId).c_str(), &factory);
   if (code == 0 && factory != nullptr) return factory;
   error = libraryPath + " has no such class";
   return nullptr;
-}
-
-std::string ModuleFolder() {
-  Dl_info info{};
-  if (dladdr(reinterpret_cast<void*>(&ModuleFolder), &info) == 0) return {};
-  // The loader may know the library by a relative name or through a link.
-  char* resolved = realpath(info.dli_fname, nullptr);
-  const std::string path = resolved != nullptr ? resolved : info.dli_fname;
-  std::free(resolved);
-  const auto slash = path.rfind('/');
-  return slash == std::string::npos ? std::string(".") : path.substr(0, slash);
 }
 
 }  // namespace tarn

@@ -31,11 +31,16 @@ struct [[nodiscard]] DispatchResult {
   explicit operator bool() const { return status == DispatchStatus::Ok; }
 };
 
+// What an argument or a result is. An unsigned number travels as a long with the same bits.
+enum class ValueType { None, Long, UnsignedLong, Text, Object };
+
 // What one method of an object looks like, for callers that find methods at run time.
 struct MethodInfo {
   std::string_view name;
   DispatchId id = 0;
   std::vector<std::string_view> arguments;  // names, in order
+  std::vector<ValueType> types = {};        // of the arguments
+  ValueType result = ValueType::None;
 };
 
 // An automation object: counted, called by number. No exception crosses Invoke. Objects belong to
@@ -61,6 +66,9 @@ class IClassFactory {
   virtual ~IClassFactory() = default;
   // A new object with one reference; null when it cannot be made.
   virtual DispatchPtr CreateInstance() = 0;
+  // Keeps the library loaded also while nothing that it made lives, until it was unlocked as often
+  // as it was locked. Nothing to do for one that doesn't say when it may be unloaded.
+  virtual void LockServer(bool lock) { (void)lock; }
 };
 
 }  // namespace tarn

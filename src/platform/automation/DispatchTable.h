@@ -58,6 +58,26 @@ inline bool Convert(const Variant& from, IDispatch*& to) {
   return true;
 }
 
+template <class T>
+constexpr ValueType TypeOf() {
+  if constexpr (std::is_same_v<T, std::int32_t>) return ValueType::Long;
+  if constexpr (std::is_same_v<T, std::uint32_t>) return ValueType::UnsignedLong;
+  if constexpr (std::is_same_v<T, const char*> || std::is_same_v<T, std::string>) {
+    return ValueType::Text;
+  }
+  if constexpr (std::is_same_v<T, IDispatch*> || std::is_same_v<T, DispatchPtr>) {
+    return ValueType::Object;
+  }
+  return ValueType::None;
+}
+
+template <class Tuple>
+struct TypesOf;
+template <class... A>
+struct TypesOf<std::tuple<A...>> {
+  static std::vector<ValueType> List() { return {TypeOf<A>()...}; }
+};
+
 template <class Member>
 struct MemberTraits;
 template <class T, class R, class... A>
@@ -101,7 +121,9 @@ auto Method(std::string_view name, DispatchId id, std::initializer_list<std::str
   using Traits = dispatch_detail::MemberTraits<decltype(Member)>;
   using T = typename Traits::Class;
   DispatchMethod<T> method;
-  method.info = {name, id, std::vector<std::string_view>(names)};
+  method.info = {name, id, std::vector<std::string_view>(names),
+                 dispatch_detail::TypesOf<typename Traits::Arguments>::List(),
+                 dispatch_detail::TypeOf<typename Traits::Returned>()};
   method.argumentCount = std::tuple_size_v<typename Traits::Arguments>;
   method.invoke = [](T& object, std::span<const Variant> given, Variant& result) {
     typename Traits::Arguments arguments{};

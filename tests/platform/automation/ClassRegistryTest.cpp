@@ -6,6 +6,8 @@
 
 #include "TestObject.h"
 #include "platform/automation/RunningObjects.h"
+#include "platform/automation/ServerLibrary.h"
+#include "support/MemoryFileSystem.h"
 
 namespace tarn::test {
 namespace {
@@ -32,6 +34,30 @@ TEST(ClassRegistry, FindsFactoriesNamedLibrariesAndLibrariesOfTheModuleFolder) {
                          [] { return DispatchPtr::Adopt(new TestObject); });
   DispatchId id = 0;
   EXPECT_TRUE(folder.CreateInstance("TarnTestServer.Counter")->GetIDsOfNames("Join", id));
+}
+
+TEST(ClassRegistry, RegisteredClassesComeBehindTheInstallationsOwn) {
+  testing::MemoryFileSystem disk;
+  const ServerIdentity identity = {
+      "Elsewhere.Counter", "{E}", "Counter", "{T}", "T", "1.0", "{I}", "I"};
+  ClassStore store(disk, {"/machine", "/user", "/data"});
+  ASSERT_TRUE(store.AddServerClass(identity, TEST_MODULE_FOLDER "/libTarnTestServer.so"));
+  ClassRegistry classes("/nowhere", &store);
+  std::string error;
+  // The library is found by either name; it just has other classes than this one.
+  for (const char* name : {"Elsewhere.Counter", "{e}"}) {
+    EXPECT_FALSE(classes.CreateInstance(name, &error));
+    EXPECT_NE(error.find("libTarnTestServer.so has no such class"), std::string::npos) << error;
+  }
+  EXPECT_EQ(classes.ClassIdOf("elsewhere.counter"), "{E}");
+  EXPECT_EQ(classes.ClassIdOf("Unknown.Class"), "Unknown.Class");
+  // What lies beside the platform library is its own, whatever is registered.
+  const ServerIdentity own = {
+      "TarnTestServer.Counter", "{F}", "Counter", "{T}", "T", "1.0", "{I}", "I"};
+  ASSERT_TRUE(store.AddServerClass(own, "/old/libTarnTestServer.so"));
+  EXPECT_FALSE(classes.CreateInstance("TarnTestServer.Counter"));
+  ClassRegistry installed(TEST_MODULE_FOLDER, &store);
+  EXPECT_EQ(NextOf(installed.CreateInstance("TarnTestServer.Counter")), 1);
 }
 
 TEST(ClassRegistry, AClassThatCannotBeMadeSaysWhy) {
