@@ -36,6 +36,7 @@ class Grammar {
     AddImport();
     AddRun();
     AddServe();
+    AddRegistration();
     AddEdits();
     AddExports();
     AddCompletion();
@@ -184,6 +185,17 @@ class Grammar {
   // Whoever drives it gives everything else by messages.
   void AddServe() {
     AddPlainCommand(app, "serve", "Let an editor drive projects (JSON-RPC on stdio)");
+  }
+
+  void AddRegistration() {
+    const std::pair<const char*, const char*> commands[] = {
+        {"register", "Make the server of this installation known to other programs"},
+        {"unregister", "Make the server unknown to other programs again"},
+    };
+    for (const auto& [name, help] : commands) {
+      AddCommand(app, name, help)
+          ->add_flag("--system", invocation.forAll, "For all users of this machine");
+    }
   }
 
   // Words are sorted out by the command: the project in front of them may be left out.

@@ -22,6 +22,7 @@ int RunEdit(CommandContext& context);        // add, remove, move, rename, selec
 int RunExport(CommandContext& context);      // export compile-commands, sarif
 int RunScript(CommandContext& context);      // run
 int RunServe(CommandContext& context);       // serve
+int RunRegister(CommandContext& context);    // register, unregister
 
 // Writes a document for programs; bytes that are no UTF-8 are replaced.
 void PrintJson(CommandContext& context, const nlohmann::json& document);

@@ -40,6 +40,7 @@ struct Invocation {
   std::string target;                       // add --to
   bool create = false;                      // add --create
   std::string output;                       // export --output; "-" for the standard output
+  bool forAll = false;                      // register, unregister --system
   std::vector<std::string> configurations;  // export --config, which may stand several times
 };
 

@@ -33,6 +33,8 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
       {"import", tarn::host::RunImport},
       {"run", tarn::host::RunScript},
       {"serve", tarn::host::RunServe},
+      {"register", tarn::host::RunRegister},
+      {"unregister", tarn::host::RunRegister},
       {"add", tarn::host::RunEdit},
       {"remove", tarn::host::RunEdit},
       {"move", tarn::host::RunEdit},
