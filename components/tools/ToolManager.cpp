@@ -8,6 +8,7 @@
 #include "components/tools/ToolRun.h"
 #include "components/tools/XmlText.h"
 #include "platform/paths/Paths.h"
+#include "platform/settings/InstalledData.h"
 
 namespace tarn::tools {
 
@@ -80,9 +81,10 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
 
 std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
                                     std::int32_t frameWindow) {
-  const std::string config = JoinPath(ToNativeSeparators(TextOf(applicationPath)), "config");
+  const std::string given = ToNativeSeparators(TextOf(applicationPath));
+  const std::string root = given.empty() ? InstalledDataFolder(*world.files) : given;
   std::shared_ptr<const ToolSet> read =
-      ToolSet::FromFolder(*world.files, JoinPath(config, "tools"));
+      ToolSet::FromFolder(*world.files, JoinPath(root, "config/tools"));
   const std::lock_guard guard(lock);
   tools = std::move(read);
   frame = frameWindow;

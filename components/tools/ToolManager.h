@@ -30,7 +30,8 @@ class ToolManager : public DispatchObject<ToolManager> {
 
   static const DispatchTable<ToolManager>& Table();
 
-  // Reads the definitions in config/tools below the application path, in place of earlier ones.
+  // Reads the definitions in config/tools below the application path, an empty one being that of
+  // the installation, in place of earlier ones.
   // Tools that run go on with theirs. Always 1; GetDefinitionErrors tells what was wrong.
   std::int32_t InitTools(const char* applicationPath, const char* dataPath, std::int32_t frame);
   // 1 when the tool succeeded. `tool` is a name, or the path of a program. `files` is a list of

@@ -3,8 +3,8 @@
 #include "automation/ProjectManager.h"
 #include "output/MessageTable.h"
 #include "patterns/ParseNumber.h"
-#include "platform/automation/ServerLibrary.h"
 #include "platform/paths/Paths.h"
+#include "platform/settings/InstalledData.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -30,7 +30,7 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
   mainframeHandle = mainframe;
   std::string root = givenApplicationPath != nullptr && *givenApplicationPath != '\0'
                          ? std::string(givenApplicationPath)
-                         : ModuleFolder() + "/../";
+                         : InstalledDataFolder(platform.files);
   // The current folder moves with every project.
   if (IsRelativePath(root)) root = JoinPath(platform.files.CurrentFolder(), root);
   dataPath = TextOf(givenDataPath);
