@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tarn/automation.h>
+
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -18,8 +20,8 @@ namespace tarn::tools {
 // Messages to the frame window that InitTools got. Sent from the thread that runs the tool, with no
 // lock held; the texts live only during the call.
 enum ToolFrameMessage : std::uint32_t {
-  kMsgToolStarted = 0x8F01,  // wParam text <Tool Name= Files= Output= Command= />, lParam 0
-  kMsgToolEnded = 0x8F02,    // wParam text <Messages>, lParam 1 for success, else 0
+  kMsgToolStarted = TARN_MSG_TOOL_STARTED,
+  kMsgToolEnded = TARN_MSG_TOOL_ENDED,
 };
 
 // The automation object TarnToolManager.ToolManager: finds tools in definition files and runs them.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tarn/automation.h>
+
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -12,8 +14,8 @@ namespace tarn::host {
 
 // Messages of the tool manager to the frame, beside those of the project manager.
 enum ToolMessage : std::uint32_t {
-  kMsgToolStarted = 0x8F01,  // wParam text of an element: which tool, on what
-  kMsgToolEnded = 0x8F02,    // wParam text of its message records, lParam 1 for success
+  kMsgToolStarted = TARN_MSG_TOOL_STARTED,
+  kMsgToolEnded = TARN_MSG_TOOL_ENDED,
 };
 
 // A message as its receiver sees it: texts are copies, so they may be kept.

@@ -1,0 +1,173 @@
+// Finds and loads a library of Tarn: by the class that a program wants, the way a registered server
+// is found, or by path. Needs a POSIX system and links nothing but the C library (-ldl where that
+// is apart). A loaded library stays.
+
+#ifndef TARN_LOAD_H
+#define TARN_LOAD_H
+
+#include <dlfcn.h>
+#include <pwd.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <strings.h>
+#include <sys/types.h>
+#include <tarn/automation.h>
+#include <unistd.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+// Of a buffer that a path fits in, and what else has to stand on a line with one.
+#define TARN_PATH_SIZE 4096
+#define TARN_LINE_SIZE (TARN_PATH_SIZE + 128)
+
+// The three texts in one; 0 when that doesn't fit, with what does.
+static inline int TarnJoin(char* text, size_t size, const char* first, const char* second,
+                           const char* third) {
+  const char* parts[3];
+  size_t used = 0;
+  int isWhole = size > 0;
+  int i = 0;
+  parts[0] = first;
+  parts[1] = second;
+  parts[2] = third;
+  for (; i < 3; ++i) {
+    const char* next = parts[i];
+    for (; isWhole && *next != '\0'; ++next) {
+      if (used + 1 < size) {
+        text[used++] = *next;
+      } else {
+        isWhole = 0;
+      }
+    }
+  }
+  if (size > 0) text[used] = '\0';
+  return isWhole;
+}
+
+// Loads the library at `path`, which may be any of Tarn's, and gives its operations. NULL, with the
+// reason as text in `reason`, when there is none or it is too old for this header.
+static inline const TarnAutomation* TarnLoadFrom(const char* path, char* reason,
+                                                 size_t reasonSize) {
+  TarnGetAutomationFunction get = NULL;
+  const TarnAutomation* operations = NULL;
+  void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+  // ISO C has no conversion from the address of an object to one of a function.
+  if (library != NULL) *(void**)&get = dlsym(library, "TarnGetAutomation");
+  if (get == NULL) {
+    const char* text = dlerror();
+    TarnJoin(reason, reasonSize, text != NULL ? text : "no library of Tarn", "", "");
+    return NULL;
+  }
+  operations = get(TARN_AUTOMATION_VERSION);
+  if (operations == NULL) {
+    TarnJoin(reason, reasonSize, path, " is of another version than this program", "");
+  }
+  return operations;
+}
+
+// --- Where classes are registered ---
+
+static inline char* TarnTrim(char* text) {
+  size_t length = 0;
+  while (*text != '\0' && strchr(" \t\r\n\v\f", *text) != NULL) ++text;
+  length = strlen(text);
+  while (length > 0 && strchr(" \t\r\n\v\f", text[length - 1]) != NULL) --length;
+  text[length] = '\0';
+  return text;
+}
+
+// A value of a text in the INI form, where it stands first. 0 when it isn't there or too long.
+static inline int TarnReadValue(const char* file, const char* section, const char* name,
+                                char* value, size_t size) {
+  char line[TARN_LINE_SIZE];
+  int isInside = 0;
+  int isFound = 0;
+  FILE* text = fopen(file, "r");
+  if (text == NULL) return 0;
+  while (!isFound && fgets(line, sizeof line, text) != NULL) {
+    char* start = TarnTrim(line);
+    char* end = strchr(start, *start == '[' ? ']' : '=');
+    if (end == NULL || *start == ';') continue;
+    *end = '\0';
+    if (*start == '[') {
+      isInside = strcasecmp(TarnTrim(start + 1), section) == 0;
+    } else if (isInside && strcasecmp(TarnTrim(start), name) == 0) {
+      isFound = TarnJoin(value, size, TarnTrim(end + 1), "", "");
+    }
+  }
+  fclose(text);
+  return isFound;
+}
+
+// The registry of the user (0) or of the machine (1); an empty text when there is no home folder.
+static inline void TarnRegistryFile(int ofMachine, char* file, size_t size) {
+  const char* root = getenv("TARN_SETTINGS");
+  const char* config = getenv("XDG_CONFIG_HOME");
+  const char* home = getenv("HOME");
+  const struct passwd* user = NULL;
+  if (root != NULL && *root != '\0') {
+    TarnJoin(file, size, root, ofMachine ? "/machine" : "/user", "/registry.ini");
+  } else if (ofMachine) {
+    TarnJoin(file, size, "/etc/tarn", "/registry.ini", "");
+  } else if (config != NULL && *config == '/') {
+    TarnJoin(file, size, config, "/tarn", "/registry.ini");
+  } else {
+    if (home == NULL || *home != '/') user = getpwuid(geteuid());
+    if (user != NULL) home = user->pw_dir;
+    *file = '\0';
+    if (home != NULL) TarnJoin(file, size, home, "/.config/tarn", "/registry.ini");
+  }
+}
+
+// A value of a registered class; what the user has registered counts first.
+static inline int TarnReadClass(const char* prefix, const char* key, const char* name, char* value,
+                                size_t size) {
+  char section[TARN_LINE_SIZE];
+  char file[TARN_PATH_SIZE];
+  int ofMachine = 0;
+  if (!TarnJoin(section, sizeof section, "Software\\Classes\\", prefix, key)) return 0;
+  for (; ofMachine <= 1; ++ofMachine) {
+    TarnRegistryFile(ofMachine, file, sizeof file);
+    if (TarnReadValue(file, section, name, value, size)) return 1;
+  }
+  return 0;
+}
+
+// The library of a registered class, named by ProgID or class id. 0 when there is none; a path that
+// isn't absolute counts as none.
+static inline int TarnFindLibrary(const char* classId, char* path, size_t size) {
+  char id[256];
+  if (*classId == '{') {
+    if (!TarnJoin(id, sizeof id, classId, "", "")) return 0;
+  } else if (!TarnReadClass("", classId, "CLSID", id, sizeof id)) {
+    return 0;
+  }
+  return TarnReadClass("CLSID\\", id, "InprocServer", path, size) && *path == '/';
+}
+
+// Loads the library that a class, named by ProgID or class id, is registered with. When it isn't
+// registered, the system's loader is asked for the library that a ProgID tells by its part in front
+// of the dot. NULL, with the reason as text in `reason`, when there is none.
+static inline const TarnAutomation* TarnLoad(const char* classId, char* reason, size_t reasonSize) {
+  char path[TARN_PATH_SIZE];
+  char server[256];
+  if (TarnFindLibrary(classId, path, sizeof path)) {
+    return TarnLoadFrom(path, reason, reasonSize);
+  }
+  if (TarnJoin(server, sizeof server, classId, "", "")) {
+    server[strcspn(server, "./")] = '\0';
+    TarnJoin(path, sizeof path, "lib", server, ".so");
+    if (dlopen(path, RTLD_NOW | RTLD_LOCAL) != NULL) return TarnLoadFrom(path, reason, reasonSize);
+  }
+  TarnJoin(reason, reasonSize, classId, " isn't registered; `tarn register` does it", "");
+  return NULL;
+}
+
+#ifdef __cplusplus
+}  // extern "C"
+#endif
+
+#endif  // TARN_LOAD_H
