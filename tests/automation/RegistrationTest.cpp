@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 
 #include "automation/ProjectManager.h"
@@ -124,6 +125,20 @@ TEST(TypeLibrary, TellsEveryMethodWithItsTypes) {
            "    <Method Header=\"ReportMessage\" Id=\"37\" Result=\"none\">\n",
        }) {
     EXPECT_NE(text.find(part), text.npos) << part << "\nis not in\n" << text;
+  }
+}
+
+TEST(EmbeddingDocument, HasARowForEveryMethod) {
+  const std::string path = std::string(std::getenv("TARN_SOURCE_DIR")) + "/docs/embedding.md";
+  const auto text = FileSystem::Native().ReadWholeFile(path);
+  ASSERT_TRUE(text) << path;
+  for (const auto& method : CProjectManager::Table().Methods()) {
+    std::string row =
+        "\n| " + std::to_string(method.info.id) + " | `" + std::string(method.info.name) + "(";
+    for (std::size_t i = 0; i < method.info.arguments.size(); ++i) {
+      row.append(i == 0 ? "" : ", ").append(method.info.arguments[i]);
+    }
+    EXPECT_NE(text->find(row + ")` | "), text->npos) << row;
   }
 }
 

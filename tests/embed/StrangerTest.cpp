@@ -1,0 +1,56 @@
+// A program that knows nothing of Tarn but its C headers, and finds the server by its registration.
+// Under ctest each case is a process of its own, to which the library is new.
+
+#include <gtest/gtest.h>
+#include <tarn/load.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "platform/files/ScratchFolder.h"
+
+namespace {
+
+class Stranger : public ::testing::TestWithParam<const char*> {
+ protected:
+  Stranger() { setenv("TARN_SETTINGS", settings.Path().c_str(), 1); }
+
+  tarn::testing::ScratchFolder settings;
+};
+
+TEST_P(Stranger, MakesAndCallsTheServerOnceItIsRegistered) {
+  char path[TARN_PATH_SIZE];
+  EXPECT_FALSE(TarnFindLibrary(GetParam(), path, sizeof path));
+  ASSERT_EQ(std::system(TARN_PROGRAM " register --system >/dev/null"), 0);
+  EXPECT_TRUE(TarnFindLibrary(GetParam(), path, sizeof path));
+  char reason[1024] = "";
+  const TarnAutomation* tarn = TarnLoad(GetParam(), reason, sizeof reason);
+  ASSERT_NE(tarn, nullptr) << reason;
+  ASSERT_TRUE(TARN_HAS(tarn, UntilNextTimer));
+
+  TarnObject* manager = nullptr;
+  ASSERT_EQ(tarn->CreateObject(GetParam(), &manager), TARN_OK) << tarn->LastError()->text;
+  TarnVariant result;
+  // Before Init there is nothing to do, but everything to be called.
+  EXPECT_EQ(tarn->InvokeByName(manager, "getselectedapplication", nullptr, 0, &result), TARN_OK);
+  EXPECT_EQ(result.kind, TARN_TEXT);
+  EXPECT_EQ(result.as.text.length, 0u);
+  tarn->ClearVariant(&result);
+  EXPECT_EQ(tarn->Invoke(manager, 21, nullptr, 0, &result), TARN_OK);
+  EXPECT_EQ(result.as.number, 1);
+  tarn->Release(manager);
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, Stranger,
+                         ::testing::Values(TARN_PROJECT_MANAGER, TARN_PROJECT_MANAGER_ID));
+
+TEST(TarnLoadFrom, SaysWhyALibraryIsNotLoaded) {
+  char reason[1024] = "";
+  EXPECT_EQ(TarnLoadFrom("/nowhere.so", reason, sizeof reason), nullptr);
+  EXPECT_NE(std::string(reason).find("/nowhere.so"), std::string::npos) << reason;
+  EXPECT_EQ(TarnLoadFrom("libc.so.6", reason, sizeof reason), nullptr);
+  EXPECT_NE(std::string(reason).find("TarnGetAutomation"), std::string::npos) << reason;
+  EXPECT_NE(TarnLoadFrom(TARN_SERVER, reason, sizeof reason), nullptr) << reason;
+}
+
+}  // namespace
