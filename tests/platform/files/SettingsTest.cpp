@@ -173,8 +173,10 @@ TEST(SettingsFolders, FollowTheEnvironment) {
     const char* config;
     SettingsFolders folders;
   };
+  const std::string here = FileSystem::Native().CurrentFolder();
   const Row rows[] = {
       {"other root", "/r", "/c", {"/r/machine", "/r/user", "/r/data"}},
+      {"relative root", "r", nullptr, {here + "/r/machine", here + "/r/user", here + "/r/data"}},
       {"base folder", nullptr, "/c", {"/etc/tarn", "/c/tarn", "/h/.local/share/tarn"}},
       {"relative base folder does not count",
        nullptr,
