@@ -7,15 +7,11 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
-#include <map>
-#include <memory>
-#include <mutex>
-#include <thread>
 #include <utility>
 
+#include "platform/automation/CInterfaceWindows.h"
 #include "platform/automation/ClassRegistry.h"
 #include "platform/automation/RunningObjects.h"
-#include "platform/windowing/MessageLoop.h"
 
 namespace tarn {
 
@@ -64,15 +60,6 @@ std::int32_t Guarded(Work&& work) noexcept {
     return Report(TARN_FAILED, failure.what());
   } catch (...) {
     return Report(TARN_FAILED, "the call failed");
-  }
-}
-
-// For operations that have no failure to tell.
-template <class Work>
-void Quietly(Work&& work) noexcept {
-  try {
-    work();
-  } catch (...) {
   }
 }
 
@@ -133,7 +120,8 @@ void ClearVariant(TarnVariant* result) {
   if (result == nullptr) return;
   const TarnVariant held = std::exchange(*result, TarnEmpty());
   if (held.kind == TARN_TEXT) delete[] held.as.text.data;
-  if (held.kind == TARN_OBJECT) Quietly([&] { DispatchPtr::Adopt(ObjectOf(held.as.object)); });
+  if (held.kind == TARN_OBJECT)
+    c_interface::Quietly([&] { DispatchPtr::Adopt(ObjectOf(held.as.object)); });
 }
 
 std::int32_t KindOf(ValueType type) {
@@ -177,11 +165,11 @@ std::int32_t FindRunningObject(const char* classId, TarnObject** object) {
 }
 
 void AddReference(TarnObject* object) {
-  if (object != nullptr) Quietly([&] { ObjectOf(object)->AddRef(); });
+  if (object != nullptr) c_interface::Quietly([&] { ObjectOf(object)->AddRef(); });
 }
 
 void Release(TarnObject* object) {
-  Quietly([&] { DispatchPtr::Adopt(ObjectOf(object)); });
+  c_interface::Quietly([&] { DispatchPtr::Adopt(ObjectOf(object)); });
 }
 
 // --- Calls ---
@@ -262,117 +250,6 @@ const TarnError* LastError() {
   return &OutcomeOfThread().error;
 }
 
-// --- Windows ---
-
-class HandlerWindow final : public WindowTarget {
- public:
-  HandlerWindow(TarnMessageHandler messageHandler, void* handlerContext)
-      : handler(messageHandler), context(handlerContext) {}
-
-  std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
-                                std::intptr_t lParam) override {
-    // The handler may remove this window; nothing of it is touched behind the call. A handler in
-    // another language than C may throw, and the sender can do nothing about it.
-    try {
-      return handler(context, message, wParam, lParam);
-    } catch (...) {
-      return 1;
-    }
-  }
-
- private:
-  const TarnMessageHandler handler;
-  void* const context;
-};
-
-// The windows of the programs, by handle.
-class HandlerWindows {
- public:
-  WindowHandle Add(TarnMessageHandler handler, void* context) {
-    auto window = std::make_unique<HandlerWindow>(handler, context);
-    const WindowHandle handle = RegisterWindow(*window);
-    const std::lock_guard guard(lock);
-    windows[handle] = {std::move(window), std::this_thread::get_id()};
-    return handle;
-  }
-
-  void Remove(WindowHandle handle) {
-    std::unique_ptr<HandlerWindow> removed;
-    {
-      const std::lock_guard guard(lock);
-      const auto found = windows.find(handle);
-      const bool isOwn =
-          found != windows.end() && found->second.thread == std::this_thread::get_id();
-      if (!isOwn) return;
-      removed = std::move(found->second.window);
-      windows.erase(found);
-    }
-    UnregisterWindow(handle);
-  }
-
-  static HandlerWindows& Native() {
-    // Never destroyed: a program may remove its windows while it ends.
-    static auto* const all = new HandlerWindows;
-    return *all;
-  }
-
- private:
-  struct Entry {
-    std::unique_ptr<HandlerWindow> window;
-    std::thread::id thread;  // that it answers on
-  };
-
-  std::mutex lock;
-  std::map<WindowHandle, Entry> windows;
-};
-
-std::int32_t AddWindow(TarnMessageHandler handler, void* context) {
-  WindowHandle window = 0;
-  if (handler == nullptr) return window;
-  Quietly([&] { window = HandlerWindows::Native().Add(handler, context); });
-  return window;
-}
-
-void RemoveWindow(std::int32_t window) {
-  Quietly([&] { HandlerWindows::Native().Remove(window); });
-}
-
-// --- The loop ---
-
-std::int32_t Pump() {
-  bool any = false;
-  Quietly([&] { any = MessageLoop::ForCurrentThread()->Pump(); });
-  return any ? 1 : 0;
-}
-
-std::int32_t PumpUntil(std::int32_t (*done)(void* context), void* context,
-                       std::int32_t milliseconds) {
-  bool held = false;
-  Quietly([&] {
-    held = MessageLoop::ForCurrentThread()->PumpUntil(
-        [&] { return done != nullptr && done(context) != 0; },
-        std::chrono::milliseconds(std::max(milliseconds, 0)));
-  });
-  return held ? 1 : 0;
-}
-
-void SetWakeHandler(void (*wake)(void* context), void* context) {
-  Quietly([&] {
-    const auto loop = MessageLoop::ForCurrentThread();
-    loop->SetWakeHandler(wake == nullptr ? std::function<void()>() : [=] { wake(context); });
-  });
-}
-
-std::int32_t UntilNextTimer() {
-  std::int32_t left = -1;
-  Quietly([&] {
-    constexpr std::int64_t kLongest = INT32_MAX;
-    const auto time = MessageLoop::ForCurrentThread()->UntilNextTimer();
-    if (time) left = static_cast<std::int32_t>(std::min<std::int64_t>(time->count(), kLongest));
-  });
-  return left;
-}
-
 constexpr TarnAutomation kAutomation = {
     sizeof(TarnAutomation),
     TARN_AUTOMATION_VERSION,
@@ -386,12 +263,12 @@ constexpr TarnAutomation kAutomation = {
     ListMethods,
     ClearVariant,
     LastError,
-    AddWindow,
-    RemoveWindow,
-    Pump,
-    PumpUntil,
-    SetWakeHandler,
-    UntilNextTimer,
+    c_interface::AddWindow,
+    c_interface::RemoveWindow,
+    c_interface::Pump,
+    c_interface::PumpUntil,
+    c_interface::SetWakeHandler,
+    c_interface::UntilNextTimer,
 };
 
 }  // namespace
