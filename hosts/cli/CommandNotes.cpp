@@ -112,7 +112,7 @@ const TextTable& ExitCodeTexts() {
       {"0", "done"},
       {"1", "the build or the script failed"},
       {"2", "wrong use"},
-      {"3", "the project can't be opened, converted or saved, or the settings can't be written"},
+      {"3", "the project can't be opened, converted or saved, nor settings written"},
       {"4", "a program that a tool or the conversion needs is missing"},
       {"130", "interrupted"},
   };
