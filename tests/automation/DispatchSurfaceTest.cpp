@@ -177,8 +177,8 @@ TEST(DispatchSurface, NoTextAndNoNumberBringsTheManagerDown) {
   ASSERT_EQ(world.Init(), "1");
   for (const Row& row : kMethods) {
     if (std::string(row.name) == "Clean") continue;
-    ASSERT_EQ(world.Call("ProjectClose") + world.Call("ProjectOpen", {"/p/demo.tprj"}), "11")
-        << row.name;
+    world.Call("ProjectClose");
+    ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1") << row.name;
     for (const Variant& text : texts) {
       for (const std::int32_t number : numbers) {
         const std::string answer = Answer(*world.manager.Get(), row, Arguments(row, text, number));
