@@ -7,47 +7,47 @@
 
 #include <atomic>
 #include <filesystem>
-#include <fstream>
 #include <thread>
 
-#include "platform/files/ScratchFolder.h"
 #include "platform/text/Text.h"
+#include "support/Surroundings.h"
 
 namespace tarn {
 namespace {
 
-using testing::ScratchFolder;
+class PosixFileSystemTest : public ::testing::Test {
+ protected:
+  const testing::ScratchFolder scratch;
+  PosixFileSystem files;
+};
 
 mode_t ModeOf(const std::string& path) {
   struct stat info {};
   return stat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
 }
 
-void PutRaw(const std::string& path, std::string_view bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
-
 // Each look for another spelling reads the whole folder, and there are two for each tool that runs.
-TEST(PosixFileSystem, AScratchFileIsMeantByItsVeryName) {
-  const ScratchFolder scratch;
-  PosixFileSystem files;
-  PutRaw(scratch / "NOTES", "a user's");
+TEST_F(PosixFileSystemTest, AScratchFileIsMeantByItsVeryName) {
+  scratch.Write("NOTES", "a user's");
   EXPECT_EQ(files.RemoveScratchFile(scratch / "notes").GetError().code, ErrorCode::NotFound);
-  EXPECT_TRUE(files.WriteScratchFile(scratch / "notes", "a tool's"));
+  for (const char* bytes : {"a tool's", "another's"}) {
+    EXPECT_TRUE(files.WriteScratchFile(scratch / "notes", bytes));
+    EXPECT_EQ(testing::ReadBytes(scratch / "notes"), bytes);
+  }
   EXPECT_TRUE(files.RemoveScratchFile(scratch / "notes"));
+  EXPECT_EQ(files.ListFolder(scratch.Path())->size(), 1U);
   EXPECT_EQ(*files.ReadWholeFile(scratch / "NOTES"), "a user's");
 }
 
-TEST(PosixFileSystem, ReplacingKeepsModeAndLinks) {
-  const ScratchFolder scratch;
-  PosixFileSystem files;
-  PutRaw(scratch / "script", "old");
+TEST_F(PosixFileSystemTest, ReplacingKeepsModeAndLinks) {
+  scratch.Write("script", "old");
   ASSERT_EQ(chmod((scratch / "script").c_str(), 0751), 0);
   ASSERT_EQ(mkdir((scratch / "links").c_str(), 0777), 0);
-  ASSERT_EQ(symlink("../script", (scratch / "links/one").c_str()), 0);
-  ASSERT_EQ(symlink("one", (scratch / "links/two").c_str()), 0);
-  ASSERT_EQ(symlink("../new", (scratch / "links/dangling").c_str()), 0);
-  ASSERT_EQ(symlink("loop", (scratch / "links/loop").c_str()), 0);
+  const std::pair<const char*, const char*> links[] = {{"../script", "links/one"},
+                                                       {"one", "links/two"},
+                                                       {"../new", "links/dangling"},
+                                                       {"loop", "links/loop"}};
+  for (const auto& [to, link] : links) ASSERT_EQ(symlink(to, (scratch / link).c_str()), 0) << link;
 
   EXPECT_TRUE(files.WriteWholeFile(scratch / "links/two", "new"));
   EXPECT_EQ(*files.ReadWholeFile(scratch / "script"), "new");
@@ -74,9 +74,7 @@ TEST(PosixFileSystem, ReplacingKeepsModeAndLinks) {
   EXPECT_EQ(files.ListFolder(scratch.Path())->size(), 4U) << "a temporary file was left behind";
 }
 
-TEST(PosixFileSystem, PipesAndDevicesNeitherHangNorCountAsFiles) {
-  const ScratchFolder scratch;
-  PosixFileSystem files;
+TEST_F(PosixFileSystemTest, PipesAndDevicesNeitherHangNorCountAsFiles) {
   ASSERT_EQ(mkfifo((scratch / "pipe").c_str(), 0666), 0);
   for (const std::string& path : {scratch / "pipe", std::string("/dev/null")}) {
     EXPECT_EQ(files.ReadWholeFile(path).GetError().code, ErrorCode::NotAFile);
@@ -89,10 +87,8 @@ TEST(PosixFileSystem, PipesAndDevicesNeitherHangNorCountAsFiles) {
   EXPECT_NE(*files.ReadWholeFile("/proc/self/stat"), "");
 }
 
-TEST(PosixFileSystem, TimesBeforeTheEpochRoundDown) {
-  const ScratchFolder scratch;
-  PosixFileSystem files;
-  PutRaw(scratch / "old", "12345");
+TEST_F(PosixFileSystemTest, TimesBeforeTheEpochRoundDown) {
+  scratch.Write("old", "12345");
   const timespec times[2] = {{-5, 900'000'000}, {-5, 900'000'000}};
   ASSERT_EQ(utimensat(AT_FDCWD, (scratch / "old").c_str(), times, 0), 0);
   const auto status = files.Examine(scratch / "old");
@@ -102,17 +98,14 @@ TEST(PosixFileSystem, TimesBeforeTheEpochRoundDown) {
 }
 
 // The folder's entries are kept between misses; a file that comes or goes must show at once.
-TEST(PosixFileSystem, KeptFolderEntriesNeverHideAChange) {
-  const ScratchFolder scratch;
-  PosixFileSystem files;
+TEST_F(PosixFileSystemTest, KeptFolderEntriesNeverHideAChange) {
   for (int round = 0; round < 200; ++round) {
     const std::string name = "File" + std::to_string(round);
     const std::string other = "fILE" + std::to_string(round);
-    ASSERT_FALSE(files.Exists(scratch / other));
-    ASSERT_FALSE(files.Exists(scratch / other));
+    for (int miss = 0; miss < 2; ++miss) ASSERT_FALSE(files.Exists(scratch / other));
     if (round % 20 == 0) usleep(30'000);  // long enough for the entries to be kept
     ASSERT_FALSE(files.Exists(scratch / other));
-    PutRaw(scratch / name, "x");
+    scratch.Write(name, "x");
     ASSERT_TRUE(files.Exists(scratch / other)) << round;
     if (round % 2 == 0) continue;
     ASSERT_EQ(unlink((scratch / name).c_str()), 0);
@@ -120,9 +113,7 @@ TEST(PosixFileSystem, KeptFolderEntriesNeverHideAChange) {
   }
 }
 
-TEST(PosixFileSystem, AChangeWithinOneTickOfTheFoldersClockShows) {
-  const ScratchFolder scratch;
-  PosixFileSystem files;
+TEST_F(PosixFileSystemTest, AChangeWithinOneTickOfTheFoldersClockShows) {
   for (const bool wholeSeconds : {false, true}) {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
@@ -134,16 +125,14 @@ TEST(PosixFileSystem, AChangeWithinOneTickOfTheFoldersClockShows) {
     const std::string name = wholeSeconds ? "Second" : "First";
     stopClock();
     for (int miss = 0; miss < 3; ++miss) EXPECT_FALSE(files.Exists(scratch / FoldCase(name)));
-    PutRaw(scratch / name, "x");
+    scratch.Write(name, "x");
     stopClock();
     EXPECT_TRUE(files.Exists(scratch / FoldCase(name)));
   }
 }
 
-TEST(PosixFileSystem, BackslashInANameOfTheMachineIsOutOfReach) {
-  const ScratchFolder scratch;
-  PosixFileSystem files;
-  PutRaw(scratch / "odd\\name", "hidden");
+TEST_F(PosixFileSystemTest, BackslashInANameOfTheMachineIsOutOfReach) {
+  scratch.Write("odd\\name", "hidden");
   EXPECT_EQ(files.ReadWholeFile(scratch / "odd\\name").GetError().code, ErrorCode::InvalidName);
   EXPECT_EQ(files.WriteWholeFile(scratch / "odd\\name", "x").GetError().code,
             ErrorCode::InvalidName);
@@ -154,9 +143,7 @@ TEST(PosixFileSystem, BackslashInANameOfTheMachineIsOutOfReach) {
   EXPECT_TRUE(files.Exists(scratch / "odd/name"));
 }
 
-TEST(PosixFileSystem, ReadersSeeWholeFilesWhileAWriterReplacesThem) {
-  const ScratchFolder scratch;
-  PosixFileSystem files;
+TEST_F(PosixFileSystemTest, ReadersSeeWholeFilesWhileAWriterReplacesThem) {
   const std::string path = scratch / "File";
   const std::string a(40'000, 'a');
   const std::string b(70'000, 'b');
@@ -180,26 +167,20 @@ TEST(PosixFileSystem, ReadersSeeWholeFilesWhileAWriterReplacesThem) {
 }
 
 // The disk of the process reads its drives once, so no other test may ask it for one.
-TEST(NativeFileSystem, DrivesComeFromTheSettings) {
-  const ScratchFolder scratch;
-  PosixFileSystem files;
+TEST_F(PosixFileSystemTest, DrivesComeFromTheSettings) {
   const std::string folder = scratch / "disk";
-  ASSERT_TRUE(files.CreateFolders(folder) && files.CreateFolders(scratch / "machine"));
-  ASSERT_TRUE(files.WriteWholeFile(
-      scratch / "machine/registry.ini",
-      "[drives]\nc:=" + folder + "\nD=relative\nEF=" + folder + "\n=" + folder + "\n"));
-  ASSERT_EQ(setenv("TARN_SETTINGS", scratch.Path().c_str(), 1), 0);
+  scratch.Write("disk/other", "");
+  scratch.Write("machine/registry.ini",
+                "[drives]\nc:=" + folder + "\nD=relative\nEF=" + folder + "\n=" + folder + "\n");
+  const testing::ScopedVariable settings("TARN_SETTINGS", scratch.Path().c_str());
   EXPECT_TRUE(FileSystem::Native().WriteWholeFile("C:\\file", "x"));
-  ASSERT_EQ(unsetenv("TARN_SETTINGS"), 0);
-  EXPECT_EQ(*files.ReadWholeFile(folder + "/file"), "x");
+  EXPECT_EQ(testing::ReadBytes(folder + "/file"), "x");
   for (const std::string drive : {"D", "E", "F"}) {
     EXPECT_FALSE(FileSystem::Native().Exists(drive + ":\\"));
   }
 }
 
-TEST(PosixFileSystem, LongPathsWorkAndOverlongNamesFail) {
-  const ScratchFolder scratch;
-  PosixFileSystem files;
+TEST_F(PosixFileSystemTest, LongPathsWorkAndOverlongNamesFail) {
   std::string deep = scratch.Path();
   for (int i = 0; i < 10; ++i) deep += "/" + std::string(100, 'd');
   EXPECT_TRUE(files.CreateFolders(deep));

@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "platform/settings/IniFile.h"
 #include "support/MemoryFileSystem.h"
+#include "support/Surroundings.h"
 
 namespace tarn {
 namespace {
@@ -35,12 +35,11 @@ constexpr const char* kText =
     "=nameless\r\n";
 
 TEST(IniFile, ReadsWithTheProfileStringRules) {
-  struct Row {
+  const struct {
     const char* section;
     const char* name;
     std::optional<std::string> value;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"first", "NAME", "value"},   {"First", "Quoted", "  two words "},
       {"First", "Single", "it''s"}, {"First", "One", "\""},
       {"First", "Mixed", "\"x'"},   {"First", "Empty", ""},
@@ -51,54 +50,49 @@ TEST(IniFile, ReadsWithTheProfileStringRules) {
       {"broken", "x", {}},
   };
   const IniFile ini{kText};
-  for (const Row& row : rows) EXPECT_EQ(ini.Read(row.section, row.name), row.value) << row.name;
+  for (const auto& row : rows) EXPECT_EQ(ini.Read(row.section, row.name), row.value) << row.name;
   EXPECT_EQ(ini.SectionNames(), (std::vector<std::string>{"First", "Second"}));
   EXPECT_EQ(ini.ValueNames("SECOND"), std::vector<std::string>{"x"});
   EXPECT_EQ(ini.ToText(), kText);
 }
 
 TEST(IniFile, WritingTouchesNothingButTheValue) {
-  struct Row {
-    const char* name;
-    std::string before;
-    std::function<bool(IniFile&)> change;
-    bool done;
-    std::string after;
-  };
-  const auto write = [](const char* section, const char* key, std::string value) {
+  const auto write = [](const char* section, const char* key, const char* value) {
     return [=](IniFile& ini) { return ini.Write(section, key, value); };
   };
-  const Row rows[] = {
-      {"empty text", "", write("S", "k", "v"), true, "[S]\nk=v\n"},
-      {"in place", "; c\r\n[s]\r\n K = old \r\nz\r\n", write("S", "k", "v"), true,
+  const auto remove = [](IniFile& ini) { return ini.Remove("S", "a"); };
+  const struct {
+    const char* name;
+    const char* before;
+    std::function<bool(IniFile&)> change;
+    const char* after;  // null: refused, and nothing changed
+  } rows[] = {
+      {"empty text", "", write("S", "k", "v"), "[S]\nk=v\n"},
+      {"in place", "; c\r\n[s]\r\n K = old \r\nz\r\n", write("S", "k", "v"),
        "; c\r\n[s]\r\n K =v\r\nz\r\n"},
-      {"last line without an end", "[s]\nk=old", write("s", "k", "new"), true, "[s]\nk=new"},
-      {"added to a text without an end", "[s]\r\nk=1", write("t", "k", "v"), true,
+      {"last line without an end", "[s]\nk=old", write("s", "k", "new"), "[s]\nk=new"},
+      {"added to a text without an end", "[s]\r\nk=1", write("t", "k", "v"),
        "[s]\r\nk=1\r\n[t]\r\nk=v\r\n"},
       {"comments of the next section stay there", "[s]\na=1\n\n; t\n[t]\n", write("s", "b", "2"),
-       true, "[s]\na=1\nb=2\n\n; t\n[t]\n"},
-      {"section without a value", "[s]\n[t]\n", write("s", "b", "2"), true, "[s]\nb=2\n[t]\n"},
-      {"where it is read from", "[s]\na=1\n[t]\n[S]\nb=1\n", write("s", "b", "2"), true,
+       "[s]\na=1\nb=2\n\n; t\n[t]\n"},
+      {"section without a value", "[s]\n[t]\n", write("s", "b", "2"), "[s]\nb=2\n[t]\n"},
+      {"where it is read from", "[s]\na=1\n[t]\n[S]\nb=1\n", write("s", "b", "2"),
        "[s]\na=1\n[t]\n[S]\nb=2\n"},
-      {"empty value", "[s]\na=1\n", write("s", "a", ""), true, "[s]\na=\n"},
-      {"line break in the value", "[s]\n", write("s", "a", "1\n[t]"), false, "[s]\n"},
-      {"zero in the value", "[s]\n", write("s", "a", std::string("1\0", 2)), false, "[s]\n"},
-      {"line break in the name", "[s]\n", write("s", "a\rb", "1"), false, "[s]\n"},
-      {"a name that would be a comment", "[s]\n", write("s", ";a", "1"), false, "[s]\n"},
-      {"a name that would be cut", "[s]\n", write("s", "a=b", "1"), false, "[s]\n"},
-      {"a section that would be cut", "", write("a]b", "a", "1"), false, ""},
-      {"value removed everywhere", "[s]\na=1\n;\nA=2\nb=3\n",
-       [](IniFile& ini) { return ini.Remove("S", "a"); }, true, "[s]\n;\nb=3\n"},
-      {"nothing to remove", "[s]\n", [](IniFile& ini) { return ini.Remove("s", "a"); }, false,
-       "[s]\n"},
+      {"line break in the value", "[s]\n", write("s", "a", "1\n[t]"), nullptr},
+      {"line break in the name", "[s]\n", write("s", "a\rb", "1"), nullptr},
+      {"a name that would be a comment", "[s]\n", write("s", ";a", "1"), nullptr},
+      {"a name that would be cut", "[s]\n", write("s", "a=b", "1"), nullptr},
+      {"a section that would be cut", "", write("a]b", "a", "1"), nullptr},
+      {"value removed everywhere", "[s]\na=1\n;\nA=2\nb=3\n", remove, "[s]\n;\nb=3\n"},
+      {"nothing to remove", "[s]\n", remove, nullptr},
       {"section removed everywhere", "x\n[s]\na=1\n[t]\n[S]\nb\n",
-       [](IniFile& ini) { return ini.RemoveSection("s"); }, true, "x\n[t]\n"},
+       [](IniFile& ini) { return ini.RemoveSection("s"); }, "x\n[t]\n"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     IniFile ini(row.before);
-    EXPECT_EQ(row.change(ini), row.done);
-    EXPECT_EQ(ini.ToText(), row.after);
+    EXPECT_EQ(row.change(ini), row.after != nullptr);
+    EXPECT_EQ(ini.ToText(), row.after ? row.after : row.before);
   }
 }
 
@@ -167,44 +161,26 @@ TEST_F(SettingsTest, AProfileThatCannotBeReadIsNotOverwritten) {
 }
 
 TEST(SettingsFolders, FollowTheEnvironment) {
-  struct Row {
+  const std::string here = FileSystem::Native().CurrentFolder();
+  const struct {
     const char* name;
     const char* root;
     const char* config;
-    SettingsFolders folders;
+    std::string folders;
+  } rows[] = {
+      {"other root", "/r", "/c", "/r/machine /r/user /r/data"},
+      {"relative root", "r", nullptr, here + "/r/machine " + here + "/r/user " + here + "/r/data"},
+      {"base folder", nullptr, "/c", "/etc/tarn /c/tarn /h/.local/share/tarn"},
+      {"relative base folder does not count", nullptr, "c",
+       "/etc/tarn /h/.config/tarn /h/.local/share/tarn"},
   };
-  const std::string here = FileSystem::Native().CurrentFolder();
-  const Row rows[] = {
-      {"other root", "/r", "/c", {"/r/machine", "/r/user", "/r/data"}},
-      {"relative root", "r", nullptr, {here + "/r/machine", here + "/r/user", here + "/r/data"}},
-      {"base folder", nullptr, "/c", {"/etc/tarn", "/c/tarn", "/h/.local/share/tarn"}},
-      {"relative base folder does not count",
-       nullptr,
-       "c",
-       {"/etc/tarn", "/h/.config/tarn", "/h/.local/share/tarn"}},
-  };
-  const char* names[] = {"TARN_SETTINGS", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "HOME"};
-  std::vector<std::optional<std::string>> saved;
-  for (const char* name : names) {
-    const char* value = std::getenv(name);
-    saved.push_back(value == nullptr ? std::nullopt : std::optional<std::string>(value));
-  }
-  const auto set = [](const char* name, const char* value) {
-    value == nullptr ? unsetenv(name) : setenv(name, value, 1);
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.name);
-    set("TARN_SETTINGS", row.root);
-    set("XDG_CONFIG_HOME", row.config);
-    set("XDG_DATA_HOME", nullptr);
-    set("HOME", "/h");
-    const SettingsFolders folders = SettingsFolders::FromEnvironment();
-    EXPECT_EQ(folders.machine, row.folders.machine);
-    EXPECT_EQ(folders.user, row.folders.user);
-    EXPECT_EQ(folders.userData, row.folders.userData);
-  }
-  for (std::size_t i = 0; i < saved.size(); ++i) {
-    set(names[i], saved[i] ? saved[i]->c_str() : nullptr);
+  const testing::ScopedVariable data("XDG_DATA_HOME", nullptr);
+  const testing::ScopedVariable home("HOME", "/h");
+  for (const auto& row : rows) {
+    const testing::ScopedVariable root("TARN_SETTINGS", row.root);
+    const testing::ScopedVariable config("XDG_CONFIG_HOME", row.config);
+    const auto [machine, user, userData] = SettingsFolders::FromEnvironment();
+    EXPECT_EQ(machine + " " + user + " " + userData, row.folders) << row.name;
   }
 }
 

@@ -64,6 +64,19 @@ class ServingThread {
   std::thread thread;
 };
 
+// What a send from a thread of its own is answered with, while this one pumps.
+std::intptr_t AnswerToAnotherThread(WindowHandle window, std::intptr_t wParam) {
+  std::atomic<std::intptr_t> answer{0};
+  const auto loop = MessageLoop::ForCurrentThread();
+  std::thread sender([&] {
+    answer = SendWindowMessage(window, 1, wParam, 0);
+    loop->Wake();
+  });
+  EXPECT_TRUE(loop->PumpUntil([&answer] { return answer != 0; }, kLong));
+  sender.join();
+  return answer;
+}
+
 TEST(Windows, ASendOnTheSameThreadIsADirectCallToAnyDepth) {
   TestWindow window;
   window.answer = [&window](std::uint32_t message, std::intptr_t depth) -> std::intptr_t {
@@ -136,15 +149,7 @@ TEST(MessageLoop, ASendFromAnotherThreadRunsOnTheWindowsThread) {
   window.answer = [owner](auto, std::intptr_t value) {
     return std::this_thread::get_id() == owner ? value * 2 : -1;
   };
-  std::atomic<std::intptr_t> answer{0};
-  const auto loop = MessageLoop::ForCurrentThread();
-  std::thread sender([&] {
-    answer = SendWindowMessage(window.handle, 1, 21, 0);
-    loop->Wake();
-  });
-  EXPECT_TRUE(loop->PumpUntil([&answer] { return answer != 0; }, kLong));
-  sender.join();
-  EXPECT_EQ(answer, 42);
+  EXPECT_EQ(AnswerToAnotherThread(window.handle, 21), 42);
 }
 
 TEST(MessageLoop, ServingLeavesPostsAndTimersAlone) {
@@ -175,15 +180,7 @@ TEST(MessageLoop, ThreadsThatWaitForEachOtherServeEachOther) {
   worker = thread.handle;
   EXPECT_EQ(SendWindowMessage(worker, 1, 20, 0), 21);  // the host's thread begins
   EXPECT_EQ(SendWindowMessage(worker, 1, 21, 0), 22);
-  std::atomic<std::intptr_t> answer{0};
-  const auto loop = MessageLoop::ForCurrentThread();
-  std::thread third([&] {
-    answer = SendWindowMessage(host.handle, 1, 20, 0);
-    loop->Wake();
-  });
-  EXPECT_TRUE(loop->PumpUntil([&answer] { return answer != 0; }, kLong));
-  third.join();
-  EXPECT_EQ(answer, 21);
+  EXPECT_EQ(AnswerToAnotherThread(host.handle, 20), 21);
 }
 
 TEST(MessageLoop, AThreadThatWaitsElsewhereStillServesOthers) {
@@ -238,12 +235,7 @@ TEST(MessageLoop, AnExceptionOfTheWorkComesOutAtItsCaller) {
   EXPECT_THROW(thread.loop->RunAndWait([] { throw std::runtime_error("broken"); }),
                std::runtime_error);
   EXPECT_EQ(SendWindowMessage(thread.handle, 1, 0, 0), 1);  // and the loop lives on
-}
-
-TEST(MessageLoop, OnlyItsOwnThreadPumps) {
-  const ServingThread thread([](auto, auto) { return 1; });
-  EXPECT_FALSE(thread.loop->IsCurrentThread());
-  EXPECT_FALSE(thread.loop->Pump());
+  EXPECT_FALSE(thread.loop->Pump()) << "only its own thread pumps";
   EXPECT_FALSE(thread.loop->ServeUntil([] { return false; }, kLong));
 }
 

@@ -6,13 +6,12 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "platform/files/FileSystem.h"
-#include "platform/files/ScratchFolder.h"
+#include "support/Surroundings.h"
 
 namespace tarn {
 namespace {
@@ -62,14 +61,12 @@ class CrashSafetyTest : public ::testing::Test {
 
   void Reset() const {
     std::filesystem::remove_all(scratch / "disk");
-    std::filesystem::create_directory(scratch / "disk");
-    std::ofstream(scratch / "disk/file") << std::string(kOldSize, 'o');
+    scratch.Write("disk/file", std::string(kOldSize, 'o'));
   }
 
   // "old", "new" or what else.
   std::string Found() const {
-    std::ifstream file(scratch / "disk/file", std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const std::string bytes = testing::ReadBytes(scratch / "disk/file");
     if (bytes == std::string(kOldSize, 'o')) return "old";
     if (bytes == std::string(kNewSize, 'n')) return "new";
     return std::to_string(bytes.size()) + " bytes";
