@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <functional>
 #include <random>
 
 #include "output/BuildOutput.h"
 #include "output/MessageTable.h"
 #include "support/MemoryFileSystem.h"
+#include "support/Surroundings.h"
 
 namespace tarn {
 namespace {
@@ -38,6 +38,16 @@ struct LogFile : ::testing::Test {
   void Add(const char* text) {
     hub.AddOutput(text);
     hub.SaveLog();
+  }
+  // Somebody else's bytes, as many as there were, at another time.
+  void SpoilAt(std::int64_t seconds) {
+    disk.Advance(seconds);
+    disk.AddFile(kLog, std::string(disk.BytesOf(kLog).value_or("").size(), 'x'));
+  }
+  void SaveWhileFailing(const char* verb) {
+    disk.FailOn(verb, kLog, ErrorCode::NoSpace);
+    hub.SaveLog();
+    disk.ClearFailures();
   }
 
   MemoryFileSystem disk;
@@ -93,38 +103,6 @@ TEST_F(LogFile, WritesOnlyWhatIsNew) {
   EXPECT_EQ(Writes(), "");
 }
 
-TEST_F(LogFile, IsWrittenWholeWhenItIsNotTheOneLeft) {
-  const struct {
-    const char* name;
-    std::function<void(MemoryFileSystem&)> change;
-  } cases[] = {
-      {"removed", [](MemoryFileSystem& d) { d.Erase(kLog); }},
-      {"longer", [](MemoryFileSystem& d) { d.AddFile(kLog, *d.BytesOf(kLog) + " "); }},
-      {"same size, later",
-       [](MemoryFileSystem& d) {
-         d.Advance(1);
-         d.AddFile(kLog, std::string(d.BytesOf(kLog)->size(), 'x'));
-       }},
-      {"same size, earlier",
-       [](MemoryFileSystem& d) {
-         d.AddFile(kLog, std::string(d.BytesOf(kLog)->size(), 'x'));
-         d.SetModified(kLog, 1);
-       }},
-      {"its tail can't be written",
-       [](MemoryFileSystem& d) { d.FailOn("tail", "", ErrorCode::Io); }},
-  };
-  for (const auto& c : cases) {
-    for (const bool news : {true, false}) {
-      Add("before");
-      c.change(disk);
-      if (news) hub.AddOutput("after");
-      hub.SaveLog();
-      disk.ClearFailures();
-      EXPECT_EQ(Bytes(), kSaved + hub.GetRoot().ToString(g_xmlDisplayOptions)) << c.name << news;
-    }
-  }
-}
-
 TEST_F(LogFile, EqualsAFullRewriteAfterAnySteps) {
   SetMessageText(kRowFileMissing, "no %s");
   disk.AddFile("/t.xml", "<t><message a='1'><b/>c\\</message><![CDATA[d]]></t>");
@@ -135,12 +113,12 @@ TEST_F(LogFile, EqualsAFullRewriteAfterAnySteps) {
       [](LogFile& t) { t.hub.AddOutput("\"\n|"); },
       [](LogFile& t) { t.hub.AddOutput(""); },
       [](LogFile& t) { t.disk.Advance(1); },
+      [](LogFile& t) { t.disk.Erase(kLog); },
       [](LogFile& t) { t.disk.AddFile(kLog, "somebody else's"); },
-      [](LogFile& t) {
-        t.disk.FailOn("", kLog, ErrorCode::NoSpace);
-        t.hub.SaveLog();
-        t.disk.ClearFailures();
-      },
+      [](LogFile& t) { t.SpoilAt(1); },
+      [](LogFile& t) { t.SpoilAt(-1000); },
+      [](LogFile& t) { t.SaveWhileFailing("tail"); },
+      [](LogFile& t) { t.SaveWhileFailing(""); },
   };
   for (unsigned seed = 1; seed <= 300; ++seed) {
     std::mt19937 random(seed);
@@ -159,24 +137,19 @@ TEST_F(LogFile, EqualsAFullRewriteAfterAnySteps) {
 }
 
 TEST_F(LogFile, DoesNotReachThroughALinkOnTheRealDisk) {
-  namespace fs = std::filesystem;
-  const fs::path folder =
-      fs::temp_directory_path() / ("tarn-log-" + std::to_string(std::random_device()()));
-  fs::create_directory(folder);
-  const std::string log = folder / "log.xml";
-  FileSystem& real = FileSystem::Native();
-  ASSERT_TRUE(real.WriteWholeFile(folder / "other", "precious"));
-  fs::create_symlink(folder / "other", log);
+  const testing::ScratchFolder scratch;
+  scratch.Write("other", "precious");
+  std::filesystem::create_symlink(scratch / "other", scratch / "log.xml");
 
-  CBuildOutput writing(real);
-  writing.SetLogFile(log);
+  CBuildOutput writing(FileSystem::Native());
+  writing.SetLogFile(scratch / "log.xml");
   for (const char* text : {"x", "y"}) {
     writing.AddOutput(text);
     writing.SaveLog();
   }
-  EXPECT_EQ(*real.ReadWholeFile(folder / "other"), "precious");
-  EXPECT_EQ(*real.ReadWholeFile(log), kSaved + writing.GetRoot().ToString(g_xmlDisplayOptions));
-  fs::remove_all(folder);
+  EXPECT_EQ(testing::ReadBytes(scratch / "other"), "precious");
+  EXPECT_EQ(testing::ReadBytes(scratch / "log.xml"),
+            kSaved + writing.GetRoot().ToString(g_xmlDisplayOptions));
 }
 
 }  // namespace

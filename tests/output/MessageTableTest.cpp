@@ -26,11 +26,7 @@ std::string LoadedFrom(const std::string& messageFile) {
 }
 
 TEST(MessageTable, TakesTheRowsOfAMessageFileAndNothingElse) {
-  const struct {
-    const char* name;
-    const char* file;
-    const char* rows;
-  } cases[] = {
+  const char* const cases[][3] = {
       {"the table's ends, and numbers beside them",
        R"(<a><Messages Tab="Build"><m Id="131072" String="first"/><m Id="0x20026" String="last"/>)"
        R"(<m Id="0x1FFFF" String="x"/><m Id="0x20027" String="y"/></Messages></a>)",
@@ -47,9 +43,9 @@ TEST(MessageTable, TakesTheRowsOfAMessageFileAndNothingElse) {
       {"a file that ends in the middle",
        R"(<a><Messages Tab="T"><m Id="0x20003" String="a"/><m Id="0x20004")", "3=a;4=0;T"},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(LoadedFrom(c.file), c.rows) << c.name;
-    EXPECT_FALSE(FindMessageText(3)) << "outlived its hub: " << c.name;
+  for (const auto& [name, file, rows] : cases) {
+    EXPECT_EQ(LoadedFrom(file), rows) << name;
+    EXPECT_FALSE(FindMessageText(3)) << "outlived its hub: " << name;
   }
 }
 

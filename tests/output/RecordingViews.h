@@ -7,15 +7,9 @@
 #include "output/OutputViews.h"
 #include "platform/windowing/HostMessages.h"
 #include "platform/windowing/MessageLoop.h"
+#include "xml/XmlDump.h"
 
 namespace tarn::test {
-
-// The text of an element on one line.
-inline std::string Flat(const CXmlNode& node) {
-  CXmlDisplayOptions options;
-  options.newline = false;
-  return node.ToString(options);
-}
 
 // Both views and the host's window in one, so that a test sees what they are told in its order.
 struct RecordingViews : ILogView, IReportView, WindowTarget {
