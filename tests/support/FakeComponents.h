@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -18,41 +19,44 @@ namespace tarn::test {
 // them. An empty text shows as "", a null one as null. May be used from any thread.
 class CallRecorder {
  public:
+  // Run with the operation's name once a call was kept and before it is answered, if set.
+  std::function<void(std::string_view operation)> onCall;
+
   std::vector<std::string> Calls() const;
   // The calls of one operation.
   std::vector<std::string> CallsOf(std::string_view operation) const;
   std::vector<std::string> TakeCalls();
 
  protected:
-  template <class... Arguments>
-  void Record(std::string_view operation, const Arguments&... arguments) {
-    std::string line(operation);
-    ((line += " " + Show(arguments)), ...);
-    const std::lock_guard guard(lock);
-    calls.push_back(std::move(line));
-  }
+  void Record(std::string_view operation, std::span<const Variant> arguments);
 
  private:
-  static std::string Show(std::int32_t number) { return std::to_string(number); }
-  static std::string Show(const char* text) {
-    if (text == nullptr) return "null";
-    return *text == '\0' ? "\"\"" : text;
-  }
-
   mutable std::mutex lock;
   std::vector<std::string> calls;
+};
+
+// An object with a dispatch table that keeps what arrives by number. A call past its interface
+// leaves no line.
+template <class T>
+class RecordingObject : public DispatchObject<T>, public CallRecorder {
+ public:
+  DispatchResult Invoke(DispatchId id, std::span<const Variant> arguments,
+                        Variant& result) override {
+    if (const auto* method = T::Table().Find(id)) Record(method->info.name, arguments);
+    return DispatchObject<T>::Invoke(id, arguments, result);
+  }
 };
 
 // A property manager for tests: keeps values by set, section and property on levels, and has no
 // definitions but the defaults that a test sets. Its texts:
 //
-//   values   <Values><V S="C" N="General" P="Header" V="main.c" />...</Values>
+//   values   <Values><V K="C.General.Header" V="main.c" />...</Values>
 //   options  <Opt Header="Debug"><Set Header="C"><Sec Header="Build">
 //            <Prop Header="Tool" Removable="Yes" Value="cc" /></Sec></Set></Opt>
 //
 // In both, bytes that a value must not show (quotes, brackets, backslash, control bytes, &) are
 // written as &#n;.
-class FakePropertyManager : public DispatchObject<FakePropertyManager>, public CallRecorder {
+class FakePropertyManager : public RecordingObject<FakePropertyManager> {
  public:
   static const DispatchTable<FakePropertyManager>& Table();
 
@@ -65,65 +69,37 @@ class FakePropertyManager : public DispatchObject<FakePropertyManager>, public C
   std::int32_t propertyWindow = 0;
   // As the last calls left them.
   std::string currentConfig;
-  std::string projectsConfigs;  // the last such text that was read
-  int holds = 0;                // BeginUpdate without EndUpdate
-  // Run at the start of each call with the operation's name, if set.
-  std::function<void(std::string_view operation)> onCall;
+  int holds = 0;  // BeginUpdate without EndUpdate
 
-  std::int32_t ReadDefsFromFile(const char* set, const char* file);
-  std::int32_t ReadConfigFromFile(const char* config, const char* set, const char* section,
-                                  const char* property, const char* file);
+  // Stands for each operation that does nothing, and succeeds.
+  template <class... Arguments>
+  std::int32_t Accept(Arguments...) {
+    return 1;
+  }
   std::int32_t ReadValuesFromText(const char* text);
   std::string GetPropertyValue(const char* set, const char* section, const char* property);
   std::int32_t SetPropertyValue(const char* set, const char* section, const char* property,
                                 const char* value);
-  std::int32_t HideProperty(const char* set, const char* section, const char* property,
-                            std::int32_t hide);
-  std::int32_t EnableProperty(const char* set, const char* section, const char* property,
-                              std::int32_t enable);
-  std::int32_t HideSection(const char* set, const char* section, std::int32_t hide);
-  std::int32_t HideSet(const char* set, std::int32_t hide);
   std::string GetConfigText(const char* config, const char* set, const char* section,
                             const char* property);
-  std::int32_t ShowOptions(std::int32_t frame);
-  std::int32_t GetPropertyWindow();
-  void ClearValues();
-  std::string GetChangedProperty();
-  void BeginUpdate();
-  void EndUpdate();
+  std::int32_t GetPropertyWindow() { return propertyWindow; }
+  void ClearValues() { levels.assign(1, {}); }
+  std::string GetChangedProperty() { return changedProperty; }
+  void BeginUpdate() { ++holds; }
+  void EndUpdate() { holds -= holds > 0 ? 1 : 0; }
   std::string GetValuesAsText(const char* set, const char* section, const char* property);
-  std::int32_t InitOptions(const char* application, const char* data, std::int32_t frame,
-                           std::int32_t mode);
-  void BeginChildLevel();
-  std::string GetNewConfigName();
-  void SetCurrentConfig(const char* config);
-  std::string GetPropertyStringValue(const char* set, const char* section, const char* property);
-  std::string GetPropState();
-  void SetPropState(const char* state);
+  void BeginChildLevel() { levels.emplace_back(); }
+  std::string GetNewConfigName() { return newConfigName; }
+  void SetCurrentConfig(const char* config) { currentConfig = TextOf(config); }
+  std::string GetPropState() { return propState; }
+  void SetPropState(const char* state) { propState = TextOf(state); }
   std::int32_t ApplyOptions(const char* config, const char* xml);
   void ProjectClosing();
-  void EndParentLevel();
 
  private:
-  struct Value {
-    std::string set;
-    std::string section;
-    std::string property;
-    std::string text;
-  };
-  using Level = std::vector<Value>;
+  using Level = std::vector<std::pair<std::string, std::string>>;  // key and text, as they came
 
-  template <class... Arguments>
-  void Note(std::string_view operation, const Arguments&... arguments) {
-    Record(operation, arguments...);
-    if (onCall) onCall(operation);
-  }
-  const std::string* Find(std::string_view set, std::string_view section,
-                          std::string_view property) const;
-  std::string ValueOf(std::string_view set, std::string_view section,
-                      std::string_view property) const;
-  void Store(std::string_view set, std::string_view section, std::string_view property,
-             std::string text);
+  void Store(const std::string& key, std::string text);
 
   std::vector<Level> levels = std::vector<Level>(1);  // the innermost last
 };
@@ -137,7 +113,7 @@ struct ToolRun {
 };
 
 // A tool manager for tests. RunTool may come from any thread.
-class FakeToolManager : public DispatchObject<FakeToolManager>, public CallRecorder {
+class FakeToolManager : public RecordingObject<FakeToolManager> {
  public:
   static const DispatchTable<FakeToolManager>& Table();
 
@@ -149,7 +125,7 @@ class FakeToolManager : public DispatchObject<FakeToolManager>, public CallRecor
 
   std::int32_t RunTool(const char* tool, const char* files, const char* options,
                        const char* messageFile);
-  std::int32_t InitTools(const char* applicationPath, const char* dataPath, std::int32_t frame);
+  std::int32_t InitTools(const char*, const char*, std::int32_t) { return 1; }
   std::string GetToolsForExtension(const char* extension);
 };
 

@@ -59,19 +59,9 @@ void MemoryFileSystem::SetReadOnly(const std::string& path, bool readOnly) {
   entries.at(Absolute(path)).readOnly = readOnly;
 }
 
-void MemoryFileSystem::SetModified(const std::string& path, std::int64_t seconds) {
-  const std::lock_guard guard(lock);
-  entries.at(Absolute(path)).modified = seconds;
-}
-
 void MemoryFileSystem::MapDrive(char letter, const std::string& folder) {
   const std::lock_guard guard(lock);
   drives[FoldCase(std::string_view(&letter, 1))[0]] = Absolute(folder);
-}
-
-void MemoryFileSystem::SetNow(std::int64_t seconds) {
-  const std::lock_guard guard(lock);
-  now = seconds;
 }
 
 void MemoryFileSystem::Advance(std::int64_t seconds) {
@@ -79,31 +69,18 @@ void MemoryFileSystem::Advance(std::int64_t seconds) {
   now += seconds;
 }
 
-std::int64_t MemoryFileSystem::Now() const {
-  const std::lock_guard guard(lock);
-  return now;
-}
-
 // --- Looking at the outcome ---
 
 std::optional<std::string> MemoryFileSystem::BytesOf(const std::string& path) const {
   const std::lock_guard guard(lock);
-  const auto found = entries.find(Absolute(path));
-  if (found == entries.end() || found->second.isFolder) return std::nullopt;
-  return found->second.bytes;
+  const Entry* file = FileAt(path);
+  return file == nullptr ? std::nullopt : std::optional(file->bytes);
 }
 
 std::optional<std::int64_t> MemoryFileSystem::ModifiedOf(const std::string& path) const {
   const std::lock_guard guard(lock);
-  const auto found = entries.find(Absolute(path));
-  if (found == entries.end() || found->second.isFolder) return std::nullopt;
-  return found->second.modified;
-}
-
-bool MemoryFileSystem::HasFolder(const std::string& path) const {
-  const std::lock_guard guard(lock);
-  const auto found = entries.find(Absolute(path));
-  return found != entries.end() && found->second.isFolder;
+  const Entry* file = FileAt(path);
+  return file == nullptr ? std::nullopt : std::optional(file->modified);
 }
 
 std::vector<std::string> MemoryFileSystem::AllFiles() const {
@@ -115,17 +92,12 @@ std::vector<std::string> MemoryFileSystem::AllFiles() const {
   return names;
 }
 
-std::vector<std::string> MemoryFileSystem::Operations() const {
-  const std::lock_guard guard(lock);
-  return record;
-}
-
 std::vector<std::string> MemoryFileSystem::Operations(std::string_view verb) const {
   const std::lock_guard guard(lock);
-  std::vector<std::string> lines;
-  for (const auto& line : record) {
-    if (line.starts_with(std::string(verb) + " ")) lines.push_back(line);
-  }
+  std::vector<std::string> lines = record;
+  std::erase_if(lines, [verb](const std::string& line) {
+    return !verb.empty() && !line.starts_with(std::string(verb) + " ");
+  });
   return lines;
 }
 
@@ -141,21 +113,12 @@ void MemoryFileSystem::FailOn(std::string_view verb, const std::string& path, Er
   failures.push_back({std::string(verb), path.empty() ? "" : Absolute(path), code});
 }
 
-void MemoryFileSystem::FailNthWrite(std::size_t n, ErrorCode code) {
-  const std::lock_guard guard(lock);
-  writesUntilFailure = n;
-  nthWriteFailure = code;
-}
-
 void MemoryFileSystem::ClearFailures() {
   const std::lock_guard guard(lock);
   failures.clear();
-  writesUntilFailure = 0;
 }
 
 ErrorCode MemoryFileSystem::FailureFor(std::string_view verb, const std::string& path) {
-  const bool writes = verb == "write" || verb == "tail" || verb == "copy" || verb == "reserve";
-  if (writes && writesUntilFailure > 0 && --writesUntilFailure == 0) return nthWriteFailure;
   for (const auto& failure : failures) {
     if ((failure.verb.empty() || failure.verb == verb) &&
         (failure.path.empty() || failure.path == path)) {
@@ -198,6 +161,7 @@ std::string MemoryFileSystem::OnDisk(const std::string& absolute) const {
 
 MemoryFileSystem::Place MemoryFileSystem::Begin(std::string_view verb, const std::string& path) {
   Place place;
+  place.guard = std::unique_lock(lock);
   place.path = OnDisk(Absolute(path));
   record.push_back(std::string(verb) + " " + (place.path.empty() ? path : place.path));
   if (path.empty() || HoldsControlByte(path)) {
@@ -213,10 +177,29 @@ MemoryFileSystem::Place MemoryFileSystem::Begin(std::string_view verb, const std
   return place;
 }
 
+MemoryFileSystem::Place MemoryFileSystem::BeginFile(std::string_view verb, const std::string& path,
+                                                    bool writes) {
+  Place place = Begin(verb, path);
+  if (place.failure != ErrorCode::None) return place;
+  if (place.entry == nullptr) {
+    place.failure = ErrorCode::NotFound;
+  } else if (place.entry->isFolder) {
+    place.failure = ErrorCode::NotAFile;
+  } else if (writes && place.entry->readOnly) {
+    place.failure = ErrorCode::ReadOnly;
+  }
+  return place;
+}
+
 ErrorCode MemoryFileSystem::MayChangeEntries(const std::string& folder) const {
   const auto found = entries.find(folder);
   if (found == entries.end() || !found->second.isFolder) return ErrorCode::NotFound;
   return found->second.readOnly ? ErrorCode::ReadOnly : ErrorCode::None;
+}
+
+const MemoryFileSystem::Entry* MemoryFileSystem::FileAt(const std::string& path) const {
+  const auto found = entries.find(Absolute(path));
+  return found == entries.end() || found->second.isFolder ? nullptr : &found->second;
 }
 
 void MemoryFileSystem::AddFolders(const std::string& absolute) {
@@ -225,10 +208,10 @@ void MemoryFileSystem::AddFolders(const std::string& absolute) {
   entry.isFolder = true;
 }
 
-Status MemoryFileSystem::Store(const Place& place, std::string_view bytes) {
-  const ErrorCode refused = MayChangeEntries(FolderOf(place.path));
-  if (refused != ErrorCode::None) return Fail(refused, place.path);
-  Entry& entry = entries[place.path];
+Status MemoryFileSystem::Store(const std::string& absolute, std::string_view bytes) {
+  const ErrorCode refused = MayChangeEntries(FolderOf(absolute));
+  if (refused != ErrorCode::None) return Fail(refused, absolute);
+  Entry& entry = entries[absolute];
   entry.bytes = bytes;
   entry.modified = now;
   return {};
@@ -237,55 +220,43 @@ Status MemoryFileSystem::Store(const Place& place, std::string_view bytes) {
 // --- FileSystem ---
 
 bool MemoryFileSystem::Exists(const std::string& path) {
-  const std::lock_guard guard(lock);
   return Begin("exists", path).entry != nullptr;
 }
 
 bool MemoryFileSystem::IsFolder(const std::string& path) {
-  const std::lock_guard guard(lock);
   const Place place = Begin("isfolder", path);
   return place.entry != nullptr && place.entry->isFolder;
 }
 
 std::optional<FileStatus> MemoryFileSystem::Examine(const std::string& path) {
-  const std::lock_guard guard(lock);
   const Place place = Begin("examine", path);
   if (place.entry == nullptr || place.entry->isFolder) return std::nullopt;
   return FileStatus{place.entry->modified, place.entry->bytes.size()};
 }
 
 bool MemoryFileSystem::IsReadOnly(const std::string& path) {
-  const std::lock_guard guard(lock);
   const Place place = Begin("readonly", path);
   return place.entry == nullptr || place.entry->readOnly;
 }
 
 Result<std::string> MemoryFileSystem::ReadWholeFile(const std::string& path) {
-  const std::lock_guard guard(lock);
-  const Place place = Begin("read", path);
+  const Place place = BeginFile("read", path, false);
   if (place.failure != ErrorCode::None) return Fail(place.failure, path);
-  if (place.entry == nullptr) return Fail(ErrorCode::NotFound, path);
-  if (place.entry->isFolder) return Fail(ErrorCode::NotAFile, path);
   return place.entry->bytes;
 }
 
 Status MemoryFileSystem::WriteWholeFile(const std::string& path, std::string_view bytes) {
-  const std::lock_guard guard(lock);
   const Place place = Begin("write", path);
   if (place.failure != ErrorCode::None) return Fail(place.failure, path);
   if (place.entry != nullptr && place.entry->isFolder) return Fail(ErrorCode::NotAFile, path);
   if (place.entry != nullptr && place.entry->readOnly) return Fail(ErrorCode::ReadOnly, path);
-  return Store(place, bytes);
+  return Store(place.path, bytes);
 }
 
 Status MemoryFileSystem::WriteTail(const std::string& path, std::uint64_t expectedSize,
                                    std::uint64_t offset, std::string_view bytes) {
-  const std::lock_guard guard(lock);
-  const Place place = Begin("tail", path);
+  const Place place = BeginFile("tail", path, true);
   if (place.failure != ErrorCode::None) return Fail(place.failure, path);
-  if (place.entry == nullptr) return Fail(ErrorCode::NotFound, path);
-  if (place.entry->isFolder) return Fail(ErrorCode::NotAFile, path);
-  if (place.entry->readOnly) return Fail(ErrorCode::ReadOnly, path);
   if (place.entry->bytes.size() != expectedSize || offset > expectedSize) {
     return Fail(ErrorCode::Changed, path);
   }
@@ -296,12 +267,8 @@ Status MemoryFileSystem::WriteTail(const std::string& path, std::uint64_t expect
 }
 
 Status MemoryFileSystem::RemoveFile(const std::string& path) {
-  const std::lock_guard guard(lock);
-  const Place place = Begin("remove", path);
+  const Place place = BeginFile("remove", path, true);
   if (place.failure != ErrorCode::None) return Fail(place.failure, path);
-  if (place.entry == nullptr) return Fail(ErrorCode::NotFound, path);
-  if (place.entry->isFolder) return Fail(ErrorCode::NotAFile, path);
-  if (place.entry->readOnly) return Fail(ErrorCode::ReadOnly, path);
   const ErrorCode refused = MayChangeEntries(FolderOf(place.path));
   if (refused != ErrorCode::None) return Fail(refused, path);
   entries.erase(place.path);
@@ -309,23 +276,19 @@ Status MemoryFileSystem::RemoveFile(const std::string& path) {
 }
 
 Status MemoryFileSystem::CopyFileTo(const std::string& from, const std::string& to) {
-  const std::lock_guard guard(lock);
+  const Place source = BeginFile("copy", from, false);
   const std::string target = OnDisk(Absolute(to));
-  const Place source = Begin("copy", from);
   record.back() += " " + (target.empty() ? to : target);
   if (source.failure != ErrorCode::None) return Fail(source.failure, from);
   if (to.empty() || HoldsControlByte(to)) return Fail(ErrorCode::InvalidName, to);
   if (target.empty()) return Fail(ErrorCode::NotFound, to);
   const ErrorCode wanted = FailureFor("copy", target);
   if (wanted != ErrorCode::None) return Fail(wanted, to);
-  if (source.entry == nullptr) return Fail(ErrorCode::NotFound, from);
-  if (source.entry->isFolder) return Fail(ErrorCode::NotAFile, from);
   if (entries.contains(target)) return Fail(ErrorCode::AlreadyExists, to);
-  return Store({target, nullptr, ErrorCode::None}, std::string(source.entry->bytes));
+  return Store(target, std::string(source.entry->bytes));
 }
 
 Status MemoryFileSystem::CreateFolders(const std::string& path) {
-  const std::lock_guard guard(lock);
   const Place place = Begin("folders", path);
   if (place.failure != ErrorCode::None) return Fail(place.failure, path);
   std::string above = place.path;
@@ -337,7 +300,6 @@ Status MemoryFileSystem::CreateFolders(const std::string& path) {
 }
 
 Result<std::vector<FolderEntry>> MemoryFileSystem::ListFolder(const std::string& path) {
-  const std::lock_guard guard(lock);
   const Place place = Begin("list", path);
   if (place.failure != ErrorCode::None) return Fail(place.failure, path);
   if (place.entry == nullptr || !place.entry->isFolder) return Fail(ErrorCode::NotFound, path);
@@ -356,7 +318,6 @@ std::string MemoryFileSystem::CurrentFolder() {
 }
 
 bool MemoryFileSystem::SetCurrentFolder(const std::string& path) {
-  const std::lock_guard guard(lock);
   const Place place = Begin("enter", path);
   if (place.entry == nullptr || !place.entry->isFolder) return false;
   currentFolder = place.path;
@@ -369,14 +330,13 @@ std::string MemoryFileSystem::TemporaryFolder() {
 
 Result<std::string> MemoryFileSystem::ReserveName(const std::string& folder,
                                                   std::string_view prefix) {
-  const std::lock_guard guard(lock);
   const Place place = Begin("reserve", folder);
   if (place.failure != ErrorCode::None) return Fail(place.failure, folder);
   std::string name;
   do {
     name = AddSeparator(place.path) + std::string(prefix) + std::to_string(++lastReserved);
   } while (entries.contains(name));
-  const Status stored = Store({name, nullptr, ErrorCode::None}, "");
+  const Status stored = Store(name, "");
   if (!stored) return stored.GetError();
   return name;
 }

@@ -36,26 +36,21 @@ class MemoryFileSystem : public FileSystem {
   void Erase(const std::string& path);
   // Marks a file or folder as read-only. A read-only folder takes and gives up no entries.
   void SetReadOnly(const std::string& path, bool readOnly = true);
-  void SetModified(const std::string& path, std::int64_t seconds);
   // From now on `letter`:\ is this folder.
   void MapDrive(char letter, const std::string& folder);
 
-  void SetNow(std::int64_t seconds);
   void Advance(std::int64_t seconds);
-  std::int64_t Now() const;
 
   // --- Looking at the outcome; not recorded. ---
 
   // Nothing when no file of exactly this name is there.
   std::optional<std::string> BytesOf(const std::string& path) const;
   std::optional<std::int64_t> ModifiedOf(const std::string& path) const;
-  bool HasFolder(const std::string& path) const;
   // All files, in the order of their names.
   std::vector<std::string> AllFiles() const;
 
-  std::vector<std::string> Operations() const;
-  // The recorded lines of one verb.
-  std::vector<std::string> Operations(std::string_view verb) const;
+  // The recorded lines, all or those of one verb.
+  std::vector<std::string> Operations(std::string_view verb = {}) const;
   // The recorded lines, and an empty record from now on.
   std::vector<std::string> TakeOperations();
 
@@ -64,8 +59,6 @@ class MemoryFileSystem : public FileSystem {
   // From now on operations with this verb on this absolute path fail; an empty verb or path stands
   // for any. Those that answer yes or no answer as if nothing were there.
   void FailOn(std::string_view verb, const std::string& path, ErrorCode code);
-  // The n-th next write, tail, copy or reserve (1: the very next) fails, later ones don't.
-  void FailNthWrite(std::size_t n, ErrorCode code);
   void ClearFailures();
 
   // --- FileSystem ---
@@ -99,8 +92,9 @@ class MemoryFileSystem : public FileSystem {
     std::string path;
     ErrorCode code = ErrorCode::None;
   };
-  // Where an operation takes place, and whether it may.
+  // Where an operation takes place, and whether it may; nobody else has the disk meanwhile.
   struct Place {
+    std::unique_lock<std::mutex> guard;
     std::string path;
     Entry* entry = nullptr;
     ErrorCode failure = ErrorCode::None;
@@ -109,10 +103,13 @@ class MemoryFileSystem : public FileSystem {
   std::string Absolute(const std::string& path) const;
   std::string OnDisk(const std::string& absolute) const;
   Place Begin(std::string_view verb, const std::string& path);
+  // For what takes a file that is there.
+  Place BeginFile(std::string_view verb, const std::string& path, bool writes);
   ErrorCode FailureFor(std::string_view verb, const std::string& path);
   ErrorCode MayChangeEntries(const std::string& folder) const;
   void AddFolders(const std::string& absolute);
-  Status Store(const Place& place, std::string_view bytes);
+  const Entry* FileAt(const std::string& path) const;
+  Status Store(const std::string& absolute, std::string_view bytes);
 
   mutable std::mutex lock;
   std::map<std::string, Entry> entries;  // by absolute path
@@ -121,8 +118,6 @@ class MemoryFileSystem : public FileSystem {
   std::int64_t now;
   std::vector<std::string> record;
   std::vector<Failure> failures;
-  std::size_t writesUntilFailure = 0;  // 0: none wanted
-  ErrorCode nthWriteFailure = ErrorCode::None;
   std::size_t lastReserved = 0;
 };
 

@@ -1,61 +1,45 @@
 #include "support/RecordingHost.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <span>
 #include <utility>
 
 namespace tarn::test {
 
 namespace {
 
-enum class Meaning { Number, Text, Address };
+// Where a message carries texts, and where an address that means nothing here.
+constexpr std::array kTextFirst{
+    kMsgCreationEnded,  kMsgOpenFileAtLine, kMsgRunScript,     kMsgCreateToolbar,
+    kMsgOpenFile,       kMsgAddMainMenu,    kMsgProjectOpened, kMsgApplicationActivated,
+    kMsgProjectClosing, kMsgProjectCreated, kMsgToolSucceeded, kMsgCurrentNodeChanged,
+    kMsgPaneCaption,    kMsgLogLine,        kMsgOutputInvalid, kMsgApplicationKnown,
+    kMsgShowHelp};
+constexpr std::array kTextSecond{kMsgAnnounceWindow,       kMsgCreateToolbar, kMsgWorkerEnded,
+                                 kMsgApplicationActivated, kMsgShowPopupMenu, kMsgAddMainMenu,
+                                 kMsgApplicationKnown};
+constexpr std::array kAddressFirst{kMsgAnnounceWindow, kMsgShowPopupMenu};
 
-struct MessageMeaning {
-  std::uint32_t number;
-  Meaning wParam;
-  Meaning lParam;
-};
+bool IsAmong(std::span<const HostMessage> messages, std::uint32_t message) {
+  return std::find(messages.begin(), messages.end(), message) != messages.end();
+}
 
-constexpr std::array kMeanings{
-    MessageMeaning{kMsgAnnounceWindow, Meaning::Address, Meaning::Text},
-    MessageMeaning{kMsgCreationEnded, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgOpenFileAtLine, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgRunScript, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgCreateToolbar, Meaning::Text, Meaning::Text},
-    MessageMeaning{kMsgWorkerEnded, Meaning::Number, Meaning::Text},
-    MessageMeaning{kMsgOpenFile, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgApplicationActivated, Meaning::Text, Meaning::Text},
-    MessageMeaning{kMsgCurrentNodeChanged, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgShowPopupMenu, Meaning::Address, Meaning::Text},
-    MessageMeaning{kMsgAddMainMenu, Meaning::Text, Meaning::Text},
-    MessageMeaning{kMsgProjectOpened, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgProjectClosing, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgProjectCreated, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgToolSucceeded, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgPaneCaption, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgLogLine, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgOutputInvalid, Meaning::Text, Meaning::Number},
-    MessageMeaning{kMsgApplicationKnown, Meaning::Text, Meaning::Text},
-    MessageMeaning{kMsgShowHelp, Meaning::Text, Meaning::Number},
-};
-
-std::string Show(std::intptr_t value, Meaning meaning) {
-  if (meaning == Meaning::Number) return std::to_string(value);
-  if (meaning == Meaning::Address) return value == 0 ? "0" : "*";
+std::string ShowText(std::intptr_t value) {
   const char* text = reinterpret_cast<const char*>(value);
   if (text == nullptr) return "null";
   return *text == '\0' ? "\"\"" : text;
 }
 
 std::string LineOf(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam) {
-  MessageMeaning meaning{message, Meaning::Number, Meaning::Number};
-  for (const MessageMeaning& row : kMeanings) {
-    if (row.number == message) meaning = row;
-  }
   std::array<char, 16> number{};
   std::snprintf(number.data(), number.size(), message == kMsgCommand ? "%u" : "0x%04X", message);
-  return std::string(number.data()) + " " + Show(wParam, meaning.wParam) + " " +
-         Show(lParam, meaning.lParam);
+  std::string first = std::to_string(wParam);
+  if (IsAmong(kTextFirst, message)) first = ShowText(wParam);
+  if (IsAmong(kAddressFirst, message) && wParam != 0) first = "*";
+  return std::string(number.data()) + " " + first + " " +
+         (IsAmong(kTextSecond, message) ? ShowText(lParam) : std::to_string(lParam));
 }
 
 }  // namespace
