@@ -4,6 +4,39 @@
 
 namespace tarn::options {
 
+const char kSampleSets[] = R"~(
+<Set Header="*"><Section Header="Internal">
+  <Property Header="Icon" Default="$(Install.ConfigFolder)any.bmp" /></Section>
+  <Section Header="Directories"><Property Header="AddSrcPaths" Type="paths" /></Section>
+  <Section Header="Build"><Property Header="Exclude" Type="yesno" Label="Leave out" /></Section></Set>
+<Set Header="Application"><Section Header="Target">
+  <Property Header="Toolchain" Type="choice" Default="avr"><Choice Value="avr" Label="AVR" />
+    <Choice Value="mcs51" Label="8051" /></Property>
+  <Property Header="Ext" Default=".elf"><Default When="Target.Toolchain=mcs51" Value=".ihx" /></Property>
+</Section></Set>
+<Set Header="C"><Section Header="Compiler">
+  <Property Header="Include" Type="paths" Default="std" />
+  <Property Header="Optimize" Type="choice" Default="s" Removable="No"><Choice Value="s" Label="for size" />
+    <Choice Value="2" Label="for speed" /></Property>
+  <Property Header="Debug" Type="yesno" KeepsOutputs="Yes" Enabled="Compiler.Optimize!=2" />
+  <Property Header="Level" Type="number" Min="1" Max="0x10" />
+  <Property Header="Count" Type="number" />
+  <Property Header="Out" Type="file" Shown="Compiler.Level=1,2" /></Section>
+<Section Header="Build"><Property Header="OutputFile" Default="$(Config.Name)/$(General.Header)$(Target.Ext)" />
+</Section></Set>)~";
+
+const std::vector<std::string>& HostileValues() {
+  static const std::vector<std::string> values = [] {
+    std::vector<std::string> list = {"one\r\ntwo\n\tthree\r",    "C:\\dir\\",  "\\",  "]]>",
+                                     "p|q &slash; &quot; &#93;", "<b a=\"1\"", " x ", ""};
+    list.emplace_back(5000, ']');
+    std::string& bytes = list.emplace_back();
+    for (int byte = 1; byte < 256; ++byte) bytes += static_cast<char>(byte);
+    return list;
+  }();
+  return values;
+}
+
 OptionsRig::OptionsRig(const std::string& sets) : manager(disk) {
   disk.AddFile("/c/projectmanager.config",
                "<Config><Types><C /></Types><OptionSets>" + sets + "</OptionSets></Config>");

@@ -2,13 +2,19 @@
 
 #include <initializer_list>
 #include <string>
-#include <utility>
+#include <vector>
 
 #include "components/options/PropertyManager.h"
 #include "platform/automation/DispatchDriver.h"
 #include "support/MemoryFileSystem.h"
 
 namespace tarn::options {
+
+// Content of OptionSets that has something of every kind.
+extern const char kSampleSets[];
+
+// Texts that a careless reader or writer of values would change.
+const std::vector<std::string>& HostileValues();
 
 // The component with definitions from a disk in memory, called by number as its users do.
 class OptionsRig {
@@ -33,6 +39,13 @@ class OptionsRig {
     return driver.InvokeText(14, {config, set, section, property});
   }
   std::string Errors() { return driver.InvokeText(102, {}); }
+  std::string Display(const char* set, const char* section, const char* property) {
+    return driver.InvokeText(27, {set, section, property});
+  }
+  // Of section Compiler.
+  std::string Check(const char* property, const char* value) {
+    return driver.InvokeText(101, {"C", "Compiler", property, value});
+  }
 
   // Publishes a node as the project model does: the parent's text when there is one, the label,
   // and the stored options from the outermost node inwards. Gives the node's text.

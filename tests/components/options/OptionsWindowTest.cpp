@@ -6,20 +6,9 @@
 namespace tarn::options {
 namespace {
 
-const char kSets[] = R"~(
-<Set Header="*"><Section Header="Build"><Property Header="Exclude" Type="yesno" Label="Leave out" />
-</Section></Set>
-<Set Header="C"><Section Header="Compiler" Label="Compiler">
-  <Property Header="Optimize" Type="choice" Default="s"><Choice Value="s" Label="for size" />
-    <Choice Value="2" Label="for speed" /></Property>
-  <Property Header="Debug" Type="yesno" KeepsOutputs="Yes" Enabled="Compiler.Optimize!=2" />
-  <Property Header="Level" Type="number" Min="1" Max="0x10" />
-  <Property Header="Out" Type="file" Shown="Compiler.Level=1,2" /></Section>
-</Set>)~";
-
 class OptionsWindowTest : public ::testing::Test {
  protected:
-  OptionsWindowTest() : rig(kSets) { text = rig.Publish("C", "x.c", "", {}); }
+  OptionsWindowTest() : rig(kSampleSets) { text = rig.Publish("C", "x.c", "", {}); }
 
   std::string State(const char* property, const char* attribute) {
     CXmlNode root;
@@ -56,11 +45,7 @@ TEST_F(OptionsWindowTest, ListTellsWhatTheWindowNeeds) {
 }
 
 TEST_F(OptionsWindowTest, ValuesAreCheckedAgainstTheirType) {
-  const struct {
-    const char* property;
-    const char* value;
-    const char* wanted;
-  } rows[] = {
+  const char* const rows[][3] = {
       {"Optimize", "S", ""},
       {"Optimize", "9", "\"9\" does not fit; one of these is wanted: s, 2."},
       {"Debug", "yes", ""},
@@ -69,18 +54,32 @@ TEST_F(OptionsWindowTest, ValuesAreCheckedAgainstTheirType) {
       {"Level", "", ""},
       {"Level", "$(Compiler.Optimize)",
        "\"s\" does not fit; a whole number from 1 to 0x10 is wanted, decimal or with 0x in front."},
-      {"Level", "99999999999999999999",
-       "\"99999999999999999999\" does not fit; a whole number "
-       "from 1 to 0x10 is wanted, decimal or with 0x in front."},
+      {"Count", "99999999999999999999",
+       "\"99999999999999999999\" does not fit; a whole number is wanted, decimal or with 0x in "
+       "front."},
       {"Out", "a\nb", "A path may not hold a control character."},
       {"Unknown", "x", ""},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(rig.driver.InvokeText(101, {"", "Compiler", row.property, row.value}), row.wanted);
+  for (const auto& [property, value, wanted] : rows) {
+    EXPECT_EQ(rig.Check(property, value), wanted) << value;
   }
-  EXPECT_EQ(rig.driver.InvokeText(27, {"C", "Compiler", "Optimize"}), "for size");
-  EXPECT_EQ(rig.driver.InvokeText(27, {"C", "Compiler", "Debug"}), "No");
-  EXPECT_EQ(rig.driver.InvokeText(27, {"C", "General", "Header"}), "x.c");
+  for (const char* value : {"0x", "0x-0", "-0x1", "1.5", "+1", "1 2", "0xG", "--1"}) {
+    EXPECT_NE(rig.Check("Count", value), "") << value;
+  }
+  for (const char* value : {"0", "-1", "007", " 5 ", "0XFF", "9223372036854775807"}) {
+    EXPECT_EQ(rig.Check("Count", value), "") << value;
+  }
+}
+
+TEST_F(OptionsWindowTest, DisplayTextsAreThoseOfTheManual) {
+  const char* const rows[][3] = {{"Debug", "yes", "Yes"},   {"Debug", "NO", "No"},
+                                 {"Debug", "", "No"},       {"Level", "0x10", "0x10"},
+                                 {"Include", "a;b", "a;b"}, {"Optimize", "s", "for size"}};
+  for (const auto& [property, value, wanted] : rows) {
+    rig.Put("C", "Compiler", property, value);
+    EXPECT_EQ(rig.Display("", "Compiler", property), wanted) << value;
+  }
+  EXPECT_EQ(rig.Display("C", "General", "Header"), "x.c");
 }
 
 TEST_F(OptionsWindowTest, AChangeIsAnsweredUntilTheNextLoadAndNotMadeWhileHeld) {

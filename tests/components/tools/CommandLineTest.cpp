@@ -1,121 +1,80 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
-
+#include "platform/text/Text.h"
+#include "support/Surroundings.h"
 #include "tests/components/tools/FakeLauncher.h"
 
 namespace tarn::tools {
 namespace {
 
-using testing::PlayedProgram;
 using testing::StartedLines;
 using testing::ToolManagerFixture;
 
-struct Option {
-  const char* section;
-  const char* property;
-  const char* value;
-};
+std::string OneTool(const std::string& content) {
+  return "<T><Tool Name=\"t\" " + content + "</Tool></T>";
+}
 
-struct Row {
-  const char* name;
-  const char* step;  // attributes of the Step, then its children
-  std::vector<Option> options;
-  const char* files;
-  const char* expected;
-};
-
-std::string StartedFor(const Row& row) {
-  const std::string text = row.step;
-  const std::size_t end = text.find('|');
-  ToolManagerFixture tools(
-      "<T><Tool Name=\"t\" Output=\"$(Build.OutputFile)\" "
-      "Rules=\"$(OutputBase).d\"><Step Program=\"cc\"" +
-      text.substr(0, end) + ">" + text.substr(end + 1) + "</Step></Tool></T>");
-  EXPECT_EQ(tools.manager->GetDefinitionErrors(), "") << row.name;
-  for (const Option& option : row.options) {
-    tools.values.Put("", option.section, option.property, option.value);
+// What runs, "program arg arg" on a line each, when every program makes the output. Options are
+// lines of Section.Property=value.
+std::string StartedFor(const std::string& definitions, const char* tool, const char* files,
+                       std::string_view options) {
+  ToolManagerFixture tools(definitions);
+  EXPECT_EQ(tools.manager->GetDefinitionErrors(), "");
+  for (const std::string_view option : Split(options, '\n')) {
+    const std::size_t dot = option.find('.');
+    const std::size_t equal = option.find('=');
+    tools.values.Put("", option.substr(0, dot), option.substr(dot + 1, equal - dot - 1),
+                     option.substr(equal + 1));
   }
-  tools.Run("t", row.files);
+  for (int i = 0; i < 3; ++i) tools.launcher.Queue({{}, {}, tools.Makes("/p/out/x.o")});
+  tools.Run(tool, files);
   return StartedLines(tools.launcher);
 }
 
 TEST(CommandLine, ArgumentsFollowTheirRules) {
-  const std::vector<Row> rows{
-      {"files one by one",
-       "|<Arg V=\"-c\"/><Arg V=\"$(Item)\" List=\"Files\"/>",
-       {},
-       "\"/p/a b.c\",\"sub\\c.c\"",
-       "cc -c \"/p/a b.c\" /p/sub/c.c\n"},
-      {"own names",
-       "|<Arg V=\"$(File)\"/><Arg V=\"$(Output)\"/><Arg V=\"-MF$(Rules)\"/>",
-       {{"Build", "OutputFile", "out\\a.o"}},
-       "\"/p/a.c\"",
-       "cc /p/a.c /p/out/a.o -MF/p/out/a.d\n"},
-      {"list and paths",
-       "|<Arg V=\"-I$(Item)\" List=\"$(D.Include)\" Path=\"Yes\"/>",
-       {{"D", "Include", "inc; ..\\lib ;;/abs/x"}},
-       "",
-       "cc -I/p/inc -I/lib -I/abs/x\n"},
-      {"list without paths",
-       "|<Arg V=\"-D$(Item)\" List=\"$(C.Defines)\"/>",
-       {{"C", "Defines", "A;S=\"x y\""}},
-       "",
-       "cc -DA \"-DS=\\\"x y\\\"\"\n"},
-      {"empty list", "|<Arg V=\"-D$(Item)\" List=\"$(C.Defines)\"/>", {}, "", "cc\n"},
-      {"words",
-       "|<Arg V=\"$(C.Extra)\" Words=\"Yes\"/>",
-       {{"C", "Extra", "-a  'b c' `id`;"}},
-       "",
+  // What for, attributes of the Step, its children, options, files, and what runs.
+  const char* const rows[][6] = {
+      {"files one by one", "", R"~(<Arg V="-c"/><Arg V="$(Item)" List="Files"/>)~", "",
+       R"~("/p/a b.c","sub\c.c")~", "cc -c \"/p/a b.c\" /p/sub/c.c\n"},
+      {"own names", "", R"~(<Arg V="$(File)"/><Arg V="$(Output)"/><Arg V="-MF$(Rules)"/>)~",
+       "Build.OutputFile=out\\a.o", R"~("/p/a.c")~", "cc /p/a.c /p/out/a.o -MF/p/out/a.d\n"},
+      {"list and paths", "", R"~(<Arg V="-I$(Item)" List="$(D.Include)" Path="Yes"/>)~",
+       "D.Include=inc; ..\\lib ;;/abs/x", "", "cc -I/p/inc -I/lib -I/abs/x\n"},
+      {"list without paths, and an empty one", "",
+       R"~(<Arg V="-D$(Item)" List="$(C.Defines)"/><Arg V="-U$(Item)" List="$(C.X)"/>)~",
+       R"~(C.Defines=A;S="x y")~", "", "cc -DA \"-DS=\\\"x y\\\"\"\n"},
+      {"words", "", R"~(<Arg V="$(C.Extra)" Words="Yes"/>)~", "C.Extra=-a  'b c' `id`;", "",
        "cc -a \"b c\" `id`;\n"},
-      {"no shell ever",
-       "|<Arg V=\"$(C.Extra)\"/>",
-       {{"C", "Extra", "; rm -rf $HOME"}},
-       "",
+      {"no shell ever", "", R"~(<Arg V="$(C.Extra)"/>)~", "C.Extra=; rm -rf $HOME", "",
        "cc \"; rm -rf $HOME\"\n"},
-      {"conditions",
-       "|<Arg V=\"a\" If=\"C.X\"/><Arg V=\"b\" If=\"!C.X\"/><Arg V=\"c\" If=\"C.X=YES\"/>"
-       "<Arg V=\"d\" If=\"C.X!=yes\"/><Arg V=\"e\" If=\"C.X; C.Y=2\"/><Arg V=\"f\" If=\"C.Y=3\"/>",
-       {{"C", "X", "Yes"}, {"C", "Y", "2"}},
-       "",
-       "cc a c e\n"},
-      {"condition on a name that is empty",
-       "|<Arg V=\"a\" If=\"Listing\"/><Arg V=\"b\"/>",
-       {},
-       "",
-       "cc b\n"},
-      {"macros inside values",
-       "|<Arg V=\"$(C.X)\"/><Arg V=\"$$(C.X)\"/>",
-       {{"C", "X", "<$(C.Y)>"}, {"C", "Y", "1"}},
-       "",
-       "cc <1> $(C.X)\n"},
-      {"relative paths",
-       " Paths=\"Relative\"|<Arg V=\"$(Item)\" List=\"Files\" Path=\"Yes\"/>"
-       "<Arg V=\"$(Output)\"/><Arg V=\"-I$(Item)\" List=\"$(D.I)\" Path=\"Yes\"/>",
-       {{"Build", "OutputFile", "out/a.o"}, {"D", "I", ".;/usr/include;../p2"}},
-       "\"/p/src/a.c\"",
+      {"conditions", "",
+       R"~(<Arg V="a" If="C.X"/><Arg V="b" If="!C.X"/><Arg V="c" If="C.X=YES"/>)~"
+       R"~(<Arg V="d" If="C.X!=yes"/><Arg V="e" If="C.X; C.Y=2"/><Arg V="f" If="C.Y=3"/>)~"
+       R"~(<Arg V="g" If="Listing"/>)~",
+       "C.X=Yes\nC.Y=2", "", "cc a c e\n"},
+      {"macros inside values", "", R"~(<Arg V="$(C.X)"/><Arg V="$$(C.X)"/>)~",
+       "C.X=<$(C.Y)>\nC.Y=1", "", "cc <1> $(C.X)\n"},
+      {"relative paths", R"~(Paths="Relative")~",
+       R"~(<Arg V="$(Item)" List="Files" Path="Yes"/><Arg V="$(Output)"/>)~"
+       R"~(<Arg V="-I$(Item)" List="$(D.I)" Path="Yes"/>)~",
+       "Build.OutputFile=out/a.o\nD.I=.;/usr/include;../p2", R"~("/p/src/a.c")~",
        "cc src/a.c out/a.o -I. -I/usr/include -I/p2\n"},
-      {"launcher with words",
-       " Launcher=\"$(B.L)\"|<Arg V=\"-c\"/>",
-       {{"B", "L", "ccache 'my wrap'"}},
-       "",
-       "ccache \"my wrap\" cc -c\n"},
-      {"refused characters",
-       " Plain=\"Yes\"|<Arg V=\"$(Item)\" List=\"Files\"/>",
-       {},
-       "\"/p/$(id).c\"",
-       ""},
-      {"circle", "|<Arg V=\"$(C.X)\"/>", {{"C", "X", "$(C.Y)"}, {"C", "Y", "$(C.X)"}}, "", ""},
+      {"launcher with words", R"~(Launcher="$(B.L)")~", R"~(<Arg V="-c"/>)~",
+       "B.L=ccache 'my wrap'", "", "ccache \"my wrap\" cc -c\n"},
+      {"refused characters", R"~(Plain="Yes")~", R"~(<Arg V="$(Item)" List="Files"/>)~", "",
+       R"~("/p/$(id).c")~", ""},
+      {"circle", "", R"~(<Arg V="$(C.X)"/>)~", "C.X=$(C.Y)\nC.Y=$(C.X)", "", ""},
   };
-  for (const Row& row : rows) EXPECT_EQ(StartedFor(row), row.expected) << row.name;
+  for (const auto& [name, attributes, children, options, files, expected] : rows) {
+    const std::string tool =
+        OneTool(R"~(Output="$(Build.OutputFile)" Rules="$(OutputBase).d"><Step Program="cc" )~" +
+                std::string(attributes) + ">" + children + "</Step>");
+    EXPECT_EQ(StartedFor(tool, "t", files, options), expected) << name;
+  }
 }
 
 TEST(CommandLine, TheEnvironmentNamesALauncherWhereTheStepTakesOne) {
-  ToolManagerFixture tools(
-      "<T><Tool Name=\"t\"><Step Program=\"cc\" Launcher=\"\"/>"
-      "<Step Program=\"ld\"/></Tool></T>");
+  ToolManagerFixture tools(OneTool(R"~(><Step Program="cc" Launcher=""/><Step Program="ld"/>)~"));
   tools.environmentLauncher = "ccache";
   EXPECT_TRUE(tools.Run("t", ""));
   EXPECT_EQ(StartedLines(tools.launcher), "ccache cc\nld\n");
@@ -123,25 +82,22 @@ TEST(CommandLine, TheEnvironmentNamesALauncherWhereTheStepTakesOne) {
 
 TEST(CommandLine, EnvironmentAndFolderReachTheProgram) {
   ToolManagerFixture tools(
-      "<T><Tool Name=\"t\"><Env Name=\"LC_ALL\" Value=\"C\"/><Step "
-      "Program=\"cc\" Folder=\"sub\"><Env Name=\"X\" Value=\"$(Build.X)\"/>"
-      "<Arg V=\"$(Folder)\"/></Step><Step Program=\"ld\"/></Tool></T>");
+      OneTool(R"~(><Env Name="LC_ALL" Value="C"/><Step Program="cc" Folder="sub"><Env Name="X" )~"
+              R"~(Value="$(Build.X)"/><Arg V="$(Folder)"/></Step><Step Program="ld"/>)~"));
   tools.values.Put("", "Build", "X", "1");
   EXPECT_TRUE(tools.Run("t", ""));
   ASSERT_EQ(tools.launcher.started.size(), 2u);
-  const ProcessRequest& first = tools.launcher.started[0];
-  EXPECT_EQ(first.folder, "/p/sub");
-  EXPECT_EQ(first.arguments, std::vector<std::string>{"/p/sub"});
-  using Variables = std::vector<std::pair<std::string, std::string>>;
-  EXPECT_EQ(first.environment, (Variables{{"LC_ALL", "C"}, {"X", "1"}}));
+  EXPECT_EQ(StartedLines(tools.launcher), "cc /p/sub\nld\n");
+  EXPECT_EQ(tools.launcher.started[0].folder, "/p/sub");
   EXPECT_EQ(tools.launcher.started[1].folder, "/p");
+  using Variables = std::vector<std::pair<std::string, std::string>>;
+  EXPECT_EQ(tools.launcher.started[0].environment, (Variables{{"LC_ALL", "C"}, {"X", "1"}}));
 }
 
 TEST(CommandLine, ALongLineGoesThroughAResponseFileThatIsRemoved) {
-  ToolManagerFixture tools(
-      "<T><Tool Name=\"t\" Output=\"o/x.elf\"><Step Program=\"ld\" Response=\"gnu\" "
-      "ResponseAbove=\"30\" Launcher=\"wrap\"><Arg V=\"-o\"/><Arg V=\"$(Output)\"/><Arg "
-      "V=\"$(Item)\" List=\"Files\"/></Step></Tool></T>");
+  ToolManagerFixture tools(OneTool(
+      R"~(Output="o/x.elf"><Step Program="ld" Response="gnu" ResponseAbove="30" Launcher="wrap">)~"
+      R"~(<Arg V="-o"/><Arg V="$(Output)"/><Arg V="$(Item)" List="Files"/></Step>)~"));
   std::string content;
   tools.launcher.Queue({{}, {}, [&](const ProcessRequest&) {
                           content = tools.disk.BytesOf("/p/o/x.elf.rsp").value_or("none");
@@ -155,18 +111,16 @@ TEST(CommandLine, ALongLineGoesThroughAResponseFileThatIsRemoved) {
 }
 
 TEST(CommandLine, GetCommandLinesShowsWhatWouldRunAndStartsNothing) {
-  ToolManagerFixture tools(
-      "<T><Tool Name=\"t\" Output=\"o.o\"><Step Program=\"cc\"><Arg "
-      "V=\"-DX=&quot;1&quot;\"/><Arg V=\"$(Output)\"/></Step><Step "
-      "Program=\"strip\" If=\"Build.Strip\"/></Tool></T>");
+  ToolManagerFixture tools(OneTool(
+      R"~(Output="o.o"><Step Program="cc"><Arg V="-DX=&quot;1&quot;"/><Arg V="$(Output)"/>)~"
+      R"~(</Step><Step Program="strip" If="Build.Strip"/>)~"));
   const std::string options = tools.values.ToText();
   EXPECT_EQ(tools.manager->GetCommandLines("t", "", options.c_str()),
             "<Commands><Command Program=\"cc\" Folder=\"/p\"><A V=\"-DX=&quot;1&quot;\"/><A "
             "V=\"/p/o.o\"/></Command></Commands>");
   EXPECT_EQ(tools.manager->GetCommandLines("no such tool", "", options.c_str()), "<Commands/>");
   ToolManagerFixture launched(
-      "<T><Tool Name=\"t\"><Step Program=\"cc\" Launcher=\"ccache -x\"><Arg "
-      "V=\"-c\"/></Step></Tool></T>");
+      OneTool(R"~(><Step Program="cc" Launcher="ccache -x"><Arg V="-c"/></Step>)~"));
   EXPECT_EQ(launched.manager->GetCommandLines("t", "", options.c_str()),
             "<Commands><Command Program=\"ccache\" Folder=\"/p\" Launched=\"2\"><A V=\"-x\"/><A "
             "V=\"cc\"/><A V=\"-c\"/></Command></Commands>");
@@ -175,54 +129,33 @@ TEST(CommandLine, GetCommandLinesShowsWhatWouldRunAndStartsNothing) {
 }
 
 // The definitions that are shipped, with the options that a project gives them.
-class ShippedTools : public ::testing::Test {
- protected:
-  static std::string Definitions(const std::string& name) {
-    const char* source = std::getenv("TARN_SOURCE_DIR");
-    std::ifstream file(std::string(source ? source : ".") + "/share/config/tools/" + name);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
-
-  static std::string Commands(const std::string& file, const char* tool, const char* files,
-                              const std::vector<Option>& options) {
-    ToolManagerFixture tools(Definitions(file));
-    EXPECT_EQ(tools.manager->GetDefinitionErrors(), "");
-    for (const Option& option : options) {
-      tools.values.Put("", option.section, option.property, option.value);
-    }
-    // Every program succeeds, and the last leaves the output.
-    for (int i = 0; i < 3; ++i) tools.launcher.Queue({{}, {}, tools.Makes("/p/out/x.o")});
-    EXPECT_TRUE(tools.Run(tool, files)) << tools.Messages();
-    return StartedLines(tools.launcher);
-  }
-};
-
-TEST_F(ShippedTools, CompileAndLinkLinesAreComplete) {
-  const std::vector<Option> options{
-      {"Target", "Device", "atmega328p"}, {"Target", "Clock", "16000000"},
-      {"Compiler", "Optimize", "s"},      {"Compiler", "Standard", "c11"},
-      {"Compiler", "Warnings", "all"},    {"Compiler", "Debug", "Yes"},
-      {"Compiler", "Defines", "A;B=2"},   {"Directories", "Include", "src;/inc"},
-      {"Compiler", "Extra", "-flto"},     {"Build", "OutputFile", "out/x.o"},
-      {"Linker", "MapFile", "out/x.map"}, {"Linker", "Libraries", "m"},
-      {"Linker", "LibraryPaths", "lib"}};
-  EXPECT_EQ(Commands("avr-gcc.tools", "avr-gcc.c", "\"/p/src/a.c\"", options),
+TEST(ShippedTools, CompileAndLinkLinesAreComplete) {
+  const auto commands = [](const char* definitions, const char* tool, const char* files,
+                           const std::string& options) {
+    const std::string path =
+        tarn::testing::SourcePath(std::string("share/config/tools/") + definitions);
+    return StartedFor(tarn::testing::ReadBytes(path), tool, files,
+                      "Build.OutputFile=out/x.o\n" + options);
+  };
+  const char* const options =
+      "Target.Device=atmega328p\nTarget.Clock=16000000\nCompiler.Optimize=s\n"
+      "Compiler.Standard=c11\nCompiler.Warnings=all\nCompiler.Debug=Yes\nCompiler.Defines=A;B=2\n"
+      "Directories.Include=src;/inc\nCompiler.Extra=-flto\nLinker.MapFile=out/x.map\n"
+      "Linker.Libraries=m\nLinker.LibraryPaths=lib";
+  EXPECT_EQ(commands("avr-gcc.tools", "avr-gcc.c", "\"/p/src/a.c\"", options),
             "avr-gcc -c -mmcu=atmega328p -DF_CPU=16000000UL -Os -std=c11 -Wall -gdwarf-2 "
             "-fdiagnostics-color=never -ffunction-sections -fdata-sections -DA -DB=2 -I/p/src "
             "-I/inc -MMD -MF /p/out/x.d -flto /p/src/a.c -o /p/out/x.o\n");
-  EXPECT_EQ(Commands("avr-gcc.tools", "avr-gcc.link", "\"/p/out/a.o\",\"/p/out/b.o\"", options),
+  EXPECT_EQ(commands("avr-gcc.tools", "avr-gcc.link", "\"/p/out/a.o\",\"/p/out/b.o\"", options),
             "avr-gcc -mmcu=atmega328p -fdiagnostics-color=never -Wl,--gc-sections "
             "-Wl,-Map=/p/out/x.map -o /p/out/x.o /p/out/a.o /p/out/b.o -L/p/lib -lm\n"
             "avr-objcopy -O ihex -R .eeprom /p/out/x.o /p/out/x.hex\n"
             "avr-size -A /p/out/x.o\n");
-  EXPECT_EQ(Commands("host-gcc.tools", "host-gcc.cpp", "\"/p/src/a.cpp\"",
-                     {{"Compiler", "Warnings", "extra"}, {"Build", "OutputFile", "out/x.o"}}),
-            "g++ -c -Wall -Wextra -fdiagnostics-color=never -ffunction-sections -fdata-sections "
-            "-MMD -MF /p/out/x.d /p/src/a.cpp -o /p/out/x.o\n");
-  EXPECT_EQ(Commands("sdcc-mcs51.tools", "sdcc-mcs51.c", "\"/p/src/a.c\"",
-                     {{"Compiler", "Optimize", "s"}, {"Build", "OutputFile", "out/x.o"}}),
+  EXPECT_EQ(
+      commands("host-gcc.tools", "host-gcc.cpp", "\"/p/src/a.cpp\"", "Compiler.Warnings=extra"),
+      "g++ -c -Wall -Wextra -fdiagnostics-color=never -ffunction-sections -fdata-sections "
+      "-MMD -MF /p/out/x.d /p/src/a.cpp -o /p/out/x.o\n");
+  EXPECT_EQ(commands("sdcc-mcs51.tools", "sdcc-mcs51.c", "\"/p/src/a.c\"", "Compiler.Optimize=s"),
             "sdcc -mmcs51 -c --opt-code-size -MMD src/a.c -o out/x.o\n");
 }
 

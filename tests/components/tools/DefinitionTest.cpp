@@ -16,41 +16,34 @@ std::string ErrorsOf(const std::string& text) {
 }
 
 TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
-  const std::string good = "<Tool Name=\"ok\"><Step Program=\"p\"/></Tool>";
-  struct Row {
-    std::string tool;
-    std::string expected;
+  const std::pair<const char*, const char*> rows[] = {
+      {R"(<Tool Name="t"/>)", "t: there is no Step"},
+      {R"(<Tool><Step Program="p"/></Tool>)", ": a tool has no Name"},
+      {R"(<Tool Name="t"><Step/></Tool>)", "t: a Step has no Program"},
+      {R"(<Tool Name="t"><Step Program="p"><Arg Vv="x"/></Step></Tool>)",
+       "t: unknown attribute Vv in Arg"},
+      {R"(<Tool Name="t"><Step Program="p"><Argh/></Step></Tool>)",
+       "t: unknown element Argh in Step"},
+      {R"~(<Tool Name="t"><Step Program="p"><Arg V="$(Fil)"/></Step></Tool>)~",
+       "t: unknown name $(Fil)"},
+      {R"(<Tool Name="t" Output="$(Build.Out"><Step Program="p"/></Tool>)",
+       "t: a macro has no end: $(Build.Out"},
+      {R"(<Tool Name="t" Messages="gcc lint"><Step Program="p"/></Tool>)",
+       "t: no messages are known by the name lint"},
+      {R"(<Tool Name="t"><Step Program="p" Response="cmd"/></Tool>)", "t: Response can't be cmd"},
+      {R"(<Tool Name="t"><Step Program="p"><Arg V="x" Path="1"/></Step></Tool>)",
+       "t: Path can't be 1"},
+      {R"(<Tool Name="t"><Step Program="p" ResponseAbove="30k"/></Tool>)",
+       "t: ResponseAbove can't be 30k"},
+      {R"(<Tool Name="t"><Step Program="p" ResponseAbove="99999999999999999999"/></Tool>)",
+       "t: ResponseAbove can't be 99999999999999999999"},
+      {"<Tule/>", "unknown element Tule"},
   };
-  const Row rows[] = {
-      {"", "1 tools"},
-      {"<Tool Name=\"t\"/>", "t.tools: t: there is no Step\n1 tools"},
-      {"<Tool><Step Program=\"p\"/></Tool>", "t.tools: : a tool has no Name\n1 tools"},
-      {"<Tool Name=\"t\"><Step/></Tool>", "t.tools: t: a Step has no Program\n1 tools"},
-      {"<Tool Name=\"t\"><Step Program=\"p\"><Arg Vv=\"x\"/></Step></Tool>",
-       "t.tools: t: unknown attribute Vv in Arg\n1 tools"},
-      {"<Tool Name=\"t\"><Step Program=\"p\"><Argh/></Step></Tool>",
-       "t.tools: t: unknown element Argh in Step\n1 tools"},
-      {"<Tool Name=\"t\"><Step Program=\"p\"><Arg V=\"$(Fil)\"/></Step></Tool>",
-       "t.tools: t: unknown name $(Fil)\n1 tools"},
-      {"<Tool Name=\"t\" Output=\"$(Build.Out\"><Step Program=\"p\"/></Tool>",
-       "t.tools: t: a macro has no end: $(Build.Out\n1 tools"},
-      {"<Tool Name=\"t\" Messages=\"gcc lint\"><Step Program=\"p\"/></Tool>",
-       "t.tools: t: no messages are known by the name lint\n1 tools"},
-      {"<Tool Name=\"t\"><Step Program=\"p\" Response=\"cmd\"/></Tool>",
-       "t.tools: t: Response can't be cmd\n1 tools"},
-      {"<Tool Name=\"t\"><Step Program=\"p\" Optional=\"true\"/></Tool>",
-       "t.tools: t: Optional can't be true\n1 tools"},
-      {"<Tool Name=\"t\"><Step Program=\"p\"><Arg V=\"x\" Path=\"1\"/></Step></Tool>",
-       "t.tools: t: Path can't be 1\n1 tools"},
-      {"<Tool Name=\"t\"><Step Program=\"p\" Plain=\"no\" Optional=\"YES\"/></Tool>", "2 tools"},
-      {"<Tool Name=\"t\"><Step Program=\"p\" ResponseAbove=\"30k\"/></Tool>",
-       "t.tools: t: ResponseAbove can't be 30k\n1 tools"},
-      {"<Tool Name=\"t\"><Step Program=\"p\" ResponseAbove=\"99999999999999999999\"/></Tool>",
-       "t.tools: t: ResponseAbove can't be 99999999999999999999\n1 tools"},
-      {"<Tule/>", "t.tools: unknown element Tule\n1 tools"},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(ErrorsOf("<Tools>" + row.tool + good + "</Tools>"), row.expected) << row.tool;
+  const std::string good =
+      R"(<Tool Name="ok"><Step Program="p" Plain="no" Optional="YES"/></Tool>)";
+  for (const auto& [tool, error] : rows) {
+    EXPECT_EQ(ErrorsOf("<Tools>" + (tool + good) + "</Tools>"),
+              "t.tools: " + std::string(error) + "\n1 tools");
   }
   EXPECT_EQ(ErrorsOf("no xml"), "t.tools: no XML\n0 tools");
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <memory>
+#include <queue>
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,17 +27,15 @@ struct PlayedProgram {
 // beyond the queue ends at once without a word.
 class FakeLauncher : public ProcessLauncher {
  public:
-  void Queue(PlayedProgram program) { programs.push_back(std::move(program)); }
+  void Queue(PlayedProgram program) { programs.push(std::move(program)); }
 
   Result<std::unique_ptr<Process>> Start(const ProcessRequest& request) override {
-    PlayedProgram program;
-    if (!programs.empty()) {
-      program = std::move(programs.front());
-      programs.pop_front();
-    }
+    if (programs.empty()) programs.emplace();
+    const PlayedProgram program = std::move(programs.front());
+    programs.pop();
     if (program.isMissing) return Error{ErrorCode::NotFound, "no such program", request.program};
     started.push_back(request);
-    return std::unique_ptr<Process>(new Played(std::move(program), request));
+    return std::unique_ptr<Process>(new Played(program, request));
   }
 
   std::vector<ProcessRequest> started;
@@ -45,8 +43,7 @@ class FakeLauncher : public ProcessLauncher {
  private:
   class Played : public Process {
    public:
-    Played(PlayedProgram what, ProcessRequest how)
-        : program(std::move(what)), request(std::move(how)) {}
+    Played(const PlayedProgram& what, const ProcessRequest& how) : program(what), request(how) {}
 
     ProcessExit WaitWithOutput(const OutputHandler& onOutput) override {
       for (const auto& [isError, text] : program.output) onOutput(text, isError);
@@ -60,7 +57,7 @@ class FakeLauncher : public ProcessLauncher {
     ProcessRequest request;
   };
 
-  std::deque<PlayedProgram> programs;
+  std::queue<PlayedProgram> programs;
 };
 
 // A tool manager on a disk in memory with played programs, and a node of a project in /p.

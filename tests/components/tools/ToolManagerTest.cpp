@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "components/tools/MessageLog.h"
-#include "platform/automation/ClassRegistry.h"
-#include "platform/automation/DispatchDriver.h"
+#include "platform/text/Text.h"
 #include "tests/components/tools/FakeLauncher.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::tools {
 namespace {
@@ -13,27 +13,30 @@ using testing::StartedLines;
 using testing::ToolManagerFixture;
 
 constexpr const char* kDefinitions =
-    "<T><Tool Name=\"cc\" Messages=\"gcc\" Output=\"o/a.o\" Rules=\"$(OutputBase).d\" "
-    "Hint=\"Get it.\"><Step Program=\"avr-gcc\"/></Tool>"
-    "<Tool Name=\"link\" Messages=\"gcc gnu-ld\" Output=\"o/a.elf\"><Step Program=\"ld\"/><Step "
-    "Program=\"none-size\" Optional=\"Yes\" Capture=\"Size\"/><Depend File=\"x.ld\"/><Size "
-    "Format=\"sections\"><Sum Label=\"flash\" Of=\".text\"/></Size></Tool>"
-    "<Tool Name=\"plain\"><Step Program=\"p\"/></Tool></T>";
+    R"(<T><Tool Name="cc" Messages="gcc" Output="o/a.o" Rules="$(OutputBase).d" Hint="Get it.">)"
+    R"(<Step Program="avr-gcc"/></Tool>)"
+    R"(<Tool Name="link" Messages="gcc gnu-ld" Output="o/a.elf"><Step Program="ld"/>)"
+    R"(<Step Program="none-size" Optional="Yes" Capture="Size"/><Depend File="x.ld"/>)"
+    R"(<Size Format="sections"><Sum Label="flash" Of=".text"/></Size></Tool>)"
+    R"(<Tool Name="plain"><Step Program="p"/></Tool></T>)";
 
 // "kind text" per message of a message file, one line each.
 std::string Summary(const std::string& file) {
+  CXmlNode root;
+  root.Load(file, g_xmlParseInfo);
   std::string lines;
-  for (std::size_t at = file.find("<message"); at != file.npos;
-       at = file.find("<message", at + 1)) {
-    const std::size_t end = file.find('>', at);
-    const std::string tag = file.substr(at, end - at);
-    const std::size_t icon = tag.find("Icon=\"");
-    const std::size_t text = tag.find("Description=\"") + 13;
-    lines += icon == tag.npos ? "-" : tag.substr(icon + 6, 1);
-    lines += ' ' + tag.substr(text, tag.find('"', text) - text) + '\n';
+  for (const CXmlNode* message : root.GetChildren()) {
+    lines += TextOf(message->GetAttrValue("Icon")) + ' ' +
+             TextOf(message->GetAttrValue("Description")) + '\n';
   }
   return lines;
 }
+
+PlayedProgram Ends(int code, const char* errors = "") {
+  return {{{true, errors}}, {code, false}, {}};
+}
+
+const PlayedProgram kMissing{{}, {}, {}, true};
 
 TEST(ToolManager, ASuccessfulRunLeavesMessagesAndARecordThatIsTakenOnce) {
   ToolManagerFixture tools(kDefinitions);
@@ -68,7 +71,7 @@ TEST(ToolManager, OptionalStepsAddSizesAndNeverFailTheTool) {
   EXPECT_EQ(Summary(tools.Messages()),
             "0 ld\n0 none-size\n0 ld: cannot find size\n0 none-size ended with exit code 3\n");
   tools.launcher.Queue({{}, {}, tools.Makes("/p/o/a.elf")});
-  tools.launcher.Queue({{}, {}, {}, true});
+  tools.launcher.Queue(kMissing);
   EXPECT_TRUE(tools.Run("link", "\"/p/o/a.o\""));
   EXPECT_EQ(Summary(tools.Messages()), "0 ld\n0 none-size\n0 none-size was not found\n");
   EXPECT_EQ(tools.manager->TakeBuildInformation(),
@@ -78,43 +81,29 @@ TEST(ToolManager, OptionalStepsAddSizesAndNeverFailTheTool) {
 }
 
 TEST(ToolManager, EveryFailureIsAnErrorInTheMessagesAndLeavesNoRecord) {
-  struct Row {
-    const char* name;
+  const char* const bad = "a.c:1:2: error: bad\n";
+  const struct {
     const char* tool;
     PlayedProgram program;
     const char* expected;
-  };
-  const Row rows[] = {
-      {"errors of its own",
-       "cc",
-       {{{true, "a.c:1:2: error: bad\n"}}, {1, false}, {}},
-       "0 avr-gcc\n2 a.c:1:2: error: bad\n"},
-      {"silent failure",
-       "cc",
-       {{{true, "hm\n"}}, {2, false}, {}},
-       "0 avr-gcc\n0 hm\n2 avr-gcc ended with exit code 2\n"},
-      {"killed",
-       "cc",
-       {{{true, "a.c:1:2: error: bad\n"}}, {128 + 11, true}, {}},
+  } rows[] = {
+      {"cc", Ends(1, bad), "0 avr-gcc\n2 a.c:1:2: error: bad\n"},
+      {"cc", Ends(2, "hm\n"), "0 avr-gcc\n0 hm\n2 avr-gcc ended with exit code 2\n"},
+      {"cc",
+       {{{true, bad}}, {128 + 11, true}, {}},
        "0 avr-gcc\n2 a.c:1:2: error: bad\n2 avr-gcc was ended by signal 11\n"},
-      {"missing program",
-       "cc",
-       {{}, {}, {}, true},
-       "0 avr-gcc\n2 avr-gcc was not found. Get it.\n"},
-      {"no output",
-       "cc",
-       {{}, {}, {}},
-       "0 avr-gcc\n2 cc ended without an error, but left no file /p/o/a.o\n"},
-      {"first step fails", "link", {{}, {1, false}, {}}, "0 ld\n2 ld ended with exit code 1\n"},
-      {"unknown tool", "nothing", {{}, {}, {}}, "2 there is no tool with the name nothing\n"},
-      {"unknown path", "/x/none", {{}, {}, {}}, "2 there is no tool with the name /x/none\n"},
+      {"cc", kMissing, "0 avr-gcc\n2 avr-gcc was not found. Get it.\n"},
+      {"cc", Ends(0), "0 avr-gcc\n2 cc ended without an error, but left no file /p/o/a.o\n"},
+      {"link", Ends(1), "0 ld\n2 ld ended with exit code 1\n"},
+      {"nothing", {}, "2 there is no tool with the name nothing\n"},
+      {"/x/none", {}, "2 there is no tool with the name /x/none\n"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     ToolManagerFixture tools(kDefinitions);
     tools.launcher.Queue(row.program);
-    EXPECT_FALSE(tools.Run(row.tool, "\"/p/a.c\"")) << row.name;
-    EXPECT_EQ(Summary(tools.Messages()), row.expected) << row.name;
-    EXPECT_EQ(tools.manager->TakeBuildInformation(), "") << row.name;
+    EXPECT_FALSE(tools.Run(row.tool, "\"/p/a.c\""));
+    EXPECT_EQ(Summary(tools.Messages()), row.expected);
+    EXPECT_EQ(tools.manager->TakeBuildInformation(), "") << row.expected;
   }
 }
 
@@ -122,7 +111,7 @@ TEST(ToolManager, AFolderThatCannotBeMadeIsToldBeforeAnythingRuns) {
   ToolManagerFixture tools(kDefinitions);
   tools.disk.AddFile("/p/o", "a file in the way");
   EXPECT_FALSE(tools.Run("cc", "\"/p/a.c\""));
-  EXPECT_TRUE(tools.launcher.started.empty());
+  EXPECT_EQ(StartedLines(tools.launcher), "");
   EXPECT_NE(tools.Messages().find("the folder /p/o can't be made"), std::string::npos);
 }
 
@@ -136,9 +125,8 @@ TEST(ToolManager, AProgramPathRunsAsAToolAndANullMessageFileIsLegal) {
 
 TEST(ToolManager, MissingProgramNamesTheFirstThatIsNeeded) {
   ToolManagerFixture tools(
-      "<T><Tool Name=\"a\"><Step Program=\"none-1\" Optional=\"Yes\"/><Step "
-      "Program=\"cc\"/><Step Program=\"none-2\"/></Tool><Tool Name=\"b\"><Step "
-      "Program=\"cc\"/></Tool></T>");
+      R"(<T><Tool Name="a"><Step Program="none-1" Optional="Yes"/><Step Program="cc"/>)"
+      R"(<Step Program="none-2"/></Tool><Tool Name="b"><Step Program="cc"/></Tool></T>)");
   EXPECT_EQ(tools.manager->MissingProgram("a"), "none-2");
   EXPECT_EQ(tools.manager->MissingProgram("b"), "");
   EXPECT_EQ(tools.manager->MissingProgram("c"), "");
@@ -147,18 +135,13 @@ TEST(ToolManager, MissingProgramNamesTheFirstThatIsNeeded) {
 TEST(ToolManager, HostileOutputGivesABoundedReadableFile) {
   ToolManagerFixture tools(kDefinitions);
   PlayedProgram program;
-  for (int i = 0; i < 160; ++i) program.output.emplace_back(true, std::string(65536, ':'));
+  program.output.assign(160, {true, std::string(65536, ':')});
   program.output.emplace_back(false, std::string("\0\x01\xff\x1b[\x1b]8;;\n</message>\\\n<", 24));
-  for (int i = 0; i < 300; ++i) {
-    std::string lines;
-    for (int j = 0; j < 100; ++j) lines += "x\n";
-    program.output.emplace_back(false, lines);
-  }
+  program.output.insert(program.output.end(), 30000, {false, "x\n"});
   tools.launcher.Queue(program);
   EXPECT_TRUE(tools.Run("plain", ""));
   EXPECT_LT(tools.Messages().size(), 4u << 20);
-  const std::string summary = Summary(tools.Messages());
-  EXPECT_EQ(summary.substr(summary.size() - 23), "0 x\n0 10004 more lines\n");
+  EXPECT_TRUE(Summary(tools.Messages()).ends_with("0 x\n0 10004 more lines\n"));
 }
 
 TEST(ToolManager, AnErrorBehindEndlessTalkIsStillTold) {
@@ -174,8 +157,7 @@ TEST(ToolManager, AnErrorBehindEndlessTalkIsStillTold) {
   const std::string summary = Summary(tools.Messages());
   const std::string end = "\n0 x\n2 a.c:1:2: error: bad\n2 a.c:1:2: error: bad\n";
   EXPECT_NE(summary.find(end), std::string::npos);
-  const std::string last = "error: bad\n0 1002 more lines\n";
-  EXPECT_EQ(summary.substr(summary.size() - last.size()), last);
+  EXPECT_TRUE(summary.ends_with("error: bad\n0 1002 more lines\n"));
 }
 
 TEST(ToolManager, AToolWhoseConditionsLeaveNoStepReadsNoFolderOfOne) {
@@ -217,17 +199,6 @@ TEST(ToolManager, TheFrameHearsOfStartAndEndAndMayCallBack) {
       "36610 " +
           tools.Messages() + " 1\n");
   UnregisterWindow(window);
-}
-
-TEST(ToolManager, TheLibraryGivesTheClassByItsName) {
-  ClassRegistry classes(TARN_MODULE_FOLDER);
-  COleDispatchDriver driver;
-  ASSERT_TRUE(driver.CreateDispatch(classes, "TarnToolManager.ToolManager"))
-      << driver.LastResult().text;
-  EXPECT_EQ(driver.InvokeLong(3, {"/no such folder/", "", 0}), 1);
-  EXPECT_EQ(driver.InvokeText(9, {".c"}), "<Tools/>");
-  EXPECT_EQ(driver.InvokeText(106, {}).substr(0, 28), "/no such folder/config/tools");
-  EXPECT_EQ(driver.InvokeLong(2, {"x", "", "", nullptr}), 0);
 }
 
 }  // namespace
