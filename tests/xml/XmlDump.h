@@ -9,15 +9,8 @@ namespace tarn::test {
 inline std::string Visible(std::string_view text) {
   std::string out;
   for (const char c : text) {
-    if (c == '\t') {
-      out += "\\t";
-    } else if (c == '\r') {
-      out += "\\r";
-    } else if (c == '\n') {
-      out += "\\n";
-    } else {
-      out += c;
-    }
+    const auto blank = std::string_view("\t\r\n").find(c);
+    out += blank == std::string_view::npos ? std::string(1, c) : std::string("\\") + "trn"[blank];
   }
   return out;
 }

@@ -12,28 +12,24 @@ namespace {
 using test::Dump;
 using test::Tree;
 
-TEST(XmlNode, SearchesTakeTheFirstInDocumentOrder) {
+TEST(XmlNode, SearchesTakeTheFirstInDocumentOrderAndTellAbsentFromEmpty) {
   const auto root = Tree(
-      "<b k=\"1\"><a n=\"1\"><b n=\"2\"/></a><b n=\"3\" k=\"1\"/><c k=\"\"/><b n=\"4\" "
-      "k=\"1\"/></b>");
+      "<b k=\"1\"><a n=\"1\" n=\"2\" e=\"\"><b n=\"2\"/></a><b n=\"3\" k=\"1\"/>"
+      "<c k=\"\"/><b n=\"4\" k=\"1\"/></b>");
   EXPECT_STREQ(root->FindChild("b")->GetAttrValue("n"), "3");
   EXPECT_STREQ(root->FindDescendant("b")->GetAttrValue("n"), "2");
   EXPECT_STREQ(root->FindDescendantByAttr("k", "1")->GetAttrValue("n"), "3");
   EXPECT_EQ(root->FindDescendantByAttr("k", "")->GetName(), "c");
   EXPECT_EQ(root->FindDescendantByAttr("n", ""), nullptr);
+  EXPECT_STREQ(root->GetChild(0)->GetAttrValue("n"), "1");
+  EXPECT_STREQ(root->GetChild(0)->GetAttrValue("e"), "");
+  EXPECT_EQ(root->GetChild(0)->GetAttrValue("k"), nullptr);
+  EXPECT_EQ(root->GetAttr("K"), nullptr);
   EXPECT_EQ(root->FindChild("B"), nullptr);
   EXPECT_EQ(root->FindDescendant("bb"), nullptr);
   EXPECT_EQ(root->GetChild(-1), nullptr);
   EXPECT_EQ(root->GetChild(4), nullptr);
   EXPECT_EQ(root->GetChild(3)->GetParent(), root.get());
-}
-
-TEST(XmlNode, AbsentAndEmptyAttributesDiffer) {
-  const auto node = Tree("<a x=\"\" y=\"1\" y=\"2\"/>");
-  EXPECT_STREQ(node->GetAttrValue("x"), "");
-  EXPECT_STREQ(node->GetAttrValue("y"), "1");
-  EXPECT_EQ(node->GetAttrValue("z"), nullptr);
-  EXPECT_EQ(node->GetAttr("X"), nullptr);
 }
 
 TEST(XmlNode, NullArgumentsAreEmptyOrFindNothing) {
@@ -47,7 +43,6 @@ TEST(XmlNode, NullArgumentsAreEmptyOrFindNothing) {
   EXPECT_EQ(node.FindDescendant(none), nullptr);
   EXPECT_EQ(node.GetAttr(none), nullptr);
   EXPECT_EQ(node.FindDescendantByAttr("", none), nullptr);
-  EXPECT_NE(node.FindChild(""), nullptr);
   node.SetAttrValue(none, "v");
   node.SetName(none);
   node.SetValue(none);
@@ -57,16 +52,13 @@ TEST(XmlNode, NullArgumentsAreEmptyOrFindNothing) {
   EXPECT_EQ(node.DetachChild(nullptr), nullptr);
   EXPECT_FALSE(node.RemoveChild(nullptr));
   EXPECT_FALSE(node.RemoveAttr(nullptr));
-  EXPECT_EQ(node.GetChildCount(), 2);
 }
 
 TEST(XmlNode, AttributesOfReadAndOfMadeNodes) {
   const auto read = Tree("<r><a x=\"11\" y=\"22\" z=\"33\"/></r>");
   CXmlNode made;
   made.SetName("a");
-  made.AddAttr("x", "11");
-  made.AddAttr("y", "22");
-  made.AddAttr("z", "33");
+  for (const char* name : {"x", "y", "z"}) made.AddAttr(name, "11");
   for (CXmlNode* node : {read->GetChild(0), &made}) {
     CXmlAttr* y = node->GetAttr("y");
     CXmlAttr* z = node->GetAttr("z");
@@ -78,11 +70,9 @@ TEST(XmlNode, AttributesOfReadAndOfMadeNodes) {
     node->AddAttr("x", "second");
     EXPECT_EQ(Dump(*node), "a[x=a longer value][y=s][z=][w=4][x=second]");
     EXPECT_EQ(node->GetAttr("y"), y) << "an attribute moved";
-    EXPECT_EQ(node->GetAttrCount(), 5);
     EXPECT_EQ(node->GetAttrAt(2), z);
     EXPECT_EQ(node->GetAttrAt(5), nullptr);
     EXPECT_EQ(node->GetAttrAt(-1), nullptr);
-
     EXPECT_TRUE(node->RemoveAttr(node->GetAttr("x")));
     EXPECT_TRUE(node->RemoveAttr(node->GetAttr("x")));
     EXPECT_EQ(node->GetAttrAt(2)->GetParent(), node) << "the new last one";
@@ -135,9 +125,9 @@ TEST(XmlNode, ChildrenMoveBetweenParents) {
   root.InsertChildBefore(CXmlNode::CreateNode("d"), a);
   EXPECT_EQ(Dump(root), "r(b(a'1') #CDATA'x]]' d)") << "not lost without a place";
   EXPECT_TRUE(root.RemoveChild(b));
-  EXPECT_EQ(Dump(root), "r(#CDATA'x]]' d)");
   root.AddAttr("x", "1");
   root.SetValue("v");
+  EXPECT_EQ(Dump(root), "r[x=1]'v'(#CDATA'x]]' d)");
   root.Clear();
   EXPECT_EQ(Dump(root), "r'v'");
 }
@@ -205,10 +195,6 @@ TEST(XmlNode, ANodeOutlivesTheTreeThatItWasReadWith) {
   other.reset();
   thread.join();
   EXPECT_EQ(Dump(*last), "a[x=1](b)");
-  CXmlNode copy;
-  copy.CopyFrom(*last);
-  last.reset();
-  EXPECT_EQ(Dump(copy), "a[x=1](b)");
 }
 
 TEST(XmlNode, LongAndManyNamesWorkLikeOthers) {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <thread>
 
 #include "XmlDump.h"
 
@@ -31,13 +30,8 @@ std::string LoadFresh(const std::string& text) {
   return LoadInto(node, buffer.get(), info);
 }
 
-struct Row {
-  const char* text;
-  const char* expected;
-};
-
-void ExpectLoads(std::initializer_list<Row> rows) {
-  for (const Row& row : rows) EXPECT_EQ(LoadFresh(row.text), row.expected) << row.text;
+void ExpectLoads(std::initializer_list<std::pair<const char*, const char*>> rows) {
+  for (const auto& [text, expected] : rows) EXPECT_EQ(LoadFresh(text), expected) << text;
 }
 
 TEST(XmlReader, FindsTheRootElement) {
@@ -50,7 +44,6 @@ TEST(XmlReader, FindsTheRootElement) {
       {"<?xml version=\"1.0\"?>\r\n<a/>", "a -> ''"},
       {"<!-- c --><![CDATA[d]]> <?x?> <!-- e --><a/>", "a -> ''"},
       {"<?x?>", " -> null"},
-      {"<!-- c -->", " -> null"},
       {"<?x?> junk><a/>", "unk(a) -> ''"},
       {"< a/>", " -> null, error 4 at 'a/>', <> attribute has error "},
       {"< a=\"1\"/>", "[a=1] -> ''"},
@@ -60,12 +53,9 @@ TEST(XmlReader, FindsTheRootElement) {
 
 TEST(XmlReader, EndOfNameAndTag) {
   ExpectLoads({
-      {"<a", " -> null"},
       {"<", " -> null"},
       {"<a>", "a -> ''"},
-      {"<a/>", "a -> ''"},
       {"<a/", "a -> null, error 1 at '', Element must be closed."},
-      {"<a/ >", "a -> null, error 1 at ' >', Element must be closed."},
       {"<a x=\"1\"/x>", "a[x=1] -> null, error 1 at 'x>', Element must be closed."},
       {"<a\tx=\"1\"\r\n>t</a>", "a[x=1]'t' -> ''"},
       {"<a\fb>t</a>", "a\fb't' -> null, error 3 at '', '<a\fb> ... </a>' is not wel-formed."},
@@ -77,14 +67,11 @@ TEST(XmlReader, Attributes) {
   ExpectLoads({
       {"<a x=1 y=\"2\"/>", "a[x=1][y=2] -> ''"},
       {"<a x=1/>", "a[x=1/] -> ''"},
-      {"<a x=1/>t</a>", "a[x=1/]'t' -> ''"},
       {"<a x=1\ty=2>", "a[x=1\\ty=2] -> ''"},
       {"<a x=1\\ y=2>", "a[x=1\\][y=2] -> ''"},
       {"<a x=>t</a>", "a[x=]'t' -> ''"},
       {"<a x=1", "a[x=1] -> null"},
-      {"<a x=", "a[x=] -> null"},
       {"<a b c=\"d\"/>", "a[b=][c=d] -> ''"},
-      {"<a b >", "a[b=] -> ''"},
       {"<a b\tc=\"d\"/>", "a[b\\tc=d] -> ''"},
       {"<a x = '1' >", "a[x=1] -> ''"},
       {"<a x='\"' y=\"'\"/>", "a[x=\"][y='] -> ''"},
@@ -95,7 +82,6 @@ TEST(XmlReader, Attributes) {
       {"<a b>t</a>", "a -> null, error 4 at 'b>t</a>', <a> attribute has error "},
       {"<a b>t</a> c", "a[b>t</a>=] -> null, error 4 at 'c', <a> attribute has error "},
       {"<a x=\"1\" ", "a[x=1] -> null, error 4 at '', <a> attribute has error "},
-      {"<a x=\"1\"", "a[x=1] -> null"},
   });
 }
 
@@ -117,9 +103,7 @@ TEST(XmlReader, TextBesideChildren) {
       {"<a>text", "a'text' -> ''"},
       {"<a>one<b/>two<c/>three</a>", "a'one'(b c) -> ''"},
       {"<a>  <b/>x</a>", "a'x'(b) -> ''"},
-      {"<a><b/>x<c/>y</a>", "a'x'(b c) -> ''"},
       {"<a> <b/>\t<c/></a>", "a'\\t'(b c) -> ''"},
-      {"<a>\t<b/></a>", "a'\\t'(b) -> ''"},
       {"<a>\r\n\t<b/>\r\n\t\t<c/>\r\n</a>", "a(b c) -> ''"},
       {"<a>\t<b/>\r\n\t\t\t\t\t\t<c/> </a>", "a' '(b c) -> ''"},
       {"<a><b>\r\n\t\t<c/>\r\n\t</b></a>", "a(b'\\t'(c)) -> ''"},
@@ -129,7 +113,6 @@ TEST(XmlReader, TextBesideChildren) {
       {"<a>\r\r\n\n<b/></a>", "a'\\r\\n'(b) -> ''"},
       {"<a>\r\r\n\n<b/>", "a(b) -> ''"},
       {"<a>\r\r\n\n<b/> <c>", "a' '(b c) -> ''"},
-      {"<a>\r\r\n\n<b>", "a(b) -> ''"},
       {"<a>\v\f<b/>x</a>", "a'x'(b) -> ''"},
   });
 }
@@ -137,7 +120,6 @@ TEST(XmlReader, TextBesideChildren) {
 TEST(XmlReader, CloseTags) {
   ExpectLoads({
       {"<a><b>", "a(b) -> ''"},
-      {"<a><b/>", "a(b) -> ''"},
       {"<a></b>", "a -> null, error 3 at '', '<a> ... </b>' is not wel-formed."},
       {"<a><b></a>", "a(b) -> null, error 3 at '', '<b> ... </a>' is not wel-formed."},
       {"<a></b", "a -> null, error 2 at 'b', it must be closed with </a>"},
@@ -146,7 +128,6 @@ TEST(XmlReader, CloseTags) {
       {"<a></a >x", "a -> '>x'"},
       {"<r><a></a ></r>", "r'>'(a) -> ''"},
       {"<a></a\n>", "a -> null, error 3 at '', '<a> ... </a\n>' is not wel-formed."},
-      {"<a></A>", "a -> null, error 3 at '', '<a> ... </A>' is not wel-formed."},
       {"<a>< b=\"1\">x<c/></><d/></a>", "a(d) -> ''"},
       {"<a>< ", "a -> null, error 4 at '', <> attribute has error "},
   });
@@ -163,7 +144,6 @@ TEST(XmlReader, CommentsSectionsAndInstructions) {
       {"<a><?x?><b/></a>", "a(b) -> ''"},
       {"<a><?x?> <!--c--><b/></a>", "a(#COMMENT'c' b) -> ''"},
       {"<a><?x", "a -> null"},
-      {"<a><?x?>", "a -> null"},
       {"<a><!-- c", "a -> null"},
       {"<a><b/><![CDATA[ c ]]", "a(b) -> null"},
       {"<!-- <a/>", " -> null"},
@@ -249,23 +229,6 @@ TEST(XmlReader, OnlyTheFirstErrorIsRecorded) {
   EXPECT_EQ(node.Load("<a></b>", info), nullptr);
   EXPECT_EQ(info.errorCode, 1);
   EXPECT_EQ(info.errorPosition, first + 3);
-}
-
-TEST(XmlReader, ThreadsThatFailTogetherShareOneRecord) {
-  std::vector<std::thread> threads;
-  for (const char* text : {"<a/", "<a></b>", "<a></b", "<a b"}) {
-    threads.emplace_back([text] {
-      for (int i = 0; i < 200; ++i) {
-        CXmlNode node;
-        EXPECT_EQ(node.Load(text, g_xmlParseInfo), nullptr);
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  const std::string texts[] = {"Element must be closed.", "it must be closed with </a>",
-                               "'<a> ... </b>' is not wel-formed.", "<a> attribute has error "};
-  ASSERT_TRUE(g_xmlParseInfo.errorCode >= 1 && g_xmlParseInfo.errorCode <= 4);
-  EXPECT_EQ(g_xmlParseInfo.errorText, texts[g_xmlParseInfo.errorCode - 1]);
 }
 
 }  // namespace
