@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class ExampleProject : public testing::TestWithParam<const char*> {
+class ExampleProject : public ::testing::TestWithParam<const char*> {
  protected:
   std::string Folder() const { return Path(std::string("examples/") + GetParam()); }
   std::string File(const char* extension) const { return Folder() + "/" + GetParam() + extension; }
@@ -73,7 +73,7 @@ TEST_P(ExampleProject, AProjectThatDoesNotLeadToItsApplication) {
   EXPECT_EQ(Attribute(*project, "ActiveApp"), Attribute(*applications[0], "Header"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Shipped, ExampleProject, testing::Values("blinky-avr", "blinky-8051"),
+INSTANTIATE_TEST_SUITE_P(Shipped, ExampleProject, ::testing::Values("blinky-avr", "blinky-8051"),
                          [](const auto& example) {
                            std::string name = example.param;
                            std::replace(name.begin(), name.end(), '-', '_');
