@@ -91,7 +91,9 @@ TEST_F(RegistrationTest, TheStepThatFailsGivesItsNumberAndWhatWasDoneStays) {
   };
   for (const auto& row : rows) {
     disk.AddFile(kUserFile, row.before);
-    if (row.failingWrite > 0) disk.FailNthWrite(row.failingWrite, ErrorCode::NoSpace);
+    if (row.failingWrite > 0) {
+      disk.FailOn("write", kUserFile, ErrorCode::NoSpace, row.failingWrite - 1);
+    }
     EXPECT_EQ(row.call(), row.code) << row.name;
     EXPECT_EQ(disk.BytesOf(kUserFile), row.after) << row.name;
     EXPECT_EQ(store.LastFailure().place, kUserFile) << row.name;

@@ -8,7 +8,7 @@
 
 #include "platform/automation/ClassRegistry.h"
 #include "platform/automation/ServerLibrary.h"
-#include "platform/files/ScratchFolder.h"
+#include "support/Surroundings.h"
 
 namespace tarn::test {
 namespace {

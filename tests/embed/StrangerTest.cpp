@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/files/ScratchFolder.h"
+#include "support/Surroundings.h"
 
 namespace {
 

@@ -108,9 +108,10 @@ std::vector<std::string> MemoryFileSystem::TakeOperations() {
 
 // --- Failures ---
 
-void MemoryFileSystem::FailOn(std::string_view verb, const std::string& path, ErrorCode code) {
+void MemoryFileSystem::FailOn(std::string_view verb, const std::string& path, ErrorCode code,
+                              std::size_t spared) {
   const std::lock_guard guard(lock);
-  failures.push_back({std::string(verb), path.empty() ? "" : Absolute(path), code});
+  failures.push_back({std::string(verb), path.empty() ? "" : Absolute(path), code, spared});
 }
 
 void MemoryFileSystem::ClearFailures() {
@@ -119,11 +120,12 @@ void MemoryFileSystem::ClearFailures() {
 }
 
 ErrorCode MemoryFileSystem::FailureFor(std::string_view verb, const std::string& path) {
-  for (const auto& failure : failures) {
-    if ((failure.verb.empty() || failure.verb == verb) &&
-        (failure.path.empty() || failure.path == path)) {
-      return failure.code;
-    }
+  for (auto& failure : failures) {
+    const bool isMeant = (failure.verb.empty() || failure.verb == verb) &&
+                         (failure.path.empty() || failure.path == path);
+    if (!isMeant) continue;
+    if (failure.spared == 0) return failure.code;
+    --failure.spared;
   }
   return ErrorCode::None;
 }

@@ -56,9 +56,11 @@ class MemoryFileSystem : public FileSystem {
 
   // --- Failures. ---
 
-  // From now on operations with this verb on this absolute path fail; an empty verb or path stands
-  // for any. Those that answer yes or no answer as if nothing were there.
-  void FailOn(std::string_view verb, const std::string& path, ErrorCode code);
+  // From now on operations with this verb on this absolute path fail, but for the first `spared`
+  // ones; an empty verb or path stands for any. Those that answer yes or no answer as if nothing
+  // were there.
+  void FailOn(std::string_view verb, const std::string& path, ErrorCode code,
+              std::size_t spared = 0);
   void ClearFailures();
 
   // --- FileSystem ---
@@ -91,6 +93,7 @@ class MemoryFileSystem : public FileSystem {
     std::string verb;
     std::string path;
     ErrorCode code = ErrorCode::None;
+    std::size_t spared = 0;
   };
   // Where an operation takes place, and whether it may; nobody else has the disk meanwhile.
   struct Place {

@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/files/ScratchFolder.h"
+#include "support/Surroundings.h"
 
 namespace tarn::test {
 namespace {
