@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -8,6 +9,9 @@
 #include "project/ProjectWorld.h"
 
 namespace tarn::test {
+
+class EditedWorld;
+using Damage = std::function<void(EditedWorld&)>;
 
 // A project of two applications, with a change in the project and in each of them.
 class EditedWorld : public ProjectWorld {
@@ -37,8 +41,8 @@ class EditedWorld : public ProjectWorld {
     host.TakeLines();
   }
 
-  // Each file but the log: old for the bytes that it began with, new when it holds the change,
-  // else what it holds.
+  // Each file but the log that is not one of the three with its change: old for the bytes that it
+  // began with, new when it holds the change, else what it holds.
   std::vector<std::string> Files() const {
     std::vector<std::string> lines;
     for (const std::string& path : disk.AllFiles()) {
@@ -47,7 +51,11 @@ class EditedWorld : public ProjectWorld {
       const auto original = originals.find(path);
       const bool isOld = original != originals.end() && original->second == bytes;
       const bool isNew = bytes.find("edited") != bytes.npos;
+      if (isNew && original != originals.end()) continue;
       lines.push_back(path + (isOld ? " old" : isNew ? " new" : " = " + bytes));
+    }
+    for (const auto& [path, bytes] : originals) {
+      if (!disk.BytesOf(path)) lines.push_back(path + " gone");
     }
     return lines;
   }
@@ -65,5 +73,31 @@ class EditedWorld : public ProjectWorld {
 
   std::map<std::string, std::string> originals;
 };
+
+// What may happen to a file.
+inline Damage Write(const std::string& path, const std::string& bytes) {
+  return [=](EditedWorld& world) { world.disk.AddFile(path, bytes); };
+}
+inline Damage Erase(const std::string& path) {
+  return [=](EditedWorld& world) { world.disk.Erase(path); };
+}
+inline Damage MakeFolderOf(const std::string& path) {
+  return [=](EditedWorld& world) {
+    world.disk.Erase(path);
+    world.disk.AddFolder(path);
+  };
+}
+inline Damage SetReadOnly(const std::string& path) {
+  return [=](EditedWorld& world) { world.disk.SetReadOnly(path); };
+}
+inline Damage Fail(const std::string& operation, const std::string& path, ErrorCode code) {
+  return [=](EditedWorld& world) { world.disk.FailOn(operation, path, code); };
+}
+inline Damage Both(const Damage& first, const Damage& second) {
+  return [=](EditedWorld& world) {
+    first(world);
+    second(world);
+  };
+}
 
 }  // namespace tarn::test

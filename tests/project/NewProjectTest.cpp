@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "output/MessageTable.h"
 #include "project/EditedWorld.h"
 #include "project/FileAccess.h"
@@ -17,7 +15,7 @@ using Lines = std::vector<std::string>;
 
 struct CreateRow {
   const char* name;
-  std::function<void(EditedWorld&)> prepare;
+  Damage prepare;
   bool ok;  // the answer to the question, if there is one
   std::int32_t result;
   Lines asked;
@@ -25,9 +23,10 @@ struct CreateRow {
   Lines files;  // beside what was there
 };
 
-const std::string kNew =
+const Lines kNew = {
     "/p/new.tprj = \r\n<Project Header=\"Tarn Project 'new'\" Path=\"/p/new.tprj\" Project=\"Yes\" "
-    "/>";
+    "/>"};
+const Lines kOld = {"/p/new.dbi = old", "/p/new.tdb = old", "/p/new.tprj = old"};
 const Lines kQuestion = {"ask: row 25 /p/new.tprj   [Tarn Project]"};
 
 void AddOld(EditedWorld& world) {
@@ -37,49 +36,19 @@ void AddOld(EditedWorld& world) {
 }
 
 const CreateRow kCreateRows[] = {
-    {"a new file", [](EditedWorld&) {}, false, 1, {}, {"0x8017"}, {kNew}},
-    {"a file that may be replaced", AddOld, true, 1, kQuestion, {"0x8017"}, {kNew}},
-    {"a file that may not be replaced",
-     AddOld,
-     false,
-     0,
-     kQuestion,
-     {},
-     {"/p/new.dbi = old", "/p/new.tdb = old", "/p/new.tprj = old"}},
-    {"a read-only file",
-     [](EditedWorld& world) {
-       AddOld(world);
-       world.disk.SetReadOnly("/p/new.tprj");
-     },
-     true,
-     0,
-     kQuestion,
-     {},
-     {"/p/new.dbi = old", "/p/new.tdb = old", "/p/new.tprj = old"}},
-    {"a folder of that name",
-     [](EditedWorld& world) { world.disk.AddFolder("/p/new.tprj"); },
-     true,
-     0,
-     kQuestion,
-     {},
-     {}},
-    {"a read-only folder",
-     [](EditedWorld& world) { world.disk.SetReadOnly("/p"); },
-     true,
-     0,
-     {},
-     {"row 17 /p/new.tprj"},
-     {}},
+    {"a new file", [](EditedWorld&) {}, false, 1, {}, {"0x8017"}, kNew},
+    {"a file that may be replaced", AddOld, true, 1, kQuestion, {"0x8017"}, kNew},
+    {"a file that may not be replaced", AddOld, false, 0, kQuestion, {}, kOld},
+    {"a read-only file", Both(AddOld, SetReadOnly("/p/new.tprj")), true, 0, kQuestion, {}, kOld},
+    {"a folder of that name", MakeFolderOf("/p/new.tprj"), true, 0, kQuestion, {}, {}},
+    {"a read-only folder", SetReadOnly("/p"), true, 0, {}, {"row 17 /p/new.tprj"}, {}},
     {"a full disk costs nobody the old file",
-     [](EditedWorld& world) {
-       AddOld(world);
-       world.disk.FailOn("write", "/p/new.tprj", ErrorCode::NoSpace);
-     },
+     Both(AddOld, Fail("write", "/p/new.tprj", ErrorCode::NoSpace)),
      true,
      0,
      kQuestion,
      {"row 9 /p/new.tprj"},
-     {"/p/new.dbi = old", "/p/new.tdb = old", "/p/new.tprj = old"}},
+     kOld},
 };
 
 TEST(NewProject, AFileIsReplacedOnlyWhenTheUserWantsIt) {

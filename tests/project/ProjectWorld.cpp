@@ -93,6 +93,17 @@ std::string ProjectWorld::LogText() const {
   return text;
 }
 
+std::string ProjectWorld::Labels(const CXmlNode& node) {
+  std::string text;
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (!IsContentNode(*child)) continue;
+    const std::string below = Labels(*child);
+    text += (text.empty() ? "" : " ") + TextOf(child->GetAttrValue("Header"));
+    if (!below.empty()) text += "[" + below + "]";
+  }
+  return text;
+}
+
 std::string ProjectWorld::Show(const CXmlNode& node,
                                std::initializer_list<const char*> attributes) {
   std::string text = node.GetName();

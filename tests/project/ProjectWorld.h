@@ -35,6 +35,8 @@ class ProjectWorld {
   CXmlNode* Application(int index = 0);
   // The node with that label, or null.
   CXmlNode* Node(const char* header);
+  // The labels of what is below the node: Sources[main.c led.c] Other.
+  static std::string Labels(const CXmlNode& node);
   // The log so far: one line a message or output.
   std::string LogText() const;
   // The node and all below it on one line, with the attributes named, content nodes only:

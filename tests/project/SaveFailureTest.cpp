@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "project/EditedWorld.h"
 
 namespace tarn::test {
@@ -20,104 +18,78 @@ const std::string kCopyKept =
 
 struct SaveRow {
   const char* name;
-  std::function<void(EditedWorld&)> spoil;  // after the change, before the close
-  Lines heard;                              // at a close
+  Damage damage;  // after the change, before the close
+  Lines heard;    // at a close, behind the question
   Lines files;
   Lines loaded = {};  // at the load that follows a save, in front of the rest
 };
 
+const std::string kTwo = "/p/two.tapp";
+
 const SaveRow kSaveRows[] = {
-    {"nothing is wrong",
-     [](EditedWorld&) {},
-     {"0x8016"},
-     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new"}},
+    {"nothing is wrong", [](EditedWorld&) {}, {}, {}},
     {"a read-only application file",
-     [](EditedWorld& world) { world.disk.SetReadOnly("/p/one.tapp"); },
-     {"0x8016", "row 17 /p/one.tapp", "row 9 /p/one.tapp", "row 9 /p/demo.tprj",
-      "row 9 /p/one.tapp.unsaved"},
-     {"/p/demo.tprj new", "/p/one.tapp old", "/p/one.tapp.unsaved new", "/p/two.tapp new"},
+     SetReadOnly("/p/one.tapp"),
+     {"row 17 /p/one.tapp", "row 9 /p/one.tapp", "row 9 /p/demo.tprj", "row 9 /p/one.tapp.unsaved"},
+     {"/p/one.tapp old", "/p/one.tapp.unsaved new"},
      {"row 17 .\\one.tapp"}},
     {"a read-only project file",
-     [](EditedWorld& world) { world.disk.SetReadOnly("/p/demo.tprj"); },
-     {"0x8016", "row 17 /p/demo.tprj", "row 9 /p/demo.tprj", "row 9 /p/demo.tprj.unsaved"},
-     {"/p/demo.tprj old", "/p/demo.tprj.unsaved new", "/p/one.tapp new", "/p/two.tapp new"},
+     SetReadOnly("/p/demo.tprj"),
+     {"row 17 /p/demo.tprj", "row 9 /p/demo.tprj", "row 9 /p/demo.tprj.unsaved"},
+     {"/p/demo.tprj old", "/p/demo.tprj.unsaved new"},
      {"row 17 /p/demo.tprj"}},
     {"a read-only folder",
-     [](EditedWorld& world) { world.disk.SetReadOnly("/p"); },
-     {"0x8016", "row 17 /p/two.tapp", "row 17 /p/one.tapp", "row 17 /p/demo.tprj",
+     SetReadOnly("/p"),
+     {"row 17 /p/two.tapp", "row 17 /p/one.tapp", "row 17 /p/demo.tprj",
       "row 9 /data/two.tapp.unsaved", "row 9 /data/one.tapp.unsaved",
       "row 9 /data/demo.tprj.unsaved"},
      {"/data/demo.tprj.unsaved new", "/data/one.tapp.unsaved new", "/data/two.tapp.unsaved new",
       "/p/demo.tprj old", "/p/one.tapp old", "/p/two.tapp old"},
      {"row 17 /p/demo.tprj", "row 17 .\\one.tapp", "row 17 .\\two.tapp"}},
     {"a full disk, but for small files",
-     [](EditedWorld& world) { world.disk.FailOn("write", "/p/two.tapp", ErrorCode::NoSpace); },
-     {"0x8016", "row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved"},
-     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp old", "/p/two.tapp.unsaved new"}},
+     Fail("write", kTwo, ErrorCode::NoSpace),
+     {"row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved"},
+     {"/p/two.tapp old", "/p/two.tapp.unsaved new"}},
     {"a full disk and room in the data folder",
-     [](EditedWorld& world) {
-       world.disk.FailOn("write", "/p/two.tapp", ErrorCode::NoSpace);
-       world.disk.FailOn("write", "/p/two.tapp.unsaved", ErrorCode::NoSpace);
-     },
-     {"0x8016", "row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /data/two.tapp.unsaved"},
-     {"/data/two.tapp.unsaved new", "/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp old"}},
+     Both(Fail("write", kTwo, ErrorCode::NoSpace),
+          Fail("write", "/p/two.tapp.unsaved", ErrorCode::NoSpace)),
+     {"row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /data/two.tapp.unsaved"},
+     {"/data/two.tapp.unsaved new", "/p/two.tapp old"}},
     {"what was rescued before stays",
-     [](EditedWorld& world) {
-       world.disk.AddFile("/p/two.tapp.unsaved", "precious");
-       world.disk.FailOn("write", "/p/two.tapp", ErrorCode::Io);
-     },
-     {"0x8016", "row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved2"},
-     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp old", "/p/two.tapp.unsaved = precious",
-      "/p/two.tapp.unsaved2 new"}},
+     Both(Write("/p/two.tapp.unsaved", "precious"), Fail("write", kTwo, ErrorCode::Io)),
+     {"row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved2"},
+     {"/p/two.tapp old", "/p/two.tapp.unsaved = precious", "/p/two.tapp.unsaved2 new"}},
     {"somebody else wrote the file",
-     [](EditedWorld& world) { world.disk.AddFile("/p/two.tapp", "theirs"); },
-     {"0x8016", kCopyKept},
-     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new", "/p/two.tapp.orig = theirs"}},
+     Write(kTwo, "theirs"),
+     {kCopyKept},
+     {"/p/two.tapp.orig = theirs"}},
     {"somebody else wrote the file, once more",
-     [](EditedWorld& world) {
-       world.disk.AddFile("/p/two.tapp", "theirs");
-       world.disk.AddFile("/p/two.tapp.orig", "theirs before");
-     },
-     {"0x8016", kCopyKept + "2"},
-     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new", "/p/two.tapp.orig = theirs before",
-      "/p/two.tapp.orig2 = theirs"}},
+     Both(Write(kTwo, "theirs"), Write("/p/two.tapp.orig", "theirs before")),
+     {kCopyKept + "2"},
+     {"/p/two.tapp.orig = theirs before", "/p/two.tapp.orig2 = theirs"}},
     {"somebody else wrote the file and it cannot be kept",
-     [](EditedWorld& world) {
-       world.disk.AddFile("/p/one.tapp", "<Application Header=\"one\" />");
-       world.disk.FailOn("write", "/p/one.tapp.orig", ErrorCode::NoSpace);
-     },
-     {"0x8016", "row 9 /p/one.tapp", "row 9 /p/demo.tprj", "row 9 /p/one.tapp.unsaved"},
-     {"/p/demo.tprj new", "/p/one.tapp = <Application Header=\"one\" />", "/p/one.tapp.unsaved new",
-      "/p/two.tapp new"}},
+     Both(Write(kTwo, "<Application Header=\"two\" />"),
+          Fail("write", "/p/two.tapp.orig", ErrorCode::NoSpace)),
+     {"row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved"},
+     {"/p/two.tapp = <Application Header=\"two\" />", "/p/two.tapp.unsaved new"}},
     {"the file cannot be looked into",
-     [](EditedWorld& world) { world.disk.FailOn("read", "/p/two.tapp", ErrorCode::Io); },
-     {"0x8016", "row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved"},
-     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp old", "/p/two.tapp.unsaved new"}},
-    {"the file is gone",
-     [](EditedWorld& world) { world.disk.Erase("/p/two.tapp"); },
-     {"0x8016"},
-     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new"}},
-    {"the folder is gone",
-     [](EditedWorld& world) { world.disk.Erase("/p"); },
-     {"0x8016"},
-     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new"}},
+     Fail("read", kTwo, ErrorCode::Io),
+     {"row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved"},
+     {"/p/two.tapp old", "/p/two.tapp.unsaved new"}},
+    {"the file is gone", Erase(kTwo), {}, {}},
+    {"the folder is gone", Erase("/p"), {}, {}},
     {"the folder is gone and cannot be made",
-     [](EditedWorld& world) {
-       world.disk.Erase("/p");
-       world.disk.FailOn("folders", "/p", ErrorCode::NoSpace);
-     },
-     {"0x8016", "row 18 /p/two.tapp", "row 18 /p/one.tapp", "row 18 /p/demo.tprj",
+     Both(Erase("/p"), Fail("folders", "/p", ErrorCode::NoSpace)),
+     {"row 18 /p/two.tapp", "row 18 /p/one.tapp", "row 18 /p/demo.tprj",
       "row 9 /data/two.tapp.unsaved", "row 9 /data/one.tapp.unsaved",
       "row 9 /data/demo.tprj.unsaved"},
-     {"/data/demo.tprj.unsaved new", "/data/one.tapp.unsaved new", "/data/two.tapp.unsaved new"},
+     {"/data/demo.tprj.unsaved new", "/data/one.tapp.unsaved new", "/data/two.tapp.unsaved new",
+      "/p/demo.tprj gone", "/p/one.tapp gone", "/p/two.tapp gone"},
      {"row 6 /p/demo.tprj"}},
     {"a folder stands where the file was",
-     [](EditedWorld& world) {
-       world.disk.Erase("/p/two.tapp");
-       world.disk.AddFolder("/p/two.tapp");
-     },
-     {"0x8016", "row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved"},
-     {"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp.unsaved new"},
+     MakeFolderOf(kTwo),
+     {"row 9 /p/two.tapp", "row 9 /p/demo.tprj", "row 9 /p/two.tapp.unsaved"},
+     {"/p/two.tapp.unsaved new", "/p/two.tapp gone"},
      {"row 8 /p/two.tapp"}},
 };
 
@@ -128,9 +100,10 @@ TEST(SaveFailure, NothingIsLostAndTheUserHearsOfIt) {
       EditedWorld world;
       ASSERT_EQ(world.OpenDemo(), 1) << name;
       world.Edit();
-      row.spoil(world);
+      row.damage(world);
       EXPECT_EQ(isSave ? world.model->SaveProject() : world.model->CloseProject(), 1) << name;
-      Lines heard = row.heard;
+      Lines heard = {"0x8016"};
+      heard.insert(heard.end(), row.heard.begin(), row.heard.end());
       if (isSave) {
         heard.insert(heard.end(), row.loaded.begin(), row.loaded.end());
         if (world.model->IsOpen()) heard.insert(heard.end(), kReopened.begin(), kReopened.end());
@@ -161,10 +134,8 @@ TEST(SaveFailure, ASaveThatFindsNoPlaceAtAllKeepsTheTree) {
   EXPECT_EQ(Lines(reopened.begin(), reopened.begin() + 3),
             (Lines{"0x8016", "row 9 /p/one.tapp", "row 9 /p/demo.tprj"}));
   EXPECT_EQ(Lines(reopened.end() - 6, reopened.end()), kReopened);
-  EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj old", "/p/one.tapp old", "/p/two.tapp new"}));
-  EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Header"}),
-            "Project(Header=demo)[Application(Header=one)[C(Header=one.c)] "
-            "Application(Header=two)[C(Header=two.c)]]");
+  EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj old", "/p/one.tapp old"}));
+  EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
   EXPECT_TRUE(world.model->IsModified());
 
   // There is room again: all of it is saved, and the log does not speak of what failed before.
@@ -174,7 +145,7 @@ TEST(SaveFailure, ASaveThatFindsNoPlaceAtAllKeepsTheTree) {
   Lines heard = {"0x8016"};
   heard.insert(heard.end(), kReopened.begin(), kReopened.end());
   EXPECT_EQ(world.Heard(), heard);
-  EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new"}));
+  EXPECT_EQ(world.Files(), Lines());
 }
 
 TEST(SaveFailure, AHostThatRefusesTheCloseKeepsTheTreeAndTheFiles) {
@@ -189,7 +160,7 @@ TEST(SaveFailure, AHostThatRefusesTheCloseKeepsTheTreeAndTheFiles) {
   EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj old", "/p/one.tapp old", "/p/two.tapp old"}));
   world.host.answers.clear();
   EXPECT_EQ(world.model->CloseProject(), 1);
-  EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj new", "/p/one.tapp new", "/p/two.tapp new"}));
+  EXPECT_EQ(world.Files(), Lines());
 }
 
 // Two elements may name one file, and only the text of one of them can be in it.
