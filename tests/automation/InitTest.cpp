@@ -80,95 +80,70 @@ TEST(Init, TakesTheConfigurationAndDefaultProjectOfItsFolders) {
   }
 }
 
-TEST(Init, TheConfigurationOfTheDataFolderWinsOverTheGeneralOne) {
-  ManagerWorld world;
-  world.disk.AddFile("/app/config/demo_projectmanager.config", ManagerWorld::Configuration());
-  ASSERT_EQ(world.Init(), "1");
-  EXPECT_EQ(world.components.Properties().CallsOf("ReadDefsFromFile").front(),
-            "ReadDefsFromFile \"\" /app/config/demo_projectmanager.config");
+// The folder of a target whose files a new user's default project begins with.
+void AddTarget(ManagerWorld& world, const std::string& name) {
+  world.disk.AddFile("/machine/registry.ini",
+                     "[Software\\Corvane\\app\\Default Directories]\r\n"
+                     "LastTargetConfig=/targets\r\n");
+  for (const char* extension : {".tprj", ".tapp"}) {
+    world.disk.AddFile("/targets/" + name + extension, "seed");
+  }
 }
 
 // One list of all that can be seen from outside, in its order.
 TEST(Init, DoesItsStepsInOrder) {
-  const std::string menus =
-      "<ToolBar><Item Header='Build' /></ToolBar>"
-      "<MainMenus><Menu Header='Project' /><Menu Header='Build' /></MainMenus><Other />";
-  for (const bool hasHost : {true, false}) {
-    ManagerWorld world;
-    world.disk.AddFile(ManagerWorld::kConfigFile, ManagerWorld::Configuration(menus));
-    world.disk.AddFile("/machine/registry.ini",
-                       "[Software\\Corvane\\app\\Default Directories]\r\n"
-                       "LastTargetConfig=/targets\r\n");
-    world.disk.AddFile("/targets/demo.tprj", "seed");
-    world.disk.AddFile("/targets/demo.tapp", "seed");
-    std::vector<std::string> events;
-    const auto note = [&](const std::string& event) {
-      for (const std::string& line : world.disk.TakeOperations()) events.push_back(line);
-      events.push_back(event);
+  ManagerWorld world;
+  world.disk.AddFile(
+      ManagerWorld::kConfigFile,
+      ManagerWorld::Configuration(
+          "<ToolBar><Item Header='Build' /></ToolBar>"
+          "<MainMenus><Menu Header='Project' /><Menu Header='Build' /></MainMenus><Other />"));
+  AddTarget(world, "demo");
+  std::vector<std::string> events;
+  const auto note = [&](const std::string& event) {
+    for (const std::string& line : world.disk.TakeOperations()) events.push_back(line);
+    events.push_back(event);
+  };
+  FakePropertyManager& properties = world.components.Properties();
+  properties.onCall = [&](std::string_view) { note(properties.Calls().back()); };
+  world.classes.RegisterFactory(CPropertyManagerDriver::kProgId, [&] {
+    note("create properties");
+    return DispatchPtr(&properties);
+  });
+  for (const std::uint32_t message : {kMsgCreateToolbar, kMsgAddMainMenu}) {
+    world.host.actions[message] = [&] {
+      note(world.host.lines.back());
+      EXPECT_FALSE(world.runningObjects.GetActiveObject(CProjectManager::kClassId));
     };
-    const FakeComponents fakes;
-    fakes.Properties().onCall = [&](std::string_view) { note(fakes.Properties().Calls().back()); };
-    world.classes.RegisterFactory(CPropertyManagerDriver::kProgId, [&] {
-      note("create properties");
-      return DispatchPtr(&fakes.Properties());
-    });
-    world.classes.RegisterFactory(CToolManagerDriver::kProgId, [&] {
-      note("create tools");
-      return DispatchPtr(&fakes.Tools());
-    });
-    for (const std::uint32_t message : {kMsgCreateToolbar, kMsgAddMainMenu}) {
-      world.host.actions[message] = [&] {
-        note(world.host.lines.back());
-        EXPECT_FALSE(world.runningObjects.GetActiveObject(CProjectManager::kClassId));
-      };
-    }
-    world.disk.TakeOperations();
-    const std::int32_t frame = hasHost ? world.host.Handle() : 0;
-    ASSERT_EQ(world.Call("Init", {"/app/", "/data/demo", frame}), "1");
-    note("end");
-    std::vector<std::string> wanted = {
-        "exists /app/config/demo_projectmanager.config",
-        "exists /app/config/projectmanager.config",
-        "create properties",
-        "InitOptions /app/ /data/demo " + std::to_string(frame) + " 1",
-        "ReadDefsFromFile \"\" /app/config/projectmanager.config",
-        "exists /app/config/projectmanager.config",
-        "read /app/config/message.xslt",
-    };
-    if (!hasHost) wanted.insert(wanted.end(), {"reserve", "remove", "create tools"});
-    if (hasHost) wanted.insert(wanted.end(), {"reserve", "remove"});
-    wanted.push_back("read /app/config/projectmanager.config");
-    if (hasHost) {
-      const auto menu = [](const std::string& name) {
-        return "0x8013 Tarn Project \r\n<Menu Header=\"" + name + "\" />";
-      };
-      wanted.push_back(
-          "0x800B Tarn Project \r\n<ToolBar>\r\n\t<Item Header=\"Build\" />\r\n</ToolBar>");
-      wanted.push_back(menu("Project"));
-      wanted.push_back(menu("Build"));
-    }
-    wanted.insert(
-        wanted.end(),
-        {"read /user/profile.ini", "read /user/profile.ini", "exists /data/demo/demo.tprj",
-         "read /machine/registry.ini", "copy /targets/demo.tprj /data/demo/demo.tprj",
-         "copy /targets/demo.tapp /data/demo/demo.tapp", "enter /app", "end"});
-    // The names of temporary files are no matter.
-    for (std::string& event : events) {
-      if (event.starts_with("reserve ") || event.starts_with("remove ")) {
-        event.erase(event.find(' '));
-      }
-    }
-    EXPECT_EQ(events, wanted);
-    EXPECT_EQ(world.disk.CurrentFolder(), "/app");
-    EXPECT_EQ(fakes.Tools().Calls(),
-              hasHost ? std::vector<std::string>()
-                      : std::vector<std::string>{"InitTools /app/ /data/demo 0"});
-    EXPECT_EQ(world.runningObjects.GetActiveObject(CProjectManager::kClassId).Get(),
-              world.manager.Get());
-    // The frame and components of this scope go first.
-    world.Call("Clean");
-    world.manager.Reset();
   }
+  world.disk.TakeOperations();
+  ASSERT_EQ(world.Init(), "1");
+  note("end");
+  properties.onCall = nullptr;
+  // The names of temporary files are no matter.
+  for (std::string& event : events) {
+    if (event.starts_with("reserve ") || event.starts_with("remove ")) {
+      event.erase(event.find(' '));
+    }
+  }
+  EXPECT_THAT(
+      events,
+      ElementsAre("exists /app/config/demo_projectmanager.config",
+                  "exists /app/config/projectmanager.config", "create properties",
+                  "InitOptions /app/ /data/demo " + std::to_string(world.host.Handle()) + " 1",
+                  "ReadDefsFromFile \"\" /app/config/projectmanager.config",
+                  "exists /app/config/projectmanager.config", "read /app/config/message.xslt",
+                  "reserve", "remove", "read /app/config/projectmanager.config",
+                  "0x800B Tarn Project \r\n<ToolBar>\r\n\t<Item Header=\"Build\" />\r\n</ToolBar>",
+                  "0x8013 Tarn Project \r\n<Menu Header=\"Project\" />",
+                  "0x8013 Tarn Project \r\n<Menu Header=\"Build\" />", "read /user/profile.ini",
+                  "read /user/profile.ini", "exists /data/demo/demo.tprj",
+                  "read /machine/registry.ini", "copy /targets/demo.tprj /data/demo/demo.tprj",
+                  "copy /targets/demo.tapp /data/demo/demo.tapp", "enter /app", "end"));
+  EXPECT_EQ(world.disk.CurrentFolder(), "/app");
+  EXPECT_THAT(world.components.Tools().Calls(), ElementsAre());
+  EXPECT_EQ(world.runningObjects.GetActiveObject(CProjectManager::kClassId).Get(),
+            world.manager.Get());
 }
 
 TEST(Init, ComponentsGetTheFoldersAsTheyCame) {
@@ -299,13 +274,8 @@ TEST(Init, SeedsTheDefaultProjectWithoutTouchingWhatIsThere) {
     ManagerWorld world;
     if (row.hasProject) world.disk.AddFile("/data/demo/demo.tprj", "mine");
     if (row.hasApplication) world.disk.AddFile("/data/demo/demo.tapp", "mine");
-    if (row.hasRegistry) {
-      world.disk.AddFile("/machine/registry.ini",
-                         "[Software\\Corvane\\app\\Default Directories]\r\n"
-                         "LastTargetConfig=/targets\r\n");
-    }
-    world.disk.AddFile("/targets/demo.tprj", "seed");
-    world.disk.AddFile("/targets/demo.tapp", "seed");
+    AddTarget(world, "demo");
+    if (!row.hasRegistry) world.disk.Erase("/machine/registry.ini");
     world.disk.TakeOperations();
     EXPECT_EQ(world.Init(), "1") << row.name;
     EXPECT_EQ(world.disk.Operations("copy").size(), row.copies) << row.name;
@@ -318,11 +288,7 @@ TEST(Init, SeedsTheDefaultProjectWithoutTouchingWhatIsThere) {
 // On a new account the folder of the user's data is not there until somebody makes it.
 TEST(Init, ANewUserWithoutADataFolderGetsTheDefaultProject) {
   ManagerWorld world;
-  world.disk.AddFile("/machine/registry.ini",
-                     "[Software\\Corvane\\app\\Default Directories]\r\n"
-                     "LastTargetConfig=/targets\r\n");
-  world.disk.AddFile("/targets/.tprj", "seed");
-  world.disk.AddFile("/targets/.tapp", "seed");
+  AddTarget(world, "");
   ASSERT_EQ(world.Init("/app/", NullableText()), "1");
   EXPECT_EQ(world.disk.BytesOf("/userdata/.tprj"), "seed");
   EXPECT_EQ(world.disk.BytesOf("/userdata/.tapp"), "seed");

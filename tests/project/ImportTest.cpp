@@ -1,9 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <condition_variable>
-#include <mutex>
-
 #include "platform/process/RunAndWait.h"
 #include "project/ProjectWorld.h"
 #include "support/AnsweringUser.h"
@@ -14,18 +11,11 @@ namespace {
 using ::testing::ElementsAre;
 
 // Stands for the conversion script: notes how it was called, says something, and ends with the
-// exit code given, or not before the test is over.
+// exit code given.
 class ScriptLauncher final : public ProcessLauncher {
  public:
-  ~ScriptLauncher() override {
-    const std::lock_guard<std::mutex> hold(state->lock);
-    state->mayEnd = true;
-    state->changed.notify_all();
-  }
-
   int exitCode = 0;
   bool canStart = true;
-  bool hangs = false;
   std::function<void()> onRun;
   std::vector<std::string> calls;
 
@@ -35,35 +25,22 @@ class ScriptLauncher final : public ProcessLauncher {
     calls.push_back(call);
     if (!canStart) return Error{ErrorCode::NotFound, "no such program", request.program};
     if (onRun) onRun();
-    return std::unique_ptr<Process>(std::make_unique<Script>(state, exitCode, hangs));
+    return std::unique_ptr<Process>(std::make_unique<Script>(exitCode));
   }
 
  private:
-  struct State {
-    std::mutex lock;
-    std::condition_variable changed;
-    bool mayEnd = false;
-  };
-
   class Script final : public Process {
    public:
-    Script(std::shared_ptr<State> sharedState, int code, bool isHanging)
-        : state(std::move(sharedState)), exitCode(code), hangs(isHanging) {}
+    explicit Script(int code) : exitCode(code) {}
     ProcessExit WaitWithOutput(const OutputHandler& onOutput) override {
       onOutput("line 7: no equal\n", false);
-      std::unique_lock<std::mutex> hold(state->lock);
-      state->changed.wait(hold, [this] { return !hangs || state->mayEnd; });
       return {exitCode, false};
     }
     void Stop(std::chrono::milliseconds) override {}
 
    private:
-    std::shared_ptr<State> state;
     int exitCode;
-    bool hangs;
   };
-
-  std::shared_ptr<State> state = std::make_shared<State>();
 };
 
 class Import : public ::testing::Test {
@@ -165,16 +142,6 @@ TEST_F(Import, AnotherInterpreterIsTakenIfTheUserWantsOne) {
   EXPECT_EQ(OpenOld(), 1);
   ASSERT_EQ(launcher.calls.size(), 1u);
   EXPECT_THAT(launcher.calls.front(), ::testing::HasSubstr("/sh <-I/app dir/bin/k418>"));
-}
-
-TEST_F(Import, AScriptThatTakesTooLongIsLeftAlone) {
-  launcher.hangs = true;
-  world.model->importSeconds = 1;
-  EXPECT_EQ(OpenOld(), 0);
-  EXPECT_THAT(user.lines, ElementsAre("show: Unknown error [Tarn Project]"));
-  EXPECT_THAT(world.LogText(),
-              ::testing::EndsWith("\nThe conversion takes longer than 1 s. It goes "
-                                  "on by itself.\n"));
 }
 
 TEST_F(Import, TheHostHearsWhatTheScriptSaysAndMayOpenAnotherProjectMeanwhile) {
