@@ -1,5 +1,6 @@
 #include "hosts/CliProject.h"
 
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,6 +35,10 @@ std::string ApplicationText(const std::string& label, const std::vector<std::str
 
 }  // namespace
 
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
 CliProject::CliProject() {
   std::string name = (std::filesystem::temp_directory_path() / "tarn-cli-XXXXXX").string();
   root = mkdtemp(name.data());
@@ -63,6 +68,20 @@ CliProject::Answer CliProject::Run(
     std::vector<std::string> arguments,
     const std::function<void(Process&, const std::string& out)>& onOutput) {
   return RunProgram(TARN_PROGRAM, std::move(arguments), onOutput);
+}
+
+std::string CliProject::Out(std::vector<std::string> arguments) {
+  const Answer answer = Run(std::move(arguments));
+  EXPECT_EQ(answer.code, 0) << answer.out << answer.err;
+  return answer.out;
+}
+
+void CliProject::ExpectRefusal(std::vector<std::string> arguments, int code,
+                               const std::string& said) {
+  const Answer answer = Run(std::move(arguments));
+  EXPECT_EQ(answer.code, code) << said << answer.out;
+  EXPECT_TRUE(Has(answer.err, said)) << answer.err << "wanted: " << said;
+  EXPECT_EQ(answer.out, "") << said;
 }
 
 CliProject::Answer CliProject::RunProgram(

@@ -11,6 +11,8 @@
 
 namespace tarn::host {
 
+bool Has(const std::string& text, const std::string& part);
+
 // A small project in a temporary folder, built with this machine's compiler, and the program that
 // works on it. The application "app" is made of src/a.c and src/b.c, which both include src/a.h,
 // and src/c.c, which includes nothing. All sources are an hour old.
@@ -30,6 +32,11 @@ class CliProject {
   // of it so far.
   Answer Run(std::vector<std::string> arguments,
              const std::function<void(Process&, const std::string& out)>& onOutput = {});
+
+  // Runs the program and gives its output; it has to end well.
+  std::string Out(std::vector<std::string> arguments);
+  // Runs the program, which has to refuse, with that exit code and these words among its errors.
+  void ExpectRefusal(std::vector<std::string> arguments, int code, const std::string& said);
 
   // Runs another program in the same way.
   Answer RunProgram(const std::string& program, std::vector<std::string> arguments,

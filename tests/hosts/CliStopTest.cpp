@@ -10,10 +10,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-bool Has(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
 // A compiler that is quick for all files but b.c, where it starts a child and waits.
 constexpr const char* kSlowCompiler =
     "#!/bin/sh\n"
