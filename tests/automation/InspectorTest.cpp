@@ -13,9 +13,9 @@ class Inspector : public ::testing::Test {
   Inspector() : object(DispatchPtr::Adopt(new CProjectInspector)) {
     world.AddDemo();
     world.disk.AddFile("/p/demo.tapp",
-                       "<Application Header=\"demo\" Extern=\".\\demo.tapp\" "
-                       "Path=\".\\demo.tapp\" ><Group Header=\"src\" ><C Header=\"main.c\" "
-                       "Path=\".\\src\\main.c\" Custom=\"kept\" /></Group></Application>");
+                       "<Application Header='demo' Extern='.\\demo.tapp' "
+                       "Path='.\\demo.tapp' ><Group Header='src' ><C Header='main.c' "
+                       "Path='.\\src\\main.c' Custom='kept' /></Group></Application>");
     world.components.Properties().defaults = {{"C.Build.TranslateTool", "cc"},
                                               {"C.Build.OutputFile", "/p/main.o"}};
     world.disk.AddFile("/user/profile.ini",
@@ -110,14 +110,14 @@ TEST_F(Inspector, LooksAtEverythingAndChangesNothing) {
 
 TEST_F(Inspector, FindsANodeByAnyOfItsNamesIfItIsTheOnlyOne) {
   world.disk.AddFile("/p/demo.tprj",
-                     "<Project Header=\"Project 'demo'\" ActiveApp=\"demo\" >"
-                     "<Application Header=\"demo\" Extern=\".\\demo.tapp\" />"
-                     "<Application Header=\"boot\" Extern=\".\\boot\\b.tapp\" /></Project>");
+                     "<Project Header='Project 'demo'' ActiveApp='demo' >"
+                     "<Application Header='demo' Extern='.\\demo.tapp' />"
+                     "<Application Header='boot' Extern='.\\boot\\b.tapp' /></Project>");
   world.disk.AddFile("/p/boot/b.tapp",
-                     "<Application Header=\"boot\" Path=\".\\boot\\b.tapp\" >"
-                     "<Group Header=\"src\" ><C Header=\"m\" Path=\"..\\src\\main.c\" />"
-                     "<C Header=\"own\" Path=\".\\own.c\" /></Group>"
-                     "<Group Header=\"Boot\" /></Application>");
+                     "<Application Header='boot' Path='.\\boot\\b.tapp' >"
+                     "<Group Header='src' ><C Header='m' Path='..\\src\\main.c' />"
+                     "<C Header='own' Path='.\\own.c' /></Group>"
+                     "<Group Header='Boot' /></Application>");
   world.disk.AddFolder("/p/src");
   const struct {
     const char* folder;  // that is current

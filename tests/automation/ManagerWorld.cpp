@@ -85,23 +85,10 @@ std::vector<std::string> ManagerWorld::TakeLines() {
 }
 
 std::string NameOf(DispatchStatus status) {
-  switch (status) {
-    case DispatchStatus::Ok:
-      return "Ok";
-    case DispatchStatus::NoObject:
-      return "NoObject";
-    case DispatchStatus::UnknownMember:
-      return "UnknownMember";
-    case DispatchStatus::WrongCount:
-      return "WrongCount";
-    case DispatchStatus::WrongType:
-      return "WrongType";
-    case DispatchStatus::NotImplemented:
-      return "NotImplemented";
-    case DispatchStatus::Failed:
-      return "Failed";
-  }
-  return "?";
+  // In the order of their declaration.
+  constexpr const char* kNames[] = {"Ok",        "NoObject",       "UnknownMember", "WrongCount",
+                                    "WrongType", "NotImplemented", "Failed"};
+  return kNames[static_cast<std::size_t>(status)];
 }
 
 std::string Show(const DispatchResult& outcome, const Variant& result) {

@@ -70,9 +70,8 @@ TEST(CliOptions, ListShowsWhereValuesCount) {
 TEST(CliConfig, EveryConfigurationKeepsItsOwnOutputsAndRecords) {
   CliProject project;
   ASSERT_EQ(project.Run({"build"}).code, 0);
-  const auto fast = project.Run({"build", "--config", "fast"});
-  ASSERT_EQ(fast.code, 0) << fast.err;
-  EXPECT_TRUE(Has(fast.out, "Built 4 files")) << fast.out;
+  const std::string fast = project.Out({"build", "--config", "fast"});
+  EXPECT_TRUE(Has(fast, "Built 4 files")) << fast;
   // Using a configuration for one build doesn't change the project.
   EXPECT_TRUE(Has(project.Run({"config", "list"}).out, "* Standard"));
   EXPECT_TRUE(Has(project.Run({"build"}).out, "Nothing to do"));

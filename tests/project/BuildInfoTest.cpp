@@ -20,27 +20,25 @@ struct ReachRow {
 };
 
 constexpr ReachRow kReachRows[] = {
-    {"one node", "<C Header=\"a\" OutputFile=\"a.o\" /><C Header=\"b\" OutputFile=\"b.o\" />",
-     "b.o", "b"},
-    {"in another case", "<C Header=\"a\" OutputFile=\"Out/A.o\" />", "out/a.O", "a"},
-    {"no node", "<C Header=\"a\" OutputFile=\"a.o\" />", "x.o", ""},
+    {"one node", "<C Header='a' OutputFile='a.o' /><C Header='b' OutputFile='b.o' />", "b.o", "b"},
+    {"in another case", "<C Header='a' OutputFile='Out/A.o' />", "out/a.O", "a"},
+    {"no node", "<C Header='a' OutputFile='a.o' />", "x.o", ""},
     {"the last of several",
-     "<C Header=\"a\" OutputFile=\"x.o\" /><Group Header=\"g\" ><C Header=\"b\" "
-     "OutputFile=\"X.o\" /></Group><C Header=\"c\" OutputFile=\"c.o\" />",
+     "<C Header='a' OutputFile='x.o' /><Group Header='g' ><C Header='b' "
+     "OutputFile='X.o' /></Group><C Header='c' OutputFile='c.o' />",
      "x.o", "b"},
     {"not below a node with the same output",
-     "<C Header=\"a\" OutputFile=\"x.o\" /><Group Header=\"g\" OutputFile=\"x.o\" ><C "
-     "Header=\"b\" OutputFile=\"x.o\" /></Group>",
+     "<C Header='a' OutputFile='x.o' /><Group Header='g' OutputFile='x.o' ><C "
+     "Header='b' OutputFile='x.o' /></Group>",
      "x.o", "g"},
     {"below a node with another output",
-     "<Group Header=\"g\" OutputFile=\"lib.a\" ><C Header=\"b\" OutputFile=\"x.o\" /></Group>",
-     "x.o", "b"},
-    {"the application itself", "<C Header=\"b\" OutputFile=\"x.o\" />", "app.elf", "app"},
-    {"nothing below an application with the same output",
-     "<C Header=\"b\" OutputFile=\"app.elf\" />", "app.elf", "app"},
-    {"an excluded node", "<C Header=\"a\" OutputFile=\"a.o\" Exclude=\"Yes\" />", "a.o", "a"},
+     "<Group Header='g' OutputFile='lib.a' ><C Header='b' OutputFile='x.o' /></Group>", "x.o", "b"},
+    {"the application itself", "<C Header='b' OutputFile='x.o' />", "app.elf", "app"},
+    {"nothing below an application with the same output", "<C Header='b' OutputFile='app.elf' />",
+     "app.elf", "app"},
+    {"an excluded node", "<C Header='a' OutputFile='a.o' Exclude='Yes' />", "a.o", "a"},
     {"an empty output is one like others",
-     "<Group Header=\"g\" OutputFile=\"\" /><C Header=\"a\" OutputFile=\"a.o\" />", "", "g"},
+     "<Group Header='g' OutputFile='' /><C Header='a' OutputFile='a.o' />", "", "g"},
 };
 
 std::string LabelsOfBuilt(const CXmlNode& node) {

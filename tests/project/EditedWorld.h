@@ -30,6 +30,16 @@ class EditedWorld : public ProjectWorld {
     for (const std::string& path : disk.AllFiles()) originals[path] = *disk.BytesOf(path);
   }
 
+  // Another project, /p/next.tprj, with one application.
+  void AddNext() {
+    AddFile("/p/next.tprj",
+            "<Project Header='next' ActiveApp='n' ><Application Header='n' "
+            "Extern='n.tapp' Path='n.tapp' /></Project>");
+    AddFile("/p/n.tapp",
+            "<Application Header='n' Extern='n.tapp' Path='n.tapp' ><C Header='n.c' "
+            "/></Application>");
+  }
+
   // Changes what can be changed of the three; what the host heard before is forgotten.
   void Edit() {
     components.Properties().defaults[".Build.Tool"] = "edited";

@@ -95,18 +95,18 @@ struct OpenRow {
 
 constexpr OpenRow kOpenRows[] = {
     {"the last of two with one label", "/p/x.tprj",
-     "<Project ActiveApp=\"A\" ><Application Header=\"a\" Extern=\"1.tapp\" /><Application "
-     "Header=\"a\" Extern=\"2.tapp\" /></Project>",
+     "<Project ActiveApp='A' ><Application Header='a' Extern='1.tapp' /><Application "
+     "Header='a' Extern='2.tapp' /></Project>",
      1, "2"},
     {"an active application that is none", "/p/x.tprj",
-     "<Project ActiveApp=\"gone\" ><Application Extern=\"1.tapp\" /><Application "
-     "Extern=\"2.tapp\" /></Project>",
+     "<Project ActiveApp='gone' ><Application Extern='1.tapp' /><Application "
+     "Extern='2.tapp' /></Project>",
      1, "1"},
     {"an active element that is no application", "/p/x.tprj",
-     "<Project ActiveApp=\"g\" ><Group Header=\"g\" /><Application Extern=\"2.tapp\" /></Project>",
-     1, "2"},
-    {"no application", "/p/x.tprj", "<Project Header=\"p\" />", 1, "none"},
-    {"capitals", "/P/X.TPRJ", "<Project><Application Extern=\"1.tapp\" /></Project>", 1, "1"},
+     "<Project ActiveApp='g' ><Group Header='g' /><Application Extern='2.tapp' /></Project>", 1,
+     "2"},
+    {"no application", "/p/x.tprj", "<Project Header='p' />", 1, "none"},
+    {"capitals", "/P/X.TPRJ", "<Project><Application Extern='1.tapp' /></Project>", 1, "1"},
     {"no path", "", "<Project />", 0, "none"},
 };
 

@@ -171,11 +171,11 @@ TEST(NodeOptions, AResetTakesOnlyWhatItNamesAndWhatBecomesEmpty) {
   for (const ResetRow& row : kResetRows) {
     ProjectWorld world;
     world.AddDemo(
-        "<C Header=\"m\" ><Options><Opt Header=\"Debug\" ><Set Header=\"C\" ><Sec "
-        "Header=\"Build\" ><Prop Header=\"Tool\" Removable=\"No\" /><Prop Header=\"Fixed\" /></Sec>"
-        "<Sec Header=\"Load\" ><Prop Header=\"X\" Removable=\"Yes\" /></Sec></Set></Opt><Opt "
-        "Header=\"Standard\" ><Set Header=\"C\" ><Sec Header=\"General\" ><Prop Header=\"Path\" "
-        "Removable=\"Yes\" /></Sec></Set></Opt></Options></C>");
+        "<C Header='m' ><Options><Opt Header='Debug' ><Set Header='C' ><Sec "
+        "Header='Build' ><Prop Header='Tool' Removable='No' /><Prop Header='Fixed' /></Sec>"
+        "<Sec Header='Load' ><Prop Header='X' Removable='Yes' /></Sec></Set></Opt><Opt "
+        "Header='Standard' ><Set Header='C' ><Sec Header='General' ><Prop Header='Path' "
+        "Removable='Yes' /></Sec></Set></Opt></Options></C>");
     ASSERT_EQ(world.OpenDemo(), 1);
     world.Application()->SetAttrValue("Config", row.config);
     world.model->SetCurrentNode(world.Node("m"));

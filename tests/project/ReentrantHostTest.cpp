@@ -121,12 +121,7 @@ TEST(ReentrantHost, NoActionInsideAMessageCrashesOrLosesAnything) {
           SCOPED_TRACE(std::string(outer.name) + ", " + std::to_string(message) + ", " +
                        inner.name + ", " + std::to_string(when));
           EditedWorld world;
-          world.AddFile("/p/next.tprj",
-                        "<Project Header=\"next\" ActiveApp=\"n\" ><Application "
-                        "Header=\"n\" Extern=\"n.tapp\" /></Project>");
-          world.AddFile("/p/n.tapp",
-                        "<Application Header=\"n\" Extern=\"n.tapp\" ><C "
-                        "Header=\"n.c\" /></Application>");
+          world.AddNext();
           ASSERT_EQ(world.OpenDemo(), 1);
           world.Edit();
           world.components.Properties().newConfigName = "Debug";
@@ -205,10 +200,7 @@ const OrderRow kOrderRows[] = {
 TEST(ReentrantHost, AProjectOpenedInsideTheOpenOfAnotherIsOpenAsAnyOther) {
   for (const OrderRow& row : kOrderRows) {
     EditedWorld world;
-    world.AddFile("/p/next.tprj",
-                  "<Project Header=\"next\" ActiveApp=\"n\" ><Application Header=\"n\" "
-                  "Extern=\"n.tapp\" Path=\"n.tapp\" /></Project>");
-    world.AddFile("/p/n.tapp", "<Application Header=\"n\" Extern=\"n.tapp\" Path=\"n.tapp\" />");
+    world.AddNext();
     if (row.message == kMsgLogLine) world.disk.SetReadOnly("/p/two.tapp");
     std::int32_t inner = 0;
     world.host.actions[row.message] = [&] {
