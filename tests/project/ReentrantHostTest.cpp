@@ -64,7 +64,7 @@ const Act kOuterActs[] = {
        while (world.model->PublishTick()) {
        }
      }},
-    {"select", [](EditedWorld& world) { world.model->SetCurrentNode(world.Node("two.c")); }},
+    {"select", [](EditedWorld& world) { world.model->SetCurrentNode(world.Node("one.c")); }},
     {"configure", [](EditedWorld& world) { world.model->SelectConfiguration("Debug"); }},
     {"reset", [](EditedWorld& world) { world.model->ResetNodeOptions(world.Node("two")); }},
     {"add", [](EditedWorld& world) { world.model->AddExistingItem("/p/new.c", nullptr); }},
@@ -124,6 +124,7 @@ TEST(ReentrantHost, NoActionInsideAMessageCrashesOrLosesAnything) {
           world.AddNext();
           ASSERT_EQ(world.OpenDemo(), 1);
           world.Edit();
+          world.model->SetCurrentNode(world.Node("two.c"));
           world.components.Properties().newConfigName = "Debug";
           if (message == kMsgLogLine) world.disk.SetReadOnly("/p/one.tapp");
           std::size_t count = 0;
