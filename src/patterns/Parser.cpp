@@ -1,18 +1,11 @@
 #include "patterns/Parser.h"
 
 #include <algorithm>
-#include <array>
+
+#include "patterns/ByteSet.h"
 
 namespace tarn {
 namespace {
-
-using ByteSet = std::array<bool, 256>;
-
-ByteSet MakeSet(std::string_view bytes) {
-  ByteSet set{};
-  for (const char c : bytes) set[static_cast<unsigned char>(c)] = true;
-  return set;
-}
 
 // Hands out the pieces of a text; the ending byte may differ from piece to piece.
 class Pieces {
@@ -21,7 +14,7 @@ class Pieces {
 
   // Skips ending bytes, then takes all up to the next one and steps over it. Empty at the end.
   std::string_view Next(const ByteSet& ends) {
-    const auto isEnd = [&](char c) { return ends[static_cast<unsigned char>(c)]; };
+    const auto isEnd = [&](char c) { return ends.Has(c); };
     const auto first = std::find_if_not(rest.begin(), rest.end(), isEnd);
     const auto last = std::find_if(first, rest.end(), isEnd);
     const std::string_view piece(first, last);
@@ -39,7 +32,7 @@ std::string Unquote(std::string_view token, Pieces& pieces) {
     return std::string(token.substr(1, last - 1));
   }
   std::string result(token.substr(1));
-  if (const std::string_view piece = pieces.Next(MakeSet({&quote, 1})); !piece.empty()) {
+  if (const std::string_view piece = pieces.Next(ByteSet({&quote, 1})); !piece.empty()) {
     result.append(1, ' ').append(piece);
   }
   return result;
@@ -49,7 +42,7 @@ std::string Unquote(std::string_view token, Pieces& pieces) {
 
 CParser::CParser(std::string_view text, std::string_view separatorBytes)
     : separators(separatorBytes) {
-  const ByteSet ends = MakeSet(separators);
+  const ByteSet ends{separators};
   Pieces pieces(text.substr(0, text.find('\0')));
   for (auto token = pieces.Next(ends); !token.empty(); token = pieces.Next(ends)) {
     const bool isQuoted = token.front() == '"' || token.front() == '\'';

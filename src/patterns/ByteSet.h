@@ -1,0 +1,63 @@
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <string_view>
+
+namespace tarn {
+
+// A set of bytes. A value type of 32 bytes; everything in it takes the same few instructions
+// whatever the set holds.
+class ByteSet {
+ public:
+  constexpr ByteSet() = default;
+  constexpr explicit ByteSet(std::string_view bytes) {
+    for (const char byte : bytes) Add(byte);
+  }
+  constexpr void Add(char byte) { WordOf(byte) |= BitOf(byte); }
+  constexpr bool Has(char byte) const {
+    return (words[static_cast<unsigned char>(byte) / 64] & BitOf(byte)) != 0;
+  }
+
+  constexpr int Count() const {
+    int count = 0;
+    for (const std::uint64_t word : words) count += std::popcount(word);
+    return count;
+  }
+  // The lowest byte of a set that isn't empty.
+  constexpr char First() const {
+    std::size_t i = 0;
+    while (words[i] == 0) ++i;
+    return static_cast<char>(64 * static_cast<int>(i) + std::countr_zero(words[i]));
+  }
+  constexpr bool Meets(const ByteSet& other) const { return (*this & other) != ByteSet(); }
+  constexpr bool operator==(const ByteSet& other) const = default;
+  constexpr ByteSet& operator|=(const ByteSet& other) {
+    for (std::size_t i = 0; i < words.size(); ++i) words[i] |= other.words[i];
+    return *this;
+  }
+  constexpr ByteSet operator|(const ByteSet& other) const { return ByteSet(*this) |= other; }
+  constexpr ByteSet operator&(const ByteSet& other) const {
+    ByteSet both;
+    for (std::size_t i = 0; i < words.size(); ++i) both.words[i] = words[i] & other.words[i];
+    return both;
+  }
+  constexpr ByteSet operator~() const {
+    ByteSet others;
+    for (std::size_t i = 0; i < words.size(); ++i) others.words[i] = ~words[i];
+    return others;
+  }
+
+ private:
+  static constexpr std::uint64_t BitOf(char byte) {
+    return std::uint64_t{1} << (static_cast<unsigned char>(byte) % 64);
+  }
+  constexpr std::uint64_t& WordOf(char byte) {
+    return words[static_cast<unsigned char>(byte) / 64];
+  }
+
+  std::array<std::uint64_t, 4> words{};
+};
+
+}  // namespace tarn
