@@ -1,0 +1,242 @@
+// Reading a pattern: alternations hold alternatives, these hold pieces, and a piece is an atom with
+// at most one repeat behind it. No recursion goes deeper than the nine groups.
+#include "patterns/PatternEmitter.h"
+
+#include <string_view>
+
+#include "patterns/ByteSet.h"
+#include "patterns/PatternNode.h"
+
+namespace tarn {
+namespace {
+
+bool IsRepeat(char c) {
+  return c == '*' || c == '+' || c == '?';
+}
+
+bool EndsAlternative(char c) {
+  return c == '\0' || c == '|' || c == ')';
+}
+
+// What ends a run of literal characters when it stands behind one of them.
+bool EndsRun(char c) {
+  constexpr ByteSet kEnds(std::string_view("\0\n$().[^|", 9));
+  return kEnds.Has(c);
+}
+
+// From -128 to 127, whatever the machine's char.
+int SignedOf(char c) {
+  const int byte = static_cast<unsigned char>(c);
+  return byte < 128 ? byte : byte - 256;
+}
+
+bool IsWordBound(char c) {
+  return c == '<' || c == '>';
+}
+
+}  // namespace
+
+char* CPatternEmitter::Fail(PatternError code) {
+  error = PatternErrorText(code);
+  return nullptr;
+}
+
+bool CPatternEmitter::Parse(const char* pattern) {
+  position = pattern;
+  EmitByte(static_cast<char>(kPatternMagic));
+  return Alternation(false, patternFlags) != nullptr;
+}
+
+char* CPatternEmitter::Alternation(bool isGroup, int& flags) {
+  char* open = nullptr;
+  int closing = OpEnd;
+  if (isGroup) {
+    if (nextGroup == kPatternGroups) return Fail(PatternError::TooManyGroups);
+    closing = OpClose + nextGroup;
+    open = EmitNode(OpOpen + nextGroup++);
+  }
+  flags = HasWidth;
+  char* first = nullptr;
+  for (char* last = open;; ++position) {
+    int alternativeFlags = 0;
+    char* alternative = Alternative(alternativeFlags);
+    if (!alternative) return nullptr;
+    if (!first) first = open ? open : alternative;
+    if (last) LinkTail(last, alternative);
+    last = alternative;
+    if ((alternativeFlags & HasWidth) == 0) flags &= ~HasWidth;
+    flags |= alternativeFlags & StartsWithRepeat;
+    if (*position != '|') break;
+  }
+  char* end = EmitNode(closing);
+  LinkTail(first, end);
+  for (char* node = first; node; node = NextNode(node)) LinkOperandTail(node, end);
+  return ReadEnd(isGroup) ? first : nullptr;
+}
+
+bool CPatternEmitter::ReadEnd(bool isGroup) {
+  if (isGroup) {
+    if (*position != ')') return Fail(PatternError::UnterminatedGroup);
+    ++position;
+    return true;
+  }
+  if (*position == ')') return Fail(PatternError::UnmatchedClose);
+  return *position == '\0' || Fail(PatternError::JunkOnEnd);
+}
+
+char* CPatternEmitter::Alternative(int& flags) {
+  flags = 0;
+  char* branch = EmitNode(OpBranch);
+  char* chain = nullptr;
+  while (!EndsAlternative(*position)) {
+    int pieceFlags = 0;
+    char* piece = Piece(pieceFlags);
+    if (!piece) return nullptr;
+    flags |= pieceFlags & HasWidth;
+    if (chain) {
+      LinkTail(chain, piece);
+    } else {
+      flags |= pieceFlags & StartsWithRepeat;
+    }
+    chain = piece;
+  }
+  if (!chain) EmitNode(OpNothing);
+  return branch;
+}
+
+char* CPatternEmitter::Piece(int& flags) {
+  char* atom = Atom(flags);
+  const char repeat = *position;
+  if (!atom || !IsRepeat(repeat)) return atom;
+  if ((flags & HasWidth) == 0 && repeat != '?') return Fail(PatternError::EmptyOperand);
+  EmitRepeat(repeat, (flags & Simple) != 0, atom);
+  flags = repeat == '*' ? StartsWithRepeat : repeat == '+' ? StartsWithRepeat | HasWidth : 0;
+  if (IsRepeat(*++position)) return Fail(PatternError::NestedRepeat);
+  return atom;
+}
+
+// Once inserted, `node` is what was put in front of the atom.
+void CPatternEmitter::EmitRepeat(char repeat, bool isSimple, char* node) {
+  if (isSimple && repeat != '?') {
+    InsertNode(repeat == '*' ? OpStar : OpPlus, node);
+  } else if (repeat == '*') {  // the atom and back, or nothing
+    InsertNode(OpBranch, node);
+    LinkOperandTail(node, EmitNode(OpBack));
+    LinkOperandTail(node, node);
+    LinkTail(node, EmitNode(OpBranch));
+    LinkTail(node, EmitNode(OpNothing));
+  } else if (repeat == '+') {  // the atom, then back or nothing
+    char* branch = EmitNode(OpBranch);
+    LinkTail(node, branch);
+    LinkTail(EmitNode(OpBack), node);
+    LinkTail(branch, EmitNode(OpBranch));
+    LinkTail(node, EmitNode(OpNothing));
+  } else {  // the atom or nothing
+    InsertNode(OpBranch, node);
+    LinkTail(node, EmitNode(OpBranch));
+    char* nothing = EmitNode(OpNothing);
+    LinkTail(node, nothing);
+    LinkOperandTail(node, nothing);
+  }
+}
+
+char* CPatternEmitter::Atom(int& flags) {
+  flags = 0;
+  switch (*position) {
+    case '^':
+      ++position;
+      return EmitNode(OpLineBegin);
+    case '$':
+      ++position;
+      return EmitNode(OpLineEnd);
+    case '.':
+      ++position;
+      flags = HasWidth | Simple;
+      return EmitNode(OpAny);
+    case '[':
+      ++position;
+      flags = HasWidth | Simple;
+      return Set();
+    case '(': {
+      ++position;
+      char* group = Alternation(true, flags);
+      flags &= HasWidth | StartsWithRepeat;
+      return group;
+    }
+    case '\0':
+    case '|':
+    case ')':
+      return Fail(PatternError::EndInsteadOfAtom);
+    case '*':
+    case '+':
+    case '?':
+      return Fail(PatternError::RepeatOfNothing);
+    case '\\':
+      if (position[1] == '\0') return Fail(PatternError::TrailingBackslash);
+      if (!IsWordBound(position[1])) return Literal(flags);
+      position += 2;
+      return EmitNode(position[-1] == '<' ? OpWordBegin : OpWordEnd);
+    default:
+      return Literal(flags);
+  }
+}
+
+char* CPatternEmitter::Set() {
+  const bool isNegative = *position == '^';
+  if (isNegative) ++position;
+  char* set = EmitNode(isNegative ? OpAnyBut : OpAnyOf);
+  if (*position == ']' || *position == '-') EmitByte(*position++);
+  while (*position != '\0' && *position != ']') {
+    const bool isRange = *position == '-' && position[1] != '\0' && position[1] != ']';
+    if (!isRange) {
+      EmitByte(*position++);
+    } else if (!ReadRange()) {
+      return nullptr;
+    }
+  }
+  EmitByte('\0');
+  if (*position != ']') return Fail(PatternError::UnmatchedSet);
+  ++position;
+  return set;
+}
+
+// At the hyphen. The lower bound is in the set already; the zero byte, which ends the set, can't be
+// in it, nor in a subject.
+bool CPatternEmitter::ReadRange() {
+  const int low = SignedOf(position[-1]);
+  const int high = SignedOf(position[1]);
+  if (low > high) return Fail(PatternError::InvalidRange);
+  for (int byte = low + 1; byte <= high; ++byte) {
+    if (byte != 0) EmitByte(static_cast<char>(byte));
+  }
+  position += 2;
+  return true;
+}
+
+// As many characters as possible; but a repeat binds to the one character in front of it, so that
+// one is left to a node of its own.
+char* CPatternEmitter::Literal(int& flags) {
+  char* literal = EmitNode(OpExactly);
+  int length = 0;
+  for (bool goesOn = true; goesOn;) {
+    const char* start = position;
+    if (*position == '\\') ++position;
+    const char next = position[1];
+    if (IsRepeat(next) && length > 0) {
+      position = start;
+      break;
+    }
+    EmitByte(*position++);
+    ++length;
+    if (next == '\\') {
+      goesOn = position[1] != '\0' && !IsWordBound(position[1]);
+    } else {
+      goesOn = !IsRepeat(next) && !EndsRun(next);
+    }
+  }
+  EmitByte('\0');
+  flags = length == 1 ? HasWidth | Simple : HasWidth;
+  return literal;
+}
+
+}  // namespace tarn
