@@ -25,6 +25,7 @@ TEST(ParseNumber, ReadsWhatAttributesHold) {
       {"0x", 0},
       {"0xg1", 0},
       {"0x1g2", 1},
+      {"0x0x12", 0},
       {"00x12", 18},
   };
   for (const auto& [text, expected] : rows) {

@@ -172,7 +172,7 @@ TEST(XmlNode, TextsOfEveryLengthAreReadCopiedAndReplaced) {
     read->Clear();
     EXPECT_EQ(test::Flat(copy), "<r><b/>" + a + "<b/></r>") << length;
     CXmlNode* node = copy.GetChild(1);
-    for (const int next : {length - 1, length / 2, 0, length, 300, 2}) {
+    for (const int next : {length + 1, length - 1, length / 2, 0, length, 300, 2}) {
       node->SetAttrValue("x", text(next));
       node->SetValue(text(next) + "v");
       EXPECT_EQ(test::Flat(*node), "<a x=\"" + text(next) + "\" y=\"1\" >" + text(next) + "v</a>");

@@ -81,6 +81,7 @@ TEST(XmlReader, Attributes) {
       {"<a x=\"1\" x=\"2\"/>", "a[x=1][x=2] -> ''"},
       {"<a b>t</a>", "a -> null, error 4 at 'b>t</a>', <a> attribute has error "},
       {"<a b>t</a> c", "a[b>t</a>=] -> null, error 4 at 'c', <a> attribute has error "},
+      {"<a x=\"1\"", "a[x=1] -> null"},
       {"<a x=\"1\" ", "a[x=1] -> null, error 4 at '', <a> attribute has error "},
   });
 }
@@ -128,6 +129,7 @@ TEST(XmlReader, CloseTags) {
       {"<a></a >x", "a -> '>x'"},
       {"<r><a></a ></r>", "r'>'(a) -> ''"},
       {"<a></a\n>", "a -> null, error 3 at '', '<a> ... </a\n>' is not wel-formed."},
+      {"<a></A>", "a -> null, error 3 at '', '<a> ... </A>' is not wel-formed."},
       {"<a>< b=\"1\">x<c/></><d/></a>", "a(d) -> ''"},
       {"<a>< ", "a -> null, error 4 at '', <> attribute has error "},
   });
@@ -144,6 +146,7 @@ TEST(XmlReader, CommentsSectionsAndInstructions) {
       {"<a><?x?><b/></a>", "a(b) -> ''"},
       {"<a><?x?> <!--c--><b/></a>", "a(#COMMENT'c' b) -> ''"},
       {"<a><?x", "a -> null"},
+      {"<a><?x?>", "a -> null"},
       {"<a><!-- c", "a -> null"},
       {"<a><b/><![CDATA[ c ]]", "a(b) -> null"},
       {"<!-- <a/>", " -> null"},

@@ -125,11 +125,8 @@ TEST(XmlEntities, EncodeAndDecode) {
     EXPECT_EQ(row.table.Decode(row.encoded), row.plain);
   }
   const std::pair<const char*, const char*> decode[] = {
-      {"&quot", "&quot"},
-      {"&&quot;", "&\""},
-      {"&quot;quot;", "\"quot;"},
-      {"&nbsp;", "&nbsp;"},
-      {"a\r\nb\r\r\nc\n\rd\r", "ab\rc\n\rd\r"},
+      {"&quot", "&quot"},   {"&&quot;", "&\""},   {"&quot;quot;", "\"quot;"},
+      {"&nbsp;", "&nbsp;"}, {"&QUOT;", "&QUOT;"}, {"a\r\nb\r\r\nc\n\rd\r", "ab\rc\n\rd\r"},
       {"\r\r\n\n", "\r\n"},
   };
   for (const auto& [text, decoded] : decode) EXPECT_EQ(g_xmlEntities.Decode(text), decoded) << text;

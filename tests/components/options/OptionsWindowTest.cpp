@@ -52,6 +52,11 @@ TEST_F(OptionsWindowTest, ValuesAreCheckedAgainstTheirType) {
       {"Debug", "1", "\"1\" does not fit; Yes or No is wanted."},
       {"Level", "0x0F", ""},
       {"Level", "", ""},
+      {"Level", "17",
+       "\"17\" does not fit; a whole number from 1 to 0x10 is wanted, decimal or with 0x in "
+       "front."},
+      {"Level", "0",
+       "\"0\" does not fit; a whole number from 1 to 0x10 is wanted, decimal or with 0x in front."},
       {"Level", "$(Compiler.Optimize)",
        "\"s\" does not fit; a whole number from 1 to 0x10 is wanted, decimal or with 0x in front."},
       {"Count", "99999999999999999999",

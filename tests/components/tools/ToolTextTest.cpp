@@ -22,6 +22,7 @@ TEST(ToolText, CleanLineKeepsTextAroundEveryKindOfSequence) {
       {"character set", "\x1b(Bx", "x"},
       {"tab and line end", "a\tb\r", "a b"},
       {"zero and bell", std::string("a\0b\x07", 4), "a.b."},
+      {"high bytes stay", "\xe4\xff", "\xe4\xff"},
       {"leading blanks stay", "   ^  ", "   ^"},
   };
   for (const auto& row : rows) EXPECT_EQ(CleanLine(row.input), row.expected) << row.name;

@@ -57,6 +57,16 @@ TEST(DispatchDriver, AnObjectReleasedInsideItsOwnCallLivesToTheEndOfIt) {
   EXPECT_EQ(TestObject::alive, 0);
 }
 
+TEST(DispatchDriver, ACreationThatFailsLeavesNoObjectAndTellsWhy) {
+  ClassRegistry classes("/nowhere");
+  classes.RegisterFactory("Test.Object", [] { return DispatchPtr::Adopt(new TestObject); });
+  COleDispatchDriver driver;
+  EXPECT_TRUE(driver.CreateDispatch(classes, "Test.Object"));
+  EXPECT_FALSE(driver.CreateDispatch(classes, "Test"));
+  EXPECT_EQ(driver.GetDispatch(), nullptr);
+  EXPECT_EQ(driver.LastResult().text, "Test: no such class");
+}
+
 TEST(DispatchDriver, TwoThreadsCallAtOnceWithoutARace) {
   const DispatchPtr object = DispatchPtr::Adopt(new TestObject);
   COleDispatchDriver driver;

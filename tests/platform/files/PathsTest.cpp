@@ -32,6 +32,7 @@ TEST(Paths, CanonicalFormStaysAtTheRootAndKeepsItsStyle) {
       {"C:a/./b", "C:a\\b"},
       {".\\a", "a"},
       {"a/../..\\b", "../b"},
+      {"..\\..", "../.."},
       {"a\\..", "."},
   };
   for (const auto& [path, canonical] : rows) {

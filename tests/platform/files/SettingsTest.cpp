@@ -57,7 +57,7 @@ TEST(IniFile, ReadsWithTheProfileStringRules) {
 }
 
 TEST(IniFile, WritingTouchesNothingButTheValue) {
-  const auto write = [](const char* section, const char* key, const char* value) {
+  const auto write = [](const char* section, const char* key, const std::string& value) {
     return [=](IniFile& ini) { return ini.Write(section, key, value); };
   };
   const auto remove = [](IniFile& ini) { return ini.Remove("S", "a"); };
@@ -79,6 +79,7 @@ TEST(IniFile, WritingTouchesNothingButTheValue) {
       {"where it is read from", "[s]\na=1\n[t]\n[S]\nb=1\n", write("s", "b", "2"),
        "[s]\na=1\n[t]\n[S]\nb=2\n"},
       {"line break in the value", "[s]\n", write("s", "a", "1\n[t]"), nullptr},
+      {"zero in the value", "[s]\n", write("s", "a", std::string("1\0", 2)), nullptr},
       {"line break in the name", "[s]\n", write("s", "a\rb", "1"), nullptr},
       {"a name that would be a comment", "[s]\n", write("s", ";a", "1"), nullptr},
       {"a name that would be cut", "[s]\n", write("s", "a=b", "1"), nullptr},

@@ -21,6 +21,7 @@ TEST(Text, CaseFoldsAsciiOnlyAndOrdersByBytes) {
       {"umlaut bytes stay apart", "\xC4", "\xE4", -1},
       {"high bytes count unsigned", "\xE4", "z", 1},
       {"[ lies between the cases", "[", "a", -1},
+      {"@ and ` are no letters", "@", "`", -1},
       {"prefix is smaller", "ab", "ABC", -1},
       {"empty is smallest", "", "a", -1},
   };

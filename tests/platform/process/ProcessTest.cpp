@@ -257,6 +257,13 @@ TEST(Process, ManyAtOnceDoNotHoldEachOthersPipes) {
   EXPECT_EQ(right, 8);
 }
 
+// Reading it takes longer than what is waited for streams that do not end.
+TEST(Process, ASlowReaderLosesNothing) {
+  const auto process = StartShell("head -c 65536 /dev/zero");
+  const Outcome run = RunToEnd(*process, [] { std::this_thread::sleep_for(milliseconds(150)); });
+  EXPECT_EQ(run.output.size(), 65536u);
+}
+
 TEST(FindProgram, SearchesPathForProgramsOnly) {
   EXPECT_EQ(FindProgram("sh").front(), '/');
   EXPECT_EQ(FindProgram("/bin/sh"), "/bin/sh");

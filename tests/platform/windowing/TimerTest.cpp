@@ -56,6 +56,14 @@ TEST_F(TimerTest, MissedTicksAreNotCaughtUp) {
   EXPECT_EQ(ticks, 1);
 }
 
+TEST_F(TimerTest, TheRhythmHolds) {
+  int ticks = 0;
+  const auto start = std::chrono::steady_clock::now();
+  Set(1, 10, [&ticks] { ++ticks; });
+  EXPECT_TRUE(loop->PumpUntil([&ticks] { return ticks == 10; }, milliseconds(10000)));
+  EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(95));
+}
+
 TEST_F(TimerTest, ATickThatPumpsIsNotCalledInsideItselfButOthersAre) {
   int depth = 0;
   int deepest = 0;
