@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
+#include <cstdlib>
 #include <string>
 
 #include "components/tools/MessageFile.h"
@@ -14,13 +13,13 @@ namespace {
 
 // The page that a conforming processor makes of a log; empty, and the test fails, when it refuses.
 std::string Transform(const std::string& log) {
-  const std::string base = ::testing::TempDir() + "tarn-style-sheet-" +
-                           ::testing::UnitTest::GetInstance()->current_test_info()->name();
-  std::ofstream(base + ".xml", std::ios::binary) << log;
-  const std::string command = "xsltproc --nonet '" + Path("config/message.xslt") + "' '" + base +
-                              ".xml' >'" + base + ".html' 2>'" + base + ".txt'";
-  EXPECT_EQ(std::system(command.c_str()), 0) << ReadBytes(base + ".txt");
-  return ReadBytes(base + ".html");
+  const testing::ScratchFolder scratch;
+  scratch.Write("log.xml", log);
+  const std::string command = "xsltproc --nonet '" + Path("config/message.xslt") + "' '" +
+                              scratch / "log.xml" + "' >'" + scratch / "page" + "' 2>'" +
+                              scratch / "errors" + "'";
+  EXPECT_EQ(std::system(command.c_str()), 0) << ReadBytes(scratch / "errors");
+  return ReadBytes(scratch / "page");
 }
 
 std::string Between(const std::string& text, const std::string& start, const std::string& end) {
@@ -66,14 +65,13 @@ TEST(StyleSheet, LinesThatGetLostOrThatOnlyColourTellsApart) {
   const std::string page = Transform(Log("output", kSavedLine, messages));
   EXPECT_EQ(Between(page, "<title>", "</title>"), "Build log: 1 error, 2 warnings");
   EXPECT_EQ(Between(page, "<ol>", "</ol>"),
-            "<li class=\"error\"><span class=\"kind\">error</span><span class=\"text\">bad</span>"
-            "</li><li class=\"warning\"><span class=\"kind\">warning</span><span class=\"text\">"
-            "odd</span></li><li class=\"warning\"><span class=\"kind\">warning</span>"
-            "<span class=\"text\">odd again</span></li>"
-            "<li><span class=\"kind\"></span><span class=\"text\">said by the host</span></li>"
-            "<li class=\"plain\"><span class=\"kind\"></span><span class=\"text\">plain</span></li>"
-            "<li class=\"plain\"><span class=\"kind\"></span><span class=\"text\">only a header"
-            "</span></li>");
+            R"(<li class="error"><span class="kind">error</span><span class="text">bad</span>)"
+            R"(</li><li class="warning"><span class="kind">warning</span><span class="text">odd)"
+            R"(</span></li><li class="warning"><span class="kind">warning</span><span)"
+            R"( class="text">odd again</span></li><li><span class="kind"></span><span)"
+            R"( class="text">said by the host</span></li><li class="plain"><span class="kind">)"
+            R"(</span><span class="text">plain</span></li><li class="plain"><span class="kind">)"
+            R"(</span><span class="text">only a header</span></li>)");
 }
 
 TEST(StyleSheet, APlaceThatLeadsElsewhere) {

@@ -61,10 +61,8 @@ TEST_F(RealTools, AvrFirmwareIsCompiledLinkedAndMeasured) {
   folder.Write("h #1.h", "#define ONE 1\nchar buffer[18];\n");
   folder.Write("s.s", ".global other\nother: ret\n");
   ASSERT_TRUE(Run("avr-gcc.c", {"a,b.c"}, "out/dir/a.o")) << messages;
-  Expect(
-      {"Icon=\"1\" ShowInReport=\"yes\" Contain=\"unused variable 'u' "
-       "[-Wunused-variable]\"",
-       "File=\"~/a,b.c\" Line=\"4\"", "<link>err://~/a,b.c:4</link>"});
+  Expect({R"(Icon="1" ShowInReport="yes" Contain="unused variable 'u' [-Wunused-variable]")",
+          "File=\"~/a,b.c\" Line=\"4\"", "<link>err://~/a,b.c:4</link>"});
   Expect(
       {"<F Header=\"~/out/dir/a.o\" Infos=\"\" Date=\"1", "\"><D Header=\"~/h #1.h\"/></F></I>"});
   ASSERT_TRUE(Run("avr-gcc.asm", {"s.s"}, "out/s.o")) << messages;
@@ -81,8 +79,7 @@ TEST_F(RealTools, AvrErrorsOfAllThreeToolsLeadToTheirLines) {
   Expect(
       {"<message Description=\"In file included from ~/bad.c:1:0:\" File=\"~/bad.c\" "
        "Line=\"1\"><header>",
-       "Icon=\"2\" ShowInReport=\"yes\" Contain=\"expected ';', ',' or ')' before '{' "
-       "token\"",
+       R"(Icon="2" ShowInReport="yes" Contain="expected ';', ',' or ')' before '{' token")",
        "<link>err://~/bad.h:1</link>"});
   EXPECT_EQ(information, "");
   folder.Write("s.s", " nop\n foo r1\n");

@@ -75,9 +75,8 @@ TEST(ToolManager, OptionalStepsAddSizesAndNeverFailTheTool) {
   EXPECT_TRUE(tools.Run("link", "\"/p/o/a.o\""));
   EXPECT_EQ(Summary(tools.Messages()), "0 ld\n0 none-size\n0 none-size was not found\n");
   EXPECT_EQ(tools.manager->TakeBuildInformation(),
-            "<I><F Header=\"/p/o/a.elf\" Infos=\"flash 12 B\" Date=\"1000\"><D "
-            "Header=\"/p/x.ld\"/></F><F Header=\"/p/o/a.elf\" Infos=\"\" Date=\"1000\"><D "
-            "Header=\"/p/x.ld\"/></F></I>");
+            R"(<I><F Header="/p/o/a.elf" Infos="flash 12 B" Date="1000"><D Header="/p/x.ld"/>)"
+            R"(</F><F Header="/p/o/a.elf" Infos="" Date="1000"><D Header="/p/x.ld"/></F></I>)");
 }
 
 TEST(ToolManager, EveryFailureIsAnErrorInTheMessagesAndLeavesNoRecord) {

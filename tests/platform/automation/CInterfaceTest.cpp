@@ -71,7 +71,6 @@ TEST_F(CInterface, CallsByNumberAndByNameAreTheSame) {
       {"JOIN", 1, {TarnText(""), TarnLong(0)}, "''+0"},
       {"join", 1, {TarnText(nullptr), TarnEmpty()}, "null+0"},
       {"Join", 1, {cut, TarnLong(0)}, "'ab'+0"},
-      {"Unsigned", 2, {TarnLong(-1)}, "1"},
       {"Same", 3, {TarnObjectOf(object)}, "1"},
       {"Same", 3, {TarnObjectOf(nullptr)}, "0"},
       {"Self", 4, {}, "itself"},
@@ -79,21 +78,17 @@ TEST_F(CInterface, CallsByNumberAndByNameAreTheSame) {
       {"Join", 1, {TarnText("a")}, "3, Join takes 2 arguments, 1 were given, -1"},
       {"Join", 1, {TarnText("a"), TarnText("b")}, "4, argument 2 has the wrong type, 1"},
       {"Join", 1, {TarnText("a"), unknownKind}, "4, argument 2 is of no known kind, 1"},
-      {"Later", 7, {TarnLong(1)}, "5, later, -1"},
       {"Throw", 8, {TarnLong(0)}, "6, broken, -1"},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
+    const TarnVariant* const first = row.arguments.data();
+    const std::size_t count = row.arguments.size();
     TarnVariant result = TarnLong(7);
-    EXPECT_EQ(
-        Outcome(tarn->Invoke(object, row.id, row.arguments.data(), row.arguments.size(), &result),
-                result),
-        row.expected);
+    std::int32_t status = tarn->Invoke(object, row.id, first, count, &result);
+    EXPECT_EQ(Outcome(status, result), row.expected);
     result = TarnLong(7);
-    EXPECT_EQ(Outcome(tarn->InvokeByName(object, row.name, row.arguments.data(),
-                                         row.arguments.size(), &result),
-                      result),
-              row.expected);
+    status = tarn->InvokeByName(object, row.name, first, count, &result);
+    EXPECT_EQ(Outcome(status, result), row.expected);
     std::int32_t id = 0;
     EXPECT_EQ(tarn->GetId(object, row.name, &id), TARN_OK);
     EXPECT_EQ(id, row.id);
@@ -105,10 +100,7 @@ TEST_F(CInterface, WhatCannotBeCalledSaysWhy) {
   TarnVariant result = TarnLong(7);
   TarnObject* none = object;
   std::int32_t id = 5;
-  const struct {
-    std::function<std::int32_t()> call;
-    const char* expected;
-  } rows[] = {
+  const std::pair<std::function<std::int32_t()>, const char*> rows[] = {
       {[&] { return tarn->Invoke(object, 6, nullptr, 0, &result); },
        "2, no method with the number 6, -1"},
       {[&] { return tarn->InvokeByName(object, "Joi", nullptr, 0, &result); },
@@ -131,10 +123,10 @@ TEST_F(CInterface, WhatCannotBeCalledSaysWhy) {
       {[&] { return tarn->ListMethods(object, nullptr, nullptr); },
        "8, a null pointer was given, -1"},
   };
-  for (const auto& row : rows) {
-    const std::int32_t status = row.call();
+  for (const auto& [call, expected] : rows) {
+    const std::int32_t status = call();
     TarnVariant empty = TarnEmpty();
-    EXPECT_TRUE(Outcome(status, empty).starts_with(row.expected)) << row.expected;
+    EXPECT_TRUE(Outcome(status, empty).starts_with(expected)) << expected;
   }
   EXPECT_EQ(result.kind, TARN_EMPTY);
   EXPECT_EQ(none, nullptr);

@@ -6,10 +6,6 @@
 #include <gtest/gtest.h>
 #include <tarn/load.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
 #include "support/Surroundings.h"
 
 namespace tarn::test {
@@ -34,7 +30,7 @@ std::string FindInC(const char* name) {
 
 TEST(ClassStore, BothReadersFindTheSameLibrary) {
   const testing::ScratchFolder scratch;
-  setenv("TARN_SETTINGS", scratch.Path().c_str(), 1);
+  const testing::ScopedVariable settings("TARN_SETTINGS", scratch.Path().c_str());
   const struct {
     const char* row;
     std::string user, machine;
@@ -66,24 +62,16 @@ TEST(ClassStore, BothReadersFindTheSameLibrary) {
   };
   const ClassStore store(FileSystem::Native(), SettingsFolders::FromEnvironment());
   for (const auto& row : rows) {
-    for (const char* folder : {"user", "machine"}) {
-      std::filesystem::create_directories(scratch.Path() + "/" + folder);
-      std::ofstream(scratch.Path() + "/" + folder + "/registry.ini", std::ios::binary)
-          << (folder == std::string("user") ? row.user : row.machine);
-    }
+    scratch.Write("user/registry.ini", row.user);
+    scratch.Write("machine/registry.ini", row.machine);
     EXPECT_EQ(store.FindLibrary(row.name).value_or(""), row.expected) << row.row;
     EXPECT_EQ(FindInC(row.name), row.expected) << row.row;
   }
-  unsetenv("TARN_SETTINGS");
 }
 
 TEST(ClassStore, BothReadersLookIntoTheSameFiles) {
-  const struct {
-    const char* row;
-    const char* settings;
-    const char* config;
-    const char* home;
-  } rows[] = {
+  // What for, then the other root, the base folder and the home of the environment.
+  const char* const rows[][4] = {
       {"another root", "/r", "/c", "/h"},
       {"base folder", nullptr, "/c", "/h"},
       {"a relative base folder doesn't count", nullptr, "c", "/h"},
@@ -91,29 +79,16 @@ TEST(ClassStore, BothReadersLookIntoTheSameFiles) {
       {"no home in the environment", nullptr, nullptr, nullptr},
       {"empty ones", "", "", ""},
   };
-  const char* names[] = {"TARN_SETTINGS", "XDG_CONFIG_HOME", "HOME"};
-  const auto set = [](const char* name, const char* value) {
-    value == nullptr ? unsetenv(name) : setenv(name, value, 1);
-  };
-  std::vector<std::optional<std::string>> saved;
-  for (const char* name : names) {
-    const char* value = std::getenv(name);
-    saved.push_back(value == nullptr ? std::nullopt : std::optional<std::string>(value));
-  }
-  for (const auto& row : rows) {
-    set("TARN_SETTINGS", row.settings);
-    set("XDG_CONFIG_HOME", row.config);
-    set("HOME", row.home);
+  for (const auto& [name, root, config, home] : rows) {
+    const testing::ScopedVariable variables[] = {
+        {"TARN_SETTINGS", root}, {"XDG_CONFIG_HOME", config}, {"HOME", home}};
     ClassStore store(FileSystem::Native(), SettingsFolders::FromEnvironment());
     for (const int ofMachine : {0, 1}) {
       store.SetScope(ofMachine != 0 ? ClassScope::Machine : ClassScope::User);
       char file[TARN_PATH_SIZE];
       TarnRegistryFile(ofMachine, file, sizeof file);
-      EXPECT_EQ(file, store.GetPath()) << row.row;
+      EXPECT_EQ(file, store.GetPath()) << name;
     }
-  }
-  for (std::size_t i = 0; i < saved.size(); ++i) {
-    set(names[i], saved[i] ? saved[i]->c_str() : nullptr);
   }
 }
 
