@@ -49,13 +49,14 @@ const Lines kLines[] = {
       "*** ERROR L107 : ADDRESS SPACE OVERFLOW", "*** WARNING L1 : UNRESOLVED EXTERNAL SYMBOL"}},
     {"lines of row 3",
      {"C:\\src\\a.c:12:warning: no use of x",
-      "In file included from D:/work/firmware/board/src/main.c:3: note: expanded from here",
+      "In file included from D:/projects/firmware/board/src/main.c:3: note: expanded from here",
       "C:\\Program Files\\Tools\\include\\stdint.h:88: error: conflicting types for 'uint8_t'"}},
     {"lines of none",
      {"    SEGMENT: ?PR?PUTCHAR?UART", "src/drivers/uart.c: In function 'uart_put':",
       "avr-gcc -c -mmcu=atmega328p -Os -Wall -Iinclude -o build/Standard/main.o src/main.c",
       "  while (!(UCSR0A & (1 << UDRE0))) { /* wait: the register is still full */ }",
-      "Program Size: data=9.0 xdata=0 code=127", "make[1]: Entering directory '/work/firmware'"}},
+      "Program Size: data=9.0 xdata=0 code=127",
+      "make[1]: Entering directory '/home/dev/firmware'"}},
 };
 
 // --- The engines ---
