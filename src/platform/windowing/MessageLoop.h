@@ -57,6 +57,9 @@ class MessageLoop : public std::enable_shared_from_this<MessageLoop> {
   // How long until Pump has a timer to serve, rounded up; nothing without a timer. For another
   // event loop, which asks after each wake and each Pump.
   virtual std::optional<std::chrono::milliseconds> UntilNextTimer() = 0;
+  // What the timers go by: a clock that is moved by hand, or the machine's own for null.
+  using Clock = std::chrono::steady_clock;
+  virtual void SetTimerClock(std::function<Clock::time_point()> clock) = 0;
   // Makes a sleeping PumpUntil look at its condition again. May be called from any thread.
   virtual void Wake() = 0;
 };

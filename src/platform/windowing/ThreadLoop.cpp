@@ -156,7 +156,7 @@ bool ThreadLoop::TakePosted(Posted& posted) {
 }
 
 bool ThreadLoop::RunDueTimers() {
-  const Clock::time_point now = Clock::now();
+  const Clock::time_point now = TimerNow();
   bool any = false;
   while (TickOne(now)) any = true;
   return any;
@@ -191,7 +191,7 @@ void ThreadLoop::EndTick(TimerKey key, const TickHandler& onTick) {
   // Killed or set anew by its own tick: then it is not this one's to go on with.
   if (timer == timers.end() || timer->second.onTick != onTick) return;
   // Ticks keep their rhythm, and those that were missed meanwhile are left out.
-  const Clock::time_point now = Clock::now();
+  const Clock::time_point now = TimerNow();
   timer->second.due += timer->second.period;
   if (timer->second.due <= now) timer->second.due = now + timer->second.period;
 }
@@ -231,11 +231,16 @@ void ThreadLoop::Sleep(Clock::time_point limit, bool onlyCalls) {
   std::unique_lock guard(lock);
   if (!onlyCalls) {
     const auto timer = NextTimer();
-    if (timer != timers.end()) limit = std::min(limit, timer->second.due);
+    if (timer != timers.end())
+      limit = std::min(limit, Clock::now() + (timer->second.due - TimerNow()));
   }
   changed.wait_until(guard, limit,
                      [&] { return woken || !calls.empty() || (!onlyCalls && !messages.empty()); });
   woken = false;
+}
+
+void ThreadLoop::SetTimerClock(std::function<Clock::time_point()> clock) {
+  timerClock = std::move(clock);
 }
 
 void ThreadLoop::SetWakeHandler(std::function<void()> wake) {
@@ -252,7 +257,7 @@ std::optional<std::chrono::milliseconds> ThreadLoop::UntilNextTimer() {
   const std::lock_guard guard(lock);
   const auto timer = NextTimer();
   if (timer == timers.end()) return std::nullopt;
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(timer->second.due - Clock::now());
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(timer->second.due - TimerNow());
   return std::max(left, std::chrono::milliseconds(0));
 }
 
@@ -282,7 +287,7 @@ void ThreadLoop::SetTimer(WindowHandle window, std::int32_t id, std::chrono::mil
   // What the handlers hold is let go of behind the lock: it may come back here.
   Timer timer;
   timer.period = std::max(period, std::chrono::milliseconds(1));
-  timer.due = Clock::now() + timer.period;
+  timer.due = TimerNow() + timer.period;
   timer.onTick = std::make_shared<const std::function<void()>>(std::move(onTick));
   {
     const std::lock_guard guard(lock);

@@ -26,8 +26,6 @@ namespace tarn {
 // runs, except that the handler has a lock of its own around it.
 class ThreadLoop final : public MessageLoop {
  public:
-  using Clock = std::chrono::steady_clock;
-
   // The calling thread's loop; a closed one when the thread is already past its end.
   static std::shared_ptr<ThreadLoop> Current();
 
@@ -39,6 +37,7 @@ class ThreadLoop final : public MessageLoop {
   bool ServeUntil(const std::function<bool()>& done, std::chrono::milliseconds limit) override;
   void SetWakeHandler(std::function<void()> wake) override;
   std::optional<std::chrono::milliseconds> UntilNextTimer() override;
+  void SetTimerClock(std::function<Clock::time_point()> clock) override;
   void Wake() override;
 
   // False when the loop is closed.
@@ -89,6 +88,7 @@ class ThreadLoop final : public MessageLoop {
                     std::chrono::milliseconds limit, bool onlyCalls);
   void Sleep(Clock::time_point limit, bool onlyCalls);
   void NotifyOtherLoop();
+  Clock::time_point TimerNow() const { return timerClock ? timerClock() : Clock::now(); }
 
   std::mutex lock;
   std::condition_variable changed;
@@ -98,6 +98,8 @@ class ThreadLoop final : public MessageLoop {
   std::vector<TimerKey> ticking;  // whose handler is running now, the innermost last
   bool woken = false;
   bool closed = false;
+
+  std::function<Clock::time_point()> timerClock;  // of the loop's thread
 
   std::mutex wakeLock;
   std::function<void()> wakeHandler;

@@ -1,0 +1,56 @@
+#include "platform/windowing/Toolkit.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kByteWidth = 8;
+constexpr int kLineHeight = 16;
+
+thread_local WindowToolkit* currentToolkit = nullptr;
+
+}  // namespace
+
+std::unique_ptr<WindowPeer> WindowToolkit::MakePeer(CWnd& /*window*/) {
+  return nullptr;
+}
+
+Size WindowToolkit::MeasureText(const Font& /*font*/, std::string_view text) {
+  return {static_cast<int>(text.size()) * kByteWidth, kLineHeight};
+}
+
+Color WindowToolkit::GetColor(SystemColor color) {
+  switch (color) {
+    case SystemColor::Window:
+    case SystemColor::HighlightText:
+      return MakeColor(255, 255, 255);
+    case SystemColor::Highlight:
+      return MakeColor(0, 0, 128);
+    case SystemColor::WindowText:
+      break;
+  }
+  return MakeColor(0, 0, 0);
+}
+
+void WindowToolkit::SetCursor(CursorShape /*shape*/) {}
+
+int WindowToolkit::TrackMenu(const CMenu& /*menu*/, Point /*screen*/, CWnd& /*owner*/) {
+  return 0;
+}
+
+void WindowToolkit::SetClipboardText(const std::string& /*text*/) {}
+
+void WindowToolkit::DragText(CWnd& /*source*/, const std::string& /*text*/) {}
+
+void WindowToolkit::OpenAddress(const std::string& /*address*/) {}
+
+WindowToolkit& WindowToolkit::Current() {
+  static WindowToolkit withoutScreen;
+  return currentToolkit != nullptr ? *currentToolkit : withoutScreen;
+}
+
+void WindowToolkit::SetCurrent(WindowToolkit* toolkit) {
+  currentToolkit = toolkit;
+}
+
+}  // namespace tarn
