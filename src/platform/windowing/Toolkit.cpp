@@ -1,5 +1,8 @@
 #include "platform/windowing/Toolkit.h"
 
+#include "platform/windowing/Edit.h"
+#include "platform/windowing/ToolBar.h"
+
 namespace tarn {
 
 namespace {
@@ -12,6 +15,14 @@ thread_local WindowToolkit* currentToolkit = nullptr;
 }  // namespace
 
 std::unique_ptr<WindowPeer> WindowToolkit::MakePeer(CWnd& /*window*/) {
+  return nullptr;
+}
+
+std::unique_ptr<EditPeer> WindowToolkit::MakePeer(CEdit& /*edit*/) {
+  return nullptr;
+}
+
+std::unique_ptr<ToolBarPeer> WindowToolkit::MakePeer(CToolBar& /*bar*/) {
   return nullptr;
 }
 

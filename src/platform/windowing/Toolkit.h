@@ -9,7 +9,11 @@
 
 namespace tarn {
 
+class CEdit;
 class CMenu;
+class CToolBar;
+class EditPeer;
+class ToolBarPeer;
 
 // What draws the windows of a thread. A toolkit makes a peer for each window that is created, has
 // the measures of the screen, and runs what takes the user's whole attention for a moment: menus,
@@ -23,6 +27,8 @@ class WindowToolkit {
 
   // One for each kind of window; null where nothing is drawn.
   virtual std::unique_ptr<WindowPeer> MakePeer(CWnd& window);
+  virtual std::unique_ptr<EditPeer> MakePeer(CEdit& edit);
+  virtual std::unique_ptr<ToolBarPeer> MakePeer(CToolBar& bar);
 
   virtual Size MeasureText(const Font& font, std::string_view text);
   virtual Color GetColor(SystemColor color);

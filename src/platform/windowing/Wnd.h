@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/windowing/Geometry.h"
@@ -192,6 +193,8 @@ class CWnd : public WindowTarget {
   virtual std::unique_ptr<WindowPeer> MakePeer(WindowToolkit& toolkit);
 
   WindowPeer* GetPeer() const { return peer.get(); }
+  // The text as the user has made it, which the peer knows already.
+  void AdoptWindowText(std::string newText) { text = std::move(newText); }
 
  private:
   friend void RunIdle();
