@@ -34,10 +34,10 @@ CWnd::~CWnd() {
 
 bool CWnd::Create(std::uint32_t newStyle, const Rect& newRect, CWnd* newParent, int newId) {
   if (handle != 0) return false;
-  style = newStyle;
-  rect = newRect;
-  id = newId;
-  isVisible = (style & kStyleVisible) != 0;
+  windowStyle = newStyle;
+  windowRect = newRect;
+  windowId = newId;
+  isVisible = (windowStyle & kStyleVisible) != 0;
   handle = RegisterWindow(*this);
   Attach(newParent);
   peer = MakePeer(WindowToolkit::Current());
@@ -46,7 +46,7 @@ bool CWnd::Create(std::uint32_t newStyle, const Rect& newRect, CWnd* newParent, 
     return false;
   }
   if (handle == 0) return false;
-  OnSize({rect.Width(), rect.Height()});
+  OnSize({windowRect.Width(), windowRect.Height()});
   return true;
 }
 
@@ -57,10 +57,10 @@ void CWnd::DestroyWindow() {
   ReleaseCapture();
   OnDestroy();
   if (handle != going) return;
-  while (!children.empty()) {
-    CWnd* const child = children.back();
+  while (!childWindows.empty()) {
+    CWnd* const child = childWindows.back();
     child->DestroyWindow();
-    if (!children.empty() && children.back() == child) children.pop_back();
+    if (!childWindows.empty() && childWindows.back() == child) childWindows.pop_back();
   }
   UnregisterWindow(handle);
   handle = 0;
@@ -69,18 +69,18 @@ void CWnd::DestroyWindow() {
 }
 
 void CWnd::Attach(CWnd* newParent) {
-  parent = newParent;
-  (parent != nullptr ? parent->children : OfThread().tops).push_back(this);
+  parentWindow = newParent;
+  (parentWindow != nullptr ? parentWindow->childWindows : OfThread().tops).push_back(this);
 }
 
 void CWnd::Detach() {
-  std::erase(parent != nullptr ? parent->children : OfThread().tops, this);
-  parent = nullptr;
+  std::erase(parentWindow != nullptr ? parentWindow->childWindows : OfThread().tops, this);
+  parentWindow = nullptr;
 }
 
 CWnd* CWnd::FindChild(int childId) const {
-  for (CWnd* const child : children) {
-    if (child->id == childId) return child;
+  for (CWnd* const child : childWindows) {
+    if (child->windowId == childId) return child;
   }
   return nullptr;
 }
@@ -91,17 +91,18 @@ std::intptr_t CWnd::SendOwner(std::uint32_t message, std::intptr_t wParam, std::
 }
 
 void CWnd::MoveWindow(const Rect& newRect) {
-  if (newRect == rect) return;
-  const bool isResized = newRect.Width() != rect.Width() || newRect.Height() != rect.Height();
-  rect = newRect;
+  if (newRect == windowRect) return;
+  const bool isResized =
+      newRect.Width() != windowRect.Width() || newRect.Height() != windowRect.Height();
+  windowRect = newRect;
   if (peer) peer->OnMoved();
-  if (isResized && handle != 0) OnSize({rect.Width(), rect.Height()});
+  if (isResized && handle != 0) OnSize({windowRect.Width(), windowRect.Height()});
 }
 
 Point CWnd::ClientToScreen(Point point) const {
-  for (const CWnd* window = this; window != nullptr; window = window->parent) {
-    point.x += window->rect.left;
-    point.y += window->rect.top;
+  for (const CWnd* window = this; window != nullptr; window = window->parentWindow) {
+    point.x += window->windowRect.left;
+    point.y += window->windowRect.top;
   }
   return point;
 }
@@ -119,14 +120,14 @@ void CWnd::EnableWindow(bool enable) {
 }
 
 void CWnd::SetWindowText(const std::string& newText) {
-  if (newText == text) return;
-  text = newText;
+  if (newText == windowText) return;
+  windowText = newText;
   if (peer) peer->OnTextChanged();
 }
 
 void CWnd::SetFont(const Font& newFont) {
-  if (newFont == font) return;
-  font = newFont;
+  if (newFont == windowFont) return;
+  windowFont = newFont;
   if (peer) peer->OnFontChanged();
 }
 
@@ -181,8 +182,8 @@ void CWnd::FreeRetired() {
 
 void CWnd::NotifyResized(Size size) {
   if (handle == 0) return;
-  rect.right = rect.left + size.width;
-  rect.bottom = rect.top + size.height;
+  windowRect.right = windowRect.left + size.width;
+  windowRect.bottom = windowRect.top + size.height;
   OnSize(size);
 }
 
@@ -213,13 +214,13 @@ bool CWnd::NotifyKey(const KeyEvent& event) {
 }
 
 void CWnd::NotifyDroppedFiles(const std::vector<std::string>& paths) {
-  for (CWnd* window = this; window != nullptr; window = window->parent) {
+  for (CWnd* window = this; window != nullptr; window = window->parentWindow) {
     if (window->acceptsFiles) return window->OnDropFiles(paths);
   }
 }
 
 void CWnd::NotifyContextMenu(Point screen) {
-  for (CWnd* window = this; window != nullptr; window = window->parent) {
+  for (CWnd* window = this; window != nullptr; window = window->parentWindow) {
     if (window->OnContextMenu(screen)) return;
   }
 }
@@ -243,9 +244,9 @@ void CWnd::IdleWithChildren() {
   const WindowHandle own = handle;
   OnIdle();
   if (!IsWindow(own)) return;
-  const std::vector<CWnd*> asked = children;
+  const std::vector<CWnd*> asked = childWindows;
   for (CWnd* const child : asked) {
-    if (std::find(children.begin(), children.end(), child) != children.end()) {
+    if (std::find(childWindows.begin(), childWindows.end(), child) != childWindows.end()) {
       child->IdleWithChildren();
     }
   }

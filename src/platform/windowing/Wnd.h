@@ -100,22 +100,22 @@ class CWnd : public WindowTarget {
   // 0 unless it stands.
   WindowHandle GetHandle() const { return handle; }
 
-  CWnd* GetParent() const { return parent; }
-  int GetId() const { return id; }
-  std::uint32_t GetStyle() const { return style; }
-  const std::vector<CWnd*>& GetChildren() const { return children; }
+  CWnd* GetParent() const { return parentWindow; }
+  int GetId() const { return windowId; }
+  std::uint32_t GetStyle() const { return windowStyle; }
+  const std::vector<CWnd*>& GetChildren() const { return childWindows; }
   // Null for none.
   CWnd* FindChild(int childId) const;
   // Who hears of it: the owner that was set, else the parent. Null for neither. The owner is
   // borrowed and outlives the window.
-  CWnd* GetOwner() const { return owner != nullptr ? owner : parent; }
-  void SetOwner(CWnd* newOwner) { owner = newOwner; }
+  CWnd* GetOwner() const { return ownerWindow != nullptr ? ownerWindow : parentWindow; }
+  void SetOwner(CWnd* newOwner) { ownerWindow = newOwner; }
   // Sends to the owner; 0 without one.
   std::intptr_t SendOwner(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam);
 
   // In the parent's client coordinates; those of a window without a parent are the host's matter.
-  const Rect& GetRect() const { return rect; }
-  Rect GetClientRect() const { return {0, 0, rect.Width(), rect.Height()}; }
+  const Rect& GetRect() const { return windowRect; }
+  Rect GetClientRect() const { return {0, 0, windowRect.Width(), windowRect.Height()}; }
   void MoveWindow(const Rect& newRect);
   Point ClientToScreen(Point point) const;
   void ShowWindow(bool show);
@@ -124,9 +124,9 @@ class CWnd : public WindowTarget {
   void EnableWindow(bool enable);
   bool IsEnabled() const { return isEnabled; }
   void SetWindowText(const std::string& newText);
-  const std::string& GetWindowText() const { return text; }
+  const std::string& GetWindowText() const { return windowText; }
   void SetFont(const Font& newFont);
-  const Font& GetFont() const { return font; }
+  const Font& GetFont() const { return windowFont; }
   void SetFocus();
   bool HasFocus() const;
   void SetCapture();
@@ -194,7 +194,7 @@ class CWnd : public WindowTarget {
 
   WindowPeer* GetPeer() const { return peer.get(); }
   // The text as the user has made it, which the peer knows already.
-  void AdoptWindowText(std::string newText) { text = std::move(newText); }
+  void AdoptWindowText(std::string newText) { windowText = std::move(newText); }
 
  private:
   friend void RunIdle();
@@ -205,18 +205,18 @@ class CWnd : public WindowTarget {
   void FreeRetired();
 
   WindowHandle handle = 0;
-  CWnd* parent = nullptr;
-  CWnd* owner = nullptr;
-  int id = 0;
-  std::uint32_t style = 0;
-  Rect rect;
-  std::string text;
-  Font font;
+  CWnd* parentWindow = nullptr;
+  CWnd* ownerWindow = nullptr;
+  int windowId = 0;
+  std::uint32_t windowStyle = 0;
+  Rect windowRect;
+  std::string windowText;
+  Font windowFont;
   bool isVisible = false;
   bool isEnabled = true;
   bool hasCapture = false;
   bool acceptsFiles = false;
-  std::vector<CWnd*> children;
+  std::vector<CWnd*> childWindows;
   std::vector<std::unique_ptr<CWnd>> retired;
   std::unique_ptr<WindowPeer> peer;
 };
