@@ -2,6 +2,7 @@
 
 #include "platform/windowing/Edit.h"
 #include "platform/windowing/ToolBar.h"
+#include "platform/windowing/TreeCtrl.h"
 
 namespace tarn {
 
@@ -23,6 +24,14 @@ std::unique_ptr<EditPeer> WindowToolkit::MakePeer(CEdit& /*edit*/) {
 }
 
 std::unique_ptr<ToolBarPeer> WindowToolkit::MakePeer(CToolBar& /*bar*/) {
+  return nullptr;
+}
+
+std::unique_ptr<WindowPeer> WindowToolkit::MakePeer(CTipWindow& /*tip*/) {
+  return nullptr;
+}
+
+std::unique_ptr<TreePeer> WindowToolkit::MakePeer(CTreeCtrl& /*tree*/) {
   return nullptr;
 }
 

@@ -14,6 +14,9 @@ class CMenu;
 class CToolBar;
 class EditPeer;
 class ToolBarPeer;
+class CTipWindow;
+class CTreeCtrl;
+class TreePeer;
 
 // What draws the windows of a thread. A toolkit makes a peer for each window that is created, has
 // the measures of the screen, and runs what takes the user's whole attention for a moment: menus,
@@ -29,6 +32,8 @@ class WindowToolkit {
   virtual std::unique_ptr<WindowPeer> MakePeer(CWnd& window);
   virtual std::unique_ptr<EditPeer> MakePeer(CEdit& edit);
   virtual std::unique_ptr<ToolBarPeer> MakePeer(CToolBar& bar);
+  virtual std::unique_ptr<WindowPeer> MakePeer(CTipWindow& tip);
+  virtual std::unique_ptr<TreePeer> MakePeer(CTreeCtrl& tree);
 
   virtual Size MeasureText(const Font& font, std::string_view text);
   virtual Color GetColor(SystemColor color);
