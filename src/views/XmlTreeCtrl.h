@@ -1,0 +1,148 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/windowing/TipWindow.h"
+#include "platform/windowing/TreeCtrl.h"
+#include "views/XmlTreeMessages.h"
+#include "xml/XmlNode.h"
+
+namespace tarn {
+
+// Which element name has which image.
+struct CXmlTreeImage {
+  std::string name;
+  int imageIndex = -1;
+};
+
+// Shows a tree of XML nodes and tells its owner what the user does to it, see XmlTreeMessages.h.
+// What a node means, what a double click does and where a drop may go is the owner's matter.
+//
+// Of a node it reads `Header` or else `Path` (the label), `highlight`, `Info`, `Marker` (how it is
+// drawn), `Desc` (its description), and keeps in `sate` whether its item is expanded. An element
+// whose name has no image is left out together with all below it.
+//
+// The nodes are the owner's; the items show the tree as it was at the last filling. Whoever changes
+// the shape of the tree calls SaveViewState before and Refill behind it, and ForgetNode before a
+// node is freed. Every message may come back as any call, the control's destruction included.
+class CXmlTreeCtrl : public CTreeCtrl {
+ public:
+  CXmlTreeCtrl() = default;
+  ~CXmlTreeCtrl() override;
+
+  // Modes 1 and 2 come with lines, buttons and a selection that always shows.
+  virtual bool Create(int mode, std::uint32_t style, const Rect& rect, CWnd* parent, int id);
+
+  // --- Pictures ---
+
+  // Elements of that name are shown from the next filling on, with that picture. Nothing when the
+  // name has one, or for null. The first bitmap gives the size of all.
+  void AddImage(const std::string& name, std::shared_ptr<const Bitmap> bitmap);
+  // Elements of that name are left out from the next filling on.
+  void RemoveImage(const std::string& name);
+  // Adds the pictures that `Marker` counts, one for every 16 pixels of width.
+  void AddMarkerImages(std::shared_ptr<const Bitmap> bitmap);
+
+  // --- Filling ---
+
+  // Shows that tree, or none for null. Forgets the current node, then selects every item with the
+  // selected label, one after the other, each with its message. Items, lines and scroll position
+  // that the new tree has as well stay, so that a filling costs a toolkit what has changed.
+  void SetXmlRoot(CXmlNode* newRoot);
+  // The same tree again, after a change of it.
+  void Refill();
+  // Writes into each node whether it is expanded, and keeps the label of the selected one.
+  void SaveViewState();
+  // The node and all below it are about to be freed: nothing here points at them any more.
+  void ForgetNode(const CXmlNode& node);
+
+  // --- Selection ---
+
+  // Selects the item of that node, if there is one. The message is posted.
+  void SelectNode(const CXmlNode* node);
+  // The node of the last selection or mouse action; null for none.
+  CXmlNode* GetCurrentNode() const { return currentNode; }
+  CXmlNode* GetXmlRoot() const { return rootNode; }
+  // What the next filling selects.
+  void SetSelectedLabel(const std::string& label) { selectedLabel = label; }
+  const std::string& GetSelectedLabel() const { return selectedLabel; }
+  // The label's place in client coordinates, for an editor over it; empty when it isn't visible.
+  Rect GetNodeTextRect(const CXmlNode& node) const;
+
+  // --- Switches ---
+
+  // Whether `Info` is drawn behind the label.
+  void SetShowInfo(bool on);
+  bool IsShowInfo() const { return showInfo; }
+  // The next click shows the description of what it hits, and turns this off.
+  void SetHelpMode(bool on) { helpMode = on; }
+  bool IsHelpMode() const { return helpMode; }
+  bool IsDragging() const { return dragging; }
+
+  const CTipWindow& GetTipWindow() const { return tipWindow; }
+  const CImageList* GetMarkerImages() const { return markerImageList.get(); }
+
+ protected:
+  void OnSelectionChanged() override;
+  void OnClick(const TreeHit& hit, Point point) override;
+  void OnLeftDoubleClick(Point point) override;
+  void OnMiddleDoubleClick(Point point) override;
+  void OnItemActivated(Point point) override;
+  void OnRightClick(Point point) override;
+  bool OnItemKey(const KeyEvent& event) override;
+  void OnBeginDrag(CTreeItem& item, Point point) override;
+  void OnMouseMove(Point point) override;
+  void OnLeftButtonUp(Point point) override;
+  void OnKillFocus() override;
+  void OnDestroy() override;
+  void OnItemGone(const CTreeItem& item) override;
+  DrawingSteps OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const override;
+
+ private:
+  static CXmlNode* NodeOf(const CTreeItem& item) { return static_cast<CXmlNode*>(item.GetData()); }
+  CTreeItem* FindItem(const CXmlNode* node) const;
+
+  // --- Filling ---
+
+  struct Filling;
+  // Null when elements of its name are not shown.
+  const CXmlTreeImage* ImageOf(const CXmlNode& node, Filling& filling) const;
+  std::vector<CXmlNode*> ShownChildren(const CXmlNode& node, Filling& filling) const;
+  std::unique_ptr<CTreeItem> BuildItem(CXmlNode& node, Filling& filling);
+  void UpdateItem(CTreeItem& item, Filling& filling);
+  void UpdateChildren(CTreeItem* item, const std::vector<CXmlNode*>& nodes, Filling& filling);
+  std::vector<CTreeItem*> ReplaceChildren(CTreeItem* item, const std::vector<CXmlNode*>& nodes,
+                                          int head, int tail, Filling& filling);
+  void CountChange(Filling& filling);
+  void SelectByLabel();
+  // True when the root of what is shown was among them.
+  bool ForgetSubtree(const CXmlNode& node);
+
+  void SendSelected(XmlTreeMessage message);
+  void ReorderSelected(bool upwards);
+  void EndDrag();
+
+  CXmlNode* currentNode = nullptr;
+  CXmlNode* rootNode = nullptr;
+  std::unique_ptr<CImageList> imageList;
+  std::unique_ptr<CImageList> markerImageList;
+  std::vector<CXmlTreeImage> imageEntries;
+  std::string selectedLabel;
+  bool showInfo = true;
+  bool helpMode = false;
+  bool isEmpty = true;
+  bool dragging = false;
+  CTreeItem* dragItem = nullptr;
+  CTreeItem* dropTarget = nullptr;
+  CTipWindow tipWindow;
+
+  std::unordered_map<const CXmlNode*, CTreeItem*> items;
+  unsigned fillCount = 0;        // tells a filling that another one ran inside its messages
+  bool isSelectingNode = false;  // the message of this selection is posted, not sent
+};
+
+}  // namespace tarn

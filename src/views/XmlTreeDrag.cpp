@@ -1,0 +1,76 @@
+// Drag and drop: the gesture is followed here; what a drop means, and whether it may be, is the
+// owner's matter.
+
+#include "platform/windowing/Toolkit.h"
+#include "views/XmlTreeCtrl.h"
+
+namespace tarn {
+
+namespace {
+
+// The picture hangs below and to the right of the cursor.
+constexpr Point kHotSpot{-15, -15};
+
+}  // namespace
+
+void CXmlTreeCtrl::OnBeginDrag(CTreeItem& item, Point point) {
+  const WindowHandle own = GetHandle();
+  const CXmlNode* const node = NodeOf(item);
+  SelectItem(&item);
+  if (!IsWindow(own)) return;
+  // The message of the selection may have filled the tree anew.
+  CTreeItem* const source = GetSelectedItem();
+  if (source == nullptr || NodeOf(*source) != node) return;
+  if (dragging) EndDrag();
+  if (!BeginDragImage(*source, kHotSpot, point)) return;
+  dragging = true;
+  dragItem = source;
+  dropTarget = nullptr;
+  SetCapture();
+}
+
+void CXmlTreeCtrl::OnMouseMove(Point point) {
+  if (dragging) {
+    MoveDragImage(point);
+    if (CTreeItem* const item = HitTest(point).item) {
+      SetDropHighlight(item);
+      dropTarget = item;
+      // So the view scrolls when the cursor comes near its edge.
+      if (CTreeItem* const above = item->GetPreviousVisible()) EnsureVisible(*above);
+      if (CTreeItem* const below = item->GetNextVisible()) EnsureVisible(*below);
+    }
+    ReleaseCapture();
+  }
+  if (helpMode) WindowToolkit::Current().SetCursor(CursorShape::Help);
+}
+
+void CXmlTreeCtrl::OnLeftButtonUp(Point /*point*/) {
+  if (!dragging) return;
+  const CTreeItem* const source = dragItem;
+  CTreeItem* const target = dropTarget;
+  EndDrag();
+  if (source == nullptr || target == nullptr) return;
+  if (source == target || target->IsBelow(*source)) return;
+  Expand(*target, true);
+  const CXmlNode* const from = NodeOf(*source);
+  const CXmlNode* const to = NodeOf(*target);
+  if (from == nullptr || to == nullptr) return;
+  SendOwner(kXmlTreeDrop, reinterpret_cast<std::intptr_t>(from),
+            reinterpret_cast<std::intptr_t>(to));
+}
+
+void CXmlTreeCtrl::EndDrag() {
+  dragging = false;
+  dragItem = nullptr;
+  dropTarget = nullptr;
+  EndDragImage();
+  ReleaseCapture();
+  SetDropHighlight(nullptr);
+}
+
+void CXmlTreeCtrl::OnKillFocus() {
+  if (dragging) EndDrag();
+  CTreeCtrl::OnKillFocus();
+}
+
+}  // namespace tarn

@@ -1,0 +1,78 @@
+// How an item looks: marker, label and, behind it, its information.
+
+#include <algorithm>
+
+#include "platform/text/Text.h"
+#include "platform/windowing/Toolkit.h"
+#include "views/XmlTreeCtrl.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kRightEnd = 1000;  // so far to the right a line is painted
+constexpr int kMarkerWidth = 16;
+constexpr int kPadding = 5;  // what a selected label is wider than its text
+constexpr int kMargin = 2;
+constexpr Color kInfoColor = 0xA00000;
+
+// What of a node decides its look.
+struct Look {
+  bool isBold = false;
+  std::string info;
+  int marker = -1;
+};
+
+Look LookOf(const CXmlNode* node) {
+  Look look;
+  if (node == nullptr) return look;
+  look.isBold = EqualNoCase(TextOf(node->GetAttrValue("highlight")), "Yes");
+  look.info = TextOf(node->GetAttrValue("Info"));
+  const char* const marker = node->GetAttrValue("Marker");
+  if (marker != nullptr) look.marker = ParseDecimal(marker);
+  return look;
+}
+
+}  // namespace
+
+DrawingSteps CXmlTreeCtrl::OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const {
+  DrawingSteps steps;
+  if (isEmpty || paint.rect.IsEmpty()) return steps;
+  const Look look = LookOf(NodeOf(item));
+  WindowToolkit& toolkit = WindowToolkit::Current();
+  Font labelFont = GetFont();
+  labelFont.isBold = labelFont.isBold || look.isBold;
+  Font infoFont = GetFont();
+  infoFont.isBold = false;
+  infoFont.isItalic = true;
+  const Color window = toolkit.GetColor(SystemColor::Window);
+  bool isSelected = paint.background != window;
+
+  Rect place = GetTextRect(item);
+  steps.push_back(FillStep{{place.left, place.top, kRightEnd, place.bottom}, window});
+  if (markerImageList != nullptr && look.marker >= 0 && look.marker < markerImageList->GetCount()) {
+    steps.push_back(
+        ImageStep{markerImageList.get(), look.marker, {place.left - kMarkerWidth, place.top}});
+  }
+  const Size labelSize = toolkit.MeasureText(labelFont, item.GetText());
+  const Size infoSize = toolkit.MeasureText(infoFont, look.info);
+  // Room for the information is kept while it isn't shown as well.
+  const int width = std::max(place.Width(), labelSize.width + infoSize.width + kPadding);
+  place.right = place.left + width;
+  isSelected = isSelected && width >= 0;
+  if (isSelected) steps.push_back(FillStep{place, toolkit.GetColor(SystemColor::Highlight)});
+
+  const Color selectedText = toolkit.GetColor(SystemColor::HighlightText);
+  const int shrink = (place.Height() - labelSize.height) / 2;
+  place = {place.left + kMargin, place.top + shrink, place.right - kMargin, place.bottom - shrink};
+  const Color labelColor = isSelected ? selectedText : paint.foreground;
+  steps.push_back(TextStep{place, item.GetText(), labelFont, labelColor});
+  if (showInfo && !look.info.empty()) {
+    place.left += labelSize.width;
+    place.right = kRightEnd;
+    steps.push_back(TextStep{place, look.info, infoFont, isSelected ? selectedText : kInfoColor});
+  }
+  return steps;
+}
+
+}  // namespace tarn

@@ -1,0 +1,217 @@
+// Filling: the items that stand are compared with the nodes, one list of children after the other,
+// and only where these differ something is built. Nodes are told apart by their address alone, so
+// an item may outlive its node until it is compared.
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/text/Text.h"
+#include "views/XmlTreeCtrl.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kExpandedBit = 32;
+
+// A toolkit takes each change by itself up to here, and looks at everything beyond.
+constexpr int kManyChanges = 64;
+
+const char* LabelOf(const CXmlNode& node) {
+  const char* label = node.GetAttrValue("Header");
+  if (label == nullptr) label = node.GetAttrValue("Path");
+  return label == nullptr ? "" : label;
+}
+
+bool IsKeptExpanded(const CXmlNode& node) {
+  const char* const state = node.GetAttrValue("sate");
+  return state == nullptr || (ParseDecimal(state) & kExpandedBit) != 0;
+}
+
+}  // namespace
+
+// One filling.
+struct CXmlTreeCtrl::Filling {
+  int changes = 0;
+  // Neighbours mostly have one name, and one text of it.
+  const char* lastName = nullptr;
+  const CXmlTreeImage* lastImage = nullptr;
+};
+
+const CXmlTreeImage* CXmlTreeCtrl::ImageOf(const CXmlNode& node, Filling& filling) const {
+  if (node.NameText() == filling.lastName) return filling.lastImage;
+  const auto found = std::find_if(
+      imageEntries.rbegin(), imageEntries.rend(),
+      [name = node.NameView()](const CXmlTreeImage& entry) { return entry.name == name; });
+  filling.lastName = node.NameText();
+  filling.lastImage = found == imageEntries.rend() ? nullptr : &*found;
+  return filling.lastImage;
+}
+
+std::vector<CXmlNode*> CXmlTreeCtrl::ShownChildren(const CXmlNode& node, Filling& filling) const {
+  std::vector<CXmlNode*> shown;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode* const child = node.GetChild(i);
+    if (ImageOf(*child, filling) != nullptr) shown.push_back(child);
+  }
+  return shown;
+}
+
+void CXmlTreeCtrl::SetXmlRoot(CXmlNode* newRoot) {
+  ++fillCount;
+  const CTreeItem* const topItem = GetRow(GetTopRow());
+  const CXmlNode* const topNode = topItem == nullptr ? nullptr : NodeOf(*topItem);
+  currentNode = nullptr;
+  rootNode = newRoot;
+  isEmpty = newRoot == nullptr;
+  DropSelection();
+  Filling filling;
+  std::vector<CXmlNode*> shown;
+  if (newRoot != nullptr && ImageOf(*newRoot, filling) != nullptr) shown.push_back(newRoot);
+  UpdateChildren(nullptr, shown, filling);
+  SetRedraw(true);
+  const CTreeItem* const newTop = FindItem(topNode);
+  SetTopRow(newTop == nullptr ? GetTopRow() : GetRowOf(*newTop));
+  // What is drawn of a node besides its item may be another.
+  Invalidate();
+  SelectByLabel();
+}
+
+void CXmlTreeCtrl::Refill() {
+  SetXmlRoot(rootNode);
+}
+
+std::unique_ptr<CTreeItem> CXmlTreeCtrl::BuildItem(CXmlNode& node, Filling& filling) {
+  const int image = ImageOf(node, filling)->imageIndex;
+  auto item = std::make_unique<CTreeItem>(LabelOf(node), image, image, &node);
+  items[&node] = item.get();
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode& child = *node.GetChild(i);
+    if (ImageOf(child, filling) != nullptr) item->AppendChild(BuildItem(child, filling));
+  }
+  item->SetExpanded(IsKeptExpanded(node));
+  return item;
+}
+
+void CXmlTreeCtrl::UpdateItem(CTreeItem& item, Filling& filling) {
+  const CXmlNode& node = *NodeOf(item);
+  const int image = ImageOf(node, filling)->imageIndex;
+  if (SetItem(item, LabelOf(node), image, image)) CountChange(filling);
+  UpdateChildren(&item, ShownChildren(node, filling), filling);
+  const bool expand = IsKeptExpanded(node);
+  if (!item.HasChildren() || item.IsExpanded() == expand) return;
+  CountChange(filling);
+  Expand(item, expand);
+}
+
+// Children that are the same at both ends of the list stay as they are.
+void CXmlTreeCtrl::UpdateChildren(CTreeItem* item, const std::vector<CXmlNode*>& nodes,
+                                  Filling& filling) {
+  const int oldCount = GetItemCount(item);
+  const int newCount = static_cast<int>(nodes.size());
+  const auto isSame = [&](int oldAt, int newAt) {
+    return NodeOf(*GetItemAt(item, oldAt)) == nodes[static_cast<std::size_t>(newAt)];
+  };
+  const int common = std::min(oldCount, newCount);
+  int head = 0;
+  while (head < common && isSame(head, head)) ++head;
+  int tail = 0;
+  while (tail < common - head && isSame(oldCount - 1 - tail, newCount - 1 - tail)) ++tail;
+
+  std::vector<CTreeItem*> reused;
+  if (head + tail < std::max(oldCount, newCount)) {
+    reused = ReplaceChildren(item, nodes, head, tail, filling);
+  }
+  for (int i = 0; i < head; ++i) UpdateItem(*GetItemAt(item, i), filling);
+  for (CTreeItem* const moved : reused) UpdateItem(*moved, filling);
+  for (int i = newCount - tail; i < newCount; ++i) UpdateItem(*GetItemAt(item, i), filling);
+}
+
+// Gives those of the new children whose items, and all below them, were there before.
+std::vector<CTreeItem*> CXmlTreeCtrl::ReplaceChildren(CTreeItem* item,
+                                                      const std::vector<CXmlNode*>& nodes, int head,
+                                                      int tail, Filling& filling) {
+  CountChange(filling);
+  CTreeItems old = TakeItems(item, head, GetItemCount(item) - head - tail);
+  CTreeItems built;
+  std::vector<CTreeItem*> reused;
+  for (auto node = nodes.begin() + head; node != nodes.end() - tail; ++node) {
+    CTreeItem* const known = FindItem(*node);
+    // An item that was taken keeps the number that it had.
+    const std::size_t at =
+        known == nullptr ? 0 : static_cast<std::size_t>(known->GetIndex() - head);
+    if (known != nullptr && at < old.size() && old[at].get() == known) {
+      reused.push_back(known);
+      built.push_back(std::move(old[at]));
+    } else {
+      built.push_back(BuildItem(**node, filling));
+    }
+  }
+  std::erase(old, nullptr);
+  DiscardItems(std::move(old));
+  InsertItems(item, head, std::move(built));
+  return reused;
+}
+
+void CXmlTreeCtrl::CountChange(Filling& filling) {
+  if (++filling.changes == kManyChanges) SetRedraw(false);
+}
+
+// Each message may destroy the control, fill it anew, which then has selected what there is, or
+// free nodes.
+void CXmlTreeCtrl::SelectByLabel() {
+  const WindowHandle own = GetHandle();
+  const unsigned fill = fillCount;
+  std::vector<const CXmlNode*> matches;
+  for (const CTreeItem* item = GetRootItem(); item != nullptr; item = item->GetNext()) {
+    if (EqualNoCase(item->GetText(), selectedLabel)) matches.push_back(NodeOf(*item));
+  }
+  for (const CXmlNode* const node : matches) {
+    CTreeItem* const item = FindItem(node);
+    if (item == nullptr) continue;
+    ChooseItem(item);
+    if (!IsWindow(own) || fillCount != fill) return;
+  }
+  TellSelection();
+  if (CTreeItem* const item = GetSelectedItem()) EnsureVisible(*item);
+}
+
+void CXmlTreeCtrl::SaveViewState() {
+  if (isEmpty) return;
+  for (const CTreeItem* item = GetRootItem(); item != nullptr; item = item->GetNext()) {
+    CXmlNode* const node = NodeOf(*item);
+    if (node == nullptr) continue;
+    const char* const state = item->IsExpanded() ? "32" : "0";
+    const char* const old = node->GetAttrValue("sate");
+    if (old == nullptr || std::strcmp(old, state) != 0) node->SetAttrValue("sate", state);
+  }
+  const CTreeItem* const chosen = GetSelectedItem();
+  if (chosen != nullptr && NodeOf(*chosen) != nullptr) selectedLabel = LabelOf(*NodeOf(*chosen));
+}
+
+void CXmlTreeCtrl::ForgetNode(const CXmlNode& node) {
+  if (ForgetSubtree(node)) SetXmlRoot(nullptr);
+}
+
+bool CXmlTreeCtrl::ForgetSubtree(const CXmlNode& node) {
+  bool isRootGoing = &node == rootNode;
+  if (&node == currentNode) currentNode = nullptr;
+  const auto found = items.find(&node);
+  if (found != items.end()) {
+    found->second->SetData(nullptr);
+    items.erase(found);
+  }
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    isRootGoing = ForgetSubtree(*node.GetChild(i)) || isRootGoing;
+  }
+  return isRootGoing;
+}
+
+void CXmlTreeCtrl::OnItemGone(const CTreeItem& item) {
+  const auto found = items.find(NodeOf(item));
+  if (found != items.end() && found->second == &item) items.erase(found);
+  if (&item == dragItem) dragItem = nullptr;
+  if (&item == dropTarget) dropTarget = nullptr;
+}
+
+}  // namespace tarn

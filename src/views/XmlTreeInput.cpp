@@ -1,0 +1,113 @@
+// Mouse and keyboard: what becomes a message to the owner.
+
+#include <chrono>
+#include <utility>
+
+#include "platform/text/Text.h"
+#include "platform/windowing/Toolkit.h"
+#include "views/XmlTreeCtrl.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kTipStyle = 6;
+constexpr std::chrono::milliseconds kTipDuration{5000};
+
+}  // namespace
+
+void CXmlTreeCtrl::SendSelected(XmlTreeMessage message) {
+  const CTreeItem* const item = GetSelectedItem();
+  if (item == nullptr) return;
+  currentNode = NodeOf(*item);
+  SendOwner(message, 0, 0);
+}
+
+void CXmlTreeCtrl::OnSelectionChanged() {
+  if (!isEmpty && !isSelectingNode) SendSelected(kXmlTreeSelect);
+}
+
+void CXmlTreeCtrl::OnClick(const TreeHit& hit, Point point) {
+  const bool isHelp = helpMode;
+  const bool isDescribed = hit.part == TreePart::Icon || hit.part == TreePart::StateIcon ||
+                           hit.part == TreePart::Label || hit.part == TreePart::RightOfLabel;
+  const CXmlNode* const node = isDescribed ? NodeOf(*hit.item) : nullptr;
+  const char* const description = node == nullptr ? nullptr : node->GetAttrValue("Desc");
+  // The node may be gone behind the message of the selection.
+  const bool hasDescription = description != nullptr;
+  const std::string title = hasDescription ? TextOf(node->GetAttrValue("Header")) : std::string();
+  const std::string body = TextOf(description);
+
+  const WindowHandle own = GetHandle();
+  if (hit.part == TreePart::RightOfLabel) SelectItem(hit.item);
+  if (!isHelp || !IsWindow(own)) return;
+  helpMode = false;
+  WindowToolkit::Current().SetCursor(CursorShape::Arrow);
+  if (!hasDescription) return;
+  tipWindow.SetFrameStyle(kTipStyle);
+  tipWindow.ShowTip(title, body, point, std::chrono::milliseconds(0), kTipDuration);
+}
+
+// The item neither expands nor collapses.
+void CXmlTreeCtrl::OnLeftDoubleClick(Point /*point*/) {
+  SendSelected(kXmlTreeOpen);
+}
+
+void CXmlTreeCtrl::OnMiddleDoubleClick(Point /*point*/) {
+  SendSelected(kXmlTreeActivate);
+}
+
+void CXmlTreeCtrl::OnItemActivated(Point point) {
+  tipWindow.Hide();
+  const TreeHit hit = HitTest(point);
+  if (hit.part != TreePart::Label) return;
+  currentNode = NodeOf(*hit.item);
+  SendOwner(kXmlTreeActivate, 0, 0);
+}
+
+void CXmlTreeCtrl::OnRightClick(Point point) {
+  const WindowHandle own = GetHandle();
+  const TreeHit hit = HitTest(point);
+  if (hit.item != nullptr) SelectItem(hit.item);
+  if (!IsWindow(own)) return;
+  tipWindow.Hide();
+  const CTreeItem* const item = GetSelectedItem();
+  if (item == nullptr) return;
+  currentNode = NodeOf(*item);
+  SendOwner(kXmlTreeRightClick, point.x, point.y);
+}
+
+bool CXmlTreeCtrl::OnItemKey(const KeyEvent& event) {
+  if (event.isShiftDown && (event.key == kKeyUp || event.key == kKeyDown)) {
+    ReorderSelected(event.key == kKeyUp);
+    return true;
+  }
+  SendOwner(kXmlTreeKey, event.key, 0);
+  return false;
+}
+
+// The selected node and its neighbour change places; the selection stays on its line.
+void CXmlTreeCtrl::ReorderSelected(bool upwards) {
+  const CTreeItem* const item = GetSelectedItem();
+  if (item == nullptr) return;
+  const CTreeItem* const sibling = upwards ? item->GetPreviousSibling() : item->GetNextSibling();
+  const CTreeItem* const above = item->GetParent();
+  if (sibling == nullptr || above == nullptr) return;
+  CXmlNode* const siblingNode = NodeOf(*sibling);
+  CXmlNode* const aboveNode = NodeOf(*above);
+  if (siblingNode == nullptr || aboveNode == nullptr || NodeOf(*item) == nullptr) return;
+  if (aboveNode->NameView() == "Dependencies") return;
+
+  const CXmlNode* const upper = upwards ? siblingNode : NodeOf(*item);
+  const CXmlNode* const lower = upwards ? NodeOf(*item) : siblingNode;
+  std::unique_ptr<CXmlNode> moved = aboveNode->DetachChild(lower);
+  if (moved == nullptr) return;
+  aboveNode->InsertChildBefore(std::move(moved), upper);
+  const WindowHandle own = GetHandle();
+  Refill();
+  if (!IsWindow(own)) return;
+  SelectNode(siblingNode);
+  SendOwner(kXmlTreeReorder, 0, 0);
+}
+
+}  // namespace tarn
