@@ -111,6 +111,11 @@ class CProjectModel {
   bool IsOpen() const { return isOpen; }
   bool IsDefaultProject() const { return isDefaultProject != 0; }
   bool IsModified() const { return modified != 0; }
+  // Siblings changed places.
+  void NoteReordered() {
+    modified = 1;
+    NoteUnpublished();
+  }
   bool IsPublishingSuspended() const { return publishingSuspended; }
   void SetPublishingSuspended(bool suspended) {
     publishingSuspended = suspended;

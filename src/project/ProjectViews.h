@@ -12,7 +12,8 @@ namespace tarn {
 // The project tree.
 class IProjectWindow {
  public:
-  virtual void SetProjectRoot(CXmlNode* root) = 0;
+  // False when there is no tree to show it in.
+  virtual bool SetProjectRoot(CXmlNode* root) = 0;
   virtual void RepaintWindow() = 0;
   virtual void RepaintTree() = 0;
   // The timer whose ticks run the model's PublishTick. Holds and releases the options window.
@@ -24,6 +25,8 @@ class IProjectWindow {
   virtual void ClearTree() = 0;
   virtual CXmlNode* GetSelectedNode() = 0;
   virtual void SelectTreeNode(CXmlNode* node) = 0;
+  // The node and all below it are about to be freed: no pointer into it stays.
+  virtual void ForgetNode(const CXmlNode& node) = 0;
 
  protected:
   ~IProjectWindow() = default;
@@ -84,6 +87,9 @@ class ProjectViews {
   CXmlNode* GetSelectedNode() const { return project ? project->GetSelectedNode() : nullptr; }
   void SelectTreeNode(CXmlNode* node) const {
     if (project) project->SelectTreeNode(node);
+  }
+  void ForgetNode(const CXmlNode& node) const {
+    if (project) project->ForgetNode(node);
   }
   void SetGlobalsFile(const std::string& path) const {
     if (classes) classes->SetGlobalsFile(path);

@@ -195,6 +195,7 @@ void CProjectModel::FreeSubtree(CXmlNode& parent, CXmlNode* node) {
 }
 
 void CProjectModel::ForgetPointersInto(const CXmlNode& node) {
+  views.ForgetNode(node);
   const auto liesBelow = [&node](const CXmlNode* pointer) {
     while (pointer != nullptr && pointer != &node) pointer = pointer->GetParent();
     return pointer != nullptr;

@@ -14,7 +14,10 @@ class RecordingProjectWindow : public IProjectWindow {
  public:
   std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }
 
-  void SetProjectRoot(CXmlNode*) override { calls.emplace_back("SetProjectRoot"); }
+  bool SetProjectRoot(CXmlNode*) override {
+    calls.emplace_back("SetProjectRoot");
+    return true;
+  }
   void RepaintWindow() override { calls.emplace_back("RepaintWindow"); }
   void RepaintTree() override { calls.emplace_back("RepaintTree"); }
   void StartStepTimer() override { calls.emplace_back("StartStepTimer"); }
@@ -23,6 +26,7 @@ class RecordingProjectWindow : public IProjectWindow {
   void EndTreeUpdate() override { calls.emplace_back("EndTreeUpdate"); }
   void ClearTree() override { calls.emplace_back("ClearTree"); }
   CXmlNode* GetSelectedNode() override { return nullptr; }
+  void ForgetNode(const CXmlNode&) override {}
   void SelectTreeNode(CXmlNode* node) override {
     calls.push_back("SelectTreeNode " + TextOf(node->GetAttrValue("Header")));
   }

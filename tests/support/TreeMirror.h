@@ -26,8 +26,8 @@ inline std::string TreeText(const CTreeCtrl& tree, const CTreeItem* above = null
   return text;
 }
 
-// A toolkit that draws one tree at a time: it knows of the tree what it was told and keeps that as a tree of
-// its own, as a model behind a view does. What it was told stands in `lines` as well.
+// A toolkit that draws one tree at a time: it knows of the tree what it was told and keeps that as
+// a tree of its own, as a model behind a view does. What it was told stands in `lines` as well.
 class TreeMirror : public RecordingToolkit {
  public:
   using WindowToolkit::MakePeer;

@@ -9,11 +9,13 @@
 #include "platform/windowing/ImageList.h"
 #include "support/ManualClock.h"
 #include "support/RecordingToolkit.h"
+#include "support/TinyBitmap.h"
 
 namespace tarn {
 namespace {
 
 using test::ManualClock;
+using test::TinyBitmap;
 using Lines = std::vector<std::string>;
 
 // Writes each event down, and does what the test wants of it.
@@ -184,34 +186,23 @@ TEST_F(WndTest, SizeIsToldOnlyWhenItChanges) {
   EXPECT_EQ(lines, (Lines{"child size 51x20", "child size 5x6"}));
 }
 
-std::string BitmapHeader(std::int32_t width, std::int32_t height) {
-  std::string bytes(54, '\0');
-  bytes.replace(0, 2, "BM");
-  bytes[14] = 40;
-  for (std::size_t i = 0; i < 4; ++i) {
-    bytes[18 + i] = static_cast<char>(static_cast<std::uint32_t>(width) >> (8 * i));
-    bytes[22 + i] = static_cast<char>(static_cast<std::uint32_t>(height) >> (8 * i));
-  }
-  return bytes;
-}
-
 TEST(ImageListTest, OnlyBitmapsWithPixelsAreRead) {
-  EXPECT_EQ(ReadBitmap(BitmapHeader(96, 16))->size, (Size{96, 16}));
-  EXPECT_EQ(ReadBitmap(BitmapHeader(300, -20))->size, (Size{300, 20}));
+  EXPECT_EQ(ReadBitmap(TinyBitmap(96, 16))->size, (Size{96, 16}));
+  EXPECT_EQ(ReadBitmap(TinyBitmap(300, -20))->size, (Size{300, 20}));
   for (const std::string& bytes :
-       {std::string(), std::string("BM"), BitmapHeader(0, 16), BitmapHeader(16, 0),
-        BitmapHeader(-1, 16), BitmapHeader(1, std::int32_t(0x80000000)),
-        BitmapHeader(16, 16).substr(0, 53), "GI" + BitmapHeader(16, 16).substr(2)}) {
+       {std::string(), std::string("BM"), TinyBitmap(0, 16), TinyBitmap(16, 0), TinyBitmap(-1, 16),
+        TinyBitmap(1, std::int32_t(0x80000000)), TinyBitmap(16, 16).substr(0, 53),
+        "GI" + TinyBitmap(16, 16).substr(2)}) {
     EXPECT_EQ(ReadBitmap(bytes), nullptr) << bytes.size();
   }
 }
 
 TEST(ImageListTest, StripsAreNumberedOneBehindTheOther) {
   CImageList images({16, 16});
-  EXPECT_EQ(images.Add(ReadBitmap(BitmapHeader(96, 16))), 0);
-  EXPECT_EQ(images.Add(ReadBitmap(BitmapHeader(15, 16))), -1);
+  EXPECT_EQ(images.Add(ReadBitmap(TinyBitmap(96, 16))), 0);
+  EXPECT_EQ(images.Add(ReadBitmap(TinyBitmap(15, 16))), -1);
   EXPECT_EQ(images.Add(nullptr), -1);
-  EXPECT_EQ(images.Add(ReadBitmap(BitmapHeader(31, 18))), 6);
+  EXPECT_EQ(images.Add(ReadBitmap(TinyBitmap(31, 18))), 6);
   EXPECT_EQ(images.GetCount(), 7);
 }
 

@@ -1,0 +1,135 @@
+// What the project window does with the events of its tree. Whatever an operation of the model, the
+// property manager or the host does meanwhile, also to this window, is noticed by the handle.
+
+#include <utility>
+
+#include "platform/text/Text.h"
+#include "platform/windowing/HostMessages.h"
+#include "views/ProjectWnd.h"
+#include "views/XmlTreeMessages.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kNameEditorId = 326;
+constexpr std::uint32_t kNameEditorStyle = 0x50800080;  // scrolls sideways, besides the usual
+constexpr int kNameEditorExtra = 100;                   // room for a longer name
+constexpr const char* kPopupSection = "Internal";
+
+}  // namespace
+
+std::intptr_t CProjectWnd::OnMessage(std::uint32_t message, std::intptr_t wParam,
+                                     std::intptr_t lParam) {
+  switch (message) {
+    case kXmlTreeSelect:
+      CloseNameEditor();
+      if (model != nullptr) model->SetCurrentNode(tree.GetCurrentNode());
+      break;
+    case kXmlTreeActivate:
+      CloseNameEditor();
+      SendTypeCommand("MDblClick");
+      break;
+    case kXmlTreeOpen:
+      CloseNameEditor();
+      OnOpen();
+      break;
+    case kXmlTreeDrop:
+      CloseNameEditor();
+      if (model != nullptr) {
+        model->MoveNode(reinterpret_cast<CXmlNode*>(wParam), reinterpret_cast<CXmlNode*>(lParam));
+      }
+      break;
+    case kXmlTreeRename:
+      OnRename(reinterpret_cast<const char*>(wParam));
+      break;
+    case kXmlTreeKey:
+      OnKey(static_cast<int>(wParam));
+      break;
+    case kXmlTreeReorder:
+      if (model != nullptr) model->NoteReordered();
+      break;
+    default:
+      break;
+  }
+  return 0;
+}
+
+// How this type of node behaves.
+std::string CProjectWnd::TypeProperty(const CXmlNode& node, const char* property) {
+  return propertyManager == nullptr
+             ? std::string()
+             : propertyManager->GetPropertyValue(node.GetName(), kPopupSection, property);
+}
+
+void CProjectWnd::SendTypeCommand(const char* property) {
+  const CXmlNode* const node = tree.GetCurrentNode();
+  if (node == nullptr) return;
+  const std::string command = TypeProperty(*node, property);
+  SendWindowMessage(hostWindow, kMsgCommand, ParseDecimal(command.c_str()), 0);
+}
+
+void CProjectWnd::OnOpen() {
+  const CXmlNode* const node = tree.GetCurrentNode();
+  if (node == nullptr) return;
+  if (node->NameView() == "Application" || node->NameView() == "Group") {
+    OpenNameEditor(*node);
+  } else {
+    SendTypeCommand("Open");
+  }
+}
+
+void CProjectWnd::OpenNameEditor(const CXmlNode& node) {
+  Rect place = tree.GetNodeTextRect(node);
+  place = {place.left - 1, place.top - 1, place.right + kNameEditorExtra + 1, place.bottom + 1};
+  nameEditor = std::make_unique<CEditName>();
+  nameEditor->SetFont(tree.GetFont());
+  nameEditor->Create(kNameEditorStyle, place, &tree, kNameEditorId);
+  nameEditor->SetFocus();
+}
+
+// The editor's own events may be what leads here.
+void CProjectWnd::CloseNameEditor() {
+  Retire(std::move(nameEditor));
+}
+
+void CProjectWnd::OnRename(const std::string& name) {
+  const CXmlNode* const node = tree.GetCurrentNode();
+  if (node == nullptr || model == nullptr || propertyManager == nullptr) return;
+  const std::string type = node->GetName();
+  const WindowHandle own = GetHandle();
+  propertyManager->SetPropertyValue(type, "General", "Header", name);
+  if (!IsWindow(own) || model == nullptr) return;
+  model->StoreChangedProperty(type + ".General.Header");
+  if (!IsWindow(own)) return;
+  tree.SetSelectedLabel(name);
+  tree.Refill();
+}
+
+void CProjectWnd::OnKey(int key) {
+  if (model == nullptr) return;
+  if (key == kKeyInsert) model->AddExistingItem(nullptr, nullptr);
+  if (key == kKeyDelete) model->RemoveItem(nullptr);
+}
+
+bool CProjectWnd::OnContextMenu(Point screen) {
+  CloseNameEditor();
+  const CXmlNode* const node = tree.GetCurrentNode();
+  if (node == nullptr) return true;
+  const std::string menu = TypeProperty(*node, "Menu");
+  if (menu.empty()) return true;
+  SendWindowMessage(hostWindow, kMsgShowPopupMenu, reinterpret_cast<std::intptr_t>(&screen),
+                    reinterpret_cast<std::intptr_t>(menu.c_str()));
+  return true;
+}
+
+void CProjectWnd::OnDropFiles(const std::vector<std::string>& paths) {
+  CloseNameEditor();
+  const WindowHandle own = GetHandle();
+  for (const std::string& path : paths) {
+    if (!IsWindow(own) || model == nullptr) return;
+    model->AddExistingItem(path.c_str(), nullptr);
+  }
+}
+
+}  // namespace tarn

@@ -1,0 +1,55 @@
+#include "views/XmlMenu.h"
+
+#include <utility>
+
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+// A smaller number counts from the first command of this system.
+constexpr int kFirstFrameCommand = 57601;
+constexpr int kCommandBase = 32772;
+
+int CommandOf(const char* id) {
+  const int number = ParseDecimal(id);
+  return number < kFirstFrameCommand ? number + kCommandBase : number;
+}
+
+void Fill(CMenu& menu, const CXmlNode& description) {
+  for (int i = 0; i < description.GetChildCount(); ++i) {
+    const CXmlNode& entry = *description.GetChild(i);
+    const std::string header = TextOf(entry.GetAttrValue("Header"));
+    if (TextOf(entry.GetAttrValue("Mode")) == "Separator") {
+      menu.AppendSeparator();
+    } else if (entry.GetChildCount() > 0) {
+      auto submenu = std::make_unique<CMenu>();
+      Fill(*submenu, entry);
+      menu.AppendSubmenu(std::move(submenu), header);
+    } else if (const char* id = entry.GetAttrValue("id")) {
+      menu.AppendCommand(CommandOf(id), header);
+    }
+  }
+}
+
+}  // namespace
+
+CXmlMenu::CXmlMenu() : menu(std::make_unique<CMenu>()), root(CXmlNode::CreateNode("")) {}
+
+CXmlMenu::~CXmlMenu() = default;
+
+bool CXmlMenu::LoadFromXml(const std::string& text) {
+  root = CXmlNode::CreateNode("");
+  root->Load(text, g_xmlParseInfo);
+  return root->NameView() == "Menu" && Rebuild();
+}
+
+bool CXmlMenu::Rebuild() {
+  auto made = std::make_unique<CMenu>();
+  Fill(*made, *root);
+  menu = std::move(made);
+  return true;
+}
+
+}  // namespace tarn

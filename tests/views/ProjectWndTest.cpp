@@ -1,0 +1,335 @@
+#include "views/ProjectWnd.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "platform/windowing/HostMessages.h"
+#include "project/ProjectWorld.h"
+#include "support/AnsweringUser.h"
+#include "support/ManualClock.h"
+#include "support/RecordingToolkit.h"
+#include "support/TinyBitmap.h"
+
+namespace tarn::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr const char* kContent =
+    "\n\t<Group Header=\"Sources\" >\n\t\t<C Header=\"main.c\" Path=\".\\main.c\" />\n\t\t"
+    "<C Header=\"led.c\" Path=\".\\led.c\" />\n\t</Group>\n\t<Group Header=\"Other\" />\n";
+
+// The project window over a real model, as the manager wires them.
+class ProjectWindow : public ::testing::Test {
+ protected:
+  ProjectWindow() {
+    world.AddDemo(kContent);
+    for (const char* file : {"/p/main.c", "/p/led.c"}) world.AddFile(file, "x");
+    for (const char* picture : {"/app/type.bmp", "/app/config/resources/marker.bmp",
+                                "/app/config/resources/dependencies.bmp"}) {
+      world.disk.AddFile(picture, TinyBitmap(18, 18));
+    }
+    world.disk.AddFile(world.model->configFilePath,
+                       "<Config><Types><Project /><Application /><Group /><C /></Types>"
+                       "<PopupMenus><Sources /><Files /></PopupMenus></Config>");
+    auto& defaults = world.components.Properties().defaults;
+    defaults[".Internal.Icon"] = "/app/type.bmp";
+    defaults["C.Internal.Open"] = "33039";
+    defaults["C.Internal.MDblClick"] = "33040x";
+    defaults["C.Internal.Menu"] = "Files";
+    Create();
+  }
+  ~ProjectWindow() override {
+    window->ForgetModel();
+    world.model->views = {};
+  }
+
+  void Create() {
+    window = std::make_unique<CProjectWnd>(world.disk, settings, *world.model,
+                                           world.propertyManager, world.host.Handle());
+    world.model->views.project = window.get();
+    window->Create(kStylePopup, {0, 0, 300, 400}, nullptr, 0);
+    window->LoadViewConfig(world.model->configFilePath);
+  }
+  void Open() {
+    ASSERT_EQ(world.OpenDemo(), 1);
+    world.model->PublishAll();
+    Pump();
+    TakeLines();
+    world.components.Properties().TakeCalls();
+  }
+  CXmlTreeCtrl& Tree() { return window->GetTree(); }
+  static void Pump() {
+    while (MessageLoop::ForCurrentThread()->Pump()) {
+    }
+  }
+  // What the host heard that is not about the log, and the model's current node.
+  Lines TakeLines() {
+    Lines kept;
+    for (std::string& line : world.host.TakeLines()) {
+      if (line.rfind("0x801B", 0) != 0) kept.push_back(std::move(line));
+    }
+    return kept;
+  }
+  void Select(const char* header) {
+    Tree().SelectNode(world.Node(header));
+    Pump();
+    TakeLines();
+  }
+  Point LabelOf(const char* header) {
+    const Rect place = Tree().GetNodeTextRect(*world.Node(header));
+    return {place.left + 1, place.top + 1};
+  }
+  // The tree as it is shown, one line an item: > in front of the selected one.
+  std::string Shown() {
+    std::string text;
+    for (int row = 0; row < Tree().GetRowCount(); ++row) {
+      const CTreeItem& item = *Tree().GetRow(row);
+      text += &item == Tree().GetSelectedItem() ? ">" : " ";
+      text += std::string(static_cast<std::size_t>(item.GetLevel()), '.') + item.GetText() + "\n";
+    }
+    return text;
+  }
+
+  RecordingToolkit toolkit;
+  ManualClock clock;
+  ProjectWorld world;
+  Settings settings{world.disk, {"/machine", "/user", "/userdata"}};
+  AnsweringUser user{world.host.Handle()};
+  std::unique_ptr<CProjectWnd> window;
+};
+
+TEST_F(ProjectWindow, WhatTheUserDoesReachesModelAndHost) {
+  const struct {
+    const char* name;
+    const char* selected;
+    std::function<void()> act;
+    Lines host;
+    const char* shape;
+  } rows[] = {
+      {"left double click on a file",
+       "led.c",
+       [this] { Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("led.c")); },
+       {"273 33039 0"},
+       "demo[Sources[main.c led.c] Other]"},
+      {"middle double click on a file",
+       "led.c",
+       [this] { Tree().NotifyDoubleClick(MouseButton::Middle, LabelOf("led.c")); },
+       {"273 33040 0"},
+       "demo[Sources[main.c led.c] Other]"},
+      {"middle double click where no command stands",
+       "Other",
+       [this] { Tree().NotifyDoubleClick(MouseButton::Middle, LabelOf("Other")); },
+       {"273 0 0"},
+       "demo[Sources[main.c led.c] Other]"},
+      {"context menu of a file",
+       "led.c",
+       [this] {
+         Tree().NotifyContextMenu({40, 50});
+       },
+       {"0x8012 * Files"},
+       "demo[Sources[main.c led.c] Other]"},
+      {"context menu of a type without one",
+       "Other",
+       [this] {
+         Tree().NotifyContextMenu({40, 50});
+       },
+       {},
+       "demo[Sources[main.c led.c] Other]"},
+      {"tool bar: properties",
+       "led.c",
+       [this] { window->GetToolBar().NotifyButton(32776); },
+       {"273 33035 0"},
+       "demo[Sources[main.c led.c] Other]"},
+      {"a key without a meaning",
+       "led.c",
+       [this] {
+         Tree().NotifyKey({kKeyF2, false, false});
+       },
+       {},
+       "demo[Sources[main.c led.c] Other]"},
+      {"Shift and Up",
+       "led.c",
+       [this] {
+         Tree().NotifyKey({kKeyUp, true, false});
+       },
+       // The filling selects what was selected at the last change, and then the row is chosen.
+       {"0x8019 demo Local Settings 4005", "0x8011 /p/demo.tapp 0",
+        "0x8019 main.c Local Settings 4005", "0x8011 /p/main.c 0"},
+       "demo[Sources[led.c main.c] Other]"},
+  };
+  for (const auto& row : rows) {
+    Open();
+    Select(row.selected);
+    row.act();
+    Pump();
+    EXPECT_EQ(TakeLines(), row.host) << row.name;
+    EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), row.shape) << row.name;
+    world.model->CloseProject();
+    world.AddDemo(kContent);
+  }
+}
+
+TEST_F(ProjectWindow, TheTreeFollowsTheProject) {
+  Open();
+  EXPECT_EQ(Shown(), " Tarn Project 'demo'\n>.demo\n ..Sources\n ...main.c\n ...led.c\n ..Other\n");
+  Tree().NotifyKey({kKeyDelete, false, false});
+  EXPECT_EQ(Shown(), ">Tarn Project 'demo'\n");
+  world.model->CloseProject();
+  EXPECT_EQ(Shown(), "");
+}
+
+TEST_F(ProjectWindow, RemovalOfTheSelectedNodeByAnyRoadLeavesNoPointer) {
+  const std::function<void()> roads[] = {
+      [&] {
+        Tree().NotifyKey({kKeyDelete, false, false});
+      },
+      [&] { world.model->RemoveItem("Sources"); },
+      [&] { world.model->RemoveItem(".\\main.c"); },
+      [&] { world.model->CloseProject(); },
+      [&] { world.model->SaveProject(); },
+      [&] { world.model->MoveNode(world.Node("Sources"), world.Node("Other")); },
+  };
+  for (const auto& road : roads) {
+    Open();
+    Select("main.c");
+    road();
+    Pump();
+    const CXmlNode* const selected = window->GetSelectedNode();
+    if (selected != nullptr) {
+      EXPECT_EQ(world.Node(TextOf(selected->GetAttrValue("Header")).c_str()), selected);
+    }
+    world.model->GetCurrentNode()->GetName();
+    world.model->CloseProject();
+    world.AddDemo(kContent);
+  }
+}
+
+TEST_F(ProjectWindow, NamesAreEditedInPlace) {
+  Open();
+  Select("Other");
+  Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("Other"));
+  CEditName* editor = window->GetNameEditor();
+  ASSERT_NE(editor, nullptr);
+  EXPECT_TRUE(editor->HasFocus());
+  const Rect label = Tree().GetNodeTextRect(*world.Node("Other"));
+  EXPECT_EQ(editor->GetRect(),
+            (Rect{label.left - 1, label.top - 1, label.right + 101, label.bottom + 1}));
+  EXPECT_EQ(editor->GetWindowText(), "");
+
+  // Escape and the loss of the keyboard keep the old name.
+  editor->NotifyKey({kKeyEscape, false, false});
+  EXPECT_FALSE(editor->IsCreated());
+  Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("Other"));
+  window->GetNameEditor()->NotifyTextEdited("Lost", {});
+  Tree().SetFocus();
+  EXPECT_NE(world.Node("Other"), nullptr);
+
+  // A second double click closes the first editor; Enter commits, and Escape then changes nothing.
+  Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("Other"));
+  Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("Other"));
+  editor = window->GetNameEditor();
+  editor->NotifyTextEdited("Docs", {});
+  editor->NotifyKey({kKeyEnter, false, false});
+  editor->NotifyKey({kKeyEscape, false, false});
+  editor->NotifyKey({kKeyEnter, false, false});
+  Pump();
+  EXPECT_EQ(Shown(), " Tarn Project 'demo'\n .demo\n ..Sources\n ...main.c\n ...led.c\n>..Docs\n");
+  EXPECT_EQ(window->GetNameEditor(), nullptr);
+
+  // Nothing guards against an empty name.
+  Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("Docs"));
+  window->GetNameEditor()->NotifyKey({kKeyEnter, false, false});
+  EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "demo[Sources[main.c led.c] ]");
+}
+
+TEST_F(ProjectWindow, TheSwitchesAreKeptAndChangeWhatIsShown) {
+  Open();
+  CXmlNode* const dependencies = world.Node("main.c")->AddChild("Dependencies");
+  dependencies->AddAttr("Header", "Dependencies");
+  Select("Sources");
+  const std::string without =
+      " Tarn Project 'demo'\n .demo\n>..Sources\n ...main.c\n ...led.c\n ..Other\n";
+  EXPECT_EQ(Shown(), without);
+  toolkit.menuAnswers = {32774, 32773, 32774};
+  window->GetToolBar().NotifyDropDown(32772);
+  // What had no items below it was kept as collapsed.
+  EXPECT_EQ(Shown(), without);
+  EXPECT_EQ(Tree().GetRow(3)->GetFirstChild()->GetText(), "Dependencies");
+  window->GetToolBar().NotifyDropDown(32772);
+  EXPECT_FALSE(Tree().IsShowInfo());
+  EXPECT_EQ(settings.ReadProfile("Project", "ViewDeps", ""), "TRUE");
+  EXPECT_EQ(settings.ReadProfile("Project", "ViewSizes", ""), "FALSE");
+  window->GetToolBar().NotifyDropDown(32772);
+  EXPECT_FALSE(Tree().GetRow(3)->HasChildren());
+  EXPECT_EQ(toolkit.lines.back().substr(toolkit.lines.back().find(": ")),
+            ": Build information 32773 | [x] Dependencies 32774");
+}
+
+TEST_F(ProjectWindow, HelpModeIsArmedByTheBarAndSpentByAClick) {
+  Open();
+  window->GetToolBar().NotifyButton(32779);
+  RunIdle();
+  EXPECT_TRUE(window->GetToolBar().GetButtons()[1].isChecked);
+  Tree().NotifyClick(LabelOf("led.c"));
+  RunIdle();
+  EXPECT_FALSE(window->GetToolBar().GetButtons()[1].isChecked);
+}
+
+TEST_F(ProjectWindow, PublishingRunsOnItsTimerAndHoldsTheOptions) {
+  ASSERT_EQ(world.OpenDemo(), 1);
+  EXPECT_TRUE(world.model->HasUnpublished());
+  EXPECT_EQ(world.components.Properties().holds, 1);
+  world.model->SetPublishingSuspended(true);
+  clock.Advance(std::chrono::milliseconds(50));
+  EXPECT_TRUE(world.model->HasUnpublished());
+  world.model->SetPublishingSuspended(false);
+  clock.Advance(std::chrono::milliseconds(10));
+  clock.Advance(std::chrono::milliseconds(10));
+  EXPECT_FALSE(world.model->HasUnpublished());
+  EXPECT_EQ(world.components.Properties().holds, 0);
+}
+
+TEST_F(ProjectWindow, FilesAreAddedInTheOrderOfTheDrop) {
+  Open();
+  Select("Other");
+  for (const char* file : {"/p/b.c", "/p/a.c"}) world.AddFile(file, "x");
+  window->NotifyDroppedFiles({"/p/b.c", "/p/a.c"});
+  EXPECT_EQ(ProjectWorld::Labels(*world.Node("Other")), "b.c a.c");
+}
+
+TEST_F(ProjectWindow, AWindowThatGoesInsideAMessageIsUsedNoMore) {
+  const std::function<void()> events[] = {
+      [&] { Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("led.c")); },
+      [&] {
+        Tree().NotifyContextMenu({1, 2});
+      },
+      [&] { window->GetToolBar().NotifyButton(32776); },
+      [&] { world.model->RemoveItem("main.c"); },
+      [&] {
+        Tree().NotifyKey({kKeyDown, false, false});
+      },
+  };
+  for (const auto& event : events) {
+    Open();
+    Select("led.c");
+    for (const std::uint32_t message :
+         {std::uint32_t{kMsgCommand}, std::uint32_t{kMsgShowPopupMenu},
+          std::uint32_t{kMsgCurrentNodeChanged}}) {
+      world.host.actions[message] = [&] {
+        world.model->views = {};
+        window->DestroyWindow();
+      };
+    }
+    event();
+    EXPECT_FALSE(window->IsCreated());
+    world.host.actions.clear();
+    Create();
+    world.model->CloseProject();
+    world.AddDemo(kContent);
+  }
+}
+
+}  // namespace
+}  // namespace tarn::test
