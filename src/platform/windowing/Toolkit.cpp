@@ -1,6 +1,7 @@
 #include "platform/windowing/Toolkit.h"
 
 #include "platform/windowing/Edit.h"
+#include "platform/windowing/RichTextCtrl.h"
 #include "platform/windowing/ToolBar.h"
 #include "platform/windowing/TreeCtrl.h"
 
@@ -20,6 +21,10 @@ std::unique_ptr<WindowPeer> WindowToolkit::MakePeer(CWnd& /*window*/) {
 }
 
 std::unique_ptr<EditPeer> WindowToolkit::MakePeer(CEdit& /*edit*/) {
+  return nullptr;
+}
+
+std::unique_ptr<RichTextPeer> WindowToolkit::MakePeer(CRichTextCtrl& /*richText*/) {
   return nullptr;
 }
 

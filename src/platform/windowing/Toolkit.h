@@ -11,8 +11,10 @@ namespace tarn {
 
 class CEdit;
 class CMenu;
+class CRichTextCtrl;
 class CToolBar;
 class EditPeer;
+class RichTextPeer;
 class ToolBarPeer;
 class CTipWindow;
 class CTreeCtrl;
@@ -31,6 +33,7 @@ class WindowToolkit {
   // One for each kind of window; null where nothing is drawn.
   virtual std::unique_ptr<WindowPeer> MakePeer(CWnd& window);
   virtual std::unique_ptr<EditPeer> MakePeer(CEdit& edit);
+  virtual std::unique_ptr<RichTextPeer> MakePeer(CRichTextCtrl& richText);
   virtual std::unique_ptr<ToolBarPeer> MakePeer(CToolBar& bar);
   virtual std::unique_ptr<WindowPeer> MakePeer(CTipWindow& tip);
   virtual std::unique_ptr<TreePeer> MakePeer(CTreeCtrl& tree);
