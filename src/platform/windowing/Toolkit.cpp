@@ -1,5 +1,6 @@
 #include "platform/windowing/Toolkit.h"
 
+#include "platform/windowing/BrowserCtrl.h"
 #include "platform/windowing/Edit.h"
 #include "platform/windowing/RichTextCtrl.h"
 #include "platform/windowing/ToolBar.h"
@@ -17,6 +18,10 @@ thread_local WindowToolkit* currentToolkit = nullptr;
 }  // namespace
 
 std::unique_ptr<WindowPeer> WindowToolkit::MakePeer(CWnd& /*window*/) {
+  return nullptr;
+}
+
+std::unique_ptr<BrowserPeer> WindowToolkit::MakePeer(CBrowserCtrl& /*browser*/) {
   return nullptr;
 }
 

@@ -9,6 +9,8 @@
 
 namespace tarn {
 
+class BrowserPeer;
+class CBrowserCtrl;
 class CEdit;
 class CMenu;
 class CRichTextCtrl;
@@ -32,6 +34,7 @@ class WindowToolkit {
 
   // One for each kind of window; null where nothing is drawn.
   virtual std::unique_ptr<WindowPeer> MakePeer(CWnd& window);
+  virtual std::unique_ptr<BrowserPeer> MakePeer(CBrowserCtrl& browser);
   virtual std::unique_ptr<EditPeer> MakePeer(CEdit& edit);
   virtual std::unique_ptr<RichTextPeer> MakePeer(CRichTextCtrl& richText);
   virtual std::unique_ptr<ToolBarPeer> MakePeer(CToolBar& bar);

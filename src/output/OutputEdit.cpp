@@ -1,0 +1,96 @@
+#include "output/OutputEdit.h"
+
+#include <algorithm>
+
+#include "output/LogLink.h"
+#include "output/LogRichText.h"
+#include "platform/windowing/HostMessages.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kMarginWidth = 5;
+constexpr int kMarginId = 101;
+constexpr int kEditId = 100;
+constexpr int kFontTwips = 175;
+// The name under which hosts keep the popup menu of the log view.
+constexpr const char* kMenuName = "4004";
+
+std::intptr_t ToParam(const void* address) {
+  return reinterpret_cast<std::intptr_t>(address);
+}
+
+}  // namespace
+
+COutputEdit::COutputEdit(FileSystem& files, WindowHandle host) : disk(files), hostWindow(host) {
+  edit.SetFont({"Courier New", kFontTwips, false, false});
+  edit.SetLinkHandler(
+      [this](const std::string& target, const MouseEvent& event) { OnLink(target, event); });
+}
+
+COutputEdit::~COutputEdit() {
+  DestroyWindow();
+}
+
+bool COutputEdit::OnCreate() {
+  constexpr std::uint32_t kStyle = kStyleChild | kStyleVisible;
+  return margin.Create(kStyle, {}, this, kMarginId) && edit.Create(kStyle, {}, this, kEditId);
+}
+
+void COutputEdit::OnSize(Size size) {
+  margin.MoveWindow({0, 0, kMarginWidth, size.height});
+  edit.MoveWindow({kMarginWidth, 0, std::max(kMarginWidth, size.width), size.height});
+}
+
+void COutputEdit::AddMessage(const CXmlNode& node) {
+  if (!edit.IsCreated()) return;
+  edit.AppendRichText(MakeLogRichText(node));
+  edit.UpdateWindow();
+}
+
+void COutputEdit::Clear() {
+  edit.Clear();
+}
+
+bool COutputEdit::OnCommand(int command) {
+  switch (command) {
+    case kCmdLogClear:
+      Clear();
+      return true;
+    case kCmdLogCopy:
+      edit.Copy();
+      return true;
+    case kCmdLogCut:
+      edit.Cut();
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool COutputEdit::OnContextMenu(Point screen) {
+  SendWindowMessage(hostWindow, kMsgShowPopupMenu, ToParam(&screen), ToParam(kMenuName));
+  return true;
+}
+
+// Each message may end this window, and then nothing more is sent.
+void COutputEdit::OnLink(const std::string& target, const MouseEvent& event) {
+  if (event.action != MouseAction::Release || event.button != MouseButton::Left) return;
+  const LogLink link = ReadLinkTarget(target);
+  const WindowHandle own = GetHandle();
+  if (link.help && disk.Exists(*link.help)) SendHost(kMsgShowHelp, *link.help, 0);
+  if (link.file && IsWindow(own)) {
+    SendHost(kMsgOpenFileAtLine, *link.file, -std::intptr_t{link.line});
+  }
+  if ((link.timeLow != 0 || link.timeHigh != 0) && IsWindow(own)) {
+    SendWindowMessage(hostWindow, kMsgShowTimeStamps, link.timeHigh, link.timeLow);
+  }
+}
+
+void COutputEdit::SendHost(std::uint32_t message, const std::string& path,
+                           std::intptr_t lParam) const {
+  SendWindowMessage(hostWindow, message, ToParam(path.c_str()), lParam);
+}
+
+}  // namespace tarn
