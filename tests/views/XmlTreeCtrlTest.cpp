@@ -1,0 +1,619 @@
+#include "views/XmlTreeCtrl.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <random>
+
+#include "support/ManualClock.h"
+#include "views/TreeOwner.h"
+
+namespace tarn {
+namespace {
+
+using test::LabelOf;
+using test::ReadNode;
+using test::TreeText;
+using Lines = std::vector<std::string>;
+
+constexpr const char* kProject =
+    "<Project Header='P'>"
+    "<Group Header='G'><File Header='a.c' Desc='About a'/><File Header='b.c'/></Group>"
+    "<Group Header='H'><File Header='c.c'><Dependencies Header='D'><File Header='d.h'/>"
+    "<File Header='e.h'/></Dependencies></File></Group>"
+    "<Hidden Header='X'><File Header='x.c'/></Hidden>"
+    "</Project>";
+
+struct XmlTreeTest : ::testing::Test {
+  test::TreeMirror mirror;
+  test::TreeOwner owner;
+  std::unique_ptr<CXmlNode> root = ReadNode(kProject);
+  CXmlTreeCtrl& tree = *owner.tree;
+
+  void SetUp() override {
+    CreateTree(tree);
+    tree.SetXmlRoot(root.get());
+    owner.TakeMessages();
+    mirror.TakeLines();
+  }
+  void CreateTree(CXmlTreeCtrl& control) {
+    control.Create(2, kStyleChild | kStyleVisible, {0, 20, 300, 340}, &owner, 100);
+    for (const char* name : {"Project", "Group", "File", "Dependencies"}) {
+      control.AddImage(name, test::MakeBitmap(16, 16));
+    }
+  }
+  CXmlNode* Node(const std::string& header) const {
+    if (LabelOf(root.get()) == header) return root.get();
+    return root->FindDescendantByAttr("Header", header);
+  }
+  // The middle of a label; places to the left and right of it count from there.
+  Point At(const std::string& header) const {
+    const CXmlNode* const node = Node(header);
+    if (node == nullptr) return {1, 1};
+    const Rect rect = owner.tree->GetNodeTextRect(*node);
+    return {rect.left + 1, (rect.top + rect.bottom) / 2};
+  }
+  void Mouse(MouseAction action, MouseButton button, Point point) {
+    owner.tree->NotifyMouse({action, button, point});
+  }
+  void Press(int key, bool isShiftDown = false) { owner.tree->NotifyKey({key, isShiftDown}); }
+  void BeginDrag(const std::string& header) {
+    const Point start = At(header);
+    Mouse(MouseAction::Press, MouseButton::Left, start);
+    Mouse(MouseAction::Move, MouseButton::Left, {start.x + 5, start.y});
+  }
+  void Drag(const std::string& from, const std::string& to) {
+    BeginDrag(from);
+    Mouse(MouseAction::Move, MouseButton::Left, At(to));
+    Mouse(MouseAction::Release, MouseButton::Left, At(to));
+  }
+  // As an owner does before the node's memory goes.
+  void Free(const std::string& header) {
+    CXmlNode* const node = Node(header);
+    owner.tree->ForgetNode(*node);
+    node->GetParent()->RemoveChild(node);
+  }
+};
+
+TEST_F(XmlTreeTest, TheOwnerHearsOfEachActionOnceAndTheTreeIsAsTold) {
+  const struct {
+    const char* what;
+    std::function<void()> action;
+    Lines messages;
+    const char* tree;
+  } rows[] = {
+      {"click on a label",
+       [&] { tree.NotifyClick(At("a.c")); },
+       {"select a.c"},
+       "P{G{*a.c b.c} H{c.c{D{d.h e.h}}}}"},
+      {"again", [&] { tree.NotifyClick(At("a.c")); }, {}, "P{G{*a.c b.c} H{c.c{D{d.h e.h}}}}"},
+      {"click to the right of a label",
+       [&] {
+         tree.NotifyClick({250, At("b.c").y});
+       },
+       {"select b.c"},
+       "P{G{a.c *b.c} H{c.c{D{d.h e.h}}}}"},
+      {"click on a button",
+       [&] {
+         tree.NotifyClick({At("D").x - 30, At("D").y});
+       },
+       {},
+       "P{G{a.c *b.c} H{c.c{D(d.h e.h)}}}"},
+      {"left double click on an item with children",
+       [&] { tree.NotifyDoubleClick(MouseButton::Left, At("D")); },
+       {"open b.c"},
+       "P{G{a.c *b.c} H{c.c{D(d.h e.h)}}}"},
+      {"middle double click",
+       [&] { tree.NotifyDoubleClick(MouseButton::Middle, At("D")); },
+       {"activate b.c"},
+       "P{G{a.c *b.c} H{c.c{D(d.h e.h)}}}"},
+      {"activated by a gesture of the toolkit",
+       [&] { tree.NotifyItemActivated(At("H")); },
+       {"activate H"},
+       "P{G{a.c *b.c} H{c.c{D(d.h e.h)}}}"},
+      {"the same beside the label",
+       [&] {
+         tree.NotifyItemActivated({250, At("H").y});
+       },
+       {},
+       "P{G{a.c *b.c} H{c.c{D(d.h e.h)}}}"},
+      {"right click on an item",
+       [&] {
+         tree.NotifyRightClick({40, 100});
+       },
+       {"select D", "right click 40,100 D", "menu 140,170"},
+       "P{G{a.c b.c} H{c.c{*D(d.h e.h)}}}"},
+      {"right click on nothing",
+       [&] {
+         tree.NotifyRightClick({40, 300});
+       },
+       {"right click 40,300 D", "menu 140,370"},
+       "P{G{a.c b.c} H{c.c{*D(d.h e.h)}}}"},
+      {"plain up",
+       [&] { Press(kKeyUp); },
+       {"key 38 D", "select c.c"},
+       "P{G{a.c b.c} H{*c.c{D(d.h e.h)}}}"},
+      {"another key",
+       [&] { Press(kKeyDelete); },
+       {"key 46 c.c"},
+       "P{G{a.c b.c} H{*c.c{D(d.h e.h)}}}"},
+      {"left closes",
+       [&] { Press(kKeyLeft); },
+       {"key 37 c.c"},
+       "P{G{a.c b.c} H{*c.c(D(d.h e.h))}}"},
+      {"closing over the selection",
+       [&] { tree.Expand(*tree.GetRootItem(), false); },
+       {"select P"},
+       "*P(G{a.c b.c} H{c.c(D(d.h e.h))})"},
+      {"selected by the owner, below closed ones",
+       [&] { tree.SelectNode(Node("e.h")); },
+       {"select e.h"},
+       "P{G{a.c b.c} H{c.c{D{d.h *e.h}}}}"},
+      {"the same by the owner",
+       [&] { tree.SelectNode(Node("e.h")); },
+       {"select e.h"},
+       "P{G{a.c b.c} H{c.c{D{d.h *e.h}}}}"},
+      {"what isn't shown",
+       [&] { tree.SelectNode(Node("x.c")); },
+       {},
+       "P{G{a.c b.c} H{c.c{D{d.h *e.h}}}}"},
+      {"reorder below Dependencies",
+       [&] { Press(kKeyUp, true); },
+       {},
+       "P{G{a.c b.c} H{c.c{D{d.h *e.h}}}}"},
+      {"reorder a first child",
+       [&] {
+         tree.SelectNode(Node("a.c"));
+         Press(kKeyUp, true);
+       },
+       {"select a.c"},
+       "P{G{*a.c b.c} H{c.c{D{d.h e.h}}}}"},
+      {"reorder downwards: the selection stays on its line",
+       [&] { Press(kKeyDown, true); },
+       {"reorder b.c", "select b.c"},
+       "P{G{*b.c a.c} H{c.c{D{d.h e.h}}}}"},
+      {"reorder upwards",
+       [&] {
+         tree.SelectNode(Node("H"));
+         Press(kKeyUp, true);
+       },
+       {"reorder G", "select G", "select G"},
+       "P{H{c.c{D{d.h e.h}}} *G{b.c a.c}}"},
+      {"reorder a last child",
+       [&] { Press(kKeyDown, true); },
+       {},
+       "P{H{c.c{D{d.h e.h}}} *G{b.c a.c}}"},
+      {"reorder the root",
+       [&] {
+         tree.SelectNode(root.get());
+         Press(kKeyDown, true);
+       },
+       {"select P"},
+       "*P{H{c.c{D{d.h e.h}}} G{b.c a.c}}"},
+      {"drag to another item",
+       [&] { Drag("a.c", "d.h"); },
+       {"select a.c", "drop a.c on d.h"},
+       "P{H{c.c{D{d.h e.h}}} G{b.c *a.c}}"},
+      {"drag on itself",
+       [&] { Drag("G", "G"); },
+       {"select G"},
+       "P{H{c.c{D{d.h e.h}}} *G{b.c a.c}}"},
+      {"drag below itself",
+       [&] { Drag("H", "e.h"); },
+       {"select H"},
+       "P{*H{c.c{D{d.h e.h}}} G{b.c a.c}}"},
+      {"drag to a closed item",
+       [&] {
+         Press(kKeyLeft);
+         Drag("a.c", "H");
+       },
+       {"key 37 H", "select a.c", "drop a.c on H"},
+       "P{H{c.c{D{d.h e.h}}} G{b.c *a.c}}"},
+      {"a drag that never meets an item",
+       [&] {
+         BeginDrag("a.c");
+         Mouse(MouseAction::Release, MouseButton::Left, {250, 310});
+       },
+       {},
+       "P{H{c.c{D{d.h e.h}}} G{b.c *a.c}}"},
+      {"a drag that loses the keyboard",
+       [&] {
+         BeginDrag("a.c");
+         Mouse(MouseAction::Move, MouseButton::Left, At("H"));
+         EXPECT_TRUE(tree.IsDragging());
+         EXPECT_EQ(LabelOf(Node("H")), tree.GetDropHighlight()->GetText());
+         tree.NotifyFocusLost();
+         EXPECT_FALSE(tree.IsDragging());
+         Mouse(MouseAction::Release, MouseButton::Left, At("H"));
+       },
+       {},
+       "P{H{c.c{D{d.h e.h}}} G{b.c *a.c}}"},
+      {"a drag without a picture",
+       [&] {
+         mirror.dragWorks = false;
+         Drag("a.c", "H");
+         mirror.dragWorks = true;
+       },
+       {},
+       "P{H{c.c{D{d.h e.h}}} G{b.c *a.c}}"},
+  };
+  EXPECT_EQ(TreeText(tree), "P{G{a.c b.c} H{c.c{D{d.h e.h}}}}");
+  for (const auto& row : rows) {
+    row.action();
+    EXPECT_EQ(owner.TakeMessages(), row.messages) << row.what;
+    EXPECT_EQ(TreeText(tree), row.tree) << row.what;
+    EXPECT_EQ(mirror.Text(), row.tree) << row.what;
+    const CTreeItem* const item = tree.GetSelectedItem();
+    if (item != nullptr && std::string(row.what).find("gesture") == std::string::npos &&
+        std::string(row.what).find("beside") == std::string::npos) {
+      EXPECT_EQ(LabelOf(tree.GetCurrentNode()), item->GetText()) << row.what;
+    }
+  }
+}
+
+TEST_F(XmlTreeTest, ADragFollowsTheCursorAndGivesTheMouseBackAtTheFirstMove) {
+  tree.SelectNode(Node("a.c"));
+  tree.MoveWindow({0, 20, 300, 20 + 3 * 16});
+  mirror.TakeLines();
+  tree.NotifyBeginDrag(At("a.c"));
+  Mouse(MouseAction::Move, MouseButton::Left, {60, 33});
+  Mouse(MouseAction::Move, MouseButton::Left, {60, 60});  // outside, and nobody has the mouse
+  Mouse(MouseAction::Release, MouseButton::Left, {60, 60});
+  EXPECT_TRUE(tree.IsDragging());
+  Mouse(MouseAction::Move, MouseButton::None, {60, 40});
+  Mouse(MouseAction::Release, MouseButton::Left, {60, 40});
+  EXPECT_EQ(mirror.TakeLines(),
+            (Lines{"picture a.c -15,-15 at 177,110", "capture", "picture to 160,103", "scrolled 1",
+                   "no capture", "picture to 160,110", "scrolled 2", "no picture"}));
+  EXPECT_EQ(owner.TakeMessages(), (Lines{"drop a.c on b.c", "select a.c"}));
+}
+
+TEST_F(XmlTreeTest, HelpIsSpentByTheNextClickWhateverItHits) {
+  const auto helpAt = [&](Point point) {
+    tree.SetHelpMode(true);
+    Mouse(MouseAction::Move, MouseButton::None, point);
+    tree.NotifyClick(point);
+    EXPECT_FALSE(tree.IsHelpMode());
+    EXPECT_EQ(mirror.TakeLines().front(), "cursor help");
+    return tree.GetTipWindow().IsVisible();
+  };
+  test::ManualClock clock;
+  const CTipWindow& tip = tree.GetTipWindow();
+  EXPECT_FALSE(helpAt(At("b.c"))) << "nothing to say";
+  EXPECT_FALSE(helpAt({5, 310})) << "no item";
+  EXPECT_FALSE(helpAt({40, At("a.c").y})) << "indent";
+  for (const int x : {At("a.c").x, At("a.c").x - 10, 250}) {
+    EXPECT_TRUE(helpAt({x, At("a.c").y})) << x;
+    EXPECT_EQ(tip.GetTitle() + ": " + tip.GetWindowText(), "a.c: About a");
+    EXPECT_EQ(tip.GetFrameStyle(), 6);
+    clock.Advance(std::chrono::milliseconds(4999));
+    EXPECT_TRUE(tip.IsVisible());
+    clock.Advance(std::chrono::milliseconds(1));
+    EXPECT_FALSE(tip.IsVisible());
+  }
+  helpAt(At("a.c"));
+  tree.NotifyRightClick(At("b.c"));
+  EXPECT_FALSE(tip.IsVisible());
+  tree.NotifyClick(At("a.c"));
+  EXPECT_FALSE(tip.IsVisible()) << "without help";
+}
+
+TEST_F(XmlTreeTest, FillingShowsWhatHasAnImageUnderItsLabel) {
+  const struct {
+    const char* what;
+    const char* xml;
+    const char* tree;
+  } rows[] = {
+      {"root without an image", "<Hidden><File Header='a'/></Hidden>", ""},
+      {"names are exact", "<Project Header='P'><file Header='a'/><File Header='b'/></Project>",
+       "P{b}"},
+      {"texts and comments", "<Project Header='P'><!-- n --><File Header='b'/>t</Project>", "P{b}"},
+      {"labels", "<Project Header='P' Path='q'><File Path='f'/><File Header=''/><File/></Project>",
+       "P{f  *}"},
+      {"expansion",
+       "<Project Header='P' sate='33'><Group Header='A' sate='0'><File Header='x'/></Group>"
+       "<Group Header='B' sate='31'><File Header='x'/></Group>"
+       "<Group Header='C' sate=''><File Header='x'/></Group>"
+       "<Group Header='D' sate='32'/></Project>",
+       "P{A(x) B(x) C(x) D}"},
+  };
+  for (const auto& row : rows) {
+    tree.SetXmlRoot(nullptr);
+    EXPECT_EQ(TreeText(tree), "");
+    root = ReadNode(row.xml);
+    tree.SetSelectedLabel("");
+    tree.SetXmlRoot(root.get());
+    EXPECT_EQ(TreeText(tree), row.tree) << row.what;
+    EXPECT_EQ(mirror.Text(), TreeText(tree)) << row.what;
+  }
+}
+
+TEST_F(XmlTreeTest, ImagesHideAndShowWholeSubtrees) {
+  tree.AddImage("Group", test::MakeBitmap(16, 16));  // has one
+  tree.AddImage("Hidden", nullptr);
+  tree.RemoveImage("Dependencies");
+  tree.Refill();
+  EXPECT_EQ(TreeText(tree), "P{G{a.c b.c} H{c.c}}");
+  tree.AddImage("Dependencies", test::MakeBitmap(16, 16));
+  tree.Refill();
+  EXPECT_EQ(TreeText(tree), "P{G{a.c b.c} H{c.c{D{d.h e.h}}}}");
+  EXPECT_EQ(mirror.Text(), TreeText(tree));
+  EXPECT_EQ(tree.GetImageList()->GetCount(), 5);
+  EXPECT_EQ(tree.GetRootItem()->GetImage(), 0);
+  EXPECT_EQ(tree.GetRootItem()->GetFirstChild()->GetSelectedImage(), 1);
+}
+
+TEST_F(XmlTreeTest, ViewStateIsWrittenIntoEveryShownNodeAndComesBack) {
+  tree.SelectNode(Node("c.c"));
+  tree.Expand(*tree.GetRootItem()->GetFirstChild(), false);
+  tree.SaveViewState();
+  EXPECT_EQ(tree.GetSelectedLabel(), "c.c");
+  std::string states;
+  for (const char* header : {"P", "G", "a.c", "H", "d.h"}) {
+    states += std::string(header) + "=" + Node(header)->GetAttrValue("sate") + " ";
+  }
+  EXPECT_EQ(states, "P=32 G=0 a.c=0 H=32 d.h=0 ");
+  EXPECT_EQ(Node("x.c")->GetAttrValue("sate"), nullptr);
+  owner.TakeMessages();
+  tree.SetXmlRoot(nullptr);
+  tree.SaveViewState();
+  EXPECT_EQ(tree.GetCurrentNode(), nullptr);
+  tree.SetXmlRoot(root.get());
+  EXPECT_EQ(TreeText(tree), "P{G(a.c b.c) H{*c.c{D{d.h e.h}}}}");
+  EXPECT_EQ(owner.TakeMessages(), (Lines{"select c.c"}));
+}
+
+TEST_F(XmlTreeTest, EveryItemWithTheSelectedLabelIsSelectedInTurn) {
+  for (const char* header : {"G", "H"}) {
+    Node(header)->AddChild("File")->SetAttrValue("Header", "Main.c");
+  }
+  tree.SetSelectedLabel("main.C");
+  tree.Refill();
+  EXPECT_EQ(owner.TakeMessages(), (Lines{"select Main.c", "select Main.c"}));
+  EXPECT_EQ(TreeText(tree), "P{G{a.c b.c Main.c} H{c.c{D{d.h e.h}} *Main.c}}");
+  EXPECT_EQ(tree.GetCurrentNode(), Node("H")->GetChild(1));
+  // With one match that is selected already, the message comes all the same.
+  Free("Main.c");
+  tree.Refill();
+  EXPECT_EQ(owner.TakeMessages(), (Lines{"select Main.c"}));
+  tree.SetSelectedLabel("none");
+  tree.Refill();
+  EXPECT_EQ(owner.TakeMessages(), Lines{});
+  EXPECT_EQ(tree.GetCurrentNode(), nullptr);
+  EXPECT_EQ(tree.GetSelectedItem(), nullptr);
+  EXPECT_EQ(mirror.Text(), TreeText(tree));
+}
+
+TEST_F(XmlTreeTest, APeerHearsOfWhatHasChangedAndOfNothingElse) {
+  tree.MoveWindow({0, 20, 300, 20 + 4 * 16});
+  tree.SelectNode(Node("d.h"));
+  tree.SaveViewState();
+  owner.TakeMessages();
+  mirror.TakeLines();
+  const struct {
+    const char* what;
+    std::function<void()> change;
+    Lines lines;
+  } rows[] = {
+      {"nothing", [] {}, {}},
+      {"what isn't shown", [&] { Node("X")->SetAttrValue("Header", "Y"); }, {}},
+      {"a label", [&] { Node("b.c")->SetAttrValue("Header", "b2.c"); }, {"changed b2.c"}},
+      {"one more at the end",
+       [&] { Node("G")->AddChild("File")->SetAttrValue("Header", "new.c"); },
+       {"inserted 1 at 2 below G", "scrolled 5"}},
+      {"one less in the middle", [&] { Free("b2.c"); }, {"removed 1 at 1 below G", "scrolled 4"}},
+      {"a swap",
+       [&] {
+         auto group = root->DetachChild(Node("H"));
+         root->InsertChildBefore(std::move(group), Node("G"));
+       },
+       {"removed 2 at 0 below P", "inserted 2 at 0 below P", "expanded P", "scrolled 1",
+        "selected d.h"}},
+      {"expansion", [&] { Node("D")->SetAttrValue("sate", "0"); }, {"collapsed D", "expanded D"}},
+      {"the selected one", [&] { Free("d.h"); }, {"removed 1 at 0 below D", "collapsed D"}},
+  };
+  for (const auto& row : rows) {
+    row.change();
+    tree.Refill();
+    EXPECT_EQ(mirror.TakeLines(), row.lines) << row.what;
+    EXPECT_EQ(mirror.Text(), TreeText(tree)) << row.what;
+  }
+  EXPECT_EQ(TreeText(tree), "P{H{c.c{D(e.h)}} G{a.c new.c}}");
+  // Many changes are one.
+  for (int i = 0; i < 100; ++i) {
+    CXmlNode* const group = root->AddChild("Group");
+    group->SetAttrValue("Header", "g");
+    tree.Refill();
+    group->AddChild("File");
+  }
+  for (CXmlNode* const group : root->GetChildren()) group->AddChild("File");
+  mirror.TakeLines();
+  tree.Refill();
+  const Lines lines = mirror.TakeLines();
+  EXPECT_EQ(lines.back(), "reset");
+  EXPECT_LT(lines.size(), 140u);
+  EXPECT_EQ(mirror.Text(), TreeText(tree));
+}
+
+// Whatever is done to a tree between two fillings, the second one gives what a control shows that
+// is filled for the first time.
+TEST_F(XmlTreeTest, AFillingOverAnOldOneGivesWhatAFreshOneGives) {
+  std::mt19937 random(11);
+  const auto pick = [&](int count) { return static_cast<int>(random() % unsigned(count)); };
+  const auto any = [&] {
+    CXmlNode* node = root.get();
+    while (node->GetChildCount() > 0 && pick(4) > 0)
+      node = node->GetChild(pick(node->GetChildCount()));
+    return node;
+  };
+  CXmlTreeCtrl fresh;
+  CWnd other;
+  other.Create(kStylePopup, {}, nullptr, 0);
+  for (int step = 0; step < 400; ++step) {
+    tree.SaveViewState();
+    for (int change = pick(4); change >= 0; --change) {
+      CXmlNode* const node = any();
+      CXmlNode* const above = node->GetParent();
+      switch (pick(5)) {
+        case 0:
+        case 1: {
+          auto child = CXmlNode::CreateNode(pick(5) == 0 ? "Hidden" : "File");
+          child->SetAttrValue("Header", std::to_string(pick(30)));
+          node->InsertChildBefore(std::move(child),
+                                  node->GetChildCount() == 0 ? nullptr : node->GetChild(0));
+          break;
+        }
+        case 2:
+          if (above == nullptr) break;
+          tree.ForgetNode(*node);
+          above->RemoveChild(node);
+          break;
+        case 3: {  // to another place
+          if (above == nullptr) break;
+          auto moved = above->DetachChild(node);
+          any()->AppendChild(std::move(moved));
+          break;
+        }
+        default:
+          node->SetAttrValue("sate", pick(2) == 0 ? "0" : "32");
+      }
+    }
+    if (pick(2) == 0) tree.SetSelectedLabel(std::to_string(pick(30)));
+    tree.Refill();
+    fresh.DestroyWindow();
+    WindowToolkit::SetCurrent(nullptr);  // the mirror is for one tree
+    fresh.Create(2, kStyleChild, {0, 20, 300, 340}, &other, 100);
+    WindowToolkit::SetCurrent(&mirror);
+    if (step == 0) {
+      for (const char* name : {"Project", "Group", "File", "Dependencies"}) {
+        fresh.AddImage(name, test::MakeBitmap(16, 16));
+      }
+    }
+    fresh.SetSelectedLabel(tree.GetSelectedLabel());
+    fresh.SetXmlRoot(root.get());
+    ASSERT_EQ(TreeText(tree), TreeText(fresh)) << step;
+    ASSERT_EQ(TreeText(tree), mirror.Text()) << step;
+  }
+}
+
+TEST_F(XmlTreeTest, MessagesMayDoAnything) {
+  const std::function<void()> actions[] = {
+      [&] { owner.tree->NotifyClick(At("a.c")); },
+      [&] {
+        owner.tree->NotifyClick({250, At("b.c").y});
+      },
+      [&] {
+        owner.tree->SetHelpMode(true);
+        owner.tree->NotifyClick({250, At("a.c").y});
+      },
+      [&] { owner.tree->NotifyDoubleClick(MouseButton::Left, At("G")); },
+      [&] { owner.tree->NotifyDoubleClick(MouseButton::Middle, At("G")); },
+      [&] { owner.tree->NotifyItemActivated(At("G")); },
+      [&] { owner.tree->NotifyRightClick(At("c.c")); },
+      [&] { Press(kKeyDown); },
+      [&] { Press(kKeyUp, true); },
+      [&] { Press(kKeyDown, true); },
+      [&] { Drag("c.c", "a.c"); },
+      [&] { owner.tree->SelectNode(Node("a.c")); },
+      [&] { owner.tree->Expand(*owner.tree->GetRootItem(), false); },
+      [&] {
+        owner.tree->SetSelectedLabel("c.c");
+        owner.tree->Refill();
+      },
+  };
+  const std::function<void()> reactions[] = {
+      [&] { owner.tree = std::make_unique<CXmlTreeCtrl>(); },
+      [&] { owner.tree->DestroyWindow(); },
+      [&] { owner.DestroyWindow(); },
+      [&] { owner.tree->SetXmlRoot(nullptr); },
+      [&] {
+        owner.tree->SaveViewState();
+        owner.tree->Refill();
+      },
+      [&] {
+        Free("G");
+        owner.tree->Refill();
+      },
+      [&] {
+        owner.tree->ForgetNode(*root);
+        root = ReadNode(kProject);
+        owner.tree->SetXmlRoot(root.get());
+      },
+      [&] { owner.tree->NotifyFocusLost(); },
+  };
+  for (const auto& action : actions) {
+    for (const auto& reaction : reactions) {
+      owner.tree = std::make_unique<CXmlTreeCtrl>();
+      owner.DestroyWindow();
+      owner.Create(kStylePopup, {100, 50, 400, 450}, nullptr, 0);
+      root = ReadNode(kProject);
+      Node("G")->AddChild("File")->SetAttrValue("Header", "c.c");
+      root->AddChild("Group")->SetAttrValue("Header", "L");
+      CreateTree(*owner.tree);
+      owner.tree->SetXmlRoot(root.get());
+      owner.tree->SelectNode(Node("H"));
+      owner.TakeMessages();
+      int left = 1;  // the reaction's own messages run without one
+      owner.then = [&] {
+        if (left-- > 0) reaction();
+      };
+      owner.tree->SetFocus();
+      action();
+      while (MessageLoop::ForCurrentThread()->Pump()) {
+      }
+      owner.then = nullptr;
+      EXPECT_LE(left, 0) << "no message came of action " << &action - actions;
+      if (!owner.tree->IsCreated()) continue;
+      EXPECT_EQ(mirror.Text(), TreeText(*owner.tree));
+    }
+  }
+}
+
+TEST_F(XmlTreeTest, NothingPointsAtNodesThatAreForgotten) {
+  tree.SelectNode(Node("a.c"));
+  BeginDrag("a.c");
+  Mouse(MouseAction::Move, MouseButton::Left, At("H"));
+  owner.TakeMessages();
+  Free("G");
+  EXPECT_EQ(tree.GetCurrentNode(), nullptr);
+  Mouse(MouseAction::Release, MouseButton::Left, At("H"));
+  EXPECT_FALSE(tree.IsDragging());
+  // The items stand until the next filling, without their nodes.
+  tree.SaveViewState();
+  tree.NotifyDoubleClick(MouseButton::Left, {60, 40});
+  Press(kKeyDown, true);
+  tree.DrawItem(*tree.GetSelectedItem());
+  EXPECT_EQ(owner.TakeMessages(), (Lines{"open nothing"}));
+  // So does a drag when its items go.
+  BeginDrag("c.c");
+  Mouse(MouseAction::Move, MouseButton::Left, At("d.h"));
+  Free("H");
+  tree.Refill();
+  Mouse(MouseAction::Release, MouseButton::Left, {60, 8});
+  EXPECT_EQ(TreeText(tree), "P");
+  EXPECT_EQ(owner.TakeMessages(), (Lines{"select c.c"}));
+  tree.ForgetNode(*root);
+  root.reset();
+  tree.Refill();
+  EXPECT_EQ(TreeText(tree), "");
+}
+
+TEST_F(XmlTreeTest, AnUpdateKeepsTheLineAtTheTop) {
+  for (int i = 0; i < 40; ++i) {
+    Node("H")->AddChild("File")->SetAttrValue("Header", "f" + std::to_string(i));
+  }
+  tree.SetSelectedLabel("f20");
+  tree.Refill();
+  tree.SetTopRow(tree.GetRowOf(*tree.GetSelectedItem()) - 2);
+  const std::string topLabel = tree.GetRow(tree.GetTopRow())->GetText();
+  EXPECT_EQ(topLabel, "f18");
+  Node("G")->AddChild("File")->SetAttrValue("Header", "z");
+  tree.Refill();
+  EXPECT_EQ(tree.GetRow(tree.GetTopRow())->GetText(), topLabel);
+  Free("G");
+  tree.Refill();
+  EXPECT_EQ(tree.GetRow(tree.GetTopRow())->GetText(), topLabel);
+}
+
+}  // namespace
+}  // namespace tarn
