@@ -33,6 +33,7 @@ bool IsKeptExpanded(const CXmlNode& node) {
 // One filling.
 struct CXmlTreeCtrl::Filling {
   int changes = 0;
+  std::vector<CTreeItem*> built;
   // Neighbours mostly have one name, and one text of it.
   const char* lastName = nullptr;
   const CXmlTreeImage* lastImage = nullptr;
@@ -70,6 +71,8 @@ void CXmlTreeCtrl::SetXmlRoot(CXmlNode* newRoot) {
   if (newRoot != nullptr && ImageOf(*newRoot, filling) != nullptr) shown.push_back(newRoot);
   UpdateChildren(nullptr, shown, filling);
   SetRedraw(true);
+  items.reserve(items.size() + filling.built.size());
+  for (CTreeItem* const item : filling.built) items[NodeOf(*item)] = item;
   const CTreeItem* const newTop = FindItem(topNode);
   SetTopRow(newTop == nullptr ? GetTopRow() : GetRowOf(*newTop));
   // What is drawn of a node besides its item may be another.
@@ -84,7 +87,8 @@ void CXmlTreeCtrl::Refill() {
 std::unique_ptr<CTreeItem> CXmlTreeCtrl::BuildItem(CXmlNode& node, Filling& filling) {
   const int image = ImageOf(node, filling)->imageIndex;
   auto item = std::make_unique<CTreeItem>(LabelOf(node), image, image, &node);
-  items[&node] = item.get();
+  filling.built.push_back(item.get());
+  item->ReserveChildren(node.GetChildCount());
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode& child = *node.GetChild(i);
     if (ImageOf(child, filling) != nullptr) item->AppendChild(BuildItem(child, filling));

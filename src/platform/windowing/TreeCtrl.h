@@ -63,6 +63,7 @@ class CTreeItem {
   // --- For an item that is in no control yet ---
 
   CTreeItem& AppendChild(std::unique_ptr<CTreeItem> child);
+  void ReserveChildren(int count) { children.reserve(static_cast<std::size_t>(count)); }
   // Nothing for an item without children.
   void SetExpanded(bool expand) { isExpanded = expand && HasChildren(); }
 
