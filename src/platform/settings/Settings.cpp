@@ -29,6 +29,15 @@ std::string WithoutOuterBackslashes(std::string_view key) {
   return std::string(key);
 }
 
+// False when the name is there already.
+bool AddName(std::vector<std::string>& names, const std::string& name) {
+  const bool known = std::any_of(names.begin(), names.end(), [&name](const std::string& each) {
+    return EqualNoCase(each, name);
+  });
+  if (!known) names.push_back(name);
+  return !known;
+}
+
 std::string ProfileFile(const SettingsFolders& folders) {
   return JoinPath(folders.user, "profile.ini");
 }
@@ -63,22 +72,33 @@ std::string RegistryFileIn(const std::string& folder) {
 Settings::Settings(FileSystem& fileSystem, SettingsFolders settingsFolders)
     : files(fileSystem), folders(std::move(settingsFolders)), profileKey("Corvane\\Tarn") {}
 
+std::array<IniFile, 2> Settings::ReadRegistries() const {
+  return {ReadIniStore(files, RegistryFileIn(folders.user)),
+          ReadIniStore(files, RegistryFileIn(folders.machine))};
+}
+
 std::optional<std::string> Settings::ReadRegistry(std::string_view key,
                                                   std::string_view name) const {
-  std::optional<std::string> value =
-      ReadIniStore(files, RegistryFileIn(folders.machine)).Read(WithoutOuterBackslashes(key), name);
-  if (value && value->size() > kLongestRegistryValue) return std::nullopt;
-  return value;
+  for (const IniFile& store : ReadRegistries()) {
+    std::optional<std::string> value = store.Read(WithoutOuterBackslashes(key), name);
+    if (!value) continue;
+    if (value->size() > kLongestRegistryValue) return std::nullopt;
+    return value;
+  }
+  return std::nullopt;
 }
 
 std::vector<std::pair<std::string, std::string>> Settings::RegistryValues(
     std::string_view key) const {
-  const IniFile store = ReadIniStore(files, RegistryFileIn(folders.machine));
   const std::string section = WithoutOuterBackslashes(key);
+  std::vector<std::string> names;
   std::vector<std::pair<std::string, std::string>> values;
-  for (const std::string& name : store.ValueNames(section)) {
-    const std::string value = store.Read(section, name).value_or("");
-    if (value.size() <= kLongestRegistryValue) values.emplace_back(name, value);
+  for (const IniFile& store : ReadRegistries()) {
+    for (const std::string& name : store.ValueNames(section)) {
+      if (!AddName(names, name)) continue;
+      const std::string value = store.Read(section, name).value_or("");
+      if (value.size() <= kLongestRegistryValue) values.emplace_back(name, value);
+    }
   }
   return values;
 }
@@ -86,15 +106,13 @@ std::vector<std::pair<std::string, std::string>> Settings::RegistryValues(
 std::vector<std::string> Settings::RegistrySubkeys(std::string_view key) const {
   const std::string prefix = WithoutOuterBackslashes(key) + "\\";
   std::vector<std::string> names;
-  for (const std::string& section :
-       ReadIniStore(files, RegistryFileIn(folders.machine)).SectionNames()) {
-    if (!StartsWithNoCase(section, prefix)) continue;
-    // A key is there as soon as one below it is.
-    const std::string name(Split(section.substr(prefix.size()) + "\\", '\\').front());
-    const bool known = std::any_of(names.begin(), names.end(), [&name](const std::string& each) {
-      return EqualNoCase(each, name);
-    });
-    if (!name.empty() && !known) names.push_back(name);
+  for (const IniFile& store : ReadRegistries()) {
+    for (const std::string& section : store.SectionNames()) {
+      if (!StartsWithNoCase(section, prefix)) continue;
+      // A key is there as soon as one below it is.
+      const std::string name(Split(section.substr(prefix.size()) + "\\", '\\').front());
+      if (!name.empty()) AddName(names, name);
+    }
   }
   return names;
 }

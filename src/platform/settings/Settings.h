@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "platform/files/FileSystem.h"
+#include "platform/settings/IniFile.h"
 
 namespace tarn {
 
@@ -26,10 +28,11 @@ struct SettingsFolders {
 // The registry that lies in one of these folders.
 std::string RegistryFileIn(const std::string& folder);
 
-// The settings stores: the machine-wide registry (read only here), the application profile and
-// the drive table. Keys are paths with backslashes; names compare without regard to case. Every
-// store is a text file in the INI form, one section per key: registry.ini in the machine's folder,
-// profile.ini in the user's, where a section of the profile is its key, a backslash and its name.
+// The settings stores: the registry (read only here), the application profile and the drive table.
+// Keys are paths with backslashes; names compare without regard to case. Every store is a text file
+// in the INI form, one section per key: registry.ini in the machine's folder and in the user's,
+// whose entries count in front of the machine's as if both were one file, and profile.ini in the
+// user's, where a section of the profile is its key, a backslash and its name.
 // Nothing is cached; a write replaces the file in one step and keeps unknown lines. Host's thread
 // only.
 class Settings {
@@ -39,9 +42,9 @@ class Settings {
   // A value of the registry, at most 259 bytes long; a longer one, a missing one and an
   // unreadable store give nothing.
   std::optional<std::string> ReadRegistry(std::string_view key, std::string_view name) const;
-  // All values of the key that ReadRegistry would give, in the order of the file.
+  // All values of the key that ReadRegistry would give, in the order of the files.
   std::vector<std::pair<std::string, std::string>> RegistryValues(std::string_view key) const;
-  // Names of the keys directly below `key`, in the order of the file.
+  // Names of the keys directly below `key`, in the order of the files.
   std::vector<std::string> RegistrySubkeys(std::string_view key) const;
 
   // The profile's place; "Corvane\Tarn" until set.
@@ -64,6 +67,8 @@ class Settings {
   static Settings& Native();
 
  private:
+  // In the order in which they are asked.
+  std::array<IniFile, 2> ReadRegistries() const;
   std::string ProfileSection(std::string_view section) const;
 
   FileSystem& files;

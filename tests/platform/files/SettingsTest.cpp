@@ -133,6 +133,18 @@ TEST_F(SettingsTest, RegistryValuesBeyondTheLimitAreNone) {
   EXPECT_TRUE(settings.RegistrySubkeys("none").empty());
 }
 
+TEST_F(SettingsTest, TheUsersRegistryCountsInFrontOfTheMachines) {
+  files.AddFile("/etc/tarn/registry.ini", "[K\\All]\nv=all\n[K\\Both]\nV=all\nw=all\n");
+  files.AddFile("/home/me/.config/tarn/registry.ini",
+                "[k\\both]\nv=mine\nw=" + std::string(260, 'x') + "\n[K\\Mine]\nv=mine\n");
+  EXPECT_EQ(settings.RegistrySubkeys("K"), (std::vector<std::string>{"both", "Mine", "All"}));
+  EXPECT_EQ(settings.ReadRegistry("K\\All", "v"), "all");
+  EXPECT_EQ(settings.ReadRegistry("K\\Both", "v"), "mine");
+  EXPECT_EQ(settings.ReadRegistry("K\\Both", "w"), std::nullopt);
+  const std::vector<std::pair<std::string, std::string>> values = {{"v", "mine"}};
+  EXPECT_EQ(settings.RegistryValues("K\\Both"), values);
+}
+
 TEST_F(SettingsTest, ProfileIsWrittenAtOnceAndForeignLinesStay) {
   const std::string path = "/home/me/.config/tarn/profile.ini";
   EXPECT_EQ(settings.ReadProfile("Project", "Folder", "none"), "none");
