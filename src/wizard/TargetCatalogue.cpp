@@ -1,0 +1,114 @@
+#include "wizard/TargetCatalogue.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr const char* kPackagesKey = "Software\\Corvane\\Tarn7\\Targets";
+constexpr const char* kRootName = "Targets";
+constexpr const char* kHeader = "Header";
+
+bool IsHidden(const CXmlNode& node) {
+  return EqualNoCase(TextOf(node.GetAttrValue("Hidden")), "Yes");
+}
+
+// Children may be kept out of sight, or shown by another name than their maker's.
+void ApplyPresentation(CXmlNode& root) {
+  for (CXmlNode* child : root.GetChildren()) {
+    if (IsHidden(*child)) {
+      root.RemoveChild(child);
+      continue;
+    }
+    const std::string nickname = TextOf(child->GetAttrValue("Nickname"));
+    if (!nickname.empty()) child->SetAttrValue(kHeader, nickname);
+  }
+}
+
+std::string WithLineBreaks(const char* text) {
+  return ReplaceAll(text, "\\n", "\n");
+}
+
+std::string CleanLink(const char* text) {
+  const std::string link = ReplaceAll(text, "\n", "");
+  const auto start = std::find_if_not(link.begin(), link.end(), IsSpace);
+  return std::string(start, link.end());
+}
+
+}  // namespace
+
+TargetCatalogue::TargetCatalogue(FileSystem& fileSystem, const Settings& settingsStores,
+                                 std::string installedFolder)
+    : files(fileSystem), settings(settingsStores), folder(std::move(installedFolder)) {}
+
+std::optional<TargetPackage> TargetCatalogue::ReadPackage(const std::string& key) const {
+  const auto read = [&](const char* name) { return settings.ReadRegistry(key, name); };
+  if (EqualNoCase(read("Hidden").value_or(""), "Yes")) return std::nullopt;
+  const std::optional<std::string> name = read("Name");
+  TargetPackage package;
+  package.label = read("NickName").value_or(name.value_or(""));
+  package.path = read("XmlPath").value_or(name.value_or(""));
+  if (package.path.empty()) package.path = package.label;
+  return package;
+}
+
+std::vector<TargetPackage> TargetCatalogue::FindInstalled() const {
+  std::vector<TargetPackage> packages;
+  const auto entries = files.ListFolder(folder);
+  if (!entries) return packages;
+  for (const FolderEntry& each : *entries) {
+    if (each.isFolder || !EqualNoCase(ExtensionOf(each.name), ".xml")) continue;
+    packages.push_back({SplitPath(each.name).title, JoinPath(folder, each.name)});
+  }
+  return packages;
+}
+
+std::vector<TargetPackage> TargetCatalogue::FindPackages() const {
+  const std::vector<std::string> keys = settings.RegistrySubkeys(kPackagesKey);
+  if (keys.empty()) return FindInstalled();
+  std::vector<TargetPackage> packages;
+  for (const std::string& key : keys) {
+    if (auto package = ReadPackage(std::string(kPackagesKey) + "\\" + key)) {
+      packages.push_back(std::move(*package));
+    }
+  }
+  return packages;
+}
+
+std::unique_ptr<CXmlNode> TargetCatalogue::Read() const {
+  auto catalogue = CXmlNode::CreateNode(kRootName);
+  catalogue->AddAttr(kHeader, kRootName);
+  for (const TargetPackage& package : FindPackages()) {
+    const Result<std::string> text = files.ReadWholeFile(package.path);
+    if (!text) continue;
+    CXmlNode root;
+    CXmlParseInfo parseInfo;
+    root.Load(*text, parseInfo);
+    ApplyPresentation(root);
+    // Behind a label of the file's own, which is the one that is found then.
+    root.AddAttr(kHeader, package.label);
+    catalogue->AppendCopy(root);
+  }
+  return catalogue;
+}
+
+TargetDescription DescribeTarget(const CXmlNode& target) {
+  TargetDescription description;
+  for (const CXmlNode* child : target.GetChildren()) {
+    const std::string_view name = child->NameView();
+    const char* value = child->ValueText();
+    if (name == "Micro_Description") description.text = WithLineBreaks(value);
+    if (name == "Datasheet") description.datasheet = CleanLink(value);
+    if (name == "Wizard" && *value != '\0') description.wizard = value;
+    if (name == "#CDATA") description.script = value;
+    if (name == "ConfigName") description.configName = value;
+  }
+  return description;
+}
+
+}  // namespace tarn
