@@ -34,6 +34,7 @@ class Grammar {
     AddConfigurations();
     AddNew();
     AddImport();
+    AddTargets();
     AddRun();
     AddServe();
     AddRegistration();
@@ -172,6 +173,12 @@ class Grammar {
     command->add_option("OLD", invocation.older, "A project (*.prj) or a workspace (*.stw) of it")
         ->required();
     command->add_flag("-y,--yes", invocation.yes, "Replace a project that is there already");
+  }
+
+  void AddTargets() {
+    CLI::App* command = AddCommand(app, "targets", "Show the microcontrollers to choose from");
+    command->add_option("TEXT", invocation.text, "A name, or what stands in name or description");
+    command->add_option("--family", invocation.family, "Only this family, e.g. AVR");
   }
 
   void AddRun() {

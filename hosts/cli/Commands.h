@@ -21,6 +21,7 @@ int RunComplete(CommandContext& context);    // complete
 int RunEdit(CommandContext& context);        // add, remove, move, rename, select
 int RunExport(CommandContext& context);      // export compile-commands, sarif
 int RunScript(CommandContext& context);      // run
+int RunTargets(CommandContext& context);     // targets
 int RunServe(CommandContext& context);       // serve
 int RunRegister(CommandContext& context);    // register, unregister
 

@@ -32,6 +32,8 @@ struct Invocation {
   std::string value;  // of an option
   std::string name;   // of a new project or configuration
   std::string compiler;
+  std::string text;                         // targets: what to look for
+  std::string family;                       // targets --family
   std::string older;                        // file that import converts
   bool yes = false;                         // import --yes
   std::string script;                       // file

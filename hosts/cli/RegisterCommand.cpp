@@ -2,8 +2,10 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
+#include "hosts/frame/TargetPackages.h"
 #include "platform/automation/ClassStore.h"
 #include "platform/automation/ServerLibrary.h"
+#include "platform/paths/Paths.h"
 
 namespace tarn::host {
 
@@ -13,6 +15,18 @@ constexpr const char* kServerClass = "TarnProjectManager.ProjectManager";
 
 std::string WordOf(ClassScope scope) {
   return scope == ClassScope::User ? "this user" : "all users";
+}
+
+std::string TargetsFolder(CommandContext& context) {
+  const std::string root = HostFolders::FromEnvironment(context.Files()).application;
+  return CanonicalPath(JoinPath(root, "targets"));
+}
+
+int ComplainOf(CommandContext& context, const char* what, bool adds, const Error& failure) {
+  context.Complain(std::string(what) + " can't be " + (adds ? "registered" : "unregistered") +
+                   ": " + failure.place + ": " + failure.text +
+                   (context.Asked().forAll ? ". --system needs the rights of root." : ""));
+  return kExitCannotOpen;
 }
 
 // The server knows itself what there is to write; it is this installation's own, whichever is
@@ -25,12 +39,15 @@ int CallServer(CommandContext& context, bool adds) {
     return kExitCannotOpen;
   }
   if (*code == 0) return kExitDone;
-  const ClassStore& store = ClassStore::Native();
-  const Error& failure = store.LastFailure();
-  context.Complain("The server can't be " + std::string(adds ? "registered" : "unregistered") +
-                   ": " + failure.place + ": " + failure.text +
-                   (context.Asked().forAll ? ". --system needs the rights of root." : ""));
-  return kExitCannotOpen;
+  return ComplainOf(context, "The server", adds, ClassStore::Native().LastFailure());
+}
+
+// One line that tells what was done with one thing.
+void TellDone(CommandContext& context, bool adds, bool wasThere, bool changed,
+              const std::string& what) {
+  const std::string done = adds ? (changed ? "registered" : "already registered")
+                                : (wasThere ? "unregistered" : "wasn't registered");
+  context.Out().PrintLine(done + " for " + WordOf(ClassStore::Native().GetScope()) + "  " + what);
 }
 
 // What holds behind an unregistration: the other scope may still know the class.
@@ -49,23 +66,32 @@ int RunRegister(CommandContext& context) {
   const bool adds = context.Asked().command == "register";
   ClassStore& store = ClassStore::Native();
   store.SetScope(context.Asked().forAll ? ClassScope::Machine : ClassScope::User);
+  const std::string folder = TargetsFolder(context);
+  TargetPackages targets(context.Files(), store.GetPath(), folder);
   const auto before = store.FindLibraryInScope(kServerClass);
+  const std::vector<std::string> targetsBefore = targets.ListRegistered();
   if (const int code = CallServer(context, adds); code != kExitDone) return code;
+  if (const Status done = adds ? targets.Register() : targets.Unregister(); !done) {
+    return ComplainOf(context, "The targets", adds, done.GetError());
+  }
   const auto after = store.FindLibraryInScope(kServerClass);
+  const std::vector<std::string> targetsAfter = targets.ListRegistered();
   if (context.Asked().json) {
     PrintJson(context, {{"class", kServerClass},
                         {"scope", context.Asked().forAll ? "system" : "user"},
                         {"registered", after.has_value()},
                         {"library", after.value_or("")},
-                        {"changed", before != after}});
+                        {"targets", targetsAfter},
+                        {"changed", before != after || targetsBefore != targetsAfter}});
     return kExitDone;
   }
   if (!context.Asked().quiet) {
     const std::string library = Printable((adds ? after : before).value_or(""));
-    const std::string what = adds ? (before == after ? "already registered" : "registered")
-                                  : (before ? "unregistered" : "wasn't registered");
-    context.Out().PrintLine(what + " for " + WordOf(store.GetScope()) + "  " + kServerClass +
-                            (library.empty() ? "" : "  " + library));
+    TellDone(context, adds, before.has_value(), before != after,
+             std::string(kServerClass) + (library.empty() ? "" : "  " + library));
+    if (!targetsBefore.empty() || !targetsAfter.empty()) {
+      TellDone(context, adds, true, targetsBefore != targetsAfter, "targets  " + Printable(folder));
+    }
   }
   if (!adds) TellWhatIsLeft(context, store);
   return kExitDone;

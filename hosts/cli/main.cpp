@@ -32,6 +32,7 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
       {"new", tarn::host::RunNew},
       {"import", tarn::host::RunImport},
       {"run", tarn::host::RunScript},
+      {"targets", tarn::host::RunTargets},
       {"serve", tarn::host::RunServe},
       {"register", tarn::host::RunRegister},
       {"unregister", tarn::host::RunRegister},

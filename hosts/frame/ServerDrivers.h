@@ -91,6 +91,7 @@ class InspectorDriver : public COleDispatchDriver {
     return InvokeText(9, {set, section, property});
   }
   std::string MissingImportProgram() { return InvokeText(10, {}); }
+  std::string GetTargets() { return InvokeText(11, {}); }
 };
 
 class ToolManagerDriver : public COleDispatchDriver {

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "automation/TargetList.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
@@ -126,6 +127,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::SelectNodeByKey>("SelectNodeByKey", 8, {"key", "application"}),
       Method<&I::ExplainOption>("ExplainOption", 9, {"setname", "sectionname", "propertyname"}),
       Method<&I::MissingImportProgram>("MissingImportProgram", 10, {}),
+      Method<&I::GetTargets>("GetTargets", 11, {}),
   });
   return table;
 }
@@ -342,6 +344,12 @@ std::string CProjectInspector::ExplainOption(const char* set, const char* sectio
 std::string CProjectInspector::MissingImportProgram() {
   const CProjectModel* model = Model();
   return model == nullptr ? std::string() : model->MissingImportProgram();
+}
+
+std::string CProjectInspector::GetTargets() {
+  if (Model() == nullptr) return {};
+  const auto* object = static_cast<CProjectManager*>(manager.Get());
+  return DescribeTargets(*object->GetTargetCatalogue().Read());
 }
 
 }  // namespace tarn

@@ -41,6 +41,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::string ExplainOption(const char* set, const char* section, const char* property);
   // The program that the import of older projects needs and this machine hasn't got, or empty.
   std::string MissingImportProgram();
+  // The targets that an application can be made for; see DescribeTargets.
+  std::string GetTargets();
 
  private:
   CProjectModel* Model() const;

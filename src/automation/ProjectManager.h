@@ -14,6 +14,7 @@
 #include "platform/files/FileSystem.h"
 #include "platform/settings/Settings.h"
 #include "project/ProjectModel.h"
+#include "wizard/TargetCatalogue.h"
 
 namespace tarn {
 
@@ -61,6 +62,10 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   // Null until Init has made it.
   CProjectModel* GetModel() { return model.get(); }
   CPropertyManagerDriver* GetPropertyManager() { return propertyManager.get(); }
+  // What this machine knows of targets, or else the installation.
+  TargetCatalogue GetTargetCatalogue() const {
+    return {platform.files, platform.settings, applicationPath + "targets"};
+  }
   // The folder that relative names of a caller mean.
   std::string GetCurrentFolder() const { return platform.files.CurrentFolder(); }
 

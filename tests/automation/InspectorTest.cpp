@@ -57,6 +57,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"SelectNodeByKey", 8, {"main.c", ""}, "0", "0"},
       {"ExplainOption", 9, {"C", "Build", "Tool"}, "''", "'\r\n<Option Node=\"\" Value=\"\" />'"},
       {"MissingImportProgram", 10, {}, "''", "'/no/perl'"},
+      {"GetTargets", 11, {}, "''", "'\r\n<Targets/>'"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
@@ -106,6 +107,27 @@ TEST_F(Inspector, LooksAtEverythingAndChangesNothing) {
   EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), application);
   EXPECT_EQ(world.disk.AllFiles(), files);
   EXPECT_EQ(world.Call("GetSelectedApplication"), current);
+}
+
+TEST_F(Inspector, ListsTheTargetsOfTheRegistryOrOfTheInstallation) {
+  world.disk.AddFile("/app/targets/own.xml",
+                     "<Targets><Target Header='t' ><Micro_Description>a\\nb</Micro_Description>"
+                     "<Datasheet>\nd</Datasheet><ConfigName></ConfigName></Target>"
+                     "<Target><ConfigName>x</ConfigName></Target><Chip Header='c' />"
+                     "<Targets Header='f' ><Target Header='u' ><ConfigName>C</ConfigName></Target>"
+                     "</Targets></Targets>");
+  ASSERT_EQ(Ask(1, {world.manager}), "1");
+  std::string text = Ask(11);
+  std::erase(text, '\r');
+  EXPECT_EQ(text,
+            "'\n<Targets>\n\t<Targets Header=\"own\" >\n"
+            "\t\t<Target Header=\"t\" Description=\"a\nb\" Datasheet=\"d\" Config=\"Standard\" />\n"
+            "\t\t<Targets Header=\"f\" >\n"
+            "\t\t\t<Target Header=\"u\" Description=\"\" Datasheet=\"\" Config=\"C\" />\n"
+            "\t\t</Targets>\n\t</Targets>\n</Targets>'");
+  world.disk.AddFile("/machine/registry.ini",
+                     "[Software\\Corvane\\Tarn7\\Targets\\x]\nHidden=Yes\n");
+  EXPECT_EQ(Ask(11), "'\r\n<Targets/>'");
 }
 
 TEST_F(Inspector, FindsANodeByAnyOfItsNamesIfItIsTheOnlyOne) {

@@ -122,6 +122,12 @@ void CliProject::Write(const std::string& name, const std::string& text) {
   std::filesystem::last_write_time(folder / name, old);
 }
 
+void CliProject::Point(const std::string& variable, const std::string& name) {
+  for (auto& [each, value] : environment) {
+    if (each == variable) value = PathOf(name);
+  }
+}
+
 std::string CliProject::Read(const std::string& name) const {
   std::ifstream file(folder / name, std::ios::binary);
   std::ostringstream text;

@@ -56,6 +56,9 @@ class CliProject {
   // Puts a program in front of all others that the project's tools can see.
   void AddProgram(const std::string& name, const std::string& script);
 
+  // Makes a variable of the program's surroundings the path of something in the project's folder.
+  void Point(const std::string& variable, const std::string& name);
+
   std::vector<std::pair<std::string, std::string>> environment;
 
  private:

@@ -15,26 +15,34 @@ std::string LibraryPath() {
 
 TEST(CliRegister, SaysWhatItDidForWhomAndWhatIsLeft) {
   CliProject project;
+  project.Point("TARN_ROOT", "root");
+  std::filesystem::create_directories(project.PathOf("root/targets"));
+  project.Write("root/targets/a.xml", "<Targets Header='A' />");
   const std::string name = "  TarnProjectManager.ProjectManager";
   const std::string whole = name + "  " + LibraryPath() + "\n";
+  const std::string targets = "  targets  " + project.PathOf("root/targets") + "\n";
+  const auto told = [&](const std::string& what, const std::string& done) {
+    return done + what + whole + done + what + targets;
+  };
   const std::string left = "tarn: It is still registered for all users, as " + LibraryPath() + "\n";
   const struct {
     std::vector<std::string> arguments;
     std::string out, err;
   } steps[] = {
       {{"unregister"}, "wasn't registered for this user" + name + "\n", ""},
-      {{"register"}, "registered for this user" + whole, ""},
-      {{"register"}, "already registered for this user" + whole, ""},
+      {{"register"}, told(" for this user", "registered"), ""},
+      {{"register"}, told(" for this user", "already registered"), ""},
       {{"register", "--system", "-q"}, "", ""},
-      {{"unregister"}, "unregistered for this user" + whole, left},
+      {{"unregister"}, told(" for this user", "unregistered"), left},
       {{"unregister", "-q"}, "", ""},
-      {{"unregister", "--system"}, "unregistered for all users" + whole, ""},
+      {{"unregister", "--system"}, told(" for all users", "unregistered"), ""},
       {{"register", "--json"},
        "{\n  \"changed\": true,\n  \"class\": \"TarnProjectManager.ProjectManager\",\n"
        "  \"library\": \"" +
            LibraryPath() +
            "\",\n  \"registered\": true,\n"
-           "  \"scope\": \"user\"\n}\n",
+           "  \"scope\": \"user\",\n  \"targets\": [\n    \"" +
+           project.PathOf("root/targets/a.xml") + "\"\n  ]\n}\n",
        ""},
   };
   for (const auto& step : steps) {
@@ -48,9 +56,7 @@ TEST(CliRegister, SaysWhatItDidForWhomAndWhatIsLeft) {
 TEST(CliRegister, ASettingsFolderThatCannotBeWrittenIsThree) {
   CliProject project;
   project.Write("in the way", "");
-  for (auto& [name, value] : project.environment) {
-    if (name == "TARN_SETTINGS") value = project.PathOf("in the way");
-  }
+  project.Point("TARN_SETTINGS", "in the way");
   const auto answer = project.Run({"register", "--system"});
   EXPECT_EQ(answer.code, 3);
   EXPECT_EQ(answer.out, "");

@@ -16,7 +16,7 @@ std::string Text(const CXmlNode& node) {
 
 class TargetCatalogueTest : public ::testing::Test {
  protected:
-  // Registers packages, "label path" for each.
+  // Puts a registry there, with @ for the key of all packages.
   void Register(std::string_view registry) {
     std::string text;
     for (const char c : registry)

@@ -1,0 +1,46 @@
+#include "automation/TargetList.h"
+
+#include "platform/text/Text.h"
+#include "project/ProjectModel.h"
+#include "wizard/TargetCatalogue.h"
+
+namespace tarn {
+
+namespace {
+
+void AddTarget(const CXmlNode& target, CXmlNode& list) {
+  const TargetDescription description = DescribeTarget(target);
+  const std::string config = description.configName.value_or("");
+  CXmlNode& entry = *list.AddChild("Target");
+  entry.AddAttr("Header", TextOf(target.GetAttrValue("Header")));
+  entry.AddAttr("Description", description.text);
+  entry.AddAttr("Datasheet", description.datasheet.value_or(""));
+  entry.AddAttr("Config", config.empty() ? kStandardConfig : config);
+}
+
+void AddFamily(const CXmlNode& family, CXmlNode& list) {
+  for (const CXmlNode* child : family.GetChildren()) {
+    const bool isTarget = child->NameView() == "Target";
+    if (!isTarget && child->NameView() != "Targets") continue;
+    const std::string label = TextOf(child->GetAttrValue("Header"));
+    if (label.empty()) continue;
+    if (isTarget) {
+      AddTarget(*child, list);
+    } else {
+      CXmlNode& entry = *list.AddChild("Targets");
+      entry.AddAttr("Header", label);
+      AddFamily(*child, entry);
+    }
+  }
+}
+
+}  // namespace
+
+std::string DescribeTargets(const CXmlNode& catalogue) {
+  CXmlNode list;
+  list.SetName("Targets");
+  AddFamily(catalogue, list);
+  return list.ToString(g_xmlDisplayOptions);
+}
+
+}  // namespace tarn

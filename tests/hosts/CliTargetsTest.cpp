@@ -1,0 +1,178 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <regex>
+#include <set>
+
+#include "hosts/CliProject.h"
+#include "platform/files/FileSystem.h"
+#include "platform/settings/Settings.h"
+#include "platform/text/Text.h"
+#include "wizard/TargetCatalogue.h"
+
+namespace tarn::host {
+namespace {
+
+TEST(CliTargets, AreShownByFamilyNameAndText) {
+  CliProject project;
+  project.Write(
+      "targets.xml",
+      "<Targets Header='Mine' >"
+      "<Target Header='ab1' ><Micro_Description>First.\\nUSB and\x1b[m.</Micro_Description>"
+      "<Datasheet>https://example.com/ab1</Datasheet><ConfigName>Debug</ConfigName></Target>"
+      "<Targets Header='Inner' ><Target Header='ab12' ><Micro_Description>Second."
+      "</Micro_Description></Target><Other Header='ab3' /></Targets></Targets>");
+  std::filesystem::create_directories(project.PathOf("settings/user"));
+  project.Point("TARN_SETTINGS", "settings");
+  project.Write("settings/user/registry.ini",
+                "[Software\\Corvane\\Tarn7\\Targets\\mine]\nNickName=Mine\nXmlPath=" +
+                    project.PathOf("targets.xml") + "\n");
+  const struct {
+    std::vector<std::string> arguments;
+    int code;
+    std::string out, err;
+  } rows[] = {
+      {{"targets"}, 0, "Mine\n  ab1   First.  [Debug]\nMine, Inner\n  ab12  Second.\n", ""},
+      {{"targets", "AB1"},
+       0,
+       "ab1  Mine\n  First.\n  USB and[m.\n  Data sheet     https://example.com/ab1\n"
+       "  Configuration  Debug\n",
+       ""},
+      {{"targets", "seco"}, 0, "ab12  Mine, Inner\n  Second.\n  Configuration  Standard\n", ""},
+      {{"targets", "--family", "inner", "--json"},
+       0,
+       "[\n  {\n    \"configuration\": \"Standard\",\n    \"datasheet\": \"\",\n"
+       "    \"description\": \"Second.\",\n    \"families\": [\n      \"Mine\",\n      \"Inner\"\n"
+       "    ],\n    \"name\": \"ab12\"\n  }\n]\n",
+       ""},
+      {{"targets", "--family", "innr"},
+       2,
+       "",
+       "tarn: There is no family \"innr\". Did you mean \"Inner\"?\n"},
+      {{"targets", "--family", "Inner", "usb"},
+       2,
+       "",
+       "tarn: No target has \"usb\" in its name or description.\n"},
+  };
+  for (const auto& row : rows) {
+    const auto answer = project.Run(row.arguments);
+    EXPECT_EQ(answer.code, row.code) << row.arguments.back();
+    EXPECT_EQ(answer.out, row.out) << row.arguments.back();
+    EXPECT_EQ(answer.err, row.err) << row.arguments.back();
+  }
+}
+
+// --- The shipped targets ---
+
+struct Part {
+  std::string name;
+  TargetDescription description;
+};
+
+std::vector<Part> PartsOf(const std::string& package) {
+  const std::string share = std::string(std::getenv("TARN_SOURCE_DIR")) + "/share/";
+  const Settings nobody(FileSystem::Native(), {"/none", "/none", "/none"});
+  const auto root = TargetCatalogue(FileSystem::Native(), nobody, share + "targets").Read();
+  std::vector<Part> parts;
+  const CXmlNode* packageRoot = root->FindDescendantByAttr("Header", package);
+  if (packageRoot == nullptr) return parts;
+  for (const CXmlNode* family : packageRoot->GetChildren()) {
+    for (const CXmlNode* target : family->GetChildren()) {
+      if (target->NameView() != "Target") continue;
+      parts.push_back({TextOf(target->GetAttrValue("Header")), DescribeTarget(*target)});
+    }
+  }
+  return parts;
+}
+
+// The bytes of a memory, from a description such as "4.25 KB RAM"; 0 when it tells of none.
+long BytesOf(const std::string& description, const std::string& memory) {
+  std::smatch found;
+  if (!std::regex_search(description, found, std::regex("([0-9.]+) (K?)B " + memory))) return 0;
+  return static_cast<long>(std::stod(found[1]) * (found[2].length() == 0 ? 1 : 1024));
+}
+
+std::string AvrSource(const std::string& description) {
+  std::string source = "#include <avr/io.h>\n";
+  const auto check = [&](const char* memory, const char* size) {
+    const long bytes = BytesOf(description, memory);
+    if (bytes == 0) return;
+    source += std::string("_Static_assert(") + size + " == " + std::to_string(bytes) + ", \"" +
+              memory + "\");\n";
+  };
+  check("flash", "FLASHEND + 1UL");
+  check("RAM", "RAMEND - RAMSTART + 1UL");
+  check("EEPROM", "E2END + 1UL");
+  return source + "unsigned char counter;\nint main(void) { for (;;) counter++; }\n";
+}
+
+std::string SdccSource(const std::string& description) {
+  std::smatch header;
+  std::string source = "#include <stdint.h>\n";
+  if (std::regex_search(description, header, std::regex("registers stand in ([^ ]+\\.h)"))) {
+    source += "#include <" + header[1].str() + ">\n";
+  }
+  return source + "unsigned char counter;\nvoid main(void) { for (;;) counter++; }\n";
+}
+
+// The linker of the 8051 can be told how much there is, so it has to be what the user is told.
+void ExpectMemoryOptions(const Part& part) {
+  const std::string& text = part.description.text;
+  const long external = BytesOf(text, "of it by MOVX");
+  const std::string options = "\"--code-size " + std::to_string(BytesOf(text, "flash")) +
+                              " --iram-size " + std::to_string(BytesOf(text, "RAM") - external) +
+                              " --xram-size " + std::to_string(external) + "\"";
+  EXPECT_TRUE(Has(part.description.script.value_or(""), options)) << part.name << options;
+}
+
+struct Package {
+  const char* label;
+  std::string (*makeSource)(const std::string& description);
+  std::size_t parts;  // at least
+};
+
+void PrintTo(const Package& package, std::ostream* out) {
+  *out << package.label;
+}
+
+class ShippedTargets : public ::testing::TestWithParam<Package> {};
+
+// Each part's script sets an application up, and all of them are built.
+TEST_P(ShippedTargets, CannotBeBuiltOrAreNotWhatTheyAreSaidToBe) {
+  const std::vector<Part> parts = PartsOf(GetParam().label);
+  ASSERT_GE(parts.size(), GetParam().parts);
+  CliProject project;
+  std::vector<std::pair<std::string, std::vector<std::string>>> applications;
+  std::set<std::string> names;
+  std::string setUp;
+  for (const Part& part : parts) {
+    const TargetDescription& description = part.description;
+    EXPECT_TRUE(names.insert(FoldCase(part.name)).second) << part.name << " is there twice";
+    EXPECT_TRUE(description.datasheet.value_or("").starts_with("https://")) << part.name;
+    EXPECT_EQ(description.configName, "Standard") << part.name;
+    EXPECT_GE(BytesOf(description.text, "flash"), 1024) << part.name;
+    if (GetParam().label == std::string("8051")) ExpectMemoryOptions(part);
+    applications.push_back({part.name, {part.name + ".c"}});
+    project.Write("src/" + part.name + ".c", GetParam().makeSource(description.text));
+    project.Write(part.name + ".lua", description.script.value_or(""));
+    setUp += "tarn.SelectApplication('" + part.name + "')\n" + "assert(tarn.ExecuteScript('" +
+             part.name + ".lua') == 1)\n";
+  }
+  project.WriteProject(applications);
+  project.Write("setup.lua", setUp + "tarn.ProjectSave()\n");
+  ASSERT_EQ(project.Out({"run", "setup.lua"}), "");
+  const auto built = project.Run({"build"});
+  if (built.code == 4) GTEST_SKIP() << built.err;
+  EXPECT_EQ(built.code, 0) << built.out << built.err;
+  const std::string count = std::to_string(2 * parts.size());
+  EXPECT_TRUE(Has(built.out, "\nBuilt " + count + " files (")) << built.out << built.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(Package, ShippedTargets,
+                         ::testing::Values(Package{"AVR", AvrSource, 40},
+                                           Package{"8051", SdccSource, 15}),
+                         [](const auto& package) { return std::string(package.param.label); });
+
+}  // namespace
+}  // namespace tarn::host
