@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "components/options/OptionsRig.h"
 #include "support/Surroundings.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::options {
 namespace {
@@ -184,6 +187,25 @@ class ShippedOptionsTest : public ::testing::Test {
 
 TEST_F(ShippedOptionsTest, HaveNoFault) {
   EXPECT_EQ(manager.GetDefinitionErrors(), "");
+}
+
+// A type without an icon that can be loaded is not shown, nor is what is below it.
+TEST_F(ShippedOptionsTest, GiveEveryNodeTypeAnIconOfItsOwn) {
+  CXmlParseInfo parseInfo;
+  CXmlNode root;
+  const std::string text = testing::ReadBytes(configFile);
+  ASSERT_NE(root.Load(text, parseInfo), nullptr);
+  std::set<std::string> icons;
+  for (const CXmlNode* type : root.FindChild("Types")->GetChildren()) {
+    const std::string icon = Get(type->NameText(), "Internal", "Icon");
+    EXPECT_TRUE(icon.starts_with(testing::SourcePath("share/config/resources/"))) << icon;
+    EXPECT_TRUE(icons.insert(icon).second) << type->GetName() << " has the icon of another type";
+    const std::string bytes = testing::ReadBytes(icon);
+    ASSERT_GT(bytes.size(), 26U) << icon;
+    EXPECT_EQ(bytes.substr(0, 2) + std::to_string(bytes[18]) + "x" + std::to_string(bytes[22]),
+              "BM18x18")
+        << icon;
+  }
 }
 
 TEST_F(ShippedOptionsTest, GiveToolsAndOutputsForEveryToolchain) {
