@@ -44,6 +44,7 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
 
   output = std::make_unique<CBuildOutput>(platform.files);
   output->Initialise(configFilePath, mainframeHandle);
+  CreateOutputViews();
   output->SetFlagBits(CBuildOutput::kSaveEachMessage);
   NameLogFile();
 
@@ -59,6 +60,7 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
   model->dataPath = dataPath;
   ChooseProfileKey();
   ReadImportSettings();
+  CreateWindows();
   SeedDefaultProject();
   if (givenApplicationPath != nullptr) platform.files.SetCurrentFolder(givenApplicationPath);
 

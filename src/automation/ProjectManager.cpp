@@ -16,11 +16,14 @@ CProjectManager::~CProjectManager() {
   if (activeObjectToken != 0) platform.runningObjects.RevokeActiveObject(activeObjectToken);
   // A living worker uses all the others until it has ended.
   if (model) model->StopAndWait();
+  ReleaseWindows();
   if (output) output->DeleteLogFile();
   output.reset();
+  logView.reset();
   propertyManager.reset();
   toolManager.reset();
   model.reset();
+  projectWindow.reset();
 }
 
 void CProjectManager::OnFinalRelease() {
@@ -76,17 +79,6 @@ std::int32_t CProjectManager::ProjectNew(const char* projectPath) {
 
 std::int32_t CProjectManager::ProjectBuild() {
   return model ? model->BuildHere() : 0;
-}
-
-// The windows are made by a window toolkit; without one there is none to announce.
-std::int32_t CProjectManager::GetProjectWindow() {
-  return 0;
-}
-std::int32_t CProjectManager::GetOutputWindow() {
-  return 0;
-}
-std::int32_t CProjectManager::GetReportWindow() {
-  return 0;
 }
 
 std::int32_t CProjectManager::GetPropertyWindow() {

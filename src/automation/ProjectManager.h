@@ -6,6 +6,7 @@
 
 #include "automation/ServerLock.h"
 #include "output/BuildOutput.h"
+#include "output/OutputEdit.h"
 #include "outside/PropertyManagerDriver.h"
 #include "outside/ToolManagerDriver.h"
 #include "platform/automation/ClassRegistry.h"
@@ -14,6 +15,7 @@
 #include "platform/files/FileSystem.h"
 #include "platform/settings/Settings.h"
 #include "project/ProjectModel.h"
+#include "views/ProjectWnd.h"
 #include "wizard/TargetCatalogue.h"
 
 namespace tarn {
@@ -82,10 +84,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::int32_t ProjectSave();
   std::int32_t ProjectNew(const char* projectPath);
   std::int32_t ProjectBuild();
-  std::int32_t GetProjectWindow();
   std::int32_t GetPropertyWindow();
-  std::int32_t GetOutputWindow();
-  std::int32_t GetReportWindow();
   std::int32_t SelectApplication(const char* header);
   std::int32_t SelectNode(const char* path);
   std::int32_t AddExistingItem(const char* itemPath, const char* itemType);
@@ -97,6 +96,11 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   void ReportMessage(const char* text);
   std::string GetSelectedApplicationsList(const char* separator);
   std::string GetSelectedFilesList(const char* separator);
+
+  // Windows.cpp: handles, 0 for a window that does not stand.
+  std::int32_t GetProjectWindow();
+  std::int32_t GetOutputWindow();
+  std::int32_t GetReportWindow();
 
   // Commands.cpp: 2 for work that goes on in the background.
   std::int32_t Command(std::uint32_t id);
@@ -139,6 +143,14 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   // First, so that it goes last: all of the object's end is in the library.
   const ServerLock lock;
 
+  // Windows.cpp: steps of Init, and of the end.
+  void CreateOutputViews();
+  void CreateWindows();
+  // From now on the windows use nothing of model, drivers and hub.
+  void ReleaseWindows();
+  // Offers a window to the host, to be docked.
+  void Announce(CWnd* window, const char* title, int id) const;
+
   // Steps of Init.
   bool ChooseConfigFile(const std::string& root);
   void NameLogFile();
@@ -171,6 +183,8 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::unique_ptr<CPropertyManagerDriver> propertyManager;
   std::unique_ptr<CToolManagerDriver> toolManager;
   std::unique_ptr<CProjectModel> model;
+  std::unique_ptr<COutputEdit> logView;
+  std::unique_ptr<CProjectWnd> projectWindow;
   std::string configFolder;
   std::string defaultProjectPath;
   std::uint32_t activeObjectToken = 0;

@@ -15,7 +15,11 @@
 namespace tarn::test {
 namespace {
 
+using ::testing::AllOf;
+using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::Gt;
+using ::testing::SizeIs;
 
 // Whether that file is what comes up when a project cannot be opened.
 std::string ShownInstead(ManagerWorld& world, const std::string& file) {
@@ -128,18 +132,23 @@ TEST(Init, DoesItsStepsInOrder) {
   }
   EXPECT_THAT(
       events,
-      ElementsAre("exists /app/config/demo_projectmanager.config",
-                  "exists /app/config/projectmanager.config", "create properties",
-                  "InitOptions /app/ /data/demo " + std::to_string(world.host.Handle()) + " 1",
-                  "ReadDefsFromFile \"\" /app/config/projectmanager.config",
-                  "exists /app/config/projectmanager.config", "read /app/config/message.xslt",
-                  "reserve", "remove", "read /app/config/projectmanager.config",
-                  "0x800B Tarn Project \r\n<ToolBar>\r\n\t<Item Header=\"Build\" />\r\n</ToolBar>",
-                  "0x8013 Tarn Project \r\n<Menu Header=\"Project\" />",
-                  "0x8013 Tarn Project \r\n<Menu Header=\"Build\" />", "read /user/profile.ini",
-                  "read /user/profile.ini", "exists /data/demo/demo.tprj",
-                  "read /machine/registry.ini", "copy /targets/demo.tprj /data/demo/demo.tprj",
-                  "copy /targets/demo.tapp /data/demo/demo.tapp", "enter /app", "end"));
+      ElementsAre(
+          "exists /app/config/demo_projectmanager.config",
+          "exists /app/config/projectmanager.config", "create properties",
+          "InitOptions /app/ /data/demo " + std::to_string(world.host.Handle()) + " 1",
+          "ReadDefsFromFile \"\" /app/config/projectmanager.config",
+          "exists /app/config/projectmanager.config", "read /app/config/message.xslt", "reserve",
+          "remove", "read /app/config/projectmanager.config",
+          "0x800B Tarn Project \r\n<ToolBar>\r\n\t<Item Header=\"Build\" />\r\n</ToolBar>",
+          "0x8013 Tarn Project \r\n<Menu Header=\"Project\" />",
+          "0x8013 Tarn Project \r\n<Menu Header=\"Build\" />", "read /user/profile.ini",
+          "read /user/profile.ini", "read /user/profile.ini", "read /user/profile.ini",
+          "read /app/config/projectmanager.config", "GetPropertyValue Project Internal Icon",
+          "GetPropertyValue Application Internal Icon", "GetPropertyValue Group Internal Icon",
+          "GetPropertyValue C Internal Icon", "read /app/config/resources/marker.bmp",
+          "exists /data/demo/demo.tprj", "read /user/registry.ini", "read /machine/registry.ini",
+          "copy /targets/demo.tprj /data/demo/demo.tprj",
+          "copy /targets/demo.tapp /data/demo/demo.tapp", "enter /app", "end"));
   EXPECT_EQ(world.disk.CurrentFolder(), "/app");
   EXPECT_THAT(world.components.Tools().Calls(), ElementsAre());
   EXPECT_EQ(world.runningObjects.GetActiveObject(CProjectManager::kClassId).Get(),
@@ -220,7 +229,7 @@ TEST(Init, OneFromInsideAnotherIsRefused) {
   world.components.Properties().onCall = [&](std::string_view) { answers.push_back(world.Init()); };
   world.host.actions[kMsgCreateToolbar] = [&] { answers.push_back(world.Init()); };
   EXPECT_EQ(world.Init(), "1");
-  EXPECT_THAT(answers, ElementsAre("0", "0", "0"));
+  EXPECT_THAT(answers, AllOf(SizeIs(Gt(2u)), Each("0")));
   EXPECT_EQ(world.components.Properties().CallsOf("InitOptions").size(), 1u);
 }
 

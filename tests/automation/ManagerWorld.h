@@ -7,6 +7,7 @@
 
 #include "automation/ProjectManager.h"
 #include "support/FakeComponents.h"
+#include "support/ManualClock.h"
 #include "support/MemoryFileSystem.h"
 #include "support/RecordingHost.h"
 
@@ -43,6 +44,7 @@ class ManagerWorld {
   // Lines of the host that are not about the log.
   std::vector<std::string> TakeLines();
 
+  ManualClock clock;
   tarn::testing::MemoryFileSystem disk;
   Settings settings{disk, {"/machine", "/user", "/userdata"}};
   ClassRegistry classes{"/nowhere"};

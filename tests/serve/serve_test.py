@@ -123,6 +123,7 @@ class Session(ServeTest):
                              "host/wizard": lambda params: {"applicationName": "app"}})
         path = self.project.path("demo.tprj")
         ended = [("WorkerEnded", 1)]
+        known = [("Command", 1)]  # the last of what is told of options behind an opening
         lines = ["initialize"] + self.list_heard(client)
         for step in (("ProjectNew", path), ("ProjectOpen", path),
                      ("AddNewItem", None, "Application"),
@@ -132,7 +133,7 @@ class Session(ServeTest):
                      ("AddExistingItem", self.project.path("src/b.c"), None),
                      ("SavePropertyValue", "C", "Compiler", "Defines", "ANSWER=42"),
                      ("Command", APPLY)):
-            lines += self.tell(client, *step)
+            lines += self.tell(client, *step, until=known if step[0] == "ProjectOpen" else ())
         lines += self.tell_build(client, BUILD, ended)
         lines += self.tell(client, "EpilogCommand", BUILD)
 
@@ -141,14 +142,14 @@ class Session(ServeTest):
         self.project.wait_child()
         lines += self.tell(client, "Command", STOP, until=ended)
         lines += self.tell(client, "EpilogCommand", REBUILD)
-        lines += self.tell(client, "ProjectSave") + self.tell(client, "ProjectClose")
+        lines += self.tell(client, "ProjectSave", until=known) + self.tell(client, "ProjectClose")
         self.assertIsNone(client.call("shutdown"))
         client.send(EXIT)
         self.assertEqual(client.end(), 0)
 
         self.project.add_compiler('exec /usr/bin/gcc "$@"\n')
         client = self.start({"host/ask": lambda params: 1})
-        lines += self.tell(client, "ProjectOpen", path)
+        lines += self.tell(client, "ProjectOpen", path, until=known)
         lines += self.tell(client, "GetSelectedApplication")
         for _ in range(2):
             lines += self.tell_build(client, BUILD, ended)

@@ -1,0 +1,65 @@
+// The windows of a manager: how they are made, offered to the host, and let go.
+
+#include "automation/ProjectManager.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kProjectWindowId = 4003;
+constexpr int kLogViewId = 4004;
+constexpr int kDockedWidth = 200;
+constexpr int kDockedHeight = 600;
+
+std::int32_t HandleOf(const CWnd* window) {
+  return window == nullptr ? 0 : window->GetHandle();
+}
+
+}  // namespace
+
+void CProjectManager::CreateOutputViews() {
+  logView = std::make_unique<COutputEdit>(platform.files, mainframeHandle);
+  logView->SetWindowText(output->GetViewTitle());
+  logView->Create(kStylePopup, {}, nullptr, 0);
+  output->SetViews(logView.get(), nullptr);
+}
+
+void CProjectManager::CreateWindows() {
+  projectWindow = std::make_unique<CProjectWnd>(platform.files, platform.settings, *model,
+                                                *propertyManager, mainframeHandle);
+  model->views.project = projectWindow.get();
+  projectWindow->Create(kStylePopup, {}, nullptr, 0);
+  projectWindow->LoadViewConfig(configFilePath);
+}
+
+void CProjectManager::ReleaseWindows() {
+  if (model) model->views = {};
+  if (output) output->SetViews(nullptr, nullptr);
+  if (projectWindow) projectWindow->ForgetModel();
+}
+
+void CProjectManager::Announce(CWnd* window, const char* title, int id) const {
+  if (window == nullptr) return;
+  const std::string number = std::to_string(id);
+  const std::string text = "<Wnd ID='" + number + "' Icon='" + number + "' Title='" + title +
+                           "' SizeX='" + std::to_string(kDockedWidth) + "' SizeY='" +
+                           std::to_string(kDockedHeight) + "' />";
+  SendWindowMessage(mainframeHandle, kMsgAnnounceWindow, reinterpret_cast<std::intptr_t>(window),
+                    reinterpret_cast<std::intptr_t>(text.c_str()));
+}
+
+std::int32_t CProjectManager::GetProjectWindow() {
+  Announce(projectWindow.get(), "Project", kProjectWindowId);
+  return HandleOf(projectWindow.get());
+}
+
+std::int32_t CProjectManager::GetOutputWindow() {
+  Announce(logView.get(), "Build Log", kLogViewId);
+  return HandleOf(logView.get());
+}
+
+std::int32_t CProjectManager::GetReportWindow() {
+  return 0;
+}
+
+}  // namespace tarn
