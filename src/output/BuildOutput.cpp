@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "output/MessageTable.h"
+#include "patterns/LineRecogniser.h"
 #include "patterns/ParseNumber.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"

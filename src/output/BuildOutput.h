@@ -13,6 +13,8 @@
 
 namespace tarn {
 
+class LineRecogniser;
+
 // The hub through which everything that a build has to say passes: it holds the tree of all
 // messages since the last reset, keeps the log file current, shows each message in the log view
 // and hands the tree to the report.
@@ -75,6 +77,18 @@ class CBuildOutput {
   // Adds a line of the host's own.
   void AddOutput(const std::string& text);
 
+  // Adds a message for each line of a tool's text: its kind, file and line as far as they can be
+  // recognised, after the template if there is one (see ShapeOfTemplate), then after the shapes
+  // that are always known. A template that is none counts as absent. The name of a page in
+  // `helpFolder` goes with a message that has a number. Null for none of them.
+  //
+  // A text with rows in it goes to ParseToolRows from there on, and gives no message at all.
+  //
+  // The log view may lead back into the hub after each message.
+  void ParseToolText(const char* text, const char* lineTemplate, const char* helpFolder);
+  // The way in for texts that carry messages as rows of XML. Does nothing yet with any.
+  void ParseToolRows(const char* text);
+
   // Makes the log file current; writes only what is new, and nothing when nothing is.
   void SaveLog();
   // Empties tree, log file and log view.
@@ -98,6 +112,7 @@ class CBuildOutput {
   WindowHandle hostWindow = 0;
   ILogView* logView = nullptr;
   IReportView* reportView = nullptr;
+  std::unique_ptr<LineRecogniser> recogniser;  // from the first text of a tool on
   LogFileWriter writer;
 };
 

@@ -1,0 +1,88 @@
+#include <algorithm>
+#include <optional>
+
+#include "output/BuildOutput.h"
+#include "patterns/LineRecogniser.h"
+#include "patterns/LineTemplate.h"
+#include "patterns/Parser.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+// Text of tools that nobody has recognised yet, turned into messages of the log.
+namespace tarn {
+namespace {
+
+struct Look {
+  const char* type;
+  const char* icon;
+};
+
+Look LookOf(LineKind kind) {
+  return kind == LineKind::Error ? Look{"1", "2"} : Look{"2", "1"};
+}
+
+// What the log shows of a line. Blanks at its end stay.
+std::string PrepareLine(std::string_view text) {
+  std::string line(text.substr(std::min(text.find_first_not_of("\t\r\n "), text.size())));
+  for (char& c : line) {
+    if (c == '\t' || c == '\r' || c == '\n') c = ' ';
+  }
+  return line;
+}
+
+std::string LinkOf(const ToolLine& found) {
+  if (found.file.empty() || found.line.empty()) return "lnk://";
+  return "err://" + found.file + ":" + found.line;
+}
+
+CXmlNode& AppendLine(CXmlNode& root, const std::string& line, const ToolLine& found,
+                     const std::string& helpFolder) {
+  CXmlNode& message = *root.AddChild("message");
+  if (found.kind != LineKind::Plain) {
+    const Look look = LookOf(found.kind);
+    message.AddChild("type", look.type);
+    message.SetAttrValue("Icon", look.icon);
+    message.SetAttrValue("ShowInReport", "yes");
+    message.SetAttrValue("Contain", found.message);
+    if (!helpFolder.empty() && !found.help.empty()) {
+      message.SetAttrValue("Help", helpFolder + kSeparator + found.help + ".htm");
+    }
+  }
+  message.AddChild("header", line);
+  message.AddChild("link", LinkOf(found));
+  message.SetAttrValue("Description", line);
+  message.SetAttrValue("File", found.file);
+  message.SetAttrValue("Line", found.line);
+  return message;
+}
+
+}  // namespace
+
+void CBuildOutput::ParseToolText(const char* text, const char* lineTemplate,
+                                 const char* helpFolder) {
+  const std::string_view whole = text == nullptr ? std::string_view() : text;
+  if (const std::size_t rows = whole.find("<Row"); rows != whole.npos) {
+    ParseToolRows(text + rows);
+    return;
+  }
+  const std::string help = TextOf(helpFolder);
+  std::optional<LineShape> special;
+  if (lineTemplate != nullptr) special = ShapeOfTemplate(lineTemplate, kToolTextTemplates);
+  if (special && !special->IsCompiled()) special.reset();
+  if (!recogniser) recogniser = std::make_unique<LineRecogniser>();
+
+  const CParser lines(whole, "\n");
+  for (int i = 0; i < lines.GetCount(); ++i) {
+    const std::string line = PrepareLine(lines.TokenView(i));
+    if (line.empty()) continue;
+    const ToolLine found = recogniser->Recognise(line, special ? &*special : nullptr);
+    // The view may lead to a reset, so the root is asked for anew each time.
+    const CXmlNode& message = AppendLine(*root, line, found, help);
+    if (logView != nullptr) logView->AddMessage(message);
+  }
+  if ((flags & kSaveEachMessage) != 0) SaveLog();
+}
+
+void CBuildOutput::ParseToolRows(const char* /*text*/) {}
+
+}  // namespace tarn

@@ -1,0 +1,68 @@
+#include "patterns/LineTemplate.h"
+
+#include <algorithm>
+#include <array>
+
+#include "patterns/CaseBlind.h"
+#include "patterns/LineRecogniser.h"
+#include "patterns/Parser.h"
+
+namespace tarn {
+namespace {
+
+constexpr std::array<TemplateKeyword, 4> kKeywords{{
+    {"SPECFILE", kPathPattern, 4, &LineFields::file},
+    {"SPECERROR", "(.*)", 1, &LineFields::type},
+    {"SPECLINE", "([0-9]*)", 1, &LineFields::line},
+    {"SPECMESSAGE", "*(.*)", 1, &LineFields::message},
+}};
+
+// Behind the set that opens at `at`: a ] ends it unless it comes first.
+std::size_t BehindSet(std::string_view text, std::size_t at) {
+  std::size_t first = at + 1;
+  if (first < text.size() && text[first] == '^') ++first;
+  return std::min(text.find(']', first + 1), text.size() - 1) + 1;
+}
+
+// How many groups a piece of a pattern opens.
+int CountGroups(std::string_view text) {
+  int count = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    if (text[at] == '(') ++count;
+    if (text[at] == '[') {
+      at = BehindSet(text, at);
+    } else {
+      at += text[at] == '\\' ? 2 : 1;
+    }
+  }
+  return count;
+}
+
+}  // namespace
+
+const TemplateLanguage kToolTextTemplates{kKeywords, false};
+
+LineShape ShapeOfTemplate(std::string_view text, const TemplateLanguage& language) {
+  std::string pattern;
+  LineFields fields;
+  int groups = 0;
+  const CParser tokens(text, "{}");
+  for (int i = 0; i < tokens.GetCount(); ++i) {
+    const std::string_view token = tokens.TokenView(i);
+    const auto& keywords = language.keywords;
+    const auto keyword = std::find_if(keywords.begin(), keywords.end(), [&](const auto& known) {
+      return IsSameWord(known.name, token);
+    });
+    if (keyword == keywords.end()) {
+      pattern += token;
+      if (language.allowsGroups) groups += CountGroups(token);
+    } else {
+      pattern += keyword->pattern;
+      fields.*keyword->field = groups + 1;
+      groups += keyword->groups;
+    }
+  }
+  return {pattern, fields};
+}
+
+}  // namespace tarn
