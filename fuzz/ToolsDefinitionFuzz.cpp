@@ -4,12 +4,13 @@
 
 #include "components/tools/CommandBuilder.h"
 #include "components/tools/DefinitionReader.h"
+#include "components/tools/MessageReader.h"
 
 // Any definition file, and the command lines of every tool that it gives.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tarn;
-  tools::ReadDefinitions read;
-  tools::ReadDefinitionFile(std::string(reinterpret_cast<const char*>(data), size), "f", read);
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  const tools::ReadDefinitions read = tools::ReadDefinitionFiles({{"f", text}});
   OptionValues values("C");
   values.Put("", "C", "D", "a;b c;../d");
   values.Put("", "C", "E", "-a 'b c' \"");
@@ -17,6 +18,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   tools::ToolJob job{{"/p/a.c", "/p/b c.c"}, &values, "/p", "wrap"};
   for (const auto& tool : read.tools) {
     if (tool->steps.empty()) std::abort();
+    const tools::ToolMessage message =
+        tools::MessageReader(tool->messages, "/p").Read("a.c:3:1: error: x");
+    if (message.text.empty()) std::abort();
     const tools::ToolPlan plan = tools::MakePlan(*tool, job);
     if (plan.commands.size() > tool->steps.size()) std::abort();
     for (const tools::ToolCommand& command : plan.commands) {

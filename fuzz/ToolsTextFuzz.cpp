@@ -4,10 +4,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <fstream>
 #include <string>
 
+#include "components/tools/DefinitionReader.h"
 #include "components/tools/MessageFile.h"
-#include "components/tools/MessageScanner.h"
+#include "components/tools/MessageReader.h"
 #include "components/tools/ToolText.h"
 #include "xml/StrictText.h"
 #include "xml/XmlNode.h"
@@ -20,21 +22,29 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
+// The lists that come along, in two orders.
+std::vector<tools::MessageRuleLists> ReadRuleLists() {
+  std::ifstream file(TARN_MESSAGES);
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  const tools::ReadDefinitions read = tools::ReadDefinitionFiles({{"messages", text}});
+  Require(read.errors.empty() && !read.messages.empty());
+  tools::MessageRuleLists lists;
+  for (const auto& [name, rules] : read.messages) lists.push_back(rules);
+  return {lists, {lists.rbegin(), lists.rend()}};
+}
+
 tools::ToolMessages MessagesOf(std::string_view output) {
-  tools::MessageRecogniser gcc;
-  gcc.Add(*tools::FindScanner("gcc"));
-  gcc.Add(*tools::FindScanner("gnu-ld"));
-  tools::MessageRecogniser sdcc;
-  sdcc.Add(*tools::FindScanner("sdcc"));
   tools::ToolMessages messages;
-  const auto take = [&](std::string_view line) {
-    const std::string clean = tools::CleanLine(line);
-    messages.push_back(gcc.Recognise(clean, "/w"));
-    messages.push_back(sdcc.Recognise(clean, "/w"));
-  };
-  tools::LineAssembler lines;
-  lines.Add(output, take);
-  lines.Finish(take);
+  static const std::vector<tools::MessageRuleLists> orders = ReadRuleLists();
+  for (const tools::MessageRuleLists& lists : orders) {
+    tools::MessageReader reader(lists, "/w");
+    const auto take = [&](std::string_view line) {
+      messages.push_back(reader.Read(tools::CleanLine(line)));
+    };
+    tools::LineAssembler lines;
+    lines.Add(output, take);
+    lines.Finish(take);
+  }
   return messages;
 }
 

@@ -4,7 +4,9 @@
 #include <array>
 #include <initializer_list>
 
+#include "components/tools/ElementReader.h"
 #include "components/tools/FileList.h"
+#include "components/tools/MessageRulesReader.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
 
@@ -13,8 +15,10 @@ namespace tarn::tools {
 namespace {
 
 // Reads the elements of one tool; the first thing that is wrong ends up in `error`.
-class ToolReader {
+class ToolReader : public ElementReader {
  public:
+  explicit ToolReader(const NamedMessageRules& messages) : knownMessages(messages) {}
+
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool = std::make_unique<ToolDefinition>();
     CheckAttributes(
@@ -27,27 +31,13 @@ class ToolReader {
     tool->rules = Filled(node, "Rules");
     if (tool->name.empty()) Fail("a tool has no Name");
     ReadExtensions(Text(node, "Extensions"));
-    ReadScanners(Text(node, "Messages"));
     ReadChildren(node);
+    ReadMessages(Text(node, "Messages"));
     if (tool->steps.empty()) Fail("there is no Step");
     return std::move(tool);
   }
 
-  const std::string& Error() const { return error; }
-
  private:
-  void Fail(const std::string& reason) {
-    if (error.empty()) error = reason;
-  }
-
-  static std::string Text(const CXmlNode& node, const char* attribute) {
-    return TextOf(node.GetAttrValue(attribute));
-  }
-
-  bool IsYes(const CXmlNode& node, const char* attribute) {
-    return Choose(node, attribute, {"", "No", "Yes"}) == 2;
-  }
-
   Template Parse(const std::string& text) {
     std::string reason;
     auto parsed = Template::Parse(text, reason);
@@ -59,33 +49,34 @@ class ToolReader {
     return Parse(Text(node, attribute));
   }
 
-  void CheckAttributes(const CXmlNode& node, std::initializer_list<std::string_view> known) {
-    for (const CXmlAttr& attribute : node.Attributes()) {
-      const std::string_view name = attribute.NameView();
-      if (std::find(known.begin(), known.end(), name) == known.end()) {
-        Fail("unknown attribute " + std::string(name) + " in " + node.GetName());
-      }
-    }
-  }
-
   void ReadExtensions(const std::string& list) {
     for (const std::string& entry : SplitOptionList(list)) {
       tool->extensions.push_back(FoldCase(entry.front() == '.' ? entry : "." + entry));
     }
   }
 
-  void ReadScanners(const std::string& names) {
+  // The lines of the tool itself are in front already.
+  void ReadMessages(const std::string& names) {
     for (const std::string& name : SplitWords(names)) {
-      if (const MessageScanner* scanner = FindScanner(name)) {
-        tool->messages.Add(*scanner);
-      } else {
+      const auto found = knownMessages.find(name);
+      if (found == knownMessages.end()) {
         Fail("no messages are known by the name " + name);
+      } else {
+        tool->messages.push_back(found->second);
       }
     }
   }
 
+  MessageRule ReadLine(const CXmlNode& node) {
+    MessageRulesReader reader;
+    MessageRule rule = reader.ReadLine(node);
+    if (!reader.Error().empty()) Fail(reader.Error());
+    return rule;
+  }
+
   void ReadChildren(const CXmlNode& node) {
     std::vector<EnvironmentRule> environment;
+    auto lines = std::make_shared<MessageRules>();
     for (const CXmlNode* child : node.GetChildren()) {
       const std::string_view name = child->NameView();
       if (name == "Step") {
@@ -98,10 +89,13 @@ class ToolReader {
         tool->depends.push_back(ReadFile(*child));
       } else if (name == "Size") {
         ReadSize(*child);
+      } else if (name == "Line") {
+        lines->Add(ReadLine(*child));
       } else if (child->GetType() == XmlElement) {
         Fail("unknown element " + std::string(name));
       }
     }
+    if (!lines->IsEmpty()) tool->messages.push_back(std::move(lines));
     for (StepRule& step : tool->steps) {
       step.environment.insert(step.environment.begin(), environment.begin(), environment.end());
     }
@@ -146,17 +140,6 @@ class ToolReader {
     const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
     if (!isNumber || !length) Fail(std::string(attribute) + " can't be " + text);
     return static_cast<std::size_t>(length.value_or(0));
-  }
-
-  // The index of the attribute's value among those that it may have.
-  std::size_t Choose(const CXmlNode& node, const char* attribute,
-                     std::initializer_list<std::string_view> choices) {
-    const std::string value = Text(node, attribute);
-    const auto found = std::find_if(choices.begin(), choices.end(), [&](std::string_view choice) {
-      return EqualNoCase(choice, value);
-    });
-    if (found == choices.end()) Fail(std::string(attribute) + " can't be " + value);
-    return static_cast<std::size_t>(found - choices.begin());
   }
 
   void ReadStepChildren(const CXmlNode& node, StepRule& step) {
@@ -225,41 +208,71 @@ class ToolReader {
     }
   }
 
+  const NamedMessageRules& knownMessages;
   std::unique_ptr<ToolDefinition> tool;
-  std::string error;
 };
 
-}  // namespace
-
-void ReadDefinitionFile(const std::string& text, const std::string& fileName,
-                        ReadDefinitions& into) {
+// A definition file on its way to tools and messages.
+struct ParsedFile {
+  std::string name;
   CXmlNode root;
+};
+
+void ParseFile(const DefinitionFile& file, ParsedFile& parsed, ReadDefinitions& into) {
+  parsed.name = file.name;
   CXmlParseInfo parseInfo;
-  if (root.Load(text, parseInfo) == nullptr) {
-    into.errors.push_back(fileName + ": " +
-                          (parseInfo.errorText.empty() ? "no XML" : parseInfo.errorText));
-    return;
-  }
-  for (const CXmlNode* child : root.GetChildren()) {
-    if (child->GetType() != XmlElement) continue;
-    ToolReader reader;
-    if (child->NameView() != "Tool") {
-      into.errors.push_back(fileName + ": unknown element " + child->GetName());
-      continue;
-    }
-    auto tool = reader.Read(*child);
+  if (parsed.root.Load(file.text, parseInfo) != nullptr) return;
+  parsed.root.Clear();
+  into.errors.push_back(file.name + ": " +
+                        (parseInfo.errorText.empty() ? "no XML" : parseInfo.errorText));
+}
+
+void ReadMessageLists(const ParsedFile& file, ReadDefinitions& into) {
+  for (const CXmlNode* child : file.root.GetChildren()) {
+    if (child->NameView() != "Messages") continue;
+    MessageRulesReader reader;
+    auto rules = reader.ReadList(*child);
+    const std::string name = TextOf(child->GetAttrValue("Name"));
     if (reader.Error().empty()) {
-      into.tools.push_back(std::move(tool));
+      into.messages[name] = std::move(rules);
     } else {
-      into.errors.push_back(fileName + ": " + tool->name + ": " + reader.Error());
+      into.errors.push_back(file.name + ": messages " + name + ": " + reader.Error());
     }
   }
 }
 
-ToolDefinition DefinitionOfProgram(std::string_view path) {
+void ReadTools(const ParsedFile& file, ReadDefinitions& into) {
+  for (const CXmlNode* child : file.root.GetChildren()) {
+    if (child->GetType() != XmlElement || child->NameView() == "Messages") continue;
+    if (child->NameView() != "Tool") {
+      into.errors.push_back(file.name + ": unknown element " + child->GetName());
+      continue;
+    }
+    ToolReader reader(into.messages);
+    auto tool = reader.Read(*child);
+    if (reader.Error().empty()) {
+      into.tools.push_back(std::move(tool));
+    } else {
+      into.errors.push_back(file.name + ": " + tool->name + ": " + reader.Error());
+    }
+  }
+}
+
+}  // namespace
+
+ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files) {
+  ReadDefinitions read;
+  std::vector<ParsedFile> parsed(files.size());
+  for (std::size_t i = 0; i < files.size(); ++i) ParseFile(files[i], parsed[i], read);
+  for (const ParsedFile& file : parsed) ReadMessageLists(file, read);
+  for (const ParsedFile& file : parsed) ReadTools(file, read);
+  return read;
+}
+
+ToolDefinition DefinitionOfProgram(std::string_view path, MessageRuleLists messages) {
   ToolDefinition tool;
   tool.name = path;
-  tool.messages.Add(*FindScanner("gcc"));
+  tool.messages = std::move(messages);
   StepRule step;
   step.program = Template::Literal(path);
   ArgumentRule files;

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "components/tools/MessageScanner.h"
+#include "components/tools/MessageRules.h"
 #include "components/tools/ResponseFile.h"
 #include "components/tools/SizeReport.h"
 #include "components/tools/Template.h"
@@ -68,7 +68,7 @@ struct ToolDefinition {
   std::string title;
   std::string hint;                     // how to get a missing program
   std::vector<std::string> extensions;  // with dots, small letters
-  MessageRecogniser messages;
+  MessageRuleLists messages;
   Template output;
   Template listing;
   Template rules;
@@ -79,6 +79,6 @@ struct ToolDefinition {
 };
 
 // A tool that is nothing but a program, which gets the files as its arguments.
-ToolDefinition DefinitionOfProgram(std::string_view path);
+ToolDefinition DefinitionOfProgram(std::string_view path, MessageRuleLists messages);
 
 }  // namespace tarn::tools

@@ -147,7 +147,7 @@ std::shared_ptr<const ToolDefinition> ToolManager::FindTool(const std::string& n
   const std::string path = ToNativeSeparators(name);
   const bool isPath = path.find(kSeparator) != std::string::npos;
   if (!isPath || world.findProgram(path).empty()) return nullptr;
-  return std::make_shared<ToolDefinition>(DefinitionOfProgram(path));
+  return std::make_shared<ToolDefinition>(DefinitionOfProgram(path, set->CommonMessages()));
 }
 
 std::string ToolManager::GetToolsForExtension(const char* extension) {

@@ -112,7 +112,8 @@ bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& reque
 
 void ToolRun::ReadOutput(const ToolCommand& command, Process& process, ProcessExit& exit) {
   LineAssembler lines[2];
-  const auto onLine = [&](std::string_view line) { AddLine(command, line); };
+  MessageReader reader(tool.messages, command.folder);
+  const auto onLine = [&](std::string_view line) { AddLine(command, reader, line); };
   exit = process.WaitWithOutput([&](std::string_view text, bool fromErrorStream) {
     if (command.rule->capturesSizes && !fromErrorStream) {
       captured.append(text.substr(0, kMaxCaptured - std::min(kMaxCaptured, captured.size())));
@@ -123,10 +124,10 @@ void ToolRun::ReadOutput(const ToolCommand& command, Process& process, ProcessEx
   for (LineAssembler& each : lines) each.Finish(onLine);
 }
 
-void ToolRun::AddLine(const ToolCommand& command, std::string_view line) {
+void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line) {
   const std::string clean = CleanLine(line);
   if (clean.empty()) return;
-  ToolMessage message = tool.messages.Recognise(clean, command.folder);
+  ToolMessage message = reader.Read(clean);
   // What an optional step complains about must not look like a failure of the tool.
   if (command.rule->isOptional) message.severity = Severity::Plain;
   log.Add(std::move(message));

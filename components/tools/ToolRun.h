@@ -7,6 +7,7 @@
 #include "components/tools/BuildRecord.h"
 #include "components/tools/CommandBuilder.h"
 #include "components/tools/MessageLog.h"
+#include "components/tools/MessageReader.h"
 #include "components/tools/RunningTools.h"
 #include "components/tools/ToolWorld.h"
 
@@ -42,7 +43,7 @@ class ToolRun {
   bool CollectRecord();
   void ReadDependencies(BuildRecord& found);
   std::string ReadInfos();
-  void AddLine(const ToolCommand& command, std::string_view line);
+  void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line);
 
   const ToolWorld& world;
   RunningTools& running;

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "components/tools/CommandBuilder.h"
-#include "components/tools/DefinitionReader.h"
 #include "components/tools/XmlText.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -27,17 +26,19 @@ std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::strin
     set->errors.push_back(folder + ": " + entries.GetError().text);
     return set;
   }
-  ReadDefinitions read;
+  std::vector<DefinitionFile> definitions;
   for (const FolderEntry& entry : *entries) {
     if (entry.isFolder || !EndsWithNoCase(entry.name, ".tools")) continue;
-    const auto text = files.ReadWholeFile(JoinPath(folder, entry.name));
+    auto text = files.ReadWholeFile(JoinPath(folder, entry.name));
     if (text) {
-      ReadDefinitionFile(*text, entry.name, read);
+      definitions.push_back({entry.name, std::move(*text)});
     } else {
-      read.errors.push_back(entry.name + ": " + text.GetError().text);
+      set->errors.push_back(entry.name + ": " + text.GetError().text);
     }
   }
-  set->errors = std::move(read.errors);
+  ReadDefinitions read = ReadDefinitionFiles(definitions);
+  set->errors.insert(set->errors.end(), read.errors.begin(), read.errors.end());
+  set->messages = std::move(read.messages);
   for (auto& tool : read.tools) set->Take(std::move(tool));
   set->PrepareLists();
   return set;
@@ -70,6 +71,11 @@ void ToolSet::PrepareLists() {
 const ToolDefinition* ToolSet::Find(std::string_view name) const {
   const auto found = byName.find(FoldCase(name));
   return found == byName.end() ? nullptr : found->second;
+}
+
+MessageRuleLists ToolSet::CommonMessages() const {
+  const auto found = messages.find("gcc");
+  return found == messages.end() ? MessageRuleLists() : MessageRuleLists{found->second};
 }
 
 std::string ToolSet::ToolsForExtension(std::string_view extension) const {

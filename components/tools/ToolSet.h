@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "components/tools/ToolDefinition.h"
+#include "components/tools/DefinitionReader.h"
 #include "platform/files/FileSystem.h"
 
 namespace tarn::tools {
@@ -21,6 +21,9 @@ class ToolSet {
 
   // Null when there is none. Names compare without regard to case.
   const ToolDefinition* Find(std::string_view name) const;
+  // What a program that no definition tells of may say: the list "gcc", whose shapes most compilers
+  // share, if there is one.
+  MessageRuleLists CommonMessages() const;
   // The element that lists the tools for an extension with its dot, at most kMaxListed of them.
   std::string ToolsForExtension(std::string_view extension) const;
   // The element that describes all tools.
@@ -34,6 +37,7 @@ class ToolSet {
   void PrepareLists();
 
   std::vector<std::unique_ptr<ToolDefinition>> tools;
+  NamedMessageRules messages;
   std::map<std::string, const ToolDefinition*, std::less<>> byName;  // in small letters
   std::map<std::string, std::string, std::less<>> listsByExtension;  // ready-made elements
   std::vector<std::string> errors;

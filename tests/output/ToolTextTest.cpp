@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "RecordingViews.h"
 #include "output/BuildOutput.h"
 #include "platform/text/Text.h"
 #include "support/MemoryFileSystem.h"
+#include "support/Surroundings.h"
 
 namespace tarn {
 namespace {
@@ -158,6 +161,35 @@ TEST_F(ParsedToolText, TheLogIsSavedOnceAtTheEndAndOnlyWhenEachMessageIs) {
   hub.SetFlagBits(CBuildOutput::kSaveEachMessage);
   Parse("a\nb");
   EXPECT_EQ(disk.Operations("write").size() + disk.Operations("tail").size(), 1u);
+}
+
+// "kind|file|line" of the lines that name a file and a line, `first` being the column of the kind.
+std::set<std::string> PlacesOf(const std::string& text, std::size_t first) {
+  std::set<std::string> places;
+  for (const std::string_view line : Split(text, '\n')) {
+    const auto parts = Split(line, '|');
+    if (parts.size() < first + 4 || parts[first + 1].empty() || parts[first + 2].empty()) continue;
+    std::string place(parts[first]);
+    places.insert(place.append("|").append(parts[first + 1]).append("|").append(parts[first + 2]));
+  }
+  return places;
+}
+
+// What compilers said about files whose names begin with a drive: each file and line that is known
+// to stand there, and no other, with a template and without.
+TEST_F(ParsedToolText, EveryPlaceInRealTextWithDrivesIsFoundAndNoOther) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"gcc/drive", nullptr},
+      {"gcc/drive", "^{SPECFILE}:{SPECLINE}:[0-9]+: {SPECERROR}: {SPECMESSAGE}"},
+      {"sdcc/drive", nullptr},
+      {"sdcc/drive", "^{SPECFILE}:{SPECLINE}: {SPECERROR}: {SPECMESSAGE}"},
+  };
+  for (const auto& [log, lineTemplate] : rows) {
+    const std::string path = testing::SourcePath(std::string("tests/data/toollogs/") + log);
+    const auto expected = PlacesOf(testing::ReadBytes(path + ".expected"), 1);
+    EXPECT_FALSE(expected.empty());
+    EXPECT_EQ(PlacesOf(Parse(testing::ReadBytes(path + ".log"), lineTemplate), 0), expected) << log;
+  }
 }
 
 // A view may lead to a reset, and even to more text, while a message is shown.

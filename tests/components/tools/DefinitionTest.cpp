@@ -8,8 +8,7 @@ namespace tarn::tools {
 namespace {
 
 std::string ErrorsOf(const std::string& text) {
-  ReadDefinitions read;
-  ReadDefinitionFile(text, "t.tools", read);
+  const ReadDefinitions read = ReadDefinitionFiles({{"t.tools", text}});
   std::string errors;
   for (const std::string& error : read.errors) errors += error + '\n';
   return errors + std::to_string(read.tools.size()) + " tools";
@@ -28,8 +27,22 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
        "t: unknown name $(Fil)"},
       {R"(<Tool Name="t" Output="$(Build.Out"><Step Program="p"/></Tool>)",
        "t: a macro has no end: $(Build.Out"},
-      {R"(<Tool Name="t" Messages="gcc lint"><Step Program="p"/></Tool>)",
+      {R"(<Tool Name="t" Messages="fine lint"><Step Program="p"/></Tool>)",
        "t: no messages are known by the name lint"},
+      {R"~(<Tool Name="t" Messages="fine"><Step Program="p"/><Line Template="a{SPECMESSAGE})"/></Tool>)~",
+       "t: a{SPECMESSAGE}): unmatched ()"},
+      {R"(<Tool Name="t"><Step Program="p"/><Line Template="a" Kind="Note"/></Tool>)",
+       "t: Kind can't be Note"},
+      {R"(<Messages Name="m"><Line Template="a+{SPECMESSAGE}"/></Messages>)",
+       "messages m: a+{SPECMESSAGE}: nested *?+"},
+      {R"(<Messages Name="m"><Line/></Messages>)", "messages m: a Line has no Template"},
+      {R"~(<Messages Name="m"><Line Template="a" With="("/></Messages>)~",
+       "messages m: (: unterminated ()"},
+      {R"(<Messages Name="m"><Line Template="a" Folder="x"/></Messages>)",
+       "messages m: Folder can't be x"},
+      {R"(<Messages Name="m"><Lime Template="a"/></Messages>)",
+       "messages m: unknown element Lime in Messages"},
+      {R"(<Messages><Line Template="a"/></Messages>)", "messages : the list has no Name"},
       {R"(<Tool Name="t"><Step Program="p" Response="cmd"/></Tool>)", "t: Response can't be cmd"},
       {R"(<Tool Name="t"><Step Program="p"><Arg V="x" Path="1"/></Step></Tool>)",
        "t: Path can't be 1"},
@@ -40,6 +53,7 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
       {"<Tule/>", "unknown element Tule"},
   };
   const std::string good =
+      R"(<Messages Name="fine"/>)"
       R"(<Tool Name="ok"><Step Program="p" Plain="no" Optional="YES"/></Tool>)";
   for (const auto& [tool, error] : rows) {
     EXPECT_EQ(ErrorsOf("<Tools>" + (tool + good) + "</Tools>"),

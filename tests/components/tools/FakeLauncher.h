@@ -11,6 +11,7 @@
 #include "components/tools/FileList.h"
 #include "components/tools/ToolManager.h"
 #include "support/MemoryFileSystem.h"
+#include "support/Surroundings.h"
 
 namespace tarn::tools::testing {
 
@@ -60,11 +61,15 @@ class FakeLauncher : public ProcessLauncher {
   std::queue<PlayedProgram> programs;
 };
 
-// A tool manager on a disk in memory with played programs, and a node of a project in /p.
+// A tool manager on a disk in memory with played programs and the messages that come along, and a
+// node of a project in /p.
 class ToolManagerFixture {
  public:
   explicit ToolManagerFixture(const std::string& definitions) {
     disk.AddFile("/app/config/tools/test.tools", definitions);
+    const std::string messages = "config/tools/messages.tools";
+    disk.AddFile("/app/" + messages,
+                 tarn::testing::ReadBytes(tarn::testing::SourcePath("share/" + messages)));
     ToolWorld world{&launcher, &disk,
                     [](std::string_view name) {
                       return name.find("none") == name.npos ? "/bin/" + std::string(name) : "";

@@ -15,7 +15,7 @@ using testing::ToolManagerFixture;
 constexpr const char* kDefinitions =
     R"(<T><Tool Name="cc" Messages="gcc" Output="o/a.o" Rules="$(OutputBase).d" Hint="Get it.">)"
     R"(<Step Program="avr-gcc"/></Tool>)"
-    R"(<Tool Name="link" Messages="gcc gnu-ld" Output="o/a.elf"><Step Program="ld"/>)"
+    R"(<Tool Name="link" Messages="gnu-ld gcc" Output="o/a.elf"><Step Program="ld"/>)"
     R"(<Step Program="none-size" Optional="Yes" Capture="Size"/><Depend File="x.ld"/>)"
     R"(<Size Format="sections"><Sum Label="flash" Of=".text"/></Size></Tool>)"
     R"(<Tool Name="plain"><Step Program="p"/></Tool></T>)";

@@ -1,0 +1,48 @@
+#include "components/tools/MessageReader.h"
+
+#include "platform/paths/Paths.h"
+
+namespace tarn::tools {
+
+namespace {
+
+// A program that enters folders without end must fill no memory.
+constexpr std::size_t kMaxFolders = 100;
+
+Severity SeverityOf(LineKind kind) {
+  if (kind == LineKind::Error) return Severity::Error;
+  return kind == LineKind::Warning ? Severity::Warning : Severity::Plain;
+}
+
+}  // namespace
+
+ToolMessage MessageReader::Read(const std::string& line) {
+  ToolMessage message;
+  message.text = line;
+  ToolLine found;
+  found.message = line;
+  for (const auto& rules : lists) {
+    const auto change = rules->Recognise(line, found);
+    if (!change) continue;
+    const std::string file = found.file.empty() ? "" : Absolute(found.file);
+    Change(*change, file);
+    if (*change != FolderChange::None) break;
+    message.severity = SeverityOf(found.kind);
+    if (message.severity != Severity::Plain) message.content = found.message;
+    message.file = file;
+    message.line = found.line;
+    break;
+  }
+  return message;
+}
+
+std::string MessageReader::Absolute(const std::string& file) const {
+  return CanonicalPath(IsRelativePath(file) ? JoinPath(folders.back(), file) : file);
+}
+
+void MessageReader::Change(FolderChange change, const std::string& folder) {
+  if (change == FolderChange::Enter && folders.size() < kMaxFolders) folders.push_back(folder);
+  if (change == FolderChange::Leave && folders.size() > 1) folders.pop_back();
+}
+
+}  // namespace tarn::tools

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "components/tools/MessageRules.h"
+#include "components/tools/ToolMessage.h"
+
+namespace tarn::tools {
+
+// Makes messages of the lines that one program says, in their order.
+class MessageReader {
+ public:
+  // `ruleLists` is borrowed; the first list with a rule that fits decides. Names count from
+  // `folder` until a line tells of another.
+  MessageReader(const MessageRuleLists& ruleLists, std::string folder)
+      : lists(ruleLists), folders{std::move(folder)} {}
+
+  // `line` is clean; see CleanLine. Files become absolute.
+  ToolMessage Read(const std::string& line);
+
+ private:
+  std::string Absolute(const std::string& file) const;
+  void Change(FolderChange change, const std::string& folder);
+
+  const MessageRuleLists& lists;
+  std::vector<std::string> folders;  // never empty
+};
+
+}  // namespace tarn::tools

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "patterns/LineTemplate.h"
+
+namespace tarn::tools {
+
+// The templates of definitions. Besides the words of all templates: SPECFILE is any path, of this
+// system or with a drive, but for one that holds a colon or begins like <built-in>; SPECERROR is
+// "error" or "warning" with what may stand around it, as in "fatal error" or "Warning 12". Groups
+// of one's own are allowed.
+extern const TemplateLanguage kMessageTemplates;
+
+// What a line says of the folder that the names in the following ones count from.
+enum class FolderChange { None, Enter, Leave };
+
+// One shape of a tool's lines, and what is known of each line that has it.
+struct MessageRule {
+  LineShape shape;
+  std::optional<CRegularExpression> with;  // the line must hold this, too
+  std::optional<LineKind> kind;            // whatever the line says
+  FolderChange folder = FolderChange::None;
+};
+
+// The rules for one family of tools, in order. Made once; then any thread may have lines judged.
+class MessageRules {
+ public:
+  void Add(MessageRule rule) { rules.push_back(std::move(rule)); }
+  bool IsEmpty() const { return rules.empty(); }
+
+  // Takes the line apart after the first rule that fits, and gives what it does to the folder;
+  // nothing when no rule fits.
+  std::optional<FolderChange> Recognise(const std::string& line, ToolLine& found) const;
+
+ private:
+  mutable std::mutex lock;  // a pattern keeps its last match
+  mutable std::vector<MessageRule> rules;
+};
+
+using MessageRuleLists = std::vector<std::shared_ptr<const MessageRules>>;
+
+}  // namespace tarn::tools

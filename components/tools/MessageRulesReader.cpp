@@ -1,0 +1,41 @@
+#include "components/tools/MessageRulesReader.h"
+
+namespace tarn::tools {
+
+std::shared_ptr<const MessageRules> MessageRulesReader::ReadList(const CXmlNode& node) {
+  CheckAttributes(node, {"Name"});
+  if (Text(node, "Name").empty()) Fail("the list has no Name");
+  auto rules = std::make_shared<MessageRules>();
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (child->GetType() != XmlElement) continue;
+    if (child->NameView() == "Line") {
+      rules->Add(ReadLine(*child));
+    } else {
+      Fail("unknown element " + child->GetName() + " in Messages");
+    }
+  }
+  return rules;
+}
+
+MessageRule MessageRulesReader::ReadLine(const CXmlNode& node) {
+  CheckAttributes(node, {"Template", "With", "Kind", "Folder"});
+  const std::string text = Text(node, "Template");
+  MessageRule rule{ShapeOfTemplate(text, kMessageTemplates), {}, {}, {}};
+  // An empty template would fit every line.
+  if (text.empty()) Fail("a Line has no Template");
+  if (!rule.shape.IsCompiled()) Fail(text + ": " + rule.shape.GetError());
+  if (const std::string with = Text(node, "With"); !with.empty()) {
+    rule.with.emplace(with);
+    if (!rule.with->IsCompiled()) Fail(with + ": " + rule.with->GetError());
+  }
+  // The last ones stand for a value that is a mistake.
+  constexpr std::optional<LineKind> kKinds[] = {
+      {}, LineKind::Plain, LineKind::Error, LineKind::Warning, {}};
+  rule.kind = kKinds[Choose(node, "Kind", {"", "Plain", "Error", "Warning"})];
+  constexpr FolderChange kChanges[] = {FolderChange::None, FolderChange::Enter, FolderChange::Leave,
+                                       FolderChange::None};
+  rule.folder = kChanges[Choose(node, "Folder", {"", "Enter", "Leave"})];
+  return rule;
+}
+
+}  // namespace tarn::tools

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "components/tools/DefinitionReader.h"
+#include "components/tools/FileList.h"
+#include "support/Surroundings.h"
+
+namespace tarn::tools::testing {
+
+// The lists of messages with these names, blanks between them, of the definitions that come along.
+inline MessageRuleLists ShippedMessages(const std::string& names) {
+  const std::string path = tarn::testing::SourcePath("share/config/tools/messages.tools");
+  const ReadDefinitions read =
+      ReadDefinitionFiles({{"messages.tools", tarn::testing::ReadBytes(path)}});
+  for (const std::string& error : read.errors) ADD_FAILURE() << error;
+  MessageRuleLists lists;
+  for (const std::string& name : SplitWords(names)) {
+    const auto found = read.messages.find(name);
+    if (found == read.messages.end()) {
+      ADD_FAILURE() << "no list " << name;
+    } else {
+      lists.push_back(found->second);
+    }
+  }
+  return lists;
+}
+
+}  // namespace tarn::tools::testing
