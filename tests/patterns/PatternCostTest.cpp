@@ -1,6 +1,7 @@
 // Patterns and subjects that take a matcher which just tries everything longer than anyone waits.
 #include <gtest/gtest.h>
 
+#include "patterns/LineRecogniser.h"
 #include "patterns/PatternMatcher.h"
 
 namespace tarn {
@@ -13,9 +14,8 @@ std::string Repeat(int count, const std::string& text) {
 }
 
 TEST(PatternCost, StepsAreBoundedByPatternTimesSubject) {
-  const std::string path = R"((([a-zA-Z]):((\\|\/)[^\\\/\:\*\?\"\<\>]*)+))";
-  const std::string kind = R"(^\*\*\* (DOS ERROR|FATAL ERROR|ERROR|WARNING) *(.*))";
-  const std::string inLine = kind + R"( IN LINE *([0-9]*) OF *(.*) : *(.*)$)";
+  const std::string path = kPathPattern;
+  const std::string inLine = kLineRows[0].pattern;
   struct Row {
     const char* name;
     std::string pattern;
