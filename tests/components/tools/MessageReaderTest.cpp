@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <future>
 #include <span>
 #include <utility>
 
@@ -147,6 +148,22 @@ TEST(MessageReader, NamesCountFromTheFolderThatWasEnteredLast) {
     const ToolMessage message = reader.Read(line);
     EXPECT_EQ(message.file + '|' + message.line, expected) << line;
   }
+}
+
+// The lists of a tool are shared by all of its runs.
+TEST(MessageReader, RunsAtTheSameTimeDoNotDisturbEachOther) {
+  const MessageRuleLists lists = testing::ShippedMessages("gnu-ld gcc");
+  const auto read = [&](const std::string& name) {
+    MessageReader reader(lists, "/w");
+    for (int i = 0; i < 5000; ++i) {
+      const ToolMessage message = reader.Read(name + ":3:1: error: " + name);
+      if (message.file != "/w/" + name || message.content != name) return false;
+    }
+    return true;
+  };
+  auto other = std::async(std::launch::async, read, "a.c");
+  EXPECT_TRUE(read("a/much/longer/name.c"));
+  EXPECT_TRUE(other.get());
 }
 
 }  // namespace
