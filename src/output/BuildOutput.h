@@ -77,10 +77,11 @@ class CBuildOutput {
   // Adds a line of the host's own.
   void AddOutput(const std::string& text);
 
-  // Adds a message for each line of a tool's text: its kind, file and line as far as they can be
-  // recognised, after the template if there is one (see ShapeOfTemplate), then after the shapes
-  // that are always known. A template that is none counts as absent. The name of a page in
-  // `helpFolder` goes with a message that has a number. Null for none of them.
+  // Adds a message for each line of a tool's text, with its kind, file and line as far as they are
+  // recognised: after the template if there is one (see ShapeOfTemplate), then after the shapes
+  // that are always known. A template that doesn't compile counts as absent. An error or a warning
+  // with a number leads to a page in `helpFolder`. Each argument may be null. Bytes are never
+  // converted.
   //
   // A text with rows in it goes to ParseToolRows from there on, and gives no message at all.
   //
