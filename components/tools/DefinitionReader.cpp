@@ -196,8 +196,9 @@ class ToolReader : public ElementReader {
 
   void ReadSize(const CXmlNode& node) {
     CheckAttributes(node, {"Format", "File"});
-    constexpr std::array kFormats{SizeFormat::Sections, SizeFormat::SdccMap, SizeFormat::None};
-    tool->size.format = kFormats[Choose(node, "Format", {"sections", "sdcc-mem"})];
+    constexpr std::array kFormats{SizeFormat::Sections, SizeFormat::SdccMap, SizeFormat::SdccAreas,
+                                  SizeFormat::None};
+    tool->size.format = kFormats[Choose(node, "Format", {"sections", "sdcc-mem", "sdcc-areas"})];
     tool->size.file = Filled(node, "File");
     for (const CXmlNode* child : node.GetChildren()) {
       if (child->GetType() != XmlElement) continue;

@@ -76,6 +76,20 @@ Sizes ReadSdccMap(std::string_view text) {
   return sizes;
 }
 
+// "NAME  00008024  00000010 =  16. bytes (REL,CON)", once on each page that an area goes over.
+Sizes ReadSdccAreas(std::string_view text) {
+  Sizes sizes;
+  for (const std::string_view line : Split(text, '\n')) {
+    const auto columns = Columns(line);
+    if (columns.size() < 6 || columns[3] != "=" || columns[5] != "bytes") continue;
+    std::uint64_t size = 0;
+    if (ReadNumber(columns[4].substr(0, columns[4].size() - 1), size)) {
+      sizes[std::string(columns[0])] = size;
+    }
+  }
+  return sizes;
+}
+
 bool Matches(const std::string& name, const std::string& wanted) {
   if (wanted.empty() || wanted.back() != '*') return name == wanted;
   return name.compare(0, wanted.size() - 1, wanted, 0, wanted.size() - 1) == 0;
@@ -93,8 +107,17 @@ std::uint64_t Add(const Sizes& sizes, const std::vector<std::string>& sections) 
 }  // namespace
 
 Sizes ReadSizes(SizeFormat format, std::string_view text) {
-  if (format == SizeFormat::Sections) return ReadSections(text);
-  return format == SizeFormat::SdccMap ? ReadSdccMap(text) : Sizes();
+  switch (format) {
+    case SizeFormat::Sections:
+      return ReadSections(text);
+    case SizeFormat::SdccMap:
+      return ReadSdccMap(text);
+    case SizeFormat::SdccAreas:
+      return ReadSdccAreas(text);
+    case SizeFormat::None:
+      break;
+  }
+  return {};
 }
 
 std::string DescribeSizes(const Sizes& sizes, const std::vector<SizeSum>& sums) {

@@ -12,7 +12,8 @@ namespace tarn::tools {
 enum class SizeFormat {
   None,
   Sections,  // one line a section: name, size, address (size -A)
-  SdccMap,   // the memory overview of sdcc's linker (.mem)
+  SdccMap,   // the memory overview of sdcc's linker for the 8051 (.mem)
+  SdccAreas  // the areas in the map of sdcc's linker (.map)
 };
 
 // Sizes in bytes by section name. SdccMap gives the names flash, xram, pram, iram (what variables

@@ -14,6 +14,8 @@ set(wanted
   share/tarn/bin/k418/k418.pl
   share/tarn/config/tools/avr-gcc.tools
   share/tarn/config/options/avr-gcc.options
+  share/tarn/config/resources/errors.bmp
+  share/tarn/targets/avr.xml
   share/tarn/examples/blinky-avr/blinky-avr.tprj
   share/doc/tarn/command-line.md
   share/doc/tarn/import.md

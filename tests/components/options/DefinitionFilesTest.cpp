@@ -226,6 +226,7 @@ TEST_F(ShippedOptionsTest, GiveToolsAndOutputsForEveryToolchain) {
   }
   const char* const links[][3] = {{"avr-gcc", "demo.elf", "/p/app/build/Debug/demo.map"},
                                   {"sdcc-mcs51", "demo.ihx", ""},
+                                  {"sdcc-stm8", "demo.ihx", ""},
                                   {"host-gcc", "demo", "/p/app/build/Debug/demo.map"}};
   for (const auto& [name, output, map] : links) {
     Source("C", "/p/app/a.c", name);

@@ -108,6 +108,21 @@ TEST_F(RealTools, SdccFirmwareIsCompiledLinkedAndMeasured) {
   Expect({"Infos=\"flash ", " B, RAM "});
 }
 
+TEST_F(RealTools, SdccForTheStm8IsMeasuredByItsAreas) {
+  if (IsMissing("sdcc-stm8.c")) GTEST_SKIP() << "sdcc is not installed";
+  folder.Write("a.c",
+               "#include \"b.h\"\nint set = 5;\nchar clear[7];\n"
+               "void main(void) { set = clear[1] + more(); }\n");
+  folder.Write("b.h", "extern int more(void);\n");
+  folder.Write("m.asm", " .module m\n .globl _more\n .area CODE\n_more: ret\n");
+  ASSERT_TRUE(Run("sdcc-stm8.c", {"a.c"}, "out/a.rel")) << messages;
+  Expect({"<F Header=\"~/out/a.rel\"", "\"><D Header=\"~/b.h\"/></F></I>"});
+  ASSERT_TRUE(Run("sdcc-stm8.asm", {"m.asm"}, "out/m.rel")) << messages;
+  ASSERT_TRUE(Run("sdcc-stm8.link", {"out/a.rel", "out/m.rel"}, "out/p.ihx")) << messages;
+  EXPECT_EQ(testing::ReadBytes(folder / "out/p.ihx").substr(0, 1), ":");
+  Expect({"Infos=\"flash ", " B, RAM 9 B\""});
+}
+
 TEST_F(RealTools, SdccErrorsOfAllThreeToolsAreSeen) {
   if (IsMissing("sdcc-mcs51.c")) GTEST_SKIP() << "sdcc is not installed";
   folder.Write("e.c", "void main(void) {\n  P1 = z;\n}\n");

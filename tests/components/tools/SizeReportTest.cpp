@@ -35,5 +35,22 @@ TEST(SizeReport, SdccMapCountsCellsOfInternalRamAndTheTableOfTheRest) {
             "flash 120 B, RAM 5 B, XRAM 4 B, stack 2 B");
 }
 
+TEST(SizeReport, SdccAreasCountOnceHoweverManyPagesTheyGoOver) {
+  const std::string page =
+      "Area                                    Addr        Size        Decimal Bytes (Attributes)\n"
+      "------------------------------  ----        ----        ------- ----- ------------\n";
+  const std::string code =
+      "CODE                                0000A734    0000000E =          14. bytes (REL,CON)\n"
+      "      Value  Global                              Global Defined In Module\n"
+      "     0000A734  _main                              b\n";
+  const std::string text =
+      page +
+      ".  .ABS.                            00000000    00000000 =           0. bytes (ABS)\n" +
+      page + "DATA    00000001    00000BB8 =        3000. bytes (REL,CON)\n" + page + code + page +
+      code;
+  const std::vector<SizeSum> sums{{"flash", {"CODE", "CONST"}, false}, {"RAM", {"DATA"}, false}};
+  EXPECT_EQ(DescribeSizes(ReadSizes(SizeFormat::SdccAreas, text), sums), "flash 14 B, RAM 3000 B");
+}
+
 }  // namespace
 }  // namespace tarn::tools
