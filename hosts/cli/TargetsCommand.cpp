@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
@@ -99,46 +100,51 @@ nlohmann::json ToJson(const std::vector<Target>& targets) {
   return list;
 }
 
-std::string SuggestFamily(const std::vector<Target>& targets, const std::string& word) {
-  std::vector<std::string> names;
-  for (const Target& each : targets) {
-    for (const std::string& family : each.families) {
-      if (std::find(names.begin(), names.end(), family) == names.end()) names.push_back(family);
-    }
-  }
-  return SuggestionText(word, names);
-}
-
-std::string SuggestTarget(const std::vector<Target>& targets, const std::string& word) {
+std::vector<std::string> NamesOf(const std::vector<Target>& targets) {
   std::vector<std::string> names;
   for (const Target& each : targets) names.push_back(each.name);
-  return SuggestionText(word, names);
+  return names;
+}
+
+std::vector<std::string> FamiliesOf(const std::vector<Target>& targets) {
+  std::set<std::string> names;
+  for (const Target& each : targets) names.insert(each.families.begin(), each.families.end());
+  return {names.begin(), names.end()};
+}
+
+// Leaves those that were asked for. 0, or an exit code with everything said.
+int Choose(CommandContext& context, std::vector<Target>& targets) {
+  const std::string& family = context.Asked().family;
+  const std::string& text = context.Asked().text;
+  const std::vector<Target> all = targets;
+  if (!family.empty()) {
+    std::erase_if(targets, [&](const Target& each) { return !IsOf(each, family); });
+    if (targets.empty()) {
+      context.Complain("There is no family \"" + family + "\"." +
+                       SuggestionText(family, FamiliesOf(all)));
+      return kExitUsage;
+    }
+  }
+  if (!text.empty()) {
+    KeepMatching(targets, text);
+    if (targets.empty()) {
+      context.Complain("No target has \"" + text + "\" in its name or description." +
+                       SuggestionText(text, NamesOf(all)));
+      return kExitUsage;
+    }
+  }
+  return kExitDone;
 }
 
 }  // namespace
 
 int RunTargets(CommandContext& context) {
   if (const int code = context.StartSession(); code != kExitDone) return code;
-  const std::string& family = context.Asked().family;
-  const std::string& text = context.Asked().text;
   std::vector<Target> targets;
   std::vector<std::string> families;
   const auto root = ParseXml(context.Session().Inspector().GetTargets());
   if (root != nullptr) Collect(*root, families, targets);
-  const std::vector<Target> all = targets;
-  if (!family.empty()) {
-    std::erase_if(targets, [&](const Target& each) { return !IsOf(each, family); });
-    if (targets.empty()) {
-      context.Complain("There is no family \"" + family + "\"." + SuggestFamily(all, family));
-      return kExitUsage;
-    }
-  }
-  if (!text.empty()) KeepMatching(targets, text);
-  if (targets.empty() && !text.empty()) {
-    context.Complain("No target has \"" + text + "\" in its name or description." +
-                     SuggestTarget(all, text));
-    return kExitUsage;
-  }
+  if (const int code = Choose(context, targets); code != kExitDone) return code;
   if (context.Asked().json) {
     PrintJson(context, ToJson(targets));
   } else if (targets.size() == 1) {
