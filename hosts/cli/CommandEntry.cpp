@@ -20,6 +20,7 @@ constexpr ValueWord kValueWords[] = {
     {"APP", ValueKind::Application}, {"NODE", ValueKind::Node},
     {"OPTION", ValueKind::Option},   {"FILE", ValueKind::File},
     {"TARGET", ValueKind::Node},     {"OLD", ValueKind::File},
+    {"TEXT", ValueKind::Target},     {"FAMILY", ValueKind::Family},
 };
 
 ValueKind KindOf(const std::string& word) {

@@ -19,6 +19,8 @@ enum class ValueKind {
   Node,
   Option,
   File,
+  Target,
+  Family,
 };
 
 struct ArgumentEntry {

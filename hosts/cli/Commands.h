@@ -3,6 +3,7 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include "hosts/cli/OpenedProject.h"
+#include "hosts/frame/TargetEntry.h"
 
 namespace tarn::host {
 
@@ -27,6 +28,9 @@ int RunRegister(CommandContext& context);    // register, unregister
 
 // Writes a document for programs; bytes that are no UTF-8 are replaced.
 void PrintJson(CommandContext& context, const nlohmann::json& document);
+// Names that somebody can ask for.
+std::vector<std::string> TargetNames(const std::vector<TargetEntry>& targets);
+std::vector<std::string> FamilyNames(const std::vector<TargetEntry>& targets);
 // Messages of a build as a list.
 nlohmann::json ToJson(const std::vector<LogEntry>& entries);
 

@@ -26,6 +26,8 @@ constexpr KindWord kKindWords[] = {
     {ValueKind::Application, "applications", true},
     {ValueKind::Node, "nodes", true},
     {ValueKind::Option, "options", true},
+    {ValueKind::Target, "targets", true},
+    {ValueKind::Family, "families", true},
 };
 
 std::vector<std::string> OptionNames(CommandContext& context) {
@@ -64,6 +66,11 @@ std::vector<std::string> NamesOf(CommandContext& context, ValueKind kind) {
   return names;
 }
 
+std::vector<std::string> CatalogueNames(CommandContext& context, ValueKind kind) {
+  const std::vector<TargetEntry> targets = ReadTargets(context.Session().Inspector().GetTargets());
+  return kind == ValueKind::Target ? TargetNames(targets) : FamilyNames(targets);
+}
+
 }  // namespace
 
 std::string ScriptWord(ValueKind kind) {
@@ -98,8 +105,12 @@ int RunMan(CommandContext&) {
 int RunComplete(CommandContext& context) {
   const auto kind = KindOfWord(context.Asked().name);
   if (!kind) return kExitUsage;
-  if (const int code = context.OpenProject(); code != kExitDone) return code;
-  for (const std::string& name : NamesOf(context, *kind)) context.Out().PrintLine(name);
+  const bool isOfProject = *kind != ValueKind::Target && *kind != ValueKind::Family;
+  const int code = isOfProject ? context.OpenProject() : context.StartSession();
+  if (code != kExitDone) return code;
+  for (const std::string& name :
+       isOfProject ? NamesOf(context, *kind) : CatalogueNames(context, *kind))
+    context.Out().PrintLine(name);
   return kExitDone;
 }
 

@@ -5,62 +5,42 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/Suggest.h"
+#include "hosts/frame/TargetEntry.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
 
 namespace {
 
-struct Target {
-  std::string name;
-  std::vector<std::string> families;  // from the outermost
-  std::string description;            // lines
-  std::string datasheet;
-  std::string configuration;
-};
-
-void Collect(const CXmlNode& family, std::vector<std::string>& families,
-             std::vector<Target>& targets) {
-  for (const CXmlNode* child : family.GetChildren()) {
-    const std::string name = AttributeOf(child, "Header");
-    if (child->NameView() == "Target") {
-      targets.push_back({name, families, AttributeOf(child, "Description"),
-                         AttributeOf(child, "Datasheet"), AttributeOf(child, "Config")});
-    } else {
-      families.push_back(name);
-      Collect(*child, families, targets);
-      families.pop_back();
-    }
-  }
-}
-
-bool IsOf(const Target& target, const std::string& family) {
+bool IsOf(const TargetEntry& target, const std::string& family) {
   return std::any_of(target.families.begin(), target.families.end(),
                      [&family](const std::string& each) { return EqualNoCase(each, family); });
 }
 
 // What was asked for by a name in full is nothing else, even if other names begin with it.
-void KeepMatching(std::vector<Target>& targets, const std::string& text) {
-  const auto isNamed = [&text](const Target& target) { return EqualNoCase(target.name, text); };
+void KeepMatching(std::vector<TargetEntry>& targets, const std::string& text) {
+  const auto isNamed = [&text](const TargetEntry& target) {
+    return EqualNoCase(target.name, text);
+  };
   if (std::any_of(targets.begin(), targets.end(), isNamed)) {
-    std::erase_if(targets, [&isNamed](const Target& target) { return !isNamed(target); });
+    std::erase_if(targets, [&isNamed](const TargetEntry& target) { return !isNamed(target); });
     return;
   }
   const std::string wanted = FoldCase(text);
-  std::erase_if(targets, [&wanted](const Target& target) {
+  std::erase_if(targets, [&wanted](const TargetEntry& target) {
     const std::string all = FoldCase(target.name + "\n" + target.description);
     return all.find(wanted) == all.npos;
   });
 }
 
-std::string JoinedFamilies(const Target& target) {
+std::string JoinedFamilies(const TargetEntry& target) {
   std::string text;
   for (const std::string& each : target.families) text += (text.empty() ? "" : ", ") + each;
   return Printable(text);
 }
 
 // All that is known of a target.
-void PrintTarget(CommandContext& context, const Target& target) {
+void PrintTarget(CommandContext& context, const TargetEntry& target) {
   Console& out = context.Out();
   out.PrintLine(out.Dye(Paint::Bold, Printable(target.name)) + "  " + JoinedFamilies(target));
   for (const std::string_view line : Split(target.description, '\n')) {
@@ -70,12 +50,12 @@ void PrintTarget(CommandContext& context, const Target& target) {
   out.PrintLine("  Configuration  " + Printable(target.configuration));
 }
 
-void PrintList(CommandContext& context, const std::vector<Target>& targets) {
+void PrintList(CommandContext& context, const std::vector<TargetEntry>& targets) {
   Console& out = context.Out();
   std::size_t width = 0;
-  for (const Target& each : targets) width = std::max(width, each.name.size());
+  for (const TargetEntry& each : targets) width = std::max(width, each.name.size());
   const std::vector<std::string>* families = nullptr;
-  for (const Target& each : targets) {
+  for (const TargetEntry& each : targets) {
     if (families == nullptr || *families != each.families) {
       out.PrintLine(out.Dye(Paint::Bold, JoinedFamilies(each)));
     }
@@ -88,9 +68,9 @@ void PrintList(CommandContext& context, const std::vector<Target>& targets) {
   }
 }
 
-nlohmann::json ToJson(const std::vector<Target>& targets) {
+nlohmann::json ToJson(const std::vector<TargetEntry>& targets) {
   nlohmann::json list = nlohmann::json::array();
-  for (const Target& each : targets) {
+  for (const TargetEntry& each : targets) {
     list.push_back({{"name", each.name},
                     {"families", each.families},
                     {"description", each.description},
@@ -100,28 +80,16 @@ nlohmann::json ToJson(const std::vector<Target>& targets) {
   return list;
 }
 
-std::vector<std::string> NamesOf(const std::vector<Target>& targets) {
-  std::vector<std::string> names;
-  for (const Target& each : targets) names.push_back(each.name);
-  return names;
-}
-
-std::vector<std::string> FamiliesOf(const std::vector<Target>& targets) {
-  std::set<std::string> names;
-  for (const Target& each : targets) names.insert(each.families.begin(), each.families.end());
-  return {names.begin(), names.end()};
-}
-
 // Leaves those that were asked for. 0, or an exit code with everything said.
-int Choose(CommandContext& context, std::vector<Target>& targets) {
+int Choose(CommandContext& context, std::vector<TargetEntry>& targets) {
   const std::string& family = context.Asked().family;
   const std::string& text = context.Asked().text;
-  const std::vector<Target> all = targets;
+  const std::vector<TargetEntry> all = targets;
   if (!family.empty()) {
-    std::erase_if(targets, [&](const Target& each) { return !IsOf(each, family); });
+    std::erase_if(targets, [&](const TargetEntry& each) { return !IsOf(each, family); });
     if (targets.empty()) {
       context.Complain("There is no family \"" + family + "\"." +
-                       SuggestionText(family, FamiliesOf(all)));
+                       SuggestionText(family, FamilyNames(all)));
       return kExitUsage;
     }
   }
@@ -129,7 +97,7 @@ int Choose(CommandContext& context, std::vector<Target>& targets) {
     KeepMatching(targets, text);
     if (targets.empty()) {
       context.Complain("No target has \"" + text + "\" in its name or description." +
-                       SuggestionText(text, NamesOf(all)));
+                       SuggestionText(text, TargetNames(all)));
       return kExitUsage;
     }
   }
@@ -138,12 +106,21 @@ int Choose(CommandContext& context, std::vector<Target>& targets) {
 
 }  // namespace
 
+std::vector<std::string> TargetNames(const std::vector<TargetEntry>& targets) {
+  std::vector<std::string> names;
+  for (const TargetEntry& each : targets) names.push_back(each.name);
+  return names;
+}
+
+std::vector<std::string> FamilyNames(const std::vector<TargetEntry>& targets) {
+  std::set<std::string> names;
+  for (const TargetEntry& each : targets) names.insert(each.families.begin(), each.families.end());
+  return {names.begin(), names.end()};
+}
+
 int RunTargets(CommandContext& context) {
   if (const int code = context.StartSession(); code != kExitDone) return code;
-  std::vector<Target> targets;
-  std::vector<std::string> families;
-  const auto root = ParseXml(context.Session().Inspector().GetTargets());
-  if (root != nullptr) Collect(*root, families, targets);
+  std::vector<TargetEntry> targets = ReadTargets(context.Session().Inspector().GetTargets());
   if (const int code = Choose(context, targets); code != kExitDone) return code;
   if (context.Asked().json) {
     PrintJson(context, ToJson(targets));
