@@ -8,7 +8,6 @@
 #include "hosts/frame/ProjectTemplate.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "xml/StrictText.h"
 
 namespace tarn::host {
 
@@ -76,6 +75,7 @@ BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFol
       folders(std::move(hostFolders)),
       loop(MessageLoop::ForCurrentThread()),
       state(fileSystem, manager, inspector, tools),
+      log(fileSystem, mainFrame.GetHandle()),
       scripts(*this) {
   AnswerMessages();
 }
@@ -177,7 +177,7 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
 void BuildSession::BeginWork() {
   outcome = {};
   stateProblem.clear();
-  logFile.clear();
+  log.Forget();
   tools.ResumeTools();
 }
 
@@ -303,6 +303,8 @@ std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
   start.output = AttributeOf(element.get(), "Output");
   start.command = AttributeOf(element.get(), "Command");
   state.NoteStart(start.output);
+  // From here on it is a build that runs tools, whose log is kept.
+  if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));
   if (watcher != nullptr) watcher->OnToolStarted(start);
   return 1;
 }
@@ -317,13 +319,15 @@ std::intptr_t BuildSession::OnToolEnded(const HostEvent& event) {
 std::intptr_t BuildSession::OnWorkerEnded(const HostEvent& event) {
   workerEnded = true;
   workerSucceeded = event.wParam != 0;
-  logFile = event.detail;
   return 1;
 }
 
 std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
   isOtherProject = true;
   otherProject = path;
+  // The server empties its log with the project.
+  static_cast<void>(log.Keep());
+  log.Forget();
   return 1;
 }
 
@@ -336,11 +340,7 @@ std::intptr_t BuildSession::OnRunScript(const HostEvent& event) {
 
 // The log of the last build that did something; one that found nothing to do keeps it.
 void BuildSession::KeepLog() {
-  if (logFile.empty() || outcome.toolsRun + outcome.toolsFailed == 0) return;
-  const auto log = files.ReadWholeFile(logFile);
-  if (!log) return;
-  // Names and paths stand in the log as they are; the kept one is for everybody's tools.
-  const Status written = files.WriteWholeFile(LogPathOf(projectPath), MakeFileStrict(*log));
+  const Status written = log.Keep();
   if (!written) stateProblem = written.GetError().place + ": " + written.GetError().text;
 }
 

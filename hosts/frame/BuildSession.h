@@ -10,6 +10,7 @@
 
 #include "hosts/frame/HostFolders.h"
 #include "hosts/frame/LogEntry.h"
+#include "hosts/frame/LogKeeper.h"
 #include "hosts/frame/MainFrame.h"
 #include "hosts/frame/ProjectStatus.h"
 #include "hosts/frame/ServerDrivers.h"
@@ -162,6 +163,7 @@ class BuildSession {
   InspectorDriver inspector;
   OptionsDriver options;
   StateKeeper state;
+  LogKeeper log;
 
   SessionScripts scripts;
 
@@ -176,7 +178,6 @@ class BuildSession {
   bool isRunning = false;
   bool workerEnded = false;
   bool workerSucceeded = false;
-  std::string logFile;
   std::deque<std::uint32_t> postedCommands;
   BuildObserver* watcher = nullptr;
   BuildOutcome outcome;

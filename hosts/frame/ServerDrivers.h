@@ -92,6 +92,7 @@ class InspectorDriver : public COleDispatchDriver {
   }
   std::string MissingImportProgram() { return InvokeText(10, {}); }
   std::string GetTargets() { return InvokeText(11, {}); }
+  std::string GetLogFile() { return InvokeText(12, {}); }
 };
 
 class ToolManagerDriver : public COleDispatchDriver {

@@ -128,6 +128,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::ExplainOption>("ExplainOption", 9, {"setname", "sectionname", "propertyname"}),
       Method<&I::MissingImportProgram>("MissingImportProgram", 10, {}),
       Method<&I::GetTargets>("GetTargets", 11, {}),
+      Method<&I::GetLogFile>("GetLogFile", 12, {}),
   });
   return table;
 }
@@ -350,6 +351,12 @@ std::string CProjectInspector::GetTargets() {
   if (Model() == nullptr) return {};
   const auto* object = static_cast<CProjectManager*>(manager.Get());
   return DescribeTargets(*object->GetTargetCatalogue().Read());
+}
+
+std::string CProjectInspector::GetLogFile() {
+  const CProjectModel* model = Model();
+  const bool hasOutput = model != nullptr && model->output != nullptr;
+  return hasOutput ? model->output->GetLogFile() : std::string();
 }
 
 }  // namespace tarn

@@ -43,6 +43,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::string MissingImportProgram();
   // The targets that an application can be made for; see DescribeTargets.
   std::string GetTargets();
+  // The log file of the running or the last build; it grows while a build runs.
+  std::string GetLogFile();
 
  private:
   CProjectModel* Model() const;

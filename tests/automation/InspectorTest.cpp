@@ -58,6 +58,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"ExplainOption", 9, {"C", "Build", "Tool"}, "''", "'\r\n<Option Node=\"\" Value=\"\" />'"},
       {"MissingImportProgram", 10, {}, "''", "'/no/perl'"},
       {"GetTargets", 11, {}, "''", "'\r\n<Targets/>'"},
+      {"GetLogFile", 12, {}, "''", "'/tmp/$opj1.xml'"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
