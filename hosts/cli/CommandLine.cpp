@@ -112,7 +112,12 @@ class Grammar {
     AddConfiguration(tree);
     CLI::App* log = AddCommand(app, "log", "Show the log of the last build");
     AddProjectOnly(log);
-    log->add_flag("--xml", invocation.xml, "The log file as it is");
+    CLI::Option* xml = log->add_flag("--xml", invocation.xml, "The log file as it is");
+    CLI::Option* follow =
+        log->add_flag("-f,--follow", invocation.follow, "Go on with what builds write from now on");
+    follow->excludes(xml);
+    log->add_flag("--until-end", invocation.untilEnd, "Follow until the next build has ended")
+        ->excludes(xml);
   }
 
   void AddOptions() {

@@ -33,6 +33,7 @@ const std::vector<CommandNote>& Notes() {
       {"tarn log",
        kBuilding,
        {{"tarn log", "messages with their places"},
+        {"tarn log --follow", "and those of builds elsewhere, as they come"},
         {"tarn log --xml", "the kept file, for message.xslt for example"}}},
       {"tarn tree", kBuilding, {}},
       {"tarn globals", kBuilding, {}},
@@ -141,7 +142,7 @@ const TextTable& FileTexts() {
       {"NAME.tprj", "The project."},
       {"NAME.tapp", "One of its applications, with groups, files and options."},
       {"NAME.tstate", "What is known of the outputs; without it everything is built once more."},
-      {"NAME.tlog", "The log of the last build that ran a tool."},
+      {"NAME.tlog", "The log of the last build that ran a tool; it grows while that runs."},
   };
   return texts;
 }

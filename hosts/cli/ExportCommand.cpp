@@ -6,6 +6,7 @@
 #include "hosts/cli/SarifReport.h"
 #include "hosts/cli/Suggest.h"
 #include "hosts/frame/CompileCommands.h"
+#include "hosts/frame/MessageTexts.h"
 #include "hosts/frame/ProjectFile.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -15,8 +16,6 @@ namespace tarn::host {
 namespace {
 
 constexpr const char* kCompileCommandsName = "compile_commands.json";
-// The row of the message file that ends the log of a build in which everything went well.
-constexpr int kBuildSucceededId = 0x20000 + 11;
 
 // Writes a document where --output says, else to `usualPath`. `count` is how many things it
 // holds, for the line that says so.
@@ -90,24 +89,6 @@ int ExportCompileCommands(CommandContext& context) {
                        list.commands.size(), "command");
 }
 
-// The last line of a log in which everything went well; empty when the message file doesn't tell.
-std::string SuccessText(FileSystem& files) {
-  const HostFolders folders = HostFolders::FromEnvironment(files);
-  const auto text = files.ReadWholeFile(folders.application + "config/message.xslt");
-  const auto root = text ? ParseXml(*text) : nullptr;
-  const CXmlNode* table = nullptr;
-  for (const CXmlNode* child : root == nullptr ? std::vector<CXmlNode*>() : root->GetChildren()) {
-    if (child->NameView() == "Messages") table = child;
-  }
-  if (table == nullptr) return {};
-  for (const CXmlNode* row : table->GetChildren()) {
-    if (ParseDecimal(row->GetAttrValue("Id")) == kBuildSucceededId) {
-      return AttributeOf(row, "String");
-    }
-  }
-  return {};
-}
-
 bool HasSucceeded(FileSystem& files, const std::vector<LogEntry>& entries) {
   const bool hasErrors = std::any_of(entries.begin(), entries.end(), [](const LogEntry& each) {
     return each.kind == LogKind::Error;
@@ -115,7 +96,8 @@ bool HasSucceeded(FileSystem& files, const std::vector<LogEntry>& entries) {
   const auto last = std::find_if(entries.rbegin(), entries.rend(), [](const LogEntry& each) {
     return each.kind == LogKind::Heading;
   });
-  return !hasErrors && last != entries.rend() && last->text == SuccessText(files);
+  return !hasErrors && last != entries.rend() &&
+         last->text == MessageTextOf(files, kBuildSucceededRow);
 }
 
 int ExportSarif(CommandContext& context) {

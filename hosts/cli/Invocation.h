@@ -38,6 +38,8 @@ struct Invocation {
   bool yes = false;                         // import --yes
   std::string script;                       // file
   bool xml = false;                         // log --xml
+  bool follow = false;                      // log --follow
+  bool untilEnd = false;                    // log --until-end
   std::vector<std::string> words;           // files or nodes of add, remove, move, rename, select
   std::string target;                       // add --to
   bool create = false;                      // add --create

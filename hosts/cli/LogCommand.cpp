@@ -1,8 +1,15 @@
+#include <chrono>
+#include <condition_variable>
+#include <ctime>
 #include <iostream>
+#include <mutex>
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
+#include "hosts/cli/Interrupts.h"
+#include "hosts/frame/LogFollower.h"
+#include "hosts/frame/MessageTexts.h"
 #include "hosts/frame/ProjectFile.h"
 
 namespace tarn::host {
@@ -23,17 +30,80 @@ const char* WordOf(LogKind kind) {
   return "plain";
 }
 
+nlohmann::json ToJson(const LogEntry& entry) {
+  return {{"kind", WordOf(entry.kind)},
+          {"file", entry.file},
+          {"line", entry.line},
+          {"message", entry.message},
+          {"text", entry.text}};
+}
+
+void PrintEntry(CommandContext& context, const LogEntry& entry) {
+  if (!context.Asked().json) {
+    context.Out().PrintLine(DisplayEntry(entry, context.StartFolder(), context.Out()));
+    return;
+  }
+  // One by one, since a list would have no end.
+  context.Out().PrintLine(
+      ToJson(entry).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+}
+
+// What an interrupt ends.
+class Pause {
+ public:
+  void End() {
+    const std::lock_guard guard(lock);
+    isEnded = true;
+    changed.notify_all();
+  }
+  // False when it was ended.
+  bool Wait(std::chrono::milliseconds time) {
+    std::unique_lock guard(lock);
+    return !changed.wait_for(guard, time, [this] { return isEnded; });
+  }
+
+ private:
+  std::mutex lock;
+  std::condition_variable changed;
+  bool isEnded = false;
+};
+
+constexpr std::chrono::milliseconds kFollowPause(100);
+
+int FollowLog(CommandContext& context, const std::string& project) {
+  const std::string logPath = LogPathOf(project);
+  if (!context.Files().Exists(logPath)) {
+    context.Remark("No build of " + context.Show(project) +
+                   " has left a log yet; waiting for one.");
+  }
+  Pause pause;
+  const Interrupts interrupts([&pause] { pause.End(); });
+  const std::string closings[] = {MessageTextOf(context.Files(), kBuildSucceededRow),
+                                  MessageTextOf(context.Files(), kBuildFailedRow)};
+  const auto ends = [&closings](const LogEntry& entry) {
+    return !entry.text.empty() && (entry.text == closings[0] || entry.text == closings[1]);
+  };
+  LogFollower follower(context.Files(), logPath);
+  // What stands already is no news, so it ends nothing.
+  bool isNews = false;
+  do {
+    const auto news = follower.Take(std::time(nullptr));
+    bool isEnd = false;
+    for (const LogEntry& entry : news.entries) {
+      PrintEntry(context, entry);
+      isEnd = isEnd || ends(entry);
+    }
+    if (isNews && isEnd && context.Asked().untilEnd) return kExitDone;
+    isNews = true;
+  } while (pause.Wait(kFollowPause));
+  return kExitInterrupted;
+}
+
 }  // namespace
 
 nlohmann::json ToJson(const std::vector<LogEntry>& entries) {
   nlohmann::json list = nlohmann::json::array();
-  for (const LogEntry& entry : entries) {
-    list.push_back({{"kind", WordOf(entry.kind)},
-                    {"file", entry.file},
-                    {"line", entry.line},
-                    {"message", entry.message},
-                    {"text", entry.text}});
-  }
+  for (const LogEntry& entry : entries) list.push_back(ToJson(entry));
   return list;
 }
 
@@ -44,6 +114,9 @@ void PrintJson(CommandContext& context, const nlohmann::json& document) {
 int RunLog(CommandContext& context) {
   std::string project;
   if (const int code = context.LocateProject(project); code != kExitDone) return code;
+  if (context.Asked().follow || context.Asked().untilEnd) {
+    return FollowLog(context, project);
+  }
   const auto log = context.Files().ReadWholeFile(LogPathOf(project));
   if (!log) {
     context.Complain("No build of " + context.Show(project) +
@@ -59,9 +132,7 @@ int RunLog(CommandContext& context) {
     PrintJson(context, ToJson(entries));
     return kExitDone;
   }
-  for (const LogEntry& entry : entries) {
-    context.Out().PrintLine(DisplayEntry(entry, context.StartFolder(), context.Out()));
-  }
+  for (const LogEntry& entry : entries) PrintEntry(context, entry);
   return kExitDone;
 }
 

@@ -1,0 +1,78 @@
+#include "hosts/frame/LogFollower.h"
+
+#include <gtest/gtest.h>
+
+#include "support/MemoryFileSystem.h"
+
+namespace tarn::host {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr const char* kLog = "/p/demo.tlog";
+constexpr std::int64_t kStart = 1'000'000;
+
+std::string Log(const Lines& texts, const std::string& root = "output") {
+  std::string text = "<?xml version=\"1.0\"?>\r\n<" + root + ">";
+  for (const std::string& each : texts) text += "\r\n\t<message Description=\"" + each + "\" />";
+  return text + "\r\n</" + root + ">";
+}
+
+// The texts of what is new, behind "other" where it is another log's.
+Lines Take(LogFollower& follower, std::int64_t now) {
+  const LogFollower::News news = follower.Take(now);
+  Lines texts;
+  if (news.isOtherLog) texts.emplace_back("other");
+  for (const LogEntry& entry : news.entries) texts.push_back(entry.text);
+  return texts;
+}
+
+TEST(LogFollowerTest, EachLineComesOnceWhateverHappensToTheFile) {
+  const struct {
+    const char* name;
+    std::string file;
+    int later;  // seconds
+    Lines news;
+  } steps[] = {
+      {"the first look", Log({"a", "b"}), 0, {"a", "b"}},
+      {"nothing new", Log({"a", "b"}), 0, {}},
+      {"longer within the same second", Log({"a", "b", "&#39;c&#39;"}), 0, {"'c'"}},
+      {"cut in a tag", Log({"a", "b", "&#39;c&#39;", "d"}).substr(0, 90), 1, {}},
+      {"cut between two", Log({"a", "b", "&#39;c&#39;", "d"}).substr(0, 113), 1, {}},
+      {"whole again", Log({"a", "b", "&#39;c&#39;", "d"}), 1, {"d"}},
+      {"of the same length, another's",
+       Log({"a", "x", "&#39;c&#39;", "d"}),
+       0,
+       {"other", "a", "x", "'c'", "d"}},
+      {"the same once more",
+       Log({"a", "x", "&#39;c&#39;", "d"}),
+       9,
+       {"other", "a", "x", "'c'", "d"}},
+      {"emptied", "<?xml version=\"1.0\"?>\r\n<output />", 1, {"other"}},
+      {"the first of another build", Log({"a"}), 1, {"a"}},
+      {"of another root", Log({"a", "b"}, "Messages"), 1, {"other", "a", "b"}},
+      {"no file of ours", "junk", 1, {}},
+      {"nothing in it", "", 1, {}},
+  };
+  testing::MemoryFileSystem disk(kStart);
+  LogFollower follower(disk, kLog);
+  std::int64_t now = kStart;
+  EXPECT_EQ(Take(follower, now), Lines{});
+  for (const auto& step : steps) {
+    disk.Advance(step.later);
+    now += step.later;
+    disk.AddFile(kLog, step.file);
+    EXPECT_EQ(Take(follower, now), step.news) << step.name;
+  }
+}
+
+TEST(LogFollowerTest, AFileThatIsAtRestIsOnlyLookedAt) {
+  testing::MemoryFileSystem disk(kStart);
+  disk.AddFile(kLog, Log({"a"}));
+  LogFollower follower(disk, kLog);
+  for (int second = 0; second < 5; ++second) follower.Take(kStart + second);
+  EXPECT_EQ(disk.Operations("read").size(), 3u);
+}
+
+}  // namespace
+}  // namespace tarn::host
