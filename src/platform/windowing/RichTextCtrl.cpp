@@ -104,9 +104,19 @@ std::optional<std::size_t> CRichTextCtrl::HitTest(Point point) {
 
 void CRichTextCtrl::OnMouse(const MouseEvent& event) {
   if (!onLink) return;
-  const auto position = HitTest(event.point);
-  const std::string* target = position ? GetLinkAt(*position) : nullptr;
-  if (target == nullptr) return;
+  if (const auto position = HitTest(event.point)) TellLink(*position, event);
+}
+
+void CRichTextCtrl::NotifyLinkKey(std::size_t position) {
+  MouseEvent release;
+  release.action = MouseAction::Release;
+  release.button = MouseButton::Left;
+  if (IsCreated()) TellLink(position, release);
+}
+
+void CRichTextCtrl::TellLink(std::size_t position, const MouseEvent& event) {
+  const std::string* target = GetLinkAt(position);
+  if (target == nullptr || !onLink) return;
   // Copies: whoever hears of it may end all of this.
   const std::string clicked = *target;
   const LinkHandler handler = onLink;

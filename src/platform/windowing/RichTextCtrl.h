@@ -58,6 +58,8 @@ class CRichTextCtrl : public CWnd {
   // --- From the toolkit ---
 
   void NotifySelected(TextRange range);
+  // The user follows the link there by keyboard; it is told as a release of the left button.
+  void NotifyLinkKey(std::size_t position);
 
  protected:
   virtual void OnSelectionChanged() {}
@@ -67,6 +69,7 @@ class CRichTextCtrl : public CWnd {
  private:
   RichTextPeer* Drawing() { return static_cast<RichTextPeer*>(GetPeer()); }
   std::optional<std::size_t> HitTest(Point point);
+  void TellLink(std::size_t position, const MouseEvent& event);
   void Remove(TextRange range);
 
   std::string text = "\n";

@@ -114,6 +114,10 @@ TEST_F(RichTextCtrlTest, MouseEventsOverALinkCarryItsTarget) {
   toolkit.hit = 99;
   release(0, 20);
   EXPECT_EQ(events.size(), 4u);
+  control->NotifyLinkKey(3);
+  control->NotifyLinkKey(2);
+  EXPECT_EQ(events.size(), 5u);
+  EXPECT_EQ(events.back(), "t 1");
 }
 
 TEST_F(RichTextCtrlTest, AClickMayEndTheControl) {

@@ -83,8 +83,8 @@ TEST(RichTextTest, AToolsTextShowsWhole) {
   for (const Row& row : rows) EXPECT_EQ(Dump(row.richText), row.dump) << row.name;
 }
 
-TEST(RichTextTest, HostileTextsOfAMegabyteAreReadToTheirEnd) {
-  constexpr std::size_t kLength = 1 << 20;
+TEST(RichTextTest, HostileTextsAreReadToTheirEnd) {
+  constexpr std::size_t kLength = 1 << 18;
   for (const std::string piece : {"a", "{", "}", "{}", "}{", "\\\\", "{\\b ", "{\\field ", " ;",
                                   "{\\fldrslt ", "{\\*\\fldinst ", "\\par }"}) {
     std::string text;
@@ -93,7 +93,7 @@ TEST(RichTextTest, HostileTextsOfAMegabyteAreReadToTheirEnd) {
       const RichText read = ReadRichText(line);
       EXPECT_LE(read.text.size(), line.size()) << piece;
       const bool isText = piece[0] != '{' || piece.size() <= 2;
-      EXPECT_GE(read.text.size(), isText ? 300000u : 1u) << piece;
+      EXPECT_GE(read.text.size(), isText ? 80000u : 1u) << piece;
     }
   }
 }
