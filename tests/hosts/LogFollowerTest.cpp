@@ -28,6 +28,8 @@ Lines Take(LogFollower& follower, std::int64_t now) {
 }
 
 TEST(LogFollowerTest, EachLineComesOnceWhateverHappensToTheFile) {
+  const std::string longer = Log({"a", "b", "&#39;c&#39;", "d"});
+  const std::string cut = longer.substr(0, longer.rfind("\r\n"));
   const struct {
     const char* name;
     std::string file;
@@ -37,9 +39,9 @@ TEST(LogFollowerTest, EachLineComesOnceWhateverHappensToTheFile) {
       {"the first look", Log({"a", "b"}), 0, {"a", "b"}},
       {"nothing new", Log({"a", "b"}), 0, {}},
       {"longer within the same second", Log({"a", "b", "&#39;c&#39;"}), 0, {"'c'"}},
-      {"cut in a tag", Log({"a", "b", "&#39;c&#39;", "d"}).substr(0, 90), 1, {}},
-      {"cut between two", Log({"a", "b", "&#39;c&#39;", "d"}).substr(0, 113), 1, {}},
-      {"whole again", Log({"a", "b", "&#39;c&#39;", "d"}), 1, {"d"}},
+      {"cut in a tag", cut.substr(0, cut.size() - 5), 1, {}},
+      {"cut between two", cut, 1, {}},
+      {"whole again", longer, 1, {"d"}},
       {"of the same length, another's",
        Log({"a", "x", "&#39;c&#39;", "d"}),
        0,

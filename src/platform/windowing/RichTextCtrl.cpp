@@ -19,7 +19,7 @@ const std::string* CRichTextCtrl::GetLinkAt(std::size_t position) const {
   const auto run =
       std::upper_bound(runs.begin(), runs.end(), position,
                        [](std::size_t at, const RichTextRun& each) { return at < each.range.end; });
-  return run == runs.end() || run->range.start > position ? nullptr : run->target.get();
+  return run == runs.end() ? nullptr : run->target.get();
 }
 
 void CRichTextCtrl::AppendRichText(std::string_view richText) {

@@ -33,7 +33,7 @@ class CRichTextCtrl : public CWnd {
   using LinkHandler = std::function<void(const std::string& target, const MouseEvent& event)>;
 
   const std::string& GetText() const { return text; }
-  // In order; what no run covers is plain.
+  // In order, together all but the last character.
   const std::vector<RichTextRun>& GetRuns() const { return runs; }
   // Null where there is no link.
   const std::string* GetLinkAt(std::size_t position) const;

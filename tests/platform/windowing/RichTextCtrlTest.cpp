@@ -90,6 +90,11 @@ TEST_F(RichTextCtrlTest, WhatIsSelectedIsCopiedAndCut) {
   control->SetSelection({0, 99});
   control->Cut();
   EXPECT_EQ(control->GetText(), "\n") << "the last character stays";
+  AddLine("ab");
+  AddLink("t", "xyz");
+  control->SetSelection({1, 2});
+  control->Cut();
+  EXPECT_EQ(control->GetRuns()[1].range, (TextRange{2, 5}));
 }
 
 TEST_F(RichTextCtrlTest, MouseEventsOverALinkCarryItsTarget) {
