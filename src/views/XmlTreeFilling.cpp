@@ -73,7 +73,8 @@ void CXmlTreeCtrl::SetXmlRoot(CXmlNode* newRoot) {
   SetRedraw(true);
   items.reserve(items.size() + filling.built.size());
   for (CTreeItem* const item : filling.built) items[NodeOf(*item)] = item;
-  const CTreeItem* const newTop = FindItem(topNode);
+  const CTreeItem* newTop = FindItem(topNode);
+  while (newTop != nullptr && GetRowOf(*newTop) < 0) newTop = newTop->GetParent();
   SetTopRow(newTop == nullptr ? GetTopRow() : GetRowOf(*newTop));
   // What is drawn of a node besides its item may be another.
   Invalidate();
@@ -212,8 +213,7 @@ bool CXmlTreeCtrl::ForgetSubtree(const CXmlNode& node) {
 }
 
 void CXmlTreeCtrl::OnItemGone(const CTreeItem& item) {
-  const auto found = items.find(NodeOf(item));
-  if (found != items.end() && found->second == &item) items.erase(found);
+  items.erase(NodeOf(item));
   if (&item == dragItem) dragItem = nullptr;
   if (&item == dropTarget) dropTarget = nullptr;
 }

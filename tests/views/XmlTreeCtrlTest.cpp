@@ -268,6 +268,16 @@ TEST_F(XmlTreeTest, ADragFollowsTheCursorAndGivesTheMouseBackAtTheFirstMove) {
   EXPECT_EQ(owner.TakeMessages(), (Lines{"drop a.c on b.c", "select a.c"}));
 }
 
+TEST_F(XmlTreeTest, NoDragBeginsWhenTheOwnerSelectsAnotherItemFirst) {
+  int left = 1;
+  owner.then = [&] {
+    if (left-- > 0) tree.SelectNode(Node("b.c"));
+  };
+  BeginDrag("a.c");
+  EXPECT_FALSE(tree.IsDragging());
+  EXPECT_EQ(owner.TakeMessages(), (Lines{"select a.c", "select b.c"}));
+}
+
 TEST_F(XmlTreeTest, HelpIsSpentByTheNextClickWhateverItHits) {
   const auto helpAt = [&](Point point) {
     tree.SetHelpMode(true);
@@ -372,6 +382,14 @@ TEST_F(XmlTreeTest, EveryItemWithTheSelectedLabelIsSelectedInTurn) {
   EXPECT_EQ(owner.TakeMessages(), (Lines{"select Main.c", "select Main.c"}));
   EXPECT_EQ(TreeText(tree), "P{G{a.c b.c Main.c} H{c.c{D{d.h e.h}} *Main.c}}");
   EXPECT_EQ(tree.GetCurrentNode(), Node("H")->GetChild(1));
+  // A message that fills the tree anew has the selections of that filling, and no more.
+  int left = 1;
+  owner.then = [&] {
+    if (left-- > 0) tree.Refill();
+  };
+  tree.Refill();
+  owner.then = nullptr;
+  EXPECT_EQ(owner.TakeMessages(), Lines(3, "select Main.c"));
   // With one match that is selected already, the message comes all the same.
   Free("Main.c");
   tree.Refill();
@@ -584,14 +602,19 @@ TEST_F(XmlTreeTest, NothingPointsAtNodesThatAreForgotten) {
   Press(kKeyDown, true);
   tree.DrawItem(*tree.GetSelectedItem());
   EXPECT_EQ(owner.TakeMessages(), (Lines{"open nothing"}));
-  // So does a drag when its items go.
-  BeginDrag("c.c");
-  Mouse(MouseAction::Move, MouseButton::Left, At("d.h"));
-  Free("H");
-  tree.Refill();
-  Mouse(MouseAction::Release, MouseButton::Left, {60, 8});
-  EXPECT_EQ(TreeText(tree), "P");
-  EXPECT_EQ(owner.TakeMessages(), (Lines{"select c.c"}));
+  // A drag stands as well when one of its items goes.
+  for (const auto& [from, to] : {std::pair("c.c", "P"), std::pair("L", "d.h")}) {
+    root = ReadNode(kProject);
+    root->AddChild("Group")->SetAttrValue("Header", "L");
+    tree.SetXmlRoot(root.get());
+    BeginDrag(from);
+    Mouse(MouseAction::Move, MouseButton::Left, At(to));
+    Free("H");
+    tree.Refill();
+    Mouse(MouseAction::Release, MouseButton::Left, {60, 8});
+    EXPECT_EQ(owner.TakeMessages(), (Lines{std::string("select ") + from}));
+    EXPECT_EQ(mirror.Text(), TreeText(tree));
+  }
   tree.ForgetNode(*root);
   root.reset();
   tree.Refill();
@@ -613,6 +636,12 @@ TEST_F(XmlTreeTest, AnUpdateKeepsTheLineAtTheTop) {
   Free("G");
   tree.Refill();
   EXPECT_EQ(tree.GetRow(tree.GetTopRow())->GetText(), topLabel);
+  // What was at the top is hidden now.
+  tree.SetSelectedLabel("none");
+  Node("H")->SetAttrValue("sate", "0");
+  for (int i = 0; i < 40; ++i) root->AddChild("Group");
+  tree.Refill();
+  EXPECT_EQ(tree.GetRow(tree.GetTopRow())->GetText(), "H");
 }
 
 }  // namespace

@@ -214,7 +214,7 @@ int CTreeCtrl::RowsPerPage() const {
 }
 
 int CTreeCtrl::GetLineHeight() const {
-  return Peer() != nullptr ? std::max(1, Peer()->GetLineHeight()) : TreePeer().GetLineHeight();
+  return Peer() == nullptr ? kTreeLineHeight : std::max(1, Peer()->GetLineHeight());
 }
 
 void CTreeCtrl::SetImageList(const CImageList* list) {

@@ -20,6 +20,9 @@ inline constexpr std::uint32_t kTreeHasLines = 0x2;
 inline constexpr std::uint32_t kTreeLinesAtRoot = 0x4;
 inline constexpr std::uint32_t kTreeShowsSelectionAlways = 0x20;
 
+// Of a tree that nobody draws.
+inline constexpr int kTreeLineHeight = 16;
+
 // One line of a tree with all below it. Owned by the item above it, in the end by the control; an
 // address stays the same until the item is deleted.
 class CTreeItem {
@@ -129,7 +132,7 @@ class TreePeer : public WindowPeer {
   virtual void OnDragEnded() {}
 
   // Measures, for a peer that knows better than the fixed numbers.
-  virtual int GetLineHeight() { return 16; }
+  virtual int GetLineHeight() { return kTreeLineHeight; }
   virtual std::optional<TreeHit> HitTest(Point /*point*/) { return std::nullopt; }
   virtual std::optional<Rect> GetTextRect(const CTreeItem& /*item*/) { return std::nullopt; }
 };

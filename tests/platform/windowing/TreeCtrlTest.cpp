@@ -267,6 +267,15 @@ TEST_F(TreeCtrlTest, AnEventMayEndTheTree) {
   }
 }
 
+TEST_F(TreeCtrlTest, AClickThatTakesItsItemAwaySelectsNothing) {
+  tree.whenClicked = [&] { tree.DeleteItems(p, 0, 1); };
+  lines.clear();
+  tree.NotifyClick({39, 20});
+  EXPECT_EQ(lines.front(), "click on label of a");
+  EXPECT_EQ(lines.back(), "gone a");
+  EXPECT_EQ(TreeText(tree), "p{b}");
+}
+
 // A long list of changes, each told to a peer that keeps its own copy by what it is told.
 TEST_F(TreeCtrlTest, WhatThePeerHearsIsWhatHasHappened) {
   std::mt19937 random(7);
