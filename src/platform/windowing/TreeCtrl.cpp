@@ -101,8 +101,9 @@ void CTreeCtrl::LetGo(const CTreeItem& above, int first, int count) {
   }
 }
 
-void CTreeCtrl::DiscardItems(CTreeItems items) {
-  for (const std::unique_ptr<CTreeItem>& item : items) TellGone(*item);
+void CTreeCtrl::DiscardItems(CTreeItems&& items) {
+  const CTreeItems gone = std::move(items);
+  for (const std::unique_ptr<CTreeItem>& item : gone) TellGone(*item);
 }
 
 void CTreeCtrl::TellGone(const CTreeItem& item) {

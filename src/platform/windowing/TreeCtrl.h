@@ -248,7 +248,7 @@ class CTreeCtrl : public CWnd {
   // Out of the tree but not freed; nothing is selected or highlighted in them any more.
   CTreeItems TakeItems(CTreeItem* above, int first, int count);
   // Frees what has been taken.
-  void DiscardItems(CTreeItems items);
+  void DiscardItems(CTreeItems&& items);
 
   bool BeginDragImage(const CTreeItem& item, Point hotSpot, Point point);
   void MoveDragImage(Point point);
