@@ -5,6 +5,7 @@
 #include "platform/windowing/RichTextCtrl.h"
 #include "platform/windowing/ToolBar.h"
 #include "platform/windowing/TreeCtrl.h"
+#include "platform/windowing/ReportControl.h"
 
 namespace tarn {
 
@@ -42,6 +43,10 @@ std::unique_ptr<WindowPeer> WindowToolkit::MakePeer(CTipWindow& /*tip*/) {
 }
 
 std::unique_ptr<TreePeer> WindowToolkit::MakePeer(CTreeCtrl& /*tree*/) {
+  return nullptr;
+}
+
+std::unique_ptr<ReportPeer> WindowToolkit::MakePeer(CReportControl& /*report*/) {
   return nullptr;
 }
 

@@ -21,6 +21,8 @@ class ToolBarPeer;
 class CTipWindow;
 class CTreeCtrl;
 class TreePeer;
+class CReportControl;
+class ReportPeer;
 
 // What draws the windows of a thread. A toolkit makes a peer for each window that is created, has
 // the measures of the screen, and runs what takes the user's whole attention for a moment: menus,
@@ -40,6 +42,7 @@ class WindowToolkit {
   virtual std::unique_ptr<ToolBarPeer> MakePeer(CToolBar& bar);
   virtual std::unique_ptr<WindowPeer> MakePeer(CTipWindow& tip);
   virtual std::unique_ptr<TreePeer> MakePeer(CTreeCtrl& tree);
+  virtual std::unique_ptr<ReportPeer> MakePeer(CReportControl& report);
 
   virtual Size MeasureText(const Font& font, std::string_view text);
   virtual Color GetColor(SystemColor color);
