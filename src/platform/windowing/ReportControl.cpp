@@ -256,8 +256,7 @@ ReportHit CReportControl::HitCell(Point point, int row) const {
   int x = point.x - span->left - kCellMargin;
   if (column.IsTreeColumn() || shown->IsGroup()) {
     x -= shown->GetDepth() * kOpenerWidth;
-    const bool canOpen = shown->IsGroup() || shown->GetRecord()->HasChildren();
-    if (canOpen && x >= 0 && x < kOpenerWidth) hit.part = ReportHit::Part::Opener;
+    if (CanOpen(*shown) && x >= 0 && x < kOpenerWidth) hit.part = ReportHit::Part::Opener;
     x -= kOpenerWidth;
   }
   const CReportRecordItem* item = GetItemAt(row, column.GetIndex());

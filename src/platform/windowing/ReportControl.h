@@ -191,6 +191,7 @@ class CReportControl : public CWnd {
   void NotifyEdited(int row, int column, const std::string& newText);
   bool CanEdit(int row, int column) const;
   bool CanToggle(int row, int column) const;
+  bool CanOpen(const CReportRow& row) const;
   // The rows that the user has selected by other means, and the one with the focus.
   void NotifySelected(std::vector<int> indexes, int focused);
   void NotifyScrolled(int newTopRow);

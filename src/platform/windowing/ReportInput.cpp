@@ -124,9 +124,20 @@ void CReportControl::NotifyColumnResized(int column, int width) {
   if (CReportColumn* resized = columns.GetAt(column)) resized->SetWidth(width);
 }
 
+// Without a tree column nothing says that there are children.
+bool CReportControl::CanOpen(const CReportRow& row) const {
+  if (row.IsGroup()) return true;
+  if (!row.GetRecord()->HasChildren()) return false;
+  for (int i = 0; i < columns.GetCount(); ++i) {
+    if (columns.GetAt(i)->IsTreeColumn()) return true;
+  }
+  return false;
+}
+
 void CReportControl::NotifyOpened(int row, bool open) {
   const CReportRow* opened = rows.GetAt(row);
-  if (!IsCreated() || opened == nullptr || !rows.SetOpen(*opened, open)) return;
+  if (!IsCreated() || opened == nullptr || !CanOpen(*opened)) return;
+  if (!rows.SetOpen(*opened, open)) return;
   const bool hadFocus = focusedRow >= 0;
   Populate();
   // What had it is no longer shown.
@@ -212,7 +223,7 @@ void CReportControl::MoveFocus(int row, bool extends) {
 bool CReportControl::StepInTree(bool opens) {
   const CReportRow* row = rows.GetAt(focusedRow);
   if (row == nullptr) return false;
-  const bool hasMore = row->IsGroup() || row->GetRecord()->HasChildren();
+  const bool hasMore = CanOpen(*row);
   const bool isOpen = hasMore && rows.IsOpen(*row);
   if (hasMore && isOpen != opens) {
     NotifyOpened(focusedRow, opens);

@@ -74,7 +74,7 @@ int ReportRows::Extend(const CReportRecords& records, int first) {
   // Rows of children would have to be stepped over.
   if (GetCount() != first) return -1;
   for (int i = first; i < records.GetCount(); ++i) {
-    if (records.GetAt(i)->HasChildren()) return -1;
+    if (records.GetAt(i)->IsExpanded() && records.GetAt(i)->HasChildren()) return -1;
   }
   const bool ascending = sorted->IsSortedAscending();
   std::ptrdiff_t changed = GetCount();

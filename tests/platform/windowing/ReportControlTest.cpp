@@ -49,6 +49,7 @@ class Report : public ::testing::Test {
     AddColumn("File", 100, true, CReportColumn::kNoIcon);
     report->GetColumns().GetAt(0)->SetEditable(true);
     report->GetColumns().GetAt(1)->SetEditable(true);
+    report->GetColumns().GetAt(2)->SetTreeColumn(true);
     report->AllowEdit(true);
     report->Create(kStyleChild | kStyleVisible, {10, 20, 310, 140}, &owner, 7);
     toolkit.Take();
@@ -390,16 +391,19 @@ TEST_F(Report, ColumnsShareWhatIsLeftAndFitTheirContent) {
   for (int i = 0; i < 3; ++i) {
     report->GetReportHeader().BestFit(*report->GetColumns().GetAt(i));
   }
-  EXPECT_EQ(ColumnsText(*report), "Icon 40 | Name 40 | File 40");
+  EXPECT_EQ(ColumnsText(*report), "Icon 40 | Name 40 | File 48");
+  report->GetColumns().GetAt(2)->SetTreeColumn(false);
   report->GetColumns().GetAt(1)->SetTreeColumn(true);
   report->GetRecords().GetAt(0)->SetExpanded(true);
   report->Populate();
   report->GetReportHeader().BestFit(*report->GetColumns().GetAt(1));
-  EXPECT_EQ(ColumnsText(*report), "Icon 40 | Name 56 | File 40");
+  EXPECT_EQ(ColumnsText(*report), "Icon 40 | Name 56 | File 48");
 }
 
 TEST_F(Report, PointsFindCellsOpenersLinksAndTheGroupBox) {
   Fill();
+  report->GetColumns().GetAt(2)->SetTreeColumn(false);
+  EXPECT_FALSE(report->CanOpen(*report->GetRows().GetAt(0)));
   report->GetColumns().GetAt(1)->SetTreeColumn(true);
   CReportRecordItem& item = *report->GetItemAt(1, 2);
   item.AddHyperlink(std::make_unique<CReportHyperlink>(2, 1));
