@@ -138,6 +138,7 @@ void CBuildOutput::SaveLog() {
 
 void CBuildOutput::ResetLog() {
   root = MakeRoot("output");
+  ++generation;
   writer.Forget();
   if (!logFile.empty()) {
     writer.Save(logFile, MakeHead("<?xml-stylesheet href=\"", stylesheet, "\" type=\"text/xsl\"?>"),
@@ -147,7 +148,7 @@ void CBuildOutput::ResetLog() {
 }
 
 void CBuildOutput::UpdateReport() {
-  if (reportView != nullptr) reportView->Update(*root);
+  if (reportView != nullptr) reportView->Update(*root, generation);
 }
 
 }  // namespace tarn

@@ -94,7 +94,7 @@ class CBuildOutput {
   void SaveLog();
   // Empties tree, log file and log view.
   void ResetLog();
-  // Has the report made anew from the tree.
+  // Has the report show the tree.
   void UpdateReport();
 
   // All messages since the last reset. The reference dies with the next ResetLog.
@@ -107,6 +107,7 @@ class CBuildOutput {
   std::string configFolder;
   std::uint32_t flags = 33;
   std::unique_ptr<CXmlNode> root;
+  std::uint64_t generation = 0;  // of the tree: how often it was reset
   std::string logFile;
   std::string viewTitle;
   std::string stylesheet;

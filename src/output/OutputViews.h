@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "xml/XmlNode.h"
 
 // The two views of the build output, as the hub sees them. The windows implement them, and so can
@@ -19,10 +21,12 @@ class ILogView {
   ~ILogView() = default;
 };
 
-// The grid of errors and warnings, made from the whole tree each time.
+// The grid of errors and warnings, which shows the whole tree.
 class IReportView {
  public:
-  virtual void Update(const CXmlNode& root) = 0;
+  // A tree of the same generation is the one of the last call, with at most more children at its
+  // end; one of another may lie at the address of the one before.
+  virtual void Update(const CXmlNode& root, std::uint64_t generation) = 0;
 
  protected:
   ~IReportView() = default;

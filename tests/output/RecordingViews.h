@@ -18,7 +18,7 @@ struct RecordingViews : ILogView, IReportView, WindowTarget {
 
   void AddMessage(const CXmlNode& node) override { events.push_back("log " + Flat(node)); }
   void Clear() override { events.emplace_back("clear"); }
-  void Update(const CXmlNode& root) override {
+  void Update(const CXmlNode& root, std::uint64_t /*generation*/) override {
     events.push_back("report of " + std::to_string(root.GetChildCount()));
   }
   std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
