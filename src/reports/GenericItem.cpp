@@ -1,0 +1,24 @@
+#include "reports/GenericItem.h"
+
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+std::string CGenericTextItem::GetCaption() const {
+  std::string caption = GetOwnCaption();
+  if (!caption.empty()) return caption;
+  const std::string format = GetFormat();
+  if (format == kPlainFormat) return value;
+  return FormatMessageText(format, std::span(&value, 1));
+}
+
+void CGenericTextItem::GetItemMetrics(ReportItemMetrics& metrics) const {
+  metrics.foreColor = foreColor;
+  metrics.backColor = backColor;
+}
+
+std::string CGenericIconItem::GetValue() const {
+  return ToDecimal(GetIconIndex());
+}
+
+}  // namespace tarn

@@ -1,0 +1,129 @@
+// The menu of a column's head.
+
+#include <iterator>
+#include <memory>
+#include <utility>
+
+#include "platform/windowing/Toolkit.h"
+#include "reports/GlobalsReportWnd.h"
+
+namespace tarn {
+
+namespace {
+
+// Numbers of the entries; those of columns are followed by the numbers of the other columns.
+enum HeaderCommand : int {
+  kRemoveColumn = 1,
+  kSortAscending = 2,
+  kSortDescending = 3,
+  kGroupByField = 4,
+  kGroupByBox = 5,
+  kBestFit = 7,
+  kArrangeByFirst = 100,
+  kAlignLeft = 201,
+  kAlignRight = 202,
+  kAlignCenter = 203,
+  kColumnFirst = 500,
+};
+
+struct AlignmentEntry {
+  int command;
+  const char* text;
+  ReportAlignment alignment;
+};
+
+constexpr AlignmentEntry kAlignments[] = {
+    {kAlignLeft, "Align Left", ReportAlignment::Left},
+    {kAlignRight, "Align Right", ReportAlignment::Right},
+    {kAlignCenter, "Align Center", ReportAlignment::Center},
+};
+
+}  // namespace
+
+// Behind the last column there is a menu too: else nothing would bring back the last one that was
+// removed. What needs a column is disabled then.
+CMenu CGlobalsReportWnd::MakeHeaderMenu(int column) const {
+  const CReportColumns& columns = std::as_const(*report).GetColumns();
+  const CReportColumn* clicked = columns.GetAt(column);
+  const bool isColumn = clicked != nullptr;
+  auto shown = std::make_unique<CMenu>();
+  auto arrange = std::make_unique<CMenu>();
+  for (int i = 0; i < columns.GetCount(); ++i) {
+    const CReportColumn& each = *columns.GetAt(i);
+    shown->AppendCommand(kColumnFirst + i, each.GetCaption()).isChecked = each.IsVisible();
+    if (each.IsVisible() && !each.GetCaption().empty()) {
+      arrange->AppendCommand(kArrangeByFirst + i, each.GetCaption());
+    }
+  }
+  arrange->AppendSeparator();
+  auto align = std::make_unique<CMenu>();
+  for (const AlignmentEntry& entry : kAlignments) {
+    CMenu::Entry& made = align->AppendCommand(entry.command, entry.text);
+    made.isChecked = isColumn && clicked->GetAlignment() == entry.alignment;
+    made.isEnabled = isColumn;
+  }
+
+  CMenu menu;
+  menu.AppendSubmenu(std::move(shown), "Columns");
+  menu.AppendSubmenu(std::move(arrange), "Arrange by");
+  menu.AppendCommand(kSortAscending, "Sort &Ascending").isEnabled = isColumn;
+  menu.AppendCommand(kSortDescending, "Sort &Descending").isEnabled = isColumn;
+  menu.AppendSeparator();
+  menu.AppendCommand(kGroupByField, "Group by Field").isEnabled =
+      isColumn && !report->GetReportHeader().IsShowItemsInGroups();
+  menu.AppendCommand(kGroupByBox, "Group by box").isChecked = report->IsGroupByVisible();
+  menu.AppendSeparator();
+  menu.AppendCommand(kRemoveColumn, "Remove Column").isEnabled = isColumn;
+  menu.AppendSeparator();
+  menu.AppendCommand(kBestFit, "Best Fit").isEnabled = isColumn;
+  menu.AppendSubmenu(std::move(align), "Alignment");
+  return menu;
+}
+
+void CGlobalsReportWnd::ShowHeaderMenu(int column, Point screen) {
+  const WindowHandle own = GetHandle();
+  const CMenu menu = MakeHeaderMenu(column);
+  const int command = WindowToolkit::Current().TrackMenu(menu, screen, *this);
+  // While the menu was open anything may have happened.
+  if (command != 0 && IsWindow(own)) RunHeaderCommand(command, column);
+}
+
+void CGlobalsReportWnd::SortBy(const CReportColumn* column, bool ascending) {
+  if (column == nullptr || !column->IsSortable()) return;
+  report->GetColumns().SetSortColumn(column, ascending);
+  report->Populate();
+}
+
+void CGlobalsReportWnd::RunHeaderCommand(int command, int column) {
+  CReportColumns& columns = report->GetColumns();
+  if (CReportColumn* named = columns.GetAt(command - kColumnFirst)) {
+    return named->SetVisible(!named->IsVisible());
+  }
+  if (const CReportColumn* named = columns.GetAt(command - kArrangeByFirst)) {
+    return SortBy(named, true);
+  }
+  if (command == kGroupByBox) return report->ShowGroupBy(!report->IsGroupByVisible());
+  CReportColumn* const clicked = columns.GetAt(column);
+  if (clicked == nullptr) return;
+  for (const AlignmentEntry& entry : kAlignments) {
+    if (entry.command == command) return clicked->SetAlignment(entry.alignment);
+  }
+  switch (command) {
+    case kSortAscending:
+    case kSortDescending:
+      return SortBy(clicked, command == kSortAscending);
+    case kGroupByField:
+      if (columns.GetGroupsOrder().IndexOf(clicked) < 0) columns.GetGroupsOrder().Add(clicked);
+      report->ShowGroupBy(true);
+      return report->Populate();
+    case kRemoveColumn:
+      clicked->SetVisible(false);
+      return report->Populate();
+    case kBestFit:
+      return report->GetReportHeader().BestFit(*clicked);
+    default:
+      return;
+  }
+}
+
+}  // namespace tarn

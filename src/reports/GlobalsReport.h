@@ -1,0 +1,16 @@
+#pragma once
+
+#include "reports/GenericReport.h"
+
+namespace tarn {
+
+// The grid of the globals: a row for each symbol.
+class CGlobalsReport : public CGenericReport {
+ public:
+  CGlobalsReport(FileSystem& fileSystem, WindowHandle host, const CXmlNode& reportDefinition);
+  ~CGlobalsReport() override;
+
+  void AddRows(const CXmlNode& root) override;
+};
+
+}  // namespace tarn

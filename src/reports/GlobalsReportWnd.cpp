@@ -1,0 +1,77 @@
+#include "reports/GlobalsReportWnd.h"
+
+#include "platform/text/Text.h"
+#include "platform/windowing/HostMessages.h"
+#include "reports/ReportDefinition.h"
+#include "reports/SymbolFile.h"
+
+namespace tarn {
+
+CGlobalsReportWnd::CGlobalsReportWnd(FileSystem& fileSystem, WindowHandle host,
+                                     const std::string& configFolder)
+    : files(fileSystem),
+      hostWindow(host),
+      report(std::make_unique<CGlobalsReport>(fileSystem, host,
+                                              *MakeGlobalsDefinition(configFolder))) {}
+
+CGlobalsReportWnd::~CGlobalsReportWnd() {
+  DestroyWindow();
+}
+
+bool CGlobalsReportWnd::OnCreate() {
+  ReportLook look = MakeReportLook();
+  look.captionFont = GetFont();
+  look.captionFont.twips = look.captionFont.twips * 5 / 6;
+  report->SetLook(look);
+  return report->Create(kStyleChild | kStyleVisible | kStyleStaticEdge, GetClientRect(), this,
+                        kReportId);
+}
+
+void CGlobalsReportWnd::OnSize(Size size) {
+  report->MoveWindow({0, 0, size.width, size.height});
+}
+
+std::int32_t CGlobalsReportWnd::Load(const char* path) {
+  const std::string name = TextOf(path);
+  const std::optional<FileStatus> status = name.empty() ? std::nullopt : files.Examine(name);
+  // The whole path counts: another folder may have a file of that name and second.
+  const bool isShown = loaded && status && EqualNoCase(loaded->path, name) &&
+                       loaded->status.modifiedSeconds == status->modifiedSeconds &&
+                       loaded->status.size == status->size;
+  if (isShown) return 1;
+  loaded.reset();
+  symbols = std::make_unique<CXmlNode>();
+  if (!name.empty()) {
+    if (const Result<std::string> read = files.ReadWholeFile(name)) {
+      symbols = ReadSymbols(*read);
+      if (status) loaded = LoadedFile{name, *status};
+    }
+  }
+  SetRows(*symbols);
+  return 1;
+}
+
+void CGlobalsReportWnd::SetRows(const CXmlNode& root) {
+  report->Reload(&root, true, -1);
+}
+
+std::intptr_t CGlobalsReportWnd::OnMessage(std::uint32_t message, std::intptr_t wParam,
+                                           std::intptr_t /*lParam*/) {
+  if (message < kMsgReportClick || message > kMsgReportEdit) return 0;
+  const auto& notice = *reinterpret_cast<const ReportNotice*>(wParam);
+  if (notice.id != kReportId) return 0;
+  if (message == kMsgReportDoubleClick || message == kMsgReportEnter) OpenPlaceOf(notice.row);
+  if (message == kMsgReportHeaderRightClick) ShowHeaderMenu(notice.column, notice.screen);
+  return 0;
+}
+
+void CGlobalsReportWnd::OpenPlaceOf(int row) const {
+  const CReportRow* clicked = report->GetRows().GetAt(row);
+  if (clicked == nullptr || clicked->IsGroup()) return;
+  const std::string file = report->GetValueAt(row, kGlobalsFile);
+  const std::string line = report->GetValueAt(row, kGlobalsLine);
+  SendWindowMessage(hostWindow, kMsgOpenFileAtLine, reinterpret_cast<std::intptr_t>(file.c_str()),
+                    -std::intptr_t{ParseDecimal(line.c_str())});
+}
+
+}  // namespace tarn

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/windowing/Menu.h"
+#include "project/ProjectViews.h"
+#include "reports/GlobalsReport.h"
+
+namespace tarn {
+
+// The window of the globals: the symbols that the linker side left of an application. A double
+// click on one opens its declaration in the host; a right click on a column's head has a menu.
+class CGlobalsReportWnd : public CWnd, public IGlobalsWindow {
+ public:
+  // `fileSystem` is borrowed; `host` is 0 for none. For `configFolder` see MakeGlobalsDefinition.
+  CGlobalsReportWnd(FileSystem& fileSystem, WindowHandle host, const std::string& configFolder);
+  ~CGlobalsReportWnd() override;
+
+  // Shows what is in the file; nothing when it can't be read, or for a null path. The file that is
+  // shown already is not read again while its time and size are the same. Always 1.
+  std::int32_t Load(const char* path);
+  void SetRows(const CXmlNode& root);
+
+  void LoadGlobals(const std::string& path) override { Load(path.c_str()); }
+  const CXmlNode* GetSymbols() override { return symbols.get(); }
+
+  CGlobalsReport& GetReport() { return *report; }
+
+ protected:
+  bool OnCreate() override;
+  void OnSize(Size size) override;
+  std::intptr_t OnMessage(std::uint32_t message, std::intptr_t wParam,
+                          std::intptr_t lParam) override;
+
+ private:
+  static constexpr int kReportId = 100;
+
+  // The file that is shown.
+  struct LoadedFile {
+    std::string path;
+    FileStatus status;
+  };
+
+  void OpenPlaceOf(int row) const;
+  // GlobalsMenu.cpp
+  CMenu MakeHeaderMenu(int column) const;
+  void ShowHeaderMenu(int column, Point screen);
+  void RunHeaderCommand(int command, int column);
+  void SortBy(const CReportColumn* column, bool ascending);
+
+  FileSystem& files;
+  const WindowHandle hostWindow;
+  std::unique_ptr<CGlobalsReport> report;
+  std::unique_ptr<CXmlNode> symbols;
+  std::optional<LoadedFile> loaded;
+};
+
+}  // namespace tarn

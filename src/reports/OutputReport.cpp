@@ -1,0 +1,44 @@
+#include "reports/OutputReport.h"
+
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+COutputReport::COutputReport(FileSystem& fileSystem, WindowHandle host,
+                             const CXmlNode& reportDefinition)
+    : CGenericReport(fileSystem, host, &reportDefinition, false, false) {}
+
+COutputReport::~COutputReport() {
+  DestroyWindow();
+}
+
+void COutputReport::Update(const CXmlNode& root, std::uint64_t generation) {
+  const bool hasGrown = shown && shown->generation == generation &&
+                        shown->records == GetRecords().GetCount() &&
+                        shown->messages <= root.GetChildCount();
+  if (hasGrown) {
+    for (int i = shown->messages; i < root.GetChildCount(); ++i) AddMessage(*root.GetChild(i));
+    PopulateAdded();
+  } else {
+    Reload(&root, true, -1);
+  }
+  shown = Shown{generation, root.GetChildCount(), GetRecords().GetCount()};
+}
+
+void COutputReport::AddRows(const CXmlNode& rowsNode) {
+  shown.reset();
+  for (int i = 0; i < rowsNode.GetChildCount(); ++i) AddMessage(*rowsNode.GetChild(i));
+}
+
+void COutputReport::AddMessage(const CXmlNode& message) {
+  const char* isWanted = message.GetAttrValue("ShowInReport");
+  if (isWanted == nullptr || !EqualNoCase(isWanted, "Yes")) return;
+  // What lies below a message has rows only while it is open, and nothing opens it afterwards.
+  if (ParseDecimal(message.GetAttrValue("Expand")) == 1) {
+    AddRow(message);
+  } else {
+    AddRowAlone(message);
+  }
+}
+
+}  // namespace tarn

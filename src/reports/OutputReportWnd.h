@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+
+#include "output/OutputViews.h"
+#include "reports/OutputReport.h"
+
+namespace tarn {
+
+// The window of the build report. A click on a row tells the host the place, and the help where
+// the message has one.
+class COutputReportWnd : public CWnd, public IReportView {
+ public:
+  // `fileSystem` is borrowed; `host` is 0 for none.
+  COutputReportWnd(FileSystem& fileSystem, WindowHandle host);
+  ~COutputReportWnd() override;
+
+  // Makes the report; before that Update does nothing. See MakeOutputDefinition.
+  void SetDefinition(const CXmlNode& node);
+  void Update(const CXmlNode& root, std::uint64_t generation) override;
+
+  // Null until it has a definition.
+  COutputReport* GetReport() { return report.get(); }
+
+ protected:
+  bool OnCreate() override;
+  void OnSize(Size size) override;
+  std::intptr_t OnMessage(std::uint32_t message, std::intptr_t wParam,
+                          std::intptr_t lParam) override;
+
+ private:
+  static constexpr int kReportId = 100;
+  bool CreateReport();
+  void OpenPlaceOf(int row) const;
+
+  FileSystem& files;
+  std::unique_ptr<COutputReport> report;
+  const WindowHandle hostWindow;
+};
+
+}  // namespace tarn

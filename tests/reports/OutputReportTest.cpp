@@ -1,0 +1,188 @@
+#include "reports/OutputReport.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "output/BuildOutput.h"
+#include "reports/OutputReportWnd.h"
+#include "reports/ReportDefinition.h"
+#include "reports/ReportWorld.h"
+#include "support/AnsweringUser.h"
+#include "support/RecordingHost.h"
+#include "support/RecordingToolkit.h"
+
+namespace tarn::test {
+namespace {
+
+class OutputReport : public ::testing::Test {
+ public:
+  OutputReport() {
+    disk.AddFile("/it's \"a\"/resources/errors.bmp", BitmapBytes(48, 16));
+    window = MakeWindow();
+  }
+
+  std::unique_ptr<COutputReportWnd> MakeWindow() {
+    auto made = std::make_unique<COutputReportWnd>(disk, host.Handle());
+    made->SetDefinition(*MakeOutputDefinition("/it's \"a\""));
+    EXPECT_TRUE(made->Create(kStylePopup, {0, 0, 700, 200}, nullptr, 0));
+    return made;
+  }
+  std::string Rows() { return RowsText(*window->GetReport()); }
+  void Click(int row) {
+    const int y = CReportControl::kHeaderHeight + row * CReportControl::kRowHeight;
+    for (const MouseAction action : {MouseAction::Press, MouseAction::Release}) {
+      if (!window) return;
+      window->GetReport()->NotifyMouse({action, MouseButton::Left, {30, y}, false, false});
+    }
+  }
+
+  testing::MemoryFileSystem disk;
+  RecordingToolkit toolkit;
+  RecordingHost host;
+  std::unique_ptr<COutputReportWnd> window;
+};
+
+constexpr const char* kLog =
+    "<Messages><message ShowInReport='YES' Icon='2' Description='bad' File='/a.c' Line='12'>"
+    "<link>0</link></message>"
+    "<message Icon='2' Description='unmarked'/>"
+    "<message ShowInReport='no' Description='no'/>"
+    "<Output>plain</Output>"
+    "<message ShowInReport='yes' Icon='1' Description='odd' File='' Line=''/>"
+    "<message ShowInReport='Yes' Icon='1' Description='helped' File='/b.c' Line='x' Help='h.htm'/>"
+    "<message ShowInReport='Yes' Description='open' File='/c.c' Line='3' Expand='1'>"
+    "<part Description='p'/></message></Messages>";
+
+TEST_F(OutputReport, MarkedMessagesAreRows) {
+  EXPECT_EQ(DefinitionText(*window->GetReport()),
+            "Icon/Icon 16 auto #0\nDescription/Description 240 auto\nFile/File 240 auto sort\n"
+            "Line/Line 80 auto\nHelp/Help 50 auto hidden\n");
+  window->Update(*Tree(kLog), 1);
+  EXPECT_EQ(Rows(), "#2|bad|/a.c|12|\n#1|odd|||\n#1|helped|/b.c|x|h.htm\n-|open|/c.c|3|\n.|p|||\n");
+}
+
+TEST_F(OutputReport, AClickTellsTheHostThePlaceThenTheHelp) {
+  window->Update(*Tree(kLog), 1);
+  const struct {
+    std::function<void(OutputReport&)> act;
+    std::vector<std::string> sent;
+  } rows[] = {
+      {[](OutputReport& t) { t.Click(0); }, {"0x8008 /a.c -12"}},
+      {[](OutputReport& t) { t.Click(1); }, {"0x8008 \"\" 0"}},
+      {[](OutputReport& t) { t.Click(2); }, {"0x8008 /b.c 0", "0x802D h.htm 0"}},
+      {[](OutputReport& t) { t.Click(9); }, {}},
+      {[](OutputReport& t) { t.Click(-1); }, {}},
+      {[](OutputReport& t) {
+         t.window->GetReport()->NotifyMouse(
+             {MouseAction::DoubleClick, MouseButton::Left, {30, 20}, false, false});
+       },
+       {}},
+      {[](OutputReport& t) {
+         t.window->GetReport()->SelectRow(0);
+         t.window->GetReport()->NotifyKey({kKeyEnter, false, false});
+       },
+       {"0x8008 /a.c -12"}},
+  };
+  for (const auto& row : rows) {
+    row.act(*this);
+    EXPECT_EQ(host.TakeLines(), row.sent);
+  }
+}
+
+TEST_F(OutputReport, AHostThatResetsOrDestroysItInsideAClickHearsOfTheHelpAllTheSame) {
+  for (const bool destroys : {false, true}) {
+    window->Update(*Tree(kLog), destroys ? 3 : 1);
+    host.actions[kMsgOpenFileAtLine] = [&] {
+      if (destroys) {
+        window->DestroyWindow();
+      } else {
+        window->Update(*Tree("<output/>"), 2);
+      }
+    };
+    Click(2);
+    EXPECT_EQ(host.TakeLines(), (std::vector<std::string>{"0x8008 /b.c 0", "0x802D h.htm 0"}));
+    if (!destroys) {
+      EXPECT_EQ(Rows(), "");
+    }
+  }
+}
+
+// A report that is kept current must show what one that is made from the whole tree shows, in every
+// order of messages, resets, sorting and reloads by others.
+TEST_F(OutputReport, AReportThatGrowsIsAReportMadeAnew) {
+  std::mt19937 random(11);
+  const auto any = [&random](int bound) {
+    return static_cast<int>(random() % static_cast<unsigned>(bound));
+  };
+  const auto fresh = MakeWindow();
+  auto root = std::make_unique<CXmlNode>();
+  std::uint64_t generation = 0;
+  for (int step = 0; step < 300; ++step) {
+    for (int i = any(3); i > 0; --i) {
+      CXmlNode& message = *root->AddChild("message", "text");
+      if (any(3) > 0) message.AddAttr("ShowInReport", "Yes");
+      message.AddAttr("Description", std::to_string(step));
+      message.AddAttr("File", std::string(1, static_cast<char>('a' + any(6))));
+      if (any(10) == 0) message.AddAttr("Expand", "1");
+      message.AddChild("link", "0");
+    }
+    if (any(40) == 0) {
+      // At the same address as often as not.
+      root = std::make_unique<CXmlNode>();
+      ++generation;
+    }
+    if (any(25) == 0) window->GetReport()->NotifyHeaderClicked(kOutputFile);
+    if (any(25) == 0) window->GetReport()->RemoveAllRows();
+    if (any(25) == 0) window->GetReport()->Reload(Tree(kLog).get(), any(2) == 0, -1);
+    const CReportColumn* sorted = window->GetReport()->GetColumns().GetSortColumn();
+    fresh->GetReport()->GetColumns().SetSortColumn(
+        sorted == nullptr ? nullptr : fresh->GetReport()->GetColumns().GetAt(sorted->GetIndex()),
+        sorted == nullptr || sorted->IsSortedAscending());
+    window->Update(*root, generation);
+    fresh->GetReport()->Reload(root.get(), true, -1);
+    ASSERT_EQ(Rows(), RowsText(*fresh->GetReport())) << "step " << step;
+  }
+}
+
+TEST_F(OutputReport, TheHubEmptiesItWithAReset) {
+  CBuildOutput hub(disk);
+  hub.SetViews(nullptr, window.get());
+  hub.SetLogFile("/log.xml");
+  const auto run = [&](const char* messages) {
+    disk.AddFile("/tool.xml", messages);
+    hub.MergeToolFile("/tool.xml");
+    hub.UpdateReport();
+    return Rows();
+  };
+  EXPECT_EQ(run("<M><message ShowInReport='Yes' Description='1'/></M>"), "|1|||\n");
+  EXPECT_EQ(run("<M><message ShowInReport='Yes' Description='2'/></M>"), "|1|||\n|2|||\n");
+  hub.ResetLog();
+  EXPECT_EQ(run("<M><message ShowInReport='Yes' Description='3'/></M>"), "|3|||\n");
+  hub.ResetLog();
+  hub.UpdateReport();
+  EXPECT_EQ(Rows(), "");
+}
+
+TEST_F(OutputReport, WithoutItsPictureItHasNoColumnsAndSaysSo) {
+  AnsweringUser user(host.Handle());
+  COutputReportWnd bare(disk, host.Handle());
+  bare.Update(*Tree(kLog), 1);
+  EXPECT_EQ(bare.GetReport(), nullptr);
+  EXPECT_TRUE(bare.Create(kStylePopup, {0, 0, 300, 100}, nullptr, 0));
+  bare.SetDefinition(*MakeOutputDefinition("/none/"));
+  EXPECT_EQ(user.lines, std::vector<std::string>{"show: Resource not found []"});
+  EXPECT_EQ(DefinitionText(*bare.GetReport()), "");
+  bare.Update(*Tree(kLog), 1);
+  bare.GetReport()->NotifyClicked({ReportHit::Area::Row, ReportHit::Part::Cell, 0, -1, -1});
+  EXPECT_EQ(host.TakeLines(), std::vector<std::string>{"0x8008 \"\" 0"});
+  // A definition that comes later takes the place of the first.
+  bare.SetDefinition(*MakeOutputDefinition("/it's \"a\""));
+  bare.Update(*Tree(kLog), 1);
+  EXPECT_EQ(RowsText(*bare.GetReport()).substr(0, 4), "#2|b");
+  bare.NotifyResized({500, 50});
+  EXPECT_EQ(bare.GetReport()->GetRect(), (Rect{0, 0, 500, 50}));
+}
+
+}  // namespace
+}  // namespace tarn::test
