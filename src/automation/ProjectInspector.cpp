@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "automation/ApplicationSearch.h"
 #include "automation/TargetList.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
@@ -76,15 +77,6 @@ void ForEachBuiltNode(const NodeTypes& types, CXmlNode& node, OnNode&& onNode) {
   if (tool != nullptr && *tool != '\0') onNode(node);
 }
 
-template <class OnApplication>
-void ForEachApplication(CProjectModel& model, OnApplication&& onApplication) {
-  CXmlNode& root = model.GetProjectRoot();
-  for (int i = 0; i < root.GetChildCount(); ++i) {
-    CXmlNode& child = *root.GetChild(i);
-    if ((model.types.FlagsOf(child) & kTypeApplication) != 0) onApplication(child);
-  }
-}
-
 void AddStatus(CProjectModel& model, CXmlNode& application, CXmlNode& status) {
   CXmlNode& entry = *status.AddChild("Application");
   CopyAttribute(application, "Header", entry, "Header");
@@ -108,10 +100,6 @@ void AddStatus(CProjectModel& model, CXmlNode& application, CXmlNode& status) {
   });
 }
 
-bool IsSamePath(const std::string& a, const std::string& b, bool exactly) {
-  return exactly ? a == b : EqualNoCase(a, b);
-}
-
 }  // namespace
 
 const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
@@ -129,6 +117,8 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::MissingImportProgram>("MissingImportProgram", 10, {}),
       Method<&I::GetTargets>("GetTargets", 11, {}),
       Method<&I::GetLogFile>("GetLogFile", 12, {}),
+      Method<&I::GetGlobals>("GetGlobals", 13, {"application", "column"}),
+      Method<&I::GetReport>("GetReport", 14, {"log"}),
   });
   return table;
 }
@@ -257,18 +247,6 @@ std::vector<CXmlNode*> FindByLabel(CXmlNode& start, std::string_view label) {
   ForEachContentNode(start, [&](CXmlNode& node) {
     const char* own = node.GetAttrValue("Header");
     if (own != nullptr && EqualNoCase(own, label)) found.push_back(&node);
-  });
-  return found;
-}
-
-CXmlNode* FindApplication(CProjectModel& model, const std::string& key) {
-  CXmlNode* found = nullptr;
-  ForEachApplication(model, [&](CXmlNode& application) {
-    std::string path;
-    model.MakeAbsolutePath(TextOf(application.GetAttrValue("Path")), path, nullptr);
-    const bool isMeant =
-        EqualNoCase(TextOf(application.GetAttrValue("Header")), key) || IsSamePath(path, key, true);
-    if (found == nullptr && isMeant) found = &application;
   });
   return found;
 }

@@ -46,6 +46,15 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // The log file of the running or the last build; it grows while a build runs.
   std::string GetLogFile();
 
+  // InspectorReports.cpp: rows of the reports as XML text, as the windows would show them.
+
+  // The globals of the application with this label or path, of the active one for an empty key;
+  // sorted by the column with this caption, in the file's order for none. The top element tells the
+  // file and whether it could be read.
+  std::string GetGlobals(const char* application, const char* column);
+  // The build report of a log, given as the text of its file.
+  std::string GetReport(const char* log);
+
  private:
   CProjectModel* Model() const;
 

@@ -70,6 +70,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   }
   // The folder that relative names of a caller mean.
   std::string GetCurrentFolder() const { return platform.files.CurrentFolder(); }
+  FileSystem& GetFiles() const { return platform.files; }
 
   // --- The dispatch methods; 1 for success and 0 for failure unless told otherwise ---
 

@@ -59,6 +59,8 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"MissingImportProgram", 10, {}, "''", "'/no/perl'"},
       {"GetTargets", 11, {}, "''", "'\r\n<Targets/>'"},
       {"GetLogFile", 12, {}, "''", "'/tmp/$opj1.xml'"},
+      {"GetGlobals", 13, {"", ""}, "''", "''"},
+      {"GetReport", 14, {"<log/>"}, "''", "'\r\n<Report/>'"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
@@ -129,6 +131,27 @@ TEST_F(Inspector, ListsTheTargetsOfTheRegistryOrOfTheInstallation) {
   world.disk.AddFile("/machine/registry.ini",
                      "[Software\\Corvane\\Tarn7\\Targets\\x]\nHidden=Yes\n");
   EXPECT_EQ(Ask(11), "'\r\n<Targets/>'");
+}
+
+TEST_F(Inspector, TellsTheRowsOfTheReportsInTheirOrder) {
+  Open();
+  const std::string file = "/p/demo-Globals.Standard.xml";
+  EXPECT_EQ(Ask(13, {"", ""}), "'\r\n<Globals File=\"" + file + "\" Found=\"No\" />'");
+  world.disk.AddFile(file,
+                     "<g><s Icon='2' Header='b' Desc='&lt;2' DeclFile='/x.c' DeclLine='10'/>"
+                     "<s Header='B' DeclFile='/X.c' DeclLine='10'/><s Header='A'/></g>");
+  const std::string head = "'\r\n<Globals File=\"" + file + "\" Found=\"Yes\" >";
+  const std::string b =
+      "\r\n\t<Row Icon=\"2\" Header=\"b\" Desc=\"&lt;2\" DeclFile=\"/x.c\" DeclLine=\"10\" />";
+  const std::string a =
+      "\r\n\t<Row Icon=\"\" Header=\"A\" Desc=\"\" DeclFile=\"\" DeclLine=\"\" />";
+  EXPECT_EQ(Ask(13, {"", ""}), head + b + a + "\r\n</Globals>'");
+  EXPECT_EQ(Ask(13, {"DEMO", "name"}), head + a + b + "\r\n</Globals>'");
+  EXPECT_EQ(Ask(13, {"none", "name"}), "''");
+  EXPECT_EQ(Ask(14, {"<output><message Icon='2' ShowInReport='yes' Description='d' File='/x.c' "
+                     "Line='3'><link>0</link></message><message Description='e'/></output>"}),
+            "'\r\n<Report>\r\n\t<Row Icon=\"2\" Description=\"d\" File=\"/x.c\" Line=\"3\" "
+            "Help=\"\" />\r\n</Report>'");
 }
 
 TEST_F(Inspector, FindsANodeByAnyOfItsNamesIfItIsTheOnlyOne) {

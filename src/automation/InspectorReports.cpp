@@ -1,0 +1,75 @@
+// What the reports of the windows show, for hosts that have none.
+
+#include <memory>
+
+#include "automation/ApplicationSearch.h"
+#include "automation/ProjectInspector.h"
+#include "platform/text/Text.h"
+#include "reports/GlobalsReport.h"
+#include "reports/OutputReport.h"
+#include "reports/ReportDefinition.h"
+#include "reports/SymbolFile.h"
+
+namespace tarn {
+
+namespace {
+
+// Pictures aren't looked at here, and an installation without them has its reports all the same.
+std::unique_ptr<CXmlNode> WithoutPictures(std::unique_ptr<CXmlNode> definition) {
+  ShowPicturesAsNumbers(*definition);
+  return definition;
+}
+
+// The rows of `root` in the order of the report, as elements with an attribute for each column.
+void WriteRows(CGenericReport& report, const CXmlNode& root, const char* column, CXmlNode& out) {
+  if (!report.Create(kStylePopup, {}, nullptr, 0)) return;
+  int sorted = -1;
+  for (int i = 0; column != nullptr && i < report.GetColumns().GetCount(); ++i) {
+    if (EqualNoCase(report.GetColumn(i).GetCaption(), column)) sorted = i;
+  }
+  report.Reload(&root, true, sorted);
+  for (int row = 0; row < report.GetRows().GetCount(); ++row) {
+    CXmlNode& element = *out.AddChild("Row");
+    for (int i = 0; i < report.GetColumns().GetCount(); ++i) {
+      element.AddAttr(report.GetColumn(i).GetName(), report.GetValueAt(row, i));
+    }
+  }
+}
+
+}  // namespace
+
+std::string CProjectInspector::GetGlobals(const char* application, const char* column) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  const std::string key = TextOf(application);
+  const CXmlNode* node = key.empty() ? model->GetActiveApplication() : FindApplication(*model, key);
+  if (node == nullptr) return {};
+  const std::string path = model->GlobalsFileOf(*node);
+  FileSystem& files = static_cast<CProjectManager*>(manager.Get())->GetFiles();
+  const Result<std::string> text = files.ReadWholeFile(path);
+  CXmlNode globals;
+  globals.SetName("Globals");
+  globals.AddAttr("File", path);
+  globals.AddAttr("Found", text ? "Yes" : "No");
+  if (text) {
+    const auto definition = WithoutPictures(MakeGlobalsDefinition({}));
+    CGlobalsReport report(files, 0, *definition);
+    WriteRows(report, *ReadSymbols(*text), column, globals);
+  }
+  return globals.ToString(g_xmlDisplayOptions);
+}
+
+std::string CProjectInspector::GetReport(const char* log) {
+  if (Model() == nullptr) return {};
+  CXmlNode root;
+  CXmlParseInfo info;
+  root.Load(TextOf(log), info);
+  CXmlNode rows;
+  rows.SetName("Report");
+  const auto definition = WithoutPictures(MakeOutputDefinition({}));
+  COutputReport report(static_cast<CProjectManager*>(manager.Get())->GetFiles(), 0, *definition);
+  WriteRows(report, root, nullptr, rows);
+  return rows.ToString(g_xmlDisplayOptions);
+}
+
+}  // namespace tarn
