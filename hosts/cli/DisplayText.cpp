@@ -72,9 +72,13 @@ std::string DisplayEntry(const LogEntry& entry, const std::string& folder, const
   }
   const std::string file = Printable(DisplayPath(entry.file, folder));
   std::string behind = Printable(TextBehindFile(entry));
+  const std::string word = std::string(kind->word) + ":";
   if (behind.empty()) {
     if (entry.line > 0) behind = ":" + std::to_string(entry.line);
-    behind += std::string(": ") + kind->word + ": " + Printable(entry.message);
+    behind += ": " + word + " " + Printable(entry.message);
+  } else if (behind.find(word) == std::string::npos) {
+    // Not every tool says what kind it is; the kind then goes behind line and column.
+    behind.insert(std::min(behind.find_first_not_of(":0123456789"), behind.size()), " " + word);
   }
   return console.Dye(Paint::Bold, file) + DyeKind(behind, *kind, console);
 }
