@@ -118,6 +118,26 @@ class Grammar {
     follow->excludes(xml);
     log->add_flag("--until-end", invocation.untilEnd, "Follow until the next build has ended")
         ->excludes(xml);
+    CLI::App* report = AddCommand(app, "report", "Show the errors and warnings of the last build");
+    AddProjectOnly(report);
+    report->add_flag("--errors", invocation.errors, "Only errors");
+    report->add_flag("--warnings", invocation.warnings, "Only warnings; with both, either");
+    AddGlobals();
+  }
+
+  void AddGlobals() {
+    CLI::App* globals = AddCommand(app, "globals", "List the global symbols of an application");
+    AddProject(globals, "Of this application instead of the active one");
+    AddConfiguration(globals);
+    constexpr const char* kPattern = "PATTERN";
+    globals
+        ->add_option("--name", invocation.namePattern, "Only symbols of such a name, e.g. uart_*")
+        ->type_name(kPattern);
+    globals->add_option("--file", invocation.filePattern, "Only those declared in such a file")
+        ->type_name(kPattern);
+    globals->add_option("--sort", invocation.sortColumn, "Order by name, definition or file")
+        ->type_name("COLUMN")
+        ->check(CLI::IsMember({"name", "definition", "file"}));
   }
 
   void AddOptions() {

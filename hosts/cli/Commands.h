@@ -13,7 +13,9 @@ int RunStatus(CommandContext& context);      // status
 int RunTree(CommandContext& context);        // tree
 int RunOptions(CommandContext& context);     // options get, set, reset, explain, list
 int RunConfig(CommandContext& context);      // config list, add, select
+int RunGlobals(CommandContext& context);     // globals
 int RunLog(CommandContext& context);         // log
+int RunReport(CommandContext& context);      // report
 int RunNew(CommandContext& context);         // new
 int RunImport(CommandContext& context);      // import
 int RunCompletion(CommandContext& context);  // completion bash, zsh, fish

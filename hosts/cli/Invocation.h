@@ -40,6 +40,11 @@ struct Invocation {
   bool xml = false;                         // log --xml
   bool follow = false;                      // log --follow
   bool untilEnd = false;                    // log --until-end
+  bool errors = false;                      // report --errors
+  bool warnings = false;                    // report --warnings
+  std::string namePattern;                  // globals --name
+  std::string filePattern;                  // globals --file
+  std::string sortColumn = "name";          // globals --sort
   std::vector<std::string> words;           // files or nodes of add, remove, move, rename, select
   std::string target;                       // add --to
   bool create = false;                      // add --create

@@ -93,6 +93,11 @@ class InspectorDriver : public COleDispatchDriver {
   std::string MissingImportProgram() { return InvokeText(10, {}); }
   std::string GetTargets() { return InvokeText(11, {}); }
   std::string GetLogFile() { return InvokeText(12, {}); }
+  // Rows of the reports as XML.
+  std::string GetGlobals(const std::string& application, const std::string& column) {
+    return InvokeText(13, {application, column});
+  }
+  std::string GetReport(const std::string& log) { return InvokeText(14, {log}); }
 };
 
 class ToolManagerDriver : public COleDispatchDriver {

@@ -1,0 +1,111 @@
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/Wildcards.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+struct Symbol {
+  std::string name;
+  std::string definition;
+  std::string file;
+  int line = 0;
+};
+
+Symbol ToSymbol(const CXmlNode& row) {
+  return {AttributeOf(&row, "Header"), AttributeOf(&row, "Desc"), AttributeOf(&row, "DeclFile"),
+          ParseDecimal(row.GetAttrValue("DeclLine"))};
+}
+
+// A file is meant by its path as it is shown, or by its whole path.
+bool IsWanted(CommandContext& context, const Symbol& symbol) {
+  const Invocation& asked = context.Asked();
+  const bool isName = asked.namePattern.empty() || FitsPattern(symbol.name, asked.namePattern);
+  return isName && (asked.filePattern.empty() || FitsPattern(symbol.file, asked.filePattern) ||
+                    FitsPattern(context.Show(symbol.file), asked.filePattern));
+}
+
+nlohmann::json ToJson(const Symbol& symbol) {
+  return {{"name", symbol.name},
+          {"definition", symbol.definition},
+          {"file", symbol.file},
+          {"line", symbol.line}};
+}
+
+std::string PlaceOf(CommandContext& context, const Symbol& symbol) {
+  if (symbol.file.empty()) return {};
+  const std::string line = symbol.line > 0 ? ":" + std::to_string(symbol.line) : std::string();
+  return Printable(context.Show(symbol.file)) + line;
+}
+
+void PrintSymbols(CommandContext& context, const std::vector<Symbol>& symbols) {
+  constexpr std::size_t kWidest = 40;
+  std::size_t names = 0;
+  std::size_t places = 0;
+  for (const Symbol& symbol : symbols) {
+    names = std::max(names, symbol.name.size());
+    places = std::max(places, PlaceOf(context, symbol).size());
+  }
+  names = std::min(names, kWidest);
+  places = std::min(places, kWidest);
+  for (const Symbol& symbol : symbols) {
+    std::string name = Printable(symbol.name);
+    std::string place = PlaceOf(context, symbol);
+    name.resize(std::max(name.size(), names), ' ');
+    place.resize(std::max(place.size(), places), ' ');
+    std::string line = context.Out().Dye(Paint::Bold, name) + "  " + place;
+    if (!symbol.definition.empty()) line += "  " + Printable(symbol.definition);
+    line.erase(line.find_last_not_of(' ') + 1);
+    context.Out().PrintLine(line);
+  }
+}
+
+// The application that is meant: the one that was named, else the active one.
+const ApplicationEntry* Choose(const std::vector<ApplicationEntry>& chosen) {
+  const ApplicationEntry* found = chosen.empty() ? nullptr : &chosen.front();
+  for (const ApplicationEntry& each : chosen) {
+    if (each.active) found = &each;
+  }
+  return found;
+}
+
+}  // namespace
+
+int RunGlobals(CommandContext& context) {
+  if (const int code = context.OpenProject(); code != kExitDone) return code;
+  std::vector<ApplicationEntry> chosen;
+  if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
+  const ApplicationEntry* application = Choose(chosen);
+  if (application == nullptr) {
+    context.Complain("This project has no application.");
+    return kExitUsage;
+  }
+  const auto globals = ParseXml(
+      context.Session().Inspector().GetGlobals(application->path, context.Asked().sortColumn));
+  const std::string file = AttributeOf(globals.get(), "File");
+  if (AttributeOf(globals.get(), "Found") != "Yes") {
+    context.Complain("No list of the symbols of " + application->label + " is there: " +
+                     context.Show(file) + " is missing. A tool of its build has to write it.");
+    return kExitCannotOpen;
+  }
+  std::vector<Symbol> symbols;
+  for (const CXmlNode* row : globals->GetChildren()) {
+    Symbol symbol = ToSymbol(*row);
+    if (IsWanted(context, symbol)) symbols.push_back(std::move(symbol));
+  }
+  if (!context.Asked().json) {
+    PrintSymbols(context, symbols);
+    return kExitDone;
+  }
+  nlohmann::json list = nlohmann::json::array();
+  for (const Symbol& symbol : symbols) list.push_back(ToJson(symbol));
+  PrintJson(context, {{"application", application->label}, {"file", file}, {"symbols", list}});
+  return kExitDone;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,83 @@
+#include <nlohmann/json.hpp>
+
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/frame/ProjectFile.h"
+
+namespace tarn::host {
+
+namespace {
+
+struct ReportRow {
+  LogEntry entry;
+  std::string help;
+};
+
+std::vector<ReportRow> RowsOf(const std::string& xml) {
+  std::vector<ReportRow> rows;
+  const auto report = ParseXml(xml);
+  if (report == nullptr) return rows;
+  for (const CXmlNode* row : report->GetChildren()) {
+    rows.push_back({ToLogEntry(*row), AttributeOf(row, "Help")});
+  }
+  return rows;
+}
+
+const char* SeverityOf(const ReportRow& row) {
+  switch (row.entry.kind) {
+    case LogKind::Error:
+      return "error";
+    case LogKind::Warning:
+      return "warning";
+    case LogKind::Heading:
+    case LogKind::Plain:
+      break;
+  }
+  return "note";
+}
+
+bool IsWanted(const ReportRow& row, const Invocation& asked) {
+  if (!asked.errors && !asked.warnings) return true;
+  return (asked.errors && row.entry.kind == LogKind::Error) ||
+         (asked.warnings && row.entry.kind == LogKind::Warning);
+}
+
+nlohmann::json ToJson(const ReportRow& row) {
+  return {{"severity", SeverityOf(row)},
+          {"file", row.entry.file},
+          {"line", row.entry.line},
+          {"text", row.entry.text},
+          {"help", row.help}};
+}
+
+}  // namespace
+
+// Who asks for warnings wants to know of one as much as who asks for errors.
+int RunReport(CommandContext& context) {
+  std::string project;
+  if (const int code = context.LocateProject(project); code != kExitDone) return code;
+  const auto log = context.Files().ReadWholeFile(LogPathOf(project));
+  if (!log) {
+    context.Complain("No build of " + context.Show(project) +
+                     " has left a log yet. `tarn build` makes one.");
+    return kExitCannotOpen;
+  }
+  if (const int code = context.StartSession(); code != kExitDone) return code;
+  const Invocation& asked = context.Asked();
+  const bool isFiltered = asked.errors || asked.warnings;
+  bool hasFound = false;
+  nlohmann::json document = nlohmann::json::array();
+  for (const ReportRow& row : RowsOf(context.Session().Inspector().GetReport(*log))) {
+    if (!IsWanted(row, asked)) continue;
+    hasFound = hasFound || isFiltered || row.entry.kind == LogKind::Error;
+    if (asked.json) {
+      document.push_back(ToJson(row));
+    } else {
+      context.Out().PrintLine(DisplayEntry(row.entry, context.StartFolder(), context.Out()));
+    }
+  }
+  if (asked.json) PrintJson(context, document);
+  return hasFound ? kExitBuildFailed : kExitDone;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+using Json = nlohmann::json;
+
+TEST(CliReport, ListsWhatTheLastBuildHasMarkedAndFailsOnWhatWasAskedFor) {
+  CliProject project;
+  project.ExpectRefusal({"report"}, 3, "has left a log yet");
+  project.Write("demo.tlog",
+                "<output><message Description='Building' Icon='5'/>"
+                "<message Icon='1' ShowInReport='yes' Description='" +
+                    project.PathOf("src/a.c") + ":3:1: warning: a &lt;b&gt; &#124;' File='" +
+                    project.PathOf("src/a.c") +
+                    "' Line='3'/>"
+                    "<message Icon='0' ShowInReport='YES' Description='remark' Help='h.htm'/>"
+                    "</output>");
+  const std::string warning = "src/a.c:3:1: warning: a <b> |\n";
+  const struct {
+    std::vector<std::string> words;
+    int code;
+    std::string out;
+  } rows[] = {
+      {{"report"}, 0, warning + "remark\n"},
+      {{"report", "--errors"}, 0, ""},
+      {{"report", "--warnings"}, 1, warning},
+      {{"report", "--errors", "--warnings"}, 1, warning},
+  };
+  for (const auto& row : rows) {
+    const auto answer = project.Run(row.words);
+    EXPECT_EQ(answer.out, row.out) << answer.err;
+    EXPECT_EQ(answer.code, row.code) << row.words.back();
+  }
+  const Json report = Json::parse(project.Out({"report", "--json"}), nullptr, false);
+  EXPECT_EQ(report, Json::parse(R"([{"severity": "warning", "line": 3, "help": "", "file": ")" +
+                                project.PathOf("src/a.c") + R"(", "text": ")" +
+                                project.PathOf("src/a.c") + R"(:3:1: warning: a <b> |"},
+                                {"severity": "note", "line": 0, "help": "h.htm", "file": "",
+                                 "text": "remark"}])"));
+}
+
+TEST(CliReport, ABuildThatFailsIsInTheReport) {
+  CliProject project;
+  project.Write("src/c.c", "int c(void) { return 1 }\n");
+  EXPECT_EQ(project.Run({"build"}).code, 1);
+  const auto answer = project.Run({"report", "--errors"});
+  EXPECT_EQ(answer.code, 1);
+  EXPECT_TRUE(Has(answer.out, "src/c.c:1:")) << answer.out << answer.err;
+}
+
+TEST(CliGlobals, ListsTheSymbolsOfTheConfigurationInForce) {
+  CliProject project;
+  project.ExpectRefusal({"globals"}, 3, "app-Globals.Standard.xml is missing");
+  project.ExpectRefusal({"globals", "--config", "Fast"}, 3, "app-Globals.Fast.xml is missing");
+  project.ExpectRefusal({"globals", "--sort", "size"}, 2, "name,definition,file");
+  project.Write("app-Globals.Standard.xml",
+                "<g><s Header='zeta' Desc='int' DeclFile='" + project.PathOf("src/a.c") +
+                    "' DeclLine='4'><part/></s><s Header='ZETA' DeclFile='" +
+                    project.PathOf("src/A.c") +
+                    "' DeclLine='4'/><s Header='Alpha' Desc='void(void)' DeclFile='/~/b.c'/>"
+                    "<def/><s Header='beta'/></g>");
+  const std::string alpha = "Alpha  /~/b.c     void(void)\n";
+  const std::string beta = "beta\n";
+  const std::string zeta = "zeta   src/a.c:4  int\n";
+  const struct {
+    std::vector<std::string> words;
+    std::string out;
+  } rows[] = {
+      {{"globals"}, alpha + beta + zeta},
+      {{"globals", "--sort", "file"}, beta + zeta + alpha},
+      {{"globals", "--sort", "definition"}, beta + zeta + alpha},
+      {{"globals", "--name", "*ETA", "--sort", "file"}, "beta\nzeta  src/a.c:4  int\n"},
+      {{"globals", "--file", "src/*.c"}, "zeta  src/a.c:4  int\n"},
+      {{"globals", "--file", "none"}, ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(project.Out(row.words), row.out) << row.words.back();
+  }
+  const Json json =
+      Json::parse(project.Out({"globals", "--json", "--name", "zeta"}), nullptr, false);
+  EXPECT_EQ(json["application"], "app");
+  EXPECT_EQ(json["file"], project.PathOf("app-Globals.Standard.xml"));
+  EXPECT_EQ(json["symbols"].dump(), R"([{"definition":"int","file":")" + project.PathOf("src/a.c") +
+                                        R"(","line":4,"name":"zeta"}])");
+}
+
+}  // namespace
+}  // namespace tarn::host
