@@ -1,31 +1,55 @@
 #include "reports/SymbolFile.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
 
 namespace {
 
-// Remembers what it has seen.
+constexpr const char* kKeyNames[] = {"Header", "DeclFile", "DeclLine"};
+
+// Remembers the symbols that it has seen, by their addresses.
 class DoubleFilter {
  public:
+  explicit DoubleFilter(std::size_t count) { seen.reserve(count); }
+
   bool IsDouble(const CXmlNode& symbol) {
-    std::string key;
-    for (const char* name : {"Header", "DeclFile", "DeclLine"}) {
+    key.clear();
+    for (const char* name : kKeyNames) {
       const char* value = symbol.GetAttrValue(name);
       if (value == nullptr) return false;
       key += value;
       key += '\n';
     }
-    return !seen.insert(FoldCase(key)).second;
+    return !seen.insert({HashBytes(FoldCase(key)), &symbol}).second;
   }
 
  private:
-  std::unordered_set<std::string> seen;
+  struct Seen {
+    std::uint64_t hash;
+    const CXmlNode* symbol;
+    bool operator==(const Seen& other) const {
+      return hash == other.hash &&
+             std::all_of(std::begin(kKeyNames), std::end(kKeyNames), [&](const char* name) {
+               return EqualNoCase(symbol->GetAttrValue(name), other.symbol->GetAttrValue(name));
+             });
+    }
+  };
+  struct HashOfSeen {
+    std::size_t operator()(const Seen& each) const noexcept { return each.hash; }
+  };
+
+  std::string key;  // of the symbol at hand
+  std::unordered_set<Seen, HashOfSeen> seen;
 };
 
 }  // namespace
@@ -40,7 +64,7 @@ std::unique_ptr<CXmlNode> ReadSymbols(const std::string& text) {
     symbols.push_back(root->DetachChild(root->GetChild(i)));
   }
   const bool keepsAll = root->GetAttr("dwarf") != nullptr;
-  DoubleFilter filter;
+  DoubleFilter filter(keepsAll ? 0 : symbols.size());
   for (auto symbol = symbols.rbegin(); symbol != symbols.rend(); ++symbol) {
     if ((*symbol)->GetType() != XmlElement || EqualNoCase((*symbol)->NameView(), "Def")) continue;
     if (!keepsAll && filter.IsDouble(**symbol)) continue;
