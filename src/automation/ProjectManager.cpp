@@ -20,10 +20,13 @@ CProjectManager::~CProjectManager() {
   if (output) output->DeleteLogFile();
   output.reset();
   logView.reset();
+  reportView.reset();
   propertyManager.reset();
   toolManager.reset();
   model.reset();
   projectWindow.reset();
+  classWindow.reset();
+  globalsWindow.reset();
 }
 
 void CProjectManager::OnFinalRelease() {

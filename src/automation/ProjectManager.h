@@ -15,6 +15,9 @@
 #include "platform/files/FileSystem.h"
 #include "platform/settings/Settings.h"
 #include "project/ProjectModel.h"
+#include "reports/ClassWnd.h"
+#include "reports/GlobalsReportWnd.h"
+#include "reports/OutputReportWnd.h"
 #include "views/ProjectWnd.h"
 #include "wizard/TargetCatalogue.h"
 
@@ -185,7 +188,10 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::unique_ptr<CToolManagerDriver> toolManager;
   std::unique_ptr<CProjectModel> model;
   std::unique_ptr<COutputEdit> logView;
+  std::unique_ptr<COutputReportWnd> reportView;
   std::unique_ptr<CProjectWnd> projectWindow;
+  std::unique_ptr<CClassWnd> classWindow;
+  std::unique_ptr<CGlobalsReportWnd> globalsWindow;
   std::string configFolder;
   std::string defaultProjectPath;
   std::uint32_t activeObjectToken = 0;

@@ -1,6 +1,7 @@
 // The windows of a manager: how they are made, offered to the host, and let go.
 
 #include "automation/ProjectManager.h"
+#include "reports/ReportDefinition.h"
 
 namespace tarn {
 
@@ -8,6 +9,8 @@ namespace {
 
 constexpr int kProjectWindowId = 4003;
 constexpr int kLogViewId = 4004;
+constexpr int kReportViewId = 4006;
+constexpr int kGlobalsWindowId = 4015;
 constexpr int kDockedWidth = 200;
 constexpr int kDockedHeight = 600;
 
@@ -21,7 +24,11 @@ void CProjectManager::CreateOutputViews() {
   logView = std::make_unique<COutputEdit>(platform.files, mainframeHandle);
   logView->SetWindowText(output->GetViewTitle());
   logView->Create(kStylePopup, {}, nullptr, 0);
-  output->SetViews(logView.get(), nullptr);
+  reportView = std::make_unique<COutputReportWnd>(platform.files, mainframeHandle);
+  reportView->SetDefinition(*MakeOutputDefinition(output->GetConfigFolder()));
+  reportView->SetWindowText(output->GetViewTitle());
+  reportView->Create(kStylePopup, {}, nullptr, 0);
+  output->SetViews(logView.get(), reportView.get());
 }
 
 void CProjectManager::CreateWindows() {
@@ -30,6 +37,18 @@ void CProjectManager::CreateWindows() {
   model->views.project = projectWindow.get();
   projectWindow->Create(kStylePopup, {}, nullptr, 0);
   projectWindow->LoadViewConfig(configFilePath);
+
+  classWindow =
+      std::make_unique<CClassWnd>(platform.files, platform.settings, mainframeHandle, configFolder);
+  model->views.classes = classWindow.get();
+  classWindow->Create(kStylePopup, {}, nullptr, 0);
+  classWindow->CreateImages();
+  classWindow->Load(configFilePath);
+
+  globalsWindow =
+      std::make_unique<CGlobalsReportWnd>(platform.files, mainframeHandle, configFolder);
+  model->views.globals = globalsWindow.get();
+  globalsWindow->Create(kStylePopup, {}, nullptr, 0);
 }
 
 void CProjectManager::ReleaseWindows() {
@@ -49,17 +68,19 @@ void CProjectManager::Announce(CWnd* window, const char* title, int id) const {
 }
 
 std::int32_t CProjectManager::GetProjectWindow() {
+  Announce(globalsWindow.get(), "Globals", kGlobalsWindowId);
   Announce(projectWindow.get(), "Project", kProjectWindowId);
   return HandleOf(projectWindow.get());
 }
 
 std::int32_t CProjectManager::GetOutputWindow() {
+  Announce(reportView.get(), "Build Report", kReportViewId);
   Announce(logView.get(), "Build Log", kLogViewId);
   return HandleOf(logView.get());
 }
 
 std::int32_t CProjectManager::GetReportWindow() {
-  return 0;
+  return HandleOf(reportView.get());
 }
 
 }  // namespace tarn

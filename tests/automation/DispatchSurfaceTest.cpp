@@ -41,7 +41,7 @@ constexpr Row kMethods[] = {
     {"PrologCommand", 19, "n", "1", "1"},
     {"ProjectBuild", 20, "", "0", "1"},
     {"Clean", 21, "", "1", "1"},
-    {"GetReportWindow", 22, "", "0", "0"},
+    {"GetReportWindow", 22, "", "0", "a window"},
     {"SelectApplication", 23, "t", "0", "1"},
     {"WriteIniValue", 24, "tttt", "0", "1"},
     {"GetSelectedDBI", 25, "", "''", "''"},

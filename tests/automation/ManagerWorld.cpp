@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/text/Text.h"
+#include "support/TinyBitmap.h"
 
 namespace tarn::test {
 
@@ -32,6 +33,9 @@ std::string ApplicationText(const std::string& name, const std::string& content)
 }  // namespace
 
 ManagerWorld::ManagerWorld() {
+  for (const char* picture : {"errors", "globals"}) {
+    disk.AddFile("/app/config/resources/" + std::string(picture) + ".bmp", TinyBitmap(96, 16));
+  }
   components.RegisterWith(classes);
   disk.AddFile(kConfigFile, Configuration());
   disk.AddFile("/app/config/message.xslt", kMessages);

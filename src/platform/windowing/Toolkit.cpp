@@ -2,10 +2,10 @@
 
 #include "platform/windowing/BrowserCtrl.h"
 #include "platform/windowing/Edit.h"
+#include "platform/windowing/ReportControl.h"
 #include "platform/windowing/RichTextCtrl.h"
 #include "platform/windowing/ToolBar.h"
 #include "platform/windowing/TreeCtrl.h"
-#include "platform/windowing/ReportControl.h"
 
 namespace tarn {
 
