@@ -24,6 +24,9 @@ class AnsweringUser final : public DialogResponder {
   std::deque<std::vector<std::string>> files;
   // Fills the form in; false cancels it.
   std::function<bool(NewApplication& application)> fillForm;
+  // Works with a sheet and gives the button that ends it.
+  std::function<int(CPropertySheet& sheet)> useSheet;
+  std::deque<std::string> folders;
   std::vector<std::string> lines;
 
   bool AskOkCancel(const std::string& text, const std::string& caption) override {
@@ -37,6 +40,11 @@ class AnsweringUser final : public DialogResponder {
     lines.push_back("files: " + question.filter + " in " + question.folder);
     return Take(files);
   }
+  std::string ChooseFolder(const FolderQuestion& question) override {
+    lines.push_back("folder: from " + question.folder);
+    return Take(folders);
+  }
+  int RunSheet(CPropertySheet& sheet) override { return useSheet ? useSheet(sheet) : kSheetCancel; }
   bool AskNewApplication(NewApplication& application) override {
     lines.push_back("form: " + application.location + " " + application.applicationName + " '" +
                     application.typeHeader + "' " +

@@ -55,4 +55,14 @@ bool AskNewApplication(WindowHandle owner, NewApplication& application) {
   return responder != nullptr && responder->AskNewApplication(application);
 }
 
+std::string ChooseFolder(WindowHandle owner, const FolderQuestion& question) {
+  DialogResponder* responder = ResponderOf(owner);
+  return responder == nullptr ? std::string() : responder->ChooseFolder(question);
+}
+
+int RunSheet(WindowHandle owner, CPropertySheet& sheet) {
+  DialogResponder* responder = ResponderOf(owner);
+  return responder == nullptr ? kSheetCancel : responder->RunSheet(sheet);
+}
+
 }  // namespace tarn

@@ -10,10 +10,12 @@
 // test. Without a responder every question is answered with Cancel. Host's thread only.
 namespace tarn {
 
+class CPropertySheet;
+
 struct FileQuestion {
-  std::string filter;  // pairs of label and patterns, each ended by a vertical bar
-  std::string folder;  // where to start; empty: where the responder likes
-  bool multiple = false;
+  std::string filter;     // pairs of label and patterns, each ended by a vertical bar
+  std::string folder;     // where to start; empty: where the responder likes
+  bool multiple = false;  // else one file at most
 };
 
 // What a new application is to be: filled in with proposals, given back with the user's choices.
@@ -30,6 +32,14 @@ struct NewApplication {
   std::string wizardPath;               // tool that makes the first sources
 };
 
+struct FolderQuestion {
+  std::string folder;  // where to start; empty: where the responder likes
+};
+
+// The buttons that end a sheet, as RunSheet gives them.
+inline constexpr int kSheetFinish = 12325;
+inline constexpr int kSheetCancel = 2;
+
 class DialogResponder {
  public:
   // True for OK.
@@ -40,6 +50,12 @@ class DialogResponder {
   virtual std::vector<std::string> ChooseFiles(const FileQuestion& question) = 0;
   // True for Finish, with the choices in `application`; false for Cancel.
   virtual bool AskNewApplication(NewApplication& application) = 0;
+  // The chosen folder, absolute; empty for Cancel.
+  virtual std::string ChooseFolder(const FolderQuestion& /*question*/) { return {}; }
+  // Has the user work with the sheet, whose windows all stand, and gives the button that ended it.
+  // Who shows nothing uses the controls as a user would: looks them up by id and calls what they
+  // have "from the toolkit".
+  virtual int RunSheet(CPropertySheet& /*sheet*/) { return kSheetCancel; }
 
  protected:
   ~DialogResponder() = default;
@@ -52,5 +68,7 @@ bool AskOkCancel(WindowHandle owner, const std::string& text, const std::string&
 void ShowMessage(WindowHandle owner, const std::string& text, const std::string& caption);
 std::vector<std::string> ChooseFiles(WindowHandle owner, const FileQuestion& question);
 bool AskNewApplication(WindowHandle owner, NewApplication& application);
+std::string ChooseFolder(WindowHandle owner, const FolderQuestion& question);
+int RunSheet(WindowHandle owner, CPropertySheet& sheet);
 
 }  // namespace tarn

@@ -1,9 +1,14 @@
 #include "platform/windowing/Toolkit.h"
 
 #include "platform/windowing/BrowserCtrl.h"
+#include "platform/windowing/Button.h"
+#include "platform/windowing/ComboBox.h"
 #include "platform/windowing/Edit.h"
+#include "platform/windowing/HyperlinkCtrl.h"
+#include "platform/windowing/PropertySheet.h"
 #include "platform/windowing/ReportControl.h"
 #include "platform/windowing/RichTextCtrl.h"
+#include "platform/windowing/Static.h"
 #include "platform/windowing/ToolBar.h"
 #include "platform/windowing/TreeCtrl.h"
 
@@ -26,7 +31,31 @@ std::unique_ptr<BrowserPeer> WindowToolkit::MakePeer(CBrowserCtrl& /*browser*/) 
   return nullptr;
 }
 
+std::unique_ptr<ButtonPeer> WindowToolkit::MakePeer(CButton& /*button*/) {
+  return nullptr;
+}
+
+std::unique_ptr<ComboBoxPeer> WindowToolkit::MakePeer(CComboBox& /*list*/) {
+  return nullptr;
+}
+
 std::unique_ptr<EditPeer> WindowToolkit::MakePeer(CEdit& /*edit*/) {
+  return nullptr;
+}
+
+std::unique_ptr<WindowPeer> WindowToolkit::MakePeer(CHyperlinkCtrl& /*link*/) {
+  return nullptr;
+}
+
+std::unique_ptr<WindowPeer> WindowToolkit::MakePeer(CPropertyPage& /*page*/) {
+  return nullptr;
+}
+
+std::unique_ptr<PropertySheetPeer> WindowToolkit::MakePeer(CPropertySheet& /*sheet*/) {
+  return nullptr;
+}
+
+std::unique_ptr<ReportPeer> WindowToolkit::MakePeer(CReportControl& /*report*/) {
   return nullptr;
 }
 
@@ -34,7 +63,7 @@ std::unique_ptr<RichTextPeer> WindowToolkit::MakePeer(CRichTextCtrl& /*richText*
   return nullptr;
 }
 
-std::unique_ptr<ToolBarPeer> WindowToolkit::MakePeer(CToolBar& /*bar*/) {
+std::unique_ptr<WindowPeer> WindowToolkit::MakePeer(CStatic& /*text*/) {
   return nullptr;
 }
 
@@ -42,11 +71,11 @@ std::unique_ptr<WindowPeer> WindowToolkit::MakePeer(CTipWindow& /*tip*/) {
   return nullptr;
 }
 
-std::unique_ptr<TreePeer> WindowToolkit::MakePeer(CTreeCtrl& /*tree*/) {
+std::unique_ptr<ToolBarPeer> WindowToolkit::MakePeer(CToolBar& /*bar*/) {
   return nullptr;
 }
 
-std::unique_ptr<ReportPeer> WindowToolkit::MakePeer(CReportControl& /*report*/) {
+std::unique_ptr<TreePeer> WindowToolkit::MakePeer(CTreeCtrl& /*tree*/) {
   return nullptr;
 }
 

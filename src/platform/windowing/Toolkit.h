@@ -10,19 +10,28 @@
 namespace tarn {
 
 class BrowserPeer;
+class ButtonPeer;
 class CBrowserCtrl;
+class CButton;
+class CComboBox;
 class CEdit;
+class CHyperlinkCtrl;
 class CMenu;
+class CPropertyPage;
+class CPropertySheet;
+class CReportControl;
 class CRichTextCtrl;
+class CStatic;
+class CTipWindow;
 class CToolBar;
+class CTreeCtrl;
+class ComboBoxPeer;
 class EditPeer;
+class PropertySheetPeer;
+class ReportPeer;
 class RichTextPeer;
 class ToolBarPeer;
-class CTipWindow;
-class CTreeCtrl;
 class TreePeer;
-class CReportControl;
-class ReportPeer;
 
 // What draws the windows of a thread. A toolkit makes a peer for each window that is created, has
 // the measures of the screen, and runs what takes the user's whole attention for a moment: menus,
@@ -37,12 +46,18 @@ class WindowToolkit {
   // One for each kind of window; null where nothing is drawn.
   virtual std::unique_ptr<WindowPeer> MakePeer(CWnd& window);
   virtual std::unique_ptr<BrowserPeer> MakePeer(CBrowserCtrl& browser);
+  virtual std::unique_ptr<ButtonPeer> MakePeer(CButton& button);
+  virtual std::unique_ptr<ComboBoxPeer> MakePeer(CComboBox& list);
   virtual std::unique_ptr<EditPeer> MakePeer(CEdit& edit);
-  virtual std::unique_ptr<RichTextPeer> MakePeer(CRichTextCtrl& richText);
-  virtual std::unique_ptr<ToolBarPeer> MakePeer(CToolBar& bar);
-  virtual std::unique_ptr<WindowPeer> MakePeer(CTipWindow& tip);
-  virtual std::unique_ptr<TreePeer> MakePeer(CTreeCtrl& tree);
+  virtual std::unique_ptr<WindowPeer> MakePeer(CHyperlinkCtrl& link);
+  virtual std::unique_ptr<WindowPeer> MakePeer(CPropertyPage& page);
+  virtual std::unique_ptr<PropertySheetPeer> MakePeer(CPropertySheet& sheet);
   virtual std::unique_ptr<ReportPeer> MakePeer(CReportControl& report);
+  virtual std::unique_ptr<RichTextPeer> MakePeer(CRichTextCtrl& richText);
+  virtual std::unique_ptr<WindowPeer> MakePeer(CStatic& text);
+  virtual std::unique_ptr<WindowPeer> MakePeer(CTipWindow& tip);
+  virtual std::unique_ptr<ToolBarPeer> MakePeer(CToolBar& bar);
+  virtual std::unique_ptr<TreePeer> MakePeer(CTreeCtrl& tree);
 
   virtual Size MeasureText(const Font& font, std::string_view text);
   virtual Color GetColor(SystemColor color);

@@ -1,0 +1,11 @@
+#include "platform/windowing/Static.h"
+
+#include "platform/windowing/Toolkit.h"
+
+namespace tarn {
+
+std::unique_ptr<WindowPeer> CStatic::MakePeer(WindowToolkit& toolkit) {
+  return toolkit.MakePeer(*this);
+}
+
+}  // namespace tarn
