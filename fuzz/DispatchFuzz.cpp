@@ -22,6 +22,7 @@
 #include "automation/ManagerWorld.h"
 #include "platform/text/Text.h"
 #include "support/AnsweringUser.h"
+#include "support/WizardUser.h"
 
 namespace {
 
@@ -63,9 +64,9 @@ class Host {
     Require(world.Call("ProjectOpen", {"/p/demo.tprj"}) == "1");
     user.okCancel = {true, false, true, true};
     user.files = {{"/p/a.c"}, {}, {"/p/b.c", "/p/demo.tapp"}};
-    user.fillForm = [](tarn::NewApplication& application) {
-      application.applicationName = "other";
-      return true;
+    user.useSheet = [](tarn::CPropertySheet& sheet) {
+      tarn::test::WizardUser(sheet).Type(tarn::kIdName, "other");
+      return tarn::kSheetFinish;
     };
   }
   // Nobody waits for what a worker does behind the end of its host.

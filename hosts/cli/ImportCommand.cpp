@@ -41,7 +41,6 @@ class Import final : private DialogResponder {
   bool AskOkCancel(const std::string& text, const std::string& caption) override;
   void ShowMessage(const std::string& text, const std::string& caption) override;
   std::vector<std::string> ChooseFiles(const FileQuestion&) override { return {}; }
-  bool AskNewApplication(NewApplication&) override { return false; }
 
   int CheckFile() const;
   void TakeLines();

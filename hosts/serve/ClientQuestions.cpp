@@ -1,5 +1,6 @@
 #include "hosts/serve/ClientQuestions.h"
 
+#include "hosts/frame/WizardForm.h"
 #include "hosts/serve/Binding.h"
 #include "hosts/serve/MessageNames.h"
 #include "platform/text/Text.h"
@@ -25,44 +26,41 @@ json FiltersOf(const std::string& filter) {
   return filters;
 }
 
-json FieldsOf(const NewApplication& application) {
-  return {{"createNewProject", application.createNewProject},
-          {"mayJoinProject", application.mayJoinProject},
-          {"applicationName", application.applicationName},
-          {"location", application.location},
-          {"typeHeader", application.typeHeader},
-          {"typeHeaders", application.typeHeaders},
-          {"targetText", application.targetText},
-          {"configName", application.configName},
-          {"useCobbler", application.useCobbler},
-          {"wizardPath", application.wizardPath}};
+json FieldsOf(const WizardProposals& proposals) {
+  return {{"typeHeader", proposals.typeHeader},
+          {"typeHeaders", proposals.typeHeaders},
+          {"target", proposals.target},
+          {"targets", proposals.targets},
+          {"applicationName", proposals.applicationName},
+          {"location", proposals.location},
+          {"createNewProject", proposals.createNewProject},
+          {"mayJoinProject", proposals.mayJoinProject},
+          {"launchTool", proposals.launchTool},
+          {"mayLaunchTool", proposals.mayLaunchTool}};
 }
 
-// A field that is missing keeps what was proposed; false when one has another type.
-bool TakeField(const json& fields, const char* name, std::string& field) {
+// A field that is missing is left open; false when one has another type.
+bool TakeField(const json& fields, const char* name, std::optional<std::string>& field) {
   const auto found = fields.find(name);
   if (found == fields.end()) return true;
-  std::optional<std::string> text = TextOfJson(*found);
-  if (text) field = std::move(*text);
-  return text.has_value();
+  field = TextOfJson(*found);
+  return field.has_value();
 }
 
-bool TakeField(const json& fields, const char* name, bool& field) {
+bool TakeField(const json& fields, const char* name, std::optional<bool>& field) {
   const auto found = fields.find(name);
   if (found == fields.end()) return true;
   if (found->is_boolean()) field = found->get<bool>();
   return found->is_boolean();
 }
 
-bool TakeFields(const json& fields, NewApplication& application) {
-  return TakeField(fields, "createNewProject", application.createNewProject) &&
-         TakeField(fields, "applicationName", application.applicationName) &&
-         TakeField(fields, "location", application.location) &&
-         TakeField(fields, "typeHeader", application.typeHeader) &&
-         TakeField(fields, "targetText", application.targetText) &&
-         TakeField(fields, "configName", application.configName) &&
-         TakeField(fields, "useCobbler", application.useCobbler) &&
-         TakeField(fields, "wizardPath", application.wizardPath);
+bool TakeFields(const json& fields, WizardChoices& choices) {
+  return TakeField(fields, "typeHeader", choices.typeHeader) &&
+         TakeField(fields, "target", choices.target) &&
+         TakeField(fields, "applicationName", choices.applicationName) &&
+         TakeField(fields, "location", choices.location) &&
+         TakeField(fields, "createNewProject", choices.createNewProject) &&
+         TakeField(fields, "launchTool", choices.launchTool);
 }
 
 }  // namespace
@@ -128,17 +126,19 @@ std::vector<std::string> ClientQuestions::ChooseFiles(const FileQuestion& questi
   return paths;
 }
 
-bool ClientQuestions::AskNewApplication(NewApplication& application) {
-  NewApplication chosen = application;
-  if (chosen.typeHeader.empty() && !chosen.typeHeaders.empty()) {
-    chosen.typeHeader = chosen.typeHeaders.front();  // as a list begins with its first entry
-  }
+int ClientQuestions::RunSheet(CPropertySheet& sheet) {
+  if (!WizardForm::Fits(sheet)) return kSheetCancel;
+  WizardForm form(sheet);
   json answer;
-  const Outcome outcome = Ask(kWizard, FieldsOf(chosen), answer);
-  if (outcome != Outcome::Answered || !answer.is_object()) return false;
-  if (!TakeFields(answer, chosen)) return false;
-  application = std::move(chosen);
-  return true;
+  const Outcome outcome = Ask(kWizard, FieldsOf(form.Read()), answer);
+  WizardChoices choices;
+  if (outcome != Outcome::Answered || !answer.is_object() || !TakeFields(answer, choices)) {
+    return kSheetCancel;
+  }
+  const std::optional<WizardRefusal> refusal = form.Fill(choices);
+  if (!refusal) return kSheetFinish;
+  ShowMessage(refusal->text, sheet.GetWindowText());
+  return kSheetCancel;
 }
 
 }  // namespace tarn::host

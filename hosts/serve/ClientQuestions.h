@@ -29,7 +29,7 @@ class ClientQuestions final : public DialogResponder {
   bool AskOkCancel(const std::string& text, const std::string& caption) override;
   void ShowMessage(const std::string& text, const std::string& caption) override;
   std::vector<std::string> ChooseFiles(const FileQuestion& question) override;
-  bool AskNewApplication(NewApplication& application) override;
+  int RunSheet(CPropertySheet& sheet) override;
 
  private:
   enum class Outcome { Answered, NotAnswered, Refused };

@@ -55,6 +55,7 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
   }
 
   model = std::make_unique<CProjectModel>(platform.files);
+  MakeWizard();
   if (!LoadConfiguration()) return 0;
   model->applicationPath = root;
   model->dataPath = dataPath;
@@ -86,6 +87,12 @@ void CProjectManager::NameLogFile() {
   if (!name) return;
   (void)platform.files.RemoveFile(*name);
   output->SetLogFile(*name + ".xml");
+}
+
+void CProjectManager::MakeWizard() {
+  wizard = std::make_unique<ProjectWizardMaker>(WizardSurroundings{
+      *model, platform.files, platform.settings, GetTargetCatalogue(), applicationPath});
+  model->views.wizard = wizard.get();
 }
 
 bool CProjectManager::LoadConfiguration() {

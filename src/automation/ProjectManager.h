@@ -19,6 +19,7 @@
 #include "reports/GlobalsReportWnd.h"
 #include "reports/OutputReportWnd.h"
 #include "views/ProjectWnd.h"
+#include "wizard/ProjectWizard.h"
 #include "wizard/TargetCatalogue.h"
 
 namespace tarn {
@@ -158,6 +159,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   // Steps of Init.
   bool ChooseConfigFile(const std::string& root);
   void NameLogFile();
+  void MakeWizard();
   bool LoadConfiguration();
   void SendMenus(const CXmlNode& configuration);
   void ChooseProfileKey();
@@ -192,6 +194,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::unique_ptr<CProjectWnd> projectWindow;
   std::unique_ptr<CClassWnd> classWindow;
   std::unique_ptr<CGlobalsReportWnd> globalsWindow;
+  std::unique_ptr<ProjectWizardMaker> wizard;
   std::string configFolder;
   std::string defaultProjectPath;
   std::uint32_t activeObjectToken = 0;

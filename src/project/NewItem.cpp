@@ -6,6 +6,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/settings/Settings.h"
 #include "platform/text/Text.h"
+#include "platform/windowing/Toolkit.h"
 #include "project/FileAccess.h"
 #include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
@@ -45,9 +46,9 @@ std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtyp
   if (EqualNoCase(TextOf(itemtype), "Group")) return AddGroup();
   NewApplication wanted;
   const CXmlNode* type = ProposeApplication(TextOf(itempath), itemtype, wanted);
-  const bool mayJoin = wanted.mayJoinProject;
-  if (!AskNewApplication(mainframeHandle, wanted)) return 0;
-  if (!mayJoin) wanted.createNewProject = true;
+  if (!views.AskNewApplication(wanted)) return 0;
+  // A build may have begun while the user was choosing.
+  if (!CanStartOperation()) return 0;
   if (wanted.configName.empty()) wanted.configName = kStandardConfig;
   CXmlNode* chosen = nullptr;
   FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), chosen);
@@ -125,13 +126,6 @@ const CXmlNode* CProjectModel::ProposeApplication(const std::string& itempath, c
       wanted.createNewProject = true;
     }
   }
-  wanted.mayJoinProject = !wanted.createNewProject;
-  for (int i = 0; i < types.GetRoot().GetChildCount(); ++i) {
-    const CXmlNode& each = *types.GetRoot().GetChild(i);
-    if (IsYes(each, "Application")) {
-      wanted.typeHeaders.push_back(TextOf(each.GetAttrValue("Header")));
-    }
-  }
   return type;
 }
 
@@ -178,6 +172,7 @@ std::int32_t CProjectModel::RunCobbler(const std::string& wizardPath) {
   if (values == nullptr) values = LoadNodeOptions(node, true);
   if (values == nullptr || toolManager == nullptr) return 0;
   const std::string options(values->ValueText());
+  const WaitCursor wait;
   toolManager->RunTool(tool, "", options, nullptr);
   return 1;
 }

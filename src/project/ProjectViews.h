@@ -2,9 +2,10 @@
 
 #include <string>
 
+#include "project/NewApplication.h"
 #include "xml/XmlNode.h"
 
-// The three windows of a project, as the model sees them. The windows implement these; a model
+// The windows of a project, as the model sees them. The windows implement these; a model
 // without windows works all the same. Everything is called on the host's thread. Node pointers are
 // borrowed: a view drops them in BeginTreeUpdate or ClearTree.
 namespace tarn {
@@ -59,6 +60,7 @@ class ProjectViews {
   IProjectWindow* project = nullptr;
   IClassWindow* classes = nullptr;
   IGlobalsWindow* globals = nullptr;
+  IProjectWizard* wizard = nullptr;
 
   void SetProjectRoot(CXmlNode* root) const {
     if (project) project->SetProjectRoot(root);
@@ -99,6 +101,9 @@ class ProjectViews {
   }
   void LoadGlobals(const std::string& path) const {
     if (globals) globals->LoadGlobals(path);
+  }
+  bool AskNewApplication(NewApplication& application) const {
+    return wizard != nullptr && wizard->AskNewApplication(application);
   }
 };
 

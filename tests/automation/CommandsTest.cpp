@@ -5,6 +5,7 @@
 
 #include "automation/ManagerWorld.h"
 #include "support/AnsweringUser.h"
+#include "support/WizardUser.h"
 
 namespace tarn::test {
 namespace {
@@ -139,9 +140,15 @@ TEST_F(Commands, AskWhichFilesOrWhatApplication) {
   user.files = {{"/p/a.c"}};
   EXPECT_EQ(Command(0x8108), "1");
   EXPECT_EQ(Shape(), "main.c a.c");
+  std::string proposed;
+  user.useSheet = [&proposed](CPropertySheet& sheet) {
+    const WizardUser shown(sheet);
+    proposed = shown.Control<CEdit>(kIdLocation).GetWindowText() + " " +
+               shown.Control<CEdit>(kIdName).GetWindowText();
+    return kSheetCancel;
+  };
   EXPECT_EQ(Command(0x8109), "1");
-  ASSERT_EQ(user.lines.size(), 2u);
-  EXPECT_THAT(user.lines[1], ::testing::StartsWith("form: /p/ Application0"));
+  EXPECT_EQ(proposed, "/p/ Application0");
 }
 
 TEST_F(Commands, ConfigurationsAreAddedAndChosenByTheNameOfTheOptionsWindow) {
@@ -248,9 +255,9 @@ TEST_F(Commands, IniFilesKeepWhatTheyHold) {
 TEST_F(Commands, AnItemMadeFromOutsideNeverRunsTheToolAndLeavesTheUsersChoice) {
   Open();
   std::string seen;
-  user.fillForm = [&](NewApplication&) {
+  user.useSheet = [&](CPropertySheet&) {
     seen = world.settings.ReadProfile("Project", "UseCobbler", "none");
-    return false;
+    return kSheetCancel;
   };
   EXPECT_EQ(world.Call("AddNewItem", {NullableText(), NullableText()}), "0");
   EXPECT_EQ(seen, "No");

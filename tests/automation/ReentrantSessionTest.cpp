@@ -4,6 +4,7 @@
 
 #include "automation/ManagerWorld.h"
 #include "support/AnsweringUser.h"
+#include "support/WizardUser.h"
 
 namespace tarn::test {
 namespace {
@@ -47,10 +48,14 @@ class Session {
         {"C.Build.TranslateTool", "cc"},           {"C.Build.OutputFile", "/p/main.o"},
         {"Application.Build.TranslateTool", "ld"}, {"Application.Build.OutputFile", "/p/demo.elf"},
         {".Build.ListingFile", "/p/demo.lst"},     {".Internal.Open", "0x810F"}};
-    user.fillForm = [](NewApplication& form) {
-      form.applicationName = "boot";
-      form.targetText = "text";
-      return true;
+    world.disk.AddFile(
+        "/app/targets/t.xml",
+        "<Targets Header='T' ><Target Header='t1' ><![CDATA[text]]></Target></Targets>");
+    user.useSheet = [](CPropertySheet& sheet) {
+      const WizardUser shown(sheet);
+      EXPECT_TRUE(shown.ClickTarget("t1"));
+      shown.Type(kIdName, "boot");
+      return kSheetFinish;
     };
     world.components.Tools().onRun = [this](const ToolRun&) { return fails ? 0 : 1; };
   }

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "project/AnsweringWizard.h"
 #include "project/ProjectWorld.h"
 #include "support/AnsweringUser.h"
 
@@ -20,6 +21,7 @@ class TreeOperations : public ::testing::Test {
   TreeOperations() {
     world.AddDemo(kContent);
     for (const char* file : {"/p/main.c", "/p/led.c"}) world.AddFile(file, "x");
+    world.model->views.wizard = &wizard;
   }
   void Open() {
     ASSERT_EQ(world.OpenDemo(), 1);
@@ -31,6 +33,7 @@ class TreeOperations : public ::testing::Test {
 
   ProjectWorld world;
   AnsweringUser user{world.host.Handle()};
+  AnsweringWizard wizard;
 };
 
 TEST_F(TreeOperations, AnItemGoesWhereItsTypeMayStand) {
@@ -123,7 +126,7 @@ TEST_F(TreeOperations, OneOfSeveralExtensionsIsEnoughAndTheFirstIsAppended) {
             "Kit(Extern=/p/b.kapp) Kit(Extern=/p/c.kapp)]");
   EXPECT_EQ(world.model->AddExistingItem("/p/sub/d.x", "Kit"), 0);
   // A new one has a file with another extension than the type's, and is not asked for again.
-  user.fillForm = [](NewApplication& form) {
+  wizard.fill = [](NewApplication& form) {
     form.createNewProject = true;
     form.location = "/new";
     form.applicationName = "boot";
@@ -131,8 +134,8 @@ TEST_F(TreeOperations, OneOfSeveralExtensionsIsEnoughAndTheFirstIsAppended) {
   };
   EXPECT_EQ(world.model->AddNewItem(nullptr, "Kit"), 1);
   EXPECT_EQ(ProjectWorld::Show(*world.Application(), {"Extern"}), "Kit(Extern=/new/boot.tapp)");
-  EXPECT_THAT(user.lines, ElementsAre("form: /p/sub/ d.x 'Kit' this project",
-                                      "form: /p/ Application0 'Kit' this project"));
+  EXPECT_THAT(wizard.lines,
+              ElementsAre("/p/sub/ d.x 'Kit' this project", "/p/ Application0 'Kit' this project"));
 }
 
 TEST_F(TreeOperations, AnApplicationFileThatCannotBeReadIsNotOverwritten) {
@@ -297,14 +300,14 @@ TEST_F(TreeOperations, ANewApplicationIsRefusedWithoutATrace) {
   for (const auto& row : rows) {
     Select(row.selected);
     const std::string before = Shape();
-    user.fillForm = [&row](NewApplication& form) {
+    wizard.fill = [&row](NewApplication& form) {
       form.applicationName = row.applicationName;
       return true;
     };
     EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 0) << row.name;
     EXPECT_EQ(Shape(), before) << row.name;
   }
-  EXPECT_THAT(user.lines, Contains("form: /p/ Application0 'Application' this project"));
+  EXPECT_THAT(wizard.lines, Contains("/p/ Application0 'Application' this project"));
   EXPECT_FALSE(world.model->IsModified());
 }
 
@@ -312,7 +315,7 @@ TEST_F(TreeOperations, ANewApplicationJoinsTheProject) {
   Open();
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
   world.Node("Other")->SetAttrValue("Header", "Application0");
-  user.fillForm = [](NewApplication& form) {
+  wizard.fill = [](NewApplication& form) {
     form.targetText = "script";
     form.configName = "Debug";
     return form.applicationName == "Application1";
@@ -330,7 +333,7 @@ TEST_F(TreeOperations, ANewApplicationJoinsTheProject) {
 
 TEST_F(TreeOperations, ANewProjectIsWrittenOpenedAndWrittenAgainWhenClosed) {
   Open();
-  user.fillForm = [](NewApplication& form) {
+  wizard.fill = [](NewApplication& form) {
     form.createNewProject = true;
     form.location = "/new";
     form.applicationName = "boot";
@@ -368,7 +371,7 @@ TEST_F(TreeOperations, AWizardThatIsCancelledLeavesTheDefaultMarkAsItWas) {
   ASSERT_EQ(world.model->CloseProject(), 1);
   EXPECT_EQ(world.model->NewProject(nullptr), 0);
   EXPECT_FALSE(world.model->IsDefaultProject());
-  EXPECT_THAT(user.lines, ElementsAre("form: /app/examples/ Application0 '' new project"));
+  EXPECT_THAT(wizard.lines, ElementsAre("/app/examples/ Application0 '' new project"));
 }
 
 TEST_F(TreeOperations, ANewItemRunsItsToolOnlyWhereThatWasChosen) {
@@ -376,7 +379,7 @@ TEST_F(TreeOperations, ANewItemRunsItsToolOnlyWhereThatWasChosen) {
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
   bool runsTool = false;
   std::string tool = "cobbler.xml";
-  user.fillForm = [&](NewApplication& form) {
+  wizard.fill = [&](NewApplication& form) {
     form.useCobbler = runsTool;
     form.wizardPath = tool;
     return true;

@@ -6,6 +6,8 @@
 
 #include <thread>
 
+#include "wizard/WizardScene.h"
+
 namespace tarn::host {
 namespace {
 
@@ -86,54 +88,59 @@ std::string Result(const std::string& result) {
 const std::string kError = R"({"jsonrpc":"2.0","id":ID,"error":{"code":-32601,"message":"no"}})";
 const HostEvent kClosing{kMsgProjectClosing, 0, 0, "p.tprj", "", true, false};
 
+// What the wizard gives, asked for that window.
+std::string AskForApplication(WindowHandle window) {
+  test::WizardScene scene;
+  scene.SetAsked(window);
+  return scene.Run(scene.Proposed());
+}
+
 std::string AnswersTo(const std::string& answer) {
-  Connection connection({answer, answer, answer, answer});
+  Connection connection({answer, answer, answer, answer, answer});
   std::string text = std::to_string(connection.Questions().AskHost(kClosing));
   // A client that has gone can't be asked again; the outcome is the same.
   text += AskOkCancel(connection.Window(), "Stop?", "Project") ? " ok" : " cancel";
   const FileQuestion question{"Projects (*.tprj)|*.tprj|", "/p", true};
   for (const std::string& path : ChooseFiles(connection.Window(), question)) text += " " + path;
-  NewApplication application;
-  application.applicationName = "proposed";
-  const bool isFinished = AskNewApplication(connection.Window(), application);
-  return text + (isFinished ? " finish " : " quit ") + application.applicationName;
+  return text + "; " + AskForApplication(connection.Window());
 }
 
 TEST(ClientQuestions, OnlyARealYesLetsSomethingHappen) {
   const std::pair<std::string, const char*> rows[] = {
-      {Result("1"), "1 cancel quit proposed"},
-      {Result("0"), "0 cancel quit proposed"},
-      {Result("-7"), "-7 cancel quit proposed"},
-      {Result("true"), "0 cancel quit proposed"},
-      {Result("null"), "0 cancel quit proposed"},
-      {Result(R"("ok")"), "0 ok quit proposed"},
-      {Result(R"("yes")"), "0 cancel quit proposed"},
-      {Result(R"(["/a","/b"])"), "0 cancel /a /b quit proposed"},
-      {Result(R"(["/a",7])"), "0 cancel quit proposed"},
-      {Result(R"(["/a\u0000b"])"), "0 cancel quit proposed"},
-      {Result(R"({"applicationName":"mine","unknown":1})"), "0 cancel finish mine"},
-      {Result(R"({"applicationName":"mine","useCobbler":1})"), "0 cancel quit proposed"},
-      {Result("{}"), "0 cancel finish proposed"},
+      {Result("1"), "1 cancel; cancelled"},
+      {Result("0"), "0 cancel; cancelled"},
+      {Result("-7"), "-7 cancel; cancelled"},
+      {Result("true"), "0 cancel; cancelled"},
+      {Result("null"), "0 cancel; cancelled"},
+      {Result(R"("ok")"), "0 ok; cancelled"},
+      {Result(R"("yes")"), "0 cancel; cancelled"},
+      {Result(R"(["/a","/b"])"), "0 cancel /a /b; cancelled"},
+      {Result(R"(["/a",7])"), "0 cancel; cancelled"},
+      {Result(R"(["/a\u0000b"])"), "0 cancel; cancelled"},
+      {Result("{}"), "0 cancel; Application: app @ /p, new, config 'Standard', script '', tool ''"},
+      {Result(R"({"applicationName":"mine","target":"s1","unknown":1})"),
+       "0 cancel; Application: mine @ /p, new, config 'Debug', script 'script 1', tool ''"},
+      {Result(R"({"applicationName":"mine","launchTool":1})"), "0 cancel; cancelled"},
+      {Result(R"({"target":"S9"})"), "0 cancel; cancelled"},
       // Not the client's question after all.
-      {kError, "1 ok quit proposed"},
+      {kError, "1 ok; cancelled"},
       // An answer to something else comes first, then the same answer a second time.
       {R"([{"jsonrpc":"2.0","id":99,"result":1},{"jsonrpc":"2.0","id":"x","result":1},)" +
            Result(R"("ok")") + "," + Result("1") + "]",
-       "0 ok quit proposed"},
-      {"gone", "0 cancel quit proposed"},
+       "0 ok; cancelled"},
+      {"gone", "0 cancel; cancelled"},
   };
   for (const auto& [answer, expected] : rows) EXPECT_EQ(AnswersTo(answer), expected) << answer;
 }
 
 TEST(ClientQuestions, AClientSeesWhatItIsAsked) {
-  Connection connection(
-      {Result("1"), Result("\"ok\""), Result("\"ok\""), Result("[]"), Result("null")});
+  Connection connection({Result("1"), Result("\"ok\""), Result("\"ok\""), Result("[]"),
+                         Result(R"({"target":"S"})"), Result("null")});
   connection.Questions().AskHost(kClosing);
   AskOkCancel(connection.Window(), "Stop?", "Project");
   ShowMessage(connection.Window(), "Done.", "Project");
   ChooseFiles(connection.Window(), {"C files|*.c;*.h|All|*.*||", "/p", false});
-  NewApplication application;
-  AskNewApplication(connection.Window(), application);
+  AskForApplication(connection.Window());
   std::string seen;
   for (const json& each : connection.Asked()) {
     seen += each["method"].get<std::string>() + " " + each["params"].dump() + "\n";
@@ -148,9 +155,13 @@ TEST(ClientQuestions, AClientSeesWhatItIsAsked) {
       R"(host/openFile {"filters":[{"label":"C files","patterns":["*.c","*.h"]},)"
       R"({"label":"All","patterns":["*.*"]}],"folder":"/p","multiple":false})"
       "\n"
-      R"(host/wizard {"applicationName":"","configName":"Standard","createNewProject":true,)"
-      R"("location":"","mayJoinProject":false,"targetText":"","typeHeader":"",)"
-      R"("typeHeaders":[],"useCobbler":false,"wizardPath":""})"
+      R"(host/wizard {"applicationName":"app","createNewProject":true,"launchTool":false,)"
+      R"("location":"/p","mayJoinProject":false,"mayLaunchTool":false,"target":"","targets":)"
+      R"(["Chips/Small/S1","Chips/Small/S2","Chips/Small/S3","Chips/Small/S4"],)"
+      R"("typeHeader":"Application","typeHeaders":["Application","","Program"]})"
+      "\n"
+      R"(host/messageBox {"buttons":["ok"],"caption":"Project New",)"
+      R"("text":"There is no target \"S\"."})"
       "\n";
   EXPECT_EQ(seen, expected);
 }
@@ -161,8 +172,7 @@ TEST(ClientQuestions, WhatTheClientDoesNotAnswerIsAgreedTo) {
   EXPECT_EQ(connection.Questions().AskHost(kClosing), 1);
   EXPECT_TRUE(AskOkCancel(connection.Window(), "Stop?", "Project"));
   EXPECT_TRUE(ChooseFiles(connection.Window(), {}).empty());
-  NewApplication application;
-  EXPECT_FALSE(AskNewApplication(connection.Window(), application));
+  EXPECT_EQ(AskForApplication(connection.Window()), "cancelled");
   EXPECT_TRUE(connection.Asked().empty());
 }
 

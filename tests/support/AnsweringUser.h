@@ -22,8 +22,6 @@ class AnsweringUser final : public DialogResponder {
 
   std::deque<bool> okCancel;
   std::deque<std::vector<std::string>> files;
-  // Fills the form in; false cancels it.
-  std::function<bool(NewApplication& application)> fillForm;
   // Works with a sheet and gives the button that ends it.
   std::function<int(CPropertySheet& sheet)> useSheet;
   std::deque<std::string> folders;
@@ -45,12 +43,6 @@ class AnsweringUser final : public DialogResponder {
     return Take(folders);
   }
   int RunSheet(CPropertySheet& sheet) override { return useSheet ? useSheet(sheet) : kSheetCancel; }
-  bool AskNewApplication(NewApplication& application) override {
-    lines.push_back("form: " + application.location + " " + application.applicationName + " '" +
-                    application.typeHeader + "' " +
-                    (application.createNewProject ? "new project" : "this project"));
-    return fillForm && fillForm(application);
-  }
 
  private:
   template <class T>

@@ -50,11 +50,6 @@ std::vector<std::string> ChooseFiles(WindowHandle owner, const FileQuestion& que
   return responder == nullptr ? std::vector<std::string>() : responder->ChooseFiles(question);
 }
 
-bool AskNewApplication(WindowHandle owner, NewApplication& application) {
-  DialogResponder* responder = ResponderOf(owner);
-  return responder != nullptr && responder->AskNewApplication(application);
-}
-
 std::string ChooseFolder(WindowHandle owner, const FolderQuestion& question) {
   DialogResponder* responder = ResponderOf(owner);
   return responder == nullptr ? std::string() : responder->ChooseFolder(question);

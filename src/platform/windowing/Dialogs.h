@@ -18,20 +18,6 @@ struct FileQuestion {
   bool multiple = false;  // else one file at most
 };
 
-// What a new application is to be: filled in with proposals, given back with the user's choices.
-struct NewApplication {
-  bool createNewProject = true;  // else it goes into the open project
-  bool mayJoinProject = false;   // whether that is a choice at all
-  std::string applicationName;   // the title of its file
-  std::string location;          // the folder
-  std::string typeHeader;        // label of the application type, out of `typeHeaders`
-  std::vector<std::string> typeHeaders;
-  std::string targetText;               // script of the chosen microcontroller, for the host
-  std::string configName = "Standard";  // the configuration to begin with
-  bool useCobbler = false;              // whether `wizardPath` is to run
-  std::string wizardPath;               // tool that makes the first sources
-};
-
 struct FolderQuestion {
   std::string folder;  // where to start; empty: where the responder likes
 };
@@ -48,8 +34,6 @@ class DialogResponder {
   virtual void ShowMessage(const std::string& text, const std::string& caption) = 0;
   // The chosen paths, absolute; empty for Cancel.
   virtual std::vector<std::string> ChooseFiles(const FileQuestion& question) = 0;
-  // True for Finish, with the choices in `application`; false for Cancel.
-  virtual bool AskNewApplication(NewApplication& application) = 0;
   // The chosen folder, absolute; empty for Cancel.
   virtual std::string ChooseFolder(const FolderQuestion& /*question*/) { return {}; }
   // Has the user work with the sheet, whose windows all stand, and gives the button that ended it.
@@ -67,7 +51,6 @@ void SetDialogResponder(WindowHandle owner, DialogResponder* responder);
 bool AskOkCancel(WindowHandle owner, const std::string& text, const std::string& caption);
 void ShowMessage(WindowHandle owner, const std::string& text, const std::string& caption);
 std::vector<std::string> ChooseFiles(WindowHandle owner, const FileQuestion& question);
-bool AskNewApplication(WindowHandle owner, NewApplication& application);
 std::string ChooseFolder(WindowHandle owner, const FolderQuestion& question);
 int RunSheet(WindowHandle owner, CPropertySheet& sheet);
 

@@ -1,0 +1,219 @@
+#include "wizard/ApplicationPage.h"
+
+#include "output/MessageTable.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "platform/windowing/Button.h"
+#include "platform/windowing/ComboBox.h"
+#include "platform/windowing/Dialogs.h"
+#include "platform/windowing/Edit.h"
+#include "platform/windowing/HyperlinkCtrl.h"
+#include "platform/windowing/PropertySheet.h"
+#include "platform/windowing/Static.h"
+#include "wizard/TargetCatalogue.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr ControlRow kControls[] = {
+    {8015, ControlKind::Label, "Type:", {8, 11, 88, 29}},
+    {kIdType, ControlKind::DropDownList, "", {96, 8, 296, 32}},
+    {8010, ControlKind::Label, "Processor:", {8, 43, 88, 61}},
+    {kIdTargetFrame, ControlKind::Frame, "", {96, 40, 296, 216}},
+    {8017, ControlKind::Label, "Description:", {308, 43, 528, 61}},
+    {kIdDescription, ControlKind::Label, "Description", {308, 64, 528, 192}},
+    {kIdDatasheet, ControlKind::Link, "DataSheet", {308, 198, 528, 216}},
+    {8013, ControlKind::Label, "Name:", {8, 231, 88, 249}},
+    {kIdName, ControlKind::Edit, "", {96, 228, 528, 252}, kEditAutoScroll},
+    {8014, ControlKind::Label, "Location:", {8, 263, 88, 281}},
+    {kIdLocation, ControlKind::Edit, "", {96, 260, 488, 284}, kEditAutoScroll},
+    {kIdBrowse, ControlKind::PushButton, "...", {496, 260, 528, 284}},
+    {kIdLaunchTool,
+     ControlKind::CheckBox,
+     "Launch Cobbler to generate source files",
+     {96, 292, 528, 312}},
+    {kIdIntoProject,
+     ControlKind::RadioButton,
+     "Insert to the current project",
+     {96, 320, 312, 340},
+     0,
+     true},
+    {kIdNewProject, ControlKind::RadioButton, "Create a new project", {316, 320, 528, 340}},
+};
+constexpr PageTemplate kTemplate = {107, {536, 348}, kControls};
+
+// The settings of the user that outlive the wizard.
+constexpr const char* kSection = "Project";
+constexpr const char* kLastProcessor = "LastProcessor";
+constexpr const char* kFirstProcessor = "ST72521R9";
+constexpr const char* kUseCobbler = "UseCobbler";
+
+constexpr const char* kProgramFilter = "Applications (*.hex;*.bin;*.aof)|*.hex;*.bin;*.aof;*|";
+
+bool IsYes(const CXmlNode& node, const char* name) {
+  return EqualNoCase(TextOf(node.GetAttrValue(name)), "Yes");
+}
+
+// What has no picture isn't shown, so an installation without it gets an empty one.
+std::shared_ptr<const Bitmap> TargetPicture(const WizardSurroundings& surroundings) {
+  auto bitmap = LoadBitmap(surroundings.files, surroundings.dataFolder + "resources/targets.bmp");
+  return bitmap ? bitmap : std::make_shared<const Bitmap>(Bitmap{{16, 16}, {}});
+}
+
+}  // namespace
+
+CApplicationPage::CApplicationPage(const WizardSurroundings& wizardSurroundings)
+    : CPropertyPage(kTemplate), surroundings(wizardSurroundings) {
+  const bool isDefault = surroundings.model.IsDefaultProject();
+  application.createNewProject = isDefault;
+  SetHeader(GetMessageText(isDefault ? kRowWizardTitleNew : kRowWizardTitleAdd),
+            GetMessageText(kRowWizardSubtitle));
+}
+
+void CApplicationPage::OnInitDialog() {
+  FindControl<CEdit>(kIdName)->SetWindowText(application.applicationName);
+  FindControl<CEdit>(kIdLocation)->SetWindowText(application.location);
+  const bool isNew = application.createNewProject;
+  FindControl<CButton>(isNew ? kIdNewProject : kIdIntoProject)->SetCheck(true);
+  ShowTargets();
+  FillTypes();
+  if (isNew) FindControl<CButton>(kIdIntoProject)->EnableWindow(false);
+  OnTypeChosen();
+  OnTargetSelected();
+}
+
+void CApplicationPage::ShowTargets() {
+  auto& frame = *FindControl<CStatic>(kIdTargetFrame);
+  frame.ShowWindow(false);
+  targetTree.Create(1, kStyleChild | kStyleVisible | kStyleBorder, frame.GetRect(), this,
+                    kIdTargetTree);
+  const auto picture = TargetPicture(surroundings);
+  targetTree.AddImage("Targets", picture);
+  targetTree.AddImage("Target", picture);
+
+  targetsRoot = surroundings.catalogue.Read();
+  targetTree.SetXmlRoot(targetsRoot.get());
+  // The families lie closed side by side, but for the one with the selected microcontroller.
+  for (CXmlNode* family : targetsRoot->GetChildren()) {
+    targetTree.SelectNode(family);
+    CTreeItem* const item = targetTree.GetSelectedItem();
+    if (item != nullptr && item->GetData() == family) targetTree.Expand(*item, false);
+  }
+  const std::string last =
+      surroundings.settings.ReadProfile(kSection, kLastProcessor, kFirstProcessor);
+  if (CXmlNode* const target = targetsRoot->FindDescendantByAttr("Header", last)) {
+    targetTree.SelectNode(target);
+  }
+  if (CTreeItem* const item = targetTree.GetSelectedItem()) targetTree.EnsureVisible(*item);
+}
+
+void CApplicationPage::FillTypes() {
+  auto& list = *FindControl<CComboBox>(kIdType);
+  for (const CXmlNode* type : surroundings.model.types.GetRoot().GetChildren()) {
+    if (IsYes(*type, "Application")) list.AddString(TextOf(type->GetAttrValue("Header")), type);
+  }
+  if (application.typeHeader.empty()) {
+    list.SetCurSel(0);
+    application.typeHeader = list.GetText(0);
+  } else {
+    list.SelectString(application.typeHeader);
+  }
+}
+
+void CApplicationPage::OnSetActive() {
+  GetSheet()->EnableFinish(true);
+}
+
+bool CApplicationPage::WantsTool() const {
+  return surroundings.settings.ReadProfile(kSection, kUseCobbler, "No") != "No";
+}
+
+void CApplicationPage::OnTargetSelected() {
+  auto& description = *FindControl<CStatic>(kIdDescription);
+  description.SetWindowText("");
+  const CXmlNode* const target = targetTree.GetCurrentNode();
+  if (target == nullptr) return;
+  application.useCobbler = WantsTool();
+  auto& launch = *FindControl<CButton>(kIdLaunchTool);
+  launch.SetCheck(false);
+  launch.EnableWindow(false);
+
+  TargetDescription told = DescribeTarget(*target);
+  description.SetWindowText(told.text);
+  if (told.datasheet) {
+    auto& link = *FindControl<CHyperlinkCtrl>(kIdDatasheet);
+    if (!told.datasheet->empty()) link.SetAddress(*told.datasheet);
+    link.EnableWindow(!told.datasheet->empty());
+  }
+  if (told.wizard && typeBuilds) {
+    launch.SetCheck(application.useCobbler);
+    launch.EnableWindow(true);
+    application.wizardPath = std::move(*told.wizard);
+  }
+  if (told.script) application.targetText = std::move(*told.script);
+  if (told.configName) application.configName = std::move(*told.configName);
+}
+
+void CApplicationPage::OnTypeChosen() {
+  const auto& list = *FindControl<CComboBox>(kIdType);
+  const auto* const type = static_cast<const CXmlNode*>(list.GetItemData(list.GetCurSel()));
+  if (type == nullptr) return;
+  application.typeHeader = TextOf(type->GetAttrValue("Header"));
+  typeBuilds = IsYes(*type, "Build");
+  if (typeBuilds) {
+    auto& name = *FindControl<CEdit>(kIdName);
+    name.SetWindowText(WithoutExtension(name.GetWindowText()));
+  }
+  OnTargetSelected();
+}
+
+void CApplicationPage::OnControl(int controlId) {
+  if (controlId == kIdType) OnTypeChosen();
+  if (controlId == kIdBrowse) OnBrowse();
+}
+
+// Where the sources will lie, or which finished program it is.
+void CApplicationPage::OnBrowse() {
+  const WindowHandle asked = GetSheet()->GetOwnerWindow();
+  std::string folder;
+  std::string name;
+  if (typeBuilds) {
+    folder = ChooseFolder(asked, {FindControl<CEdit>(kIdLocation)->GetWindowText()});
+  } else {
+    const std::vector<std::string> chosen = ChooseFiles(asked, {kProgramFilter, {}, false});
+    if (!chosen.empty()) {
+      folder = FolderOf(chosen.front());
+      name = FileNameOf(chosen.front());
+    }
+  }
+  // The sheet may have ended while the question was open.
+  if (folder.empty() || !IsCreated()) return;
+  FindControl<CEdit>(kIdLocation)->SetWindowText(folder);
+  if (!name.empty()) FindControl<CEdit>(kIdName)->SetWindowText(name);
+}
+
+std::intptr_t CApplicationPage::OnMessage(std::uint32_t message, std::intptr_t wParam,
+                                          std::intptr_t lParam) {
+  if (message != kXmlTreeSelect) return CPropertyPage::OnMessage(message, wParam, lParam);
+  OnTargetSelected();
+  return 0;
+}
+
+void CApplicationPage::OnWizardFinish() {
+  application.applicationName = FindControl<CEdit>(kIdName)->GetWindowText();
+  application.location = FindControl<CEdit>(kIdLocation)->GetWindowText();
+  application.createNewProject = FindControl<CButton>(kIdNewProject)->IsChecked();
+  const CXmlNode* const target = targetTree.GetCurrentNode();
+  if (target == nullptr) return;
+  // What is ticked is for the next time; whether the tool runs now was settled when the
+  // microcontroller was selected.
+  const bool isTicked = FindControl<CButton>(kIdLaunchTool)->IsChecked();
+  application.wizardPath =
+      isTicked ? DescribeTarget(*target).wizard.value_or(std::string()) : std::string();
+  surroundings.settings.WriteProfile(kSection, kUseCobbler, isTicked ? "Yes" : "No");
+  surroundings.settings.WriteProfile(kSection, kLastProcessor,
+                                     TextOf(target->GetAttrValue("Header")));
+}
+
+}  // namespace tarn

@@ -1,0 +1,22 @@
+#include "wizard/ProjectWizard.h"
+
+#include <utility>
+
+namespace tarn {
+
+CProjectWizard::CProjectWizard(const std::string& title, WindowHandle askedWindow,
+                               const WizardSurroundings& surroundings)
+    : CPropertySheet(title, askedWindow), page(surroundings) {
+  SetPage(page);
+  SetHeaderBitmap(LoadBitmap(surroundings.files, surroundings.dataFolder + "resources/wizard.bmp"));
+}
+
+bool ProjectWizardMaker::AskNewApplication(NewApplication& application) {
+  CProjectWizard wizard("Project New", surroundings.model.mainframeHandle, surroundings);
+  wizard.page.application = application;
+  if (wizard.DoModal() != kSheetFinish) return false;
+  application = std::move(wizard.page.application);
+  return true;
+}
+
+}  // namespace tarn

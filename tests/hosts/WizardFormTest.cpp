@@ -1,0 +1,113 @@
+#include "hosts/frame/WizardForm.h"
+
+#include <gtest/gtest.h>
+
+#include "support/AnsweringUser.h"
+#include "wizard/WizardScene.h"
+
+namespace tarn::host {
+namespace {
+
+using test::WizardScene;
+
+WizardChoices Target(const char* target) {
+  WizardChoices choices;
+  choices.target = target;
+  return choices;
+}
+
+// What comes of the wizard when a host fills it in, or why the host couldn't.
+std::string Fill(WizardScene& scene, const NewApplication& proposed, const WizardChoices& choices) {
+  test::AnsweringUser user(scene.world.host.Handle());
+  std::string refused;
+  user.useSheet = [&](CPropertySheet& sheet) {
+    EXPECT_TRUE(WizardForm::Fits(sheet));
+    const auto refusal = WizardForm(sheet).Fill(choices);
+    if (!refusal) return kSheetFinish;
+    refused = refusal->text;
+    for (const std::string& each : refusal->choices) refused += " " + each;
+    return kSheetCancel;
+  };
+  const std::string outcome = scene.Run(proposed);
+  return refused.empty() ? outcome : refused;
+}
+
+TEST(WizardForm, ChoosesWhatAUserCouldAndTellsWhatHeCouldNot) {
+  WizardScene scene;
+  scene.world.disk.AddFile("/app/targets/more.xml",
+                           "<Targets Header='More'><Target Header='Small' /><Target Header='S1' />"
+                           "</Targets>");
+  const auto with = [](WizardChoices choices, auto WizardChoices::*field, auto value) {
+    choices.*field = value;
+    return choices;
+  };
+  const NewApplication isNew = WizardScene::Proposed();
+  const NewApplication joins = WizardScene::Proposed("app", false);
+  const std::string standard = ", config 'Standard', script '', tool ''";
+  const std::string first = ", config 'Debug', script 'script 1', tool '";
+  const WizardChoices s1 = Target("chips/small/s1");
+  const struct {
+    const char* name;
+    NewApplication proposed;
+    WizardChoices choices;
+    std::string outcome;
+  } rows[] = {
+      {"nothing", isNew, {}, "Application: app @ /p, new" + standard},
+      {"no target, as proposed", isNew, Target(""), "Application: app @ /p, new" + standard},
+      {"a name", isNew, Target("s4"), "Application: app @ /p, new" + standard},
+      {"a family's name as a target's", isNew, Target("small"),
+       "Application: app @ /p, new" + standard},
+      {"a whole path", isNew, s1, "Application: app @ /p, new" + first + "'"},
+      {"the end of one", isNew, Target("Small/S1"), "Application: app @ /p, new" + first + "'"},
+      {"several", isNew, Target("S1"),
+       "Several targets are named \"S1\": Chips/Small/S1, More/S1."},
+      {"part of a name", isNew, Target("1"), "There is no target \"1\". S1 S2 S3 S4 Small S1"},
+      {"a type, and a name with an extension", isNew,
+       with(with(s1, &WizardChoices::typeHeader, std::string("program")),
+            &WizardChoices::applicationName, std::string("a.hex")),
+       "Program: a.hex @ /p, new" + first + "'"},
+      {"no such type", isNew, with({}, &WizardChoices::typeHeader, std::string("Prog")),
+       "There is no application type \"Prog\". Application  Program"},
+      {"a project of its own", joins, with({}, &WizardChoices::createNewProject, true),
+       "Application: app @ /p, new" + standard},
+      {"into the project", joins, with({}, &WizardChoices::createNewProject, false),
+       "Application: app @ /p, join" + standard},
+      {"into none", isNew, with({}, &WizardChoices::createNewProject, false),
+       "There is no open project that an application of this type could join."},
+      {"the tool", isNew, with(s1, &WizardChoices::launchTool, true),
+       "Application: app @ /p, new" + first + "cobbler'"},
+      {"no tool", isNew, with(s1, &WizardChoices::launchTool, false),
+       "Application: app @ /p, new" + first + "'"},
+      {"a tool that there isn't", isNew, with(Target("S4"), &WizardChoices::launchTool, true),
+       "This target has no tool that writes the first sources."},
+      {"a folder", isNew, with({}, &WizardChoices::location, std::string("/q")),
+       "Application: app @ /q, new" + standard},
+  };
+  for (const auto& row : rows) {
+    scene.settings.RemoveProfile("Project", "LastProcessor");
+    scene.SetTool("No");
+    EXPECT_EQ(Fill(scene, row.proposed, row.choices), row.outcome) << row.name;
+  }
+}
+
+TEST(WizardForm, WhatIsProposedCanBeGivenBack) {
+  WizardScene scene;
+  scene.SetTool("Yes");
+  scene.settings.WriteProfile("Project", "LastProcessor", "S1");
+  test::AnsweringUser user(scene.world.host.Handle());
+  user.useSheet = [](CPropertySheet& sheet) {
+    WizardForm form(sheet);
+    const WizardProposals read = form.Read();
+    EXPECT_EQ(read.target, "Chips/Small/S1");
+    EXPECT_TRUE(read.mayLaunchTool);
+    const auto refusal = form.Fill({read.typeHeader, read.target, read.applicationName,
+                                    read.location, read.createNewProject, read.launchTool});
+    EXPECT_FALSE(refusal) << refusal->text;
+    return kSheetFinish;
+  };
+  EXPECT_EQ(scene.Run(scene.Proposed()),
+            "Application: app @ /p, new, config 'Debug', script 'script 1', tool 'cobbler' runs");
+}
+
+}  // namespace
+}  // namespace tarn::host

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "project/NewApplication.h"
+
+namespace tarn::test {
+
+// A wizard that fills itself in, and keeps what it was opened with as a line.
+class AnsweringWizard final : public IProjectWizard {
+ public:
+  // False cancels it.
+  std::function<bool(NewApplication& application)> fill;
+  std::vector<std::string> lines;
+
+  bool AskNewApplication(NewApplication& application) override {
+    lines.push_back(application.location + " " + application.applicationName + " '" +
+                    application.typeHeader + "' " +
+                    (application.createNewProject ? "new project" : "this project"));
+    return fill && fill(application);
+  }
+};
+
+}  // namespace tarn::test

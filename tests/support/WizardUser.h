@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+
+#include "platform/windowing/Button.h"
+#include "platform/windowing/ComboBox.h"
+#include "platform/windowing/Edit.h"
+#include "platform/windowing/PropertySheet.h"
+#include "wizard/ApplicationPage.h"
+
+namespace tarn::test {
+
+// Does with the wizard for a new application what a user does. For the time of one RunSheet.
+class WizardUser {
+ public:
+  explicit WizardUser(CPropertySheet& sheet) : page(*sheet.GetPage()) {}
+
+  template <class T>
+  T& Control(int id) const {
+    return *page.FindControl<T>(id);
+  }
+  void Click(int button) const { Control<CButton>(button).NotifyClicked(); }
+  void Type(int edit, const std::string& text) const {
+    Control<CEdit>(edit).NotifyTextEdited(text, {});
+  }
+  void ChooseType(int index) const { Control<CComboBox>(kIdType).NotifySelected(index); }
+  // Clicks the first item with that label; false when there is none.
+  bool ClickTarget(const std::string& label) const {
+    auto& tree = Control<CTreeCtrl>(kIdTargetTree);
+    for (CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNext()) {
+      if (item->GetText() != label) continue;
+      tree.EnsureVisible(*item);
+      const Rect place = tree.GetTextRect(*item);
+      tree.NotifyClick({place.left + 1, place.top + 1});
+      return true;
+    }
+    return false;
+  }
+
+ private:
+  CPropertyPage& page;
+};
+
+}  // namespace tarn::test
