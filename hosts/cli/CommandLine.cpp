@@ -189,8 +189,22 @@ class Grammar {
         ->add_option("NAME", invocation.name,
                      "Folder and name of the project, e.g. blinky or work/blinky")
         ->required();
-    command->add_option("--compiler", invocation.compiler,
-                        "Compiler to start with; see `tarn options list`");
+    CLI::Option* compiler = command->add_option("--compiler", invocation.compiler,
+                                                "Compiler to start with; see `tarn options list`");
+    CLI::Option* target =
+        command
+            ->add_option("--target", invocation.target,
+                         "Microcontroller to start with, compiler and all; see `tarn targets`")
+            ->type_name("NAME")
+            ->excludes(compiler);
+    command->add_option("--type", invocation.type, "Type of its application")
+        ->type_name("NAME")
+        ->needs(target);
+    command
+        ->add_option("-c,--config", invocation.configuration,
+                     "Configuration to start with; it may be a new one")
+        ->type_name("NAME")
+        ->needs(target);
   }
 
   void AddImport() {

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "components/common/OptionValues.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/Suggest.h"
@@ -61,8 +60,6 @@ class Edit {
     context.Session().Manager().Command(command);
     return TreeText() != before;
   }
-  // Stores the current node's label.
-  bool SetLabel(const std::string& label);
   int Fail(const std::string& text) {
     context.Complain(text);
     return kExitUsage;
@@ -131,12 +128,6 @@ bool Edit::IsProject(const std::string& word) const {
   return !found.path.empty() || !found.choices.empty();
 }
 
-bool Edit::SetLabel(const std::string& label) {
-  BuildSession& session = context.Session();
-  const std::string set = OptionValues::FromText(session.Options().GetValuesAsText()).GetOwnSet();
-  return session.Manager().SavePropertyValue(set, "General", "Header", label) != 0;
-}
-
 int Edit::Add() {
   for (const std::string& file : words) {
     if (const int code = AddOne(file); code != kExitDone) return code;
@@ -196,7 +187,7 @@ int Edit::SelectTarget() {
 
 // In the current node, and current afterwards.
 int Edit::MakeGroup(const std::string& label) {
-  if (!Change(kCmdNewGroup) || !SetLabel(label)) {
+  if (!Change(kCmdNewGroup) || !context.RenameCurrentNode(label)) {
     return Fail("The group \"" + label + "\" can't be made.");
   }
   Note("made the group " + Printable(label));
@@ -247,7 +238,7 @@ int Edit::Rename() {
     }
   }
   if (const int code = FindNode(key); code != kExitDone) return code;
-  if (!SetLabel(label)) return Fail("\"" + key + "\" can't be renamed.");
+  if (!context.RenameCurrentNode(label)) return Fail("\"" + key + "\" can't be renamed.");
   Note("renamed " + Printable(key) + " to " + Printable(label));
   return kExitDone;
 }

@@ -46,7 +46,8 @@ struct Invocation {
   std::string filePattern;                  // globals --file
   std::string sortColumn = "name";          // globals --sort
   std::vector<std::string> words;           // files or nodes of add, remove, move, rename, select
-  std::string target;                       // add --to
+  std::string target;                       // add --to; a microcontroller of new
+  std::string type;                         // of an application, new --type
   bool create = false;                      // add --create
   std::string output;                       // export --output; "-" for the standard output
   bool forAll = false;                      // register, unregister --system

@@ -1,6 +1,7 @@
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/Commands.h"
+#include "hosts/cli/NewForTarget.h"
 #include "hosts/frame/HostFolders.h"
 #include "hosts/frame/ProjectTemplate.h"
 #include "platform/paths/Paths.h"
@@ -39,14 +40,9 @@ int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
   return context.SaveProject();
 }
 
-}  // namespace
-
-int RunNew(CommandContext& context) {
-  const NewProject project = PlanOf(context);
-  if (const std::string problem = CheckProjectName(project.name); !problem.empty()) {
-    context.Complain(problem);
-    return kExitUsage;
-  }
+// From texts that lie ready.
+int MakeProject(CommandContext& context, const NewProject& project,
+                std::vector<std::string>& made) {
   const auto written = WriteNewProject(context.Files(), project);
   if (!written) {
     const bool exists = written.GetError().code == ErrorCode::AlreadyExists;
@@ -55,14 +51,27 @@ int RunNew(CommandContext& context) {
                              : "can't be written: " + written.GetError().text));
     return exists ? kExitUsage : kExitCannotOpen;
   }
-  if (!context.Asked().compiler.empty()) {
-    if (const int code = ChooseCompiler(context, written->front()); code != kExitDone) return code;
+  made = *written;
+  return context.Asked().compiler.empty() ? int{kExitDone} : ChooseCompiler(context, made.front());
+}
+
+}  // namespace
+
+int RunNew(CommandContext& context) {
+  const NewProject project = PlanOf(context);
+  if (const std::string problem = CheckProjectName(project.name); !problem.empty()) {
+    context.Complain(problem);
+    return kExitUsage;
   }
+  std::vector<std::string> made;
+  const int code = context.Asked().target.empty() ? MakeProject(context, project, made)
+                                                  : MakeProjectForTarget(context, project, made);
+  if (code != kExitDone) return code;
   if (context.Asked().json) {
-    PrintJson(context, {{"project", written->front()}, {"files", *written}});
+    PrintJson(context, {{"project", made.front()}, {"files", made}});
     return kExitDone;
   }
-  for (const std::string& path : *written) context.Out().PrintLine("made " + context.Show(path));
+  for (const std::string& path : made) context.Out().PrintLine("made " + context.Show(path));
   if (!context.Asked().quiet) {
     context.Out().PrintLine("`tarn build " + context.Show(project.folder) + "` builds it.");
   }

@@ -2,6 +2,7 @@
 
 #include <iostream>
 
+#include "components/common/OptionValues.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/Suggest.h"
 #include "hosts/frame/ProjectFile.h"
@@ -188,6 +189,12 @@ int CommandContext::FindNode(const std::string& key, const std::string& applicat
              (isAnywhere ? ", or APP/" + key + " for that of an application." : "."));
   }
   return kExitUsage;
+}
+
+bool CommandContext::RenameCurrentNode(const std::string& label) {
+  const std::string values = Session().Options().GetValuesAsText();
+  const std::string set = OptionValues::FromText(values).GetOwnSet();
+  return Session().Manager().SavePropertyValue(set, "General", "Header", label) != 0;
 }
 
 int CommandContext::SaveProject() {

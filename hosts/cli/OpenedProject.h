@@ -53,6 +53,8 @@ class CommandContext {
   int SelectNode(const std::string& key, const std::string& application);
   // The same for one that has to be there. 0, or an exit code with everything said.
   int FindNode(const std::string& key, const std::string& application);
+  // Stores a label for the current node. False when the server refuses.
+  bool RenameCurrentNode(const std::string& label);
   // Writes the project's files, with the configurations in force that were before --config. 0, or
   // an exit code with everything said.
   int SaveProject();

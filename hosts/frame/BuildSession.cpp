@@ -332,6 +332,7 @@ std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
 }
 
 std::intptr_t BuildSession::OnRunScript(const HostEvent& event) {
+  if (beforeScript) beforeScript();
   const ScriptOutcome ended = scripts.Run(event.text, "");
   // A script that has started this one is told by an error.
   if (!ended.error.empty() && !scripts.IsRunning()) logLines.push_back(ended.error);

@@ -115,6 +115,8 @@ class BuildSession {
   // What it does to the project is saved only by itself.
   ScriptOutcome RunScript(const std::string& text, const std::string& name);
   SessionScripts& Scripts() { return scripts; }
+  // Called in front of a script that the server sends, if set.
+  std::function<void()> beforeScript;
 
   // What is out of date, the host's own reasons included.
   std::vector<ApplicationStatus> GetStatus();

@@ -56,6 +56,11 @@ std::string ApplicationText(const NewProject& project) {
   return application->ToString(g_xmlDisplayOptions);
 }
 
+Status WriteWithFolder(FileSystem& files, const std::string& path, std::string_view text) {
+  const Status made = files.CreateFolders(FolderOf(path));
+  return made ? files.WriteWholeFile(path, text) : made;
+}
+
 }  // namespace
 
 std::string CheckProjectName(const std::string& name) {
@@ -69,6 +74,10 @@ std::string CheckProjectName(const std::string& name) {
   return {};
 }
 
+Status WriteFirstSource(FileSystem& files, const std::string& path) {
+  return WriteWithFolder(files, path, kMainSource);
+}
+
 Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewProject& project) {
   const std::string projectFile = JoinPath(project.folder, project.name + ".tprj");
   const std::string applicationFile = JoinPath(project.folder, project.name + ".tapp");
@@ -78,8 +87,7 @@ Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewPro
   }
   std::vector<std::string> written;
   const auto write = [&](const std::string& path, std::string_view text) {
-    Status status = files.CreateFolders(FolderOf(path));
-    if (status) status = files.WriteWholeFile(path, text);
+    const Status status = WriteWithFolder(files, path, text);
     if (status) written.push_back(path);
     return status;
   };

@@ -23,6 +23,9 @@ std::string CheckProjectName(const std::string& name);
 // application file that is there already is a failure, a source file that is there is used.
 Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewProject& project);
 
+// Writes the source file that a new project starts with, and its folder.
+Status WriteFirstSource(FileSystem& files, const std::string& path);
+
 // The project that stands in for none: `name` .tprj and .tapp, an application without files. A file
 // that is there already stays as it is.
 Status WriteStandInProject(FileSystem& files, const std::string& folder, const std::string& name);

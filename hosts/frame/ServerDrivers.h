@@ -56,6 +56,8 @@ class ProjectManagerDriver : public COleDispatchDriver {
   std::int32_t AddExistingItem(const std::string& path) {
     return InvokeLong(27, {path, NullableText()});
   }
+  // What the wizard is filled in with.
+  std::int32_t AddNewItem() { return InvokeLong(28, {NullableText(), NullableText()}); }
   std::int32_t SetBuildInfo(const std::string& xml) { return InvokeLong(33, {"", xml}); }
   std::int32_t SavePropertyValue(const std::string& set, const std::string& section,
                                  const std::string& property, const std::string& value) {

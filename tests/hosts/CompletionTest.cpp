@@ -33,7 +33,7 @@ const std::vector<CompletionCase>& Cases() {
       {"a nested command", {"options", "s"}, "set"},
       {"a command of the same name elsewhere", {"config", "sel"}, "select"},
       {"a switch", {"build", "--ver"}, "--verbose"},
-      {"no switch of another command", {"new", "--conf"}, ""},
+      {"no switch of another command", {"import", "--conf"}, ""},
       {"a configuration behind its switch", {"build", "--config", "F"}, "Fast"},
       {"a configuration as an argument", {"config", "select", ""}, "Fast Standard"},
       {"an application", {"status", "-a", ""}, "app"},

@@ -1,0 +1,145 @@
+#include "hosts/cli/NewForTarget.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/Suggest.h"
+#include "hosts/frame/WizardForm.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "platform/windowing/Dialogs.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr const char* kFirstGroup = "Sources";
+
+// One creation, which also is the user whom the server asks meanwhile.
+class Creation final : private DialogResponder {
+ public:
+  Creation(CommandContext& commandContext, const NewProject& newProject)
+      : context(commandContext), project(newProject) {
+    SetDialogResponder(context.Frame().GetHandle(), this);
+  }
+  Creation(const Creation&) = delete;
+  Creation& operator=(const Creation&) = delete;
+  ~Creation() { SetDialogResponder(context.Frame().GetHandle(), nullptr); }
+
+  int Run(std::vector<std::string>& made);
+
+ private:
+  bool AskOkCancel(const std::string&, const std::string&) override { return false; }
+  void ShowMessage(const std::string& text, const std::string&) override { Note(text); }
+  std::vector<std::string> ChooseFiles(const FileQuestion&) override { return {}; }
+  int RunSheet(CPropertySheet& sheet) override;
+
+  std::string Path(const char* extension) const {
+    return JoinPath(project.folder, project.name + extension);
+  }
+  void Note(const std::string& line) { lines.push_back(line); }
+  int Fail(const std::string& text);
+  int ExplainRefusal();
+  void ChooseConfiguration();
+  int AddFirstSource(std::vector<std::string>& made);
+
+  CommandContext& context;
+  const NewProject& project;
+  std::optional<WizardRefusal> refusal;
+  std::vector<std::string> lines;  // what the server said
+};
+
+int Creation::RunSheet(CPropertySheet& sheet) {
+  if (!WizardForm::Fits(sheet)) return kSheetCancel;
+  WizardChoices choices;
+  choices.target = context.Asked().target;
+  if (!context.Asked().type.empty()) choices.typeHeader = context.Asked().type;
+  choices.applicationName = project.name;
+  choices.location = project.folder;
+  choices.createNewProject = true;
+  refusal = WizardForm(sheet).Fill(choices);
+  return refusal ? kSheetCancel : kSheetFinish;
+}
+
+int Creation::Fail(const std::string& text) {
+  std::string all = text;
+  for (const std::string& line : lines) all += "\n" + Printable(line);
+  context.Complain(all);
+  return kExitCannotOpen;
+}
+
+int Creation::ExplainRefusal() {
+  context.Complain(Printable(refusal->text) +
+                   Printable(SuggestionText(refusal->value, refusal->choices)));
+  return kExitUsage;
+}
+
+// The target's script stores its options in the configuration in force, so this comes before it.
+void Creation::ChooseConfiguration() {
+  const std::string& wanted = context.Asked().configuration;
+  if (wanted.empty()) return;
+  BuildSession& session = context.Session();
+  session.Options().SetNewConfigName(wanted);
+  bool isKnown = false;
+  for (const ApplicationEntry& each :
+       ProjectTree(session.Inspector().GetTree()).GetApplications()) {
+    const auto& known = each.configurations;
+    isKnown = isKnown || std::find(known.begin(), known.end(), wanted) != known.end();
+  }
+  if (!isKnown) session.Manager().Command(kCmdAddConfiguration);
+  session.Manager().Command(kCmdSelectConfiguration);
+}
+
+int Creation::AddFirstSource(std::vector<std::string>& made) {
+  BuildSession& session = context.Session();
+  session.Inspector().PublishAll();
+  const auto applications = ProjectTree(session.Inspector().GetTree()).GetApplications();
+  // One that only loads a finished program has no sources.
+  if (applications.size() != 1 || applications.front().output.empty()) return kExitDone;
+  const std::string source = JoinPath(project.folder, "src/main.c");
+  if (!context.Files().Exists(source)) {
+    if (const Status written = WriteFirstSource(context.Files(), source); !written) {
+      return Fail(context.Show(source) + " can't be written: " + written.GetError().text);
+    }
+    made.push_back(source);
+  }
+  session.Inspector().SelectNodeByKey(applications.front().path);
+  session.Manager().Command(kCmdNewGroup);
+  context.RenameCurrentNode(kFirstGroup);
+  session.Manager().AddExistingItem(source);
+  return kExitDone;
+}
+
+int Creation::Run(std::vector<std::string>& made) {
+  for (const char* extension : {".tprj", ".tapp"}) {
+    if (!context.Files().Exists(Path(extension))) continue;
+    context.Complain(context.Show(Path(extension)) + " is there already. Choose another name.");
+    return kExitUsage;
+  }
+  if (const int code = context.StartSession(); code != kExitDone) return code;
+  BuildSession& session = context.Session();
+  session.TakeLogLines();
+  session.beforeScript = [this] { ChooseConfiguration(); };
+  const bool isMade = session.Manager().AddNewItem() != 0;
+  session.beforeScript = {};
+  if (refusal) return ExplainRefusal();
+  for (const std::string& line : session.TakeLogLines()) Note(line);
+  if (!isMade) return Fail(context.Show(project.folder) + " can't become a project.");
+  session.Adopt(Path(".tprj"));
+  ChooseConfiguration();
+  made = {Path(".tprj"), Path(".tapp")};
+  if (const int code = AddFirstSource(made); code != kExitDone) return code;
+  if (const int code = context.SaveProject(); code != kExitDone) return code;
+  for (const std::string& line : lines) context.Remark(Printable(line));
+  return kExitDone;
+}
+
+}  // namespace
+
+int MakeProjectForTarget(CommandContext& context, const NewProject& project,
+                         std::vector<std::string>& made) {
+  return Creation(context, project).Run(made);
+}
+
+}  // namespace tarn::host

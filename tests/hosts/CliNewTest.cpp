@@ -1,0 +1,72 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+// The whole road of a new project: a microcontroller of the catalogue, the wizard that nobody sees,
+// the script of the target, a compiler for it.
+TEST(CliNew, AProjectForATargetIsBuiltForThatTarget) {
+  const struct {
+    const char* name;
+    std::vector<std::string> more;
+    const char* target;
+    const char* machine;  // option and value that the target brings along
+    const char* program;
+  } rows[] = {
+      {"avr", {}, "atmega328p", "atmega328p", "build/Standard/avr.elf"},
+      {"mcs51", {"--config", "Field"}, "AT89S52", "at89s52", "build/Field/mcs51.ihx"},
+  };
+  for (const auto& row : rows) {
+    CliProject project;
+    std::vector<std::string> arguments = {"new", row.name, "--target", row.target};
+    arguments.insert(arguments.end(), row.more.begin(), row.more.end());
+    const std::string name = row.name;
+    EXPECT_EQ(project.Out(arguments), "made " + name + "/" + name + ".tprj\nmade " + name + "/" +
+                                          name + ".tapp\nmade " + name +
+                                          "/src/main.c\n`tarn build " + name + "` builds it.\n");
+    EXPECT_EQ(project.Out({"options", "get", "Target.Device", name}),
+              std::string(row.machine) + "\n");
+    EXPECT_TRUE(Has(project.Out({"tree", name}), "Sources")) << row.name;
+    const auto built = project.Run({"build", name});
+    if (built.code == 4) continue;  // without that compiler
+    EXPECT_EQ(built.code, 0) << built.out << built.err;
+    EXPECT_TRUE(project.Exists(name + "/" + row.program)) << built.out;
+    EXPECT_TRUE(Has(project.Out({"build", name}), "Nothing to do")) << row.name;
+  }
+}
+
+TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
+  CliProject project;
+  std::filesystem::create_directories(project.PathOf("taken"));
+  project.Write("taken/taken.tapp", "mine");
+  project.ExpectRefusal({"new", "a", "--target", "ATmega328"}, 2,
+                        "There is no target \"ATmega328\". Did you mean \"ATmega328P\"");
+  project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--type", "aplication"}, 2,
+                        "There is no application type \"aplication\". Did you mean "
+                        "\"Application\"?");
+  project.ExpectRefusal({"new", "taken", "--target", "ATmega328P"}, 2,
+                        "taken/taken.tapp is there already.");
+  project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--compiler", "avr-gcc"}, 2,
+                        "--compiler excludes --target");
+  project.ExpectRefusal({"new", "a", "--type", "Application"}, 2, "--type requires --target");
+  project.ExpectRefusal({"new", "src/a.c/b", "--target", "ATmega328P"}, 3,
+                        "src/a.c/b can't become a project.");
+  EXPECT_FALSE(project.Exists("a"));
+  EXPECT_EQ(project.Read("taken/taken.tapp"), "mine");
+  EXPECT_FALSE(project.Exists("taken/taken.tprj"));
+}
+
+TEST(CliNew, ADebugSessionHasNoSources) {
+  CliProject project;
+  EXPECT_EQ(project.Out({"new", "bare", "--target", "ATmega328P", "--type", "debug session", "-q"}),
+            "made bare/bare.tprj\nmade bare/bare.tapp\n");
+  EXPECT_FALSE(project.Exists("bare/src"));
+  EXPECT_TRUE(Has(project.Read("bare/bare.tapp"), "<DebugApplication "));
+}
+
+}  // namespace
+}  // namespace tarn::host
