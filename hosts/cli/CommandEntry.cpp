@@ -20,7 +20,8 @@ constexpr ValueWord kValueWords[] = {
     {"APP", ValueKind::Application}, {"NODE", ValueKind::Node},
     {"OPTION", ValueKind::Option},   {"FILE", ValueKind::File},
     {"TARGET", ValueKind::Node},     {"OLD", ValueKind::File},
-    {"TEXT", ValueKind::Target},     {"FAMILY", ValueKind::Family},
+    {"TEXT", ValueKind::Target},     {"MCU", ValueKind::Target},
+    {"FAMILY", ValueKind::Family},
 };
 
 ValueKind KindOf(const std::string& word) {

@@ -195,7 +195,7 @@ class Grammar {
         command
             ->add_option("--target", invocation.target,
                          "Microcontroller to start with, compiler and all; see `tarn targets`")
-            ->type_name("NAME")
+            ->type_name("MCU")
             ->excludes(compiler);
     command->add_option("--type", invocation.type, "Type of its application")
         ->type_name("NAME")

@@ -90,8 +90,8 @@ void CProjectManager::NameLogFile() {
 }
 
 void CProjectManager::MakeWizard() {
-  wizard = std::make_unique<ProjectWizardMaker>(WizardSurroundings{
-      *model, platform.files, platform.settings, GetTargetCatalogue(), applicationPath});
+  wizard = std::make_unique<ProjectWizardMaker>(
+      WizardSurroundings{*model, platform.files, platform.settings, GetTargetCatalogue()});
   model->views.wizard = wizard.get();
 }
 

@@ -57,7 +57,8 @@ bool IsYes(const CXmlNode& node, const char* name) {
 
 // What has no picture isn't shown, so an installation without it gets an empty one.
 std::shared_ptr<const Bitmap> TargetPicture(const WizardSurroundings& surroundings) {
-  auto bitmap = LoadBitmap(surroundings.files, surroundings.dataFolder + "resources/targets.bmp");
+  const std::string path = surroundings.model.configFolder + "resources/target.bmp";
+  auto bitmap = LoadBitmap(surroundings.files, path);
   return bitmap ? bitmap : std::make_shared<const Bitmap>(Bitmap{{16, 16}, {}});
 }
 

@@ -34,7 +34,6 @@ struct WizardSurroundings {
   FileSystem& files;
   Settings& settings;
   TargetCatalogue catalogue;
-  std::string dataFolder;  // of the installation, with a separator at its end
 };
 
 // The page that asks for a new application: the microcontroller out of a catalogue, the type, the

@@ -8,7 +8,8 @@ CProjectWizard::CProjectWizard(const std::string& title, WindowHandle askedWindo
                                const WizardSurroundings& surroundings)
     : CPropertySheet(title, askedWindow), page(surroundings) {
   SetPage(page);
-  SetHeaderBitmap(LoadBitmap(surroundings.files, surroundings.dataFolder + "resources/wizard.bmp"));
+  const std::string picture = surroundings.model.configFolder + "resources/wizard.bmp";
+  SetHeaderBitmap(LoadBitmap(surroundings.files, picture));
 }
 
 bool ProjectWizardMaker::AskNewApplication(NewApplication& application) {

@@ -44,6 +44,7 @@ const std::vector<CompletionCase>& Cases() {
       {"a project behind an option's value", {"options", "get", "X.Y", "demo.t"}, "demo.tprj"},
       {"a value isn't a command", {"build", "-c", "clean", "demo.t"}, "demo.tprj"},
       {"a target", {"targets", "ATtiny1"}, "ATtiny10 ATtiny13A ATtiny1634"},
+      {"a target behind its switch", {"new", "x", "--target", "ATtiny13"}, "ATtiny13A"},
       {"a family of targets", {"targets", "--family", "STM8L"}, "STM8L"},
       {"nothing for a new name", {"config", "add", "F"}, ""},
       {"nothing hidden", {"comp"}, "completion"},

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 
 #include "platform/windowing/HyperlinkCtrl.h"
@@ -238,6 +239,22 @@ TEST_F(ApplicationPageTest, ItsTitleSaysWhatBecomesOfTheApplication) {
   }
   EXPECT_THAT(titles, ElementsAre("Project New: row 26 %s %s %s, row 3 %s %s %s",
                                   "Project New: row 2 %s %s %s, row 3 %s %s %s"));
+}
+
+TEST_F(ApplicationPageTest, ThePicturesAreThoseOfTheInstallation) {
+  for (const std::string name : {"target.bmp", "wizard.bmp"}) {
+    const std::string shipped =
+        std::string(std::getenv("TARN_SOURCE_DIR")) + "/share/config/resources/" + name;
+    world.disk.AddFile("/app/config/resources/" + name,
+                       *FileSystem::Native().ReadWholeFile(shipped));
+  }
+  user.useSheet = [](CPropertySheet& sheet) {
+    EXPECT_EQ(sheet.GetHeaderBitmap()->size, (Size{48, 48}));
+    const auto& tree = User(sheet).Control<CTreeCtrl>(kIdTargetTree);
+    EXPECT_EQ(tree.GetImageList()->GetImageSize(), (Size{18, 18}));
+    return kSheetCancel;
+  };
+  WizardScene::Run(Proposed());
 }
 
 TEST_F(ApplicationPageTest, WithoutACatalogueOneCanStillMakeAnApplication) {

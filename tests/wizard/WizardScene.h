@@ -44,7 +44,7 @@ class WizardScene {
   // What came of it, as text; "cancelled" when nothing.
   std::string Run(NewApplication application) {
     const TargetCatalogue catalogue(world.disk, settings, "/app/targets");
-    ProjectWizardMaker maker({*world.model, world.disk, settings, catalogue, "/app/"});
+    ProjectWizardMaker maker({*world.model, world.disk, settings, catalogue});
     if (!maker.AskNewApplication(application)) return "cancelled";
     return application.typeHeader + ": " + application.applicationName + " @ " +
            application.location + (application.createNewProject ? ", new" : ", join") +
