@@ -46,9 +46,9 @@ std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtyp
   if (EqualNoCase(TextOf(itemtype), "Group")) return AddGroup();
   NewApplication wanted;
   const CXmlNode* type = ProposeApplication(TextOf(itempath), itemtype, wanted);
-  if (!views.AskNewApplication(wanted)) return 0;
-  // A build may have begun while the user was choosing.
-  if (!CanStartOperation()) return 0;
+  // Another project may have been opened while the user was choosing, or a build have begun.
+  const std::uint64_t asked = projectEpoch;
+  if (!views.AskNewApplication(wanted) || projectEpoch != asked || !CanStartOperation()) return 0;
   if (wanted.configName.empty()) wanted.configName = kStandardConfig;
   CXmlNode* chosen = nullptr;
   FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), chosen);

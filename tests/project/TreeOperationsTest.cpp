@@ -4,6 +4,7 @@
 #include "project/AnsweringWizard.h"
 #include "project/ProjectWorld.h"
 #include "support/AnsweringUser.h"
+#include "support/RecordingToolkit.h"
 
 namespace tarn::test {
 namespace {
@@ -387,11 +388,13 @@ TEST_F(TreeOperations, ANewItemRunsItsToolOnlyWhereThatWasChosen) {
   EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
   EXPECT_THAT(world.components.Tools().CallsOf("RunTool"), ElementsAre());
   runsTool = true;
+  RecordingToolkit toolkit;
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
   EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
   ASSERT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
   EXPECT_THAT(world.components.Tools().CallsOf("RunTool").front(),
               ::testing::StartsWith("RunTool /app/config/cobbler.xml \"\" <Values>"));
+  EXPECT_THAT(toolkit.lines, ElementsAre("cursor wait", "cursor arrow"));
 }
 
 }  // namespace
