@@ -37,6 +37,9 @@ TEST(WizardForm, ChoosesWhatAUserCouldAndTellsWhatHeCouldNot) {
   scene.world.disk.AddFile("/app/targets/more.xml",
                            "<Targets Header='More'><Target Header='Small' /><Target Header='S1' />"
                            "</Targets>");
+  scene.world.disk.AddFile("/app/targets/own.xml",
+                           "<Targets Header='Small'><Target Header='S3'><ConfigName>Own"
+                           "</ConfigName></Target></Targets>");
   const auto with = [](WizardChoices choices, auto WizardChoices::*field, auto value) {
     choices.*field = value;
     return choices;
@@ -59,9 +62,11 @@ TEST(WizardForm, ChoosesWhatAUserCouldAndTellsWhatHeCouldNot) {
        "Application: app @ /p, new" + standard},
       {"a whole path", isNew, s1, "Application: app @ /p, new" + first + "'"},
       {"the end of one", isNew, Target("Small/S1"), "Application: app @ /p, new" + first + "'"},
+      {"a whole path that another one ends on", isNew, Target("Small/S3"),
+       "Application: app @ /p, new, config 'Own', script '', tool ''"},
       {"several", isNew, Target("S1"),
        "Several targets are named \"S1\": Chips/Small/S1, More/S1."},
-      {"part of a name", isNew, Target("1"), "There is no target \"1\". S1 S2 S3 S4 Small S1"},
+      {"part of a name", isNew, Target("1"), "There is no target \"1\". S1 S2 S3 S4 Small S1 S3"},
       {"a type, and a name with an extension", isNew,
        with(with(s1, &WizardChoices::typeHeader, std::string("program")),
             &WizardChoices::applicationName, std::string("a.hex")),

@@ -263,6 +263,7 @@ TEST_F(ApplicationPageTest, WithoutACatalogueOneCanStillMakeAnApplication) {
   EXPECT_EQ(Run(Proposed(),
                 [](const User& shown) {
                   EXPECT_EQ(shown.Tree(), "Targets");
+                  EXPECT_EQ(shown.Form(), "Application: app @ /p, new only, tool -, '', ");
                   shown.Type(kIdName, "boot");
                 }),
             "Application: boot @ /p, new, config 'Standard', script '', tool ''");
