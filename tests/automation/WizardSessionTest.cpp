@@ -63,6 +63,7 @@ TEST_F(WizardSession, NothingThatHappensMeanwhileCrashesOrMeetsAnotherProject) {
        [](Session& session, Sheet&) {
          session.world->Call("ProjectClose");
          session.world->Call("ProjectOpen", {"/p/demo.tprj"});
+         session.world->Call("SelectApplication", {"Tarn Project 'demo'"});
        },
        "0: demo"},
       {"the current application goes",
