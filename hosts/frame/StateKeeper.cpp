@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
 #include <unordered_map>
 
 #include "hosts/frame/LogEntry.h"
@@ -80,19 +81,20 @@ void StateKeeper::Load(const std::string& projectPath) {
 void StateKeeper::Restore() {
   if (store.GetCount() == 0) return;
   const std::string lines = inspector.GetBuildInputs();
-  RestoredRecords restored = RestoreRecords(
+  std::optional<std::string> before;  // what was selected, once something is restored
+  std::string selected;
+  const auto restore = [&](const std::string& application, const std::string& xml) {
+    const bool isFirst = !before;
+    if (isFirst) before = manager.GetSelectedApplication();
+    if (isFirst || selected != application) manager.SelectApplication(application);
+    selected = application;
+    manager.SetBuildInfo(xml);
+  };
+  const std::vector<DroppedRecord> gone = RestoreRecords(
       store, ParseBuildInputs(lines),
-      [this](auto application, auto output) { return AskCommands(application, output); });
-  for (const DroppedRecord& each : restored.dropped) {
-    dropped.insert(KeyOf(each.application, each.output));
-  }
-  if (restored.applications.empty()) return;
-  const std::string selected = manager.GetSelectedApplication();
-  for (const RestoredApplication& each : restored.applications) {
-    manager.SelectApplication(each.application);
-    manager.SetBuildInfo(each.xml);
-  }
-  if (!selected.empty()) inspector.SelectNodeByKey(selected);
+      [this](auto application, auto output) { return AskCommands(application, output); }, restore);
+  for (const DroppedRecord& each : gone) dropped.insert(KeyOf(each.application, each.output));
+  if (before && !before->empty()) inspector.SelectNodeByKey(*before);
 }
 
 void StateKeeper::NoteStart(const std::string& output) {

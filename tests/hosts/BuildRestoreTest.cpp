@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "xml/XmlNode.h"
+
 namespace tarn::host {
 namespace {
 
@@ -35,23 +39,23 @@ TEST(BuildRestore, ARecordHoldsWhileNothingThatTheToolIsGivenChanged) {
     store.Put("app", {"/p/a.o", "i", "7", 1, {"/p/a.h"}, kCommand});
     store.MarkSaved();
     int questions = 0;
-    const RestoredRecords result =
-        RestoreRecords(store, ParseBuildInputs(each.inputs), [&](auto application, auto output) {
+    std::string restored;
+    const auto dropped = RestoreRecords(
+        store, ParseBuildInputs(each.inputs),
+        [&](auto application, auto output) {
           ++questions;
           EXPECT_EQ(application, "app");
           EXPECT_EQ(output, "/p/a.o");
           return each.command;
-        });
+        },
+        [&](const auto& application, const auto& xml) { restored += application + xml; });
     EXPECT_EQ(questions, each.questions);
-    ASSERT_EQ(result.applications.size(), each.restored ? 1u : 0u);
-    if (each.restored) {
-      EXPECT_EQ(result.applications[0].application, "app");
-      EXPECT_EQ(result.applications[0].xml,
-                "<I><F Header=\"/p/a.o\" Infos=\"i\" Date=\"7\" ><D Header=\"/p/a.h\" /></F></I>");
-    }
-    ASSERT_EQ(result.dropped.size(), each.dropped ? 1u : 0u);
+    EXPECT_EQ(restored, each.restored ? "app<I><F Header=\"/p/a.o\" Infos=\"i\" Date=\"7\" >"
+                                        "<D Header=\"/p/a.h\" /></F></I>"
+                                      : "");
+    ASSERT_EQ(dropped.size(), each.dropped ? 1u : 0u);
     if (each.dropped) {
-      EXPECT_EQ(result.dropped[0].output, "/p/a.o");
+      EXPECT_EQ(dropped[0].output, "/p/a.o");
     }
     EXPECT_EQ(store.GetSignature(0), each.signatureAfter);
     EXPECT_EQ(store.IsChanged(), each.signatureAfter != 1);
@@ -63,11 +67,42 @@ TEST(BuildRestore, ARecordHoldsWhileNothingThatTheToolIsGivenChanged) {
 TEST(BuildRestore, ARecordWithoutACommandNeverHoldsOnAnUnknownOne) {
   BuildInformationStore store;
   store.Put("app", {"/p/a.o", "", "7", 1, {}, {}});
-  const RestoredRecords result =
-      RestoreRecords(store, ParseBuildInputs("A app\nN 0000000000000002 /p/a.o\n"),
-                     [](auto, auto) { return std::vector<ToolCommand>(); });
-  EXPECT_TRUE(result.applications.empty());
-  EXPECT_EQ(result.dropped.size(), 1u);
+  int restored = 0;
+  const auto dropped = RestoreRecords(
+      store, ParseBuildInputs("A app\nN 0000000000000002 /p/a.o\n"),
+      [](auto, auto) { return std::vector<ToolCommand>(); },
+      [&](const auto&, const auto&) { ++restored; });
+  EXPECT_EQ(restored, 0);
+  EXPECT_EQ(dropped.size(), 1u);
+}
+
+TEST(BuildRestore, NoRecordIsLostOrDoubledWhereTheTextIsCut) {
+  BuildInformationStore store;
+  std::string inputs;
+  std::string expected;
+  for (const char* application : {"one", "two"}) {
+    inputs += std::string("A ") + application + "\n";
+    for (int i = 0; i < 1000; ++i) {
+      const std::string output = "/" + std::string(150, 'p') + std::to_string(i) + ".o";
+      store.Put(application, {output, "", "7", 1, {}, {}});
+      inputs += "N 0000000000000001 " + output + "\n";
+      expected += application + output + "\n";
+    }
+  }
+  std::string restored;
+  std::size_t longest = 0;
+  RestoreRecords(
+      store, ParseBuildInputs(inputs), [](auto, auto) { return std::vector<ToolCommand>(); },
+      [&](const auto& application, const auto& xml) {
+        longest = std::max(longest, xml.size());
+        CXmlNode records;
+        ASSERT_NE(records.Load(xml, g_xmlParseInfo), nullptr);
+        for (const CXmlNode* each : records.GetChildren()) {
+          restored += application + each->GetAttrValue("Header") + "\n";
+        }
+      });
+  EXPECT_EQ(restored, expected);
+  EXPECT_LT(longest, 100'000u);
 }
 
 }  // namespace
