@@ -15,13 +15,14 @@ constexpr unsigned kStepsPerLook = 16;
 
 // About the nodes of the subtree, at most `limit` of them; gives how many.
 std::size_t AskForSubtree(Staleness& staleness, const CXmlNode& node, FileTimes::Inquiry& inquiry,
-                          std::size_t limit) {
+                          NodesAhead& ahead, std::size_t limit) {
   if (limit == 0) return 0;
   std::size_t count = 1;
-  staleness.AskForFiles(node, inquiry);
+  staleness.AskForFiles(node, inquiry, ahead);
   for (int i = 0; i < node.GetChildCount() && count < limit; ++i) {
     const CXmlNode* child = node.GetChild(i);
-    if (IsContentNode(*child)) count += AskForSubtree(staleness, *child, inquiry, limit - count);
+    if (!IsContentNode(*child)) continue;
+    count += AskForSubtree(staleness, *child, inquiry, ahead, limit - count);
   }
   return count;
 }
@@ -164,6 +165,10 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
     return true;
   }
   CXmlNode* child = frame.children[frame.next++];
+  if (ahead.TakeGood(*child, model.fileTimes.GetEpoch()) &&
+      model.GetBuildState() != StateStopRequested) {
+    return true;
+  }
   frames.emplace_back(child);  // invalidates `frame`
   return true;
 }
@@ -198,11 +203,13 @@ bool BuildWalk::MayAsk(const Frame& frame) const {
 bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
   frame.askedEpoch = model.fileTimes.GetEpoch();
   Staleness staleness(model.types, model.fileTimes);
+  ahead.Begin(frame.askedEpoch);
   if (AreChildrenGood(frame)) {
-    staleness.AskForFiles(*frame.node, request.inquiry);
+    staleness.AskForFiles(*frame.node, request.inquiry, ahead);
   } else {
-    AskForSubtree(staleness, *frame.node, request.inquiry, SIZE_MAX);
+    AskForSubtree(staleness, *frame.node, request.inquiry, ahead, SIZE_MAX);
   }
+  ahead.Begin(frame.askedEpoch);  // the walk has come to all of these
   if ((model.types.FlagsOf(*frame.node) & kTypeApplication) != 0) {
     staleness.AskForParts(*frame.node, request.inquiry);
   }
@@ -214,9 +221,10 @@ bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
   std::size_t left = nodesAhead;
   for (auto outer = frames.rbegin() + 1; outer != frames.rend() && left > 0; ++outer) {
     for (std::size_t i = outer->next; i < outer->children.size() && left > 0; ++i) {
-      left -= std::min(left, AskForSubtree(staleness, *outer->children[i], request.inquiry, left));
+      left -= std::min(left,
+                       AskForSubtree(staleness, *outer->children[i], request.inquiry, ahead, left));
     }
-    if (left > 0) staleness.AskForFiles(*outer->node, request.inquiry);
+    if (left > 0) staleness.AskForFiles(*outer->node, request.inquiry, ahead);
   }
   nodesAhead = std::min(nodesAhead * 2, kMaxNodesAhead);
   request.kind = WalkRequest::Kind::Examine;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "build/FileTimes.h"
+#include "build/NodesAhead.h"
 #include "platform/automation/Variant.h"
 #include "project/ProjectModel.h"
 
@@ -106,6 +107,7 @@ class BuildWalk {
   std::uint64_t treeEpoch = 0;
   std::uint64_t publishedEpoch = 0;  // the whole tree below the start is published
   unsigned stepCount = 0;
+  NodesAhead ahead;
   std::size_t nodesAhead = 512;  // how far to look ahead for files to examine
   std::optional<Clock::time_point> currentDeadline;
 };

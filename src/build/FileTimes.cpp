@@ -1,7 +1,6 @@
 #include "build/FileTimes.h"
 
 #include <algorithm>
-#include <string>
 
 #include "platform/text/Hash.h"
 
@@ -9,8 +8,7 @@ namespace tarn {
 
 namespace {
 
-FileTimes::Time TimeOf(FileSystem& files, const std::string& path) {
-  const std::optional<FileStatus> status = files.Examine(path);
+FileTimes::Time TimeOf(const std::optional<FileStatus>& status) {
   return status ? FileTimes::Time(status->modifiedSeconds) : std::nullopt;
 }
 
@@ -20,32 +18,31 @@ std::size_t FileTimes::TextHash::operator()(std::string_view text) const {
   return static_cast<std::size_t>(HashBytes(text));
 }
 
-FileTimes::Known& FileTimes::Insert(std::string_view path) {
+FileTimes::Known& FileTimes::PlaceOf(std::string_view path) {
+  const auto there = store->entries.find(path);
+  if (there != store->entries.end()) return *there;
   auto* copy = static_cast<char*>(store->memory.allocate(path.size() + 1, 1));
-  std::copy(path.begin(), path.end(), copy);
+  *std::copy(path.begin(), path.end(), copy) = '\0';
   return *store->entries.try_emplace(std::string_view(copy, path.size())).first;
 }
 
 const FileTimes::Time* FileTimes::Find(const char* path) const {
   const auto entry = store->entries.find(path);
-  return entry != store->entries.end() && entry->second.isKnown ? &entry->second.time : nullptr;
+  return entry != store->entries.end() && entry->second.IsKnown() ? &entry->second.time : nullptr;
 }
 
 FileTimes::Time FileTimes::Get(const char* path) {
-  const auto there = store->entries.find(path);
-  if (there != store->entries.end() && there->second.isKnown) return there->second.time;
-  Entry& entry = there != store->entries.end() ? there->second : Insert(path).second;
-  entry = {true, TimeOf(files, path)};
-  return entry.time;
+  Look& look = PlaceOf(path).second;
+  if (!look.IsKnown()) look = {Look::State::Known, TimeOf(files.Examine(path))};
+  return look.time;
 }
 
 void FileTimes::Take(const Inquiry& inquiry) {
   if (inquiry.store != store) return;
-  for (std::size_t i = 0; i < inquiry.found.size(); ++i) {
-    inquiry.asked[i]->second = {true, inquiry.found[i]};
-  }
-  for (std::size_t i = inquiry.found.size(); i < inquiry.asked.size(); ++i) {
-    store->entries.erase(inquiry.asked[i]->first);
+  for (std::size_t i = 0; i < inquiry.asked.size(); ++i) {
+    Look& look = inquiry.asked[i]->second;
+    look.state = Look::State::Open;
+    if (i < inquiry.found.size()) look = {Look::State::Known, TimeOf(inquiry.found[i])};
   }
 }
 
@@ -54,22 +51,22 @@ void FileTimes::Forget() {
   if (!store->entries.empty()) store = std::make_shared<Store>();
 }
 
-bool FileTimes::Inquiry::Add(FileTimes& times, const char* path) {
-  if (times.store->entries.contains(path)) return false;
-  store = times.store;
-  asked.push_back(&times.Insert(path));
-  return true;
+const FileTimes::Look& FileTimes::Inquiry::Add(FileTimes& times, const char* path) {
+  Known& place = times.PlaceOf(path);
+  if (place.second.state == Look::State::Open) {
+    place.second.state = Look::State::Asked;
+    store = times.store;
+    asked.push_back(&place);
+  }
+  return place.second;
 }
 
 void FileTimes::Inquiry::Examine(FileSystem& files,
                                  std::chrono::steady_clock::time_point deadline) {
-  found.reserve(asked.size());
-  std::string path;
-  for (const Known* each : asked) {
-    path = each->first;
-    found.push_back(TimeOf(files, path));
-    if (std::chrono::steady_clock::now() >= deadline) break;
-  }
+  std::vector<const char*> paths;
+  paths.reserve(asked.size());
+  for (const Known* each : asked) paths.push_back(each->first.data());
+  found = files.ExamineMany(paths, deadline);
 }
 
 }  // namespace tarn

@@ -23,6 +23,15 @@ class FileTimes {
   // Seconds since 1970; nothing when the file cannot be examined.
   using Time = std::optional<std::int64_t>;
 
+  // What is known of one file. Stays where it is until the next Forget.
+  struct Look {
+    enum class State : std::uint8_t { Open, Asked, Known };
+    State state = State::Open;
+    Time time;
+
+    bool IsKnown() const { return state == State::Known; }
+  };
+
   class Inquiry;
 
   explicit FileTimes(FileSystem& fileSystem) : files(fileSystem) {}
@@ -41,21 +50,18 @@ class FileTimes {
   std::uint64_t GetEpoch() const { return epoch; }
 
  private:
-  struct Entry {
-    bool isKnown = false;  // otherwise in an inquiry
-    Time time;
-  };
   struct TextHash {
     std::size_t operator()(std::string_view text) const;
   };
   // All at once, since all is forgotten at once. An inquiry keeps the texts that it needs alive.
   struct Store {
     std::pmr::monotonic_buffer_resource memory;
-    std::pmr::unordered_map<std::string_view, Entry, TextHash> entries{&memory};
+    std::pmr::unordered_map<std::string_view, Look, TextHash> entries{&memory};
   };
-  using Known = std::pmr::unordered_map<std::string_view, Entry, TextHash>::value_type;
+  using Known = std::pmr::unordered_map<std::string_view, Look, TextHash>::value_type;
 
-  Known& Insert(std::string_view path);
+  // The place of the file, a new one if need be; its name is terminated.
+  Known& PlaceOf(std::string_view path);
 
   FileSystem& files;
   std::shared_ptr<Store> store = std::make_shared<Store>();
@@ -65,9 +71,9 @@ class FileTimes {
 // Files whose times are wanted, to be looked at in one go, wherever there is time for it.
 class FileTimes::Inquiry {
  public:
-  // Nobody has asked for the file yet since the last Forget, be it in another inquiry; then it is
-  // added. On the thread of `times`.
-  bool Add(FileTimes& times, const char* path);
+  // Adds the file unless somebody asked for it since the last Forget, be it in another inquiry, and
+  // gives the place of the answer. On the thread of `times`.
+  const Look& Add(FileTimes& times, const char* path);
   bool IsEmpty() const { return asked.empty(); }
   // Looks at one file at least, and at further ones until the time is up. On any thread, while no
   // other uses the inquiry.
@@ -78,7 +84,7 @@ class FileTimes::Inquiry {
 
   std::shared_ptr<Store> store;
   std::vector<Known*> asked;
-  std::vector<Time> found;  // as far as examined, in the order of `asked`
+  std::vector<std::optional<FileStatus>> found;  // as far as examined, in the order of `asked`
 };
 
 }  // namespace tarn

@@ -10,10 +10,44 @@ bool IsBlankAttr(const char* value) {
   return value == nullptr || *value == '\0';
 }
 
-std::int64_t LastBuiltOf(const CXmlNode& node) {
-  const char* text = node.GetAttrValue("LastBuilt");
+std::int64_t NumberOf(const char* text) {
   return text == nullptr ? 0 : ParseInt64(text).value_or(0);
 }
+
+std::int64_t LastBuiltOf(const CXmlNode& node) {
+  return NumberOf(node.GetAttrValue("LastBuilt"));
+}
+
+// What a node is judged by, read in one pass over its attributes.
+struct JudgedBy {
+  const char* outputFile = nullptr;
+  const char* path = nullptr;
+  const char* lastBuilt = nullptr;
+  const char* exclude = nullptr;
+
+  explicit JudgedBy(const CXmlNode& node) {
+    for (const CXmlAttr& attribute : node.Attributes()) {
+      const char** const place = PlaceOf(attribute.NameView());
+      if (place != nullptr && *place == nullptr) *place = attribute.ValueText();
+    }
+  }
+
+ private:
+  const char** PlaceOf(std::string_view name) {
+    switch (name.size()) {
+      case 4:
+        return name == "Path" ? &path : nullptr;
+      case 7:
+        return name == "Exclude" ? &exclude : nullptr;
+      case 9:
+        return name == "LastBuilt" ? &lastBuilt : nullptr;
+      case 10:
+        return name == "OutputFile" ? &outputFile : nullptr;
+      default:
+        return nullptr;
+    }
+  }
+};
 
 const CXmlNode* DependenciesOf(const CXmlNode& node) {
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
@@ -97,21 +131,37 @@ StaleVerdict Staleness::ExamineDependencies(const CXmlNode& node, std::int64_t o
   return {};
 }
 
-void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry) {
+void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, NodesAhead& ahead) {
   const std::uint32_t flags = types.FlagsOf(node);
-  const char* outputFile = node.GetAttrValue("OutputFile");
-  const bool isJudged = (flags & kTypeBuild) != 0 && !IsBlankAttr(outputFile) &&
-                        node.NameView() != "Group" && LastBuiltOf(node) != 0;
-  if (!isJudged) return;
-  inquiry.Add(times, outputFile);
+  if ((flags & kTypeBuild) == 0 || node.NameView() == "Group") return;
+  const JudgedBy by(node);
+  const std::int64_t lastBuilt = NumberOf(by.lastBuilt);
+  if (IsBlankAttr(by.outputFile) || lastBuilt == 0) return;
+  const FileTimes::Look& output = inquiry.Add(times, by.outputFile);
   if ((flags & kTypeApplication) != 0) return;
-  const char* path = node.GetAttrValue("Path");
-  if (!IsBlankAttr(path)) inquiry.Add(times, path);
-  const CXmlNode* dependencies = DependenciesOf(node);
+
+  bool isDecided = by.exclude == nullptr || std::string_view(by.exclude) != "Yes";
+  ahead.Add(node, lastBuilt);
+  ahead.AddFile(output);
+  const auto askFor = [&](const char* file) {
+    if (IsBlankAttr(file)) {
+      isDecided = false;
+    } else {
+      ahead.AddFile(inquiry.Add(times, file));
+    }
+  };
+  askFor(by.path);
+  const CXmlNode* dependencies = nullptr;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    const CXmlNode* child = node.GetChild(i);
+    if (child->NameView() == "Dependencies") dependencies = child;
+    if (IsContentNode(*child)) isDecided = false;
+  }
   for (int i = 0; dependencies != nullptr && i < dependencies->GetChildCount(); ++i) {
     const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
-    if (!IsBlankAttr(file)) inquiry.Add(times, file);
+    if (file != nullptr) askFor(file);
   }
+  if (!isDecided) ahead.DropLast();
 }
 
 void Staleness::AskForParts(const CXmlNode& application, FileTimes::Inquiry& inquiry) {

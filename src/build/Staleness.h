@@ -3,6 +3,7 @@
 #include <string>
 
 #include "build/FileTimes.h"
+#include "build/NodesAhead.h"
 #include "project/NodeTypes.h"
 #include "xml/XmlNode.h"
 
@@ -53,8 +54,9 @@ class Staleness {
   bool HasMissed() const { return hasMissed; }
 
   // Puts the files that IsUpToDateAlone may look at into an inquiry; for an application without
-  // those that it is made of, which may be many.
-  void AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry);
+  // those that it is made of, which may be many. A node that these files alone decide about is
+  // added to `ahead`.
+  void AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, NodesAhead& ahead);
   void AskForParts(const CXmlNode& application, FileTimes::Inquiry& inquiry);
 
  private:

@@ -66,6 +66,7 @@ CXmlNode* CProjectModel::PublishNode(CXmlNode* node, bool force) {
   CXmlNode* values = node->AddCData(propertyManager->GetValuesAsText("", "", ""));
   WriteMarker(*node, config);
   WriteDerivedAttributes(*node);
+  fileTimes.Forget();
   if (!IsNodeUpToDate(node)) {
     for (const char* name : {"LastBuilt", "Info"}) {
       if (CXmlAttr* attribute = node->GetAttr(name)) node->RemoveAttr(attribute);

@@ -219,6 +219,7 @@ void CProjectModel::NoteUnpublished() {
   ++publishEpoch;
   ++outputEpoch;
   ForgetKeptTexts();
+  fileTimes.Forget();  // and with them what a walk knows of the nodes ahead
 }
 
 }  // namespace tarn

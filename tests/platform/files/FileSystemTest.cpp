@@ -98,6 +98,12 @@ TEST_P(FileSystemTest, NamesOfOtherCaseAreFoundOnlyWhenOneIsMeant) {
                 row.bytes == nullptr ? ErrorCode::NotFound : ErrorCode::None);
       EXPECT_EQ(files->Exists(row.path), row.bytes != nullptr);
       EXPECT_EQ(files->Examine(row.path).has_value(), row.bytes != nullptr);
+      // Many in one folder, which is held open from some file on.
+      const std::vector<const char*> same(10, row.path.c_str());
+      const auto found = files->ExamineMany(same, std::chrono::steady_clock::time_point::max());
+      ASSERT_EQ(found.size(), same.size());
+      for (const auto& each : found) EXPECT_EQ(each.has_value(), row.bytes != nullptr);
+      EXPECT_EQ(files->ExamineMany(same, {}).size(), 1U);
     }
   }
 }

@@ -62,7 +62,7 @@ std::string List(const std::string& folder, const std::string& name,
 
 }  // namespace
 
-bool NameLookup::IsPlain(const std::string& path) {
+bool NameLookup::IsPlain(std::string_view path) {
   if (path.empty() || HasDrive(path)) return false;
   return std::none_of(path.begin(), path.end(), [](char c) { return c == '\\' || IsControl(c); });
 }

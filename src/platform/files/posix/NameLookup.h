@@ -11,6 +11,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -38,7 +39,7 @@ class NameLookup {
   explicit NameLookup(DriveLoader driveLoader) : loadDrives(std::move(driveLoader)) {}
 
   // The path is a name of the machine as it stands: no drive, no backslash, no control byte.
-  static bool IsPlain(const std::string& path);
+  static bool IsPlain(std::string_view path);
 
   // Calls `attempt` with the exact name and, when that answers less than 0 with ENOENT, with the
   // one other spelling that is there. Its last answer, or the reason for none.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "platform/Result.h"
 
@@ -19,8 +20,11 @@ Error ErrorOf(ErrorCode code, const std::string& text, const std::string& place)
 class Descriptor {
  public:
   explicit Descriptor(int openFile = -1) : number(openFile) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
+  Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number, other.number);  // the other one closes what this one had
+    return *this;
+  }
   ~Descriptor() { (void)Close(); }
 
   int Get() const { return number; }

@@ -14,6 +14,7 @@
 #include <stdexcept>
 
 #include "platform/files/posix/AtomicWrite.h"
+#include "platform/files/posix/FolderHandles.h"
 #include "platform/files/posix/PosixError.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -96,6 +97,23 @@ std::optional<FileStatus> PosixFileSystem::Examine(const std::string& path) {
     return std::nullopt;
   }
   return StatusOf(info);
+}
+
+std::vector<std::optional<FileStatus>> PosixFileSystem::ExamineMany(
+    std::span<const char* const> paths, std::chrono::steady_clock::time_point deadline) {
+  std::vector<std::optional<FileStatus>> found;
+  found.reserve(paths.size());
+  posix::FolderHandles folders;
+  struct stat info {};
+  for (const char* path : paths) {
+    if (posix::NameLookup::IsPlain(path) && folders.Stat(path, info) == 0) {
+      found.push_back(S_ISREG(info.st_mode) ? std::optional(StatusOf(info)) : std::nullopt);
+    } else {
+      found.push_back(Examine(path));  // there may be another spelling
+    }
+    if (std::chrono::steady_clock::now() >= deadline) break;
+  }
+  return found;
 }
 
 bool PosixFileSystem::IsReadOnly(const std::string& path) {

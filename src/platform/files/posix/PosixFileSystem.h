@@ -15,6 +15,8 @@ class PosixFileSystem : public FileSystem {
   bool IsFolder(const std::string& path) override;
   // For a plain path one system call, no lock and no allocation, as long as the name is exact.
   std::optional<FileStatus> Examine(const std::string& path) override;
+  std::vector<std::optional<FileStatus>> ExamineMany(
+      std::span<const char* const> paths, std::chrono::steady_clock::time_point deadline) override;
   bool IsReadOnly(const std::string& path) override;
   Result<std::string> ReadWholeFile(const std::string& path) override;
   Status WriteWholeFile(const std::string& path, std::string_view bytes) override;

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "build/FileTimes.h"
+#include "xml/XmlNode.h"
+
+namespace tarn {
+
+// Nodes that were looked at when their files were asked for, in the order in which the walk comes
+// to them. Most turn out to be good, and that shows from what was kept here: a large tree does not
+// lie in the processor's cache, so a second look at a node costs as much as one at its file.
+//
+// Holds while the epoch of the file times stands still, which whoever changes a node ends.
+class NodesAhead {
+ public:
+  // Starts anew.
+  void Begin(std::uint64_t timesEpoch) {
+    epoch = timesEpoch;
+    nodes.clear();
+    files.clear();
+    next = 0;
+  }
+  // A node without nodes of its own that has to be judged by its files.
+  void Add(const CXmlNode& node, std::int64_t lastBuilt) {
+    nodes.push_back({&node, lastBuilt, files.size()});
+  }
+  // A file of the node that was added last: first its output, then what that was made from.
+  void AddFile(const FileTimes::Look& look) { files.push_back(&look); }
+  // The node added last needs more than this to be judged.
+  void DropLast() {
+    files.resize(nodes.back().firstFile);
+    nodes.pop_back();
+  }
+
+  // Whether the node is the next one and certainly up to date; the next one is taken off then, as
+  // well as when it is not good.
+  bool TakeGood(const CXmlNode& node, std::uint64_t timesEpoch) {
+    if (timesEpoch != epoch || next == nodes.size() || nodes[next].node != &node) return false;
+    const std::size_t first = nodes[next].firstFile;
+    const std::int64_t lastBuilt = nodes[next].lastBuilt;
+    const std::size_t end = ++next == nodes.size() ? files.size() : nodes[next].firstFile;
+    // In the rules' own words (Staleness): the output has exactly the time that its tool reported,
+    // and nothing that it was made from is missing or later.
+    for (std::size_t i = first; i < end; ++i) {
+      const FileTimes::Look& look = *files[i];
+      if (!look.IsKnown() || !look.time) return false;
+      if (i == first ? *look.time != lastBuilt : *look.time > lastBuilt) return false;
+    }
+    return true;
+  }
+
+ private:
+  struct Node {
+    const CXmlNode* node;
+    std::int64_t lastBuilt;
+    std::size_t firstFile;
+  };
+
+  std::uint64_t epoch = 0;
+  std::vector<Node> nodes;
+  std::vector<const FileTimes::Look*> files;
+  std::size_t next = 0;
+};
+
+}  // namespace tarn
