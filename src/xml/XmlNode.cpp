@@ -11,6 +11,25 @@ namespace tarn {
 static_assert(sizeof(void*) != 8 || (sizeof(CXmlNode) == 56 && sizeof(CXmlAttr) == 24),
               "large projects hold some hundred thousand of these");
 
+namespace {
+
+// Attributes that are added later lie in pages of the thread that adds them: a node mostly gets
+// several in a row, and whoever looks for one of them passes the others. The pages are small, since
+// one attribute keeps a whole page.
+constexpr std::size_t kLatePage = 4096;
+
+// Stands in front of such an attribute.
+struct alignas(CXmlAttr) LateHead {
+  std::uint16_t pageOffset;
+};
+
+XmlPages& LatePages() {
+  thread_local XmlPages pages(kLatePage);
+  return pages;
+}
+
+}  // namespace
+
 // --- Attributes ---
 
 CXmlAttr::~CXmlAttr() {
@@ -74,7 +93,9 @@ CXmlAttr* CXmlNode::AddAttr(XmlArg attrName, XmlArg attrValue) {
 CXmlAttr* CXmlNode::AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue) {
   // The value lies behind the record, in one piece with it.
   const std::string_view text = attrValue.View().substr(0, attrValue.View().find('\0'));
-  void* memory = ::operator new(sizeof(CXmlAttr) + text.size() + 2);
+  const XmlPages::Place page =
+      LatePages().Take(sizeof(LateHead) + sizeof(CXmlAttr) + text.size() + 2);
+  void* memory = new (page.memory) LateHead{page.offset} + 1;
   char* place = static_cast<char*>(memory) + sizeof(CXmlAttr) + 1;
   std::copy(text.begin(), text.end(), place);
   EndTextInside(place, text.size());
@@ -112,7 +133,9 @@ bool CXmlNode::IsOwnRecord(const CXmlAttr* attr) const {
 
 void CXmlNode::DestroyAttr(CXmlAttr* attr) {
   attr->~CXmlAttr();
-  if (!IsOwnRecord(attr)) ::operator delete(attr);
+  if (IsOwnRecord(attr)) return;
+  LateHead* head = reinterpret_cast<LateHead*>(attr) - 1;
+  XmlPages::Release(head, head->pageOffset, sizeof(LateHead) + sizeof(CXmlAttr));
 }
 
 void CXmlNode::DestroyAttrs() {

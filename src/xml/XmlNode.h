@@ -21,8 +21,9 @@
 //
 // Memory. A node that was read or copied is one piece of memory: the node, behind it its attribute
 // records, behind them the texts. The pieces of one tree lie in pages that they share; a page goes
-// with the last node in it. What is changed or added later gets memory of its own. Addresses of
-// nodes and attributes never change while they exist.
+// with the last node in it. Attributes that are added later share pages, too; other things that are
+// changed or added get memory of their own. Addresses of nodes and attributes never change while
+// they exist.
 namespace tarn {
 
 class CXmlNode;

@@ -22,9 +22,6 @@ namespace {
 
 // The first page is made for one node, since many trees are no more; the others grow with the tree.
 constexpr std::size_t kSecondPage = 512;
-constexpr std::size_t kLargestPage = 256 * 1024;
-// A node of this size would waste much of the page that it doesn't fit in.
-constexpr std::size_t kLarge = kLargestPage / 4;
 
 // The head of a page. While the page is being filled the count is too large by kOpen, so that it
 // can't go under nodes that are still to come.
@@ -47,13 +44,14 @@ char* NewPage(std::size_t size, std::uint32_t nodes) {
 
 XmlPages::Place XmlPages::TakeFromNew(std::size_t bytes) {
   constexpr auto firstOffset = static_cast<std::uint16_t>(kHead / kUnit);
-  if (bytes >= kLarge) return {NewPage(kHead + bytes, 1) + kHead, firstOffset};
+  // One of this size would waste much of the page that it doesn't fit in.
+  if (bytes >= largest / 4) return {NewPage(kHead + bytes, 1) + kHead, firstOffset};
   ClosePage();
   const std::size_t size = std::max(nextSize, kHead + bytes);
   page = NewPage(size, Page::kOpen);
   next = page + kHead;
   end = page + size;
-  nextSize = std::clamp(nextSize * 2, kSecondPage, kLargestPage);
+  nextSize = std::clamp(nextSize * 2, kSecondPage, largest);
   return Take(bytes);
 }
 

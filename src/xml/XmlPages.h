@@ -6,10 +6,10 @@
 
 namespace tarn {
 
-// Memory for the nodes of one read or copied tree. They lie side by side in pages, so that a node
-// costs neither a call to the heap nor the heap's own bytes. A page goes with the last node in it,
-// wherever the nodes were moved meanwhile and whichever threads free them. Inside the xml folder
-// only.
+// Memory for the nodes of one read or copied tree, or for attributes that come later. They lie side
+// by side in pages, so that a node costs neither a call to the heap nor the heap's own bytes. A
+// page goes with the last node in it, wherever the nodes were moved meanwhile and whichever threads
+// free them. Inside the xml folder only.
 class XmlPages {
  public:
   // Where a node lies: `offset` leads back to its page and is what Release wants.
@@ -18,7 +18,8 @@ class XmlPages {
     std::uint16_t offset;
   };
 
-  XmlPages() = default;
+  // The pages grow up to `largestPage` bytes.
+  explicit XmlPages(std::size_t largestPage = 256 * 1024) : largest(largestPage) {}
   XmlPages(const XmlPages&) = delete;
   XmlPages& operator=(const XmlPages&) = delete;
   ~XmlPages() { ClosePage(); }
@@ -41,6 +42,7 @@ class XmlPages {
   Place TakeFromNew(std::size_t bytes);
   void ClosePage();
 
+  std::size_t largest;
   char* page = nullptr;
   char* next = nullptr;
   char* end = nullptr;
