@@ -135,6 +135,8 @@ void CProjectModel::ApplyStoredOptions(CXmlNode& node, const std::string& config
 // The stored options of a node as text, empty without any. Kept, since many nodes are published
 // with the options of the same few ancestors, and these can have very many children.
 const std::string& CProjectModel::TextOfOptions(const CXmlNode& owner) {
+  static const std::string kNone;
+  if (owner.GetChildCount() == 0) return kNone;
   const auto [kept, isNew] = optionTexts.try_emplace(&owner);
   const CXmlNode* options = isNew ? owner.FindChild("Options") : nullptr;
   if (options != nullptr) kept->second = options->ToString(g_xmlDisplayOptions);
