@@ -7,10 +7,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <map>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -28,7 +31,9 @@ namespace fs = std::filesystem;
 using tarn::bench::Median;
 using tarn::bench::SecondsOf;
 
-constexpr int kRounds = 3;
+constexpr int kCounts[] = {1000, 10'000, 50'000};  // files
+constexpr int kRounds = 5;
+constexpr int kWalks = 3;  // in each of them
 constexpr int kHeaders = 100;
 constexpr int kHeadersPerFile = 3;
 
@@ -232,8 +237,10 @@ void Measure(const Project& project, bool withTools, Times& times) {
   const auto count = static_cast<double>(project.count);
   times.publish.push_back(host.Publish() / count);
   times.report.push_back(host.Report() / count);
-  const double floor = host.StatEachFile();
-  times.walkRatio.push_back(host.Run(tarn::host::kCmdBuildAll) / floor);
+  for (int i = 0; i < kWalks; ++i) {
+    const double floor = host.StatEachFile();
+    times.walkRatio.push_back(host.Run(tarn::host::kCmdBuildAll) / floor);
+  }
   if (host.tools.seconds > 0) throw std::runtime_error("a tool ran");
   if (!withTools) return;
   const double seconds = host.Run(tarn::host::kCmdRebuildAll);
@@ -242,10 +249,11 @@ void Measure(const Project& project, bool withTools, Times& times) {
 
 void Print(std::map<int, Times>& all) {
   for (auto& [count, times] : all) {
-    std::printf("%6d files: publish %.1f us, report %.1f us, around a tool %.1f us\n", count,
-                Median(times.publish) * 1e6, Median(times.report) * 1e6,
-                times.tool.empty() ? 0 : Median(times.tool) * 1e6);
+    std::printf("%6d files: publish %.1f us, report %.1f us, around a tool %.1f us, walk %.2f\n",
+                count, Median(times.publish) * 1e6, Median(times.report) * 1e6,
+                times.tool.empty() ? 0 : Median(times.tool) * 1e6, Median(times.walkRatio));
   }
+  if (all.size() < std::size(kCounts)) return;
   const auto grows = [&](std::vector<double> Times::*of, int count) {
     return Median(all[count].*of) / Median(all[1000].*of);
   };
@@ -262,13 +270,19 @@ void Print(std::map<int, Times>& all) {
 
 }  // namespace
 
-int main() {
+// Argument: the one number of files to measure, without ratios to others.
+int main(int argc, char** argv) {
+  const int only = argc > 1 ? std::atoi(argv[1]) : 0;
   try {
     std::map<int, Times> all;
-    for (const int count : {1000, 10'000, 50'000}) {
-      const Project project(count);
-      for (int round = 0; round < kRounds; ++round) {
-        Measure(project, count < 50'000, all[count]);
+    std::vector<std::unique_ptr<Project>> projects;
+    for (const int count : kCounts) {
+      if (only == 0 || count == only) projects.push_back(std::make_unique<Project>(count));
+    }
+    // In turns, so that what else goes on meets all of them.
+    for (int round = 0; round < kRounds; ++round) {
+      for (const auto& project : projects) {
+        Measure(*project, project->count < 50'000, all[project->count]);
       }
     }
     Print(all);

@@ -1,5 +1,7 @@
 #include "build/BuildWalk.h"
 
+#include <algorithm>
+
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -9,9 +11,15 @@ namespace tarn {
 
 namespace {
 
-constexpr std::size_t kMaxNodesAhead = 2048;
+constexpr std::size_t kMaxNodesAhead = 512;
 constexpr std::uint64_t kNeverEpoch = UINT64_MAX;
 constexpr unsigned kStepsPerLook = 16;
+
+// Nothing when one of the two is nothing.
+std::optional<std::int64_t> Later(const std::optional<std::int64_t>& a,
+                                  const std::optional<std::int64_t>& b) {
+  return a && b ? std::optional(std::max(*a, *b)) : std::nullopt;
+}
 
 // About the nodes of the subtree, at most `limit` of them; gives how many.
 std::size_t AskForSubtree(Staleness& staleness, const CXmlNode& node, FileTimes::Inquiry& inquiry,
@@ -100,6 +108,8 @@ bool BuildWalk::Step(WalkRequest& request) {
 }
 
 bool BuildWalk::Return(bool success, bool isGood) {
+  const std::optional<std::int64_t> newest =
+      isGood && success ? NewestOutputOf(frames.back()) : std::nullopt;
   frames.pop_back();
   if (frames.empty()) {
     succeeded = success;
@@ -107,6 +117,7 @@ bool BuildWalk::Return(bool success, bool isGood) {
   }
   Frame& parent = frames.back();
   if (!isGood) parent.childrenGood = false;
+  parent.newestOutput = Later(parent.newestOutput, newest);
   if (!success) return Return(false, false);  // nothing above a failure is processed
   return true;
 }
@@ -165,8 +176,9 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
     return true;
   }
   CXmlNode* child = frame.children[frame.next++];
-  if (ahead.TakeGood(*child, model.fileTimes.GetEpoch()) &&
-      model.GetBuildState() != StateStopRequested) {
+  const auto output = ahead.TakeGood(*child, model.fileTimes.GetEpoch());
+  if (output && model.GetBuildState() != StateStopRequested) {
+    frame.newestOutput = Later(frame.newestOutput, output);
     return true;
   }
   frames.emplace_back(child);  // invalidates `frame`
@@ -179,13 +191,32 @@ bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
   if (mode == ModeBuild) {
     Staleness staleness(model.types, model.fileTimes,
                         MayAsk(frame) ? Staleness::Unknown::Miss : Staleness::Unknown::Examine);
-    const bool isUpToDate =
-        AreChildrenGood(frame) ? staleness.IsUpToDateAlone(node) : staleness.IsUpToDate(&node);
+    const bool isUpToDate = IsUpToDate(frame, staleness);
     if (staleness.HasMissed()) return !AskForTimes(frame, request);
     if (isUpToDate) return Return(true, true);
   }
   frame.stage = Stage::Translate;
   return true;
+}
+
+bool BuildWalk::IsUpToDate(const Frame& frame, Staleness& staleness) const {
+  if (!AreChildrenGood(frame)) return staleness.IsUpToDate(frame.node);
+  // No later than the latest of more files than an application is made of: that is all of them
+  // looked at already. Otherwise each is asked for by its name.
+  return (frame.newestOutput && staleness.IsUpToDateSince(*frame.node, *frame.newestOutput)) ||
+         staleness.IsUpToDateAlone(*frame.node);
+}
+
+// The latest output of a node that is up to date, what lies below it included.
+std::optional<std::int64_t> BuildWalk::NewestOutputOf(const Frame& frame) const {
+  const CXmlNode& node = *frame.node;
+  if (IsExactlyYes(node, "Exclude")) return INT64_MIN;
+  const std::uint32_t flags = model.types.FlagsOf(node);
+  const bool isJudged = (flags & kTypeBuild) != 0 && node.NameView() != "Group";
+  if (isJudged) return Later(frame.newestOutput, Staleness::LastBuiltOf(node));
+  const char* outputFile = node.GetAttrValue("OutputFile");
+  const bool hasOutput = outputFile != nullptr && *outputFile != '\0';
+  return hasOutput ? std::nullopt : frame.newestOutput;
 }
 
 bool BuildWalk::AreChildrenGood(const Frame& frame) const {
@@ -201,6 +232,7 @@ bool BuildWalk::MayAsk(const Frame& frame) const {
 // For the files that the frame's node is judged by, and those of the nodes that come next, so that
 // a walk over an up-to-date tree changes threads once in hundreds of nodes.
 bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
+  const bool hasAsked = frame.askedEpoch == model.fileTimes.GetEpoch();
   frame.askedEpoch = model.fileTimes.GetEpoch();
   Staleness staleness(model.types, model.fileTimes);
   ahead.Begin(frame.askedEpoch);
@@ -210,7 +242,9 @@ bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
     AskForSubtree(staleness, *frame.node, request.inquiry, ahead, SIZE_MAX);
   }
   ahead.Begin(frame.askedEpoch);  // the walk has come to all of these
-  if ((model.types.FlagsOf(*frame.node) & kTypeApplication) != 0) {
+  // Mostly the parts have been looked at, and what is missing is the application's own output.
+  const bool needsParts = hasAsked || !AreChildrenGood(frame) || !frame.newestOutput;
+  if (needsParts && (model.types.FlagsOf(*frame.node) & kTypeApplication) != 0) {
     staleness.AskForParts(*frame.node, request.inquiry);
   }
   if (request.inquiry.IsEmpty()) {  // a path that nobody can ask for

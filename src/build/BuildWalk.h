@@ -71,8 +71,11 @@ class BuildWalk {
     Stage stage;
     std::vector<CXmlNode*> children;  // a copy: a reordering host does no harm
     std::size_t next = 0;
-    bool childrenGood = true;      // each child was found up to date
-    std::uint64_t goodEpoch = 0;   // with file times of this epoch
+    bool childrenGood = true;     // each child was found up to date
+    std::uint64_t goodEpoch = 0;  // with file times of this epoch
+    // When each child was good: the latest of the outputs below, nothing when one of a kind is
+    // among them that only the tree itself tells about.
+    std::optional<std::int64_t> newestOutput = INT64_MIN;
     std::uint64_t askedEpoch = 0;  // of the file times when the node last asked for some
   };
 
@@ -90,6 +93,8 @@ class BuildWalk {
   bool AreChildrenGood(const Frame& frame) const;
   bool MayAsk(const Frame& frame) const;
   bool AskForTimes(Frame& frame, WalkRequest& request);
+  bool IsUpToDate(const Frame& frame, Staleness& staleness) const;
+  std::optional<std::int64_t> NewestOutputOf(const Frame& frame) const;
   // The frame's node is dealt with: its parent goes on.
   bool Return(bool success, bool isGood);
   bool IsOver(const std::optional<Clock::time_point>& deadline) const;

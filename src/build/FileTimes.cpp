@@ -1,6 +1,7 @@
 #include "build/FileTimes.h"
 
 #include <algorithm>
+#include <new>
 
 #include "platform/text/Hash.h"
 
@@ -14,25 +15,52 @@ FileTimes::Time TimeOf(const std::optional<FileStatus>& status) {
 
 }  // namespace
 
-std::size_t FileTimes::TextHash::operator()(std::string_view text) const {
-  return static_cast<std::size_t>(HashBytes(text));
+std::size_t FileTimes::Store::PlaceOf(std::string_view path, std::uint64_t hash) const {
+  const std::size_t mask = places.size() - 1;
+  std::size_t place = static_cast<std::size_t>(hash) & mask;
+  while (const Known* known = places[place]) {
+    if (known->hash == hash && std::string_view(known->Path(), known->length) == path) break;
+    place = (place + 1) & mask;
+  }
+  return place;
 }
 
-FileTimes::Known& FileTimes::PlaceOf(std::string_view path) {
-  const auto there = store->entries.find(path);
-  if (there != store->entries.end()) return *there;
-  auto* copy = static_cast<char*>(store->memory.allocate(path.size() + 1, 1));
-  *std::copy(path.begin(), path.end(), copy) = '\0';
-  return *store->entries.try_emplace(std::string_view(copy, path.size())).first;
+FileTimes::Known* FileTimes::Store::Find(std::string_view path) const {
+  return places[PlaceOf(path, HashBytes(path))];
+}
+
+FileTimes::Known& FileTimes::Store::FindOrAdd(std::string_view path) {
+  const std::uint64_t hash = HashBytes(path);
+  Known*& place = places[PlaceOf(path, hash)];
+  if (place != nullptr) return *place;
+  void* piece = memory.allocate(sizeof(Known) + path.size() + 1, alignof(Known));
+  Known* const added = new (piece) Known{{}, hash, path.size()};
+  char* const text = reinterpret_cast<char*>(added + 1);
+  *std::copy(path.begin(), path.end(), text) = '\0';
+  place = added;
+  if (++count * 2 > places.size()) Grow();
+  return *added;
+}
+
+void FileTimes::Store::Grow() {
+  std::vector<Known*> old(places.size() * 4);
+  old.swap(places);
+  const std::size_t mask = places.size() - 1;
+  for (Known* known : old) {
+    if (known == nullptr) continue;
+    std::size_t place = static_cast<std::size_t>(known->hash) & mask;
+    while (places[place] != nullptr) place = (place + 1) & mask;
+    places[place] = known;
+  }
 }
 
 const FileTimes::Time* FileTimes::Find(const char* path) const {
-  const auto entry = store->entries.find(path);
-  return entry != store->entries.end() && entry->second.IsKnown() ? &entry->second.time : nullptr;
+  const Known* known = store->Find(path);
+  return known != nullptr && known->look.IsKnown() ? &known->look.time : nullptr;
 }
 
 FileTimes::Time FileTimes::Get(const char* path) {
-  Look& look = PlaceOf(path).second;
+  Look& look = store->FindOrAdd(path).look;
   if (!look.IsKnown()) look = {Look::State::Known, TimeOf(files.Examine(path))};
   return look.time;
 }
@@ -40,7 +68,7 @@ FileTimes::Time FileTimes::Get(const char* path) {
 void FileTimes::Take(const Inquiry& inquiry) {
   if (inquiry.store != store) return;
   for (std::size_t i = 0; i < inquiry.asked.size(); ++i) {
-    Look& look = inquiry.asked[i]->second;
+    Look& look = inquiry.asked[i]->look;
     look.state = Look::State::Open;
     if (i < inquiry.found.size()) look = {Look::State::Known, TimeOf(inquiry.found[i])};
   }
@@ -48,24 +76,24 @@ void FileTimes::Take(const Inquiry& inquiry) {
 
 void FileTimes::Forget() {
   ++epoch;
-  if (!store->entries.empty()) store = std::make_shared<Store>();
+  if (!store->IsEmpty()) store = std::make_shared<Store>();
 }
 
 const FileTimes::Look& FileTimes::Inquiry::Add(FileTimes& times, const char* path) {
-  Known& place = times.PlaceOf(path);
-  if (place.second.state == Look::State::Open) {
-    place.second.state = Look::State::Asked;
+  Known& known = times.store->FindOrAdd(path);
+  if (known.look.state == Look::State::Open) {
+    known.look.state = Look::State::Asked;
     store = times.store;
-    asked.push_back(&place);
+    asked.push_back(&known);
   }
-  return place.second;
+  return known.look;
 }
 
 void FileTimes::Inquiry::Examine(FileSystem& files,
                                  std::chrono::steady_clock::time_point deadline) {
   std::vector<const char*> paths;
   paths.reserve(asked.size());
-  for (const Known* each : asked) paths.push_back(each->first.data());
+  for (const Known* each : asked) paths.push_back(each->Path());
   found = files.ExamineMany(paths, deadline);
 }
 

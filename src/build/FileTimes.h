@@ -6,7 +6,6 @@
 #include <memory_resource>
 #include <optional>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/files/FileSystem.h"
@@ -50,18 +49,31 @@ class FileTimes {
   std::uint64_t GetEpoch() const { return epoch; }
 
  private:
-  struct TextHash {
-    std::size_t operator()(std::string_view text) const;
-  };
-  // All at once, since all is forgotten at once. An inquiry keeps the texts that it needs alive.
-  struct Store {
-    std::pmr::monotonic_buffer_resource memory;
-    std::pmr::unordered_map<std::string_view, Look, TextHash> entries{&memory};
-  };
-  using Known = std::pmr::unordered_map<std::string_view, Look, TextHash>::value_type;
+  // A file and what is known of it, in one piece with its terminated path.
+  struct Known {
+    Look look;
+    std::uint64_t hash = 0;
+    std::size_t length = 0;
 
-  // The place of the file, a new one if need be; its name is terminated.
-  Known& PlaceOf(std::string_view path);
+    const char* Path() const { return reinterpret_cast<const char*>(this + 1); }
+  };
+  // All at once, since all is forgotten at once. An inquiry keeps what it needs alive.
+  class Store {
+   public:
+    Store() : places(256) {}
+    bool IsEmpty() const { return count == 0; }
+    Known* Find(std::string_view path) const;
+    // Makes one that isn't known at all when there is none.
+    Known& FindOrAdd(std::string_view path);
+
+   private:
+    std::size_t PlaceOf(std::string_view path, std::uint64_t hash) const;
+    void Grow();
+
+    std::pmr::monotonic_buffer_resource memory;
+    std::vector<Known*> places;  // a power of two, at most half of them taken
+    std::size_t count = 0;
+  };
 
   FileSystem& files;
   std::shared_ptr<Store> store = std::make_shared<Store>();

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "build/FileTimes.h"
@@ -35,10 +36,10 @@ class NodesAhead {
     nodes.pop_back();
   }
 
-  // Whether the node is the next one and certainly up to date; the next one is taken off then, as
-  // well as when it is not good.
-  bool TakeGood(const CXmlNode& node, std::uint64_t timesEpoch) {
-    if (timesEpoch != epoch || next == nodes.size() || nodes[next].node != &node) return false;
+  // When the node is the next one and certainly up to date: the time of its output. The next one is
+  // taken off then, as well as when it is not good.
+  std::optional<std::int64_t> TakeGood(const CXmlNode& node, std::uint64_t timesEpoch) {
+    if (timesEpoch != epoch || next == nodes.size() || nodes[next].node != &node) return {};
     const std::size_t first = nodes[next].firstFile;
     const std::int64_t lastBuilt = nodes[next].lastBuilt;
     const std::size_t end = ++next == nodes.size() ? files.size() : nodes[next].firstFile;
@@ -46,10 +47,10 @@ class NodesAhead {
     // and nothing that it was made from is missing or later.
     for (std::size_t i = first; i < end; ++i) {
       const FileTimes::Look& look = *files[i];
-      if (!look.IsKnown() || !look.time) return false;
-      if (i == first ? *look.time != lastBuilt : *look.time > lastBuilt) return false;
+      if (!look.IsKnown() || !look.time) return {};
+      if (i == first ? *look.time != lastBuilt : *look.time > lastBuilt) return {};
     }
-    return true;
+    return lastBuilt;
   }
 
  private:

@@ -14,10 +14,6 @@ std::int64_t NumberOf(const char* text) {
   return text == nullptr ? 0 : ParseInt64(text).value_or(0);
 }
 
-std::int64_t LastBuiltOf(const CXmlNode& node) {
-  return NumberOf(node.GetAttrValue("LastBuilt"));
-}
-
 // What a node is judged by, read in one pass over its attributes.
 struct JudgedBy {
   const char* outputFile = nullptr;
@@ -73,6 +69,19 @@ bool Staleness::IsUpToDateAlone(const CXmlNode& node) {
   // Saves a look at the disk for everything that was never built; the answer is the same.
   if (LastBuiltOf(node) == 0) return false;
   return !Examine(node);
+}
+
+bool Staleness::IsUpToDateSince(const CXmlNode& node, std::int64_t newest) {
+  if ((types.FlagsOf(node) & kTypeApplication) == 0) return false;
+  const char* outputFile = node.GetAttrValue("OutputFile");
+  const FileTimes::Time* output = IsBlankAttr(outputFile) ? nullptr : times.Find(outputFile);
+  const std::int64_t lastBuilt = LastBuiltOf(node);
+  return output != nullptr && *output && **output == lastBuilt && lastBuilt != 0 &&
+         newest <= lastBuilt;
+}
+
+std::int64_t Staleness::LastBuiltOf(const CXmlNode& node) {
+  return NumberOf(node.GetAttrValue("LastBuilt"));
 }
 
 FileTimes::Time Staleness::TimeOf(const char* path) {

@@ -48,6 +48,11 @@ class Staleness {
   bool IsUpToDate(const CXmlNode* node);
   // The same for a node whose children are known to be good.
   bool IsUpToDateAlone(const CXmlNode& node);
+  // The same for an application when every file that it is made of exists and is no later than
+  // `newest`; false also when the files themselves have to be asked.
+  bool IsUpToDateSince(const CXmlNode& node, std::int64_t newest);
+  // The time that the tool reported for the node's output; 0 when none did.
+  static std::int64_t LastBuiltOf(const CXmlNode& node);
   // The rules of the node itself.
   StaleVerdict Examine(const CXmlNode& node);
 

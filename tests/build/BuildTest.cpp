@@ -67,6 +67,28 @@ TEST(Build, AnUpToDateTreeIsExaminedOnceAFile) {
                                     "examine /p/c.o", "examine /p/demo.elf"));
 }
 
+TEST(Build, APartThatIsLaterThanTheWholeCountsOnlyWhenItIsLinked) {
+  for (const bool isLinked : {true, false}) {
+    BuildWorld world;
+    world.Open();
+    world.Node("a.c")->SetAttrValue("LinkExclude", isLinked ? "" : "Yes");
+    world.Build(kWorkerBuildAll);
+    world.TakeRuns();
+    // Made by somebody else, and reported as what it is now.
+    world.Touch("/p/a.o");
+    world.model->SetBuildInfo(
+        "", ("<I><F Header=\"/p/a.o\" Infos=\"\" Date=\"" +
+             std::to_string(world.disk.ModifiedOf("/p/a.o").value_or(0)) + "\" /></I>")
+                .c_str());
+    world.Build(kWorkerBuildAll);
+    if (isLinked) {
+      EXPECT_THAT(world.TakeRuns(), ElementsAre("ld a.o b.o c.o"));
+    } else {
+      EXPECT_THAT(world.TakeRuns(), IsEmpty());
+    }
+  }
+}
+
 TEST(Build, CleanDeletesProductsAndTheDebugDatabase) {
   BuildWorld world;
   world.Open();
