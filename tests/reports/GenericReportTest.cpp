@@ -71,6 +71,9 @@ TEST_F(GenericReport, ADefinitionGivesItsColumns) {
        "<Col Header='c'/>",
        "a/a 50 auto\n", "show: Resource not found []"},
       {"NbCol='1'><Col Type='PT_ICON' Header='i'/>", "", "show: Resource not found []"},
+      {"NbCol='2'><Col Type='PT_BOOL' Header='a' sizeCache='-9'/>"
+       "<Col Type='PT_BOOL' Header='b' sizeCache='2000000000'/>",
+       "a/a 0 sort\nb/b 32767 sort\n", ""},
       {"NbCol='1'><Col Type='OTHER' Header='i' sizeCache='DD' Edit='1' Icon='/r/none.bmp'/>",
        "i/i 50 auto\n", ""},
   };

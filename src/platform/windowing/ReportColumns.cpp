@@ -6,7 +6,8 @@
 namespace tarn {
 
 void CReportColumn::SetWidth(int pixels) {
-  if (pixels < 0 || pixels == width) return;
+  pixels = std::clamp(pixels, 0, kMaxWidth);
+  if (pixels == width) return;
   width = pixels;
   Changed();
 }

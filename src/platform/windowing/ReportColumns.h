@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
@@ -14,13 +15,15 @@ enum class ReportAlignment : int { Left = 0, Center = 1, Right = 2 };
 class CReportColumn {
  public:
   static constexpr int kNoIcon = -1;
+  // A width that is read from a file may be anything.
+  static constexpr int kMaxWidth = 0x7FFF;
 
   // `columnIndex` is the item of a record that it shows; the width is in pixels.
   CReportColumn(int columnIndex, std::string columnCaption, int columnWidth, bool autoSize,
                 int icon, bool sortable, bool visible)
       : index(columnIndex),
         caption(std::move(columnCaption)),
-        width(columnWidth),
+        width(std::clamp(columnWidth, 0, kMaxWidth)),
         iconId(icon),
         isAutoSize(autoSize),
         isSortable(sortable),

@@ -268,11 +268,17 @@ ReportHit CReportControl::HitCell(Point point, int row) const {
   const auto widthOf = [&](std::size_t bytes) {
     return toolkit.MeasureText(GetFont(), std::string_view(caption).substr(0, bytes)).width;
   };
-  for (std::size_t byte = 0; byte < caption.size(); ++byte) {
-    if (x >= widthOf(byte + 1)) continue;
-    hit.hyperlink = item->FindHyperlink(static_cast<int>(byte));
-    break;
+  // The first byte that ends behind the point.
+  std::size_t byte = 0;
+  for (std::size_t end = caption.size(); byte < end;) {
+    const std::size_t middle = byte + (end - byte) / 2;
+    if (widthOf(middle + 1) > x) {
+      end = middle;
+    } else {
+      byte = middle + 1;
+    }
   }
+  if (byte < caption.size()) hit.hyperlink = item->FindHyperlink(static_cast<int>(byte));
   return hit;
 }
 
