@@ -145,6 +145,16 @@ TEST_F(OutputReport, AReportThatGrowsIsAReportMadeAnew) {
   }
 }
 
+TEST_F(OutputReport, AReloadByOthersDoesNotPassForWhatWasShown) {
+  const auto log = Tree("<M><message ShowInReport='Yes' Description='own'/></M>");
+  const auto other = Tree("<M><message ShowInReport='Yes' Description='other'/></M>");
+  window->Update(*log, 1);
+  window->GetReport()->Reload(other.get(), true, -1);
+  EXPECT_EQ(Rows(), "|other|||\n");
+  window->Update(*log, 1);
+  EXPECT_EQ(Rows(), "|own|||\n");
+}
+
 TEST_F(OutputReport, TheHubEmptiesItWithAReset) {
   CBuildOutput hub(disk);
   hub.SetViews(nullptr, window.get());
@@ -157,8 +167,12 @@ TEST_F(OutputReport, TheHubEmptiesItWithAReset) {
   };
   EXPECT_EQ(run("<M><message ShowInReport='Yes' Description='1'/></M>"), "|1|||\n");
   EXPECT_EQ(run("<M><message ShowInReport='Yes' Description='2'/></M>"), "|1|||\n|2|||\n");
+  // As long a tree as the one before isn't that one.
   hub.ResetLog();
-  EXPECT_EQ(run("<M><message ShowInReport='Yes' Description='3'/></M>"), "|3|||\n");
+  EXPECT_EQ(run("<M><message ShowInReport='Yes' Description='3'/><message/></M>"), "|3|||\n");
+  hub.ResetLog();
+  EXPECT_EQ(run("<M><message/><message/><message ShowInReport='Yes' Description='4'/></M>"),
+            "|4|||\n");
   hub.ResetLog();
   hub.UpdateReport();
   EXPECT_EQ(Rows(), "");
