@@ -330,6 +330,21 @@ TEST_F(Report, AnOwnerThatRefillsOrDestroysItInsideAMessageEndsTheAction) {
   }
 }
 
+TEST_F(Report, AClickThatEndsASelectionIsNoneInTheReportThatTookItsPlace) {
+  Fill();
+  report->NotifySelected({0, 1}, 1);
+  Mouse(MouseAction::Press, 30, 40);
+  owner.TakeLines();
+  owner.onMessage = [this](std::uint32_t) {
+    report->RemoveAllRecords();
+    Add(1, "only", "one");
+    report->Populate();
+  };
+  Mouse(MouseAction::Release, 30, 40);
+  EXPECT_EQ(owner.TakeLines(), "selection 7:1,-1; ");
+  EXPECT_EQ(RowsText(*report), "#1|only|one\n");
+}
+
 // Records one at a time in any state of the report give what making all rows anew gives, and the
 // peer is told of appended rows only where rows were appended.
 TEST_F(Report, AddedRecordsGiveTheRowsOfAFreshStart) {
