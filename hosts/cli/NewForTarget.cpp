@@ -70,8 +70,12 @@ int Creation::Fail(const std::string& text) {
 }
 
 int Creation::ExplainRefusal() {
-  context.Complain(Printable(refusal->text) +
-                   Printable(SuggestionText(refusal->value, refusal->choices)));
+  std::string hint = SuggestionText(refusal->value, refusal->choices);
+  const bool isUnknown = !refusal->choices.empty();  // else it is one of several
+  if (hint.empty() && isUnknown && refusal->value == context.Asked().target) {
+    hint = " `tarn targets` shows what there is.";
+  }
+  context.Complain(Printable(refusal->text + hint));
   return kExitUsage;
 }
 

@@ -45,6 +45,8 @@ TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
   project.Write("taken/taken.tapp", "mine");
   project.ExpectRefusal({"new", "a", "--target", "ATmega328"}, 2,
                         "There is no target \"ATmega328\". Did you mean \"ATmega328P\"");
+  project.ExpectRefusal({"new", "a", "--target", "Z80"}, 2,
+                        "There is no target \"Z80\". `tarn targets` shows what there is.");
   project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--type", "aplication"}, 2,
                         "There is no application type \"aplication\". Did you mean "
                         "\"Application\"?");
