@@ -607,6 +607,7 @@ TEST_F(XmlTreeTest, NothingPointsAtNodesThatAreForgotten) {
   EXPECT_EQ(owner.TakeMessages(), (Lines{"open nothing"}));
   // A drag stands as well when one of its items goes.
   for (const auto& [from, to] : {std::pair("c.c", "P"), std::pair("L", "d.h")}) {
+    tree.ForgetNode(*root);
     root = ReadNode(kProject);
     root->AddChild("Group")->SetAttrValue("Header", "L");
     tree.SetXmlRoot(root.get());
