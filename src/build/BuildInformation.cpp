@@ -58,7 +58,7 @@ std::int32_t CProjectModel::SetBuildInfo(const char* /*filepath*/, const char* x
 }
 
 bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
-  const TreeUpdate update(views);
+  const TreeUpdate update(views, UpdateScope::Told);
   CXmlNode records;
   records.Load(xmlinfo, g_xmlParseInfo);
   CXmlNode* const application = walkApplication != nullptr ? walkApplication : activeApplication;
@@ -70,6 +70,7 @@ bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
     const std::string date = TextOf(record->GetAttrValue("Date"));
     RecordBuildInfo(node, infos.c_str(), date.c_str());
     ReplaceDependencies(*node, std::move(record));
+    views.TellUpdated(*node);
   }
   return true;
 }

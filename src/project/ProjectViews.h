@@ -10,6 +10,9 @@
 // borrowed: a view drops them in BeginTreeUpdate or ClearTree.
 namespace tarn {
 
+// What of the tree a bracket changes: anything, or only what is told meanwhile.
+enum class UpdateScope { Whole, Told };
+
 // The project tree.
 class IProjectWindow {
  public:
@@ -20,9 +23,12 @@ class IProjectWindow {
   // The timer whose ticks run the model's PublishTick. Holds and releases the options window.
   virtual void StartStepTimer() = 0;
   virtual void StopStepTimer() = 0;
-  // Around every change of the tree's shape; may be nested.
-  virtual void BeginTreeUpdate() = 0;
+  // Around every change of the tree's shape; may be nested. The result is the same for each scope:
+  // with all scopes told, it costs no more than what has changed.
+  virtual void BeginTreeUpdate(UpdateScope scope) = 0;
   virtual void EndTreeUpdate() = 0;
+  // The node has another text, or other children.
+  virtual void TellUpdated(const CXmlNode& node) = 0;
   virtual void ClearTree() = 0;
   virtual CXmlNode* GetSelectedNode() = 0;
   virtual void SelectTreeNode(CXmlNode* node) = 0;
@@ -77,8 +83,11 @@ class ProjectViews {
   void StopStepTimer() const {
     if (project) project->StopStepTimer();
   }
-  void BeginTreeUpdate() const {
-    if (project) project->BeginTreeUpdate();
+  void BeginTreeUpdate(UpdateScope scope = UpdateScope::Whole) const {
+    if (project) project->BeginTreeUpdate(scope);
+  }
+  void TellUpdated(const CXmlNode& node) const {
+    if (project) project->TellUpdated(node);
   }
   void EndTreeUpdate() const {
     if (project) project->EndTreeUpdate();
@@ -110,8 +119,9 @@ class ProjectViews {
 // Brackets a change of the tree's shape.
 class TreeUpdate {
  public:
-  explicit TreeUpdate(const ProjectViews& projectViews) : views(projectViews) {
-    views.BeginTreeUpdate();
+  explicit TreeUpdate(const ProjectViews& projectViews, UpdateScope scope = UpdateScope::Whole)
+      : views(projectViews) {
+    views.BeginTreeUpdate(scope);
   }
   ~TreeUpdate() { views.EndTreeUpdate(); }
   TreeUpdate(const TreeUpdate&) = delete;

@@ -91,8 +91,9 @@ std::int32_t CProjectModel::RemoveItem(const char* itemname) {
   if (holder == nullptr) {
     if (currentNode == node) currentNode = nullptr;
   } else {
-    const TreeUpdate update(views);
+    const TreeUpdate update(views, UpdateScope::Told);
     FreeSubtree(*holder, node);
+    views.TellUpdated(*holder);
     epoch = treeEpoch;
   }
   if (treeEpoch == epoch) SetCurrentNode(holder);
@@ -168,9 +169,10 @@ CXmlNode* CProjectModel::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> 
   CXmlNode* attached = nullptr;
   std::uint64_t epoch = 0;
   {
-    const TreeUpdate update(views);  // notes first which nodes are open now
+    const TreeUpdate update(views, UpdateScope::Told);  // notes first which nodes are open now
     if (opens == Opens::Yes) parent.SetAttrValue("sate", "32");
     attached = parent.InsertChildBefore(std::move(node), before);
+    views.TellUpdated(parent);
     NoteTreeChange();
     epoch = treeEpoch;
   }

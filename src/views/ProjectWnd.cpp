@@ -128,7 +128,7 @@ void CProjectWnd::Toggle(bool& flag, const char* profileName) {
   } else {
     ShowDependencyPicture();
   }
-  BeginTreeUpdate();
+  BeginTreeUpdate(UpdateScope::Whole);
   EndTreeUpdate();
 }
 
@@ -183,16 +183,30 @@ bool CProjectWnd::SetProjectRoot(CXmlNode* root) {
   return true;
 }
 
-void CProjectWnd::BeginTreeUpdate() {
-  if (updateDepth == 0) tree.SaveViewState();
+void CProjectWnd::BeginTreeUpdate(UpdateScope scope) {
+  if (updateDepth == 0) {
+    tree.SaveViewState();
+    isWholeUpdate = false;
+    updated.clear();
+  }
+  if (scope == UpdateScope::Whole) isWholeUpdate = true;
   ++updateDepth;
 }
 
+void CProjectWnd::TellUpdated(const CXmlNode& node) {
+  updated.insert(&node);
+}
+
 void CProjectWnd::EndTreeUpdate() {
-  if (updateDepth > 0) --updateDepth;
-  if (updateDepth > 0) return;
+  // Without a beginning nothing has been told.
+  if (updateDepth == 0) isWholeUpdate = true;
+  if (updateDepth > 0 && --updateDepth > 0) return;
   const WindowHandle own = GetHandle();
-  tree.Refill();
+  if (isWholeUpdate) {
+    tree.Refill();
+  } else {
+    tree.RefillNodes({updated.begin(), updated.end()});
+  }
   if (IsWindow(own)) toolBar.Invalidate();
 }
 
@@ -212,6 +226,12 @@ void CProjectWnd::SelectTreeNode(CXmlNode* node) {
 
 void CProjectWnd::ForgetNode(const CXmlNode& node) {
   tree.ForgetNode(node);
+  if (!updated.empty()) ForgetUpdated(node);
+}
+
+void CProjectWnd::ForgetUpdated(const CXmlNode& node) {
+  updated.erase(&node);
+  for (const CXmlNode* const child : node.GetChildren()) ForgetUpdated(*child);
 }
 
 void CProjectWnd::StartStepTimer() {

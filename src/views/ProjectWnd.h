@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "outside/PropertyManagerDriver.h"
@@ -40,11 +41,12 @@ class CProjectWnd : public CWnd, public IProjectWindow {
 
   // IProjectWindow.
   bool SetProjectRoot(CXmlNode* root) override;
-  void BeginTreeUpdate() override;
+  void BeginTreeUpdate(UpdateScope scope) override;
   void EndTreeUpdate() override;
   void ClearTree() override;
   CXmlNode* GetSelectedNode() override;
   void SelectTreeNode(CXmlNode* node) override;
+  void TellUpdated(const CXmlNode& node) override;
   void ForgetNode(const CXmlNode& node) override;
   void RepaintWindow() override { Invalidate(); }
   void RepaintTree() override { tree.Invalidate(); }
@@ -71,6 +73,7 @@ class CProjectWnd : public CWnd, public IProjectWindow {
                           std::intptr_t lParam) override;
 
  private:
+  void ForgetUpdated(const CXmlNode& node);
   void AddButtons();
   std::unique_ptr<CMenu> MakeShowMenu() const;
   void LoadTypePictures(const CXmlNode& types);
@@ -96,6 +99,8 @@ class CProjectWnd : public CWnd, public IProjectWindow {
   CXmlMenu contextMenu;
   WindowHandle hostWindow;
   int updateDepth = 0;
+  bool isWholeUpdate = false;                   // something in this update may be anywhere
+  std::unordered_set<const CXmlNode*> updated;  // what has been told in it
   bool viewSizes;
   bool viewDeps;
   bool isStepping = false;

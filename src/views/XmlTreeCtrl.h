@@ -55,6 +55,9 @@ class CXmlTreeCtrl : public CTreeCtrl {
   void SetXmlRoot(CXmlNode* newRoot);
   // The same tree again, after a change of it.
   void Refill();
+  // ... after a change of nothing but the texts and the children of these nodes. The outcome is
+  // that of Refill, for the price of what has changed.
+  void RefillNodes(const std::vector<const CXmlNode*>& nodes);
   // Writes into each node whether it is expanded, and keeps the label of the selected one.
   void SaveViewState();
   // The node and all below it are about to be freed: nothing here points at them any more.
@@ -99,6 +102,7 @@ class CXmlTreeCtrl : public CTreeCtrl {
   void OnLeftButtonUp(Point point) override;
   void OnKillFocus() override;
   void OnDestroy() override;
+  void OnItemExpanded(const CTreeItem& /*item*/) override { isStateSaved = false; }
   void OnItemGone(const CTreeItem& item) override;
   DrawingSteps OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const override;
 
@@ -118,7 +122,11 @@ class CXmlTreeCtrl : public CTreeCtrl {
   std::vector<CTreeItem*> ReplaceChildren(CTreeItem* item, const std::vector<CXmlNode*>& nodes,
                                           int head, int tail, Filling& filling);
   void CountChange(Filling& filling);
+  void BeginFilling(Filling& filling);
+  void EndFilling(Filling& filling);
   void SelectByLabel();
+  void FindMatches();
+  void SaveExpansion();
   // True when the root of what is shown was among them.
   bool ForgetSubtree(const CXmlNode& node);
 
@@ -141,6 +149,12 @@ class CXmlTreeCtrl : public CTreeCtrl {
   CTipWindow tipWindow;
 
   std::unordered_map<const CXmlNode*, CTreeItem*> items;
+  // Nothing was expanded or filled differently since SaveViewState wrote down what is.
+  bool isStateSaved = false;
+  // The nodes with that label, in order, as long as no item comes, goes or changes.
+  std::vector<const CXmlNode*> labelMatches;
+  std::string matchedLabel;
+  bool areMatchesKnown = false;
   unsigned fillCount = 0;        // tells a filling that another one ran inside its messages
   bool isSelectingNode = false;  // the message of this selection is posted, not sent
 };

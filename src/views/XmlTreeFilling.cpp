@@ -32,6 +32,7 @@ bool IsKeptExpanded(const CXmlNode& node) {
 
 // One filling.
 struct CXmlTreeCtrl::Filling {
+  const CXmlNode* topNode = nullptr;  // of the line at the top, when it isn't the first
   int changes = 0;
   std::vector<CTreeItem*> built;
   // Neighbours mostly have one name, and one text of it.
@@ -59,23 +60,49 @@ std::vector<CXmlNode*> CXmlTreeCtrl::ShownChildren(const CXmlNode& node, Filling
 }
 
 void CXmlTreeCtrl::SetXmlRoot(CXmlNode* newRoot) {
-  ++fillCount;
-  const CTreeItem* const topItem = GetRow(GetTopRow());
-  const CXmlNode* const topNode = topItem == nullptr ? nullptr : NodeOf(*topItem);
-  currentNode = nullptr;
+  Filling filling;
+  BeginFilling(filling);
+  if (newRoot != rootNode) areMatchesKnown = false;
   rootNode = newRoot;
   isEmpty = newRoot == nullptr;
-  DropSelection();
-  Filling filling;
   std::vector<CXmlNode*> shown;
   if (newRoot != nullptr && ImageOf(*newRoot, filling) != nullptr) shown.push_back(newRoot);
   UpdateChildren(nullptr, shown, filling);
+  EndFilling(filling);
+}
+
+void CXmlTreeCtrl::RefillNodes(const std::vector<const CXmlNode*>& nodes) {
+  Filling filling;
+  BeginFilling(filling);
+  for (const CXmlNode* const node : nodes) {
+    CTreeItem* const item = FindItem(node);
+    if (item == nullptr) continue;
+    if (ImageOf(*node, filling) == nullptr) {  // a name of another kind: it goes with its parent
+      SetXmlRoot(rootNode);
+      return;
+    }
+    UpdateItem(*item, filling);
+  }
+  EndFilling(filling);
+}
+
+void CXmlTreeCtrl::BeginFilling(Filling& filling) {
+  ++fillCount;
+  const CTreeItem* const topItem = GetTopRow() == 0 ? nullptr : GetRow(GetTopRow());
+  filling.topNode = topItem == nullptr ? nullptr : NodeOf(*topItem);
+  currentNode = nullptr;
+  DropSelection();
+}
+
+void CXmlTreeCtrl::EndFilling(Filling& filling) {
   SetRedraw(true);
   items.reserve(items.size() + filling.built.size());
   for (CTreeItem* const item : filling.built) items[NodeOf(*item)] = item;
-  const CTreeItem* newTop = FindItem(topNode);
-  while (newTop != nullptr && GetRowOf(*newTop) < 0) newTop = newTop->GetParent();
-  SetTopRow(newTop == nullptr ? GetTopRow() : GetRowOf(*newTop));
+  if (filling.topNode != nullptr) {
+    const CTreeItem* newTop = FindItem(filling.topNode);
+    while (newTop != nullptr && GetRowOf(*newTop) < 0) newTop = newTop->GetParent();
+    SetTopRow(newTop == nullptr ? GetTopRow() : GetRowOf(*newTop));
+  }
   // What is drawn of a node besides its item may be another.
   Invalidate();
   SelectByLabel();
@@ -104,7 +131,9 @@ void CXmlTreeCtrl::UpdateItem(CTreeItem& item, Filling& filling) {
   if (SetItem(item, LabelOf(node), image, image)) CountChange(filling);
   UpdateChildren(&item, ShownChildren(node, filling), filling);
   const bool expand = IsKeptExpanded(node);
-  if (!item.HasChildren() || item.IsExpanded() == expand) return;
+  if (item.IsExpanded() == expand) return;
+  isStateSaved = false;
+  if (!item.HasChildren()) return;
   CountChange(filling);
   Expand(item, expand);
 }
@@ -159,6 +188,8 @@ std::vector<CTreeItem*> CXmlTreeCtrl::ReplaceChildren(CTreeItem* item,
 }
 
 void CXmlTreeCtrl::CountChange(Filling& filling) {
+  isStateSaved = false;
+  areMatchesKnown = false;
   if (++filling.changes == kManyChanges) SetRedraw(false);
 }
 
@@ -167,10 +198,8 @@ void CXmlTreeCtrl::CountChange(Filling& filling) {
 void CXmlTreeCtrl::SelectByLabel() {
   const WindowHandle own = GetHandle();
   const unsigned fill = fillCount;
-  std::vector<const CXmlNode*> matches;
-  for (const CTreeItem* item = GetRootItem(); item != nullptr; item = item->GetNext()) {
-    if (EqualNoCase(item->GetText(), selectedLabel)) matches.push_back(NodeOf(*item));
-  }
+  if (!areMatchesKnown || matchedLabel != selectedLabel) FindMatches();
+  const std::vector<const CXmlNode*> matches = labelMatches;
   for (const CXmlNode* const node : matches) {
     CTreeItem* const item = FindItem(node);
     if (item == nullptr) continue;
@@ -181,8 +210,24 @@ void CXmlTreeCtrl::SelectByLabel() {
   if (CTreeItem* const item = GetSelectedItem()) EnsureVisible(*item);
 }
 
+void CXmlTreeCtrl::FindMatches() {
+  labelMatches.clear();
+  matchedLabel = selectedLabel;
+  areMatchesKnown = true;
+  for (const CTreeItem* item = GetRootItem(); item != nullptr; item = item->GetNext()) {
+    if (EqualNoCase(item->GetText(), matchedLabel)) labelMatches.push_back(NodeOf(*item));
+  }
+}
+
 void CXmlTreeCtrl::SaveViewState() {
   if (isEmpty) return;
+  if (!isStateSaved) SaveExpansion();
+  const CTreeItem* const chosen = GetSelectedItem();
+  if (chosen != nullptr && NodeOf(*chosen) != nullptr) selectedLabel = LabelOf(*NodeOf(*chosen));
+}
+
+void CXmlTreeCtrl::SaveExpansion() {
+  isStateSaved = true;
   for (const CTreeItem* item = GetRootItem(); item != nullptr; item = item->GetNext()) {
     CXmlNode* const node = NodeOf(*item);
     if (node == nullptr) continue;
@@ -190,8 +235,6 @@ void CXmlTreeCtrl::SaveViewState() {
     const char* const old = node->GetAttrValue("sate");
     if (old == nullptr || std::strcmp(old, state) != 0) node->SetAttrValue("sate", state);
   }
-  const CTreeItem* const chosen = GetSelectedItem();
-  if (chosen != nullptr && NodeOf(*chosen) != nullptr) selectedLabel = LabelOf(*NodeOf(*chosen));
 }
 
 void CXmlTreeCtrl::ForgetNode(const CXmlNode& node) {

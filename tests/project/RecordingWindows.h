@@ -22,11 +22,12 @@ class RecordingProjectWindow : public IProjectWindow {
   void RepaintTree() override { calls.emplace_back("RepaintTree"); }
   void StartStepTimer() override { calls.emplace_back("StartStepTimer"); }
   void StopStepTimer() override { calls.emplace_back("StopStepTimer"); }
-  void BeginTreeUpdate() override { calls.emplace_back("BeginTreeUpdate"); }
+  void BeginTreeUpdate(UpdateScope) override { calls.emplace_back("BeginTreeUpdate"); }
   void EndTreeUpdate() override { calls.emplace_back("EndTreeUpdate"); }
   void ClearTree() override { calls.emplace_back("ClearTree"); }
   CXmlNode* GetSelectedNode() override { return nullptr; }
   void ForgetNode(const CXmlNode&) override {}
+  void TellUpdated(const CXmlNode&) override {}
   void SelectTreeNode(CXmlNode* node) override {
     calls.push_back("SelectTreeNode " + TextOf(node->GetAttrValue("Header")));
   }

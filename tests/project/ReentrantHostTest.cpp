@@ -86,7 +86,7 @@ class RefillingWindow final : public RecordingProjectWindow {
  public:
   std::function<void()> onRefill;
 
-  void BeginTreeUpdate() override { ++depth; }
+  void BeginTreeUpdate(UpdateScope) override { ++depth; }
   void EndTreeUpdate() override {
     if (--depth == 0) onRefill();
   }

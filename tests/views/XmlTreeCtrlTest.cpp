@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <random>
+#include <set>
 
 #include "support/ManualClock.h"
 #include "views/TreeOwner.h"
@@ -457,7 +458,7 @@ TEST_F(XmlTreeTest, APeerHearsOfWhatHasChangedAndOfNothingElse) {
 }
 
 // Whatever is done to a tree between two fillings, the second one gives what a control shows that
-// is filled for the first time.
+// is filled for the first time; also one of nothing but the nodes that were changed.
 TEST_F(XmlTreeTest, AFillingOverAnOldOneGivesWhatAFreshOneGives) {
   std::mt19937 random(11);
   const auto pick = [&](int count) { return static_cast<int>(random() % unsigned(count)); };
@@ -467,11 +468,21 @@ TEST_F(XmlTreeTest, AFillingOverAnOldOneGivesWhatAFreshOneGives) {
       node = node->GetChild(pick(node->GetChildCount()));
     return node;
   };
+  std::set<const CXmlNode*> changed;
   CXmlTreeCtrl fresh;
   CWnd other;
   other.Create(kStylePopup, {}, nullptr, 0);
-  for (int step = 0; step < 400; ++step) {
+  const std::function<void(const CXmlNode&)> forget = [&](const CXmlNode& node) {
+    changed.erase(&node);
+    for (const CXmlNode* const child : node.GetChildren()) forget(*child);
+  };
+  for (int step = 0; step < 800; ++step) {
     tree.SaveViewState();
+    for (const CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNext()) {
+      const auto* const node = static_cast<const CXmlNode*>(item->GetData());
+      ASSERT_STREQ(node->GetAttrValue("sate"), item->IsExpanded() ? "32" : "0") << step;
+    }
+    changed.clear();
     for (int change = pick(4); change >= 0; --change) {
       CXmlNode* const node = any();
       CXmlNode* const above = node->GetParent();
@@ -482,25 +493,35 @@ TEST_F(XmlTreeTest, AFillingOverAnOldOneGivesWhatAFreshOneGives) {
           child->SetAttrValue("Header", std::to_string(pick(30)));
           node->InsertChildBefore(std::move(child),
                                   node->GetChildCount() == 0 ? nullptr : node->GetChild(0));
+          changed.insert(node);
           break;
         }
         case 2:
           if (above == nullptr) break;
           tree.ForgetNode(*node);
+          forget(*node);
           above->RemoveChild(node);
+          changed.insert(above);
           break;
         case 3: {  // to another place
           if (above == nullptr) break;
           auto moved = above->DetachChild(node);
-          any()->AppendChild(std::move(moved));
+          CXmlNode* const place = any();
+          place->AppendChild(std::move(moved));
+          changed.insert({above, place});
           break;
         }
         default:
           node->SetAttrValue("sate", pick(2) == 0 ? "0" : "32");
+          changed.insert(node);
       }
     }
     if (pick(2) == 0) tree.SetSelectedLabel(std::to_string(pick(30)));
-    tree.Refill();
+    if (pick(3) == 0) {
+      tree.Refill();
+    } else {
+      tree.RefillNodes({changed.begin(), changed.end()});
+    }
     fresh.DestroyWindow();
     WindowToolkit::SetCurrent(nullptr);  // the mirror is for one tree
     fresh.Create(2, kStyleChild, {0, 20, 300, 340}, &other, 100);

@@ -155,6 +155,7 @@ void CTreeCtrl::Expand(CTreeItem& item, bool expand) {
   TreePeer* const listener = Listener();
   item.isExpanded = expand;
   areRowsValid = false;
+  OnItemExpanded(item);
   if (listener != nullptr) listener->OnItemExpanded(item);
   if (!expand && selected != nullptr && selected->IsBelow(item)) SelectItem(&item);
 }

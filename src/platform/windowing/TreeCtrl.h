@@ -233,6 +233,7 @@ class CTreeCtrl : public CWnd {
   virtual void OnBeginDrag(CTreeItem& /*item*/, Point /*point*/) {}
   virtual void OnMouseMove(Point /*point*/) {}
   virtual void OnLeftButtonUp(Point /*point*/) {}
+  virtual void OnItemExpanded(const CTreeItem& /*item*/) {}  // or collapsed
   // The item is about to be freed, with all below it; it is in no list any more. Must not change
   // the control.
   virtual void OnItemGone(const CTreeItem& /*item*/) {}
