@@ -33,6 +33,8 @@ void CProjectManager::OnFinalRelease() {
   if (model && model->IsInWorkerStep()) {
     model->RequestStop();
     model->ForgetHost();
+    // Its end may come inside an event of the window, which no reference holds off any more.
+    if (projectWindow) projectWindow->ForgetModel();
     model->RunAfterWorker([this] { delete this; });
     return;
   }

@@ -34,6 +34,7 @@ void CProjectManager::CreateOutputViews() {
 void CProjectManager::CreateWindows() {
   projectWindow = std::make_unique<CProjectWnd>(platform.files, platform.settings, *model,
                                                 *propertyManager, mainframeHandle);
+  projectWindow->SetKeeper(this);
   model->views.project = projectWindow.get();
   projectWindow->Create(kStylePopup, {}, nullptr, 0);
   projectWindow->LoadViewConfig(configFilePath);

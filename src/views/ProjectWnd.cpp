@@ -67,6 +67,7 @@ void CProjectWnd::ForgetModel() {
   tree.SetXmlRoot(nullptr);
   model = nullptr;
   propertyManager = nullptr;
+  keeper = nullptr;
   hostWindow = 0;
 }
 
@@ -98,6 +99,7 @@ std::unique_ptr<CMenu> CProjectWnd::MakeShowMenu() const {
 }
 
 bool CProjectWnd::OnCommand(int command) {
+  const DispatchPtr held(keeper);
   switch (command) {
     case kPropertiesButton:
       CloseNameEditor();
@@ -249,6 +251,7 @@ void CProjectWnd::StopStepTimer() {
 }
 
 void CProjectWnd::OnTimer(int timerId) {
+  const DispatchPtr held(keeper);
   if (timerId != kStepTimer || model == nullptr || model->IsPublishingSuspended()) return;
   model->PublishTick();
 }

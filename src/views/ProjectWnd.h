@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "outside/PropertyManagerDriver.h"
+#include "platform/automation/Dispatch.h"
 #include "platform/files/FileSystem.h"
 #include "platform/settings/Settings.h"
 #include "platform/windowing/ToolBar.h"
@@ -35,8 +36,11 @@ class CProjectWnd : public CWnd, public IProjectWindow {
   // picture that is not there, show less.
   void LoadViewConfig(const std::string& fileName);
 
-  // What the model and the drivers hold goes before this window does: from now on nothing of them
-  // is used any more.
+  // Who has this window and the model, and may be let go of by a handler of any message: every
+  // event holds it to its end. Borrowed, null for none.
+  void SetKeeper(IDispatch* object) { keeper = object; }
+  // What the model and the drivers hold goes before this window does: from now on nothing of them,
+  // nor of the keeper, is used any more.
   void ForgetModel();
 
   // IProjectWindow.
@@ -94,6 +98,7 @@ class CProjectWnd : public CWnd, public IProjectWindow {
   CToolBar toolBar;
   CProjectModel* model;
   CPropertyManagerDriver* propertyManager;
+  IDispatch* keeper = nullptr;
   std::unique_ptr<CXmlNode> popupMenus;
   std::unique_ptr<CEditName> nameEditor;
   CXmlMenu contextMenu;

@@ -21,6 +21,7 @@ constexpr const char* kPopupSection = "Internal";
 
 std::intptr_t CProjectWnd::OnMessage(std::uint32_t message, std::intptr_t wParam,
                                      std::intptr_t lParam) {
+  const DispatchPtr held(keeper);
   switch (message) {
     case kXmlTreeSelect:
       CloseNameEditor();
@@ -113,6 +114,7 @@ void CProjectWnd::OnKey(int key) {
 }
 
 bool CProjectWnd::OnContextMenu(Point screen) {
+  const DispatchPtr held(keeper);
   CloseNameEditor();
   const CXmlNode* const node = tree.GetCurrentNode();
   if (node == nullptr) return true;
@@ -124,6 +126,7 @@ bool CProjectWnd::OnContextMenu(Point screen) {
 }
 
 void CProjectWnd::OnDropFiles(const std::vector<std::string>& paths) {
+  const DispatchPtr held(keeper);
   CloseNameEditor();
   const WindowHandle own = GetHandle();
   for (const std::string& path : paths) {

@@ -1,0 +1,253 @@
+// What the user does in the project window of a whole server, while the host does something else.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <future>
+#include <set>
+
+#include "automation/WatchedWorld.h"
+#include "support/AnsweringUser.h"
+#include "support/TinyBitmap.h"
+
+namespace tarn::test {
+namespace {
+
+// A project in its window: two applications, and in the first one a folder with two files.
+class Windowed : public Watched {
+ public:
+  Windowed() {
+    auto& defaults = components.Properties().defaults;
+    defaults = {{".Internal.Icon", "/app/type.bmp"},
+                {".Internal.Open", "33039"},
+                {".Internal.MDblClick", "33040"},
+                {".Internal.Menu", "Files"},
+                {"C.Build.TranslateTool", "cc"},
+                {"Application.Build.TranslateTool", "ld"},
+                {"Application.Build.OutputFile", "/p/demo.elf"}};
+    disk.AddFile("/app/type.bmp", TinyBitmap(16, 16));
+    for (const char* picture : {"marker", "dependencies"}) {
+      disk.AddFile("/app/config/resources/" + std::string(picture) + ".bmp", TinyBitmap(16, 16));
+    }
+    for (const char* file : {"/p/main.c", "/p/b.c", "/p/new.c", "/p/more.c"})
+      disk.AddFile(file, "");
+    disk.AddFile("/p/demo.tapp",
+                 "<Application Header=\"demo\" Extern=\".\\demo.tapp\" Path=\".\\demo.tapp\" >"
+                 "<Group Header=\"Sources\" ><C Header=\"main.c\" Path=\".\\main.c\" />"
+                 "<C Header=\"b.c\" Path=\".\\b.c\" /></Group><Group Header=\"Other\" />"
+                 "</Application>");
+    EXPECT_EQ(Init(), "1");
+    EXPECT_EQ(Call("InitToolManager", {DispatchPtr(&components.Tools())}), "1");
+    disk.AddFile("/p/other.tprj",
+                 "<Project Header=\"other\" ActiveApp=\"demo\" ><Application "
+                 "Header=\"demo\" Extern=\".\\demo.tapp\" Path=\".\\demo.tapp\" /></Project>");
+    Window().NotifyResized({300, 400});  // as a host does that has docked it
+    Open();
+  }
+  void Open() {
+    EXPECT_EQ(Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+    Pump();
+  }
+  static void Pump() {
+    while (MessageLoop::ForCurrentThread()->Pump()) {
+    }
+  }
+  CProjectModel& Model() { return *Manager().GetModel(); }
+  CProjectWnd& Window() { return *static_cast<CProjectWnd*>(Model().views.project); }
+  CXmlTreeCtrl& Tree() { return Window().GetTree(); }
+  CXmlNode* Node(const char* header) {
+    return Model().GetProjectRoot().FindDescendantByAttr("Header", header);
+  }
+  Point LabelOf(const char* header) {
+    const CXmlNode* const node = Node(header);
+    if (node == nullptr) return {};
+    const Rect place = Tree().GetNodeTextRect(*node);
+    return {place.left + 1, place.top + 1};
+  }
+  void Select(const char* header) {
+    Tree().SelectNode(Node(header));
+    Pump();
+  }
+  void Press(int key, bool isShiftDown = false) { Tree().NotifyKey({key, isShiftDown, false}); }
+  void Drag(const char* from, const char* to) {
+    const Point end = LabelOf(to);
+    Tree().NotifyBeginDrag(LabelOf(from));
+    if (!manager) return;
+    Tree().NotifyMouse({MouseAction::Move, MouseButton::Left, end});
+    Tree().NotifyMouse({MouseAction::Release, MouseButton::Left, end});
+  }
+  // Of what is selected.
+  void EditName(const char* name) {
+    Tree().NotifyDoubleClick(MouseButton::Left, {1, 1});
+    CEditName* const editor = Window().GetNameEditor();
+    if (editor == nullptr) return;
+    editor->NotifyTextEdited(name, {});
+    editor->NotifyKey({kKeyEnter, false, false});
+  }
+  // `act` inside the message of that number, counted from 1.
+  void ActInMessage(int when, const std::function<void()>& act) {
+    count = 0;
+    isDone = false;
+    for (std::uint32_t number = 0x8000; number < 0x8030; ++number) {
+      host.actions[number] = [this, when, act] {
+        if (++count != when) return;
+        isDone = true;
+        act();
+      };
+    }
+    host.actions[kMsgCommand] = host.actions[0x8000];
+  }
+  void LetBuildEnd() {
+    MessageLoop::ForCurrentThread()->PumpUntil([&] { return !Model().IsWorkerAlive(); },
+                                               std::chrono::seconds(20));
+    Pump();
+  }
+  // Nothing in the window means a node that isn't there.
+  void ExpectShown(const std::string& name) {
+    std::set<const CXmlNode*> there;
+    Collect(Model().GetProjectRoot(), there);
+    for (const CTreeItem* item = Tree().GetRootItem(); item != nullptr; item = item->GetNext()) {
+      EXPECT_TRUE(there.contains(static_cast<CXmlNode*>(item->GetData()))) << name;
+    }
+    CXmlNode* const current = Window().GetSelectedNode();
+    EXPECT_TRUE(current == nullptr || there.contains(current)) << name;
+    EXPECT_TRUE(there.contains(Model().GetCurrentNode())) << name;
+    EXPECT_FALSE(Tree().IsDragging()) << name;
+  }
+  bool WasDone() const { return isDone; }
+
+  AnsweringUser user{host.Handle()};
+
+ private:
+  static void Collect(const CXmlNode& node, std::set<const CXmlNode*>& found) {
+    found.insert(&node);
+    for (int i = 0; i < node.GetChildCount(); ++i) Collect(*node.GetChild(i), found);
+  }
+
+  int count = 0;
+  bool isDone = false;
+};
+
+struct UserAct {
+  const char* name;
+  std::function<void(Windowed&)> act;
+  const char* selected = "main.c";
+};
+
+const UserAct kUserActs[] = {
+    {"click", [](Windowed& w) { w.Tree().NotifyClick(w.LabelOf("b.c")); }},
+    {"open",
+     [](Windowed& w) { w.Tree().NotifyDoubleClick(MouseButton::Left, w.LabelOf("main.c")); }},
+    {"activate",
+     [](Windowed& w) { w.Tree().NotifyDoubleClick(MouseButton::Middle, w.LabelOf("main.c")); }},
+    {"right click", [](Windowed& w) { w.Tree().NotifyRightClick(w.LabelOf("b.c")); }},
+    {"down", [](Windowed& w) { w.Press(kKeyDown); }},
+    {"shift and down", [](Windowed& w) { w.Press(kKeyDown, true); }},
+    {"delete", [](Windowed& w) { w.Press(kKeyDelete); }},
+    {"insert",
+     [](Windowed& w) {
+       w.user.files = {{"/p/new.c", "/p/more.c"}};
+       w.Press(kKeyInsert);
+     }},
+    {"drop files",
+     [](Windowed& w) {
+       w.Window().NotifyDroppedFiles({"/p/new.c", "/p/more.c"});
+     }},
+    {"drag", [](Windowed& w) { w.Drag("main.c", "Other"); }},
+    {"rename", [](Windowed& w) { w.EditName("Code"); }, "Sources"},
+    {"properties", [](Windowed& w) { w.Window().GetToolBar().NotifyButton(32776); }},
+    {"dependencies",
+     [](Windowed& w) {
+       w.Model().ForgetCurrentNode();
+       SendWindowMessage(w.Window().GetHandle(), kMsgCommand, 32774, 0);
+     }},
+    {"publishing",
+     [](Windowed& w) {
+       w.Model().ResetNodeCache(w.Model().GetProjectRoot(), false);
+       w.Window().StartStepTimer();
+       w.clock.Advance(std::chrono::milliseconds(10));
+     }},
+};
+
+TEST(WindowEvents, ReleasedInsideAnyMessageOfAnEventTheManagerEndsWithTheEvent) {
+  for (const UserAct& user : kUserActs) {
+    for (int when = 1;; ++when) {
+      Windowed world;
+      world.Select(user.selected);
+      world.ActInMessage(when, [&] { world.LetGo(); });
+      user.act(world);
+      if (!world.WasDone()) {
+        EXPECT_GT(when, 1) << user.name << ": no message at all";
+        break;
+      }
+      EXPECT_TRUE(world.IsGone()) << user.name << ", message " << when;
+      Windowed::Pump();
+    }
+  }
+}
+
+struct HostAct {
+  const char* name;
+  std::function<void(Windowed&)> act;
+};
+
+const HostAct kHostActs[] = {
+    {"close", [](Windowed& w) { w.Call("ProjectClose"); }},
+    {"save", [](Windowed& w) { w.Call("ProjectSave"); }},
+    {"other project", [](Windowed& w) { w.Call("ProjectOpen", {"/p/other.tprj"}); }},
+    {"remove what is selected", [](Windowed& w) { w.Call("RemoveItem", {NullableText()}); }},
+    {"remove the application", [](Windowed& w) { w.Call("RemoveItem", {"demo"}); }},
+    {"empty the folder",
+     [](Windowed& w) {
+       for (const char* file : {"/p/main.c", "/p/b.c"}) w.Call("RemoveItem", {file});
+     }},
+    {"add",
+     [](Windowed& w) {
+       w.Call("AddExistingItem", {"/p/inner.c", NullableText()});
+     }},
+    {"move", [](Windowed& w) { w.Model().MoveNode(w.Node("b.c"), w.Node("Other")); }},
+    {"reset the options", [](Windowed& w) { w.Model().ResetNodeOptions(nullptr); }},
+    {"records",
+     [](Windowed& w) {
+       w.Call("SetBuildInfo", {"", "<I><F Header='/p/demo.elf' ><D Header='x.c' /></F></I>"});
+     }},
+    {"build",
+     [](Windowed& w) {
+       w.Call("PrologCommand", {0x8112});
+       w.Call("Command", {0x8112});
+     }},
+    {"build here", [](Windowed& w) { w.Call("ProjectBuild"); }},
+    {"another event of the user", [](Windowed& w) { w.Press(kKeyDelete); }},
+    {"a drag", [](Windowed& w) { w.Drag("b.c", "Other"); }},
+    {"an editor", [](Windowed& w) { w.EditName("Name"); }},
+    {"no window", [](Windowed& w) { w.Window().DestroyWindow(); }},
+};
+
+TEST(WindowEvents, WhateverAHostDoesInsideAnEventTheWindowShowsTheTreeThatThereIs) {
+  for (const UserAct& user : kUserActs) {
+    for (const HostAct& host : kHostActs) {
+      bool wasDone = true;
+      for (int when = 1; wasDone; ++when) {
+        const std::string name =
+            std::string(user.name) + ", " + host.name + " in message " + std::to_string(when);
+        Windowed world;
+        world.Select(user.selected);
+        world.ActInMessage(when, [&] { host.act(world); });
+        user.act(world);
+        Windowed::Pump();
+        wasDone = world.WasDone();
+        world.host.actions.clear();
+        world.LetBuildEnd();
+        EXPECT_EQ(world.Model().GetBuildState() == StateBuilding, false) << name;
+        world.ExpectShown(name);
+        world.Call("ProjectSave");
+        Windowed::Pump();
+        world.ExpectShown(name + ", saved");
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tarn::test
