@@ -6,6 +6,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
+#include "project/WorkerControl.h"
 
 namespace tarn {
 
@@ -271,6 +272,7 @@ void BuildWalk::TakeTimes(const FileTimes::Inquiry& inquiry) {
 
 bool BuildWalk::Clean(CXmlNode& node) {
   if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
+    if (model.IsWorkerAlive()) model.worker->chosenByWalk = &node;
     model.SetCurrentNode(&node);
     if (LostTree()) return false;
   }

@@ -265,8 +265,9 @@ void CProjectModel::SendActiveApplication() {
 
 void CProjectModel::SetCurrentNode(CXmlNode* node) {
   if (node == nullptr) return;
-  if (IsWorkerAlive() && !IsInWorkerStep()) {
+  if (IsWorkerAlive() && !IsInWorkerStep() && node != worker->chosenByWalk) {
     // The user chose this one beside a build; its end shall not take it away.
+    worker->chosenByWalk = nullptr;
     worker->notedNode = node;
     FindEnclosingApplication(node, worker->notedApplication);
   }

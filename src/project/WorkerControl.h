@@ -21,6 +21,9 @@ struct WorkerControl {
   bool isBuild = true;       // a walk, as against one tool
   CXmlNode* notedApplication = nullptr;
   CXmlNode* notedNode = nullptr;
+  // What the walk itself has selected, which the window then tells like a choice of the user's.
+  // Compared only.
+  const CXmlNode* chosenByWalk = nullptr;
   std::uint64_t epoch = 0;
   bool isInStep = false;  // a step is running
   std::atomic<bool> alive{true};

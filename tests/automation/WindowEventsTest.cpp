@@ -115,6 +115,15 @@ class Windowed : public Watched {
     EXPECT_TRUE(there.contains(Model().GetCurrentNode())) << name;
     EXPECT_FALSE(Tree().IsDragging()) << name;
   }
+  // The labels in order, without that of the project.
+  std::string Shown() {
+    std::string text;
+    for (const CTreeItem* item = Tree().GetRootItem(); item != nullptr; item = item->GetNext()) {
+      if (item->GetParent() == nullptr) continue;
+      text += (text.empty() ? "" : " ") + item->GetText();
+    }
+    return text;
+  }
   bool WasDone() const { return isDone; }
 
   AnsweringUser user{host.Handle()};
@@ -133,6 +142,8 @@ struct UserAct {
   const char* name;
   std::function<void(Windowed&)> act;
   const char* selected = "main.c";
+  // Names and places change at any time; nothing comes or goes while a build runs.
+  const char* shownBesideABuild = "demo Sources main.c b.c Other";
 };
 
 const UserAct kUserActs[] = {
@@ -143,7 +154,8 @@ const UserAct kUserActs[] = {
      [](Windowed& w) { w.Tree().NotifyDoubleClick(MouseButton::Middle, w.LabelOf("main.c")); }},
     {"right click", [](Windowed& w) { w.Tree().NotifyRightClick(w.LabelOf("b.c")); }},
     {"down", [](Windowed& w) { w.Press(kKeyDown); }},
-    {"shift and down", [](Windowed& w) { w.Press(kKeyDown, true); }},
+    {"shift and down", [](Windowed& w) { w.Press(kKeyDown, true); }, "main.c",
+     "demo Sources b.c main.c Other"},
     {"delete", [](Windowed& w) { w.Press(kKeyDelete); }},
     {"insert",
      [](Windowed& w) {
@@ -155,7 +167,7 @@ const UserAct kUserActs[] = {
        w.Window().NotifyDroppedFiles({"/p/new.c", "/p/more.c"});
      }},
     {"drag", [](Windowed& w) { w.Drag("main.c", "Other"); }},
-    {"rename", [](Windowed& w) { w.EditName("Code"); }, "Sources"},
+    {"rename", [](Windowed& w) { w.EditName("Code"); }, "Sources", "demo Code main.c b.c Other"},
     {"properties", [](Windowed& w) { w.Window().GetToolBar().NotifyButton(32776); }},
     {"dependencies",
      [](Windowed& w) {
@@ -246,6 +258,150 @@ TEST(WindowEvents, WhateverAHostDoesInsideAnEventTheWindowShowsTheTreeThatThereI
         world.ExpectShown(name + ", saved");
       }
     }
+  }
+}
+
+TEST(WindowEvents, WhateverAHostDoesInTheMiddleOfAGestureTheWindowShowsTheTreeThatThereIs) {
+  const struct {
+    const char* name;
+    const char* selected;
+    std::function<void(Windowed&)> begin;
+    std::function<void(Windowed&)> end;
+  } gestures[] = {
+      {"drag", "main.c",
+       [](Windowed& w) {
+         const Point target = w.LabelOf("Other");
+         w.Tree().NotifyBeginDrag(w.LabelOf("main.c"));
+         w.Tree().NotifyMouse({MouseAction::Move, MouseButton::Left, target});
+       },
+       [](Windowed& w) {
+         w.Tree().NotifyMouse({MouseAction::Move, MouseButton::Left, {40, 40}});
+         w.Tree().NotifyMouse({MouseAction::Release, MouseButton::Left, {40, 40}});
+       }},
+      {"drop", "main.c",
+       [](Windowed& w) {
+         const Point target = w.LabelOf("Other");
+         w.Tree().NotifyBeginDrag(w.LabelOf("main.c"));
+         w.Tree().NotifyMouse({MouseAction::Move, MouseButton::Left, target});
+       },
+       [](Windowed& w) {
+         w.Tree().NotifyMouse({MouseAction::Release, MouseButton::Left, {40, 40}});
+       }},
+      {"name", "Sources",
+       [](Windowed& w) {
+         w.Tree().NotifyDoubleClick(MouseButton::Left, {1, 1});
+         ASSERT_NE(w.Window().GetNameEditor(), nullptr);
+         w.Window().GetNameEditor()->NotifyTextEdited("Code", {});
+       },
+       [](Windowed& w) {
+         CEditName* const editor = w.Window().GetNameEditor();
+         for (const int key : {kKeyEnter, kKeyEscape, kKeyEnter}) {
+           if (editor != nullptr) editor->NotifyKey({key, false, false});
+         }
+       }},
+      {"publishing", "main.c",
+       [](Windowed& w) {
+         w.Model().ResetNodeCache(w.Model().GetProjectRoot(), false);
+         w.Window().StartStepTimer();
+       },
+       [](Windowed& w) { w.clock.Advance(std::chrono::milliseconds(10)); }},
+  };
+  for (const auto& gesture : gestures) {
+    for (const HostAct& host : kHostActs) {
+      const std::string name = std::string(gesture.name) + ", " + host.name;
+      Windowed world;
+      world.Select(gesture.selected);
+      gesture.begin(world);
+      host.act(world);
+      gesture.end(world);
+      Windowed::Pump();
+      world.LetBuildEnd();
+      world.ExpectShown(name);
+    }
+    Windowed world;
+    world.Select(gesture.selected);
+    gesture.begin(world);
+    world.LetGo();
+    EXPECT_TRUE(world.IsGone()) << gesture.name;
+    world.clock.Advance(std::chrono::milliseconds(10));
+  }
+}
+
+// A build of the project whose first tool runs until it is told to end.
+class WindowedBuild : public Windowed {
+ public:
+  void Start() {
+    components.Tools().onRun = [this](const ToolRun&) {
+      if (isRunning.exchange(true)) return 1;
+      MessageLoop::ForCurrentThread();
+      loop->Wake();
+      mayEnd.get_future().wait();
+      return 1;
+    };
+    EXPECT_EQ(Call("PrologCommand", {0x8112}), "1");
+    EXPECT_EQ(Call("Command", {0x8112}), "2");
+    EXPECT_TRUE(loop->PumpUntil([&] { return isRunning.load(); }, std::chrono::seconds(20)));
+    EXPECT_TRUE(Model().IsWorkerAlive());
+    TakeLines();
+  }
+  void LetToolEnd() {
+    if (!std::exchange(isTold, true)) mayEnd.set_value();
+  }
+  ~WindowedBuild() { LetToolEnd(); }
+
+ private:
+  const std::shared_ptr<MessageLoop> loop = MessageLoop::ForCurrentThread();
+  std::atomic<bool> isRunning = false;
+  bool isTold = false;
+  std::promise<void> mayEnd;
+};
+
+TEST(WindowEvents, EventsBesideABuildLeaveItsTreeAlone) {
+  for (const UserAct& user : kUserActs) {
+    WindowedBuild world;
+    world.Select(user.selected);
+    world.Start();
+    user.act(world);
+    Windowed::Pump();
+    EXPECT_TRUE(world.Model().IsWorkerAlive()) << user.name;
+    world.LetToolEnd();
+    world.LetBuildEnd();
+    EXPECT_EQ(world.Model().GetBuildState(), StateSucceeded) << user.name;
+    EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 3u) << user.name;
+    EXPECT_EQ(world.Shown(), user.shownBesideABuild) << user.name;
+    world.ExpectShown(user.name);
+  }
+}
+
+TEST(WindowEvents, ReleasedInsideAnEventBesideABuildItWaitsForTheTool) {
+  for (const UserAct& user : kUserActs) {
+    for (int when = 1;; ++when) {
+      WindowedBuild world;
+      world.Select(user.selected);
+      world.Start();
+      world.ActInMessage(when, [&] {
+        world.LetToolEnd();
+        world.LetGo();
+      });
+      user.act(world);
+      if (!world.WasDone()) break;
+      EXPECT_TRUE(world.IsGone()) << user.name << ", message " << when;
+      Windowed::Pump();
+    }
+  }
+}
+
+TEST(WindowEvents, ABuildGivesBackWhatWasSelected) {
+  for (const std::int32_t command : {0x8111, 0x8112, 0x8113, 0x8114, 0x8115, 0x8116}) {
+    Windowed world;
+    world.Select("b.c");
+    world.Call("PrologCommand", {command});
+    world.Call("Command", {command});
+    world.LetBuildEnd();
+    world.Call("EpilogCommand", {command});
+    Windowed::Pump();
+    EXPECT_EQ(world.Window().GetSelectedNode(), world.Node("b.c")) << command;
+    EXPECT_EQ(world.Model().GetOwnCurrentNode(), world.Node("b.c")) << command;
   }
 }
 
