@@ -14,6 +14,8 @@ namespace tarn::tools {
 
 namespace {
 
+constexpr std::string_view kShippedMessages = "messages.tools";
+
 // Reads the elements of one tool; the first thing that is wrong ends up in `error`.
 class ToolReader : public ElementReader {
  public:
@@ -37,6 +39,10 @@ class ToolReader : public ElementReader {
     return std::move(tool);
   }
 
+  // The first list of messages that the tool names and that isn't known; for a tool that is right
+  // otherwise.
+  const std::string& MissingMessages() const { return missingMessages; }
+
  private:
   Template Parse(const std::string& text) {
     std::string reason;
@@ -59,10 +65,10 @@ class ToolReader : public ElementReader {
   void ReadMessages(const std::string& names) {
     for (const std::string& name : SplitWords(names)) {
       const auto found = knownMessages.find(name);
-      if (found == knownMessages.end()) {
-        Fail("no messages are known by the name " + name);
-      } else {
+      if (found != knownMessages.end()) {
         tool->messages.push_back(found->second);
+      } else if (missingMessages.empty()) {
+        missingMessages = name;
       }
     }
   }
@@ -210,8 +216,12 @@ class ToolReader : public ElementReader {
   }
 
   const NamedMessageRules& knownMessages;
+  std::string missingMessages;
   std::unique_ptr<ToolDefinition> tool;
 };
+
+// By the name of a list of messages: the tools that are left out for want of it.
+using ToolsWithoutMessages = std::map<std::string, std::vector<std::string>>;
 
 // A definition file on its way to tools and messages.
 struct ParsedFile {
@@ -242,7 +252,7 @@ void ReadMessageLists(const ParsedFile& file, ReadDefinitions& into) {
   }
 }
 
-void ReadTools(const ParsedFile& file, ReadDefinitions& into) {
+void ReadTools(const ParsedFile& file, ReadDefinitions& into, ToolsWithoutMessages& leftOut) {
   for (const CXmlNode* child : file.root.GetChildren()) {
     if (child->GetType() != XmlElement || child->NameView() == "Messages") continue;
     if (child->NameView() != "Tool") {
@@ -251,11 +261,25 @@ void ReadTools(const ParsedFile& file, ReadDefinitions& into) {
     }
     ToolReader reader(into.messages);
     auto tool = reader.Read(*child);
-    if (reader.Error().empty()) {
-      into.tools.push_back(std::move(tool));
-    } else {
+    if (!reader.Error().empty()) {
       into.errors.push_back(file.name + ": " + tool->name + ": " + reader.Error());
+    } else if (!reader.MissingMessages().empty()) {
+      leftOut[reader.MissingMessages()].push_back(tool->name);
+    } else {
+      into.tools.push_back(std::move(tool));
     }
+  }
+}
+
+// One line for each list, however many tools name it: mostly one file is missing, and half of all
+// tools name what stands in it.
+void TellLeftOut(const ToolsWithoutMessages& leftOut, bool hasShippedFile, ReadDefinitions& into) {
+  for (const auto& [name, tools] : leftOut) {
+    std::string text = "no Messages are known by the name " + name;
+    if (!hasShippedFile) text.append(" (there is no ").append(kShippedMessages).append(")");
+    text += ", so tools are left out: ";
+    for (const std::string& tool : tools) text.append(&tool == &tools[0] ? "" : ", ").append(tool);
+    into.errors.push_back(std::move(text));
   }
 }
 
@@ -266,7 +290,12 @@ ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files) {
   std::vector<ParsedFile> parsed(files.size());
   for (std::size_t i = 0; i < files.size(); ++i) ParseFile(files[i], parsed[i], read);
   for (const ParsedFile& file : parsed) ReadMessageLists(file, read);
-  for (const ParsedFile& file : parsed) ReadTools(file, read);
+  ToolsWithoutMessages leftOut;
+  for (const ParsedFile& file : parsed) ReadTools(file, read, leftOut);
+  const bool hasShippedFile = std::any_of(files.begin(), files.end(), [](const auto& file) {
+    return EqualNoCase(file.name, kShippedMessages);
+  });
+  TellLeftOut(leftOut, hasShippedFile, read);
   return read;
 }
 

@@ -21,7 +21,7 @@ using NamedMessageRules = std::map<std::string, std::shared_ptr<const MessageRul
 struct ReadDefinitions {
   std::vector<std::unique_ptr<ToolDefinition>> tools;
   NamedMessageRules messages;       // of two lists with one name the later
-  std::vector<std::string> errors;  // "file: tool: what is wrong"
+  std::vector<std::string> errors;  // "file: tool: what is wrong", mostly
 };
 
 // Reads all files; a tool may name messages of any of them. A tool or a list of messages in which

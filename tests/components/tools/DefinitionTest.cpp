@@ -27,8 +27,6 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
        "t: unknown name $(Fil)"},
       {R"(<Tool Name="t" Output="$(Build.Out"><Step Program="p"/></Tool>)",
        "t: a macro has no end: $(Build.Out"},
-      {R"(<Tool Name="t" Messages="fine lint"><Step Program="p"/></Tool>)",
-       "t: no messages are known by the name lint"},
       {R"~(<Tool Name="t" Messages="fine"><Step Program="p"/><Line Template="a{SPECMESSAGE})"/></Tool>)~",
        "t: a{SPECMESSAGE}): unmatched ()"},
       {R"(<Tool Name="t"><Step Program="p"/><Line Template="a" Kind="Note"/></Tool>)",
@@ -60,6 +58,24 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
               "t.tools: " + std::string(error) + "\n1 tools");
   }
   EXPECT_EQ(ErrorsOf("no xml"), "t.tools: no XML\n0 tools");
+}
+
+TEST(Definition, MessagesThatAreNowhereAreToldOnceForAllToolsThatNameThem) {
+  const std::string tools = R"(<T><Tool Name="a" Messages="gcc"><Step Program="p"/></Tool>)"
+                            R"(<Tool Name="b" Messages="fine lint gcc"><Step Program="p"/></Tool>)"
+                            R"(<Tool Name="c" Messages="gcc"/><Messages Name="fine"/>)"
+                            R"(<Tool Name="d" Messages="fine gcc"><Step Program="p"/></Tool></T>)";
+  EXPECT_EQ(
+      ErrorsOf(tools),
+      "t.tools: c: there is no Step\n"
+      "no Messages are known by the name gcc (there is no messages.tools), so tools are left "
+      "out: a, d\n"
+      "no Messages are known by the name lint (there is no messages.tools), so tools are left "
+      "out: b\n0 tools");
+  const ReadDefinitions read =
+      ReadDefinitionFiles({{"t.tools", tools}, {"messages.tools", "<T/>"}});
+  EXPECT_EQ(read.errors.at(1),
+            "no Messages are known by the name gcc, so tools are left out: a, d");
 }
 
 TEST(Definition, LaterFilesReplaceToolsAndEveryExtensionIsServed) {
