@@ -7,7 +7,7 @@ namespace tarn::tools {
 namespace {
 
 constexpr std::array<TemplateKeyword, 4> kKeywords{{
-    {"SPECFILE", R"((([a-zA-Z]:[/\])?[^ :<{][^:]*))", 2, &LineFields::file},
+    {"SPECFILE", R"(([^ :<{-][^:]*(:[0-9]*:?[^ 0-9:][^:]*)*))", 2, &LineFields::file},
     {"SPECERROR", "([A-Za-z ]*(error|Error|ERROR|warning|Warning|WARNING)[ 0-9]*)", 2,
      &LineFields::type},
     {"SPECLINE", "([0-9]+)", 1, &LineFields::line},

@@ -11,9 +11,10 @@
 namespace tarn::tools {
 
 // The templates of definitions. Besides the words of all templates: SPECFILE is any path, of this
-// system or with a drive, but for one that holds a colon or begins like <built-in>; SPECERROR is
-// "error" or "warning" with what may stand around it, as in "fatal error" or "Warning 12". Groups
-// of one's own are allowed.
+// system or with a drive, but for one that begins like <built-in>; a colon in it never looks like
+// the one behind it, which a blank or the number of a line follows. SPECERROR is "error" or
+// "warning" with what may stand around it, as in "fatal error" or "Warning 12". Groups of one's own
+// are allowed.
 extern const TemplateLanguage kMessageTemplates;
 
 // What a line says of the folder that the names in the following ones count from.
