@@ -3,6 +3,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/frame/ProjectFile.h"
+#include "xml/StrictText.h"
 
 namespace tarn::host {
 
@@ -18,7 +19,7 @@ std::vector<ReportRow> RowsOf(const std::string& xml) {
   const auto report = ParseXml(xml);
   if (report == nullptr) return rows;
   for (const CXmlNode* row : report->GetChildren()) {
-    rows.push_back({ToLogEntry(*row), AttributeOf(row, "Help")});
+    rows.push_back({ReportRowToLogEntry(*row), DecodeStrict(AttributeOf(row, "Help"))});
   }
   return rows;
 }

@@ -14,17 +14,28 @@ LogKind KindOfIcon(std::string_view icon) {
   return LogKind::Plain;
 }
 
+LogEntry WithoutText(const CXmlNode& message) {
+  LogEntry entry;
+  entry.kind = KindOfIcon(AttributeOf(&message, "Icon"));
+  entry.file = DecodeStrict(AttributeOf(&message, "File"));
+  entry.line = ParseDecimal(message.GetAttrValue("Line"));
+  return entry;
+}
+
 }  // namespace
 
 LogEntry ToLogEntry(const CXmlNode& message) {
-  LogEntry entry;
-  entry.kind = KindOfIcon(AttributeOf(&message, "Icon"));
+  LogEntry entry = WithoutText(message);
   const char* description = message.GetAttrValue("Description");
   entry.text = DecodeStrict(description != nullptr ? description : message.GetValue());
   entry.message = DecodeStrict(AttributeOf(&message, "Contain"));
   if (entry.message.empty()) entry.message = entry.text;
-  entry.file = AttributeOf(&message, "File");
-  entry.line = ParseDecimal(message.GetAttrValue("Line"));
+  return entry;
+}
+
+LogEntry ReportRowToLogEntry(const CXmlNode& row) {
+  LogEntry entry = WithoutText(row);
+  entry.text = entry.message = AttributeOf(&row, "Description");
   return entry;
 }
 

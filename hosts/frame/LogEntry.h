@@ -18,7 +18,11 @@ struct LogEntry {
   int line = 0;         // 1 for the first; 0 when none is known
 };
 
+// A message of a log or of a tool's records, where texts are encoded (see DecodeStrict); in a log
+// that is kept beside its project paths are as well.
 LogEntry ToLogEntry(const CXmlNode& message);
+// A row of the report of a kept log, whose text is readable already.
+LogEntry ReportRowToLogEntry(const CXmlNode& row);
 // The messages below the top element of a log or of a tool's message records.
 std::vector<LogEntry> ReadLogEntries(const std::string& xml);
 

@@ -20,6 +20,7 @@ class CGenericTextItem : public CGenericItem {
       : foreColor(foreground), backColor(background), value(std::move(text)) {}
 
   std::string GetValue() const override { return value; }
+  void SetValue(std::string text) { value = std::move(text); }
   // Its own caption if it has one, else the value, in its format.
   std::string GetCaption() const override;
   void GetItemMetrics(ReportItemMetrics& metrics) const override;

@@ -160,8 +160,12 @@ void CGenericReport::AddRows(const CXmlNode& rowsNode) {
   if (isWaiting) SetTimer(kWaitingTimer, kWaitingPeriod);
 }
 
+std::unique_ptr<CGenericRecord> CGenericReport::MakeRecord(const CXmlNode& element) const {
+  return std::make_unique<CGenericRecord>(element, GetColumns());
+}
+
 CReportRecord& CGenericReport::AddRowAlone(const CXmlNode& element) {
-  CReportRecord& record = *AddRecord(std::make_unique<CGenericRecord>(element, GetColumns()));
+  CReportRecord& record = *AddRecord(MakeRecord(element));
   record.SetExpanded(NumberOf(element, "Expand", 0) == 1);
   return record;
 }
@@ -176,8 +180,7 @@ void CGenericReport::AddChildRows(CReportRecord& record, const CXmlNode& element
   for (int i = 0; i < element.GetChildCount(); ++i) {
     const CXmlNode& child = *element.GetChild(i);
     if (child.GetType() != XmlElement) continue;
-    CReportRecord& below =
-        *record.GetChildren().Add(std::make_unique<CGenericRecord>(child, GetColumns()));
+    CReportRecord& below = *record.GetChildren().Add(MakeRecord(child));
     below.SetExpanded(NumberOf(child, "Expand", 0) == 1);
     AddChildRows(below, child);
   }

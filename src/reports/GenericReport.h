@@ -57,6 +57,7 @@ class CGenericReport : public CReportControl {
  protected:
   static constexpr int kWaitingTimer = 601;
 
+  virtual std::unique_ptr<CGenericRecord> MakeRecord(const CXmlNode& element) const;
   // Behind the others, open if the element says so; with a record for each element below it.
   CReportRecord& AddRow(const CXmlNode& element);
   CReportRecord& AddRowAlone(const CXmlNode& element);

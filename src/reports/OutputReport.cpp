@@ -1,6 +1,8 @@
 #include "reports/OutputReport.h"
 
 #include "platform/text/Text.h"
+#include "reports/ReportDefinition.h"
+#include "xml/StrictText.h"
 
 namespace tarn {
 
@@ -28,6 +30,13 @@ void COutputReport::Update(const CXmlNode& root, std::uint64_t generation) {
 void COutputReport::AddRows(const CXmlNode& rowsNode) {
   shown.reset();
   for (int i = 0; i < rowsNode.GetChildCount(); ++i) AddMessage(*rowsNode.GetChild(i));
+}
+
+std::unique_ptr<CGenericRecord> COutputReport::MakeRecord(const CXmlNode& element) const {
+  std::unique_ptr<CGenericRecord> record = CGenericReport::MakeRecord(element);
+  auto* description = dynamic_cast<CGenericTextItem*>(record->GetItem(kOutputDescription));
+  if (description != nullptr) description->SetValue(DecodeStrict(description->GetValue()));
+  return record;
 }
 
 void COutputReport::AddMessage(const CXmlNode& message) {

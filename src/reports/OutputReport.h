@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "reports/GenericReport.h"
@@ -18,6 +19,10 @@ class COutputReport : public CGenericReport {
   void Update(const CXmlNode& root, std::uint64_t generation);
 
   void AddRows(const CXmlNode& rowsNode) override;
+
+ protected:
+  // With the description as the tool said it, like the log view.
+  std::unique_ptr<CGenericRecord> MakeRecord(const CXmlNode& element) const override;
 
  private:
   // What is shown; a copy of numbers, since the tree may be gone.

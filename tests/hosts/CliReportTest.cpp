@@ -44,6 +44,21 @@ TEST(CliReport, ListsWhatTheLastBuildHasMarkedAndFailsOnWhatWasAskedFor) {
                                  "text": "remark"}])"));
 }
 
+// A kept log has everything encoded that other tools could stumble over.
+TEST(CliReport, TextsAndPathsReadAsTheToolMeantThem) {
+  CliProject project;
+  const std::string folder = project.PathOf("src") + "/R&amp;D &#228;/";
+  project.Write("demo.tlog", "<output><message Icon='2' ShowInReport='yes' Description='" + folder +
+                                 "a.c:3:1: error: &amp;lt; is &lt;' File='" + folder +
+                                 "a.c' Line='3' Help='/&amp;.htm'/></output>");
+  const std::string shown = "src/R&D \xC3\xA4/a.c:3:1: error: &lt; is <\n";
+  EXPECT_EQ(project.Run({"report"}).out, shown);
+  EXPECT_EQ(project.Run({"log"}).out, shown);
+  const Json report = Json::parse(project.Run({"report", "--json"}).out, nullptr, false);
+  EXPECT_EQ(report[0]["file"], project.PathOf("src") + "/R&D \xC3\xA4/a.c");
+  EXPECT_EQ(report[0]["help"], "/&.htm");
+}
+
 TEST(CliReport, ABuildThatFailsIsInTheReport) {
   CliProject project;
   project.Write("src/c.c", "int c(void) { return 1 }\n");

@@ -90,6 +90,26 @@ TEST_F(OutputReport, AClickTellsTheHostThePlaceThenTheHelp) {
   }
 }
 
+// What tools say is encoded in the tree, see EncodeStrict; paths are not.
+TEST_F(OutputReport, AMessageReadsAsTheToolSaidIt) {
+  window->Update(
+      *Tree("<M><message ShowInReport='Yes' Description='&#8216;a&#8217; &lt;b&gt; &amp;lt; &foo;' "
+            "File='/a&amp;b.c' Line='1' Expand='1'><header>&lt;p&gt;</header></message>"
+            "<message ShowInReport='Yes'>&#124;</message></M>"),
+      1);
+  const std::string text =
+      "\xE2\x80\x98"
+      "a\xE2\x80\x99 <b> &lt; &foo;";
+  EXPECT_EQ(Rows(), "-|" + text +
+                        "|/a&amp;b.c|1|\n.|<p>|&lt;p&gt;|&lt;p&gt;|&lt;p&gt;\n"
+                        "|||&#124;|&#124;|&#124;\n");
+  const COutputReport& report = *window->GetReport();
+  EXPECT_EQ(report.RecordToText(*report.GetRecords().GetAt(0)),
+            "-1\t" + text + "\t/a&amp;b.c\t1\t\t");
+  Click(0);
+  EXPECT_EQ(host.TakeLines(), std::vector<std::string>{"0x8008 /a&amp;b.c -1"});
+}
+
 TEST_F(OutputReport, AHostThatResetsOrDestroysItInsideAClickHearsOfTheHelpAllTheSame) {
   for (const bool destroys : {false, true}) {
     window->Update(*Tree(kLog), destroys ? 3 : 1);
