@@ -30,7 +30,7 @@ std::string Link(const std::string& target, LineColor color, const std::string& 
 
 struct Line {
   int icon;
-  std::string text;  // as the tool said it
+  std::string text;
 };
 
 Line ToLine(const CXmlNode& message) {
@@ -38,14 +38,15 @@ Line ToLine(const CXmlNode& message) {
   if (description == nullptr && message.NameView() == "Output") {
     return {kIconPlain, message.GetValue()};
   }
-  return {ParseNumber(message.GetAttrValue("Icon")), TextOf(description)};
+  // A tool's text is encoded in the tree.
+  return {ParseNumber(message.GetAttrValue("Icon")), DecodeStrict(TextOf(description))};
 }
 
 }  // namespace
 
 std::string MakeLogRichText(const CXmlNode& message) {
   const Line line = ToLine(message);
-  const std::string text = ReplaceAll(DecodeStrict(line.text), "\\", "\\\\");
+  const std::string text = ReplaceAll(line.text, "\\", "\\\\");
   switch (line.icon) {
     case kIconPlain:
       return kHead + ColorWord(kBlack) + " " + text + " \\par }";

@@ -64,6 +64,8 @@ TEST(LogRichTextTest, EachKindOfLineIsWrittenByteForByte) {
        HEAD "\\cf2 \xE2\x80\x98"
             "a\xE2\x80\x99 <b> & \\\\ &foo; \\par }"},
       {"a line of the host's own", R"(<Output>C:\done</Output>)", HEAD "\\cf2 C:\\\\done \\par }"},
+      {"a line of the host's own is not encoded", "<Output>a &lt; b</Output>",
+       HEAD "\\cf2 a &lt; b \\par }"},
       {"another element with a value", R"(<message>x</message>)", HEAD "\\cf2\\ulnone  \\par }"},
   };
   for (const auto& row : rows) EXPECT_EQ(RichTextOf(row.element), row.richText) << row.name;
