@@ -57,6 +57,9 @@ CGenericReport::~CGenericReport() {
 }
 
 bool CGenericReport::OnCreate() {
+  // A window that is made a second time shows its definition once.
+  RemoveAllRecords();
+  RemoveColumns();
   if (!BuildFromDefinition()) return false;
   AllowEdit(true);
   GetReportHeader().ShowItemsInGroups(false);
@@ -73,6 +76,13 @@ bool CGenericReport::BuildFromDefinition() {
   if (const CXmlNode* head = FindChildNoCase(*definition, "Def")) CreateColumns(*head);
   if (const CXmlNode* body = FindChildNoCase(*definition, rowsName)) AddRows(*body);
   return true;
+}
+
+// With their pictures: numbers of pictures begin with those of the first column.
+void CGenericReport::RemoveColumns() {
+  GetColumns().Clear();
+  imageList.reset();
+  SetImageList(nullptr);
 }
 
 void CGenericReport::CreateColumns(const CXmlNode& definitionNode) {
@@ -138,7 +148,7 @@ std::string CGenericReport::GetValueAt(int row, int column) const {
 }
 
 bool CGenericReport::Reload(const CXmlNode* rowsNode, bool removeOld, int sortColumn) {
-  if (removeOld) RemoveAllRecords();
+  if (removeOld) RemoveRecords();
   if (rowsNode != nullptr) AddRows(*rowsNode);
   const CReportColumn* sorted = GetColumns().GetAt(sortColumn);
   if (sorted != nullptr && !sorted->IsSorted()) GetColumns().SetSortColumn(sorted, true);
@@ -222,13 +232,18 @@ bool CGenericReport::Validate(const CXmlNode& /*node*/) const {
   return false;
 }
 
-void CGenericReport::RemoveAllRows() {
+void CGenericReport::RemoveRecords() {
   RemoveAllRecords();
+  KillTimer(kWaitingTimer);
+}
+
+void CGenericReport::RemoveAllRows() {
+  RemoveRecords();
   Populate();
 }
 
 void CGenericReport::SetDefinition(const CXmlNode& node) {
-  GetColumns().Clear();
+  RemoveColumns();
   if (definition == nullptr) definition = std::make_unique<CXmlNode>();
   definition->CopyFrom(node);
   BuildFromDefinition();

@@ -69,6 +69,9 @@ class CGenericReport : public CReportControl {
  private:
   using CReportControl::AddColumn;  // all columns are generic ones
 
+  // No row waits any longer.
+  void RemoveRecords();
+  void RemoveColumns();
   void CreateColumns(const CXmlNode& definitionNode);
   // False when its picture doesn't load.
   bool CreateColumn(const CXmlNode& column, int index);

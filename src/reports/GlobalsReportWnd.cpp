@@ -23,8 +23,13 @@ bool CGlobalsReportWnd::OnCreate() {
   look.captionFont = GetFont();
   look.captionFont.twips = look.captionFont.twips * 5 / 6;
   report->SetLook(look);
-  return report->Create(kStyleChild | kStyleVisible | kStyleStaticEdge, GetClientRect(), this,
-                        kReportId);
+  if (!report->Create(kStyleChild | kStyleVisible | kStyleStaticEdge, GetClientRect(), this,
+                      kReportId)) {
+    return false;
+  }
+  // Symbols that came before the window.
+  if (symbols != nullptr) SetRows(*symbols);
+  return true;
 }
 
 void CGlobalsReportWnd::OnSize(Size size) {

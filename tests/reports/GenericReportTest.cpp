@@ -44,6 +44,13 @@ class GenericReport : public ::testing::Test {
   std::unique_ptr<WaitingReport> report;
 };
 
+std::string Written(CGenericReport& report) {
+  CXmlNode node;
+  node.SetName("Top");
+  report.Serialize(node, true);
+  return Dump(node);
+}
+
 TEST_F(GenericReport, ADefinitionGivesItsColumns) {
   const struct {
     const char* definition;  // the children of Def
@@ -92,6 +99,66 @@ TEST_F(GenericReport, ADefinitionGivesItsColumns) {
   EXPECT_EQ(DefinitionText(bare), "a/a 50 auto\n");
   bare.SetDefinition(*Tree("<Report><Def NbCol='1'><Col Header='b'/></Def></Report>"));
   EXPECT_EQ(DefinitionText(bare), "b/b 50 auto\n");
+  ASSERT_TRUE(bare.Create(kStyleChild, {}, &owner, 2));
+  EXPECT_EQ(DefinitionText(bare), "b/b 50 auto\n");
+}
+
+TEST_F(GenericReport, PicturesAreThoseOfTheDefinitionInForce) {
+  const char* const kIcon =
+      "<Report><Def NbCol='1'><Col Type='PT_ICON' Icon='/r/%s.bmp'/></Def>"
+      "</Report>";
+  ASSERT_TRUE(Make(FormatMessageText(kIcon, std::vector<std::string>{"icons"})));
+  EXPECT_EQ(report->GetImageList()->GetCount(), 3);
+  report->SetDefinition(*Tree(FormatMessageText(kIcon, std::vector<std::string>{"ticks"}).c_str()));
+  EXPECT_EQ(report->GetImageList()->GetCount(), 2);
+  report->SetDefinition(*Tree("<Report><Def/></Report>"));
+  EXPECT_EQ(report->GetImageList(), nullptr);
+}
+
+TEST_F(GenericReport, NumbersOfColumnsThatAreNoneAreHarmless) {
+  const std::pair<const char*, int> rows[] = {{"-1", 0},         {"-2147483648", 0},
+                                              {"2147483647", 2}, {"99999999999999999999", 2},
+                                              {"0x2", 0},        {"2;", 2}};
+  for (const auto& [number, count] : rows) {
+    ASSERT_TRUE(Make(std::string("<Report><Def NbCol='") + number +
+                     "'><A Header='a'/><A Header='b'/></Def><Rows><R a='1' b='2'/></Rows>"
+                     "</Report>"));
+    EXPECT_EQ(report->GetColumns().GetCount(), count) << number;
+    EXPECT_EQ(report->GetRows().GetCount(), 1) << number;
+  }
+}
+
+TEST_F(GenericReport, ColumnsMayGoWhileRowsAreSortedAndGroupedByThem) {
+  ASSERT_TRUE(
+      Make("<Report><Def NbCol='2'><Col Type='PT_STRING' Header='A' Sortable='1'/>"
+           "<Col Type='PT_STRING' Header='B' HyperLink=''/></Def><Rows><R A='1' B='x'/>"
+           "<R A='2' B='y'/></Rows></Report>",
+           true));
+  CReportColumns& columns = report->GetColumns();
+  columns.GetGroupsOrder().Add(columns.GetAt(1));
+  columns.GetGroupsOrder().Add(columns.GetAt(0));
+  report->NotifyHeaderClicked(0);
+  report->NotifySelected({0, 1, 2}, 2);
+  report->SetDefinition(
+      *Tree("<Report><Def NbCol='1'><Col Type='PT_STRING' Header='C'/></Def>"
+            "</Report>"));
+  // The old rows until it is populated, whatever the user does meanwhile.
+  for (int y = 0; y < 200; y += 8) {
+    for (const MouseAction action :
+         {MouseAction::Press, MouseAction::Release, MouseAction::DoubleClick}) {
+      report->NotifyMouse({action, MouseButton::Left, {5, y}, false, false});
+    }
+  }
+  for (const int key : {kKeyHome, kKeyRight, kKeyLeft, kKeyEnd, kKeySpace, kKeyF2, kKeyEnter}) {
+    report->NotifyKey({key, false, false});
+  }
+  report->Populate();
+  EXPECT_EQ(report->GetRows().GetCount(), 2);
+  EXPECT_FALSE(report->GetRows().GetAt(0)->IsGroup());
+  EXPECT_EQ(columns.GetSortColumn(), nullptr);
+  EXPECT_EQ(Written(*report),
+            "Top(Report(Def[NbCol=1](Col[Type=PT_STRING][Header=C]) "
+            "Rows(Row[C=1] Row[C=2])))");
 }
 
 TEST_F(GenericReport, ARowTakesItsCellsFromAttributesAndElseItsText) {
@@ -146,13 +213,6 @@ TEST_F(GenericReport, ATextItemShowsItsCaptionOrItsValueInAFormat) {
 constexpr const char* kTwoColumns =
     "<Report><Def Header='d' NbCol='2'><Col Type='PT_STRING' Header='A' Edit='1' Sortable='1'/>"
     "<Col Type='PT_STRING' Header='B' Name='Bee'/></Def><Rows>";
-
-std::string Written(CGenericReport& report) {
-  CXmlNode node;
-  node.SetName("Top");
-  report.Serialize(node, true);
-  return Dump(node);
-}
 
 TEST_F(GenericReport, WhatIsWrittenHasTheOuterRowsAndTheShapeOfTheRest) {
   ASSERT_TRUE(Make(std::string(kTwoColumns) +
@@ -217,6 +277,15 @@ TEST_F(GenericReport, TheWaitingTimerRunsExactlyWhileTheLastRowWaits) {
     EXPECT_EQ(report->ticks, 0);
     clock.Advance(milliseconds(1));
     EXPECT_EQ(report->ticks, row.ticks) << TextOf(row.rows);
+  }
+  // Nor does it wait for rows that are gone.
+  for (const bool all : {true, false}) {
+    report->Reload(Tree("<R><Row WaitingProcess=''/></R>").get(), true, -1);
+    if (all) report->RemoveAllRows();
+    if (!all) report->Reload(nullptr, true, -1);
+    report->ticks = 0;
+    clock.Advance(milliseconds(50));
+    EXPECT_EQ(report->ticks, 0) << all;
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "project/ProjectModel.h"
 #include "reports/GlobalsReportWnd.h"
+#include "reports/ReportDefinition.h"
 #include "reports/ReportWorld.h"
 #include "reports/SymbolFile.h"
 #include "support/RecordingHost.h"
@@ -185,6 +186,77 @@ TEST_F(Globals, TheMenuOfAHeadArrangesTheReport) {
        {"[x] Group by box 5", "Group by Field 4 (off)", "{Align Left 201 | [x] Align Right 202"}) {
     EXPECT_NE(menu.find(part), std::string::npos) << menu;
   }
+}
+
+// Names that differ in nothing, in case, in length; a name of a megabyte; symbols in symbols.
+TEST_F(Globals, ManyHostileSymbolsAreShown) {
+  constexpr int kCount = 10000;
+  std::string file = "<g>";
+  for (int i = 0; i < kCount; ++i) {
+    const std::string name = i % 2 == 0 ? "same" : "Same" + std::to_string(i);
+    file += "<s Icon='" + std::to_string(i - 5) + "' Header='" + name +
+            "' DeclFile='}{&lt;' DeclLine='99999999999'/>";
+  }
+  file += "<s Header='" + std::string(1 << 20, 'x') + "'/>";
+  for (int i = 0; i < 1500; ++i) file += "<s Header='deep'>";
+  disk.AddFile("/a.xml", file);
+  EXPECT_TRUE(Load("/a.xml"));
+  CGlobalsReport& report = window->GetReport();
+  EXPECT_EQ(report.GetRows().GetCount(), kCount / 2 + 3);
+  report.NotifyHeaderClicked(kGlobalsName);
+  toolkit.menuAnswers = {4, 7};
+  report.NotifyHeaderRightClicked(kGlobalsName, {});
+  report.NotifyHeaderRightClicked(kGlobalsName, {});
+  EXPECT_EQ(report.GetRows().GetCount(), 2 * (kCount / 2 + 3));
+  EXPECT_EQ(report.GetColumns().GetAt(kGlobalsName)->GetWidth(), CReportColumn::kMaxWidth);
+  disk.Advance(1);
+  disk.AddFile("/a.xml", "<g/>");
+  EXPECT_TRUE(Load("/a.xml"));
+  EXPECT_EQ(Rows(), "");
+}
+
+TEST_F(Globals, SymbolsThatCameBeforeTheWindowAreShown) {
+  disk.AddFile("/a.xml", "<g><x Header='one'/></g>");
+  window = std::make_unique<CGlobalsReportWnd>(disk, host.Handle(), "/c/");
+  EXPECT_TRUE(Load("/a.xml"));
+  for (int i = 0; i < 2; ++i) {
+    ASSERT_TRUE(window->Create(kStylePopup, {0, 0, 600, 200}, nullptr, 0));
+    EXPECT_FALSE(Load("/a.xml"));
+    EXPECT_EQ(Rows(), "|one|||\n");
+    window->DestroyWindow();
+  }
+}
+
+TEST_F(Globals, TheHostMayFreeTheWindowOrReloadItWhileItIsAsked) {
+  disk.AddFile("/a.xml", "<g><x Header='b' DeclFile='/f' DeclLine='1'/><x Header='a'/></g>");
+  disk.AddFile("/b.xml", "<g><x Header='d'/><x Header='c'/></g>");
+  struct Actor : RecordingToolkit {
+    int TrackMenu(const CMenu&, Point, CWnd&) override { return act(), 2; }
+    std::function<void()> act;
+  } actor;
+  const auto make = [this] {
+    window = std::make_unique<CGlobalsReportWnd>(disk, host.Handle(), "/c/");
+    ASSERT_TRUE(window->Create(kStylePopup, {0, 0, 600, 200}, nullptr, 0));
+    window->Load("/a.xml");
+    window->GetReport().SelectRow(0);
+  };
+  const auto doAll = [&](const std::function<void()>& act) {
+    actor.act = act;
+    host.actions[kMsgOpenFileAtLine] = act;
+    make();
+    window->GetReport().NotifyMouse(
+        {MouseAction::DoubleClick, MouseButton::Left, {30, 25}, false, false});
+    make();
+    window->GetReport().NotifyKey({kKeyEnter, false, false});
+    make();
+    window->GetReport().NotifyHeaderRightClicked(1, {1, 1});
+  };
+  doAll([this] { window.reset(); });
+  EXPECT_EQ(window, nullptr);
+  doAll([this] { window->Load("/b.xml"); });
+  EXPECT_EQ(Rows(), "|c|||\n|d|||\n") << "the menu sorts what is there";
+  doAll([this] { window->Load(nullptr); });
+  EXPECT_EQ(Rows(), "");
 }
 
 TEST_F(Globals, AMenuThatOutlivesTheWindowDoesNothing) {

@@ -110,6 +110,46 @@ TEST_F(OutputReport, AMessageReadsAsTheToolSaidIt) {
   EXPECT_EQ(host.TakeLines(), std::vector<std::string>{"0x8008 /a&amp;b.c -1"});
 }
 
+TEST_F(OutputReport, AHostThatFreesOrReplacesItInsideAClickHearsOfTheHelpAllTheSame) {
+  for (const std::uint32_t message : {kMsgOpenFileAtLine, kMsgShowHelp}) {
+    for (const bool frees : {false, true}) {
+      for (const bool byKey : {false, true}) {
+        window = MakeWindow();
+        window->Update(*Tree(kLog), 1);
+        host.actions[message] = [&] {
+          host.actions.clear();
+          if (frees) return window.reset();
+          window->SetDefinition(*MakeOutputDefinition("/it's \"a\""));
+          // What was replaced goes at the next message, which a host with a loop of its own takes.
+          MessageLoop::ForCurrentThread()->Pump();
+          window->Update(*Tree(kLog), 1);
+        };
+        if (byKey) {
+          window->GetReport()->SelectRow(2);
+          window->GetReport()->NotifyKey({kKeyEnter, false, false});
+        } else {
+          Click(2);
+        }
+        EXPECT_EQ(host.TakeLines(), (std::vector<std::string>{"0x8008 /b.c 0", "0x802D h.htm 0"}));
+        EXPECT_EQ(window == nullptr, frees);
+      }
+    }
+  }
+}
+
+TEST_F(OutputReport, AWindowThatIsMadeAgainShowsItsColumnsOnce) {
+  window->Update(*Tree(kLog), 1);
+  const std::string columns = DefinitionText(*window->GetReport());
+  const std::string rows = Rows();
+  window->DestroyWindow();
+  window->Update(*Tree("<M/>"), 2);
+  ASSERT_TRUE(window->Create(kStylePopup, {0, 0, 700, 200}, nullptr, 0));
+  EXPECT_EQ(DefinitionText(*window->GetReport()), columns);
+  EXPECT_EQ(Rows(), "");
+  window->Update(*Tree(kLog), 1);
+  EXPECT_EQ(Rows(), rows);
+}
+
 TEST_F(OutputReport, AHostThatResetsOrDestroysItInsideAClickHearsOfTheHelpAllTheSame) {
   for (const bool destroys : {false, true}) {
     window->Update(*Tree(kLog), destroys ? 3 : 1);
