@@ -141,10 +141,10 @@ void CReportControl::Populate() {
 
 void CReportControl::PopulateAdded() {
   if (populated == records.GetCount() && !isArrangedAnew) return;
-  const bool groupsWhatIsSorted =
-      header.IsShowItemsInGroups() && columns.GetSortColumn() != nullptr;
-  if (isArrangedAnew || groupsWhatIsSorted) return Populate();
-  const RememberedSelection remembered = RememberSelection();
+  const bool isSorted = columns.GetSortColumn() != nullptr;
+  if (isArrangedAnew || (isSorted && header.IsShowItemsInGroups())) return Populate();
+  // Rows only move where they are sorted.
+  const RememberedSelection remembered = isSorted ? RememberSelection() : RememberedSelection();
   const int behindOld = rows.GetCount();
   const int changed = rows.Extend(records, populated);
   if (changed < 0) return Populate();
