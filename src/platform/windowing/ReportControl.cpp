@@ -84,7 +84,6 @@ void CReportControl::RemoveAllRecords() {
   selected.indexes.clear();
   focusedRow = -1;
   anchorRow = -1;
-  topRow = 0;
   populated = 0;
   // The peer must have let go of the rows before the records go.
   ResetRows();

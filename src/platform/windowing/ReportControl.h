@@ -169,7 +169,8 @@ class CReportControl : public CWnd {
   // The visible columns from left to right; those that size themselves share what is left over.
   std::vector<ColumnSpan> LayOutColumns() const;
   ReportHit HitTest(Point point) const;
-  // The number of the first row below the header.
+  // The number of the first row below the header. It stays through a refill, as far as there are
+  // rows then.
   int GetTopRow() const { return topRow; }
   // What a cell needs to be seen whole.
   int MeasureCell(int row, const CReportColumn& column) const;

@@ -446,6 +446,13 @@ TEST_F(Report, PointsFindCellsOpenersLinksAndTheGroupBox) {
   EXPECT_EQ(at(104 + 16, 52), "row 1,2,0");
   report->Populate();
   EXPECT_EQ(report->GetTopRow(), 1) << "the same rows stay where they are";
+  report->RemoveAllRecords();
+  EXPECT_EQ(at(5, 68), "nowhere -1,-1,-1");
+  Fill();
+  EXPECT_EQ(report->GetTopRow(), 1) << "so do rows that are made anew";
+  report->RemoveAllRecords();
+  report->Populate();
+  EXPECT_EQ(report->GetTopRow(), 0);
 }
 
 TEST_F(Report, SelectedRowsAreGoneThroughInOrderAndGoWithTheirRecords) {
