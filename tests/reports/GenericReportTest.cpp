@@ -44,6 +44,10 @@ class GenericReport : public ::testing::Test {
   std::unique_ptr<WaitingReport> report;
 };
 
+constexpr const char* kTwoColumns =
+    "<Report><Def Header='d' NbCol='2'><Col Type='PT_STRING' Header='A' Edit='1' Sortable='1'/>"
+    "<Col Type='PT_STRING' Header='B' Name='Bee'/></Def><Rows>";
+
 std::string Written(CGenericReport& report) {
   CXmlNode node;
   node.SetName("Top");
@@ -128,6 +132,19 @@ TEST_F(GenericReport, NumbersOfColumnsThatAreNoneAreHarmless) {
   }
 }
 
+TEST_F(GenericReport, RowsLieAsDeepAsAFileCan) {
+  constexpr int kDepth = 1900;
+  std::string rows;
+  for (int i = 0; i < kDepth; ++i) rows += "<R A='a' Expand='1'>";
+  for (int i = 0; i < kDepth; ++i) rows += "</R>";
+  ASSERT_TRUE(Make(kTwoColumns + rows + "</Rows></Report>", false, true));
+  EXPECT_EQ(report->GetRows().GetCount(), kDepth);
+  EXPECT_NE(Written(*report).find("Expand=" + std::string(kDepth - 1, '1') + "]"),
+            std::string::npos);
+  report->NotifyOpened(0, false);
+  EXPECT_EQ(report->GetRows().GetCount(), 1);
+}
+
 TEST_F(GenericReport, ColumnsMayGoWhileRowsAreSortedAndGroupedByThem) {
   ASSERT_TRUE(
       Make("<Report><Def NbCol='2'><Col Type='PT_STRING' Header='A' Sortable='1'/>"
@@ -209,10 +226,6 @@ TEST_F(GenericReport, ATextItemShowsItsCaptionOrItsValueInAFormat) {
   item.OnEditChanged("new");
   EXPECT_EQ(item.GetCaption() + item.GetValue(), "ownnew");
 }
-
-constexpr const char* kTwoColumns =
-    "<Report><Def Header='d' NbCol='2'><Col Type='PT_STRING' Header='A' Edit='1' Sortable='1'/>"
-    "<Col Type='PT_STRING' Header='B' Name='Bee'/></Def><Rows>";
 
 TEST_F(GenericReport, WhatIsWrittenHasTheOuterRowsAndTheShapeOfTheRest) {
   ASSERT_TRUE(Make(std::string(kTwoColumns) +
