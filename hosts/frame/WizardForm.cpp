@@ -4,6 +4,7 @@
 #include "platform/windowing/Button.h"
 #include "platform/windowing/ComboBox.h"
 #include "platform/windowing/Edit.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 
@@ -24,16 +25,20 @@ struct Target {
   CTreeItem* item = nullptr;
 };
 
-// The catalogue hangs below one item; families have something below them, targets don't.
+// The items of the catalogue carry the elements that they show. A family may be empty, and a target
+// may have others below it.
+bool IsTarget(const CTreeItem& item) {
+  const auto* const element = static_cast<const CXmlNode*>(item.GetData());
+  return element != nullptr && element->NameView() == "Target";
+}
+
+// The catalogue hangs below one item.
 void CollectTargets(const CTreeItem& family, const std::string& path,
                     std::vector<Target>& targets) {
   for (CTreeItem* item = family.GetFirstChild(); item != nullptr; item = item->GetNextSibling()) {
     const std::string own = path + item->GetText();
-    if (item->HasChildren()) {
-      CollectTargets(*item, own + "/", targets);
-    } else {
-      targets.push_back({own, item});
-    }
+    if (IsTarget(*item)) targets.push_back({own, item});
+    CollectTargets(*item, own + "/", targets);
   }
 }
 

@@ -39,7 +39,8 @@ TEST(WizardForm, ChoosesWhatAUserCouldAndTellsWhatHeCouldNot) {
                            "</Targets>");
   scene.world.disk.AddFile("/app/targets/own.xml",
                            "<Targets Header='Small'><Target Header='S3'><ConfigName>Own"
-                           "</ConfigName></Target></Targets>");
+                           "</ConfigName></Target><Targets Header='Bare' />"
+                           "<Target Header='Kit'><Target Header='Part' /></Target></Targets>");
   const auto with = [](WizardChoices choices, auto WizardChoices::*field, auto value) {
     choices.*field = value;
     return choices;
@@ -66,7 +67,13 @@ TEST(WizardForm, ChoosesWhatAUserCouldAndTellsWhatHeCouldNot) {
        "Application: app @ /p, new, config 'Own', script '', tool ''"},
       {"several", isNew, Target("S1"),
        "Several targets are named \"S1\": Chips/Small/S1, More/S1."},
-      {"part of a name", isNew, Target("1"), "There is no target \"1\". S1 S2 S3 S4 Small S1 S3"},
+      {"part of a name", isNew, Target("1"),
+       "There is no target \"1\". S1 S2 S3 S4 Small S1 S3 Kit Part"},
+      {"a family without targets", isNew, Target("Bare"),
+       "There is no target \"Bare\". S1 S2 S3 S4 Small S1 S3 Kit Part"},
+      {"a target with others below it", isNew, Target("Kit"),
+       "Application: app @ /p, new" + standard},
+      {"one below a target", isNew, Target("kit/part"), "Application: app @ /p, new" + standard},
       {"a type, and a name with an extension", isNew,
        with(with(s1, &WizardChoices::typeHeader, std::string("program")),
             &WizardChoices::applicationName, std::string("a.hex")),
