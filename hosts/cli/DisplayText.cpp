@@ -110,4 +110,17 @@ std::string Printable(std::string_view text) {
   return clean;
 }
 
+std::size_t ColumnsOf(std::string_view text) {
+  const auto startsCharacter = [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+  };
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), startsCharacter));
+}
+
+std::string Padded(std::string text, std::size_t columns) {
+  const std::size_t taken = ColumnsOf(text);
+  if (taken < columns) text.append(columns - taken, ' ');
+  return text;
+}
+
 }  // namespace tarn::host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -25,5 +26,10 @@ std::string CountText(int count, std::string_view noun);
 
 // The text without control characters other than tabs, so that no tool can play with a terminal.
 std::string Printable(std::string_view text);
+
+// How many columns of a terminal the UTF-8 text takes, where each character takes one.
+std::size_t ColumnsOf(std::string_view text);
+// The text, made that many columns wide.
+std::string Padded(std::string text, std::size_t columns);
 
 }  // namespace tarn::host

@@ -48,17 +48,15 @@ void PrintSymbols(CommandContext& context, const std::vector<Symbol>& symbols) {
   std::size_t names = 0;
   std::size_t places = 0;
   for (const Symbol& symbol : symbols) {
-    names = std::max(names, symbol.name.size());
-    places = std::max(places, PlaceOf(context, symbol).size());
+    names = std::max(names, ColumnsOf(Printable(symbol.name)));
+    places = std::max(places, ColumnsOf(PlaceOf(context, symbol)));
   }
   names = std::min(names, kWidest);
   places = std::min(places, kWidest);
   for (const Symbol& symbol : symbols) {
-    std::string name = Printable(symbol.name);
-    std::string place = PlaceOf(context, symbol);
-    name.resize(std::max(name.size(), names), ' ');
-    place.resize(std::max(place.size(), places), ' ');
-    std::string line = context.Out().Dye(Paint::Bold, name) + "  " + place;
+    const std::string name = Padded(Printable(symbol.name), names);
+    std::string line =
+        context.Out().Dye(Paint::Bold, name) + "  " + Padded(PlaceOf(context, symbol), places);
     if (!symbol.definition.empty()) line += "  " + Printable(symbol.definition);
     line.erase(line.find_last_not_of(' ') + 1);
     context.Out().PrintLine(line);

@@ -39,12 +39,11 @@ void PrintApplication(CommandContext& context, const ApplicationStatus& applicat
   std::size_t width = 0;
   for (const StaleNode& node : application.stale) {
     lines.push_back(LineOf(context, application, node));
-    width = std::max(width, lines.back().name.size());
+    width = std::max(width, ColumnsOf(lines.back().name));
   }
   width = std::min<std::size_t>(width, 40);
-  for (StatusLine& line : lines) {
-    if (line.name.size() < width) line.name.resize(width, ' ');
-    context.Out().PrintLine("  " + line.name + "  " + line.reason);
+  for (const StatusLine& line : lines) {
+    context.Out().PrintLine("  " + Padded(line.name, width) + "  " + line.reason);
   }
 }
 

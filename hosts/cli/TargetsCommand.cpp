@@ -17,20 +17,25 @@ bool IsOf(const TargetEntry& target, const std::string& family) {
                      [&family](const std::string& each) { return EqualNoCase(each, family); });
 }
 
-// What was asked for by a name in full is nothing else, even if other names begin with it.
-void KeepMatching(std::vector<TargetEntry>& targets, const std::string& text) {
-  const auto isNamed = [&text](const TargetEntry& target) {
-    return EqualNoCase(target.name, text);
-  };
-  if (std::any_of(targets.begin(), targets.end(), isNamed)) {
-    std::erase_if(targets, [&isNamed](const TargetEntry& target) { return !isNamed(target); });
-    return;
-  }
+template <class Predicate>
+bool KeepThoseThat(std::vector<TargetEntry>& targets, Predicate&& matches) {
+  if (std::none_of(targets.begin(), targets.end(), matches)) return false;
+  std::erase_if(targets, [&matches](const TargetEntry& each) { return !matches(each); });
+  return true;
+}
+
+// What was asked for by the name in full, of a target or of a family, is nothing else, even if
+// other names begin with it.
+bool KeepMatching(std::vector<TargetEntry>& targets, const std::string& text) {
   const std::string wanted = FoldCase(text);
-  std::erase_if(targets, [&wanted](const TargetEntry& target) {
-    const std::string all = FoldCase(target.name + "\n" + target.description);
-    return all.find(wanted) == all.npos;
-  });
+  const auto isNamed = [&](const TargetEntry& each) { return EqualNoCase(each.name, text); };
+  const auto isOf = [&](const TargetEntry& each) { return IsOf(each, text); };
+  const auto tells = [&](const TargetEntry& each) {
+    const std::string all = FoldCase(each.name + "\n" + each.description);
+    return all.find(wanted) != all.npos;
+  };
+  return KeepThoseThat(targets, isNamed) || KeepThoseThat(targets, isOf) ||
+         KeepThoseThat(targets, tells);
 }
 
 std::string JoinedFamilies(const TargetEntry& target) {
@@ -53,18 +58,18 @@ void PrintTarget(CommandContext& context, const TargetEntry& target) {
 void PrintList(CommandContext& context, const std::vector<TargetEntry>& targets) {
   Console& out = context.Out();
   std::size_t width = 0;
-  for (const TargetEntry& each : targets) width = std::max(width, each.name.size());
+  for (const TargetEntry& each : targets) width = std::max(width, ColumnsOf(Printable(each.name)));
   const std::vector<std::string>* families = nullptr;
   for (const TargetEntry& each : targets) {
     if (families == nullptr || *families != each.families) {
       out.PrintLine(out.Dye(Paint::Bold, JoinedFamilies(each)));
     }
     families = &each.families;
-    const std::string gap(width - each.name.size() + 2, ' ');
     const std::string first(Split(each.description + "\n", '\n').front());
-    const bool isUsual = each.configuration == "Standard";
-    out.PrintLine("  " + Printable(each.name) + gap + Printable(first) +
-                  (isUsual ? "" : "  [" + Printable(each.configuration) + "]"));
+    std::string line = Padded(Printable(each.name), width) + "  " + Printable(first);
+    if (each.configuration != "Standard") line += "  [" + Printable(each.configuration) + "]";
+    line.erase(line.find_last_not_of(' ') + 1);
+    out.PrintLine("  " + line);
   }
 }
 
@@ -80,26 +85,39 @@ nlohmann::json ToJson(const std::vector<TargetEntry>& targets) {
   return list;
 }
 
+// What else could have been asked for.
+std::string FamilyHint(const std::string& family, const std::vector<TargetEntry>& targets) {
+  const std::vector<std::string> known = FamilyNames(targets);
+  std::string text = SuggestionText(family, known);
+  if (!text.empty()) return Printable(text);
+  for (const std::string& each : known) text += "\n  " + Printable(each);
+  return " There are:" + text;
+}
+
+std::string TargetHint(const std::string& name, const std::vector<TargetEntry>& targets) {
+  const std::string text = Printable(SuggestionText(name, TargetNames(targets)));
+  return text.empty() ? " `tarn targets` shows what there is." : text;
+}
+
 // Leaves those that were asked for. 0, or an exit code with everything said.
 int Choose(CommandContext& context, std::vector<TargetEntry>& targets) {
   const std::string& family = context.Asked().family;
   const std::string& text = context.Asked().text;
-  const std::vector<TargetEntry> all = targets;
-  if (!family.empty()) {
-    std::erase_if(targets, [&](const TargetEntry& each) { return !IsOf(each, family); });
-    if (targets.empty()) {
-      context.Complain("There is no family \"" + family + "\"." +
-                       SuggestionText(family, FamilyNames(all)));
-      return kExitUsage;
-    }
+  if (targets.empty()) {
+    context.Complain(
+        "There are no targets. `tarn register` makes those of this installation known.");
+    return kExitCannotOpen;
   }
-  if (!text.empty()) {
-    KeepMatching(targets, text);
-    if (targets.empty()) {
-      context.Complain("No target has \"" + text + "\" in its name or description." +
-                       SuggestionText(text, TargetNames(all)));
-      return kExitUsage;
-    }
+  const auto isOf = [&](const TargetEntry& each) { return IsOf(each, family); };
+  if (!family.empty() && !KeepThoseThat(targets, isOf)) {
+    context.Complain("There is no family \"" + family + "\"." + FamilyHint(family, targets));
+    return kExitUsage;
+  }
+  if (!text.empty() && !KeepMatching(targets, text)) {
+    const std::string of = family.empty() ? "" : " of the family \"" + family + "\"";
+    context.Complain("No target" + of + " has \"" + text + "\" in its name or description." +
+                     TargetHint(text, targets));
+    return kExitUsage;
   }
   return kExitDone;
 }

@@ -22,7 +22,8 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
       "<Target Header='ab1' ><Micro_Description>First.\\nUSB and\x1b[m.</Micro_Description>"
       "<Datasheet>https://example.com/ab1</Datasheet><ConfigName>Debug</ConfigName></Target>"
       "<Targets Header='Inner' ><Target Header='ab12' ><Micro_Description>Second."
-      "</Micro_Description></Target><Other Header='ab3' /></Targets></Targets>");
+      "</Micro_Description></Target><Target Header='\xc3\xa4' /><Other Header='ab3' /></Targets>"
+      "</Targets>");
   std::filesystem::create_directories(project.PathOf("settings/user"));
   project.Point("TARN_SETTINGS", "settings");
   project.Write("settings/user/registry.ini",
@@ -33,14 +34,18 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
     int code;
     std::string out, err;
   } rows[] = {
-      {{"targets"}, 0, "Mine\n  ab1   First.  [Debug]\nMine, Inner\n  ab12  Second.\n", ""},
+      {{"targets"},
+       0,
+       "Mine\n  ab1   First.  [Debug]\nMine, Inner\n  ab12  Second.\n  \xc3\xa4\n",
+       ""},
+      {{"targets", "inner"}, 0, "Mine, Inner\n  ab12  Second.\n  \xc3\xa4\n", ""},
       {{"targets", "AB1"},
        0,
        "ab1  Mine\n  First.\n  USB and[m.\n  Data sheet     https://example.com/ab1\n"
        "  Configuration  Debug\n",
        ""},
       {{"targets", "seco"}, 0, "ab12  Mine, Inner\n  Second.\n  Configuration  Standard\n", ""},
-      {{"targets", "--family", "inner", "--json"},
+      {{"targets", "--family", "inner", "seco", "--json"},
        0,
        "[\n  {\n    \"configuration\": \"Standard\",\n    \"datasheet\": \"\",\n"
        "    \"description\": \"Second.\",\n    \"families\": [\n      \"Mine\",\n      \"Inner\"\n"
@@ -50,10 +55,20 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
        2,
        "",
        "tarn: There is no family \"innr\". Did you mean \"Inner\"?\n"},
+      {{"targets", "--family", "xyz"},
+       2,
+       "",
+       "tarn: There is no family \"xyz\". There are:\n  Inner\n  Mine\n"},
       {{"targets", "--family", "Inner", "usb"},
        2,
        "",
-       "tarn: No target has \"usb\" in its name or description.\n"},
+       "tarn: No target of the family \"Inner\" has \"usb\" in its name or description. "
+       "`tarn targets` shows what there is.\n"},
+      {{"targets", "a12"},
+       2,
+       "",
+       "tarn: No target has \"a12\" in its name or description. Did you mean \"ab12\" or "
+       "\"ab1\"?\n"},
   };
   for (const auto& row : rows) {
     const auto answer = project.Run(row.arguments);
@@ -61,6 +76,8 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
     EXPECT_EQ(answer.out, row.out) << row.arguments.back();
     EXPECT_EQ(answer.err, row.err) << row.arguments.back();
   }
+  std::filesystem::remove(project.PathOf("targets.xml"));
+  project.ExpectRefusal({"targets"}, 3, "There are no targets. `tarn register` makes");
 }
 
 // --- The shipped targets ---

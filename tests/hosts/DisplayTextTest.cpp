@@ -72,6 +72,11 @@ TEST(DisplayEntry, KeepsTheToolsColumnAndPaintsTheKind) {
   }
 }
 
+TEST(DisplayText, ColumnsAreCharacters) {
+  EXPECT_EQ(Padded("gr\xc3\xbc\xc3\x9f", 6) + "|", "gr\xc3\xbc\xc3\x9f  |");
+  EXPECT_EQ(Padded("longer", 4) + "|", "longer|");
+}
+
 TEST(DisplayText, ClocksAndCounts) {
   using std::chrono::milliseconds;
   EXPECT_EQ(ClockText(milliseconds(65'400)), "1:05");
