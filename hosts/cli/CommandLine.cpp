@@ -161,8 +161,9 @@ class Grammar {
       }
       AddProject(command);
       AddConfiguration(command);
-      command->add_option("-n,--node", invocation.node,
-                          "File, group or application, by path or label");
+      command
+          ->add_option("-n,--node", invocation.node, "File, group or application, by path or label")
+          ->type_name("NODE");
     }
   }
 
@@ -189,8 +190,10 @@ class Grammar {
         ->add_option("NAME", invocation.name,
                      "Folder and name of the project, e.g. blinky or work/blinky")
         ->required();
-    CLI::Option* compiler = command->add_option("--compiler", invocation.compiler,
-                                                "Compiler to start with; see `tarn options list`");
+    CLI::Option* compiler = command
+                                ->add_option("--compiler", invocation.compiler,
+                                             "Compiler to start with; see `tarn options list`")
+                                ->type_name("COMPILER");
     CLI::Option* target =
         command
             ->add_option("--target", invocation.target,
@@ -216,8 +219,10 @@ class Grammar {
 
   void AddTargets() {
     CLI::App* command = AddCommand(app, "targets", "Show the microcontrollers to choose from");
-    command->add_option("TEXT", invocation.text, "A name, or what stands in name or description");
-    command->add_option("--family", invocation.family, "Only this family, e.g. AVR");
+    command->add_option("TEXT", invocation.text,
+                        "A target, a family, or what stands in name or description");
+    command->add_option("--family", invocation.family, "Only this family, e.g. AVR")
+        ->type_name("FAMILY");
   }
 
   void AddRun() {

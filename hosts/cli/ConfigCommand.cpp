@@ -4,6 +4,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/Suggest.h"
+#include "hosts/frame/ProjectTemplate.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -34,9 +35,11 @@ int AddConfiguration(CommandContext& context, const ApplicationEntry& applicatio
   const bool isKnown =
       std::any_of(application.configurations.begin(), application.configurations.end(),
                   [&name](const std::string& each) { return EqualNoCase(each, name); });
-  if (Trim(name).empty() || isKnown) {
-    context.Complain(isKnown ? application.label + " has a configuration \"" + name + "\" already."
-                             : std::string("A configuration needs a name."));
+  const std::string problem =
+      isKnown ? application.label + " has a configuration \"" + name + "\" already."
+              : CheckFileTitle(name, "configuration");
+  if (!problem.empty()) {
+    context.Complain(problem);
     return kExitUsage;
   }
   context.Session().Manager().SelectApplication(application.label);

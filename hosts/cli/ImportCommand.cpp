@@ -6,6 +6,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
+#include "hosts/cli/ShellText.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "platform/windowing/Dialogs.h"
@@ -107,7 +108,7 @@ int Import::Report() const {
   if (context.Asked().quiet) return kExitDone;
   for (const std::string& line : lines) context.Remark(Printable(line));
   context.Out().PrintLine("made " + context.Show(project));
-  context.Out().PrintLine("`tarn build " + context.Show(project) + "` builds it.");
+  context.Out().PrintLine("`tarn build " + ShellWord(context.Show(project)) + "` builds it.");
   return kExitDone;
 }
 

@@ -2,6 +2,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/NewForTarget.h"
+#include "hosts/cli/ShellText.h"
 #include "hosts/frame/HostFolders.h"
 #include "hosts/frame/ProjectTemplate.h"
 #include "platform/paths/Paths.h"
@@ -59,7 +60,12 @@ int MakeProject(CommandContext& context, const NewProject& project,
 
 int RunNew(CommandContext& context) {
   const NewProject project = PlanOf(context);
-  if (const std::string problem = CheckProjectName(project.name); !problem.empty()) {
+  const std::string& configuration = context.Asked().configuration;
+  std::string problem = CheckFileTitle(project.name, "project");
+  if (problem.empty() && !configuration.empty()) {
+    problem = CheckFileTitle(configuration, "configuration");
+  }
+  if (!problem.empty()) {
     context.Complain(problem);
     return kExitUsage;
   }
@@ -71,10 +77,10 @@ int RunNew(CommandContext& context) {
     PrintJson(context, {{"project", made.front()}, {"files", made}});
     return kExitDone;
   }
+  if (context.Asked().quiet) return kExitDone;
   for (const std::string& path : made) context.Out().PrintLine("made " + context.Show(path));
-  if (!context.Asked().quiet) {
-    context.Out().PrintLine("`tarn build " + context.Show(project.folder) + "` builds it.");
-  }
+  const std::string folder = ShellWord(context.Show(project.folder));
+  context.Out().PrintLine("`tarn build " + folder + "` builds it.");
   return kExitDone;
 }
 

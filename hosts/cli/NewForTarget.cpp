@@ -16,6 +16,15 @@ namespace {
 
 constexpr const char* kFirstGroup = "Sources";
 
+// "\"a\", \"b\""; what has no name can't be asked for.
+std::string Listed(const std::vector<std::string>& names) {
+  std::string text;
+  for (const std::string& each : names) {
+    if (!each.empty()) text += (text.empty() ? "\"" : ", \"") + each + '"';
+  }
+  return text;
+}
+
 // One creation, which also is the user whom the server asks meanwhile.
 class Creation final : private DialogResponder {
  public:
@@ -72,8 +81,9 @@ int Creation::Fail(const std::string& text) {
 int Creation::ExplainRefusal() {
   std::string hint = SuggestionText(refusal->value, refusal->choices);
   const bool isUnknown = !refusal->choices.empty();  // else it is one of several
-  if (hint.empty() && isUnknown && refusal->value == context.Asked().target) {
-    hint = " `tarn targets` shows what there is.";
+  if (hint.empty() && isUnknown) {
+    hint = refusal->value == context.Asked().target ? " `tarn targets` shows what there is."
+                                                    : " There is " + Listed(refusal->choices) + ".";
   }
   context.Complain(Printable(refusal->text + hint));
   return kExitUsage;

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "hosts/cli/CommandEntry.h"
 #include "platform/text/Text.h"
 
-// What the completion scripts of all shells need.
+// Texts that a shell reads: what the completion scripts need, and commands shown to people.
 namespace tarn::host {
 
 // The word for a kind that the scripts and `tarn complete` share; "nothing" for None.
@@ -32,6 +33,12 @@ inline void AddWord(std::string& list, const std::string& word) {
 // As one word of a shell; `quote` is how a single quote is written inside of single quotes.
 inline std::string ShellQuoted(const std::string& text, const std::string& quote = "'\\''") {
   return "'" + ReplaceAll(text, "'", quote) + "'";
+}
+
+// The same, with quotes only where they are needed.
+inline std::string ShellWord(const std::string& text) {
+  constexpr std::string_view kSpecial = " \t!\"#$&'()*;<>?[\\]^`{|}~";
+  return text.empty() || text.find_first_of(kSpecial) != text.npos ? ShellQuoted(text) : text;
 }
 
 }  // namespace tarn::host

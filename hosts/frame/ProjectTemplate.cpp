@@ -63,12 +63,12 @@ Status WriteWithFolder(FileSystem& files, const std::string& path, std::string_v
 
 }  // namespace
 
-std::string CheckProjectName(const std::string& name) {
-  if (name.empty() || name == "." || name == "..") return "A project needs a name.";
+std::string CheckFileTitle(const std::string& name, const std::string& what) {
+  if (Trim(name).empty() || name == "." || name == "..") return "A " + what + " needs a name.";
   for (const char c : name) {
     const bool isControl = static_cast<unsigned char>(c) < 0x20;
     if (isControl || std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos) {
-      return "A project's name can't hold / \\ : * ? \" < > | or control characters.";
+      return "A " + what + "'s name can't hold / \\ : * ? \" < > | or control characters.";
     }
   }
   return {};

@@ -16,8 +16,9 @@ struct NewProject {
   std::string sourceType = "C";  // node type of the source file
 };
 
-// Why a name can't be a project's; empty when it can.
-std::string CheckProjectName(const std::string& name);
+// Why a name can't be that of a `what` ("project", "configuration"), after which files or folders
+// are named; empty when it can.
+std::string CheckFileTitle(const std::string& name, const std::string& what);
 
 // Writes the files and gives their paths, the project file first. Never overwrites: a project or
 // application file that is there already is a failure, a source file that is there is used.

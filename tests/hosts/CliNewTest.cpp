@@ -50,6 +50,10 @@ TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
   project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--type", "aplication"}, 2,
                         "There is no application type \"aplication\". Did you mean "
                         "\"Application\"?");
+  project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--type", "exe"}, 2,
+                        "There is no application type \"exe\". There is \"Application\", ");
+  project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--config", "../x"}, 2,
+                        "A configuration's name can't hold /");
   project.ExpectRefusal({"new", "taken", "--target", "ATmega328P"}, 2,
                         "taken/taken.tapp is there already.");
   project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--compiler", "avr-gcc"}, 2,
@@ -64,8 +68,10 @@ TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
 
 TEST(CliNew, ADebugSessionHasNoSources) {
   CliProject project;
+  EXPECT_EQ(project.Out({"new", "bare 1", "--target", "ATmega328P", "--type", "debug session"}),
+            "made bare 1/bare 1.tprj\nmade bare 1/bare 1.tapp\n`tarn build 'bare 1'` builds it.\n");
   EXPECT_EQ(project.Out({"new", "bare", "--target", "ATmega328P", "--type", "debug session", "-q"}),
-            "made bare/bare.tprj\nmade bare/bare.tapp\n");
+            "");
   EXPECT_FALSE(project.Exists("bare/src"));
   EXPECT_TRUE(Has(project.Read("bare/bare.tapp"), "<DebugApplication "));
 }

@@ -79,6 +79,8 @@ TEST(CliConfig, EveryConfigurationKeepsItsOwnOutputsAndRecords) {
 
   EXPECT_EQ(project.Run({"config", "add", "Slow"}).code, 0);
   EXPECT_EQ(project.Run({"config", "add", "SLOW"}).code, 2);
+  // What is built lies in a folder of that name.
+  project.ExpectRefusal({"config", "add", "../x"}, 2, "A configuration's name can't hold /");
   EXPECT_EQ(project.Run({"config", "select", "Fast"}).code, 0);
   EXPECT_EQ(project.Run({"config", "select", "Other"}).code, 2);
   EXPECT_EQ(project.Run({"config", "list"}).out, "app\n  Standard\n* Fast\n  Slow\n");

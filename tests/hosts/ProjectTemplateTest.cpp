@@ -59,11 +59,11 @@ TEST(ProjectTemplate, AStandInLeavesTheUsersOptionsAlone) {
 }
 
 TEST(ProjectTemplate, NamesThatAreNoFileNamesAreRefused) {
-  for (const char* name : {"", ".", "..", "a/b", "a\\b", "a\"b", "a\nb", "a|b"}) {
-    EXPECT_NE(CheckProjectName(name), "") << name;
+  for (const char* name : {"", " ", ".", "..", "../b", "a/b", "a\\b", "a\"b", "a\nb", "a|b"}) {
+    EXPECT_NE(CheckFileTitle(name, "project"), "") << name;
   }
   for (const char* name : {"demo", "my demo", "d\xc3\xa9mo", "demo.v2"}) {
-    EXPECT_EQ(CheckProjectName(name), "") << name;
+    EXPECT_EQ(CheckFileTitle(name, "project"), "") << name;
   }
 }
 
