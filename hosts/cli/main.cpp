@@ -54,10 +54,7 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
   return commands;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  tarn::PreferLargePages();
+int Run(int argc, char** argv) {
   try {
     const auto parsed = tarn::host::ParseCommandLine(argc, argv);
     if (!parsed.invocation) return parsed.exitCode;
@@ -69,4 +66,15 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "tarn: %s\n", failure.what());
     return tarn::host::kExitCannotOpen;
   }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  tarn::PreferLargePages();
+  const int code = Run(argc, argv);
+  // On a full disk, what was asked for is not there.
+  if (std::cout.flush() || code != tarn::host::kExitDone) return code;
+  std::fprintf(stderr, "tarn: The output can't be written.\n");
+  return tarn::host::kExitCannotOpen;
 }

@@ -223,6 +223,14 @@ TEST(Cli, AMissingCompilerIsFourAndNamed) {
   EXPECT_TRUE(Has(build.err, "The program gcc isn't on this machine.")) << build.err;
 }
 
+TEST(Cli, AnswersThatAreLostAreAFailure) {
+  CliProject project;
+  const auto answer =
+      project.RunProgram("/bin/sh", {"-c", "exec \"$0\" tree >/dev/full", TARN_PROGRAM});
+  EXPECT_EQ(answer.code, 3);
+  EXPECT_EQ(answer.err, "tarn: The output can't be written.\n");
+}
+
 TEST(Cli, ANewProjectBuilds) {
   CliProject project;
   project.Out({"new", "fresh/first", "--compiler", "host-gcc"});
