@@ -33,7 +33,8 @@ constexpr WorkCommands kWorkCommands[] = {
 Status Attach(COleDispatchDriver& driver, const char* classId) {
   std::string reason;
   const DispatchPtr object = ClassRegistry::Native().CreateInstance(classId, &reason);
-  if (!object) return Error{ErrorCode::NotFound, reason, classId};
+  // The reason names the class in front.
+  if (!object) return Error{ErrorCode::NotFound, reason.substr(reason.find(": ") + 2), classId};
   driver.AttachDispatch(object.Get(), true);
   return {};
 }
