@@ -184,6 +184,11 @@ class Grammar {
     }
   }
 
+  // For what a script may take from a variable that has nothing in it.
+  static CLI::Validator IsGiven() {
+    return {[](std::string& text) { return text.empty() ? "needs a name" : std::string(); }, ""};
+  }
+
   void AddNew() {
     CLI::App* command = AddCommand(app, "new", "Start a project");
     command
@@ -193,20 +198,24 @@ class Grammar {
     CLI::Option* compiler = command
                                 ->add_option("--compiler", invocation.compiler,
                                              "Compiler to start with; see `tarn options list`")
-                                ->type_name("COMPILER");
+                                ->type_name("COMPILER")
+                                ->check(IsGiven());
     CLI::Option* target =
         command
             ->add_option("--target", invocation.target,
                          "Microcontroller to start with, compiler and all; see `tarn targets`")
             ->type_name("MCU")
+            ->check(IsGiven())
             ->excludes(compiler);
     command->add_option("--type", invocation.type, "Type of its application")
         ->type_name("NAME")
+        ->check(IsGiven())
         ->needs(target);
     command
         ->add_option("-c,--config", invocation.configuration,
                      "Configuration to start with; it may be a new one")
         ->type_name("NAME")
+        ->check(IsGiven())
         ->needs(target);
   }
 
@@ -222,7 +231,8 @@ class Grammar {
     command->add_option("TEXT", invocation.text,
                         "A target, a family, or what stands in name or description");
     command->add_option("--family", invocation.family, "Only this family, e.g. AVR")
-        ->type_name("FAMILY");
+        ->type_name("FAMILY")
+        ->check(IsGiven());
   }
 
   void AddRun() {

@@ -18,6 +18,8 @@ NewProject PlanOf(CommandContext& context) {
   if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
   NewProject project;
   project.folder = CanonicalPath(path);
+  // As a shell completes the name of a folder.
+  if (project.folder.ends_with(kSeparator)) project.folder.pop_back();
   project.name = FileNameOf(project.folder);
   const HostFolders folders = HostFolders::FromEnvironment(context.Files());
   project.sourceType = FindSourceType(
@@ -25,25 +27,31 @@ NewProject PlanOf(CommandContext& context) {
   return project;
 }
 
+// 0, or an exit code with everything said.
+int CheckCompiler(CommandContext& context) {
+  if (const int code = context.StartSession(); code != kExitDone) return code;
+  const std::string problem = context.Session().Options().CheckValue(
+      "Application", "Target", "Toolchain", context.Asked().compiler);
+  if (problem.empty()) return kExitDone;
+  context.Complain("There is no such compiler: " + problem);
+  return kExitUsage;
+}
+
 // Stores the compiler in the project that was just written.
 int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
-  const std::string& compiler = context.Asked().compiler;
   if (const int code = context.OpenProject(projectFile); code != kExitDone) return code;
-  BuildSession& session = context.Session();
-  const std::string problem =
-      session.Options().CheckValue("Application", "Target", "Toolchain", compiler);
-  if (!problem.empty()) {
-    context.Complain("The project is made, but " + compiler +
-                     " is no compiler to choose: " + problem);
-    return kExitUsage;
-  }
-  session.Manager().SavePropertyValue("Application", "Target", "Toolchain", compiler);
+  context.Session().Manager().SavePropertyValue("Application", "Target", "Toolchain",
+                                                context.Asked().compiler);
   return context.SaveProject();
 }
 
 // From texts that lie ready.
 int MakeProject(CommandContext& context, const NewProject& project,
                 std::vector<std::string>& made) {
+  const bool choosesCompiler = !context.Asked().compiler.empty();
+  if (choosesCompiler) {
+    if (const int code = CheckCompiler(context); code != kExitDone) return code;
+  }
   const auto written = WriteNewProject(context.Files(), project);
   if (!written) {
     const bool exists = written.GetError().code == ErrorCode::AlreadyExists;
@@ -53,7 +61,7 @@ int MakeProject(CommandContext& context, const NewProject& project,
     return exists ? kExitUsage : kExitCannotOpen;
   }
   made = *written;
-  return context.Asked().compiler.empty() ? int{kExitDone} : ChooseCompiler(context, made.front());
+  return choosesCompiler ? ChooseCompiler(context, made.front()) : int{kExitDone};
 }
 
 }  // namespace

@@ -59,6 +59,10 @@ TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
   project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--compiler", "avr-gcc"}, 2,
                         "--compiler excludes --target");
   project.ExpectRefusal({"new", "a", "--type", "Application"}, 2, "--type requires --target");
+  project.ExpectRefusal({"new", "a", "--compiler", "sdcc"}, 2, "There is no such compiler: ");
+  for (const char* option : {"--target", "--compiler"}) {
+    project.ExpectRefusal({"new", "a", option, ""}, 2, std::string(option) + ": needs a name");
+  }
   project.ExpectRefusal({"new", "src/a.c/b", "--target", "ATmega328P"}, 3,
                         "src/a.c/b can't become a project.");
   EXPECT_FALSE(project.Exists("a"));
@@ -70,8 +74,8 @@ TEST(CliNew, ADebugSessionHasNoSources) {
   CliProject project;
   EXPECT_EQ(project.Out({"new", "bare 1", "--target", "ATmega328P", "--type", "debug session"}),
             "made bare 1/bare 1.tprj\nmade bare 1/bare 1.tapp\n`tarn build 'bare 1'` builds it.\n");
-  EXPECT_EQ(project.Out({"new", "bare", "--target", "ATmega328P", "--type", "debug session", "-q"}),
-            "");
+  EXPECT_EQ(
+      project.Out({"new", "bare/", "--target", "ATmega328P", "--type", "debug session", "-q"}), "");
   EXPECT_FALSE(project.Exists("bare/src"));
   EXPECT_TRUE(Has(project.Read("bare/bare.tapp"), "<DebugApplication "));
 }
