@@ -1,7 +1,5 @@
 // Applications and folders that the user asks for.
 
-#include <optional>
-
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/settings/Settings.h"
@@ -62,27 +60,29 @@ std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtyp
   node->SetAttrValue("Header", wanted.applicationName);
   WriteItemPaths(*node, file + ".tapp");
 
-  std::optional<Creating> creating;
-  if (!wanted.createNewProject) {
-    if (!PlaceInProject(std::move(node))) return 0;
-    creating.emplace(creatingProject);
-  } else {
-    creating.emplace(creatingProject);
-    if (!PlaceInNewProject(*node, file + ".tapp", file + ".tprj")) return 0;
-  }
+  const std::int32_t isPlaced = wanted.createNewProject
+                                    ? PlaceInNewProject(*node, file + ".tapp", file + ".tprj")
+                                    : PlaceInProject(std::move(node));
+  if (!isPlaced) return 0;
   const std::uint64_t opened = projectEpoch;
-  if (!wanted.targetText.empty()) SendHost(kMsgRunScript, wanted.targetText, 0);
-  if (projectEpoch == opened && wanted.configName != kStandardConfig) {
-    propertyManager->SetCurrentConfig(wanted.configName);
-    SelectConfiguration(wanted.configName);
-  }
-  creating.reset();
+  SetUpApplication(wanted);
   if (projectEpoch == opened && wanted.useCobbler && !wanted.wizardPath.empty()) {
     if (!RunCobbler(wanted.wizardPath)) return 0;
   }
   SendHost(kMsgCreationEnded, GetMessageText(kRowProjectWord), 0);
   if (projectEpoch == opened) modified = 1;
   return 1;
+}
+
+// What the chosen microcontroller brings along.
+void CProjectModel::SetUpApplication(const NewApplication& wanted) {
+  const Creating creating(creatingProject);
+  const std::uint64_t opened = projectEpoch;
+  if (!wanted.targetText.empty()) SendHost(kMsgRunScript, wanted.targetText, 0);
+  if (projectEpoch == opened && wanted.configName != kStandardConfig) {
+    propertyManager->SetCurrentConfig(wanted.configName);
+    SelectConfiguration(wanted.configName);
+  }
 }
 
 std::int32_t CProjectModel::AddGroup() {
@@ -159,6 +159,7 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
     output->WriteMessage(kRowCannotSave, {applicationFile});
     return 0;
   }
+  const Creating creating(creatingProject);
   if (!CreateProjectFile(projectFile, 0)) return 0;
   if (!OpenProject(projectFile.c_str(), 0)) return 0;
   return AddItem(applicationFile, node.NameText(), true);

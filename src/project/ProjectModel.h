@@ -328,6 +328,7 @@ class CProjectModel {
   std::int32_t PlaceInProject(std::unique_ptr<CXmlNode> node);
   std::int32_t PlaceInNewProject(const CXmlNode& node, const std::string& applicationFile,
                                  const std::string& projectFile);
+  void SetUpApplication(const NewApplication& wanted);
   std::int32_t RunCobbler(const std::string& wizardPath);
   // 1 also when the open of what the conversion left failed.
   std::int32_t ImportOldProject(const std::string& path);

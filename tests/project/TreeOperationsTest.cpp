@@ -367,6 +367,23 @@ TEST_F(TreeOperations, ANewProjectIsWrittenOpenedAndWrittenAgainWhenClosed) {
   EXPECT_NE(world.FileText("/new/boot.tprj").find("Extern=\".\\boot.tapp\""), std::string::npos);
 }
 
+TEST_F(TreeOperations, OnlyWhatTheCreationItselfAddsIsNotDebugged) {
+  world.AddFile("/p/demo.tapp", std::string("\n<AutoApp Header=\"demo\" Path=\".\\demo.tapp\" >") +
+                                    kContent + "</AutoApp>");
+  Open();
+  wizard.fill = [](NewApplication& form) {
+    form.createNewProject = true;
+    form.location = "/p";
+    form.applicationName = "demo";
+    return true;
+  };
+  // What a host does as the old project closes.
+  world.host.actions[0x8016] = [this] { EXPECT_EQ(world.model->RemoveItem("led.c"), 1); };
+  EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 0) << "demo.tapp is there already";
+  MessageLoop::ForCurrentThread()->PumpUntil([] { return false; }, std::chrono::milliseconds(5));
+  EXPECT_THAT(world.host.LinesOf(kMsgCommand), ElementsAre("273 33475 0"));
+}
+
 TEST_F(TreeOperations, AWizardThatIsCancelledLeavesTheDefaultMarkAsItWas) {
   Open();
   ASSERT_EQ(world.model->CloseProject(), 1);
