@@ -25,6 +25,7 @@ class PlanMaker : public TemplateValues {
     plan.listing = Path(tool.listing);
     plan.rules = Path(tool.rules);
     plan.sizeFile = Path(tool.size.file);
+    plan.globals = Path(tool.globals.file);
     plan.products = Paths(tool.products);
     plan.depends = Paths(tool.depends);
     for (const StepRule& step : tool.steps) {

@@ -34,6 +34,7 @@ struct ToolPlan {
   std::string listing;
   std::string rules;
   std::string sizeFile;
+  std::string globals;  // empty when the tool leaves none
   std::vector<std::string> products;
   std::vector<std::string> depends;
   std::vector<ToolCommand> commands;

@@ -95,6 +95,8 @@ class ToolReader : public ElementReader {
         tool->depends.push_back(ReadFile(*child));
       } else if (name == "Size") {
         ReadSize(*child);
+      } else if (name == "Globals") {
+        ReadGlobals(*child);
       } else if (name == "Line") {
         lines->Add(ReadLine(*child));
       } else if (child->GetType() == XmlElement) {
@@ -213,6 +215,15 @@ class ToolReader : public ElementReader {
       tool->size.sums.push_back(
           {Text(*child, "Label"), SplitWords(Text(*child, "Of")), IsYes(*child, "SkipZero")});
     }
+  }
+
+  void ReadGlobals(const CXmlNode& node) {
+    CheckAttributes(node, {"Format", "File"});
+    constexpr std::array kFormats{GlobalsRule::Format::Dwarf, GlobalsRule::Format::None};
+    tool->globals.format = kFormats[Choose(node, "Format", {"dwarf"})];
+    tool->globals.file = Filled(node, "File");
+    if (tool->globals.file.IsEmpty()) Fail("Globals has no File");
+    if (tool->output.IsEmpty()) Fail("Globals needs an Output");
   }
 
   const NamedMessageRules& knownMessages;

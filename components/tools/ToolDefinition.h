@@ -63,6 +63,12 @@ struct SizeRule {
   std::vector<SizeSum> sums;
 };
 
+struct GlobalsRule {
+  enum class Format { None, Dwarf };
+  Format format = Format::None;
+  Template file;
+};
+
 struct ToolDefinition {
   std::string name;
   std::string title;
@@ -76,6 +82,7 @@ struct ToolDefinition {
   std::vector<Template> depends;   // further dependencies of the output
   std::vector<StepRule> steps;
   SizeRule size;
+  GlobalsRule globals;
 };
 
 // A tool that is nothing but a program, which gets the files as its arguments.

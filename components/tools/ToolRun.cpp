@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "components/tools/FileList.h"
+#include "components/tools/GlobalsFile.h"
 #include "components/tools/RuleFile.h"
 #include "components/tools/ToolText.h"
 #include "platform/paths/Paths.h"
@@ -50,7 +51,7 @@ bool ToolRun::Run() {
 bool ToolRun::Prepare() {
   for (const std::string& problem : plan.problems) log.AddError(problem);
   if (!plan.problems.empty()) return false;
-  std::vector<std::string> written{plan.output, plan.listing, plan.rules};
+  std::vector<std::string> written{plan.output, plan.listing, plan.rules, plan.globals};
   written.insert(written.end(), plan.products.begin(), plan.products.end());
   for (const std::string& path : written) {
     const std::string folder = FolderOf(path);
@@ -178,7 +179,15 @@ bool ToolRun::CollectRecord() {
   found.infos = ReadInfos();
   ReadDependencies(found);
   record = std::move(found);
+  WriteGlobals();
   return true;
+}
+
+// A program without its list of globals is a program all the same.
+void ToolRun::WriteGlobals() {
+  if (tool.globals.format == GlobalsRule::Format::None || plan.globals.empty()) return;
+  const std::string note = UpdateGlobalsFile(*world.files, plan.globals, plan.output);
+  if (!note.empty()) log.AddPlain(note);
 }
 
 void ToolRun::ReadDependencies(BuildRecord& found) {

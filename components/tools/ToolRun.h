@@ -43,6 +43,7 @@ class ToolRun {
   bool CollectRecord();
   void ReadDependencies(BuildRecord& found);
   std::string ReadInfos();
+  void WriteGlobals();
   void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line);
 
   const ToolWorld& world;

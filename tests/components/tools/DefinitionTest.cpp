@@ -48,6 +48,12 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
        "t: ResponseAbove can't be 30k"},
       {R"(<Tool Name="t"><Step Program="p" ResponseAbove="99999999999999999999"/></Tool>)",
        "t: ResponseAbove can't be 99999999999999999999"},
+      {R"(<Tool Name="t" Output="o"><Step Program="p"/><Globals Format="map" File="g"/></Tool>)",
+       "t: Format can't be map"},
+      {R"(<Tool Name="t" Output="o"><Step Program="p"/><Globals Format="dwarf"/></Tool>)",
+       "t: Globals has no File"},
+      {R"(<Tool Name="t"><Step Program="p"/><Globals Format="dwarf" File="g"/></Tool>)",
+       "t: Globals needs an Output"},
       {"<Tule/>", "unknown element Tule"},
   };
   const std::string good =

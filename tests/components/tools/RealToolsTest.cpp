@@ -16,7 +16,8 @@ class RealTools : public ::testing::Test {
   RealTools() {
     manager->InitTools(testing::SourcePath("share").c_str(), "", 0);
     EXPECT_EQ(manager->GetDefinitionErrors(), "");
-    values.Put("Application", "General", "ApplicationDir", folder.Path());
+    values.Put("Application", "General", "ApplicationDir", folder.Path() + "/");
+    values.Put("Application", "General", "ApplicationName", "app");
     values.Put("", "Target", "Device", "atmega328p");
     values.Put("", "Compiler", "Debug", "Yes");
     values.Put("", "Compiler", "Warnings", "all");

@@ -1,0 +1,197 @@
+#include "components/tools/DebugSymbols.h"
+
+#include <libelf.h>
+
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "components/tools/CommandBuilder.h"
+#include "components/tools/DebugEntry.h"
+#include "components/tools/DeclarationText.h"
+
+namespace tarn::tools {
+
+namespace {
+
+using Kind = GlobalSymbol::Kind;
+
+constexpr int kMaxScopes = 50;  // one in the other
+
+bool IsC(Dwarf_Die& unit) {
+  switch (dwarf_srclang(&unit)) {
+    case DW_LANG_C:
+    case DW_LANG_C89:
+    case DW_LANG_C99:
+    case DW_LANG_C11:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// What the linker left out keeps its debug information, at address 0.
+bool IsLeftOutFunction(Dwarf_Die& function) {
+  Dwarf_Addr address = 0;
+  return HasAttribute(function, DW_AT_low_pc) && dwarf_lowpc(&function, &address) == 0 &&
+         address == 0;
+}
+
+bool IsLeftOutVariable(Dwarf_Die& variable) {
+  Dwarf_Attribute attribute;
+  Dwarf_Op* steps = nullptr;
+  std::size_t count = 0;
+  return dwarf_attr(&variable, DW_AT_location, &attribute) != nullptr &&
+         dwarf_getlocation(&attribute, &steps, &count) == 0 && count == 1 &&
+         steps[0].atom == DW_OP_addr && steps[0].number == 0;
+}
+
+class SymbolCollector {
+ public:
+  explicit SymbolCollector(GlobalSymbols& into) : found(into) {}
+
+  void AddUnit(Dwarf_Die& unit) {
+    isC = IsC(unit);
+    Dwarf_Attribute attribute;
+    folder = TextOf(dwarf_formstring(dwarf_attr(&unit, DW_AT_comp_dir, &attribute)));
+    scopes.clear();
+    paths.clear();
+    AddChildren(unit, "", 0);
+  }
+
+  bool IsDamaged() const { return isDamaged; }
+
+ private:
+  // `scope` is what stands in front of the names, with its "::".
+  void AddChildren(Dwarf_Die& parent, const std::string& scope, int depth) {
+    if (depth > kMaxScopes ||
+        !ForEachChild(parent, [&](Dwarf_Die& child) { AddEntry(child, scope, depth); })) {
+      isDamaged = true;
+    }
+  }
+
+  void AddEntry(Dwarf_Die& entry, const std::string& scope, int depth) {
+    // A definition that follows outside finds the scope by its declaration.
+    if (!scope.empty() && HasAttribute(entry, DW_AT_declaration)) {
+      scopes[dwarf_dieoffset(&entry)] = scope;
+    }
+    switch (dwarf_tag(&entry)) {
+      case DW_TAG_subprogram:
+        // Copies of a function refer to the entry that describes it.
+        if (HasAttribute(entry, DW_AT_abstract_origin) || IsLeftOutFunction(entry)) return;
+        Add(entry, Kind::Function, scope);
+        return;
+      case DW_TAG_variable:
+        if (!IsLeftOutVariable(entry)) Add(entry, Kind::Variable, scope);
+        return;
+      case DW_TAG_structure_type:
+      case DW_TAG_class_type:
+      case DW_TAG_union_type:
+        Add(entry, Kind::Type, scope);
+        if (!isC) AddChildren(entry, Inside(entry, scope), depth + 1);
+        return;
+      case DW_TAG_enumeration_type:
+      case DW_TAG_typedef:
+        Add(entry, Kind::Type, scope);
+        return;
+      case DW_TAG_namespace:
+        AddChildren(entry, Inside(entry, scope), depth + 1);
+        return;
+      default:
+        return;
+    }
+  }
+
+  static std::string Inside(Dwarf_Die& entry, const std::string& scope) {
+    const std::string name = NameOf(entry);
+    return scope + (name.empty() ? "(anonymous)" : name) + "::";
+  }
+
+  std::string ScopeOf(Dwarf_Die& entry, const std::string& scope) const {
+    if (!HasAttribute(entry, DW_AT_specification)) return scope;
+    auto declaration = EntryOf(entry, DW_AT_specification);
+    if (!declaration) return scope;
+    const auto place = scopes.find(dwarf_dieoffset(&*declaration));
+    return place == scopes.end() ? scope : place->second;
+  }
+
+  void Add(Dwarf_Die& entry, Kind kind, const std::string& scope) {
+    if (HasAttribute(entry, DW_AT_declaration) || HasFlag(entry, DW_AT_artificial)) return;
+    const std::string name = NameOf(entry);
+    if (name.empty()) return;
+    GlobalSymbol symbol{kind, ScopeOf(entry, scope) + name, {}, FileOf(entry), 0};
+    // Of the compiler's own types, and of what libraries bring along, there is nothing to show.
+    if (symbol.file.empty()) return;
+    if (dwarf_decl_line(&entry, &symbol.line) != 0) symbol.line = 0;
+    if (!IsNew(symbol)) return;
+    symbol.definition = Describe(entry, symbol);
+    found.symbols.push_back(std::move(symbol));
+  }
+
+  // A header gives its symbols to each file that includes it.
+  bool IsNew(const GlobalSymbol& symbol) {
+    return seen
+        .insert(std::to_string(static_cast<int>(symbol.kind)) + '\n' + symbol.name + '\n' +
+                symbol.file + '\n' + std::to_string(symbol.line))
+        .second;
+  }
+
+  std::string Describe(Dwarf_Die& entry, const GlobalSymbol& symbol) const {
+    DeclarationText text(isC);
+    switch (symbol.kind) {
+      case Kind::Function:
+        return text.OfFunction(entry, symbol.name);
+      case Kind::Variable:
+        return text.OfVariable(entry, symbol.name);
+      case Kind::Type:
+        return text.OfType(entry, symbol.name);
+    }
+    return {};
+  }
+
+  const std::string& FileOf(Dwarf_Die& entry) {
+    const char* name = dwarf_decl_file(&entry);
+    const auto [place, isFirst] = paths.try_emplace(name);
+    if (isFirst) place->second = AbsolutePath(folder, TextOf(name));
+    return place->second;
+  }
+
+  GlobalSymbols& found;
+  std::unordered_set<std::string> seen;
+  bool isDamaged = false;
+
+  // Of the unit in hand.
+  bool isC = true;
+  std::string folder;
+  std::unordered_map<Dwarf_Off, std::string> scopes;   // of declarations, by their offsets
+  std::unordered_map<const char*, std::string> paths;  // absolute, by the library's names
+};
+
+struct Closer {
+  void operator()(Elf* elf) const { elf_end(elf); }
+  void operator()(Dwarf* dwarf) const { dwarf_end(dwarf); }
+};
+
+}  // namespace
+
+GlobalSymbols ReadDebugSymbols(std::string& program) {
+  GlobalSymbols found;
+  elf_version(EV_CURRENT);
+  const std::unique_ptr<Elf, Closer> elf(elf_memory(program.data(), program.size()));
+  if (!elf) return found;
+  const std::unique_ptr<Dwarf, Closer> dwarf(dwarf_begin_elf(elf.get(), DWARF_C_READ, nullptr));
+  if (!dwarf) return found;
+  SymbolCollector collector(found);
+  Dwarf_CU* unit = nullptr;
+  Dwarf_Die top;
+  int answer = 0;
+  while ((answer = dwarf_get_units(dwarf.get(), unit, &unit, nullptr, nullptr, &top, nullptr)) ==
+         0) {
+    collector.AddUnit(top);
+  }
+  if (answer < 0 || collector.IsDamaged())
+    found.problem = "parts are missing, the debug information is damaged";
+  return found;
+}
+
+}  // namespace tarn::tools

@@ -1,0 +1,70 @@
+#include "components/tools/GlobalsFile.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "components/tools/DebugSymbols.h"
+#include "components/tools/XmlText.h"
+
+namespace tarn::tools {
+
+namespace {
+
+const char* ElementOf(GlobalSymbol::Kind kind) {
+  switch (kind) {
+    case GlobalSymbol::Kind::Function:
+      return "func";
+    case GlobalSymbol::Kind::Variable:
+      return "variable";
+    case GlobalSymbol::Kind::Type:
+      return "type";
+  }
+  return "";
+}
+
+std::string SymbolElement(const GlobalSymbol& symbol) {
+  return std::string("<") + ElementOf(symbol.kind) +
+         XmlAttribute("Icon", std::to_string(static_cast<int>(symbol.kind))) +
+         XmlAttribute("Header", symbol.name) + XmlAttribute("Desc", symbol.definition) +
+         XmlPathAttribute("DeclFile", symbol.file) +
+         XmlAttribute("DeclLine", std::to_string(symbol.line)) + "/>\n";
+}
+
+Status WriteWhenChanged(FileSystem& files, const std::string& path, const std::string& text) {
+  const auto before = files.ReadWholeFile(path);
+  if (before && *before == text) return {};
+  return files.WriteWholeFile(path, text);
+}
+
+}  // namespace
+
+std::string GlobalsText(std::vector<GlobalSymbol> symbols) {
+  const auto order = [](const GlobalSymbol& symbol) {
+    return std::tie(symbol.name, symbol.kind, symbol.file, symbol.line, symbol.definition);
+  };
+  std::sort(symbols.begin(), symbols.end(),
+            [&](const auto& a, const auto& b) { return order(a) < order(b); });
+  // "dwarf" tells readers that no symbol is in it twice.
+  std::string text = "<Globals dwarf=\"yes\">\n";
+  for (const GlobalSymbol& symbol : symbols) text += SymbolElement(symbol);
+  return text + "</Globals>\n";
+}
+
+std::string UpdateGlobalsFile(FileSystem& files, const std::string& path,
+                              const std::string& program) {
+  auto bytes = files.ReadWholeFile(program);
+  if (!bytes) return program + ": " + bytes.GetError().text;
+  GlobalSymbols found = ReadDebugSymbols(*bytes);
+  std::string note = found.problem.empty() ? "" : "the list of globals: " + found.problem;
+  if (found.isUnable) return note;
+  Status done;
+  if (!found.symbols.empty()) {
+    done = WriteWhenChanged(files, path, GlobalsText(std::move(found.symbols)));
+  } else if (files.Exists(path)) {
+    done = files.RemoveFile(path);
+  }
+  if (!done) note = "the list of globals can't be written: " + path + ": " + done.GetError().text;
+  return note;
+}
+
+}  // namespace tarn::tools

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "components/tools/GlobalSymbol.h"
+#include "platform/files/FileSystem.h"
+
+namespace tarn::tools {
+
+// The text of a globals file: one element for each symbol, sorted, so that equal programs give
+// equal files.
+std::string GlobalsText(std::vector<GlobalSymbol> symbols);
+
+// Makes the file at `path` the list of the symbols of the linked `program`, from its debug
+// information. It is left alone when it is that already, and removed when there are no symbols: one
+// of an earlier program would lead to wrong lines. Gives a line to tell when anything went wrong,
+// else an empty text.
+std::string UpdateGlobalsFile(FileSystem& files, const std::string& path,
+                              const std::string& program);
+
+}  // namespace tarn::tools
