@@ -1,5 +1,6 @@
 #include "components/tools/DebugSymbols.h"
 
+#include <gelf.h>
 #include <libelf.h>
 
 #include <memory>
@@ -30,14 +31,37 @@ bool IsC(Dwarf_Die& unit) {
   }
 }
 
-// What the linker left out keeps its debug information, at address 0.
-bool IsLeftOutFunction(Dwarf_Die& function) {
+using NameSet = std::unordered_set<std::string>;
+
+void AddNamesAtZero(Elf* elf, Elf_Scn* section, const GElf_Shdr& header, NameSet& names) {
+  Elf_Data* data = elf_getdata(section, nullptr);
+  GElf_Sym symbol;
+  for (int i = 0; data != nullptr && gelf_getsym(data, i, &symbol) != nullptr; ++i) {
+    if (symbol.st_value != 0 || symbol.st_shndx == SHN_UNDEF) continue;
+    names.insert(TextOf(elf_strptr(elf, header.sh_link, symbol.st_name)));
+  }
+}
+
+// The names of the symbols that the program has at address 0.
+NameSet NamesAtZero(Elf* elf) {
+  NameSet names;
+  Elf_Scn* section = nullptr;
+  while ((section = elf_nextscn(elf, section)) != nullptr) {
+    GElf_Shdr header;
+    if (gelf_getshdr(section, &header) != nullptr && header.sh_type == SHT_SYMTAB) {
+      AddNamesAtZero(elf, section, header, names);
+    }
+  }
+  return names;
+}
+
+bool IsFunctionAtZero(Dwarf_Die& function) {
   Dwarf_Addr address = 0;
   return HasAttribute(function, DW_AT_low_pc) && dwarf_lowpc(&function, &address) == 0 &&
          address == 0;
 }
 
-bool IsLeftOutVariable(Dwarf_Die& variable) {
+bool IsVariableAtZero(Dwarf_Die& variable) {
   Dwarf_Attribute attribute;
   Dwarf_Op* steps = nullptr;
   std::size_t count = 0;
@@ -48,7 +72,8 @@ bool IsLeftOutVariable(Dwarf_Die& variable) {
 
 class SymbolCollector {
  public:
-  explicit SymbolCollector(GlobalSymbols& into) : found(into) {}
+  SymbolCollector(GlobalSymbols& into, NameSet zeroNames)
+      : found(into), namesAtZero(std::move(zeroNames)) {}
 
   void AddUnit(Dwarf_Die& unit) {
     isC = IsC(unit);
@@ -78,11 +103,11 @@ class SymbolCollector {
     switch (dwarf_tag(&entry)) {
       case DW_TAG_subprogram:
         // Copies of a function refer to the entry that describes it.
-        if (HasAttribute(entry, DW_AT_abstract_origin) || IsLeftOutFunction(entry)) return;
-        Add(entry, Kind::Function, scope);
+        if (HasAttribute(entry, DW_AT_abstract_origin)) return;
+        if (!IsFunctionAtZero(entry) || IsKept(entry)) Add(entry, Kind::Function, scope);
         return;
       case DW_TAG_variable:
-        if (!IsLeftOutVariable(entry)) Add(entry, Kind::Variable, scope);
+        if (!IsVariableAtZero(entry) || IsKept(entry)) Add(entry, Kind::Variable, scope);
         return;
       case DW_TAG_structure_type:
       case DW_TAG_class_type:
@@ -100,6 +125,14 @@ class SymbolCollector {
       default:
         return;
     }
+  }
+
+  // What the linker leaves out keeps its debug information, with address 0.
+  bool IsKept(Dwarf_Die& entryAtZero) const {
+    Dwarf_Attribute attribute;
+    const char* linked =
+        dwarf_formstring(dwarf_attr_integrate(&entryAtZero, DW_AT_linkage_name, &attribute));
+    return namesAtZero.count(linked != nullptr ? linked : NameOf(entryAtZero)) != 0;
   }
 
   static std::string Inside(Dwarf_Die& entry, const std::string& scope) {
@@ -157,7 +190,8 @@ class SymbolCollector {
   }
 
   GlobalSymbols& found;
-  std::unordered_set<std::string> seen;
+  const NameSet namesAtZero;
+  NameSet seen;
   bool isDamaged = false;
 
   // Of the unit in hand.
@@ -181,7 +215,7 @@ GlobalSymbols ReadDebugSymbols(std::string& program) {
   if (!elf) return found;
   const std::unique_ptr<Dwarf, Closer> dwarf(dwarf_begin_elf(elf.get(), DWARF_C_READ, nullptr));
   if (!dwarf) return found;
-  SymbolCollector collector(found);
+  SymbolCollector collector(found, NamesAtZero(elf.get()));
   Dwarf_CU* unit = nullptr;
   Dwarf_Die top;
   int answer = 0;

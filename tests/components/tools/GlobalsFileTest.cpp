@@ -129,6 +129,13 @@ TEST_F(GlobalsFile, SymbolsOfAProgramInCppHaveTheirScope) {
             "0 operator\"\"_k:9 int operator\"\"_k(long long unsigned int v)\n");
 }
 
+// Firmware begins at address 0, where what the linker left out seems to be as well.
+TEST_F(GlobalsFile, AFunctionAtAddressZeroIsNoneThatWasLeftOut) {
+  values.Put("", "Linker", "Extra", "-nostdlib -static -Wl,-e,main,-Ttext=0");
+  Build("a.c", "int unused(void) { return 1; }\nint main(void) { return 0; }\n");
+  EXPECT_EQ(ListOf("a.c"), "0 main:2 int main(void)\n");
+}
+
 TEST_F(GlobalsFile, IsWrittenOnlyWhenItChangesAndGoneWithoutDebugInformation) {
   const char* const source = "int shown;\nint main(void) { return shown; }\n";
   Build("a.c", source);
