@@ -133,8 +133,9 @@ void CWnd::SetFont(const Font& newFont) {
 
 void CWnd::SetFocus() {
   if (handle == 0) return;
+  const WindowHandle own = handle;
   NotifyFocusTaken();
-  if (peer && HasFocus()) peer->OnFocusTaken();
+  if (IsWindow(own) && peer && HasFocus()) peer->OnFocusTaken();
 }
 
 bool CWnd::HasFocus() const {
