@@ -70,15 +70,34 @@ bool IsVariableAtZero(Dwarf_Die& variable) {
          steps[0].atom == DW_OP_addr && steps[0].number == 0;
 }
 
+// Sections of another type are converted on the way in, behind the back of the library's check that
+// their texts have an end.
+bool HasPlainDebugSections(Elf* elf) {
+  std::size_t names = 0;
+  if (elf_getshdrstrndx(elf, &names) != 0) return true;
+  Elf_Scn* section = nullptr;
+  while ((section = elf_nextscn(elf, section)) != nullptr) {
+    GElf_Shdr header;
+    if (gelf_getshdr(section, &header) == nullptr) return false;
+    const bool isPlain = header.sh_type == SHT_PROGBITS || header.sh_type == SHT_MIPS_DWARF;
+    const std::string name = TextOf(elf_strptr(elf, names, header.sh_name));
+    if (!isPlain && (name.starts_with(".debug_") || name.starts_with(".zdebug_"))) return false;
+  }
+  return true;
+}
+
 class SymbolCollector {
  public:
   SymbolCollector(GlobalSymbols& into, NameSet zeroNames)
       : found(into), namesAtZero(std::move(zeroNames)) {}
 
   void AddUnit(Dwarf_Die& unit) {
+    if (!IsWhole(unit)) {
+      isDamaged = true;
+      return;
+    }
     isC = IsC(unit);
-    Dwarf_Attribute attribute;
-    folder = TextOf(dwarf_formstring(dwarf_attr(&unit, DW_AT_comp_dir, &attribute)));
+    folder = TextAttribute(unit, DW_AT_comp_dir);
     scopes.clear();
     paths.clear();
     AddChildren(unit, "", 0);
@@ -129,10 +148,8 @@ class SymbolCollector {
 
   // What the linker leaves out keeps its debug information, with address 0.
   bool IsKept(Dwarf_Die& entryAtZero) const {
-    Dwarf_Attribute attribute;
-    const char* linked =
-        dwarf_formstring(dwarf_attr_integrate(&entryAtZero, DW_AT_linkage_name, &attribute));
-    return namesAtZero.count(linked != nullptr ? linked : NameOf(entryAtZero)) != 0;
+    const std::string linked = TextAttribute(entryAtZero, DW_AT_linkage_name);
+    return namesAtZero.count(linked.empty() ? NameOf(entryAtZero) : linked) != 0;
   }
 
   static std::string Inside(Dwarf_Die& entry, const std::string& scope) {
@@ -206,6 +223,8 @@ struct Closer {
   void operator()(Dwarf* dwarf) const { dwarf_end(dwarf); }
 };
 
+constexpr const char* kDamaged = "parts are missing, the debug information is damaged";
+
 }  // namespace
 
 GlobalSymbols ReadDebugSymbols(std::string& program) {
@@ -213,6 +232,10 @@ GlobalSymbols ReadDebugSymbols(std::string& program) {
   elf_version(EV_CURRENT);
   const std::unique_ptr<Elf, Closer> elf(elf_memory(program.data(), program.size()));
   if (!elf) return found;
+  if (!HasPlainDebugSections(elf.get())) {
+    found.problem = kDamaged;
+    return found;
+  }
   const std::unique_ptr<Dwarf, Closer> dwarf(dwarf_begin_elf(elf.get(), DWARF_C_READ, nullptr));
   if (!dwarf) return found;
   SymbolCollector collector(found, NamesAtZero(elf.get()));
@@ -223,8 +246,7 @@ GlobalSymbols ReadDebugSymbols(std::string& program) {
          0) {
     collector.AddUnit(top);
   }
-  if (answer < 0 || collector.IsDamaged())
-    found.problem = "parts are missing, the debug information is damaged";
+  if (answer < 0 || collector.IsDamaged()) found.problem = kDamaged;
   return found;
 }
 
