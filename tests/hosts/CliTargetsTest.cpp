@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <regex>
 #include <set>
 
 #include "hosts/CliProject.h"
@@ -110,9 +109,12 @@ std::vector<Part> PartsOf(const std::string& package) {
 
 // The bytes of a memory, from a description such as "4.25 KB RAM"; 0 when it tells of none.
 long BytesOf(const std::string& description, const std::string& memory) {
-  std::smatch found;
-  if (!std::regex_search(description, found, std::regex("([0-9.]+) (K?)B " + memory))) return 0;
-  return static_cast<long>(std::stod(found[1]) * (found[2].length() == 0 ? 1 : 1024));
+  std::size_t end = description.find("B " + memory);
+  if (end == std::string::npos || end < 2) return 0;
+  const bool isKilo = description[end - 1] == 'K';
+  end -= isKilo ? 2 : 1;  // at the blank behind the number
+  const std::size_t begin = description.find_last_not_of("0123456789.", end - 1) + 1;
+  return static_cast<long>(std::strtod(description.c_str() + begin, nullptr) * (isKilo ? 1024 : 1));
 }
 
 std::string AvrSource(const std::string& description) {
@@ -130,10 +132,13 @@ std::string AvrSource(const std::string& description) {
 }
 
 std::string SdccSource(const std::string& description) {
-  std::smatch header;
+  constexpr std::string_view kHeaderFollows = "registers stand in ";
   std::string source = "#include <stdint.h>\n";
-  if (std::regex_search(description, header, std::regex("registers stand in ([^ ]+\\.h)"))) {
-    source += "#include <" + header[1].str() + ">\n";
+  const std::size_t place = description.find(kHeaderFollows);
+  if (place != std::string::npos) {
+    const std::size_t name = place + kHeaderFollows.size();
+    source +=
+        "#include <" + description.substr(name, description.find(".h", name) - name) + ".h>\n";
   }
   return source + "unsigned char counter;\nvoid main(void) { for (;;) counter++; }\n";
 }
