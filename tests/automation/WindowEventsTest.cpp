@@ -331,29 +331,34 @@ TEST(WindowEvents, WhateverAHostDoesInTheMiddleOfAGestureTheWindowShowsTheTreeTh
 class WindowedBuild : public Windowed {
  public:
   void Start() {
-    components.Tools().onRun = [this](const ToolRun&) {
-      if (isRunning.exchange(true)) return 1;
-      MessageLoop::ForCurrentThread();
-      loop->Wake();
-      mayEnd.get_future().wait();
+    components.Tools().onRun = [own = tool](const ToolRun&) {
+      if (own->isRunning.exchange(true)) return 1;
+      own->loop->Wake();
+      own->ended.wait();
       return 1;
     };
     EXPECT_EQ(Call("PrologCommand", {0x8112}), "1");
     EXPECT_EQ(Call("Command", {0x8112}), "2");
-    EXPECT_TRUE(loop->PumpUntil([&] { return isRunning.load(); }, std::chrono::seconds(20)));
+    EXPECT_TRUE(
+        tool->loop->PumpUntil([&] { return tool->isRunning.load(); }, std::chrono::seconds(20)));
     EXPECT_TRUE(Model().IsWorkerAlive());
     TakeLines();
   }
   void LetToolEnd() {
-    if (!std::exchange(isTold, true)) mayEnd.set_value();
+    if (!std::exchange(isTold, true)) tool->mayEnd.set_value();
   }
   ~WindowedBuild() { LetToolEnd(); }
 
  private:
-  const std::shared_ptr<MessageLoop> loop = MessageLoop::ForCurrentThread();
-  std::atomic<bool> isRunning = false;
+  // The worker may still be in the tool when the world is taken down.
+  struct Tool {
+    const std::shared_ptr<MessageLoop> loop = MessageLoop::ForCurrentThread();
+    std::atomic<bool> isRunning = false;
+    std::promise<void> mayEnd;
+    std::future<void> ended = mayEnd.get_future();
+  };
+  const std::shared_ptr<Tool> tool = std::make_shared<Tool>();
   bool isTold = false;
-  std::promise<void> mayEnd;
 };
 
 TEST(WindowEvents, EventsBesideABuildLeaveItsTreeAlone) {
