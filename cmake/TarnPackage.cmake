@@ -16,7 +16,7 @@ set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Tarn)
 install(EXPORT TarnTargets NAMESPACE Tarn:: DESTINATION ${package_folder})
 configure_package_config_file(cmake/TarnConfig.cmake.in ${CMAKE_BINARY_DIR}/TarnConfig.cmake
   INSTALL_DESTINATION ${package_folder}
-  PATH_VARS CMAKE_INSTALL_LIBDIR CMAKE_INSTALL_DATADIR)
+  PATH_VARS TARN_INSTALL_LIBDIR CMAKE_INSTALL_DATADIR)
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/TarnConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_BINARY_DIR}/TarnConfig.cmake ${CMAKE_BINARY_DIR}/TarnConfigVersion.cmake

@@ -12,7 +12,7 @@ function(tarn_module name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_library(${name} SHARED ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC tarn_options ${ARG_LINK})
-  install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(TARGETS ${name} LIBRARY DESTINATION ${TARN_INSTALL_LIBDIR})
 endfunction()
 
 function(tarn_test name)

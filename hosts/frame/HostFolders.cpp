@@ -23,7 +23,7 @@ std::string InstallationRoot(FileSystem& files) {
   }
   const std::string installed = CanonicalPath(JoinPath(ProgramFolder(), "../share/tarn"));
   if (files.IsFolder(JoinPath(installed, "config"))) return installed;
-  return TARN_SOURCE_SHARE;
+  return TARN_FALLBACK_SHARE;
 }
 
 }  // namespace

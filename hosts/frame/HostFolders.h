@@ -13,7 +13,8 @@ struct HostFolders {
   std::string data;         // without one
 
   // The installation root is TARN_ROOT of the environment, else share/tarn beside the program's
-  // folder, else the share folder of the sources that the program was built from.
+  // folder, else what the build was told (TARN_FALLBACK_SHARE): by itself the share folder of the
+  // sources.
   static HostFolders FromEnvironment(FileSystem& files);
 };
 
