@@ -1,5 +1,5 @@
 # Installs the build into a folder of its own and looks at what arrived there, as somebody sees it
-# who has no source: cmake -DBUILD=... -DPREFIX=... -P InstallTest.cmake
+# who has no source: cmake -DBUILD=... -DPREFIX=... -DDESKTOP=0|1 -P InstallTest.cmake
 file(REMOVE_RECURSE ${PREFIX})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}
   OUTPUT_QUIET RESULT_VARIABLE failed)
@@ -24,6 +24,17 @@ set(wanted
   share/bash-completion/completions/tarn
   share/zsh/site-functions/_tarn
   share/fish/vendor_completions.d/tarn.fish)
+if(DESKTOP)
+  list(APPEND wanted
+    bin/tarn-ide
+    share/applications/org.tarn.Tarn.desktop
+    share/icons/hicolor/scalable/apps/org.tarn.Tarn.svg
+    share/icons/hicolor/scalable/mimetypes/application-x-tarn-application.svg
+    share/icons/hicolor/scalable/mimetypes/application-x-tarn-project.svg
+    share/man/man1/tarn-ide.1
+    share/metainfo/org.tarn.Tarn.metainfo.xml
+    share/mime/packages/org.tarn.Tarn.xml)
+endif()
 foreach(file ${wanted})
   if(NOT EXISTS ${PREFIX}/${file})
     message(SEND_ERROR "${file} isn't installed")
