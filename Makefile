@@ -4,7 +4,7 @@
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
 
-.PHONY: help demo test check format bench asan tsan fuzz clean
+.PHONY: help demo test check format bench asan tsan fuzz package clean
 
 help:
 	@echo "make demo     build everything, then a real firmware project, and run the firmware"
@@ -15,6 +15,7 @@ help:
 	@echo "make asan     tests with the address and undefined behaviour sanitizers"
 	@echo "make tsan     tests of threads with the thread sanitizer"
 	@echo "make fuzz     run each fuzz target for FUZZ_SECONDS=$(FUZZ_SECONDS) seconds"
+	@echo "make package  build Debian packages in build/package"
 	@echo "make clean    remove what was built"
 
 demo:
@@ -28,6 +29,7 @@ check:
 	scripts/check-format
 	scripts/check-layers
 	scripts/check-headers
+	scripts/check-package
 	cmake --preset debug
 	scripts/check-tidy
 
@@ -46,6 +48,9 @@ tsan:
 
 fuzz:
 	scripts/fuzz $(FUZZ_SECONDS)
+
+package:
+	scripts/make-package
 
 clean:
 	rm -rf build
