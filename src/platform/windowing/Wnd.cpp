@@ -101,6 +101,11 @@ void CWnd::MoveWindow(const Rect& newRect) {
 
 Point CWnd::ClientToScreen(Point point) const {
   for (const CWnd* window = this; window != nullptr; window = window->parentWindow) {
+    if (window->peer) {
+      if (const auto origin = window->peer->GetScreenOrigin()) {
+        return {point.x + origin->x, point.y + origin->y};
+      }
+    }
     point.x += window->windowRect.left;
     point.y += window->windowRect.top;
   }

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -73,6 +74,9 @@ class WindowPeer {
   virtual void OnPaintNow() {}                    // ... before this call returns
   virtual void OnFocusTaken() {}                  // the system wants the keyboard here
   virtual void OnCapture(bool /*isCaptured*/) {}  // all mouse events come here, or no longer
+  // Where the corner of the client area stands on the screen; nothing for a peer that leaves this
+  // to the rectangles of the windows.
+  virtual std::optional<Point> GetScreenOrigin() { return std::nullopt; }
 };
 
 // A window: a place on the screen with an owner, children and events, whose whole state is here. A
