@@ -36,6 +36,9 @@ class ProjectManagerDriver : public COleDispatchDriver {
  public:
   std::int32_t ProjectOpen(const std::string& path) { return InvokeLong(1, {path}); }
   std::int32_t ProjectSave() { return InvokeLong(3, {}); }
+  // Each announces its windows to the frame first and gives the handle of one of them.
+  std::int32_t GetProjectWindow() { return InvokeLong(4, {}); }
+  std::int32_t GetOutputWindow() { return InvokeLong(6, {}); }
   std::int32_t Command(std::uint32_t id) { return InvokeLong(7, {AsNumber(id)}); }
   std::int32_t Init(const std::string& application, const std::string& data, WindowHandle frame) {
     return InvokeLong(8, {application, data, frame});

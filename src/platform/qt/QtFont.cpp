@@ -1,0 +1,43 @@
+#include "platform/qt/QtFont.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+
+#include "platform/qt/QtText.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr qreal kTwipsPerPoint = 20;
+// Dark colours of the light palette would otherwise come out paler than what they stand beside.
+constexpr qreal kDarkestOnDark = 0.55;
+
+}  // namespace
+
+QFont ToQtFont(const Font& font, const QFont& base) {
+  QFont result = base;
+  if (!font.face.empty()) result.setFamily(ToQt(font.face));
+  if (font.twips > 0) result.setPointSizeF(font.twips / kTwipsPerPoint);
+  if (font.isBold) result.setBold(true);
+  if (font.isItalic) result.setItalic(true);
+  return result;
+}
+
+bool IsDarkPalette() {
+  const QPalette palette = QGuiApplication::palette();
+  return palette.color(QPalette::Window).lightness() <
+         palette.color(QPalette::WindowText).lightness();
+}
+
+QColor ToTextColor(Color color) {
+  const QColor plain = ToQtColor(color);
+  if (!IsDarkPalette()) return plain;
+  // Black is the desktop's own.
+  if (color == 0) return QGuiApplication::palette().color(QPalette::Text);
+  const auto lightness = static_cast<qreal>(plain.lightnessF());
+  const qreal turned = qMax(kDarkestOnDark, 1.0 - lightness);
+  return QColor::fromHslF(plain.hslHueF(), plain.hslSaturationF(), static_cast<float>(turned));
+}
+
+}  // namespace tarn

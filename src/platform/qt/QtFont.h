@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+
+#include "platform/windowing/Geometry.h"
+
+namespace tarn {
+
+// What the font leaves open is taken from `base`.
+QFont ToQtFont(const Font& font, const QFont& base);
+
+// A colour of the desktop, as it is.
+inline QColor ToQtColor(Color color) {
+  return QColor(static_cast<int>(color & 0xFF), static_cast<int>((color >> 8) & 0xFF),
+                static_cast<int>((color >> 16) & 0xFF));
+}
+inline Color FromQtColor(const QColor& color) {
+  return MakeColor(static_cast<std::uint32_t>(color.red()),
+                   static_cast<std::uint32_t>(color.green()),
+                   static_cast<std::uint32_t>(color.blue()));
+}
+
+// Whether the desktop writes light on dark.
+bool IsDarkPalette();
+// A fixed colour of a text or a message, made for a light background, as it is to be shown: on a
+// dark one its brightness is turned over.
+QColor ToTextColor(Color color);
+
+}  // namespace tarn

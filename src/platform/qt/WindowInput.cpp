@@ -1,0 +1,194 @@
+#include "platform/qt/WindowInput.h"
+
+#include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QResizeEvent>
+#include <QUrl>
+#include <QWidget>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/qt/QtText.h"
+
+namespace tarn {
+
+namespace {
+
+MouseButton ToButton(Qt::MouseButton button) {
+  switch (button) {
+    case Qt::LeftButton:
+      return MouseButton::Left;
+    case Qt::MiddleButton:
+      return MouseButton::Middle;
+    case Qt::RightButton:
+      return MouseButton::Right;
+    default:
+      return MouseButton::None;
+  }
+}
+
+std::optional<MouseAction> ToAction(QEvent::Type type) {
+  switch (type) {
+    case QEvent::MouseButtonPress:
+      return MouseAction::Press;
+    case QEvent::MouseButtonRelease:
+      return MouseAction::Release;
+    case QEvent::MouseButtonDblClick:
+      return MouseAction::DoubleClick;
+    case QEvent::MouseMove:
+      return MouseAction::Move;
+    default:
+      return std::nullopt;
+  }
+}
+
+std::vector<std::string> PathsOf(const QMimeData& data) {
+  std::vector<std::string> paths;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) paths.push_back(FromQt(url.toLocalFile()));
+  }
+  return paths;
+}
+
+bool AcceptsFiles(const CWnd& window) {
+  for (const CWnd* each = &window; each != nullptr; each = each->GetParent()) {
+    if (each->AcceptsDroppedFiles()) return true;
+  }
+  return false;
+}
+
+struct KeyPair {
+  int qt;
+  int window;
+};
+
+constexpr KeyPair kKeys[] = {
+    {Qt::Key_Backspace, kKeyBackspace},
+    {Qt::Key_Tab, kKeyTab},
+    {Qt::Key_Return, kKeyEnter},
+    {Qt::Key_Enter, kKeyEnter},
+    {Qt::Key_Escape, kKeyEscape},
+    {Qt::Key_Space, kKeySpace},
+    {Qt::Key_PageUp, kKeyPageUp},
+    {Qt::Key_PageDown, kKeyPageDown},
+    {Qt::Key_End, kKeyEnd},
+    {Qt::Key_Home, kKeyHome},
+    {Qt::Key_Left, kKeyLeft},
+    {Qt::Key_Up, kKeyUp},
+    {Qt::Key_Right, kKeyRight},
+    {Qt::Key_Down, kKeyDown},
+    {Qt::Key_Insert, kKeyInsert},
+    {Qt::Key_Delete, kKeyDelete},
+    {Qt::Key_F2, kKeyF2},
+};
+
+}  // namespace
+
+KeyEvent ToKeyEvent(const QKeyEvent& event) {
+  KeyEvent key;
+  key.isShiftDown = event.modifiers().testFlag(Qt::ShiftModifier);
+  key.isControlDown = event.modifiers().testFlag(Qt::ControlModifier);
+  for (const KeyPair& pair : kKeys) {
+    if (pair.qt == event.key()) key.key = pair.window;
+  }
+  // Letters and digits have the numbers of their characters in both.
+  if (key.key == 0 && event.key() > 0x20 && event.key() < 0x7F) key.key = event.key();
+  return key;
+}
+
+WindowInput::WindowInput(CWnd& shownWindow, QWidget& widget, unsigned forwarded)
+    : QObject(&widget), window(shownWindow), handle(shownWindow.GetHandle()), inputs(forwarded) {
+  if ((inputs & kInputFileDrops) != 0) widget.setAcceptDrops(true);
+  if ((inputs & kInputMouse) != 0) widget.setMouseTracking(true);
+  widget.installEventFilter(this);
+}
+
+bool WindowInput::eventFilter(QObject* watched, QEvent* event) {
+  if (!IsWindow(handle)) return false;
+  auto* const widget = qobject_cast<QWidget*>(watched);
+  return widget != nullptr && Handle(*widget, *event);
+}
+
+bool WindowInput::Handle(QWidget& widget, QEvent& event) {
+  switch (event.type()) {
+    case QEvent::Resize:
+      if ((inputs & kInputSize) != 0) {
+        const QSize size = static_cast<QResizeEvent&>(event).size();
+        // What the window itself has asked for needs no telling.
+        const Rect known = window.GetClientRect();
+        if (size.width() != known.Width() || size.height() != known.Height()) {
+          window.NotifyResized({size.width(), size.height()});
+        }
+      }
+      return false;
+    case QEvent::FocusIn:
+      if ((inputs & kInputFocus) != 0) window.NotifyFocusTaken();
+      return false;
+    case QEvent::FocusOut:
+      // A menu or another program borrows the keyboard; the window gets it back.
+      if ((inputs & kInputFocus) != 0) {
+        const Qt::FocusReason reason = static_cast<QFocusEvent&>(event).reason();
+        if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) {
+          window.NotifyFocusLost();
+        }
+      }
+      return false;
+    case QEvent::KeyPress:
+      return (inputs & kInputKeys) != 0 &&
+             window.NotifyKey(ToKeyEvent(static_cast<QKeyEvent&>(event)));
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+      return OnMouse(widget, event);
+    case QEvent::ContextMenu:
+      return OnContextMenu(widget, event);
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+      return OnDrop(event);
+    default:
+      return false;
+  }
+}
+
+bool WindowInput::OnMouse(QWidget& widget, QEvent& event) {
+  if ((inputs & kInputMouse) == 0) return false;
+  const auto& mouse = static_cast<QMouseEvent&>(event);
+  if (event.type() == QEvent::MouseButtonPress && widget.focusPolicy() != Qt::NoFocus) {
+    widget.setFocus(Qt::MouseFocusReason);
+  }
+  MouseEvent told;
+  told.action = ToAction(event.type()).value_or(MouseAction::Move);
+  told.button = ToButton(mouse.button());
+  told.point = {static_cast<int>(mouse.position().x()), static_cast<int>(mouse.position().y())};
+  told.isShiftDown = mouse.modifiers().testFlag(Qt::ShiftModifier);
+  told.isControlDown = mouse.modifiers().testFlag(Qt::ControlModifier);
+  if (IsWindow(handle)) window.NotifyMouse(told);
+  return true;
+}
+
+bool WindowInput::OnContextMenu(QWidget& widget, QEvent& event) {
+  if ((inputs & kInputContextMenu) == 0) return false;
+  const QPoint screen = static_cast<QContextMenuEvent&>(event).globalPos();
+  static_cast<void>(widget);
+  window.NotifyContextMenu({screen.x(), screen.y()});
+  return true;
+}
+
+bool WindowInput::OnDrop(QEvent& event) {
+  if ((inputs & kInputFileDrops) == 0 || !AcceptsFiles(window)) return false;
+  // All three kinds of events are drop events.
+  auto& drop = static_cast<QDropEvent&>(event);
+  const std::vector<std::string> paths = PathsOf(*drop.mimeData());
+  if (paths.empty()) return false;
+  drop.setDropAction(Qt::CopyAction);
+  drop.accept();
+  if (event.type() == QEvent::Drop) window.NotifyDroppedFiles(paths);
+  return true;
+}
+
+}  // namespace tarn
