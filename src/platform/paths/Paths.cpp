@@ -9,8 +9,6 @@ namespace tarn {
 
 namespace {
 
-constexpr std::string_view kEither = "/\\";
-
 char SeparatorOf(std::string_view path) {
   return HasDrive(path) ? '\\' : kSeparator;
 }
@@ -22,8 +20,8 @@ std::size_t RootLength(std::string_view path) {
 }
 
 std::size_t LastComponent(std::string_view path) {
-  const std::size_t separator = path.find_last_of(kEither);
-  const std::size_t start = separator == path.npos ? 0 : separator + 1;
+  std::size_t start = path.size();
+  while (start > 0 && !IsSeparator(path[start - 1])) --start;
   return HasDrive(path) ? std::max<std::size_t>(start, 2) : start;
 }
 
@@ -51,7 +49,8 @@ Components Resolve(std::string_view path) {
   if (root == 1 || root == 3) result.root += SeparatorOf(path);
   std::string_view rest = path.substr(root);
   while (!rest.empty()) {
-    const std::size_t end = std::min(rest.find_first_of(kEither), rest.size());
+    const auto end = static_cast<std::size_t>(std::find_if(rest.begin(), rest.end(), IsSeparator) -
+                                              rest.begin());
     const std::string_view name = rest.substr(0, end);
     rest.remove_prefix(std::min(end + 1, rest.size()));
     if (name.empty() || name == ".") continue;
