@@ -60,6 +60,8 @@ class ProjectWindow : public ::testing::Test {
     world.components.Properties().TakeCalls();
   }
   CXmlTreeCtrl& Tree() { return window->GetTree(); }
+  void Key(int key, bool isShiftDown = false) { Tree().NotifyKey({key, isShiftDown, false}); }
+  void OpenMenu() { Tree().NotifyContextMenu({40, 50}); }
   static void Pump() {
     while (MessageLoop::ForCurrentThread()->Pump()) {
     }
@@ -106,54 +108,30 @@ TEST_F(ProjectWindow, WhatTheUserDoesReachesModelAndHost) {
     const char* selected;
     std::function<void()> act;
     Lines host;
-    const char* shape;
+    const char* shape = "demo[Sources[main.c led.c] Other]";
   } rows[] = {
       {"left double click on a file",
        "led.c",
        [this] { Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("led.c")); },
-       {"273 33039 0"},
-       "demo[Sources[main.c led.c] Other]"},
+       {"273 33039 0"}},
       {"middle double click on a file",
        "led.c",
        [this] { Tree().NotifyDoubleClick(MouseButton::Middle, LabelOf("led.c")); },
-       {"273 33040 0"},
-       "demo[Sources[main.c led.c] Other]"},
+       {"273 33040 0"}},
       {"middle double click where no command stands",
        "Other",
        [this] { Tree().NotifyDoubleClick(MouseButton::Middle, LabelOf("Other")); },
-       {"273 0 0"},
-       "demo[Sources[main.c led.c] Other]"},
-      {"context menu of a file",
-       "led.c",
-       [this] {
-         Tree().NotifyContextMenu({40, 50});
-       },
-       {"0x8012 * Files"},
-       "demo[Sources[main.c led.c] Other]"},
-      {"context menu of a type without one",
-       "Other",
-       [this] {
-         Tree().NotifyContextMenu({40, 50});
-       },
-       {},
-       "demo[Sources[main.c led.c] Other]"},
+       {"273 0 0"}},
+      {"context menu of a file", "led.c", [this] { OpenMenu(); }, {"0x8012 * Files"}},
+      {"context menu of a type without one", "Other", [this] { OpenMenu(); }, {}},
       {"tool bar: properties",
        "led.c",
        [this] { window->GetToolBar().NotifyButton(32776); },
-       {"273 33035 0"},
-       "demo[Sources[main.c led.c] Other]"},
-      {"a key without a meaning",
-       "led.c",
-       [this] {
-         Tree().NotifyKey({kKeyF2, false, false});
-       },
-       {},
-       "demo[Sources[main.c led.c] Other]"},
+       {"273 33035 0"}},
+      {"a key without a meaning", "led.c", [this] { Key(kKeyF2); }, {}},
       {"Shift and Up",
        "led.c",
-       [this] {
-         Tree().NotifyKey({kKeyUp, true, false});
-       },
+       [this] { Key(kKeyUp, true); },
        // The filling selects what was selected at the last change, and then the row is chosen.
        {"0x8019 demo Local Settings 4005", "0x8011 /p/demo.tapp 0",
         "0x8019 main.c Local Settings 4005", "0x8011 /p/main.c 0"},
@@ -174,7 +152,7 @@ TEST_F(ProjectWindow, WhatTheUserDoesReachesModelAndHost) {
 TEST_F(ProjectWindow, TheTreeFollowsTheProject) {
   Open();
   EXPECT_EQ(Shown(), " Tarn Project 'demo'\n>.demo\n ..Sources\n ...main.c\n ...led.c\n ..Other\n");
-  Tree().NotifyKey({kKeyDelete, false, false});
+  Key(kKeyDelete);
   EXPECT_EQ(Shown(), ">Tarn Project 'demo'\n");
   world.model->CloseProject();
   EXPECT_EQ(Shown(), "");
@@ -182,9 +160,7 @@ TEST_F(ProjectWindow, TheTreeFollowsTheProject) {
 
 TEST_F(ProjectWindow, RemovalOfTheSelectedNodeByAnyRoadLeavesNoPointer) {
   const std::function<void()> roads[] = {
-      [&] {
-        Tree().NotifyKey({kKeyDelete, false, false});
-      },
+      [&] { Key(kKeyDelete); },
       [&] { world.model->RemoveItem("Sources"); },
       [&] { world.model->RemoveItem(".\\main.c"); },
       [&] { world.model->CloseProject(); },
@@ -302,14 +278,10 @@ TEST_F(ProjectWindow, FilesAreAddedInTheOrderOfTheDrop) {
 TEST_F(ProjectWindow, AWindowThatGoesInsideAMessageIsUsedNoMore) {
   const std::function<void()> events[] = {
       [&] { Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("led.c")); },
-      [&] {
-        Tree().NotifyContextMenu({1, 2});
-      },
+      [&] { OpenMenu(); },
       [&] { window->GetToolBar().NotifyButton(32776); },
       [&] { world.model->RemoveItem("main.c"); },
-      [&] {
-        Tree().NotifyKey({kKeyDown, false, false});
-      },
+      [&] { Key(kKeyDown); },
   };
   for (const auto& event : events) {
     Open();

@@ -43,7 +43,10 @@ struct PeerToolkit : WindowToolkit {
 
 class Report : public ::testing::Test {
  public:
-  Report() : report(std::make_unique<CReportControl>()) {
+  Report() { MakeReport(); }
+
+  void MakeReport() {
+    report = std::make_unique<CReportControl>();
     AddColumn("Icon", 20, false, 0);
     AddColumn("Name", 80, true, CReportColumn::kNoIcon);
     AddColumn("File", 100, true, CReportColumn::kNoIcon);
@@ -315,13 +318,7 @@ TEST_F(Report, AnOwnerThatRefillsOrDestroysItInsideAMessageEndsTheAction) {
       if (destroys) {
         ASSERT_EQ(report, nullptr) << name;
         MessageLoop::ForCurrentThread()->Pump();
-        report = std::make_unique<CReportControl>();
-        AddColumn("Icon", 20, false, 0);
-        AddColumn("Name", 80, true, CReportColumn::kNoIcon);
-        AddColumn("File", 100, true, CReportColumn::kNoIcon);
-        for (const int i : {0, 1}) report->GetColumns().GetAt(i)->SetEditable(true);
-        report->AllowEdit(true);
-        report->Create(kStyleChild | kStyleVisible, {10, 20, 310, 140}, &owner, 7);
+        MakeReport();
       } else {
         EXPECT_EQ(RowsText(*report), "#1|only|one\n") << name;
         report->RemoveAllRecords();
