@@ -25,7 +25,7 @@ test:
 	scripts/run-tests debug
 
 check:
-	scripts/setup build test check
+	scripts/setup build ide test check
 	scripts/check-format
 	scripts/check-layers
 	scripts/check-headers
