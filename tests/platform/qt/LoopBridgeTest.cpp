@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QTimer>
 #include <atomic>
 #include <chrono>
@@ -12,9 +11,12 @@
 
 #include "platform/qt/QtToolkit.h"
 #include "platform/windowing/Wnd.h"
+#include "support/qt/WindowLoop.h"
 
 namespace tarn {
 namespace {
+
+using testing::RunUntil;
 
 class Answering : public CWnd {
  public:
@@ -28,20 +30,6 @@ class Answering : public CWnd {
   }
   void OnIdle() override { ++idles; }
 };
-
-// Runs the toolkit's loop until `done` holds; false when that takes too long.
-bool RunUntil(const std::function<bool()>& done) {
-  QEventLoop loop;
-  QElapsedTimer time;
-  time.start();
-  QTimer poll;
-  QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-    if (done() || time.elapsed() > 20000) loop.quit();
-  });
-  poll.start(1);
-  loop.exec();
-  return done();
-}
 
 class LoopBridgeTest : public ::testing::Test {
  protected:

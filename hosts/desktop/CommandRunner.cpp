@@ -1,0 +1,108 @@
+#include "hosts/desktop/CommandRunner.h"
+
+#include <QTimer>
+#include <algorithm>
+#include <iterator>
+
+namespace tarn::host {
+
+namespace {
+
+// The server has made the options of all nodes known.
+constexpr std::uint32_t kCmdOptionsLoaded = 0x811E;
+// The tools that fit the current node's file.
+constexpr std::uint32_t kCmdFirstTool = 0x8122;
+constexpr std::uint32_t kCmdLastTool = 0x8136;
+constexpr std::uint32_t kBuildCommands[] = {
+    kCmdRebuildAll, kCmdBuildAll,  kCmdCleanAll,      kCmdRebuildNode,
+    kCmdBuildNode,  kCmdCleanNode, kCmdTranslateNode, kCmdBuildApplication,
+};
+
+bool IsBuildCommand(std::uint32_t command) {
+  return (command >= kCmdFirstTool && command <= kCmdLastTool) ||
+         std::find(std::begin(kBuildCommands), std::end(kBuildCommands), command) !=
+             std::end(kBuildCommands);
+}
+
+}  // namespace
+
+CommandRunner::CommandRunner(MainFrame& mainFrame, BuildSession& buildSession)
+    : frame(mainFrame), session(buildSession) {
+  frame.Watch([this](const HostEvent& event) { OnMessage(event); });
+}
+
+CommandRunner::~CommandRunner() {
+  frame.Watch({});
+}
+
+bool CommandRunner::IsEnabled(std::uint32_t command) {
+  if (command == kCmdStop) return IsBuilding() && !isStopAsked;
+  if (IsBuilding() && IsBuildCommand(command)) return false;
+  return session.Manager().EnableCommand(command) != 0;
+}
+
+void CommandRunner::Run(std::uint32_t command) {
+  if (!IsEnabled(command)) return;
+  if (command == kCmdStop) {
+    Stop();
+    return;
+  }
+  if (command == kCmdOptionsLoaded) RestoreState();
+  if (!IsBuildCommand(command)) {
+    session.Manager().Command(command);
+    return;
+  }
+  // Without what is kept of the last builds all would be built anew.
+  if (!isRestored) session.Prepare();
+  isRestored = true;
+  if (session.Manager().PrologCommand(command) == 0) return;
+  session.BeginWork();
+  building = command;
+  isStopAsked = false;
+  if (onStarted) onStarted();
+  // Refused after all, which the user has been asked about.
+  const bool isRunning = session.Manager().Command(command) == 2;
+  if (!isRunning && building == command) FinishBuild(false);
+}
+
+void CommandRunner::RestoreState() {
+  if (!isRestored) session.State().Restore();
+  isRestored = true;
+}
+
+void CommandRunner::Stop() {
+  if (!IsBuilding() || isStopAsked) return;
+  isStopAsked = true;
+  session.Manager().Command(kCmdStop);
+  session.Tools().StopTools();
+}
+
+// The sender is in the middle of something, so all that follows comes behind it.
+void CommandRunner::OnMessage(const HostEvent& event) {
+  if (event.number == kMsgCommand) {
+    QTimer::singleShot(0, this, [this] { ServePosted(); });
+  } else if (event.number == kMsgProjectOpened) {
+    isRestored = false;
+  } else if (event.number == kMsgWorkerEnded) {
+    const bool isSuccess = event.wParam != 0;
+    QTimer::singleShot(0, this, [this, isSuccess] { FinishBuild(isSuccess); });
+  }
+}
+
+void CommandRunner::FinishBuild(bool isSuccess) {
+  if (!IsBuilding()) return;
+  const std::uint32_t command = building;
+  building = 0;
+  session.Manager().EpilogCommand(command);
+  session.EndWork(command == kCmdCleanAll || command == kCmdCleanNode);
+  const BuildEnd end = isSuccess     ? BuildEnd::Succeeded
+                       : isStopAsked ? BuildEnd::Stopped
+                                     : BuildEnd::Failed;
+  if (onEnded) onEnded(end);
+}
+
+void CommandRunner::ServePosted() {
+  for (const std::uint32_t command : session.TakePostedCommands()) Run(command);
+}
+
+}  // namespace tarn::host

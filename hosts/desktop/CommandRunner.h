@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QObject>
+#include <cstdint>
+#include <functional>
+
+#include "hosts/frame/BuildSession.h"
+#include "hosts/frame/MainFrame.h"
+
+namespace tarn::host {
+
+// Gives the server's commands and follows them to their end without holding the loop: what the
+// server works off on a thread of its own goes on while the user goes on. What it asks for in
+// return is carried out behind whatever it is doing.
+//
+// Watches the frame while it lives; borrows both. On the frame's thread.
+class CommandRunner : public QObject {
+ public:
+  CommandRunner(MainFrame& mainFrame, BuildSession& buildSession);
+  ~CommandRunner() override;
+
+  bool IsEnabled(std::uint32_t command);
+  // Nothing when it is not enabled, or the server refuses it.
+  void Run(std::uint32_t command);
+  // Ends a running build with its tools; onEnded comes as soon as they are gone.
+  void Stop();
+  bool IsBuilding() const { return building != 0; }
+
+  // A build has begun, or ended. Any of them may be empty.
+  std::function<void()> onStarted;
+  std::function<void(BuildEnd end)> onEnded;
+
+ private:
+  void OnMessage(const HostEvent& event);
+  void RestoreState();
+  void FinishBuild(bool isSuccess);
+  void ServePosted();
+
+  MainFrame& frame;
+  BuildSession& session;
+  std::uint32_t building = 0;  // the command; 0 for none
+  bool isStopAsked = false;
+  bool isRestored = false;  // the project knows what the session keeps of it
+};
+
+}  // namespace tarn::host

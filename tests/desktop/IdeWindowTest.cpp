@@ -1,0 +1,121 @@
+// The main window with the real server, tools and compiler, on a copy of the shipped example.
+#include "hosts/desktop/IdeWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolBar>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "platform/qt/QtToolkit.h"
+#include "support/Surroundings.h"
+#include "support/qt/WindowLoop.h"
+
+namespace tarn::host {
+namespace {
+
+using testing::RunUntil;
+using testing::ScratchFolder;
+
+class IdeWindowTest : public ::testing::Test {
+ protected:
+  IdeWindowTest()
+      : root("TARN_ROOT", testing::SourcePath("share").c_str()),
+        settings("TARN_SETTINGS", (folder / "settings").c_str()) {
+    std::filesystem::copy(testing::SourcePath("share/examples/blinky-avr"), folder / "blinky",
+                          std::filesystem::copy_options::recursive);
+    window.emplace(FileSystem::Native());
+    EXPECT_TRUE(window->Start());
+    window->show();
+    window->OpenProject(folder / "blinky/blinky-avr.tprj");
+  }
+
+  // The entry of that name in any menu, looked up as the user does: by opening it.
+  QAction* FindEntry(const QString& name) {
+    for (QAction* const top : window->menuBar()->actions()) {
+      Q_EMIT top->menu()->aboutToShow();
+      for (QAction* const entry : top->menu()->actions()) {
+        if (entry->text() == name) return entry;
+      }
+    }
+    return nullptr;
+  }
+  // Whether an entry can be chosen, and what it does when it is.
+  bool Choose(const QString& name) {
+    QAction* const entry = FindEntry(name);
+    if (entry == nullptr || !entry->isEnabled()) return false;
+    entry->trigger();
+    return true;
+  }
+  bool IsBuilt(const std::string& output) {
+    return std::filesystem::exists(folder / "blinky/build/Standard/" + output);
+  }
+
+  ScratchFolder folder{"tarn-desktop-"};
+  testing::ScopedVariable root;
+  testing::ScopedVariable settings;
+  QtToolkit toolkit;
+  std::optional<IdeWindow> window;
+};
+
+TEST_F(IdeWindowTest, AMenuBuildsTheProjectWhileTheLoopRunsAndStopIsOnlyThereMeanwhile) {
+  EXPECT_FALSE(FindEntry("Stop")->isEnabled());
+  int heartbeats = 0;
+  QTimer heart;
+  QObject::connect(&heart, &QTimer::timeout, &heart, [&] { ++heartbeats; });
+  heart.start(5);
+  ASSERT_TRUE(Choose("Build all"));
+  EXPECT_TRUE(window->Commands().IsBuilding());
+  EXPECT_TRUE(FindEntry("Stop")->isEnabled());
+  EXPECT_FALSE(FindEntry("Build all")->isEnabled());
+  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
+  EXPECT_TRUE(IsBuilt("blinky-avr.elf"));
+  EXPECT_GT(heartbeats, 5);
+  EXPECT_FALSE(FindEntry("Stop")->isEnabled());
+}
+
+TEST_F(IdeWindowTest, ClosingStopsABuildFirstAndThenCloses) {
+  ASSERT_TRUE(Choose("Build all"));
+  window->close();
+  EXPECT_TRUE(window->isVisible());
+  EXPECT_TRUE(RunUntil([&] { return !window->isVisible(); }));
+  EXPECT_FALSE(window->Commands().IsBuilding());
+  EXPECT_FALSE(IsBuilt("blinky-avr.elf"));
+}
+
+TEST_F(IdeWindowTest, WhatWasBuiltInAnotherWindowIsNotBuiltAgain) {
+  const auto build = [&] {
+    EXPECT_TRUE(Choose("Build all"));
+    EXPECT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
+    return std::filesystem::last_write_time(folder / "blinky/build/Standard/blinky-avr.elf");
+  };
+  const auto reopen = [&] {
+    window.reset();
+    window.emplace(FileSystem::Native());
+    EXPECT_TRUE(window->Start());
+    window->OpenProject(folder / "blinky/blinky-avr.tprj");
+  };
+  const auto first = build();
+  reopen();
+  EXPECT_EQ(build(), first) << "built at once, before all options are known";
+  reopen();
+  RunUntil([] { return false; }, 500);
+  EXPECT_EQ(build(), first) << "built when the options are known";
+}
+
+TEST_F(IdeWindowTest, TheServersButtonsStandInTheToolBar) {
+  QToolBar* const bar = window->findChild<QToolBar*>("serverBar");
+  ASSERT_NE(bar, nullptr);
+  QStringList names;
+  for (const QAction* action : bar->actions()) names += action->text();
+  EXPECT_EQ(names.join("|").toStdString(),
+            "Add files|New folder||Build all|Build the active application|Rebuild all|Stop||"
+            "Options");
+}
+
+}  // namespace
+}  // namespace tarn::host
