@@ -4,10 +4,11 @@
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
 
-.PHONY: help demo test check format bench asan tsan fuzz package clean
+.PHONY: help demo ide test check format bench asan tsan fuzz package clean
 
 help:
 	@echo "make demo     build everything, then a real firmware project, and run the firmware"
+	@echo "make ide      build and start the desktop program"
 	@echo "make test     build and run the tests"
 	@echo "make check    formatting, layers, headers, clang-tidy on changed files"
 	@echo "make format   put all sources into the project's format"
@@ -20,6 +21,9 @@ help:
 
 demo:
 	scripts/demo
+
+ide:
+	scripts/ide
 
 test:
 	scripts/run-tests debug
