@@ -9,6 +9,7 @@
 
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
+#include "platform/qt/QtTreePeer.h"
 #include "platform/qt/WidgetPeer.h"
 #include "platform/qt/WindowInput.h"
 
@@ -64,6 +65,10 @@ QtToolkit::~QtToolkit() {
 
 std::unique_ptr<WindowPeer> QtToolkit::MakePeer(CWnd& window) {
   return std::make_unique<PlainPeer>(window);
+}
+
+std::unique_ptr<TreePeer> QtToolkit::MakePeer(CTreeCtrl& tree) {
+  return std::make_unique<QtTreePeer>(tree);
 }
 
 Size QtToolkit::MeasureText(const Font& font, std::string_view text) {

@@ -1,0 +1,247 @@
+#include "platform/qt/TreeView.h"
+
+#include <QContextMenuEvent>
+#include <QFocusEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTimer>
+#include <algorithm>
+
+namespace tarn {
+
+namespace {
+
+class Following {
+ public:
+  explicit Following(int& callDepth) : depth(callDepth) { ++depth; }
+  ~Following() { --depth; }
+  Following(const Following&) = delete;
+  Following& operator=(const Following&) = delete;
+
+ private:
+  int& depth;
+};
+
+}  // namespace
+
+TreeView::TreeView(CTreeCtrl& shownTree)
+    : tree(shownTree),
+      handle(shownTree.GetHandle()),
+      items(new TreeModel(shownTree, this)),
+      delegate(new TreeDelegate(shownTree, *this)) {
+  const Following quiet(following);
+  setHeaderHidden(true);
+  setFrameShape(QFrame::NoFrame);
+  setUniformRowHeights(true);
+  setRootIsDecorated((tree.GetStyle() & kTreeLinesAtRoot) != 0);
+  setEditTriggers(NoEditTriggers);
+  setSelectionMode(SingleSelection);
+  setAutoScroll(false);
+  setTabKeyNavigation(false);
+  setExpandsOnDoubleClick(false);
+  // The value of the bar is the line at the top, as the control counts it.
+  setVerticalScrollMode(ScrollPerItem);
+  setHorizontalScrollMode(ScrollPerPixel);
+  setItemDelegate(delegate);
+  setModel(items);
+  header()->setStretchLastSection(false);
+  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TreeView::OnScrolledTo);
+}
+
+void TreeView::Detach() {
+  const Following quiet(following);
+  items->Detach();
+}
+
+void TreeView::FollowAll() {
+  const Following quiet(following);
+  items->EndReset();
+  for (const CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNextVisible()) {
+    if (item->IsExpanded()) expand(items->IndexOf(item));
+  }
+  FollowSelection();
+  FollowScroll();
+}
+
+void TreeView::FollowInserted(const CTreeItem* above, int first, int count) {
+  const Following quiet(following);
+  items->EndInsert();
+  for (int i = first; i < first + count; ++i) {
+    const CTreeItem* const item = tree.GetItemAt(above, i);
+    if (item != nullptr && item->IsExpanded()) FollowExpansion(*item);
+  }
+}
+
+void TreeView::FollowRemoved(const CTreeItem* above) {
+  const Following quiet(following);
+  items->EndRemove();
+  if (above != nullptr && !above->IsExpanded()) collapse(items->IndexOf(above));
+  FollowSelection();
+}
+
+void TreeView::FollowExpansion(const CTreeItem& item) {
+  const Following quiet(following);
+  if (!item.IsExpanded()) {
+    collapse(items->IndexOf(&item));
+    return;
+  }
+  const CTreeItem* each = &item;
+  do {
+    if (each->IsExpanded()) expand(items->IndexOf(each));
+    each = each->GetNextVisible();
+  } while (each != nullptr && each->IsBelow(item));
+}
+
+// For those who listen to the view, as readers of the screen do; what is painted is asked of the
+// control.
+void TreeView::FollowSelection() {
+  const Following quiet(following);
+  const QModelIndex index = items->IndexOf(tree.GetSelectedItem());
+  if (index.isValid()) {
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+  } else {
+    selectionModel()->clear();
+  }
+  viewport()->update();
+}
+
+void TreeView::FollowScroll() {
+  const Following quiet(following);
+  executeDelayedItemsLayout();
+  verticalScrollBar()->setValue(tree.GetTopRow());
+  if (verticalScrollBar()->value() != tree.GetTopRow()) AskToTellState();
+}
+
+void TreeView::FollowMeasures() {
+  const QSize current(delegate->LabelOffset(), delegate->LineHeight());
+  if (measures == current) return;
+  measures = current;
+  scheduleDelayedItemsLayout();
+}
+
+TreeHit TreeView::HitAt(Point point) {
+  const Following quiet(following);
+  const QModelIndex index = indexAt(QPoint(point.x, point.y));
+  CTreeItem* const item = TreeModel::ItemAt(index);
+  if (item == nullptr) return {};
+  const int left = visualRect(index).left();
+  if (point.x < left) {
+    const bool hasButton = (tree.GetStyle() & kTreeHasButtons) != 0 && item->HasChildren();
+    return {item,
+            hasButton && point.x >= left - indentation() ? TreePart::Button : TreePart::Indent};
+  }
+  const int labelLeft = left + delegate->LabelOffset();
+  if (point.x < labelLeft) return {item, TreePart::Icon};
+  return {item, point.x < labelLeft + delegate->LabelWidth(*item) ? TreePart::Label
+                                                                  : TreePart::RightOfLabel};
+}
+
+Rect TreeView::TextRectOf(const CTreeItem& item) {
+  const Following quiet(following);
+  const QRect line = visualRect(items->IndexOf(&item));
+  if (line.isEmpty()) return {};
+  const int left = line.left() + delegate->LabelOffset();
+  return {left, line.top(), left + delegate->LabelWidth(item), line.top() + line.height()};
+}
+
+void TreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                       const QModelIndex& index) const {
+  const CTreeItem* const item = TreeModel::ItemAt(index);
+  if (item == nullptr || !IsWindow(handle)) return;
+  const QRect place = visualRect(index);
+  if ((tree.GetStyle() & kTreeHasButtons) != 0) {
+    const QRect branches(place.left() - indentation() * (item->GetLevel() + rootIsDecorated()),
+                         place.top(), indentation() * (item->GetLevel() + rootIsDecorated()),
+                         place.height());
+    drawBranches(painter, branches, index);
+  }
+  QStyleOptionViewItem line = option;
+  line.rect = place;
+  const bool isShown = tree.HasFocus() || (tree.GetStyle() & kTreeShowsSelectionAlways) != 0;
+  const bool isSelected =
+      item == tree.GetDropHighlight() || (isShown && item == tree.GetSelectedItem());
+  line.state.setFlag(QStyle::State_Selected, isSelected);
+  delegate->paint(painter, line, index);
+}
+
+// What the control does not use is for whoever is above.
+void TreeView::keyPressEvent(QKeyEvent* event) {
+  event->ignore();
+}
+
+// The view would choose an item of its own.
+void TreeView::focusInEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
+}
+
+// By the keyboard; with the mouse the control asks for it.
+void TreeView::contextMenuEvent(QContextMenuEvent* event) {
+  event->accept();
+  if (event->reason() != QContextMenuEvent::Keyboard || !IsWindow(handle)) return;
+  QPoint place(0, 0);
+  if (const CTreeItem* const selected = tree.GetSelectedItem()) {
+    const Rect label = TextRectOf(*selected);
+    place = QPoint(std::clamp(label.left, 0, std::max(0, viewport()->width() - 1)),
+                   std::clamp(label.bottom, 0, std::max(0, viewport()->height() - 1)));
+  }
+  const QPoint screen = viewport()->mapToGlobal(place);
+  tree.NotifyContextMenu({screen.x(), screen.y()});
+}
+
+void TreeView::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  AskToTellState();
+}
+
+void TreeView::showEvent(QShowEvent* event) {
+  QTreeView::showEvent(event);
+  if (IsWindow(handle)) FollowScroll();
+}
+
+// The one column reaches to the right edge, so that a line is hit behind its label as well.
+void TreeView::updateGeometries() {
+  const int width = std::max(1, viewport()->width());
+  if (header()->minimumSectionSize() != width) {
+    header()->setMinimumSectionSize(width);
+    resizeColumnToContents(0);
+  }
+  QTreeView::updateGeometries();
+}
+
+void TreeView::OnScrolledTo(int row) {
+  // Other lines may be wider.
+  resizeColumnToContents(0);
+  if (following > 0) {
+    AskToTellState();
+  } else if (IsWindow(handle)) {
+    tree.NotifyScrolled(row);
+  }
+}
+
+void TreeView::AskToTellState() {
+  if (isTellingDue) return;
+  isTellingDue = true;
+  QTimer::singleShot(0, this, [this] { TellState(); });
+}
+
+// What the view could not follow the control in: a window smaller by its bars, and lines at the top
+// that leave the bottom empty.
+void TreeView::TellState() {
+  isTellingDue = false;
+  if (!IsWindow(handle) || !isVisible()) return;
+  executeDelayedItemsLayout();
+  const int row = verticalScrollBar()->value();
+  if (row != tree.GetTopRow()) tree.NotifyScrolled(row);
+  if (!IsWindow(handle)) return;
+  const Rect known = tree.GetClientRect();
+  const QSize size = viewport()->size();
+  if (size.width() != known.Width() || size.height() != known.Height()) {
+    tree.NotifyResized({size.width(), size.height()});
+  }
+}
+
+}  // namespace tarn

@@ -1,0 +1,270 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QScrollBar>
+#include <QTest>
+#include <QTreeView>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/qt/ImageCache.h"
+#include "platform/qt/QtToolkit.h"
+#include "platform/qt/WidgetPeer.h"
+#include "platform/windowing/TreeCtrl.h"
+
+namespace tarn {
+namespace {
+
+class TalkingTree : public CTreeCtrl {
+ public:
+  ~TalkingTree() override { DestroyWindow(); }
+  using CTreeCtrl::BeginDragImage;
+  using CTreeCtrl::EndDragImage;
+  using CTreeCtrl::MoveDragImage;
+
+  std::function<void()> whenSelected;
+  std::vector<std::string> selections;
+  int menus = 0;
+
+ protected:
+  void OnSelectionChanged() override {
+    selections.push_back(GetSelectedItem() ? GetSelectedItem()->GetText() : "nothing");
+    if (whenSelected) whenSelected();
+  }
+  bool OnContextMenu(Point) override { return ++menus > 0; }
+};
+
+QPoint MiddleOf(const Rect& rect) {
+  return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+}
+
+void AddTo(std::string& text, const QAbstractItemModel& model, const QModelIndex& above) {
+  for (int i = 0; i < model.rowCount(above); ++i) {
+    const QModelIndex index = model.index(i, 0, above);
+    text += (i == 0 ? "" : " ") + FromQt(index.data().toString());
+    if (!model.hasChildren(index)) continue;
+    text += "(";
+    AddTo(text, model, index);
+    text += ")";
+  }
+}
+
+struct TreePeerTest : ::testing::Test {
+  TreePeerTest() {
+    tree.Create(kStylePopup | kTreeHasButtons | kTreeLinesAtRoot, {0, 0, 240, 160}, nullptr, 0);
+    view = qobject_cast<QTreeView*>(WidgetOf(tree));
+    tester = std::make_unique<QAbstractItemModelTester>(
+        view->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    view->resize(240, 160);
+    view->show();
+    fruit = &tree.InsertItem(nullptr, "fruit", -1, -1, nullptr);
+    apple = &tree.InsertItem(fruit, "apple", -1, -1, nullptr);
+    tree.InsertItem(fruit, "pear", -1, -1, nullptr);
+    roots = &tree.InsertItem(nullptr, "roots", -1, -1, nullptr);
+    Settle();
+  }
+
+  static void Settle() { QTest::qWait(20); }
+  std::string Shown() const {
+    std::string text;
+    AddTo(text, *view->model(), {});
+    return text;
+  }
+  bool IsOpen(const CTreeItem& item) const {
+    return view->isExpanded(view->model()->index(item.GetIndex(), 0));
+  }
+  void Click(const QPoint& place, Qt::MouseButton button = Qt::LeftButton) const {
+    QTest::mouseClick(view->viewport(), button, {}, place);
+  }
+  CTreeItems Many(int count) const {
+    CTreeItems items;
+    for (int i = 0; i < count; ++i) {
+      items.push_back(std::make_unique<CTreeItem>("line " + std::to_string(i), -1, -1, nullptr));
+    }
+    return items;
+  }
+
+  QtToolkit toolkit;
+  TalkingTree tree;
+  QTreeView* view = nullptr;
+  std::unique_ptr<QAbstractItemModelTester> tester;
+  CTreeItem* fruit = nullptr;
+  CTreeItem* apple = nullptr;
+  CTreeItem* roots = nullptr;
+};
+
+TEST_F(TreePeerTest, MouseAndKeysGoThroughTheControl) {
+  const Rect label = tree.GetTextRect(*fruit);
+  Click({label.left - view->indentation() / 2, MiddleOf(label).y()});
+  EXPECT_TRUE(fruit->IsExpanded());
+  EXPECT_TRUE(IsOpen(*fruit));
+  EXPECT_TRUE(tree.selections.empty());
+
+  Click(MiddleOf(tree.GetTextRect(*apple)));
+  EXPECT_EQ(tree.GetSelectedItem(), apple);
+  EXPECT_EQ(view->currentIndex().data().toString(), "apple");
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_End, Qt::Key_Home, Qt::Key_Left, Qt::Key_R}) {
+    QTest::keyClick(view, key);
+  }
+  EXPECT_EQ(tree.selections, (std::vector<std::string>{"apple", "pear", "roots", "fruit"}));
+  EXPECT_FALSE(IsOpen(*fruit));
+  EXPECT_EQ(view->currentIndex().data().toString(), "fruit");
+
+  QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, MiddleOf(label));
+  EXPECT_TRUE(IsOpen(*fruit));
+  Click(MiddleOf(label), Qt::RightButton);
+  EXPECT_EQ(tree.menus, 1);
+}
+
+TEST_F(TreePeerTest, PartsOfALineAreWhereTheyArePainted) {
+  const CImageList images({16, 16});
+  tree.SetImageList(&images);
+  tree.Expand(*fruit, true);
+  const Rect label = tree.GetTextRect(*apple);
+  const int y = (label.top + label.bottom) / 2;
+  const struct {
+    int x;
+    TreePart part;
+  } kCases[] = {
+      {1, TreePart::Indent},
+      {label.left - 1, TreePart::Icon},
+      {label.left, TreePart::Label},
+      {label.right - 1, TreePart::Label},
+      {label.right, TreePart::RightOfLabel},
+      {view->viewport()->width() - 1, TreePart::RightOfLabel},
+  };
+  for (const auto& each : kCases) {
+    EXPECT_EQ(tree.HitTest({each.x, y}), (TreeHit{apple, each.part})) << each.x;
+  }
+  EXPECT_EQ(tree.HitTest({5, 159}), TreeHit{});
+  EXPECT_EQ(label.Height(), tree.GetLineHeight());
+  tree.SetImageList(nullptr);
+  EXPECT_LT(tree.GetTextRect(*apple).left, label.left);
+}
+
+TEST_F(TreePeerTest, ModelMirrorsTheItems) {
+  EXPECT_EQ(Shown(), "fruit(apple pear) roots");
+  CTreeItems items = Many(1);
+  items[0]->AppendChild(std::make_unique<CTreeItem>("below", -1, -1, nullptr));
+  items[0]->SetExpanded(true);
+  tree.InsertItems(nullptr, 1, std::move(items));
+  EXPECT_EQ(Shown(), "fruit(apple pear) line 0(below) roots");
+  EXPECT_TRUE(IsOpen(*tree.GetItemAt(nullptr, 1)));
+
+  // A parent that lost all below it opens no more by itself.
+  tree.Expand(*fruit, true);
+  tree.SelectItem(apple);
+  tree.DeleteItems(fruit, 0, 2);
+  EXPECT_FALSE(view->currentIndex().isValid());
+  tree.InsertItem(fruit, "plum", -1, -1, nullptr);
+  EXPECT_FALSE(IsOpen(*fruit));
+  EXPECT_EQ(Shown(), "fruit(plum) line 0(below) roots");
+
+  tree.SetRedraw(false);
+  tree.DeleteAllItems();
+  CTreeItem& only = tree.InsertItem(nullptr, "only", -1, -1, nullptr);
+  tree.InsertItem(&only, "child", -1, -1, nullptr);
+  tree.SelectItem(tree.GetItemAt(&only, 0));
+  tree.SetRedraw(true);
+  EXPECT_EQ(Shown(), "only(child)");
+  EXPECT_TRUE(IsOpen(only));
+  EXPECT_EQ(view->currentIndex().data().toString(), "child");
+  tree.SetItem(only, "named anew", -1, -1);
+  EXPECT_EQ(Shown(), "named anew(child)");
+}
+
+TEST_F(TreePeerTest, ScrollingGoesBothWays) {
+  tree.InsertItems(nullptr, 2, Many(200));
+  tree.SetTopRow(50);
+  EXPECT_EQ(view->verticalScrollBar()->value(), 50);
+  EXPECT_EQ(tree.HitTest({view->viewport()->width() - 1, 1}).item, tree.GetRow(50));
+  view->verticalScrollBar()->setValue(20);
+  EXPECT_EQ(tree.GetTopRow(), 20);
+  CTreeItem& last = *tree.GetItemAt(nullptr, 201);
+  tree.SelectItem(&last);
+  EXPECT_TRUE(view->viewport()->rect().contains(MiddleOf(tree.GetTextRect(last))));
+
+  // Lines below the last are never shown, and what goes takes the place at the top along.
+  tree.SetTopRow(201);
+  Settle();
+  EXPECT_EQ(tree.GetTopRow(), view->verticalScrollBar()->value());
+  EXPECT_LT(tree.GetTopRow(), 201);
+  tree.DeleteItems(nullptr, 2, 200);
+  Settle();
+  EXPECT_EQ(tree.GetTopRow(), 0);
+
+  // A line wider than the window can be scrolled to its end; bars take from the client area.
+  tree.InsertItem(nullptr, std::string(200, 'w'), -1, -1, nullptr);
+  Settle();
+  EXPECT_GT(view->horizontalScrollBar()->maximum(), 0);
+  EXPECT_EQ(tree.GetClientRect().Height(), view->viewport()->height());
+}
+
+TEST_F(TreePeerTest, MayBeDestroyedInItsEvents) {
+  const QPointer<QTreeView> watched = view;
+  tree.whenSelected = [&] { tree.DestroyWindow(); };
+  Click(MiddleOf(tree.GetTextRect(*roots)));
+  EXPECT_FALSE(tree.IsCreated());
+  EXPECT_EQ(view->model()->rowCount(), 0);
+  tester.reset();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(watched.isNull());
+}
+
+TEST_F(TreePeerTest, LivesOnWithoutItsView) {
+  tester.reset();
+  delete view;
+  tree.InsertItem(roots, "carrot", -1, -1, nullptr);
+  tree.SelectItem(tree.GetItemAt(roots, 0));
+  tree.SetTopRow(1);
+  EXPECT_EQ(tree.GetRowCount(), 3);
+  EXPECT_FALSE(tree.BeginDragImage(*roots, {}, {}));
+}
+
+TEST_F(TreePeerTest, PictureOfADraggedItemFollowsTheCursor) {
+  ASSERT_TRUE(tree.BeginDragImage(*fruit, {4, 4}, {10, 10}));
+  tree.MoveDragImage({30, 50});
+  const QPoint cursor = view->viewport()->mapToGlobal(QPoint(30, 50));
+  const auto countShown = [&] {
+    int shown = 0;
+    for (const QWidget* const each : QApplication::topLevelWidgets()) {
+      if (each->isVisible() && each != view && each->pos() == cursor - QPoint(4, 4)) ++shown;
+    }
+    return shown;
+  };
+  EXPECT_EQ(countShown(), 1);
+  tree.EndDragImage();
+  EXPECT_EQ(countShown(), 0);
+}
+
+// Two pictures of 2 x 1: red and magenta, magenta and blue.
+TEST(ImageCacheTest, CutsPicturesAndLetsTheBackgroundThrough) {
+  std::string bytes = "BM";
+  const auto number = [&](std::uint32_t value, int width) {
+    for (int i = 0; i < width; ++i) bytes.push_back(static_cast<char>(value >> (8 * i)));
+  };
+  for (const std::uint32_t value : {66U, 0U, 54U, 40U, 4U, 1U}) number(value, 4);
+  for (const std::uint32_t value : {1U, 24U}) number(value, 2);
+  for (const std::uint32_t value : {0U, 12U, 0U, 0U, 0U, 0U}) number(value, 4);
+  for (const std::uint32_t value : {0xFF0000U, 0xFF00FFU, 0xFF00FFU, 0x0000FFU}) number(value, 3);
+  CImageList images({2, 1});
+  ASSERT_EQ(images.Add(ReadBitmap(bytes)), 0);
+  ASSERT_EQ(images.Add(ReadBitmap(bytes.substr(0, 54))), 2);  // no pixels in it
+
+  ImageCache cache;
+  const QImage first = cache.Get(images, 0).toImage();
+  const QImage second = cache.Get(images, 1).toImage();
+  EXPECT_EQ(first.size(), QSize(2, 1));
+  EXPECT_EQ(first.pixelColor(0, 0), QColor(Qt::red));
+  EXPECT_EQ(first.pixelColor(1, 0).alpha(), 0);
+  EXPECT_EQ(second.pixelColor(0, 0).alpha(), 0);
+  EXPECT_EQ(second.pixelColor(1, 0), QColor(Qt::blue));
+  EXPECT_TRUE(cache.Get(images, 4).isNull());
+  EXPECT_TRUE(cache.Get(images, -1).isNull());
+}
+
+}  // namespace
+}  // namespace tarn
