@@ -9,6 +9,7 @@
 
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
+#include "platform/qt/QtTipPeer.h"
 #include "platform/qt/QtTreePeer.h"
 #include "platform/qt/WidgetPeer.h"
 #include "platform/qt/WindowInput.h"
@@ -65,6 +66,10 @@ QtToolkit::~QtToolkit() {
 
 std::unique_ptr<WindowPeer> QtToolkit::MakePeer(CWnd& window) {
   return std::make_unique<PlainPeer>(window);
+}
+
+std::unique_ptr<WindowPeer> QtToolkit::MakePeer(CTipWindow& tip) {
+  return std::make_unique<QtTipPeer>(tip);
 }
 
 std::unique_ptr<TreePeer> QtToolkit::MakePeer(CTreeCtrl& tree) {

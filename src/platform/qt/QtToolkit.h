@@ -21,6 +21,7 @@ class QtToolkit : public WindowToolkit {
 
   using WindowToolkit::MakePeer;
   std::unique_ptr<WindowPeer> MakePeer(CWnd& window) override;
+  std::unique_ptr<WindowPeer> MakePeer(CTipWindow& tip) override;
   std::unique_ptr<TreePeer> MakePeer(CTreeCtrl& tree) override;
 
   Size MeasureText(const Font& font, std::string_view text) override;

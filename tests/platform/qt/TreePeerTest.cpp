@@ -2,6 +2,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTest>
 #include <QTreeView>
@@ -13,6 +14,7 @@
 #include "platform/qt/ImageCache.h"
 #include "platform/qt/QtToolkit.h"
 #include "platform/qt/WidgetPeer.h"
+#include "platform/windowing/TipWindow.h"
 #include "platform/windowing/TreeCtrl.h"
 
 namespace tarn {
@@ -238,6 +240,21 @@ TEST_F(TreePeerTest, PictureOfADraggedItemFollowsTheCursor) {
   EXPECT_EQ(countShown(), 1);
   tree.EndDragImage();
   EXPECT_EQ(countShown(), 0);
+}
+
+TEST_F(TreePeerTest, TipStandsOverTheTreeAndOnTheScreen) {
+  CTipWindow tip;
+  ASSERT_TRUE(tip.Create(&tree));
+  const QWidget* const shown = WidgetOf(tip);
+  view->move(100, 80);
+  EXPECT_FALSE(shown->isVisible());
+  tip.ShowTip("fruit", "grows\non trees", {30, 40}, {}, {});
+  EXPECT_TRUE(shown->isVisible());
+  EXPECT_EQ(shown->pos(), view->viewport()->mapToGlobal(QPoint(30, 40)));
+  tip.ShowTip("fruit", std::string(20, 'w'), {100000, 100000}, {}, {});
+  EXPECT_TRUE(shown->screen()->availableGeometry().contains(shown->geometry()));
+  tip.Hide();
+  EXPECT_FALSE(shown->isVisible());
 }
 
 // Two pictures of 2 x 1: red and magenta, magenta and blue.

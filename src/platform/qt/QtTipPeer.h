@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QWidget>
+
+#include "platform/qt/WidgetPeer.h"
+#include "platform/windowing/TipWindow.h"
+
+namespace tarn {
+
+// The title in bold, and the lines below it. Asks the tip itself whenever it paints.
+class TipWidget : public QWidget {
+ public:
+  explicit TipWidget(const CTipWindow& shownTip) : tip(shownTip), handle(shownTip.GetHandle()) {}
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  const CTipWindow& tip;
+  const WindowHandle handle;
+};
+
+// Shows a tip over its parent, on the screen that the place is on. The mouse goes through it.
+class QtTipPeer : public WidgetPeer<WindowPeer, TipWidget> {
+ public:
+  explicit QtTipPeer(CTipWindow& shownTip);
+
+  void OnMoved() override;
+  void OnShown() override;
+
+ private:
+  const CTipWindow& tip;
+};
+
+}  // namespace tarn
