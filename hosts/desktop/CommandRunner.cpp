@@ -18,12 +18,6 @@ constexpr std::uint32_t kBuildCommands[] = {
     kCmdBuildNode,  kCmdCleanNode, kCmdTranslateNode, kCmdBuildApplication,
 };
 
-bool IsBuildCommand(std::uint32_t command) {
-  return (command >= kCmdFirstTool && command <= kCmdLastTool) ||
-         std::find(std::begin(kBuildCommands), std::end(kBuildCommands), command) !=
-             std::end(kBuildCommands);
-}
-
 }  // namespace
 
 CommandRunner::CommandRunner(MainFrame& mainFrame, BuildSession& buildSession)
@@ -35,9 +29,15 @@ CommandRunner::~CommandRunner() {
   frame.Watch({});
 }
 
+bool CommandRunner::Builds(std::uint32_t command) {
+  return (command >= kCmdFirstTool && command <= kCmdLastTool) ||
+         std::find(std::begin(kBuildCommands), std::end(kBuildCommands), command) !=
+             std::end(kBuildCommands);
+}
+
 bool CommandRunner::IsEnabled(std::uint32_t command) {
   if (command == kCmdStop) return IsBuilding() && !isStopAsked;
-  if (IsBuilding() && IsBuildCommand(command)) return false;
+  if (IsBuilding() && Builds(command)) return false;
   return session.Manager().EnableCommand(command) != 0;
 }
 
@@ -48,7 +48,7 @@ void CommandRunner::Run(std::uint32_t command) {
     return;
   }
   if (command == kCmdOptionsLoaded) RestoreState();
-  if (!IsBuildCommand(command)) {
+  if (!Builds(command)) {
     session.Manager().Command(command);
     return;
   }

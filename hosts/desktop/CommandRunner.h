@@ -19,6 +19,8 @@ class CommandRunner : public QObject {
   CommandRunner(MainFrame& mainFrame, BuildSession& buildSession);
   ~CommandRunner() override;
 
+  // Whether a command may start compilers.
+  static bool Builds(std::uint32_t command);
   bool IsEnabled(std::uint32_t command);
   // Nothing when it is not enabled, or the server refuses it.
   void Run(std::uint32_t command);

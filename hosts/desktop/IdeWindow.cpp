@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QDockWidget>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
@@ -9,8 +10,10 @@
 #include <QMessageBox>
 #include <QStatusBar>
 #include <QToolBar>
+#include <cstdlib>
 
 #include "hosts/frame/LogEntry.h"
+#include "platform/paths/Paths.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/WidgetPeer.h"
 
@@ -21,6 +24,9 @@ namespace {
 constexpr int kProjectWindow = 4003;
 // How late a button of the tool bar may show what can be done.
 constexpr int kRefreshMs = 250;
+constexpr QSize kFirstSize{1280, 800};
+constexpr int kFirstTreeWidth = 280;
+constexpr int kFirstOutputHeight = 220;
 
 QString WordFor(BuildEnd end) {
   switch (end) {
@@ -40,14 +46,22 @@ QString WordFor(BuildEnd end) {
 IdeWindow::IdeWindow(FileSystem& fileSystem)
     : session(std::make_unique<BuildSession>(frame, fileSystem,
                                              HostFolders::FromEnvironment(fileSystem))),
-      runner(std::make_unique<CommandRunner>(frame, *session)) {
+      runner(std::make_unique<CommandRunner>(frame, *session)),
+      files(fileSystem),
+      editors(new EditorTabs(fileSystem, this)) {
   menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
-  menuCommands.run = [this](std::uint32_t command) { runner->Run(command); };
+  menuCommands.run = [this](std::uint32_t command) { RunCommand(command); };
   runner->onStarted = [this] { OnBuildStarted(); };
   runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
   stateLabel = new QLabel(tr("Ready"), this);
   statusBar()->addWidget(stateLabel, 1);
   setDockNestingEnabled(true);
+  // The tree has the whole height, as projects are deep.
+  setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+  setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
+  setCentralWidget(editors);
+  resize(kFirstSize);
+  AddFileMenu();
   AnswerMessages();
   ShowTitle();
 }
@@ -71,6 +85,13 @@ void IdeWindow::AnswerMessages() {
     AddToolBar(event.detail);
     return std::intptr_t{1};
   });
+  for (const HostMessage number : {kMsgOpenFileAtLine, kMsgOpenFile}) {
+    frame.Answer(number, [this](const HostEvent& event) {
+      // Later: the sender is one of the server's windows in the middle of a click.
+      QTimer::singleShot(0, this, [this, event] { OpenFile(event.text, event.lParam); });
+      return std::intptr_t{1};
+    });
+  }
 }
 
 bool IdeWindow::Start() {
@@ -94,7 +115,51 @@ void IdeWindow::OpenProject(const std::string& path) {
   ShowTitle();
 }
 
+void IdeWindow::AddFileMenu() {
+  QMenu* const menu = menuBar()->addMenu(tr("&File"));
+  menu->addAction(tr("&Open project..."), QKeySequence::Open, this, [this] { ChooseProject(); });
+  menu->addSeparator();
+  menu->addAction(tr("&Save"), QKeySequence::Save, this, [this] { editors->SaveCurrent(); });
+  menu->addAction(tr("Save &all"), QKeySequence(tr("Ctrl+Shift+S")), this,
+                  [this] { editors->SaveAll(); });
+  menu->addAction(tr("&Close file"), QKeySequence::Close, this,
+                  [this] { editors->CloseCurrent(); });
+  menu->addSeparator();
+  menu->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
+}
+
+void IdeWindow::ChooseProject() {
+  const QString chosen = QFileDialog::getOpenFileName(
+      this, tr("Open project"), QFileInfo(ToQt(session->GetProjectPath())).path(),
+      tr("Projects (*.tprj)"));
+  if (!chosen.isEmpty()) OpenProject(FromQt(chosen));
+}
+
+void IdeWindow::OpenFile(const std::string& path, std::intptr_t line) {
+  // A message of a tool may name no file.
+  if (path.empty()) return;
+  const std::string place =
+      IsRelativePath(path) ? JoinPath(FolderOf(session->GetProjectPath()), path) : path;
+  editors->OpenFile(place, std::abs(static_cast<int>(line)));
+}
+
+// What the compilers are to see is what stands in the editors.
+void IdeWindow::RunCommand(std::uint32_t command) {
+  if (CommandRunner::Builds(command) && !editors->SaveAll()) return;
+  runner->Run(command);
+}
+
+void IdeWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) editors->FollowDisk();
+}
+
 void IdeWindow::closeEvent(QCloseEvent* event) {
+  if (!editors->MayCloseAll()) {
+    isClosing = false;
+    event->ignore();
+    return;
+  }
   if (!runner->IsBuilding()) {
     QMainWindow::closeEvent(event);
     return;
@@ -114,8 +179,18 @@ void IdeWindow::AddDock(const HostEvent& announcement) {
   auto* const dock = new QDockWidget(ToQt(AttributeOf(element.get(), "Title")), this);
   dock->setObjectName("dock" + id);
   dock->setWidget(widget);
-  addDockWidget(id.toInt() == kProjectWindow ? Qt::LeftDockWidgetArea : Qt::BottomDockWidgetArea,
-                dock);
+  if (id.toInt() == kProjectWindow) {
+    addDockWidget(Qt::LeftDockWidgetArea, dock);
+    resizeDocks({dock}, {kFirstTreeWidth}, Qt::Horizontal);
+    return;
+  }
+  addDockWidget(Qt::BottomDockWidgetArea, dock);
+  if (lastBottomDock != nullptr) {
+    tabifyDockWidget(lastBottomDock, dock);
+    dock->raise();
+  }
+  lastBottomDock = dock;
+  resizeDocks({dock}, {kFirstOutputHeight}, Qt::Vertical);
 }
 
 void IdeWindow::AddMenu(const std::string& xml) {

@@ -7,11 +7,13 @@
 #include <string>
 
 #include "hosts/desktop/CommandRunner.h"
+#include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/ServerMenus.h"
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/MainFrame.h"
 #include "platform/files/FileSystem.h"
 
+class QDockWidget;
 class QLabel;
 class QToolBar;
 
@@ -30,14 +32,21 @@ class IdeWindow : public QMainWindow {
   void OpenProject(const std::string& path);
   CommandRunner& Commands() { return *runner; }
   BuildSession& Session() { return *session; }
+  EditorTabs& Editors() { return *editors; }
 
  protected:
-  // Waits for a build that it stops first.
+  // Asks for what is not saved, and waits for a build that it stops first.
   void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void AnswerMessages();
   void AddDock(const HostEvent& announcement);
+  void AddFileMenu();
+  void ChooseProject();
+  // `path` may be relative to the project's folder.
+  void OpenFile(const std::string& path, std::intptr_t line);
+  void RunCommand(std::uint32_t command);
   void AddMenu(const std::string& xml);
   void AddToolBar(const std::string& xml);
   void OnBuildStarted();
@@ -48,6 +57,9 @@ class IdeWindow : public QMainWindow {
   std::unique_ptr<BuildSession> session;
   std::unique_ptr<CommandRunner> runner;
   MenuCommands menuCommands;
+  FileSystem& files;
+  EditorTabs* editors = nullptr;
+  QDockWidget* lastBottomDock = nullptr;
   QToolBar* serverBar = nullptr;
   QLabel* stateLabel = nullptr;
   QTimer refreshTimer;

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <string>
+
+#include "hosts/desktop/Scintilla.h"
+#include "platform/Result.h"
+#include "platform/files/FileSystem.h"
+
+namespace tarn::host {
+
+// One text file in an editor. A file that is no UTF-8 is shown and written byte by byte, so that
+// saving changes only what the user changed.
+class CodeEditor : public QsciScintilla {
+ public:
+  CodeEditor(FileSystem& fileSystem, std::string filePath);
+
+  const std::string& GetPath() const { return path; }
+  // Takes the text from the disk; what stood here is gone, the place in it stays.
+  Status Load();
+  Status Save();
+  // Whether the file on the disk is another than the one that was read or written last.
+  bool IsChangedOutside();
+  // Lines count from 1; one beyond the end goes to the last.
+  void GoToLine(int line);
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void ChooseLexer();
+  void Colour();
+
+  FileSystem& files;
+  std::string path;
+  bool isUtf8 = true;
+  std::optional<FileStatus> known;  // of the file as it was read or written last
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QTabWidget>
+#include <string>
+
+#include "platform/files/FileSystem.h"
+
+namespace tarn::host {
+
+class CodeEditor;
+
+// The open files, one in each tab. A star marks what is not saved. A file that changes on the disk
+// is read again, unless the user has changed it as well; then he is asked.
+class EditorTabs : public QTabWidget {
+ public:
+  EditorTabs(FileSystem& fileSystem, QWidget* parent);
+
+  // Shows the file, at a line from 1 on; 0 leaves the place. False when it can't be read, which the
+  // user has been told.
+  bool OpenFile(const std::string& path, int line);
+  // False when something could not be written, which the user has been told.
+  bool SaveAll();
+  bool SaveCurrent();
+  bool CloseCurrent();
+  // Asks for each text that is not saved. False when the user would rather stay.
+  bool MayCloseAll();
+  // Looks for files that changed on the disk; for the time when the window comes to the front.
+  void FollowDisk();
+  CodeEditor* Current() const;
+
+ private:
+  CodeEditor* At(int index) const;
+  bool Save(CodeEditor& editor);
+  bool MayClose(CodeEditor& editor);
+  bool CloseTab(int index);
+  void ShowName(CodeEditor& editor);
+
+  FileSystem& files;
+  bool isAsking = false;
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,13 @@
+#pragma once
+
+// The editor component, whose headers use two words that are plain names everywhere else.
+#include <QObject>
+#define signals Q_SIGNALS
+#define slots Q_SLOTS
+#include <Qsci/qscilexercpp.h>
+#include <Qsci/qscilexerlua.h>
+#include <Qsci/qscilexermakefile.h>
+#include <Qsci/qscilexerxml.h>
+#include <Qsci/qsciscintilla.h>
+#undef signals
+#undef slots

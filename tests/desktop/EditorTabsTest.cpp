@@ -1,0 +1,105 @@
+#include "hosts/desktop/EditorTabs.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTimer>
+#include <string>
+
+#include "hosts/desktop/CodeEditor.h"
+#include "support/Surroundings.h"
+
+namespace tarn::host {
+namespace {
+
+using testing::ReadBytes;
+using testing::ScratchFolder;
+
+class EditorTabsTest : public ::testing::Test {
+ protected:
+  // Presses a button of the box that is about to come.
+  void Answer(QMessageBox::StandardButton button) {
+    QTimer::singleShot(0, [this, button] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      ++boxes;
+      box->button(button)->click();
+    });
+  }
+
+  ScratchFolder folder;
+  EditorTabs tabs{FileSystem::Native(), nullptr};
+  int boxes = 0;
+};
+
+TEST_F(EditorTabsTest, SavingChangesOnlyWhatTheUserChanged) {
+  struct Row {
+    const char* name;
+    std::string bytes;
+  };
+  for (const Row& row :
+       {Row{"unix.c", "int a;\nint b;\n"}, Row{"windows.c", "int a;\r\nint b;\r\n"},
+        Row{"mixed.c", "int a;\r\nint b;\n"}, Row{"utf8.c", "// \xC3\xA9\n"},
+        Row{"bytes.c", "// \xE9 \xB5\n"}, Row{"endless.c", "int a;"}}) {
+    folder.Write(row.name, row.bytes);
+    ASSERT_TRUE(tabs.OpenFile(folder / row.name, 0));
+    tabs.Current()->insertAt("x", 0, 0);
+    EXPECT_EQ(tabs.tabText(tabs.currentIndex()).toStdString(), std::string(row.name) + " *");
+    ASSERT_TRUE(tabs.SaveCurrent());
+    EXPECT_EQ(ReadBytes(folder / row.name), "x" + row.bytes) << row.name;
+    EXPECT_EQ(tabs.tabText(tabs.currentIndex()).toStdString(), row.name);
+  }
+}
+
+TEST_F(EditorTabsTest, AFileIsOpenOnceAndShowsTheLine) {
+  folder.Write("a.c", "1\n2\n3\n");
+  ASSERT_TRUE(tabs.OpenFile(folder / "a.c", 3));
+  ASSERT_TRUE(tabs.OpenFile(folder / "./a.c", 2));
+  EXPECT_EQ(tabs.count(), 1);
+  int line = 0;
+  int column = 0;
+  tabs.Current()->getCursorPosition(&line, &column);
+  EXPECT_EQ(line, 1);
+}
+
+TEST_F(EditorTabsTest, UnsavedTextIsAskedForBeforeItGoes) {
+  folder.Write("a.c", "old");
+  ASSERT_TRUE(tabs.OpenFile(folder / "a.c", 0));
+  tabs.Current()->setText("new");
+  tabs.Current()->setModified(true);
+  Answer(QMessageBox::Cancel);
+  EXPECT_FALSE(tabs.MayCloseAll());
+  Answer(QMessageBox::Cancel);
+  EXPECT_FALSE(tabs.CloseCurrent());
+  EXPECT_EQ(tabs.count(), 1);
+  Answer(QMessageBox::Save);
+  EXPECT_TRUE(tabs.CloseCurrent());
+  EXPECT_EQ(ReadBytes(folder / "a.c"), "new");
+  EXPECT_EQ(boxes, 3);
+}
+
+TEST_F(EditorTabsTest, AFileThatChangedOutsideIsReadAgainUnlessThatWouldLoseSomething) {
+  folder.Write("a.c", "old");
+  ASSERT_TRUE(tabs.OpenFile(folder / "a.c", 0));
+  folder.Write("a.c", "changed");
+  tabs.FollowDisk();
+  EXPECT_EQ(tabs.Current()->text().toStdString(), "changed");
+  tabs.Current()->insertAt("mine ", 0, 0);
+  folder.Write("a.c", "changed again");
+  Answer(QMessageBox::No);
+  tabs.FollowDisk();
+  EXPECT_EQ(tabs.Current()->text().toStdString(), "mine changed");
+  EXPECT_EQ(boxes, 1);
+}
+
+TEST_F(EditorTabsTest, AFileThatIsNotThereIsToldAndOpensNothing) {
+  Answer(QMessageBox::Ok);
+  EXPECT_FALSE(tabs.OpenFile(folder / "none.c", 1));
+  EXPECT_EQ(tabs.count(), 0);
+  EXPECT_EQ(boxes, 1);
+}
+
+}  // namespace
+}  // namespace tarn::host
