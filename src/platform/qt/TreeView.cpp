@@ -167,9 +167,19 @@ void TreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
   delegate->paint(painter, line, index);
 }
 
-// What the control does not use is for whoever is above.
+// Of what the control does not use, the key that opens an item is the view's; the rest is for
+// whoever is above.
 void TreeView::keyPressEvent(QKeyEvent* event) {
   event->ignore();
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  if (!isEnter || !isPlain || !IsWindow(handle)) return;
+  CTreeItem* const selected = tree.GetSelectedItem();
+  if (selected == nullptr) return;
+  event->accept();
+  tree.EnsureVisible(*selected);
+  const Rect label = TextRectOf(*selected);
+  tree.NotifyItemActivated({std::max(0, label.left), (label.top + label.bottom) / 2});
 }
 
 // The view would choose an item of its own.

@@ -94,8 +94,11 @@ KeyEvent ToKeyEvent(const QKeyEvent& event) {
   for (const KeyPair& pair : kKeys) {
     if (pair.qt == event.key()) key.key = pair.window;
   }
-  // Letters and digits have the numbers of their characters in both.
-  if (key.key == 0 && event.key() > 0x20 && event.key() < 0x7F) key.key = event.key();
+  // Letters and digits have the numbers of their characters in both. Those of other characters mean
+  // something else to a window: a full stop would delete.
+  const bool isLetter = event.key() >= Qt::Key_A && event.key() <= Qt::Key_Z;
+  const bool isDigit = event.key() >= Qt::Key_0 && event.key() <= Qt::Key_9;
+  if (isLetter || isDigit) key.key = event.key();
   return key;
 }
 

@@ -2,6 +2,8 @@
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
+#include <QContextMenuEvent>
+#include <QPointer>
 #include <QScreen>
 #include <QScrollBar>
 #include <QTest>
@@ -30,8 +32,15 @@ class TalkingTree : public CTreeCtrl {
   std::function<void()> whenSelected;
   std::vector<std::string> selections;
   int menus = 0;
+  std::vector<TreeHit> activated;
+  std::vector<int> keys;
 
  protected:
+  void OnItemActivated(Point point) override { activated.push_back(HitTest(point)); }
+  bool OnItemKey(const KeyEvent& event) override {
+    keys.push_back(event.key);
+    return false;
+  }
   void OnSelectionChanged() override {
     selections.push_back(GetSelectedItem() ? GetSelectedItem()->GetText() : "nothing");
     if (whenSelected) whenSelected();
@@ -118,6 +127,21 @@ TEST_F(TreePeerTest, MouseAndKeysGoThroughTheControl) {
   QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, MiddleOf(label));
   EXPECT_TRUE(IsOpen(*fruit));
   Click(MiddleOf(label), Qt::RightButton);
+  EXPECT_EQ(tree.menus, 1);
+}
+
+TEST_F(TreePeerTest, KeysMeanWhatIsOnThem) {
+  tree.SelectItem(fruit);
+  for (const Qt::Key key : {Qt::Key_A, Qt::Key_5, Qt::Key_Delete, Qt::Key_Period, Qt::Key_Minus,
+                            Qt::Key_ParenLeft, Qt::Key_Return}) {
+    QTest::keyClick(view, key);
+  }
+  EXPECT_EQ(tree.keys, (std::vector<int>{'A', '5', kKeyDelete, 0, 0, 0, kKeyEnter}));
+  EXPECT_EQ(tree.GetSelectedItem(), fruit);
+  EXPECT_EQ(tree.activated, (std::vector<TreeHit>{{fruit, TreePart::Label}}));
+
+  QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, {});
+  QApplication::sendEvent(view, &menu);
   EXPECT_EQ(tree.menus, 1);
 }
 
