@@ -46,11 +46,11 @@ std::optional<Point> QtTreePeer::GetScreenOrigin() {
 }
 
 void QtTreePeer::OnResetting() {
-  if (widget != nullptr) widget->Model().BeginReset();
+  if (widget != nullptr) widget->FollowResetting();
 }
 
 void QtTreePeer::OnReset() {
-  if (widget != nullptr) widget->FollowAll();
+  if (widget != nullptr) widget->FollowReset();
 }
 
 void QtTreePeer::OnItemsInserting(const CTreeItem* parent, int first, int count) {

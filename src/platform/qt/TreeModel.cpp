@@ -5,19 +5,19 @@
 namespace tarn {
 
 void TreeModel::Detach() {
-  BeginReset();
+  beginResetModel();
   tree = nullptr;
-  EndReset();
+  endResetModel();
 }
 
 void TreeModel::BeginReset() {
-  if (isResetting) return;
   beginResetModel();
   isResetting = true;
+  endResetModel();
 }
 
 void TreeModel::EndReset() {
-  if (!isResetting) return;
+  beginResetModel();
   isResetting = false;
   endResetModel();
 }

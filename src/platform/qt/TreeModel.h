@@ -16,8 +16,10 @@ class TreeModel : public QAbstractItemModel {
 
   // The control is going: empty from now on.
   void Detach();
+  // Empty in between, so that nobody holds items which are gone, even if events run meanwhile.
   void BeginReset();
   void EndReset();
+  bool IsResetting() const { return isResetting; }
   void BeginInsert(const CTreeItem* above, int first, int count);
   void EndInsert() { endInsertRows(); }
   void BeginRemove(const CTreeItem* above, int first, int count);
@@ -39,7 +41,7 @@ class TreeModel : public QAbstractItemModel {
 
  private:
   const CTreeCtrl* tree;
-  bool isResetting = false;  // there is nothing to rely on in the control
+  bool isResetting = false;
 };
 
 }  // namespace tarn

@@ -56,7 +56,12 @@ void TreeView::Detach() {
   items->Detach();
 }
 
-void TreeView::FollowAll() {
+void TreeView::FollowResetting() {
+  const Following quiet(following);
+  items->BeginReset();
+}
+
+void TreeView::FollowReset() {
   const Following quiet(following);
   items->EndReset();
   for (const CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNextVisible()) {
@@ -227,7 +232,7 @@ void TreeView::OnScrolledTo(int row) {
   resizeColumnToContents(0);
   if (following > 0) {
     AskToTellState();
-  } else if (IsWindow(handle)) {
+  } else if (IsWindow(handle) && !items->IsResetting()) {
     tree.NotifyScrolled(row);
   }
 }
@@ -242,7 +247,7 @@ void TreeView::AskToTellState() {
 // that leave the bottom empty.
 void TreeView::TellState() {
   isTellingDue = false;
-  if (!IsWindow(handle) || !isVisible()) return;
+  if (!IsWindow(handle) || !isVisible() || items->IsResetting()) return;
   executeDelayedItemsLayout();
   const int row = verticalScrollBar()->value();
   if (row != tree.GetTopRow()) tree.NotifyScrolled(row);

@@ -19,7 +19,8 @@ class TreeView : public QTreeView {
   // The control is going; nothing of it is touched any more.
   void Detach();
 
-  void FollowAll();
+  void FollowResetting();
+  void FollowReset();
   void FollowInserted(const CTreeItem* above, int first, int count);
   void FollowRemoved(const CTreeItem* above);
   // The item with what is visible below it.

@@ -9,6 +9,7 @@
 #include <QTest>
 #include <QTreeView>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,8 +35,14 @@ class TalkingTree : public CTreeCtrl {
   int menus = 0;
   std::vector<TreeHit> activated;
   std::vector<int> keys;
+  mutable std::vector<const CTreeItem*> drawn;
 
  protected:
+  DrawingSteps OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const override {
+    drawn.push_back(&item);
+    return {FillStep{paint.rect, paint.background}, ImageStep{GetImageList(), 0, {0, 0}},
+            TextStep{GetTextRect(item), item.GetText(), GetFont(), paint.foreground}};
+  }
   void OnItemActivated(Point point) override { activated.push_back(HitTest(point)); }
   bool OnItemKey(const KeyEvent& event) override {
     keys.push_back(event.key);
@@ -209,6 +216,11 @@ TEST_F(TreePeerTest, ScrollingGoesBothWays) {
   EXPECT_EQ(tree.HitTest({view->viewport()->width() - 1, 1}).item, tree.GetRow(50));
   view->verticalScrollBar()->setValue(20);
   EXPECT_EQ(tree.GetTopRow(), 20);
+  tree.drawn.clear();
+  view->grab();
+  const int height = tree.GetLineHeight();
+  ASSERT_EQ(std::ssize(tree.drawn), (view->viewport()->height() + height - 1) / height);
+  EXPECT_EQ(tree.drawn.front(), tree.GetRow(20));
   CTreeItem& last = *tree.GetItemAt(nullptr, 201);
   tree.SelectItem(&last);
   EXPECT_TRUE(view->viewport()->rect().contains(MiddleOf(tree.GetTextRect(last))));
@@ -227,6 +239,21 @@ TEST_F(TreePeerTest, ScrollingGoesBothWays) {
   Settle();
   EXPECT_GT(view->horizontalScrollBar()->maximum(), 0);
   EXPECT_EQ(tree.GetClientRect().Height(), view->viewport()->height());
+}
+
+TEST_F(TreePeerTest, EventsMayRunWhileItIsFilledAnew) {
+  tree.InsertItems(nullptr, 2, Many(200));
+  tree.SetTopRow(50);
+  Settle();
+  tree.SetRedraw(false);
+  tree.DeleteItems(nullptr, 0, 100);
+  view->resize(230, 150);
+  Settle();
+  EXPECT_EQ(tree.HitTest({30, 5}), TreeHit{});
+  tree.SetRedraw(true);
+  Settle();
+  EXPECT_EQ(tree.GetTopRow(), 50);
+  EXPECT_EQ(view->verticalScrollBar()->value(), 50);
 }
 
 TEST_F(TreePeerTest, MayBeDestroyedInItsEvents) {
