@@ -1,8 +1,45 @@
 #include "platform/qt/QtText.h"
 
-#include <algorithm>
-
 namespace tarn {
+
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+struct Walk {
+  // The toolkit leaves a mark out that stands in front of all.
+  explicit Walk(std::string_view walkedText)
+      : text(walkedText), byte(text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0) {}
+
+  // Of the character here; 1 for a byte that is none.
+  std::size_t Length() const {
+    const auto at = [this](std::size_t offset) {
+      return byte + offset < text.size() ? static_cast<unsigned char>(text[byte + offset]) : 0U;
+    };
+    const unsigned first = at(0);
+    if (first < 0xC2 || first > 0xF4) return 1;
+    const std::size_t length = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    for (std::size_t i = 1; i < length; ++i) {
+      if ((at(i) & 0xC0) != 0x80) return 1;
+    }
+    // Longer than needed, a half of a pair, or behind the last character.
+    const unsigned second = at(1);
+    const bool isNone = (first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
+                        (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F);
+    return isNone ? 1 : length;
+  }
+  int Units() const { return Length() == 4 ? 2 : 1; }
+  void Next() {
+    position += Units();
+    byte += Length();
+  }
+
+  std::string_view text;
+  std::size_t byte;
+  int position = 0;
+};
+
+}  // namespace
 
 QString ToQt(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -12,33 +49,18 @@ std::string FromQt(const QString& text) {
   return text.toStdString();
 }
 
+// Both walk over the characters as the toolkit reads them: a byte that is no text is one of its
+// own.
 int ToQtPosition(std::string_view text, std::size_t byte) {
-  return static_cast<int>(ToQt(text.substr(0, byte)).size());
+  Walk walk(text);
+  while (walk.byte < text.size() && walk.byte + walk.Length() <= byte) walk.Next();
+  return walk.position;
 }
 
-// Bytes that are no text count as the toolkit counts them, so the place is looked for by trying.
 std::size_t FromQtPosition(std::string_view text, int position) {
-  if (position <= 0) return 0;
-  // What is plain ASCII up to there has the same places.
-  const auto wanted = static_cast<std::size_t>(position);
-  const std::string_view front = text.substr(0, wanted);
-  const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
-  if (std::all_of(front.begin(), front.end(), isAscii)) return front.size();
-  const QString whole = ToQt(text);
-  const std::size_t bytes = FromQt(whole.left(position)).size();
-  // Exact unless substitutes stand in front, which take more bytes than what they stand for.
-  if (ToQtPosition(text, bytes) == position) return std::min(bytes, text.size());
-  std::size_t low = 0;
-  std::size_t high = text.size();
-  while (low < high) {
-    const std::size_t middle = (low + high) / 2;
-    if (ToQtPosition(text, middle) < position) {
-      low = middle + 1;
-    } else {
-      high = middle;
-    }
-  }
-  return low;
+  Walk walk(text);
+  while (walk.byte < text.size() && walk.position + walk.Units() <= position) walk.Next();
+  return walk.byte;
 }
 
 }  // namespace tarn

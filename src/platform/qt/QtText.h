@@ -12,7 +12,8 @@ namespace tarn {
 QString ToQt(std::string_view text);
 std::string FromQt(const QString& text);
 
-// The place in ToQt(text) of a byte of `text`, and back. Linear in the distance.
+// The place in ToQt(text) of a byte of `text`, and back; inside of a character, that of the
+// character. Linear in the distance.
 int ToQtPosition(std::string_view text, std::size_t byte);
 std::size_t FromQtPosition(std::string_view text, int position);
 
