@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "platform/qt/QtFont.h"
+#include "platform/qt/QtRichText.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/QtTipPeer.h"
 #include "platform/qt/QtTreePeer.h"
@@ -74,6 +75,10 @@ std::unique_ptr<WindowPeer> QtToolkit::MakePeer(CTipWindow& tip) {
 
 std::unique_ptr<TreePeer> QtToolkit::MakePeer(CTreeCtrl& tree) {
   return std::make_unique<QtTreePeer>(tree);
+}
+
+std::unique_ptr<RichTextPeer> QtToolkit::MakePeer(CRichTextCtrl& richText) {
+  return MakeRichTextPeer(richText);
 }
 
 Size QtToolkit::MeasureText(const Font& font, std::string_view text) {

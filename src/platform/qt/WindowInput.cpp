@@ -105,7 +105,7 @@ KeyEvent ToKeyEvent(const QKeyEvent& event) {
 WindowInput::WindowInput(CWnd& shownWindow, QWidget& widget, unsigned forwarded)
     : QObject(&widget), window(shownWindow), handle(shownWindow.GetHandle()), inputs(forwarded) {
   if ((inputs & kInputFileDrops) != 0) widget.setAcceptDrops(true);
-  if ((inputs & kInputMouse) != 0) widget.setMouseTracking(true);
+  if ((inputs & (kInputMouse | kInputMouseHeard)) != 0) widget.setMouseTracking(true);
   widget.installEventFilter(this);
 }
 
@@ -159,9 +159,11 @@ bool WindowInput::Handle(QWidget& widget, QEvent& event) {
 }
 
 bool WindowInput::OnMouse(QWidget& widget, QEvent& event) {
-  if ((inputs & kInputMouse) == 0) return false;
+  if ((inputs & (kInputMouse | kInputMouseHeard)) == 0) return false;
+  const bool isHeardAlone = (inputs & kInputMouseHeard) != 0;
   const auto& mouse = static_cast<QMouseEvent&>(event);
-  if (event.type() == QEvent::MouseButtonPress && widget.focusPolicy() != Qt::NoFocus) {
+  if (!isHeardAlone && event.type() == QEvent::MouseButtonPress &&
+      widget.focusPolicy() != Qt::NoFocus) {
     widget.setFocus(Qt::MouseFocusReason);
   }
   MouseEvent told;
@@ -171,7 +173,8 @@ bool WindowInput::OnMouse(QWidget& widget, QEvent& event) {
   told.isShiftDown = mouse.modifiers().testFlag(Qt::ShiftModifier);
   told.isControlDown = mouse.modifiers().testFlag(Qt::ControlModifier);
   if (IsWindow(handle)) window.NotifyMouse(told);
-  return true;
+  // A window that went takes its widget along.
+  return !isHeardAlone || !IsWindow(handle);
 }
 
 bool WindowInput::OnContextMenu(QWidget& widget, QEvent& event) {

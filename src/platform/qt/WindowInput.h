@@ -18,6 +18,7 @@ enum WindowInputs : unsigned {
   kInputContextMenu = 16,
   kInputFileDrops = 32,
   kInputAll = 63,
+  kInputMouseHeard = 64,  // instead of kInputMouse: the widget handles the mouse as well
 };
 
 // Tells a window what the user does with the widgets that show it. Child of a widget, with which it
