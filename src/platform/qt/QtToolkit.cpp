@@ -7,6 +7,7 @@
 #include <QPalette>
 #include <QUrl>
 
+#include "platform/qt/QtEdit.h"
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtRichText.h"
 #include "platform/qt/QtText.h"
@@ -75,6 +76,10 @@ std::unique_ptr<WindowPeer> QtToolkit::MakePeer(CTipWindow& tip) {
 
 std::unique_ptr<TreePeer> QtToolkit::MakePeer(CTreeCtrl& tree) {
   return std::make_unique<QtTreePeer>(tree);
+}
+
+std::unique_ptr<EditPeer> QtToolkit::MakePeer(CEdit& edit) {
+  return MakeEditPeer(edit);
 }
 
 std::unique_ptr<RichTextPeer> QtToolkit::MakePeer(CRichTextCtrl& richText) {

@@ -23,6 +23,7 @@ class QtToolkit : public WindowToolkit {
   std::unique_ptr<WindowPeer> MakePeer(CWnd& window) override;
   std::unique_ptr<WindowPeer> MakePeer(CTipWindow& tip) override;
   std::unique_ptr<TreePeer> MakePeer(CTreeCtrl& tree) override;
+  std::unique_ptr<EditPeer> MakePeer(CEdit& edit) override;
   std::unique_ptr<RichTextPeer> MakePeer(CRichTextCtrl& richText) override;
 
   Size MeasureText(const Font& font, std::string_view text) override;
