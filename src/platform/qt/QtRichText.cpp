@@ -1,5 +1,6 @@
 #include "platform/qt/QtRichText.h"
 
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QFontDatabase>
 #include <QKeyEvent>
@@ -20,7 +21,7 @@ namespace tarn {
 namespace {
 
 constexpr qint64 kInsertPeriodMs = 17;
-constexpr int kLinesAtOnce = 1000;
+constexpr int kLinesAtOnce = 500;
 constexpr int kTabColumns = 8;
 
 class QtRichText;
@@ -36,6 +37,8 @@ class RichTextView : public QPlainTextEdit {
 
   QtRichText* peer = nullptr;  // null before and behind its life
 
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  protected:
   bool focusNextPrevChild(bool next) override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -47,6 +50,7 @@ class RichTextView : public QPlainTextEdit {
 
  private:
   bool isAtEnd = true;
+  QPoint pressedAt;
   bool isDark = IsDarkPalette();
 };
 
@@ -81,7 +85,6 @@ class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView> {
 
   void Schedule();
   void Insert(int maxLines);
-  void InsertAll();
   void ShowSelection();
 
   CRichTextCtrl& control;
@@ -197,7 +200,23 @@ void RichTextView::keyPressEvent(QKeyEvent* event) {
   QPlainTextEdit::keyPressEvent(event);
 }
 
+// Ahead of the window's: the end of a selection that happens to lie on a link is no click on it.
+bool RichTextView::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != viewport() || event->type() != QEvent::MouseButtonRelease) {
+    return QPlainTextEdit::eventFilter(watched, event);
+  }
+  auto& release = static_cast<QMouseEvent&>(*event);
+  const QPoint way = release.position().toPoint() - pressedAt;
+  if (release.button() != Qt::LeftButton ||
+      way.manhattanLength() < QApplication::startDragDistance()) {
+    return false;
+  }
+  mouseReleaseEvent(&release);
+  return true;
+}
+
 void RichTextView::mousePressEvent(QMouseEvent* event) {
+  pressedAt = event->position().toPoint();
   if (peer != nullptr) peer->SetSelecting(event->button() == Qt::LeftButton);
   QPlainTextEdit::mousePressEvent(event);
 }
@@ -236,6 +255,7 @@ QtRichText::QtRichText(CRichTextCtrl& shownControl)
   new WindowInput(control, *widget, kInputSize | kInputFocus | kInputKeys | kInputContextMenu);
   new WindowInput(control, *widget->viewport(),
                   kInputMouseHeard | kInputContextMenu | kInputFileDrops);
+  widget->viewport()->installEventFilter(widget);
   timer.setSingleShot(true);
   QObject::connect(&timer, &QTimer::timeout, &timer, [this] { Insert(kLinesAtOnce); });
   sinceInsert.start();
@@ -267,14 +287,19 @@ void QtRichText::OnSelectionChanged() {
 bool QtRichText::HitTest(Point point, std::optional<std::size_t>& position) {
   position.reset();
   if (widget == nullptr) return true;
-  if (!isSelecting) InsertAll();
+  // What is drawn already is told right in any case.
+  if (!isSelecting) Insert(kLinesAtOnce);
   if (const auto at = widget->PositionAt({point.x, point.y})) position = ToByte(*at);
   return true;
 }
 
 void QtRichText::OnFontChanged() {
   if (widget == nullptr) return;
-  widget->setFont(ToQtFont(control.GetFont(), FixedFont()));
+  const QFont fixed = FixedFont();
+  QFont font = ToQtFont(control.GetFont(), fixed);
+  // What would stand in for a missing face may not be of one width.
+  if (!QFontDatabase::hasFamily(font.family())) font.setFamily(fixed.family());
+  widget->setFont(font);
   widget->setTabStopDistance(kTabColumns *
                              QFontMetricsF(widget->font()).horizontalAdvance(QLatin1Char(' ')));
 }
@@ -303,7 +328,6 @@ bool QtRichText::IsLinkAt(QPoint point) const {
 
 // A link may have several runs; they share its target.
 bool QtRichText::GoToLink(bool next) {
-  InsertAll();
   const std::vector<RichTextRun>& runs = control.GetRuns();
   const TextRange selected = control.GetSelection();
   const std::string* const left = control.GetLinkAt(selected.start);
@@ -325,6 +349,7 @@ bool QtRichText::GoToLink(bool next) {
   while (first != runs.begin() && (first - 1)->target == found->target) --first;
   auto last = found;
   while (last + 1 != runs.end() && (last + 1)->target == found->target) ++last;
+  while (shownEnd < last->range.end) Insert(kLinesAtOnce);
   // The end first, so that the beginning of a long one is seen.
   QTextCursor cursor = widget->textCursor();
   cursor.setPosition(ToPosition(last->range.end));
@@ -368,10 +393,6 @@ void QtRichText::Schedule() {
   if (timer.isActive() || isSelecting || shownEnd == TextEnd()) return;
   const qint64 due = std::max<qint64>(0, kInsertPeriodMs - sinceInsert.elapsed());
   timer.start(static_cast<int>(due));
-}
-
-void QtRichText::InsertAll() {
-  while (shownEnd != TextEnd()) Insert(static_cast<int>(TextEnd() - shownEnd) + 1);
 }
 
 void QtRichText::Insert(int maxLines) {

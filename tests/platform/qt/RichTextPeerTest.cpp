@@ -150,10 +150,16 @@ TEST_F(RichTextPeerTest, TellsTheLinkThatTheUserFollows) {
   view->resize(800, 200);
   const std::size_t link = control.GetText().find("link 1");
   QTest::mouseMove(view->viewport(), PlaceOf(link));
+  EXPECT_TRUE(QTest::qWaitFor(
+      [this] { return view->viewport()->cursor().shape() == Qt::PointingHandCursor; }));
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, PlaceOf(link));
   EXPECT_EQ(followed, (std::vector<std::string>{"file 1"}));
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, PlaceOf(link - 3));
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(790, 10));
+  EXPECT_EQ(followed.size(), 1U);
+  // A selection that ends on a link.
+  QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PlaceOf(link - 5));
+  QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, PlaceOf(link + 3));
   EXPECT_EQ(followed.size(), 1U);
 
   // Up from the end, to and fro, and out at the front.
