@@ -49,6 +49,28 @@ std::string FromQt(const QString& text) {
   return text.toStdString();
 }
 
+QString ToQtLabel(std::string_view text) {
+  const QString plain = ToQt(text);
+  QString label;
+  for (qsizetype i = 0; i < plain.size(); ++i) {
+    label += plain[i];
+    if (plain[i] != QLatin1Char('&')) continue;
+    const QChar next = i + 1 < plain.size() ? plain[i + 1] : QChar();
+    if (next == QLatin1Char('&')) ++i;
+    if (!next.isLetterOrNumber()) label += QLatin1Char('&');
+  }
+  return label;
+}
+
+QString WithoutMnemonic(const QString& label) {
+  QString plain;
+  for (qsizetype i = 0; i < label.size(); ++i) {
+    if (label[i] == QLatin1Char('&') && ++i == label.size()) break;
+    plain += label[i];
+  }
+  return plain;
+}
+
 // Both walk over the characters as the toolkit reads them: a byte that is no text is one of its
 // own.
 int ToQtPosition(std::string_view text, std::size_t byte) {

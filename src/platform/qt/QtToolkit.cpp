@@ -2,17 +2,23 @@
 
 #include <QClipboard>
 #include <QDesktopServices>
+#include <QDrag>
 #include <QFontMetrics>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QPalette>
 #include <QUrl>
 
+#include "platform/qt/PageControls.h"
 #include "platform/qt/QtEdit.h"
 #include "platform/qt/QtFont.h"
+#include "platform/qt/QtMenu.h"
 #include "platform/qt/QtRichText.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/QtTipPeer.h"
 #include "platform/qt/QtTreePeer.h"
+#include "platform/qt/SheetDialog.h"
+#include "platform/qt/ToolBarWidget.h"
 #include "platform/qt/WidgetPeer.h"
 #include "platform/qt/WindowInput.h"
 
@@ -86,6 +92,34 @@ std::unique_ptr<RichTextPeer> QtToolkit::MakePeer(CRichTextCtrl& richText) {
   return MakeRichTextPeer(richText);
 }
 
+std::unique_ptr<ButtonPeer> QtToolkit::MakePeer(CButton& button) {
+  return MakeButtonPeer(button);
+}
+
+std::unique_ptr<ComboBoxPeer> QtToolkit::MakePeer(CComboBox& list) {
+  return MakeComboBoxPeer(list);
+}
+
+std::unique_ptr<WindowPeer> QtToolkit::MakePeer(CHyperlinkCtrl& link) {
+  return MakeHyperlinkPeer(link);
+}
+
+std::unique_ptr<WindowPeer> QtToolkit::MakePeer(CPropertyPage& page) {
+  return MakePagePeer(page);
+}
+
+std::unique_ptr<PropertySheetPeer> QtToolkit::MakePeer(CPropertySheet& sheet) {
+  return MakeSheetPeer(sheet);
+}
+
+std::unique_ptr<WindowPeer> QtToolkit::MakePeer(CStatic& text) {
+  return MakeStaticPeer(text);
+}
+
+std::unique_ptr<ToolBarPeer> QtToolkit::MakePeer(CToolBar& bar) {
+  return MakeToolBarPeer(bar);
+}
+
 Size QtToolkit::MeasureText(const Font& font, std::string_view text) {
   const QFontMetrics metrics(ToQtFont(font, QGuiApplication::font()));
   return {metrics.horizontalAdvance(ToQt(text)), metrics.height()};
@@ -101,8 +135,24 @@ void QtToolkit::SetCursor(CursorShape shape) {
   if (isWaiting) QGuiApplication::setOverrideCursor(ToQtShape(shape));
 }
 
+int QtToolkit::TrackMenu(const CMenu& menu, Point screen, CWnd& owner) {
+  return RunMenu(menu, screen, owner);
+}
+
 void QtToolkit::SetClipboardText(const std::string& text) {
   QGuiApplication::clipboard()->setText(ToQt(text));
+}
+
+void QtToolkit::DragText(CWnd& source, const std::string& text) {
+  QWidget* const widget = WidgetOf(source);
+  if (widget == nullptr) return;
+  // Belongs to the window around, as the source itself may go while the drag runs its loop. It
+  // frees itself behind that.
+  auto* const drag = new QDrag(widget->window());
+  auto* const data = new QMimeData;
+  data->setText(ToQt(text));
+  drag->setMimeData(data);
+  drag->exec(Qt::CopyAction);
 }
 
 void QtToolkit::OpenAddress(const std::string& address) {

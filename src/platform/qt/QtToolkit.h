@@ -25,11 +25,20 @@ class QtToolkit : public WindowToolkit {
   std::unique_ptr<TreePeer> MakePeer(CTreeCtrl& tree) override;
   std::unique_ptr<EditPeer> MakePeer(CEdit& edit) override;
   std::unique_ptr<RichTextPeer> MakePeer(CRichTextCtrl& richText) override;
+  std::unique_ptr<ButtonPeer> MakePeer(CButton& button) override;
+  std::unique_ptr<ComboBoxPeer> MakePeer(CComboBox& list) override;
+  std::unique_ptr<WindowPeer> MakePeer(CHyperlinkCtrl& link) override;
+  std::unique_ptr<WindowPeer> MakePeer(CPropertyPage& page) override;
+  std::unique_ptr<PropertySheetPeer> MakePeer(CPropertySheet& sheet) override;
+  std::unique_ptr<WindowPeer> MakePeer(CStatic& text) override;
+  std::unique_ptr<ToolBarPeer> MakePeer(CToolBar& bar) override;
 
   Size MeasureText(const Font& font, std::string_view text) override;
   Color GetColor(SystemColor color) override;
   void SetCursor(CursorShape shape) override;
+  int TrackMenu(const CMenu& menu, Point screen, CWnd& owner) override;
   void SetClipboardText(const std::string& text) override;
+  void DragText(CWnd& source, const std::string& text) override;
   void OpenAddress(const std::string& address) override;
 
  private:

@@ -1,0 +1,159 @@
+#include "platform/qt/SheetDialog.h"
+
+#include <QCoreApplication>
+#include <QDialogButtonBox>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPixmap>
+#include <QVBoxLayout>
+
+#include "platform/qt/WidgetPeer.h"
+#include "platform/windowing/Static.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kMargin = 12;
+constexpr int kPictureSize = 48;
+constexpr qreal kTitleGrowth = 1.15;
+
+QPixmap ToPicture(const std::shared_ptr<const Bitmap>& bitmap) {
+  if (bitmap == nullptr) return {};
+  const std::string& bytes = bitmap->bytes;
+  const QImage image = QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()),
+                                        static_cast<int>(bytes.size()), "BMP");
+  if (image.isNull() || (image.width() <= kPictureSize && image.height() <= kPictureSize)) {
+    return QPixmap::fromImage(image);
+  }
+  return QPixmap::fromImage(
+      image.scaled(kPictureSize, kPictureSize, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+}
+
+QFrame* NewLine(QWidget* parent) {
+  auto* const line = new QFrame(parent);
+  line->setFrameStyle(QFrame::HLine | QFrame::Plain);
+  line->setForegroundRole(QPalette::Mid);
+  return line;
+}
+
+QLabel* NewText(const std::string& text, QWidget* parent) {
+  auto* const label = new QLabel(ToQt(text), parent);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  return label;
+}
+
+// A field has no text of its own to be told apart by, but the label in front of it.
+void NameFields(const CPropertyPage& page) {
+  QString label;
+  for (const CWnd* const each : page.GetChildren()) {
+    QWidget* const widget = WidgetOf(*each);
+    if (const auto* const text = dynamic_cast<const CStatic*>(each)) {
+      if (text->GetKind() == StaticKind::Label) label = ToQt(text->GetWindowText());
+    } else if (widget != nullptr && widget->accessibleName().isEmpty()) {
+      if (dynamic_cast<const CControl*>(each) == nullptr || each->GetWindowText().empty()) {
+        widget->setAccessibleName(label);
+      }
+    }
+  }
+}
+
+// In the order of the page's controls, then the buttons; the keyboard begins at the first.
+void OrderFocus(const CPropertyPage& page, QWidget* buttons) {
+  QWidget* last = nullptr;
+  for (const CWnd* const each : page.GetChildren()) {
+    QWidget* const widget = WidgetOf(*each);
+    if (widget == nullptr || (widget->focusPolicy() & Qt::TabFocus) == 0) continue;
+    if (last != nullptr) QWidget::setTabOrder(last, widget);
+    if (last == nullptr && widget->isEnabled()) widget->setFocus(Qt::TabFocusReason);
+    last = widget;
+  }
+  if (last != nullptr) QWidget::setTabOrder(last, buttons);
+}
+
+class SheetPeer : public WidgetPeer<PropertySheetPeer, SheetDialog> {
+ public:
+  explicit SheetPeer(CPropertySheet& shownSheet)
+      : WidgetPeer(shownSheet, new SheetDialog), sheet(shownSheet) {}
+
+  void OnFinishEnabled() override {
+    if (widget != nullptr) widget->EnableFinish(sheet.IsFinishEnabled());
+  }
+
+ private:
+  CPropertySheet& sheet;
+};
+
+}  // namespace
+
+QWidget* SheetDialog::MakeHeader(const CPropertySheet& sheet) {
+  const CPropertyPage& page = *sheet.GetPage();
+  auto* const header = new QWidget(this);
+  header->setAutoFillBackground(true);
+  header->setBackgroundRole(QPalette::Base);
+  auto* const title = NewText(page.GetHeaderTitle(), header);
+  QFont titleFont = title->font();
+  titleFont.setBold(true);
+  titleFont.setPointSizeF(titleFont.pointSizeF() * kTitleGrowth);
+  title->setFont(titleFont);
+  auto* const texts = new QVBoxLayout;
+  texts->addStretch();
+  texts->addWidget(title);
+  texts->addWidget(NewText(page.GetHeaderSubtitle(), header));
+  texts->addStretch();
+  auto* const row = new QHBoxLayout(header);
+  row->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
+  row->setSpacing(kMargin);
+  row->addLayout(texts, 1);
+  const QPixmap picture = ToPicture(sheet.GetHeaderBitmap());
+  if (!picture.isNull()) {
+    auto* const shown = new QLabel(header);
+    shown->setPixmap(picture);
+    shown->setFixedSize(kPictureSize, kPictureSize);
+    shown->setAlignment(Qt::AlignCenter);
+    row->addWidget(shown);
+  }
+  return header;
+}
+
+void SheetDialog::Build(const CPropertySheet& sheet) {
+  const CPropertyPage& page = *sheet.GetPage();
+  auto* const rows = new QVBoxLayout(this);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(0);
+  rows->addWidget(MakeHeader(sheet));
+  rows->addWidget(NewLine(this));
+  if (QWidget* const pageWidget = WidgetOf(page)) {
+    pageWidget->setFixedSize(page.GetTemplate().size.width, page.GetTemplate().size.height);
+    auto* const body = new QHBoxLayout;
+    body->setContentsMargins(kMargin / 2, kMargin / 2, kMargin / 2, kMargin / 2);
+    body->addWidget(pageWidget);
+    rows->addLayout(body);
+  }
+  rows->addWidget(NewLine(this));
+  auto* const buttons = new QDialogButtonBox(this);
+  buttons->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  finishButton = buttons->addButton(QCoreApplication::translate("SheetDialog", "Finish"),
+                                    QDialogButtonBox::AcceptRole);
+  finishButton->setDefault(true);
+  buttons->addButton(QDialogButtonBox::Cancel);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  rows->addWidget(buttons);
+  rows->setSizeConstraint(QLayout::SetFixedSize);
+  EnableFinish(sheet.IsFinishEnabled());
+  NameFields(page);
+  OrderFocus(page, finishButton);
+}
+
+void SheetDialog::EnableFinish(bool enable) {
+  if (finishButton != nullptr) finishButton->setEnabled(enable);
+}
+
+std::unique_ptr<PropertySheetPeer> MakeSheetPeer(CPropertySheet& sheet) {
+  return std::make_unique<SheetPeer>(sheet);
+}
+
+}  // namespace tarn

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QDialog>
+#include <QPointer>
+#include <QPushButton>
+#include <memory>
+
+#include "platform/windowing/PropertySheet.h"
+
+namespace tarn {
+
+// A sheet as a dialog: header, page, Finish and Cancel.
+class SheetDialog : public QDialog {
+ public:
+  // Takes the page's widget in, once all windows of the sheet stand.
+  void Build(const CPropertySheet& sheet);
+  void EnableFinish(bool enable);
+
+ private:
+  QWidget* MakeHeader(const CPropertySheet& sheet);
+
+  QPointer<QPushButton> finishButton;
+};
+
+std::unique_ptr<PropertySheetPeer> MakeSheetPeer(CPropertySheet& sheet);
+
+}  // namespace tarn

@@ -1,0 +1,240 @@
+#include "platform/qt/QtDialogs.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/qt/QtToolkit.h"
+#include "platform/qt/WidgetPeer.h"
+#include "platform/windowing/Button.h"
+#include "platform/windowing/ComboBox.h"
+#include "platform/windowing/HyperlinkCtrl.h"
+#include "platform/windowing/Menu.h"
+#include "platform/windowing/PropertySheet.h"
+#include "platform/windowing/Static.h"
+
+namespace tarn {
+namespace {
+
+enum Id { kLabel = 1, kKind, kUse, kHere, kThere, kFast, kSlow, kMore, kLink };
+
+constexpr ControlRow kControls[] = {
+    {kLabel, ControlKind::Label, "Kind:", {8, 11, 88, 29}},
+    {kKind, ControlKind::DropDownList, "", {96, 8, 296, 32}},
+    {kUse, ControlKind::CheckBox, "Use it", {96, 40, 296, 60}},
+    {kHere, ControlKind::RadioButton, "Here", {96, 68, 190, 88}, 0, true},
+    {kThere, ControlKind::RadioButton, "There", {196, 68, 296, 88}},
+    {kFast, ControlKind::RadioButton, "Fast", {96, 96, 190, 116}, 0, true},
+    {kSlow, ControlKind::RadioButton, "Slow", {196, 96, 296, 116}},
+    {kMore, ControlKind::PushButton, "More...", {96, 124, 180, 150}},
+    {kLink, ControlKind::Link, "Sheet <1> & more", {190, 124, 296, 150}},
+};
+
+class Page : public CPropertyPage {
+ public:
+  Page() : CPropertyPage({7, {304, 160}, kControls}) { SetHeader("New thing", "What it is."); }
+  ~Page() override { DestroyWindow(); }
+
+  bool IsChecked(int id) const { return FindControl<CButton>(id)->IsChecked(); }
+  QWidget* Widget(int id) const { return WidgetOf(*FindChild(id)); }
+
+  std::vector<int> used;
+  std::function<void(int)> onControl;
+  int chosenAtFinish = -1;
+
+ protected:
+  void OnInitDialog() override {
+    auto& list = *FindControl<CComboBox>(kKind);
+    for (const char* entry : {"Apple", "Pear", "Plum"}) list.AddString(entry);
+    list.SetCurSel(1);
+    FindControl<CButton>(kHere)->SetCheck(true);
+    FindControl<CButton>(kSlow)->SetCheck(true);
+  }
+  void OnControl(int id) override {
+    used.push_back(id);
+    if (id == kUse) GetSheet()->EnableFinish(IsChecked(kUse));
+    if (onControl) onControl(id);
+  }
+  void OnWizardFinish() override { chosenAtFinish = FindControl<CComboBox>(kKind)->GetCurSel(); }
+};
+
+class QtDialogsTest : public ::testing::Test {
+ protected:
+  QtDialogsTest() {
+    frame.Create(kStylePopup, {0, 0, 640, 480}, nullptr, 0);
+    host.resize(640, 480);
+    host.show();
+    dialogs.emplace(frame.GetHandle(), &host);
+    sheet.emplace("Wizard", frame.GetHandle());
+    sheet->SetPage(page);
+  }
+
+  // Does something as soon as the toolkit runs a loop. A question that is left open then is closed,
+  // so that a test that fails ends.
+  void InTheLoop(const std::function<void()>& act) {
+    QTimer::singleShot(0, &watch, [act] {
+      QWidget* const modal = QApplication::activeModalWidget();
+      ASSERT_TRUE(modal == nullptr || QTest::qWaitForWindowActive(modal));
+      act();
+    });
+    QTimer::singleShot(3000, &watch, [] {
+      if (QWidget* const popup = QApplication::activePopupWidget()) popup->close();
+      if (QWidget* const modal = QApplication::activeModalWidget()) {
+        ADD_FAILURE() << "the question is still open";
+        modal->close();
+      }
+    });
+  }
+
+  static void Press(Qt::Key key) {
+    ASSERT_NE(QApplication::focusWidget(), nullptr);
+    QTest::keyClick(QApplication::focusWidget(), key);
+  }
+
+  QtToolkit toolkit;
+  QWidget host;
+  QObject watch;
+  CWnd frame;
+  Page page;
+  std::optional<QtDialogs> dialogs;
+  std::optional<CPropertySheet> sheet;
+};
+
+TEST_F(QtDialogsTest, SheetIsFilledInAndFinishedByKey) {
+  InTheLoop([&] {
+    EXPECT_EQ(QApplication::focusWidget(), page.Widget(kKind));
+    EXPECT_EQ(QApplication::focusWidget()->accessibleName(), "Kind:");
+    Press(Qt::Key_Down);
+    Press(Qt::Key_Return);  // Finish is disabled
+    ASSERT_TRUE(sheet->IsCreated());
+    Press(Qt::Key_Tab);
+    Press(Qt::Key_Space);
+    Press(Qt::Key_Return);
+  });
+  EXPECT_EQ(sheet->DoModal(), kSheetFinish);
+  EXPECT_EQ(page.used, (std::vector<int>{kKind, kUse}));
+  EXPECT_EQ(page.chosenAtFinish, 2);
+}
+
+TEST_F(QtDialogsTest, SheetIsCancelledByEscape) {
+  InTheLoop([&] {
+    Press(Qt::Key_Tab);
+    Press(Qt::Key_Space);
+    Press(Qt::Key_Escape);
+  });
+  EXPECT_EQ(sheet->DoModal(), kSheetCancel);
+  EXPECT_EQ(page.chosenAtFinish, -1);
+}
+
+TEST_F(QtDialogsTest, SheetEndsWhenItsWindowGoesAlsoFromAControlsOwnEvent) {
+  page.onControl = [&](int id) {
+    if (id == kMore) sheet->DestroyWindow();
+  };
+  InTheLoop([&] { QTest::mouseClick(page.Widget(kMore), Qt::LeftButton); });
+  EXPECT_EQ(sheet->DoModal(), kSheetCancel);
+  EXPECT_EQ(page.used, std::vector<int>{kMore});
+  // Once more with the same objects, and now the host's widget takes the dialog along.
+  auto* const other = new QWidget(&host);
+  dialogs.reset();
+  dialogs.emplace(frame.GetHandle(), other);
+  InTheLoop([&] { delete other; });
+  EXPECT_EQ(sheet->DoModal(), kSheetCancel);
+}
+
+TEST_F(QtDialogsTest, ArrowKeysStayWithinARadioGroup) {
+  InTheLoop([&] {
+    page.Widget(kHere)->setFocus();
+    Press(Qt::Key_Right);
+    EXPECT_TRUE(page.IsChecked(kThere));
+    EXPECT_FALSE(page.IsChecked(kHere));
+    Press(Qt::Key_Right);  // the next group is another's
+    EXPECT_TRUE(page.IsChecked(kThere));
+    Press(Qt::Key_Left);
+    EXPECT_TRUE(page.IsChecked(kHere));
+    EXPECT_TRUE(page.IsChecked(kSlow));
+    // What the program does shows as well, also with none of them checked.
+    page.FindControl<CButton>(kSlow)->SetCheck(false);
+    for (const int id : {kHere, kThere, kFast, kSlow}) {
+      const auto* const radio = qobject_cast<QAbstractButton*>(page.Widget(id));
+      EXPECT_EQ(radio->isChecked(), page.IsChecked(id)) << id;
+    }
+    Press(Qt::Key_Escape);
+  });
+  sheet->DoModal();
+  EXPECT_EQ(page.used, (std::vector<int>{kThere, kHere}));
+}
+
+TEST_F(QtDialogsTest, QuestionOfASheetStandsOverIt) {
+  page.onControl = [&](int) {
+    InTheLoop([&] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      EXPECT_EQ(box->parentWidget(), WidgetOf(*sheet));
+      EXPECT_EQ(box->text(), "<b>really</b>?");
+      EXPECT_EQ(box->textFormat(), Qt::PlainText);
+      QTest::keyClick(box, Qt::Key_Return);
+    });
+    EXPECT_TRUE(AskOkCancel(frame.GetHandle(), "<b>really</b>?", "Question"));
+    QTest::keyClick(WidgetOf(*sheet), Qt::Key_Escape);
+  };
+  InTheLoop([&] { QTest::mouseClick(page.Widget(kMore), Qt::LeftButton); });
+  EXPECT_EQ(sheet->DoModal(), kSheetCancel);
+  InTheLoop([&] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+  EXPECT_FALSE(AskOkCancel(frame.GetHandle(), "And now?", "Question"));
+}
+
+TEST_F(QtDialogsTest, FiltersOfAFileQuestion) {
+  const struct {
+    const char* filter;
+    QStringList shown;
+  } rows[] = {
+      {"", {}},
+      {"Applications (*.hex;*.bin)|*.hex;*.bin;*|", {"Applications (*.hex *.bin *)"}},
+      {"Sources|*.c; *.h|All files (*.*)|*.*|", {"Sources (*.c *.h)", "All files (*)"}},
+      {"No patterns||Cut off", {}},
+  };
+  for (const auto& row : rows) EXPECT_EQ(ToNameFilters(row.filter), row.shown) << row.filter;
+}
+
+TEST_F(QtDialogsTest, MenuByKeyboard) {
+  CMenu menu;
+  menu.AppendCommand(11, "Sort &Ascending").isEnabled = false;
+  menu.AppendCommand(12, "Show A & B").isChecked = true;
+  menu.AppendSeparator();
+  auto below = std::make_unique<CMenu>();
+  below->AppendCommand(21, "Left");
+  below->AppendCommand(22, "Right");
+  menu.AppendSubmenu(std::move(below), "A&lign");
+
+  const auto answer = [&](const std::vector<Qt::Key>& keys) {
+    InTheLoop([keys] {
+      auto* const shown = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+      ASSERT_NE(shown, nullptr);
+      EXPECT_EQ(shown->actions()[1]->text(), "Show A && B");
+      EXPECT_TRUE(shown->actions()[1]->isChecked());
+      EXPECT_FALSE(shown->actions()[0]->isEnabled());
+      for (const Qt::Key key : keys) {
+        if (QWidget* const popup = QApplication::activePopupWidget()) QTest::keyClick(popup, key);
+      }
+    });
+    return toolkit.TrackMenu(menu, {20, 20}, frame);
+  };
+  EXPECT_EQ(answer({Qt::Key_Escape}), 0);
+  EXPECT_EQ(answer({Qt::Key_Down, Qt::Key_Return}), 12);
+  EXPECT_EQ(answer({Qt::Key_L, Qt::Key_Down, Qt::Key_Return}), 22);
+}
+
+}  // namespace
+}  // namespace tarn
