@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTextDocument>
 
 #include "platform/qt/WidgetPeer.h"
 #include "platform/qt/WindowInput.h"
@@ -122,18 +123,25 @@ class StaticPeer : public WidgetPeer<WindowPeer, QLabel> {
   }
 
   void OnTextChanged() override {
-    if (widget != nullptr && kind == StaticKind::Label)
-      widget->setText(ToQt(window.GetWindowText()));
+    if (widget == nullptr || kind != StaticKind::Label) return;
+    widget->setText(ToQt(window.GetWindowText()));
+    Fit();
   }
-  // One line stands in the middle of its place, beside its field; several begin at the top.
   void OnMoved() override {
     WidgetPeer::OnMoved();
-    if (widget == nullptr) return;
-    const bool isOneLine = widget->height() < 2 * QFontMetrics(widget->font()).height();
-    widget->setAlignment(Qt::AlignLeft | (isOneLine ? Qt::AlignVCenter : Qt::AlignTop));
+    if (widget != nullptr) Fit();
   }
 
  private:
+  // One line stands in the middle of its place, beside its field; several begin at the top. What is
+  // too long for its place can be read in a tip.
+  void Fit() {
+    const bool isOneLine = widget->height() < 2 * QFontMetrics(widget->font()).height();
+    widget->setAlignment(Qt::AlignLeft | (isOneLine ? Qt::AlignVCenter : Qt::AlignTop));
+    const bool isCut = widget->heightForWidth(widget->width()) > widget->height();
+    widget->setToolTip(isCut ? Qt::convertFromPlainText(widget->text()) : QString());
+  }
+
   const StaticKind kind;
 };
 

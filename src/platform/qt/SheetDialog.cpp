@@ -16,6 +16,8 @@ namespace tarn {
 namespace {
 
 constexpr int kMargin = 12;
+// What a page's own table leaves free at its edges counts as margin too.
+constexpr int kAroundPage = 4;
 constexpr int kPictureSize = 48;
 constexpr qreal kTitleGrowth = 1.15;
 
@@ -128,7 +130,7 @@ void SheetDialog::Build(const CPropertySheet& sheet) {
   if (QWidget* const pageWidget = WidgetOf(page)) {
     pageWidget->setFixedSize(page.GetTemplate().size.width, page.GetTemplate().size.height);
     auto* const body = new QHBoxLayout;
-    body->setContentsMargins(kMargin / 2, kMargin / 2, kMargin / 2, kMargin / 2);
+    body->setContentsMargins(kAroundPage, kAroundPage, kAroundPage, kAroundPage);
     body->addWidget(pageWidget);
     rows->addLayout(body);
   }

@@ -19,6 +19,7 @@ namespace tarn {
 namespace {
 
 constexpr int kMargin = 2;
+constexpr int kInset = 4;  // of a separator, above and below
 constexpr int kSeparatorWidth = 9;
 constexpr int kArrowWidth = 10;
 
@@ -100,7 +101,9 @@ class ToolBarWidgetPeer : public WidgetPeer<ToolBarPeer, BarWidget> {
         Qt::QueuedConnection);
   }
   void OnButtonChanged(std::size_t index) override {
-    if (!isStale && widget != nullptr) Refresh(index);
+    if (isStale || widget == nullptr) return;
+    Refresh(index);
+    Arrange();
   }
   std::optional<int> HeightFor(int width) override {
     const std::vector<Rect> places = PlacesAt(width);
@@ -170,7 +173,6 @@ class ToolBarWidgetPeer : public WidgetPeer<ToolBarPeer, BarWidget> {
       shown->setText(text);
       shown->setToolTip(WithoutMnemonic(text));
       shown->setAccessibleName(WithoutMnemonic(text));
-      Arrange();
     }
     shown->setEnabled(button.isEnabled);
     shown->setCheckable(button.isChecked || button.isRadio);
@@ -206,7 +208,9 @@ class ToolBarWidgetPeer : public WidgetPeer<ToolBarPeer, BarWidget> {
     const std::vector<Rect> places = PlacesAt(widget->width());
     for (std::size_t i = 0; i < places.size(); ++i) {
       const Rect& place = places[i];
-      items[i]->setGeometry(place.left, place.top, place.Width(), place.Height());
+      QRect covered(place.left, place.top, place.Width(), place.Height());
+      if (qobject_cast<QToolButton*>(items[i]) == nullptr) covered.adjust(0, kInset, 0, -kInset);
+      items[i]->setGeometry(covered);
     }
   }
 

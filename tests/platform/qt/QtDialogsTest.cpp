@@ -6,9 +6,13 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QDir>
+#include <QFile>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <functional>
@@ -206,6 +210,34 @@ TEST_F(QtDialogsTest, FiltersOfAFileQuestion) {
       {"No patterns||Cut off", {}},
   };
   for (const auto& row : rows) EXPECT_EQ(ToNameFilters(row.filter), row.shown) << row.filter;
+}
+
+TEST_F(QtDialogsTest, FilesAndFoldersComeWithTheirWholePaths) {
+  const QTemporaryDir folder;
+  const std::string root = FromQt(folder.path());
+  for (const char* name : {"/main.c", "/\xC3\xBC.c"}) {
+    QFile file(ToQt(root + name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  }
+  ASSERT_TRUE(QDir(folder.path()).mkdir("sub"));
+  const auto type = [&](const char* text) {
+    InTheLoop([text] {
+      auto* const field = QApplication::activeModalWidget()->findChild<QLineEdit*>("fileNameEdit");
+      ASSERT_NE(field, nullptr);
+      field->setText(ToQt(text));
+      QTest::keyClick(field, text[0] == 0 ? Qt::Key_Escape : Qt::Key_Return);
+    });
+  };
+  using Paths = std::vector<std::string>;
+  const WindowHandle asked = frame.GetHandle();
+  type("\xC3\xBC.c");
+  EXPECT_EQ(ChooseFiles(asked, {"C (*.c)|*.c|", root, false}), Paths{root + "/\xC3\xBC.c"});
+  type("\"main.c\" \"\xC3\xBC.c\"");
+  EXPECT_EQ(ChooseFiles(asked, {"", root, true}), (Paths{root + "/main.c", root + "/\xC3\xBC.c"}));
+  type("");
+  EXPECT_EQ(ChooseFiles(asked, {"", root, true}), Paths());
+  type("sub");
+  EXPECT_EQ(ChooseFolder(asked, {root}), root + "/sub");
 }
 
 TEST_F(QtDialogsTest, MenuByKeyboard) {
