@@ -4,10 +4,17 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFontMetrics>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
 #include <QTextDocument>
+#include <functional>
+#include <memory>
 
 #include "platform/qt/WidgetPeer.h"
 #include "platform/qt/WindowInput.h"
@@ -145,30 +152,63 @@ class StaticPeer : public WidgetPeer<WindowPeer, QLabel> {
   const StaticKind kind;
 };
 
-class HyperlinkPeer : public WidgetPeer<WindowPeer, QLabel> {
+// A link as one thing that takes the keyboard; those inside of a label's text have to be reached by
+// a second Tab.
+class LinkLabel : public QLabel {
  public:
-  explicit HyperlinkPeer(CHyperlinkCtrl& shownLink)
-      : WidgetPeer(shownLink, new QLabel), link(shownLink) {
-    widget->setTextFormat(Qt::RichText);
-    widget->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-    widget->setOpenExternalLinks(false);
+  LinkLabel() {
+    setTextFormat(Qt::PlainText);
+    setForegroundRole(QPalette::Link);
+    setFocusPolicy(Qt::StrongFocus);
+    setCursor(Qt::PointingHandCursor);
+  }
+  std::function<void()> onOpen;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const int key = event->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
+      QLabel::keyPressEvent(event);
+    } else if (onOpen) {
+      onOpen();
+    }
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    const QPoint point = event->position().toPoint();
+    const bool isOnText = point.x() < sizeHint().width() && rect().contains(point);
+    if (event->button() == Qt::LeftButton && isOnText && onOpen) onOpen();
+  }
+  void paintEvent(QPaintEvent* event) override {
+    QLabel::paintEvent(event);
+    if (!hasFocus()) return;
+    QStyleOptionFocusRect option;
+    option.initFrom(this);
+    option.rect.setWidth(qMin(width(), sizeHint().width()));
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+  }
+};
+
+class HyperlinkPeer : public WidgetPeer<WindowPeer, LinkLabel> {
+ public:
+  explicit HyperlinkPeer(CHyperlinkCtrl& shownLink) : WidgetPeer(shownLink, new LinkLabel) {
     HyperlinkPeer::OnTextChanged();
-    new WindowInput(link, *widget, kInputFocus);
-    QObject::connect(widget, &QLabel::linkActivated, widget, [this, own = handle] {
-      if (IsWindow(own)) link.NotifyClicked();
-    });
+    HyperlinkPeer::OnFontChanged();
+    new WindowInput(shownLink, *widget, kInputFocus);
+    widget->onOpen = [&shownLink, own = handle] {
+      if (IsWindow(own)) shownLink.NotifyClicked();
+    };
   }
 
   void OnTextChanged() override {
-    if (widget == nullptr) return;
-    const QString text = ToQt(link.GetWindowText());
-    // The address is asked for when it is needed.
-    widget->setText(QStringLiteral("<a href=\"#\">%1</a>").arg(text.toHtmlEscaped()));
-    widget->setAccessibleName(text);
+    if (widget != nullptr) widget->setText(ToQt(window.GetWindowText()));
   }
-
- private:
-  CHyperlinkCtrl& link;
+  void OnFontChanged() override {
+    if (widget == nullptr) return;
+    QFont font = ToQtFont(window.GetFont(), QFont());
+    font.setUnderline(true);
+    widget->setFont(font);
+  }
 };
 
 class PagePeer : public WidgetPeer<WindowPeer> {

@@ -4,9 +4,11 @@
 #include <QDialogButtonBox>
 #include <QFrame>
 #include <QHBoxLayout>
+#include <QImage>
 #include <QLabel>
 #include <QPixmap>
 #include <QVBoxLayout>
+#include <string>
 
 #include "platform/qt/WidgetPeer.h"
 #include "platform/windowing/Static.h"

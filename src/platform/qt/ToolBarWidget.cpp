@@ -1,6 +1,7 @@
 #include "platform/qt/ToolBarWidget.h"
 
 #include <QFrame>
+#include <QIcon>
 #include <QImage>
 #include <QMetaObject>
 #include <QPixmap>
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <functional>
 #include <utility>
+#include <vector>
 
 #include "platform/qt/WidgetPeer.h"
 #include "platform/qt/WindowInput.h"

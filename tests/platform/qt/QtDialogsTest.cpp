@@ -74,6 +74,12 @@ class Page : public CPropertyPage {
   void OnWizardFinish() override { chosenAtFinish = FindControl<CComboBox>(kKind)->GetCurSel(); }
 };
 
+class Toolkit : public QtToolkit {
+ public:
+  void OpenAddress(const std::string& address) override { opened.push_back(address); }
+  std::vector<std::string> opened;
+};
+
 class QtDialogsTest : public ::testing::Test {
  protected:
   QtDialogsTest() {
@@ -107,7 +113,7 @@ class QtDialogsTest : public ::testing::Test {
     QTest::keyClick(QApplication::focusWidget(), key);
   }
 
-  QtToolkit toolkit;
+  Toolkit toolkit;
   QWidget host;
   QObject watch;
   CWnd frame;
@@ -178,6 +184,23 @@ TEST_F(QtDialogsTest, ArrowKeysStayWithinARadioGroup) {
   });
   sheet->DoModal();
   EXPECT_EQ(page.used, (std::vector<int>{kThere, kHere}));
+}
+
+TEST_F(QtDialogsTest, LinkIsOpenedByKeyAndByMouse) {
+  InTheLoop([&] {
+    sheet->EnableFinish(true);
+    page.FindControl<CHyperlinkCtrl>(kLink)->SetAddress("https://example.com/sheet?a=1&b=2");
+    page.Widget(kMore)->setFocus();
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), page.Widget(kLink));
+    Press(Qt::Key_Return);
+    ASSERT_TRUE(sheet->IsCreated());
+    QTest::mouseClick(page.Widget(kLink), Qt::LeftButton, {}, QPoint(5, 10));
+    const std::string address = "https://example.com/sheet?a=1&b=2";
+    EXPECT_EQ(toolkit.opened, (std::vector<std::string>{address, address}));
+    Press(Qt::Key_Escape);
+  });
+  EXPECT_EQ(sheet->DoModal(), kSheetCancel);
 }
 
 TEST_F(QtDialogsTest, QuestionOfASheetStandsOverIt) {
@@ -266,6 +289,9 @@ TEST_F(QtDialogsTest, MenuByKeyboard) {
   EXPECT_EQ(answer({Qt::Key_Escape}), 0);
   EXPECT_EQ(answer({Qt::Key_Down, Qt::Key_Return}), 12);
   EXPECT_EQ(answer({Qt::Key_L, Qt::Key_Down, Qt::Key_Return}), 22);
+  // Whose menu it is may go while it is shown.
+  InTheLoop([&] { frame.DestroyWindow(); });
+  EXPECT_EQ(toolkit.TrackMenu(menu, {20, 20}, frame), 0);
 }
 
 }  // namespace
