@@ -48,6 +48,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
                                              HostFolders::FromEnvironment(fileSystem))),
       runner(std::make_unique<CommandRunner>(frame, *session)),
       files(fileSystem),
+      dialogs(frame.GetHandle(), this),
       editors(new EditorTabs(fileSystem, this)) {
   menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
   menuCommands.run = [this](std::uint32_t command) { RunCommand(command); };

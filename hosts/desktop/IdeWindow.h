@@ -12,6 +12,7 @@
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/MainFrame.h"
 #include "platform/files/FileSystem.h"
+#include "platform/qt/QtDialogs.h"
 
 class QDockWidget;
 class QLabel;
@@ -58,6 +59,7 @@ class IdeWindow : public QMainWindow {
   std::unique_ptr<CommandRunner> runner;
   MenuCommands menuCommands;
   FileSystem& files;
+  QtDialogs dialogs;  // what the server asks its user
   EditorTabs* editors = nullptr;
   QDockWidget* lastBottomDock = nullptr;
   QToolBar* serverBar = nullptr;
