@@ -103,6 +103,7 @@ TEST_F(RichTextPeerTest, StaysWhereTheUserStands) {
   QScrollBar* const bar = view->verticalScrollBar();
   EXPECT_EQ(bar->value(), bar->maximum());
   view->resize(400, 120);
+  EXPECT_EQ(bar->value(), bar->maximum());
   control.AppendRichText(LogLine(100));
   ASSERT_TRUE(WaitForText());
   EXPECT_GT(bar->maximum(), 0);
