@@ -19,6 +19,14 @@ struct Selected {
   int end;
 };
 
+// What the mouse sees.
+QWidget& AreaOf(QLineEdit& field) {
+  return field;
+}
+QWidget& AreaOf(QPlainTextEdit& field) {
+  return *field.viewport();
+}
+
 QString TextOf(const QLineEdit& field) {
   return field.text();
 }
@@ -82,8 +90,9 @@ class QtEdit final : public WidgetPeer<EditPeer, Field> {
 
  public:
   explicit QtEdit(CEdit& shownEdit) : Base(shownEdit, new Field), edit(shownEdit) {
-    // Menu and mouse are the field's own.
-    new WindowInput(edit, *widget, kInputSize | kInputFocus | kInputKeys | kInputFileDrops);
+    // The menu is the field's own.
+    new WindowInput(edit, *widget, kInputSize | kInputFocus | kInputKeys);
+    new WindowInput(edit, AreaOf(*widget), kInputMouseHeard | kInputFileDrops);
     QtEdit::OnReadOnlyChanged();
     QtEdit::OnTextChanged();
     QObject::connect(widget.data(), &Field::textChanged, &context, [this] { OnEdited(); });
