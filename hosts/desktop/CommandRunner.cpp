@@ -29,6 +29,13 @@ CommandRunner::~CommandRunner() {
   frame.Watch({});
 }
 
+Status CommandRunner::Open(const std::string& path) {
+  isOpening = true;
+  Status opened = session.Open(path);
+  isOpening = false;
+  return opened;
+}
+
 bool CommandRunner::Builds(std::uint32_t command) {
   return (command >= kCmdFirstTool && command <= kCmdLastTool) ||
          std::find(std::begin(kBuildCommands), std::end(kBuildCommands), command) !=
@@ -83,6 +90,15 @@ void CommandRunner::OnMessage(const HostEvent& event) {
     QTimer::singleShot(0, this, [this] { ServePosted(); });
   } else if (event.number == kMsgProjectOpened) {
     isRestored = false;
+    // The server opens projects by itself, too: the wizard's, and the one that stands in for none.
+    if (isOpening) return;
+    QTimer::singleShot(0, this, [this, path = event.text, isStandIn = event.lParam != 0] {
+      if (isStandIn) {
+        session.LeaveProject();
+      } else {
+        session.Adopt(path);
+      }
+    });
   } else if (event.number == kMsgWorkerEnded) {
     const bool isSuccess = event.wParam != 0;
     QTimer::singleShot(0, this, [this, isSuccess] { FinishBuild(isSuccess); });

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/MainFrame.h"
@@ -19,6 +20,8 @@ class CommandRunner : public QObject {
   CommandRunner(MainFrame& mainFrame, BuildSession& buildSession);
   ~CommandRunner() override;
 
+  // Opens a project and reads its state. On failure the text is what the server said.
+  Status Open(const std::string& path);
   // Whether a command may start compilers.
   static bool Builds(std::uint32_t command);
   bool IsEnabled(std::uint32_t command);
@@ -42,6 +45,7 @@ class CommandRunner : public QObject {
   BuildSession& session;
   std::uint32_t building = 0;  // the command; 0 for none
   bool isStopAsked = false;
+  bool isOpening = false;
   bool isRestored = false;  // the project knows what the session keeps of it
 };
 

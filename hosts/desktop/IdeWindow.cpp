@@ -110,7 +110,7 @@ bool IdeWindow::Start() {
 }
 
 void IdeWindow::OpenProject(const std::string& path) {
-  if (const Status opened = session->Open(path); !opened) {
+  if (const Status opened = runner->Open(path); !opened) {
     QMessageBox::warning(this, tr("Tarn"), ToQt(opened.GetError().text));
   }
   ShowTitle();

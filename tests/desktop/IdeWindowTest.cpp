@@ -107,6 +107,14 @@ TEST_F(IdeWindowTest, WhatWasBuiltInAnotherWindowIsNotBuiltAgain) {
   EXPECT_EQ(build(), first) << "built when the options are known";
 }
 
+TEST_F(IdeWindowTest, AProjectThatTheServerOpensByItselfIsTheOneWhoseStateIsKept) {
+  const std::string second = folder / "second/blinky-avr.tprj";
+  std::filesystem::copy(folder / "blinky", folder / "second",
+                        std::filesystem::copy_options::recursive);
+  ASSERT_NE(window->Session().Manager().ProjectOpen(second), 0);
+  EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == second; }, 5000));
+}
+
 TEST_F(IdeWindowTest, TheServersButtonsStandInTheToolBar) {
   QToolBar* const bar = window->findChild<QToolBar*>("serverBar");
   ASSERT_NE(bar, nullptr);
