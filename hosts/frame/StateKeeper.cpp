@@ -1,7 +1,6 @@
 #include "hosts/frame/StateKeeper.h"
 
 #include <algorithm>
-#include <chrono>
 #include <optional>
 #include <unordered_map>
 
@@ -13,10 +12,6 @@
 namespace tarn::host {
 
 namespace {
-
-// How long the end of a build may take to learn the commands that were run. A record without them
-// holds until an option changes, and then costs a rebuild; a stop that takes long costs more.
-constexpr std::chrono::milliseconds kQuestionTime(1000);
 
 // Which inputs belong to an output. An output that two applications name is told apart by the
 // application that was being built.
@@ -114,6 +109,7 @@ void StateKeeper::TakeBuildInformation() {
 void StateKeeper::NoteReports(const std::string& xml, const std::string& applicationPath) {
   const auto root = ParseXml(xml);
   if (root == nullptr) return;
+  const ApplicationEntry* const application = FindApplication(applicationPath);
   for (const CXmlNode* node : root->GetChildren()) {
     if (node->GetType() != XmlElement) continue;
     Reported& report = reports.emplace_back();
@@ -125,6 +121,10 @@ void StateKeeper::NoteReports(const std::string& xml, const std::string& applica
     for (const CXmlNode* dependency : node->GetChildren()) {
       const char* path = dependency->GetAttrValue("Header");
       if (path != nullptr) report.record.dependencies.emplace_back(path);
+    }
+    // Now, since all of them at the end of a large build would be a long wait.
+    if (application != nullptr) {
+      report.record.commands = AskCommands(application->label, report.record.output);
     }
   }
 }
@@ -158,14 +158,10 @@ const ApplicationEntry* StateKeeper::FindApplication(const std::string& applicat
 
 void StateKeeper::CompleteReports(const std::vector<ApplicationInputs>& inputs) {
   const InputIndex places(inputs);
-  const auto deadline = std::chrono::steady_clock::now() + kQuestionTime;
   for (Reported& report : reports) {
     const auto* place = places.Find(report.record.output, FindApplication(report.applicationPath));
     if (place == nullptr) continue;
     report.record.signature = place->signature;
-    if (std::chrono::steady_clock::now() < deadline) {
-      report.record.commands = AskCommands(place->application, report.record.output);
-    }
     store.Put(place->application, report.record);
     dropped.erase(KeyOf(place->application, report.record.output));
   }

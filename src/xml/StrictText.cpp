@@ -1,6 +1,7 @@
 #include "xml/StrictText.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -91,15 +92,49 @@ std::string_view ReferenceAt(std::string_view text, std::size_t at) {
 // How the system's writer puts a vertical bar.
 constexpr std::string_view kBarReference = "&slash;";
 
+// Which bytes stay as they are: nearly all, so runs of them are taken as a whole.
+constexpr std::array<bool, 256> kIsPlain = [] {
+  std::array<bool, 256> plain{};
+  for (std::size_t byte = 0x20; byte < 0x80; ++byte) plain[byte] = true;
+  plain['\t'] = true;
+  for (const char byte : {'&', '<', '>', '|'}) plain[static_cast<std::size_t>(byte)] = false;
+  return plain;
+}();
+
+std::size_t EndOfPlain(std::string_view text, std::size_t at) {
+  while (at < text.size() && kIsPlain[static_cast<unsigned char>(text[at])]) ++at;
+  return at;
+}
+
+// Adds what stands for the byte or character there, which isn't plain; gives the place behind it.
+std::size_t AppendEncoded(std::string& out, std::string_view text, std::size_t at) {
+  std::size_t length = 1;
+  const std::uint32_t code = ReadUtf8(text, at, length);
+  const auto named = std::find_if(std::begin(kNamed), std::begin(kNamed) + 3,
+                                  [&](const Named& n) { return n.character == text[at]; });
+  if (named != std::begin(kNamed) + 3) {
+    out += named->reference;
+  } else if (length > 1 || code == '|') {
+    AppendNumeric(out, code);
+  } else {
+    out += code < 0x20 ? ' ' : text[at];
+  }
+  return at + length;
+}
+
 // A value or a text as it stands in a file. Line ends are layout there.
 void AppendStrict(std::string& out, std::string_view text) {
   std::size_t at = 0;
   while (at < text.size()) {
-    const std::size_t next = std::min(text.find_first_of("&\r\n", at), text.size());
-    out += EncodeStrict(text.substr(at, next - at));
+    const std::size_t next = EndOfPlain(text, at);
+    out += text.substr(at, next - at);
     at = next;
     if (at == text.size()) return;
     const bool isReference = text[at] == '&';
+    if (!isReference && text[at] != '\r' && text[at] != '\n') {
+      at = AppendEncoded(out, text, at);
+      continue;
+    }
     const std::string_view piece = isReference ? ReferenceAt(text, at) : text.substr(at, 1);
     std::string referred;
     if (piece == kBarReference) {
@@ -130,7 +165,8 @@ std::size_t EndOfWhole(std::string_view file, std::size_t at) {
 // Adds the tag that starts there; gives the place behind it.
 std::size_t AppendTag(std::string& out, std::string_view file, std::size_t at) {
   while (at < file.size()) {
-    const std::size_t stop = std::min(file.find_first_of("\">", at), file.size() - 1);
+    std::size_t stop = at;
+    while (stop + 1 < file.size() && file[stop] != '"' && file[stop] != '>') ++stop;
     out += file.substr(at, stop + 1 - at);
     at = stop + 1;
     if (file[stop] != '"') return at;
@@ -147,17 +183,10 @@ std::size_t AppendTag(std::string& out, std::string_view file, std::size_t at) {
 std::string EncodeStrict(std::string_view text) {
   std::string out;
   out.reserve(text.size());
-  for (std::size_t at = 0, length = 1; at < text.size(); at += length) {
-    const std::uint32_t code = ReadUtf8(text, at, length);
-    const auto named = std::find_if(std::begin(kNamed), std::begin(kNamed) + 3,
-                                    [&](const Named& n) { return n.character == text[at]; });
-    if (named != std::begin(kNamed) + 3) {
-      out += named->reference;
-    } else if (length > 1 || code == '|') {
-      AppendNumeric(out, code);
-    } else {
-      out += code < 0x20 && code != '\t' ? ' ' : text[at];
-    }
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t next = EndOfPlain(text, at);
+    out += text.substr(at, next - at);
+    at = next < text.size() ? AppendEncoded(out, text, next) : next;
   }
   return out;
 }
