@@ -183,6 +183,9 @@ void CReportControl::ShowRow(int row) {
 }
 
 int CReportControl::RowsPerPage() const {
+  if (ReportPeer* drawn = DrawnBy()) {
+    if (const std::optional<int> rowCount = drawn->GetRowsPerPage()) return std::max(1, *rowCount);
+  }
   const int above = kHeaderHeight + (showsGroupBox ? kGroupBoxHeight : 0);
   return std::max(1, (GetClientRect().Height() - above) / kRowHeight);
 }

@@ -67,6 +67,8 @@ class ReportPeer : public WindowPeer {
   virtual void OnEditWanted(int /*row*/, int /*column*/) {}
   // What is drawn at a point; nothing when the control is to work it out.
   virtual std::optional<ReportHit> HitTest(Point /*point*/) { return std::nullopt; }
+  // How many rows fit below the header; nothing when the control is to work it out.
+  virtual std::optional<int> GetRowsPerPage() { return std::nullopt; }
 };
 
 // How a report is to look; what has no value is the toolkit's choice.
@@ -184,7 +186,12 @@ class CReportControl : public CWnd {
   // Sorts, the other way round when it is the sorted column already.
   void NotifyHeaderClicked(int column);
   void NotifyHeaderRightClicked(int column, Point screen);
+  // What the column gains or loses goes to those on its right that size themselves, as far as they
+  // have it, so that the report stays as wide as it is.
   void NotifyColumnResized(int column, int width);
+  // The rows are grouped by the column as well, as the innermost one, or no longer.
+  void NotifyGrouped(int column);
+  void NotifyUngrouped(int column);
   // Opens or closes a record with children, or a group.
   void NotifyOpened(int row, bool open);
   // Nothing where the user may not change it.

@@ -8,6 +8,13 @@
 
 namespace tarn {
 
+namespace {
+
+// Columns that make room for another do not get narrower than this.
+constexpr int kLeastShare = 40;
+
+}  // namespace
+
 void CReportControl::Send(ReportMessage message, const ReportNotice& notice) {
   ReportNotice sent = notice;
   sent.id = GetId();
@@ -121,7 +128,46 @@ void CReportControl::NotifyHeaderRightClicked(int column, Point screen) {
 }
 
 void CReportControl::NotifyColumnResized(int column, int width) {
-  if (CReportColumn* resized = columns.GetAt(column)) resized->SetWidth(width);
+  CReportColumn* const resized = columns.GetAt(column);
+  if (resized == nullptr) return;
+  // All keep the width that is seen of them, but for the elastic ones on the right, which share.
+  int gained = 0;
+  int elastic = 0;
+  const std::vector<ColumnSpan> spans = LayOutColumns();
+  for (const ColumnSpan& span : spans) {
+    if (span.column == column) gained = width - span.width;
+    if (span.column > column && columns.GetAt(span.column)->IsAutoSize()) elastic += span.width;
+  }
+  for (const ColumnSpan& span : spans) {
+    CReportColumn& each = *columns.GetAt(span.column);
+    if (span.column == column || !each.IsAutoSize()) continue;
+    int own = span.width;
+    if (span.column > column && elastic > 0) {
+      const auto share = static_cast<int>(std::int64_t{gained} * own / elastic);
+      elastic -= own;
+      own = std::max(std::min(own, kLeastShare), own - share);
+      gained -= share;
+    }
+    each.SetWidth(own);
+  }
+  resized->SetWidth(width);
+}
+
+void CReportControl::NotifyGrouped(int column) {
+  const CReportColumn* added = columns.GetAt(column);
+  CReportColumnOrder& order = columns.GetGroupsOrder();
+  if (!IsCreated() || added == nullptr || order.IndexOf(added) >= 0) return;
+  order.Add(added);
+  Populate();
+}
+
+void CReportControl::NotifyUngrouped(int column) {
+  CReportColumnOrder& order = columns.GetGroupsOrder();
+  std::vector<const CReportColumn*> kept = order.GetColumns();
+  if (!IsCreated() || std::erase(kept, columns.GetAt(column)) == 0) return;
+  order.Clear();
+  for (const CReportColumn* each : kept) order.Add(each);
+  Populate();
 }
 
 // Without a tree column nothing says that there are children.

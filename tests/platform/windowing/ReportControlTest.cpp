@@ -400,6 +400,11 @@ TEST_F(Report, ColumnsShareWhatIsLeftAndFitTheirContent) {
   report->GetColumns().GetAt(1)->SetVisible(true);
   report->NotifyColumnResized(2, 400);
   EXPECT_EQ(spans(), "0:0+20 1:20+80 2:100+400 ");
+  report->NotifyColumnResized(2, 100);
+  report->NotifyColumnResized(0, 50);
+  EXPECT_EQ(spans(), "0:0+50 1:50+80 2:130+170 ");
+  report->NotifyColumnResized(1, 400);
+  EXPECT_EQ(spans(), "0:0+50 1:50+400 2:450+40 ");
   for (int i = 0; i < 3; ++i) {
     report->GetReportHeader().BestFit(*report->GetColumns().GetAt(i));
   }
