@@ -12,6 +12,7 @@ namespace {
 constexpr qreal kTwipsPerPoint = 20;
 // Dark colours of the light palette would otherwise come out paler than what they stand beside.
 constexpr qreal kDarkestOnDark = 0.55;
+constexpr qreal kBrightestBackground = 0.3;
 
 }  // namespace
 
@@ -38,6 +39,23 @@ QColor ToTextColor(Color color) {
   const auto lightness = static_cast<qreal>(plain.lightnessF());
   const qreal turned = qMax(kDarkestOnDark, 1.0 - lightness);
   return QColor::fromHslF(plain.hslHueF(), plain.hslSaturationF(), static_cast<float>(turned));
+}
+
+QColor ToBackgroundColor(Color color) {
+  const QColor plain = ToQtColor(color);
+  if (!IsDarkPalette()) return plain;
+  // White is the desktop's own, and what is hardly darker is hardly brighter.
+  const QColor base = QGuiApplication::palette().color(QPalette::Base);
+  const auto lightness = static_cast<qreal>(plain.lightnessF());
+  const qreal turned =
+      qMin(kBrightestBackground, static_cast<qreal>(base.lightnessF()) + 1.0 - lightness);
+  return QColor::fromHslF(plain.hslHueF(), plain.hslSaturationF() / 2, static_cast<float>(turned));
+}
+
+QColor Blend(const QColor& from, const QColor& to, float share) {
+  const auto mix = [share](float a, float b) { return a + (b - a) * share; };
+  return QColor::fromRgbF(mix(from.redF(), to.redF()), mix(from.greenF(), to.greenF()),
+                          mix(from.blueF(), to.blueF()));
 }
 
 }  // namespace tarn

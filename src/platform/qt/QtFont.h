@@ -26,5 +26,9 @@ bool IsDarkPalette();
 // A fixed colour of a text or a message, made for a light background, as it is to be shown: on a
 // dark one its brightness is turned over.
 QColor ToTextColor(Color color);
+// Such a colour behind a text.
+QColor ToBackgroundColor(Color color);
+// From the one (0) to the other (1).
+QColor Blend(const QColor& from, const QColor& to, float share);
 
 }  // namespace tarn

@@ -10,9 +10,11 @@
 #include <QUrl>
 
 #include "platform/qt/PageControls.h"
+#include "platform/qt/QtBrowser.h"
 #include "platform/qt/QtEdit.h"
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtMenu.h"
+#include "platform/qt/QtReport.h"
 #include "platform/qt/QtRichText.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/QtTipPeer.h"
@@ -118,6 +120,14 @@ std::unique_ptr<WindowPeer> QtToolkit::MakePeer(CStatic& text) {
 
 std::unique_ptr<ToolBarPeer> QtToolkit::MakePeer(CToolBar& bar) {
   return MakeToolBarPeer(bar);
+}
+
+std::unique_ptr<ReportPeer> QtToolkit::MakePeer(CReportControl& report) {
+  return MakeReportPeer(report);
+}
+
+std::unique_ptr<BrowserPeer> QtToolkit::MakePeer(CBrowserCtrl& browser) {
+  return MakeBrowserPeer(browser);
 }
 
 Size QtToolkit::MeasureText(const Font& font, std::string_view text) {

@@ -32,6 +32,8 @@ class QtToolkit : public WindowToolkit {
   std::unique_ptr<PropertySheetPeer> MakePeer(CPropertySheet& sheet) override;
   std::unique_ptr<WindowPeer> MakePeer(CStatic& text) override;
   std::unique_ptr<ToolBarPeer> MakePeer(CToolBar& bar) override;
+  std::unique_ptr<ReportPeer> MakePeer(CReportControl& report) override;
+  std::unique_ptr<BrowserPeer> MakePeer(CBrowserCtrl& browser) override;
 
   Size MeasureText(const Font& font, std::string_view text) override;
   Color GetColor(SystemColor color) override;

@@ -1,0 +1,353 @@
+#include "platform/qt/ReportView.h"
+
+#include <QElapsedTimer>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QTextDocument>
+#include <QToolTip>
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "platform/qt/QtFont.h"
+#include "platform/qt/QtText.h"
+#include "platform/windowing/Toolkit.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kTakePeriodMs = 30;
+// Every row takes its time whenever rows are added.
+constexpr int kRowsPerMs = 1000;
+
+using Following = QScopedValueRollback<int>;
+
+}  // namespace
+
+ReportView::ReportView(CReportControl& shownReport)
+    : report(shownReport),
+      handle(shownReport.GetHandle()),
+      rows(new ReportModel(shownReport, this)),
+      delegate(new ReportDelegate(shownReport, *this)),
+      head(new ReportHeader(shownReport, this)) {
+  const Following quiet(following, following + 1);
+  setFrameShape(QFrame::NoFrame);
+  setUniformRowHeights(true);
+  setRootIsDecorated(false);
+  setItemsExpandable(false);
+  setEditTriggers(NoEditTriggers);
+  setSelectionMode(ExtendedSelection);
+  setAutoScroll(false);
+  setTabKeyNavigation(false);
+  // The value of the bar is the row at the top, as the control counts it.
+  setVerticalScrollMode(ScrollPerItem);
+  setHorizontalScrollMode(ScrollPerPixel);
+  setItemDelegate(delegate);
+  setHeader(head);
+  // The view has made it the other way round, as it doesn't sort.
+  head->setSectionsClickable(true);
+  setModel(rows);
+  takeTimer.setSingleShot(true);
+  connect(&takeTimer, &QTimer::timeout, this, [this] { TakeMore(); });
+  connect(head, &QHeaderView::sectionClicked, this, [this](int column) {
+    if (IsWindow(handle)) report.NotifyHeaderClicked(column);
+  });
+  connect(head, &QHeaderView::sectionResized, this, [this](int column, int /*old*/, int width) {
+    if (following == 0 && IsWindow(handle)) report.NotifyColumnResized(column, width);
+  });
+  connect(head, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
+    CReportColumn* const fitted = IsWindow(handle) ? report.GetColumns().GetAt(column) : nullptr;
+    if (fitted != nullptr) report.GetReportHeader().BestFit(*fitted);
+  });
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int row) {
+    if (following > 0) {
+      AskToTellState();
+    } else if (IsWindow(handle)) {
+      report.NotifyScrolled(row);
+    }
+  });
+}
+
+void ReportView::Detach() {
+  const Following quiet(following, following + 1);
+  takeTimer.stop();
+  rows->Detach();
+}
+
+void ReportView::FollowColumns() {
+  const Following quiet(following, following + 1);
+  head->setFont(ToQtFont(report.GetLook().captionFont, font()));
+  if (!rows->TellColumns()) FollowRows();
+  LayOutColumns();
+  viewport()->update();
+}
+
+void ReportView::LayOutColumns() {
+  const Following quiet(following, following + 1);
+  for (int i = 0; i < head->count(); ++i) {
+    const CReportColumn* const column = report.GetColumns().GetAt(i);
+    if (column != nullptr) head->setSectionHidden(i, !column->IsVisible());
+  }
+  for (const CReportControl::ColumnSpan& span : report.LayOutColumns()) {
+    if (span.column < head->count()) head->resizeSection(span.column, span.width);
+  }
+  head->viewport()->update();
+}
+
+void ReportView::FollowRows() {
+  const Following quiet(following, following + 1);
+  takeTimer.stop();
+  rows->Reset();
+  FollowSelection();
+  FollowScroll();
+}
+
+void ReportView::FollowAppended() {
+  if (!takeTimer.isActive()) {
+    takeTimer.start(std::max(kTakePeriodMs, report.GetRows().GetCount() / kRowsPerMs));
+  }
+}
+
+void ReportView::TakeMore() {
+  const Following quiet(following, following + 1);
+  takeTimer.stop();
+  rows->TakeMore();
+}
+
+void ReportView::FollowRow(int row) {
+  rows->TellChanged(row);
+}
+
+// For those who listen to the view, as readers of the screen do; what is painted is asked of the
+// control.
+void ReportView::FollowSelection() {
+  const Following quiet(following, following + 1);
+  viewport()->update();
+  if (rows->columnCount() == 0) return;
+  QItemSelection selection;
+  const std::vector<int>& indexes = report.GetSelectedRows().GetIndexes();
+  if (!indexes.empty() || report.GetFocusedRow() >= 0) TakeMore();
+  for (std::size_t first = 0; first < indexes.size();) {
+    std::size_t last = first;
+    while (last + 1 < indexes.size() && indexes[last + 1] == indexes[last] + 1) ++last;
+    selection.select(rows->index(indexes[first], 0),
+                     rows->index(indexes[last], rows->columnCount() - 1));
+    first = last + 1;
+  }
+  selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+  int column = 0;
+  while (column + 1 < rows->columnCount() && isColumnHidden(column)) ++column;
+  selectionModel()->setCurrentIndex(rows->index(report.GetFocusedRow(), column),
+                                    QItemSelectionModel::NoUpdate);
+}
+
+void ReportView::FollowScroll() {
+  const Following quiet(following, following + 1);
+  if (report.GetTopRow() > 0) TakeMore();
+  executeDelayedItemsLayout();
+  verticalScrollBar()->setValue(report.GetTopRow());
+  if (verticalScrollBar()->value() != report.GetTopRow()) AskToTellState();
+}
+
+void ReportView::FollowMeasures() {
+  if (rowHeight == delegate->RowHeight()) return;
+  rowHeight = delegate->RowHeight();
+  scheduleDelayedItemsLayout();
+}
+
+void ReportView::AskToEdit(int row, int column) {
+  const QPersistentModelIndex cell = rows->index(row, column);
+  QTimer::singleShot(0, this, [this, cell] {
+    if (!IsWindow(handle) || !cell.isValid()) return;
+    scrollTo(cell);
+    edit(cell, AllEditTriggers, nullptr);
+  });
+}
+
+int ReportView::RowsPerPage() const {
+  return viewport()->height() / std::max(1, delegate->RowHeight());
+}
+
+int ReportView::RowAt(int y) const {
+  if (y < 0) return -1;
+  const int row = verticalScrollBar()->value() + y / std::max(1, delegate->RowHeight());
+  return row < rows->rowCount() ? row : -1;
+}
+
+QRect ReportView::PlaceOf(int row) const {
+  const int height = delegate->RowHeight();
+  const int left = -head->offset();
+  return {left, (row - verticalScrollBar()->value()) * height,
+          std::max(head->length(), viewport()->width() - left), height};
+}
+
+QRect ReportView::PlaceOf(int row, int column) const {
+  QRect place = PlaceOf(row);
+  place.setLeft(head->sectionViewportPosition(column));
+  place.setWidth(head->sectionSize(column));
+  return place;
+}
+
+ReportHit ReportView::HitAt(QPoint point) const {
+  ReportHit hit;
+  hit.row = viewport()->rect().contains(point) ? RowAt(point.y()) : -1;
+  const CReportRow* const row = report.GetRows().GetAt(hit.row);
+  if (row == nullptr) return {};
+  hit.area = ReportHit::Area::Row;
+  hit.column = head->logicalIndexAt(point.x());
+  if (row->IsGroup()) {
+    delegate->Hit(hit.row, std::max(0, hit.column), PlaceOf(hit.row), point, hit);
+  } else if (hit.column >= 0) {
+    delegate->Hit(hit.row, hit.column, PlaceOf(hit.row, hit.column), point, hit);
+  }
+  return hit;
+}
+
+void ReportView::drawRow(QPainter* painter, const QStyleOptionViewItem& /*option*/,
+                         const QModelIndex& index) const {
+  if (IsWindow(handle)) delegate->PaintRow(*painter, index.row(), PlaceOf(index.row()), *head);
+}
+
+bool ReportView::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QTreeView::viewportEvent(event);
+  ShowTip(*static_cast<QHelpEvent*>(event));
+  return true;
+}
+
+void ReportView::ShowTip(QHelpEvent& event) {
+  if (!IsWindow(handle)) return;
+  const ReportHit hit = HitAt(event.pos());
+  const bool isWanted = report.GetLook().hasToolTips && hit.column >= 0 &&
+                        delegate->IsCut(hit.row, hit.column, PlaceOf(hit.row, hit.column));
+  if (!isWanted) {
+    QToolTip::hideText();
+    return event.ignore();
+  }
+  const QString text = rows->index(hit.row, hit.column).data().toString();
+  QToolTip::showText(event.globalPos(), Qt::convertFromPlainText(text), viewport(),
+                     PlaceOf(hit.row, hit.column));
+}
+
+// What the mouse does goes to the control alone, before it comes here.
+void ReportView::mousePressEvent(QMouseEvent* event) {
+  event->accept();
+}
+
+void ReportView::mouseReleaseEvent(QMouseEvent* event) {
+  event->accept();
+}
+
+void ReportView::mouseDoubleClickEvent(QMouseEvent* event) {
+  event->accept();
+  const ReportHit hit = HitAt(event->position().toPoint());
+  const bool isOnText = hit.column >= 0 && hit.part == ReportHit::Part::Cell;
+  if (isOnText && report.CanEdit(hit.row, hit.column)) AskToEdit(hit.row, hit.column);
+}
+
+void ReportView::mouseMoveEvent(QMouseEvent* event) {
+  event->accept();
+  const bool isLink = HitAt(event->position().toPoint()).hyperlink >= 0;
+  viewport()->setCursor(isLink ? Qt::PointingHandCursor : Qt::ArrowCursor);
+}
+
+// What the control does not use.
+void ReportView::keyPressEvent(QKeyEvent* event) {
+  event->ignore();
+  if (!IsWindow(handle)) return;
+  if (event->matches(QKeySequence::Copy)) {
+    event->accept();
+    CopyRows();
+  } else if (event->matches(QKeySequence::SelectAll)) {
+    event->accept();
+    std::vector<int> all;
+    for (int row = 0; row < report.GetRows().GetCount(); ++row) all.push_back(row);
+    report.NotifySelected(std::move(all), report.GetFocusedRow());
+  }
+}
+
+// A row a line, with tabs between the columns that are seen.
+void ReportView::CopyRows() const {
+  std::string text;
+  for (const int row : report.GetSelectedRows().GetIndexes()) {
+    std::string line;
+    for (int column = 0; column < report.GetColumns().GetCount(); ++column) {
+      const CReportRecordItem* const item = report.GetItemAt(row, column);
+      const bool isText = !isColumnHidden(column) && item != nullptr &&
+                          report.GetColumns().GetAt(column)->GetIconId() == CReportColumn::kNoIcon;
+      if (isText) line += (line.empty() ? "" : "\t") + item->GetCaption();
+    }
+    if (report.GetRows().GetAt(row)->IsGroup())
+      line = report.GetRows().GetAt(row)->GetGroup()->text;
+    text += line + "\n";
+  }
+  if (!text.empty()) WindowToolkit::Current().SetClipboardText(text);
+}
+
+// The view would choose a row of its own.
+void ReportView::focusInEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusInEvent(event);
+  viewport()->update();
+}
+
+void ReportView::focusOutEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusOutEvent(event);
+  viewport()->update();
+}
+
+void ReportView::contextMenuEvent(QContextMenuEvent* event) {
+  event->accept();
+  if (!IsWindow(handle)) return;
+  QPoint screen = event->globalPos();
+  if (event->reason() == QContextMenuEvent::Keyboard) {
+    const int row = std::clamp(report.GetFocusedRow() - report.GetTopRow() + 1, 0, RowsPerPage());
+    screen = viewport()->mapToGlobal(QPoint(0, row * delegate->RowHeight()));
+  }
+  report.NotifyContextMenu({screen.x(), screen.y()});
+}
+
+void ReportView::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  AskToTellState();
+}
+
+void ReportView::showEvent(QShowEvent* event) {
+  QTreeView::showEvent(event);
+  if (!IsWindow(handle)) return;
+  FollowScroll();
+  AskToTellState();
+}
+
+void ReportView::changeEvent(QEvent* event) {
+  QTreeView::changeEvent(event);
+  const bool isOther = event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
+  if (!isOther || !IsWindow(handle)) return;
+  head->setFont(ToQtFont(report.GetLook().captionFont, font()));
+  FollowMeasures();
+}
+
+void ReportView::AskToTellState() {
+  if (isTellingDue) return;
+  isTellingDue = true;
+  QTimer::singleShot(0, this, [this] { TellState(); });
+}
+
+// What the view could not follow the control in: a window smaller by its bars, and rows at the top
+// that leave the bottom empty.
+void ReportView::TellState() {
+  isTellingDue = false;
+  if (!IsWindow(handle) || !isVisible()) return;
+  executeDelayedItemsLayout();
+  const int row = verticalScrollBar()->value();
+  if (row != report.GetTopRow() && !rows->HasMore()) report.NotifyScrolled(row);
+  const Rect known = report.GetClientRect();
+  const QSize size = viewport()->size();
+  if (size.width() != known.Width() || size.height() != known.Height()) {
+    report.NotifyResized({size.width(), size.height()});
+  }
+  if (IsWindow(handle)) LayOutColumns();
+}
+
+}  // namespace tarn

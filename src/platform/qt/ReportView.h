@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QTimer>
+#include <QTreeView>
+
+#include "platform/qt/ReportDelegate.h"
+#include "platform/qt/ReportHeader.h"
+#include "platform/qt/ReportModel.h"
+
+namespace tarn {
+
+// Shows a report control's columns and rows. Order, selection, what is open and what is at the top
+// are the control's matter: the view's own handling of mouse and keys is off, and the functions
+// below make it follow. Rows that are added are shown in batches.
+class ReportView : public QTreeView {
+ public:
+  explicit ReportView(CReportControl& shownReport);
+
+  ReportHeader& Head() { return *head; }
+  // The control is going; nothing of it is touched any more.
+  void Detach();
+
+  void FollowColumns();
+  void FollowRows();
+  void FollowAppended();
+  void FollowRow(int row);
+  void FollowSelection();
+  void FollowScroll();
+  void FollowMeasures();
+  // At the next chance: size and top row, where the view can't have them as the control knows.
+  void AskToTellState();
+  // ... opens the editor in a cell.
+  void AskToEdit(int row, int column);
+
+  int RowsPerPage() const;
+  ReportHit HitAt(QPoint point) const;
+
+ protected:
+  void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+  bool viewportEvent(QEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  int RowAt(int y) const;
+  QRect PlaceOf(int row) const;
+  QRect PlaceOf(int row, int column) const;
+  void LayOutColumns();
+  void TakeMore();
+  void TellState();
+  void ShowTip(QHelpEvent& event);
+  void CopyRows() const;
+
+  CReportControl& report;
+  const WindowHandle handle;
+  ReportModel* rows;
+  ReportDelegate* delegate;
+  ReportHeader* head;
+  QTimer takeTimer;
+  int following = 0;  // calls of the control that are running: nothing may be told back in them
+  int rowHeight = 0;  // that the layout was made for
+  bool isTellingDue = false;
+};
+
+}  // namespace tarn
