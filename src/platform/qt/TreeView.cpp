@@ -48,6 +48,8 @@ TreeView::TreeView(CTreeCtrl& shownTree)
   setModel(items);
   header()->setStretchLastSection(false);
   header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  // As wide as the lines that are seen, see OnScrolledTo.
+  header()->setResizeContentsPrecision(0);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TreeView::OnScrolledTo);
 }
 
