@@ -37,7 +37,7 @@ void CRichTextCtrl::AppendRichText(std::string_view richText) {
   if (RichTextPeer* drawing = Drawing(); drawing != nullptr && end > start) {
     drawing->OnTextAppended({start, end});
   }
-  SetSelection({end, end});
+  if (!isUsersSelection || selection.IsEmpty()) SetSelection({end, end});
 }
 
 void CRichTextCtrl::Clear() {
@@ -62,6 +62,7 @@ void CRichTextCtrl::Remove(TextRange range) {
 }
 
 void CRichTextCtrl::SetSelection(TextRange range) {
+  isUsersSelection = false;
   const TextRange wanted = range.Within(text.size());
   if (wanted == selection) return;
   selection = wanted;
@@ -71,7 +72,9 @@ void CRichTextCtrl::SetSelection(TextRange range) {
 
 void CRichTextCtrl::NotifySelected(TextRange range) {
   const TextRange wanted = range.Within(text.size());
-  if (!IsCreated() || wanted == selection) return;
+  if (!IsCreated()) return;
+  isUsersSelection = true;
+  if (wanted == selection) return;
   selection = wanted;
   OnSelectionChanged();
 }

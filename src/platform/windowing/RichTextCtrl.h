@@ -39,7 +39,7 @@ class CRichTextCtrl : public CWnd {
   const std::string* GetLinkAt(std::size_t position) const;
 
   // Puts rich text (see ReadRichText) in front of the last character and the insertion point behind
-  // it, where the selection ends therefore.
+  // it. There the selection ends therefore, but for one that the user has made, which stays.
   void AppendRichText(std::string_view richText);
   // Removes all but the last character.
   void Clear();
@@ -75,6 +75,7 @@ class CRichTextCtrl : public CWnd {
   std::string text = "\n";
   std::vector<RichTextRun> runs;
   TextRange selection;
+  bool isUsersSelection = false;
   LinkHandler onLink;
 };
 

@@ -143,6 +143,11 @@ TEST_F(RichTextPeerTest, SelectsBytesBothWays) {
   QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, PlaceOf(from + 5) - QPoint(3, 0));
   ASSERT_TRUE(WaitForText());
   EXPECT_EQ(view->textCursor().selectedText(), QStringLiteral("plain"));
+  // Nor does what comes afterwards.
+  control.AppendRichText(LogLine(4));
+  ASSERT_TRUE(WaitForText());
+  EXPECT_EQ(control.GetSelectedText(), "plain");
+  EXPECT_EQ(view->textCursor().selectedText(), QStringLiteral("plain"));
 }
 
 TEST_F(RichTextPeerTest, TellsTheLinkThatTheUserFollows) {
