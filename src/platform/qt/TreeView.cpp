@@ -1,5 +1,6 @@
 #include "platform/qt/TreeView.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QFocusEvent>
 #include <QHeaderView>
@@ -9,9 +10,15 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "platform/qt/QtFont.h"
+#include "platform/qt/QtText.h"
+#include "platform/text/Text.h"
+
 namespace tarn {
 
 namespace {
+
+constexpr float kGuideStrength = 0.15F;
 
 class Following {
  public:
@@ -159,12 +166,10 @@ void TreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
   const CTreeItem* const item = TreeModel::ItemAt(index);
   if (item == nullptr || !IsWindow(handle)) return;
   const QRect place = visualRect(index);
-  if ((tree.GetStyle() & kTreeHasButtons) != 0) {
-    const QRect branches(place.left() - indentation() * (item->GetLevel() + rootIsDecorated()),
-                         place.top(), indentation() * (item->GetLevel() + rootIsDecorated()),
-                         place.height());
-    drawBranches(painter, branches, index);
-  }
+  const int room = indentation() * (item->GetLevel() + (rootIsDecorated() ? 1 : 0));
+  const QRect branches(place.left() - room, place.top(), room, place.height());
+  if ((tree.GetStyle() & kTreeHasLines) != 0) DrawGuides(*painter, branches);
+  if ((tree.GetStyle() & kTreeHasButtons) != 0) drawBranches(painter, branches, index);
   QStyleOptionViewItem line = option;
   line.rect = place;
   const bool isShown = tree.HasFocus() || (tree.GetStyle() & kTreeShowsSelectionAlways) != 0;
@@ -174,13 +179,51 @@ void TreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
   delegate->paint(painter, line, index);
 }
 
-// Of what the control does not use, the key that opens an item is the view's; the rest is for
-// whoever is above.
+// A quiet line below the button of each item that this one lies in.
+void TreeView::DrawGuides(QPainter& painter, const QRect& branches) const {
+  const QPalette& colors = palette();
+  painter.setPen(Blend(colors.color(QPalette::Base), colors.color(QPalette::Text), kGuideStrength));
+  for (int x = branches.right() + 1 - indentation() * 3 / 2; x > branches.left();
+       x -= indentation()) {
+    painter.drawLine(x, branches.top(), x, branches.bottom());
+  }
+}
+
+// The next line that begins with what was typed; one letter again and again goes through them.
+void TreeView::SearchFor(const QString& typed) {
+  const bool goesOn = !searched.empty() && sinceTyped.isValid() &&
+                      sinceTyped.elapsed() < QApplication::keyboardInputInterval();
+  const std::string letter = FromQt(typed);
+  const bool isRepeated = goesOn && searched == letter;
+  if (!goesOn) searched.clear();
+  if (!isRepeated) searched += letter;
+  sinceTyped.start();
+  const CTreeItem* const selected = tree.GetSelectedItem();
+  const int count = tree.GetRowCount();
+  const int start = selected == nullptr ? 0 : std::max(0, tree.GetRowOf(*selected));
+  const bool mayStay = selected == nullptr || searched.size() > letter.size();
+  for (int i = mayStay ? 0 : 1; i < count + 1; ++i) {
+    CTreeItem* const item = tree.GetRow((start + i) % count);
+    if (item == nullptr || !StartsWithNoCase(item->GetText(), searched)) continue;
+    return tree.SelectItem(item);
+  }
+}
+
+// Of what the control does not use, the key that opens an item and the letters of a search are the
+// view's; the rest is for whoever is above.
 void TreeView::keyPressEvent(QKeyEvent* event) {
   event->ignore();
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-  if (!isEnter || !isPlain || !IsWindow(handle)) return;
+  const Qt::KeyboardModifiers keys = event->modifiers() & ~Qt::KeypadModifier;
+  if (!IsWindow(handle)) return;
+  const QString typed = event->text();
+  const bool isLetter =
+      !typed.isEmpty() && typed[0].isPrint() && (typed[0] != QLatin1Char(' ') || !searched.empty());
+  if (isLetter && (keys & ~Qt::ShiftModifier) == Qt::NoModifier) {
+    event->accept();
+    return SearchFor(typed);
+  }
+  if (!isEnter || keys != Qt::NoModifier) return;
   CTreeItem* const selected = tree.GetSelectedItem();
   if (selected == nullptr) return;
   event->accept();

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTreeView>
+#include <string>
 
 #include "platform/qt/TreeDelegate.h"
 #include "platform/qt/TreeModel.h"
@@ -45,6 +47,8 @@ class TreeView : public QTreeView {
   void updateGeometries() override;
 
  private:
+  void DrawGuides(QPainter& painter, const QRect& branches) const;
+  void SearchFor(const QString& typed);
   void OnScrolledTo(int row);
   void TellState();
 
@@ -55,6 +59,8 @@ class TreeView : public QTreeView {
   int following = 0;  // calls of the control that are running: nothing may be told back in them
   QSize measures;     // of a line, that the layout was made for
   bool isTellingDue = false;
+  std::string searched;  // letters that followed each other quickly
+  QElapsedTimer sinceTyped;
 };
 
 }  // namespace tarn

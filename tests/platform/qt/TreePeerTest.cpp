@@ -124,7 +124,7 @@ TEST_F(TreePeerTest, MouseAndKeysGoThroughTheControl) {
   Click(MiddleOf(tree.GetTextRect(*apple)));
   EXPECT_EQ(tree.GetSelectedItem(), apple);
   EXPECT_EQ(view->currentIndex().data().toString(), "apple");
-  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_End, Qt::Key_Home, Qt::Key_Left, Qt::Key_R}) {
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_End, Qt::Key_Home, Qt::Key_Left}) {
     QTest::keyClick(view, key);
   }
   EXPECT_EQ(tree.selections, (std::vector<std::string>{"apple", "pear", "roots", "fruit"}));
@@ -150,6 +150,25 @@ TEST_F(TreePeerTest, KeysMeanWhatIsOnThem) {
   QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, {});
   QApplication::sendEvent(view, &menu);
   EXPECT_EQ(tree.menus, 1);
+}
+
+TEST_F(TreePeerTest, LettersFindTheNextLineThatBeginsWithThem) {
+  tree.Expand(*fruit, true);
+  tree.InsertItem(fruit, "plum pie", -1, -1, nullptr);
+  tree.InsertItem(fruit, "\xC3\xA4pfel", -1, -1, nullptr);
+  const struct {
+    const char* typed;
+    const char* selected;
+  } kCases[] = {
+      {"p", "pear"},   {"pp", "pear"}, {"ppp", "plum pie"},         {"PLUM P", "plum pie"},
+      {"ro", "roots"}, {"x", "roots"}, {"\xC3\xA4", "\xC3\xA4pfel"}};
+  for (const auto& each : kCases) {
+    for (const QChar letter : QString::fromUtf8(each.typed)) {
+      QTest::sendKeyEvent(QTest::Click, view, Qt::Key_unknown, QString(letter), {});
+    }
+    EXPECT_EQ(tree.GetSelectedItem()->GetText(), each.selected) << each.typed;
+    QTest::qWait(QApplication::keyboardInputInterval() + 20);
+  }
 }
 
 TEST_F(TreePeerTest, PartsOfALineAreWhereTheyArePainted) {
