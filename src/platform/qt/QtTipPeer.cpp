@@ -14,17 +14,21 @@ namespace {
 
 // More than the tip's own margins: frame, and air.
 constexpr int kPadding = 5;
+constexpr qreal kCorner = 4;
 
 }  // namespace
 
 void TipWidget::paintEvent(QPaintEvent* /*event*/) {
   if (!IsWindow(handle)) return;
   QPainter painter(this);
-  painter.fillRect(rect(), palette().brush(QPalette::ToolTipBase));
+  painter.setBrush(palette().brush(QPalette::ToolTipBase));
   QColor frame = palette().color(QPalette::ToolTipText);
   frame.setAlphaF(0.3F);
   painter.setPen(frame);
-  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  // The plain frame is style 0; the others are softer ones.
+  const qreal corner = tip.GetFrameStyle() == 0 ? 0 : kCorner;
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
 
   painter.setPen(palette().color(QPalette::ToolTipText));
   const Size margins = tip.GetMargins();
@@ -50,6 +54,7 @@ QtTipPeer::QtTipPeer(CTipWindow& shownTip)
                                                 Qt::WindowTransparentForInput |
                                                 Qt::WindowDoesNotAcceptFocus);
   widget->setAttribute(Qt::WA_ShowWithoutActivating);
+  widget->setAttribute(Qt::WA_TranslucentBackground);
   widget->setPalette(QToolTip::palette());
 }
 
