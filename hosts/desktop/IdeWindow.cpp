@@ -1,5 +1,6 @@
 #include "hosts/desktop/IdeWindow.h"
 
+#include <QAbstractScrollArea>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileDialog>
@@ -180,6 +181,10 @@ void IdeWindow::AddDock(const HostEvent& announcement) {
   auto* const dock = new QDockWidget(ToQt(AttributeOf(element.get(), "Title")), this);
   dock->setObjectName("dock" + id);
   dock->setWidget(widget);
+  // What takes the keyboard in it goes by its name.
+  for (auto* const view : dock->findChildren<QAbstractScrollArea*>()) {
+    if (view->accessibleName().isEmpty()) view->setAccessibleName(dock->windowTitle());
+  }
   if (id.toInt() == kProjectWindow) {
     addDockWidget(Qt::LeftDockWidgetArea, dock);
     resizeDocks({dock}, {kFirstTreeWidth}, Qt::Horizontal);
