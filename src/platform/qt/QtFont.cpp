@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QPalette>
+#include <QWidget>
 
 #include "platform/qt/QtText.h"
 
@@ -13,6 +14,7 @@ constexpr qreal kTwipsPerPoint = 20;
 // Dark colours of the light palette would otherwise come out paler than what they stand beside.
 constexpr qreal kDarkestOnDark = 0.55;
 constexpr qreal kBrightestBackground = 0.3;
+constexpr float kSaturationOnDark = 0.3F;
 
 }  // namespace
 
@@ -25,6 +27,11 @@ QFont ToQtFont(const Font& font, const QFont& base) {
   return result;
 }
 
+QPalette::ColorGroup GroupOf(const QWidget& widget) {
+  if (!widget.isEnabled()) return QPalette::Disabled;
+  return widget.hasFocus() ? QPalette::Active : QPalette::Inactive;
+}
+
 bool IsDarkPalette() {
   const QPalette palette = QGuiApplication::palette();
   return palette.color(QPalette::Window).lightness() <
@@ -32,10 +39,10 @@ bool IsDarkPalette() {
 }
 
 QColor ToTextColor(Color color) {
-  const QColor plain = ToQtColor(color);
-  if (!IsDarkPalette()) return plain;
   // Black is the desktop's own.
   if (color == 0) return QGuiApplication::palette().color(QPalette::Text);
+  const QColor plain = ToQtColor(color);
+  if (!IsDarkPalette()) return plain;
   const auto lightness = static_cast<qreal>(plain.lightnessF());
   const qreal turned = qMax(kDarkestOnDark, 1.0 - lightness);
   return QColor::fromHslF(plain.hslHueF(), plain.hslSaturationF(), static_cast<float>(turned));
@@ -49,7 +56,8 @@ QColor ToBackgroundColor(Color color) {
   const auto lightness = static_cast<qreal>(plain.lightnessF());
   const qreal turned =
       qMin(kBrightestBackground, static_cast<qreal>(base.lightnessF()) + 1.0 - lightness);
-  return QColor::fromHslF(plain.hslHueF(), plain.hslSaturationF() / 2, static_cast<float>(turned));
+  return QColor::fromHslF(plain.hslHueF(), plain.hslSaturationF() * kSaturationOnDark,
+                          static_cast<float>(turned));
 }
 
 QColor Blend(const QColor& from, const QColor& to, float share) {

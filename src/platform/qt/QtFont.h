@@ -2,8 +2,11 @@
 
 #include <QColor>
 #include <QFont>
+#include <QPalette>
 
 #include "platform/windowing/Geometry.h"
+
+class QWidget;
 
 namespace tarn {
 
@@ -20,6 +23,9 @@ inline Color FromQtColor(const QColor& color) {
                    static_cast<std::uint32_t>(color.green()),
                    static_cast<std::uint32_t>(color.blue()));
 }
+
+// Of the colours of a widget in its state: with the keyboard, without it, or disabled.
+QPalette::ColorGroup GroupOf(const QWidget& widget);
 
 // Whether the desktop writes light on dark.
 bool IsDarkPalette();

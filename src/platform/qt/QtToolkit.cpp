@@ -136,7 +136,7 @@ Size QtToolkit::MeasureText(const Font& font, std::string_view text) {
 }
 
 Color QtToolkit::GetColor(SystemColor color) {
-  return FromQtColor(QGuiApplication::palette().color(RoleOf(color)));
+  return FromQtColor(QGuiApplication::palette().color(QPalette::Active, RoleOf(color)));
 }
 
 void QtToolkit::SetCursor(CursorShape shape) {

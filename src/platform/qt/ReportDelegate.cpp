@@ -131,18 +131,16 @@ QSize ReportDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
 // breath of the desktop's own.
 QColor ReportDelegate::SelectionColor() const {
   const QPalette& palette = view.palette();
-  const auto state = view.hasFocus() ? QPalette::Active : QPalette::Inactive;
-  const QColor full = palette.color(state, QPalette::Highlight);
+  const QColor full = palette.color(GroupOf(view), QPalette::Highlight);
   if (!report.GetLook().selectedTextColor) return full;
   return Blend(palette.color(QPalette::Base), full, kSelectionStrength);
 }
 
 QColor ReportDelegate::SelectedTextColor() const {
   if (const std::optional<Color>& color = report.GetLook().selectedTextColor) {
-    return ToTextColor(*color);
+    return IsDarkPalette() ? view.palette().color(QPalette::Text) : ToQtColor(*color);
   }
-  const auto state = view.hasFocus() ? QPalette::Active : QPalette::Inactive;
-  return view.palette().color(state, QPalette::HighlightedText);
+  return view.palette().color(GroupOf(view), QPalette::HighlightedText);
 }
 
 ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,

@@ -5,6 +5,7 @@
 #include <QStyleOptionViewItem>
 #include <QWidget>
 #include <algorithm>
+#include <optional>
 
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
@@ -32,7 +33,7 @@ class StepPainter {
       : painter(linePainter), line(paintedLine), view(treeView), cache(pictures) {}
 
   void operator()(const FillStep& step) const {
-    painter.fillRect(ToQtRect(step.rect), ToQtColor(step.color));
+    painter.fillRect(ToQtRect(step.rect), OwnColor(step.color).value_or(ToQtColor(step.color)));
   }
   // One that belongs to the top of the line is in its middle, as the item's own image is.
   void operator()(const ImageStep& step) const {
@@ -42,19 +43,25 @@ class StepPainter {
     painter.drawPixmap(step.place.x, step.place.y + shift, cache.Get(*step.images, step.index));
   }
   void operator()(const TextStep& step) const {
-    const QPalette& palette = view.palette();
-    const QColor asked = ToQtColor(step.color);
-    const bool isDesktops =
-        asked == palette.color(QPalette::Text) || asked == palette.color(QPalette::HighlightedText);
-    const bool isEnabled = view.isEnabled();
     painter.setFont(ToQtFont(step.font, view.font()));
-    painter.setPen(!isEnabled   ? palette.color(QPalette::Disabled, QPalette::Text)
-                   : isDesktops ? asked
-                                : ToTextColor(step.color));
+    painter.setPen(view.isEnabled() ? OwnColor(step.color).value_or(ToTextColor(step.color))
+                                    : view.palette().color(QPalette::Disabled, QPalette::Text));
     painter.drawText(ToQtRect(step.rect), kTextFlags, ToQt(step.text));
   }
 
  private:
+  // A colour of the desktop as it is for a view in this state; nothing for any other.
+  std::optional<QColor> OwnColor(Color color) const {
+    const QPalette& palette = view.palette();
+    for (const QPalette::ColorRole role :
+         {QPalette::Base, QPalette::Highlight, QPalette::Text, QPalette::HighlightedText}) {
+      if (FromQtColor(palette.color(QPalette::Active, role)) == color) {
+        return palette.color(GroupOf(view), role);
+      }
+    }
+    return std::nullopt;
+  }
+
   QPainter& painter;
   const QRect& line;
   const QWidget& view;
