@@ -94,8 +94,8 @@ std::string PropertyManager::NodeKey() {
          values.Get(set, "General", "Header");
 }
 
-std::int32_t PropertyManager::SetChangedProperty(const char* set, const char* section,
-                                                 const char* property, const char* value) {
+std::int32_t PropertyManager::ChangeByUser(const char* set, const char* section,
+                                           const char* property, std::optional<std::string> value) {
   // While nodes are being published the node held may not be the one that the user sees.
   if (updates > 0 || TextOf(property).empty()) return 0;
   ValueChange change{NodeKey(),
@@ -103,12 +103,22 @@ std::int32_t PropertyManager::SetChangedProperty(const char* set, const char* se
                      TextOf(section),
                      TextOf(property),
                      {},
-                     TextOf(value)};
+                     std::move(value)};
   std::string before;
   if (values.GetOwn(change.set, change.section, change.property, before)) change.before = before;
   TakeOver(change, change.after);
   undo.Add(std::move(change));
   return 1;
+}
+
+std::int32_t PropertyManager::SetChangedProperty(const char* set, const char* section,
+                                                 const char* property, const char* value) {
+  return ChangeByUser(set, section, property, TextOf(value));
+}
+
+std::int32_t PropertyManager::ResetChangedProperty(const char* set, const char* section,
+                                                   const char* property) {
+  return ChangeByUser(set, section, property, {});
 }
 
 void PropertyManager::TakeOver(const ValueChange& change, const std::optional<std::string>& value) {
@@ -132,6 +142,16 @@ std::string PropertyManager::Redo() {
   if (change == nullptr) return {};
   TakeOver(*change, change->after);
   return change->Key();
+}
+
+std::string PropertyManager::GetUndoProperty() {
+  const ValueChange* change = undo.NextUndo(NodeKey());
+  return change == nullptr ? std::string() : change->Key();
+}
+
+std::string PropertyManager::GetRedoProperty() {
+  const ValueChange* change = undo.NextRedo(NodeKey());
+  return change == nullptr ? std::string() : change->Key();
 }
 
 }  // namespace tarn::options

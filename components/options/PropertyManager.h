@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -76,13 +77,18 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   std::string GetChangedProperty();
   std::int32_t SetChangedProperty(const char* set, const char* section, const char* property,
                                   const char* value);
+  std::int32_t ResetChangedProperty(const char* set, const char* section, const char* property);
   std::string Undo();
   std::string Redo();
+  std::string GetUndoProperty();
+  std::string GetRedoProperty();
 
  private:
   bool ReadAllDefinitions();
   void ReadConfigurations(const char* text);
   std::string NodeKey();
+  std::int32_t ChangeByUser(const char* set, const char* section, const char* property,
+                            std::optional<std::string> value);
   void TakeOver(const ValueChange& change, const std::optional<std::string>& value);
   std::int32_t Switch(std::unordered_map<std::string, bool>& switches, std::string key, bool on);
   PropertyState StateOf(const std::string& set, const std::string& section,

@@ -45,6 +45,9 @@ const DispatchTable<PropertyManager>& PropertyManager::Table() {
       Method<&P::SetNewConfigName>("SetNewConfigName", 106, {"name"}),
       Method<&P::GetOrigin>("GetOrigin", 107, {"set", "section", "property"}),
       Method<&P::ListConfigurations>("ListConfigurations", 108, {}),
+      Method<&P::ResetChangedProperty>("ResetChangedProperty", 109, {"set", "section", "property"}),
+      Method<&P::GetUndoProperty>("GetUndoProperty", 110, {}),
+      Method<&P::GetRedoProperty>("GetRedoProperty", 111, {}),
   });
   return table;
 }

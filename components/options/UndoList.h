@@ -28,6 +28,9 @@ class UndoList {
   // none. Borrowed until the list changes.
   const ValueChange* Undo(const std::string& node);
   const ValueChange* Redo(const std::string& node);
+  // What these would give, left as it is.
+  const ValueChange* NextUndo(const std::string& node) const;
+  const ValueChange* NextRedo(const std::string& node) const;
   void Clear() { changes.clear(); }
 
  private:
@@ -35,6 +38,8 @@ class UndoList {
     ValueChange change;
     bool undone = false;
   };
+  const ValueChange* Mark(const ValueChange* change, bool undone);
+
   std::vector<Entry> changes;  // the oldest first
 };
 

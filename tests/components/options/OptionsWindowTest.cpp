@@ -121,6 +121,24 @@ TEST_F(OptionsWindowTest, UndoBelongsToTheNodeThatWasChanged) {
   EXPECT_EQ(rig.driver.InvokeText(103, {}), "");
 }
 
+TEST_F(OptionsWindowTest, AResetIsAChangeThatCanBeUndone) {
+  const auto next = [this] {
+    return rig.driver.InvokeText(110, {}) + "|" + rig.driver.InvokeText(111, {});
+  };
+  EXPECT_EQ(next(), "|");
+  Change("Level", "3");
+  EXPECT_EQ(rig.driver.InvokeLong(109, {"", "Compiler", "Level"}), 1);
+  EXPECT_EQ(rig.Origin("C", "Compiler", "Level") + Changed(), "definitionC.Compiler.Level");
+  rig.driver.InvokeText(103, {});
+  EXPECT_EQ(rig.Get("C", "Compiler", "Level"), "3");
+  EXPECT_EQ(next(), "C.Compiler.Level|C.Compiler.Level");
+  rig.driver.InvokeText(104, {});
+  EXPECT_EQ(rig.Origin("C", "Compiler", "Level"), "definition");
+  EXPECT_EQ(next(), "C.Compiler.Level|");
+  rig.driver.InvokeHelper(20, {});
+  EXPECT_EQ(rig.driver.InvokeLong(109, {"", "Compiler", "Level"}), 0);
+}
+
 TEST_F(OptionsWindowTest, ViewStateAndNewNameAreKeptOverALoad) {
   rig.driver.InvokeHelper(29, {"open;<x> \xA7"});
   rig.driver.InvokeHelper(106, {"Size"});
