@@ -6,8 +6,8 @@
 #include "hosts/cli/CompletionScript.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/ManPage.h"
-#include "hosts/cli/OptionTable.h"
 #include "hosts/cli/ShellText.h"
+#include "hosts/frame/OptionTable.h"
 
 namespace tarn::host {
 

@@ -5,19 +5,13 @@
 #include "components/common/OptionValues.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/cli/OptionTable.h"
 #include "hosts/cli/Suggest.h"
+#include "hosts/frame/OptionTable.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
 
 namespace {
-
-// One stored value on the way from the application to the node.
-struct StoredValue {
-  std::string set, kind, label, configuration, value;
-  bool counts = false;  // for the configuration in force
-};
 
 // The current node's options, and the one that the user asked about.
 class OptionQuery {
@@ -130,15 +124,9 @@ std::vector<StoredValue> OptionQuery::CollectStored() {
   std::vector<std::string> asked = key.set.empty() ? sets : std::vector<std::string>{key.set};
   std::reverse(asked.begin(), asked.end());
   for (const std::string& set : asked) {
-    const auto answer = ParseXml(session.Inspector().ExplainOption(set, key.section, key.name));
-    if (answer == nullptr) continue;
-    for (const CXmlNode* from : answer->GetChildren()) {
-      if (from->NameView() != "From") continue;
-      const auto element = ParseXml(AttributeOf(from, "Text"));
-      stored.push_back({set, AttributeOf(from, "Kind"), AttributeOf(from, "Header"),
-                        AttributeOf(from, "Config"), Unescape(AttributeOf(element.get(), "Value")),
-                        AttributeOf(from, "Current") == "Yes"});
-    }
+    const std::vector<StoredValue> found =
+        ReadStoredValues(set, session.Inspector().ExplainOption(set, key.section, key.name));
+    stored.insert(stored.end(), found.begin(), found.end());
   }
   return stored;
 }

@@ -12,6 +12,7 @@ namespace tarn::host {
 
 // Commands of the project manager that hosts send.
 enum ManagerCommand : std::uint32_t {
+  kCmdApplyOption = 0x8105,
   kCmdInvalidateNode = 0x8106,
   kCmdNewGroup = 0x810C,
   kCmdRebuildAll = 0x8111,
@@ -23,6 +24,7 @@ enum ManagerCommand : std::uint32_t {
   kCmdTranslateNode = 0x8117,
   kCmdSetActiveApplication = 0x8118,
   kCmdSelectConfiguration = 0x8119,
+  kCmdResetOption = 0x811A,
   kCmdResetNodeOptions = 0x811B,
   kCmdStop = 0x811C,
   kCmdBuildApplication = 0x811F,
@@ -125,18 +127,43 @@ class ToolManagerDriver : public COleDispatchDriver {
 // The methods of the options component that the project manager doesn't pass through.
 class OptionsDriver : public COleDispatchDriver {
  public:
+  void BeginUpdate() { InvokeHelper(20, {}); }
+  void EndUpdate() { InvokeHelper(21, {}); }
   std::string GetValuesAsText() { return InvokeText(22, {"", "", ""}); }
+  std::string GetPropertyStringValue(const std::string& set, const std::string& section,
+                                     const std::string& property) {
+    return InvokeText(27, {set, section, property});
+  }
+  std::string GetPropState() { return InvokeText(28, {}); }
+  void SetPropState(const std::string& state) { InvokeHelper(29, {state}); }
   std::string ListProperties(const std::string& set) { return InvokeText(100, {set}); }
   std::string CheckValue(const std::string& set, const std::string& section,
                          const std::string& property, const std::string& value) {
     return InvokeText(101, {set, section, property, value});
   }
   std::string GetDefinitionErrors() { return InvokeText(102, {}); }
+  // The key of what was changed; empty for nothing.
+  std::string Undo() { return InvokeText(103, {}); }
+  std::string Redo() { return InvokeText(104, {}); }
+  // 0 while the values are held.
+  std::int32_t SetChangedProperty(const std::string& set, const std::string& section,
+                                  const std::string& property, const std::string& value) {
+    return InvokeLong(105, {set, section, property, value});
+  }
   void SetNewConfigName(const std::string& name) { InvokeHelper(106, {name}); }
   std::string GetOrigin(const std::string& set, const std::string& section,
                         const std::string& property) {
     return InvokeText(107, {set, section, property});
   }
+  // One a line.
+  std::string ListConfigurations() { return InvokeText(108, {}); }
+  // 0 while the values are held.
+  std::int32_t ResetChangedProperty(const std::string& set, const std::string& section,
+                                    const std::string& property) {
+    return InvokeLong(109, {set, section, property});
+  }
+  std::string GetUndoProperty() { return InvokeText(110, {}); }
+  std::string GetRedoProperty() { return InvokeText(111, {}); }
 };
 
 }  // namespace tarn::host

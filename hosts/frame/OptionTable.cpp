@@ -1,7 +1,9 @@
-#include "hosts/cli/OptionTable.h"
+#include "hosts/frame/OptionTable.h"
 
 #include <algorithm>
+#include <cstdlib>
 
+#include "components/common/ValuesText.h"
 #include "hosts/frame/LogEntry.h"
 #include "platform/text/Text.h"
 
@@ -12,19 +14,28 @@ namespace {
 // What stands for all sets in the definitions.
 constexpr const char* kEverySet = "*";
 
-OptionDefinition ReadProperty(const std::string& set, const std::string& section,
+bool IsOn(const CXmlNode& node, const char* name) {
+  return !EqualNoCase(AttributeOf(&node, name), "No");
+}
+
+OptionDefinition ReadProperty(const std::string& set, const CXmlNode& section,
                               const CXmlNode& node) {
   OptionDefinition option;
   option.set = set;
-  option.section = section;
+  option.section = AttributeOf(&section, "Header");
+  option.sectionLabel = AttributeOf(&section, "Label");
   option.name = AttributeOf(&node, "Header");
   option.type = AttributeOf(&node, "Type");
   option.label = AttributeOf(&node, "Label");
   option.help = AttributeOf(&node, "Help");
   option.defaultValue = AttributeOf(&node, "Default");
+  option.minimum = AttributeOf(&node, "Min");
+  option.maximum = AttributeOf(&node, "Max");
   option.file = AttributeOf(&node, "File");
-  option.removable = !EqualNoCase(AttributeOf(&node, "Removable"), "No");
-  option.shown = !EqualNoCase(AttributeOf(&node, "Shown"), "No");
+  option.command = static_cast<std::uint32_t>(std::atoi(AttributeOf(&node, "Command").c_str()));
+  option.removable = IsOn(node, "Removable");
+  option.shown = IsOn(node, "Shown");
+  option.enabled = IsOn(node, "Enabled");
   for (const CXmlNode* choice : node.GetChildren()) {
     if (choice->NameView() != "Choice") continue;
     option.choices.emplace_back(AttributeOf(choice, "Value"), AttributeOf(choice, "Label"));
@@ -49,15 +60,29 @@ bool ParseOptionKey(const std::string& text, OptionKey& key) {
   return true;
 }
 
+std::vector<StoredValue> ReadStoredValues(const std::string& set, const std::string& explanation) {
+  std::vector<StoredValue> stored;
+  const auto answer = ParseXml(explanation);
+  if (answer == nullptr) return stored;
+  for (const CXmlNode* from : answer->GetChildren()) {
+    if (from->NameView() != "From") continue;
+    const auto element = ParseXml(AttributeOf(from, "Text"));
+    stored.push_back({set, AttributeOf(from, "Kind"), AttributeOf(from, "Header"),
+                      AttributeOf(from, "Config"), Unescape(AttributeOf(element.get(), "Value")),
+                      AttributeOf(from, "Current") == "Yes"});
+  }
+  return stored;
+}
+
 OptionTable::OptionTable(const std::string& xml) {
   const auto root = ParseXml(xml);
   if (root == nullptr) return;
   for (const CXmlNode* set : root->GetChildren()) {
+    setsDefined.push_back({AttributeOf(set, "Header"), AttributeOf(set, "Label")});
     for (const CXmlNode* section : set->GetChildren()) {
       for (const CXmlNode* property : section->GetChildren()) {
         if (property->NameView() != "Property") continue;
-        options.push_back(
-            ReadProperty(AttributeOf(set, "Header"), AttributeOf(section, "Header"), *property));
+        options.push_back(ReadProperty(setsDefined.back().name, *section, *property));
       }
     }
   }
@@ -91,6 +116,13 @@ std::optional<OptionDefinition> OptionTable::Find(const OptionKey& key,
     }
   }
   return std::nullopt;
+}
+
+bool OptionTable::Names(const std::string& set, const std::string& section,
+                        const std::string& name) const {
+  return std::any_of(options.begin(), options.end(), [&](const OptionDefinition& option) {
+    return EqualNoCase(option.set, set) && IsSame(option, section, name);
+  });
 }
 
 std::vector<std::string> OptionTable::GetNames(const std::vector<std::string>& sets) const {
