@@ -57,6 +57,9 @@ void CommandRunner::Run(std::uint32_t command) {
   if (command == kCmdOptionsLoaded) RestoreState();
   if (!Builds(command)) {
     session.Manager().Command(command);
+    const bool showsOptions =
+        command == kCmdShowNodeOptions || command == kCmdShowApplicationOptions;
+    if (showsOptions && onShowOptions) onShowOptions();
     return;
   }
   // Without what is kept of the last builds all would be built anew.

@@ -34,6 +34,8 @@ class CommandRunner : public QObject {
   // A build has begun, or ended. Any of them may be empty.
   std::function<void()> onStarted;
   std::function<void(BuildEnd end)> onEnded;
+  // The user wants to see the options of what has been made the current node.
+  std::function<void()> onShowOptions;
 
  private:
   void OnMessage(const HostEvent& event);

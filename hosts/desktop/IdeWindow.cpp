@@ -13,6 +13,7 @@
 #include <QToolBar>
 #include <cstdlib>
 
+#include "hosts/desktop/OptionsWindow.h"
 #include "hosts/frame/LogEntry.h"
 #include "platform/paths/Paths.h"
 #include "platform/qt/QtText.h"
@@ -27,6 +28,7 @@ constexpr int kProjectWindow = 4003;
 constexpr int kRefreshMs = 250;
 constexpr QSize kFirstSize{1280, 800};
 constexpr int kFirstTreeWidth = 280;
+constexpr int kFirstOptionsWidth = 400;
 constexpr int kFirstOutputHeight = 220;
 
 QString WordFor(BuildEnd end) {
@@ -58,12 +60,14 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   stateLabel = new QLabel(tr("Ready"), this);
   statusBar()->addWidget(stateLabel, 1);
   setDockNestingEnabled(true);
-  // The tree has the whole height, as projects are deep.
+  // The tree has the whole height, as projects are deep; and the options are many.
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+  setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
   setCentralWidget(editors);
   resize(kFirstSize);
   AddFileMenu();
+  AddOptionsDock();
   AnswerMessages();
   ShowTitle();
 }
@@ -199,6 +203,27 @@ void IdeWindow::AddDock(const HostEvent& announcement) {
   resizeDocks({dock}, {kFirstOutputHeight}, Qt::Vertical);
 }
 
+void IdeWindow::AddOptionsDock() {
+  options = new OptionsWindow(*session, this);
+  auto* const dock = new QDockWidget(tr("Options"), this);
+  dock->setObjectName(QString("dock%1").arg(kOptionsPane));
+  dock->setWidget(options);
+  addDockWidget(Qt::RightDockWidgetArea, dock);
+  resizeDocks({dock}, {kFirstOptionsWidth}, Qt::Horizontal);
+  frame.Answer(kMsgPaneCaption, [this, dock](const HostEvent& event) {
+    if (event.lParam != kOptionsPane) return std::intptr_t{1};
+    dock->setWindowTitle(ToQt(event.text));
+    dock->toggleViewAction()->setText(tr("Options"));
+    options->OnNodeLoaded();
+    return std::intptr_t{1};
+  });
+  runner->onShowOptions = [this, dock] {
+    dock->show();
+    dock->raise();
+    options->setFocus();
+  };
+}
+
 void IdeWindow::AddMenu(const std::string& xml) {
   QMenu* const menu = MakeServerMenu(xml, menuCommands, *this);
   menuBar()->addMenu(menu);
@@ -212,11 +237,13 @@ void IdeWindow::AddToolBar(const std::string& xml) {
 }
 
 void IdeWindow::OnBuildStarted() {
+  options->SetBuilding(true);
   buildTime.start();
   stateLabel->setText(tr("Building..."));
 }
 
 void IdeWindow::OnBuildEnded(BuildEnd end) {
+  options->SetBuilding(false);
   const double seconds = static_cast<double>(buildTime.elapsed()) / 1000.0;
   stateLabel->setText(tr("%1 (%2 s)").arg(WordFor(end)).arg(seconds, 0, 'f', 1));
   if (isClosing) close();

@@ -20,6 +20,8 @@ class QToolBar;
 
 namespace tarn::host {
 
+class OptionsWindow;
+
 // The main window: a server with its windows in docks around the editors, its commands in menus and
 // a tool bar, and the state of a build below.
 class IdeWindow : public QMainWindow {
@@ -34,6 +36,7 @@ class IdeWindow : public QMainWindow {
   CommandRunner& Commands() { return *runner; }
   BuildSession& Session() { return *session; }
   EditorTabs& Editors() { return *editors; }
+  OptionsWindow& Options() { return *options; }
 
  protected:
   // Asks for what is not saved, and waits for a build that it stops first.
@@ -43,6 +46,7 @@ class IdeWindow : public QMainWindow {
  private:
   void AnswerMessages();
   void AddDock(const HostEvent& announcement);
+  void AddOptionsDock();
   void AddFileMenu();
   void ChooseProject();
   // `path` may be relative to the project's folder.
@@ -61,6 +65,7 @@ class IdeWindow : public QMainWindow {
   FileSystem& files;
   QtDialogs dialogs;  // what the server asks its user
   EditorTabs* editors = nullptr;
+  OptionsWindow* options = nullptr;
   QDockWidget* lastBottomDock = nullptr;
   QToolBar* serverBar = nullptr;
   QLabel* stateLabel = nullptr;

@@ -14,6 +14,7 @@ namespace tarn::host {
 enum ManagerCommand : std::uint32_t {
   kCmdApplyOption = 0x8105,
   kCmdInvalidateNode = 0x8106,
+  kCmdShowNodeOptions = 0x810B,
   kCmdNewGroup = 0x810C,
   kCmdRebuildAll = 0x8111,
   kCmdBuildAll = 0x8112,
@@ -28,6 +29,7 @@ enum ManagerCommand : std::uint32_t {
   kCmdResetNodeOptions = 0x811B,
   kCmdStop = 0x811C,
   kCmdBuildApplication = 0x811F,
+  kCmdShowApplicationOptions = 0x8121,
   kCmdAddConfiguration = 0x8138,
   kCmdRemoveNode = 0xE120,
   kCmdCopyNode = 0xE122,

@@ -1,0 +1,303 @@
+#include "hosts/desktop/NodeOptions.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr const char* kGeneral = "General";
+constexpr const char* kInternal = "Internal";
+constexpr const char* kStandard = "Standard";
+
+OptionKind KindOf(std::string_view type) {
+  struct Row {
+    std::string_view name;
+    OptionKind kind;
+  };
+  constexpr std::array<Row, 7> rows = {{{"number", OptionKind::Number},
+                                        {"yesno", OptionKind::YesNo},
+                                        {"choice", OptionKind::Choice},
+                                        {"file", OptionKind::File},
+                                        {"folder", OptionKind::Folder},
+                                        {"paths", OptionKind::Paths},
+                                        {"list", OptionKind::List}}};
+  for (const Row& row : rows) {
+    if (EqualNoCase(row.name, type)) return row.kind;
+  }
+  return OptionKind::Text;
+}
+
+// The node's name and kind go first, and what tells of the project window goes last.
+int RankOf(const std::string& section) {
+  if (EqualNoCase(section, kGeneral)) return 0;
+  return IsInternalSection(section) ? 2 : 1;
+}
+
+std::vector<OptionSection> InSections(std::vector<OptionRow> rows) {
+  std::vector<OptionSection> sections;
+  for (OptionRow& row : rows) {
+    const std::string& name = row.definition.section;
+    if (sections.empty() || !EqualNoCase(sections.back().name, name)) {
+      sections.push_back({name, row.definition.sectionLabel, {}});
+    }
+    sections.back().rows.push_back(std::move(row));
+  }
+  std::stable_sort(sections.begin(), sections.end(),
+                   [](const auto& a, const auto& b) { return RankOf(a.name) < RankOf(b.name); });
+  return sections;
+}
+
+// A value that is nothing but $(Set.Section.Property).
+bool IsReference(const std::string& written, OptionKey& key) {
+  const std::string_view text = written;
+  if (!text.starts_with("$(") || !text.ends_with(")")) return false;
+  const std::string inner(text.substr(2, text.size() - 3));
+  return inner.find_first_of("$()?:") == inner.npos && ParseOptionKey(inner, key);
+}
+
+bool HasName(const std::vector<std::string>& names, const std::string& name) {
+  return std::any_of(names.begin(), names.end(),
+                     [&name](const std::string& each) { return EqualNoCase(each, name); });
+}
+
+// Kinds of nodes that have a tool of their own are those whose options are worth setting further
+// out.
+std::vector<OptionSet> SetsWithTools(const OptionTable& table) {
+  std::vector<OptionSet> found;
+  for (const OptionSet& set : table.GetSets()) {
+    if (set.name != "*" && table.Names(set.name, "Build", "TranslateTool")) found.push_back(set);
+  }
+  return found;
+}
+
+}  // namespace
+
+bool IsInternalSection(std::string_view name) {
+  return EqualNoCase(name, kInternal);
+}
+
+std::vector<OptionSection> FilterSections(const std::vector<OptionSection>& sections,
+                                          std::string_view filter) {
+  const std::vector<std::string_view> words = Split(filter, ' ');
+  std::vector<OptionSection> found;
+  for (const OptionSection& section : sections) {
+    OptionSection rest{section.name, section.label, {}};
+    for (const OptionRow& row : section.rows) {
+      const OptionDefinition& option = row.definition;
+      const std::string text = FoldCase(section.label + "\n" + option.label + "\n" +
+                                        option.GetKey() + "\n" + option.help);
+      const bool isWanted = std::all_of(words.begin(), words.end(), [&text](std::string_view word) {
+        return text.find(FoldCase(word)) != text.npos;
+      });
+      if (isWanted) rest.rows.push_back(row);
+    }
+    if (!rest.rows.empty()) found.push_back(std::move(rest));
+  }
+  return found;
+}
+
+std::vector<std::string> SplitList(std::string_view value) {
+  std::vector<std::string> entries;
+  for (const std::string_view part : Split(value, ';')) {
+    const std::string_view entry = Trim(part);
+    if (!entry.empty()) entries.emplace_back(entry);
+  }
+  return entries;
+}
+
+std::string JoinList(const std::vector<std::string>& entries) {
+  std::string value;
+  for (const std::string& entry : entries) {
+    if (!value.empty()) value += ';';
+    value += entry;
+  }
+  return value;
+}
+
+std::string NodeOptions::ReadMark() {
+  OptionsDriver& options = session.Options();
+  return options.GetValuesAsText() + "\n" + options.ListConfigurations() + "\n" +
+         options.GetUndoProperty() + "\n" + options.GetRedoProperty();
+}
+
+OptionSheet NodeOptions::Read(const std::string& set) {
+  const OptionValues values = OptionValues::FromText(session.Options().GetValuesAsText());
+  OptionSheet sheet;
+  sheet.ownSet = values.GetOwnSet();
+  if (sheet.ownSet.empty()) return sheet;
+  sheet.node = values.Get(sheet.ownSet, kGeneral, "Header");
+  sheet.folder = values.Get("", kGeneral, "ApplicationDir");
+  sheet.configuration = values.GetConfig();
+  const std::string configurations = session.Options().ListConfigurations();
+  for (const std::string_view line : Split(configurations, '\n')) {
+    if (!line.empty()) sheet.configurations.emplace_back(line);
+  }
+  // The usual one and the one in force need no entry.
+  for (const std::string& name : {sheet.configuration, std::string(kStandard)}) {
+    if (!name.empty() && !HasName(sheet.configurations, name)) {
+      sheet.configurations.insert(sheet.configurations.begin(), name);
+    }
+  }
+
+  const OptionTable all(session.Options().ListProperties(""));
+  // What a project has set is not handed on to its applications.
+  const bool isFile = !values.Get(sheet.ownSet, kGeneral, "NodePath").empty();
+  const bool isProject = !values.Get(sheet.ownSet, kGeneral, "ProjectPath").empty();
+  for (const OptionSet& each : SetsWithTools(all)) {
+    const bool isOuter =
+        EqualNoCase(each.name, sheet.ownSet) || HasName(values.GetOuterSets(), each.name);
+    if (!isFile && !isProject && !isOuter) sheet.innerSets.push_back(each);
+  }
+  const bool isInner = std::any_of(sheet.innerSets.begin(), sheet.innerSets.end(),
+                                   [&set](const auto& each) { return each.name == set; });
+  sheet.set = isInner ? set : sheet.ownSet;
+
+  const OptionTable table(session.Options().ListProperties(sheet.set));
+  std::vector<OptionRow> rows;
+  for (const OptionDefinition& option : table.GetOf(sheet.set)) {
+    // A kind of node has no name of its own.
+    if (!option.shown || (isInner && EqualNoCase(option.section, kGeneral))) continue;
+    rows.push_back(ReadRow(option, values));
+  }
+  sheet.sections = InSections(std::move(rows));
+  sheet.undo = LabelOf(session.Options().GetUndoProperty());
+  sheet.redo = LabelOf(session.Options().GetRedoProperty());
+  return sheet;
+}
+
+OptionRow NodeOptions::ReadRow(const OptionDefinition& definition, const OptionValues& values) {
+  const std::string& set = definition.set;
+  OptionRow row;
+  row.definition = definition;
+  row.kind = KindOf(definition.type);
+  row.value = session.Manager().GetPropertyValue(set, definition.section, definition.name);
+  row.shown = session.Options().GetPropertyStringValue(set, definition.section, definition.name);
+  const std::string* const raw = values.Find(set, definition.section, definition.name);
+  row.written = raw != nullptr ? *raw : definition.defaultValue;
+  FindSource(row);
+  const bool isType =
+      EqualNoCase(definition.section, kGeneral) && EqualNoCase(definition.name, "Type");
+  // The name of the node's element says it as long as nobody changes it.
+  if (isType && row.value.empty()) row.written = row.value = row.shown = set;
+  return row;
+}
+
+void NodeOptions::FindSource(OptionRow& row) {
+  const OptionDefinition& option = row.definition;
+  const std::string origin = session.Options().GetOrigin(option.set, option.section, option.name);
+  OptionKey referred;
+  if (origin == "own") {
+    row.source = OptionSource::Own;
+  } else if (origin == "inherited") {
+    row.source = OptionSource::Inherited;
+    for (const StoredValue& stored : Explain(option)) {
+      if (!stored.counts) continue;
+      row.sourceKind = stored.kind;
+      row.sourceLabel = stored.label;
+    }
+  } else if (!row.value.empty() && IsReference(row.written, referred)) {
+    row.source = OptionSource::Reference;
+    row.sourceLabel = session.Manager().GetPropertyValue(referred.set, kGeneral, "Header");
+    row.sourceKind = referred.set;
+    if (referred.set.empty() || row.sourceLabel.empty()) row.source = OptionSource::Definition;
+  } else if (!row.value.empty()) {
+    row.source = OptionSource::Definition;
+  }
+}
+
+std::vector<StoredValue> NodeOptions::Explain(const OptionDefinition& option) {
+  return ReadStoredValues(
+      option.set, session.Inspector().ExplainOption(option.set, option.section, option.name));
+}
+
+std::string NodeOptions::Check(const OptionDefinition& option, const std::string& value) {
+  return session.Options().CheckValue(option.set, option.section, option.name, value);
+}
+
+// While the options of all nodes are being made known in the background, values are held; between
+// two of its steps the node in hand is the user's. `change` fails for no other reason.
+bool NodeOptions::Unheld(const std::function<bool()>& change) {
+  if (change()) return true;
+  session.Options().EndUpdate();
+  const bool isDone = change();
+  session.Options().BeginUpdate();
+  return isDone;
+}
+
+bool NodeOptions::Set(const OptionDefinition& option, const std::string& value) {
+  const bool isTaken = Unheld([&] {
+    return session.Options().SetChangedProperty(option.set, option.section, option.name, value) !=
+           0;
+  });
+  if (isTaken) session.Manager().Command(option.command);
+  return isTaken;
+}
+
+bool NodeOptions::Reset(const OptionDefinition& option) {
+  const bool isTaken = Unheld([&] {
+    return session.Options().ResetChangedProperty(option.set, option.section, option.name) != 0;
+  });
+  if (isTaken) session.Manager().Command(kCmdResetOption);
+  return isTaken;
+}
+
+bool NodeOptions::Undo() {
+  std::string key = session.Options().GetUndoProperty();
+  if (key.empty()) return false;
+  Unheld([&] { return !(key = session.Options().Undo()).empty(); });
+  return Follow(key);
+}
+
+bool NodeOptions::Redo() {
+  std::string key = session.Options().GetRedoProperty();
+  if (key.empty()) return false;
+  Unheld([&] { return !(key = session.Options().Redo()).empty(); });
+  return Follow(key);
+}
+
+namespace {
+
+// The option of a whole key; nothing when it is not defined.
+std::optional<OptionDefinition> FindByKey(OptionsDriver& options, const std::string& text) {
+  OptionKey key;
+  if (!ParseOptionKey(text, key)) return {};
+  return OptionTable(options.ListProperties(key.set)).Find(key, {key.set});
+}
+
+}  // namespace
+
+// Has the project store what the options component has changed.
+bool NodeOptions::Follow(const std::string& key) {
+  const std::optional<OptionDefinition> option = FindByKey(session.Options(), key);
+  if (!option) return false;
+  const bool isOwn =
+      session.Options().GetOrigin(option->set, option->section, option->name) == "own";
+  session.Manager().Command(isOwn ? option->command : std::uint32_t{kCmdResetOption});
+  return true;
+}
+
+std::string NodeOptions::LabelOf(const std::string& key) {
+  const std::optional<OptionDefinition> option = FindByKey(session.Options(), key);
+  return option ? option->label : std::string();
+}
+
+void NodeOptions::ResetAll() {
+  session.Manager().Command(kCmdResetNodeOptions);
+}
+
+void NodeOptions::SelectConfiguration(const std::string& name) {
+  session.Options().SetNewConfigName(name);
+  session.Manager().Command(kCmdSelectConfiguration);
+}
+
+void NodeOptions::AddConfiguration(const std::string& name) {
+  session.Options().SetNewConfigName(name);
+  session.Manager().Command(kCmdAddConfiguration);
+  session.Manager().Command(kCmdSelectConfiguration);
+}
+
+}  // namespace tarn::host

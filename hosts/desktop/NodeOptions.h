@@ -1,0 +1,119 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "components/common/OptionValues.h"
+#include "hosts/frame/BuildSession.h"
+#include "hosts/frame/OptionTable.h"
+
+namespace tarn::host {
+
+// How a value is shown and edited.
+enum class OptionKind { Text, Number, YesNo, Choice, File, Folder, Paths, List };
+
+// What a user is told of where a value comes from.
+enum class OptionSource {
+  Own,         // set at the node itself
+  Inherited,   // set further out
+  Reference,   // the default, which says that another option counts
+  Definition,  // the default
+  Nothing,
+};
+
+// An option of the node, with its value.
+struct OptionRow {
+  OptionDefinition definition;
+  OptionKind kind = OptionKind::Text;
+  OptionSource source = OptionSource::Nothing;
+  std::string sourceKind;   // of the level that it is inherited from: "application", "group", ...
+  std::string sourceLabel;  // of that level, or the name of the option that is referred to
+  std::string written;      // as it was set, macros and all
+  std::string value;        // with macros resolved
+  std::string shown;        // the value by its label, where it has one
+
+  bool IsOwn() const { return source == OptionSource::Own; }
+  bool MayReset() const { return IsOwn() && definition.removable; }
+  bool HasMacros() const { return written != value; }
+  std::string GetKey() const { return definition.set + "." + definition.GetKey(); }
+};
+
+struct OptionSection {
+  std::string name, label;
+  std::vector<OptionRow> rows;
+};
+
+// Everything that the options window shows of a node.
+struct OptionSheet {
+  std::string node;    // its label
+  std::string set;     // whose options these are
+  std::string ownSet;  // of the node itself
+  // The kinds of nodes further in that values can be set for here; none for a file.
+  std::vector<OptionSet> innerSets;
+  std::string folder;         // of the application, from which relative paths count
+  std::string configuration;  // in force
+  std::vector<std::string> configurations;
+  std::vector<OptionSection> sections;
+  std::string undo, redo;  // labels of the options that these would change; empty for none
+};
+
+// The section that tells of the project window, which hardly anybody changes.
+bool IsInternalSection(std::string_view name);
+
+// The rows in which every word of `filter` is found: in label, name, help or the section's label,
+// whatever the case.
+std::vector<OptionSection> FilterSections(const std::vector<OptionSection>& sections,
+                                          std::string_view filter);
+
+// The texts of a list that are separated by semicolons, blanks around them taken off and empty ones
+// left out; and back.
+std::vector<std::string> SplitList(std::string_view value);
+std::string JoinList(const std::vector<std::string>& entries);
+
+// The options of the node that the server has made current, and their changes. Not while a build
+// runs, when the server has another node in hand now and then.
+//
+// Borrows the session. On the host's thread.
+class NodeOptions {
+ public:
+  explicit NodeOptions(BuildSession& buildSession) : session(buildSession) {}
+
+  // The options of `set`, of the node's own when it is empty or not one that it has.
+  OptionSheet Read(const std::string& set);
+  // A text that is another one whenever Read gives another sheet.
+  std::string ReadMark();
+  // What was stored for an option on the way from the application to the node.
+  std::vector<StoredValue> Explain(const OptionDefinition& option);
+
+  // Why the value can't be taken; empty when it can.
+  std::string Check(const OptionDefinition& option, const std::string& value);
+  // Each gives false when the server doesn't take the change now.
+  bool Set(const OptionDefinition& option, const std::string& value);
+  bool Reset(const OptionDefinition& option);
+  bool Undo();
+  bool Redo();
+  // Takes away what is stored at the node, in all configurations. There is no way back.
+  void ResetAll();
+
+  void SelectConfiguration(const std::string& name);
+  // Adds a configuration to the application and selects it.
+  void AddConfiguration(const std::string& name);
+
+  // How the window looks, a text that the server keeps for each node.
+  std::string GetViewState() { return session.Options().GetPropState(); }
+  void SetViewState(const std::string& state) { session.Options().SetPropState(state); }
+
+ private:
+  OptionRow ReadRow(const OptionDefinition& definition, const OptionValues& values);
+  void FindSource(OptionRow& row);
+  std::string LabelOf(const std::string& key);
+  bool Follow(const std::string& key);
+  bool Unheld(const std::function<bool()>& change);
+
+  BuildSession& session;
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,285 @@
+#include "hosts/desktop/OptionsDelegate.h"
+
+#include <QApplication>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPainterPath>
+#include <QToolTip>
+#include <QTreeView>
+
+#include "hosts/desktop/OptionEditors.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr int kRowPadding = 8;  // above and below the text together
+constexpr int kResetSize = 18;  // the button, square
+constexpr int kBubbleMargin = 6;
+
+bool IsDark(const QPalette& palette) {
+  return palette.color(QPalette::Base).lightness() < 128;
+}
+
+QRect ResetRect(const QRect& cell) {
+  return QRect(cell.right() - kResetSize - 1, cell.center().y() - kResetSize / 2 + 1, kResetSize,
+               kResetSize);
+}
+
+// An arrow that goes back in a circle.
+void DrawReset(QPainter& painter, const QRect& place, const QColor& colour) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QRectF circle = QRectF(place).adjusted(4.5, 4.5, -4.5, -4.5);
+  QPainterPath arc;
+  arc.arcMoveTo(circle, 150);
+  arc.arcTo(circle, 150, -290);
+  painter.setPen(QPen(colour, 1.5, Qt::SolidLine, Qt::RoundCap));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawPath(arc);
+  QPainterPath start;
+  start.arcMoveTo(circle, 150);
+  const QPointF tip = start.currentPosition();
+  const QPolygonF head{tip + QPointF(-2.2, -4), tip + QPointF(-1.6, 2), tip + QPointF(3.8, -0.6)};
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colour);
+  painter.drawPolygon(head);
+  painter.restore();
+}
+
+}  // namespace
+
+OptionsDelegate::OptionsDelegate(QTreeView& treeView)
+    : QStyledItemDelegate(&treeView), view(treeView) {}
+
+const OptionRow* OptionsDelegate::RowOf(const QModelIndex& index) const {
+  const auto* const model = dynamic_cast<const OptionsModel*>(index.model());
+  return model == nullptr ? nullptr : model->RowAt(index);
+}
+
+bool OptionsDelegate::HasResetButton(const QModelIndex& index) const {
+  if (index.column() != OptionsModel::kSourceColumn) return false;
+  const OptionRow* const row = RowOf(index);
+  const auto* const model = dynamic_cast<const OptionsModel*>(index.model());
+  return row != nullptr && row->MayReset() && model->MayEdit(index);
+}
+
+void OptionsDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                            const QModelIndex& index) const {
+  QStyleOptionViewItem cell = option;
+  // The whole row says what has the keyboard.
+  cell.state &= ~QStyle::State_HasFocus;
+  if (!HasResetButton(index)) {
+    QStyledItemDelegate::paint(painter, cell, index);
+    return;
+  }
+  const QRect place = ResetRect(option.rect);
+  const bool isSelected = (option.state & QStyle::State_Selected) != 0;
+  if (isSelected) {
+    const QPalette::ColorGroup group =
+        (option.state & QStyle::State_Active) != 0 ? QPalette::Active : QPalette::Inactive;
+    painter->fillRect(option.rect, option.palette.color(group, QPalette::Highlight));
+  }
+  cell.rect.setRight(place.left() - 2);
+  QStyledItemDelegate::paint(painter, cell, index);
+  DrawReset(*painter, place,
+            option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
+}
+
+QSize OptionsDelegate::sizeHint(const QStyleOptionViewItem& option,
+                                const QModelIndex& index) const {
+  QSize size = QStyledItemDelegate::sizeHint(option, index);
+  size.setHeight(QFontMetrics(view.font()).height() + kRowPadding);
+  return size;
+}
+
+QWidget* OptionsDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
+                                       const QModelIndex& index) const {
+  const OptionRow* const row = RowOf(index);
+  if (row == nullptr) return nullptr;
+  auto* const self = const_cast<OptionsDelegate*>(this);
+  edited = index;
+  hasText = false;
+  if (row->kind == OptionKind::Choice) {
+    auto* const editor = new ChoiceEditor(*row, parent);
+    QObject::connect(editor, &QComboBox::activated, self, [self, editor] { self->Finish(editor); });
+    editor->onClosed = [self, editor] { self->Close(editor); };
+    open = editor;
+    return editor;
+  }
+  auto* const editor = new TextEditor(*row, baseFolder, parent);
+  editor->Line()->installEventFilter(self);
+  QObject::connect(editor->Line(), &QLineEdit::textEdited, self, [self, editor] {
+    self->hasText = true;
+    self->Fits(*editor);
+  });
+  editor->onChosen = [self, editor] { self->Finish(editor); };
+  open = editor;
+  return editor;
+}
+
+void OptionsDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+  const QString text = index.data(Qt::EditRole).toString();
+  if (auto* const choice = dynamic_cast<ChoiceEditor*>(editor)) {
+    choice->SetText(text);
+  } else if (auto* const line = dynamic_cast<TextEditor*>(editor); line != nullptr && !hasText) {
+    // News from the server must not take away what the user is writing.
+    line->SetText(text);
+    line->Line()->selectAll();
+  }
+}
+
+void OptionsDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
+                                   const QModelIndex& index) const {
+  if (const auto* const choice = dynamic_cast<ChoiceEditor*>(editor)) {
+    if (choice->IsInherit()) {
+      if (onReset) onReset(index);
+    } else {
+      model->setData(index, choice->GetText(), Qt::EditRole);
+    }
+  } else if (const auto* const text = dynamic_cast<TextEditor*>(editor)) {
+    model->setData(index, text->GetText(), Qt::EditRole);
+  }
+}
+
+void OptionsDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                           const QModelIndex&) const {
+  editor->setGeometry(option.rect);
+}
+
+void OptionsDelegate::destroyEditor(QWidget* editor, const QModelIndex& index) const {
+  delete bubble.data();
+  edited = QPersistentModelIndex();
+  QStyledItemDelegate::destroyEditor(editor, index);
+}
+
+bool OptionsDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
+                                  const QStyleOptionViewItem& option, const QModelIndex& index) {
+  if (event->type() == QEvent::MouseButtonRelease && HasResetButton(index)) {
+    const auto* const mouse = static_cast<QMouseEvent*>(event);
+    const bool isHit = ResetRect(option.rect).contains(mouse->position().toPoint());
+    if (mouse->button() == Qt::LeftButton && isHit) {
+      if (onReset) onReset(index);
+      return true;
+    }
+  }
+  return QStyledItemDelegate::editorEvent(event, model, option, index);
+}
+
+bool OptionsDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* itemView,
+                                const QStyleOptionViewItem& option, const QModelIndex& index) {
+  const bool isTip = event->type() == QEvent::ToolTip && HasResetButton(index);
+  if (isTip && ResetRect(option.rect).contains(event->pos())) {
+    QToolTip::showText(event->globalPos(), tr("Back to the inherited value (Del)"), itemView);
+    return true;
+  }
+  return QStyledItemDelegate::helpEvent(event, itemView, option, index);
+}
+
+bool OptionsDelegate::Fits(QWidget& editor) {
+  const OptionRow* const row = RowOf(edited);
+  const auto* const text = dynamic_cast<TextEditor*>(&editor);
+  QString problem;
+  if (row != nullptr && text != nullptr && check && text->GetText() != EditText(*row)) {
+    problem = check(*row, text->GetText());
+  }
+  ShowProblem(editor, problem);
+  return problem.isEmpty();
+}
+
+void OptionsDelegate::ShowProblem(QWidget& editor, const QString& problem) {
+  auto* const text = dynamic_cast<TextEditor*>(&editor);
+  if (text != nullptr) {
+    QPalette colours = view.palette();
+    if (!problem.isEmpty()) {
+      colours.setColor(QPalette::Base, IsDark(colours) ? QColor(0x5c2323) : QColor(0xffe3e0));
+    }
+    text->Line()->setPalette(colours);
+    text->Line()->setAccessibleDescription(problem);
+  }
+  if (problem.isEmpty()) {
+    delete bubble.data();
+    return;
+  }
+  if (!bubble) {
+    bubble = new QLabel(view.viewport());
+    bubble->setObjectName("problem");
+    bubble->setWordWrap(true);
+    bubble->setMargin(kBubbleMargin);
+    bubble->setFrameStyle(QFrame::Box | QFrame::Plain);
+    bubble->setAutoFillBackground(true);
+    const bool isDark = IsDark(view.palette());
+    QPalette colours = view.palette();
+    colours.setColor(QPalette::Window, isDark ? QColor(0x3a1c1c) : QColor(0xfff4f2));
+    colours.setColor(QPalette::WindowText, isDark ? QColor(0xffb4ab) : QColor(0xa3140a));
+    bubble->setPalette(colours);
+  }
+  bubble->setText(problem);
+  // Below the field, or above when there is no room.
+  const int width = view.viewport()->width() - 2 * kBubbleMargin;
+  const int height = bubble->heightForWidth(width);
+  const QRect field = editor.geometry();
+  const bool isBelow = field.bottom() + height + 2 < view.viewport()->height();
+  bubble->setGeometry(kBubbleMargin, isBelow ? field.bottom() + 2 : field.top() - height - 2, width,
+                      height);
+  bubble->show();
+  bubble->raise();
+}
+
+// Hands the value on and closes the editor, unless it is one that can't be taken.
+void OptionsDelegate::Finish(QWidget* editor) {
+  if (editor != open || !Fits(*editor)) return;
+  Q_EMIT commitData(editor);
+  Close(editor);
+}
+
+// An editor that is taken away loses the keyboard, which is no reason to do it again.
+void OptionsDelegate::Close(QWidget* editor) {
+  if (editor != open) return;
+  open.clear();
+  Q_EMIT closeEditor(editor, NoHint);
+}
+
+bool OptionsDelegate::OnKey(QWidget* editor, int key) {
+  switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+      Finish(editor);
+      return true;
+    case Qt::Key_Escape:
+      Close(editor);
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool OptionsDelegate::eventFilter(QObject* object, QEvent* event) {
+  auto* editor = qobject_cast<QWidget*>(object);
+  if (editor == nullptr) return false;
+  if (editor->parentWidget() != view.viewport()) editor = editor->parentWidget();
+  const auto* const text = dynamic_cast<TextEditor*>(editor);
+  switch (event->type()) {
+    case QEvent::KeyPress:
+      return OnKey(editor, static_cast<QKeyEvent*>(event)->key());
+    case QEvent::ShortcutOverride:
+      if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) event->accept();
+      return false;
+    case QEvent::FocusOut: {
+      // A menu of the line or its dialog takes the keyboard for a while.
+      const bool isLent =
+          QApplication::activePopupWidget() != nullptr || (text != nullptr && text->IsDialogOpen());
+      if (text != nullptr && !isLent) Finish(editor);
+      return false;
+    }
+    default:
+      return false;
+  }
+}
+
+}  // namespace tarn::host

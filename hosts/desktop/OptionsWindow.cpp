@@ -1,0 +1,422 @@
+#include "hosts/desktop/OptionsWindow.h"
+
+#include <QBoxLayout>
+#include <QClipboard>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QSplitter>
+#include <QTextBrowser>
+#include <QToolButton>
+#include <algorithm>
+
+#include "hosts/desktop/OptionsGrid.h"
+#include "hosts/frame/ProjectTemplate.h"
+#include "platform/qt/QtText.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+// While the options of all nodes are made known, news come a hundred times a second.
+constexpr int kRefreshMs = 80;
+constexpr int kMargin = 6;
+constexpr int kHelpHeight = 130;
+constexpr const char* kCollapsed = "Collapsed=";
+constexpr const char* kSelected = "Selected=";
+
+QString Html(const std::string& text) {
+  return ToQt(text).toHtmlEscaped();
+}
+
+QString WordForRange(const OptionDefinition& option) {
+  const QString least = Html(option.minimum);
+  const QString most = Html(option.maximum);
+  if (!least.isEmpty() && !most.isEmpty())
+    return OptionsWindow::tr("From %1 to %2.").arg(least, most);
+  if (!least.isEmpty()) return OptionsWindow::tr("At least %1.").arg(least);
+  return most.isEmpty() ? QString() : OptionsWindow::tr("At most %1.").arg(most);
+}
+
+QString DescribeStored(const StoredValue& stored) {
+  OptionRow row;
+  row.source = OptionSource::Inherited;
+  row.sourceKind = stored.kind;
+  row.sourceLabel = stored.label;
+  const QString line =
+      OptionsWindow::tr("%1 for %2: %3")
+          .arg(DescribeSource(row).toHtmlEscaped(), Html(stored.configuration),
+               stored.value.empty() ? OptionsWindow::tr("nothing") : Html(stored.value));
+  return stored.counts ? line : "<span style='opacity:0.6'>" + line + "</span>";
+}
+
+}  // namespace
+
+OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
+    : QWidget(parent), options(session), collapsed{"Internal"} {
+  setObjectName("options");
+  grid = new OptionsGrid(this);
+  help = new QTextBrowser(this);
+  help->setAccessibleName(tr("What the option means"));
+  help->setFrameShape(QFrame::NoFrame);
+  help->setTabChangesFocus(true);
+  help->setOpenLinks(false);
+  help->document()->setDocumentMargin(kMargin + 2);
+  auto* const splitter = new QSplitter(Qt::Vertical, this);
+  splitter->addWidget(grid);
+  splitter->addWidget(help);
+  splitter->setStretchFactor(0, 1);
+  splitter->setSizes({400, kHelpHeight});
+  notice = new QLabel(this);
+  notice->setObjectName("notice");
+  notice->setWordWrap(true);
+  notice->setMargin(kMargin);
+  notice->setAutoFillBackground(true);
+  notice->setBackgroundRole(QPalette::ToolTipBase);
+  notice->setForegroundRole(QPalette::ToolTipText);
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(MakeHead());
+  layout->addWidget(notice);
+  layout->addWidget(splitter, 1);
+
+  grid->Model().onChange = [this](OptionRow row, const QString& value) {
+    return Change(row, value);
+  };
+  grid->Delegate().check = [this](const OptionRow& row, const QString& value) {
+    return Check(row, value);
+  };
+  grid->Delegate().onReset = [this](const QModelIndex& index) {
+    if (const OptionRow* const row = grid->Model().RowAt(index)) Reset(OptionRow(*row));
+  };
+  grid->onCurrentChanged = [this] {
+    ShowHelp();
+    SaveView();
+  };
+  connect(grid, &QTreeView::expanded, this, [this] { SaveView(); });
+  connect(grid, &QTreeView::collapsed, this, [this] { SaveView(); });
+  grid->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(grid, &QWidget::customContextMenuRequested, this,
+          [this](const QPoint& place) { ShowMenu(place); });
+  refreshTimer.setSingleShot(true);
+  refreshTimer.setInterval(kRefreshMs);
+  connect(&refreshTimer, &QTimer::timeout, this, [this] { Refresh(); });
+  MakeActions();
+  ShowState();
+}
+
+void OptionsWindow::MakeActions() {
+  const auto add = [this](QAction& action, const QString& text, const QKeySequence& keys,
+                          auto onTriggered) {
+    action.setText(text);
+    action.setShortcut(keys);
+    action.setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(&action, &QAction::triggered, this, onTriggered);
+    addAction(&action);
+  };
+  const auto again = [this] { refreshTimer.start(0); };
+  add(undo, tr("Undo"), QKeySequence::Undo, [this, again] {
+    if (!isBuilding && options.Undo()) again();
+  });
+  add(redo, tr("Redo"), QKeySequence::Redo, [this, again] {
+    if (!isBuilding && options.Redo()) again();
+  });
+  redo.setShortcuts(
+      {QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
+  add(resetOne, tr("Reset"), {}, [this] {
+    if (const OptionRow* const row = grid->CurrentRow()) Reset(OptionRow(*row));
+  });
+  add(resetAll, tr("Reset all options of this node..."), {}, [this] { ResetAll(); });
+  add(copyName, tr("Copy name"), {}, [this] {
+    if (const OptionRow* const row = grid->CurrentRow()) {
+      QGuiApplication::clipboard()->setText(ToQt(row->GetKey()));
+    }
+  });
+  add(explain, tr("Explain"), {}, [this] { help->setFocus(); });
+}
+
+QWidget* OptionsWindow::MakeHead() {
+  auto* const head = new QWidget(this);
+  auto* const layout = new QGridLayout(head);
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  layout->setSpacing(kMargin);
+  const auto addChoice = [&](int row, const QString& text, QLabel*& label) {
+    auto* const combo = new QComboBox(head);
+    combo->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    combo->setMinimumContentsLength(6);
+    label = new QLabel(text, head);
+    label->setBuddy(combo);
+    layout->addWidget(label, row, 0);
+    layout->addWidget(combo, row, 1, 1, row == 0 ? 1 : 2);
+    return combo;
+  };
+  QLabel* configurationLabel = nullptr;
+  configurations = addChoice(0, tr("Confi&guration:"), configurationLabel);
+  configurations->setObjectName("configurations");
+  configurations->setAccessibleName(tr("Configuration"));
+  connect(configurations, &QComboBox::textActivated, this,
+          [this](const QString& name) { ChooseConfiguration(name); });
+  auto* const add = new QToolButton(head);
+  add->setText("+");
+  add->setToolTip(tr("Add a configuration..."));
+  add->setAccessibleName(tr("Add a configuration"));
+  connect(add, &QToolButton::clicked, this, [this] { AddConfiguration(); });
+  layout->addWidget(add, 0, 2);
+  sets = addChoice(1, tr("&Options of:"), setLabel);
+  sets->setObjectName("sets");
+  sets->setAccessibleName(tr("Options of"));
+  connect(sets, &QComboBox::activated, this, [this] {
+    chosenSet = FromQt(sets->currentData().toString());
+    mark.clear();
+    Refresh();
+  });
+  filter = new QLineEdit(head);
+  filter->setObjectName("filter");
+  filter->setPlaceholderText(tr("Search options"));
+  filter->setAccessibleName(tr("Search options"));
+  filter->setClearButtonEnabled(true);
+  connect(filter, &QLineEdit::textChanged, this, [this] { ShowRows(); });
+  layout->addWidget(filter, 2, 0, 1, 3);
+  auto* const find = new QAction(this);
+  find->setShortcut(QKeySequence::Find);
+  find->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  connect(find, &QAction::triggered, filter, [this] {
+    filter->setFocus();
+    filter->selectAll();
+  });
+  addAction(find);
+  return head;
+}
+
+void OptionsWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  refreshTimer.start(0);
+}
+
+void OptionsWindow::OnNodeLoaded() {
+  if (!isBuilding) {
+    if (!refreshTimer.isActive()) refreshTimer.start();
+  } else if (isVisible()) {
+    // The build has another node in hand by the time that the loop comes round.
+    Show(options.Read(chosenSet));
+  }
+}
+
+void OptionsWindow::SetBuilding(bool on) {
+  isBuilding = on;
+  ShowState();
+  mark.clear();
+  if (!on) refreshTimer.start(0);
+}
+
+void OptionsWindow::Refresh() {
+  if (isBuilding || !isVisible()) return;
+  std::string newMark = options.ReadMark();
+  if (newMark == mark) return;
+  mark = std::move(newMark);
+  Show(options.Read(chosenSet));
+}
+
+void OptionsWindow::Show(OptionSheet newSheet) {
+  sheet = std::move(newSheet);
+  grid->Delegate().baseFolder = ToQt(sheet.folder);
+  ShowChoices();
+  ShowRows();
+  ShowState();
+}
+
+void OptionsWindow::ShowChoices() {
+  configurations->clear();
+  for (const std::string& name : sheet.configurations) configurations->addItem(ToQt(name));
+  for (std::size_t i = 0; i < sheet.configurations.size(); ++i) {
+    if (EqualNoCase(sheet.configurations[i], sheet.configuration)) {
+      configurations->setCurrentIndex(static_cast<int>(i));
+    }
+  }
+  sets->clear();
+  sets->addItem(ToQt(sheet.node), ToQt(sheet.ownSet));
+  for (const OptionSet& each : sheet.innerSets) {
+    sets->addItem(tr("%1 in %2").arg(ToQt(each.label), ToQt(sheet.node)), ToQt(each.name));
+  }
+  sets->setCurrentIndex(std::max(sets->findData(ToQt(sheet.set)), 0));
+  setLabel->setVisible(!sheet.innerSets.empty());
+  sets->setVisible(!sheet.innerSets.empty());
+}
+
+void OptionsWindow::ShowRows() {
+  isRestoring = true;
+  grid->Model().SetSections(FilterSections(sheet.sections, FromQt(filter->text())));
+  RestoreView();
+  isRestoring = false;
+  ShowHelp();
+}
+
+void OptionsWindow::ShowState() {
+  const QString building = tr("Options can't be changed while a build runs.");
+  notice->setText(isBuilding ? building : QString());
+  notice->setVisible(isBuilding);
+  grid->Model().SetReadOnly(isBuilding);
+  configurations->setEnabled(!isBuilding && !sheet.ownSet.empty());
+  const auto name = [](QAction& action, const QString& plain, const QString& of,
+                       const std::string& label) {
+    action.setText(label.empty() ? plain : of.arg(ToQtLabel(label)));
+  };
+  name(undo, tr("Undo"), tr("Undo: %1"), sheet.undo);
+  name(redo, tr("Redo"), tr("Redo: %1"), sheet.redo);
+  undo.setEnabled(!isBuilding && !sheet.undo.empty());
+  redo.setEnabled(!isBuilding && !sheet.redo.empty());
+  resetAll.setEnabled(!isBuilding && !sheet.ownSet.empty());
+  grid->viewport()->update();
+}
+
+// The server keeps for each node how the window looked; a filter shows all that it has found.
+void OptionsWindow::RestoreView() {
+  const std::string state = options.GetViewState();
+  for (const std::string_view line : Split(state, '\n')) {
+    if (line.starts_with(kCollapsed)) {
+      collapsed.clear();
+      for (std::string& name : SplitList(line.substr(std::string_view(kCollapsed).size()))) {
+        collapsed.insert(std::move(name));
+      }
+    } else if (line.starts_with(kSelected)) {
+      currentKey = line.substr(std::string_view(kSelected).size());
+    }
+  }
+  const bool isFiltered = !filter->text().trimmed().isEmpty();
+  OptionsModel& model = grid->Model();
+  for (int i = 0; i < model.rowCount(); ++i) {
+    const QModelIndex section = model.index(i, 0);
+    grid->setFirstColumnSpanned(i, {}, true);
+    grid->setExpanded(section, isFiltered || collapsed.count(model.SectionAt(section)->name) == 0);
+  }
+  const OptionRow* const row = grid->CurrentRow();
+  const QModelIndex wanted = model.Find(currentKey);
+  if (wanted.isValid() && (row == nullptr || row->GetKey() != currentKey)) {
+    grid->MakeCurrent(wanted);
+  }
+}
+
+void OptionsWindow::SaveView() {
+  if (isRestoring) return;
+  if (const OptionRow* const row = grid->CurrentRow()) currentKey = row->GetKey();
+  if (filter->text().trimmed().isEmpty()) {
+    const OptionsModel& model = grid->Model();
+    for (int i = 0; i < model.rowCount(); ++i) {
+      const QModelIndex section = model.index(i, 0);
+      const std::string& name = model.SectionAt(section)->name;
+      if (grid->isExpanded(section)) {
+        collapsed.erase(name);
+      } else {
+        collapsed.insert(name);
+      }
+    }
+  }
+  if (isBuilding) return;
+  options.SetViewState(kCollapsed + JoinList({collapsed.begin(), collapsed.end()}) + "\n" +
+                       kSelected + currentKey);
+}
+
+void OptionsWindow::ShowHelp() {
+  const OptionRow* const row = grid->CurrentRow();
+  const QString quiet = palette().color(QPalette::PlaceholderText).name();
+  if (row == nullptr) {
+    const QString hint = sheet.sections.empty() ? tr("Select a node of the project.")
+                                                : tr("Select an option to see what it means.");
+    help->setHtml("<span style='color:" + quiet + "'>" + hint + "</span>");
+    return;
+  }
+  const OptionDefinition& option = row->definition;
+  QString text = "<b>" + Html(option.label) + "</b> &nbsp;<span style='color:" + quiet + "'>" +
+                 Html(option.GetKey()) + "</span>";
+  const auto addLine = [&text](const QString& line) {
+    if (!line.isEmpty()) text += "<div style='margin-top:4px'>" + line + "</div>";
+  };
+  addLine(Html(option.help));
+  addLine(WordForRange(option));
+  if (row->HasMacros()) {
+    addLine(tr("Written as: %1").arg(Html(row->written)));
+    addLine(tr("Gives: %1").arg(row->value.empty() ? tr("nothing") : Html(row->value)));
+  }
+  for (const StoredValue& stored : options.Explain(option)) addLine(DescribeStored(stored));
+  if (!row->IsOwn() && !option.defaultValue.empty() && !row->HasMacros()) {
+    addLine(tr("Default: %1").arg(Html(option.defaultValue)));
+  }
+  help->setHtml(text);
+}
+
+QString OptionsWindow::Check(const OptionRow& row, const QString& value) {
+  if (isBuilding) return tr("Options can't be changed while a build runs.");
+  return ToQt(options.Check(row.definition, FromQt(value)));
+}
+
+bool OptionsWindow::Change(const OptionRow& row, const QString& value) {
+  if (isBuilding || !options.Set(row.definition, FromQt(value))) return false;
+  refreshTimer.start(0);
+  return true;
+}
+
+void OptionsWindow::Reset(const OptionRow& row) {
+  if (isBuilding || !row.MayReset()) return;
+  options.Reset(row.definition);
+  refreshTimer.start(0);
+}
+
+void OptionsWindow::ResetAll() {
+  const auto answer = QMessageBox::question(
+      this, tr("Reset options"),
+      tr("Take away all options that are set at %1, in every configuration? This can't be undone.")
+          .arg(ToQt(sheet.node)));
+  if (answer != QMessageBox::Yes || isBuilding) return;
+  options.ResetAll();
+  refreshTimer.start(0);
+}
+
+void OptionsWindow::ChooseConfiguration(const QString& name) {
+  if (isBuilding || EqualNoCase(FromQt(name), sheet.configuration)) return;
+  options.SelectConfiguration(FromQt(name));
+  refreshTimer.start(0);
+}
+
+void OptionsWindow::AddConfiguration() {
+  bool isGiven = false;
+  const QString name = QInputDialog::getText(this, tr("Add a configuration"), tr("Name:"),
+                                             QLineEdit::Normal, {}, &isGiven)
+                           .trimmed();
+  if (!isGiven || isBuilding) return;
+  const bool isKnown = configurations->findText(name, Qt::MatchFixedString) >= 0;
+  const QString problem = isKnown ? tr("There is a configuration %1 already.").arg(name)
+                                  : ToQt(CheckFileTitle(FromQt(name), "configuration"));
+  if (!problem.isEmpty()) {
+    QMessageBox::warning(this, tr("Add a configuration"), problem);
+    return;
+  }
+  options.AddConfiguration(FromQt(name));
+  refreshTimer.start(0);
+}
+
+void OptionsWindow::ShowMenu(const QPoint& place) {
+  const OptionRow* const row = grid->CurrentRow();
+  resetOne.setEnabled(row != nullptr && row->MayReset() &&
+                      grid->Model().MayEdit(grid->currentIndex()));
+  copyName.setEnabled(row != nullptr);
+  explain.setEnabled(row != nullptr);
+  QMenu menu(this);
+  menu.addAction(&resetOne);
+  menu.addAction(&copyName);
+  menu.addAction(&explain);
+  menu.addSeparator();
+  menu.addAction(&undo);
+  menu.addAction(&redo);
+  menu.addSeparator();
+  menu.addAction(&resetAll);
+  menu.exec(grid->viewport()->mapToGlobal(place));
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QTimer>
+#include <QWidget>
+#include <set>
+#include <string>
+
+#include "hosts/desktop/NodeOptions.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QTextBrowser;
+
+namespace tarn::host {
+
+class OptionsGrid;
+
+// The options of the current node, to be looked at and changed: a search field and the
+// configuration above a property grid, and what the selected option means below it. Follows the
+// server, and reads only while it can be seen.
+//
+// Borrows the session. On the frame's thread.
+class OptionsWindow : public QWidget {
+  Q_DECLARE_TR_FUNCTIONS(tarn::host::OptionsWindow)
+
+ public:
+  explicit OptionsWindow(BuildSession& session, QWidget* parent = nullptr);
+
+  // The server has a node in hand, another one or the same anew.
+  void OnNodeLoaded();
+  // While a build runs nothing can be changed.
+  void SetBuilding(bool on);
+  // For a menu; they know what they would change.
+  QAction* UndoAction() { return &undo; }
+  QAction* RedoAction() { return &redo; }
+  OptionsGrid& Grid() { return *grid; }
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void MakeActions();
+  QWidget* MakeHead();
+  void Refresh();
+  void Show(OptionSheet newSheet);
+  void ShowChoices();
+  void ShowRows();
+  void ShowHelp();
+  void ShowState();
+  void RestoreView();
+  void SaveView();
+  bool Change(const OptionRow& row, const QString& value);
+  void Reset(const OptionRow& row);
+  void ResetAll();
+  void ChooseConfiguration(const QString& name);
+  void AddConfiguration();
+  void ShowMenu(const QPoint& place);
+  QString Check(const OptionRow& row, const QString& value);
+
+  NodeOptions options;
+  OptionSheet sheet;
+  std::string mark;       // of what the sheet was read from
+  std::string chosenSet;  // that the user wants to see, where the node has it
+  std::set<std::string> collapsed;
+  std::string currentKey;
+  bool isBuilding = false;
+  bool isRestoring = false;  // of the view, which is no choice of the user's
+  QTimer refreshTimer;
+
+  QAction undo, redo, resetOne, resetAll, copyName, explain;
+  QComboBox* configurations = nullptr;
+  QLabel* setLabel = nullptr;
+  QComboBox* sets = nullptr;
+  QLineEdit* filter = nullptr;
+  QLabel* notice = nullptr;
+  OptionsGrid* grid = nullptr;
+  QTextBrowser* help = nullptr;
+};
+
+}  // namespace tarn::host

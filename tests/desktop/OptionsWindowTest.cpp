@@ -1,0 +1,291 @@
+// The options window on the real server with the shipped example, by its widgets.
+#include "hosts/desktop/OptionsWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "hosts/desktop/IdeWindow.h"
+#include "hosts/desktop/OptionEditors.h"
+#include "hosts/desktop/OptionsGrid.h"
+#include "platform/qt/QtToolkit.h"
+#include "support/Surroundings.h"
+#include "support/qt/WindowLoop.h"
+
+namespace tarn::host {
+namespace {
+
+using testing::RunUntil;
+using testing::ScratchFolder;
+
+class OptionsWindowTest : public ::testing::Test {
+ protected:
+  OptionsWindowTest()
+      : root("TARN_ROOT", testing::SourcePath("share").c_str()),
+        settings("TARN_SETTINGS", (folder / "settings").c_str()) {
+    std::filesystem::copy(testing::SourcePath("share/examples/blinky-avr"), folder / "blinky",
+                          std::filesystem::copy_options::recursive);
+    window.emplace(FileSystem::Native());
+    EXPECT_TRUE(window->Start());
+    window->show();
+    window->OpenProject(folder / "blinky/blinky-avr.tprj");
+    tester.emplace(&Grid().Model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    EXPECT_EQ(Select("led.c"), "led.c");
+  }
+
+  OptionsGrid& Grid() { return window->Options().Grid(); }
+  template <class Widget>
+  Widget* Find(const char* name) {
+    return window->Options().findChild<Widget*>(name);
+  }
+  const OptionRow* Row(const std::string& key) {
+    return Grid().Model().RowAt(Grid().Model().Find(key));
+  }
+  // Value and source as they are shown.
+  std::string Shown(const std::string& key) {
+    const QModelIndex name = Grid().Model().Find(key);
+    return (name.siblingAtColumn(1).data().toString() + "|" +
+            name.siblingAtColumn(2).data().toString())
+        .toStdString();
+  }
+  bool ComesToShow(const std::string& key, const std::string& text) {
+    RunUntil([&] { return Shown(key) == text; }, 3000);
+    EXPECT_EQ(Shown(key), text) << key;
+    return Shown(key) == text;
+  }
+  // The label of the node that is shown then.
+  std::string Select(const std::string& node) {
+    window->Session().Inspector().SelectNodeByKey(node);
+    RunUntil([&] { return Label() == node; }, 3000);
+    return Label();
+  }
+  std::string Label() {
+    const QModelIndex name = Grid().Model().Find(SetOf() + ".General.Header");
+    return name.siblingAtColumn(1).data().toString().toStdString();
+  }
+  std::string SetOf() {
+    const QModelIndex first = Grid().Model().index(0, 0, Grid().Model().index(0, 0));
+    const OptionRow* const row = Grid().Model().RowAt(first);
+    return row == nullptr ? std::string() : row->definition.set;
+  }
+  // Opens the editor of an option by the keyboard.
+  template <class Editor>
+  Editor* Edit(const std::string& key) {
+    Grid().MakeCurrent(Grid().Model().Find(key));
+    Grid().setFocus();
+    QTest::keyClick(&Grid(), Qt::Key_F2);
+    return Grid().viewport()->findChild<Editor*>();
+  }
+  void Write(const std::string& key, const QString& text) {
+    QLineEdit* const line = Edit<QLineEdit>(key);
+    ASSERT_NE(line, nullptr) << key;
+    line->selectAll();
+    QTest::keyClicks(line, text);
+    QTest::keyClick(line, Qt::Key_Return);
+  }
+  void Choose(const std::string& key, const QString& label) {
+    ChooseIn(Edit<QComboBox>(key), label);
+  }
+  void ChooseIn(QComboBox* combo, const QString& label) {
+    ASSERT_NE(combo, nullptr);
+    const int place = combo->findText(label);
+    ASSERT_GE(place, 0) << label.toStdString();
+    combo->setCurrentIndex(place);
+    Q_EMIT combo->activated(place);
+    Q_EMIT combo->textActivated(label);
+  }
+  void Press(const std::string& key, Qt::Key pressed) {
+    Grid().MakeCurrent(Grid().Model().Find(key));
+    QTest::keyClick(&Grid(), pressed);
+  }
+  bool IsStale(const std::string& node) {
+    for (const ApplicationStatus& application : window->Session().GetStatus()) {
+      for (const StaleNode& each : application.stale) {
+        if (each.label == node) return true;
+      }
+    }
+    return false;
+  }
+  void Build() {
+    window->Commands().Run(kCmdBuildAll);
+    ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
+  }
+
+  ScratchFolder folder{"tarn-options-"};
+  testing::ScopedVariable root;
+  testing::ScopedVariable settings;
+  QtToolkit toolkit;
+  std::optional<IdeWindow> window;
+  std::optional<QAbstractItemModelTester> tester;
+};
+
+TEST_F(OptionsWindowTest, AChangeMakesTheNodeStaleIsSavedAndCanBeTakenBack) {
+  Build();
+  EXPECT_FALSE(IsStale("led.c"));
+  const std::string key = "C.Compiler.Optimize";
+  EXPECT_EQ(Shown(key), "for size|as application blinky-avr");
+  Choose(key, "for speed");
+  ASSERT_TRUE(ComesToShow(key, "for speed|set here"));
+  EXPECT_TRUE(IsStale("led.c"));
+  EXPECT_FALSE(IsStale("main.c"));
+
+  QAction* const undo = window->Options().UndoAction();
+  EXPECT_EQ(undo->text(), "Undo: Optimization");
+  undo->trigger();
+  ASSERT_TRUE(ComesToShow(key, "for size|as application blinky-avr"));
+  EXPECT_FALSE(undo->isEnabled());
+  window->Options().RedoAction()->trigger();
+  ASSERT_TRUE(ComesToShow(key, "for speed|set here"));
+  Press(key, Qt::Key_Delete);
+  ASSERT_TRUE(ComesToShow(key, "for size|as application blinky-avr"));
+  undo->trigger();
+  ASSERT_TRUE(ComesToShow(key, "for speed|set here"));
+
+  window->Session().Manager().ProjectSave();
+  EXPECT_NE(testing::ReadBytes(folder / "blinky/blinky-avr.tapp").find("Header=\"Optimize\""),
+            std::string::npos);
+}
+
+TEST_F(OptionsWindowTest, AValueThatDoesNotFitStaysInItsFieldWithTheReason) {
+  ASSERT_EQ(Select("blinky-avr"), "blinky-avr");
+  const std::string key = "Application.Target.Clock";
+  Write(key, "-5");
+  const auto* const problem = Grid().viewport()->findChild<QLabel*>("problem");
+  ASSERT_NE(problem, nullptr);
+  EXPECT_TRUE(problem->text().startsWith("\"-5\" does not fit; a whole number of at least 0"));
+  QLineEdit* const line = Grid().viewport()->findChild<QLineEdit*>();
+  ASSERT_NE(line, nullptr);
+  EXPECT_EQ(line->text(), "-5");
+  EXPECT_EQ(line->accessibleDescription(), problem->text());
+  EXPECT_EQ(Shown(key), "16000000|set here");
+  // News of the same node don't take the text away either.
+  window->Session().Manager().SavePropertyValue("Application", "Compiler", "Defines", "A=1");
+  window->Session().Manager().Command(kCmdInvalidateNode);
+  ComesToShow("Application.Compiler.Defines", "A=1|set here");
+  EXPECT_EQ(line->text(), "-5");
+  line->selectAll();
+  QTest::keyClicks(line, "8000000");
+  EXPECT_EQ(Grid().viewport()->findChild<QLabel*>("problem"), nullptr);
+  QTest::keyClick(line, Qt::Key_Return);
+  ComesToShow(key, "8000000|set here");
+}
+
+TEST_F(OptionsWindowTest, EachConfigurationHasItsOwnValues) {
+  const std::string key = "C.Compiler.Warnings";
+  Choose(key, "all usual ones and more");
+  ASSERT_TRUE(ComesToShow(key, "all usual ones and more|set here"));
+  auto* const configurations = Find<QComboBox>("configurations");
+  window->Session().Options().SetNewConfigName("Debug");
+  window->Session().Manager().Command(kCmdAddConfiguration);
+  window->Session().Inspector().SelectNodeByKey("main.c");
+  ASSERT_TRUE(RunUntil([&] { return configurations->findText("Debug") >= 0; }, 3000));
+  ASSERT_EQ(Select("led.c"), "led.c");
+  ChooseIn(configurations, "Debug");
+  EXPECT_TRUE(RunUntil([&] { return configurations->currentText() == "Debug"; }, 3000));
+  ComesToShow(key, "all usual ones|as application blinky-avr");
+  ChooseIn(configurations, "Standard");
+  ComesToShow(key, "all usual ones and more|set here");
+}
+
+TEST_F(OptionsWindowTest, ALevelFurtherOutSetsTheDefaultOfItsKindsOfFiles) {
+  ASSERT_EQ(Select("Drivers"), "Drivers");
+  auto* const sets = Find<QComboBox>("sets");
+  ChooseIn(sets, "C source in Drivers");
+  const std::string key = "C.Compiler.Extra";
+  ASSERT_TRUE(RunUntil([&] { return Row(key) != nullptr; }, 3000));
+  Write(key, "-fno-$(General.Header)");
+  ASSERT_TRUE(ComesToShow(key, "-fno-$(General.Header)|set here"));
+  ASSERT_EQ(Select("led.c"), "led.c");
+  EXPECT_EQ(Shown(key), "-fno-led.c|from folder Drivers");
+  ASSERT_EQ(Select("main.c"), "main.c");
+  EXPECT_EQ(Shown(key), "|");
+}
+
+TEST_F(OptionsWindowTest, KeysTurnAYesIntoANoAndAListStartsFromWhatIsInherited) {
+  Press("C.Compiler.Debug", Qt::Key_Space);
+  ASSERT_TRUE(ComesToShow("C.Compiler.Debug", "No|set here"));
+  QLineEdit* const line = Edit<QLineEdit>("C.Directories.Include");
+  ASSERT_NE(line, nullptr);
+  EXPECT_EQ(line->text(), "$(Inherited)");
+  // Looking at it sets nothing.
+  QTest::keyClick(line, Qt::Key_Return);
+  RunUntil([] { return false; }, 200);
+  EXPECT_FALSE(Row("C.Directories.Include")->IsOwn());
+}
+
+TEST_F(OptionsWindowTest, WhileABuildRunsTheOptionsCanBeReadAndNotChanged) {
+  window->Commands().Run(kCmdRebuildAll);
+  ASSERT_TRUE(window->Commands().IsBuilding());
+  EXPECT_TRUE(Find<QLabel>("notice")->isVisible());
+  EXPECT_EQ(Edit<QComboBox>("C.Compiler.Optimize"), nullptr);
+  Press("C.Compiler.Debug", Qt::Key_Space);
+  EXPECT_EQ(Select("main.c"), "main.c");
+  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
+  EXPECT_FALSE(Find<QLabel>("notice")->isVisible());
+  EXPECT_EQ(Shown("C.Compiler.Debug"), "Yes|as application blinky-avr");
+  EXPECT_NE(Edit<QComboBox>("C.Compiler.Optimize"), nullptr);
+}
+
+TEST_F(OptionsWindowTest, TheSearchFindsOptionsByLabelNameAndHelp) {
+  const auto names = [&] {
+    QStringList found;
+    for (int i = 0; i < Grid().Model().rowCount(); ++i) {
+      const QModelIndex section = Grid().Model().index(i, 0);
+      EXPECT_TRUE(Grid().isExpanded(section));
+      for (int k = 0; k < Grid().Model().rowCount(section); ++k) {
+        found += Grid().Model().index(k, 0, section).data().toString();
+      }
+    }
+    return found.join("|").toStdString();
+  };
+  struct Case {
+    const char* words;
+    const char* found;
+  };
+  for (const Case& each :
+       {Case{"optimiz", "Optimization"}, Case{"compiler.EXTRA", "More arguments"},
+        Case{"separated semicolons", "Symbols"},
+        Case{"middle click", "Command for a middle double click"}, Case{"no such thing", ""}}) {
+    Find<QLineEdit>("filter")->setText(each.words);
+    EXPECT_EQ(names(), each.found);
+  }
+}
+
+TEST_F(OptionsWindowTest, HowTheWindowLooksIsKeptForEachNode) {
+  const auto section = [&](const char* key) { return Grid().Model().Find(key).parent(); };
+  EXPECT_FALSE(Grid().isExpanded(section("C.Internal.Icon")));
+  Grid().collapse(section("C.Build.OutputFile"));
+  Grid().MakeCurrent(Grid().Model().Find("C.Compiler.Debug"));
+  Select("main.c");
+  Grid().expand(section("C.Build.OutputFile"));
+  Grid().MakeCurrent(Grid().Model().Find("C.Compiler.Extra"));
+  Select("led.c");
+  EXPECT_FALSE(Grid().isExpanded(section("C.Build.OutputFile")));
+  EXPECT_EQ(Grid().CurrentRow()->GetKey(), "C.Compiler.Debug");
+}
+
+TEST(OptionEditors, PathsBelowTheFolderAreWrittenRelativeToIt) {
+  for (const auto& [path, written] : {std::pair{"/p/app/src", "src"},
+                                      {"/p/app", "."},
+                                      {"/p/application", "/p/application"},
+                                      {"/q", "/q"}}) {
+    EXPECT_EQ(WrittenPath(path, "/p/app/").toStdString(), written);
+  }
+}
+
+TEST(OptionEditors, AListIsEditedLineByLine) {
+  OptionRow row;
+  row.kind = OptionKind::List;
+  ListDialog dialog(row, "$(Inherited); A=1;;B", {}, nullptr);
+  EXPECT_EQ(dialog.GetText(), "$(Inherited);A=1;B");
+}
+
+}  // namespace
+}  // namespace tarn::host
