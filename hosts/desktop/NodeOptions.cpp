@@ -59,6 +59,11 @@ bool IsReference(const std::string& written, OptionKey& key) {
   return inner.find_first_of("$()?:") == inner.npos && ParseOptionKey(inner, key);
 }
 
+// The kind of the node itself.
+bool IsType(const OptionDefinition& option) {
+  return EqualNoCase(option.section, kGeneral) && EqualNoCase(option.name, "Type");
+}
+
 bool HasName(const std::vector<std::string>& names, const std::string& name) {
   return std::any_of(names.begin(), names.end(),
                      [&name](const std::string& each) { return EqualNoCase(each, name); });
@@ -120,15 +125,18 @@ std::string JoinList(const std::vector<std::string>& entries) {
 
 std::string NodeOptions::ReadMark() {
   OptionsDriver& options = session.Options();
-  return options.GetValuesAsText() + "\n" + options.ListConfigurations() + "\n" +
-         options.GetUndoProperty() + "\n" + options.GetRedoProperty();
+  return session.GetProjectPath() + "\n" + options.GetValuesAsText() + "\n" +
+         options.ListConfigurations() + "\n" + options.GetUndoProperty() + "\n" +
+         options.GetRedoProperty();
 }
 
 OptionSheet NodeOptions::Read(const std::string& set) {
   const OptionValues values = OptionValues::FromText(session.Options().GetValuesAsText());
   OptionSheet sheet;
+  // What stands in for no project is nobody's business.
+  if (session.GetProjectPath().empty() || values.GetOwnSet().empty()) return sheet;
   sheet.ownSet = values.GetOwnSet();
-  if (sheet.ownSet.empty()) return sheet;
+  sheet.path = values.Get(sheet.ownSet, kGeneral, "Path");
   sheet.node = values.Get(sheet.ownSet, kGeneral, "Header");
   sheet.folder = values.Get("", kGeneral, "ApplicationDir");
   sheet.configuration = values.GetConfig();
@@ -161,7 +169,7 @@ OptionSheet NodeOptions::Read(const std::string& set) {
   for (const OptionDefinition& option : table.GetOf(sheet.set)) {
     // A kind of node has no name of its own.
     if (!option.shown || (isInner && EqualNoCase(option.section, kGeneral))) continue;
-    rows.push_back(ReadRow(option, values));
+    rows.push_back(ReadRow(option, values, sheet.folder));
   }
   sheet.sections = InSections(std::move(rows));
   sheet.undo = LabelOf(session.Options().GetUndoProperty());
@@ -169,20 +177,21 @@ OptionSheet NodeOptions::Read(const std::string& set) {
   return sheet;
 }
 
-OptionRow NodeOptions::ReadRow(const OptionDefinition& definition, const OptionValues& values) {
+OptionRow NodeOptions::ReadRow(const OptionDefinition& definition, const OptionValues& values,
+                               const std::string& folder) {
   const std::string& set = definition.set;
   OptionRow row;
   row.definition = definition;
   row.kind = KindOf(definition.type);
   row.value = session.Manager().GetPropertyValue(set, definition.section, definition.name);
   row.shown = session.Options().GetPropertyStringValue(set, definition.section, definition.name);
+  const bool isPath = row.kind == OptionKind::File || row.kind == OptionKind::Folder;
+  if (isPath && !folder.empty() && row.shown.starts_with(folder)) row.shown.erase(0, folder.size());
   const std::string* const raw = values.Find(set, definition.section, definition.name);
   row.written = raw != nullptr ? *raw : definition.defaultValue;
   FindSource(row);
-  const bool isType =
-      EqualNoCase(definition.section, kGeneral) && EqualNoCase(definition.name, "Type");
   // The name of the node's element says it as long as nobody changes it.
-  if (isType && row.value.empty()) row.written = row.value = row.shown = set;
+  if (IsType(definition) && row.value.empty()) row.written = row.value = row.shown = set;
   return row;
 }
 
@@ -215,7 +224,19 @@ std::vector<StoredValue> NodeOptions::Explain(const OptionDefinition& option) {
 }
 
 std::string NodeOptions::Check(const OptionDefinition& option, const std::string& value) {
+  if (IsType(option)) return CheckType(value);
   return session.Options().CheckValue(option.set, option.section, option.name, value);
+}
+
+// The project passes over a kind that nobody has defined without a word.
+std::string NodeOptions::CheckType(const std::string& value) {
+  const OptionTable table(session.Options().ListProperties(""));
+  std::string names;
+  for (const OptionSet& set : table.GetSets()) {
+    if (EqualNoCase(set.name, value)) return {};
+    if (set.name != "*") names += (names.empty() ? "" : ", ") + set.name;
+  }
+  return "There is no kind of node \"" + value + "\". These are known: " + names + ".";
 }
 
 // While the options of all nodes are being made known in the background, values are held; between

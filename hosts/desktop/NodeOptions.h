@@ -33,7 +33,7 @@ struct OptionRow {
   std::string sourceLabel;  // of that level, or the name of the option that is referred to
   std::string written;      // as it was set, macros and all
   std::string value;        // with macros resolved
-  std::string shown;        // the value by its label, where it has one
+  std::string shown;        // the value by its label; a path as it is seen from the application
 
   bool IsOwn() const { return source == OptionSource::Own; }
   bool MayReset() const { return IsOwn() && definition.removable; }
@@ -49,6 +49,7 @@ struct OptionSection {
 // Everything that the options window shows of a node.
 struct OptionSheet {
   std::string node;    // its label
+  std::string path;    // of its file; empty where it has none
   std::string set;     // whose options these are
   std::string ownSet;  // of the node itself
   // The kinds of nodes further in that values can be set for here; none for a file.
@@ -81,7 +82,8 @@ class NodeOptions {
  public:
   explicit NodeOptions(BuildSession& buildSession) : session(buildSession) {}
 
-  // The options of `set`, of the node's own when it is empty or not one that it has.
+  // Nothing while no project is open. The options of `set`, of the node's own when it is empty or
+  // not one that it has.
   OptionSheet Read(const std::string& set);
   // A text that is another one whenever Read gives another sheet.
   std::string ReadMark();
@@ -107,8 +109,10 @@ class NodeOptions {
   void SetViewState(const std::string& state) { session.Options().SetPropState(state); }
 
  private:
-  OptionRow ReadRow(const OptionDefinition& definition, const OptionValues& values);
+  OptionRow ReadRow(const OptionDefinition& definition, const OptionValues& values,
+                    const std::string& folder);
   void FindSource(OptionRow& row);
+  std::string CheckType(const std::string& value);
   std::string LabelOf(const std::string& key);
   bool Follow(const std::string& key);
   bool Unheld(const std::function<bool()>& change);

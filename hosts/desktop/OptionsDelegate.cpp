@@ -1,5 +1,6 @@
 #include "hosts/desktop/OptionsDelegate.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -22,6 +23,17 @@ constexpr int kBubbleMargin = 6;
 
 bool IsDark(const QPalette& palette) {
   return palette.color(QPalette::Base).lightness() < 128;
+}
+
+// In a dark palette some styles draw boxes that can't be told from what is behind them.
+void OutlineCheckBox(QPainter& painter, const QStyleOptionViewItem& cell) {
+  const QStyle& style = cell.widget == nullptr ? *QApplication::style() : *cell.widget->style();
+  const QRect box = style.subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &cell, cell.widget);
+  QColor colour = cell.palette.color(QPalette::Text);
+  colour.setAlphaF(0.4F);
+  painter.setPen(colour);
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(box.adjusted(0, 0, -1, -1));
 }
 
 QRect ResetRect(const QRect& cell) {
@@ -74,6 +86,10 @@ void OptionsDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
   cell.state &= ~QStyle::State_HasFocus;
   if (!HasResetButton(index)) {
     QStyledItemDelegate::paint(painter, cell, index);
+    if (IsDark(option.palette) && index.data(Qt::CheckStateRole).isValid()) {
+      initStyleOption(&cell, index);
+      OutlineCheckBox(*painter, cell);
+    }
     return;
   }
   const QRect place = ResetRect(option.rect);
@@ -87,6 +103,18 @@ void OptionsDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
   QStyledItemDelegate::paint(painter, cell, index);
   DrawReset(*painter, place,
             option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
+}
+
+void OptionsDelegate::initStyleOption(QStyleOptionViewItem* option,
+                                      const QModelIndex& index) const {
+  QStyledItemDelegate::initStyleOption(option, index);
+  const OptionRow* const row = RowOf(index);
+  const bool isPath =
+      row != nullptr && (row->kind == OptionKind::File || row->kind == OptionKind::Folder);
+  // Paths differ most at their ends.
+  if (isPath && index.column() == OptionsModel::kValueColumn) {
+    option->textElideMode = Qt::ElideMiddle;
+  }
 }
 
 QSize OptionsDelegate::sizeHint(const QStyleOptionViewItem& option,
@@ -124,7 +152,7 @@ QWidget* OptionsDelegate::createEditor(QWidget* parent, const QStyleOptionViewIt
 void OptionsDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
   const QString text = index.data(Qt::EditRole).toString();
   if (auto* const choice = dynamic_cast<ChoiceEditor*>(editor)) {
-    choice->SetText(text);
+    if (!choice->view()->isVisible()) choice->SetText(text);
   } else if (auto* const line = dynamic_cast<TextEditor*>(editor); line != nullptr && !hasText) {
     // News from the server must not take away what the user is writing.
     line->SetText(text);
@@ -211,6 +239,8 @@ void OptionsDelegate::ShowProblem(QWidget& editor, const QString& problem) {
     bubble->setMargin(kBubbleMargin);
     bubble->setFrameStyle(QFrame::Box | QFrame::Plain);
     bubble->setAutoFillBackground(true);
+    bubble->setBackgroundRole(QPalette::Window);
+    bubble->setForegroundRole(QPalette::WindowText);
     const bool isDark = IsDark(view.palette());
     QPalette colours = view.palette();
     colours.setColor(QPalette::Window, isDark ? QColor(0x3a1c1c) : QColor(0xfff4f2));
@@ -241,6 +271,10 @@ void OptionsDelegate::Close(QWidget* editor) {
   if (editor != open) return;
   open.clear();
   Q_EMIT closeEditor(editor, NoHint);
+}
+
+void OptionsDelegate::Abandon() {
+  if (open) Close(open);
 }
 
 bool OptionsDelegate::OnKey(QWidget* editor, int key) {

@@ -27,6 +27,9 @@ class OptionsDelegate : public QStyledItemDelegate {
   // The user wants the inherited value back.
   std::function<void(const QModelIndex& index)> onReset;
 
+  // Closes an editor that is open; what the user has written is gone.
+  void Abandon();
+
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
@@ -43,6 +46,9 @@ class OptionsDelegate : public QStyledItemDelegate {
   bool helpEvent(QHelpEvent* event, QAbstractItemView* itemView, const QStyleOptionViewItem& option,
                  const QModelIndex& index) override;
   bool eventFilter(QObject* object, QEvent* event) override;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 
  private:
   const OptionRow* RowOf(const QModelIndex& index) const;

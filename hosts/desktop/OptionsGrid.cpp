@@ -4,15 +4,13 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 
 namespace tarn::host {
 
 namespace {
 
 constexpr int kIndent = 14;
-// Parts of the width for name and value, in hundredths.
-constexpr int kNameShare = 40;
-constexpr int kValueShare = 34;
 
 QModelIndex ValueOf(const QModelIndex& index) {
   return index.siblingAtColumn(OptionsModel::kValueColumn);
@@ -36,7 +34,13 @@ OptionsGrid::OptionsGrid(QWidget* parent) : QTreeView(parent) {
   header()->setSectionsMovable(false);
   header()->setHighlightSections(false);
   header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  setMouseTracking(true);
+  connect(header(), &QHeaderView::sectionResized, this, [this](int column, int, int size) {
+    if (isLayingOut || viewport()->width() <= 0) return;
+    const double share = static_cast<double>(size) / viewport()->width();
+    if (column == OptionsModel::kNameColumn) nameShare = share;
+    if (column == OptionsModel::kValueColumn) valueShare = share;
+    LayOutColumns();
+  });
 }
 
 void OptionsGrid::MakeCurrent(const QModelIndex& option) {
@@ -45,11 +49,13 @@ void OptionsGrid::MakeCurrent(const QModelIndex& option) {
 
 void OptionsGrid::LayOutColumns() {
   const int width = viewport()->width();
-  const int name = width * kNameShare / 100;
-  const int value = width * kValueShare / 100;
+  const int name = qRound(width * nameShare);
+  const int value = qRound(width * valueShare);
+  isLayingOut = true;
   setColumnWidth(OptionsModel::kNameColumn, name);
   setColumnWidth(OptionsModel::kValueColumn, value);
-  setColumnWidth(OptionsModel::kSourceColumn, width - name - value);
+  setColumnWidth(OptionsModel::kSourceColumn, std::max(width - name - value, 0));
+  isLayingOut = false;
 }
 
 void OptionsGrid::resizeEvent(QResizeEvent* event) {

@@ -38,6 +38,10 @@ class OptionsGrid : public QTreeView {
   bool OnKey(int key);
   void Edit(const QModelIndex& value);
 
+  // Parts of the width for name and value; the rest is for the source.
+  double nameShare = 0.40;
+  double valueShare = 0.34;
+  bool isLayingOut = false;
   OptionsModel model;
   OptionsDelegate delegate{*this};
 };

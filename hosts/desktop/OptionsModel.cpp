@@ -13,12 +13,9 @@ namespace tarn::host {
 
 namespace {
 
-// A kind of level as the menus call it.
-QString WordForLevel(const std::string& kind) {
-  if (EqualNoCase(kind, "application")) return OptionsModel::tr("application");
-  if (EqualNoCase(kind, "group")) return OptionsModel::tr("folder");
-  if (EqualNoCase(kind, "project")) return OptionsModel::tr("project");
-  return OptionsModel::tr("node");
+// The column says by its place that this is where the value comes from.
+QString ShortSource(const OptionRow& row) {
+  return row.sourceLabel.empty() ? DescribeSource(row) : ToQt(row.sourceLabel);
 }
 
 QString TipFor(const OptionRow& row) {
@@ -41,7 +38,7 @@ QVariant DataOf(const OptionRow& row, int column, int role) {
   switch (role) {
     case Qt::DisplayRole:
       if (column == OptionsModel::kNameColumn) return ToQt(row.definition.label);
-      return isValue ? DisplayValue(row) : DescribeSource(row);
+      return isValue ? DisplayValue(row) : ShortSource(row);
     case Qt::EditRole:
       return isValue ? QVariant(EditText(row)) : QVariant();
     case Qt::CheckStateRole:
@@ -73,6 +70,13 @@ QVariant DataOf(const OptionRow& row, int column, int role) {
 
 }  // namespace
 
+QString WordForLevel(const std::string& kind) {
+  if (EqualNoCase(kind, "application")) return OptionsModel::tr("application");
+  if (EqualNoCase(kind, "group")) return OptionsModel::tr("folder");
+  if (EqualNoCase(kind, "project")) return OptionsModel::tr("project");
+  return OptionsModel::tr("file");
+}
+
 QString DescribeSource(const OptionRow& row) {
   const QString label = ToQt(row.sourceLabel);
   switch (row.source) {
@@ -95,8 +99,8 @@ QString DisplayValue(const OptionRow& row) {
   if (row.kind == OptionKind::YesNo) {
     return EqualNoCase(row.shown, "Yes") ? OptionsModel::tr("Yes") : OptionsModel::tr("No");
   }
-  if (hasLabels) return ToQt(row.shown);
-  return ToQt(row.IsOwn() ? row.written : row.value);
+  const bool isWritten = row.IsOwn() && !hasLabels;
+  return ToQt(isWritten ? row.written : row.shown);
 }
 
 QString EditText(const OptionRow& row) {

@@ -50,6 +50,8 @@ class OptionsModel : public QAbstractItemModel {
   bool isReadOnly = false;
 };
 
+// A kind of level, as the inspector names it, as the menus do.
+QString WordForLevel(const std::string& kind);
 // What the user is told of where a value comes from, e.g. "from application blinky".
 QString DescribeSource(const OptionRow& row);
 // The value as the grid shows it: what the user has written stays as it was written.

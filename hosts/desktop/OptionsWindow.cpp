@@ -6,6 +6,7 @@
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QInputDialog>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -35,6 +36,16 @@ QString Html(const std::string& text) {
   return ToQt(text).toHtmlEscaped();
 }
 
+// HTML knows no colour that shines through.
+QString QuietColour(const QPalette& palette) {
+  const QColor text = palette.color(QPalette::Text);
+  const QColor base = palette.color(QPalette::Base);
+  const auto between = [](int a, int b) { return (a * 55 + b * 45) / 100; };
+  return QColor(between(text.red(), base.red()), between(text.green(), base.green()),
+                between(text.blue(), base.blue()))
+      .name();
+}
+
 QString WordForRange(const OptionDefinition& option) {
   const QString least = Html(option.minimum);
   const QString most = Html(option.maximum);
@@ -44,16 +55,12 @@ QString WordForRange(const OptionDefinition& option) {
   return most.isEmpty() ? QString() : OptionsWindow::tr("At most %1.").arg(most);
 }
 
-QString DescribeStored(const StoredValue& stored) {
-  OptionRow row;
-  row.source = OptionSource::Inherited;
-  row.sourceKind = stored.kind;
-  row.sourceLabel = stored.label;
+QString DescribeStored(const StoredValue& stored, const QString& quiet) {
+  const QString value = stored.value.empty() ? OptionsWindow::tr("nothing") : Html(stored.value);
   const QString line =
-      OptionsWindow::tr("%1 for %2: %3")
-          .arg(DescribeSource(row).toHtmlEscaped(), Html(stored.configuration),
-               stored.value.empty() ? OptionsWindow::tr("nothing") : Html(stored.value));
-  return stored.counts ? line : "<span style='opacity:0.6'>" + line + "</span>";
+      OptionsWindow::tr("Set at %1 %2 for %3: %4")
+          .arg(WordForLevel(stored.kind), Html(stored.label), Html(stored.configuration), value);
+  return stored.counts ? line : "<span style='color:" + quiet + "'>" + line + "</span>";
 }
 
 }  // namespace
@@ -108,6 +115,13 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   refreshTimer.setSingleShot(true);
   refreshTimer.setInterval(kRefreshMs);
   connect(&refreshTimer, &QTimer::timeout, this, [this] { Refresh(); });
+  setFocusProxy(grid);
+  QWidget* before = configurations;
+  for (QWidget* const next : {static_cast<QWidget*>(sets), static_cast<QWidget*>(filter),
+                              static_cast<QWidget*>(grid), static_cast<QWidget*>(help)}) {
+    setTabOrder(before, next);
+    before = next;
+  }
   MakeActions();
   ShowState();
 }
@@ -182,6 +196,7 @@ QWidget* OptionsWindow::MakeHead() {
   filter->setPlaceholderText(tr("Search options"));
   filter->setAccessibleName(tr("Search options"));
   filter->setClearButtonEnabled(true);
+  filter->installEventFilter(this);
   connect(filter, &QLineEdit::textChanged, this, [this] { ShowRows(); });
   layout->addWidget(filter, 2, 0, 1, 3);
   auto* const find = new QAction(this);
@@ -198,6 +213,26 @@ QWidget* OptionsWindow::MakeHead() {
 void OptionsWindow::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
   refreshTimer.start(0);
+}
+
+// From the search straight to what it has found, and back to all.
+bool OptionsWindow::eventFilter(QObject* object, QEvent* event) {
+  if (object != filter || event->type() != QEvent::KeyPress) return false;
+  switch (static_cast<QKeyEvent*>(event)->key()) {
+    case Qt::Key_Down:
+    case Qt::Key_Return:
+    case Qt::Key_Enter: {
+      const QModelIndex first = grid->Model().index(0, 0, grid->Model().index(0, 0));
+      if (grid->CurrentRow() == nullptr && first.isValid()) grid->MakeCurrent(first);
+      grid->setFocus();
+      return true;
+    }
+    case Qt::Key_Escape:
+      filter->clear();
+      return true;
+    default:
+      return false;
+  }
 }
 
 void OptionsWindow::OnNodeLoaded() {
@@ -225,6 +260,10 @@ void OptionsWindow::Refresh() {
 }
 
 void OptionsWindow::Show(OptionSheet newSheet) {
+  const bool isSameNode =
+      newSheet.node == sheet.node && newSheet.path == sheet.path && newSheet.set == sheet.set;
+  // What was written for one node must not be stored at the next.
+  if (!isSameNode) grid->Delegate().Abandon();
   sheet = std::move(newSheet);
   grid->Delegate().baseFolder = ToQt(sheet.folder);
   ShowChoices();
@@ -325,7 +364,7 @@ void OptionsWindow::SaveView() {
 
 void OptionsWindow::ShowHelp() {
   const OptionRow* const row = grid->CurrentRow();
-  const QString quiet = palette().color(QPalette::PlaceholderText).name();
+  const QString quiet = QuietColour(palette());
   if (row == nullptr) {
     const QString hint = sheet.sections.empty() ? tr("Select a node of the project.")
                                                 : tr("Select an option to see what it means.");
@@ -344,7 +383,7 @@ void OptionsWindow::ShowHelp() {
     addLine(tr("Written as: %1").arg(Html(row->written)));
     addLine(tr("Gives: %1").arg(row->value.empty() ? tr("nothing") : Html(row->value)));
   }
-  for (const StoredValue& stored : options.Explain(option)) addLine(DescribeStored(stored));
+  for (const StoredValue& stored : options.Explain(option)) addLine(DescribeStored(stored, quiet));
   if (!row->IsOwn() && !option.defaultValue.empty() && !row->HasMacros()) {
     addLine(tr("Default: %1").arg(Html(option.defaultValue)));
   }

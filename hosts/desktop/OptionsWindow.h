@@ -40,6 +40,7 @@ class OptionsWindow : public QWidget {
 
  protected:
   void showEvent(QShowEvent* event) override;
+  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   void MakeActions();

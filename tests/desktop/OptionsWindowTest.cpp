@@ -130,7 +130,7 @@ TEST_F(OptionsWindowTest, AChangeMakesTheNodeStaleIsSavedAndCanBeTakenBack) {
   Build();
   EXPECT_FALSE(IsStale("led.c"));
   const std::string key = "C.Compiler.Optimize";
-  EXPECT_EQ(Shown(key), "for size|as application blinky-avr");
+  EXPECT_EQ(Shown(key), "for size|blinky-avr");
   Choose(key, "for speed");
   ASSERT_TRUE(ComesToShow(key, "for speed|set here"));
   EXPECT_TRUE(IsStale("led.c"));
@@ -139,12 +139,12 @@ TEST_F(OptionsWindowTest, AChangeMakesTheNodeStaleIsSavedAndCanBeTakenBack) {
   QAction* const undo = window->Options().UndoAction();
   EXPECT_EQ(undo->text(), "Undo: Optimization");
   undo->trigger();
-  ASSERT_TRUE(ComesToShow(key, "for size|as application blinky-avr"));
+  ASSERT_TRUE(ComesToShow(key, "for size|blinky-avr"));
   EXPECT_FALSE(undo->isEnabled());
   window->Options().RedoAction()->trigger();
   ASSERT_TRUE(ComesToShow(key, "for speed|set here"));
   Press(key, Qt::Key_Delete);
-  ASSERT_TRUE(ComesToShow(key, "for size|as application blinky-avr"));
+  ASSERT_TRUE(ComesToShow(key, "for size|blinky-avr"));
   undo->trigger();
   ASSERT_TRUE(ComesToShow(key, "for speed|set here"));
 
@@ -182,14 +182,9 @@ TEST_F(OptionsWindowTest, EachConfigurationHasItsOwnValues) {
   Choose(key, "all usual ones and more");
   ASSERT_TRUE(ComesToShow(key, "all usual ones and more|set here"));
   auto* const configurations = Find<QComboBox>("configurations");
-  window->Session().Options().SetNewConfigName("Debug");
-  window->Session().Manager().Command(kCmdAddConfiguration);
-  window->Session().Inspector().SelectNodeByKey("main.c");
-  ASSERT_TRUE(RunUntil([&] { return configurations->findText("Debug") >= 0; }, 3000));
-  ASSERT_EQ(Select("led.c"), "led.c");
   ChooseIn(configurations, "Debug");
   EXPECT_TRUE(RunUntil([&] { return configurations->currentText() == "Debug"; }, 3000));
-  ComesToShow(key, "all usual ones|as application blinky-avr");
+  ComesToShow(key, "all usual ones|blinky-avr");
   ChooseIn(configurations, "Standard");
   ComesToShow(key, "all usual ones and more|set here");
 }
@@ -203,7 +198,7 @@ TEST_F(OptionsWindowTest, ALevelFurtherOutSetsTheDefaultOfItsKindsOfFiles) {
   Write(key, "-fno-$(General.Header)");
   ASSERT_TRUE(ComesToShow(key, "-fno-$(General.Header)|set here"));
   ASSERT_EQ(Select("led.c"), "led.c");
-  EXPECT_EQ(Shown(key), "-fno-led.c|from folder Drivers");
+  EXPECT_EQ(Shown(key), "-fno-led.c|Drivers");
   ASSERT_EQ(Select("main.c"), "main.c");
   EXPECT_EQ(Shown(key), "|");
 }
@@ -229,7 +224,7 @@ TEST_F(OptionsWindowTest, WhileABuildRunsTheOptionsCanBeReadAndNotChanged) {
   EXPECT_EQ(Select("main.c"), "main.c");
   ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
   EXPECT_FALSE(Find<QLabel>("notice")->isVisible());
-  EXPECT_EQ(Shown("C.Compiler.Debug"), "Yes|as application blinky-avr");
+  EXPECT_EQ(Shown("C.Compiler.Debug"), "Yes|blinky-avr");
   EXPECT_NE(Edit<QComboBox>("C.Compiler.Optimize"), nullptr);
 }
 
@@ -269,6 +264,35 @@ TEST_F(OptionsWindowTest, HowTheWindowLooksIsKeptForEachNode) {
   Select("led.c");
   EXPECT_FALSE(Grid().isExpanded(section("C.Build.OutputFile")));
   EXPECT_EQ(Grid().CurrentRow()->GetKey(), "C.Compiler.Debug");
+}
+
+TEST_F(OptionsWindowTest, ChangesAreTakenAlsoWhileTheOptionsOfAllNodesAreBeingRead) {
+  NodeOptions options(window->Session());
+  OptionsDriver& component = window->Session().Options();
+  ASSERT_EQ(Select("main.c"), "main.c");
+  const auto isFree = [&] { return component.ResetChangedProperty("C", "Compiler", "Extra") != 0; };
+  ASSERT_TRUE(RunUntil(isFree, 5000));
+  ASSERT_EQ(Select("led.c"), "led.c");
+  component.BeginUpdate();
+  const OptionDefinition option = Row("C.Compiler.Extra")->definition;
+  EXPECT_TRUE(options.Set(option, "-v"));
+  ComesToShow("C.Compiler.Extra", "-v|set here");
+  EXPECT_EQ(component.SetChangedProperty("C", "Compiler", "Extra", "-w"), 0) << "is still held";
+  component.EndUpdate();
+  EXPECT_TRUE(options.Undo());
+  EXPECT_FALSE(options.Undo());
+  EXPECT_EQ(component.SetChangedProperty("C", "Compiler", "Extra", "-w"), 1) << "is not held";
+}
+
+TEST_F(OptionsWindowTest, WhatWasWrittenForOneNodeIsNotStoredAtTheNext) {
+  ASSERT_EQ(Select("blinky-avr"), "blinky-avr");
+  Write("Application.General.Type", "Nonsense");
+  const auto* const problem = Grid().viewport()->findChild<QLabel*>("problem");
+  ASSERT_NE(problem, nullptr);
+  EXPECT_TRUE(problem->text().startsWith("There is no kind of node \"Nonsense\"."));
+  ASSERT_EQ(Select("led.c"), "led.c");
+  RunUntil([] { return false; }, 10);
+  EXPECT_EQ(Grid().viewport()->findChild<QLineEdit*>(), nullptr);
 }
 
 TEST(OptionEditors, PathsBelowTheFolderAreWrittenRelativeToIt) {
