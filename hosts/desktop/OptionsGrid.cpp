@@ -34,6 +34,10 @@ OptionsGrid::OptionsGrid(QWidget* parent) : QTreeView(parent) {
   header()->setSectionsMovable(false);
   header()->setHighlightSections(false);
   header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  connect(this, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
+    const bool isName = index.column() == OptionsModel::kNameColumn;
+    if (isName && model.RowAt(index) != nullptr) Edit(ValueOf(index));
+  });
   connect(header(), &QHeaderView::sectionResized, this, [this](int column, int, int size) {
     if (isLayingOut || viewport()->width() <= 0) return;
     const double share = static_cast<double>(size) / viewport()->width();

@@ -109,6 +109,7 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   };
   connect(grid, &QTreeView::expanded, this, [this] { SaveView(); });
   connect(grid, &QTreeView::collapsed, this, [this] { SaveView(); });
+  grid->installEventFilter(this);
   grid->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(grid, &QWidget::customContextMenuRequested, this,
           [this](const QPoint& place) { ShowMenu(place); });
@@ -144,7 +145,7 @@ void OptionsWindow::MakeActions() {
   });
   redo.setShortcuts(
       {QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
-  add(resetOne, tr("Reset"), {}, [this] {
+  add(resetOne, tr("Reset") + "\tDel", {}, [this] {
     if (const OptionRow* const row = grid->CurrentRow()) Reset(OptionRow(*row));
   });
   add(resetAll, tr("Reset all options of this node..."), {}, [this] { ResetAll(); });
@@ -217,6 +218,8 @@ void OptionsWindow::showEvent(QShowEvent* event) {
 
 // From the search straight to what it has found, and back to all.
 bool OptionsWindow::eventFilter(QObject* object, QEvent* event) {
+  // A label or a value can be changed elsewhere without the node being loaded anew.
+  if (object == grid && event->type() == QEvent::FocusIn) refreshTimer.start(0);
   if (object != filter || event->type() != QEvent::KeyPress) return false;
   switch (static_cast<QKeyEvent*>(event)->key()) {
     case Qt::Key_Down:
