@@ -50,12 +50,22 @@ PropertyState PropertyManager::StateOf(const std::string& set, const std::string
   return {!isHidden && values.Holds(property.shown), !isDisabled && values.Holds(property.enabled)};
 }
 
+// A host that hasn't asked for the window shows options in its own way.
 std::int32_t PropertyManager::ShowOptions(std::int32_t) {
-  return 0;
+  if (!window) return 0;
+  window->Refill();
+  window->ShowWindow(true);
+  window->SetFocus();
+  return 1;
 }
 
 std::int32_t PropertyManager::GetPropertyWindow() {
-  return 0;
+  if (!window) {
+    window = std::make_unique<OptionsWnd>(*this, frame);
+    window->SetWindowText("Options");
+    window->Create(kStylePopup, {}, nullptr, 0);
+  }
+  return window->GetHandle();
 }
 
 void PropertyManager::BeginUpdate() {
@@ -65,6 +75,7 @@ void PropertyManager::BeginUpdate() {
 void PropertyManager::EndUpdate() {
   // Releases without a hold are usual, so the count never falls below zero.
   if (updates > 0) --updates;
+  if (window) window->RefillSoon();
 }
 
 std::string PropertyManager::GetPropState() {

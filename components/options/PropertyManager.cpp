@@ -40,7 +40,9 @@ PropertyManager::PropertyManager(FileSystem& fileSystem)
   definitions.Index();
 }
 
-std::int32_t PropertyManager::InitOptions(const char*, const char*, std::int32_t, std::int32_t) {
+std::int32_t PropertyManager::InitOptions(const char*, const char*, std::int32_t mainFrame,
+                                          std::int32_t) {
+  frame = mainFrame;
   return 1;
 }
 
@@ -216,6 +218,7 @@ void PropertyManager::ClearValues() {
   values.Clear();
   changedProperty.clear();
   configurationsAreCurrent = false;
+  if (window) window->RefillSoon();
 }
 
 void PropertyManager::EndParentLevel() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,6 +13,7 @@
 #include "components/options/Definitions.h"
 #include "components/options/KeyTable.h"
 #include "components/options/NodeValues.h"
+#include "components/options/OptionsWnd.h"
 #include "components/options/UndoList.h"
 #include "platform/automation/DispatchTable.h"
 #include "platform/files/FileSystem.h"
@@ -57,6 +59,8 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   void EndParentLevel();
   void BeginChildLevel();
   void SetCurrentConfig(const char* config);
+  // Empty while no node is held.
+  const std::string& GetOwnSet() { return values.OwnSet(); }
   std::string ListConfigurations();
 
   // --- The options window ---
@@ -116,6 +120,8 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   std::string propState;
   std::string newConfigName;
   std::string changedProperty;
+  WindowHandle frame = 0;
+  std::unique_ptr<OptionsWnd> window;  // once a host has asked for it
 };
 
 }  // namespace tarn::options

@@ -25,9 +25,9 @@ namespace {
 using testing::RunUntil;
 using testing::ScratchFolder;
 
-class OptionsWindowTest : public ::testing::Test {
+class IdeOptionsTest : public ::testing::Test {
  protected:
-  OptionsWindowTest()
+  IdeOptionsTest()
       : root("TARN_ROOT", testing::SourcePath("share").c_str()),
         settings("TARN_SETTINGS", (folder / "settings").c_str()) {
     std::filesystem::copy(testing::SourcePath("share/examples/blinky-avr"), folder / "blinky",
@@ -126,7 +126,7 @@ class OptionsWindowTest : public ::testing::Test {
   std::optional<QAbstractItemModelTester> tester;
 };
 
-TEST_F(OptionsWindowTest, AChangeMakesTheNodeStaleIsSavedAndCanBeTakenBack) {
+TEST_F(IdeOptionsTest, AChangeMakesTheNodeStaleIsSavedAndCanBeTakenBack) {
   Build();
   EXPECT_FALSE(IsStale("led.c"));
   const std::string key = "C.Compiler.Optimize";
@@ -153,7 +153,7 @@ TEST_F(OptionsWindowTest, AChangeMakesTheNodeStaleIsSavedAndCanBeTakenBack) {
             std::string::npos);
 }
 
-TEST_F(OptionsWindowTest, AValueThatDoesNotFitStaysInItsFieldWithTheReason) {
+TEST_F(IdeOptionsTest, AValueThatDoesNotFitStaysInItsFieldWithTheReason) {
   ASSERT_EQ(Select("blinky-avr"), "blinky-avr");
   const std::string key = "Application.Target.Clock";
   Write(key, "-5");
@@ -177,7 +177,7 @@ TEST_F(OptionsWindowTest, AValueThatDoesNotFitStaysInItsFieldWithTheReason) {
   ComesToShow(key, "8000000|set here");
 }
 
-TEST_F(OptionsWindowTest, EachConfigurationHasItsOwnValues) {
+TEST_F(IdeOptionsTest, EachConfigurationHasItsOwnValues) {
   const std::string key = "C.Compiler.Warnings";
   Choose(key, "all usual ones and more");
   ASSERT_TRUE(ComesToShow(key, "all usual ones and more|set here"));
@@ -189,7 +189,7 @@ TEST_F(OptionsWindowTest, EachConfigurationHasItsOwnValues) {
   ComesToShow(key, "all usual ones and more|set here");
 }
 
-TEST_F(OptionsWindowTest, ALevelFurtherOutSetsTheDefaultOfItsKindsOfFiles) {
+TEST_F(IdeOptionsTest, ALevelFurtherOutSetsTheDefaultOfItsKindsOfFiles) {
   ASSERT_EQ(Select("Drivers"), "Drivers");
   auto* const sets = Find<QComboBox>("sets");
   ChooseIn(sets, "C source in Drivers");
@@ -203,7 +203,7 @@ TEST_F(OptionsWindowTest, ALevelFurtherOutSetsTheDefaultOfItsKindsOfFiles) {
   EXPECT_EQ(Shown(key), "|");
 }
 
-TEST_F(OptionsWindowTest, KeysTurnAYesIntoANoAndAListStartsFromWhatIsInherited) {
+TEST_F(IdeOptionsTest, KeysTurnAYesIntoANoAndAListStartsFromWhatIsInherited) {
   Press("C.Compiler.Debug", Qt::Key_Space);
   ASSERT_TRUE(ComesToShow("C.Compiler.Debug", "No|set here"));
   QLineEdit* const line = Edit<QLineEdit>("C.Directories.Include");
@@ -215,7 +215,7 @@ TEST_F(OptionsWindowTest, KeysTurnAYesIntoANoAndAListStartsFromWhatIsInherited) 
   EXPECT_FALSE(Row("C.Directories.Include")->IsOwn());
 }
 
-TEST_F(OptionsWindowTest, WhileABuildRunsTheOptionsCanBeReadAndNotChanged) {
+TEST_F(IdeOptionsTest, WhileABuildRunsTheOptionsCanBeReadAndNotChanged) {
   window->Commands().Run(kCmdRebuildAll);
   ASSERT_TRUE(window->Commands().IsBuilding());
   EXPECT_TRUE(Find<QLabel>("notice")->isVisible());
@@ -228,7 +228,7 @@ TEST_F(OptionsWindowTest, WhileABuildRunsTheOptionsCanBeReadAndNotChanged) {
   EXPECT_NE(Edit<QComboBox>("C.Compiler.Optimize"), nullptr);
 }
 
-TEST_F(OptionsWindowTest, TheSearchFindsOptionsByLabelNameAndHelp) {
+TEST_F(IdeOptionsTest, TheSearchFindsOptionsByLabelNameAndHelp) {
   const auto names = [&] {
     QStringList found;
     for (int i = 0; i < Grid().Model().rowCount(); ++i) {
@@ -253,7 +253,7 @@ TEST_F(OptionsWindowTest, TheSearchFindsOptionsByLabelNameAndHelp) {
   }
 }
 
-TEST_F(OptionsWindowTest, HowTheWindowLooksIsKeptForEachNode) {
+TEST_F(IdeOptionsTest, HowTheWindowLooksIsKeptForEachNode) {
   const auto section = [&](const char* key) { return Grid().Model().Find(key).parent(); };
   EXPECT_FALSE(Grid().isExpanded(section("C.Internal.Icon")));
   Grid().collapse(section("C.Build.OutputFile"));
@@ -266,7 +266,7 @@ TEST_F(OptionsWindowTest, HowTheWindowLooksIsKeptForEachNode) {
   EXPECT_EQ(Grid().CurrentRow()->GetKey(), "C.Compiler.Debug");
 }
 
-TEST_F(OptionsWindowTest, ChangesAreTakenAlsoWhileTheOptionsOfAllNodesAreBeingRead) {
+TEST_F(IdeOptionsTest, ChangesAreTakenAlsoWhileTheOptionsOfAllNodesAreBeingRead) {
   NodeOptions options(window->Session());
   OptionsDriver& component = window->Session().Options();
   ASSERT_EQ(Select("main.c"), "main.c");
@@ -284,7 +284,7 @@ TEST_F(OptionsWindowTest, ChangesAreTakenAlsoWhileTheOptionsOfAllNodesAreBeingRe
   EXPECT_EQ(component.SetChangedProperty("C", "Compiler", "Extra", "-w"), 1) << "is not held";
 }
 
-TEST_F(OptionsWindowTest, WhatWasWrittenForOneNodeIsNotStoredAtTheNext) {
+TEST_F(IdeOptionsTest, WhatWasWrittenForOneNodeIsNotStoredAtTheNext) {
   ASSERT_EQ(Select("blinky-avr"), "blinky-avr");
   Write("Application.General.Type", "Nonsense");
   const auto* const problem = Grid().viewport()->findChild<QLabel*>("problem");

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "components/options/OptionsRig.h"
+#include "components/options/OptionsWnd.h"
+#include "platform/windowing/HostMessages.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::options {
@@ -145,7 +147,79 @@ TEST_F(OptionsWindowTest, ViewStateAndNewNameAreKeptOverALoad) {
   rig.Publish("C", "y.c", "", {});
   EXPECT_EQ(rig.driver.InvokeText(28, {}), "open;<x> \xA7");
   EXPECT_EQ(rig.driver.InvokeText(25, {}) + rig.driver.InvokeText(25, {}), "SizeSize");
-  EXPECT_EQ(rig.driver.InvokeLong(15, {0}) + rig.driver.InvokeLong(17, {}), 0);
+}
+
+TEST_F(OptionsWindowTest, TheWindowStandsOnceAHostHasAskedForIt) {
+  EXPECT_EQ(rig.driver.InvokeLong(15, {0}), 0);
+  const std::int32_t handle = rig.driver.InvokeLong(17, {});
+  EXPECT_TRUE(IsWindow(handle));
+  EXPECT_EQ(rig.driver.InvokeLong(17, {}), handle);
+  EXPECT_EQ(rig.driver.InvokeLong(15, {0}), 1);
+}
+
+// The window as a toolkit works with it, and the frame that gets its commands.
+class OptionsWndTest : public OptionsWindowTest, private WindowTarget {
+ protected:
+  OptionsWndTest() : frame(RegisterWindow(*this)), window(rig.manager, frame) {
+    window.Create(kStylePopup, {0, 0, 300, 400}, nullptr, 0);
+  }
+  ~OptionsWndTest() override { UnregisterWindow(frame); }
+
+  std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
+                                std::intptr_t) override {
+    if (message == kMsgCommand) commands += std::to_string(wParam) + " ";
+    return 1;
+  }
+  int RowOf(const std::string& label) {
+    const int count = window.GetReport().GetRows().GetCount();
+    for (int row = 0; row < count; ++row) {
+      if (window.GetReport().GetItemAt(row, 0)->GetCaption() == label) return row;
+    }
+    return -1;
+  }
+  std::string Shown(const std::string& label) {
+    const CReportControl& report = window.GetReport();
+    return report.GetItemAt(RowOf(label), 1)->GetCaption() + "|" +
+           report.GetItemAt(RowOf(label), 2)->GetCaption();
+  }
+  void Type(const std::string& label, const std::string& value) {
+    window.GetReport().NotifyEdited(RowOf(label), 1, value);
+    MessageLoop::ForCurrentThread()->Pump();
+  }
+
+  WindowHandle frame;
+  OptionsWnd window;
+  std::string commands;
+};
+
+TEST_F(OptionsWndTest, ValuesAreTypedAndTakenAwayByTheCommandsOfTheirOptions) {
+  EXPECT_EQ(Shown("Optimize"), "for size|default");
+  EXPECT_EQ(RowOf("Out"), -1) << "is hidden";
+  Type("Level", "$(Compiler.Optimize)");
+  EXPECT_EQ(window.GetNote(),
+            "\"s\" does not fit; a whole number from 1 to 0x10 is wanted, decimal "
+            "or with 0x in front.");
+  EXPECT_EQ(Shown("Level") + commands, "|default");
+  Type("Level", "2");
+  Type("Debug", "Yes");
+  Type("Optimize", "for speed");
+  EXPECT_EQ(commands, "33030 33029 33030 ");
+  EXPECT_EQ(rig.Get("C", "Compiler", "Optimize"), "2");
+  window.Refill();
+  EXPECT_EQ(Shown("Optimize") + Shown("Level"), "for speed|set here2|set here");
+  EXPECT_NE(RowOf("Out"), -1) << "shows with Level=2";
+  commands.clear();
+  window.GetReport().SelectRow(RowOf("Optimize"));
+  window.GetReport().NotifyKey({kKeyDelete});
+  window.GetReport().SelectRow(RowOf("Level"));
+  window.GetReport().NotifyKey({kKeyDelete});
+  MessageLoop::ForCurrentThread()->Pump();
+  EXPECT_EQ(commands, "33050 ") << "one of them can't be taken away";
+  rig.driver.InvokeHelper(20, {});
+  window.Refill();
+  Type("Count", "1");
+  EXPECT_EQ(Shown("Count"), "|default");
+  EXPECT_EQ(window.GetNote(), "Options can't be changed now.");
 }
 
 }  // namespace

@@ -1,0 +1,252 @@
+#include "components/options/OptionsWnd.h"
+
+#include "components/common/ValuesText.h"
+#include "components/options/PropertyManager.h"
+#include "platform/text/Text.h"
+#include "platform/windowing/HostMessages.h"
+
+namespace tarn::options {
+
+namespace {
+
+enum Column : int { kName, kValue, kSource };
+
+constexpr int kReportId = 1;
+constexpr int kNoteId = 2;
+constexpr int kTimer = 1;
+constexpr std::chrono::milliseconds kSoon{50};
+constexpr int kNoteHeight = 56;
+constexpr const char* kResetCommand = "33050";
+
+std::string Attribute(const CXmlNode& node, const char* name) {
+  return TextOf(node.GetAttrValue(name));
+}
+
+std::unique_ptr<CReportRecordItem> MakeItem(std::string caption) {
+  auto item = std::make_unique<CReportRecordItem>();
+  item->SetOwnCaption(std::move(caption));
+  return item;
+}
+
+const char* WordOf(const std::string& origin) {
+  if (origin == "own") return "set here";
+  if (origin == "inherited") return "inherited";
+  return origin == "definition" ? "default" : "";
+}
+
+}  // namespace
+
+// An option. A section is a plain record.
+class OptionsWnd::Record : public CReportRecord {
+ public:
+  Record(std::string setName, std::string sectionName, const CXmlNode& property)
+      : set(std::move(setName)),
+        section(std::move(sectionName)),
+        name(Attribute(property, "Header")),
+        help(Attribute(property, "Help")),
+        command(Attribute(property, "Command")),
+        isRemovable(EqualNoCase(Attribute(property, "Removable"), "Yes")),
+        isEnabled(EqualNoCase(Attribute(property, "Enabled"), "Yes")) {
+    for (const CXmlNode* choice : property.GetChildren()) {
+      choices.emplace_back(Attribute(*choice, "Label"), Attribute(*choice, "Value"));
+    }
+    AddItem(MakeItem(Attribute(property, "Label")));
+    AddItem(MakeItem({}));
+    AddItem(MakeItem({}));
+  }
+
+  // What the user has typed, as a value: a choice may go by its label.
+  std::string ValueOf(const std::string& typed) const {
+    for (const auto& [label, value] : choices) {
+      if (EqualNoCase(label, typed)) return value;
+    }
+    return typed;
+  }
+
+  const std::string set, section, name, help, command;
+  const bool isRemovable, isEnabled;
+  std::vector<std::pair<std::string, std::string>> choices;  // label and value
+  std::string shown;                                         // what stands in the value's cell
+};
+
+class OptionsWnd::Report : public CReportControl {
+ public:
+  explicit Report(OptionsWnd& optionsWindow) : window(optionsWindow) {}
+
+ protected:
+  bool OnKeyDown(const KeyEvent& event) override {
+    if (event.key != kKeyDelete) return CReportControl::OnKeyDown(event);
+    window.Reset(GetFocusedRow());
+    return true;
+  }
+
+ private:
+  OptionsWnd& window;
+};
+
+OptionsWnd::OptionsWnd(PropertyManager& propertyManager, WindowHandle mainFrame)
+    : manager(propertyManager), frame(mainFrame), report(std::make_unique<Report>(*this)) {
+  const auto addColumn = [this](int index, const char* caption, int width, bool isWide) {
+    return report->AddColumn(std::make_unique<CReportColumn>(index, caption, width, isWide,
+                                                             CReportColumn::kNoIcon, false, true));
+  };
+  addColumn(kName, "Option", 140, true)->SetTreeColumn(true);
+  addColumn(kValue, "Value", 140, true)->SetEditable(true);
+  addColumn(kSource, "From", 70, false);
+  report->AllowEdit(true);
+}
+
+OptionsWnd::~OptionsWnd() {
+  DestroyWindow();
+}
+
+bool OptionsWnd::OnCreate() {
+  if (!report->Create(kStyleChild | kStyleVisible, {}, this, kReportId)) return false;
+  if (!note.Create(kStyleChild | kStyleVisible, {}, this, kNoteId)) return false;
+  report->ShowWindow(true);
+  note.ShowWindow(true);
+  LayOut({GetRect().Width(), GetRect().Height()});
+  Refill();
+  return true;
+}
+
+void OptionsWnd::OnDestroy() {
+  report->RemoveAllRecords();
+}
+
+void OptionsWnd::OnSize(Size size) {
+  LayOut(size);
+}
+
+void OptionsWnd::LayOut(Size size) {
+  const int edge = size.height > 2 * kNoteHeight ? size.height - kNoteHeight : size.height;
+  report->MoveWindow({0, 0, size.width, edge});
+  note.MoveWindow({0, edge, size.width, size.height});
+}
+
+void OptionsWnd::RefillSoon() {
+  if (!IsCreated() || isTimerSet) return;
+  SetTimer(kTimer, kSoon);
+  isTimerSet = true;
+}
+
+void OptionsWnd::OnTimer(int) {
+  KillTimer(kTimer);
+  isTimerSet = false;
+  Refill();
+}
+
+void OptionsWnd::Refill() {
+  const std::string& set = manager.GetOwnSet();
+  const std::string definitions = set.empty() ? std::string() : manager.ListProperties(set.c_str());
+  if (definitions != layout) {
+    layout = definitions;
+    CXmlNode root;
+    CXmlParseInfo parseInfo;
+    if (!layout.empty()) root.Load(layout, parseInfo);
+    Rebuild(root);
+  }
+  for (int i = 0; i < report->GetRecords().GetCount(); ++i) {
+    UpdateValues(report->GetRecords().GetAt(i)->GetChildren());
+  }
+  report->Populate();
+}
+
+void OptionsWnd::Rebuild(const CXmlNode& definitions) {
+  report->RemoveAllRecords();
+  note.SetWindowText({});
+  for (const CXmlNode* set : definitions.GetChildren()) {
+    for (const CXmlNode* section : set->GetChildren()) {
+      auto record = std::make_unique<CReportRecord>();
+      record->AddItem(MakeItem(Attribute(*section, "Label")));
+      record->SetExpanded(true);
+      for (const CXmlNode* property : section->GetChildren()) {
+        if (!EqualNoCase(Attribute(*property, "Shown"), "Yes")) continue;
+        record->GetChildren().Add(std::make_unique<Record>(
+            Attribute(*set, "Header"), Attribute(*section, "Header"), *property));
+      }
+      if (record->HasChildren()) report->AddRecord(std::move(record));
+    }
+  }
+}
+
+// A value of the node's own as it was written, any other one as it counts.
+std::string OptionsWnd::CaptionOf(const Record& record) {
+  const char* const set = record.set.c_str();
+  const char* const section = record.section.c_str();
+  const char* const name = record.name.c_str();
+  const std::string label = manager.GetPropertyStringValue(set, section, name);
+  const bool isWritten = manager.GetOrigin(set, section, name) == "own" &&
+                         label == manager.GetPropertyValue(set, section, name);
+  if (!isWritten) return label;
+  CXmlNode stored;
+  CXmlParseInfo parseInfo;
+  stored.Load(manager.GetConfigText("", set, section, name), parseInfo);
+  const CXmlNode* const property = stored.FindDescendantByAttr("Header", name);
+  return property == nullptr ? label : Unescape(Attribute(*property, "Value"));
+}
+
+void OptionsWnd::UpdateValues(CReportRecords& records) {
+  for (int i = 0; i < records.GetCount(); ++i) {
+    auto& record = static_cast<Record&>(*records.GetAt(i));
+    record.shown = CaptionOf(record);
+    record.GetItem(kValue)->SetOwnCaption(record.shown);
+    record.GetItem(kSource)->SetOwnCaption(
+        WordOf(manager.GetOrigin(record.set.c_str(), record.section.c_str(), record.name.c_str())));
+  }
+}
+
+OptionsWnd::Record* OptionsWnd::RecordAt(int row) const {
+  const CReportRow* const found = report->GetRows().GetAt(row);
+  return found == nullptr ? nullptr : dynamic_cast<Record*>(found->GetRecord());
+}
+
+void OptionsWnd::SendCommand(const std::string& command) {
+  PostWindowMessage(frame, kMsgCommand, std::atoi(command.c_str()), 0);
+  RefillSoon();
+}
+
+void OptionsWnd::OnEdited(int row) {
+  Record* const record = RecordAt(row);
+  if (record == nullptr) return;
+  CReportRecordItem& item = *record->GetItem(kValue);
+  const std::string typed = item.GetOwnCaption();
+  if (typed == record->shown) return;
+  const std::string value = record->ValueOf(typed);
+  const char* const set = record->set.c_str();
+  const char* const section = record->section.c_str();
+  const char* const name = record->name.c_str();
+  std::string problem = manager.CheckValue(set, section, name, value.c_str());
+  if (problem.empty() && !record->isEnabled) problem = "Another option rules this one out.";
+  if (problem.empty() && manager.SetChangedProperty(set, section, name, value.c_str()) == 0) {
+    problem = "Options can't be changed now.";
+  }
+  if (problem.empty()) return SendCommand(record->command);
+  item.SetOwnCaption(record->shown);
+  report->Populate();
+  note.SetWindowText(problem);
+}
+
+void OptionsWnd::Reset(int row) {
+  const Record* const record = RecordAt(row);
+  if (record == nullptr || !record->isRemovable) return;
+  const char* const set = record->set.c_str();
+  const char* const section = record->section.c_str();
+  const char* const name = record->name.c_str();
+  if (manager.GetOrigin(set, section, name) != "own") return;
+  if (manager.ResetChangedProperty(set, section, name) != 0) return SendCommand(kResetCommand);
+  note.SetWindowText("Options can't be changed now.");
+}
+
+std::intptr_t OptionsWnd::OnMessage(std::uint32_t message, std::intptr_t wParam, std::intptr_t) {
+  const auto* const notice = reinterpret_cast<const ReportNotice*>(wParam);
+  if (message == kMsgReportEdit) {
+    OnEdited(notice->row);
+  } else if (message == kMsgReportSelection) {
+    const Record* const record = RecordAt(report->GetFocusedRow());
+    note.SetWindowText(record == nullptr ? std::string() : record->help);
+  }
+  return 0;
+}
+
+}  // namespace tarn::options
