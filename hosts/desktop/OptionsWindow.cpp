@@ -91,8 +91,9 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(MakeHead());
-  layout->addWidget(notice);
   layout->addWidget(splitter, 1);
+  // Below, so that no row moves when a build begins.
+  layout->addWidget(notice);
 
   grid->Model().onChange = [this](OptionRow row, const QString& value) {
     return Change(row, value);
@@ -118,8 +119,9 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   connect(&refreshTimer, &QTimer::timeout, this, [this] { Refresh(); });
   setFocusProxy(grid);
   QWidget* before = configurations;
-  for (QWidget* const next : {static_cast<QWidget*>(sets), static_cast<QWidget*>(filter),
-                              static_cast<QWidget*>(grid), static_cast<QWidget*>(help)}) {
+  for (QWidget* const next :
+       {static_cast<QWidget*>(addConfiguration), static_cast<QWidget*>(sets),
+        static_cast<QWidget*>(filter), static_cast<QWidget*>(grid), static_cast<QWidget*>(help)}) {
     setTabOrder(before, next);
     before = next;
   }
@@ -145,6 +147,10 @@ void OptionsWindow::MakeActions() {
   });
   redo.setShortcuts(
       {QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
+  add(find, tr("Search options"), QKeySequence::Find, [this] {
+    filter->setFocus();
+    filter->selectAll();
+  });
   add(resetOne, tr("Reset") + "\tDel", {}, [this] {
     if (const OptionRow* const row = grid->CurrentRow()) Reset(OptionRow(*row));
   });
@@ -178,12 +184,12 @@ QWidget* OptionsWindow::MakeHead() {
   configurations->setAccessibleName(tr("Configuration"));
   connect(configurations, &QComboBox::textActivated, this,
           [this](const QString& name) { ChooseConfiguration(name); });
-  auto* const add = new QToolButton(head);
-  add->setText("+");
-  add->setToolTip(tr("Add a configuration..."));
-  add->setAccessibleName(tr("Add a configuration"));
-  connect(add, &QToolButton::clicked, this, [this] { AddConfiguration(); });
-  layout->addWidget(add, 0, 2);
+  addConfiguration = new QToolButton(head);
+  addConfiguration->setText("+");
+  addConfiguration->setToolTip(tr("Add a configuration..."));
+  addConfiguration->setAccessibleName(tr("Add a configuration"));
+  connect(addConfiguration, &QToolButton::clicked, this, [this] { AddConfiguration(); });
+  layout->addWidget(addConfiguration, 0, 2);
   sets = addChoice(1, tr("&Options of:"), setLabel);
   sets->setObjectName("sets");
   sets->setAccessibleName(tr("Options of"));
@@ -200,15 +206,20 @@ QWidget* OptionsWindow::MakeHead() {
   filter->installEventFilter(this);
   connect(filter, &QLineEdit::textChanged, this, [this] { ShowRows(); });
   layout->addWidget(filter, 2, 0, 1, 3);
-  auto* const find = new QAction(this);
-  find->setShortcut(QKeySequence::Find);
-  find->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  connect(find, &QAction::triggered, filter, [this] {
-    filter->setFocus();
-    filter->selectAll();
-  });
-  addAction(find);
   return head;
+}
+
+bool OptionsWindow::event(QEvent* event) {
+  const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+  if (!isKey) return QWidget::event(event);
+  const QKeySequence keys(static_cast<QKeyEvent*>(event)->keyCombination());
+  for (QAction* const action : {&undo, &redo, &find}) {
+    if (!action->shortcuts().contains(keys)) continue;
+    event->accept();
+    if (event->type() == QEvent::KeyPress) action->trigger();
+    return true;
+  }
+  return QWidget::event(event);
 }
 
 void OptionsWindow::showEvent(QShowEvent* event) {
@@ -306,6 +317,7 @@ void OptionsWindow::ShowState() {
   notice->setVisible(isBuilding);
   grid->Model().SetReadOnly(isBuilding);
   configurations->setEnabled(!isBuilding && !sheet.ownSet.empty());
+  addConfiguration->setEnabled(configurations->isEnabled());
   const auto name = [](QAction& action, const QString& plain, const QString& of,
                        const std::string& label) {
     action.setText(label.empty() ? plain : of.arg(ToQtLabel(label)));

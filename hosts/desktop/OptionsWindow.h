@@ -13,6 +13,7 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QTextBrowser;
+class QToolButton;
 
 namespace tarn::host {
 
@@ -39,6 +40,9 @@ class OptionsWindow : public QWidget {
   OptionsGrid& Grid() { return *grid; }
 
  protected:
+  // Undo, redo and search mean the options while the keyboard is here, whatever a menu has them
+  // for.
+  bool event(QEvent* event) override;
   void showEvent(QShowEvent* event) override;
   bool eventFilter(QObject* object, QEvent* event) override;
 
@@ -71,8 +75,9 @@ class OptionsWindow : public QWidget {
   bool isRestoring = false;  // of the view, which is no choice of the user's
   QTimer refreshTimer;
 
-  QAction undo, redo, resetOne, resetAll, copyName, explain;
+  QAction undo, redo, find, resetOne, resetAll, copyName, explain;
   QComboBox* configurations = nullptr;
+  QToolButton* addConfiguration = nullptr;
   QLabel* setLabel = nullptr;
   QComboBox* sets = nullptr;
   QLineEdit* filter = nullptr;
