@@ -22,8 +22,8 @@ NewProject PlanOf(CommandContext& context) {
   if (project.folder.ends_with(kSeparator)) project.folder.pop_back();
   project.name = FileNameOf(project.folder);
   const HostFolders folders = HostFolders::FromEnvironment(context.Files());
-  project.sourceType = FindSourceType(
-      context.Files(), folders.application + "config/projectmanager.config", "c", "C");
+  project.sourceType =
+      FindSourceType(context.Files(), folders.ConfigFile(context.Files()), "c", "C");
   return project;
 }
 

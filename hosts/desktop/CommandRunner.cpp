@@ -8,11 +8,6 @@ namespace tarn::host {
 
 namespace {
 
-// The server has made the options of all nodes known.
-constexpr std::uint32_t kCmdOptionsLoaded = 0x811E;
-// The tools that fit the current node's file.
-constexpr std::uint32_t kCmdFirstTool = 0x8122;
-constexpr std::uint32_t kCmdLastTool = 0x8136;
 constexpr std::uint32_t kBuildCommands[] = {
     kCmdRebuildAll, kCmdBuildAll,  kCmdCleanAll,      kCmdRebuildNode,
     kCmdBuildNode,  kCmdCleanNode, kCmdTranslateNode, kCmdBuildApplication,
@@ -37,7 +32,7 @@ Status CommandRunner::Open(const std::string& path) {
 }
 
 bool CommandRunner::Builds(std::uint32_t command) {
-  return (command >= kCmdFirstTool && command <= kCmdLastTool) ||
+  return (command >= kCmdToolList && command <= kCmdLastTool) ||
          std::find(std::begin(kBuildCommands), std::end(kBuildCommands), command) !=
              std::end(kBuildCommands);
 }

@@ -24,6 +24,10 @@ namespace tarn::host {
 namespace {
 
 constexpr int kProjectWindow = 4003;
+constexpr int kReportWindow = 4006;
+// Popup menus go by the numbers of the windows.
+constexpr const char* kLogPopup = "4004";
+constexpr const char* kReportPopup = "4006";
 // How late a button of the tool bar may show what can be done.
 constexpr int kRefreshMs = 250;
 constexpr QSize kFirstSize{1280, 800};
@@ -55,6 +59,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
       editors(new EditorTabs(fileSystem, this)) {
   menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
   menuCommands.run = [this](std::uint32_t command) { RunCommand(command); };
+  menuCommands.listTools = [this] { return ReadToolEntries(session->Manager().GetToolCommands()); };
   runner->onStarted = [this] { OnBuildStarted(); };
   runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
   stateLabel = new QLabel(tr("Ready"), this);
@@ -91,6 +96,14 @@ void IdeWindow::AnswerMessages() {
     AddToolBar(event.detail);
     return std::intptr_t{1};
   });
+  frame.Answer(kMsgShowPopupMenu, [this](const HostEvent& event) {
+    const auto& place = *reinterpret_cast<const Point*>(event.wParam);
+    // Later: a menu would go with a mouse press that is still under way.
+    QTimer::singleShot(0, this, [this, screen = QPoint(place.x, place.y), name = event.detail] {
+      ShowPopup(name, screen);
+    });
+    return std::intptr_t{1};
+  });
   for (const HostMessage number : {kMsgOpenFileAtLine, kMsgOpenFile}) {
     frame.Answer(number, [this](const HostEvent& event) {
       // Later: the sender is one of the server's windows in the middle of a click.
@@ -106,7 +119,8 @@ bool IdeWindow::Start() {
     return false;
   }
   session->Manager().GetProjectWindow();
-  session->Manager().GetOutputWindow();
+  logWindow = session->Manager().GetOutputWindow();
+  popups.Load(files, session->GetFolders().ConfigFile(files));
   connect(&refreshTimer, &QTimer::timeout, this, [this] {
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);
   });
@@ -190,9 +204,17 @@ void IdeWindow::AddDock(const HostEvent& announcement) {
     if (view->accessibleName().isEmpty()) view->setAccessibleName(dock->windowTitle());
   }
   if (id.toInt() == kProjectWindow) {
+    AddTreeShortcuts(*widget, menuCommands);
     addDockWidget(Qt::LeftDockWidgetArea, dock);
     resizeDocks({dock}, {kFirstTreeWidth}, Qt::Horizontal);
     return;
+  }
+  if (id.toInt() == kReportWindow) {
+    // The report has no menu of its own; that of the log is about the same build.
+    widget->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(widget, &QWidget::customContextMenuRequested, this, [this, widget](QPoint place) {
+      popups.Show(kReportPopup, widget->mapToGlobal(place), menuCommands, *this);
+    });
   }
   addDockWidget(Qt::BottomDockWidgetArea, dock);
   if (lastBottomDock != nullptr) {
@@ -222,6 +244,21 @@ void IdeWindow::AddOptionsDock() {
     dock->raise();
     options->setFocus();
   };
+}
+
+void IdeWindow::ShowPopup(const std::string& name, QPoint screen) {
+  MenuCommands commands = menuCommands;
+  if (name == kLogPopup) {
+    // The log has its own idea of what is copied and cleared.
+    commands.run = [this](std::uint32_t command) {
+      if (command >= kCmdClearLog && command <= kCmdCutLog) {
+        SendWindowMessage(logWindow, kMsgCommand, command, 0);
+      } else {
+        RunCommand(command);
+      }
+    };
+  }
+  popups.Show(name, screen, commands, *this);
 }
 
 void IdeWindow::AddMenu(const std::string& xml) {

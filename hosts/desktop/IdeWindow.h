@@ -8,6 +8,7 @@
 
 #include "hosts/desktop/CommandRunner.h"
 #include "hosts/desktop/EditorTabs.h"
+#include "hosts/desktop/PopupMenus.h"
 #include "hosts/desktop/ServerMenus.h"
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/MainFrame.h"
@@ -52,6 +53,7 @@ class IdeWindow : public QMainWindow {
   // `path` may be relative to the project's folder.
   void OpenFile(const std::string& path, std::intptr_t line);
   void RunCommand(std::uint32_t command);
+  void ShowPopup(const std::string& name, QPoint screen);
   void AddMenu(const std::string& xml);
   void AddToolBar(const std::string& xml);
   void OnBuildStarted();
@@ -62,12 +64,14 @@ class IdeWindow : public QMainWindow {
   std::unique_ptr<BuildSession> session;
   std::unique_ptr<CommandRunner> runner;
   MenuCommands menuCommands;
+  PopupMenus popups;
   FileSystem& files;
   QtDialogs dialogs;  // what the server asks its user
   EditorTabs* editors = nullptr;
   OptionsWindow* options = nullptr;
   QDockWidget* lastBottomDock = nullptr;
   QToolBar* serverBar = nullptr;
+  WindowHandle logWindow = 0;
   QLabel* stateLabel = nullptr;
   QTimer refreshTimer;
   QElapsedTimer buildTime;

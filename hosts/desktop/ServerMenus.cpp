@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QKeySequence>
 #include <QMenu>
+#include <QShortcut>
 #include <QToolBar>
 #include <cstdlib>
 
@@ -17,16 +18,27 @@ namespace {
 constexpr std::uint32_t kFirstServerCommand = 32772;
 constexpr std::uint32_t kFirstCommonCommand = 57601;
 
+// Where a shortcut works: in an editor some keys mean the text. The tree knows some keys by itself.
+enum class Reach { Window, Tree, TreeItself };
+
 struct Shortcut {
   std::uint32_t command;
   const char* keys;
+  Reach reach;
 };
 
 // By which the commands are known in most environments.
 constexpr Shortcut kShortcuts[] = {
-    {kCmdBuildAll, "F7"},           {kCmdRebuildAll, "Ctrl+Alt+F7"},
-    {kCmdTranslateNode, "Ctrl+F7"}, {kCmdBuildApplication, "Shift+F7"},
-    {kCmdStop, "Ctrl+Break"},
+    {kCmdBuildAll, "F7", Reach::Window},
+    {kCmdRebuildAll, "Ctrl+Alt+F7", Reach::Window},
+    {kCmdTranslateNode, "Ctrl+F7", Reach::Window},
+    {kCmdBuildApplication, "Shift+F7", Reach::Window},
+    {kCmdStop, "Ctrl+Break", Reach::Window},
+    {kCmdCopyNode, "Ctrl+C", Reach::Tree},
+    {kCmdPasteNode, "Ctrl+V", Reach::Tree},
+    {kCmdShowOptions, "Alt+Return", Reach::Tree},
+    {kCmdAddFiles, "Ins", Reach::TreeItself},
+    {kCmdRemoveNode, "Del", Reach::TreeItself},
 };
 
 std::uint32_t CommandOf(const CXmlNode& entry) {
@@ -52,6 +64,28 @@ QAction* MakeAction(const CXmlNode& entry, const MenuCommands& commands, QObject
   return action;
 }
 
+void FillTools(QMenu& menu, const MenuCommands& commands) {
+  menu.clear();
+  for (const ToolEntry& tool : commands.listTools()) {
+    QAction* const action = menu.addAction(ToQt(tool.name).replace("&", "&&"));
+    QObject::connect(action, &QAction::triggered, &menu,
+                     [run = commands.run, command = tool.command] { run(command); });
+  }
+  menu.menuAction()->setEnabled(!menu.isEmpty());
+}
+
+void ShowShortcut(QAction& action, std::uint32_t command) {
+  for (const Shortcut& each : kShortcuts) {
+    if (each.command != command) continue;
+    const QKeySequence keys(each.keys);
+    if (each.reach == Reach::Window) {
+      action.setShortcut(keys);
+    } else {
+      action.setText(action.text() + '\t' + keys.toString(QKeySequence::NativeText));
+    }
+  }
+}
+
 void Refresh(const QList<QAction*>& actions, const MenuCommands& commands) {
   for (QAction* const action : actions) {
     if (action->data().isValid()) action->setEnabled(commands.isEnabled(action->data().toUInt()));
@@ -64,11 +98,15 @@ void Fill(QMenu& menu, const CXmlNode& description, const MenuCommands& commands
       menu.addSeparator();
     } else if (!entry->GetChildren().empty()) {
       Fill(*menu.addMenu(CaptionOf(*entry)), *entry, commands);
-    } else if (entry->GetAttr("id") != nullptr) {
+    } else if (entry->GetAttr("id") == nullptr) {
+      continue;
+    } else if (CommandOf(*entry) == kCmdToolList) {
+      QMenu* const tools = menu.addMenu(CaptionOf(*entry));
+      QObject::connect(&menu, &QMenu::aboutToShow, tools,
+                       [tools, commands] { FillTools(*tools, commands); });
+    } else {
       QAction* const action = MakeAction(*entry, commands, &menu);
-      for (const Shortcut& each : kShortcuts) {
-        if (each.command == CommandOf(*entry)) action->setShortcut(QKeySequence(each.keys));
-      }
+      ShowShortcut(*action, CommandOf(*entry));
       menu.addAction(action);
     }
   }
@@ -83,13 +121,38 @@ void Fill(QMenu& menu, const CXmlNode& description, const MenuCommands& commands
 
 }  // namespace
 
-QMenu* MakeServerMenu(const std::string& xml, const MenuCommands& commands, QWidget& parent) {
-  auto* const menu = new QMenu(&parent);
-  if (const auto description = ParseXml(xml)) {
-    menu->setTitle(CaptionOf(*description));
-    Fill(*menu, *description, commands);
+std::vector<ToolEntry> ReadToolEntries(const std::string& xml) {
+  std::vector<ToolEntry> tools;
+  const auto list = ParseXml(xml);
+  if (!list) return tools;
+  for (const CXmlNode* each : list->GetChildren()) {
+    const std::string title = AttributeOf(each, "Title");
+    const auto command = static_cast<std::uint32_t>(std::atoi(AttributeOf(each, "Id").c_str()));
+    if (command < kCmdFirstTool || command > kCmdLastTool) continue;
+    tools.push_back({command, title.empty() ? AttributeOf(each, "Header") : title});
   }
+  return tools;
+}
+
+QMenu* MakeServerMenu(const std::string& xml, const MenuCommands& commands, QWidget& parent) {
+  const auto description = ParseXml(xml);
+  return description ? MakeServerMenu(*description, commands, parent) : new QMenu(&parent);
+}
+
+QMenu* MakeServerMenu(const CXmlNode& description, const MenuCommands& commands, QWidget& parent) {
+  auto* const menu = new QMenu(CaptionOf(description), &parent);
+  Fill(*menu, description, commands);
   return menu;
+}
+
+void AddTreeShortcuts(QWidget& tree, const MenuCommands& commands) {
+  for (const Shortcut& each : kShortcuts) {
+    if (each.reach != Reach::Tree) continue;
+    auto* const shortcut = new QShortcut(QKeySequence(each.keys), &tree);
+    shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    QObject::connect(shortcut, &QShortcut::activated, &tree,
+                     [run = commands.run, command = each.command] { run(command); });
+  }
 }
 
 void FillServerToolBar(QToolBar& bar, const std::string& xml, const MenuCommands& commands) {

@@ -118,7 +118,7 @@ Status BuildSession::Start() {
   if (const Status attached = Attach(manager, kManagerClass); !attached) return attached;
   if (manager.Init(folders.application, folders.data, frame.GetHandle()) == 0) {
     return Error{ErrorCode::NotFound, "the configuration file is missing or damaged",
-                 folders.application + "config/projectmanager.config"};
+                 folders.ConfigFile(files)};
   }
   // Where nothing was installed to start it from. Without it there is just no project in between.
   (void)WriteStandInProject(files, folders.data, FileNameOf(folders.data));

@@ -133,6 +133,7 @@ class BuildSession {
   const std::string& GetStateProblem() const { return stateProblem; }
 
   const std::string& GetProjectPath() const { return projectPath; }
+  const HostFolders& GetFolders() const { return folders; }
   ProjectManagerDriver& Manager() { return manager; }
   InspectorDriver& Inspector() { return inspector; }
   ToolManagerDriver& Tools() { return tools; }

@@ -35,4 +35,10 @@ HostFolders HostFolders::FromEnvironment(FileSystem& files) {
   return folders;
 }
 
+std::string HostFolders::ConfigFile(FileSystem& files) const {
+  const std::string folder = application + "config" + kSeparator;
+  const std::string own = folder + FileNameOf(data) + "_projectmanager.config";
+  return files.Exists(own) ? own : folder + "projectmanager.config";
+}
+
 }  // namespace tarn::host

@@ -16,6 +16,10 @@ struct HostFolders {
   // folder, else what the build was told (TARN_FALLBACK_SHARE): by itself the share folder of the
   // sources.
   static HostFolders FromEnvironment(FileSystem& files);
+
+  // The configuration file that the server uses with these folders: one that bears the name of the
+  // data folder in front, if there is one.
+  std::string ConfigFile(FileSystem& files) const;
 };
 
 }  // namespace tarn::host

@@ -15,6 +15,8 @@ enum ManagerCommand : std::uint32_t {
   kCmdApplyOption = 0x8105,
   kCmdInvalidateNode = 0x8106,
   kCmdShowNodeOptions = 0x810B,
+  kCmdAddFiles = 0x8108,
+  kCmdNewItem = 0x8109,  // the wizard for a new application
   kCmdNewGroup = 0x810C,
   kCmdRebuildAll = 0x8111,
   kCmdBuildAll = 0x8112,
@@ -28,11 +30,18 @@ enum ManagerCommand : std::uint32_t {
   kCmdResetOption = 0x811A,
   kCmdResetNodeOptions = 0x811B,
   kCmdStop = 0x811C,
+  kCmdOptionsLoaded = 0x811E,  // sent to the host and given back: all options are known
   kCmdBuildApplication = 0x811F,
   kCmdShowApplicationOptions = 0x8121,
+  // The tools that fit the current node's file; the first number stands for their list.
+  kCmdToolList = 0x8122,
+  kCmdFirstTool = 0x8123,
+  kCmdLastTool = 0x8136,
   kCmdAddConfiguration = 0x8138,
   kCmdRemoveNode = 0xE120,
+  kCmdClearLog = 0xE121,  // this and the next two also to the window of the log
   kCmdCopyNode = 0xE122,
+  kCmdCutLog = 0xE123,
   kCmdPasteNode = 0xE125,
 };
 
@@ -66,6 +75,8 @@ class ProjectManagerDriver : public COleDispatchDriver {
   // What the wizard is filled in with.
   std::int32_t AddNewItem() { return InvokeLong(28, {NullableText(), NullableText()}); }
   std::int32_t SetBuildInfo(const std::string& xml) { return InvokeLong(33, {"", xml}); }
+  // The tools that fit the current node, each with the number of its command, as XML.
+  std::string GetToolCommands() { return InvokeText(35, {AsNumber(kCmdToolList)}); }
   std::int32_t SavePropertyValue(const std::string& set, const std::string& section,
                                  const std::string& property, const std::string& value) {
     return InvokeLong(34, {set, section, property, value});

@@ -5,62 +5,19 @@
 
 #include <QAction>
 #include <QMenu>
-#include <QMenuBar>
 #include <QToolBar>
 #include <filesystem>
-#include <optional>
 #include <string>
 
-#include "platform/qt/QtToolkit.h"
-#include "support/Surroundings.h"
+#include "desktop/IdeFixture.h"
 #include "support/qt/WindowLoop.h"
 
 namespace tarn::host {
 namespace {
 
 using testing::RunUntil;
-using testing::ScratchFolder;
 
-class IdeWindowTest : public ::testing::Test {
- protected:
-  IdeWindowTest()
-      : root("TARN_ROOT", testing::SourcePath("share").c_str()),
-        settings("TARN_SETTINGS", (folder / "settings").c_str()) {
-    std::filesystem::copy(testing::SourcePath("share/examples/blinky-avr"), folder / "blinky",
-                          std::filesystem::copy_options::recursive);
-    window.emplace(FileSystem::Native());
-    EXPECT_TRUE(window->Start());
-    window->show();
-    window->OpenProject(folder / "blinky/blinky-avr.tprj");
-  }
-
-  // The entry of that name in any menu, looked up as the user does: by opening it.
-  QAction* FindEntry(const QString& name) {
-    for (QAction* const top : window->menuBar()->actions()) {
-      Q_EMIT top->menu()->aboutToShow();
-      for (QAction* const entry : top->menu()->actions()) {
-        if (entry->text() == name) return entry;
-      }
-    }
-    return nullptr;
-  }
-  // Whether an entry can be chosen, and what it does when it is.
-  bool Choose(const QString& name) {
-    QAction* const entry = FindEntry(name);
-    if (entry == nullptr || !entry->isEnabled()) return false;
-    entry->trigger();
-    return true;
-  }
-  bool IsBuilt(const std::string& output) {
-    return std::filesystem::exists(folder / "blinky/build/Standard/" + output);
-  }
-
-  ScratchFolder folder{"tarn-desktop-"};
-  testing::ScopedVariable root;
-  testing::ScopedVariable settings;
-  QtToolkit toolkit;
-  std::optional<IdeWindow> window;
-};
+using IdeWindowTest = testing::IdeFixture;
 
 TEST_F(IdeWindowTest, AMenuBuildsTheProjectWhileTheLoopRunsAndStopIsOnlyThereMeanwhile) {
   EXPECT_FALSE(FindEntry("Stop")->isEnabled());

@@ -1,0 +1,39 @@
+#include "hosts/desktop/PopupMenus.h"
+
+#include <QMenu>
+
+#include "hosts/frame/LogEntry.h"
+
+namespace tarn::host {
+
+void PopupMenus::Load(FileSystem& files, const std::string& configFile) {
+  const Result<std::string> text = files.ReadWholeFile(configFile);
+  configuration = text ? ParseXml(*text) : nullptr;
+}
+
+void PopupMenus::Show(const std::string& name, QPoint screen, const MenuCommands& commands,
+                      QWidget& parent) const {
+  const CXmlNode* const description = Find(name);
+  if (description == nullptr) return;
+  QMenu* const menu = MakeServerMenu(*description, commands, parent);
+  menu->setObjectName("popup" + QString::fromStdString(name));
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  if (menu->isEmpty()) {
+    menu->deleteLater();
+    return;
+  }
+  menu->popup(screen);
+}
+
+const CXmlNode* PopupMenus::Find(const std::string& name) const {
+  if (configuration == nullptr) return nullptr;
+  for (const CXmlNode* section : configuration->GetChildren()) {
+    if (section->GetName() != "PopupMenus") continue;
+    for (const CXmlNode* menu : section->GetChildren()) {
+      if (AttributeOf(menu, "Name") == name) return menu;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModel>
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTest>
+#include <QTreeView>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "hosts/desktop/IdeWindow.h"
+#include "platform/qt/QtToolkit.h"
+#include "support/Surroundings.h"
+#include "support/qt/WindowLoop.h"
+
+namespace tarn::testing {
+
+// The main window with the real server, tools and compiler, on a copy of the shipped example.
+class IdeFixture : public ::testing::Test {
+ protected:
+  IdeFixture()
+      : root("TARN_ROOT", SourcePath("share").c_str()),
+        settings("TARN_SETTINGS", (folder / "settings").c_str()) {
+    std::filesystem::copy(SourcePath("share/examples/blinky-avr"), folder / "blinky",
+                          std::filesystem::copy_options::recursive);
+    window.emplace(FileSystem::Native());
+    EXPECT_TRUE(window->Start());
+    window->show();
+    window->OpenProject(folder / "blinky/blinky-avr.tprj");
+  }
+
+  QTreeView& Tree() { return *window->findChild<QTreeView*>(); }
+  // The line of that label, wherever it is in the tree.
+  QModelIndex FindLine(const QString& label) {
+    const QAbstractItemModel& model = *Tree().model();
+    const QModelIndexList found = model.match(model.index(0, 0), Qt::DisplayRole, label, 1,
+                                              Qt::MatchExactly | Qt::MatchRecursive);
+    return found.isEmpty() ? QModelIndex() : found.front();
+  }
+  QPoint PlaceOf(const QString& label) {
+    const QModelIndex line = FindLine(label);
+    EXPECT_TRUE(line.isValid()) << label.toStdString();
+    Tree().scrollTo(line);
+    return Tree().visualRect(line).center();
+  }
+  void Select(const QString& label) {
+    QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, PlaceOf(label));
+  }
+  // The menu that comes up; null when none does.
+  QMenu* AwaitPopup() {
+    QMenu* menu = nullptr;
+    RunUntil([&] {
+      menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+      return menu != nullptr;
+    });
+    return menu;
+  }
+  // The entry of that name in any menu, looked up as the user does: by opening it.
+  QAction* FindEntry(const QString& name) {
+    for (QAction* const top : window->menuBar()->actions()) {
+      Q_EMIT top->menu()->aboutToShow();
+      for (QAction* const entry : top->menu()->actions()) {
+        if (entry->text() == name) return entry;
+      }
+    }
+    return nullptr;
+  }
+  // Whether an entry can be chosen, and what it does when it is.
+  bool Choose(const QString& name) {
+    QAction* const entry = FindEntry(name);
+    if (entry == nullptr || !entry->isEnabled()) return false;
+    entry->trigger();
+    return true;
+  }
+  bool IsBuilt(const std::string& output) {
+    return std::filesystem::exists(folder / "blinky/build/Standard/" + output);
+  }
+
+  ScratchFolder folder{"tarn-desktop-"};
+  ScopedVariable root;
+  ScopedVariable settings;
+  QtToolkit toolkit;
+  std::optional<host::IdeWindow> window;
+};
+
+}  // namespace tarn::testing

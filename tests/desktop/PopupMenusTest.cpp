@@ -1,0 +1,71 @@
+// The menus that the server's windows ask for, as the shipped configuration describes them.
+#include "hosts/desktop/PopupMenus.h"
+
+#include <QContextMenuEvent>
+#include <QPlainTextEdit>
+
+#include "desktop/IdeFixture.h"
+
+namespace tarn::host {
+namespace {
+
+using testing::RunUntil;
+
+class PopupMenusTest : public testing::IdeFixture {
+ protected:
+  std::string TextsOf(const QMenu* menu) {
+    QStringList texts;
+    if (menu != nullptr) {
+      for (const QAction* entry : menu->actions()) texts += entry->text().section('\t', 0, 0);
+    }
+    return texts.join("|").toStdString();
+  }
+  QAction* EntryOf(const QMenu* menu, const QString& text) {
+    if (menu == nullptr) return nullptr;
+    for (QAction* const entry : menu->actions()) {
+      if (entry->text().section('\t', 0, 0) == text) return entry;
+    }
+    return nullptr;
+  }
+  void AskByKey(QWidget& widget) {
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+    QApplication::sendEvent(&widget, &event);
+  }
+};
+
+TEST_F(PopupMenusTest, ANodeHasTheMenuOfItsTypeByMouseAndByKeyWithTheToolsThatFitIt) {
+  QTest::mouseClick(Tree().viewport(), Qt::RightButton, {}, PlaceOf("Drivers"));
+  QMenu* menu = AwaitPopup();
+  EXPECT_EQ(TextsOf(menu),
+            "Build|Rebuild|Clean||Add files...|New folder|Copy|Paste|Remove||Options...|Options "
+            "back to the defaults");
+  menu->close();
+
+  Select("main.c");
+  AskByKey(Tree());
+  menu = AwaitPopup();
+  ASSERT_NE(EntryOf(menu, "Run tool"), nullptr);
+  EXPECT_EQ(TextsOf(EntryOf(menu, "Run tool")->menu()),
+            "AVR C compiler|C compiler of this machine|8051 C compiler|STM8 C compiler");
+  EntryOf(menu, "Open")->trigger();
+  EXPECT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }));
+  menu->close();
+}
+
+TEST_F(PopupMenusTest, WhatCantBeDoneNowIsGreyAndTheLogCopiesAndClearsItself) {
+  auto* const log = window->findChild<QPlainTextEdit*>();
+  ASSERT_NE(log, nullptr);
+  ASSERT_TRUE(Choose("Build all"));
+  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
+  ASSERT_TRUE(RunUntil([&] { return !log->toPlainText().isEmpty(); }));
+  AskByKey(*log);
+  QMenu* const menu = AwaitPopup();
+  ASSERT_NE(EntryOf(menu, "Stop"), nullptr);
+  EXPECT_FALSE(EntryOf(menu, "Stop")->isEnabled());
+  EntryOf(menu, "Clear the log")->trigger();
+  EXPECT_TRUE(RunUntil([&] { return log->toPlainText().trimmed().isEmpty(); }, 2000));
+  menu->close();
+}
+
+}  // namespace
+}  // namespace tarn::host
