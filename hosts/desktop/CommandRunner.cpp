@@ -57,22 +57,39 @@ void CommandRunner::Run(std::uint32_t command) {
     if (showsOptions && onShowOptions) onShowOptions();
     return;
   }
-  // Without what is kept of the last builds all would be built anew.
-  if (!isRestored) session.Prepare();
-  isRestored = true;
+  FinishRestore();
   if (session.Manager().PrologCommand(command) == 0) return;
   session.BeginWork();
   building = command;
   isStopAsked = false;
   if (onStarted) onStarted();
-  // Refused after all, which the user has been asked about.
-  const bool isRunning = session.Manager().Command(command) == 2;
-  if (!isRunning && building == command) FinishBuild(false);
+  // The answer is the same when the start was refused, which the user has been asked about; but
+  // then nothing runs that could be stopped.
+  const bool isRunning =
+      session.Manager().Command(command) == 2 && session.Manager().EnableCommand(kCmdStop) != 0;
+  if (!isRunning && building == command) FinishBuild(BuildEnd::Refused);
 }
 
+// What is kept of a large project is handed over a little at a time.
 void CommandRunner::RestoreState() {
-  if (!isRestored) session.State().Restore();
+  if (isRestored) return;
   isRestored = true;
+  isRestoring = true;
+  session.State().BeginRestore();
+  ContinueRestore();
+}
+
+void CommandRunner::ContinueRestore() {
+  if (!isRestoring) return;
+  isRestoring = session.State().ContinueRestore();
+  if (isRestoring) QTimer::singleShot(0, this, [this] { ContinueRestore(); });
+}
+
+// Without what is kept of the last builds all would be built anew.
+void CommandRunner::FinishRestore() {
+  if (!isRestored) session.Prepare();
+  isRestored = true;
+  while (isRestoring) isRestoring = session.State().ContinueRestore();
 }
 
 void CommandRunner::Stop() {
@@ -88,6 +105,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
     QTimer::singleShot(0, this, [this] { ServePosted(); });
   } else if (event.number == kMsgProjectOpened) {
     isRestored = false;
+    isRestoring = false;
     // The server opens projects by itself, too: the wizard's, and the one that stands in for none.
     if (isOpening) return;
     QTimer::singleShot(0, this, [this, path = event.text, isStandIn = event.lParam != 0] {
@@ -97,21 +115,24 @@ void CommandRunner::OnMessage(const HostEvent& event) {
         session.Adopt(path);
       }
     });
-  } else if (event.number == kMsgWorkerEnded) {
+  } else if (event.number == kMsgWorkerEnded && IsBuilding()) {
+    // Another's, as of a build that was refused for it, is none of ours.
     const bool isSuccess = event.wParam != 0;
-    QTimer::singleShot(0, this, [this, isSuccess] { FinishBuild(isSuccess); });
+    QTimer::singleShot(0, this, [this, isSuccess] {
+      FinishBuild(isSuccess     ? BuildEnd::Succeeded
+                  : isStopAsked ? BuildEnd::Stopped
+                                : BuildEnd::Failed);
+    });
   }
 }
 
-void CommandRunner::FinishBuild(bool isSuccess) {
+void CommandRunner::FinishBuild(BuildEnd end) {
   if (!IsBuilding()) return;
   const std::uint32_t command = building;
   building = 0;
   session.Manager().EpilogCommand(command);
   session.EndWork(command == kCmdCleanAll || command == kCmdCleanNode);
-  const BuildEnd end = isSuccess     ? BuildEnd::Succeeded
-                       : isStopAsked ? BuildEnd::Stopped
-                                     : BuildEnd::Failed;
+  session.TakeLogLines();  // the log window has shown them
   if (onEnded) onEnded(end);
 }
 

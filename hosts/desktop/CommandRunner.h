@@ -40,7 +40,9 @@ class CommandRunner : public QObject {
  private:
   void OnMessage(const HostEvent& event);
   void RestoreState();
-  void FinishBuild(bool isSuccess);
+  void ContinueRestore();
+  void FinishRestore();
+  void FinishBuild(BuildEnd end);
   void ServePosted();
 
   MainFrame& frame;
@@ -48,7 +50,9 @@ class CommandRunner : public QObject {
   std::uint32_t building = 0;  // the command; 0 for none
   bool isStopAsked = false;
   bool isOpening = false;
-  bool isRestored = false;  // the project knows what the session keeps of it
+  // The project knows what the session keeps of it, or is being told.
+  bool isRestored = false;
+  bool isRestoring = false;
 };
 
 }  // namespace tarn::host

@@ -34,6 +34,7 @@ class IdeWindow : public QMainWindow {
   // user has been told.
   bool Start();
   void OpenProject(const std::string& path);
+  MainFrame& Frame() { return frame; }
   CommandRunner& Commands() { return *runner; }
   BuildSession& Session() { return *session; }
   EditorTabs& Editors() { return *editors; }

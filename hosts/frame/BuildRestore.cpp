@@ -1,10 +1,15 @@
 #include "hosts/frame/BuildRestore.h"
 
+#include <utility>
+
 namespace tarn::host {
 
 namespace {
 
+// A piece ends with the record that makes it this long, or behind this many nodes whose inputs have
+// changed: each costs a question to the tool manager.
 constexpr std::size_t kPiece = 64 << 10;
+constexpr int kMostChanged = 100;
 
 bool StillHolds(BuildInformationStore& store, std::size_t record, std::string_view application,
                 const BuildInput& input, const CommandQuestion& askCommands) {
@@ -17,34 +22,37 @@ bool StillHolds(BuildInformationStore& store, std::size_t record, std::string_vi
 
 }  // namespace
 
-std::vector<DroppedRecord> RestoreRecords(BuildInformationStore& store,
-                                          const std::vector<ApplicationInputs>& inputs,
-                                          const CommandQuestion& askCommands,
-                                          const RecordSink& restore) {
+RecordRestorer::RecordRestorer(BuildInformationStore& recordStore, std::string inputLines,
+                               CommandQuestion commandQuestion, RecordSink recordSink)
+    : store(recordStore),
+      lines(std::move(inputLines)),
+      inputs(ParseBuildInputs(lines)),
+      askCommands(std::move(commandQuestion)),
+      restore(std::move(recordSink)) {}
+
+bool RecordRestorer::Step() {
   constexpr std::string_view kStart = "<I>";
-  std::vector<DroppedRecord> dropped;
-  std::string xml;
-  for (const ApplicationInputs& each : inputs) {
-    const std::string application(each.application);
-    xml = kStart;
-    const auto flush = [&] {
-      if (xml.size() == kStart.size()) return;
-      restore(application, xml.append("</I>"));
-      xml = kStart;
-    };
-    for (const BuildInput& input : each.nodes) {
-      const std::size_t record = store.Find(each.application, input.output);
-      if (record == BuildInformationStore::kNone) continue;
-      if (!StillHolds(store, record, each.application, input, askCommands)) {
-        dropped.push_back({application, std::string(input.output)});
-        continue;
-      }
+  if (application == inputs.size()) return false;
+  const ApplicationInputs& current = inputs[application];
+  std::string xml(kStart);
+  int changed = 0;
+  while (node < current.nodes.size() && xml.size() < kPiece && changed < kMostChanged) {
+    const BuildInput& input = current.nodes[node++];
+    const std::size_t record = store.Find(current.application, input.output);
+    if (record == BuildInformationStore::kNone) continue;
+    changed += store.GetSignature(record) == input.signature ? 0 : 1;
+    if (StillHolds(store, record, current.application, input, askCommands)) {
       store.AppendXml(record, xml);
-      if (xml.size() >= kPiece) flush();
+    } else {
+      dropped.push_back({std::string(current.application), std::string(input.output)});
     }
-    flush();
   }
-  return dropped;
+  if (node == current.nodes.size()) {
+    ++application;
+    node = 0;
+  }
+  if (xml.size() > kStart.size()) restore(std::string(current.application), xml.append("</I>"));
+  return true;
 }
 
 }  // namespace tarn::host

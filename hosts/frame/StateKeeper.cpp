@@ -1,7 +1,7 @@
 #include "hosts/frame/StateKeeper.h"
 
 #include <algorithm>
-#include <optional>
+#include <chrono>
 #include <unordered_map>
 
 #include "hosts/frame/LogEntry.h"
@@ -12,6 +12,9 @@
 namespace tarn::host {
 
 namespace {
+
+// How long a piece of a restore may take.
+constexpr std::chrono::milliseconds kRestoreTime(5);
 
 // Which inputs belong to an output. An output that two applications name is told apart by the
 // application that was being built.
@@ -60,6 +63,7 @@ StateKeeper::StateKeeper(FileSystem& fileSystem, ProjectManagerDriver& managerDr
     : files(fileSystem), manager(managerDriver), inspector(inspectorDriver), tools(toolDriver) {}
 
 void StateKeeper::Load(const std::string& projectPath) {
+  restorer.reset();
   statePath = StatePathOf(projectPath);
   projectName = FileNameOf(projectPath);
   dropped.clear();
@@ -74,22 +78,38 @@ void StateKeeper::Load(const std::string& projectPath) {
 }
 
 void StateKeeper::Restore() {
+  BeginRestore();
+  while (ContinueRestore()) {
+  }
+}
+
+void StateKeeper::BeginRestore() {
+  restorer.reset();
   if (store.GetCount() == 0) return;
-  const std::string lines = inspector.GetBuildInputs();
-  std::optional<std::string> before;  // what was selected, once something is restored
-  std::string selected;
-  const auto restore = [&](const std::string& application, const std::string& xml) {
-    const bool isFirst = !before;
-    if (isFirst) before = manager.GetSelectedApplication();
-    if (isFirst || selected != application) manager.SelectApplication(application);
-    selected = application;
-    manager.SetBuildInfo(xml);
-  };
-  const std::vector<DroppedRecord> gone = RestoreRecords(
-      store, ParseBuildInputs(lines),
-      [this](auto application, auto output) { return AskCommands(application, output); }, restore);
-  for (const DroppedRecord& each : gone) dropped.insert(KeyOf(each.application, each.output));
-  if (before && !before->empty()) inspector.SelectNodeByKey(*before);
+  restorer = std::make_unique<RecordRestorer>(
+      store, inspector.GetBuildInputs(),
+      [this](auto application, auto output) { return AskCommands(application, output); },
+      [this](const std::string& application, const std::string& xml) {
+        isSelectionMoved = true;
+        manager.SelectApplication(application);
+        manager.SetBuildInfo(xml);
+      });
+}
+
+bool StateKeeper::ContinueRestore() {
+  if (!restorer) return false;
+  const std::string before = manager.GetSelectedApplication();
+  const auto end = std::chrono::steady_clock::now() + kRestoreTime;
+  bool isMore = true;
+  isSelectionMoved = false;
+  while (isMore && std::chrono::steady_clock::now() < end) isMore = restorer->Step();
+  if (isSelectionMoved && !before.empty()) inspector.SelectNodeByKey(before);
+  if (isMore) return true;
+  for (const DroppedRecord& each : restorer->GetDropped()) {
+    dropped.insert(KeyOf(each.application, each.output));
+  }
+  restorer.reset();
+  return false;
 }
 
 void StateKeeper::NoteStart(const std::string& output) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -25,8 +26,13 @@ class StateKeeper {
 
   // Reads the state of a project; call Restore once all its nodes are published.
   void Load(const std::string& projectPath);
-  // Hands the records that still hold to the project. The current node is the same afterwards.
+  // Hands the records that still hold to the project. The active application is the same
+  // afterwards.
   void Restore();
+  // The same in pieces of a few milliseconds, for a host that has a window: one after the other
+  // until it is false. The active application is the same behind each of them.
+  void BeginRestore();
+  bool ContinueRestore();
   // False when there is nothing to hand over.
   bool HasRecords() const { return store.GetCount() != 0; }
 
@@ -71,6 +77,8 @@ class StateKeeper {
   std::string statePath;
   std::string projectName;
   BuildInformationStore store;
+  std::unique_ptr<RecordRestorer> restorer;  // while records are handed over
+  bool isSelectionMoved = false;             // by that, in this piece
   StateVerdict verdict = StateVerdict::Good;
   std::set<std::string> dropped;  // application, line feed, output
   // Of the build that runs.

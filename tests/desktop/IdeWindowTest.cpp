@@ -5,6 +5,8 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QToolBar>
 #include <filesystem>
 #include <string>
@@ -70,6 +72,33 @@ TEST_F(IdeWindowTest, AProjectThatTheServerOpensByItselfIsTheOneWhoseStateIsKept
                         std::filesystem::copy_options::recursive);
   ASSERT_NE(window->Session().Manager().ProjectOpen(second), 0);
   EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == second; }, 5000));
+}
+
+TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
+  std::optional<BuildEnd> ended;
+  window->Commands().onEnded = [&](BuildEnd end) { ended = end; };
+  // Another build comes in between, and the user has it stopped when the server asks.
+  window->Frame().Answer(kMsgBuildStarting, [&](const HostEvent&) {
+    window->Frame().Answer(kMsgBuildStarting, {});
+    window->Session().Manager().Command(kCmdBuildAll);
+    QTimer::singleShot(0, [] {
+      auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      question->button(QMessageBox::Ok)->click();
+    });
+    return std::intptr_t{1};
+  });
+  window->Commands().Run(kCmdRebuildAll);
+  EXPECT_EQ(ended, BuildEnd::Refused);
+  EXPECT_FALSE(window->Commands().IsBuilding());
+  bool isOtherGone = false;
+  window->Frame().Answer(kMsgWorkerEnded, [&](const HostEvent&) {
+    isOtherGone = true;
+    return std::intptr_t{1};
+  });
+  ASSERT_TRUE(RunUntil([&] { return isOtherGone; }, 5000));
+  ASSERT_TRUE(Choose("Build all"));
+  EXPECT_TRUE(RunUntil([&] { return ended != BuildEnd::Refused; }));
+  EXPECT_EQ(ended, BuildEnd::Succeeded);
 }
 
 TEST_F(IdeWindowTest, TheServersButtonsStandInTheToolBar) {

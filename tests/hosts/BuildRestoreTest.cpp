@@ -22,6 +22,15 @@ struct RestoreCase {
   std::uint64_t signatureAfter;
 };
 
+std::vector<DroppedRecord> RestoreAll(BuildInformationStore& store, const std::string& inputs,
+                                      const CommandQuestion& askCommands,
+                                      const RecordSink& restore) {
+  RecordRestorer restorer(store, inputs, askCommands, restore);
+  while (restorer.Step()) {
+  }
+  return restorer.GetDropped();
+}
+
 TEST(BuildRestore, ARecordHoldsWhileNothingThatTheToolIsGivenChanged) {
   const RestoreCase cases[] = {
       {"same", "A app\nN 0000000000000001 /p/a.o\n", kCommand, 0, true, false, 1},
@@ -40,8 +49,8 @@ TEST(BuildRestore, ARecordHoldsWhileNothingThatTheToolIsGivenChanged) {
     store.MarkSaved();
     int questions = 0;
     std::string restored;
-    const auto dropped = RestoreRecords(
-        store, ParseBuildInputs(each.inputs),
+    const auto dropped = RestoreAll(
+        store, each.inputs,
         [&](auto application, auto output) {
           ++questions;
           EXPECT_EQ(application, "app");
@@ -68,8 +77,8 @@ TEST(BuildRestore, ARecordWithoutACommandNeverHoldsOnAnUnknownOne) {
   BuildInformationStore store;
   store.Put("app", {"/p/a.o", "", "7", 1, {}, {}});
   int restored = 0;
-  const auto dropped = RestoreRecords(
-      store, ParseBuildInputs("A app\nN 0000000000000002 /p/a.o\n"),
+  const auto dropped = RestoreAll(
+      store, "A app\nN 0000000000000002 /p/a.o\n",
       [](auto, auto) { return std::vector<ToolCommand>(); },
       [&](const auto&, const auto&) { ++restored; });
   EXPECT_EQ(restored, 0);
@@ -91,8 +100,8 @@ TEST(BuildRestore, NoRecordIsLostOrDoubledWhereTheTextIsCut) {
   }
   std::string restored;
   std::size_t longest = 0;
-  RestoreRecords(
-      store, ParseBuildInputs(inputs), [](auto, auto) { return std::vector<ToolCommand>(); },
+  RestoreAll(
+      store, inputs, [](auto, auto) { return std::vector<ToolCommand>(); },
       [&](const auto& application, const auto& xml) {
         longest = std::max(longest, xml.size());
         CXmlNode records;
