@@ -28,6 +28,7 @@ Status CommandRunner::Open(const std::string& path) {
   isOpening = true;
   Status opened = session.Open(path);
   isOpening = false;
+  if (onProjectChanged) onProjectChanged();
   return opened;
 }
 
@@ -103,6 +104,8 @@ void CommandRunner::Stop() {
 void CommandRunner::OnMessage(const HostEvent& event) {
   if (event.number == kMsgCommand) {
     QTimer::singleShot(0, this, [this] { ServePosted(); });
+  } else if (event.number == kMsgProjectClosing) {
+    if (onProjectClosing) onProjectClosing();
   } else if (event.number == kMsgProjectOpened) {
     isRestored = false;
     isRestoring = false;
@@ -114,6 +117,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
       } else {
         session.Adopt(path);
       }
+      if (onProjectChanged) onProjectChanged();
     });
   } else if (event.number == kMsgWorkerEnded && IsBuilding()) {
     // Another's, as of a build that was refused for it, is none of ours.

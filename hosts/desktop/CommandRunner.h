@@ -36,6 +36,9 @@ class CommandRunner : public QObject {
   std::function<void(BuildEnd end)> onEnded;
   // The user wants to see the options of what has been made the current node.
   std::function<void()> onShowOptions;
+  // The project is about to go; another one is open, or none but the one that stands in for it.
+  std::function<void()> onProjectClosing;
+  std::function<void()> onProjectChanged;
 
  private:
   void OnMessage(const HostEvent& event);

@@ -58,12 +58,19 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
       dialogs(frame.GetHandle(), this),
       editors(new EditorTabs(fileSystem, this)) {
   menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
-  menuCommands.run = [this](std::uint32_t command) { RunCommand(command); };
+  menuCommands.run = [this](std::uint32_t command) { runner->Run(command); };
   menuCommands.listTools = [this] { return ReadToolEntries(session->Manager().GetToolCommands()); };
   runner->onStarted = [this] { OnBuildStarted(); };
   runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
   stateLabel = new QLabel(tr("Ready"), this);
   statusBar()->addWidget(stateLabel, 1);
+  notices = std::make_unique<ServerNotices>(frame, *statusBar());
+  notices->onSelectionChanged = [this] {
+    if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);
+  };
+  notices->openText = [this](const std::string& path) { OpenFile(path, 0); };
+  runner->onProjectClosing = [this] { notices->Forget(); };
+  runner->onProjectChanged = [this] { ShowTitle(); };
   setDockNestingEnabled(true);
   // The tree has the whole height, as projects are deep; and the options are many.
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
@@ -79,6 +86,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
 
 // The server's windows go before the docks that hold them.
 IdeWindow::~IdeWindow() {
+  notices.reset();
   runner.reset();
   session.reset();
 }
@@ -105,12 +113,17 @@ void IdeWindow::AnswerMessages() {
     return std::intptr_t{1};
   });
   for (const HostMessage number : {kMsgOpenFileAtLine, kMsgOpenFile}) {
-    frame.Answer(number, [this](const HostEvent& event) {
+    frame.Answer(number, [this, number](const HostEvent& event) {
+      // The file of a node comes without a place in it.
+      const int line = number == kMsgOpenFileAtLine ? std::abs(static_cast<int>(event.lParam)) : 0;
       // Later: the sender is one of the server's windows in the middle of a click.
-      QTimer::singleShot(0, this, [this, event] { OpenFile(event.text, event.lParam); });
+      QTimer::singleShot(0, this, [this, path = event.text, line] { OpenFile(path, line); });
       return std::intptr_t{1};
     });
   }
+  // What the compilers are to see is what stands in the editors, whoever has the build started.
+  frame.Answer(kMsgBuildStarting,
+               [this](const HostEvent&) { return std::intptr_t{editors->SaveAll() ? 1 : 0}; });
 }
 
 bool IdeWindow::Start() {
@@ -132,7 +145,6 @@ void IdeWindow::OpenProject(const std::string& path) {
   if (const Status opened = runner->Open(path); !opened) {
     QMessageBox::warning(this, tr("Tarn"), ToQt(opened.GetError().text));
   }
-  ShowTitle();
 }
 
 void IdeWindow::AddFileMenu() {
@@ -155,18 +167,12 @@ void IdeWindow::ChooseProject() {
   if (!chosen.isEmpty()) OpenProject(FromQt(chosen));
 }
 
-void IdeWindow::OpenFile(const std::string& path, std::intptr_t line) {
+void IdeWindow::OpenFile(const std::string& path, int line) {
   // A message of a tool may name no file.
   if (path.empty()) return;
   const std::string place =
       IsRelativePath(path) ? JoinPath(FolderOf(session->GetProjectPath()), path) : path;
-  editors->OpenFile(place, std::abs(static_cast<int>(line)));
-}
-
-// What the compilers are to see is what stands in the editors.
-void IdeWindow::RunCommand(std::uint32_t command) {
-  if (CommandRunner::Builds(command) && !editors->SaveAll()) return;
-  runner->Run(command);
+  editors->OpenFile(place, line);
 }
 
 void IdeWindow::changeEvent(QEvent* event) {
@@ -254,7 +260,7 @@ void IdeWindow::ShowPopup(const std::string& name, QPoint screen) {
       if (command >= kCmdClearLog && command <= kCmdCutLog) {
         SendWindowMessage(logWindow, kMsgCommand, command, 0);
       } else {
-        RunCommand(command);
+        runner->Run(command);
       }
     };
   }
@@ -287,7 +293,7 @@ void IdeWindow::OnBuildEnded(BuildEnd end) {
 }
 
 void IdeWindow::ShowTitle() {
-  const QString path = ToQt(session->GetProjectPath());
+  const QString path = session->HasProject() ? ToQt(session->GetProjectPath()) : QString();
   setWindowTitle(path.isEmpty() ? tr("Tarn")
                                 : tr("%1 - Tarn").arg(QFileInfo(path).completeBaseName()));
 }

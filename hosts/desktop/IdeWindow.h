@@ -10,6 +10,7 @@
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/PopupMenus.h"
 #include "hosts/desktop/ServerMenus.h"
+#include "hosts/desktop/ServerNotices.h"
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/MainFrame.h"
 #include "platform/files/FileSystem.h"
@@ -52,8 +53,7 @@ class IdeWindow : public QMainWindow {
   void AddFileMenu();
   void ChooseProject();
   // `path` may be relative to the project's folder.
-  void OpenFile(const std::string& path, std::intptr_t line);
-  void RunCommand(std::uint32_t command);
+  void OpenFile(const std::string& path, int line);
   void ShowPopup(const std::string& name, QPoint screen);
   void AddMenu(const std::string& xml);
   void AddToolBar(const std::string& xml);
@@ -63,6 +63,7 @@ class IdeWindow : public QMainWindow {
 
   MainFrame frame;
   std::unique_ptr<BuildSession> session;
+  std::unique_ptr<ServerNotices> notices;
   std::unique_ptr<CommandRunner> runner;
   MenuCommands menuCommands;
   PopupMenus popups;

@@ -132,6 +132,8 @@ class BuildSession {
   // Why the state couldn't be written after the last build; empty when it was.
   const std::string& GetStateProblem() const { return stateProblem; }
 
+  // Whether the project whose state is kept is the one that is open.
+  bool HasProject() const { return !projectPath.empty() && !isOtherProject; }
   const std::string& GetProjectPath() const { return projectPath; }
   const HostFolders& GetFolders() const { return folders; }
   ProjectManagerDriver& Manager() { return manager; }

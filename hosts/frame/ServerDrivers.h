@@ -48,6 +48,7 @@ enum ManagerCommand : std::uint32_t {
 class ProjectManagerDriver : public COleDispatchDriver {
  public:
   std::int32_t ProjectOpen(const std::string& path) { return InvokeLong(1, {path}); }
+  std::int32_t ProjectClose() { return InvokeLong(2, {}); }
   std::int32_t ProjectSave() { return InvokeLong(3, {}); }
   // Each announces its windows to the frame first and gives the handle of one of them.
   std::int32_t GetProjectWindow() { return InvokeLong(4, {}); }

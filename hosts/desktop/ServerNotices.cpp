@@ -1,0 +1,115 @@
+#include "hosts/desktop/ServerNotices.h"
+
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QLabel>
+#include <QStatusBar>
+#include <QTimer>
+#include <QUrl>
+
+#include "platform/qt/QtText.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr int kNoticeMs = 8000;
+constexpr std::uint32_t kAnswered[] = {
+    kMsgApplicationActivated, kMsgApplicationKnown, kMsgCurrentNodeChanged, kMsgOutputInvalid,
+    kMsgProjectCreated,       kMsgCreationEnded,    kMsgShowHelp,           kMsgShowTimeStamps,
+};
+
+QString NameOf(const std::string& path) {
+  return QFileInfo(ToQt(path)).fileName();
+}
+
+// Read as text here; all else has a program of its own on the desktop.
+bool IsText(const QString& path) {
+  const QString extension = QFileInfo(path).suffix().toLower();
+  return extension.isEmpty() || extension == "txt" || extension == "md";
+}
+
+}  // namespace
+
+ServerNotices::ServerNotices(MainFrame& mainFrame, QStatusBar& statusBar)
+    : frame(mainFrame), bar(statusBar), selection(new QLabel(&statusBar)) {
+  selection->setAccessibleName(tr("What commands work on"));
+  bar.addPermanentWidget(selection);
+  AnswerMessages();
+}
+
+ServerNotices::~ServerNotices() {
+  for (const std::uint32_t number : kAnswered) frame.Answer(number, {});
+}
+
+void ServerNotices::Answer(std::uint32_t number, std::function<void(const HostEvent&)> show) {
+  frame.Answer(number, [show = std::move(show)](const HostEvent& event) {
+    show(event);
+    return std::intptr_t{1};
+  });
+}
+
+void ServerNotices::AnswerMessages() {
+  for (const std::uint32_t number : {kMsgApplicationActivated, kMsgApplicationKnown}) {
+    Answer(number, [this, number](const HostEvent& event) {
+      // All applications of a project become known; the first is active until told otherwise.
+      if (number == kMsgApplicationKnown && !application.isEmpty()) return;
+      application = QFileInfo(ToQt(event.text)).completeBaseName();
+      configuration = ToQt(event.detail);
+      ShowSelection();
+    });
+  }
+  Answer(kMsgCurrentNodeChanged, [this](const HostEvent& event) {
+    node = NameOf(event.text);
+    ShowSelection();
+  });
+  Answer(kMsgOutputInvalid, [this](const HostEvent& event) {
+    if (!event.text.empty()) {
+      bar.showMessage(tr("%1 is out of date").arg(NameOf(event.text)), kNoticeMs);
+    }
+  });
+  Answer(kMsgProjectCreated, [this](const HostEvent& event) {
+    bar.showMessage(tr("%1 has been created").arg(ToQt(event.text)), kNoticeMs);
+  });
+  Answer(kMsgCreationEnded, [this](const HostEvent&) {
+    bar.showMessage(tr("The new application is ready to be built"), kNoticeMs);
+  });
+  Answer(kMsgShowHelp, [this](const HostEvent& event) {
+    // Later: the sender is one of the server's windows in the middle of a click.
+    QTimer::singleShot(0, this, [this, path = event.text] { ShowHelp(path); });
+  });
+  Answer(kMsgShowTimeStamps, [this](const HostEvent& event) {
+    const auto high = static_cast<std::uint32_t>(event.wParam);
+    const auto low = static_cast<std::uint32_t>(event.lParam);
+    bar.showMessage(tr("Time stamp %1").arg(qulonglong{high} << 32 | low), kNoticeMs);
+  });
+}
+
+// Only a file of this machine: an address out of a tool's message is nothing to be followed.
+void ServerNotices::ShowHelp(const std::string& path) {
+  const QFileInfo file(ToQt(path));
+  if (IsText(file.filePath()) && openText) {
+    openText(path);
+  } else if (!file.exists() ||
+             !QDesktopServices::openUrl(QUrl::fromLocalFile(file.absoluteFilePath()))) {
+    bar.showMessage(tr("The help file %1 can't be shown").arg(file.filePath()), kNoticeMs);
+  }
+}
+
+void ServerNotices::Forget() {
+  node.clear();
+  application.clear();
+  configuration.clear();
+  ShowSelection();
+}
+
+void ServerNotices::ShowSelection() {
+  QStringList parts;
+  if (!node.isEmpty()) parts += node;
+  if (!application.isEmpty()) parts += tr("%1 (%2)").arg(application, configuration);
+  parts.removeDuplicates();
+  selection->setText(parts.join(QStringLiteral("  \u2022  ")));
+  if (onSelectionChanged) onSelectionChanged();
+}
+
+}  // namespace tarn::host

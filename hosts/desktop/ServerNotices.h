@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <string>
+
+#include "hosts/frame/MainFrame.h"
+
+class QLabel;
+class QStatusBar;
+
+namespace tarn::host {
+
+// Shows what the server tells in passing: which node, application and configuration the commands
+// work on, what has become out of date, what was created, help files and time stamps of messages.
+//
+// Answers these messages of the frame while it lives; borrows the frame and the bar.
+class ServerNotices : public QObject {
+ public:
+  ServerNotices(MainFrame& mainFrame, QStatusBar& statusBar);
+  ~ServerNotices() override;
+
+  // Behind each message about the node or the application, if set: commands may be enabled now.
+  std::function<void()> onSelectionChanged;
+  // A help file that is to be read here, if set; others go to the desktop.
+  std::function<void(const std::string& path)> openText;
+  // Another project: nothing is known of its applications yet.
+  void Forget();
+
+ private:
+  void AnswerMessages();
+  void Answer(std::uint32_t number, std::function<void(const HostEvent&)> show);
+  void ShowHelp(const std::string& path);
+  void ShowSelection();
+
+  MainFrame& frame;
+  QStatusBar& bar;
+  QLabel* const selection;
+  QString node;
+  QString application;
+  QString configuration;
+};
+
+}  // namespace tarn::host
