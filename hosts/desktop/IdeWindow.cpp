@@ -70,7 +70,12 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   };
   notices->openText = [this](const std::string& path) { OpenFile(path, 0); };
   runner->onProjectClosing = [this] { notices->Forget(); };
-  runner->onProjectChanged = [this] { ShowTitle(); };
+  problems = std::make_unique<ProblemNavigator>(files, *statusBar());
+  problems->open = [this](const std::string& path, int line) { OpenFile(path, line); };
+  runner->onProjectChanged = [this] {
+    problems->SetProject(session->HasProject() ? session->GetProjectPath() : std::string());
+    ShowTitle();
+  };
   setDockNestingEnabled(true);
   // The tree has the whole height, as projects are deep; and the options are many.
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
@@ -117,7 +122,10 @@ void IdeWindow::AnswerMessages() {
       // The file of a node comes without a place in it.
       const int line = number == kMsgOpenFileAtLine ? std::abs(static_cast<int>(event.lParam)) : 0;
       // Later: the sender is one of the server's windows in the middle of a click.
-      QTimer::singleShot(0, this, [this, path = event.text, line] { OpenFile(path, line); });
+      QTimer::singleShot(0, this, [this, path = event.text, line] {
+        if (line > 0) problems->GoTo(path, line);
+        OpenFile(path, line);
+      });
       return std::intptr_t{1};
     });
   }
@@ -131,6 +139,8 @@ bool IdeWindow::Start() {
     QMessageBox::critical(this, tr("Tarn"), ToQt(started.GetError().text));
     return false;
   }
+  // Behind the server's menus.
+  problems->AddActions(*menuBar()->addMenu(tr("&Navigate")));
   session->Manager().GetProjectWindow();
   logWindow = session->Manager().GetOutputWindow();
   popups.Load(files, session->GetFolders().ConfigFile(files));

@@ -9,6 +9,7 @@
 #include "hosts/desktop/CommandRunner.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/PopupMenus.h"
+#include "hosts/desktop/ProblemNavigator.h"
 #include "hosts/desktop/ServerMenus.h"
 #include "hosts/desktop/ServerNotices.h"
 #include "hosts/frame/BuildSession.h"
@@ -64,6 +65,7 @@ class IdeWindow : public QMainWindow {
   MainFrame frame;
   std::unique_ptr<BuildSession> session;
   std::unique_ptr<ServerNotices> notices;
+  std::unique_ptr<ProblemNavigator> problems;
   std::unique_ptr<CommandRunner> runner;
   MenuCommands menuCommands;
   PopupMenus popups;

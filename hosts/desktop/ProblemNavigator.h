@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <string>
+
+#include "hosts/frame/ProblemList.h"
+
+class QMenu;
+class QStatusBar;
+
+namespace tarn::host {
+
+// Leads from one error or warning of the last build to the next, and says which of how many it is.
+// Borrows the bar.
+class ProblemNavigator : public QObject {
+ public:
+  ProblemNavigator(FileSystem& fileSystem, QStatusBar& statusBar);
+
+  void AddActions(QMenu& menu);
+  void SetProject(const std::string& path) { problems.SetProject(path); }
+  // The user has gone to a place by himself.
+  void GoTo(const std::string& file, int line);
+
+  // Shows a place.
+  std::function<void(const std::string& file, int line)> open;
+
+ private:
+  void Step(bool isForward);
+
+  ProblemList problems;
+  QStatusBar& bar;
+};
+
+}  // namespace tarn::host

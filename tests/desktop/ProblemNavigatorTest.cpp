@@ -1,0 +1,78 @@
+// From the problems of a real build to their lines.
+#include "hosts/desktop/ProblemNavigator.h"
+
+#include <QPlainTextEdit>
+#include <QStatusBar>
+#include <QTextBlock>
+#include <fstream>
+
+#include "desktop/IdeFixture.h"
+#include "hosts/desktop/CodeEditor.h"
+
+namespace tarn::host {
+namespace {
+
+using testing::RunUntil;
+
+class ProblemNavigatorTest : public testing::IdeFixture {
+ protected:
+  void Append(const std::string& file, const std::string& text) {
+    std::ofstream(folder / ("blinky/src/" + file), std::ios::app) << text;
+  }
+  int LinesOf(const std::string& file) {
+    const std::string text = testing::ReadBytes(folder / ("blinky/src/" + file));
+    return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+  }
+  void Build() {
+    ASSERT_TRUE(Choose("Build all"));
+    ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
+  }
+  // "file:line" of the place that the user looks at.
+  std::string Place() {
+    const CodeEditor* const editor = window->Editors().Current();
+    if (editor == nullptr) return {};
+    int line = 0;
+    int column = 0;
+    editor->getCursorPosition(&line, &column);
+    return std::filesystem::path(editor->GetPath()).filename().string() + ":" +
+           std::to_string(line + 1);
+  }
+  std::string Said() { return window->statusBar()->currentMessage().toStdString(); }
+};
+
+TEST_F(ProblemNavigatorTest, LeadsRoundTheProblemsOfABuildAndFromAClickInTheLog) {
+  Append("main.c", "static int left_over;\n");
+  Append("blinker.c", "int broken = missing;\n");
+  const std::string warning = "main.c:" + std::to_string(LinesOf("main.c"));
+  const std::string error = "blinker.c:" + std::to_string(LinesOf("blinker.c"));
+  EXPECT_TRUE(Choose("Next problem"));
+  EXPECT_EQ(Said(), "The last build has no errors and no warnings");
+  Build();
+  ASSERT_TRUE(Choose("Next problem"));
+  EXPECT_EQ(Place(), warning);
+  EXPECT_TRUE(Said().starts_with("Warning 1 of 2: ")) << Said();
+  ASSERT_TRUE(Choose("Next problem"));
+  EXPECT_EQ(Place(), error);
+  EXPECT_TRUE(Said().starts_with("Error 2 of 2: ")) << Said();
+
+  // A click on the warning's line in the log; the next problem is the one behind it.
+  auto* const log = window->findChild<QPlainTextEdit*>();
+  QTextCursor found;
+  ASSERT_TRUE(RunUntil(
+      [&] {
+        found = log->document()->find("left_over");
+        return !found.isNull();
+      },
+      5000));
+  log->setTextCursor(found);
+  log->ensureCursorVisible();
+  const QPoint place = log->cursorRect(found).center() - QPoint(4, 0);
+  QTest::mouseMove(log->viewport(), place);
+  QTest::mouseClick(log->viewport(), Qt::LeftButton, {}, place);
+  EXPECT_TRUE(RunUntil([&] { return Place() == warning; }, 3000));
+  ASSERT_TRUE(Choose("Next problem"));
+  EXPECT_EQ(Place(), error);
+}
+
+}  // namespace
+}  // namespace tarn::host
