@@ -1,7 +1,9 @@
 #include "hosts/desktop/CodeEditor.h"
 
+#include <QDragMoveEvent>
 #include <QEvent>
 #include <QFontDatabase>
+#include <QMimeData>
 #include <QStringConverter>
 #include <algorithm>
 
@@ -105,6 +107,18 @@ void CodeEditor::GoToLine(int line) {
 void CodeEditor::changeEvent(QEvent* event) {
   QsciScintilla::changeEvent(event);
   if (event->type() == QEvent::PaletteChange) Colour();
+}
+
+void CodeEditor::dragEnterEvent(QDragEnterEvent* event) {
+  event->mimeData()->hasUrls() ? event->ignore() : QsciScintilla::dragEnterEvent(event);
+}
+
+void CodeEditor::dragMoveEvent(QDragMoveEvent* event) {
+  event->mimeData()->hasUrls() ? event->ignore() : QsciScintilla::dragMoveEvent(event);
+}
+
+void CodeEditor::dropEvent(QDropEvent* event) {
+  event->mimeData()->hasUrls() ? event->ignore() : QsciScintilla::dropEvent(event);
 }
 
 void CodeEditor::ChooseLexer() {

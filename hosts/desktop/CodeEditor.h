@@ -27,6 +27,10 @@ class CodeEditor : public QsciScintilla {
 
  protected:
   void changeEvent(QEvent* event) override;
+  // Files are for the window around; their names are no text for here.
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   void ChooseLexer();

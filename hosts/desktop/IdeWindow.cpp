@@ -9,8 +9,10 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QUrl>
 #include <cstdlib>
 
 #include "hosts/desktop/OptionsWindow.h"
@@ -18,6 +20,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/WidgetPeer.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 
@@ -46,6 +49,14 @@ QString WordFor(BuildEnd end) {
       break;
   }
   return IdeWindow::tr("Build failed");
+}
+
+std::vector<std::string> LocalFilesOf(const QMimeData& data) {
+  std::vector<std::string> paths;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) paths.push_back(FromQt(url.toLocalFile()));
+  }
+  return paths;
 }
 
 }  // namespace
@@ -82,6 +93,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
   setCentralWidget(editors);
+  setAcceptDrops(true);
   resize(kFirstSize);
   AddFileMenu();
   AddOptionsDock();
@@ -152,9 +164,30 @@ bool IdeWindow::Start() {
 }
 
 void IdeWindow::OpenProject(const std::string& path) {
+  if (session->HasProject() && QFileInfo(ToQt(path)) == QFileInfo(ToQt(session->GetProjectPath())))
+    return;
   if (const Status opened = runner->Open(path); !opened) {
-    QMessageBox::warning(this, tr("Tarn"), ToQt(opened.GetError().text));
+    const QString reason = ToQt(opened.GetError().text);
+    const QString text = tr("%1 can't be opened.").arg(ToQt(path));
+    QMessageBox::warning(this, tr("Tarn"), reason.isEmpty() ? text : text + "\n\n" + reason);
   }
+}
+
+void IdeWindow::OpenPaths(const std::vector<std::string>& paths) {
+  QStringList missing;
+  for (const std::string& path : paths) {
+    if (!QFileInfo(ToQt(path)).isFile()) {
+      missing += ToQt(path);
+    } else if (EqualNoCase(SplitPath(path).extension, ".tprj")) {
+      OpenProject(path);
+    } else {
+      OpenFile(path, 0);
+    }
+  }
+  if (missing.isEmpty()) return;
+  QMessageBox::warning(this, tr("Tarn"),
+                       tr("There is no such file:\n%1", nullptr, static_cast<int>(missing.size()))
+                           .arg(missing.join('\n')));
 }
 
 void IdeWindow::AddFileMenu() {
@@ -188,6 +221,19 @@ void IdeWindow::OpenFile(const std::string& path, int line) {
 void IdeWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) editors->FollowDisk();
+}
+
+void IdeWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!LocalFilesOf(*event->mimeData()).empty()) event->acceptProposedAction();
+}
+
+// Later: the program that the files come from waits for an answer, and there may be questions.
+void IdeWindow::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  QTimer::singleShot(0, this, [this, paths = LocalFilesOf(*event->mimeData())] {
+    activateWindow();
+    OpenPaths(paths);
+  });
 }
 
 void IdeWindow::closeEvent(QCloseEvent* event) {

@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "hosts/desktop/CommandRunner.h"
 #include "hosts/desktop/EditorTabs.h"
@@ -35,7 +36,11 @@ class IdeWindow : public QMainWindow {
   // Makes the server and takes its windows in. False when the installation is broken, which the
   // user has been told.
   bool Start();
+  // What can't be opened is told to the user; another project takes the place of this one.
   void OpenProject(const std::string& path);
+  // Projects and files for the editors, by absolute paths. The user is told of those that can't be
+  // opened.
+  void OpenPaths(const std::vector<std::string>& paths);
   MainFrame& Frame() { return frame; }
   CommandRunner& Commands() { return *runner; }
   BuildSession& Session() { return *session; }
@@ -46,6 +51,8 @@ class IdeWindow : public QMainWindow {
   // Asks for what is not saved, and waits for a build that it stops first.
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   void AnswerMessages();

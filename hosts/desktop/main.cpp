@@ -1,7 +1,11 @@
 // The desktop host: shows the main window and opens what the command line names.
 
 #include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
 #include <clocale>
+#include <string>
+#include <vector>
 
 #include "hosts/desktop/IdeWindow.h"
 #include "platform/files/FileSystem.h"
@@ -18,11 +22,25 @@ int main(int argc, char** argv) {
   QApplication::setApplicationVersion(TARN_VERSION);
   QGuiApplication::setDesktopFileName("org.tarn.Tarn");
 
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      QCoreApplication::translate("main", "Opens a project and the files to edit."));
+  parser.addPositionalArgument(
+      "files", QCoreApplication::translate("main", "Project (.tprj) and source files."),
+      "[FILE...]");
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.process(application);
+  // The server moves to its own folder.
+  std::vector<std::string> paths;
+  for (const QString& file : parser.positionalArguments()) {
+    paths.push_back(tarn::FromQt(QFileInfo(file).absoluteFilePath()));
+  }
+
   const tarn::QtToolkit toolkit;
   tarn::host::IdeWindow window(tarn::FileSystem::Native());
   if (!window.Start()) return 1;
   window.show();
-  const QStringList arguments = QApplication::arguments();
-  if (arguments.size() > 1) window.OpenProject(tarn::FromQt(arguments.at(1)));
+  window.OpenPaths(paths);
   return QApplication::exec();
 }

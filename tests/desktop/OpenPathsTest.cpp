@@ -1,0 +1,61 @@
+// Files that come from elsewhere: dropped on the window, or named on the command line.
+#include <QDropEvent>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QUrl>
+
+#include "desktop/IdeFixture.h"
+#include "hosts/desktop/CodeEditor.h"
+
+namespace tarn::host {
+namespace {
+
+using testing::RunUntil;
+
+class OpenPathsTest : public testing::IdeFixture {
+ protected:
+  // Drops a file where the widget is, which passes it on to those around it as Qt does.
+  void Drop(QWidget& widget, const std::string& path) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+    const QPoint place = widget.rect().center();
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(&widget, &enter);
+    ASSERT_TRUE(enter.isAccepted());
+    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(&widget, &drop);
+  }
+};
+
+TEST_F(OpenPathsTest, ADroppedFileIsEditedAndADroppedProjectOpened) {
+  Drop(*window, folder / "blinky/src/blinker.c");
+  ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }, 3000));
+  // On a text, whose own drop would write the name into it.
+  Drop(*window->Editors().Current()->viewport(), folder / "blinky/src/blinker.h");
+  ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 2; }, 3000));
+  EXPECT_FALSE(window->Editors().Current()->isModified());
+
+  std::filesystem::copy(folder / "blinky", folder / "other",
+                        std::filesystem::copy_options::recursive);
+  const std::string other = folder / "other/blinky-avr.tprj";
+  Drop(window->Editors(), other);
+  EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == other; }, 3000));
+}
+
+TEST_F(OpenPathsTest, OfSeveralFilesTheMissingOnesAreNamedAndTheOthersOpened) {
+  QString told;
+  QTimer::singleShot(0, [&] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return;
+    told = box->text();
+    box->reject();
+  });
+  window->OpenPaths({folder / "blinky/src/none.c", folder / "blinky/src/main.c",
+                     folder / "blinky/src", folder / "blinky/blinky-avr.tprj"});
+  EXPECT_TRUE(told.contains("src/none.c")) << told.toStdString();
+  EXPECT_FALSE(told.contains("main.c"));
+  EXPECT_EQ(window->Editors().count(), 1);
+}
+
+}  // namespace
+}  // namespace tarn::host
