@@ -59,7 +59,7 @@ bool IsYes(const CXmlNode& node, const char* name) {
 std::shared_ptr<const Bitmap> TargetPicture(const WizardSurroundings& surroundings) {
   const std::string path = surroundings.model.configFolder + "resources/target.bmp";
   auto bitmap = LoadBitmap(surroundings.files, path);
-  return bitmap ? bitmap : std::make_shared<const Bitmap>(Bitmap{{16, 16}, {}});
+  return bitmap ? bitmap : std::make_shared<const Bitmap>(Bitmap{{16, 16}, {}, {}});
 }
 
 }  // namespace

@@ -2,17 +2,22 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QImageReader>
+#include <cmath>
 
 #include "platform/qt/QtFont.h"
+#include "platform/qt/QtText.h"
 
 namespace tarn {
 
 namespace {
 
-QImage Decode(const Bitmap& bitmap, Color transparent) {
+QImage Decode(const Bitmap& bitmap, const QRect& part, Color transparent) {
   const QByteArray bytes =
       QByteArray::fromRawData(bitmap.bytes.data(), static_cast<qsizetype>(bitmap.bytes.size()));
   QImage image = QImage::fromData(bytes, "BMP").convertToFormat(QImage::Format_ARGB32);
+  if (image.isNull()) return image;
+  image = image.copy(part);
   const QRgb hidden = ToQtColor(transparent).rgb();
   for (int y = 0; y < image.height(); ++y) {
     auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
@@ -23,29 +28,44 @@ QImage Decode(const Bitmap& bitmap, Color transparent) {
   return image;
 }
 
-}  // namespace
-
-QPixmap ImageCache::Get(const CImageList& images, int index) {
-  for (const CImageList::Strip& strip : images.GetStrips()) {
-    if (index < strip.first || index >= strip.first + strip.count) continue;
-    return PicturesOf(images, strip).pixmaps[static_cast<std::size_t>(index - strip.first)];
-  }
-  return {};
+QImage DrawFile(const Bitmap& bitmap, Size size, int number, qreal ratio) {
+  const QString path = ToQt(bitmap.path);
+  if (!path.endsWith(QLatin1String(".bmp"), Qt::CaseInsensitive)) return {};
+  QString name = path.chopped(4);
+  if (bitmap.size.width >= 2 * size.width) name += QStringLiteral("-%1").arg(number);
+  QImageReader reader(name + QStringLiteral(".svg"));
+  if (!reader.canRead()) return {};
+  reader.setScaledSize(QSize(static_cast<int>(std::lround(size.width * ratio)),
+                             static_cast<int>(std::lround(size.height * ratio))));
+  QImage image = reader.read();
+  image.setDevicePixelRatio(ratio);
+  return image;
 }
 
-const ImageCache::Pictures& ImageCache::PicturesOf(const CImageList& images,
-                                                   const CImageList::Strip& strip) {
-  const Size size = images.GetImageSize();
-  Pictures& pictures = strips[{strip.bitmap.get(), strip.transparent, size.width, size.height}];
-  if (pictures.bitmap != nullptr) return pictures;
-  pictures.bitmap = strip.bitmap;
-  const QImage image = Decode(*strip.bitmap, strip.transparent);
-  for (int i = 0; i < strip.count; ++i) {
-    pictures.pixmaps.push_back(image.isNull() ? QPixmap()
-                                              : QPixmap::fromImage(image.copy(
-                                                    i * size.width, 0, size.width, size.height)));
+}  // namespace
+
+QPixmap ToPixmap(const Bitmap& bitmap, Size size, int number, qreal ratio, Color transparent) {
+  QImage image = DrawFile(bitmap, size, number, ratio);
+  if (image.isNull()) {
+    image = Decode(bitmap, QRect(number * size.width, 0, size.width, size.height), transparent);
   }
-  return pictures;
+  return QPixmap::fromImage(image);
+}
+
+QPixmap ImageCache::Get(const CImageList& images, int index, qreal ratio) {
+  const Size size = images.GetImageSize();
+  for (const CImageList::Strip& strip : images.GetStrips()) {
+    const int number = index - strip.first;
+    if (number < 0 || number >= strip.count) continue;
+    Picture& picture = pictures[{strip.bitmap.get(), strip.transparent, size.width, size.height,
+                                 number, static_cast<int>(std::lround(ratio * 100))}];
+    if (picture.bitmap == nullptr) {
+      picture.bitmap = strip.bitmap;
+      picture.pixmap = ToPixmap(*strip.bitmap, size, number, ratio, strip.transparent);
+    }
+    return picture.pixmap;
+  }
+  return {};
 }
 
 }  // namespace tarn

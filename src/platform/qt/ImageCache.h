@@ -4,30 +4,35 @@
 #include <map>
 #include <memory>
 #include <tuple>
-#include <vector>
 
 #include "platform/windowing/ImageList.h"
 
 namespace tarn {
 
-// The pictures of image lists, each decoded once. It keeps the bitmaps alive that it knows, so that
-// a list may go at any time. On the thread of the widgets.
+// The picture of that number among those of one size that stand side by side in a bitmap, for a
+// screen of that many pixels to a pixel of ours. Where the bitmap's file has a drawing beside it -
+// of the same name with ".svg", for a strip "-0.svg" and so on - it is drawn from that, so that it
+// is sharp on every screen. Null for a bitmap that can't be decoded.
+QPixmap ToPixmap(const Bitmap& bitmap, Size size, int number, qreal ratio,
+                 Color transparent = kTransparentColor);
+
+// The pictures of image lists, each drawn once. It keeps the bitmaps alive that it knows, so that a
+// list may go at any time. On the thread of the widgets.
 class ImageCache {
  public:
   // Null for a number that the list does not have, and for a bitmap that can't be decoded.
-  QPixmap Get(const CImageList& images, int index);
+  QPixmap Get(const CImageList& images, int index, qreal ratio = 1);
 
  private:
-  struct Pictures {
+  struct Picture {
     std::shared_ptr<const Bitmap> bitmap;
-    std::vector<QPixmap> pixmaps;
+    QPixmap pixmap;
   };
-  // The bitmap, what is transparent in it, and the size of one picture.
-  using Key = std::tuple<const Bitmap*, Color, int, int>;
+  // The bitmap, what is transparent in it, the size of one picture and which it is, and the ratio
+  // in hundredths.
+  using Key = std::tuple<const Bitmap*, Color, int, int, int, int>;
 
-  const Pictures& PicturesOf(const CImageList& images, const CImageList::Strip& strip);
-
-  std::map<Key, Pictures> strips;
+  std::map<Key, Picture> pictures;
 };
 
 }  // namespace tarn

@@ -4,12 +4,12 @@
 #include <QDialogButtonBox>
 #include <QFrame>
 #include <QHBoxLayout>
-#include <QImage>
 #include <QLabel>
 #include <QPixmap>
 #include <QVBoxLayout>
 #include <string>
 
+#include "platform/qt/ImageCache.h"
 #include "platform/qt/WidgetPeer.h"
 #include "platform/windowing/Static.h"
 
@@ -23,16 +23,12 @@ constexpr int kAroundPage = 4;
 constexpr int kPictureSize = 48;
 constexpr qreal kTitleGrowth = 1.15;
 
-QPixmap ToPicture(const std::shared_ptr<const Bitmap>& bitmap) {
+// The whole of a bitmap, no larger than the room for it.
+QPixmap ToPicture(const std::shared_ptr<const Bitmap>& bitmap, qreal ratio) {
   if (bitmap == nullptr) return {};
-  const std::string& bytes = bitmap->bytes;
-  const QImage image = QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()),
-                                        static_cast<int>(bytes.size()), "BMP");
-  if (image.isNull() || (image.width() <= kPictureSize && image.height() <= kPictureSize)) {
-    return QPixmap::fromImage(image);
-  }
-  return QPixmap::fromImage(
-      image.scaled(kPictureSize, kPictureSize, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+  const QPixmap picture = ToPixmap(*bitmap, bitmap->size, 0, ratio);
+  if (bitmap->size.width <= kPictureSize && bitmap->size.height <= kPictureSize) return picture;
+  return picture.scaled(kPictureSize, kPictureSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
 QFrame* NewLine(QWidget* parent) {
@@ -111,7 +107,7 @@ QWidget* SheetDialog::MakeHeader(const CPropertySheet& sheet) {
   row->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
   row->setSpacing(kMargin);
   row->addLayout(texts, 1);
-  const QPixmap picture = ToPicture(sheet.GetHeaderBitmap());
+  const QPixmap picture = ToPicture(sheet.GetHeaderBitmap(), devicePixelRatioF());
   if (!picture.isNull()) {
     auto* const shown = new QLabel(header);
     shown->setPixmap(picture);

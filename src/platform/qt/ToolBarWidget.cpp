@@ -2,9 +2,7 @@
 
 #include <QFrame>
 #include <QIcon>
-#include <QImage>
 #include <QMetaObject>
-#include <QPixmap>
 #include <QResizeEvent>
 #include <QStyleOptionToolButton>
 #include <QToolButton>
@@ -13,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/qt/ImageCache.h"
 #include "platform/qt/WidgetPeer.h"
 #include "platform/qt/WindowInput.h"
 
@@ -57,29 +56,6 @@ class BarWidget : public QWidget {
     if (onResize) onResize();
   }
 };
-
-QIcon ToIcon(const CImageList* images, int number) {
-  if (images == nullptr) return {};
-  const Size size = images->GetImageSize();
-  for (const CImageList::Strip& strip : images->GetStrips()) {
-    const int within = number - strip.first;
-    if (within < 0 || within >= strip.count) continue;
-    const std::string& bytes = strip.bitmap->bytes;
-    const QImage whole = QImage::fromData(reinterpret_cast<const uchar*>(bytes.data()),
-                                          static_cast<int>(bytes.size()), "BMP");
-    if (whole.isNull()) return {};
-    QImage image = whole.copy(within * size.width, 0, size.width, size.height)
-                       .convertToFormat(QImage::Format_ARGB32);
-    const QRgb hidden = ToQtColor(strip.transparent).rgb();
-    for (int y = 0; y < image.height(); ++y) {
-      for (int x = 0; x < image.width(); ++x) {
-        if (image.pixel(x, y) == hidden) image.setPixel(x, y, 0);
-      }
-    }
-    return QIcon(QPixmap::fromImage(image));
-  }
-  return {};
-}
 
 class ToolBarWidgetPeer : public WidgetPeer<ToolBarPeer, BarWidget> {
  public:
@@ -145,7 +121,7 @@ class ToolBarWidgetPeer : public WidgetPeer<ToolBarPeer, BarWidget> {
     if (bar.GetImages() != nullptr) {
       const Size size = bar.GetImages()->GetImageSize();
       made->setIconSize(QSize(size.width, size.height));
-      made->setIcon(ToIcon(bar.GetImages(), button.image));
+      made->setIcon(images.Get(*bar.GetImages(), button.image, widget->devicePixelRatioF()));
     }
     made->setToolButtonStyle(made->icon().isNull() ? Qt::ToolButtonTextOnly
                                                    : Qt::ToolButtonIconOnly);
@@ -217,6 +193,7 @@ class ToolBarWidgetPeer : public WidgetPeer<ToolBarPeer, BarWidget> {
   }
 
   CToolBar& bar;
+  ImageCache images;
   std::vector<QWidget*> items;  // one per button
   bool isStale = false;
 };

@@ -40,7 +40,8 @@ class StepPainter {
     if (step.images == nullptr) return;
     const int room = line.height() - step.images->GetImageSize().height;
     const int shift = step.place.y == line.top() ? std::max(0, room / 2) : 0;
-    painter.drawPixmap(step.place.x, step.place.y + shift, cache.Get(*step.images, step.index));
+    painter.drawPixmap(step.place.x, step.place.y + shift,
+                       cache.Get(*step.images, step.index, view.devicePixelRatioF()));
   }
   void operator()(const TextStep& step) const {
     painter.setFont(ToQtFont(step.font, view.font()));
@@ -104,8 +105,8 @@ void TreeDelegate::PaintImage(QPainter& painter, const QRect& line, const CTreeI
   const CImageList* const images = tree.GetImageList();
   if (images == nullptr) return;
   const bool isSelected = &item == tree.GetSelectedItem();
-  const QPixmap picture =
-      cache.Get(*images, isSelected ? item.GetSelectedImage() : item.GetImage());
+  const QPixmap picture = cache.Get(*images, isSelected ? item.GetSelectedImage() : item.GetImage(),
+                                    view.devicePixelRatioF());
   const int space = (line.height() - images->GetImageSize().height) / 2;
   painter.drawPixmap(line.left(), line.top() + space, picture);
 }

@@ -19,9 +19,7 @@ std::uint32_t LittleEndian(const std::string& bytes, std::size_t at) {
   return value;
 }
 
-}  // namespace
-
-std::shared_ptr<const Bitmap> ReadBitmap(std::string bytes) {
+std::shared_ptr<Bitmap> Read(std::string bytes) {
   if (bytes.size() < kHeaderLength + kShortestPictureHeader || bytes.compare(0, 2, "BM") != 0 ||
       LittleEndian(bytes, kHeaderLength) < kShortestPictureHeader) {
     return nullptr;
@@ -37,9 +35,18 @@ std::shared_ptr<const Bitmap> ReadBitmap(std::string bytes) {
   return bitmap;
 }
 
+}  // namespace
+
+std::shared_ptr<const Bitmap> ReadBitmap(std::string bytes) {
+  return Read(std::move(bytes));
+}
+
 std::shared_ptr<const Bitmap> LoadBitmap(FileSystem& files, const std::string& path) {
   Result<std::string> bytes = files.ReadWholeFile(path);
-  return bytes ? ReadBitmap(std::move(*bytes)) : nullptr;
+  if (!bytes) return nullptr;
+  std::shared_ptr<Bitmap> bitmap = Read(std::move(*bytes));
+  if (bitmap != nullptr) bitmap->path = path;
+  return bitmap;
 }
 
 int CImageList::Add(std::shared_ptr<const Bitmap> bitmap, Color transparent) {

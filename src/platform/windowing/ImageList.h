@@ -13,6 +13,7 @@ namespace tarn {
 struct Bitmap {
   Size size;
   std::string bytes;  // the whole file
+  std::string path;   // of the file; empty when nobody knows
 };
 
 // Null for bytes that are no bitmap, or one without pixels.

@@ -19,6 +19,7 @@
 #include "platform/qt/WidgetPeer.h"
 #include "platform/windowing/TipWindow.h"
 #include "platform/windowing/TreeCtrl.h"
+#include "support/Surroundings.h"
 
 namespace tarn {
 namespace {
@@ -350,6 +351,20 @@ TEST(ImageCacheTest, CutsPicturesAndLetsTheBackgroundThrough) {
   EXPECT_EQ(second.pixelColor(0, 0).alpha(), 0);
   EXPECT_EQ(second.pixelColor(1, 0), QColor(Qt::blue));
   EXPECT_TRUE(cache.Get(images, 4).isNull());
+
+  // A drawing beside the file is drawn as large as the screen wants it.
+  const testing::ScratchFolder folder;
+  folder.Write("a.bmp", bytes);
+  folder.Write("a-1.svg",
+               "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 2 1\"><rect "
+               "width=\"2\" height=\"1\" fill=\"#00ff00\"/></svg>");
+  CImageList drawn({2, 1});
+  ASSERT_EQ(drawn.Add(LoadBitmap(FileSystem::Native(), folder / "a.bmp")), 0);
+  EXPECT_EQ(cache.Get(drawn, 0, 2).toImage().pixelColor(0, 0), QColor(Qt::red));
+  const QImage sharp = cache.Get(drawn, 1, 2).toImage();
+  EXPECT_EQ(sharp.size(), QSize(4, 2));
+  EXPECT_EQ(sharp.devicePixelRatio(), 2);
+  EXPECT_EQ(sharp.pixelColor(3, 1), QColor("#00ff00"));
   EXPECT_TRUE(cache.Get(images, -1).isNull());
 }
 
