@@ -71,6 +71,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
   menuCommands.run = [this](std::uint32_t command) { runner->Run(command); };
   menuCommands.listTools = [this] { return ReadToolEntries(session->Manager().GetToolCommands()); };
+  menuCommands.pictureFolder = FolderOf(session->GetFolders().ConfigFile(files));
   runner->onStarted = [this] { OnBuildStarted(); };
   runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
   stateLabel = new QLabel(tr("Ready"), this);

@@ -1,6 +1,7 @@
 #include "hosts/desktop/ServerMenus.h"
 
 #include <QAction>
+#include <QIcon>
 #include <QKeySequence>
 #include <QMenu>
 #include <QShortcut>
@@ -9,6 +10,7 @@
 
 #include "hosts/frame/LogEntry.h"
 #include "hosts/frame/ServerDrivers.h"
+#include "platform/paths/Paths.h"
 #include "platform/qt/QtText.h"
 
 namespace tarn::host {
@@ -59,6 +61,8 @@ QAction* MakeAction(const CXmlNode& entry, const MenuCommands& commands, QObject
   const std::uint32_t command = CommandOf(entry);
   auto* const action = new QAction(CaptionOf(entry), parent);
   action->setData(command);
+  const std::string picture = AttributeOf(&entry, "Icon");
+  if (!picture.empty()) action->setIcon(QIcon(ToQt(JoinPath(commands.pictureFolder, picture))));
   QObject::connect(action, &QAction::triggered, parent,
                    [run = commands.run, command] { run(command); });
   return action;
@@ -163,7 +167,15 @@ void FillServerToolBar(QToolBar& bar, const std::string& xml, const MenuCommands
     if (IsSeparator(*entry)) {
       bar.addSeparator();
     } else if (entry->GetAttr("id") != nullptr) {
-      bar.addAction(MakeAction(*entry, commands, &bar));
+      QAction* const action = MakeAction(*entry, commands, &bar);
+      for (const Shortcut& each : kShortcuts) {
+        if (each.command == CommandOf(*entry) && each.reach == Reach::Window) {
+          action->setToolTip(QStringLiteral("%1 (%2)").arg(
+              ToQt(AttributeOf(entry, "Header")),
+              QKeySequence(each.keys).toString(QKeySequence::NativeText)));
+        }
+      }
+      bar.addAction(action);
     }
   }
 }

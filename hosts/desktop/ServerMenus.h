@@ -28,6 +28,7 @@ struct MenuCommands {
   std::function<bool(std::uint32_t command)> isEnabled;
   std::function<void(std::uint32_t command)> run;
   std::function<std::vector<ToolEntry>()> listTools;  // for the entry that stands for all of them
+  std::string pictureFolder;                          // which the entries' pictures are named from
 };
 
 // The server's answer to the question for them.

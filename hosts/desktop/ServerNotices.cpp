@@ -55,6 +55,7 @@ void ServerNotices::AnswerMessages() {
       // All applications of a project become known; the first is active until told otherwise.
       if (number == kMsgApplicationKnown && !application.isEmpty()) return;
       application = QFileInfo(ToQt(event.text)).completeBaseName();
+      applicationFile = NameOf(event.text);
       configuration = ToQt(event.detail);
       ShowSelection();
     });
@@ -99,15 +100,15 @@ void ServerNotices::ShowHelp(const std::string& path) {
 void ServerNotices::Forget() {
   node.clear();
   application.clear();
+  applicationFile.clear();
   configuration.clear();
   ShowSelection();
 }
 
 void ServerNotices::ShowSelection() {
   QStringList parts;
-  if (!node.isEmpty()) parts += node;
+  if (!node.isEmpty() && node != applicationFile) parts += node;
   if (!application.isEmpty()) parts += tr("%1 (%2)").arg(application, configuration);
-  parts.removeDuplicates();
   selection->setText(parts.join(QStringLiteral("  \u2022  ")));
   if (onSelectionChanged) onSelectionChanged();
 }

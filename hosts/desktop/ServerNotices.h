@@ -39,6 +39,7 @@ class ServerNotices : public QObject {
   QLabel* const selection;
   QString node;
   QString application;
+  QString applicationFile;
   QString configuration;
 };
 

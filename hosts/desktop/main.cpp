@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QIcon>
 #include <clocale>
 #include <string>
 #include <vector>
@@ -21,6 +22,9 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName("Tarn");
   QApplication::setApplicationVersion(TARN_VERSION);
   QGuiApplication::setDesktopFileName("org.tarn.Tarn");
+
+  QApplication::setWindowIcon(
+      QIcon::fromTheme("org.tarn.Tarn", QIcon(QStringLiteral(":/icons/org.tarn.Tarn.svg"))));
 
   QCommandLineParser parser;
   parser.setApplicationDescription(

@@ -1,5 +1,7 @@
 """The pictures of this system. What one means is told by its shape; colour only adds to it."""
 
+import math
+
 from pictures.shapes import Picture, strip
 
 INK = "#2b2f36"
@@ -314,6 +316,137 @@ def dependencies():
     return p
 
 
+# --- Commands, on tool bars and in menus ---
+
+
+def arc(p, centre, outer, inner, start, end, colour):
+    """A piece of a ring, from one angle to another in degrees, clockwise from the right."""
+    angles = [math.radians(start + (end - start) * step / 12) for step in range(13)]
+    x, y = centre
+    rim = [(x + outer * math.cos(a), y + outer * math.sin(a)) for a in angles]
+    hole = [(x + inner * math.cos(a), y + inner * math.sin(a)) for a in reversed(angles)]
+    p.polygon([(round(a, 2), round(b, 2)) for a, b in rim + hole], colour)
+
+
+def add_plus(p):
+    p.rect(11, 9, 2, 6, GREEN)
+    p.rect(9, 11, 6, 2, GREEN)
+
+
+def small_page(p, x, y, lines=3):
+    p.rect(x, y, 9, 11, STEEL)
+    p.rect(x + 1, y + 1, 7, 9, WHITE)
+    for line in range(lines):
+        p.rect(x + 2, y + 3 + 2 * line, 5, 1, GREY)
+
+
+def small_folder(p):
+    p.polygon([(1, 3), (6, 3), (8, 5), (15, 5), (15, 14), (1, 14)], ORANGE)
+    p.rect(2, 7, 12, 6, YELLOW)
+
+
+def hammer(colour=ORANGE):
+    p = Picture(16, 16)
+    p.polygon([(1, 13), (3, 15), (10, 8), (8, 6)], colour)
+    p.polygon([(4, 4), (8, 1), (11, 2), (15, 7), (12, 10)], STEEL)
+    return p
+
+
+def command_build_application():
+    p = hammer()
+    p.rect(6, 7, 10, 9, STEEL)
+    p.rect(7, 9, 8, 6, WHITE)
+    p.polygon([(9, 9), (13, 12), (9, 15)], GREEN)
+    return p
+
+
+def command_rebuild():
+    p = Picture(16, 16)
+    for start in (200, 20):
+        arc(p, (8, 8), 7, 5, start, start + 125, BLUE)
+    p.polygon([(10, 6), (16, 6), (13.4, 0.6)], BLUE)
+    p.polygon([(6, 10), (0, 10), (2.6, 15.4)], BLUE)
+    return p
+
+
+def command_stop():
+    p = Picture(16, 16)
+    octagon(p, 1, 15, 4, RED)
+    p.rect(5, 5, 6, 6, WHITE)
+    return p
+
+
+def command_clean():
+    p = Picture(16, 16)
+    p.polygon([(13, 0), (16, 2), (9, 9), (7, 7)], ORANGE)
+    p.polygon([(5, 6), (10, 11), (7, 15), (3, 14), (5, 12), (1, 13), (1, 9)], YELLOW)
+    return p
+
+
+def command_add_files():
+    p = Picture(16, 16)
+    small_page(p, 2, 1)
+    add_plus(p)
+    return p
+
+
+def command_new_folder():
+    p = Picture(16, 16)
+    small_folder(p)
+    add_plus(p)
+    return p
+
+
+def command_new_application():
+    p = Picture(16, 16)
+    p.rect(1, 2, 13, 11, STEEL)
+    p.rect(2, 5, 11, 7, WHITE)
+    add_plus(p)
+    return p
+
+
+def command_options():
+    p = Picture(16, 16)
+    for y, knob in ((3, 10), (8, 5), (13, 11)):
+        p.rect(1, y - 1, 14, 2, STEEL)
+        p.disc(knob, y, 2.5, BLUE)
+    return p
+
+
+def command_open():
+    p = Picture(16, 16)
+    small_page(p, 3, 3)
+    p.polygon([(8, 1), (15, 1), (15, 8), (13, 6), (9, 10), (6, 7), (10, 3)], BLUE)
+    return p
+
+
+def command_copy():
+    p = Picture(16, 16)
+    small_page(p, 1, 1, 2)
+    small_page(p, 6, 4)
+    return p
+
+
+def command_paste():
+    p = Picture(16, 16)
+    p.rect(1, 2, 12, 13, ORANGE)
+    p.rect(4, 1, 6, 3, STEEL)
+    small_page(p, 6, 5)
+    return p
+
+
+def command_remove():
+    p = Picture(16, 16)
+    p.polygon([(4, 2), (8, 6), (12, 2), (14, 4), (10, 8), (14, 12), (12, 14), (8, 10), (4, 14), (2, 12), (6, 8), (2, 4)], RED)
+    return p
+
+
+def command_activate():
+    p = Picture(16, 16)
+    p.polygon([(2, 8), (4, 6), (7, 9), (12, 3), (14, 5), (7, 13)], GREEN)
+    return p
+
+
 # --- The rest ---
 
 
@@ -377,6 +510,25 @@ PICTURES = {
     "node-library": library(),
     "node-linker": linker_script(),
     "node-debug-text": debugger_source(),
+}
+
+
+# For the desktop alone, so drawn as SVG only.
+COMMANDS = {
+    "command-build": hammer(),
+    "command-build-application": command_build_application(),
+    "command-rebuild": command_rebuild(),
+    "command-clean": command_clean(),
+    "command-stop": command_stop(),
+    "command-add-files": command_add_files(),
+    "command-new-folder": command_new_folder(),
+    "command-new-application": command_new_application(),
+    "command-options": command_options(),
+    "command-open": command_open(),
+    "command-copy": command_copy(),
+    "command-paste": command_paste(),
+    "command-remove": command_remove(),
+    "command-activate": command_activate(),
 }
 
 

@@ -105,7 +105,10 @@ TEST_F(IdeWindowTest, TheServersButtonsStandInTheToolBar) {
   QToolBar* const bar = window->findChild<QToolBar*>("serverBar");
   ASSERT_NE(bar, nullptr);
   QStringList names;
-  for (const QAction* action : bar->actions()) names += action->text();
+  for (const QAction* action : bar->actions()) {
+    names += action->text();
+    EXPECT_EQ(action->icon().isNull(), action->isSeparator()) << action->text().toStdString();
+  }
   EXPECT_EQ(names.join("|").toStdString(),
             "Add files|New folder||Build all|Build the active application|Rebuild all|Stop||"
             "Options");
