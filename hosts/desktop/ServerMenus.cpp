@@ -38,7 +38,7 @@ constexpr Shortcut kShortcuts[] = {
     {kCmdStop, "Ctrl+Break", Reach::Window},
     {kCmdCopyNode, "Ctrl+C", Reach::Tree},
     {kCmdPasteNode, "Ctrl+V", Reach::Tree},
-    {kCmdShowOptions, "Alt+Return", Reach::Tree},
+    {kCmdShowNodeOptions, "Alt+Return", Reach::Tree},
     {kCmdAddFiles, "Ins", Reach::TreeItself},
     {kCmdRemoveNode, "Del", Reach::TreeItself},
 };
