@@ -1,7 +1,5 @@
 #include "hosts/cli/BuildReporter.h"
 
-#include <algorithm>
-
 #include "hosts/cli/DisplayText.h"
 #include "platform/paths/Paths.h"
 
@@ -25,25 +23,24 @@ BuildReporter::BuildReporter(Console& output, std::string startFolder, ReportDet
     : console(output),
       folder(std::move(startFolder)),
       detail(reportDetail),
-      askCount(std::move(countWork)) {}
+      progress(std::move(countWork)) {}
 
 void BuildReporter::OnToolStarted(const ToolStart& start) {
-  if (++number == 1) total = askCount();
-  total = std::max(total, number);
-  current = NameOf(start);
+  progress.OnToolStarted(start);
+  current = Printable(DisplayPath(progress.GetSubject(), folder));
   if (detail < ReportDetail::Progress) return;
   if (console.Redraws() && detail == ReportDetail::Progress) {
     OnTick();
   } else {
-    console.PrintLine("[" + std::to_string(number) + "/" + std::to_string(total) + "] " + current);
+    console.PrintLine("[" + std::to_string(progress.GetNumber()) + "/" +
+                      std::to_string(progress.GetTotal()) + "] " + current);
   }
 }
 
 void BuildReporter::OnToolEnded(bool success, const std::vector<LogEntry>& messages) {
+  progress.OnToolEnded(success, messages);
   bool isFirst = true;
   for (const LogEntry& entry : messages) {
-    errors += entry.kind == LogKind::Error ? 1 : 0;
-    warnings += entry.kind == LogKind::Warning ? 1 : 0;
     const bool isDiagnostic = entry.kind == LogKind::Error || entry.kind == LogKind::Warning;
     if (isDiagnostic) diagnostics.push_back(entry);
     if (IsWanted(entry, success, isFirst)) {
@@ -71,9 +68,9 @@ BuildOutcome BuildReporter::Watch(BuildSession& session, const BuildRequest& req
 }
 
 void BuildReporter::OnTick() {
-  if (number == 0 || detail != ReportDetail::Progress) return;
-  std::string count = std::to_string(number);
-  const std::string all = std::to_string(total);
+  if (progress.GetNumber() == 0 || detail != ReportDetail::Progress) return;
+  std::string count = std::to_string(progress.GetNumber());
+  const std::string all = std::to_string(progress.GetTotal());
   count.insert(0, all.size() - count.size(), ' ');
   console.ShowProgress("[" + count + "/" + all + "] " + current + "  " + ClockText(GetElapsed()));
 }
@@ -95,7 +92,7 @@ void BuildReporter::Finish(const BuildOutcome& outcome, BuildWork work,
   std::string text = "Nothing to do";
   if (work == BuildWork::Clean) text = "Cleaned";
   if (outcome.toolsRun > 0) text = "Built " + CountText(outcome.toolsRun, "file");
-  if (warnings > 0) text += ", " + CountText(warnings, "warning");
+  if (GetWarnings() > 0) text += ", " + CountText(GetWarnings(), "warning");
   console.PrintLine(console.Dye(Paint::Green, text) + " (" + time + ")");
 }
 
@@ -104,26 +101,14 @@ std::string BuildReporter::FailureText(const BuildOutcome& outcome, BuildWork wo
   std::string text = outcome.end == BuildEnd::Stopped ? "Interrupted" : "Failed";
   if (work == BuildWork::Clean) return text;
   std::vector<std::string> parts;
-  if (errors > 0) parts.push_back(CountText(errors, "error"));
-  if (warnings > 0) parts.push_back(CountText(warnings, "warning"));
-  if (total > 0) {
-    parts.push_back(std::to_string(outcome.toolsRun) + " of " + CountText(total, "file") +
-                    " built");
+  if (GetErrors() > 0) parts.push_back(CountText(GetErrors(), "error"));
+  if (GetWarnings() > 0) parts.push_back(CountText(GetWarnings(), "warning"));
+  if (progress.GetTotal() > 0) {
+    parts.push_back(std::to_string(outcome.toolsRun) + " of " +
+                    CountText(progress.GetTotal(), "file") + " built");
   }
   for (std::size_t i = 0; i < parts.size(); ++i) text += (i == 0 ? ": " : ", ") + parts[i];
   return text;
-}
-
-std::chrono::milliseconds BuildReporter::GetElapsed() const {
-  return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - started);
-}
-
-std::string BuildReporter::NameOf(const ToolStart& start) const {
-  // A tool with many files makes one thing out of them; that is what it is known by.
-  const bool isSingle = start.files.size() == 1;
-  if (!isSingle && !start.output.empty()) return Printable(DisplayPath(start.output, folder));
-  if (!start.files.empty()) return Printable(DisplayPath(start.files.front(), folder));
-  return Printable(start.output.empty() ? start.tool : start.output);
 }
 
 }  // namespace tarn::host

@@ -7,6 +7,7 @@
 
 #include "hosts/cli/Console.h"
 #include "hosts/cli/Invocation.h"
+#include "hosts/frame/BuildProgress.h"
 #include "hosts/frame/BuildSession.h"
 
 namespace tarn::host {
@@ -20,8 +21,6 @@ ReportDetail DetailOf(const Invocation& asked);
 // each tool, and what the tools say as they end.
 class BuildReporter : public BuildObserver {
  public:
-  using Clock = std::chrono::steady_clock;
-
   // `countWork` tells how many tools there are to run; asked once, when the first one starts.
   BuildReporter(Console& output, std::string startFolder, ReportDetail reportDetail,
                 std::function<int()> countWork);
@@ -37,27 +36,20 @@ class BuildReporter : public BuildObserver {
   void Finish(const BuildOutcome& outcome, BuildWork work,
               const std::vector<ApplicationSummary>& summaries);
 
-  int GetErrors() const { return errors; }
-  int GetWarnings() const { return warnings; }
+  int GetErrors() const { return progress.GetErrors(); }
+  int GetWarnings() const { return progress.GetWarnings(); }
   const std::vector<LogEntry>& GetDiagnostics() const { return diagnostics; }
-  std::chrono::milliseconds GetElapsed() const;
+  std::chrono::milliseconds GetElapsed() const { return progress.GetElapsed(); }
 
  private:
   bool IsWanted(const LogEntry& entry, bool success, bool isFirst) const;
-  std::string NameOf(const ToolStart& start) const;
   std::string FailureText(const BuildOutcome& outcome, BuildWork work) const;
 
   Console& console;
   const std::string folder;
   const ReportDetail detail;
-  const std::function<int()> askCount;
-  const Clock::time_point started = Clock::now();
-
-  int number = 0;  // of the tool that runs
-  int total = 0;
-  std::string current;
-  int errors = 0;
-  int warnings = 0;
+  BuildProgress progress;
+  std::string current;  // file or tool, as it is shown
   std::vector<LogEntry> diagnostics;
 };
 

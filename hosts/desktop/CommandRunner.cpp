@@ -13,6 +13,24 @@ constexpr std::uint32_t kBuildCommands[] = {
     kCmdBuildNode,  kCmdCleanNode, kCmdTranslateNode, kCmdBuildApplication,
 };
 
+// The builds whose extent is known ahead; others may be of any part of the project.
+struct WholeBuild {
+  std::uint32_t command;
+  BuildWork work;
+};
+constexpr WholeBuild kWholeBuilds[] = {
+    {kCmdBuildAll, BuildWork::Build},
+    {kCmdRebuildAll, BuildWork::Rebuild},
+};
+
+std::function<int()> CounterFor(std::uint32_t command, BuildSession& session) {
+  for (const WholeBuild& each : kWholeBuilds) {
+    if (each.command != command) continue;
+    return [&session, work = each.work] { return session.CountWork({work, {}}); };
+  }
+  return {};
+}
+
 }  // namespace
 
 CommandRunner::CommandRunner(MainFrame& mainFrame, BuildSession& buildSession)
@@ -60,8 +78,9 @@ void CommandRunner::Run(std::uint32_t command) {
   }
   FinishRestore();
   if (session.Manager().PrologCommand(command) == 0) return;
-  session.BeginWork();
+  session.BeginWork(&progress.emplace(CounterFor(command, session)));
   building = command;
+  isCleaning = command == kCmdCleanAll || command == kCmdCleanNode;
   isStopAsked = false;
   if (onStarted) onStarted();
   // The answer is the same when the start was refused, which the user has been asked about; but
@@ -135,7 +154,7 @@ void CommandRunner::FinishBuild(BuildEnd end) {
   const std::uint32_t command = building;
   building = 0;
   session.Manager().EpilogCommand(command);
-  session.EndWork(command == kCmdCleanAll || command == kCmdCleanNode);
+  session.EndWork(isCleaning);
   session.TakeLogLines();  // the log window has shown them
   if (onEnded) onEnded(end);
 }

@@ -3,8 +3,10 @@
 #include <QObject>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
+#include "hosts/frame/BuildProgress.h"
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/MainFrame.h"
 
@@ -30,6 +32,11 @@ class CommandRunner : public QObject {
   // Ends a running build with its tools; onEnded comes as soon as they are gone.
   void Stop();
   bool IsBuilding() const { return building != 0; }
+  bool IsStopping() const { return IsBuilding() && isStopAsked; }
+  // Whether the build that runs, or the last one, only takes away what was built.
+  bool IsCleaning() const { return isCleaning; }
+  // Of the build that runs, or the last one; null ahead of the first. The next one makes it anew.
+  const BuildProgress* GetProgress() const { return progress ? &*progress : nullptr; }
 
   // A build has begun, or ended. Any of them may be empty.
   std::function<void()> onStarted;
@@ -50,7 +57,9 @@ class CommandRunner : public QObject {
 
   MainFrame& frame;
   BuildSession& session;
+  std::optional<BuildProgress> progress;
   std::uint32_t building = 0;  // the command; 0 for none
+  bool isCleaning = false;
   bool isStopAsked = false;
   bool isOpening = false;
   // The project knows what the session keeps of it, or is being told.

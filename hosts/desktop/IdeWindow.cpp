@@ -5,7 +5,6 @@
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -16,6 +15,7 @@
 #include <cstdlib>
 
 #include "hosts/desktop/OptionsWindow.h"
+#include "hosts/desktop/StatusProgress.h"
 #include "hosts/frame/LogEntry.h"
 #include "platform/paths/Paths.h"
 #include "platform/qt/QtText.h"
@@ -31,25 +31,13 @@ constexpr int kReportWindow = 4006;
 // Popup menus go by the numbers of the windows.
 constexpr const char* kLogPopup = "4004";
 constexpr const char* kReportPopup = "4006";
+constexpr int kLogWindow = 4004;
 // How late a button of the tool bar may show what can be done.
 constexpr int kRefreshMs = 250;
 constexpr QSize kFirstSize{1280, 800};
 constexpr int kFirstTreeWidth = 280;
 constexpr int kFirstOptionsWidth = 400;
 constexpr int kFirstOutputHeight = 220;
-
-QString WordFor(BuildEnd end) {
-  switch (end) {
-    case BuildEnd::Succeeded:
-      return IdeWindow::tr("Build succeeded");
-    case BuildEnd::Stopped:
-      return IdeWindow::tr("Build stopped");
-    case BuildEnd::Failed:
-    case BuildEnd::Refused:
-      break;
-  }
-  return IdeWindow::tr("Build failed");
-}
 
 std::vector<std::string> LocalFilesOf(const QMimeData& data) {
   std::vector<std::string> paths;
@@ -74,8 +62,9 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   menuCommands.pictureFolder = FolderOf(session->GetFolders().ConfigFile(files));
   runner->onStarted = [this] { OnBuildStarted(); };
   runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
-  stateLabel = new QLabel(tr("Ready"), this);
-  statusBar()->addWidget(stateLabel, 1);
+  progress = new StatusProgress(*runner, this);
+  progress->onShowLog = [this] { ShowLog(); };
+  statusBar()->addWidget(progress, 1);
   notices = std::make_unique<ServerNotices>(frame, *statusBar());
   notices->onSelectionChanged = [this] {
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);
@@ -249,7 +238,7 @@ void IdeWindow::closeEvent(QCloseEvent* event) {
   }
   isClosing = true;
   runner->Stop();
-  stateLabel->setText(tr("Closing as soon as the build has stopped..."));
+  progress->Say(tr("Closing as soon as the build has stopped..."));
   event->ignore();
 }
 
@@ -279,6 +268,7 @@ void IdeWindow::AddDock(const HostEvent& announcement) {
       popups.Show(kReportPopup, widget->mapToGlobal(place), menuCommands, *this);
     });
   }
+  if (id.toInt() == kLogWindow) logDock = dock;
   addDockWidget(Qt::BottomDockWidgetArea, dock);
   if (lastBottomDock != nullptr) {
     tabifyDockWidget(lastBottomDock, dock);
@@ -338,15 +328,20 @@ void IdeWindow::AddToolBar(const std::string& xml) {
 
 void IdeWindow::OnBuildStarted() {
   options->SetBuilding(true);
-  buildTime.start();
-  stateLabel->setText(tr("Building..."));
+  progress->Begin(ToQt(FolderOf(session->GetProjectPath())));
 }
 
 void IdeWindow::OnBuildEnded(BuildEnd end) {
   options->SetBuilding(false);
-  const double seconds = static_cast<double>(buildTime.elapsed()) / 1000.0;
-  stateLabel->setText(tr("%1 (%2 s)").arg(WordFor(end)).arg(seconds, 0, 'f', 1));
+  progress->End(end);
   if (isClosing) close();
+}
+
+void IdeWindow::ShowLog() {
+  if (logDock == nullptr) return;
+  logDock->show();
+  logDock->raise();
+  logDock->widget()->setFocus();
 }
 
 void IdeWindow::ShowTitle() {

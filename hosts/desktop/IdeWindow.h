@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QTimer>
 #include <memory>
@@ -19,12 +18,12 @@
 #include "platform/qt/QtDialogs.h"
 
 class QDockWidget;
-class QLabel;
 class QToolBar;
 
 namespace tarn::host {
 
 class OptionsWindow;
+class StatusProgress;
 
 // The main window: a server with its windows in docks around the editors, its commands in menus and
 // a tool bar, and the state of a build below.
@@ -67,6 +66,7 @@ class IdeWindow : public QMainWindow {
   void AddToolBar(const std::string& xml);
   void OnBuildStarted();
   void OnBuildEnded(BuildEnd end);
+  void ShowLog();
   void ShowTitle();
 
   MainFrame frame;
@@ -83,9 +83,9 @@ class IdeWindow : public QMainWindow {
   QDockWidget* lastBottomDock = nullptr;
   QToolBar* serverBar = nullptr;
   WindowHandle logWindow = 0;
-  QLabel* stateLabel = nullptr;
+  QDockWidget* logDock = nullptr;
+  StatusProgress* progress = nullptr;
   QTimer refreshTimer;
-  QElapsedTimer buildTime;
   bool isClosing = false;  // as soon as the build has ended
 };
 

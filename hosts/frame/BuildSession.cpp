@@ -160,11 +160,9 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
   stateProblem.clear();
   if (!stopRequested && FollowProject()) {
     isRunning = true;
-    watcher = observer;
-    BeginWork();
+    BeginWork(observer);
     const bool isDone = RunCommand(SelectCommand(request));
     if (!isDone && !stopRequested) ServePostedCommands();
-    watcher = nullptr;
     isRunning = false;
     EndWork(request.work == BuildWork::Clean);
   }
@@ -175,7 +173,8 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
   return outcome;
 }
 
-void BuildSession::BeginWork() {
+void BuildSession::BeginWork(BuildObserver* observer) {
+  watcher = observer;
   outcome = {};
   stateProblem.clear();
   log.Forget();
@@ -183,6 +182,7 @@ void BuildSession::BeginWork() {
 }
 
 void BuildSession::EndWork(bool afterClean) {
+  watcher = nullptr;
   KeepLog();
   const Status saved = state.Save(afterClean);
   if (!saved) stateProblem = saved.GetError().place + ": " + saved.GetError().text;

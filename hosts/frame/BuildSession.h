@@ -99,8 +99,9 @@ class BuildSession {
   void Adopt(const std::string& openedPath);
   // The project was closed, or another one is open that nothing is kept for: none is built by Run.
   void LeaveProject() { OnProjectChanged({}); }
-  // In front of a call that may start tools. Not while a build runs.
-  void BeginWork();
+  // In front of a call that may start tools. Not while a build runs. `observer` may be null; it is
+  // told until EndWork.
+  void BeginWork(BuildObserver* observer = nullptr);
   // Behind the end of the worker, or of a call that ran tools itself: keeps what was reported.
   void EndWork(bool afterClean);
   // The commands that the server has asked for since the last call.

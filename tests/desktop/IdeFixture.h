@@ -65,7 +65,7 @@ class IdeFixture : public ::testing::Test {
     for (QAction* const top : window->menuBar()->actions()) {
       Q_EMIT top->menu()->aboutToShow();
       for (QAction* const entry : top->menu()->actions()) {
-        if (entry->text().remove(QLatin1Char(0x26)) == name) return entry;
+        if (entry->text().remove(u'&') == name) return entry;
       }
     }
     return nullptr;

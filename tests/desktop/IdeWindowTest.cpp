@@ -4,10 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QDockWidget>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QToolBar>
+#include <QToolButton>
 #include <filesystem>
 #include <string>
 
@@ -35,6 +38,27 @@ TEST_F(IdeWindowTest, AMenuBuildsTheProjectWhileTheLoopRunsAndStopIsOnlyThereMea
   EXPECT_TRUE(IsBuilt("blinky-avr.elf"));
   EXPECT_GT(heartbeats, 5);
   EXPECT_FALSE(FindEntry("Stop")->isEnabled());
+}
+
+TEST_F(IdeWindowTest, TheStatusBarFollowsABuildAndLeadsToItsLog) {
+  ASSERT_TRUE(Choose("Build all"));
+  auto* const stop = window->statusBar()->findChild<QToolButton*>("stopBuild");
+  EXPECT_TRUE(stop->isVisible());
+  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
+  EXPECT_FALSE(stop->isVisible());
+  const BuildProgress& progress = *window->Commands().GetProgress();
+  EXPECT_EQ(progress.GetNumber(), 6);
+  EXPECT_EQ(progress.GetTotal(), 6);
+  auto* const outcome = window->statusBar()->findChild<QToolButton*>("buildOutcome");
+  EXPECT_TRUE(outcome->text().startsWith("Build succeeded: 1 warning"))
+      << outcome->text().toStdString();
+  auto* const log = window->findChild<QDockWidget*>("dock4004");
+  log->close();
+  outcome->click();
+  EXPECT_TRUE(log->isVisible());
+  ASSERT_TRUE(Choose("Build all"));
+  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
+  EXPECT_TRUE(outcome->text().startsWith("Nothing to do")) << outcome->text().toStdString();
 }
 
 TEST_F(IdeWindowTest, ClosingStopsABuildFirstAndThenCloses) {
