@@ -87,6 +87,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   resize(kFirstSize);
   AddFileMenu();
   AddOptionsDock();
+  menuBar()->addMenu(layout.MakeMenu());
   AnswerMessages();
   ShowTitle();
 }
@@ -146,6 +147,7 @@ bool IdeWindow::Start() {
   session->Manager().GetProjectWindow();
   logWindow = session->Manager().GetOutputWindow();
   popups.Load(files, session->GetFolders().ConfigFile(files));
+  layout.Restore();
   connect(&refreshTimer, &QTimer::timeout, this, [this] {
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);
   });
@@ -233,6 +235,7 @@ void IdeWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   if (!runner->IsBuilding()) {
+    layout.Save();
     QMainWindow::closeEvent(event);
     return;
   }

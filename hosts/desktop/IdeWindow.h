@@ -12,6 +12,7 @@
 #include "hosts/desktop/ProblemNavigator.h"
 #include "hosts/desktop/ServerMenus.h"
 #include "hosts/desktop/ServerNotices.h"
+#include "hosts/desktop/WindowLayout.h"
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/MainFrame.h"
 #include "platform/files/FileSystem.h"
@@ -78,6 +79,7 @@ class IdeWindow : public QMainWindow {
   PopupMenus popups;
   FileSystem& files;
   QtDialogs dialogs;  // what the server asks its user
+  WindowLayout layout{*this};
   EditorTabs* editors = nullptr;
   OptionsWindow* options = nullptr;
   QDockWidget* lastBottomDock = nullptr;

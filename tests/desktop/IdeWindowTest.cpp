@@ -125,6 +125,31 @@ TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
   EXPECT_EQ(ended, BuildEnd::Succeeded);
 }
 
+TEST_F(IdeWindowTest, TheLayoutIsKeptUnlessItsFileIsDamagedAndCanBeResetTo) {
+  const auto dock = [&] { return window->findChild<QDockWidget*>("dock4006"); };
+  const auto reopen = [&] {
+    window->close();
+    window.emplace(FileSystem::Native());
+    EXPECT_TRUE(window->Start());
+    window->show();
+  };
+  dock()->close();
+  window->addDockWidget(Qt::RightDockWidgetArea, window->findChild<QDockWidget*>("dock4004"));
+  reopen();
+  EXPECT_TRUE(dock()->isHidden());
+  EXPECT_EQ(window->dockWidgetArea(window->findChild<QDockWidget*>("dock4004")),
+            Qt::RightDockWidgetArea);
+  ASSERT_TRUE(Choose("Reset layout"));
+  EXPECT_FALSE(dock()->isHidden());
+  EXPECT_EQ(window->dockWidgetArea(window->findChild<QDockWidget*>("dock4004")),
+            Qt::BottomDockWidgetArea);
+  dock()->close();
+  window->close();
+  folder.Write("settings/user/desktop.ini", "[window\nstate=@ByteArray(\\xff\\x0 damaged\n\0=");
+  reopen();
+  EXPECT_FALSE(dock()->isHidden());
+}
+
 TEST_F(IdeWindowTest, TheServersButtonsStandInTheToolBar) {
   QToolBar* const bar = window->findChild<QToolBar*>("serverBar");
   ASSERT_NE(bar, nullptr);

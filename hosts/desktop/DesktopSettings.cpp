@@ -1,0 +1,13 @@
+#include "hosts/desktop/DesktopSettings.h"
+
+#include "platform/paths/Paths.h"
+#include "platform/qt/QtText.h"
+#include "platform/settings/Settings.h"
+
+namespace tarn::host {
+
+DesktopSettings::DesktopSettings()
+    : QSettings(ToQt(JoinPath(SettingsFolders::FromEnvironment().user, "desktop.ini")),
+                QSettings::IniFormat) {}
+
+}  // namespace tarn::host

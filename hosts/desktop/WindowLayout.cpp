@@ -1,0 +1,61 @@
+#include "hosts/desktop/WindowLayout.h"
+
+#include <QCoreApplication>
+#include <QDockWidget>
+#include <QMainWindow>
+#include <QMenu>
+#include <QToolBar>
+
+#include "hosts/desktop/DesktopSettings.h"
+
+namespace tarn::host {
+
+namespace {
+
+// To be raised when what was kept doesn't fit the window any more.
+constexpr int kVersion = 1;
+constexpr const char* kGeometryKey = "window/geometry";
+constexpr const char* kStateKey = "window/state";
+
+}  // namespace
+
+void WindowLayout::Restore() {
+  firstState = window.saveState(kVersion);
+  const DesktopSettings settings;
+  // Both leave everything as it is for bytes that they don't know.
+  window.restoreGeometry(settings.value(kGeometryKey).toByteArray());
+  window.restoreState(settings.value(kStateKey).toByteArray(), kVersion);
+}
+
+void WindowLayout::Save() const {
+  DesktopSettings settings;
+  settings.setValue(kGeometryKey, window.saveGeometry());
+  settings.setValue(kStateKey, window.saveState(kVersion));
+}
+
+void WindowLayout::Reset() {
+  window.restoreState(firstState, kVersion);
+}
+
+QMenu* WindowLayout::MakeMenu() {
+  auto* const menu = new QMenu(QCoreApplication::translate("WindowLayout", "&View"), &window);
+  QObject::connect(menu, &QMenu::aboutToShow, menu, [this, menu] { Fill(*menu); });
+  return menu;
+}
+
+void WindowLayout::Fill(QMenu& menu) {
+  menu.clear();
+  for (const QDockWidget* const dock : window.findChildren<QDockWidget*>()) {
+    menu.addAction(dock->toggleViewAction());
+  }
+  menu.addSeparator();
+  for (const QToolBar* const bar :
+       window.findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+    menu.addAction(bar->toggleViewAction());
+  }
+  menu.addSeparator();
+  menu.addAction(QCoreApplication::translate("WindowLayout", "&Reset layout"), &menu,
+                 [this] { Reset(); });
+}
+
+}  // namespace tarn::host

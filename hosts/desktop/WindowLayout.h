@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArray>
+
+class QMainWindow;
+class QMenu;
+
+namespace tarn::host {
+
+// Where the main window, its docks and tool bars stand, from one run to the next. Borrows the
+// window, which names all of them.
+class WindowLayout {
+ public:
+  explicit WindowLayout(QMainWindow& mainWindow) : window(mainWindow) {}
+
+  // As soon as everything has its first place: puts it where the user left it.
+  void Restore();
+  void Save() const;
+  // Back to the first places.
+  void Reset();
+  // A menu that shows and hides what there is, and resets the layout; the window owns it.
+  QMenu* MakeMenu();
+
+ private:
+  void Fill(QMenu& menu);
+
+  QMainWindow& window;
+  QByteArray firstState;
+};
+
+}  // namespace tarn::host
