@@ -24,6 +24,10 @@ class CommandRunner : public QObject {
 
   // Opens a project and reads its state. On failure the text is what the server said.
   Status Open(const std::string& path);
+  // Empty when none is open but the one that stands in for none.
+  std::string GetProjectPath() const {
+    return session.HasProject() ? session.GetProjectPath() : "";
+  }
   // Whether a command may start compilers.
   static bool Builds(std::uint32_t command);
   bool IsEnabled(std::uint32_t command);

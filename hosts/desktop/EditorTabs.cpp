@@ -65,6 +65,46 @@ bool EditorTabs::MayCloseAll() {
   return true;
 }
 
+void EditorTabs::CloseAll(bool keepModified) {
+  for (int index = count() - 1; index >= 0; --index) {
+    CodeEditor* const editor = At(index);
+    if (keepModified && editor->isModified()) continue;
+    removeTab(index);
+    editor->deleteLater();
+  }
+}
+
+// Each entry is line, column and path with colons between, and a star in front of the one that is
+// in view.
+QStringList EditorTabs::Describe() const {
+  QStringList description;
+  for (int index = 0; index < count(); ++index) {
+    int line = 0;
+    int column = 0;
+    At(index)->getCursorPosition(&line, &column);
+    description += QString("%1%2:%3:%4")
+                       .arg(index == currentIndex() ? "*" : "")
+                       .arg(line)
+                       .arg(column)
+                       .arg(ToQt(At(index)->GetPath()));
+  }
+  return description;
+}
+
+void EditorTabs::Restore(const QStringList& description) {
+  CodeEditor* inView = nullptr;
+  for (QString entry : description) {
+    const bool isInView = entry.startsWith('*');
+    if (isInView) entry.remove(0, 1);
+    const std::string path = FromQt(entry.section(':', 2));
+    if (!files.Examine(path) || !OpenFile(path, 0)) continue;
+    Current()->setCursorPosition(entry.section(':', 0, 0).toInt(),
+                                 entry.section(':', 1, 1).toInt());
+    if (isInView) inView = Current();
+  }
+  if (inView != nullptr) setCurrentWidget(inView);
+}
+
 void EditorTabs::FollowDisk() {
   // A question brings the window to the front once more when it is answered.
   if (isAsking) return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <QTabWidget>
 #include <string>
 
@@ -24,6 +25,11 @@ class EditorTabs : public QTabWidget {
   bool CloseCurrent();
   // Asks for each text that is not saved. False when the user would rather stay.
   bool MayCloseAll();
+  // Closes without a question; texts that are not saved stay open if so wanted.
+  void CloseAll(bool keepModified);
+  // The open files and the places in them, for Restore. Files that are gone are left out there.
+  QStringList Describe() const;
+  void Restore(const QStringList& description);
   // Looks for files that changed on the disk; for the time when the window comes to the front.
   void FollowDisk();
   CodeEditor* Current() const;

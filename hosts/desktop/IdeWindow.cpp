@@ -2,6 +2,7 @@
 
 #include <QAbstractScrollArea>
 #include <QCloseEvent>
+#include <QDir>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -14,8 +15,13 @@
 #include <QUrl>
 #include <cstdlib>
 
+#include "hosts/desktop/EditorArea.h"
+#include "hosts/desktop/Examples.h"
 #include "hosts/desktop/OptionsWindow.h"
+#include "hosts/desktop/RecentMenu.h"
+#include "hosts/desktop/RecentProjects.h"
 #include "hosts/desktop/StatusProgress.h"
+#include "hosts/desktop/WelcomePage.h"
 #include "hosts/frame/LogEntry.h"
 #include "platform/paths/Paths.h"
 #include "platform/qt/QtText.h"
@@ -61,6 +67,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   menuCommands.listTools = [this] { return ReadToolEntries(session->Manager().GetToolCommands()); };
   menuCommands.pictureFolder = FolderOf(session->GetFolders().ConfigFile(files));
   runner->onStarted = [this] { OnBuildStarted(); };
+  runner->onProjectChanged = [this] { OnProjectChanged(); };
   runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
   progress = new StatusProgress(*runner, this);
   progress->onShowLog = [this] { ShowLog(); };
@@ -73,17 +80,13 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   runner->onProjectClosing = [this] { notices->Forget(); };
   problems = std::make_unique<ProblemNavigator>(files, *statusBar());
   problems->open = [this](const std::string& path, int line) { OpenFile(path, line); };
-  runner->onProjectChanged = [this] {
-    problems->SetProject(session->HasProject() ? session->GetProjectPath() : std::string());
-    ShowTitle();
-  };
   setDockNestingEnabled(true);
   // The tree has the whole height, as projects are deep; and the options are many.
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
   setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
-  setCentralWidget(editors);
   setAcceptDrops(true);
+  setCentralWidget(new EditorArea(*editors, *MakeWelcomePage(), this));
   resize(kFirstSize);
   AddFileMenu();
   AddOptionsDock();
@@ -158,10 +161,13 @@ bool IdeWindow::Start() {
 void IdeWindow::OpenProject(const std::string& path) {
   if (session->HasProject() && QFileInfo(ToQt(path)) == QFileInfo(ToQt(session->GetProjectPath())))
     return;
+  if (!editors->MayCloseAll()) return;
+  KeepEditors();
   if (const Status opened = runner->Open(path); !opened) {
     const QString reason = ToQt(opened.GetError().text);
     const QString text = tr("%1 can't be opened.").arg(ToQt(path));
     QMessageBox::warning(this, tr("Tarn"), reason.isEmpty() ? text : text + "\n\n" + reason);
+    if (!files.Exists(path)) RecentProjects::Remove(ToQt(path));
   }
 }
 
@@ -182,9 +188,58 @@ void IdeWindow::OpenPaths(const std::vector<std::string>& paths) {
                            .arg(missing.join('\n')));
 }
 
+void IdeWindow::OnProjectChanged() {
+  const std::string path = runner->GetProjectPath();
+  problems->SetProject(path);
+  ShowTitle();
+  if (path == editorsProject) return;
+  KeepEditors();
+  // What was not saved was asked for where the user opened the project; else it stays.
+  editors->CloseAll(true);
+  editorsProject = path;
+  if (path.empty()) return;
+  RecentProjects::Note(path);
+  editors->Restore(RecentProjects::EditorsOf(path));
+}
+
+void IdeWindow::KeepEditors() {
+  if (!editorsProject.empty()) RecentProjects::KeepEditors(editorsProject, editors->Describe());
+}
+
+void IdeWindow::NewProject() {
+  if (!runner->IsBuilding()) session->Manager().AddNewItem();
+}
+
+void IdeWindow::OpenExample(const Example& example) {
+  const QString folder = QFileDialog::getExistingDirectory(
+      this, tr("Where to put a copy of %1").arg(ToQt(example.name)), QDir::homePath());
+  if (folder.isEmpty()) return;
+  const Result<std::string> copied = CopyExample(files, example, FromQt(folder));
+  if (copied) {
+    OpenProject(*copied);
+  } else {
+    QMessageBox::warning(this, tr("Tarn"),
+                         tr("%1 can't be copied: %2")
+                             .arg(ToQt(copied.GetError().place), ToQt(copied.GetError().text)));
+  }
+}
+
+WelcomePage* IdeWindow::MakeWelcomePage() {
+  const std::string shared = HostFolders::FromEnvironment(files).application;
+  auto* const page = new WelcomePage(FindExamples(files, shared + "examples"),
+                                     ToQt(shared) + "config/resources/", this);
+  page->onOpen = [this] { ChooseProject(); };
+  page->onNew = [this] { NewProject(); };
+  page->onExample = [this](const Example& example) { OpenExample(example); };
+  page->onRecent = [this](const QString& path) { OpenProject(FromQt(path)); };
+  return page;
+}
+
 void IdeWindow::AddFileMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&File"));
+  menu->addAction(tr("&New project..."), QKeySequence::New, this, [this] { NewProject(); });
   menu->addAction(tr("&Open project..."), QKeySequence::Open, this, [this] { ChooseProject(); });
+  menu->addMenu(MakeRecentMenu(*this, [this](const QString& path) { OpenProject(FromQt(path)); }));
   menu->addSeparator();
   menu->addAction(tr("&Save"), QKeySequence::Save, this, [this] { editors->SaveCurrent(); });
   menu->addAction(tr("Save &all"), QKeySequence(tr("Ctrl+Shift+S")), this,
@@ -197,7 +252,7 @@ void IdeWindow::AddFileMenu() {
 
 void IdeWindow::ChooseProject() {
   const QString chosen = QFileDialog::getOpenFileName(
-      this, tr("Open project"), QFileInfo(ToQt(session->GetProjectPath())).path(),
+      this, tr("Open project"), QFileInfo(ToQt(runner->GetProjectPath())).path(),
       tr("Projects (*.tprj)"));
   if (!chosen.isEmpty()) OpenProject(FromQt(chosen));
 }
@@ -236,6 +291,7 @@ void IdeWindow::closeEvent(QCloseEvent* event) {
   }
   if (!runner->IsBuilding()) {
     layout.Save();
+    KeepEditors();
     QMainWindow::closeEvent(event);
     return;
   }
@@ -348,7 +404,7 @@ void IdeWindow::ShowLog() {
 }
 
 void IdeWindow::ShowTitle() {
-  const QString path = session->HasProject() ? ToQt(session->GetProjectPath()) : QString();
+  const QString path = ToQt(runner->GetProjectPath());
   setWindowTitle(path.isEmpty() ? tr("Tarn")
                                 : tr("%1 - Tarn").arg(QFileInfo(path).completeBaseName()));
 }

@@ -25,6 +25,8 @@ namespace tarn::host {
 
 class OptionsWindow;
 class StatusProgress;
+class WelcomePage;
+struct Example;
 
 // The main window: a server with its windows in docks around the editors, its commands in menus and
 // a tool bar, and the state of a build below.
@@ -68,6 +70,12 @@ class IdeWindow : public QMainWindow {
   void OnBuildStarted();
   void OnBuildEnded(BuildEnd end);
   void ShowLog();
+  void OnProjectChanged();
+  void OpenExample(const Example& example);
+  void NewProject();
+  WelcomePage* MakeWelcomePage();
+  // What is open of the project is kept for the next time.
+  void KeepEditors();
   void ShowTitle();
 
   MainFrame frame;
@@ -87,6 +95,7 @@ class IdeWindow : public QMainWindow {
   WindowHandle logWindow = 0;
   QDockWidget* logDock = nullptr;
   StatusProgress* progress = nullptr;
+  std::string editorsProject;  // whose files the editors show; empty for none
   QTimer refreshTimer;
   bool isClosing = false;  // as soon as the build has ended
 };

@@ -15,6 +15,9 @@
 #include <string>
 
 #include "desktop/IdeFixture.h"
+#include "hosts/desktop/CodeEditor.h"
+#include "hosts/desktop/RecentProjects.h"
+#include "platform/qt/QtText.h"
 #include "support/qt/WindowLoop.h"
 
 namespace tarn::host {
@@ -148,6 +151,30 @@ TEST_F(IdeWindowTest, TheLayoutIsKeptUnlessItsFileIsDamagedAndCanBeResetTo) {
   folder.Write("settings/user/desktop.ini", "[window\nstate=@ByteArray(\\xff\\x0 damaged\n\0=");
   reopen();
   EXPECT_FALSE(dock()->isHidden());
+}
+
+TEST_F(IdeWindowTest, AProjectComesBackWithItsEditorsAndOneThatIsGoneLeavesTheList) {
+  const std::string first = folder / "blinky/blinky-avr.tprj";
+  const std::string second = folder / "second/blinky-avr.tprj";
+  std::filesystem::copy(folder / "blinky", folder / "second",
+                        std::filesystem::copy_options::recursive);
+  ASSERT_TRUE(window->Editors().OpenFile(folder / "blinky/src/main.c", 7));
+  ASSERT_TRUE(window->Editors().OpenFile(folder / "blinky/src/board.h", 0));
+  window->Editors().setCurrentIndex(0);
+  window->OpenProject(second);
+  EXPECT_EQ(window->Editors().count(), 0);
+  EXPECT_TRUE(window->findChild<QWidget*>("welcomePage")->isVisible());
+  EXPECT_EQ(RecentProjects::List(), QStringList({ToQt(second), ToQt(first)}));
+  window->OpenProject(first);
+  ASSERT_EQ(window->Editors().count(), 2);
+  int line = 0;
+  int column = 0;
+  window->Editors().Current()->getCursorPosition(&line, &column);
+  EXPECT_EQ(line, 6);
+  std::filesystem::remove_all(folder / "second");
+  testing::PressInNextBox(QMessageBox::Ok);
+  window->OpenProject(second);
+  EXPECT_EQ(RecentProjects::List(), QStringList(ToQt(first)));
 }
 
 TEST_F(IdeWindowTest, TheServersButtonsStandInTheToolBar) {

@@ -1,7 +1,12 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QMessageBox>
 #include <QTimer>
 #include <functional>
 
@@ -19,6 +24,15 @@ inline bool RunUntil(const std::function<bool()>& done, int limitMs = 60000) {
   poll.start(1);
   loop.exec();
   return done();
+}
+
+// Presses a button of the box that is about to come; the calling test fails when none does.
+inline void PressInNextBox(QMessageBox::StandardButton button) {
+  QTimer::singleShot(0, [button] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    box->button(button)->click();
+  });
 }
 
 }  // namespace tarn::testing

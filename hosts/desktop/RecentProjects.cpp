@@ -1,0 +1,66 @@
+#include "hosts/desktop/RecentProjects.h"
+
+#include <QCryptographicHash>
+
+#include "hosts/desktop/DesktopSettings.h"
+#include "platform/qt/QtText.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr qsizetype kMost = 10;
+constexpr const char* kListKey = "recent/projects";
+
+// A path may hold what keys of settings can't.
+QString EditorsKey(const QString& path) {
+  const QByteArray hash = QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha1);
+  return "editors/" + QString::fromLatin1(hash.toHex());
+}
+
+void Store(DesktopSettings& settings, const QStringList& list) {
+  if (list.isEmpty()) {
+    settings.remove(kListKey);
+  } else {
+    settings.setValue(kListKey, list);
+  }
+}
+
+}  // namespace
+
+QStringList RecentProjects::List() {
+  return DesktopSettings().value(kListKey).toStringList().mid(0, kMost);
+}
+
+void RecentProjects::Note(const std::string& path) {
+  DesktopSettings settings;
+  QStringList list = settings.value(kListKey).toStringList();
+  list.removeAll(ToQt(path));
+  list.prepend(ToQt(path));
+  while (list.size() > kMost) settings.remove(EditorsKey(list.takeLast()));
+  Store(settings, list);
+}
+
+void RecentProjects::Remove(const QString& path) {
+  DesktopSettings settings;
+  QStringList list = settings.value(kListKey).toStringList();
+  list.removeAll(path);
+  settings.remove(EditorsKey(path));
+  Store(settings, list);
+}
+
+void RecentProjects::Clear() {
+  DesktopSettings settings;
+  settings.remove(kListKey);
+  settings.remove("editors");
+}
+
+QStringList RecentProjects::EditorsOf(const std::string& path) {
+  return DesktopSettings().value(EditorsKey(ToQt(path))).toStringList();
+}
+
+void RecentProjects::KeepEditors(const std::string& path, const QStringList& editors) {
+  DesktopSettings().setValue(EditorsKey(ToQt(path)), editors);
+}
+
+}  // namespace tarn::host

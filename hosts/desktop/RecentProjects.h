@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QStringList>
+#include <string>
+
+namespace tarn::host {
+
+// The projects that were open last, and what was open of each, in the desktop's settings. Nothing
+// is kept here, so that two windows know of each other's.
+class RecentProjects {
+ public:
+  // The last one first, ten at most.
+  static QStringList List();
+  static void Note(const std::string& path);
+  // Forgets a project, or all, with what was open of it.
+  static void Remove(const QString& path);
+  static void Clear();
+
+  // What stood in the editors when the project was closed, in the form of EditorTabs::Describe.
+  static QStringList EditorsOf(const std::string& path);
+  static void KeepEditors(const std::string& path, const QStringList& editors);
+};
+
+}  // namespace tarn::host
