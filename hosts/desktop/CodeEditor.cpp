@@ -6,6 +6,7 @@
 #include <QMimeData>
 #include <QStringConverter>
 #include <algorithm>
+#include <vector>
 
 #include "platform/paths/Paths.h"
 #include "platform/qt/QtFont.h"
@@ -19,6 +20,9 @@ namespace {
 constexpr int kNumberMargin = 0;
 constexpr int kFoldMargin = 2;
 constexpr int kTabWidth = 4;
+constexpr int kHitIndicator = 8;
+constexpr Color kHitColor = MakeColor(230, 140, 0);
+constexpr int kHitAlpha = 70;
 
 QFont EditorFont() {
   QFont font("DejaVu Sans Mono");
@@ -57,6 +61,8 @@ CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
   connect(this, &QsciScintilla::linesChanged, this, [this] {
     setMarginWidth(kNumberMargin, QString(QString::number(lines()).size() + 1, '9'));
   });
+  indicatorDefine(StraightBoxIndicator, kHitIndicator);
+  setIndicatorDrawUnder(true, kHitIndicator);
   ChooseLexer();
   Colour();
 }
@@ -104,6 +110,75 @@ void CodeEditor::GoToLine(int line) {
   setFocus();
 }
 
+// The component's own positions count bytes of UTF-8.
+SearchHit CodeEditor::Selection() const {
+  const auto start = SendScintilla(SCI_GETSELECTIONSTART);
+  const auto end = SendScintilla(SCI_GETSELECTIONEND);
+  const auto count = [this](long from, long to) {
+    return static_cast<qsizetype>(
+        SendScintilla(SCI_COUNTCODEUNITS, static_cast<unsigned long>(from), to));
+  };
+  return {count(0, start), count(start, end), {}};
+}
+
+void CodeEditor::Select(const SearchHit& place) {
+  const long start = SendScintilla(SCI_POSITIONRELATIVECODEUNITS, 0UL, long{place.start});
+  const long end = SendScintilla(SCI_POSITIONRELATIVECODEUNITS, static_cast<unsigned long>(start),
+                                 long{place.length});
+  ensureLineVisible(
+      static_cast<int>(SendScintilla(SCI_LINEFROMPOSITION, static_cast<unsigned long>(start))));
+  SendScintilla(SCI_SETSEL, static_cast<unsigned long>(start), end);
+}
+
+void CodeEditor::MarkHits(const QList<SearchHit>& hits) {
+  SendScintilla(SCI_SETINDICATORCURRENT, kHitIndicator);
+  SendScintilla(SCI_INDICATORCLEARRANGE, 0UL, SendScintilla(SCI_GETLENGTH));
+  ForEachHit(hits, [this](const SearchHit&, long start, long end) {
+    SendScintilla(SCI_INDICATORFILLRANGE, static_cast<unsigned long>(start), end - start);
+  });
+}
+
+void CodeEditor::ReplaceHits(const QList<SearchHit>& hits) {
+  beginUndoAction();
+  long moved = 0;
+  ForEachHit(hits, [&](const SearchHit& hit, long start, long end) {
+    QString put = hit.replacement;
+    if (eolMode() == EolWindows) put.replace("\n", "\r\n");
+    const QByteArray bytes = put.toUtf8();
+    SendScintilla(SCI_SETTARGETSTART, static_cast<unsigned long>(start + moved));
+    SendScintilla(SCI_SETTARGETEND, static_cast<unsigned long>(end + moved));
+    SendScintilla(SCI_REPLACETARGET, static_cast<unsigned long>(bytes.size()), bytes.constData());
+    moved += static_cast<long>(bytes.size()) - (end - start);
+  });
+  endUndoAction();
+}
+
+// Gives each place in bytes, as they are before anything is changed.
+void CodeEditor::ForEachHit(
+    const QList<SearchHit>& hits,
+    const std::function<void(const SearchHit& hit, long start, long end)>& onHit) {
+  struct Range {
+    long start;
+    long end;
+  };
+  std::vector<Range> ranges;
+  const QString all = hits.isEmpty() ? QString() : text();
+  qsizetype units = 0;
+  long bytes = 0;
+  const auto bytesUpTo = [&](qsizetype place) {
+    bytes += static_cast<long>(QStringView(all).mid(units, place - units).toUtf8().size());
+    units = place;
+    return bytes;
+  };
+  for (const SearchHit& hit : hits) {
+    const long start = bytesUpTo(hit.start);
+    ranges.push_back({start, bytesUpTo(hit.start + hit.length)});
+  }
+  for (std::size_t i = 0; i < ranges.size(); ++i) {
+    onHit(hits[static_cast<qsizetype>(i)], ranges[i].start, ranges[i].end);
+  }
+}
+
 void CodeEditor::changeEvent(QEvent* event) {
   QsciScintilla::changeEvent(event);
   if (event->type() == QEvent::PaletteChange) Colour();
@@ -147,9 +222,12 @@ void CodeEditor::Colour() {
   if (QsciLexer* const used = lexer()) {
     used->setDefaultPaper(paper);
     used->setPaper(paper);
+    const QColor plain = colours.color(QPalette::Text);
+    used->setDefaultColor(plain);
     for (int style = 0; style < 128; ++style) {
       if (used->description(style).isEmpty()) continue;
-      used->setColor(ToTextColor(FromQtColor(used->defaultColor(style))), style);
+      const QColor own = used->defaultColor(style);
+      used->setColor(own == plain ? plain : ToTextColor(FromQtColor(own)), style);
     }
   } else {
     setPaper(paper);
@@ -161,6 +239,9 @@ void CodeEditor::Colour() {
   setMarginsForegroundColor(colours.color(QPalette::Disabled, QPalette::WindowText));
   setFoldMarginColors(colours.color(QPalette::Window), colours.color(QPalette::Window));
   setSelectionBackgroundColor(colours.color(QPalette::Highlight));
+  QColor hit = ToTextColor(kHitColor);
+  hit.setAlpha(kHitAlpha);
+  setIndicatorForegroundColor(hit, kHitIndicator);
   setSelectionForegroundColor(colours.color(QPalette::HighlightedText));
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <optional>
 #include <string>
 
 #include "hosts/desktop/Scintilla.h"
+#include "hosts/desktop/TextSearch.h"
 #include "platform/Result.h"
 #include "platform/files/FileSystem.h"
 
@@ -17,6 +19,7 @@ class CodeEditor : public QsciScintilla {
   CodeEditor(FileSystem& fileSystem, std::string filePath);
 
   const std::string& GetPath() const { return path; }
+  bool IsUtf8() const { return isUtf8; }
   // Takes the text from the disk; what stood here is gone, the place in it stays.
   Status Load();
   Status Save();
@@ -24,6 +27,14 @@ class CodeEditor : public QsciScintilla {
   bool IsChangedOutside();
   // Lines count from 1; one beyond the end goes to the last.
   void GoToLine(int line);
+
+  // Places count the characters of text().
+  SearchHit Selection() const;
+  void Select(const SearchHit& place);
+  // Shows these places, and no others that were shown before.
+  void MarkHits(const QList<SearchHit>& hits);
+  // Puts the replacements in, as one step to be undone. The places are in order.
+  void ReplaceHits(const QList<SearchHit>& hits);
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -35,6 +46,8 @@ class CodeEditor : public QsciScintilla {
  private:
   void ChooseLexer();
   void Colour();
+  void ForEachHit(const QList<SearchHit>& hits,
+                  const std::function<void(const SearchHit& hit, long start, long end)>& onHit);
 
   FileSystem& files;
   std::string path;

@@ -2,6 +2,8 @@
 
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QMouseEvent>
+#include <QTabBar>
 
 #include "hosts/desktop/CodeEditor.h"
 #include "platform/paths/Paths.h"
@@ -14,7 +16,20 @@ EditorTabs::EditorTabs(FileSystem& fileSystem, QWidget* parent)
   setDocumentMode(true);
   setTabsClosable(true);
   setMovable(true);
+  setUsesScrollButtons(true);
+  tabBar()->installEventFilter(this);
   connect(this, &QTabWidget::tabCloseRequested, this, [this](int index) { CloseTab(index); });
+}
+
+bool EditorTabs::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != tabBar() || event->type() != QEvent::MouseButtonRelease) {
+    return QTabWidget::eventFilter(watched, event);
+  }
+  const auto* const click = static_cast<QMouseEvent*>(event);
+  const int index = tabBar()->tabAt(click->position().toPoint());
+  if (click->button() != Qt::MiddleButton || index < 0) return false;
+  CloseTab(index);
+  return true;
 }
 
 bool EditorTabs::OpenFile(const std::string& path, int line) {

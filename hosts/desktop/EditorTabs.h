@@ -34,6 +34,10 @@ class EditorTabs : public QTabWidget {
   void FollowDisk();
   CodeEditor* Current() const;
 
+ protected:
+  // The middle button closes a tab.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   CodeEditor* At(int index) const;
   bool Save(CodeEditor& editor);

@@ -15,7 +15,9 @@
 #include <QUrl>
 #include <cstdlib>
 
+#include "hosts/desktop/EditMenu.h"
 #include "hosts/desktop/EditorArea.h"
+#include "hosts/desktop/EditorStatus.h"
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/OptionsWindow.h"
 #include "hosts/desktop/RecentMenu.h"
@@ -86,9 +88,12 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
   setAcceptDrops(true);
-  setCentralWidget(new EditorArea(*editors, *MakeWelcomePage(), this));
+  auto* const area = new EditorArea(*editors, *MakeWelcomePage(), this);
+  setCentralWidget(area);
+  statusBar()->addPermanentWidget(new EditorStatus(*editors, this));
   resize(kFirstSize);
   AddFileMenu();
+  menuBar()->addMenu(MakeEditMenu(*this, *editors, area->Finder()));
   AddOptionsDock();
   menuBar()->addMenu(layout.MakeMenu());
   AnswerMessages();

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+
+namespace tarn::host {
+
+class EditorTabs;
+
+// The status bar's part about the editor in view: place, line ends, encoding. Borrows the tabs.
+class EditorStatus : public QWidget {
+ public:
+  EditorStatus(EditorTabs& editorTabs, QWidget* parent);
+
+ private:
+  void Follow();
+  void Show();
+
+  EditorTabs& editors;
+  QLabel* place = nullptr;
+  QLabel* lineEnds = nullptr;
+  QLabel* encoding = nullptr;
+  QMetaObject::Connection followed;
+};
+
+}  // namespace tarn::host
