@@ -78,6 +78,7 @@ Status CodeEditor::Load() {
   setEolMode(text.contains("\r\n") ? EolWindows : EolUnix);
   setText(text);
   setModified(false);
+  isInConflict = false;
   setCursorPosition(std::min(line, lines() - 1), column);
   return {};
 }
@@ -101,6 +102,21 @@ bool CodeEditor::IsChangedOutside() {
   const auto now = files.Examine(path);
   if (!now || !known) return now.has_value() != known.has_value();
   return now->modifiedSeconds != known->modifiedSeconds || now->size != known->size;
+}
+
+void CodeEditor::FollowDisk() {
+  // One that is gone is in nobody's way.
+  if (!IsChangedOutside() || !files.Exists(path)) return;
+  if (isModified()) {
+    isInConflict = true;
+  } else {
+    static_cast<void>(Load());
+  }
+}
+
+void CodeEditor::KeepMine() {
+  known = files.Examine(path);
+  isInConflict = false;
 }
 
 void CodeEditor::GoToLine(int line) {

@@ -23,8 +23,12 @@ class CodeEditor : public QsciScintilla {
   // Takes the text from the disk; what stood here is gone, the place in it stays.
   Status Load();
   Status Save();
-  // Whether the file on the disk is another than the one that was read or written last.
-  bool IsChangedOutside();
+  // Looks whether the file on the disk is another than the one that was read or written last. Then
+  // it is read again, unless that would lose changes: the two are in conflict.
+  void FollowDisk();
+  bool IsInConflict() const { return isInConflict; }
+  // Ends a conflict: what stands here counts, and the next save writes it.
+  void KeepMine();
   // Lines count from 1; one beyond the end goes to the last.
   void GoToLine(int line);
 
@@ -44,6 +48,7 @@ class CodeEditor : public QsciScintilla {
   void dropEvent(QDropEvent* event) override;
 
  private:
+  bool IsChangedOutside();
   void ChooseLexer();
   void Colour();
   void ForEachHit(const QList<SearchHit>& hits,
@@ -52,6 +57,7 @@ class CodeEditor : public QsciScintilla {
   FileSystem& files;
   std::string path;
   bool isUtf8 = true;
+  bool isInConflict = false;
   std::optional<FileStatus> known;  // of the file as it was read or written last
 };
 

@@ -33,8 +33,9 @@ std::function<int()> CounterFor(std::uint32_t command, BuildSession& session) {
 
 }  // namespace
 
-CommandRunner::CommandRunner(MainFrame& mainFrame, BuildSession& buildSession)
-    : frame(mainFrame), session(buildSession) {
+CommandRunner::CommandRunner(MainFrame& mainFrame, BuildSession& buildSession,
+                             FileSystem& fileSystem)
+    : frame(mainFrame), session(buildSession), files(fileSystem) {
   frame.Watch([this](const HostEvent& event) { OnMessage(event); });
 }
 
@@ -48,6 +49,27 @@ Status CommandRunner::Open(const std::string& path) {
   isOpening = false;
   if (onProjectChanged) onProjectChanged();
   return opened;
+}
+
+Status CommandRunner::ReopenWith(const std::vector<FileText>& texts) {
+  const std::string path = GetProjectPath();
+  isOpening = true;
+  const bool isClosed = session.Manager().ProjectClose() != 0;
+  isOpening = false;
+  if (!isClosed) return Error{ErrorCode::Io, "the project can't be closed now", path};
+  for (const FileText& each : texts) {
+    const auto present = files.ReadWholeFile(each.path);
+    if (present && *present == each.text) continue;
+    if (const Status written = files.WriteWholeFile(each.path, each.text); !written) {
+      static_cast<void>(Open(path));
+      return written;
+    }
+    // The server puts aside what others have written, which is the file itself now.
+    const std::string aside = each.path + ".orig";
+    const auto kept = files.ReadWholeFile(aside);
+    if (kept && *kept == each.text) static_cast<void>(files.RemoveFile(aside));
+  }
+  return Open(path);
 }
 
 bool CommandRunner::Builds(std::uint32_t command) {

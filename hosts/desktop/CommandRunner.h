@@ -5,7 +5,9 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "hosts/desktop/ProjectWatch.h"
 #include "hosts/frame/BuildProgress.h"
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/MainFrame.h"
@@ -19,11 +21,14 @@ namespace tarn::host {
 // Watches the frame while it lives; borrows both. On the frame's thread.
 class CommandRunner : public QObject {
  public:
-  CommandRunner(MainFrame& mainFrame, BuildSession& buildSession);
+  CommandRunner(MainFrame& mainFrame, BuildSession& buildSession, FileSystem& fileSystem);
   ~CommandRunner() override;
 
   // Opens a project and reads its state. On failure the text is what the server said.
   Status Open(const std::string& path);
+  // Closes the project, puts these texts into its files, and opens it again. What was not saved is
+  // gone, unless it stands in the texts. Not while a build runs.
+  Status ReopenWith(const std::vector<FileText>& texts);
   // Empty when none is open but the one that stands in for none.
   std::string GetProjectPath() const {
     return session.HasProject() ? session.GetProjectPath() : "";
@@ -61,6 +66,7 @@ class CommandRunner : public QObject {
 
   MainFrame& frame;
   BuildSession& session;
+  FileSystem& files;
   std::optional<BuildProgress> progress;
   std::uint32_t building = 0;  // the command; 0 for none
   bool isCleaning = false;

@@ -3,14 +3,23 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include "hosts/desktop/Banner.h"
+#include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/FindBar.h"
 #include "hosts/desktop/WelcomePage.h"
+#include "platform/paths/Paths.h"
+#include "platform/qt/QtText.h"
 
 namespace tarn::host {
 
 EditorArea::EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget* parent)
-    : QWidget(parent), pages(new QStackedWidget(this)), findBar(new FindBar(editorTabs, this)) {
+    : QWidget(parent),
+      editors(editorTabs),
+      projectBanner(new Banner(tr("Reload project"), tr("Ignore"), this)),
+      fileBanner(new Banner(tr("Reload"), tr("Keep mine"), this)),
+      pages(new QStackedWidget(this)),
+      findBar(new FindBar(editorTabs, this)) {
   pages->addWidget(&welcomePage);
   pages->addWidget(&editorTabs);
   connect(&editorTabs, &QTabWidget::currentChanged, pages,
@@ -18,8 +27,31 @@ EditorArea::EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
+  column->addWidget(projectBanner);
+  column->addWidget(fileBanner);
   column->addWidget(pages, 1);
   column->addWidget(findBar);
+
+  connect(&editorTabs, &QTabWidget::currentChanged, this, [this] { ShowConflict(); });
+  editorTabs.onConflict = [this] { ShowConflict(); };
+  fileBanner->onFirst = [this] {
+    if (CodeEditor* const editor = editors.Current()) static_cast<void>(editor->Load());
+    ShowConflict();
+  };
+  fileBanner->onSecond = [this] {
+    if (CodeEditor* const editor = editors.Current()) editor->KeepMine();
+    ShowConflict();
+  };
+}
+
+void EditorArea::ShowConflict() {
+  const CodeEditor* const editor = editors.Current();
+  if (editor == nullptr || !editor->IsInConflict()) {
+    fileBanner->hide();
+    return;
+  }
+  fileBanner->Tell(tr("%1 has been changed by another program, and here as well.")
+                       .arg(ToQt(FileNameOf(editor->GetPath()))));
 }
 
 }  // namespace tarn::host

@@ -6,6 +6,7 @@ class QStackedWidget;
 
 namespace tarn::host {
 
+class Banner;
 class EditorTabs;
 class FindBar;
 class WelcomePage;
@@ -19,7 +20,16 @@ class EditorArea : public QWidget {
 
   FindBar& Finder() { return *findBar; }
 
+  // Above everything else, for what concerns the whole project.
+  Banner& ProjectBanner() { return *projectBanner; }
+
  private:
+  // The banner over an editor that is in conflict with its file.
+  void ShowConflict();
+
+  EditorTabs& editors;
+  Banner* projectBanner = nullptr;
+  Banner* fileBanner = nullptr;
   QStackedWidget* pages = nullptr;
   FindBar* findBar = nullptr;
 };

@@ -12,7 +12,8 @@
 namespace tarn::host {
 
 EditorTabs::EditorTabs(FileSystem& fileSystem, QWidget* parent)
-    : QTabWidget(parent), files(fileSystem) {
+    : QTabWidget(parent), files(fileSystem), watch(this) {
+  watch.onChanged = [this] { FollowDisk(); };
   setDocumentMode(true);
   setTabsClosable(true);
   setMovable(true);
@@ -121,21 +122,24 @@ void EditorTabs::Restore(const QStringList& description) {
 }
 
 void EditorTabs::FollowDisk() {
-  // A question brings the window to the front once more when it is answered.
-  if (isAsking) return;
-  isAsking = true;
-  for (int index = 0; index < count(); ++index) {
-    CodeEditor& editor = *At(index);
-    if (!editor.IsChangedOutside() || !files.Exists(editor.GetPath())) continue;
-    const bool isWanted =
-        !editor.isModified() ||
-        QMessageBox::question(this, tr("Tarn"),
-                              tr("%1 has changed on the disk. Read it again, and lose the changes "
-                                 "that were made here?")
-                                  .arg(tabToolTip(index))) == QMessageBox::Yes;
-    if (isWanted) static_cast<void>(editor.Load());
-  }
-  isAsking = false;
+  for (int index = 0; index < count(); ++index) At(index)->FollowDisk();
+  if (onConflict) onConflict();
+}
+
+void EditorTabs::tabInserted(int index) {
+  QTabWidget::tabInserted(index);
+  WatchFiles();
+}
+
+void EditorTabs::tabRemoved(int index) {
+  QTabWidget::tabRemoved(index);
+  WatchFiles();
+}
+
+void EditorTabs::WatchFiles() {
+  QStringList paths;
+  for (int index = 0; index < count(); ++index) paths += ToQt(At(index)->GetPath());
+  watch.SetFiles(paths);
 }
 
 CodeEditor* EditorTabs::Current() const {
@@ -147,6 +151,12 @@ CodeEditor* EditorTabs::At(int index) const {
 }
 
 bool EditorTabs::Save(CodeEditor& editor) {
+  editor.FollowDisk();
+  if (editor.IsInConflict()) {
+    setCurrentWidget(&editor);
+    if (onConflict) onConflict();
+    return false;
+  }
   const Status saved = editor.Save();
   if (!saved) {
     QMessageBox::warning(

@@ -2,8 +2,10 @@
 
 #include <QStringList>
 #include <QTabWidget>
+#include <functional>
 #include <string>
 
+#include "hosts/desktop/FileWatch.h"
 #include "platform/files/FileSystem.h"
 
 namespace tarn::host {
@@ -11,7 +13,8 @@ namespace tarn::host {
 class CodeEditor;
 
 // The open files, one in each tab. A star marks what is not saved. A file that changes on the disk
-// is read again, unless the user has changed it as well; then he is asked.
+// is read again, unless the user has changed it as well: it is not saved then until he has decided
+// which of both he wants (see CodeEditor::IsInConflict).
 class EditorTabs : public QTabWidget {
  public:
   EditorTabs(FileSystem& fileSystem, QWidget* parent);
@@ -33,8 +36,12 @@ class EditorTabs : public QTabWidget {
   // Looks for files that changed on the disk; for the time when the window comes to the front.
   void FollowDisk();
   CodeEditor* Current() const;
+  // An editor may have come into conflict, or out of it.
+  std::function<void()> onConflict;
 
  protected:
+  void tabInserted(int index) override;
+  void tabRemoved(int index) override;
   // The middle button closes a tab.
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -44,9 +51,10 @@ class EditorTabs : public QTabWidget {
   bool MayClose(CodeEditor& editor);
   bool CloseTab(int index);
   void ShowName(CodeEditor& editor);
+  void WatchFiles();
 
   FileSystem& files;
-  bool isAsking = false;
+  FileWatch watch;
 };
 
 }  // namespace tarn::host

@@ -15,6 +15,8 @@
 #include <QUrl>
 #include <cstdlib>
 
+#include "hosts/desktop/Banner.h"
+#include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditMenu.h"
 #include "hosts/desktop/EditorArea.h"
 #include "hosts/desktop/EditorStatus.h"
@@ -60,9 +62,10 @@ std::vector<std::string> LocalFilesOf(const QMimeData& data) {
 IdeWindow::IdeWindow(FileSystem& fileSystem)
     : session(std::make_unique<BuildSession>(frame, fileSystem,
                                              HostFolders::FromEnvironment(fileSystem))),
-      runner(std::make_unique<CommandRunner>(frame, *session)),
+      runner(std::make_unique<CommandRunner>(frame, *session, fileSystem)),
       files(fileSystem),
       dialogs(frame.GetHandle(), this),
+      projectWatch(fileSystem, this),
       editors(new EditorTabs(fileSystem, this)) {
   menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
   menuCommands.run = [this](std::uint32_t command) { runner->Run(command); };
@@ -88,8 +91,17 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
   setAcceptDrops(true);
-  auto* const area = new EditorArea(*editors, *MakeWelcomePage(), this);
+  area = new EditorArea(*editors, *MakeWelcomePage(), this);
   setCentralWidget(area);
+  Banner& banner = area->ProjectBanner();
+  banner.onFirst = [this] { ReloadProject(); };
+  banner.onSecond = [this, &banner] {
+    projectWatch.Follow(editorsProject);
+    banner.hide();
+  };
+  projectWatch.onChanged = [&banner] {
+    banner.Tell(tr("The project's files have been changed by another program."));
+  };
   statusBar()->addPermanentWidget(new EditorStatus(*editors, this));
   resize(kFirstSize);
   AddFileMenu();
@@ -197,6 +209,8 @@ void IdeWindow::OnProjectChanged() {
   const std::string path = runner->GetProjectPath();
   problems->SetProject(path);
   ShowTitle();
+  area->ProjectBanner().hide();
+  projectWatch.Follow(path);
   if (path == editorsProject) return;
   KeepEditors();
   // What was not saved was asked for where the user opened the project; else it stays.
@@ -209,6 +223,13 @@ void IdeWindow::OnProjectChanged() {
 
 void IdeWindow::KeepEditors() {
   if (!editorsProject.empty()) RecentProjects::KeepEditors(editorsProject, editors->Describe());
+}
+
+void IdeWindow::ReloadProject() {
+  if (runner->IsBuilding()) return;
+  if (const Status opened = runner->ReopenWith(projectWatch.GetChanged()); !opened) {
+    QMessageBox::warning(this, tr("Tarn"), ToQt(opened.GetError().text));
+  }
 }
 
 void IdeWindow::NewProject() {
@@ -267,12 +288,15 @@ void IdeWindow::OpenFile(const std::string& path, int line) {
   if (path.empty()) return;
   const std::string place =
       IsRelativePath(path) ? JoinPath(FolderOf(session->GetProjectPath()), path) : path;
-  editors->OpenFile(place, line);
+  if (editors->OpenFile(place, line)) editors->Current()->setFocus();
 }
 
 void IdeWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::ActivationChange && isActiveWindow()) editors->FollowDisk();
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+    editors->FollowDisk();
+    projectWatch.Look();
+  }
 }
 
 void IdeWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -10,6 +10,7 @@
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/PopupMenus.h"
 #include "hosts/desktop/ProblemNavigator.h"
+#include "hosts/desktop/ProjectWatch.h"
 #include "hosts/desktop/ServerMenus.h"
 #include "hosts/desktop/ServerNotices.h"
 #include "hosts/desktop/WindowLayout.h"
@@ -24,6 +25,7 @@ class QToolBar;
 namespace tarn::host {
 
 class OptionsWindow;
+class EditorArea;
 class StatusProgress;
 class WelcomePage;
 struct Example;
@@ -76,6 +78,7 @@ class IdeWindow : public QMainWindow {
   WelcomePage* MakeWelcomePage();
   // What is open of the project is kept for the next time.
   void KeepEditors();
+  void ReloadProject();
   void ShowTitle();
 
   MainFrame frame;
@@ -88,6 +91,8 @@ class IdeWindow : public QMainWindow {
   FileSystem& files;
   QtDialogs dialogs;  // what the server asks its user
   WindowLayout layout{*this};
+  EditorArea* area = nullptr;
+  ProjectWatch projectWatch;
   EditorTabs* editors = nullptr;
   OptionsWindow* options = nullptr;
   QDockWidget* lastBottomDock = nullptr;

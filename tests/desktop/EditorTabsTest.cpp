@@ -10,6 +10,7 @@
 
 #include "hosts/desktop/CodeEditor.h"
 #include "support/Surroundings.h"
+#include "support/qt/WindowLoop.h"
 
 namespace tarn::host {
 namespace {
@@ -83,15 +84,19 @@ TEST_F(EditorTabsTest, UnsavedTextIsAskedForBeforeItGoes) {
 TEST_F(EditorTabsTest, AFileThatChangedOutsideIsReadAgainUnlessThatWouldLoseSomething) {
   folder.Write("a.c", "old");
   ASSERT_TRUE(tabs.OpenFile(folder / "a.c", 0));
+  CodeEditor& editor = *tabs.Current();
   folder.Write("a.c", "changed");
-  tabs.FollowDisk();
-  EXPECT_EQ(tabs.Current()->text().toStdString(), "changed");
-  tabs.Current()->insertAt("mine ", 0, 0);
+  EXPECT_TRUE(testing::RunUntil([&] { return editor.text() == "changed"; }, 5000));
+  editor.insertAt("mine ", 0, 0);
   folder.Write("a.c", "changed again");
-  Answer(QMessageBox::No);
+  EXPECT_TRUE(testing::RunUntil([&] { return editor.IsInConflict(); }, 5000));
+  EXPECT_FALSE(tabs.SaveAll());
+  EXPECT_EQ(ReadBytes(folder / "a.c"), "changed again");
+  editor.KeepMine();
   tabs.FollowDisk();
-  EXPECT_EQ(tabs.Current()->text().toStdString(), "mine changed");
-  EXPECT_EQ(boxes, 1);
+  EXPECT_FALSE(editor.IsInConflict());
+  EXPECT_TRUE(tabs.SaveAll());
+  EXPECT_EQ(ReadBytes(folder / "a.c"), "mine changed");
 }
 
 TEST_F(EditorTabsTest, AFileThatIsNotThereIsToldAndOpensNothing) {

@@ -15,7 +15,9 @@
 #include <string>
 
 #include "desktop/IdeFixture.h"
+#include "hosts/desktop/Banner.h"
 #include "hosts/desktop/CodeEditor.h"
+#include "hosts/desktop/EditorArea.h"
 #include "hosts/desktop/RecentProjects.h"
 #include "platform/qt/QtText.h"
 #include "support/qt/WindowLoop.h"
@@ -175,6 +177,26 @@ TEST_F(IdeWindowTest, AProjectComesBackWithItsEditorsAndOneThatIsGoneLeavesTheLi
   testing::PressInNextBox(QMessageBox::Ok);
   window->OpenProject(second);
   EXPECT_EQ(RecentProjects::List(), QStringList(ToQt(first)));
+}
+
+TEST_F(IdeWindowTest, AProjectThatChangedOutsideIsTakenFromTheDiskWhenTheUserWantsIt) {
+  const std::string path = folder / "blinky/blinky-avr.tapp";
+  auto* const area = static_cast<EditorArea*>(window->centralWidget());
+  std::string text = testing::ReadBytes(path);
+  // Something that isn't saved is in the way.
+  window->Session().Inspector().SelectNodeByKey("led.c");
+  ASSERT_TRUE(Choose("Remove"));
+  const auto at = text.find("led.h");
+  ASSERT_NE(at, std::string::npos);
+  folder.Write("blinky/blinky-avr.tapp", text.insert(at, "renamed-"));
+  ASSERT_TRUE(RunUntil([&] { return area->ProjectBanner().isVisible(); }, 5000));
+  area->ProjectBanner().onFirst();
+  EXPECT_FALSE(area->ProjectBanner().isVisible());
+  EXPECT_EQ(testing::ReadBytes(path), text);
+  EXPECT_FALSE(std::filesystem::exists(path + ".orig"));
+  const std::string tree = window->Session().Inspector().GetTree();
+  EXPECT_NE(tree.find("renamed-led.h"), std::string::npos);
+  EXPECT_NE(tree.find("led.c"), std::string::npos);
 }
 
 TEST_F(IdeWindowTest, TheServersButtonsStandInTheToolBar) {

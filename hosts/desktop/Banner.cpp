@@ -1,0 +1,60 @@
+#include "hosts/desktop/Banner.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QStyle>
+
+#include "platform/qt/QtFont.h"
+
+namespace tarn::host {
+
+namespace {
+
+// Amber, faint enough for both kinds of palette.
+constexpr Color kColor = MakeColor(240, 170, 0);
+constexpr float kFaint = 0.22F;
+
+}  // namespace
+
+Banner::Banner(const QString& first, const QString& second, QWidget* parent)
+    : QFrame(parent), label(new QLabel(this)) {
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  auto* const picture = new QLabel(this);
+  const int size = style()->pixelMetric(QStyle::PM_SmallIconSize);
+  picture->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size, size));
+  auto* const row = new QHBoxLayout(this);
+  row->setContentsMargins(10, 5, 8, 5);
+  row->setSpacing(8);
+  row->addWidget(picture);
+  row->addWidget(label, 1);
+  auto* const accept = new QPushButton(first, this);
+  auto* const refuse = new QPushButton(second, this);
+  for (QPushButton* const each : {accept, refuse}) {
+    each->setAutoDefault(false);
+    row->addWidget(each);
+  }
+  connect(accept, &QPushButton::clicked, this, [this] {
+    if (onFirst) onFirst();
+  });
+  connect(refuse, &QPushButton::clicked, this, [this] {
+    if (onSecond) onSecond();
+  });
+  hide();
+}
+
+void Banner::Tell(const QString& text) {
+  label->setText(text);
+  setAccessibleName(text);
+  show();
+}
+
+void Banner::paintEvent(QPaintEvent*) {
+  QColor colour = ToQtColor(kColor);
+  colour.setAlphaF(kFaint);
+  QPainter(this).fillRect(rect(), colour);
+}
+
+}  // namespace tarn::host

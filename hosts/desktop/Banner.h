@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QFrame>
+#include <functional>
+
+class QLabel;
+class QPushButton;
+
+namespace tarn::host {
+
+// A line above what it is about, with two ways to go on. It takes no focus and waits for nobody.
+class Banner : public QFrame {
+ public:
+  // The first button does what changes something, the second leaves all as it is.
+  Banner(const QString& first, const QString& second, QWidget* parent);
+
+  void Tell(const QString& text);
+
+  std::function<void()> onFirst;
+  std::function<void()> onSecond;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QLabel* label = nullptr;
+};
+
+}  // namespace tarn::host

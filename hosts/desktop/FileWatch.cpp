@@ -1,0 +1,40 @@
+#include "hosts/desktop/FileWatch.h"
+
+#include <QFileInfo>
+
+namespace tarn::host {
+
+namespace {
+
+constexpr int kPauseMs = 150;
+
+}  // namespace
+
+FileWatch::FileWatch(QObject* parent) : QObject(parent) {
+  pause.setSingleShot(true);
+  connect(&watcher, &QFileSystemWatcher::fileChanged, this, [this] { pause.start(kPauseMs); });
+  connect(&pause, &QTimer::timeout, this, [this] {
+    Renew();
+    if (onChanged) onChanged();
+  });
+}
+
+void FileWatch::SetFiles(const QStringList& paths) {
+  wanted = paths;
+  QStringList gone;
+  for (const QString& path : watcher.files()) {
+    if (!wanted.contains(path)) gone += path;
+  }
+  if (!gone.isEmpty()) watcher.removePaths(gone);
+  Renew();
+}
+
+// A file that another was put in place of is not watched any more.
+void FileWatch::Renew() {
+  const QStringList watched = watcher.files();
+  for (const QString& path : wanted) {
+    if (!watched.contains(path) && QFileInfo::exists(path)) watcher.addPath(path);
+  }
+}
+
+}  // namespace tarn::host

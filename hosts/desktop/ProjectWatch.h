@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "hosts/desktop/FileWatch.h"
+#include "platform/files/FileSystem.h"
+
+namespace tarn::host {
+
+// A file as a whole.
+struct FileText {
+  std::string path;
+  std::string text;
+};
+
+// Notices when somebody else writes the files of the open project, which the server itself does
+// only while it closes one.
+class ProjectWatch : public QObject {
+ public:
+  ProjectWatch(FileSystem& fileSystem, QObject* parent);
+
+  // The project has just been opened; an empty path for none. Also to take what is on the disk for
+  // known.
+  void Follow(const std::string& projectPath);
+  // Looks now; for the time when the window comes to the front.
+  void Look();
+  // The files that are others than those that were opened, as they are now; without those that
+  // are gone.
+  std::vector<FileText> GetChanged() const;
+
+  std::function<void()> onChanged;
+
+ private:
+  FileSystem& files;
+  FileWatch watch;
+  std::map<std::string, std::uint64_t> known;  // path -> hash of the bytes
+};
+
+}  // namespace tarn::host
