@@ -25,6 +25,7 @@
 #include "hosts/desktop/RecentMenu.h"
 #include "hosts/desktop/RecentProjects.h"
 #include "hosts/desktop/StatusProgress.h"
+#include "hosts/desktop/TreeFilter.h"
 #include "hosts/desktop/WelcomePage.h"
 #include "hosts/frame/LogEntry.h"
 #include "platform/paths/Paths.h"
@@ -105,7 +106,8 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   statusBar()->addPermanentWidget(new EditorStatus(*editors, this));
   resize(kFirstSize);
   AddFileMenu();
-  menuBar()->addMenu(MakeEditMenu(*this, *editors, area->Finder()));
+  editMenu = MakeEditMenu(*this, *editors, area->Finder());
+  menuBar()->addMenu(editMenu);
   AddOptionsDock();
   menuBar()->addMenu(layout.MakeMenu());
   AnswerMessages();
@@ -345,6 +347,7 @@ void IdeWindow::AddDock(const HostEvent& announcement) {
   }
   if (id.toInt() == kProjectWindow) {
     AddTreeShortcuts(*widget, menuCommands);
+    dock->setWidget(MakeTreeFilter(*widget));
     addDockWidget(Qt::LeftDockWidgetArea, dock);
     resizeDocks({dock}, {kFirstTreeWidth}, Qt::Horizontal);
     return;
@@ -400,6 +403,22 @@ void IdeWindow::ShowPopup(const std::string& name, QPoint screen) {
     };
   }
   popups.Show(name, screen, commands, *this);
+}
+
+QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
+  const std::string shared = HostFolders::FromEnvironment(files).application;
+  auto* const filter = new TreeFilter(tree, ToQt(shared) + "config/resources/", this);
+  filter->askNodes = [this] {
+    return IndexTree(session->Inspector().GetTree(),
+                     ToQt(AddSeparator(FolderOf(runner->GetProjectPath()))));
+  };
+  filter->onChosen = [this](const IndexedNode& node) {
+    session->Inspector().SelectNodeByPlace(node.place);
+  };
+  QAction* const action =
+      editMenu->addAction(tr("Find in the &project..."), filter, [filter] { filter->Begin(); });
+  action->setShortcuts({QKeySequence(tr("Ctrl+P")), QKeySequence(tr("Ctrl+Shift+F"))});
+  return filter;
 }
 
 void IdeWindow::AddMenu(const std::string& xml) {

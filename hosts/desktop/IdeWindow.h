@@ -20,6 +20,7 @@
 #include "platform/qt/QtDialogs.h"
 
 class QDockWidget;
+class QMenu;
 class QToolBar;
 
 namespace tarn::host {
@@ -78,6 +79,7 @@ class IdeWindow : public QMainWindow {
   WelcomePage* MakeWelcomePage();
   // What is open of the project is kept for the next time.
   void KeepEditors();
+  QWidget* MakeTreeFilter(QWidget& tree);
   void ReloadProject();
   void ShowTitle();
 
@@ -92,6 +94,7 @@ class IdeWindow : public QMainWindow {
   QtDialogs dialogs;  // what the server asks its user
   WindowLayout layout{*this};
   EditorArea* area = nullptr;
+  QMenu* editMenu = nullptr;
   ProjectWatch projectWatch;
   EditorTabs* editors = nullptr;
   OptionsWindow* options = nullptr;

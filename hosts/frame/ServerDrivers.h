@@ -107,6 +107,8 @@ class InspectorDriver : public COleDispatchDriver {
   std::int32_t SelectNodeByKey(const std::string& key, const std::string& application = {}) {
     return InvokeLong(8, {key, application});
   }
+  // The numbers of the children on the way from the project, in GetTree; 0 when there is none.
+  std::int32_t SelectNodeByPlace(const std::string& place) { return InvokeLong(15, {place}); }
   std::string ExplainOption(const std::string& set, const std::string& section,
                             const std::string& property) {
     return InvokeText(9, {set, section, property});

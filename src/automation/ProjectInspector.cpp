@@ -1,5 +1,6 @@
 #include "automation/ProjectInspector.h"
 
+#include <charconv>
 #include <cstdio>
 #include <string_view>
 #include <vector>
@@ -119,6 +120,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetLogFile>("GetLogFile", 12, {}),
       Method<&I::GetGlobals>("GetGlobals", 13, {"application", "column"}),
       Method<&I::GetReport>("GetReport", 14, {"log"}),
+      Method<&I::SelectNodeByPlace>("SelectNodeByPlace", 15, {"place"}),
   });
   return table;
 }
@@ -274,6 +276,38 @@ std::int32_t CProjectInspector::SelectNodeByKey(const char* key, const char* app
   if (!scope.empty() && found.size() > 1 && found.front() == start) found.erase(found.begin());
   if (found.size() == 1) model->SetCurrentNode(found.front());
   return static_cast<std::int32_t>(found.size());
+}
+
+namespace {
+
+bool IsShown(const CXmlNode& node) {
+  return node.GetType() == XmlElement && IsContentNode(node);
+}
+
+CXmlNode* ShownChild(CXmlNode& node, int number) {
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode* const child = node.GetChild(i);
+    if (IsShown(*child) && number-- == 0) return child;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::int32_t CProjectInspector::SelectNodeByPlace(const char* place) {
+  CProjectModel* model = Model();
+  if (model == nullptr || !model->IsOpen() || place == nullptr) return 0;
+  CXmlNode* node = &model->GetProjectRoot();
+  for (const std::string_view number : Split(place, '/')) {
+    if (number.empty()) continue;
+    int value = 0;
+    const auto read = std::from_chars(number.data(), number.data() + number.size(), value);
+    const bool isNumber = read.ec == std::errc() && read.ptr == number.data() + number.size();
+    node = isNumber ? ShownChild(*node, value) : nullptr;
+    if (node == nullptr) return 0;
+  }
+  model->SetCurrentNode(node);
+  return model->GetCurrentNode() == node ? 1 : 0;
 }
 
 std::string CProjectInspector::ExplainOption(const char* set, const char* section,

@@ -37,6 +37,10 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // project's), else the one with this label: of the application with this label or path, of the
   // whole project for an empty one. Gives how many there are; of several none is made current.
   std::int32_t SelectNodeByKey(const char* key, const char* application);
+  // Makes the node at a place of GetTree current: the numbers of the children on the way from the
+  // project, from 0 on, with slashes between; empty for the project. 0 when there is none, or none
+  // was made current.
+  std::int32_t SelectNodeByPlace(const char* place);
   // The stored values of one option from the outermost level to the current node.
   std::string ExplainOption(const char* set, const char* section, const char* property);
   // The program that the import of older projects needs and this machine hasn't got, or empty.

@@ -61,6 +61,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"GetLogFile", 12, {}, "''", "'/tmp/$opj1.xml'"},
       {"GetGlobals", 13, {"", ""}, "''", "''"},
       {"GetReport", 14, {"<log/>"}, "''", "'\r\n<Report/>'"},
+      {"SelectNodeByPlace", 15, {"0/0"}, "0", "0"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
@@ -110,6 +111,21 @@ TEST_F(Inspector, LooksAtEverythingAndChangesNothing) {
   EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), application);
   EXPECT_EQ(world.disk.AllFiles(), files);
   EXPECT_EQ(world.Call("GetSelectedApplication"), current);
+}
+
+TEST_F(Inspector, SelectsTheNodeAtAPlaceOfTheTree) {
+  Open();
+  const auto selected = [&](const char* place) {
+    const std::string told = Ask(15, {place});
+    const CXmlNode* const node = world.Manager().GetModel()->GetCurrentNode();
+    return told + ' ' + (node == nullptr ? "" : node->GetName());
+  };
+  EXPECT_EQ(selected(""), "1 Project");
+  EXPECT_EQ(selected("0"), "1 Application");
+  EXPECT_EQ(selected("0/0/0"), "1 C");
+  for (const char* const none : {"7", "0/0/0/0", "-1", "0/x", "99999999999"}) {
+    EXPECT_EQ(selected(none), "0 C") << none;
+  }
 }
 
 TEST_F(Inspector, ListsTheTargetsOfTheRegistryOrOfTheInstallation) {

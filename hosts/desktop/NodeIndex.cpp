@@ -1,0 +1,65 @@
+#include "hosts/desktop/NodeIndex.h"
+
+#include <algorithm>
+
+#include "hosts/frame/LogEntry.h"
+#include "hosts/frame/ProjectTree.h"
+#include "platform/paths/Paths.h"
+#include "platform/qt/QtText.h"
+
+namespace tarn::host {
+
+namespace {
+
+void AddNode(std::vector<IndexedNode>& nodes, const CXmlNode& node, const std::string& place,
+             const QString& above, const QString& folder) {
+  IndexedNode own;
+  const std::string path = AttributeOf(&node, "Path");
+  own.type = ToQt(node.NameView());
+  own.label = ToQt(AttributeOf(&node, "Header"));
+  if (own.label.isEmpty()) own.label = ToQt(FileNameOf(path));
+  own.path = ToQt(path);
+  if (own.path.startsWith(folder)) own.path.remove(0, folder.size());
+  own.above = above;
+  own.place = place;
+  const QString below = place.empty()     ? QString()
+                        : above.isEmpty() ? own.label
+                                          : above + " / " + own.label;
+  nodes.push_back(std::move(own));
+  int number = 0;
+  for (const CXmlNode* const child : node.GetChildren()) {
+    if (!ProjectTree::IsShown(*child)) continue;
+    const std::string numberText = std::to_string(number++);
+    AddNode(nodes, *child, place.empty() ? numberText : place + '/' + numberText, below, folder);
+  }
+}
+
+}  // namespace
+
+std::vector<IndexedNode> IndexTree(const std::string& xml, const QString& folder) {
+  std::vector<IndexedNode> nodes;
+  const ProjectTree tree(xml);
+  if (tree.GetRoot() != nullptr) AddNode(nodes, *tree.GetRoot(), {}, {}, folder);
+  return nodes;
+}
+
+std::vector<int> FindNodes(const std::vector<IndexedNode>& nodes, const QString& text) {
+  const QStringList words = text.split(' ', Qt::SkipEmptyParts);
+  std::vector<int> first;
+  std::vector<int> others;
+  if (words.isEmpty()) return first;
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    const IndexedNode& node = nodes[i];
+    const bool isFound = std::all_of(words.begin(), words.end(), [&](const QString& word) {
+      return node.label.contains(word, Qt::CaseInsensitive) ||
+             node.path.contains(word, Qt::CaseInsensitive);
+    });
+    if (!isFound) continue;
+    const bool isBegin = node.label.startsWith(words.front(), Qt::CaseInsensitive);
+    (isBegin ? first : others).push_back(static_cast<int>(i));
+  }
+  first.insert(first.end(), others.begin(), others.end());
+  return first;
+}
+
+}  // namespace tarn::host

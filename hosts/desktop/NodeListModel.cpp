@@ -1,0 +1,81 @@
+#include "hosts/desktop/NodeListModel.h"
+
+namespace tarn::host {
+
+namespace {
+
+struct TypePicture {
+  const char* type;
+  const char* picture;
+};
+
+constexpr TypePicture kPictures[] = {
+    {"Project", "project"},
+    {"Application", "application"},
+    {"Group", "group"},
+    {"C", "c"},
+    {"Cpp", "cpp"},
+    {"Assembler", "asm"},
+    {"Header", "header"},
+    {"Library", "library"},
+    {"LinkerScript", "linker"},
+    {"DebugApplication", "debug"},
+    {"AutoDebugApplication", "debug-live"},
+};
+
+}  // namespace
+
+NodeListModel::NodeListModel(QString pictureFolder, QObject* parent)
+    : QAbstractListModel(parent), pictures(std::move(pictureFolder)) {}
+
+void NodeListModel::SetNodes(std::vector<IndexedNode> allNodes) {
+  beginResetModel();
+  nodes = std::move(allNodes);
+  rows.clear();
+  endResetModel();
+}
+
+void NodeListModel::SetText(const QString& text) {
+  beginResetModel();
+  rows = FindNodes(nodes, text);
+  endResetModel();
+}
+
+const IndexedNode& NodeListModel::NodeAt(int row) const {
+  return nodes[static_cast<std::size_t>(rows[static_cast<std::size_t>(row)])];
+}
+
+int NodeListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows.size());
+}
+
+QVariant NodeListModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || index.row() >= rowCount()) return {};
+  const IndexedNode& node = NodeAt(index.row());
+  switch (role) {
+    case Qt::DisplayRole:
+      return node.label;
+    case Qt::DecorationRole:
+      return PictureOf(node.type);
+    case Qt::ToolTipRole:
+      return node.path.isEmpty() ? node.above : node.path;
+    case kRemarkRole: {
+      const QString remark = node.path.isEmpty() ? node.above : node.path;
+      return remark == node.label ? QString() : remark;
+    }
+    default:
+      return {};
+  }
+}
+
+QIcon NodeListModel::PictureOf(const QString& type) const {
+  const auto found = icons.constFind(type);
+  if (found != icons.cend()) return *found;
+  QString name = "text";
+  for (const TypePicture& each : kPictures) {
+    if (type == QLatin1String(each.type)) name = QLatin1String(each.picture);
+  }
+  return *icons.insert(type, QIcon(pictures + "node-" + name + ".svg"));
+}
+
+}  // namespace tarn::host

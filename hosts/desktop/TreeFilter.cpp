@@ -1,0 +1,143 @@
+#include "hosts/desktop/TreeFilter.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListView>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "hosts/desktop/NodeListModel.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr int kSpace = 6;
+constexpr int kPage = 10;
+
+// The label, and fainter behind it what tells nodes of one name apart.
+class NodeDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyledItemDelegate::paint(painter, option, index);
+    const QString remark = index.data(NodeListModel::kRemarkRole).toString();
+    const int used = option.decorationSize.width() + 3 * kSpace +
+                     option.fontMetrics.horizontalAdvance(index.data().toString());
+    const QRect rest = option.rect.adjusted(used, 0, -kSpace, 0);
+    if (remark.isEmpty() || rest.width() < option.fontMetrics.averageCharWidth() * 4) return;
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    QColor colour = option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text);
+    colour.setAlphaF(0.6F);
+    painter->save();
+    painter->setPen(colour);
+    painter->drawText(rest, Qt::AlignLeft | Qt::AlignVCenter,
+                      option.fontMetrics.elidedText(remark, Qt::ElideMiddle, rest.width()));
+    painter->restore();
+  }
+};
+
+}  // namespace
+
+TreeFilter::TreeFilter(QWidget& treeWidget, const QString& pictureFolder, QWidget* parent)
+    : QWidget(parent),
+      tree(treeWidget),
+      field(new QLineEdit(this)),
+      list(new QListView(this)),
+      model(new NodeListModel(pictureFolder, this)) {
+  field->setObjectName("treeFilter");
+  field->setPlaceholderText(tr("Find in the project"));
+  field->setToolTip(tr("Lists all nodes whose name or path contains this (Ctrl+P)"));
+  field->setAccessibleName(tr("Find in the project"));
+  field->setClearButtonEnabled(true);
+  field->installEventFilter(this);
+  connect(field, &QLineEdit::textChanged, this, [this](const QString& text) { Show(text); });
+  list->setModel(model);
+  list->setItemDelegate(new NodeDelegate(list));
+  list->setUniformItemSizes(true);
+  list->setFrameShape(QFrame::NoFrame);
+  list->setEditTriggers(QListView::NoEditTriggers);
+  list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list->setAccessibleName(tr("Nodes that were found"));
+  list->installEventFilter(this);
+  list->hide();
+  connect(list, &QListView::clicked, this,
+          [this](const QModelIndex& index) { Choose(index.row()); });
+  auto* const column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  auto* const margin = new QVBoxLayout;
+  margin->setContentsMargins(4, 4, 4, 4);
+  margin->addWidget(field);
+  column->addLayout(margin);
+  column->addWidget(&tree, 1);
+  column->addWidget(list, 1);
+}
+
+void TreeFilter::Begin() {
+  field->setFocus();
+  field->selectAll();
+}
+
+void TreeFilter::Show(const QString& text) {
+  const bool isWanted = !text.trimmed().isEmpty();
+  if (isWanted && !list->isVisible() && askNodes) model->SetNodes(askNodes());
+  if (isWanted) {
+    model->SetText(text);
+    list->setCurrentIndex(model->index(0));
+  }
+  tree.setVisible(!isWanted);
+  list->setVisible(isWanted);
+}
+
+void TreeFilter::Choose(int row) {
+  if (row < 0 || row >= model->rowCount()) return;
+  const IndexedNode node = model->NodeAt(row);
+  Leave();
+  if (onChosen) onChosen(node);
+}
+
+void TreeFilter::Leave() {
+  field->clear();
+  tree.setFocus();
+}
+
+void TreeFilter::Move(int rows) {
+  const int last = model->rowCount() - 1;
+  if (last >= 0) {
+    list->setCurrentIndex(model->index(std::clamp(list->currentIndex().row() + rows, 0, last)));
+  }
+}
+
+bool TreeFilter::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+  switch (static_cast<QKeyEvent*>(event)->key()) {
+    case Qt::Key_Escape:
+      Leave();
+      return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      Choose(list->currentIndex().row());
+      return true;
+    case Qt::Key_Down:
+      Move(1);
+      return true;
+    case Qt::Key_Up:
+      Move(-1);
+      return true;
+    case Qt::Key_PageDown:
+      Move(kPage);
+      return true;
+    case Qt::Key_PageUp:
+      Move(-kPage);
+      return true;
+    default:
+      return QWidget::eventFilter(watched, event);
+  }
+}
+
+}  // namespace tarn::host
