@@ -107,6 +107,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   resize(kFirstSize);
   AddFileMenu();
   editMenu = MakeEditMenu(*this, *editors, area->Finder());
+  AddHistory();
   menuBar()->addMenu(editMenu);
   AddOptionsDock();
   menuBar()->addMenu(layout.MakeMenu());
@@ -117,6 +118,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
 // The server's windows go before the docks that hold them.
 IdeWindow::~IdeWindow() {
   notices.reset();
+  history.reset();
   runner.reset();
   session.reset();
 }
@@ -171,6 +173,7 @@ bool IdeWindow::Start() {
   popups.Load(files, session->GetFolders().ConfigFile(files));
   layout.Restore();
   connect(&refreshTimer, &QTimer::timeout, this, [this] {
+    history->Note();
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);
   });
   refreshTimer.start(kRefreshMs);
@@ -213,6 +216,7 @@ void IdeWindow::OnProjectChanged() {
   ShowTitle();
   area->ProjectBanner().hide();
   projectWatch.Follow(path);
+  history->Begin();
   if (path == editorsProject) return;
   KeepEditors();
   // What was not saved was asked for where the user opened the project; else it stays.
@@ -225,6 +229,38 @@ void IdeWindow::OnProjectChanged() {
 
 void IdeWindow::KeepEditors() {
   if (!editorsProject.empty()) RecentProjects::KeepEditors(editorsProject, editors->Describe());
+}
+
+void IdeWindow::AddHistory() {
+  history = std::make_unique<ProjectHistory>(*session, *runner);
+  editMenu->addSeparator();
+  QAction* const undo =
+      editMenu->addAction(tr("Undo project change"), QKeySequence(tr("Ctrl+Alt+Z")), this,
+                          [this] { GoInHistory(&ProjectHistory::Undo); });
+  QAction* const redo =
+      editMenu->addAction(tr("Redo project change"), QKeySequence(tr("Ctrl+Alt+Shift+Z")), this,
+                          [this] { GoInHistory(&ProjectHistory::Redo); });
+  connect(editMenu, &QMenu::aboutToShow, this, [this, undo, redo] {
+    history->Note();
+    undo->setEnabled(history->CanUndo());
+    redo->setEnabled(history->CanRedo());
+  });
+  // Else the keys would be dead once they were looked up in vain.
+  connect(editMenu, &QMenu::aboutToHide, this, [undo, redo] {
+    undo->setEnabled(true);
+    redo->setEnabled(true);
+  });
+}
+
+void IdeWindow::GoInHistory(Status (ProjectHistory::*go)()) {
+  // What another program has written is to be decided on first.
+  if (!projectWatch.GetChanged().empty()) {
+    projectWatch.Look();
+    return;
+  }
+  if (const Status gone = (history.get()->*go)(); !gone) {
+    QMessageBox::warning(this, tr("Tarn"), ToQt(gone.GetError().text));
+  }
 }
 
 void IdeWindow::ReloadProject() {

@@ -10,6 +10,7 @@
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/PopupMenus.h"
 #include "hosts/desktop/ProblemNavigator.h"
+#include "hosts/desktop/ProjectHistory.h"
 #include "hosts/desktop/ProjectWatch.h"
 #include "hosts/desktop/ServerMenus.h"
 #include "hosts/desktop/ServerNotices.h"
@@ -81,6 +82,8 @@ class IdeWindow : public QMainWindow {
   void KeepEditors();
   QWidget* MakeTreeFilter(QWidget& tree);
   void ReloadProject();
+  void AddHistory();
+  void GoInHistory(Status (ProjectHistory::*go)());
   void ShowTitle();
 
   MainFrame frame;
@@ -88,6 +91,7 @@ class IdeWindow : public QMainWindow {
   std::unique_ptr<ServerNotices> notices;
   std::unique_ptr<ProblemNavigator> problems;
   std::unique_ptr<CommandRunner> runner;
+  std::unique_ptr<ProjectHistory> history;
   MenuCommands menuCommands;
   PopupMenus popups;
   FileSystem& files;

@@ -109,6 +109,10 @@ class InspectorDriver : public COleDispatchDriver {
   }
   // The numbers of the children on the way from the project, in GetTree; 0 when there is none.
   std::int32_t SelectNodeByPlace(const std::string& place) { return InvokeLong(15, {place}); }
+  // Another number whenever a save would write something else.
+  std::int32_t GetChangeCount() { return InvokeLong(16, {}); }
+  // The project's files as a save would write them: "<bytes> <path>\n" and the bytes, of each.
+  std::string GetFileTexts() { return InvokeText(17, {}); }
   std::string ExplainOption(const std::string& set, const std::string& section,
                             const std::string& property) {
     return InvokeText(9, {set, section, property});

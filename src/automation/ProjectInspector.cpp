@@ -121,6 +121,8 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetGlobals>("GetGlobals", 13, {"application", "column"}),
       Method<&I::GetReport>("GetReport", 14, {"log"}),
       Method<&I::SelectNodeByPlace>("SelectNodeByPlace", 15, {"place"}),
+      Method<&I::GetChangeCount>("GetChangeCount", 16, {}),
+      Method<&I::GetFileTexts>("GetFileTexts", 17, {}),
   });
   return table;
 }
@@ -308,6 +310,21 @@ std::int32_t CProjectInspector::SelectNodeByPlace(const char* place) {
   }
   model->SetCurrentNode(node);
   return model->GetCurrentNode() == node ? 1 : 0;
+}
+
+std::int32_t CProjectInspector::GetChangeCount() {
+  const CProjectModel* model = Model();
+  return model == nullptr ? 0 : static_cast<std::int32_t>(model->GetChangeCount() & 0x7FFFFFFF);
+}
+
+std::string CProjectInspector::GetFileTexts() {
+  CProjectModel* model = Model();
+  std::string all;
+  if (model == nullptr || model->IsDefaultProject()) return all;
+  for (const auto& [path, text] : model->MakeFileTexts()) {
+    all += std::to_string(text.size()) + ' ' + path + '\n' + text;
+  }
+  return all;
 }
 
 std::string CProjectInspector::ExplainOption(const char* set, const char* section,

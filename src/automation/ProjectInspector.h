@@ -41,6 +41,11 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // project, from 0 on, with slashes between; empty for the project. 0 when there is none, or none
   // was made current.
   std::int32_t SelectNodeByPlace(const char* place);
+  // A number that is another one as soon as a save would write something else.
+  std::int32_t GetChangeCount();
+  // The project's files as a save would write them now: of each the count of its bytes, a blank,
+  // its path and a line feed, then the bytes. Empty for the default project.
+  std::string GetFileTexts();
   // The stored values of one option from the outermost level to the current node.
   std::string ExplainOption(const char* set, const char* section, const char* property);
   // The program that the import of older projects needs and this machine hasn't got, or empty.

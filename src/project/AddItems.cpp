@@ -171,7 +171,7 @@ void CProjectModel::WriteItemPaths(CXmlNode& node, const std::string& path) cons
 
 std::int32_t CProjectModel::PlaceItem(CXmlNode& target, std::unique_ptr<CXmlNode> node) {
   const std::uint64_t opened = projectEpoch;
-  modified = 1;
+  NoteModified();
   CXmlNode* const added = AttachNode(target, std::move(node), Opens::Yes);
   if (added != nullptr) {
     const std::uint64_t epoch = treeEpoch;

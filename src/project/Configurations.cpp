@@ -11,7 +11,7 @@ std::int32_t CProjectModel::AddConfiguration() {
   const std::string description = propertyManager->GetNewConfigName();
   // A configuration without a name could never be chosen.
   if (header.empty()) return 0;
-  modified = 1;
+  NoteModified();
   CXmlNode* configs = activeApplication->FindChild("Configs");
   if (configs == nullptr) configs = activeApplication->AddChild("Configs");
   CXmlNode* config = configs->AddChild("Config");
@@ -26,7 +26,7 @@ std::int32_t CProjectModel::SelectConfiguration(const std::string& wanted) {
   const std::string name = wanted.empty() ? propertyManager->GetNewConfigName() : wanted;
   CXmlNode* const noted = GetCurrentNode();
   if (activeApplication == nullptr || name.empty()) return 0;
-  modified = 1;
+  NoteModified();
   activeApplication->SetAttrValue("Config", name);
   propertyManager->BeginUpdate();
   RenewPropState(*noted);

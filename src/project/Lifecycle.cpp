@@ -122,6 +122,7 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   }
   if (projectEpoch != opened) return 0;
   modified = 0;
+  ++changeCount;
   publishingStopped = false;
   shapeChanged = false;
   isOpen = true;
@@ -332,7 +333,7 @@ std::int32_t CProjectModel::SaveProject() {
     const char* path = projectRoot->GetChild(i)->GetAttrValue("Extern");
     if (MakeAbsolutePath(TextOf(path), file, nullptr) && !files.Exists(file)) isMissing = true;
   }
-  if (shapeChanged || isMissing) modified = 1;
+  if (shapeChanged || isMissing) NoteModified();
   keepTreeOnLoss = true;
   const std::int32_t closed = CloseProject();
   keepTreeOnLoss = false;
@@ -387,7 +388,7 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
     // What was to be replaced is still there, and must not be taken for the new project.
     if (files.Exists(path)) return 0;
   }
-  modified = 1;
+  NoteModified();
   return 1;
 }
 

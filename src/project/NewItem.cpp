@@ -70,7 +70,7 @@ std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtyp
     if (!RunCobbler(wanted.wizardPath)) return 0;
   }
   SendHost(kMsgCreationEnded, GetMessageText(kRowProjectWord), 0);
-  if (projectEpoch == opened) modified = 1;
+  if (projectEpoch == opened) NoteModified();
   return 1;
 }
 
@@ -136,7 +136,7 @@ std::int32_t CProjectModel::PlaceInProject(std::unique_ptr<CXmlNode> node) {
   FindTreeNode(node->GetAttrValue("Header"), "Header", target, namesake);
   if (namesake != nullptr || !isOpen || !CanContain(target, node.get())) return 0;
   const std::uint64_t opened = projectEpoch;
-  modified = 1;
+  NoteModified();
   SetCurrentNode(AttachNode(*target, std::move(node), Opens::No));
   return projectEpoch == opened ? 1 : 0;
 }

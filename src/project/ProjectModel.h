@@ -113,7 +113,7 @@ class CProjectModel {
   bool IsModified() const { return modified != 0; }
   // Siblings changed places.
   void NoteReordered() {
-    modified = 1;
+    NoteModified();
     NoteUnpublished();
   }
   bool IsPublishingSuspended() const { return publishingSuspended; }
@@ -131,7 +131,12 @@ class CProjectModel {
   std::uint64_t GetTreeEpoch() const { return treeEpoch; }
   // The next load or save finds out whether this was needed; for changes of the tree that leave
   // `modified` alone.
-  void NoteShapeChanged() { shapeChanged = true; }
+  void NoteShapeChanged() {
+    shapeChanged = true;
+    ++changeCount;
+  }
+  // Changes with all that a save would write, and now and then without need.
+  std::uint64_t GetChangeCount() const { return changeCount; }
 
   // Lifecycle (Lifecycle.cpp).
   std::int32_t OpenProject(const char* path, std::int32_t isDefault);
@@ -148,6 +153,8 @@ class CProjectModel {
   std::int32_t LoadTreeFile(CXmlNode& node, const std::string& fileName);
   std::int32_t SaveTreeFile(CXmlNode& node, const std::string& fileName);
   void StripForSave(CXmlNode& node, bool dropDependencies);
+  // The files as a save would write them now, by their absolute paths; changes nothing.
+  std::vector<std::pair<std::string, std::string>> MakeFileTexts();
   // 0 for an empty path, `result` then stays. A null base stands for the project's folder.
   std::int32_t MakeAbsolutePath(const std::string& path, std::string& result,
                                 const char* baseFolder) const;
@@ -278,6 +285,10 @@ class CProjectModel {
   void MakeAttributeRelative(CXmlNode& node, const char* name);
   void StripSubtree(CXmlNode& node, bool dropDependencies);
 
+  void NoteModified() {
+    modified = 1;
+    ++changeCount;
+  }
   std::int32_t LoadTreeText(CXmlNode& node, const std::string& absolute);
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
   // A file that a save is about to write.
@@ -384,6 +395,8 @@ class CProjectModel {
   bool publishingStopped = false;
   std::int32_t modified = 1;
   std::int32_t creatingProject = 0;
+
+  std::uint64_t changeCount = 0;  // counts changes of what belongs into files, and opens
 
   bool isOpen = false;
   bool shapeChanged = false;

@@ -68,7 +68,7 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
   if (keyText.empty()) return 0;
   CXmlNode* node = GetCurrentNode();
   if (node == nullptr) return 0;
-  modified = 1;
+  NoteModified();
   OptionKey key = KeyForStoring(keyText);
   if (key.set.empty()) key.set = node->GetName();
   if (EqualNoCase(key.set, node->NameView()) && EqualNoCase(key.section, kGeneralSection) &&
@@ -147,10 +147,10 @@ std::int32_t CProjectModel::ResetStoredProperty(const std::string& changedKey) {
   CXmlNode* section = ChildByHeader(set, key.section);
   if (section == nullptr) return 1;
   if (!key.property.empty()) {
-    if (RemoveIfRemovable(*section, ChildByHeader(section, key.property))) modified = 1;
+    if (RemoveIfRemovable(*section, ChildByHeader(section, key.property))) NoteModified();
   } else {
     for (int i = section->GetChildCount() - 1; i >= 0; --i) {
-      if (RemoveIfRemovable(*section, section->GetChild(i))) modified = 1;
+      if (RemoveIfRemovable(*section, section->GetChild(i))) NoteModified();
     }
   }
   // What became empty on the way up goes; the topmost element stays.
@@ -165,7 +165,7 @@ std::int32_t CProjectModel::ResetNodeOptions(CXmlNode* node) {
   if (!CanStartOperation()) return 0;
   if (node == nullptr) node = GetCurrentNode();
   if (node == nullptr) return 0;
-  modified = 1;
+  NoteModified();
   if (CXmlNode* options = node->FindChild("Options")) node->RemoveChild(options);
   propertyManager->BeginUpdate();
   RenewPropState(*node);

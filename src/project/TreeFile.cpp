@@ -262,6 +262,18 @@ std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& file
   return pending.back().saved ? 1 : 0;
 }
 
+std::vector<std::pair<std::string, std::string>> CProjectModel::MakeFileTexts() {
+  std::vector<std::pair<std::string, std::string>> texts;
+  if (!isOpen) return texts;
+  CXmlNode copy;
+  copy.CopyFrom(*projectRoot);
+  StripSubtree(copy, true);
+  std::vector<PendingFile> pending;
+  CollectTreeFiles(copy, nullptr, projectPath, pending);
+  for (PendingFile& file : pending) texts.emplace_back(file.absolute, std::move(file.text));
+  return texts;
+}
+
 // The files of the subtree, parts before their owner. Gives the place of the node's own.
 std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, CXmlNode* child,
                                             const std::string& absolute,

@@ -42,7 +42,7 @@ std::int32_t CProjectModel::SetActiveApplication(CXmlNode* application) {
   FindChildNode(projectRoot->GetAttrValue("ActiveApp"), "Header", projectRoot.get(), present);
   if (present != nullptr) {
     if (CXmlAttr* highlight = present->GetAttr("highlight")) present->RemoveAttr(highlight);
-    if (present != application) modified = 1;
+    if (present != application) NoteModified();
   }
   application->SetAttrValue("highlight", "yes");
   projectRoot->SetAttrValue("ActiveApp", TextOf(application->GetAttrValue("Header")));
@@ -86,7 +86,7 @@ std::int32_t CProjectModel::RemoveItem(const char* itemname) {
   CXmlNode* const node = FindItem(itemname);
   if (node == nullptr) return 0;
   CXmlNode* const holder = node->GetParent();
-  modified = 1;
+  NoteModified();
   std::uint64_t epoch = treeEpoch;
   if (holder == nullptr) {
     if (currentNode == node) currentNode = nullptr;
@@ -138,7 +138,7 @@ CXmlNode* CProjectModel::Paste(CXmlNode* target) {
   copy->CopyFrom(*clipboardNode);
   ForgetDerived(*copy);
   ResetNodeCache(*copy, true);
-  modified = 1;
+  NoteModified();
   return AttachNode(*holder, std::move(copy), Opens::No, isBefore ? target : nullptr);
 }
 
@@ -156,7 +156,7 @@ void CProjectModel::MoveNode(CXmlNode* node, CXmlNode* target) {
     if (above == node) return;
   }
   const TreeUpdate update(views);
-  modified = 1;
+  NoteModified();
   if (!CopyNode(node)) return;
   CXmlNode* const copy = Paste(target == nullptr ? GetCurrentNode() : target);
   if (copy == nullptr) return;

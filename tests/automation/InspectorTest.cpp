@@ -62,6 +62,8 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"GetGlobals", 13, {"", ""}, "''", "''"},
       {"GetReport", 14, {"<log/>"}, "''", "'\r\n<Report/>'"},
       {"SelectNodeByPlace", 15, {"0/0"}, "0", "0"},
+      {"GetChangeCount", 16, {}, "0", "0"},
+      {"GetFileTexts", 17, {}, "''", "''"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
@@ -125,6 +127,28 @@ TEST_F(Inspector, SelectsTheNodeAtAPlaceOfTheTree) {
   EXPECT_EQ(selected("0/0/0"), "1 C");
   for (const char* const none : {"7", "0/0/0/0", "-1", "0/x", "99999999999"}) {
     EXPECT_EQ(selected(none), "0 C") << none;
+  }
+}
+
+TEST_F(Inspector, GivesTheFilesAsASaveWritesThemAndTellsOfEachChange) {
+  Open();
+  Ask(8, {"main.c", ""});
+  const std::string tree = Ask(3);
+  const std::string count = Ask(16);
+  Ask(17);
+  EXPECT_EQ(Ask(3), tree);
+  EXPECT_EQ(Ask(16), count);
+  EXPECT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Tool", "own"}), "1");
+  EXPECT_NE(Ask(16), count);
+  const std::string texts = Ask(17);
+  EXPECT_EQ(world.Call("ProjectSave"), "1");
+  for (const char* const path : {"/p/demo.tapp", "/p/demo.tprj"}) {
+    const std::string bytes = *world.disk.BytesOf(path);
+    EXPECT_NE(texts.find(std::to_string(bytes.size()) + ' ' + path + '\n' + bytes),
+              std::string::npos)
+        << path << '\n'
+        << texts << '\n'
+        << bytes;
   }
 }
 

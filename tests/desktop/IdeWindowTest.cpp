@@ -199,6 +199,39 @@ TEST_F(IdeWindowTest, AProjectThatChangedOutsideIsTakenFromTheDiskWhenTheUserWan
   EXPECT_NE(tree.find("led.c"), std::string::npos);
 }
 
+TEST_F(IdeWindowTest, ChangesOfTheProjectAreTakenBackAndMadeAgain) {
+  InspectorDriver& inspector = window->Session().Inspector();
+  const auto has = [&](const char* node) {
+    return inspector.GetTree().find("Header=\"" + std::string(node)) != std::string::npos;
+  };
+  const auto is = [&](const char* when, bool hasLed, bool hasUart) {
+    EXPECT_EQ(has("led.c"), hasLed) << when;
+    EXPECT_EQ(has("uart.c"), hasUart) << when;
+  };
+  const auto remove = [&](const char* node) {
+    ASSERT_EQ(inspector.SelectNodeByKey(node), 1);
+    ASSERT_TRUE(Choose("Remove"));
+    RunUntil([] { return false; }, 300);
+  };
+  EXPECT_FALSE(FindEntry("Undo project change")->isEnabled());
+  remove("led.c");
+  remove("uart.c");
+  is("removed", false, false);
+  ASSERT_TRUE(Choose("Undo project change"));
+  is("one back", false, true);
+  ASSERT_TRUE(Choose("Undo project change"));
+  is("all back", true, true);
+  EXPECT_FALSE(FindEntry("Undo project change")->isEnabled());
+  ASSERT_TRUE(Choose("Redo project change"));
+  is("one again", false, true);
+  remove("uart.c");
+  EXPECT_FALSE(FindEntry("Redo project change")->isEnabled());
+  ASSERT_TRUE(Choose("Undo project change"));
+  is("the new one back", false, true);
+  ASSERT_TRUE(Choose("Build all"));
+  EXPECT_FALSE(FindEntry("Undo project change")->isEnabled());
+}
+
 TEST_F(IdeWindowTest, TheServersButtonsStandInTheToolBar) {
   QToolBar* const bar = window->findChild<QToolBar*>("serverBar");
   ASSERT_NE(bar, nullptr);

@@ -1,0 +1,86 @@
+#include "hosts/desktop/ProjectHistory.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace tarn::host {
+
+namespace {
+
+constexpr std::size_t kMostSteps = 100;
+constexpr std::size_t kMostBytes = 64 << 20;
+
+std::size_t SizeOf(const std::deque<std::vector<FileText>>& steps) {
+  std::size_t bytes = 0;
+  for (const auto& step : steps) {
+    for (const FileText& each : step) bytes += each.text.size();
+  }
+  return bytes;
+}
+
+bool IsSame(const std::vector<FileText>& one, const std::vector<FileText>& other) {
+  return std::equal(
+      one.begin(), one.end(), other.begin(), other.end(),
+      [](const FileText& a, const FileText& b) { return a.path == b.path && a.text == b.text; });
+}
+
+}  // namespace
+
+std::vector<FileText> ParseFileTexts(const std::string& all) {
+  std::vector<FileText> texts;
+  std::size_t at = 0;
+  while (at < all.size()) {
+    const std::size_t blank = all.find(' ', at);
+    const std::size_t end = all.find('\n', at);
+    std::size_t size = 0;
+    if (blank == std::string::npos || end == std::string::npos || blank > end) break;
+    std::from_chars(all.data() + at, all.data() + blank, size);
+    if (size > all.size() - end - 1) break;
+    texts.push_back({all.substr(blank + 1, end - blank - 1), all.substr(end + 1, size)});
+    at = end + 1 + size;
+  }
+  return texts;
+}
+
+ProjectHistory::Step ProjectHistory::Ask() {
+  return ParseFileTexts(session.Inspector().GetFileTexts());
+}
+
+void ProjectHistory::Begin() {
+  if (isGoing) return;
+  past.clear();
+  future.clear();
+  present = Ask();
+  seen = session.Inspector().GetChangeCount();
+}
+
+void ProjectHistory::Note() {
+  if (runner.IsBuilding()) return;
+  const std::int32_t now = session.Inspector().GetChangeCount();
+  if (now == seen) return;
+  seen = now;
+  Step changed = Ask();
+  if (IsSame(changed, present)) return;
+  past.push_back(std::move(present));
+  present = std::move(changed);
+  future.clear();
+  while (past.size() > kMostSteps || (past.size() > 1 && SizeOf(past) > kMostBytes)) {
+    past.pop_front();
+  }
+}
+
+Status ProjectHistory::Go(std::deque<Step>& from, std::deque<Step>& to) {
+  Note();
+  if (from.empty() || runner.IsBuilding()) return {};
+  isGoing = true;
+  const Status opened = runner.ReopenWith(from.back());
+  isGoing = false;
+  if (!opened) return opened;
+  to.push_back(std::move(present));
+  present = std::move(from.back());
+  from.pop_back();
+  seen = session.Inspector().GetChangeCount();
+  return {};
+}
+
+}  // namespace tarn::host
