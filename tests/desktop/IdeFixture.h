@@ -5,6 +5,7 @@
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QApplication>
+#include <QDockWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTest>
@@ -34,7 +35,9 @@ class IdeFixture : public ::testing::Test {
     window->OpenProject(folder / "blinky/blinky-avr.tprj");
   }
 
-  QTreeView& Tree() { return *window->findChild<QTreeView*>(); }
+  QTreeView& Tree() {
+    return *window->findChild<QDockWidget*>("dock4003")->findChild<QTreeView*>();
+  }
   // The line of that label, wherever it is in the tree.
   QModelIndex FindLine(const QString& label) {
     const QAbstractItemModel& model = *Tree().model();
@@ -65,7 +68,7 @@ class IdeFixture : public ::testing::Test {
     for (QAction* const top : window->menuBar()->actions()) {
       Q_EMIT top->menu()->aboutToShow();
       for (QAction* const entry : top->menu()->actions()) {
-        if (entry->text().remove(u'&') == name) return entry;
+        if (entry->text().remove(u'&').section('\t', 0, 0) == name) return entry;
       }
     }
     return nullptr;
