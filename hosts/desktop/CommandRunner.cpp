@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace tarn::host {
 
@@ -30,6 +31,9 @@ std::function<int()> CounterFor(std::uint32_t command, BuildSession& session) {
   }
   return {};
 }
+
+// How long one piece of what can be done in pieces takes.
+constexpr std::chrono::milliseconds kPieceTime(20);
 
 }  // namespace
 
@@ -98,7 +102,23 @@ void CommandRunner::Run(std::uint32_t command) {
     if (showsOptions && onShowOptions) onShowOptions();
     return;
   }
-  FinishRestore();
+  waiting = command;
+  Approach();
+}
+
+// Without what is kept of the last builds all would be built anew, and that can be handed over only
+// to nodes whose options are known.
+void CommandRunner::Approach() {
+  if (waiting == 0) return;
+  if (!isRestored && session.PublishFor(kPieceTime)) RestoreState();
+  if (!isRestored || isRestoring) {
+    QTimer::singleShot(0, this, [this] { Approach(); });
+    return;
+  }
+  Start(std::exchange(waiting, 0));
+}
+
+void CommandRunner::Start(std::uint32_t command) {
   if (session.Manager().PrologCommand(command) == 0) return;
   session.BeginWork(&progress.emplace(CounterFor(command, session)));
   building = command;
@@ -127,15 +147,12 @@ void CommandRunner::ContinueRestore() {
   if (isRestoring) QTimer::singleShot(0, this, [this] { ContinueRestore(); });
 }
 
-// Without what is kept of the last builds all would be built anew.
-void CommandRunner::FinishRestore() {
-  if (!isRestored) session.Prepare();
-  isRestored = true;
-  while (isRestoring) isRestoring = session.State().ContinueRestore();
-}
-
 void CommandRunner::Stop() {
   if (!IsBuilding() || isStopAsked) return;
+  if (std::exchange(waiting, 0) != 0) {
+    if (onEnded) onEnded(BuildEnd::Stopped);
+    return;
+  }
   isStopAsked = true;
   session.Manager().Command(kCmdStop);
   session.Tools().StopTools();
@@ -150,6 +167,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
   } else if (event.number == kMsgProjectOpened) {
     isRestored = false;
     isRestoring = false;
+    waiting = 0;
     // The server opens projects by itself, too: the wizard's, and the one that stands in for none.
     if (isOpening) return;
     QTimer::singleShot(0, this, [this, path = event.text, isStandIn = event.lParam != 0] {
@@ -160,7 +178,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
       }
       if (onProjectChanged) onProjectChanged();
     });
-  } else if (event.number == kMsgWorkerEnded && IsBuilding()) {
+  } else if (event.number == kMsgWorkerEnded && building != 0) {
     // Another's, as of a build that was refused for it, is none of ours.
     const bool isSuccess = event.wParam != 0;
     QTimer::singleShot(0, this, [this, isSuccess] {
@@ -171,14 +189,19 @@ void CommandRunner::OnMessage(const HostEvent& event) {
   }
 }
 
+// Each half of what there is to keep of a large build takes a while.
 void CommandRunner::FinishBuild(BuildEnd end) {
-  if (!IsBuilding()) return;
-  const std::uint32_t command = building;
-  building = 0;
-  session.Manager().EpilogCommand(command);
-  session.EndWork(isCleaning);
-  session.TakeLogLines();  // the log window has shown them
-  if (onEnded) onEnded(end);
+  if (building == 0 || isFinishing) return;
+  isFinishing = true;
+  session.Manager().EpilogCommand(building);
+  session.KeepLog();
+  QTimer::singleShot(0, this, [this, end] {
+    session.KeepState(isCleaning);
+    building = 0;
+    isFinishing = false;
+    session.TakeLogLines();  // the log window has shown them
+    if (onEnded) onEnded(end);
+  });
 }
 
 void CommandRunner::ServePosted() {

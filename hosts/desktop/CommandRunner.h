@@ -40,7 +40,8 @@ class CommandRunner : public QObject {
   void Run(std::uint32_t command);
   // Ends a running build with its tools; onEnded comes as soon as they are gone.
   void Stop();
-  bool IsBuilding() const { return building != 0; }
+  // From the moment that one was asked for until its results are kept.
+  bool IsBuilding() const { return building != 0 || waiting != 0; }
   bool IsStopping() const { return IsBuilding() && isStopAsked; }
   // Whether the build that runs, or the last one, only takes away what was built.
   bool IsCleaning() const { return isCleaning; }
@@ -60,7 +61,8 @@ class CommandRunner : public QObject {
   void OnMessage(const HostEvent& event);
   void RestoreState();
   void ContinueRestore();
-  void FinishRestore();
+  void Approach();
+  void Start(std::uint32_t command);
   void FinishBuild(BuildEnd end);
   void ServePosted();
 
@@ -68,7 +70,10 @@ class CommandRunner : public QObject {
   BuildSession& session;
   FileSystem& files;
   std::optional<BuildProgress> progress;
-  std::uint32_t building = 0;  // the command; 0 for none
+  // Commands; 0 for none.
+  std::uint32_t waiting = 0;  // for the project to be made known
+  std::uint32_t building = 0;
+  bool isFinishing = false;
   bool isCleaning = false;
   bool isStopAsked = false;
   bool isOpening = false;

@@ -182,8 +182,12 @@ void BuildSession::BeginWork(BuildObserver* observer) {
 }
 
 void BuildSession::EndWork(bool afterClean) {
-  watcher = nullptr;
   KeepLog();
+  KeepState(afterClean);
+}
+
+void BuildSession::KeepState(bool afterClean) {
+  watcher = nullptr;
   const Status saved = state.Save(afterClean);
   if (!saved) stateProblem = saved.GetError().place + ": " + saved.GetError().text;
 }

@@ -80,6 +80,11 @@ class BuildSession {
   // Makes all options known and hands the kept records to the project: needed once in front of a
   // build or a question for the status, after the configuration has been chosen.
   void Prepare();
+  // Its first half for about so long; false when another call is needed. State().BeginRestore()
+  // starts the second.
+  bool PublishFor(std::chrono::milliseconds time) {
+    return inspector.PublishFor(static_cast<std::int32_t>(time.count())) != 0;
+  }
 
   // Builds, and keeps what the tools reported also when the build fails or is stopped. `observer`
   // may be null.
@@ -104,6 +109,9 @@ class BuildSession {
   void BeginWork(BuildObserver* observer = nullptr);
   // Behind the end of the worker, or of a call that ran tools itself: keeps what was reported.
   void EndWork(bool afterClean);
+  // Its two halves, for a host whose windows must not wait for both at once.
+  void KeepLog();
+  void KeepState(bool afterClean);
   // The commands that the server has asked for since the last call.
   std::vector<std::uint32_t> TakePostedCommands();
   bool HasPostedCommands() const { return !postedCommands.empty(); }
@@ -155,7 +163,6 @@ class BuildSession {
   std::uint32_t SelectCommand(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
   void WaitForWorker();
-  void KeepLog();
   void ServePostedCommands();
 
   MainFrame& frame;

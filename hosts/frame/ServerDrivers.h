@@ -96,6 +96,8 @@ class InspectorDriver : public COleDispatchDriver {
  public:
   std::int32_t Attach(IDispatch* manager) { return InvokeLong(1, {DispatchPtr(manager)}); }
   std::int32_t PublishAll() { return InvokeLong(2, {}); }
+  // 0 when something is left for another call.
+  std::int32_t PublishFor(std::int32_t milliseconds) { return InvokeLong(18, {milliseconds}); }
   std::string GetTree() { return InvokeText(3, {}); }
   std::string GetStatus() { return InvokeText(4, {}); }
   std::string GetBuildInputs() { return InvokeText(5, {}); }

@@ -123,6 +123,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::SelectNodeByPlace>("SelectNodeByPlace", 15, {"place"}),
       Method<&I::GetChangeCount>("GetChangeCount", 16, {}),
       Method<&I::GetFileTexts>("GetFileTexts", 17, {}),
+      Method<&I::PublishFor>("PublishFor", 18, {"milliseconds"}),
   });
   return table;
 }
@@ -143,6 +144,11 @@ std::int32_t CProjectInspector::PublishAll() {
   if (model == nullptr) return 0;
   model->PublishAll();
   return 1;
+}
+
+std::int32_t CProjectInspector::PublishFor(std::int32_t milliseconds) {
+  CProjectModel* model = Model();
+  return model == nullptr || model->PublishFor(std::chrono::milliseconds(milliseconds)) ? 1 : 0;
 }
 
 std::string CProjectInspector::GetTree() {

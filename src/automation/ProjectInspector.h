@@ -23,6 +23,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::int32_t Attach(IDispatch* managerObject);
   // Every node gets its option values and derived attributes now.
   std::int32_t PublishAll();
+  // The same for about so many milliseconds; 0 when something is left for another call.
+  std::int32_t PublishFor(std::int32_t milliseconds);
   // The tree as XML text, without what is only kept in memory for options.
   std::string GetTree();
   // Per application the nodes that have work to do, in build order, each with its reason.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -206,7 +207,9 @@ class CProjectModel {
   std::int32_t PublishTick();
   bool HasUnpublished();
   // Publishes all that is not yet, and restores the current node.
-  void PublishAll();
+  void PublishAll() { PublishFor(std::chrono::hours(24)); }
+  // The same until the time is over; false when something is left for another call.
+  bool PublishFor(std::chrono::milliseconds time);
   void CollectOptionChain(std::vector<CXmlNode*>& list, CXmlNode* node) const;
   void ResetNodeCache(CXmlNode& node, bool ownOnly);
   // Notes how the options window looks for this node.

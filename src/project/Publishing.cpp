@@ -352,18 +352,25 @@ bool CProjectModel::HasUnpublished() {
              IsContentNode) != nullptr;
 }
 
-void CProjectModel::PublishAll() {
-  if (!isOpen || IsWorkerAlive() || inPublishTick) return;
+bool CProjectModel::PublishFor(std::chrono::milliseconds time) {
+  using Clock = std::chrono::steady_clock;
+  if (!isOpen || IsWorkerAlive() || inPublishTick) return true;
+  const Clock::time_point start = Clock::now();
   CXmlNode* const notedNode = currentNode;
   CXmlNode* const notedApplication = activeApplication;
   propertyManager->BeginUpdate();
   if (notedNode != nullptr) RenewPropState(*notedNode);
   bool published = false;
-  while (PublishNextNode(projectRoot.get())) published = true;
+  bool remains = true;
+  while (remains && Clock::now() - start < time) {
+    remains = PublishNextNode(projectRoot.get()) != 0;
+    published = published || remains;
+  }
   const std::uint64_t epoch = treeEpoch;
   if (published) RestoreCurrent(notedApplication, notedNode);
   if (treeEpoch == epoch && currentNode != nullptr) RestorePropState(*currentNode);
   propertyManager->EndUpdate();
+  return !remains;
 }
 
 void CProjectModel::PublishSubtree(CXmlNode& node) {

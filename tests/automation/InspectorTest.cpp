@@ -64,6 +64,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"SelectNodeByPlace", 15, {"0/0"}, "0", "0"},
       {"GetChangeCount", 16, {}, "0", "0"},
       {"GetFileTexts", 17, {}, "''", "''"},
+      {"PublishFor", 18, {5}, "1", "1"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {

@@ -117,6 +117,7 @@ TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
     return std::intptr_t{1};
   });
   window->Commands().Run(kCmdRebuildAll);
+  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }, 5000));
   EXPECT_EQ(ended, BuildEnd::Refused);
   EXPECT_FALSE(window->Commands().IsBuilding());
   bool isOtherGone = false;
