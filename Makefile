@@ -4,11 +4,12 @@
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
 
-.PHONY: help demo ide test check format bench asan tsan fuzz package clean
+.PHONY: help demo ide screenshots test check format bench asan tsan fuzz package clean
 
 help:
 	@echo "make demo     build everything, then a real firmware project, and run the firmware"
 	@echo "make ide      build and start the desktop program"
+	@echo "make screenshots  take the pictures of the desktop program for the README"
 	@echo "make test     build and run the tests"
 	@echo "make check    formatting, layers, headers, clang-tidy on changed files"
 	@echo "make format   put all sources into the project's format"
@@ -24,6 +25,9 @@ demo:
 
 ide:
 	scripts/ide
+
+screenshots:
+	scripts/screenshots
 
 test:
 	scripts/run-tests debug
