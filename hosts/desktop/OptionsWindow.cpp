@@ -129,6 +129,12 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   ShowState();
 }
 
+// What goes below has nobody to tell any more, and the session may be gone.
+OptionsWindow::~OptionsWindow() {
+  grid->Delegate().Abandon();
+  grid->onCurrentChanged = {};
+}
+
 void OptionsWindow::MakeActions() {
   const auto add = [this](QAction& action, const QString& text, const QKeySequence& keys,
                           auto onTriggered) {

@@ -29,6 +29,7 @@ class OptionsWindow : public QWidget {
 
  public:
   explicit OptionsWindow(BuildSession& session, QWidget* parent = nullptr);
+  ~OptionsWindow() override;
 
   // The server has a node in hand, another one or the same anew.
   void OnNodeLoaded();

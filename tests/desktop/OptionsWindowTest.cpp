@@ -290,14 +290,16 @@ TEST_F(IdeOptionsTest, ChangesAreTakenAlsoWhileTheOptionsOfAllNodesAreBeingRead)
 }
 
 TEST_F(IdeOptionsTest, WhatWasWrittenForOneNodeIsNotStoredAtTheNext) {
-  ASSERT_EQ(Select("blinky-avr"), "blinky-avr");
-  Write("Application.General.Type", "Nonsense");
+  Write("C.General.Type", "Nonsense");
   const auto* const problem = Grid().viewport()->findChild<QLabel*>("problem");
   ASSERT_NE(problem, nullptr);
   EXPECT_TRUE(problem->text().startsWith("There is no kind of node \"Nonsense\"."));
-  ASSERT_EQ(Select("led.c"), "led.c");
+  ASSERT_EQ(Select("main.c"), "main.c");
   RunUntil([] { return false; }, 10);
   EXPECT_EQ(Grid().viewport()->findChild<QLineEdit*>(), nullptr);
+  QTest::keyClicks(Edit<QLineEdit>("C.Compiler.Extra"), "-v");
+  tester.reset();
+  window.reset();
 }
 
 TEST(OptionEditors, PathsBelowTheFolderAreWrittenRelativeToIt) {
