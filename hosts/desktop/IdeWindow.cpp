@@ -115,10 +115,13 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   ShowTitle();
 }
 
-// The server's windows go before the docks that hold them.
+// The server's windows go before the docks that hold them, and the options before the server that
+// they ask: a window that goes takes the keyboard out of its fields.
 IdeWindow::~IdeWindow() {
   notices.reset();
   history.reset();
+  frame.Answer(kMsgPaneCaption, {});
+  delete options;
   runner.reset();
   session.reset();
 }

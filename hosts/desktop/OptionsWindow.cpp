@@ -129,7 +129,7 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   ShowState();
 }
 
-// What goes below has nobody to tell any more, and the session may be gone.
+// What goes below has nobody to tell any more.
 OptionsWindow::~OptionsWindow() {
   grid->Delegate().Abandon();
   grid->onCurrentChanged = {};
