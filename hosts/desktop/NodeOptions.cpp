@@ -59,11 +59,6 @@ bool IsReference(const std::string& written, OptionKey& key) {
   return inner.find_first_of("$()?:") == inner.npos && ParseOptionKey(inner, key);
 }
 
-// The kind of the node itself.
-bool IsType(const OptionDefinition& option) {
-  return EqualNoCase(option.section, kGeneral) && EqualNoCase(option.name, "Type");
-}
-
 bool HasName(const std::vector<std::string>& names, const std::string& name) {
   return std::any_of(names.begin(), names.end(),
                      [&name](const std::string& each) { return EqualNoCase(each, name); });
@@ -83,6 +78,10 @@ std::vector<OptionSet> SetsWithTools(const OptionTable& table) {
 
 bool IsInternalSection(std::string_view name) {
   return EqualNoCase(name, kInternal);
+}
+
+bool IsNodeType(const OptionDefinition& option) {
+  return EqualNoCase(option.section, kGeneral) && EqualNoCase(option.name, "Type");
 }
 
 std::vector<OptionSection> FilterSections(const std::vector<OptionSection>& sections,
@@ -191,7 +190,7 @@ OptionRow NodeOptions::ReadRow(const OptionDefinition& definition, const OptionV
   row.written = raw != nullptr ? *raw : definition.defaultValue;
   FindSource(row);
   // The name of the node's element says it as long as nobody changes it.
-  if (IsType(definition) && row.value.empty()) row.written = row.value = row.shown = set;
+  if (IsNodeType(definition) && row.value.empty()) row.written = row.value = row.shown = set;
   return row;
 }
 
@@ -224,19 +223,16 @@ std::vector<StoredValue> NodeOptions::Explain(const OptionDefinition& option) {
 }
 
 std::string NodeOptions::Check(const OptionDefinition& option, const std::string& value) {
-  if (IsType(option)) return CheckType(value);
   return session.Options().CheckValue(option.set, option.section, option.name, value);
 }
 
-// The project passes over a kind that nobody has defined without a word.
-std::string NodeOptions::CheckType(const std::string& value) {
+std::vector<std::string> NodeOptions::ListTypes() {
   const OptionTable table(session.Options().ListProperties(""));
-  std::string names;
+  std::vector<std::string> names;
   for (const OptionSet& set : table.GetSets()) {
-    if (EqualNoCase(set.name, value)) return {};
-    if (set.name != "*") names += (names.empty() ? "" : ", ") + set.name;
+    if (set.name != "*") names.push_back(set.name);
   }
-  return "There is no kind of node \"" + value + "\". These are known: " + names + ".";
+  return names;
 }
 
 // While the options of all nodes are being made known in the background, values are held; between

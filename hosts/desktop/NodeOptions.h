@@ -64,6 +64,9 @@ struct OptionSheet {
 // The section that tells of the project window, which hardly anybody changes.
 bool IsInternalSection(std::string_view name);
 
+// The option that says of which kind the node itself is.
+bool IsNodeType(const OptionDefinition& option);
+
 // The rows in which every word of `filter` is found: in label, name, help or the section's label,
 // whatever the case.
 std::vector<OptionSection> FilterSections(const std::vector<OptionSection>& sections,
@@ -90,6 +93,9 @@ class NodeOptions {
   // What was stored for an option on the way from the application to the node.
   std::vector<StoredValue> Explain(const OptionDefinition& option);
 
+  // The kinds of nodes that have options.
+  std::vector<std::string> ListTypes();
+
   // Why the value can't be taken; empty when it can.
   std::string Check(const OptionDefinition& option, const std::string& value);
   // Each gives false when the server doesn't take the change now.
@@ -112,7 +118,6 @@ class NodeOptions {
   OptionRow ReadRow(const OptionDefinition& definition, const OptionValues& values,
                     const std::string& folder);
   void FindSource(OptionRow& row);
-  std::string CheckType(const std::string& value);
   std::string LabelOf(const std::string& key);
   bool Follow(const std::string& key);
   bool Unheld(const std::function<bool()>& change);

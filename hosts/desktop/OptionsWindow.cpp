@@ -413,7 +413,16 @@ void OptionsWindow::ShowHelp() {
 
 QString OptionsWindow::Check(const OptionRow& row, const QString& value) {
   if (isBuilding) return tr("Options can't be changed while a build runs.");
-  return ToQt(options.Check(row.definition, FromQt(value)));
+  return IsNodeType(row.definition) ? CheckType(value)
+                                    : ToQt(options.Check(row.definition, FromQt(value)));
+}
+
+// The project passes over a kind that nobody has defined without a word.
+QString OptionsWindow::CheckType(const QString& value) {
+  QStringList known;
+  for (const std::string& name : options.ListTypes()) known += ToQt(name);
+  if (known.contains(value, Qt::CaseInsensitive)) return {};
+  return tr("There is no kind of node \"%1\". These are known: %2.").arg(value, known.join(", "));
 }
 
 bool OptionsWindow::Change(const OptionRow& row, const QString& value) {

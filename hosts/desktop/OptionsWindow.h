@@ -65,6 +65,7 @@ class OptionsWindow : public QWidget {
   void AddConfiguration();
   void ShowMenu(const QPoint& place);
   QString Check(const OptionRow& row, const QString& value);
+  QString CheckType(const QString& value);
 
   NodeOptions options;
   OptionSheet sheet;
