@@ -38,6 +38,19 @@ bool Understands(const QWidget* widget, const char* method) {
   return widget != nullptr && widget->metaObject()->indexOfMethod(signature) >= 0;
 }
 
+// What a window around the widget with the keyboard has these keys for, as the options have their
+// own undo; null for nothing.
+QAction* OwnAction(const QWidget* focused, const QAction& menuAction) {
+  for (const QWidget* widget = focused; widget != nullptr; widget = widget->parentWidget()) {
+    for (QAction* const action : widget->actions()) {
+      if (action != &menuAction && action->shortcuts().contains(menuAction.shortcut())) {
+        return action;
+      }
+    }
+  }
+  return nullptr;
+}
+
 void AddTextCommand(QMenu& menu, const TextCommand& command, QWidget& window, EditorTabs& editors) {
   QAction* const action = menu.addAction(Translate(command.text));
   action->setShortcut(command.key);
@@ -48,11 +61,22 @@ void AddTextCommand(QMenu& menu, const TextCommand& command, QWidget& window, Ed
     QWidget* const focused = window.focusWidget();
     return Understands(focused, method) ? focused : editors.Current();
   };
-  QObject::connect(action, &QAction::triggered, &menu, [target, method = command.method] {
-    if (QWidget* const widget = target()) QMetaObject::invokeMethod(widget, method);
+  const auto own = [&window, action, method = command.method]() -> QAction* {
+    QWidget* const focused = window.focusWidget();
+    return Understands(focused, method) ? nullptr : OwnAction(focused, *action);
+  };
+  QObject::connect(action, &QAction::triggered, &menu, [own, target, method = command.method] {
+    if (QAction* const instead = own()) {
+      instead->trigger();
+    } else if (QWidget* const widget = target()) {
+      QMetaObject::invokeMethod(widget, method);
+    }
   });
-  QObject::connect(&menu, &QMenu::aboutToShow, action,
-                   [action, target] { action->setEnabled(target() != nullptr); });
+  QObject::connect(&menu, &QMenu::aboutToShow, action, [action, own, target, text = command.text] {
+    const QAction* const instead = own();
+    action->setText(instead != nullptr ? instead->text() : Translate(text));
+    action->setEnabled(instead != nullptr ? instead->isEnabled() : target() != nullptr);
+  });
   QObject::connect(&menu, &QMenu::aboutToHide, action, [action] { action->setEnabled(true); });
 }
 
