@@ -87,9 +87,9 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   problems = std::make_unique<ProblemNavigator>(files, *statusBar());
   problems->open = [this](const std::string& path, int line) { OpenFile(path, line); };
   setDockNestingEnabled(true);
-  // The tree has the whole height, as projects are deep; and the options are many.
+  // The tree has the whole height, as projects are deep; what tools say needs width.
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-  setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+  setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
   setAcceptDrops(true);
   area = new EditorArea(*editors, *MakeWelcomePage(), this);
