@@ -63,7 +63,7 @@ ReportView::ReportView(CReportControl& shownReport)
     if (fitted != nullptr) report.GetReportHeader().BestFit(*fitted);
   });
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int row) {
-    if (following > 0) {
+    if (following > 0 || isRefillDue) {
       AskToTellState();
     } else if (IsWindow(handle)) {
       report.NotifyScrolled(row);
@@ -101,8 +101,17 @@ void ReportView::FollowRows() {
   const Following quiet(following, following + 1);
   takeTimer.stop();
   rows->Reset();
-  FollowSelection();
-  FollowScroll();
+  isRefillDue = true;
+  AskToTellState();
+}
+
+void ReportView::ShowRefill() {
+  if (!isRefillDue) return;
+  const Following quiet(following, following + 1);
+  isRefillDue = false;
+  SelectRows();
+  executeDelayedItemsLayout();
+  verticalScrollBar()->setValue(report.GetTopRow());
 }
 
 void ReportView::FollowAppended() {
@@ -121,11 +130,16 @@ void ReportView::FollowRow(int row) {
   rows->TellChanged(row);
 }
 
-// For those who listen to the view, as readers of the screen do; what is painted is asked of the
-// control.
 void ReportView::FollowSelection() {
   const Following quiet(following, following + 1);
   viewport()->update();
+  if (isRefillDue) return;
+  SelectRows();
+}
+
+// For those who listen to the view, as readers of the screen do; what is painted is asked of the
+// control.
+void ReportView::SelectRows() {
   if (rows->columnCount() == 0) return;
   QItemSelection selection;
   const std::vector<int>& indexes = report.GetSelectedRows().GetIndexes();
@@ -146,6 +160,7 @@ void ReportView::FollowSelection() {
 
 void ReportView::FollowScroll() {
   const Following quiet(following, following + 1);
+  ShowRefill();
   if (report.GetTopRow() > 0) TakeMore();
   executeDelayedItemsLayout();
   verticalScrollBar()->setValue(report.GetTopRow());
@@ -209,6 +224,11 @@ ReportHit ReportView::HitAt(QPoint point) const {
 void ReportView::drawRow(QPainter* painter, const QStyleOptionViewItem& /*option*/,
                          const QModelIndex& index) const {
   if (IsWindow(handle)) delegate->PaintRow(*painter, index.row(), PlaceOf(index.row()), *head);
+}
+
+void ReportView::paintEvent(QPaintEvent* event) {
+  if (IsWindow(handle)) ShowRefill();
+  QTreeView::paintEvent(event);
 }
 
 bool ReportView::viewportEvent(QEvent* event) {
@@ -339,6 +359,7 @@ void ReportView::AskToTellState() {
 void ReportView::TellState() {
   isTellingDue = false;
   if (!IsWindow(handle) || !isVisible()) return;
+  ShowRefill();
   executeDelayedItemsLayout();
   const int row = verticalScrollBar()->value();
   if (row != report.GetTopRow() && !rows->HasMore()) report.NotifyScrolled(row);

@@ -38,6 +38,7 @@ class ReportView : public QTreeView {
  protected:
   void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
+  void paintEvent(QPaintEvent* event) override;
   bool viewportEvent(QEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
@@ -57,6 +58,8 @@ class ReportView : public QTreeView {
   QRect PlaceOf(int row, int column) const;
   void LayOutColumns();
   void TakeMore();
+  void ShowRefill();
+  void SelectRows();
   void TellState();
   void ShowTip(QHelpEvent& event);
   void CopyRows() const;
@@ -70,6 +73,9 @@ class ReportView : public QTreeView {
   int following = 0;  // calls of the control that are running: nothing may be told back in them
   int rowHeight = 0;  // that the layout was made for
   bool isTellingDue = false;
+  // Rows are others, of which selection and place are still to be shown. A report that is sorted
+  // says that line by line.
+  bool isRefillDue = false;
 };
 
 }  // namespace tarn
