@@ -30,6 +30,7 @@ class GroupBox : public QWidget {
 
   void Follow() {
     setVisible(report.IsGroupByVisible());
+    if (!report.IsGroupByVisible()) return;
     while (QLayoutItem* const item = row->takeAt(0)) {
       // A press on one of them may be what caused this.
       if (item->widget() != nullptr) {

@@ -1,18 +1,23 @@
 #include "platform/qt/ReportView.h"
 
-#include <QElapsedTimer>
+#include <QCoreApplication>
 #include <QHelpEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTextDocument>
 #include <QToolTip>
 #include <algorithm>
+#include <numeric>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
+#include "platform/text/Text.h"
 #include "platform/windowing/Toolkit.h"
 
 namespace tarn {
@@ -282,10 +287,40 @@ void ReportView::keyPressEvent(QKeyEvent* event) {
     CopyRows();
   } else if (event->matches(QKeySequence::SelectAll)) {
     event->accept();
-    std::vector<int> all;
-    for (int row = 0; row < report.GetRows().GetCount(); ++row) all.push_back(row);
-    report.NotifySelected(std::move(all), report.GetFocusedRow());
+    SelectAll();
+  } else if (const int column = SearchedColumn(); column >= 0 && typeAhead.Takes(*event)) {
+    event->accept();
+    const std::optional<int> found =
+        typeAhead.Find(*event, report.GetRows().GetCount(), report.GetFocusedRow(),
+                       [this, column](int row, const std::string& text) {
+                         const CReportRecordItem* const item = report.GetItemAt(row, column);
+                         return item != nullptr && StartsWithNoCase(item->GetCaption(), text);
+                       });
+    if (!found) return;
+    report.NotifySelected({*found}, *found);
+    if (IsWindow(handle)) scrollTo(rows->index(*found, column));
   }
+}
+
+int ReportView::SearchedColumn() const {
+  const CReportColumns& columns = std::as_const(report).GetColumns();
+  const auto hasTexts = [](const CReportColumn& column) {
+    return column.IsVisible() && column.GetIconId() == CReportColumn::kNoIcon;
+  };
+  int first = -1;
+  for (int i = columns.GetCount() - 1; i >= 0; --i) {
+    const CReportColumn& column = *columns.GetAt(i);
+    if (!hasTexts(column)) continue;
+    if (column.IsSorted()) return i;
+    first = i;
+  }
+  return first;
+}
+
+void ReportView::SelectAll() {
+  std::vector<int> all(static_cast<std::size_t>(report.GetRows().GetCount()));
+  std::iota(all.begin(), all.end(), 0);
+  report.NotifySelected(std::move(all), report.GetFocusedRow());
 }
 
 // A row a line, with tabs between the columns that are seen.
@@ -324,8 +359,44 @@ void ReportView::contextMenuEvent(QContextMenuEvent* event) {
   if (event->reason() == QContextMenuEvent::Keyboard) {
     const int row = std::clamp(report.GetFocusedRow() - report.GetTopRow() + 1, 0, RowsPerPage());
     screen = viewport()->mapToGlobal(QPoint(0, row * delegate->RowHeight()));
+  } else if (const int row = RowAt(event->pos().y());
+             row >= 0 && !report.GetSelectedRows().Contains(row)) {
+    report.NotifySelected({row}, row);
+    if (!IsWindow(handle)) return;
   }
-  report.NotifyContextMenu({screen.x(), screen.y()});
+  if (!report.NotifyContextMenu({screen.x(), screen.y()}) && IsWindow(handle)) ShowRowMenu(screen);
+}
+
+// Where the report's owners have none: what can be done with the rows, and the heads for those
+// without a mouse.
+void ReportView::ShowRowMenu(QPoint screen) {
+  auto* const menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  const auto whileAlive = [this](auto work) {
+    return [this, work] {
+      if (IsWindow(handle)) work();
+    };
+  };
+  QAction* const copy =
+      menu->addAction(QCoreApplication::translate("ReportView", "&Copy"),
+                      QKeySequence(QKeySequence::Copy), this, whileAlive([this] { CopyRows(); }));
+  copy->setEnabled(report.GetSelectedRows().GetCount() > 0);
+  QAction* const all = menu->addAction(QCoreApplication::translate("ReportView", "Select &all"),
+                                       QKeySequence(QKeySequence::SelectAll), this,
+                                       whileAlive([this] { SelectAll(); }));
+  all->setEnabled(report.GetRows().GetCount() > 0);
+  QMenu* const sorting = menu->addMenu(QCoreApplication::translate("ReportView", "&Sort by"));
+  for (int i = 0; i < report.GetColumns().GetCount(); ++i) {
+    const CReportColumn& column = *report.GetColumns().GetAt(i);
+    if (!column.IsVisible() || !column.IsSortable()) continue;
+    QAction* const action =
+        sorting->addAction(ToQtLabel(column.GetCaption()), this,
+                           whileAlive([this, i] { report.NotifyHeaderClicked(i); }));
+    action->setCheckable(true);
+    action->setChecked(column.IsSorted());
+  }
+  sorting->setEnabled(!sorting->isEmpty());
+  menu->popup(screen);
 }
 
 void ReportView::resizeEvent(QResizeEvent* event) {

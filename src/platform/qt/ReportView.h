@@ -6,6 +6,7 @@
 #include "platform/qt/ReportDelegate.h"
 #include "platform/qt/ReportHeader.h"
 #include "platform/qt/ReportModel.h"
+#include "platform/qt/TypeAhead.h"
 
 namespace tarn {
 
@@ -62,7 +63,11 @@ class ReportView : public QTreeView {
   void SelectRows();
   void TellState();
   void ShowTip(QHelpEvent& event);
+  // The sorted column, or the first that shows texts; -1 for none.
+  int SearchedColumn() const;
+  void SelectAll();
   void CopyRows() const;
+  void ShowRowMenu(QPoint screen);
 
   CReportControl& report;
   const WindowHandle handle;
@@ -70,6 +75,7 @@ class ReportView : public QTreeView {
   ReportDelegate* delegate;
   ReportHeader* head;
   QTimer takeTimer;
+  TypeAhead typeAhead;
   int following = 0;  // calls of the control that are running: nothing may be told back in them
   int rowHeight = 0;  // that the layout was made for
   bool isTellingDue = false;

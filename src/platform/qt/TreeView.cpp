@@ -1,6 +1,5 @@
 #include "platform/qt/TreeView.h"
 
-#include <QApplication>
 #include <QContextMenuEvent>
 #include <QFocusEvent>
 #include <QHeaderView>
@@ -11,7 +10,6 @@
 #include <algorithm>
 
 #include "platform/qt/QtFont.h"
-#include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -189,26 +187,6 @@ void TreeView::DrawGuides(QPainter& painter, const QRect& branches) const {
   }
 }
 
-// The next line that begins with what was typed; one letter again and again goes through them.
-void TreeView::SearchFor(const QString& typed) {
-  const bool goesOn = !searched.empty() && sinceTyped.isValid() &&
-                      sinceTyped.elapsed() < QApplication::keyboardInputInterval();
-  const std::string letter = FromQt(typed);
-  const bool isRepeated = goesOn && searched == letter;
-  if (!goesOn) searched.clear();
-  if (!isRepeated) searched += letter;
-  sinceTyped.start();
-  const CTreeItem* const selected = tree.GetSelectedItem();
-  const int count = tree.GetRowCount();
-  const int start = selected == nullptr ? 0 : std::max(0, tree.GetRowOf(*selected));
-  const bool mayStay = selected == nullptr || searched.size() > letter.size();
-  for (int i = mayStay ? 0 : 1; i < count + 1; ++i) {
-    CTreeItem* const item = tree.GetRow((start + i) % count);
-    if (item == nullptr || !StartsWithNoCase(item->GetText(), searched)) continue;
-    return tree.SelectItem(item);
-  }
-}
-
 // Of what the control does not use, the key that opens an item and the letters of a search are the
 // view's; the rest is for whoever is above.
 void TreeView::keyPressEvent(QKeyEvent* event) {
@@ -216,12 +194,16 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const Qt::KeyboardModifiers keys = event->modifiers() & ~Qt::KeypadModifier;
   if (!IsWindow(handle)) return;
-  const QString typed = event->text();
-  const bool isLetter =
-      !typed.isEmpty() && typed[0].isPrint() && (typed[0] != QLatin1Char(' ') || !searched.empty());
-  if (isLetter && (keys & ~Qt::ShiftModifier) == Qt::NoModifier) {
+  if (typeAhead.Takes(*event)) {
     event->accept();
-    return SearchFor(typed);
+    const CTreeItem* const current = tree.GetSelectedItem();
+    const std::optional<int> found = typeAhead.Find(
+        *event, tree.GetRowCount(), current == nullptr ? -1 : tree.GetRowOf(*current),
+        [this](int row, const std::string& text) {
+          return StartsWithNoCase(tree.GetRow(row)->GetText(), text);
+        });
+    if (found) tree.SelectItem(tree.GetRow(*found));
+    return;
   }
   if (!isEnter || keys != Qt::NoModifier) return;
   CTreeItem* const selected = tree.GetSelectedItem();

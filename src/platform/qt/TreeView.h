@@ -1,11 +1,10 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QTreeView>
-#include <string>
 
 #include "platform/qt/TreeDelegate.h"
 #include "platform/qt/TreeModel.h"
+#include "platform/qt/TypeAhead.h"
 
 namespace tarn {
 
@@ -48,7 +47,6 @@ class TreeView : public QTreeView {
 
  private:
   void DrawGuides(QPainter& painter, const QRect& branches) const;
-  void SearchFor(const QString& typed);
   void OnScrolledTo(int row);
   void TellState();
 
@@ -59,8 +57,7 @@ class TreeView : public QTreeView {
   int following = 0;  // calls of the control that are running: nothing may be told back in them
   QSize measures;     // of a line, that the layout was made for
   bool isTellingDue = false;
-  std::string searched;  // letters that followed each other quickly
-  QElapsedTimer sinceTyped;
+  TypeAhead typeAhead;
 };
 
 }  // namespace tarn

@@ -225,10 +225,11 @@ void CWnd::NotifyDroppedFiles(const std::vector<std::string>& paths) {
   }
 }
 
-void CWnd::NotifyContextMenu(Point screen) {
+bool CWnd::NotifyContextMenu(Point screen) {
   for (CWnd* window = this; window != nullptr; window = window->parentWindow) {
-    if (window->OnContextMenu(screen)) return;
+    if (window->OnContextMenu(screen)) return true;
   }
+  return false;
 }
 
 std::intptr_t CWnd::OnWindowMessage(std::uint32_t message, std::intptr_t wParam,

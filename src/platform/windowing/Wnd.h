@@ -161,8 +161,8 @@ class CWnd : public WindowTarget {
   // True when the key was used and must do nothing else.
   bool NotifyKey(const KeyEvent& event);
   void NotifyDroppedFiles(const std::vector<std::string>& paths);
-  // Goes up the parents until one handles it.
-  void NotifyContextMenu(Point screen);
+  // Goes up the parents until one handles it. False when none did.
+  bool NotifyContextMenu(Point screen);
 
   std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
                                 std::intptr_t lParam) final;

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPointer>
 #include <QScrollBar>
 #include <QTest>
@@ -47,7 +48,7 @@ class Owner : public CWnd {
     if (whenTold) whenTold();
     return 0;
   }
-  bool OnContextMenu(Point) override { return ++menus > 0; }
+  bool OnContextMenu(Point) override { return ++menus > 1; }
 
  private:
   std::string told;
@@ -141,6 +142,18 @@ TEST_F(ReportPeerTest, MouseAndKeysGoThroughTheControl) {
   QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, {});
   QApplication::sendEvent(view, &menu);
   EXPECT_EQ(owner.menus, 1);
+  // The owner has none.
+  const auto* const shown = view->findChild<QMenu*>();
+  ASSERT_NE(shown, nullptr);
+  for (QAction* const sort : shown->actions().last()->menu()->actions()) {
+    if (sort->text() == "Name") sort->trigger();
+  }
+  EXPECT_EQ(Shown(), "apple fig pear ");
+  QTest::keyClicks(view, "PE");
+  EXPECT_EQ(report.GetFocusedRow(), 2);
+  QContextMenuEvent second(QContextMenuEvent::Mouse, CellAt(0, 1), {});
+  QApplication::sendEvent(view->viewport(), &second);
+  EXPECT_EQ(report.GetSelectedRows().GetIndexes(), std::vector<int>{0});
 }
 
 TEST_F(ReportPeerTest, HeadsSortGroupAndTakeTheWidthsThatTheUserGives) {

@@ -1,0 +1,40 @@
+#include "platform/qt/TypeAhead.h"
+
+#include <QApplication>
+#include <algorithm>
+
+#include "platform/qt/QtText.h"
+
+namespace tarn {
+
+bool TypeAhead::GoesOn() const {
+  return !searched.empty() && sinceTyped.elapsed() < QApplication::keyboardInputInterval();
+}
+
+bool TypeAhead::Takes(const QKeyEvent& event) const {
+  const QString typed = event.text();
+  const Qt::KeyboardModifiers others =
+      event.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier);
+  if (typed.isEmpty() || others != Qt::NoModifier || !typed[0].isPrint()) return false;
+  return typed[0] != QLatin1Char(' ') || GoesOn();
+}
+
+std::optional<int> TypeAhead::Find(
+    const QKeyEvent& event, int count, int current,
+    const std::function<bool(int line, const std::string& text)>& begins) {
+  const std::string letter = FromQt(event.text());
+  const bool isRepeated = GoesOn() && searched == letter;
+  if (!GoesOn()) searched.clear();
+  if (!isRepeated) searched += letter;
+  sinceTyped.start();
+  // Of more letters the line that the first ones have found may still be the right one.
+  const bool mayStay = current < 0 || searched.size() > letter.size();
+  const int first = std::max(0, current) + (mayStay ? 0 : 1);
+  for (int i = 0; i < count; ++i) {
+    const int line = (first + i) % count;
+    if (begins(line, searched)) return line;
+  }
+  return std::nullopt;
+}
+
+}  // namespace tarn
