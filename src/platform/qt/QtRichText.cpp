@@ -106,7 +106,8 @@ QFont FixedFont() {
 
 QTextCharFormat ToFormat(const RichTextRun& run) {
   QTextCharFormat format;
-  format.setForeground(ToTextColor(run.color));
+  // Black is the desktop's own, which is another one for a view that is disabled.
+  if (run.color != 0) format.setForeground(ToTextColor(run.color));
   if (run.isBold) format.setFontWeight(QFont::Bold);
   if (run.target != nullptr) {
     format.setAnchor(true);

@@ -28,10 +28,15 @@ namespace tarn {
 
 namespace {
 
-// A window that only holds others.
+// A window that only holds others; below another one it is a part of what that shows, for example
+// a margin beside a text.
 class PlainPeer : public WidgetPeer<WindowPeer> {
  public:
   explicit PlainPeer(CWnd& shownWindow) : WidgetPeer(shownWindow, new QWidget) {
+    if (shownWindow.GetParent() != nullptr) {
+      widget->setBackgroundRole(QPalette::Base);
+      widget->setAutoFillBackground(true);
+    }
     new WindowInput(shownWindow, *widget);
   }
 };

@@ -385,6 +385,7 @@ void ReportView::ShowRowMenu(QPoint screen) {
                                        QKeySequence(QKeySequence::SelectAll), this,
                                        whileAlive([this] { SelectAll(); }));
   all->setEnabled(report.GetRows().GetCount() > 0);
+  menu->addSeparator();
   QMenu* const sorting = menu->addMenu(QCoreApplication::translate("ReportView", "&Sort by"));
   for (int i = 0; i < report.GetColumns().GetCount(); ++i) {
     const CReportColumn& column = *report.GetColumns().GetAt(i);
