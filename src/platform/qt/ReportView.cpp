@@ -65,7 +65,10 @@ ReportView::ReportView(CReportControl& shownReport)
   });
   connect(head, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
     CReportColumn* const fitted = IsWindow(handle) ? report.GetColumns().GetAt(column) : nullptr;
-    if (fitted != nullptr) report.GetReportHeader().BestFit(*fitted);
+    if (fitted == nullptr) return;
+    report.GetReportHeader().BestFit(*fitted);
+    // The others make room for all of it.
+    report.NotifyColumnResized(column, fitted->GetWidth());
   });
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int row) {
     if (following > 0 || isRefillDue) {

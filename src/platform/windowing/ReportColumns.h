@@ -34,10 +34,10 @@ class CReportColumn {
 
   int GetIndex() const { return index; }
   const std::string& GetCaption() const { return caption; }
-  // Its own; what it gets where the window is wider stands in CReportControl::LayOutColumns.
+  // Its own; what it gets in a window of another width stands in CReportControl::LayOutColumns.
   int GetWidth() const { return width; }
   void SetWidth(int pixels);
-  // Takes a share of the width that is left over.
+  // Takes a share of the width that is left over or missing.
   bool IsAutoSize() const { return isAutoSize; }
   // Number of a picture, for a column whose cells show pictures or check boxes.
   int GetIconId() const { return iconId; }

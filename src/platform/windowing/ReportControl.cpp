@@ -205,15 +205,15 @@ std::vector<CReportControl::ColumnSpan> CReportControl::LayOutColumns() const {
     total += column.GetWidth();
     if (column.IsAutoSize()) elastic += column.GetWidth();
   }
-  int surplus = std::max(0, GetClientRect().Width() - total);
+  int surplus = GetClientRect().Width() - total;
   int left = 0;
   for (ColumnSpan& span : spans) {
     span.left = left;
     if (elastic > 0 && columns.GetAt(span.column)->IsAutoSize()) {
       const int own = span.width;
       const auto share = static_cast<int>(std::int64_t{surplus} * own / elastic);
-      span.width += share;
-      surplus -= share;
+      span.width = std::max(std::min(own, kLeastElasticWidth), own + share);
+      surplus -= span.width - own;
       elastic -= own;
     }
     left += span.width;

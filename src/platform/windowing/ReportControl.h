@@ -162,13 +162,15 @@ class CReportControl : public CWnd {
   static constexpr int kCellMargin = 4;
   static constexpr int kOpenerWidth = 16;
   static constexpr int kPictureWidth = 16;  // without an image list
+  static constexpr int kLeastElasticWidth = 40;
 
   struct ColumnSpan {
     int column = 0;
     int left = 0;
     int width = 0;
   };
-  // The visible columns from left to right; those that size themselves share what is left over.
+  // The visible columns from left to right. Those that size themselves share what is left over, or
+  // what is missing, as long as none gets narrower than kLeastElasticWidth.
   std::vector<ColumnSpan> LayOutColumns() const;
   ReportHit HitTest(Point point) const;
   // The number of the first row below the header. It stays through a refill, as far as there are

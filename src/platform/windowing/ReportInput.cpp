@@ -8,13 +8,6 @@
 
 namespace tarn {
 
-namespace {
-
-// Columns that make room for another do not get narrower than this.
-constexpr int kLeastShare = 40;
-
-}  // namespace
-
 void CReportControl::Send(ReportMessage message, const ReportNotice& notice) {
   ReportNotice sent = notice;
   sent.id = GetId();
@@ -145,7 +138,7 @@ void CReportControl::NotifyColumnResized(int column, int width) {
     if (span.column > column && elastic > 0) {
       const auto share = static_cast<int>(std::int64_t{gained} * own / elastic);
       elastic -= own;
-      own = std::max(std::min(own, kLeastShare), own - share);
+      own = std::max(std::min(own, kLeastElasticWidth), own - share);
       gained -= share;
     }
     each.SetWidth(own);

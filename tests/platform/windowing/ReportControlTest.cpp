@@ -399,7 +399,10 @@ TEST_F(Report, ColumnsShareWhatIsLeftAndFitTheirContent) {
   EXPECT_EQ(spans(), "0:0+20 2:20+280 ");
   report->GetColumns().GetAt(1)->SetVisible(true);
   report->NotifyColumnResized(2, 400);
-  EXPECT_EQ(spans(), "0:0+20 1:20+80 2:100+400 ");
+  EXPECT_EQ(spans(), "0:0+20 1:20+80 2:100+200 ");
+  report->NotifyResized({120, 120});
+  EXPECT_EQ(spans(), "0:0+20 1:20+80 2:100+40 ");
+  report->NotifyResized({300, 120});
   report->NotifyColumnResized(2, 100);
   report->NotifyColumnResized(0, 50);
   EXPECT_EQ(spans(), "0:0+50 1:50+80 2:130+170 ");
