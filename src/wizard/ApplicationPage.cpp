@@ -16,32 +16,34 @@ namespace tarn {
 
 namespace {
 
+constexpr std::uint32_t kFieldStyle = kStyleBorder | kEditAutoScroll;
+
 constexpr ControlRow kControls[] = {
     {8015, ControlKind::Label, "Type:", {8, 11, 88, 29}},
-    {kIdType, ControlKind::DropDownList, "", {96, 8, 296, 32}},
+    {kIdType, ControlKind::DropDownList, "", {96, 8, 336, 32}},
     {8010, ControlKind::Label, "Processor:", {8, 43, 88, 61}},
-    {kIdTargetFrame, ControlKind::Frame, "", {96, 40, 296, 216}},
-    {8017, ControlKind::Label, "Description:", {308, 43, 528, 61}},
-    {kIdDescription, ControlKind::Label, "Description", {308, 64, 528, 192}},
-    {kIdDatasheet, ControlKind::Link, "DataSheet", {308, 198, 528, 216}},
-    {8013, ControlKind::Label, "Name:", {8, 231, 88, 249}},
-    {kIdName, ControlKind::Edit, "", {96, 228, 528, 252}, kEditAutoScroll},
-    {8014, ControlKind::Label, "Location:", {8, 263, 88, 281}},
-    {kIdLocation, ControlKind::Edit, "", {96, 260, 488, 284}, kEditAutoScroll},
-    {kIdBrowse, ControlKind::PushButton, "...", {496, 260, 528, 284}},
+    {kIdTargetFrame, ControlKind::Frame, "", {96, 40, 336, 288}},
+    {8017, ControlKind::Label, "Description:", {352, 43, 632, 61}},
+    {kIdDescription, ControlKind::Label, "Description", {352, 64, 632, 260}},
+    {kIdDatasheet, ControlKind::Link, "DataSheet", {352, 268, 632, 288}},
+    {8013, ControlKind::Label, "Name:", {8, 303, 88, 321}},
+    {kIdName, ControlKind::Edit, "", {96, 300, 632, 324}, kFieldStyle},
+    {8014, ControlKind::Label, "Location:", {8, 335, 88, 353}},
+    {kIdLocation, ControlKind::Edit, "", {96, 332, 588, 356}, kFieldStyle},
+    {kIdBrowse, ControlKind::PushButton, "...", {596, 332, 632, 356}},
     {kIdLaunchTool,
      ControlKind::CheckBox,
      "Launch Cobbler to generate source files",
-     {96, 292, 528, 312}},
+     {96, 364, 632, 384}},
     {kIdIntoProject,
      ControlKind::RadioButton,
      "Insert to the current project",
-     {96, 320, 312, 340},
+     {96, 392, 340, 412},
      0,
      true},
-    {kIdNewProject, ControlKind::RadioButton, "Create a new project", {316, 320, 528, 340}},
+    {kIdNewProject, ControlKind::RadioButton, "Create a new project", {352, 392, 632, 412}},
 };
-constexpr PageTemplate kTemplate = {107, {536, 348}, kControls};
+constexpr PageTemplate kTemplate = {107, {640, 420}, kControls};
 
 // The settings of the user that outlive the wizard.
 constexpr const char* kSection = "Project";

@@ -293,12 +293,13 @@ void ReportView::keyPressEvent(QKeyEvent* event) {
     SelectAll();
   } else if (const int column = SearchedColumn(); column >= 0 && typeAhead.Takes(*event)) {
     event->accept();
-    const std::optional<int> found =
-        typeAhead.Find(*event, report.GetRows().GetCount(), report.GetFocusedRow(),
-                       [this, column](int row, const std::string& text) {
-                         const CReportRecordItem* const item = report.GetItemAt(row, column);
-                         return item != nullptr && StartsWithNoCase(item->GetCaption(), text);
-                       });
+    const std::optional<int> found = typeAhead.Find(
+        *event, report.GetRows().GetCount(), report.GetFocusedRow(),
+        [this, column](int row, const std::string& text) {
+          const CReportRecordItem* const item = report.GetItemAt(row, column);
+          const bool begins = item != nullptr && StartsWithNoCase(item->GetCaption(), text);
+          return begins ? TypeAhead::Fit::Start : TypeAhead::Fit::None;
+        });
     if (!found) return;
     report.NotifySelected({*found}, *found);
     if (IsWindow(handle)) scrollTo(rows->index(*found, column));

@@ -1,6 +1,7 @@
 #include "platform/qt/TreeView.h"
 
 #include <QContextMenuEvent>
+#include <QDialog>
 #include <QFocusEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -10,6 +11,7 @@
 #include <algorithm>
 
 #include "platform/qt/QtFont.h"
+#include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -38,7 +40,8 @@ TreeView::TreeView(CTreeCtrl& shownTree)
       delegate(new TreeDelegate(shownTree, *this)) {
   const Following quiet(following);
   setHeaderHidden(true);
-  setFrameShape(QFrame::NoFrame);
+  const bool isFramed = (tree.GetStyle() & (kStyleBorder | kStyleStaticEdge)) != 0;
+  setFrameShape(isFramed ? QFrame::StyledPanel : QFrame::NoFrame);
   setUniformRowHeights(true);
   setRootIsDecorated((tree.GetStyle() & kTreeLinesAtRoot) != 0);
   setEditTriggers(NoEditTriggers);
@@ -187,6 +190,37 @@ void TreeView::DrawGuides(QPainter& painter, const QRect& branches) const {
   }
 }
 
+// Those in closed ones as well.
+std::vector<CTreeItem*> TreeView::ListItems() const {
+  std::vector<CTreeItem*> all;
+  for (CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNext()) {
+    all.push_back(item);
+  }
+  return all;
+}
+
+void TreeView::SearchFor(const QKeyEvent& typed) {
+  const std::vector<CTreeItem*> all = ListItems();
+  const auto current = std::find(all.begin(), all.end(), tree.GetSelectedItem());
+  const std::optional<int> line =
+      typeAhead.Find(typed, static_cast<int>(all.size()),
+                     current == all.end() ? -1 : static_cast<int>(current - all.begin()),
+                     [&all](int each, const std::string& text) {
+                       const std::string& label = all[static_cast<std::size_t>(each)]->GetText();
+                       if (StartsWithNoCase(label, text)) return TypeAhead::Fit::Start;
+                       const bool isInside = ToQt(label).contains(ToQt(text), Qt::CaseInsensitive);
+                       return isInside ? TypeAhead::Fit::Inside : TypeAhead::Fit::None;
+                     });
+  if (!line) return;
+  CTreeItem* const found = all[static_cast<std::size_t>(*line)];
+  tree.SelectItem(found);
+  if (!IsWindow(handle) || tree.GetSelectedItem() != found) return;
+  tree.EnsureVisible(*found);
+  // Wider lines may have brought a bar that takes a line away.
+  TellState();
+  if (IsWindow(handle) && tree.GetSelectedItem() == found) tree.EnsureVisible(*found);
+}
+
 // Of what the control does not use, the key that opens an item and the letters of a search are the
 // view's; the rest is for whoever is above.
 void TreeView::keyPressEvent(QKeyEvent* event) {
@@ -196,16 +230,12 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
   if (!IsWindow(handle)) return;
   if (typeAhead.Takes(*event)) {
     event->accept();
-    const CTreeItem* const current = tree.GetSelectedItem();
-    const std::optional<int> found = typeAhead.Find(
-        *event, tree.GetRowCount(), current == nullptr ? -1 : tree.GetRowOf(*current),
-        [this](int row, const std::string& text) {
-          return StartsWithNoCase(tree.GetRow(row)->GetText(), text);
-        });
-    if (found) tree.SelectItem(tree.GetRow(*found));
+    SearchFor(*event);
     return;
   }
-  if (!isEnter || keys != Qt::NoModifier) return;
+  // In a dialog the key is the default button's.
+  const bool isDialog = qobject_cast<QDialog*>(window()) != nullptr;
+  if (!isEnter || keys != Qt::NoModifier || isDialog) return;
   CTreeItem* const selected = tree.GetSelectedItem();
   if (selected == nullptr) return;
   event->accept();

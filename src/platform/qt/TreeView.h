@@ -2,8 +2,10 @@
 
 #include <QTreeView>
 
+#include <vector>
 #include "platform/qt/TreeDelegate.h"
 #include "platform/qt/TreeModel.h"
+
 #include "platform/qt/TypeAhead.h"
 
 namespace tarn {
@@ -46,6 +48,8 @@ class TreeView : public QTreeView {
   void updateGeometries() override;
 
  private:
+  std::vector<CTreeItem*> ListItems() const;
+  void SearchFor(const QKeyEvent& typed);
   void DrawGuides(QPainter& painter, const QRect& branches) const;
   void OnScrolledTo(int row);
   void TellState();

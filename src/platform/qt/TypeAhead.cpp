@@ -21,7 +21,7 @@ bool TypeAhead::Takes(const QKeyEvent& event) const {
 
 std::optional<int> TypeAhead::Find(
     const QKeyEvent& event, int count, int current,
-    const std::function<bool(int line, const std::string& text)>& begins) {
+    const std::function<Fit(int line, const std::string& text)>& fit) {
   const std::string letter = FromQt(event.text());
   const bool isRepeated = GoesOn() && searched == letter;
   if (!GoesOn()) searched.clear();
@@ -30,11 +30,14 @@ std::optional<int> TypeAhead::Find(
   // Of more letters the line that the first ones have found may still be the right one.
   const bool mayStay = current < 0 || searched.size() > letter.size();
   const int first = std::max(0, current) + (mayStay ? 0 : 1);
+  std::optional<int> inside;
   for (int i = 0; i < count; ++i) {
     const int line = (first + i) % count;
-    if (begins(line, searched)) return line;
+    const Fit found = fit(line, searched);
+    if (found == Fit::Start) return line;
+    if (found == Fit::Inside && !inside) inside = line;
   }
-  return std::nullopt;
+  return inside;
 }
 
 }  // namespace tarn

@@ -1,0 +1,76 @@
+// The wizard in the real window, from its command to a built project.
+#include <QDialog>
+#include <QLineEdit>
+#include <QRadioButton>
+
+#include "desktop/IdeFixture.h"
+
+namespace tarn::host {
+namespace {
+
+using testing::RunUntil;
+
+class WizardTest : public testing::IdeFixture {
+ protected:
+  // Gives the command and does this in the dialog that comes; false when none does.
+  bool InWizard(const std::function<void(QDialog&)>& use) {
+    bool isUsed = false;
+    QTimer::singleShot(0, [&] {
+      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      isUsed = true;
+      use(*dialog);
+      if (dialog->isVisible()) dialog->reject();
+    });
+    Choose("New application...");
+    return isUsed;
+  }
+  static QLineEdit* FieldOf(const QDialog& dialog, const QString& label) {
+    for (QLineEdit* const field : dialog.findChildren<QLineEdit*>()) {
+      if (field->accessibleName() == label) return field;
+    }
+    return nullptr;
+  }
+  static void Fill(const QDialog& dialog, const QString& label, const std::string& text) {
+    QLineEdit* const field = FieldOf(dialog, label);
+    ASSERT_NE(field, nullptr) << label.toStdString();
+    field->selectAll();
+    QTest::keyClicks(field, QString::fromStdString(text));
+  }
+};
+
+TEST_F(WizardTest, LeadsByKeyboardToANewProjectThatBuilds) {
+  std::filesystem::create_directory(folder / "new");
+  ASSERT_TRUE(InWizard([&](QDialog& dialog) {
+    auto* const targets = dialog.findChild<QTreeView*>();
+    targets->setFocus();
+    QTest::keyClicks(targets, "328p");
+    for (QRadioButton* const each : dialog.findChildren<QRadioButton*>()) {
+      if (each->text() == "Create a new project") QTest::keyClick(each, Qt::Key_Space);
+    }
+    Fill(dialog, "Name:", "demo");
+    Fill(dialog, "Location:", folder / "new");
+    targets->setFocus();
+    QTest::keyClick(targets, Qt::Key_Return);
+  }));
+  ASSERT_TRUE(RunUntil([&] { return window->windowTitle() == "demo - Tarn"; }, 5000));
+  folder.Write("new/main.c", "#include <avr/io.h>\nint main(void) { DDRB = 1; for (;;) {} }\n");
+  ASSERT_NE(window->Session().Manager().AddExistingItem(folder / "new/main.c"), 0);
+  ASSERT_TRUE(RunUntil([&] { return FindLine("main.c").isValid(); }, 5000));
+  ASSERT_TRUE(Choose("Build all"));
+  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
+  EXPECT_TRUE(std::filesystem::exists(folder / "new/build/Standard/demo.elf"));
+}
+
+TEST_F(WizardTest, EscapeLeavesTheProjectAsItIs) {
+  ASSERT_TRUE(InWizard([&](QDialog& dialog) {
+    Fill(dialog, "Name:", "demo");
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    EXPECT_FALSE(dialog.isVisible());
+  }));
+  EXPECT_EQ(window->windowTitle(), "blinky-avr - Tarn");
+  EXPECT_FALSE(FindLine("demo").isValid());
+}
+
+}  // namespace
+}  // namespace tarn::host
