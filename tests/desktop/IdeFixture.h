@@ -32,6 +32,8 @@ class IdeFixture : public ::testing::Test {
     window.emplace(FileSystem::Native());
     EXPECT_TRUE(window->Start());
     window->show();
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&*window));
     window->OpenProject(folder / "blinky/blinky-avr.tprj");
   }
 
@@ -49,7 +51,9 @@ class IdeFixture : public ::testing::Test {
     const QModelIndex line = FindLine(label);
     EXPECT_TRUE(line.isValid()) << label.toStdString();
     Tree().scrollTo(line);
-    return Tree().visualRect(line).center();
+    const QRect place = Tree().visualRect(line);
+    // On the label, which the rest of the line is not.
+    return {place.left() + 30, place.center().y()};
   }
   void Select(const QString& label) {
     QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, PlaceOf(label));

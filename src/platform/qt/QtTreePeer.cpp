@@ -94,7 +94,10 @@ bool QtTreePeer::OnDragBegun(const CTreeItem& item, Point hotSpot, Point screen)
   dragged = std::make_unique<QLabel>(nullptr, Qt::ToolTip | Qt::FramelessWindowHint |
                                                   Qt::WindowTransparentForInput |
                                                   Qt::WindowDoesNotAcceptFocus);
-  dragged->setAttribute(Qt::WA_TranslucentBackground);
+  // Not to be seen through: not every desktop can do that.
+  dragged->setPalette(widget->palette());
+  dragged->setBackgroundRole(QPalette::Base);
+  dragged->setAutoFillBackground(true);
   dragged->setAttribute(Qt::WA_ShowWithoutActivating);
   dragged->setWindowOpacity(kDragOpacity);
   dragged->setPixmap(widget->Delegate().PictureOf(item));

@@ -1,0 +1,113 @@
+// What a user does with mouse and keys in the real window, and what becomes of the project.
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "desktop/IdeFixture.h"
+#include "hosts/desktop/CodeEditor.h"
+
+namespace tarn::host {
+namespace {
+
+using testing::RunUntil;
+
+class UserActionsTest : public testing::IdeFixture {
+ protected:
+  std::string ParentOf(const QString& label) {
+    return FindLine(label).parent().data().toString().toStdString();
+  }
+  // Presses that button of the next question; false when none comes.
+  bool Answer(QMessageBox::StandardButton button, const std::function<void()>& asking) {
+    bool isAsked = false;
+    QTimer::singleShot(0, [&] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      isAsked = box != nullptr && box->button(button) != nullptr;
+      if (isAsked) box->button(button)->click();
+    });
+    asking();
+    return isAsked;
+  }
+};
+
+TEST_F(UserActionsTest, AGroupIsRenamedInItsPlaceAndEscapeLeavesIt) {
+  // What the server still learns of the project would end the rename.
+  RunUntil([] { return false; }, 500);
+  const auto rename = [&](const QString& from, const QString& to, Qt::Key end) {
+    Select(from);
+    QTest::mouseDClick(Tree().viewport(), Qt::LeftButton, {}, PlaceOf(from));
+    QLineEdit* field = nullptr;
+    ASSERT_TRUE(RunUntil(
+        [&] {
+          field = Tree().findChild<QLineEdit*>();
+          return field != nullptr;
+        },
+        3000));
+    QTest::keyClicks(field, to);
+    QTest::keyClick(field, end);
+  };
+  rename("Drivers", "Hardware", Qt::Key_Return);
+  ASSERT_TRUE(RunUntil([&] { return FindLine("Hardware").isValid(); }, 3000));
+  EXPECT_EQ(ParentOf("led.c"), "Hardware");
+  rename("Hardware", "Nothing", Qt::Key_Escape);
+  EXPECT_TRUE(FindLine("Hardware").isValid());
+  window->Session().Manager().ProjectSave();
+  EXPECT_NE(testing::ReadBytes(folder / "blinky/blinky-avr.tapp").find("Header=\"Hardware\""),
+            std::string::npos);
+}
+
+TEST_F(UserActionsTest, ANodeThatIsDraggedOntoAGroupGoesIntoIt) {
+  ASSERT_EQ(ParentOf("led.c"), "Drivers");
+  QWidget* const lines = Tree().viewport();
+  const QPoint from = PlaceOf("led.c");
+  const QPoint onto = PlaceOf("Application");
+  QTest::mousePress(lines, Qt::LeftButton, {}, from);
+  for (int step = 1; step <= 10; ++step) {
+    // With the button held, which QTest's own moves are not.
+    const QPointF place = from + (onto - from) * step / 10;
+    QMouseEvent move(QEvent::MouseMove, place, lines->mapToGlobal(place), Qt::NoButton,
+                     Qt::LeftButton, {});
+    QApplication::sendEvent(lines, &move);
+  }
+  QTest::mouseRelease(lines, Qt::LeftButton, {}, onto);
+  ASSERT_TRUE(RunUntil([&] { return ParentOf("led.c") == "Application"; }, 3000))
+      << ParentOf("led.c");
+  ASSERT_TRUE(Choose("Build all"));
+  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
+  EXPECT_TRUE(IsBuilt("blinky-avr.elf"));
+}
+
+TEST_F(UserActionsTest, StopEndsABuildWithItsTools) {
+  std::optional<BuildEnd> ended;
+  window->Commands().onEnded = [&](BuildEnd end) { ended = end; };
+  ASSERT_TRUE(Choose("Build all"));
+  ASSERT_TRUE(Choose("Stop"));
+  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }, 5000));
+  EXPECT_EQ(ended, BuildEnd::Stopped);
+  EXPECT_FALSE(IsBuilt("blinky-avr.elf"));
+}
+
+TEST_F(UserActionsTest, ClosingAsksForTextThatIsNotSaved) {
+  const std::string path = folder / "blinky/src/main.c";
+  const std::string before = testing::ReadBytes(path);
+  window->OpenPaths({path});
+  ASSERT_EQ(window->Editors().count(), 1);
+  window->Editors().Current()->insert("// mine\n");
+  EXPECT_TRUE(Answer(QMessageBox::Cancel, [&] { window->close(); }));
+  EXPECT_TRUE(window->isVisible());
+  EXPECT_EQ(testing::ReadBytes(path), before);
+  EXPECT_TRUE(Answer(QMessageBox::Save, [&] { window->close(); }));
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_EQ(testing::ReadBytes(path), "// mine\n" + before);
+}
+
+TEST_F(UserActionsTest, WhatStandsInAnEditorIsWhatIsBuilt) {
+  window->OpenPaths({folder / "blinky/src/main.c"});
+  window->Editors().Current()->insert("#error mine\n");
+  ASSERT_TRUE(Choose("Build all"));
+  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
+  EXPECT_FALSE(IsBuilt("blinky-avr.elf"));
+  EXPECT_FALSE(window->Editors().Current()->isModified());
+}
+
+}  // namespace
+}  // namespace tarn::host
