@@ -1,5 +1,6 @@
 #include "hosts/desktop/CommandRunner.h"
 
+#include <QEventLoop>
 #include <QTimer>
 #include <algorithm>
 #include <iterator>
@@ -119,7 +120,10 @@ void CommandRunner::Approach() {
 }
 
 void CommandRunner::Start(std::uint32_t command) {
-  if (session.Manager().PrologCommand(command) == 0) return;
+  if (session.Manager().PrologCommand(command) == 0) {
+    if (waiter) waiter(BuildEnd::Refused);
+    return;
+  }
   session.BeginWork(&progress.emplace(CounterFor(command, session)));
   building = command;
   isCleaning = command == kCmdCleanAll || command == kCmdCleanNode;
@@ -130,6 +134,21 @@ void CommandRunner::Start(std::uint32_t command) {
   const bool isRunning =
       session.Manager().Command(command) == 2 && session.Manager().EnableCommand(kCmdStop) != 0;
   if (!isRunning && building == command) FinishBuild(BuildEnd::Refused);
+}
+
+BuildOutcome CommandRunner::RunAndWait(const BuildRequest& request) {
+  if (IsBuilding()) return {};
+  BuildOutcome outcome;
+  QEventLoop loop;
+  waiter = [&](BuildEnd end) {
+    outcome = session.GetOutcome();
+    outcome.end = end;
+    loop.quit();
+  };
+  Run(session.SelectCommand(request));
+  if (IsBuilding()) loop.exec();
+  waiter = {};
+  return outcome;
 }
 
 // What is kept of a large project is handed over a little at a time.
@@ -150,7 +169,7 @@ void CommandRunner::ContinueRestore() {
 void CommandRunner::Stop() {
   if (!IsBuilding() || isStopAsked) return;
   if (std::exchange(waiting, 0) != 0) {
-    if (onEnded) onEnded(BuildEnd::Stopped);
+    TellEnd(BuildEnd::Stopped);
     return;
   }
   isStopAsked = true;
@@ -167,7 +186,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
   } else if (event.number == kMsgProjectOpened) {
     isRestored = false;
     isRestoring = false;
-    waiting = 0;
+    if (std::exchange(waiting, 0) != 0 && waiter) waiter(BuildEnd::Refused);
     // The server opens projects by itself, too: the wizard's, and the one that stands in for none.
     if (isOpening) return;
     QTimer::singleShot(0, this, [this, path = event.text, isStandIn = event.lParam != 0] {
@@ -200,8 +219,13 @@ void CommandRunner::FinishBuild(BuildEnd end) {
     building = 0;
     isFinishing = false;
     session.TakeLogLines();  // the log window has shown them
-    if (onEnded) onEnded(end);
+    TellEnd(end);
   });
+}
+
+void CommandRunner::TellEnd(BuildEnd end) {
+  if (waiter) waiter(end);
+  if (onEnded) onEnded(end);
 }
 
 void CommandRunner::ServePosted() {

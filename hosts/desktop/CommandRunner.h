@@ -38,6 +38,9 @@ class CommandRunner : public QObject {
   bool IsEnabled(std::uint32_t command);
   // Nothing when it is not enabled, or the server refuses it.
   void Run(std::uint32_t command);
+  // Builds, and runs the loop until that has ended: for a script, which waits while the user goes
+  // on. Refused when something is building already.
+  BuildOutcome RunAndWait(const BuildRequest& request);
   // Ends a running build with its tools; onEnded comes as soon as they are gone.
   void Stop();
   // From the moment that one was asked for until its results are kept.
@@ -64,12 +67,14 @@ class CommandRunner : public QObject {
   void Approach();
   void Start(std::uint32_t command);
   void FinishBuild(BuildEnd end);
+  void TellEnd(BuildEnd end);
   void ServePosted();
 
   MainFrame& frame;
   BuildSession& session;
   FileSystem& files;
   std::optional<BuildProgress> progress;
+  std::function<void(BuildEnd end)> waiter;  // of RunAndWait
   // Commands; 0 for none.
   std::uint32_t waiting = 0;  // for the project to be made known
   std::uint32_t building = 0;

@@ -78,6 +78,10 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   progress = new StatusProgress(*runner, this);
   progress->onShowLog = [this] { ShowLog(); };
   statusBar()->addWidget(progress, 1);
+  // A script's build doesn't hold the window.
+  session->Scripts().runBuild = [this](const BuildRequest& request) {
+    return runner->RunAndWait(request);
+  };
   notices = std::make_unique<ServerNotices>(frame, *statusBar());
   notices->onSelectionChanged = [this] {
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);

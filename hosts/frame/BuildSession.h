@@ -104,6 +104,10 @@ class BuildSession {
   void Adopt(const std::string& openedPath);
   // The project was closed, or another one is open that nothing is kept for: none is built by Run.
   void LeaveProject() { OnProjectChanged({}); }
+  // Makes what is to be built current, and gives the command for it.
+  std::uint32_t SelectCommand(const BuildRequest& request);
+  // How many tools have ended since BeginWork.
+  const BuildOutcome& GetOutcome() const { return outcome; }
   // In front of a call that may start tools. Not while a build runs. `observer` may be null; it is
   // told until EndWork.
   void BeginWork(BuildObserver* observer = nullptr);
@@ -160,7 +164,6 @@ class BuildSession {
   std::intptr_t OnProjectChanged(const std::string& path);
   std::intptr_t OnRunScript(const HostEvent& event);
   bool FollowProject();
-  std::uint32_t SelectCommand(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
   void WaitForWorker();
   void ServePostedCommands();

@@ -78,6 +78,7 @@ class ProjectManagerDriver : public COleDispatchDriver {
   std::int32_t SetBuildInfo(const std::string& xml) { return InvokeLong(33, {"", xml}); }
   // The tools that fit the current node, each with the number of its command, as XML.
   std::string GetToolCommands() { return InvokeText(35, {AsNumber(kCmdToolList)}); }
+  std::int32_t ExecuteScript(const std::string& path) { return InvokeLong(44, {path}); }
   std::int32_t SavePropertyValue(const std::string& set, const std::string& section,
                                  const std::string& property, const std::string& value) {
     return InvokeLong(34, {set, section, property, value});

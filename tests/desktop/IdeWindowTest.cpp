@@ -7,6 +7,7 @@
 #include <QDockWidget>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QToolBar>
@@ -101,6 +102,22 @@ TEST_F(IdeWindowTest, AProjectThatTheServerOpensByItselfIsTheOneWhoseStateIsKept
                         std::filesystem::copy_options::recursive);
   ASSERT_NE(window->Session().Manager().ProjectOpen(second), 0);
   EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == second; }, 5000));
+}
+
+TEST_F(IdeWindowTest, AScriptsBuildLeavesTheWindowAliveAndTellsTheScriptHowItEnded) {
+  int heartbeats = 0;
+  QTimer heart;
+  QObject::connect(&heart, &QTimer::timeout, &heart, [&] { ++heartbeats; });
+  heart.start(5);
+  folder.Write("build.lua",
+               "local how, good = host.build()\n"
+               "tarn.ReportMessage('script: ' .. how .. ' ' .. good)\n");
+  ASSERT_NE(window->Session().Manager().ExecuteScript(folder / "build.lua"), 0);
+  EXPECT_TRUE(IsBuilt("blinky-avr.elf"));
+  EXPECT_GT(heartbeats, 5);
+  const auto* const log = window->findChild<QPlainTextEdit*>();
+  EXPECT_TRUE(RunUntil([&] { return log->toPlainText().contains("script: succeeded 6"); }, 3000))
+      << log->toPlainText().toStdString();
 }
 
 TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
