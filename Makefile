@@ -38,6 +38,7 @@ check:
 	scripts/check-layers
 	scripts/check-headers
 	scripts/check-package
+	scripts/check-translations
 	cmake --preset debug
 	scripts/check-tidy
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <functional>
 #include <optional>
@@ -15,6 +16,8 @@ namespace tarn::host {
 // One text file in an editor. A file that is no UTF-8 is shown and written byte by byte, so that
 // saving changes only what the user changed.
 class CodeEditor : public QsciScintilla {
+  Q_DECLARE_TR_FUNCTIONS(CodeEditor)
+
  public:
   CodeEditor(FileSystem& fileSystem, std::string filePath);
 

@@ -107,7 +107,10 @@ QMenu* MakeEditMenu(QWidget& window, EditorTabs& editors, FindBar& findBar) {
   }
   menu->addSeparator();
   const auto add = [&](const char* text, const QKeySequence& keys, std::function<void()> run) {
-    menu->addAction(Translate(text), keys, menu, std::move(run));
+    QAction* const action = menu->addAction(Translate(text), keys, menu, std::move(run));
+    QObject::connect(menu, &QMenu::aboutToShow, action,
+                     [action, &editors] { action->setEnabled(editors.Current() != nullptr); });
+    QObject::connect(menu, &QMenu::aboutToHide, action, [action] { action->setEnabled(true); });
   };
   add(QT_TRANSLATE_NOOP("EditMenu", "&Find..."), QKeySequence::Find,
       [&findBar] { findBar.Open(false); });

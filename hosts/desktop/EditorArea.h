@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QWidget>
 
 class QStackedWidget;
@@ -14,6 +15,8 @@ class WelcomePage;
 // The middle of the window: the editors with a bar that finds below them, and while no file is open
 // the page of ways to one.
 class EditorArea : public QWidget {
+  Q_DECLARE_TR_FUNCTIONS(EditorArea)
+
  public:
   // Takes both as its own.
   EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget* parent);

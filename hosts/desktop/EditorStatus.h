@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QWidget>
 
 class QLabel;
@@ -10,6 +11,8 @@ class EditorTabs;
 
 // The status bar's part about the editor in view: place, line ends, encoding. Borrows the tabs.
 class EditorStatus : public QWidget {
+  Q_DECLARE_TR_FUNCTIONS(EditorStatus)
+
  public:
   EditorStatus(EditorTabs& editorTabs, QWidget* parent);
 

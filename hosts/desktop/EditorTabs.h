@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QStringList>
 #include <QTabWidget>
 #include <functional>
@@ -16,6 +17,8 @@ class CodeEditor;
 // is read again, unless the user has changed it as well: it is not saved then until he has decided
 // which of both he wants (see CodeEditor::IsInConflict).
 class EditorTabs : public QTabWidget {
+  Q_DECLARE_TR_FUNCTIONS(EditorTabs)
+
  public:
   EditorTabs(FileSystem& fileSystem, QWidget* parent);
 

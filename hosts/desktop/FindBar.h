@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QTimer>
 #include <QWidget>
 
@@ -17,6 +18,8 @@ class EditorTabs;
 // Finds and replaces in the editor that is in view. Hidden until it is asked for; Escape hides it.
 // Borrows the tabs.
 class FindBar : public QWidget {
+  Q_DECLARE_TR_FUNCTIONS(FindBar)
+
  public:
   FindBar(EditorTabs& editorTabs, QWidget* parent);
 

@@ -242,11 +242,11 @@ void IdeWindow::AddHistory() {
   history = std::make_unique<ProjectHistory>(*session, *runner);
   editMenu->addSeparator();
   QAction* const undo =
-      editMenu->addAction(tr("Undo project change"), QKeySequence(tr("Ctrl+Alt+Z")), this,
+      editMenu->addAction(tr("Undo project change"), Qt::CTRL | Qt::ALT | Qt::Key_Z, this,
                           [this] { GoInHistory(&ProjectHistory::Undo); });
   QAction* const redo =
-      editMenu->addAction(tr("Redo project change"), QKeySequence(tr("Ctrl+Alt+Shift+Z")), this,
-                          [this] { GoInHistory(&ProjectHistory::Redo); });
+      editMenu->addAction(tr("Redo project change"), Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_Z,
+                          this, [this] { GoInHistory(&ProjectHistory::Redo); });
   connect(editMenu, &QMenu::aboutToShow, this, [this, undo, redo] {
     history->Note();
     undo->setEnabled(history->CanUndo());
@@ -313,7 +313,7 @@ void IdeWindow::AddFileMenu() {
   menu->addMenu(MakeRecentMenu(*this, [this](const QString& path) { OpenProject(FromQt(path)); }));
   menu->addSeparator();
   menu->addAction(tr("&Save"), QKeySequence::Save, this, [this] { editors->SaveCurrent(); });
-  menu->addAction(tr("Save &all"), QKeySequence(tr("Ctrl+Shift+S")), this,
+  menu->addAction(tr("Save &all"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, this,
                   [this] { editors->SaveAll(); });
   menu->addAction(tr("&Close file"), QKeySequence::Close, this,
                   [this] { editors->CloseCurrent(); });
@@ -460,7 +460,7 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
   };
   QAction* const action =
       editMenu->addAction(tr("Find in the &project..."), filter, [filter] { filter->Begin(); });
-  action->setShortcuts({QKeySequence(tr("Ctrl+P")), QKeySequence(tr("Ctrl+Shift+F"))});
+  action->setShortcuts({Qt::CTRL | Qt::Key_P, Qt::CTRL | Qt::SHIFT | Qt::Key_F});
   return filter;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QMainWindow>
 #include <QTimer>
 #include <memory>
@@ -35,6 +36,8 @@ struct Example;
 // The main window: a server with its windows in docks around the editors, its commands in menus and
 // a tool bar, and the state of a build below.
 class IdeWindow : public QMainWindow {
+  Q_DECLARE_TR_FUNCTIONS(IdeWindow)
+
  public:
   explicit IdeWindow(FileSystem& fileSystem);
   ~IdeWindow() override;

@@ -13,9 +13,8 @@ ProblemNavigator::ProblemNavigator(FileSystem& fileSystem, QStatusBar& statusBar
     : problems(fileSystem), bar(statusBar) {}
 
 void ProblemNavigator::AddActions(QMenu& menu) {
-  menu.addAction(tr("&Next problem"), QKeySequence(tr("F4")), this, [this] { Step(true); });
-  menu.addAction(tr("&Previous problem"), QKeySequence(tr("Shift+F4")), this,
-                 [this] { Step(false); });
+  menu.addAction(tr("&Next problem"), Qt::Key_F4, this, [this] { Step(true); });
+  menu.addAction(tr("&Previous problem"), Qt::SHIFT | Qt::Key_F4, this, [this] { Step(false); });
 }
 
 void ProblemNavigator::GoTo(const std::string& file, int line) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QObject>
 #include <functional>
 #include <string>
@@ -14,6 +15,8 @@ namespace tarn::host {
 // Leads from one error or warning of the last build to the next, and says which of how many it is.
 // Borrows the bar.
 class ProblemNavigator : public QObject {
+  Q_DECLARE_TR_FUNCTIONS(ProblemNavigator)
+
  public:
   ProblemNavigator(FileSystem& fileSystem, QStatusBar& statusBar);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QObject>
 #include <QString>
 #include <functional>
@@ -17,6 +18,8 @@ namespace tarn::host {
 //
 // Answers these messages of the frame while it lives; borrows the frame and the bar.
 class ServerNotices : public QObject {
+  Q_DECLARE_TR_FUNCTIONS(ServerNotices)
+
  public:
   ServerNotices(MainFrame& mainFrame, QStatusBar& statusBar);
   ~ServerNotices() override;

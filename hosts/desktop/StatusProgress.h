@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QTimer>
 #include <QWidget>
@@ -16,6 +17,8 @@ namespace tarn::host {
 // What a status bar says of builds: while one runs which of how many files is at work, for how
 // long, and a button that stops it; behind its end how it went, to be clicked for the log.
 class StatusProgress : public QWidget {
+  Q_DECLARE_TR_FUNCTIONS(StatusProgress)
+
  public:
   // Borrows the runner.
   StatusProgress(CommandRunner& commands, QWidget* parent);

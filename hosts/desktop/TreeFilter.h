@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QWidget>
 #include <functional>
@@ -19,6 +20,8 @@ class NodeListModel;
 // of the tree, also those of closed groups. Arrow keys choose one, Enter shows it in the tree,
 // Escape goes back.
 class TreeFilter : public QWidget {
+  Q_DECLARE_TR_FUNCTIONS(TreeFilter)
+
  public:
   // Puts the tree below the field; it stays the server's. The pictures come from a folder with a
   // separator at its end.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QWidget>
 #include <functional>
@@ -13,6 +14,8 @@ namespace tarn::host {
 
 // What stands in place of the editors while no file is open: ways to a project.
 class WelcomePage : public QWidget {
+  Q_DECLARE_TR_FUNCTIONS(WelcomePage)
+
  public:
   // The pictures come from a folder of the installation, with a separator at its end.
   WelcomePage(std::vector<Example> shippedExamples, const QString& pictureFolder, QWidget* parent);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "hosts/desktop/IdeWindow.h"
+#include "hosts/desktop/Translations.h"
 #include "platform/files/FileSystem.h"
 #include "platform/memory/LargePages.h"
 #include "platform/qt/QtText.h"
@@ -22,6 +23,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName("Tarn");
   QApplication::setApplicationVersion(TARN_VERSION);
   QGuiApplication::setDesktopFileName("org.tarn.Tarn");
+  tarn::host::LoadTranslations(QLocale());
 
   QApplication::setWindowIcon(
       QIcon::fromTheme("org.tarn.Tarn", QIcon(QStringLiteral(":/icons/org.tarn.Tarn.svg"))));

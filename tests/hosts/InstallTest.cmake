@@ -33,7 +33,9 @@ if(DESKTOP)
     share/icons/hicolor/scalable/mimetypes/application-x-tarn-project.svg
     share/man/man1/tarn-ide.1
     share/metainfo/org.tarn.Tarn.metainfo.xml
-    share/mime/packages/org.tarn.Tarn.xml)
+    share/mime/packages/org.tarn.Tarn.xml
+    share/tarn/translations/tarn_de.qm
+    share/tarn/translations/tarn_fr.qm)
 endif()
 foreach(file ${wanted})
   if(NOT EXISTS ${PREFIX}/${file})

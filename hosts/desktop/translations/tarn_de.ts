@@ -1,0 +1,840 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>CodeEditor</name>
+    <message>
+        <source>The text holds characters that the file&apos;s encoding can&apos;t write.</source>
+        <translation>Der Text enthält Zeichen, die es in der Kodierung der Datei nicht gibt.</translation>
+    </message>
+</context>
+<context>
+    <name>EditMenu</name>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>&amp;Ausschneiden</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>&amp;Einfügen</translation>
+    </message>
+    <message>
+        <source>Select &amp;all</source>
+        <translation>A&amp;lles auswählen</translation>
+    </message>
+    <message>
+        <source>Go to line</source>
+        <translation>Gehe zu Zeile</translation>
+    </message>
+    <message>
+        <source>Line (1 to %1):</source>
+        <translation>Zeile (1 bis %1):</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Find...</source>
+        <translation>&amp;Suchen …</translation>
+    </message>
+    <message>
+        <source>Find &amp;next</source>
+        <translation>&amp;Weitersuchen</translation>
+    </message>
+    <message>
+        <source>Find pre&amp;vious</source>
+        <translation>&amp;Rückwärts suchen</translation>
+    </message>
+    <message>
+        <source>R&amp;eplace...</source>
+        <translation>&amp;Ersetzen …</translation>
+    </message>
+    <message>
+        <source>&amp;Go to line...</source>
+        <translation>&amp;Gehe zu Zeile …</translation>
+    </message>
+</context>
+<context>
+    <name>EditorArea</name>
+    <message>
+        <source>Reload project</source>
+        <translation>Projekt neu laden</translation>
+    </message>
+    <message>
+        <source>Ignore</source>
+        <translation>Ignorieren</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>Keep mine</source>
+        <translation>Meine behalten</translation>
+    </message>
+    <message>
+        <source>%1 has been changed by another program, and here as well.</source>
+        <translation>%1 wurde von einem anderen Programm geändert und hier ebenfalls.</translation>
+    </message>
+</context>
+<context>
+    <name>EditorStatus</name>
+    <message>
+        <source>Line %1, column %2</source>
+        <translation>Zeile %1, Spalte %2</translation>
+    </message>
+    <message>
+        <source>8 bit</source>
+        <translation>8 Bit</translation>
+    </message>
+</context>
+<context>
+    <name>EditorTabs</name>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be read: %2</source>
+        <translation>%1 kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be written: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>Save the changes in %1?</source>
+        <translation>Änderungen in %1 speichern?</translation>
+    </message>
+</context>
+<context>
+    <name>FindBar</name>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Text to find</source>
+        <translation>Gesuchter Text</translation>
+    </message>
+    <message>
+        <source>Replace with</source>
+        <translation>Ersetzen durch</translation>
+    </message>
+    <message>
+        <source>Text to put in its place</source>
+        <translation>Text, der ihn ersetzt</translation>
+    </message>
+    <message>
+        <source>Match upper and lower case</source>
+        <translation>Groß- und Kleinschreibung beachten</translation>
+    </message>
+    <message>
+        <source>Whole words only</source>
+        <translation>Nur ganze Wörter</translation>
+    </message>
+    <message>
+        <source>Regular expression</source>
+        <translation>Regulärer Ausdruck</translation>
+    </message>
+    <message>
+        <source>Find the previous one</source>
+        <translation>Vorherige Stelle</translation>
+    </message>
+    <message>
+        <source>Find the next one</source>
+        <translation>Nächste Stelle</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>&amp;Replace</source>
+        <translation>&amp;Ersetzen</translation>
+    </message>
+    <message>
+        <source>Replace &amp;all</source>
+        <translation>&amp;Alle ersetzen</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>Nicht gefunden</translation>
+    </message>
+    <message>
+        <source>%1 found</source>
+        <translation>%1 gefunden</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n replaced</source>
+        <translation>
+            <numerusform>%n ersetzt</numerusform>
+            <numerusform>%n ersetzt</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>GroupBox</name>
+    <message>
+        <source>Drag a column header here to group by it</source>
+        <translation>Spaltenkopf hierher ziehen, um danach zu gruppieren</translation>
+    </message>
+    <message>
+        <source>Grouped by</source>
+        <translation>Gruppiert nach</translation>
+    </message>
+    <message>
+        <source>Stop grouping by %1</source>
+        <translation>Nicht mehr nach %1 gruppieren</translation>
+    </message>
+</context>
+<context>
+    <name>IdeWindow</name>
+    <message>
+        <source>The project&apos;s files have been changed by another program.</source>
+        <translation>Die Dateien des Projekts wurden von einem anderen Programm geändert.</translation>
+    </message>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>Undo project change</source>
+        <translation>Projektänderung rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Redo project change</source>
+        <translation>Projektänderung wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Where to put a copy of %1</source>
+        <translation>Ordner für die Kopie von %1</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be copied: %2</source>
+        <translation>%1 kann nicht kopiert werden: %2</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;New project...</source>
+        <translation>&amp;Neues Projekt …</translation>
+    </message>
+    <message>
+        <source>&amp;Open project...</source>
+        <translation>Projekt ö&amp;ffnen …</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Speichern</translation>
+    </message>
+    <message>
+        <source>Save &amp;all</source>
+        <translation>&amp;Alles speichern</translation>
+    </message>
+    <message>
+        <source>&amp;Close file</source>
+        <translation>Datei s&amp;chließen</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>Open project</source>
+        <translation>Projekt öffnen</translation>
+    </message>
+    <message>
+        <source>Projects (*.tprj)</source>
+        <translation>Projekte (*.tprj)</translation>
+    </message>
+    <message>
+        <source>Closing as soon as the build has stopped...</source>
+        <translation>Wird geschlossen, sobald das Erstellen angehalten hat …</translation>
+    </message>
+    <message>
+        <source>Find in the &amp;project...</source>
+        <translation>Im &amp;Projekt suchen …</translation>
+    </message>
+    <message>
+        <source>%1 - Tarn</source>
+        <translation>%1 – Tarn</translation>
+    </message>
+    <message>
+        <source>&amp;Navigate</source>
+        <translation>&amp;Navigieren</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be opened.</source>
+        <translation>%1 kann nicht geöffnet werden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>There is no such file:
+%1</source>
+        <translation>
+            <numerusform>Diese Datei gibt es nicht:
+%1</numerusform>
+            <numerusform>Diese Dateien gibt es nicht:
+%1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+</context>
+<context>
+    <name>PageView</name>
+    <message>
+        <source>This page can&apos;t be shown:
+%1</source>
+        <translation>Diese Seite kann nicht angezeigt werden:
+%1</translation>
+    </message>
+</context>
+<context>
+    <name>ProblemNavigator</name>
+    <message>
+        <source>&amp;Next problem</source>
+        <translation>&amp;Nächstes Problem</translation>
+    </message>
+    <message>
+        <source>&amp;Previous problem</source>
+        <translation>&amp;Vorheriges Problem</translation>
+    </message>
+    <message>
+        <source>The last build has no errors and no warnings</source>
+        <translation>Das letzte Erstellen ergab weder Fehler noch Warnungen</translation>
+    </message>
+    <message>
+        <source>Error %1 of %2: %3</source>
+        <translation>Fehler %1 von %2: %3</translation>
+    </message>
+    <message>
+        <source>Warning %1 of %2: %3</source>
+        <translation>Warnung %1 von %2: %3</translation>
+    </message>
+</context>
+<context>
+    <name>RecentMenu</name>
+    <message>
+        <source>&amp;Clear</source>
+        <translation>Liste &amp;leeren</translation>
+    </message>
+    <message>
+        <source>Open &amp;recent</source>
+        <translation>&amp;Zuletzt geöffnet</translation>
+    </message>
+</context>
+<context>
+    <name>ReportView</name>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Select &amp;all</source>
+        <translation>A&amp;lles auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;Sort by</source>
+        <translation>&amp;Sortieren nach</translation>
+    </message>
+</context>
+<context>
+    <name>ServerNotices</name>
+    <message>
+        <source>What commands work on</source>
+        <translation>Worauf Befehle wirken</translation>
+    </message>
+    <message>
+        <source>%1 is out of date</source>
+        <translation>%1 ist veraltet</translation>
+    </message>
+    <message>
+        <source>%1 has been created</source>
+        <translation>%1 wurde angelegt</translation>
+    </message>
+    <message>
+        <source>The new application is ready to be built</source>
+        <translation>Die neue Anwendung kann erstellt werden</translation>
+    </message>
+    <message>
+        <source>Time stamp %1</source>
+        <translation>Zeitstempel %1</translation>
+    </message>
+    <message>
+        <source>The help file %1 can&apos;t be shown</source>
+        <translation>Die Hilfedatei %1 kann nicht angezeigt werden</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>SheetDialog</name>
+    <message>
+        <source>Finish</source>
+        <translation>Fertigstellen</translation>
+    </message>
+</context>
+<context>
+    <name>StatusProgress</name>
+    <message>
+        <source>Cleaned</source>
+        <translation>Bereinigt</translation>
+    </message>
+    <message>
+        <source>Nothing to do</source>
+        <translation>Nichts zu tun</translation>
+    </message>
+    <message>
+        <source>Build succeeded</source>
+        <translation>Erstellen erfolgreich</translation>
+    </message>
+    <message>
+        <source>Build stopped</source>
+        <translation>Erstellen angehalten</translation>
+    </message>
+    <message>
+        <source>Build failed</source>
+        <translation>Erstellen fehlgeschlagen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n error(s)</source>
+        <translation>
+            <numerusform>%n Fehler</numerusform>
+            <numerusform>%n Fehler</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n warning(s)</source>
+        <translation>
+            <numerusform>%n Warnung</numerusform>
+            <numerusform>%n Warnungen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Ready</source>
+        <translation>Bereit</translation>
+    </message>
+    <message>
+        <source>Show the build log</source>
+        <translation>Protokoll zeigen</translation>
+    </message>
+    <message>
+        <source>Progress of the build</source>
+        <translation>Fortschritt des Erstellens</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Stop the build</source>
+        <translation>Erstellen anhalten</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1 (%2 s)</source>
+        <translation>%1 (%2 s)</translation>
+    </message>
+    <message>
+        <source>Stopping the build...</source>
+        <translation>Das Erstellen wird angehalten …</translation>
+    </message>
+    <message>
+        <source>Building...</source>
+        <translation>Wird erstellt …</translation>
+    </message>
+    <message>
+        <source>Building %1 of %2</source>
+        <translation>Erstellt wird %1 von %2</translation>
+    </message>
+    <message>
+        <source>Building file %1</source>
+        <translation>Erstellt wird Datei %1</translation>
+    </message>
+</context>
+<context>
+    <name>TreeFilter</name>
+    <message>
+        <source>Find in the project</source>
+        <translation>Im Projekt suchen</translation>
+    </message>
+    <message>
+        <source>Lists all nodes whose name or path contains this (Ctrl+P)</source>
+        <translation>Zeigt alle Knoten, deren Name oder Pfad dies enthält (Strg+P)</translation>
+    </message>
+    <message>
+        <source>Nodes that were found</source>
+        <translation>Gefundene Knoten</translation>
+    </message>
+</context>
+<context>
+    <name>WelcomePage</name>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>Firmware projects for microcontrollers</source>
+        <translation>Firmwareprojekte für Mikrocontroller</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Open a project...</source>
+        <translation>Projekt öffnen …</translation>
+    </message>
+    <message>
+        <source>From a folder of this machine</source>
+        <translation>Aus einem Ordner dieses Rechners</translation>
+    </message>
+    <message>
+        <source>New project...</source>
+        <translation>Neues Projekt …</translation>
+    </message>
+    <message>
+        <source>For a microcontroller of your choice</source>
+        <translation>Für einen Mikrocontroller Ihrer Wahl</translation>
+    </message>
+    <message>
+        <source>Open a copy of an example</source>
+        <translation>Kopie eines Beispiels öffnen</translation>
+    </message>
+    <message>
+        <source>Recent</source>
+        <translation>Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>Projects that you open will be listed here.</source>
+        <translation>Hier stehen die Projekte, die Sie öffnen.</translation>
+    </message>
+</context>
+<context>
+    <name>WindowLayout</name>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Reset layout</source>
+        <translation>&amp;Fensteranordnung zurücksetzen</translation>
+    </message>
+</context>
+<context>
+    <name>main</name>
+    <message>
+        <source>Opens a project and the files to edit.</source>
+        <translation>Öffnet ein Projekt und die Dateien, die bearbeitet werden sollen.</translation>
+    </message>
+    <message>
+        <source>Project (.tprj) and source files.</source>
+        <translation>Projekt (.tprj) und Quelldateien.</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::ChoiceEditor</name>
+    <message>
+        <source>(as inherited)</source>
+        <translation>(wie geerbt)</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::ListDialog</name>
+    <message>
+        <source>Choose a folder</source>
+        <translation>Ordner auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add &amp;folder...</source>
+        <translation>&amp;Ordner hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Add &amp;inherited</source>
+        <translation>&amp;Geerbtes hinzufügen</translation>
+    </message>
+    <message>
+        <source>What would hold without a list of one&apos;s own</source>
+        <translation>Was ohne eigene Liste gälte</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>Move &amp;up</source>
+        <translation>Nach &amp;oben</translation>
+    </message>
+    <message>
+        <source>Move &amp;down</source>
+        <translation>Nach &amp;unten</translation>
+    </message>
+    <message>
+        <source>%1 stands for what would hold without this list.</source>
+        <translation>%1 steht für das, was ohne diese Liste gälte.</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::OptionsDelegate</name>
+    <message>
+        <source>Back to the inherited value (Del)</source>
+        <translation>Zurück zum geerbten Wert (Entf)</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::OptionsModel</name>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Written as: %1</source>
+        <translation>Geschrieben als: %1</translation>
+    </message>
+    <message>
+        <source>Gives: %1</source>
+        <translation>Ergibt: %1</translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation>nichts</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>application</source>
+        <translation>Anwendung</translation>
+    </message>
+    <message>
+        <source>folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>project</source>
+        <translation>Projekt</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>set here</source>
+        <translation>hier gesetzt</translation>
+    </message>
+    <message>
+        <source>from %1 %2</source>
+        <translation>von: %1 %2</translation>
+    </message>
+    <message>
+        <source>as %1 %2</source>
+        <translation>wie: %1 %2</translation>
+    </message>
+    <message>
+        <source>default</source>
+        <translation>Vorgabe</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Nein</translation>
+    </message>
+    <message>
+        <source>Option</source>
+        <translation>Option</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Herkunft</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::OptionsWindow</name>
+    <message>
+        <source>From %1 to %2.</source>
+        <translation>Von %1 bis %2.</translation>
+    </message>
+    <message>
+        <source>At least %1.</source>
+        <translation>Mindestens %1.</translation>
+    </message>
+    <message>
+        <source>At most %1.</source>
+        <translation>Höchstens %1.</translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation>nichts</translation>
+    </message>
+    <message>
+        <source>Set at %1 %2 for %3: %4</source>
+        <translation>Gesetzt bei %1 %2 für %3: %4</translation>
+    </message>
+    <message>
+        <source>What the option means</source>
+        <translation>Bedeutung der Option</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Search options</source>
+        <translation>Optionen suchen</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Reset all options of this node...</source>
+        <translation>Alle Optionen dieses Knotens zurücksetzen …</translation>
+    </message>
+    <message>
+        <source>Copy name</source>
+        <translation>Namen kopieren</translation>
+    </message>
+    <message>
+        <source>Explain</source>
+        <translation>Erklären</translation>
+    </message>
+    <message>
+        <source>Confi&amp;guration:</source>
+        <translation>&amp;Konfiguration:</translation>
+    </message>
+    <message>
+        <source>Configuration</source>
+        <translation>Konfiguration</translation>
+    </message>
+    <message>
+        <source>Add a configuration...</source>
+        <translation>Konfiguration hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Add a configuration</source>
+        <translation>Konfiguration hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Options of:</source>
+        <translation>&amp;Optionen von:</translation>
+    </message>
+    <message>
+        <source>Options of</source>
+        <translation>Optionen von</translation>
+    </message>
+    <message>
+        <source>%1 in %2</source>
+        <translation>%1 in %2</translation>
+    </message>
+    <message>
+        <source>Options can&apos;t be changed while a build runs.</source>
+        <translation>Während des Erstellens können Optionen nicht geändert werden.</translation>
+    </message>
+    <message>
+        <source>Undo: %1</source>
+        <translation>Rückgängig: %1</translation>
+    </message>
+    <message>
+        <source>Redo: %1</source>
+        <translation>Wiederherstellen: %1</translation>
+    </message>
+    <message>
+        <source>Select a node of the project.</source>
+        <translation>Wählen Sie einen Knoten des Projekts.</translation>
+    </message>
+    <message>
+        <source>Select an option to see what it means.</source>
+        <translation>Wählen Sie eine Option, um ihre Bedeutung zu sehen.</translation>
+    </message>
+    <message>
+        <source>Written as: %1</source>
+        <translation>Geschrieben als: %1</translation>
+    </message>
+    <message>
+        <source>Gives: %1</source>
+        <translation>Ergibt: %1</translation>
+    </message>
+    <message>
+        <source>Default: %1</source>
+        <translation>Vorgabe: %1</translation>
+    </message>
+    <message>
+        <source>Reset options</source>
+        <translation>Optionen zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Take away all options that are set at %1, in every configuration? This can&apos;t be undone.</source>
+        <translation>Alle Optionen entfernen, die bei %1 gesetzt sind, in jeder Konfiguration? Das kann nicht rückgängig gemacht werden.</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>Name:</translation>
+    </message>
+    <message>
+        <source>There is a configuration %1 already.</source>
+        <translation>Die Konfiguration %1 gibt es schon.</translation>
+    </message>
+    <message>
+        <source>There is no kind of node &quot;%1&quot;. These are known: %2.</source>
+        <translation>Es gibt keine Knotenart „%1“. Bekannt sind: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::TextEditor</name>
+    <message>
+        <source>Edit the list (Alt+Down)</source>
+        <translation>Liste bearbeiten (Alt+Ab)</translation>
+    </message>
+    <message>
+        <source>Choose (Alt+Down)</source>
+        <translation>Auswählen (Alt+Ab)</translation>
+    </message>
+    <message>
+        <source>Choose</source>
+        <translation>Auswählen</translation>
+    </message>
+</context>
+</TS>

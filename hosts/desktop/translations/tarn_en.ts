@@ -1,0 +1,44 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>FindBar</name>
+    <message numerus="yes">
+        <source>%n replaced</source>
+        <translation>
+            <numerusform>%n replaced</numerusform>
+            <numerusform>%n replaced</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>IdeWindow</name>
+    <message numerus="yes">
+        <source>There is no such file:
+%1</source>
+        <translation>
+            <numerusform>There is no such file:
+%1</numerusform>
+            <numerusform>There are no such files:
+%1</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>StatusProgress</name>
+    <message numerus="yes">
+        <source>%n error(s)</source>
+        <translation>
+            <numerusform>%n error</numerusform>
+            <numerusform>%n errors</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n warning(s)</source>
+        <translation>
+            <numerusform>%n warning</numerusform>
+            <numerusform>%n warnings</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>

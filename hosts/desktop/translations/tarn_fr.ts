@@ -1,0 +1,840 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr" sourcelanguage="en">
+<context>
+    <name>CodeEditor</name>
+    <message>
+        <source>The text holds characters that the file&apos;s encoding can&apos;t write.</source>
+        <translation>Le texte contient des caractères que l&apos;encodage du fichier ne permet pas d&apos;écrire.</translation>
+    </message>
+</context>
+<context>
+    <name>EditMenu</name>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Annuler</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Rétablir</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>Co&amp;uper</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Copier</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>C&amp;oller</translation>
+    </message>
+    <message>
+        <source>Select &amp;all</source>
+        <translation>&amp;Tout sélectionner</translation>
+    </message>
+    <message>
+        <source>Go to line</source>
+        <translation>Aller à la ligne</translation>
+    </message>
+    <message>
+        <source>Line (1 to %1):</source>
+        <translation>Ligne (1 à %1) :</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Édition</translation>
+    </message>
+    <message>
+        <source>&amp;Find...</source>
+        <translation>&amp;Rechercher…</translation>
+    </message>
+    <message>
+        <source>Find &amp;next</source>
+        <translation>Rechercher le &amp;suivant</translation>
+    </message>
+    <message>
+        <source>Find pre&amp;vious</source>
+        <translation>Rechercher le &amp;précédent</translation>
+    </message>
+    <message>
+        <source>R&amp;eplace...</source>
+        <translation>R&amp;emplacer…</translation>
+    </message>
+    <message>
+        <source>&amp;Go to line...</source>
+        <translation>Aller à la &amp;ligne…</translation>
+    </message>
+</context>
+<context>
+    <name>EditorArea</name>
+    <message>
+        <source>Reload project</source>
+        <translation>Recharger le projet</translation>
+    </message>
+    <message>
+        <source>Ignore</source>
+        <translation>Ignorer</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Recharger</translation>
+    </message>
+    <message>
+        <source>Keep mine</source>
+        <translation>Garder la mienne</translation>
+    </message>
+    <message>
+        <source>%1 has been changed by another program, and here as well.</source>
+        <translation>%1 a été modifié par un autre programme, et ici aussi.</translation>
+    </message>
+</context>
+<context>
+    <name>EditorStatus</name>
+    <message>
+        <source>Line %1, column %2</source>
+        <translation>Ligne %1, colonne %2</translation>
+    </message>
+    <message>
+        <source>8 bit</source>
+        <translation>8 bits</translation>
+    </message>
+</context>
+<context>
+    <name>EditorTabs</name>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be read: %2</source>
+        <translation>Impossible de lire %1 : %2</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be written: %2</source>
+        <translation>Impossible d&apos;écrire %1 : %2</translation>
+    </message>
+    <message>
+        <source>Save the changes in %1?</source>
+        <translation>Enregistrer les modifications de %1 ?</translation>
+    </message>
+</context>
+<context>
+    <name>FindBar</name>
+    <message>
+        <source>Find</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>Text to find</source>
+        <translation>Texte à rechercher</translation>
+    </message>
+    <message>
+        <source>Replace with</source>
+        <translation>Remplacer par</translation>
+    </message>
+    <message>
+        <source>Text to put in its place</source>
+        <translation>Texte de remplacement</translation>
+    </message>
+    <message>
+        <source>Match upper and lower case</source>
+        <translation>Respecter la casse</translation>
+    </message>
+    <message>
+        <source>Whole words only</source>
+        <translation>Mots entiers uniquement</translation>
+    </message>
+    <message>
+        <source>Regular expression</source>
+        <translation>Expression régulière</translation>
+    </message>
+    <message>
+        <source>Find the previous one</source>
+        <translation>Occurrence précédente</translation>
+    </message>
+    <message>
+        <source>Find the next one</source>
+        <translation>Occurrence suivante</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>&amp;Replace</source>
+        <translation>&amp;Remplacer</translation>
+    </message>
+    <message>
+        <source>Replace &amp;all</source>
+        <translation>&amp;Tout remplacer</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>Introuvable</translation>
+    </message>
+    <message>
+        <source>%1 found</source>
+        <translation>%1 au total</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 sur %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n replaced</source>
+        <translation>
+            <numerusform>%n remplacée</numerusform>
+            <numerusform>%n remplacées</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>GroupBox</name>
+    <message>
+        <source>Drag a column header here to group by it</source>
+        <translation>Glisser un en-tête de colonne ici pour grouper selon elle</translation>
+    </message>
+    <message>
+        <source>Grouped by</source>
+        <translation>Groupé par</translation>
+    </message>
+    <message>
+        <source>Stop grouping by %1</source>
+        <translation>Ne plus grouper par %1</translation>
+    </message>
+</context>
+<context>
+    <name>IdeWindow</name>
+    <message>
+        <source>The project&apos;s files have been changed by another program.</source>
+        <translation>Les fichiers du projet ont été modifiés par un autre programme.</translation>
+    </message>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>Undo project change</source>
+        <translation>Annuler la modification du projet</translation>
+    </message>
+    <message>
+        <source>Redo project change</source>
+        <translation>Rétablir la modification du projet</translation>
+    </message>
+    <message>
+        <source>Where to put a copy of %1</source>
+        <translation>Dossier où copier %1</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be copied: %2</source>
+        <translation>Impossible de copier %1 : %2</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Fichier</translation>
+    </message>
+    <message>
+        <source>&amp;New project...</source>
+        <translation>&amp;Nouveau projet…</translation>
+    </message>
+    <message>
+        <source>&amp;Open project...</source>
+        <translation>&amp;Ouvrir un projet…</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Enregistrer</translation>
+    </message>
+    <message>
+        <source>Save &amp;all</source>
+        <translation>&amp;Tout enregistrer</translation>
+    </message>
+    <message>
+        <source>&amp;Close file</source>
+        <translation>&amp;Fermer le fichier</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Quitter</translation>
+    </message>
+    <message>
+        <source>Open project</source>
+        <translation>Ouvrir un projet</translation>
+    </message>
+    <message>
+        <source>Projects (*.tprj)</source>
+        <translation>Projets (*.tprj)</translation>
+    </message>
+    <message>
+        <source>Closing as soon as the build has stopped...</source>
+        <translation>Fermeture dès l&apos;arrêt de la génération…</translation>
+    </message>
+    <message>
+        <source>Find in the &amp;project...</source>
+        <translation>Rechercher dans le pro&amp;jet…</translation>
+    </message>
+    <message>
+        <source>%1 - Tarn</source>
+        <translation>%1 – Tarn</translation>
+    </message>
+    <message>
+        <source>&amp;Navigate</source>
+        <translation>&amp;Naviguer</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be opened.</source>
+        <translation>Impossible d&apos;ouvrir %1.</translation>
+    </message>
+    <message numerus="yes">
+        <source>There is no such file:
+%1</source>
+        <translation>
+            <numerusform>Ce fichier n&apos;existe pas :
+%1</numerusform>
+            <numerusform>Ces fichiers n&apos;existent pas :
+%1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Options</translation>
+    </message>
+</context>
+<context>
+    <name>PageView</name>
+    <message>
+        <source>This page can&apos;t be shown:
+%1</source>
+        <translation>Impossible d&apos;afficher cette page :
+%1</translation>
+    </message>
+</context>
+<context>
+    <name>ProblemNavigator</name>
+    <message>
+        <source>&amp;Next problem</source>
+        <translation>Problème &amp;suivant</translation>
+    </message>
+    <message>
+        <source>&amp;Previous problem</source>
+        <translation>Problème &amp;précédent</translation>
+    </message>
+    <message>
+        <source>The last build has no errors and no warnings</source>
+        <translation>La dernière génération n&apos;a ni erreur ni avertissement</translation>
+    </message>
+    <message>
+        <source>Error %1 of %2: %3</source>
+        <translation>Erreur %1 sur %2 : %3</translation>
+    </message>
+    <message>
+        <source>Warning %1 of %2: %3</source>
+        <translation>Avertissement %1 sur %2 : %3</translation>
+    </message>
+</context>
+<context>
+    <name>RecentMenu</name>
+    <message>
+        <source>&amp;Clear</source>
+        <translation>&amp;Vider la liste</translation>
+    </message>
+    <message>
+        <source>Open &amp;recent</source>
+        <translation>Projets &amp;récents</translation>
+    </message>
+</context>
+<context>
+    <name>ReportView</name>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Copier</translation>
+    </message>
+    <message>
+        <source>Select &amp;all</source>
+        <translation>&amp;Tout sélectionner</translation>
+    </message>
+    <message>
+        <source>&amp;Sort by</source>
+        <translation>&amp;Trier par</translation>
+    </message>
+</context>
+<context>
+    <name>ServerNotices</name>
+    <message>
+        <source>What commands work on</source>
+        <translation>Ce sur quoi portent les commandes</translation>
+    </message>
+    <message>
+        <source>%1 is out of date</source>
+        <translation>%1 n&apos;est plus à jour</translation>
+    </message>
+    <message>
+        <source>%1 has been created</source>
+        <translation>%1 a été créé</translation>
+    </message>
+    <message>
+        <source>The new application is ready to be built</source>
+        <translation>La nouvelle application peut être générée</translation>
+    </message>
+    <message>
+        <source>Time stamp %1</source>
+        <translation>Horodatage %1</translation>
+    </message>
+    <message>
+        <source>The help file %1 can&apos;t be shown</source>
+        <translation>Impossible d&apos;afficher le fichier d&apos;aide %1</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>SheetDialog</name>
+    <message>
+        <source>Finish</source>
+        <translation>Terminer</translation>
+    </message>
+</context>
+<context>
+    <name>StatusProgress</name>
+    <message>
+        <source>Cleaned</source>
+        <translation>Nettoyage terminé</translation>
+    </message>
+    <message>
+        <source>Nothing to do</source>
+        <translation>Rien à faire</translation>
+    </message>
+    <message>
+        <source>Build succeeded</source>
+        <translation>Génération réussie</translation>
+    </message>
+    <message>
+        <source>Build stopped</source>
+        <translation>Génération interrompue</translation>
+    </message>
+    <message>
+        <source>Build failed</source>
+        <translation>Échec de la génération</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n error(s)</source>
+        <translation>
+            <numerusform>%n erreur</numerusform>
+            <numerusform>%n erreurs</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n warning(s)</source>
+        <translation>
+            <numerusform>%n avertissement</numerusform>
+            <numerusform>%n avertissements</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Ready</source>
+        <translation>Prêt</translation>
+    </message>
+    <message>
+        <source>Show the build log</source>
+        <translation>Afficher le journal</translation>
+    </message>
+    <message>
+        <source>Progress of the build</source>
+        <translation>Progression de la génération</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Arrêter</translation>
+    </message>
+    <message>
+        <source>Stop the build</source>
+        <translation>Arrêter la génération</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1 : %2</translation>
+    </message>
+    <message>
+        <source>%1 (%2 s)</source>
+        <translation>%1 (%2 s)</translation>
+    </message>
+    <message>
+        <source>Stopping the build...</source>
+        <translation>Arrêt de la génération…</translation>
+    </message>
+    <message>
+        <source>Building...</source>
+        <translation>Génération…</translation>
+    </message>
+    <message>
+        <source>Building %1 of %2</source>
+        <translation>Génération %1 sur %2</translation>
+    </message>
+    <message>
+        <source>Building file %1</source>
+        <translation>Génération du fichier %1</translation>
+    </message>
+</context>
+<context>
+    <name>TreeFilter</name>
+    <message>
+        <source>Find in the project</source>
+        <translation>Rechercher dans le projet</translation>
+    </message>
+    <message>
+        <source>Lists all nodes whose name or path contains this (Ctrl+P)</source>
+        <translation>Affiche tous les nœuds dont le nom ou le chemin contient ce texte (Ctrl+P)</translation>
+    </message>
+    <message>
+        <source>Nodes that were found</source>
+        <translation>Nœuds trouvés</translation>
+    </message>
+</context>
+<context>
+    <name>WelcomePage</name>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>Firmware projects for microcontrollers</source>
+        <translation>Projets de micrologiciels pour microcontrôleurs</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Démarrer</translation>
+    </message>
+    <message>
+        <source>Open a project...</source>
+        <translation>Ouvrir un projet…</translation>
+    </message>
+    <message>
+        <source>From a folder of this machine</source>
+        <translation>Depuis un dossier de cette machine</translation>
+    </message>
+    <message>
+        <source>New project...</source>
+        <translation>Nouveau projet…</translation>
+    </message>
+    <message>
+        <source>For a microcontroller of your choice</source>
+        <translation>Pour le microcontrôleur de votre choix</translation>
+    </message>
+    <message>
+        <source>Open a copy of an example</source>
+        <translation>Ouvrir une copie d&apos;un exemple</translation>
+    </message>
+    <message>
+        <source>Recent</source>
+        <translation>Projets récents</translation>
+    </message>
+    <message>
+        <source>Projects that you open will be listed here.</source>
+        <translation>Les projets que vous ouvrirez apparaîtront ici.</translation>
+    </message>
+</context>
+<context>
+    <name>WindowLayout</name>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Affichage</translation>
+    </message>
+    <message>
+        <source>&amp;Reset layout</source>
+        <translation>&amp;Réinitialiser la disposition</translation>
+    </message>
+</context>
+<context>
+    <name>main</name>
+    <message>
+        <source>Opens a project and the files to edit.</source>
+        <translation>Ouvre un projet et les fichiers à éditer.</translation>
+    </message>
+    <message>
+        <source>Project (.tprj) and source files.</source>
+        <translation>Projet (.tprj) et fichiers source.</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::ChoiceEditor</name>
+    <message>
+        <source>(as inherited)</source>
+        <translation>(comme hérité)</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::ListDialog</name>
+    <message>
+        <source>Choose a folder</source>
+        <translation>Choisir un dossier</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Ajouter</translation>
+    </message>
+    <message>
+        <source>Add &amp;folder...</source>
+        <translation>Ajouter un &amp;dossier…</translation>
+    </message>
+    <message>
+        <source>Add &amp;inherited</source>
+        <translation>Ajouter l&apos;&amp;hérité</translation>
+    </message>
+    <message>
+        <source>What would hold without a list of one&apos;s own</source>
+        <translation>Ce qui vaudrait sans liste propre</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Supprimer</translation>
+    </message>
+    <message>
+        <source>Move &amp;up</source>
+        <translation>&amp;Monter</translation>
+    </message>
+    <message>
+        <source>Move &amp;down</source>
+        <translation>D&amp;escendre</translation>
+    </message>
+    <message>
+        <source>%1 stands for what would hold without this list.</source>
+        <translation>%1 représente ce qui vaudrait sans cette liste.</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::OptionsDelegate</name>
+    <message>
+        <source>Back to the inherited value (Del)</source>
+        <translation>Revenir à la valeur héritée (Suppr)</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::OptionsModel</name>
+    <message>
+        <source>Options</source>
+        <translation>Options</translation>
+    </message>
+    <message>
+        <source>Written as: %1</source>
+        <translation>Écrit : %1</translation>
+    </message>
+    <message>
+        <source>Gives: %1</source>
+        <translation>Donne : %1</translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation>rien</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1 : %2</translation>
+    </message>
+    <message>
+        <source>application</source>
+        <translation>application</translation>
+    </message>
+    <message>
+        <source>folder</source>
+        <translation>dossier</translation>
+    </message>
+    <message>
+        <source>project</source>
+        <translation>projet</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>fichier</translation>
+    </message>
+    <message>
+        <source>set here</source>
+        <translation>défini ici</translation>
+    </message>
+    <message>
+        <source>from %1 %2</source>
+        <translation>de : %1 %2</translation>
+    </message>
+    <message>
+        <source>as %1 %2</source>
+        <translation>comme : %1 %2</translation>
+    </message>
+    <message>
+        <source>default</source>
+        <translation>par défaut</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Oui</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Non</translation>
+    </message>
+    <message>
+        <source>Option</source>
+        <translation>Option</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Valeur</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Origine</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::OptionsWindow</name>
+    <message>
+        <source>From %1 to %2.</source>
+        <translation>De %1 à %2.</translation>
+    </message>
+    <message>
+        <source>At least %1.</source>
+        <translation>Au moins %1.</translation>
+    </message>
+    <message>
+        <source>At most %1.</source>
+        <translation>Au plus %1.</translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation>rien</translation>
+    </message>
+    <message>
+        <source>Set at %1 %2 for %3: %4</source>
+        <translation>Défini pour %1 %2, configuration %3 : %4</translation>
+    </message>
+    <message>
+        <source>What the option means</source>
+        <translation>Signification de l&apos;option</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Rétablir</translation>
+    </message>
+    <message>
+        <source>Search options</source>
+        <translation>Rechercher une option</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Réinitialiser</translation>
+    </message>
+    <message>
+        <source>Reset all options of this node...</source>
+        <translation>Réinitialiser toutes les options de ce nœud…</translation>
+    </message>
+    <message>
+        <source>Copy name</source>
+        <translation>Copier le nom</translation>
+    </message>
+    <message>
+        <source>Explain</source>
+        <translation>Expliquer</translation>
+    </message>
+    <message>
+        <source>Confi&amp;guration:</source>
+        <translation>Confi&amp;guration :</translation>
+    </message>
+    <message>
+        <source>Configuration</source>
+        <translation>Configuration</translation>
+    </message>
+    <message>
+        <source>Add a configuration...</source>
+        <translation>Ajouter une configuration…</translation>
+    </message>
+    <message>
+        <source>Add a configuration</source>
+        <translation>Ajouter une configuration</translation>
+    </message>
+    <message>
+        <source>&amp;Options of:</source>
+        <translation>&amp;Options de :</translation>
+    </message>
+    <message>
+        <source>Options of</source>
+        <translation>Options de</translation>
+    </message>
+    <message>
+        <source>%1 in %2</source>
+        <translation>%1 dans %2</translation>
+    </message>
+    <message>
+        <source>Options can&apos;t be changed while a build runs.</source>
+        <translation>Les options ne peuvent pas être modifiées pendant une génération.</translation>
+    </message>
+    <message>
+        <source>Undo: %1</source>
+        <translation>Annuler : %1</translation>
+    </message>
+    <message>
+        <source>Redo: %1</source>
+        <translation>Rétablir : %1</translation>
+    </message>
+    <message>
+        <source>Select a node of the project.</source>
+        <translation>Sélectionnez un nœud du projet.</translation>
+    </message>
+    <message>
+        <source>Select an option to see what it means.</source>
+        <translation>Sélectionnez une option pour voir sa signification.</translation>
+    </message>
+    <message>
+        <source>Written as: %1</source>
+        <translation>Écrit : %1</translation>
+    </message>
+    <message>
+        <source>Gives: %1</source>
+        <translation>Donne : %1</translation>
+    </message>
+    <message>
+        <source>Default: %1</source>
+        <translation>Par défaut : %1</translation>
+    </message>
+    <message>
+        <source>Reset options</source>
+        <translation>Réinitialiser les options</translation>
+    </message>
+    <message>
+        <source>Take away all options that are set at %1, in every configuration? This can&apos;t be undone.</source>
+        <translation>Retirer toutes les options définies pour %1, dans toutes les configurations ? Cette action est irréversible.</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>Nom :</translation>
+    </message>
+    <message>
+        <source>There is a configuration %1 already.</source>
+        <translation>La configuration %1 existe déjà.</translation>
+    </message>
+    <message>
+        <source>There is no kind of node &quot;%1&quot;. These are known: %2.</source>
+        <translation>Le type de nœud « %1 » n&apos;existe pas. Types connus : %2.</translation>
+    </message>
+</context>
+<context>
+    <name>tarn::host::TextEditor</name>
+    <message>
+        <source>Edit the list (Alt+Down)</source>
+        <translation>Modifier la liste (Alt+Bas)</translation>
+    </message>
+    <message>
+        <source>Choose (Alt+Down)</source>
+        <translation>Choisir (Alt+Bas)</translation>
+    </message>
+    <message>
+        <source>Choose</source>
+        <translation>Choisir</translation>
+    </message>
+</context>
+</TS>
