@@ -77,6 +77,10 @@ Status CommandRunner::ReopenWith(const std::vector<FileText>& texts) {
   return Open(path);
 }
 
+void CommandRunner::SaveProject() {
+  if (session.HasProject() && !IsBuilding()) session.Manager().ProjectSave();
+}
+
 bool CommandRunner::Builds(std::uint32_t command) {
   return (command >= kCmdToolList && command <= kCmdLastTool) ||
          std::find(std::begin(kBuildCommands), std::end(kBuildCommands), command) !=

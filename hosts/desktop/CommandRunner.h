@@ -29,6 +29,9 @@ class CommandRunner : public QObject {
   // Closes the project, puts these texts into its files, and opens it again. What was not saved is
   // gone, unless it stands in the texts. Not while a build runs.
   Status ReopenWith(const std::vector<FileText>& texts);
+  // Writes the project's files, for which the server opens it anew: its log is empty then. Not
+  // while a build runs.
+  void SaveProject();
   // Empty when none is open but the one that stands in for none.
   std::string GetProjectPath() const {
     return session.HasProject() ? session.GetProjectPath() : "";

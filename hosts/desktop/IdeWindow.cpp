@@ -181,6 +181,7 @@ bool IdeWindow::Start() {
   layout.Restore();
   connect(&refreshTimer, &QTimer::timeout, this, [this] {
     history->Note();
+    setWindowModified(!runner->GetProjectPath().empty() && history->HasUnsaved());
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);
   });
   refreshTimer.start(kRefreshMs);
@@ -270,6 +271,12 @@ void IdeWindow::GoInHistory(Status (ProjectHistory::*go)()) {
   }
 }
 
+void IdeWindow::SaveAll() {
+  if (!editors->SaveAll() || !history->HasUnsaved()) return;
+  history->Note();
+  runner->SaveProject();
+}
+
 void IdeWindow::ReloadProject() {
   if (runner->IsBuilding()) return;
   if (const Status opened = runner->ReopenWith(projectWatch.GetChanged()); !opened) {
@@ -313,8 +320,7 @@ void IdeWindow::AddFileMenu() {
   menu->addMenu(MakeRecentMenu(*this, [this](const QString& path) { OpenProject(FromQt(path)); }));
   menu->addSeparator();
   menu->addAction(tr("&Save"), QKeySequence::Save, this, [this] { editors->SaveCurrent(); });
-  menu->addAction(tr("Save &all"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, this,
-                  [this] { editors->SaveAll(); });
+  menu->addAction(tr("Save &all"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, this, [this] { SaveAll(); });
   menu->addAction(tr("&Close file"), QKeySequence::Close, this,
                   [this] { editors->CloseCurrent(); });
   menu->addSeparator();
@@ -497,7 +503,7 @@ void IdeWindow::ShowLog() {
 void IdeWindow::ShowTitle() {
   const QString path = ToQt(runner->GetProjectPath());
   setWindowTitle(path.isEmpty() ? tr("Tarn")
-                                : tr("%1 - Tarn").arg(QFileInfo(path).completeBaseName()));
+                                : tr("%1[*] - Tarn").arg(QFileInfo(path).completeBaseName()));
 }
 
 }  // namespace tarn::host

@@ -84,6 +84,8 @@ class IdeWindow : public QMainWindow {
   // What is open of the project is kept for the next time.
   void KeepEditors();
   QWidget* MakeTreeFilter(QWidget& tree);
+  // The texts in the editors, and the project itself.
+  void SaveAll();
   void ReloadProject();
   void AddHistory();
   void GoInHistory(Status (ProjectHistory::*go)());

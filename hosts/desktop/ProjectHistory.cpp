@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <string_view>
+
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 
@@ -18,10 +21,33 @@ std::size_t SizeOf(const std::deque<std::vector<FileText>>& steps) {
   return bytes;
 }
 
+// The next line that holds anything, from a place on that goes behind it; empty at the end.
+std::string_view NextLine(std::string_view text, std::size_t& at) {
+  while (at < text.size()) {
+    const std::size_t end = std::min(text.find('\n', at), text.size());
+    const std::string_view line = Trim(text.substr(at, end - at));
+    at = end + 1;
+    if (!line.empty()) return line;
+  }
+  return {};
+}
+
+// Blank lines come and go with each save.
+bool IsSameText(std::string_view one, std::string_view other) {
+  std::size_t here = 0;
+  std::size_t there = 0;
+  while (true) {
+    const std::string_view line = NextLine(one, here);
+    if (line != NextLine(other, there)) return false;
+    if (line.empty()) return true;
+  }
+}
+
 bool IsSame(const std::vector<FileText>& one, const std::vector<FileText>& other) {
-  return std::equal(
-      one.begin(), one.end(), other.begin(), other.end(),
-      [](const FileText& a, const FileText& b) { return a.path == b.path && a.text == b.text; });
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                    [](const FileText& a, const FileText& b) {
+                      return a.path == b.path && IsSameText(a.text, b.text);
+                    });
 }
 
 }  // namespace
@@ -47,11 +73,20 @@ ProjectHistory::Step ProjectHistory::Ask() {
 }
 
 void ProjectHistory::Begin() {
-  if (isGoing) return;
-  past.clear();
-  future.clear();
-  present = Ask();
   seen = session.Inspector().GetChangeCount();
+  opened = seen;
+  if (isGoing) return;
+  Step now = Ask();
+  // Behind a save it is the same.
+  if (!IsSame(now, present)) {
+    past.clear();
+    future.clear();
+  }
+  present = std::move(now);
+}
+
+bool ProjectHistory::HasUnsaved() {
+  return session.Inspector().GetChangeCount() != opened;
 }
 
 void ProjectHistory::Note() {
@@ -73,13 +108,12 @@ Status ProjectHistory::Go(std::deque<Step>& from, std::deque<Step>& to) {
   Note();
   if (from.empty() || runner.IsBuilding()) return {};
   isGoing = true;
-  const Status opened = runner.ReopenWith(from.back());
+  const Status done = runner.ReopenWith(from.back());
   isGoing = false;
-  if (!opened) return opened;
+  if (!done) return done;
   to.push_back(std::move(present));
   present = std::move(from.back());
   from.pop_back();
-  seen = session.Inspector().GetChangeCount();
   return {};
 }
 

@@ -19,9 +19,11 @@ class ProjectHistory {
   ProjectHistory(BuildSession& buildSession, CommandRunner& commands)
       : session(buildSession), runner(commands) {}
 
-  // Another project is open, or this one has come from the disk again: there is nothing to go back
-  // to, unless it is the history itself that has opened it.
+  // A project has just been opened. Unless it is the one that was open, as it was, there is nothing
+  // to go back to any more.
   void Begin();
+  // Something has changed since it was opened.
+  bool HasUnsaved();
   // Takes what has changed since the last call as one step. Quick when nothing has; not while a
   // build runs, which waits.
   void Note();
@@ -44,6 +46,7 @@ class ProjectHistory {
   std::deque<Step> past;    // the last one is the nearest
   std::deque<Step> future;  // likewise
   std::int32_t seen = 0;    // change count of `present`
+  std::int32_t opened = 0;  // change count of the files
   bool isGoing = false;
 };
 

@@ -235,6 +235,10 @@ TEST_F(IdeWindowTest, ChangesOfTheProjectAreTakenBackAndMadeAgain) {
   remove("led.c");
   remove("uart.c");
   is("removed", false, false);
+  EXPECT_TRUE(window->isWindowModified());
+  ASSERT_TRUE(Choose("Save all"));
+  EXPECT_TRUE(RunUntil([&] { return !window->isWindowModified(); }, 5000));
+  EXPECT_EQ(testing::ReadBytes(folder / "blinky/blinky-avr.tapp").find("led.c"), std::string::npos);
   ASSERT_TRUE(Choose("Undo project change"));
   is("one back", false, true);
   ASSERT_TRUE(Choose("Undo project change"));

@@ -276,8 +276,8 @@
         <translation>Im &amp;Projekt suchen …</translation>
     </message>
     <message>
-        <source>%1 - Tarn</source>
-        <translation>%1 – Tarn</translation>
+        <source>%1[*] - Tarn</source>
+        <translation>%1[*] – Tarn</translation>
     </message>
     <message>
         <source>&amp;Navigate</source>
