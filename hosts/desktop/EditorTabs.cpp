@@ -75,9 +75,12 @@ bool EditorTabs::CloseCurrent() {
 }
 
 bool EditorTabs::MayCloseAll() {
+  QWidget* const inView = currentWidget();
   for (int index = 0; index < count(); ++index) {
     if (!MayClose(*At(index))) return false;
   }
+  // What was asked for came into view; what is kept for the next time is what the user looked at.
+  if (inView != nullptr) setCurrentWidget(inView);
   return true;
 }
 

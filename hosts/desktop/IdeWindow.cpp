@@ -10,6 +10,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScopedValueRollback>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QUrl>
@@ -191,8 +192,14 @@ bool IdeWindow::Start() {
 void IdeWindow::OpenProject(const std::string& path) {
   if (session->HasProject() && QFileInfo(ToQt(path)) == QFileInfo(ToQt(session->GetProjectPath())))
     return;
+  if (runner->IsBuilding()) {
+    QMessageBox::information(this, tr("Tarn"),
+                             tr("Another project can be opened as soon as the build has ended."));
+    return;
+  }
   if (!editors->MayCloseAll()) return;
   KeepEditors();
+  const QScopedValueRollback<bool> asked(isDiscarding, true);
   if (const Status opened = runner->Open(path); !opened) {
     const QString reason = ToQt(opened.GetError().text);
     const QString text = tr("%1 can't be opened.").arg(ToQt(path));
@@ -227,8 +234,8 @@ void IdeWindow::OnProjectChanged() {
   history->Begin();
   if (path == editorsProject) return;
   KeepEditors();
-  // What was not saved was asked for where the user opened the project; else it stays.
-  editors->CloseAll(true);
+  // What is not saved stays, unless the user has been asked for it.
+  editors->CloseAll(!isDiscarding);
   editorsProject = path;
   if (path.empty()) return;
   RecentProjects::Note(path);

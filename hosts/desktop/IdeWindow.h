@@ -114,7 +114,8 @@ class IdeWindow : public QMainWindow {
   StatusProgress* progress = nullptr;
   std::string editorsProject;  // whose files the editors show; empty for none
   QTimer refreshTimer;
-  bool isClosing = false;  // as soon as the build has ended
+  bool isDiscarding = false;  // texts that are not saved may go with their project
+  bool isClosing = false;     // as soon as the build has ended
 };
 
 }  // namespace tarn::host

@@ -180,7 +180,9 @@ TEST_F(IdeWindowTest, AProjectComesBackWithItsEditorsAndOneThatIsGoneLeavesTheLi
                         std::filesystem::copy_options::recursive);
   ASSERT_TRUE(window->Editors().OpenFile(folder / "blinky/src/main.c", 7));
   ASSERT_TRUE(window->Editors().OpenFile(folder / "blinky/src/board.h", 0));
+  window->Editors().Current()->insertAt("x", 0, 0);
   window->Editors().setCurrentIndex(0);
+  testing::PressInNextBox(QMessageBox::Discard);
   window->OpenProject(second);
   EXPECT_EQ(window->Editors().count(), 0);
   EXPECT_TRUE(window->findChild<QWidget*>("welcomePage")->isVisible());

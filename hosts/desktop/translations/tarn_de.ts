@@ -301,6 +301,10 @@
         <source>Options</source>
         <translation>Optionen</translation>
     </message>
+    <message>
+        <source>Another project can be opened as soon as the build has ended.</source>
+        <translation>Ein anderes Projekt kann geöffnet werden, sobald das Erstellen beendet ist.</translation>
+    </message>
 </context>
 <context>
     <name>PageView</name>

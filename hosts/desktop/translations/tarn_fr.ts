@@ -301,6 +301,10 @@
         <source>Options</source>
         <translation>Options</translation>
     </message>
+    <message>
+        <source>Another project can be opened as soon as the build has ended.</source>
+        <translation>Un autre projet pourra être ouvert dès que la génération sera terminée.</translation>
+    </message>
 </context>
 <context>
     <name>PageView</name>
