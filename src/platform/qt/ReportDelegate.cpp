@@ -14,6 +14,7 @@
 
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
+#include "platform/qt/ReportModel.h"
 
 namespace tarn {
 
@@ -85,18 +86,6 @@ class CellEditor : public QLineEdit {
     event->accept();
   }
 };
-
-Qt::Alignment AlignmentOf(const CReportColumn& column) {
-  switch (column.GetAlignment()) {
-    case ReportAlignment::Center:
-      return Qt::AlignHCenter;
-    case ReportAlignment::Right:
-      return Qt::AlignRight;
-    case ReportAlignment::Left:
-      break;
-  }
-  return Qt::AlignLeft;
-}
 
 bool HasMark(const CReportRecordItem& item) {
   return item.HasCheckbox() || item.GetIconIndex() >= 0;
@@ -215,7 +204,8 @@ void ReportDelegate::PaintText(QPainter& painter, const CReportRecordItem& item,
     painter.restore();
     return;
   }
-  painter.drawText(place, alignment | Qt::AlignVCenter | Qt::TextSingleLine,
+  painter.drawText(place,
+                   static_cast<int>(alignment.toInt()) | Qt::AlignVCenter | Qt::TextSingleLine,
                    painter.fontMetrics().elidedText(text, Qt::ElideRight, place.width()));
 }
 

@@ -7,6 +7,7 @@
 
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
+#include "platform/qt/ReportModel.h"
 
 namespace tarn {
 
@@ -18,18 +19,6 @@ constexpr int kArrow = 9;
 constexpr int kSmallestColumn = 16;
 constexpr float kLineStrength = 0.2F;
 constexpr float kHoverStrength = 0.08F;
-
-Qt::Alignment AlignmentOf(const CReportColumn& column) {
-  switch (column.GetAlignment()) {
-    case ReportAlignment::Center:
-      return Qt::AlignHCenter;
-    case ReportAlignment::Right:
-      return Qt::AlignRight;
-    case ReportAlignment::Left:
-      break;
-  }
-  return Qt::AlignLeft;
-}
 
 }  // namespace
 
@@ -92,8 +81,10 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int sectio
   // Of a column of pictures a few letters would say nothing.
   const bool isCut = fontMetrics().horizontalAdvance(caption) > room.width();
   if (!isCut || column->GetIconId() == CReportColumn::kNoIcon) {
-    painter->drawText(room, AlignmentOf(*column) | Qt::AlignVCenter | Qt::TextSingleLine,
-                      fontMetrics().elidedText(caption, Qt::ElideRight, room.width()));
+    painter->drawText(
+        room,
+        static_cast<int>(AlignmentOf(*column).toInt()) | Qt::AlignVCenter | Qt::TextSingleLine,
+        fontMetrics().elidedText(caption, Qt::ElideRight, room.width()));
   }
   painter->restore();
 }

@@ -4,6 +4,18 @@
 
 namespace tarn {
 
+Qt::Alignment AlignmentOf(const CReportColumn& column) {
+  switch (column.GetAlignment()) {
+    case ReportAlignment::Center:
+      return Qt::AlignHCenter;
+    case ReportAlignment::Right:
+      return Qt::AlignRight;
+    case ReportAlignment::Left:
+      break;
+  }
+  return Qt::AlignLeft;
+}
+
 ReportModel::ReportModel(const CReportControl& shownReport, QObject* parent)
     : QAbstractTableModel(parent), report(&shownReport) {
   Reset();

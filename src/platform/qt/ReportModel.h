@@ -6,6 +6,9 @@
 
 namespace tarn {
 
+// Of a column's texts, its head included.
+Qt::Alignment AlignmentOf(const CReportColumn& column);
+
 // The rows of a report control as they stand, one below the other, and all of its columns; nothing
 // is copied. Whoever hears of the control's changes calls the functions below.
 class ReportModel : public QAbstractTableModel {

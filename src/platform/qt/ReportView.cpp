@@ -290,7 +290,7 @@ void ReportView::keyPressEvent(QKeyEvent* event) {
     CopyRows();
   } else if (event->matches(QKeySequence::SelectAll)) {
     event->accept();
-    SelectAll();
+    selectAll();
   } else if (const int column = SearchedColumn(); column >= 0 && typeAhead.Takes(*event)) {
     event->accept();
     const std::optional<int> found = typeAhead.Find(
@@ -321,7 +321,8 @@ int ReportView::SearchedColumn() const {
   return first;
 }
 
-void ReportView::SelectAll() {
+void ReportView::selectAll() {
+  if (!IsWindow(handle)) return;
   std::vector<int> all(static_cast<std::size_t>(report.GetRows().GetCount()));
   std::iota(all.begin(), all.end(), 0);
   report.NotifySelected(std::move(all), report.GetFocusedRow());
@@ -347,12 +348,12 @@ void ReportView::CopyRows() const {
 
 // The view would choose a row of its own.
 void ReportView::focusInEvent(QFocusEvent* event) {
-  QAbstractScrollArea::focusInEvent(event);
+  QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   viewport()->update();
 }
 
 void ReportView::focusOutEvent(QFocusEvent* event) {
-  QAbstractScrollArea::focusOutEvent(event);
+  QTreeView::focusOutEvent(event);
   viewport()->update();
 }
 
@@ -387,7 +388,7 @@ void ReportView::ShowRowMenu(QPoint screen) {
   copy->setEnabled(report.GetSelectedRows().GetCount() > 0);
   QAction* const all = menu->addAction(QCoreApplication::translate("ReportView", "Select &all"),
                                        QKeySequence(QKeySequence::SelectAll), this,
-                                       whileAlive([this] { SelectAll(); }));
+                                       whileAlive([this] { selectAll(); }));
   all->setEnabled(report.GetRows().GetCount() > 0);
   menu->addSeparator();
   QMenu* const sorting = menu->addMenu(QCoreApplication::translate("ReportView", "&Sort by"));

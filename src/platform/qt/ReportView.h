@@ -34,6 +34,7 @@ class ReportView : public QTreeView {
   void AskToEdit(int row, int column);
 
   int RowsPerPage() const;
+  void selectAll() override;
   ReportHit HitAt(QPoint point) const;
 
  protected:
@@ -65,7 +66,6 @@ class ReportView : public QTreeView {
   void ShowTip(QHelpEvent& event);
   // The sorted column, or the first that shows texts; -1 for none.
   int SearchedColumn() const;
-  void SelectAll();
   void CopyRows() const;
   void ShowRowMenu(QPoint screen);
 
