@@ -78,7 +78,8 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   auto* const splitter = new QSplitter(Qt::Vertical, this);
   splitter->addWidget(grid);
   splitter->addWidget(help);
-  splitter->setStretchFactor(0, 1);
+  splitter->setStretchFactor(0, 4);
+  splitter->setStretchFactor(1, 1);
   splitter->setSizes({400, kHelpHeight});
   notice = new QLabel(this);
   notice->setObjectName("notice");

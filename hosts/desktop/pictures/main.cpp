@@ -7,11 +7,14 @@
 #include <QApplication>
 #include <QDockWidget>
 #include <QEventLoop>
+#include <QKeyEvent>
+#include <QLocale>
 #include <QPalette>
 #include <QScreen>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTimer>
+#include <QTreeView>
 #include <clocale>
 #include <filesystem>
 #include <fstream>
@@ -23,6 +26,7 @@
 
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/IdeWindow.h"
+#include "hosts/desktop/Translations.h"
 #include "platform/files/FileSystem.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/QtToolkit.h"
@@ -36,7 +40,7 @@ using tarn::host::IdeWindow;
 constexpr int kLimitMs = 30000;
 // So that everything is drawn and the cursor's blinking is all that goes on.
 constexpr int kSettleMs = 600;
-constexpr QSize kSize{1280, 800};
+constexpr QSize kSize{1440, 900};
 
 void Wait(int milliseconds) {
   QEventLoop loop;
@@ -115,12 +119,22 @@ void Replace(const fs::path& file, const std::string& text, const std::string& b
   std::ofstream(file, std::ios::binary) << all.replace(at, text.size(), by);
 }
 
+void ChooseProcessor(const QWidget& dialog, const QString& typed) {
+  auto* const targets = dialog.findChild<QTreeView*>();
+  targets->setFocus();
+  for (const QChar letter : typed) {
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, {}, QString(letter));
+    QApplication::sendEvent(targets, &press);
+  }
+}
+
 void TakeWizard(IdeWindow& window, const Photographer& camera) {
   std::string failure;
   // The dialog has a loop of its own, in which this comes.
   QTimer::singleShot(0, &window, [&] {
     try {
       WaitUntil([] { return QApplication::activeModalWidget() != nullptr; }, "the wizard");
+      ChooseProcessor(*QApplication::activeModalWidget(), "328p");
       camera.Take("wizard");
     } catch (const std::exception& caught) {
       failure = caught.what();
@@ -183,6 +197,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   std::setlocale(LC_ALL, "C");
   QApplication::setApplicationName("Tarn");
+  tarn::host::LoadTranslations(QLocale::c());
   QApplication::setStyle(QStyleFactory::create("Fusion"));
   int code = 0;
   try {
