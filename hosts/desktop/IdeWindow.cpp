@@ -39,10 +39,8 @@ namespace tarn::host {
 namespace {
 
 constexpr int kProjectWindow = 4003;
-constexpr int kReportWindow = 4006;
-// Popup menus go by the numbers of the windows.
+// The log's popup menu goes by the number of its window.
 constexpr const char* kLogPopup = "4004";
-constexpr const char* kReportPopup = "4006";
 constexpr int kLogWindow = 4004;
 // How late a button of the tool bar may show what can be done.
 constexpr int kRefreshMs = 250;
@@ -407,13 +405,6 @@ void IdeWindow::AddDock(const HostEvent& announcement) {
     addDockWidget(Qt::LeftDockWidgetArea, dock);
     resizeDocks({dock}, {kFirstTreeWidth}, Qt::Horizontal);
     return;
-  }
-  if (id.toInt() == kReportWindow) {
-    // The report has no menu of its own; that of the log is about the same build.
-    widget->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(widget, &QWidget::customContextMenuRequested, this, [this, widget](QPoint place) {
-      popups.Show(kReportPopup, widget->mapToGlobal(place), menuCommands, *this);
-    });
   }
   if (id.toInt() == kLogWindow) logDock = dock;
   addDockWidget(Qt::BottomDockWidgetArea, dock);
