@@ -1,5 +1,6 @@
 #include "platform/qt/WidgetPeer.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace tarn {
@@ -18,12 +19,25 @@ QWidget* WidgetOf(WindowHandle window) {
   return found == Widgets().end() ? nullptr : found->second.data();
 }
 
+bool ShowsWindow(const QWidget& widget) {
+  return std::any_of(Widgets().begin(), Widgets().end(),
+                     [&widget](const auto& each) { return each.second == &widget; });
+}
+
 void NoteWidget(WindowHandle window, QWidget* widget) {
   Widgets()[window] = widget;
 }
 
 void ForgetWidget(WindowHandle window) {
   Widgets().erase(window);
+}
+
+void LeaveFocus(const QWidget& widget) {
+  QWidget* const above = widget.parentWidget();
+  const QWidget* const focused = widget.window()->focusWidget();
+  if (above == nullptr || focused == nullptr) return;
+  const bool isHere = focused == &widget || widget.isAncestorOf(focused);
+  if (isHere && (above->focusPolicy() & Qt::TabFocus) != 0) above->setFocus(Qt::OtherFocusReason);
 }
 
 }  // namespace tarn

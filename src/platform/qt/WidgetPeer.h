@@ -17,9 +17,16 @@ inline QWidget* WidgetOf(const CWnd& window) {
   return WidgetOf(window.GetHandle());
 }
 
+// Whether it is such a widget.
+bool ShowsWindow(const QWidget& widget);
+
 // Makes the widget findable from now on, until it is taken away.
 void NoteWidget(WindowHandle window, QWidget* widget);
 void ForgetWidget(WindowHandle window);
+
+// Hands the keyboard, if it is here, to the widget around if that takes it: a field that goes would
+// leave it to whatever stands next.
+void LeaveFocus(const QWidget& widget);
 
 // What all peers have in common: a widget, below the one of the parent's window, that follows the
 // window's state. `Base` is the kind of peer. The widget goes with the peer, at the next chance, as
@@ -42,6 +49,7 @@ class WidgetPeer : public Base {
   ~WidgetPeer() override {
     ForgetWidget(handle);
     if (widget == nullptr) return;
+    LeaveFocus(*widget);
     widget->hide();
     widget->setParent(nullptr);
     widget->deleteLater();

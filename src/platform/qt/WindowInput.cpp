@@ -1,5 +1,6 @@
 #include "platform/qt/WindowInput.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QKeyEvent>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "platform/qt/QtText.h"
+#include "platform/qt/WidgetPeer.h"
 
 namespace tarn {
 
@@ -58,6 +60,15 @@ bool AcceptsFiles(const CWnd& window) {
     if (each->AcceptsDroppedFiles()) return true;
   }
   return false;
+}
+
+// A key that the widget with the keyboard has left over goes up the widgets. Those of another
+// window are not meant by it.
+bool ComesFromBelow(const QWidget& widget) {
+  const QWidget* each = QApplication::focusWidget();
+  if (each == nullptr || !widget.isAncestorOf(each)) return false;
+  while (each != &widget && !ShowsWindow(*each)) each = each->parentWidget();
+  return each != &widget;
 }
 
 struct KeyPair {
@@ -140,7 +151,7 @@ bool WindowInput::Handle(QWidget& widget, QEvent& event) {
       }
       return false;
     case QEvent::KeyPress:
-      return (inputs & kInputKeys) != 0 &&
+      return (inputs & kInputKeys) != 0 && !ComesFromBelow(widget) &&
              window.NotifyKey(ToKeyEvent(static_cast<QKeyEvent&>(event)));
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:

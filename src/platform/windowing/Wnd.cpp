@@ -64,6 +64,8 @@ void CWnd::DestroyWindow() {
   }
   UnregisterWindow(handle);
   handle = 0;
+  // A child that went may have left the keyboard to it.
+  if (OfThread().focus == this) OfThread().focus = nullptr;
   Detach();
   peer.reset();
 }

@@ -17,6 +17,7 @@
 #include "platform/qt/ImageCache.h"
 #include "platform/qt/QtToolkit.h"
 #include "platform/qt/WidgetPeer.h"
+#include "platform/windowing/Edit.h"
 #include "platform/windowing/TipWindow.h"
 #include "platform/windowing/TreeCtrl.h"
 #include "support/Surroundings.h"
@@ -169,6 +170,29 @@ TEST_F(TreePeerTest, LettersFindTheNextLineThatBeginsWithThemOrElseHasThem) {
     EXPECT_TRUE(IsOpen(*fruit)) << "where what was found is";
     QTest::qWait(QApplication::keyboardInputInterval() + 20);
   }
+}
+
+TEST_F(TreePeerTest, AFieldInTheTreeHasItsKeysForItselfAndGivesTheKeyboardBack) {
+  view->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(view));
+  CEdit field;
+  const auto open = [&] {
+    ASSERT_TRUE(field.Create(kStyleChild | kStyleVisible, {0, 0, 80, 20}, &tree, 1));
+    field.SetFocus();
+    ASSERT_EQ(QApplication::focusWidget(), WidgetOf(field));
+  };
+  open();
+  QTest::keyClick(WidgetOf(field), Qt::Key_Insert);
+  QTest::keyClick(WidgetOf(field), Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_TRUE(tree.keys.empty());
+  field.DestroyWindow();
+  EXPECT_TRUE(tree.HasFocus());
+  EXPECT_EQ(QApplication::focusWidget(), view);
+
+  open();
+  tree.DestroyWindow();
+  EXPECT_FALSE(tree.HasFocus());
+  tester.reset();
 }
 
 TEST_F(TreePeerTest, PartsOfALineAreWhereTheyArePainted) {
