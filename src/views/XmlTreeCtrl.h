@@ -100,6 +100,7 @@ class CXmlTreeCtrl : public CTreeCtrl {
   void OnBeginDrag(CTreeItem& item, Point point) override;
   void OnMouseMove(Point point) override;
   void OnLeftButtonUp(Point point) override;
+  bool OnDragCancelled() override;
   void OnKillFocus() override;
   void OnDestroy() override;
   void OnItemExpanded(const CTreeItem& /*item*/) override { isStateSaved = false; }

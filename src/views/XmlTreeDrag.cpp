@@ -59,6 +59,12 @@ void CXmlTreeCtrl::OnLeftButtonUp(Point /*point*/) {
             reinterpret_cast<std::intptr_t>(to));
 }
 
+bool CXmlTreeCtrl::OnDragCancelled() {
+  if (!dragging) return false;
+  EndDrag();
+  return true;
+}
+
 void CXmlTreeCtrl::EndDrag() {
   dragging = false;
   dragItem = nullptr;

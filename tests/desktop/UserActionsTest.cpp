@@ -16,6 +16,19 @@ class UserActionsTest : public testing::IdeFixture {
   std::string ParentOf(const QString& label) {
     return FindLine(label).parent().data().toString().toStdString();
   }
+  // Without letting go.
+  void DragTo(QPoint onto) {
+    QWidget* const lines = Tree().viewport();
+    const QPoint from = PlaceOf("led.c");
+    QTest::mousePress(lines, Qt::LeftButton, {}, from);
+    for (int step = 1; step <= 10; ++step) {
+      // With the button held, which QTest's own moves are not.
+      const QPointF place = from + (onto - from) * step / 10;
+      QMouseEvent move(QEvent::MouseMove, place, lines->mapToGlobal(place), Qt::NoButton,
+                       Qt::LeftButton, {});
+      QApplication::sendEvent(lines, &move);
+    }
+  }
   // Presses that button of the next question; false when none comes.
   bool Answer(QMessageBox::StandardButton button, const std::function<void()>& asking) {
     bool isAsked = false;
@@ -49,6 +62,7 @@ TEST_F(UserActionsTest, AGroupIsRenamedInItsPlaceAndEscapeLeavesIt) {
   ASSERT_TRUE(RunUntil([&] { return FindLine("Hardware").isValid(); }, 3000));
   EXPECT_EQ(ParentOf("led.c"), "Hardware");
   rename("Hardware", "Nothing", Qt::Key_Escape);
+  EXPECT_TRUE(Tree().hasFocus());
   EXPECT_TRUE(FindLine("Hardware").isValid());
   window->Session().Manager().ProjectSave();
   EXPECT_NE(testing::ReadBytes(folder / "blinky/blinky-avr.tapp").find("Header=\"Hardware\""),
@@ -57,18 +71,20 @@ TEST_F(UserActionsTest, AGroupIsRenamedInItsPlaceAndEscapeLeavesIt) {
 
 TEST_F(UserActionsTest, ANodeThatIsDraggedOntoAGroupGoesIntoIt) {
   ASSERT_EQ(ParentOf("led.c"), "Drivers");
-  QWidget* const lines = Tree().viewport();
-  const QPoint from = PlaceOf("led.c");
   const QPoint onto = PlaceOf("Application");
-  QTest::mousePress(lines, Qt::LeftButton, {}, from);
-  for (int step = 1; step <= 10; ++step) {
-    // With the button held, which QTest's own moves are not.
-    const QPointF place = from + (onto - from) * step / 10;
-    QMouseEvent move(QEvent::MouseMove, place, lines->mapToGlobal(place), Qt::NoButton,
-                     Qt::LeftButton, {});
-    QApplication::sendEvent(lines, &move);
-  }
-  QTest::mouseRelease(lines, Qt::LeftButton, {}, onto);
+  // A drag that is let go of elsewhere, or given up, is over: the next click drops nothing.
+  DragTo({Tree().viewport()->width() + 50, onto.y()});
+  QTest::mouseRelease(Tree().viewport(), Qt::LeftButton, {},
+                      {Tree().viewport()->width() + 50, onto.y()});
+  Select("Application");
+  DragTo(onto);
+  QTest::keyClick(&Tree(), Qt::Key_Escape);
+  QTest::mouseRelease(Tree().viewport(), Qt::LeftButton, {}, onto);
+  RunUntil([] { return false; }, 100);
+  ASSERT_EQ(ParentOf("led.c"), "Drivers");
+
+  DragTo(onto);
+  QTest::mouseRelease(Tree().viewport(), Qt::LeftButton, {}, onto);
   ASSERT_TRUE(RunUntil([&] { return ParentOf("led.c") == "Application"; }, 3000))
       << ParentOf("led.c");
   ASSERT_TRUE(Choose("Build all"));

@@ -15,6 +15,7 @@ QtTreePeer::QtTreePeer(CTreeCtrl& shownTree)
     : WidgetPeer(shownTree, new TreeView(shownTree)), tree(shownTree) {
   new WindowInput(tree, *widget, kInputFocus | kInputKeys);
   new WindowInput(tree, *widget->viewport(), kInputSize | kInputMouse | kInputFileDrops);
+  widget->viewport()->installEventFilter(widget);
   QtTreePeer::OnTextChanged();
 }
 

@@ -5,6 +5,7 @@
 #include <QFocusEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
@@ -221,6 +222,19 @@ void TreeView::SearchFor(const QKeyEvent& typed) {
   if (IsWindow(handle) && tree.GetSelectedItem() == found) tree.EnsureVisible(*found);
 }
 
+// Ahead of the control's own share, which ends at the edge of the window: a button that goes up
+// elsewhere ends a drag as well.
+bool TreeView::eventFilter(QObject* watched, QEvent* event) {
+  const bool isRelease = event->type() == QEvent::MouseButtonRelease;
+  if (watched == viewport() && (isRelease || event->type() == QEvent::MouseMove)) {
+    const auto& mouse = static_cast<const QMouseEvent&>(*event);
+    const bool isHeld = mouse.buttons().testFlag(Qt::LeftButton);
+    const bool isInside = viewport()->rect().contains(mouse.position().toPoint());
+    if (!isHeld && !(isRelease && isInside) && IsWindow(handle)) tree.NotifyDragCancelled();
+  }
+  return QTreeView::eventFilter(watched, event);
+}
+
 // Of what the control does not use, the key that opens an item and the letters of a search are the
 // view's; the rest is for whoever is above.
 void TreeView::keyPressEvent(QKeyEvent* event) {
@@ -228,6 +242,10 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   const Qt::KeyboardModifiers keys = event->modifiers() & ~Qt::KeypadModifier;
   if (!IsWindow(handle)) return;
+  if (event->key() == Qt::Key_Escape && tree.NotifyDragCancelled()) {
+    event->accept();
+    return;
+  }
   if (typeAhead.Takes(*event)) {
     event->accept();
     SearchFor(*event);

@@ -216,6 +216,9 @@ class CTreeCtrl : public CWnd {
   void NotifyRightClick(Point point);
   void NotifyBeginDrag(Point point);
   void NotifyScrolled(int newTopRow);
+  // The user gives a drag up, as with Escape, or the button went up where the tree does not see it.
+  // False when there is none.
+  bool NotifyDragCancelled() { return IsCreated() && OnDragCancelled(); }
 
  protected:
   // --- Events; what they do here is what a tree does by itself ---
@@ -233,6 +236,8 @@ class CTreeCtrl : public CWnd {
   virtual void OnBeginDrag(CTreeItem& /*item*/, Point /*point*/) {}
   virtual void OnMouseMove(Point /*point*/) {}
   virtual void OnLeftButtonUp(Point /*point*/) {}
+  // False when there is no drag.
+  virtual bool OnDragCancelled() { return false; }
   virtual void OnItemExpanded(const CTreeItem& /*item*/) {}  // or collapsed
   // The item is about to be freed, with all below it; it is in no list any more. Must not change
   // the control.
