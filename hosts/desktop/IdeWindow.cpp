@@ -85,6 +85,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   notices->onSelectionChanged = [this] {
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);
   };
+  notices->isBuilding = [this] { return runner->IsBuilding(); };
   notices->openText = [this](const std::string& path) { OpenFile(path, 0); };
   runner->onProjectClosing = [this] { notices->Forget(); };
   problems = std::make_unique<ProblemNavigator>(files, *statusBar());
@@ -395,9 +396,10 @@ void IdeWindow::AddDock(const HostEvent& announcement) {
   auto* const dock = new QDockWidget(ToQt(AttributeOf(element.get(), "Title")), this);
   dock->setObjectName("dock" + id);
   dock->setWidget(widget);
-  // What takes the keyboard in it goes by its name.
+  // What takes the keyboard in it goes by its name, and gets the keyboard that the window is given.
   for (auto* const view : dock->findChildren<QAbstractScrollArea*>()) {
     if (view->accessibleName().isEmpty()) view->setAccessibleName(dock->windowTitle());
+    if (widget->focusProxy() == nullptr) widget->setFocusProxy(view);
   }
   if (id.toInt() == kProjectWindow) {
     AddTreeShortcuts(*widget, menuCommands);
@@ -462,8 +464,13 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
   filter->onChosen = [this](const IndexedNode& node) {
     session->Inspector().SelectNodeByPlace(node.place);
   };
-  QAction* const action =
-      editMenu->addAction(tr("Find in the &project..."), filter, [filter] { filter->Begin(); });
+  QAction* const action = editMenu->addAction(tr("Find in the &project..."), filter, [filter] {
+    if (auto* const dock = qobject_cast<QDockWidget*>(filter->parentWidget())) {
+      dock->show();
+      dock->raise();
+    }
+    filter->Begin();
+  });
   action->setShortcuts({Qt::CTRL | Qt::Key_P, Qt::CTRL | Qt::SHIFT | Qt::Key_F});
   return filter;
 }
@@ -481,6 +488,8 @@ void IdeWindow::AddToolBar(const std::string& xml) {
 }
 
 void IdeWindow::OnBuildStarted() {
+  // A message would hide how the build goes.
+  statusBar()->clearMessage();
   options->SetBuilding(true);
   progress->Begin(ToQt(FolderOf(session->GetProjectPath())));
 }

@@ -9,6 +9,13 @@
 
 namespace tarn::host {
 
+namespace {
+
+// Long enough to read a message of a compiler; the outcome of the build is below it.
+constexpr int kMessageMs = 15000;
+
+}  // namespace
+
 ProblemNavigator::ProblemNavigator(FileSystem& fileSystem, QStatusBar& statusBar)
     : problems(fileSystem), bar(statusBar) {}
 
@@ -25,14 +32,15 @@ void ProblemNavigator::Step(bool isForward) {
   const std::int64_t now = std::time(nullptr);
   const auto place = isForward ? problems.Next(now) : problems.Previous(now);
   if (!place) {
-    bar.showMessage(tr("The last build has no errors and no warnings"));
+    bar.showMessage(tr("The last build has no errors and no warnings"), kMessageMs);
     return;
   }
   if (open) open(place->problem.file, place->problem.line);
   const QString text =
       place->problem.kind == LogKind::Error ? tr("Error %1 of %2: %3") : tr("Warning %1 of %2: %3");
   bar.showMessage(
-      text.arg(place->number).arg(place->count).arg(ToQt(place->problem.message).simplified()));
+      text.arg(place->number).arg(place->count).arg(ToQt(place->problem.message).simplified()),
+      kMessageMs);
 }
 
 }  // namespace tarn::host

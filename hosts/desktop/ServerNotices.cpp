@@ -65,7 +65,7 @@ void ServerNotices::AnswerMessages() {
     ShowSelection();
   });
   Answer(kMsgOutputInvalid, [this](const HostEvent& event) {
-    if (!event.text.empty()) {
+    if (!event.text.empty() && !(isBuilding && isBuilding())) {
       bar.showMessage(tr("%1 is out of date").arg(NameOf(event.text)), kNoticeMs);
     }
   });

@@ -28,6 +28,9 @@ class ServerNotices : public QObject {
   std::function<void()> onSelectionChanged;
   // A help file that is to be read here, if set; others go to the desktop.
   std::function<void(const std::string& path)> openText;
+  // While this says so, if set, the bar shows how a build goes, and what that makes out of date
+  // isn't told.
+  std::function<bool()> isBuilding;
   // Another project: nothing is known of its applications yet.
   void Forget();
 

@@ -1,6 +1,8 @@
 #include "platform/qt/QtToolkit.h"
 
+#include <QApplication>
 #include <QClipboard>
+#include <QCursor>
 #include <QDesktopServices>
 #include <QDrag>
 #include <QFontMetrics>
@@ -146,8 +148,13 @@ Color QtToolkit::GetColor(SystemColor color) {
 
 void QtToolkit::SetCursor(CursorShape shape) {
   if (isWaiting) QGuiApplication::restoreOverrideCursor();
-  isWaiting = shape != CursorShape::Arrow;
-  if (isWaiting) QGuiApplication::setOverrideCursor(ToQtShape(shape));
+  isWaiting = shape == CursorShape::Wait;
+  if (isWaiting) return QGuiApplication::setOverrideCursor(ToQtShape(shape));
+  QWidget* const under =
+      shape == CursorShape::Arrow ? nullptr : QApplication::widgetAt(QCursor::pos());
+  if (pointedAt != nullptr && pointedAt != under) pointedAt->unsetCursor();
+  pointedAt = under;
+  if (pointedAt != nullptr) pointedAt->setCursor(ToQtShape(shape));
 }
 
 int QtToolkit::TrackMenu(const CMenu& menu, Point screen, CWnd& owner) {

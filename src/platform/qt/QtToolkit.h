@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QPointer>
+#include <QWidget>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -46,6 +48,7 @@ class QtToolkit : public WindowToolkit {
  private:
   LoopBridge bridge;
   bool isWaiting = false;
+  QPointer<QWidget> pointedAt;  // whose cursor is another one for now
 };
 
 }  // namespace tarn

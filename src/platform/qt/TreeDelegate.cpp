@@ -5,6 +5,7 @@
 #include <QStyleOptionViewItem>
 #include <QWidget>
 #include <algorithm>
+#include <initializer_list>
 #include <optional>
 
 #include "platform/qt/QtFont.h"
@@ -28,12 +29,18 @@ QRect ToQtRect(const Rect& rect) {
 // Carries out the steps of one line.
 class StepPainter {
  public:
-  StepPainter(QPainter& linePainter, const QRect& paintedLine, const QWidget& treeView,
-              ImageCache& pictures)
-      : painter(linePainter), line(paintedLine), view(treeView), cache(pictures) {}
+  StepPainter(QPainter& linePainter, const QRect& paintedLine, bool isLineSelected,
+              const QWidget& treeView, ImageCache& pictures)
+      : painter(linePainter),
+        line(paintedLine),
+        isSelected(isLineSelected),
+        view(treeView),
+        cache(pictures) {}
 
   void operator()(const FillStep& step) const {
-    painter.fillRect(ToQtRect(step.rect), OwnColor(step.color).value_or(ToQtColor(step.color)));
+    painter.fillRect(ToQtRect(step.rect),
+                     OwnColor(step.color, {QPalette::Base, QPalette::Highlight})
+                         .value_or(ToQtColor(step.color)));
   }
   // One that belongs to the top of the line is in its middle, as the item's own image is.
   void operator()(const ImageStep& step) const {
@@ -45,17 +52,19 @@ class StepPainter {
   }
   void operator()(const TextStep& step) const {
     painter.setFont(ToQtFont(step.font, view.font()));
-    painter.setPen(view.isEnabled() ? OwnColor(step.color).value_or(ToTextColor(step.color))
+    // Both may be the same number, and differ where the keyboard is elsewhere.
+    const QPalette::ColorRole role = isSelected ? QPalette::HighlightedText : QPalette::Text;
+    painter.setPen(view.isEnabled() ? OwnColor(step.color, {role}).value_or(ToTextColor(step.color))
                                     : view.palette().color(QPalette::Disabled, QPalette::Text));
     painter.drawText(ToQtRect(step.rect), kTextFlags, ToQt(step.text));
   }
 
  private:
   // A colour of the desktop as it is for a view in this state; nothing for any other.
-  std::optional<QColor> OwnColor(Color color) const {
+  std::optional<QColor> OwnColor(Color color,
+                                 std::initializer_list<QPalette::ColorRole> roles) const {
     const QPalette& palette = view.palette();
-    for (const QPalette::ColorRole role :
-         {QPalette::Base, QPalette::Highlight, QPalette::Text, QPalette::HighlightedText}) {
+    for (const QPalette::ColorRole role : roles) {
       if (FromQtColor(palette.color(QPalette::Active, role)) == color) {
         return palette.color(GroupOf(view), role);
       }
@@ -65,6 +74,7 @@ class StepPainter {
 
   QPainter& painter;
   const QRect& line;
+  const bool isSelected;
   const QWidget& view;
   ImageCache& cache;
 };
@@ -125,12 +135,12 @@ void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   if (item == nullptr) return;
   painter->save();
   PaintImage(*painter, option.rect, *item);
+  const bool isSelected = option.state.testFlag(QStyle::State_Selected);
   const DrawingSteps steps = tree.DrawItem(*item);
   for (const DrawingStep& step : steps) {
-    std::visit(StepPainter(*painter, option.rect, view, cache), step);
+    std::visit(StepPainter(*painter, option.rect, isSelected, view, cache), step);
   }
   if (steps.empty()) {
-    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const QPalette& palette = option.palette;
     if (isSelected) {
       const QRect label(option.rect.left() + LabelOffset(), option.rect.top(), LabelWidth(*item),

@@ -259,7 +259,8 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
   event->accept();
   tree.EnsureVisible(*selected);
   const Rect label = TextRectOf(*selected);
-  tree.NotifyItemActivated({std::max(0, label.left), (label.top + label.bottom) / 2});
+  tree.NotifyDoubleClick(MouseButton::Left,
+                         {std::max(0, label.left), (label.top + label.bottom) / 2});
 }
 
 // The view would choose an item of its own.
