@@ -3,8 +3,10 @@
 #include <QDragMoveEvent>
 #include <QEvent>
 #include <QFontDatabase>
+#include <QHelpEvent>
 #include <QMimeData>
 #include <QStringConverter>
+#include <QToolTip>
 #include <algorithm>
 #include <vector>
 
@@ -46,7 +48,7 @@ bool IsAnyOf(std::string_view extension, std::initializer_list<const char*> name
 }  // namespace
 
 CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
-    : files(fileSystem), path(std::move(filePath)) {
+    : files(fileSystem), path(std::move(filePath)), problems(new LineProblems(*this)) {
   setUtf8(true);
   setFont(EditorFont());
   setMarginType(kNumberMargin, NumberMargin);
@@ -76,8 +78,10 @@ Status CodeEditor::Load() {
   getCursorPosition(&line, &column);
   const QString text = Decode(*read, isUtf8);
   setEolMode(text.contains("\r\n") ? EolWindows : EolUnix);
+  const std::vector<LineProblem> shown = problems->Take();
   setText(text);
   setModified(false);
+  problems->Add(shown);
   isInConflict = false;
   setCursorPosition(std::min(line, lines() - 1), column);
   return {};
@@ -200,6 +204,21 @@ void CodeEditor::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange) Colour();
 }
 
+bool CodeEditor::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QsciScintilla::viewportEvent(event);
+  const auto& help = static_cast<const QHelpEvent&>(*event);
+  const QString text = problems->TextAt(help.pos());
+  // Within the height of a line it stays.
+  const int height = textHeight(0);
+  const QRect row(0, help.y() - height / 2, viewport()->width(), height);
+  if (text.isEmpty()) {
+    QToolTip::hideText();
+  } else {
+    QToolTip::showText(help.globalPos(), text, viewport(), row);
+  }
+  return true;
+}
+
 void CodeEditor::dragEnterEvent(QDragEnterEvent* event) {
   event->mimeData()->hasUrls() ? event->ignore() : QsciScintilla::dragEnterEvent(event);
 }
@@ -259,6 +278,7 @@ void CodeEditor::Colour() {
   hit.setAlpha(kHitAlpha);
   setIndicatorForegroundColor(hit, kHitIndicator);
   setSelectionForegroundColor(colours.color(QPalette::HighlightedText));
+  problems->Colour();
 }
 
 }  // namespace tarn::host

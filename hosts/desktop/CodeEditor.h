@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "hosts/desktop/LineProblems.h"
 #include "hosts/desktop/Scintilla.h"
 #include "hosts/desktop/TextSearch.h"
 #include "platform/Result.h"
@@ -34,6 +35,8 @@ class CodeEditor : public QsciScintilla {
   void KeepMine();
   // Lines count from 1; one beyond the end goes to the last.
   void GoToLine(int line);
+  // Errors and warnings to be shown; a tip says them under the mouse.
+  LineProblems& Problems() { return *problems; }
 
   // Places count the characters of text().
   SearchHit Selection() const;
@@ -45,6 +48,7 @@ class CodeEditor : public QsciScintilla {
 
  protected:
   void changeEvent(QEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
   // Files are for the window around; their names are no text for here.
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
@@ -59,6 +63,7 @@ class CodeEditor : public QsciScintilla {
 
   FileSystem& files;
   std::string path;
+  LineProblems* problems = nullptr;
   bool isUtf8 = true;
   bool isInConflict = false;
   std::optional<FileStatus> known;  // of the file as it was read or written last

@@ -39,8 +39,12 @@ class EditorTabs : public QTabWidget {
   // Looks for files that changed on the disk; for the time when the window comes to the front.
   void FollowDisk();
   CodeEditor* Current() const;
+  // The one in a tab, from 0.
+  CodeEditor* At(int index) const;
   // An editor may have come into conflict, or out of it.
   std::function<void()> onConflict;
+  // An editor has been made, with its text in it.
+  std::function<void(CodeEditor& editor)> onOpened;
 
  protected:
   void tabInserted(int index) override;
@@ -49,7 +53,6 @@ class EditorTabs : public QTabWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  CodeEditor* At(int index) const;
   bool Save(CodeEditor& editor);
   bool MayClose(CodeEditor& editor);
   bool CloseTab(int index);

@@ -89,6 +89,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   notices->openText = [this](const std::string& path) { OpenFile(path, 0); };
   runner->onProjectClosing = [this] { notices->Forget(); };
   problems = std::make_unique<ProblemNavigator>(files, *statusBar());
+  problemMarks = std::make_unique<ProblemMarks>(problems->GetList(), *editors);
   problems->open = [this](const std::string& path, int line) { OpenFile(path, line); };
   setDockNestingEnabled(true);
   // The tree has the whole height, as projects are deep; what tools say needs width.
@@ -182,6 +183,7 @@ bool IdeWindow::Start() {
   connect(&refreshTimer, &QTimer::timeout, this, [this] {
     history->Note();
     setWindowModified(!runner->GetProjectPath().empty() && history->HasUnsaved());
+    if (runner->IsBuilding()) problemMarks->Refresh();
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);
   });
   refreshTimer.start(kRefreshMs);
@@ -227,6 +229,8 @@ void IdeWindow::OpenPaths(const std::vector<std::string>& paths) {
 void IdeWindow::OnProjectChanged() {
   const std::string path = runner->GetProjectPath();
   problems->SetProject(path);
+  problemMarks->SetFolder(FolderOf(path));
+  problemMarks->Refresh();
   ShowTitle();
   area->ProjectBanner().hide();
   projectWatch.Follow(path);
@@ -353,6 +357,8 @@ void IdeWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
     editors->FollowDisk();
     projectWatch.Look();
+    // Another program may have built as well.
+    problemMarks->Refresh();
   }
 }
 
@@ -497,6 +503,7 @@ void IdeWindow::OnBuildStarted() {
 void IdeWindow::OnBuildEnded(BuildEnd end) {
   options->SetBuilding(false);
   progress->End(end);
+  problemMarks->Refresh();
   if (isClosing) close();
 }
 

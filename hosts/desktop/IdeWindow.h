@@ -10,6 +10,7 @@
 #include "hosts/desktop/CommandRunner.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/PopupMenus.h"
+#include "hosts/desktop/ProblemMarks.h"
 #include "hosts/desktop/ProblemNavigator.h"
 #include "hosts/desktop/ProjectHistory.h"
 #include "hosts/desktop/ProjectWatch.h"
@@ -95,6 +96,7 @@ class IdeWindow : public QMainWindow {
   std::unique_ptr<BuildSession> session;
   std::unique_ptr<ServerNotices> notices;
   std::unique_ptr<ProblemNavigator> problems;
+  std::unique_ptr<ProblemMarks> problemMarks;
   std::unique_ptr<CommandRunner> runner;
   std::unique_ptr<ProjectHistory> history;
   MenuCommands menuCommands;

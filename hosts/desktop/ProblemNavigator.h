@@ -22,6 +22,7 @@ class ProblemNavigator : public QObject {
 
   void AddActions(QMenu& menu);
   void SetProject(const std::string& path) { problems.SetProject(path); }
+  ProblemList& GetList() { return problems; }
   // The user has gone to a place by himself.
   void GoTo(const std::string& file, int line);
 

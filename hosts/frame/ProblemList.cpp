@@ -5,8 +5,7 @@
 namespace tarn::host {
 
 void ProblemList::SetProject(const std::string& projectPath) {
-  problems.clear();
-  current.reset();
+  Clear();
   log.reset();
   if (!projectPath.empty()) log.emplace(files, LogPathOf(projectPath));
 }
@@ -36,14 +35,17 @@ std::optional<ProblemList::Place> ProblemList::Step(bool isForward, std::int64_t
 void ProblemList::Follow(std::int64_t now) {
   if (!log) return;
   LogFollower::News news = log->Take(now);
-  if (news.isOtherLog) {
-    problems.clear();
-    current.reset();
-  }
+  if (news.isOtherLog) Clear();
   for (LogEntry& entry : news.entries) {
     const bool isProblem = entry.kind == LogKind::Error || entry.kind == LogKind::Warning;
     if (isProblem && !entry.file.empty()) problems.push_back(std::move(entry));
   }
+}
+
+void ProblemList::Clear() {
+  problems.clear();
+  current.reset();
+  ++logNumber;
 }
 
 }  // namespace tarn::host

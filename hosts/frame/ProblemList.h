@@ -33,13 +33,21 @@ class ProblemList {
   // The user has gone to this place by himself: the next problem is the one behind it.
   void GoTo(const std::string& file, int line, std::int64_t now);
 
+  // Looks for news in the log.
+  void Follow(std::int64_t now);
+  // As far as the log has been followed. The list only grows until the number of the log is
+  // another one.
+  const std::vector<LogEntry>& GetAll() const { return problems; }
+  int GetLogNumber() const { return logNumber; }
+
  private:
   std::optional<Place> Step(bool isForward, std::int64_t now);
-  void Follow(std::int64_t now);
+  void Clear();
 
   FileSystem& files;
   std::optional<LogFollower> log;
   std::vector<LogEntry> problems;
+  int logNumber = 0;
   std::optional<std::size_t> current;  // none ahead of the first step
 };
 

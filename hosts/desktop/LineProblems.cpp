@@ -1,0 +1,183 @@
+#include "hosts/desktop/LineProblems.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+#include <utility>
+
+#include "platform/qt/QtFont.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr int kSymbolMargin = 1;
+constexpr int kMarginWidth = 18;
+constexpr int kSymbolSize = 14;
+// Symbols of higher numbers are drawn over the others.
+constexpr int kWarningMarker = 1;
+constexpr int kErrorMarker = 2;
+constexpr int kWarningWave = 9;
+constexpr int kErrorWave = 10;
+constexpr Color kWarningColor = MakeColor(190, 130, 0);
+constexpr Color kErrorColor = MakeColor(205, 30, 30);
+// More of them would make a tip that is larger than the screen.
+constexpr int kTipMessages = 8;
+
+using Base = QsciScintillaBase;
+
+// Both are told apart by their shape, too.
+QImage Symbol(bool isError, qreal ratio) {
+  const int size = static_cast<int>(kSymbolSize * ratio);
+  QImage image(size, size, QImage::Format_ARGB32);
+  image.fill(Qt::transparent);
+  image.setDevicePixelRatio(ratio);
+  QPainter painter(&image);
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (isError) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(214, 48, 49));
+    painter.drawEllipse(QRectF(1, 1, 12, 12));
+    painter.setPen(QPen(Qt::white, 1.6, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(4.8, 4.8), QPointF(9.2, 9.2));
+    painter.drawLine(QPointF(9.2, 4.8), QPointF(4.8, 9.2));
+    return image;
+  }
+  QPainterPath triangle(QPointF(7, 1.8));
+  triangle.lineTo(13, 12.4);
+  triangle.lineTo(1, 12.4);
+  triangle.closeSubpath();
+  const QColor amber(240, 173, 0);
+  painter.setPen(QPen(amber, 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setBrush(amber);
+  painter.drawPath(triangle);
+  const QColor ink(45, 35, 0);
+  painter.setPen(QPen(ink, 1.6, Qt::SolidLine, Qt::RoundCap));
+  painter.drawLine(QPointF(7, 5.4), QPointF(7, 8.6));
+  painter.drawPoint(QPointF(7, 11));
+  return image;
+}
+
+}  // namespace
+
+LineProblems::LineProblems(QsciScintilla& shownIn) : QObject(&shownIn), editor(shownIn) {
+  editor.setMarginType(kSymbolMargin, QsciScintilla::SymbolMargin);
+  editor.setMarginWidth(kSymbolMargin, kMarginWidth);
+  editor.setMarginMarkerMask(kSymbolMargin, 1 << kWarningMarker | 1 << kErrorMarker);
+  for (const int wave : {kWarningWave, kErrorWave}) {
+    editor.indicatorDefine(QsciScintilla::SquiggleLowIndicator, wave);
+  }
+  connect(&editor, &Base::SCN_MODIFIED, this,
+          [this](int position, int kind, const char*, int, int linesAdded) {
+            if (linesAdded != 0) OnModified(position, kind, linesAdded);
+          });
+}
+
+void LineProblems::Add(const std::vector<LineProblem>& more) {
+  const int last = std::max(0, editor.lines() - 1);
+  problems.reserve(problems.size() + more.size());
+  for (const LineProblem& each : more) {
+    problems.push_back(each);
+    problems.back().line = std::clamp(each.line, 0, last);
+    Mark(problems.back());
+  }
+}
+
+void LineProblems::Mark(const LineProblem& problem) {
+  const auto line = static_cast<unsigned long>(problem.line);
+  const long shown = editor.SendScintilla(Base::SCI_MARKERGET, line);
+  if ((shown & 1 << kErrorMarker) != 0) return;
+  if (problem.isError) {
+    editor.SendScintilla(Base::SCI_MARKERDELETE, line, long{kWarningMarker});
+  } else if ((shown & 1 << kWarningMarker) != 0) {
+    return;
+  }
+  editor.SendScintilla(Base::SCI_MARKERADD, line,
+                       long{problem.isError ? kErrorMarker : kWarningMarker});
+  const long start = editor.SendScintilla(Base::SCI_GETLINEINDENTPOSITION, line);
+  const long end = editor.SendScintilla(Base::SCI_GETLINEENDPOSITION, line);
+  if (end <= start) return;
+  editor.SendScintilla(Base::SCI_SETINDICATORCURRENT, problem.isError ? kErrorWave : kWarningWave);
+  editor.SendScintilla(Base::SCI_INDICATORFILLRANGE, static_cast<unsigned long>(start),
+                       end - start);
+}
+
+void LineProblems::Clear() {
+  static_cast<void>(Take());
+}
+
+std::vector<LineProblem> LineProblems::Take() {
+  if (problems.empty()) return {};
+  for (const int marker : {kWarningMarker, kErrorMarker}) {
+    editor.SendScintilla(Base::SCI_MARKERDELETEALL, marker);
+  }
+  for (const int wave : {kWarningWave, kErrorWave}) {
+    editor.SendScintilla(Base::SCI_SETINDICATORCURRENT, wave);
+    editor.SendScintilla(Base::SCI_INDICATORCLEARRANGE, 0UL,
+                         editor.SendScintilla(Base::SCI_GETLENGTH));
+  }
+  return std::exchange(problems, {});
+}
+
+void LineProblems::Colour() {
+  const qreal ratio = editor.devicePixelRatioF();
+  editor.SendScintilla(Base::SCI_RGBAIMAGESETSCALE, static_cast<int>(100 * ratio));
+  editor.markerDefine(Symbol(false, ratio), kWarningMarker);
+  editor.markerDefine(Symbol(true, ratio), kErrorMarker);
+  editor.setIndicatorForegroundColor(ToTextColor(kWarningColor), kWarningWave);
+  editor.setIndicatorForegroundColor(ToTextColor(kErrorColor), kErrorWave);
+}
+
+// As the symbols move, which have no messages with them: what begins at the start of a line pushes
+// that line down, and lines that go leave theirs to the one before.
+void LineProblems::OnModified(int position, int kind, int linesAdded) {
+  if (problems.empty()) return;
+  const auto start = static_cast<unsigned long>(position);
+  const auto line = static_cast<int>(editor.SendScintilla(Base::SCI_LINEFROMPOSITION, start));
+  if ((kind & Base::SC_MOD_INSERTTEXT) != 0) {
+    const bool isAtStart = editor.SendScintilla(Base::SCI_POSITIONFROMLINE,
+                                                static_cast<unsigned long>(line)) == position;
+    const int firstMoved = isAtStart ? line : line + 1;
+    for (LineProblem& each : problems) {
+      if (each.line >= firstMoved) each.line += linesAdded;
+    }
+  } else if ((kind & Base::SC_MOD_DELETETEXT) != 0) {
+    for (LineProblem& each : problems) {
+      if (each.line > line) each.line = std::max(line, each.line + linesAdded);
+    }
+  }
+}
+
+QString LineProblems::TextAt(QPoint place) const {
+  const int line = problems.empty() ? -1 : LineAt(place);
+  QStringList texts;
+  for (const LineProblem& each : problems) {
+    if (each.line != line) continue;
+    if (texts.size() == kTipMessages) {
+      texts += QString(QChar(0x2026));
+      break;
+    }
+    texts += each.message.toHtmlEscaped();
+  }
+  return texts.isEmpty() ? QString() : "<qt>" + texts.join("<br>") + "</qt>";
+}
+
+// -1 beside the texts and below them.
+int LineProblems::LineAt(QPoint place) const {
+  const auto x = static_cast<unsigned long>(std::max(0, place.x()));
+  const long position = editor.SendScintilla(Base::SCI_POSITIONFROMPOINT, x, long{place.y()});
+  const auto line =
+      editor.SendScintilla(Base::SCI_LINEFROMPOSITION, static_cast<unsigned long>(position));
+  const long end =
+      editor.SendScintilla(Base::SCI_GETLINEENDPOSITION, static_cast<unsigned long>(line));
+  const long bottom = editor.SendScintilla(Base::SCI_POINTYFROMPOSITION, 0UL, end) +
+                      editor.SendScintilla(Base::SCI_TEXTHEIGHT, static_cast<unsigned long>(line));
+  const long right = editor.SendScintilla(Base::SCI_POINTXFROMPOSITION, 0UL, end);
+  int margins = 0;
+  for (int margin = 0; margin <= 2; ++margin) margins += editor.marginWidth(margin);
+  const bool isInside = place.y() < bottom && (place.x() < margins || place.x() <= right);
+  return isInside ? static_cast<int>(line) : -1;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,143 @@
+#include "hosts/desktop/ProblemMarks.h"
+
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include "hosts/desktop/CodeEditor.h"
+#include "hosts/desktop/EditorTabs.h"
+#include "support/Surroundings.h"
+
+namespace tarn::host {
+namespace {
+
+using testing::ScratchFolder;
+
+class ProblemMarksTest : public ::testing::Test {
+ protected:
+  ProblemMarksTest() {
+    list.SetProject(folder / "demo.tprj");
+    marks.SetFolder(folder / "");
+  }
+  void WriteLog(const std::string& messages) {
+    folder.Write("demo.tlog", "<?xml version=\"1.0\"?>\n<output>" + messages + "\n</output>");
+    marks.Refresh();
+  }
+  static std::string Message(const char* icon, const std::string& file, int line,
+                             const std::string& text) {
+    return "\n\t<message Icon=\"" + std::string(icon) + "\" Description=\"d\" Contain=\"" + text +
+           "\" File=\"" + file + "\" Line=\"" + std::to_string(line) + "\" />";
+  }
+  CodeEditor& Open(const std::string& name) {
+    EXPECT_TRUE(tabs.OpenFile(folder / name, 0));
+    return *tabs.Current();
+  }
+  // "line kind message" of each that the editor has a symbol for, ordered by the line.
+  static std::string Shown(CodeEditor& editor) {
+    std::string text;
+    for (int line = 0; line < editor.lines(); ++line) {
+      const unsigned symbols = editor.markersAtLine(line) & 6U;
+      if (symbols == 0) continue;
+      text += std::to_string(line + 1) + (symbols == 4 ? " error" : " warning");
+      for (const LineProblem& each : editor.Problems().GetAll()) {
+        if (each.line == line) text += " " + each.message.toStdString();
+      }
+      text += "; ";
+    }
+    return text;
+  }
+
+  ScratchFolder folder;
+  EditorTabs tabs{FileSystem::Native(), nullptr};
+  ProblemList list{FileSystem::Native()};
+  ProblemMarks marks{list, tabs};
+};
+
+TEST_F(ProblemMarksTest, EditorsShowWhatTheLastBuildSaidAboutTheirLines) {
+  folder.Write("a.c", "1\n2\n3\n4\n");
+  folder.Write("b.c", "1\n2\n");
+  CodeEditor& early = Open("a.c");
+  const std::string first = Message("1", folder / "a.c", 2, "w") + Message("1", "b.c", 1, "unused");
+  WriteLog(first);
+  EXPECT_EQ(Shown(early), "2 warning w; ");
+  // The build goes on: another about the same line, and one beyond the end.
+  WriteLog(first + Message("2", "./a.c", 2, "bad") + Message("2", "a.c", 99, "end"));
+  EXPECT_EQ(Shown(early), "2 error w bad; 5 error end; ");
+  CodeEditor& late = Open("b.c");
+  EXPECT_EQ(Shown(late), "1 warning unused; ");
+  ASSERT_TRUE(early.Load());
+  EXPECT_EQ(Shown(early), "2 error w bad; 5 error end; ") << "read again";
+  WriteLog(Message("1", "b.c", 2, "other"));
+  EXPECT_EQ(Shown(early), "");
+  EXPECT_EQ(Shown(late), "2 warning other; ");
+}
+
+TEST_F(ProblemMarksTest, StayWithTheirLinesWhileTheUserEdits) {
+  struct Row {
+    const char* what;
+    int line, column, endLine, endColumn;  // what is replaced
+    const char* by;
+    const char* shown;
+  };
+  for (const Row& row : {
+           Row{"a line above", 0, 0, 0, 0, "x\n", "4 error m; "},
+           Row{"a line at its start", 2, 0, 2, 0, "x\n", "4 error m; "},
+           Row{"a line inside of it", 2, 1, 2, 1, "\n\n", "3 error m; "},
+           Row{"two above go", 0, 0, 2, 0, "", "1 error m; "},
+           Row{"it is joined to the one before", 1, 1, 2, 0, "", "2 error m; "},
+           Row{"more around it goes", 1, 0, 4, 0, "", "2 error m; "},
+       }) {
+    folder.Write("a.c", "11\n22\n33\n44\n55\n");
+    CodeEditor& editor = Open("a.c");
+    ASSERT_TRUE(editor.Load());
+    editor.Problems().Clear();
+    editor.Problems().Add({{2, true, "m"}});
+    editor.setSelection(row.line, row.column, row.endLine, row.endColumn);
+    editor.replaceSelectedText(row.by);
+    EXPECT_EQ(Shown(editor), row.shown) << row.what;
+    editor.setModified(false);
+  }
+}
+
+TEST_F(ProblemMarksTest, TellsUnderTheMouseWhatIsWrong) {
+  folder.Write("a.c", "one\ntwo\n");
+  CodeEditor& editor = Open("a.c");
+  tabs.resize(600, 400);
+  tabs.show();
+  editor.Problems().Add({{1, false, "a < b"}});
+  const int height = editor.textHeight(0);
+  const QString text = "<qt>a &lt; b</qt>";
+  EXPECT_EQ(editor.Problems().TextAt({2, height * 3 / 2}), text) << "beside the line";
+  EXPECT_EQ(editor.Problems().TextAt({2, height / 2}), "") << "another line";
+  EXPECT_EQ(editor.Problems().TextAt({580, height * 3 / 2}), "") << "behind the text";
+  EXPECT_EQ(editor.Problems().TextAt({2, height * 8}), "") << "below the text";
+}
+
+TEST_F(ProblemMarksTest, TenThousandDoNotHoldTheWindow) {
+  constexpr int kCount = 10000;
+  std::string text;
+  std::string messages;
+  for (int line = 1; line <= kCount; ++line) {
+    text += "int a;\n";
+    messages += Message("1", line % 2 != 0 ? "a.c" : std::to_string(line) + ".c", line, "unused");
+  }
+  folder.Write("a.c", text);
+  CodeEditor& editor = Open("a.c");
+  QElapsedTimer clock;
+  clock.start();
+  WriteLog(messages);
+  const auto shown = clock.restart();
+  EXPECT_EQ(editor.Problems().GetAll().size(), kCount / 2U);
+  editor.insertAt("\n", 0, 0);
+  const auto typed = clock.restart();
+  RecordProperty("shownMs", static_cast<int>(shown));
+  RecordProperty("typedMs", static_cast<int>(typed));
+  EXPECT_LT(shown, 2000);
+  EXPECT_LT(typed, 200);
+}
+
+}  // namespace
+}  // namespace tarn::host
