@@ -108,6 +108,8 @@ void CommandRunner::Run(std::uint32_t command) {
     return;
   }
   waiting = command;
+  isStopAsked = false;
+  progress.emplace(CounterFor(command, session));
   Approach();
 }
 
@@ -128,10 +130,9 @@ void CommandRunner::Start(std::uint32_t command) {
     if (waiter) waiter(BuildEnd::Refused);
     return;
   }
-  session.BeginWork(&progress.emplace(CounterFor(command, session)));
+  session.BeginWork(&*progress);
   building = command;
   isCleaning = command == kCmdCleanAll || command == kCmdCleanNode;
-  isStopAsked = false;
   if (onStarted) onStarted();
   // The answer is the same when the start was refused, which the user has been asked about; but
   // then nothing runs that could be stopped.

@@ -44,7 +44,8 @@ class CommandRunner : public QObject {
   // Builds, and runs the loop until that has ended: for a script, which waits while the user goes
   // on. Refused when something is building already.
   BuildOutcome RunAndWait(const BuildRequest& request);
-  // Ends a running build with its tools; onEnded comes as soon as they are gone.
+  // Ends a running build with its tools; onEnded comes as soon as they are gone. One that hasn't
+  // started yet has ended when this returns.
   void Stop();
   // From the moment that one was asked for until its results are kept.
   bool IsBuilding() const { return building != 0 || waiting != 0; }

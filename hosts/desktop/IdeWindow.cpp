@@ -376,11 +376,14 @@ void IdeWindow::dropEvent(QDropEvent* event) {
 }
 
 void IdeWindow::closeEvent(QCloseEvent* event) {
+  isClosing = false;
   if (!editors->MayCloseAll()) {
-    isClosing = false;
     event->ignore();
     return;
   }
+  // What a script would do next has nobody to see it.
+  if (session->Scripts().IsRunning()) session->Scripts().RequestStop();
+  runner->Stop();
   if (!runner->IsBuilding()) {
     layout.Save();
     KeepEditors();
@@ -388,7 +391,6 @@ void IdeWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   isClosing = true;
-  runner->Stop();
   progress->Say(tr("Closing as soon as the build has stopped..."));
   event->ignore();
 }

@@ -83,6 +83,36 @@ TEST_F(IdeWindowTest, ClosingStopsABuildFirstAndThenCloses) {
   EXPECT_FALSE(IsBuilt("blinky-avr.elf"));
 }
 
+TEST_F(IdeWindowTest, ABuildThatStillWaitsForTheOptionsOfALargeProjectCanBeStoppedAndClosed) {
+  const std::string path = folder / "blinky/blinky-avr.tapp";
+  std::string text = testing::ReadBytes(path);
+  const auto end = text.rfind("</");
+  ASSERT_NE(end, std::string::npos);
+  std::string nodes;
+  for (int i = 0; i < 3000; ++i) {
+    nodes += "<C Header=\"more" + std::to_string(i) + ".c\" Path=\"more.c\"/>\n";
+  }
+  text.insert(end, nodes);
+  std::vector<BuildEnd> ends;
+  const auto follow = window->Commands().onEnded;
+  window->Commands().onEnded = [&](BuildEnd how) {
+    ends.push_back(how);
+    follow(how);
+  };
+  ASSERT_TRUE(window->Commands().ReopenWith({{path, text}}));
+  for (int round = 0; round < 2; ++round) {
+    window->Commands().Run(kCmdBuildAll);
+    ASSERT_TRUE(window->Commands().IsBuilding());
+    EXPECT_FALSE(window->Commands().IsStopping()) << round;
+    if (round == 0) window->Commands().Stop();
+  }
+  window->close();
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_FALSE(window->Commands().IsBuilding());
+  EXPECT_EQ(ends, std::vector<BuildEnd>(2, BuildEnd::Stopped));
+  EXPECT_FALSE(IsBuilt("main.o"));
+}
+
 TEST_F(IdeWindowTest, WhatWasBuiltInAnotherWindowIsNotBuiltAgain) {
   const auto build = [&] {
     EXPECT_TRUE(Choose("Build all"));
@@ -125,6 +155,20 @@ TEST_F(IdeWindowTest, AScriptsBuildLeavesTheWindowAliveAndTellsTheScriptHowItEnd
   const auto* const log = window->findChild<QPlainTextEdit*>();
   EXPECT_TRUE(RunUntil([&] { return log->toPlainText().contains("script: succeeded 6"); }, 3000))
       << log->toPlainText().toStdString();
+}
+
+TEST_F(IdeWindowTest, ClosingEndsAScriptWithTheBuildThatItWaitsFor) {
+  int starts = 0;
+  const auto follow = window->Commands().onStarted;
+  window->Commands().onStarted = [&] {
+    follow();
+    if (++starts == 1) QTimer::singleShot(0, [this] { window->close(); });
+  };
+  folder.Write("twice.lua", "host.build()\nhost.build()\n");
+  ASSERT_NE(window->Session().Manager().ExecuteScript(folder / "twice.lua"), 0);
+  EXPECT_EQ(starts, 1);
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_FALSE(window->Session().Scripts().IsRunning());
 }
 
 TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
