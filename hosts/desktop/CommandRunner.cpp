@@ -213,18 +213,21 @@ void CommandRunner::OnMessage(const HostEvent& event) {
   }
 }
 
-// Each half of what there is to keep of a large build takes a while.
+// Each part of what there is to keep of a large build takes a while.
 void CommandRunner::FinishBuild(BuildEnd end) {
   if (building == 0 || isFinishing) return;
   isFinishing = true;
   session.Manager().EpilogCommand(building);
   session.KeepLog();
   QTimer::singleShot(0, this, [this, end] {
-    session.KeepState(isCleaning);
-    building = 0;
-    isFinishing = false;
-    session.TakeLogLines();  // the log window has shown them
-    TellEnd(end);
+    session.KeepReports(isCleaning);
+    QTimer::singleShot(0, this, [this, end] {
+      session.KeepState();
+      building = 0;
+      isFinishing = false;
+      session.TakeLogLines();  // the log window has shown them
+      TellEnd(end);
+    });
   });
 }
 

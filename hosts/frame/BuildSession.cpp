@@ -183,12 +183,17 @@ void BuildSession::BeginWork(BuildObserver* observer) {
 
 void BuildSession::EndWork(bool afterClean) {
   KeepLog();
-  KeepState(afterClean);
+  KeepReports(afterClean);
+  KeepState();
 }
 
-void BuildSession::KeepState(bool afterClean) {
+void BuildSession::KeepReports(bool afterClean) {
   watcher = nullptr;
-  const Status saved = state.Save(afterClean);
+  state.Complete(afterClean);
+}
+
+void BuildSession::KeepState() {
+  const Status saved = state.Write();
   if (!saved) stateProblem = saved.GetError().place + ": " + saved.GetError().text;
 }
 

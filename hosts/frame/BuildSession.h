@@ -113,9 +113,10 @@ class BuildSession {
   void BeginWork(BuildObserver* observer = nullptr);
   // Behind the end of the worker, or of a call that ran tools itself: keeps what was reported.
   void EndWork(bool afterClean);
-  // Its two halves, for a host whose windows must not wait for both at once.
+  // Its parts in order, for a host whose windows must not wait for all of them at once.
   void KeepLog();
-  void KeepState(bool afterClean);
+  void KeepReports(bool afterClean);
+  void KeepState();
   // The commands that the server has asked for since the last call.
   std::vector<std::uint32_t> TakePostedCommands();
   bool HasPostedCommands() const { return !postedCommands.empty(); }

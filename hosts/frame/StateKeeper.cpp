@@ -16,9 +16,15 @@ namespace {
 // How long a piece of a restore may take.
 constexpr std::chrono::milliseconds kRestoreTime(5);
 
+std::string KeyOf(std::string_view application, std::string_view output) {
+  return std::string(application).append("\n").append(output);
+}
+
+}  // namespace
+
 // Which inputs belong to an output. An output that two applications name is told apart by the
 // application that was being built.
-class InputIndex {
+class StateKeeper::InputIndex {
  public:
   struct Place {
     std::string_view application;
@@ -51,12 +57,6 @@ class InputIndex {
  private:
   std::unordered_map<std::string_view, std::vector<Place>> places;
 };
-
-std::string KeyOf(std::string_view application, std::string_view output) {
-  return std::string(application).append("\n").append(output);
-}
-
-}  // namespace
 
 StateKeeper::StateKeeper(FileSystem& fileSystem, ProjectManagerDriver& managerDriver,
                          InspectorDriver& inspectorDriver, ToolManagerDriver& toolDriver)
@@ -176,8 +176,7 @@ const ApplicationEntry* StateKeeper::FindApplication(const std::string& applicat
   return found == applications.end() ? nullptr : &*found;
 }
 
-void StateKeeper::CompleteReports(const std::vector<ApplicationInputs>& inputs) {
-  const InputIndex places(inputs);
+void StateKeeper::CompleteReports(const InputIndex& places) {
   for (Reported& report : reports) {
     const auto* place = places.Find(report.record.output, FindApplication(report.applicationPath));
     if (place == nullptr) continue;
@@ -189,8 +188,7 @@ void StateKeeper::CompleteReports(const std::vector<ApplicationInputs>& inputs) 
   applications.clear();
 }
 
-void StateKeeper::DropGone(const std::vector<ApplicationInputs>& inputs, bool afterClean) {
-  const InputIndex places(inputs);
+void StateKeeper::DropGone(const InputIndex& places, bool afterClean) {
   store.Keep([&](std::string_view application, std::string_view output) {
     const bool isUnknown =
         unfinished.contains(std::string(output)) || outdated.contains(KeyOf(application, output));
@@ -201,13 +199,16 @@ void StateKeeper::DropGone(const std::vector<ApplicationInputs>& inputs, bool af
   unfinished.clear();
 }
 
-Status StateKeeper::Save(bool afterClean) {
-  if (!reports.empty() || !unfinished.empty() || afterClean) {
-    const std::string lines = inspector.GetBuildInputs();
-    const std::vector<ApplicationInputs> inputs = ParseBuildInputs(lines);
-    CompleteReports(inputs);
-    DropGone(inputs, afterClean);
-  }
+void StateKeeper::Complete(bool afterClean) {
+  if (reports.empty() && unfinished.empty() && !afterClean) return;
+  const std::string lines = inspector.GetBuildInputs();
+  const std::vector<ApplicationInputs> inputs = ParseBuildInputs(lines);
+  const InputIndex places(inputs);
+  CompleteReports(places);
+  DropGone(places, afterClean);
+}
+
+Status StateKeeper::Write() {
   if (!store.IsChanged()) return {};
   Status written;
   if (store.GetCount() != 0) {

@@ -44,10 +44,11 @@ class StateKeeper {
   // was linked in the same second would pass for newer than its part.
   void TakeBuildInformation();
 
-  // Completes the noted records and writes the state when something changed since it was read.
-  // Records whose output is gone are dropped: after a clean all of them, else those that no node
-  // of the project makes now.
-  Status Save(bool afterClean);
+  // Completes the noted records. Records whose output is gone are dropped: after a clean all of
+  // them, else those that no node of the project makes now.
+  void Complete(bool afterClean);
+  // Writes the state when something changed since it was read or written.
+  Status Write();
 
   // Of the file as it was read; Good also when there was none.
   StateVerdict GetVerdict() const { return verdict; }
@@ -57,6 +58,7 @@ class StateKeeper {
   std::string GetInfos(std::string_view application, std::string_view output) const;
 
  private:
+  class InputIndex;
   struct Reported {
     std::string applicationPath;
     BuildRecord record;
@@ -65,8 +67,8 @@ class StateKeeper {
   void NoteReports(const std::string& xml, const std::string& applicationPath);
   void OutdateApplication(const std::string& applicationPath, std::size_t firstReport);
   const ApplicationEntry* FindApplication(const std::string& applicationPath);
-  void CompleteReports(const std::vector<ApplicationInputs>& inputs);
-  void DropGone(const std::vector<ApplicationInputs>& inputs, bool afterClean);
+  void CompleteReports(const InputIndex& places);
+  void DropGone(const InputIndex& places, bool afterClean);
   std::vector<ToolCommand> AskCommands(std::string_view application, std::string_view output);
 
   FileSystem& files;
