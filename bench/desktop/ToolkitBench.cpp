@@ -245,7 +245,6 @@ void MeasureLog(const std::vector<LogLine>& lines, Times& ours, Times& bare) {
     QTextCharFormat link;
     link.setForeground(QColor(200, 100, 0));
     link.setAnchor(true);
-    link.setFontUnderline(true);
     QTextCursor cursor(view.document());
     int count = 0;
     for (const LogLine& line : lines) {

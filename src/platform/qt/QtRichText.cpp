@@ -26,7 +26,8 @@ constexpr int kTabColumns = 8;
 
 class QtRichText;
 
-// Stays at the end of its text as long as it stands there.
+// Stays at the end of its text as long as it stands there. A link is underlined while the mouse is
+// over it; what sets it off otherwise is its colour.
 class RichTextView : public QPlainTextEdit {
  public:
   RichTextView();
@@ -45,10 +46,13 @@ class RichTextView : public QPlainTextEdit {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
+  void ShowPointed(const QTextCursor& link);
+
   bool isAtEnd = true;
   QPoint pressedAt;
   bool isDark = IsDarkPalette();
@@ -72,12 +76,19 @@ class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView> {
   void OnSelectedByUser();
   // While the user selects by mouse nothing is inserted, which would end the selection.
   void SetSelecting(bool selecting);
-  bool IsLinkAt(QPoint point) const;
+  // Over the whole of the link there; null beside links.
+  QTextCursor LinkAt(QPoint point) const;
   bool GoToLink(bool next);
   // These may end the peer. True when the key was used.
   bool OnKey(const QKeyEvent& event);
 
  private:
+  using Run = std::vector<RichTextRun>::const_iterator;
+
+  Run FindRun(std::size_t byte) const;
+  // A link may have several runs; they share its target.
+  TextRange LinkWith(Run run) const;
+  QTextCursor Select(TextRange link) const;
   std::size_t TextEnd() const { return control.GetText().size() - 1; }
   std::string_view LineText(std::size_t line) const;
   int ToPosition(std::size_t byte) const;
@@ -112,7 +123,6 @@ QTextCharFormat ToFormat(const RichTextRun& run) {
   if (run.target != nullptr) {
     format.setAnchor(true);
     format.setAnchorHref(ToQt(*run.target));
-    format.setFontUnderline(true);
   }
   return format;
 }
@@ -224,8 +234,28 @@ void RichTextView::mousePressEvent(QMouseEvent* event) {
 
 void RichTextView::mouseMoveEvent(QMouseEvent* event) {
   QPlainTextEdit::mouseMoveEvent(event);
-  const bool isLink = peer != nullptr && peer->IsLinkAt(event->position().toPoint());
-  viewport()->setCursor(isLink ? Qt::PointingHandCursor : Qt::IBeamCursor);
+  ShowPointed(peer == nullptr ? QTextCursor() : peer->LinkAt(event->position().toPoint()));
+}
+
+void RichTextView::ShowPointed(const QTextCursor& link) {
+  viewport()->setCursor(link.isNull() ? Qt::IBeamCursor : Qt::PointingHandCursor);
+  QList<QTextEdit::ExtraSelection> marks;
+  if (!link.isNull()) {
+    QTextEdit::ExtraSelection mark;
+    mark.cursor = link;
+    mark.format.setFontUnderline(true);
+    marks.append(mark);
+  }
+  const QList<QTextEdit::ExtraSelection> shown = extraSelections();
+  const bool isSame = marks.size() == shown.size() &&
+                      (marks.isEmpty() || (marks[0].cursor.anchor() == shown[0].cursor.anchor() &&
+                                           marks[0].cursor == shown[0].cursor));
+  if (!isSame) setExtraSelections(marks);
+}
+
+void RichTextView::leaveEvent(QEvent* event) {
+  QPlainTextEdit::leaveEvent(event);
+  ShowPointed({});
 }
 
 void RichTextView::mouseReleaseEvent(QMouseEvent* event) {
@@ -322,12 +352,38 @@ void QtRichText::SetSelecting(bool selecting) {
   Schedule();
 }
 
-bool QtRichText::IsLinkAt(QPoint point) const {
+QTextCursor QtRichText::LinkAt(QPoint point) const {
   const auto position = widget->PositionAt(point);
-  return position && control.GetLinkAt(ToByte(*position)) != nullptr;
+  if (!position) return {};
+  const std::vector<RichTextRun>& runs = control.GetRuns();
+  const auto run = FindRun(ToByte(*position));
+  if (run == runs.end() || run->target == nullptr) return {};
+  return Select(LinkWith(run));
 }
 
-// A link may have several runs; they share its target.
+QtRichText::Run QtRichText::FindRun(std::size_t byte) const {
+  const std::vector<RichTextRun>& runs = control.GetRuns();
+  return std::partition_point(runs.begin(), runs.end(),
+                              [byte](const RichTextRun& run) { return run.range.end <= byte; });
+}
+
+TextRange QtRichText::LinkWith(Run run) const {
+  const std::vector<RichTextRun>& runs = control.GetRuns();
+  Run first = run;
+  while (first != runs.begin() && (first - 1)->target == run->target) --first;
+  Run last = run;
+  while (last + 1 != runs.end() && (last + 1)->target == run->target) ++last;
+  return {first->range.start, last->range.end};
+}
+
+// The end first, so that the beginning of a long one is seen.
+QTextCursor QtRichText::Select(TextRange link) const {
+  QTextCursor cursor = widget->textCursor();
+  cursor.setPosition(ToPosition(link.end));
+  cursor.setPosition(ToPosition(link.start), QTextCursor::KeepAnchor);
+  return cursor;
+}
+
 bool QtRichText::GoToLink(bool next) {
   const std::vector<RichTextRun>& runs = control.GetRuns();
   const TextRange selected = control.GetSelection();
@@ -335,9 +391,7 @@ bool QtRichText::GoToLink(bool next) {
   const auto isOther = [left](const RichTextRun& run) {
     return run.target != nullptr && run.target.get() != left;
   };
-  const auto here = std::partition_point(
-      runs.begin(), runs.end(),
-      [&selected](const RichTextRun& run) { return run.range.end <= selected.start; });
+  const Run here = FindRun(selected.start);
   auto found = runs.end();
   if (next) {
     found = std::find_if(here, runs.end(), isOther);
@@ -346,16 +400,9 @@ bool QtRichText::GoToLink(bool next) {
     if (before != runs.rend()) found = before.base() - 1;
   }
   if (found == runs.end()) return false;
-  auto first = found;
-  while (first != runs.begin() && (first - 1)->target == found->target) --first;
-  auto last = found;
-  while (last + 1 != runs.end() && (last + 1)->target == found->target) ++last;
-  while (shownEnd < last->range.end) Insert(kLinesAtOnce);
-  // The end first, so that the beginning of a long one is seen.
-  QTextCursor cursor = widget->textCursor();
-  cursor.setPosition(ToPosition(last->range.end));
-  cursor.setPosition(ToPosition(first->range.start), QTextCursor::KeepAnchor);
-  widget->setTextCursor(cursor);
+  const TextRange link = LinkWith(found);
+  while (shownEnd < link.end) Insert(kLinesAtOnce);
+  widget->setTextCursor(Select(link));
   return true;
 }
 

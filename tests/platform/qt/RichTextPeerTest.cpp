@@ -83,7 +83,7 @@ TEST_F(RichTextPeerTest, ShowsTextColorsAndLinksOfTheControl) {
       ASSERT_EQ(format.foreground().color(), ToTextColor(run->color)) << line;
       ASSERT_EQ(format.fontWeight() == QFont::Bold, run->isBold) << line;
       ASSERT_EQ(format.isAnchor(), run->target != nullptr) << line;
-      ASSERT_EQ(format.fontUnderline(), run->target != nullptr) << line;
+      ASSERT_FALSE(format.fontUnderline()) << line;
       if (run->target != nullptr) {
         ASSERT_EQ(FromQt(format.anchorHref()), *run->target);
       }
@@ -158,6 +158,8 @@ TEST_F(RichTextPeerTest, TellsTheLinkThatTheUserFollows) {
   QTest::mouseMove(view->viewport(), PlaceOf(link));
   EXPECT_TRUE(QTest::qWaitFor(
       [this] { return view->viewport()->cursor().shape() == Qt::PointingHandCursor; }));
+  ASSERT_EQ(view->extraSelections().size(), 1);
+  EXPECT_EQ(view->extraSelections()[0].cursor.selectedText(), "link 1");
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, PlaceOf(link));
   EXPECT_EQ(followed, (std::vector<std::string>{"file 1"}));
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, PlaceOf(link - 3));
