@@ -235,8 +235,8 @@ void ReportDelegate::PaintCell(QPainter& painter, int row, int column, const QRe
     if (!isUsable) box.palette.setCurrentColorGroup(QPalette::Disabled);
     view.style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, &view);
   } else if (item->GetIconIndex() >= 0 && report.GetImageList() != nullptr) {
-    painter.drawPixmap(cell.mark.topLeft(),
-                       cache.Get(*report.GetImageList(), item->GetIconIndex()));
+    painter.drawPixmap(cell.mark.topLeft(), cache.Get(*report.GetImageList(), item->GetIconIndex(),
+                                                      view.devicePixelRatioF()));
   }
   if (cell.text.isEmpty()) return;
   QColor color = isSelected               ? selectedColor
