@@ -293,13 +293,12 @@ void ReportView::keyPressEvent(QKeyEvent* event) {
     selectAll();
   } else if (const int column = SearchedColumn(); column >= 0 && typeAhead.Takes(*event)) {
     event->accept();
-    const std::optional<int> found = typeAhead.Find(
-        *event, report.GetRows().GetCount(), report.GetFocusedRow(),
-        [this, column](int row, const std::string& text) {
-          const CReportRecordItem* const item = report.GetItemAt(row, column);
-          const bool begins = item != nullptr && StartsWithNoCase(item->GetCaption(), text);
-          return begins ? TypeAhead::Fit::Start : TypeAhead::Fit::None;
-        });
+    const std::optional<int> found =
+        typeAhead.Find(*event, report.GetRows().GetCount(), report.GetFocusedRow(),
+                       [this, column](int row, const std::string& text) {
+                         const CReportRecordItem* const item = report.GetItemAt(row, column);
+                         return item != nullptr && StartsWithNoCase(item->GetCaption(), text);
+                       });
     if (!found) return;
     report.NotifySelected({*found}, *found);
     if (IsWindow(handle)) scrollTo(rows->index(*found, column));
@@ -440,6 +439,7 @@ void ReportView::TellState() {
   executeDelayedItemsLayout();
   const int row = verticalScrollBar()->value();
   if (row != report.GetTopRow() && !rows->HasMore()) report.NotifyScrolled(row);
+  if (!IsWindow(handle)) return;
   const Rect known = report.GetClientRect();
   const QSize size = viewport()->size();
   if (size.width() != known.Width() || size.height() != known.Height()) {

@@ -203,15 +203,16 @@ std::vector<CTreeItem*> TreeView::ListItems() const {
 void TreeView::SearchFor(const QKeyEvent& typed) {
   const std::vector<CTreeItem*> all = ListItems();
   const auto current = std::find(all.begin(), all.end(), tree.GetSelectedItem());
-  const std::optional<int> line =
-      typeAhead.Find(typed, static_cast<int>(all.size()),
-                     current == all.end() ? -1 : static_cast<int>(current - all.begin()),
-                     [&all](int each, const std::string& text) {
-                       const std::string& label = all[static_cast<std::size_t>(each)]->GetText();
-                       if (StartsWithNoCase(label, text)) return TypeAhead::Fit::Start;
-                       const bool isInside = ToQt(label).contains(ToQt(text), Qt::CaseInsensitive);
-                       return isInside ? TypeAhead::Fit::Inside : TypeAhead::Fit::None;
-                     });
+  const auto labelOf = [&all](int each) -> const std::string& {
+    return all[static_cast<std::size_t>(each)]->GetText();
+  };
+  const std::optional<int> line = typeAhead.Find(
+      typed, static_cast<int>(all.size()),
+      current == all.end() ? -1 : static_cast<int>(current - all.begin()),
+      [&](int each, const std::string& text) { return StartsWithNoCase(labelOf(each), text); },
+      [&](int each, const std::string& text) {
+        return ToQt(labelOf(each)).contains(ToQt(text), Qt::CaseInsensitive);
+      });
   if (!line) return;
   CTreeItem* const found = all[static_cast<std::size_t>(*line)];
   tree.SelectItem(found);

@@ -19,9 +19,8 @@ bool TypeAhead::Takes(const QKeyEvent& event) const {
   return typed[0] != QLatin1Char(' ') || GoesOn();
 }
 
-std::optional<int> TypeAhead::Find(
-    const QKeyEvent& event, int count, int current,
-    const std::function<Fit(int line, const std::string& text)>& fit) {
+std::optional<int> TypeAhead::Find(const QKeyEvent& event, int count, int current,
+                                   const Fits& begins, const Fits& has) {
   const std::string letter = FromQt(event.text());
   const bool isRepeated = GoesOn() && searched == letter;
   if (!GoesOn()) searched.clear();
@@ -30,14 +29,13 @@ std::optional<int> TypeAhead::Find(
   // Of more letters the line that the first ones have found may still be the right one.
   const bool mayStay = current < 0 || searched.size() > letter.size();
   const int first = std::max(0, current) + (mayStay ? 0 : 1);
-  std::optional<int> inside;
-  for (int i = 0; i < count; ++i) {
-    const int line = (first + i) % count;
-    const Fit found = fit(line, searched);
-    if (found == Fit::Start) return line;
-    if (found == Fit::Inside && !inside) inside = line;
+  for (const Fits* const fits : {&begins, &has}) {
+    for (int i = 0; *fits && i < count; ++i) {
+      const int line = (first + i) % count;
+      if ((*fits)(line, searched)) return line;
+    }
   }
-  return inside;
+  return std::nullopt;
 }
 
 }  // namespace tarn

@@ -12,14 +12,16 @@ namespace tarn {
 // somewhere. One letter again and again goes through all lines that begin with it.
 class TypeAhead {
  public:
-  enum class Fit { None, Inside, Start };
+  // Whether a line begins with a text, or has it.
+  using Fits = std::function<bool(int line, const std::string& text)>;
 
   // Whether the key writes something to be searched for.
   bool Takes(const QKeyEvent& event) const;
   // The line that is found among `count` from `current` on (-1 for none), beginning anew behind the
-  // last; nothing when none fits. `fit` tells where a line has a text.
-  std::optional<int> Find(const QKeyEvent& event, int count, int current,
-                          const std::function<Fit(int line, const std::string& text)>& fit);
+  // last; nothing when none fits. `has` is asked only when no line begins with the text, and may be
+  // empty.
+  std::optional<int> Find(const QKeyEvent& event, int count, int current, const Fits& begins,
+                          const Fits& has = {});
 
  private:
   bool GoesOn() const;
