@@ -5,8 +5,10 @@
 #include <QStyleOptionViewItem>
 #include <QWidget>
 #include <algorithm>
+#include <cstddef>
 #include <initializer_list>
 #include <optional>
+#include <utility>
 
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
@@ -20,6 +22,8 @@ constexpr int kImageGap = 3;     // between image and label
 constexpr int kLabelMargin = 2;  // on both sides of the label's text
 constexpr int kLineMargin = 3;   // above and below the text
 constexpr int kImageMargin = 1;  // above and below the image
+// More than a window shows; what is scrolled away need not be known.
+constexpr std::size_t kKeptWidths = 4096;
 constexpr int kTextFlags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip;
 
 QRect ToQtRect(const Rect& rect) {
@@ -129,6 +133,26 @@ void TreeDelegate::PaintLabel(QPainter& painter, const QRect& line, const CTreeI
                    ToQt(item.GetText()));
 }
 
+int TreeDelegate::WidthOf(const DrawingSteps& steps, int left) const {
+  int right = left;
+  for (const DrawingStep& step : steps) {
+    if (const auto* const text = std::get_if<TextStep>(&step)) {
+      const QFontMetrics metrics(ToQtFont(text->font, view.font()));
+      right = std::max(
+          right, text->rect.left + metrics.horizontalAdvance(ToQt(text->text)) + kLabelMargin);
+    } else if (const auto* const image = std::get_if<ImageStep>(&step);
+               image != nullptr && image->images != nullptr) {
+      right = std::max(right, image->place.x + image->images->GetImageSize().width);
+    }
+  }
+  return right - left;
+}
+
+void TreeDelegate::KeepWidth(const CTreeItem& item, int width) const {
+  if (drawnWidths.size() >= kKeptWidths) drawnWidths.clear();
+  if (std::exchange(drawnWidths[&item], width) != width && onWidthChanged) onWidthChanged();
+}
+
 void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
   const CTreeItem* const item = TreeModel::ItemAt(index);
@@ -140,6 +164,7 @@ void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   for (const DrawingStep& step : steps) {
     std::visit(StepPainter(*painter, option.rect, isSelected, view, cache), step);
   }
+  KeepWidth(*item, WidthOf(steps, option.rect.left()));
   if (steps.empty()) {
     const QPalette& palette = option.palette;
     if (isSelected) {
@@ -156,7 +181,10 @@ void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 QSize TreeDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
                              const QModelIndex& index) const {
   const CTreeItem* const item = TreeModel::ItemAt(index);
-  return {item == nullptr ? 0 : LabelOffset() + LabelWidth(*item), LineHeight()};
+  if (item == nullptr) return {0, LineHeight()};
+  const auto drawn = drawnWidths.find(item);
+  const int drawnWidth = drawn == drawnWidths.end() ? 0 : drawn->second;
+  return {std::max(drawnWidth, LabelOffset() + LabelWidth(*item)), LineHeight()};
 }
 
 }  // namespace tarn

@@ -60,6 +60,7 @@ TreeView::TreeView(CTreeCtrl& shownTree)
   // As wide as the lines that are seen, see OnScrolledTo.
   header()->setResizeContentsPrecision(0);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TreeView::OnScrolledTo);
+  delegate->onWidthChanged = [this] { AskToTellState(); };
 }
 
 void TreeView::Detach() {
@@ -74,6 +75,7 @@ void TreeView::FollowResetting() {
 
 void TreeView::FollowReset() {
   const Following quiet(following);
+  delegate->ForgetWidths();
   items->EndReset();
   for (const CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNextVisible()) {
     if (item->IsExpanded()) expand(items->IndexOf(item));
@@ -321,11 +323,13 @@ void TreeView::AskToTellState() {
 }
 
 // What the view could not follow the control in: a window smaller by its bars, and lines at the top
-// that leave the bottom empty.
+// that leave the bottom empty. Lines that were painted wider than they were known to be make the
+// view wider first.
 void TreeView::TellState() {
   isTellingDue = false;
   if (!IsWindow(handle) || !isVisible() || items->IsResetting()) return;
   executeDelayedItemsLayout();
+  resizeColumnToContents(0);
   const int row = verticalScrollBar()->value();
   if (row != tree.GetTopRow()) tree.NotifyScrolled(row);
   if (!IsWindow(handle)) return;

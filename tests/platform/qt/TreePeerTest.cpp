@@ -37,13 +37,17 @@ class TalkingTree : public CTreeCtrl {
   int menus = 0;
   std::vector<TreeHit> activated;
   std::vector<int> keys;
+  std::string remark;  // behind each label
   mutable std::vector<const CTreeItem*> drawn;
 
  protected:
   DrawingSteps OnDrawItem(const CTreeItem& item, const TreeItemPaint& paint) const override {
     drawn.push_back(&item);
+    const Rect label = GetTextRect(item);
+    const Rect behind{label.right, label.top, label.right + 1, label.bottom};
     return {FillStep{paint.rect, paint.background}, ImageStep{GetImageList(), 0, {0, 0}},
-            TextStep{GetTextRect(item), item.GetText(), GetFont(), paint.foreground}};
+            TextStep{label, item.GetText(), GetFont(), paint.foreground},
+            TextStep{behind, remark, GetFont(), paint.foreground}};
   }
   void OnItemActivated(Point point) override { activated.push_back(HitTest(point)); }
   bool OnItemKey(const KeyEvent& event) override {
@@ -282,6 +286,23 @@ TEST_F(TreePeerTest, ScrollingGoesBothWays) {
   Settle();
   EXPECT_GT(view->horizontalScrollBar()->maximum(), 0);
   EXPECT_EQ(tree.GetClientRect().Height(), view->viewport()->height());
+}
+
+TEST_F(TreePeerTest, WhatIsDrawnBehindTheLabelsCanBeScrolledTo) {
+  const QScrollBar& bar = *view->horizontalScrollBar();
+  ASSERT_EQ(bar.maximum(), 0);
+  tree.remark = std::string(200, 'w');
+  tree.Invalidate();
+  Settle();
+  const int wide = bar.maximum();
+  EXPECT_GT(wide, view->fontMetrics().horizontalAdvance('w') * 200 - view->width());
+  tree.SetItem(*fruit, "fruit and vegetables", -1, -1);
+  Settle();
+  EXPECT_GT(bar.maximum(), wide);
+  tree.remark.clear();
+  tree.Invalidate();
+  Settle();
+  EXPECT_EQ(bar.maximum(), 0);
 }
 
 TEST_F(TreePeerTest, EventsMayRunWhileItIsFilledAnew) {
