@@ -10,9 +10,11 @@
 #include <QScrollBar>
 #include <QTimer>
 #include <algorithm>
+#include <utility>
 
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
+#include "platform/qt/WidgetPeer.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -284,6 +286,19 @@ void TreeView::contextMenuEvent(QContextMenuEvent* event) {
   }
   const QPoint screen = viewport()->mapToGlobal(place);
   tree.NotifyContextMenu({screen.x(), screen.y()});
+}
+
+// A field over a label stays there. The base class takes widgets along only as long as a part of
+// what is painted stays in the window.
+void TreeView::scrollContentsBy(int dx, int dy) {
+  std::vector<std::pair<QWidget*, QPoint>> fields;
+  for (QWidget* const each :
+       viewport()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+    if (ShowsWindow(*each)) fields.emplace_back(each, each->pos());
+  }
+  QTreeView::scrollContentsBy(dx, dy);
+  const QPoint way(isRightToLeft() ? -dx : dx, dy * delegate->LineHeight());
+  for (const auto& [field, place] : fields) field->move(place + way);
 }
 
 void TreeView::resizeEvent(QResizeEvent* event) {

@@ -1,5 +1,6 @@
 #include "platform/qt/WidgetPeer.h"
 
+#include <QAbstractScrollArea>
 #include <algorithm>
 #include <unordered_map>
 
@@ -24,6 +25,12 @@ bool ShowsWindow(const QWidget& widget) {
                      [&widget](const auto& each) { return each.second == &widget; });
 }
 
+QWidget* ClientAreaOf(const CWnd& window) {
+  QWidget* const widget = WidgetOf(window);
+  auto* const area = qobject_cast<QAbstractScrollArea*>(widget);
+  return area == nullptr ? widget : area->viewport();
+}
+
 void NoteWidget(WindowHandle window, QWidget* widget) {
   Widgets()[window] = widget;
 }
@@ -33,7 +40,9 @@ void ForgetWidget(WindowHandle window) {
 }
 
 void LeaveFocus(const QWidget& widget) {
-  QWidget* const above = widget.parentWidget();
+  QWidget* above = widget.parentWidget();
+  // What scrolls has the view around it for that.
+  if (above != nullptr && above->focusProxy() != nullptr) above = above->focusProxy();
   const QWidget* const focused = widget.window()->focusWidget();
   if (above == nullptr || focused == nullptr) return;
   const bool isHere = focused == &widget || widget.isAncestorOf(focused);

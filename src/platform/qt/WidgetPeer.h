@@ -20,6 +20,10 @@ inline QWidget* WidgetOf(const CWnd& window) {
 // Whether it is such a widget.
 bool ShowsWindow(const QWidget& widget);
 
+// Where the windows below that one are put; null for none. In a view that scrolls they stand on
+// what scrolls.
+QWidget* ClientAreaOf(const CWnd& window);
+
 // Makes the widget findable from now on, until it is taken away.
 void NoteWidget(WindowHandle window, QWidget* widget);
 void ForgetWidget(WindowHandle window);
@@ -37,8 +41,8 @@ class WidgetPeer : public Base {
  public:
   WidgetPeer(CWnd& shownWindow, Widget* newWidget)
       : window(shownWindow), handle(shownWindow.GetHandle()), widget(newWidget) {
-    QWidget* const above = window.GetParent() == nullptr ? nullptr : WidgetOf(*window.GetParent());
-    widget->setParent(above);
+    const CWnd* const above = window.GetParent();
+    widget->setParent(above == nullptr ? nullptr : ClientAreaOf(*above));
     NoteWidget(handle, widget);
     WidgetPeer::OnMoved();
     WidgetPeer::OnShown();

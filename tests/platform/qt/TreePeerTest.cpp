@@ -199,6 +199,28 @@ TEST_F(TreePeerTest, AFieldInTheTreeHasItsKeysForItselfAndGivesTheKeyboardBack) 
   tester.reset();
 }
 
+TEST_F(TreePeerTest, AFieldOverALabelGoesAlongWithIt) {
+  tree.InsertItems(nullptr, 2, Many(200));
+  const CTreeItem& line = *tree.GetRow(4);
+  tree.remark = std::string(200, 'w');
+  Settle();
+  ASSERT_GT(view->horizontalScrollBar()->maximum(), 10);
+  CEdit field;
+  ASSERT_TRUE(field.Create(kStyleChild | kStyleVisible, tree.GetTextRect(line), &tree, 1));
+  const auto offset = [&] {
+    const QWidget& shown = *WidgetOf(field);
+    const Rect label = tree.GetTextRect(line);
+    const QPoint corner = view->viewport()->mapToGlobal(QPoint(label.left, label.top));
+    return corner - shown.mapToGlobal(QPoint(0, 0));
+  };
+  EXPECT_EQ(offset(), QPoint());
+  for (const int top : {3, 1, 120, 0}) {
+    view->verticalScrollBar()->setValue(top);
+    view->horizontalScrollBar()->setValue(top % 7);
+    EXPECT_EQ(offset(), QPoint()) << top;
+  }
+}
+
 TEST_F(TreePeerTest, PartsOfALineAreWhereTheyArePainted) {
   const CImageList images({16, 16});
   tree.SetImageList(&images);
