@@ -15,6 +15,22 @@ namespace {
 // More than the tip's own margins: frame, and air.
 constexpr int kPadding = 5;
 constexpr qreal kCorner = 4;
+// What is read without losing the line.
+constexpr int kWidestLine = 64;
+
+// Between words, but for one that has no room by itself, as a path may be.
+int FlagsFor(const QString& text, const QFontMetrics& metrics, int width) {
+  constexpr int kFlags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap | Qt::TextDontClip;
+  const int needed = metrics.boundingRect(QRect(0, 0, width, 0), kFlags, text).width();
+  return needed > width ? kFlags | Qt::TextWrapAnywhere : kFlags;
+}
+
+QSize SizeOf(const QString& text, const QFont& font, int width) {
+  const QFontMetrics metrics(font);
+  const QRect rect =
+      metrics.boundingRect(QRect(0, 0, width, 0), FlagsFor(text, metrics, width), text);
+  return {rect.width(), std::max(rect.height(), metrics.height())};
+}
 
 }  // namespace
 
@@ -31,21 +47,43 @@ void TipWidget::paintEvent(QPaintEvent* /*event*/) {
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
 
   painter.setPen(palette().color(QPalette::ToolTipText));
-  const Size margins = tip.GetMargins();
-  const int left = kPadding + margins.width;
-  int top = kPadding + margins.height;
-  const auto drawLine = [&](const QString& line) {
-    const int height = painter.fontMetrics().height();
-    painter.drawText(QRect(left, top, width() - 2 * left, height),
-                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, line);
-    top += height + tip.GetLineSpace();
-  };
+  QRect rest = rect().marginsRemoved(Margins());
+  for (const Line& line : Lines()) {
+    painter.setFont(line.font);
+    painter.drawText(rest, FlagsFor(line.text, painter.fontMetrics(), rest.width()), line.text);
+    rest.setTop(rest.top() + SizeOf(line.text, line.font, rest.width()).height() +
+                tip.GetLineSpace());
+  }
+}
+
+std::vector<TipWidget::Line> TipWidget::Lines() const {
   QFont bold = font();
   bold.setBold(true);
-  painter.setFont(bold);
-  drawLine(ToQt(tip.GetTitle()));
-  painter.setFont(font());
-  for (const std::string_view line : Split(tip.GetWindowText(), '\n')) drawLine(ToQt(line));
+  std::vector<Line> lines = {{ToQt(tip.GetTitle()), bold}};
+  for (const std::string_view line : Split(tip.GetWindowText(), '\n')) {
+    lines.push_back({ToQt(line), font()});
+  }
+  return lines;
+}
+
+QMargins TipWidget::Margins() const {
+  const Size own = tip.GetMargins();
+  const int across = kPadding + own.width;
+  const int down = kPadding + own.height;
+  return {across, down, across, down};
+}
+
+QSize TipWidget::SizeIn(QSize room) const {
+  const QMargins margins = Margins();
+  const int widest = std::min(kWidestLine * fontMetrics().averageCharWidth(),
+                              room.width() - margins.left() - margins.right());
+  QSize size;
+  for (const Line& line : Lines()) {
+    const QSize own = SizeOf(line.text, line.font, widest);
+    const int space = size.isEmpty() ? 0 : tip.GetLineSpace();
+    size = QSize(std::max(size.width(), own.width()), size.height() + space + own.height());
+  }
+  return size.grownBy(margins).boundedTo(room);
 }
 
 QtTipPeer::QtTipPeer(CTipWindow& shownTip)
@@ -64,11 +102,12 @@ void QtTipPeer::OnMoved() {
   const CWnd* const above = tip.GetParent();
   const Point place =
       above == nullptr ? Point{rect.left, rect.top} : above->ClientToScreen({rect.left, rect.top});
-  QRect shown(place.x, place.y, rect.Width() + 2 * kPadding, rect.Height() + 2 * kPadding);
+  QRect shown(place.x, place.y, 0, 0);
   const QScreen* screen = QGuiApplication::screenAt(shown.topLeft());
   if (screen == nullptr) screen = QGuiApplication::primaryScreen();
   if (screen != nullptr) {
     const QRect room = screen->availableGeometry();
+    shown.setSize(widget->SizeIn(room.size()));
     shown.moveLeft(std::max(room.left(), std::min(shown.left(), room.right() - shown.width())));
     shown.moveTop(std::max(room.top(), std::min(shown.top(), room.bottom() - shown.height())));
   }

@@ -1,21 +1,35 @@
 #pragma once
 
+#include <QMargins>
+#include <QString>
 #include <QWidget>
+#include <vector>
 
 #include "platform/qt/WidgetPeer.h"
 #include "platform/windowing/TipWindow.h"
 
 namespace tarn {
 
-// The title in bold, and the lines below it. Asks the tip itself whenever it paints.
+// The title in bold, and the lines below it, of which long ones are wrapped. Asks the tip itself
+// whenever it paints.
 class TipWidget : public QWidget {
  public:
   explicit TipWidget(const CTipWindow& shownTip) : tip(shownTip), handle(shownTip.GetHandle()) {}
+
+  // All of it, wrapped so that it fits into `room`.
+  QSize SizeIn(QSize room) const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  struct Line {
+    QString text;
+    QFont font;
+  };
+  std::vector<Line> Lines() const;
+  QMargins Margins() const;
+
   const CTipWindow& tip;
   const WindowHandle handle;
 };

@@ -390,6 +390,16 @@ TEST_F(TreePeerTest, TipStandsOverTheTreeAndOnTheScreen) {
   EXPECT_EQ(shown->pos(), view->viewport()->mapToGlobal(QPoint(30, 40)));
   tip.ShowTip("fruit", std::string(20, 'w'), {100000, 100000}, {}, {});
   EXPECT_TRUE(shown->screen()->availableGeometry().contains(shown->geometry()));
+
+  const int narrow = shown->width();
+  const int low = shown->height();
+  for (const char* const part : {"grows on trees ", "/without/a/blank"}) {
+    std::string text;
+    for (int i = 0; i < 40; ++i) text += part;
+    tip.ShowTip("fruit", text, {30, 40}, {}, {});
+    EXPECT_LT(shown->width(), 4 * narrow) << part;
+    EXPECT_GT(shown->height(), 3 * low) << part;
+  }
   tip.Hide();
   EXPECT_FALSE(shown->isVisible());
 }
