@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOption>
+#include <algorithm>
 
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
@@ -121,6 +122,14 @@ void ReportHeader::contextMenuEvent(QContextMenuEvent* event) {
   if (!IsWindow(handle)) return;
   const QPoint screen = event->globalPos();
   report.NotifyHeaderRightClicked(logicalIndexAt(event->pos()), {screen.x(), screen.y()});
+}
+
+void ReportHeader::OpenMenu(int column) {
+  if (!IsWindow(handle)) return;
+  const int left = column < 0 ? length() : sectionViewportPosition(column);
+  const QPoint screen =
+      viewport()->mapToGlobal(QPoint(std::clamp(left, 0, std::max(0, width() - 1)), height()));
+  report.NotifyHeaderRightClicked(column, {screen.x(), screen.y()});
 }
 
 void ReportHeader::SetHovered(int section) {

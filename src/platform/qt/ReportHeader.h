@@ -16,6 +16,9 @@ class ReportHeader : public QHeaderView {
   // Of the column whose head was dragged and let go at that place of the screen.
   std::function<void(int column, QPoint screen)> onDropped;
 
+  // What a right click on the head would open, below it; -1 is behind the last one.
+  void OpenMenu(int column);
+
   QSize sizeHint() const override;
 
  protected:

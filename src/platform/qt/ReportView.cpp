@@ -28,6 +28,13 @@ constexpr int kTakePeriodMs = 30;
 // Every row takes its time whenever rows are added.
 constexpr int kRowsPerMs = 1000;
 
+// The key of a menu, for the heads.
+bool IsHeaderMenuKey(const QKeyEvent& event) {
+  const Qt::KeyboardModifiers keys = event.modifiers();
+  return (event.key() == Qt::Key_F10 && keys == (Qt::ControlModifier | Qt::ShiftModifier)) ||
+         (event.key() == Qt::Key_Menu && keys == Qt::ControlModifier);
+}
+
 using Following = QScopedValueRollback<int>;
 
 }  // namespace
@@ -291,6 +298,9 @@ void ReportView::keyPressEvent(QKeyEvent* event) {
   } else if (event->matches(QKeySequence::SelectAll)) {
     event->accept();
     selectAll();
+  } else if (IsHeaderMenuKey(*event)) {
+    event->accept();
+    head->OpenMenu(SearchedColumn());
   } else if (const int column = SearchedColumn(); column >= 0 && typeAhead.Takes(*event)) {
     event->accept();
     const std::optional<int> found =

@@ -127,6 +127,8 @@ TEST_F(ReportPeerTest, MouseAndKeysGoThroughTheControl) {
   Click(CellAt(2, 1), Qt::ShiftModifier);
   EXPECT_EQ(owner.Take(), "selection 2,-1; click 2,1; ");
   EXPECT_EQ(view->selectionModel()->selectedRows().size(), 2);
+  QTest::keyClick(view, Qt::Key_F10, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(owner.Take(), "header -1,1; ");
   QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "apple\tmain.c\nfig\tmain.c\n");
 
