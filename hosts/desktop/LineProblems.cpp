@@ -24,6 +24,8 @@ constexpr Color kWarningColor = MakeColor(190, 130, 0);
 constexpr Color kErrorColor = MakeColor(205, 30, 30);
 // More of them would make a tip that is larger than the screen.
 constexpr int kTipMessages = 8;
+// A longer one is broken into lines; that is narrow, and breaks the names of options as well.
+constexpr qsizetype kTipLine = 100;
 
 using Base = QsciScintillaBase;
 
@@ -158,9 +160,11 @@ QString LineProblems::TextAt(QPoint place) const {
       texts += QString(QChar(0x2026));
       break;
     }
-    texts += each.message.toHtmlEscaped();
+    texts += QString(each.message.size() <= kTipLine ? "<div style='white-space:nowrap'>%1</div>"
+                                                     : "<div>%1</div>")
+                 .arg(each.message.toHtmlEscaped());
   }
-  return texts.isEmpty() ? QString() : "<qt>" + texts.join("<br>") + "</qt>";
+  return texts.isEmpty() ? QString() : "<qt>" + texts.join(QString()) + "</qt>";
 }
 
 // -1 beside the texts and below them.

