@@ -78,7 +78,6 @@ LineProblems::LineProblems(QsciScintilla& shownIn) : QObject(&shownIn), editor(s
 
 void LineProblems::Add(const std::vector<LineProblem>& more) {
   const int last = std::max(0, editor.lines() - 1);
-  problems.reserve(problems.size() + more.size());
   for (const LineProblem& each : more) {
     problems.push_back(each);
     problems.back().line = std::clamp(each.line, 0, last);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <cstddef>
 #include <map>
 #include <string>
@@ -23,7 +24,7 @@ class ProblemMarks {
 
   // What files in the log are relative to.
   void SetFolder(std::string projectFolder) { folder = std::move(projectFolder); }
-  // Shows what the log has since the last call.
+  // Shows what the log has since the last call; much of it in pieces, between other events.
   void Refresh();
 
  private:
@@ -38,6 +39,7 @@ class ProblemMarks {
   std::string folder;
   std::size_t followed = 0;  // so many of the list are known
   int logNumber = 0;
+  QTimer later;
 };
 
 }  // namespace tarn::host

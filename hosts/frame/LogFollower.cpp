@@ -1,5 +1,6 @@
 #include "hosts/frame/LogFollower.h"
 
+#include <string_view>
 #include <utility>
 
 namespace tarn::host {
@@ -22,33 +23,77 @@ std::optional<std::size_t> LengthWithoutEnd(std::string_view text) {
   return isFirst && whole.ends_with("/>") ? std::optional<std::size_t>(0) : std::nullopt;
 }
 
+// The place behind the tag, comment or the like that begins at `at`; npos when it doesn't end.
+// `depth` counts the elements that are open.
+std::size_t EndOfTag(std::string_view text, std::size_t at, int& depth) {
+  constexpr std::string_view kNoElements[][2] = {
+      {"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
+  for (const auto& [open, close] : kNoElements) {
+    if (!text.substr(at).starts_with(open)) continue;
+    const std::size_t end = text.find(close, at + open.size());
+    return end == text.npos ? end : end + close.size();
+  }
+  std::size_t end = text.find_first_of("\"'>", at);
+  while (end != text.npos && text[end] != '>') {
+    const std::size_t quoteEnd = text.find(text[end], end + 1);
+    end = quoteEnd == text.npos ? quoteEnd : text.find_first_of("\"'>", quoteEnd + 1);
+  }
+  if (end == text.npos) return end;
+  if (text[at + 1] == '/') {
+    --depth;
+  } else if (text[end - 1] != '/') {
+    ++depth;
+  }
+  return end + 1;
+}
+
+// The length of the children of the top element that begin within the first `wanted` bytes; the
+// text begins with that element, or inside of it.
+std::size_t LengthOfPiece(std::string_view text, bool isInside, std::size_t wanted) {
+  int depth = isInside ? 1 : 0;
+  for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at)) {
+    if (depth == 1 && at >= wanted) return at;
+    at = EndOfTag(text, at, depth);
+    if (at == text.npos) break;
+  }
+  return text.size();
+}
+
 }  // namespace
 
 LogFollower::LogFollower(FileSystem& fileSystem, std::string logPath)
     : files(fileSystem), path(std::move(logPath)) {}
 
-LogFollower::News LogFollower::Take(std::int64_t now) {
+LogFollower::News LogFollower::Take(std::int64_t now, std::size_t most) {
+  News news;
+  if (taken == seen.size()) news.isOtherLog = Read(now);
+  const std::string_view rest = std::string_view(seen).substr(taken);
+  if (rest.empty()) return news;
+  const std::size_t length =
+      rest.size() <= most ? rest.size() : LengthOfPiece(rest, taken != 0, most);
+  const std::string piece(rest.substr(0, length));
+  news.entries = ReadLogEntries(taken == 0 ? piece : "<log>" + piece + "</log>");
+  taken += length;
+  news.hasMore = taken < seen.size();
+  return news;
+}
+
+bool LogFollower::Read(std::int64_t now) {
   const std::optional<FileStatus> status = files.Examine(path);
-  if (!status || (isSettled && IsSame(*status))) return {};
+  if (!status || (isSettled && IsSame(*status))) return false;
   const auto whole = files.ReadWholeFile(path);
   const auto length = whole ? LengthWithoutEnd(*whole) : std::nullopt;
-  if (!length) return {};
+  if (!length) return false;
   std::string text = whole->substr(0, *length);
 
-  News news;
   // Builds may say the same again; a kept log is not written without a reason.
   const bool isLater = state && state->modifiedSeconds != status->modifiedSeconds;
-  news.isOtherLog = !text.starts_with(seen) || (isLater && text == seen);
-  const std::size_t known = news.isOtherLog ? 0 : seen.size();
-  if (known == 0) {
-    news.entries = ReadLogEntries(*whole);
-  } else if (text.size() > known) {
-    news.entries = ReadLogEntries("<log>" + text.substr(known) + "</log>");
-  }
+  const bool isOtherLog = !text.starts_with(seen) || (isLater && text == seen);
+  if (isOtherLog) taken = 0;
   seen = std::move(text);
   state = status;
   isSettled = now - status->modifiedSeconds > kSettlingSeconds;
-  return news;
+  return isOtherLog;
 }
 
 bool LogFollower::IsSame(const FileStatus& status) const {

@@ -32,14 +32,15 @@ std::optional<ProblemList::Place> ProblemList::Step(bool isForward, std::int64_t
   return Place{problems[*current], *current + 1, count};
 }
 
-void ProblemList::Follow(std::int64_t now) {
-  if (!log) return;
-  LogFollower::News news = log->Take(now);
+bool ProblemList::Follow(std::int64_t now, std::size_t most) {
+  if (!log) return false;
+  LogFollower::News news = log->Take(now, most);
   if (news.isOtherLog) Clear();
   for (LogEntry& entry : news.entries) {
     const bool isProblem = entry.kind == LogKind::Error || entry.kind == LogKind::Warning;
     if (isProblem && !entry.file.empty()) problems.push_back(std::move(entry));
   }
+  return news.hasMore;
 }
 
 void ProblemList::Clear() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -33,8 +34,8 @@ class ProblemList {
   // The user has gone to this place by himself: the next problem is the one behind it.
   void GoTo(const std::string& file, int line, std::int64_t now);
 
-  // Looks for news in the log.
-  void Follow(std::int64_t now);
+  // Looks for news in the log, of which it takes about `most` bytes. Whether there are more.
+  bool Follow(std::int64_t now, std::size_t most = std::string::npos);
   // As far as the log has been followed. The list only grows until the number of the log is
   // another one.
   const std::vector<LogEntry>& GetAll() const { return problems; }

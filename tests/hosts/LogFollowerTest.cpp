@@ -68,6 +68,26 @@ TEST(LogFollowerTest, EachLineComesOnceWhateverHappensToTheFile) {
   }
 }
 
+TEST(LogFollowerTest, ALongLogComesInPiecesThatAreWholeMessages) {
+  testing::MemoryFileSystem disk(kStart);
+  const std::string odd = "a > b' /&gt;";
+  disk.AddFile(kLog,
+               "<?xml version=\"1.0\"?>\n<!-- <x> --><output>\n\t<message Description=\"" + odd +
+                   "\"><part n='\">'/></message><!-- </output> -->\n\t<message>two</message>\n\t"
+                   "<message Description=\"three\" />\n</output>");
+  LogFollower follower(disk, kLog);
+  Lines pieces;
+  for (bool hasMore = true; hasMore;) {
+    const LogFollower::News news = follower.Take(kStart, 1);
+    pieces.emplace_back();
+    for (const LogEntry& entry : news.entries) pieces.back() += entry.text + ";";
+    hasMore = news.hasMore;
+  }
+  EXPECT_EQ(pieces, (Lines{"", "a > b' />;", "", "two;", "three;"}));
+  disk.AddFile(kLog, Log({"of another build"}));
+  EXPECT_EQ(Take(follower, kStart), (Lines{"other", "of another build"}));
+}
+
 TEST(LogFollowerTest, AFileThatIsAtRestIsOnlyLookedAt) {
   testing::MemoryFileSystem disk(kStart);
   disk.AddFile(kLog, Log({"a"}));
