@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "hosts/desktop/AssemblerLexer.h"
 #include "platform/paths/Paths.h"
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
@@ -234,8 +235,10 @@ void CodeEditor::dropEvent(QDropEvent* event) {
 void CodeEditor::ChooseLexer() {
   const std::string extension = SplitPath(path).extension;
   QsciLexer* chosen = nullptr;
-  if (IsAnyOf(extension, {".c", ".h", ".cpp", ".cc", ".cxx", ".hpp", ".hh", ".inc"})) {
+  if (IsAnyOf(extension, {".c", ".h", ".cpp", ".cc", ".cxx", ".hpp", ".hh"})) {
     chosen = new QsciLexerCPP(this);
+  } else if (IsAnyOf(extension, {".s", ".asm", ".a51", ".inc"})) {
+    chosen = new AssemblerLexer(this);
   } else if (IsAnyOf(extension, {".lua"})) {
     chosen = new QsciLexerLua(this);
   } else if (IsAnyOf(extension, {".mk"})) {

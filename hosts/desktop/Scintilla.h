@@ -5,6 +5,7 @@
 #define signals Q_SIGNALS
 #define slots Q_SLOTS
 #include <Qsci/qscilexercpp.h>
+#include <Qsci/qscilexercustom.h>
 #include <Qsci/qscilexerlua.h>
 #include <Qsci/qscilexermakefile.h>
 #include <Qsci/qscilexerxml.h>

@@ -1,0 +1,179 @@
+#include "hosts/desktop/AssemblerStyles.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+// Directives without a point, as the assemblers of the 8051 have them.
+constexpr std::string_view kDirectives[] = {"bseg",   "cseg",    "db",    "ds",    "dseg",  "dw",
+                                            "else",   "end",     "endif", "endm",  "extrn", "if",
+                                            "ifdef",  "include", "iseg",  "macro", "name",  "org",
+                                            "public", "rseg",    "using", "xseg"};
+// Those that stand behind the name that they are about.
+constexpr std::string_view kDefinitions[] = {"=",       "bit", "code", "data",  "db",
+                                             "ds",      "dw",  "equ",  "idata", "macro",
+                                             "segment", "set", "xdata"};
+constexpr std::string_view kPreprocessor[] = {"define",  "elif",   "else",  "endif",
+                                              "error",   "if",     "ifdef", "ifndef",
+                                              "include", "pragma", "undef"};
+// Beside r0 to r31.
+constexpr std::string_view kRegisters[] = {"a",  "ab",  "acc", "b",   "c",   "dph",  "dpl", "dptr",
+                                           "pc", "psw", "sp",  "sph", "spl", "sreg", "x",   "xh",
+                                           "xl", "y",   "yh",  "yl",  "z",   "zh",   "zl"};
+
+template <std::size_t Size>
+bool IsAmong(const std::string_view (&names)[Size], std::string_view word) {
+  return std::any_of(std::begin(names), std::end(names),
+                     [&](std::string_view name) { return EqualNoCase(name, word); });
+}
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool IsLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '.' || c == '?' ||
+         static_cast<unsigned char>(c) >= 0x80;
+}
+
+bool IsInWord(char c) {
+  return IsLetter(c) || IsDigit(c) || c == '$';
+}
+
+bool IsRegister(std::string_view word) {
+  const bool isNumbered = (word.size() == 2 || word.size() == 3) &&
+                          (word[0] == 'r' || word[0] == 'R') &&
+                          std::all_of(word.begin() + 1, word.end(), IsDigit);
+  return isNumbered || IsAmong(kRegisters, word);
+}
+
+class Styler {
+ public:
+  explicit Styler(std::string_view source) : text(source) { styles.reserve(text.size()); }
+
+  std::string Run(bool isInComment) {
+    if (isInComment) TakeBlockComment();
+    while (styles.size() < text.size()) TakeNext();
+    return std::move(styles);
+  }
+
+ private:
+  std::string_view Rest() const { return text.substr(styles.size()); }
+  void Take(std::size_t count, AssemblerStyle style) {
+    styles.append(std::min(count, text.size() - styles.size()), static_cast<char>(style));
+  }
+  // The text from `from` on that has no other byte than these.
+  template <typename Fits>
+  std::string_view Span(std::size_t from, Fits fits) const {
+    const std::string_view rest = Rest().substr(std::min(from, Rest().size()));
+    const auto end = std::find_if_not(rest.begin(), rest.end(), fits);
+    return rest.substr(0, static_cast<std::size_t>(end - rest.begin()));
+  }
+  std::size_t LengthOfLine() const { return std::min(Rest().find_first_of("\r\n"), Rest().size()); }
+
+  void TakeNext() {
+    const std::string_view rest = Rest();
+    const char c = rest.front();
+    if (c == '\n') {
+      hasOperation = false;
+      Take(1, AssemblerStyle::Plain);
+    } else if (c == ';' || rest.starts_with("//")) {
+      Take(LengthOfLine(), AssemblerStyle::Comment);
+    } else if (rest.starts_with("/*")) {
+      Take(2, AssemblerStyle::BlockComment);
+      TakeBlockComment();
+    } else if (c == '"' || c == '\'') {
+      TakeString(c);
+    } else if ((c == '#' || c == '$') && !hasOperation) {
+      TakeControl(c);
+    } else if (IsDigit(c) || (c == '$' && !Span(1, IsInWord).empty())) {
+      TakeNumber();
+    } else if (IsLetter(c)) {
+      TakeWord();
+    } else {
+      Take(1, AssemblerStyle::Plain);
+    }
+  }
+
+  void TakeBlockComment() {
+    const std::size_t end = Rest().find("*/");
+    Take(end == Rest().npos ? end : end + 2, AssemblerStyle::BlockComment);
+  }
+
+  // A character may go without the second quote.
+  void TakeString(char quote) {
+    const std::string_view line = Rest().substr(0, LengthOfLine());
+    std::size_t end = 1;
+    while (end < line.size() && line[end] != quote) end += line[end] == '\\' ? 2 : 1;
+    if (end < line.size() || quote == '"') {
+      Take(std::min(end + 1, line.size()), AssemblerStyle::String);
+    } else {
+      Take(std::min<std::size_t>(line.size(), line.substr(1).starts_with('\\') ? 3 : 2),
+           AssemblerStyle::String);
+    }
+  }
+
+  // A line for the preprocessor or for the assembler itself, up to a comment. Another line that
+  // begins so is a comment.
+  void TakeControl(char sign) {
+    const std::string_view blanks = Span(1, [](char c) { return c == ' ' || c == '\t'; });
+    const bool isControl = sign == '$' || IsAmong(kPreprocessor, Span(1 + blanks.size(), IsInWord));
+    std::size_t length = LengthOfLine();
+    if (isControl) {
+      const std::string_view line = Rest().substr(0, length);
+      length = std::min({line.find(';'), line.find("//"), line.find("/*"), length});
+    }
+    Take(length, isControl ? AssemblerStyle::Preprocessor : AssemblerStyle::Comment);
+    hasOperation = true;
+  }
+
+  void TakeNumber() {
+    const std::size_t length = 1 + Span(1, IsInWord).size();
+    const bool isLabel = !hasOperation && Rest().substr(length).starts_with(':');
+    Take(length, isLabel ? AssemblerStyle::Label : AssemblerStyle::Number);
+  }
+
+  void TakeWord() {
+    const std::string_view word = Span(0, IsInWord);
+    if (!hasOperation) {
+      Take(word.size(), StyleOfFirst(word));
+      return;
+    }
+    const bool isDefinition = isNamed && IsAmong(kDefinitions, word);
+    isNamed = false;
+    Take(word.size(), isDefinition       ? AssemblerStyle::Directive
+                      : IsRegister(word) ? AssemblerStyle::Register
+                                         : AssemblerStyle::Plain);
+  }
+
+  // Labels leave the line's operation to come.
+  AssemblerStyle StyleOfFirst(std::string_view word) {
+    const std::string_view behind = Rest().substr(word.size());
+    if (behind.starts_with(':')) return AssemblerStyle::Label;
+    hasOperation = true;
+    isNamed = false;
+    if (word.front() == '.' || IsAmong(kDirectives, word)) return AssemblerStyle::Directive;
+    const std::string_view blanks = Span(word.size(), [](char c) { return c == ' ' || c == '\t'; });
+    const auto isWord = [](char c) { return IsInWord(c) || c == '='; };
+    isNamed = IsAmong(kDefinitions, Span(word.size() + blanks.size(), isWord));
+    return isNamed ? AssemblerStyle::Label : AssemblerStyle::Mnemonic;
+  }
+
+  std::string_view text;
+  std::string styles;
+  bool hasOperation = false;  // in this line; what follows are operands
+  bool isNamed = false;       // the operation follows the name that it is about
+};
+
+}  // namespace
+
+std::string StyleAssembler(std::string_view text, bool isInComment) {
+  return Styler(text).Run(isInComment);
+}
+
+}  // namespace tarn::host
