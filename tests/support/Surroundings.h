@@ -22,10 +22,13 @@ inline std::string ReadBytes(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// A path below the folder of the sources.
+// A path below the folder of the sources; the same when a test has left the folder it started in.
 inline std::string SourcePath(const std::string& relative) {
-  const char* sources = std::getenv("TARN_SOURCE_DIR");
-  return std::string(sources ? sources : ".") + "/" + relative;
+  static const std::filesystem::path sources = [] {
+    const char* const named = std::getenv("TARN_SOURCE_DIR");
+    return std::filesystem::absolute(named ? named : ".");
+  }();
+  return sources / relative;
 }
 
 // A new folder on the real disk, gone with all that it holds at the end.
