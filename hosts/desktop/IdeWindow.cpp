@@ -294,8 +294,13 @@ void IdeWindow::ReloadProject() {
   }
 }
 
+// The server closes the project first, so that the wizard can only make another one.
 void IdeWindow::NewProject() {
-  if (!runner->IsBuilding()) session->Manager().AddNewItem();
+  if (runner->IsBuilding()) return;
+  const std::string before = runner->GetProjectPath();
+  if (session->Manager().ProjectNew() != 0 || before.empty()) return;
+  // Behind the news of the project that stands in for none.
+  QTimer::singleShot(0, this, [this, before] { OpenProject(before); });
 }
 
 void IdeWindow::OpenExample(const Example& example) {

@@ -49,6 +49,8 @@ class ProjectManagerDriver : public COleDispatchDriver {
  public:
   std::int32_t ProjectOpen(const std::string& path) { return InvokeLong(1, {path}); }
   std::int32_t ProjectClose() { return InvokeLong(2, {}); }
+  // Closes the project and asks the user for another one; 0 when none was made.
+  std::int32_t ProjectNew() { return InvokeLong(32, {NullableText()}); }
   std::int32_t ProjectSave() { return InvokeLong(3, {}); }
   // Each announces its windows to the frame first and gives the handle of one of them.
   std::int32_t GetProjectWindow() { return InvokeLong(4, {}); }

@@ -13,7 +13,8 @@ using testing::RunUntil;
 class WizardTest : public testing::IdeFixture {
  protected:
   // Gives the command and does this in the dialog that comes; false when none does.
-  bool InWizard(const std::function<void(QDialog&)>& use) {
+  bool InWizard(const std::function<void(QDialog&)>& use,
+                const char* command = "New application...") {
     bool isUsed = false;
     QTimer::singleShot(0, [&] {
       auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
@@ -22,7 +23,7 @@ class WizardTest : public testing::IdeFixture {
       use(*dialog);
       if (dialog->isVisible()) dialog->reject();
     });
-    Choose("New application...");
+    EXPECT_TRUE(Choose(command));
     return isUsed;
   }
   static QLineEdit* FieldOf(const QDialog& dialog, const QString& label) {
@@ -70,6 +71,19 @@ TEST_F(WizardTest, EscapeLeavesTheProjectAsItIs) {
   }));
   EXPECT_EQ(window->windowTitle().remove("[*]"), "blinky-avr - Tarn");
   EXPECT_FALSE(FindLine("demo").isValid());
+}
+
+TEST_F(WizardTest, ANewProjectIsNotPutIntoTheOpenOneWhichComesBackWithoutIt) {
+  ASSERT_TRUE(InWizard(
+      [&](QDialog& dialog) {
+        for (QRadioButton* const each : dialog.findChildren<QRadioButton*>()) {
+          EXPECT_EQ(each->isChecked(), each->text() == "Create a new project");
+        }
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+      },
+      "New project..."));
+  EXPECT_TRUE(RunUntil([&] { return FindLine("main.c").isValid(); }, 5000));
+  EXPECT_EQ(window->windowTitle().remove("[*]"), "blinky-avr - Tarn");
 }
 
 }  // namespace
