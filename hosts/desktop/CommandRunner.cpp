@@ -1,7 +1,6 @@
 #include "hosts/desktop/CommandRunner.h"
 
 #include <QEventLoop>
-#include <QTimer>
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -35,12 +34,16 @@ std::function<int()> CounterFor(std::uint32_t command, BuildSession& session) {
 
 // How long one piece of what can be done in pieces takes.
 constexpr std::chrono::milliseconds kPieceTime(20);
+// How often is looked whether the user has finished.
+constexpr std::chrono::milliseconds kOccupiedPause(100);
 
 }  // namespace
 
 CommandRunner::CommandRunner(MainFrame& mainFrame, BuildSession& buildSession,
                              FileSystem& fileSystem)
     : frame(mainFrame), session(buildSession), files(fileSystem) {
+  newsTimer.setInterval(kOccupiedPause);
+  connect(&newsTimer, &QTimer::timeout, this, [this] { TakeOptionsLoaded(); });
   frame.Watch([this](const HostEvent& event) { OnMessage(event); });
 }
 
@@ -99,7 +102,10 @@ void CommandRunner::Run(std::uint32_t command) {
     Stop();
     return;
   }
-  if (command == kCmdOptionsLoaded) RestoreState();
+  if (command == kCmdOptionsLoaded) {
+    TakeOptionsLoaded();
+    return;
+  }
   if (!Builds(command)) {
     session.Manager().Command(command);
     const bool showsOptions =
@@ -156,6 +162,17 @@ BuildOutcome CommandRunner::RunAndWait(const BuildRequest& request) {
   return outcome;
 }
 
+// The server fills its tree anew.
+void CommandRunner::TakeOptionsLoaded() {
+  if (waiting == 0 && isOccupied && isOccupied()) {
+    newsTimer.start();
+    return;
+  }
+  newsTimer.stop();
+  RestoreState();
+  session.Manager().Command(kCmdOptionsLoaded);
+}
+
 // What is kept of a large project is handed over a little at a time.
 void CommandRunner::RestoreState() {
   if (isRestored) return;
@@ -191,6 +208,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
   } else if (event.number == kMsgProjectOpened) {
     isRestored = false;
     isRestoring = false;
+    newsTimer.stop();
     if (std::exchange(waiting, 0) != 0 && waiter) waiter(BuildEnd::Refused);
     // The server opens projects by itself, too: the wizard's, and the one that stands in for none.
     if (isOpening) return;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -60,12 +61,16 @@ class CommandRunner : public QObject {
   std::function<void(BuildEnd end)> onEnded;
   // The user wants to see the options of what has been made the current node.
   std::function<void()> onShowOptions;
+  // Whether the user is in the middle of something that the news of the options' being known would
+  // end, as the name of a node. They wait for that, unless a build waits for them.
+  std::function<bool()> isOccupied;
   // The project is about to go; another one is open, or none but the one that stands in for it.
   std::function<void()> onProjectClosing;
   std::function<void()> onProjectChanged;
 
  private:
   void OnMessage(const HostEvent& event);
+  void TakeOptionsLoaded();
   void RestoreState();
   void ContinueRestore();
   void Approach();
@@ -89,6 +94,7 @@ class CommandRunner : public QObject {
   // The project knows what the session keeps of it, or is being told.
   bool isRestored = false;
   bool isRestoring = false;
+  QTimer newsTimer;  // runs while such news wait
 };
 
 }  // namespace tarn::host

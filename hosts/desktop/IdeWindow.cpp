@@ -1,15 +1,18 @@
 #include "hosts/desktop/IdeWindow.h"
 
 #include <QAbstractScrollArea>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPointer>
 #include <QScopedValueRollback>
 #include <QStatusBar>
 #include <QToolBar>
@@ -416,6 +419,10 @@ void IdeWindow::AddDock(const HostEvent& announcement) {
   }
   if (id.toInt() == kProjectWindow) {
     AddTreeShortcuts(*widget, menuCommands);
+    runner->isOccupied = [tree = QPointer<QWidget>(widget)] {
+      const auto* const field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+      return field != nullptr && tree != nullptr && tree->isAncestorOf(field);
+    };
     dock->setWidget(MakeTreeFilter(*widget));
     addDockWidget(Qt::LeftDockWidgetArea, dock);
     resizeDocks({dock}, {kFirstTreeWidth}, Qt::Horizontal);

@@ -1,6 +1,7 @@
 // What a user does with mouse and keys in the real window, and what becomes of the project.
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 
 #include "desktop/IdeFixture.h"
@@ -43,8 +44,7 @@ class UserActionsTest : public testing::IdeFixture {
 };
 
 TEST_F(UserActionsTest, AGroupIsRenamedInItsPlaceAndEscapeLeavesIt) {
-  // What the server still learns of the project would end the rename.
-  RunUntil([] { return false; }, 500);
+  QCoreApplication::processEvents();  // that it is open
   const auto rename = [&](const QString& from, const QString& to, Qt::Key end) {
     Select(from);
     if (end == Qt::Key_Escape) {
@@ -59,6 +59,10 @@ TEST_F(UserActionsTest, AGroupIsRenamedInItsPlaceAndEscapeLeavesIt) {
           return field != nullptr;
         },
         3000));
+    // The server still learns of the project meanwhile.
+    const QPointer<QLineEdit> kept = field;
+    RunUntil([] { return false; }, 500);
+    ASSERT_NE(kept, nullptr);
     QTest::keyClicks(field, to);
     QTest::keyClick(field, end);
   };
