@@ -28,7 +28,8 @@ class CommandRunner : public QObject {
   // Opens a project and reads its state. On failure the text is what the server said.
   Status Open(const std::string& path);
   // Closes the project, puts these texts into its files, and opens it again. What was not saved is
-  // gone, unless it stands in the texts. Not while a build runs.
+  // gone, unless it stands in the texts. When one can't be written, all files are as they were. Not
+  // while a build runs.
   Status ReopenWith(const std::vector<FileText>& texts);
   // Writes the project's files, for which the server opens it anew: its log is empty then. Not
   // while a build runs.

@@ -280,8 +280,14 @@ void IdeWindow::GoInHistory(Status (ProjectHistory::*go)()) {
     return;
   }
   if (const Status gone = (history.get()->*go)(); !gone) {
-    QMessageBox::warning(this, tr("Tarn"), ToQt(gone.GetError().text));
+    ShowFailure(gone.GetError());
   }
+}
+
+void IdeWindow::ShowFailure(const Error& error) {
+  const QString text = ToQt(error.text);
+  QMessageBox::warning(this, tr("Tarn"),
+                       error.place.empty() ? text : ToQt(error.place) + "\n\n" + text);
 }
 
 void IdeWindow::SaveAll() {
@@ -293,7 +299,7 @@ void IdeWindow::SaveAll() {
 void IdeWindow::ReloadProject() {
   if (runner->IsBuilding()) return;
   if (const Status opened = runner->ReopenWith(projectWatch.GetChanged()); !opened) {
-    QMessageBox::warning(this, tr("Tarn"), ToQt(opened.GetError().text));
+    ShowFailure(opened.GetError());
   }
 }
 

@@ -88,6 +88,7 @@ class IdeWindow : public QMainWindow {
   // The texts in the editors, and the project itself.
   void SaveAll();
   void ReloadProject();
+  void ShowFailure(const Error& error);
   void AddHistory();
   void GoInHistory(Status (ProjectHistory::*go)());
   void ShowTitle();

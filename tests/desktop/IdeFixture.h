@@ -84,6 +84,21 @@ class IdeFixture : public ::testing::Test {
     entry->trigger();
     return true;
   }
+  // With so many nodes that a build has to wait for their options.
+  void MakeLarge() {
+    const std::string path = folder / "blinky/blinky-avr.tapp";
+    std::string text = ReadBytes(path);
+    const auto end = text.rfind("</");
+    ASSERT_NE(end, std::string::npos);
+    std::string nodes;
+    for (int i = 0; i < 3000; ++i) {
+      nodes += "<C Header=\"more" + std::to_string(i) + ".c\" Path=\"more.c\"/>\n";
+    }
+    ASSERT_TRUE(window->Commands().ReopenWith({{path, text.insert(end, nodes)}}));
+  }
+  bool AwaitBuild() {
+    return RunUntil([&] { return !window->Commands().IsBuilding(); });
+  }
   bool IsBuilt(const std::string& output) {
     return std::filesystem::exists(folder / "blinky/build/Standard/" + output);
   }

@@ -1,0 +1,60 @@
+// From the request for a build to the end of what is kept of it, whatever comes in between.
+#include <QLabel>
+#include <QMessageBox>
+#include <QStatusBar>
+
+#include "desktop/IdeFixture.h"
+#include "hosts/desktop/Banner.h"
+#include "hosts/desktop/EditorArea.h"
+
+namespace tarn::host {
+namespace {
+
+using testing::PressInNextBox;
+using testing::RunUntil;
+
+class BuildLifeTest : public testing::IdeFixture {
+ protected:
+  BuildLifeTest() {
+    std::filesystem::copy(folder / "blinky", folder / "second",
+                          std::filesystem::copy_options::recursive);
+  }
+  // How many tools that took.
+  int Build() {
+    EXPECT_TRUE(Choose("Build all"));
+    EXPECT_TRUE(AwaitBuild());
+    return window->Commands().GetProgress()->GetNumber();
+  }
+  // What the script said in the end.
+  std::string RunScript(const std::string& text) {
+    std::string said;
+    window->Session().Scripts().onLine = [&](const std::string& line) { said = line; };
+    folder.Write("try.lua", text);
+    EXPECT_NE(window->Session().Manager().ExecuteScript(folder / "try.lua"), 0);
+    window->Session().Scripts().onLine = {};
+    return said;
+  }
+  std::optional<BuildEnd> ended;
+  void NoteEnd() {
+    window->Commands().onEnded = [this, follow = window->Commands().onEnded](BuildEnd end) {
+      ended = end;
+      follow(end);
+    };
+  }
+
+  const std::string first = folder / "blinky/blinky-avr.tprj";
+  const std::string second = folder / "second/blinky-avr.tprj";
+};
+
+TEST_F(BuildLifeTest, FilesOfWhichOneCantBeWrittenAreAllAsTheyWere) {
+  const std::string path = folder / "blinky/blinky-avr.tapp";
+  const std::string before = testing::ReadBytes(path);
+  EXPECT_FALSE(window->Commands().ReopenWith(
+      {{path, before + "\n"}, {folder / "blinky/new.txt", "x"}, {first + "/none", "x"}}));
+  EXPECT_EQ(testing::ReadBytes(path), before);
+  EXPECT_FALSE(std::filesystem::exists(folder / "blinky/new.txt"));
+  EXPECT_TRUE(window->Session().HasProject());
+}
+
+}  // namespace
+}  // namespace tarn::host
