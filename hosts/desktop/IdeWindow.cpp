@@ -184,7 +184,7 @@ bool IdeWindow::Start() {
   popups.Load(files, session->GetFolders().ConfigFile(files));
   layout.Restore();
   connect(&refreshTimer, &QTimer::timeout, this, [this] {
-    history->Note();
+    if (history->Note()) projectWatch.Include(history->GetFiles());
     setWindowModified(!runner->GetProjectPath().empty() && history->HasUnsaved());
     if (runner->IsBuilding()) problemMarks->Refresh();
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);

@@ -89,19 +89,20 @@ bool ProjectHistory::HasUnsaved() {
   return session.Inspector().GetChangeCount() != opened;
 }
 
-void ProjectHistory::Note() {
-  if (runner.IsBuilding()) return;
+bool ProjectHistory::Note() {
+  if (runner.IsBuilding()) return false;
   const std::int32_t now = session.Inspector().GetChangeCount();
-  if (now == seen) return;
+  if (now == seen) return false;
   seen = now;
   Step changed = Ask();
-  if (IsSame(changed, present)) return;
+  if (IsSame(changed, present)) return false;
   past.push_back(std::move(present));
   present = std::move(changed);
   future.clear();
   while (past.size() > kMostSteps || (past.size() > 1 && SizeOf(past) > kMostBytes)) {
     past.pop_front();
   }
+  return true;
 }
 
 Status ProjectHistory::Go(std::deque<Step>& from, std::deque<Step>& to) {

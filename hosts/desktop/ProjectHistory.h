@@ -25,8 +25,10 @@ class ProjectHistory {
   // Something has changed since it was opened.
   bool HasUnsaved();
   // Takes what has changed since the last call as one step. Quick when nothing has; not while a
-  // build runs, which waits.
-  void Note();
+  // build runs, which waits. True when there was something.
+  bool Note();
+  // The project's files, as of the last step.
+  const std::vector<FileText>& GetFiles() const { return present; }
 
   bool CanUndo() const { return !past.empty() && !runner.IsBuilding(); }
   bool CanRedo() const { return !future.empty() && !runner.IsBuilding(); }

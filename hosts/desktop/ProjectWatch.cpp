@@ -14,24 +14,34 @@ ProjectWatch::ProjectWatch(FileSystem& fileSystem, QObject* parent)
 
 void ProjectWatch::Follow(const std::string& projectPath) {
   known.clear();
-  QStringList paths;
-  const auto note = [&](const std::string& path, const std::string& text) {
-    known[path] = HashBytes(text);
-    paths += ToQt(path);
-  };
   const auto text = files.ReadWholeFile(projectPath);
   if (!projectPath.empty() && text) {
-    note(projectPath, *text);
+    known[projectPath] = HashBytes(*text);
     // The applications have files of their own.
     const auto root = ParseXml(*text);
     for (const CXmlNode* child : root ? root->GetChildren() : std::vector<CXmlNode*>{}) {
       const std::string name = ToNativeSeparators(AttributeOf(child, "Extern"));
       if (name.empty()) continue;
-      const std::string path =
-          IsRelativePath(name) ? CanonicalPath(JoinPath(FolderOf(projectPath), name)) : name;
-      if (const auto own = files.ReadWholeFile(path)) note(path, *own);
+      Note(IsRelativePath(name) ? CanonicalPath(JoinPath(FolderOf(projectPath), name)) : name);
     }
   }
+  Watch();
+}
+
+void ProjectWatch::Include(const std::vector<FileText>& projectFiles) {
+  for (const FileText& each : projectFiles) {
+    if (!known.contains(each.path)) Note(each.path);
+  }
+  Watch();
+}
+
+void ProjectWatch::Note(const std::string& path) {
+  if (const auto text = files.ReadWholeFile(path)) known[path] = HashBytes(*text);
+}
+
+void ProjectWatch::Watch() {
+  QStringList paths;
+  for (const auto& [path, hash] : known) paths += ToQt(path);
   watch.SetFiles(paths);
 }
 

@@ -27,6 +27,8 @@ class ProjectWatch : public QObject {
   // The project has just been opened; an empty path for none. Also to take what is on the disk for
   // known.
   void Follow(const std::string& projectPath);
+  // These belong to the project by now; those among them that are on the disk are followed, too.
+  void Include(const std::vector<FileText>& projectFiles);
   // Looks now; for the time when the window comes to the front.
   void Look();
   // The files that are others than those that were opened, as they are now; without those that
@@ -36,6 +38,9 @@ class ProjectWatch : public QObject {
   std::function<void()> onChanged;
 
  private:
+  void Note(const std::string& path);
+  void Watch();
+
   FileSystem& files;
   FileWatch watch;
   std::map<std::string, std::uint64_t> known;  // path -> hash of the bytes

@@ -56,5 +56,17 @@ TEST_F(BuildLifeTest, FilesOfWhichOneCantBeWrittenAreAllAsTheyWere) {
   EXPECT_TRUE(window->Session().HasProject());
 }
 
+TEST_F(BuildLifeTest, AnApplicationThatHasJustBeenAddedIsWatched) {
+  const std::string added = folder / "blinky/other.tapp";
+  std::filesystem::copy(folder / "second/blinky-avr.tapp", added);
+  window->Session().Inspector().SelectNodeByPlace("");
+  ASSERT_NE(window->Session().Manager().AddExistingItem(added), 0);
+  RunUntil([] { return false; }, 600);
+  const Banner& banner = static_cast<EditorArea*>(window->centralWidget())->ProjectBanner();
+  EXPECT_FALSE(banner.isVisible());
+  folder.Write("blinky/other.tapp", testing::ReadBytes(added) + "\n");
+  EXPECT_TRUE(RunUntil([&] { return banner.isVisible(); }, 5000));
+}
+
 }  // namespace
 }  // namespace tarn::host
