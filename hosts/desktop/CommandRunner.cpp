@@ -72,9 +72,19 @@ CommandRunner::CommandRunner(MainFrame& mainFrame, BuildSession& buildSession,
   newsTimer.setInterval(kOccupiedPause);
   connect(&newsTimer, &QTimer::timeout, this, [this] { TakeOptionsLoaded(); });
   frame.Watch([this](const HostEvent& event) { OnMessage(event); });
+  // Before anything else is done with the project: a script may build it at once.
+  frame.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
+    if (event.lParam != 0) {
+      session.LeaveProject();
+    } else if (!isOpening) {
+      session.Adopt(event.text);
+    }
+    return std::intptr_t{1};
+  });
 }
 
 CommandRunner::~CommandRunner() {
+  frame.Answer(kMsgProjectOpened, {});
   frame.Watch({});
 }
 
@@ -155,6 +165,7 @@ void CommandRunner::Start(std::uint32_t command) {
   }
   session.BeginWork(&*progress);
   building = command;
+  isUnkept = true;
   isCleaning = command == kCmdCleanAll || command == kCmdCleanNode;
   if (onStarted) onStarted();
   // The answer is the same when the start was refused, which the user has been asked about; but
@@ -221,6 +232,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
   if (event.number == kMsgCommand) {
     QTimer::singleShot(0, this, [this] { ServePosted(); });
   } else if (event.number == kMsgProjectClosing) {
+    KeepResults();
     if (onProjectClosing) onProjectClosing();
   } else if (event.number == kMsgProjectOpened) {
     isRestored = false;
@@ -229,12 +241,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
     if (std::exchange(waiting, 0) != 0 && waiter) waiter(BuildEnd::Refused);
     // The server opens projects by itself, too: the wizard's, and the one that stands in for none.
     if (isOpening) return;
-    QTimer::singleShot(0, this, [this, path = event.text, isStandIn = event.lParam != 0] {
-      if (isStandIn) {
-        session.LeaveProject();
-      } else {
-        session.Adopt(path);
-      }
+    QTimer::singleShot(0, this, [this] {
       if (onProjectChanged) onProjectChanged();
     });
   } else if (event.number == kMsgWorkerEnded && building != 0) {
@@ -252,18 +259,27 @@ void CommandRunner::OnMessage(const HostEvent& event) {
 void CommandRunner::FinishBuild(BuildEnd end) {
   if (building == 0 || isFinishing) return;
   isFinishing = true;
-  session.Manager().EpilogCommand(building);
-  session.KeepLog();
+  if (isUnkept) {
+    session.Manager().EpilogCommand(building);
+    session.KeepLog();
+  }
   QTimer::singleShot(0, this, [this, end] {
-    session.KeepReports(isCleaning);
+    if (isUnkept) session.KeepReports(isCleaning);
     QTimer::singleShot(0, this, [this, end] {
-      session.KeepState();
+      if (std::exchange(isUnkept, false)) session.KeepState();
       building = 0;
       isFinishing = false;
       session.TakeLogLines();  // the log window has shown them
       TellEnd(end);
     });
   });
+}
+
+// The tree that they belong to goes.
+void CommandRunner::KeepResults() {
+  if (!std::exchange(isUnkept, false)) return;
+  session.KeepReports(isCleaning);
+  session.KeepState();
 }
 
 void CommandRunner::TellEnd(BuildEnd end) {

@@ -77,6 +77,7 @@ class CommandRunner : public QObject {
   void Approach();
   void Start(std::uint32_t command);
   void FinishBuild(BuildEnd end);
+  void KeepResults();
   void TellEnd(BuildEnd end);
   void ServePosted();
 
@@ -89,6 +90,7 @@ class CommandRunner : public QObject {
   std::uint32_t waiting = 0;  // for the project to be made known
   std::uint32_t building = 0;
   bool isFinishing = false;
+  bool isUnkept = false;  // what the tools of the build reported
   bool isCleaning = false;
   bool isStopAsked = false;
   bool isOpening = false;

@@ -46,6 +46,29 @@ class BuildLifeTest : public testing::IdeFixture {
   const std::string second = folder / "second/blinky-avr.tprj";
 };
 
+TEST_F(BuildLifeTest, AScriptThatOpensAProjectAndBuildsAtOnceHasWhatIsKeptOfThatProject) {
+  EXPECT_EQ(Build(), 6);
+  window->OpenProject(second);
+  EXPECT_EQ(Build(), 6);
+  window->OpenProject(first);
+  EXPECT_EQ(RunScript("tarn.ProjectOpen('" + second + "') print(host.build())"), "succeeded\t0\t0");
+  EXPECT_EQ(window->Session().GetProjectPath(), second);
+  window->OpenProject(first);
+  EXPECT_EQ(Build(), 0);
+}
+
+TEST_F(BuildLifeTest, AProjectThatIsClosedBehindItsBuildKeepsWhatWasReported) {
+  window->Frame().Answer(kMsgWorkerEnded, [&](const HostEvent&) {
+    QTimer::singleShot(0, &*window, [this] { window->Session().Manager().ProjectClose(); });
+    return std::intptr_t{1};
+  });
+  EXPECT_EQ(Build(), 6);
+  EXPECT_FALSE(window->Session().HasProject());
+  window->Frame().Answer(kMsgWorkerEnded, {});
+  window->OpenProject(first);
+  EXPECT_EQ(Build(), 0);
+}
+
 TEST_F(BuildLifeTest, FilesOfWhichOneCantBeWrittenAreAllAsTheyWere) {
   const std::string path = folder / "blinky/blinky-avr.tapp";
   const std::string before = testing::ReadBytes(path);
