@@ -99,6 +99,20 @@ const std::string& NodeValues::OwnSet() {
   return keys.SetName(ownSet);
 }
 
+std::string NodeValues::Place() {
+  Settle();
+  std::string place = keys.SetName(ownSet);
+  for (const char* name : {"Path", "Header"}) {
+    const PropertyId property = keys.FindProperty("General", name);
+    place.append("\n").append(Look(ownSet, property, OwnLayer).text);
+    for (const SetId set : below->sets) {
+      const std::string* const outer = below->values.Find(keys.FindKey(set, property));
+      place.append("\n").append(outer == nullptr ? std::string_view() : *outer);
+    }
+  }
+  return place;
+}
+
 void NodeValues::PutOwn(KeyId key, std::string_view value, bool direct) {
   if (key >= slots.size()) slots.resize(std::max<std::size_t>(key + 1, keys.GetKeyLimit()));
   Slot& slot = slots[key];

@@ -46,6 +46,8 @@ class NodeValues : private MacroSource {
   void EnterSet(std::string_view name);
   // Its name; empty when none was entered.
   const std::string& OwnSet();
+  // Tells the node from the others of the project, by paths and labels on the way to it.
+  std::string Place();
 
   void SetValue(std::string_view set, std::string_view section, std::string_view property,
                 std::string_view value);

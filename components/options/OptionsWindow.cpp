@@ -98,11 +98,9 @@ std::string PropertyManager::GetChangedProperty() {
   return changedProperty;
 }
 
-// Two nodes of one project differ in their path or, without one, in their label.
+// What was changed for one configuration can't be taken back for another one.
 std::string PropertyManager::NodeKey() {
-  const std::string set = values.OwnSet();
-  return set + "\n" + values.Get(set, "General", "Path") + "\n" +
-         values.Get(set, "General", "Header");
+  return FoldCase(values.GetConfig()) + "\n" + values.Place();
 }
 
 std::int32_t PropertyManager::ChangeByUser(const char* set, const char* section,

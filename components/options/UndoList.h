@@ -8,7 +8,7 @@ namespace tarn::options {
 
 // One change of a value by the user.
 struct ValueChange {
-  std::string node;  // tells the node that it was made at
+  std::string node;  // tells the node that it was made at, and the configuration
   std::string set;
   std::string section;
   std::string property;

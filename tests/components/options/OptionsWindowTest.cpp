@@ -123,6 +123,27 @@ TEST_F(OptionsWindowTest, UndoBelongsToTheNodeThatWasChanged) {
   EXPECT_EQ(rig.driver.InvokeText(103, {}), "");
 }
 
+TEST_F(OptionsWindowTest, NodesOfOneNameInTwoPlacesAndConfigurationsHaveUndoOfTheirOwn) {
+  const std::string one = rig.Publish("Application", "one", "", {});
+  const std::string other = rig.Publish("Application", "other", "", {});
+  const std::string drivers = rig.Publish("Group", "drivers", one, {});
+  const std::string tests = rig.Publish("Group", "tests", one, {});
+  const auto next = [this](const std::string& parent, const char* type, const char* config) {
+    rig.Publish(type, "x.c", parent, {}, config);
+    return rig.driver.InvokeText(110, {});
+  };
+  next(one, "C", "Debug");
+  Change("Level", "3");
+  next(drivers, "Group", "Debug");
+  rig.driver.InvokeLong(105, {"C", "Compiler", "Level", "4"});
+  EXPECT_EQ(next(one, "C", "debug"), "C.Compiler.Level");
+  EXPECT_EQ(next(one, "C", "Release"), "");
+  EXPECT_EQ(next(other, "C", "Debug"), "");
+  EXPECT_EQ(next(drivers, "Group", "Debug"), "C.Compiler.Level");
+  EXPECT_EQ(next(tests, "Group", "Debug"), "");
+  EXPECT_EQ(next(drivers, "C", "Debug"), "");
+}
+
 TEST_F(OptionsWindowTest, AResetIsAChangeThatCanBeUndone) {
   const auto next = [this] {
     return rig.driver.InvokeText(110, {}) + "|" + rig.driver.InvokeText(111, {});
