@@ -17,7 +17,9 @@
 #include <QStatusBar>
 #include <QToolBar>
 #include <QUrl>
+#include <algorithm>
 #include <cstdlib>
+#include <limits>
 
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/CodeEditor.h"
@@ -58,6 +60,12 @@ std::vector<std::string> LocalFilesOf(const QMimeData& data) {
     if (url.isLocalFile()) paths.push_back(FromQt(url.toLocalFile()));
   }
   return paths;
+}
+
+// The sign tells who sends it; a number out of a tool's message can be of any size.
+int LineOf(std::intptr_t number) {
+  constexpr std::intptr_t kMost = std::numeric_limits<int>::max();
+  return static_cast<int>(std::abs(std::clamp(number, -kMost, kMost)));
 }
 
 }  // namespace
@@ -158,7 +166,7 @@ void IdeWindow::AnswerMessages() {
   for (const HostMessage number : {kMsgOpenFileAtLine, kMsgOpenFile}) {
     frame.Answer(number, [this, number](const HostEvent& event) {
       // The file of a node comes without a place in it.
-      const int line = number == kMsgOpenFileAtLine ? std::abs(static_cast<int>(event.lParam)) : 0;
+      const int line = number == kMsgOpenFileAtLine ? LineOf(event.lParam) : 0;
       // Later: the sender is one of the server's windows in the middle of a click.
       QTimer::singleShot(0, this, [this, path = event.text, line] {
         if (line > 0) problems->GoTo(path, line);
@@ -415,6 +423,8 @@ void IdeWindow::AddDock(const HostEvent& announcement) {
   if (widget == nullptr) return;
   const auto element = ParseXml(announcement.detail);
   const QString id = ToQt(AttributeOf(element.get(), "ID"));
+  // Announced whenever somebody asks for the window, a script for example.
+  if (findChild<QDockWidget*>("dock" + id) != nullptr) return;
   auto* const dock = new QDockWidget(ToQt(AttributeOf(element.get(), "Title")), this);
   dock->setObjectName("dock" + id);
   dock->setWidget(widget);

@@ -157,6 +157,15 @@ TEST_F(IdeWindowTest, AScriptsBuildLeavesTheWindowAliveAndTellsTheScriptHowItEnd
       << log->toPlainText().toStdString();
 }
 
+TEST_F(IdeWindowTest, AWindowThatAScriptAsksForStaysInItsDock) {
+  const QWidget* const log = window->findChild<QDockWidget*>("dock4004")->widget();
+  folder.Write("windows.lua", "tarn.GetProjectWindow()\ntarn.GetOutputWindow()\n");
+  ASSERT_NE(window->Session().Manager().ExecuteScript(folder / "windows.lua"), 0);
+  EXPECT_EQ(window->findChildren<QDockWidget*>().size(), 5);
+  EXPECT_EQ(window->findChild<QDockWidget*>("dock4004")->widget(), log);
+  EXPECT_NE(log, nullptr);
+}
+
 TEST_F(IdeWindowTest, ClosingEndsAScriptWithTheBuildThatItWaitsFor) {
   int starts = 0;
   const auto follow = window->Commands().onStarted;
