@@ -79,8 +79,16 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
       projectWatch(fileSystem, this),
       editors(new EditorTabs(fileSystem, this)) {
   menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
-  menuCommands.run = [this](std::uint32_t command) { runner->Run(command); };
+  menuCommands.run = [this](std::uint32_t command) {
+    // The command itself takes the name that the options window holds for it.
+    if (command == kCmdAddConfiguration) return options->AddConfiguration();
+    runner->Run(command);
+  };
   menuCommands.listTools = [this] { return ReadToolEntries(session->Manager().GetToolCommands()); };
+  menuCommands.listConfigurations = [this] { return ListConfigurations(); };
+  menuCommands.chooseConfiguration = [this](const std::string& name) {
+    options->ChooseConfiguration(ToQt(name));
+  };
   menuCommands.pictureFolder = FolderOf(session->GetFolders().ConfigFile(files));
   runner->onStarted = [this] { OnBuildStarted(); };
   runner->onProjectChanged = [this] { OnProjectChanged(); };
@@ -246,6 +254,7 @@ void IdeWindow::OnProjectChanged() {
   area->ProjectBanner().hide();
   projectWatch.Follow(path);
   history->Begin();
+  options->OnNodeLoaded();
   if (path == editorsProject) return;
   KeepEditors();
   // What is not saved stays, unless the user has been asked for it.
@@ -475,16 +484,28 @@ void IdeWindow::AddOptionsDock() {
   };
 }
 
+std::vector<ConfigurationEntry> IdeWindow::ListConfigurations() {
+  const ConfigurationList list = options->Configurations();
+  std::vector<ConfigurationEntry> entries;
+  for (const std::string& name : list.names) {
+    entries.push_back({name, EqualNoCase(name, list.current)});
+  }
+  return entries;
+}
+
 void IdeWindow::ShowPopup(const std::string& name, QPoint screen) {
   MenuCommands commands = menuCommands;
   if (name == kLogPopup) {
-    // The log has its own idea of what is copied and cleared.
-    commands.run = [this](std::uint32_t command) {
-      if (command >= kCmdClearLog && command <= kCmdCutLog) {
-        SendWindowMessage(logWindow, kMsgCommand, command, 0);
-      } else {
-        runner->Run(command);
-      }
+    // The log has its own idea of what is copied and cleared, and when.
+    const auto isLogs = [](std::uint32_t command) {
+      return command >= kCmdClearLog && command <= kCmdCutLog;
+    };
+    commands.isEnabled = [this, isLogs](std::uint32_t command) {
+      return isLogs(command) || menuCommands.isEnabled(command);
+    };
+    commands.run = [this, isLogs](std::uint32_t command) {
+      if (!isLogs(command)) return menuCommands.run(command);
+      SendWindowMessage(logWindow, kMsgCommand, command, 0);
     };
   }
   popups.Show(name, screen, commands, *this);

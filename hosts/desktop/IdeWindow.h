@@ -72,6 +72,7 @@ class IdeWindow : public QMainWindow {
   void ChooseProject();
   // `path` may be relative to the project's folder.
   void OpenFile(const std::string& path, int line);
+  std::vector<ConfigurationEntry> ListConfigurations();
   void ShowPopup(const std::string& name, QPoint screen);
   void AddMenu(const std::string& xml);
   void AddToolBar(const std::string& xml);

@@ -124,31 +124,43 @@ std::string JoinList(const std::vector<std::string>& entries) {
 
 std::string NodeOptions::ReadMark() {
   OptionsDriver& options = session.Options();
-  return session.GetProjectPath() + "\n" + options.GetValuesAsText() + "\n" +
-         options.ListConfigurations() + "\n" + options.GetUndoProperty() + "\n" +
-         options.GetRedoProperty();
+  const std::string project = session.HasProject() ? session.GetProjectPath() : std::string();
+  return project + "\n" + options.GetValuesAsText() + "\n" + options.ListConfigurations() + "\n" +
+         options.GetUndoProperty() + "\n" + options.GetRedoProperty();
+}
+
+// What stands in for no project is nobody's business.
+bool NodeOptions::HasNode(const OptionValues& values) {
+  return session.HasProject() && !values.GetOwnSet().empty();
+}
+
+ConfigurationList NodeOptions::ReadConfigurations() {
+  const OptionValues values = OptionValues::FromText(session.Options().GetValuesAsText());
+  return HasNode(values) ? ReadConfigurations(values) : ConfigurationList();
+}
+
+ConfigurationList NodeOptions::ReadConfigurations(const OptionValues& values) {
+  ConfigurationList list{values.GetConfig(), {}};
+  const std::string lines = session.Options().ListConfigurations();
+  for (const std::string_view line : Split(lines, '\n')) {
+    if (!line.empty()) list.names.emplace_back(line);
+  }
+  // The usual one and the one in force need no entry.
+  for (const std::string& name : {list.current, std::string(kStandard)}) {
+    if (!name.empty() && !HasName(list.names, name)) list.names.insert(list.names.begin(), name);
+  }
+  return list;
 }
 
 OptionSheet NodeOptions::Read(const std::string& set) {
   const OptionValues values = OptionValues::FromText(session.Options().GetValuesAsText());
   OptionSheet sheet;
-  // What stands in for no project is nobody's business.
-  if (session.GetProjectPath().empty() || values.GetOwnSet().empty()) return sheet;
+  if (!HasNode(values)) return sheet;
   sheet.ownSet = values.GetOwnSet();
   sheet.path = values.Get(sheet.ownSet, kGeneral, "Path");
   sheet.node = values.Get(sheet.ownSet, kGeneral, "Header");
   sheet.folder = values.Get("", kGeneral, "ApplicationDir");
-  sheet.configuration = values.GetConfig();
-  const std::string configurations = session.Options().ListConfigurations();
-  for (const std::string_view line : Split(configurations, '\n')) {
-    if (!line.empty()) sheet.configurations.emplace_back(line);
-  }
-  // The usual one and the one in force need no entry.
-  for (const std::string& name : {sheet.configuration, std::string(kStandard)}) {
-    if (!name.empty() && !HasName(sheet.configurations, name)) {
-      sheet.configurations.insert(sheet.configurations.begin(), name);
-    }
-  }
+  sheet.configurations = ReadConfigurations(values);
 
   const OptionTable all(session.Options().ListProperties(""));
   // What a project has set is not handed on to its applications.
@@ -306,15 +318,20 @@ void NodeOptions::ResetAll() {
   session.Manager().Command(kCmdResetNodeOptions);
 }
 
-void NodeOptions::SelectConfiguration(const std::string& name) {
+// The name is for these commands alone: one that comes without a name must not find it again.
+void NodeOptions::ForConfiguration(const std::string& name,
+                                   std::initializer_list<std::uint32_t> commands) {
   session.Options().SetNewConfigName(name);
-  session.Manager().Command(kCmdSelectConfiguration);
+  for (const std::uint32_t command : commands) session.Manager().Command(command);
+  session.Options().SetNewConfigName({});
+}
+
+void NodeOptions::SelectConfiguration(const std::string& name) {
+  ForConfiguration(name, {kCmdSelectConfiguration});
 }
 
 void NodeOptions::AddConfiguration(const std::string& name) {
-  session.Options().SetNewConfigName(name);
-  session.Manager().Command(kCmdAddConfiguration);
-  session.Manager().Command(kCmdSelectConfiguration);
+  ForConfiguration(name, {kCmdAddConfiguration, kCmdSelectConfiguration});
 }
 
 }  // namespace tarn::host

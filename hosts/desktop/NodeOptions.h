@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,6 +47,11 @@ struct OptionSection {
   std::vector<OptionRow> rows;
 };
 
+struct ConfigurationList {
+  std::string current;  // the one in force; empty while no project is open
+  std::vector<std::string> names;
+};
+
 // Everything that the options window shows of a node.
 struct OptionSheet {
   std::string node;    // its label
@@ -54,9 +60,8 @@ struct OptionSheet {
   std::string ownSet;  // of the node itself
   // The kinds of nodes further in that values can be set for here; none for a file.
   std::vector<OptionSet> innerSets;
-  std::string folder;         // of the application, from which relative paths count
-  std::string configuration;  // in force
-  std::vector<std::string> configurations;
+  std::string folder;  // of the application, from which relative paths count
+  ConfigurationList configurations;
   std::vector<OptionSection> sections;
   std::string undo, redo;  // labels of the options that these would change; empty for none
 };
@@ -106,6 +111,8 @@ class NodeOptions {
   // Takes away what is stored at the node, in all configurations. There is no way back.
   void ResetAll();
 
+  // Of the current node's application.
+  ConfigurationList ReadConfigurations();
   void SelectConfiguration(const std::string& name);
   // Adds a configuration to the application and selects it.
   void AddConfiguration(const std::string& name);
@@ -115,12 +122,15 @@ class NodeOptions {
   void SetViewState(const std::string& state) { session.Options().SetPropState(state); }
 
  private:
+  bool HasNode(const OptionValues& values);
+  ConfigurationList ReadConfigurations(const OptionValues& values);
   OptionRow ReadRow(const OptionDefinition& definition, const OptionValues& values,
                     const std::string& folder);
   void FindSource(OptionRow& row);
   std::string LabelOf(const std::string& key);
   bool Follow(const std::string& key);
   bool Unheld(const std::function<bool()>& change);
+  void ForConfiguration(const std::string& name, std::initializer_list<std::uint32_t> commands);
 
   BuildSession& session;
 };

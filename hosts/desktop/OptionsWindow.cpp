@@ -294,12 +294,9 @@ void OptionsWindow::Show(OptionSheet newSheet) {
 
 void OptionsWindow::ShowChoices() {
   configurations->clear();
-  for (const std::string& name : sheet.configurations) configurations->addItem(ToQt(name));
-  for (std::size_t i = 0; i < sheet.configurations.size(); ++i) {
-    if (EqualNoCase(sheet.configurations[i], sheet.configuration)) {
-      configurations->setCurrentIndex(static_cast<int>(i));
-    }
-  }
+  for (const std::string& name : sheet.configurations.names) configurations->addItem(ToQt(name));
+  configurations->setCurrentIndex(
+      configurations->findText(ToQt(sheet.configurations.current), Qt::MatchFixedString));
   sets->clear();
   sets->addItem(ToQt(sheet.node), ToQt(sheet.ownSet));
   for (const OptionSet& each : sheet.innerSets) {
@@ -449,22 +446,27 @@ void OptionsWindow::ResetAll() {
 }
 
 void OptionsWindow::ChooseConfiguration(const QString& name) {
-  if (isBuilding || EqualNoCase(FromQt(name), sheet.configuration)) return;
+  // The window may not have looked for a while.
+  if (isBuilding || EqualNoCase(FromQt(name), Configurations().current)) return;
   options.SelectConfiguration(FromQt(name));
   refreshTimer.start(0);
 }
 
 void OptionsWindow::AddConfiguration() {
+  if (isBuilding || Configurations().current.empty()) return;
   bool isGiven = false;
-  const QString name = QInputDialog::getText(this, tr("Add a configuration"), tr("Name:"),
+  const QString name = QInputDialog::getText(window(), tr("Add a configuration"), tr("Name:"),
                                              QLineEdit::Normal, {}, &isGiven)
                            .trimmed();
   if (!isGiven || isBuilding) return;
-  const bool isKnown = configurations->findText(name, Qt::MatchFixedString) >= 0;
+  const std::vector<std::string> names = Configurations().names;
+  const bool isKnown = std::any_of(names.begin(), names.end(), [&name](const std::string& each) {
+    return EqualNoCase(each, FromQt(name));
+  });
   const QString problem = isKnown ? tr("There is a configuration %1 already.").arg(name)
                                   : ToQt(CheckFileTitle(FromQt(name), "configuration"));
   if (!problem.isEmpty()) {
-    QMessageBox::warning(this, tr("Add a configuration"), problem);
+    QMessageBox::warning(window(), tr("Add a configuration"), problem);
     return;
   }
   options.AddConfiguration(FromQt(name));

@@ -35,6 +35,11 @@ class OptionsWindow : public QWidget {
   void OnNodeLoaded();
   // While a build runs nothing can be changed.
   void SetBuilding(bool on);
+  // For menus: what can be chosen, and what they do. They ask the user for what they need, and do
+  // nothing while a build runs.
+  ConfigurationList Configurations() { return options.ReadConfigurations(); }
+  void ChooseConfiguration(const QString& name);
+  void AddConfiguration();
   // For a menu; they know what they would change.
   QAction* UndoAction() { return &undo; }
   QAction* RedoAction() { return &redo; }
@@ -61,8 +66,6 @@ class OptionsWindow : public QWidget {
   bool Change(const OptionRow& row, const QString& value);
   void Reset(const OptionRow& row);
   void ResetAll();
-  void ChooseConfiguration(const QString& name);
-  void AddConfiguration();
   void ShowMenu(const QPoint& place);
   QString Check(const OptionRow& row, const QString& value);
   QString CheckType(const QString& value);

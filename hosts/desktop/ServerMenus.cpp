@@ -78,6 +78,25 @@ void FillTools(QMenu& menu, const MenuCommands& commands) {
   menu.menuAction()->setEnabled(!menu.isEmpty());
 }
 
+void FillConfigurations(QMenu& menu, const MenuCommands& commands) {
+  menu.clear();
+  for (const ConfigurationEntry& each : commands.listConfigurations()) {
+    QAction* const action = menu.addAction(ToQt(each.name).replace("&", "&&"));
+    action->setCheckable(true);
+    action->setChecked(each.isInForce);
+    QObject::connect(action, &QAction::triggered, &menu,
+                     [choose = commands.chooseConfiguration, name = each.name] { choose(name); });
+  }
+  menu.menuAction()->setEnabled(!menu.isEmpty());
+}
+
+// The entries that stand for a list have it below them, made anew whenever it can be seen.
+using FillList = void (*)(QMenu& menu, const MenuCommands& commands);
+FillList ListOf(std::uint32_t command) {
+  if (command == kCmdToolList) return FillTools;
+  return command == kCmdSelectConfiguration ? FillConfigurations : nullptr;
+}
+
 void ShowShortcut(QAction& action, std::uint32_t command) {
   for (const Shortcut& each : kShortcuts) {
     if (each.command != command) continue;
@@ -104,10 +123,10 @@ void Fill(QMenu& menu, const CXmlNode& description, const MenuCommands& commands
       Fill(*menu.addMenu(CaptionOf(*entry)), *entry, commands);
     } else if (entry->GetAttr("id") == nullptr) {
       continue;
-    } else if (CommandOf(*entry) == kCmdToolList) {
-      QMenu* const tools = menu.addMenu(CaptionOf(*entry));
-      QObject::connect(&menu, &QMenu::aboutToShow, tools,
-                       [tools, commands] { FillTools(*tools, commands); });
+    } else if (const FillList fill = ListOf(CommandOf(*entry))) {
+      QMenu* const list = menu.addMenu(CaptionOf(*entry));
+      QObject::connect(&menu, &QMenu::aboutToShow, list,
+                       [list, fill, commands] { fill(*list, commands); });
     } else {
       QAction* const action = MakeAction(*entry, commands, &menu);
       ShowShortcut(*action, CommandOf(*entry));

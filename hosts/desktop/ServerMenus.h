@@ -21,6 +21,11 @@ struct ToolEntry {
   std::string name;
 };
 
+struct ConfigurationEntry {
+  std::string name;
+  bool isInForce = false;
+};
+
 // Makes menus and tool bars from the descriptions that the server sends: an element whose elements
 // are the entries, one with elements of its own being a menu again. The entries ask whether they
 // are enabled whenever they are shown.
@@ -28,7 +33,10 @@ struct MenuCommands {
   std::function<bool(std::uint32_t command)> isEnabled;
   std::function<void(std::uint32_t command)> run;
   std::function<std::vector<ToolEntry>()> listTools;  // for the entry that stands for all of them
-  std::string pictureFolder;                          // which the entries' pictures are named from
+  // For the entry that stands for all of them.
+  std::function<std::vector<ConfigurationEntry>()> listConfigurations;
+  std::function<void(const std::string& name)> chooseConfiguration;
+  std::string pictureFolder;  // which the entries' pictures are named from
 };
 
 // The server's answer to the question for them.

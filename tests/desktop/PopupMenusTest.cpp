@@ -2,7 +2,9 @@
 #include "hosts/desktop/PopupMenus.h"
 
 #include <QContextMenuEvent>
+#include <QInputDialog>
 #include <QPlainTextEdit>
+#include <QTimer>
 
 #include "desktop/IdeFixture.h"
 
@@ -50,6 +52,34 @@ TEST_F(PopupMenusTest, ANodeHasTheMenuOfItsTypeByMouseAndByKeyWithTheToolsThatFi
   EntryOf(menu, "Open")->trigger();
   EXPECT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }));
   menu->close();
+}
+
+TEST_F(PopupMenusTest, AConfigurationIsChosenFromAListAndAddedByItsName) {
+  const auto choices = [this] {
+    QMenu* const menu = FindEntry("Configuration")->menu();
+    Q_EMIT menu->aboutToShow();
+    return EntryOf(menu, "Select")->menu();
+  };
+  EXPECT_EQ(TextsOf(choices()), "Standard|Debug");
+  EXPECT_TRUE(EntryOf(choices(), "Standard")->isChecked());
+  EntryOf(choices(), "Debug")->trigger();
+  EXPECT_TRUE(EntryOf(choices(), "Debug")->isChecked());
+
+  QTimer::singleShot(0, [] {
+    auto* const question = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(question, nullptr);
+    question->setTextValue("Release");
+    question->accept();
+  });
+  EntryOf(FindEntry("Configuration")->menu(), "Add")->trigger();
+  EXPECT_TRUE(EntryOf(choices(), "Release")->isChecked());
+  // Nobody finds the name of another time behind it.
+  window->Commands().Run(kCmdAddConfiguration);
+  window->Commands().Run(kCmdSelectConfiguration);
+  window->Session().Manager().ProjectSave();
+  const QString saved =
+      QString::fromStdString(testing::ReadBytes(folder / "blinky/blinky-avr.tapp"));
+  EXPECT_EQ(saved.count("Header=\"Release\""), 1);
 }
 
 TEST_F(PopupMenusTest, WhatCantBeDoneNowIsGreyAndTheLogCopiesAndClearsItself) {
