@@ -248,9 +248,11 @@ std::vector<std::string> NodeOptions::ListTypes() {
 }
 
 // While the options of all nodes are being made known in the background, values are held; between
-// two of its steps the node in hand is the user's. `change` fails for no other reason.
+// two of its steps the node in hand is the user's. A build that somebody else has started holds
+// them too, and has any node in hand.
 bool NodeOptions::Unheld(const std::function<bool()>& change) {
   if (change()) return true;
+  if (session.Manager().EnableCommand(kCmdStop) != 0) return false;
   session.Options().EndUpdate();
   const bool isDone = change();
   session.Options().BeginUpdate();

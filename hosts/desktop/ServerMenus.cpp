@@ -52,9 +52,8 @@ bool IsSeparator(const CXmlNode& entry) {
   return AttributeOf(&entry, "Mode") == "Separator";
 }
 
-// An ampersand would underline the letter behind it.
 QString CaptionOf(const CXmlNode& entry) {
-  return ToQt(AttributeOf(&entry, "Header")).replace("&", "&&");
+  return ToQtLabel(AttributeOf(&entry, "Header"));
 }
 
 QAction* MakeAction(const CXmlNode& entry, const MenuCommands& commands, QObject* parent) {
@@ -181,7 +180,7 @@ void AddTreeShortcuts(QWidget& tree, const MenuCommands& commands) {
 void FillServerToolBar(QToolBar& bar, const std::string& xml, const MenuCommands& commands) {
   const auto description = ParseXml(xml);
   if (!description) return;
-  bar.setWindowTitle(CaptionOf(*description));
+  bar.setWindowTitle(WithoutMnemonic(CaptionOf(*description)));
   for (const CXmlNode* entry : description->GetChildren()) {
     if (IsSeparator(*entry)) {
       bar.addSeparator();
@@ -190,7 +189,7 @@ void FillServerToolBar(QToolBar& bar, const std::string& xml, const MenuCommands
       for (const Shortcut& each : kShortcuts) {
         if (each.command == CommandOf(*entry) && each.reach == Reach::Window) {
           action->setToolTip(QStringLiteral("%1 (%2)").arg(
-              ToQt(AttributeOf(entry, "Header")),
+              WithoutMnemonic(CaptionOf(*entry)),
               QKeySequence(each.keys).toString(QKeySequence::NativeText)));
         }
       }

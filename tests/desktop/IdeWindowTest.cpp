@@ -327,6 +327,10 @@ TEST_F(IdeWindowTest, TheServersButtonsStandInTheToolBar) {
   EXPECT_EQ(names.join("|").toStdString(),
             "Add files|New folder||Build all|Build the active application|Rebuild all|Stop||"
             "Options");
+  // And its menus have keys.
+  names.clear();
+  for (const QAction* action : window->menuBar()->actions()) names += action->text();
+  EXPECT_EQ(names.join("|").toStdString(), "&File|&Edit|&View|&Project|B&uild|&Navigate");
 }
 
 }  // namespace

@@ -242,6 +242,19 @@ TEST_F(IdeOptionsTest, WhileABuildRunsTheOptionsCanBeReadAndNotChanged) {
   EXPECT_NE(Edit<QComboBox>("C.Compiler.Optimize"), nullptr);
 }
 
+TEST_F(IdeOptionsTest, ABuildThatAnotherHasStartedKeepsItsNodesAsTheyAre) {
+  auto& manager = window->Session().Manager();
+  ASSERT_NE(manager.PrologCommand(kCmdRebuildAll), 0);
+  ASSERT_EQ(manager.Command(kCmdRebuildAll), 2);
+  Press("C.Compiler.Debug", Qt::Key_Space);
+  EXPECT_EQ(window->Session().Options().GetUndoProperty(), "");
+  ASSERT_TRUE(RunUntil([&] { return manager.EnableCommand(kCmdStop) == 0; }));
+  manager.EpilogCommand(kCmdRebuildAll);
+  ComesToShow("C.Compiler.Debug", "Yes|blinky-avr");
+  Press("C.Compiler.Debug", Qt::Key_Space);
+  ComesToShow("C.Compiler.Debug", "No|set here");
+}
+
 TEST_F(IdeOptionsTest, TheSearchFindsOptionsByLabelNameAndHelp) {
   const auto names = [&] {
     QStringList found;
