@@ -100,7 +100,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   session->Scripts().runBuild = [this](const BuildRequest& request) {
     return runner->RunAndWait(request);
   };
-  notices = std::make_unique<ServerNotices>(frame, *statusBar());
+  notices = std::make_unique<ServerNotices>(frame, files, *statusBar());
   notices->onSelectionChanged = [this] {
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);
   };
@@ -380,7 +380,8 @@ void IdeWindow::OpenFile(const std::string& path, int line) {
   if (path.empty()) return;
   const std::string place =
       IsRelativePath(path) ? JoinPath(FolderOf(session->GetProjectPath()), path) : path;
-  if (editors->OpenFile(place, line)) editors->Current()->setFocus();
+  // By any other spelling the file would be edited a second time.
+  if (editors->OpenFile(files.NameOnDisk(place), line)) editors->Current()->setFocus();
 }
 
 void IdeWindow::changeEvent(QEvent* event) {

@@ -31,8 +31,8 @@ bool IsText(const QString& path) {
 
 }  // namespace
 
-ServerNotices::ServerNotices(MainFrame& mainFrame, QStatusBar& statusBar)
-    : frame(mainFrame), bar(statusBar), selection(new QLabel(&statusBar)) {
+ServerNotices::ServerNotices(MainFrame& mainFrame, FileSystem& fileSystem, QStatusBar& statusBar)
+    : frame(mainFrame), files(fileSystem), bar(statusBar), selection(new QLabel(&statusBar)) {
   selection->setAccessibleName(tr("What commands work on"));
   bar.addPermanentWidget(selection);
   AnswerMessages();
@@ -88,7 +88,7 @@ void ServerNotices::AnswerMessages() {
 
 // Only a file of this machine: an address out of a tool's message is nothing to be followed.
 void ServerNotices::ShowHelp(const std::string& path) {
-  const QFileInfo file(ToQt(path));
+  const QFileInfo file(ToQt(files.NameOnDisk(path)));
   if (IsText(file.filePath()) && openText) {
     openText(path);
   } else if (!file.exists() ||

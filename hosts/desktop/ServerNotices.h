@@ -7,6 +7,7 @@
 #include <string>
 
 #include "hosts/frame/MainFrame.h"
+#include "platform/files/FileSystem.h"
 
 class QLabel;
 class QStatusBar;
@@ -16,12 +17,12 @@ namespace tarn::host {
 // Shows what the server tells in passing: which node, application and configuration the commands
 // work on, what has become out of date, what was created, help files and time stamps of messages.
 //
-// Answers these messages of the frame while it lives; borrows the frame and the bar.
+// Answers these messages of the frame while it lives; borrows all that it is given.
 class ServerNotices : public QObject {
   Q_DECLARE_TR_FUNCTIONS(ServerNotices)
 
  public:
-  ServerNotices(MainFrame& mainFrame, QStatusBar& statusBar);
+  ServerNotices(MainFrame& mainFrame, FileSystem& fileSystem, QStatusBar& statusBar);
   ~ServerNotices() override;
 
   // Behind each message about the node or the application, if set: commands may be enabled now.
@@ -41,6 +42,7 @@ class ServerNotices : public QObject {
   void ShowSelection();
 
   MainFrame& frame;
+  FileSystem& files;
   QStatusBar& bar;
   QLabel* const selection;
   QString node;

@@ -42,6 +42,18 @@ TEST_F(OpenPathsTest, ADroppedFileIsEditedAndADroppedProjectOpened) {
   EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == other; }, 3000));
 }
 
+TEST_F(OpenPathsTest, AFileThatTheProjectSpellsInAnotherWayIsEditedOnce) {
+  std::filesystem::rename(folder / "blinky/src", folder / "blinky/SRC");
+  for (const char* path : {"src/main.c", "src\\MAIN.C", "SRC/main.c"}) {
+    SendWindowMessage(window->Frame().GetHandle(), kMsgOpenFileAtLine,
+                      reinterpret_cast<std::intptr_t>(path), -3);
+    RunUntil([] { return false; }, 50);
+    ASSERT_NE(window->Editors().Current(), nullptr) << path;
+    EXPECT_EQ(window->Editors().Current()->GetPath(), folder / "blinky/SRC/main.c");
+  }
+  EXPECT_EQ(window->Editors().count(), 1);
+}
+
 TEST_F(OpenPathsTest, OfSeveralFilesTheMissingOnesAreNamedAndTheOthersOpened) {
   QString told;
   QTimer::singleShot(0, [&] {

@@ -131,6 +131,12 @@ TEST_F(PosixFileSystemTest, AChangeWithinOneTickOfTheFoldersClockShows) {
   }
 }
 
+TEST_F(PosixFileSystemTest, TheMachinesSpellingOfANameIsTold) {
+  scratch.Write("Src/Main.c", "");
+  EXPECT_EQ(files.NameOnDisk(scratch / "sRC\\MAIN.C"), scratch / "Src/Main.c");
+  EXPECT_EQ(files.NameOnDisk(scratch / "src\\none.c"), scratch / "src\\none.c");
+}
+
 TEST_F(PosixFileSystemTest, BackslashInANameOfTheMachineIsOutOfReach) {
   scratch.Write("odd\\name", "hidden");
   EXPECT_EQ(files.ReadWholeFile(scratch / "odd\\name").GetError().code, ErrorCode::InvalidName);

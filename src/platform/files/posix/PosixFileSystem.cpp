@@ -90,6 +90,11 @@ bool PosixFileSystem::IsFolder(const std::string& path) {
          S_ISDIR(info.st_mode);
 }
 
+std::string PosixFileSystem::NameOnDisk(const std::string& path) {
+  const Result<std::string> name = names.Locate(path);
+  return name ? *name : path;
+}
+
 std::optional<FileStatus> PosixFileSystem::Examine(const std::string& path) {
   struct stat info {};
   if (!names.Try(path, [&info](const char* name) { return stat(name, &info); }) ||
