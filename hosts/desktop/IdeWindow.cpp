@@ -134,7 +134,8 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   AddHistory();
   menuBar()->addMenu(editMenu);
   AddOptionsDock();
-  menuBar()->addMenu(layout.MakeMenu());
+  panes.editor = [this] { return editors->Current(); };
+  menuBar()->addMenu(layout.MakeMenu(panes.Actions()));
   AnswerMessages();
   ShowTitle();
 }

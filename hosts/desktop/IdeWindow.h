@@ -9,6 +9,7 @@
 
 #include "hosts/desktop/CommandRunner.h"
 #include "hosts/desktop/EditorTabs.h"
+#include "hosts/desktop/PaneCycle.h"
 #include "hosts/desktop/PopupMenus.h"
 #include "hosts/desktop/ProblemMarks.h"
 #include "hosts/desktop/ProblemNavigator.h"
@@ -106,6 +107,8 @@ class IdeWindow : public QMainWindow {
   FileSystem& files;
   QtDialogs dialogs;  // what the server asks its user
   WindowLayout layout{*this};
+  PaneCycle panes{*this};
+  WelcomePage* welcome = nullptr;
   EditorArea* area = nullptr;
   QMenu* editMenu = nullptr;
   ProjectWatch projectWatch;

@@ -76,6 +76,7 @@ TreeFilter::TreeFilter(QWidget& treeWidget, const QString& pictureFolder, QWidge
   column->addLayout(margin);
   column->addWidget(&tree, 1);
   column->addWidget(list, 1);
+  setFocusProxy(&tree);
 }
 
 void TreeFilter::Begin() {

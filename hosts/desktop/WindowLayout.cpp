@@ -37,13 +37,14 @@ void WindowLayout::Reset() {
   window.restoreState(firstState, kVersion);
 }
 
-QMenu* WindowLayout::MakeMenu() {
+QMenu* WindowLayout::MakeMenu(const QList<QAction*>& actions) {
   auto* const menu = new QMenu(QCoreApplication::translate("WindowLayout", "&View"), &window);
-  QObject::connect(menu, &QMenu::aboutToShow, menu, [this, menu] { Fill(*menu); });
+  QObject::connect(menu, &QMenu::aboutToShow, menu,
+                   [this, menu, actions] { Fill(*menu, actions); });
   return menu;
 }
 
-void WindowLayout::Fill(QMenu& menu) {
+void WindowLayout::Fill(QMenu& menu, const QList<QAction*>& actions) {
   menu.clear();
   for (const QDockWidget* const dock : window.findChildren<QDockWidget*>()) {
     menu.addAction(dock->toggleViewAction());
@@ -53,6 +54,8 @@ void WindowLayout::Fill(QMenu& menu) {
        window.findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly)) {
     menu.addAction(bar->toggleViewAction());
   }
+  menu.addSeparator();
+  menu.addActions(actions);
   menu.addSeparator();
   menu.addAction(QCoreApplication::translate("WindowLayout", "&Reset layout"), &menu,
                  [this] { Reset(); });

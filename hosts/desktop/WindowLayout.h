@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 
+class QAction;
 class QMainWindow;
 class QMenu;
 
@@ -18,11 +20,12 @@ class WindowLayout {
   void Save() const;
   // Back to the first places.
   void Reset();
-  // A menu that shows and hides what there is, and resets the layout; the window owns it.
-  QMenu* MakeMenu();
+  // A menu that shows and hides what there is, with `actions` below, and resets the layout; the
+  // window owns it.
+  QMenu* MakeMenu(const QList<QAction*>& actions);
 
  private:
-  void Fill(QMenu& menu);
+  void Fill(QMenu& menu, const QList<QAction*>& actions);
 
   QMainWindow& window;
   QByteArray firstState;

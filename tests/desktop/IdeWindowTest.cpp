@@ -20,6 +20,7 @@
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorArea.h"
 #include "hosts/desktop/RecentProjects.h"
+#include "hosts/desktop/OptionsWindow.h"
 #include "platform/qt/QtText.h"
 #include "support/qt/WindowLoop.h"
 
@@ -234,6 +235,37 @@ TEST_F(IdeWindowTest, TheLayoutIsKeptUnlessItsFileIsDamagedAndCanBeResetTo) {
 }
 
 TEST_F(IdeWindowTest, AProjectComesBackWithItsEditorsAndOneThatIsGoneLeavesTheList) {
+TEST_F(IdeWindowTest, AKeyLeadsThroughAllPartsOfTheWindowThatAreSeen) {
+  const auto pane = [&]() -> QString {
+    for (QWidget* each = QApplication::focusWidget(); each != nullptr;
+         each = each->parentWidget()) {
+      if (qobject_cast<QDockWidget*>(each) != nullptr) return each->objectName();
+      if (each == window->centralWidget()) return "editors";
+    }
+    return "nowhere";
+  };
+  const auto walk = [&](Qt::KeyboardModifiers keys) {
+    QStringList visited;
+    for (int i = 0; i < 4; ++i) {
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6, keys);
+      visited += pane();
+    }
+    return FromQt(visited.join(' '));
+  };
+  window->findChild<QDockWidget*>("dock4004")->raise();
+  QTest::qWait(20);
+  Tree().setFocus();
+  const std::string options = FromQt(window->Options().parentWidget()->objectName());
+  EXPECT_EQ(walk({}), "dock4004 " + options + " editors dock4003");
+  ASSERT_TRUE(window->Editors().OpenFile(folder / "blinky/src/main.c", 1));
+  Tree().setFocus();
+  EXPECT_EQ(walk(Qt::ShiftModifier), "editors " + options + " dock4004 dock4003");
+  EXPECT_EQ(QApplication::focusWidget(), &Tree());
+  window->Options().parentWidget()->hide();
+  QTest::qWait(20);
+  EXPECT_EQ(walk({}), "dock4004 editors dock4003 dock4004");
+}
+
   const std::string first = folder / "blinky/blinky-avr.tprj";
   const std::string second = folder / "second/blinky-avr.tprj";
   std::filesystem::copy(folder / "blinky", folder / "second",

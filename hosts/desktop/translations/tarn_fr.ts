@@ -316,6 +316,17 @@
     </message>
 </context>
 <context>
+    <name>PaneCycle</name>
+    <message>
+        <source>&amp;Next pane</source>
+        <translation>Volet &amp;suivant</translation>
+    </message>
+    <message>
+        <source>&amp;Previous pane</source>
+        <translation>Volet &amp;précédent</translation>
+    </message>
+</context>
+<context>
     <name>ProblemNavigator</name>
     <message>
         <source>&amp;Next problem</source>

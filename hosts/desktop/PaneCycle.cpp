@@ -1,0 +1,87 @@
+#include "hosts/desktop/PaneCycle.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDockWidget>
+#include <QKeySequence>
+#include <QMainWindow>
+#include <algorithm>
+#include <utility>
+
+namespace tarn::host {
+
+namespace {
+
+bool Holds(const QWidget& pane, const QWidget* widget) {
+  return widget != nullptr && (widget == &pane || pane.isAncestorOf(widget));
+}
+
+bool TakesKeyboard(const QWidget& widget) {
+  return widget.isVisible() && widget.isEnabled() && (widget.focusPolicy() & Qt::TabFocus) != 0;
+}
+
+// What the tabulator key comes to first in it; null for nothing.
+QWidget* FirstIn(QWidget& pane) {
+  for (QWidget* each = pane.nextInFocusChain(); each != &pane; each = each->nextInFocusChain()) {
+    if (Holds(pane, each) && TakesKeyboard(*each)) return each;
+  }
+  return nullptr;
+}
+
+std::pair<int, int> PlaceOf(const QWidget& widget) {
+  const QPoint corner = widget.mapToGlobal(QPoint(0, 0));
+  return {corner.x(), corner.y()};
+}
+
+}  // namespace
+
+PaneCycle::PaneCycle(QMainWindow& mainWindow)
+    : window(mainWindow),
+      next(new QAction(tr("&Next pane"), &mainWindow)),
+      previous(new QAction(tr("&Previous pane"), &mainWindow)) {
+  next->setShortcut(Qt::Key_F6);
+  previous->setShortcut(Qt::SHIFT | Qt::Key_F6);
+  QObject::connect(next, &QAction::triggered, &window, [this] { Step(1); });
+  QObject::connect(previous, &QAction::triggered, &window, [this] { Step(-1); });
+  window.addActions(Actions());
+}
+
+std::vector<QWidget*> PaneCycle::Panes() const {
+  std::vector<QWidget*> panes;
+  for (QDockWidget* const dock : window.findChildren<QDockWidget*>()) {
+    // One behind another counts as shown, but has no place.
+    if (dock->isVisible() && !dock->visibleRegion().isEmpty()) panes.push_back(dock);
+  }
+  std::sort(panes.begin(), panes.end(),
+            [](const QWidget* a, const QWidget* b) { return PlaceOf(*a) < PlaceOf(*b); });
+  panes.insert(panes.begin(), window.centralWidget());
+  return panes;
+}
+
+void PaneCycle::Step(int way) {
+  const std::vector<QWidget*> panes = Panes();
+  const int count = static_cast<int>(panes.size());
+  const auto here = std::find_if(panes.begin(), panes.end(), [](const QWidget* pane) {
+    return Holds(*pane, QApplication::focusWidget());
+  });
+  int from = static_cast<int>(here - panes.begin());
+  // From a tool bar it goes to an end of the row.
+  if (here == panes.end()) from = way > 0 ? -1 : 0;
+  Enter(*panes[static_cast<std::size_t>((from + way + count) % count)]);
+}
+
+void PaneCycle::Enter(QWidget& pane) {
+  QWidget* wanted = nullptr;
+  if (&pane == window.centralWidget() && editor) wanted = editor();
+  if (wanted == nullptr) wanted = pane.focusWidget();
+  if (wanted == nullptr || !TakesKeyboard(*wanted)) {
+    const auto* const dock = qobject_cast<const QDockWidget*>(&pane);
+    wanted = dock == nullptr ? nullptr : dock->widget()->focusProxy();
+  }
+  if (wanted == nullptr || !wanted->isVisible()) wanted = FirstIn(pane);
+  if (wanted == nullptr) return;
+  pane.window()->activateWindow();
+  wanted->setFocus(Qt::ShortcutFocusReason);
+}
+
+}  // namespace tarn::host
