@@ -116,7 +116,8 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
   setAcceptDrops(true);
-  area = new EditorArea(*editors, *MakeWelcomePage(), this);
+  welcome = MakeWelcomePage();
+  area = new EditorArea(*editors, *welcome, this);
   setCentralWidget(area);
   Banner& banner = area->ProjectBanner();
   banner.onFirst = [this] { ReloadProject(); };
@@ -225,7 +226,9 @@ void IdeWindow::OpenProject(const std::string& path) {
     const QString reason = ToQt(opened.GetError().text);
     const QString text = tr("%1 can't be opened.").arg(ToQt(path));
     QMessageBox::warning(this, tr("Tarn"), reason.isEmpty() ? text : text + "\n\n" + reason);
-    if (!files.Exists(path)) RecentProjects::Remove(ToQt(path));
+    if (files.Exists(path)) return;
+    RecentProjects::Remove(ToQt(path));
+    welcome->FillRecent();
   }
 }
 
@@ -263,6 +266,8 @@ void IdeWindow::OnProjectChanged() {
   editorsProject = path;
   if (path.empty()) return;
   RecentProjects::Note(path);
+  // The page stays as long as no file is open.
+  welcome->FillRecent();
   editors->Restore(RecentProjects::EditorsOf(path));
 }
 
@@ -359,7 +364,12 @@ void IdeWindow::AddFileMenu() {
   QMenu* const menu = menuBar()->addMenu(tr("&File"));
   menu->addAction(tr("&New project..."), QKeySequence::New, this, [this] { NewProject(); });
   menu->addAction(tr("&Open project..."), QKeySequence::Open, this, [this] { ChooseProject(); });
-  menu->addMenu(MakeRecentMenu(*this, [this](const QString& path) { OpenProject(FromQt(path)); }));
+  QMenu* const recent =
+      MakeRecentMenu(*this, [this](const QString& path) { OpenProject(FromQt(path)); });
+  menu->addMenu(recent);
+  // Later: its own entry that clears the list hears of the click behind this.
+  connect(
+      recent, &QMenu::triggered, this, [this] { welcome->FillRecent(); }, Qt::QueuedConnection);
   menu->addSeparator();
   menu->addAction(tr("&Save"), QKeySequence::Save, this, [this] { editors->SaveCurrent(); });
   menu->addAction(tr("Save &all"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, this, [this] { SaveAll(); });

@@ -11,19 +11,23 @@ namespace {
 constexpr int kIcon = 24;
 constexpr int kSpace = 8;
 constexpr qreal kRound = 5;
+constexpr int kWrapped = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
 
 }  // namespace
 
-LinkRow::LinkRow(const QIcon& picture, const QString& label, const QString& below, QWidget* parent)
-    : QAbstractButton(parent), remark(below) {
+LinkRow::LinkRow(const QIcon& picture, const QString& label, const QString& below,
+                 Remark kindOfRemark, QWidget* parent)
+    : QAbstractButton(parent), remark(below), kind(kindOfRemark) {
   setIcon(picture);
   setText(label);
-  setToolTip(below);
+  if (kind == Remark::Path) setToolTip(below);
   setAccessibleName(label);
   setAccessibleDescription(below);
   setFocusPolicy(Qt::StrongFocus);
   setCursor(Qt::PointingHandCursor);
-  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
+  policy.setHeightForWidth(true);
+  setSizePolicy(policy);
 }
 
 QFont LinkRow::RemarkFont() const {
@@ -33,9 +37,19 @@ QFont LinkRow::RemarkFont() const {
 }
 
 QSize LinkRow::sizeHint() const {
+  constexpr int kWidth = 12 * kIcon;
+  return {kWidth, heightForWidth(kWidth)};
+}
+
+int LinkRow::heightForWidth(int width) const {
   int height = fontMetrics().height();
-  if (!remark.isEmpty()) height += QFontMetrics(RemarkFont()).height();
-  return {12 * kIcon, std::max(height, kIcon) + 2 * kSpace};
+  if (!remark.isEmpty()) {
+    const QFontMetrics metrics(RemarkFont());
+    const QRect room(0, 0, width - 3 * kSpace - kIcon, 0);
+    height += kind == Remark::Path ? metrics.height()
+                                   : metrics.boundingRect(room, kWrapped, remark).height();
+  }
+  return std::max(height, kIcon) + 2 * kSpace;
 }
 
 bool LinkRow::event(QEvent* event) {
@@ -71,16 +85,21 @@ void LinkRow::paintEvent(QPaintEvent*) {
   const int flags = Qt::AlignLeft | Qt::TextSingleLine;
   if (remark.isEmpty()) {
     painter.drawText(texts, flags | Qt::AlignVCenter,
-                     fontMetrics().elidedText(text(), Qt::ElideMiddle, texts.width()));
+                     fontMetrics().elidedText(text(), Qt::ElideRight, texts.width()));
     return;
   }
   painter.drawText(texts, flags | Qt::AlignTop,
-                   fontMetrics().elidedText(text(), Qt::ElideMiddle, texts.width()));
+                   fontMetrics().elidedText(text(), Qt::ElideRight, texts.width()));
   QColor dim = colours.color(QPalette::WindowText);
   dim.setAlphaF(0.65F);
   painter.setPen(dim);
   painter.setFont(RemarkFont());
-  painter.drawText(texts, flags | Qt::AlignBottom,
+  texts.setTop(texts.top() + fontMetrics().height());
+  if (kind == Remark::Text) {
+    painter.drawText(texts, kWrapped | Qt::TextDontClip, remark);
+    return;
+  }
+  painter.drawText(texts, flags | Qt::AlignTop,
                    painter.fontMetrics().elidedText(remark, Qt::ElideMiddle, texts.width()));
 }
 

@@ -5,13 +5,17 @@
 
 namespace tarn::host {
 
-// A line to click: a picture, what it does, and below that a smaller remark. A text that is too
-// long is cut in its middle and stands in the tip.
+// A line to click: a picture, what it does, and below that a smaller remark, which takes as many
+// lines as it needs. A path there is cut in its middle instead and stands in the tip.
 class LinkRow : public QAbstractButton {
  public:
-  LinkRow(const QIcon& picture, const QString& label, const QString& remark, QWidget* parent);
+  enum class Remark { Text, Path };
+
+  LinkRow(const QIcon& picture, const QString& label, const QString& below, Remark kindOfRemark,
+          QWidget* parent);
 
   QSize sizeHint() const override;
+  int heightForWidth(int width) const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -21,6 +25,7 @@ class LinkRow : public QAbstractButton {
   QFont RemarkFont() const;
 
   QString remark;
+  const Remark kind;
 };
 
 }  // namespace tarn::host

@@ -91,7 +91,7 @@ WelcomePage::WelcomePage(std::vector<Example> shippedExamples, const QString& pi
 void WelcomePage::AddStart(QVBoxLayout& column) {
   const auto add = [&](const char* picture, const QString& text, const QString& remark,
                        std::function<void()> chosen) {
-    auto* const row = new LinkRow(Picture(picture), text, remark, this);
+    auto* const row = new LinkRow(Picture(picture), text, remark, LinkRow::Remark::Text, this);
     connect(row, &LinkRow::clicked, this, [chosen = std::move(chosen)] { chosen(); });
     column.addWidget(row);
   };
@@ -129,7 +129,7 @@ void WelcomePage::FillRecent() {
     if (!QFileInfo::exists(path)) continue;
     isEmpty = false;
     auto* const row = new LinkRow(Picture("node-project"), QFileInfo(path).completeBaseName(),
-                                  ShortPath(QFileInfo(path).path()), this);
+                                  ShortPath(QFileInfo(path).path()), LinkRow::Remark::Path, this);
     row->setToolTip(path);
     connect(row, &LinkRow::clicked, this, [this, path] { onRecent(path); });
     recent->addWidget(row);

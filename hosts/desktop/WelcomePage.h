@@ -20,6 +20,9 @@ class WelcomePage : public QWidget {
   // The pictures come from a folder of the installation, with a separator at its end.
   WelcomePage(std::vector<Example> shippedExamples, const QString& pictureFolder, QWidget* parent);
 
+  // Shows the projects that are there now; done whenever the page comes up.
+  void FillRecent();
+
   std::function<void()> onOpen;
   std::function<void()> onNew;
   std::function<void(const Example& example)> onExample;
@@ -30,8 +33,6 @@ class WelcomePage : public QWidget {
 
  private:
   void AddStart(QVBoxLayout& column);
-  // Those that are there; the list is read anew whenever the page comes up.
-  void FillRecent();
   QIcon Picture(const char* name) const;
 
   std::vector<Example> examples;

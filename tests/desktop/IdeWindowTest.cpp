@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QDockWidget>
 #include <QMenu>
@@ -19,8 +20,8 @@
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorArea.h"
-#include "hosts/desktop/RecentProjects.h"
 #include "hosts/desktop/OptionsWindow.h"
+#include "hosts/desktop/RecentProjects.h"
 #include "platform/qt/QtText.h"
 #include "support/qt/WindowLoop.h"
 
@@ -234,7 +235,6 @@ TEST_F(IdeWindowTest, TheLayoutIsKeptUnlessItsFileIsDamagedAndCanBeResetTo) {
   EXPECT_FALSE(dock()->isHidden());
 }
 
-TEST_F(IdeWindowTest, AProjectComesBackWithItsEditorsAndOneThatIsGoneLeavesTheList) {
 TEST_F(IdeWindowTest, AKeyLeadsThroughAllPartsOfTheWindowThatAreSeen) {
   const auto pane = [&]() -> QString {
     for (QWidget* each = QApplication::focusWidget(); each != nullptr;
@@ -266,10 +266,21 @@ TEST_F(IdeWindowTest, AKeyLeadsThroughAllPartsOfTheWindowThatAreSeen) {
   EXPECT_EQ(walk({}), "dock4004 editors dock4003 dock4004");
 }
 
+TEST_F(IdeWindowTest, AProjectComesBackWithItsEditorsAndOneThatIsGoneLeavesTheList) {
   const std::string first = folder / "blinky/blinky-avr.tprj";
   const std::string second = folder / "second/blinky-avr.tprj";
   std::filesystem::copy(folder / "blinky", folder / "second",
                         std::filesystem::copy_options::recursive);
+  const auto listed = [&] {
+    QTest::qWait(1);
+    QStringList paths;
+    for (const auto* const row :
+         window->findChild<QWidget*>("welcomePage")->findChildren<QAbstractButton*>()) {
+      if (!row->isHidden() && !row->toolTip().isEmpty()) paths += row->toolTip();
+    }
+    return paths;
+  };
+  EXPECT_EQ(listed(), QStringList(ToQt(first)));
   ASSERT_TRUE(window->Editors().OpenFile(folder / "blinky/src/main.c", 7));
   ASSERT_TRUE(window->Editors().OpenFile(folder / "blinky/src/board.h", 0));
   window->Editors().Current()->insertAt("x", 0, 0);
@@ -289,6 +300,7 @@ TEST_F(IdeWindowTest, AKeyLeadsThroughAllPartsOfTheWindowThatAreSeen) {
   testing::PressInNextBox(QMessageBox::Ok);
   window->OpenProject(second);
   EXPECT_EQ(RecentProjects::List(), QStringList(ToQt(first)));
+  EXPECT_EQ(listed(), QStringList(ToQt(first)));
 }
 
 TEST_F(IdeWindowTest, AProjectThatChangedOutsideIsTakenFromTheDiskWhenTheUserWantsIt) {
