@@ -3,13 +3,13 @@
 #include <QBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QToolButton>
 #include <algorithm>
 
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorTabs.h"
+#include "hosts/desktop/SearchField.h"
 
 namespace tarn::host {
 
@@ -32,15 +32,12 @@ QToolButton* IconButton(Qt::ArrowType arrow, const QString& tip, QWidget* parent
 FindBar::FindBar(EditorTabs& editorTabs, QWidget* parent)
     : QWidget(parent),
       editors(editorTabs),
-      pattern(new QLineEdit(this)),
-      replacement(new QLineEdit(this)),
+      pattern(new SearchField(tr("Find"), this)),
+      replacement(new SearchField(tr("Replace with"), this)),
       replaceRow(new QWidget(this)),
       count(new QLabel(this)) {
   setObjectName("findBar");
-  pattern->setPlaceholderText(tr("Find"));
   pattern->setAccessibleName(tr("Text to find"));
-  pattern->setClearButtonEnabled(true);
-  replacement->setPlaceholderText(tr("Replace with"));
   replacement->setAccessibleName(tr("Text to put in its place"));
   count->setMinimumWidth(kCountWidth);
   count->setTextFormat(Qt::PlainText);

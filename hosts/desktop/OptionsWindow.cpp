@@ -17,8 +17,9 @@
 #include <algorithm>
 
 #include "hosts/desktop/OptionsGrid.h"
-#include "hosts/frame/ProjectTemplate.h"
+#include "hosts/desktop/SearchField.h"
 #include "platform/qt/QtText.h"
+#include "hosts/frame/ProjectTemplate.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -205,11 +206,8 @@ QWidget* OptionsWindow::MakeHead() {
     mark.clear();
     Refresh();
   });
-  filter = new QLineEdit(head);
+  filter = new SearchField(tr("Search options"), head);
   filter->setObjectName("filter");
-  filter->setPlaceholderText(tr("Search options"));
-  filter->setAccessibleName(tr("Search options"));
-  filter->setClearButtonEnabled(true);
   filter->installEventFilter(this);
   connect(filter, &QLineEdit::textChanged, this, [this] { ShowRows(); });
   layout->addWidget(filter, 2, 0, 1, 3);

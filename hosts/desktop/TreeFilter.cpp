@@ -1,7 +1,6 @@
 #include "hosts/desktop/TreeFilter.h"
 
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QListView>
 #include <QPainter>
 #include <QStyledItemDelegate>
@@ -9,6 +8,7 @@
 #include <algorithm>
 
 #include "hosts/desktop/NodeListModel.h"
+#include "hosts/desktop/SearchField.h"
 
 namespace tarn::host {
 
@@ -46,14 +46,11 @@ class NodeDelegate : public QStyledItemDelegate {
 TreeFilter::TreeFilter(QWidget& treeWidget, const QString& pictureFolder, QWidget* parent)
     : QWidget(parent),
       tree(treeWidget),
-      field(new QLineEdit(this)),
+      field(new SearchField(tr("Find in the project"), this)),
       list(new QListView(this)),
       model(new NodeListModel(pictureFolder, this)) {
   field->setObjectName("treeFilter");
-  field->setPlaceholderText(tr("Find in the project"));
   field->setToolTip(tr("Lists all nodes whose name or path contains this (Ctrl+P)"));
-  field->setAccessibleName(tr("Find in the project"));
-  field->setClearButtonEnabled(true);
   field->installEventFilter(this);
   connect(field, &QLineEdit::textChanged, this, [this](const QString& text) { Show(text); });
   list->setModel(model);

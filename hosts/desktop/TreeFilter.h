@@ -9,12 +9,12 @@
 
 #include "hosts/desktop/NodeIndex.h"
 
-class QLineEdit;
 class QListView;
 
 namespace tarn::host {
 
 class NodeListModel;
+class SearchField;
 
 // A field above the project's tree: while it holds a text, the nodes that match it stand in place
 // of the tree, also those of closed groups. Arrow keys choose one, Enter shows it in the tree,
@@ -44,7 +44,7 @@ class TreeFilter : public QWidget {
   void Move(int rows);
 
   QWidget& tree;
-  QLineEdit* field = nullptr;
+  SearchField* field = nullptr;
   QListView* list = nullptr;
   NodeListModel* model = nullptr;
 };
