@@ -429,6 +429,7 @@ void IdeWindow::closeEvent(QCloseEvent* event) {
   runner->Stop();
   if (!runner->IsBuilding()) {
     layout.Save();
+    options->KeepLayout();
     KeepEditors();
     QMainWindow::closeEvent(event);
     return;

@@ -11,6 +11,7 @@ namespace tarn::host {
 namespace {
 
 constexpr int kIndent = 14;
+constexpr double kLeastShare = 0.05;
 
 QModelIndex ValueOf(const QModelIndex& index) {
   return index.siblingAtColumn(OptionsModel::kValueColumn);
@@ -41,8 +42,8 @@ OptionsGrid::OptionsGrid(QWidget* parent) : QTreeView(parent) {
   connect(header(), &QHeaderView::sectionResized, this, [this](int column, int, int size) {
     if (isLayingOut || viewport()->width() <= 0) return;
     const double share = static_cast<double>(size) / viewport()->width();
-    if (column == OptionsModel::kNameColumn) nameShare = share;
-    if (column == OptionsModel::kValueColumn) valueShare = share;
+    if (column == OptionsModel::kNameColumn) shares.name = share;
+    if (column == OptionsModel::kValueColumn) shares.value = share;
     LayOutColumns();
   });
 }
@@ -51,10 +52,20 @@ void OptionsGrid::MakeCurrent(const QModelIndex& option) {
   setCurrentIndex(ValueOf(option));
 }
 
+void OptionsGrid::SetShares(Shares newShares) {
+  const double source = 1 - newShares.name - newShares.value;
+  // So written that what is no number fits neither.
+  const bool isUsable =
+      newShares.name >= kLeastShare && newShares.value >= kLeastShare && source >= 0;
+  if (!isUsable) return;
+  shares = newShares;
+  LayOutColumns();
+}
+
 void OptionsGrid::LayOutColumns() {
   const int width = viewport()->width();
-  const int name = qRound(width * nameShare);
-  const int value = qRound(width * valueShare);
+  const int name = qRound(width * shares.name);
+  const int value = qRound(width * shares.value);
   isLayingOut = true;
   setColumnWidth(OptionsModel::kNameColumn, name);
   setColumnWidth(OptionsModel::kValueColumn, value);

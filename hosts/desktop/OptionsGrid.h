@@ -16,6 +16,14 @@ class OptionsGrid : public QTreeView {
 
   OptionsModel& Model() { return model; }
   OptionsDelegate& Delegate() { return delegate; }
+  // Parts of the width; the rest is for the source.
+  struct Shares {
+    double name = 0.40;
+    double value = 0.34;
+  };
+  Shares GetShares() const { return shares; }
+  // Nothing for those that would leave a column without room.
+  void SetShares(Shares newShares);
   // The option that has the keyboard; null for none.
   const OptionRow* CurrentRow() const { return model.RowAt(currentIndex()); }
   void MakeCurrent(const QModelIndex& option);
@@ -38,9 +46,7 @@ class OptionsGrid : public QTreeView {
   bool OnKey(int key);
   void Edit(const QModelIndex& value);
 
-  // Parts of the width for name and value; the rest is for the source.
-  double nameShare = 0.40;
-  double valueShare = 0.34;
+  Shares shares;
   bool isLayingOut = false;
   OptionsModel model;
   OptionsDelegate delegate{*this};

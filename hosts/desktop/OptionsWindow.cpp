@@ -16,10 +16,11 @@
 #include <QToolButton>
 #include <algorithm>
 
+#include "hosts/desktop/DesktopSettings.h"
 #include "hosts/desktop/OptionsGrid.h"
 #include "hosts/desktop/SearchField.h"
-#include "platform/qt/QtText.h"
 #include "hosts/frame/ProjectTemplate.h"
+#include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -32,6 +33,9 @@ constexpr int kMargin = 6;
 constexpr int kHelpHeight = 130;
 constexpr const char* kCollapsed = "Collapsed=";
 constexpr const char* kSelected = "Selected=";
+constexpr const char* kSplitterKey = "options/splitter";
+constexpr const char* kNameShareKey = "options/nameShare";
+constexpr const char* kValueShareKey = "options/valueShare";
 
 QString Html(const std::string& text) {
   return ToQt(text).toHtmlEscaped();
@@ -76,7 +80,7 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   help->setTabChangesFocus(true);
   help->setOpenLinks(false);
   help->document()->setDocumentMargin(kMargin + 2);
-  auto* const splitter = new QSplitter(Qt::Vertical, this);
+  splitter = new QSplitter(Qt::Vertical, this);
   splitter->addWidget(grid);
   splitter->addWidget(help);
   splitter->setStretchFactor(0, 4);
@@ -128,6 +132,7 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
     before = next;
   }
   MakeActions();
+  RestoreLayout();
   ShowState();
 }
 
@@ -330,6 +335,21 @@ void OptionsWindow::ShowState() {
   redo.setEnabled(!isBuilding && !sheet.redo.empty());
   resetAll.setEnabled(!isBuilding && !sheet.ownSet.empty());
   grid->viewport()->update();
+}
+
+void OptionsWindow::KeepLayout() const {
+  DesktopSettings settings;
+  settings.setValue(kSplitterKey, splitter->saveState());
+  settings.setValue(kNameShareKey, grid->GetShares().name);
+  settings.setValue(kValueShareKey, grid->GetShares().value);
+}
+
+void OptionsWindow::RestoreLayout() {
+  const DesktopSettings settings;
+  // Leaves everything as it is for bytes that it doesn't know.
+  splitter->restoreState(settings.value(kSplitterKey).toByteArray());
+  grid->SetShares(
+      {settings.value(kNameShareKey).toDouble(), settings.value(kValueShareKey).toDouble()});
 }
 
 // The server keeps for each node how the window looked; a filter shows all that it has found.

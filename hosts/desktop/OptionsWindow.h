@@ -12,6 +12,7 @@
 class QComboBox;
 class QLabel;
 class QLineEdit;
+class QSplitter;
 class QTextBrowser;
 class QToolButton;
 
@@ -44,6 +45,8 @@ class OptionsWindow : public QWidget {
   QAction* UndoAction() { return &undo; }
   QAction* RedoAction() { return &redo; }
   OptionsGrid& Grid() { return *grid; }
+  // How columns and help share the room, for the next run.
+  void KeepLayout() const;
 
  protected:
   // Undo, redo and search mean the options while the keyboard is here, whatever a menu has them
@@ -61,6 +64,7 @@ class OptionsWindow : public QWidget {
   void ShowRows();
   void ShowHelp();
   void ShowState();
+  void RestoreLayout();
   void RestoreView();
   void SaveView();
   bool Change(const OptionRow& row, const QString& value);
@@ -87,6 +91,7 @@ class OptionsWindow : public QWidget {
   QComboBox* sets = nullptr;
   QLineEdit* filter = nullptr;
   QLabel* notice = nullptr;
+  QSplitter* splitter = nullptr;
   OptionsGrid* grid = nullptr;
   QTextBrowser* help = nullptr;
 };

@@ -6,10 +6,12 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QDockWidget>
+#include <QHeaderView>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -20,6 +22,7 @@
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorArea.h"
+#include "hosts/desktop/OptionsGrid.h"
 #include "hosts/desktop/OptionsWindow.h"
 #include "hosts/desktop/RecentProjects.h"
 #include "platform/qt/QtText.h"
@@ -220,7 +223,20 @@ TEST_F(IdeWindowTest, TheLayoutIsKeptUnlessItsFileIsDamagedAndCanBeResetTo) {
   };
   dock()->close();
   window->addDockWidget(Qt::RightDockWidgetArea, window->findChild<QDockWidget*>("dock4004"));
+  const auto nameShare = [&] {
+    OptionsGrid& grid = window->Options().Grid();
+    return static_cast<double>(grid.columnWidth(0)) / grid.viewport()->width();
+  };
+  const auto helpShare = [&] {
+    const QList<int> sizes = window->Options().findChild<QSplitter*>()->sizes();
+    return static_cast<double>(sizes[1]) / (sizes[0] + sizes[1]);
+  };
+  OptionsGrid& grid = window->Options().Grid();
+  grid.header()->resizeSection(0, grid.viewport()->width() / 5);
+  window->Options().findChild<QSplitter*>()->setSizes({100, 100});
   reopen();
+  EXPECT_NEAR(nameShare(), 0.2, 0.05);
+  EXPECT_NEAR(helpShare(), 0.5, 0.05);
   EXPECT_TRUE(dock()->isHidden());
   EXPECT_EQ(window->dockWidgetArea(window->findChild<QDockWidget*>("dock4004")),
             Qt::RightDockWidgetArea);
@@ -233,6 +249,8 @@ TEST_F(IdeWindowTest, TheLayoutIsKeptUnlessItsFileIsDamagedAndCanBeResetTo) {
   folder.Write("settings/user/desktop.ini", "[window\nstate=@ByteArray(\\xff\\x0 damaged\n\0=");
   reopen();
   EXPECT_FALSE(dock()->isHidden());
+  EXPECT_NEAR(nameShare(), 0.4, 0.05);
+  EXPECT_LT(helpShare(), 0.4);
 }
 
 TEST_F(IdeWindowTest, AKeyLeadsThroughAllPartsOfTheWindowThatAreSeen) {
