@@ -26,12 +26,29 @@ constexpr int kTabWidth = 4;
 constexpr int kHitIndicator = 8;
 constexpr Color kHitColor = MakeColor(230, 140, 0);
 constexpr int kHitAlpha = 70;
+// Of the selection's colour in the line with the cursor.
+constexpr float kCaretLineOnLight = 0.1F;
+constexpr float kCaretLineOnDark = 0.22F;
 
 QFont EditorFont() {
   QFont font("DejaVu Sans Mono");
   font.setStyleHint(QFont::Monospace);
   font.setPointSizeF(QFontDatabase::systemFont(QFontDatabase::FixedFont).pointSizeF());
   return font;
+}
+
+// Line numbers stand back behind the text, as far as they can still be read.
+QColor NumberColour(const QPalette& colours) {
+  constexpr double kLeastContrast = 4.5;
+  constexpr float kStep = 0.05F;
+  const QColor paper = colours.color(QPalette::Window);
+  const QColor text = colours.color(QPalette::WindowText);
+  QColor number = paper;
+  for (float share = 0.5F; share <= 1 && ContrastOf(number, paper) < kLeastContrast;
+       share += kStep) {
+    number = Blend(paper, text, share);
+  }
+  return number;
 }
 
 QString Decode(const std::string& bytes, bool& isUtf8) {
@@ -53,10 +70,11 @@ CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
   setUtf8(true);
   setFont(EditorFont());
   setMarginType(kNumberMargin, NumberMargin);
-  setTabWidth(kTabWidth);
   setAutoIndent(true);
+  setTabWidth(kTabWidth);
   setBraceMatching(SloppyBraceMatch);
   setCaretLineVisible(true);
+  SendScintilla(SCI_SETCARETLINEVISIBLEALWAYS, true);
   setFolding(PlainFoldStyle, kFoldMargin);
   setScrollWidth(1);
   setScrollWidthTracking(true);
@@ -272,9 +290,10 @@ void CodeEditor::Colour() {
     setColor(colours.color(QPalette::Text));
   }
   setCaretForegroundColor(colours.color(QPalette::Text));
-  setCaretLineBackgroundColor(colours.color(QPalette::AlternateBase));
+  setCaretLineBackgroundColor(Blend(paper, colours.color(QPalette::Highlight),
+                                    IsDarkPalette() ? kCaretLineOnDark : kCaretLineOnLight));
   setMarginsBackgroundColor(colours.color(QPalette::Window));
-  setMarginsForegroundColor(colours.color(QPalette::Disabled, QPalette::WindowText));
+  setMarginsForegroundColor(NumberColour(colours));
   setFoldMarginColors(colours.color(QPalette::Window), colours.color(QPalette::Window));
   setSelectionBackgroundColor(colours.color(QPalette::Highlight));
   QColor hit = ToTextColor(kHitColor);

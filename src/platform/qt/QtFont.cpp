@@ -3,6 +3,8 @@
 #include <QGuiApplication>
 #include <QPalette>
 #include <QWidget>
+#include <algorithm>
+#include <cmath>
 
 #include "platform/qt/QtText.h"
 
@@ -15,6 +17,16 @@ constexpr qreal kTwipsPerPoint = 20;
 constexpr qreal kDarkestOnDark = 0.55;
 constexpr qreal kBrightestBackground = 0.3;
 constexpr float kSaturationOnDark = 0.3F;
+
+// As bright as the eye takes it, from 0 to 1.
+double LuminanceOf(const QColor& color) {
+  const auto linear = [](float share) {
+    const auto value = static_cast<double>(share);
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+         0.0722 * linear(color.blueF());
+}
 
 }  // namespace
 
@@ -64,6 +76,14 @@ QColor Blend(const QColor& from, const QColor& to, float share) {
   const auto mix = [share](float a, float b) { return a + (b - a) * share; };
   return QColor::fromRgbF(mix(from.redF(), to.redF()), mix(from.greenF(), to.greenF()),
                           mix(from.blueF(), to.blueF()));
+}
+
+double ContrastOf(const QColor& text, const QColor& background) {
+  // What the screen itself reflects brightens both.
+  constexpr double kGlare = 0.05;
+  const double one = LuminanceOf(text) + kGlare;
+  const double other = LuminanceOf(background) + kGlare;
+  return std::max(one, other) / std::min(one, other);
 }
 
 }  // namespace tarn

@@ -37,4 +37,8 @@ QColor ToBackgroundColor(Color color);
 // From the one (0) to the other (1).
 QColor Blend(const QColor& from, const QColor& to, float share);
 
+// How well a text in the one is read on the other: from 1, not at all, to 21, black on white. Small
+// texts want 4.5.
+double ContrastOf(const QColor& text, const QColor& background);
+
 }  // namespace tarn
