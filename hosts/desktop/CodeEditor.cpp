@@ -22,7 +22,6 @@ namespace {
 
 constexpr int kNumberMargin = 0;
 constexpr int kFoldMargin = 2;
-constexpr int kTabWidth = 4;
 constexpr int kHitIndicator = 8;
 constexpr Color kHitColor = MakeColor(230, 140, 0);
 constexpr int kHitAlpha = 70;
@@ -71,7 +70,7 @@ CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
   setFont(EditorFont());
   setMarginType(kNumberMargin, NumberMargin);
   setAutoIndent(true);
-  setTabWidth(kTabWidth);
+  setBackspaceUnindents(true);
   setBraceMatching(SloppyBraceMatch);
   setCaretLineVisible(true);
   SendScintilla(SCI_SETCARETLINEVISIBLEALWAYS, true);
@@ -79,9 +78,11 @@ CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
   setScrollWidth(1);
   setScrollWidthTracking(true);
   setAccessibleName(ToQt(FileNameOf(path)));
-  connect(this, &QsciScintilla::linesChanged, this, [this] {
+  const auto fitNumbers = [this] {
     setMarginWidth(kNumberMargin, QString(QString::number(lines()).size() + 1, '9'));
-  });
+  };
+  connect(this, &QsciScintilla::linesChanged, this, fitNumbers);
+  connect(this, &QsciScintilla::SCN_ZOOM, this, fitNumbers);
   indicatorDefine(StraightBoxIndicator, kHitIndicator);
   setIndicatorDrawUnder(true, kHitIndicator);
   ChooseLexer();
@@ -97,6 +98,9 @@ Status CodeEditor::Load() {
   getCursorPosition(&line, &column);
   const QString text = Decode(*read, isUtf8);
   setEolMode(text.contains("\r\n") ? EolWindows : EolUnix);
+  // Rules of a makefile begin with tabs.
+  const bool wantsTabs = IsAnyOf(SplitPath(path).extension, {".mk"});
+  ShowIndentation(GuessIndentation(text, {.usesTabs = wantsTabs}));
   const std::vector<LineProblem> shown = problems->Take();
   setText(text);
   setModified(false);
@@ -104,6 +108,12 @@ Status CodeEditor::Load() {
   isInConflict = false;
   setCursorPosition(std::min(line, lines() - 1), column);
   return {};
+}
+
+void CodeEditor::ShowIndentation(const Indentation& indentation) {
+  setIndentationsUseTabs(indentation.usesTabs);
+  setIndentationWidth(indentation.width);
+  setTabWidth(indentation.width);
 }
 
 Status CodeEditor::Save() {

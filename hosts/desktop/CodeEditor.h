@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "hosts/desktop/Indentation.h"
 #include "hosts/desktop/LineProblems.h"
 #include "hosts/desktop/Scintilla.h"
 #include "hosts/desktop/TextSearch.h"
@@ -57,6 +58,7 @@ class CodeEditor : public QsciScintilla {
  private:
   bool IsChangedOutside();
   void ChooseLexer();
+  void ShowIndentation(const Indentation& indentation);
   void Colour();
   void ForEachHit(const QList<SearchHit>& hits,
                   const std::function<void(const SearchHit& hit, long start, long end)>& onHit);

@@ -12,12 +12,13 @@ EditorStatus::EditorStatus(EditorTabs& editorTabs, QWidget* parent)
     : QWidget(parent),
       editors(editorTabs),
       place(new QLabel(this)),
+      indentation(new QLabel(this)),
       lineEnds(new QLabel(this)),
       encoding(new QLabel(this)) {
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(6, 0, 6, 0);
   row->setSpacing(18);
-  for (QLabel* const each : {place, lineEnds, encoding}) row->addWidget(each);
+  for (QLabel* const each : {place, indentation, lineEnds, encoding}) row->addWidget(each);
   // Wide enough for most places, so that it doesn't jump while the user types.
   place->setMinimumWidth(
       fontMetrics().horizontalAdvance(tr("Line %1, column %2").arg(999).arg(99)));
@@ -42,6 +43,8 @@ void EditorStatus::Show() {
   int column = 0;
   editor->getCursorPosition(&line, &column);
   place->setText(tr("Line %1, column %2").arg(line + 1).arg(column + 1));
+  indentation->setText(
+      editor->indentationsUseTabs() ? tr("Tabs") : tr("%1 spaces").arg(editor->indentationWidth()));
   lineEnds->setText(editor->eolMode() == QsciScintilla::EolWindows ? "CRLF" : "LF");
   encoding->setText(editor->IsUtf8() ? QString("UTF-8") : tr("8 bit"));
 }

@@ -9,7 +9,8 @@ namespace tarn::host {
 
 class EditorTabs;
 
-// The status bar's part about the editor in view: place, line ends, encoding. Borrows the tabs.
+// The status bar's part about the editor in view: place, indentation, line ends, encoding. Borrows
+// the tabs.
 class EditorStatus : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(EditorStatus)
 
@@ -22,6 +23,7 @@ class EditorStatus : public QWidget {
 
   EditorTabs& editors;
   QLabel* place = nullptr;
+  QLabel* indentation = nullptr;
   QLabel* lineEnds = nullptr;
   QLabel* encoding = nullptr;
   QMetaObject::Connection followed;

@@ -53,6 +53,7 @@ bool EditorTabs::OpenFile(const std::string& path, int line) {
     ShowName(*editor);
     connect(editor, &QsciScintilla::modificationChanged, this,
             [this, editor] { ShowName(*editor); });
+    zoom.Add(*editor);
     if (onOpened) onOpened(*editor);
   }
   setCurrentWidget(editor);

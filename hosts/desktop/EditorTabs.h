@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "hosts/desktop/EditorZoom.h"
 #include "hosts/desktop/FileWatch.h"
 #include "platform/files/FileSystem.h"
 
@@ -45,6 +46,7 @@ class EditorTabs : public QTabWidget {
   std::function<void()> onConflict;
   // An editor has been made, with its text in it.
   std::function<void(CodeEditor& editor)> onOpened;
+  EditorZoom& Zoom() { return zoom; }
 
  protected:
   void tabInserted(int index) override;
@@ -61,6 +63,7 @@ class EditorTabs : public QTabWidget {
 
   FileSystem& files;
   FileWatch watch;
+  EditorZoom zoom{*this};
 };
 
 }  // namespace tarn::host

@@ -136,7 +136,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   menuBar()->addMenu(editMenu);
   AddOptionsDock();
   panes.editor = [this] { return editors->Current(); };
-  menuBar()->addMenu(layout.MakeMenu(panes.Actions()));
+  menuBar()->addMenu(layout.MakeMenu(panes.Actions() + editors->Zoom().MakeActions()));
   AnswerMessages();
   ShowTitle();
 }

@@ -100,6 +100,14 @@
         <source>8 bit</source>
         <translation>8 Bit</translation>
     </message>
+    <message>
+        <source>Tabs</source>
+        <translation>Tabulatoren</translation>
+    </message>
+    <message>
+        <source>%1 spaces</source>
+        <translation>%1 Leerzeichen</translation>
+    </message>
 </context>
 <context>
     <name>EditorTabs</name>
@@ -118,6 +126,21 @@
     <message>
         <source>Save the changes in %1?</source>
         <translation>Änderungen in %1 speichern?</translation>
+    </message>
+</context>
+<context>
+    <name>EditorZoom</name>
+    <message>
+        <source>Zoom &amp;in</source>
+        <translation>Ver&amp;größern</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out</source>
+        <translation>Ver&amp;kleinern</translation>
+    </message>
+    <message>
+        <source>&amp;Usual size</source>
+        <translation>&amp;Normale Größe</translation>
     </message>
 </context>
 <context>

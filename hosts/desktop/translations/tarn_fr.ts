@@ -100,6 +100,14 @@
         <source>8 bit</source>
         <translation>8 bits</translation>
     </message>
+    <message>
+        <source>Tabs</source>
+        <translation>Tabulations</translation>
+    </message>
+    <message>
+        <source>%1 spaces</source>
+        <translation>%1 espaces</translation>
+    </message>
 </context>
 <context>
     <name>EditorTabs</name>
@@ -118,6 +126,21 @@
     <message>
         <source>Save the changes in %1?</source>
         <translation>Enregistrer les modifications de %1 ?</translation>
+    </message>
+</context>
+<context>
+    <name>EditorZoom</name>
+    <message>
+        <source>Zoom &amp;in</source>
+        <translation>Zoom &amp;avant</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out</source>
+        <translation>Zoom a&amp;rrière</translation>
+    </message>
+    <message>
+        <source>&amp;Usual size</source>
+        <translation>Taille &amp;normale</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,61 @@
+#include "hosts/desktop/EditorZoom.h"
+
+#include <QAction>
+#include <QKeySequence>
+#include <algorithm>
+#include <utility>
+
+#include "hosts/desktop/CodeEditor.h"
+#include "hosts/desktop/DesktopSettings.h"
+#include "hosts/desktop/EditorTabs.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr const char* kKey = "editor/zoom";
+constexpr int kLeast = -6;
+constexpr int kMost = 20;
+
+int ZoomOf(const CodeEditor& editor) {
+  return static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_GETZOOM));
+}
+
+}  // namespace
+
+EditorZoom::EditorZoom(EditorTabs& editorTabs)
+    : editors(editorTabs),
+      points(std::clamp(DesktopSettings().value(kKey).toInt(), kLeast, kMost)) {}
+
+void EditorZoom::Add(CodeEditor& editor) {
+  editor.zoomTo(points);
+  connect(&editor, &QsciScintilla::SCN_ZOOM, this, [this, &editor] { Set(ZoomOf(editor)); });
+}
+
+void EditorZoom::Set(int morePoints) {
+  const int before = std::exchange(points, std::clamp(morePoints, kLeast, kMost));
+  for (int index = 0; index < editors.count(); ++index) {
+    // Each tells of its change.
+    if (ZoomOf(*editors.At(index)) != points) editors.At(index)->zoomTo(points);
+  }
+  if (points != before) DesktopSettings().setValue(kKey, points);
+}
+
+QList<QAction*> EditorZoom::MakeActions() {
+  const auto make = [this](const QString& text, const QList<QKeySequence>& keys, auto target) {
+    auto* const action = new QAction(text, &editors);
+    action->setShortcuts(keys);
+    editors.addAction(action);
+    connect(action, &QAction::triggered, this, [this, target] { Set(target()); });
+    return action;
+  };
+  return {
+      // Where the plus needs the shift key, the key without it will do.
+      make(tr("Zoom &in"), {Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal},
+           [this] { return points + 1; }),
+      make(tr("Zoom &out"), {Qt::CTRL | Qt::Key_Minus}, [this] { return points - 1; }),
+      make(tr("&Usual size"), {Qt::CTRL | Qt::Key_0}, [] { return 0; }),
+  };
+}
+
+}  // namespace tarn::host
