@@ -5,6 +5,7 @@
 #include <QFontDatabase>
 #include <QHelpEvent>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QStringConverter>
 #include <QToolTip>
 #include <algorithm>
@@ -246,6 +247,13 @@ bool CodeEditor::viewportEvent(QEvent* event) {
     QToolTip::showText(help.globalPos(), text, viewport(), row);
   }
   return true;
+}
+
+void CodeEditor::mouseReleaseEvent(QMouseEvent* event) {
+  QsciScintilla::mouseReleaseEvent(event);
+  const bool isFollowing = event->button() == Qt::LeftButton &&
+                           event->modifiers() == Qt::ControlModifier && !hasSelectedText();
+  if (isFollowing && onFollowName) onFollowName();
 }
 
 void CodeEditor::dragEnterEvent(QDragEnterEvent* event) {

@@ -38,6 +38,8 @@ class CodeEditor : public QsciScintilla {
   void GoToLine(int line);
   // Errors and warnings to be shown; a tip says them under the mouse.
   LineProblems& Problems() { return *problems; }
+  // A click with Ctrl, which has put the cursor there.
+  std::function<void()> onFollowName;
 
   // Places count the characters of text().
   SearchHit Selection() const;
@@ -50,6 +52,7 @@ class CodeEditor : public QsciScintilla {
  protected:
   void changeEvent(QEvent* event) override;
   bool viewportEvent(QEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
   // Files are for the window around; their names are no text for here.
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;

@@ -6,6 +6,7 @@
 #include <QMetaMethod>
 
 #include "hosts/desktop/CodeEditor.h"
+#include "hosts/desktop/DeclarationSearch.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/FindBar.h"
 
@@ -96,7 +97,8 @@ void AskForLine(QWidget& window, const EditorTabs& editors) {
 
 }  // namespace
 
-QMenu* MakeEditMenu(QWidget& window, EditorTabs& editors, FindBar& findBar) {
+QMenu* MakeEditMenu(QWidget& window, EditorTabs& editors, FindBar& findBar,
+                    DeclarationSearch& declarations) {
   auto* const menu = new QMenu(Translate(QT_TRANSLATE_NOOP("EditMenu", "&Edit")), &window);
   for (const TextCommand& each : kTextCommands) {
     if (each.text == nullptr) {
@@ -122,6 +124,8 @@ QMenu* MakeEditMenu(QWidget& window, EditorTabs& editors, FindBar& findBar) {
   menu->addSeparator();
   add(QT_TRANSLATE_NOOP("EditMenu", "&Go to line..."), Qt::CTRL | Qt::Key_G,
       [&window, &editors] { AskForLine(window, editors); });
+  add(QT_TRANSLATE_NOOP("EditMenu", "Go to &declaration"), Qt::Key_F12,
+      [&declarations] { declarations.Go(); });
   return menu;
 }
 

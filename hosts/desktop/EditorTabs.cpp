@@ -53,6 +53,9 @@ bool EditorTabs::OpenFile(const std::string& path, int line) {
     ShowName(*editor);
     connect(editor, &QsciScintilla::modificationChanged, this,
             [this, editor] { ShowName(*editor); });
+    editor->onFollowName = [this] {
+      if (onFollowName) onFollowName();
+    };
     zoom.Add(*editor);
     if (onOpened) onOpened(*editor);
   }

@@ -46,6 +46,8 @@ class EditorTabs : public QTabWidget {
   std::function<void()> onConflict;
   // An editor has been made, with its text in it.
   std::function<void(CodeEditor& editor)> onOpened;
+  // The user has asked for the declaration of what is at the cursor.
+  std::function<void()> onFollowName;
   EditorZoom& Zoom() { return zoom; }
 
  protected:

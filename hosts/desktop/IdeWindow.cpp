@@ -110,6 +110,10 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   problems = std::make_unique<ProblemNavigator>(files, *statusBar());
   problemMarks = std::make_unique<ProblemMarks>(problems->GetList(), *editors);
   problems->open = [this](const std::string& path, int line) { OpenFile(path, line); };
+  declarations = std::make_unique<DeclarationSearch>(*editors, *statusBar());
+  declarations->askGlobals = [this] { return session->Inspector().GetGlobals({}, {}); };
+  declarations->open = [this](const std::string& path, int line) { OpenFile(path, line); };
+  editors->onFollowName = [this] { declarations->Go(); };
   setDockNestingEnabled(true);
   // The tree has the whole height, as projects are deep; what tools say needs width.
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
@@ -131,7 +135,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   statusBar()->addPermanentWidget(new EditorStatus(*editors, this));
   resize(kFirstSize);
   AddFileMenu();
-  editMenu = MakeEditMenu(*this, *editors, area->Finder());
+  editMenu = MakeEditMenu(*this, *editors, area->Finder(), *declarations);
   AddHistory();
   menuBar()->addMenu(editMenu);
   AddOptionsDock();

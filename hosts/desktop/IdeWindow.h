@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "hosts/desktop/CommandRunner.h"
+#include "hosts/desktop/DeclarationSearch.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/PaneCycle.h"
 #include "hosts/desktop/PopupMenus.h"
@@ -100,6 +101,7 @@ class IdeWindow : public QMainWindow {
   std::unique_ptr<ServerNotices> notices;
   std::unique_ptr<ProblemNavigator> problems;
   std::unique_ptr<ProblemMarks> problemMarks;
+  std::unique_ptr<DeclarationSearch> declarations;
   std::unique_ptr<CommandRunner> runner;
   std::unique_ptr<ProjectHistory> history;
   MenuCommands menuCommands;

@@ -9,6 +9,21 @@
     </message>
 </context>
 <context>
+    <name>DeclarationSearch</name>
+    <message>
+        <source>There is no name at the cursor</source>
+        <translation>Am Cursor steht kein Name</translation>
+    </message>
+    <message>
+        <source>No global named %1 is known</source>
+        <translation>Kein globaler Name %1 ist bekannt</translation>
+    </message>
+    <message>
+        <source>No global named %1 is known; build the project first</source>
+        <translation>Kein globaler Name %1 ist bekannt; das Projekt muss erst erstellt werden</translation>
+    </message>
+</context>
+<context>
     <name>EditMenu</name>
     <message>
         <source>&amp;Undo</source>
@@ -65,6 +80,10 @@
     <message>
         <source>&amp;Go to line...</source>
         <translation>&amp;Gehe zu Zeile …</translation>
+    </message>
+    <message>
+        <source>Go to &amp;declaration</source>
+        <translation>Gehe zur &amp;Deklaration</translation>
     </message>
 </context>
 <context>

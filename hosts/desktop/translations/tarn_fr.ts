@@ -9,6 +9,21 @@
     </message>
 </context>
 <context>
+    <name>DeclarationSearch</name>
+    <message>
+        <source>There is no name at the cursor</source>
+        <translation>Aucun nom sous le curseur</translation>
+    </message>
+    <message>
+        <source>No global named %1 is known</source>
+        <translation>Aucun nom global %1 n’est connu</translation>
+    </message>
+    <message>
+        <source>No global named %1 is known; build the project first</source>
+        <translation>Aucun nom global %1 n’est connu ; générez d’abord le projet</translation>
+    </message>
+</context>
+<context>
     <name>EditMenu</name>
     <message>
         <source>&amp;Undo</source>
@@ -65,6 +80,10 @@
     <message>
         <source>&amp;Go to line...</source>
         <translation>Aller à la &amp;ligne…</translation>
+    </message>
+    <message>
+        <source>Go to &amp;declaration</source>
+        <translation>Aller à la &amp;déclaration</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,55 @@
+#include "hosts/desktop/DeclarationSearch.h"
+
+#include <QStatusBar>
+
+#include "hosts/desktop/CodeEditor.h"
+#include "hosts/desktop/EditorTabs.h"
+#include "hosts/frame/LogEntry.h"
+#include "platform/qt/QtText.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr int kMessageMs = 8000;
+
+// The row of that name that has a place; of several, the one in the file. Null for none.
+const CXmlNode* FindGlobal(const CXmlNode& globals, const std::string& name,
+                           const std::string& file) {
+  const CXmlNode* found = nullptr;
+  for (const CXmlNode* const row : globals.GetChildren()) {
+    if (AttributeOf(row, "Header") != name || AttributeOf(row, "DeclFile").empty()) continue;
+    if (found == nullptr || AttributeOf(row, "DeclFile") == file) found = row;
+  }
+  return found;
+}
+
+}  // namespace
+
+void DeclarationSearch::Go() {
+  CodeEditor* const editor = editors.Current();
+  if (editor == nullptr) return;
+  int line = 0;
+  int column = 0;
+  editor->getCursorPosition(&line, &column);
+  const QString name = editor->wordAtLineIndex(line, column);
+  if (name.isEmpty()) {
+    bar.showMessage(tr("There is no name at the cursor"), kMessageMs);
+    return;
+  }
+  const auto globals = ParseXml(askGlobals ? askGlobals() : std::string());
+  const CXmlNode* const found =
+      globals == nullptr ? nullptr : FindGlobal(*globals, FromQt(name), editor->GetPath());
+  if (found != nullptr) {
+    if (open) open(AttributeOf(found, "DeclFile"), ParseDecimal(found->GetAttrValue("DeclLine")));
+    return;
+  }
+  const bool isBuilt = AttributeOf(globals.get(), "Found") == "Yes";
+  bar.showMessage((isBuilt ? tr("No global named %1 is known")
+                           : tr("No global named %1 is known; build the project first"))
+                      .arg(name),
+                  kMessageMs);
+}
+
+}  // namespace tarn::host
