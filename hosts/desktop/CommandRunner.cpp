@@ -177,6 +177,16 @@ void CommandRunner::Start(std::uint32_t command) {
 
 BuildOutcome CommandRunner::RunAndWait(const BuildRequest& request) {
   if (IsBuilding()) return {};
+  return WaitFor([&] { Run(session.SelectCommand(request)); });
+}
+
+BuildEnd CommandRunner::AwaitBuild() {
+  if (waiter) return BuildEnd::Refused;
+  return WaitFor([this] { TakeOver(); }).end;
+}
+
+// A build may have ended, or been refused, when its start returns.
+BuildOutcome CommandRunner::WaitFor(const std::function<void()>& start) {
   BuildOutcome outcome;
   QEventLoop loop;
   waiter = [&](BuildEnd end) {
@@ -184,10 +194,22 @@ BuildOutcome CommandRunner::RunAndWait(const BuildRequest& request) {
     outcome.end = end;
     loop.quit();
   };
-  Run(session.SelectCommand(request));
+  start();
   if (IsBuilding()) loop.exec();
   waiter = {};
   return outcome;
+}
+
+// Nobody knows what the build is of.
+void CommandRunner::TakeOver() {
+  if (IsBuilding() || session.Manager().EnableCommand(kCmdStop) == 0) return;
+  progress.emplace(std::function<int()>());
+  isStopAsked = false;
+  isCleaning = false;
+  isUnkept = session.HasProject();
+  building = kCmdBuildAll;
+  session.Observe(&*progress);
+  if (onStarted) onStarted();
 }
 
 // The server fills its tree anew.

@@ -46,6 +46,9 @@ class CommandRunner : public QObject {
   // Builds, and runs the loop until that has ended: for a script, which waits while the user goes
   // on. Refused when something is building already.
   BuildOutcome RunAndWait(const BuildRequest& request);
+  // Likewise for a build that the script has started by a command to the server. Refused when none
+  // runs.
+  BuildEnd AwaitBuild();
   // Ends a running build with its tools; onEnded comes as soon as they are gone. One that hasn't
   // started yet has ended when this returns.
   void Stop();
@@ -76,6 +79,8 @@ class CommandRunner : public QObject {
   void ContinueRestore();
   void Approach();
   void Start(std::uint32_t command);
+  BuildOutcome WaitFor(const std::function<void()>& start);
+  void TakeOver();
   void FinishBuild(BuildEnd end);
   void KeepResults();
   void TellEnd(BuildEnd end);
@@ -85,7 +90,7 @@ class CommandRunner : public QObject {
   BuildSession& session;
   FileSystem& files;
   std::optional<BuildProgress> progress;
-  std::function<void(BuildEnd end)> waiter;  // of RunAndWait
+  std::function<void(BuildEnd end)> waiter;  // a script's call
   // Commands; 0 for none.
   std::uint32_t waiting = 0;  // for the project to be made known
   std::uint32_t building = 0;

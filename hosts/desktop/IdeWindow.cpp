@@ -100,6 +100,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   session->Scripts().runBuild = [this](const BuildRequest& request) {
     return runner->RunAndWait(request);
   };
+  session->Scripts().awaitBuild = [this] { return runner->AwaitBuild(); };
   notices = std::make_unique<ServerNotices>(frame, files, *statusBar());
   notices->onSelectionChanged = [this] {
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);

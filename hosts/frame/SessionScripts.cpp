@@ -31,7 +31,7 @@ ScriptBuild SessionScripts::Build(const std::string& work, const std::string& ap
 }
 
 std::string SessionScripts::WaitForBuild() {
-  return WordOf(session.AwaitBuild());
+  return WordOf(awaitBuild ? awaitBuild() : session.AwaitBuild());
 }
 
 std::string SessionScripts::GetSize(const std::string& application) {

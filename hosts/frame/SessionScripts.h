@@ -10,15 +10,17 @@ namespace tarn::host {
 class BuildSession;
 struct BuildRequest;
 struct BuildOutcome;
+enum class BuildEnd;
 
 // Scripts on the project of a session. What they print goes to the log whether shown or not.
 class SessionScripts : private ScriptHost {
  public:
   explicit SessionScripts(BuildSession& buildSession);
 
-  // How a host shows what happens; both may be empty. A build that isn't shown runs all the same.
+  // How a host shows what happens; each may be empty. A build that isn't shown runs all the same.
   std::function<void(const std::string&)> onLine;
   std::function<BuildOutcome(const BuildRequest&)> runBuild;
+  std::function<BuildEnd()> awaitBuild;
 
   // `name` is empty for a text that came in a message.
   ScriptOutcome Run(const std::string& text, const std::string& name);

@@ -57,6 +57,20 @@ TEST_F(BuildLifeTest, AScriptThatOpensAProjectAndBuildsAtOnceHasWhatIsKeptOfThat
   EXPECT_EQ(Build(), 0);
 }
 
+TEST_F(BuildLifeTest, AScriptWaitsForItsCommandWhileTheUserGoesOn) {
+  int heartbeats = 0;
+  QTimer heart;
+  QObject::connect(&heart, &QTimer::timeout, &heart, [&] { ++heartbeats; });
+  heart.start(5);
+  EXPECT_EQ(RunScript("print(host.wait())"), "refused");
+  EXPECT_EQ(heartbeats, 0);
+  NoteEnd();
+  EXPECT_EQ(RunScript("tarn.Command(0x8112) print(host.wait())"), "succeeded");
+  EXPECT_GT(heartbeats, 5);
+  EXPECT_EQ(ended, BuildEnd::Succeeded);
+  EXPECT_EQ(Build(), 0);
+}
+
 TEST_F(BuildLifeTest, AProjectThatIsClosedBehindItsBuildKeepsWhatWasReported) {
   window->Frame().Answer(kMsgWorkerEnded, [&](const HostEvent&) {
     QTimer::singleShot(0, &*window, [this] { window->Session().Manager().ProjectClose(); });
