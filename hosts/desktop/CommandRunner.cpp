@@ -249,6 +249,13 @@ void CommandRunner::Stop() {
   session.Tools().StopTools();
 }
 
+void CommandRunner::FollowStop() {
+  if (building == 0 || isFinishing || isStopAsked) return;
+  if (session.Manager().EnableCommand(kCmdStop) != 0) return;
+  isStopAsked = true;
+  session.Tools().StopTools();
+}
+
 // The sender is in the middle of something, so all that follows comes behind it.
 void CommandRunner::OnMessage(const HostEvent& event) {
   if (event.number == kMsgCommand) {

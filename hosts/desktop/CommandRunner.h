@@ -52,6 +52,9 @@ class CommandRunner : public QObject {
   // Ends a running build with its tools; onEnded comes as soon as they are gone. One that hasn't
   // started yet has ended when this returns.
   void Stop();
+  // The server may have been told to stop the build, by the answer to a question of its own: then
+  // its tools end, too.
+  void FollowStop();
   // From the moment that one was asked for until its results are kept.
   bool IsBuilding() const { return building != 0 || waiting != 0; }
   bool IsStopping() const { return IsBuilding() && isStopAsked; }

@@ -101,6 +101,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
     return runner->RunAndWait(request);
   };
   session->Scripts().awaitBuild = [this] { return runner->AwaitBuild(); };
+  dialogs.onAccepted = [this] { QTimer::singleShot(0, this, [this] { runner->FollowStop(); }); };
   notices = std::make_unique<ServerNotices>(frame, files, *statusBar());
   notices->onSelectionChanged = [this] {
     if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);

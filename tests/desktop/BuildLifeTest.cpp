@@ -83,6 +83,19 @@ TEST_F(BuildLifeTest, AProjectThatIsClosedBehindItsBuildKeepsWhatWasReported) {
   EXPECT_EQ(Build(), 0);
 }
 
+TEST_F(BuildLifeTest, TheServersOwnQuestionStopsABuildWithItsTools) {
+  folder.Write("bin/avr-gcc", "#!/bin/sh\nsleep 60\n");
+  std::filesystem::permissions(folder / "bin/avr-gcc", std::filesystem::perms::owner_all);
+  const testing::ScopedVariable path("PATH", (folder / "bin:" + std::getenv("PATH")).c_str());
+  NoteEnd();
+  window->Commands().Run(kCmdBuildAll);
+  ASSERT_TRUE(RunUntil([&] { return window->Commands().GetProgress()->GetNumber() > 0; }, 5000));
+  PressInNextBox(QMessageBox::Ok);
+  EXPECT_EQ(window->Session().Manager().ProjectClose(), 0);
+  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }, 5000));
+  EXPECT_EQ(ended, BuildEnd::Stopped);
+}
+
 TEST_F(BuildLifeTest, FilesOfWhichOneCantBeWrittenAreAllAsTheyWere) {
   const std::string path = folder / "blinky/blinky-avr.tapp";
   const std::string before = testing::ReadBytes(path);

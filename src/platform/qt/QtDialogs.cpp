@@ -81,8 +81,11 @@ QWidget* QtDialogs::Parent() const {
 }
 
 bool QtDialogs::AskOkCancel(const std::string& text, const std::string& caption) {
-  return RunBox(Parent(), QMessageBox::Question, QMessageBox::Ok | QMessageBox::Cancel, text,
-                caption) == QMessageBox::Ok;
+  const int pressed =
+      RunBox(Parent(), QMessageBox::Question, QMessageBox::Ok | QMessageBox::Cancel, text, caption);
+  if (pressed != QMessageBox::Ok) return false;
+  if (onAccepted) onAccepted();
+  return true;
 }
 
 void QtDialogs::ShowMessage(const std::string& text, const std::string& caption) {

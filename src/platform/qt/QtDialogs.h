@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QStringList>
 #include <QWidget>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +27,9 @@ class QtDialogs final : public DialogResponder {
   std::vector<std::string> ChooseFiles(const FileQuestion& question) override;
   std::string ChooseFolder(const FolderQuestion& question) override;
   int RunSheet(CPropertySheet& sheet) override;
+
+  // The user has said OK to a question, and who asked goes on behind this call; may be empty.
+  std::function<void()> onAccepted;
 
  private:
   QWidget* Parent() const;
