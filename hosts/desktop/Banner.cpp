@@ -19,7 +19,7 @@ constexpr float kFaint = 0.22F;
 }  // namespace
 
 Banner::Banner(const QString& first, const QString& second, QWidget* parent)
-    : QFrame(parent), label(new QLabel(this)) {
+    : QFrame(parent), label(new QLabel(this)), accept(new QPushButton(first, this)) {
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
   auto* const picture = new QLabel(this);
@@ -30,7 +30,6 @@ Banner::Banner(const QString& first, const QString& second, QWidget* parent)
   row->setSpacing(8);
   row->addWidget(picture);
   row->addWidget(label, 1);
-  auto* const accept = new QPushButton(first, this);
   auto* const refuse = new QPushButton(second, this);
   for (QPushButton* const each : {accept, refuse}) {
     each->setAutoDefault(false);
@@ -49,6 +48,11 @@ void Banner::Tell(const QString& text) {
   label->setText(text);
   setAccessibleName(text);
   show();
+}
+
+void Banner::SetReady(bool isReady, const QString& reason) {
+  accept->setEnabled(isReady);
+  accept->setToolTip(isReady ? QString() : reason);
 }
 
 void Banner::paintEvent(QPaintEvent*) {

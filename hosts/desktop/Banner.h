@@ -15,6 +15,8 @@ class Banner : public QFrame {
   Banner(const QString& first, const QString& second, QWidget* parent);
 
   void Tell(const QString& text);
+  // Whether the first button can be pressed; the reason why not is its tip.
+  void SetReady(bool isReady, const QString& reason);
 
   std::function<void()> onFirst;
   std::function<void()> onSecond;
@@ -24,6 +26,7 @@ class Banner : public QFrame {
 
  private:
   QLabel* label = nullptr;
+  QPushButton* accept = nullptr;
 };
 
 }  // namespace tarn::host

@@ -24,6 +24,11 @@ constexpr WholeBuild kWholeBuilds[] = {
     {kCmdRebuildAll, BuildWork::Rebuild},
 };
 
+// The others are of the node that is current.
+bool IsOfProject(std::uint32_t command) {
+  return command == kCmdBuildAll || command == kCmdRebuildAll || command == kCmdCleanAll;
+}
+
 std::function<int()> CounterFor(std::uint32_t command, BuildSession& session) {
   for (const WholeBuild& each : kWholeBuilds) {
     if (each.command != command) continue;
@@ -143,6 +148,8 @@ void CommandRunner::Run(std::uint32_t command) {
   waiting = command;
   isStopAsked = false;
   progress.emplace(CounterFor(command, session));
+  if (onAsked) onAsked();
+  session.Inspector().NoteCurrentNode();
   Approach();
 }
 
@@ -159,8 +166,10 @@ void CommandRunner::Approach() {
 }
 
 void CommandRunner::Start(std::uint32_t command) {
-  if (session.Manager().PrologCommand(command) == 0) {
-    if (waiter) waiter(BuildEnd::Refused);
+  // Meant is the node that was current when it was asked for.
+  const bool hasNode = IsOfProject(command) || session.Inspector().SelectNotedNode() != 0;
+  if (!hasNode || session.Manager().PrologCommand(command) == 0) {
+    TellEnd(BuildEnd::Refused);
     return;
   }
   session.BeginWork(&*progress);
@@ -209,6 +218,7 @@ void CommandRunner::TakeOver() {
   isUnkept = session.HasProject();
   building = kCmdBuildAll;
   session.Observe(&*progress);
+  if (onAsked) onAsked();
   if (onStarted) onStarted();
 }
 
@@ -267,7 +277,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
     isRestored = false;
     isRestoring = false;
     newsTimer.stop();
-    if (std::exchange(waiting, 0) != 0 && waiter) waiter(BuildEnd::Refused);
+    if (std::exchange(waiting, 0) != 0) TellEnd(BuildEnd::Refused);
     // The server opens projects by itself, too: the wizard's, and the one that stands in for none.
     if (isOpening) return;
     QTimer::singleShot(0, this, [this] {

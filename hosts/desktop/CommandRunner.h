@@ -57,13 +57,17 @@ class CommandRunner : public QObject {
   void FollowStop();
   // From the moment that one was asked for until its results are kept.
   bool IsBuilding() const { return building != 0 || waiting != 0; }
+  // It begins as soon as the options of the whole project are known.
+  bool IsWaiting() const { return waiting != 0; }
   bool IsStopping() const { return IsBuilding() && isStopAsked; }
   // Whether the build that runs, or the last one, only takes away what was built.
   bool IsCleaning() const { return isCleaning; }
   // Of the build that runs, or the last one; null ahead of the first. The next one makes it anew.
   const BuildProgress* GetProgress() const { return progress ? &*progress : nullptr; }
 
-  // A build has begun, or ended. Any of them may be empty.
+  // A build is asked for, has begun, has ended, which it does also when it never began. Any of them
+  // may be empty.
+  std::function<void()> onAsked;
   std::function<void()> onStarted;
   std::function<void(BuildEnd end)> onEnded;
   // The user wants to see the options of what has been made the current node.

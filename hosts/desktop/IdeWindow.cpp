@@ -90,7 +90,8 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
     options->ChooseConfiguration(ToQt(name));
   };
   menuCommands.pictureFolder = FolderOf(session->GetFolders().ConfigFile(files));
-  runner->onStarted = [this] { OnBuildStarted(); };
+  runner->onAsked = [this] { OnBuildAsked(); };
+  runner->onStarted = [this] { options->SetBuilding(true); };
   runner->onProjectChanged = [this] { OnProjectChanged(); };
   runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
   progress = new StatusProgress(*runner, this);
@@ -563,15 +564,18 @@ void IdeWindow::AddToolBar(const std::string& xml) {
   FillServerToolBar(*serverBar, xml, menuCommands);
 }
 
-void IdeWindow::OnBuildStarted() {
+void IdeWindow::OnBuildAsked() {
   // A message would hide how the build goes.
   statusBar()->clearMessage();
-  options->SetBuilding(true);
+  // A value that the user is still writing is meant to be built.
+  options->FinishEditing();
+  area->ProjectBanner().SetReady(false, tr("The project is being built."));
   progress->Begin(ToQt(FolderOf(session->GetProjectPath())));
 }
 
 void IdeWindow::OnBuildEnded(BuildEnd end) {
   options->SetBuilding(false);
+  area->ProjectBanner().SetReady(true, {});
   progress->End(end);
   problemMarks->Refresh();
   if (isClosing) close();

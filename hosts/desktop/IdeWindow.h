@@ -78,7 +78,7 @@ class IdeWindow : public QMainWindow {
   void ShowPopup(const std::string& name, QPoint screen);
   void AddMenu(const std::string& xml);
   void AddToolBar(const std::string& xml);
-  void OnBuildStarted();
+  void OnBuildAsked();
   void OnBuildEnded(BuildEnd end);
   void ShowLog();
   void OnProjectChanged();

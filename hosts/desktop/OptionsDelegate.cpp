@@ -273,6 +273,10 @@ void OptionsDelegate::Close(QWidget* editor) {
   Q_EMIT closeEditor(editor, NoHint);
 }
 
+void OptionsDelegate::FinishOpen() {
+  if (open && hasText) Finish(open);
+}
+
 void OptionsDelegate::Abandon() {
   if (open) Close(open);
 }

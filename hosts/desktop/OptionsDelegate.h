@@ -27,6 +27,8 @@ class OptionsDelegate : public QStyledItemDelegate {
   // The user wants the inherited value back.
   std::function<void(const QModelIndex& index)> onReset;
 
+  // Hands on what the user has written in an editor that is open, unless it can't be taken.
+  void FinishOpen();
   // Closes an editor that is open; what the user has written is gone.
   void Abandon();
 

@@ -268,6 +268,10 @@ void OptionsWindow::OnNodeLoaded() {
   }
 }
 
+void OptionsWindow::FinishEditing() {
+  grid->Delegate().FinishOpen();
+}
+
 void OptionsWindow::SetBuilding(bool on) {
   isBuilding = on;
   ShowState();

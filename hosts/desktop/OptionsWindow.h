@@ -34,6 +34,8 @@ class OptionsWindow : public QWidget {
 
   // The server has a node in hand, another one or the same anew.
   void OnNodeLoaded();
+  // Stores what the user is writing, unless it is nothing that can be stored.
+  void FinishEditing();
   // While a build runs nothing can be changed.
   void SetBuilding(bool on);
   // For menus: what can be chosen, and what they do. They ask the user for what they need, and do

@@ -24,8 +24,9 @@ QString WordFor(BuildEnd end, const CommandRunner& runner) {
                                                     : StatusProgress::tr("Build succeeded");
     case BuildEnd::Stopped:
       return StatusProgress::tr("Build stopped");
-    case BuildEnd::Failed:
     case BuildEnd::Refused:
+      return StatusProgress::tr("Build not started");
+    case BuildEnd::Failed:
       break;
   }
   return StatusProgress::tr("Build failed");
@@ -125,7 +126,8 @@ void StatusProgress::ShowRunning() {
   bar->setRange(0, total);
   bar->setValue(number > 0 ? number - 1 : 0);
   if (number == 0) {
-    text->setText(tr("Building..."));
+    text->setText(runner.IsWaiting() ? tr("Waiting for the options of the project...")
+                                     : tr("Building..."));
     return;
   }
   QString name = ToQt(progress.GetSubject());

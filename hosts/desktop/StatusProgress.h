@@ -23,7 +23,7 @@ class StatusProgress : public QWidget {
   // Borrows the runner.
   StatusProgress(CommandRunner& commands, QWidget* parent);
 
-  // The runner has begun a build. Paths below the folder are shown without it.
+  // The runner has been asked for a build. Paths below the folder are shown without it.
   void Begin(const QString& projectFolder);
   void End(BuildEnd end);
   // A text of its own, until the next build.

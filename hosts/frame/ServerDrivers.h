@@ -114,6 +114,10 @@ class InspectorDriver : public COleDispatchDriver {
   }
   // The numbers of the children on the way from the project, in GetTree; 0 when there is none.
   std::int32_t SelectNodeByPlace(const std::string& place) { return InvokeLong(15, {place}); }
+  // Remembers the current node.
+  std::int32_t NoteCurrentNode() { return InvokeLong(19, {}); }
+  // Makes it current again; 0 when it may be gone.
+  std::int32_t SelectNotedNode() { return InvokeLong(20, {}); }
   // Another number whenever a save would write something else.
   std::int32_t GetChangeCount() { return InvokeLong(16, {}); }
   // The project's files as a save would write them: "<bytes> <path>\n" and the bytes, of each.

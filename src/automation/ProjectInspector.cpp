@@ -124,6 +124,8 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetChangeCount>("GetChangeCount", 16, {}),
       Method<&I::GetFileTexts>("GetFileTexts", 17, {}),
       Method<&I::PublishFor>("PublishFor", 18, {"milliseconds"}),
+      Method<&I::NoteCurrentNode>("NoteCurrentNode", 19, {}),
+      Method<&I::SelectNotedNode>("SelectNotedNode", 20, {}),
   });
   return table;
 }
@@ -136,6 +138,7 @@ CProjectModel* CProjectInspector::Model() const {
 std::int32_t CProjectInspector::Attach(IDispatch* managerObject) {
   if (dynamic_cast<CProjectManager*>(managerObject) == nullptr) return 0;
   manager = DispatchPtr(managerObject);
+  notedNode = nullptr;
   return 1;
 }
 
@@ -316,6 +319,21 @@ std::int32_t CProjectInspector::SelectNodeByPlace(const char* place) {
   }
   model->SetCurrentNode(node);
   return model->GetCurrentNode() == node ? 1 : 0;
+}
+
+std::int32_t CProjectInspector::NoteCurrentNode() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  notedNode = model->GetCurrentNode();
+  notedEpoch = model->GetTreeEpoch();
+  return 1;
+}
+
+std::int32_t CProjectInspector::SelectNotedNode() {
+  CProjectModel* model = Model();
+  if (model == nullptr || notedNode == nullptr || model->GetTreeEpoch() != notedEpoch) return 0;
+  if (model->GetCurrentNode() != notedNode) model->SetCurrentNode(notedNode);
+  return model->GetCurrentNode() == notedNode ? 1 : 0;
 }
 
 std::int32_t CProjectInspector::GetChangeCount() {

@@ -43,6 +43,11 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // project, from 0 on, with slashes between; empty for the project. 0 when there is none, or none
   // was made current.
   std::int32_t SelectNodeByPlace(const char* place);
+  // Remembers the current node.
+  std::int32_t NoteCurrentNode();
+  // Makes that node current again; 0 when nodes were taken out of the tree since, or none was made
+  // current.
+  std::int32_t SelectNotedNode();
   // A number that is another one as soon as a save would write something else.
   std::int32_t GetChangeCount();
   // The project's files as a save would write them now: of each the count of its bytes, a blank,
@@ -71,6 +76,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
 
   const ServerLock lock;
   DispatchPtr manager;
+  CXmlNode* notedNode = nullptr;
+  std::uint64_t notedEpoch = 0;  // of the tree
 };
 
 }  // namespace tarn

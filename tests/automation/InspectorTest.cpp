@@ -65,6 +65,8 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"GetChangeCount", 16, {}, "0", "0"},
       {"GetFileTexts", 17, {}, "''", "''"},
       {"PublishFor", 18, {5}, "1", "1"},
+      {"NoteCurrentNode", 19, {}, "0", "1"},
+      {"SelectNotedNode", 20, {}, "0", "1"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
@@ -129,6 +131,12 @@ TEST_F(Inspector, SelectsTheNodeAtAPlaceOfTheTree) {
   for (const char* const none : {"7", "0/0/0/0", "-1", "0/x", "99999999999"}) {
     EXPECT_EQ(selected(none), "0 C") << none;
   }
+  EXPECT_EQ(Ask(19), "1");
+  EXPECT_EQ(selected("0"), "1 Application");
+  EXPECT_EQ(Ask(20), "1");
+  EXPECT_EQ(world.Manager().GetModel()->GetCurrentNode()->GetName(), "C");
+  EXPECT_EQ(world.Call("ProjectClose"), "1");
+  EXPECT_EQ(Ask(20), "0") << "gone";
 }
 
 TEST_F(Inspector, GivesTheFilesAsASaveWritesThemAndTellsOfEachChange) {

@@ -83,6 +83,26 @@ TEST_F(BuildLifeTest, AProjectThatIsClosedBehindItsBuildKeepsWhatWasReported) {
   EXPECT_EQ(Build(), 0);
 }
 
+TEST_F(BuildLifeTest, ABuildThatWaitsSaysSoAndIsOfTheNodeItWasAskedFor) {
+  ASSERT_NO_FATAL_FAILURE(MakeLarge());
+  QCoreApplication::processEvents();
+  NoteEnd();
+  Select("led.c");
+  window->Commands().Run(kCmdBuildNode);
+  ASSERT_TRUE(window->Commands().IsWaiting());
+  bool isTold = false;
+  for (const QLabel* const each : window->statusBar()->findChildren<QLabel*>()) {
+    isTold = isTold || (each->isVisible() && each->text().startsWith("Waiting"));
+  }
+  EXPECT_TRUE(isTold);
+  Select("main.c");
+  ASSERT_TRUE(window->Commands().IsWaiting());
+  ASSERT_TRUE(AwaitBuild());
+  EXPECT_EQ(ended, BuildEnd::Succeeded);
+  EXPECT_TRUE(IsBuilt("blinky-avr.obj/src/drivers/led.c.o"));
+  EXPECT_FALSE(IsBuilt("blinky-avr.obj/src/main.c.o"));
+}
+
 TEST_F(BuildLifeTest, TheServersOwnQuestionStopsABuildWithItsTools) {
   folder.Write("bin/avr-gcc", "#!/bin/sh\nsleep 60\n");
   std::filesystem::permissions(folder / "bin/avr-gcc", std::filesystem::perms::owner_all);

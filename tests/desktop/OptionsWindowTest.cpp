@@ -230,6 +230,8 @@ TEST_F(IdeOptionsTest, KeysTurnAYesIntoANoAndAListStartsFromWhatIsInherited) {
 }
 
 TEST_F(IdeOptionsTest, WhileABuildRunsTheOptionsCanBeReadAndNotChanged) {
+  // What is still being written belongs to it.
+  QTest::keyClicks(Edit<QLineEdit>("C.Compiler.Extra"), "-v");
   window->Commands().Run(kCmdRebuildAll);
   ASSERT_TRUE(window->Commands().IsBuilding());
   EXPECT_TRUE(Find<QLabel>("notice")->isVisible());
@@ -240,6 +242,8 @@ TEST_F(IdeOptionsTest, WhileABuildRunsTheOptionsCanBeReadAndNotChanged) {
   EXPECT_FALSE(Find<QLabel>("notice")->isVisible());
   EXPECT_EQ(Shown("C.Compiler.Debug"), "Yes|blinky-avr");
   EXPECT_NE(Edit<QComboBox>("C.Compiler.Optimize"), nullptr);
+  EXPECT_EQ(Select("led.c"), "led.c");
+  EXPECT_EQ(Shown("C.Compiler.Extra"), "-v|set here");
 }
 
 TEST_F(IdeOptionsTest, ABuildThatAnotherHasStartedKeepsItsNodesAsTheyAre) {

@@ -347,6 +347,10 @@
         <source>Another project can be opened as soon as the build has ended.</source>
         <translation>Ein anderes Projekt kann geöffnet werden, sobald das Erstellen beendet ist.</translation>
     </message>
+    <message>
+        <source>The project is being built.</source>
+        <translation>Das Projekt wird gerade erstellt.</translation>
+    </message>
 </context>
 <context>
     <name>PageView</name>
@@ -534,6 +538,14 @@
     <message>
         <source>Building file %1</source>
         <translation>Erstellt wird Datei %1</translation>
+    </message>
+    <message>
+        <source>Build not started</source>
+        <translation>Erstellen nicht begonnen</translation>
+    </message>
+    <message>
+        <source>Waiting for the options of the project...</source>
+        <translation>Warten auf die Optionen des Projekts …</translation>
     </message>
 </context>
 <context>

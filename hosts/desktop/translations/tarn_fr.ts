@@ -347,6 +347,10 @@
         <source>Another project can be opened as soon as the build has ended.</source>
         <translation>Un autre projet pourra être ouvert dès que la génération sera terminée.</translation>
     </message>
+    <message>
+        <source>The project is being built.</source>
+        <translation>Le projet est en cours de génération.</translation>
+    </message>
 </context>
 <context>
     <name>PageView</name>
@@ -534,6 +538,14 @@
     <message>
         <source>Building file %1</source>
         <translation>Génération du fichier %1</translation>
+    </message>
+    <message>
+        <source>Build not started</source>
+        <translation>Génération non démarrée</translation>
+    </message>
+    <message>
+        <source>Waiting for the options of the project...</source>
+        <translation>Attente des options du projet…</translation>
     </message>
 </context>
 <context>
