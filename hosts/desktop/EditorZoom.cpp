@@ -54,7 +54,7 @@ QList<QAction*> EditorZoom::MakeActions() {
       make(tr("Zoom &in"), {Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal},
            [this] { return points + 1; }),
       make(tr("Zoom &out"), {Qt::CTRL | Qt::Key_Minus}, [this] { return points - 1; }),
-      make(tr("&Usual size"), {Qt::CTRL | Qt::Key_0}, [] { return 0; }),
+      make(tr("Reset &zoom"), {Qt::CTRL | Qt::Key_0}, [] { return 0; }),
   };
 }
 

@@ -158,8 +158,8 @@
         <translation>Ver&amp;kleinern</translation>
     </message>
     <message>
-        <source>&amp;Usual size</source>
-        <translation>&amp;Normale Größe</translation>
+        <source>Reset &amp;zoom</source>
+        <translation>&amp;Zoom zurücksetzen</translation>
     </message>
 </context>
 <context>

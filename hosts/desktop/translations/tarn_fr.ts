@@ -158,8 +158,8 @@
         <translation>Zoom a&amp;rrière</translation>
     </message>
     <message>
-        <source>&amp;Usual size</source>
-        <translation>Taille &amp;normale</translation>
+        <source>Reset &amp;zoom</source>
+        <translation>Réinitialiser le &amp;zoom</translation>
     </message>
 </context>
 <context>
