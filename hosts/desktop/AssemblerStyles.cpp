@@ -81,6 +81,7 @@ class Styler {
     const char c = rest.front();
     if (c == '\n') {
       hasOperation = false;
+      lacksQuote = false;
       Take(1, AssemblerStyle::Plain);
     } else if (c == ';' || rest.starts_with("//")) {
       Take(LengthOfLine(), AssemblerStyle::Comment);
@@ -105,17 +106,24 @@ class Styler {
     Take(end == Rest().npos ? end : end + 2, AssemblerStyle::BlockComment);
   }
 
-  // A character may go without the second quote.
+  // A character may go without the second quote; of a line that lacks one, the rest needs no look.
   void TakeString(char quote) {
-    const std::string_view line = Rest().substr(0, LengthOfLine());
+    const std::string_view rest = Rest();
+    const auto isInLine = [&](std::size_t at) {
+      return at < rest.size() && rest[at] != '\r' && rest[at] != '\n';
+    };
+    const bool isCharacter = quote == '\'';
     std::size_t end = 1;
-    while (end < line.size() && line[end] != quote) end += line[end] == '\\' ? 2 : 1;
-    if (end < line.size() || quote == '"') {
-      Take(std::min(end + 1, line.size()), AssemblerStyle::String);
-    } else {
-      Take(std::min<std::size_t>(line.size(), line.substr(1).starts_with('\\') ? 3 : 2),
-           AssemblerStyle::String);
+    while (!(isCharacter && lacksQuote) && isInLine(end) && rest[end] != quote) {
+      end += rest[end] == '\\' && isInLine(end + 1) ? 2 : 1;
     }
+    const bool isClosed = isInLine(end) && rest[end] == quote && !(isCharacter && lacksQuote);
+    if (isCharacter && !isClosed) {
+      lacksQuote = true;
+      end = rest.substr(1).starts_with('\\') ? 3 : 2;
+      while (!isInLine(end - 1)) --end;
+    }
+    Take(isClosed ? end + 1 : end, AssemblerStyle::String);
   }
 
   // A line for the preprocessor or for the assembler itself, up to a comment. Another line that
@@ -167,6 +175,7 @@ class Styler {
   std::string_view text;
   std::string styles;
   bool hasOperation = false;  // in this line; what follows are operands
+  bool lacksQuote = false;    // and so has no more strings in single ones
   bool isNamed = false;       // the operation follows the name that it is about
 };
 

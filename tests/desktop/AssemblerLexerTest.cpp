@@ -40,6 +40,7 @@ TEST(AssemblerLexerTest, EachPartOfALineHasItsStyle) {
            Row{"cpi r1, 'x ; c", "MMM RR  SS ccc"},
            Row{"DB 'it;', \"open", "DD SSSSS  SSSSS"},
            Row{"r1/* a\nb */ r1\r\nr2", "MMCCCCCCCCC RR  MM"},
+           Row{"cpi r1, '\\n\ncpi r2, 'y'", "MMM RR  SSS MMM RR  SSS"},
            Row{"\\", " "},
        }) {
     EXPECT_EQ(Letters(StyleAssembler(row.text, false)), row.styles) << row.text;
