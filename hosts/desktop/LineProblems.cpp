@@ -24,7 +24,6 @@ constexpr Color kWarningColor = MakeColor(190, 130, 0);
 constexpr Color kErrorColor = MakeColor(205, 30, 30);
 // More of them would make a tip that is larger than the screen.
 constexpr int kTipMessages = 8;
-// A longer one is broken into lines; that is narrow, and breaks the names of options as well.
 constexpr qsizetype kTipLine = 100;
 
 using Base = QsciScintillaBase;
@@ -59,6 +58,18 @@ QImage Symbol(bool isError, qreal ratio) {
   painter.drawLine(QPointF(7, 5.4), QPointF(7, 8.6));
   painter.drawPoint(QPointF(7, 11));
   return image;
+}
+
+// As rich text. Left to itself, a tip breaks lines that are much shorter, and in options.
+QString BrokenUp(QStringView message) {
+  QString lines;
+  while (message.size() > kTipLine) {
+    const qsizetype blank = message.first(kTipLine + 1).lastIndexOf(u' ');
+    const qsizetype length = blank > 0 ? blank : kTipLine;
+    lines += message.first(length).toString().toHtmlEscaped() + "<br>";
+    message = message.sliced(length).trimmed();
+  }
+  return lines + message.toString().toHtmlEscaped();
 }
 
 }  // namespace
@@ -152,18 +163,17 @@ void LineProblems::OnModified(int position, int kind, int linesAdded) {
 
 QString LineProblems::TextAt(QPoint place) const {
   const int line = problems.empty() ? -1 : LineAt(place);
-  QStringList texts;
+  QString texts;
+  int count = 0;
   for (const LineProblem& each : problems) {
     if (each.line != line) continue;
-    if (texts.size() == kTipMessages) {
-      texts += QString(QChar(0x2026));
+    if (++count > kTipMessages) {
+      texts += QChar(0x2026);
       break;
     }
-    texts += QString(each.message.size() <= kTipLine ? "<div style='white-space:nowrap'>%1</div>"
-                                                     : "<div>%1</div>")
-                 .arg(each.message.toHtmlEscaped());
+    texts += "<div style='white-space:nowrap'>" + BrokenUp(each.message) + "</div>";
   }
-  return texts.isEmpty() ? QString() : "<qt>" + texts.join(QString()) + "</qt>";
+  return texts.isEmpty() ? QString() : "<qt>" + texts + "</qt>";
 }
 
 // -1 beside the texts and below them.

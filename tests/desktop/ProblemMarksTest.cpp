@@ -111,6 +111,11 @@ TEST_F(ProblemMarksTest, TellsUnderTheMouseWhatIsWrong) {
   const int height = editor.textHeight(0);
   const QString text = editor.Problems().TextAt({2, height * 3 / 2});
   EXPECT_TRUE(text.contains("a &lt; b")) << text.toStdString();
+  editor.Problems().Add({{1, true, QString("ninechars ").repeated(11) + QString(150, 'x')}});
+  EXPECT_TRUE(editor.Problems()
+                  .TextAt({2, height * 3 / 2})
+                  .contains(QString("ninechars ").repeated(10).trimmed() + "<br>ninechars<br>" +
+                            QString(100, 'x') + "<br>" + QString(50, 'x') + "<"));
   EXPECT_EQ(editor.Problems().TextAt({2, height / 2}), "") << "another line";
   EXPECT_EQ(editor.Problems().TextAt({580, height * 3 / 2}), "") << "behind the text";
   EXPECT_EQ(editor.Problems().TextAt({2, height * 8}), "") << "below the text";
