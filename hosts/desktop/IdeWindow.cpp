@@ -1,11 +1,8 @@
 #include "hosts/desktop/IdeWindow.h"
 
-#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDir>
 #include <QDockWidget>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
@@ -13,9 +10,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPointer>
-#include <QScopedValueRollback>
 #include <QStatusBar>
-#include <QToolBar>
 #include <QUrl>
 #include <algorithm>
 #include <cstdlib>
@@ -28,31 +23,21 @@
 #include "hosts/desktop/EditorStatus.h"
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/OptionsWindow.h"
-#include "hosts/desktop/RecentMenu.h"
-#include "hosts/desktop/RecentProjects.h"
 #include "hosts/desktop/StatusProgress.h"
 #include "hosts/desktop/TreeFilter.h"
 #include "hosts/desktop/WelcomePage.h"
-#include "hosts/frame/LogEntry.h"
 #include "platform/paths/Paths.h"
 #include "platform/qt/QtText.h"
-#include "platform/qt/WidgetPeer.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
 
 namespace {
 
-constexpr int kProjectWindow = 4003;
-// The log's popup menu goes by the number of its window.
-constexpr const char* kLogPopup = "4004";
-constexpr int kLogWindow = 4004;
 // How late a button of the tool bar may show what can be done.
 constexpr int kRefreshMs = 250;
 constexpr QSize kFirstSize{1280, 800};
-constexpr int kFirstTreeWidth = 280;
 constexpr int kFirstOptionsWidth = 400;
-constexpr int kFirstOutputHeight = 220;
 
 std::vector<std::string> LocalFilesOf(const QMimeData& data) {
   std::vector<std::string> paths;
@@ -76,8 +61,39 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
       runner(std::make_unique<CommandRunner>(frame, *session, fileSystem)),
       files(fileSystem),
       dialogs(frame.GetHandle(), this),
-      projectWatch(fileSystem, this),
       editors(new EditorTabs(fileSystem, this)) {
+  setDockNestingEnabled(true);
+  // The tree has the whole height, as projects are deep; what tools say needs width.
+  setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+  setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
+  setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
+  setAcceptDrops(true);
+  resize(kFirstSize);
+  MakeMenuCommands();
+  surface = std::make_unique<ServerSurface>(*this, frame, menuCommands);
+  surface->onTree = [this](QWidget& tree) { return MakeTreeFilter(tree); };
+  AddCentre();
+  AddStatusBar();
+  AddProblems();
+  AddMenus();
+  AddOptionsDock();
+  FollowBuilds();
+  AnswerMessages();
+  ShowTitle();
+}
+
+// The server's windows go before the docks that hold them, and the options before the server that
+// they ask: a window that goes takes the keyboard out of its fields.
+IdeWindow::~IdeWindow() {
+  notices.reset();
+  project.reset();
+  frame.Answer(kMsgPaneCaption, {});
+  delete options;
+  runner.reset();
+  session.reset();
+}
+
+void IdeWindow::MakeMenuCommands() {
   menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
   menuCommands.run = [this](std::uint32_t command) {
     // The command itself takes the name that the options window holds for it.
@@ -90,96 +106,81 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
     options->ChooseConfiguration(ToQt(name));
   };
   menuCommands.pictureFolder = FolderOf(session->GetFolders().ConfigFile(files));
+}
+
+// The editors, and what stands in their place while there are none.
+void IdeWindow::AddCentre() {
+  const std::string shared = HostFolders::FromEnvironment(files).application;
+  auto* const welcome = new WelcomePage(FindExamples(files, shared + "examples"),
+                                        ToQt(shared) + "config/resources/", this);
+  area = new EditorArea(*editors, *welcome, this);
+  setCentralWidget(area);
+  project = std::make_unique<ProjectActions>(*this, files, *session, *runner, *editors,
+                                             area->ProjectBanner());
+  project->onRecentChanged = [welcome] { welcome->FillRecent(); };
+  welcome->onOpen = [this] { project->Choose(); };
+  welcome->onNew = [this] { project->New(); };
+  welcome->onExample = [this](const Example& example) { project->OpenExample(example); };
+  welcome->onRecent = [this](const QString& path) { project->Open(FromQt(path)); };
+}
+
+void IdeWindow::AddStatusBar() {
+  progress = new StatusProgress(*runner, this);
+  progress->onShowLog = [this] { surface->ShowLog(); };
+  statusBar()->addWidget(progress, 1);
+  notices = std::make_unique<ServerNotices>(frame, files, *statusBar());
+  notices->onSelectionChanged = [this] { surface->RefreshToolBars(); };
+  notices->isBuilding = [this] { return runner->IsBuilding(); };
+  notices->openText = [this](const std::string& path) { OpenFile(path, 0); };
+  statusBar()->addPermanentWidget(new EditorStatus(*editors, this));
+}
+
+// What leads from what is known of the sources to their lines.
+void IdeWindow::AddProblems() {
+  const auto open = [this](const std::string& path, int line) { OpenFile(path, line); };
+  problems = std::make_unique<ProblemNavigator>(files, *statusBar());
+  problems->open = open;
+  problemMarks = std::make_unique<ProblemMarks>(problems->GetList(), *editors);
+  declarations = std::make_unique<DeclarationSearch>(*editors, *statusBar());
+  declarations->askGlobals = [this] { return session->Inspector().GetGlobals({}, {}); };
+  declarations->open = open;
+  editors->onFollowName = [this] { declarations->Go(); };
+}
+
+// The server's menus come behind these.
+void IdeWindow::AddMenus() {
+  QMenu* const file = menuBar()->addMenu(tr("&File"));
+  project->AddOpening(*file);
+  file->addSeparator();
+  file->addAction(tr("&Save"), QKeySequence::Save, this, [this] { editors->SaveCurrent(); });
+  file->addAction(tr("Save &all"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, this,
+                  [this] { project->SaveAll(); });
+  file->addAction(tr("&Close file"), QKeySequence::Close, this,
+                  [this] { editors->CloseCurrent(); });
+  file->addSeparator();
+  file->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
+  editMenu = MakeEditMenu(*this, *editors, area->Finder(), *declarations);
+  project->AddHistory(*editMenu);
+  menuBar()->addMenu(editMenu);
+  panes.editor = [this] { return editors->Current(); };
+  menuBar()->addMenu(layout.MakeMenu({panes.Actions(), editors->Zoom().MakeActions()}));
+}
+
+void IdeWindow::FollowBuilds() {
   runner->onAsked = [this] { OnBuildAsked(); };
   runner->onStarted = [this] { options->SetBuilding(true); };
-  runner->onProjectChanged = [this] { OnProjectChanged(); };
   runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
-  progress = new StatusProgress(*runner, this);
-  progress->onShowLog = [this] { ShowLog(); };
-  statusBar()->addWidget(progress, 1);
+  runner->onProjectChanged = [this] { OnProjectChanged(); };
+  runner->onProjectClosing = [this] { notices->Forget(); };
   // A script's build doesn't hold the window.
   session->Scripts().runBuild = [this](const BuildRequest& request) {
     return runner->RunAndWait(request);
   };
   session->Scripts().awaitBuild = [this] { return runner->AwaitBuild(); };
   dialogs.onAccepted = [this] { QTimer::singleShot(0, this, [this] { runner->FollowStop(); }); };
-  notices = std::make_unique<ServerNotices>(frame, files, *statusBar());
-  notices->onSelectionChanged = [this] {
-    if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);
-  };
-  notices->isBuilding = [this] { return runner->IsBuilding(); };
-  notices->openText = [this](const std::string& path) { OpenFile(path, 0); };
-  runner->onProjectClosing = [this] { notices->Forget(); };
-  problems = std::make_unique<ProblemNavigator>(files, *statusBar());
-  problemMarks = std::make_unique<ProblemMarks>(problems->GetList(), *editors);
-  problems->open = [this](const std::string& path, int line) { OpenFile(path, line); };
-  declarations = std::make_unique<DeclarationSearch>(*editors, *statusBar());
-  declarations->askGlobals = [this] { return session->Inspector().GetGlobals({}, {}); };
-  declarations->open = [this](const std::string& path, int line) { OpenFile(path, line); };
-  editors->onFollowName = [this] { declarations->Go(); };
-  setDockNestingEnabled(true);
-  // The tree has the whole height, as projects are deep; what tools say needs width.
-  setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-  setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
-  setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
-  setAcceptDrops(true);
-  welcome = MakeWelcomePage();
-  area = new EditorArea(*editors, *welcome, this);
-  setCentralWidget(area);
-  Banner& banner = area->ProjectBanner();
-  banner.onFirst = [this] { ReloadProject(); };
-  banner.onSecond = [this, &banner] {
-    projectWatch.Follow(editorsProject);
-    banner.hide();
-  };
-  projectWatch.onChanged = [&banner] {
-    banner.Tell(tr("The project's files have been changed by another program."));
-  };
-  statusBar()->addPermanentWidget(new EditorStatus(*editors, this));
-  resize(kFirstSize);
-  AddFileMenu();
-  editMenu = MakeEditMenu(*this, *editors, area->Finder(), *declarations);
-  AddHistory();
-  menuBar()->addMenu(editMenu);
-  AddOptionsDock();
-  panes.editor = [this] { return editors->Current(); };
-  menuBar()->addMenu(layout.MakeMenu(panes.Actions() + editors->Zoom().MakeActions()));
-  AnswerMessages();
-  ShowTitle();
-}
-
-// The server's windows go before the docks that hold them, and the options before the server that
-// they ask: a window that goes takes the keyboard out of its fields.
-IdeWindow::~IdeWindow() {
-  notices.reset();
-  history.reset();
-  frame.Answer(kMsgPaneCaption, {});
-  delete options;
-  runner.reset();
-  session.reset();
 }
 
 void IdeWindow::AnswerMessages() {
-  frame.Answer(kMsgAnnounceWindow, [this](const HostEvent& event) {
-    AddDock(event);
-    return std::intptr_t{1};
-  });
-  frame.Answer(kMsgAddMainMenu, [this](const HostEvent& event) {
-    AddMenu(event.detail);
-    return std::intptr_t{1};
-  });
-  frame.Answer(kMsgCreateToolbar, [this](const HostEvent& event) {
-    AddToolBar(event.detail);
-    return std::intptr_t{1};
-  });
-  frame.Answer(kMsgShowPopupMenu, [this](const HostEvent& event) {
-    const auto& place = *reinterpret_cast<const Point*>(event.wParam);
-    // Later: a menu would go with a mouse press that is still under way.
-    QTimer::singleShot(0, this, [this, screen = QPoint(place.x, place.y), name = event.detail] {
-      ShowPopup(name, screen);
-    });
-    return std::intptr_t{1};
-  });
   for (const HostMessage number : {kMsgOpenFileAtLine, kMsgOpenFile}) {
     frame.Answer(number, [this, number](const HostEvent& event) {
       // The file of a node comes without a place in it.
@@ -205,38 +206,17 @@ bool IdeWindow::Start() {
   // Behind the server's menus.
   problems->AddActions(*menuBar()->addMenu(tr("&Navigate")));
   session->Manager().GetProjectWindow();
-  logWindow = session->Manager().GetOutputWindow();
-  popups.Load(files, session->GetFolders().ConfigFile(files));
+  session->Manager().GetOutputWindow();
+  surface->LoadPopups(files, session->GetFolders().ConfigFile(files));
   layout.Restore();
   connect(&refreshTimer, &QTimer::timeout, this, [this] {
-    if (history->Note()) projectWatch.Include(history->GetFiles());
-    setWindowModified(!runner->GetProjectPath().empty() && history->HasUnsaved());
+    project->Note();
+    setWindowModified(project->HasUnsaved());
     if (runner->IsBuilding()) problemMarks->Refresh();
-    if (serverBar != nullptr) RefreshServerToolBar(*serverBar, menuCommands);
+    surface->RefreshToolBars();
   });
   refreshTimer.start(kRefreshMs);
   return true;
-}
-
-void IdeWindow::OpenProject(const std::string& path) {
-  if (session->HasProject() && QFileInfo(ToQt(path)) == QFileInfo(ToQt(session->GetProjectPath())))
-    return;
-  if (runner->IsBuilding()) {
-    QMessageBox::information(this, tr("Tarn"),
-                             tr("Another project can be opened as soon as the build has ended."));
-    return;
-  }
-  if (!editors->MayCloseAll()) return;
-  KeepEditors();
-  const QScopedValueRollback<bool> asked(isDiscarding, true);
-  if (const Status opened = runner->Open(path); !opened) {
-    const QString reason = ToQt(opened.GetError().text);
-    const QString text = tr("%1 can't be opened.").arg(ToQt(path));
-    QMessageBox::warning(this, tr("Tarn"), reason.isEmpty() ? text : text + "\n\n" + reason);
-    if (files.Exists(path)) return;
-    RecentProjects::Remove(ToQt(path));
-    welcome->FillRecent();
-  }
 }
 
 void IdeWindow::OpenPaths(const std::vector<std::string>& paths) {
@@ -245,7 +225,7 @@ void IdeWindow::OpenPaths(const std::vector<std::string>& paths) {
     if (!QFileInfo(ToQt(path)).isFile()) {
       missing += ToQt(path);
     } else if (EqualNoCase(SplitPath(path).extension, ".tprj")) {
-      OpenProject(path);
+      project->Open(path);
     } else {
       OpenFile(path, 0);
     }
@@ -262,135 +242,8 @@ void IdeWindow::OnProjectChanged() {
   problemMarks->SetFolder(FolderOf(path));
   problemMarks->Refresh();
   ShowTitle();
-  area->ProjectBanner().hide();
-  projectWatch.Follow(path);
-  history->Begin();
+  project->Follow();
   options->OnNodeLoaded();
-  if (path == editorsProject) return;
-  KeepEditors();
-  // What is not saved stays, unless the user has been asked for it.
-  editors->CloseAll(!isDiscarding);
-  editorsProject = path;
-  if (path.empty()) return;
-  RecentProjects::Note(path);
-  // The page stays as long as no file is open.
-  welcome->FillRecent();
-  editors->Restore(RecentProjects::EditorsOf(path));
-}
-
-void IdeWindow::KeepEditors() {
-  if (!editorsProject.empty()) RecentProjects::KeepEditors(editorsProject, editors->Describe());
-}
-
-void IdeWindow::AddHistory() {
-  history = std::make_unique<ProjectHistory>(*session, *runner);
-  editMenu->addSeparator();
-  QAction* const undo =
-      editMenu->addAction(tr("Undo project change"), Qt::CTRL | Qt::ALT | Qt::Key_Z, this,
-                          [this] { GoInHistory(&ProjectHistory::Undo); });
-  QAction* const redo =
-      editMenu->addAction(tr("Redo project change"), Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_Z,
-                          this, [this] { GoInHistory(&ProjectHistory::Redo); });
-  connect(editMenu, &QMenu::aboutToShow, this, [this, undo, redo] {
-    history->Note();
-    undo->setEnabled(history->CanUndo());
-    redo->setEnabled(history->CanRedo());
-  });
-  // Else the keys would be dead once they were looked up in vain.
-  connect(editMenu, &QMenu::aboutToHide, this, [undo, redo] {
-    undo->setEnabled(true);
-    redo->setEnabled(true);
-  });
-}
-
-void IdeWindow::GoInHistory(Status (ProjectHistory::*go)()) {
-  // What another program has written is to be decided on first.
-  if (!projectWatch.GetChanged().empty()) {
-    projectWatch.Look();
-    return;
-  }
-  if (const Status gone = (history.get()->*go)(); !gone) {
-    ShowFailure(gone.GetError());
-  }
-}
-
-void IdeWindow::ShowFailure(const Error& error) {
-  const QString text = ToQt(error.text);
-  QMessageBox::warning(this, tr("Tarn"),
-                       error.place.empty() ? text : ToQt(error.place) + "\n\n" + text);
-}
-
-void IdeWindow::SaveAll() {
-  if (!editors->SaveAll() || !history->HasUnsaved()) return;
-  history->Note();
-  runner->SaveProject();
-}
-
-void IdeWindow::ReloadProject() {
-  if (runner->IsBuilding()) return;
-  if (const Status opened = runner->ReopenWith(projectWatch.GetChanged()); !opened) {
-    ShowFailure(opened.GetError());
-  }
-}
-
-// The server closes the project first, so that the wizard can only make another one.
-void IdeWindow::NewProject() {
-  if (runner->IsBuilding()) return;
-  const std::string before = runner->GetProjectPath();
-  if (session->Manager().ProjectNew() != 0 || before.empty()) return;
-  // Behind the news of the project that stands in for none.
-  QTimer::singleShot(0, this, [this, before] { OpenProject(before); });
-}
-
-void IdeWindow::OpenExample(const Example& example) {
-  const QString folder = QFileDialog::getExistingDirectory(
-      this, tr("Where to put a copy of %1").arg(ToQt(example.name)), QDir::homePath());
-  if (folder.isEmpty()) return;
-  const Result<std::string> copied = CopyExample(files, example, FromQt(folder));
-  if (copied) {
-    OpenProject(*copied);
-  } else {
-    QMessageBox::warning(this, tr("Tarn"),
-                         tr("%1 can't be copied: %2")
-                             .arg(ToQt(copied.GetError().place), ToQt(copied.GetError().text)));
-  }
-}
-
-WelcomePage* IdeWindow::MakeWelcomePage() {
-  const std::string shared = HostFolders::FromEnvironment(files).application;
-  auto* const page = new WelcomePage(FindExamples(files, shared + "examples"),
-                                     ToQt(shared) + "config/resources/", this);
-  page->onOpen = [this] { ChooseProject(); };
-  page->onNew = [this] { NewProject(); };
-  page->onExample = [this](const Example& example) { OpenExample(example); };
-  page->onRecent = [this](const QString& path) { OpenProject(FromQt(path)); };
-  return page;
-}
-
-void IdeWindow::AddFileMenu() {
-  QMenu* const menu = menuBar()->addMenu(tr("&File"));
-  menu->addAction(tr("&New project..."), QKeySequence::New, this, [this] { NewProject(); });
-  menu->addAction(tr("&Open project..."), QKeySequence::Open, this, [this] { ChooseProject(); });
-  QMenu* const recent =
-      MakeRecentMenu(*this, [this](const QString& path) { OpenProject(FromQt(path)); });
-  menu->addMenu(recent);
-  // Later: its own entry that clears the list hears of the click behind this.
-  connect(
-      recent, &QMenu::triggered, this, [this] { welcome->FillRecent(); }, Qt::QueuedConnection);
-  menu->addSeparator();
-  menu->addAction(tr("&Save"), QKeySequence::Save, this, [this] { editors->SaveCurrent(); });
-  menu->addAction(tr("Save &all"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, this, [this] { SaveAll(); });
-  menu->addAction(tr("&Close file"), QKeySequence::Close, this,
-                  [this] { editors->CloseCurrent(); });
-  menu->addSeparator();
-  menu->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
-}
-
-void IdeWindow::ChooseProject() {
-  const QString chosen = QFileDialog::getOpenFileName(
-      this, tr("Open project"), QFileInfo(ToQt(runner->GetProjectPath())).path(),
-      tr("Projects (*.tprj)"));
-  if (!chosen.isEmpty()) OpenProject(FromQt(chosen));
 }
 
 void IdeWindow::OpenFile(const std::string& path, int line) {
@@ -406,7 +259,7 @@ void IdeWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
     editors->FollowDisk();
-    projectWatch.Look();
+    project->Look();
     // Another program may have built as well.
     problemMarks->Refresh();
   }
@@ -437,50 +290,13 @@ void IdeWindow::closeEvent(QCloseEvent* event) {
   if (!runner->IsBuilding()) {
     layout.Save();
     options->KeepLayout();
-    KeepEditors();
+    project->KeepEditors();
     QMainWindow::closeEvent(event);
     return;
   }
   isClosing = true;
   progress->Say(tr("Closing as soon as the build has stopped..."));
   event->ignore();
-}
-
-void IdeWindow::AddDock(const HostEvent& announcement) {
-  const auto* const window = reinterpret_cast<const CWnd*>(announcement.wParam);
-  QWidget* const widget = WidgetOf(*window);
-  if (widget == nullptr) return;
-  const auto element = ParseXml(announcement.detail);
-  const QString id = ToQt(AttributeOf(element.get(), "ID"));
-  // Announced whenever somebody asks for the window, a script for example.
-  if (findChild<QDockWidget*>("dock" + id) != nullptr) return;
-  auto* const dock = new QDockWidget(ToQt(AttributeOf(element.get(), "Title")), this);
-  dock->setObjectName("dock" + id);
-  dock->setWidget(widget);
-  // What takes the keyboard in it goes by its name, and gets the keyboard that the window is given.
-  for (auto* const view : dock->findChildren<QAbstractScrollArea*>()) {
-    if (view->accessibleName().isEmpty()) view->setAccessibleName(dock->windowTitle());
-    if (widget->focusProxy() == nullptr) widget->setFocusProxy(view);
-  }
-  if (id.toInt() == kProjectWindow) {
-    AddTreeShortcuts(*widget, menuCommands);
-    runner->isOccupied = [tree = QPointer<QWidget>(widget)] {
-      const auto* const field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
-      return field != nullptr && tree != nullptr && tree->isAncestorOf(field);
-    };
-    dock->setWidget(MakeTreeFilter(*widget));
-    addDockWidget(Qt::LeftDockWidgetArea, dock);
-    resizeDocks({dock}, {kFirstTreeWidth}, Qt::Horizontal);
-    return;
-  }
-  if (id.toInt() == kLogWindow) logDock = dock;
-  addDockWidget(Qt::BottomDockWidgetArea, dock);
-  if (lastBottomDock != nullptr) {
-    tabifyDockWidget(lastBottomDock, dock);
-    dock->raise();
-  }
-  lastBottomDock = dock;
-  resizeDocks({dock}, {kFirstOutputHeight}, Qt::Vertical);
 }
 
 void IdeWindow::AddOptionsDock() {
@@ -513,25 +329,11 @@ std::vector<ConfigurationEntry> IdeWindow::ListConfigurations() {
   return entries;
 }
 
-void IdeWindow::ShowPopup(const std::string& name, QPoint screen) {
-  MenuCommands commands = menuCommands;
-  if (name == kLogPopup) {
-    // The log has its own idea of what is copied and cleared, and when.
-    const auto isLogs = [](std::uint32_t command) {
-      return command >= kCmdClearLog && command <= kCmdCutLog;
-    };
-    commands.isEnabled = [this, isLogs](std::uint32_t command) {
-      return isLogs(command) || menuCommands.isEnabled(command);
-    };
-    commands.run = [this, isLogs](std::uint32_t command) {
-      if (!isLogs(command)) return menuCommands.run(command);
-      SendWindowMessage(logWindow, kMsgCommand, command, 0);
-    };
-  }
-  popups.Show(name, screen, commands, *this);
-}
-
 QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
+  runner->isOccupied = [watched = QPointer<QWidget>(&tree)] {
+    const auto* const field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    return field != nullptr && watched != nullptr && watched->isAncestorOf(field);
+  };
   const std::string shared = HostFolders::FromEnvironment(files).application;
   auto* const filter = new TreeFilter(tree, ToQt(shared) + "config/resources/", this);
   filter->askNodes = [this] {
@@ -552,18 +354,6 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
   return filter;
 }
 
-void IdeWindow::AddMenu(const std::string& xml) {
-  QMenu* const menu = MakeServerMenu(xml, menuCommands, *this);
-  menuBar()->addMenu(menu);
-}
-
-void IdeWindow::AddToolBar(const std::string& xml) {
-  if (serverBar != nullptr) return;
-  serverBar = addToolBar(QString());
-  serverBar->setObjectName("serverBar");
-  FillServerToolBar(*serverBar, xml, menuCommands);
-}
-
 void IdeWindow::OnBuildAsked() {
   // A message would hide how the build goes.
   statusBar()->clearMessage();
@@ -579,13 +369,6 @@ void IdeWindow::OnBuildEnded(BuildEnd end) {
   progress->End(end);
   problemMarks->Refresh();
   if (isClosing) close();
-}
-
-void IdeWindow::ShowLog() {
-  if (logDock == nullptr) return;
-  logDock->show();
-  logDock->raise();
-  logDock->widget()->setFocus();
 }
 
 void IdeWindow::ShowTitle() {

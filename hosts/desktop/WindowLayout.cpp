@@ -37,14 +37,13 @@ void WindowLayout::Reset() {
   window.restoreState(firstState, kVersion);
 }
 
-QMenu* WindowLayout::MakeMenu(const QList<QAction*>& actions) {
+QMenu* WindowLayout::MakeMenu(const QList<QList<QAction*>>& groups) {
   auto* const menu = new QMenu(QCoreApplication::translate("WindowLayout", "&View"), &window);
-  QObject::connect(menu, &QMenu::aboutToShow, menu,
-                   [this, menu, actions] { Fill(*menu, actions); });
+  QObject::connect(menu, &QMenu::aboutToShow, menu, [this, menu, groups] { Fill(*menu, groups); });
   return menu;
 }
 
-void WindowLayout::Fill(QMenu& menu, const QList<QAction*>& actions) {
+void WindowLayout::Fill(QMenu& menu, const QList<QList<QAction*>>& groups) {
   menu.clear();
   for (const QDockWidget* const dock : window.findChildren<QDockWidget*>()) {
     menu.addAction(dock->toggleViewAction());
@@ -55,8 +54,10 @@ void WindowLayout::Fill(QMenu& menu, const QList<QAction*>& actions) {
     menu.addAction(bar->toggleViewAction());
   }
   menu.addSeparator();
-  menu.addActions(actions);
-  menu.addSeparator();
+  for (const QList<QAction*>& group : groups) {
+    menu.addActions(group);
+    menu.addSeparator();
+  }
   menu.addAction(QCoreApplication::translate("WindowLayout", "&Reset layout"), &menu,
                  [this] { Reset(); });
 }

@@ -20,12 +20,12 @@ class WindowLayout {
   void Save() const;
   // Back to the first places.
   void Reset();
-  // A menu that shows and hides what there is, with `actions` below, and resets the layout; the
-  // window owns it.
-  QMenu* MakeMenu(const QList<QAction*>& actions);
+  // A menu that shows and hides what there is, with these groups of actions below, and resets the
+  // layout; the window owns it.
+  QMenu* MakeMenu(const QList<QList<QAction*>>& groups);
 
  private:
-  void Fill(QMenu& menu, const QList<QAction*>& actions);
+  void Fill(QMenu& menu, const QList<QList<QAction*>>& groups);
 
   QMainWindow& window;
   QByteArray firstState;

@@ -250,40 +250,12 @@
 <context>
     <name>IdeWindow</name>
     <message>
-        <source>The project&apos;s files have been changed by another program.</source>
-        <translation>Die Dateien des Projekts wurden von einem anderen Programm geändert.</translation>
-    </message>
-    <message>
         <source>Tarn</source>
         <translation>Tarn</translation>
     </message>
     <message>
-        <source>Undo project change</source>
-        <translation>Projektänderung rückgängig machen</translation>
-    </message>
-    <message>
-        <source>Redo project change</source>
-        <translation>Projektänderung wiederherstellen</translation>
-    </message>
-    <message>
-        <source>Where to put a copy of %1</source>
-        <translation>Ordner für die Kopie von %1</translation>
-    </message>
-    <message>
-        <source>%1 can&apos;t be copied: %2</source>
-        <translation>%1 kann nicht kopiert werden: %2</translation>
-    </message>
-    <message>
         <source>&amp;File</source>
         <translation>&amp;Datei</translation>
-    </message>
-    <message>
-        <source>&amp;New project...</source>
-        <translation>&amp;Neues Projekt …</translation>
-    </message>
-    <message>
-        <source>&amp;Open project...</source>
-        <translation>Projekt ö&amp;ffnen …</translation>
     </message>
     <message>
         <source>&amp;Save</source>
@@ -302,14 +274,6 @@
         <translation>&amp;Beenden</translation>
     </message>
     <message>
-        <source>Open project</source>
-        <translation>Projekt öffnen</translation>
-    </message>
-    <message>
-        <source>Projects (*.tprj)</source>
-        <translation>Projekte (*.tprj)</translation>
-    </message>
-    <message>
         <source>Closing as soon as the build has stopped...</source>
         <translation>Wird geschlossen, sobald das Erstellen angehalten hat …</translation>
     </message>
@@ -325,10 +289,6 @@
         <source>&amp;Navigate</source>
         <translation>&amp;Navigieren</translation>
     </message>
-    <message>
-        <source>%1 can&apos;t be opened.</source>
-        <translation>%1 kann nicht geöffnet werden.</translation>
-    </message>
     <message numerus="yes">
         <source>There is no such file:
 %1</source>
@@ -342,10 +302,6 @@
     <message>
         <source>Options</source>
         <translation>Optionen</translation>
-    </message>
-    <message>
-        <source>Another project can be opened as soon as the build has ended.</source>
-        <translation>Ein anderes Projekt kann geöffnet werden, sobald das Erstellen beendet ist.</translation>
     </message>
     <message>
         <source>The project is being built.</source>
@@ -393,6 +349,57 @@
     <message>
         <source>Warning %1 of %2: %3</source>
         <translation>Warnung %1 von %2: %3</translation>
+    </message>
+</context>
+<context>
+    <name>ProjectActions</name>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>The project&apos;s files have been changed by another program.</source>
+        <translation>Die Dateien des Projekts wurden von einem anderen Programm geändert.</translation>
+    </message>
+    <message>
+        <source>Another project can be opened as soon as the build has ended.</source>
+        <translation>Ein anderes Projekt kann geöffnet werden, sobald das Erstellen beendet ist.</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be opened.</source>
+        <translation>%1 kann nicht geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>Open project</source>
+        <translation>Projekt öffnen</translation>
+    </message>
+    <message>
+        <source>Projects (*.tprj)</source>
+        <translation>Projekte (*.tprj)</translation>
+    </message>
+    <message>
+        <source>Where to put a copy of %1</source>
+        <translation>Ordner für die Kopie von %1</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be copied: %2</source>
+        <translation>%1 kann nicht kopiert werden: %2</translation>
+    </message>
+    <message>
+        <source>&amp;New project...</source>
+        <translation>&amp;Neues Projekt …</translation>
+    </message>
+    <message>
+        <source>&amp;Open project...</source>
+        <translation>Projekt ö&amp;ffnen …</translation>
+    </message>
+    <message>
+        <source>Undo project change</source>
+        <translation>Projektänderung rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Redo project change</source>
+        <translation>Projektänderung wiederherstellen</translation>
     </message>
 </context>
 <context>

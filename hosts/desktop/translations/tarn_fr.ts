@@ -250,40 +250,12 @@
 <context>
     <name>IdeWindow</name>
     <message>
-        <source>The project&apos;s files have been changed by another program.</source>
-        <translation>Les fichiers du projet ont été modifiés par un autre programme.</translation>
-    </message>
-    <message>
         <source>Tarn</source>
         <translation>Tarn</translation>
     </message>
     <message>
-        <source>Undo project change</source>
-        <translation>Annuler la modification du projet</translation>
-    </message>
-    <message>
-        <source>Redo project change</source>
-        <translation>Rétablir la modification du projet</translation>
-    </message>
-    <message>
-        <source>Where to put a copy of %1</source>
-        <translation>Dossier où copier %1</translation>
-    </message>
-    <message>
-        <source>%1 can&apos;t be copied: %2</source>
-        <translation>Impossible de copier %1 : %2</translation>
-    </message>
-    <message>
         <source>&amp;File</source>
         <translation>&amp;Fichier</translation>
-    </message>
-    <message>
-        <source>&amp;New project...</source>
-        <translation>&amp;Nouveau projet…</translation>
-    </message>
-    <message>
-        <source>&amp;Open project...</source>
-        <translation>&amp;Ouvrir un projet…</translation>
     </message>
     <message>
         <source>&amp;Save</source>
@@ -302,14 +274,6 @@
         <translation>&amp;Quitter</translation>
     </message>
     <message>
-        <source>Open project</source>
-        <translation>Ouvrir un projet</translation>
-    </message>
-    <message>
-        <source>Projects (*.tprj)</source>
-        <translation>Projets (*.tprj)</translation>
-    </message>
-    <message>
         <source>Closing as soon as the build has stopped...</source>
         <translation>Fermeture dès l&apos;arrêt de la génération…</translation>
     </message>
@@ -325,10 +289,6 @@
         <source>&amp;Navigate</source>
         <translation>&amp;Naviguer</translation>
     </message>
-    <message>
-        <source>%1 can&apos;t be opened.</source>
-        <translation>Impossible d&apos;ouvrir %1.</translation>
-    </message>
     <message numerus="yes">
         <source>There is no such file:
 %1</source>
@@ -342,10 +302,6 @@
     <message>
         <source>Options</source>
         <translation>Options</translation>
-    </message>
-    <message>
-        <source>Another project can be opened as soon as the build has ended.</source>
-        <translation>Un autre projet pourra être ouvert dès que la génération sera terminée.</translation>
     </message>
     <message>
         <source>The project is being built.</source>
@@ -393,6 +349,57 @@
     <message>
         <source>Warning %1 of %2: %3</source>
         <translation>Avertissement %1 sur %2 : %3</translation>
+    </message>
+</context>
+<context>
+    <name>ProjectActions</name>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>The project&apos;s files have been changed by another program.</source>
+        <translation>Les fichiers du projet ont été modifiés par un autre programme.</translation>
+    </message>
+    <message>
+        <source>Another project can be opened as soon as the build has ended.</source>
+        <translation>Un autre projet pourra être ouvert dès que la génération sera terminée.</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be opened.</source>
+        <translation>Impossible d&apos;ouvrir %1.</translation>
+    </message>
+    <message>
+        <source>Open project</source>
+        <translation>Ouvrir un projet</translation>
+    </message>
+    <message>
+        <source>Projects (*.tprj)</source>
+        <translation>Projets (*.tprj)</translation>
+    </message>
+    <message>
+        <source>Where to put a copy of %1</source>
+        <translation>Dossier où copier %1</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be copied: %2</source>
+        <translation>Impossible de copier %1 : %2</translation>
+    </message>
+    <message>
+        <source>&amp;New project...</source>
+        <translation>&amp;Nouveau projet…</translation>
+    </message>
+    <message>
+        <source>&amp;Open project...</source>
+        <translation>&amp;Ouvrir un projet…</translation>
+    </message>
+    <message>
+        <source>Undo project change</source>
+        <translation>Annuler la modification du projet</translation>
+    </message>
+    <message>
+        <source>Redo project change</source>
+        <translation>Rétablir la modification du projet</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,190 @@
+#include "hosts/desktop/ProjectActions.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMessageBox>
+#include <QScopedValueRollback>
+#include <QTimer>
+
+#include "hosts/desktop/Banner.h"
+#include "hosts/desktop/EditorTabs.h"
+#include "hosts/desktop/Examples.h"
+#include "hosts/desktop/RecentMenu.h"
+#include "hosts/desktop/RecentProjects.h"
+#include "platform/qt/QtText.h"
+
+namespace tarn::host {
+
+namespace {
+
+void Warn(QWidget& window, const QString& text, const std::string& reason) {
+  QMessageBox::warning(&window, QCoreApplication::translate("ProjectActions", "Tarn"),
+                       reason.empty() ? text : text + "\n\n" + ToQt(reason));
+}
+
+// What went wrong below the file that it went wrong with.
+void Warn(QWidget& window, const Error& error) {
+  if (error.place.empty()) {
+    Warn(window, ToQt(error.text), {});
+  } else {
+    Warn(window, ToQt(error.place), error.text);
+  }
+}
+
+}  // namespace
+
+ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
+                               BuildSession& buildSession, CommandRunner& commandRunner,
+                               EditorTabs& editorTabs, Banner& projectBanner)
+    : window(parentWindow),
+      files(fileSystem),
+      session(buildSession),
+      runner(commandRunner),
+      editors(editorTabs),
+      banner(projectBanner),
+      history(buildSession, commandRunner),
+      watch(fileSystem, this) {
+  banner.onFirst = [this] { Reload(); };
+  banner.onSecond = [this] {
+    watch.Follow(editorsProject);
+    banner.hide();
+  };
+  watch.onChanged = [this] {
+    banner.Tell(tr("The project's files have been changed by another program."));
+  };
+}
+
+void ProjectActions::Open(const std::string& path) {
+  if (session.HasProject() && QFileInfo(ToQt(path)) == QFileInfo(ToQt(session.GetProjectPath()))) {
+    return;
+  }
+  if (runner.IsBuilding()) {
+    QMessageBox::information(&window, tr("Tarn"),
+                             tr("Another project can be opened as soon as the build has ended."));
+    return;
+  }
+  if (!editors.MayCloseAll()) return;
+  KeepEditors();
+  const QScopedValueRollback<bool> asked(isDiscarding, true);
+  const Status opened = runner.Open(path);
+  if (opened) return;
+  Warn(window, tr("%1 can't be opened.").arg(ToQt(path)), opened.GetError().text);
+  if (files.Exists(path)) return;
+  RecentProjects::Remove(ToQt(path));
+  if (onRecentChanged) onRecentChanged();
+}
+
+void ProjectActions::Choose() {
+  const QString chosen = QFileDialog::getOpenFileName(
+      &window, tr("Open project"), QFileInfo(ToQt(runner.GetProjectPath())).path(),
+      tr("Projects (*.tprj)"));
+  if (!chosen.isEmpty()) Open(FromQt(chosen));
+}
+
+// The server closes the project first, so that the wizard can only make another one.
+void ProjectActions::New() {
+  if (runner.IsBuilding()) return;
+  const std::string before = runner.GetProjectPath();
+  if (session.Manager().ProjectNew() != 0 || before.empty()) return;
+  // Behind the news of the project that stands in for none.
+  QTimer::singleShot(0, this, [this, before] { Open(before); });
+}
+
+void ProjectActions::OpenExample(const Example& example) {
+  const QString folder = QFileDialog::getExistingDirectory(
+      &window, tr("Where to put a copy of %1").arg(ToQt(example.name)), QDir::homePath());
+  if (folder.isEmpty()) return;
+  const Result<std::string> copied = CopyExample(files, example, FromQt(folder));
+  if (copied) {
+    Open(*copied);
+    return;
+  }
+  QMessageBox::warning(&window, tr("Tarn"),
+                       tr("%1 can't be copied: %2")
+                           .arg(ToQt(copied.GetError().place), ToQt(copied.GetError().text)));
+}
+
+void ProjectActions::SaveAll() {
+  if (!editors.SaveAll() || !history.HasUnsaved()) return;
+  history.Note();
+  runner.SaveProject();
+}
+
+void ProjectActions::AddOpening(QMenu& menu) {
+  menu.addAction(tr("&New project..."), QKeySequence::New, this, [this] { New(); });
+  menu.addAction(tr("&Open project..."), QKeySequence::Open, this, [this] { Choose(); });
+  QMenu* const recent = MakeRecentMenu(window, [this](const QString& path) { Open(FromQt(path)); });
+  menu.addMenu(recent);
+  const auto tell = [this] {
+    if (onRecentChanged) onRecentChanged();
+  };
+  // Later: its own entry that clears the list hears of the click behind this.
+  connect(recent, &QMenu::triggered, this, tell, Qt::QueuedConnection);
+}
+
+void ProjectActions::AddHistory(QMenu& menu) {
+  menu.addSeparator();
+  QAction* const undo = menu.addAction(tr("Undo project change"), Qt::CTRL | Qt::ALT | Qt::Key_Z,
+                                       this, [this] { Go(&ProjectHistory::Undo); });
+  QAction* const redo =
+      menu.addAction(tr("Redo project change"), Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_Z, this,
+                     [this] { Go(&ProjectHistory::Redo); });
+  connect(&menu, &QMenu::aboutToShow, this, [this, undo, redo] {
+    history.Note();
+    undo->setEnabled(history.CanUndo());
+    redo->setEnabled(history.CanRedo());
+  });
+  // Else the keys would be dead once they were looked up in vain.
+  connect(&menu, &QMenu::aboutToHide, this, [undo, redo] {
+    undo->setEnabled(true);
+    redo->setEnabled(true);
+  });
+}
+
+void ProjectActions::Follow() {
+  const std::string path = runner.GetProjectPath();
+  banner.hide();
+  watch.Follow(path);
+  history.Begin();
+  if (path == editorsProject) return;
+  KeepEditors();
+  // What is not saved stays, unless the user has been asked for it.
+  editors.CloseAll(!isDiscarding);
+  editorsProject = path;
+  if (path.empty()) return;
+  RecentProjects::Note(path);
+  if (onRecentChanged) onRecentChanged();
+  editors.Restore(RecentProjects::EditorsOf(path));
+}
+
+void ProjectActions::Note() {
+  if (history.Note()) watch.Include(history.GetFiles());
+}
+
+bool ProjectActions::HasUnsaved() {
+  return !runner.GetProjectPath().empty() && history.HasUnsaved();
+}
+
+void ProjectActions::KeepEditors() {
+  if (!editorsProject.empty()) RecentProjects::KeepEditors(editorsProject, editors.Describe());
+}
+
+void ProjectActions::Reload() {
+  if (runner.IsBuilding()) return;
+  if (const Status opened = runner.ReopenWith(watch.GetChanged()); !opened) {
+    Warn(window, opened.GetError());
+  }
+}
+
+void ProjectActions::Go(Status (ProjectHistory::*way)()) {
+  // What another program has written is to be decided on first.
+  if (!watch.GetChanged().empty()) {
+    watch.Look();
+    return;
+  }
+  if (const Status gone = (history.*way)(); !gone) Warn(window, gone.GetError());
+}
+
+}  // namespace tarn::host

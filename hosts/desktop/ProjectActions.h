@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QObject>
+#include <functional>
+#include <string>
+
+#include "hosts/desktop/CommandRunner.h"
+#include "hosts/desktop/ProjectHistory.h"
+#include "hosts/desktop/ProjectWatch.h"
+#include "hosts/frame/BuildSession.h"
+#include "platform/files/FileSystem.h"
+
+class QMenu;
+class QWidget;
+
+namespace tarn::host {
+
+class Banner;
+class EditorTabs;
+struct Example;
+
+// What the user does with the project as a whole: opens, makes, saves and leaves one, goes back in
+// its changes, and decides when another program has written its files. The editors go with it, and
+// what can't be done is told to the user.
+//
+// Borrows everything; `window` is where it asks. On the frame's thread.
+class ProjectActions : public QObject {
+  Q_DECLARE_TR_FUNCTIONS(ProjectActions)
+
+ public:
+  ProjectActions(QWidget& parentWindow, FileSystem& fileSystem, BuildSession& buildSession,
+                 CommandRunner& commandRunner, EditorTabs& editorTabs, Banner& projectBanner);
+
+  // Another project takes the place of this one.
+  void Open(const std::string& path);
+  void Choose();
+  void New();
+  void OpenExample(const Example& example);
+  // The texts in the editors, and the project itself.
+  void SaveAll();
+
+  // Entries for a menu.
+  void AddOpening(QMenu& menu);
+  void AddHistory(QMenu& menu);
+
+  // The server has another project, none, or this one anew.
+  void Follow();
+  // Takes what has changed in the meantime as a step to go back to; to be called now and then.
+  void Note();
+  // Looks for what other programs have written; for the time when the window comes to the front.
+  void Look() { watch.Look(); }
+  // Something has changed since it was opened or saved.
+  bool HasUnsaved();
+  // What is open of the project is kept for the next time.
+  void KeepEditors();
+
+  // The list of recent projects has changed.
+  std::function<void()> onRecentChanged;
+
+ private:
+  void Reload();
+  void Go(Status (ProjectHistory::*way)());
+
+  QWidget& window;
+  FileSystem& files;
+  BuildSession& session;
+  CommandRunner& runner;
+  EditorTabs& editors;
+  Banner& banner;
+  ProjectHistory history;
+  ProjectWatch watch;
+  std::string editorsProject;  // whose files the editors show; empty for none
+  bool isDiscarding = false;   // texts that are not saved may go with their project
+};
+
+}  // namespace tarn::host
