@@ -1,9 +1,11 @@
 // From the problems of a real build to their lines.
 #include "hosts/desktop/ProblemNavigator.h"
 
+#include <QDockWidget>
 #include <QPlainTextEdit>
 #include <QStatusBar>
 #include <QTextBlock>
+#include <QTreeView>
 #include <fstream>
 
 #include "desktop/IdeFixture.h"
@@ -40,7 +42,7 @@ class ProblemNavigatorTest : public testing::IdeFixture {
   std::string Said() { return window->statusBar()->currentMessage().toStdString(); }
 };
 
-TEST_F(ProblemNavigatorTest, LeadsRoundTheProblemsOfABuildAndFromAClickInTheLog) {
+TEST_F(ProblemNavigatorTest, LeadsRoundTheProblemsOfABuildAndFromAClickInLogAndReport) {
   Append("main.c", "static int left_over;\n");
   Append("blinker.c", "int broken = missing;\n");
   const std::string warning = "main.c:" + std::to_string(LinesOf("main.c"));
@@ -72,6 +74,23 @@ TEST_F(ProblemNavigatorTest, LeadsRoundTheProblemsOfABuildAndFromAClickInTheLog)
   EXPECT_TRUE(RunUntil([&] { return Place() == warning; }, 3000));
   ASSERT_TRUE(Choose("Next problem"));
   EXPECT_EQ(Place(), error);
+
+  // The same in the report.
+  auto* const dock = window->findChild<QDockWidget*>("dock4006");
+  dock->show();
+  dock->raise();
+  auto* const report = dock->findChild<QTreeView*>();
+  QModelIndex row;
+  ASSERT_TRUE(RunUntil(
+      [&] {
+        const auto rows = report->model()->match(report->model()->index(0, 1), Qt::DisplayRole,
+                                                 "left_over", 1, Qt::MatchContains);
+        if (!rows.isEmpty()) row = rows.front();
+        return report->visualRect(row).isValid();
+      },
+      5000));
+  QTest::mouseClick(report->viewport(), Qt::LeftButton, {}, report->visualRect(row).center());
+  EXPECT_TRUE(RunUntil([&] { return Place() == warning; }, 3000));
 }
 
 }  // namespace
