@@ -63,6 +63,19 @@ bool IsAnyOf(std::string_view extension, std::initializer_list<const char*> name
                      [&](const char* name) { return EqualNoCase(extension, name); });
 }
 
+bool IsAssembler(std::string_view extension) {
+  return IsAnyOf(extension, {".s", ".asm", ".a51", ".inc"});
+}
+
+// Rules of a makefile begin with tabs, and the columns of an assembler file stand where a terminal
+// has its tab stops.
+Indentation UsualIndentation(std::string_view extension) {
+  Indentation usual;
+  usual.usesTabs = IsAnyOf(extension, {".mk"});
+  if (IsAssembler(extension)) usual.width = 8;
+  return usual;
+}
+
 }  // namespace
 
 CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
@@ -99,9 +112,7 @@ Status CodeEditor::Load() {
   getCursorPosition(&line, &column);
   const QString text = Decode(*read, isUtf8);
   setEolMode(text.contains("\r\n") ? EolWindows : EolUnix);
-  // Rules of a makefile begin with tabs.
-  const bool wantsTabs = IsAnyOf(SplitPath(path).extension, {".mk"});
-  ShowIndentation(GuessIndentation(text, {.usesTabs = wantsTabs}));
+  ShowIndentation(GuessIndentation(text, UsualIndentation(SplitPath(path).extension)));
   const std::vector<LineProblem> shown = problems->Take();
   setText(text);
   setModified(false);
@@ -273,7 +284,7 @@ void CodeEditor::ChooseLexer() {
   QsciLexer* chosen = nullptr;
   if (IsAnyOf(extension, {".c", ".h", ".cpp", ".cc", ".cxx", ".hpp", ".hh"})) {
     chosen = new QsciLexerCPP(this);
-  } else if (IsAnyOf(extension, {".s", ".asm", ".a51", ".inc"})) {
+  } else if (IsAssembler(extension)) {
     chosen = new AssemblerLexer(this);
   } else if (IsAnyOf(extension, {".lua"})) {
     chosen = new QsciLexerLua(this);

@@ -65,21 +65,24 @@ TEST_F(CodeEditorTest, WhatIsTypedIsMovedInAsTheFileIs) {
     const char* name;
     std::string text;
     const char* levelIn;  // what the tab key puts in
+    int width;
   };
   const std::string late(5000, '\n');
   for (const Row& row : {
-           Row{"two.c", "int f(void) {\n  if (a) {\n    b;\n  }\n}\n", "  "},
-           Row{"tabs.c", "int f(void) {\r\n\ta;\r\n\tb;\r\n  c;\r\n}\r\n", "\t"},
-           Row{"comment.c", "/*\n * a\n * b\n */\nvoid f() {\n   a;\n\n   b;\n}", "   "},
-           Row{"below.c", "f(a,\n            b);\nvoid g() {\n    c;\n}\n", "    "},
-           Row{"none.c", "", "    "},
-           Row{"rules.mk", "a = b\n", "\t"},
-           Row{"late.c", late + "  a\n", "    "},
+           Row{"two.c", "int f(void) {\n  if (a) {\n    b;\n  }\n}\n", "  ", 2},
+           Row{"tabs.c", "int f(void) {\r\n\ta;\r\n\tb;\r\n  c;\r\n}\r\n", "\t", 4},
+           Row{"comment.c", "/*\n * a\n * b\n */\nvoid f() {\n   a;\n\n   b;\n}", "   ", 3},
+           Row{"below.c", "f(a,\n            b);\nvoid g() {\n    c;\n}\n", "    ", 4},
+           Row{"none.c", "", "    ", 4},
+           Row{"rules.mk", "a = b\n", "\t", 4},
+           Row{"late.c", late + "  a\n", "    ", 4},
+           Row{"start.s", "main:\n\tnop\n", "\t", 8},
        }) {
     CodeEditor& editor = Open(row.name, row.text);
     editor.setCursorPosition(0, 0);
     QTest::keyClick(&editor, Qt::Key_Tab);
     EXPECT_EQ(editor.text(), row.levelIn + QString::fromStdString(row.text)) << row.name;
+    EXPECT_EQ(editor.tabWidth(), row.width) << row.name;
     editor.setModified(false);
   }
 }
