@@ -130,6 +130,9 @@ void IdeWindow::AddStatusBar() {
   statusBar()->addWidget(progress, 1);
   notices = std::make_unique<ServerNotices>(frame, files, *statusBar());
   notices->onSelectionChanged = [this] { surface->RefreshToolBars(); };
+  notices->askLabel = [this] {
+    return session->Manager().GetPropertyValue({}, "General", "Header");
+  };
   notices->isBuilding = [this] { return runner->IsBuilding(); };
   notices->openText = [this](const std::string& path) { OpenFile(path, 0); };
   statusBar()->addPermanentWidget(new EditorStatus(*editors, this));

@@ -62,6 +62,7 @@ void ServerNotices::AnswerMessages() {
   }
   Answer(kMsgCurrentNodeChanged, [this](const HostEvent& event) {
     node = NameOf(event.text);
+    if (node.isEmpty() && askLabel) node = ToQt(askLabel());
     ShowSelection();
   });
   Answer(kMsgOutputInvalid, [this](const HostEvent& event) {

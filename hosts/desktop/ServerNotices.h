@@ -25,6 +25,8 @@ class ServerNotices : public QObject {
   ServerNotices(MainFrame& mainFrame, FileSystem& fileSystem, QStatusBar& statusBar);
   ~ServerNotices() override;
 
+  // The label of the current node, if set: what belongs to no file is told without a name.
+  std::function<std::string()> askLabel;
   // Behind each message about the node or the application, if set: commands may be enabled now.
   std::function<void()> onSelectionChanged;
   // A help file that is to be read here, if set; others go to the desktop.

@@ -36,6 +36,8 @@ class ServerNoticesTest : public testing::IdeFixture {
 TEST_F(ServerNoticesTest, TheStatusBarNamesWhatCommandsWorkOn) {
   Select("main.c");
   EXPECT_TRUE(Shows("main.c  \u2022  blinky-avr (Standard)"));
+  Select("Drivers");
+  EXPECT_TRUE(Shows("Drivers  \u2022  blinky-avr (Standard)"));
   EXPECT_EQ(window->windowTitle(), "blinky-avr[*] - Tarn");
   ASSERT_NE(window->Session().Manager().ProjectClose(), 0);
   EXPECT_TRUE(RunUntil([&] { return window->windowTitle() == "Tarn"; }, 3000));
