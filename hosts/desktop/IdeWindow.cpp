@@ -304,6 +304,7 @@ void IdeWindow::closeEvent(QCloseEvent* event) {
 
 void IdeWindow::AddOptionsDock() {
   options = new OptionsWindow(*session, this);
+  layout.onReset = [this] { options->ResetLayout(); };
   auto* const dock = new QDockWidget(tr("Options"), this);
   dock->setObjectName(QString("dock%1").arg(kOptionsPane));
   dock->setWidget(options);

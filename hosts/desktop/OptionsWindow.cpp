@@ -30,6 +30,8 @@ namespace {
 // While the options of all nodes are made known, news come a hundred times a second.
 constexpr int kRefreshMs = 80;
 constexpr int kMargin = 6;
+// How grid and help share the height.
+constexpr int kGridHeight = 400;
 constexpr int kHelpHeight = 130;
 constexpr const char* kCollapsed = "Collapsed=";
 constexpr const char* kSelected = "Selected=";
@@ -85,7 +87,7 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   splitter->addWidget(help);
   splitter->setStretchFactor(0, 4);
   splitter->setStretchFactor(1, 1);
-  splitter->setSizes({400, kHelpHeight});
+  ResetLayout();
   notice = new QLabel(this);
   notice->setObjectName("notice");
   notice->setWordWrap(true);
@@ -346,6 +348,11 @@ void OptionsWindow::KeepLayout() const {
   settings.setValue(kSplitterKey, splitter->saveState());
   settings.setValue(kNameShareKey, grid->GetShares().name);
   settings.setValue(kValueShareKey, grid->GetShares().value);
+}
+
+void OptionsWindow::ResetLayout() {
+  splitter->setSizes({kGridHeight, kHelpHeight});
+  grid->SetShares({});
 }
 
 void OptionsWindow::RestoreLayout() {

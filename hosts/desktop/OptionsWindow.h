@@ -49,6 +49,8 @@ class OptionsWindow : public QWidget {
   OptionsGrid& Grid() { return *grid; }
   // How columns and help share the room, for the next run.
   void KeepLayout() const;
+  // Back to how they first do.
+  void ResetLayout();
 
  protected:
   // Undo, redo and search mean the options while the keyboard is here, whatever a menu has them

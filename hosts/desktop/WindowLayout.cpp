@@ -35,6 +35,7 @@ void WindowLayout::Save() const {
 
 void WindowLayout::Reset() {
   window.restoreState(firstState, kVersion);
+  if (onReset) onReset();
 }
 
 QMenu* WindowLayout::MakeMenu(const QList<QList<QAction*>>& groups) {

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <functional>
 
 class QAction;
 class QMainWindow;
@@ -20,6 +21,8 @@ class WindowLayout {
   void Save() const;
   // Back to the first places.
   void Reset();
+  // Behind Reset, if set: what stands inside of a dock goes back as well.
+  std::function<void()> onReset;
   // A menu that shows and hides what there is, with these groups of actions below, and resets the
   // layout; the window owns it.
   QMenu* MakeMenu(const QList<QList<QAction*>>& groups);

@@ -237,6 +237,8 @@ TEST_F(IdeWindowTest, TheLayoutIsKeptUnlessItsFileIsDamagedAndCanBeResetTo) {
   EXPECT_FALSE(dock()->isHidden());
   EXPECT_EQ(window->dockWidgetArea(window->findChild<QDockWidget*>("dock4004")),
             Qt::BottomDockWidgetArea);
+  EXPECT_NEAR(nameShare(), 0.4, 0.05);
+  EXPECT_LT(helpShare(), 0.4);
   dock()->close();
   window->close();
   folder.Write("settings/user/desktop.ini", "[window\nstate=@ByteArray(\\xff\\x0 damaged\n\0=");
