@@ -1,5 +1,7 @@
 // The part of the component that the options window works with: what is shown and enabled, the
 // user's changes, and their undo.
+#include <utility>
+
 #include "components/options/PropertyManager.h"
 #include "platform/text/Text.h"
 
@@ -20,7 +22,11 @@ bool IsOn(const std::unordered_map<std::string, bool>& switches, const std::stri
 
 std::int32_t PropertyManager::Switch(std::unordered_map<std::string, bool>& switches,
                                      std::string key, bool on) {
-  switches[std::move(key)] = on;
+  bool& present = switches[std::move(key)];
+  if (std::exchange(present, on) != on) {
+    ++switchCount;
+    if (window) window->RefillSoon();
+  }
   return 1;
 }
 

@@ -70,6 +70,7 @@ class PropertyManager : public DispatchObject<PropertyManager> {
                               std::int32_t enable);
   std::int32_t HideSection(const char* set, const char* section, std::int32_t hide);
   std::int32_t HideSet(const char* set, std::int32_t hide);
+  std::int32_t GetSwitchCount() { return switchCount; }
   std::int32_t ShowOptions(std::int32_t frame);
   std::int32_t GetPropertyWindow();
   void BeginUpdate();
@@ -116,6 +117,7 @@ class PropertyManager : public DispatchObject<PropertyManager> {
 
   std::unordered_map<std::string, bool> hidden;    // by folded "set", "set.section", ...
   std::unordered_map<std::string, bool> disabled;  // by folded "set.section.property"
+  std::int32_t switchCount = 0;                    // changes of these
   std::int32_t updates = 0;
   std::string propState;
   std::string newConfigName;

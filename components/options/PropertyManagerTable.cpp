@@ -48,6 +48,7 @@ const DispatchTable<PropertyManager>& PropertyManager::Table() {
       Method<&P::ResetChangedProperty>("ResetChangedProperty", 109, {"set", "section", "property"}),
       Method<&P::GetUndoProperty>("GetUndoProperty", 110, {}),
       Method<&P::GetRedoProperty>("GetRedoProperty", 111, {}),
+      Method<&P::GetSwitchCount>("GetSwitchCount", 112, {}),
   });
   return table;
 }

@@ -215,6 +215,7 @@ bool IdeWindow::Start() {
   connect(&refreshTimer, &QTimer::timeout, this, [this] {
     project->Note();
     setWindowModified(project->HasUnsaved());
+    options->Look();
     if (runner->IsBuilding()) problemMarks->Refresh();
     surface->RefreshToolBars();
   });

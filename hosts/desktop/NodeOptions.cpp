@@ -126,7 +126,8 @@ std::string NodeOptions::ReadMark() {
   OptionsDriver& options = session.Options();
   const std::string project = session.HasProject() ? session.GetProjectPath() : std::string();
   return project + "\n" + options.GetValuesAsText() + "\n" + options.ListConfigurations() + "\n" +
-         options.GetUndoProperty() + "\n" + options.GetRedoProperty();
+         options.GetUndoProperty() + "\n" + options.GetRedoProperty() + "\n" +
+         std::to_string(options.GetSwitchCount());
 }
 
 // What stands in for no project is nobody's business.

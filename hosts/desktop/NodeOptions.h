@@ -95,6 +95,8 @@ class NodeOptions {
   OptionSheet Read(const std::string& set);
   // A text that is another one whenever Read gives another sheet.
   std::string ReadMark();
+  // Another number when a script has hidden options or the like, of which nobody is told.
+  std::int32_t GetSwitchCount() { return session.Options().GetSwitchCount(); }
   // What was stored for an option on the way from the application to the node.
   std::vector<StoredValue> Explain(const OptionDefinition& option);
 

@@ -15,6 +15,7 @@
 #include <QTextBrowser>
 #include <QToolButton>
 #include <algorithm>
+#include <utility>
 
 #include "hosts/desktop/DesktopSettings.h"
 #include "hosts/desktop/OptionsGrid.h"
@@ -272,6 +273,11 @@ void OptionsWindow::OnNodeLoaded() {
 
 void OptionsWindow::FinishEditing() {
   grid->Delegate().FinishOpen();
+}
+
+void OptionsWindow::Look() {
+  const std::int32_t count = options.GetSwitchCount();
+  if (std::exchange(switchCount, count) != count) refreshTimer.start(0);
 }
 
 void OptionsWindow::SetBuilding(bool on) {

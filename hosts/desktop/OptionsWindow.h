@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QTimer>
 #include <QWidget>
+#include <cstdint>
 #include <set>
 #include <string>
 
@@ -36,6 +37,8 @@ class OptionsWindow : public QWidget {
   void OnNodeLoaded();
   // Stores what the user is writing, unless it is nothing that can be stored.
   void FinishEditing();
+  // To be called now and then: looks for what nobody is told of.
+  void Look();
   // While a build runs nothing can be changed.
   void SetBuilding(bool on);
   // For menus: what can be chosen, and what they do. They ask the user for what they need, and do
@@ -84,6 +87,7 @@ class OptionsWindow : public QWidget {
   std::string chosenSet;  // that the user wants to see, where the node has it
   std::set<std::string> collapsed;
   std::string currentKey;
+  std::int32_t switchCount = 0;
   bool isBuilding = false;
   bool isRestoring = false;  // of the view, which is no choice of the user's
   QTimer refreshTimer;

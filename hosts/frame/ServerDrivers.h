@@ -193,6 +193,8 @@ class OptionsDriver : public COleDispatchDriver {
   }
   std::string GetUndoProperty() { return InvokeText(110, {}); }
   std::string GetRedoProperty() { return InvokeText(111, {}); }
+  // How often options were hidden, shown, ruled out or allowed by the methods for that.
+  std::int32_t GetSwitchCount() { return InvokeLong(112, {}); }
 };
 
 }  // namespace tarn::host

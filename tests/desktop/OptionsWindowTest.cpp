@@ -284,6 +284,13 @@ TEST_F(IdeOptionsTest, TheSearchFindsOptionsByLabelNameAndHelp) {
   }
 }
 
+TEST_F(IdeOptionsTest, AnOptionThatAScriptHidesGoes) {
+  const std::string key = "C.Compiler.Extra";
+  ASSERT_NE(Row(key), nullptr);
+  window->Session().Options().InvokeLong(7, {"C", "Compiler", "Extra", 1});
+  EXPECT_TRUE(RunUntil([&] { return Row(key) == nullptr; }, 3000));
+}
+
 TEST_F(IdeOptionsTest, HowTheWindowLooksIsKeptForEachNode) {
   const auto section = [&](const char* key) { return Grid().Model().Find(key).parent(); };
   EXPECT_FALSE(Grid().isExpanded(section("C.Internal.Icon")));

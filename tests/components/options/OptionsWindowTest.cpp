@@ -38,6 +38,9 @@ TEST_F(OptionsWindowTest, ListTellsWhatTheWindowNeeds) {
   rig.driver.InvokeLong(7, {"c", "compiler", "level", 1});
   rig.driver.InvokeLong(8, {"C", "Compiler", "Optimize", 0});
   EXPECT_EQ(State("Level", "Shown") + State("Optimize", "Enabled"), "NoNo");
+  EXPECT_EQ(rig.driver.InvokeLong(112, {}), 2);
+  rig.driver.InvokeLong(7, {"C", "Compiler", "Level", 1});
+  EXPECT_EQ(rig.driver.InvokeLong(112, {}), 2) << "was hidden already";
   rig.driver.InvokeLong(7, {"C", "Compiler", "Level", 0});
   rig.driver.InvokeLong(8, {"C", "Compiler", "Optimize", 1});
   rig.driver.InvokeLong(9, {"C", "Compiler", 1});
