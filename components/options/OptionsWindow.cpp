@@ -81,7 +81,7 @@ void PropertyManager::BeginUpdate() {
 void PropertyManager::EndUpdate() {
   // Releases without a hold are usual, so the count never falls below zero.
   if (updates > 0) --updates;
-  if (window) window->RefillSoon();
+  if (window && updates == 0) window->RefillSoon();
 }
 
 std::string PropertyManager::GetPropState() {

@@ -136,7 +136,10 @@ void OptionsWnd::OnTimer(int) {
   Refill();
 }
 
+// While values are held the node in hand may not be the one that is shown; their release asks
+// again.
 void OptionsWnd::Refill() {
+  if (manager.IsHeld()) return;
   const std::string& set = manager.GetOwnSet();
   const std::string definitions = set.empty() ? std::string() : manager.ListProperties(set.c_str());
   if (definitions != layout) {

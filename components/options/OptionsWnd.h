@@ -25,7 +25,8 @@ class OptionsWnd : public CWnd {
   OptionsWnd(PropertyManager& propertyManager, WindowHandle mainFrame);
   ~OptionsWnd() override;
 
-  // Shows the values that are held now.
+  // Shows the values of the node in hand; nothing while the component is between BeginUpdate and
+  // EndUpdate.
   void Refill();
   // The same, when the loop comes round; however often it is called meanwhile.
   void RefillSoon();

@@ -75,6 +75,7 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   std::int32_t GetPropertyWindow();
   void BeginUpdate();
   void EndUpdate();
+  bool IsHeld() const { return updates > 0; }
   std::string GetPropState();
   void SetPropState(const char* state);
   std::string GetNewConfigName();

@@ -240,10 +240,14 @@ TEST_F(OptionsWndTest, ValuesAreTypedAndTakenAwayByTheCommandsOfTheirOptions) {
   MessageLoop::ForCurrentThread()->Pump();
   EXPECT_EQ(commands, "33050 ") << "one of them can't be taken away";
   rig.driver.InvokeHelper(20, {});
+  rig.Put("C", "Compiler", "Count", "7");
   window.Refill();
   Type("Count", "1");
   EXPECT_EQ(Shown("Count"), "|default");
   EXPECT_EQ(window.GetNote(), "Options can't be changed now.");
+  rig.driver.InvokeHelper(21, {});
+  window.Refill();
+  EXPECT_EQ(Shown("Count"), "7|set here");
 }
 
 }  // namespace
