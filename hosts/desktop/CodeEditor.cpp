@@ -2,6 +2,7 @@
 
 #include <QDragMoveEvent>
 #include <QEvent>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QHelpEvent>
 #include <QMimeData>
@@ -51,11 +52,14 @@ QColor NumberColour(const QPalette& colours) {
   return number;
 }
 
-QString Decode(const std::string& bytes, bool& isUtf8) {
-  QStringDecoder decoder(QStringDecoder::Utf8);
-  const QString text = decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+constexpr std::string_view kMark = "\xEF\xBB\xBF";
+
+// Stateless: a character that the end cuts off is an error, too.
+QString Decode(QByteArrayView bytes, bool& isUtf8) {
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringConverter::Flag::Stateless);
+  const QString text = decoder(bytes);
   isUtf8 = !decoder.hasError();
-  return isUtf8 ? text : QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
+  return isUtf8 ? text : QString::fromLatin1(bytes);
 }
 
 bool IsAnyOf(std::string_view extension, std::initializer_list<const char*> names) {
@@ -67,12 +71,17 @@ bool IsAssembler(std::string_view extension) {
   return IsAnyOf(extension, {".s", ".asm", ".a51", ".inc"});
 }
 
+bool IsMakefile(const std::string& path) {
+  return IsAnyOf(SplitPath(path).extension, {".mk"}) ||
+         IsAnyOf(FileNameOf(path), {"makefile", "GNUmakefile"});
+}
+
 // Rules of a makefile begin with tabs, and the columns of an assembler file stand where a terminal
 // has its tab stops.
-Indentation UsualIndentation(std::string_view extension) {
+Indentation UsualIndentation(const std::string& path) {
   Indentation usual;
-  usual.usesTabs = IsAnyOf(extension, {".mk"});
-  if (IsAssembler(extension)) usual.width = 8;
+  usual.usesTabs = IsMakefile(path);
+  if (IsAssembler(SplitPath(path).extension)) usual.width = 8;
   return usual;
 }
 
@@ -106,20 +115,38 @@ CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
 Status CodeEditor::Load() {
   const Result<std::string> read = files.ReadWholeFile(path);
   if (!read) return read.GetError();
-  known = files.Examine(path);
+  known = LookAtDisk();
   int line = 0;
   int column = 0;
   getCursorPosition(&line, &column);
-  const QString text = Decode(*read, isUtf8);
+  const auto top = static_cast<unsigned long>(SendScintilla(SCI_GETFIRSTVISIBLELINE));
+  const QString text =
+      Decode(QByteArrayView(read->data(), static_cast<qsizetype>(read->size())), isUtf8);
+  hasMark = isUtf8 && read->starts_with(kMark);
   setEolMode(text.contains("\r\n") ? EolWindows : EolUnix);
-  ShowIndentation(GuessIndentation(text, UsualIndentation(SplitPath(path).extension)));
+  ShowIndentation(GuessIndentation(text, UsualIndentation(path)));
   const std::vector<LineProblem> shown = problems->Take();
-  setText(text);
-  setModified(false);
+  Fill(text.toUtf8());
   problems->Add(shown);
   isInConflict = false;
   setCursorPosition(std::min(line, lines() - 1), column);
+  SendScintilla(SCI_SETFIRSTVISIBLELINE, top);
   return {};
+}
+
+// Not by setText and text, which end at a byte of zero.
+void CodeEditor::Fill(const QByteArray& utf8) {
+  SendScintilla(SCI_CLEARALL);
+  SendScintilla(SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
+  SendScintilla(SCI_EMPTYUNDOBUFFER);
+  setModified(false);
+}
+
+QString CodeEditor::GetText() const {
+  const auto length = static_cast<qsizetype>(SendScintilla(SCI_GETLENGTH));
+  const auto* const bytes =
+      static_cast<const char*>(SendScintillaPtrResult(SCI_GETCHARACTERPOINTER));
+  return QString::fromUtf8(bytes, length);
 }
 
 void CodeEditor::ShowIndentation(const Indentation& indentation) {
@@ -130,28 +157,29 @@ void CodeEditor::ShowIndentation(const Indentation& indentation) {
 
 Status CodeEditor::Save() {
   // What was typed into a file of single bytes may need more than these.
-  const QString typed = text();
+  const QString typed = GetText();
   if (!isUtf8 && QString::fromLatin1(typed.toLatin1()) != typed) {
     return Error{ErrorCode::Io,
                  FromQt(tr("The text holds characters that the file's encoding can't write.")),
                  path};
   }
-  const std::string bytes = isUtf8 ? FromQt(typed) : typed.toLatin1().toStdString();
+  std::string bytes = isUtf8 ? FromQt(typed) : typed.toLatin1().toStdString();
+  if (hasMark) bytes.insert(0, kMark);
   if (const Status written = files.WriteWholeFile(path, bytes); !written) return written;
-  known = files.Examine(path);
+  known = LookAtDisk();
   setModified(false);
   return {};
 }
 
-bool CodeEditor::IsChangedOutside() {
-  const auto now = files.Examine(path);
-  if (!now || !known) return now.has_value() != known.has_value();
-  return now->modifiedSeconds != known->modifiedSeconds || now->size != known->size;
+// By milliseconds: what is written twice within a second often has the same size.
+CodeEditor::DiskState CodeEditor::LookAtDisk() const {
+  const QFileInfo file(ToQt(path));
+  return {file.lastModified(), file.size()};
 }
 
 void CodeEditor::FollowDisk() {
   // One that is gone is in nobody's way.
-  if (!IsChangedOutside() || !files.Exists(path)) return;
+  if (LookAtDisk() == known || !files.Exists(path)) return;
   if (isModified()) {
     isInConflict = true;
   } else {
@@ -160,7 +188,7 @@ void CodeEditor::FollowDisk() {
 }
 
 void CodeEditor::KeepMine() {
-  known = files.Examine(path);
+  known = LookAtDisk();
   isInConflict = false;
 }
 
@@ -223,7 +251,7 @@ void CodeEditor::ForEachHit(
     long end;
   };
   std::vector<Range> ranges;
-  const QString all = hits.isEmpty() ? QString() : text();
+  const QString all = hits.isEmpty() ? QString() : GetText();
   qsizetype units = 0;
   long bytes = 0;
   const auto bytesUpTo = [&](qsizetype place) {
@@ -288,7 +316,7 @@ void CodeEditor::ChooseLexer() {
     chosen = new AssemblerLexer(this);
   } else if (IsAnyOf(extension, {".lua"})) {
     chosen = new QsciLexerLua(this);
-  } else if (IsAnyOf(extension, {".mk"})) {
+  } else if (IsMakefile(path)) {
     chosen = new QsciLexerMakefile(this);
   } else if (IsAnyOf(extension,
                      {".tprj", ".tapp", ".xml", ".xslt", ".tools", ".options", ".config"})) {

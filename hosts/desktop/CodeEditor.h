@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QString>
 #include <functional>
-#include <optional>
 #include <string>
 
 #include "hosts/desktop/Indentation.h"
@@ -25,6 +25,7 @@ class CodeEditor : public QsciScintilla {
 
   const std::string& GetPath() const { return path; }
   bool IsUtf8() const { return isUtf8; }
+  QString GetText() const;
   // Takes the text from the disk; what stood here is gone, the place in it stays.
   Status Load();
   Status Save();
@@ -41,7 +42,7 @@ class CodeEditor : public QsciScintilla {
   // A click with Ctrl, which has put the cursor there.
   std::function<void()> onFollowName;
 
-  // Places count the characters of text().
+  // Places count the characters of GetText.
   SearchHit Selection() const;
   void Select(const SearchHit& place);
   // Shows these places, and no others that were shown before.
@@ -59,7 +60,15 @@ class CodeEditor : public QsciScintilla {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  bool IsChangedOutside();
+  // When the file was written last, and its size in bytes; of one that is gone, nothing.
+  struct DiskState {
+    QDateTime modified;
+    qint64 size = 0;
+    bool operator==(const DiskState&) const = default;
+  };
+
+  DiskState LookAtDisk() const;
+  void Fill(const QByteArray& utf8);
   void ChooseLexer();
   void ShowIndentation(const Indentation& indentation);
   void Colour();
@@ -70,8 +79,9 @@ class CodeEditor : public QsciScintilla {
   std::string path;
   LineProblems* problems = nullptr;
   bool isUtf8 = true;
+  bool hasMark = false;  // the file begins with a byte order mark, which is no part of the text
   bool isInConflict = false;
-  std::optional<FileStatus> known;  // of the file as it was read or written last
+  DiskState known;  // of the file as it was read or written last
 };
 
 }  // namespace tarn::host

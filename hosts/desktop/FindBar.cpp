@@ -135,7 +135,7 @@ void FindBar::Search() {
   if (editor == nullptr) return;
   const SearchOptions options{pattern->text(), matchCase->isChecked(), wholeWord->isChecked(),
                               expression->isChecked()};
-  result = SearchText(editor->text(), options, replacement->text());
+  result = SearchText(editor->GetText(), options, replacement->text());
   editor->MarkHits(isVisible() ? result.hits : QList<SearchHit>());
   ShowCount();
 }

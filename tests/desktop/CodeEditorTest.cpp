@@ -75,6 +75,7 @@ TEST_F(CodeEditorTest, WhatIsTypedIsMovedInAsTheFileIs) {
            Row{"below.c", "f(a,\n            b);\nvoid g() {\n    c;\n}\n", "    ", 4},
            Row{"none.c", "", "    ", 4},
            Row{"rules.mk", "a = b\n", "\t", 4},
+           Row{"Makefile", "a = b\n", "\t", 4},
            Row{"late.c", late + "  a\n", "    ", 4},
            Row{"start.s", "main:\n\tnop\n", "\t", 8},
        }) {
