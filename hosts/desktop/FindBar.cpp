@@ -193,7 +193,10 @@ void FindBar::Replace() {
   const SearchHit selected = editor->Selection();
   for (const SearchHit& hit : result.hits) {
     if (hit.start != selected.start || hit.length != selected.length) continue;
+    const qsizetype before = editor->GetText().size();
     editor->ReplaceHits({hit});
+    // On from behind it: what was put in may hold the text again.
+    editor->Select({hit.start + hit.length + editor->GetText().size() - before, 0, {}});
     break;
   }
   Find(true);

@@ -105,6 +105,17 @@ TEST_F(FindBarTest, ReplacingIsOneStepBackAndTakesWhatIsSelectedFirst) {
             "// \xC3\xA9\nint lamp\xC3\xBC;\nint Led;\nled = 1;\n");
 }
 
+TEST_F(FindBarTest, WhatIsPutInIsNotReplacedAgain) {
+  window.show();
+  pattern->setText("led");
+  replacement->setText("ledled\xC3\xBC");
+  bar.Find(true);
+  replacement->setFocus();
+  for (int i = 0; i < 3; ++i) QTest::keyClick(replacement, Qt::Key_Return);
+  EXPECT_EQ(tabs.Current()->text().toStdString(),
+            "// \xC3\xA9\nint ledled\xC3\xBC;\nint ledled\xC3\xBC;\nledled\xC3\xBC = 1;\n");
+}
+
 TEST_F(FindBarTest, TheMiddleButtonClosesATabAndWithTheLastOneTheBar) {
   window.show();
   QTest::mouseClick(tabs.tabBar(), Qt::MiddleButton, {}, tabs.tabBar()->tabRect(0).center());
