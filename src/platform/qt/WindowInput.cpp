@@ -71,6 +71,11 @@ bool ComesFromBelow(const QWidget& widget) {
   return each != &widget;
 }
 
+// With these a key means something to the desktop or to a menu: Alt and Delete would delete.
+bool IsWithSystemKey(const QKeyEvent& event) {
+  return (event.modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != Qt::NoModifier;
+}
+
 struct KeyPair {
   int qt;
   int window;
@@ -79,6 +84,7 @@ struct KeyPair {
 constexpr KeyPair kKeys[] = {
     {Qt::Key_Backspace, kKeyBackspace},
     {Qt::Key_Tab, kKeyTab},
+    {Qt::Key_Backtab, kKeyTab},  // with Shift
     {Qt::Key_Return, kKeyEnter},
     {Qt::Key_Enter, kKeyEnter},
     {Qt::Key_Escape, kKeyEscape},
@@ -150,16 +156,18 @@ bool WindowInput::Handle(QWidget& widget, QEvent& event) {
         }
       }
       return false;
-    case QEvent::KeyPress:
-      return (inputs & kInputKeys) != 0 && !ComesFromBelow(widget) &&
-             window.NotifyKey(ToKeyEvent(static_cast<QKeyEvent&>(event)));
+    case QEvent::KeyPress: {
+      const auto& key = static_cast<QKeyEvent&>(event);
+      return (inputs & kInputKeys) != 0 && !IsWithSystemKey(key) && !ComesFromBelow(widget) &&
+             window.NotifyKey(ToKeyEvent(key));
+    }
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseMove:
       return OnMouse(widget, event);
     case QEvent::ContextMenu:
-      return OnContextMenu(widget, event);
+      return OnContextMenu(event);
     case QEvent::DragEnter:
     case QEvent::DragMove:
     case QEvent::Drop:
@@ -188,10 +196,9 @@ bool WindowInput::OnMouse(QWidget& widget, QEvent& event) {
   return !isHeardAlone || !IsWindow(handle);
 }
 
-bool WindowInput::OnContextMenu(QWidget& widget, QEvent& event) {
+bool WindowInput::OnContextMenu(QEvent& event) {
   if ((inputs & kInputContextMenu) == 0) return false;
   const QPoint screen = static_cast<QContextMenuEvent&>(event).globalPos();
-  static_cast<void>(widget);
   window.NotifyContextMenu({screen.x(), screen.y()});
   return true;
 }

@@ -14,7 +14,7 @@ enum WindowInputs : unsigned {
   kInputSize = 1,
   kInputFocus = 2,
   kInputMouse = 4,  // the widget's own handling of the mouse is left out
-  kInputKeys = 8,   // a key that the window uses goes no further
+  kInputKeys = 8,   // but for those with Alt; one that the window uses goes no further
   kInputContextMenu = 16,
   kInputFileDrops = 32,
   kInputAll = 63,
@@ -33,7 +33,7 @@ class WindowInput : public QObject {
  private:
   bool Handle(QWidget& widget, QEvent& event);
   bool OnMouse(QWidget& widget, QEvent& event);
-  bool OnContextMenu(QWidget& widget, QEvent& event);
+  bool OnContextMenu(QEvent& event);
   bool OnDrop(QEvent& event);
 
   CWnd& window;

@@ -72,8 +72,10 @@ TEST_P(EditPeerTest, UserAndSystemEditTheSameText) {
 }
 
 TEST_P(EditPeerTest, KeysGoThroughTheWindowFirst) {
-  for (const auto key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Tab}) QTest::keyClick(field, key);
-  EXPECT_EQ(edit.keys, (std::vector<int>{kKeyEnter, kKeyEscape, kKeyTab}));
+  for (const auto key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Backtab}) {
+    QTest::keyClick(field, key);
+  }
+  EXPECT_EQ(edit.keys, (std::vector<int>{kKeyEnter, kKeyEscape, kKeyTab, kKeyTab}));
   edit.SetWindowText("");
   edit.usedKey = kKeyEnter;
   QTest::keyClick(field, Qt::Key_Return);

@@ -149,6 +149,9 @@ TEST_F(TreePeerTest, KeysMeanWhatIsOnThem) {
                             Qt::Key_ParenLeft, Qt::Key_Return}) {
     QTest::keyClick(view, key);
   }
+  for (const auto with : {Qt::AltModifier, Qt::MetaModifier}) {
+    QTest::keyClick(view, Qt::Key_Delete, with);
+  }
   EXPECT_EQ(tree.keys, (std::vector<int>{'X', '5', kKeyDelete, 0, 0, 0, kKeyEnter}));
   EXPECT_EQ(tree.GetSelectedItem(), fruit);
   EXPECT_EQ(tree.activated, (std::vector<TreeHit>{{fruit, TreePart::Label}}));
