@@ -277,6 +277,7 @@ void ReportView::mouseReleaseEvent(QMouseEvent* event) {
 
 void ReportView::mouseDoubleClickEvent(QMouseEvent* event) {
   event->accept();
+  if (!IsWindow(handle)) return;
   const ReportHit hit = HitAt(event->position().toPoint());
   const bool isOnText = hit.column >= 0 && hit.part == ReportHit::Part::Cell;
   if (isOnText && report.CanEdit(hit.row, hit.column)) AskToEdit(hit.row, hit.column);
@@ -284,6 +285,7 @@ void ReportView::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void ReportView::mouseMoveEvent(QMouseEvent* event) {
   event->accept();
+  if (!IsWindow(handle)) return;
   const bool isLink = HitAt(event->position().toPoint()).hyperlink >= 0;
   viewport()->setCursor(isLink ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
@@ -310,8 +312,9 @@ void ReportView::keyPressEvent(QKeyEvent* event) {
                          return item != nullptr && StartsWithNoCase(item->GetCaption(), text);
                        });
     if (!found) return;
+    const WindowHandle own = handle;
     report.NotifySelected({*found}, *found);
-    if (IsWindow(handle)) scrollTo(rows->index(*found, column));
+    if (IsWindow(own)) scrollTo(rows->index(*found, column));
   }
 }
 
@@ -368,7 +371,8 @@ void ReportView::focusOutEvent(QFocusEvent* event) {
 
 void ReportView::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
-  if (!IsWindow(handle)) return;
+  const WindowHandle own = handle;
+  if (!IsWindow(own)) return;
   QPoint screen = event->globalPos();
   if (event->reason() == QContextMenuEvent::Keyboard) {
     const int row = std::clamp(report.GetFocusedRow() - report.GetTopRow() + 1, 0, RowsPerPage());
@@ -376,9 +380,9 @@ void ReportView::contextMenuEvent(QContextMenuEvent* event) {
   } else if (const int row = RowAt(event->pos().y());
              row >= 0 && !report.GetSelectedRows().Contains(row)) {
     report.NotifySelected({row}, row);
-    if (!IsWindow(handle)) return;
+    if (!IsWindow(own)) return;
   }
-  if (!report.NotifyContextMenu({screen.x(), screen.y()}) && IsWindow(handle)) ShowRowMenu(screen);
+  if (!report.NotifyContextMenu({screen.x(), screen.y()}) && IsWindow(own)) ShowRowMenu(screen);
 }
 
 // Where the report's owners have none: what can be done with the rows, and the heads for those
@@ -448,14 +452,15 @@ void ReportView::TellState() {
   ShowRefill();
   executeDelayedItemsLayout();
   const int row = verticalScrollBar()->value();
+  const WindowHandle own = handle;
   if (row != report.GetTopRow() && !rows->HasMore()) report.NotifyScrolled(row);
-  if (!IsWindow(handle)) return;
+  if (!IsWindow(own)) return;
   const Rect known = report.GetClientRect();
   const QSize size = viewport()->size();
   if (size.width() != known.Width() || size.height() != known.Height()) {
     report.NotifyResized({size.width(), size.height()});
   }
-  if (IsWindow(handle)) LayOutColumns();
+  if (IsWindow(own)) LayOutColumns();
 }
 
 }  // namespace tarn

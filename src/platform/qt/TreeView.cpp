@@ -219,12 +219,13 @@ void TreeView::SearchFor(const QKeyEvent& typed) {
       });
   if (!line) return;
   CTreeItem* const found = all[static_cast<std::size_t>(*line)];
+  const WindowHandle own = handle;
   tree.SelectItem(found);
-  if (!IsWindow(handle) || tree.GetSelectedItem() != found) return;
+  if (!IsWindow(own) || tree.GetSelectedItem() != found) return;
   tree.EnsureVisible(*found);
   // Wider lines may have brought a bar that takes a line away.
   TellState();
-  if (IsWindow(handle) && tree.GetSelectedItem() == found) tree.EnsureVisible(*found);
+  if (IsWindow(own) && tree.GetSelectedItem() == found) tree.EnsureVisible(*found);
 }
 
 // Ahead of the control's own share, which ends at the edge of the window: a button that goes up
@@ -346,8 +347,9 @@ void TreeView::TellState() {
   executeDelayedItemsLayout();
   resizeColumnToContents(0);
   const int row = verticalScrollBar()->value();
+  const WindowHandle own = handle;
   if (row != tree.GetTopRow()) tree.NotifyScrolled(row);
-  if (!IsWindow(handle)) return;
+  if (!IsWindow(own)) return;
   const Rect known = tree.GetClientRect();
   const QSize size = viewport()->size();
   if (size.width() != known.Width() || size.height() != known.Height()) {

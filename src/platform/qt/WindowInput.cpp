@@ -180,6 +180,8 @@ bool WindowInput::Handle(QWidget& widget, QEvent& event) {
 bool WindowInput::OnMouse(QWidget& widget, QEvent& event) {
   if ((inputs & (kInputMouse | kInputMouseHeard)) == 0) return false;
   const bool isHeardAlone = (inputs & kInputMouseHeard) != 0;
+  // A window that goes takes its widget along, and this with it if a loop runs meanwhile.
+  const WindowHandle own = handle;
   const auto& mouse = static_cast<QMouseEvent&>(event);
   if (!isHeardAlone && event.type() == QEvent::MouseButtonPress &&
       widget.focusPolicy() != Qt::NoFocus) {
@@ -191,9 +193,8 @@ bool WindowInput::OnMouse(QWidget& widget, QEvent& event) {
   told.point = {static_cast<int>(mouse.position().x()), static_cast<int>(mouse.position().y())};
   told.isShiftDown = mouse.modifiers().testFlag(Qt::ShiftModifier);
   told.isControlDown = mouse.modifiers().testFlag(Qt::ControlModifier);
-  if (IsWindow(handle)) window.NotifyMouse(told);
-  // A window that went takes its widget along.
-  return !isHeardAlone || !IsWindow(handle);
+  if (IsWindow(own)) window.NotifyMouse(told);
+  return !isHeardAlone || !IsWindow(own);
 }
 
 bool WindowInput::OnContextMenu(QEvent& event) {

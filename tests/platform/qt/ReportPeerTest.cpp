@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QEventLoop>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
@@ -12,6 +13,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 #include <QTreeView>
 #include <functional>
@@ -296,6 +298,21 @@ TEST_F(ReportPeerTest, MayBeDestroyedInItsEventsAndLivesOnWithoutItsView) {
   tester.reset();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_TRUE(watched.isNull());
+
+  // In a loop that the event runs, as for a question: the view is gone when the loop ends.
+  report.Create(kStyleChild | kStyleVisible, {0, 0, 400, 200}, &owner, 7);
+  view = WidgetOf(report)->findChild<QTreeView*>();
+  Settle();
+  const QPointer<QTreeView> second = view;
+  owner.whenTold = [&] {
+    QEventLoop inner;
+    QTimer::singleShot(0, &inner, [this] { report.DestroyWindow(); });
+    QTimer::singleShot(20, &inner, &QEventLoop::quit);
+    inner.exec();
+    EXPECT_TRUE(second.isNull());
+  };
+  QTest::mousePress(view->viewport(), Qt::LeftButton, {}, CellAt(0, 1));
+  EXPECT_FALSE(report.IsCreated());
 
   owner.whenTold = nullptr;
   report.Create(kStyleChild | kStyleVisible, {0, 0, 400, 200}, &owner, 7);
