@@ -4,6 +4,7 @@
 #include <QPlainTextEdit>
 #include <QScopedValueRollback>
 #include <QTextCursor>
+#include <QTextDocument>
 #include <algorithm>
 #include <limits>
 
@@ -30,8 +31,13 @@ QWidget& AreaOf(QPlainTextEdit& field) {
 QString TextOf(const QLineEdit& field) {
   return field.text();
 }
+// As the field has it: its plain text would have a blank for one that does not break the line.
 QString TextOf(const QPlainTextEdit& field) {
-  return field.toPlainText();
+  QString text = field.document()->toRawText();
+  for (QChar& c : text) {
+    if (c == QChar::ParagraphSeparator || c == QChar::LineSeparator) c = QLatin1Char('\n');
+  }
+  return text;
 }
 
 void SetText(QLineEdit& field, const QString& text) {

@@ -67,6 +67,13 @@ TEST_P(EditPeerTest, UserAndSystemEditTheSameText) {
   QTest::keyClicks(field, QStringLiteral("x"));
   EXPECT_EQ(edit.GetWindowText(), "\xFF ne end");
 
+  edit.SetReadOnly(false);
+  edit.SetWindowText("5\xC2\xA0MHz");
+  QTest::keyClick(field, Qt::Key_End);
+  QTest::keyClicks(field, QStringLiteral("x"));
+  EXPECT_EQ(edit.GetWindowText(), "5\xC2\xA0MHzx");
+  EXPECT_EQ(edit.GetSelection(), (TextRange{7, 7}));
+
   edit.SetWindowText(std::string(100'000, 'x'));
   EXPECT_EQ(Shown().size(), 100'000);
 }
