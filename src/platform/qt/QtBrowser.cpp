@@ -1,14 +1,19 @@
 #include "platform/qt/QtBrowser.h"
 
+#include <QAction>
+#include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMenu>
 #include <QStringDecoder>
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QTextCursor>
 #include <QUrl>
+#include <functional>
+#include <optional>
 #include <vector>
 
 #include "platform/qt/WidgetPeer.h"
@@ -51,6 +56,9 @@ std::optional<QByteArray> ReadPage(const QString& path) {
 // addresses, which would change it.
 class PageView : public QTextBrowser {
  public:
+  // Whether somebody else has shown a menu there, or the page is gone.
+  std::function<bool(QPoint screen)> onMenuWanted;
+
   PageView() {
     setOpenLinks(false);
     setFrameShape(QFrame::NoFrame);
@@ -61,6 +69,8 @@ class PageView : public QTextBrowser {
     const QUrl url = HasScheme(address) ? QUrl(address) : QUrl();
     const QString place = mark >= 0 ? address.mid(mark + 1) : url.fragment();
     path = ToLocalPath(mark >= 0 ? address.left(mark) : address);
+    // A page may write the blanks of a name as addresses have them.
+    if (!QFileInfo::exists(path)) path = QUrl::fromPercentEncoding(path.toUtf8());
     const std::optional<QByteArray> page = path.isEmpty() ? std::nullopt : ReadPage(path);
     targets.clear();
     if (!page) {
@@ -90,6 +100,15 @@ class PageView : public QTextBrowser {
   }
 
  protected:
+  void contextMenuEvent(QContextMenuEvent* event) override {
+    event->accept();
+    if (!onMenuWanted || onMenuWanted(event->globalPos())) return;
+    QMenu* const menu = createStandardContextMenu();
+    // Would copy the number of the link.
+    delete menu->findChild<QAction*>(QStringLiteral("link-copy"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(event->globalPos());
+  }
   QVariant loadResource(int type, const QUrl& name) override {
     if (type != QTextDocument::ImageResource && type != QTextDocument::StyleSheetResource)
       return {};
@@ -134,7 +153,11 @@ class QtBrowser final : public WidgetPeer<BrowserPeer, PageView> {
  public:
   explicit QtBrowser(CBrowserCtrl& shownBrowser)
       : WidgetPeer(shownBrowser, new PageView), browser(shownBrowser) {
-    new WindowInput(browser, *widget, kInputSize | kInputFocus | kInputKeys | kInputContextMenu);
+    new WindowInput(browser, *widget, kInputSize | kInputFocus | kInputKeys);
+    widget->onMenuWanted = [this, own = handle](QPoint screen) {
+      return !IsWindow(own) || browser.NotifyContextMenu({screen.x(), screen.y()}) ||
+             !IsWindow(own);
+    };
     QObject::connect(widget, &QTextBrowser::anchorClicked, widget,
                      [this](const QUrl& link) { Follow(widget->AddressOf(link)); });
     QtBrowser::OnTextChanged();

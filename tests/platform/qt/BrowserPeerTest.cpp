@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QFile>
+#include <QMenu>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
@@ -56,13 +59,14 @@ TEST_F(BrowserPeerTest, AddressesOfLinksReachTheHandlerAsTheyStand) {
   const std::string first =
       Write("first.html",
             "<a href='err://C:\\My Dir\\Main.c:12'>a</a> <a href='err://src/Main.c:7'>b</a> "
-            "<a href='second page.txt'>c</a> <a href='http://example.invalid/x'>d</a>");
+            "<a href='second page.txt'>c</a> <a href='http://example.invalid/x'>d</a> "
+            "<a href='second%20page.txt'>e</a>");
   browser.Navigate(first);
-  EXPECT_EQ(Shown(), "a b c d");
+  EXPECT_EQ(Shown(), "a b c d e");
   asked.clear();
   FollowLink(1);
   FollowLink(2);
-  EXPECT_EQ(Shown(), "a b c d");
+  EXPECT_EQ(Shown(), "a b c d e");
   browser.Navigate(first);
   FollowLink(3);
   EXPECT_EQ(Shown(), "the second");
@@ -72,6 +76,19 @@ TEST_F(BrowserPeerTest, AddressesOfLinksReachTheHandlerAsTheyStand) {
   EXPECT_NE(Shown().find("can't be shown"), std::string::npos);
   EXPECT_EQ(asked, (std::vector<std::string>{"err://C:\\My Dir\\Main.c:12", "err://src/Main.c:7",
                                              first, second, first, "http://example.invalid/x"}));
+  browser.Navigate(first);
+  FollowLink(5);
+  EXPECT_EQ(Shown(), "the second");
+}
+
+TEST_F(BrowserPeerTest, HasAMenuByKeyboard) {
+  browser.Navigate(Write("page.txt", "text"));
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+  QApplication::sendEvent(page, &event);
+  const auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  EXPECT_NE(menu->findChild<QAction*>("edit-copy"), nullptr);
+  EXPECT_EQ(menu->findChild<QAction*>("link-copy"), nullptr);
 }
 
 TEST_F(BrowserPeerTest, OnlyFilesOfThisMachineAreRead) {
