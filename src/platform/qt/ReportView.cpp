@@ -345,11 +345,12 @@ void ReportView::CopyRows() const {
   std::string text;
   for (const int row : report.GetSelectedRows().GetIndexes()) {
     std::string line;
+    const char* separator = "";
     for (int column = 0; column < report.GetColumns().GetCount(); ++column) {
       const CReportRecordItem* const item = report.GetItemAt(row, column);
       const bool isText = !isColumnHidden(column) && item != nullptr &&
                           report.GetColumns().GetAt(column)->GetIconId() == CReportColumn::kNoIcon;
-      if (isText) line += (line.empty() ? "" : "\t") + item->GetCaption();
+      if (isText) line += std::exchange(separator, "\t") + item->GetCaption();
     }
     if (report.GetRows().GetAt(row)->IsGroup())
       line = report.GetRows().GetAt(row)->GetGroup()->text;
@@ -361,11 +362,6 @@ void ReportView::CopyRows() const {
 // The view would choose a row of its own.
 void ReportView::focusInEvent(QFocusEvent* event) {
   QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
-  viewport()->update();
-}
-
-void ReportView::focusOutEvent(QFocusEvent* event) {
-  QTreeView::focusOutEvent(event);
   viewport()->update();
 }
 

@@ -123,6 +123,7 @@ struct ReportPeerTest : ::testing::Test {
 };
 
 TEST_F(ReportPeerTest, MouseAndKeysGoThroughTheControl) {
+  report.GetItemAt(2, 1)->SetOwnCaption("");
   Click(CellAt(1, 2));
   EXPECT_EQ(owner.Take(), "selection 1,-1; click 1,2; ");
   EXPECT_EQ(view->currentIndex().row(), 1);
@@ -132,7 +133,8 @@ TEST_F(ReportPeerTest, MouseAndKeysGoThroughTheControl) {
   QTest::keyClick(view, Qt::Key_F10, Qt::ControlModifier | Qt::ShiftModifier);
   EXPECT_EQ(owner.Take(), "header -1,1; ");
   QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(QGuiApplication::clipboard()->text(), "apple\tmain.c\nfig\tmain.c\n");
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "apple\tmain.c\n\tmain.c\n");
+  report.GetItemAt(2, 1)->SetOwnCaption("fig");
 
   Click(CellAt(0, 0));
   EXPECT_EQ(owner.Take(), "selection 0,-1; check 0,0; click 0,0; ");
