@@ -148,19 +148,17 @@ class QtEdit final : public WidgetPeer<EditPeer, Field> {
 }  // namespace
 
 std::unique_ptr<EditPeer> MakeEditPeer(CEdit& edit) {
-  constexpr std::uint32_t kFramed = kStyleBorder | kStyleStaticEdge;
-  const bool isFramed = (edit.GetStyle() & kFramed) != 0;
   if (edit.IsMultiLine()) {
     auto peer = std::make_unique<QtEdit<QPlainTextEdit>>(edit);
     auto* const field = static_cast<QPlainTextEdit*>(WidgetOf(edit));
     field->setTabChangesFocus(true);
-    if (!isFramed) field->setFrameShape(QFrame::NoFrame);
+    if (!HasFrame(edit)) field->setFrameShape(QFrame::NoFrame);
     if ((edit.GetStyle() & kEditAutoScroll) != 0) field->setLineWrapMode(QPlainTextEdit::NoWrap);
     return peer;
   }
   auto peer = std::make_unique<QtEdit<QLineEdit>>(edit);
   auto* const field = static_cast<QLineEdit*>(WidgetOf(edit));
-  field->setFrame(isFramed);
+  field->setFrame(HasFrame(edit));
   return peer;
 }
 

@@ -69,7 +69,6 @@ class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView> {
   void OnSelectionChanged() override;
   bool HitTest(Point point, std::optional<std::size_t>& position) override;
   void OnFontChanged() override;
-  std::optional<Point> GetScreenOrigin() override;
 
   // --- From the view ---
 
@@ -279,8 +278,7 @@ void RichTextView::changeEvent(QEvent* event) {
 
 QtRichText::QtRichText(CRichTextCtrl& shownControl)
     : WidgetPeer(shownControl, new RichTextView), control(shownControl) {
-  constexpr std::uint32_t kFramed = kStyleBorder | kStyleStaticEdge;
-  if ((control.GetStyle() & kFramed) == 0) widget->setFrameShape(QFrame::NoFrame);
+  if (!HasFrame(control)) widget->setFrameShape(QFrame::NoFrame);
   QtRichText::OnFontChanged();
   widget->peer = this;
   new WindowInput(control, *widget, kInputSize | kInputFocus | kInputKeys | kInputContextMenu);
@@ -333,12 +331,6 @@ void QtRichText::OnFontChanged() {
   widget->setFont(font);
   widget->setTabStopDistance(kTabColumns *
                              QFontMetricsF(widget->font()).horizontalAdvance(QLatin1Char(' ')));
-}
-
-std::optional<Point> QtRichText::GetScreenOrigin() {
-  if (widget == nullptr) return std::nullopt;
-  const QPoint origin = widget->viewport()->mapToGlobal(QPoint(0, 0));
-  return Point{origin.x(), origin.y()};
 }
 
 void QtRichText::OnSelectedByUser() {

@@ -40,12 +40,6 @@ void QtTreePeer::OnInvalidated() {
   widget->viewport()->update();
 }
 
-std::optional<Point> QtTreePeer::GetScreenOrigin() {
-  if (widget == nullptr) return std::nullopt;
-  const QPoint origin = widget->viewport()->mapToGlobal(QPoint(0, 0));
-  return Point{origin.x(), origin.y()};
-}
-
 void QtTreePeer::OnResetting() {
   if (widget != nullptr) widget->FollowResetting();
 }

@@ -18,7 +18,6 @@ class QtTreePeer : public WidgetPeer<TreePeer, TreeView> {
   void OnMoved() override;
   void OnTextChanged() override;
   void OnInvalidated() override;
-  std::optional<Point> GetScreenOrigin() override;
 
   void OnResetting() override;
   void OnReset() override;

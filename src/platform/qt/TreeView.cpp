@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTimer>
 #include <algorithm>
@@ -23,16 +24,7 @@ namespace {
 
 constexpr float kGuideStrength = 0.15F;
 
-class Following {
- public:
-  explicit Following(int& callDepth) : depth(callDepth) { ++depth; }
-  ~Following() { --depth; }
-  Following(const Following&) = delete;
-  Following& operator=(const Following&) = delete;
-
- private:
-  int& depth;
-};
+using Following = QScopedValueRollback<int>;
 
 }  // namespace
 
@@ -41,10 +33,9 @@ TreeView::TreeView(CTreeCtrl& shownTree)
       handle(shownTree.GetHandle()),
       items(new TreeModel(shownTree, this)),
       delegate(new TreeDelegate(shownTree, *this)) {
-  const Following quiet(following);
+  const Following quiet(following, following + 1);
   setHeaderHidden(true);
-  const bool isFramed = (tree.GetStyle() & (kStyleBorder | kStyleStaticEdge)) != 0;
-  setFrameShape(isFramed ? QFrame::StyledPanel : QFrame::NoFrame);
+  setFrameShape(HasFrame(tree) ? QFrame::StyledPanel : QFrame::NoFrame);
   setUniformRowHeights(true);
   setRootIsDecorated((tree.GetStyle() & kTreeLinesAtRoot) != 0);
   setEditTriggers(NoEditTriggers);
@@ -66,17 +57,17 @@ TreeView::TreeView(CTreeCtrl& shownTree)
 }
 
 void TreeView::Detach() {
-  const Following quiet(following);
+  const Following quiet(following, following + 1);
   items->Detach();
 }
 
 void TreeView::FollowResetting() {
-  const Following quiet(following);
+  const Following quiet(following, following + 1);
   items->BeginReset();
 }
 
 void TreeView::FollowReset() {
-  const Following quiet(following);
+  const Following quiet(following, following + 1);
   delegate->ForgetWidths();
   items->EndReset();
   for (const CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNextVisible()) {
@@ -87,7 +78,7 @@ void TreeView::FollowReset() {
 }
 
 void TreeView::FollowInserted(const CTreeItem* above, int first, int count) {
-  const Following quiet(following);
+  const Following quiet(following, following + 1);
   items->EndInsert();
   for (int i = first; i < first + count; ++i) {
     const CTreeItem* const item = tree.GetItemAt(above, i);
@@ -96,14 +87,14 @@ void TreeView::FollowInserted(const CTreeItem* above, int first, int count) {
 }
 
 void TreeView::FollowRemoved(const CTreeItem* above) {
-  const Following quiet(following);
+  const Following quiet(following, following + 1);
   items->EndRemove();
   if (above != nullptr && !above->IsExpanded()) collapse(items->IndexOf(above));
   FollowSelection();
 }
 
 void TreeView::FollowExpansion(const CTreeItem& item) {
-  const Following quiet(following);
+  const Following quiet(following, following + 1);
   if (!item.IsExpanded()) {
     collapse(items->IndexOf(&item));
     return;
@@ -118,7 +109,7 @@ void TreeView::FollowExpansion(const CTreeItem& item) {
 // For those who listen to the view, as readers of the screen do; what is painted is asked of the
 // control.
 void TreeView::FollowSelection() {
-  const Following quiet(following);
+  const Following quiet(following, following + 1);
   const QModelIndex index = items->IndexOf(tree.GetSelectedItem());
   if (index.isValid()) {
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
@@ -129,7 +120,7 @@ void TreeView::FollowSelection() {
 }
 
 void TreeView::FollowScroll() {
-  const Following quiet(following);
+  const Following quiet(following, following + 1);
   executeDelayedItemsLayout();
   verticalScrollBar()->setValue(tree.GetTopRow());
   if (verticalScrollBar()->value() != tree.GetTopRow()) AskToTellState();
@@ -143,7 +134,7 @@ void TreeView::FollowMeasures() {
 }
 
 TreeHit TreeView::HitAt(Point point) {
-  const Following quiet(following);
+  const Following quiet(following, following + 1);
   const QModelIndex index = indexAt(QPoint(point.x, point.y));
   CTreeItem* const item = TreeModel::ItemAt(index);
   if (item == nullptr) return {};
@@ -160,7 +151,7 @@ TreeHit TreeView::HitAt(Point point) {
 }
 
 Rect TreeView::TextRectOf(const CTreeItem& item) {
-  const Following quiet(following);
+  const Following quiet(following, following + 1);
   const QRect line = visualRect(items->IndexOf(&item));
   if (line.isEmpty()) return {};
   const int left = line.left() + delegate->LabelOffset();

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <QTreeView>
-
 #include <vector>
+
 #include "platform/qt/TreeDelegate.h"
 #include "platform/qt/TreeModel.h"
-
 #include "platform/qt/TypeAhead.h"
 
 namespace tarn {

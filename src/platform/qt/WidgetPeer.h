@@ -24,6 +24,11 @@ bool ShowsWindow(const QWidget& widget);
 // what scrolls.
 QWidget* ClientAreaOf(const CWnd& window);
 
+// Whether the window's style asks for a frame around it.
+inline bool HasFrame(const CWnd& window) {
+  return (window.GetStyle() & (kStyleBorder | kStyleStaticEdge)) != 0;
+}
+
 // Makes the widget findable from now on, until it is taken away.
 void NoteWidget(WindowHandle window, QWidget* widget);
 void ForgetWidget(WindowHandle window);
@@ -90,8 +95,9 @@ class WidgetPeer : public Base {
     if (widget != nullptr) widget->setFocus(Qt::OtherFocusReason);
   }
   std::optional<Point> GetScreenOrigin() override {
-    if (widget == nullptr) return std::nullopt;
-    const QPoint origin = widget->mapToGlobal(QPoint(0, 0));
+    const QWidget* const area = ClientAreaOf(window);
+    if (area == nullptr) return std::nullopt;
+    const QPoint origin = area->mapToGlobal(QPoint(0, 0));
     return Point{origin.x(), origin.y()};
   }
 
