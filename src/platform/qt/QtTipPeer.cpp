@@ -93,7 +93,6 @@ QtTipPeer::QtTipPeer(CTipWindow& shownTip)
                                                 Qt::WindowDoesNotAcceptFocus);
   widget->setAttribute(Qt::WA_ShowWithoutActivating);
   widget->setAttribute(Qt::WA_TranslucentBackground);
-  widget->setPalette(QToolTip::palette());
 }
 
 void QtTipPeer::OnMoved() {
@@ -116,6 +115,8 @@ void QtTipPeer::OnMoved() {
 
 void QtTipPeer::OnShown() {
   if (widget == nullptr) return;
+  // The desktop may have gone from light to dark since the last time.
+  widget->setPalette(QToolTip::palette());
   // The parent may have moved since the place was told.
   if (tip.IsVisible()) QtTipPeer::OnMoved();
   widget->setAccessibleName(ToQt(tip.GetTitle()));

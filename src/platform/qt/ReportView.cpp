@@ -46,6 +46,8 @@ ReportView::ReportView(CReportControl& shownReport)
       delegate(new ReportDelegate(shownReport, *this)),
       head(new ReportHeader(shownReport, this)) {
   const Following quiet(following, following + 1);
+  // The control lays its columns out from the left, whatever the user's language.
+  setLayoutDirection(Qt::LeftToRight);
   setFrameShape(QFrame::NoFrame);
   setUniformRowHeights(true);
   setRootIsDecorated(false);

@@ -28,7 +28,8 @@ QPixmap ToPicture(const std::shared_ptr<const Bitmap>& bitmap, qreal ratio) {
   if (bitmap == nullptr) return {};
   const QPixmap picture = ToPixmap(*bitmap, bitmap->size, 0, ratio);
   if (bitmap->size.width <= kPictureSize && bitmap->size.height <= kPictureSize) return picture;
-  return picture.scaled(kPictureSize, kPictureSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+  const auto side = static_cast<int>(kPictureSize * picture.devicePixelRatio());
+  return picture.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
 QFrame* NewLine(QWidget* parent) {

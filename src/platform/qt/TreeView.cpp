@@ -34,6 +34,8 @@ TreeView::TreeView(CTreeCtrl& shownTree)
       items(new TreeModel(shownTree, this)),
       delegate(new TreeDelegate(shownTree, *this)) {
   const Following quiet(following, following + 1);
+  // The control's steps begin at the left, whatever the user's language.
+  setLayoutDirection(Qt::LeftToRight);
   setHeaderHidden(true);
   setFrameShape(HasFrame(tree) ? QFrame::StyledPanel : QFrame::NoFrame);
   setUniformRowHeights(true);
@@ -289,7 +291,7 @@ void TreeView::scrollContentsBy(int dx, int dy) {
     if (ShowsWindow(*each)) fields.emplace_back(each, each->pos());
   }
   QTreeView::scrollContentsBy(dx, dy);
-  const QPoint way(isRightToLeft() ? -dx : dx, dy * delegate->LineHeight());
+  const QPoint way(dx, dy * delegate->LineHeight());
   for (const auto& [field, place] : fields) field->move(place + way);
 }
 

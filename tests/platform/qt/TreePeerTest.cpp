@@ -228,6 +228,7 @@ TEST_F(TreePeerTest, PartsOfALineAreWhereTheyArePainted) {
   const CImageList images({16, 16});
   tree.SetImageList(&images);
   tree.Expand(*fruit, true);
+  QGuiApplication::setLayoutDirection(Qt::RightToLeft);
   const Rect label = tree.GetTextRect(*apple);
   const int y = (label.top + label.bottom) / 2;
   const struct {
@@ -246,6 +247,7 @@ TEST_F(TreePeerTest, PartsOfALineAreWhereTheyArePainted) {
   }
   EXPECT_EQ(tree.HitTest({5, 159}), TreeHit{});
   EXPECT_EQ(label.Height(), tree.GetLineHeight());
+  QGuiApplication::setLayoutDirection(Qt::LayoutDirectionAuto);
   tree.SetImageList(nullptr);
   EXPECT_LT(tree.GetTextRect(*apple).left, label.left);
 }
