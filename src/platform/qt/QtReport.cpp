@@ -6,6 +6,9 @@
 #include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/qt/ReportView.h"
 #include "platform/qt/WidgetPeer.h"
@@ -30,7 +33,16 @@ class GroupBox : public QWidget {
 
   void Follow() {
     setVisible(report.IsGroupByVisible());
-    if (!report.IsGroupByVisible()) return;
+    const std::vector<const CReportColumn*>& columns =
+        report.GetColumns().GetGroupsOrder().GetColumns();
+    std::vector<std::pair<int, std::string>> groups;
+    for (const CReportColumn* const column : columns) {
+      groups.emplace_back(column->GetIndex(), column->GetCaption());
+    }
+    // Each step of a width that the user drags comes here as well.
+    const bool isKnown = row->count() > 0 && groups == shownGroups;
+    if (isKnown || !report.IsGroupByVisible()) return;
+    shownGroups = std::move(groups);
     while (QLayoutItem* const item = row->takeAt(0)) {
       // A press on one of them may be what caused this.
       if (item->widget() != nullptr) {
@@ -39,8 +51,6 @@ class GroupBox : public QWidget {
       }
       delete item;
     }
-    const std::vector<const CReportColumn*>& columns =
-        report.GetColumns().GetGroupsOrder().GetColumns();
     auto* const label =
         new QLabel(columns.empty() ? QCoreApplication::translate(
                                          "GroupBox", "Drag a column header here to group by it")
@@ -73,6 +83,7 @@ class GroupBox : public QWidget {
   CReportControl& report;
   const WindowHandle handle;
   QHBoxLayout* row;
+  std::vector<std::pair<int, std::string>> shownGroups;  // index and caption
 };
 
 class ReportFrame : public QWidget {
