@@ -209,7 +209,7 @@ BuildOutcome CommandRunner::WaitFor(const std::function<void()>& start) {
   return outcome;
 }
 
-// Nobody knows what the build is of.
+// Ahead of its first tool, in the middle of a message; nobody knows what the build is of.
 void CommandRunner::TakeOver() {
   if (IsBuilding() || session.Manager().EnableCommand(kCmdStop) == 0) return;
   progress.emplace(std::function<int()>());
@@ -217,7 +217,7 @@ void CommandRunner::TakeOver() {
   isCleaning = false;
   isUnkept = session.HasProject();
   building = kCmdBuildAll;
-  session.Observe(&*progress);
+  session.BeginWork(&*progress);
   if (onAsked) onAsked();
   if (onStarted) onStarted();
 }
@@ -283,6 +283,8 @@ void CommandRunner::OnMessage(const HostEvent& event) {
     QTimer::singleShot(0, this, [this] {
       if (onProjectChanged) onProjectChanged();
     });
+  } else if (event.number == kMsgToolStarted) {
+    TakeOver();
   } else if (event.number == kMsgWorkerEnded && building != 0) {
     // Another's, as of a build that was refused for it, is none of ours.
     const bool isSuccess = event.wParam != 0;
@@ -308,6 +310,8 @@ void CommandRunner::FinishBuild(BuildEnd end) {
       if (std::exchange(isUnkept, false)) session.KeepState();
       building = 0;
       isFinishing = false;
+      // The next build may be started by another.
+      if (isStopAsked) session.Tools().ResumeTools();
       session.TakeLogLines();  // the log window has shown them
       TellEnd(end);
     });

@@ -17,7 +17,8 @@ namespace tarn::host {
 
 // Gives the server's commands and follows them to their end without holding the loop: what the
 // server works off on a thread of its own goes on while the user goes on. What it asks for in
-// return is carried out behind whatever it is doing.
+// return is carried out behind whatever it is doing. A build that somebody else has started, as a
+// script by a command, is followed like its own from the first tool on.
 //
 // Watches the frame while it lives; borrows both. On the frame's thread.
 class CommandRunner : public QObject {

@@ -362,8 +362,8 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
 void IdeWindow::OnBuildAsked() {
   // A message would hide how the build goes.
   statusBar()->clearMessage();
-  // A value that the user is still writing is meant to be built.
-  options->FinishEditing();
+  // A value that the user is still writing is meant to be built, unless that has begun already.
+  if (runner->IsWaiting()) options->FinishEditing();
   area->ProjectBanner().SetReady(false, tr("The project is being built."));
   progress->Begin(ToQt(FolderOf(session->GetProjectPath())));
 }

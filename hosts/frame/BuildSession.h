@@ -108,11 +108,9 @@ class BuildSession {
   std::uint32_t SelectCommand(const BuildRequest& request);
   // How many tools have ended since BeginWork.
   const BuildOutcome& GetOutcome() const { return outcome; }
-  // In front of a call that may start tools. Not while a build runs. `observer` may be null; it is
-  // told until EndWork.
+  // In front of a call that may start tools, or of the first tool of a build that runs. `observer`
+  // may be null; it is told until EndWork.
   void BeginWork(BuildObserver* observer = nullptr);
-  // The same observer for a build that is under way already.
-  void Observe(BuildObserver* observer) { watcher = observer; }
   // Behind the end of the worker, or of a call that ran tools itself: keeps what was reported.
   void EndWork(bool afterClean);
   // Its parts in order, for a host whose windows must not wait for all of them at once.

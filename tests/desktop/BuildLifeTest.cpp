@@ -34,6 +34,12 @@ class BuildLifeTest : public testing::IdeFixture {
     window->Session().Scripts().onLine = {};
     return said;
   }
+  // Gives the PATH on which it is found.
+  std::string MakeSlowCompiler() {
+    folder.Write("bin/avr-gcc", "#!/bin/sh\nsleep 60\n");
+    std::filesystem::permissions(folder / "bin/avr-gcc", std::filesystem::perms::owner_all);
+    return folder / "bin:" + std::getenv("PATH");
+  }
   std::optional<BuildEnd> ended;
   void NoteEnd() {
     window->Commands().onEnded = [this, follow = window->Commands().onEnded](BuildEnd end) {
@@ -71,6 +77,32 @@ TEST_F(BuildLifeTest, AScriptWaitsForItsCommandWhileTheUserGoesOn) {
   EXPECT_EQ(Build(), 0);
 }
 
+TEST_F(BuildLifeTest, ABuildThatAScriptLeavesBehindIsFollowedToItsEnd) {
+  NoteEnd();
+  const auto start = [this] {
+    ended.reset();
+    RunScript("tarn.Command(0x8111)");
+    EXPECT_TRUE(RunUntil([&] { return window->Commands().IsBuilding(); }, 5000));
+    EXPECT_TRUE(window->findChild<QWidget*>("stopBuild")->isVisible());
+  };
+  start();
+  ASSERT_TRUE(AwaitBuild());
+  EXPECT_EQ(window->Commands().GetProgress()->GetNumber(), 6);
+  window->OpenProject(second);
+  window->OpenProject(first);
+  EXPECT_EQ(Build(), 0);
+  {
+    const testing::ScopedVariable path("PATH", MakeSlowCompiler().c_str());
+    start();
+    window->Commands().Stop();
+    ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }, 5000));
+    EXPECT_EQ(ended, BuildEnd::Stopped);
+  }
+  start();
+  ASSERT_TRUE(AwaitBuild());
+  EXPECT_EQ(ended, BuildEnd::Succeeded) << "the stop was meant for the other one";
+}
+
 TEST_F(BuildLifeTest, AProjectThatIsClosedBehindItsBuildKeepsWhatWasReported) {
   window->Frame().Answer(kMsgWorkerEnded, [&](const HostEvent&) {
     QTimer::singleShot(0, &*window, [this] { window->Session().Manager().ProjectClose(); });
@@ -104,9 +136,7 @@ TEST_F(BuildLifeTest, ABuildThatWaitsSaysSoAndIsOfTheNodeItWasAskedFor) {
 }
 
 TEST_F(BuildLifeTest, TheServersOwnQuestionStopsABuildWithItsTools) {
-  folder.Write("bin/avr-gcc", "#!/bin/sh\nsleep 60\n");
-  std::filesystem::permissions(folder / "bin/avr-gcc", std::filesystem::perms::owner_all);
-  const testing::ScopedVariable path("PATH", (folder / "bin:" + std::getenv("PATH")).c_str());
+  const testing::ScopedVariable path("PATH", MakeSlowCompiler().c_str());
   NoteEnd();
   window->Commands().Run(kCmdBuildAll);
   ASSERT_TRUE(RunUntil([&] { return window->Commands().GetProgress()->GetNumber() > 0; }, 5000));

@@ -252,8 +252,8 @@ TEST_F(IdeOptionsTest, ABuildThatAnotherHasStartedKeepsItsNodesAsTheyAre) {
   ASSERT_EQ(manager.Command(kCmdRebuildAll), 2);
   Press("C.Compiler.Debug", Qt::Key_Space);
   EXPECT_EQ(window->Session().Options().GetUndoProperty(), "");
-  ASSERT_TRUE(RunUntil([&] { return manager.EnableCommand(kCmdStop) == 0; }));
-  manager.EpilogCommand(kCmdRebuildAll);
+  ASSERT_TRUE(RunUntil(
+      [&] { return manager.EnableCommand(kCmdStop) == 0 && !window->Commands().IsBuilding(); }));
   ComesToShow("C.Compiler.Debug", "Yes|blinky-avr");
   Press("C.Compiler.Debug", Qt::Key_Space);
   ComesToShow("C.Compiler.Debug", "No|set here");
