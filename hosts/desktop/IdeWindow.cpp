@@ -294,8 +294,7 @@ void IdeWindow::closeEvent(QCloseEvent* event) {
   if (!runner->IsBuilding()) {
     layout.Save();
     options->KeepLayout();
-    project->KeepEditors();
-    QMainWindow::closeEvent(event);
+    project->Leave() ? event->accept() : event->ignore();
     return;
   }
   isClosing = true;

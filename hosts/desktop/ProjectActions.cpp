@@ -109,7 +109,26 @@ void ProjectActions::OpenExample(const Example& example) {
 void ProjectActions::SaveAll() {
   if (!editors.SaveAll() || !history.HasUnsaved()) return;
   history.Note();
+  session.TakeLogLines();
   runner.SaveProject();
+  TellWhatIsNotSaved();
+}
+
+bool ProjectActions::Leave() {
+  KeepEditors();
+  session.TakeLogLines();
+  if (session.HasProject() && session.Manager().ProjectClose() == 0) return false;
+  TellWhatIsNotSaved();
+  return true;
+}
+
+// The server saves without a word, and says in its log where it has put what it couldn't save.
+void ProjectActions::TellWhatIsNotSaved() {
+  std::string reasons;
+  for (const std::string& line : session.TakeLogLines()) reasons += line + "\n";
+  if (!reasons.empty()) {
+    Warn(window, tr("The changes of the project could not be saved."), reasons);
+  }
 }
 
 void ProjectActions::AddOpening(QMenu& menu) {

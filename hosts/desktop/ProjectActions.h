@@ -39,6 +39,9 @@ class ProjectActions : public QObject {
   void OpenExample(const Example& example);
   // The texts in the editors, and the project itself.
   void SaveAll();
+  // For the end of the program: the project goes, with its editors kept for the next time. False
+  // when the server keeps it, as while somebody else's build runs.
+  bool Leave();
 
   // Entries for a menu.
   void AddOpening(QMenu& menu);
@@ -52,13 +55,13 @@ class ProjectActions : public QObject {
   void Look() { watch.Look(); }
   // Something has changed since it was opened or saved.
   bool HasUnsaved();
-  // What is open of the project is kept for the next time.
-  void KeepEditors();
 
   // The list of recent projects has changed.
   std::function<void()> onRecentChanged;
 
  private:
+  void KeepEditors();
+  void TellWhatIsNotSaved();
   void Reload();
   void Go(Status (ProjectHistory::*way)());
 

@@ -124,6 +124,16 @@ TEST_F(UserActionsTest, ClosingAsksForTextThatIsNotSaved) {
   EXPECT_EQ(testing::ReadBytes(path), "// mine\n" + before);
 }
 
+TEST_F(UserActionsTest, ClosingTellsWhereTheChangesOfAProjectAreThatCantBeSaved) {
+  const std::string path = folder / "blinky/blinky-avr.tapp";
+  window->Session().Inspector().SelectNodeByKey("led.c");
+  ASSERT_TRUE(Choose("Remove"));
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  EXPECT_TRUE(Answer(QMessageBox::Ok, [&] { window->close(); }));
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_EQ(testing::ReadBytes(path + ".unsaved").find("led.c"), std::string::npos);
+}
+
 TEST_F(UserActionsTest, WhatStandsInAnEditorIsWhatIsBuilt) {
   window->OpenPaths({folder / "blinky/src/main.c"});
   window->Editors().Current()->insert("#error mine\n");
