@@ -44,6 +44,7 @@ class RichTextView : public QPlainTextEdit {
   bool focusNextPrevChild(bool next) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void leaveEvent(QEvent* event) override;
@@ -231,8 +232,16 @@ void RichTextView::mousePressEvent(QMouseEvent* event) {
   QPlainTextEdit::mousePressEvent(event);
 }
 
+// The second press goes on selecting, by words.
+void RichTextView::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (peer != nullptr) peer->SetSelecting(event->button() == Qt::LeftButton);
+  QPlainTextEdit::mouseDoubleClickEvent(event);
+}
+
 void RichTextView::mouseMoveEvent(QMouseEvent* event) {
   QPlainTextEdit::mouseMoveEvent(event);
+  // The release may have been a drag's.
+  if (peer != nullptr && event->buttons() == Qt::NoButton) peer->SetSelecting(false);
   ShowPointed(peer == nullptr ? QTextCursor() : peer->LinkAt(event->position().toPoint()));
 }
 
@@ -316,8 +325,6 @@ void QtRichText::OnSelectionChanged() {
 bool QtRichText::HitTest(Point point, std::optional<std::size_t>& position) {
   position.reset();
   if (widget == nullptr) return true;
-  // What is drawn already is told right in any case.
-  if (!isSelecting) Insert(kLinesAtOnce);
   if (const auto at = widget->PositionAt({point.x, point.y})) position = ToByte(*at);
   return true;
 }
@@ -341,6 +348,7 @@ void QtRichText::OnSelectedByUser() {
 
 void QtRichText::SetSelecting(bool selecting) {
   isSelecting = selecting;
+  if (isSelecting) timer.stop();
   Schedule();
 }
 

@@ -132,10 +132,13 @@ TEST_F(RichTextPeerTest, SelectsBytesBothWays) {
 
   const std::size_t from = control.GetText().find("plain");
   control.SetSelection({0, 0});  // a press in it would drag the selection out
+  // What comes ahead of a selection or meanwhile waits for its end.
+  const int lines = view->blockCount();
+  control.AppendRichText(LogLine(3));
   QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PlaceOf(from) - QPoint(3, 0));
-  // What comes meanwhile ends no selection.
   control.AppendRichText(LogLine(3));
   QTest::qWait(40);
+  EXPECT_EQ(view->blockCount(), lines);
   QMouseEvent move(QEvent::MouseMove, PlaceOf(from + 5) - QPoint(3, 0), QPointF(), Qt::NoButton,
                    Qt::LeftButton, {});
   QApplication::sendEvent(view->viewport(), &move);
@@ -143,8 +146,11 @@ TEST_F(RichTextPeerTest, SelectsBytesBothWays) {
   QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, PlaceOf(from + 5) - QPoint(3, 0));
   ASSERT_TRUE(WaitForText());
   EXPECT_EQ(view->textCursor().selectedText(), QStringLiteral("plain"));
-  // Nor does what comes afterwards.
+  // Nor does what comes afterwards, also when a drag has taken the release.
+  QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PlaceOf(from + 2));
   control.AppendRichText(LogLine(4));
+  QMouseEvent hover(QEvent::MouseMove, QPointF(5, 5), QPointF(), Qt::NoButton, Qt::NoButton, {});
+  QApplication::sendEvent(view->viewport(), &hover);
   ASSERT_TRUE(WaitForText());
   EXPECT_EQ(control.GetSelectedText(), "plain");
   EXPECT_EQ(view->textCursor().selectedText(), QStringLiteral("plain"));
@@ -165,6 +171,17 @@ TEST_F(RichTextPeerTest, TellsTheLinkThatTheUserFollows) {
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, PlaceOf(link - 3));
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(790, 10));
   EXPECT_EQ(followed.size(), 1U);
+  // What is still to come moves nothing from below the mouse.
+  followed.clear();
+  for (int i = 3; i < 40; ++i) control.AppendRichText(LogLine(i));
+  ASSERT_TRUE(WaitForText());
+  const QPoint last = PlaceOf(control.GetText().find("link 39"));
+  for (int i = 40; i < 43; ++i) control.AppendRichText(LogLine(i));
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, last);
+  EXPECT_EQ(followed, (std::vector<std::string>{"file 39"}));
+  control.Clear();
+  for (int i = 0; i < 3; ++i) control.AppendRichText(LogLine(i));
+  ASSERT_TRUE(WaitForText());
   // A selection that ends on a link.
   QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PlaceOf(link - 5));
   QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, PlaceOf(link + 3));
