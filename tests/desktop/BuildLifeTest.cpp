@@ -73,6 +73,9 @@ TEST_F(BuildLifeTest, AScriptWaitsForItsCommandWhileTheUserGoesOn) {
   NoteEnd();
   EXPECT_EQ(RunScript("tarn.Command(0x8112) print(host.wait())"), "succeeded");
   EXPECT_GT(heartbeats, 5);
+  // The one that is over when the call returns.
+  EXPECT_EQ(RunScript("print(tarn.ProjectBuild())"), "1");
+  EXPECT_FALSE(window->Commands().IsBuilding());
   EXPECT_EQ(ended, BuildEnd::Succeeded);
   EXPECT_EQ(Build(), 0);
 }
