@@ -11,13 +11,6 @@
 
 namespace tarn::host {
 
-namespace {
-
-// Of a log, in bytes: a few milliseconds of work.
-constexpr std::size_t kPiece = 32 * 1024;
-
-}  // namespace
-
 ProblemMarks::ProblemMarks(ProblemList& problemList, EditorTabs& editorTabs)
     : list(problemList), editors(editorTabs) {
   editors.onOpened = [this](CodeEditor& editor) { Show(known, editor); };
@@ -30,7 +23,7 @@ ProblemMarks::~ProblemMarks() {
 }
 
 void ProblemMarks::Refresh() {
-  if (list.Follow(std::time(nullptr), kPiece)) later.start(0);
+  if (list.Follow(std::time(nullptr), ProblemList::kPiece)) later.start(0);
   if (list.GetLogNumber() != logNumber) {
     logNumber = list.GetLogNumber();
     known.clear();

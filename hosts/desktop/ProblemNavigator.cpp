@@ -3,7 +3,9 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QStatusBar>
+#include <QTimer>
 #include <ctime>
+#include <utility>
 
 #include "platform/qt/QtText.h"
 
@@ -20,12 +22,21 @@ ProblemNavigator::ProblemNavigator(FileSystem& fileSystem, QStatusBar& statusBar
     : problems(fileSystem), bar(statusBar) {}
 
 void ProblemNavigator::AddActions(QMenu& menu) {
-  menu.addAction(tr("&Next problem"), Qt::Key_F4, this, [this] { Step(true); });
-  menu.addAction(tr("&Previous problem"), Qt::SHIFT | Qt::Key_F4, this, [this] { Step(false); });
+  menu.addAction(tr("&Next problem"), Qt::Key_F4, this,
+                 [this] { WhenRead([this] { Step(true); }); });
+  menu.addAction(tr("&Previous problem"), Qt::SHIFT | Qt::Key_F4, this,
+                 [this] { WhenRead([this] { Step(false); }); });
+}
+
+// In pieces, between other events.
+void ProblemNavigator::WhenRead(std::function<void()> action) {
+  if (!problems.Follow(std::time(nullptr), ProblemList::kPiece)) return action();
+  QTimer::singleShot(0, this,
+                     [this, action = std::move(action)]() mutable { WhenRead(std::move(action)); });
 }
 
 void ProblemNavigator::GoTo(const std::string& file, int line) {
-  problems.GoTo(file, line, std::time(nullptr));
+  WhenRead([this, file, line] { problems.GoTo(file, line, std::time(nullptr)); });
 }
 
 void ProblemNavigator::Step(bool isForward) {

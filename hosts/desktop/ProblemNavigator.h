@@ -23,13 +23,15 @@ class ProblemNavigator : public QObject {
   void AddActions(QMenu& menu);
   void SetProject(const std::string& path) { problems.SetProject(path); }
   ProblemList& GetList() { return problems; }
-  // The user has gone to a place by himself.
+  // The user has gone to a place by himself. Like a step, behind what a long log still has to be
+  // read.
   void GoTo(const std::string& file, int line);
 
   // Shows a place.
   std::function<void(const std::string& file, int line)> open;
 
  private:
+  void WhenRead(std::function<void()> action);
   void Step(bool isForward);
 
   ProblemList problems;

@@ -34,6 +34,8 @@ class ProblemList {
   // The user has gone to this place by himself: the next problem is the one behind it.
   void GoTo(const std::string& file, int line, std::int64_t now);
 
+  // Of a log, in bytes: a few milliseconds of work.
+  static constexpr std::size_t kPiece = 32 * 1024;
   // Looks for news in the log, of which it takes about `most` bytes. Whether there are more.
   bool Follow(std::int64_t now, std::size_t most = std::string::npos);
   // As far as the log has been followed. The list only grows until the number of the log is

@@ -93,5 +93,19 @@ TEST_F(ProblemNavigatorTest, LeadsRoundTheProblemsOfABuildAndFromAClickInLogAndR
   EXPECT_TRUE(RunUntil([&] { return Place() == warning; }, 3000));
 }
 
+TEST_F(ProblemNavigatorTest, ALongLogIsReadInPiecesAheadOfAStep) {
+  std::string log = "<?xml version=\"1.0\"?>\n<output>";
+  for (int line = 1; line <= 2000; ++line) {
+    log +=
+        "\n\t<message Icon=\"1\" Description=\"d\" Contain=\"broken\" File=\"src/main.c\" Line=\"" +
+        std::to_string(line) + "\" />";
+  }
+  folder.Write("blinky/blinky-avr.tlog", log + "\n</output>");
+  ASSERT_TRUE(Choose("Previous problem"));
+  EXPECT_EQ(Said(), "") << "all of it has been read at once";
+  EXPECT_TRUE(RunUntil([&] { return !Said().empty(); }, 3000));
+  EXPECT_EQ(Said(), "Warning 2000 of 2000: broken");
+}
+
 }  // namespace
 }  // namespace tarn::host
