@@ -60,14 +60,20 @@ void ProjectActions::Open(const std::string& path) {
   if (session.HasProject() && QFileInfo(ToQt(path)) == QFileInfo(ToQt(session.GetProjectPath()))) {
     return;
   }
-  if (runner.IsBuilding()) {
-    QMessageBox::information(&window, tr("Tarn"),
-                             tr("Another project can be opened as soon as the build has ended."));
-    return;
-  }
-  if (!editors.MayCloseAll()) return;
+  if (!IsFree() || !editors.MayCloseAll()) return;
   KeepEditors();
   const QScopedValueRollback<bool> asked(isDiscarding, true);
+  Load(path);
+}
+
+bool ProjectActions::IsFree() {
+  if (!runner.IsBuilding()) return true;
+  QMessageBox::information(&window, tr("Tarn"),
+                           tr("Another project can be opened as soon as the build has ended."));
+  return false;
+}
+
+void ProjectActions::Load(const std::string& path) {
   const Status opened = runner.Open(path);
   if (opened) return;
   Warn(window, tr("%1 can't be opened.").arg(ToQt(path)), opened.GetError().text);
@@ -77,22 +83,24 @@ void ProjectActions::Open(const std::string& path) {
 }
 
 void ProjectActions::Choose() {
+  const QString last = RecentProjects::List().value(0);
   const QString chosen = QFileDialog::getOpenFileName(
-      &window, tr("Open project"), QFileInfo(ToQt(runner.GetProjectPath())).path(),
+      &window, tr("Open project"), last.isEmpty() ? QDir::homePath() : QFileInfo(last).path(),
       tr("Projects (*.tprj)"));
   if (!chosen.isEmpty()) Open(FromQt(chosen));
 }
 
 // The server closes the project first, so that the wizard can only make another one.
 void ProjectActions::New() {
-  if (runner.IsBuilding()) return;
+  if (!IsFree()) return;
   const std::string before = runner.GetProjectPath();
   if (session.Manager().ProjectNew() != 0 || before.empty()) return;
-  // Behind the news of the project that stands in for none.
-  QTimer::singleShot(0, this, [this, before] { Open(before); });
+  // Behind the news of the project that stands in for none, with the texts that are not saved.
+  QTimer::singleShot(0, this, [this, before] { Load(before); });
 }
 
 void ProjectActions::OpenExample(const Example& example) {
+  if (!IsFree()) return;
   const QString folder = QFileDialog::getExistingDirectory(
       &window, tr("Where to put a copy of %1").arg(ToQt(example.name)), QDir::homePath());
   if (folder.isEmpty()) return;
@@ -125,7 +133,9 @@ bool ProjectActions::Leave() {
 // The server saves without a word, and says in its log where it has put what it couldn't save.
 void ProjectActions::TellWhatIsNotSaved() {
   std::string reasons;
-  for (const std::string& line : session.TakeLogLines()) reasons += line + "\n";
+  for (const std::string& line : session.TakeLogLines()) {
+    reasons.append(reasons.empty() ? "" : "\n") += line;
+  }
   if (!reasons.empty()) {
     Warn(window, tr("The changes of the project could not be saved."), reasons);
   }

@@ -60,6 +60,9 @@ class ProjectActions : public QObject {
   std::function<void()> onRecentChanged;
 
  private:
+  // False while a build runs, which the user has been told.
+  bool IsFree();
+  void Load(const std::string& path);
   void KeepEditors();
   void TellWhatIsNotSaved();
   void Reload();

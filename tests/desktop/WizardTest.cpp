@@ -4,6 +4,7 @@
 #include <QRadioButton>
 
 #include "desktop/IdeFixture.h"
+#include "hosts/desktop/CodeEditor.h"
 
 namespace tarn::host {
 namespace {
@@ -74,6 +75,8 @@ TEST_F(WizardTest, EscapeLeavesTheProjectAsItIs) {
 }
 
 TEST_F(WizardTest, ANewProjectIsNotPutIntoTheOpenOneWhichComesBackWithoutIt) {
+  window->OpenPaths({folder / "blinky/src/main.c"});
+  window->Editors().Current()->insert("mine");
   ASSERT_TRUE(InWizard(
       [&](QDialog& dialog) {
         for (QRadioButton* const each : dialog.findChildren<QRadioButton*>()) {
@@ -84,6 +87,7 @@ TEST_F(WizardTest, ANewProjectIsNotPutIntoTheOpenOneWhichComesBackWithoutIt) {
       "New project..."));
   EXPECT_TRUE(RunUntil([&] { return FindLine("main.c").isValid(); }, 5000));
   EXPECT_EQ(window->windowTitle().remove("[*]"), "blinky-avr - Tarn");
+  EXPECT_TRUE(window->Editors().Current()->text().startsWith("mine"));
 }
 
 }  // namespace
