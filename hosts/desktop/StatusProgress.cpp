@@ -134,8 +134,8 @@ void StatusProgress::ShowRunning() {
   if (!folder.isEmpty() && name.startsWith(folder + '/')) name.remove(0, folder.size() + 1);
   const QString place = total > 0 ? tr("Building %1 of %2").arg(number).arg(total)
                                   : tr("Building file %1").arg(number);
-  text->setText(
-      text->fontMetrics().elidedText(place + ": " + name, Qt::ElideMiddle, text->width()));
+  text->setText(text->fontMetrics().elidedText(tr("%1: %2").arg(place, name), Qt::ElideMiddle,
+                                               text->width()));
 }
 
 void StatusProgress::ShowIdle(bool isIdle) {

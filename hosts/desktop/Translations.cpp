@@ -23,7 +23,9 @@ void LoadTranslations(const QLocale& locale) {
   const QString own = QCoreApplication::applicationDirPath() + "/../share/tarn/translations";
   // English has a file too, for the words that go with numbers. Whoever comes last is asked first.
   Install(QLocale(QLocale::English), "tarn", own);
-  Install(locale, "qtbase", QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+  for (const char* toolkits : {"qtbase", "qscintilla"}) {
+    Install(locale, toolkits, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+  }
   Install(locale, "tarn", own);
 }
 

@@ -31,7 +31,7 @@
     </message>
     <message>
         <source>&amp;Redo</source>
-        <translation>&amp;Wiederherstellen</translation>
+        <translation>Wieder&amp;herstellen</translation>
     </message>
     <message>
         <source>Cu&amp;t</source>
@@ -71,11 +71,11 @@
     </message>
     <message>
         <source>Find pre&amp;vious</source>
-        <translation>&amp;Rückwärts suchen</translation>
+        <translation>Rückwär&amp;ts suchen</translation>
     </message>
     <message>
         <source>R&amp;eplace...</source>
-        <translation>&amp;Ersetzen …</translation>
+        <translation>Erset&amp;zen …</translation>
     </message>
     <message>
         <source>&amp;Go to line...</source>
@@ -102,7 +102,7 @@
     </message>
     <message>
         <source>Keep mine</source>
-        <translation>Meine behalten</translation>
+        <translation>Meine Fassung behalten</translation>
     </message>
     <message>
         <source>%1 has been changed by another program, and here as well.</source>
@@ -145,6 +145,10 @@
     <message>
         <source>Save the changes in %1?</source>
         <translation>Änderungen in %1 speichern?</translation>
+    </message>
+    <message>
+        <source>Open files</source>
+        <translation>Offene Dateien</translation>
     </message>
 </context>
 <context>
@@ -210,7 +214,7 @@
     </message>
     <message>
         <source>Replace &amp;all</source>
-        <translation>&amp;Alle ersetzen</translation>
+        <translation>Alle er&amp;setzen</translation>
     </message>
     <message>
         <source>Not found</source>
@@ -275,11 +279,7 @@
     </message>
     <message>
         <source>Closing as soon as the build has stopped...</source>
-        <translation>Wird geschlossen, sobald das Erstellen angehalten hat …</translation>
-    </message>
-    <message>
-        <source>Find in the &amp;project...</source>
-        <translation>Im &amp;Projekt suchen …</translation>
+        <translation>Wird geschlossen, sobald das Erstellen abgebrochen ist …</translation>
     </message>
     <message>
         <source>%1[*] - Tarn</source>
@@ -306,6 +306,10 @@
     <message>
         <source>The project is being built.</source>
         <translation>Das Projekt wird gerade erstellt.</translation>
+    </message>
+    <message>
+        <source>Find in the pro&amp;ject...</source>
+        <translation>Im &amp;Projekt suchen …</translation>
     </message>
 </context>
 <context>
@@ -401,6 +405,10 @@
         <source>Redo project change</source>
         <translation>Projektänderung wiederherstellen</translation>
     </message>
+    <message>
+        <source>The changes of the project could not be saved.</source>
+        <translation>Die Änderungen am Projekt konnten nicht gespeichert werden.</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
@@ -482,7 +490,7 @@
     </message>
     <message>
         <source>Build stopped</source>
-        <translation>Erstellen angehalten</translation>
+        <translation>Erstellen abgebrochen</translation>
     </message>
     <message>
         <source>Build failed</source>
@@ -516,11 +524,11 @@
     </message>
     <message>
         <source>Stop</source>
-        <translation>Anhalten</translation>
+        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>Stop the build</source>
-        <translation>Erstellen anhalten</translation>
+        <translation>Erstellen abbrechen</translation>
     </message>
     <message>
         <source>%1: %2</source>
@@ -532,7 +540,7 @@
     </message>
     <message>
         <source>Stopping the build...</source>
-        <translation>Das Erstellen wird angehalten …</translation>
+        <translation>Das Erstellen wird abgebrochen …</translation>
     </message>
     <message>
         <source>Building...</source>
@@ -654,7 +662,7 @@
     </message>
     <message>
         <source>Add &amp;folder...</source>
-        <translation>&amp;Ordner hinzufügen …</translation>
+        <translation>O&amp;rdner hinzufügen …</translation>
     </message>
     <message>
         <source>Add &amp;inherited</source>

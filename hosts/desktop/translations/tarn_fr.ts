@@ -5,7 +5,7 @@
     <name>CodeEditor</name>
     <message>
         <source>The text holds characters that the file&apos;s encoding can&apos;t write.</source>
-        <translation>Le texte contient des caractères que l&apos;encodage du fichier ne permet pas d&apos;écrire.</translation>
+        <translation>Le texte contient des caractères que l’encodage du fichier ne permet pas d’écrire.</translation>
     </message>
 </context>
 <context>
@@ -20,7 +20,7 @@
     </message>
     <message>
         <source>No global named %1 is known; build the project first</source>
-        <translation>Aucun nom global %1 n’est connu ; générez d’abord le projet</translation>
+        <translation>Aucun nom global %1 n’est connu&#xa0;; générez d’abord le projet</translation>
     </message>
 </context>
 <context>
@@ -31,7 +31,7 @@
     </message>
     <message>
         <source>&amp;Redo</source>
-        <translation>&amp;Rétablir</translation>
+        <translation>Réta&amp;blir</translation>
     </message>
     <message>
         <source>Cu&amp;t</source>
@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Line (1 to %1):</source>
-        <translation>Ligne (1 à %1) :</translation>
+        <translation>Ligne (1 à %1)&#xa0;:</translation>
     </message>
     <message>
         <source>&amp;Edit</source>
@@ -102,7 +102,7 @@
     </message>
     <message>
         <source>Keep mine</source>
-        <translation>Garder la mienne</translation>
+        <translation>Garder ma version</translation>
     </message>
     <message>
         <source>%1 has been changed by another program, and here as well.</source>
@@ -136,15 +136,19 @@
     </message>
     <message>
         <source>%1 can&apos;t be read: %2</source>
-        <translation>Impossible de lire %1 : %2</translation>
+        <translation>Impossible de lire %1&#xa0;: %2</translation>
     </message>
     <message>
         <source>%1 can&apos;t be written: %2</source>
-        <translation>Impossible d&apos;écrire %1 : %2</translation>
+        <translation>Impossible d’écrire %1&#xa0;: %2</translation>
     </message>
     <message>
         <source>Save the changes in %1?</source>
-        <translation>Enregistrer les modifications de %1 ?</translation>
+        <translation>Enregistrer les modifications de %1&#xa0;?</translation>
+    </message>
+    <message>
+        <source>Open files</source>
+        <translation>Fichiers ouverts</translation>
     </message>
 </context>
 <context>
@@ -275,11 +279,7 @@
     </message>
     <message>
         <source>Closing as soon as the build has stopped...</source>
-        <translation>Fermeture dès l&apos;arrêt de la génération…</translation>
-    </message>
-    <message>
-        <source>Find in the &amp;project...</source>
-        <translation>Rechercher dans le pro&amp;jet…</translation>
+        <translation>Fermeture dès l’arrêt de la génération…</translation>
     </message>
     <message>
         <source>%1[*] - Tarn</source>
@@ -293,9 +293,9 @@
         <source>There is no such file:
 %1</source>
         <translation>
-            <numerusform>Ce fichier n&apos;existe pas :
+            <numerusform>Ce fichier n’existe pas&#xa0;:
 %1</numerusform>
-            <numerusform>Ces fichiers n&apos;existent pas :
+            <numerusform>Ces fichiers n’existent pas&#xa0;:
 %1</numerusform>
         </translation>
     </message>
@@ -307,13 +307,17 @@
         <source>The project is being built.</source>
         <translation>Le projet est en cours de génération.</translation>
     </message>
+    <message>
+        <source>Find in the pro&amp;ject...</source>
+        <translation>Rechercher dans le pro&amp;jet…</translation>
+    </message>
 </context>
 <context>
     <name>PageView</name>
     <message>
         <source>This page can&apos;t be shown:
 %1</source>
-        <translation>Impossible d&apos;afficher cette page :
+        <translation>Impossible d’afficher cette page&#xa0;:
 %1</translation>
     </message>
 </context>
@@ -340,15 +344,15 @@
     </message>
     <message>
         <source>The last build has no errors and no warnings</source>
-        <translation>La dernière génération n&apos;a ni erreur ni avertissement</translation>
+        <translation>La dernière génération n’a ni erreur ni avertissement</translation>
     </message>
     <message>
         <source>Error %1 of %2: %3</source>
-        <translation>Erreur %1 sur %2 : %3</translation>
+        <translation>Erreur %1 sur %2&#xa0;: %3</translation>
     </message>
     <message>
         <source>Warning %1 of %2: %3</source>
-        <translation>Avertissement %1 sur %2 : %3</translation>
+        <translation>Avertissement %1 sur %2&#xa0;: %3</translation>
     </message>
 </context>
 <context>
@@ -367,7 +371,7 @@
     </message>
     <message>
         <source>%1 can&apos;t be opened.</source>
-        <translation>Impossible d&apos;ouvrir %1.</translation>
+        <translation>Impossible d’ouvrir %1.</translation>
     </message>
     <message>
         <source>Open project</source>
@@ -383,7 +387,7 @@
     </message>
     <message>
         <source>%1 can&apos;t be copied: %2</source>
-        <translation>Impossible de copier %1 : %2</translation>
+        <translation>Impossible de copier %1&#xa0;: %2</translation>
     </message>
     <message>
         <source>&amp;New project...</source>
@@ -400,6 +404,10 @@
     <message>
         <source>Redo project change</source>
         <translation>Rétablir la modification du projet</translation>
+    </message>
+    <message>
+        <source>The changes of the project could not be saved.</source>
+        <translation>Les modifications du projet n’ont pas pu être enregistrées.</translation>
     </message>
 </context>
 <context>
@@ -436,7 +444,7 @@
     </message>
     <message>
         <source>%1 is out of date</source>
-        <translation>%1 n&apos;est plus à jour</translation>
+        <translation>%1 n’est plus à jour</translation>
     </message>
     <message>
         <source>%1 has been created</source>
@@ -452,7 +460,7 @@
     </message>
     <message>
         <source>The help file %1 can&apos;t be shown</source>
-        <translation>Impossible d&apos;afficher le fichier d&apos;aide %1</translation>
+        <translation>Impossible d’afficher le fichier d’aide %1</translation>
     </message>
     <message>
         <source>%1 (%2)</source>
@@ -524,7 +532,7 @@
     </message>
     <message>
         <source>%1: %2</source>
-        <translation>%1 : %2</translation>
+        <translation>%1&#xa0;: %2</translation>
     </message>
     <message>
         <source>%1 (%2 s)</source>
@@ -602,7 +610,7 @@
     </message>
     <message>
         <source>Open a copy of an example</source>
-        <translation>Ouvrir une copie d&apos;un exemple</translation>
+        <translation>Ouvrir une copie d’un exemple</translation>
     </message>
     <message>
         <source>Recent</source>
@@ -621,7 +629,7 @@
     </message>
     <message>
         <source>&amp;Reset layout</source>
-        <translation>&amp;Réinitialiser la disposition</translation>
+        <translation>Réinitialiser la &amp;disposition</translation>
     </message>
 </context>
 <context>
@@ -658,7 +666,7 @@
     </message>
     <message>
         <source>Add &amp;inherited</source>
-        <translation>Ajouter l&apos;&amp;hérité</translation>
+        <translation>Ajouter l’&amp;hérité</translation>
     </message>
     <message>
         <source>What would hold without a list of one&apos;s own</source>
@@ -696,11 +704,11 @@
     </message>
     <message>
         <source>Written as: %1</source>
-        <translation>Écrit : %1</translation>
+        <translation>Écrit&#xa0;: %1</translation>
     </message>
     <message>
         <source>Gives: %1</source>
-        <translation>Donne : %1</translation>
+        <translation>Donne&#xa0;: %1</translation>
     </message>
     <message>
         <source>nothing</source>
@@ -708,7 +716,7 @@
     </message>
     <message>
         <source>%1: %2</source>
-        <translation>%1 : %2</translation>
+        <translation>%1&#xa0;: %2</translation>
     </message>
     <message>
         <source>application</source>
@@ -732,11 +740,11 @@
     </message>
     <message>
         <source>from %1 %2</source>
-        <translation>de : %1 %2</translation>
+        <translation>de&#xa0;: %1 %2</translation>
     </message>
     <message>
         <source>as %1 %2</source>
-        <translation>comme : %1 %2</translation>
+        <translation>comme&#xa0;: %1 %2</translation>
     </message>
     <message>
         <source>default</source>
@@ -783,11 +791,11 @@
     </message>
     <message>
         <source>Set at %1 %2 for %3: %4</source>
-        <translation>Défini pour %1 %2, configuration %3 : %4</translation>
+        <translation>Défini pour %1 %2, configuration %3&#xa0;: %4</translation>
     </message>
     <message>
         <source>What the option means</source>
-        <translation>Signification de l&apos;option</translation>
+        <translation>Signification de l’option</translation>
     </message>
     <message>
         <source>Undo</source>
@@ -819,7 +827,7 @@
     </message>
     <message>
         <source>Confi&amp;guration:</source>
-        <translation>Confi&amp;guration :</translation>
+        <translation>Confi&amp;guration&#xa0;:</translation>
     </message>
     <message>
         <source>Configuration</source>
@@ -835,7 +843,7 @@
     </message>
     <message>
         <source>&amp;Options of:</source>
-        <translation>&amp;Options de :</translation>
+        <translation>&amp;Options de&#xa0;:</translation>
     </message>
     <message>
         <source>Options of</source>
@@ -851,11 +859,11 @@
     </message>
     <message>
         <source>Undo: %1</source>
-        <translation>Annuler : %1</translation>
+        <translation>Annuler&#xa0;: %1</translation>
     </message>
     <message>
         <source>Redo: %1</source>
-        <translation>Rétablir : %1</translation>
+        <translation>Rétablir&#xa0;: %1</translation>
     </message>
     <message>
         <source>Select a node of the project.</source>
@@ -867,15 +875,15 @@
     </message>
     <message>
         <source>Written as: %1</source>
-        <translation>Écrit : %1</translation>
+        <translation>Écrit&#xa0;: %1</translation>
     </message>
     <message>
         <source>Gives: %1</source>
-        <translation>Donne : %1</translation>
+        <translation>Donne&#xa0;: %1</translation>
     </message>
     <message>
         <source>Default: %1</source>
-        <translation>Par défaut : %1</translation>
+        <translation>Par défaut&#xa0;: %1</translation>
     </message>
     <message>
         <source>Reset options</source>
@@ -883,11 +891,11 @@
     </message>
     <message>
         <source>Take away all options that are set at %1, in every configuration? This can&apos;t be undone.</source>
-        <translation>Retirer toutes les options définies pour %1, dans toutes les configurations ? Cette action est irréversible.</translation>
+        <translation>Retirer toutes les options définies pour %1, dans toutes les configurations&#xa0;? Cette action est irréversible.</translation>
     </message>
     <message>
         <source>Name:</source>
-        <translation>Nom :</translation>
+        <translation>Nom&#xa0;:</translation>
     </message>
     <message>
         <source>There is a configuration %1 already.</source>
@@ -895,7 +903,7 @@
     </message>
     <message>
         <source>There is no kind of node &quot;%1&quot;. These are known: %2.</source>
-        <translation>Le type de nœud « %1 » n&apos;existe pas. Types connus : %2.</translation>
+        <translation>Le type de nœud «&#xa0;%1&#xa0;» n’existe pas. Types connus&#xa0;: %2.</translation>
     </message>
 </context>
 <context>
