@@ -35,7 +35,7 @@ EditorArea::EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget
   connect(&editorTabs, &QTabWidget::currentChanged, this, [this] { ShowConflict(); });
   editorTabs.onConflict = [this] { ShowConflict(); };
   fileBanner->onFirst = [this] {
-    if (CodeEditor* const editor = editors.Current()) static_cast<void>(editor->Load());
+    editors.ReloadCurrent();
     ShowConflict();
   };
   fileBanner->onSecond = [this] {

@@ -1,6 +1,8 @@
 #include "hosts/desktop/EditorTabs.h"
 
+#include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QTabBar>
@@ -18,6 +20,8 @@ EditorTabs::EditorTabs(FileSystem& fileSystem, QWidget* parent)
   setTabsClosable(true);
   setMovable(true);
   setUsesScrollButtons(true);
+  setAccessibleName(tr("Open files"));
+  tabBar()->setAccessibleName(tr("Open files"));
   tabBar()->installEventFilter(this);
   connect(this, &QTabWidget::tabCloseRequested, this, [this](int index) { CloseTab(index); });
 }
@@ -41,18 +45,13 @@ bool EditorTabs::OpenFile(const std::string& path, int line) {
   }
   if (editor == nullptr) {
     editor = new CodeEditor(files, path);
-    if (const Status loaded = editor->Load(); !loaded) {
+    if (!Load(*editor)) {
       delete editor;
-      QMessageBox::warning(
-          this, tr("Tarn"),
-          tr("%1 can't be read: %2").arg(ToQt(path), ToQt(loaded.GetError().text)));
       return false;
     }
     const int index = addTab(editor, {});
     setTabToolTip(index, ToQt(path));
-    ShowName(*editor);
-    connect(editor, &QsciScintilla::modificationChanged, this,
-            [this, editor] { ShowName(*editor); });
+    connect(editor, &QsciScintilla::modificationChanged, this, [this] { ShowNames(); });
     editor->onFollowName = [this] {
       if (onFollowName) onFollowName();
     };
@@ -73,6 +72,10 @@ bool EditorTabs::SaveAll() {
 
 bool EditorTabs::SaveCurrent() {
   return Current() == nullptr || Save(*Current());
+}
+
+bool EditorTabs::ReloadCurrent() {
+  return Current() == nullptr || Load(*Current());
 }
 
 bool EditorTabs::CloseCurrent() {
@@ -136,11 +139,13 @@ void EditorTabs::FollowDisk() {
 
 void EditorTabs::tabInserted(int index) {
   QTabWidget::tabInserted(index);
+  ShowNames();
   WatchFiles();
 }
 
 void EditorTabs::tabRemoved(int index) {
   QTabWidget::tabRemoved(index);
+  ShowNames();
   WatchFiles();
 }
 
@@ -156,6 +161,16 @@ CodeEditor* EditorTabs::Current() const {
 
 CodeEditor* EditorTabs::At(int index) const {
   return static_cast<CodeEditor*>(widget(index));
+}
+
+bool EditorTabs::Load(CodeEditor& editor) {
+  const Status loaded = editor.Load();
+  if (!loaded) {
+    QMessageBox::warning(
+        this, tr("Tarn"),
+        tr("%1 can't be read: %2").arg(ToQt(editor.GetPath()), ToQt(loaded.GetError().text)));
+  }
+  return static_cast<bool>(loaded);
 }
 
 bool EditorTabs::Save(CodeEditor& editor) {
@@ -192,9 +207,17 @@ bool EditorTabs::CloseTab(int index) {
   return true;
 }
 
-void EditorTabs::ShowName(CodeEditor& editor) {
-  const QString name = ToQt(FileNameOf(editor.GetPath())).replace("&", "&&");
-  setTabText(indexOf(&editor), editor.isModified() ? name + " *" : name);
+// Files of one name are told apart by their folders.
+void EditorTabs::ShowNames() {
+  QHash<QString, int> counts;
+  for (int index = 0; index < count(); ++index) ++counts[ToQt(FileNameOf(At(index)->GetPath()))];
+  for (int index = 0; index < count(); ++index) {
+    const std::string& path = At(index)->GetPath();
+    QString name = ToQt(FileNameOf(path));
+    if (counts[name] > 1) name += " (" + QFileInfo(ToQt(path)).dir().dirName() + ")";
+    if (At(index)->isModified()) name += " *";
+    setTabText(index, name.replace("&", "&&"));
+  }
 }
 
 }  // namespace tarn::host

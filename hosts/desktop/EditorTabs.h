@@ -29,6 +29,9 @@ class EditorTabs : public QTabWidget {
   // False when something could not be written, which the user has been told.
   bool SaveAll();
   bool SaveCurrent();
+  // Takes the text in view from the disk; what stood there is gone. False when it can't be read,
+  // which the user has been told.
+  bool ReloadCurrent();
   bool CloseCurrent();
   // Asks for each text that is not saved. False when the user would rather stay.
   bool MayCloseAll();
@@ -57,10 +60,11 @@ class EditorTabs : public QTabWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  bool Load(CodeEditor& editor);
   bool Save(CodeEditor& editor);
   bool MayClose(CodeEditor& editor);
   bool CloseTab(int index);
-  void ShowName(CodeEditor& editor);
+  void ShowNames();
   void WatchFiles();
 
   FileSystem& files;

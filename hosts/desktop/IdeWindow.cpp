@@ -158,10 +158,11 @@ void IdeWindow::AddMenus() {
   file->addAction(tr("&Save"), QKeySequence::Save, this, [this] { editors->SaveCurrent(); });
   file->addAction(tr("Save &all"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, this,
                   [this] { project->SaveAll(); });
-  file->addAction(tr("&Close file"), QKeySequence::Close, this,
-                  [this] { editors->CloseCurrent(); });
+  // Not all desktops have keys of their own for these two.
+  file->addAction(tr("&Close file"), this, [this] { editors->CloseCurrent(); })
+      ->setShortcuts({Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_F4});
   file->addSeparator();
-  file->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
+  file->addAction(tr("&Quit"), Qt::CTRL | Qt::Key_Q, this, [this] { close(); });
   editMenu = MakeEditMenu(*this, *editors, area->Finder(), *declarations);
   project->AddHistory(*editMenu);
   menuBar()->addMenu(editMenu);
@@ -347,7 +348,7 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
   filter->onChosen = [this](const IndexedNode& node) {
     session->Inspector().SelectNodeByPlace(node.place);
   };
-  QAction* const action = editMenu->addAction(tr("Find in the &project..."), filter, [filter] {
+  QAction* const action = editMenu->addAction(tr("Find in the pro&ject..."), filter, [filter] {
     if (auto* const dock = qobject_cast<QDockWidget*>(filter->parentWidget())) {
       dock->show();
       dock->raise();

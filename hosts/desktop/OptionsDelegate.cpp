@@ -12,6 +12,7 @@
 #include <QTreeView>
 
 #include "hosts/desktop/OptionEditors.h"
+#include "platform/qt/QtFont.h"
 
 namespace tarn::host {
 
@@ -20,10 +21,6 @@ namespace {
 constexpr int kRowPadding = 8;  // above and below the text together
 constexpr int kResetSize = 18;  // the button, square
 constexpr int kBubbleMargin = 6;
-
-bool IsDark(const QPalette& palette) {
-  return palette.color(QPalette::Base).lightness() < 128;
-}
 
 // In a dark palette some styles draw boxes that can't be told from what is behind them.
 void OutlineCheckBox(QPainter& painter, const QStyleOptionViewItem& cell) {
@@ -86,7 +83,7 @@ void OptionsDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
   cell.state &= ~QStyle::State_HasFocus;
   if (!HasResetButton(index)) {
     QStyledItemDelegate::paint(painter, cell, index);
-    if (IsDark(option.palette) && index.data(Qt::CheckStateRole).isValid()) {
+    if (IsDarkPalette() && index.data(Qt::CheckStateRole).isValid()) {
       initStyleOption(&cell, index);
       OutlineCheckBox(*painter, cell);
     }
@@ -223,7 +220,7 @@ void OptionsDelegate::ShowProblem(QWidget& editor, const QString& problem) {
   if (text != nullptr) {
     QPalette colours = view.palette();
     if (!problem.isEmpty()) {
-      colours.setColor(QPalette::Base, IsDark(colours) ? QColor(0x5c2323) : QColor(0xffe3e0));
+      colours.setColor(QPalette::Base, IsDarkPalette() ? QColor(0x5c2323) : QColor(0xffe3e0));
     }
     text->Line()->setPalette(colours);
     text->Line()->setAccessibleDescription(problem);
@@ -235,13 +232,14 @@ void OptionsDelegate::ShowProblem(QWidget& editor, const QString& problem) {
   if (!bubble) {
     bubble = new QLabel(view.viewport());
     bubble->setObjectName("problem");
+    bubble->setTextFormat(Qt::PlainText);
     bubble->setWordWrap(true);
     bubble->setMargin(kBubbleMargin);
     bubble->setFrameStyle(QFrame::Box | QFrame::Plain);
     bubble->setAutoFillBackground(true);
     bubble->setBackgroundRole(QPalette::Window);
     bubble->setForegroundRole(QPalette::WindowText);
-    const bool isDark = IsDark(view.palette());
+    const bool isDark = IsDarkPalette();
     QPalette colours = view.palette();
     colours.setColor(QPalette::Window, isDark ? QColor(0x3a1c1c) : QColor(0xfff4f2));
     colours.setColor(QPalette::WindowText, isDark ? QColor(0xffb4ab) : QColor(0xa3140a));

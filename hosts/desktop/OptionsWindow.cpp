@@ -21,6 +21,7 @@
 #include "hosts/desktop/OptionsGrid.h"
 #include "hosts/desktop/SearchField.h"
 #include "hosts/frame/ProjectTemplate.h"
+#include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
 
@@ -46,12 +47,7 @@ QString Html(const std::string& text) {
 
 // HTML knows no colour that shines through.
 QString QuietColour(const QPalette& palette) {
-  const QColor text = palette.color(QPalette::Text);
-  const QColor base = palette.color(QPalette::Base);
-  const auto between = [](int a, int b) { return (a * 55 + b * 45) / 100; };
-  return QColor(between(text.red(), base.red()), between(text.green(), base.green()),
-                between(text.blue(), base.blue()))
-      .name();
+  return Blend(palette.color(QPalette::Text), palette.color(QPalette::Base), 0.45F).name();
 }
 
 QString WordForRange(const OptionDefinition& option) {

@@ -60,8 +60,13 @@ TEST_F(EditorTabsTest, SavingChangesOnlyWhatTheUserChanged) {
 TEST_F(EditorTabsTest, AFileIsOpenOnceAndShowsTheLine) {
   folder.Write("a.c", "1\n2\n3\n");
   ASSERT_TRUE(tabs.OpenFile(folder / "a.c", 3));
+  folder.Write("b/a.c", "");
+  ASSERT_TRUE(tabs.OpenFile(folder / "b/a.c", 0));
+  EXPECT_EQ(tabs.tabText(1), "a.c (b)");
+  EXPECT_TRUE(tabs.CloseCurrent());
   ASSERT_TRUE(tabs.OpenFile(folder / "./a.c", 2));
   EXPECT_EQ(tabs.count(), 1);
+  EXPECT_EQ(tabs.tabText(0), "a.c");
   int line = 0;
   int column = 0;
   tabs.Current()->getCursorPosition(&line, &column);
