@@ -230,11 +230,11 @@ ReportHit ReportView::HitAt(QPoint point) const {
   if (row == nullptr) return {};
   hit.area = ReportHit::Area::Row;
   hit.column = head->logicalIndexAt(point.x());
-  if (row->IsGroup()) {
-    delegate->Hit(hit.row, std::max(0, hit.column), PlaceOf(hit.row), point, hit);
-  } else if (hit.column >= 0) {
-    delegate->Hit(hit.row, hit.column, PlaceOf(hit.row, hit.column), point, hit);
-  }
+  // A group goes over all columns, of which there may be none by now.
+  const int column = row->IsGroup() ? std::max(0, hit.column) : hit.column;
+  if (report.GetColumns().GetAt(column) == nullptr) return hit;
+  delegate->Hit(hit.row, column, row->IsGroup() ? PlaceOf(hit.row) : PlaceOf(hit.row, column),
+                point, hit);
   return hit;
 }
 

@@ -202,6 +202,7 @@ TEST_F(ReportPeerTest, HeadsSortGroupAndTakeTheWidthsThatTheUserGives) {
   EXPECT_TRUE(head.isSectionHidden(2));
   report.GetColumns().Clear();
   EXPECT_EQ(head.count(), 0);
+  EXPECT_EQ(report.HitTest({20, 5}).row, 0) << "the group's";
   view->grab();
 }
 
