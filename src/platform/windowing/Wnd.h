@@ -53,6 +53,7 @@ enum VirtualKey : int {
   kKeyF2 = 113,
 };
 
+// With Alt a key is a menu's or the desktop's, and is not told.
 struct KeyEvent {
   int key = 0;
   bool isShiftDown = false;
