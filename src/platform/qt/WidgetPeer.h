@@ -66,14 +66,16 @@ class WidgetPeer : public Base {
   WidgetPeer(const WidgetPeer&) = delete;
   WidgetPeer& operator=(const WidgetPeer&) = delete;
 
-  // The place of a window without a parent is the host's matter.
+  // Where a window without a parent is, and whether it is seen, is the host's matter.
   void OnMoved() override {
     if (widget == nullptr || window.GetParent() == nullptr) return;
     const Rect& rect = window.GetRect();
     widget->setGeometry(rect.left, rect.top, rect.Width(), rect.Height());
   }
   void OnShown() override {
-    if (widget != nullptr && window.GetParent() != nullptr) widget->setVisible(window.IsVisible());
+    if (widget == nullptr || window.GetParent() == nullptr) return;
+    // Below a widget that the host has destroyed it would come up as a window of its own.
+    if (widget->parentWidget() != nullptr) widget->setVisible(window.IsVisible());
   }
   void OnEnabled() override {
     if (widget != nullptr) widget->setEnabled(window.IsEnabled());

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QResizeEvent>
+#include <QTimer>
 #include <QUrl>
 #include <QWidget>
 #include <optional>
@@ -212,7 +213,11 @@ bool WindowInput::OnDrop(QEvent& event) {
   if (paths.empty()) return false;
   drop.setDropAction(Qt::CopyAction);
   drop.accept();
-  if (event.type() == QEvent::Drop) window.NotifyDroppedFiles(paths);
+  if (event.type() != QEvent::Drop) return true;
+  // The program that they come from waits for the end of this event, and the window may ask.
+  QTimer::singleShot(0, this, [this, paths] {
+    if (IsWindow(handle)) window.NotifyDroppedFiles(paths);
+  });
   return true;
 }
 

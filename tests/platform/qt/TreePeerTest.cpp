@@ -3,11 +3,14 @@
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QPointer>
 #include <QScreen>
 #include <QScrollBar>
 #include <QTest>
 #include <QTreeView>
+#include <QUrl>
 #include <functional>
 #include <iterator>
 #include <memory>
@@ -37,6 +40,7 @@ class TalkingTree : public CTreeCtrl {
   int menus = 0;
   std::vector<TreeHit> activated;
   std::vector<int> keys;
+  std::vector<std::string> dropped;
   std::string remark;  // behind each label
   mutable std::vector<const CTreeItem*> drawn;
 
@@ -59,6 +63,7 @@ class TalkingTree : public CTreeCtrl {
     if (whenSelected) whenSelected();
   }
   bool OnContextMenu(Point) override { return ++menus > 0; }
+  void OnDropFiles(const std::vector<std::string>& paths) override { dropped = paths; }
 };
 
 QPoint MiddleOf(const Rect& rect) {
@@ -177,6 +182,24 @@ TEST_F(TreePeerTest, LettersFindTheNextLineThatBeginsWithThemOrElseHasThem) {
     EXPECT_TRUE(IsOpen(*fruit)) << "where what was found is";
     QTest::qWait(QApplication::keyboardInputInterval() + 20);
   }
+}
+
+TEST_F(TreePeerTest, DroppedFilesAreToldWhenTheDropIsOver) {
+  QMimeData files;
+  files.setUrls({QUrl("https://example.invalid/x"), QUrl::fromLocalFile("/tmp/a b.c")});
+  const auto isTaken = [&] {
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QApplication::sendEvent(view->viewport(), &enter);
+    QDropEvent drop({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QApplication::sendEvent(view->viewport(), &drop);
+    EXPECT_TRUE(tree.dropped.empty());
+    Settle();
+    return enter.isAccepted();
+  };
+  EXPECT_FALSE(isTaken());
+  tree.AcceptDroppedFiles(true);
+  EXPECT_TRUE(isTaken());
+  EXPECT_EQ(tree.dropped, std::vector<std::string>{"/tmp/a b.c"});
 }
 
 TEST_F(TreePeerTest, AFieldInTheTreeHasItsKeysForItselfAndGivesTheKeyboardBack) {
@@ -366,6 +389,9 @@ TEST_F(TreePeerTest, LivesOnWithoutItsView) {
   tree.SetTopRow(1);
   EXPECT_EQ(tree.GetRowCount(), 3);
   EXPECT_FALSE(tree.BeginDragImage(*roots, {}, {}));
+  CEdit field;
+  ASSERT_TRUE(field.Create(kStyleChild | kStyleVisible, {0, 0, 80, 20}, &tree, 1));
+  EXPECT_FALSE(WidgetOf(field)->isVisible());
 }
 
 TEST_F(TreePeerTest, PictureOfADraggedItemFollowsTheCursor) {
