@@ -10,6 +10,8 @@
 
 namespace tarn {
 
+// All of this is used on the thread of the widgets alone.
+
 // The widget that shows a window; null for none. For the host, which puts those of windows without
 // a parent into its own.
 QWidget* WidgetOf(WindowHandle window);

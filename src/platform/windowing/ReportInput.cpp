@@ -305,9 +305,12 @@ bool CReportControl::OnKeyDown(const KeyEvent& event) {
     case kKeyLeft:
     case kKeyRight:
       return StepInTree(event.key == kKeyRight);
-    case kKeySpace:
-      NotifyCheckToggled(focusedRow, firstColumn(&CReportControl::CanToggle));
+    case kKeySpace: {
+      const int column = firstColumn(&CReportControl::CanToggle);
+      if (column < 0) return false;
+      NotifyCheckToggled(focusedRow, column);
       return true;
+    }
     case kKeyF2: {
       const int column = firstColumn(&CReportControl::CanEdit);
       ReportPeer* drawn = DrawnBy();

@@ -160,6 +160,13 @@ TEST_F(ReportPeerTest, MouseAndKeysGoThroughTheControl) {
   QContextMenuEvent second(QContextMenuEvent::Mouse, CellAt(0, 1), {});
   QApplication::sendEvent(view->viewport(), &second);
   EXPECT_EQ(report.GetSelectedRows().GetIndexes(), std::vector<int>{0});
+  // A blank is typed where there is nothing to tick.
+  report.AllowEdit(false);
+  report.GetItemAt(1, 1)->SetOwnCaption("pear");
+  report.GetItemAt(2, 1)->SetOwnCaption("pe x");
+  QTest::qWait(QApplication::keyboardInputInterval() + 20);
+  QTest::keyClicks(view, "PE X");
+  EXPECT_EQ(report.GetFocusedRow(), 2);
 }
 
 TEST_F(ReportPeerTest, HeadsSortGroupAndTakeTheWidthsThatTheUserGives) {
