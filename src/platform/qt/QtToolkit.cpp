@@ -20,9 +20,9 @@
 #include "platform/qt/QtRichText.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/QtTipPeer.h"
+#include "platform/qt/QtToolBar.h"
 #include "platform/qt/QtTreePeer.h"
 #include "platform/qt/SheetDialog.h"
-#include "platform/qt/ToolBarWidget.h"
 #include "platform/qt/WidgetPeer.h"
 #include "platform/qt/WindowInput.h"
 

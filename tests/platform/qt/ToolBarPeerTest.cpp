@@ -1,4 +1,4 @@
-#include "platform/qt/ToolBarWidget.h"
+#include "platform/qt/QtToolBar.h"
 
 #include <gtest/gtest.h>
 
@@ -30,9 +30,9 @@ class Owner : public CWnd {
   }
 };
 
-class ToolBarWidgetTest : public ::testing::Test {
+class ToolBarPeerTest : public ::testing::Test {
  protected:
-  ToolBarWidgetTest() {
+  ToolBarPeerTest() {
     owner.Create(kStylePopup, {0, 0, 400, 300}, nullptr, 0);
     owner.bar.Create(kStyleChild | kStyleVisible, {0, 0, 400, 32}, &owner, 1);
     owner.bar.AddButton(10, "Properties", -1);
@@ -56,7 +56,7 @@ class ToolBarWidgetTest : public ::testing::Test {
   Owner owner;
 };
 
-TEST_F(ToolBarWidgetTest, PressesGoToTheOwnerAndStatesStayTheBars) {
+TEST_F(ToolBarPeerTest, PressesGoToTheOwnerAndStatesStayTheBars) {
   ASSERT_NE(Button(0), nullptr);
   EXPECT_EQ(Button(0)->toolTip(), "Properties");
   QTest::mouseClick(Button(0), Qt::LeftButton);
@@ -72,7 +72,7 @@ TEST_F(ToolBarWidgetTest, PressesGoToTheOwnerAndStatesStayTheBars) {
   EXPECT_TRUE(Button(0)->isChecked());
 }
 
-TEST_F(ToolBarWidgetTest, MenuOfAButtonByKeyboard) {
+TEST_F(ToolBarPeerTest, MenuOfAButtonByKeyboard) {
   QTimer::singleShot(0, [] {
     auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     ASSERT_NE(menu, nullptr);
@@ -83,7 +83,7 @@ TEST_F(ToolBarWidgetTest, MenuOfAButtonByKeyboard) {
   EXPECT_EQ(owner.commands, std::vector<int>{21});
 }
 
-TEST_F(ToolBarWidgetTest, BreaksIntoRowsWhereTheWidthDoesNotDo) {
+TEST_F(ToolBarPeerTest, BreaksIntoRowsWhereTheWidthDoesNotDo) {
   const int oneRow = owner.bar.GetHeightFor(400);
   EXPECT_GT(owner.bar.GetHeightFor(owner.bar.GetButtonRect(0).right + 4), oneRow);
   owner.bar.MoveWindow({0, 0, owner.bar.GetButtonRect(0).right + 4, 100});
@@ -92,7 +92,7 @@ TEST_F(ToolBarWidgetTest, BreaksIntoRowsWhereTheWidthDoesNotDo) {
   EXPECT_EQ(Button(2)->text(), "Show");
 }
 
-TEST_F(ToolBarWidgetTest, BarMayGoInItsOwnPress) {
+TEST_F(ToolBarPeerTest, BarMayGoInItsOwnPress) {
   owner.goesAt = 10;
   QTest::mouseClick(Button(0), Qt::LeftButton);
   EXPECT_EQ(owner.commands, std::vector<int>{10});

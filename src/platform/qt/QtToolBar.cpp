@@ -1,4 +1,4 @@
-#include "platform/qt/ToolBarWidget.h"
+#include "platform/qt/QtToolBar.h"
 
 #include <QFrame>
 #include <QIcon>
@@ -57,15 +57,14 @@ class BarWidget : public QWidget {
   }
 };
 
-class ToolBarWidgetPeer : public WidgetPeer<ToolBarPeer, BarWidget> {
+class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
  public:
-  explicit ToolBarWidgetPeer(CToolBar& shownBar)
-      : WidgetPeer(shownBar, new BarWidget), bar(shownBar) {
+  explicit QtToolBar(CToolBar& shownBar) : WidgetPeer(shownBar, new BarWidget), bar(shownBar) {
     new WindowInput(bar, *widget, kInputSize | kInputContextMenu | kInputFileDrops);
     widget->onResize = [this, own = handle] {
       if (IsWindow(own)) Arrange();
     };
-    ToolBarWidgetPeer::OnButtonsChanged();
+    QtToolBar::OnButtonsChanged();
   }
 
   // They come one after another; the widgets are made once.
@@ -84,6 +83,7 @@ class ToolBarWidgetPeer : public WidgetPeer<ToolBarPeer, BarWidget> {
     Arrange();
   }
   std::optional<int> HeightFor(int width) override {
+    if (widget == nullptr) return std::nullopt;
     const std::vector<Rect> places = PlacesAt(width);
     return places.empty() ? 0 : places.back().bottom + kMargin;
   }
@@ -121,7 +121,12 @@ class ToolBarWidgetPeer : public WidgetPeer<ToolBarPeer, BarWidget> {
     if (bar.GetImages() != nullptr) {
       const Size size = bar.GetImages()->GetImageSize();
       made->setIconSize(QSize(size.width, size.height));
-      made->setIcon(images.Get(*bar.GetImages(), button.image, widget->devicePixelRatioF()));
+      // The window may be moved to another screen.
+      QIcon icon;
+      for (const qreal ratio : {1.0, 2.0, widget->devicePixelRatioF()}) {
+        icon.addPixmap(images.Get(*bar.GetImages(), button.image, ratio));
+      }
+      made->setIcon(icon);
     }
     made->setToolButtonStyle(made->icon().isNull() ? Qt::ToolButtonTextOnly
                                                    : Qt::ToolButtonIconOnly);
@@ -201,7 +206,7 @@ class ToolBarWidgetPeer : public WidgetPeer<ToolBarPeer, BarWidget> {
 }  // namespace
 
 std::unique_ptr<ToolBarPeer> MakeToolBarPeer(CToolBar& bar) {
-  return std::make_unique<ToolBarWidgetPeer>(bar);
+  return std::make_unique<QtToolBar>(bar);
 }
 
 }  // namespace tarn
