@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QToolButton>
 #include <algorithm>
+#include <limits>
 
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorTabs.h"
@@ -17,6 +18,8 @@ namespace {
 
 constexpr int kPauseMs = 200;
 constexpr int kCountWidth = 130;
+// More of them nobody looks at one by one.
+constexpr qsizetype kMostShown = 10000;
 
 QToolButton* IconButton(Qt::ArrowType arrow, const QString& tip, QWidget* parent) {
   auto* const button = new QToolButton(parent);
@@ -70,8 +73,8 @@ FindBar::FindBar(EditorTabs& editorTabs, QWidget* parent)
   second->addWidget(all);
   rows->addWidget(replaceRow);
   later.setSingleShot(true);
-  connect(&later, &QTimer::timeout, this, [this] { Search(); });
-  connect(pattern, &QLineEdit::textChanged, this, [this] { Search(); });
+  connect(&later, &QTimer::timeout, this, [this] { Search(kMostShown); });
+  connect(pattern, &QLineEdit::textChanged, this, [this] { Search(kMostShown); });
   connect(before, &QToolButton::clicked, this, [this] { Find(false); });
   connect(next, &QToolButton::clicked, this, [this] { Find(true); });
   connect(close, &QToolButton::clicked, this, [this] { Close(); });
@@ -89,7 +92,7 @@ QToolButton* FindBar::AddSwitch(const QString& text, const QString& tip) {
   button->setAutoRaise(true);
   button->setToolTip(tip);
   button->setAccessibleName(tip);
-  connect(button, &QToolButton::toggled, this, [this] { Search(); });
+  connect(button, &QToolButton::toggled, this, [this] { Search(kMostShown); });
   return button;
 }
 
@@ -126,16 +129,16 @@ void FindBar::Follow() {
   }
   followed = connect(editor, &QsciScintilla::textChanged, this, [this] { later.start(kPauseMs); });
   followedPlace = connect(editor, &QsciScintilla::selectionChanged, this, [this] { ShowCount(); });
-  Search();
+  Search(kMostShown);
 }
 
-void FindBar::Search() {
+void FindBar::Search(qsizetype most) {
   later.stop();
   CodeEditor* const editor = editors.Current();
   if (editor == nullptr) return;
   const SearchOptions options{pattern->text(), matchCase->isChecked(), wholeWord->isChecked(),
                               expression->isChecked()};
-  result = SearchText(editor->GetText(), options, replacement->text());
+  result = SearchText(editor->GetText(), options, replacement->text(), most);
   editor->MarkHits(isVisible() ? result.hits : QList<SearchHit>());
   ShowCount();
 }
@@ -169,7 +172,7 @@ void FindBar::Find(bool isForward) {
     Open(false);
     return;
   }
-  Search();
+  Search(kMostShown);
   if (result.hits.isEmpty()) return;
   const SearchHit selected = editor->Selection();
   if (isForward) {
@@ -189,7 +192,7 @@ void FindBar::Find(bool isForward) {
 void FindBar::Replace() {
   CodeEditor* const editor = editors.Current();
   if (editor == nullptr) return;
-  Search();
+  Search(kMostShown);
   const SearchHit selected = editor->Selection();
   for (const SearchHit& hit : result.hits) {
     if (hit.start != selected.start || hit.length != selected.length) continue;
@@ -205,10 +208,10 @@ void FindBar::Replace() {
 void FindBar::ReplaceAll() {
   CodeEditor* const editor = editors.Current();
   if (editor == nullptr) return;
-  Search();
+  Search(std::numeric_limits<qsizetype>::max());
   const qsizetype replaced = result.hits.size();
   editor->ReplaceHits(result.hits);
-  Search();
+  Search(kMostShown);
   count->setText(tr("%n replaced", nullptr, static_cast<int>(replaced)));
 }
 

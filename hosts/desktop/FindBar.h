@@ -35,7 +35,8 @@ class FindBar : public QWidget {
  private:
   QToolButton* AddSwitch(const QString& text, const QString& tip);
   void Follow();
-  void Search();
+  // For so many places at most.
+  void Search(qsizetype most);
   void ShowCount();
   void Replace();
   void ReplaceAll();

@@ -14,6 +14,8 @@ struct IndexedNode {
   QString path;       // below the project's folder without it; empty for groups
   QString above;      // labels of the groups above, for those without a path
   std::string place;  // for the server's selection
+
+  bool operator==(const IndexedNode&) const = default;
 };
 
 // All nodes of a tree, as the inspector gives it, in its order. Paths below `folder`, which has a

@@ -6,8 +6,6 @@ namespace tarn::host {
 
 namespace {
 
-constexpr qsizetype kMost = 10000;
-
 QRegularExpression Compile(const SearchOptions& options) {
   QString pattern = options.isExpression ? options.text : QRegularExpression::escape(options.text);
   if (options.isWholeWord) pattern = "(?<!\\w)(?:" + pattern + ")(?!\\w)";
@@ -42,7 +40,7 @@ QString Expand(const QString& replacement, const QRegularExpressionMatch& match)
 }  // namespace
 
 SearchResult SearchText(const QString& text, const SearchOptions& options,
-                        const QString& replacement) {
+                        const QString& replacement, qsizetype most) {
   SearchResult result;
   if (options.text.isEmpty()) return result;
   const QRegularExpression expression = Compile(options);
@@ -54,7 +52,7 @@ SearchResult SearchText(const QString& text, const SearchOptions& options,
   while (matches.hasNext()) {
     const QRegularExpressionMatch match = matches.next();
     if (match.capturedLength() == 0) continue;
-    if (result.hits.size() == kMost) {
+    if (result.hits.size() == most) {
       result.isCut = true;
       break;
     }

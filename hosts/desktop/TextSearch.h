@@ -23,10 +23,10 @@ struct SearchHit {
 // line end and a tab. Places without any character don't count.
 struct SearchResult {
   QList<SearchHit> hits;
-  bool isCut = false;  // there are more than anybody wants to know of
+  bool isCut = false;  // there are more than were asked for
   QString problem;     // what is wrong with the expression; empty when nothing is
 };
 SearchResult SearchText(const QString& text, const SearchOptions& options,
-                        const QString& replacement);
+                        const QString& replacement, qsizetype most);
 
 }  // namespace tarn::host

@@ -95,6 +95,13 @@ void TreeFilter::Show(const QString& text) {
 void TreeFilter::Choose(int row) {
   if (row < 0 || row >= model->rowCount()) return;
   const IndexedNode node = model->NodeAt(row);
+  // The tree may have changed meanwhile, and another node stand in its place.
+  std::vector<IndexedNode> present = askNodes ? askNodes() : std::vector<IndexedNode>();
+  if (std::find(present.begin(), present.end(), node) == present.end()) {
+    model->SetNodes(std::move(present));
+    Show(field->text());
+    return;
+  }
   Leave();
   if (onChosen) onChosen(node);
 }

@@ -30,7 +30,7 @@ class TreeFilter : public QWidget {
   // Begins to look for a node.
   void Begin();
 
-  // All nodes as they are now; asked for when the user begins.
+  // All nodes as they are now; asked for when the user begins, and when one is chosen.
   std::function<std::vector<IndexedNode>()> askNodes;
   std::function<void(const IndexedNode& node)> onChosen;
 

@@ -34,7 +34,7 @@ TEST(TextSearchTest, PlacesAndReplacements) {
       {"abc", {"(", false, false, true}, "", "missing closing parenthesis"},
   };
   for (const Row& row : rows) {
-    const SearchResult result = SearchText(row.text, row.options, row.replacement);
+    const SearchResult result = SearchText(row.text, row.options, row.replacement, 100);
     QString told = result.problem;
     for (const SearchHit& hit : result.hits) {
       told += QString("%1+%2=%3 ").arg(hit.start).arg(hit.length).arg(hit.replacement);
@@ -114,6 +114,16 @@ TEST_F(FindBarTest, WhatIsPutInIsNotReplacedAgain) {
   for (int i = 0; i < 3; ++i) QTest::keyClick(replacement, Qt::Key_Return);
   EXPECT_EQ(tabs.Current()->text().toStdString(),
             "// \xC3\xA9\nint ledled\xC3\xBC;\nint ledled\xC3\xBC;\nledled\xC3\xBC = 1;\n");
+}
+
+TEST_F(FindBarTest, AllAreReplacedHoweverManyThereAre) {
+  window.show();
+  tabs.Current()->setText(QString("a ").repeated(12000));
+  pattern->setText("a");
+  EXPECT_EQ(Told(), "10000+ found");
+  replacement->setText("b");
+  bar.findChildren<QPushButton*>().at(1)->click();
+  EXPECT_FALSE(tabs.Current()->text().contains('a'));
 }
 
 TEST_F(FindBarTest, TheMiddleButtonClosesATabAndWithTheLastOneTheBar) {

@@ -44,7 +44,8 @@ TEST(NodeIndexTest, FindsNodesByLabelAndPathAndKnowsTheirPlaces) {
 TEST(TreeFilterTest, KeysChooseANodeAndEscapeGoesBack) {
   QWidget tree;
   TreeFilter filter(tree, {}, nullptr);
-  filter.askNodes = [] { return IndexTree(kTree, "/p/"); };
+  QString xml = kTree;
+  filter.askNodes = [&xml] { return IndexTree(xml.toStdString(), "/p/"); };
   std::string chosen;
   filter.onChosen = [&](const IndexedNode& node) { chosen = node.place; };
   auto* const field = filter.findChild<QLineEdit*>();
@@ -62,6 +63,11 @@ TEST(TreeFilterTest, KeysChooseANodeAndEscapeGoesBack) {
   QTest::keyClick(field, Qt::Key_Escape);
   EXPECT_TRUE(tree.isVisible());
   EXPECT_TRUE(field->text().isEmpty());
+  QTest::keyClicks(field, "uart.h");
+  xml.replace("uart.h'", "other.h'");
+  chosen.clear();
+  QTest::keyClick(field, Qt::Key_Return);
+  EXPECT_EQ(chosen, "") << "what stands there now is another one";
   tree.setParent(nullptr);
 }
 
