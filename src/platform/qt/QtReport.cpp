@@ -36,6 +36,7 @@ class GroupBox : public QWidget {
     const std::vector<const CReportColumn*>& columns =
         report.GetColumns().GetGroupsOrder().GetColumns();
     std::vector<std::pair<int, std::string>> groups;
+    groups.reserve(columns.size());
     for (const CReportColumn* const column : columns) {
       groups.emplace_back(column->GetIndex(), column->GetCaption());
     }

@@ -264,7 +264,7 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
 
 // The view would choose an item of its own.
 void TreeView::focusInEvent(QFocusEvent* event) {
-  QAbstractScrollArea::focusInEvent(event);
+  QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   viewport()->update();
 }
 
