@@ -65,7 +65,9 @@ class PageView : public QTextBrowser {
   }
 
   void Show(const QString& address) {
-    const qsizetype mark = HasScheme(address) ? -1 : address.indexOf(QLatin1Char('#'));
+    // A file's own name, or a folder's, may have one as well.
+    const bool isWhole = HasScheme(address) || QFileInfo::exists(address);
+    const qsizetype mark = isWhole ? -1 : address.lastIndexOf(QLatin1Char('#'));
     const QUrl url = HasScheme(address) ? QUrl(address) : QUrl();
     const QString place = mark >= 0 ? address.mid(mark + 1) : url.fragment();
     path = ToLocalPath(mark >= 0 ? address.left(mark) : address);

@@ -92,7 +92,9 @@ TEST_F(BrowserPeerTest, HasAMenuByKeyboard) {
 }
 
 TEST_F(BrowserPeerTest, OnlyFilesOfThisMachineAreRead) {
-  const std::string good = Write("page.html", "<p>text<script>code</script></p>");
+  const QByteArray text = "<p>text<script>code</script></p>";
+  const std::string good = Write("page.html", text);
+  const std::string marked = Write("c#.html", text);
   const struct {
     std::string address;
     bool isShown;
@@ -100,6 +102,8 @@ TEST_F(BrowserPeerTest, OnlyFilesOfThisMachineAreRead) {
       {good, true},
       {"file://" + good, true},
       {good + "#place", true},
+      {marked, true},
+      {marked + "#place", true},
       {"http://example.invalid/page.html", false},
       {good + ".not", false},
       {FromQt(folder.path()), false},
