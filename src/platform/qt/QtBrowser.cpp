@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMenu>
+#include <QScrollBar>
 #include <QStringDecoder>
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -65,6 +66,7 @@ class PageView : public QTextBrowser {
   }
 
   void Show(const QString& address) {
+    shownAddress = address;
     // A file's own name, or a folder's, may have one as well.
     const bool isWhole = HasScheme(address) || QFileInfo::exists(address);
     const qsizetype mark = isWhole ? -1 : address.lastIndexOf(QLatin1Char('#'));
@@ -102,6 +104,15 @@ class PageView : public QTextBrowser {
   }
 
  protected:
+  // A page has the colours of its links from when it was read.
+  void changeEvent(QEvent* event) override {
+    QTextBrowser::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange || isDark == IsDarkPalette()) return;
+    isDark = IsDarkPalette();
+    const int top = verticalScrollBar()->value();
+    Show(shownAddress);
+    verticalScrollBar()->setValue(top);
+  }
   void contextMenuEvent(QContextMenuEvent* event) override {
     event->accept();
     if (!onMenuWanted || onMenuWanted(event->globalPos())) return;
@@ -147,8 +158,10 @@ class PageView : public QTextBrowser {
     cursor.endEditBlock();
   }
 
+  QString shownAddress;
   QString path;
   QStringList targets;
+  bool isDark = IsDarkPalette();
 };
 
 class QtBrowser final : public WidgetPeer<BrowserPeer, PageView> {

@@ -7,6 +7,7 @@
 #include <QContextMenuEvent>
 #include <QFile>
 #include <QMenu>
+#include <QPalette>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
@@ -79,6 +80,18 @@ TEST_F(BrowserPeerTest, AddressesOfLinksReachTheHandlerAsTheyStand) {
   browser.Navigate(first);
   FollowLink(5);
   EXPECT_EQ(Shown(), "the second");
+}
+
+TEST_F(BrowserPeerTest, LinksFollowTheDesktopFromLightToDark) {
+  browser.Navigate(Write("page.html", "<a href='x.html'>x</a>"));
+  const QPalette light = QApplication::palette();
+  QPalette dark(Qt::white, Qt::black);
+  dark.setColor(QPalette::Link, Qt::cyan);
+  QApplication::setPalette(dark);
+  QCoreApplication::processEvents();
+  const QTextFragment link = page->document()->begin().begin().fragment();
+  EXPECT_EQ(link.charFormat().foreground().color(), QColor(Qt::cyan));
+  QApplication::setPalette(light);
 }
 
 TEST_F(BrowserPeerTest, HasAMenuByKeyboard) {
