@@ -26,6 +26,7 @@
 #include "hosts/desktop/StatusProgress.h"
 #include "hosts/desktop/TreeFilter.h"
 #include "hosts/desktop/WelcomePage.h"
+#include "hosts/frame/ProjectFile.h"
 #include "platform/paths/Paths.h"
 #include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
@@ -45,6 +46,14 @@ std::vector<std::string> LocalFilesOf(const QMimeData& data) {
     if (url.isLocalFile()) paths.push_back(FromQt(url.toLocalFile()));
   }
   return paths;
+}
+
+// The project to open for a file: itself, or for an application the one that lies beside it. Empty
+// when it is a text to edit.
+std::string ProjectOf(FileSystem& files, const std::string& path) {
+  const std::string extension = SplitPath(path).extension;
+  if (EqualNoCase(extension, ".tprj")) return path;
+  return EqualNoCase(extension, ".tapp") ? FindProject(files, FolderOf(path)).path : std::string();
 }
 
 // The sign tells who sends it; a number out of a tool's message can be of any size.
@@ -229,8 +238,8 @@ void IdeWindow::OpenPaths(const std::vector<std::string>& paths) {
   for (const std::string& path : paths) {
     if (!QFileInfo(ToQt(path)).isFile()) {
       missing += ToQt(path);
-    } else if (EqualNoCase(SplitPath(path).extension, ".tprj")) {
-      project->Open(path);
+    } else if (const std::string owner = ProjectOf(files, path); !owner.empty()) {
+      project->Open(owner);
     } else {
       OpenFile(path, 0);
     }

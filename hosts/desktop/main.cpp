@@ -9,26 +9,16 @@
 #include <vector>
 
 #include "hosts/desktop/IdeWindow.h"
+#include "hosts/desktop/QuitSignals.h"
 #include "hosts/desktop/Translations.h"
 #include "platform/files/FileSystem.h"
 #include "platform/memory/LargePages.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/QtToolkit.h"
 
-int main(int argc, char** argv) {
-  tarn::PreferLargePages();
-  QApplication application(argc, argv);
-  // The toolkit has set the user's, in which numbers of files would read another way.
-  std::setlocale(LC_ALL, "C");
-  QApplication::setApplicationName("Tarn");
-  QApplication::setApplicationVersion(TARN_VERSION);
-  QGuiApplication::setDesktopFileName("org.tarn.Tarn");
-  tarn::host::LoadTranslations(QLocale());
+namespace {
 
-  QApplication::setWindowIcon(
-      QIcon::fromTheme("org.tarn.Tarn", QIcon(QStringLiteral(":/icons/org.tarn.Tarn.svg"))));
-
-  QCommandLineParser parser;
+void Describe(QCommandLineParser& parser) {
   parser.setApplicationDescription(
       QCoreApplication::translate("main", "Opens a project and the files to edit."));
   parser.addPositionalArgument(
@@ -36,6 +26,38 @@ int main(int argc, char** argv) {
       "[FILE...]");
   parser.addHelpOption();
   parser.addVersionOption();
+}
+
+// Help and version are for people without a screen, too: they end the program here.
+void AnswerInTerminal(int& argc, char** argv) {
+  const QCoreApplication terminal(argc, argv);
+  tarn::host::LoadTranslations(QLocale());
+  QCommandLineParser parser;
+  Describe(parser);
+  // What it doesn't know may be the toolkit's.
+  parser.parse(QCoreApplication::arguments());
+  if (parser.isSet("help")) parser.showHelp();
+  if (parser.isSet("version")) parser.showVersion();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QCoreApplication::setApplicationName("Tarn");
+  QCoreApplication::setApplicationVersion(TARN_VERSION);
+  AnswerInTerminal(argc, argv);
+  tarn::PreferLargePages();
+  QApplication application(argc, argv);
+  // The toolkit has set the user's, in which numbers of files would read another way.
+  std::setlocale(LC_ALL, "C");
+  QGuiApplication::setDesktopFileName("org.tarn.Tarn");
+  tarn::host::LoadTranslations(QLocale());
+
+  QApplication::setWindowIcon(
+      QIcon::fromTheme("org.tarn.Tarn", QIcon(QStringLiteral(":/icons/org.tarn.Tarn.svg"))));
+
+  QCommandLineParser parser;
+  Describe(parser);
   parser.process(application);
   // The server moves to its own folder.
   std::vector<std::string> paths;
@@ -47,6 +69,7 @@ int main(int argc, char** argv) {
   tarn::host::IdeWindow window(tarn::FileSystem::Native());
   if (!window.Start()) return 1;
   window.show();
+  const tarn::host::QuitSignals quit([&window] { window.close(); });
   window.OpenPaths(paths);
   return QApplication::exec();
 }

@@ -40,6 +40,10 @@ TEST_F(OpenPathsTest, ADroppedFileIsEditedAndADroppedProjectOpened) {
   const std::string other = folder / "other/blinky-avr.tprj";
   Drop(window->Editors(), other);
   EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == other; }, 3000));
+  // An application stands for the project beside it.
+  Drop(window->Editors(), folder / "blinky/blinky-avr.tapp");
+  const std::string first = folder / "blinky/blinky-avr.tprj";
+  EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == first; }, 3000));
 }
 
 TEST_F(OpenPathsTest, AFileThatTheProjectSpellsInAnotherWayIsEditedOnce) {
