@@ -89,12 +89,12 @@ const FileTimes::Look& FileTimes::Inquiry::Add(FileTimes& times, const char* pat
   return known.look;
 }
 
-void FileTimes::Inquiry::Examine(FileSystem& files,
+void FileTimes::Inquiry::Examine(FileSystem& fileSystem,
                                  std::chrono::steady_clock::time_point deadline) {
   std::vector<const char*> paths;
   paths.reserve(asked.size());
   for (const Known* each : asked) paths.push_back(each->Path());
-  found = files.ExamineMany(paths, deadline);
+  found = fileSystem.ExamineMany(paths, deadline);
 }
 
 }  // namespace tarn

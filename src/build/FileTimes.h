@@ -89,7 +89,7 @@ class FileTimes::Inquiry {
   bool IsEmpty() const { return asked.empty(); }
   // Looks at one file at least, and at further ones until the time is up. On any thread, while no
   // other uses the inquiry.
-  void Examine(FileSystem& files, std::chrono::steady_clock::time_point deadline);
+  void Examine(FileSystem& fileSystem, std::chrono::steady_clock::time_point deadline);
 
  private:
   friend class FileTimes;
