@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <QStyle>
 
-#include "platform/qt/QtFont.h"
+#include "platform/qt/QtColor.h"
 
 namespace tarn::host {
 

@@ -14,7 +14,7 @@
 
 #include "hosts/desktop/AssemblerLexer.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtFont.h"
+#include "platform/qt/QtColor.h"
 #include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
 

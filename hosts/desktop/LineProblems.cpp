@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/qt/QtFont.h"
+#include "platform/qt/QtColor.h"
 
 namespace tarn::host {
 

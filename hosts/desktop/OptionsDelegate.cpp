@@ -12,7 +12,7 @@
 #include <QTreeView>
 
 #include "hosts/desktop/OptionEditors.h"
-#include "platform/qt/QtFont.h"
+#include "platform/qt/QtColor.h"
 
 namespace tarn::host {
 

@@ -21,7 +21,7 @@
 #include "hosts/desktop/OptionsGrid.h"
 #include "hosts/desktop/SearchField.h"
 #include "hosts/frame/ProjectTemplate.h"
-#include "platform/qt/QtFont.h"
+#include "platform/qt/QtColor.h"
 #include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
 

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "hosts/desktop/EditorTabs.h"
-#include "platform/qt/QtFont.h"
+#include "platform/qt/QtColor.h"
 #include "support/Surroundings.h"
 
 namespace tarn::host {

@@ -5,7 +5,7 @@
 #include <QImageReader>
 #include <cmath>
 
-#include "platform/qt/QtFont.h"
+#include "platform/qt/QtColor.h"
 #include "platform/qt/QtText.h"
 
 namespace tarn {

@@ -17,6 +17,7 @@
 #include <optional>
 #include <vector>
 
+#include "platform/qt/QtColor.h"
 #include "platform/qt/WidgetPeer.h"
 #include "platform/qt/WindowInput.h"
 

@@ -13,6 +13,7 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "platform/qt/QtColor.h"
 #include "platform/qt/WidgetPeer.h"
 #include "platform/qt/WindowInput.h"
 

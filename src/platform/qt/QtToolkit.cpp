@@ -13,6 +13,7 @@
 
 #include "platform/qt/PageControls.h"
 #include "platform/qt/QtBrowser.h"
+#include "platform/qt/QtColor.h"
 #include "platform/qt/QtEdit.h"
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtMenu.h"

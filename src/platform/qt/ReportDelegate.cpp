@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/qt/QtColor.h"
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/ReportModel.h"

@@ -6,7 +6,7 @@
 #include <QStyleOption>
 #include <algorithm>
 
-#include "platform/qt/QtFont.h"
+#include "platform/qt/QtColor.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/ReportModel.h"
 

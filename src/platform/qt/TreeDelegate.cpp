@@ -10,6 +10,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/qt/QtColor.h"
 #include "platform/qt/QtFont.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/TreeModel.h"

@@ -13,7 +13,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/qt/QtFont.h"
+#include "platform/qt/QtColor.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/WidgetPeer.h"
 #include "platform/text/Text.h"

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/qt/QtColor.h"
 #include "platform/qt/QtToolkit.h"
 #include "platform/qt/WidgetPeer.h"
 
