@@ -1,19 +1,16 @@
 #include "platform/qt/QtRichText.h"
 
-#include <QApplication>
 #include <QElapsedTimer>
 #include <QFontDatabase>
 #include <QKeyEvent>
-#include <QPlainTextEdit>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTextBlock>
-#include <QTextCursor>
-#include <QTextLayout>
 #include <QTimer>
 #include <algorithm>
 
-#include "platform/qt/QtColor.h"
+#include "platform/qt/RichTextInserter.h"
+#include "platform/qt/RichTextView.h"
 #include "platform/qt/WidgetPeer.h"
 #include "platform/qt/WindowInput.h"
 
@@ -25,43 +22,8 @@ constexpr qint64 kInsertPeriodMs = 17;
 constexpr int kLinesAtOnce = 500;
 constexpr int kTabColumns = 8;
 
-class QtRichText;
-
-// Stays at the end of its text as long as it stands there. A link is underlined while the mouse is
-// over it; what sets it off otherwise is its colour.
-class RichTextView : public QPlainTextEdit {
- public:
-  RichTextView();
-
-  // The character that is drawn there; nothing beside the text.
-  std::optional<int> PositionAt(QPoint point) const;
-  bool IsAtEnd() const { return isAtEnd; }
-
-  QtRichText* peer = nullptr;  // null before and behind its life
-
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
- protected:
-  bool focusNextPrevChild(bool next) override;
-  void keyPressEvent(QKeyEvent* event) override;
-  void mousePressEvent(QMouseEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void mouseMoveEvent(QMouseEvent* event) override;
-  void mouseReleaseEvent(QMouseEvent* event) override;
-  void leaveEvent(QEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
-  void changeEvent(QEvent* event) override;
-
- private:
-  void ShowPointed(const QTextCursor& link);
-
-  bool isAtEnd = true;
-  QPoint pressedAt;
-  bool isDark = IsDarkPalette();
-};
-
 // The document has the control's text up to `shownEnd`, a block for each line.
-class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView> {
+class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView>, public RichTextListener {
  public:
   explicit QtRichText(CRichTextCtrl& shownControl);
   ~QtRichText() override;
@@ -72,16 +34,13 @@ class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView> {
   bool HitTest(Point point, std::optional<std::size_t>& position) override;
   void OnFontChanged() override;
 
-  // --- From the view ---
-
-  void OnSelectedByUser();
-  // While the user selects by mouse nothing is inserted, which would end the selection.
-  void SetSelecting(bool selecting);
-  // Over the whole of the link there; null beside links.
-  QTextCursor LinkAt(QPoint point) const;
-  bool GoToLink(bool next);
-  // These may end the peer. True when the key was used.
-  bool OnKey(const QKeyEvent& event);
+  void OnSelectedByUser() override;
+  // Meanwhile nothing is inserted, which would end the selection.
+  void OnSelecting(bool begins) override;
+  void OnPaletteTurned() override { OnTextReplaced(); }
+  QTextCursor LinkAt(QPoint point) const override;
+  bool GoToLink(bool next) override;
+  bool OnKey(const QKeyEvent& event) override;
 
  private:
   using Run = std::vector<RichTextRun>::const_iterator;
@@ -116,181 +75,11 @@ QFont FixedFont() {
   return font;
 }
 
-QTextCharFormat ToFormat(const RichTextRun& run) {
-  QTextCharFormat format;
-  // Black is the desktop's own, which is another one for a view that is disabled.
-  if (run.color != 0) format.setForeground(ToTextColor(run.color));
-  if (run.isBold) format.setFontWeight(QFont::Bold);
-  if (run.target != nullptr) {
-    format.setAnchor(true);
-    format.setAnchorHref(ToQt(*run.target));
-  }
-  return format;
-}
-
-// As ToQt, but without the characters that a document has for its own structure.
-QString ToBlockText(std::string_view line) {
-  QString text = ToQt(line);
-  for (QChar& c : text) {
-    const char16_t code = c.unicode();
-    if (code == u'\r' || code == u'\x2028' || code == u'\x2029' || code == u'\xFDD0' ||
-        code == u'\xFDD1' || code == u'\xFFFC') {
-      c = QChar::ReplacementCharacter;
-    }
-  }
-  return text;
-}
-
-// Puts text at the end of a document, what looks the same in one go.
-class Inserter {
- public:
-  explicit Inserter(QTextCursor& insertionPoint) : cursor(insertionPoint) {}
-
-  void Add(const QString& text, const RichTextRun& run) {
-    if (last == nullptr || last->color != run.color || last->isBold != run.isBold ||
-        last->target != run.target) {
-      Finish();
-      format = ToFormat(run);
-      last = &run;
-    }
-    buffer += text;
-  }
-  void Finish() {
-    if (!buffer.isEmpty()) cursor.insertText(buffer, format);
-    buffer.clear();
-  }
-
- private:
-  QTextCursor& cursor;
-  const RichTextRun* last = nullptr;
-  QTextCharFormat format;
-  QString buffer;
-};
-
-// --- RichTextView ---
-
-RichTextView::RichTextView() {
-  setUndoRedoEnabled(false);
-  setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  setLineWrapMode(QPlainTextEdit::NoWrap);
-  QScrollBar* const bar = verticalScrollBar();
-  connect(bar, &QScrollBar::valueChanged, this,
-          [this, bar](int value) { isAtEnd = value >= bar->maximum(); });
-  connect(bar, &QScrollBar::rangeChanged, this, [this, bar] {
-    if (isAtEnd) bar->setValue(bar->maximum());
-  });
-  const auto tell = [this] {
-    if (peer != nullptr) peer->OnSelectedByUser();
-  };
-  connect(this, &QPlainTextEdit::selectionChanged, this, tell);
-  connect(this, &QPlainTextEdit::cursorPositionChanged, this, tell);
-}
-
-std::optional<int> RichTextView::PositionAt(QPoint point) const {
-  const QTextBlock block = cursorForPosition(point).block();
-  const QPointF corner = blockBoundingGeometry(block).translated(contentOffset()).topLeft();
-  const QPointF inside = point - corner;
-  const QTextLayout* const layout = block.layout();
-  for (int i = 0; i < layout->lineCount(); ++i) {
-    const QTextLine line = layout->lineAt(i);
-    if (!line.naturalTextRect().contains(inside)) continue;
-    const int position = line.xToCursor(inside.x(), QTextLine::CursorOnCharacter);
-    // Right of the last character.
-    if (position >= line.textStart() + line.textLength()) return std::nullopt;
-    return block.position() + position;
-  }
-  return std::nullopt;
-}
-
-bool RichTextView::focusNextPrevChild(bool next) {
-  if (peer != nullptr && peer->GoToLink(next)) return true;
-  return QPlainTextEdit::focusNextPrevChild(next);
-}
-
-void RichTextView::keyPressEvent(QKeyEvent* event) {
-  if (peer != nullptr && peer->OnKey(*event)) return;
-  QPlainTextEdit::keyPressEvent(event);
-}
-
-// Ahead of the window's: the end of a selection that happens to lie on a link is no click on it.
-bool RichTextView::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != viewport() || event->type() != QEvent::MouseButtonRelease) {
-    return QPlainTextEdit::eventFilter(watched, event);
-  }
-  auto& release = static_cast<QMouseEvent&>(*event);
-  const QPoint way = release.position().toPoint() - pressedAt;
-  if (release.button() != Qt::LeftButton ||
-      way.manhattanLength() < QApplication::startDragDistance()) {
-    return false;
-  }
-  mouseReleaseEvent(&release);
-  return true;
-}
-
-void RichTextView::mousePressEvent(QMouseEvent* event) {
-  pressedAt = event->position().toPoint();
-  if (peer != nullptr) peer->SetSelecting(event->button() == Qt::LeftButton);
-  QPlainTextEdit::mousePressEvent(event);
-}
-
-// The second press goes on selecting, by words.
-void RichTextView::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (peer != nullptr) peer->SetSelecting(event->button() == Qt::LeftButton);
-  QPlainTextEdit::mouseDoubleClickEvent(event);
-}
-
-void RichTextView::mouseMoveEvent(QMouseEvent* event) {
-  QPlainTextEdit::mouseMoveEvent(event);
-  // The release may have been a drag's.
-  if (peer != nullptr && event->buttons() == Qt::NoButton) peer->SetSelecting(false);
-  ShowPointed(peer == nullptr ? QTextCursor() : peer->LinkAt(event->position().toPoint()));
-}
-
-void RichTextView::ShowPointed(const QTextCursor& link) {
-  viewport()->setCursor(link.isNull() ? Qt::IBeamCursor : Qt::PointingHandCursor);
-  QList<QTextEdit::ExtraSelection> marks;
-  if (!link.isNull()) {
-    QTextEdit::ExtraSelection mark;
-    mark.cursor = link;
-    mark.format.setFontUnderline(true);
-    marks.append(mark);
-  }
-  const QList<QTextEdit::ExtraSelection> shown = extraSelections();
-  const bool isSame = marks.size() == shown.size() &&
-                      (marks.isEmpty() || (marks[0].cursor.anchor() == shown[0].cursor.anchor() &&
-                                           marks[0].cursor == shown[0].cursor));
-  if (!isSame) setExtraSelections(marks);
-}
-
-void RichTextView::leaveEvent(QEvent* event) {
-  QPlainTextEdit::leaveEvent(event);
-  ShowPointed({});
-}
-
-void RichTextView::mouseReleaseEvent(QMouseEvent* event) {
-  QPlainTextEdit::mouseReleaseEvent(event);
-  if (peer != nullptr) peer->SetSelecting(false);
-}
-
-void RichTextView::hideEvent(QHideEvent* event) {
-  QPlainTextEdit::hideEvent(event);
-  if (peer != nullptr) peer->SetSelecting(false);
-}
-
-void RichTextView::changeEvent(QEvent* event) {
-  QPlainTextEdit::changeEvent(event);
-  if (event->type() != QEvent::PaletteChange || isDark == IsDarkPalette()) return;
-  isDark = IsDarkPalette();
-  if (peer != nullptr) peer->OnTextReplaced();
-}
-
-// --- QtRichText ---
-
 QtRichText::QtRichText(CRichTextCtrl& shownControl)
     : WidgetPeer(shownControl, new RichTextView), control(shownControl) {
   if (!HasFrame(control)) widget->setFrameShape(QFrame::NoFrame);
   QtRichText::OnFontChanged();
-  widget->peer = this;
+  widget->listener = this;
   new WindowInput(control, *widget, kInputSize | kInputFocus | kInputKeys | kInputContextMenu);
   new WindowInput(control, *widget->viewport(),
                   kInputMouseHeard | kInputContextMenu | kInputFileDrops);
@@ -302,7 +91,7 @@ QtRichText::QtRichText(CRichTextCtrl& shownControl)
 }
 
 QtRichText::~QtRichText() {
-  if (widget != nullptr) widget->peer = nullptr;
+  if (widget != nullptr) widget->listener = nullptr;
 }
 
 void QtRichText::OnTextAppended(TextRange /*range*/) {
@@ -347,8 +136,8 @@ void QtRichText::OnSelectedByUser() {
   control.NotifySelected({ToByte(cursor.selectionStart()), ToByte(cursor.selectionEnd())});
 }
 
-void QtRichText::SetSelecting(bool selecting) {
-  isSelecting = selecting;
+void QtRichText::OnSelecting(bool begins) {
+  isSelecting = begins;
   if (isSelecting) timer.stop();
   Schedule();
 }
@@ -463,30 +252,14 @@ void QtRichText::Insert(int maxLines) {
   cursor.movePosition(QTextCursor::StartOfBlock, QTextCursor::KeepAnchor);
   cursor.removeSelectedText();
   const std::string& text = control.GetText();
-  const std::vector<RichTextRun>& runs = control.GetRuns();
   std::size_t start = lineStarts.back();
-  auto run = std::partition_point(runs.begin(), runs.end(), [start](const RichTextRun& each) {
-    return each.range.end <= start;
-  });
-  Inserter inserter(cursor);
+  RichTextInserter inserter(cursor, text, control.GetRuns(), start);
   for (int lines = 0; lines < maxLines && shownEnd != end; ++lines) {
-    const std::size_t lineEnd = std::min(text.find('\n', start), end);
-    const std::string_view line = std::string_view(text).substr(start, lineEnd - start);
-    const QString shown = ToBlockText(line);
-    int from = 0;
-    for (; run->range.end < lineEnd; ++run) {
-      const int to = ToQtPosition(line, run->range.end - start);
-      inserter.Add(shown.mid(from, to - from), *run);
-      from = to;
-    }
-    inserter.Add(shown.mid(from), *run);
-    shownEnd = lineEnd;
-    if (lineEnd == end) break;
-    if (run->range.end == lineEnd) ++run;
-    inserter.Add(QStringLiteral("\n"), *run);
-    start = lineEnd + 1;
-    if (run->range.end == start && start != end) ++run;
-    shownEnd = start;
+    shownEnd = std::min(text.find('\n', start), end);
+    inserter.AddLine({start, shownEnd});
+    if (shownEnd == end) break;
+    inserter.AddBreak(shownEnd);
+    start = ++shownEnd;
     lineStarts.push_back(start);
   }
   inserter.Finish();

@@ -18,6 +18,28 @@ QString ToQtLabel(std::string_view text);
 // Such a text as it is read.
 QString WithoutMnemonic(const QString& label);
 
+// Goes along a text and knows its place both there and in ToQt(text), which is that of a character.
+// The text is borrowed.
+class TextWalk {
+ public:
+  explicit TextWalk(std::string_view walkedText);
+
+  std::size_t Byte() const { return byte; }
+  int Position() const { return position; }
+  // On to the character that has the byte, or the position; never back. Linear in the distance.
+  void GoToByte(std::size_t wanted);
+  void GoToPosition(int wanted);
+
+ private:
+  std::size_t Length() const;  // of the character here, in bytes
+  int Units() const { return Length() == 4 ? 2 : 1; }
+  void Next();
+
+  std::string_view text;
+  std::size_t byte;
+  int position = 0;
+};
+
 // The place in ToQt(text) of a byte of `text`, and back; inside of a character, that of the
 // character. Linear in the distance.
 int ToQtPosition(std::string_view text, std::size_t byte);
