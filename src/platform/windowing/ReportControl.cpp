@@ -2,11 +2,19 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <utility>
 
 #include "platform/windowing/Toolkit.h"
 
 namespace tarn {
+
+namespace {
+
+// To measure a text takes a hundred times as long as to ask for its length.
+constexpr int kMostMeasured = 1000;
+
+}  // namespace
 
 void CReportHeader::ShowItemsInGroups(bool show) {
   if (show == showsInGroups) return;
@@ -18,9 +26,21 @@ void CReportHeader::BestFit(CReportColumn& column) {
   WindowToolkit& toolkit = WindowToolkit::Current();
   int width = toolkit.MeasureText(report.look.captionFont, column.GetCaption()).width +
               2 * CReportControl::kCellMargin;
-  for (int row = 0; row < report.rows.GetCount(); ++row) {
-    width = std::max(width, report.MeasureCell(row, column));
+  const auto fit = [&](int row) { width = std::max(width, report.MeasureCell(row, column)); };
+  const int rowCount = report.rows.GetCount();
+  const int belowSeen = std::min(rowCount, report.topRow + report.RowsPerPage() + 1);
+  for (int row = report.topRow; row < belowSeen; ++row) fit(row);
+  std::vector<std::pair<std::size_t, int>> longest;  // length of the text, and row
+  for (int row = 0; row < rowCount; ++row) {
+    const CReportRecordItem* const item = report.GetItemAt(row, column.GetIndex());
+    if (item != nullptr) longest.emplace_back(item->GetCaption().size(), row);
   }
+  if (longest.size() > kMostMeasured) {
+    std::nth_element(longest.begin(), longest.begin() + kMostMeasured, longest.end(),
+                     std::greater<>());
+    longest.resize(kMostMeasured);
+  }
+  for (const auto& [length, row] : longest) fit(row);
   column.SetWidth(width);
 }
 

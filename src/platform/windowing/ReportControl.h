@@ -94,7 +94,9 @@ class CReportHeader {
   bool IsColumnRemoveAllowed() const { return mayRemove; }
   void AllowColumnReorder(bool allow) { mayReorder = allow; }
   bool IsColumnReorderAllowed() const { return mayReorder; }
-  // As wide as its widest cell that has a row, or its caption.
+  // As wide as its caption and its cells. Of the cells those in sight are measured, and of all
+  // others the 1,000 with the longest texts: a wider one may be among the rest, where a shorter
+  // text has wider letters.
   void BestFit(CReportColumn& column);
 
  private:

@@ -37,8 +37,14 @@ struct PeerToolkit : WindowToolkit {
   std::unique_ptr<ReportPeer> MakePeer(CReportControl&) override {
     return std::make_unique<RecordingPeer>(lines);
   }
+  Size MeasureText(const Font&, std::string_view text) override {
+    ++measured;
+    const auto wide = std::count(text.begin(), text.end(), 'W');
+    return {8 * (static_cast<int>(text.size()) + static_cast<int>(wide)), 16};
+  }
   std::string Take() { return std::exchange(lines, {}); }
   std::string lines;
+  int measured = 0;
 };
 
 class Report : public ::testing::Test {
@@ -418,6 +424,22 @@ TEST_F(Report, ColumnsShareWhatIsLeftAndFitTheirContent) {
   report->Populate();
   report->GetReportHeader().BestFit(*report->GetColumns().GetAt(1));
   EXPECT_EQ(ColumnsText(*report), "Icon 40 | Name 56 | File 48");
+}
+
+TEST_F(Report, FitsTheLongestTextsAndThoseInSightOfManyRows) {
+  constexpr int kRows = 5000;
+  for (int row = 0; row < kRows; ++row) Add(0, row == kRows - 1 ? "the longest" : "another", "");
+  CReportColumn& name = *report->GetColumns().GetAt(1);
+  report->Populate();
+  toolkit.measured = 0;
+  report->GetReportHeader().BestFit(name);
+  EXPECT_EQ(name.GetWidth(), 11 * 8 + 2 * CReportControl::kCellMargin);
+  EXPECT_LT(toolkit.measured, kRows / 2);
+  // Shorter than most.
+  report->GetItemAt(7, 1)->SetOwnCaption("WWWWWW");
+  report->NotifyScrolled(5);
+  report->GetReportHeader().BestFit(name);
+  EXPECT_EQ(name.GetWidth(), 12 * 8 + 2 * CReportControl::kCellMargin);
 }
 
 TEST_F(Report, PointsFindCellsOpenersLinksAndTheGroupBox) {
