@@ -112,6 +112,12 @@ QFont ReportDelegate::CellFont() const {
   return ToQtFont(report.GetFont(), view.font());
 }
 
+QFont ReportDelegate::FontOf(const CReportRow& row) const {
+  QFont font = CellFont();
+  if (row.IsGroup()) font.setBold(true);
+  return font;
+}
+
 QSize ReportDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
                                const QModelIndex& /*index*/) const {
   return {0, IsWindow(handle) ? RowHeight() : 1};
@@ -136,9 +142,9 @@ QColor ReportDelegate::SelectedTextColor() const {
 ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,
                                             const QRect& place) const {
   Cell cell;
-  const CReportColumn& head = *report.GetColumns().GetAt(column);
+  const CReportColumn* const head = report.GetColumns().GetAt(column);
   int left = place.left() + kMargin;
-  const bool isInTree = head.IsTreeColumn() || row.IsGroup();
+  const bool isInTree = row.IsGroup() || head->IsTreeColumn();
   if (isInTree) {
     left += row.GetDepth() * CReportControl::kOpenerWidth;
     const QRect opener(left, place.top(), CReportControl::kOpenerWidth, place.height());
@@ -147,7 +153,7 @@ ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,
   }
   int right = place.right() + 1 - kMargin;
   const CReportRecordItem* const item =
-      row.IsGroup() ? nullptr : row.GetRecord()->GetItem(head.GetIndex());
+      row.IsGroup() ? nullptr : row.GetRecord()->GetItem(head->GetIndex());
   if (item != nullptr && HasMark(*item)) {
     QSize size(CReportControl::kPictureWidth, CReportControl::kPictureWidth);
     if (item->HasCheckbox()) {
@@ -157,7 +163,7 @@ ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,
       size = QSize(images->GetImageSize().width, images->GetImageSize().height);
     }
     // Alone it stands in the middle, however narrow the column is.
-    const bool isAlone = head.GetIconId() != CReportColumn::kNoIcon && !isInTree;
+    const bool isAlone = head->GetIconId() != CReportColumn::kNoIcon && !isInTree;
     if (isAlone) left = place.left() + (place.width() - size.width()) / 2;
     cell.mark = QRect(QPoint(left, place.top() + (place.height() - size.height()) / 2), size);
     left += size.width();
@@ -181,17 +187,14 @@ void ReportDelegate::PaintOpener(QPainter& painter, const CReportRow& row,
 
 void ReportDelegate::PaintGroup(QPainter& painter, const CReportRow& row, const QRect& place,
                                 const QColor& color) const {
-  const int left = place.left() + kMargin + row.GetDepth() * CReportControl::kOpenerWidth;
-  PaintOpener(painter, row, {left, place.top(), CReportControl::kOpenerWidth, place.height()});
-  QFont bold = CellFont();
-  bold.setBold(true);
-  painter.setFont(bold);
+  const Cell cell = LayOut(row, 0, place);
+  PaintOpener(painter, row, cell.opener);
+  const QFont font = FontOf(row);
+  painter.setFont(font);
   painter.setPen(color);
-  const int textLeft = left + CReportControl::kOpenerWidth;
-  const QRect text(textLeft, place.top(), place.right() - kMargin - textLeft, place.height());
-  painter.drawText(
-      text, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-      QFontMetrics(bold).elidedText(ToQt(row.GetGroup()->text), Qt::ElideRight, text.width()));
+  const QString text = ToQt(row.GetGroup()->text);
+  painter.drawText(cell.text, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                   QFontMetrics(font).elidedText(text, Qt::ElideRight, cell.text.width()));
 }
 
 void ReportDelegate::PaintText(QPainter& painter, const CReportRecordItem& item,
@@ -312,12 +315,10 @@ void ReportDelegate::Hit(int row, int column, const QRect& place, QPoint point,
   hit.hyperlink = item->FindHyperlink(static_cast<int>(FromQtPosition(caption, *position)));
 }
 
-bool ReportDelegate::IsCut(int row, int column, const QRect& place) const {
-  const CReportRow* const shown = report.GetRows().GetAt(row);
-  const CReportRecordItem* const item = report.GetItemAt(row, column);
-  if (shown == nullptr || item == nullptr) return false;
-  return QFontMetrics(CellFont()).horizontalAdvance(ToQt(item->GetCaption())) >
-         LayOut(*shown, column, place).text.width();
+bool ReportDelegate::IsCut(const QModelIndex& index, const QRect& place) const {
+  const CReportRow* const row = report.GetRows().GetAt(index.row());
+  return row != nullptr && QFontMetrics(FontOf(*row)).horizontalAdvance(index.data().toString()) >
+                               LayOut(*row, index.column(), place).text.width();
 }
 
 QWidget* ReportDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,

@@ -20,8 +20,8 @@ class ReportDelegate : public QStyledItemDelegate {
   void PaintRow(QPainter& painter, int row, const QRect& place, const QHeaderView& header) const;
   // Part and hyperlink of a cell at a point.
   void Hit(int row, int column, const QRect& place, QPoint point, ReportHit& hit) const;
-  // Whether the cell has more text than it shows.
-  bool IsCut(int row, int column, const QRect& place) const;
+  // Whether the cell, or the group's row, has more text than it shows.
+  bool IsCut(const QModelIndex& index, const QRect& place) const;
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
@@ -30,7 +30,7 @@ class ReportDelegate : public QStyledItemDelegate {
                     const QModelIndex& index) const override;
 
  private:
-  // Where the parts of a cell are; those that it doesn't have are empty.
+  // Where the parts of a cell are, or of a group's row; those that it doesn't have are empty.
   struct Cell {
     QRect opener;
     QRect mark;  // check box or picture
@@ -47,6 +47,7 @@ class ReportDelegate : public QStyledItemDelegate {
   QColor SelectionColor() const;
   QColor SelectedTextColor() const;
   QFont CellFont() const;
+  QFont FontOf(const CReportRow& row) const;
 
   CReportControl& report;
   const WindowHandle handle;

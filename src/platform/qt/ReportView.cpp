@@ -218,6 +218,8 @@ QRect ReportView::PlaceOf(int row) const {
 
 QRect ReportView::PlaceOf(int row, int column) const {
   QRect place = PlaceOf(row);
+  const CReportRow* const shown = report.GetRows().GetAt(row);
+  if (shown == nullptr || shown->IsGroup()) return place;
   place.setLeft(head->sectionViewportPosition(column));
   place.setWidth(head->sectionSize(column));
   return place;
@@ -233,8 +235,7 @@ ReportHit ReportView::HitAt(QPoint point) const {
   // A group goes over all columns, of which there may be none by now.
   const int column = row->IsGroup() ? std::max(0, hit.column) : hit.column;
   if (report.GetColumns().GetAt(column) == nullptr) return hit;
-  delegate->Hit(hit.row, column, row->IsGroup() ? PlaceOf(hit.row) : PlaceOf(hit.row, column),
-                point, hit);
+  delegate->Hit(hit.row, column, PlaceOf(hit.row, column), point, hit);
   return hit;
 }
 
@@ -257,15 +258,16 @@ bool ReportView::viewportEvent(QEvent* event) {
 void ReportView::ShowTip(QHelpEvent& event) {
   if (!IsWindow(handle)) return;
   const ReportHit hit = HitAt(event.pos());
-  const bool isWanted = report.GetLook().hasToolTips && hit.column >= 0 &&
-                        delegate->IsCut(hit.row, hit.column, PlaceOf(hit.row, hit.column));
+  const QModelIndex index = rows->index(hit.row, hit.column);
+  const QRect place = PlaceOf(hit.row, hit.column);
+  const bool isWanted =
+      report.GetLook().hasToolTips && index.isValid() && delegate->IsCut(index, place);
   if (!isWanted) {
     QToolTip::hideText();
     return event.ignore();
   }
-  const QString text = rows->index(hit.row, hit.column).data().toString();
-  QToolTip::showText(event.globalPos(), Qt::convertFromPlainText(text), viewport(),
-                     PlaceOf(hit.row, hit.column));
+  QToolTip::showText(event.globalPos(), Qt::convertFromPlainText(index.data().toString()),
+                     viewport(), place);
 }
 
 // What the mouse does goes to the control alone, before it comes here.

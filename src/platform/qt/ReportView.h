@@ -56,6 +56,7 @@ class ReportView : public QTreeView {
  private:
   int RowAt(int y) const;
   QRect PlaceOf(int row) const;
+  // Of a cell; a group goes over all columns.
   QRect PlaceOf(int row, int column) const;
   void LayOutColumns();
   void TakeMore();

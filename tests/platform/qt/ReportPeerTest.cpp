@@ -7,14 +7,17 @@
 #include <QContextMenuEvent>
 #include <QEventLoop>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextDocumentFragment>
 #include <QTimer>
 #include <QToolButton>
+#include <QToolTip>
 #include <QTreeView>
 #include <functional>
 #include <memory>
@@ -211,6 +214,26 @@ TEST_F(ReportPeerTest, HeadsSortGroupAndTakeTheWidthsThatTheUserGives) {
   EXPECT_EQ(head.count(), 0);
   EXPECT_EQ(report.HitTest({20, 5}).row, 0) << "the group's";
   view->grab();
+}
+
+TEST_F(ReportPeerTest, TipsShowWhatIsCut) {
+  const std::string path = std::string(200, '/') + "long.c";
+  Add("cherry", path);
+  report.Populate();
+  report.NotifyGrouped(2);
+  Settle();
+  const auto tipAt = [this](int row, int column) {
+    const QPoint place = CellAt(row, column);
+    QHelpEvent ask(QEvent::ToolTip, place, view->viewport()->mapToGlobal(place));
+    QApplication::sendEvent(view->viewport(), &ask);
+    if (!ask.isAccepted()) return std::string();
+    return FromQt(QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText());
+  };
+  ASSERT_EQ(Shown().substr(0, 7), "File: /");
+  EXPECT_EQ(tipAt(0, 1), "File: " + path);
+  EXPECT_EQ(tipAt(1, 1), "");
+  EXPECT_EQ(tipAt(1, 2), path);
+  EXPECT_EQ(tipAt(2, 1), "");
 }
 
 TEST_F(ReportPeerTest, LinksAreWhereTheyAreDrawn) {
