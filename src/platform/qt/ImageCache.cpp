@@ -57,13 +57,15 @@ QPixmap ImageCache::Get(const CImageList& images, int index, qreal ratio) {
   for (const CImageList::Strip& strip : images.GetStrips()) {
     const int number = index - strip.first;
     if (number < 0 || number >= strip.count) continue;
-    Picture& picture = pictures[{strip.bitmap.get(), strip.transparent, size.width, size.height,
-                                 number, static_cast<int>(std::lround(ratio * 100))}];
-    if (picture.bitmap == nullptr) {
-      picture.bitmap = strip.bitmap;
-      picture.pixmap = ToPixmap(*strip.bitmap, size, number, ratio, strip.transparent);
-    }
-    return picture.pixmap;
+    const auto hundredths = static_cast<int>(std::lround(ratio * 100));
+    const Key key(strip.bitmap.get(), strip.transparent, size.width, size.height, number,
+                  hundredths);
+    const auto known = pictures.find(key);
+    if (known != pictures.end() && !known->second.bitmap.expired()) return known->second.pixmap;
+    std::erase_if(pictures, [](const auto& each) { return each.second.bitmap.expired(); });
+    QPixmap pixmap = ToPixmap(*strip.bitmap, size, number, ratio, strip.transparent);
+    pictures[key] = {strip.bitmap, pixmap};
+    return pixmap;
   }
   return {};
 }

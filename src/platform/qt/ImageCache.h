@@ -16,8 +16,8 @@ namespace tarn {
 QPixmap ToPixmap(const Bitmap& bitmap, Size size, int number, qreal ratio,
                  Color transparent = kTransparentColor);
 
-// The pictures of image lists, each drawn once. It keeps the bitmaps alive that it knows, so that a
-// list may go at any time. On the thread of the widgets.
+// The pictures of image lists, each drawn once. Lists and bitmaps may go at any time; what was
+// drawn from them goes when the next picture is drawn. On the thread of the widgets.
 class ImageCache {
  public:
   // Null for a number that the list does not have, and for a bitmap that can't be decoded.
@@ -25,7 +25,7 @@ class ImageCache {
 
  private:
   struct Picture {
-    std::shared_ptr<const Bitmap> bitmap;
+    std::weak_ptr<const Bitmap> bitmap;  // another one may have the place of one that has gone
     QPixmap pixmap;
   };
   // The bitmap, what is transparent in it, the size of one picture and which it is, and the ratio

@@ -473,6 +473,10 @@ TEST(ImageCacheTest, CutsPicturesAndLetsTheBackgroundThrough) {
   EXPECT_EQ(sharp.devicePixelRatio(), 2);
   EXPECT_EQ(sharp.pixelColor(3, 1), QColor("#00ff00"));
   EXPECT_TRUE(cache.Get(images, -1).isNull());
+
+  const std::weak_ptr<const Bitmap> bitmap = images.GetStrips()[0].bitmap;
+  images = CImageList({2, 1});
+  EXPECT_TRUE(bitmap.expired()) << "kept by the cache";
 }
 
 }  // namespace
