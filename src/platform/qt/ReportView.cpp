@@ -4,7 +4,6 @@
 #include <QHelpEvent>
 #include <QMenu>
 #include <QPainter>
-#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTextDocument>
 #include <QToolTip>
@@ -35,30 +34,19 @@ bool IsHeaderMenuKey(const QKeyEvent& event) {
          (event.key() == Qt::Key_Menu && keys == Qt::ControlModifier);
 }
 
-using Following = QScopedValueRollback<int>;
-
 }  // namespace
 
 ReportView::ReportView(CReportControl& shownReport)
-    : report(shownReport),
-      handle(shownReport.GetHandle()),
+    : FollowingView(shownReport),
+      report(shownReport),
       rows(new ReportModel(shownReport, this)),
       delegate(new ReportDelegate(shownReport, *this)),
       head(new ReportHeader(shownReport, this)) {
   const Following quiet(following, following + 1);
-  // The control lays its columns out from the left, whatever the user's language.
-  setLayoutDirection(Qt::LeftToRight);
   setFrameShape(QFrame::NoFrame);
-  setUniformRowHeights(true);
   setRootIsDecorated(false);
   setItemsExpandable(false);
-  setEditTriggers(NoEditTriggers);
   setSelectionMode(ExtendedSelection);
-  setAutoScroll(false);
-  setTabKeyNavigation(false);
-  // The value of the bar is the row at the top, as the control counts it.
-  setVerticalScrollMode(ScrollPerItem);
-  setHorizontalScrollMode(ScrollPerPixel);
   setItemDelegate(delegate);
   setHeader(head);
   // The view has made it the other way round, as it doesn't sort.
@@ -363,12 +351,6 @@ void ReportView::CopyRows() const {
   if (!text.empty()) WindowToolkit::Current().SetClipboardText(text);
 }
 
-// The view would choose a row of its own.
-void ReportView::focusInEvent(QFocusEvent* event) {
-  QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
-  viewport()->update();
-}
-
 void ReportView::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
   const WindowHandle own = handle;
@@ -418,18 +400,6 @@ void ReportView::ShowRowMenu(QPoint screen) {
   menu->popup(screen);
 }
 
-void ReportView::resizeEvent(QResizeEvent* event) {
-  QTreeView::resizeEvent(event);
-  AskToTellState();
-}
-
-void ReportView::showEvent(QShowEvent* event) {
-  QTreeView::showEvent(event);
-  if (!IsWindow(handle)) return;
-  FollowScroll();
-  AskToTellState();
-}
-
 void ReportView::changeEvent(QEvent* event) {
   QTreeView::changeEvent(event);
   const bool isOther = event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
@@ -438,28 +408,15 @@ void ReportView::changeEvent(QEvent* event) {
   FollowMeasures();
 }
 
-void ReportView::AskToTellState() {
-  if (isTellingDue) return;
-  isTellingDue = true;
-  QTimer::singleShot(0, this, [this] { TellState(); });
-}
-
 // What the view could not follow the control in: a window smaller by its bars, and rows at the top
 // that leave the bottom empty.
 void ReportView::TellState() {
-  isTellingDue = false;
-  if (!IsWindow(handle) || !isVisible()) return;
   ShowRefill();
   executeDelayedItemsLayout();
   const int row = verticalScrollBar()->value();
   const WindowHandle own = handle;
   if (row != report.GetTopRow() && !rows->HasMore()) report.NotifyScrolled(row);
-  if (!IsWindow(own)) return;
-  const Rect known = report.GetClientRect();
-  const QSize size = viewport()->size();
-  if (size.width() != known.Width() || size.height() != known.Height()) {
-    report.NotifyResized({size.width(), size.height()});
-  }
+  if (IsWindow(own)) TellSize();
   if (IsWindow(own)) LayOutColumns();
 }
 

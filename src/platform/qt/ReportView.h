@@ -1,19 +1,16 @@
 #pragma once
 
 #include <QTimer>
-#include <QTreeView>
 
+#include "platform/qt/FollowingView.h"
 #include "platform/qt/ReportDelegate.h"
 #include "platform/qt/ReportHeader.h"
 #include "platform/qt/ReportModel.h"
-#include "platform/qt/TypeAhead.h"
 
 namespace tarn {
 
-// Shows a report control's columns and rows. Order, selection, what is open and what is at the top
-// are the control's matter: the view's own handling of mouse and keys is off, and the functions
-// below make it follow. Rows that are added are shown in batches.
-class ReportView : public QTreeView {
+// Shows a report control's columns and rows. Rows that are added are shown in batches.
+class ReportView : public FollowingView {
  public:
   explicit ReportView(CReportControl& shownReport);
 
@@ -26,11 +23,9 @@ class ReportView : public QTreeView {
   void FollowAppended();
   void FollowRow(int row);
   void FollowSelection();
-  void FollowScroll();
+  void FollowScroll() override;
   void FollowMeasures();
-  // At the next chance: size and top row, where the view can't have them as the control knows.
-  void AskToTellState();
-  // ... opens the editor in a cell.
+  // At the next chance: opens the editor in a cell.
   void AskToEdit(int row, int column);
 
   int RowsPerPage() const;
@@ -47,11 +42,9 @@ class ReportView : public QTreeView {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
-  void showEvent(QShowEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void TellState() override;
 
  private:
   int RowAt(int y) const;
@@ -62,7 +55,6 @@ class ReportView : public QTreeView {
   void TakeMore();
   void ShowRefill();
   void SelectRows();
-  void TellState();
   void ShowTip(QHelpEvent& event);
   // The sorted column, or the first that shows texts; -1 for none.
   int SearchedColumn() const;
@@ -70,15 +62,11 @@ class ReportView : public QTreeView {
   void ShowRowMenu(QPoint screen);
 
   CReportControl& report;
-  const WindowHandle handle;
   ReportModel* rows;
   ReportDelegate* delegate;
   ReportHeader* head;
   QTimer takeTimer;
-  TypeAhead typeAhead;
-  int following = 0;  // calls of the control that are running: nothing may be told back in them
   int rowHeight = 0;  // that the layout was made for
-  bool isTellingDue = false;
   // Rows are others, of which selection and place are still to be shown. A report that is sorted
   // says that line by line.
   bool isRefillDue = false;

@@ -2,14 +2,11 @@
 
 #include <QContextMenuEvent>
 #include <QDialog>
-#include <QFocusEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScopedValueRollback>
 #include <QScrollBar>
-#include <QTimer>
 #include <algorithm>
 #include <utility>
 
@@ -24,30 +21,19 @@ namespace {
 
 constexpr float kGuideStrength = 0.15F;
 
-using Following = QScopedValueRollback<int>;
-
 }  // namespace
 
 TreeView::TreeView(CTreeCtrl& shownTree)
-    : tree(shownTree),
-      handle(shownTree.GetHandle()),
+    : FollowingView(shownTree),
+      tree(shownTree),
       items(new TreeModel(shownTree, this)),
       delegate(new TreeDelegate(shownTree, *this)) {
   const Following quiet(following, following + 1);
-  // The control's steps begin at the left, whatever the user's language.
-  setLayoutDirection(Qt::LeftToRight);
   setHeaderHidden(true);
   setFrameShape(HasFrame(tree) ? QFrame::StyledPanel : QFrame::NoFrame);
-  setUniformRowHeights(true);
   setRootIsDecorated((tree.GetStyle() & kTreeLinesAtRoot) != 0);
-  setEditTriggers(NoEditTriggers);
   setSelectionMode(SingleSelection);
-  setAutoScroll(false);
-  setTabKeyNavigation(false);
   setExpandsOnDoubleClick(false);
-  // The value of the bar is the line at the top, as the control counts it.
-  setVerticalScrollMode(ScrollPerItem);
-  setHorizontalScrollMode(ScrollPerPixel);
   setItemDelegate(delegate);
   setModel(items);
   header()->setStretchLastSection(false);
@@ -262,12 +248,6 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
                          {std::max(0, label.left), (label.top + label.bottom) / 2});
 }
 
-// The view would choose an item of its own.
-void TreeView::focusInEvent(QFocusEvent* event) {
-  QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
-  viewport()->update();
-}
-
 // By the keyboard; with the mouse the control asks for it.
 void TreeView::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
@@ -295,16 +275,6 @@ void TreeView::scrollContentsBy(int dx, int dy) {
   for (const auto& [field, place] : fields) field->move(place + way);
 }
 
-void TreeView::resizeEvent(QResizeEvent* event) {
-  QTreeView::resizeEvent(event);
-  AskToTellState();
-}
-
-void TreeView::showEvent(QShowEvent* event) {
-  QTreeView::showEvent(event);
-  if (IsWindow(handle)) FollowScroll();
-}
-
 // The one column reaches to the right edge, so that a line is hit behind its label as well.
 void TreeView::updateGeometries() {
   const int width = std::max(1, viewport()->width());
@@ -325,29 +295,17 @@ void TreeView::OnScrolledTo(int row) {
   }
 }
 
-void TreeView::AskToTellState() {
-  if (isTellingDue) return;
-  isTellingDue = true;
-  QTimer::singleShot(0, this, [this] { TellState(); });
-}
-
 // What the view could not follow the control in: a window smaller by its bars, and lines at the top
 // that leave the bottom empty. Lines that were painted wider than they were known to be make the
 // view wider first.
 void TreeView::TellState() {
-  isTellingDue = false;
-  if (!IsWindow(handle) || !isVisible() || items->IsResetting()) return;
+  if (items->IsResetting()) return;
   executeDelayedItemsLayout();
   resizeColumnToContents(0);
   const int row = verticalScrollBar()->value();
   const WindowHandle own = handle;
   if (row != tree.GetTopRow()) tree.NotifyScrolled(row);
-  if (!IsWindow(own)) return;
-  const Rect known = tree.GetClientRect();
-  const QSize size = viewport()->size();
-  if (size.width() != known.Width() || size.height() != known.Height()) {
-    tree.NotifyResized({size.width(), size.height()});
-  }
+  if (IsWindow(own)) TellSize();
 }
 
 }  // namespace tarn

@@ -1,18 +1,15 @@
 #pragma once
 
-#include <QTreeView>
 #include <vector>
 
+#include "platform/qt/FollowingView.h"
 #include "platform/qt/TreeDelegate.h"
 #include "platform/qt/TreeModel.h"
-#include "platform/qt/TypeAhead.h"
 
 namespace tarn {
 
-// Shows a tree control's items. What is expanded, selected and at the top is the control's matter:
-// the view's own handling of mouse and keys is off, and the functions below make it follow. Only
-// scrolling is the user's here, and goes to the control.
-class TreeView : public QTreeView {
+// Shows a tree control's items. Only scrolling is the user's here, and goes to the control.
+class TreeView : public FollowingView {
  public:
   explicit TreeView(CTreeCtrl& shownTree);
 
@@ -28,10 +25,8 @@ class TreeView : public QTreeView {
   // The item with what is visible below it.
   void FollowExpansion(const CTreeItem& item);
   void FollowSelection();
-  void FollowScroll();
+  void FollowScroll() override;
   void FollowMeasures();
-  // At the next chance: size and top line, where the view can't have them as the control knows.
-  void AskToTellState();
 
   TreeHit HitAt(Point point);
   Rect TextRectOf(const CTreeItem& item);
@@ -41,28 +36,21 @@ class TreeView : public QTreeView {
                const QModelIndex& index) const override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
-  void resizeEvent(QResizeEvent* event) override;
-  void showEvent(QShowEvent* event) override;
   void updateGeometries() override;
+  void TellState() override;
 
  private:
   std::vector<CTreeItem*> ListItems() const;
   void SearchFor(const QKeyEvent& typed);
   void DrawGuides(QPainter& painter, const QRect& branches) const;
   void OnScrolledTo(int row);
-  void TellState();
 
   CTreeCtrl& tree;
-  const WindowHandle handle;
   TreeModel* items;
   TreeDelegate* delegate;
-  int following = 0;  // calls of the control that are running: nothing may be told back in them
-  QSize measures;     // of a line, that the layout was made for
-  bool isTellingDue = false;
-  TypeAhead typeAhead;
+  QSize measures;  // of a line, that the layout was made for
 };
 
 }  // namespace tarn
