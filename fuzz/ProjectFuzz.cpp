@@ -2,6 +2,7 @@
 // the whole road: load, publish, change an option, save, load again. Whatever they hold, nothing
 // that stood on the disk may be gone afterwards unless the system holds it itself.
 
+#include <algorithm>
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
@@ -48,7 +49,8 @@ std::string BareText(std::string text) {
 }
 
 // The marks Keep="..." in the start tags of a text, found without the reader whose losses are at
-// stake. Texts with pieces that a save leaves out by its nature have none.
+// stake. Texts with pieces that a save leaves out by its nature have none, and what stands in the
+// value of another attribute is none: it goes when a change replaces that.
 std::set<std::string> MarksOf(std::string_view text) {
   for (const std::string_view gone : {"<?", "<!", "'", "\\", "#CDATA", "PropState", "Info", "Desc",
                                       "Dependencies", "LastBuilt", "highlight"}) {
@@ -60,8 +62,11 @@ std::set<std::string> MarksOf(std::string_view text) {
        at = text.find(kStart, at + 1)) {
     const std::size_t tag = text.find_last_of("<>", at);
     const std::size_t end = text.find_first_not_of("0123456789", at + kStart.size());
-    const bool isInTag = tag != std::string_view::npos && text[tag] == '<' &&
-                         std::isalpha(static_cast<unsigned char>(text[tag + 1])) != 0;
+    const std::string_view before =
+        tag == std::string_view::npos ? std::string_view() : text.substr(tag, at - tag);
+    const bool isInTag = before.size() > 1 && before.front() == '<' &&
+                         std::isalpha(static_cast<unsigned char>(before[1])) != 0 &&
+                         std::count(before.begin(), before.end(), '"') % 2 == 0;
     if (isInTag && end != std::string_view::npos && text[end] == '"') {
       marks.insert(BareText(std::string(text.substr(at, end - at))));
     }
