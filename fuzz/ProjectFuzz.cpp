@@ -62,12 +62,12 @@ std::set<std::string> MarksOf(std::string_view text) {
        at = text.find(kStart, at + 1)) {
     const std::size_t tag = text.find_last_of("<>", at);
     const std::size_t end = text.find_first_not_of("0123456789", at + kStart.size());
-    const std::string_view before =
-        tag == std::string_view::npos ? std::string_view() : text.substr(tag, at - tag);
-    const bool isInTag = before.size() > 1 && before.front() == '<' &&
-                         std::isalpha(static_cast<unsigned char>(before[1])) != 0 &&
-                         std::count(before.begin(), before.end(), '"') % 2 == 0;
-    if (isInTag && end != std::string_view::npos && text[end] == '"') {
+    const bool isInTag = tag != std::string_view::npos && text[tag] == '<' &&
+                         std::isalpha(static_cast<unsigned char>(text[tag + 1])) != 0;
+    // Behind an even number of quotes none is open.
+    const std::string_view before = text.substr(0, at);
+    const bool isInValue = std::count(before.begin(), before.end(), '"') % 2 != 0;
+    if (isInTag && !isInValue && end != std::string_view::npos && text[end] == '"') {
       marks.insert(BareText(std::string(text.substr(at, end - at))));
     }
   }
