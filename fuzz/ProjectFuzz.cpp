@@ -48,6 +48,19 @@ std::string BareText(std::string text) {
   return text;
 }
 
+// How far quotes stand as in a whole text: behind an equals sign where one opens, and in front of a
+// blank or the end of the tag where it closes. What comes then may be anything to the reader.
+std::size_t LengthOfWellQuoted(std::string_view text) {
+  bool isOpen = false;
+  for (std::size_t at = text.find('"'); at != std::string_view::npos; at = text.find('"', at + 1)) {
+    const bool fits =
+        isOpen ? text.find_first_of(" \t\r\n/>", at) == at + 1 : at > 0 && text[at - 1] == '=';
+    if (!fits) return at;
+    isOpen = !isOpen;
+  }
+  return text.size();
+}
+
 // The marks Keep="..." in the start tags of a text, found without the reader whose losses are at
 // stake. Texts with pieces that a save leaves out by its nature have none, and what stands in the
 // value of another attribute is none: it goes when a change replaces that.
@@ -56,6 +69,7 @@ std::set<std::string> MarksOf(std::string_view text) {
                                       "Dependencies", "LastBuilt", "highlight"}) {
     if (text.find(gone) != std::string_view::npos) return {};
   }
+  text = text.substr(0, LengthOfWellQuoted(text));
   constexpr std::string_view kStart = " Keep=\"";
   std::set<std::string> marks;
   for (std::size_t at = text.find(kStart); at != std::string_view::npos;
