@@ -78,9 +78,11 @@ std::set<std::string> MarksOf(std::string_view text) {
     const std::size_t end = text.find_first_not_of("0123456789", at + kStart.size());
     const bool isInTag = tag != std::string_view::npos && text[tag] == '<' &&
                          std::isalpha(static_cast<unsigned char>(text[tag + 1])) != 0;
-    // Behind an even number of quotes none is open.
-    const std::string_view before = text.substr(0, at);
-    const bool isInValue = std::count(before.begin(), before.end(), '"') % 2 != 0;
+    // Behind an even number of quotes none is open, and behind an equals sign comes a value even
+    // when it has none.
+    const std::string_view before = tarn::Trim(text.substr(0, at));
+    const bool isInValue =
+        before.ends_with('=') || std::count(before.begin(), before.end(), '"') % 2 != 0;
     if (isInTag && !isInValue && end != std::string_view::npos && text[end] == '"') {
       marks.insert(BareText(std::string(text.substr(at, end - at))));
     }
