@@ -3,7 +3,7 @@
 #include "hosts/cli/BuildReporter.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/cli/Interrupts.h"
+#include "hosts/frame/Interrupts.h"
 #include "hosts/frame/ProjectFile.h"
 
 namespace tarn::host {

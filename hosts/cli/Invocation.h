@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "hosts/frame/Interrupts.h"
+
 namespace tarn::host {
 
 // How the program ends.
@@ -12,7 +14,7 @@ enum ExitCode : int {
   kExitUsage = 2,
   kExitCannotOpen = 3,
   kExitToolMissing = 4,
-  kExitInterrupted = 130,
+  kExitInterrupted = Interrupts::kExitCode,
 };
 
 // What the user asked for, as the command line told it.

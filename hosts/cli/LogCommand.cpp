@@ -7,7 +7,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/cli/Interrupts.h"
+#include "hosts/frame/Interrupts.h"
 #include "hosts/frame/LogFollower.h"
 #include "hosts/frame/MessageTexts.h"
 #include "hosts/frame/ProjectFile.h"

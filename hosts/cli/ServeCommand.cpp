@@ -3,7 +3,7 @@
 #include <unistd.h>
 
 #include "hosts/cli/Commands.h"
-#include "hosts/cli/Interrupts.h"
+#include "hosts/frame/Interrupts.h"
 #include "hosts/serve/RpcServer.h"
 
 namespace tarn::host {

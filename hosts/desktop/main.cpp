@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "hosts/desktop/IdeWindow.h"
-#include "hosts/desktop/QuitSignals.h"
 #include "hosts/desktop/Translations.h"
+#include "hosts/frame/Interrupts.h"
 #include "platform/files/FileSystem.h"
 #include "platform/memory/LargePages.h"
 #include "platform/qt/QtText.h"
@@ -69,7 +69,10 @@ int main(int argc, char** argv) {
   tarn::host::IdeWindow window(tarn::FileSystem::Native());
   if (!window.Start()) return 1;
   window.show();
-  const tarn::host::QuitSignals quit([&window] { window.close(); });
+  const tarn::host::Interrupts interrupts([&window] {
+    QMetaObject::invokeMethod(
+        &window, [&window] { window.close(); }, Qt::QueuedConnection);
+  });
   window.OpenPaths(paths);
   return QApplication::exec();
 }

@@ -9,6 +9,9 @@ namespace tarn::host {
 // function on a thread of its own; the second ends the process at once. At most one at a time.
 class Interrupts {
  public:
+  // Of a process that the second one ends.
+  static constexpr int kExitCode = 130;
+
   explicit Interrupts(std::function<void()> onInterrupt);
   Interrupts(const Interrupts&) = delete;
   Interrupts& operator=(const Interrupts&) = delete;

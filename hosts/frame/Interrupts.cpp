@@ -1,4 +1,4 @@
-#include "hosts/cli/Interrupts.h"
+#include "hosts/frame/Interrupts.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -8,8 +8,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <ctime>
-
-#include "hosts/cli/Invocation.h"
 
 namespace tarn::host {
 
@@ -37,7 +35,7 @@ void OnSignal(int) {
   const int savedError = errno;
   std::int64_t first = 0;
   if (!g_firstInterrupt.compare_exchange_strong(first, Now())) {
-    if (Now() - first > kSameWish) _exit(kExitInterrupted);
+    if (Now() - first > kSameWish) _exit(Interrupts::kExitCode);
     errno = savedError;
     return;
   }
