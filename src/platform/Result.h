@@ -18,6 +18,7 @@ enum class ErrorCode {
   Io,             // any other failure of the machine
   Changed,        // the file is not the one that the caller left
   Unsupported,
+  Busy,        // another process or object holds the lock
   CannotOpen,  // there, but it cannot be opened, or its size or memory cannot be had
 };
 

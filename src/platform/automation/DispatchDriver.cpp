@@ -52,6 +52,14 @@ void COleDispatchDriver::InvokeHelper(DispatchId id, std::initializer_list<Varia
   Call(id, arguments);
 }
 
+std::string COleDispatchDriver::InvokeTextByName(std::string_view method,
+                                                 std::initializer_list<Variant> arguments) {
+  const DispatchPtr target(GetDispatch());
+  DispatchId id = 0;
+  if (!target || !target->GetIDsOfNames(method, id)) return {};
+  return InvokeText(id, arguments);
+}
+
 DispatchResult COleDispatchDriver::LastResult() const {
   if (!lastFailed.load(std::memory_order_acquire)) return {};
   const std::lock_guard guard(failureLock);

@@ -37,6 +37,8 @@ class COleDispatchDriver {
   std::int32_t InvokeLong(DispatchId id, std::initializer_list<Variant> arguments);
   std::string InvokeText(DispatchId id, std::initializer_list<Variant> arguments);
   void InvokeHelper(DispatchId id, std::initializer_list<Variant> arguments);
+  // For a method that not every object of the class has; an empty string if this one has none.
+  std::string InvokeTextByName(std::string_view method, std::initializer_list<Variant> arguments);
   // How the last call ended, of whichever thread.
   DispatchResult LastResult() const;
 

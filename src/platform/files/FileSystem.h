@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,10 +13,33 @@
 
 namespace tarn {
 
-// What an examination of a regular file tells.
+// Status of a regular file.
 struct FileStatus {
   std::int64_t modifiedSeconds = 0;  // last modification, whole seconds since 1970, rounded down
   std::uint64_t size = 0;            // bytes
+  std::int64_t modifiedNanoseconds = 0;  // of the last modification, 0 to 999,999,999
+  // Last change of content, name, owner or mode, which no program can set back: nanoseconds since
+  // 1970. 0 if the file system does not tell.
+  std::int64_t changed = 0;
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+};
+
+// Returns whether both describe one file with one modification. `changed` is not compared: it also
+// moves when only the mode or the number of links changes.
+inline bool IsSameVersion(const FileStatus& a, const FileStatus& b) {
+  return a.modifiedSeconds == b.modifiedSeconds && a.size == b.size &&
+         a.modifiedNanoseconds == b.modifiedNanoseconds && a.device == b.device &&
+         a.inode == b.inode;
+}
+
+// An exclusive lock among processes, held until it is destroyed or the process ends.
+class FileLock {
+ public:
+  FileLock() = default;
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+  virtual ~FileLock() = default;
 };
 
 struct FolderEntry {
@@ -40,6 +64,9 @@ class FileSystem {
   virtual std::string NameOnDisk(const std::string& path) { return path; }
   // Nothing unless a regular file stands there and can be examined.
   virtual std::optional<FileStatus> Examine(const std::string& path) = 0;
+  // Status of a folder, whose modification time moves when an entry comes or goes; nothing unless
+  // there is a folder of exactly this name.
+  virtual std::optional<FileStatus> ExamineFolder(const std::string& /*path*/) { return {}; }
   // Examine for one path after the other, with the same answers; gives those for as many of the
   // first paths as there was time for until `deadline`, one at least unless there are none. What
   // lies in few folders is found faster than by single calls. No path is null.
@@ -99,6 +126,20 @@ class FileSystem {
 
   // Creates the folder and whatever of its parents is missing.
   virtual Status CreateFolders(const std::string& path) = 0;
+  // Sets the modification time of a file that exists.
+  virtual Status SetModifiedTime(const std::string& path, std::int64_t /*seconds*/,
+                                 std::int64_t /*nanoseconds*/) {
+    return Error{ErrorCode::Unsupported, "times of files can't be set", path};
+  }
+  // The clock that the file system stamps files with: nanoseconds since 1970, no finer than the
+  // stamps themselves. 0 if there is none to compare FileStatus::changed with.
+  virtual std::int64_t Clock() { return 0; }
+  // Takes the lock that the file `path` stands for; the file exists only while the lock is held.
+  // Fails with Busy, and with the holder's process as the text, while another process or object
+  // holds it. A holder that died holds nothing.
+  virtual Result<std::unique_ptr<FileLock>> TryLock(const std::string& /*path*/) {
+    return std::make_unique<FileLock>();
+  }
   // In the order of the names; "." and ".." left out.
   virtual Result<std::vector<FolderEntry>> ListFolder(const std::string& path) = 0;
 

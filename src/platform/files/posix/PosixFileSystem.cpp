@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,6 +16,7 @@
 
 #include "platform/files/posix/AtomicWrite.h"
 #include "platform/files/posix/FolderHandles.h"
+#include "platform/files/posix/LockFile.h"
 #include "platform/files/posix/PosixError.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -31,9 +33,15 @@ Error NotAFile(const std::string& path) {
   return ErrorOf(ErrorCode::NotAFile, "not a regular file", path);
 }
 
+std::int64_t ToNanoseconds(const timespec& time) {
+  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
 // The nanoseconds count forwards also before 1970, so the seconds alone are rounded down.
 FileStatus StatusOf(const struct stat& info) {
-  return {info.st_mtim.tv_sec, static_cast<std::uint64_t>(info.st_size)};
+  return {info.st_mtim.tv_sec,  static_cast<std::uint64_t>(info.st_size),
+          info.st_mtim.tv_nsec, ToNanoseconds(info.st_ctim),
+          info.st_dev,          info.st_ino};
 }
 
 // Reads to the end, whatever the size said: a file may grow meanwhile, and some have none.
@@ -101,6 +109,13 @@ std::optional<FileStatus> PosixFileSystem::Examine(const std::string& path) {
       !S_ISREG(info.st_mode)) {
     return std::nullopt;
   }
+  return StatusOf(info);
+}
+
+std::optional<FileStatus> PosixFileSystem::ExamineFolder(const std::string& path) {
+  struct stat info {};
+  const Result<std::string> name = names.ToNative(path);
+  if (!name || stat(name->c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) return std::nullopt;
   return StatusOf(info);
 }
 
@@ -275,6 +290,26 @@ Result<std::string> PosixFileSystem::EnsureFolder(const std::string& native) {
   // Somebody else may make the same folder at the same time.
   if (mkdir(name.c_str(), 0777) != 0 && errno != EEXIST) return ErrorOf(errno, native);
   return name;
+}
+
+Status PosixFileSystem::SetModifiedTime(const std::string& path, std::int64_t seconds,
+                                        std::int64_t nanoseconds) {
+  const timespec times[2] = {{0, UTIME_OMIT}, {seconds, nanoseconds}};
+  const Result<int> done =
+      names.Try(path, [&times](const char* name) { return utimensat(AT_FDCWD, name, times, 0); });
+  return done ? Status() : Status(done.GetError());
+}
+
+// The kernel stamps files with this clock, which only moves at its ticks.
+std::int64_t PosixFileSystem::Clock() {
+  timespec now{};
+  return clock_gettime(CLOCK_REALTIME_COARSE, &now) == 0 ? ToNanoseconds(now) : 0;
+}
+
+Result<std::unique_ptr<FileLock>> PosixFileSystem::TryLock(const std::string& path) {
+  const Result<std::string> target = names.LocateOrCreate(path);
+  if (!target) return target.GetError();
+  return posix::TryLockFile(*target);
 }
 
 Result<std::vector<FolderEntry>> PosixFileSystem::ListFolder(const std::string& path) {

@@ -16,6 +16,7 @@ class PosixFileSystem : public FileSystem {
   std::string NameOnDisk(const std::string& path) override;
   // For a plain path one system call, no lock and no allocation, as long as the name is exact.
   std::optional<FileStatus> Examine(const std::string& path) override;
+  std::optional<FileStatus> ExamineFolder(const std::string& path) override;
   std::vector<std::optional<FileStatus>> ExamineMany(
       std::span<const char* const> paths, std::chrono::steady_clock::time_point deadline) override;
   bool IsReadOnly(const std::string& path) override;
@@ -30,6 +31,10 @@ class PosixFileSystem : public FileSystem {
   Status RemoveFile(const std::string& path) override;
   Status CopyFileTo(const std::string& from, const std::string& to) override;
   Status CreateFolders(const std::string& path) override;
+  Status SetModifiedTime(const std::string& path, std::int64_t seconds,
+                         std::int64_t nanoseconds) override;
+  std::int64_t Clock() override;
+  Result<std::unique_ptr<FileLock>> TryLock(const std::string& path) override;
   Result<std::vector<FolderEntry>> ListFolder(const std::string& path) override;
   std::string CurrentFolder() override;
   bool SetCurrentFolder(const std::string& path) override;
