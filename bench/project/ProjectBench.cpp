@@ -151,9 +151,7 @@ class Host {
     const double seconds = SecondsOf([&] { inspector.PublishAll(); });
     lines = inspector.GetBuildInputs();
     const auto inputs = tarn::host::ParseBuildInputs(lines);
-    for (const tarn::host::BuildInput& each : inputs.at(0).nodes) {
-      outputs.emplace_back(each.output);
-    }
+    for (const std::string_view each : inputs.at(0).outputs) outputs.emplace_back(each);
     const auto expected = static_cast<std::size_t>(project.count) + 1;
     if (outputs.size() != expected) throw std::runtime_error("not all is published");
     fs::create_directories(fs::path(outputs.front()).parent_path());

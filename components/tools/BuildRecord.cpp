@@ -1,14 +1,29 @@
 #include "components/tools/BuildRecord.h"
 
+#include "components/tools/CommandHash.h"
 #include "components/tools/XmlText.h"
 #include "platform/text/Text.h"
 
 namespace tarn::tools {
 
+namespace {
+
+std::string QuotedList(const std::vector<std::string>& paths) {
+  std::string list;
+  for (const std::string& path : paths) list += (list.empty() ? "\"" : ",\"") + path + '"';
+  return list;
+}
+
+}  // namespace
+
 std::string BuildRecordText(const BuildRecord& record) {
   std::string text = "<F" + XmlPathAttribute("Header", record.output) +
                      XmlAttribute("Infos", record.infos) +
-                     XmlAttribute("Date", ToDecimal(record.date)) + ">";
+                     XmlAttribute("Date", ToDecimal(record.date)) +
+                     XmlAttribute("Command", HexText(record.command)) +
+                     XmlPathAttribute("Programs", QuotedList(record.programs));
+  if (!record.search.empty()) text += XmlPathAttribute("Search", QuotedList(record.search));
+  text += ">";
   for (const std::string& file : record.dependencies) {
     text += "<D" + XmlPathAttribute("Header", file) + "/>";
   }

@@ -13,6 +13,9 @@ struct BuildRecord {
   std::string infos;
   std::int64_t date = 0;  // modification time of the output, seconds since 1970
   std::vector<std::string> dependencies;
+  std::vector<std::string> programs;  // that were run, launchers left out
+  std::vector<std::string> search;    // folders that headers were searched in, in order
+  std::uint64_t command = 0;          // hash of the command lines
 };
 
 // The element `F` of the record, as build information texts hold it.

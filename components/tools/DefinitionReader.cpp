@@ -7,6 +7,7 @@
 #include "components/tools/ElementReader.h"
 #include "components/tools/FileList.h"
 #include "components/tools/MessageRulesReader.h"
+#include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
 
@@ -23,14 +24,16 @@ class ToolReader : public ElementReader {
 
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool = std::make_unique<ToolDefinition>();
-    CheckAttributes(
-        node, {"Name", "Title", "Hint", "Extensions", "Messages", "Output", "Listing", "Rules"});
+    CheckAttributes(node, {"Name", "Title", "Hint", "Extensions", "Messages", "Output", "Listing",
+                           "Rules", "Search"});
     tool->name = Text(node, "Name");
+    tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
     tool->hint = Text(node, "Hint");
     tool->output = Filled(node, "Output");
     tool->listing = Filled(node, "Listing");
     tool->rules = Filled(node, "Rules");
+    tool->search = SplitOptionList(Text(node, "Search"));
     if (tool->name.empty()) Fail("a tool has no Name");
     ReadExtensions(Text(node, "Extensions"));
     ReadChildren(node);

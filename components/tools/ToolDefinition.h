@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -71,6 +72,7 @@ struct GlobalsRule {
 
 struct ToolDefinition {
   std::string name;
+  std::uint64_t fingerprint = 0;  // of the element that defines it
   std::string title;
   std::string hint;                     // how to get a missing program
   std::vector<std::string> extensions;  // with dots, small letters
@@ -80,6 +82,9 @@ struct ToolDefinition {
   Template rules;
   std::vector<Template> products;  // further files, whose folders must be there
   std::vector<Template> depends;   // further dependencies of the output
+  // How arguments begin that name a folder to search headers in: "-I". The folder is the rest of
+  // the argument, or the next one.
+  std::vector<std::string> search;
   std::vector<StepRule> steps;
   SizeRule size;
   GlobalsRule globals;

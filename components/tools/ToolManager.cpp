@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "components/tools/CommandHash.h"
 #include "components/tools/DefinitionReader.h"
 #include "components/tools/FileList.h"
 #include "components/tools/MessageFile.h"
@@ -75,6 +76,8 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::MissingProgram>("MissingProgram", 104, {"tool"}),
       Method<&ToolManager::ListTools>("ListTools", 105, {}),
       Method<&ToolManager::GetDefinitionErrors>("GetDefinitionErrors", 106, {}),
+      Method<&ToolManager::GetCommandHash>("GetCommandHash", 110, {"tool", "files", "options"}),
+      Method<&ToolManager::GetToolFingerprint>("GetToolFingerprint", 111, {"tool"}),
   });
   return table;
 }
@@ -163,6 +166,23 @@ std::string ToolManager::GetCommandLines(const char* tool, const char* files, co
     text += CommandElement(command);
   }
   return text + "</Commands>";
+}
+
+std::string ToolManager::GetCommandHash(const char* tool, const char* files, const char* options) {
+  const auto definition = FindTool(TextOf(tool));
+  if (!definition) return {};
+  const OwnedJob owned(world, files, options);
+  return HexText(HashCommands(world, MakePlan(*definition, owned.job)));
+}
+
+std::string ToolManager::GetToolFingerprint(const char* tool) {
+  const auto definition = FindTool(TextOf(tool));
+  if (!definition) return {};
+  std::string text = HexText(definition->fingerprint);
+  for (const ToolProgram& program : ProgramsOf(*definition)) {
+    text += ' ' + world.findProgram(program.name);
+  }
+  return text;
 }
 
 std::string ToolManager::TakeBuildInformation() {

@@ -46,6 +46,11 @@ class ToolManager : public DispatchObject<ToolManager> {
 
   // What RunTool would start, without starting it.
   std::string GetCommandLines(const char* tool, const char* files, const char* options);
+  // A hash of what it would start, launchers left out; empty if there is no such tool.
+  std::string GetCommandHash(const char* tool, const char* files, const char* options);
+  // Changes with the tool's definition and with where its programs are found; empty if there is no
+  // such tool. For telling cheaply that command hashes can't have changed.
+  std::string GetToolFingerprint(const char* tool);
   // The records of the runs that succeeded since the last call, as a text for SetBuildInfo; empty
   // when there are none.
   std::string TakeBuildInformation();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GlobalsFile.h"
 #include "components/tools/RuleFile.h"
@@ -175,12 +176,32 @@ bool ToolRun::CollectRecord() {
   }
   BuildRecord found;
   found.output = plan.output;
-  found.date = status->modifiedSeconds;
   found.infos = ReadInfos();
   ReadDependencies(found);
+  found.date = BringForward(found, *status);
+  found.programs = ProgramsOf(world, plan);
+  found.search = SearchFolders(tool, plan);
+  found.command = HashCommands(world, plan);
   record = std::move(found);
   WriteGlobals();
   return true;
+}
+
+// Files from the future are older than what is made from them once that has their time. Returns the
+// output's time in seconds since 1970.
+std::int64_t ToolRun::BringForward(const BuildRecord& made, const FileStatus& output) {
+  std::pair<std::int64_t, std::int64_t> newest{output.modifiedSeconds, output.modifiedNanoseconds};
+  for (const std::vector<std::string>* paths : {&job.files, &made.dependencies}) {
+    for (const std::string& path : *paths) {
+      const auto status = world.files->Examine(path);
+      if (!status) continue;
+      newest = std::max(newest, {status->modifiedSeconds, status->modifiedNanoseconds});
+    }
+  }
+  if (newest.first <= output.modifiedSeconds) return output.modifiedSeconds;
+  const Status set = world.files->SetModifiedTime(made.output, newest.first, newest.second);
+  if (!set) log.AddPlain(made.output + ": " + set.GetError().text);
+  return set ? newest.first : output.modifiedSeconds;
 }
 
 // A program without its list of globals is a program all the same.

@@ -42,6 +42,7 @@ class ToolRun {
   void TellStartFailure(const ToolCommand& command, const Error& error);
   bool CollectRecord();
   void ReadDependencies(BuildRecord& found);
+  std::int64_t BringForward(const BuildRecord& made, const FileStatus& output);
   std::string ReadInfos();
   void WriteGlobals();
   void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line);

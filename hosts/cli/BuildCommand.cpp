@@ -46,11 +46,24 @@ void PrintOutcome(CommandContext& context, const BuildOutcome& outcome,
 
 // What the user should know about the state that was or is to be kept.
 void RemarkState(CommandContext& context) {
-  if (context.Session().State().GetVerdict() == StateVerdict::Good || !context.Asked().verbose) {
+  if (context.Session().State().IsUsable() || !context.Asked().verbose) {
     return;
   }
   context.Remark(context.Show(StatePathOf(context.Session().GetProjectPath())) +
-                 " can't be used, so everything counts as not built.");
+                 " can't be used, or only in part; what it lacks is treated as not built.");
+}
+
+// Two builds in one project at once would each judge by what the other is about to replace.
+int LockBuild(CommandContext& context) {
+  BuildSession& session = context.Session();
+  if (context.Asked().noWait && !session.TryLockBuild()) {
+    context.Complain("Another build of this project is running (" + session.GetLockHolder() + ").");
+    return kExitCannotOpen;
+  }
+  session.onLockWait = [&context](const std::string& holder) {
+    context.Remark("Waiting for another build of this project (" + holder + ") to end ...");
+  };
+  return session.LockBuild() ? kExitDone : kExitInterrupted;
 }
 
 BuildRequest RequestOf(CommandContext& context, const std::vector<ApplicationEntry>& chosen) {
@@ -72,6 +85,7 @@ int RunBuild(CommandContext& context) {
   if (!asked.application.empty() || !asked.configuration.empty()) {
     if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
   }
+  if (const int code = LockBuild(context); code != kExitDone) return code;
   const BuildRequest request = RequestOf(context, chosen);
   session.Prepare();
   RemarkState(context);

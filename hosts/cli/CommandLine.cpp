@@ -100,6 +100,8 @@ class Grammar {
       AddProject(command);
       AddConfiguration(command);
       command->add_flag("-v,--verbose", invocation.verbose, "Show every command and its output");
+      command->add_flag("--no-wait", invocation.noWait,
+                        "Fail (exit code 3) if another build of the project is running");
     }
   }
 

@@ -27,6 +27,7 @@ struct Invocation {
   bool json = false;
   bool quiet = false;
   bool verbose = false;
+  bool noWait = false;  // build, rebuild, clean --no-wait
   bool noColor = false;
 
   std::string node;   // --node: path or label

@@ -65,18 +65,13 @@ nlohmann::json ToJson(CommandContext& context, const ApplicationStatus& applicat
           {"outOfDate", nodes}};
 }
 
-const char* VerdictText(StateVerdict verdict) {
-  switch (verdict) {
-    case StateVerdict::Good:
-      return "";
-    case StateVerdict::Damaged:
-      return " is damaged";
-    case StateVerdict::OtherVersion:
-      return " was written by another version of this program";
-    case StateVerdict::Foreign:
-      return " belongs to another project";
-  }
-  return "";
+std::string VerdictText(const std::string& verdict) {
+  if (verdict == "cut") return " is damaged; what follows the damage is treated as not built.";
+  const char* const reason = verdict == "other-version"
+                                 ? " was written by another version of this program"
+                             : verdict == "foreign" ? " belongs to another project"
+                                                    : " is damaged";
+  return reason + std::string(", so everything is treated as not built.");
 }
 
 }  // namespace
@@ -86,10 +81,10 @@ int RunStatus(CommandContext& context) {
   std::vector<ApplicationEntry> chosen;
   if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
   context.Session().Prepare();
-  const StateVerdict verdict = context.Session().State().GetVerdict();
-  if (verdict != StateVerdict::Good) {
+  const StateKeeper& state = context.Session().State();
+  if (!state.IsUsable()) {
     context.Remark(context.Show(StatePathOf(context.Session().GetProjectPath())) +
-                   VerdictText(verdict) + ", so everything counts as not built.");
+                   VerdictText(state.GetVerdict()));
   }
   nlohmann::json document = nlohmann::json::array();
   for (const ApplicationStatus& application : context.Session().GetStatus()) {

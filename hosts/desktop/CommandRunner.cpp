@@ -157,6 +157,13 @@ void CommandRunner::Run(std::uint32_t command) {
 // to nodes whose options are known.
 void CommandRunner::Approach() {
   if (waiting == 0) return;
+  if (!session.TryLockBuild()) {
+    constexpr int kBetweenTries = 100;  // milliseconds
+    if (onLockWait) onLockWait(QString::fromStdString(session.GetLockHolder()));
+    QTimer::singleShot(kBetweenTries, this, [this] { Approach(); });
+    return;
+  }
+  if (isRestored && !isRestoring && session.State().IsOutdated()) isRestored = false;
   if (!isRestored && session.PublishFor(kPieceTime)) RestoreState();
   if (!isRestored || isRestoring) {
     QTimer::singleShot(0, this, [this] { Approach(); });
@@ -305,27 +312,24 @@ void CommandRunner::FinishBuild(BuildEnd end) {
     session.KeepLog();
   }
   QTimer::singleShot(0, this, [this, end] {
-    if (isUnkept) session.KeepReports(isCleaning);
-    QTimer::singleShot(0, this, [this, end] {
-      if (std::exchange(isUnkept, false)) session.KeepState();
-      building = 0;
-      isFinishing = false;
-      // The next build may be started by another.
-      if (isStopAsked) session.Tools().ResumeTools();
-      session.TakeLogLines();  // the log window has shown them
-      TellEnd(end);
-    });
+    if (std::exchange(isUnkept, false)) session.KeepState();
+    building = 0;
+    isFinishing = false;
+    // The next build may be started by another.
+    if (isStopAsked) session.Tools().ResumeTools();
+    session.TakeLogLines();  // the log window has shown them
+    TellEnd(end);
   });
 }
 
 // The tree that they belong to goes.
 void CommandRunner::KeepResults() {
   if (!std::exchange(isUnkept, false)) return;
-  session.KeepReports(isCleaning);
   session.KeepState();
 }
 
 void CommandRunner::TellEnd(BuildEnd end) {
+  session.UnlockBuild();  // also of a build that never started
   if (waiter) waiter(end);
   if (onEnded) onEnded(end);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 #include <QTimer>
 #include <cstdint>
 #include <functional>
@@ -69,6 +70,8 @@ class CommandRunner : public QObject {
   // A build is asked for, has begun, has ended, which it does also when it never began. Any of them
   // may be empty.
   std::function<void()> onAsked;
+  // It can't begin while this other process builds in the project; called again and again.
+  std::function<void(const QString& holder)> onLockWait;
   std::function<void()> onStarted;
   std::function<void(BuildEnd end)> onEnded;
   // The user wants to see the options of what has been made the current node.

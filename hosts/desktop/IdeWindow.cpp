@@ -181,7 +181,13 @@ void IdeWindow::AddMenus() {
 
 void IdeWindow::FollowBuilds() {
   runner->onAsked = [this] { OnBuildAsked(); };
-  runner->onStarted = [this] { options->SetBuilding(true); };
+  runner->onLockWait = [this](const QString& holder) {
+    statusBar()->showMessage(tr("Waiting for another build of this project (%1)").arg(holder));
+  };
+  runner->onStarted = [this] {
+    statusBar()->clearMessage();
+    options->SetBuilding(true);
+  };
   runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
   runner->onProjectChanged = [this] { OnProjectChanged(); };
   runner->onProjectClosing = [this] { notices->Forget(); };

@@ -2,16 +2,9 @@
 
 #include <algorithm>
 
-#include "hosts/frame/StateEnvelope.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
-
-namespace {
-
-constexpr std::size_t kDigits = 16;
-
-}  // namespace
 
 std::vector<ApplicationInputs> ParseBuildInputs(std::string_view lines) {
   std::vector<ApplicationInputs> list;
@@ -21,10 +14,8 @@ std::vector<ApplicationInputs> ParseBuildInputs(std::string_view lines) {
     lines.remove_prefix(std::min(end + 1, lines.size()));
     if (line.starts_with("A ")) {
       list.push_back({line.substr(2), {}});
-    } else if (line.starts_with("N ") && line.size() > kDigits + 3 && !list.empty()) {
-      BuildInput node;
-      node.output = line.substr(kDigits + 3);
-      if (FromHex(line.substr(2, kDigits), node.signature)) list.back().nodes.push_back(node);
+    } else if (line.starts_with("N ") && !list.empty()) {
+      list.back().outputs.push_back(line.substr(2));
     }
   }
   return list;

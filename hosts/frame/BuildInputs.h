@@ -1,21 +1,16 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tarn::host {
 
-// What the outputs of a project are made from now, as the inspector tells it in lines.
-struct BuildInput {
-  std::uint64_t signature = 0;  // of tool, files and options
-  std::string_view output;
-};
+// The outputs that the tools of an application make, as the inspector lists them.
 
 struct ApplicationInputs {
   std::string_view application;
-  std::vector<BuildInput> nodes;  // in the order of the build, the application's own last
+  std::vector<std::string_view> outputs;  // in the order of the build, the application's own last
 };
 
 // The pieces borrow from `lines`. What cannot be read is left out.

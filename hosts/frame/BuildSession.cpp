@@ -6,6 +6,7 @@
 #include "hosts/frame/BuildInputs.h"
 #include "hosts/frame/ProjectFile.h"
 #include "hosts/frame/ProjectTemplate.h"
+#include "hosts/frame/ProjectTree.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -75,7 +76,7 @@ BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFol
       files(fileSystem),
       folders(std::move(hostFolders)),
       loop(MessageLoop::ForCurrentThread()),
-      state(fileSystem, manager, inspector, tools),
+      state(manager, inspector, tools),
       log(fileSystem, mainFrame.GetHandle()),
       scripts(*this) {
   AnswerMessages();
@@ -145,7 +146,7 @@ Status BuildSession::Open(const std::string& path) {
 void BuildSession::Adopt(const std::string& openedPath) {
   projectPath = openedPath;
   isOtherProject = false;
-  state.Load(openedPath);
+  state.SetProject(openedPath);
 }
 
 void BuildSession::Prepare() {
@@ -153,18 +154,44 @@ void BuildSession::Prepare() {
   state.Restore();
 }
 
+bool BuildSession::TryLockBuild() {
+  if (buildLock != nullptr) return true;
+  auto lock = files.TryLock(BuildLockPathOf(projectPath));
+  lockHolder.clear();
+  if (lock) {
+    buildLock = std::move(*lock);
+  } else if (lock.GetError().code == ErrorCode::Busy) {
+    lockHolder = lock.GetError().text;
+    return false;
+  }
+  return true;
+}
+
+bool BuildSession::LockBuild() {
+  constexpr std::chrono::milliseconds kBetweenTries(50);
+  bool isWaiting = false;
+  while (!TryLockBuild()) {
+    if (!isWaiting && onLockWait) onLockWait(lockHolder);
+    isWaiting = true;
+    loop->PumpUntil([this] { return stopRequested.load(); }, kBetweenTries);
+    if (stopRequested) return false;
+  }
+  return true;
+}
+
 BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* observer) {
   // A script that a build has started can't build.
   if (isRunning) return {};
   outcome = {};
   stateProblem.clear();
-  if (!stopRequested && FollowProject()) {
+  if (!stopRequested && FollowProject() && LockBuild()) {
+    if (state.IsOutdated()) state.Restore();
     isRunning = true;
     BeginWork(observer);
     const bool isDone = RunCommand(SelectCommand(request));
     if (!isDone && !stopRequested) ServePostedCommands();
     isRunning = false;
-    EndWork(request.work == BuildWork::Clean);
+    EndWork();
   }
   if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
   stopRequested = false;
@@ -178,23 +205,21 @@ void BuildSession::BeginWork(BuildObserver* observer) {
   outcome = {};
   stateProblem.clear();
   log.Forget();
+  // A build that another has started can't be made to wait any more.
+  static_cast<void>(TryLockBuild());
   tools.ResumeTools();
 }
 
-void BuildSession::EndWork(bool afterClean) {
+void BuildSession::EndWork() {
   KeepLog();
-  KeepReports(afterClean);
   KeepState();
 }
 
-void BuildSession::KeepReports(bool afterClean) {
-  watcher = nullptr;
-  state.Complete(afterClean);
-}
-
 void BuildSession::KeepState() {
-  const Status saved = state.Write();
-  if (!saved) stateProblem = saved.GetError().place + ": " + saved.GetError().text;
+  watcher = nullptr;
+  const std::string problem = state.Finish();
+  if (!problem.empty()) stateProblem = problem;
+  UnlockBuild();
 }
 
 BuildEnd BuildSession::AwaitBuild() {
@@ -202,7 +227,7 @@ BuildEnd BuildSession::AwaitBuild() {
   workerEnded = false;
   workerSucceeded = false;
   WaitForWorker();
-  EndWork(false);
+  EndWork();
   logLines.clear();
   const bool isStopped = stopRequested.exchange(false);
   if (workerSucceeded) return BuildEnd::Succeeded;
@@ -215,7 +240,7 @@ bool BuildSession::FollowProject() {
   if (otherProject.empty()) return false;
   isOtherProject = false;
   projectPath = otherProject;
-  state.Load(projectPath);
+  state.SetProject(projectPath);
   Prepare();
   return true;
 }
@@ -312,7 +337,6 @@ std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
   start.files = SplitQuotedPaths(AttributeOf(element.get(), "Files"));
   start.output = AttributeOf(element.get(), "Output");
   start.command = AttributeOf(element.get(), "Command");
-  state.NoteStart(start.output);
   // From here on it is a build that runs tools, whose log is kept.
   if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));
   if (watcher != nullptr) watcher->OnToolStarted(start);
@@ -361,7 +385,7 @@ int BuildSession::CountWork(const BuildRequest& request) {
     const std::string lines = inspector.GetBuildInputs();
     for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
       const bool wanted = request.application.empty() || each.application == request.application;
-      if (wanted) count += each.nodes.size();
+      if (wanted) count += each.outputs.size();
     }
     return static_cast<int>(count);
   }
@@ -373,22 +397,13 @@ int BuildSession::CountWork(const BuildRequest& request) {
 }
 
 std::vector<ApplicationStatus> BuildSession::GetStatus() {
-  std::vector<ApplicationStatus> list = ParseStatus(inspector.GetStatus());
-  for (ApplicationStatus& application : list) {
-    for (StaleNode& node : application.stale) {
-      const bool isUnknown = node.reason == "never-built";
-      if (isUnknown && state.IsCommandChanged(application.label, node.outputFile)) {
-        node.reason = kCommandChanged;
-      }
-    }
-  }
-  return list;
+  return ParseStatus(inspector.GetStatus());
 }
 
 std::vector<ApplicationSummary> BuildSession::GetSummaries() {
   std::vector<ApplicationSummary> list;
   for (const ApplicationEntry& each : ProjectTree(inspector.GetTree()).GetApplications()) {
-    list.push_back({each.label, state.GetInfos(each.label, each.output)});
+    list.push_back({each.label, inspector.GetBuildInfos(each.label, each.output)});
   }
   return list;
 }

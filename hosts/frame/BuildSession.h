@@ -86,6 +86,17 @@ class BuildSession {
     return inspector.PublishFor(static_cast<std::int32_t>(time.count())) != 0;
   }
 
+  // The build lock keeps other processes from building in the project at the same time. Returns
+  // false while another process holds it, which GetLockHolder then names. A project in a folder
+  // that can't be written has no lock. EndWork and KeepState release it.
+  bool TryLockBuild();
+  const std::string& GetLockHolder() const { return lockHolder; }
+  // Waits for it; false if a stop was requested in the meantime.
+  bool LockBuild();
+  void UnlockBuild() { buildLock.reset(); }
+  // Called once for each wait, with the holder, if set.
+  std::function<void(const std::string& holder)> onLockWait;
+
   // Builds, and keeps what the tools reported also when the build fails or is stopped. `observer`
   // may be null.
   BuildOutcome Run(const BuildRequest& request, BuildObserver* observer);
@@ -111,11 +122,10 @@ class BuildSession {
   // In front of a call that may start tools, or of the first tool of a build that runs. `observer`
   // may be null; it is told until EndWork.
   void BeginWork(BuildObserver* observer = nullptr);
-  // Behind the end of the worker, or of a call that ran tools itself: keeps what was reported.
-  void EndWork(bool afterClean);
+  // After the end of the worker, or of a call that ran tools itself.
+  void EndWork();
   // Its parts in order, for a host whose windows must not wait for all of them at once.
   void KeepLog();
-  void KeepReports(bool afterClean);
   void KeepState();
   // The commands that the server has asked for since the last call.
   std::vector<std::uint32_t> TakePostedCommands();
@@ -183,6 +193,9 @@ class BuildSession {
   LogKeeper log;
 
   SessionScripts scripts;
+
+  std::unique_ptr<FileLock> buildLock;
+  std::string lockHolder;
 
   std::string projectPath;
   // A script may have opened another project, or the same one anew.

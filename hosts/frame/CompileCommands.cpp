@@ -5,6 +5,7 @@
 #include "hosts/frame/BuildInputs.h"
 #include "hosts/frame/LogEntry.h"
 #include "hosts/frame/ProjectTree.h"
+#include "hosts/frame/ToolCommand.h"
 #include "platform/paths/Paths.h"
 #include "platform/process/Process.h"
 #include "platform/text/Text.h"
@@ -61,8 +62,8 @@ class Collector {
     const std::string lines = session.Inspector().GetBuildInputs();
     for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
       if (each.application != label) continue;
-      for (const BuildInput& node : each.nodes) {
-        const std::string output(node.output);
+      for (const std::string_view made : each.outputs) {
+        const std::string output(made);
         if (ownOutput.empty() || !EqualNoCase(output, ownOutput)) AddNode(label, output);
       }
     }

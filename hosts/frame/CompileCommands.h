@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "hosts/frame/BuildSession.h"
+#include "hosts/frame/ProjectTree.h"
 
 namespace tarn::host {
 

@@ -53,6 +53,10 @@ std::string StatePathOf(const std::string& projectPath) {
   return WithExtension(projectPath, ".tstate");
 }
 
+std::string BuildLockPathOf(const std::string& projectPath) {
+  return WithExtension(projectPath, ".tlock");
+}
+
 std::string LogPathOf(const std::string& projectPath) {
   return WithExtension(projectPath, ".tlog");
 }

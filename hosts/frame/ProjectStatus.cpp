@@ -29,7 +29,13 @@ constexpr ReasonText kReasons[] = {
     {"part-missing", "its part %1 is missing"},
     {"part-newer", "its part %1 is newer than %3"},
     {"parts-stale", "its parts will be rebuilt"},
-    {kCommandChanged, "its command line changed since it was built"},
+    {"command-changed", "its command line changed since it was built"},
+    {"run-failed", "could not be built the last time"},
+    {"source-changed", "its source %1 changed since it was built"},
+    {"dependency-changed", "its %2 %1 changed since it was built"},
+    {"program-changed", "%1 changed since it was built"},
+    {"changed-during-run", "%1 changed while it was built"},
+    {"shadowed", "%1 is found before the file that it was built with"},
 };
 
 std::string KindOfFile(const std::string& path) {

@@ -12,12 +12,9 @@ struct StaleNode {
   std::string path;
   std::string outputFile;
   std::string tool;    // empty: nothing is run for it
-  std::string reason;  // a word of the inspector, or kCommandChanged
+  std::string reason;  // a word of the inspector
   std::string file;    // the file that the reason is about, or empty
 };
-
-// The host's own reason: the tool would be run in another way than it was.
-inline constexpr const char* kCommandChanged = "command-changed";
 
 struct ApplicationStatus {
   std::string label;

@@ -134,6 +134,16 @@ class InspectorDriver : public COleDispatchDriver {
     return InvokeText(13, {application, column});
   }
   std::string GetReport(const std::string& log) { return InvokeText(14, {log}); }
+  // How usable the file is, in a word.
+  std::string OpenBuildState(const std::string& path) { return InvokeText(40, {path}); }
+  bool IsBuildStateCurrent(const std::string& path) { return InvokeLong(41, {path}) != 0; }
+  // 0 if something is left for another call.
+  std::int32_t RestoreFor(std::int32_t milliseconds) { return InvokeLong(42, {milliseconds}); }
+  // Why the state could not be written; empty if it could.
+  std::string FinishBuildState(bool mayShrink) { return InvokeText(43, {mayShrink ? 1 : 0}); }
+  std::string GetBuildInfos(const std::string& application, const std::string& output) {
+    return InvokeText(44, {application, output});
+  }
 };
 
 class ToolManagerDriver : public COleDispatchDriver {

@@ -142,6 +142,11 @@ void ServedSession::OnRunScript(const HostEvent& event) {
   }
   // It may have left a build behind.
   if (!isBuilding) isBuilding = session.Manager().EnableCommand(kCmdStop) == 1;
+  UnlockUnlessBuilding();
+}
+
+void ServedSession::UnlockUnlessBuilding() {
+  if (!isBuilding && !mustKeep) session.UnlockBuild();
 }
 
 BuildOutcome ServedSession::BuildForScript(const BuildRequest& request) {
@@ -172,7 +177,8 @@ DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Var
   const DispatchPtr manager(session.Manager().GetDispatch());
   DispatchResult outcome = manager->Invoke(method.id, arguments, result);
   if (isCommand) NoteCommand(command);
-  if (buildsHere && hasProject && !isBuilding) session.EndWork(false);
+  if (buildsHere && hasProject && !isBuilding) session.EndWork();
+  UnlockUnlessBuilding();
   PassStopOn();
   return outcome;
 }
@@ -183,9 +189,9 @@ void ServedSession::BeginWork() {
 }
 
 void ServedSession::PrepareBuild() {
-  if (isBuilding || isPrepared || !hasProject) return;
+  if (isBuilding || !hasProject || !session.LockBuild()) return;
+  if (isPrepared && !session.State().IsOutdated()) return;
   isPrepared = true;
-  if (!session.State().HasRecords()) return;
   // Handing the records over walks through the applications; the user's own choice stays.
   const std::string chosen = currentPath;
   session.Prepare();
@@ -198,7 +204,6 @@ void ServedSession::NoteCommand(std::uint32_t command) {
   if (command == kCmdSelectConfiguration) isPrepared = false;
   if (isBuilding) return;
   // Asking may serve the worker's last step.
-  isCleaning = command == kCmdCleanAll || command == kCmdCleanNode;
   const bool runs = session.Manager().EnableCommand(kCmdStop) == 1;
   isBuilding = runs;
 }
@@ -212,8 +217,7 @@ void ServedSession::PassStopOn() {
 void ServedSession::KeepResults() {
   if (!mustKeep) return;
   mustKeep = false;
-  if (hasProject) session.EndWork(isCleaning);
-  isCleaning = false;
+  if (hasProject) session.EndWork();
 }
 
 void ServedSession::Attend() {
@@ -239,6 +243,7 @@ void ServedSession::CarryOut(std::uint32_t command) {
   session.Manager().Command(command);
   NoteCommand(command);
   if (isBuilding || mustKeep) ownWork = command;
+  UnlockUnlessBuilding();
 }
 
 void ServedSession::StopWork() {

@@ -67,6 +67,7 @@ class ServedSession {
   void KeepResults();
   void CarryOut(std::uint32_t command);
   void NoteCommand(std::uint32_t command);
+  void UnlockUnlessBuilding();
   void PassStopOn();
 
   MainFrame frame;
@@ -80,7 +81,6 @@ class ServedSession {
   bool isPrepared = false;    // the kept records are handed over
   std::string currentPath;    // of the current node
   bool isBuilding = false;    // a worker is on its way
-  bool isCleaning = false;    // and it deletes what was built
   bool mustKeep = false;      // it has ended, and what it reported isn't kept yet
   std::uint32_t ownWork = 0;  // the build that this host started by itself, or 0
 };

@@ -1,14 +1,12 @@
 #include "automation/ProjectInspector.h"
 
 #include <charconv>
-#include <cstdio>
 #include <string_view>
 #include <vector>
 
 #include "automation/ApplicationSearch.h"
 #include "automation/TargetList.h"
 #include "platform/paths/Paths.h"
-#include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
 
@@ -58,6 +56,20 @@ const char* NameOf(StaleReason reason) {
       return "dependency-missing";
     case StaleReason::DependencyNewer:
       return "dependency-newer";
+    case StaleReason::CommandChanged:
+      return "command-changed";
+    case StaleReason::RunFailed:
+      return "run-failed";
+    case StaleReason::SourceChanged:
+      return "source-changed";
+    case StaleReason::DependencyChanged:
+      return "dependency-changed";
+    case StaleReason::ProgramChanged:
+      return "program-changed";
+    case StaleReason::ChangedDuringRun:
+      return "changed-during-run";
+    case StaleReason::Shadowed:
+      return "shadowed";
   }
   return "";
 }
@@ -126,6 +138,11 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::PublishFor>("PublishFor", 18, {"milliseconds"}),
       Method<&I::NoteCurrentNode>("NoteCurrentNode", 19, {}),
       Method<&I::SelectNotedNode>("SelectNotedNode", 20, {}),
+      Method<&I::OpenBuildState>("OpenBuildState", 40, {"path"}),
+      Method<&I::IsBuildStateCurrent>("IsBuildStateCurrent", 41, {"path"}),
+      Method<&I::RestoreFor>("RestoreFor", 42, {"milliseconds"}),
+      Method<&I::FinishBuildState>("FinishBuildState", 43, {"mayShrink"}),
+      Method<&I::GetBuildInfos>("GetBuildInfos", 44, {"application", "outputFile"}),
   });
   return table;
 }
@@ -177,21 +194,11 @@ std::string CProjectInspector::GetBuildInputs() {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
   std::string lines;
-  std::string tool;
-  std::string files;
   ForEachApplication(*model, [&](CXmlNode& application) {
     lines += "A " + TextOf(application.GetAttrValue("Header")) + "\n";
     ForEachBuiltNode(model->types, application, [&](CXmlNode& node) {
-      const CXmlNode* values = FindStoredValues(node);
-      if (values == nullptr || !model->GetToolInput(node, tool, files)) return;
-      const std::uint64_t hash = HashBytes(values->ValueText(), HashBytes(files, HashBytes(tool)));
-      char digits[17];
-      std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(hash));
-      lines += "N ";
-      lines += digits;
-      lines += ' ';
-      lines += TextOf(node.GetAttrValue("OutputFile"));
-      lines += '\n';
+      if (FindStoredValues(node) == nullptr) return;
+      lines += "N " + TextOf(node.GetAttrValue("OutputFile")) + "\n";
     });
   });
   return lines;

@@ -29,8 +29,7 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::string GetTree();
   // Per application the nodes that have work to do, in build order, each with its reason.
   std::string GetStatus();
-  // Lines: "A <application>", then "N <hash> <output file>" for each node with a tool. The hash is
-  // one of all that the tool would be given.
+  // Lines: "A <application>", then "N <output file>" for each node with a tool, in build order.
   std::string GetBuildInputs();
   // What the node's tool would be given; empty when there is no such node.
   std::string GetToolInput(const char* applicationHeader, const char* outputFile);
@@ -61,6 +60,25 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::string GetTargets();
   // The log file of the running or the last build; it grows while a build runs.
   std::string GetLogFile();
+
+  // InspectorState.cpp: build records that outlive the process.
+
+  // Reads the build state of the open project from this file, and appends to it as each tool ends,
+  // until the project is closed. Returns "good" (also if there is no such file yet), "cut" (good up
+  // to a place), "damaged", "other-version" or "foreign"; the last three count as empty and are
+  // replaced. An empty string if no project is open.
+  std::string OpenBuildState(const char* path);
+  // 1 if that file is open and no other process has written it since.
+  std::int32_t IsBuildStateCurrent(const char* path);
+  // Hands the records that still hold to the published nodes for about this long; 0 if some are
+  // left for another call.
+  std::int32_t RestoreFor(std::int32_t milliseconds);
+  // Writes what a build leaves to write. With `mayShrink`, which only the holder of the build lock
+  // should pass, the file is made smaller if much of it is not in use. Returns why a write failed;
+  // an empty string if none did.
+  std::string FinishBuildState(std::int32_t mayShrink);
+  // What the tool reported about an output, for people; an empty string if nothing is known.
+  std::string GetBuildInfos(const char* application, const char* outputFile);
 
   // InspectorReports.cpp: rows of the reports as XML text, as the windows would show them.
 

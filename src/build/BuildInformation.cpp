@@ -47,6 +47,27 @@ std::vector<std::unique_ptr<CXmlNode>> TakeChildren(CXmlNode& node) {
   return children;
 }
 
+std::vector<std::string> SplitQuoted(const char* list) {
+  std::vector<std::string> entries;
+  const CParser parser(TextOf(list), ",");
+  for (int i = 0; i < parser.GetCount(); ++i) entries.push_back(parser.GetToken(i));
+  return entries;
+}
+
+BuildReport ReadReport(const CXmlNode& record) {
+  BuildReport report;
+  report.infos = TextOf(record.GetAttrValue("Infos"));
+  report.date = TextOf(record.GetAttrValue("Date"));
+  report.command = ParseCommandHash(TextOf(record.GetAttrValue("Command")));
+  report.programs = SplitQuoted(record.GetAttrValue("Programs"));
+  report.search = TextOf(record.GetAttrValue("Search"));
+  for (int i = 0; i < record.GetChildCount(); ++i) {
+    const char* file = record.GetChild(i)->GetAttrValue("Header");
+    if (file != nullptr) report.dependencies.emplace_back(file);
+  }
+  return report;
+}
+
 }  // namespace
 
 std::int32_t CProjectModel::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
@@ -69,6 +90,7 @@ bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
     const std::string infos = TextOf(record->GetAttrValue("Infos"));
     const std::string date = TextOf(record->GetAttrValue("Date"));
     RecordBuildInfo(node, infos.c_str(), date.c_str());
+    buildRecords.TakeReport(*node, ReadReport(*record));
     ReplaceDependencies(*node, std::move(record));
     views.TellUpdated(*node);
   }

@@ -190,7 +190,7 @@ bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
   CXmlNode& node = *frame.node;
   if (mode == ModeClean) return Return(Clean(node), false);
   if (mode == ModeBuild) {
-    Staleness staleness(model.types, model.fileTimes,
+    Staleness staleness(model.types, model.fileTimes, model.recordCheck,
                         MayAsk(frame) ? Staleness::Unknown::Miss : Staleness::Unknown::Examine);
     const bool isUpToDate = IsUpToDate(frame, staleness);
     if (staleness.HasMissed()) return !AskForTimes(frame, request);
@@ -235,7 +235,7 @@ bool BuildWalk::MayAsk(const Frame& frame) const {
 bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
   const bool hasAsked = frame.askedEpoch == model.fileTimes.GetEpoch();
   frame.askedEpoch = model.fileTimes.GetEpoch();
-  Staleness staleness(model.types, model.fileTimes);
+  Staleness staleness(model.types, model.fileTimes, model.recordCheck);
   ahead.Begin(frame.askedEpoch);
   if (AreChildrenGood(frame)) {
     staleness.AskForFiles(*frame.node, request.inquiry, ahead);
@@ -283,6 +283,10 @@ bool BuildWalk::Clean(CXmlNode& node) {
     if (!model.files.RemoveFile(path)) result = false;
     model.fileTimes.Forget();
   }
+  if (model.walkApplication != nullptr) {
+    model.buildRecords.Drop(node, TextOf(model.walkApplication->GetAttrValue("Path")),
+                            TextOf(node.GetAttrValue("OutputFile")));
+  }
   return result;
 }
 
@@ -312,17 +316,49 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
     (void)model.files.RemoveScratchFile(messageFile);
   }
   request.toolManager = DispatchPtr(model.toolManager->GetDispatch());
+  request.snapshot = BeginRun(node, request);
   request.kind = WalkRequest::Kind::RunTool;
   frame.stage = Stage::Tool;
   return false;
 }
 
-void BuildWalk::TakeToolResult(bool success) {
+// Only the node's own tool makes what the record of its output says.
+RunSnapshot BuildWalk::BeginRun(const CXmlNode& node, const WalkRequest& request) {
+  const std::string output = TextOf(node.GetAttrValue("OutputFile"));
+  isRecorded = !output.empty() && request.tool == TextOf(node.GetAttrValue("TranslateTool")) &&
+               model.walkApplication != nullptr;
+  if (!isRecorded) return {};
+  std::vector<std::string> sources;
+  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
+    ForEachLinkFile(model.types, &node, true, &node,
+                    [&](const char* part) { sources.emplace_back(part); });
+  } else {
+    sources.push_back(TextOf(node.GetAttrValue("Path")));
+  }
+  return model.buildRecords.BeginRun(
+      node, TextOf(model.walkApplication->GetAttrValue("Path")), output, sources,
+      model.toolCommands.SignatureOf(request.tool, request.files, request.options));
+}
+
+bool RunRequestedTool(WalkRequest& request, FileSystem& files) {
+  CToolManagerDriver tools;
+  tools.AttachDispatch(request.toolManager.Get(), true);
+  request.snapshot.TakeBefore(files);
+  const bool isDone =
+      tools.RunTool(request.tool, request.files, request.options,
+                    request.messageFile ? request.messageFile->c_str() : nullptr) != 0;
+  request.snapshot.TakeAfter(files);
+  return isDone;
+}
+
+void BuildWalk::TakeToolResult(bool success, RunSnapshot snapshot) {
   toolSucceeded = success;
+  runSnapshot = std::move(snapshot);
 }
 
 void BuildWalk::FinishTool(Frame& frame) {
   nodesAhead = 1;
+  if (isRecorded) model.buildRecords.EndRun(*frame.node, std::move(runSnapshot), toolSucceeded);
   if (toolSucceeded) {
     model.SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
   }

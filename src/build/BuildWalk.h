@@ -8,6 +8,7 @@
 
 #include "build/FileTimes.h"
 #include "build/NodesAhead.h"
+#include "build/RunSnapshot.h"
 #include "platform/automation/Variant.h"
 #include "project/ProjectModel.h"
 
@@ -29,8 +30,15 @@ struct WalkRequest {
   std::string options;
   NullableText messageFile;
 
+  // To be taken around the run of the tool.
+  RunSnapshot snapshot;
+
   FileTimes::Inquiry inquiry;
 };
+
+// Runs the tool of a request, with its snapshot, on the calling thread. Returns whether it
+// succeeded.
+bool RunRequestedTool(WalkRequest& request, FileSystem& files);
 
 // A build as a walk that can be interrupted: depth first, children before their node, each stale
 // node handed to its tool. Everything that touches the tree, the log, the views or the property
@@ -53,7 +61,7 @@ class BuildWalk {
 
   // Goes on until something is needed, or the walk is done, or `deadline` is over.
   WalkRequest Advance(std::optional<Clock::time_point> deadline);
-  void TakeToolResult(bool succeeded);
+  void TakeToolResult(bool succeeded, RunSnapshot snapshot);
   void TakeTimes(const FileTimes::Inquiry& inquiry);
 
   // After Done.
@@ -94,6 +102,7 @@ class BuildWalk {
   bool MayAsk(const Frame& frame) const;
   bool AskForTimes(Frame& frame, WalkRequest& request);
   bool IsUpToDate(const Frame& frame, Staleness& staleness) const;
+  RunSnapshot BeginRun(const CXmlNode& node, const WalkRequest& request);
   std::optional<std::int64_t> NewestOutputOf(const Frame& frame) const;
   // The frame's node is dealt with: its parent goes on.
   bool Return(bool success, bool isGood);
@@ -107,6 +116,8 @@ class BuildWalk {
   std::vector<Frame> frames;
   bool succeeded = true;
   bool toolSucceeded = false;
+  bool isRecorded = false;  // the run of this tool
+  RunSnapshot runSnapshot;
   std::string folderBefore;  // the current folder while a tool runs
   std::string messageFile;
   std::uint64_t treeEpoch = 0;

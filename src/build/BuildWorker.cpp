@@ -110,7 +110,7 @@ std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
   worker->notedApplication = activeApplication;
   worker->notedNode = currentNode;
   worker->epoch = treeEpoch;
-  fileTimes.Forget();
+  ForgetFileTimes();
   workerWalk = std::make_unique<BuildWalk>(*this, true);
   if (!isTool) {
     workerWalk->BeginBuild(node, mode);
@@ -141,7 +141,9 @@ void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
   const auto step = [&] {
     control->isInStep = true;
     BuildWalk& walk = *control->model->workerWalk;
-    if (request.kind == WalkRequest::Kind::RunTool) walk.TakeToolResult(toolResult);
+    if (request.kind == WalkRequest::Kind::RunTool) {
+      walk.TakeToolResult(toolResult, std::move(request.snapshot));
+    }
     if (request.kind == WalkRequest::Kind::Examine) walk.TakeTimes(request.inquiry);
     request = walk.Advance(BuildWalk::Clock::now() + kStepTime);
     control->isInStep = false;
@@ -152,10 +154,7 @@ void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
       return;
     }
     if (request.kind == WalkRequest::Kind::RunTool) {
-      CToolManagerDriver tools;
-      tools.AttachDispatch(request.toolManager.Get(), true);
-      toolResult = tools.RunTool(request.tool, request.files, request.options,
-                                 request.messageFile ? request.messageFile->c_str() : nullptr) != 0;
+      toolResult = RunRequestedTool(request, disk);
     } else if (request.kind == WalkRequest::Kind::Examine) {
       request.inquiry.Examine(disk, BuildWalk::Clock::now() + kLookTime);
     }
@@ -216,16 +215,13 @@ void CProjectModel::RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std:
 }
 
 std::int32_t CProjectModel::RunWalkHere(BuildWalk& walk) {
-  fileTimes.Forget();
+  ForgetFileTimes();
   ++walksHere;
   for (;;) {
-    const WalkRequest request = walk.Advance(std::nullopt);
+    WalkRequest request = walk.Advance(std::nullopt);
     if (request.kind != WalkRequest::Kind::RunTool) break;
-    CToolManagerDriver tools;
-    tools.AttachDispatch(request.toolManager.Get(), true);
-    walk.TakeToolResult(
-        tools.RunTool(request.tool, request.files, request.options,
-                      request.messageFile ? request.messageFile->c_str() : nullptr) != 0);
+    const bool isDone = RunRequestedTool(request, files);
+    walk.TakeToolResult(isDone, std::move(request.snapshot));
   }
   --walksHere;
   walkApplication = nullptr;
@@ -265,11 +261,16 @@ std::int32_t CProjectModel::RunToolOnNode(CXmlNode* node, const std::string& too
 
 bool CProjectModel::IsNodeUpToDate(CXmlNode* node) {
   if (!IsWorkerAlive() && walksHere == 0) fileTimes.Forget();
-  return Staleness(types, fileTimes).IsUpToDate(node);
+  return Staleness(types, fileTimes, recordCheck).IsUpToDate(node);
 }
 
-StaleVerdict CProjectModel::ExamineNode(const CXmlNode& node) {
-  return Staleness(types, fileTimes).Examine(node);
+StaleVerdict CProjectModel::ExamineNode(CXmlNode& node) {
+  return Staleness(types, fileTimes, recordCheck).Examine(node);
+}
+
+void CProjectModel::ForgetFileTimes() {
+  fileTimes.Forget();
+  toolCommands.RefreshTools();
 }
 
 }  // namespace tarn

@@ -9,8 +9,8 @@ namespace tarn {
 
 namespace {
 
-FileTimes::Time TimeOf(const std::optional<FileStatus>& status) {
-  return status ? FileTimes::Time(status->modifiedSeconds) : std::nullopt;
+FileTimes::Look KnownLook(const std::optional<FileStatus>& status) {
+  return {FileTimes::Look::State::Known, status.has_value(), status.value_or(FileStatus())};
 }
 
 }  // namespace
@@ -54,15 +54,15 @@ void FileTimes::Store::Grow() {
   }
 }
 
-const FileTimes::Time* FileTimes::Find(const char* path) const {
+const FileTimes::Look* FileTimes::Find(std::string_view path) const {
   const Known* known = store->Find(path);
-  return known != nullptr && known->look.IsKnown() ? &known->look.time : nullptr;
+  return known != nullptr && known->look.IsKnown() ? &known->look : nullptr;
 }
 
-FileTimes::Time FileTimes::Get(const char* path) {
-  Look& look = store->FindOrAdd(path).look;
-  if (!look.IsKnown()) look = {Look::State::Known, TimeOf(files.Examine(path))};
-  return look.time;
+const FileTimes::Look& FileTimes::Get(std::string_view path) {
+  Known& known = store->FindOrAdd(path);
+  if (!known.look.IsKnown()) known.look = KnownLook(files.Examine(known.Path()));
+  return known.look;
 }
 
 void FileTimes::Take(const Inquiry& inquiry) {
@@ -70,7 +70,7 @@ void FileTimes::Take(const Inquiry& inquiry) {
   for (std::size_t i = 0; i < inquiry.asked.size(); ++i) {
     Look& look = inquiry.asked[i]->look;
     look.state = Look::State::Open;
-    if (i < inquiry.found.size()) look = {Look::State::Known, TimeOf(inquiry.found[i])};
+    if (i < inquiry.found.size()) look = KnownLook(inquiry.found[i]);
   }
 }
 
@@ -79,7 +79,7 @@ void FileTimes::Forget() {
   if (!store->IsEmpty()) store = std::make_shared<Store>();
 }
 
-const FileTimes::Look& FileTimes::Inquiry::Add(FileTimes& times, const char* path) {
+const FileTimes::Look& FileTimes::Inquiry::Add(FileTimes& times, std::string_view path) {
   Known& known = times.store->FindOrAdd(path);
   if (known.look.state == Look::State::Open) {
     known.look.state = Look::State::Asked;

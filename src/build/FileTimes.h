@@ -26,18 +26,20 @@ class FileTimes {
   struct Look {
     enum class State : std::uint8_t { Open, Asked, Known };
     State state = State::Open;
-    Time time;
+    bool exists = false;
+    FileStatus status;  // if it exists
 
     bool IsKnown() const { return state == State::Known; }
+    Time GetTime() const { return exists ? Time(status.modifiedSeconds) : std::nullopt; }
   };
 
   class Inquiry;
 
   explicit FileTimes(FileSystem& fileSystem) : files(fileSystem) {}
 
-  Time Get(const char* path);
-  // What Get would answer without looking at the disk; null when it would have to look.
-  const Time* Find(const char* path) const;
+  const Look& Get(std::string_view path);
+  // Returns the same without looking at the disk; null if it would have to look.
+  const Look* Find(std::string_view path) const;
 
   // The answers become known, and what has none can be asked for anew. Nothing happens when
   // everything was forgotten since the questions were put: whoever made it forget may have changed
@@ -85,7 +87,7 @@ class FileTimes::Inquiry {
  public:
   // Adds the file unless somebody asked for it since the last Forget, be it in another inquiry, and
   // gives the place of the answer. On the thread of `times`.
-  const Look& Add(FileTimes& times, const char* path);
+  const Look& Add(FileTimes& times, std::string_view path);
   bool IsEmpty() const { return asked.empty(); }
   // Looks at one file at least, and at further ones until the time is up. On any thread, while no
   // other uses the inquiry.

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "build/BuildRecordStore.h"
 #include "build/FileTimes.h"
 #include "xml/XmlNode.h"
 
@@ -28,8 +29,15 @@ class NodesAhead {
   void Add(const CXmlNode& node, std::int64_t lastBuilt) {
     nodes.push_back({&node, lastBuilt, files.size()});
   }
-  // A file of the node that was added last: first its output, then what that was made from.
-  void AddFile(const FileTimes::Look& look) { files.push_back(&look); }
+  // A file of the node that was added last: first its output, then what that was made from. With a
+  // `version` it has to be that one.
+  void AddFile(const FileTimes::Look& look, const FileVersion* version) {
+    files.push_back({&look, version, true});
+  }
+  // A program that the node was made with: its time doesn't matter, its version does.
+  void AddProgram(const FileTimes::Look& look, const FileVersion& version) {
+    files.push_back({&look, &version, false});
+  }
   // The node added last needs more than this to be judged.
   void DropLast() {
     files.resize(nodes.back().firstFile);
@@ -46,9 +54,11 @@ class NodesAhead {
     // In the rules' own words (Staleness): the output has exactly the time that its tool reported,
     // and nothing that it was made from is missing or later.
     for (std::size_t i = first; i < end; ++i) {
-      const FileTimes::Look& look = *files[i];
-      if (!look.IsKnown() || !look.time) return {};
-      if (i == first ? *look.time != lastBuilt : *look.time > lastBuilt) return {};
+      const FileTimes::Look& look = *files[i].look;
+      if (!look.IsKnown() || !look.exists) return {};
+      const std::int64_t time = look.status.modifiedSeconds;
+      if (files[i].isTimed && (i == first ? time != lastBuilt : time > lastBuilt)) return {};
+      if (files[i].version != nullptr && !files[i].version->IsCertainly(look.status)) return {};
     }
     return lastBuilt;
   }
@@ -60,9 +70,15 @@ class NodesAhead {
     std::size_t firstFile;
   };
 
+  struct File {
+    const FileTimes::Look* look;
+    const FileVersion* version;  // may be null
+    bool isTimed;
+  };
+
   std::uint64_t epoch = 0;
   std::vector<Node> nodes;
-  std::vector<const FileTimes::Look*> files;
+  std::vector<File> files;
   std::size_t next = 0;
 };
 

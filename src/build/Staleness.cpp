@@ -55,29 +55,31 @@ const CXmlNode* DependenciesOf(const CXmlNode& node) {
 
 }  // namespace
 
-bool Staleness::IsUpToDate(const CXmlNode* node) {
+bool Staleness::IsUpToDate(CXmlNode* node) {
   if (node == nullptr || IsExactlyYes(*node, "Exclude")) return true;
   for (int i = 0; i < node->GetChildCount(); ++i) {
-    const CXmlNode* child = node->GetChild(i);
+    CXmlNode* child = node->GetChild(i);
     if (IsContentNode(*child) && !IsUpToDate(child)) return false;
   }
   return IsUpToDateAlone(*node);
 }
 
-bool Staleness::IsUpToDateAlone(const CXmlNode& node) {
+bool Staleness::IsUpToDateAlone(CXmlNode& node) {
   if ((types.FlagsOf(node) & kTypeBuild) == 0 || node.NameView() == "Group") return true;
   // Saves a look at the disk for everything that was never built; the answer is the same.
   if (LastBuiltOf(node) == 0) return false;
   return !Examine(node);
 }
 
-bool Staleness::IsUpToDateSince(const CXmlNode& node, std::int64_t newest) {
+bool Staleness::IsUpToDateSince(CXmlNode& node, std::int64_t newest) {
   if ((types.FlagsOf(node) & kTypeApplication) == 0) return false;
   const char* outputFile = node.GetAttrValue("OutputFile");
-  const FileTimes::Time* output = IsBlankAttr(outputFile) ? nullptr : times.Find(outputFile);
+  const FileTimes::Look* output = IsBlankAttr(outputFile) ? nullptr : times.Find(outputFile);
   const std::int64_t lastBuilt = LastBuiltOf(node);
-  return output != nullptr && *output && **output == lastBuilt && lastBuilt != 0 &&
-         newest <= lastBuilt;
+  if (output == nullptr || output->GetTime() != lastBuilt || lastBuilt == 0 || newest > lastBuilt) {
+    return false;
+  }
+  return !ExamineRecord(node) && !hasMissed;
 }
 
 std::int64_t Staleness::LastBuiltOf(const CXmlNode& node) {
@@ -85,14 +87,33 @@ std::int64_t Staleness::LastBuiltOf(const CXmlNode& node) {
 }
 
 FileTimes::Time Staleness::TimeOf(const char* path) {
-  if (onUnknown == Unknown::Examine) return times.Get(path);
-  const FileTimes::Time* known = times.Find(path);
-  if (known != nullptr) return *known;
+  if (onUnknown == Unknown::Examine) return times.Get(path).GetTime();
+  const FileTimes::Look* known = times.Find(path);
+  if (known != nullptr) return known->GetTime();
   hasMissed = true;
   return std::nullopt;
 }
 
-StaleVerdict Staleness::Examine(const CXmlNode& node) {
+StaleVerdict Staleness::Examine(CXmlNode& node) {
+  StaleVerdict verdict = ExamineTimes(node);
+  if (verdict.reason == StaleReason::NeverBuilt) {
+    // What an earlier look found; the rest of what is known about the node went with it.
+    if (StaleVerdict withdrawn = records.GetWithdrawn(node)) return withdrawn;
+  }
+  return verdict ? verdict : ExamineRecord(node);
+}
+
+StaleVerdict Staleness::ExamineRecord(CXmlNode& node) {
+  bool misses = false;
+  StaleVerdict verdict = records.Check(node, onUnknown == Unknown::Examine, misses);
+  hasMissed |= misses;
+  if (!verdict) return verdict;
+  records.Withdraw(node, verdict);
+  if (const CXmlAttr* built = node.GetAttr("LastBuilt")) node.RemoveAttr(built);
+  return verdict;
+}
+
+StaleVerdict Staleness::ExamineTimes(const CXmlNode& node) {
   const std::uint32_t flags = types.FlagsOf(node);
   if (IsExactlyYes(node, "Exclude") || (flags & kTypeBuild) == 0 || node.NameView() == "Group") {
     return {};
@@ -147,17 +168,30 @@ void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, N
   const std::int64_t lastBuilt = NumberOf(by.lastBuilt);
   if (IsBlankAttr(by.outputFile) || lastBuilt == 0) return;
   const FileTimes::Look& output = inquiry.Add(times, by.outputFile);
-  if ((flags & kTypeApplication) != 0) return;
+  if ((flags & kTypeApplication) != 0) {
+    records.AskForInputs(node, inquiry);
+    return;
+  }
 
-  bool isDecided = by.exclude == nullptr || std::string_view(by.exclude) != "Yes";
+  const bool isExcluded = by.exclude != nullptr && std::string_view(by.exclude) == "Yes";
+  const BuildRecord* const record = records.FindVerified(node);
+  bool isDecided = !isExcluded && (record != nullptr || !records.HasRecord(node));
   ahead.Add(node, lastBuilt);
-  ahead.AddFile(output);
+  ahead.AddFile(output, record == nullptr ? nullptr : &records.Version(record->output));
+  // The files of the node and the inputs of its record, which are the same in the same order.
+  std::size_t input = 0;
   const auto askFor = [&](const char* file) {
     if (IsBlankAttr(file)) {
       isDecided = false;
-    } else {
-      ahead.AddFile(inquiry.Add(times, file));
+      return;
     }
+    const FileVersion* version = nullptr;
+    if (record != nullptr && input + record->programs < record->inputs.size()) {
+      const BuildRecord::Number number = record->inputs[input++];
+      if (records.PathOf(number) != file) isDecided = false;
+      version = &records.Version(number);
+    }
+    ahead.AddFile(inquiry.Add(times, file), version);
   };
   askFor(by.path);
   const CXmlNode* dependencies = nullptr;
@@ -169,6 +203,14 @@ void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, N
   for (int i = 0; dependencies != nullptr && i < dependencies->GetChildCount(); ++i) {
     const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
     if (file != nullptr) askFor(file);
+  }
+  if (record != nullptr) {
+    if (!records.AreFoldersUnchanged(*record)) isDecided = false;
+    if (input + record->programs != record->inputs.size()) isDecided = false;
+    for (std::size_t i = input; i < record->inputs.size(); ++i) {
+      const FileVersion& program = records.Version(record->inputs[i]);
+      ahead.AddProgram(inquiry.Add(times, records.PathOf(record->inputs[i])), program);
+    }
   }
   if (!isDecided) ahead.DropLast();
 }

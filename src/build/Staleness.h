@@ -4,36 +4,17 @@
 
 #include "build/FileTimes.h"
 #include "build/NodesAhead.h"
+#include "build/RecordCheck.h"
+#include "build/StaleVerdict.h"
 #include "project/NodeTypes.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {
 
-// Why a node has work to do, in the order in which the reasons are looked for.
-enum class StaleReason {
-  None,
-  NoOutputName,
-  OutputMissing,
-  NeverBuilt,
-  OutputChanged,
-  PartMissing,  // a file that the application is made of
-  PartNewer,
-  SourceMissing,
-  SourceNewer,
-  DependencyMissing,
-  DependencyNewer,
-};
-
-struct StaleVerdict {
-  StaleReason reason = StaleReason::None;
-  std::string file;  // the file that the reason is about; empty when it is about none
-
-  explicit operator bool() const { return reason != StaleReason::None; }
-};
-
-// Decides whether the outputs of nodes are still good, from the nodes' attributes, their types and
-// the times of files. Equal times are good; only a later source is stale, while an output must
-// have exactly the time that its tool reported.
+// Decides whether the outputs of nodes are up to date, from the nodes' attributes, their types, the
+// times of files in whole seconds, and the nodes' build records. Equal times are up to date; only a
+// later source is stale, while an output must have exactly the time that its tool reported. A node
+// whose record holds no more loses its `LastBuilt`.
 class Staleness {
  public:
   enum class Unknown {
@@ -41,20 +22,21 @@ class Staleness {
     Miss,     // it is taken for missing; HasMissed then says that the answer is worth nothing
   };
 
-  Staleness(const NodeTypes& nodeTypes, FileTimes& fileTimes, Unknown unknown = Unknown::Examine)
-      : types(nodeTypes), times(fileTimes), onUnknown(unknown) {}
+  Staleness(const NodeTypes& nodeTypes, FileTimes& fileTimes, RecordCheck& recordCheck,
+            Unknown unknown = Unknown::Examine)
+      : types(nodeTypes), times(fileTimes), records(recordCheck), onUnknown(unknown) {}
 
   // Nothing to do here or below; the first stale descendant ends the search.
-  bool IsUpToDate(const CXmlNode* node);
+  bool IsUpToDate(CXmlNode* node);
   // The same for a node whose children are known to be good.
-  bool IsUpToDateAlone(const CXmlNode& node);
+  bool IsUpToDateAlone(CXmlNode& node);
   // The same for an application when every file that it is made of exists and is no later than
   // `newest`; false also when the files themselves have to be asked.
-  bool IsUpToDateSince(const CXmlNode& node, std::int64_t newest);
+  bool IsUpToDateSince(CXmlNode& node, std::int64_t newest);
   // The time that the tool reported for the node's output; 0 when none did.
   static std::int64_t LastBuiltOf(const CXmlNode& node);
   // The rules of the node itself.
-  StaleVerdict Examine(const CXmlNode& node);
+  StaleVerdict Examine(CXmlNode& node);
 
   bool HasMissed() const { return hasMissed; }
 
@@ -66,11 +48,14 @@ class Staleness {
 
  private:
   FileTimes::Time TimeOf(const char* path);
+  StaleVerdict ExamineTimes(const CXmlNode& node);
+  StaleVerdict ExamineRecord(CXmlNode& node);
   StaleVerdict ExamineParts(const CXmlNode& application, std::int64_t outputTime);
   StaleVerdict ExamineDependencies(const CXmlNode& node, std::int64_t outputTime);
 
   const NodeTypes& types;
   FileTimes& times;
+  RecordCheck& records;
   Unknown onUnknown;
   bool hasMissed = false;
 };

@@ -27,4 +27,13 @@ std::string CToolManagerDriver::GetToolsForExtension(TextArgument extension) {
   return InvokeText(kGetToolsForExtension, {extension});
 }
 
+std::string CToolManagerDriver::GetCommandHash(TextArgument tool, TextArgument files,
+                                               TextArgument options) {
+  return InvokeTextByName("GetCommandHash", {tool, files, options});
+}
+
+std::string CToolManagerDriver::GetToolFingerprint(TextArgument tool) {
+  return InvokeTextByName("GetToolFingerprint", {tool});
+}
+
 }  // namespace tarn

@@ -22,6 +22,12 @@ class CToolManagerDriver : public COleDispatchDriver {
                        TextArgument messageFile);
   // An element whose children are the commands for files of that extension (with its dot).
   std::string GetToolsForExtension(TextArgument extension);
+
+  // What a component may offer beyond that; an empty string from one that doesn't.
+  // A hash of the command lines that RunTool would start, launchers left out.
+  std::string GetCommandHash(TextArgument tool, TextArgument files, TextArgument options);
+  // Changes with the tool's definition and with the programs that it would start.
+  std::string GetToolFingerprint(TextArgument tool);
 };
 
 }  // namespace tarn

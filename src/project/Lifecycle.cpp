@@ -212,6 +212,7 @@ bool CProjectModel::MakeOptionsReady(std::uint64_t opened) {
 
 void CProjectModel::DiscardTree() {
   ++projectEpoch;
+  buildRecords.CloseJournal();
   RemoveAllChildren(*projectRoot);
   projectRoot->Clear();
   projectRoot->SetName("Project");
@@ -285,6 +286,7 @@ bool CProjectModel::WriteAndEmpty() {
     if (isDefaultProject == 0) views.SetProjectRoot(projectRoot.get());
     return false;
   }
+  buildRecords.CloseJournal();
   RemoveAllChildren(*projectRoot);
   currentNode = nullptr;
   activeApplication = nullptr;

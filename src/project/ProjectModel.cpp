@@ -1,6 +1,7 @@
 #include "project/ProjectModel.h"
 
 #include "build/BuildWalk.h"
+#include "build/RecordRestore.h"
 #include "project/WorkerControl.h"
 
 namespace tarn {
@@ -10,7 +11,13 @@ CProjectModel::CProjectModel(FileSystem& disk)
       guard(disk),
       projectRoot(CXmlNode::CreateNode("Project")),
       loop(MessageLoop::ForCurrentThread()),
-      fileTimes(disk) {}
+      fileTimes(disk),
+      buildRecords(disk),
+      toolCommands(toolManager,
+                   [this](const CXmlNode& node, std::string& tool, std::string& fileList) {
+                     return GetToolInput(node, tool, fileList);
+                   }),
+      recordCheck(buildRecords, toolCommands, disk, fileTimes) {}
 
 CProjectModel::~CProjectModel() {
   StopAndWait();

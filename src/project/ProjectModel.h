@@ -10,8 +10,11 @@
 #include <unordered_map>
 #include <vector>
 
+#include "build/BuildRecords.h"
 #include "build/FileTimes.h"
+#include "build/RecordCheck.h"
 #include "build/Staleness.h"
+#include "build/ToolCommands.h"
 #include "output/BuildOutput.h"
 #include "outside/PropertyManagerDriver.h"
 #include "outside/ToolManagerDriver.h"
@@ -29,6 +32,7 @@
 namespace tarn {
 
 class BuildWalk;
+class RecordRestore;
 struct WorkerControl;
 
 // What the build is doing; the numbers travel to nobody, the names are the states of the machine.
@@ -232,9 +236,9 @@ class CProjectModel {
   virtual bool IsNodeUpToDate(CXmlNode* node);
   // Why `node` itself needs work, its children aside; the reason is None when it needs none.
   // Answers from the file times at hand: see ForgetFileTimes.
-  StaleVerdict ExamineNode(const CXmlNode& node);
-  // Files are examined anew from now on.
-  void ForgetFileTimes() { fileTimes.Forget(); }
+  StaleVerdict ExamineNode(CXmlNode& node);
+  // Files, and the definitions of tools, are examined again from now on.
+  void ForgetFileTimes();
   void CollectLinkFiles(std::string& list, const CXmlNode* node, bool useOutput,
                         const CXmlNode* root, const std::string& separator) const;
   void CollectDebugFiles(std::string& list, const CXmlNode* node, const CXmlNode* root,
@@ -263,6 +267,18 @@ class CProjectModel {
 
   // What tools report (build/BuildInformation.cpp).
   std::int32_t SetBuildInfo(const char* filepath, const char* xmlinfo);
+  // Build records (build/BuildState.cpp): what each output was made from. With a journal they
+  // outlive the process.
+  BuildRecords& GetBuildRecords() { return buildRecords; }
+  // Reads the journal at `path`, and appends to it from now on until the project is closed.
+  StateVerdict OpenBuildState(const std::string& path);
+  // Hands the records that still hold to the published nodes for about this long; false if some
+  // are left for another call.
+  bool RestoreFor(std::chrono::milliseconds time);
+  // One node of that.
+  void RestoreRecord(CXmlNode& node, const std::string& owner);
+  // What is left to write after a build. Returns why it could not be; empty if it could.
+  std::string FinishBuildState(bool mayShrink);
   // The node that a report about this output reaches, or null.
   CXmlNode* FindNodeByOutput(CXmlNode& application, const char* outputFile);
   std::int32_t RecordBuildInfo(CXmlNode* node, const char* infos, const char* date);
@@ -432,6 +448,10 @@ class CProjectModel {
   std::unique_ptr<BuildWalk> workerWalk;
   CXmlNode* walkApplication = nullptr;  // the application whose walk is running
   FileTimes fileTimes;
+  BuildRecords buildRecords;
+  ToolCommands toolCommands;
+  RecordCheck recordCheck;
+  std::unique_ptr<RecordRestore> recordRestore;  // while one is under way
 
   // Output files of one application, folded, to the node that a report about them reaches.
   std::unordered_map<std::string, CXmlNode*> nodesByOutput;

@@ -64,6 +64,7 @@ CXmlNode* CProjectModel::PublishNode(CXmlNode* node, bool force) {
   PublishPath(*node);
   ApplyStoredOptions(*node, config);
   CXmlNode* values = node->AddCData(propertyManager->GetValuesAsText("", "", ""));
+  toolCommands.Invalidate();
   WriteMarker(*node, config);
   WriteDerivedAttributes(*node);
   fileTimes.Forget();

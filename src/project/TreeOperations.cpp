@@ -198,6 +198,7 @@ void CProjectModel::FreeSubtree(CXmlNode& parent, CXmlNode* node) {
 
 void CProjectModel::ForgetPointersInto(const CXmlNode& node) {
   views.ForgetNode(node);
+  buildRecords.Forget(node);
   const auto liesBelow = [&node](const CXmlNode* pointer) {
     while (pointer != nullptr && pointer != &node) pointer = pointer->GetParent();
     return pointer != nullptr;
@@ -220,6 +221,7 @@ void CProjectModel::NoteTreeChange() {
 void CProjectModel::NoteUnpublished() {
   ++publishEpoch;
   ++outputEpoch;
+  toolCommands.Invalidate();
   ForgetKeptTexts();
   fileTimes.Forget();  // and with them what a walk knows of the nodes ahead
 }

@@ -38,7 +38,7 @@ TEST(ProjectStatus, EveryReasonIsASentenceAboutTheRightFile) {
       {"dependency-missing", "/p/l.ld", true, "its dependency l.ld is missing"},
       {"part-newer", "/p/m.o", true, "its part m.o is newer than the program"},
       {"parts-stale", "", true, "its parts will be rebuilt"},
-      {kCommandChanged, "", false, "its command line changed since it was built"},
+      {"command-changed", "", false, "its command line changed since it was built"},
       {"no-output-name", "", false, "has no output file; look at the option Build.OutputFile"},
       {"something-new", "", false, "something-new"},
   };

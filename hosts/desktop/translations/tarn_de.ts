@@ -311,6 +311,10 @@
         <source>Find in the pro&amp;ject...</source>
         <translation>Im &amp;Projekt suchen …</translation>
     </message>
+    <message>
+        <source>Waiting for another build of this project (%1)</source>
+        <translation>Warten auf einen anderen Build dieses Projekts (%1)</translation>
+    </message>
 </context>
 <context>
     <name>PageView</name>

@@ -311,6 +311,10 @@
         <source>Find in the pro&amp;ject...</source>
         <translation>Rechercher dans le pro&amp;jet…</translation>
     </message>
+    <message>
+        <source>Waiting for another build of this project (%1)</source>
+        <translation>En attente d’une autre génération de ce projet (%1)</translation>
+    </message>
 </context>
 <context>
     <name>PageView</name>

@@ -4,6 +4,7 @@
 #include <memory>
 #include <queue>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -23,6 +24,18 @@ struct PlayedProgram {
   std::function<void(const ProcessRequest&)> effect;  // while it runs
   bool isMissing = false;
 };
+
+// Build information without what it says of the run itself: the hash of its commands, programs and
+// folders.
+inline std::string WithoutRun(std::string information) {
+  for (const char* name : {" Command=\"", " Programs=\"", " Search=\""}) {
+    for (std::size_t at; (at = information.find(name)) != information.npos;) {
+      const std::size_t end = information.find('"', at + std::string_view(name).size());
+      information.erase(at, end + 1 - at);
+    }
+  }
+  return information;
+}
 
 // Plays programs in the order in which they were queued, and records what was started. A program
 // beyond the queue ends at once without a word.

@@ -1,17 +1,18 @@
-#include "hosts/frame/StateEnvelope.h"
+#include "build/StateText.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstring>
 
-namespace tarn::host {
+namespace tarn {
 
 namespace {
 
 constexpr std::string_view kMagic = "tarn-state ";
-constexpr std::string_view kVersion = "1";
+constexpr std::string_view kVersion = "2";
+constexpr std::string_view kBlock = "B ";
 
-// Takes the piece in front of the next blank off `line`.
+// Removes the word before the next space, and the space, from `line`.
 std::string_view TakeWord(std::string_view& line) {
   const std::size_t end = std::min(line.find(' '), line.size());
   const std::string_view word = line.substr(0, end);
@@ -26,34 +27,54 @@ bool ParseLength(std::string_view digits, std::size_t& length) {
 
 }  // namespace
 
-std::string WrapState(std::string_view projectFileName, std::string_view body) {
-  std::string bytes(kMagic);
-  bytes.reserve(body.size() + projectFileName.size() + 64);
-  bytes.append(kVersion).append(" ").append(std::to_string(body.size())).append(" ");
-  bytes.append(ToHex(StateChecksum(body))).append(" ");
-  AppendLineText(bytes, projectFileName);
-  bytes.append("\n").append(body);
-  return bytes;
+std::string StateHead(std::string_view projectFileName) {
+  std::string head(kMagic);
+  head.append(kVersion).append(" ");
+  AppendLineText(head, projectFileName);
+  return head + "\n";
 }
 
-StateBody UnwrapState(std::string_view bytes, std::string_view projectFileName) {
-  const std::size_t lineEnd = bytes.find('\n');
-  if (!bytes.starts_with(kMagic) || lineEnd == std::string_view::npos) return {};
-  std::string_view line = bytes.substr(kMagic.size(), lineEnd - kMagic.size());
-  if (TakeWord(line) != kVersion) return {StateVerdict::OtherVersion, {}};
+std::string StateBlock(std::string_view body, std::uint64_t& chain) {
+  chain = StateChecksum(body, chain);
+  std::string block(kBlock);
+  block.reserve(body.size() + 48);
+  block.append(std::to_string(body.size())).append(" ").append(ToHex(chain)).append("\n");
+  return block.append(body);
+}
 
+StateReader::StateReader(std::string_view bytes, std::string_view projectFileName) : bytes_(bytes) {
+  const std::size_t lineEnd = bytes.find('\n');
+  if (!bytes.starts_with(kMagic) || lineEnd == std::string_view::npos) return;
+  std::string_view line = bytes.substr(kMagic.size(), lineEnd - kMagic.size());
+  std::string name;
+  if (TakeWord(line) != kVersion) {
+    verdict_ = StateVerdict::OtherVersion;
+  } else if (ParseLineText(line, name)) {
+    verdict_ = name == projectFileName ? StateVerdict::Good : StateVerdict::Foreign;
+  }
+  length_ = lineEnd + 1;
+  chain_ = StateChecksum(bytes.substr(0, length_));
+}
+
+bool StateReader::Next(std::string_view& body) {
+  const std::string_view rest = bytes_.substr(length_);
+  const std::size_t lineEnd = rest.find('\n');
+  if (verdict_ != StateVerdict::Good || !rest.starts_with(kBlock) || lineEnd == rest.npos) {
+    return false;
+  }
+  std::string_view line = rest.substr(kBlock.size(), lineEnd - kBlock.size());
   std::size_t length = 0;
   std::uint64_t checksum = 0;
-  if (!ParseLength(TakeWord(line), length) || !FromHex(TakeWord(line), checksum)) return {};
-  const std::string_view body = bytes.substr(lineEnd + 1);
-  if (body.size() != length || StateChecksum(body) != checksum) return {};
-  std::string name;
-  if (!ParseLineText(line, name)) return {};
-  if (name != projectFileName) return {StateVerdict::Foreign, {}};
-  return {StateVerdict::Good, body};
+  if (!ParseLength(TakeWord(line), length) || !FromHex(line, checksum)) return false;
+  if (length > rest.size() - lineEnd - 1) return false;
+  body = rest.substr(lineEnd + 1, length);
+  if (StateChecksum(body, chain_) != checksum) return false;
+  chain_ = checksum;
+  length_ += lineEnd + 1 + length;
+  return true;
 }
 
-std::uint64_t StateChecksum(std::string_view bytes) {
+std::uint64_t StateChecksum(std::string_view bytes, std::uint64_t seed) {
   // Each step maps the sum one to one for a given word, and the word one to one for a given sum,
   // so no single changed word can go unnoticed.
   std::uint64_t sum = 0x9E3779B97F4A7C15u ^ bytes.size();
@@ -61,6 +82,7 @@ std::uint64_t StateChecksum(std::string_view bytes) {
     sum = (sum ^ word) * 0xD6E8FEB86659FD93u;
     sum ^= sum >> 32;
   };
+  mix(seed);
   while (bytes.size() >= sizeof(std::uint64_t)) {
     std::uint64_t word = 0;
     std::memcpy(&word, bytes.data(), sizeof word);
@@ -117,4 +139,4 @@ bool ParseLineText(std::string_view line, std::string& text) {
   }
 }
 
-}  // namespace tarn::host
+}  // namespace tarn

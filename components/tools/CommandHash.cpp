@@ -1,0 +1,85 @@
+#include "components/tools/CommandHash.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "platform/text/Hash.h"
+
+namespace tarn::tools {
+
+namespace {
+
+std::string OwnProgram(const ToolCommand& command) {
+  return command.launched > 0 ? command.arguments[command.launched - 1] : command.program;
+}
+
+std::string FullPath(const ToolWorld& world, const std::string& program) {
+  std::string found = world.findProgram(program);
+  return found.empty() ? program : found;
+}
+
+// The length goes in, too: moving a byte from one string to the next makes another hash.
+void Mix(std::uint64_t& hash, std::string_view text) {
+  hash = HashBytes(text, hash + 1);
+}
+
+}  // namespace
+
+std::vector<std::string> ProgramsOf(const ToolWorld& world, const ToolPlan& plan) {
+  std::vector<std::string> programs;
+  for (const ToolCommand& command : plan.commands) {
+    std::string path = FullPath(world, OwnProgram(command));
+    if (std::find(programs.begin(), programs.end(), path) == programs.end()) {
+      programs.push_back(std::move(path));
+    }
+  }
+  return programs;
+}
+
+std::vector<std::string> SearchFolders(const ToolDefinition& tool, const ToolPlan& plan) {
+  std::vector<std::string> folders;
+  const auto add = [&folders](std::string folder) {
+    if (std::find(folders.begin(), folders.end(), folder) == folders.end()) {
+      folders.push_back(std::move(folder));
+    }
+  };
+  if (tool.search.empty()) return folders;
+  for (const ToolCommand& command : plan.commands) {
+    add(command.folder);
+    for (std::size_t i = command.launched; i < command.arguments.size(); ++i) {
+      const std::string& argument = command.arguments[i];
+      for (const std::string& start : tool.search) {
+        if (!argument.starts_with(start)) continue;
+        std::string_view folder = std::string_view(argument).substr(start.size());
+        if (folder.empty() && i + 1 < command.arguments.size()) folder = command.arguments[i + 1];
+        if (!folder.empty()) add(AbsolutePath(command.folder, folder));
+      }
+    }
+  }
+  return folders;
+}
+
+std::uint64_t HashCommands(const ToolWorld& world, const ToolPlan& plan) {
+  std::uint64_t hash = HashBytes(plan.output);
+  for (const ToolCommand& command : plan.commands) {
+    Mix(hash, FullPath(world, OwnProgram(command)));
+    Mix(hash, command.folder);
+    for (std::size_t i = command.launched; i < command.arguments.size(); ++i) {
+      Mix(hash, command.arguments[i]);
+    }
+    for (const auto& [name, value] : command.environment) {
+      Mix(hash, name);
+      Mix(hash, value);
+    }
+  }
+  for (const std::string& path : plan.depends) Mix(hash, path);
+  return hash == 0 ? 1 : hash;
+}
+
+std::string HexText(std::uint64_t number) {
+  char digits[17];
+  std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(number));
+  return digits;
+}
+
+}  // namespace tarn::tools

@@ -1,0 +1,60 @@
+// The build state that outlives the process, for hosts that keep one.
+
+#include "automation/ApplicationSearch.h"
+#include "automation/ProjectInspector.h"
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+const char* NameOf(StateVerdict verdict) {
+  switch (verdict) {
+    case StateVerdict::Good:
+      return "good";
+    case StateVerdict::Cut:
+      return "cut";
+    case StateVerdict::Damaged:
+      return "damaged";
+    case StateVerdict::OtherVersion:
+      return "other-version";
+    case StateVerdict::Foreign:
+      return "foreign";
+  }
+  return "";
+}
+
+}  // namespace
+
+std::string CProjectInspector::OpenBuildState(const char* path) {
+  CProjectModel* model = Model();
+  if (model == nullptr || !model->IsOpen() || TextOf(path).empty()) return {};
+  return NameOf(model->OpenBuildState(path));
+}
+
+std::int32_t CProjectInspector::IsBuildStateCurrent(const char* path) {
+  CProjectModel* model = Model();
+  return model != nullptr && model->GetBuildRecords().IsJournalCurrent(TextOf(path)) ? 1 : 0;
+}
+
+std::int32_t CProjectInspector::RestoreFor(std::int32_t milliseconds) {
+  CProjectModel* model = Model();
+  return model == nullptr || model->RestoreFor(std::chrono::milliseconds(milliseconds)) ? 1 : 0;
+}
+
+std::string CProjectInspector::FinishBuildState(std::int32_t mayShrink) {
+  CProjectModel* model = Model();
+  return model == nullptr ? std::string() : model->FinishBuildState(mayShrink != 0);
+}
+
+std::string CProjectInspector::GetBuildInfos(const char* application, const char* outputFile) {
+  CProjectModel* model = Model();
+  const CXmlNode* owner = model == nullptr ? nullptr : FindApplication(*model, TextOf(application));
+  if (owner == nullptr) return {};
+  const BuildRecordStore& store = model->GetBuildRecords().Store();
+  const std::size_t record = store.Find(TextOf(owner->GetAttrValue("Path")), TextOf(outputFile));
+  return record == BuildRecordStore::kNone ? std::string()
+                                           : std::string(store.Text(store.Get(record).infos));
+}
+
+}  // namespace tarn

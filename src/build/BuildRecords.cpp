@@ -1,0 +1,226 @@
+#include "build/BuildRecords.h"
+
+#include <utility>
+
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+StateVerdict BuildRecords::OpenJournal(const std::string& path,
+                                       const std::string& projectFileName) {
+  ForgetAll();
+  shadows_.Clear();
+  journal_ = path;
+  projectFileName_ = projectFileName;
+  problem_.clear();
+  journalStatus_ = files_.Examine(path);
+  auto bytes = files_.ReadWholeFile(path);
+  const bool isMissing = !bytes && bytes.GetError().code == ErrorCode::NotFound;
+  if (isMissing) return store_.Load({}, projectFileName), StateVerdict::Good;
+  const std::size_t size = bytes ? bytes->size() : 0;
+  const StateVerdict verdict =
+      store_.Load(bytes ? std::move(*bytes) : std::string(), projectFileName);
+  const bool isCut = verdict == StateVerdict::Good && store_.GetJournalLength() < size;
+  return isCut ? StateVerdict::Cut : verdict;
+}
+
+void BuildRecords::CloseJournal() {
+  ForgetAll();
+  shadows_.Clear();
+  journal_.clear();
+  store_.Load({}, {});
+}
+
+bool BuildRecords::IsJournalCurrent(const std::string& path) const {
+  if (path != journal_) return false;
+  const std::optional<FileStatus> now = files_.Examine(path);
+  return now.has_value() == journalStatus_.has_value() &&
+         (!now || IsSameVersion(*now, *journalStatus_));
+}
+
+// Only what is on disk still counts: sources that went left outputs that went, too.
+void BuildRecords::CompactJournal() {
+  if (journal_.empty()) return;
+  if (store_.GetCount() == 0 && files_.RemoveFile(journal_)) {
+    store_.Load({}, projectFileName_);
+    journalStatus_.reset();
+    return;
+  }
+  if (!store_.IsWasteful()) return;
+  const std::string bytes = store_.Save(projectFileName_);
+  if (!files_.WriteWholeFile(journal_, bytes)) return;  // the longer one is as good
+  journalStatus_ = files_.Examine(journal_);
+  // The records have other positions now.
+  std::vector<std::pair<std::string, std::string>> keys;
+  for (const auto& [node, bound] : bound_) {
+    const bool hasRecord = bound.record != BuildRecordStore::kNone;
+    keys.push_back(hasRecord ? store_.KeyText(bound.record)
+                             : std::pair<std::string, std::string>());
+  }
+  store_.Load(bytes, projectFileName_);
+  shadows_.Clear();
+  auto key = keys.begin();
+  for (auto& [node, bound] : bound_) {
+    bound.record = store_.Find(key->first, key->second);
+    ++key;
+  }
+}
+
+RunSnapshot BuildRecords::BeginRun(const CXmlNode& node, std::string_view application,
+                                   std::string_view output, const std::vector<std::string>& sources,
+                                   std::uint64_t signature) {
+  Run& run = running_[&node];
+  run = {std::string(application), std::string(output), sources, signature, {}};
+  RunSnapshot snapshot;
+  snapshot.SetOutput(run.output);
+  for (const std::string& source : sources) snapshot.AddInput(source, false);
+  const std::size_t before = store_.Find(application, output);
+  if (before == BuildRecordStore::kNone) return snapshot;
+  for (const BuildRecord::Number input : store_.Get(before).inputs) {
+    snapshot.AddInput(store_.PathOf(input), !store_.Version(input).IsSettled());
+  }
+  return snapshot;
+}
+
+void BuildRecords::EndRun(const CXmlNode& node, RunSnapshot snapshot, bool succeeded) {
+  const auto found = running_.find(&node);
+  if (found == running_.end()) return;
+  Run run = std::move(found->second);
+  running_.erase(found);
+  if (succeeded) {
+    run.snapshot = std::move(snapshot);
+    ended_[&node] = std::move(run);
+    return;
+  }
+  ended_.erase(&node);
+  const std::size_t before = store_.Find(run.application, run.output);
+  if (before == BuildRecordStore::kNone) return;
+  Withdraw(node, {StaleReason::RunFailed, {}});
+  store_.Drop(before);
+  WriteJournal();
+}
+
+void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
+  bound_.erase(&node);
+  const auto found = ended_.find(&node);
+  if (found == ended_.end()) return;
+  const Run run = std::move(found->second);
+  ended_.erase(found);
+  const std::optional<FileStatus>& output = run.snapshot.GetOutputStatus();
+  if (!output) return;
+
+  BuildRecord record;
+  record.application = store_.Intern(run.application);
+  record.output = store_.AddVersion(run.output, *output, 0);
+  record.infos = store_.Intern(report.infos);
+  record.date = store_.Intern(report.date);
+  record.search = store_.Intern(report.search);
+  record.signature = run.signature;
+  record.command = report.command;
+  record.sources = static_cast<BuildRecord::Number>(run.sources.size());
+  record.programs = static_cast<BuildRecord::Number>(report.programs.size());
+  record.inputs.reserve(record.sources + report.dependencies.size() + record.programs);
+  for (const std::string& path : run.sources) record.inputs.push_back(AddInput(run, path));
+  for (const std::string& path : report.dependencies) record.inputs.push_back(AddInput(run, path));
+  for (const std::string& path : report.programs) record.inputs.push_back(AddProgram(path));
+  shadows_.Complete(record);
+  bound_[&node] = {store_.Put(std::move(record)), {}, 0};
+  WriteJournal();
+}
+
+// A version that is known with its hash is not read again, however many outputs are made from it.
+BuildRecord::Number BuildRecords::AddInput(const Run& run, const std::string& path) {
+  const RunSnapshot::Settled settled = run.snapshot.Settle(files_, path);
+  if (!settled.exists || !settled.isSettled) {
+    return store_.AddVersion(path, FileVersion::Unsettled(), 0);
+  }
+  const FileVersion* const known = store_.FindLatest(path);
+  const bool isKnown = known != nullptr && IsSameVersion(known->status, settled.status) &&
+                       known->status.changed == settled.status.changed;
+  if (isKnown) return store_.AddVersion(path, known->status, known->hash);
+  return store_.AddVersion(path, settled.status, ContentHash(path, settled));
+}
+
+// Lets a later change of the file's mode or links be told from one of its content. 0 if the file
+// was touched meanwhile.
+std::uint64_t BuildRecords::ContentHash(const std::string& path,
+                                        const RunSnapshot::Settled& settled) {
+  if (settled.hash != 0) return settled.hash;
+  const std::uint64_t hash = HashFile(files_, path);
+  const std::optional<FileStatus> after = files_.Examine(path);
+  const bool isSame =
+      after && IsSameVersion(*after, settled.status) && after->changed == settled.status.changed;
+  return isSame ? hash : 0;
+}
+
+// A compiler counts by its path, size and time alone: reading it would take longer than it is
+// worth.
+BuildRecord::Number BuildRecords::AddProgram(const std::string& path) {
+  const std::optional<FileStatus> status = files_.Examine(path);
+  return store_.AddVersion(path, status.value_or(FileVersion::Unsettled()), 0);
+}
+
+const BuildRecord* BuildRecords::Restore(const CXmlNode& node, std::string_view application,
+                                         std::string_view output) {
+  const std::size_t record = store_.Find(application, output);
+  if (record == BuildRecordStore::kNone) return nullptr;
+  bound_[&node] = {record, {}, 0};
+  return &store_.Get(record);
+}
+
+BuildRecords::Bound* BuildRecords::Find(const CXmlNode& node) {
+  const auto found = bound_.find(&node);
+  return found == bound_.end() ? nullptr : &found->second;
+}
+
+void BuildRecords::Withdraw(const CXmlNode& node, StaleVerdict why) {
+  bound_[&node].withdrawn = std::move(why);
+}
+
+void BuildRecords::Drop(const CXmlNode& node, std::string_view application,
+                        std::string_view output) {
+  bound_.erase(&node);
+  const std::size_t record = store_.Find(application, output);
+  if (record != BuildRecordStore::kNone) store_.Drop(record);
+}
+
+void BuildRecords::SetSignature(const Bound& bound, std::uint64_t signature) {
+  store_.SetSignature(bound.record, signature);
+}
+
+void BuildRecords::Forget(const CXmlNode& node) {
+  if (bound_.empty() && running_.empty() && ended_.empty()) return;
+  bound_.erase(&node);
+  running_.erase(&node);
+  ended_.erase(&node);
+  for (int i = 0; i < node.GetChildCount(); ++i) Forget(*node.GetChild(i));
+}
+
+void BuildRecords::ForgetAll() {
+  bound_.clear();
+  running_.clear();
+  ended_.clear();
+}
+
+void BuildRecords::WriteJournal() {
+  if (journal_.empty()) return;
+  const Status written = AppendNews();
+  problem_ = written ? std::string() : journal_ + ": " + written.GetError().text;
+}
+
+Status BuildRecords::AppendNews() {
+  if (!store_.HasNews()) return {};
+  const std::size_t end = store_.GetJournalLength();
+  if (end != 0 && journalStatus_) {
+    const Status appended =
+        files_.WriteTail(journal_, journalStatus_->size, end, store_.TakeNews());
+    journalStatus_ = files_.Examine(journal_);
+    if (appended || appended.GetError().code != ErrorCode::Changed) return appended;
+  }
+  // There is none yet, or another program changed it: replaced as a whole.
+  const Status written = files_.WriteWholeFile(journal_, store_.RestartJournal(projectFileName_));
+  journalStatus_ = files_.Examine(journal_);
+  return written;
+}
+
+}  // namespace tarn

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "xml/XmlNode.h"
+
+namespace tarn {
+
+class CProjectModel;
+
+// Hands the records of the journal to the nodes of the project, a few milliseconds at a time. A
+// node gets its record if its tool would be run with the same commands; whether its files are the
+// same is left to whoever asks whether it is up to date. Ends early if nodes were freed in between.
+class RecordRestore {
+ public:
+  explicit RecordRestore(CProjectModel& projectModel);
+
+  // Returns false if nothing is left to do.
+  bool Step(std::chrono::milliseconds time);
+
+ private:
+  struct Node {
+    CXmlNode* node;
+    const CXmlNode* application;
+  };
+
+  void Collect(CXmlNode& node, const CXmlNode& application);
+
+  CProjectModel& model_;
+  std::uint64_t treeEpoch_;
+  std::vector<Node> nodes_;
+  std::size_t next_ = 0;
+};
+
+}  // namespace tarn

@@ -1,0 +1,155 @@
+#include "build/ShadowCheck.h"
+
+#include <algorithm>
+
+#include "build/IncludeScan.h"
+#include "patterns/Parser.h"
+#include "platform/paths/Paths.h"
+
+namespace tarn {
+
+namespace {
+
+bool Contains(const std::vector<std::string>& list, const std::string& text) {
+  return std::find(list.begin(), list.end(), text) != list.end();
+}
+
+void AddOnce(std::vector<std::string>& list, std::string text) {
+  if (!text.empty() && !Contains(list, text)) list.push_back(std::move(text));
+}
+
+}  // namespace
+
+// In the order in which they are searched: that of the source first.
+ShadowCheck::Strings ShadowCheck::FoldersOf(const BuildRecord& record) const {
+  Strings folders;
+  for (std::size_t i = 0; i + record.programs < record.inputs.size(); ++i) {
+    AddOnce(folders, FolderOf(std::string(store_.PathOf(record.inputs[i]))));
+  }
+  const CParser named(std::string(store_.Text(record.search)), ",");
+  for (int i = 0; i < named.GetCount(); ++i) AddOnce(folders, named.GetToken(i));
+  return folders;
+}
+
+ShadowCheck::Strings ShadowCheck::NamesOf(const BuildRecord& record) {
+  Strings names;
+  for (std::size_t i = 0; i + record.programs < record.inputs.size(); ++i) {
+    for (const std::string& name : IncludesOf(record.inputs[i])) AddOnce(names, name);
+  }
+  return names;
+}
+
+const ShadowCheck::Strings& ShadowCheck::IncludesOf(BuildRecord::Number version) {
+  const auto [place, isNew] = includes_.try_emplace(version);
+  if (isNew) {
+    const auto text = files_.ReadWholeFile(std::string(store_.PathOf(version)));
+    if (text) place->second = FindIncludes(*text);
+  }
+  return place->second;
+}
+
+// A folder is read again only if its status changed since.
+const ShadowCheck::Listing* ShadowCheck::List(const std::string& folder) {
+  std::optional<Listing>& known = listings_[folder];
+  const std::optional<FileStatus> now = files_.ExamineFolder(folder);
+  if (!now) return known.reset(), nullptr;
+  const bool isCurrent = known && known->isSettled && IsSameVersion(known->status, *now) &&
+                         known->status.changed == now->changed;
+  if (isCurrent) return &*known;
+  known.emplace();
+  known->status = *now;
+  known->isSettled = now->changed < files_.Clock();
+  const auto entries = files_.ListFolder(folder);
+  if (entries) {
+    for (const FolderEntry& entry : *entries) known->names.insert(entry.name);
+  }
+  return &*known;
+}
+
+// Watches the folder of the file, or the deepest one above it that there is: that one changes when
+// the next is made.
+bool ShadowCheck::IsThere(const std::string& path, std::unordered_set<std::string>& watched) {
+  std::string folder = FolderOf(path);
+  const bool isListed = watched.contains(folder) && listings_[folder];
+  if (const Listing* const listing = isListed ? &*listings_[folder] : List(folder)) {
+    watched.insert(folder);
+    return listing->names.contains(FileNameOf(path)) && files_.Examine(path).has_value();
+  }
+  while (!folder.empty() && FolderOf(folder) != folder && !files_.ExamineFolder(folder)) {
+    folder = FolderOf(folder);
+  }
+  if (!folder.empty()) watched.insert(folder);
+  return false;
+}
+
+ShadowCheck::Strings ShadowCheck::FindCandidates(const BuildRecord& record,
+                                                 std::unordered_set<std::string>& watched) {
+  Strings candidates;
+  const Strings names = NamesOf(record);
+  for (const std::string& folder : FoldersOf(record)) {
+    for (const std::string& name : names) {
+      if (!IsRelativePath(name)) continue;
+      const std::string path = CanonicalPath(JoinPath(folder, ToNativeSeparators(name)));
+      if (IsThere(path, watched)) AddOnce(candidates, path);
+    }
+  }
+  // What was read is no candidate.
+  for (std::size_t i = 0; i + record.programs < record.inputs.size(); ++i) {
+    std::erase(candidates, store_.PathOf(record.inputs[i]));
+  }
+  return candidates;
+}
+
+// A folder that changes just now is not known for good: it is looked into again the next time.
+BuildRecord::Number ShadowCheck::AddFolderSet(const std::unordered_set<std::string>& watched) {
+  std::vector<BuildRecord::Number> versions;
+  for (const std::string& folder : watched) {
+    const std::optional<FileStatus> status = files_.ExamineFolder(folder);
+    const bool isSettled = status && status->changed < files_.Clock();
+    versions.push_back(
+        store_.AddVersion(folder, isSettled ? *status : FileVersion::Unsettled(), 0));
+  }
+  return store_.AddFolders(std::move(versions));
+}
+
+void ShadowCheck::Complete(BuildRecord& record) {
+  if (store_.Text(record.search).empty()) return;
+  std::unordered_set<std::string> watched;
+  for (const std::string& path : FindCandidates(record, watched)) {
+    record.passedOver.push_back(store_.Intern(path));
+  }
+  record.folders = AddFolderSet(watched);
+}
+
+bool ShadowCheck::AreUnchanged(const BuildRecord& record) {
+  const auto [place, isNew] = isSame_.try_emplace(record.folders, true);
+  if (!isNew) return place->second;
+  for (const BuildRecord::Number each : store_.Folders(record.folders)) {
+    const auto now = files_.ExamineFolder(std::string(store_.PathOf(each)));
+    place->second = place->second && now && store_.Version(each).IsSettled() &&
+                    IsSameVersion(store_.Version(each).status, *now);
+  }
+  return place->second;
+}
+
+std::string ShadowCheck::Find(std::size_t position) {
+  const BuildRecord& record = store_.Get(position);
+  if (AreUnchanged(record)) return {};
+  std::unordered_set<std::string> watched;
+  for (const std::string& path : FindCandidates(record, watched)) {
+    const bool isKnown =
+        std::any_of(record.passedOver.begin(), record.passedOver.end(),
+                    [&](BuildRecord::Number each) { return store_.Text(each) == path; });
+    if (!isKnown) return path;
+  }
+  store_.SetFolders(position, AddFolderSet(watched));
+  return {};
+}
+
+void ShadowCheck::Clear() {
+  listings_.clear();
+  includes_.clear();
+  isSame_.clear();
+}
+
+}  // namespace tarn

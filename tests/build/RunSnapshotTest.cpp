@@ -1,0 +1,94 @@
+#include "build/RunSnapshot.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/time.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+namespace tarn {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A folder on the real disk, whose stamps decide.
+struct Folder {
+  Folder() {
+    char name[] = "/tmp/tarn-snapshot-XXXXXX";
+    path = mkdtemp(name);
+  }
+  ~Folder() { fs::remove_all(path); }
+  std::string In(const std::string& name) const { return path + "/" + name; }
+  void Write(const std::string& name, const std::string& text) const {
+    std::ofstream(In(name)) << text;
+  }
+  std::string path;
+};
+
+void SetTime(const std::string& path, time_t seconds) {
+  const timeval times[2] = {{seconds, 0}, {seconds, 0}};
+  ASSERT_EQ(utimes(path.c_str(), times), 0);
+}
+
+// Until what happens now has a later stamp than what happened before.
+void PassATick() {
+  std::this_thread::sleep_for(std::chrono::milliseconds(12));
+}
+
+struct Row {
+  const char* name;
+  std::function<void(const Folder&)> before, during;
+  bool isKnown;     // as an input of the last run
+  bool isDoubtful;  // in the last run
+  bool isSettled;
+};
+
+TEST(RunSnapshot, AFileIsSettledOnlyIfTheToolMustHaveReadItAsItIs) {
+  const auto nothing = [](const Folder&) {};
+  const auto save = [](const Folder& f) { f.Write("a.h", "two"); };
+  const auto saveSame = [](const Folder& f) { f.Write("a.h", "one"); };
+  const auto saveOld = [](const Folder& f) {
+    f.Write("a.h", "two");
+    SetTime(f.In("a.h"), 1000);
+  };
+  const auto fromFuture = [](const Folder& f) { SetTime(f.In("a.h"), 4000000000); };
+  const Row rows[] = {
+      {"untouched", nothing, nothing, true, false, true},
+      {"untouched and found by the tool", nothing, nothing, false, false, true},
+      {"from the future", fromFuture, nothing, true, false, true},
+      {"from the future, found by the tool", fromFuture, nothing, false, false, true},
+      {"saved while compiling", nothing, save, true, false, false},
+      {"saved while compiling, found by the tool", nothing, save, false, false, false},
+      {"an older file put in place while compiling", nothing, saveOld, true, false, false},
+      {"the same with a file that the tool found", nothing, saveOld, false, false, false},
+      {"saved with the same content, not read before", nothing, saveSame, true, false, false},
+      {"saved with the same content, doubtful before", nothing, saveSame, true, true, true},
+      {"saved with other content, doubtful before", nothing, save, true, true, false},
+  };
+  FileSystem& files = FileSystem::Native();
+  for (const Row& row : rows) {
+    const Folder folder;
+    folder.Write("a.h", "one");
+    row.before(folder);
+    PassATick();
+    RunSnapshot snapshot;
+    if (row.isKnown) snapshot.AddInput(folder.In("a.h"), row.isDoubtful);
+    snapshot.TakeBefore(files);
+    row.during(folder);
+    folder.Write("a.o", "output");
+    snapshot.SetOutput(folder.In("a.o"));
+    snapshot.TakeAfter(files);
+    const RunSnapshot::Settled settled = snapshot.Settle(files, folder.In("a.h"));
+    EXPECT_TRUE(settled.exists) << row.name;
+    EXPECT_EQ(settled.isSettled, row.isSettled) << row.name;
+    EXPECT_TRUE(snapshot.GetOutputStatus().has_value()) << row.name;
+    EXPECT_FALSE(snapshot.Settle(files, folder.In("none.h")).exists) << row.name;
+  }
+}
+
+}  // namespace
+}  // namespace tarn
