@@ -17,6 +17,9 @@ constexpr const char* kManagerClass = "TarnProjectManager.ProjectManager";
 constexpr const char* kInspectorClass = "TarnProjectManager.ProjectInspector";
 constexpr const char* kToolsClass = "TarnToolManager.ToolManager";
 
+// How the server's line about a copied file begins.
+constexpr std::string_view kCopyLine = "The file on disk held more than was read from it";
+
 // The command for a whole project, and the one for an application that is the current node.
 struct WorkCommands {
   BuildWork work;
@@ -128,6 +131,7 @@ Status BuildSession::Start() {
   if (const Status attached = Attach(inspector, kInspectorClass); !attached) return attached;
   inspector.Attach(manager.GetDispatch());
   options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
+  inspector.ProtectDamaged(!acceptsAllDamage);
   return {};
 }
 
@@ -145,7 +149,29 @@ Status BuildSession::Open(const std::string& path) {
 void BuildSession::Adopt(const std::string& openedPath) {
   projectPath = openedPath;
   isOtherProject = false;
+  inspector.ProtectDamaged(!acceptsAllDamage && openedPath != acceptedProject);
   state.Load(openedPath);
+}
+
+bool BuildSession::IsDamageHeld() {
+  if (acceptsAllDamage || (HasProject() && projectPath == acceptedProject)) return false;
+  return !GetDamage().empty();
+}
+
+void BuildSession::AcceptDamage() {
+  acceptedProject = projectPath;
+  inspector.ProtectDamaged(false);
+}
+
+void BuildSession::AcceptAllDamage() {
+  acceptsAllDamage = true;
+  inspector.ProtectDamaged(false);
+}
+
+std::string BuildSession::CheckCall(std::string_view method, std::span<const Variant> arguments) {
+  if (!ChangesProject(method, arguments) || !IsDamageHeld()) return {};
+  hasRefusedDamage = true;
+  return kDamageRefusal;
 }
 
 void BuildSession::Prepare() {
@@ -158,6 +184,10 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
   if (isRunning) return {};
   outcome = {};
   stateProblem.clear();
+  if (IsDamageHeld()) {
+    hasRefusedDamage = true;
+    return {};
+  }
   if (!stopRequested && FollowProject()) {
     isRunning = true;
     BeginWork(observer);
@@ -409,6 +439,15 @@ std::vector<std::string> BuildSession::TakeLogLines() {
   std::vector<std::string> lines;
   lines.swap(logLines);
   return lines;
+}
+
+std::vector<std::string> BuildSession::TakeSaveProblems(std::vector<std::string>& copies) {
+  std::vector<std::string> problems;
+  for (std::string& line : TakeLogLines()) {
+    const bool isCopy = line.starts_with(kCopyLine);
+    (isCopy ? copies : problems).push_back(std::move(line));
+  }
+  return problems;
 }
 
 std::vector<std::string> BuildSession::GetDefinitionErrors() {
