@@ -435,7 +435,9 @@ class Damage(ServeTest):
             ("ProjectSave", []), ("AddExistingItem", [self.project.path("src/x.c"), None]),
             ("SavePropertyValue", ["C", "Compiler", "Defines", "X"])), [-32000] * 6)
         self.assertIn("Standard", client.call("GetCurConfig"))
-        self.run_script(client, "host.build()")
+        self.project.write("t.lua", "host.build()")
+        client.call("ExecuteScript", self.project.path("t.lua"))
+        self.assertIn("read only in part", client.transcript[-1]["wParam"])
         self.assertFalse(os.path.exists(self.project.path("build")))
         self.assertEqual(client.call("ProjectClose"), 1)
         with open(self.project.path("app.tapp")) as file:
