@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 #include "xml/XmlNode.h"
 
@@ -14,6 +15,41 @@ using tarn::CXmlParseInfo;
 
 void Require(bool holds) {
   if (!holds) std::abort();
+}
+
+struct LossCounter : tarn::XmlLossListener {
+  void OnLoss(tarn::XmlLoss, const char*, std::string_view, const CXmlNode*) override { ++count; }
+  int count = 0;
+};
+
+bool IsBlank(std::string_view text) {
+  return text.find_first_not_of(" \t\r\n\v\f") == text.npos;
+}
+
+// The same elements, attributes and texts, blank ones and the line ends that reading drops aside.
+void RequireSame(const CXmlNode& a, const CXmlNode& b) {
+  Require(a.GetName() == b.GetName() && a.GetType() == b.GetType());
+  Require(a.GetAttrCount() == b.GetAttrCount() && a.GetChildCount() == b.GetChildCount());
+  Require(IsBlank(a.ValueView()) == IsBlank(b.ValueView()));
+  const tarn::CXmlAttr* other = b.GetFirstAttr();
+  for (const tarn::CXmlAttr& attr : a.Attributes()) {
+    Require(attr.GetName() == other->GetName());
+    other = other->GetNext();
+  }
+  for (int i = 0; i < a.GetChildCount(); ++i) RequireSame(*a.GetChild(i), *b.GetChild(i));
+}
+
+// A text of which nothing was lost survives being written and read again, and nothing is lost then.
+void CheckLosses(const std::string& text) {
+  CXmlParseInfo info;
+  CXmlNode node;
+  LossCounter losses;
+  if (!node.Load(text.c_str(), info, losses) || losses.count > 0) return;
+  const std::string written = node.ToString(tarn::g_xmlDisplayOptions);
+  CXmlNode again;
+  Require(again.Load(written.c_str(), info, losses) != nullptr);
+  Require(losses.count == 0);
+  RequireSame(node, again);
 }
 
 // A text of the writer is read whole and written as it stands.
@@ -66,6 +102,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } else if (info.errorOccurred) {
     Require(info.errorPosition >= text.c_str() && info.errorPosition <= text.c_str() + text.size());
   }
+  CheckLosses(text);
   CheckWriting(node);
   Edit(node, 0);
   CheckWriting(node);

@@ -82,6 +82,12 @@ class Grammar {
     command->add_option("-a,--app", invocation.application, help)->type_name("APP");
   }
 
+  // For a command that builds, cleans or changes what the project's files hold.
+  void AddDamagedOk(CLI::App* command) {
+    command->add_flag("--damaged-ok", invocation.damagedOk,
+                      "Go on with a project that could be read only in part");
+  }
+
   void AddConfiguration(CLI::App* command) {
     command
         ->add_option("-c,--config", invocation.configuration,
@@ -102,6 +108,7 @@ class Grammar {
       command->add_flag("-v,--verbose", invocation.verbose, "Show every command and its output");
       command->add_flag("--no-wait", invocation.noWait,
                         "Fail (exit code 3) if another build of the project is running");
+      AddDamagedOk(command);
     }
   }
 
@@ -166,6 +173,7 @@ class Grammar {
       command
           ->add_option("-n,--node", invocation.node, "File, group or application, by path or label")
           ->type_name("NODE");
+      if (name == std::string("set") || name == std::string("reset")) AddDamagedOk(command);
     }
   }
 
@@ -183,6 +191,7 @@ class Grammar {
       command->add_option(isNew ? "NAME" : "CONFIG", invocation.name, "Name of the configuration")
           ->required();
       AddProject(command);
+      AddDamagedOk(command);
     }
   }
 
@@ -243,6 +252,7 @@ class Grammar {
     AddProject(command);
     AddConfiguration(command);
     command->add_flag("-v,--verbose", invocation.verbose, "Show every command of its builds");
+    AddDamagedOk(command);
   }
 
   // Whoever drives it gives everything else by messages.
@@ -265,6 +275,7 @@ class Grammar {
   CLI::App* AddEdit(const std::string& name, const std::string& help) {
     CLI::App* command = AddCommand(app, name, help);
     AddProject(command, "Look for NODE in this application");
+    AddDamagedOk(command);
     return command;
   }
 
@@ -275,6 +286,7 @@ class Grammar {
     add->add_option("--to", invocation.target, "Group or application that takes the files")
         ->type_name("NODE");
     add->add_flag("--create", invocation.create, "Make files and a group that aren't there");
+    AddDamagedOk(add);
     CLI::App* remove = AddEdit("remove", "Take files, groups or applications out of a project");
     Require(remove->add_option("NODE", invocation.words, kNodeHelp));
     CLI::App* move = AddEdit("move", "Move files or groups within a project");
@@ -288,6 +300,7 @@ class Grammar {
     CLI::App* select = AddCommand(app, "select", "Make an application the active one");
     AddProjectOnly(select);
     Require(select->add_option("APP", invocation.name, "Its label"));
+    AddDamagedOk(select);
   }
 
   // Checked by the command.

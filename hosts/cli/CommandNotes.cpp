@@ -125,7 +125,9 @@ const TextTable& ExitCodeTexts() {
       {"0", "done"},
       {"1", "the build or the script failed, or the report has what was asked for"},
       {"2", "wrong use"},
-      {"3", "the project can't be opened, converted or saved, nor settings written"},
+      {"3",
+       "the project can't be opened, converted or saved, or was read only in part; nor settings "
+       "written"},
       {"4", "a program that a tool or the conversion needs is missing"},
       {"130", "interrupted"},
   };

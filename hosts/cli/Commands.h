@@ -28,8 +28,9 @@ int RunTargets(CommandContext& context);     // targets
 int RunServe(CommandContext& context);       // serve
 int RunRegister(CommandContext& context);    // register, unregister
 
-// Writes a document for programs; bytes that are no UTF-8 are replaced.
-void PrintJson(CommandContext& context, const nlohmann::json& document);
+// Writes a document for programs, with what was lost of the project as "damage"; bytes that are no
+// UTF-8 are replaced.
+void PrintJson(CommandContext& context, nlohmann::json document);
 // Names that somebody can ask for.
 std::vector<std::string> TargetNames(const std::vector<TargetEntry>& targets);
 std::vector<std::string> FamilyNames(const std::vector<TargetEntry>& targets);

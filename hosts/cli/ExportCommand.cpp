@@ -110,6 +110,7 @@ int ExportSarif(CommandContext& context) {
                      " has left a log yet. `tarn build` makes one.");
     return kExitCannotOpen;
   }
+  context.ShowDamageOf(project);
   LoggedBuild build;
   build.projectFolder = FolderOf(project);
   build.entries = ReadLogEntries(*log);

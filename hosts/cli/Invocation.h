@@ -52,6 +52,7 @@ struct Invocation {
   std::string target;                       // add --to; a microcontroller of new
   std::string type;                         // of an application, new --type
   bool create = false;                      // add --create
+  bool damagedOk = false;                   // --damaged-ok
   std::string output;                       // export --output; "-" for the standard output
   bool forAll = false;                      // register, unregister --system
   std::vector<std::string> configurations;  // export --config, which may stand several times

@@ -107,13 +107,28 @@ nlohmann::json ToJson(const std::vector<LogEntry>& entries) {
   return list;
 }
 
-void PrintJson(CommandContext& context, const nlohmann::json& document) {
+// What was lost of the project goes into each document about one: into a list's first entry, where
+// a list has any to tell of.
+void PrintJson(CommandContext& context, nlohmann::json document) {
+  if (context.HasOpened()) {
+    nlohmann::json damage = nlohmann::json::array();
+    for (const DamageEntry& each : context.GetDamage()) {
+      damage.push_back({{"file", each.file}, {"line", each.line}, {"text", each.text}});
+    }
+    if (document.is_object()) {
+      document["damage"] = damage;
+    } else if (!damage.empty()) {
+      if (document.empty()) document.push_back(nlohmann::json::object());
+      document[0]["damage"] = damage;
+    }
+  }
   context.Out().PrintLine(document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 
 int RunLog(CommandContext& context) {
   std::string project;
   if (const int code = context.LocateProject(project); code != kExitDone) return code;
+  context.ShowDamageOf(project);
   if (context.Asked().follow || context.Asked().untilEnd) {
     return FollowLog(context, project);
   }

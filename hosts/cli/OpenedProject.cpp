@@ -1,8 +1,11 @@
 #include "hosts/cli/OpenedProject.h"
 
+#include <algorithm>
 #include <iostream>
+#include <nlohmann/json.hpp>
 
 #include "components/common/OptionValues.h"
+#include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/Suggest.h"
 #include "hosts/frame/ProjectFile.h"
@@ -18,6 +21,15 @@ std::vector<std::string> LabelsOf(const std::vector<ApplicationEntry>& applicati
   labels.reserve(applications.size());
   for (const ApplicationEntry& each : applications) labels.push_back(each.label);
   return labels;
+}
+
+constexpr const char* kChangingCommands[] = {
+    "build",         "rebuild", "clean",  "options set", "options reset", "config add",
+    "config select", "add",     "remove", "move",        "rename",        "select"};
+
+bool ChangesProject(const std::string& command) {
+  return std::find(std::begin(kChangingCommands), std::end(kChangingCommands), command) !=
+         std::end(kChangingCommands);
 }
 
 // The name as the application writes it; empty when it has no such configuration.
@@ -84,6 +96,7 @@ int CommandContext::OpenProject() {
 
 int CommandContext::StartSession() {
   const Status started = Session().Start();
+  isStarted = static_cast<bool>(started);
   if (started) return kExitDone;
   Complain("This installation isn't complete: " + started.GetError().place + ": " +
            started.GetError().text + ". Install it again, or set TARN_ROOT to its share folder.");
@@ -97,9 +110,40 @@ int CommandContext::OpenProject(const std::string& path) {
     Complain(Show(path) + " can't be opened" + (reason.empty() ? "." : ":\n" + reason));
     return kExitCannotOpen;
   }
+  hasOpened = true;
   for (const std::string& line : Session().TakeLogLines()) Remark(line);
   for (const std::string& line : Session().GetDefinitionErrors()) Remark(line);
-  return kExitDone;
+  ShowDamage();
+  if (asked.damagedOk) Session().AcceptAllDamage();
+  return ChangesProject(asked.command) && Session().IsDamageHeld() ? RefuseDamaged()
+                                                                   : int{kExitDone};
+}
+
+void CommandContext::ShowDamageOf(const std::string& path) {
+  if ((!isStarted && !Session().Start()) || !Session().Open(path)) return;
+  hasOpened = true;
+  ShowDamage();
+}
+
+// Also if the user wants quiet, but not in the middle of a line that a shell completes.
+void CommandContext::ShowDamage() {
+  damage = Session().GetDamage();
+  if (damage.empty() || asked.command == "complete") return;
+  console.ClearProgress();
+  for (const DamageEntry& each : damage) {
+    std::cerr << Printable(DescribeDamage(each, Show(each.file))) << "\n";
+  }
+  Complain("The project was read only in part: the places above are damaged.");
+}
+
+int CommandContext::RefuseDamaged() {
+  const std::string text = std::string(kDamageRefusal) +
+                           " Repair the files, or use --damaged-ok to go on with what was read.";
+  Complain(text);
+  if (asked.json) {
+    PrintJson(*this, {{"result", "refused"}, {"exitCode", int{kExitCannotOpen}}, {"error", text}});
+  }
+  return kExitCannotOpen;
 }
 
 int CommandContext::ChooseApplications(std::vector<ApplicationEntry>& chosen) {
@@ -200,8 +244,15 @@ bool CommandContext::RenameCurrentNode(const std::string& label) {
 int CommandContext::SaveProject() {
   for (const ApplicationEntry& each : switched) SwitchTo(each, each.configuration);
   switched.clear();
+  // Of what the command has added itself.
+  if (Session().IsDamageHeld()) {
+    ShowDamage();
+    return RefuseDamaged();
+  }
   Session().Manager().ProjectSave();
-  const std::vector<std::string> lines = Session().TakeLogLines();
+  std::vector<std::string> copies;
+  const std::vector<std::string> lines = Session().TakeSaveProblems(copies);
+  for (const std::string& line : copies) Remark(line);
   if (lines.empty()) return kExitDone;
   std::string text = "The project couldn't be saved:";
   for (const std::string& line : lines) text += "\n" + line;

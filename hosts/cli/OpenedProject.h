@@ -42,6 +42,13 @@ class CommandContext {
   // Opens the project. 0, or an exit code with everything said.
   int OpenProject();
   int OpenProject(const std::string& path);
+  // Shows on the error stream what was lost of the project when it was read, also for a command
+  // that doesn't need the project itself; nothing if it can't be opened.
+  void ShowDamageOf(const std::string& path);
+  // What was lost of the open project.
+  const std::vector<DamageEntry>& GetDamage() const { return damage; }
+  // The project is open, or was opened to look for damage.
+  bool HasOpened() const { return hasOpened; }
   // The applications that --app means, all without one, with the configuration that --config names
   // in force. 0, or an exit code with everything said.
   int ChooseApplications(std::vector<ApplicationEntry>& chosen);
@@ -60,6 +67,8 @@ class CommandContext {
   int SaveProject();
 
  private:
+  void ShowDamage();
+  int RefuseDamaged();
   int SelectNodeIn(const std::string& key, const std::string& application);
   int SelectConfiguration(const std::vector<ApplicationEntry>& applications);
   void SwitchTo(const ApplicationEntry& application, const std::string& configuration);
@@ -70,6 +79,9 @@ class CommandContext {
   std::string startFolder;
   MainFrame frame;
   std::unique_ptr<BuildSession> session;
+  std::vector<DamageEntry> damage;
+  bool isStarted = false;
+  bool hasOpened = false;
   std::vector<ApplicationEntry> switched;  // as they were before --config
 };
 

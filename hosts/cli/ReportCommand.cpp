@@ -64,6 +64,7 @@ int RunReport(CommandContext& context) {
     return kExitCannotOpen;
   }
   if (const int code = context.StartSession(); code != kExitDone) return code;
+  context.ShowDamageOf(project);
   const Invocation& asked = context.Asked();
   const bool isFiltered = asked.errors || asked.warnings;
   bool hasFound = false;

@@ -65,7 +65,9 @@ std::string PrintableLines(const std::string& text) {
   return lines;
 }
 
-int ExitCodeOf(ScriptEnd end) {
+// What was refused was not done, whatever the script made of it.
+int ExitCodeOf(ScriptEnd end, bool wasRefused) {
+  if (wasRefused) return kExitCannotOpen;
   if (end == ScriptEnd::Stopped) return kExitInterrupted;
   return end == ScriptEnd::Done ? kExitDone : kExitBuildFailed;
 }
@@ -95,8 +97,12 @@ int RunScript(CommandContext& context) {
   const ScriptOutcome outcome = session.RunScript(*text, context.Asked().script);
   context.Out().ClearProgress();
   display.ShowLog();
-  const int exitCode = ExitCodeOf(outcome.end);
+  const int exitCode = ExitCodeOf(outcome.end, session.HasRefusedDamage());
   if (!outcome.error.empty()) context.Complain(PrintableLines(outcome.error));
+  if (session.HasRefusedDamage()) {
+    context.Complain(std::string(kDamageRefusal) +
+                     " Use --damaged-ok to go on with what was read.");
+  }
   if (context.Asked().json) {
     PrintJson(context, {{"result", WordOf(outcome.end)},
                         {"exitCode", exitCode},

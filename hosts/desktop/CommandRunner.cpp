@@ -3,7 +3,10 @@
 #include <QEventLoop>
 #include <algorithm>
 #include <iterator>
+#include <set>
 #include <utility>
+
+#include "platform/files/KeptCopy.h"
 
 namespace tarn::host {
 
@@ -103,6 +106,7 @@ Status CommandRunner::Open(const std::string& path) {
 
 Status CommandRunner::ReopenWith(const std::vector<FileText>& texts) {
   const std::string path = GetProjectPath();
+  if (Status kept = KeepDamaged(texts); !kept) return kept;
   isOpening = true;
   const bool isClosed = session.Manager().ProjectClose() != 0;
   isOpening = false;
@@ -110,6 +114,21 @@ Status CommandRunner::ReopenWith(const std::vector<FileText>& texts) {
   const Status written = WriteAll(files, texts);
   const Status opened = Open(path);
   return written ? opened : written;
+}
+
+// What was not read of a file is only there.
+Status CommandRunner::KeepDamaged(const std::vector<FileText>& texts) {
+  std::set<std::string> damaged;
+  for (const DamageEntry& each : session.GetDamage()) damaged.insert(each.file);
+  for (const FileText& each : texts) {
+    if (damaged.count(each.path) == 0) continue;
+    const auto present = files.ReadWholeFile(each.path);
+    std::string copy;
+    if (!present) return present.GetError();
+    if (*present == each.text) continue;
+    if (Status kept = KeepCopy(files, each.path, *present, ".bak", copy); !kept) return kept;
+  }
+  return {};
 }
 
 void CommandRunner::SaveProject() {
@@ -130,6 +149,7 @@ bool CommandRunner::IsEnabled(std::uint32_t command) {
 
 void CommandRunner::Run(std::uint32_t command) {
   if (!IsEnabled(command)) return;
+  if (ChangesProject(command) && mayChange && !mayChange()) return;
   if (command == kCmdStop) {
     Stop();
     return;

@@ -74,6 +74,8 @@ class CommandRunner : public QObject {
   std::function<void(const QString& holder)> onLockWait;
   std::function<void()> onStarted;
   std::function<void(BuildEnd end)> onEnded;
+  // Returns whether a command may build or change the project now; asks the user if need be.
+  std::function<bool()> mayChange;
   // The user wants to see the options of what has been made the current node.
   std::function<void()> onShowOptions;
   // Whether the user is in the middle of something that the news of the options' being known would
@@ -85,6 +87,7 @@ class CommandRunner : public QObject {
 
  private:
   void OnMessage(const HostEvent& event);
+  Status KeepDamaged(const std::vector<FileText>& texts);
   void TakeOptionsLoaded();
   void RestoreState();
   void ContinueRestore();

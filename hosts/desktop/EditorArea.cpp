@@ -17,6 +17,7 @@ EditorArea::EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget
     : QWidget(parent),
       editors(editorTabs),
       projectBanner(new Banner(tr("Reload project"), tr("Ignore"), this)),
+      damageBanner(new Banner(tr("Allow building and saving"), tr("Hide"), this)),
       fileBanner(new Banner(tr("Reload"), tr("Keep mine"), this)),
       pages(new QStackedWidget(this)),
       findBar(new FindBar(editorTabs, this)) {
@@ -28,6 +29,7 @@ EditorArea::EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   column->addWidget(projectBanner);
+  column->addWidget(damageBanner);
   column->addWidget(fileBanner);
   column->addWidget(pages, 1);
   column->addWidget(findBar);

@@ -25,6 +25,8 @@ class EditorArea : public QWidget {
 
   // Above everything else, for what concerns the whole project.
   Banner& ProjectBanner() { return *projectBanner; }
+  // For what was lost of the project when it was read.
+  Banner& DamageBanner() { return *damageBanner; }
 
  private:
   // The banner over an editor that is in conflict with its file.
@@ -32,6 +34,7 @@ class EditorArea : public QWidget {
 
   EditorTabs& editors;
   Banner* projectBanner = nullptr;
+  Banner* damageBanner = nullptr;
   Banner* fileBanner = nullptr;
   QStackedWidget* pages = nullptr;
   FindBar* findBar = nullptr;

@@ -125,7 +125,8 @@ void IdeWindow::AddCentre() {
   area = new EditorArea(*editors, *welcome, this);
   setCentralWidget(area);
   project = std::make_unique<ProjectActions>(*this, files, *session, *runner, *editors,
-                                             area->ProjectBanner());
+                                             area->ProjectBanner(), area->DamageBanner());
+  runner->mayChange = [this] { return project->MayChange(); };
   project->onRecentChanged = [welcome] { welcome->FillRecent(); };
   welcome->onOpen = [this] { project->Choose(); };
   welcome->onNew = [this] { project->New(); };

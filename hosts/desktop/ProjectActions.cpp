@@ -37,13 +37,14 @@ void Warn(QWidget& window, const Error& error) {
 
 ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
                                BuildSession& buildSession, CommandRunner& commandRunner,
-                               EditorTabs& editorTabs, Banner& projectBanner)
+                               EditorTabs& editorTabs, Banner& projectBanner, Banner& damageBanner)
     : window(parentWindow),
       files(fileSystem),
       session(buildSession),
       runner(commandRunner),
       editors(editorTabs),
       banner(projectBanner),
+      damage(parentWindow, buildSession, damageBanner),
       history(buildSession, commandRunner),
       watch(fileSystem, this) {
   banner.onFirst = [this] { Reload(); };
@@ -60,7 +61,7 @@ void ProjectActions::Open(const std::string& path) {
   if (session.HasProject() && QFileInfo(ToQt(path)) == QFileInfo(ToQt(session.GetProjectPath()))) {
     return;
   }
-  if (!IsFree() || !editors.MayCloseAll()) return;
+  if (!IsFree() || !editors.MayCloseAll() || !MayClose()) return;
   KeepEditors();
   const QScopedValueRollback<bool> asked(isDiscarding, true);
   Load(path);
@@ -92,7 +93,7 @@ void ProjectActions::Choose() {
 
 // The server closes the project first, so that the wizard can only make another one.
 void ProjectActions::New() {
-  if (!IsFree()) return;
+  if (!IsFree() || !MayClose()) return;
   const std::string before = runner.GetProjectPath();
   if (session.Manager().ProjectNew() != 0 || before.empty()) return;
   // Behind the news of the project that stands in for none, with the texts that are not saved.
@@ -115,7 +116,7 @@ void ProjectActions::OpenExample(const Example& example) {
 }
 
 void ProjectActions::SaveAll() {
-  if (!editors.SaveAll() || !history.HasUnsaved()) return;
+  if (!editors.SaveAll() || !history.HasUnsaved() || !damage.MayGoOn()) return;
   history.Note();
   session.TakeLogLines();
   runner.SaveProject();
@@ -123,6 +124,7 @@ void ProjectActions::SaveAll() {
 }
 
 bool ProjectActions::Leave() {
+  if (!MayClose()) return false;
   KeepEditors();
   session.TakeLogLines();
   if (session.HasProject() && session.Manager().ProjectClose() == 0) return false;
@@ -133,7 +135,8 @@ bool ProjectActions::Leave() {
 // The server saves without a word, and says in its log where it has put what it couldn't save.
 void ProjectActions::TellWhatIsNotSaved() {
   std::string reasons;
-  for (const std::string& line : session.TakeLogLines()) {
+  std::vector<std::string> copies;  // the log window shows them
+  for (const std::string& line : session.TakeSaveProblems(copies)) {
     reasons.append(reasons.empty() ? "" : "\n") += line;
   }
   if (!reasons.empty()) {
@@ -175,6 +178,7 @@ void ProjectActions::AddHistory(QMenu& menu) {
 void ProjectActions::Follow() {
   const std::string path = runner.GetProjectPath();
   banner.hide();
+  damage.Follow();
   watch.Follow(path);
   history.Begin();
   if (path == editorsProject) return;
@@ -213,6 +217,7 @@ void ProjectActions::Go(Status (ProjectHistory::*way)()) {
     watch.Look();
     return;
   }
+  if (!damage.MayGoOn()) return;
   if (const Status gone = (history.*way)(); !gone) Warn(window, gone.GetError());
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "hosts/desktop/CommandRunner.h"
+#include "hosts/desktop/DamageNotice.h"
 #include "hosts/desktop/ProjectHistory.h"
 #include "hosts/desktop/ProjectWatch.h"
 #include "hosts/frame/BuildSession.h"
@@ -30,7 +31,8 @@ class ProjectActions : public QObject {
 
  public:
   ProjectActions(QWidget& parentWindow, FileSystem& fileSystem, BuildSession& buildSession,
-                 CommandRunner& commandRunner, EditorTabs& editorTabs, Banner& projectBanner);
+                 CommandRunner& commandRunner, EditorTabs& editorTabs, Banner& projectBanner,
+                 Banner& damageBanner);
 
   // Another project takes the place of this one.
   void Open(const std::string& path);
@@ -53,6 +55,8 @@ class ProjectActions : public QObject {
   void Note();
   // Looks for what other programs have written; for the time when the window comes to the front.
   void Look() { watch.Look(); }
+  // Returns whether the project may be built and written; asks if it was read only in part.
+  bool MayChange() { return damage.MayGoOn(); }
   // Something has changed since it was opened or saved.
   bool HasUnsaved();
 
@@ -62,6 +66,7 @@ class ProjectActions : public QObject {
  private:
   // False while a build runs, which the user has been told.
   bool IsFree();
+  bool MayClose() { return !HasUnsaved() || damage.MayClose(); }
   void Load(const std::string& path);
   void KeepEditors();
   void TellWhatIsNotSaved();
@@ -74,6 +79,7 @@ class ProjectActions : public QObject {
   CommandRunner& runner;
   EditorTabs& editors;
   Banner& banner;
+  DamageNotice damage;
   ProjectHistory history;
   ProjectWatch watch;
   std::string editorsProject;  // whose files the editors show; empty for none

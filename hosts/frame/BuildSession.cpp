@@ -18,6 +18,9 @@ constexpr const char* kManagerClass = "TarnProjectManager.ProjectManager";
 constexpr const char* kInspectorClass = "TarnProjectManager.ProjectInspector";
 constexpr const char* kToolsClass = "TarnToolManager.ToolManager";
 
+// How the server's line about a copied file begins.
+constexpr std::string_view kCopyLine = "The file on disk held more than was read from it";
+
 // The command for a whole project, and the one for an application that is the current node.
 struct WorkCommands {
   BuildWork work;
@@ -129,6 +132,7 @@ Status BuildSession::Start() {
   if (const Status attached = Attach(inspector, kInspectorClass); !attached) return attached;
   inspector.Attach(manager.GetDispatch());
   options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
+  inspector.ProtectDamaged(!acceptsAllDamage);
   return {};
 }
 
@@ -146,7 +150,29 @@ Status BuildSession::Open(const std::string& path) {
 void BuildSession::Adopt(const std::string& openedPath) {
   projectPath = openedPath;
   isOtherProject = false;
+  inspector.ProtectDamaged(!acceptsAllDamage && openedPath != acceptedProject);
   state.SetProject(openedPath);
+}
+
+bool BuildSession::IsDamageHeld() {
+  if (acceptsAllDamage || (HasProject() && projectPath == acceptedProject)) return false;
+  return !GetDamage().empty();
+}
+
+void BuildSession::AcceptDamage() {
+  acceptedProject = projectPath;
+  inspector.ProtectDamaged(false);
+}
+
+void BuildSession::AcceptAllDamage() {
+  acceptsAllDamage = true;
+  inspector.ProtectDamaged(false);
+}
+
+std::string BuildSession::CheckCall(std::string_view method, std::span<const Variant> arguments) {
+  if (!ChangesProject(method, arguments) || !IsDamageHeld()) return {};
+  hasRefusedDamage = true;
+  return kDamageRefusal;
 }
 
 void BuildSession::Prepare() {
@@ -184,6 +210,10 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
   if (isRunning) return {};
   outcome = {};
   stateProblem.clear();
+  if (IsDamageHeld()) {
+    hasRefusedDamage = true;
+    return {};
+  }
   if (!stopRequested && FollowProject() && LockBuild()) {
     if (state.IsOutdated()) state.Restore();
     isRunning = true;
@@ -424,6 +454,15 @@ std::vector<std::string> BuildSession::TakeLogLines() {
   std::vector<std::string> lines;
   lines.swap(logLines);
   return lines;
+}
+
+std::vector<std::string> BuildSession::TakeSaveProblems(std::vector<std::string>& copies) {
+  std::vector<std::string> problems;
+  for (std::string& line : TakeLogLines()) {
+    const bool isCopy = line.starts_with(kCopyLine);
+    (isCopy ? copies : problems).push_back(std::move(line));
+  }
+  return problems;
 }
 
 std::vector<std::string> BuildSession::GetDefinitionErrors() {

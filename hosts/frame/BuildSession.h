@@ -5,9 +5,12 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "hosts/frame/Damage.h"
 #include "hosts/frame/HostFolders.h"
 #include "hosts/frame/LogEntry.h"
 #include "hosts/frame/LogKeeper.h"
@@ -111,7 +114,8 @@ class BuildSession {
 
   // --- For a host that leaves the calls to somebody else, who drives Manager() as he likes ---
 
-  // The server has opened this project: reads its state. Calls nothing of the server.
+  // The server has opened this project: reads its state. Of the server it only calls
+  // ProtectDamaged.
   void Adopt(const std::string& openedPath);
   // The project was closed, or another one is open that nothing is kept for: none is built by Run.
   void LeaveProject() { OnProjectChanged({}); }
@@ -149,8 +153,25 @@ class BuildSession {
   // The program that a tool needs and that this machine hasn't got; empty when it has all.
   std::string FindMissingProgram(const std::vector<ApplicationStatus>& status);
 
+  // --- Projects of which something was lost when they were read ---
+
+  std::vector<DamageEntry> GetDamage() { return ParseDamage(inspector.GetDamage()); }
+  // The open project has damage, and the user has not agreed to go on with what was read: Run
+  // refuses, and the server saves nothing.
+  bool IsDamageHeld();
+  // The user agrees, for the open project or for all that are opened from now on.
+  void AcceptDamage();
+  void AcceptAllDamage();
+  // Returns why the call of a server's method can't be made now; empty if it can.
+  std::string CheckCall(std::string_view method, std::span<const Variant> arguments);
+  // A build or a call was refused because of damage since the session began.
+  bool HasRefusedDamage() const { return hasRefusedDamage; }
+
   // Lines that went to the log since the last call, outside of builds.
   std::vector<std::string> TakeLogLines();
+  // The same after a save: what could not be saved. What the server has copied before it wrote a
+  // file goes to `copies`.
+  std::vector<std::string> TakeSaveProblems(std::vector<std::string>& copies);
   // Errors in the files that define options and tools, one a line; empty when there are none.
   std::vector<std::string> GetDefinitionErrors();
   // Why the state couldn't be written after the last build; empty when it was.
@@ -203,6 +224,9 @@ class BuildSession {
   std::string otherProject;  // empty: the one that stands in for none
   std::vector<std::string> logLines;
   std::string stateProblem;
+  bool acceptsAllDamage = false;
+  std::string acceptedProject;  // whose damage the user has agreed to
+  bool hasRefusedDamage = false;
 
   std::atomic<bool> stopRequested = false;
   bool isRunning = false;

@@ -122,6 +122,10 @@ class InspectorDriver : public COleDispatchDriver {
   std::int32_t GetChangeCount() { return InvokeLong(16, {}); }
   // The project's files as a save would write them: "<bytes> <path>\n" and the bytes, of each.
   std::string GetFileTexts() { return InvokeText(17, {}); }
+  // What was lost when the project's files were read, as XML.
+  std::string GetDamage() { return InvokeText(21, {}); }
+  // Whether the server neither builds nor saves a project with damage.
+  std::int32_t ProtectDamaged(bool protect) { return InvokeLong(22, {protect ? 1 : 0}); }
   std::string ExplainOption(const std::string& set, const std::string& section,
                             const std::string& property) {
     return InvokeText(9, {set, section, property});

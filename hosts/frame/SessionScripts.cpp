@@ -24,10 +24,18 @@ void SessionScripts::ShowLine(const std::string& line) {
   if (onLine) onLine(line);
 }
 
+std::string SessionScripts::CheckCall(const std::string& method,
+                                      const std::vector<Variant>& arguments) {
+  return session.CheckCall(method, arguments);
+}
+
 ScriptBuild SessionScripts::Build(const std::string& work, const std::string& application) {
+  ScriptBuild refused;
+  refused.problem = session.CheckCall("ProjectBuild", {});
+  if (!refused.problem.empty()) return refused;
   const BuildRequest request{WorkOf(work), application};
   const BuildOutcome outcome = runBuild ? runBuild(request) : session.Run(request, nullptr);
-  return {WordOf(outcome.end), outcome.toolsRun, outcome.toolsFailed};
+  return {WordOf(outcome.end), outcome.toolsRun, outcome.toolsFailed, {}};
 }
 
 std::string SessionScripts::WaitForBuild() {

@@ -32,6 +32,7 @@ class SessionScripts : private ScriptHost {
 
  private:
   void ShowLine(const std::string& line) override;
+  std::string CheckCall(const std::string& method, const std::vector<Variant>& arguments) override;
   ScriptBuild Build(const std::string& work, const std::string& application) override;
   std::string WaitForBuild() override;
   std::string GetSize(const std::string& application) override;

@@ -19,6 +19,14 @@ json ToJson(const std::vector<MethodInfo>& methods) {
   return list;
 }
 
+json ToJson(const std::vector<DamageEntry>& damage) {
+  json list = json::array();
+  for (const DamageEntry& each : damage) {
+    list.push_back({{"file", each.file}, {"line", each.line}, {"text", each.text}});
+  }
+  return list;
+}
+
 // A text, or nothing given; false for anything else.
 bool TakeOptionalText(const json& value, std::string& text) {
   if (value.is_null()) return true;
@@ -125,16 +133,32 @@ CallProblem RpcServer::HandleRequest(const RpcRequest& request, json& result) {
     isShutDown = true;
     return {};
   }
-  return CallMethod(request, result);
+  CallProblem problem;
+  return HandleDamage(request, result, problem) ? problem : CallMethod(request, result);
+}
+
+bool RpcServer::HandleDamage(const RpcRequest& request, json& result, CallProblem& problem) {
+  const bool isQuery = request.method == "project/damage";
+  if (!isQuery && request.method != "project/acceptDamage") return false;
+  std::vector<json> given;
+  problem = OrderParams(request.method, {}, 0, request.params, given);
+  if (!session) problem = {kRpcNotInitialized, "The server isn't initialized yet."};
+  if (problem.code != 0) return true;
+  if (!isQuery) session->AcceptDamage();
+  result = {{"damage", ToJson(session->GetDamage())}};
+  return true;
 }
 
 CallProblem RpcServer::Initialize(const json& params, json& result) {
   if (session) return {kRpcBadRequest, "The server is initialized already."};
   std::vector<json> given;
-  if (CallProblem problem =
-          OrderParams("initialize", {"applicationPath", "dataPath", "answers"}, 0, params, given);
+  if (CallProblem problem = OrderParams(
+          "initialize", {"applicationPath", "dataPath", "answers", "damagedOk"}, 0, params, given);
       problem.code != 0) {
     return problem;
+  }
+  if (!given[3].is_null() && !given[3].is_boolean()) {
+    return {kRpcBadParams, "initialize: damagedOk is neither true nor false"};
   }
   HostFolders folders;
   if (CallProblem problem = ReadFolders(given, folders); problem.code != 0) return problem;
@@ -152,6 +176,11 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
     return {kRpcFailed, "This installation isn't complete: " + started.GetError().place + ": " +
                             started.GetError().text};
   }
+  if (given[3] == true) session->AcceptAllDamage();
+  session->onDamaged = [this] {
+    channel.Send(
+        MakeRpcNotification("project/damaged", {{"damage", ToJson(session->GetDamage())}}));
+  };
   methods = session->GetMethods();
   result = {{"serverInfo", {{"name", "tarn"}, {"version", TARN_VERSION}}},
             {"methods", ToJson(methods)},

@@ -125,7 +125,9 @@ void ServedSession::OnProjectOpened(const HostEvent& event) {
   hasProject = event.lParam == 0;
   isPrepared = false;
   currentPath.clear();
-  if (hasProject) session.Adopt(event.text);
+  if (!hasProject) return;
+  session.Adopt(event.text);
+  if (onDamaged && !session.GetDamage().empty()) onDamaged();
 }
 
 void ServedSession::OnRunScript(const HostEvent& event) {
@@ -166,6 +168,9 @@ DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Var
                                    Variant& result) {
   // Within a batch nobody else looks after what has ended meanwhile.
   KeepResults();
+  if (std::string refusal = session.CheckCall(method.name, arguments); !refusal.empty()) {
+    return {DispatchStatus::Failed, std::move(refusal), -1};
+  }
   const bool isCommand = method.name == "Command";
   const bool buildsHere = method.name == "ProjectBuild";
   std::uint32_t command = 0;
@@ -232,6 +237,8 @@ void ServedSession::Attend() {
 }
 
 void ServedSession::CarryOut(std::uint32_t command) {
+  const Variant number(static_cast<std::int32_t>(command));
+  if (!session.CheckCall("Command", std::span(&number, 1)).empty()) return;
   if (!IsBuildCommand(command)) {
     session.Manager().Command(command);
     return;

@@ -42,6 +42,12 @@ class ServedSession {
   ~ServedSession();
 
   Status Start();
+  // What was lost when the open project was read.
+  std::vector<DamageEntry> GetDamage() { return session.GetDamage(); }
+  void AcceptDamage() { session.AcceptDamage(); }
+  void AcceptAllDamage() { session.AcceptAllDamage(); }
+  // Called with each project that was opened with damage.
+  std::function<void()> onDamaged;
   // The methods that a client may call.
   std::vector<MethodInfo> GetMethods();
   DispatchResult Call(const MethodInfo& method, std::span<const Variant> arguments,

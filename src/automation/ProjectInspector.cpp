@@ -138,6 +138,8 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::PublishFor>("PublishFor", 18, {"milliseconds"}),
       Method<&I::NoteCurrentNode>("NoteCurrentNode", 19, {}),
       Method<&I::SelectNotedNode>("SelectNotedNode", 20, {}),
+      Method<&I::GetDamage>("GetDamage", 21, {}),
+      Method<&I::ProtectDamaged>("ProtectDamaged", 22, {"protect"}),
       Method<&I::OpenBuildState>("OpenBuildState", 40, {"path"}),
       Method<&I::IsBuildStateCurrent>("IsBuildStateCurrent", 41, {"path"}),
       Method<&I::RestoreFor>("RestoreFor", 42, {"milliseconds"}),
@@ -346,6 +348,27 @@ std::int32_t CProjectInspector::SelectNotedNode() {
 std::int32_t CProjectInspector::GetChangeCount() {
   const CProjectModel* model = Model();
   return model == nullptr ? 0 : static_cast<std::int32_t>(model->GetChangeCount() & 0x7FFFFFFF);
+}
+
+std::string CProjectInspector::GetDamage() {
+  const CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  CXmlNode list;
+  list.SetName("Damage");
+  for (const FileDamage& each : model->GetDamage()) {
+    CXmlNode& place = *list.AddChild("Place");
+    place.AddAttr("File", each.file);
+    place.AddAttr("Line", std::to_string(each.line));
+    place.AddAttr("Text", each.what);
+  }
+  return list.ToString(g_xmlDisplayOptions);
+}
+
+std::int32_t CProjectInspector::ProtectDamaged(std::int32_t protect) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->SetDamageProtection(protect != 0);
+  return 1;
 }
 
 std::string CProjectInspector::GetFileTexts() {

@@ -52,6 +52,12 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // The project's files as a save would write them now: of each the count of its bytes, a blank,
   // its path and a line feed, then the bytes. Empty for the default project.
   std::string GetFileTexts();
+  // What was lost when the project's files were read: an element `Damage` with an element `Place`
+  // for each position, with the attributes `File`, `Line` (0 for the file as a whole) and `Text`.
+  std::string GetDamage();
+  // With 1, a project with damage is neither built nor cleaned, and no save or close writes it,
+  // until the call with 0. Stays for the projects that are opened later. Returns 0 before Attach.
+  std::int32_t ProtectDamaged(std::int32_t protect);
   // The stored values of one option from the outermost level to the current node.
   std::string ExplainOption(const char* set, const char* section, const char* property);
   // The program that the import of older projects needs and this machine hasn't got, or empty.

@@ -74,7 +74,7 @@ std::int32_t CProjectModel::CanStartOperation() {
 }
 
 std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
-  if (!CanStartOperation()) return 0;
+  if (!CanStartOperation() || IsDamageHeld()) return 0;
   CXmlNode* node = nullptr;
   std::string tool;
   bool isTool = false;
@@ -230,7 +230,7 @@ std::int32_t CProjectModel::RunWalkHere(BuildWalk& walk) {
 }
 
 std::int32_t CProjectModel::BuildHere() {
-  if (IsWorkerAlive() || walksHere > 0) return 0;
+  if (IsWorkerAlive() || walksHere > 0 || IsDamageHeld()) return 0;
   CXmlNode* const application = activeApplication;
   if (currentNode != nullptr) RenewPropState(*currentNode);
   notedHere = currentNode;

@@ -1,15 +1,10 @@
 #include "project/FileGuard.h"
 
+#include "platform/files/KeptCopy.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 
 namespace tarn {
-
-namespace {
-
-constexpr int kMaxCopies = 100;
-
-}  // namespace
 
 void FileGuard::NoteRead(const std::string& path, std::string_view bytes, bool damaged) {
   known[path] = HashBytes(bytes);
@@ -38,33 +33,19 @@ Status FileGuard::PutAside(const std::string& path, std::string& copy) {
     const bool nothingToLose = bytes.GetError().code == ErrorCode::NotFound;
     return nothingToLose ? Status() : Status(bytes.GetError());
   }
-  if (damaged) return CopyAside(path, *bytes, ".bak", copy);
+  if (damaged) return KeepCopy(files, path, *bytes, ".bak", copy);
   const auto found = known.find(path);
   const bool changedByOthers = found == known.end() || found->second != HashBytes(*bytes);
-  return changedByOthers ? CopyAside(path, *bytes, ".orig", copy) : Status();
-}
-
-Status FileGuard::CopyAside(const std::string& path, std::string_view bytes,
-                            const std::string& suffix, std::string& copy) {
-  for (int i = 1; i <= kMaxCopies; ++i) {
-    copy = path + suffix + (i == 1 ? std::string() : std::to_string(i));
-    if (files.Exists(copy)) {
-      const Result<std::string> old = files.ReadWholeFile(copy);
-      if (old && *old == bytes) return {};
-      continue;
-    }
-    return files.WriteWholeFile(copy, bytes);
-  }
-  return Error{ErrorCode::AlreadyExists, "too many copies", path};
+  return changedByOthers ? KeepCopy(files, path, *bytes, ".orig", copy) : Status();
 }
 
 std::string FileGuard::Rescue(const std::string& path, std::string_view bytes,
                               const std::string& spare) {
   std::string copy;
-  if (CopyAside(path, bytes, ".unsaved", copy)) return copy;
+  if (KeepCopy(files, path, bytes, ".unsaved", copy)) return copy;
   if (spare.empty() || !files.CreateFolders(spare)) return {};
   const std::string inSpare = JoinPath(spare, FileNameOf(path));
-  return CopyAside(inSpare, bytes, ".unsaved", copy) ? copy : std::string();
+  return KeepCopy(files, inSpare, bytes, ".unsaved", copy) ? copy : std::string();
 }
 
 }  // namespace tarn

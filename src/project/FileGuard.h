@@ -37,11 +37,6 @@ class FileGuard {
   std::string Rescue(const std::string& path, std::string_view bytes, const std::string& spare);
 
  private:
-  // Copies to the first of path + suffix, path + suffix + "2", ... that is free or holds the same
-  // bytes already.
-  Status CopyAside(const std::string& path, std::string_view bytes, const std::string& suffix,
-                   std::string& copy);
-
   FileSystem& files;
   std::map<std::string, std::uint64_t> known;  // path -> hash of the bytes
   std::set<std::string> damagedFiles;

@@ -15,6 +15,8 @@ namespace tarn {
 namespace {
 
 constexpr const char* kProjectExtension = ".tprj";
+constexpr const char* kDamageHeld =
+    "The changes were not saved: the project was read only in part.";
 
 std::string ConfigOf(const CXmlNode& application) {
   const char* config = application.GetAttrValue("Config");
@@ -110,6 +112,7 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   projectFolder = FolderOf(projectPath);
   files.SetCurrentFolder(projectFolder);
   guard.Forget();
+  damage.clear();
   rescuedFiles.clear();
   keptCopies.clear();
   // A handler of the log's messages may open a project while another is being read.
@@ -223,6 +226,7 @@ void CProjectModel::DiscardTree() {
   shapeChanged = false;
   isOpen = false;
   guard.Forget();
+  damage.clear();
   NoteTreeChange();
 }
 
@@ -247,6 +251,7 @@ std::int32_t CProjectModel::CloseProject() {
     RemoveContentChildren(*activeApplication);
   }
   inPublishTick = false;
+  if (isOpen && modified != 0 && IsDamageHeld()) AddLogLine(kDamageHeld);
   if (!WriteAndEmpty()) {
     const std::uint64_t kept = projectEpoch;
     ReportRescues();
@@ -272,7 +277,7 @@ bool CProjectModel::WriteAndEmpty() {
   emptied.clear();
   rescuedFiles.clear();
   keptCopies.clear();
-  const bool mustSave = isOpen && modified != 0;
+  const bool mustSave = isOpen && modified != 0 && !IsDamageHeld();
   if (isOpen) StripForSave(*projectRoot, true);
   if (mustSave) SaveTreeFile(*projectRoot, projectPath);
   output->SaveLog();
@@ -292,6 +297,7 @@ bool CProjectModel::WriteAndEmpty() {
   activeApplication = nullptr;
   isOpen = false;
   guard.Forget();
+  damage.clear();
   NoteTreeChange();
   return true;
 }
@@ -328,6 +334,10 @@ void CProjectModel::ReloadEmptied(CXmlNode& node) {
 
 std::int32_t CProjectModel::SaveProject() {
   if (isClosing || !CanStartOperation()) return 0;
+  if (IsDamageHeld()) {
+    AddLogLine(kDamageHeld);
+    return 0;
+  }
   // A file that went away since the load is written again rather than missed.
   bool isMissing = isOpen && !files.Exists(projectPath);
   for (int i = 0; isOpen && i < projectRoot->GetChildCount(); ++i) {

@@ -23,6 +23,7 @@
 #include "platform/windowing/Dialogs.h"
 #include "platform/windowing/HostMessages.h"
 #include "platform/windowing/MessageLoop.h"
+#include "project/FileDamage.h"
 #include "project/FileGuard.h"
 #include "project/NodeTypes.h"
 #include "project/ProjectViews.h"
@@ -140,6 +141,12 @@ class CProjectModel {
     shapeChanged = true;
     ++changeCount;
   }
+  // What was lost when the files of the open project were read.
+  const std::vector<FileDamage>& GetDamage() const { return damage; }
+  // Whether a project with damage is to be left alone: nothing builds or cleans it, and no save or
+  // close writes it. Off at first, so that only hosts that can ask their users turn it on.
+  void SetDamageProtection(bool isProtected) { protectsDamage = isProtected; }
+  bool IsDamageHeld() const { return protectsDamage && !damage.empty(); }
   // Changes with all that a save would write, and now and then without need.
   std::uint64_t GetChangeCount() const { return changeCount; }
 
@@ -309,6 +316,8 @@ class CProjectModel {
     ++changeCount;
   }
   std::int32_t LoadTreeText(CXmlNode& node, const std::string& absolute);
+  // Replaces what is known of the file.
+  void SetDamageOf(const std::string& absolute, std::vector<FileDamage> found);
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
   // A file that a save is about to write.
   struct PendingFile {
@@ -400,6 +409,8 @@ class CProjectModel {
 
   FileSystem& files;
   FileGuard guard;
+  std::vector<FileDamage> damage;
+  bool protectsDamage = false;
 
   std::string projectPath;
   std::string projectFolder;

@@ -15,15 +15,22 @@ namespace tarn {
 
 namespace {
 
-// Behind the remarks in front of the root, which the reader would hand to the parent.
+// Returns the position after the comments before the root, and after an XML declaration ahead of
+// them: the reader would give the comments to the parent.
 const char* SkipRemarks(const std::string& text) {
+  constexpr std::string_view kRemarks[][2] = {{"<!--", "-->"}, {"<?xml ", "?>"}};
   std::size_t start = 0;
-  while (true) {
+  for (bool hasSkipped = true; hasSkipped;) {
+    hasSkipped = false;
     const std::size_t next = text.find_first_not_of(" \t\r\n", start);
-    if (next == text.npos || text.compare(next, 4, "<!--") != 0) break;
-    const std::size_t end = text.find("-->", next);
-    if (end == text.npos) break;
-    start = end + 3;
+    for (const auto& [open, close] : kRemarks) {
+      if (next == text.npos || text.compare(next, open.size(), open) != 0) continue;
+      const std::size_t end = text.find(close, next);
+      if (end == text.npos) continue;
+      start = end + close.size();
+      hasSkipped = true;
+      break;
+    }
   }
   return text.c_str() + start;
 }
@@ -172,6 +179,7 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   if (!text) {
     if (text.GetError().code == ErrorCode::Io) {
       guard.NoteRead(absolute, {}, true);
+      SetDamageOf(absolute, {{absolute, 0, "reading the file failed: " + text.GetError().text}});
       // The root still has the attributes of the project before.
       if (&node == projectRoot.get()) node.Clear();
       return 1;
@@ -181,16 +189,31 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   }
   const BareElement bare(node);
   node.SetValue("");
-  const char* end = node.Load(SkipRemarks(*text), g_xmlParseInfo);
+  DamageCollector collector(*text);
+  const char* end = node.Load(SkipRemarks(*text), g_xmlParseInfo, collector);
   const bool isWellFormed = end != nullptr;
-  const bool holdsValues = text->find("<![CDATA[") != std::string::npos;
+  const bool holdsValues = collector.HasCData();
   const bool isWhole = isWellFormed && !holdsValues && text->find('\0') == std::string::npos &&
                        BeginsWith(*text, node) && IsClosed(*text, node) && Trim(end).empty();
-  guard.NoteRead(absolute, *text, !isWhole);
+  std::vector<FileDamage> found = collector.Collect(absolute);
+  const bool isKept =
+      std::all_of(found.begin(), found.end(), [](const FileDamage& each) { return each.isKept; });
+  guard.NoteRead(absolute, *text, !isWhole || !isKept);
+  SetDamageOf(absolute, std::move(found));
   if (holdsValues) DropStoredValues(node);
   if (&node != projectRoot.get()) bare.Complete(node, isWhole, types);
   if (!isWellFormed) output->WriteMessage(kRowMalformedXml);
   return treeEpoch == epoch ? 1 : 0;
+}
+
+// A line of the log, not a message: the host has methods to ask for it.
+void CProjectModel::SetDamageOf(const std::string& absolute, std::vector<FileDamage> found) {
+  std::erase_if(damage, [&](const FileDamage& each) { return each.file == absolute; });
+  for (FileDamage& each : found) {
+    output->AddOutput(each.ToString());
+    // The project that stands in for none holds nothing of the user's.
+    if (isDefaultProject == 0) damage.push_back(std::move(each));
+  }
 }
 
 std::int32_t CProjectModel::LoadExternChildren(CXmlNode& node, std::uint64_t epoch) {
@@ -343,6 +366,7 @@ bool CProjectModel::WriteTreeFile(const PendingFile& file) {
   const Status written = putAside ? files.WriteWholeFile(file.absolute, file.text) : putAside;
   if (written) {
     guard.NoteWritten(file.absolute, file.text);
+    SetDamageOf(file.absolute, {});
     return true;
   }
   LoseNothing(file.absolute, file.text, written.GetError().code == ErrorCode::ReadOnly);

@@ -1,5 +1,6 @@
 #include "xml/XmlName.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <mutex>
@@ -13,9 +14,21 @@ namespace {
 constexpr std::size_t kMaxSharedLength = 64;
 constexpr std::size_t kMaxSharedNames = 4096;
 
+bool IsNameStart(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' || (c & 0x80);
+}
+
+bool IsRegular(std::string_view text) {
+  if (text.empty() || !IsNameStart(text.front())) return false;
+  return std::all_of(text.begin(), text.end(), [](char c) {
+    return IsNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
+  });
+}
+
 const XmlName* NewName(std::string_view text, bool shared) {
   void* memory = ::operator new(sizeof(XmlName) + text.size() + 1);
-  auto* name = new (memory) XmlName{static_cast<std::uint32_t>(text.size()), shared};
+  auto* name =
+      new (memory) XmlName{static_cast<std::uint32_t>(text.size()), shared, IsRegular(text)};
   char* bytes = reinterpret_cast<char*>(name + 1);
   std::memcpy(bytes, text.data(), text.size());
   bytes[text.size()] = '\0';
@@ -46,7 +59,7 @@ NameTable& Table() {
 }
 
 struct EmptyXmlName {
-  XmlName head{0, true};
+  XmlName head{0, true, false};
   char text[1] = "";
 };
 constinit const EmptyXmlName kEmptyName;

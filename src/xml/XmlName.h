@@ -32,6 +32,7 @@ class XmlArg {
 struct XmlName {
   std::uint32_t length;
   bool shared;
+  bool regular;  // a name by the rules of XML, which the parser doesn't insist on
 
   const char* Text() const { return reinterpret_cast<const char*>(this + 1); }
   std::string_view View() const { return {Text(), length}; }

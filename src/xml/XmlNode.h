@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "xml/XmlLoss.h"
 #include "xml/XmlName.h"
 #include "xml/XmlParseInfo.h"
 
@@ -188,6 +189,8 @@ class CXmlNode {
   const char* Load(const std::string& text, CXmlParseInfo& parseInfo) {
     return Load(text.c_str(), parseInfo);
   }
+  // Like `Load()`, with the same tree and result, but reports to `losses` what is not in the tree.
+  const char* Load(const char* text, CXmlParseInfo& parseInfo, XmlLossListener& losses);
   // Load with the full entity table and an error record that goes with the call.
   const char* LoadWithFullEntities(const char* text);
 

@@ -1,6 +1,7 @@
 #include "xml/XmlReader.h"
 
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <initializer_list>
 #include <utility>
@@ -10,6 +11,21 @@
 
 namespace tarn {
 namespace {
+
+// A Bloom filter of names: small enough to find out at no cost that no two are the same.
+class NameFilter {
+ public:
+  // Returns false if the name was not added before; true if it may have been.
+  bool Add(const XmlName* name) {
+    const auto bit = std::uint64_t{1} << ((reinterpret_cast<std::uintptr_t>(name) >> 4) % 64);
+    const bool isKnown = (bits & bit) != 0;
+    bits |= bit;
+    return isKnown;
+  }
+
+ private:
+  std::uint64_t bits = 0;
+};
 
 // What may stand in front of an element. Compared without regard to case.
 struct Special {
@@ -79,8 +95,9 @@ std::string_view MakeSpan(const char* begin, const char* end) {
 
 }  // namespace
 
-XmlReader::XmlReader(CXmlParseInfo& parseInfo)
+XmlReader::XmlReader(CXmlParseInfo& parseInfo, XmlLossListener* lossListener)
     : info(parseInfo),
+      losses(lossListener),
       decoder(parseInfo.decodeEntities ? parseInfo.entityTable : nullptr),
       textStops(kProtectedEnds),
       names(XmlNameCache::OfThisThread()) {
@@ -100,23 +117,33 @@ const char* XmlReader::Read(CXmlNode& node, const char* text) {
     if (*p) {
       p = ReadStart(p);
     } else {
+      LoseEnd(p);
       CloseLevel();  // the text ends inside the element
     }
     if (levels.size() > depth) continue;
     while (p && !levels.empty() && ReadBehindChild(p)) CloseLevel();
   }
   while (!levels.empty()) CloseLevel();
+  if (losses && p) ReportTail(p);
   return p;
 }
 
 const char* XmlReader::ReadStart(const char* p) {
-  if (*p != '<') p = std::strchr(p, '<');
+  if (*p != '<') {
+    const char* start = p;
+    p = std::strchr(p, '<');
+    const char* const end = p ? p : start + std::strlen(start);
+    LoseText(start, end);
+    if (!p) LoseEnd(end);
+  }
   if (!p || p[1] == '/') return p;
   if (p[1] == '!' || p[1] == '?') {
     bool placedOne = false;
     p = ReadSpecialNodes(p, placedOne);
     if (!p || placedOne) return p;
   }
+  if (!*p) LoseEnd(p);
+  if (levels.size() >= CXmlNode::kMaxReadDepth) Lose(XmlLoss::TooDeep, p);
   if (!*p || levels.size() >= CXmlNode::kMaxReadDepth) return nullptr;
   // Not always a "<": behind a processing instruction anything may stand.
   return ReadElement(p + 1);
@@ -129,12 +156,16 @@ const char* XmlReader::ReadSpecialNodes(const char* p, bool& placedOne) {
       p = SkipSpace(p);
       if (!StartsWith(p, special.open)) continue;
       const char* end = std::strstr(p, special.close);
-      if (!end) return nullptr;
+      if (!end) {
+        Lose(XmlLoss::OpenMarkup, p, special.open);
+        return nullptr;
+      }
       const Span text = MakeSpan(p + special.open.size(), end);
+      const bool isKept = !special.name.empty();
+      placedOne = isKept && PlaceSpecial(special.name, special.type, text);
+      if (losses && special.type != XmlComment) ReportSpecial(p, text, !isKept, placedOne);
       p = end + std::strlen(special.close);
       readOne = true;
-      if (special.name.empty()) continue;
-      placedOne = PlaceSpecial(special.name, special.type, text);
       if (placedOne) return p;
     }
   }
@@ -142,17 +173,26 @@ const char* XmlReader::ReadSpecialNodes(const char* p, bool& placedOne) {
 }
 
 const char* XmlReader::ReadElement(const char* p) {
+  const char* const tag = p - 1;
   const char* end = FindAny(p, kNameEnds);
-  if (!*end) return nullptr;
+  if (!*end) {
+    Lose(XmlLoss::BrokenTag, tag, MakeSpan(p, end));
+    return nullptr;
+  }
   const bool keepsOldName = IsReadingTop() && end == p;
   const XmlName* name = keepsOldName ? CopyName(top->name) : names.Acquire(MakeSpan(p, end));
+
+  if (losses && (!name->regular || end == p || *tag != '<')) ReportElementName(tag, *name);
 
   Run text;
   bool isOpen = false;
   attrs.clear();
   attrTextBytes = 0;
+  mayRepeat = false;
   p = ReadAttributes(end, *name);
   if (p) p = ReadTagEnd(p, isOpen, text);
+  if (losses && mayRepeat) ReportRepeats(tag);
+  if (!p) Lose(XmlLoss::BrokenTag, tag, name->View());
   // An element that failed half way keeps what it has.
   if (IsReadingTop()) {
     FillTop(name, text, isOpen);
@@ -163,6 +203,7 @@ const char* XmlReader::ReadElement(const char* p) {
 }
 
 const char* XmlReader::ReadAttributes(const char* p, const XmlName& element) {
+  NameFilter seen;
   while (*p) {
     p = SkipSpace(p);
     if (*p == '>' || *p == '/') return p;
@@ -172,8 +213,12 @@ const char* XmlReader::ReadAttributes(const char* p, const XmlName& element) {
                        Joined({"<", element.View(), "> attribute has error "}));
       return nullptr;
     }
-    Run& value = attrs.emplace_back(AttrSpan{names.Acquire(MakeSpan(p, end)), {}}).value;
+    const char* const start = p;
+    AttrSpan& attr = attrs.emplace_back(AttrSpan{names.Acquire(MakeSpan(p, end)), {}});
+    Run& value = attr.value;
+    mayRepeat |= seen.Add(attr.name);
     p = SkipSpace(end);
+    if (*p != '=' || !attr.name->regular) Lose(XmlLoss::BadAttribute, start, attr.name->View());
     if (*p != '=') continue;
     p = SkipSpace(p + 1);
     if (*p == '"' || *p == '\'') {
@@ -183,6 +228,9 @@ const char* XmlReader::ReadAttributes(const char* p, const XmlName& element) {
     } else {
       end = FindAny(p, kPlainValueEnds);
       value = {MakeSpan(p, end), false, true};
+      if (value.text.find_first_of("\"'<=") != Span::npos) {
+        Lose(XmlLoss::BadAttribute, start, attr.name->View());
+      }
       p = end;
     }
     attrTextBytes += XmlPiece::TextBytes(value.text.size());
@@ -243,12 +291,15 @@ const char* XmlReader::ReadCloseTag(const char* p, bool& closesLevel) {
   const char* end = FindAny(p, kCloseNameEnds);
   const std::string_view name = levels.back().node->NameView();
   if (!*end) {
+    Lose(XmlLoss::BrokenTag, p, name);
     info.RecordError(p, kXmlErrorUnclosedTag, Joined({"it must be closed with </", name, ">"}));
     return nullptr;
   }
   const Span closed = MakeSpan(p, end);
   closesLevel = closed == name;
-  if (closesLevel || info.forceParse) return end + 1;
+  if (closesLevel) return end + 1;
+  Lose(XmlLoss::ForeignCloseTag, p, closed);
+  if (info.forceParse) return end + 1;
   info.RecordError(
       end + 1, kXmlErrorForeignTag,
       "'<" + std::string(name) + "> ... </" + std::string(closed) + ">' is not wel-formed.");
@@ -277,7 +328,7 @@ void XmlReader::FillTop(const XmlName* name, const Run& text, bool isOpen) {
     ReleaseName(attr.name);
   }
   if (!isOpen) return;
-  levels.push_back({top, nullptr, 0, nullptr, 0, Span(), !IsBlank(top->value)});
+  levels.push_back({top, nullptr, 0, nullptr, 0, Span(), !IsBlank(top->value), nullptr});
   if (!levels.back().hasText) TakeText(levels.back(), text);
 }
 
@@ -296,7 +347,8 @@ void XmlReader::PlaceElement(const XmlName* name, const Run& text, bool isOpen) 
   char* valuePlace = room > 0 ? piece.Reserve(room) : nullptr;
   auto node = piece.Take();
   CXmlNode* borrowed = node.get();
-  levels.push_back({borrowed, std::move(node), waiting.size(), valuePlace, room, Span(), false});
+  levels.push_back(
+      {borrowed, std::move(node), waiting.size(), valuePlace, room, Span(), false, nullptr});
   if (room > 0) TakeText(levels.back(), text);
 }
 
@@ -318,6 +370,7 @@ void XmlReader::CloseLevel() {
     node.childCount = static_cast<std::uint32_t>(count);
     waiting.resize(level.firstWaiting);
   }
+  if (level.textStart) ReportValue(level);
   if (level.owned) Wait(std::move(level.owned));
 }
 
@@ -332,6 +385,7 @@ void XmlReader::TakeText(Level& level, const Run& text) {
     level.blank = Span();
     StoreValue(level, text);
     level.hasText = !IsBlank(level.node->value);
+    if (losses && level.hasText) level.textStart = FindFirstLost(text.text);
   }
 }
 
@@ -368,6 +422,11 @@ std::string XmlReader::Stored(const Run& text) const {
 const char* CXmlNode::Load(const char* text, CXmlParseInfo& parseInfo) {
   Clear();
   return text ? XmlReader(parseInfo).Read(*this, text) : nullptr;
+}
+
+const char* CXmlNode::Load(const char* text, CXmlParseInfo& parseInfo, XmlLossListener& losses) {
+  Clear();
+  return text ? XmlReader(parseInfo, &losses).Read(*this, text) : nullptr;
 }
 
 const char* CXmlNode::LoadWithFullEntities(const char* text) {

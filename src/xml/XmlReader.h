@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "xml/XmlLoss.h"
 #include "xml/XmlNode.h"
 #include "xml/XmlPages.h"
 #include "xml/XmlParseInfo.h"
@@ -22,7 +23,8 @@ namespace tarn {
 // together when it ends, into an array of just the right size.
 class XmlReader {
  public:
-  explicit XmlReader(CXmlParseInfo& parseInfo);
+  // `lossListener` may be null. It costs nothing while nothing is lost.
+  explicit XmlReader(CXmlParseInfo& parseInfo, XmlLossListener* lossListener = nullptr);
 
   const char* Read(CXmlNode& node, const char* text);
 
@@ -48,6 +50,7 @@ class XmlReader {
     std::size_t valueRoom;
     Span blank;    // the last blank run, stored when the level ends: mostly a better one comes
     bool hasText;  // the value is not blank, so no further run counts
+    const char* textStart;  // of the run that became the value; null while it is blank
   };
 
   // What a child, or the caller's node, begins with: the parent's close tag, which it leaves
@@ -78,11 +81,37 @@ class XmlReader {
   void StoreBlank(Level& level);
   void StoreValue(Level& level, const Run& text);
 
+  // --- XmlReaderLosses.cpp: what the tree doesn't hold, for the listener ---
+
+  void Lose(XmlLoss loss, const char* position, std::string_view name = {}) {
+    if (losses) ReportLoss(loss, position, name);
+  }
+  void ReportLoss(XmlLoss loss, const char* position, std::string_view name);
+  // The bytes from `begin` to `end` are stored nowhere.
+  void LoseText(const char* begin, const char* end) {
+    if (losses) ReportSkipped({begin, end});
+  }
+  // The text ends at `p`, where it must not.
+  void LoseEnd(const char* p) {
+    if (losses && !hasEnded) ReportEnd(p);
+  }
+  // The first byte that is more than white space; nullptr if there is none.
+  static const char* FindFirstLost(Span text);
+  void ReportSkipped(Span text);
+  void ReportEnd(const char* p);
+  void ReportSpecial(const char* position, Span text, bool isInstruction, bool isPlaced);
+  void ReportElementName(const char* tag, const XmlName& name);
+  void ReportRepeats(const char* tag);
+  void ReportValue(const Level& level);
+  void ReportTail(const char* p);
+
   // Copies a text, decoded, to `out`, which has room for it, and gives its length there.
   std::size_t Store(char* out, const Run& text) const;
   std::string Stored(const Run& text) const;
 
   CXmlParseInfo& info;
+  XmlLossListener* losses;
+  bool hasEnded = false;           // the end of the text inside an element was reported
   const CXmlEntityTable* decoder;  // null when references stay as they are
   ByteSet decodable{};             // bytes at which decoding may change something
   ByteSet textStops;               // bytes at which FindUnescaped must look closer
@@ -94,6 +123,7 @@ class XmlReader {
   std::vector<std::unique_ptr<CXmlNode>> waiting;
   std::vector<AttrSpan> attrs;    // of the start tag that is being read
   std::size_t attrTextBytes = 0;  // what their values need
+  bool mayRepeat = false;         // two of them may have the same name
 };
 
 }  // namespace tarn

@@ -67,6 +67,8 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"PublishFor", 18, {5}, "1", "1"},
       {"NoteCurrentNode", 19, {}, "0", "1"},
       {"SelectNotedNode", 20, {}, "0", "1"},
+      {"GetDamage", 21, {}, "''", "'\r\n<Damage/>'"},
+      {"ProtectDamaged", 22, {1}, "0", "1"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
@@ -91,6 +93,25 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
     Variant result;
     const DispatchResult outcome = object->Invoke(row.id, row.arguments, result);
     EXPECT_EQ(Show(outcome, result), row.idle) << row.name;
+  }
+}
+
+TEST_F(Inspector, ToldToProtectKeepsADamagedProjectFromBuildsAndSaves) {
+  world.disk.AddFile("/p/demo.tapp",
+                     "<Application Header='demo' Extern='.\\demo.tapp' Path='.\\demo.tapp' >\n"
+                     "stray<C Header='main.c' Path='.\\src\\main.c' /></Application>");
+  const std::string bytes = *world.disk.BytesOf("/p/demo.tapp");
+  Open();
+  EXPECT_EQ(Ask(21),
+            "'\r\n<Damage>\r\n\t<Place File=\"/p/demo.tapp\" Line=\"2\" Text=\"stray text "
+            "&quot;stray&quot;\" />\r\n</Damage>'");
+  for (const bool isProtected : {true, false}) {
+    EXPECT_EQ(Ask(22, {isProtected ? 1 : 0}), "1");
+    EXPECT_EQ(world.Call("PrologCommand", {0x8112}), isProtected ? "0" : "1");
+    world.Call("EpilogCommand", {0x8112});
+    world.Call("SavePropertyValue", {"C", "Build", "Tool", "edited"});
+    EXPECT_EQ(world.Call("ProjectSave", {}), "1");
+    EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp") == bytes, isProtected);
   }
 }
 

@@ -412,6 +412,49 @@ class Scripts(ServeTest):
                 self.assertFalse(is_running(child))
 
 
+class Damage(ServeTest):
+    def damage(self):
+        path = self.project.write_project()
+        with open(self.project.path("app.tapp")) as file:
+            text = file.read()
+        self.project.write("app.tapp", text.replace("<C Header", "left over<C Header", 1))
+        return path
+
+    def test_a_damaged_project_is_told_of_and_left_alone_until_that_is_accepted(self):
+        client = self.start()
+        path = self.damage()
+        with open(self.project.path("app.tapp")) as file:
+            before = file.read()
+        expected = [{"file": self.project.path("app.tapp"), "line": 2,
+                     "text": 'stray text "left over"'}]
+        self.assertEqual(client.call("ProjectOpen", path), 1)
+        self.assertEqual(client.questions, [("project/damaged", {"damage": expected})])
+        self.assertEqual(client.call("project/damage"), {"damage": expected})
+        self.assertEqual(self.errors(
+            client, ("PrologCommand", [BUILD]), ("Command", [BUILD]), ("ProjectBuild", []),
+            ("ProjectSave", []), ("AddExistingItem", [self.project.path("src/x.c"), None]),
+            ("SavePropertyValue", ["C", "Compiler", "Defines", "X"])), [-32000] * 6)
+        self.assertIn("Standard", client.call("GetCurConfig"))
+        self.project.write("t.lua", "host.build()")
+        client.call("ExecuteScript", self.project.path("t.lua"))
+        self.assertIn("read only in part", client.transcript[-1]["wParam"])
+        self.assertFalse(os.path.exists(self.project.path("build")))
+        self.assertEqual(client.call("ProjectClose"), 1)
+        with open(self.project.path("app.tapp")) as file:
+            self.assertEqual(file.read(), before)
+        client.call("ProjectOpen", path)
+        client.call("project/acceptDamage")
+        self.assertEqual(self.build(client)[0], 1)
+
+    def test_damage_can_be_accepted_ahead(self):
+        client = self.start(initialize=False)
+        client.wait(client.post("initialize", {"damagedOk": True}))
+        client.call("ProjectOpen", self.damage())
+        self.assertEqual(self.build(client)[0], 1)
+        self.assertEqual(self.errors(self.start(initialize=False),
+                                     ("initialize", {"damagedOk": 1})), [-32602])
+
+
 class Ends(ServeTest):
     def test_the_exit_code_tells_whether_the_client_said_goodbye(self):
         rows = [([], 1), ([EXIT], 1), ([request(2, "shutdown")], 0),

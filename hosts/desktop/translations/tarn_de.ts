@@ -9,6 +9,40 @@
     </message>
 </context>
 <context>
+    <name>DamageNotice</name>
+    <message numerus="yes">
+        <source>%1, and %n more</source>
+        <translation>
+            <numerusform>%1, und %n weitere Stelle</numerusform>
+            <numerusform>%1, und %n weitere Stellen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The project was read only in part: %1</source>
+        <translation>Das Projekt wurde nur teilweise gelesen: %1</translation>
+    </message>
+    <message>
+        <source>%1
+
+Build or save it without what was not read? A file that is written is first copied to a file with .bak at the end of its name.</source>
+        <translation>%1
+
+Ohne das nicht Gelesene erstellen oder speichern? Eine Datei, die geschrieben wird, wird vorher in eine Datei mit .bak am Ende ihres Namens kopiert.</translation>
+    </message>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>%1
+
+Save the changes of the project without what was not read?</source>
+        <translation>%1
+
+Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
+    </message>
+</context>
+<context>
     <name>DeclarationSearch</name>
     <message>
         <source>There is no name at the cursor</source>
@@ -107,6 +141,14 @@
     <message>
         <source>%1 has been changed by another program, and here as well.</source>
         <translation>%1 wurde von einem anderen Programm geändert und hier ebenfalls.</translation>
+    </message>
+    <message>
+        <source>Allow building and saving</source>
+        <translation>Erstellen und Speichern erlauben</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>Ausblenden</translation>
     </message>
 </context>
 <context>

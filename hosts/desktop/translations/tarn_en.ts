@@ -2,6 +2,16 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>DamageNotice</name>
+    <message numerus="yes">
+        <source>%1, and %n more</source>
+        <translation>
+            <numerusform>%1, and %n more</numerusform>
+            <numerusform>%1, and %n more</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FindBar</name>
     <message numerus="yes">
         <source>%n replaced</source>

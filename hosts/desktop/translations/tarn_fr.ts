@@ -9,6 +9,40 @@
     </message>
 </context>
 <context>
+    <name>DamageNotice</name>
+    <message numerus="yes">
+        <source>%1, and %n more</source>
+        <translation>
+            <numerusform>%1, et %n autre endroit</numerusform>
+            <numerusform>%1, et %n autres endroits</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The project was read only in part: %1</source>
+        <translation>Le projet n’a été lu qu’en partie : %1</translation>
+    </message>
+    <message>
+        <source>%1
+
+Build or save it without what was not read? A file that is written is first copied to a file with .bak at the end of its name.</source>
+        <translation>%1
+
+Générer ou enregistrer sans ce qui n’a pas été lu ? Un fichier qui est écrit est d’abord copié dans un fichier dont le nom se termine par .bak.</translation>
+    </message>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>%1
+
+Save the changes of the project without what was not read?</source>
+        <translation>%1
+
+Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</translation>
+    </message>
+</context>
+<context>
     <name>DeclarationSearch</name>
     <message>
         <source>There is no name at the cursor</source>
@@ -107,6 +141,14 @@
     <message>
         <source>%1 has been changed by another program, and here as well.</source>
         <translation>%1 a été modifié par un autre programme, et ici aussi.</translation>
+    </message>
+    <message>
+        <source>Allow building and saving</source>
+        <translation>Autoriser la génération et l’enregistrement</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>Masquer</translation>
     </message>
 </context>
 <context>

@@ -244,20 +244,24 @@ int Print(lua_State* lua) {
 bool ScriptState::Call() noexcept {
   budget.HoldClock();
   try {
-    problem.clear();
-    const bool runsFile = EqualNoCase(method->name, "ExecuteScript") && arguments.size() == 1 &&
-                          arguments[0].AsText();
-    if (runsFile) runner.nextName = *arguments[0].AsText();
-    runner.innerFailure.clear();
-    const DispatchResult answer = server->Invoke(method->id, arguments, result);
-    runner.nextName.clear();
-    problem = answer ? runner.innerFailure : CallProblem(*method, answer, arguments);
+    problem = Host() == nullptr ? std::string() : Host()->CheckCall(method->name, arguments);
+    if (problem.empty()) CallServer();
   } catch (const std::exception& failure) {
     problem = method->name + ": " + failure.what();
   }
   arguments.clear();
   budget.StartClock();
   return problem.empty();
+}
+
+void ScriptState::CallServer() {
+  const bool runsFile =
+      EqualNoCase(method->name, "ExecuteScript") && arguments.size() == 1 && arguments[0].AsText();
+  if (runsFile) runner.nextName = *arguments[0].AsText();
+  runner.innerFailure.clear();
+  const DispatchResult answer = server->Invoke(method->id, arguments, result);
+  runner.nextName.clear();
+  problem = answer ? runner.innerFailure : CallProblem(*method, answer, arguments);
 }
 
 void ScriptState::Print(std::string_view text) noexcept {

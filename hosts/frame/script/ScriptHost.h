@@ -1,6 +1,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
+
+#include "platform/automation/Variant.h"
 
 namespace tarn::host {
 
@@ -9,6 +12,7 @@ struct ScriptBuild {
   std::string end;  // "succeeded", "failed", "interrupted" or "refused"
   int toolsRun = 0;
   int toolsFailed = 0;
+  std::string problem;  // why it was not even tried, which is an error in the script
 };
 
 // What a host does for scripts beside the server's own methods. On the scripts' thread. No
@@ -19,6 +23,10 @@ class ScriptHost {
 
   // A line that a script prints; it goes to the log by itself.
   virtual void ShowLine(const std::string& line) = 0;
+  // Returns why the server's method can't be called now, which is an error in the script; empty if
+  // it can.
+  virtual std::string CheckCall(const std::string& method,
+                                const std::vector<Variant>& arguments) = 0;
   // Builds, waits for the end, and keeps what the tools reported. `work` is "build", "rebuild" or
   // "clean", `application` a label or empty for the whole project.
   virtual ScriptBuild Build(const std::string& work, const std::string& application) = 0;

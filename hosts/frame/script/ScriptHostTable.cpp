@@ -31,7 +31,10 @@ int Build(lua_State* lua) {
   static const char* const works[] = {"build", "rebuild", "clean", nullptr};
   const char* work = works[luaL_checkoption(lua, 1, "build", works)];
   const char* application = luaL_optstring(lua, 2, "");
-  Ask(lua, [=](ScriptState& state) { state.build = state.Host()->Build(work, application); });
+  Ask(lua, [=](ScriptState& state) {
+    state.build = state.Host()->Build(work, application);
+    state.problem = state.build.problem;
+  });
   const ScriptBuild& build = ScriptState::Of(lua).build;
   lua_pushlstring(lua, build.end.data(), build.end.size());
   lua_pushinteger(lua, build.toolsRun);

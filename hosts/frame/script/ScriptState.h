@@ -70,6 +70,7 @@ class ScriptState {
   static void OnCount(lua_State* lua, lua_Debug*);
   static int SetUp(lua_State* lua);
   static int OnError(lua_State* lua);
+  void CallServer();
   void NotePlace();
   std::string ErrorText(int status);
 

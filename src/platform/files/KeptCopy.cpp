@@ -1,0 +1,25 @@
+#include "platform/files/KeptCopy.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kMaxCopies = 100;
+
+}  // namespace
+
+Status KeepCopy(FileSystem& files, const std::string& path, std::string_view bytes,
+                const std::string& suffix, std::string& copy) {
+  for (int i = 1; i <= kMaxCopies; ++i) {
+    copy = path + suffix + (i == 1 ? std::string() : std::to_string(i));
+    if (files.Exists(copy)) {
+      const Result<std::string> old = files.ReadWholeFile(copy);
+      if (old && *old == bytes) return {};
+      continue;
+    }
+    return files.WriteWholeFile(copy, bytes);
+  }
+  return Error{ErrorCode::AlreadyExists, "too many copies", path};
+}
+
+}  // namespace tarn

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "xml/XmlNode.h"
+
+namespace tarn {
+
+// A position in a project or application file whose content is not, or not as it was meant, in the
+// project.
+struct FileDamage {
+  std::string file;  // absolute
+  int line = 0;      // from 1; 0 for the file as a whole
+  std::string what;  // "stray text "x""
+  // It is in the tree, in some form, and a save writes it back.
+  bool isKept = false;
+
+  // "/p/demo.tapp:12: incomplete tag <Group"
+  std::string ToString() const;
+};
+
+// Collects the losses of one parse and turns those that matter in a project file into damage. Text
+// and CDATA sections are none where they belong to the owner of an option. Comments and an XML
+// declaration outside the root are no damage; they are just not written back.
+//
+// At most kMaxDamage positions of a file are listed; the last entry then says that there are more.
+class DamageCollector : public XmlLossListener {
+ public:
+  static constexpr std::size_t kMaxDamage = 100;
+
+  // `text` lives as long as the collector; only the bytes up to its first zero byte are parsed.
+  explicit DamageCollector(std::string_view text);
+
+  void OnLoss(XmlLoss loss, const char* position, std::string_view name,
+              const CXmlNode* element) override;
+
+  // A CDATA section was read.
+  bool HasCData() const { return hasCData; }
+  // The damage, in the order of the file.
+  std::vector<FileDamage> Collect(const std::string& file);
+
+ private:
+  struct Place {
+    std::size_t offset;
+    std::string what;
+    bool isKept;
+  };
+
+  std::string Describe(XmlLoss loss, std::size_t offset, std::string_view name) const;
+  std::string_view LineAt(std::size_t offset) const;
+
+  std::string_view text;
+  std::vector<Place> places;
+  bool hasCData = false;
+};
+
+}  // namespace tarn

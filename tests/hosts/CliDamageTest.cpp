@@ -1,0 +1,120 @@
+// Projects of which something was lost when they were read.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+using Json = nlohmann::json;
+using Words = std::vector<std::string>;
+
+// Text between two sources, on the second line.
+void DamageApplication(CliProject& project) {
+  std::string text = project.Read("app.tapp");
+  project.Write("app.tapp", text.insert(text.find("<C Header=\"b.c\""), "left over"));
+}
+
+constexpr const char* kNotice = "app.tapp:2: stray text \"left over\"\n";
+
+TEST(CliDamage, NothingBuildsOrChangesADamagedProjectUnlessTheUserSaysSo) {
+  CliProject project;
+  DamageApplication(project);
+  project.Write("src/d.c", "int d;\n");
+  project.Write("save.lua",
+                "tarn.SavePropertyValue('C', 'Compiler', 'Defines', 'X')\ntarn.ProjectSave()\n");
+  project.Write("build.lua", "pcall(host.build)\n");
+  const std::string bytes = project.Read("app.tapp");
+  const Words commands[] = {
+      {"build"},
+      {"rebuild"},
+      {"clean"},
+      {"add", "src/d.c"},
+      {"move", "src/a.c", "app"},
+      {"rename", "src/a.c", "first"},
+      {"remove", "src/a.c"},
+      {"select", "app"},
+      {"options", "set", "Compiler.Defines", "X"},
+      {"options", "reset", "Compiler.Defines"},
+      {"config", "add", "Other"},
+      {"config", "select", "Fast"},
+      {"run", "save.lua"},
+      {"run", "build.lua"},
+  };
+  for (const Words& words : commands) {
+    const auto answer = project.Run(words);
+    EXPECT_EQ(answer.code, 3) << words.front() << answer.out << answer.err;
+    EXPECT_TRUE(Has(answer.err, kNotice)) << answer.err;
+    EXPECT_TRUE(Has(answer.err, "--damaged-ok")) << answer.err;
+    EXPECT_EQ(answer.out, "") << words.front();
+    EXPECT_EQ(project.Read("app.tapp"), bytes) << words.front();
+  }
+  EXPECT_FALSE(project.Exists("build"));
+  EXPECT_FALSE(project.Exists("app.tapp.bak"));
+  EXPECT_EQ(project.Run({"build", "--damaged-ok"}).code, 0);
+  EXPECT_TRUE(project.Exists("build/Standard/app"));
+  EXPECT_EQ(project.Run({"run", "build.lua", "--damaged-ok"}).code, 0);
+  EXPECT_EQ(project.Run({"clean", "--damaged-ok", "-q"}).err,
+            std::string(kNotice) +
+                "tarn: The project was read only in part: the places above are damaged.\n");
+}
+
+TEST(CliDamage, LookingWorksAndNamesThePlaces) {
+  CliProject project;
+  ASSERT_EQ(project.Run({"build"}).code, 0);
+  EXPECT_EQ(Json::parse(project.Out({"tree", "--json"}))["damage"], Json::array());
+  DamageApplication(project);
+  const Words commands[] = {
+      {"status"},         {"tree"}, {"options", "list"}, {"options", "get", "Compiler.Defines"},
+      {"config", "list"}, {"log"},  {"report"},          {"export", "sarif", "-o", "x.sarif"},
+  };
+  for (Words words : commands) {
+    const auto answer = project.Run(words);
+    EXPECT_EQ(answer.code, 0) << words.front() << answer.err;
+    EXPECT_TRUE(answer.err.starts_with(kNotice)) << words.front() << answer.err;
+    if (words.front() == "export") continue;
+    words.emplace_back("--json");
+    Json document = Json::parse(project.Out(words), nullptr, false);
+    if (document.is_array()) document = document[0];
+    EXPECT_EQ(document["damage"][0]["line"], 2) << words.front() << document;
+    EXPECT_EQ(document["damage"][0]["file"], project.PathOf("app.tapp"));
+  }
+  const auto refused = project.Run({"build", "--json"});
+  EXPECT_EQ(refused.code, 3);
+  const Json document = Json::parse(refused.out, nullptr, false);
+  EXPECT_EQ(document["result"], "refused");
+  EXPECT_EQ(document["damage"][0]["text"], "stray text \"left over\"");
+}
+
+TEST(CliDamage, WhatWasNotReadIsCopiedBeforeTheFileIsWritten) {
+  CliProject project;
+  std::string text = project.Read("app.tapp");
+  text.insert(text.find("<C Header=\"c.c\""), "<?keep me?>");
+  project.Write("app.tapp", text);
+  EXPECT_EQ(project.Out({"options", "set", "Compiler.Defines", "X", "--damaged-ok"}), "");
+  EXPECT_EQ(project.Read("app.tapp.bak"), text);
+  EXPECT_EQ(project.Run({"build"}).code, 0);
+}
+
+// What is cut is named, or nothing is missing; one damaged file that is added counts as well.
+TEST(CliDamage, ACutProjectIsNeverBuilt) {
+  CliProject project;
+  const std::string bytes = project.Read("app.tapp");
+  for (std::size_t end = 0; end < bytes.size(); end += bytes.size() / 7) {
+    project.Write("app.tapp", bytes.substr(0, end));
+    const auto answer = project.Run({"build"});
+    EXPECT_EQ(answer.code, 3) << end << answer.out;
+    EXPECT_TRUE(Has(answer.err, "app.tapp:")) << answer.err;
+  }
+  project.Write("app.tapp", bytes);
+  project.Write("other.tapp", bytes.substr(0, bytes.size() - 20));
+  project.ExpectRefusal({"add", ".", "other.tapp"}, 3, "other.tapp:2: ");
+  EXPECT_FALSE(Has(project.Read("demo.tprj"), "other"));
+}
+
+}  // namespace
+}  // namespace tarn::host
