@@ -110,7 +110,8 @@ void BuildReporter::Finish(const BuildOutcome& outcome, BuildWork work,
       console.PrintLine(console.Dye(Paint::Bold, each.label) + "  " + Printable(each.infos));
     }
   }
-  std::string text = "Nothing to do";
+  const bool hasApplication = outcome.gaps.applications > 0 || outcome.toolsRun > 0;
+  std::string text = hasApplication ? "Nothing to do" : "Nothing to do: no application is built";
   if (work == BuildWork::Clean) text = "Cleaned";
   if (outcome.toolsRun > 0) text = "Built " + CountText(outcome.toolsRun, "file");
   if (GetWarnings() > 0) text += ", " + CountText(GetWarnings(), "warning");

@@ -29,6 +29,8 @@ constexpr ReasonText kReasons[] = {
     {"part-missing", "its part %1 is missing"},
     {"part-newer", "its part %1 is newer than %3"},
     {"parts-stale", "its parts will be rebuilt"},
+    {"no-tool", "has no tool; look at the option Build.TranslateTool"},
+    {"no-type", "is of a type that the configuration file doesn't define"},
     {kCommandChanged, "its command line changed since it was built"},
 };
 

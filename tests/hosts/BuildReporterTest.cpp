@@ -114,7 +114,10 @@ TEST(BuildReporter, EveryEndHasItsWord) {
     BuildWork work;
     const char* text;
   } cases[] = {
-      {{BuildEnd::Succeeded, 0, 0}, BuildWork::Build, "Nothing to do (T)\n"},
+      {{BuildEnd::Succeeded, 0, 0, {1, {}}}, BuildWork::Build, "Nothing to do (T)\n"},
+      {{BuildEnd::Succeeded, 0, 0},
+       BuildWork::Build,
+       "Nothing to do: no application is built (T)\n"},
       {{BuildEnd::Succeeded, 0, 0}, BuildWork::Clean, "Cleaned (T)\n"},
       {{BuildEnd::Failed, 0, 0}, BuildWork::Clean, "Failed (T)\n"},
       {{BuildEnd::Stopped, 0, 0}, BuildWork::Build, "Interrupted (T)\n"},

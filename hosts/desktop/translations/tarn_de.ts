@@ -311,6 +311,10 @@
         <source>Find in the pro&amp;ject...</source>
         <translation>Im &amp;Projekt suchen …</translation>
     </message>
+    <message>
+        <source>This installation isn&apos;t complete: %1</source>
+        <translation>Diese Installation ist nicht vollständig: %1</translation>
+    </message>
 </context>
 <context>
     <name>PageView</name>

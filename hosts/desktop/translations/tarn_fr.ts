@@ -311,6 +311,10 @@
         <source>Find in the pro&amp;ject...</source>
         <translation>Rechercher dans le pro&amp;jet…</translation>
     </message>
+    <message>
+        <source>This installation isn&apos;t complete: %1</source>
+        <translation>Cette installation est incomplète : %1</translation>
+    </message>
 </context>
 <context>
     <name>PageView</name>

@@ -112,8 +112,8 @@ TEST(ToolManager, EveryFailureIsAnErrorInTheMessagesAndLeavesNoRecord) {
       {"cc", kMissing, "0 avr-gcc\n2 avr-gcc was not found. Get it.\n"},
       {"cc", Ends(0), "* avr-gcc\n2 cc ended without an error, but left no file /p/o/a.o\n"},
       {"link", Ends(1), "0 ld\n2 ld ended with exit code 1\n"},
-      {"nothing", {}, "2 there is no tool with the name nothing\n"},
-      {"/x/none", {}, "2 there is no tool with the name /x/none\n"},
+      {"nothing", {}, "2 there is no tool with the name nothing in /app/config/tools\n"},
+      {"/x/none", {}, "2 there is no tool with the name /x/none in /app/config/tools\n"},
   };
   for (const auto& row : rows) {
     ToolManagerFixture tools(kDefinitions);
