@@ -60,10 +60,15 @@ void DefinitionReader::Report(std::string_view what) {
             place.empty() ? std::string(what) : place + ": " + std::string(what));
 }
 
+void DefinitionReader::ReportLoss(const std::string& path, const std::string& what) {
+  ReportFor(path, what);
+  if (lostFile.empty()) lostFile = path + ": " + what;
+}
+
 bool DefinitionReader::ReadFile(const std::string& path) {
   const Result<std::string> text = files.ReadWholeFile(path);
   if (!text) {
-    ReportFor(path, "can't be read: " + text.GetError().text);
+    ReportLoss(path, "can't be read: " + text.GetError().text);
     return false;
   }
   ReadText(*text, path);
@@ -75,8 +80,8 @@ void DefinitionReader::ReadText(const std::string& text, const std::string& path
   CXmlNode root;
   CXmlParseInfo parseInfo;
   if (root.Load(text, parseInfo) == nullptr) {
-    Report(parseInfo.errorText.empty() ? "the text breaks off or holds no element"
-                                       : "the text is damaged: " + parseInfo.errorText);
+    ReportLoss(path, parseInfo.errorText.empty() ? "the text breaks off or holds no element"
+                                                 : "the text is damaged: " + parseInfo.errorText);
     DropLastProperty(root);
   }
   if (root.NameView() == "OptionSets") {

@@ -30,6 +30,9 @@ class DefinitionReader {
 
   // One line for each fault, "file: what".
   const std::vector<std::string>& Errors() const { return errors; }
+  // The first fault that lost a file or what follows in it, like a line of Errors; empty if there
+  // is none.
+  const std::string& LostFile() const { return lostFile; }
 
  private:
   void ReadSets(const CXmlNode& node);
@@ -45,6 +48,7 @@ class DefinitionReader {
   void CheckDefault(const std::string& set, PropertyDefinition& property);
   void CheckAttributes(const CXmlNode& node, std::string_view known);
   void Report(std::string_view what);
+  void ReportLoss(const std::string& path, const std::string& what);
   void ReportFor(const std::string& path, std::string_view what);
 
   FileSystem& files;
@@ -53,6 +57,7 @@ class DefinitionReader {
   std::string place;               // what is being read, for messages
   std::size_t filesRead = 0;
   std::vector<std::string> errors;
+  std::string lostFile;
 };
 
 }  // namespace tarn::options

@@ -99,6 +99,8 @@ class Definitions {
   void Clear();
 
   const std::vector<std::unique_ptr<SetDefinition>>& Sets() const { return sets; }
+  // True if no property is defined. Holds after Index.
+  bool IsEmpty() const { return definedKeys.empty(); }
 
   // The definition that counts for a property of a set, or null.
   const PropertyDefinition* Find(SetId set, PropertyId property) const;

@@ -89,6 +89,7 @@ bool PropertyManager::ReadAllDefinitions() {
   reader.CheckDefaults();
   definitions.Index();
   definitionErrors = reader.Errors();
+  lostDefinitions = reader.LostFile();
   return lastIsRead;
 }
 
@@ -101,6 +102,11 @@ std::string PropertyManager::ListProperties(const char* set) {
 
 std::string PropertyManager::GetDefinitionErrors() {
   return Lines(definitionErrors) + Lines(valueErrors);
+}
+
+std::string PropertyManager::GetDefinitionProblem() {
+  if (!lostDefinitions.empty() || !definitions.IsEmpty()) return lostDefinitions;
+  return lastDefinitionFile + ": no options are defined";
 }
 
 std::string PropertyManager::CheckValue(const char* set, const char* section, const char* property,

@@ -39,6 +39,9 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   std::int32_t ReadDefsFromFile(const char* set, const char* file);
   std::string ListProperties(const char* set);
   std::string GetDefinitionErrors();
+  // Why what the definitions yield can't be relied on: the first file that is missing or damaged,
+  // or that nothing is defined at all. Empty if all files were read.
+  std::string GetDefinitionProblem();
   std::string CheckValue(const char* set, const char* section, const char* property,
                          const char* value);
 
@@ -110,6 +113,7 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   std::vector<std::string> definitionFiles;  // that ReadDefsFromFile named
   std::string lastDefinitionFile;
   std::vector<std::string> definitionErrors;
+  std::string lostDefinitions;
   std::vector<std::string> valueErrors;  // circles that were met, each told once
 
   std::string configurationsText;

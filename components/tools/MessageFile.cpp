@@ -19,16 +19,15 @@ constexpr std::array<Look, 4> kLooks{{{"0", ""}, {"2", "1"}, {"1", "2"}, {"5", "
 
 std::string Attributes(const ToolMessage& message) {
   const Look& look = kLooks[static_cast<std::size_t>(message.severity)];
-  const bool isReported =
+  const bool isProblem =
       message.severity == Severity::Error || message.severity == Severity::Warning;
   std::string text;
   // Only a line without an icon leads to its file when it is neither an error nor a warning.
   const bool isPlainPlace = message.severity == Severity::Plain && !message.file.empty();
   if (!isPlainPlace) text += XmlAttribute("Icon", look.icon);
-  if (isReported) {
-    text += XmlAttribute("ShowInReport", "yes");
-    text += XmlAttribute("Contain", EncodeStrict(message.content));
-  }
+  if (isProblem || message.isReported) text += XmlAttribute("ShowInReport", "yes");
+  if (isProblem) text += XmlAttribute("Contain", EncodeStrict(message.content));
+  if (message.count != 1) text += XmlAttribute("Count", std::to_string(message.count));
   text += XmlAttribute("Description", EncodeStrict(message.text));
   text += XmlPathAttribute("File", message.file);
   return text + XmlAttribute("Line", message.line);

@@ -1,34 +1,66 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "components/tools/ToolMessage.h"
 
 namespace tarn::tools {
 
-// Collects the messages of one run. Beyond kMaxMessages keeps only errors, kMaxLateErrors of them,
-// and counts the rest, so that a tool that never stops talking fills no memory and still says why
-// it failed.
+// Collects the messages of one run in bounded memory, whatever a tool prints. Plain lines are
+// dropped first: the first kHeadLines and the last kTailLines of them are retained, and a message
+// between the two says how many are missing. Errors and warnings are retained up to kMaxProblems of
+// each kind, wherever they come; a message for each kind stands for those beyond that, so that
+// their number is never lost.
 class MessageLog {
  public:
-  static constexpr std::size_t kMaxMessages = 20000;
-  static constexpr std::size_t kMaxLateErrors = 1000;
+  static constexpr std::size_t kHeadLines = 19000;
+  static constexpr std::size_t kTailLines = 1000;
+  static constexpr std::size_t kMaxProblems = 20000;
+  // Lines that the report shows of a step that fails without an error message of its own.
+  static constexpr std::size_t kReportedLines = 20;
 
   void Add(ToolMessage message);
   void AddPlain(std::string_view text);
   void AddError(std::string_view text);
 
-  bool HasErrors() const { return errorCount > 0; }
-  std::size_t ErrorCount() const { return errorCount; }
-  // All messages, with a last one that tells how many are missing.
+  bool HasErrors() const { return ErrorCount() > 0; }
+  std::size_t ErrorCount() const { return errors_.count + errors_.dropped; }
+  // The number of messages so far; identifies the place of the next one for ReportLastLines.
+  std::size_t GetPosition() const { return position_; }
+  // Marks the plain lines among the last kReportedLines messages for the report, none of them
+  // before `start`.
+  void ReportLastLines(std::size_t start);
+  // Returns all messages in their order and empties the log.
   ToolMessages Take();
 
  private:
-  ToolMessages messages;
-  std::size_t errorCount = 0;
-  std::size_t missing = 0;
+  struct Entry {
+    ToolMessage message;
+    std::size_t position = 0;
+  };
+  // The share of one kind of messages.
+  struct Share {
+    std::size_t count = 0;  // retained
+    std::size_t bytes = 0;
+    std::size_t dropped = 0;
+    bool TakesIn(const ToolMessage& message, std::size_t maxCount);
+  };
+
+  void AddToTail(Entry entry);
+  void AppendDropped(ToolMessages& messages) const;
+
+  std::vector<Entry> entries_;  // the first plain lines and all problems
+  std::deque<Entry> tail_;      // the last plain lines
+  std::size_t tailBytes_ = 0;
+  Share head_;  // its `dropped` counts lines that left the tail
+  bool isHeadFull_ = false;
+  Share errors_;
+  Share warnings_;
+  std::size_t position_ = 0;
 };
 
 }  // namespace tarn::tools

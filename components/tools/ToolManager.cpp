@@ -78,6 +78,8 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::GetDefinitionErrors>("GetDefinitionErrors", 106, {}),
       Method<&ToolManager::GetCommandHash>("GetCommandHash", 110, {"tool", "files", "options"}),
       Method<&ToolManager::GetToolFingerprint>("GetToolFingerprint", 111, {"tool"}),
+      Method<&ToolManager::GetDefinitionProblem>("GetDefinitionProblem", 120, {}),
+      Method<&ToolManager::HasTool>("HasTool", 121, {"tool"}),
   });
   return table;
 }
@@ -114,7 +116,7 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   if (!definition) {
     TellFrame(kMsgToolStarted, StartText(toolName, files, {}), 0);
     MessageLog log;
-    log.AddError("there is no tool with the name " + toolName);
+    log.AddError("there is no tool with the name " + toolName + " in " + Tools()->Folder());
     messages = log.Take();
     return false;
   }
@@ -213,6 +215,14 @@ std::string ToolManager::MissingProgram(const char* tool) {
 
 std::string ToolManager::ListTools() {
   return Tools()->ListText();
+}
+
+std::string ToolManager::GetDefinitionProblem() {
+  return Tools()->Problem();
+}
+
+std::int32_t ToolManager::HasTool(const char* tool) {
+  return FindTool(TextOf(tool)) == nullptr ? 0 : 1;
 }
 
 std::string ToolManager::GetDefinitionErrors() {

@@ -62,6 +62,10 @@ class ToolManager : public DispatchObject<ToolManager> {
   std::string ListTools();
   // One line for each thing that was wrong with the definitions.
   std::string GetDefinitionErrors();
+  // Why tools may be missing; empty if there is no reason.
+  std::string GetDefinitionProblem();
+  // 1 if the tool is defined, or is the path of a program.
+  std::int32_t HasTool(const char* tool);
 
  private:
   std::shared_ptr<const ToolSet> Tools();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -12,10 +13,12 @@ enum class Severity { Plain, Error, Warning, Heading };
 // One line of a tool's output, or one line of this component about a tool.
 struct ToolMessage {
   Severity severity = Severity::Plain;
-  std::string text;     // the line as it is shown
-  std::string content;  // the bare message, for errors and warnings
-  std::string file;     // absolute, or empty
-  std::string line;     // decimal, or empty
+  std::string text;         // the line as it is shown
+  std::string content;      // the bare message, for errors and warnings
+  std::string file;         // absolute, or empty
+  std::string line;         // decimal, or empty
+  bool isReported = false;  // a plain line that the report shows too
+  std::size_t count = 1;    // of errors or warnings that this one stands for
 };
 
 using ToolMessages = std::vector<ToolMessage>;

@@ -1,6 +1,7 @@
 #include "components/tools/ToolRun.h"
 
 #include <algorithm>
+#include <deque>
 #include <unordered_set>
 
 #include "components/tools/CommandHash.h"
@@ -98,7 +99,9 @@ bool ToolRun::WriteResponseFile(const ToolCommand& command, ProcessRequest& requ
 }
 
 bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& request) {
-  const std::size_t errorsBefore = log.ErrorCount();
+  errorsBefore = log.ErrorCount();
+  stepStart = log.GetPosition();
+  capturedBefore = captured.size();
   auto started = world.launcher->Start(request);
   if (!started) {
     TellStartFailure(command, started.GetError());
@@ -109,7 +112,7 @@ bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& reque
     const RunningTool entry(running, **started);
     ReadOutput(command, **started, exit);
   }
-  return Judge(command, exit, errorsBefore);
+  return Judge(command, exit);
 }
 
 void ToolRun::ReadOutput(const ToolCommand& command, Process& process, ProcessExit& exit) {
@@ -135,7 +138,7 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
   log.Add(std::move(message));
 }
 
-bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit, std::size_t errorsBefore) {
+bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit) {
   if (running.IsStopping()) return log.AddPlain("stopped"), false;
   if (exit.code == 0 && !exit.signalled) return true;
   const std::string reason = exit.signalled
@@ -143,7 +146,23 @@ bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit, std::si
                                  : "ended with exit code " + std::to_string(exit.code);
   // What the tool said itself is enough, unless it said nothing that the report would show.
   if (log.ErrorCount() > errorsBefore && !exit.signalled) return false;
+  if (!command.rule->isOptional) ReportLastLines();
   return Fail(command, reason);
+}
+
+// A step that fails without an error message of its own is explained by what it said last.
+void ToolRun::ReportLastLines() {
+  if (log.ErrorCount() > errorsBefore) return;
+  LineAssembler lines;
+  std::deque<std::string> last;
+  const auto onLine = [&](std::string_view line) {
+    if (std::string clean = CleanLine(line); !clean.empty()) last.push_back(std::move(clean));
+    if (last.size() > MessageLog::kReportedLines) last.pop_front();
+  };
+  lines.Add(std::string_view(captured).substr(std::min(capturedBefore, captured.size())), onLine);
+  lines.Finish(onLine);
+  for (const std::string& line : last) log.AddPlain(line);
+  log.ReportLastLines(stepStart);
 }
 
 bool ToolRun::Fail(const ToolCommand& command, const std::string& reason) {
@@ -171,6 +190,7 @@ bool ToolRun::CollectRecord() {
   if (plan.output.empty()) return true;
   const auto status = world.files->Examine(plan.output);
   if (!status) {
+    if (!log.HasErrors()) log.ReportLastLines(0);
     log.AddError(tool.name + " ended without an error, but left no file " + plan.output);
     return false;
   }

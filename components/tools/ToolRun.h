@@ -37,7 +37,8 @@ class ToolRun {
                          std::string& response);
   bool RunProcess(const ToolCommand& command, const ProcessRequest& request);
   void ReadOutput(const ToolCommand& command, Process& process, ProcessExit& exit);
-  bool Judge(const ToolCommand& command, const ProcessExit& exit, std::size_t errorsBefore);
+  bool Judge(const ToolCommand& command, const ProcessExit& exit);
+  void ReportLastLines();
   bool Fail(const ToolCommand& command, const std::string& reason);
   void TellStartFailure(const ToolCommand& command, const Error& error);
   bool CollectRecord();
@@ -54,6 +55,10 @@ class ToolRun {
   ToolPlan plan;
   MessageLog log;
   std::string captured;
+  // As they were before the step that runs, or ran last.
+  std::size_t errorsBefore = 0;
+  std::size_t stepStart = 0;  // its place in `log`
+  std::size_t capturedBefore = 0;
   std::optional<BuildRecord> record;
 };
 

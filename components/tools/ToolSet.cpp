@@ -21,9 +21,10 @@ std::string ToolElement(const ToolDefinition& tool, std::string_view children) {
 
 std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::string& folder) {
   auto set = std::make_unique<ToolSet>();
+  set->folder = folder;
   const auto entries = files.ListFolder(folder);
   if (!entries) {
-    set->errors.push_back(folder + ": " + entries.GetError().text);
+    set->ReportLoss(folder + ": " + entries.GetError().text);
     return set;
   }
   std::vector<DefinitionFile> definitions;
@@ -33,7 +34,7 @@ std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::strin
     if (text) {
       definitions.push_back({entry.name, std::move(*text)});
     } else {
-      set->errors.push_back(entry.name + ": " + text.GetError().text);
+      set->ReportLoss(entry.name + ": " + text.GetError().text);
     }
   }
   ReadDefinitions read = ReadDefinitionFiles(definitions);
@@ -41,7 +42,13 @@ std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::strin
   set->messages = std::move(read.messages);
   for (auto& tool : read.tools) set->Take(std::move(tool));
   set->PrepareLists();
+  if (set->tools.empty() && set->problem.empty()) set->problem = folder + ": no tools are defined";
   return set;
+}
+
+void ToolSet::ReportLoss(const std::string& error) {
+  errors.push_back(error);
+  if (problem.empty()) problem = error;
 }
 
 void ToolSet::Take(std::unique_ptr<ToolDefinition> tool) {

@@ -29,18 +29,26 @@ class ToolSet {
   // The element that describes all tools.
   std::string ListText() const;
   const std::vector<std::string>& Errors() const { return errors; }
+  // Why tools may be missing: the folder or a file that can't be read, or a folder without a tool.
+  // Empty if there is no reason.
+  const std::string& Problem() const { return problem; }
+  // The folder that the tools come from.
+  const std::string& Folder() const { return folder; }
 
   static constexpr std::size_t kMaxListed = 20;  // as many as there are commands for them
 
  private:
   void Take(std::unique_ptr<ToolDefinition> tool);
   void PrepareLists();
+  void ReportLoss(const std::string& error);
 
   std::vector<std::unique_ptr<ToolDefinition>> tools;
   NamedMessageRules messages;
   std::map<std::string, const ToolDefinition*, std::less<>> byName;  // in small letters
   std::map<std::string, std::string, std::less<>> listsByExtension;  // ready-made elements
   std::vector<std::string> errors;
+  std::string problem;
+  std::string folder;
 };
 
 }  // namespace tarn::tools

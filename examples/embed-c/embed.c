@@ -22,6 +22,7 @@ typedef struct Host {
   const TarnAutomation* tarn;
   TarnObject* manager;
   TarnObject* tools;
+  TarnObject* inspector;
   int hasWorkerEnded;
   int hasSucceeded;
 } Host;
@@ -38,6 +39,21 @@ static int32_t CallLong(const Host* host, TarnObject* object, const char* method
   if (result.kind == TARN_LONG) number = result.as.number;
   host->tarn->ClearVariant(&result);
   return number;
+}
+
+// Whether a method of the inspector that names what is wrong answers with an empty text; else the
+// answer goes to stderr.
+static int HasNoProblem(const Host* host, const char* method) {
+  TarnVariant result;
+  int isEmpty = 0;
+  if (host->tarn->InvokeByName(host->inspector, method, NULL, 0, &result) != TARN_OK) {
+    fprintf(stderr, "%s: %s\n", method, host->tarn->LastError()->text);
+    return 0;
+  }
+  isEmpty = result.kind == TARN_TEXT && result.as.text.data[0] == '\0';
+  if (!isEmpty && result.kind == TARN_TEXT) fprintf(stderr, "embed-c: %s\n", result.as.text.data);
+  host->tarn->ClearVariant(&result);
+  return isEmpty;
 }
 
 static int32_t CallWithNumber(const Host* host, const char* method, int32_t number) {
@@ -86,12 +102,15 @@ static int32_t HasWorkerEnded(void* context) {
   return ((Host*)context)->hasWorkerEnded;
 }
 
-// Makes the server and a tool manager, and brings the two together.
+// Makes the server and a tool manager, brings the two together, and makes sure that the
+// installation is whole: with a part of it missing every project would seem to be built.
 static int Start(Host* host, int32_t window, const char* applicationPath) {
   TarnVariant init[3];
   TarnVariant tools;
+  TarnVariant manager;
   if (host->tarn->CreateObject(TARN_PROJECT_MANAGER, &host->manager) != TARN_OK ||
-      host->tarn->CreateObject(TARN_TOOL_MANAGER, &host->tools) != TARN_OK) {
+      host->tarn->CreateObject(TARN_TOOL_MANAGER, &host->tools) != TARN_OK ||
+      host->tarn->CreateObject(TARN_PROJECT_INSPECTOR, &host->inspector) != TARN_OK) {
     fprintf(stderr, "embed-c: %s\n", host->tarn->LastError()->text);
     return 0;
   }
@@ -99,12 +118,17 @@ static int Start(Host* host, int32_t window, const char* applicationPath) {
   init[1] = TarnText(NULL);
   init[2] = TarnLong(window);
   if (CallLong(host, host->manager, "Init", init, 3) == 0) {
-    fprintf(stderr, "embed-c: the data of the installation isn't there\n");
+    fprintf(stderr, "embed-c: the installation isn't complete\n");
     return 0;
   }
-  CallLong(host, host->tools, "InitTools", init, 3);
+  if (CallLong(host, host->tools, "InitTools", init, 3) == 0) return 0;
   tools = TarnObjectOf(host->tools);
-  return host->tarn->Invoke(host->manager, kMethodInitToolManager, &tools, 1, NULL) == TARN_OK;
+  if (host->tarn->Invoke(host->manager, kMethodInitToolManager, &tools, 1, NULL) != TARN_OK) {
+    return 0;
+  }
+  manager = TarnObjectOf(host->manager);
+  return CallLong(host, host->inspector, "Attach", &manager, 1) != 0 &&
+         HasNoProblem(host, "GetInstallationProblem");
 }
 
 // The object that others of this process find is the one that was made.
@@ -119,12 +143,7 @@ static int FindsItself(const Host* host) {
 
 // Makes the options of every node known now; else that happens in front of a build.
 static void PublishAll(const Host* host) {
-  const TarnVariant manager = TarnObjectOf(host->manager);
-  TarnObject* inspector = NULL;
-  if (host->tarn->CreateObject(TARN_PROJECT_INSPECTOR, &inspector) != TARN_OK) return;
-  CallLong(host, inspector, "Attach", &manager, 1);
-  CallLong(host, inspector, "PublishAll", NULL, 0);
-  host->tarn->Release(inspector);
+  CallLong(host, host->inspector, "PublishAll", NULL, 0);
 }
 
 static void ShowApplication(const Host* host) {
@@ -172,7 +191,8 @@ static int Work(Host* host, const char* project) {
   PublishAll(host);
   ShowApplication(host);
   ShowError(host);
-  isBuilt = Build(host);
+  // A build passes over what nothing says how to build.
+  isBuilt = Build(host) && HasNoProblem(host, "GetBuildProblem");
   printf("built: %s\n", isBuilt ? "yes" : "no");
   return isBuilt;
 }
@@ -197,6 +217,7 @@ int main(int argc, char** argv) {
     isDone = Work(&host, argv[1]);
     CallLong(&host, host.manager, "Clean", NULL, 0);
   }
+  host.tarn->Release(host.inspector);
   // The manager uses the tools to its end, and tells the window of it.
   host.tarn->Release(host.manager);
   host.tarn->Release(host.tools);

@@ -26,6 +26,27 @@ int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome) {
   return kExitToolMissing;
 }
 
+std::string GapText(CommandContext& context, const BuildGap& gap) {
+  return DescribeGap(gap, [&context](const std::string& path) { return context.Show(path); });
+}
+
+nlohmann::json ToJson(CommandContext& context, const BuildGap& gap) {
+  return {{"application", gap.application},
+          {"label", gap.label},
+          {"path", gap.path},
+          {"reason", gap.reason},
+          {"text", GapText(context, gap)},
+          {"severity", gap.isFatal ? "error" : "warning"}};
+}
+
+// What the build has left out; a warning unless an application is missing for it.
+void ComplainOfGaps(CommandContext& context, const BuildOutcome& outcome) {
+  for (const BuildGap& gap : outcome.gaps.gaps) {
+    const std::string text = GapText(context, gap);
+    gap.isFatal ? context.Complain(text) : context.Remark("warning: " + text);
+  }
+}
+
 void PrintOutcome(CommandContext& context, const BuildOutcome& outcome,
                   const BuildReporter& reporter, const std::vector<ApplicationSummary>& summaries,
                   int exitCode) {
@@ -33,6 +54,8 @@ void PrintOutcome(CommandContext& context, const BuildOutcome& outcome,
   for (const ApplicationSummary& each : summaries) {
     applications.push_back({{"name", each.label}, {"size", each.infos}});
   }
+  nlohmann::json gaps = nlohmann::json::array();
+  for (const BuildGap& each : outcome.gaps.gaps) gaps.push_back(ToJson(context, each));
   PrintJson(context, {{"result", WordOf(outcome.end)},
                       {"exitCode", exitCode},
                       {"toolsRun", outcome.toolsRun},
@@ -41,6 +64,7 @@ void PrintOutcome(CommandContext& context, const BuildOutcome& outcome,
                       {"warnings", reporter.GetWarnings()},
                       {"milliseconds", reporter.GetElapsed().count()},
                       {"applications", applications},
+                      {"notBuilt", gaps},
                       {"diagnostics", ToJson(reporter.GetDiagnostics())}});
 }
 
@@ -101,6 +125,7 @@ int RunBuild(CommandContext& context) {
   if (!session.GetStateProblem().empty()) {
     context.Remark("The state of this build couldn't be kept: " + session.GetStateProblem());
   }
+  ComplainOfGaps(context, outcome);
   const int exitCode = ExitCodeOf(context, outcome);
   if (asked.json) PrintOutcome(context, outcome, reporter, summaries, exitCode);
   return exitCode;

@@ -9,6 +9,17 @@ namespace {
 
 constexpr std::int32_t kProgressTimer = 1;
 constexpr std::chrono::milliseconds kProgressPeriod(200);
+// Lines of a tool that failed; more of them would hide what matters.
+constexpr std::size_t kMostLines = 100;
+
+bool IsProblem(const LogEntry& entry) {
+  return entry.kind == LogKind::Error || entry.kind == LogKind::Warning;
+}
+
+// Belongs to a problem: a note with a place, or the source lines that a compiler shows.
+bool IsContext(const LogEntry& entry) {
+  return !entry.file.empty() || entry.text.starts_with(" ");
+}
 
 }  // namespace
 
@@ -39,25 +50,35 @@ void BuildReporter::OnToolStarted(const ToolStart& start) {
 
 void BuildReporter::OnToolEnded(bool success, const std::vector<LogEntry>& messages) {
   progress.OnToolEnded(success, messages);
-  bool isFirst = true;
-  for (const LogEntry& entry : messages) {
-    const bool isDiagnostic = entry.kind == LogKind::Error || entry.kind == LogKind::Warning;
-    if (isDiagnostic) diagnostics.push_back(entry);
-    if (IsWanted(entry, success, isFirst)) {
+  std::size_t skipped = 0;
+  for (std::size_t i = 0; i < messages.size(); ++i) {
+    const LogEntry& entry = messages[i];
+    if (IsProblem(entry)) diagnostics.push_back(entry);
+    const bool isLate = messages.size() - i <= kMostLines;
+    if (IsWanted(entry, i == 0, !success && isLate)) {
+      PrintSkipped(skipped);
       console.PrintLine(DisplayEntry(entry, folder, console));
+    } else if (!success && i > 0) {
+      ++skipped;
     }
-    isFirst = false;
   }
 }
 
-// A tool's own lines count where they belong to something that went wrong: notes with a place, the
-// source lines that a compiler shows below its message, and everything of a tool that failed. The
-// first line is the command.
-bool BuildReporter::IsWanted(const LogEntry& entry, bool success, bool isFirst) const {
+// Says in place of the lines of a tool that failed where they are.
+void BuildReporter::PrintSkipped(std::size_t& count) {
+  if (count == 0 || detail == ReportDetail::Nothing) return;
+  console.PrintLine("(" + CountText(static_cast<int>(count), "line") +
+                    " left out, see `tarn log`)");
+  count = 0;
+}
+
+// A tool's plain lines are shown if they belong to something that went wrong: context of a problem,
+// and the last lines of a tool that failed. The first line is the command.
+bool BuildReporter::IsWanted(const LogEntry& entry, bool isFirst, bool isEndOfFailed) const {
   if (detail == ReportDetail::Nothing) return false;
   if (detail == ReportDetail::Everything || entry.kind != LogKind::Plain) return true;
   if (isFirst) return false;
-  return !success || !entry.file.empty() || entry.text.starts_with(" ");
+  return isEndOfFailed || IsContext(entry);
 }
 
 BuildOutcome BuildReporter::Watch(BuildSession& session, const BuildRequest& request) {
@@ -89,7 +110,8 @@ void BuildReporter::Finish(const BuildOutcome& outcome, BuildWork work,
       console.PrintLine(console.Dye(Paint::Bold, each.label) + "  " + Printable(each.infos));
     }
   }
-  std::string text = "Nothing to do";
+  const bool hasApplication = outcome.gaps.applications > 0 || outcome.toolsRun > 0;
+  std::string text = hasApplication ? "Nothing to do" : "Nothing to do: no application is built";
   if (work == BuildWork::Clean) text = "Cleaned";
   if (outcome.toolsRun > 0) text = "Built " + CountText(outcome.toolsRun, "file");
   if (GetWarnings() > 0) text += ", " + CountText(GetWarnings(), "warning");

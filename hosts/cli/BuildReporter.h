@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -42,7 +43,8 @@ class BuildReporter : public BuildObserver {
   std::chrono::milliseconds GetElapsed() const { return progress.GetElapsed(); }
 
  private:
-  bool IsWanted(const LogEntry& entry, bool success, bool isFirst) const;
+  bool IsWanted(const LogEntry& entry, bool isFirst, bool isEndOfFailed) const;
+  void PrintSkipped(std::size_t& count);
   std::string FailureText(const BuildOutcome& outcome, BuildWork work) const;
 
   Console& console;

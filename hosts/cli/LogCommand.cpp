@@ -31,11 +31,14 @@ const char* WordOf(LogKind kind) {
 }
 
 nlohmann::json ToJson(const LogEntry& entry) {
-  return {{"kind", WordOf(entry.kind)},
-          {"file", entry.file},
-          {"line", entry.line},
-          {"message", entry.message},
-          {"text", entry.text}};
+  nlohmann::json object = {{"kind", WordOf(entry.kind)},
+                           {"file", entry.file},
+                           {"line", entry.line},
+                           {"message", entry.message},
+                           {"text", entry.text}};
+  if (entry.count > 1) object["count"] = entry.count;
+  if (!entry.lastLines.empty()) object["lastLines"] = entry.lastLines;
+  return object;
 }
 
 void PrintEntry(CommandContext& context, const LogEntry& entry) {

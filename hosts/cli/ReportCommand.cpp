@@ -18,8 +18,12 @@ std::vector<ReportRow> RowsOf(const std::string& xml) {
   std::vector<ReportRow> rows;
   const auto report = ParseXml(xml);
   if (report == nullptr) return rows;
+  std::vector<LogEntry> entries;
+  for (const CXmlNode* row : report->GetChildren()) entries.push_back(ReportRowToLogEntry(*row));
+  AttachLastLines(entries);
+  auto entry = entries.begin();
   for (const CXmlNode* row : report->GetChildren()) {
-    rows.push_back({ReportRowToLogEntry(*row), DecodeStrict(AttributeOf(row, "Help"))});
+    rows.push_back({std::move(*entry++), DecodeStrict(AttributeOf(row, "Help"))});
   }
   return rows;
 }
@@ -44,11 +48,21 @@ bool IsWanted(const ReportRow& row, const Invocation& asked) {
 }
 
 nlohmann::json ToJson(const ReportRow& row) {
-  return {{"severity", SeverityOf(row)},
-          {"file", row.entry.file},
-          {"line", row.entry.line},
-          {"text", row.entry.text},
-          {"help", row.help}};
+  nlohmann::json object = {{"severity", SeverityOf(row)},
+                           {"file", row.entry.file},
+                           {"line", row.entry.line},
+                           {"text", row.entry.text},
+                           {"help", row.help}};
+  if (!row.entry.lastLines.empty()) object["lastLines"] = row.entry.lastLines;
+  return object;
+}
+
+// Without a filter the last lines of a tool are rows themselves.
+void PrintRow(CommandContext& context, const ReportRow& row, bool isFiltered) {
+  if (isFiltered) {
+    for (const std::string& line : row.entry.lastLines) context.Out().PrintLine(Printable(line));
+  }
+  context.Out().PrintLine(DisplayEntry(row.entry, context.StartFolder(), context.Out()));
 }
 
 }  // namespace
@@ -75,7 +89,7 @@ int RunReport(CommandContext& context) {
     if (asked.json) {
       document.push_back(ToJson(row));
     } else {
-      context.Out().PrintLine(DisplayEntry(row.entry, context.StartFolder(), context.Out()));
+      PrintRow(context, row, isFiltered);
     }
   }
   if (asked.json) PrintJson(context, document);

@@ -327,6 +327,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
 void CommandRunner::FinishBuild(BuildEnd end) {
   if (building == 0 || isFinishing) return;
   isFinishing = true;
+  if (end == BuildEnd::Succeeded && !JudgeGaps()) end = BuildEnd::Failed;
   if (isUnkept) {
     session.Manager().EpilogCommand(building);
     session.KeepLog();
@@ -340,6 +341,16 @@ void CommandRunner::FinishBuild(BuildEnd end) {
     session.TakeLogLines();  // the log window has shown them
     TellEnd(end);
   });
+}
+
+// A build that succeeded has built everything, or the log says what it left out. False if an
+// application can't be built.
+bool CommandRunner::JudgeGaps() {
+  const bool isApplication = building == kCmdBuildApplication;
+  if (isCleaning || !session.HasProject() || (!isApplication && !IsOfProject(building)))
+    return true;
+  return session.ReportGaps(
+      session.FindGaps(isApplication ? session.Manager().GetSelectedApplication() : ""));
 }
 
 // The tree that they belong to goes.

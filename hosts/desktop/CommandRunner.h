@@ -96,6 +96,7 @@ class CommandRunner : public QObject {
   BuildOutcome WaitFor(const std::function<void()>& start);
   void TakeOver();
   void FinishBuild(BuildEnd end);
+  bool JudgeGaps();
   void KeepResults();
   void TellEnd(BuildEnd end);
   void ServePosted();

@@ -220,7 +220,10 @@ void IdeWindow::AnswerMessages() {
 
 bool IdeWindow::Start() {
   if (const Status started = session->Start(); !started) {
-    QMessageBox::critical(this, tr("Tarn"), ToQt(started.GetError().text));
+    QMessageBox::critical(
+        this, tr("Tarn"),
+        tr("This installation isn't complete: %1")
+            .arg(ToQt(started.GetError().place + ": " + started.GetError().text)));
     return false;
   }
   // Behind the server's menus.

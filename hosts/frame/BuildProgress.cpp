@@ -25,8 +25,8 @@ void BuildProgress::OnToolStarted(const ToolStart& start) {
 
 void BuildProgress::OnToolEnded(bool, const std::vector<LogEntry>& messages) {
   for (const LogEntry& entry : messages) {
-    errors += entry.kind == LogKind::Error ? 1 : 0;
-    warnings += entry.kind == LogKind::Warning ? 1 : 0;
+    errors += entry.kind == LogKind::Error ? entry.count : 0;
+    warnings += entry.kind == LogKind::Warning ? entry.count : 0;
   }
 }
 

@@ -43,6 +43,20 @@ Status Attach(COleDispatchDriver& driver, const char* classId) {
   return {};
 }
 
+// A line "place: text".
+Error ToError(const std::string& line) {
+  const std::size_t end = line.find(": ");
+  if (end == std::string::npos) return {ErrorCode::NotFound, line, {}};
+  return {ErrorCode::NotFound, line.substr(end + 2), line.substr(0, end)};
+}
+
+// How the last call went.
+Status StatusOf(const COleDispatchDriver& driver, const char* classId) {
+  const DispatchResult last = driver.LastResult();
+  if (last || last.status == DispatchStatus::WrongType) return {};
+  return Error{ErrorCode::NotFound, last.text, classId};
+}
+
 std::vector<std::string> SplitLines(const std::string& text) {
   std::vector<std::string> lines;
   for (const std::string_view line : Split(text, '\n')) {
@@ -120,17 +134,30 @@ void BuildSession::AnswerMessages() {
 Status BuildSession::Start() {
   if (const Status made = files.CreateFolders(folders.data); !made) return made;
   if (const Status attached = Attach(manager, kManagerClass); !attached) return attached;
+  logLines.clear();
   if (manager.Init(folders.application, folders.data, frame.GetHandle()) == 0) {
+    // Without a line it is the configuration file.
+    if (!logLines.empty()) return ToError(TakeLogLines().front());
     return Error{ErrorCode::NotFound, "the configuration file is missing or damaged",
                  folders.ConfigFile(files)};
   }
   // Where nothing was installed to start it from. Without it there is just no project in between.
   (void)WriteStandInProject(files, folders.data, FileNameOf(folders.data));
+  if (Status attached = AttachComponents(); !attached) return attached;
+  const std::string problem = inspector.GetInstallationProblem();
+  return problem.empty() ? Status() : ToError(problem);
+}
+
+Status BuildSession::AttachComponents() {
   if (const Status attached = Attach(tools, kToolsClass); !attached) return attached;
   tools.InitTools(folders.application, folders.data, frame.GetHandle());
+  if (const Status called = StatusOf(tools, kToolsClass); !called) return called;
   manager.InitToolManager(tools.GetDispatch());
+  if (const Status called = StatusOf(manager, kManagerClass); !called) return called;
   if (const Status attached = Attach(inspector, kInspectorClass); !attached) return attached;
-  inspector.Attach(manager.GetDispatch());
+  if (inspector.Attach(manager.GetDispatch()) == 0) {
+    return Error{ErrorCode::NotFound, "it belongs to another server", kInspectorClass};
+  }
   options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
   inspector.ProtectDamaged(!acceptsAllDamage);
   return {};
@@ -221,6 +248,7 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
     const bool isDone = RunCommand(SelectCommand(request));
     if (!isDone && !stopRequested) ServePostedCommands();
     isRunning = false;
+    JudgeGaps(request);
     EndWork();
   }
   if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
@@ -324,6 +352,25 @@ void BuildSession::WaitForWorker() {
     manager.Command(kCmdStop);
     tools.StopTools();
   }
+}
+
+// A build that succeeded has built everything, or says what it left out.
+void BuildSession::JudgeGaps(const BuildRequest& request) {
+  const bool hasEnded = outcome.end == BuildEnd::Succeeded || outcome.end == BuildEnd::Failed;
+  if (!hasEnded || stopRequested || request.work == BuildWork::Clean) return;
+  outcome.gaps = FindGaps(request.application);
+  if (!ReportGaps(outcome.gaps)) outcome.end = BuildEnd::Failed;
+}
+
+bool BuildSession::ReportGaps(const BuildGaps& gaps) {
+  for (const BuildGap& gap : gaps.gaps) {
+    manager.ReportMessage(DescribeGap(gap, [](const std::string& path) { return path; }));
+  }
+  return !gaps.HasFatal();
+}
+
+BuildGaps BuildSession::FindGaps(const std::string& application) {
+  return ParseBuildGaps(inspector.GetBuildGaps(), application);
 }
 
 // What the end of a build asked for: options were changed by it, so all is built once more.

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "hosts/frame/BuildGaps.h"
 #include "hosts/frame/Damage.h"
 #include "hosts/frame/HostFolders.h"
 #include "hosts/frame/LogEntry.h"
@@ -43,6 +44,8 @@ struct BuildOutcome {
   BuildEnd end = BuildEnd::Refused;
   int toolsRun = 0;  // that ended well
   int toolsFailed = 0;
+  // Of a build that came to its end. A fatal gap makes it one that failed.
+  BuildGaps gaps = {};
 };
 
 struct ApplicationSummary {
@@ -106,6 +109,11 @@ class BuildSession {
   // Waits for a build that was started by a command alone, and keeps what its tools reported; at
   // once, with Refused, when none runs.
   BuildEnd AwaitBuild();
+  // What a build of the application with this label or path leaves out, of the whole project for an
+  // empty one. All options are known.
+  BuildGaps FindGaps(const std::string& application);
+  // Adds them to the log. False if one is fatal.
+  bool ReportGaps(const BuildGaps& gaps);
   // How many tools a build would run from now on; asks the server to look at every file.
   int CountWork(const BuildRequest& request);
   // Ends a running build, its tools included, as soon as they are gone, and a running script. From
@@ -199,6 +207,8 @@ class BuildSession {
   bool RunCommand(std::uint32_t command);
   void WaitForWorker();
   void ServePostedCommands();
+  void JudgeGaps(const BuildRequest& request);
+  Status AttachComponents();
 
   MainFrame& frame;
   FileSystem& files;

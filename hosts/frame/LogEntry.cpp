@@ -1,5 +1,7 @@
 #include "hosts/frame/LogEntry.h"
 
+#include <algorithm>
+
 #include "platform/text/Text.h"
 #include "xml/StrictText.h"
 
@@ -19,6 +21,8 @@ LogEntry WithoutText(const CXmlNode& message) {
   entry.kind = KindOfIcon(AttributeOf(&message, "Icon"));
   entry.file = DecodeStrict(AttributeOf(&message, "File"));
   entry.line = ParseDecimal(message.GetAttrValue("Line"));
+  entry.count = std::max(1, ParseDecimal(message.GetAttrValue("Count")));
+  entry.isReported = EqualNoCase(AttributeOf(&message, "ShowInReport"), "yes");
   return entry;
 }
 
@@ -36,6 +40,7 @@ LogEntry ToLogEntry(const CXmlNode& message) {
 LogEntry ReportRowToLogEntry(const CXmlNode& row) {
   LogEntry entry = WithoutText(row);
   entry.text = entry.message = AttributeOf(&row, "Description");
+  entry.isReported = true;
   return entry;
 }
 
@@ -46,7 +51,20 @@ std::vector<LogEntry> ReadLogEntries(const std::string& xml) {
   for (const CXmlNode* child : root->GetChildren()) {
     if (child->GetType() == XmlElement) entries.push_back(ToLogEntry(*child));
   }
+  AttachLastLines(entries);
   return entries;
+}
+
+void AttachLastLines(std::vector<LogEntry>& entries) {
+  std::vector<std::string> lines;
+  for (LogEntry& entry : entries) {
+    if (entry.kind == LogKind::Plain && entry.isReported) {
+      lines.push_back(entry.text);
+    } else {
+      if (entry.kind == LogKind::Error && entry.file.empty()) entry.lastLines = std::move(lines);
+      lines.clear();
+    }
+  }
 }
 
 std::unique_ptr<CXmlNode> ParseXml(const std::string& text) {

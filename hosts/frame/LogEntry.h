@@ -16,6 +16,12 @@ struct LogEntry {
   std::string message;  // what an error or warning says, without place and kind; else the line
   std::string file;     // what it is about, or empty
   int line = 0;         // 1 for the first; 0 when none is known
+  // Messages that this one stands for: a tool that reports too many has some of them counted only.
+  int count = 1;
+  bool isReported = false;  // the build report shows it
+  // Of an error that is about no file: the lines in front of it that the report shows too, which
+  // are the last ones of a tool that failed without saying why.
+  std::vector<std::string> lastLines = {};
 };
 
 // A message of a log or of a tool's records, where texts are encoded (see DecodeStrict); in a log
@@ -23,6 +29,8 @@ struct LogEntry {
 LogEntry ToLogEntry(const CXmlNode& message);
 // A row of the report of a kept log, whose text is readable already.
 LogEntry ReportRowToLogEntry(const CXmlNode& row);
+// Hands plain lines that the report shows to the error that follows them; see LogEntry::lastLines.
+void AttachLastLines(std::vector<LogEntry>& entries);
 // The messages below the top element of a log or of a tool's message records.
 std::vector<LogEntry> ReadLogEntries(const std::string& xml);
 

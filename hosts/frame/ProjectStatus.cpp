@@ -36,6 +36,8 @@ constexpr ReasonText kReasons[] = {
     {"program-changed", "%1 changed since it was built"},
     {"changed-during-run", "%1 changed while it was built"},
     {"shadowed", "%1 is found before the file that it was built with"},
+    {"no-tool", "has no tool; look at the option Build.TranslateTool"},
+    {"no-type", "is of a type that the configuration file doesn't define"},
 };
 
 std::string KindOfFile(const std::string& path) {

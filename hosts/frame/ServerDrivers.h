@@ -80,6 +80,7 @@ class ProjectManagerDriver : public COleDispatchDriver {
   std::int32_t SetBuildInfo(const std::string& xml) { return InvokeLong(33, {"", xml}); }
   // The tools that fit the current node, each with the number of its command, as XML.
   std::string GetToolCommands() { return InvokeText(35, {AsNumber(kCmdToolList)}); }
+  void ReportMessage(const std::string& text) { InvokeHelper(37, {text}); }
   std::int32_t ExecuteScript(const std::string& path) { return InvokeLong(44, {path}); }
   std::int32_t SavePropertyValue(const std::string& set, const std::string& section,
                                  const std::string& property, const std::string& value) {
@@ -148,6 +149,9 @@ class InspectorDriver : public COleDispatchDriver {
   std::string GetBuildInfos(const std::string& application, const std::string& output) {
     return InvokeText(44, {application, output});
   }
+  std::string GetBuildGaps() { return InvokeText(30, {}); }
+  // "place: reason"; empty if there is none.
+  std::string GetInstallationProblem() { return InvokeText(31, {}); }
 };
 
 class ToolManagerDriver : public COleDispatchDriver {

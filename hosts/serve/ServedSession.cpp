@@ -18,6 +18,10 @@ constexpr std::array kBuildCommands = {kCmdRebuildAll,    kCmdBuildAll,        k
                                        kCmdRebuildNode,   kCmdBuildNode,       kCmdCleanNode,
                                        kCmdTranslateNode, kCmdBuildApplication};
 
+bool IsWhole(std::uint32_t command) {
+  return command == kCmdBuildAll || command == kCmdRebuildAll;
+}
+
 bool IsBuildCommand(std::uint32_t command) {
   return std::find(kBuildCommands.begin(), kBuildCommands.end(), command) != kBuildCommands.end();
 }
@@ -106,6 +110,7 @@ void ServedSession::OnMessage(const HostEvent& event) {
   if (event.number == kMsgWorkerEnded) {
     isBuilding = false;
     mustKeep = true;
+    hasBuiltWhole = isWhole && event.wParam != 0;
   }
   tellMessage(event);
 }
@@ -179,6 +184,7 @@ DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Var
   }
   if (buildsHere || IsBuildCommand(command)) PrepareBuild();
   if ((isCommand || buildsHere) && !isBuilding) BeginWork();
+  if (IsBuildCommand(command) && !isBuilding) isWhole = IsWhole(command);
   const DispatchPtr manager(session.Manager().GetDispatch());
   DispatchResult outcome = manager->Invoke(method.id, arguments, result);
   if (isCommand) NoteCommand(command);
@@ -223,6 +229,15 @@ void ServedSession::KeepResults() {
   if (!mustKeep) return;
   mustKeep = false;
   if (hasProject) session.EndWork();
+  if (std::exchange(hasBuiltWhole, false) && hasProject) TellGaps();
+}
+
+// The server reports success for what it passes over.
+void ServedSession::TellGaps() {
+  for (const BuildGap& gap : session.FindGaps({}).gaps) {
+    const std::string text = DescribeGap(gap, [](const std::string& path) { return path; });
+    TellLine((gap.isFatal ? "error: " : "warning: ") + text);
+  }
 }
 
 void ServedSession::Attend() {
@@ -247,6 +262,7 @@ void ServedSession::CarryOut(std::uint32_t command) {
   PrepareBuild();
   if (session.Manager().PrologCommand(command) == 0) return;
   BeginWork();
+  isWhole = IsWhole(command);
   session.Manager().Command(command);
   NoteCommand(command);
   if (isBuilding || mustKeep) ownWork = command;

@@ -71,6 +71,7 @@ class ServedSession {
   void PrepareBuild();
   void BeginWork();
   void KeepResults();
+  void TellGaps();
   void CarryOut(std::uint32_t command);
   void NoteCommand(std::uint32_t command);
   void UnlockUnlessBuilding();
@@ -83,12 +84,14 @@ class ServedSession {
   const std::function<void(const HostEvent&)> tellMessage;
   std::shared_ptr<MessageLoop> loop;
 
-  bool hasProject = false;    // one that is kept a state for
-  bool isPrepared = false;    // the kept records are handed over
-  std::string currentPath;    // of the current node
-  bool isBuilding = false;    // a worker is on its way
-  bool mustKeep = false;      // it has ended, and what it reported isn't kept yet
-  std::uint32_t ownWork = 0;  // the build that this host started by itself, or 0
+  bool hasProject = false;     // one that is kept a state for
+  bool isPrepared = false;     // the kept records are handed over
+  std::string currentPath;     // of the current node
+  bool isBuilding = false;     // a worker is on its way
+  bool isWhole = false;        // and it builds the whole project
+  bool hasBuiltWhole = false;  // and it has succeeded
+  bool mustKeep = false;       // it has ended, and what it reported isn't kept yet
+  std::uint32_t ownWork = 0;   // the build that this host started by itself, or 0
 };
 
 }  // namespace tarn::host

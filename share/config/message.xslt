@@ -54,8 +54,9 @@
 
   <xsl:output method="html" encoding="UTF-8" indent="no" doctype-system="about:legacy-compat" />
 
-  <xsl:variable name="errors" select="count(/*/message[@Icon = '2'])" />
-  <xsl:variable name="warnings" select="count(/*/message[@Icon = '1'])" />
+  <!-- Of a tool that reports too many one message stands for all beyond a limit: its Count. -->
+  <xsl:variable name="errors" select="count(/*/message[@Icon = '2'][not(@Count)]) + sum(/*/message[@Icon = '2']/@Count)" />
+  <xsl:variable name="warnings" select="count(/*/message[@Icon = '1'][not(@Count)]) + sum(/*/message[@Icon = '1']/@Count)" />
 
   <!-- A log's root is Messages until the log is reset for the first time, and output from then on;
        the page is the same. -->

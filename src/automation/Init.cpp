@@ -38,7 +38,7 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
   applicationPath = root;
 
   propertyManager = std::make_unique<CPropertyManagerDriver>();
-  propertyManager->CreateDispatch(platform.classes, CPropertyManagerDriver::kProgId);
+  if (!CreateComponent(*propertyManager, CPropertyManagerDriver::kProgId)) return 0;
   propertyManager->InitOptions(root, givenDataPath, mainframeHandle, 1);
   propertyManager->ReadDefsFromFile("", configFilePath);
 
@@ -50,7 +50,7 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
 
   toolManager = std::make_unique<CToolManagerDriver>();
   if (mainframeHandle == 0) {
-    toolManager->CreateDispatch(platform.classes, CToolManagerDriver::kProgId);
+    if (!CreateComponent(*toolManager, CToolManagerDriver::kProgId)) return 0;
     toolManager->InitTools(givenApplicationPath, givenDataPath, mainframeHandle);
   }
 
@@ -68,6 +68,16 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
   activeObjectToken = platform.runningObjects.RegisterActiveObject(kClassId, this);
   AddRef();  // held until Clean
   return 1;
+}
+
+// Without one of its components the manager would open projects and find nothing to build in them.
+// The host is notified of the reason, since a result has no room for it.
+bool CProjectManager::CreateComponent(COleDispatchDriver& driver, const char* progId) {
+  if (driver.CreateDispatch(platform.classes, progId)) return true;
+  const std::string reason = driver.LastResult().text;
+  SendWindowMessage(mainframeHandle, kMsgLogLine, reinterpret_cast<std::intptr_t>(reason.c_str()),
+                    0);
+  return false;
 }
 
 bool CProjectManager::ChooseConfigFile(const std::string& root) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "automation/ApplicationSearch.h"
+#include "automation/BuildGaps.h"
 #include "automation/TargetList.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -90,6 +91,18 @@ void ForEachBuiltNode(const NodeTypes& types, CXmlNode& node, OnNode&& onNode) {
   if (tool != nullptr && *tool != '\0') onNode(node);
 }
 
+// Rows for what a build passes over: the application itself, or what is below it.
+void AddGaps(const NodeTypes& types, const CXmlNode& application, bool isItself, CXmlNode& entry) {
+  FindBuildGaps(types, application, [&](const BuildGap& gap) {
+    if ((&gap.node == &application) != isItself) return;
+    CXmlNode& row = *entry.AddChild("Node");
+    CopyAttribute(gap.node, "Header", row, "Header");
+    CopyAttribute(gap.node, "Path", row, "Path");
+    CopyAttribute(gap.node, "OutputFile", row, "OutputFile");
+    row.AddAttr("Reason", gap.reason);
+  });
+}
+
 void AddStatus(CProjectModel& model, CXmlNode& application, CXmlNode& status) {
   CXmlNode& entry = *status.AddChild("Application");
   CopyAttribute(application, "Header", entry, "Header");
@@ -97,6 +110,7 @@ void AddStatus(CProjectModel& model, CXmlNode& application, CXmlNode& status) {
   const char* config = application.GetAttrValue("Config");
   entry.AddAttr("Config", config == nullptr ? kStandardConfig : config);
   if (&application == model.GetActiveApplication()) entry.AddAttr("Active", "Yes");
+  AddGaps(model.types, application, false, entry);
   bool partsAreStale = false;
   ForEachBuiltNode(model.types, application, [&](CXmlNode& node) {
     const StaleVerdict verdict = model.ExamineNode(node);
@@ -111,6 +125,7 @@ void AddStatus(CProjectModel& model, CXmlNode& application, CXmlNode& status) {
     row.AddAttr("Reason", waitsForParts ? "parts-stale" : NameOf(verdict.reason));
     row.AddAttr("File", verdict.file);
   });
+  AddGaps(model.types, application, true, entry);
 }
 
 }  // namespace
@@ -145,6 +160,9 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::RestoreFor>("RestoreFor", 42, {"milliseconds"}),
       Method<&I::FinishBuildState>("FinishBuildState", 43, {"mayShrink"}),
       Method<&I::GetBuildInfos>("GetBuildInfos", 44, {"application", "outputFile"}),
+      Method<&I::GetBuildGaps>("GetBuildGaps", 30, {}),
+      Method<&I::GetInstallationProblem>("GetInstallationProblem", 31, {}),
+      Method<&I::GetBuildProblem>("GetBuildProblem", 32, {}),
   });
   return table;
 }

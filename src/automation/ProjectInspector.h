@@ -66,6 +66,16 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::string GetTargets();
   // The log file of the running or the last build; it grows while a build runs.
   std::string GetLogFile();
+  // What a build leaves out of the project, see ListBuildGaps. Examines no file, and leaves out
+  // nodes that are not published.
+  std::string GetBuildGaps();
+  // Returns why an installation like this builds nothing, or something else than was asked for, as
+  // "place: reason": node types, or definitions of options or tools, that are missing or damaged.
+  // Empty if there is no reason. For hosts, once the tool manager is attached.
+  std::string GetInstallationProblem();
+  // Returns the first reason why an application of the project can't be built although a build of
+  // it succeeds, see ListBuildGaps; empty if there is none.
+  std::string GetBuildProblem();
 
   // InspectorState.cpp: build records that outlive the process.
 

@@ -157,6 +157,8 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   void Announce(CWnd* window, const char* title, int id) const;
 
   // Steps of Init.
+  // False if there is no such component; the host gets the reason as a line of the log.
+  bool CreateComponent(COleDispatchDriver& driver, const char* progId);
   bool ChooseConfigFile(const std::string& root);
   void NameLogFile();
   void MakeWizard();

@@ -341,30 +341,72 @@ class StubbornComponent : public IDispatch {
   std::uint32_t references = 1;
 };
 
-TEST(Init, WorksOnWithComponentsThatAreMissingOrMisbehave) {
+// Without its components a manager would find nothing to build in any project.
+TEST(Init, AMissingComponentIsAFailureThatTheHostGetsTheReasonOf) {
+  const std::string options = CPropertyManagerDriver::kProgId;
+  const std::string tools = CToolManagerDriver::kProgId;
+  const struct {
+    std::string missing;
+    std::function<DispatchPtr()> factory;  // null: the class is not known
+    bool hasHost;
+    const char* result;
+    std::string line;
+  } rows[] = {
+      {options, nullptr, true, "0", options + ": /nowhere/libTarnOptionsManager.so: "},
+      {options, [] { return DispatchPtr(); }, true, "0", options + ": the class made no object"},
+      {options, []() -> DispatchPtr { throw std::runtime_error("no"); }, true, "0",
+       options + ": no"},
+      {options, nullptr, false, "0", ""},
+      {tools, nullptr, false, "0", ""},
+      {tools, [] { return DispatchPtr(); }, false, "0", ""},
+      {tools, nullptr, true, "1", ""},  // the host brings one along
+  };
+  for (const auto& row : rows) {
+    ManagerWorld world;
+    world.AddDemo();
+    ClassRegistry classes("/nowhere");
+    world.components.RegisterWith(classes);
+    classes.RegisterFactory(row.missing, row.factory);
+    world.manager = DispatchPtr::Adopt(new CProjectManager(
+        ServerPlatform{world.disk, world.settings, classes, world.runningObjects}));
+    const std::int32_t window = row.hasHost ? world.host.Handle() : 0;
+    SCOPED_TRACE(row.missing + " " + row.line);
+    EXPECT_EQ(world.Call("Init", {"/app/", "/data/demo", window}), row.result);
+    EXPECT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), row.result);
+    EXPECT_EQ(world.runningObjects.GetActiveObject(CProjectManager::kClassId).Get() != nullptr,
+              *row.result == '1');
+    const std::vector<std::string> told = world.host.LinesOf(kMsgLogLine);
+    ASSERT_EQ(told.size(), row.line.empty() ? 0u : 1u);
+    EXPECT_TRUE(told.empty() || told[0].starts_with("0x801B " + row.line)) << told[0];
+    for (const MethodInfo& method : world.manager->GetMethods()) {
+      if (method.name == "Init") continue;
+      Variant result;
+      const std::vector<Variant> arguments(method.arguments.size());
+      (void)world.manager->Invoke(method.id, arguments, result);
+    }
+  }
+}
+
+TEST(Init, WorksOnWithComponentsThatMisbehave) {
   using Answerer = StubbornComponent::Answerer;
   const struct {
     const char* name;
-    std::function<DispatchPtr()> factory;  // null: the class is not known
     Answerer answer;
   } rows[] = {
-      {"unknown class", nullptr, nullptr},
-      {"a class that makes nothing", [] { return DispatchPtr(); }, nullptr},
-      {"a class that throws", []() -> DispatchPtr { throw std::runtime_error("no"); }, nullptr},
-      {"knows no method", nullptr,
+      {"knows no method",
        [](Variant&) {
          return DispatchResult{DispatchStatus::UnknownMember, "?", -1};
        }},
-      {"answers with numbers", nullptr,
+      {"answers with numbers",
        [](Variant& result) { return result = Variant(-5), DispatchResult{}; }},
-      {"answers with texts", nullptr,
+      {"answers with texts",
        [](Variant& result) { return result = Variant("<a/>"), DispatchResult{}; }},
-      {"answers with null texts", nullptr,
+      {"answers with null texts",
        [](Variant& result) { return result = Variant(NullableText()), DispatchResult{}; }},
-      {"answers nothing", nullptr, [](Variant&) { return DispatchResult{}; }},
-      {"throws", nullptr, [](Variant&) -> DispatchResult { throw std::runtime_error("no"); }},
-      {"throws what is no exception", nullptr, [](Variant&) -> DispatchResult { throw 1; }},
-      {"fails and answers", nullptr,
+      {"answers nothing", [](Variant&) { return DispatchResult{}; }},
+      {"throws", [](Variant&) -> DispatchResult { throw std::runtime_error("no"); }},
+      {"throws what is no exception", [](Variant&) -> DispatchResult { throw 1; }},
+      {"fails and answers",
        [](Variant& result) {
          result = Variant(7);
          return DispatchResult{DispatchStatus::Failed, "no", -1};
@@ -376,15 +418,12 @@ TEST(Init, WorksOnWithComponentsThatAreMissingOrMisbehave) {
     world.AddDemo();
     ClassRegistry classes("/nowhere");
     for (const char* progId : {CPropertyManagerDriver::kProgId, CToolManagerDriver::kProgId}) {
-      if (row.factory) classes.RegisterFactory(progId, row.factory);
-      if (row.answer) classes.RegisterFactory(progId, [&] { return DispatchPtr(&component); });
+      classes.RegisterFactory(progId, [&] { return DispatchPtr(&component); });
     }
     world.manager = DispatchPtr::Adopt(new CProjectManager(
         ServerPlatform{world.disk, world.settings, classes, world.runningObjects}));
     EXPECT_EQ(world.Call("Init", {"/app/", "/data/demo", 0}), "1") << row.name;
-    if (row.answer) {
-      EXPECT_GE(component.calls, 3) << row.name;
-    }
+    EXPECT_GE(component.calls, 3) << row.name;
     EXPECT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1") << row.name;
     // A component that has texts for everything has one for the path of a node, too.
     const bool hasOwnPath = row.name == std::string("answers with texts");

@@ -69,6 +69,14 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"SelectNotedNode", 20, {}, "0", "1"},
       {"GetDamage", 21, {}, "''", "'\r\n<Damage/>'"},
       {"ProtectDamaged", 22, {1}, "0", "1"},
+      {"GetBuildGaps", 30, {}, "''", "'\r\n<BuildGaps/>'"},
+      {"GetInstallationProblem", 31, {}, "''", "''"},
+      {"GetBuildProblem", 32, {}, "''", "''"},
+      {"OpenBuildState", 40, {"/p/x.tstate"}, "''", "''"},
+      {"IsBuildStateCurrent", 41, {"/p/x.tstate"}, "0", "0"},
+      {"RestoreFor", 42, {5}, "1", "1"},
+      {"FinishBuildState", 43, {1}, "''", "''"},
+      {"GetBuildInfos", 44, {"a", "/p/a.o"}, "''", "''"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
@@ -137,6 +145,64 @@ TEST_F(Inspector, LooksAtEverythingAndChangesNothing) {
   EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), application);
   EXPECT_EQ(world.disk.AllFiles(), files);
   EXPECT_EQ(world.Call("GetSelectedApplication"), current);
+}
+
+TEST_F(Inspector, NamesWhatABuildPassesOver) {
+  const struct {
+    const char* name;
+    std::map<std::string, std::string> defaults;
+    const char* node;  // below the application
+    std::vector<std::string> gaps;
+    const char* problem;
+  } rows[] = {
+      {"whole",
+       {{"Application.Build.TranslateTool", "ld"}, {"C.Build.TranslateTool", "cc"}},
+       "",
+       {},
+       ""},
+      {"no tools", {}, "", {"Application no-tool Yes"}, "demo can't be built: it has no tool"},
+      {"a source without one",
+       {{"Application.Build.TranslateTool", "ld"}},
+       "",
+       {"C no-tool No"},
+       ""},
+      {"excluded",
+       {{"Application.Build.TranslateTool", "ld"}, {".Build.Exclude", "Yes"}},
+       "<X Path='x' />",
+       {},
+       ""},
+      {"no type",
+       {{".Build.TranslateTool", "x"}},
+       "<X><Y Path='y' /></X><!-- c --><Z />",
+       {"X no-type No"},
+       ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    world.components.Properties().defaults = row.defaults;
+    world.disk.AddFile("/p/demo.tapp",
+                       std::string("<Application Header='demo' Extern='.\\demo.tapp' "
+                                   "Path='.\\demo.tapp' ><C Header='a' Path='.\\a.c' />") +
+                           row.node + "</Application>");
+    ASSERT_EQ(Ask(1, {world.manager}), "1");
+    ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+    ASSERT_EQ(Ask(2), "1");
+    CXmlNode list;
+    CXmlParseInfo info;
+    const std::string xml = Ask(30);
+    list.Load(xml.substr(1, xml.size() - 2), info);
+    std::vector<std::string> gaps;
+    for (const CXmlNode* application : list.GetChildren()) {
+      for (const CXmlNode* gap : application->GetChildren()) {
+        gaps.push_back(TextOf(gap->GetAttrValue("Type")) + ' ' +
+                       TextOf(gap->GetAttrValue("Reason")) + ' ' +
+                       TextOf(gap->GetAttrValue("IsFatal")));
+      }
+    }
+    EXPECT_EQ(gaps, row.gaps) << xml;
+    EXPECT_EQ(Ask(32), "'" + std::string(row.problem) + "'");
+    ASSERT_EQ(world.Call("ProjectClose"), "1");
+  }
 }
 
 TEST_F(Inspector, SelectsTheNodeAtAPlaceOfTheTree) {

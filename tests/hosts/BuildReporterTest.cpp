@@ -90,13 +90,34 @@ TEST(BuildReporter, VerboseShowsCommandsAndNothingShowsNothing) {
   EXPECT_EQ(Tell(true, ReportDetail::Nothing, kBad), "");
 }
 
+TEST(BuildReporter, OfAToolThatSaysTooMuchTheEndIsShownAndEverythingCounted) {
+  std::string messages = "<m><message Icon='0' Description='gcc'/>";
+  for (int i = 0; i < 300; ++i) messages += "<message Icon='0' Description='talk'/>";
+  messages +=
+      "<message Icon='1' ShowInReport='yes' Description='6 more' Count='6'/>"
+      "<message Icon='0' ShowInReport='yes' Description='why'/>"
+      "<message Icon='2' ShowInReport='yes' Description='gcc ended'/></m>";
+  std::ostringstream out;
+  Console console(out, {});
+  BuildReporter reporter(console, "/p", ReportDetail::Progress, [] { return 1; });
+  reporter.OnToolEnded(false, ReadLogEntries(messages));
+  EXPECT_TRUE(out.str().starts_with("(203 lines left out, see `tarn log`)\ntalk\n")) << out.str();
+  EXPECT_TRUE(out.str().ends_with("talk\nwarning: 6 more\nwhy\nerror: gcc ended\n")) << out.str();
+  EXPECT_EQ(reporter.GetErrors(), 1);
+  EXPECT_EQ(reporter.GetWarnings(), 6);
+  EXPECT_EQ(reporter.GetDiagnostics().back().lastLines, std::vector<std::string>{"why"});
+}
+
 TEST(BuildReporter, EveryEndHasItsWord) {
   const struct {
     BuildOutcome outcome;
     BuildWork work;
     const char* text;
   } cases[] = {
-      {{BuildEnd::Succeeded, 0, 0}, BuildWork::Build, "Nothing to do (T)\n"},
+      {{BuildEnd::Succeeded, 0, 0, {1, {}}}, BuildWork::Build, "Nothing to do (T)\n"},
+      {{BuildEnd::Succeeded, 0, 0},
+       BuildWork::Build,
+       "Nothing to do: no application is built (T)\n"},
       {{BuildEnd::Succeeded, 0, 0}, BuildWork::Clean, "Cleaned (T)\n"},
       {{BuildEnd::Failed, 0, 0}, BuildWork::Clean, "Failed (T)\n"},
       {{BuildEnd::Stopped, 0, 0}, BuildWork::Build, "Interrupted (T)\n"},

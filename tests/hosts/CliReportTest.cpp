@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "hosts/CliProject.h"
@@ -66,6 +67,80 @@ TEST(CliReport, ABuildThatFailsIsInTheReport) {
   const auto answer = project.Run({"report", "--errors"});
   EXPECT_EQ(answer.code, 1);
   EXPECT_TRUE(Has(answer.out, "src/c.c:1:")) << answer.out << answer.err;
+}
+
+// Plays the compiler of src/c.c: `script` runs first.
+void PlayCompiler(CliProject& project, const std::string& script) {
+  project.AddProgram("gcc", "#!/bin/sh\ncase \"$*\" in *-c*src/c.c*)\n" + script +
+                                "\n;; esac\nexec /usr/bin/gcc \"$@\"\n");
+}
+
+TEST(CliReport, WhatATalkativeToolReportsLateIsReportedAndCounted) {
+  CliProject project;
+  const std::string place = project.PathOf("src/c.c") + ":1:1: ";
+  const struct {
+    std::string script;
+    int code;
+    int errors, warnings;
+    const char* summary;
+  } rows[] = {
+      {"seq 25000; echo '" + place + "warning: late'; seq 900", 0, 0, 1,
+       "Built 4 files, 1 warning"},
+      {"seq 21000; for i in $(seq 1200); do echo '" + place + "error: late'; done; exit 1", 1, 1200,
+       0, "Failed: 1200 errors, 2 of 4 files built"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.script);
+    PlayCompiler(project, row.script);
+    const auto built = project.Run({"rebuild"});
+    EXPECT_EQ(built.code, row.code);
+    EXPECT_TRUE(Has(built.out, row.summary)) << built.out.substr(built.out.size() - 200);
+    for (const auto& [word, count] :
+         {std::pair("--errors", row.errors), {"--warnings", row.warnings}}) {
+      const auto report = project.Run({"report", word});
+      EXPECT_EQ(report.code, count > 0 ? 1 : 0) << word;
+      const auto lines = std::count(report.out.begin(), report.out.end(), '\n');
+      EXPECT_EQ(lines, count) << word;
+    }
+    const Json json = Json::parse(project.Run({"rebuild", "--json"}).out, nullptr, false);
+    EXPECT_EQ(json["errors"], row.errors);
+    EXPECT_EQ(json["warnings"], row.warnings);
+  }
+}
+
+TEST(CliReport, AToolThatFailsWithoutAReasonShowsItsLastLines) {
+  CliProject project;
+  const struct {
+    const char* script;
+    const char* reason;
+  } rows[] = {
+      {"seq 5000; printf 'last words'; exit 3", "gcc ended with exit code 3"},
+      {"seq 5000 >&2; printf 'last words'; kill -9 $$", "gcc was ended by signal 9"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.script);
+    PlayCompiler(project, row.script);
+    const std::string end = "5000\nlast words\nerror: " + std::string(row.reason) + "\n";
+    const auto built = project.Run({"build"});
+    EXPECT_EQ(built.code, 1);
+    EXPECT_TRUE(Has(built.out, " lines left out, see `tarn log`)\n") && Has(built.out, end));
+    EXPECT_FALSE(Has(built.out, "\n4000\n"));
+    EXPECT_TRUE(Has(project.Out({"log"}), "\n4000\n"));
+    for (const char* filter : {"", "--errors"}) {
+      std::vector<std::string> words = {"report"};
+      if (*filter != '\0') words.emplace_back(filter);
+      const auto report = project.Run(words);
+      EXPECT_EQ(report.code, 1);
+      EXPECT_TRUE(report.out.starts_with("4982\n") && report.out.ends_with(end)) << report.out;
+    }
+    const Json json =
+        Json::parse(project.Run({"report", "--errors", "--json"}).out, nullptr, false);
+    ASSERT_EQ(json.size(), 1u);
+    EXPECT_EQ(json[0]["lastLines"].size(), 20u);
+    EXPECT_EQ(json[0]["lastLines"].back(), "last words");
+    const Json build = Json::parse(project.Run({"build", "--json"}).out, nullptr, false);
+    EXPECT_EQ(build["diagnostics"][0]["lastLines"], json[0]["lastLines"]);
+  }
 }
 
 TEST(CliGlobals, ListsTheSymbolsOfTheConfigurationInForce) {

@@ -59,11 +59,11 @@ TEST(StyleSheet, ALogBeforeOrAfterItsFirstResetThatGivesNoPage) {
 TEST(StyleSheet, LinesThatGetLostOrThatOnlyColourTellsApart) {
   const std::string messages =
       Message("Icon=\"2\" ", "bad", "1") + Message("Icon=\"1\" ", "odd", "2") +
-      Message("Icon=\"1\" ", "odd again", "2") + "\r\n\t<Output>said by the host</Output>" +
-      Message("", "plain", "3") +
+      Message("Icon=\"1\" Count=\"6\" ", "odd again", "2") +
+      "\r\n\t<Output>said by the host</Output>" + Message("", "plain", "3") +
       "\r\n\t<message >\r\n\t\t<header>only a header</header>\r\n\t</message>";
   const std::string page = Transform(Log("output", kSavedLine, messages));
-  EXPECT_EQ(Between(page, "<title>", "</title>"), "Build log: 1 error, 2 warnings");
+  EXPECT_EQ(Between(page, "<title>", "</title>"), "Build log: 1 error, 7 warnings");
   EXPECT_EQ(Between(page, "<ol>", "</ol>"),
             R"(<li class="error"><span class="kind">error</span><span class="text">bad</span>)"
             R"(</li><li class="warning"><span class="kind">warning</span><span class="text">odd)"

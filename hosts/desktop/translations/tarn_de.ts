@@ -357,6 +357,10 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <source>Waiting for another build of this project (%1)</source>
         <translation>Warten auf einen anderen Build dieses Projekts (%1)</translation>
     </message>
+    <message>
+        <source>This installation isn&apos;t complete: %1</source>
+        <translation>Diese Installation ist nicht vollständig: %1</translation>
+    </message>
 </context>
 <context>
     <name>PageView</name>

@@ -357,6 +357,10 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <source>Waiting for another build of this project (%1)</source>
         <translation>En attente d’une autre génération de ce projet (%1)</translation>
     </message>
+    <message>
+        <source>This installation isn&apos;t complete: %1</source>
+        <translation>Cette installation est incomplète : %1</translation>
+    </message>
 </context>
 <context>
     <name>PageView</name>

@@ -2,11 +2,44 @@
 
 #include <dlfcn.h>
 
+#include <array>
 #include <cstdlib>
+#include <fstream>
 
 namespace tarn {
 
+namespace {
+
+// A number of `size` bytes, the lowest first.
+std::uint64_t NumberAt(const std::array<char, 64>& header, std::size_t at, std::size_t size) {
+  std::uint64_t number = 0;
+  for (std::size_t i = size; i-- > 0;) {
+    number = number << 8 | static_cast<unsigned char>(header[at + i]);
+  }
+  return number;
+}
+
+// True for a library that was cut: the loader maps it all the same, and the first access behind
+// its end kills the process. The table of sections is the last part of a 64-bit ELF file; other
+// files are left to the loader.
+bool IsCut(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::array<char, 64> header{};
+  if (!file.read(header.data(), header.size())) return false;
+  const bool isElf64 = std::string_view(header.data(), 6) == "\177ELF\2\1";
+  const std::uint64_t sections = NumberAt(header, 0x28, 8);
+  if (!isElf64 || sections == 0) return false;
+  file.seekg(0, std::ios::end);
+  const std::uint64_t end = sections + NumberAt(header, 0x3a, 2) * NumberAt(header, 0x3c, 2);
+  return end < sections || end > static_cast<std::uint64_t>(file.tellg());
+}
+
+}  // namespace
+
 Result<void*> FindServerEntry(const std::string& libraryPath, const char* name) {
+  if (IsCut(libraryPath)) {
+    return Error{ErrorCode::NotFound, libraryPath + ": the file is cut short", libraryPath};
+  }
   // The loader counts: a library that is there already isn't loaded once more.
   void* library = dlopen(libraryPath.c_str(), RTLD_NOW | RTLD_LOCAL);
   void* entry = library == nullptr ? nullptr : dlsym(library, name);

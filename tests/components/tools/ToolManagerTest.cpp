@@ -18,16 +18,23 @@ constexpr const char* kDefinitions =
     R"(<Tool Name="link" Messages="gnu-ld gcc" Output="o/a.elf"><Step Program="ld"/>)"
     R"(<Step Program="none-size" Optional="Yes" Capture="Size"/><Depend File="x.ld"/>)"
     R"(<Size Format="sections"><Sum Label="flash" Of=".text"/></Size></Tool>)"
-    R"(<Tool Name="plain"><Step Program="p"/></Tool></T>)";
+    R"(<Tool Name="plain"><Step Program="p"/></Tool>)"
+    R"(<Tool Name="talk" Messages="gcc"><Step Program="p"/></Tool>)"
+    R"(<Tool Name="sizes"><Step Program="size" Capture="Size"/></Tool></T>)";
 
-// "kind text" per message of a message file, one line each.
+// "kind text" per message of a message file, one line each; "*" for a plain line in the report, and
+// the number of messages that one stands for.
 std::string Summary(const std::string& file) {
   CXmlNode root;
   root.Load(file, g_xmlParseInfo);
   std::string lines;
   for (const CXmlNode* message : root.GetChildren()) {
-    lines += TextOf(message->GetAttrValue("Icon")) + ' ' +
-             TextOf(message->GetAttrValue("Description")) + '\n';
+    const std::string icon = TextOf(message->GetAttrValue("Icon"));
+    const bool isReported = message->GetAttr("ShowInReport") != nullptr;
+    lines += (icon == "0" && isReported ? "*" : icon) + ' ' +
+             TextOf(message->GetAttrValue("Description"));
+    if (message->GetAttr("Count")) lines += TextOf(message->GetAttrValue("Count")).insert(0, " x");
+    lines += '\n';
   }
   return lines;
 }
@@ -87,15 +94,26 @@ TEST(ToolManager, EveryFailureIsAnErrorInTheMessagesAndLeavesNoRecord) {
     const char* expected;
   } rows[] = {
       {"cc", Ends(1, bad), "0 avr-gcc\n2 a.c:1:2: error: bad\n"},
-      {"cc", Ends(2, "hm\n"), "0 avr-gcc\n0 hm\n2 avr-gcc ended with exit code 2\n"},
+      {"cc", Ends(2, "hm\n"), "0 avr-gcc\n* hm\n2 avr-gcc ended with exit code 2\n"},
+      {"cc", Ends(0, "hm"),
+       "* avr-gcc\n* hm\n2 cc ended without an error, but left no file /p/o/a.o\n"},
+      {"cc",
+       {{{false, "one\na.c:1:2: warning: odd\n"}, {true, "two"}, {false, "three"}},
+        {128 + 9, true},
+        {}},
+       "0 avr-gcc\n* one\n1 a.c:1:2: warning: odd\n* three\n* two\n"
+       "2 avr-gcc was ended by signal 9\n"},
+      {"sizes",
+       {{{false, ".text\nlast"}, {true, "why\n"}}, {3, false}, {}},
+       "0 size\n* why\n* .text\n* last\n2 size ended with exit code 3\n"},
       {"cc",
        {{{true, bad}}, {128 + 11, true}, {}},
        "0 avr-gcc\n2 a.c:1:2: error: bad\n2 avr-gcc was ended by signal 11\n"},
       {"cc", kMissing, "0 avr-gcc\n2 avr-gcc was not found. Get it.\n"},
-      {"cc", Ends(0), "0 avr-gcc\n2 cc ended without an error, but left no file /p/o/a.o\n"},
+      {"cc", Ends(0), "* avr-gcc\n2 cc ended without an error, but left no file /p/o/a.o\n"},
       {"link", Ends(1), "0 ld\n2 ld ended with exit code 1\n"},
-      {"nothing", {}, "2 there is no tool with the name nothing\n"},
-      {"/x/none", {}, "2 there is no tool with the name /x/none\n"},
+      {"nothing", {}, "2 there is no tool with the name nothing in /app/config/tools\n"},
+      {"/x/none", {}, "2 there is no tool with the name /x/none in /app/config/tools\n"},
   };
   for (const auto& row : rows) {
     ToolManagerFixture tools(kDefinitions);
@@ -140,23 +158,49 @@ TEST(ToolManager, HostileOutputGivesABoundedReadableFile) {
   tools.launcher.Queue(program);
   EXPECT_TRUE(tools.Run("plain", ""));
   EXPECT_LT(tools.Messages().size(), 4u << 20);
-  EXPECT_TRUE(Summary(tools.Messages()).ends_with("0 x\n0 10004 more lines\n"));
+  EXPECT_NE(Summary(tools.Messages()).find("0 x\n0 10004 more lines, left out here\n0 x\n"),
+            std::string::npos);
 }
 
-TEST(ToolManager, AnErrorBehindEndlessTalkIsStillTold) {
-  ToolManagerFixture tools(kDefinitions);
-  PlayedProgram program;
-  std::string lines;
-  for (std::size_t i = 0; i < MessageLog::kMaxMessages; ++i) lines += "x\n";
-  for (std::size_t i = 0; i < MessageLog::kMaxLateErrors; ++i) lines += "a.c:1:2: error: bad\nx\n";
-  program.output.emplace_back(false, lines + "a.c:1:2: error: one more\n");
-  program.exit.code = 1;
-  tools.launcher.Queue(program);
-  EXPECT_FALSE(tools.Run("link", ""));
-  const std::string summary = Summary(tools.Messages());
-  const std::string end = "\n0 x\n2 a.c:1:2: error: bad\n2 a.c:1:2: error: bad\n";
-  EXPECT_NE(summary.find(end), std::string::npos);
-  EXPECT_TRUE(summary.ends_with("error: bad\n0 1002 more lines\n"));
+std::string Repeated(const std::string& text, std::size_t count) {
+  std::string all;
+  for (std::size_t i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+// Only plain lines make room, and what is dropped is counted.
+TEST(ToolManager, WhatComesAfterEndlessTalkIsStillReportedAndCounted) {
+  constexpr std::size_t kLines = MessageLog::kHeadLines + MessageLog::kTailLines;
+  const std::string talk = Repeated("x\n", 2 * kLines);
+  const std::string error = "a.c:1:2: error: bad\n";
+  const std::string warning = "a.c:1:2: warning: odd\n";
+  const std::string gap = "0 x\n0 " + std::to_string(kLines + 1) + " more lines, left out here\n";
+  const struct {
+    const char* name;
+    std::string output;
+    int code;
+    std::string between;  // what the messages have somewhere
+    std::string end;      // and at their end
+  } rows[] = {
+      {"a warning", talk + warning, 0, gap, "0 x\n1 " + warning},
+      {"a warning in the middle", talk + warning + talk, 0, "\n1 " + warning + "0 ", "0 x\n"},
+      {"errors", talk + Repeated(error, 1200), 1, gap, "0 x\n" + Repeated("2 " + error, 1200)},
+      {"more than are retained",
+       Repeated(error + warning, MessageLog::kMaxProblems) + error + error, 1,
+       "0 p\n2 " + error + "1 " + warning, "2 2 more errors, left out here x2\n"},
+      {"more warnings", Repeated(warning, MessageLog::kMaxProblems + 1), 0, "",
+       "1 1 more warning, left out here\n"},
+      {"a failure without a reason", talk + Repeated("y\n", 30) + "last", 7, gap.substr(0, 4),
+       "0 y\n" + Repeated("* y\n", 19) + "* last\n2 p ended with exit code 7\n"},
+  };
+  for (const auto& row : rows) {
+    ToolManagerFixture tools(kDefinitions);
+    tools.launcher.Queue({{{false, row.output}}, {row.code, false}, {}});
+    EXPECT_EQ(tools.Run("talk", ""), row.code == 0) << row.name;
+    const std::string summary = Summary(tools.Messages());
+    EXPECT_NE(summary.find(row.between), std::string::npos) << row.name;
+    EXPECT_TRUE(summary.ends_with(row.end)) << row.name << summary.substr(summary.size() - 300);
+  }
 }
 
 TEST(ToolManager, AToolWhoseConditionsLeaveNoStepReadsNoFolderOfOne) {

@@ -1,0 +1,116 @@
+#include "automation/BuildGaps.h"
+
+#include <set>
+#include <string_view>
+
+#include "build/Staleness.h"
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+bool HasText(const CXmlNode& node, const char* name) {
+  const char* value = node.GetAttrValue(name);
+  return value != nullptr && *value != '\0';
+}
+
+template <class OnChild>
+void ForEachContentChild(const CXmlNode& node, OnChild&& onChild) {
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    const CXmlNode& child = *node.GetChild(i);
+    if (child.GetType() == XmlElement && IsContentNode(child)) onChild(child);
+  }
+}
+
+bool HasFile(const CXmlNode& node) {
+  bool found = HasText(node, "Path");
+  ForEachContentChild(node, [&](const CXmlNode& child) { found = found || HasFile(child); });
+  return found;
+}
+
+void AddGap(const BuildGap& gap, std::string_view type, bool isFatal, CXmlNode& list) {
+  CXmlNode& row = *list.AddChild("Node");
+  row.AddAttr("Header", TextOf(gap.node.GetAttrValue("Header")));
+  row.AddAttr("Path", TextOf(gap.node.GetAttrValue("Path")));
+  row.AddAttr("Type", type);
+  row.AddAttr("Reason", gap.reason);
+  row.AddAttr("IsFatal", isFatal ? "Yes" : "No");
+}
+
+void CollectTools(const NodeTypes& types, const CXmlNode& node, std::set<std::string_view>& tools) {
+  if ((types.FlagsOf(node) & kTypeBuild) == 0 || IsExactlyYes(node, "Exclude")) return;
+  if (HasText(node, "TranslateTool")) tools.insert(node.GetAttrValue("TranslateTool"));
+  ForEachContentChild(node, [&](const CXmlNode& child) { CollectTools(types, child, tools); });
+}
+
+void ListApplication(const NodeTypes& types, const CXmlNode& application,
+                     const HasToolFunction& hasTool, CXmlNode& list) {
+  if (IsExactlyYes(application, "Exclude")) return;
+  CXmlNode& entry = *list.AddChild("Application");
+  entry.AddAttr("Header", TextOf(application.GetAttrValue("Header")));
+  entry.AddAttr("Path", TextOf(application.GetAttrValue("Path")));
+  FindBuildGaps(types, application, [&](const BuildGap& gap) {
+    AddGap(gap, gap.node.NameView(), &gap.node == &application, entry);
+  });
+  std::set<std::string_view> tools;
+  CollectTools(types, application, tools);
+  for (const std::string_view tool : tools) {
+    if (!hasTool(std::string(tool))) AddGap({application, "unknown-tool"}, tool, true, entry);
+  }
+}
+
+}  // namespace
+
+void FindBuildGaps(const NodeTypes& types, const CXmlNode& node,
+                   const std::function<void(const BuildGap&)>& onGap) {
+  if (types.GetNodeType(node) == nullptr) {
+    if (HasFile(node)) onGap({node, "no-type"});
+    return;
+  }
+  const std::uint32_t flags = types.FlagsOf(node);
+  if ((flags & kTypeBuild) == 0 || IsExactlyYes(node, "Exclude")) return;
+  const bool isApplication = (flags & kTypeApplication) != 0;
+  // A node without the attribute is not published yet.
+  const char* tool = node.GetAttrValue("TranslateTool");
+  const bool hasNoTool = tool != nullptr && *tool == '\0';
+  // Without a toolchain nothing has a tool: that is one gap.
+  if (isApplication && hasNoTool) return onGap({node, "no-tool"});
+  ForEachContentChild(node, [&](const CXmlNode& child) { FindBuildGaps(types, child, onGap); });
+  const bool isBuiltFromFile = (flags & kTypePath) != 0 && (flags & kTypeProject) == 0;
+  if (isBuiltFromFile && hasNoTool) onGap({node, "no-tool"});
+}
+
+std::unique_ptr<CXmlNode> ListBuildGaps(CProjectModel& model, const HasToolFunction& hasTool) {
+  auto list = std::make_unique<CXmlNode>();
+  list->SetName("BuildGaps");
+  const CXmlNode& root = model.GetProjectRoot();
+  ForEachContentChild(root, [&](const CXmlNode& child) {
+    if (model.types.GetNodeType(child) == nullptr && HasFile(child)) {
+      AddGap({child, "no-type"}, child.NameView(), true, *list);
+    }
+  });
+  ForEachContentChild(root, [&](const CXmlNode& child) {
+    constexpr std::uint32_t kWanted = kTypeApplication | kTypeBuild;
+    if ((model.types.FlagsOf(child) & kWanted) == kWanted) {
+      ListApplication(model.types, child, hasTool, *list);
+    }
+  });
+  return list;
+}
+
+std::string DescribeMissingTypes(const NodeTypes& types) {
+  bool hasProject = false;
+  bool hasApplication = false;
+  const CXmlNode& records = types.GetRoot();
+  for (int i = 0; i < records.GetChildCount(); ++i) {
+    const std::uint32_t flags = types.FlagsOf(*records.GetChild(i));
+    hasProject = hasProject || (flags & kTypeProject) != 0;
+    hasApplication = hasApplication || ((flags & kTypeApplication) && (flags & kTypeBuild));
+  }
+  if (hasProject && hasApplication) return {};
+  return hasProject ? "no type of applications that can be built is defined"
+                    : "no type of projects is defined";
+}
+
+}  // namespace tarn

@@ -1,0 +1,53 @@
+// What keeps a build from building all of a project, for hosts that must not call such a build
+// good.
+
+#include "automation/BuildGaps.h"
+#include "automation/ProjectInspector.h"
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+// Methods of the components beyond what the server itself calls; others may not have them.
+constexpr DispatchId kGetDefinitionProblem = 120;
+constexpr DispatchId kHasTool = 121;
+
+std::unique_ptr<CXmlNode> ListGaps(CProjectModel& model) {
+  CToolManagerDriver* tools = model.toolManager;
+  return ListBuildGaps(model, [tools](const std::string& tool) {
+    return tools == nullptr || tools->InvokeLong(kHasTool, {tool}) != 0 || !tools->LastResult();
+  });
+}
+
+}  // namespace
+
+std::string CProjectInspector::GetBuildGaps() {
+  CProjectModel* model = Model();
+  return model == nullptr ? std::string() : ListGaps(*model)->ToString(g_xmlDisplayOptions);
+}
+
+std::string CProjectInspector::GetBuildProblem() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  const auto list = ListGaps(*model);
+  const CXmlNode* fatal = list->FindDescendantByAttr("IsFatal", "Yes");
+  if (fatal == nullptr) return {};
+  const std::string reason = TextOf(fatal->GetAttrValue("Reason"));
+  const std::string type = TextOf(fatal->GetAttrValue("Type"));
+  std::string text = TextOf(fatal->GetAttrValue("Header")) + " can't be built: ";
+  if (reason == "no-tool") return text + "it has no tool";
+  if (reason == "unknown-tool") return text + "no definition knows its tool " + type;
+  return text + "its type " + type + " isn't defined";
+}
+
+std::string CProjectInspector::GetInstallationProblem() {
+  const CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  const std::string types = DescribeMissingTypes(model->types);
+  if (!types.empty()) return model->configFilePath + ": " + types;
+  const std::string options = model->propertyManager->InvokeText(kGetDefinitionProblem, {});
+  return options.empty() ? model->toolManager->InvokeText(kGetDefinitionProblem, {}) : options;
+}
+
+}  // namespace tarn
