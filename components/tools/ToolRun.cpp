@@ -8,6 +8,7 @@
 #include "components/tools/RuleFile.h"
 #include "components/tools/ToolText.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
 
 namespace tarn::tools {
 
@@ -177,7 +178,7 @@ bool ToolRun::CollectRecord() {
   found.output = plan.output;
   found.date = status->modifiedSeconds;
   found.infos = ReadInfos();
-  ReadDependencies(found);
+  if (!ReadDependencies(found)) return false;
   record = std::move(found);
   WriteGlobals();
   return true;
@@ -186,29 +187,47 @@ bool ToolRun::CollectRecord() {
 // A program without its list of globals is a program all the same.
 void ToolRun::WriteGlobals() {
   if (tool.globals.format == GlobalsRule::Format::None || plan.globals.empty()) return;
-  const std::string note = UpdateGlobalsFile(*world.files, plan.globals, plan.output);
+  const std::string note =
+      UpdateGlobalsFile(*world.files, plan.globals, plan.output);
   if (!note.empty()) log.AddPlain(note);
 }
 
-void ToolRun::ReadDependencies(BuildRecord& found) {
+// Dependencies that are not known must not pass for none: the output would never be stale again.
+bool ToolRun::ReadDependencies(BuildRecord& found) {
   std::vector<std::string> names = plan.depends;
-  if (!plan.rules.empty()) {
-    const auto text = world.files->ReadWholeFile(plan.rules);
-    if (text) {
-      // The conditions of a tool can leave it without a step.
-      const std::string& folder =
-          plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
-      for (const std::string& name : ReadRuleFile(*text)) {
-        names.push_back(AbsolutePath(folder, name));
-      }
-    } else {
-      log.AddPlain("no dependencies were found in " + plan.rules);
-    }
-  }
+  if (!plan.rules.empty() && !ReadRules(names)) return false;
   std::unordered_set<std::string> seen(job.files.begin(), job.files.end());
   for (std::string& name : names) {
     if (seen.insert(name).second) found.dependencies.push_back(std::move(name));
   }
+  return true;
+}
+
+bool ToolRun::ReadRules(std::vector<std::string>& names) {
+  const auto text = world.files->ReadWholeFile(plan.rules);
+  if (!text) return FailRules("can't be read: " + text.GetError().text);
+  const RuleFile rules = ReadRuleFile(*text);
+  if (!rules.problem.empty()) return FailRules(rules.problem);
+  // The conditions of a tool can leave it without a step.
+  const std::string& folder = plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
+  std::unordered_set<std::string> fileNames;
+  for (const std::string& name : rules.names) {
+    names.push_back(AbsolutePath(folder, name));
+    fileNames.insert(FoldCase(FileNameOf(names.back())));
+  }
+  // By the last part of the name alone, since a launcher may write the folders in another way.
+  for (const std::string& source : job.files) {
+    if (!fileNames.contains(FoldCase(FileNameOf(source)))) {
+      return FailRules("doesn't name the source " + source);
+    }
+  }
+  return true;
+}
+
+bool ToolRun::FailRules(const std::string& problem) {
+  log.AddError(tool.name + " ended without an error, but its dependencies are unknown: " +
+               plan.rules + ' ' + problem);
+  return false;
 }
 
 std::string ToolRun::ReadInfos() {

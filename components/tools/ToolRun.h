@@ -41,7 +41,10 @@ class ToolRun {
   bool Fail(const ToolCommand& command, const std::string& reason);
   void TellStartFailure(const ToolCommand& command, const Error& error);
   bool CollectRecord();
-  void ReadDependencies(BuildRecord& found);
+  // False, with an error in the messages, if they are not known.
+  bool ReadDependencies(BuildRecord& found);
+  bool ReadRules(std::vector<std::string>& names);
+  bool FailRules(const std::string& problem);
   std::string ReadInfos();
   void WriteGlobals();
   void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line);

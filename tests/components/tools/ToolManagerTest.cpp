@@ -54,13 +54,26 @@ TEST(ToolManager, ASuccessfulRunLeavesMessagesAndARecordThatIsTakenOnce) {
   EXPECT_EQ(tools.manager->TakeBuildInformation(), "");
 }
 
-TEST(ToolManager, DependenciesOfAnEarlierRunAreNotTakenForTheNew) {
-  ToolManagerFixture tools(kDefinitions);
-  tools.disk.AddFile("/p/o/a.d", "a.o: old.h\n");
-  tools.launcher.Queue({{}, {}, tools.Makes("/p/o/a.o")});
-  EXPECT_TRUE(tools.Run("cc", "\"/p/a.c\""));
-  EXPECT_EQ(tools.manager->TakeBuildInformation(),
-            "<I><F Header=\"/p/o/a.o\" Infos=\"\" Date=\"1000\"></F></I>");
+TEST(ToolManager, AToolThatLeavesNoWholeListOfDependenciesHasFailed) {
+  const char* const rows[][2] = {
+      {nullptr, "can't be read: "},  // that of an earlier run must not do
+      {"", "is empty"},
+      {"a.o: /p/a.c b", "ends in the middle of a line"},
+      {"a.o: b.h\n", "doesn't name the source /p/a.c"},
+  };
+  for (const auto& [rules, problem] : rows) {
+    ToolManagerFixture tools(kDefinitions);
+    tools.disk.AddFile("/p/o/a.d", "a.o: /p/a.c old.h\n");
+    tools.launcher.Queue({{}, {}, [&, text = rules](const ProcessRequest&) {
+                            tools.disk.AddFile("/p/o/a.o", "x");
+                            if (text != nullptr) tools.disk.AddFile("/p/o/a.d", text);
+                          }});
+    EXPECT_FALSE(tools.Run("cc", "\"/p/a.c\"")) << problem;
+    const std::string said = "2 cc ended without an error, but its dependencies are unknown: ";
+    EXPECT_NE(Summary(tools.Messages()).find(said + "/p/o/a.d " + problem), std::string::npos)
+        << Summary(tools.Messages());
+    EXPECT_EQ(tools.manager->TakeBuildInformation(), "") << problem;
+  }
 }
 
 TEST(ToolManager, OptionalStepsAddSizesAndNeverFailTheTool) {
