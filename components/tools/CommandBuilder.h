@@ -7,6 +7,7 @@
 
 #include "components/common/OptionValues.h"
 #include "components/tools/ToolDefinition.h"
+#include "platform/files/FileSystem.h"
 
 namespace tarn::tools {
 
@@ -15,6 +16,7 @@ struct ToolJob {
   std::vector<std::string> files;  // absolute
   const OptionValues* values = nullptr;
   std::string baseFolder;           // absolute; what relative names in options are relative to
+  FileSystem* disk = nullptr;       // asked about symbolic links alone; null: there are none
   std::string environmentLauncher;  // used where a step allows a launcher and the options name none
 };
 

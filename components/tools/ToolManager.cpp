@@ -22,6 +22,7 @@ struct OwnedJob {
   OwnedJob(const ToolWorld& world, const char* files, const char* options)
       : values(OptionValues::FromText(TextOf(options))) {
     job.values = &values;
+    job.disk = world.files;
     job.baseFolder = BaseFolderOf(values, world.files->CurrentFolder());
     job.environmentLauncher = world.environment("TARN_LAUNCHER");
     for (const std::string& file : SplitFileList(TextOf(files))) {

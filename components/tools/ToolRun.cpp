@@ -188,7 +188,7 @@ bool ToolRun::CollectRecord() {
 void ToolRun::WriteGlobals() {
   if (tool.globals.format == GlobalsRule::Format::None || plan.globals.empty()) return;
   const std::string note =
-      UpdateGlobalsFile(*world.files, plan.globals, plan.output);
+      UpdateGlobalsFile(*world.files, plan.globals, plan.output, job.baseFolder);
   if (!note.empty()) log.AddPlain(note);
 }
 

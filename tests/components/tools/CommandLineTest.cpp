@@ -59,6 +59,9 @@ TEST(CommandLine, ArgumentsFollowTheirRules) {
        R"~(<Arg V="-I$(Item)" List="$(D.I)" Path="Yes"/>)~",
        "Build.OutputFile=out/a.o\nD.I=.;/usr/include;../p2", R"~("/p/src/a.c")~",
        "cc src/a.c out/a.o -I. -I/usr/include -I/p2\n"},
+      {"names that would be taken for something else", R"~(Paths="Relative")~",
+       R"~(<Arg V="$(Item)" List="Files" Path="Yes"/><Arg V="$(File)"/>)~", "",
+       R"~("/p/-x.c","/p/@y/c","/p/..z")~", "cc ./-x.c ./@y/c ..z ./-x.c\n"},
       {"launcher with words", R"~(Launcher="$(B.L)")~", R"~(<Arg V="-c"/>)~",
        "B.L=ccache 'my wrap'", "", "ccache \"my wrap\" cc -c\n"},
       {"refused characters", R"~(Plain="Yes")~", R"~(<Arg V="$(Item)" List="Files"/>)~", "",
@@ -71,6 +74,17 @@ TEST(CommandLine, ArgumentsFollowTheirRules) {
                 std::string(attributes) + ">" + children + "</Step>");
     EXPECT_EQ(StartedFor(tool, "t", files, options), expected) << name;
   }
+}
+
+TEST(CommandLine, NamesThatMoveWithTheProjectAreRelativeAlsoOutsideItsFolder) {
+  ToolManagerFixture tools(
+      OneTool(R"~(><Step Program="cc" Paths="Relative"><Arg V="$(Item)" List="Files" Path="Yes"/>)~"
+              R"~(<Arg V="-I$(Item)" List="$(D.I)" Path="Yes"/></Step>)~"));
+  tools.values.Put("Application", "General", "ApplicationDir", "/w/co/app");
+  tools.values.Put("", "D", "I", "../inc;/w/co/abs;/w/co/app/../own;../../../top;/usr");
+  EXPECT_TRUE(tools.Run("t", "\"/w/co/a.c\""));
+  EXPECT_EQ(StartedLines(tools.launcher),
+            "cc ../a.c -I../inc -I/w/co/abs -I../own -I/top -I/usr\n");
 }
 
 TEST(CommandLine, TheEnvironmentNamesALauncherWhereTheStepTakesOne) {
@@ -144,17 +158,20 @@ TEST(ShippedTools, CompileAndLinkLinesAreComplete) {
       "Linker.Libraries=m\nLinker.LibraryPaths=lib";
   EXPECT_EQ(commands("avr-gcc.tools", "avr-gcc.c", "\"/p/src/a.c\"", options),
             "avr-gcc -c -mmcu=atmega328p -DF_CPU=16000000UL -Os -std=c11 -Wall -gdwarf-2 "
-            "-fdiagnostics-color=never -ffunction-sections -fdata-sections -DA -DB=2 -I/p/src "
-            "-I/inc -MMD -MF /p/out/x.d -flto /p/src/a.c -o /p/out/x.o\n");
+            "-fdiagnostics-color=never -fdebug-prefix-map=/p/= -gno-record-gcc-switches "
+            "-frandom-seed=out/x.o -ffunction-sections -fdata-sections -DA -DB=2 -Isrc "
+            "-I/inc -MMD -MF out/x.d -flto src/a.c -o out/x.o\n");
   EXPECT_EQ(commands("avr-gcc.tools", "avr-gcc.link", "\"/p/out/a.o\",\"/p/out/b.o\"", options),
-            "avr-gcc -mmcu=atmega328p -fdiagnostics-color=never -Wl,--gc-sections "
-            "-Wl,-Map=/p/out/x.map -o /p/out/x.o /p/out/a.o /p/out/b.o -L/p/lib -lm\n"
+            "avr-gcc -mmcu=atmega328p -fdiagnostics-color=never -fdebug-prefix-map=/p/= "
+            "-gno-record-gcc-switches -Wl,--gc-sections "
+            "-Wl,-Map=out/x.map -o out/x.o out/a.o out/b.o -Llib -lm\n"
             "avr-objcopy -O ihex -R .eeprom /p/out/x.o /p/out/x.hex\n"
             "avr-size -A /p/out/x.o\n");
   EXPECT_EQ(
       commands("host-gcc.tools", "host-gcc.cpp", "\"/p/src/a.cpp\"", "Compiler.Warnings=extra"),
-      "g++ -c -Wall -Wextra -fdiagnostics-color=never -ffunction-sections -fdata-sections "
-      "-MMD -MF /p/out/x.d /p/src/a.cpp -o /p/out/x.o\n");
+      "g++ -c -Wall -Wextra -fdiagnostics-color=never -ffile-prefix-map=/p/= "
+      "-frandom-seed=out/x.o -ffunction-sections -fdata-sections "
+      "-MMD -MF out/x.d src/a.cpp -o out/x.o\n");
   EXPECT_EQ(commands("sdcc-mcs51.tools", "sdcc-mcs51.c", "\"/p/src/a.c\"", "Compiler.Optimize=s"),
             "sdcc -mmcs51 -c --opt-code-size -MMD src/a.c -o out/x.o\n");
 }
