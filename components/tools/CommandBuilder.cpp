@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "components/tools/FileList.h"
+#include "components/tools/UsedFiles.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -31,7 +32,11 @@ class PlanMaker : public TemplateValues {
     for (const StepRule& step : tool.steps) {
       folder = job.baseFolder;
       relative = step.relativePaths;
-      if (Holds(step.conditions)) plan.commands.push_back(MakeCommand(step));
+      if (!Holds(step.conditions)) continue;
+      plan.commands.push_back(MakeCommand(step));
+      for (LibraryPlaces& places : FindLibraryPlaces(tool.libraries, plan.commands.back())) {
+        plan.libraries.push_back(std::move(places));
+      }
     }
     return std::move(plan);
   }
@@ -58,8 +63,13 @@ class PlanMaker : public TemplateValues {
 
   std::string Option(const std::string& macro) const override {
     std::string circle;
-    std::string value = job.values->Resolve(macro, &circle);
+    std::string missing;
+    std::string value = job.values->Resolve(macro, &circle, &missing);
     if (!circle.empty()) AddProblem(circle);
+    if (!missing.empty()) {
+      AddProblem("the option " + missing + " is not set in the configuration " +
+                 job.values->GetConfig() + ", and it has no default");
+    }
     return value;
   }
 

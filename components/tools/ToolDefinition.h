@@ -69,6 +69,13 @@ struct GlobalsRule {
   Template file;
 };
 
+// Flags by which a program is given libraries.
+struct LibraryRule {
+  std::string nameFlag;
+  std::string folderFlag;
+  Template file;  // names of the file of a library, with ";" between them
+};
+
 struct ToolDefinition {
   std::string name;
   std::string title;
@@ -76,10 +83,12 @@ struct ToolDefinition {
   std::vector<std::string> extensions;  // with dots, small letters
   MessageRuleLists messages;
   Template output;
+  bool removesOutput = false;  // an output of an earlier run is removed before the first step
   Template listing;
   Template rules;
   std::vector<Template> products;  // further files, whose folders must be there
   std::vector<Template> depends;   // further dependencies of the output
+  std::vector<LibraryRule> libraries;
   std::vector<StepRule> steps;
   SizeRule size;
   GlobalsRule globals;

@@ -6,6 +6,7 @@
 #include "components/tools/FileList.h"
 #include "components/tools/MessageFile.h"
 #include "components/tools/ToolRun.h"
+#include "components/tools/UsedFiles.h"
 #include "components/tools/XmlText.h"
 #include "platform/paths/Paths.h"
 #include "platform/settings/InstalledData.h"
@@ -76,6 +77,9 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::MissingProgram>("MissingProgram", 104, {"tool"}),
       Method<&ToolManager::ListTools>("ListTools", 105, {}),
       Method<&ToolManager::GetDefinitionErrors>("GetDefinitionErrors", 106, {}),
+      Method<&ToolManager::GetUsedFiles>("GetUsedFiles", 107,
+                                         {"tool", "files", "options", "candidates"}),
+      Method<&ToolManager::RefreshTools>("RefreshTools", 108, {}),
   });
   return table;
 }
@@ -84,11 +88,25 @@ std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
                                     std::int32_t frameWindow) {
   const std::string given = ToNativeSeparators(TextOf(applicationPath));
   const std::string root = given.empty() ? InstalledDataFolder(*world.files) : given;
-  std::shared_ptr<const ToolSet> read =
-      ToolSet::FromFolder(*world.files, JoinPath(root, "config/tools"));
+  const std::string place = JoinPath(root, "config/tools");
+  std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world.files, place);
   const std::lock_guard guard(lock);
   tools = std::move(read);
+  folder = place;
   frame = frameWindow;
+  return 1;
+}
+
+std::int32_t ToolManager::RefreshTools() {
+  std::string place;
+  {
+    const std::lock_guard guard(lock);
+    place = folder;
+  }
+  if (place.empty() || ToolSet::DigestOf(*world.files, place) == Tools()->GetDigest()) return 0;
+  std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world.files, place);
+  const std::lock_guard guard(lock);
+  tools = std::move(read);
   return 1;
 }
 
@@ -164,6 +182,20 @@ std::string ToolManager::GetCommandLines(const char* tool, const char* files, co
     text += CommandElement(command);
   }
   return text + "</Commands>";
+}
+
+std::string ToolManager::GetUsedFiles(const char* tool, const char* files, const char* options,
+                                      const char* candidates) {
+  const auto definition = FindTool(TextOf(tool));
+  if (!definition) return {};
+  const OwnedJob owned(world, files, options);
+  const ToolPlan plan = MakePlan(*definition, owned.job);
+  std::string list;
+  for (const std::string& file :
+       FindUsedFiles(plan, owned.job.files, SplitFileList(TextOf(candidates)))) {
+    list += (list.empty() ? "\"" : ",\"") + file + '"';
+  }
+  return list;
 }
 
 std::string ToolManager::TakeBuildInformation() {

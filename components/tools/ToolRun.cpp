@@ -64,7 +64,14 @@ bool ToolRun::Prepare() {
     }
   }
   if (!plan.rules.empty()) static_cast<void>(world.files->RemoveScratchFile(plan.rules));
-  return true;
+  return !tool.removesOutput || RemoveOutput();
+}
+
+bool ToolRun::RemoveOutput() {
+  if (!world.files->Exists(plan.output)) return true;
+  const Status removed = world.files->RemoveFile(plan.output);
+  if (!removed) log.AddError(plan.output + " can't be removed: " + removed.GetError().text);
+  return static_cast<bool>(removed);
 }
 
 bool ToolRun::RunCommand(const ToolCommand& command) {
@@ -195,6 +202,12 @@ void ToolRun::WriteGlobals() {
 // Dependencies that are not known must not pass for none: the output would never be stale again.
 bool ToolRun::ReadDependencies(BuildRecord& found) {
   std::vector<std::string> names = plan.depends;
+  for (const LibraryPlaces& places : plan.libraries) {
+    const auto place = std::find_if(places.begin(), places.end(), [this](const auto& each) {
+      return world.files->Exists(each);
+    });
+    if (place != places.end()) names.push_back(*place);
+  }
   if (!plan.rules.empty() && !ReadRules(names)) return false;
   std::unordered_set<std::string> seen(job.files.begin(), job.files.end());
   for (std::string& name : names) {

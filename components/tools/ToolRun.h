@@ -32,6 +32,7 @@ class ToolRun {
 
  private:
   bool Prepare();
+  bool RemoveOutput();
   bool RunCommand(const ToolCommand& command);
   bool WriteResponseFile(const ToolCommand& command, ProcessRequest& request,
                          std::string& response);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -18,6 +19,11 @@ class ToolSet {
   // Reads every *.tools file of the folder in the order of the names. Of two tools with one name
   // the later counts, and the errors say so. A missing folder gives an empty set and an error.
   static std::unique_ptr<ToolSet> FromFolder(FileSystem& files, const std::string& folder);
+
+  // A number of the names and texts of all definition files of a folder.
+  static std::uint64_t DigestOf(FileSystem& files, const std::string& folder);
+  // That of the files which this set was read from.
+  std::uint64_t GetDigest() const { return digest; }
 
   // Null when there is none. Names compare without regard to case.
   const ToolDefinition* Find(std::string_view name) const;
@@ -41,6 +47,7 @@ class ToolSet {
   std::map<std::string, const ToolDefinition*, std::less<>> byName;  // in small letters
   std::map<std::string, std::string, std::less<>> listsByExtension;  // ready-made elements
   std::vector<std::string> errors;
+  std::uint64_t digest = 0;
 };
 
 }  // namespace tarn::tools

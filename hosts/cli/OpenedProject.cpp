@@ -5,6 +5,7 @@
 #include "components/common/OptionValues.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/Suggest.h"
+#include "hosts/frame/NewConfiguration.h"
 #include "hosts/frame/ProjectFile.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -18,14 +19,6 @@ std::vector<std::string> LabelsOf(const std::vector<ApplicationEntry>& applicati
   labels.reserve(applications.size());
   for (const ApplicationEntry& each : applications) labels.push_back(each.label);
   return labels;
-}
-
-// The name as the application writes it; empty when it has no such configuration.
-std::string FindConfiguration(const ApplicationEntry& application, const std::string& name) {
-  for (const std::string& each : application.configurations) {
-    if (EqualNoCase(each, name)) return each;
-  }
-  return {};
 }
 
 }  // namespace

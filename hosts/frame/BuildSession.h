@@ -40,6 +40,7 @@ struct BuildOutcome {
   BuildEnd end = BuildEnd::Refused;
   int toolsRun = 0;  // that ended well
   int toolsFailed = 0;
+  std::string problem;  // why nothing could be built, if no tool has told
 };
 
 struct ApplicationSummary {
@@ -133,7 +134,8 @@ class BuildSession {
   std::function<void()> beforeScript;
 
   // What is out of date, the host's own reasons included.
-  std::vector<ApplicationStatus> GetStatus();
+  // `problem`, if given, receives why the applications can't be built at all.
+  std::vector<ApplicationStatus> GetStatus(std::string* problem = nullptr);
   // The applications, each with what its tool said of its output; empty where nothing is known.
   std::vector<ApplicationSummary> GetSummaries();
   // The program that a tool needs and that this machine hasn't got; empty when it has all.
@@ -165,6 +167,7 @@ class BuildSession {
   std::intptr_t OnProjectChanged(const std::string& path);
   std::intptr_t OnRunScript(const HostEvent& event);
   bool FollowProject();
+  std::size_t CountInputs(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
   void WaitForWorker();
   void ServePostedCommands();

@@ -7,6 +7,7 @@
 
 #include "automation/ApplicationSearch.h"
 #include "automation/TargetList.h"
+#include "build/ApplicationOrder.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
@@ -78,7 +79,18 @@ void ForEachBuiltNode(const NodeTypes& types, CXmlNode& node, OnNode&& onNode) {
   if (tool != nullptr && *tool != '\0') onNode(node);
 }
 
-void AddStatus(CProjectModel& model, CXmlNode& application, CXmlNode& status) {
+// Of the applications whose status is known.
+bool HasStaleNodes(const CXmlNode& status, const CXmlNode& application) {
+  for (const CXmlNode* entry : status.GetChildren()) {
+    if (TextOf(entry->GetAttrValue("Path")) != TextOf(application.GetAttrValue("Path"))) continue;
+    if (entry->FindChild("Node") != nullptr) return true;
+  }
+  return false;
+}
+
+// What an application uses is told by its label, in build order.
+void AddStatus(CProjectModel& model, const ApplicationOrder& order, CXmlNode& application,
+               CXmlNode& status) {
   CXmlNode& entry = *status.AddChild("Application");
   CopyAttribute(application, "Header", entry, "Header");
   CopyAttribute(application, "Path", entry, "Path");
@@ -86,6 +98,10 @@ void AddStatus(CProjectModel& model, CXmlNode& application, CXmlNode& status) {
   entry.AddAttr("Config", config == nullptr ? kStandardConfig : config);
   if (&application == model.GetActiveApplication()) entry.AddAttr("Active", "Yes");
   bool partsAreStale = false;
+  for (const CXmlNode* used : order.GetUsed(application)) {
+    CopyAttribute(*used, "Header", *entry.AddChild("Uses"), "Header");
+    partsAreStale = partsAreStale || HasStaleNodes(status, *used);
+  }
   ForEachBuiltNode(model.types, application, [&](CXmlNode& node) {
     const StaleVerdict verdict = model.ExamineNode(node);
     const bool waitsForParts = !verdict && &node == &application && partsAreStale;
@@ -126,6 +142,8 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::PublishFor>("PublishFor", 18, {"milliseconds"}),
       Method<&I::NoteCurrentNode>("NoteCurrentNode", 19, {}),
       Method<&I::SelectNotedNode>("SelectNotedNode", 20, {}),
+      Method<&I::CopyConfiguration>("CopyConfiguration", 21, {"from", "to"}),
+      Method<&I::RefreshDefinitions>("RefreshDefinitions", 22, {}),
   });
   return table;
 }
@@ -168,8 +186,9 @@ std::string CProjectInspector::GetStatus() {
   if (!model->IsWorkerAlive()) model->ForgetFileTimes();
   CXmlNode status;
   status.SetName("Status");
-  ForEachApplication(*model,
-                     [&](CXmlNode& application) { AddStatus(*model, application, status); });
+  const ApplicationOrder order(model->types, model->toolManager, model->GetProjectRoot());
+  for (CXmlNode* application : order.GetAll()) AddStatus(*model, order, *application, status);
+  if (!order.GetProblem().empty()) status.AddAttr("Problem", order.GetProblem());
   return status.ToString(g_xmlDisplayOptions);
 }
 
@@ -334,6 +353,16 @@ std::int32_t CProjectInspector::SelectNotedNode() {
   if (model == nullptr || notedNode == nullptr || model->GetTreeEpoch() != notedEpoch) return 0;
   if (model->GetCurrentNode() != notedNode) model->SetCurrentNode(notedNode);
   return model->GetCurrentNode() == notedNode ? 1 : 0;
+}
+
+std::int32_t CProjectInspector::RefreshDefinitions() {
+  CProjectModel* model = Model();
+  return model == nullptr ? 0 : model->RefreshDefinitions();
+}
+
+std::int32_t CProjectInspector::CopyConfiguration(const char* from, const char* to) {
+  CProjectModel* model = Model();
+  return model == nullptr ? 0 : model->CopyConfiguration(TextOf(from), TextOf(to));
 }
 
 std::int32_t CProjectInspector::GetChangeCount() {

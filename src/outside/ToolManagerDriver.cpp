@@ -9,6 +9,8 @@ enum : DispatchId {
   kRunTool = 2,
   kInitTools = 3,
   kGetToolsForExtension = 9,
+  kGetUsedFiles = 107,
+  kRefreshTools = 108,
 };
 
 }  // namespace
@@ -25,6 +27,15 @@ std::int32_t CToolManagerDriver::RunTool(TextArgument tool, TextArgument files,
 
 std::string CToolManagerDriver::GetToolsForExtension(TextArgument extension) {
   return InvokeText(kGetToolsForExtension, {extension});
+}
+
+std::int32_t CToolManagerDriver::RefreshTools() {
+  return InvokeLong(kRefreshTools, {});
+}
+
+std::string CToolManagerDriver::GetUsedFiles(TextArgument tool, TextArgument files,
+                                             TextArgument options, TextArgument candidates) {
+  return InvokeText(kGetUsedFiles, {tool, files, options, candidates});
 }
 
 }  // namespace tarn

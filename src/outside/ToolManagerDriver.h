@@ -22,6 +22,12 @@ class CToolManagerDriver : public COleDispatchDriver {
                        TextArgument messageFile);
   // An element whose children are the commands for files of that extension (with its dot).
   std::string GetToolsForExtension(TextArgument extension);
+  // Reads changed definitions again; not 0 if there were any.
+  std::int32_t RefreshTools();
+  // Those of the candidates that the tool would read, all lists like `files` of RunTool. Empty for
+  // components that don't tell.
+  std::string GetUsedFiles(TextArgument tool, TextArgument files, TextArgument options,
+                           TextArgument candidates);
 };
 
 }  // namespace tarn

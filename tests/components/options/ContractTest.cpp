@@ -30,7 +30,8 @@ TEST(Contract, EveryOperationAnswersByItsNumberWithItsArguments) {
             "32 EndParentLevel/0 100 ListProperties/1 101 CheckValue/4 102 GetDefinitionErrors/0 "
             "103 Undo/0 104 Redo/0 105 SetChangedProperty/4 106 SetNewConfigName/1 "
             "107 GetOrigin/3 108 ListConfigurations/0 109 ResetChangedProperty/3 "
-            "110 GetUndoProperty/0 111 GetRedoProperty/0 112 GetSwitchCount/0 ");
+            "110 GetUndoProperty/0 111 GetRedoProperty/0 112 GetSwitchCount/0 "
+            "113 RefreshDefinitions/0 ");
 }
 
 TEST(Contract, AValueThatWasSetIsReadBackUnderAnyName) {

@@ -124,6 +124,49 @@ TEST(CommandLine, ALongLineGoesThroughAResponseFileThatIsRemoved) {
   EXPECT_NE(tools.Messages().find("wrap ld -o /p/o/x.elf"), std::string::npos);
 }
 
+TEST(CommandLine, FilesThatARunReadsAreKnownBeforeIt) {
+  ToolManagerFixture tools(
+      OneTool(R"~(Output="out.elf"><Step Program="ld"><Arg V="-o"/><Arg V="$(Output)"/>)~"
+              R"~(<Arg V="$(X.Args)" Words="Yes"/></Step><Depend File="x.ld"/>)~"
+              R"~(<Libraries Name="-l" Folder="-L" File="lib$(Item).so;lib$(Item).a"/>)~"));
+  const std::string candidates =
+      R"("/p/a.o","/p/x.ld","/p/l/libm.so","/p/l/libm.a","/q/libm.a","/p/l/n.a","/p/libm.a")"
+      R"(,"/p/one.a","/p/two.a","/p/sub/../Three.a","/p/out.elf")";
+  const char* const rows[][2] = {
+      {"", R"("/p/a.o","/p/x.ld")"},
+      {"-Ll -L /q -lm -l :n.a", R"("/p/a.o","/p/x.ld","/p/l/libm.so","/p/l/libm.a","/q/libm.a",)"
+                                R"("/p/l/n.a")"},
+      {"one.a -Wl,-x,two.a,--in=three.a", R"("/p/a.o","/p/x.ld","/p/one.a","/p/two.a",)"
+                                          R"("/p/sub/../Three.a")"},
+  };
+  for (const auto& [arguments, expected] : rows) {
+    tools.values.Put("", "X", "Args", arguments);
+    const std::string options = tools.values.ToText();
+    EXPECT_EQ(tools.manager->GetUsedFiles("t", "\"a.o\"", options.c_str(), candidates.c_str()),
+              expected);
+  }
+  // The library that is there counts as a dependency.
+  tools.values.Put("", "X", "Args", "-Ll -L/q -lm -lnone");
+  tools.disk.AddFile("/p/out.elf", "");
+  tools.disk.AddFile("/q/libm.a", "");
+  EXPECT_TRUE(tools.Run("t", "\"a.o\""));
+  EXPECT_NE(tools.manager->TakeBuildInformation().find(
+                R"(<D Header="/p/x.ld"/><D Header="/q/libm.a"/></F>)"),
+            std::string::npos);
+}
+
+TEST(CommandLine, AFreshOutputHasNothingOfTheOneBefore) {
+  ToolManagerFixture tools(OneTool(R"~(Output="x.a" Fresh="Yes"><Step Program="ar"/>)~"));
+  tools.disk.AddFile("/p/x.a", "old");
+  EXPECT_FALSE(tools.Run("t", ""));
+  EXPECT_FALSE(tools.disk.BytesOf("/p/x.a").has_value());
+  tools.disk.AddFile("/p/x.a", "old");
+  tools.disk.FailOn("remove", "/p/x.a", ErrorCode::ReadOnly);
+  EXPECT_FALSE(tools.Run("t", ""));
+  EXPECT_NE(tools.Messages().find("/p/x.a can't be removed"), std::string::npos);
+  EXPECT_EQ(StartedLines(tools.launcher), "ar\n");
+}
+
 TEST(CommandLine, GetCommandLinesShowsWhatWouldRunAndStartsNothing) {
   ToolManagerFixture tools(OneTool(
       R"~(Output="o.o"><Step Program="cc"><Arg V="-DX=&quot;1&quot;"/><Arg V="$(Output)"/>)~"

@@ -135,6 +135,20 @@ TEST(ToolManager, AProgramPathRunsAsAToolAndANullMessageFileIsLegal) {
   EXPECT_EQ(StartedLines(tools.launcher), "/t/gen /p/a.c\np\n");
 }
 
+TEST(ToolManager, EditedDefinitionsTakeEffectWhenTheyAreRefreshed) {
+  ToolManagerFixture tools(R"(<T><Tool Name="a"><Step Program="old"/></Tool></T>)");
+  EXPECT_EQ(tools.manager->RefreshTools(), 0);
+  // As long as before, and in the same second.
+  tools.disk.AddFile("/app/config/tools/test.tools",
+                     R"(<T><Tool Name="a"><Step Program="new"/></Tool></T>)");
+  tools.disk.AddFile("/app/config/tools/more.tools",
+                     R"(<T><Tool Name="b"><Step Program="b"/></Tool></T>)");
+  EXPECT_EQ(tools.manager->RefreshTools(), 1);
+  EXPECT_EQ(tools.manager->RefreshTools(), 0);
+  EXPECT_TRUE(tools.Run("a", "") && tools.Run("b", ""));
+  EXPECT_EQ(StartedLines(tools.launcher), "new\nb\n");
+}
+
 TEST(ToolManager, MissingProgramNamesTheFirstThatIsNeeded) {
   ToolManagerFixture tools(
       R"(<T><Tool Name="a"><Step Program="none-1" Optional="Yes"/><Step Program="cc"/>)"
