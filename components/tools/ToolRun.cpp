@@ -203,9 +203,8 @@ void ToolRun::WriteGlobals() {
 bool ToolRun::ReadDependencies(BuildRecord& found) {
   std::vector<std::string> names = plan.depends;
   for (const LibraryPlaces& places : plan.libraries) {
-    const auto place = std::find_if(places.begin(), places.end(), [this](const auto& each) {
-      return world.files->Exists(each);
-    });
+    const auto place = std::find_if(places.begin(), places.end(),
+                                    [this](const auto& each) { return world.files->Exists(each); });
     if (place != places.end()) names.push_back(*place);
   }
   if (!plan.rules.empty() && !ReadRules(names)) return false;
