@@ -22,7 +22,7 @@ std::int32_t CProjectModel::AddConfiguration() {
 }
 
 std::int32_t CProjectModel::RefreshDefinitions() {
-  if (IsWorkerAlive() || walksHere > 0) return 0;
+  if (IsWorkerAlive() || walksHere > 0 || propertyManager == nullptr) return 0;
   const bool hasOptions = propertyManager->RefreshDefinitions() != 0;
   const bool hasTools = toolManager != nullptr && toolManager->RefreshTools() != 0;
   if (!hasOptions && !hasTools) return 0;

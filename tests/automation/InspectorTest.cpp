@@ -67,6 +67,8 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"PublishFor", 18, {5}, "1", "1"},
       {"NoteCurrentNode", 19, {}, "0", "1"},
       {"SelectNotedNode", 20, {}, "0", "1"},
+      {"CopyConfiguration", 21, {"A", "B"}, "0", "0"},
+      {"RefreshDefinitions", 22, {}, "0", "0"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
