@@ -40,7 +40,7 @@ struct BuildOutcome {
   BuildEnd end = BuildEnd::Refused;
   int toolsRun = 0;  // that ended well
   int toolsFailed = 0;
-  std::string problem;  // why nothing could be built, if no tool has told
+  std::string problem = {};  // why nothing could be built, if no tool has told
 };
 
 struct ApplicationSummary {
