@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   std::unordered_set<std::string> seen;
   std::size_t length = 0;
-  for (const std::string& name : tarn::tools::ReadRuleFile(text)) {
+  for (const std::string& name : tarn::tools::ReadRuleFile(text).names) {
     if (name.empty() || !seen.insert(name).second) std::abort();
     length += name.size();
   }

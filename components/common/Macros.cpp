@@ -54,7 +54,8 @@ std::string_view TakeCase(std::string_view& list) {
 
 class Resolver {
  public:
-  Resolver(const MacroSource& from, std::string* errorText) : source(from), error(errorText) {}
+  Resolver(const MacroSource& from, std::string* errorText, std::string* missingName)
+      : source(from), error(errorText), missing(missingName) {}
 
   // Appends the text, resolved. When it needs a value that is being resolved further out, the
   // result is that value's frame, and all between gives nothing.
@@ -74,6 +75,7 @@ class Resolver {
     }
     if (value.literal || value.text.find('$') == std::string_view::npos) {
       to += value.text;
+      if (!value.literal) CheckBlank(value, name, outer);
       return nullptr;
     }
     if (const Frame* circle = FindCircle(value.id, outer)) {
@@ -86,6 +88,13 @@ class Resolver {
     if (circle == nullptr) return nullptr;
     to.resize(length);
     return circle == &frame ? nullptr : circle;
+  }
+
+  // A blank value doesn't do where one has to be set.
+  void CheckBlank(const FoundValue& value, std::string_view name, const Frame& outer) {
+    if (missing == nullptr || value.id == 0 || !Trim(value.text).empty()) return;
+    std::string unused;
+    AppendValue(source.FindBelow(value.id), name, outer, unused);
   }
 
  private:
@@ -122,6 +131,10 @@ class Resolver {
     if (EqualNoCase(name, "Inherited")) {
       if (!frame.isValue) return nullptr;
       return AppendValue(source.FindBelow(frame.id), frame.name, frame, to);
+    }
+    if (EqualNoCase(name, "Required")) {
+      if (missing != nullptr && missing->empty()) *missing = CleanName(frame.name);
+      return nullptr;
     }
     const std::size_t first = name.find('.');
     if (first == std::string_view::npos) return nullptr;
@@ -187,6 +200,7 @@ class Resolver {
 
   const MacroSource& source;
   std::string* error;
+  std::string* missing;
   int expansions = 0;
   int nesting = 0;
 };
@@ -218,15 +232,17 @@ bool HasDriveLetter(std::string_view path) {
 
 }  // namespace
 
-std::string ResolveMacros(const MacroSource& source, const FoundValue& value, std::string* error) {
+std::string ResolveMacros(const MacroSource& source, const FoundValue& value, std::string* error,
+                          std::string* missing) {
   std::string text;
   if (!value.found) return text;
+  Resolver resolver(source, error, missing);
+  const Frame root{nullptr, value.id, value.id != 0, {}, 0};
   if (value.literal || value.text.find('$') == std::string_view::npos) {
     text = value.text;
+    if (!value.literal) resolver.CheckBlank(value, {}, root);
     return text;
   }
-  Resolver resolver(source, error);
-  const Frame root{nullptr, value.id, value.id != 0, {}, 0};
   if (resolver.Append(value.text, root, text) != nullptr) text.clear();
   return text;
 }

@@ -9,6 +9,7 @@
 //   $(Section.Property)        the value of the own set, else of the nearest set outwards
 //   $(Set.Section.Property)    the value of that set
 //   $(Inherited)               the value that would hold without the one that this stands in
+//   $(Required)                no value: one has to be set where this stands in
 //   $(Section.Property?a=x;b=y;*=z)   x when the property's value is a (without regard to case),
 //                              y when it is b, z otherwise; the texts may hold macros themselves
 //   $(Unique:Section.Property) the path that the property holds, relative to the application's
@@ -37,9 +38,11 @@ class MacroSource {
 
 // The text with its macros resolved; `value` is the value that the text belongs to, if any. Every
 // value that takes part in a circle gives nothing, and `error`, when given, names the circle. A
-// text that would grow beyond all bounds gives nothing as well.
+// text that would grow beyond all bounds gives nothing as well. `missing`, if given, receives the
+// name of the first value that takes part and has to be set: its text is $(Required), or it is
+// blank and would be $(Required) if it weren't there.
 std::string ResolveMacros(const MacroSource& source, const FoundValue& value,
-                          std::string* error = nullptr);
+                          std::string* error = nullptr, std::string* missing = nullptr);
 
 // What $(Unique:...) gives. A step up is written "__", a path with no way from the folder starts
 // with "__root"; names that start with "__" themselves get one "_" more.

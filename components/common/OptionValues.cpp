@@ -124,8 +124,9 @@ std::string OptionValues::Get(std::string_view set, std::string_view section,
   return ResolveMacros(*this, FindRaw(set, section, property));
 }
 
-std::string OptionValues::Resolve(std::string_view text, std::string* error) const {
-  return ResolveMacros(*this, {true, false, 0, text}, error);
+std::string OptionValues::Resolve(std::string_view text, std::string* error,
+                                  std::string* missing) const {
+  return ResolveMacros(*this, {true, false, 0, text}, error, missing);
 }
 
 }  // namespace tarn

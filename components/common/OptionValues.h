@@ -50,8 +50,10 @@ class OptionValues : private MacroSource, private ValuesSink {
   // The value with its macros resolved; empty when there is none.
   std::string Get(std::string_view set, std::string_view section, std::string_view property) const;
   // A text with its macros resolved. An unknown macro gives nothing; a macro that leads back to
-  // itself gives nothing and, when `error` is given, names the circle there.
-  std::string Resolve(std::string_view text, std::string* error = nullptr) const;
+  // itself gives nothing and, when `error` is given, names the circle there. `missing` is that of
+  // ResolveMacros.
+  std::string Resolve(std::string_view text, std::string* error = nullptr,
+                      std::string* missing = nullptr) const;
 
  private:
   struct Entry {

@@ -4,6 +4,7 @@
 
 #include "components/options/ValueCheck.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
 
@@ -49,6 +50,11 @@ bool DropLastProperty(CXmlNode& node) {
   return false;
 }
 
+std::uint64_t AddToDigest(std::uint64_t digest, const std::string& path,
+                          const Result<std::string>& text) {
+  return HashBytes(text ? *text : text.GetError().text, HashBytes(path, digest));
+}
+
 }  // namespace
 
 void DefinitionReader::ReportFor(const std::string& path, std::string_view what) {
@@ -65,8 +71,18 @@ void DefinitionReader::ReportLoss(const std::string& path, const std::string& wh
   if (lostFile.empty()) lostFile = path + ": " + what;
 }
 
+std::uint64_t DefinitionReader::DigestOf(FileSystem& files, const std::vector<std::string>& paths) {
+  std::uint64_t digest = 0;
+  for (const std::string& path : paths) {
+    digest = AddToDigest(digest, path, files.ReadWholeFile(path));
+  }
+  return digest;
+}
+
 bool DefinitionReader::ReadFile(const std::string& path) {
   const Result<std::string> text = files.ReadWholeFile(path);
+  paths.push_back(path);
+  digest = AddToDigest(digest, path, text);
   if (!text) {
     ReportLoss(path, "can't be read: " + text.GetError().text);
     return false;

@@ -28,6 +28,12 @@ class DefinitionReader {
   // Checks that need all files: defaults against types and choices.
   void CheckDefaults();
 
+  // All files that were read or couldn't be.
+  const std::vector<std::string>& FilesRead() const { return paths; }
+  // A number of their texts, and of those that files have now.
+  std::uint64_t GetDigest() const { return digest; }
+  static std::uint64_t DigestOf(FileSystem& files, const std::vector<std::string>& paths);
+
   // One line for each fault, "file: what".
   const std::vector<std::string>& Errors() const { return errors; }
   // The first fault that lost a file or what follows in it, like a line of Errors; empty if there
@@ -56,6 +62,8 @@ class DefinitionReader {
   std::vector<std::string> chain;  // files that are being read, the innermost last
   std::string place;               // what is being read, for messages
   std::size_t filesRead = 0;
+  std::vector<std::string> paths;  // of all files, also of those that can't be read
+  std::uint64_t digest = 0;
   std::vector<std::string> errors;
   std::string lostFile;
 };

@@ -291,15 +291,15 @@ std::string NodeValues::Get(std::string_view set, std::string_view section,
 
 std::string NodeValues::Resolve(std::string_view set, std::string_view section,
                                 std::string_view property, std::string_view text,
-                                std::string* error) {
+                                std::string* error, std::string* missing) {
   // The value is put in place for the time being, so that one that leads back to it is noticed.
   std::string before;
   const bool hadOwn = GetOwn(set, section, property, before);
   const KeyId key = keys.AddKey(SetOf(set), keys.AddProperty(section, property));
   const bool direct = hadOwn && slots[key].direct;
   PutOwn(key, text, direct);
-  std::string resolved =
-      ResolveMacros(*this, Look(keys.Get(key).set, keys.Get(key).property, OwnLayer), error);
+  std::string resolved = ResolveMacros(
+      *this, Look(keys.Get(key).set, keys.Get(key).property, OwnLayer), error, missing);
   if (hadOwn) {
     PutOwn(key, before, direct);
   } else {

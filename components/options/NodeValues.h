@@ -70,7 +70,7 @@ class NodeValues : private MacroSource {
                   std::string* error = nullptr);
   // What the property would give if its own value were this text.
   std::string Resolve(std::string_view set, std::string_view section, std::string_view property,
-                      std::string_view text, std::string* error);
+                      std::string_view text, std::string* error, std::string* missing = nullptr);
   // The raw own value; false when there is none.
   bool GetOwn(std::string_view set, std::string_view section, std::string_view property,
               std::string& value);

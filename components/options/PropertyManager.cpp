@@ -90,7 +90,15 @@ bool PropertyManager::ReadAllDefinitions() {
   definitions.Index();
   definitionErrors = reader.Errors();
   lostDefinitions = reader.LostFile();
+  filesRead = reader.FilesRead();
+  digest = reader.GetDigest();
   return lastIsRead;
+}
+
+std::int32_t PropertyManager::RefreshDefinitions() {
+  if (definitionFiles.empty() || DefinitionReader::DigestOf(files, filesRead) == digest) return 0;
+  ReadAllDefinitions();
+  return 1;
 }
 
 std::string PropertyManager::ListProperties(const char* set) {
@@ -116,9 +124,11 @@ std::string PropertyManager::CheckValue(const char* set, const char* section, co
       definitions.Find(keys.FindSet(ownSet), keys.FindProperty(View(section), View(property)));
   if (definition == nullptr) return {};
   std::string error;
+  std::string missing;
   const std::string resolved =
-      values.Resolve(ownSet, View(section), View(property), View(value), &error);
+      values.Resolve(ownSet, View(section), View(property), View(value), &error, &missing);
   if (!error.empty()) return "The value can't be resolved: " + error + ".";
+  if (!missing.empty() && Trim(resolved).empty()) return "A value is needed; there is no default.";
   return CheckAgainst(*definition, resolved);
 }
 

@@ -81,6 +81,9 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   bool IsHeld() const { return updates > 0; }
   std::string GetPropState();
   void SetPropState(const char* state);
+  // Reads the definitions again if their files changed since they were read; 1 if so. Values that
+  // nodes were published with are the caller's to renew.
+  std::int32_t RefreshDefinitions();
   std::string GetNewConfigName();
   void SetNewConfigName(const char* name);
   std::string GetChangedProperty();
@@ -112,6 +115,8 @@ class PropertyManager : public DispatchObject<PropertyManager> {
 
   std::vector<std::string> definitionFiles;  // that ReadDefsFromFile named
   std::string lastDefinitionFile;
+  std::vector<std::string> filesRead;  // those and what they include
+  std::uint64_t digest = 0;            // of their texts
   std::vector<std::string> definitionErrors;
   std::string lostDefinitions;
   std::vector<std::string> valueErrors;  // circles that were met, each told once

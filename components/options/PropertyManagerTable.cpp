@@ -49,6 +49,7 @@ const DispatchTable<PropertyManager>& PropertyManager::Table() {
       Method<&P::GetUndoProperty>("GetUndoProperty", 110, {}),
       Method<&P::GetRedoProperty>("GetRedoProperty", 111, {}),
       Method<&P::GetSwitchCount>("GetSwitchCount", 112, {}),
+      Method<&P::RefreshDefinitions>("RefreshDefinitions", 113, {}),
       Method<&P::GetDefinitionProblem>("GetDefinitionProblem", 120, {}),
   });
   return table;

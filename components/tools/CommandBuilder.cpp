@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "components/tools/FileList.h"
+#include "components/tools/UsedFiles.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -31,7 +32,11 @@ class PlanMaker : public TemplateValues {
     for (const StepRule& step : tool.steps) {
       folder = job.baseFolder;
       relative = step.relativePaths;
-      if (Holds(step.conditions)) plan.commands.push_back(MakeCommand(step));
+      if (!Holds(step.conditions)) continue;
+      plan.commands.push_back(MakeCommand(step));
+      for (LibraryPlaces& places : FindLibraryPlaces(tool.libraries, plan.commands.back())) {
+        plan.libraries.push_back(std::move(places));
+      }
     }
     return std::move(plan);
   }
@@ -39,7 +44,7 @@ class PlanMaker : public TemplateValues {
   std::string Own(OwnName name) const override {
     switch (name) {
       case OwnName::File:
-        return job.files.empty() ? std::string() : Shown(job.files.front());
+        return job.files.empty() ? std::string() : Shown(job.files.front(), true);
       case OwnName::Output:
         return Shown(plan.output);
       case OwnName::OutputBase:
@@ -58,8 +63,13 @@ class PlanMaker : public TemplateValues {
 
   std::string Option(const std::string& macro) const override {
     std::string circle;
-    std::string value = job.values->Resolve(macro, &circle);
+    std::string missing;
+    std::string value = job.values->Resolve(macro, &circle, &missing);
     if (!circle.empty()) AddProblem(circle);
+    if (!missing.empty()) {
+      AddProblem("the option " + missing + " is not set in the configuration " +
+                 job.values->GetConfig() + ", and it has no default");
+    }
     return value;
   }
 
@@ -82,12 +92,43 @@ class PlanMaker : public TemplateValues {
     return paths;
   }
 
-  // An absolute path as the step writes it.
-  std::string Shown(std::string path) const {
+  // An absolute path as the step writes it. `mayClimb`: the project names it relative to its own
+  // place, so it moves with the project also outside the working folder.
+  std::string Shown(const std::string& path, bool mayClimb = false) const {
     if (!relative || path.empty()) return path;
-    const std::string prefix = AddSeparator(folder);
     if (path == folder) return ".";
-    return path.compare(0, prefix.size(), prefix) == 0 ? path.substr(prefix.size()) : path;
+    const std::string way = RelativeTo(path);
+    const std::size_t levels = LevelsUp(way);
+    if (way.empty() || (levels > 0 && !(mayClimb && CanClimb(levels)))) return path;
+    // A name must not pass for an option, a response file or a folder of the compiler.
+    return std::string_view("-@=").find(way.front()) == std::string_view::npos ? way : "./" + way;
+  }
+
+  std::string RelativeTo(const std::string& path) const {
+    std::string way = ToNativeSeparators(RelativeDiskPath(folder, path));
+    const std::string here = {'.', kSeparator};
+    if (way.starts_with(here)) way.erase(0, here.size());
+    return way;
+  }
+
+  static std::size_t LevelsUp(std::string_view way) {
+    std::size_t levels = 0;
+    for (const std::string_view component : Split(way, kSeparator)) {
+      if (component != "..") break;
+      ++levels;
+    }
+    return levels;
+  }
+
+  // The working folder lies deeper than that, and ".." means there what it means in names: behind a
+  // symbolic link it leads elsewhere.
+  bool CanClimb(std::size_t levels) const {
+    std::string above = folder;
+    for (std::size_t i = 0; i < levels; ++i) above = FolderOf(above);
+    if (above.empty() || FolderOf(above) == above || FolderOf(above).empty()) return false;
+    if (job.disk == nullptr) return true;
+    return job.disk->ResolveLinks(folder) ==
+           job.disk->ResolveLinks(above) + folder.substr(above.size());
   }
 
   bool Holds(const Condition& condition) const {
@@ -141,8 +182,11 @@ class PlanMaker : public TemplateValues {
   }
 
   void AddArgument(const ArgumentRule& rule, std::vector<std::string>& arguments) {
-    const auto asPath = [this](const std::string& value) {
-      return Shown(AbsolutePath(job.baseFolder, value));
+    const bool isFile = rule.source == ArgumentRule::Source::Files;
+    const auto asPath = [this, isFile](const std::string& value) {
+      const bool isOwn = isFile || IsRelativePath(ToNativeSeparators(value)) ||
+                         value.starts_with(AddSeparator(job.baseFolder));
+      return Shown(AbsolutePath(job.baseFolder, value), isOwn);
     };
     std::string text = rule.isPath ? rule.value.Fill(*this, asPath) : rule.value.Fill(*this);
     if (rule.isWords) {

@@ -7,6 +7,7 @@
 
 #include "components/common/OptionValues.h"
 #include "components/tools/ToolDefinition.h"
+#include "platform/files/FileSystem.h"
 
 namespace tarn::tools {
 
@@ -15,6 +16,7 @@ struct ToolJob {
   std::vector<std::string> files;  // absolute
   const OptionValues* values = nullptr;
   std::string baseFolder;           // absolute; what relative names in options are relative to
+  FileSystem* disk = nullptr;       // asked about symbolic links alone; null: there are none
   std::string environmentLauncher;  // used where a step allows a launcher and the options name none
 };
 
@@ -28,6 +30,9 @@ struct ToolCommand {
   std::size_t launched = 0;  // how many of the arguments belong to a launcher
 };
 
+// Where a library is looked for, in order.
+using LibraryPlaces = std::vector<std::string>;
+
 // A whole run with everything filled in. Paths are absolute.
 struct ToolPlan {
   std::string output;  // empty when the tool makes none
@@ -38,7 +43,8 @@ struct ToolPlan {
   std::vector<std::string> products;
   std::vector<std::string> depends;
   std::vector<ToolCommand> commands;
-  std::vector<std::string> problems;  // why it must not run
+  std::vector<LibraryPlaces> libraries;  // of those that the commands name by flags
+  std::vector<std::string> problems;     // why it must not run
 };
 
 ToolPlan MakePlan(const ToolDefinition& tool, const ToolJob& job);

@@ -10,6 +10,7 @@
 #include "components/tools/CommandBuilder.h"
 #include "components/tools/DebugEntry.h"
 #include "components/tools/DeclarationText.h"
+#include "platform/paths/Paths.h"
 
 namespace tarn::tools {
 
@@ -88,8 +89,8 @@ bool HasPlainDebugSections(Elf* elf) {
 
 class SymbolCollector {
  public:
-  SymbolCollector(GlobalSymbols& into, NameSet zeroNames)
-      : found(into), namesAtZero(std::move(zeroNames)) {}
+  SymbolCollector(GlobalSymbols& into, NameSet zeroNames, const std::string& base)
+      : found(into), namesAtZero(std::move(zeroNames)), baseFolder(base) {}
 
   void AddUnit(Dwarf_Die& unit) {
     if (!IsWhole(unit)) {
@@ -98,6 +99,8 @@ class SymbolCollector {
     }
     isC = IsC(unit);
     folder = TextAttribute(unit, DW_AT_comp_dir);
+    // Compilers that hide where a project lies leave one that is in the names already.
+    if (IsRelativePath(folder)) folder = baseFolder;
     scopes.clear();
     paths.clear();
     AddChildren(unit, "", 0);
@@ -208,6 +211,7 @@ class SymbolCollector {
 
   GlobalSymbols& found;
   const NameSet namesAtZero;
+  const std::string& baseFolder;
   NameSet seen;
   bool isDamaged = false;
 
@@ -227,7 +231,7 @@ constexpr const char* kDamaged = "parts are missing, the debug information is da
 
 }  // namespace
 
-GlobalSymbols ReadDebugSymbols(std::string& program) {
+GlobalSymbols ReadDebugSymbols(std::string& program, const std::string& baseFolder) {
   GlobalSymbols found;
   elf_version(EV_CURRENT);
   const std::unique_ptr<Elf, Closer> elf(elf_memory(program.data(), program.size()));
@@ -238,7 +242,7 @@ GlobalSymbols ReadDebugSymbols(std::string& program) {
   }
   const std::unique_ptr<Dwarf, Closer> dwarf(dwarf_begin_elf(elf.get(), DWARF_C_READ, nullptr));
   if (!dwarf) return found;
-  SymbolCollector collector(found, NamesAtZero(elf.get()));
+  SymbolCollector collector(found, NamesAtZero(elf.get()), baseFolder);
   Dwarf_CU* unit = nullptr;
   Dwarf_Die top;
   int answer = 0;

@@ -25,12 +25,13 @@ class ToolReader : public ElementReader {
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool = std::make_unique<ToolDefinition>();
     CheckAttributes(node, {"Name", "Title", "Hint", "Extensions", "Messages", "Output", "Listing",
-                           "Rules", "Search"});
+                           "Rules", "Search", "Fresh"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
     tool->hint = Text(node, "Hint");
     tool->output = Filled(node, "Output");
+    tool->removesOutput = IsYes(node, "Fresh");
     tool->listing = Filled(node, "Listing");
     tool->rules = Filled(node, "Rules");
     tool->search = SplitOptionList(Text(node, "Search"));
@@ -96,6 +97,8 @@ class ToolReader : public ElementReader {
         tool->products.push_back(ReadFile(*child));
       } else if (name == "Depend") {
         tool->depends.push_back(ReadFile(*child));
+      } else if (name == "Libraries") {
+        tool->libraries.push_back(ReadLibraries(*child));
       } else if (name == "Size") {
         ReadSize(*child);
       } else if (name == "Globals") {
@@ -115,6 +118,15 @@ class ToolReader : public ElementReader {
   Template ReadFile(const CXmlNode& node) {
     CheckAttributes(node, {"File"});
     return Filled(node, "File");
+  }
+
+  LibraryRule ReadLibraries(const CXmlNode& node) {
+    CheckAttributes(node, {"Name", "Folder", "File"});
+    LibraryRule rule{Text(node, "Name"), Text(node, "Folder"), Filled(node, "File")};
+    if (rule.nameFlag.empty() || rule.folderFlag.empty() || rule.file.IsEmpty()) {
+      Fail("Libraries needs Name, Folder and File");
+    }
+    return rule;
   }
 
   EnvironmentRule ReadEnvironment(const CXmlNode& node) {

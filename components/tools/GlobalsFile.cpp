@@ -51,10 +51,10 @@ std::string GlobalsText(std::vector<GlobalSymbol> symbols) {
 }
 
 std::string UpdateGlobalsFile(FileSystem& files, const std::string& path,
-                              const std::string& program) {
+                              const std::string& program, const std::string& folder) {
   auto bytes = files.ReadWholeFile(program);
   if (!bytes) return program + ": " + bytes.GetError().text;
-  GlobalSymbols found = ReadDebugSymbols(*bytes);
+  GlobalSymbols found = ReadDebugSymbols(*bytes, folder);
   std::string note = found.problem.empty() ? "" : "the list of globals: " + found.problem;
   if (found.isUnable) return note;
   Status done;

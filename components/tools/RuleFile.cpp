@@ -1,5 +1,6 @@
 #include "components/tools/RuleFile.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 namespace tarn::tools {
@@ -10,21 +11,37 @@ bool IsBlank(char c) {
   return c == ' ' || c == '\t';
 }
 
+// Characters that no compiler writes into a rule, such as the zeros of a block that never reached
+// the disk.
+bool IsControl(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return (byte < ' ' && c != '\t' && c != '\n' && c != '\r') || byte == 127;
+}
+
 class RuleReader {
  public:
   explicit RuleReader(std::string_view ruleText) : text(ruleText) {}
 
-  std::vector<std::string> Read() {
+  RuleFile Read() {
     while (at < text.size()) Step();
     EndWord();
-    return std::move(names);
+    return {std::move(names), FindProblem()};
   }
 
  private:
+  std::string FindProblem() const {
+    if (text.empty()) return "is empty";
+    if (std::any_of(text.begin(), text.end(), IsControl)) return "holds binary data";
+    if (!hasRule) return "has no rule";
+    const bool isCut = text.back() != '\n' || isContinued;
+    return isCut ? "ends in the middle of a line" : std::string();
+  }
+
   char Peek(std::size_t ahead) const { return at + ahead < text.size() ? text[at + ahead] : '\0'; }
 
   void Step() {
     const char c = text[at];
+    isContinued = false;
     if (c == '\n') {
       EndWord();
       isBehindColon = false;
@@ -37,6 +54,7 @@ class RuleReader {
     } else if (IsRuleColon(c)) {
       word.clear();  // the last target
       isBehindColon = true;
+      hasRule = true;
       ++at;
     } else {
       TakeCharacter(c);
@@ -78,6 +96,7 @@ class RuleReader {
       word.append(count / 2, '\\');
       EndWord();
       at += lineEnd;
+      isContinued = true;
     } else if (IsBlank(next) || next == '#') {
       word.append(count / 2, '\\');
       if (count % 2 == 1) word += text[at++];
@@ -94,6 +113,8 @@ class RuleReader {
   std::string_view text;
   std::size_t at = 0;
   bool isBehindColon = false;
+  bool hasRule = false;
+  bool isContinued = false;  // the last line ended in a backslash
   std::string word;
   std::vector<std::string> names;
   std::unordered_set<std::string> seen;
@@ -101,7 +122,7 @@ class RuleReader {
 
 }  // namespace
 
-std::vector<std::string> ReadRuleFile(std::string_view text) {
+RuleFile ReadRuleFile(std::string_view text) {
   return RuleReader(text).Read();
 }
 

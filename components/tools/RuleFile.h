@@ -6,9 +6,16 @@
 
 namespace tarn::tools {
 
-// The dependencies in a make rule file such as compilers leave: everything behind the colons, of
-// all rules, each name once, in order, with make's escapes taken off. Understands continued lines,
-// several targets, comments and names with a drive. Never fails: what is no rule gives no name.
-std::vector<std::string> ReadRuleFile(std::string_view text);
+// The dependencies in a make rule file as compilers write it.
+struct RuleFile {
+  std::vector<std::string> names;  // of all rules, each once, in order, without make's escapes
+  std::string problem;             // why the names can't be all of them; empty if they are
+};
+
+// Reads everything after the colons. Understands continued lines, several targets, comments and
+// names with a drive. A text that is empty, has no rule, holds control characters or stops before
+// the end of a line has a problem: a program that was interrupted leaves such a file. Its names are
+// those found nevertheless. Time and memory are linear in the text.
+RuleFile ReadRuleFile(std::string_view text);
 
 }  // namespace tarn::tools

@@ -70,6 +70,13 @@ struct GlobalsRule {
   Template file;
 };
 
+// Flags by which a program is given libraries.
+struct LibraryRule {
+  std::string nameFlag;
+  std::string folderFlag;
+  Template file;  // names of the file of a library, with ";" between them
+};
+
 struct ToolDefinition {
   std::string name;
   std::uint64_t fingerprint = 0;  // of the element that defines it
@@ -78,6 +85,7 @@ struct ToolDefinition {
   std::vector<std::string> extensions;  // with dots, small letters
   MessageRuleLists messages;
   Template output;
+  bool removesOutput = false;  // an output of an earlier run is removed before the first step
   Template listing;
   Template rules;
   std::vector<Template> products;  // further files, whose folders must be there
@@ -85,6 +93,7 @@ struct ToolDefinition {
   // How arguments begin that name a folder to search headers in: "-I". The folder is the rest of
   // the argument, or the next one.
   std::vector<std::string> search;
+  std::vector<LibraryRule> libraries;
   std::vector<StepRule> steps;
   SizeRule size;
   GlobalsRule globals;

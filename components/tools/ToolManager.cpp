@@ -7,6 +7,7 @@
 #include "components/tools/FileList.h"
 #include "components/tools/MessageFile.h"
 #include "components/tools/ToolRun.h"
+#include "components/tools/UsedFiles.h"
 #include "components/tools/XmlText.h"
 #include "platform/paths/Paths.h"
 #include "platform/settings/InstalledData.h"
@@ -23,6 +24,7 @@ struct OwnedJob {
   OwnedJob(const ToolWorld& world, const char* files, const char* options)
       : values(OptionValues::FromText(TextOf(options))) {
     job.values = &values;
+    job.disk = world.files;
     job.baseFolder = BaseFolderOf(values, world.files->CurrentFolder());
     job.environmentLauncher = world.environment("TARN_LAUNCHER");
     for (const std::string& file : SplitFileList(TextOf(files))) {
@@ -80,6 +82,9 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::GetToolFingerprint>("GetToolFingerprint", 111, {"tool"}),
       Method<&ToolManager::GetDefinitionProblem>("GetDefinitionProblem", 120, {}),
       Method<&ToolManager::HasTool>("HasTool", 121, {"tool"}),
+      Method<&ToolManager::GetUsedFiles>("GetUsedFiles", 107,
+                                         {"tool", "files", "options", "candidates"}),
+      Method<&ToolManager::RefreshTools>("RefreshTools", 108, {}),
   });
   return table;
 }
@@ -88,11 +93,25 @@ std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
                                     std::int32_t frameWindow) {
   const std::string given = ToNativeSeparators(TextOf(applicationPath));
   const std::string root = given.empty() ? InstalledDataFolder(*world.files) : given;
-  std::shared_ptr<const ToolSet> read =
-      ToolSet::FromFolder(*world.files, JoinPath(root, "config/tools"));
+  const std::string place = JoinPath(root, "config/tools");
+  std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world.files, place);
   const std::lock_guard guard(lock);
   tools = std::move(read);
+  folder = place;
   frame = frameWindow;
+  return 1;
+}
+
+std::int32_t ToolManager::RefreshTools() {
+  std::string place;
+  {
+    const std::lock_guard guard(lock);
+    place = folder;
+  }
+  if (place.empty() || ToolSet::DigestOf(*world.files, place) == Tools()->GetDigest()) return 0;
+  std::shared_ptr<const ToolSet> read = ToolSet::FromFolder(*world.files, place);
+  const std::lock_guard guard(lock);
+  tools = std::move(read);
   return 1;
 }
 
@@ -185,6 +204,20 @@ std::string ToolManager::GetToolFingerprint(const char* tool) {
     text += ' ' + world.findProgram(program.name);
   }
   return text;
+}
+
+std::string ToolManager::GetUsedFiles(const char* tool, const char* files, const char* options,
+                                      const char* candidates) {
+  const auto definition = FindTool(TextOf(tool));
+  if (!definition) return {};
+  const OwnedJob owned(world, files, options);
+  const ToolPlan plan = MakePlan(*definition, owned.job);
+  std::string list;
+  for (const std::string& file :
+       FindUsedFiles(plan, owned.job.files, SplitFileList(TextOf(candidates)))) {
+    list += (list.empty() ? "\"" : ",\"") + file + '"';
+  }
+  return list;
 }
 
 std::string ToolManager::TakeBuildInformation() {

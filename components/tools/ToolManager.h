@@ -36,6 +36,8 @@ class ToolManager : public DispatchObject<ToolManager> {
   // the installation, in place of earlier ones.
   // Tools that run go on with theirs. Always 1; GetDefinitionErrors tells what was wrong.
   std::int32_t InitTools(const char* applicationPath, const char* dataPath, std::int32_t frame);
+  // Reads the definitions again if their files changed since they were read; 1 if so.
+  std::int32_t RefreshTools();
   // 1 when the tool succeeded. `tool` is a name, or the path of a program. `files` is a list of
   // quoted paths with commas between them, `options` the values text of the node. The messages go
   // to `messageFile`, complete before the call returns; null: nowhere.
@@ -51,6 +53,9 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Changes with the tool's definition and with where its programs are found; empty if there is no
   // such tool. For telling cheaply that command hashes can't have changed.
   std::string GetToolFingerprint(const char* tool);
+  // Those of the candidates, a list of files as well, that the run would read, as such a list.
+  std::string GetUsedFiles(const char* tool, const char* files, const char* options,
+                           const char* candidates);
   // The records of the runs that succeeded since the last call, as a text for SetBuildInfo; empty
   // when there are none.
   std::string TakeBuildInformation();
@@ -81,6 +86,7 @@ class ToolManager : public DispatchObject<ToolManager> {
 
   std::mutex lock;  // guards what follows; never held across a call out
   std::shared_ptr<const ToolSet> tools = std::make_shared<ToolSet>();
+  std::string folder;  // of the definitions; empty before InitTools
   WindowHandle frame = 0;
   std::string records;
 };

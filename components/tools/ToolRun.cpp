@@ -10,6 +10,7 @@
 #include "components/tools/RuleFile.h"
 #include "components/tools/ToolText.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
 
 namespace tarn::tools {
 
@@ -65,7 +66,14 @@ bool ToolRun::Prepare() {
     }
   }
   if (!plan.rules.empty()) static_cast<void>(world.files->RemoveScratchFile(plan.rules));
-  return true;
+  return !tool.removesOutput || RemoveOutput();
+}
+
+bool ToolRun::RemoveOutput() {
+  if (!world.files->Exists(plan.output)) return true;
+  const Status removed = world.files->RemoveFile(plan.output);
+  if (!removed) log.AddError(plan.output + " can't be removed: " + removed.GetError().text);
+  return static_cast<bool>(removed);
 }
 
 bool ToolRun::RunCommand(const ToolCommand& command) {
@@ -197,7 +205,7 @@ bool ToolRun::CollectRecord() {
   BuildRecord found;
   found.output = plan.output;
   found.infos = ReadInfos();
-  ReadDependencies(found);
+  if (!ReadDependencies(found)) return false;
   found.date = BringForward(found, *status);
   found.programs = ProgramsOf(world, plan);
   found.search = SearchFolders(tool, plan);
@@ -227,29 +235,52 @@ std::int64_t ToolRun::BringForward(const BuildRecord& made, const FileStatus& ou
 // A program without its list of globals is a program all the same.
 void ToolRun::WriteGlobals() {
   if (tool.globals.format == GlobalsRule::Format::None || plan.globals.empty()) return;
-  const std::string note = UpdateGlobalsFile(*world.files, plan.globals, plan.output);
+  const std::string note =
+      UpdateGlobalsFile(*world.files, plan.globals, plan.output, job.baseFolder);
   if (!note.empty()) log.AddPlain(note);
 }
 
-void ToolRun::ReadDependencies(BuildRecord& found) {
+// Dependencies that are not known must not pass for none: the output would never be stale again.
+bool ToolRun::ReadDependencies(BuildRecord& found) {
   std::vector<std::string> names = plan.depends;
-  if (!plan.rules.empty()) {
-    const auto text = world.files->ReadWholeFile(plan.rules);
-    if (text) {
-      // The conditions of a tool can leave it without a step.
-      const std::string& folder =
-          plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
-      for (const std::string& name : ReadRuleFile(*text)) {
-        names.push_back(AbsolutePath(folder, name));
-      }
-    } else {
-      log.AddPlain("no dependencies were found in " + plan.rules);
-    }
+  for (const LibraryPlaces& places : plan.libraries) {
+    const auto place = std::find_if(places.begin(), places.end(),
+                                    [this](const auto& each) { return world.files->Exists(each); });
+    if (place != places.end()) names.push_back(*place);
   }
+  if (!plan.rules.empty() && !ReadRules(names)) return false;
   std::unordered_set<std::string> seen(job.files.begin(), job.files.end());
   for (std::string& name : names) {
     if (seen.insert(name).second) found.dependencies.push_back(std::move(name));
   }
+  return true;
+}
+
+bool ToolRun::ReadRules(std::vector<std::string>& names) {
+  const auto text = world.files->ReadWholeFile(plan.rules);
+  if (!text) return FailRules("can't be read: " + text.GetError().text);
+  const RuleFile rules = ReadRuleFile(*text);
+  if (!rules.problem.empty()) return FailRules(rules.problem);
+  // The conditions of a tool can leave it without a step.
+  const std::string& folder = plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
+  std::unordered_set<std::string> fileNames;
+  for (const std::string& name : rules.names) {
+    names.push_back(AbsolutePath(folder, name));
+    fileNames.insert(FoldCase(FileNameOf(names.back())));
+  }
+  // By the last part of the name alone, since a launcher may write the folders in another way.
+  for (const std::string& source : job.files) {
+    if (!fileNames.contains(FoldCase(FileNameOf(source)))) {
+      return FailRules("doesn't name the source " + source);
+    }
+  }
+  return true;
+}
+
+bool ToolRun::FailRules(const std::string& problem) {
+  log.AddError(tool.name + " ended without an error, but its dependencies are unknown: " +
+               plan.rules + ' ' + problem);
+  return false;
 }
 
 std::string ToolRun::ReadInfos() {

@@ -32,6 +32,7 @@ class ToolRun {
 
  private:
   bool Prepare();
+  bool RemoveOutput();
   bool RunCommand(const ToolCommand& command);
   bool WriteResponseFile(const ToolCommand& command, ProcessRequest& request,
                          std::string& response);
@@ -42,8 +43,11 @@ class ToolRun {
   bool Fail(const ToolCommand& command, const std::string& reason);
   void TellStartFailure(const ToolCommand& command, const Error& error);
   bool CollectRecord();
-  void ReadDependencies(BuildRecord& found);
   std::int64_t BringForward(const BuildRecord& made, const FileStatus& output);
+  // False, with an error in the messages, if they are not known.
+  bool ReadDependencies(BuildRecord& found);
+  bool ReadRules(std::vector<std::string>& names);
+  bool FailRules(const std::string& problem);
   std::string ReadInfos();
   void WriteGlobals();
   void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line);

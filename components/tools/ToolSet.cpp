@@ -5,6 +5,7 @@
 #include "components/tools/CommandBuilder.h"
 #include "components/tools/XmlText.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 
 namespace tarn::tools {
@@ -17,26 +18,44 @@ std::string ToolElement(const ToolDefinition& tool, std::string_view children) {
   return text.append(children.empty() ? "/>" : children);
 }
 
-}  // namespace
-
-std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::string& folder) {
-  auto set = std::make_unique<ToolSet>();
-  set->folder = folder;
+std::vector<DefinitionFile> ReadTexts(FileSystem& files, const std::string& folder,
+                                      std::vector<std::string>& errors) {
+  std::vector<DefinitionFile> definitions;
   const auto entries = files.ListFolder(folder);
   if (!entries) {
-    set->ReportLoss(folder + ": " + entries.GetError().text);
-    return set;
+    errors.push_back(folder + ": " + entries.GetError().text);
+    return definitions;
   }
-  std::vector<DefinitionFile> definitions;
   for (const FolderEntry& entry : *entries) {
     if (entry.isFolder || !EndsWithNoCase(entry.name, ".tools")) continue;
     auto text = files.ReadWholeFile(JoinPath(folder, entry.name));
     if (text) {
       definitions.push_back({entry.name, std::move(*text)});
     } else {
-      set->ReportLoss(entry.name + ": " + text.GetError().text);
+      errors.push_back(entry.name + ": " + text.GetError().text);
     }
   }
+  return definitions;
+}
+
+std::uint64_t Digest(const std::vector<DefinitionFile>& definitions,
+                     const std::vector<std::string>& errors) {
+  std::uint64_t digest = HashBytes("");
+  for (const DefinitionFile& each : definitions) {
+    digest = HashBytes(each.text, HashBytes(each.name, digest));
+  }
+  for (const std::string& each : errors) digest = HashBytes(each, digest);
+  return digest;
+}
+
+}  // namespace
+
+std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::string& folder) {
+  auto set = std::make_unique<ToolSet>();
+  const std::vector<DefinitionFile> definitions = ReadTexts(files, folder, set->errors);
+  set->folder = folder;
+  set->digest = Digest(definitions, set->errors);
+  if (!set->errors.empty()) set->problem = set->errors.front();
   ReadDefinitions read = ReadDefinitionFiles(definitions);
   set->errors.insert(set->errors.end(), read.errors.begin(), read.errors.end());
   set->messages = std::move(read.messages);
@@ -46,9 +65,9 @@ std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::strin
   return set;
 }
 
-void ToolSet::ReportLoss(const std::string& error) {
-  errors.push_back(error);
-  if (problem.empty()) problem = error;
+std::uint64_t ToolSet::DigestOf(FileSystem& files, const std::string& folder) {
+  std::vector<std::string> errors;
+  return Digest(ReadTexts(files, folder, errors), errors);
 }
 
 void ToolSet::Take(std::unique_ptr<ToolDefinition> tool) {

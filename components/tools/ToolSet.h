@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -18,6 +19,11 @@ class ToolSet {
   // Reads every *.tools file of the folder in the order of the names. Of two tools with one name
   // the later counts, and the errors say so. A missing folder gives an empty set and an error.
   static std::unique_ptr<ToolSet> FromFolder(FileSystem& files, const std::string& folder);
+
+  // A number of the names and texts of all definition files of a folder.
+  static std::uint64_t DigestOf(FileSystem& files, const std::string& folder);
+  // That of the files which this set was read from.
+  std::uint64_t GetDigest() const { return digest; }
 
   // Null when there is none. Names compare without regard to case.
   const ToolDefinition* Find(std::string_view name) const;
@@ -40,7 +46,6 @@ class ToolSet {
  private:
   void Take(std::unique_ptr<ToolDefinition> tool);
   void PrepareLists();
-  void ReportLoss(const std::string& error);
 
   std::vector<std::unique_ptr<ToolDefinition>> tools;
   NamedMessageRules messages;
@@ -49,6 +54,7 @@ class ToolSet {
   std::vector<std::string> errors;
   std::string problem;
   std::string folder;
+  std::uint64_t digest = 0;
 };
 
 }  // namespace tarn::tools

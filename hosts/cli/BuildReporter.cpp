@@ -85,6 +85,9 @@ BuildOutcome BuildReporter::Watch(BuildSession& session, const BuildRequest& req
   if (console.Redraws()) session.SetTicker(kProgressTimer, kProgressPeriod, [this] { OnTick(); });
   const BuildOutcome outcome = session.Run(request, this);
   session.ClearTicker(kProgressTimer);
+  if (!outcome.problem.empty()) {
+    OnToolEnded(false, {{LogKind::Error, outcome.problem, outcome.problem, {}, 0}});
+  }
   return outcome;
 }
 

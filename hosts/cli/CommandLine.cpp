@@ -192,7 +192,19 @@ class Grammar {
           ->required();
       AddProject(command);
       AddDamagedOk(command);
+      if (isNew) AddOrigins(command);
     }
+  }
+
+  // What a new configuration starts from.
+  void AddOrigins(CLI::App* command) {
+    CLI::Option* from =
+        command
+            ->add_option("--from", invocation.from,
+                         "Copy the options of this configuration, not of the current one")
+            ->type_name("CONFIG")
+            ->check(IsGiven());
+    command->add_flag("--empty", invocation.empty, "Copy no options")->excludes(from);
   }
 
   // For what a script may take from a variable that has nothing in it.

@@ -4,7 +4,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/Suggest.h"
-#include "hosts/frame/ProjectTemplate.h"
+#include "hosts/frame/NewConfiguration.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -31,36 +31,29 @@ int ListConfigurations(CommandContext& context, const std::vector<ApplicationEnt
 }
 
 int AddConfiguration(CommandContext& context, const ApplicationEntry& application) {
-  const std::string& name = context.Asked().name;
-  const bool isKnown =
-      std::any_of(application.configurations.begin(), application.configurations.end(),
-                  [&name](const std::string& each) { return EqualNoCase(each, name); });
-  const std::string problem =
-      isKnown ? application.label + " has a configuration \"" + name + "\" already."
-              : CheckFileTitle(name, "configuration");
-  if (!problem.empty()) {
-    context.Complain(problem);
-    return kExitUsage;
-  }
-  context.Session().Manager().SelectApplication(application.label);
-  context.Session().Options().SetNewConfigName(name);
-  context.Session().Manager().Command(kCmdAddConfiguration);
-  return context.SaveProject();
+  NewConfiguration wanted{context.Asked().name, {}};
+  if (context.Asked().empty) wanted.from = "";
+  if (!context.Asked().from.empty()) wanted.from = context.Asked().from;
+  const Status added = AddConfiguration(context.Session(), wanted, &application);
+  if (added) return context.SaveProject();
+  const Error& error = added.GetError();
+  const bool isUnknown = error.code == ErrorCode::NotFound;
+  context.Complain(error.text + (isUnknown ? SuggestionText(error.place, application.configurations)
+                                           : std::string()));
+  return error.code == ErrorCode::Io ? kExitCannotOpen : kExitUsage;
 }
 
 int SelectConfiguration(CommandContext& context, const ApplicationEntry& application) {
   const std::string& name = context.Asked().name;
-  const auto known =
-      std::find_if(application.configurations.begin(), application.configurations.end(),
-                   [&name](const std::string& each) { return EqualNoCase(each, name); });
-  if (known == application.configurations.end()) {
+  const std::string known = FindConfiguration(application, name);
+  if (known.empty()) {
     context.Complain(application.label + " has no configuration \"" + name + "\"." +
                      SuggestionText(name, application.configurations) +
                      " `tarn config add` makes one.");
     return kExitUsage;
   }
   context.Session().Manager().SelectApplication(application.label);
-  context.Session().Options().SetNewConfigName(*known);
+  context.Session().Options().SetNewConfigName(known);
   context.Session().Manager().Command(kCmdSelectConfiguration);
   return context.SaveProject();
 }

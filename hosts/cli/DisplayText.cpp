@@ -45,6 +45,27 @@ std::string TextBehindFile(const LogEntry& entry) {
   return namesFile ? entry.text.substr(at) : std::string();
 }
 
+// The part of a line that names the file, as its tool wrote it: the whole path, or as much of its
+// end as the line has, with the levels up before that. Empty if there is none.
+std::string_view FindName(std::string_view line, std::string_view file) {
+  constexpr std::string_view kUp = "../";
+  const auto isStart = [line](std::size_t at) {
+    return at == 0 || std::string_view(" '\"`(").find(line[at - 1]) != std::string_view::npos;
+  };
+  for (std::size_t from = 0; from < file.size(); from = file.find(kSeparator, from) + 1) {
+    const std::string_view end = file.substr(from);
+    for (std::size_t at = line.find(end); at != line.npos; at = line.find(end, at + 1)) {
+      std::size_t start = at;
+      while (start >= kUp.size() && line.substr(start - kUp.size(), kUp.size()) == kUp) {
+        start -= kUp.size();
+      }
+      if (isStart(start)) return line.substr(start, at + end.size() - start);
+    }
+    if (file.find(kSeparator, from) == file.npos) break;
+  }
+  return {};
+}
+
 }  // namespace
 
 std::string DisplayPath(const std::string& path, const std::string& folder) {
@@ -67,7 +88,11 @@ std::string DisplayEntry(const LogEntry& entry, const std::string& folder, const
   const std::string text = Printable(entry.text);
   if (kind == nullptr || entry.file.empty()) {
     if (kind != nullptr) return DyeKind(text, *kind, console);
-    if (!entry.file.empty()) return ReplaceAll(text, entry.file, DisplayPath(entry.file, folder));
+    const std::string_view name = FindName(text, entry.file);
+    if (!name.empty()) {
+      const auto at = static_cast<std::size_t>(name.data() - text.data());
+      return text.substr(0, at) + DisplayPath(entry.file, folder) + text.substr(at + name.size());
+    }
     return entry.kind == LogKind::Heading ? console.Dye(Paint::Bold, text) : text;
   }
   const std::string file = Printable(DisplayPath(entry.file, folder));

@@ -30,10 +30,12 @@ struct Invocation {
   bool noWait = false;  // build, rebuild, clean --no-wait
   bool noColor = false;
 
-  std::string node;   // --node: path or label
-  std::string key;    // option, e.g. Build.Defines
-  std::string value;  // of an option
-  std::string name;   // of a new project or configuration
+  std::string node;    // --node: path or label
+  std::string key;     // option, e.g. Build.Defines
+  std::string value;   // of an option
+  std::string name;    // of a new project or configuration
+  std::string from;    // config add --from
+  bool empty = false;  // config add --empty
   std::string compiler;
   std::string text;                         // targets: what to look for
   std::string family;                       // targets --family

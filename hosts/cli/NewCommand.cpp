@@ -27,9 +27,13 @@ NewProject PlanOf(CommandContext& context) {
   return project;
 }
 
+// What a project starts with whose compiler needs to know a microcontroller.
+constexpr const char* kFirstDevice = "atmega328p";
+
 // 0, or an exit code with everything said.
 int CheckCompiler(CommandContext& context) {
   if (const int code = context.StartSession(); code != kExitDone) return code;
+  if (context.Asked().compiler.empty()) return kExitDone;
   const std::string problem = context.Session().Options().CheckValue(
       "Application", "Target", "Toolchain", context.Asked().compiler);
   if (problem.empty()) return kExitDone;
@@ -37,21 +41,24 @@ int CheckCompiler(CommandContext& context) {
   return kExitUsage;
 }
 
-// Stores the compiler in the project that was just written.
+// Stores the compiler in the project that was just written, and a device if it needs one: nothing
+// that decides what is built is left to a default.
 int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
   if (const int code = context.OpenProject(projectFile); code != kExitDone) return code;
-  context.Session().Manager().SavePropertyValue("Application", "Target", "Toolchain",
-                                                context.Asked().compiler);
+  ProjectManagerDriver& manager = context.Session().Manager();
+  std::string compiler = context.Asked().compiler;
+  if (compiler.empty()) compiler = manager.GetPropertyValue("Application", "Target", "Toolchain");
+  manager.SavePropertyValue("Application", "Target", "Toolchain", compiler);
+  if (!context.Session().Options().CheckValue("Application", "Target", "Device", "").empty()) {
+    manager.SavePropertyValue("Application", "Target", "Device", kFirstDevice);
+  }
   return context.SaveProject();
 }
 
 // From texts that lie ready.
 int MakeProject(CommandContext& context, const NewProject& project,
                 std::vector<std::string>& made) {
-  const bool choosesCompiler = !context.Asked().compiler.empty();
-  if (choosesCompiler) {
-    if (const int code = CheckCompiler(context); code != kExitDone) return code;
-  }
+  if (const int code = CheckCompiler(context); code != kExitDone) return code;
   const auto written = WriteNewProject(context.Files(), project);
   if (!written) {
     const bool exists = written.GetError().code == ErrorCode::AlreadyExists;
@@ -61,7 +68,7 @@ int MakeProject(CommandContext& context, const NewProject& project,
     return exists ? kExitUsage : kExitCannotOpen;
   }
   made = *written;
-  return choosesCompiler ? ChooseCompiler(context, made.front()) : int{kExitDone};
+  return ChooseCompiler(context, made.front());
 }
 
 }  // namespace

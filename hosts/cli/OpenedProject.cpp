@@ -8,6 +8,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/Suggest.h"
+#include "hosts/frame/NewConfiguration.h"
 #include "hosts/frame/ProjectFile.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -30,14 +31,6 @@ constexpr const char* kChangingCommands[] = {
 bool ChangesProject(const std::string& command) {
   return std::find(std::begin(kChangingCommands), std::end(kChangingCommands), command) !=
          std::end(kChangingCommands);
-}
-
-// The name as the application writes it; empty when it has no such configuration.
-std::string FindConfiguration(const ApplicationEntry& application, const std::string& name) {
-  for (const std::string& each : application.configurations) {
-    if (EqualNoCase(each, name)) return each;
-  }
-  return {};
 }
 
 }  // namespace

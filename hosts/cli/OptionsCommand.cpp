@@ -41,6 +41,7 @@ class OptionQuery {
   std::string RawText() const;
   std::vector<StoredValue> CollectStored();
   void PrintExplanation(const std::vector<StoredValue>& stored);
+  bool NeedsValue(const OptionDefinition& option, const std::string& value);
   nlohmann::json Describe(const OptionDefinition& option);
 
   CommandContext& context;
@@ -178,6 +179,11 @@ void OptionQuery::PrintExplanation(const std::vector<StoredValue>& stored) {
   }
 }
 
+bool OptionQuery::NeedsValue(const OptionDefinition& option, const std::string& value) {
+  return value.empty() &&
+         !session.Options().CheckValue(option.set, option.section, option.name, value).empty();
+}
+
 nlohmann::json OptionQuery::Describe(const OptionDefinition& option) {
   nlohmann::json choices = nlohmann::json::array();
   for (const auto& [value, label] : option.choices) {
@@ -212,9 +218,10 @@ int OptionQuery::List() {
     }
     const std::string origin = entry["origin"];
     const bool isOwn = origin == "own";
-    const std::string remark = isOwn                   ? "  (set here)"
-                               : origin == "inherited" ? "  (inherited)"
-                                                       : "";
+    const std::string remark = isOwn                                ? "  (set here)"
+                               : origin == "inherited"              ? "  (inherited)"
+                               : NeedsValue(option, entry["value"]) ? "  (needs a value)"
+                                                                    : "";
     std::string name = option.GetKey();
     if (name.size() < 26) name.resize(26, ' ');
     context.Out().PrintLine("  " + name + "  " + Printable(std::string(entry["value"])) +

@@ -62,6 +62,7 @@ nlohmann::json ToJson(CommandContext& context, const ApplicationStatus& applicat
           {"path", application.path},
           {"configuration", application.configuration},
           {"active", application.active},
+          {"uses", application.uses},
           {"outOfDate", nodes}};
 }
 
@@ -87,7 +88,8 @@ int RunStatus(CommandContext& context) {
                    VerdictText(state.GetVerdict()));
   }
   nlohmann::json document = nlohmann::json::array();
-  for (const ApplicationStatus& application : context.Session().GetStatus()) {
+  std::string problem;
+  for (const ApplicationStatus& application : context.Session().GetStatus(&problem)) {
     const bool wanted = std::any_of(chosen.begin(), chosen.end(), [&](const auto& each) {
       return each.label == application.label;
     });
@@ -99,7 +101,8 @@ int RunStatus(CommandContext& context) {
     }
   }
   if (context.Asked().json) PrintJson(context, document);
-  return kExitDone;
+  if (!problem.empty()) context.Complain(problem);
+  return problem.empty() ? kExitDone : kExitBuildFailed;
 }
 
 }  // namespace tarn::host

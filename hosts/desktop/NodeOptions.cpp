@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "hosts/frame/NewConfiguration.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -321,20 +322,18 @@ void NodeOptions::ResetAll() {
   session.Manager().Command(kCmdResetNodeOptions);
 }
 
-// The name is for these commands alone: one that comes without a name must not find it again.
-void NodeOptions::ForConfiguration(const std::string& name,
-                                   std::initializer_list<std::uint32_t> commands) {
+// The name is for this command alone: one that comes without a name must not find it again.
+void NodeOptions::SelectConfiguration(const std::string& name) {
   session.Options().SetNewConfigName(name);
-  for (const std::uint32_t command : commands) session.Manager().Command(command);
+  session.Manager().Command(kCmdSelectConfiguration);
   session.Options().SetNewConfigName({});
 }
 
-void NodeOptions::SelectConfiguration(const std::string& name) {
-  ForConfiguration(name, {kCmdSelectConfiguration});
-}
-
-void NodeOptions::AddConfiguration(const std::string& name) {
-  ForConfiguration(name, {kCmdAddConfiguration, kCmdSelectConfiguration});
+std::string NodeOptions::AddConfiguration(const std::string& name) {
+  const Status added = tarn::host::AddConfiguration(session, {name, {}});
+  if (!added) return added.GetError().text;
+  SelectConfiguration(name);
+  return {};
 }
 
 }  // namespace tarn::host

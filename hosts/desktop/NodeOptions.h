@@ -116,8 +116,9 @@ class NodeOptions {
   // Of the current node's application.
   ConfigurationList ReadConfigurations();
   void SelectConfiguration(const std::string& name);
-  // Adds a configuration to the application and selects it.
-  void AddConfiguration(const std::string& name);
+  // Adds a configuration with the options of the current one to the active application and selects
+  // it. Returns why that can't be done, or an empty string.
+  std::string AddConfiguration(const std::string& name);
 
   // How the window looks, a text that the server keeps for each node.
   std::string GetViewState() { return session.Options().GetPropState(); }
@@ -132,7 +133,6 @@ class NodeOptions {
   std::string LabelOf(const std::string& key);
   bool Follow(const std::string& key);
   bool Unheld(const std::function<bool()>& change);
-  void ForConfiguration(const std::string& name, std::initializer_list<std::uint32_t> commands);
 
   BuildSession& session;
 };

@@ -500,7 +500,10 @@ void OptionsWindow::AddConfiguration() {
     QMessageBox::warning(window(), tr("Add a configuration"), problem);
     return;
   }
-  options.AddConfiguration(FromQt(name));
+  const std::string refusal = options.AddConfiguration(FromQt(name));
+  if (!refusal.empty()) {
+    QMessageBox::warning(window(), tr("Add a configuration"), ToQt(refusal));
+  }
   refreshTimer.start(0);
 }
 

@@ -1,5 +1,6 @@
 #include "hosts/frame/BuildSession.h"
 
+#include <algorithm>
 #include <chrono>
 #include <set>
 
@@ -252,6 +253,9 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
     EndWork();
   }
   if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
+  if (outcome.end == BuildEnd::Failed && outcome.toolsFailed == 0) {
+    outcome.problem = ParseStatusProblem(inspector.GetStatus());
+  }
   stopRequested = false;
   if (!scripts.IsRunning()) scripts.ForgetStop();
   logLines.clear();
@@ -266,6 +270,7 @@ void BuildSession::BeginWork(BuildObserver* observer) {
   // A build that another has started can't be made to wait any more.
   static_cast<void>(TryLockBuild());
   tools.ResumeTools();
+  if (!isOtherProject) inspector.RefreshDefinitions();
 }
 
 void BuildSession::EndWork() {
@@ -457,24 +462,38 @@ void BuildSession::KeepLog() {
 }
 
 int BuildSession::CountWork(const BuildRequest& request) {
+  const std::vector<ApplicationStatus> status = ParseStatus(inspector.GetStatus());
+  const auto chosen = std::find_if(status.begin(), status.end(), [&](const auto& each) {
+    return each.label == request.application;
+  });
   std::size_t count = 0;
-  if (request.work == BuildWork::Rebuild) {
-    const std::string lines = inspector.GetBuildInputs();
-    for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
-      const bool wanted = request.application.empty() || each.application == request.application;
-      if (wanted) count += each.outputs.size();
-    }
-    return static_cast<int>(count);
-  }
-  for (const ApplicationStatus& each : ParseStatus(inspector.GetStatus())) {
-    if (!request.application.empty() && each.label != request.application) continue;
+  for (const ApplicationStatus& each : status) {
+    const bool isUsed =
+        chosen != status.end() &&
+        std::find(chosen->uses.begin(), chosen->uses.end(), each.label) != chosen->uses.end();
+    const bool isChosen = request.application.empty() || each.label == request.application;
+    // What an application uses is brought up to date also for a rebuild.
+    const bool isCounted = isUsed || (isChosen && request.work != BuildWork::Rebuild);
+    if (!isCounted) continue;
     for (const StaleNode& node : each.stale) count += node.tool.empty() ? 0 : 1;
   }
-  return static_cast<int>(count);
+  return static_cast<int>(count + (request.work == BuildWork::Rebuild ? CountInputs(request) : 0));
 }
 
-std::vector<ApplicationStatus> BuildSession::GetStatus() {
-  return ParseStatus(inspector.GetStatus());
+std::size_t BuildSession::CountInputs(const BuildRequest& request) {
+  std::size_t count = 0;
+  const std::string lines = inspector.GetBuildInputs();
+  for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
+    const bool wanted = request.application.empty() || each.application == request.application;
+    if (wanted) count += each.outputs.size();
+  }
+  return count;
+}
+
+std::vector<ApplicationStatus> BuildSession::GetStatus(std::string* problem) {
+  const std::string status = inspector.GetStatus();
+  if (problem != nullptr) *problem = ParseStatusProblem(status);
+  return ParseStatus(status);
 }
 
 std::vector<ApplicationSummary> BuildSession::GetSummaries() {

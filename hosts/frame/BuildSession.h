@@ -46,6 +46,7 @@ struct BuildOutcome {
   int toolsFailed = 0;
   // Of a build that came to its end. A fatal gap makes it one that failed.
   BuildGaps gaps = {};
+  std::string problem = {};  // why nothing could be built, if no tool has told
 };
 
 struct ApplicationSummary {
@@ -155,7 +156,8 @@ class BuildSession {
   std::function<void()> beforeScript;
 
   // What is out of date, the host's own reasons included.
-  std::vector<ApplicationStatus> GetStatus();
+  // `problem`, if given, receives why the applications can't be built at all.
+  std::vector<ApplicationStatus> GetStatus(std::string* problem = nullptr);
   // The applications, each with what its tool said of its output; empty where nothing is known.
   std::vector<ApplicationSummary> GetSummaries();
   // The program that a tool needs and that this machine hasn't got; empty when it has all.
@@ -204,6 +206,7 @@ class BuildSession {
   std::intptr_t OnProjectChanged(const std::string& path);
   std::intptr_t OnRunScript(const HostEvent& event);
   bool FollowProject();
+  std::size_t CountInputs(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
   void WaitForWorker();
   void ServePostedCommands();

@@ -60,6 +60,7 @@ std::vector<ApplicationStatus> ParseStatus(const std::string& xml) {
     status.configuration = AttributeOf(application, "Config");
     status.active = AttributeOf(application, "Active") == "Yes";
     for (const CXmlNode* node : application->GetChildren()) {
+      if (node->NameView() == "Uses") status.uses.push_back(AttributeOf(node, "Header"));
       if (node->NameView() != "Node") continue;
       status.stale.push_back({AttributeOf(node, "Header"), AttributeOf(node, "Path"),
                               AttributeOf(node, "OutputFile"), AttributeOf(node, "Tool"),
@@ -67,6 +68,11 @@ std::vector<ApplicationStatus> ParseStatus(const std::string& xml) {
     }
   }
   return list;
+}
+
+std::string ParseStatusProblem(const std::string& xml) {
+  const auto root = ParseXml(xml);
+  return AttributeOf(root.get(), "Problem");
 }
 
 std::string DescribeReason(const StaleNode& node, bool isApplication,

@@ -21,11 +21,14 @@ struct ApplicationStatus {
   std::string path;
   std::string configuration;
   bool active = false;
-  std::vector<StaleNode> stale;  // in the order of the build, the application itself last
+  std::vector<std::string> uses;  // labels of applications that are built before it, in order
+  std::vector<StaleNode> stale;   // in the order of the build, the application itself last
 };
 
-// Reads the inspector's status; what can't be read is left out.
+// Reads the inspector's status, in the order of a build; what can't be read is left out.
 std::vector<ApplicationStatus> ParseStatus(const std::string& xml);
+// Why the applications of the status can't be built at all; empty if they can.
+std::string ParseStatusProblem(const std::string& xml);
 
 // The reason as the end of a sentence that starts with the node, e.g. "its header include/uart.h
 // is newer than the object". `shorten` makes a path fit for a person.

@@ -95,7 +95,7 @@ class ProjectManagerDriver : public COleDispatchDriver {
   static std::int32_t AsNumber(std::uint32_t id) { return static_cast<std::int32_t>(id); }
 };
 
-// The read-only companion of the project manager.
+// The companion of the project manager.
 class InspectorDriver : public COleDispatchDriver {
  public:
   std::int32_t Attach(IDispatch* manager) { return InvokeLong(1, {DispatchPtr(manager)}); }
@@ -119,6 +119,14 @@ class InspectorDriver : public COleDispatchDriver {
   std::int32_t NoteCurrentNode() { return InvokeLong(19, {}); }
   // Makes it current again; 0 when it may be gone.
   std::int32_t SelectNotedNode() { return InvokeLong(20, {}); }
+  // Reads changed definitions of options and tools again; not 0 if there were any. Build records
+  // have to be handed over again then.
+  std::int32_t RefreshDefinitions() { return InvokeLong(24, {}); }
+  // Gives the active application's second configuration the options stored for the first, which
+  // may be empty for none; 0 if the project can't be changed.
+  std::int32_t CopyConfiguration(const std::string& from, const std::string& to) {
+    return InvokeLong(23, {from, to});
+  }
   // Another number whenever a save would write something else.
   std::int32_t GetChangeCount() { return InvokeLong(16, {}); }
   // The project's files as a save would write them: "<bytes> <path>\n" and the bytes, of each.

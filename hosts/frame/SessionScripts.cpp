@@ -1,6 +1,7 @@
 #include "hosts/frame/SessionScripts.h"
 
 #include "hosts/frame/BuildSession.h"
+#include "hosts/frame/NewConfiguration.h"
 
 namespace tarn::host {
 
@@ -47,6 +48,12 @@ std::string SessionScripts::GetSize(const std::string& application) {
     if (each.label == application) return each.infos;
   }
   return {};
+}
+
+std::string SessionScripts::AddConfiguration(const std::string& name,
+                                             const std::optional<std::string>& from) {
+  const Status added = tarn::host::AddConfiguration(session, {name, from});
+  return added ? std::string() : added.GetError().text;
 }
 
 }  // namespace tarn::host

@@ -36,6 +36,8 @@ class SessionScripts : private ScriptHost {
   ScriptBuild Build(const std::string& work, const std::string& application) override;
   std::string WaitForBuild() override;
   std::string GetSize(const std::string& application) override;
+  std::string AddConfiguration(const std::string& name,
+                               const std::optional<std::string>& from) override;
 
   BuildSession& session;
   ScriptRunner runner{this};

@@ -133,6 +133,7 @@ CallProblem RpcServer::HandleRequest(const RpcRequest& request, json& result) {
     isShutDown = true;
     return {};
   }
+  if (request.method == "addConfiguration") return AddConfiguration(request.params);
   CallProblem problem;
   return HandleDamage(request, result, problem) ? problem : CallMethod(request, result);
 }
@@ -147,6 +148,25 @@ bool RpcServer::HandleDamage(const RpcRequest& request, json& result, CallProble
   if (!isQuery) session->AcceptDamage();
   result = {{"damage", ToJson(session->GetDamage())}};
   return true;
+}
+
+// What no method of the server does: the options come with it.
+CallProblem RpcServer::AddConfiguration(const json& params) {
+  if (!session) return {kRpcNotInitialized, "The server isn't initialized yet."};
+  std::vector<json> given;
+  if (CallProblem problem = OrderParams("addConfiguration", {"name", "from"}, 1, params, given);
+      problem.code != 0) {
+    return problem;
+  }
+  NewConfiguration wanted;
+  const std::optional<std::string> name = TextOfJson(given[0]);
+  if (!given[1].is_null()) wanted.from = TextOfJson(given[1]);
+  if (!name || wanted.from.has_value() == given[1].is_null()) {
+    return {kRpcBadParams, "addConfiguration: name and from are texts"};
+  }
+  wanted.name = *name;
+  const Status added = session->AddConfiguration(wanted);
+  return added ? CallProblem() : CallProblem{kRpcFailed, added.GetError().text};
 }
 
 CallProblem RpcServer::Initialize(const json& params, json& result) {

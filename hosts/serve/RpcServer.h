@@ -39,6 +39,7 @@ class RpcServer {
   // The response to one item; null when it gets none.
   nlohmann::json HandleItem(const RpcItem& item);
   CallProblem HandleRequest(const RpcRequest& request, nlohmann::json& result);
+  CallProblem AddConfiguration(const nlohmann::json& params);
   CallProblem Initialize(const nlohmann::json& params, nlohmann::json& result);
   CallProblem ReadFolders(const std::vector<nlohmann::json>& params, HostFolders& folders);
   CallProblem CallMethod(const RpcRequest& request, nlohmann::json& result);

@@ -194,6 +194,12 @@ DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Var
   return outcome;
 }
 
+Status ServedSession::AddConfiguration(const NewConfiguration& wanted) {
+  KeepResults();
+  if (isBuilding) return Error{ErrorCode::Io, "A build is running.", wanted.name};
+  return tarn::host::AddConfiguration(session, wanted);
+}
+
 void ServedSession::BeginWork() {
   session.BeginWork();
   stopper.Confirm();

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "hosts/frame/BuildSession.h"
+#include "hosts/frame/NewConfiguration.h"
 #include "hosts/serve/ClientQuestions.h"
 
 namespace tarn::host {
@@ -52,6 +53,9 @@ class ServedSession {
   std::vector<MethodInfo> GetMethods();
   DispatchResult Call(const MethodInfo& method, std::span<const Variant> arguments,
                       Variant& result);
+
+  // Refused while a build runs.
+  Status AddConfiguration(const NewConfiguration& wanted);
 
   // There is something to do that doesn't belong into a message's handler.
   bool NeedsAttention() const { return mustKeep || session.HasPostedCommands(); }

@@ -7,6 +7,7 @@
 #include "automation/ApplicationSearch.h"
 #include "automation/BuildGaps.h"
 #include "automation/TargetList.h"
+#include "build/ApplicationOrder.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
@@ -103,7 +104,18 @@ void AddGaps(const NodeTypes& types, const CXmlNode& application, bool isItself,
   });
 }
 
-void AddStatus(CProjectModel& model, CXmlNode& application, CXmlNode& status) {
+// Of the applications whose status is known.
+bool HasStaleNodes(const CXmlNode& status, const CXmlNode& application) {
+  for (const CXmlNode* entry : status.GetChildren()) {
+    if (TextOf(entry->GetAttrValue("Path")) != TextOf(application.GetAttrValue("Path"))) continue;
+    if (entry->FindChild("Node") != nullptr) return true;
+  }
+  return false;
+}
+
+// What an application uses is told by its label, in build order.
+void AddStatus(CProjectModel& model, const ApplicationOrder& order, CXmlNode& application,
+               CXmlNode& status) {
   CXmlNode& entry = *status.AddChild("Application");
   CopyAttribute(application, "Header", entry, "Header");
   CopyAttribute(application, "Path", entry, "Path");
@@ -112,6 +124,10 @@ void AddStatus(CProjectModel& model, CXmlNode& application, CXmlNode& status) {
   if (&application == model.GetActiveApplication()) entry.AddAttr("Active", "Yes");
   AddGaps(model.types, application, false, entry);
   bool partsAreStale = false;
+  for (const CXmlNode* used : order.GetUsed(application)) {
+    CopyAttribute(*used, "Header", *entry.AddChild("Uses"), "Header");
+    partsAreStale = partsAreStale || HasStaleNodes(status, *used);
+  }
   ForEachBuiltNode(model.types, application, [&](CXmlNode& node) {
     const StaleVerdict verdict = model.ExamineNode(node);
     const bool waitsForParts = !verdict && &node == &application && partsAreStale;
@@ -163,6 +179,8 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetBuildGaps>("GetBuildGaps", 30, {}),
       Method<&I::GetInstallationProblem>("GetInstallationProblem", 31, {}),
       Method<&I::GetBuildProblem>("GetBuildProblem", 32, {}),
+      Method<&I::CopyConfiguration>("CopyConfiguration", 23, {"from", "to"}),
+      Method<&I::RefreshDefinitions>("RefreshDefinitions", 24, {}),
   });
   return table;
 }
@@ -205,8 +223,9 @@ std::string CProjectInspector::GetStatus() {
   if (!model->IsWorkerAlive()) model->ForgetFileTimes();
   CXmlNode status;
   status.SetName("Status");
-  ForEachApplication(*model,
-                     [&](CXmlNode& application) { AddStatus(*model, application, status); });
+  const ApplicationOrder order(model->types, model->toolManager, model->GetProjectRoot());
+  for (CXmlNode* application : order.GetAll()) AddStatus(*model, order, *application, status);
+  if (!order.GetProblem().empty()) status.AddAttr("Problem", order.GetProblem());
   return status.ToString(g_xmlDisplayOptions);
 }
 
@@ -361,6 +380,16 @@ std::int32_t CProjectInspector::SelectNotedNode() {
   if (model == nullptr || notedNode == nullptr || model->GetTreeEpoch() != notedEpoch) return 0;
   if (model->GetCurrentNode() != notedNode) model->SetCurrentNode(notedNode);
   return model->GetCurrentNode() == notedNode ? 1 : 0;
+}
+
+std::int32_t CProjectInspector::RefreshDefinitions() {
+  CProjectModel* model = Model();
+  return model == nullptr ? 0 : model->RefreshDefinitions();
+}
+
+std::int32_t CProjectInspector::CopyConfiguration(const char* from, const char* to) {
+  CProjectModel* model = Model();
+  return model == nullptr ? 0 : model->CopyConfiguration(TextOf(from), TextOf(to));
 }
 
 std::int32_t CProjectInspector::GetChangeCount() {

@@ -7,9 +7,9 @@
 
 namespace tarn {
 
-// A read-only companion of the manager, for hosts that explain: the tree as text, what is out of
-// date and why, what a tool would be given, where an option's value comes from. It changes nothing
-// in a project; it selects and publishes nodes, as a user's clicks would.
+// A companion of the manager, for hosts that explain: the tree as text, what is out of date and
+// why, what a tool would be given, where an option's value comes from. It changes nothing in a
+// project except in CopyConfiguration; it selects and publishes nodes, as a user's clicks would.
 //
 // Lives on the manager's thread and keeps the manager alive. Before Attach every call gives 0 or an
 // empty text.
@@ -27,7 +27,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::int32_t PublishFor(std::int32_t milliseconds);
   // The tree as XML text, without what is only kept in memory for options.
   std::string GetTree();
-  // Per application the nodes that have work to do, in build order, each with its reason.
+  // Per application, in build order, the applications that it uses and the nodes that have work to
+  // do, each with its reason. The top element has a Problem if the applications have no order.
   std::string GetStatus();
   // Lines: "A <application>", then "N <output file>" for each node with a tool, in build order.
   std::string GetBuildInputs();
@@ -60,6 +61,15 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::int32_t ProtectDamaged(std::int32_t protect);
   // The stored values of one option from the outermost level to the current node.
   std::string ExplainOption(const char* set, const char* section, const char* property);
+  // Reads the definitions of options and tools again if their files changed, for a host that runs
+  // for long; 1 if so. Nothing counts as built then until its records are handed over again.
+  std::int32_t RefreshDefinitions();
+  // Copies the options that are stored for the configuration `from` to `to`, at every node of the
+  // active application, in place of what is stored for `to`; an empty `from` stores none. At nodes
+  // outside of applications `to` only receives what it doesn't have. Neither the configuration in
+  // force nor build records change. 0 if there is no active application, `to` is empty or in force,
+  // or the project can't be changed now.
+  std::int32_t CopyConfiguration(const char* from, const char* to);
   // The program that the import of older projects needs and this machine hasn't got, or empty.
   std::string MissingImportProgram();
   // The targets that an application can be made for; see DescribeTargets.

@@ -36,6 +36,14 @@ std::size_t AskForSubtree(Staleness& staleness, const CXmlNode& node, FileTimes:
   return count;
 }
 
+std::size_t CountApplications(const NodeTypes& types, const CXmlNode& project) {
+  std::size_t count = 0;
+  for (int i = 0; i < project.GetChildCount(); ++i) {
+    if ((types.FlagsOf(*project.GetChild(i)) & kTypeApplication) != 0) ++count;
+  }
+  return count;
+}
+
 }  // namespace
 
 BuildWalk::BuildWalk(CProjectModel& projectModel, bool examinesElsewhere)
@@ -44,12 +52,12 @@ BuildWalk::BuildWalk(CProjectModel& projectModel, bool examinesElsewhere)
 void BuildWalk::BeginBuild(CXmlNode* node, std::int32_t buildMode) {
   mode = buildMode;
   model.FindEnclosingApplication(node, model.walkApplication);
-  if (node != nullptr) frames.emplace_back(node);
+  if (node != nullptr) frames.emplace_back(node, mode);
 }
 
 void BuildWalk::BeginTranslate(CXmlNode* node) {
   model.FindEnclosingApplication(node, model.walkApplication);
-  if (node != nullptr) frames.emplace_back(node, Stage::Translate);
+  if (node != nullptr) frames.emplace_back(node, mode, Stage::Translate);
 }
 
 void BuildWalk::BeginTool(CXmlNode* node, const std::string& tool) {
@@ -93,6 +101,8 @@ bool BuildWalk::Step(WalkRequest& request) {
       return Enter(frame);
     case Stage::Publish:
       return Publish(frame, request);
+    case Stage::Uses:
+      return EnterUsed(frame);
     case Stage::Start:
       return StartNode(frame);
     case Stage::Children:
@@ -111,14 +121,15 @@ bool BuildWalk::Step(WalkRequest& request) {
 bool BuildWalk::Return(bool success, bool isGood) {
   const std::optional<std::int64_t> newest =
       isGood && success ? NewestOutputOf(frames.back()) : std::nullopt;
+  const bool isUsed = frames.back().isUsed;
   frames.pop_back();
   if (frames.empty()) {
     succeeded = success;
     return true;
   }
   Frame& parent = frames.back();
-  if (!isGood) parent.childrenGood = false;
-  parent.newestOutput = Later(parent.newestOutput, newest);
+  if (!isGood && !isUsed) parent.childrenGood = false;
+  if (!isUsed) parent.newestOutput = Later(parent.newestOutput, newest);
   if (!success) return Return(false, false);  // nothing above a failure is processed
   return true;
 }
@@ -135,7 +146,7 @@ bool BuildWalk::Enter(Frame& frame) {
 
 bool BuildWalk::Publish(Frame& frame, WalkRequest& request) {
   while (publishedEpoch != model.publishEpoch) {
-    if (!model.PublishNextNode(frames.front().node)) {
+    if (!model.PublishNextNode(PublishRoot())) {
       publishedEpoch = model.publishEpoch;
       break;
     }
@@ -144,8 +155,56 @@ bool BuildWalk::Publish(Frame& frame, WalkRequest& request) {
       return false;
     }
   }
+  if (&frame == &frames.front() && !order) FindOrder(*frame.node);
+  frame.stage = Stage::Uses;
+  return true;
+}
+
+// What an application uses can lie in the whole project.
+CXmlNode* BuildWalk::PublishRoot() const {
+  CXmlNode* const first = frames.front().node;
+  const bool isOne = (model.types.FlagsOf(*first) & kTypeApplication) != 0 && mode != ModeClean;
+  CXmlNode* const root = model.projectRoot.get();
+  return isOne && CountApplications(model.types, *root) > 1 ? root : first;
+}
+
+void BuildWalk::FindOrder(const CXmlNode& node) {
+  const bool isProject = &node == model.projectRoot.get();
+  const bool isOne = (model.types.FlagsOf(node) & kTypeApplication) != 0;
+  if (mode == ModeClean || (!isProject && !isOne)) return;
+  if (CountApplications(model.types, *model.projectRoot) < 2) return;
+  order = std::make_unique<ApplicationOrder>(model.types, model.toolManager, *model.projectRoot);
+  if (isOne) used = order->GetUsed(node);
+}
+
+bool BuildWalk::EnterUsed(Frame& frame) {
+  const bool isFirst = &frame == &frames.front();
+  if (isFirst && order && !order->GetProblem().empty()) {
+    model.AddLogError(order->GetProblem());
+    return Return(false, false);
+  }
+  if (isFirst && nextUsed < used.size()) {
+    Frame& next = frames.emplace_back(used[nextUsed++], ModeBuild);  // invalidates `frame`
+    next.isUsed = true;
+    return true;
+  }
   frame.stage = Stage::Start;
   return true;
+}
+
+void BuildWalk::OrderChildren(Frame& frame) const {
+  auto next = order->GetAll().begin();
+  for (CXmlNode*& child : frame.children) {
+    if ((model.types.FlagsOf(*child) & kTypeApplication) != 0) child = *next++;
+  }
+}
+
+bool BuildWalk::UsesWhatWasBuilt(const CXmlNode& node) const {
+  if (built.empty() || (model.types.FlagsOf(node) & kTypeApplication) == 0) return false;
+  const std::vector<CXmlNode*>& uses = order->GetDirectlyUsed(node);
+  return std::any_of(uses.begin(), uses.end(), [this](const CXmlNode* each) {
+    return std::find(built.begin(), built.end(), each) != built.end();
+  });
 }
 
 bool BuildWalk::StartNode(Frame& frame) {
@@ -155,18 +214,21 @@ bool BuildWalk::StartNode(Frame& frame) {
     model.activeApplication = &node;
     model.walkApplication = &node;
     const char* config = node.GetAttrValue("Config");
-    model.output->WriteMessage(kRowApplicationStarts,
-                               {model.OperationText(mode), TextOf(node.GetAttrValue("Header")),
-                                config == nullptr ? kStandardConfig : config});
+    model.output->WriteMessage(
+        kRowApplicationStarts,
+        {model.OperationText(frame.mode), TextOf(node.GetAttrValue("Header")),
+         config == nullptr ? kStandardConfig : config});
     if (LostTree()) return true;
     // The debug database is made anew by whoever needs it.
-    if (mode == ModeClean) (void)model.files.RemoveFile(WithExtension(model.projectPath, ".tdb"));
+    if (frame.mode == ModeClean)
+      (void)model.files.RemoveFile(WithExtension(model.projectPath, ".tdb"));
   }
   if (IsExactlyYes(node, "Exclude")) return Return(true, true);
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode* child = node.GetChild(i);
     if (IsContentNode(*child)) frame.children.push_back(child);
   }
+  if (order && &node == model.projectRoot.get()) OrderChildren(frame);
   frame.goodEpoch = model.fileTimes.GetEpoch();
   return true;
 }
@@ -182,14 +244,15 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
     frame.newestOutput = Later(frame.newestOutput, output);
     return true;
   }
-  frames.emplace_back(child);  // invalidates `frame`
+  frames.emplace_back(child, frame.mode);  // invalidates `frame`
   return true;
 }
 
 bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
   CXmlNode& node = *frame.node;
-  if (mode == ModeClean) return Return(Clean(node), false);
-  if (mode == ModeBuild) {
+  if (frame.mode == ModeClean) return Return(Clean(node), false);
+  // What was just built may be newer than its time tells.
+  if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node)) {
     Staleness staleness(model.types, model.fileTimes, model.recordCheck,
                         MayAsk(frame) ? Staleness::Unknown::Miss : Staleness::Unknown::Examine);
     const bool isUpToDate = IsUpToDate(frame, staleness);
@@ -360,6 +423,8 @@ void BuildWalk::FinishTool(Frame& frame) {
   nodesAhead = 1;
   if (isRecorded) model.buildRecords.EndRun(*frame.node, std::move(runSnapshot), toolSucceeded);
   if (toolSucceeded) {
+    const bool isApplication = (model.types.FlagsOf(*frame.node) & kTypeApplication) != 0;
+    if (order && isApplication) built.push_back(frame.node);
     model.SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
   }
   LeaveTool();

@@ -2,10 +2,12 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "build/ApplicationOrder.h"
 #include "build/FileTimes.h"
 #include "build/NodesAhead.h"
 #include "build/RunSnapshot.h"
@@ -70,13 +72,15 @@ class BuildWalk {
   bool LostTree() const;
 
  private:
-  enum class Stage { Enter, Publish, Start, Children, Own, Translate, Tool };
+  enum class Stage { Enter, Publish, Uses, Start, Children, Own, Translate, Tool };
 
   struct Frame {
-    explicit Frame(CXmlNode* n, Stage s = Stage::Enter) : node(n), stage(s) {}
+    Frame(CXmlNode* n, std::int32_t m, Stage s = Stage::Enter) : node(n), mode(m), stage(s) {}
 
     CXmlNode* node;
+    std::int32_t mode;
     Stage stage;
+    bool isUsed = false;              // an application that is built for the one below this frame
     std::vector<CXmlNode*> children;  // a copy: a reordering host does no harm
     std::size_t next = 0;
     bool childrenGood = true;     // each child was found up to date
@@ -91,6 +95,13 @@ class BuildWalk {
   bool Step(WalkRequest& request);
   bool Enter(Frame& frame);
   bool Publish(Frame& frame, WalkRequest& request);
+  // Builds what an application uses before it.
+  bool EnterUsed(Frame& frame);
+  void FindOrder(const CXmlNode& node);
+  // Applications among the children come in the order of a build, all others keep their places.
+  void OrderChildren(Frame& frame) const;
+  bool UsesWhatWasBuilt(const CXmlNode& node) const;
+  CXmlNode* PublishRoot() const;
   bool StartNode(Frame& frame);
   bool EnterNextChild(Frame& frame);
   bool DoOwnWork(Frame& frame, WalkRequest& request);
@@ -121,7 +132,12 @@ class BuildWalk {
   std::string folderBefore;  // the current folder while a tool runs
   std::string messageFile;
   std::uint64_t treeEpoch = 0;
-  std::uint64_t publishedEpoch = 0;  // the whole tree below the start is published
+  // Of a project with several applications; null before the walk knows of any.
+  std::unique_ptr<ApplicationOrder> order;
+  std::vector<CXmlNode*> used;  // by the application that the walk began on
+  std::size_t nextUsed = 0;
+  std::vector<const CXmlNode*> built;  // applications whose tool has run
+  std::uint64_t publishedEpoch = 0;    // the whole tree below the start is published
   unsigned stepCount = 0;
   NodesAhead ahead;
   std::size_t nodesAhead = 512;  // how far to look ahead for files to examine

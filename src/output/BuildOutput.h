@@ -77,6 +77,9 @@ class CBuildOutput {
   // Adds a line of the host's own.
   void AddOutput(const std::string& text);
 
+  // Adds an error of the system's own, which the report shows, too.
+  void AddError(const std::string& text);
+
   // Adds a message for each line of a tool's text, with its kind, file and line as far as they are
   // recognised: after the template if there is one (see ShapeOfTemplate), then after the shapes
   // that are always known. A template that doesn't compile counts as absent. An error or a warning

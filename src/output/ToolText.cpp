@@ -7,6 +7,7 @@
 #include "patterns/Parser.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "xml/StrictText.h"
 
 // Text of tools that nobody has recognised yet, turned into messages of the log.
 namespace tarn {
@@ -80,6 +81,15 @@ void CBuildOutput::ParseToolText(const char* text, const char* lineTemplate,
     const CXmlNode& message = AppendLine(*root, line, found, help);
     if (logView != nullptr) logView->AddMessage(message);
   }
+  if ((flags & kSaveEachMessage) != 0) SaveLog();
+}
+
+void CBuildOutput::AddError(const std::string& text) {
+  ToolLine found;
+  found.kind = LineKind::Error;
+  found.message = EncodeStrict(text);
+  const CXmlNode& message = AppendLine(*root, found.message, found, {});
+  if (logView != nullptr) logView->AddMessage(message);
   if ((flags & kSaveEachMessage) != 0) SaveLog();
 }
 

@@ -33,6 +33,7 @@ enum : DispatchId {
   kApplyOptions = 30,
   kProjectClosing = 31,
   kEndParentLevel = 32,
+  kRefreshDefinitions = 113,
 };
 
 }  // namespace
@@ -130,6 +131,10 @@ void CPropertyManagerDriver::EndParentLevel() {
 
 void CPropertyManagerDriver::BeginChildLevel() {
   InvokeHelper(kBeginChildLevel, {});
+}
+
+std::int32_t CPropertyManagerDriver::RefreshDefinitions() {
+  return InvokeLong(kRefreshDefinitions, {});
 }
 
 std::string CPropertyManagerDriver::GetNewConfigName() {

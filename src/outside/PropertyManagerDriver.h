@@ -58,6 +58,8 @@ class CPropertyManagerDriver : public COleDispatchDriver {
   void BeginChildLevel();
 
   std::string GetNewConfigName();
+  // Reads changed definitions again; not 0 if there were any.
+  std::int32_t RefreshDefinitions();
   void SetCurrentConfig(TextArgument config);
   std::string GetPropState();
   void SetPropState(TextArgument state);

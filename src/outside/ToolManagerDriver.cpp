@@ -9,6 +9,8 @@ enum : DispatchId {
   kRunTool = 2,
   kInitTools = 3,
   kGetToolsForExtension = 9,
+  kGetUsedFiles = 107,
+  kRefreshTools = 108,
 };
 
 }  // namespace
@@ -34,6 +36,13 @@ std::string CToolManagerDriver::GetCommandHash(TextArgument tool, TextArgument f
 
 std::string CToolManagerDriver::GetToolFingerprint(TextArgument tool) {
   return InvokeTextByName("GetToolFingerprint", {tool});
+std::int32_t CToolManagerDriver::RefreshTools() {
+  return InvokeLong(kRefreshTools, {});
+}
+
+std::string CToolManagerDriver::GetUsedFiles(TextArgument tool, TextArgument files,
+                                             TextArgument options, TextArgument candidates) {
+  return InvokeText(kGetUsedFiles, {tool, files, options, candidates});
 }
 
 }  // namespace tarn

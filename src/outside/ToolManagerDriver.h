@@ -28,6 +28,12 @@ class CToolManagerDriver : public COleDispatchDriver {
   std::string GetCommandHash(TextArgument tool, TextArgument files, TextArgument options);
   // Changes with the tool's definition and with the programs that it would start.
   std::string GetToolFingerprint(TextArgument tool);
+  // Reads changed definitions again; not 0 if there were any.
+  std::int32_t RefreshTools();
+  // Those of the candidates that the tool would read, all lists like `files` of RunTool. Empty for
+  // components that don't tell.
+  std::string GetUsedFiles(TextArgument tool, TextArgument files, TextArgument options,
+                           TextArgument candidates);
 };
 
 }  // namespace tarn

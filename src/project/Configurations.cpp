@@ -21,6 +21,20 @@ std::int32_t CProjectModel::AddConfiguration() {
   return 1;
 }
 
+std::int32_t CProjectModel::RefreshDefinitions() {
+  if (IsWorkerAlive() || walksHere > 0 || propertyManager == nullptr) return 0;
+  const bool hasOptions = propertyManager->RefreshDefinitions() != 0;
+  const bool hasTools = toolManager != nullptr && toolManager->RefreshTools() != 0;
+  if (!hasOptions && !hasTools) return 0;
+  ForgetExtensions();
+  for (int i = 0; i < projectRoot->GetChildCount(); ++i) {
+    CXmlNode& child = *projectRoot->GetChild(i);
+    if ((types.FlagsOf(child) & kTypeApplication) != 0) ResetNodeCache(child, false);
+  }
+  PublishAll();
+  return 1;
+}
+
 std::int32_t CProjectModel::SelectConfiguration(const std::string& wanted) {
   if (!CanStartOperation()) return 0;
   const std::string name = wanted.empty() ? propertyManager->GetNewConfigName() : wanted;

@@ -59,6 +59,11 @@ void CProjectModel::AddLogLine(const std::string& text) {
   SendHost(kMsgLogLine, text, 0);
 }
 
+void CProjectModel::AddLogError(const std::string& text) {
+  output->AddError(text);
+  SendHost(kMsgLogLine, text, 0);
+}
+
 void CProjectModel::PostHostCommand(std::int32_t command) {
   PostWindowMessage(mainframeHandle, kMsgCommand, command, 0);
 }

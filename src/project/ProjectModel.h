@@ -230,6 +230,11 @@ class CProjectModel {
   std::int32_t ResetStoredProperty(const std::string& key);
   std::int32_t ResetNodeOptions(CXmlNode* node);
   std::int32_t AddConfiguration();
+  // See CProjectInspector.
+  std::int32_t CopyConfiguration(const std::string& from, const std::string& to);
+  // Definitions of options and tools are read again if their files changed; 1 if so. Everything is
+  // published again and counts as not built then.
+  std::int32_t RefreshDefinitions();
   std::int32_t SelectConfiguration(const std::string& name);
   // The type whose extensions hold that of `path`; the last one that does, or null.
   const CXmlNode* FindTypeByFileExtension(std::string_view path);
@@ -300,6 +305,8 @@ class CProjectModel {
   void PostHostCommand(std::int32_t command);
   // Adds a line that is no row of the message table to the log, and tells it to the host.
   void AddLogLine(const std::string& text);
+  // The same for an error, which the build report shows, too.
+  void AddLogError(const std::string& text);
 
  private:
   friend class BuildWalk;

@@ -77,6 +77,8 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"RestoreFor", 42, {5}, "1", "1"},
       {"FinishBuildState", 43, {1}, "''", "''"},
       {"GetBuildInfos", 44, {"a", "/p/a.o"}, "''", "''"},
+      {"CopyConfiguration", 23, {"A", "B"}, "0", "0"},
+      {"RefreshDefinitions", 24, {}, "0", "0"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {

@@ -87,5 +87,70 @@ TEST(CliConfig, EveryConfigurationKeepsItsOwnOutputsAndRecords) {
   EXPECT_TRUE(Has(project.Run({"build"}).out, "Nothing to do"));
 }
 
+TEST(CliConfig, ANewConfigurationHasTheOptionsOfOneThatIsThere) {
+  CliProject project;
+  project.Out({"options", "set", "Compiler.Defines", "NODE", "-n", "src/c.c"});
+  project.Out({"options", "set", "Compiler.Warnings", "none", "-c", "Fast"});
+  const struct {
+    std::vector<std::string> words;
+    const char* compiler;
+    const char* defines;
+    const char* warnings;
+  } rows[] = {
+      {{"config", "add", "Copy"}, "host-gcc", "NODE", "all"},
+      {{"config", "add", "Copy", "--from", "fast"}, "host-gcc", "", "none"},
+      {{"config", "add", "Copy", "--empty"}, "avr-gcc", "", "all"},
+  };
+  const std::string before = project.Read("app.tapp");
+  for (const auto& row : rows) {
+    project.Write("app.tapp", before);
+    project.Out(row.words);
+    const auto get = [&](const char* option, const char* node) {
+      return project.Out({"options", "get", option, "-c", "Copy", "-n", node});
+    };
+    EXPECT_EQ(get("Target.Toolchain", "app"), std::string(row.compiler) + "\n");
+    EXPECT_EQ(get("Compiler.Defines", "src/c.c"), std::string(row.defines) + "\n");
+    EXPECT_EQ(get("Compiler.Warnings", "app"), std::string(row.warnings) + "\n");
+    EXPECT_EQ(project.Out({"config", "list"}), "app\n* Standard\n  Fast\n  Copy\n");
+  }
+  // A name that is only in the stored options, left from a configuration that was taken out.
+  project.Write("app.tapp", before);
+  project.Out({"options", "set", "Compiler.Defines", "OLD", "-c", "Fast"});
+  std::string orphaned = project.Read("app.tapp");
+  const std::size_t list = orphaned.find("<Configs");
+  orphaned.erase(list, orphaned.find("</Configs>") + 10 - list);
+  project.Write("app.tapp", orphaned);
+  project.Out({"config", "add", "Fast"});
+  EXPECT_EQ(project.Out({"options", "get", "Compiler.Defines", "-c", "Fast"}), "\n");
+
+  const std::string whole = project.Read("app.tapp");
+  project.ExpectRefusal({"config", "add", "X", "--from", "Fats"}, 2, "Did you mean \"Fast\"");
+  project.ExpectRefusal({"config", "add", "X", "--from", "Fast", "--empty"}, 2, "--empty");
+  EXPECT_EQ(project.Read("app.tapp"), whole);
+}
+
+TEST(CliConfig, ADeviceThatIsNotSetIsAnErrorOfTheBuildThatNamesTheOption) {
+  CliProject project;
+  project.Out({"config", "add", "Bare", "--empty"});
+  const std::string said = "the option Target.Device is not set in the configuration Bare";
+  auto build = project.Run({"build", "-c", "Bare"});
+  EXPECT_EQ(build.code, 1) << build.out;
+  EXPECT_TRUE(Has(build.out, said)) << build.out;
+  EXPECT_TRUE(Has(project.Out({"options", "list", "-c", "Bare"}), "(needs a value)"));
+  project.ExpectRefusal({"options", "set", "Target.Device", "", "-c", "Bare"}, 2,
+                        "A value is needed");
+  // Edited by hand: a blank is no device either.
+  project.Out({"options", "set", "Target.Device", "atmega88", "-c", "Bare"});
+  std::string text = project.Read("app.tapp");
+  text.replace(text.find("atmega88"), 8, " ");
+  project.Write("app.tapp", text);
+  build = project.Run({"build", "-c", "Bare"});
+  EXPECT_EQ(build.code, 1) << build.out;
+  EXPECT_TRUE(Has(build.out, said)) << build.out;
+  // A new project says what it is for.
+  project.Out({"new", "fresh"});
+  EXPECT_TRUE(Has(project.Read("fresh/fresh.tapp"), "\"atmega328p\""));
+}
+
 }  // namespace
 }  // namespace tarn::host

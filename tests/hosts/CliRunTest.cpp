@@ -57,6 +57,9 @@ TEST(CliRun, FailuresAreToldWithTheirPlace) {
        "scripts run each other more than 8 deep\n"},
       {"print(host.build('make'))", 1, "",
        "tarn: t.lua:1: bad argument #1 to 'build' (invalid option 'make')\n"},
+      {"host.add_configuration('New', 'fast')", 0, "", ""},
+      {"host.add_configuration('FAST')", 1, "",
+       "tarn: t.lua:1: app has a configuration \"FAST\" already.\n"},
       {"print('\\27[2J')", 0, "[2J\n", ""},
   };
   for (const auto& each : cases) {

@@ -61,6 +61,10 @@ TEST(DisplayEntry, KeepsTheToolsColumnAndPaintsTheKind) {
       {{LogKind::Heading, "Build", "", "", 0}, "{B}Build{-}"},
       {{LogKind::Plain, "In file from /p/src/a.c:1:", "", "/p/src/a.c", 1},
        "In file from src/a.c:1:"},
+      {{LogKind::Plain, "../lib/a.c: In function 'a.c':", "", "/p/lib/a.c", 0},
+       "lib/a.c: In function 'a.c':"},
+      {{LogKind::Plain, "a.c: In file /lib/a.c", "", "/q/lib/a.c", 0},
+       "/q/lib/a.c: In file /lib/a.c"},
       {{LogKind::Plain, "  3 | x\x1b[31m;\x07", "", "", 0}, "  3 | x[31m;"},
   };
   std::ostringstream out;

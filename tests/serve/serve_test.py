@@ -2,6 +2,7 @@
 
 import os
 import re
+import shutil
 import signal
 import sys
 import time
@@ -167,6 +168,38 @@ class Session(ServeTest):
         self.assertEqual(self.build(client, BUILD_NODE), (1, ["a.c.o"]))
         self.assertEqual(self.build(client, CLEAN)[0], 1)
         self.assertFalse(os.path.exists(self.project.path("demo.tstate")))
+
+    def test_edited_definitions_take_effect_in_the_next_build(self):
+        share = os.path.join(self.project.root, "share")
+        shutil.copytree(self.project.share, share)
+        self.project.share = share + "/"
+        client = self.open()
+        everything = (1, ["a.c.o", "b.c.o", "app"])
+        self.assertEqual(self.build(client), everything)
+        for name, old, new in (("tools/host-gcc.tools", 'V="-c"/>', 'V="-c"/><Arg V="-DX=1"/>'),
+                               ("options/host-gcc.options", 'Value="2"', 'Value="1"')):
+            path = os.path.join(share, "config", name)
+            with open(path) as file:
+                text = file.read()
+            with open(path, "w") as file:
+                file.write(text.replace(old, new, 1))
+            self.assertEqual(self.build(client), everything, name)
+            self.assertEqual(self.build(client), (1, []), name)
+
+    def test_a_new_configuration_has_the_options_of_another(self):
+        client = self.open()
+        wanted = {"name": "Copy"}
+        self.assertIsNone(client.wait(client.post("addConfiguration", wanted)))
+        self.assertIsNone(client.wait(client.post("addConfiguration", {"name": "Bare", "from": ""})))
+        self.assertEqual(self.errors(client, ("addConfiguration", wanted),
+                                     ("addConfiguration", {"name": "X", "from": "Y"}),
+                                     ("addConfiguration", {"name": 7}), ("addConfiguration", [])),
+                         [-32000, -32000, -32602, -32602])
+        self.assertEqual(client.call("ProjectSave"), 1)
+        with open(self.project.path("app.tapp")) as file:
+            saved = file.read()
+        self.assertEqual([saved.count(part) for part in (
+            '<Config Header="Copy"', '<Config Header="Bare"', '"host-gcc"')], [2, 1, 2])
 
     def test_project_build_keeps_its_records_too(self):
         client = self.open()

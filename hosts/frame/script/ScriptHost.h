@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,10 @@ class ScriptHost {
   virtual std::string WaitForBuild() = 0;
   // What the tools said of the application's output, e.g. its size; empty when nothing is known.
   virtual std::string GetSize(const std::string& application) = 0;
+  // Adds a configuration to the active application. `from`: see NewConfiguration. Returns why that
+  // can't be done, or an empty string.
+  virtual std::string AddConfiguration(const std::string& name,
+                                       const std::optional<std::string>& from) = 0;
 };
 
 }  // namespace tarn::host

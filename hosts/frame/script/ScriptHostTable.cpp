@@ -59,11 +59,25 @@ int Size(lua_State* lua) {
   return PushText(lua);
 }
 
+// Without a second argument the options of the configuration in force are copied.
+int AddConfiguration(lua_State* lua) {
+  const char* name = luaL_checkstring(lua, 1);
+  const char* from = luaL_optstring(lua, 2, nullptr);
+  Ask(lua, [=](ScriptState& state) {
+    state.problem = state.Host()->AddConfiguration(
+        name, from == nullptr ? std::nullopt : std::optional<std::string>(from));
+  });
+  return 0;
+}
+
 }  // namespace
 
 void OpenScriptHost(lua_State* lua) {
-  const luaL_Reg functions[] = {
-      {"build", Build}, {"wait", Wait}, {"size", Size}, {nullptr, nullptr}};
+  const luaL_Reg functions[] = {{"build", Build},
+                                {"wait", Wait},
+                                {"size", Size},
+                                {"add_configuration", AddConfiguration},
+                                {nullptr, nullptr}};
   luaL_newlib(lua, functions);
   lua_setglobal(lua, "host");
 }

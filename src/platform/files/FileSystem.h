@@ -62,6 +62,8 @@ class FileSystem {
   // As the machine spells it, for what opens, watches or compares files by itself; the path as it
   // stands where nothing is there. Symbolic links are not followed.
   virtual std::string NameOnDisk(const std::string& path) { return path; }
+  // The path with every symbolic link on the way resolved; the path unchanged if nothing is there.
+  virtual std::string ResolveLinks(const std::string& path) { return path; }
   // Nothing unless a regular file stands there and can be examined.
   virtual std::optional<FileStatus> Examine(const std::string& path) = 0;
   // Status of a folder, whose modification time moves when an entry comes or goes; nothing unless

@@ -31,6 +31,7 @@ TEST(Contract, EveryOperationAnswersByItsNumberWithItsArguments) {
             "103 Undo/0 104 Redo/0 105 SetChangedProperty/4 106 SetNewConfigName/1 "
             "107 GetOrigin/3 108 ListConfigurations/0 109 ResetChangedProperty/3 "
             "110 GetUndoProperty/0 111 GetRedoProperty/0 112 GetSwitchCount/0 "
+            "113 RefreshDefinitions/0 "
             "120 GetDefinitionProblem/0 ");
 }
 

@@ -247,7 +247,7 @@ TEST_F(ShippedOptionsTest, TakeWhatTheApplicationSaysForAllLanguages) {
   Source("Cpp", "/p/app/a.cpp");
   EXPECT_EQ(Get("Cpp", "Compiler", "Optimize") + Get("Cpp", "Compiler", "Warnings") +
                 Get("", "Target", "Device") + Get("", "Target", "Clock"),
-            "sallatmega328p16000000");
+            "sall16000000");
   manager.SetPropertyValue("Application", "Directories", "Include", "inc");
   manager.SetPropertyValue("Cpp", "Directories", "Include", "$(Inherited);more");
   EXPECT_EQ(Get("", "Directories", "Include"), "inc;more");

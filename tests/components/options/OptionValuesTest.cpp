@@ -55,6 +55,32 @@ TEST(OptionValuesTest, MacrosGiveWhatTheReadingNodeSees) {
   for (const auto& [text, wanted] : rows) EXPECT_EQ(values.Resolve(text), wanted) << text;
 }
 
+TEST(OptionValuesTest, AValueThatHasToBeSetIsNamedUntilItIs) {
+  const auto missing = [](const char* compiler, const char* own, const char* text) {
+    OptionValues values = OptionValues::FromText(
+        "<Values Set=\"C\" Outer=\"Application\" Config=\"X\"><d s=\"Application\" k=\"T\" "
+        "Device=\"$(T.Compiler?avr=$(Required);*=any)\"/></Values>");
+    values.Put("Application", "T", "Compiler", compiler);
+    if (own != nullptr) values.Put("Application", "T", "Device", own);
+    std::string name;
+    const std::string value = values.Resolve(text, nullptr, &name);
+    return value + "|" + name;
+  };
+  const char* const rows[][4] = {
+      {"avr", nullptr, "$(T.Device)", "|T.Device"},
+      {"avr", nullptr, "-m$(Application.T.Device)", "-m|Application.T.Device"},
+      {"avr", "", "$(T.Device)", "|T.Device"},
+      {"avr", " ", "$(T.Device)", " |T.Device"},
+      {"avr", "$(Inherited)", "$(T.Device)", "|T.Device"},
+      {"avr", "m8", "$(T.Device)", "m8|"},
+      {"host", nullptr, "$(T.Device)", "any|"},
+      {"host", "", "$(T.Device)", "|"},
+  };
+  for (const auto& [compiler, own, text, expected] : rows) {
+    EXPECT_EQ(missing(compiler, own, text), expected) << compiler << (own ? own : " none") << text;
+  }
+}
+
 TEST(OptionValuesTest, ACircleGivesNothingAndIsNamed) {
   OptionValues values("C");
   values.Put("", "A", "One", "x$(A.Two)");

@@ -59,6 +59,9 @@ TEST(CommandLine, ArgumentsFollowTheirRules) {
        R"~(<Arg V="-I$(Item)" List="$(D.I)" Path="Yes"/>)~",
        "Build.OutputFile=out/a.o\nD.I=.;/usr/include;../p2", R"~("/p/src/a.c")~",
        "cc src/a.c out/a.o -I. -I/usr/include -I/p2\n"},
+      {"names that would be taken for something else", R"~(Paths="Relative")~",
+       R"~(<Arg V="$(Item)" List="Files" Path="Yes"/><Arg V="$(File)"/>)~", "",
+       R"~("/p/-x.c","/p/@y/c","/p/..z")~", "cc ./-x.c ./@y/c ..z ./-x.c\n"},
       {"launcher with words", R"~(Launcher="$(B.L)")~", R"~(<Arg V="-c"/>)~",
        "B.L=ccache 'my wrap'", "", "ccache \"my wrap\" cc -c\n"},
       {"refused characters", R"~(Plain="Yes")~", R"~(<Arg V="$(Item)" List="Files"/>)~", "",
@@ -71,6 +74,17 @@ TEST(CommandLine, ArgumentsFollowTheirRules) {
                 std::string(attributes) + ">" + children + "</Step>");
     EXPECT_EQ(StartedFor(tool, "t", files, options), expected) << name;
   }
+}
+
+TEST(CommandLine, NamesThatMoveWithTheProjectAreRelativeAlsoOutsideItsFolder) {
+  ToolManagerFixture tools(
+      OneTool(R"~(><Step Program="cc" Paths="Relative"><Arg V="$(Item)" List="Files" Path="Yes"/>)~"
+              R"~(<Arg V="-I$(Item)" List="$(D.I)" Path="Yes"/></Step>)~"));
+  tools.values.Put("Application", "General", "ApplicationDir", "/w/co/app");
+  tools.values.Put("", "D", "I", "../inc;/w/co/abs;/w/co/app/../own;../../../top;/usr");
+  EXPECT_TRUE(tools.Run("t", "\"/w/co/a.c\""));
+  EXPECT_EQ(StartedLines(tools.launcher),
+            "cc ../a.c -I../inc -I/w/co/abs -I../own -I/top -I/usr\n");
 }
 
 TEST(CommandLine, TheEnvironmentNamesALauncherWhereTheStepTakesOne) {
@@ -110,6 +124,49 @@ TEST(CommandLine, ALongLineGoesThroughAResponseFileThatIsRemoved) {
   EXPECT_NE(tools.Messages().find("wrap ld -o /p/o/x.elf"), std::string::npos);
 }
 
+TEST(CommandLine, FilesThatARunReadsAreKnownBeforeIt) {
+  ToolManagerFixture tools(
+      OneTool(R"~(Output="out.elf"><Step Program="ld"><Arg V="-o"/><Arg V="$(Output)"/>)~"
+              R"~(<Arg V="$(X.Args)" Words="Yes"/></Step><Depend File="x.ld"/>)~"
+              R"~(<Libraries Name="-l" Folder="-L" File="lib$(Item).so;lib$(Item).a"/>)~"));
+  const std::string candidates =
+      R"("/p/a.o","/p/x.ld","/p/l/libm.so","/p/l/libm.a","/q/libm.a","/p/l/n.a","/p/libm.a")"
+      R"(,"/p/one.a","/p/two.a","/p/sub/../Three.a","/p/out.elf")";
+  const char* const rows[][2] = {
+      {"", R"("/p/a.o","/p/x.ld")"},
+      {"-Ll -L /q -lm -l :n.a", R"("/p/a.o","/p/x.ld","/p/l/libm.so","/p/l/libm.a","/q/libm.a",)"
+                                R"("/p/l/n.a")"},
+      {"one.a -Wl,-x,two.a,--in=three.a", R"("/p/a.o","/p/x.ld","/p/one.a","/p/two.a",)"
+                                          R"("/p/sub/../Three.a")"},
+  };
+  for (const auto& [arguments, expected] : rows) {
+    tools.values.Put("", "X", "Args", arguments);
+    const std::string options = tools.values.ToText();
+    EXPECT_EQ(tools.manager->GetUsedFiles("t", "\"a.o\"", options.c_str(), candidates.c_str()),
+              expected);
+  }
+  // The library that is there counts as a dependency.
+  tools.values.Put("", "X", "Args", "-Ll -L/q -lm -lnone");
+  tools.disk.AddFile("/p/out.elf", "");
+  tools.disk.AddFile("/q/libm.a", "");
+  EXPECT_TRUE(tools.Run("t", "\"a.o\""));
+  EXPECT_NE(tools.manager->TakeBuildInformation().find(
+                R"(<D Header="/p/x.ld"/><D Header="/q/libm.a"/></F>)"),
+            std::string::npos);
+}
+
+TEST(CommandLine, AFreshOutputHasNothingOfTheOneBefore) {
+  ToolManagerFixture tools(OneTool(R"~(Output="x.a" Fresh="Yes"><Step Program="ar"/>)~"));
+  tools.disk.AddFile("/p/x.a", "old");
+  EXPECT_FALSE(tools.Run("t", ""));
+  EXPECT_FALSE(tools.disk.BytesOf("/p/x.a").has_value());
+  tools.disk.AddFile("/p/x.a", "old");
+  tools.disk.FailOn("remove", "/p/x.a", ErrorCode::ReadOnly);
+  EXPECT_FALSE(tools.Run("t", ""));
+  EXPECT_NE(tools.Messages().find("/p/x.a can't be removed"), std::string::npos);
+  EXPECT_EQ(StartedLines(tools.launcher), "ar\n");
+}
+
 TEST(CommandLine, GetCommandLinesShowsWhatWouldRunAndStartsNothing) {
   ToolManagerFixture tools(OneTool(
       R"~(Output="o.o"><Step Program="cc"><Arg V="-DX=&quot;1&quot;"/><Arg V="$(Output)"/>)~"
@@ -144,17 +201,20 @@ TEST(ShippedTools, CompileAndLinkLinesAreComplete) {
       "Linker.Libraries=m\nLinker.LibraryPaths=lib";
   EXPECT_EQ(commands("avr-gcc.tools", "avr-gcc.c", "\"/p/src/a.c\"", options),
             "avr-gcc -c -mmcu=atmega328p -DF_CPU=16000000UL -Os -std=c11 -Wall -gdwarf-2 "
-            "-fdiagnostics-color=never -ffunction-sections -fdata-sections -DA -DB=2 -I/p/src "
-            "-I/inc -MMD -MF /p/out/x.d -flto /p/src/a.c -o /p/out/x.o\n");
+            "-fdiagnostics-color=never -fdebug-prefix-map=/p/= -gno-record-gcc-switches "
+            "-frandom-seed=out/x.o -ffunction-sections -fdata-sections -DA -DB=2 -Isrc "
+            "-I/inc -MMD -MF out/x.d -flto src/a.c -o out/x.o\n");
   EXPECT_EQ(commands("avr-gcc.tools", "avr-gcc.link", "\"/p/out/a.o\",\"/p/out/b.o\"", options),
-            "avr-gcc -mmcu=atmega328p -fdiagnostics-color=never -Wl,--gc-sections "
-            "-Wl,-Map=/p/out/x.map -o /p/out/x.o /p/out/a.o /p/out/b.o -L/p/lib -lm\n"
+            "avr-gcc -mmcu=atmega328p -fdiagnostics-color=never -fdebug-prefix-map=/p/= "
+            "-gno-record-gcc-switches -Wl,--gc-sections "
+            "-Wl,-Map=out/x.map -o out/x.o out/a.o out/b.o -Llib -lm\n"
             "avr-objcopy -O ihex -R .eeprom /p/out/x.o /p/out/x.hex\n"
             "avr-size -A /p/out/x.o\n");
   EXPECT_EQ(
       commands("host-gcc.tools", "host-gcc.cpp", "\"/p/src/a.cpp\"", "Compiler.Warnings=extra"),
-      "g++ -c -Wall -Wextra -fdiagnostics-color=never -ffunction-sections -fdata-sections "
-      "-MMD -MF /p/out/x.d /p/src/a.cpp -o /p/out/x.o\n");
+      "g++ -c -Wall -Wextra -fdiagnostics-color=never -ffile-prefix-map=/p/= "
+      "-frandom-seed=out/x.o -ffunction-sections -fdata-sections "
+      "-MMD -MF out/x.d src/a.cpp -o out/x.o\n");
   EXPECT_EQ(commands("sdcc-mcs51.tools", "sdcc-mcs51.c", "\"/p/src/a.c\"", "Compiler.Optimize=s"),
             "sdcc -mmcs51 -c --opt-code-size -MMD src/a.c -o out/x.o\n");
 }

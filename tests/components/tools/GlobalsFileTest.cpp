@@ -153,7 +153,7 @@ TEST_F(GlobalsFile, DamagedDebugInformationIsToldAndGivesWhatIsWhole) {
   Build("a.c", "int shown;\nint main(void) { return shown; }\n");
   const std::string program = ReadBytes(folder / "app");
   std::string intact = program;
-  const std::size_t whole = ReadDebugSymbols(intact).symbols.size();
+  const std::size_t whole = ReadDebugSymbols(intact, "").symbols.size();
   ASSERT_GE(whole, 2u);
   std::size_t told = 0;
   std::size_t partial = 0;
@@ -168,7 +168,7 @@ TEST_F(GlobalsFile, DamagedDebugInformationIsToldAndGivesWhatIsWhole) {
     MemoryFileSystem disk;
     disk.AddFile("/app", damaged);
     disk.AddFile("/list.xml", "of an earlier program");
-    const std::string note = UpdateGlobalsFile(disk, "/list.xml", "/app");
+    const std::string note = UpdateGlobalsFile(disk, "/list.xml", "/app", "/");
     const std::string list = disk.BytesOf("/list.xml").value_or("<Globals");
     ASSERT_TRUE(list.starts_with("<Globals")) << "round " << round;
     if (!note.empty()) ++told;

@@ -78,7 +78,7 @@ TEST_F(RealTools, AvrErrorsOfAllThreeToolsLeadToTheirLines) {
   folder.Write("bad.h", "int f(int a { return 1; }\n");
   EXPECT_FALSE(Run("avr-gcc.c", {"bad.c"}, "out/bad.o"));
   Expect(
-      {"<message Description=\"In file included from ~/bad.c:1:0:\" File=\"~/bad.c\" "
+      {"<message Description=\"In file included from bad.c:1:0:\" File=\"~/bad.c\" "
        "Line=\"1\"><header>",
        R"(Icon="2" ShowInReport="yes" Contain="expected ';', ',' or ')' before '{' token")",
        "<link>err://~/bad.h:1</link>"});

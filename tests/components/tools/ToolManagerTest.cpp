@@ -61,13 +61,26 @@ TEST(ToolManager, ASuccessfulRunLeavesMessagesAndARecordThatIsTakenOnce) {
   EXPECT_EQ(WithoutRun(tools.manager->TakeBuildInformation()), "");
 }
 
-TEST(ToolManager, DependenciesOfAnEarlierRunAreNotTakenForTheNew) {
-  ToolManagerFixture tools(kDefinitions);
-  tools.disk.AddFile("/p/o/a.d", "a.o: old.h\n");
-  tools.launcher.Queue({{}, {}, tools.Makes("/p/o/a.o")});
-  EXPECT_TRUE(tools.Run("cc", "\"/p/a.c\""));
-  EXPECT_EQ(WithoutRun(tools.manager->TakeBuildInformation()),
-            "<I><F Header=\"/p/o/a.o\" Infos=\"\" Date=\"1000\"></F></I>");
+TEST(ToolManager, AToolThatLeavesNoWholeListOfDependenciesHasFailed) {
+  const char* const rows[][2] = {
+      {nullptr, "can't be read: "},  // that of an earlier run must not do
+      {"", "is empty"},
+      {"a.o: /p/a.c b", "ends in the middle of a line"},
+      {"a.o: b.h\n", "doesn't name the source /p/a.c"},
+  };
+  for (const auto& [rules, problem] : rows) {
+    ToolManagerFixture tools(kDefinitions);
+    tools.disk.AddFile("/p/o/a.d", "a.o: /p/a.c old.h\n");
+    tools.launcher.Queue({{}, {}, [&, text = rules](const ProcessRequest&) {
+                            tools.disk.AddFile("/p/o/a.o", "x");
+                            if (text != nullptr) tools.disk.AddFile("/p/o/a.d", text);
+                          }});
+    EXPECT_FALSE(tools.Run("cc", "\"/p/a.c\"")) << problem;
+    const std::string said = "2 cc ended without an error, but its dependencies are unknown: ";
+    EXPECT_NE(Summary(tools.Messages()).find(said + "/p/o/a.d " + problem), std::string::npos)
+        << Summary(tools.Messages());
+    EXPECT_EQ(tools.manager->TakeBuildInformation(), "") << problem;
+  }
 }
 
 TEST(ToolManager, OptionalStepsAddSizesAndNeverFailTheTool) {
@@ -138,6 +151,20 @@ TEST(ToolManager, AProgramPathRunsAsAToolAndANullMessageFileIsLegal) {
   EXPECT_EQ(tools.manager->RunTool("\\t\\gen", "\"a.c\"", options.c_str(), nullptr), 1);
   EXPECT_EQ(tools.manager->RunTool("plain", nullptr, nullptr, nullptr), 1);
   EXPECT_EQ(StartedLines(tools.launcher), "/t/gen /p/a.c\np\n");
+}
+
+TEST(ToolManager, EditedDefinitionsTakeEffectWhenTheyAreRefreshed) {
+  ToolManagerFixture tools(R"(<T><Tool Name="a"><Step Program="old"/></Tool></T>)");
+  EXPECT_EQ(tools.manager->RefreshTools(), 0);
+  // As long as before, and in the same second.
+  tools.disk.AddFile("/app/config/tools/test.tools",
+                     R"(<T><Tool Name="a"><Step Program="new"/></Tool></T>)");
+  tools.disk.AddFile("/app/config/tools/more.tools",
+                     R"(<T><Tool Name="b"><Step Program="b"/></Tool></T>)");
+  EXPECT_EQ(tools.manager->RefreshTools(), 1);
+  EXPECT_EQ(tools.manager->RefreshTools(), 0);
+  EXPECT_TRUE(tools.Run("a", "") && tools.Run("b", ""));
+  EXPECT_EQ(StartedLines(tools.launcher), "new\nb\n");
 }
 
 TEST(ToolManager, MissingProgramNamesTheFirstThatIsNeeded) {

@@ -137,6 +137,14 @@ TEST_F(PosixFileSystemTest, TheMachinesSpellingOfANameIsTold) {
   EXPECT_EQ(files.NameOnDisk(scratch / "src\\none.c"), scratch / "src\\none.c");
 }
 
+TEST_F(PosixFileSystemTest, LinksOnTheWayToAFileAreResolved) {
+  scratch.Write("Src/real/main.c", "");
+  std::filesystem::create_directory_symlink(scratch / "Src/real", scratch / "link");
+  const std::string real = std::filesystem::canonical(scratch / "Src").string() + "/real";
+  EXPECT_EQ(files.ResolveLinks(scratch / "LINK\\main.c"), real + "/main.c");
+  EXPECT_EQ(files.ResolveLinks(scratch / "link/none.c"), scratch / "link/none.c");
+}
+
 TEST_F(PosixFileSystemTest, BackslashInANameOfTheMachineIsOutOfReach) {
   scratch.Write("odd\\name", "hidden");
   EXPECT_EQ(files.ReadWholeFile(scratch / "odd\\name").GetError().code, ErrorCode::InvalidName);

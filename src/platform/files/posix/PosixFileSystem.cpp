@@ -103,6 +103,14 @@ std::string PosixFileSystem::NameOnDisk(const std::string& path) {
   return name ? *name : path;
 }
 
+std::string PosixFileSystem::ResolveLinks(const std::string& path) {
+  char* const resolved = realpath(NameOnDisk(path).c_str(), nullptr);
+  if (resolved == nullptr) return path;
+  std::string name = resolved;
+  std::free(resolved);
+  return name;
+}
+
 std::optional<FileStatus> PosixFileSystem::Examine(const std::string& path) {
   struct stat info {};
   if (!names.Try(path, [&info](const char* name) { return stat(name, &info); }) ||

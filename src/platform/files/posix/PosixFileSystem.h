@@ -14,6 +14,7 @@ class PosixFileSystem : public FileSystem {
   bool Exists(const std::string& path) override;
   bool IsFolder(const std::string& path) override;
   std::string NameOnDisk(const std::string& path) override;
+  std::string ResolveLinks(const std::string& path) override;
   // For a plain path one system call, no lock and no allocation, as long as the name is exact.
   std::optional<FileStatus> Examine(const std::string& path) override;
   std::optional<FileStatus> ExamineFolder(const std::string& path) override;

@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "hosts/CliProject.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+namespace {
+
+struct Toolchain {
+  const char* name;
+  const char* program;
+  const char* code;  // where an assembler source starts; empty for a compiler without C++
+};
+
+constexpr Toolchain kToolchains[] = {
+    {"host-gcc", "gcc", ".text\n.global other\nother:"},
+    {"avr-gcc", "avr-gcc", ".text\n.global other\nother:"},
+    {"sdcc-mcs51", "sdcc", ""},
+    {"sdcc-stm8", "sdcc", ""},
+};
+
+std::string Property(const char* section, const char* name, const std::string& value) {
+  return "<Section Header=\"" + std::string(section) + "\" ><Property Header=\"" + name +
+         "\" Removable=\"Yes\" Value=\"" + value + "\" /></Section>";
+}
+
+// A checkout whose application is in a folder of its own and uses sources, a header and a library
+// beside that. All sources write their names into what is built.
+void WriteCheckout(CliProject& project, const std::string& checkout, const Toolchain& toolchain) {
+  const auto write = [&](const char* name, const std::string& text) {
+    project.Write(checkout + "/" + name, text);
+  };
+  for (const char* folder : {"fw", "inc", "shared"}) {
+    std::filesystem::create_directories(project.PathOf(checkout + "/" + folder));
+  }
+  const bool hasCpp = *toolchain.code != '\0';
+  write("demo.tprj",
+        "\r\n<Project Project=\"Yes\" ActiveApp=\"fw\" ><Application Header=\"fw\" "
+        "Extern=\".\\fw\\fw.tapp\" Path=\".\\fw\\fw.tapp\" /></Project>");
+  write(
+      "fw/fw.tapp",
+      "\r\n<Application Header=\"fw\" Extern=\".\\fw\\fw.tapp\" Path=\".\\fw\\fw.tapp\" ><Options>"
+      "<Config Header=\"Standard\" ><Set Header=\"Application\" >" +
+          Property("Target", "Toolchain", toolchain.name) + Property("Compiler", "Debug", "Yes") +
+          Property("Directories", "Include", "../inc") +
+          "</Set></Config></Options><C Header=\"m.c\" Path=\".\\m.c\" />" +
+          "<C Header=\"f.c\" Path=\"..\\shared\\f.c\" />" +
+          (hasCpp ? "<Cpp Header=\"p.cpp\" Path=\".\\p.cpp\" /><Assembler Header=\"s.s\" "
+                    "Path=\".\\s.s\" />"
+                  : "") +
+          "</Application>");
+  write("inc/h.h", "static char h(int a) { const char *name = __FILE__; return name[a]; }\n");
+  write(
+      "fw/m.c",
+      "#include \"h.h\"\nextern void fail(const char *file, int line);\nextern void other(void);\n"
+      "#define CHECK(x) if (!(x)) fail(__FILE__, __LINE__)\nint v;\n"
+      "int main(void) { CHECK(v); v = h(1);" +
+          std::string(hasCpp ? " other();" : "") + " return 0; }\n");
+  write("shared/f.c",
+        "char last;\nvoid fail(const char *file, int line) { last = file[line]; }\n"
+        "const char *where(void) { return __FILE__; }\n");
+  // Without a name that others see, the compiler makes one up.
+  write("fw/p.cpp", "namespace { struct S { S(); int v; }; S::S() : v(__FILE__[v]) {} S s; }\n");
+  write("fw/s.s", std::string(toolchain.code) + " ret\n");
+}
+
+// What lies in the folder of outputs, by name. An .omf has memory in it that sdcc never wrote to.
+std::map<std::string, std::string> Outputs(const CliProject& project, const std::string& checkout) {
+  std::map<std::string, std::string> outputs;
+  const std::filesystem::path folder = project.PathOf(checkout + "/fw/build");
+  for (const auto& each : std::filesystem::recursive_directory_iterator(folder)) {
+    const std::string name = each.path().lexically_relative(folder).string();
+    if (each.is_regular_file() && !name.ends_with(".omf")) {
+      outputs[name] = project.Read(checkout + "/fw/build/" + name);
+    }
+  }
+  return outputs;
+}
+
+TEST(CliReproducible, ACheckoutInAnotherFolderIsBuiltToTheSameBytes) {
+  for (const Toolchain& toolchain : kToolchains) {
+    SCOPED_TRACE(toolchain.name);
+    CliProject project;
+    if (project.RunProgram("/bin/sh", {"-c", "command -v \"$0\"", toolchain.program}).code != 0) {
+      continue;
+    }
+    std::map<std::string, std::string> first;
+    for (const std::string checkout : {"one", "a deep/place with blanks/two"}) {
+      WriteCheckout(project, checkout, toolchain);
+      const auto build = project.Run({"build", checkout});
+      ASSERT_EQ(build.code, 0) << build.out << build.err;
+      const auto outputs = Outputs(project, checkout);
+      EXPECT_GE(outputs.size(), 7u);
+      for (const auto& [name, bytes] : outputs) {
+        EXPECT_FALSE(Has(bytes, project.PathOf(""))) << name << " tells where it was built";
+        EXPECT_TRUE(first.empty() || bytes == first[name]) << name << " differs";
+      }
+      EXPECT_TRUE(first.empty() || outputs.size() == first.size());
+      first = outputs;
+      EXPECT_TRUE(Has(project.Out({"build", checkout}), "Nothing to do"));
+    }
+  }
+}
+
+TEST(CliReproducible, MessagesAndGlobalsLeadToTheRealFiles) {
+  CliProject project;
+  WriteCheckout(project, "one", kToolchains[0]);
+  project.Out({"build", "one"});
+  for (const char* place : {"one/fw/m.c:5", "one/shared/f.c:1", "one/inc/h.h:1"}) {
+    EXPECT_TRUE(Has(project.Out({"globals", "one"}), place)) << place;
+  }
+  project.Write("one/shared/f.c", "int f(void) {\n  int unused;\n  return missing;\n}\n");
+  const auto failed = project.Run({"rebuild", "one"});
+  EXPECT_EQ(failed.code, 1);
+  for (const char* line : {"one/shared/f.c: In function 'f':\n", "one/shared/f.c:3:10: error: "}) {
+    EXPECT_TRUE(Has(failed.out, line)) << failed.out;
+  }
+  EXPECT_TRUE(Has(project.Out({"log", "one", "--json"}), project.PathOf("one/shared/f.c")));
+}
+
+TEST(CliReproducible, AFolderThatIsReachedByALinkHasItsOwnNeighbours) {
+  CliProject project;
+  WriteCheckout(project, "real/one", kToolchains[0]);
+  WriteCheckout(project, "other", kToolchains[0]);
+  // From here "../shared" is not what lies beside the folder that the link leads to.
+  std::filesystem::remove_all(project.PathOf("other/fw"));
+  std::filesystem::create_directory_symlink(project.PathOf("real/one/fw"),
+                                            project.PathOf("other/fw"));
+  project.Write("other/shared/f.c",
+                "void fail(const char *file, int line) { (void)file; }\n#error here\n");
+  const auto build = project.Run({"build", "other"});
+  EXPECT_EQ(build.code, 1) << build.out;
+  EXPECT_TRUE(Has(build.out, "other/shared/f.c:2:2: error: #error here")) << build.out;
+}
+
+}  // namespace
+}  // namespace tarn::host
