@@ -17,6 +17,20 @@ std::string ToolElement(const ToolDefinition& tool, std::string_view children) {
   return text.append(children.empty() ? "/>" : children);
 }
 
+// The options that name what the tool writes.
+std::string MadeElements(const ToolDefinition& tool) {
+  std::vector<Template> made = tool.products;
+  made.push_back(tool.output);
+  made.push_back(tool.listing);
+  std::string text;
+  for (const Template& each : made) {
+    for (const std::string& macro : each.GetOptionMacros()) {
+      text += "<Makes" + XmlAttribute("Header", macro) + "/>";
+    }
+  }
+  return text;
+}
+
 }  // namespace
 
 std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::string& folder) {
@@ -94,7 +108,7 @@ std::string ToolSet::ListText() const {
       children += "<Program" + XmlAttribute("Header", program.name) +
                   XmlAttribute("Optional", program.isOptional ? "Yes" : "No") + "/>";
     }
-    text += ToolElement(*tool, ">" + children + "</Tool>");
+    text += ToolElement(*tool, ">" + children + MadeElements(*tool) + "</Tool>");
   }
   return text + "</Tools>";
 }
