@@ -41,6 +41,7 @@ class RpcServer {
   CallProblem HandleRequest(const RpcRequest& request, nlohmann::json& result);
   CallProblem Initialize(const nlohmann::json& params, nlohmann::json& result);
   CallProblem ReadFolders(const std::vector<nlohmann::json>& params, HostFolders& folders);
+  CallProblem CheckProject(const nlohmann::json& params, nlohmann::json& result);
   CallProblem CallMethod(const RpcRequest& request, nlohmann::json& result);
   bool IsOver() const;
 

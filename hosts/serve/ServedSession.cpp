@@ -4,6 +4,7 @@
 #include <array>
 #include <chrono>
 
+#include "hosts/frame/check/ProjectCheck.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -175,6 +176,16 @@ DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Var
   if (buildsHere && hasProject && !isBuilding) session.EndWork(false);
   PassStopOn();
   return outcome;
+}
+
+Result<std::vector<Finding>> ServedSession::CheckProject(FileSystem& files) {
+  KeepResults();
+  if (!hasProject) return Error{ErrorCode::NotFound, "No project is open.", {}};
+  if (isBuilding) return Error{ErrorCode::Unsupported, "A build is running.", {}};
+  ProjectCheck check(session, files);
+  while (!check.Continue(std::chrono::seconds(1))) {
+  }
+  return check.GetFindings();
 }
 
 void ServedSession::BeginWork() {

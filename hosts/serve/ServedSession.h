@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "hosts/frame/BuildSession.h"
+#include "hosts/frame/check/Finding.h"
 #include "hosts/serve/ClientQuestions.h"
 
 namespace tarn::host {
@@ -46,6 +47,9 @@ class ServedSession {
   std::vector<MethodInfo> GetMethods();
   DispatchResult Call(const MethodInfo& method, std::span<const Variant> arguments,
                       Variant& result);
+
+  // Checks the open project. Fails if there is none, and while a build runs.
+  Result<std::vector<Finding>> CheckProject(FileSystem& files);
 
   // There is something to do that doesn't belong into a message's handler.
   bool NeedsAttention() const { return mustKeep || session.HasPostedCommands(); }
