@@ -21,6 +21,7 @@ class Changes:
         self.backups = {}  # path below the project: copies of older versions, outside of it
         self.states = []  # older versions of the state
         self.definitions = 0
+        self.tool = "tool"  # label of the second application
 
     def write(self, path, text):
         place = self.firmware.place(path)

@@ -109,6 +109,11 @@ class Edits(Changes):
         node = self.random.choice(sorted(self.firmware.units.values()))
         return self.tarn("rename", "fw.tprj", node, f"label {self.firmware.number()}")
 
+    def rename_application(self):
+        self.quiet = True
+        old, self.tool = self.tool, f"tool {self.firmware.number()}"
+        return self.tarn("rename", "fw.tprj", old, self.tool)
+
     def shadow(self):
         """A header appears or goes that is found earlier in the include path than another one."""
         path = self.random.choice(("inc/shadowed.h", "inc/shared.h", "src/shadowed.h",
