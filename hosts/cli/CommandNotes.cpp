@@ -32,8 +32,8 @@ const std::vector<CommandNote>& Notes() {
       {"tarn status", kBuilding, {{"tarn status --json", "for a program to read"}}},
       {"tarn check",
        kBuilding,
-       {{"tarn check", "missing files, unknown options, tools that are not installed, ..."},
-        {"tarn check --json", "for a program; exit code 1 if anything was found"}}},
+       {{"tarn check", "the project in the current folder"},
+        {"tarn check --json", "for a program to read"}}},
       {"tarn log",
        kBuilding,
        {{"tarn log", "messages with their places"},
@@ -127,9 +127,7 @@ bool IsCommonFlag(std::string_view name) {
 const TextTable& ExitCodeTexts() {
   static const TextTable texts = {
       {"0", "done"},
-      {"1",
-       "the build or the script failed, the report has what was asked for, or the check found "
-       "something"},
+      {"1", "the build or the script failed, or the report or the check found something"},
       {"2", "wrong use"},
       {"3", "the project can't be opened, converted or saved, nor settings written"},
       {"4", "a program that a tool or the conversion needs is missing"},

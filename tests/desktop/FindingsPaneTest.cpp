@@ -12,7 +12,7 @@ class FindingsPaneTest : public testing::IdeFixture {
   // What the list shows after a check: headings, and findings with their positions.
   QStringList Check() {
     EXPECT_TRUE(Choose("Check the project"));
-    auto* const pane = window->findChild<FindingsPane*>();
+    auto* const pane = static_cast<FindingsPane*>(Dock().widget());
     EXPECT_TRUE(pane->isVisible());
     EXPECT_TRUE(testing::RunUntil([pane] { return !pane->IsChecking(); }));
     QStringList shown;
@@ -21,7 +21,8 @@ class FindingsPaneTest : public testing::IdeFixture {
     }
     return shown;
   }
-  QTreeWidget* List() { return window->findChild<FindingsPane*>()->findChild<QTreeWidget*>(); }
+  QDockWidget& Dock() { return *window->findChild<QDockWidget*>("dockFindings"); }
+  QTreeWidget* List() { return Dock().findChild<QTreeWidget*>(); }
 };
 
 TEST_F(FindingsPaneTest, AFindingLeadsToItsNodeAndGoesWithItsCause) {
