@@ -4,7 +4,7 @@
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
 
-.PHONY: help demo ide screenshots test check format bench asan tsan fuzz package clean
+.PHONY: help demo ide screenshots test check format bench asan tsan fuzz campaign package clean
 
 help:
 	@echo "make demo     build everything, then a real firmware project, and run the firmware"
@@ -17,6 +17,7 @@ help:
 	@echo "make asan     tests with the address and undefined behaviour sanitizers"
 	@echo "make tsan     tests of threads with the thread sanitizer"
 	@echo "make fuzz     run each fuzz target for FUZZ_SECONDS=$(FUZZ_SECONDS) seconds"
+	@echo "make campaign random edits, damage and kills against clean builds; takes half an hour"
 	@echo "make package  build Debian packages in build/package"
 	@echo "make clean    remove what was built"
 
@@ -57,6 +58,12 @@ tsan:
 
 fuzz:
 	scripts/fuzz $(FUZZ_SECONDS)
+
+campaign:
+	scripts/setup build test
+	cmake --preset release -DTARN_BUILD_TESTS=OFF
+	cmake --build --preset release -j $(JOBS) --target tarn TarnProjectManager TarnOptionsManager TarnToolManager
+	scripts/campaign all --tarn build/release/bin/tarn --jobs $(JOBS)
 
 package:
 	scripts/make-package

@@ -59,6 +59,14 @@ Template Template::Literal(std::string_view text) {
   return result;
 }
 
+std::vector<std::string> Template::GetOptionMacros() const {
+  std::vector<std::string> macros;
+  for (const Piece& piece : pieces) {
+    if (piece.kind == Kind::Option) macros.push_back(piece.text);
+  }
+  return macros;
+}
+
 bool Template::AddMacro(std::string_view macro, std::string& error) {
   const std::string_view name = macro.substr(2, macro.size() - 3);
   if (name.find('.') != std::string_view::npos) {

@@ -36,6 +36,8 @@ class Template {
   // `change`, when given, is applied to what each macro gives.
   using Change = std::function<std::string(const std::string&)>;
   std::string Fill(const TemplateValues& values, const Change& change = nullptr) const;
+  // The macros for options in it, each as a whole: "$(Section.Property)".
+  std::vector<std::string> GetOptionMacros() const;
 
  private:
   enum class Kind { Literal, Own, Option };

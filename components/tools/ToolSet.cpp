@@ -18,6 +18,20 @@ std::string ToolElement(const ToolDefinition& tool, std::string_view children) {
   return text.append(children.empty() ? "/>" : children);
 }
 
+// The options that name what the tool writes.
+std::string MadeElements(const ToolDefinition& tool) {
+  std::vector<Template> made = tool.products;
+  made.push_back(tool.output);
+  made.push_back(tool.listing);
+  std::string text;
+  for (const Template& each : made) {
+    for (const std::string& macro : each.GetOptionMacros()) {
+      text += "<Makes" + XmlAttribute("Header", macro) + "/>";
+    }
+  }
+  return text;
+}
+
 std::vector<DefinitionFile> ReadTexts(FileSystem& files, const std::string& folder,
                                       std::vector<std::string>& errors) {
   std::vector<DefinitionFile> definitions;
@@ -120,7 +134,7 @@ std::string ToolSet::ListText() const {
       children += "<Program" + XmlAttribute("Header", program.name) +
                   XmlAttribute("Optional", program.isOptional ? "Yes" : "No") + "/>";
     }
-    text += ToolElement(*tool, ">" + children + "</Tool>");
+    text += ToolElement(*tool, ">" + children + MadeElements(*tool) + "</Tool>");
   }
   return text + "</Tools>";
 }

@@ -116,6 +116,9 @@ class Grammar {
     CLI::App* status = AddCommand(app, "status", "Tell what is out of date, and why");
     AddProject(status);
     AddConfiguration(status);
+    CLI::App* check = AddCommand(app, "check", "Find mistakes in a project and what it lacks");
+    AddProject(check, "Check only this application");
+    AddConfiguration(check);
     CLI::App* tree = AddCommand(app, "tree", "Show applications, groups and files");
     AddProject(tree);
     AddConfiguration(tree);

@@ -30,6 +30,10 @@ const std::vector<CommandNote>& Notes() {
       {"tarn rebuild", kBuilding, {{"tarn rebuild --config Debug", "all of a configuration"}}},
       {"tarn clean", kBuilding, {}},
       {"tarn status", kBuilding, {{"tarn status --json", "for a program to read"}}},
+      {"tarn check",
+       kBuilding,
+       {{"tarn check", "the project in the current folder"},
+        {"tarn check --json", "for a program to read"}}},
       {"tarn log",
        kBuilding,
        {{"tarn log", "messages with their places"},
@@ -127,7 +131,7 @@ bool IsCommonFlag(std::string_view name) {
 const TextTable& ExitCodeTexts() {
   static const TextTable texts = {
       {"0", "done"},
-      {"1", "the build or the script failed, or the report has what was asked for"},
+      {"1", "the build or the script failed, or the report or the check found something"},
       {"2", "wrong use"},
       {"3",
        "the project can't be opened, converted or saved, or was read only in part; nor settings "

@@ -10,6 +10,7 @@ namespace tarn::host {
 // The commands of the program. Each gives the exit code.
 int RunBuild(CommandContext& context);       // build, rebuild, clean
 int RunStatus(CommandContext& context);      // status
+int RunCheck(CommandContext& context);       // check
 int RunTree(CommandContext& context);        // tree
 int RunOptions(CommandContext& context);     // options get, set, reset, explain, list
 int RunConfig(CommandContext& context);      // config list, add, select

@@ -19,6 +19,7 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
       {"rebuild", tarn::host::RunBuild},
       {"clean", tarn::host::RunBuild},
       {"status", tarn::host::RunStatus},
+      {"check", tarn::host::RunCheck},
       {"tree", tarn::host::RunTree},
       {"options get", tarn::host::RunOptions},
       {"options set", tarn::host::RunOptions},

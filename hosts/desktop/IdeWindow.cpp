@@ -22,6 +22,7 @@
 #include "hosts/desktop/EditorArea.h"
 #include "hosts/desktop/EditorStatus.h"
 #include "hosts/desktop/Examples.h"
+#include "hosts/desktop/FindingsPane.h"
 #include "hosts/desktop/OptionsWindow.h"
 #include "hosts/desktop/StatusProgress.h"
 #include "hosts/desktop/TreeFilter.h"
@@ -86,6 +87,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   AddProblems();
   AddMenus();
   AddOptionsDock();
+  AddFindingsDock();
   FollowBuilds();
   AnswerMessages();
   ShowTitle();
@@ -98,6 +100,7 @@ IdeWindow::~IdeWindow() {
   project.reset();
   frame.Answer(kMsgPaneCaption, {});
   delete options;
+  delete findings;
   runner.reset();
   session.reset();
 }
@@ -227,7 +230,9 @@ bool IdeWindow::Start() {
     return false;
   }
   // Behind the server's menus.
-  problems->AddActions(*menuBar()->addMenu(tr("&Navigate")));
+  QMenu* const navigation = menuBar()->addMenu(tr("&Navigate"));
+  problems->AddActions(*navigation);
+  navigation->addAction(checkAction);
   session->Manager().GetProjectWindow();
   session->Manager().GetOutputWindow();
   surface->LoadPopups(files, session->GetFolders().ConfigFile(files));
@@ -266,6 +271,7 @@ void IdeWindow::OnProjectChanged() {
   problemMarks->SetFolder(FolderOf(path));
   problemMarks->Refresh();
   ShowTitle();
+  findings->Clear();
   project->Follow();
   options->OnNodeLoaded();
 }
@@ -342,6 +348,31 @@ void IdeWindow::AddOptionsDock() {
     dock->raise();
     options->setFocus();
   };
+}
+
+// Hidden until the user asks for a check.
+void IdeWindow::AddFindingsDock() {
+  findings = new FindingsPane(*session, files, this);
+  findings->isBusy = [this] { return runner->IsBuilding(); };
+  findings->onChosen = [this](const Finding& finding) {
+    if (finding.hasPlace) {
+      session->Inspector().SelectNodeByPlace(finding.place);
+    } else if (!finding.file.empty()) {
+      OpenFile(finding.file, finding.line);
+    }
+  };
+  auto* const dock = new QDockWidget(tr("Project check"), this);
+  dock->setObjectName("dockFindings");
+  dock->setWidget(findings);
+  addDockWidget(Qt::BottomDockWidgetArea, dock);
+  dock->hide();
+  checkAction = new QAction(tr("&Check the project"), this);
+  connect(checkAction, &QAction::triggered, this, [this, dock] {
+    dock->show();
+    dock->raise();
+    findings->setFocus();
+    findings->Start();
+  });
 }
 
 std::vector<ConfigurationEntry> IdeWindow::ListConfigurations() {

@@ -29,6 +29,7 @@ namespace tarn::host {
 
 class OptionsWindow;
 class EditorArea;
+class FindingsPane;
 class StatusProgress;
 
 // The main window: a server with its windows in docks around the editors, its commands in menus and
@@ -68,6 +69,7 @@ class IdeWindow : public QMainWindow {
   void AddProblems();
   void AddMenus();
   void AddOptionsDock();
+  void AddFindingsDock();
   void FollowBuilds();
   void AnswerMessages();
   QWidget* MakeTreeFilter(QWidget& tree);
@@ -97,6 +99,8 @@ class IdeWindow : public QMainWindow {
   QMenu* editMenu = nullptr;
   EditorTabs* editors = nullptr;
   OptionsWindow* options = nullptr;
+  FindingsPane* findings = nullptr;
+  QAction* checkAction = nullptr;
   StatusProgress* progress = nullptr;
   QTimer refreshTimer;
   bool isClosing = false;  // as soon as the build has ended

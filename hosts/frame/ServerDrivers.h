@@ -168,6 +168,7 @@ class ToolManagerDriver : public COleDispatchDriver {
                          WindowHandle frame) {
     return InvokeLong(3, {application, data, frame});
   }
+  std::string ListTools() { return InvokeText(105, {}); }
   std::string GetCommandLines(const std::string& tool, const std::string& files,
                               const std::string& options) {
     return InvokeText(100, {tool, files, options});

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "hosts/serve/FindingJson.h"
 #include "platform/paths/Paths.h"
 
 namespace tarn::host {
@@ -134,6 +135,7 @@ CallProblem RpcServer::HandleRequest(const RpcRequest& request, json& result) {
     return {};
   }
   if (request.method == "addConfiguration") return AddConfiguration(request.params);
+  if (request.method == "project/check") return CheckProject(request.params, result);
   CallProblem problem;
   return HandleDamage(request, result, problem) ? problem : CallMethod(request, result);
 }
@@ -221,6 +223,22 @@ CallProblem RpcServer::ReadFolders(const std::vector<json>& params, HostFolders&
     *path = CanonicalPath(*path);  // a folder with a separator behind it has no name
   }
   folders.application = AddSeparator(folders.application);
+  return {};
+}
+
+// In one go: a client that waits for nothing else sends its next request later.
+CallProblem RpcServer::CheckProject(const json& params, json& result) {
+  if (!session) return {kRpcNotInitialized, "The server isn't initialized yet."};
+  std::vector<json> given;
+  CallProblem problem = OrderParams("project/check", {}, 0, params, given);
+  if (problem.code != 0) return problem;
+  const auto findings = session->CheckProject(files);
+  if (!findings) return {kRpcFailed, findings.GetError().text};
+  json list = json::array();
+  for (const Finding& each : *findings) {
+    list.push_back(ToJson(each, [](const std::string& path) { return path; }));
+  }
+  result = {{"findings", std::move(list)}};
   return {};
 }
 

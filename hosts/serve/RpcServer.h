@@ -42,6 +42,7 @@ class RpcServer {
   CallProblem AddConfiguration(const nlohmann::json& params);
   CallProblem Initialize(const nlohmann::json& params, nlohmann::json& result);
   CallProblem ReadFolders(const std::vector<nlohmann::json>& params, HostFolders& folders);
+  CallProblem CheckProject(const nlohmann::json& params, nlohmann::json& result);
   CallProblem CallMethod(const RpcRequest& request, nlohmann::json& result);
   // The requests about a project's damage. False if it is none of them.
   bool HandleDamage(const RpcRequest& request, nlohmann::json& result, CallProblem& problem);

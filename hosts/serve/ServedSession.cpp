@@ -4,6 +4,7 @@
 #include <array>
 #include <chrono>
 
+#include "hosts/frame/check/ProjectCheck.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -198,6 +199,16 @@ Status ServedSession::AddConfiguration(const NewConfiguration& wanted) {
   KeepResults();
   if (isBuilding) return Error{ErrorCode::Io, "A build is running.", wanted.name};
   return tarn::host::AddConfiguration(session, wanted);
+}
+
+Result<std::vector<Finding>> ServedSession::CheckProject(FileSystem& files) {
+  KeepResults();
+  if (!hasProject) return Error{ErrorCode::NotFound, "No project is open.", {}};
+  if (isBuilding) return Error{ErrorCode::Unsupported, "A build is running.", {}};
+  ProjectCheck check(session, files);
+  while (!check.Continue(std::chrono::seconds(1))) {
+  }
+  return check.GetFindings();
 }
 
 void ServedSession::BeginWork() {

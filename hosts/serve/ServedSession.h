@@ -9,6 +9,7 @@
 
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/NewConfiguration.h"
+#include "hosts/frame/check/Finding.h"
 #include "hosts/serve/ClientQuestions.h"
 
 namespace tarn::host {
@@ -56,6 +57,8 @@ class ServedSession {
 
   // Refused while a build runs.
   Status AddConfiguration(const NewConfiguration& wanted);
+  // Checks the open project. Fails if there is none, and while a build runs.
+  Result<std::vector<Finding>> CheckProject(FileSystem& files);
 
   // There is something to do that doesn't belong into a message's handler.
   bool NeedsAttention() const { return mustKeep || session.HasPostedCommands(); }

@@ -508,6 +508,17 @@ class Ends(ServeTest):
         with self.assertRaises(Ended):
             client.next()
 
+    def test_a_check_names_what_is_missing_and_needs_an_idle_project(self):
+        client = self.start()
+        self.assertEqual(self.errors(client, ("project/check", []), ("project/check", [1])),
+                         [-32000, -32602])
+        client = self.open()
+        self.assertEqual(client.call("project/check"), {"findings": []})
+        os.remove(self.project.path("src/b.c"))
+        found = client.call("project/check")["findings"]
+        self.assertEqual([(each["kind"], each["text"]) for each in found],
+                         [("missing-file", self.project.path("src/b.c") + " is missing")])
+
     def test_what_was_sent_ahead_of_the_end_is_still_done(self):
         client = self.start(initialize=False)
         client.send_bytes(b"".join(frame(each) for each in [

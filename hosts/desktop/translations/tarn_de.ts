@@ -279,6 +279,147 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
 </context>
 <context>
+    <name>Findings</name>
+    <message>
+        <source>Damage</source>
+        <translation>Schäden</translation>
+    </message>
+    <message>
+        <source>Missing files</source>
+        <translation>Fehlende Dateien</translation>
+    </message>
+    <message>
+        <source>%1 is missing</source>
+        <translation>%1 fehlt</translation>
+    </message>
+    <message>
+        <source>Missing folders</source>
+        <translation>Fehlende Ordner</translation>
+    </message>
+    <message>
+        <source>Missing libraries</source>
+        <translation>Fehlende Bibliotheken</translation>
+    </message>
+    <message>
+        <source>The library %1 is neither in the library folders nor among those of the compiler</source>
+        <translation>Die Bibliothek %1 liegt weder in den Bibliotheksordnern noch bei denen des Compilers</translation>
+    </message>
+    <message>
+        <source>Letter case</source>
+        <translation>Groß- und Kleinschreibung</translation>
+    </message>
+    <message>
+        <source>%1 is spelled %2 on disk</source>
+        <translation>%1 heißt auf dem Datenträger %2</translation>
+    </message>
+    <message>
+        <source>Duplicate files</source>
+        <translation>Doppelte Dateien</translation>
+    </message>
+    <message>
+        <source>%1 is listed more than once</source>
+        <translation>%1 ist mehrfach aufgeführt</translation>
+    </message>
+    <message>
+        <source>Duplicate outputs</source>
+        <translation>Doppelte Ausgabedateien</translation>
+    </message>
+    <message>
+        <source>%1 is also the output of %2</source>
+        <translation>%1 wird auch aus %2 erzeugt</translation>
+    </message>
+    <message>
+        <source>Unreachable drives</source>
+        <translation>Nicht erreichbare Laufwerke</translation>
+    </message>
+    <message>
+        <source>%1 is on a drive that is not mapped</source>
+        <translation>%1 liegt auf einem Laufwerk, das nicht zugeordnet ist</translation>
+    </message>
+    <message>
+        <source>Absolute paths</source>
+        <translation>Absolute Pfade</translation>
+    </message>
+    <message>
+        <source>%1 is an absolute path</source>
+        <translation>%1 ist ein absoluter Pfad</translation>
+    </message>
+    <message>
+        <source>Unknown options</source>
+        <translation>Unbekannte Optionen</translation>
+    </message>
+    <message>
+        <source>No definition has the option %1</source>
+        <translation>Keine Definition kennt die Option %1</translation>
+    </message>
+    <message>
+        <source>Invalid values</source>
+        <translation>Ungültige Werte</translation>
+    </message>
+    <message>
+        <source>Unknown node types</source>
+        <translation>Unbekannte Knotentypen</translation>
+    </message>
+    <message>
+        <source>%1 is not a type of the configuration file, so %2 is not built</source>
+        <translation>%1 ist kein Typ der Konfigurationsdatei, daher wird %2 nicht erstellt</translation>
+    </message>
+    <message>
+        <source>Unknown tools</source>
+        <translation>Unbekannte Werkzeuge</translation>
+    </message>
+    <message>
+        <source>No definition has the tool %1</source>
+        <translation>Keine Definition kennt das Werkzeug %1</translation>
+    </message>
+    <message>
+        <source>Missing programs</source>
+        <translation>Fehlende Programme</translation>
+    </message>
+    <message>
+        <source>%1 is not installed; it is needed by %2</source>
+        <translation>%1 ist nicht installiert; benötigt von %2</translation>
+    </message>
+    <message>
+        <source>Errors in definitions</source>
+        <translation>Fehler in Definitionen</translation>
+    </message>
+</context>
+<context>
+    <name>FindingsPane</name>
+    <message>
+        <source>Finding</source>
+        <translation>Befund</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Wo</translation>
+    </message>
+    <message>
+        <source>Findings of the project check</source>
+        <translation>Befunde der Projektprüfung</translation>
+    </message>
+    <message>
+        <source>No project is open.</source>
+        <translation>Es ist kein Projekt geöffnet.</translation>
+    </message>
+    <message>
+        <source>Checking the project...</source>
+        <translation>Das Projekt wird geprüft ...</translation>
+    </message>
+    <message>
+        <source>The project has no findings.</source>
+        <translation>Das Projekt hat keine Befunde.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n finding(s)</source>
+        <translation>
+            <numerusform>%n Befund</numerusform>
+            <numerusform>%n Befunde</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>GroupBox</name>
     <message>
         <source>Drag a column header here to group by it</source>
@@ -360,6 +501,14 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     <message>
         <source>This installation isn&apos;t complete: %1</source>
         <translation>Diese Installation ist nicht vollständig: %1</translation>
+    </message>
+    <message>
+        <source>Project check</source>
+        <translation>Projektprüfung</translation>
+    </message>
+    <message>
+        <source>&amp;Check the project</source>
+        <translation>Projekt &amp;prüfen</translation>
     </message>
 </context>
 <context>

@@ -22,6 +22,16 @@
     </message>
 </context>
 <context>
+    <name>FindingsPane</name>
+    <message numerus="yes">
+        <source>%n finding(s)</source>
+        <translation>
+            <numerusform>%n finding</numerusform>
+            <numerusform>%n findings</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>IdeWindow</name>
     <message numerus="yes">
         <source>There is no such file:

@@ -279,6 +279,147 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
 </context>
 <context>
+    <name>Findings</name>
+    <message>
+        <source>Damage</source>
+        <translation>Dommages</translation>
+    </message>
+    <message>
+        <source>Missing files</source>
+        <translation>Fichiers manquants</translation>
+    </message>
+    <message>
+        <source>%1 is missing</source>
+        <translation>%1 est absent</translation>
+    </message>
+    <message>
+        <source>Missing folders</source>
+        <translation>Dossiers manquants</translation>
+    </message>
+    <message>
+        <source>Missing libraries</source>
+        <translation>Bibliothèques manquantes</translation>
+    </message>
+    <message>
+        <source>The library %1 is neither in the library folders nor among those of the compiler</source>
+        <translation>La bibliothèque %1 n’est ni dans les dossiers de bibliothèques ni parmi celles du compilateur</translation>
+    </message>
+    <message>
+        <source>Letter case</source>
+        <translation>Casse des noms</translation>
+    </message>
+    <message>
+        <source>%1 is spelled %2 on disk</source>
+        <translation>%1 s’écrit %2 sur le disque</translation>
+    </message>
+    <message>
+        <source>Duplicate files</source>
+        <translation>Fichiers en double</translation>
+    </message>
+    <message>
+        <source>%1 is listed more than once</source>
+        <translation>%1 figure plusieurs fois</translation>
+    </message>
+    <message>
+        <source>Duplicate outputs</source>
+        <translation>Fichiers produits en double</translation>
+    </message>
+    <message>
+        <source>%1 is also the output of %2</source>
+        <translation>%1 est aussi produit à partir de %2</translation>
+    </message>
+    <message>
+        <source>Unreachable drives</source>
+        <translation>Lecteurs inaccessibles</translation>
+    </message>
+    <message>
+        <source>%1 is on a drive that is not mapped</source>
+        <translation>%1 est sur un lecteur qui n’est pas associé</translation>
+    </message>
+    <message>
+        <source>Absolute paths</source>
+        <translation>Chemins absolus</translation>
+    </message>
+    <message>
+        <source>%1 is an absolute path</source>
+        <translation>%1 est un chemin absolu</translation>
+    </message>
+    <message>
+        <source>Unknown options</source>
+        <translation>Options inconnues</translation>
+    </message>
+    <message>
+        <source>No definition has the option %1</source>
+        <translation>Aucune définition n’a l’option %1</translation>
+    </message>
+    <message>
+        <source>Invalid values</source>
+        <translation>Valeurs non valables</translation>
+    </message>
+    <message>
+        <source>Unknown node types</source>
+        <translation>Types de nœuds inconnus</translation>
+    </message>
+    <message>
+        <source>%1 is not a type of the configuration file, so %2 is not built</source>
+        <translation>%1 n’est pas un type du fichier de configuration, %2 n’est donc pas construit</translation>
+    </message>
+    <message>
+        <source>Unknown tools</source>
+        <translation>Outils inconnus</translation>
+    </message>
+    <message>
+        <source>No definition has the tool %1</source>
+        <translation>Aucune définition n’a l’outil %1</translation>
+    </message>
+    <message>
+        <source>Missing programs</source>
+        <translation>Programmes manquants</translation>
+    </message>
+    <message>
+        <source>%1 is not installed; it is needed by %2</source>
+        <translation>%1 n’est pas installé ; %2 en a besoin</translation>
+    </message>
+    <message>
+        <source>Errors in definitions</source>
+        <translation>Erreurs dans les définitions</translation>
+    </message>
+</context>
+<context>
+    <name>FindingsPane</name>
+    <message>
+        <source>Finding</source>
+        <translation>Constat</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Où</translation>
+    </message>
+    <message>
+        <source>Findings of the project check</source>
+        <translation>Constats de la vérification du projet</translation>
+    </message>
+    <message>
+        <source>No project is open.</source>
+        <translation>Aucun projet n’est ouvert.</translation>
+    </message>
+    <message>
+        <source>Checking the project...</source>
+        <translation>Vérification du projet...</translation>
+    </message>
+    <message>
+        <source>The project has no findings.</source>
+        <translation>Le projet n’a aucun constat.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n finding(s)</source>
+        <translation>
+            <numerusform>%n constat</numerusform>
+            <numerusform>%n constats</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>GroupBox</name>
     <message>
         <source>Drag a column header here to group by it</source>
@@ -360,6 +501,14 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     <message>
         <source>This installation isn&apos;t complete: %1</source>
         <translation>Cette installation est incomplète : %1</translation>
+    </message>
+    <message>
+        <source>Project check</source>
+        <translation>Vérification du projet</translation>
+    </message>
+    <message>
+        <source>&amp;Check the project</source>
+        <translation>&amp;Vérifier le projet</translation>
     </message>
 </context>
 <context>

@@ -88,7 +88,8 @@ TEST(Definition, LaterFilesReplaceToolsAndEveryExtensionIsServed) {
   tarn::testing::MemoryFileSystem disk;
   disk.AddFile("/c/a.tools",
                "<T><Tool Name=\"one\" Title=\"First\" Extensions=\".c;h\"><Step Program=\"p\"/>"
-               "</Tool><Tool Name=\"two\" Extensions=\".C\"><Step Program=\"q\"/></Tool></T>");
+               "<Product File=\"$(A.B)x$(C.D)\"/></Tool><Tool Name=\"two\" Extensions=\".C\"><Step "
+               "Program=\"q\"/></Tool></T>");
   disk.AddFile("/c/b.tools",
                "<T><Tool Name=\"TWO\" Extensions=\".s\"><Step Program=\"r\"/>"
                "<Step Program=\"x\" Optional=\"Yes\"/></Tool></T>");
@@ -100,7 +101,8 @@ TEST(Definition, LaterFilesReplaceToolsAndEveryExtensionIsServed) {
   EXPECT_EQ(set->Errors(), std::vector<std::string>{"TWO: is defined twice, the later one counts"});
   EXPECT_EQ(set->ListText(),
             "<Tools><Tool Header=\"one\" Title=\"First\"><Extension Header=\".c\"/><Extension "
-            "Header=\".h\"/><Program Header=\"p\" Optional=\"No\"/></Tool><Tool Header=\"TWO\" "
+            "Header=\".h\"/><Program Header=\"p\" Optional=\"No\"/><Makes Header=\"$(A.B)\"/>"
+            "<Makes Header=\"$(C.D)\"/></Tool><Tool Header=\"TWO\" "
             "Title=\"\"><Extension Header=\".s\"/><Program Header=\"r\" Optional=\"No\"/><Program "
             "Header=\"x\" Optional=\"Yes\"/></Tool></Tools>");
   EXPECT_EQ(ToolSet::FromFolder(disk, "/none")->Errors().size(), 1u);

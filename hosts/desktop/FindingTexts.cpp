@@ -1,0 +1,75 @@
+#include "hosts/desktop/FindingTexts.h"
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <iterator>
+
+#include "platform/qt/QtText.h"
+
+namespace tarn::host {
+
+namespace {
+
+struct TextRow {
+  FindingKind kind;
+  const char* heading;
+  const char* sentence;  // %1 the subject, %2 the detail
+};
+
+constexpr TextRow kTexts[] = {
+    {FindingKind::Damage, QT_TRANSLATE_NOOP("Findings", "Damage"), "%2"},
+    {FindingKind::MissingFile, QT_TRANSLATE_NOOP("Findings", "Missing files"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is missing")},
+    {FindingKind::MissingFolder, QT_TRANSLATE_NOOP("Findings", "Missing folders"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is missing")},
+    {FindingKind::MissingLibrary, QT_TRANSLATE_NOOP("Findings", "Missing libraries"),
+     QT_TRANSLATE_NOOP(
+         "Findings",
+         "The library %1 is neither in the library folders nor among those of the compiler")},
+    {FindingKind::LetterCase, QT_TRANSLATE_NOOP("Findings", "Letter case"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is spelled %2 on disk")},
+    {FindingKind::DuplicateFile, QT_TRANSLATE_NOOP("Findings", "Duplicate files"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is listed more than once")},
+    {FindingKind::DuplicateOutput, QT_TRANSLATE_NOOP("Findings", "Duplicate outputs"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is also the output of %2")},
+    {FindingKind::UnreachableDrive, QT_TRANSLATE_NOOP("Findings", "Unreachable drives"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is on a drive that is not mapped")},
+    {FindingKind::AbsolutePath, QT_TRANSLATE_NOOP("Findings", "Absolute paths"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is an absolute path")},
+    {FindingKind::UnknownOption, QT_TRANSLATE_NOOP("Findings", "Unknown options"),
+     QT_TRANSLATE_NOOP("Findings", "No definition has the option %1")},
+    {FindingKind::InvalidValue, QT_TRANSLATE_NOOP("Findings", "Invalid values"), "%1: %2"},
+    {FindingKind::UnknownType, QT_TRANSLATE_NOOP("Findings", "Unknown node types"),
+     QT_TRANSLATE_NOOP("Findings",
+                       "%1 is not a type of the configuration file, so %2 is not built")},
+    {FindingKind::UnknownTool, QT_TRANSLATE_NOOP("Findings", "Unknown tools"),
+     QT_TRANSLATE_NOOP("Findings", "No definition has the tool %1")},
+    {FindingKind::MissingProgram, QT_TRANSLATE_NOOP("Findings", "Missing programs"),
+     QT_TRANSLATE_NOOP("Findings", "%1 is not installed; it is needed by %2")},
+    {FindingKind::DefinitionError, QT_TRANSLATE_NOOP("Findings", "Errors in definitions"), "%2"},
+};
+
+const TextRow& RowOf(FindingKind kind) {
+  return *std::find_if(std::begin(kTexts), std::end(kTexts),
+                       [kind](const TextRow& row) { return row.kind == kind; });
+}
+
+QString Translate(const char* text) {
+  return QCoreApplication::translate("Findings", text);
+}
+
+}  // namespace
+
+QString FindingHeading(FindingKind kind) {
+  return Translate(RowOf(kind).heading);
+}
+
+QString FindingSentence(const Finding& finding, const std::string& folder) {
+  const auto shorten = [&folder](const std::string& path) {
+    const bool isBelow = path.size() > folder.size() && path.starts_with(folder);
+    return isBelow ? path.substr(folder.size()) : path;
+  };
+  return ToQt(FillFinding(FromQt(Translate(RowOf(finding.kind).sentence)), finding, shorten));
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace tarn::host {
+
+// An element of a project file with its position, as it is written there.
+struct FileElement {
+  std::string name;
+  std::string header;  // attribute Header, undecoded
+  std::string path;    // attribute Path, or Extern if there is none
+  int line = 0;        // from 1
+  std::size_t parent = 0;
+  std::vector<std::size_t> children;
+};
+
+// Positions of the elements of one project file, which the tree in memory does not keep. A single
+// pass over the text without recursion; time and memory are linear. Reads any bytes: what is not
+// an element is skipped, and an element without an end goes as far as the text.
+class FileElements {
+ public:
+  explicit FileElements(std::string_view text);
+
+  // The element with this number; 0 is the file itself, the parent of the outermost element.
+  const FileElement& operator[](std::size_t number) const { return elements[number]; }
+  // Number of the first child of `parent` with this name and header that comes after the child
+  // number `after` in the list of children; 0 if there is none near. `after` is moved to it.
+  std::size_t FindChild(std::size_t parent, std::string_view name, std::string_view header,
+                        std::size_t& after) const;
+
+ private:
+  void Open(std::string_view tag, int line);
+  void Close(std::string_view name);
+
+  std::vector<FileElement> elements;
+  std::size_t current = 0;
+  std::unordered_map<std::string, std::size_t> openNames;  // of `current` and what it is in
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,89 @@
+#include "hosts/frame/check/NodeCheck.h"
+
+#include "hosts/frame/LogEntry.h"
+#include "platform/paths/Paths.h"
+#include "platform/process/Process.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+bool IsBuilt(const CXmlNode& node) {
+  return AttributeOf(&node, "Exclude") != "Yes" && !AttributeOf(&node, "TranslateTool").empty();
+}
+
+}  // namespace
+
+void NodeCheck::Check(std::size_t number) {
+  const CheckedNode& node = scope.nodes[number];
+  CheckType(node);
+  if (number != 0) CheckFile(node);  // the project itself is open
+  if (IsBuilt(*node.node)) CheckOutput(node, number);
+}
+
+void NodeCheck::CheckType(const CheckedNode& node) {
+  const std::string type = node.node->GetName();
+  if (scope.types.empty() || scope.types.contains(FoldCase(type))) return;
+  Finding& finding = scope.Add(FindingKind::UnknownType, node);
+  finding.subject = type;
+  finding.detail = finding.node.empty() ? "it" : finding.node;
+}
+
+void NodeCheck::CheckFile(const CheckedNode& node) {
+  const std::string resolved = AttributeOf(node.node, "Path");
+  if (resolved.empty()) return;
+  const std::string path = scope.AbsolutePath(node, resolved);
+  NamedPath named;
+  named.text = node.writtenPath.empty() ? resolved : node.writtenPath;
+  named.isResolved = node.writtenPath.empty();
+  scope.CheckPath(node, named);
+  const std::string key =
+      AttributeOf(node.application, "Header") + "\n" + scope.files.NameOnDisk(path);
+  if (node.application == node.node || listed.insert(key).second) return;
+  scope.Add(FindingKind::DuplicateFile, node).subject = path;
+}
+
+void NodeCheck::CheckOutput(const CheckedNode& node, std::size_t number) {
+  const std::string path = scope.AbsolutePath(node, AttributeOf(node.node, "OutputFile"));
+  const auto first = scope.outputs.find(path);
+  if (first != scope.outputs.end() && first->second != number) {
+    AddDuplicateOutput(node, scope.nodes[first->second], path);
+  }
+  const std::string tool = AttributeOf(node.node, "TranslateTool");
+  if (!seenTools.insert(FoldCase(tool)).second) return;
+  const auto known = scope.tools.find(FoldCase(tool));
+  if (known == scope.tools.end()) {
+    // A tool may also be the path of a program.
+    if (FindProgram(tool).empty()) scope.Add(FindingKind::UnknownTool, node).subject = tool;
+    return;
+  }
+  for (const std::string& program : known->second.programs) needed[program].push_back(tool);
+}
+
+// One file that is listed twice has been reported as that.
+void NodeCheck::AddDuplicateOutput(const CheckedNode& node, const CheckedNode& first,
+                                   const std::string& output) {
+  const auto fileOf = [this](const CheckedNode& each) {
+    const std::string path = AttributeOf(each.node, "Path");
+    return path.empty() ? path : scope.AbsolutePath(each, path);
+  };
+  const std::string file = fileOf(first);
+  if (node.application == first.application && fileOf(node) == file) return;
+  Finding& finding = scope.Add(FindingKind::DuplicateOutput, node);
+  finding.subject = output;
+  finding.detail = file.empty() ? LabelOf(*first.node) : file;
+}
+
+void NodeCheck::Finish() {
+  for (const auto& [program, tools] : needed) {
+    if (!FindProgram(program).empty()) continue;
+    Finding& finding = scope.Add(FindingKind::MissingProgram);
+    finding.subject = program;
+    for (const std::string& tool : tools) {
+      finding.detail += (finding.detail.empty() ? "" : ", ") + tool;
+    }
+  }
+}
+
+}  // namespace tarn::host

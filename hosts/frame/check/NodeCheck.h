@@ -1,0 +1,35 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "hosts/frame/check/CheckScope.h"
+
+namespace tarn::host {
+
+// Checks what nodes are: types, files, outputs and tools.
+class NodeCheck {
+ public:
+  explicit NodeCheck(CheckScope& checkScope) : scope(checkScope) {}
+
+  // To be called for the nodes in their order.
+  void Check(std::size_t number);
+  // Adds what shows only after all nodes.
+  void Finish();
+
+ private:
+  void CheckType(const CheckedNode& node);
+  void CheckFile(const CheckedNode& node);
+  void CheckOutput(const CheckedNode& node, std::size_t number);
+  void AddDuplicateOutput(const CheckedNode& node, const CheckedNode& first,
+                          const std::string& output);
+
+  CheckScope& scope;
+  std::set<std::string> listed;                            // applications with their files
+  std::set<std::string> seenTools;                         // in small letters
+  std::map<std::string, std::vector<std::string>> needed;  // program: tools that need it
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,176 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <nlohmann/json.hpp>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The application of a project with one more option in line 3 and one more node in line 5.
+std::string Application(const std::string& option, const std::string& node) {
+  std::string sections = option;
+  if (!option.empty() && !option.starts_with('<')) {
+    const auto dot = option.find('.');
+    const auto equal = option.find('=');
+    sections = "<Section Header=\"" + option.substr(0, dot) + "\" ><Property Header=\"" +
+               option.substr(dot + 1, equal - dot - 1) + "\" Value=\"" + option.substr(equal + 1) +
+               "\" /></Section>";
+  }
+  return "<Application Header=\"app\" Extern=\".\\app.tapp\" Path=\".\\app.tapp\" >\n"
+         "<Options><Config Header=\"Standard\" ><Set Header=\"Application\" ><Section "
+         "Header=\"Target\" ><Property Header=\"Toolchain\" Value=\"host-gcc\" /></Section>\n" +
+         sections +
+         "\n</Set></Config></Options><Group Header=\"Sources\" >"
+         "<C Header=\"b.c\" Path=\".\\src\\b.c\" />\n" +
+         node + "</Group></Application>";
+}
+
+std::string Node(const std::string& type, const std::string& path, const std::string& more = "") {
+  return "<" + type + " Header=\"n\" Path=\"" + path + "\" " + more + "/>";
+}
+
+TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
+  const struct {
+    std::string option, node, wanted;
+    std::function<void(CliProject&)> prepare;
+  } rows[] = {
+      {"", "", "", {}},
+      {"", Node("C", ".\\src\\gone.c"), "Missing files\n  app.tapp:5: src/gone.c is missing\n", {}},
+      {"Linker.Script=x.ld",
+       "",
+       "Missing files\n  app.tapp:3: x.ld is missing (Linker.Script)\n",
+       {}},
+      {"Linker.Script=$(General.ApplicationDir)x.ld",
+       "",
+       "Missing files\n  app.tapp:3: x.ld is missing (Linker.Script)\n",
+       {}},
+      // What tools make need not be there, nor a source that is searched for elsewhere.
+      {"Linker.MapFile=maps/x.map", "", "", {}},
+      {"Directories.AddSrcPaths=more", Node("C", ".\\src\\d.c"), "",
+       [](CliProject& project) {
+         fs::create_directory(project.PathOf("more"));
+         project.Write("more/d.c", "");
+       }},
+      {"Directories.Include=src; inc ",
+       "",
+       "Missing folders\n  app.tapp:3: inc is missing (Directories.Include)\n",
+       {}},
+      {"Linker.LibraryPaths=src", "", "", {}},
+      {"Linker.Libraries=m;nowhere",
+       "",
+       "Missing libraries\n  app.tapp:3: the library nowhere is neither in the library folders nor "
+       "among those of the compiler (Linker.Libraries)\n",
+       {}},
+      {"",
+       Node("C", ".\\SRC\\c.c"),
+       "Letter case\n  app.tapp:5: SRC/c.c is spelled src/c.c on disk\n",
+       {}},
+      {"Directories.Include=Src",
+       "",
+       "Letter case\n  app.tapp:3: Src is spelled src on disk (Directories.Include)\n",
+       {}},
+      {"",
+       Node("C", ".\\src\\b.c"),
+       "Duplicate files\n  app.tapp:5: src/b.c is listed more than once\n",
+       {}},
+      {"<Section Header=\"Build\" ><Property Header=\"OutputFile\" "
+       "Value=\"build/Standard/app.obj/src/"
+       "b.c.o\" /></Section>",
+       "",
+       "Duplicate outputs\n  app.tapp:4: build/Standard/app.obj/src/b.c.o is also the output of "
+       "app.tapp\n",
+       {}},
+      {"",
+       Node("C", "D:\\x\\d.c"),
+       "Unreachable drives\n  app.tapp:5: D:\\x\\d.c is on a drive that is not mapped\n",
+       {}},
+      {"",
+       Node("Text", "/etc/passwd"),
+       "Absolute paths\n  app.tapp:5: /etc/passwd is an absolute path\n",
+       {}},
+      {"Directories.Include=/usr/include",
+       "",
+       "Absolute paths\n  app.tapp:3: /usr/include is an absolute path (Directories.Include)\n",
+       {}},
+      {"Compiler.Optimise=2",
+       "",
+       "Unknown options\n  app.tapp:3: no definition has the option "
+       "Application.Compiler.Optimise\n",
+       {}},
+      {"",
+       "<C Header=\"n\" Path=\".\\src\\c.c\" ><Options>\n<Config Header=\"Fast\" ><Set "
+       "Header=\"X\" >"
+       "\n<Section Header=\"S\" ><Property Header=\"P\" Value=\"\" /></Section></Set></Config>"
+       "</Options></C>",
+       "Unknown options\n  app.tapp:7: no definition has the option X.S.P\n",
+       {}},
+      {"Compiler.Optimize=q",
+       "",
+       "Invalid values\n  app.tapp:3: Application.Compiler.Optimize: \"q\" does not fit; one of "
+       "these "
+       "is wanted: 0, 1, 2, 3, s.\n",
+       {}},
+      {"",
+       Node("Widget", ".\\src\\c.c"),
+       "Unknown node types\n  app.tapp:5: Widget is not a type of the configuration file, so n is "
+       "not "
+       "built\n",
+       {}},
+      {"Build.TranslateTool=none.such",
+       "",
+       "Unknown tools\n  demo.tprj:2: no definition has the tool none.such\n",
+       {}},
+      {"", "",
+       "Missing programs\n  g++ is not installed; it is needed by host-gcc.link\n"
+       "  gcc is not installed; it is needed by host-gcc.c\n",
+       [](CliProject& project) { project.Point("PATH", "src"); }},
+      {"", "", "Errors in definitions\n  ",
+       [](CliProject& project) {
+         project.Point("TARN_ROOT", "share");
+         fs::create_directory(project.PathOf("share"));
+         fs::copy(std::string(std::getenv("TARN_SOURCE_DIR")) + "/share/config",
+                  project.PathOf("share/config"), fs::copy_options::recursive);
+         project.Write("share/config/tools/broken.tools",
+                       "<Tools><Tool Name=\"a\"><Stop/></Tool></Tools>");
+       }},
+  };
+  for (const auto& row : rows) {
+    CliProject project;
+    project.Write("app.tapp", Application(row.option, row.node));
+    if (row.prepare) row.prepare(project);
+    const auto answer = project.Run({"check"});
+    SCOPED_TRACE(row.option + row.node + row.wanted + answer.err);
+    EXPECT_EQ(answer.code, row.wanted.empty() ? 0 : 1);
+    EXPECT_TRUE(answer.out.starts_with(row.wanted)) << answer.out;
+    const auto lines = std::count(row.wanted.begin(), row.wanted.end(), '\n');
+    const std::string summary = lines > 2 ? "2 findings\n" : "1 finding\n";
+    EXPECT_TRUE(answer.out.ends_with(row.wanted.empty() ? "No findings\n" : summary)) << answer.out;
+    EXPECT_FALSE(project.Exists("demo.tstate") || project.Exists("build"));
+  }
+}
+
+TEST(CliCheck, TellsProgramsAndTakesOneApplication) {
+  CliProject project;
+  project.ExpectRefusal({"check", "src"}, 3, "src");
+  project.WriteProject({{"one", {"a.c", "gone.c"}}, {"two", {"b.c", "lost.c"}}});
+  project.ExpectRefusal({"check", "--app", "three"}, 2, "three");
+  const auto answer = project.Run({"check", "--json", "--app", "two"});
+  EXPECT_EQ(answer.code, 1) << answer.err;
+  EXPECT_EQ(nlohmann::json::parse(answer.out, nullptr, false),
+            nlohmann::json::parse(R"({"findings": [
+      {"kind": "missing-file", "file": ")" +
+                                  project.PathOf("two.tapp") + R"(", "line": 2,
+       "application": "two", "node": "lost.c", "option": "", "subject": ")" +
+                                  project.PathOf("src/lost.c") +
+                                  R"(", "text": "src/lost.c is missing"}]})"));
+  EXPECT_EQ(project.Run({"check", "-q", "--app", "one"}).out,
+            "Missing files\n  one.tapp:2: src/gone.c is missing\n1 finding\n");
+}
+
+}  // namespace
+}  // namespace tarn::host
