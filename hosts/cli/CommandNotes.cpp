@@ -78,7 +78,7 @@ const std::vector<CommandNote>& Notes() {
       {"tarn config", kSettings, {}},
       {"tarn config add",
        "",
-       {{"tarn config add Debug", "with the options of the current configuration"},
+       {{"tarn config add Debug", "with the current options"},
         {"tarn config add Debug --from Fast", "with those of another one"}}},
       {"tarn config select", "", {{"tarn config select Debug", "until another is chosen"}}},
       {"tarn targets",

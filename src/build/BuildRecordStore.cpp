@@ -455,6 +455,28 @@ std::size_t BuildRecordStore::Put(BuildRecord record) {
   return news_.back();
 }
 
+void BuildRecordStore::Adopt(const BuildRecordStore& other) {
+  const auto adoptText = [&](Number& text) { text = Intern(other.texts_[text]); };
+  const auto adoptVersion = [&](Number& number) {
+    const FileVersion& version = other.versions_[number];
+    number = AddVersion(other.PathOf(number), version.status, version.hash);
+  };
+  for (const auto& [key, position] : other.index_) {
+    if (Find(key.application, key.output) != kNone) continue;
+    BuildRecord record = other.records_[position];
+    for (Number* text : {&record.application, &record.infos, &record.date, &record.search}) {
+      adoptText(*text);
+    }
+    for (Number& text : record.passedOver) adoptText(text);
+    adoptVersion(record.output);
+    for (Number& input : record.inputs) adoptVersion(input);
+    std::vector<Number> folders = other.folderSets_[record.folders];
+    for (Number& folder : folders) adoptVersion(folder);
+    record.folders = AddFolders(std::move(folders));
+    Put(std::move(record));
+  }
+}
+
 void BuildRecordStore::Drop(std::size_t record) {
   const auto found = index_.find(KeyOf(records_[record]));
   if (found == index_.end() || found->second != record) return;

@@ -117,6 +117,8 @@ class BuildRecordStore {
     return {std::string(key.application), std::string(key.output)};
   }
   std::size_t Put(BuildRecord record);
+  // Takes the records of another store for outputs that this one has none of.
+  void Adopt(const BuildRecordStore& other);
   void Drop(std::size_t record);
   // The tool would be run with the same commands, whatever else changed of its inputs.
   void SetSignature(std::size_t record, std::uint64_t signature);

@@ -8,7 +8,10 @@ namespace tarn {
 
 StateVerdict BuildRecords::OpenJournal(const std::string& path,
                                        const std::string& projectFileName) {
-  ForgetAll();
+  if (IsJournalCurrent(path)) return verdict_;
+  // What tools reported before there was a journal belongs into it.
+  if (journal_.empty() && store_.GetCount() > 0) return TakeOverJournal(path, projectFileName);
+  bound_.clear();
   shadows_.Clear();
   journal_ = path;
   projectFileName_ = projectFileName;
@@ -16,12 +19,26 @@ StateVerdict BuildRecords::OpenJournal(const std::string& path,
   journalStatus_ = files_.Examine(path);
   auto bytes = files_.ReadWholeFile(path);
   const bool isMissing = !bytes && bytes.GetError().code == ErrorCode::NotFound;
-  if (isMissing) return store_.Load({}, projectFileName), StateVerdict::Good;
   const std::size_t size = bytes ? bytes->size() : 0;
-  const StateVerdict verdict =
-      store_.Load(bytes ? std::move(*bytes) : std::string(), projectFileName);
-  const bool isCut = verdict == StateVerdict::Good && store_.GetJournalLength() < size;
-  return isCut ? StateVerdict::Cut : verdict;
+  verdict_ = store_.Load(bytes ? std::move(*bytes) : std::string(), projectFileName);
+  const bool isCut = verdict_ == StateVerdict::Good && store_.GetJournalLength() < size;
+  if (isCut) verdict_ = StateVerdict::Cut;
+  if (isMissing) verdict_ = StateVerdict::Good;
+  return verdict_;
+}
+
+StateVerdict BuildRecords::TakeOverJournal(const std::string& path,
+                                           const std::string& projectFileName) {
+  BuildRecords written(files_);
+  verdict_ = written.OpenJournal(path, projectFileName);
+  store_.Adopt(written.store_);
+  journal_ = path;
+  projectFileName_ = projectFileName;
+  problem_.clear();
+  const Status replaced = files_.WriteWholeFile(path, store_.RestartJournal(projectFileName));
+  if (!replaced) problem_ = path + ": " + replaced.GetError().text;
+  journalStatus_ = files_.Examine(path);
+  return verdict_;
 }
 
 void BuildRecords::CloseJournal() {

@@ -44,7 +44,8 @@ class BuildRecords {
 
   // --- The journal ---
 
-  // Reads the journal at `path` and appends to it from now on. Nodes bound before are not any more.
+  // Reads the journal at `path` and appends to it from now on. Nodes bound before are not any more,
+  // unless it is the journal that is open already, or the first one.
   // Cut: what stands after the damage is not known.
   StateVerdict OpenJournal(const std::string& path, const std::string& projectFileName);
   // Nothing is written any more, and nothing is known.
@@ -113,6 +114,7 @@ class BuildRecords {
   BuildRecord::Number AddProgram(const std::string& path);
   std::uint64_t ContentHash(const std::string& path, const RunSnapshot::Settled& settled);
   Status AppendNews();
+  StateVerdict TakeOverJournal(const std::string& path, const std::string& projectFileName);
 
   FileSystem& files_;
   BuildRecordStore store_;
@@ -124,6 +126,7 @@ class BuildRecords {
   std::string journal_;  // path; empty: none
   std::string projectFileName_;
   std::optional<FileStatus> journalStatus_;
+  StateVerdict verdict_ = StateVerdict::Good;
   std::string problem_;
 };
 

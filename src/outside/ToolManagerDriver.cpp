@@ -36,6 +36,8 @@ std::string CToolManagerDriver::GetCommandHash(TextArgument tool, TextArgument f
 
 std::string CToolManagerDriver::GetToolFingerprint(TextArgument tool) {
   return InvokeTextByName("GetToolFingerprint", {tool});
+}
+
 std::int32_t CToolManagerDriver::RefreshTools() {
   return InvokeLong(kRefreshTools, {});
 }

@@ -45,6 +45,9 @@ void WriteCheckout(CliProject& project, const std::string& checkout, const Toolc
       "<Config Header=\"Standard\" ><Set Header=\"Application\" >" +
           Property("Target", "Toolchain", toolchain.name) + Property("Compiler", "Debug", "Yes") +
           Property("Directories", "Include", "../inc") +
+          (std::string_view(toolchain.name) == "avr-gcc"
+               ? Property("Target", "Device", "atmega328p")
+               : std::string()) +
           "</Set></Config></Options><C Header=\"m.c\" Path=\".\\m.c\" />" +
           "<C Header=\"f.c\" Path=\"..\\shared\\f.c\" />" +
           (hasCpp ? "<Cpp Header=\"p.cpp\" Path=\".\\p.cpp\" /><Assembler Header=\"s.s\" "

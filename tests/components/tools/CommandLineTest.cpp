@@ -9,6 +9,7 @@ namespace {
 
 using testing::StartedLines;
 using testing::ToolManagerFixture;
+using testing::WithoutRun;
 
 std::string OneTool(const std::string& content) {
   return "<T><Tool Name=\"t\" " + content + "</Tool></T>";

@@ -11,6 +11,7 @@ namespace {
 using testing::PlayedProgram;
 using testing::StartedLines;
 using testing::ToolManagerFixture;
+using testing::WithoutRun;
 
 constexpr const char* kDefinitions =
     R"(<T><Tool Name="cc" Messages="gcc" Output="o/a.o" Rules="$(OutputBase).d" Hint="Get it.">)"
