@@ -22,6 +22,7 @@ std::string BuildRecordText(const BuildRecord& record) {
                      XmlAttribute("Date", ToDecimal(record.date)) +
                      XmlAttribute("Command", HexText(record.command)) +
                      XmlPathAttribute("Programs", QuotedList(record.programs));
+  if (!record.products.empty()) text += XmlPathAttribute("Products", QuotedList(record.products));
   if (!record.search.empty()) text += XmlPathAttribute("Search", QuotedList(record.search));
   text += ">";
   for (const std::string& file : record.dependencies) {

@@ -16,6 +16,7 @@ struct BuildRecord {
   std::vector<std::string> programs;  // that were run, launchers left out
   std::vector<std::string> search;    // folders that headers were searched in, in order
   std::uint64_t command = 0;          // hash of the command lines
+  std::vector<std::string> products;  // further files that were made
 };
 
 // The element `F` of the record, as build information texts hold it.

@@ -210,6 +210,9 @@ bool ToolRun::CollectRecord() {
   found.programs = ProgramsOf(world, plan);
   found.search = SearchFolders(tool, plan);
   found.command = HashCommands(world, plan);
+  for (const std::string& product : plan.products) {
+    if (world.files->Examine(product)) found.products.push_back(product);
+  }
   record = std::move(found);
   WriteGlobals();
   return true;

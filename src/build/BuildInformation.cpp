@@ -60,6 +60,7 @@ BuildReport ReadReport(const CXmlNode& record) {
   report.date = TextOf(record.GetAttrValue("Date"));
   report.command = ParseCommandHash(TextOf(record.GetAttrValue("Command")));
   report.programs = SplitQuoted(record.GetAttrValue("Programs"));
+  report.products = SplitQuoted(record.GetAttrValue("Products"));
   report.search = TextOf(record.GetAttrValue("Search"));
   for (int i = 0; i < record.GetChildCount(); ++i) {
     const char* file = record.GetChild(i)->GetAttrValue("Header");

@@ -14,7 +14,9 @@
 
 namespace tarn {
 
-// A file as it was when a tool read or wrote it.
+// A file as it was when a tool read or wrote it. Time, size and inode don't tell an output from the
+// one before if it was brought forward to the time of an input from the future, and its inode was
+// used again: then the time of its last change does. One of 0 is not compared.
 struct FileVersion {
   std::uint32_t path = 0;  // number of its path in the store
   FileStatus status;
@@ -25,7 +27,7 @@ struct FileVersion {
   bool IsSettled() const { return status.modifiedSeconds != INT64_MIN; }
   // The file is this version; false also if only its content could tell.
   bool IsCertainly(const FileStatus& now) const {
-    return IsSameVersion(status, now) && (hash == 0 || status.changed == now.changed);
+    return IsSameVersion(status, now) && (status.changed == 0 || status.changed == now.changed);
   }
 };
 
@@ -41,10 +43,10 @@ struct BuildRecord {
   std::uint64_t command = 0;    // of the command lines that were run; 0 if unknown
   Number search = 0;   // string: folders that headers are searched in, quoted; may be empty
   Number folders = 0;  // set of the folders in which a header could shadow one that was read
-  // File versions: sources, then reported dependencies, then programs.
+  // File versions: sources, then reported dependencies, then programs and further products.
   std::vector<Number> inputs;
   Number sources = 0;
-  Number programs = 0;
+  Number programs = 0;  // and products: files whose version counts, and not their age
   // Strings: files earlier in the search path than the ones that were read, which the tool passed
   // over all the same.
   std::vector<Number> passedOver;

@@ -135,11 +135,13 @@ void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
   record.signature = run.signature;
   record.command = report.command;
   record.sources = static_cast<BuildRecord::Number>(run.sources.size());
-  record.programs = static_cast<BuildRecord::Number>(report.programs.size());
+  record.programs =
+      static_cast<BuildRecord::Number>(report.programs.size() + report.products.size());
   record.inputs.reserve(record.sources + report.dependencies.size() + record.programs);
   for (const std::string& path : run.sources) record.inputs.push_back(AddInput(run, path));
   for (const std::string& path : report.dependencies) record.inputs.push_back(AddInput(run, path));
   for (const std::string& path : report.programs) record.inputs.push_back(AddProgram(path));
+  for (const std::string& path : report.products) record.inputs.push_back(AddProduct(path));
   shadows_.Complete(record);
   bound_[&node] = {store_.Put(std::move(record)), {}, 0};
   WriteJournal();
@@ -173,6 +175,12 @@ std::uint64_t BuildRecords::ContentHash(const std::string& path,
 // A compiler counts by its path, size and time alone: reading it would take longer than it is
 // worth.
 BuildRecord::Number BuildRecords::AddProgram(const std::string& path) {
+  std::optional<FileStatus> status = files_.Examine(path);
+  if (status) status->changed = 0;
+  return store_.AddVersion(path, status.value_or(FileVersion::Unsettled()), 0);
+}
+
+BuildRecord::Number BuildRecords::AddProduct(const std::string& path) {
   const std::optional<FileStatus> status = files_.Examine(path);
   return store_.AddVersion(path, status.value_or(FileVersion::Unsettled()), 0);
 }

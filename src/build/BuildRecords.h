@@ -22,6 +22,7 @@ struct BuildReport {
   std::string date;
   std::vector<std::string> dependencies;
   std::vector<std::string> programs;  // that were run, with full paths
+  std::vector<std::string> products;  // further files that were made
   std::string search;                 // folders that headers are searched in, quoted
   std::uint64_t command = 0;          // hash of the command lines; 0 if unknown
 };
@@ -112,6 +113,7 @@ class BuildRecords {
 
   BuildRecord::Number AddInput(const Run& run, const std::string& path);
   BuildRecord::Number AddProgram(const std::string& path);
+  BuildRecord::Number AddProduct(const std::string& path);
   std::uint64_t ContentHash(const std::string& path, const RunSnapshot::Settled& settled);
   Status AppendNews();
   StateVerdict TakeOverJournal(const std::string& path, const std::string& projectFileName);

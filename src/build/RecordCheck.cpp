@@ -101,7 +101,7 @@ StaleVerdict RecordCheck::CheckCommand(const CXmlNode& node, BuildRecords::Bound
 bool RecordCheck::IsCurrent(BuildRecord::Number number, const FileStatus& now) {
   const FileVersion& version = Version(number);
   if (version.IsCertainly(now)) return true;
-  if (!IsSameVersion(version.status, now)) return false;
+  if (!IsSameVersion(version.status, now) || version.hash == 0) return false;
   if (HashFile(files_, std::string(PathOf(number))) != version.hash) return false;
   records_.RenewChanged(number, now.changed);
   return true;

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <sys/time.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -34,12 +35,12 @@ void SetTime(const std::string& path, time_t seconds) {
   ASSERT_EQ(utimes(path.c_str(), times), 0);
 }
 
-// Until what happens has a later stamp than what happened before.
-void PassATick() {
+// Until what happens has a later stamp than the last change of the file, which some kernels stamp
+// finer than their clock tells.
+void PassATick(const std::string& path) {
   FileSystem& files = FileSystem::Native();
-  for (const std::int64_t before = files.Clock(); files.Clock() <= before;) {
-    std::this_thread::yield();
-  }
+  const std::int64_t before = std::max(files.Clock(), files.Examine(path)->changed);
+  while (files.Clock() <= before) std::this_thread::yield();
 }
 
 struct Row {
@@ -77,11 +78,11 @@ TEST(RunSnapshot, AFileIsSettledOnlyIfTheToolMustHaveReadItAsItIs) {
     const Folder folder;
     folder.Write("a.h", "one");
     row.before(folder);
-    PassATick();
+    PassATick(folder.In("a.h"));
     RunSnapshot snapshot;
     if (row.isKnown) snapshot.AddInput(folder.In("a.h"), row.isDoubtful);
     snapshot.TakeBefore(files);
-    PassATick();
+    PassATick(folder.In("a.h"));
     row.during(folder);
     folder.Write("a.o", "output");
     snapshot.SetOutput(folder.In("a.o"));

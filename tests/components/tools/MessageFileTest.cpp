@@ -48,7 +48,8 @@ TEST(MessageFile, RecordsKeepPathsWithQuotes) {
                              {"/w/\"b\".h", "/w/c.h"},
                              {"/bin/cc", "/bin/size"},
                              {"/w"},
-                             0x1234}),
+                             0x1234,
+                             {}}),
             "<F Header=\"/o/a.o\" Infos=\"flash 1 B\" Date=\"1234\" Command=\"0000000000001234\" "
             "Programs=\"&quot;/bin/cc&quot;,&quot;/bin/size&quot;\" Search=\"&quot;/w&quot;\"><D "
             "Header=\"/w/&quot;b&quot;.h\"/><D Header=\"/w/c.h\"/></F>");
