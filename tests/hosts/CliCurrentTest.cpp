@@ -1,0 +1,179 @@
+// What makes outputs out of date, whatever the clock says: all changes come without a pause, within
+// the second of the build before.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+void Edit(const CliProject& project, const std::string& name, const std::string& text) {
+  std::ofstream(project.PathOf(name), std::ios::binary) << text;
+}
+
+fs::file_time_type TimeOf(const CliProject& project, const std::string& name) {
+  return fs::last_write_time(project.PathOf(name));
+}
+
+// Names of what was built, in order: "a.c app".
+std::string Built(const std::string& out) {
+  std::string names;
+  for (std::size_t at = out.find("] "); at != out.npos; at = out.find("] ", at + 1)) {
+    const std::string path = out.substr(at + 2, out.find('\n', at) - at - 2);
+    names += (names.empty() ? "" : " ") + path.substr(path.rfind('/') + 1);
+  }
+  return names;
+}
+
+constexpr const char* kC = "src/c.c";
+constexpr const char* kObject = "build/Standard/app.obj/src/c.c.o";
+
+struct Row {
+  const char* name;
+  std::function<void(CliProject&)> change;
+  const char* built;
+};
+
+const Row kRows[] = {
+    {"a source is saved", [](CliProject& p) { Edit(p, kC, "int c(void) { return 4; }\n"); },
+     "c.c app"},
+    {"a source of the same size gets its old time back",
+     [](CliProject& p) {
+       const auto time = TimeOf(p, kC);
+       Edit(p, kC, "int c(void) { return 9; }\n");
+       fs::last_write_time(p.PathOf(kC), time);
+     },
+     "c.c app"},
+    {"an older file is put in place",
+     [](CliProject& p) { p.Write(kC, "int c(void) { return 5; }\n"); }, "c.c app"},
+    {"a header is saved",
+     [](CliProject& p) { Edit(p, "src/a.h", "#define A 7\nint b(void);\nint c(void);\n"); },
+     "a.c b.c app"},
+    {"a header comes that is found before another",
+     [](CliProject& p) { Edit(p, "inc1/deep/x.h", "#define X 2\n"); }, "x.c app"},
+    {"a header that nothing includes comes",
+     [](CliProject& p) { Edit(p, "inc1/deep/y.h", "#define X 2\n"); }, ""},
+    {"a link leads to another header",
+     [](CliProject& p) {
+       fs::remove(p.PathOf("inc2/link.h"));
+       fs::create_symlink("../two.h", p.PathOf("inc2/link.h"));
+     },
+     "x.c app"},
+    {"a source is from the future",
+     [](CliProject& p) {
+       fs::last_write_time(p.PathOf(kC),
+                           fs::file_time_type::clock::now() + std::chrono::hours(24 * 365));
+     },
+     "c.c app"},
+    {"an output is replaced by an older one",
+     [](CliProject& p) {
+       const std::string old = p.Read(kObject);
+       const auto time = TimeOf(p, kObject);
+       Edit(p, kC, "int c(void) { return 6; }\n");
+       p.Out({"build"});
+       Edit(p, kObject, old);
+       fs::last_write_time(p.PathOf(kObject), time);
+     },
+     "c.c app"},
+    {"an output is cut", [](CliProject& p) { fs::resize_file(p.PathOf(kObject), 10); }, "c.c app"},
+    {"another file of the link is edited",
+     [](CliProject& p) {
+       Edit(p, "link.ld", "PROVIDE(two = 2);\nSECTIONS { } INSERT AFTER .text;\n");
+     },
+     "app"},
+    {"the map is gone", [](CliProject& p) { fs::remove(p.PathOf("build/Standard/app.map")); },
+     "app"},
+    {"the compiler is replaced",
+     [](CliProject& p) { p.AddProgram("gcc", "#!/bin/sh\nexec /usr/bin/gcc \"$@\"\n"); },
+     "a.c b.c c.c x.c app"},
+    {"modes change", [](CliProject& p) { fs::permissions(p.PathOf(kC), fs::perms::owner_all); },
+     ""},
+    {"a launcher is set",
+     [](CliProject& p) {
+       p.Out({"options", "set", "Build.Launcher", "env"});
+     },
+     ""},
+    {"the application is renamed",
+     [](CliProject& p) {
+       p.Out({"rename", "app", "other"});
+     },
+     ""},
+    {"an option changes nothing",
+     [](CliProject& p) {
+       p.Out({"options", "set", "Compiler.Optimize", "2"});
+     },
+     ""},
+};
+
+TEST(CliCurrent, WhatChangedIsBuiltOnceAndNothingElse) {
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.name);
+    CliProject project;
+    for (const char* folder : {"inc1/deep", "inc2/deep"}) {
+      fs::create_directories(project.PathOf(folder));
+    }
+    project.WriteProject({{"app", {"a.c", "b.c", "c.c", "x.c"}}});
+    project.Write("inc2/deep/x.h", "#define X 1\n");
+    project.Write("one.h", "#define Y 1\n");
+    project.Write("two.h", "#define Y 2\n");
+    fs::create_symlink("../one.h", project.PathOf("inc2/link.h"));
+    project.Write("src/x.c",
+                  "#include <deep/x.h>\n#include <link.h>\nint x(void) { return X + Y; }\n");
+    project.Write("link.ld", "PROVIDE(two = 1);\nSECTIONS { } INSERT AFTER .text;\n");
+    project.Out({"options", "set", "Directories.Include", "inc1;inc2"});
+    project.Out({"options", "set", "Linker.Script", "link.ld"});
+    project.Out({"options", "set", "Linker.MapFile", "build/$(Config.Name)/app.map"});
+    EXPECT_EQ(Built(project.Out({"build"})), "a.c b.c c.c x.c app");
+    EXPECT_EQ(Built(project.Out({"build"})), "");
+    row.change(project);
+    EXPECT_EQ(Built(project.Out({"build"})), row.built);
+    EXPECT_EQ(Built(project.Out({"build"})), "");
+  }
+}
+
+// Saved while the compiler runs: it has read the old text, and the object is newer than the new
+// one.
+TEST(CliCurrent, ASourceThatIsSavedWhileItIsCompiledIsCompiledAgain) {
+  CliProject project;
+  project.AddProgram("gcc",
+                     "#!/bin/sh\n/usr/bin/gcc \"$@\" || exit 1\n[ -e \"$TMPDIR/saved\" ] ||\n"
+                     "case \"$*\" in *c.c*) echo 'int c(void) { return 8; }' > src/c.c;\n"
+                     "touch \"$TMPDIR/saved\" ;; esac\n");
+  EXPECT_EQ(Built(project.Out({"build"})), "a.c b.c c.c app");
+  EXPECT_EQ(Built(project.Out({"build"})), "c.c app");
+  EXPECT_EQ(Built(project.Out({"build"})), "");
+}
+
+TEST(CliCurrent, AKilledBuildGoesOnWhereItWas) {
+  CliProject project;
+  project.AddProgram("gcc",
+                     "#!/bin/sh\n[ -e \"$TMPDIR/killed\" ] || case \"$*\" in *c.c*)\n"
+                     "touch \"$TMPDIR/killed\"; kill -9 $PPID ;; esac\nexec /usr/bin/gcc \"$@\"\n");
+  EXPECT_EQ(project.Run({"build"}).code, 128 + 9);
+  EXPECT_EQ(Built(project.Out({"build"})), "c.c app");
+}
+
+TEST(CliCurrent, ASecondBuildWaitsOrFails) {
+  CliProject project;
+  project.AddProgram("gcc", "#!/bin/sh\nsleep 0.3\nexec /usr/bin/gcc \"$@\"\n");
+  bool isAsked = false;
+  const auto first = project.Run({"build"}, [&](Process&, const std::string&) {
+    if (std::exchange(isAsked, true)) return;
+    project.ExpectRefusal({"build", "--no-wait"}, 3, "Another build of this project is running");
+    const auto second = project.Run({"build"});
+    EXPECT_TRUE(Has(second.err, "Waiting for another build")) << second.err;
+    EXPECT_EQ(second.out.substr(0, 13), "Nothing to do") << second.out;
+  });
+  EXPECT_EQ(first.code, 0);
+  EXPECT_FALSE(project.Exists("demo.tlock"));
+}
+
+}  // namespace
+}  // namespace tarn::host
