@@ -3,7 +3,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/cli/Suggest.h"
+#include "hosts/frame/Suggest.h"
 #include "hosts/frame/ProjectFile.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"

@@ -7,9 +7,9 @@
 #include "components/common/OptionValues.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/cli/Suggest.h"
 #include "hosts/frame/NewConfiguration.h"
 #include "hosts/frame/ProjectFile.h"
+#include "hosts/frame/Suggest.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
