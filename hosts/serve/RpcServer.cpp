@@ -220,7 +220,7 @@ CallProblem RpcServer::ReadFolders(const std::vector<json>& params, HostFolders&
       return {kRpcBadParams, std::string("initialize: ") + name + " is no path"};
     }
     if (IsRelativePath(*path)) *path = JoinPath(files.CurrentFolder(), *path);
-    *path = CanonicalPath(*path);  // a folder with a separator behind it has no name
+    *path = files.Canonical(*path);  // a folder with a separator behind it has no name
   }
   folders.application = AddSeparator(folders.application);
   return {};
