@@ -15,6 +15,19 @@ constexpr std::size_t kMaxLength = 1 << 20;
 
 constexpr std::string_view kUnique = "Unique:";
 
+// Bytes that split, and control bytes, which no name holds, in their place.
+constexpr std::string_view kSeparators = "; \t\"'\\";
+constexpr std::string_view kStandIns = "\x01\x02\x03\x04\x05\x06";
+
+std::string Exchange(std::string_view text, std::string_view from, std::string_view to) {
+  std::string result(text);
+  for (char& c : result) {
+    const std::size_t at = from.find(c);
+    if (at != std::string_view::npos) c = to[at];
+  }
+  return result;
+}
+
 // One value that is being resolved; the frames of a chain lie on the stack.
 struct Frame {
   const Frame* outer = nullptr;
@@ -54,8 +67,8 @@ std::string_view TakeCase(std::string_view& list) {
 
 class Resolver {
  public:
-  Resolver(const MacroSource& from, std::string* errorText, std::string* missingName)
-      : source(from), error(errorText), missing(missingName) {}
+  Resolver(const MacroSource& from, std::string* errorText, std::string* missingName, bool isSplit)
+      : source(from), error(errorText), missing(missingName), protects(isSplit) {}
 
   // Appends the text, resolved. When it needs a value that is being resolved further out, the
   // result is that value's frame, and all between gives nothing.
@@ -74,7 +87,11 @@ class Resolver {
       return Report("$(" + CleanName(name) + ") leads too far"), nullptr;
     }
     if (value.literal || value.text.find('$') == std::string_view::npos) {
-      to += value.text;
+      if (value.literal && protects) {
+        to += ProtectSeparators(value.text);
+      } else {
+        to += value.text;
+      }
       if (!value.literal) CheckBlank(value, name, outer);
       return nullptr;
     }
@@ -201,6 +218,7 @@ class Resolver {
   const MacroSource& source;
   std::string* error;
   std::string* missing;
+  const bool protects;
   int expansions = 0;
   int nesting = 0;
 };
@@ -211,12 +229,8 @@ std::vector<std::string_view> Components(std::string_view path) {
     const std::size_t end = std::min(path.find_first_of("/\\"), path.size());
     const std::string_view part = path.substr(0, end);
     path.remove_prefix(std::min(end + 1, path.size()));
-    if (part.empty() || part == ".") continue;
-    if (part == ".." && !parts.empty() && parts.back() != "..") {
-      parts.pop_back();
-    } else {
-      parts.push_back(part);
-    }
+    // A ".." that is left in a canonical path follows a symbolic link, so it is a name of its own.
+    if (!part.empty() && part != ".") parts.push_back(part);
   }
   return parts;
 }
@@ -230,13 +244,11 @@ bool HasDriveLetter(std::string_view path) {
   return path.size() > 1 && path[1] == ':';
 }
 
-}  // namespace
-
-std::string ResolveMacros(const MacroSource& source, const FoundValue& value, std::string* error,
-                          std::string* missing) {
+std::string ResolveValue(const MacroSource& source, const FoundValue& value, std::string* error,
+                         std::string* missing, bool isSplit) {
   std::string text;
   if (!value.found) return text;
-  Resolver resolver(source, error, missing);
+  Resolver resolver(source, error, missing, isSplit);
   const Frame root{nullptr, value.id, value.id != 0, {}, 0};
   if (value.literal || value.text.find('$') == std::string_view::npos) {
     text = value.text;
@@ -245,6 +257,26 @@ std::string ResolveMacros(const MacroSource& source, const FoundValue& value, st
   }
   if (resolver.Append(value.text, root, text) != nullptr) text.clear();
   return text;
+}
+
+}  // namespace
+
+std::string ResolveMacros(const MacroSource& source, const FoundValue& value, std::string* error,
+                          std::string* missing) {
+  return ResolveValue(source, value, error, missing, false);
+}
+
+std::string ResolveForSplitting(const MacroSource& source, const FoundValue& value,
+                                std::string* error, std::string* missing) {
+  return ResolveValue(source, value, error, missing, true);
+}
+
+std::string ProtectSeparators(std::string_view text) {
+  return Exchange(text, kSeparators, kStandIns);
+}
+
+std::string RestoreSeparators(std::string_view text) {
+  return Exchange(text, kStandIns, kSeparators);
 }
 
 std::string UniquePath(std::string_view path, std::string_view folder) {

@@ -43,6 +43,14 @@ class MacroSource {
 // blank and would be $(Required) if it weren't there.
 std::string ResolveMacros(const MacroSource& source, const FoundValue& value,
                           std::string* error = nullptr, std::string* missing = nullptr);
+// The same for a text that is split afterwards, as a list or into words: what literal values hold
+// is never split. Each piece then goes through RestoreSeparators.
+std::string ResolveForSplitting(const MacroSource& source, const FoundValue& value,
+                                std::string* error = nullptr, std::string* missing = nullptr);
+
+// The text with stand-ins for the bytes at which lists and command lines are split, and back.
+std::string ProtectSeparators(std::string_view text);
+std::string RestoreSeparators(std::string_view text);
 
 // What $(Unique:...) gives. A step up is written "__", a path with no way from the folder starts
 // with "__root"; names that start with "__" themselves get one "_" more.

@@ -129,4 +129,9 @@ std::string OptionValues::Resolve(std::string_view text, std::string* error,
   return ResolveMacros(*this, {true, false, 0, text}, error, missing);
 }
 
+std::string OptionValues::ResolveUnsplit(std::string_view text, std::string* error,
+                                         std::string* missing) const {
+  return ResolveForSplitting(*this, {true, false, 0, text}, error, missing);
+}
+
 }  // namespace tarn

@@ -54,6 +54,9 @@ class OptionValues : private MacroSource, private ValuesSink {
   // ResolveMacros.
   std::string Resolve(std::string_view text, std::string* error = nullptr,
                       std::string* missing = nullptr) const;
+  // The same for a text that is split afterwards, see ResolveForSplitting.
+  std::string ResolveUnsplit(std::string_view text, std::string* error = nullptr,
+                             std::string* missing = nullptr) const;
 
  private:
   struct Entry {

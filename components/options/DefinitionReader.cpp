@@ -131,7 +131,7 @@ void DefinitionReader::ReadInclude(const CXmlNode& node) {
   if (name.empty()) return Report("Include without File");
   std::string path = ToNativeSeparators(name);
   if (IsRelativePath(path)) path = JoinPath(FolderOf(chain.back()), path);
-  path = CanonicalPath(path);
+  path = files.Canonical(path);
   if (std::find(chain.begin(), chain.end(), path) != chain.end()) {
     return Report("includes itself by way of " + name);
   }

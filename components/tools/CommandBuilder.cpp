@@ -1,6 +1,7 @@
 #include "components/tools/CommandBuilder.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "components/tools/FileList.h"
 #include "components/tools/UsedFiles.h"
@@ -22,9 +23,11 @@ class PlanMaker : public TemplateValues {
       : tool(toolDefinition), job(toolJob), folder(toolJob.baseFolder) {}
 
   ToolPlan Make() {
+    spelledFolder = SpelledPath(job.disk, folder);
     plan.output = Path(tool.output);
-    plan.listing = Path(tool.listing);
-    plan.rules = Path(tool.rules);
+    plan.outputOnDisk = SpelledOutput(job.disk, plan.output);
+    plan.listing = SpelledOutput(job.disk, Path(tool.listing));
+    plan.rules = SpelledOutput(job.disk, Path(tool.rules));
     plan.sizeFile = Path(tool.size.file);
     plan.globals = Path(tool.globals.file);
     plan.products = Paths(tool.products);
@@ -34,7 +37,8 @@ class PlanMaker : public TemplateValues {
       relative = step.relativePaths;
       if (!Holds(step.conditions)) continue;
       plan.commands.push_back(MakeCommand(step));
-      for (LibraryPlaces& places : FindLibraryPlaces(tool.libraries, plan.commands.back())) {
+      for (LibraryPlaces& places :
+           FindLibraryPlaces(tool.libraries, plan.commands.back(), job.disk)) {
         plan.libraries.push_back(std::move(places));
       }
     }
@@ -42,29 +46,14 @@ class PlanMaker : public TemplateValues {
   }
 
   std::string Own(OwnName name) const override {
-    switch (name) {
-      case OwnName::File:
-        return job.files.empty() ? std::string() : Shown(job.files.front(), true);
-      case OwnName::Output:
-        return Shown(plan.output);
-      case OwnName::OutputBase:
-        return plan.output.empty() ? std::string() : Shown(WithoutExtension(plan.output));
-      case OwnName::Listing:
-        return Shown(plan.listing);
-      case OwnName::Rules:
-        return Shown(plan.rules);
-      case OwnName::Folder:
-        return folder;
-      case OwnName::Item:
-        return item;
-    }
-    return {};
+    return isSplitLater ? ProtectSeparators(OwnValue(name)) : OwnValue(name);
   }
 
   std::string Option(const std::string& macro) const override {
     std::string circle;
     std::string missing;
-    std::string value = job.values->Resolve(macro, &circle, &missing);
+    std::string value = isSplitLater ? job.values->ResolveUnsplit(macro, &circle, &missing)
+                                     : job.values->Resolve(macro, &circle, &missing);
     if (!circle.empty()) AddProblem(circle);
     if (!missing.empty()) {
       AddProblem("the option " + missing + " is not set in the configuration " +
@@ -74,29 +63,62 @@ class PlanMaker : public TemplateValues {
   }
 
  private:
+  std::string OwnValue(OwnName name) const {
+    switch (name) {
+      case OwnName::File:
+        return job.files.empty() ? std::string() : Shown(job.files.front(), true);
+      case OwnName::Output:
+        return Shown(plan.outputOnDisk);
+      case OwnName::OutputBase:
+        return Shown(WithoutExtension(plan.outputOnDisk));
+      case OwnName::Listing:
+        return Shown(plan.listing);
+      case OwnName::Rules:
+        return Shown(plan.rules);
+      case OwnName::Folder:
+        return spelledFolder;
+      case OwnName::Item:
+        return item;
+    }
+    return {};
+  }
+
   void AddProblem(const std::string& problem) const {
     auto& problems = plan.problems;
     const bool isKnown = std::find(problems.begin(), problems.end(), problem) != problems.end();
     if (!isKnown) problems.push_back(problem);
   }
 
-  std::string Path(const Template& text) const { return AbsolutePath(folder, text.Fill(*this)); }
+  std::string Path(const Template& text) const {
+    return AbsolutePath(job.disk, folder, text.Fill(*this));
+  }
 
   std::vector<std::string> Paths(const std::vector<Template>& texts) const {
     std::vector<std::string> paths;
     for (const Template& text : texts) {
-      for (const std::string& entry : SplitOptionList(text.Fill(*this))) {
-        paths.push_back(AbsolutePath(folder, entry));
+      for (const std::string& entry : Pieces(text, SplitOptionList)) {
+        paths.push_back(AbsolutePath(job.disk, folder, entry));
       }
     }
     return paths;
+  }
+
+  // What `split` makes of the text, none of which comes from the middle of a name.
+  std::vector<std::string> Pieces(const Template& text,
+                                  std::vector<std::string> (*split)(std::string_view),
+                                  const Template::Change& change = nullptr) const {
+    isSplitLater = true;
+    std::vector<std::string> pieces = split(text.Fill(*this, change));
+    isSplitLater = false;
+    for (std::string& piece : pieces) piece = RestoreSeparators(piece);
+    return pieces;
   }
 
   // An absolute path as the step writes it. `mayClimb`: the project names it relative to its own
   // place, so it moves with the project also outside the working folder.
   std::string Shown(const std::string& path, bool mayClimb = false) const {
     if (!relative || path.empty()) return path;
-    if (path == folder) return ".";
+    if (path == spelledFolder) return ".";
     const std::string way = RelativeTo(path);
     const std::size_t levels = LevelsUp(way);
     if (way.empty() || (levels > 0 && !(mayClimb && CanClimb(levels)))) return path;
@@ -105,7 +127,12 @@ class PlanMaker : public TemplateValues {
   }
 
   std::string RelativeTo(const std::string& path) const {
-    std::string way = ToNativeSeparators(RelativeDiskPath(folder, path));
+    const std::string prefix = AddSeparator(spelledFolder);
+    // A ".." that is left follows a symbolic link.
+    if (FindParentStep(path) != std::string::npos) {
+      return path.starts_with(prefix) ? path.substr(prefix.size()) : std::string();
+    }
+    std::string way = ToNativeSeparators(RelativeDiskPath(spelledFolder, path));
     const std::string here = {'.', kSeparator};
     if (way.starts_with(here)) way.erase(0, here.size());
     return way;
@@ -123,12 +150,12 @@ class PlanMaker : public TemplateValues {
   // The working folder lies deeper than that, and ".." means there what it means in names: behind a
   // symbolic link it leads elsewhere.
   bool CanClimb(std::size_t levels) const {
-    std::string above = folder;
+    std::string above = spelledFolder;
     for (std::size_t i = 0; i < levels; ++i) above = FolderOf(above);
     if (above.empty() || FolderOf(above) == above || FolderOf(above).empty()) return false;
     if (job.disk == nullptr) return true;
-    return job.disk->ResolveLinks(folder) ==
-           job.disk->ResolveLinks(above) + folder.substr(above.size());
+    return job.disk->ResolveLinks(spelledFolder) ==
+           job.disk->ResolveLinks(above) + spelledFolder.substr(above.size());
   }
 
   bool Holds(const Condition& condition) const {
@@ -155,7 +182,8 @@ class PlanMaker : public TemplateValues {
     ToolCommand command;
     command.rule = &step;
     if (!step.folder.IsEmpty()) folder = Path(step.folder);
-    command.folder = folder;
+    spelledFolder = SpelledPath(job.disk, folder);
+    command.folder = spelledFolder;
     command.program = step.program.Fill(*this);
     for (const ArgumentRule& rule : step.arguments) AddArguments(rule, command.arguments);
     if (step.plainArguments) RefuseSpecial(command);
@@ -174,7 +202,7 @@ class PlanMaker : public TemplateValues {
     }
     const bool isFiles = rule.source == ArgumentRule::Source::Files;
     for (std::string& entry :
-         isFiles ? std::vector<std::string>(job.files) : SplitOptionList(rule.list.Fill(*this))) {
+         isFiles ? std::vector<std::string>(job.files) : Pieces(rule.list, SplitOptionList)) {
       item = std::move(entry);
       AddArgument(rule, arguments);
     }
@@ -184,16 +212,23 @@ class PlanMaker : public TemplateValues {
   void AddArgument(const ArgumentRule& rule, std::vector<std::string>& arguments) {
     const bool isFile = rule.source == ArgumentRule::Source::Files;
     const auto asPath = [this, isFile](const std::string& value) {
-      const bool isOwn = isFile || IsRelativePath(ToNativeSeparators(value)) ||
-                         value.starts_with(AddSeparator(job.baseFolder));
-      return Shown(AbsolutePath(job.baseFolder, value), isOwn);
+      const std::string path = isSplitLater ? RestoreSeparators(value) : value;
+      const bool isOwn = isFile || IsRelativePath(ToNativeSeparators(path)) ||
+                         path.starts_with(AddSeparator(job.baseFolder));
+      const std::string full = AbsolutePath(job.disk, job.baseFolder, path);
+      std::string name = Shown(SpelledPath(job.disk, full), isOwn);
+      return isSplitLater ? ProtectSeparators(name) : name;
     };
-    std::string text = rule.isPath ? rule.value.Fill(*this, asPath) : rule.value.Fill(*this);
+    const bool wasRelative = std::exchange(relative, relative || rule.isRelative);
+    const Template::Change change = rule.isPath ? Template::Change(asPath) : nullptr;
     if (rule.isWords) {
-      for (std::string& word : SplitWords(text)) arguments.push_back(std::move(word));
+      for (std::string& word : Pieces(rule.value, SplitWords, change)) {
+        arguments.push_back(std::move(word));
+      }
     } else {
-      arguments.push_back(std::move(text));
+      arguments.push_back(rule.value.Fill(*this, change));
     }
+    relative = wasRelative;
   }
 
   void RefuseSpecial(const ToolCommand& command) const {
@@ -217,7 +252,9 @@ class PlanMaker : public TemplateValues {
   const ToolDefinition& tool;
   const ToolJob& job;
   mutable ToolPlan plan;
-  std::string folder;     // working folder of the step in hand
+  std::string folder;         // working folder of the step in hand
+  std::string spelledFolder;  // the same as the disk spells it
+  mutable bool isSplitLater = false;
   bool relative = false;  // of the step in hand
   std::string item;       // of the list in hand
 };
@@ -235,17 +272,12 @@ ToolPlan MakePlan(const ToolDefinition& tool, const ToolJob& job) {
   return PlanMaker(tool, job).Make();
 }
 
-std::string AbsolutePath(const std::string& folder, std::string_view path) {
-  if (path.empty()) return {};
-  const std::string native = ToNativeSeparators(path);
-  return CanonicalPath(IsRelativePath(native) ? JoinPath(folder, native) : native);
-}
-
-std::string BaseFolderOf(const OptionValues& values, const std::string& fallback) {
+std::string BaseFolderOf(const OptionValues& values, const std::string& fallback,
+                         FileSystem* disk) {
   std::string folder = values.Get("Application", "General", "ApplicationDir");
   if (folder.empty()) folder = values.Get("", "General", "ApplicationDir");
   if (folder.empty()) folder = fallback;
-  folder = AbsolutePath(fallback, folder);
+  folder = AbsolutePath(disk, fallback, folder);
   if (folder.size() > 1 && IsSeparator(folder.back())) folder.pop_back();
   return folder;
 }

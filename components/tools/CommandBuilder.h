@@ -7,17 +7,21 @@
 
 #include "components/common/OptionValues.h"
 #include "components/tools/ToolDefinition.h"
+#include "components/tools/ToolPaths.h"
 #include "platform/files/FileSystem.h"
 
 namespace tarn::tools {
 
 // What one run of a tool is about.
 struct ToolJob {
-  std::vector<std::string> files;  // absolute
+  std::vector<std::string> files;  // absolute, as the disk spells them
   const OptionValues* values = nullptr;
   std::string baseFolder;           // absolute; what relative names in options are relative to
-  FileSystem* disk = nullptr;       // asked about symbolic links alone; null: there are none
   std::string environmentLauncher;  // used where a step allows a launcher and the options name none
+  FileSystem* disk = nullptr;       // spells the names that tools get; null: names are unchanged
+  std::vector<std::string> respelled = {};  // those of `files` that were listed in another spelling
+  std::vector<std::string> repeated = {};   // files that were listed again and left out
+  std::vector<std::string> conflicts = {};  // why some of these must not be linked
 };
 
 // A step with everything filled in.
@@ -35,7 +39,8 @@ using LibraryPlaces = std::vector<std::string>;
 
 // A whole run with everything filled in. Paths are absolute.
 struct ToolPlan {
-  std::string output;  // empty when the tool makes none
+  std::string output;        // as the options write it; empty when the tool makes none
+  std::string outputOnDisk;  // as the tool gets it
   std::string listing;
   std::string rules;
   std::string sizeFile;
@@ -51,9 +56,8 @@ ToolPlan MakePlan(const ToolDefinition& tool, const ToolJob& job);
 
 // The folder that relative names in the options of a node are relative to; `fallback` when the
 // values do not say.
-std::string BaseFolderOf(const OptionValues& values, const std::string& fallback);
-// `path` as this machine writes it, absolute against `folder`. An empty path stays empty.
-std::string AbsolutePath(const std::string& folder, std::string_view path);
+std::string BaseFolderOf(const OptionValues& values, const std::string& fallback,
+                         FileSystem* disk = nullptr);
 
 // The programs that a tool's steps start, as far as the definition names them without options.
 struct ToolProgram {

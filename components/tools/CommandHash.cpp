@@ -36,7 +36,8 @@ std::vector<std::string> ProgramsOf(const ToolWorld& world, const ToolPlan& plan
   return programs;
 }
 
-std::vector<std::string> SearchFolders(const ToolDefinition& tool, const ToolPlan& plan) {
+std::vector<std::string> SearchFolders(const ToolWorld& world, const ToolDefinition& tool,
+                                       const ToolPlan& plan) {
   std::vector<std::string> folders;
   const auto add = [&folders](std::string folder) {
     if (std::find(folders.begin(), folders.end(), folder) == folders.end()) {
@@ -52,7 +53,7 @@ std::vector<std::string> SearchFolders(const ToolDefinition& tool, const ToolPla
         if (!argument.starts_with(start)) continue;
         std::string_view folder = std::string_view(argument).substr(start.size());
         if (folder.empty() && i + 1 < command.arguments.size()) folder = command.arguments[i + 1];
-        if (!folder.empty()) add(AbsolutePath(command.folder, folder));
+        if (!folder.empty()) add(AbsolutePath(world.files, command.folder, folder));
       }
     }
   }

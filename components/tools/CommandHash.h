@@ -14,7 +14,8 @@ namespace tarn::tools {
 std::vector<std::string> ProgramsOf(const ToolWorld& world, const ToolPlan& plan);
 
 // The folders that the plan's programs search headers in, in order, each once.
-std::vector<std::string> SearchFolders(const ToolDefinition& tool, const ToolPlan& plan);
+std::vector<std::string> SearchFolders(const ToolWorld& world, const ToolDefinition& tool,
+                                       const ToolPlan& plan);
 
 // A hash of everything that the plan's programs get: their paths, arguments, folders and
 // environment. Never 0.

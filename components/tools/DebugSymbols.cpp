@@ -205,7 +205,7 @@ class SymbolCollector {
   const std::string& FileOf(Dwarf_Die& entry) {
     const char* name = dwarf_decl_file(&entry);
     const auto [place, isFirst] = paths.try_emplace(name);
-    if (isFirst) place->second = AbsolutePath(folder, TextOf(name));
+    if (isFirst) place->second = AbsolutePath(&FileSystem::Native(), folder, TextOf(name));
     return place->second;
   }
 

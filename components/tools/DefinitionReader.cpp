@@ -182,7 +182,9 @@ class ToolReader : public ElementReader {
     CheckAttributes(node, {"V", "List", "Path", "Words", "If"});
     ArgumentRule rule;
     rule.value = Filled(node, "V");
-    rule.isPath = IsYes(node, "Path");
+    const std::size_t path = Choose(node, "Path", {"", "No", "Yes", "Relative"});
+    rule.isPath = path >= 2;
+    rule.isRelative = path == 3;
     rule.isWords = IsYes(node, "Words");
     rule.conditions = ReadConditions(Text(node, "If"));
     const std::string list = Text(node, "List");

@@ -37,7 +37,8 @@ ToolMessage MessageReader::Read(const std::string& line) {
 }
 
 std::string MessageReader::Absolute(const std::string& file) const {
-  return CanonicalPath(IsRelativePath(file) ? JoinPath(folders.back(), file) : file);
+  const std::string full = IsRelativePath(file) ? JoinPath(folders.back(), file) : file;
+  return fileSystem == nullptr ? CanonicalPath(full) : fileSystem->Canonical(full);
 }
 
 void MessageReader::Change(FolderChange change, const std::string& folder) {

@@ -5,6 +5,7 @@
 
 #include "components/tools/MessageRules.h"
 #include "components/tools/ToolMessage.h"
+#include "platform/files/FileSystem.h"
 
 namespace tarn::tools {
 
@@ -12,9 +13,9 @@ namespace tarn::tools {
 class MessageReader {
  public:
   // `ruleLists` is borrowed; the first list with a rule that fits decides. Names count from
-  // `folder` until a line tells of another.
-  MessageReader(const MessageRuleLists& ruleLists, std::string folder)
-      : lists(ruleLists), folders{std::move(folder)} {}
+  // `folder` until a line tells of another. `disk` is borrowed and may be null, see ToolPaths.h.
+  MessageReader(const MessageRuleLists& ruleLists, std::string folder, FileSystem* disk = nullptr)
+      : lists(ruleLists), fileSystem(disk), folders{std::move(folder)} {}
 
   // `line` is clean; see CleanLine. Files become absolute.
   ToolMessage Read(const std::string& line);
@@ -24,6 +25,7 @@ class MessageReader {
   void Change(FolderChange change, const std::string& folder);
 
   const MessageRuleLists& lists;
+  FileSystem* fileSystem;
   std::vector<std::string> folders;  // never empty
 };
 

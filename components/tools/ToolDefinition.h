@@ -30,9 +30,10 @@ struct ArgumentRule {
   enum class Source { Once, Files, List };
   Template value;
   Source source = Source::Once;
-  Template list;         // for Source::List: a value with ";" between its entries
-  bool isPath = false;   // what macros give are paths
-  bool isWords = false;  // the text is split like a command line
+  Template list;            // for Source::List: a value with ";" between its entries
+  bool isPath = false;      // what macros give are paths
+  bool isRelative = false;  // ... written relative to the working folder if they are below it
+  bool isWords = false;     // the text is split like a command line
   Conditions conditions;
 };
 

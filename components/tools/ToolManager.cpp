@@ -1,6 +1,7 @@
 #include "components/tools/ToolManager.h"
 
 #include <cstdlib>
+#include <unordered_set>
 
 #include "components/tools/CommandHash.h"
 #include "components/tools/DefinitionReader.h"
@@ -25,14 +26,31 @@ struct OwnedJob {
       : values(OptionValues::FromText(TextOf(options))) {
     job.values = &values;
     job.disk = world.files;
-    job.baseFolder = BaseFolderOf(values, world.files->CurrentFolder());
+    job.baseFolder = BaseFolderOf(values, world.files->CurrentFolder(), job.disk);
     job.environmentLauncher = world.environment("TARN_LAUNCHER");
-    for (const std::string& file : SplitFileList(TextOf(files))) {
-      job.files.push_back(AbsolutePath(job.baseFolder, file));
-    }
+    std::unordered_set<std::string> seen;
+    for (const std::string& file : SplitFileList(TextOf(files))) AddFile(file, seen);
   }
   OwnedJob(const OwnedJob&) = delete;
   OwnedJob& operator=(const OwnedJob&) = delete;
+
+ private:
+  void AddFile(const std::string& file, std::unordered_set<std::string>& seen) {
+    const std::string listed = AbsolutePath(job.disk, job.baseFolder, file);
+    std::string name = SpelledPath(job.disk, listed);
+    // An archive may be listed again on purpose: a linker searches it where it is listed.
+    if (!seen.insert(name).second && !IsArchive(name)) {
+      job.repeated.push_back(std::move(name));
+      return;
+    }
+    if (name != listed) job.respelled.push_back(name);
+    job.files.push_back(std::move(name));
+  }
+
+  static bool IsArchive(const std::string& name) {
+    const std::string extension = ExtensionOf(name);
+    return EqualNoCase(extension, ".a") || EqualNoCase(extension, ".lib");
+  }
 };
 
 std::string StartText(const std::string& tool, const char* files, const ToolPlan& plan) {
@@ -130,7 +148,7 @@ std::int32_t ToolManager::RunTool(const char* tool, const char* files, const cha
 
 bool ToolManager::Execute(const std::string& toolName, const char* files, const char* options,
                           ToolMessages& messages) {
-  const OwnedJob owned(world, files, options);
+  OwnedJob owned(world, files, options);
   const auto definition = FindTool(toolName);
   if (!definition) {
     TellFrame(kMsgToolStarted, StartText(toolName, files, {}), 0);
@@ -139,6 +157,9 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
     messages = log.Take();
     return false;
   }
+  if (!owned.job.repeated.empty() || owned.job.files.size() != 1) {
+    owned.job.conflicts = TakeConflicts(owned.job.repeated);
+  }
   ToolRun run(world, running, *definition, owned.job);
   TellFrame(kMsgToolStarted, StartText(toolName, files, run.Plan()), 0);
   const bool isDone = run.Run();
@@ -146,8 +167,26 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   if (isDone && run.Record()) {
     const std::lock_guard guard(lock);
     records += BuildRecordText(*run.Record());
+    if (owned.job.files.size() == 1) {
+      sources[run.Plan().outputOnDisk].insert(owned.job.files.front());
+    }
   }
   return isDone;
+}
+
+// What is to be linked next was made by the runs since the last link.
+std::vector<std::string> ToolManager::TakeConflicts(const std::vector<std::string>& repeated) {
+  const std::lock_guard guard(lock);
+  std::vector<std::string> conflicts;
+  for (const std::string& output : repeated) {
+    const auto found = sources.find(output);
+    if (found == sources.end() || found->second.size() < 2) continue;
+    std::string text;
+    for (const std::string& source : found->second) text += (text.empty() ? "" : " and ") + source;
+    conflicts.push_back(text + " have the same output file " + output);
+  }
+  sources.clear();
+  return conflicts;
 }
 
 void ToolManager::TellFrame(std::uint32_t message, const std::string& text, std::intptr_t lParam) {

@@ -3,8 +3,10 @@
 #include <tarn/automation.h>
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -79,6 +81,8 @@ class ToolManager : public DispatchObject<ToolManager> {
   std::shared_ptr<const ToolDefinition> FindTool(const std::string& name);
   bool Execute(const std::string& toolName, const char* files, const char* options,
                ToolMessages& messages);
+  // Why some of these outputs must not be linked; forgets the sources.
+  std::vector<std::string> TakeConflicts(const std::vector<std::string>& repeated);
   void TellFrame(std::uint32_t message, const std::string& text, std::intptr_t lParam);
 
   const ToolWorld world;
@@ -89,6 +93,8 @@ class ToolManager : public DispatchObject<ToolManager> {
   std::string folder;  // of the definitions; empty before InitTools
   WindowHandle frame = 0;
   std::string records;
+  // By output: the sources that were translated into it since the last link.
+  std::map<std::string, std::set<std::string>> sources;
 };
 
 }  // namespace tarn::tools

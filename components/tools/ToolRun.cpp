@@ -43,7 +43,12 @@ ToolRun::ToolRun(const ToolWorld& machine, RunningTools& runningTools,
       plan(MakePlan(definition, toolJob)) {}
 
 bool ToolRun::Run() {
-  if (!Prepare()) return false;
+  for (const std::string& conflict : job.conflicts) log.AddError(conflict);
+  if (!job.conflicts.empty() || !Prepare()) return false;
+  for (const std::string& name : job.repeated) {
+    const std::string text = name + " is listed more than once; it is linked once";
+    log.Add({Severity::Warning, text, text, {}, {}});
+  }
   for (const ToolCommand& command : plan.commands) {
     if (!RunCommand(command)) return false;
   }
@@ -70,8 +75,9 @@ bool ToolRun::Prepare() {
 }
 
 bool ToolRun::RemoveOutput() {
-  if (!world.files->Exists(plan.output)) return true;
-  const Status removed = world.files->RemoveFile(plan.output);
+  const auto status = world.files->Examine(plan.outputOnDisk);
+  if (!status || status->otherSpelling) return true;
+  const Status removed = world.files->RemoveFile(plan.outputOnDisk);
   if (!removed) log.AddError(plan.output + " can't be removed: " + removed.GetError().text);
   return static_cast<bool>(removed);
 }
@@ -94,7 +100,7 @@ bool ToolRun::WriteResponseFile(const ToolCommand& command, ProcessRequest& requ
   const bool isNeeded = rule.response != ResponseStyle::None && command.arguments.size() > 1 &&
                         CommandLength(command.arguments) > rule.responseAbove;
   if (!isNeeded || plan.output.empty()) return true;
-  const std::string file = plan.output + ".rsp";
+  const std::string file = plan.outputOnDisk + ".rsp";
   // A launcher and the program behind it stay on the command line.
   const auto first = command.arguments.begin() + static_cast<std::ptrdiff_t>(command.launched);
   const std::string text = ResponseText(rule.response, {first, command.arguments.end()});
@@ -125,7 +131,7 @@ bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& reque
 
 void ToolRun::ReadOutput(const ToolCommand& command, Process& process, ProcessExit& exit) {
   LineAssembler lines[2];
-  MessageReader reader(tool.messages, command.folder);
+  MessageReader reader(tool.messages, command.folder, world.files);
   const auto onLine = [&](std::string_view line) { AddLine(command, reader, line); };
   exit = process.WaitWithOutput([&](std::string_view text, bool fromErrorStream) {
     if (command.rule->capturesSizes && !fromErrorStream) {
@@ -196,8 +202,9 @@ void ToolRun::TellStartFailure(const ToolCommand& command, const Error& error) {
 
 bool ToolRun::CollectRecord() {
   if (plan.output.empty()) return true;
-  const auto status = world.files->Examine(plan.output);
-  if (!status) {
+  // A file of a similar name is not what the tool was to make.
+  const auto status = world.files->Examine(plan.outputOnDisk);
+  if (!status || status->otherSpelling) {
     if (!log.HasErrors()) log.ReportLastLines(0);
     log.AddError(tool.name + " ended without an error, but left no file " + plan.output);
     return false;
@@ -208,7 +215,7 @@ bool ToolRun::CollectRecord() {
   if (!ReadDependencies(found)) return false;
   found.date = BringForward(found, *status);
   found.programs = ProgramsOf(world, plan);
-  found.search = SearchFolders(tool, plan);
+  found.search = SearchFolders(world, tool, plan);
   found.command = HashCommands(world, plan);
   for (const std::string& product : plan.products) {
     if (world.files->Examine(product)) found.products.push_back(product);
@@ -230,7 +237,7 @@ std::int64_t ToolRun::BringForward(const BuildRecord& made, const FileStatus& ou
     }
   }
   if (newest.first <= output.modifiedSeconds) return output.modifiedSeconds;
-  const Status set = world.files->SetModifiedTime(made.output, newest.first, newest.second);
+  const Status set = world.files->SetModifiedTime(plan.outputOnDisk, newest.first, newest.second);
   if (!set) log.AddPlain(made.output + ": " + set.GetError().text);
   return set ? newest.first : output.modifiedSeconds;
 }
@@ -239,13 +246,14 @@ std::int64_t ToolRun::BringForward(const BuildRecord& made, const FileStatus& ou
 void ToolRun::WriteGlobals() {
   if (tool.globals.format == GlobalsRule::Format::None || plan.globals.empty()) return;
   const std::string note =
-      UpdateGlobalsFile(*world.files, plan.globals, plan.output, job.baseFolder);
+      UpdateGlobalsFile(*world.files, plan.globals, plan.outputOnDisk, job.baseFolder);
   if (!note.empty()) log.AddPlain(note);
 }
 
 // Dependencies that are not known must not pass for none: the output would never be stale again.
 bool ToolRun::ReadDependencies(BuildRecord& found) {
-  std::vector<std::string> names = plan.depends;
+  std::vector<std::string> names = job.respelled;
+  names.insert(names.end(), plan.depends.begin(), plan.depends.end());
   for (const LibraryPlaces& places : plan.libraries) {
     const auto place = std::find_if(places.begin(), places.end(),
                                     [this](const auto& each) { return world.files->Exists(each); });
@@ -253,6 +261,7 @@ bool ToolRun::ReadDependencies(BuildRecord& found) {
   }
   if (!plan.rules.empty() && !ReadRules(names)) return false;
   std::unordered_set<std::string> seen(job.files.begin(), job.files.end());
+  for (const std::string& name : job.respelled) seen.erase(name);
   for (std::string& name : names) {
     if (seen.insert(name).second) found.dependencies.push_back(std::move(name));
   }
@@ -268,7 +277,7 @@ bool ToolRun::ReadRules(std::vector<std::string>& names) {
   const std::string& folder = plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
   std::unordered_set<std::string> fileNames;
   for (const std::string& name : rules.names) {
-    names.push_back(AbsolutePath(folder, name));
+    names.push_back(AbsolutePath(world.files, folder, name));
     fileNames.insert(FoldCase(FileNameOf(names.back())));
   }
   // By the last part of the name alone, since a launcher may write the folders in another way.

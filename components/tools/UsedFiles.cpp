@@ -67,7 +67,7 @@ void AddArguments(const ToolCommand& command, NameSet& used) {
 }  // namespace
 
 std::vector<LibraryPlaces> FindLibraryPlaces(const std::vector<LibraryRule>& rules,
-                                             const ToolCommand& command) {
+                                             const ToolCommand& command, FileSystem* disk) {
   std::vector<LibraryPlaces> libraries;
   for (const LibraryRule& rule : rules) {
     const std::vector<std::string> folders = ValuesOf(rule.folderFlag, command.arguments);
@@ -75,7 +75,7 @@ std::vector<LibraryPlaces> FindLibraryPlaces(const std::vector<LibraryRule>& rul
       LibraryPlaces& places = libraries.emplace_back();
       for (const std::string& folder : folders) {
         for (const std::string& file : FileNames(rule, name)) {
-          places.push_back(AbsolutePath(AbsolutePath(command.folder, folder), file));
+          places.push_back(AbsolutePath(disk, AbsolutePath(disk, command.folder, folder), file));
         }
       }
     }

@@ -10,7 +10,8 @@ namespace tarn::tools {
 // The places of the libraries that a command names by flags, in the order in which the program
 // looks for them: one list for each name, absolute.
 std::vector<LibraryPlaces> FindLibraryPlaces(const std::vector<LibraryRule>& rules,
-                                             const ToolCommand& command);
+                                             const ToolCommand& command,
+                                             FileSystem* disk = nullptr);
 
 // Those of the candidates (absolute) that a run reads: files of the run, dependencies, libraries
 // and whatever its arguments name, also behind an equal sign or between commas. The output of the

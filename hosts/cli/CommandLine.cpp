@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "hosts/cli/HelpText.h"
-#include "hosts/cli/Suggest.h"
+#include "hosts/frame/Suggest.h"
 
 namespace tarn::host {
 

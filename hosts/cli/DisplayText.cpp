@@ -70,6 +70,8 @@ std::string_view FindName(std::string_view line, std::string_view file) {
 
 std::string DisplayPath(const std::string& path, const std::string& folder) {
   if (IsRelativePath(path) || folder.empty()) return path;
+  // The OS follows a symbolic link before this "..", so the path can't be shortened by its letters.
+  if (FindParentStep(path) != std::string::npos) return path;
   std::string relative = ReplaceAll(RelativeDiskPath(folder, path), "\\", "/");
   if (relative.empty()) return path;
   if (relative.starts_with("./")) relative.erase(0, 2);

@@ -3,8 +3,8 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/cli/Suggest.h"
 #include "hosts/frame/ProjectFile.h"
+#include "hosts/frame/Suggest.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -136,8 +136,8 @@ int Edit::Add() {
 }
 
 int Edit::AddOne(const std::string& file) {
-  const std::string path =
-      CanonicalPath(IsRelativePath(file) ? JoinPath(context.StartFolder(), file) : file);
+  const std::string path = context.Files().Canonical(
+      IsRelativePath(file) ? JoinPath(context.StartFolder(), file) : file);
   const bool isApplication = EqualNoCase(ExtensionOf(path), kApplicationExtension);
   if (context.Files().IsFolder(path)) {
     return Fail(context.Show(path) + " is a folder. Name the files in it.");

@@ -4,10 +4,10 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/SarifReport.h"
-#include "hosts/cli/Suggest.h"
 #include "hosts/frame/CompileCommands.h"
 #include "hosts/frame/MessageTexts.h"
 #include "hosts/frame/ProjectFile.h"
+#include "hosts/frame/Suggest.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -71,8 +71,8 @@ int ExportCompileCommands(CommandContext& context) {
   std::vector<ApplicationEntry> chosen;
   if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
   if (const int code = CheckConfigurations(context, chosen); code != kExitDone) return code;
-  const CompileCommandList list =
-      CollectCompileCommands(context.Session(), chosen, context.Asked().configurations);
+  const CompileCommandList list = CollectCompileCommands(context.Session(), context.Files(), chosen,
+                                                         context.Asked().configurations);
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
   for (const CompileCommand& each : list.commands) {
     document.push_back({{"directory", each.directory},

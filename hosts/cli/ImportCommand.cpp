@@ -35,7 +35,8 @@ class Import final : private DialogResponder {
  private:
   static std::string FullPath(CommandContext& context) {
     const std::string& path = context.Asked().older;
-    return CanonicalPath(IsRelativePath(path) ? JoinPath(context.StartFolder(), path) : path);
+    return context.Files().Canonical(IsRelativePath(path) ? JoinPath(context.StartFolder(), path)
+                                                          : path);
   }
 
   // The only question is whether the project that an earlier import left may be replaced.

@@ -17,7 +17,7 @@ NewProject PlanOf(CommandContext& context) {
   std::string path = context.Asked().name;
   if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
   NewProject project;
-  project.folder = CanonicalPath(path);
+  project.folder = context.Files().Canonical(path);
   // As a shell completes the name of a folder.
   if (project.folder.ends_with(kSeparator)) project.folder.pop_back();
   project.name = FileNameOf(project.folder);

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "hosts/cli/DisplayText.h"
-#include "hosts/cli/Suggest.h"
+#include "hosts/frame/Suggest.h"
 #include "hosts/frame/WizardForm.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"

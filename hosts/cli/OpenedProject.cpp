@@ -1,15 +1,18 @@
 #include "hosts/cli/OpenedProject.h"
 
 #include <algorithm>
+#include <functional>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "components/common/OptionValues.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/cli/Suggest.h"
+#include "hosts/frame/LogEntry.h"
 #include "hosts/frame/NewConfiguration.h"
 #include "hosts/frame/ProjectFile.h"
+#include "hosts/frame/Suggest.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -158,17 +161,26 @@ int CommandContext::ChooseApplications(std::vector<ApplicationEntry>& chosen) {
 int CommandContext::SelectConfiguration(const std::vector<ApplicationEntry>& applications) {
   const std::string selected = Session().Manager().GetSelectedApplication();
   std::vector<std::string> known;
+  std::vector<const ApplicationEntry*> others;
   bool found = false;
   for (const ApplicationEntry& each : applications) {
     known.insert(known.end(), each.configurations.begin(), each.configurations.end());
     const std::string name = FindConfiguration(each, asked.configuration);
-    if (name.empty()) continue;
+    if (name.empty()) {
+      others.push_back(&each);
+      continue;
+    }
     found = true;
     if (EqualNoCase(name, each.configuration)) continue;
     SwitchTo(each, name);
     switched.push_back(each);
   }
   if (!selected.empty()) Session().Inspector().SelectNodeByKey(selected);
+  for (const ApplicationEntry* each : others) {
+    if (!found) break;
+    Remark("The application \"" + each->label + "\" has no configuration \"" + asked.configuration +
+           "\"; it stays with \"" + each->configuration + "\".");
+  }
   if (found) return kExitDone;
   Complain("There is no configuration \"" + asked.configuration + "\"." +
            SuggestionText(asked.configuration, known) +
@@ -197,7 +209,7 @@ int CommandContext::ChooseNode() {
 
 int CommandContext::SelectNodeIn(const std::string& key, const std::string& application) {
   // A path is the user's, so it starts in the user's folder.
-  const std::string path = IsRelativePath(key) ? CanonicalPath(JoinPath(startFolder, key)) : key;
+  const std::string path = IsRelativePath(key) ? files.Canonical(JoinPath(startFolder, key)) : key;
   const int count = Session().Inspector().SelectNodeByKey(path, application);
   return count != 0 ? count : Session().Inspector().SelectNodeByKey(key, application);
 }
@@ -217,15 +229,39 @@ int CommandContext::FindNode(const std::string& key, const std::string& applicat
   if (count == 1) return kExitDone;
   const std::string place = application.empty() ? "this project" : "the application " + application;
   if (count == 0) {
-    Complain("There is no file, group or application \"" + key + "\" in " + place +
-             ". `tarn tree` shows what there is.");
+    Complain("There is no file, group or application \"" + key + "\" in " + place + "." +
+             SuggestionText(key, NodeNames(application)) + " `tarn tree` shows what there is.");
   } else {
     // The wrong one would be taken in half of the cases.
     const bool isAnywhere = application.empty() && SelectNodeIn(key, "") != 0;
     Complain("\"" + key + "\" is in " + place + " several times. Write its path" +
-             (isAnywhere ? ", or APP/" + key + " for that of an application." : "."));
+             (isAnywhere ? ", or APP/" + key + " for that of an application." : ".") + " GROUP/" +
+             key + " means that of a group, \"" + key + "#1\" the first of them.");
   }
   return kExitUsage;
+}
+
+// What a node can be called: labels, and paths as seen from the user's folder.
+std::vector<std::string> CommandContext::NodeNames(const std::string& application) {
+  Session().Inspector().PublishAll();  // so that paths are absolute
+  std::set<std::string> names;
+  const ProjectTree tree(Session().Inspector().GetTree());
+  const std::function<void(const CXmlNode&)> collect = [&](const CXmlNode& node) {
+    const std::string path = AttributeOf(&node, "Path");
+    names.insert(AttributeOf(&node, "Header"));
+    names.insert(DisplayPath(path, startFolder));
+    for (const CXmlNode* child : node.GetChildren()) {
+      if (ProjectTree::IsShown(*child)) collect(*child);
+    }
+  };
+  if (tree.GetRoot() == nullptr) return {};
+  for (const CXmlNode* node : tree.GetRoot()->GetChildren()) {
+    const bool isMeant =
+        application.empty() || EqualNoCase(AttributeOf(node, "Header"), application);
+    if (ProjectTree::IsShown(*node) && isMeant) collect(*node);
+  }
+  names.erase("");
+  return {names.begin(), names.end()};
 }
 
 bool CommandContext::RenameCurrentNode(const std::string& label) {

@@ -54,9 +54,10 @@ class CommandContext {
   int ChooseApplications(std::vector<ApplicationEntry>& chosen);
   // Makes the node current that --node means, else the application of --app, else the active one.
   int ChooseNode();
-  // Makes the node current that the user means: by a path or a label, or by either of them behind
-  // the label of its application and a slash. Without the latter it is looked for in `application`,
-  // anywhere for an empty one. Gives how many could be meant; of several none becomes current.
+  // Makes the node current that the user means: by a path or a label, by either of them after
+  // the label of its application or group and a slash, or by one of these with "#N" for the Nth of
+  // several. Without a label it is looked for in `application`, anywhere for an empty one. Gives
+  // how many could be meant; of several none becomes current.
   int SelectNode(const std::string& key, const std::string& application);
   // The same for one that has to be there. 0, or an exit code with everything said.
   int FindNode(const std::string& key, const std::string& application);
@@ -69,6 +70,7 @@ class CommandContext {
  private:
   void ShowDamage();
   int RefuseDamaged();
+  std::vector<std::string> NodeNames(const std::string& application);
   int SelectNodeIn(const std::string& key, const std::string& application);
   int SelectConfiguration(const std::vector<ApplicationEntry>& applications);
   void SwitchTo(const ApplicationEntry& application, const std::string& configuration);

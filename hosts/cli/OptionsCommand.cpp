@@ -5,8 +5,8 @@
 #include "components/common/OptionValues.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/cli/Suggest.h"
 #include "hosts/frame/OptionTable.h"
+#include "hosts/frame/Suggest.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {

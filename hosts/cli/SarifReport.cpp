@@ -5,6 +5,7 @@
 #include <ctime>
 #include <nlohmann/json.hpp>
 
+#include "platform/files/FileSystem.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -53,7 +54,10 @@ std::string RuleOf(const std::string& message) {
 nlohmann::json LocationOf(const LogEntry& entry, const std::string& projectFolder) {
   nlohmann::json artifact;
   const std::string root = AddSeparator(projectFolder);
-  const std::string path = CanonicalPath(entry.file);
+  // Readers of a URI resolve ".." by its letters.
+  FileSystem& files = FileSystem::Native();
+  std::string path = files.Canonical(entry.file);
+  if (FindParentStep(path) != std::string::npos) path = CanonicalPath(files.ResolveLinks(path));
   if (path.starts_with(root)) {
     artifact = {{"uri", UriPathOf(path.substr(root.size()))}, {"uriBaseId", kProjectRoot}};
   } else {

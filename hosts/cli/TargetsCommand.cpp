@@ -4,7 +4,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/cli/Suggest.h"
+#include "hosts/frame/Suggest.h"
 #include "hosts/frame/TargetEntry.h"
 #include "platform/text/Text.h"
 

@@ -22,7 +22,7 @@ void ProjectWatch::Follow(const std::string& projectPath) {
     for (const CXmlNode* child : root ? root->GetChildren() : std::vector<CXmlNode*>{}) {
       const std::string name = ToNativeSeparators(AttributeOf(child, "Extern"));
       if (name.empty()) continue;
-      Note(IsRelativePath(name) ? CanonicalPath(JoinPath(FolderOf(projectPath), name)) : name);
+      Note(IsRelativePath(name) ? files.Canonical(JoinPath(FolderOf(projectPath), name)) : name);
     }
   }
   Watch();

@@ -246,7 +246,7 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
     if (state.IsOutdated()) state.Restore();
     isRunning = true;
     BeginWork(observer);
-    const bool isDone = RunCommand(SelectCommand(request));
+    const bool isDone = RefusesSharedOutputs(request) || RunCommand(SelectCommand(request));
     if (!isDone && !stopRequested) ServePostedCommands();
     isRunning = false;
     JudgeGaps(request);
@@ -345,6 +345,20 @@ bool BuildSession::RunCommand(std::uint32_t command) {
   if (manager.Command(command) == 2) WaitForWorker();
   outcome.end = workerSucceeded ? BuildEnd::Succeeded : BuildEnd::Failed;
   return manager.EpilogCommand(command) != 0;
+}
+
+// Two sources with one output would make a program without one of them.
+bool BuildSession::RefusesSharedOutputs(const BuildRequest& request) {
+  if (request.work == BuildWork::Clean) return false;
+  std::vector<LogEntry> errors;
+  for (const std::string& line : SplitLines(inspector.GetSharedOutputs(request.application))) {
+    errors.push_back({LogKind::Error, "error: " + line, line, {}, 0});
+    manager.ReportMessage(errors.back().text);
+  }
+  if (errors.empty()) return false;
+  if (watcher != nullptr) watcher->OnToolEnded(false, errors);
+  outcome.end = BuildEnd::Failed;
+  return true;
 }
 
 void BuildSession::WaitForWorker() {

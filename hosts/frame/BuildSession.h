@@ -209,6 +209,7 @@ class BuildSession {
   std::size_t CountInputs(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
   void WaitForWorker();
+  bool RefusesSharedOutputs(const BuildRequest& request);
   void ServePostedCommands();
   void JudgeGaps(const BuildRequest& request);
   Status AttachComponents();

@@ -20,10 +20,6 @@ bool IsWanted(const std::vector<std::string>& configurations, const std::string&
                      [&name](const std::string& each) { return EqualNoCase(each, name); });
 }
 
-std::string AbsoluteIn(const std::string& folder, const std::string& path) {
-  return CanonicalPath(IsRelativePath(path) ? JoinPath(folder, path) : path);
-}
-
 // The commands of a tool's run as they are without launchers.
 std::vector<ToolCommand> WithoutLaunchers(const std::string& xml) {
   std::vector<ToolCommand> commands = ParseCommands(xml);
@@ -42,8 +38,8 @@ std::vector<ToolCommand> WithoutLaunchers(const std::string& xml) {
 
 class Collector {
  public:
-  Collector(BuildSession& openSession, CompileCommandList& result)
-      : session(openSession), list(result) {}
+  Collector(BuildSession& openSession, FileSystem& fileSystem, CompileCommandList& result)
+      : session(openSession), disk(fileSystem), list(result) {}
 
   void Switch(const std::string& label, const std::string& name) {
     session.Manager().SelectApplication(label);
@@ -83,21 +79,26 @@ class Collector {
   // Of several steps the one counts that is given the source.
   void AddFile(const std::vector<ToolCommand>& commands, const std::string& file,
                const std::string& output) {
+    const std::string name = disk.NameOnDisk(disk.Canonical(file));
     for (const ToolCommand& command : commands) {
-      const bool takesFile = std::any_of(
-          command.arguments.begin(), command.arguments.end(), [&](const std::string& argument) {
-            return AbsoluteIn(command.folder, argument) == CanonicalPath(file);
-          });
+      const bool takesFile = std::any_of(command.arguments.begin(), command.arguments.end(),
+                                         [&](const std::string& argument) {
+                                           return AbsoluteIn(command.folder, argument) == name;
+                                         });
       if (!takesFile) continue;
       CompileCommand& entry = list.commands.emplace_back();
       entry.configuration = configuration;
       entry.directory = command.folder;
-      entry.file = CanonicalPath(file);
+      entry.file = name;
       entry.output = AbsoluteIn(command.folder, output);
       entry.arguments = command.arguments;
       entry.arguments.insert(entry.arguments.begin(), FullPathOf(command));
       return;
     }
+  }
+
+  std::string AbsoluteIn(const std::string& folder, const std::string& path) {
+    return disk.Canonical(IsRelativePath(path) ? JoinPath(folder, path) : path);
   }
 
   std::string FullPathOf(const ToolCommand& command) {
@@ -111,17 +112,18 @@ class Collector {
   }
 
   BuildSession& session;
+  FileSystem& disk;
   CompileCommandList& list;
   std::string configuration;
 };
 
 }  // namespace
 
-CompileCommandList CollectCompileCommands(BuildSession& session,
+CompileCommandList CollectCompileCommands(BuildSession& session, FileSystem& files,
                                           const std::vector<ApplicationEntry>& applications,
                                           const std::vector<std::string>& configurations) {
   CompileCommandList list;
-  Collector collector(session, list);
+  Collector collector(session, files, list);
   const std::string selected = session.Manager().GetSelectedApplication();
   std::vector<ApplicationEntry> ordered = applications;
   std::stable_partition(ordered.begin(), ordered.end(),

@@ -13,7 +13,7 @@ namespace tarn::host {
 struct CompileCommand {
   std::string configuration;
   std::string directory;               // absolute; where the compiler is started
-  std::string file;                    // absolute
+  std::string file;                    // absolute, as the disk spells it
   std::string output;                  // absolute
   std::vector<std::string> arguments;  // the compiler itself first, by its full path
 };
@@ -29,7 +29,7 @@ struct CompileCommandList {
 // left out, and so is a launcher in front of a compiler.
 //
 // Switches configurations and leaves those in force that were; the project isn't saved.
-CompileCommandList CollectCompileCommands(BuildSession& session,
+CompileCommandList CollectCompileCommands(BuildSession& session, FileSystem& files,
                                           const std::vector<ApplicationEntry>& applications,
                                           const std::vector<std::string>& configurations);
 

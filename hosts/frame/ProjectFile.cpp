@@ -37,7 +37,7 @@ FoundProject FindProject(FileSystem& files, const std::string& argument) {
   const std::string here = files.CurrentFolder();
   std::string path = argument.empty() ? here : argument;
   if (IsRelativePath(path)) path = JoinPath(here, path);
-  path = CanonicalPath(path);
+  path = files.Canonical(path);
   if (files.IsFolder(path)) return FindInFolder(files, path);
   if (!files.Exists(path)) {
     return {{}, {}, "There is no project file or folder named " + argument + "."};

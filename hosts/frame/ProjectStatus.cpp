@@ -24,6 +24,7 @@ constexpr ReasonText kReasons[] = {
     {"output-changed", "its output %1 was changed by something else since it was built"},
     {"source-missing", "its source %1 is missing"},
     {"source-newer", "is newer than %3"},
+    {"source-renamed", "its source %1 was built by another spelling of its name"},
     {"dependency-missing", "its %2 %1 is missing"},
     {"dependency-newer", "its %2 %1 is newer than %3"},
     {"part-missing", "its part %1 is missing"},

@@ -110,6 +110,9 @@ class InspectorDriver : public COleDispatchDriver {
   }
   DispatchPtr GetPropertyManager();
   // How many nodes could be meant; only one of its kind is made current.
+  std::string GetSharedOutputs(const std::string& application) {
+    return InvokeText(50, {application});
+  }
   std::int32_t SelectNodeByKey(const std::string& key, const std::string& application = {}) {
     return InvokeLong(8, {key, application});
   }

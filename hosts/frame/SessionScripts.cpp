@@ -2,6 +2,9 @@
 
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/NewConfiguration.h"
+#include "hosts/frame/ProjectTree.h"
+#include "hosts/frame/Suggest.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 
@@ -25,6 +28,19 @@ void SessionScripts::ShowLine(const std::string& line) {
   if (onLine) onLine(line);
 }
 
+SessionScripts::FoundLabel SessionScripts::FindApplicationLabel(const std::string& application) {
+  if (application.empty()) return {};
+  std::vector<std::string> labels;
+  for (const ApplicationEntry& each :
+       ProjectTree(session.Inspector().GetTree()).GetApplications()) {
+    if (EqualNoCase(each.label, application)) return {each.label, {}};
+    labels.push_back(each.label);
+  }
+  return {{},
+          "There is no application \"" + application + "\" in this project." +
+              SuggestionText(application, labels)};
+}
+
 std::string SessionScripts::CheckCall(const std::string& method,
                                       const std::vector<Variant>& arguments) {
   return session.CheckCall(method, arguments);
@@ -34,7 +50,10 @@ ScriptBuild SessionScripts::Build(const std::string& work, const std::string& ap
   ScriptBuild refused;
   refused.problem = session.CheckCall("ProjectBuild", {});
   if (!refused.problem.empty()) return refused;
-  const BuildRequest request{WorkOf(work), application};
+  const FoundLabel found = FindApplicationLabel(application);
+  refused.problem = found.problem;
+  if (!refused.problem.empty()) return refused;
+  const BuildRequest request{WorkOf(work), found.label};
   const BuildOutcome outcome = runBuild ? runBuild(request) : session.Run(request, nullptr);
   return {WordOf(outcome.end), outcome.toolsRun, outcome.toolsFailed, {}};
 }
@@ -45,7 +64,7 @@ std::string SessionScripts::WaitForBuild() {
 
 std::string SessionScripts::GetSize(const std::string& application) {
   for (const ApplicationSummary& each : session.GetSummaries()) {
-    if (each.label == application) return each.infos;
+    if (EqualNoCase(each.label, application)) return each.infos;
   }
   return {};
 }

@@ -31,6 +31,13 @@ class SessionScripts : private ScriptHost {
   void ForgetStop() { runner.ForgetStop(); }
 
  private:
+  struct FoundLabel {
+    std::string label;    // as the project writes it
+    std::string problem;  // why there is none
+  };
+  // An empty label means the whole project.
+  FoundLabel FindApplicationLabel(const std::string& application);
+
   void ShowLine(const std::string& line) override;
   std::string CheckCall(const std::string& method, const std::vector<Variant>& arguments) override;
   ScriptBuild Build(const std::string& work, const std::string& application) override;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "hosts/frame/Suggest.h"
 #include "hosts/serve/RpcMessage.h"
 
 namespace tarn::host {
@@ -69,7 +70,9 @@ CallProblem OrderParams(std::string_view method, const std::vector<std::string_v
   for (const auto& [name, value] : params.items()) {
     const auto found = std::find(names.begin(), names.end(), name);
     if (found == names.end()) {
-      return {kRpcBadParams, Usage(method, names) + "; there is no " + Quote(name)};
+      const std::string hint = SuggestionText(name, {names.begin(), names.end()});
+      return {kRpcBadParams, Usage(method, names) + "; there is no " + Quote(name) +
+                                 (hint.empty() ? "" : "." + hint)};
     }
     ordered[static_cast<std::size_t>(found - names.begin())] = value;
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "hosts/frame/Suggest.h"
 #include "hosts/serve/FindingJson.h"
 #include "platform/paths/Paths.h"
 
@@ -220,7 +221,7 @@ CallProblem RpcServer::ReadFolders(const std::vector<json>& params, HostFolders&
       return {kRpcBadParams, std::string("initialize: ") + name + " is no path"};
     }
     if (IsRelativePath(*path)) *path = JoinPath(files.CurrentFolder(), *path);
-    *path = CanonicalPath(*path);  // a folder with a separator behind it has no name
+    *path = files.Canonical(*path);  // a folder with a separator behind it has no name
   }
   folders.application = AddSeparator(folders.application);
   return {};
@@ -248,7 +249,10 @@ CallProblem RpcServer::CallMethod(const RpcRequest& request, json& result) {
     return each.name == request.method;
   });
   if (method == methods.end()) {
-    return {kRpcNoMethod, "There is no method \"" + request.method + "\"."};
+    std::vector<std::string> names;
+    for (const MethodInfo& each : methods) names.emplace_back(each.name);
+    return {kRpcNoMethod, "There is no method \"" + request.method + "\"." +
+                              SuggestionText(request.method, names)};
   }
   std::vector<Variant> arguments;
   if (CallProblem problem = BindArguments(*method, request.params, arguments); problem.code != 0) {

@@ -146,7 +146,7 @@ void CProjectManager::SendMenus(const CXmlNode& configuration) {
 }
 
 std::string CProjectManager::OwnFolderName() const {
-  const std::string path = CanonicalPath(applicationPath);
+  const std::string path = platform.files.Canonical(applicationPath);
   std::string name = BehindLastSeparator(path);
   if (name.empty() && !path.empty()) name = BehindLastSeparator(path.substr(0, path.size() - 1));
   return EqualNoCase(name, "Tarn") ? std::string() : name;
@@ -172,7 +172,7 @@ void CProjectManager::SeedDefaultProject() {
   }
   if (IsRelativePath(base)) base = JoinPath(platform.files.CurrentFolder(), base);
   const std::string name = BehindLastSeparator(dataPath);
-  defaultProjectPath = CanonicalPath(base + kSeparator + name + ".tprj");
+  defaultProjectPath = platform.files.Canonical(base + kSeparator + name + ".tprj");
   const std::string application = base + kSeparator + name + ".tapp";
   if (platform.files.Exists(defaultProjectPath) && platform.files.Exists(application)) return;
   // A copy that cannot be made is missed when the default project is opened.

@@ -6,6 +6,7 @@
 
 #include "automation/ApplicationSearch.h"
 #include "automation/BuildGaps.h"
+#include "automation/NodeSearch.h"
 #include "automation/TargetList.h"
 #include "build/ApplicationOrder.h"
 #include "platform/paths/Paths.h"
@@ -54,6 +55,8 @@ const char* NameOf(StaleReason reason) {
       return "source-missing";
     case StaleReason::SourceNewer:
       return "source-newer";
+    case StaleReason::SourceRenamed:
+      return "source-renamed";
     case StaleReason::DependencyMissing:
       return "dependency-missing";
     case StaleReason::DependencyNewer:
@@ -82,14 +85,21 @@ void CopyAttribute(const CXmlNode& from, const char* name, CXmlNode& to, const c
 
 // Walks the nodes below an application that take part in its build, in build order.
 template <class OnNode>
-void ForEachBuiltNode(const NodeTypes& types, CXmlNode& node, OnNode&& onNode) {
-  if ((types.FlagsOf(node) & kTypeBuild) == 0 || IsExactlyYes(node, "Exclude")) return;
+void ForEachBuiltNode(const NodeTypes& types, const std::unordered_set<const CXmlNode*>& repeated,
+                      CXmlNode& node, const OnNode& onNode) {
+  const bool isBuildable = (types.FlagsOf(node) & kTypeBuild) != 0 && !repeated.contains(&node);
+  if (!isBuildable || IsExactlyYes(node, "Exclude")) return;
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode& child = *node.GetChild(i);
-    if (IsContentNode(child)) ForEachBuiltNode(types, child, onNode);
+    if (IsContentNode(child)) ForEachBuiltNode(types, repeated, child, onNode);
   }
   const char* tool = node.GetAttrValue("TranslateTool");
   if (tool != nullptr && *tool != '\0') onNode(node);
+}
+
+template <class OnNode>
+void ForEachBuiltNode(CProjectModel& model, CXmlNode& application, const OnNode& onNode) {
+  ForEachBuiltNode(model.types, model.FindRepeatedNodes(application), application, onNode);
 }
 
 // Rows for what a build passes over: the application itself, or what is below it.
@@ -128,7 +138,7 @@ void AddStatus(CProjectModel& model, const ApplicationOrder& order, CXmlNode& ap
     CopyAttribute(*used, "Header", *entry.AddChild("Uses"), "Header");
     partsAreStale = partsAreStale || HasStaleNodes(status, *used);
   }
-  ForEachBuiltNode(model.types, application, [&](CXmlNode& node) {
+  ForEachBuiltNode(model, application, [&](CXmlNode& node) {
     const StaleVerdict verdict = model.ExamineNode(node);
     const bool waitsForParts = !verdict && &node == &application && partsAreStale;
     if (!verdict && !waitsForParts) return;
@@ -181,6 +191,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetBuildProblem>("GetBuildProblem", 32, {}),
       Method<&I::CopyConfiguration>("CopyConfiguration", 23, {"from", "to"}),
       Method<&I::RefreshDefinitions>("RefreshDefinitions", 24, {}),
+      Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"applicationHeader"}),
   });
   return table;
 }
@@ -235,10 +246,25 @@ std::string CProjectInspector::GetBuildInputs() {
   std::string lines;
   ForEachApplication(*model, [&](CXmlNode& application) {
     lines += "A " + TextOf(application.GetAttrValue("Header")) + "\n";
-    ForEachBuiltNode(model->types, application, [&](CXmlNode& node) {
+    ForEachBuiltNode(*model, application, [&](CXmlNode& node) {
       if (FindStoredValues(node) == nullptr) return;
       lines += "N " + TextOf(node.GetAttrValue("OutputFile")) + "\n";
     });
+  });
+  return lines;
+}
+
+std::string CProjectInspector::GetSharedOutputs(const char* applicationHeader) {
+  CProjectModel* model = Model();
+  const std::string wanted = TextOf(applicationHeader);
+  std::string lines;
+  if (model == nullptr) return lines;
+  ForEachApplication(*model, [&](CXmlNode& application) {
+    const std::string label = TextOf(application.GetAttrValue("Header"));
+    if (!wanted.empty() && !EqualNoCase(label, wanted)) return;
+    for (const SharedOutput& each : model->FindSharedOutputs(application)) {
+      if (!each.isSameSource) lines += DescribeSharedOutput(each) + "\n";
+    }
   });
   return lines;
 }
@@ -270,67 +296,14 @@ DispatchPtr CProjectInspector::GetPropertyManager() {
   return DispatchPtr(object->GetPropertyManager()->GetDispatch());
 }
 
-namespace {
-
-bool EndsWithNoCase(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && EqualNoCase(text.substr(text.size() - end.size()), end);
-}
-
-template <class OnNode>
-void ForEachContentNode(CXmlNode& node, OnNode&& onNode) {
-  onNode(node);
-  for (int i = 0; i < node.GetChildCount(); ++i) {
-    CXmlNode& child = *node.GetChild(i);
-    if (IsContentNode(child)) ForEachContentNode(child, onNode);
-  }
-}
-
-std::vector<CXmlNode*> FindByPath(const CProjectModel& model, CXmlNode& start,
-                                  const std::string& path, bool exactly) {
-  std::vector<CXmlNode*> found;
-  const std::string name = FileNameOf(path);
-  ForEachContentNode(start, [&](CXmlNode& node) {
-    const char* own = node.GetAttrValue("Path");
-    // Nearly all nodes have another name, and this is the quick part.
-    if (own == nullptr || *own == '\0' || !EndsWithNoCase(own, name)) return;
-    const std::string base = model.PathBaseOf(node);
-    std::string full;
-    model.MakeAbsolutePath(own, full, base.empty() ? nullptr : base.c_str());
-    if (IsSamePath(full, path, exactly)) found.push_back(&node);
-  });
-  return found;
-}
-
-std::vector<CXmlNode*> FindByLabel(CXmlNode& start, std::string_view label) {
-  std::vector<CXmlNode*> found;
-  ForEachContentNode(start, [&](CXmlNode& node) {
-    const char* own = node.GetAttrValue("Header");
-    if (own != nullptr && EqualNoCase(own, label)) found.push_back(&node);
-  });
-  return found;
-}
-
-}  // namespace
-
 std::int32_t CProjectInspector::SelectNodeByKey(const char* key, const char* application) {
   CProjectModel* model = Model();
   if (model == nullptr || key == nullptr || *key == '\0') return 0;
   const std::string scope = TextOf(application);
   CXmlNode* start = scope.empty() ? &model->GetProjectRoot() : FindApplication(*model, scope);
   if (start == nullptr) return 0;
-  std::vector<CXmlNode*> found;
-  const std::string folders[] = {static_cast<CProjectManager*>(manager.Get())->GetCurrentFolder(),
-                                 model->GetProjectFolder()};
-  for (const bool exactly : {true, false}) {
-    for (const std::string& folder : folders) {
-      std::string path;
-      model->MakeAbsolutePath(key, path, folder.c_str());
-      if (found.empty()) found = FindByPath(*model, *start, path, exactly);
-    }
-  }
-  if (found.empty()) found = FindByLabel(*start, key);
-  // Whoever names the application means what is in it, should that have the same label.
-  if (!scope.empty() && found.size() > 1 && found.front() == start) found.erase(found.begin());
+  const NodeSearch search(*model, static_cast<CProjectManager*>(manager.Get())->GetCurrentFolder());
+  const std::vector<CXmlNode*> found = search.FindNumbered(*start, !scope.empty(), key);
   if (found.size() == 1) model->SetCurrentNode(found.front());
   return static_cast<std::int32_t>(found.size());
 }

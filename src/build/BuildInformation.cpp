@@ -1,7 +1,9 @@
 // What tools report about their outputs, and what the host may ask around a build.
 
 #include <algorithm>
+#include <optional>
 
+#include "build/Staleness.h"
 #include "output/MessageTable.h"
 #include "patterns/Parser.h"
 #include "platform/paths/Paths.h"
@@ -13,26 +15,32 @@ namespace tarn {
 
 namespace {
 
-// Adds every node whose output a report can reach. A node hides what lies below it only for its own
-// value; of several nodes with one value the last in document order is reached.
-void IndexOutputs(CXmlNode& node, const CXmlNode& start,
-                  std::unordered_map<std::string, CXmlNode*>& index) {
-  if (const char* outputFile = node.GetAttrValue("OutputFile")) {
-    bool isHidden = false;
-    for (const CXmlNode* above = &node; !isHidden && above != &start;) {
-      above = above->GetParent();
-      const char* value = above->GetAttrValue("OutputFile");
-      isHidden = value != nullptr && EqualNoCase(value, outputFile);
-    }
-    if (!isHidden) index[FoldCase(outputFile)] = &node;
-  }
-  for (int i = 0; i < node.GetChildCount(); ++i) IndexOutputs(*node.GetChild(i), start, index);
-}
-
 bool HoldsOutput(const CXmlNode& node) {
   if (node.GetAttr("OutputFile") != nullptr) return true;
   for (int i = 0; i < node.GetChildCount(); ++i) {
     if (HoldsOutput(*node.GetChild(i))) return true;
+  }
+  return false;
+}
+
+// A tool runs for the node in a build of the application.
+bool IsBuilt(const CXmlNode& node, const CXmlNode& application) {
+  const char* tool = node.GetAttrValue("TranslateTool");
+  if (tool == nullptr || *tool == '\0') return false;
+  for (const CXmlNode* level = &node; level != nullptr; level = level->GetParent()) {
+    if (IsExactlyYes(*level, "Exclude")) return false;
+    if (level == &application) return true;
+  }
+  return true;
+}
+
+// Returns whether several nodes have one output. Cheaper than an index, and nearly always false.
+bool HasSharedOutput(const CXmlNode& node, std::unordered_set<std::string_view>& seen) {
+  const char* output = node.GetAttrValue("OutputFile");
+  if (output != nullptr && *output != '\0' && !seen.insert(output).second) return true;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    const CXmlNode& child = *node.GetChild(i);
+    if (IsContentNode(child) && HasSharedOutput(child, seen)) return true;
   }
   return false;
 }
@@ -98,16 +106,49 @@ bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
   return true;
 }
 
+const OutputIndex& CProjectModel::IndexOutputs(CXmlNode& application) {
+  if (outputIndexEpoch != outputEpoch) outputIndexes.clear();
+  outputIndexEpoch = outputEpoch;
+  return outputIndexes.try_emplace(&application, application).first->second;
+}
+
 CXmlNode* CProjectModel::FindNodeByOutput(CXmlNode& application, const char* outputFile) {
   if (outputFile == nullptr) return nullptr;
-  if (nodesByOutputOwner != &application || nodesByOutputEpoch != outputEpoch) {
-    nodesByOutput.clear();
-    IndexOutputs(application, application, nodesByOutput);
-    nodesByOutputOwner = &application;
-    nodesByOutputEpoch = outputEpoch;
+  const OutputIndex& index = IndexOutputs(application);
+  // The disk tells names apart that differ in letter case.
+  CXmlNode* const exact = index.FindAmongSimilar(outputFile);
+  if (exact != nullptr) {
+    const std::optional<FileStatus> status = files.Examine(outputFile);
+    if (status && !status->otherSpelling) return exact;
   }
-  const auto found = nodesByOutput.find(FoldCase(outputFile));
-  return found == nodesByOutput.end() ? nullptr : found->second;
+  CXmlNode* found = index.Find(outputFile);
+  // One that is left out of the build has not been built.
+  const auto& shared = index.GetShared();
+  for (auto pair = shared.rbegin(); pair != shared.rend(); ++pair) {
+    if (pair->second != found || IsBuilt(*found, application)) continue;
+    if (IsBuilt(*pair->first, application)) found = pair->first;
+  }
+  return found;
+}
+
+std::vector<SharedOutput> CProjectModel::FindSharedOutputs(CXmlNode& application) {
+  std::vector<SharedOutput> found;
+  std::unordered_set<std::string_view> seen;
+  if (!HasSharedOutput(application, seen)) return found;
+  const auto& shared = IndexOutputs(application).GetShared();
+  for (auto pair = shared.begin(); pair != shared.end(); ++pair) {
+    const CXmlNode* const second = pair->second;
+    const CXmlNode* first = pair->first;
+    // The pairs of one output are a chain, in which some may be left out of the build.
+    for (auto before = pair; before != shared.begin() && !IsBuilt(*first, application);) {
+      if ((--before)->second == first) first = before->first;
+    }
+    if (!IsBuilt(*first, application) || !IsBuilt(*second, application)) continue;
+    const std::string path = TextOf(second->GetAttrValue("Path"));
+    const bool isSameSource = path == TextOf(first->GetAttrValue("Path"));
+    found.push_back({first, second, isSameSource && first != &application});
+  }
+  return found;
 }
 
 // The record itself becomes the new list: projects have some ten dependencies for each file, and
@@ -134,6 +175,14 @@ void CProjectModel::ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode
     if (HoldsOutput(*dependency)) ++outputEpoch;
   }
   node.AppendChild(std::move(record));
+}
+
+std::unordered_set<const CXmlNode*> CProjectModel::FindRepeatedNodes(CXmlNode& application) {
+  std::unordered_set<const CXmlNode*> repeated;
+  for (const SharedOutput& each : FindSharedOutputs(application)) {
+    if (each.isSameSource) repeated.insert(each.first);
+  }
+  return repeated;
 }
 
 std::int32_t CProjectModel::RecordBuildInfo(CXmlNode* node, const char* infos, const char* date) {

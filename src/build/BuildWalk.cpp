@@ -222,6 +222,7 @@ bool BuildWalk::StartNode(Frame& frame) {
     // The debug database is made anew by whoever needs it.
     if (frame.mode == ModeClean)
       (void)model.files.RemoveFile(WithExtension(model.projectPath, ".tdb"));
+    repeated = model.FindRepeatedNodes(node);
   }
   if (IsExactlyYes(node, "Exclude")) return Return(true, true);
   for (int i = 0; i < node.GetChildCount(); ++i) {
@@ -239,6 +240,7 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
     return true;
   }
   CXmlNode* child = frame.children[frame.next++];
+  if (repeated.contains(child)) return true;
   const auto output = ahead.TakeGood(*child, model.fileTimes.GetEpoch());
   if (output && model.GetBuildState() != StateStopRequested) {
     frame.newestOutput = Later(frame.newestOutput, output);

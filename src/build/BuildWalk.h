@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "build/ApplicationOrder.h"
@@ -139,6 +140,7 @@ class BuildWalk {
   std::vector<const CXmlNode*> built;  // applications whose tool has run
   std::uint64_t publishedEpoch = 0;    // the whole tree below the start is published
   unsigned stepCount = 0;
+  std::unordered_set<const CXmlNode*> repeated;  // listed again further on, and built there
   NodesAhead ahead;
   std::size_t nodesAhead = 512;  // how far to look ahead for files to examine
   std::optional<Clock::time_point> currentDeadline;

@@ -56,6 +56,7 @@ class NodesAhead {
     for (std::size_t i = first; i < end; ++i) {
       const FileTimes::Look& look = *files[i].look;
       if (!look.IsKnown() || !look.exists) return {};
+      if (i != first && look.status.otherSpelling) return {};  // its name needs another check
       const std::int64_t time = look.status.modifiedSeconds;
       if (files[i].isTimed && (i == first ? time != lastBuilt : time > lastBuilt)) return {};
       if (files[i].version != nullptr && !files[i].version->IsCertainly(look.status)) return {};

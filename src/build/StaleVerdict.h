@@ -16,6 +16,7 @@ enum class StaleReason {
   PartNewer,
   SourceMissing,
   SourceNewer,
+  SourceRenamed,  // the tool was given the file by another spelling of its name
   DependencyMissing,
   DependencyNewer,
   CommandChanged,  // the tool would be run with other commands than it was

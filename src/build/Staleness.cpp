@@ -53,6 +53,17 @@ const CXmlNode* DependenciesOf(const CXmlNode& node) {
   return nullptr;
 }
 
+// A tool that was given the source by its name on the disk reports that name too, if it isn't the
+// listed one.
+bool ReportsSpellingOf(const CXmlNode& node, const char* path) {
+  const CXmlNode* dependencies = DependenciesOf(node);
+  for (int i = 0; dependencies != nullptr && i < dependencies->GetChildCount(); ++i) {
+    const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
+    if (file != nullptr && EqualNoCase(file, path)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 bool Staleness::IsUpToDate(CXmlNode* node) {
@@ -86,12 +97,13 @@ std::int64_t Staleness::LastBuiltOf(const CXmlNode& node) {
   return NumberOf(node.GetAttrValue("LastBuilt"));
 }
 
-FileTimes::Time Staleness::TimeOf(const char* path) {
-  if (onUnknown == Unknown::Examine) return times.Get(path).GetTime();
+const FileTimes::Look& Staleness::Query(const char* path) {
+  static const FileTimes::Look kNothing;
+  if (onUnknown == Unknown::Examine) return times.Get(path);
   const FileTimes::Look* known = times.Find(path);
-  if (known != nullptr) return known->GetTime();
+  if (known != nullptr) return *known;
   hasMissed = true;
-  return std::nullopt;
+  return kNothing;
 }
 
 StaleVerdict Staleness::Examine(CXmlNode& node) {
@@ -128,9 +140,12 @@ StaleVerdict Staleness::ExamineTimes(const CXmlNode& node) {
   if ((flags & kTypeApplication) != 0) return ExamineParts(node, *outputTime);
 
   const char* path = node.GetAttrValue("Path");
-  const FileTimes::Time sourceTime = path == nullptr ? std::nullopt : TimeOf(path);
-  if (!sourceTime) return {StaleReason::SourceMissing, TextOf(path)};
-  if (*sourceTime > *outputTime) return {StaleReason::SourceNewer, path};
+  const FileTimes::Look* const source = path == nullptr ? nullptr : &Query(path);
+  if (source == nullptr || !source->exists) return {StaleReason::SourceMissing, TextOf(path)};
+  if (source->status.modifiedSeconds > *outputTime) return {StaleReason::SourceNewer, path};
+  if (source->status.otherSpelling && !ReportsSpellingOf(node, path)) {
+    return {StaleReason::SourceRenamed, path};
+  }
   return ExamineDependencies(node, *outputTime);
 }
 
@@ -154,9 +169,10 @@ StaleVerdict Staleness::ExamineDependencies(const CXmlNode& node, std::int64_t o
   for (int i = 0; i < dependencies->GetChildCount(); ++i) {
     const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
     if (file == nullptr) continue;
-    const FileTimes::Time time = TimeOf(file);
-    if (!time) return {StaleReason::DependencyMissing, file};
-    if (*time > outputTime) return {StaleReason::DependencyNewer, file};
+    const FileTimes::Look& look = Query(file);
+    const bool isThere = look.exists && !look.status.otherSpelling;
+    if (!isThere) return {StaleReason::DependencyMissing, file};
+    if (look.status.modifiedSeconds > outputTime) return {StaleReason::DependencyNewer, file};
   }
   return {};
 }

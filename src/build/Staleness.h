@@ -14,7 +14,8 @@ namespace tarn {
 // Decides whether the outputs of nodes are up to date, from the nodes' attributes, their types, the
 // times of files in whole seconds, and the nodes' build records. Equal times are up to date; only a
 // later source is stale, while an output must have exactly the time that its tool reported. A node
-// whose record holds no more loses its `LastBuilt`.
+// whose record holds no more loses its `LastBuilt`. Names in the project are looked up without
+// regard to letter case; the names that tools report are exact.
 class Staleness {
  public:
   enum class Unknown {
@@ -47,7 +48,8 @@ class Staleness {
   void AskForParts(const CXmlNode& application, FileTimes::Inquiry& inquiry);
 
  private:
-  FileTimes::Time TimeOf(const char* path);
+  const FileTimes::Look& Query(const char* path);
+  FileTimes::Time TimeOf(const char* path) { return Query(path).GetTime(); }
   StaleVerdict ExamineTimes(const CXmlNode& node);
   StaleVerdict ExamineRecord(CXmlNode& node);
   StaleVerdict ExamineParts(const CXmlNode& application, std::int64_t outputTime);

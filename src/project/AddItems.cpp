@@ -133,13 +133,13 @@ const CXmlNode* CProjectModel::TypeOfItem(const std::string& path, const char* i
 
 // One file is one application, however its path is written.
 bool CProjectModel::HoldsApplicationOf(const std::string& path) const {
-  const std::string wanted = CanonicalPath(path);
+  const std::string wanted = files.Canonical(path);
   for (int i = 0; i < projectRoot->GetChildCount(); ++i) {
     const CXmlNode& child = *projectRoot->GetChild(i);
     std::string full;
     if ((types.FlagsOf(child) & kTypeApplication) != 0 &&
         MakeAbsolutePath(TextOf(child.GetAttrValue("Path")), full, nullptr) &&
-        EqualNoCase(CanonicalPath(full), wanted)) {
+        EqualNoCase(files.Canonical(full), wanted)) {
       return true;
     }
   }

@@ -83,8 +83,8 @@ std::string CProjectModel::AskForProject() {
 }
 
 std::string CProjectModel::FullProjectPath(const std::string& path) const {
-  return CanonicalPath(IsRelativePath(path) ? JoinPath(files.CurrentFolder(), path)
-                                            : ToNativeSeparators(path));
+  return files.Canonical(IsRelativePath(path) ? JoinPath(files.CurrentFolder(), path)
+                                              : ToNativeSeparators(path));
 }
 
 bool CProjectModel::IsOpenAs(const std::string& path) const {

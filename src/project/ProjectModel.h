@@ -8,10 +8,12 @@
 #include <set>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "build/BuildRecords.h"
 #include "build/FileTimes.h"
+#include "build/OutputIndex.h"
 #include "build/RecordCheck.h"
 #include "build/Staleness.h"
 #include "build/ToolCommands.h"
@@ -256,6 +258,7 @@ class CProjectModel {
   void CollectDebugFiles(std::string& list, const CXmlNode* node, const CXmlNode* root,
                          const std::string& separator) const;
   // Tool and file list that a translation of the node would hand over; false without a tool.
+  FileSystem& GetFiles() const { return files; }
   bool GetToolInput(const CXmlNode& node, std::string& tool, std::string& files) const;
 
   std::int32_t StartBuildThread(std::int32_t command);
@@ -293,6 +296,10 @@ class CProjectModel {
   std::string FinishBuildState(bool mayShrink);
   // The node that a report about this output reaches, or null.
   CXmlNode* FindNodeByOutput(CXmlNode& application, const char* outputFile);
+  // Nodes of a published application that are built into one output.
+  std::vector<SharedOutput> FindSharedOutputs(CXmlNode& application);
+  // Nodes whose source is listed again further on, where it is built.
+  std::unordered_set<const CXmlNode*> FindRepeatedNodes(CXmlNode& application);
   std::int32_t RecordBuildInfo(CXmlNode* node, const char* infos, const char* date);
   std::string GetDynamicCommands(std::uint32_t commandId);
   std::string GetSymbolInfo(const char* symbolName);
@@ -412,6 +419,7 @@ class CProjectModel {
   static void BuildThreadMain(std::shared_ptr<WorkerControl> control);
   bool EndWorker();
   bool TakeBuildRecords(const std::string& xmlinfo);
+  const OutputIndex& IndexOutputs(CXmlNode& application);
   void ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> record);
 
   FileSystem& files;
@@ -471,10 +479,8 @@ class CProjectModel {
   RecordCheck recordCheck;
   std::unique_ptr<RecordRestore> recordRestore;  // while one is under way
 
-  // Output files of one application, folded, to the node that a report about them reaches.
-  std::unordered_map<std::string, CXmlNode*> nodesByOutput;
-  const CXmlNode* nodesByOutputOwner = nullptr;
-  std::uint64_t nodesByOutputEpoch = 0;
+  std::unordered_map<const CXmlNode*, OutputIndex> outputIndexes;  // by application
+  std::uint64_t outputIndexEpoch = 0;
 };
 
 }  // namespace tarn

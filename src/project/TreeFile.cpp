@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "output/MessageTable.h"
+#include "platform/files/RelativeName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
@@ -97,7 +98,7 @@ std::int32_t CProjectModel::MakeAbsolutePath(const std::string& path, std::strin
                                              const char* baseFolder) const {
   if (path.empty()) return 0;
   const std::string base = baseFolder == nullptr ? projectFolder : baseFolder;
-  result = IsRelativePath(path) ? CanonicalPath(JoinPath(base, path)) : ToNativeSeparators(path);
+  result = IsRelativePath(path) ? files.Canonical(JoinPath(base, path)) : ToNativeSeparators(path);
   return 1;
 }
 
@@ -105,7 +106,7 @@ std::int32_t CProjectModel::MakeRelativePath(const std::string& path, std::strin
                                              const char* baseFolder) const {
   if (path.empty()) return 0;
   const std::string base = baseFolder == nullptr ? projectFolder : baseFolder;
-  std::string relative = IsRelativePath(path) ? path : RelativeDiskPath(CanonicalPath(base), path);
+  std::string relative = IsRelativePath(path) ? path : RelativeNameOnDisk(files, base, path);
   result = relative.empty() ? path : std::move(relative);
   return 1;
 }

@@ -79,6 +79,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"GetBuildInfos", 44, {"a", "/p/a.o"}, "''", "''"},
       {"CopyConfiguration", 23, {"A", "B"}, "0", "0"},
       {"RefreshDefinitions", 24, {}, "0", "0"},
+      {"GetSharedOutputs", 50, {""}, "''", "''"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "build/BuildWorld.h"
+#include "platform/text/Text.h"
 
 namespace tarn::test {
 namespace {
@@ -37,6 +38,24 @@ TEST(Build, OnlyWhatDependsOnAChangedFileIsRebuiltAndChildrenComeFirst) {
     EXPECT_EQ(world.TakeRuns(), row.runs) << row.change;
     EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("0x800D 1 /tmp/log.xml"));
     EXPECT_THAT(world.TakeRuns(), IsEmpty()) << row.change;
+  }
+}
+
+TEST(Build, ANameThatAToolReportedCountsExactly) {
+  const std::pair<const char*, std::vector<std::string>> rows[] = {
+      {"/p/A.h", {"cc a.c", "cc b.c", "cc c.c", "ld a.o b.o c.o"}},
+      {"/p/C.c", {"cc c.c", "ld a.o b.o c.o"}},
+  };
+  for (const auto& [name, runs] : rows) {
+    BuildWorld world;
+    world.dependencies = "<D Header=\"/p/a.h\" />";
+    world.Open();
+    world.Build(kWorkerBuildAll);
+    world.TakeRuns();
+    world.disk.Erase(FoldCase(name));
+    world.disk.AddFile(name, "");
+    world.Build(kWorkerBuildAll);
+    EXPECT_EQ(world.TakeRuns(), runs) << name;
   }
 }
 

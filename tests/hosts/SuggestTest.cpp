@@ -1,4 +1,4 @@
-#include "hosts/cli/Suggest.h"
+#include "hosts/frame/Suggest.h"
 
 #include <gtest/gtest.h>
 

@@ -44,7 +44,8 @@ TEST(Binding, ParamsBecomeArgumentsOrAnErrorThatSaysWhichOneIsWrong) {
       {R"({"key": "a"})", "-32602 Save takes key, value; \"value\" is missing"},
       {R"({"key": "a", "value": 1, "more": 2})",
        "-32602 Save takes key, value; there is no \"more\""},
-      {R"({"Key": "a", "value": 1})", "-32602 Save takes key, value; there is no \"Key\""},
+      {R"({"Key": "a", "value": 1})",
+       "-32602 Save takes key, value; there is no \"Key\". Did you mean \"key\"?"},
   };
   for (const auto& [params, expected] : rows) EXPECT_EQ(Bind(params), expected) << params;
 }

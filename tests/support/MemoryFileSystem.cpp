@@ -233,7 +233,9 @@ bool MemoryFileSystem::IsFolder(const std::string& path) {
 std::optional<FileStatus> MemoryFileSystem::Examine(const std::string& path) {
   const Place place = Begin("examine", path);
   if (place.entry == nullptr || place.entry->isFolder) return std::nullopt;
-  return FileStatus{place.entry->modified, place.entry->bytes.size()};
+  FileStatus status{place.entry->modified, place.entry->bytes.size()};
+  status.otherSpelling = place.path != Absolute(path);
+  return status;
 }
 
 bool MemoryFileSystem::IsReadOnly(const std::string& path) {

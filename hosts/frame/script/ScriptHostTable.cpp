@@ -1,7 +1,11 @@
 // What the host can do for scripts, as the table `host`.
 
+#include <algorithm>
 #include <exception>
+#include <string>
+#include <vector>
 
+#include "hosts/frame/Suggest.h"
 #include "hosts/frame/script/ScriptState.h"
 
 namespace tarn::host {
@@ -27,10 +31,20 @@ void Ask(lua_State* lua, Work work) {
   if (!state.problem.empty()) luaL_error(lua, "%s", state.problem.c_str());
 }
 
+// Leaves in the host's text why this is no work; false if it is one.
+bool IsUnknownWork(ScriptState& state, const std::string& work) {
+  const std::vector<std::string> works = {"build", "rebuild", "clean"};
+  if (std::find(works.begin(), works.end(), work) != works.end()) return false;
+  const std::string hint = SuggestionText(work, works);
+  state.hostText = "invalid option '" + work + "'" + (hint.empty() ? "" : ";" + hint);
+  return true;
+}
+
 int Build(lua_State* lua) {
-  static const char* const works[] = {"build", "rebuild", "clean", nullptr};
-  const char* work = works[luaL_checkoption(lua, 1, "build", works)];
+  const char* work = luaL_optstring(lua, 1, "build");
   const char* application = luaL_optstring(lua, 2, "");
+  ScriptState& script = ScriptState::Of(lua);
+  if (IsUnknownWork(script, work)) return luaL_argerror(lua, 1, script.hostText.c_str());
   Ask(lua, [=](ScriptState& state) {
     state.build = state.Host()->Build(work, application);
     state.problem = state.build.problem;

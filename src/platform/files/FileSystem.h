@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/Result.h"
+#include "platform/paths/Paths.h"
 
 namespace tarn {
 
@@ -23,6 +24,7 @@ struct FileStatus {
   std::int64_t changed = 0;
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
+  bool otherSpelling = false;  // found only without regard to letter case
 };
 
 // Returns whether both describe one file with one modification. `changed` is not compared: it also
@@ -59,9 +61,12 @@ class FileSystem {
   // A file or a folder stands there.
   virtual bool Exists(const std::string& path) = 0;
   virtual bool IsFolder(const std::string& path) = 0;
-  // As the machine spells it, for what opens, watches or compares files by itself; the path as it
-  // stands where nothing is there. Symbolic links are not followed.
+  // The path as the disk spells it, for what opens, watches or compares files by itself; unchanged
+  // if nothing is there. Symbolic links are not followed.
   virtual std::string NameOnDisk(const std::string& path) { return path; }
+  // Like CanonicalPath, except that a ".." after a symbolic link stays in the result: it leads to
+  // the parent of the link's target. Only a path with ".." costs a query.
+  virtual std::string Canonical(const std::string& path) { return CanonicalPath(path); }
   // The path with every symbolic link on the way resolved; the path unchanged if nothing is there.
   virtual std::string ResolveLinks(const std::string& path) { return path; }
   // Nothing unless a regular file stands there and can be examined.

@@ -10,13 +10,30 @@ namespace tarn {
 namespace {
 
 char SeparatorOf(std::string_view path) {
+  if (IsNetworkPath(path)) return path[0];
   return HasDrive(path) ? '\\' : kSeparator;
 }
 
-// What no ".." leads out of: a drive, a leading separator, both or nothing.
-std::size_t RootLength(std::string_view path) {
+std::size_t FindSeparator(std::string_view path, std::size_t from) {
+  while (from < path.size() && !IsSeparator(path[from])) ++from;
+  return from;
+}
+
+// Length of a drive, a leading separator, both or nothing.
+std::size_t PlainRootLength(std::string_view path) {
   const std::size_t drive = HasDrive(path) ? 2 : 0;
   return path.size() > drive && IsSeparator(path[drive]) ? drive + 1 : drive;
+}
+
+// Length of the part that no ".." leads out of: a drive, a leading separator, both, nothing, or
+// the server and share of a network path.
+std::size_t RootLength(std::string_view path) {
+  if (IsNetworkPath(path)) {
+    const std::size_t server = FindSeparator(path, 2);
+    const std::size_t share = FindSeparator(path, std::min(server + 1, path.size()));
+    return std::min(share + 1, path.size());
+  }
+  return PlainRootLength(path);
 }
 
 std::size_t LastComponent(std::string_view path) {
@@ -36,7 +53,7 @@ std::size_t ExtensionStart(std::string_view path) {
 
 // A path with "." and ".." resolved.
 struct Components {
-  std::string root;  // "", "/", "C:" or "C:\"
+  std::string root;  // "", "/", "C:", "C:\" or "\\server\share\"
   std::vector<std::string_view> names;
   bool endsInSeparator = false;
 };
@@ -44,9 +61,12 @@ struct Components {
 Components Resolve(std::string_view path) {
   Components result;
   const std::size_t root = RootLength(path);
-  const bool isDrive = HasDrive(path);
-  if (isDrive) result.root.assign(path, 0, 2);
-  if (root == 1 || root == 3) result.root += SeparatorOf(path);
+  if (IsNetworkPath(path)) {
+    result.root.assign(path, 0, root);
+  } else {
+    if (HasDrive(path)) result.root.assign(path, 0, 2);
+    if (root == 1 || root == 3) result.root += SeparatorOf(path);
+  }
   std::string_view rest = path.substr(root);
   while (!rest.empty()) {
     const auto end = static_cast<std::size_t>(std::find_if(rest.begin(), rest.end(), IsSeparator) -
@@ -64,6 +84,15 @@ Components Resolve(std::string_view path) {
   }
   result.endsInSeparator = !path.empty() && IsSeparator(path.back()) && !result.names.empty();
   return result;
+}
+
+// Roots that relative forms may lead across; a share with and without its last separator is one.
+bool IsSameRoot(std::string_view a, std::string_view b) {
+  const auto trimmed = [](std::string_view root) {
+    const bool hasEnd = IsNetworkPath(root) && IsSeparator(root.back());
+    return hasEnd ? root.substr(0, root.size() - 1) : root;
+  };
+  return EqualNoCase(trimmed(a), trimmed(b));
 }
 
 void AppendJoined(std::string& text, const std::vector<std::string_view>& names, std::size_t first,
@@ -85,6 +114,12 @@ bool HasDrive(std::string_view path) {
   return (path[0] >= 'a' && path[0] <= 'z') || (path[0] >= 'A' && path[0] <= 'Z');
 }
 
+bool IsNetworkPath(std::string_view path) {
+  if (path.size() < 3 || !IsSeparator(path[0]) || path[1] != path[0]) return false;
+  const std::string_view server = path.substr(2, FindSeparator(path, 2) - 2);
+  return !server.empty() && server != "." && server != "..";
+}
+
 bool IsRelativePath(std::string_view path) {
   return path.empty() || (!IsSeparator(path[0]) && !HasDrive(path));
 }
@@ -94,18 +129,27 @@ std::string CanonicalPath(std::string_view path) {
   const Components parts = Resolve(path);
   const char separator = SeparatorOf(path);
   std::string result = parts.root;
+  if (IsNetworkPath(path) && !parts.names.empty()) result = AddSeparator(result);
   AppendJoined(result, parts.names, 0, separator);
   if (result.empty()) return ".";
   if (parts.endsInSeparator) result += separator;
   return result;
 }
 
+std::size_t FindParentStep(std::string_view path) {
+  for (std::size_t at = path.find(".."); at != path.npos; at = path.find("..", at + 1)) {
+    const bool startsName = at == RootLength(path) || (at > 0 && IsSeparator(path[at - 1]));
+    if (startsName && (at + 2 == path.size() || IsSeparator(path[at + 2]))) return at;
+  }
+  return path.npos;
+}
+
 std::string RelativeDiskPath(std::string_view folder, std::string_view path) {
   if (IsRelativePath(folder) || IsRelativePath(path)) return {};
   const Components from = Resolve(folder);
   const Components to = Resolve(path);
-  if (!EqualNoCase(from.root, to.root)) return {};
-  const bool caseBlind = HasDrive(path);
+  if (!IsSameRoot(from.root, to.root)) return {};
+  const bool caseBlind = HasDrive(path) || IsNetworkPath(path);
   const auto same = [caseBlind](std::string_view a, std::string_view b) {
     return caseBlind ? EqualNoCase(a, b) : a == b;
   };
@@ -126,7 +170,7 @@ std::string RelativeDiskPath(std::string_view folder, std::string_view path) {
 }
 
 std::string FolderOf(std::string_view path) {
-  const std::size_t root = RootLength(path);
+  const std::size_t root = PlainRootLength(path);
   std::size_t end = std::max(LastComponent(path), root);
   while (end > root && IsSeparator(path[end - 1])) --end;
   return std::string(path.substr(0, end));
@@ -168,7 +212,8 @@ std::string ExtensionOf(std::string_view path) {
 
 std::string ToNativeSeparators(std::string_view path) {
   std::string result(path);
-  if (!HasDrive(path)) std::replace(result.begin(), result.end(), '\\', kSeparator);
+  if (!HasDrive(path) && !IsNetworkPath(path))
+    std::replace(result.begin(), result.end(), '\\', kSeparator);
   return result;
 }
 

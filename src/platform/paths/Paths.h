@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -8,7 +9,9 @@
 // In memory a path has the separator of this machine ("/"). On disk, in project and application
 // files, relative paths are written with backslashes so that a file is the same bytes everywhere.
 // A text that starts with a drive letter is a path of another system: it counts as absolute and
-// keeps its backslashes. Every operation understands both separators.
+// keeps its backslashes. So does a network path, which starts with two separators and the name of a
+// server: server and share are its root, and no operation rewrites any part of it that it need not
+// resolve. Every operation understands both separators.
 namespace tarn {
 
 inline constexpr char kSeparator = '/';
@@ -16,16 +19,23 @@ inline constexpr char kSeparator = '/';
 bool IsSeparator(char c);
 // A letter and a colon at the start.
 bool HasDrive(std::string_view path);
+// One separator twice and a name at the start: "\\server\share\x" or "//server/share/x".
+bool IsNetworkPath(std::string_view path);
 // Neither a separator nor a drive at the start. An empty path is relative.
 bool IsRelativePath(std::string_view path);
 
 // Resolves "." and "..", stays at the root, collapses repeated separators and writes the
-// separator that the path's root calls for: backslashes behind a drive, this machine's otherwise.
+// separator that the path's root calls for: backslashes after a drive, the first one of a network
+// path, this machine's otherwise.
 std::string CanonicalPath(std::string_view path);
+
+// Offset of the first component "..", or npos.
+std::size_t FindParentStep(std::string_view path);
 
 // The way from `folder` to `path`, both absolute, in the form that files hold: "." and a backslash
 // in front of what lies in the folder, ".." and a backslash for each level up. The common part is
-// compared without regard to case only behind a drive. Empty when there is none (other drive).
+// compared without regard to case only after a drive or on a network share. Empty if there is none
+// (another drive or share).
 std::string RelativeDiskPath(std::string_view folder, std::string_view path);
 
 // The path without its last component and without a separator at its end, except for a root.
@@ -53,7 +63,7 @@ PathParts SplitPath(std::string_view path);
 std::string FileNameOf(std::string_view path);
 std::string ExtensionOf(std::string_view path);
 
-// Separators as this machine writes them; a path with a drive keeps its own.
+// Separators as this machine writes them; a path with a drive and a network path keep their own.
 std::string ToNativeSeparators(std::string_view path);
 
 }  // namespace tarn

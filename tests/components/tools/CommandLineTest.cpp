@@ -44,6 +44,10 @@ TEST(CommandLine, ArgumentsFollowTheirRules) {
       {"list without paths, and an empty one", "",
        R"~(<Arg V="-D$(Item)" List="$(C.Defines)"/><Arg V="-U$(Item)" List="$(C.X)"/>)~",
        R"~(C.Defines=A;S="x y")~", "", "cc -DA \"-DS=\\\"x y\\\"\"\n"},
+      {"names are never split", "",
+       R"~(<Arg V="-I$(Item)" List="$(D.I)" Path="Yes"/><Arg V="$(C.Extra)" Words="Yes"/>)~",
+       "General.Dir=/a;b 'c\nD.I=$(General.Dir)/i;$(General.Dir)\nC.Extra=-x $(General.Dir)/s", "",
+       "cc \"-I/a;b 'c/i\" \"-I/a;b 'c\" -x \"/a;b 'c/s\"\n"},
       {"words", "", R"~(<Arg V="$(C.Extra)" Words="Yes"/>)~", "C.Extra=-a  'b c' `id`;", "",
        "cc -a \"b c\" `id`;\n"},
       {"no shell ever", "", R"~(<Arg V="$(C.Extra)"/>)~", "C.Extra=; rm -rf $HOME", "",
@@ -63,6 +67,10 @@ TEST(CommandLine, ArgumentsFollowTheirRules) {
       {"names that would be taken for something else", R"~(Paths="Relative")~",
        R"~(<Arg V="$(Item)" List="Files" Path="Yes"/><Arg V="$(File)"/>)~", "",
        R"~("/p/-x.c","/p/@y/c","/p/..z")~", "cc ./-x.c ./@y/c ..z ./-x.c\n"},
+      {"one relative path", "", R"~(<Arg V="-M$(C.M)" Path="Relative"/><Arg V="$(Output)"/>)~",
+       "Build.OutputFile=o\nC.M=m/%.map", "", "cc -Mm/%.map /p/o\n"},
+      {"a file that is listed twice, and an archive", "", R"~(<Arg V="$(Item)" List="Files"/>)~",
+       "", R"~("/p/a.o","/p/l.a","/p/x/../a.o","/p/l.a")~", "cc /p/a.o /p/l.a /p/l.a\n"},
       {"launcher with words", R"~(Launcher="$(B.L)")~", R"~(<Arg V="-c"/>)~",
        "B.L=ccache 'my wrap'", "", "ccache \"my wrap\" cc -c\n"},
       {"refused characters", R"~(Plain="Yes")~", R"~(<Arg V="$(Item)" List="Files"/>)~", "",
@@ -208,7 +216,7 @@ TEST(ShippedTools, CompileAndLinkLinesAreComplete) {
   EXPECT_EQ(commands("avr-gcc.tools", "avr-gcc.link", "\"/p/out/a.o\",\"/p/out/b.o\"", options),
             "avr-gcc -mmcu=atmega328p -fdiagnostics-color=never -fdebug-prefix-map=/p/= "
             "-gno-record-gcc-switches -Wl,--gc-sections "
-            "-Wl,-Map=out/x.map -o out/x.o out/a.o out/b.o -Llib -lm\n"
+            "-Xlinker -Map=out/x.map -o out/x.o out/a.o out/b.o -Llib -lm\n"
             "avr-objcopy -O ihex -R .eeprom /p/out/x.o /p/out/x.hex\n"
             "avr-size -A /p/out/x.o\n");
   EXPECT_EQ(

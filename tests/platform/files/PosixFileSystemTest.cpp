@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <thread>
 
+#include "platform/files/RelativeName.h"
 #include "platform/text/Text.h"
 #include "support/Surroundings.h"
 
@@ -143,6 +144,54 @@ TEST_F(PosixFileSystemTest, LinksOnTheWayToAFileAreResolved) {
   const std::string real = std::filesystem::canonical(scratch / "Src").string() + "/real";
   EXPECT_EQ(files.ResolveLinks(scratch / "LINK\\main.c"), real + "/main.c");
   EXPECT_EQ(files.ResolveLinks(scratch / "link/none.c"), scratch / "link/none.c");
+}
+
+TEST_F(PosixFileSystemTest, AStepUpAfterALinkIsNoMatterOfLetters) {
+  scratch.Write("far/sub/x", "");
+  scratch.Write("near/y", "");
+  const std::filesystem::path root = scratch.Path();
+  std::filesystem::create_directory_symlink(root / "far/sub", root / "near/link");
+  const std::pair<const char*, const char*> canonical[] = {
+      {"near/../near/./y", "near/y"},
+      {"near/link/x", "near/link/x"},
+      {"near/link/../sub/x", "near/link/../sub/x"},
+      {"near/link/../sub/../z/", "near/link/../z/"},
+      {"near/LINK/..", "near/LINK/.."},
+      {"near/none/../y", "near/y"},
+      {"near/link/../../near/y", "near/link/../../near/y"},
+  };
+  for (const auto& [path, wanted] : canonical) {
+    EXPECT_EQ(files.Canonical(scratch / path), scratch / wanted) << path;
+  }
+  EXPECT_EQ(files.Canonical("/../a/../../b"), "/b");
+  EXPECT_EQ(files.Canonical("a/../../b"), "../b");
+
+  // Folder, path, and the form on the disk.
+  const char* const relative[][3] = {
+      {"near", "near/y", ".\\y"},
+      {"near/link", "near/link/../z", "..\\z"},
+      {"near/link", "far/z", "..\\z"},
+      {"near/link", "near/y", "..\\..\\near\\y"},
+      {"near", "near/link/../z", ".\\link\\..\\z"},
+      {"near/link/../app", "near/link/../app/x", ".\\x"},
+      {"near/link/../app", "near/link/../z", "..\\z"},
+  };
+  for (const auto& [folder, path, wanted] : relative) {
+    EXPECT_EQ(RelativeNameOnDisk(files, scratch / folder, scratch / path), wanted)
+        << folder << " " << path;
+  }
+}
+
+TEST_F(PosixFileSystemTest, AnotherSpellingOfANameIsTold) {
+  scratch.Write("Src/Main.c", "");
+  const std::pair<const char*, bool> rows[] = {
+      {"Src/Main.c", false}, {"Src/main.c", true}, {"src/Main.c", true}};
+  for (const auto& [path, isOther] : rows) {
+    const std::string full = scratch / path;
+    const char* const paths[] = {full.c_str()};
+    EXPECT_EQ(files.Examine(full)->otherSpelling, isOther) << path;
+    EXPECT_EQ(files.ExamineMany(paths, {}).front()->otherSpelling, isOther) << path;
+  }
 }
 
 TEST_F(PosixFileSystemTest, BackslashInANameOfTheMachineIsOutOfReach) {

@@ -71,6 +71,10 @@ Result<std::string> NameLookup::ToNative(const std::string& path) {
   if (path.empty() || std::any_of(path.begin(), path.end(), IsControl)) {
     return ErrorOf(ErrorCode::InvalidName, "not a name of this machine", path);
   }
+  if (IsNetworkPath(path)) {
+    if (path[0] == kSeparator) return ReplaceAll(path, "\\", "/");
+    return ErrorOf(ErrorCode::NotFound, "this network share is not mapped", path);
+  }
   if (!HasDrive(path)) return ToNativeSeparators(path);
   std::call_once(drivesLoaded, [this] {
     if (loadDrives) drives = loadDrives();
@@ -79,7 +83,9 @@ Result<std::string> NameLookup::ToNative(const std::string& path) {
   if (drive == drives.end()) {
     return ErrorOf(ErrorCode::NotFound, "this drive is not mapped", path);
   }
-  return AddSeparator(drive->second) + CanonicalPath("/" + path.substr(2)).substr(1);
+  const std::size_t name = path.find_first_not_of("/\\", 2);
+  const std::string inside = name == path.npos ? std::string() : path.substr(name);
+  return AddSeparator(drive->second) + CanonicalPath("/" + inside).substr(1);
 }
 
 // A native path with a backslash inside may have been meant as one of the machine's own names with

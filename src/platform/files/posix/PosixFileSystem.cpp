@@ -103,6 +103,34 @@ std::string PosixFileSystem::NameOnDisk(const std::string& path) {
   return name ? *name : path;
 }
 
+bool PosixFileSystem::IsLink(const std::string& path) {
+  struct stat info {};
+  return names.Try(path, [&info](const char* name) { return lstat(name, &info); }) &&
+         S_ISLNK(info.st_mode);
+}
+
+// The folder above is the one that the letters say.
+bool PosixFileSystem::CanStepUp(const std::string& folder) {
+  const std::string last = FileNameOf(folder);
+  if (last.empty()) return !folder.empty();  // a root, which nothing leads out of
+  return last != ".." && !IsLink(folder);
+}
+
+std::string PosixFileSystem::Canonical(const std::string& path) {
+  const std::size_t first = FindParentStep(path);
+  if (first == std::string::npos || IsNetworkPath(path)) return CanonicalPath(path);
+  std::string result = CanonicalPath(path.substr(0, first));
+  if (result == ".") result.clear();
+  if (!FileNameOf(FolderOf(result)).empty() && IsSeparator(result.back())) result.pop_back();
+  const std::string rest = ReplaceAll(path.substr(first), "\\", "/");
+  for (const std::string_view name : Split(rest, '/')) {
+    if (name.empty() || name == ".") continue;
+    result = name == ".." && CanStepUp(result) ? FolderOf(result) : JoinPath(result, name);
+  }
+  if (result.empty()) return ".";
+  return IsSeparator(path.back()) ? AddSeparator(result) : result;
+}
+
 std::string PosixFileSystem::ResolveLinks(const std::string& path) {
   char* const resolved = realpath(NameOnDisk(path).c_str(), nullptr);
   if (resolved == nullptr) return path;
@@ -113,11 +141,12 @@ std::string PosixFileSystem::ResolveLinks(const std::string& path) {
 
 std::optional<FileStatus> PosixFileSystem::Examine(const std::string& path) {
   struct stat info {};
-  if (!names.Try(path, [&info](const char* name) { return stat(name, &info); }) ||
-      !S_ISREG(info.st_mode)) {
-    return std::nullopt;
-  }
-  return StatusOf(info);
+  int attempts = 0;
+  const auto attempt = [&](const char* name) { return ++attempts, stat(name, &info); };
+  if (!names.Try(path, attempt) || !S_ISREG(info.st_mode)) return std::nullopt;
+  FileStatus status = StatusOf(info);
+  status.otherSpelling = attempts > 1;
+  return status;
 }
 
 std::optional<FileStatus> PosixFileSystem::ExamineFolder(const std::string& path) {
@@ -267,7 +296,7 @@ Status PosixFileSystem::CopyFileTo(const std::string& from, const std::string& t
 Status PosixFileSystem::CreateFolders(const std::string& path) {
   const Result<std::string> native = names.ToNative(path);
   if (!native) return native.GetError();
-  std::string folder = CanonicalPath(*native);
+  std::string folder = Canonical(*native);
   if (folder.size() > 1 && folder.back() == kSeparator) folder.pop_back();
   const Result<std::string> made = EnsureFolder(folder);
   if (!made) return ErrorOf(made.GetError().code, made.GetError().text, path);

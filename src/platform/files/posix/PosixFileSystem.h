@@ -14,6 +14,7 @@ class PosixFileSystem : public FileSystem {
   bool Exists(const std::string& path) override;
   bool IsFolder(const std::string& path) override;
   std::string NameOnDisk(const std::string& path) override;
+  std::string Canonical(const std::string& path) override;
   std::string ResolveLinks(const std::string& path) override;
   // For a plain path one system call, no lock and no allocation, as long as the name is exact.
   std::optional<FileStatus> Examine(const std::string& path) override;
@@ -48,6 +49,8 @@ class PosixFileSystem : public FileSystem {
   static Status RemoveNamed(const std::string& name, const std::string& path);
   Result<FileStatus> WriteInPlace(const std::string& path, const FileStatus& expected,
                                   TimeMatters time, std::uint64_t offset, std::string_view bytes);
+  bool IsLink(const std::string& path);
+  bool CanStepUp(const std::string& folder);
   Result<std::string> EnsureFolder(const std::string& native);
 
   posix::NameLookup names;

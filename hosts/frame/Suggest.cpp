@@ -1,4 +1,4 @@
-#include "hosts/cli/Suggest.h"
+#include "hosts/frame/Suggest.h"
 
 #include <algorithm>
 #include <utility>
@@ -37,10 +37,12 @@ std::vector<std::string> FindNearNames(std::string_view word,
   std::vector<std::pair<std::size_t, std::string>> near;
   for (const std::string& name : names) {
     const std::string folded = FoldCase(name);
-    const std::size_t distance = EditDistance(wanted, folded);
     const std::size_t allowed = std::min<std::size_t>(2, (wanted.size() + 1) / 2);
     const bool isBeginning = wanted.size() >= 2 && folded.starts_with(wanted);
-    if (distance <= allowed || isBeginning) near.emplace_back(isBeginning ? 0 : distance, name);
+    const std::size_t longer = std::max(wanted.size(), folded.size());
+    if (!isBeginning && longer - std::min(wanted.size(), folded.size()) > allowed) continue;
+    const std::size_t distance = isBeginning ? 0 : EditDistance(wanted, folded);
+    if (distance <= allowed || isBeginning) near.emplace_back(distance, name);
   }
   std::stable_sort(near.begin(), near.end(),
                    [](const auto& a, const auto& b) { return a.first < b.first; });

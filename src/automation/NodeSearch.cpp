@@ -1,0 +1,119 @@
+#include "automation/NodeSearch.h"
+
+#include <algorithm>
+
+#include "automation/ApplicationSearch.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+template <class OnNode>
+void ForEachContentNode(CXmlNode& node, const OnNode& onNode) {
+  onNode(node);
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode& child = *node.GetChild(i);
+    if (IsContentNode(child)) ForEachContentNode(child, onNode);
+  }
+}
+
+std::vector<CXmlNode*> FindByLabel(CXmlNode& start, std::string_view label) {
+  std::vector<CXmlNode*> found;
+  ForEachContentNode(start, [&](CXmlNode& node) {
+    const char* own = node.GetAttrValue("Header");
+    if (own != nullptr && EqualNoCase(own, label)) found.push_back(&node);
+  });
+  return found;
+}
+
+// Calls `onFile(node, full path)` for each node whose file has the name of `path`; nearly all nodes
+// have another one, and that comparison is the quick part.
+template <class OnFile>
+void ForEachOfName(const CProjectModel& model, CXmlNode& start, const std::string& path,
+                   const OnFile& onFile) {
+  const std::string name = FileNameOf(path);
+  ForEachContentNode(start, [&](CXmlNode& node) {
+    const char* own = node.GetAttrValue("Path");
+    if (own == nullptr || *own == '\0' || !EndsWithNoCase(own, name)) return;
+    const std::string base = model.PathBaseOf(node);
+    std::string full;
+    model.MakeAbsolutePath(own, full, base.empty() ? nullptr : base.c_str());
+    onFile(node, full);
+  });
+}
+
+}  // namespace
+
+std::vector<CXmlNode*> NodeSearch::FindByPath(CXmlNode& start, const std::string& path,
+                                              bool exactly) const {
+  std::vector<CXmlNode*> found;
+  ForEachOfName(model, start, path, [&](CXmlNode& node, const std::string& full) {
+    if (IsSamePath(full, path, exactly)) found.push_back(&node);
+  });
+  return found;
+}
+
+std::vector<CXmlNode*> NodeSearch::FindByFile(CXmlNode& start, const std::string& path) const {
+  // A link to a file is a file of its own in a project; only ways through folders are followed.
+  const auto realName = [this](const std::string& name) {
+    return JoinPath(model.GetFiles().ResolveLinks(FolderOf(name)), FileNameOf(name));
+  };
+  const std::string real = realName(path);
+  std::vector<CXmlNode*> found;
+  ForEachOfName(model, start, path, [&](CXmlNode& node, const std::string& full) {
+    if (realName(full) == real) found.push_back(&node);
+  });
+  return found;
+}
+
+std::vector<CXmlNode*> NodeSearch::FindPlain(CXmlNode& start, const std::string& key) const {
+  std::vector<CXmlNode*> found;
+  std::string path;
+  for (const bool exactly : {true, false}) {
+    for (const std::string& folder : folders) {
+      model.MakeAbsolutePath(key, path, folder.c_str());
+      if (found.empty()) found = FindByPath(start, path, exactly);
+    }
+  }
+  for (const std::string& folder : folders) {
+    model.MakeAbsolutePath(key, path, folder.c_str());
+    if (found.empty()) found = FindByFile(start, path);
+  }
+  return found.empty() ? FindByLabel(start, key) : found;
+}
+
+std::vector<CXmlNode*> NodeSearch::Find(CXmlNode& start, bool isScoped,
+                                        const std::string& key) const {
+  std::vector<CXmlNode*> found = FindPlain(start, key);
+  if (isScoped && found.size() > 1 && found.front() == &start) found.erase(found.begin());
+  for (std::size_t slash = key.find('/'); found.empty() && slash != std::string::npos;
+       slash = key.find('/', slash + 1)) {
+    if (slash == 0) continue;
+    for (CXmlNode* parent : FindByLabel(start, std::string_view(key).substr(0, slash))) {
+      for (CXmlNode* node : Find(*parent, true, key.substr(slash + 1))) {
+        const bool isNew = std::find(found.begin(), found.end(), node) == found.end();
+        if (node != parent && isNew) found.push_back(node);
+      }
+    }
+  }
+  return found;
+}
+
+std::vector<CXmlNode*> NodeSearch::FindNumbered(CXmlNode& start, bool isScoped,
+                                                const std::string& key) const {
+  std::vector<CXmlNode*> found = Find(start, isScoped, key);
+  const std::size_t mark = key.rfind('#');
+  if (!found.empty() || mark == std::string::npos || mark == 0) return found;
+  const std::string digits = key.substr(mark + 1);
+  const bool isNumber = !digits.empty() && digits.size() < 10 &&
+                        digits.find_first_not_of("0123456789") == std::string::npos;
+  if (!isNumber) return {};
+  found = Find(start, isScoped, key.substr(0, mark));
+  const auto number = static_cast<std::size_t>(ParseDecimal(digits.c_str()));
+  if (number == 0 || number > found.size()) return {};
+  return {found[number - 1]};
+}
+
+}  // namespace tarn

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "project/ProjectModel.h"
+
+namespace tarn {
+
+// Finds the nodes of the open project that a user means by a path or a label. The first of these
+// rules that finds anything decides: the exact path, the path in another letter case, the same file
+// by another way (symbolic links), the label, a group's or application's label with a slash and one
+// of these, and any of these with "#" and the number of one of several.
+class NodeSearch {
+ public:
+  // Relative paths count from `currentFolder`, then from the project's folder.
+  NodeSearch(CProjectModel& projectModel, std::string currentFolder)
+      : model(projectModel), folders{std::move(currentFolder), projectModel.GetProjectFolder()} {}
+
+  // The nodes from `start` on, in document order. `isScoped`: the user has named `start`, so what
+  // is in it comes first if both have the same label.
+  std::vector<CXmlNode*> FindNumbered(CXmlNode& start, bool isScoped, const std::string& key) const;
+
+ private:
+  std::vector<CXmlNode*> Find(CXmlNode& start, bool isScoped, const std::string& key) const;
+  std::vector<CXmlNode*> FindPlain(CXmlNode& start, const std::string& key) const;
+  std::vector<CXmlNode*> FindByPath(CXmlNode& start, const std::string& path, bool exactly) const;
+  std::vector<CXmlNode*> FindByFile(CXmlNode& start, const std::string& path) const;
+
+  CProjectModel& model;
+  const std::string folders[2];
+};
+
+}  // namespace tarn

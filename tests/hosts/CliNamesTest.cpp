@@ -1,0 +1,211 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The last line of a build without its time: "Built 4 files".
+std::string EndOf(const CliProject::Answer& answer) {
+  const std::string text = answer.out.substr(0, answer.out.rfind(" ("));
+  return text.substr(text.rfind('\n') + 1);
+}
+
+std::string Build(CliProject& project) {
+  return EndOf(project.Run({"build"}));
+}
+
+void Rename(const CliProject& project, const std::string& from, const std::string& to) {
+  fs::rename(project.PathOf(from), project.PathOf(to));
+}
+
+// The application with these elements in front of its sources.
+void AddNodes(CliProject& project, const std::string& nodes) {
+  std::string text = project.Read("app.tapp");
+  project.Write("app.tapp", text.insert(text.find("<Group "), nodes));
+}
+
+std::string SourceNode(const std::string& path) {
+  return "<C Header=\"" + path.substr(path.rfind('\\') + 1) + "\" Path=\"" + path + "\" />";
+}
+
+TEST(CliNames, ToolsGetNamesAsTheDiskSpellsThem) {
+  CliProject project;
+  Rename(project, "src/a.c", "src/A.c");
+  Rename(project, "src", "SRC");
+  fs::create_directories(project.PathOf("Build/standard"));
+  EXPECT_EQ(Build(project), "Built 4 files");
+  EXPECT_EQ(Build(project), "Nothing to do");
+  EXPECT_TRUE(project.Exists("Build/standard/app"));
+  EXPECT_FALSE(project.Exists("build"));
+  EXPECT_TRUE(Has(project.Out({"export", "compile-commands", "-o", "-"}), "SRC/A.c"));
+}
+
+TEST(CliNames, ARenameByLetterCaseIsAChange) {
+  const struct {
+    const char *name, *from, *to, *end;
+  } cases[] = {
+      {"a header is missing by its name", "src/a.h", "src/A.h", "Failed"},
+      {"a source has another name", "src/c.c", "src/C.c", "Built 2 files"},
+      {"a folder of sources", "src", "Src", "Built 4 files"},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.name);
+    CliProject project;
+    EXPECT_EQ(Build(project), "Built 4 files");
+    Rename(project, each.from, each.to);
+    EXPECT_TRUE(Build(project).starts_with(each.end));
+    if (std::string(each.end) == "Failed") continue;
+    EXPECT_EQ(Build(project), "Nothing to do");
+    Rename(project, each.to, each.from);
+    EXPECT_EQ(Build(project), each.end);
+    EXPECT_EQ(Build(project), "Nothing to do");
+  }
+}
+
+TEST(CliNames, AStepUpAfterASymbolicLinkLeadsFromItsTarget) {
+  CliProject project;
+  fs::create_directories(project.PathOf("far/sub"));
+  fs::create_directory_symlink(project.PathOf("far/sub"), project.PathOf("src/link"));
+  project.Write("far/l.h", "#define L 0\n");
+  project.Write("far/l.c", "#include \"link/../l.h\"\nint l = L;\n");
+  project.Write("src/a.h", "#include \"link/../l.h\"\nint a(void);\n");
+  AddNodes(project, SourceNode(".\\src\\link\\..\\l.c"));
+  project.Out({"options", "set", "Directories.Include", "src;src/link/.."});
+  EXPECT_TRUE(Has(project.Read("app.tapp"), "Path=\".\\src\\link\\..\\l.c\""));
+  EXPECT_EQ(Build(project), "Built 5 files");
+  EXPECT_EQ(Build(project), "Nothing to do");
+  project.Touch("far/l.h");
+  EXPECT_EQ(Build(project), "Built 4 files");
+  EXPECT_EQ(Build(project), "Nothing to do");
+}
+
+TEST(CliNames, AProjectBehindALinkFindsSourcesAboveItsRealFolder) {
+  CliProject project;
+  fs::create_directories(project.PathOf("deep/p"));
+  fs::create_directories(project.PathOf("deep/common"));
+  for (const char* name : {"demo.tprj", "app.tapp", "src"}) {
+    Rename(project, name, std::string("deep/p/") + name);
+  }
+  for (const char* name : {"k.c", "n.c"}) {
+    project.Write(std::string("deep/common/") + name, std::string("int ") + name[0] + ";\n");
+  }
+  std::string text = project.Read("deep/p/app.tapp");
+  text.insert(text.find("<Group "), SourceNode("..\\common\\k.c"));
+  project.Write("deep/p/app.tapp", text);
+  fs::create_directory_symlink(project.PathOf("deep/p"), project.PathOf("link"));
+
+  EXPECT_EQ(EndOf(project.Run({"build", "link"})), "Built 5 files");
+  EXPECT_EQ(EndOf(project.Run({"build", "link"})), "Nothing to do");
+  project.Out({"add", "link/demo.tprj", "deep/common/n.c"});
+  text = project.Read("deep/p/app.tapp");
+  for (const char* path : {"Path=\"..\\common\\k.c\"", "Path=\"..\\common\\n.c\""}) {
+    EXPECT_TRUE(Has(text, path)) << text;
+  }
+  EXPECT_EQ(EndOf(project.Run({"build", "deep/p"})).substr(0, 5), "Built");
+  project.Out({"remove", "link/demo.tprj", "deep/common/n.c"});
+  EXPECT_FALSE(Has(project.Read("deep/p/app.tapp"), "n.c"));
+}
+
+TEST(CliNames, NoByteInAFolderNameIsSpecial) {
+  for (const std::string name :
+       {"a,b", "50%", "100%d", "a b", "x#y", "x$y", "$(Build.Tool)", "it's", "a;b", "a&b", "@c",
+        "p(q)", "\xC3\xBC", "a:b", "a\"b", "--o", "[x]"}) {
+    SCOPED_TRACE(name);
+    CliProject project;
+    fs::create_directories(project.PathOf(name + "/inc"));
+    Rename(project, "src", name + "/src");
+    Rename(project, name + "/src/a.h", name + "/inc/a.h");
+    for (const char* file : {"demo.tprj", "app.tapp"}) Rename(project, file, name + "/" + file);
+    std::string text = project.Read(name + "/app.tapp");
+    text.replace(text.find("</Section>"), 10,
+                 "</Section><Section Header=\"Directories\" ><Property Header=\"Include\" "
+                 "Value=\"$(General.ApplicationDir)inc\" /></Section>");
+    project.Write(name + "/app.tapp", text);
+    const std::string folder = "./" + name;
+    EXPECT_EQ(EndOf(project.Run({"build", folder})), "Built 4 files");
+    EXPECT_EQ(EndOf(project.Run({"build", folder})), "Nothing to do");
+    EXPECT_TRUE(project.Exists(name + "/build/Standard/app.map"));
+    fs::remove_all(project.PathOf(name + "/build"));
+    EXPECT_EQ(EndOf(project.Run({"build", folder})), "Built 4 files");
+    EXPECT_TRUE(project.Exists(name + "/build/Standard/app.map"));
+    fs::remove(project.PathOf(name + "/inc/a.h"));
+    EXPECT_TRUE(EndOf(project.Run({"build", folder})).starts_with("Failed"));
+  }
+}
+
+TEST(CliNames, AFileThatIsListedTwiceIsBuiltAndLinkedOnce) {
+  CliProject project;
+  AddNodes(project, SourceNode(".\\src\\a.c"));
+  const CliProject::Answer built = project.Run({"build"});
+  EXPECT_EQ(EndOf(built), "Built 4 files, 1 warning");
+  EXPECT_TRUE(Has(built.out, "a.c.o is listed more than once")) << built.out;
+  EXPECT_EQ(Build(project), "Nothing to do");
+  EXPECT_FALSE(Has(project.Out({"status"}), "never"));
+
+  project.ExpectRefusal({"remove", "a.c"}, 2, "\"a.c#1\" the first");
+  project.ExpectRefusal({"remove", "a.c#3"}, 2, "no file, group or application \"a.c#3\"");
+  EXPECT_EQ(project.Out({"remove", "Sources/a.c"}), "removed Sources/a.c\n");
+  AddNodes(project, SourceNode(".\\src\\a.c") + SourceNode(".\\src\\b.c"));
+  EXPECT_EQ(project.Out({"remove", "src/b.c#2"}), "removed src/b.c#2\n");
+  const std::string tree = project.Out({"tree"});
+  EXPECT_LT(tree.find("b.c"), tree.find("Sources")) << tree;
+}
+
+TEST(CliNames, TwoSourcesWithOneOutputAreAnError) {
+  CliProject project;
+  for (const char* source : {"src/a.c", "src/c.c"}) {
+    project.Out({"options", "set", "-n", source, "Build.OutputFile", "build/same.o"});
+  }
+  const CliProject::Answer built = project.Run({"build"});
+  EXPECT_EQ(built.code, 1);
+  EXPECT_TRUE(Has(built.out, "src/a.c and ")) << built.out;
+  EXPECT_TRUE(Has(built.out, "have the same output file")) << built.out;
+  EXPECT_FALSE(project.Exists("build/same.o"));
+  // One that isn't built does no harm.
+  project.Out({"options", "set", "-n", "src/c.c", "Build.Exclude", "Yes"});
+  EXPECT_EQ(Build(project), "Built 3 files");
+  // Names that differ in letter case are two files.
+  project.Out({"options", "set", "-n", "src/c.c", "Build.Exclude", "No"});
+  project.Out({"options", "set", "-n", "src/c.c", "Build.OutputFile", "build/Same.o"});
+  EXPECT_EQ(Build(project), "Built 2 files");
+  EXPECT_EQ(Build(project), "Nothing to do");
+}
+
+TEST(CliNames, NamesOnTheNetworkStayAsTheyAre) {
+  CliProject project;
+  const std::string nodes = SourceNode("\\\\server\\share\\u.c") + SourceNode("//server/share/v.c");
+  AddNodes(project, nodes);
+  project.Out({"options", "set", "Compiler.Optimize", "1"});
+  const std::string text = project.Read("app.tapp");
+  for (const char* path : {"Path=\"\\\\server\\share\\u.c\"", "Path=\"//server/share/v.c\""}) {
+    EXPECT_TRUE(Has(text, path)) << text;
+  }
+  EXPECT_TRUE(Build(project).starts_with("Failed"));
+}
+
+TEST(CliNames, ANameThatMeansNothingIsAnErrorWithTheNearestOne) {
+  CliProject project;
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"remove", "src/aa.c"}, "Did you mean \"src/a.c\""},
+      {{"options", "get", "-n", "Source", "Build.Exclude"}, "Did you mean \"Sources\""},
+      {{"build", "--app", "ap"}, "Did you mean \"app\""},
+      {{"build", "--config", "Fsat"}, "Did you mean \"Fast\""},
+  };
+  for (const auto& [arguments, said] : cases) project.ExpectRefusal(arguments, 2, said);
+  project.Write("x.lua",
+                "print(pcall(host.build, 'build', 'ap'))\nprint(pcall(host.build, 'biuld'))\n"
+                "print(host.build('build', 'APP'))\n");
+  const std::string out = project.Out({"run", "x.lua"});
+  for (const char* said : {"no application \"ap\" in this project. Did you mean \"app\"?",
+                           "Did you mean \"build\"?", "succeeded\t4\t0"}) {
+    EXPECT_TRUE(Has(out, said)) << out;
+  }
+}
+
+}  // namespace
+}  // namespace tarn::host
