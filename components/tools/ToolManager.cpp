@@ -28,23 +28,29 @@ struct OwnedJob {
     job.disk = world.files;
     job.baseFolder = BaseFolderOf(values, world.files->CurrentFolder(), job.disk);
     job.environmentLauncher = world.environment("TARN_LAUNCHER");
-    std::unordered_set<std::string> seen;
-    for (const std::string& file : SplitFileList(TextOf(files))) AddFile(file, seen);
+    std::vector<std::string> listed = SplitFileList(TextOf(files));
+    for (std::string& file : listed) file = AbsolutePath(job.disk, job.baseFolder, file);
+    AddFiles(listed);
   }
   OwnedJob(const OwnedJob&) = delete;
   OwnedJob& operator=(const OwnedJob&) = delete;
 
  private:
-  void AddFile(const std::string& file, std::unordered_set<std::string>& seen) {
-    const std::string listed = AbsolutePath(job.disk, job.baseFolder, file);
-    std::string name = SpelledPath(job.disk, listed);
-    // An archive may be listed again on purpose: a linker searches it where it is listed.
-    if (!seen.insert(name).second && !IsArchive(name)) {
-      job.repeated.push_back(std::move(name));
-      return;
+  void AddFiles(const std::vector<std::string>& listed) {
+    const std::unordered_set<std::string> names(listed.begin(), listed.end());
+    std::unordered_set<std::string> seen;
+    for (const std::string& file : listed) {
+      std::string name = SpelledPath(job.disk, file);
+      // A similar name that is listed itself is that of another file; this one isn't made yet.
+      if (name != file && names.contains(name)) name = file;
+      // An archive may be listed again on purpose: a linker searches it where it is listed.
+      if (!seen.insert(name).second && !IsArchive(name)) {
+        job.repeated.push_back(std::move(name));
+        continue;
+      }
+      if (name != file) job.respelled.push_back(name);
+      job.files.push_back(std::move(name));
     }
-    if (name != listed) job.respelled.push_back(name);
-    job.files.push_back(std::move(name));
   }
 
   static bool IsArchive(const std::string& name) {

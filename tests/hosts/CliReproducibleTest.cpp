@@ -123,19 +123,18 @@ TEST(CliReproducible, MessagesAndGlobalsLeadToTheRealFiles) {
   EXPECT_TRUE(Has(project.Out({"log", "one", "--json"}), project.PathOf("one/shared/f.c")));
 }
 
-TEST(CliReproducible, AFolderThatIsReachedByALinkHasItsOwnNeighbours) {
+TEST(CliReproducible, AFolderThatIsReachedByALinkHasTheNeighboursOfItsTarget) {
   CliProject project;
   WriteCheckout(project, "real/one", kToolchains[0]);
   WriteCheckout(project, "other", kToolchains[0]);
-  // From here "../shared" is not what lies beside the folder that the link leads to.
+  // "../shared" is what lies next to the folder that the link leads to, not next to the link.
   std::filesystem::remove_all(project.PathOf("other/fw"));
   std::filesystem::create_directory_symlink(project.PathOf("real/one/fw"),
                                             project.PathOf("other/fw"));
   project.Write("other/shared/f.c",
                 "void fail(const char *file, int line) { (void)file; }\n#error here\n");
   const auto build = project.Run({"build", "other"});
-  EXPECT_EQ(build.code, 1) << build.out;
-  EXPECT_TRUE(Has(build.out, "other/shared/f.c:2:2: error: #error here")) << build.out;
+  EXPECT_EQ(build.code, 0) << build.out;
 }
 
 }  // namespace
