@@ -84,15 +84,18 @@ std::vector<CXmlNode*> NodeSearch::FindPlain(CXmlNode& start, const std::string&
   return found.empty() ? FindByLabel(start, key) : found;
 }
 
-std::vector<CXmlNode*> NodeSearch::Find(CXmlNode& start, bool isScoped,
-                                        const std::string& key) const {
+// What lies below comes before `start` itself: a project is often labelled like one of its
+// applications, and an application like a file.
+std::vector<CXmlNode*> NodeSearch::Find(CXmlNode& start, const std::string& key) const {
   std::vector<CXmlNode*> found = FindPlain(start, key);
-  if (isScoped && found.size() > 1 && found.front() == &start) found.erase(found.begin());
+  if (found.size() > 1) std::erase(found, &start);
   for (std::size_t slash = key.find('/'); found.empty() && slash != std::string::npos;
        slash = key.find('/', slash + 1)) {
     if (slash == 0) continue;
-    for (CXmlNode* parent : FindByLabel(start, std::string_view(key).substr(0, slash))) {
-      for (CXmlNode* node : Find(*parent, true, key.substr(slash + 1))) {
+    std::vector<CXmlNode*> parents = FindByLabel(start, std::string_view(key).substr(0, slash));
+    if (parents.size() > 1) std::erase(parents, &start);
+    for (CXmlNode* parent : parents) {
+      for (CXmlNode* node : Find(*parent, key.substr(slash + 1))) {
         const bool isNew = std::find(found.begin(), found.end(), node) == found.end();
         if (node != parent && isNew) found.push_back(node);
       }
@@ -101,16 +104,15 @@ std::vector<CXmlNode*> NodeSearch::Find(CXmlNode& start, bool isScoped,
   return found;
 }
 
-std::vector<CXmlNode*> NodeSearch::FindNumbered(CXmlNode& start, bool isScoped,
-                                                const std::string& key) const {
-  std::vector<CXmlNode*> found = Find(start, isScoped, key);
+std::vector<CXmlNode*> NodeSearch::FindNumbered(CXmlNode& start, const std::string& key) const {
+  std::vector<CXmlNode*> found = Find(start, key);
   const std::size_t mark = key.rfind('#');
   if (!found.empty() || mark == std::string::npos || mark == 0) return found;
   const std::string digits = key.substr(mark + 1);
   const bool isNumber = !digits.empty() && digits.size() < 10 &&
                         digits.find_first_not_of("0123456789") == std::string::npos;
   if (!isNumber) return {};
-  found = Find(start, isScoped, key.substr(0, mark));
+  found = Find(start, key.substr(0, mark));
   const auto number = static_cast<std::size_t>(ParseDecimal(digits.c_str()));
   if (number == 0 || number > found.size()) return {};
   return {found[number - 1]};

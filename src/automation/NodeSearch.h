@@ -17,12 +17,11 @@ class NodeSearch {
   NodeSearch(CProjectModel& projectModel, std::string currentFolder)
       : model(projectModel), folders{std::move(currentFolder), projectModel.GetProjectFolder()} {}
 
-  // The nodes from `start` on, in document order. `isScoped`: the user has named `start`, so what
-  // is in it comes first if both have the same label.
-  std::vector<CXmlNode*> FindNumbered(CXmlNode& start, bool isScoped, const std::string& key) const;
+  // The nodes from `start` on, in document order; `start` itself only if nothing below is meant.
+  std::vector<CXmlNode*> FindNumbered(CXmlNode& start, const std::string& key) const;
 
  private:
-  std::vector<CXmlNode*> Find(CXmlNode& start, bool isScoped, const std::string& key) const;
+  std::vector<CXmlNode*> Find(CXmlNode& start, const std::string& key) const;
   std::vector<CXmlNode*> FindPlain(CXmlNode& start, const std::string& key) const;
   std::vector<CXmlNode*> FindByPath(CXmlNode& start, const std::string& path, bool exactly) const;
   std::vector<CXmlNode*> FindByFile(CXmlNode& start, const std::string& path) const;

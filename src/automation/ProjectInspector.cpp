@@ -303,7 +303,7 @@ std::int32_t CProjectInspector::SelectNodeByKey(const char* key, const char* app
   CXmlNode* start = scope.empty() ? &model->GetProjectRoot() : FindApplication(*model, scope);
   if (start == nullptr) return 0;
   const NodeSearch search(*model, static_cast<CProjectManager*>(manager.Get())->GetCurrentFolder());
-  const std::vector<CXmlNode*> found = search.FindNumbered(*start, !scope.empty(), key);
+  const std::vector<CXmlNode*> found = search.FindNumbered(*start, key);
   if (found.size() == 1) model->SetCurrentNode(found.front());
   return static_cast<std::int32_t>(found.size());
 }

@@ -125,6 +125,9 @@ TEST(CliEdit, ANodeThatBothHaveIsNamedByItsApplication) {
   for (const auto& each : cases) {
     CliProject project;
     project.WriteProject({{"one", {"a.c", "b.c"}}, {"two", {"a.c"}}});
+    // Its label is not meant where an application has it.
+    std::string file = project.Read("demo.tprj");
+    project.Write("demo.tprj", file.replace(file.find("Project 'demo'"), 14, "two"));
     project.Write("src/d.c", "int d;\n");
     const std::string out = project.Out(each.words);
     EXPECT_EQ(TreeOf(project), each.tree) << out;
