@@ -19,7 +19,7 @@ std::string AbsolutePath(const std::string& folder, std::string_view path) {
 }
 
 std::string SpelledPath(FileSystem* disk, const std::string& path) {
-  if (disk == nullptr || path.empty()) return path;
+  if (disk == nullptr || path.empty() || IsNetworkPath(path)) return path;
   std::string name = disk->NameOnDisk(path);
   if (name != path || disk->Exists(path)) return name;
   return SpelledOutput(disk, path);
@@ -27,7 +27,8 @@ std::string SpelledPath(FileSystem* disk, const std::string& path) {
 
 std::string SpelledOutput(FileSystem* disk, const std::string& path) {
   const std::string folder = FolderOf(path);
-  if (disk == nullptr || folder.empty() || folder.size() == path.size()) return path;
+  const bool isFixed = IsNetworkPath(path) || folder.empty() || folder.size() == path.size();
+  if (disk == nullptr || isFixed) return path;
   return JoinPath(SpelledPath(disk, folder), FileNameOf(path));
 }
 

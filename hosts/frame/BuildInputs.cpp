@@ -22,16 +22,7 @@ std::vector<ApplicationInputs> ParseBuildInputs(std::string_view lines) {
 }
 
 std::vector<std::string> SplitQuotedPaths(std::string_view list) {
-  std::vector<std::string> paths;
-  for (std::size_t start = list.find('"'); start != list.npos;) {
-    // A quote that no comma follows is part of the name.
-    std::size_t end = list.find("\",", start + 1);
-    if (end == list.npos) end = list.rfind('"');
-    if (end <= start) end = list.size();
-    paths.emplace_back(list.substr(start + 1, end - start - 1));
-    start = list.find('"', end + 1);
-  }
-  return paths;
+  return SplitQuotedList(list);
 }
 
 }  // namespace tarn::host

@@ -55,20 +55,13 @@ std::vector<std::unique_ptr<CXmlNode>> TakeChildren(CXmlNode& node) {
   return children;
 }
 
-std::vector<std::string> SplitQuoted(const char* list) {
-  std::vector<std::string> entries;
-  const CParser parser(TextOf(list), ",");
-  for (int i = 0; i < parser.GetCount(); ++i) entries.push_back(parser.GetToken(i));
-  return entries;
-}
-
 BuildReport ReadReport(const CXmlNode& record) {
   BuildReport report;
   report.infos = TextOf(record.GetAttrValue("Infos"));
   report.date = TextOf(record.GetAttrValue("Date"));
   report.command = ParseCommandHash(TextOf(record.GetAttrValue("Command")));
-  report.programs = SplitQuoted(record.GetAttrValue("Programs"));
-  report.products = SplitQuoted(record.GetAttrValue("Products"));
+  report.programs = SplitQuotedList(TextOf(record.GetAttrValue("Programs")));
+  report.products = SplitQuotedList(TextOf(record.GetAttrValue("Products")));
   report.search = TextOf(record.GetAttrValue("Search"));
   for (int i = 0; i < record.GetChildCount(); ++i) {
     const char* file = record.GetChild(i)->GetAttrValue("Header");

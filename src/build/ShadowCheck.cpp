@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "build/IncludeScan.h"
-#include "patterns/Parser.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
 
 namespace tarn {
 
@@ -26,8 +26,9 @@ ShadowCheck::Strings ShadowCheck::FoldersOf(const BuildRecord& record) const {
   for (std::size_t i = 0; i + record.programs < record.inputs.size(); ++i) {
     AddOnce(folders, FolderOf(std::string(store_.PathOf(record.inputs[i]))));
   }
-  const CParser named(std::string(store_.Text(record.search)), ",");
-  for (int i = 0; i < named.GetCount(); ++i) AddOnce(folders, named.GetToken(i));
+  for (std::string& folder : SplitQuotedList(store_.Text(record.search))) {
+    AddOnce(folders, std::move(folder));
+  }
   return folders;
 }
 
@@ -89,7 +90,7 @@ ShadowCheck::Strings ShadowCheck::FindCandidates(const BuildRecord& record,
   for (const std::string& folder : FoldersOf(record)) {
     for (const std::string& name : names) {
       if (!IsRelativePath(name)) continue;
-      const std::string path = CanonicalPath(JoinPath(folder, ToNativeSeparators(name)));
+      const std::string path = files_.Canonical(JoinPath(folder, ToNativeSeparators(name)));
       if (IsThere(path, watched)) AddOnce(candidates, path);
     }
   }

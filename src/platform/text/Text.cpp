@@ -82,6 +82,19 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
   return pieces;
 }
 
+std::vector<std::string> SplitQuotedList(std::string_view list) {
+  std::vector<std::string> entries;
+  for (std::size_t start = list.find('"'); start != list.npos;) {
+    // A quote that no comma follows is part of the entry.
+    std::size_t end = list.find("\",", start + 1);
+    if (end == list.npos) end = list.rfind('"');
+    if (end <= start) end = list.size();
+    entries.emplace_back(list.substr(start + 1, end - start - 1));
+    start = list.find('"', end + 1);
+  }
+  return entries;
+}
+
 std::int32_t ParseDecimal(const char* text) {
   if (text == nullptr) return 0;
   while (IsSpace(*text)) ++text;

@@ -26,6 +26,9 @@ std::string_view Trim(std::string_view text);
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to);
 // Pieces between separators, empty pieces included; an empty text has no piece.
 std::vector<std::string_view> Split(std::string_view text, char separator);
+// The entries of a list of quoted entries with commas between them. A quote that neither a comma
+// nor the end follows is part of its entry.
+std::vector<std::string> SplitQuotedList(std::string_view list);
 
 // The C function's rule: leading white space, a sign, digits; 0 without digits. Never overflows:
 // the value wraps to its low 32 bits. A null text gives 0.

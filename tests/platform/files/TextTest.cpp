@@ -80,6 +80,9 @@ TEST(Text, FormatFromADataFileCannotHarm) {
 TEST(Text, SplitAndReplaceKeepEmptyPiecesAndEndings) {
   EXPECT_TRUE(Split("", ';').empty());
   EXPECT_EQ(Split(";a;;", ';'), (std::vector<std::string_view>{"", "a", "", ""}));
+  EXPECT_TRUE(SplitQuotedList("").empty());
+  EXPECT_EQ(SplitQuotedList(R"("a,b","c"d","","e)"),
+            (std::vector<std::string>{"a,b", "c\"d", "", "e"}));
   EXPECT_EQ(ReplaceAll("aaa", "aa", "b"), "ba");
   EXPECT_EQ(ReplaceAll("a", "", "b"), "a");
   EXPECT_EQ(ReplaceAll("x..x", ".", "..."), "x......x");
