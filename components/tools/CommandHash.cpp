@@ -46,7 +46,6 @@ std::vector<std::string> SearchFolders(const ToolWorld& world, const ToolDefinit
   };
   if (tool.search.empty()) return folders;
   for (const ToolCommand& command : plan.commands) {
-    add(command.folder);
     for (std::size_t i = command.launched; i < command.arguments.size(); ++i) {
       const std::string& argument = command.arguments[i];
       for (const std::string& start : tool.search) {

@@ -269,6 +269,7 @@ void BuildSession::BeginWork(BuildObserver* observer) {
   log.Forget();
   // A build that another has started can't be made to wait any more.
   static_cast<void>(TryLockBuild());
+  if (HasProject()) state.Open();
   tools.ResumeTools();
   if (!isOtherProject) inspector.RefreshDefinitions();
 }

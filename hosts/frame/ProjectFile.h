@@ -21,7 +21,7 @@ FoundProject FindProject(FileSystem& files, const std::string& argument);
 // The files that a host keeps beside a project file, named after it.
 std::string StatePathOf(const std::string& projectPath);
 std::string LogPathOf(const std::string& projectPath);
-// Exists while a build runs.
+// Locked while a build runs.
 std::string BuildLockPathOf(const std::string& projectPath);
 
 }  // namespace tarn::host

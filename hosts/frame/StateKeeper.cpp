@@ -19,6 +19,7 @@ StateKeeper::StateKeeper(ProjectManagerDriver& managerDriver, InspectorDriver& i
 
 void StateKeeper::SetProject(const std::string& projectPath) {
   path_ = StatePathOf(projectPath);
+  isOpen_ = false;
   isRestoring_ = false;
 }
 
@@ -29,8 +30,15 @@ void StateKeeper::Restore() {
 }
 
 void StateKeeper::BeginRestore() {
+  isOpen_ = false;
+  Open();
+  isRestoring_ = isOpen_;
+}
+
+void StateKeeper::Open() {
+  if (isOpen_) return;
   verdict_ = inspector_.OpenBuildState(path_);
-  isRestoring_ = !verdict_.empty();
+  isOpen_ = !verdict_.empty();
 }
 
 bool StateKeeper::ContinueRestore() {

@@ -24,6 +24,8 @@ class StateKeeper {
   // until it returns false.
   void BeginRestore();
   bool ContinueRestore();
+  // Has tools that run from now on recorded, also if nothing was restored.
+  void Open();
   // Another process has built since: what is known of the outputs is older than they are.
   bool IsOutdated();
 
@@ -45,6 +47,7 @@ class StateKeeper {
 
   std::string path_;
   std::string verdict_ = "good";
+  bool isOpen_ = false;  // the state of this project
   bool isRestoring_ = false;
 };
 

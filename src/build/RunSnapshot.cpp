@@ -9,6 +9,8 @@ namespace tarn {
 namespace {
 
 constexpr std::int64_t kClockTolerance = 1'000'000'000;  // nanoseconds
+// How far a stamp may be ahead of the clock: some kernels stamp finer than its ticks.
+constexpr std::int64_t kTick = 20'000'000;  // nanoseconds
 
 bool IsUntouched(const FileStatus& before, const FileStatus& after) {
   return IsSameVersion(before, after) && before.changed == after.changed;
@@ -42,7 +44,14 @@ void RunSnapshot::TakeBefore(FileSystem& files) {
   // The clock first: what changes after this moment has a later stamp, or the same.
   start_ = files.Clock();
   steadyStart_ = std::chrono::steady_clock::now();
-  const auto found = ExamineInputs(files);
+  // Tools report names as the disk spells them.
+  const auto named = ExamineInputs(files);
+  for (std::size_t i = 0; i < named.size(); ++i) {
+    if (!named[i] || !named[i]->otherSpelling) continue;
+    AddInput(files.NameOnDisk(*paths_[i]), inputs_[i].isDoubtful);
+  }
+  const bool isComplete = inputs_.size() == named.size();
+  const auto found = isComplete ? named : ExamineInputs(files);
   for (std::size_t i = 0; i < inputs_.size(); ++i) {
     Input& input = inputs_[i];
     input.before = found[i];
@@ -64,7 +73,7 @@ void RunSnapshot::TakeAfter(FileSystem& files) {
 // A stamp from the future was made before the clock was set back, or by a change before the run.
 bool RunSnapshot::MayHaveChanged(const FileStatus& status, std::int64_t now) const {
   if (status.changed == 0 || start_ == 0) return false;  // nothing is known of either
-  return isClockMoved_ || (status.changed >= start_ && status.changed <= now);
+  return isClockMoved_ || (status.changed >= start_ && status.changed <= now + kTick);
 }
 
 RunSnapshot::Settled RunSnapshot::Settle(FileSystem& files, const std::string& path) const {

@@ -141,7 +141,7 @@ class FileSystem {
   // The clock that the file system stamps files with: nanoseconds since 1970, no finer than the
   // stamps themselves. 0 if there is none to compare FileStatus::changed with.
   virtual std::int64_t Clock() { return 0; }
-  // Takes the lock that the file `path` stands for; the file exists only while the lock is held.
+  // Takes the lock that the file `path` stands for, which is made if it isn't there, and stays.
   // Fails with Busy, and with the holder's process as the text, while another process or object
   // holds it. A holder that died holds nothing.
   virtual Result<std::unique_ptr<FileLock>> TryLock(const std::string& /*path*/) {

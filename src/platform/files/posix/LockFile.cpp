@@ -18,13 +18,9 @@ constexpr std::size_t kMaxOwner = 256;  // bytes
 
 class HeldLock : public FileLock {
  public:
-  HeldLock(std::string lockName, Descriptor lockFile)
-      : name(std::move(lockName)), file(std::move(lockFile)) {}
-  // Removed while still locked, so that nobody can have locked the name in between.
-  ~HeldLock() override { (void)unlink(name.c_str()); }
+  explicit HeldLock(Descriptor lockFile) : file(std::move(lockFile)) {}
 
  private:
-  const std::string name;
   Descriptor file;
 };
 
@@ -34,7 +30,7 @@ std::string ReadOwner(int file) {
   return std::string(text, length < 0 ? 0 : static_cast<std::size_t>(length));
 }
 
-// The holder before may have removed the file between our open and our lock.
+// The file may have been removed or replaced between our open and our lock.
 bool IsStillNamed(const std::string& name, int file) {
   struct stat ours {};
   struct stat named {};
@@ -58,7 +54,7 @@ Result<std::unique_ptr<FileLock>> TryLockFile(const std::string& name) {
     if (!IsStillNamed(name, file.Get())) continue;
     // The text is for people only, so a full disk does no harm.
     (void)(ftruncate(file.Get(), 0) == 0 && WriteAll(file.Get(), owner, 0));
-    return std::unique_ptr<FileLock>(std::make_unique<HeldLock>(name, std::move(file)));
+    return std::unique_ptr<FileLock>(std::make_unique<HeldLock>(std::move(file)));
   }
 }
 
