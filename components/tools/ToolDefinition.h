@@ -31,7 +31,7 @@ struct ArgumentRule {
   Template value;
   Source source = Source::Once;
   Template list;            // for Source::List: a value with ";" between its entries
-  bool isPath = false;      // what macros give are paths
+  bool isPath = false;      // the values of macros are paths
   bool isRelative = false;  // ... written relative to the working folder if they are below it
   bool isWords = false;     // the text is split like a command line
   Conditions conditions;

@@ -46,7 +46,7 @@ struct BuildOutcome {
   int toolsFailed = 0;
   // Of a build that came to its end. A fatal gap makes it one that failed.
   BuildGaps gaps = {};
-  std::string problem = {};  // why nothing could be built, if no tool has told
+  std::string problem = {};  // why nothing could be built, if no tool reported it
 };
 
 struct ApplicationSummary {

@@ -123,7 +123,7 @@ bool HasStaleNodes(const CXmlNode& status, const CXmlNode& application) {
   return false;
 }
 
-// What an application uses is told by its label, in build order.
+// Adds the status of an application; what it uses is listed by label, in build order.
 void AddStatus(CProjectModel& model, const ApplicationOrder& order, CXmlNode& application,
                CXmlNode& status) {
   CXmlNode& entry = *status.AddChild("Application");

@@ -160,7 +160,7 @@ BuildRecord::Number BuildRecords::AddInput(const Run& run, const std::string& pa
   return store_.AddVersion(path, settled.status, ContentHash(path, settled));
 }
 
-// Lets a later change of the file's mode or links be told from one of its content. 0 if the file
+// Distinguishes a later change of the file's mode or links from one of its content. 0 if the file
 // was touched meanwhile.
 std::uint64_t BuildRecords::ContentHash(const std::string& path,
                                         const RunSnapshot::Settled& settled) {

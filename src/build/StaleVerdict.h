@@ -5,7 +5,7 @@
 namespace tarn {
 
 // Why a node has work to do, in the order in which the reasons are looked for: first those that the
-// times of files give, in whole seconds, then those that the build record gives.
+// times of files show, in whole seconds, then those that the build record shows.
 enum class StaleReason {
   None,
   NoOutputName,
