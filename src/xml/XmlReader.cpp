@@ -124,7 +124,7 @@ const char* XmlReader::Read(CXmlNode& node, const char* text) {
     while (p && !levels.empty() && ReadBehindChild(p)) CloseLevel();
   }
   while (!levels.empty()) CloseLevel();
-  if (losses && p) ReportTail(p);
+  if (losses && p) ReportTail(text, p);
   return p;
 }
 

@@ -103,7 +103,7 @@ class XmlReader {
   void ReportElementName(const char* tag, const XmlName& name);
   void ReportRepeats(const char* tag);
   void ReportValue(const Level& level);
-  void ReportTail(const char* p);
+  void ReportTail(const char* text, const char* p);
 
   // Copies a text, decoded, to `out`, which has room for it, and gives its length there.
   std::size_t Store(char* out, const Run& text) const;

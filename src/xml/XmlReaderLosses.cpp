@@ -91,10 +91,11 @@ void XmlReader::ReportValue(const Level& level) {
   losses->OnLoss(XmlLoss::KeptText, begin, {begin, end}, &node);
 }
 
-void XmlReader::ReportTail(const char* p) {
+void XmlReader::ReportTail(const char* text, const char* p) {
   // The close tag's own ">", if a space ended the name in it.
   const char* const next = SkipRemarks(p);
-  p = p[-1] == ' ' && *next == '>' ? SkipRemarks(next + 1) : next;
+  const bool isAfterName = p != text && p[-1] == ' ';
+  p = isAfterName && *next == '>' ? SkipRemarks(next + 1) : next;
   if (*p) ReportLoss(XmlLoss::Trailing, p, {});
 }
 
