@@ -40,6 +40,7 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
     std::function<void(CliProject&)> prepare;
   } rows[] = {
       {"", "", "", {}},
+      {"", "stray", "Damage\n  app.tapp:5: stray text \"stray\"\n", {}},
       {"", Node("C", ".\\src\\gone.c"), "Missing files\n  app.tapp:5: src/gone.c is missing\n", {}},
       {"Linker.Script=x.ld",
        "",

@@ -3,20 +3,14 @@
 
 namespace tarn::host {
 
-// Positions at which a file of the project lost content when it was read, as far as the session
-// knows of them.
+// Positions at which a file of the project lost content when it was read.
 void ProjectCheck::CheckDamage() {
-  const auto addAll = [this](auto& source) {
-    if constexpr (requires { source.GetDamage(); }) {
-      for (const auto& each : source.GetDamage()) {
-        Finding& finding = scope->Add(FindingKind::Damage);
-        finding.file = each.file;
-        finding.line = each.line;
-        finding.detail = each.text;
-      }
-    }
-  };
-  addAll(session);
+  for (const DamageEntry& each : session.GetDamage()) {
+    Finding& finding = scope->Add(FindingKind::Damage);
+    finding.file = each.file;
+    finding.line = each.line;
+    finding.detail = each.text;
+  }
 }
 
 }  // namespace tarn::host
