@@ -179,7 +179,6 @@ void CommandRunner::Approach() {
   if (waiting == 0) return;
   if (!session.TryLockBuild()) {
     constexpr int kBetweenTries = 100;  // milliseconds
-    if (onLockWait) onLockWait(QString::fromStdString(session.GetLockHolder()));
     QTimer::singleShot(kBetweenTries, this, [this] { Approach(); });
     return;
   }

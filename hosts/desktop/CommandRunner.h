@@ -61,6 +61,8 @@ class CommandRunner : public QObject {
   bool IsBuilding() const { return building != 0 || waiting != 0; }
   // It begins as soon as the options of the whole project are known.
   bool IsWaiting() const { return waiting != 0; }
+  // The process whose build of the project it waits for; empty if there is none.
+  QString GetLockHolder() const { return QString::fromStdString(session.GetLockHolder()); }
   bool IsStopping() const { return IsBuilding() && isStopAsked; }
   // Whether the build that runs, or the last one, only takes away what was built.
   bool IsCleaning() const { return isCleaning; }
@@ -70,8 +72,6 @@ class CommandRunner : public QObject {
   // A build is asked for, has begun, has ended, which it does also when it never began. Any of them
   // may be empty.
   std::function<void()> onAsked;
-  // It can't begin while this other process builds in the project; called again and again.
-  std::function<void(const QString& holder)> onLockWait;
   std::function<void()> onStarted;
   std::function<void(BuildEnd end)> onEnded;
   // Returns whether a command may build or change the project now; asks the user if need be.

@@ -87,7 +87,6 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   AddProblems();
   AddMenus();
   AddOptionsDock();
-  AddFindingsDock();
   FollowBuilds();
   AnswerMessages();
   ShowTitle();
@@ -185,13 +184,7 @@ void IdeWindow::AddMenus() {
 
 void IdeWindow::FollowBuilds() {
   runner->onAsked = [this] { OnBuildAsked(); };
-  runner->onLockWait = [this](const QString& holder) {
-    statusBar()->showMessage(tr("Waiting for another build of this project (%1)").arg(holder));
-  };
-  runner->onStarted = [this] {
-    statusBar()->clearMessage();
-    options->SetBuilding(true);
-  };
+  runner->onStarted = [this] { options->SetBuilding(true); };
   runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
   runner->onProjectChanged = [this] { OnProjectChanged(); };
   runner->onProjectClosing = [this] { notices->Forget(); };
@@ -232,9 +225,9 @@ bool IdeWindow::Start() {
   // Behind the server's menus.
   QMenu* const navigation = menuBar()->addMenu(tr("&Navigate"));
   problems->AddActions(*navigation);
-  navigation->addAction(checkAction);
   session->Manager().GetProjectWindow();
   session->Manager().GetOutputWindow();
+  AddFindingsDock(*navigation);
   surface->LoadPopups(files, session->GetFolders().ConfigFile(files));
   layout.Restore();
   connect(&refreshTimer, &QTimer::timeout, this, [this] {
@@ -351,7 +344,7 @@ void IdeWindow::AddOptionsDock() {
 }
 
 // Hidden until the user asks for a check.
-void IdeWindow::AddFindingsDock() {
+void IdeWindow::AddFindingsDock(QMenu& menu) {
   findings = new FindingsPane(*session, files, this);
   findings->isBusy = [this] { return runner->IsBuilding(); };
   findings->onChosen = [this](const Finding& finding) {
@@ -364,10 +357,9 @@ void IdeWindow::AddFindingsDock() {
   auto* const dock = new QDockWidget(tr("Project check"), this);
   dock->setObjectName("dockFindings");
   dock->setWidget(findings);
-  addDockWidget(Qt::BottomDockWidgetArea, dock);
+  surface->AddBottomDock(*dock);
   dock->hide();
-  checkAction = new QAction(tr("&Check the project"), this);
-  connect(checkAction, &QAction::triggered, this, [this, dock] {
+  menu.addAction(tr("&Check the project"), this, [this, dock] {
     dock->show();
     dock->raise();
     findings->setFocus();

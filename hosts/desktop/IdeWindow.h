@@ -69,7 +69,7 @@ class IdeWindow : public QMainWindow {
   void AddProblems();
   void AddMenus();
   void AddOptionsDock();
-  void AddFindingsDock();
+  void AddFindingsDock(QMenu& menu);
   void FollowBuilds();
   void AnswerMessages();
   QWidget* MakeTreeFilter(QWidget& tree);
@@ -100,7 +100,6 @@ class IdeWindow : public QMainWindow {
   EditorTabs* editors = nullptr;
   OptionsWindow* options = nullptr;
   FindingsPane* findings = nullptr;
-  QAction* checkAction = nullptr;
   StatusProgress* progress = nullptr;
   QTimer refreshTimer;
   bool isClosing = false;  // as soon as the build has ended

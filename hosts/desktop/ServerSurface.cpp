@@ -91,13 +91,17 @@ void ServerSurface::AddDock(const HostEvent& announcement) {
     logDock = dock;
     logWindow = announced->GetHandle();
   }
-  window.addDockWidget(Qt::BottomDockWidgetArea, dock);
-  if (lastBottomDock != nullptr) {
-    window.tabifyDockWidget(lastBottomDock, dock);
-    dock->raise();
-  }
-  lastBottomDock = dock;
+  AddBottomDock(*dock);
   window.resizeDocks({dock}, {kFirstOutputHeight}, Qt::Vertical);
+}
+
+void ServerSurface::AddBottomDock(QDockWidget& dock) {
+  window.addDockWidget(Qt::BottomDockWidgetArea, &dock);
+  if (lastBottomDock != nullptr) {
+    window.tabifyDockWidget(lastBottomDock, &dock);
+    dock.raise();
+  }
+  lastBottomDock = &dock;
 }
 
 void ServerSurface::AddTree(QDockWidget& dock, QWidget& tree) {

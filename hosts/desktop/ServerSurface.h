@@ -42,6 +42,8 @@ class ServerSurface {
   void RefreshToolBars();
   // With the keyboard in it.
   void ShowLog();
+  // Puts a dock behind the others at the lower edge of the window, as a tab.
+  void AddBottomDock(QDockWidget& dock);
 
  private:
   void AddDock(const HostEvent& announcement);

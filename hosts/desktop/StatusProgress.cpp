@@ -32,6 +32,14 @@ QString WordFor(BuildEnd end, const CommandRunner& runner) {
   return StatusProgress::tr("Build failed");
 }
 
+// What a build that has no file at work yet is doing.
+QString TextOfStart(const CommandRunner& runner) {
+  const QString holder = runner.GetLockHolder();
+  if (!runner.IsWaiting()) return StatusProgress::tr("Building...");
+  if (holder.isEmpty()) return StatusProgress::tr("Waiting for the options of the project...");
+  return StatusProgress::tr("Waiting for another build of this project (%1)").arg(holder);
+}
+
 QString CountText(int errors, int warnings) {
   QStringList parts;
   if (errors > 0) parts += StatusProgress::tr("%n error(s)", nullptr, errors);
@@ -126,8 +134,7 @@ void StatusProgress::ShowRunning() {
   bar->setRange(0, total);
   bar->setValue(number > 0 ? number - 1 : 0);
   if (number == 0) {
-    text->setText(runner.IsWaiting() ? tr("Waiting for the options of the project...")
-                                     : tr("Building..."));
+    text->setText(TextOfStart(runner));
     return;
   }
   QString name = ToQt(progress.GetSubject());

@@ -2,10 +2,12 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QStatusBar>
+#include <algorithm>
 
 #include "desktop/IdeFixture.h"
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/EditorArea.h"
+#include "hosts/frame/ProjectFile.h"
 
 namespace tarn::host {
 namespace {
@@ -39,6 +41,12 @@ class BuildLifeTest : public testing::IdeFixture {
     folder.Write("bin/avr-gcc", "#!/bin/sh\nsleep 60\n");
     std::filesystem::permissions(folder / "bin/avr-gcc", std::filesystem::perms::owner_all);
     return folder / "bin:" + std::getenv("PATH");
+  }
+  bool HasStatus(const QString& start) {
+    const auto labels = window->statusBar()->findChildren<QLabel*>();
+    return std::any_of(labels.begin(), labels.end(), [&start](const QLabel* each) {
+      return each->isVisible() && each->text().startsWith(start);
+    });
   }
   std::optional<BuildEnd> ended;
   void NoteEnd() {
@@ -125,17 +133,25 @@ TEST_F(BuildLifeTest, ABuildThatWaitsSaysSoAndIsOfTheNodeItWasAskedFor) {
   Select("led.c");
   window->Commands().Run(kCmdBuildNode);
   ASSERT_TRUE(window->Commands().IsWaiting());
-  bool isTold = false;
-  for (const QLabel* const each : window->statusBar()->findChildren<QLabel*>()) {
-    isTold = isTold || (each->isVisible() && each->text().startsWith("Waiting"));
-  }
-  EXPECT_TRUE(isTold);
+  EXPECT_TRUE(HasStatus("Waiting for the options"));
   Select("main.c");
   ASSERT_TRUE(window->Commands().IsWaiting());
   ASSERT_TRUE(AwaitBuild());
   EXPECT_EQ(ended, BuildEnd::Succeeded);
   EXPECT_TRUE(IsBuilt("blinky-avr.obj/src/drivers/led.c.o"));
   EXPECT_FALSE(IsBuilt("blinky-avr.obj/src/main.c.o"));
+}
+
+TEST_F(BuildLifeTest, ABuildThatWaitsForAnotherProcessSaysSo) {
+  auto lock = FileSystem::Native().TryLock(BuildLockPathOf(first));
+  ASSERT_TRUE(lock) << lock.GetError().text;
+  NoteEnd();
+  window->Commands().Run(kCmdBuildAll);
+  EXPECT_TRUE(RunUntil([&] { return HasStatus("Waiting for another build"); }));
+  EXPECT_TRUE(window->statusBar()->currentMessage().isEmpty()) << "it would cover the progress";
+  lock->reset();
+  ASSERT_TRUE(AwaitBuild());
+  EXPECT_EQ(ended, BuildEnd::Succeeded);
 }
 
 TEST_F(BuildLifeTest, TheServersOwnQuestionStopsABuildWithItsTools) {

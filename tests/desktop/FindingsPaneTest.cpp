@@ -14,6 +14,7 @@ class FindingsPaneTest : public testing::IdeFixture {
     EXPECT_TRUE(Choose("Check the project"));
     auto* const pane = static_cast<FindingsPane*>(Dock().widget());
     EXPECT_TRUE(pane->isVisible());
+    EXPECT_FALSE(window->tabifiedDockWidgets(&Dock()).isEmpty());
     EXPECT_TRUE(testing::RunUntil([pane] { return !pane->IsChecking(); }));
     QStringList shown;
     for (QTreeWidgetItemIterator each(List()); *each != nullptr; ++each) {

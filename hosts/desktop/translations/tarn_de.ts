@@ -495,10 +495,6 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>Im &amp;Projekt suchen …</translation>
     </message>
     <message>
-        <source>Waiting for another build of this project (%1)</source>
-        <translation>Warten auf einen anderen Build dieses Projekts (%1)</translation>
-    </message>
-    <message>
         <source>This installation isn&apos;t complete: %1</source>
         <translation>Diese Installation ist nicht vollständig: %1</translation>
     </message>
@@ -760,6 +756,10 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     <message>
         <source>Waiting for the options of the project...</source>
         <translation>Warten auf die Optionen des Projekts …</translation>
+    </message>
+    <message>
+        <source>Waiting for another build of this project (%1)</source>
+        <translation>Warten auf einen anderen Build dieses Projekts (%1)</translation>
     </message>
 </context>
 <context>

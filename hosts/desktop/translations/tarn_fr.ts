@@ -495,10 +495,6 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Rechercher dans le pro&amp;jet…</translation>
     </message>
     <message>
-        <source>Waiting for another build of this project (%1)</source>
-        <translation>En attente d’une autre génération de ce projet (%1)</translation>
-    </message>
-    <message>
         <source>This installation isn&apos;t complete: %1</source>
         <translation>Cette installation est incomplète : %1</translation>
     </message>
@@ -760,6 +756,10 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     <message>
         <source>Waiting for the options of the project...</source>
         <translation>Attente des options du projet…</translation>
+    </message>
+    <message>
+        <source>Waiting for another build of this project (%1)</source>
+        <translation>En attente d’une autre génération de ce projet (%1)</translation>
     </message>
 </context>
 <context>
