@@ -3,7 +3,9 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
+#include "hosts/frame/LogEntry.h"
 #include "hosts/frame/ProjectFile.h"
+#include "hosts/frame/ProjectTree.h"
 #include "hosts/frame/Suggest.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -28,6 +30,27 @@ constexpr EditWords kEditWords[] = {
     {"move", 2, true, "NODE... TARGET"}, {"rename", 2, false, "NODE NAME"},
     {"select", 1, false, "APP"},
 };
+
+void CollectParents(const CXmlNode& node, const std::string& path,
+                    std::vector<std::string>& labels) {
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (!ProjectTree::IsShown(*child)) continue;
+    if (AttributeOf(child, "Path") == path) labels.push_back(AttributeOf(&node, "Header"));
+    CollectParents(*child, path, labels);
+  }
+}
+
+// The groups or applications that have the file, of an application that has it more than once.
+std::vector<std::string> ParentsOfRepeated(const std::string& tree, const std::string& path) {
+  const ProjectTree project(tree);
+  if (project.GetRoot() == nullptr) return {};
+  for (const CXmlNode* application : project.GetRoot()->GetChildren()) {
+    std::vector<std::string> labels;
+    CollectParents(*application, path, labels);
+    if (labels.size() > 1) return labels;
+  }
+  return {};
+}
 
 // One command that changes the tree. Nothing is written unless all of it could be done.
 class Edit {
@@ -156,9 +179,13 @@ int Edit::AddOne(const std::string& file) {
   }
   if (TreeText() == before) {
     context.Remark(context.Show(path) + " is there already.");
-  } else {
-    Note("added " + context.Show(path));
+    return kExitDone;
   }
+  if (const auto parents = ParentsOfRepeated(TreeText(), path); !parents.empty()) {
+    return Fail(context.Show(path) + " is in \"" + Printable(parents.front()) +
+                "\" already. `tarn move` puts it elsewhere.");
+  }
+  Note("added " + context.Show(path));
   return kExitDone;
 }
 

@@ -150,6 +150,7 @@ TEST(CliEdit, WhatCanNotBeDoneIsToldAndNothingIsWritten) {
       {{"add", "demo.tprj", "src"}, "src is a folder."},
       {{"add", "src/d.c", "--to", "Nowhere"}, "There is no file, group or application"},
       {{"add", "src/d.c", "src/gone.c"}, "There is no file src/gone.c."},
+      {{"add", "src/b.c", "--to", "app.tapp"}, "src/b.c is in \"Sources\" already."},
       {{"remove", "src/b.c", "src/d.c"}, "There is no file, group or application \"src/d.c\""},
       {{"remove", "src/a.c"}, "in this project several times. Write its path, or APP/src/a.c for"},
       {{"remove", "Sources"}, "several times"},
