@@ -103,11 +103,13 @@ static int32_t HasWorkerEnded(void* context) {
 }
 
 // Makes the server and a tool manager, brings the two together, and makes sure that the
-// installation is whole: with a part of it missing every project would seem to be built.
+// installation is whole: with a part of it missing every project would seem to be built. A project
+// that was read only in part is not to be built, either.
 static int Start(Host* host, int32_t window, const char* applicationPath) {
   TarnVariant init[3];
   TarnVariant tools;
   TarnVariant manager;
+  TarnVariant protect;
   if (host->tarn->CreateObject(TARN_PROJECT_MANAGER, &host->manager) != TARN_OK ||
       host->tarn->CreateObject(TARN_TOOL_MANAGER, &host->tools) != TARN_OK ||
       host->tarn->CreateObject(TARN_PROJECT_INSPECTOR, &host->inspector) != TARN_OK) {
@@ -127,8 +129,10 @@ static int Start(Host* host, int32_t window, const char* applicationPath) {
     return 0;
   }
   manager = TarnObjectOf(host->manager);
-  return CallLong(host, host->inspector, "Attach", &manager, 1) != 0 &&
-         HasNoProblem(host, "GetInstallationProblem");
+  if (CallLong(host, host->inspector, "Attach", &manager, 1) == 0) return 0;
+  protect = TarnLong(1);
+  CallLong(host, host->inspector, "ProtectDamaged", &protect, 1);
+  return HasNoProblem(host, "GetInstallationProblem");
 }
 
 // The object that others of this process find is the one that was made.

@@ -40,7 +40,11 @@ std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
   const CommandKind kind = KindOf(id);
   if (!model || kind == CommandKind::Plain) return 1;
   if (kind == CommandKind::Build) rerunAfterBuild = false;
-  if (!model->CanStartOperation() || model->IsDamageHeld()) return 0;
+  if (!model->CanStartOperation()) return 0;
+  if (model->IsDamageHeld()) {
+    model->AddLogLine("Nothing was built: the project was read only in part.");
+    return 0;
+  }
   model->views.StopStepTimer();
   propertyManager->EndUpdate();
   platform.files.SetCurrentFolder(model->GetProjectFolder());

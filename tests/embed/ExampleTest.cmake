@@ -65,3 +65,10 @@ built: yes
     message(FATAL_ERROR "${program} has built nothing")
   endif()
 endforeach()
+
+# A project that was read only in part is refused.
+file(APPEND ${SCRATCH}/blinky-avr/blinky-avr.tapp "<<<<<<< HEAD\n")
+run(1 ${SCRATCH}/cmake/embed-c ${SCRATCH}/blinky-avr/blinky-avr.tprj)
+if(NOT said MATCHES "log: [^\n]*read only in part[^\n]*\nbuilt: no\n$")
+  message(FATAL_ERROR "of a damaged project it says\n${said}")
+endif()
