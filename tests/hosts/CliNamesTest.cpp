@@ -144,7 +144,7 @@ TEST(CliNames, AFileThatIsListedTwiceIsBuiltAndLinkedOnce) {
   AddNodes(project, SourceNode(".\\src\\a.c"));
   const CliProject::Answer built = project.Run({"build"});
   EXPECT_EQ(EndOf(built), "Built 4 files, 1 warning");
-  EXPECT_TRUE(Has(built.out, "a.c.o is listed more than once")) << built.out;
+  EXPECT_TRUE(Has(built.out, "src/a.c: warning: is listed more than once")) << built.out;
   EXPECT_EQ(Build(project), "Nothing to do");
   EXPECT_FALSE(Has(project.Out({"status"}), "never"));
 
@@ -208,6 +208,26 @@ TEST(CliNames, ANameThatMeansNothingIsAnErrorWithTheNearestOne) {
                            "Did you mean \"build\"?", "succeeded\t4\t0"}) {
     EXPECT_TRUE(Has(out, said)) << out;
   }
+}
+
+TEST(CliNames, APercentSignInANameIsNotReplacedByTheLinker) {
+  CliProject project;
+  for (const std::string name : {"a%b", "%"}) {
+    project.Out({"new", name, "--compiler", "host-gcc"});
+    project.Out({"build", name});
+    EXPECT_TRUE(project.Exists(name + "/build/Standard/" + name + ".map"));
+    EXPECT_TRUE(Has(project.Out({"build", name}), "Nothing to do"));
+    for (const auto& each : fs::directory_iterator(project.PathOf(name))) {
+      EXPECT_FALSE(Has(each.path().filename().string(), "tmp")) << each;
+    }
+  }
+}
+
+TEST(CliNames, TheTypeOfANodeDecidesTheLanguage) {
+  CliProject project;
+  Rename(project, "src/c.c", "src/c.C");
+  project.Write("src/c.C", "int c(void) { int class = 3; return class; }\n");
+  EXPECT_EQ(Build(project), "Built 4 files");
 }
 
 }  // namespace
