@@ -5,6 +5,7 @@
 #include "hosts/cli/DisplayText.h"
 #include "hosts/frame/LogEntry.h"
 #include "hosts/frame/ProjectFile.h"
+#include "hosts/frame/ProjectTemplate.h"
 #include "hosts/frame/ProjectTree.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -162,6 +163,10 @@ int Edit::AddOne(const std::string& file) {
   if (context.Files().IsFolder(path)) {
     return Fail(context.Show(path) + " is a folder. Name the files in it.");
   }
+  const std::string folder = FolderOf(context.Session().GetProjectPath());
+  if (!IsStorable(path.starts_with(folder) ? path.substr(folder.size()) : path)) {
+    return Fail(context.Show(path) + " can't be added: a project can't store &quot; or &slash;.");
+  }
   const bool isMissing = !context.Files().Exists(path);
   if (isMissing && (isApplication || !context.Asked().create)) {
     return Fail("There is no file " + context.Show(path) + "." +
@@ -210,7 +215,7 @@ int Edit::SelectTarget() {
 
 // In the current node, and current afterwards.
 int Edit::MakeGroup(const std::string& label) {
-  if (!Change(kCmdNewGroup) || !context.RenameCurrentNode(label)) {
+  if (!IsStorable(label) || !Change(kCmdNewGroup) || !context.RenameCurrentNode(label)) {
     return Fail("The group \"" + label + "\" can't be made.");
   }
   Note("made the group " + Printable(label));
@@ -254,7 +259,9 @@ int Edit::Move() {
 int Edit::Rename() {
   const std::string& key = words[0];
   const std::string& label = words[1];
-  if (Trim(label).empty() || Printable(label) != label) return Fail("That is no name for a node.");
+  if (Trim(label).empty() || Printable(label) != label || !IsStorable(label)) {
+    return Fail("That is no name for a node.");
+  }
   for (const ApplicationEntry& each : ProjectTree(TreeText()).GetApplications()) {
     if (EqualNoCase(each.label, label)) {
       return Fail("There is an application \"" + each.label + "\" already.");

@@ -291,6 +291,26 @@ TEST(CliNames, AnEmptyNameIsNotTheWholeProject) {
   EXPECT_TRUE(project.Exists("build/Standard/app"));
 }
 
+TEST(CliNames, NamesThatAProjectCanNotStoreAreRefused) {
+  CliProject project;
+  for (const std::string name : {"&quot;x", "a&slash;", "a\x7f"}) {
+    project.ExpectRefusal({"new", name, "--compiler", "host-gcc"}, 2, "name can't hold");
+    EXPECT_FALSE(project.Exists(name));
+    project.Write("src/" + name + ".c", "");
+    EXPECT_EQ(project.Run({"add", "src/" + name + ".c"}).code, 2) << name;
+    project.ExpectRefusal({"rename", "src/a.c", name}, 2, "no name for a node");
+  }
+  EXPECT_FALSE(Has(project.Read("app.tapp"), "&"));
+  // Written by hand.
+  for (const std::string name : {"c\x01.c", "c\x7f.c"}) {
+    project.Write("src/" + name, "int d;\n");
+    AddNodes(project, SourceNode(".\\src\\" + name));
+    const auto built = project.Run({"build"});
+    EXPECT_EQ(built.code, 1);
+    EXPECT_TRUE(Has(built.out, "its name holds a control character")) << built.out;
+  }
+}
+
 TEST(CliNames, APercentSignInANameIsNotReplacedByTheLinker) {
   CliProject project;
   for (const std::string name : {"a%b", "%"}) {
