@@ -244,6 +244,9 @@ TEST(CliNames, ApplicationsWithLabelsThatDifferInLettersOnlyAreApart) {
                           "several applications \"APP\". Specify one by its path: App.tapp, "
                           "app.tapp");
   }
+  EXPECT_EQ(project.Run({"check"}).out,
+            "Duplicate labels\n  demo.tprj:4: the applications App.tapp and app.tapp have the same "
+            "label, except for letter case\n1 finding\n");
   project.Write("x.lua",
                 "print(pcall(host.size, 'APP'))\nprint(host.build('clean', 'app'))\n"
                 "print(#host.size('app'))\n");
