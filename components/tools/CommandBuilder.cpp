@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
 #include "components/tools/UsedFiles.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 
 namespace tarn::tools {
@@ -186,6 +188,7 @@ class PlanMaker : public TemplateValues {
     command.folder = spelledFolder;
     command.program = step.program.Fill(*this);
     for (const ArgumentRule& rule : step.arguments) AddArguments(rule, command.arguments);
+    command.moves = std::exchange(moves, {});
     if (step.plainArguments) RefuseSpecial(command);
     if (step.hasLauncher) AddLauncher(step, command);
     for (const EnvironmentRule& rule : step.environment) {
@@ -211,12 +214,13 @@ class PlanMaker : public TemplateValues {
 
   void AddArgument(const ArgumentRule& rule, std::vector<std::string>& arguments) {
     const bool isFile = rule.source == ArgumentRule::Source::Files;
-    const auto asPath = [this, isFile](const std::string& value) {
+    const auto asPath = [this, isFile, &rule](const std::string& value) {
       const std::string path = isSplitLater ? RestoreSeparators(value) : value;
       const bool isOwn = isFile || IsRelativePath(ToNativeSeparators(path)) ||
                          path.starts_with(AddSeparator(job.baseFolder));
       const std::string full = AbsolutePath(job.disk, job.baseFolder, path);
       std::string name = Shown(SpelledPath(job.disk, full), isOwn);
+      if (name.find_first_of(rule.avoided) != std::string::npos) name = StandIn(name, full);
       return isSplitLater ? ProtectSeparators(name) : name;
     };
     const bool wasRelative = std::exchange(relative, relative || rule.isRelative);
@@ -229,6 +233,13 @@ class PlanMaker : public TemplateValues {
       arguments.push_back(rule.value.Fill(*this, change));
     }
     relative = wasRelative;
+  }
+
+  // Returns the name of a scratch file in the working folder that the program writes for `path`.
+  std::string StandIn(const std::string& name, const std::string& path) {
+    std::string scratch = ".tarn-" + HexText(HashBytes(name)) + ".tmp";
+    moves.emplace_back(JoinPath(spelledFolder, scratch), SpelledOutput(job.disk, path));
+    return scratch;
   }
 
   void RefuseSpecial(const ToolCommand& command) const {
@@ -255,8 +266,9 @@ class PlanMaker : public TemplateValues {
   std::string folder;         // working folder of the step in hand
   std::string spelledFolder;  // the same as the disk spells it
   mutable bool isSplitLater = false;
-  bool relative = false;  // of the step in hand
-  std::string item;       // of the list in hand
+  bool relative = false;                                   // of the step in hand
+  std::string item;                                        // of the list in hand
+  std::vector<std::pair<std::string, std::string>> moves;  // of the step in hand
 };
 
 // Stands for options of which nothing is known.

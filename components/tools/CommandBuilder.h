@@ -32,6 +32,8 @@ struct ToolCommand {
   std::vector<std::pair<std::string, std::string>> environment;
   std::string folder;        // absolute
   std::size_t launched = 0;  // how many of the arguments belong to a launcher
+  // Files that the program writes under another name than their own: scratch file, real name.
+  std::vector<std::pair<std::string, std::string>> moves;
 };
 
 // Where a library is looked for, in order.

@@ -179,12 +179,13 @@ class ToolReader : public ElementReader {
   }
 
   ArgumentRule ReadArgument(const CXmlNode& node) {
-    CheckAttributes(node, {"V", "List", "Path", "Words", "If"});
+    CheckAttributes(node, {"V", "List", "Path", "Avoid", "Words", "If"});
     ArgumentRule rule;
     rule.value = Filled(node, "V");
     const std::size_t path = Choose(node, "Path", {"", "No", "Yes", "Relative"});
     rule.isPath = path >= 2;
     rule.isRelative = path == 3;
+    rule.avoided = Text(node, "Avoid");
     rule.isWords = IsYes(node, "Words");
     rule.conditions = ReadConditions(Text(node, "If"));
     const std::string list = Text(node, "List");

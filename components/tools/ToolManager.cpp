@@ -181,12 +181,16 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
 }
 
 // What is to be linked next was made by the runs since the last link.
-std::vector<std::string> ToolManager::TakeConflicts(const std::vector<std::string>& repeated) {
+std::vector<std::string> ToolManager::TakeConflicts(std::vector<std::string>& repeated) {
   const std::lock_guard guard(lock);
   std::vector<std::string> conflicts;
-  for (const std::string& output : repeated) {
+  for (std::string& output : repeated) {
     const auto found = sources.find(output);
-    if (found == sources.end() || found->second.size() < 2) continue;
+    if (found == sources.end()) continue;
+    if (found->second.size() < 2) {
+      output = *found->second.begin();
+      continue;
+    }
     std::string text;
     for (const std::string& source : found->second) text += (text.empty() ? "" : " and ") + source;
     conflicts.push_back(text + " have the same output file " + output);

@@ -81,8 +81,9 @@ class ToolManager : public DispatchObject<ToolManager> {
   std::shared_ptr<const ToolDefinition> FindTool(const std::string& name);
   bool Execute(const std::string& toolName, const char* files, const char* options,
                ToolMessages& messages);
-  // Why some of these outputs must not be linked; forgets the sources.
-  std::vector<std::string> TakeConflicts(const std::vector<std::string>& repeated);
+  // Returns why some of these outputs must not be linked, and replaces the others by the names of
+  // their sources where they are known; clears the sources.
+  std::vector<std::string> TakeConflicts(std::vector<std::string>& repeated);
   void TellFrame(std::uint32_t message, const std::string& text, std::intptr_t lParam);
 
   const ToolWorld world;

@@ -46,8 +46,8 @@ bool ToolRun::Run() {
   for (const std::string& conflict : job.conflicts) log.AddError(conflict);
   if (!job.conflicts.empty() || !Prepare()) return false;
   for (const std::string& name : job.repeated) {
-    const std::string text = name + " is listed more than once; it is linked once";
-    log.Add({Severity::Warning, text, text, {}, {}});
+    const std::string text = "is listed more than once; it is linked once";
+    log.Add({Severity::Warning, name + ": warning: " + text, text, name, {}});
   }
   for (const ToolCommand& command : plan.commands) {
     if (!RunCommand(command)) return false;
@@ -59,6 +59,7 @@ bool ToolRun::Run() {
 bool ToolRun::Prepare() {
   for (const std::string& problem : plan.problems) log.AddError(problem);
   if (!plan.problems.empty()) return false;
+  if (RefusesNames()) return false;
   std::vector<std::string> written{plan.output, plan.listing, plan.rules, plan.globals};
   written.insert(written.end(), plan.products.begin(), plan.products.end());
   for (const std::string& path : written) {
@@ -72,6 +73,21 @@ bool ToolRun::Prepare() {
   }
   if (!plan.rules.empty()) static_cast<void>(world.files->RemoveScratchFile(plan.rules));
   return !tool.removesOutput || RemoveOutput();
+}
+
+// Such a file can be written by a tool, but is not found here.
+bool ToolRun::RefusesNames() {
+  std::vector<std::string> names = job.files;
+  names.push_back(plan.output);
+  for (const std::string& name : names) {
+    const bool hasControl = std::any_of(name.begin(), name.end(), [](char c) {
+      return static_cast<unsigned char>(c) < ' ' || c == '\x7f';
+    });
+    if (!hasControl) continue;
+    log.AddError(CleanLine(name) + " can't be built: its name holds a control character");
+    return true;
+  }
+  return false;
 }
 
 bool ToolRun::RemoveOutput() {
@@ -90,6 +106,19 @@ bool ToolRun::RunCommand(const ToolCommand& command) {
   if (!WriteResponseFile(command, request, response)) return false;
   const bool isDone = RunProcess(command, request);
   if (!response.empty()) static_cast<void>(world.files->RemoveScratchFile(response));
+  return MoveResults(command, isDone);
+}
+
+// Puts what the program has written under names that it can take where it belongs.
+bool ToolRun::MoveResults(const ToolCommand& command, bool isDone) {
+  for (const auto& [scratch, path] : command.moves) {
+    const auto bytes = world.files->ReadWholeFile(scratch);
+    if (!bytes) continue;
+    static_cast<void>(world.files->RemoveScratchFile(scratch));
+    if (!isDone) continue;
+    const Status written = world.files->WriteScratchFile(path, *bytes);
+    if (!written) isDone = Fail(command, path + ": " + written.GetError().text);
+  }
   return isDone;
 }
 
@@ -189,7 +218,12 @@ void ToolRun::TellStartFailure(const ToolCommand& command, const Error& error) {
   std::string text = command.program;
   if (error.code == ErrorCode::NotFound) {
     text += " was not found";
-    if (!tool.hint.empty()) text += ". " + tool.hint;
+    if (command.launched > 0) {
+      text += ". It was to launch " + command.arguments[command.launched - 1] +
+              "; the option Build.Launcher or the variable TARN_LAUNCHER names it";
+    } else if (!tool.hint.empty()) {
+      text += ". " + tool.hint;
+    }
   } else {
     text += " can't be started: " + error.text;
   }

@@ -33,9 +33,11 @@ class ToolRun {
  private:
   bool Prepare();
   bool RemoveOutput();
+  bool RefusesNames();
   bool RunCommand(const ToolCommand& command);
   bool WriteResponseFile(const ToolCommand& command, ProcessRequest& request,
                          std::string& response);
+  bool MoveResults(const ToolCommand& command, bool isDone);
   bool RunProcess(const ToolCommand& command, const ProcessRequest& request);
   void ReadOutput(const ToolCommand& command, Process& process, ProcessExit& exit);
   bool Judge(const ToolCommand& command, const ProcessExit& exit);

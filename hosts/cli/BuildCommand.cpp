@@ -94,7 +94,7 @@ BuildRequest RequestOf(CommandContext& context, const std::vector<ApplicationEnt
   BuildRequest request;
   request.work = WorkOf(context.Asked().command);
   const bool isOne = !context.Asked().application.empty() && !chosen.empty();
-  if (isOne) request.application = chosen.front().label;
+  if (isOne) request.application = chosen.front().path;
   return request;
 }
 

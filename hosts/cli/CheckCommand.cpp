@@ -4,7 +4,6 @@
 #include "hosts/cli/DisplayText.h"
 #include "hosts/frame/check/ProjectCheck.h"
 #include "hosts/serve/FindingJson.h"
-#include "platform/text/Text.h"
 
 namespace tarn::host {
 
@@ -30,9 +29,9 @@ std::vector<Finding> Collect(CommandContext& context) {
   while (!check.Continue(std::chrono::seconds(1))) {
   }
   std::vector<Finding> findings = check.GetFindings();
-  const std::string& wanted = context.Asked().application;
+  const std::string& wanted = context.Scope();
   std::erase_if(findings, [&wanted](const Finding& each) {
-    return !wanted.empty() && !each.application.empty() && !EqualNoCase(each.application, wanted);
+    return !wanted.empty() && !each.application.empty() && each.applicationPath != wanted;
   });
   return findings;
 }

@@ -73,13 +73,17 @@ class Grammar {
   }
 
   void AddProjectOnly(CLI::App* command) {
-    command->add_option("PROJECT", invocation.project,
-                        "A project file (*.tprj), or a folder that holds one");
+    command
+        ->add_option("PROJECT", invocation.project,
+                     "A project file (*.tprj), or a folder that holds one")
+        ->check(IsGiven());
   }
 
   void AddProject(CLI::App* command, const char* help = "Work on this application") {
     AddProjectOnly(command);
-    command->add_option("-a,--app", invocation.application, help)->type_name("APP");
+    command->add_option("-a,--app", invocation.application, help)
+        ->type_name("APP")
+        ->check(IsGiven());
   }
 
   // For a command that builds, cleans or changes what the project's files hold.
@@ -92,7 +96,8 @@ class Grammar {
     command
         ->add_option("-c,--config", invocation.configuration,
                      "Use this configuration, for this time")
-        ->type_name("CONFIG");
+        ->type_name("CONFIG")
+        ->check(IsGiven());
   }
 
   void AddBuilds() {
@@ -175,7 +180,8 @@ class Grammar {
       AddConfiguration(command);
       command
           ->add_option("-n,--node", invocation.node, "File, group or application, by path or label")
-          ->type_name("NODE");
+          ->type_name("NODE")
+          ->check(IsGiven());
       if (name == std::string("set") || name == std::string("reset")) AddDamagedOk(command);
     }
   }
@@ -299,7 +305,8 @@ class Grammar {
     AddProject(add, "Add to this application");
     Require(add->add_option("FILE", invocation.words, "Its type follows from its extension"));
     add->add_option("--to", invocation.target, "Group or application that takes the files")
-        ->type_name("NODE");
+        ->type_name("NODE")
+        ->check(IsGiven());
     add->add_flag("--create", invocation.create, "Make files and a group that aren't there");
     AddDamagedOk(add);
     CLI::App* remove = AddEdit("remove", "Take files, groups or applications out of a project");
@@ -331,6 +338,7 @@ class Grammar {
         ->add_option("-c,--config", invocation.configurations,
                      "Only this configuration; may stand several times")
         ->type_name("CONFIG")
+        ->check(IsGiven())
         ->allow_extra_args(false);
     AddOutput(commands, "compile_commands.json beside the project");
     CLI::App* sarif = AddCommand(*exports, "sarif", "Findings of the last build, as SARIF 2.1.0");
@@ -357,7 +365,8 @@ class Grammar {
     command
         ->add_option("-o,--output", invocation.output,
                      "File to write, - for the output; else " + usual)
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(IsGiven());
   }
 
   CLI::App app;
@@ -380,6 +389,18 @@ std::string UnknownCommandText(const Grammar& grammar, const CLI::App& parent, i
     return "There is no command \"" + (isTop ? word : parent.get_name() + " " + word) + "\"." +
            SuggestionText(word, names) + "\n`" + (isTop ? "tarn" : "tarn " + parent.get_name()) +
            " --help` lists the commands.";
+  }
+  return {};
+}
+
+// The first option before a "--" that is written "--name=" with nothing after it, without the
+// equals sign: the parser would take the next word for its value.
+std::string OptionWithoutValue(int argc, const char* const* argv) {
+  for (int i = 1; i < argc && std::string_view(argv[i]) != "--"; ++i) {
+    const std::string_view word = argv[i];
+    if (word.starts_with("--") && word.find('=') == word.size() - 1) {
+      return std::string(word.substr(0, word.size() - 1));
+    }
   }
   return {};
 }
@@ -416,6 +437,10 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
   const std::string unknown = UnknownCommandText(grammar, grammar.App(), argc, argv, 1);
   if (!unknown.empty()) {
     std::cerr << "tarn: " << unknown << std::endl;
+    return {std::nullopt, kExitUsage};
+  }
+  if (const std::string option = OptionWithoutValue(argc, argv); !option.empty()) {
+    std::cerr << "tarn: " << option << ": needs a value" << std::endl;
     return {std::nullopt, kExitUsage};
   }
   try {

@@ -52,7 +52,7 @@ int SelectConfiguration(CommandContext& context, const ApplicationEntry& applica
                      " `tarn config add` makes one.");
     return kExitUsage;
   }
-  context.Session().Manager().SelectApplication(application.label);
+  context.Session().Inspector().SelectApplication(application.path);
   context.Session().Options().SetNewConfigName(known);
   context.Session().Manager().Command(kCmdSelectConfiguration);
   return context.SaveProject();

@@ -5,8 +5,8 @@
 #include "hosts/cli/DisplayText.h"
 #include "hosts/frame/LogEntry.h"
 #include "hosts/frame/ProjectFile.h"
+#include "hosts/frame/ProjectTemplate.h"
 #include "hosts/frame/ProjectTree.h"
-#include "hosts/frame/Suggest.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -73,9 +73,7 @@ class Edit {
   int Rename();
   int SelectApplication();
 
-  int FindNode(const std::string& key) {
-    return context.FindNode(key, context.Asked().application);
-  }
+  int FindNode(const std::string& key) { return context.FindNode(key, context.Scope()); }
   std::string TreeText() { return context.Session().Inspector().GetTree(); }
   // Carries a command out. False when the tree is the same afterwards.
   bool Change(std::uint32_t command) {
@@ -165,6 +163,10 @@ int Edit::AddOne(const std::string& file) {
   if (context.Files().IsFolder(path)) {
     return Fail(context.Show(path) + " is a folder. Name the files in it.");
   }
+  const std::string folder = FolderOf(context.Session().GetProjectPath());
+  if (!IsStorable(path.starts_with(folder) ? path.substr(folder.size()) : path)) {
+    return Fail(context.Show(path) + " can't be added: a project can't store &quot; or &slash;.");
+  }
   const bool isMissing = !context.Files().Exists(path);
   if (isMissing && (isApplication || !context.Asked().create)) {
     return Fail("There is no file " + context.Show(path) + "." +
@@ -199,14 +201,13 @@ int Edit::SelectTarget() {
     if (wanted == nullptr || each.active) wanted = &each;
   }
   const std::string& target = context.Asked().target;
-  if (wanted != nullptr && context.Session().Inspector().SelectNodeByKey(wanted->path) != 1) {
+  if (wanted != nullptr && !context.Session().Inspector().SelectApplication(wanted->path)) {
     return Fail(wanted->label + " can't be found.");
   }
   if (target.empty() && wanted == nullptr) return Fail("This project has no application.");
   if (target.empty()) return kExitDone;
   const bool isGroupName = target.find(kSeparator) == std::string::npos;
-  if (context.Asked().create && isGroupName &&
-      context.SelectNode(target, context.Asked().application) == 0) {
+  if (context.Asked().create && isGroupName && context.SelectNode(target, context.Scope()) == 0) {
     return MakeGroup(target);
   }
   return FindNode(target);
@@ -214,7 +215,7 @@ int Edit::SelectTarget() {
 
 // In the current node, and current afterwards.
 int Edit::MakeGroup(const std::string& label) {
-  if (!Change(kCmdNewGroup) || !context.RenameCurrentNode(label)) {
+  if (!IsStorable(label) || !Change(kCmdNewGroup) || !context.RenameCurrentNode(label)) {
     return Fail("The group \"" + label + "\" can't be made.");
   }
   Note("made the group " + Printable(label));
@@ -240,7 +241,7 @@ int Edit::Move() {
     context.Session().Manager().Command(kCmdCopyNode);
     if (!Change(kCmdRemoveNode)) return Fail("\"" + key + "\" can't be moved.");
     // The target may lie in another application than what is moved there.
-    const std::string& application = context.Asked().application;
+    const std::string& application = context.Scope();
     const bool isInside = context.SelectNode(target, application) != 0;
     if (!isInside && context.SelectNode(target, "") == 0) {
       return Fail("There is no \"" + target + "\" outside of \"" + key + "\" to move it to.");
@@ -258,7 +259,9 @@ int Edit::Move() {
 int Edit::Rename() {
   const std::string& key = words[0];
   const std::string& label = words[1];
-  if (Trim(label).empty() || Printable(label) != label) return Fail("That is no name for a node.");
+  if (Trim(label).empty() || Printable(label) != label || !IsStorable(label)) {
+    return Fail("That is no name for a node.");
+  }
   for (const ApplicationEntry& each : ProjectTree(TreeText()).GetApplications()) {
     if (EqualNoCase(each.label, label)) {
       return Fail("There is an application \"" + each.label + "\" already.");
@@ -271,28 +274,25 @@ int Edit::Rename() {
 }
 
 int Edit::SelectApplication() {
-  const std::string& label = words.front();
-  std::vector<std::string> known;
-  std::vector<ApplicationEntry> chosen;
-  for (const ApplicationEntry& each : ProjectTree(TreeText()).GetApplications()) {
-    known.push_back(each.label);
-    if (EqualNoCase(each.label, label)) chosen.push_back(each);
-  }
-  if (chosen.empty()) {
-    return Fail("There is no application \"" + label + "\" in this project." +
-                SuggestionText(label, known));
-  }
-  const ApplicationEntry& wanted = chosen.front();
-  if (chosen.size() > 1) {
+  const auto applications = ProjectTree(TreeText()).GetApplications();
+  const FoundApplication found = context.FindApplication(applications, words.front());
+  const std::string label = found.entry ? found.entry->label : words.front();
+  const auto isNamesake = [&label](const ApplicationEntry& each) {
+    return EqualNoCase(each.label, label);
+  };
+  if (std::count_if(applications.begin(), applications.end(), isNamesake) > 1) {
     // The project names its active application by the label.
+    const auto first = std::find_if(applications.begin(), applications.end(), isNamesake);
     return Fail("There are several applications \"" + label + "\". Give one another label first: " +
-                "`tarn rename " + context.Show(wanted.path) + " NAME`");
+                "`tarn rename " + context.Show(first->path) + " NAME`");
   }
+  if (!found.entry) return Fail(found.problem);
+  const ApplicationEntry& wanted = *found.entry;
   if (wanted.active) {
     context.Remark(wanted.label + " is the active application already.");
     return kExitDone;
   }
-  context.Session().Inspector().SelectNodeByKey(wanted.path);
+  context.Session().Inspector().SelectApplication(wanted.path);
   if (!Change(kCmdSetActiveApplication)) return Fail(label + " can't be made active.");
   Note("selected " + Printable(wanted.label));
   return kExitDone;

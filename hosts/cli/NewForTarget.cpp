@@ -118,7 +118,7 @@ int Creation::AddFirstSource(std::vector<std::string>& made) {
     }
     made.push_back(source);
   }
-  session.Inspector().SelectNodeByKey(applications.front().path);
+  session.Inspector().SelectApplication(applications.front().path);
   session.Manager().Command(kCmdNewGroup);
   context.RenameCurrentNode(kFirstGroup);
   session.Manager().AddExistingItem(source);

@@ -20,13 +20,6 @@ namespace tarn::host {
 
 namespace {
 
-std::vector<std::string> LabelsOf(const std::vector<ApplicationEntry>& applications) {
-  std::vector<std::string> labels;
-  labels.reserve(applications.size());
-  for (const ApplicationEntry& each : applications) labels.push_back(each.label);
-  return labels;
-}
-
 constexpr const char* kChangingCommands[] = {
     "build",         "rebuild", "clean",  "options set", "options reset", "config add",
     "config select", "add",     "remove", "move",        "rename",        "select"};
@@ -103,8 +96,7 @@ int CommandContext::OpenProject(const std::string& path) {
   if (const int code = StartSession(); code != kExitDone) return code;
   if (const Status opened = Session().Open(path); !opened) {
     const std::string& reason = opened.GetError().text;
-    Complain(Show(path) + " can't be opened" + (reason.empty() ? "." : ":\n" + reason));
-    return kExitCannotOpen;
+    return Refuse(Show(path) + " can't be opened" + (reason.empty() ? "." : ":\n" + reason));
   }
   hasOpened = true;
   for (const std::string& line : Session().TakeLogLines()) Remark(line);
@@ -133,8 +125,12 @@ void CommandContext::ShowDamage() {
 }
 
 int CommandContext::RefuseDamaged() {
-  const std::string text = std::string(kDamageRefusal) +
-                           " Repair the files, or use --damaged-ok to go on with what was read.";
+  return Refuse(std::string(kDamageRefusal) +
+                " Repair the files, or use --damaged-ok to go on with what was read.");
+}
+
+// The project can't be worked with.
+int CommandContext::Refuse(const std::string& text) {
   Complain(text);
   if (asked.json) {
     PrintJson(*this, {{"result", "refused"}, {"exitCode", int{kExitCannotOpen}}, {"error", text}});
@@ -143,19 +139,28 @@ int CommandContext::RefuseDamaged() {
 }
 
 int CommandContext::ChooseApplications(std::vector<ApplicationEntry>& chosen) {
-  const ProjectTree tree(Session().Inspector().GetTree());
-  chosen.clear();
-  for (const ApplicationEntry& each : tree.GetApplications()) {
-    if (asked.application.empty() || EqualNoCase(each.label, asked.application)) {
-      chosen.push_back(each);
+  chosen = ProjectTree(Session().Inspector().GetTree()).GetApplications();
+  if (!asked.application.empty()) {
+    const FoundApplication found = FindApplication(chosen, asked.application);
+    if (!found.entry) {
+      Complain(found.problem);
+      return kExitUsage;
     }
-  }
-  if (chosen.empty() && !asked.application.empty()) {
-    Complain("There is no application \"" + asked.application + "\" in this project." +
-             SuggestionText(asked.application, LabelsOf(tree.GetApplications())));
-    return kExitUsage;
+    chosen = {*found.entry};
+    scope = found.entry->path;
   }
   return asked.configuration.empty() ? int{kExitDone} : SelectConfiguration(chosen);
+}
+
+FoundApplication CommandContext::FindApplication(const std::vector<ApplicationEntry>& applications,
+                                                 const std::string& key) const {
+  const auto shorten = [this](const std::string& path) { return Show(path); };
+  FoundApplication found = host::FindApplication(applications, key, shorten);
+  if (found.entry) return found;
+  // A path is the user's, so it starts in the user's folder.
+  const std::string path = files.Canonical(JoinPath(startFolder, key));
+  FoundApplication named = host::FindApplication(applications, path, shorten);
+  return named.entry ? named : found;
 }
 
 int CommandContext::SelectConfiguration(const std::vector<ApplicationEntry>& applications) {
@@ -190,7 +195,7 @@ int CommandContext::SelectConfiguration(const std::vector<ApplicationEntry>& app
 
 void CommandContext::SwitchTo(const ApplicationEntry& application,
                               const std::string& configuration) {
-  Session().Manager().SelectApplication(application.label);
+  Session().Inspector().SelectApplication(application.path);
   Session().Options().SetNewConfigName(configuration);
   Session().Manager().Command(kCmdSelectConfiguration);
 }
@@ -202,9 +207,9 @@ int CommandContext::ChooseNode() {
   for (const ApplicationEntry& each : chosen) {
     if (wanted == nullptr || each.active) wanted = &each;
   }
-  if (wanted != nullptr) Session().Inspector().SelectNodeByKey(wanted->path);
+  if (wanted != nullptr) Session().Inspector().SelectApplication(wanted->path);
   if (asked.node.empty()) return kExitDone;
-  return FindNode(asked.node, asked.application);
+  return FindNode(asked.node, scope);
 }
 
 int CommandContext::SelectNodeIn(const std::string& key, const std::string& application) {
@@ -227,16 +232,20 @@ int CommandContext::SelectNode(const std::string& key, const std::string& applic
 int CommandContext::FindNode(const std::string& key, const std::string& application) {
   const int count = SelectNode(key, application);
   if (count == 1) return kExitDone;
-  const std::string place = application.empty() ? "this project" : "the application " + application;
+  const std::string place =
+      application.empty() ? "this project" : "the application " + asked.application;
   if (count == 0) {
     Complain("There is no file, group or application \"" + key + "\" in " + place + "." +
              SuggestionText(key, NodeNames(application)) + " `tarn tree` shows what there is.");
   } else {
     // The wrong one would be taken in half of the cases.
     const bool isAnywhere = application.empty() && SelectNodeIn(key, "") != 0;
-    Complain("\"" + key + "\" is in " + place + " several times. Write its path" +
-             (isAnywhere ? ", or APP/" + key + " for that of an application." : ".") + " GROUP/" +
-             key + " means that of a group, \"" + key + "#1\" the first of them.");
+    const bool isPath = files.Exists(files.Canonical(JoinPath(startFolder, key)));
+    std::string advice;
+    if (!isPath) advice = " Write its path.";
+    if (isAnywhere) advice += " APP/" + key + " means that of an application.";
+    Complain("\"" + key + "\" is in " + place + " several times." + advice + " GROUP/" + key +
+             " means that of a group, \"" + key + "#1\" the first of them.");
   }
   return kExitUsage;
 }
@@ -256,8 +265,7 @@ std::vector<std::string> CommandContext::NodeNames(const std::string& applicatio
   };
   if (tree.GetRoot() == nullptr) return {};
   for (const CXmlNode* node : tree.GetRoot()->GetChildren()) {
-    const bool isMeant =
-        application.empty() || EqualNoCase(AttributeOf(node, "Header"), application);
+    const bool isMeant = application.empty() || AttributeOf(node, "Path") == application;
     if (ProjectTree::IsShown(*node) && isMeant) collect(*node);
   }
   names.erase("");

@@ -52,12 +52,17 @@ class CommandContext {
   // The applications that --app means, all without one, with the configuration that --config names
   // in force. 0, or an exit code with everything said.
   int ChooseApplications(std::vector<ApplicationEntry>& chosen);
+  // Path of the application that --app means, once it was chosen; empty without --app.
+  const std::string& Scope() const { return scope; }
+  // The application that the user names by a label or a path.
+  FoundApplication FindApplication(const std::vector<ApplicationEntry>& applications,
+                                   const std::string& key) const;
   // Makes the node current that --node means, else the application of --app, else the active one.
   int ChooseNode();
   // Makes the node current that the user means: by a path or a label, by either of them after
   // the label of its application or group and a slash, or by one of these with "#N" for the Nth of
-  // several. Without a label it is looked for in `application`, anywhere for an empty one. Gives
-  // how many could be meant; of several none becomes current.
+  // several. Without a label it is looked for in the application with this path, anywhere for an
+  // empty one. Returns how many could be meant; of several none becomes current.
   int SelectNode(const std::string& key, const std::string& application);
   // The same for one that has to be there. 0, or an exit code with everything said.
   int FindNode(const std::string& key, const std::string& application);
@@ -69,6 +74,7 @@ class CommandContext {
 
  private:
   void ShowDamage();
+  int Refuse(const std::string& text);
   int RefuseDamaged();
   std::vector<std::string> NodeNames(const std::string& application);
   int SelectNodeIn(const std::string& key, const std::string& application);
@@ -79,6 +85,7 @@ class CommandContext {
   Console& console;
   FileSystem& files;
   std::string startFolder;
+  std::string scope;
   MainFrame frame;
   std::unique_ptr<BuildSession> session;
   std::vector<DamageEntry> damage;

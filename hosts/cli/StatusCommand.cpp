@@ -91,7 +91,7 @@ int RunStatus(CommandContext& context) {
   std::string problem;
   for (const ApplicationStatus& application : context.Session().GetStatus(&problem)) {
     const bool wanted = std::any_of(chosen.begin(), chosen.end(), [&](const auto& each) {
-      return each.label == application.label;
+      return each.path == application.path;
     });
     if (!wanted) continue;
     if (context.Asked().json) {

@@ -81,7 +81,7 @@ int RunTree(CommandContext& context) {
   for (const CXmlNode* node : tree.GetRoot()->GetChildren()) {
     if (!ProjectTree::IsShown(*node)) continue;
     const ApplicationEntry& entry = applications[next++];
-    const bool wanted = context.Asked().application.empty() || entry.label == chosen.front().label;
+    const bool wanted = context.Asked().application.empty() || entry.path == chosen.front().path;
     if (wanted) PrintApplication(context, *node, entry);
   }
   return kExitDone;

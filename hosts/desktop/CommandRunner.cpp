@@ -212,7 +212,9 @@ void CommandRunner::Start(std::uint32_t command) {
 
 BuildOutcome CommandRunner::RunAndWait(const BuildRequest& request) {
   if (IsBuilding()) return {};
-  return WaitFor([&] { Run(session.SelectCommand(request)); });
+  const std::uint32_t command = session.SelectCommand(request);
+  if (command == 0) return {};
+  return WaitFor([this, command] { Run(command); });
 }
 
 BuildEnd CommandRunner::AwaitBuild() {

@@ -9,7 +9,7 @@ namespace tarn::host {
 // The outputs that the tools of an application make, as the inspector lists them.
 
 struct ApplicationInputs {
-  std::string_view application;
+  std::string_view application;           // path
   std::vector<std::string_view> outputs;  // in the order of the build, the application's own last
 };
 

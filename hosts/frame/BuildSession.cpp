@@ -325,7 +325,7 @@ std::vector<std::uint32_t> BuildSession::TakePostedCommands() {
 }
 
 std::uint32_t BuildSession::SelectCommand(const BuildRequest& request) {
-  if (!request.application.empty()) manager.SelectApplication(request.application);
+  if (!request.application.empty() && !inspector.SelectApplication(request.application)) return 0;
   for (const WorkCommands& each : kWorkCommands) {
     if (each.work == request.work) {
       return request.application.empty() ? each.project : each.application;
@@ -338,7 +338,7 @@ std::uint32_t BuildSession::SelectCommand(const BuildRequest& request) {
 bool BuildSession::RunCommand(std::uint32_t command) {
   workerEnded = false;
   workerSucceeded = false;
-  if (manager.PrologCommand(command) == 0) {
+  if (command == 0 || manager.PrologCommand(command) == 0) {
     outcome.end = BuildEnd::Refused;
     return true;
   }
@@ -479,14 +479,14 @@ void BuildSession::KeepLog() {
 int BuildSession::CountWork(const BuildRequest& request) {
   const std::vector<ApplicationStatus> status = ParseStatus(inspector.GetStatus());
   const auto chosen = std::find_if(status.begin(), status.end(), [&](const auto& each) {
-    return each.label == request.application;
+    return each.path == request.application;
   });
   std::size_t count = 0;
   for (const ApplicationStatus& each : status) {
     const bool isUsed =
         chosen != status.end() &&
         std::find(chosen->uses.begin(), chosen->uses.end(), each.label) != chosen->uses.end();
-    const bool isChosen = request.application.empty() || each.label == request.application;
+    const bool isChosen = request.application.empty() || each.path == request.application;
     // What an application uses is brought up to date also for a rebuild.
     const bool isCounted = isUsed || (isChosen && request.work != BuildWork::Rebuild);
     if (!isCounted) continue;
@@ -514,7 +514,7 @@ std::vector<ApplicationStatus> BuildSession::GetStatus(std::string* problem) {
 std::vector<ApplicationSummary> BuildSession::GetSummaries() {
   std::vector<ApplicationSummary> list;
   for (const ApplicationEntry& each : ProjectTree(inspector.GetTree()).GetApplications()) {
-    list.push_back({each.label, inspector.GetBuildInfos(each.label, each.output)});
+    list.push_back({each.label, inspector.GetBuildInfos(each.path, each.output)});
   }
   return list;
 }

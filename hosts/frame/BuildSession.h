@@ -27,7 +27,7 @@ enum class BuildWork { Build, Rebuild, Clean };
 
 struct BuildRequest {
   BuildWork work = BuildWork::Build;
-  std::string application;  // label; empty: the whole project
+  std::string application;  // path; empty: the whole project
 };
 
 enum class BuildEnd {
@@ -111,7 +111,7 @@ class BuildSession {
   // once, with Refused, when none runs.
   BuildEnd AwaitBuild();
   // What a build of the application with this label or path leaves out, of the whole project for an
-  // empty one. All options are known.
+  // empty key. All options are known.
   BuildGaps FindGaps(const std::string& application);
   // Adds them to the log. False if one is fatal.
   bool ReportGaps(const BuildGaps& gaps);
@@ -128,7 +128,8 @@ class BuildSession {
   void Adopt(const std::string& openedPath);
   // The project was closed, or another one is open that nothing is kept for: none is built by Run.
   void LeaveProject() { OnProjectChanged({}); }
-  // Makes what is to be built current, and gives the command for it.
+  // Makes what is to be built current, and returns the command for it; 0 if there is no such
+  // application.
   std::uint32_t SelectCommand(const BuildRequest& request);
   // How many tools have ended since BeginWork.
   const BuildOutcome& GetOutcome() const { return outcome; }

@@ -41,33 +41,34 @@ class Collector {
   Collector(BuildSession& openSession, FileSystem& fileSystem, CompileCommandList& result)
       : session(openSession), disk(fileSystem), list(result) {}
 
-  void Switch(const std::string& label, const std::string& name) {
-    session.Manager().SelectApplication(label);
+  // Applications are named by their paths.
+  void Switch(const std::string& application, const std::string& name) {
+    session.Inspector().SelectApplication(application);
     session.Options().SetNewConfigName(name);
     session.Manager().Command(kCmdSelectConfiguration);
   }
 
-  void Collect(const std::string& label, const std::string& name) {
+  void Collect(const std::string& application, const std::string& name) {
     session.Inspector().PublishAll();
     configuration = name;
     std::string ownOutput;  // of the application: what is linked
     for (const ApplicationEntry& each :
          ProjectTree(session.Inspector().GetTree()).GetApplications()) {
-      if (each.label == label) ownOutput = each.output;
+      if (each.path == application) ownOutput = each.output;
     }
     const std::string lines = session.Inspector().GetBuildInputs();
     for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
-      if (each.application != label) continue;
+      if (each.application != application) continue;
       for (const std::string_view made : each.outputs) {
         const std::string output(made);
-        if (ownOutput.empty() || !EqualNoCase(output, ownOutput)) AddNode(label, output);
+        if (ownOutput.empty() || !EqualNoCase(output, ownOutput)) AddNode(application, output);
       }
     }
   }
 
  private:
-  void AddNode(const std::string& label, const std::string& output) {
-    const auto input = ParseXml(session.Inspector().GetToolInput(label, output));
+  void AddNode(const std::string& application, const std::string& output) {
+    const auto input = ParseXml(session.Inspector().GetToolInput(application, output));
     if (input == nullptr) return;
     const CXmlNode* options = input->FindChild("#CDATA");
     const std::string files = AttributeOf(input.get(), "Files");
@@ -136,11 +137,11 @@ CompileCommandList CollectCompileCommands(BuildSession& session, FileSystem& fil
     std::string current = each.configuration;
     for (const std::string& name : names) {
       if (!IsWanted(configurations, name)) continue;
-      if (!EqualNoCase(name, current)) collector.Switch(each.label, name);
+      if (!EqualNoCase(name, current)) collector.Switch(each.path, name);
       current = name;
-      collector.Collect(each.label, name);
+      collector.Collect(each.path, name);
     }
-    if (!EqualNoCase(current, each.configuration)) collector.Switch(each.label, each.configuration);
+    if (!EqualNoCase(current, each.configuration)) collector.Switch(each.path, each.configuration);
   }
   if (!selected.empty()) session.Inspector().SelectNodeByKey(selected);
   return list;

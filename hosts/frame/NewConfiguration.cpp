@@ -56,7 +56,7 @@ Status AddConfiguration(BuildSession& session, const NewConfiguration& wanted,
                  application->label + " has no configuration \"" + asked + "\".", asked};
   }
   // Selecting makes the application the current node, too.
-  if (!application->active) session.Manager().SelectApplication(application->label);
+  if (!application->active) session.Inspector().SelectApplication(application->path);
   if (!RunWithName(session, wanted.name) ||
       session.Inspector().CopyConfiguration(from, wanted.name) == 0) {
     return Error{ErrorCode::Io, "The project can't be changed now.", wanted.name};

@@ -7,6 +7,7 @@
 #include "hosts/frame/LogEntry.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "xml/XmlEntities.h"
 
 namespace tarn::host {
 
@@ -66,12 +67,16 @@ Status WriteWithFolder(FileSystem& files, const std::string& path, std::string_v
 std::string CheckFileTitle(const std::string& name, const std::string& what) {
   if (Trim(name).empty() || name == "." || name == "..") return "A " + what + " needs a name.";
   for (const char c : name) {
-    const bool isControl = static_cast<unsigned char>(c) < 0x20;
+    const bool isControl = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
     if (isControl || std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos) {
       return "A " + what + "'s name can't hold / \\ : * ? \" < > | or control characters.";
     }
   }
-  return {};
+  return IsStorable(name) ? std::string() : "A " + what + "'s name can't hold &quot; or &slash;.";
+}
+
+bool IsStorable(const std::string& text) {
+  return g_xmlEntities.Decode(g_xmlEntities.Encode(text.c_str()).c_str()) == text;
 }
 
 Status WriteFirstSource(FileSystem& files, const std::string& path) {

@@ -20,6 +20,10 @@ struct NewProject {
 // are named; empty when it can.
 std::string CheckFileTitle(const std::string& name, const std::string& what);
 
+// Returns whether a project file gives the text back: what looks like a character reference doesn't
+// survive.
+bool IsStorable(const std::string& text);
+
 // Writes the files and gives their paths, the project file first. Never overwrites: a project or
 // application file that is there already is a failure, a source file that is there is used.
 Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewProject& project);

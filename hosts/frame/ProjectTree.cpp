@@ -4,6 +4,7 @@
 #include <array>
 
 #include "hosts/frame/LogEntry.h"
+#include "hosts/frame/Suggest.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -31,7 +32,43 @@ std::vector<std::string> ConfigurationsOf(const CXmlNode& application, const std
   return names;
 }
 
+using Entries = std::vector<const ApplicationEntry*>;
+
+template <class IsMeant>
+Entries Select(const std::vector<ApplicationEntry>& applications, IsMeant isMeant) {
+  Entries found;
+  for (const ApplicationEntry& each : applications) {
+    if (isMeant(each)) found.push_back(&each);
+  }
+  return found;
+}
+
 }  // namespace
+
+FoundApplication FindApplication(const std::vector<ApplicationEntry>& applications,
+                                 std::string_view key,
+                                 const std::function<std::string(const std::string&)>& shorten) {
+  Entries found = Select(applications, [&](const auto& each) { return each.path == key; });
+  if (found.empty()) {
+    found = Select(applications, [&](const auto& each) { return each.label == key; });
+  }
+  if (found.empty()) {
+    found = Select(applications, [&](const auto& each) { return EqualNoCase(each.label, key); });
+  }
+  if (found.size() == 1) return {*found.front(), {}};
+  const std::string name = "\"" + std::string(key) + "\"";
+  if (found.empty()) {
+    std::vector<std::string> labels;
+    for (const ApplicationEntry& each : applications) labels.push_back(each.label);
+    return {{},
+            "There is no application " + name + " in this project." + SuggestionText(key, labels)};
+  }
+  std::string paths;
+  for (const ApplicationEntry* each : found) {
+    paths += (paths.empty() ? "" : ", ") + shorten(each->path);
+  }
+  return {{}, "There are several applications " + name + ". Specify one by its path: " + paths};
+}
 
 ProjectTree::ProjectTree(const std::string& xml) : root(ParseXml(xml)) {}
 
@@ -49,8 +86,12 @@ std::vector<ApplicationEntry> ProjectTree::GetApplications() const {
     entry.configuration = AttributeOf(node, "Config");
     if (entry.configuration.empty()) entry.configuration = kUsualConfiguration;
     entry.configurations = ConfigurationsOf(*node, entry.configuration);
-    entry.active = EqualNoCase(entry.label, active);
   }
+  // Of several with this label the server activates the last one.
+  const auto named = std::find_if(list.rbegin(), list.rend(), [&active](const auto& each) {
+    return EqualNoCase(each.label, active);
+  });
+  if (named != list.rend()) named->active = true;
   return list;
 }
 

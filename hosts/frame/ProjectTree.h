@@ -1,7 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "xml/XmlNode.h"
@@ -17,6 +20,17 @@ struct ApplicationEntry {
   std::vector<std::string> configurations;  // that can be chosen
   bool active = false;
 };
+
+struct FoundApplication {
+  std::optional<ApplicationEntry> entry;
+  std::string problem;  // a sentence for the user; empty if there is exactly one
+};
+
+// Returns the application with the path or the label `key`, else the one whose label differs from
+// it in letter case only. None if several could be meant. `shorten` makes a path fit for a person.
+FoundApplication FindApplication(const std::vector<ApplicationEntry>& applications,
+                                 std::string_view key,
+                                 const std::function<std::string(const std::string&)>& shorten);
 
 // The project's tree as the inspector gave it.
 class ProjectTree {

@@ -69,7 +69,6 @@ class ProjectManagerDriver : public COleDispatchDriver {
   std::int32_t EpilogCommand(std::uint32_t id) { return InvokeLong(18, {AsNumber(id)}); }
   std::int32_t PrologCommand(std::uint32_t id) { return InvokeLong(19, {AsNumber(id)}); }
   void Clean() { InvokeHelper(21, {}); }
-  void SelectApplication(const std::string& header) { InvokeHelper(23, {header}); }
   std::string GetSelectedApplication() { return InvokeText(26, {}); }
   // The type follows from the file's extension.
   std::int32_t AddExistingItem(const std::string& path) {
@@ -109,13 +108,15 @@ class InspectorDriver : public COleDispatchDriver {
     return InvokeText(6, {application, output});
   }
   DispatchPtr GetPropertyManager();
-  // How many nodes could be meant; only one of its kind is made current.
   std::string GetSharedOutputs(const std::string& application) {
     return InvokeText(50, {application});
   }
+  // How many nodes could be meant; only one of its kind is made current.
   std::int32_t SelectNodeByKey(const std::string& key, const std::string& application = {}) {
     return InvokeLong(8, {key, application});
   }
+  // Makes the application with this path the current node. False if there is none.
+  bool SelectApplication(const std::string& path) { return SelectNodeByKey("", path) == 1; }
   // The numbers of the children on the way from the project, in GetTree; 0 when there is none.
   std::int32_t SelectNodeByPlace(const std::string& place) { return InvokeLong(15, {place}); }
   // Remembers the current node.

@@ -3,8 +3,6 @@
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/NewConfiguration.h"
 #include "hosts/frame/ProjectTree.h"
-#include "hosts/frame/Suggest.h"
-#include "platform/text/Text.h"
 
 namespace tarn::host {
 
@@ -28,17 +26,9 @@ void SessionScripts::ShowLine(const std::string& line) {
   if (onLine) onLine(line);
 }
 
-SessionScripts::FoundLabel SessionScripts::FindApplicationLabel(const std::string& application) {
-  if (application.empty()) return {};
-  std::vector<std::string> labels;
-  for (const ApplicationEntry& each :
-       ProjectTree(session.Inspector().GetTree()).GetApplications()) {
-    if (EqualNoCase(each.label, application)) return {each.label, {}};
-    labels.push_back(each.label);
-  }
-  return {{},
-          "There is no application \"" + application + "\" in this project." +
-              SuggestionText(application, labels)};
+FoundApplication SessionScripts::Find(const std::string& application) {
+  return FindApplication(ProjectTree(session.Inspector().GetTree()).GetApplications(), application,
+                         [](const std::string& path) { return path; });
 }
 
 std::string SessionScripts::CheckCall(const std::string& method,
@@ -46,14 +36,18 @@ std::string SessionScripts::CheckCall(const std::string& method,
   return session.CheckCall(method, arguments);
 }
 
-ScriptBuild SessionScripts::Build(const std::string& work, const std::string& application) {
+ScriptBuild SessionScripts::Build(const std::string& work,
+                                  const std::optional<std::string>& application) {
   ScriptBuild refused;
   refused.problem = session.CheckCall("ProjectBuild", {});
   if (!refused.problem.empty()) return refused;
-  const FoundLabel found = FindApplicationLabel(application);
-  refused.problem = found.problem;
-  if (!refused.problem.empty()) return refused;
-  const BuildRequest request{WorkOf(work), found.label};
+  BuildRequest request{WorkOf(work), {}};
+  if (application) {
+    const FoundApplication found = Find(*application);
+    refused.problem = found.problem;
+    if (!found.entry) return refused;
+    request.application = found.entry->path;
+  }
   const BuildOutcome outcome = runBuild ? runBuild(request) : session.Run(request, nullptr);
   return {WordOf(outcome.end), outcome.toolsRun, outcome.toolsFailed, {}};
 }
@@ -62,11 +56,10 @@ std::string SessionScripts::WaitForBuild() {
   return WordOf(awaitBuild ? awaitBuild() : session.AwaitBuild());
 }
 
-std::string SessionScripts::GetSize(const std::string& application) {
-  for (const ApplicationSummary& each : session.GetSummaries()) {
-    if (EqualNoCase(each.label, application)) return each.infos;
-  }
-  return {};
+ScriptSize SessionScripts::GetSize(const std::string& application) {
+  const FoundApplication found = Find(application);
+  if (!found.entry) return {{}, found.problem};
+  return {session.Inspector().GetBuildInfos(found.entry->path, found.entry->output), {}};
 }
 
 std::string SessionScripts::AddConfiguration(const std::string& name,

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "hosts/frame/ProjectTree.h"
 #include "hosts/frame/script/ScriptRunner.h"
 
 namespace tarn::host {
@@ -31,18 +32,14 @@ class SessionScripts : private ScriptHost {
   void ForgetStop() { runner.ForgetStop(); }
 
  private:
-  struct FoundLabel {
-    std::string label;    // as the project writes it
-    std::string problem;  // why there is none
-  };
-  // An empty label means the whole project.
-  FoundLabel FindApplicationLabel(const std::string& application);
+  FoundApplication Find(const std::string& application);
 
   void ShowLine(const std::string& line) override;
   std::string CheckCall(const std::string& method, const std::vector<Variant>& arguments) override;
-  ScriptBuild Build(const std::string& work, const std::string& application) override;
+  ScriptBuild Build(const std::string& work,
+                    const std::optional<std::string>& application) override;
   std::string WaitForBuild() override;
-  std::string GetSize(const std::string& application) override;
+  ScriptSize GetSize(const std::string& application) override;
   std::string AddConfiguration(const std::string& name,
                                const std::optional<std::string>& from) override;
 

@@ -9,15 +9,19 @@ bool IsSamePath(const std::string& a, const std::string& b, bool exactly) {
 }
 
 CXmlNode* FindApplication(CProjectModel& model, const std::string& key) {
-  CXmlNode* found = nullptr;
+  std::vector<CXmlNode*> byPath, byLabel, byLetters;
   ForEachApplication(model, [&](CXmlNode& application) {
+    const std::string label = TextOf(application.GetAttrValue("Header"));
     std::string path;
     model.MakeAbsolutePath(TextOf(application.GetAttrValue("Path")), path, nullptr);
-    const bool isMeant =
-        EqualNoCase(TextOf(application.GetAttrValue("Header")), key) || IsSamePath(path, key, true);
-    if (found == nullptr && isMeant) found = &application;
+    if (path == key) byPath.push_back(&application);
+    if (label == key) byLabel.push_back(&application);
+    if (EqualNoCase(label, key)) byLetters.push_back(&application);
   });
-  return found;
+  for (const std::vector<CXmlNode*>& found : {byPath, byLabel, byLetters}) {
+    if (!found.empty()) return found.size() == 1 ? found.front() : nullptr;
+  }
+  return nullptr;
 }
 
 }  // namespace tarn

@@ -164,7 +164,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetTree>("GetTree", 3, {}),
       Method<&I::GetStatus>("GetStatus", 4, {}),
       Method<&I::GetBuildInputs>("GetBuildInputs", 5, {}),
-      Method<&I::GetToolInput>("GetToolInput", 6, {"applicationHeader", "outputFile"}),
+      Method<&I::GetToolInput>("GetToolInput", 6, {"application", "outputFile"}),
       Method<&I::GetPropertyManager>("GetPropertyManager", 7, {}),
       Method<&I::SelectNodeByKey>("SelectNodeByKey", 8, {"key", "application"}),
       Method<&I::ExplainOption>("ExplainOption", 9, {"setname", "sectionname", "propertyname"}),
@@ -191,7 +191,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetBuildProblem>("GetBuildProblem", 32, {}),
       Method<&I::CopyConfiguration>("CopyConfiguration", 23, {"from", "to"}),
       Method<&I::RefreshDefinitions>("RefreshDefinitions", 24, {}),
-      Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"applicationHeader"}),
+      Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
   });
   return table;
 }
@@ -225,6 +225,14 @@ std::string CProjectInspector::GetTree() {
   if (model == nullptr) return {};
   CXmlNode copy;
   CopyShown(model->GetProjectRoot(), copy);
+  // The key of an application: equal before and after it is published.
+  for (CXmlNode* child : copy.GetChildren()) {
+    if ((model->types.FlagsOf(*child) & kTypeApplication) == 0) continue;
+    std::string path;
+    if (model->MakeAbsolutePath(TextOf(child->GetAttrValue("Path")), path, nullptr)) {
+      child->SetAttrValue("Path", path);
+    }
+  }
   return copy.ToString(g_xmlDisplayOptions);
 }
 
@@ -245,7 +253,7 @@ std::string CProjectInspector::GetBuildInputs() {
   if (model == nullptr) return {};
   std::string lines;
   ForEachApplication(*model, [&](CXmlNode& application) {
-    lines += "A " + TextOf(application.GetAttrValue("Header")) + "\n";
+    lines += "A " + TextOf(application.GetAttrValue("Path")) + "\n";
     ForEachBuiltNode(*model, application, [&](CXmlNode& node) {
       if (FindStoredValues(node) == nullptr) return;
       lines += "N " + TextOf(node.GetAttrValue("OutputFile")) + "\n";
@@ -254,40 +262,37 @@ std::string CProjectInspector::GetBuildInputs() {
   return lines;
 }
 
-std::string CProjectInspector::GetSharedOutputs(const char* applicationHeader) {
+std::string CProjectInspector::GetSharedOutputs(const char* application) {
   CProjectModel* model = Model();
-  const std::string wanted = TextOf(applicationHeader);
+  const std::string wanted = TextOf(application);
   std::string lines;
   if (model == nullptr) return lines;
-  ForEachApplication(*model, [&](CXmlNode& application) {
-    const std::string label = TextOf(application.GetAttrValue("Header"));
-    if (!wanted.empty() && !EqualNoCase(label, wanted)) return;
-    for (const SharedOutput& each : model->FindSharedOutputs(application)) {
+  const CXmlNode* const only = wanted.empty() ? nullptr : FindApplication(*model, wanted);
+  ForEachApplication(*model, [&](CXmlNode& node) {
+    if (!wanted.empty() && &node != only) return;
+    for (const SharedOutput& each : model->FindSharedOutputs(node)) {
       if (!each.isSameSource) lines += DescribeSharedOutput(each) + "\n";
     }
   });
   return lines;
 }
 
-std::string CProjectInspector::GetToolInput(const char* applicationHeader, const char* outputFile) {
+std::string CProjectInspector::GetToolInput(const char* application, const char* outputFile) {
   CProjectModel* model = Model();
-  if (model == nullptr || applicationHeader == nullptr || outputFile == nullptr) return {};
+  if (model == nullptr || application == nullptr || outputFile == nullptr) return {};
+  CXmlNode* const owner = FindApplication(*model, application);
+  const CXmlNode* node = owner == nullptr ? nullptr : model->FindNodeByOutput(*owner, outputFile);
+  const CXmlNode* values = node == nullptr ? nullptr : FindStoredValues(*node);
+  if (values == nullptr) return {};
+  std::string tool;
+  std::string files;
+  model->GetToolInput(*node, tool, files);
   CXmlNode input;
-  ForEachApplication(*model, [&](CXmlNode& application) {
-    if (!EqualNoCase(TextOf(application.GetAttrValue("Header")), applicationHeader)) return;
-    const CXmlNode* node = model->FindNodeByOutput(application, outputFile);
-    const CXmlNode* values = node == nullptr ? nullptr : FindStoredValues(*node);
-    if (values == nullptr) return;
-    std::string tool;
-    std::string files;
-    model->GetToolInput(*node, tool, files);
-    input.Clear();
-    input.SetName("Input");
-    input.AddAttr("Tool", tool);
-    input.AddAttr("Files", files);
-    input.AddCData(values->ValueText());
-  });
-  return input.NameView().empty() ? std::string() : input.ToString(g_xmlDisplayOptions);
+  input.SetName("Input");
+  input.AddAttr("Tool", tool);
+  input.AddAttr("Files", files);
+  input.AddCData(values->ValueText());
+  return input.ToString(g_xmlDisplayOptions);
 }
 
 DispatchPtr CProjectInspector::GetPropertyManager() {
@@ -298,10 +303,11 @@ DispatchPtr CProjectInspector::GetPropertyManager() {
 
 std::int32_t CProjectInspector::SelectNodeByKey(const char* key, const char* application) {
   CProjectModel* model = Model();
-  if (model == nullptr || key == nullptr || *key == '\0') return 0;
   const std::string scope = TextOf(application);
+  if (model == nullptr || key == nullptr || (*key == '\0' && scope.empty())) return 0;
   CXmlNode* start = scope.empty() ? &model->GetProjectRoot() : FindApplication(*model, scope);
   if (start == nullptr) return 0;
+  if (*key == '\0') return model->SetCurrentNode(start), 1;
   const NodeSearch search(*model, static_cast<CProjectManager*>(manager.Get())->GetCurrentFolder());
   const std::vector<CXmlNode*> found = search.FindNumbered(*start, key);
   if (found.size() == 1) model->SetCurrentNode(found.front());

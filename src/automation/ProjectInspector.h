@@ -30,19 +30,21 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // Per application, in build order, the applications that it uses and the nodes that have work to
   // do, each with its reason. The top element has a Problem if the applications have no order.
   std::string GetStatus();
-  // Lines: "A <application>", then "N <output file>" for each node with a tool, in build order.
+  // Lines: "A <path of the application>", then "N <output file>" for each node with a tool, in
+  // build order.
   std::string GetBuildInputs();
   // What the node's tool would be given; empty when there is no such node.
-  std::string GetToolInput(const char* applicationHeader, const char* outputFile);
-  // A line for each two sources of the application with this label, of all for an empty one, that
-  // would be built into one output; empty if there are none.
-  std::string GetSharedOutputs(const char* applicationHeader);
+  std::string GetToolInput(const char* application, const char* outputFile);
+  // A line for each two sources of the application with this label or path, of all for an empty
+  // one, that would be built into one output; empty if there are none.
+  std::string GetSharedOutputs(const char* application);
   DispatchPtr GetPropertyManager();
   // Makes the node current that has this path (absolute, or relative to the current folder or the
   // project's), else the one with this label: of the application with this label or path, of the
   // whole project for an empty one. If there is none, "LABEL/KEY" means the node KEY below the
   // group or application LABEL, and "KEY#N" the Nth of several nodes, from 1 on. Returns how many
   // there are; of several none is made current.
+  // An empty key means the application itself.
   std::int32_t SelectNodeByKey(const char* key, const char* application);
   // Makes the node at a place of GetTree current: the numbers of the children on the way from the
   // project, from 0 on, with slashes between; empty for the project. 0 when there is none, or none

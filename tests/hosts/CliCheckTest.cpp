@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <filesystem>
 #include <functional>
 #include <nlohmann/json.hpp>
@@ -94,6 +97,40 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
        Node("Text", "/etc/passwd"),
        "Absolute paths\n  app.tapp:5: /etc/passwd is an absolute path\n",
        {}},
+      {"Directories.Include=/usr/include;$(General.ApplicationDir)src",
+       "",
+       "Absolute paths\n  app.tapp:3: /usr/include is an absolute path (Directories.Include)\n",
+       {}},
+      {"", Node("C", ".\\src\\a&quot;b.c"), "",
+       [](CliProject& project) { project.Write("src/a\"b.c", ""); }},
+      // A step up after a link leads from its target, as it does in a build.
+      {"Directories.Include=src/link/../inc", Node("C", ".\\src\\link\\..\\d.c"), "",
+       [](CliProject& project) {
+         fs::create_directories(project.PathOf("far/sub"));
+         fs::create_directories(project.PathOf("far/inc"));
+         fs::create_directory_symlink(project.PathOf("far/sub"), project.PathOf("src/link"));
+         project.Write("far/d.c", "");
+       }},
+      {"", Node("C", ".\\src"), "Not files\n  app.tapp:5: src is not a file\n", {}},
+      {"", Node("C", ".\\src\\pipe.c"), "Not files\n  app.tapp:5: src/pipe.c is not a file\n",
+       [](CliProject& project) { mkfifo(project.PathOf("src/pipe.c").c_str(), 0600); }},
+      {"Directories.Include=src/a.h",
+       "",
+       "Not folders\n  app.tapp:3: src/a.h is not a folder (Directories.Include)\n",
+       {}},
+      {"Build.Launcher=nosuch -x",
+       "",
+       "Missing programs\n  app.tapp:3: nosuch is not installed; it is needed by Build.Launcher\n",
+       {}},
+      {"", "",
+       "Unknown applications\n  demo.tprj:2: the project has no application none, which it names "
+       "as "
+       "the active one\n",
+       [](CliProject& project) {
+         std::string text = project.Read("demo.tprj");
+         project.Write("demo.tprj",
+                       text.replace(text.find("ActiveApp=\"app"), 14, "ActiveApp=\"none"));
+       }},
       {"Directories.Include=/usr/include",
        "",
        "Absolute paths\n  app.tapp:3: /usr/include is an absolute path (Directories.Include)\n",
@@ -158,6 +195,17 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
 TEST(CliCheck, TellsProgramsAndTakesOneApplication) {
   CliProject project;
   project.ExpectRefusal({"check", "src"}, 3, "src");
+  if (geteuid() != 0) {
+    fs::permissions(project.PathOf("src/c.c"), fs::perms::none);
+    EXPECT_EQ(project.Run({"check"}).out,
+              "Unreadable files\n  app.tapp:2: src/c.c can't be read\n1 finding\n");
+  }
+  fs::remove(project.PathOf("app.tapp"));
+  const auto refused = project.Run({"check", "--json"});
+  EXPECT_EQ(refused.code, 3);
+  EXPECT_TRUE(Has(nlohmann::json::parse(refused.out, nullptr, false).value("error", ""),
+                  "app.tapp' does not exist"))
+      << refused.out;
   project.WriteProject({{"one", {"a.c", "gone.c"}}, {"two", {"b.c", "lost.c"}}});
   project.ExpectRefusal({"check", "--app", "three"}, 2, "three");
   const auto answer = project.Run({"check", "--json", "--app", "two"});

@@ -152,7 +152,7 @@ TEST(CliEdit, WhatCanNotBeDoneIsToldAndNothingIsWritten) {
       {{"add", "src/d.c", "src/gone.c"}, "There is no file src/gone.c."},
       {{"add", "src/b.c", "--to", "app.tapp"}, "src/b.c is in \"Sources\" already."},
       {{"remove", "src/b.c", "src/d.c"}, "There is no file, group or application \"src/d.c\""},
-      {{"remove", "src/a.c"}, "in this project several times. Write its path, or APP/src/a.c for"},
+      {{"remove", "src/a.c"}, "in this project several times. APP/src/a.c means that of an"},
       {{"remove", "Sources"}, "several times"},
       {{"remove", "src/b.c", "-a", "second"}, "\"src/b.c\" in the application second."},
       {{"move", "src/b.c", "Sources"}, "several times"},

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <tuple>
 
 #include "hosts/CliProject.h"
 
@@ -144,11 +145,12 @@ TEST(CliNames, AFileThatIsListedTwiceIsBuiltAndLinkedOnce) {
   AddNodes(project, SourceNode(".\\src\\a.c"));
   const CliProject::Answer built = project.Run({"build"});
   EXPECT_EQ(EndOf(built), "Built 4 files, 1 warning");
-  EXPECT_TRUE(Has(built.out, "a.c.o is listed more than once")) << built.out;
+  EXPECT_TRUE(Has(built.out, "src/a.c: warning: is listed more than once")) << built.out;
   EXPECT_EQ(Build(project), "Nothing to do");
   EXPECT_FALSE(Has(project.Out({"status"}), "never"));
 
   project.ExpectRefusal({"remove", "a.c"}, 2, "\"a.c#1\" the first");
+  project.ExpectRefusal({"remove", "src/a.c"}, 2, "several times. APP/src/a.c means");
   project.ExpectRefusal({"remove", "a.c#3"}, 2, "no file, group or application \"a.c#3\"");
   EXPECT_EQ(project.Out({"remove", "Sources/a.c"}), "removed Sources/a.c\n");
   AddNodes(project, SourceNode(".\\src\\a.c") + SourceNode(".\\src\\b.c"));
@@ -208,6 +210,128 @@ TEST(CliNames, ANameThatMeansNothingIsAnErrorWithTheNearestOne) {
                            "Did you mean \"build\"?", "succeeded\t4\t0"}) {
     EXPECT_TRUE(Has(out, said)) << out;
   }
+}
+
+TEST(CliNames, ApplicationsWithLabelsThatDifferInLettersOnlyAreApart) {
+  CliProject project;
+  for (const char* name : {"one", "two"}) {
+    project.Write(std::string("src/") + name + ".c", "int main(void) { return 0; }\n");
+  }
+  project.Write("src/two.c", "int more[999] = {1};\nint main(void) { return more[1]; }\n");
+  project.WriteProject({{"App", {"one.c"}}, {"app", {"two.c"}}});
+  EXPECT_EQ(Build(project), "Built 4 files");
+  const std::string rebuilt = project.Out({"rebuild", "-a", "app"});
+  EXPECT_TRUE(Has(rebuilt, "src/two.c") && !Has(rebuilt, "src/one.c")) << rebuilt;
+  EXPECT_NE(rebuilt.substr(rebuilt.find("\nApp ") + 4, 30),
+            rebuilt.substr(rebuilt.find("\napp ") + 4, 30));
+  for (const auto& [name, own, other] : {std::tuple{"App", "one.c", "two.c"},
+                                         {"app", "two.c", "one.c"},
+                                         {"./app.tapp", "two.c", "one.c"}}) {
+    for (const char* command : {"tree", "export"}) {
+      std::vector<std::string> words = {command, "-a", name};
+      if (words[0] == "export") words.insert(words.begin() + 1, {"compile-commands", "-o", "-"});
+      const std::string out = project.Out(words);
+      EXPECT_TRUE(Has(out, own) && !Has(out, other)) << name << out;
+    }
+  }
+  project.Out({"config", "add", "Slow", "-a", "app"});
+  EXPECT_FALSE(Has(project.Read("App.tapp"), "Slow"));
+  project.Out({"clean", "-a", "App"});
+  EXPECT_FALSE(project.Exists("build/Standard/App"));
+  EXPECT_TRUE(project.Exists("build/Standard/app"));
+  for (const char* command : {"clean", "build", "tree", "status"}) {
+    project.ExpectRefusal({command, "-a", "APP"}, 2,
+                          "several applications \"APP\". Specify one by its path: App.tapp, "
+                          "app.tapp");
+  }
+  EXPECT_EQ(project.Run({"check"}).out,
+            "Duplicate labels\n  demo.tprj:4: the applications App.tapp and app.tapp have the same "
+            "label, except for letter case\n1 finding\n");
+  project.Write("x.lua",
+                "print(pcall(host.size, 'APP'))\nprint(host.build('clean', 'app'))\n"
+                "print(#host.size('app'))\n");
+  EXPECT_TRUE(Has(project.Out({"run", "x.lua"}), "several applications"));
+  EXPECT_FALSE(project.Exists("build/Standard/app"));
+
+  // Labels that are equal leave the path alone.
+  for (const char* file : {"demo.tprj", "app.tapp"}) {
+    std::string text = project.Read(file);
+    text.replace(text.find("Header=\"app\""), 12, "Header=\"App\"");
+    project.Write(file, text);
+  }
+  project.ExpectRefusal({"build", "-a", "App"}, 2, "several applications");
+  const std::string out = project.Out({"build", "-a", "app.tapp"});
+  EXPECT_TRUE(Has(out, "src/two.c") && !Has(out, "src/one.c")) << out;
+}
+
+TEST(CliNames, AnEmptyNameIsNotTheWholeProject) {
+  CliProject project;
+  project.Out({"build"});
+  const std::vector<std::string> commands[] = {
+      {"clean", "--app", ""},
+      {"clean", "-a", ""},
+      {"build", "--app="},
+      {"rebuild", "--app=", "app"},
+      {"build", "-c", ""},
+      {"status", "--config", ""},
+      {"tree", ""},
+      {"options", "list", "-n", ""},
+      {"options", "set", "Compiler.Optimize", "1", "--node", ""},
+      {"add", "src/a.c", "--to", ""},
+      {"export", "compile-commands", "--config", ""},
+  };
+  for (const auto& command : commands) project.ExpectRefusal(command, 2, "needs a ");
+  project.Write("x.lua", R"(
+    for _, call in ipairs({
+      function() host.build("clean", "") end, function() host.build("clean", "app", "b", "c") end,
+      function() host.size("") end, function() host.size("nope") end,
+      function() host.size("app", "b") end, function() host.wait("app") end,
+      function() host.add_configuration("x", "", "y") end }) do
+      assert(not pcall(call))
+    end
+    assert(host.size("app") ~= ""))");
+  project.Out({"run", "x.lua"});
+  EXPECT_TRUE(project.Exists("build/Standard/app"));
+}
+
+TEST(CliNames, NamesThatAProjectCanNotStoreAreRefused) {
+  CliProject project;
+  for (const std::string name : {"&quot;x", "a&slash;", "a\x7f"}) {
+    project.ExpectRefusal({"new", name, "--compiler", "host-gcc"}, 2, "name can't hold");
+    EXPECT_FALSE(project.Exists(name));
+    project.Write("src/" + name + ".c", "");
+    EXPECT_EQ(project.Run({"add", "src/" + name + ".c"}).code, 2) << name;
+    project.ExpectRefusal({"rename", "src/a.c", name}, 2, "no name for a node");
+  }
+  EXPECT_FALSE(Has(project.Read("app.tapp"), "&"));
+  // Written by hand.
+  for (const std::string name : {"c\x01.c", "c\x7f.c"}) {
+    project.Write("src/" + name, "int d;\n");
+    AddNodes(project, SourceNode(".\\src\\" + name));
+    const auto built = project.Run({"build"});
+    EXPECT_EQ(built.code, 1);
+    EXPECT_TRUE(Has(built.out, "its name holds a control character")) << built.out;
+  }
+}
+
+TEST(CliNames, APercentSignInANameIsNotReplacedByTheLinker) {
+  CliProject project;
+  for (const std::string name : {"a%b", "%"}) {
+    project.Out({"new", name, "--compiler", "host-gcc"});
+    project.Out({"build", name});
+    EXPECT_TRUE(project.Exists(name + "/build/Standard/" + name + ".map"));
+    EXPECT_TRUE(Has(project.Out({"build", name}), "Nothing to do"));
+    for (const auto& each : fs::directory_iterator(project.PathOf(name))) {
+      EXPECT_FALSE(Has(each.path().filename().string(), "tmp")) << each;
+    }
+  }
+}
+
+TEST(CliNames, TheTypeOfANodeDecidesTheLanguage) {
+  CliProject project;
+  Rename(project, "src/c.c", "src/c.C");
+  project.Write("src/c.C", "int c(void) { int class = 3; return class; }\n");
+  EXPECT_EQ(Build(project), "Built 4 files");
 }
 
 }  // namespace

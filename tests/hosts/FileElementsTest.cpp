@@ -34,6 +34,7 @@ TEST(FileElements, HaveTheLineThatTheyBeginIn) {
       {"<A><B><C></A><D/>", "(A@1(B@1(C@1)) D@1)"},
       {"</A><A Header=\"x", ""},
       {"<A =\"x\" ==><B Header=\"", "(A@1)"},
+      {"<A Header='&quot;&amp;' Path='a&quot;b&slash;'/>", "(A=\"&amp;,a\"b|@1)"},
   };
   for (const auto& row : rows) EXPECT_EQ(Describe(FileElements(row.text)), row.wanted) << row.text;
 }
@@ -55,7 +56,6 @@ TEST(FileElements, AreFoundInOrderByNameAndHeader) {
   EXPECT_EQ(elements.FindChild(root, "B", "x", after), 0u);
   EXPECT_EQ(after, 0u);
   EXPECT_EQ(elements.FindChild(root, "A", "y", after), elements[root].children[1]);
-  // An encoded header could be any.
   EXPECT_EQ(elements.FindChild(root, "A", "\"", after), elements[root].children[2]);
   EXPECT_EQ(elements.FindChild(root, "A", "x", after), 0u);
   EXPECT_EQ(after, 3u);

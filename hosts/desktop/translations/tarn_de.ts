@@ -384,6 +384,46 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <source>Errors in definitions</source>
         <translation>Fehler in Definitionen</translation>
     </message>
+    <message>
+        <source>Not files</source>
+        <translation>Keine Dateien</translation>
+    </message>
+    <message>
+        <source>%1 is not a file</source>
+        <translation>%1 ist keine Datei</translation>
+    </message>
+    <message>
+        <source>Not folders</source>
+        <translation>Keine Ordner</translation>
+    </message>
+    <message>
+        <source>%1 is not a folder</source>
+        <translation>%1 ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>Unreadable files</source>
+        <translation>Nicht lesbare Dateien</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be read</source>
+        <translation>%1 kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Duplicate labels</source>
+        <translation>Doppelte Bezeichnungen</translation>
+    </message>
+    <message>
+        <source>The applications %1 and %2 have the same label, except for letter case</source>
+        <translation>Die Anwendungen %1 und %2 haben bis auf Groß- und Kleinschreibung die gleiche Bezeichnung</translation>
+    </message>
+    <message>
+        <source>Unknown applications</source>
+        <translation>Unbekannte Anwendungen</translation>
+    </message>
+    <message>
+        <source>The project has no application %1, which it names as the active one</source>
+        <translation>Das Projekt hat keine Anwendung %1, die es als aktive nennt</translation>
+    </message>
 </context>
 <context>
     <name>FindingsPane</name>

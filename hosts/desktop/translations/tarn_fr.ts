@@ -384,6 +384,46 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <source>Errors in definitions</source>
         <translation>Erreurs dans les définitions</translation>
     </message>
+    <message>
+        <source>Not files</source>
+        <translation>Pas des fichiers</translation>
+    </message>
+    <message>
+        <source>%1 is not a file</source>
+        <translation>%1 n&apos;est pas un fichier</translation>
+    </message>
+    <message>
+        <source>Not folders</source>
+        <translation>Pas des dossiers</translation>
+    </message>
+    <message>
+        <source>%1 is not a folder</source>
+        <translation>%1 n&apos;est pas un dossier</translation>
+    </message>
+    <message>
+        <source>Unreadable files</source>
+        <translation>Fichiers illisibles</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be read</source>
+        <translation>%1 ne peut pas être lu</translation>
+    </message>
+    <message>
+        <source>Duplicate labels</source>
+        <translation>Libellés en double</translation>
+    </message>
+    <message>
+        <source>The applications %1 and %2 have the same label, except for letter case</source>
+        <translation>Les applications %1 et %2 ont le même libellé, à la casse près</translation>
+    </message>
+    <message>
+        <source>Unknown applications</source>
+        <translation>Applications inconnues</translation>
+    </message>
+    <message>
+        <source>The project has no application %1, which it names as the active one</source>
+        <translation>Le projet n&apos;a pas d&apos;application %1, qu&apos;il désigne comme active</translation>
+    </message>
 </context>
 <context>
     <name>FindingsPane</name>

@@ -159,7 +159,10 @@ Finding& CheckScope::Add(FindingKind kind, const CheckedNode& node) {
   Finding& finding = Add(kind);
   finding.file = node.listedIn;
   finding.line = node.line;
-  if (node.application != nullptr) finding.application = LabelOf(*node.application);
+  if (node.application != nullptr) {
+    finding.application = LabelOf(*node.application);
+    finding.applicationPath = AttributeOf(node.application, "Path");
+  }
   finding.node = LabelOf(*node.node);
   finding.place = node.place;
   finding.hasPlace = true;
@@ -168,13 +171,13 @@ Finding& CheckScope::Add(FindingKind kind, const CheckedNode& node) {
 
 std::string CheckScope::AbsolutePath(const CheckedNode& node, const std::string& path) const {
   const std::string native = ToNativeSeparators(path);
-  if (!IsRelativePath(native)) return CanonicalPath(native);
+  if (!IsRelativePath(native)) return files.Canonical(native);
   std::string folder = FolderOf(session.GetProjectPath());
   if (node.application != nullptr && node.application != node.node) {
     const std::string own = ToNativeSeparators(AttributeOf(node.application, "Path"));
     folder = FolderOf(IsRelativePath(own) ? JoinPath(folder, own) : own);
   }
-  return CanonicalPath(JoinPath(folder, native));
+  return files.Canonical(JoinPath(folder, native));
 }
 
 void CheckScope::CheckPath(const CheckedNode& node, const NamedPath& named) {
@@ -198,6 +201,15 @@ void CheckScope::CheckPath(const CheckedNode& node, const NamedPath& named) {
   if (onDisk != path && EqualNoCase(onDisk, path)) {
     add(FindingKind::LetterCase, path).detail = onDisk;
   }
+  if (named.wanted == NamedPath::Wanted::Folder) {
+    if (!files.IsFolder(path)) add(FindingKind::NotAFolder, path);
+  } else if (named.wanted == NamedPath::Wanted::File) {
+    if (!files.Examine(path)) {
+      add(FindingKind::NotAFile, path);
+    } else if (!files.CanRead(path)) {
+      add(FindingKind::UnreadableFile, path);
+    }
+  }
 }
 
 // Another node makes it, or the folders for sources that are not where the project says have it.
@@ -218,7 +230,7 @@ const OptionValues& CheckScope::ValuesOf(const CheckedNode& node) {
   if (output.empty() || AttributeOf(node.node, "TranslateTool").empty()) {
     output = AttributeOf(node.application, "OutputFile");
   }
-  const std::string application = AttributeOf(node.application, "Header");
+  const std::string application = AttributeOf(node.application, "Path");
   auto [known, isNew] = valuesByOutput.try_emplace(application + "\n" + output);
   if (isNew) {
     const auto input = ParseXml(session.Inspector().GetToolInput(application, output));

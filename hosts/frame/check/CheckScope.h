@@ -37,6 +37,7 @@ struct NamedPath {
   std::string text;
   std::string option;  // that has it; empty for the node's own path
   FindingKind ifMissing = FindingKind::MissingFile;
+  enum class Wanted { Anything, File, Folder } wanted = Wanted::Anything;
   bool isResolved = false;  // macros in it are replaced, which may well make it absolute
 };
 

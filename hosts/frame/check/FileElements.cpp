@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "xml/XmlEntities.h"
+
 namespace tarn::host {
 
 namespace {
@@ -32,7 +34,9 @@ std::string AttributeIn(std::string_view tag, std::string_view name) {
     if (quote == tag.npos || (tag[quote] != '"' && tag[quote] != '\'')) continue;
     const std::size_t end = tag.find(tag[quote], quote + 1);
     if (EndsWithName(tag.substr(0, at), name)) {
-      return std::string(tag.substr(quote + 1, end == tag.npos ? end : end - quote - 1));
+      std::string value(tag.substr(quote + 1, end == tag.npos ? end : end - quote - 1));
+      value.resize(g_xmlEntities.DecodeTo(value.data(), value));
+      return value;
     }
     if (end == tag.npos) break;
     at = end;
@@ -99,6 +103,7 @@ void FileElements::Open(std::string_view tag, int line) {
   element.header = AttributeIn(tag, "Header");
   element.path = AttributeIn(tag, "Path");
   if (element.path.empty()) element.path = AttributeIn(tag, "Extern");
+  element.active = AttributeIn(tag, "ActiveApp");
   element.line = line;
   element.parent = current;
   const std::size_t number = elements.size();
@@ -127,8 +132,7 @@ std::size_t FileElements::FindChild(std::size_t parent, std::string_view name,
   const std::size_t end = std::min(children.size(), after + kLookAhead);
   for (std::size_t i = after; i < end; ++i) {
     const FileElement& child = elements[children[i]];
-    const bool isEncoded = child.header.find('&') != child.header.npos;
-    if (child.name != name || (!isEncoded && child.header != header)) continue;
+    if (child.name != name || child.header != header) continue;
     after = i + 1;
     return children[i];
   }

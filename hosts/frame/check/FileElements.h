@@ -8,11 +8,12 @@
 
 namespace tarn::host {
 
-// An element of a project file with its position, as it is written there.
+// An element of a project file with its position, with references decoded.
 struct FileElement {
   std::string name;
-  std::string header;  // attribute Header, undecoded
+  std::string header;  // attribute Header
   std::string path;    // attribute Path, or Extern if there is none
+  std::string active;  // attribute ActiveApp
   int line = 0;        // from 1
   std::size_t parent = 0;
   std::vector<std::size_t> children;

@@ -13,9 +13,14 @@ enum class FindingKind {
   MissingFile,
   MissingFolder,
   MissingLibrary,
+  NotAFile,
+  NotAFolder,
+  UnreadableFile,
   LetterCase,
   DuplicateFile,
   DuplicateOutput,
+  DuplicateLabel,
+  UnknownApplication,
   UnreachableDrive,
   AbsolutePath,
   UnknownOption,
@@ -32,12 +37,13 @@ struct Finding {
   std::string file;         // where it is written; empty if that is in no file
   int line = 0;             // in the file, from 1; 0 if it is not known
   std::string application;  // label; empty if it concerns the whole project
-  std::string node;         // label
-  std::string place;        // of the node, for the inspector's SelectNodeByPlace
-  bool hasPlace = false;    // false if no node is concerned
-  std::string option;       // that names the subject: SECTION.PROPERTY, or empty
-  std::string subject;      // path, option, type, tool or program
-  std::string detail;       // the other half of the sentence
+  std::string applicationPath;
+  std::string node;       // label
+  std::string place;      // of the node, for the inspector's SelectNodeByPlace
+  bool hasPlace = false;  // false if no node is concerned
+  std::string option;     // that names the subject: SECTION.PROPERTY, or empty
+  std::string subject;    // path, option, type, tool or program
+  std::string detail;     // the other half of the sentence
 };
 
 // Identifier of a kind in JSON, such as "missing-file".

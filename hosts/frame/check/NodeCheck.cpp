@@ -19,6 +19,7 @@ void NodeCheck::Check(std::size_t number) {
   const CheckedNode& node = scope.nodes[number];
   CheckType(node);
   if (number != 0) CheckFile(node);  // the project itself is open
+  if (node.node == node.application) CheckLabel(node, number);
   if (IsBuilt(*node.node)) CheckOutput(node, number);
 }
 
@@ -30,6 +31,25 @@ void NodeCheck::CheckType(const CheckedNode& node) {
   finding.detail = finding.node.empty() ? "it" : finding.node;
 }
 
+void NodeCheck::CheckLabel(const CheckedNode& node, std::size_t number) {
+  const auto [first, isNew] = labels.try_emplace(FoldCase(LabelOf(*node.node)), number);
+  if (isNew) return;
+  Finding& finding = scope.Add(FindingKind::DuplicateLabel, node);
+  finding.subject = AttributeOf(scope.nodes[first->second].node, "Path");
+  finding.detail = AttributeOf(node.node, "Path");
+}
+
+// In memory another application is active then.
+void NodeCheck::CheckActiveApplication(const CheckedNode& project) {
+  if (project.elements == nullptr || (*project.elements)[0].children.empty()) return;
+  const FileElement& root = (*project.elements)[(*project.elements)[0].children.front()];
+  if (root.active.empty() || labels.contains(FoldCase(root.active))) return;
+  Finding& finding = scope.Add(FindingKind::UnknownApplication);
+  finding.file = project.file;
+  finding.line = root.line;
+  finding.subject = root.active;
+}
+
 void NodeCheck::CheckFile(const CheckedNode& node) {
   const std::string resolved = AttributeOf(node.node, "Path");
   if (resolved.empty()) return;
@@ -37,9 +57,10 @@ void NodeCheck::CheckFile(const CheckedNode& node) {
   NamedPath named;
   named.text = node.writtenPath.empty() ? resolved : node.writtenPath;
   named.isResolved = node.writtenPath.empty();
+  if (IsBuilt(*node.node)) named.wanted = NamedPath::Wanted::File;
   scope.CheckPath(node, named);
   const std::string key =
-      AttributeOf(node.application, "Header") + "\n" + scope.files.NameOnDisk(path);
+      AttributeOf(node.application, "Path") + "\n" + scope.files.NameOnDisk(path);
   if (node.application == node.node || listed.insert(key).second) return;
   scope.Add(FindingKind::DuplicateFile, node).subject = path;
 }
@@ -76,6 +97,7 @@ void NodeCheck::AddDuplicateOutput(const CheckedNode& node, const CheckedNode& f
 }
 
 void NodeCheck::Finish() {
+  if (!scope.nodes.empty()) CheckActiveApplication(scope.nodes.front());
   for (const auto& [program, tools] : needed) {
     if (!FindProgram(program).empty()) continue;
     Finding& finding = scope.Add(FindingKind::MissingProgram);

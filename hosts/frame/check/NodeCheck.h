@@ -21,14 +21,17 @@ class NodeCheck {
 
  private:
   void CheckType(const CheckedNode& node);
+  void CheckLabel(const CheckedNode& node, std::size_t number);
+  void CheckActiveApplication(const CheckedNode& project);
   void CheckFile(const CheckedNode& node);
   void CheckOutput(const CheckedNode& node, std::size_t number);
   void AddDuplicateOutput(const CheckedNode& node, const CheckedNode& first,
                           const std::string& output);
 
   CheckScope& scope;
-  std::set<std::string> listed;                            // applications with their files
-  std::set<std::string> seenTools;                         // in small letters
+  std::map<std::string, std::size_t> labels;  // of applications, small letters: the first node
+  std::set<std::string> listed;               // applications with their files
+  std::set<std::string> seenTools;            // in small letters
   std::map<std::string, std::vector<std::string>> needed;  // program: tools that need it
 };
 

@@ -16,9 +16,31 @@ namespace {
 constexpr std::string_view kMacro = "$(";
 constexpr std::string_view kPathTypes[] = {"file", "folder", "paths"};
 constexpr const char* kLibraries = "linker.libraries";
+constexpr const char* kLauncher = "build.launcher";
+
+bool HasMacro(std::string_view text) {
+  return text.find(kMacro) != text.npos;
+}
 
 bool IsPathType(const std::string& type) {
   return std::find(std::begin(kPathTypes), std::end(kPathTypes), type) != std::end(kPathTypes);
+}
+
+// The entries of a list; a macro may have semicolons of its own.
+std::vector<std::string_view> EntriesOf(std::string_view value, bool isList) {
+  if (!isList) return {value};
+  std::vector<std::string_view> entries;
+  int depth = 0;
+  std::size_t begin = 0;
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    if (value.substr(i).starts_with(kMacro)) ++depth;
+    if (value[i] == ')' && depth > 0) --depth;
+    if (value[i] != ';' || depth > 0) continue;
+    entries.push_back(value.substr(begin, i - begin));
+    begin = i + 1;
+  }
+  entries.push_back(value.substr(begin));
+  return entries;
 }
 
 // The names that a linker looks for when it is given this one.
@@ -86,16 +108,33 @@ void OptionCheck::CheckStored(const Stored& stored) {
         stored.set + "." + stored.section + "." + stored.name;
     return;
   }
-  // What a macro stands for is known of the active configuration only.
+  if (IsPathType(definition->type)) CheckPaths(stored, *definition);
+  if (HasMacro(stored.value) && !IsResolvable(stored)) return;
   Stored resolved = stored;
-  if (stored.value.find(kMacro) != stored.value.npos) {
-    if (!stored.isActive || stored.owner.application == nullptr) return;
-    resolved.isResolved = true;
+  if (HasMacro(stored.value)) {
     resolved.value = scope.ValuesOf(stored.owner).Resolve(stored.value);
   }
   CheckValue(resolved, *definition);
-  if (IsPathType(definition->type)) CheckPaths(resolved, *definition);
-  if (FoldCase(definition->GetKey()) == kLibraries && stored.isActive) CheckLibraries(resolved);
+  const std::string key = FoldCase(definition->GetKey());
+  if (key == kLibraries && stored.isActive) CheckLibraries(resolved);
+  if (key == kLauncher && stored.isActive) CheckLauncher(resolved);
+}
+
+// What a macro stands for is known of the active configuration only.
+bool OptionCheck::IsResolvable(const Stored& stored) {
+  return stored.isActive && stored.owner.application != nullptr;
+}
+
+// The first of its words is the program.
+void OptionCheck::CheckLauncher(const Stored& stored) {
+  const std::string_view value = Trim(stored.value);
+  const bool isQuoted = value.starts_with('"') || value.starts_with('\'');
+  const std::string program(isQuoted ? value.substr(1, value.find(value.front(), 1) - 1)
+                                     : value.substr(0, value.find_first_of(" \t")));
+  if (program.empty() || !FindProgram(program).empty()) return;
+  Finding& finding = scope.Add(FindingKind::MissingProgram, stored.owner);
+  finding.subject = program;
+  finding.detail = "Build.Launcher";
 }
 
 const OptionDefinition* OptionCheck::FindDefinition(const Stored& stored) {
@@ -123,11 +162,15 @@ void OptionCheck::CheckPaths(const Stored& stored, const OptionDefinition& defin
   const bool isMade = scope.madeByTools.contains(FoldCase(definition.GetKey()));
   NamedPath named;
   named.option = definition.GetKey();
-  named.isResolved = stored.isResolved;
-  if (definition.type != "file") named.ifMissing = FindingKind::MissingFolder;
-  for (const std::string_view each : Split(stored.value, ';')) {
-    named.text = definition.type == "paths" ? std::string(Trim(each)) : stored.value;
-    if (named.text.empty()) continue;
+  named.wanted = NamedPath::Wanted::File;
+  if (definition.type != "file") {
+    named.ifMissing = FindingKind::MissingFolder;
+    named.wanted = NamedPath::Wanted::Folder;
+  }
+  const bool isList = definition.type == "paths";
+  const auto check = [&](std::string_view text) {
+    named.text = isList ? Trim(text) : text;
+    if (named.text.empty()) return;
     if (!isMade) {
       scope.CheckPath(stored.owner, named);
     } else if (!named.isResolved && !IsRelativePath(named.text)) {
@@ -135,7 +178,15 @@ void OptionCheck::CheckPaths(const Stored& stored, const OptionDefinition& defin
       finding.subject = named.text;
       finding.option = named.option;
     }
-    if (definition.type != "paths") break;
+  };
+  for (const std::string_view entry : EntriesOf(stored.value, isList)) {
+    named.isResolved = HasMacro(entry);
+    if (!named.isResolved) {
+      check(entry);
+    } else if (IsResolvable(stored)) {
+      const std::string resolved = scope.ValuesOf(stored.owner).Resolve(std::string(entry));
+      for (const std::string_view each : EntriesOf(resolved, isList)) check(each);
+    }
   }
 }
 

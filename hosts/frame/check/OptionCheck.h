@@ -22,14 +22,16 @@ class OptionCheck {
   struct Stored {
     CheckedNode owner;  // whose position is that of the option
     std::string configuration, set, section, name, value;
-    bool isActive = false;    // its configuration is
-    bool isResolved = false;  // macros in the value are replaced
+    bool isActive = false;  // its configuration is
   };
 
   void CheckStored(const Stored& stored);
   const OptionDefinition* FindDefinition(const Stored& stored);
   void CheckValue(const Stored& stored, const OptionDefinition& definition);
   void CheckPaths(const Stored& stored, const OptionDefinition& definition);
+  void CheckLauncher(const Stored& stored);
+  // Whether what macros stand for in the value is known.
+  static bool IsResolvable(const Stored& stored);
   void CheckLibraries(const Stored& stored);
   bool HasLibrary(const CheckedNode& node, const std::string& name);
   std::vector<std::string> LibraryFoldersOf(const CheckedNode& node);

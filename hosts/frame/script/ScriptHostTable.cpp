@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,15 @@ void Ask(lua_State* lua, Work work) {
   if (!state.problem.empty()) luaL_error(lua, "%s", state.problem.c_str());
 }
 
+// A call with more arguments asks for something else than it would get.
+void CheckCount(lua_State* lua, int most) {
+  if (lua_gettop(lua) > most) luaL_argerror(lua, most + 1, "too many arguments");
+}
+
+std::optional<std::string> OrNothing(const char* text) {
+  return text == nullptr ? std::nullopt : std::optional<std::string>(text);
+}
+
 // Leaves in the host's text why this is no work; false if it is one.
 bool IsUnknownWork(ScriptState& state, const std::string& work) {
   const std::vector<std::string> works = {"build", "rebuild", "clean"};
@@ -41,12 +51,13 @@ bool IsUnknownWork(ScriptState& state, const std::string& work) {
 }
 
 int Build(lua_State* lua) {
+  CheckCount(lua, 2);
   const char* work = luaL_optstring(lua, 1, "build");
-  const char* application = luaL_optstring(lua, 2, "");
+  const char* application = luaL_optstring(lua, 2, nullptr);
   ScriptState& script = ScriptState::Of(lua);
   if (IsUnknownWork(script, work)) return luaL_argerror(lua, 1, script.hostText.c_str());
   Ask(lua, [=](ScriptState& state) {
-    state.build = state.Host()->Build(work, application);
+    state.build = state.Host()->Build(work, OrNothing(application));
     state.problem = state.build.problem;
   });
   const ScriptBuild& build = ScriptState::Of(lua).build;
@@ -63,23 +74,29 @@ int PushText(lua_State* lua) {
 }
 
 int Wait(lua_State* lua) {
+  CheckCount(lua, 0);
   Ask(lua, [](ScriptState& state) { state.hostText = state.Host()->WaitForBuild(); });
   return PushText(lua);
 }
 
 int Size(lua_State* lua) {
+  CheckCount(lua, 1);
   const char* application = luaL_checkstring(lua, 1);
-  Ask(lua, [=](ScriptState& state) { state.hostText = state.Host()->GetSize(application); });
+  Ask(lua, [=](ScriptState& state) {
+    const ScriptSize size = state.Host()->GetSize(application);
+    state.hostText = size.text;
+    state.problem = size.problem;
+  });
   return PushText(lua);
 }
 
 // Without a second argument the options of the configuration in force are copied.
 int AddConfiguration(lua_State* lua) {
+  CheckCount(lua, 2);
   const char* name = luaL_checkstring(lua, 1);
   const char* from = luaL_optstring(lua, 2, nullptr);
   Ask(lua, [=](ScriptState& state) {
-    state.problem = state.Host()->AddConfiguration(
-        name, from == nullptr ? std::nullopt : std::optional<std::string>(from));
+    state.problem = state.Host()->AddConfiguration(name, OrNothing(from));
   });
   return 0;
 }

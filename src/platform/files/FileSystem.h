@@ -87,6 +87,8 @@ class FileSystem {
     }
     return found;
   }
+  // Returns whether the file or folder is there and this process may read it.
+  virtual bool CanRead(const std::string& path) { return Exists(path); }
   // No write permission in the mode, or the machine refuses; true also for what does not exist.
   virtual bool IsReadOnly(const std::string& path) = 0;
 

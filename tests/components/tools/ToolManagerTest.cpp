@@ -19,6 +19,7 @@ constexpr const char* kDefinitions =
     R"(<Tool Name="link" Messages="gnu-ld gcc" Output="o/a.elf"><Step Program="ld"/>)"
     R"(<Step Program="none-size" Optional="Yes" Capture="Size"/><Depend File="x.ld"/>)"
     R"(<Size Format="sections"><Sum Label="flash" Of=".text"/></Size></Tool>)"
+    R"(<Tool Name="launched" Hint="Get it."><Step Program="avr-gcc" Launcher="nocache"/></Tool>)"
     R"(<Tool Name="plain"><Step Program="p"/></Tool>)"
     R"(<Tool Name="talk" Messages="gcc"><Step Program="p"/></Tool>)"
     R"(<Tool Name="sizes"><Step Program="size" Capture="Size"/></Tool></T>)";
@@ -125,6 +126,9 @@ TEST(ToolManager, EveryFailureIsAnErrorInTheMessagesAndLeavesNoRecord) {
        "0 avr-gcc\n2 a.c:1:2: error: bad\n2 avr-gcc was ended by signal 11\n"},
       {"cc", kMissing, "0 avr-gcc\n2 avr-gcc was not found. Get it.\n"},
       {"cc", Ends(0), "* avr-gcc\n2 cc ended without an error, but left no file /p/o/a.o\n"},
+      {"launched", kMissing,
+       "0 nocache avr-gcc\n2 nocache was not found. It was to launch avr-gcc; the option "
+       "Build.Launcher or the variable TARN_LAUNCHER names it\n"},
       {"link", Ends(1), "0 ld\n2 ld ended with exit code 1\n"},
       {"nothing", {}, "2 there is no tool with the name nothing in /app/config/tools\n"},
       {"/x/none", {}, "2 there is no tool with the name /x/none in /app/config/tools\n"},

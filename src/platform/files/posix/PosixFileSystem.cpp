@@ -173,6 +173,11 @@ std::vector<std::optional<FileStatus>> PosixFileSystem::ExamineMany(
   return found;
 }
 
+bool PosixFileSystem::CanRead(const std::string& path) {
+  return static_cast<bool>(names.Try(
+      path, [](const char* name) { return faccessat(AT_FDCWD, name, R_OK, AT_EACCESS); }));
+}
+
 bool PosixFileSystem::IsReadOnly(const std::string& path) {
   bool readOnly = true;
   const auto look = [&readOnly](const char* name) {

@@ -21,6 +21,7 @@ class PosixFileSystem : public FileSystem {
   std::optional<FileStatus> ExamineFolder(const std::string& path) override;
   std::vector<std::optional<FileStatus>> ExamineMany(
       std::span<const char* const> paths, std::chrono::steady_clock::time_point deadline) override;
+  bool CanRead(const std::string& path) override;
   bool IsReadOnly(const std::string& path) override;
   Result<std::string> ReadWholeFile(const std::string& path) override;
   Status WriteWholeFile(const std::string& path, std::string_view bytes) override;
