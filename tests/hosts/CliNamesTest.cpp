@@ -92,6 +92,52 @@ TEST(CliNames, OutputsOfSimilarNamesAreFilesOfTheirOwn) {
   EXPECT_EQ(project.Read("build/STANDARD/app"), "a user's");
 }
 
+TEST(CliNames, OneFileUnderTwoNamesIsBuiltOnce) {
+  for (const char* other : {".\\src\\C.c", ".\\SRC\\c.c", ".\\src\\..\\SRC\\c.c"}) {
+    SCOPED_TRACE(other);
+    CliProject project;
+    AddNodes(project, SourceNode(other));
+    const CliProject::Answer built = project.Run({"build"});
+    EXPECT_EQ(EndOf(built), "Built 4 files, 1 warning") << built.out;
+    EXPECT_TRUE(Has(built.out, "c.c.o is listed more than once")) << built.out;
+    EXPECT_EQ(Build(project), "Nothing to do");
+    // A file of its own is built, too.
+    fs::create_directories(project.PathOf("SRC"));
+    project.Write("src/C.c", "int d;\n");
+    project.Write("SRC/c.c", "int e;\n");
+    EXPECT_FALSE(Has(Build(project), "warning"));
+    EXPECT_EQ(Build(project), "Nothing to do");
+  }
+}
+
+TEST(CliNames, ANameMeansTheFileThatHasIt) {
+  CliProject project;
+  project.Write("src/A.c", "int d;\n");
+  project.ExpectRefusal({"remove", "src/A.c"}, 2, "src/A.c");
+  project.ExpectRefusal({"options", "set", "-n", "src/A.c", "Build.Exclude", "Yes"}, 2, "src/A.c");
+  EXPECT_EQ(project.Out({"add", "src/A.c"}), "added src/A.c\n");
+  EXPECT_EQ(project.Out({"remove", "SRC/b.c"}), "removed SRC/b.c\n");
+  // Before anything is built, each has its own command.
+  const std::string commands = project.Out({"export", "compile-commands", "-o", "-"});
+  EXPECT_TRUE(Has(commands, "src/a.c.o")) << commands;
+  EXPECT_TRUE(Has(commands, "src/A.c.o")) << commands;
+  EXPECT_EQ(project.Out({"remove", "src/A.c"}), "removed src/A.c\n");
+  EXPECT_TRUE(Has(project.Read("app.tapp"), "src\\a.c"));
+}
+
+TEST(CliNames, AProjectIsTheSameByWhateverPathItIsOpened) {
+  CliProject project;
+  fs::create_directories(project.PathOf("p"));
+  for (const char* name : {"demo.tprj", "app.tapp", "src"}) {
+    Rename(project, name, std::string("p/") + name);
+  }
+  fs::create_directory_symlink(project.PathOf("p"), project.PathOf("link"));
+  EXPECT_EQ(EndOf(project.Run({"build", "link"})), "Built 4 files");
+  for (const char* path : {"p", "./P", "link/DEMO.tprj", "link", "p/../link/demo.tprj"}) {
+    EXPECT_EQ(EndOf(project.Run({"build", path})), "Nothing to do") << path;
+  }
+}
+
 TEST(CliNames, ALetterAndAColonBeginADriveForModelAndTools) {
   CliProject project;
   fs::create_directories(project.PathOf("a:b"));
