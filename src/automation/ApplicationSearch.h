@@ -15,7 +15,6 @@ void ForEachApplication(CProjectModel& model, OnApplication&& onApplication) {
   }
 }
 
-bool IsSamePath(const std::string& a, const std::string& b, bool exactly);
 // The first application with this label or absolute path, or null.
 CXmlNode* FindApplication(CProjectModel& model, const std::string& key);
 
