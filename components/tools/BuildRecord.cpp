@@ -24,6 +24,7 @@ std::string BuildRecordText(const BuildRecord& record) {
                      XmlPathAttribute("Programs", QuotedList(record.programs));
   if (!record.products.empty()) text += XmlPathAttribute("Products", QuotedList(record.products));
   if (!record.search.empty()) text += XmlPathAttribute("Search", QuotedList(record.search));
+  if (record.hasInexactNames) text += XmlAttribute("InexactNames", "Yes");
   text += ">";
   for (const std::string& file : record.dependencies) {
     text += "<D" + XmlPathAttribute("Header", file) + "/>";

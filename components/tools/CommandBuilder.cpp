@@ -25,14 +25,16 @@ class PlanMaker : public TemplateValues {
       : tool(toolDefinition), job(toolJob), folder(toolJob.baseFolder) {}
 
   ToolPlan Make() {
-    spelledFolder = SpelledPath(job.disk, folder);
+    spelledBase = SpelledPath(job.disk, folder);
+    spelledFolder = spelledBase;
     plan.output = Path(tool.output);
-    plan.outputOnDisk = SpelledOutput(job.disk, plan.output);
-    plan.listing = SpelledOutput(job.disk, Path(tool.listing));
-    plan.rules = SpelledOutput(job.disk, Path(tool.rules));
+    plan.outputOnDisk = Spelled(plan.output);
+    plan.listing = Spelled(Path(tool.listing));
+    plan.rules = Spelled(Path(tool.rules));
     plan.sizeFile = Path(tool.size.file);
-    plan.globals = Path(tool.globals.file);
+    plan.globals = Spelled(Path(tool.globals.file));
     plan.products = Paths(tool.products);
+    for (std::string& product : plan.products) product = Spelled(product);
     plan.depends = Paths(tool.depends);
     for (const StepRule& step : tool.steps) {
       folder = job.baseFolder;
@@ -93,6 +95,22 @@ class PlanMaker : public TemplateValues {
 
   std::string Path(const Template& text) const {
     return AbsolutePath(job.disk, folder, text.Fill(*this));
+  }
+
+  // What a step writes, as the tool gets it.
+  std::string Spelled(const std::string& path) const {
+    return SpelledOutput(job.disk, path, job.baseFolder, spelledBase);
+  }
+
+  // What a step gets as `path`.
+  std::string SpelledArgument(const std::string& path, bool isSource) const {
+    const std::string output = Spelled(path);
+    const auto& made = plan.products;
+    if (std::find(made.begin(), made.end(), output) != made.end()) return output;
+    bool isExact = true;
+    std::string name = SpelledPath(job.disk, path, &isExact);
+    plan.hasInexactNames |= !isExact && !isSource;
+    return name;
   }
 
   std::vector<std::string> Paths(const std::vector<Template>& texts) const {
@@ -219,7 +237,7 @@ class PlanMaker : public TemplateValues {
       const bool isOwn = isFile || IsRelativePath(ToNativeSeparators(path)) ||
                          path.starts_with(AddSeparator(job.baseFolder));
       const std::string full = AbsolutePath(job.disk, job.baseFolder, path);
-      std::string name = Shown(SpelledPath(job.disk, full), isOwn);
+      std::string name = Shown(SpelledArgument(full, isFile), isOwn);
       if (name.find_first_of(rule.avoided) != std::string::npos) name = StandIn(name, full);
       return isSplitLater ? ProtectSeparators(name) : name;
     };
@@ -263,6 +281,7 @@ class PlanMaker : public TemplateValues {
   const ToolDefinition& tool;
   const ToolJob& job;
   mutable ToolPlan plan;
+  std::string spelledBase;    // the base folder as the disk spells it
   std::string folder;         // working folder of the step in hand
   std::string spelledFolder;  // the same as the disk spells it
   mutable bool isSplitLater = false;

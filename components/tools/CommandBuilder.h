@@ -52,6 +52,9 @@ struct ToolPlan {
   std::vector<ToolCommand> commands;
   std::vector<LibraryPlaces> libraries;  // of those that the commands name by flags
   std::vector<std::string> problems;     // why it must not run
+  // An option names a file or folder that is not on the disk in this spelling, so that the commands
+  // change with what comes and goes there.
+  bool hasInexactNames = false;
 };
 
 ToolPlan MakePlan(const ToolDefinition& tool, const ToolJob& job);

@@ -15,10 +15,12 @@ std::string AbsolutePath(FileSystem* disk, const std::string& folder, std::strin
 std::string AbsolutePath(const std::string& folder, std::string_view path);
 
 // The name on the disk of a file or folder that a tool reads; a part that is missing keeps its
-// spelling.
-std::string SpelledPath(FileSystem* disk, const std::string& path);
-// The name of a file that a tool writes: its folder as on the disk, its own name unchanged, so that
-// a file of a similar name is left alone.
-std::string SpelledOutput(FileSystem* disk, const std::string& path);
+// spelling. `isExact`: something of exactly this name is there.
+std::string SpelledPath(FileSystem* disk, const std::string& path, bool* isExact = nullptr);
+// The name of a file that a tool writes. Below `folder`, which the disk spells as `spelled`, it is
+// exactly as named, so that files and folders of similar names are left alone; elsewhere its folder
+// is spelled as on the disk.
+std::string SpelledOutput(FileSystem* disk, const std::string& path, const std::string& folder,
+                          const std::string& spelled);
 
 }  // namespace tarn::tools

@@ -60,12 +60,12 @@ bool ToolRun::Prepare() {
   for (const std::string& problem : plan.problems) log.AddError(problem);
   if (!plan.problems.empty()) return false;
   if (RefusesNames()) return false;
-  std::vector<std::string> written{plan.output, plan.listing, plan.rules, plan.globals};
+  std::vector<std::string> written{plan.outputOnDisk, plan.listing, plan.rules, plan.globals};
   written.insert(written.end(), plan.products.begin(), plan.products.end());
   for (const std::string& path : written) {
     const std::string folder = FolderOf(path);
-    if (folder.empty() || world.files->IsFolder(folder)) continue;
-    const Status made = world.files->CreateFolders(folder);
+    if (folder.empty()) continue;
+    const Status made = world.files->CreateNamedFolders(folder);
     if (!made) {
       log.AddError("the folder " + folder + " can't be made: " + made.GetError().text);
       return false;
@@ -251,6 +251,7 @@ bool ToolRun::CollectRecord() {
   found.programs = ProgramsOf(world, plan);
   found.search = SearchFolders(world, tool, plan);
   found.command = HashCommands(world, plan);
+  found.hasInexactNames = plan.hasInexactNames;
   for (const std::string& product : plan.products) {
     if (world.files->Examine(product)) found.products.push_back(product);
   }
@@ -311,7 +312,9 @@ bool ToolRun::ReadRules(std::vector<std::string>& names) {
   const std::string& folder = plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
   std::unordered_set<std::string> fileNames;
   for (const std::string& name : rules.names) {
-    names.push_back(AbsolutePath(world.files, folder, name));
+    // A tool writes names of this machine: a letter and a colon are the start of one.
+    const bool isDriveless = HasDrive(name) && (name.size() == 2 || !IsSeparator(name[2]));
+    names.push_back(AbsolutePath(world.files, folder, isDriveless ? "./" + name : name));
     fileNames.insert(FoldCase(FileNameOf(names.back())));
   }
   // By the last part of the name alone, since a launcher may write the folders in another way.

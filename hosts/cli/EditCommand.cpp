@@ -7,6 +7,7 @@
 #include "hosts/frame/ProjectFile.h"
 #include "hosts/frame/ProjectTemplate.h"
 #include "hosts/frame/ProjectTree.h"
+#include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -31,22 +32,24 @@ constexpr EditWords kEditWords[] = {
     {"select", 1, false, "APP"},
 };
 
-void CollectParents(const CXmlNode& node, const std::string& path,
+void CollectParents(FileSystem& files, const CXmlNode& node, const std::string& path,
                     std::vector<std::string>& labels) {
   for (const CXmlNode* child : node.GetChildren()) {
     if (!ProjectTree::IsShown(*child)) continue;
-    if (AttributeOf(child, "Path") == path) labels.push_back(AttributeOf(&node, "Header"));
-    CollectParents(*child, path, labels);
+    const bool isFile = IsSameName(files, AttributeOf(child, "Path"), path);
+    if (isFile) labels.push_back(AttributeOf(&node, "Header"));
+    CollectParents(files, *child, path, labels);
   }
 }
 
 // The groups or applications that have the file, of an application that has it more than once.
-std::vector<std::string> ParentsOfRepeated(const std::string& tree, const std::string& path) {
+std::vector<std::string> ParentsOfRepeated(FileSystem& files, const std::string& tree,
+                                           const std::string& path) {
   const ProjectTree project(tree);
   if (project.GetRoot() == nullptr) return {};
   for (const CXmlNode* application : project.GetRoot()->GetChildren()) {
     std::vector<std::string> labels;
-    CollectParents(*application, path, labels);
+    CollectParents(files, *application, path, labels);
     if (labels.size() > 1) return labels;
   }
   return {};
@@ -183,7 +186,7 @@ int Edit::AddOne(const std::string& file) {
     context.Remark(context.Show(path) + " is there already.");
     return kExitDone;
   }
-  if (const auto parents = ParentsOfRepeated(TreeText(), path); !parents.empty()) {
+  if (const auto parents = ParentsOfRepeated(context.Files(), TreeText(), path); !parents.empty()) {
     return Fail(context.Show(path) + " is in \"" + Printable(parents.front()) +
                 "\" already. `tarn move` puts it elsewhere.");
   }

@@ -28,6 +28,7 @@
 #include "hosts/desktop/TreeFilter.h"
 #include "hosts/desktop/WelcomePage.h"
 #include "hosts/frame/ProjectFile.h"
+#include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
 #include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
@@ -53,7 +54,7 @@ std::vector<std::string> LocalFilesOf(const QMimeData& data) {
 // when it is a text to edit.
 std::string ProjectOf(FileSystem& files, const std::string& path) {
   const std::string extension = SplitPath(path).extension;
-  if (EqualNoCase(extension, ".tprj")) return path;
+  if (EqualNoCase(extension, ".tprj")) return RealName(files, path);
   return EqualNoCase(extension, ".tapp") ? FindProject(files, FolderOf(path)).path : std::string();
 }
 

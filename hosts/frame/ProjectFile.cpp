@@ -1,5 +1,6 @@
 #include "hosts/frame/ProjectFile.h"
 
+#include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -31,9 +32,7 @@ FoundProject FindInFolder(FileSystem& files, const std::string& folder) {
   return found;
 }
 
-}  // namespace
-
-FoundProject FindProject(FileSystem& files, const std::string& argument) {
+FoundProject FindFile(FileSystem& files, const std::string& argument) {
   const std::string here = files.CurrentFolder();
   std::string path = argument.empty() ? here : argument;
   if (IsRelativePath(path)) path = JoinPath(here, path);
@@ -47,6 +46,15 @@ FoundProject FindProject(FileSystem& files, const std::string& argument) {
     return {{}, {}, argument + " is no project file (*.tprj)."};
   }
   return {path, {}, {}};
+}
+
+}  // namespace
+
+// What is recorded of a build holds whichever way the project is opened.
+FoundProject FindProject(FileSystem& files, const std::string& argument) {
+  FoundProject found = FindFile(files, argument);
+  found.path = RealName(files, found.path);
+  return found;
 }
 
 std::string StatePathOf(const std::string& projectPath) {

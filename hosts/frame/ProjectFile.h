@@ -9,7 +9,9 @@ namespace tarn::host {
 
 // What a user's word for a project leads to.
 struct FoundProject {
-  std::string path;                  // absolute; empty when there is not exactly one
+  // Absolute, as the disk spells it and without links to folders; empty when there is not exactly
+  // one.
+  std::string path;
   std::vector<std::string> choices;  // the project files of a folder that holds several
   std::string problem;               // why there is none, for a person
 };

@@ -4,10 +4,6 @@
 
 namespace tarn {
 
-bool IsSamePath(const std::string& a, const std::string& b, bool exactly) {
-  return exactly ? a == b : EqualNoCase(a, b);
-}
-
 CXmlNode* FindApplication(CProjectModel& model, const std::string& key) {
   std::vector<CXmlNode*> byPath, byLabel, byLetters;
   ForEachApplication(model, [&](CXmlNode& application) {

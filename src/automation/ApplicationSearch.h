@@ -15,7 +15,6 @@ void ForEachApplication(CProjectModel& model, OnApplication&& onApplication) {
   }
 }
 
-bool IsSamePath(const std::string& a, const std::string& b, bool exactly);
 // Returns the application with this absolute path, else the one with this label, else the one whose
 // label differs from it in letter case only; null if there is none or several.
 CXmlNode* FindApplication(CProjectModel& model, const std::string& key);

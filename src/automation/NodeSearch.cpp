@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "automation/ApplicationSearch.h"
+#include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -50,20 +51,17 @@ std::vector<CXmlNode*> NodeSearch::FindByPath(CXmlNode& start, const std::string
                                               bool exactly) const {
   std::vector<CXmlNode*> found;
   ForEachOfName(model, start, path, [&](CXmlNode& node, const std::string& full) {
-    if (IsSamePath(full, path, exactly)) found.push_back(&node);
+    const bool isMeant = exactly ? full == path : IsSameName(model.GetFiles(), full, path);
+    if (isMeant) found.push_back(&node);
   });
   return found;
 }
 
 std::vector<CXmlNode*> NodeSearch::FindByFile(CXmlNode& start, const std::string& path) const {
-  // A link to a file is a file of its own in a project; only ways through folders are followed.
-  const auto realName = [this](const std::string& name) {
-    return JoinPath(model.GetFiles().ResolveLinks(FolderOf(name)), FileNameOf(name));
-  };
-  const std::string real = realName(path);
+  const std::string real = RealName(model.GetFiles(), path);
   std::vector<CXmlNode*> found;
   ForEachOfName(model, start, path, [&](CXmlNode& node, const std::string& full) {
-    if (realName(full) == real) found.push_back(&node);
+    if (RealName(model.GetFiles(), full) == real) found.push_back(&node);
   });
   return found;
 }

@@ -8,9 +8,10 @@
 namespace tarn {
 
 // Finds the nodes of the open project that a user means by a path or a label. The first of these
-// rules that finds anything decides: the exact path, the path in another letter case, the same file
-// by another way (symbolic links), the label, a group's or application's label with a slash and one
-// of these, and any of these with "#" and the number of one of several.
+// rules that finds anything decides: the exact path, the path in another letter case unless that is
+// another file on the disk, the same file by another way (symbolic links), the label, a group's or
+// application's label with a slash and one of these, and any of these with "#" and the number of
+// one of several.
 class NodeSearch {
  public:
   // Relative paths count from `currentFolder`, then from the project's folder.

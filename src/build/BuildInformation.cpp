@@ -6,6 +6,7 @@
 #include "build/Staleness.h"
 #include "output/MessageTable.h"
 #include "patterns/Parser.h"
+#include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
@@ -63,6 +64,7 @@ BuildReport ReadReport(const CXmlNode& record) {
   report.programs = SplitQuotedList(TextOf(record.GetAttrValue("Programs")));
   report.products = SplitQuotedList(TextOf(record.GetAttrValue("Products")));
   report.search = TextOf(record.GetAttrValue("Search"));
+  report.hasInexactNames = IsExactlyYes(record, "InexactNames");
   for (int i = 0; i < record.GetChildCount(); ++i) {
     const char* file = record.GetChild(i)->GetAttrValue("Header");
     if (file != nullptr) report.dependencies.emplace_back(file);
@@ -108,13 +110,8 @@ const OutputIndex& CProjectModel::IndexOutputs(CXmlNode& application) {
 CXmlNode* CProjectModel::FindNodeByOutput(CXmlNode& application, const char* outputFile) {
   if (outputFile == nullptr) return nullptr;
   const OutputIndex& index = IndexOutputs(application);
-  // The disk tells names apart that differ in letter case.
-  CXmlNode* const exact = index.FindAmongSimilar(outputFile);
-  if (exact != nullptr) {
-    const std::optional<FileStatus> status = files.Examine(outputFile);
-    if (status && !status->otherSpelling) return exact;
-  }
-  CXmlNode* found = index.Find(outputFile);
+  CXmlNode* found = index.FindAmongSimilar(outputFile);
+  if (found == nullptr) found = index.Find(outputFile);
   // One that is left out of the build has not been built.
   const auto& shared = index.GetShared();
   for (auto pair = shared.rbegin(); pair != shared.rend(); ++pair) {
@@ -137,8 +134,10 @@ std::vector<SharedOutput> CProjectModel::FindSharedOutputs(CXmlNode& application
       if ((--before)->second == first) first = before->first;
     }
     if (!IsBuilt(*first, application) || !IsBuilt(*second, application)) continue;
-    const std::string path = TextOf(second->GetAttrValue("Path"));
-    const bool isSameSource = path == TextOf(first->GetAttrValue("Path"));
+    const auto source = [this](const CXmlNode& node) {
+      return RealName(files, TextOf(node.GetAttrValue("Path")));
+    };
+    const bool isSameSource = source(*first) == source(*second);
     found.push_back({first, second, isSameSource && first != &application});
   }
   return found;

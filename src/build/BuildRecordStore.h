@@ -35,14 +35,17 @@ struct FileVersion {
 struct BuildRecord {
   using Number = std::uint32_t;
 
-  Number application = 0;       // string: path of the application's file
-  Number output = 0;            // file version
-  Number infos = 0;             // string for the views
-  Number date = 0;              // string: modification time of the output as the tool reported it
-  std::uint64_t signature = 0;  // of tool, files, options and the tool's definition
-  std::uint64_t command = 0;    // of the command lines that were run; 0 if unknown
-  Number search = 0;   // string: folders that headers are searched in, quoted; may be empty
-  Number folders = 0;  // set of the folders in which a header could shadow one that was read
+  Number application = 0;  // string: path of the application's file
+  Number output = 0;       // file version
+  Number infos = 0;        // string for the views
+  Number date = 0;         // string: modification time of the output as the tool reported it
+  // Of tool, files, options and the tool's definition. None if the command lines may change while
+  // all of these stay.
+  static constexpr std::uint64_t kNoSignature = 0;
+  std::uint64_t signature = kNoSignature;
+  std::uint64_t command = 0;  // of the command lines that were run; 0 if unknown
+  Number search = 0;          // string: folders that headers are searched in, quoted; may be empty
+  Number folders = 0;         // set of the folders in which a header could shadow one that was read
   // File versions: sources, then reported dependencies, then programs and further products.
   std::vector<Number> inputs;
   Number sources = 0;

@@ -132,7 +132,7 @@ void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
   record.infos = store_.Intern(report.infos);
   record.date = store_.Intern(report.date);
   record.search = store_.Intern(report.search);
-  record.signature = run.signature;
+  record.signature = report.hasInexactNames ? BuildRecord::kNoSignature : run.signature;
   record.command = report.command;
   record.sources = static_cast<BuildRecord::Number>(run.sources.size());
   record.programs =
@@ -143,7 +143,7 @@ void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
   for (const std::string& path : report.programs) record.inputs.push_back(AddProgram(path));
   for (const std::string& path : report.products) record.inputs.push_back(AddProduct(path));
   shadows_.Complete(record);
-  bound_[&node] = {store_.Put(std::move(record)), {}, 0};
+  bound_[&node] = {store_.Put(std::move(record)), {}};
   WriteJournal();
 }
 
@@ -189,7 +189,7 @@ const BuildRecord* BuildRecords::Restore(const CXmlNode& node, std::string_view 
                                          std::string_view output) {
   const std::size_t record = store_.Find(application, output);
   if (record == BuildRecordStore::kNone) return nullptr;
-  bound_[&node] = {record, {}, 0};
+  bound_[&node] = {record, {}};
   return &store_.Get(record);
 }
 

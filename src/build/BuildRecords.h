@@ -25,6 +25,7 @@ struct BuildReport {
   std::vector<std::string> products;  // further files that were made
   std::string search;                 // folders that headers are searched in, quoted
   std::uint64_t command = 0;          // hash of the command lines; 0 if unknown
+  bool hasInexactNames = false;       // the command lines depend on how the disk spells names
 };
 
 // What the outputs of the open project were made from: file versions and command of the run that
@@ -85,6 +86,7 @@ class BuildRecords {
     // Why the record holds no more; with a reason here it never holds again.
     StaleVerdict withdrawn;
     std::uint64_t verifiedCommand = 0;  // generation of ToolCommands in which the command held
+    std::uint64_t verifiedLook = 0;     // epoch of the file times then
   };
   // Null for a node without a record.
   Bound* Find(const CXmlNode& node);

@@ -345,6 +345,9 @@ bool BuildWalk::Clean(CXmlNode& node) {
   for (const char* name : {"OutputFile", "ListingFile"}) {
     const std::string path = TextOf(node.GetAttrValue(name));
     if (path.empty() || !model.files.Exists(path)) continue;
+    // A file of a similar name is not what the tool made.
+    const std::optional<FileStatus> status = model.files.Examine(path);
+    if (status && status->otherSpelling) continue;
     if (!model.files.RemoveFile(path)) result = false;
     model.fileTimes.Forget();
   }

@@ -29,8 +29,7 @@ bool RecordCheck::HasRecord(const CXmlNode& node) {
 const BuildRecord* RecordCheck::FindVerified(const CXmlNode& node) {
   const BuildRecords::Bound* const bound = records_.Find(node);
   const bool holds = bound != nullptr && !bound->withdrawn &&
-                     bound->record != BuildRecordStore::kNone &&
-                     bound->verifiedCommand == commands_.GetGeneration();
+                     bound->record != BuildRecordStore::kNone && IsCommandVerified(*bound);
   return holds ? &records_.RecordOf(*bound) : nullptr;
 }
 
@@ -82,19 +81,27 @@ StaleVerdict RecordCheck::CheckCommand(const CXmlNode& node) {
   return hasRecord ? CheckCommand(node, *bound) : StaleVerdict();
 }
 
+// Those that depend on the disk's spelling hold until files are looked at again.
+bool RecordCheck::IsCommandVerified(const BuildRecords::Bound& bound) const {
+  if (bound.verifiedCommand != commands_.GetGeneration()) return false;
+  return records_.RecordOf(bound).signature != BuildRecord::kNoSignature ||
+         bound.verifiedLook == times_.GetEpoch();
+}
+
 // The command lines themselves are compared only if something that they are made of has changed. A
 // node whose options are not known yet can't be judged by them.
 StaleVerdict RecordCheck::CheckCommand(const CXmlNode& node, BuildRecords::Bound& bound) {
-  if (bound.verifiedCommand == commands_.GetGeneration()) return {};
+  if (IsCommandVerified(bound)) return {};
   const std::uint64_t signature = commands_.SignatureOf(node);
   if (signature == 0) return {};
   const BuildRecord& record = records_.RecordOf(bound);
   if (signature != record.signature) {
     const bool isSame = record.command != 0 && commands_.HashOf(node) == record.command;
     if (!isSame) return {StaleReason::CommandChanged, {}};
-    records_.SetSignature(bound, signature);
+    if (record.signature != BuildRecord::kNoSignature) records_.SetSignature(bound, signature);
   }
   bound.verifiedCommand = commands_.GetGeneration();
+  bound.verifiedLook = times_.GetEpoch();
   return {};
 }
 

@@ -43,6 +43,7 @@ class RecordCheck {
 
  private:
   StaleVerdict CheckCommand(const CXmlNode& node, BuildRecords::Bound& bound);
+  bool IsCommandVerified(const BuildRecords::Bound& bound) const;
   bool IsCurrent(BuildRecord::Number version, const FileStatus& now);
 
   BuildRecords& records_;

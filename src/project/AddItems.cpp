@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "output/MessageTable.h"
+#include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
@@ -49,6 +50,15 @@ std::string PatternsOf(std::string_view extensions) {
   return patterns;
 }
 
+// A child has this file, in any spelling.
+bool HoldsFile(FileSystem& files, const CXmlNode& parent, const std::string& path) {
+  for (int i = 0; i < parent.GetChildCount(); ++i) {
+    const char* own = parent.GetChild(i)->GetAttrValue("Path");
+    if (own != nullptr && IsSameName(files, own, path)) return true;
+  }
+  return false;
+}
+
 std::string FilterOf(int row, const std::string& patterns) {
   return FormatMessageText("%s (%s)|%s|",
                            std::vector<std::string>{GetMessageText(row), patterns, patterns});
@@ -81,9 +91,7 @@ std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* ite
     BrowseAndAddFiles();
     return 1;
   }
-  CXmlNode* present = nullptr;
-  FindChildNode(itempath.c_str(), "Path", target, present);
-  if (present != nullptr) return 1;
+  if (HoldsFile(files, *target, itempath)) return 1;
   const CXmlNode* type = TypeOfItem(itempath, itemtype);
   if (type == nullptr) return 0;
 
@@ -101,8 +109,7 @@ std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* ite
       return AddNewItem(path.c_str(), itemtype);
     }
   }
-  FindChildNode(path.c_str(), "Path", target, present);
-  if (present != nullptr || (isApplication && HoldsApplicationOf(path))) return 1;
+  if (HoldsFile(files, *target, path) || (isApplication && HoldsApplicationOf(path))) return 1;
   const std::uint64_t epoch = treeEpoch;
   FillItem(*node, path);
   if (treeEpoch != epoch) return 0;
@@ -139,7 +146,7 @@ bool CProjectModel::HoldsApplicationOf(const std::string& path) const {
     std::string full;
     if ((types.FlagsOf(child) & kTypeApplication) != 0 &&
         MakeAbsolutePath(TextOf(child.GetAttrValue("Path")), full, nullptr) &&
-        EqualNoCase(files.Canonical(full), wanted)) {
+        IsSameName(files, files.Canonical(full), wanted)) {
       return true;
     }
   }

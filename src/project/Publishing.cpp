@@ -27,6 +27,13 @@ std::string WithBrackets(std::string_view text) {
   return values;
 }
 
+// The path with its part below the folder as the disk spells it.
+std::string SpelledBelow(FileSystem& files, const std::string& folder, const std::string& path) {
+  const std::string name = files.NameOnDisk(path);
+  const bool isBelow = path.starts_with(folder) && name.size() == path.size();
+  return isBelow ? folder + name.substr(folder.size()) : path;
+}
+
 }  // namespace
 
 std::string CProjectModel::GetCurrentConfigName() const {
@@ -117,7 +124,8 @@ void CProjectModel::PublishPath(CXmlNode& node) {
     propertyManager->SetPropertyValue(set, "General", property, value);
   };
   derive("Path", full);
-  derive(kind + "Path", full);
+  // Outputs are named after it, one for each file however its path is written.
+  derive(kind + "Path", SpelledBelow(files, AddSeparator(base), full));
   derive(kind + "Dir", parts.drive + parts.folder);
   derive(kind + "Filename", parts.title + parts.extension);
   derive(kind + "Name", parts.title);

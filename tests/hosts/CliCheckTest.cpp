@@ -78,6 +78,11 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
        "",
        "Letter case\n  app.tapp:3: Src is spelled src on disk (Directories.Include)\n",
        {}},
+      {"", Node("C", ".\\Xy.c"),
+       "Missing files\n  app.tapp:5: Xy.c is missing: could be XY.c or xy.c\n",
+       [](CliProject& project) {
+         for (const char* name : {"XY.c", "xy.c"}) project.Write(name, "");
+       }},
       {"",
        Node("C", ".\\src\\b.c"),
        "Duplicate files\n  app.tapp:5: src/b.c is listed more than once\n",

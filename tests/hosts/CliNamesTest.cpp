@@ -41,9 +41,116 @@ TEST(CliNames, ToolsGetNamesAsTheDiskSpellsThem) {
   fs::create_directories(project.PathOf("Build/standard"));
   EXPECT_EQ(Build(project), "Built 4 files");
   EXPECT_EQ(Build(project), "Nothing to do");
-  EXPECT_TRUE(project.Exists("Build/standard/app"));
-  EXPECT_FALSE(project.Exists("build"));
+  EXPECT_TRUE(project.Exists("build/Standard/app"));
+  EXPECT_TRUE(fs::is_empty(project.PathOf("Build/standard")));
   EXPECT_TRUE(Has(project.Out({"export", "compile-commands", "-o", "-"}), "SRC/A.c"));
+}
+
+TEST(CliNames, AnOptionMeansWhatTheDiskHoldsNow) {
+  const struct {
+    const char *name, *folder, *listed, *come, *status;
+  } cases[] = {
+      {"the exact folder comes", "inc", "INC", "INC", "command"},
+      {"a folder inside, too", "a/inc/z", "a/INC/z", "a/INC/z", "command"},
+      {"the name gets ambiguous", "a/INC/z", "a/inc/z", "a/Inc", "command"},
+      {"a missing folder comes in another spelling", "x", "inc;x", "INC", "command"},
+      {"the exact folder was meant from the start", "inc", "inc", "INC", "up to date"},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.name);
+    CliProject project;
+    project.Write("src/c.c", "#include \"r.h\"\nint c(void) { return R; }\n");
+    fs::create_directories(project.PathOf(each.folder));
+    project.Write(std::string(each.folder) + "/r.h", "#define R 4\n");
+    project.Out({"options", "set", "Directories.Include", each.listed});
+    EXPECT_EQ(Build(project), "Built 4 files");
+    EXPECT_EQ(Build(project), "Nothing to do");
+    fs::create_directories(project.PathOf(each.come));
+    EXPECT_TRUE(Has(project.Out({"status"}), each.status)) << project.Out({"status"});
+  }
+}
+
+TEST(CliNames, OutputsOfSimilarNamesAreFilesOfTheirOwn) {
+  CliProject project;
+  project.WriteProject({{"App", {"m.c", "a/x.c", "A/x.c"}}, {"app", {"n.c"}}});
+  fs::create_directories(project.PathOf("src/a"));
+  fs::create_directories(project.PathOf("src/A"));
+  fs::create_directories(project.PathOf("build/STANDARD"));
+  project.Write("build/STANDARD/app", "a user's");
+  project.Write("src/m.c", "int a(void), b(void);\nint main(void) { return a() + b(); }\n");
+  project.Write("src/n.c", "int main(void) { return 9; }\n");
+  project.Write("src/a/x.c", "int a(void) { return 3; }\n");
+  project.Write("src/A/x.c", "int b(void) { return 4; }\n");
+  EXPECT_EQ(Build(project), "Built 6 files");
+  EXPECT_EQ(Build(project), "Nothing to do");
+  EXPECT_EQ(project.RunProgram(project.PathOf("build/Standard/App"), {}).code, 7);
+  EXPECT_EQ(project.RunProgram(project.PathOf("build/Standard/app"), {}).code, 9);
+  for (const char* made : {"App.obj", "app.obj", "App.map", "app.map"}) {
+    EXPECT_TRUE(project.Exists(std::string("build/Standard/") + made)) << made;
+  }
+  for (int i = 0; i < 2; ++i) project.Out({"clean"});
+  EXPECT_FALSE(project.Exists("build/Standard/app"));
+  EXPECT_EQ(project.Read("build/STANDARD/app"), "a user's");
+}
+
+TEST(CliNames, OneFileUnderTwoNamesIsBuiltOnce) {
+  for (const char* other : {".\\src\\C.c", ".\\SRC\\c.c", ".\\src\\..\\SRC\\c.c"}) {
+    SCOPED_TRACE(other);
+    CliProject project;
+    AddNodes(project, SourceNode(other));
+    const CliProject::Answer built = project.Run({"build"});
+    EXPECT_EQ(EndOf(built), "Built 4 files, 1 warning") << built.out;
+    EXPECT_TRUE(Has(built.out, "c.c.o is listed more than once")) << built.out;
+    EXPECT_EQ(Build(project), "Nothing to do");
+    // A file of its own is built, too.
+    fs::create_directories(project.PathOf("SRC"));
+    project.Write("src/C.c", "int d;\n");
+    project.Write("SRC/c.c", "int e;\n");
+    EXPECT_FALSE(Has(Build(project), "warning"));
+    EXPECT_EQ(Build(project), "Nothing to do");
+  }
+}
+
+TEST(CliNames, ANameMeansTheFileThatHasIt) {
+  CliProject project;
+  project.Write("src/A.c", "int d;\n");
+  project.ExpectRefusal({"remove", "src/A.c"}, 2, "src/A.c");
+  project.ExpectRefusal({"options", "set", "-n", "src/A.c", "Build.Exclude", "Yes"}, 2, "src/A.c");
+  EXPECT_EQ(project.Out({"add", "src/A.c"}), "added src/A.c\n");
+  EXPECT_EQ(project.Out({"remove", "SRC/b.c"}), "removed SRC/b.c\n");
+  // Before anything is built, each has its own command.
+  const std::string commands = project.Out({"export", "compile-commands", "-o", "-"});
+  EXPECT_TRUE(Has(commands, "src/a.c.o")) << commands;
+  EXPECT_TRUE(Has(commands, "src/A.c.o")) << commands;
+  EXPECT_EQ(project.Out({"remove", "src/A.c"}), "removed src/A.c\n");
+  EXPECT_TRUE(Has(project.Read("app.tapp"), "src\\a.c"));
+}
+
+TEST(CliNames, AProjectIsTheSameByWhateverPathItIsOpened) {
+  CliProject project;
+  fs::create_directories(project.PathOf("p"));
+  for (const char* name : {"demo.tprj", "app.tapp", "src"}) {
+    Rename(project, name, std::string("p/") + name);
+  }
+  fs::create_directory_symlink(project.PathOf("p"), project.PathOf("link"));
+  EXPECT_EQ(EndOf(project.Run({"build", "link"})), "Built 4 files");
+  for (const char* path : {"p", "./P", "link/DEMO.tprj", "link", "p/../link/demo.tprj"}) {
+    EXPECT_EQ(EndOf(project.Run({"build", path})), "Nothing to do") << path;
+  }
+}
+
+TEST(CliNames, ALetterAndAColonBeginADriveForModelAndTools) {
+  CliProject project;
+  fs::create_directories(project.PathOf("a:b"));
+  project.Write("a:b/x.c", "#include \"x.h\"\nint x = X;\n");
+  project.Write("a:b/x.h", "#define X 1\n");
+  AddNodes(project, SourceNode(".\\a:b\\x.c"));
+  EXPECT_EQ(Build(project), "Built 5 files");
+  EXPECT_EQ(Build(project), "Nothing to do");
+  project.Touch("a:b/x.h");
+  EXPECT_EQ(Build(project), "Built 2 files");
+  AddNodes(project, SourceNode("a:b\\x.c"));
+  EXPECT_TRUE(Build(project).starts_with("Failed"));
 }
 
 TEST(CliNames, ARenameByLetterCaseIsAChange) {

@@ -230,6 +230,12 @@ bool MemoryFileSystem::IsFolder(const std::string& path) {
   return place.entry != nullptr && place.entry->isFolder;
 }
 
+std::string MemoryFileSystem::NameOnDisk(const std::string& path) {
+  const std::unique_lock guard(lock);
+  const std::string name = OnDisk(Absolute(path));
+  return entries.contains(name) ? name : path;
+}
+
 std::optional<FileStatus> MemoryFileSystem::Examine(const std::string& path) {
   const Place place = Begin("examine", path);
   if (place.entry == nullptr || place.entry->isFolder) return std::nullopt;

@@ -76,6 +76,7 @@ class MemoryFileSystem : public FileSystem {
   Status RemoveFile(const std::string& path) override;
   Status CopyFileTo(const std::string& from, const std::string& to) override;
   Status CreateFolders(const std::string& path) override;
+  std::string NameOnDisk(const std::string& path) override;
   Result<std::vector<FolderEntry>> ListFolder(const std::string& path) override;
   std::string CurrentFolder() override;
   bool SetCurrentFolder(const std::string& path) override;

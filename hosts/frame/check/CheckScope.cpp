@@ -22,6 +22,22 @@ std::string OptionOfMacro(const std::string& macro) {
   return FoldCase(key.section + "." + key.name);
 }
 
+// Why none of the names that differ from the path in letter case is taken for it; the part that
+// they have in common with the path is left out.
+std::string DescribeSimilar(const std::string& path, const std::vector<std::string>& similar) {
+  std::size_t common = path.size();
+  for (const std::string& each : similar) {
+    const auto end = std::mismatch(path.begin(), path.end(), each.begin(), each.end()).first;
+    common = std::min(common, static_cast<std::size_t>(end - path.begin()));
+  }
+  const std::size_t start = path.substr(0, common).rfind(kSeparator) + 1;
+  std::string text;
+  for (const std::string& each : similar) {
+    text += (text.empty() ? "" : " or ") + each.substr(std::min(start, each.size()));
+  }
+  return text.empty() ? text : "could be " + text;
+}
+
 }  // namespace
 
 std::string LabelOf(const CXmlNode& node) {
@@ -194,7 +210,9 @@ void CheckScope::CheckPath(const CheckedNode& node, const NamedPath& named) {
   if (!named.isResolved && !IsRelativePath(named.text)) add(FindingKind::AbsolutePath, named.text);
   const std::string path = AbsolutePath(node, named.text);
   if (!files.Exists(path)) {
-    if (!IsFoundElsewhere(node, path)) add(named.ifMissing, path);
+    if (!IsFoundElsewhere(node, path)) {
+      add(named.ifMissing, path).detail = DescribeSimilar(path, files.SimilarNames(path));
+    }
     return;
   }
   const std::string onDisk = files.NameOnDisk(path);

@@ -97,6 +97,8 @@ std::string FillFinding(std::string_view sentence, const Finding& finding,
     text += show(placeholder == "%1" ? finding.subject : finding.detail);
     ++at;
   }
+  const bool hasMore = !finding.detail.empty() && sentence.find("%2") == sentence.npos;
+  if (hasMore) text += ": " + finding.detail;
   return finding.option.empty() ? text : text + " (" + finding.option + ")";
 }
 

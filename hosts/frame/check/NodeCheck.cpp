@@ -1,6 +1,7 @@
 #include "hosts/frame/check/NodeCheck.h"
 
 #include "hosts/frame/LogEntry.h"
+#include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
 #include "platform/process/Process.h"
 #include "platform/text/Text.h"
@@ -60,7 +61,7 @@ void NodeCheck::CheckFile(const CheckedNode& node) {
   if (IsBuilt(*node.node)) named.wanted = NamedPath::Wanted::File;
   scope.CheckPath(node, named);
   const std::string key =
-      AttributeOf(node.application, "Path") + "\n" + scope.files.NameOnDisk(path);
+      AttributeOf(node.application, "Path") + "\n" + RealName(scope.files, path);
   if (node.application == node.node || listed.insert(key).second) return;
   scope.Add(FindingKind::DuplicateFile, node).subject = path;
 }
@@ -90,7 +91,8 @@ void NodeCheck::AddDuplicateOutput(const CheckedNode& node, const CheckedNode& f
     return path.empty() ? path : scope.AbsolutePath(each, path);
   };
   const std::string file = fileOf(first);
-  if (node.application == first.application && fileOf(node) == file) return;
+  const bool isSameFile = RealName(scope.files, fileOf(node)) == RealName(scope.files, file);
+  if (node.application == first.application && isSameFile) return;
   Finding& finding = scope.Add(FindingKind::DuplicateOutput, node);
   finding.subject = output;
   finding.detail = file.empty() ? LabelOf(*first.node) : file;

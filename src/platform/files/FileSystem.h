@@ -64,6 +64,9 @@ class FileSystem {
   // The path as the disk spells it, for what opens, watches or compares files by itself; unchanged
   // if nothing is there. Symbolic links are not followed.
   virtual std::string NameOnDisk(const std::string& path) { return path; }
+  // All paths on the disk that differ from this one in letter case alone, if it is not there
+  // itself. Several of them: which one is meant is unknown.
+  virtual std::vector<std::string> SimilarNames(const std::string& /*path*/) { return {}; }
   // Like CanonicalPath, except that a ".." after a symbolic link stays in the result: it leads to
   // the parent of the link's target. Only a path with ".." costs a query.
   virtual std::string Canonical(const std::string& path) { return CanonicalPath(path); }
@@ -135,6 +138,8 @@ class FileSystem {
 
   // Creates the folder and whatever of its parents is missing.
   virtual Status CreateFolders(const std::string& path) = 0;
+  // Like CreateFolders, except that a folder of a similar name is left alone.
+  virtual Status CreateNamedFolders(const std::string& path) { return CreateFolders(path); }
   // Sets the modification time of a file that exists.
   virtual Status SetModifiedTime(const std::string& path, std::int64_t /*seconds*/,
                                  std::int64_t /*nanoseconds*/) {

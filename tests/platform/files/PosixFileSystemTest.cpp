@@ -194,6 +194,31 @@ TEST_F(PosixFileSystemTest, AnotherSpellingOfANameIsTold) {
   }
 }
 
+TEST_F(PosixFileSystemTest, ASimilarNameIsFoundInAnyFolderThatCouldBeMeant) {
+  for (const char* name : {"lib/x.c", "Lib/y.c", "lib/two", "Lib/TWO", "a/z", "B"}) {
+    scratch.Write(name, "");
+  }
+  const std::pair<const char*, std::string> rows[] = {{"LIB/x.c", "lib/x.c"},
+                                                      {"LIB/Y.C", "Lib/y.c"},
+                                                      {"LIB/two", "LIB/two"},
+                                                      {"Lib/x.c", "Lib/x.c"},
+                                                      {"A/Z", "a/z"}};
+  for (const auto& [path, found] : rows) {
+    EXPECT_EQ(files.NameOnDisk(scratch / path), scratch / found) << path;
+  }
+  EXPECT_EQ(files.SimilarNames(scratch / "LIB/two").size(), 2U);
+  EXPECT_TRUE(files.SimilarNames(scratch / "lib/two").empty());
+}
+
+TEST_F(PosixFileSystemTest, FoldersOfGivenNamesLeaveSimilarOnesAlone) {
+  scratch.Write("Out/keep", "");
+  EXPECT_TRUE(files.CreateFolders(scratch / "out/a"));
+  EXPECT_TRUE(files.IsFolder(scratch / "Out/a"));
+  EXPECT_TRUE(files.CreateNamedFolders(scratch / "out/b"));
+  EXPECT_FALSE(files.Exists(scratch / "Out/b"));
+  EXPECT_TRUE(files.ExamineFolder(scratch / "out/b"));
+}
+
 TEST_F(PosixFileSystemTest, BackslashInANameOfTheMachineIsOutOfReach) {
   scratch.Write("odd\\name", "hidden");
   EXPECT_EQ(files.ReadWholeFile(scratch / "odd\\name").GetError().code, ErrorCode::InvalidName);

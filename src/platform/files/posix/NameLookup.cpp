@@ -39,23 +39,25 @@ bool HasSettled(std::int64_t seconds, std::int64_t nanoseconds) {
   return age > margin;
 }
 
-// The single entry of that name; empty for none or several.
+void AddName(std::string& names, std::string_view name) {
+  if (!names.empty()) names += '/';
+  names += name;
+}
+
+// The entries of that name, with "/" between them.
 std::string Scan(const std::string& folder, const std::string& name) {
-  std::string match;
-  int matches = 0;
+  std::string matches;
   ForEachEntry(folder, [&](std::string_view entry) {
-    if (EqualNoCase(entry, name) && ++matches == 1) match = entry;
+    if (EqualNoCase(entry, name)) AddName(matches, entry);
   });
-  return matches == 1 ? match : std::string();
+  return matches;
 }
 
 // The same, and all entries by folded name.
 std::string List(const std::string& folder, const std::string& name,
                  std::unordered_map<std::string, std::string>& names) {
-  ForEachEntry(folder, [&names](std::string_view entry) {
-    const auto [place, isNew] = names.try_emplace(FoldCase(entry), entry);
-    if (!isNew) place->second.clear();
-  });
+  ForEachEntry(folder,
+               [&names](std::string_view entry) { AddName(names[FoldCase(entry)], entry); });
   const auto found = names.find(FoldCase(name));
   return found == names.end() ? std::string() : found->second;
 }
@@ -125,27 +127,45 @@ Result<std::string> NameLookup::LocateOrCreate(const std::string& path) {
 }
 
 std::optional<std::string> NameLookup::FindOther(const std::string& native) {
+  std::vector<std::string> similar = FindSimilar(native);
+  if (similar.size() != 1) return std::nullopt;
+  return std::move(similar.front());
+}
+
+std::vector<std::string> NameLookup::FindSimilar(const std::string& native) {
   std::size_t end = native.size();
   while (end > 1 && native[end - 1] == '/') --end;
   const std::string path = native.substr(0, end);
   const std::string name = FileNameOf(path);
-  if (name.empty() || name == "." || name == "..") return std::nullopt;
-  std::string folder = FolderOf(path);
+  if (name.empty() || name == "." || name == "..") return {};
+  const std::string folder = FolderOf(path);
   struct stat info {};
-  if (stat(folder.empty() ? "." : folder.c_str(), &info) != 0) {
-    if (errno != ENOENT) return std::nullopt;
-    const std::optional<std::string> other = FindOther(folder);
-    if (!other || stat(other->c_str(), &info) != 0) return std::nullopt;
-    folder = *other;
+  if (stat(folder.empty() ? "." : folder.c_str(), &info) == 0) {
+    return FindIn(folder, info, name);
   }
-  if (!S_ISDIR(info.st_mode)) return std::nullopt;
-  const std::string match = FindIn(folder.empty() ? "." : folder, info, name);
-  if (match.empty()) return std::nullopt;
-  return JoinPath(folder, match);
+  if (errno != ENOENT) return {};
+  std::vector<std::string> found;
+  for (const std::string& other : FindSimilar(folder)) {
+    if (stat(other.c_str(), &info) != 0) continue;
+    for (std::string& each : FindIn(other, info, name)) found.push_back(std::move(each));
+  }
+  return found;
 }
 
-// The single entry of that name; empty for none or several. `info` is the folder's.
-std::string NameLookup::FindIn(const std::string& folder, const struct stat& info,
+// `info` is the folder's.
+std::vector<std::string> NameLookup::FindIn(const std::string& folder, const struct stat& info,
+                                            const std::string& name) {
+  if (!S_ISDIR(info.st_mode)) return {};
+  const std::string names = Lookup(folder.empty() ? "." : folder, info, name);
+  std::vector<std::string> found;
+  for (const std::string_view each : Split(names, '/')) {
+    if (!each.empty()) found.push_back(JoinPath(folder, each));
+  }
+  return found;
+}
+
+// The entries of that name, with "/" between them. `info` is the folder's.
+std::string NameLookup::Lookup(const std::string& folder, const struct stat& info,
                                const std::string& name) {
   const FolderId id{info.st_dev, info.st_ino};
   Listing fresh{info.st_mtim.tv_sec, info.st_mtim.tv_nsec, false, {}};

@@ -14,6 +14,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "platform/Result.h"
 #include "platform/files/posix/PosixError.h"
@@ -52,21 +53,25 @@ class NameLookup {
   Result<std::string> LocateOrCreate(const std::string& path);
   // The name for a path whose folders may be missing too. Does not look at the disk.
   Result<std::string> ToNative(const std::string& path);
-  // The single other spelling of a native name, component by component.
+  // The single other spelling of a native name.
   std::optional<std::string> FindOther(const std::string& native);
+  // All of them. Inside a folder that has the exact name no other folder is searched.
+  std::vector<std::string> FindSimilar(const std::string& native);
 
  private:
   struct Listing {
     std::int64_t seconds = 0;  // the folder's modification time
     std::int64_t nanoseconds = 0;
     bool complete = false;  // false: the folder was scanned once and `names` is empty
-    std::unordered_map<std::string, std::string> names;  // by folded name; empty: several
+    std::unordered_map<std::string, std::string> names;  // by folded name, "/" between several
   };
   enum class Memory { None, Scanned, Listed };
   using FolderId = std::pair<dev_t, ino_t>;
 
   Error Missing(const std::string& path) const;
-  std::string FindIn(const std::string& folder, const struct stat& info, const std::string& name);
+  std::vector<std::string> FindIn(const std::string& folder, const struct stat& info,
+                                  const std::string& name);
+  std::string Lookup(const std::string& folder, const struct stat& info, const std::string& name);
   Memory Recall(const FolderId& id, const Listing& now, const std::string& folded,
                 std::string& match);
 

@@ -103,6 +103,15 @@ std::string PosixFileSystem::NameOnDisk(const std::string& path) {
   return name ? *name : path;
 }
 
+std::vector<std::string> PosixFileSystem::SimilarNames(const std::string& path) {
+  const Result<std::string> native = names.ToNative(path);
+  struct stat info {};
+  if (!native || lstat(native->c_str(), &info) == 0) return {};
+  std::vector<std::string> similar = names.FindSimilar(*native);
+  std::sort(similar.begin(), similar.end());
+  return similar;
+}
+
 bool PosixFileSystem::IsLink(const std::string& path) {
   struct stat info {};
   return names.Try(path, [&info](const char* name) { return lstat(name, &info); }) &&
@@ -299,22 +308,30 @@ Status PosixFileSystem::CopyFileTo(const std::string& from, const std::string& t
 }
 
 Status PosixFileSystem::CreateFolders(const std::string& path) {
+  return CreateFolders(path, false);
+}
+
+Status PosixFileSystem::CreateNamedFolders(const std::string& path) {
+  return CreateFolders(path, true);
+}
+
+Status PosixFileSystem::CreateFolders(const std::string& path, bool exactly) {
   const Result<std::string> native = names.ToNative(path);
   if (!native) return native.GetError();
   std::string folder = Canonical(*native);
   if (folder.size() > 1 && folder.back() == kSeparator) folder.pop_back();
-  const Result<std::string> made = EnsureFolder(folder);
+  const Result<std::string> made = EnsureFolder(folder, exactly);
   if (!made) return ErrorOf(made.GetError().code, made.GetError().text, path);
   return {};
 }
 
 // The folder as the disk spells it, made with its parents where nothing stands.
-Result<std::string> PosixFileSystem::EnsureFolder(const std::string& native) {
+Result<std::string> PosixFileSystem::EnsureFolder(const std::string& native, bool exactly) {
   struct stat info {};
   std::string name = native;
   bool exists = stat(name.c_str(), &info) == 0;
   if (!exists && errno != ENOENT) return ErrorOf(errno, native);
-  if (!exists) {
+  if (!exists && !exactly) {
     const std::optional<std::string> other = names.FindOther(native);
     exists = other && stat(other->c_str(), &info) == 0;
     if (exists) name = *other;
@@ -325,7 +342,7 @@ Result<std::string> PosixFileSystem::EnsureFolder(const std::string& native) {
   }
   const std::string parent = FolderOf(native);
   if (!parent.empty()) {
-    const Result<std::string> above = EnsureFolder(parent);
+    const Result<std::string> above = EnsureFolder(parent, exactly);
     if (!above) return above;
     name = JoinPath(*above, FileNameOf(native));
   }

@@ -14,6 +14,7 @@ class PosixFileSystem : public FileSystem {
   bool Exists(const std::string& path) override;
   bool IsFolder(const std::string& path) override;
   std::string NameOnDisk(const std::string& path) override;
+  std::vector<std::string> SimilarNames(const std::string& path) override;
   std::string Canonical(const std::string& path) override;
   std::string ResolveLinks(const std::string& path) override;
   // For a plain path one system call, no lock and no allocation, as long as the name is exact.
@@ -34,6 +35,7 @@ class PosixFileSystem : public FileSystem {
   Status RemoveFile(const std::string& path) override;
   Status CopyFileTo(const std::string& from, const std::string& to) override;
   Status CreateFolders(const std::string& path) override;
+  Status CreateNamedFolders(const std::string& path) override;
   Status SetModifiedTime(const std::string& path, std::int64_t seconds,
                          std::int64_t nanoseconds) override;
   std::int64_t Clock() override;
@@ -52,7 +54,8 @@ class PosixFileSystem : public FileSystem {
                                   TimeMatters time, std::uint64_t offset, std::string_view bytes);
   bool IsLink(const std::string& path);
   bool CanStepUp(const std::string& folder);
-  Result<std::string> EnsureFolder(const std::string& native);
+  Status CreateFolders(const std::string& path, bool exactly);
+  Result<std::string> EnsureFolder(const std::string& native, bool exactly);
 
   posix::NameLookup names;
 };
