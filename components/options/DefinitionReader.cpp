@@ -6,6 +6,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
+#include "xml/XmlDamage.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::options {
@@ -66,9 +67,9 @@ void DefinitionReader::Report(std::string_view what) {
             place.empty() ? std::string(what) : place + ": " + std::string(what));
 }
 
-void DefinitionReader::ReportLoss(const std::string& path, const std::string& what) {
-  ReportFor(path, what);
-  if (lostFile.empty()) lostFile = path + ": " + what;
+void DefinitionReader::ReportLoss(const std::string& fault) {
+  if (errors.size() < kMaxErrors) errors.push_back(fault);
+  if (lostFile.empty()) lostFile = fault;
 }
 
 std::uint64_t DefinitionReader::DigestOf(FileSystem& files, const std::vector<std::string>& paths) {
@@ -84,7 +85,7 @@ bool DefinitionReader::ReadFile(const std::string& path) {
   paths.push_back(path);
   digest = AddToDigest(digest, path, text);
   if (!text) {
-    ReportLoss(path, "can't be read: " + text.GetError().text);
+    ReportLoss(path + ": can't be read: " + text.GetError().text);
     return false;
   }
   ReadText(*text, path);
@@ -94,10 +95,9 @@ bool DefinitionReader::ReadFile(const std::string& path) {
 void DefinitionReader::ReadText(const std::string& text, const std::string& path) {
   chain.push_back(path);
   CXmlNode root;
-  CXmlParseInfo parseInfo;
-  if (root.Load(text, parseInfo) == nullptr) {
-    ReportLoss(path, parseInfo.errorText.empty() ? "the text breaks off or holds no element"
-                                                 : "the text is damaged: " + parseInfo.errorText);
+  const std::string fault = LoadWhole(root, text, XmlTexts::None, path);
+  if (!fault.empty()) {
+    ReportLoss(fault);
     DropLastProperty(root);
   }
   if (root.NameView() == "OptionSets") {

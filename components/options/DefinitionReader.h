@@ -54,7 +54,8 @@ class DefinitionReader {
   void CheckDefault(const std::string& set, PropertyDefinition& property);
   void CheckAttributes(const CXmlNode& node, std::string_view known);
   void Report(std::string_view what);
-  void ReportLoss(const std::string& path, const std::string& what);
+  // `fault` is a line of Errors.
+  void ReportLoss(const std::string& fault);
   void ReportFor(const std::string& path, std::string_view what);
 
   FileSystem& files;

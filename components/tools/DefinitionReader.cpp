@@ -9,6 +9,7 @@
 #include "components/tools/MessageRulesReader.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
+#include "xml/XmlDamage.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::tools {
@@ -260,11 +261,11 @@ struct ParsedFile {
 
 void ParseFile(const DefinitionFile& file, ParsedFile& parsed, ReadDefinitions& into) {
   parsed.name = file.name;
-  CXmlParseInfo parseInfo;
-  if (parsed.root.Load(file.text, parseInfo) != nullptr) return;
+  const std::string fault = LoadWhole(parsed.root, file.text, XmlTexts::None, file.name);
+  if (fault.empty()) return;
   parsed.root.Clear();
-  into.errors.push_back(file.name + ": " +
-                        (parseInfo.errorText.empty() ? "no XML" : parseInfo.errorText));
+  into.errors.push_back(fault);
+  if (into.lostFile.empty()) into.lostFile = fault;
 }
 
 void ReadMessageLists(const ParsedFile& file, ReadDefinitions& into) {

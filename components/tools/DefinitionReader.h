@@ -22,6 +22,7 @@ struct ReadDefinitions {
   std::vector<std::unique_ptr<ToolDefinition>> tools;
   NamedMessageRules messages;       // of two lists with one name the later
   std::vector<std::string> errors;  // "file: tool: what is wrong", mostly
+  std::string lostFile;  // the first error that lost a whole file; empty if there is none
 };
 
 // Reads all files; a tool may name messages of any of them. A tool or a list of messages in which

@@ -46,7 +46,7 @@ std::vector<DefinitionFile> ReadTexts(FileSystem& files, const std::string& fold
     if (text) {
       definitions.push_back({entry.name, std::move(*text)});
     } else {
-      errors.push_back(entry.name + ": " + text.GetError().text);
+      errors.push_back(JoinPath(folder, entry.name) + ": " + text.GetError().text);
     }
   }
   return definitions;
@@ -71,6 +71,9 @@ std::unique_ptr<ToolSet> ToolSet::FromFolder(FileSystem& files, const std::strin
   set->digest = Digest(definitions, set->errors);
   if (!set->errors.empty()) set->problem = set->errors.front();
   ReadDefinitions read = ReadDefinitionFiles(definitions);
+  if (set->problem.empty() && !read.lostFile.empty()) {
+    set->problem = JoinPath(folder, read.lostFile);
+  }
   set->errors.insert(set->errors.end(), read.errors.begin(), read.errors.end());
   set->messages = std::move(read.messages);
   for (auto& tool : read.tools) set->Take(std::move(tool));

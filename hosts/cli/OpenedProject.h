@@ -73,6 +73,7 @@ class CommandContext {
   int SaveProject();
 
  private:
+  void ShowDefinitionErrors();
   void ShowDamage();
   int Refuse(const std::string& text);
   int RefuseDamaged();

@@ -10,6 +10,8 @@
 #include "hosts/frame/ProjectTree.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "xml/XmlDamage.h"
+#include "xml/XmlNode.h"
 
 namespace tarn::host {
 
@@ -49,6 +51,15 @@ Error ToError(const std::string& line) {
   const std::size_t end = line.find(": ");
   if (end == std::string::npos) return {ErrorCode::NotFound, line, {}};
   return {ErrorCode::NotFound, line.substr(end + 2), line.substr(0, end)};
+}
+
+// Why the server can't start with a configuration file.
+Error DescribeConfigFile(FileSystem& files, const std::string& path) {
+  CXmlNode root;
+  const auto text = files.ReadWholeFile(path);
+  const std::string fault = text ? LoadWhole(root, *text, XmlTexts::None, path) : std::string();
+  if (!fault.empty()) return ToError(fault);
+  return {ErrorCode::NotFound, "the configuration file is missing or damaged", path};
 }
 
 // How the last call went.
@@ -139,8 +150,7 @@ Status BuildSession::Start() {
   if (manager.Init(folders.application, folders.data, frame.GetHandle()) == 0) {
     // Without a line it is the configuration file.
     if (!logLines.empty()) return ToError(TakeLogLines().front());
-    return Error{ErrorCode::NotFound, "the configuration file is missing or damaged",
-                 folders.ConfigFile(files)};
+    return DescribeConfigFile(files, folders.ConfigFile(files));
   }
   // Where nothing was installed to start it from. Without it there is just no project in between.
   (void)WriteStandInProject(files, folders.data, FileNameOf(folders.data));

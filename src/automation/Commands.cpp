@@ -19,7 +19,8 @@ CommandKind KindOf(std::uint32_t id) {
 
 std::int32_t CProjectManager::Command(std::uint32_t id) {
   const CommandRow* row = CommandRow::Find(id);
-  return !model || row == nullptr ? 1 : row->action(*this, id);
+  if (!model || row == nullptr) return 1;
+  return row->kind != CommandKind::Plain && RefusesBuild() ? 0 : row->action(*this, id);
 }
 
 std::int32_t CProjectManager::EnableCommand(std::uint32_t id) {
@@ -36,15 +37,26 @@ std::int32_t CProjectManager::EnableCommand(std::uint32_t id) {
   return 1;
 }
 
+// For hosts that protect damaged projects. The definitions may have been changed since the host has
+// asked for a problem of the installation.
+bool CProjectManager::RefusesBuild() {
+  if (!model->IsDamageProtected()) return false;
+  std::string problem = "the project was read only in part.";
+  if (!model->IsDamageHeld()) {
+    problem = FindDefinitionProblem();
+    // They may be right again.
+    if (!problem.empty() && model->RefreshDefinitions() != 0) problem = FindDefinitionProblem();
+  }
+  if (!problem.empty()) model->AddLogLine("Nothing was built: " + problem);
+  return !problem.empty();
+}
+
 std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
   const CommandKind kind = KindOf(id);
   if (!model || kind == CommandKind::Plain) return 1;
   if (kind == CommandKind::Build) rerunAfterBuild = false;
   if (!model->CanStartOperation()) return 0;
-  if (model->IsDamageHeld()) {
-    model->AddLogLine("Nothing was built: the project was read only in part.");
-    return 0;
-  }
+  if (RefusesBuild()) return 0;
   model->views.StopStepTimer();
   propertyManager->EndUpdate();
   platform.files.SetCurrentFolder(model->GetProjectFolder());

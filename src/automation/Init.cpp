@@ -6,6 +6,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/settings/InstalledData.h"
 #include "platform/text/Text.h"
+#include "xml/XmlDamage.h"
 
 namespace tarn {
 
@@ -116,7 +117,10 @@ bool CProjectManager::LoadConfiguration() {
 
   const Result<std::string> text = platform.files.ReadWholeFile(configFilePath);
   CXmlNode configuration;
-  if (!text || configuration.Load(*text, g_xmlParseInfo) == nullptr) return false;
+  if (!text) return false;
+  configurationProblem = LoadWhole(configuration, *text, XmlTexts::None, configFilePath);
+  const bool isDamaged = !configurationProblem.empty();
+  if (isDamaged && configuration.Load(*text, g_xmlParseInfo) == nullptr) return false;
   for (int i = 0; i < configuration.GetChildCount(); ++i) {
     const CXmlNode& section = *configuration.GetChild(i);
     if (section.NameView() != "Types") continue;

@@ -3,6 +3,7 @@
 
 #include "automation/BuildGaps.h"
 #include "automation/ProjectInspector.h"
+#include "automation/ProjectManager.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -44,10 +45,15 @@ std::string CProjectInspector::GetBuildProblem() {
 std::string CProjectInspector::GetInstallationProblem() {
   const CProjectModel* model = Model();
   if (model == nullptr) return {};
+  auto& object = *static_cast<CProjectManager*>(manager.Get());
+  if (!object.GetConfigurationProblem().empty()) return object.GetConfigurationProblem();
   const std::string types = DescribeMissingTypes(model->types);
-  if (!types.empty()) return model->configFilePath + ": " + types;
-  const std::string options = model->propertyManager->InvokeText(kGetDefinitionProblem, {});
-  return options.empty() ? model->toolManager->InvokeText(kGetDefinitionProblem, {}) : options;
+  return types.empty() ? object.FindDefinitionProblem() : model->configFilePath + ": " + types;
+}
+
+std::string CProjectManager::FindDefinitionProblem() {
+  const std::string options = propertyManager->InvokeText(kGetDefinitionProblem, {});
+  return options.empty() ? toolManager->InvokeText(kGetDefinitionProblem, {}) : options;
 }
 
 }  // namespace tarn

@@ -83,7 +83,7 @@ std::int32_t CProjectManager::ProjectNew(const char* projectPath) {
 }
 
 std::int32_t CProjectManager::ProjectBuild() {
-  return model ? model->BuildHere() : 0;
+  return model && !RefusesBuild() ? model->BuildHere() : 0;
 }
 
 std::int32_t CProjectManager::GetPropertyWindow() {

@@ -75,6 +75,10 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   // The folder that relative names of a caller mean.
   std::string GetCurrentFolder() const { return platform.files.CurrentFolder(); }
   FileSystem& GetFiles() const { return platform.files; }
+  // The first fault of the configuration file, "FILE:LINE: what"; empty if there is none.
+  const std::string& GetConfigurationProblem() const { return configurationProblem; }
+  // What is missing of the definitions of options and tools, as they are now; empty if nothing is.
+  std::string FindDefinitionProblem();
 
   // --- The dispatch methods; 1 for success and 0 for failure unless told otherwise ---
 
@@ -163,6 +167,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   void NameLogFile();
   void MakeWizard();
   bool LoadConfiguration();
+  bool RefusesBuild();
   void SendMenus(const CXmlNode& configuration);
   void ChooseProfileKey();
   void ReadImportSettings();
@@ -204,6 +209,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::string applicationPath;  // ends in a separator
   std::string dataPath;
   std::string configFilePath;
+  std::string configurationProblem;
   bool rerunAfterBuild = false;
 };
 

@@ -49,9 +49,6 @@ class DamageCollector : public XmlLossListener {
     bool isKept;
   };
 
-  std::string Describe(XmlLoss loss, std::size_t offset, std::string_view name) const;
-  std::string_view LineAt(std::size_t offset) const;
-
   std::string_view text;
   std::vector<Place> places;
   bool hasCData = false;

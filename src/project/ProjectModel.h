@@ -148,6 +148,7 @@ class CProjectModel {
   // Whether a project with damage is to be left alone: nothing builds or cleans it, and no save or
   // close writes it. Off at first, so that only hosts that can ask their users turn it on.
   void SetDamageProtection(bool isProtected) { protectsDamage = isProtected; }
+  bool IsDamageProtected() const { return protectsDamage; }
   bool IsDamageHeld() const { return protectsDamage && !damage.empty(); }
   // Changes with all that a save would write, and now and then without need.
   std::uint64_t GetChangeCount() const { return changeCount; }

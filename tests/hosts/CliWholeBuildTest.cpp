@@ -71,7 +71,7 @@ TEST(CliInstallation, WithAPartMissingEveryCommandFailsAndNamesIt) {
       {"share/config/tools", nullptr, "share/config/tools: No such file"},
       {"share/config/options", nullptr, "common.options: can't be read"},
       {kCommon, nullptr, "common.options: can't be read"},
-      {kCommon, "<OptionSets><Set Header='C'", "common.options: the text breaks off"},
+      {kCommon, "<OptionSets><Set Header='C'", "common.options:1: incomplete tag of <Set>"},
       {kConfig, nullptr, "projectmanager.config: the configuration file is missing"},
       {kConfig, "<P></P>", "no type of projects is defined"},
       {kConfig, "<P><Types><Project Project='Yes'/></Types></P>", "no type of applications"},
@@ -93,6 +93,53 @@ TEST(CliInstallation, WithAPartMissingEveryCommandFailsAndNamesIt) {
     }
     project.environment = before;
   }
+}
+
+// Each definition is whole in front of the damage, so that a build would seem to be right.
+TEST(CliInstallation, WithACutOrDamagedFileNothingIsBuilt) {
+  CliProject project;
+  Installation installation(project);
+  const struct {
+    const char* file;
+    std::string last;   // the text is cut after it
+    std::string added;  // or else this follows it
+    const char* said;
+  } rows[] = {
+      {"options/host-gcc.options", "<Default", "", ": incomplete tag of <Default>"},
+      {"options/host-gcc.options", "/>\n", "", ": the file ends inside <"},
+      {"options/host-gcc.options", "/>\n", "<<<<<<< HEAD\n", ": a merge conflict"},
+      {"tools/messages.tools", "/>\n", "", ": the file ends inside <"},
+      {"tools/host-gcc.tools", "</Tool>\n", "", ": the file ends inside <Tools>"},
+      {"tools/host-gcc.tools", "</Tool>\n", std::string(1, '\0'), ": a zero byte"},
+      {"projectmanager.config", "</Types>\n", "", ": the file ends inside <"},
+      {"projectmanager.config", "</Types>\n", "=======\n", ": a merge conflict"},
+  };
+  for (const auto& row : rows) {
+    const std::string name = std::string("share/config/") + row.file;
+    const std::string whole = project.Read(name);
+    const std::size_t end = whole.find(row.last) + row.last.size();
+    const std::string rest = row.added.empty() ? "" : row.added + whole.substr(end);
+    project.Write(name, whole.substr(0, end) + rest);
+    const auto line = 1 + std::count(whole.begin(), whole.begin() + static_cast<long>(end), '\n');
+    const std::string place = project.PathOf(name) + ":" + std::to_string(line);
+    for (const char* command : {"build", "status", "new"}) {
+      const auto answer = project.Run({command, "-q", std::string(command) == "new" ? "x" : "."});
+      EXPECT_EQ(answer.code, 3) << command << " " << row.said;
+      EXPECT_TRUE(Has(answer.err, "isn't complete: " + place + row.said)) << answer.err;
+    }
+    project.Write(name, whole);
+  }
+  project.Out({"build"});
+}
+
+TEST(CliInstallation, AnErrorOfADefinitionIsToldEvenToTheQuiet) {
+  CliProject project;
+  Installation installation(project);
+  project.Write("share/config/tools/own.tools", "<Tools><Tool Name=\"a\"><Stop/></Tool></Tools>");
+  const std::string error = "own.tools: a: unknown element Stop";
+  EXPECT_TRUE(Has(project.Run({"build", "-q"}).err, "tarn: " + error));
+  EXPECT_EQ(Json::parse(project.Out({"build", "--json"}))["definitionErrors"], Json({error}));
+  EXPECT_EQ(Json::parse(project.Out({"log", "--json"}))[0]["definitionErrors"], Json({error}));
 }
 
 std::string OwnOptions(const std::string& set, const std::string& properties) {

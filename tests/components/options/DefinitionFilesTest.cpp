@@ -69,17 +69,26 @@ TEST(DefinitionFilesTest, AFaultIsToldAndCostsThatDefinitionOnly) {
 }
 
 TEST(DefinitionFilesTest, ADamagedFileLosesWhatFollowsAndThePropertyInFront) {
-  const std::pair<const char*, const char*> rows[] = {
-      {R"(<Property Header="Last" Default="x" Type="n)", "the text breaks off or holds no element"},
+  const std::pair<std::string, const char*> rows[] = {
+      {R"(<Property Header="Last" Default="x" Type="n)",
+       "2: incomplete tag of <Property>; nothing after it is read"},
       {R"(<Property Header="Last" Default="x"></Propert>)",
-       "the text is damaged: '<Property> ... </Propert>' is not wel-formed."},
+       "2: </Propert> closes another element; nothing after it is read"},
+      {R"(<Property Header="Last" Default="x"/>)", "2: the file ends inside <Section>"},
+      {R"(<Property Header="Last" Default="x"/>)" + std::string(1, '\0') + "</Section>",
+       "2: a zero byte; nothing after it is read"},
+      {R"(<Property Header="Last" Default="x"/>)"
+       "\n>>>>>>> a\n</Section></Set></OptionSets>",
+       "3: a merge conflict that was not resolved"},
   };
   for (const auto& [end, error] : rows) {
     OptionsRig rig;
     const std::string text = "<OptionSets>" + Set("");
-    rig.disk.AddFile("/c/projectmanager.config", text.substr(0, text.find("</Section>")) + end);
+    rig.disk.AddFile("/c/projectmanager.config",
+                     text.substr(0, text.find("</Section>")) + "\n" + end);
     rig.driver.InvokeLong(1, {"", "/c/projectmanager.config"});
-    EXPECT_EQ(rig.Errors(), "/c/projectmanager.config: " + std::string(error) + "\n");
+    EXPECT_EQ(rig.Errors(), "/c/projectmanager.config:" + std::string(error) + "\n");
+    EXPECT_EQ(rig.driver.InvokeText(120, {}) + "\n", rig.Errors());
     EXPECT_EQ(rig.Get("C", "A", "Good") + rig.Get("C", "A", "Last"), "ok") << error;
   }
 }

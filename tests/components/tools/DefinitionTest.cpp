@@ -63,7 +63,25 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
     EXPECT_EQ(ErrorsOf("<Tools>" + (tool + good) + "</Tools>"),
               "t.tools: " + std::string(error) + "\n1 tools");
   }
-  EXPECT_EQ(ErrorsOf("no xml"), "t.tools: no XML\n0 tools");
+}
+
+// Tools that the rest of the file would have changed must not run.
+TEST(Definition, ADamagedFileLeavesAllItsToolsOutAndIsAProblem) {
+  const std::pair<std::string, const char*> rows[] = {
+      {"", ":1: the file ends before its first element"},
+      {"<Tools><Tool Name='a'><Step Program='p'/></Tool>\n", ":2: the file ends inside <Tools>"},
+      {"<Tools><Tool Name='a'><Step Program='p'/></Tool>\n=======\n</Tools>",
+       ":2: a merge conflict that was not resolved"},
+      {"<Tools><Tool Name='a'><Step Program='p'/></Tool></Tools>" + std::string(1, '\0'),
+       ":1: a zero byte; nothing after it is read"},
+  };
+  for (const auto& [text, error] : rows) {
+    EXPECT_EQ(ErrorsOf(text), "t.tools" + std::string(error) + "\n0 tools");
+    testing::MemoryFileSystem disk;
+    disk.AddFile("/c/b.tools", text);
+    disk.AddFile("/c/a.tools", "<Tools><Tool Name='ok'><Step Program='p'/></Tool></Tools>");
+    EXPECT_EQ(ToolSet::FromFolder(disk, "/c")->Problem(), "/c/b.tools" + std::string(error));
+  }
 }
 
 TEST(Definition, MessagesThatAreNowhereAreToldOnceForAllToolsThatNameThem) {
