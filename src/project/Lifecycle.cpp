@@ -118,7 +118,8 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   files.SetCurrentFolder(projectFolder);
   guard.Forget();
   damage.clear();
-  failedDamage.clear();
+  // The project that stands in for none is opened after a failure.
+  if (isDefaultProject == 0) failedDamage.clear();
   rescuedFiles.clear();
   keptCopies.clear();
   // A handler of the log's messages may open a project while another is being read.
@@ -127,7 +128,7 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   loadingFiles = std::move(outer);
   if (!loaded) {
     if (projectEpoch != opened) return 0;
-    failedDamage = std::exchange(damage, {});
+    if (isDefaultProject == 0) failedDamage = std::exchange(damage, {});
     DiscardTree();
     return 0;
   }

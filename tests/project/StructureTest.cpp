@@ -171,8 +171,9 @@ TEST(Structure, AProjectThatCannotBeOpenedKeepsWhatIsWrong) {
     world.model->SetDamageProtection(true);
     EXPECT_EQ(world.OpenDemo(), 0);
     EXPECT_TRUE(world.model->GetDamage().empty());
-    EXPECT_EQ(ToLines(world.model->GetFailedDamage()), Lines{row.file + row.damage.front()});
     world.AddNext();
+    EXPECT_EQ(world.model->OpenProject("/p/next.tprj", 1), 1);  // in place of none
+    EXPECT_EQ(ToLines(world.model->GetFailedDamage()), Lines{row.file + row.damage.front()});
     EXPECT_EQ(world.model->OpenProject("/p/next.tprj", 0), 1);
     EXPECT_TRUE(world.model->GetFailedDamage().empty());
   }
