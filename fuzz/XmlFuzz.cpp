@@ -19,6 +19,9 @@ void Require(bool holds) {
 
 struct LossCounter : tarn::XmlLossListener {
   void OnLoss(tarn::XmlLoss, const char*, std::string_view, const CXmlNode*) override { ++count; }
+  void OnElement(const char*, const CXmlNode& element) override {
+    Require(!element.NameView().empty());
+  }
   int count = 0;
 };
 

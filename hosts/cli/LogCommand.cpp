@@ -127,7 +127,7 @@ void AddField(nlohmann::json& document, const char* name, const nlohmann::json& 
 // What was lost of the project, and what is wrong with the definitions, goes into each document
 // about a project.
 void PrintJson(CommandContext& context, nlohmann::json document) {
-  if (context.HasOpened()) {
+  if (context.HasOpened() || !context.GetDamage().empty()) {
     nlohmann::json damage = nlohmann::json::array();
     for (const DamageEntry& each : context.GetDamage()) {
       damage.push_back({{"file", each.file}, {"line", each.line}, {"text", each.text}});

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <iostream>
-#include <nlohmann/json.hpp>
 #include <set>
 
 #include "components/common/OptionValues.h"
@@ -43,6 +42,7 @@ std::string CommandContext::Show(const std::string& path) const {
 
 void CommandContext::Complain(const std::string& text) const {
   console.ClearProgress();
+  lastComplaint = text;
   std::cerr << "tarn: " << text << std::endl;
 }
 
@@ -95,22 +95,24 @@ int CommandContext::StartSession() {
 int CommandContext::OpenProject(const std::string& path) {
   if (const int code = StartSession(); code != kExitDone) return code;
   if (const Status opened = Session().Open(path); !opened) {
+    ShowDamage(Session().GetFailedDamage());
     const std::string& reason = opened.GetError().text;
-    return Refuse(Show(path) + " can't be opened" + (reason.empty() ? "." : ":\n" + reason));
+    Complain(Show(path) + " can't be opened" + (reason.empty() ? "." : ":\n" + reason));
+    return kExitCannotOpen;
   }
   hasOpened = true;
   for (const std::string& line : Session().TakeLogLines()) Remark(line);
   ShowDefinitionErrors();
-  ShowDamage();
+  ShowDamage(Session().GetDamage());
   if (asked.damagedOk) Session().AcceptAllDamage();
-  return ChangesProject(asked.command) && Session().IsDamageHeld() ? RefuseDamaged()
-                                                                   : int{kExitDone};
+  return ChangesProject(asked.command) ? CheckDamage() : int{kExitDone};
 }
 
 void CommandContext::ShowDamageOf(const std::string& path) {
   if ((!isStarted && !Session().Start()) || !Session().Open(path)) return;
   hasOpened = true;
-  ShowDamage();
+  if (asked.damagedOk) Session().AcceptAllDamage();
+  ShowDamage(Session().GetDamage());
 }
 
 // Also if the user wants quiet: other things may be built than the definitions mean.
@@ -119,9 +121,8 @@ void CommandContext::ShowDefinitionErrors() {
   for (const std::string& line : Session().GetDefinitionErrors()) Complain(Printable(line));
 }
 
-// Also if the user wants quiet, but not in the middle of a line that a shell completes.
-void CommandContext::ShowDamage() {
-  damage = Session().GetDamage();
+void CommandContext::ShowDamage(std::vector<DamageEntry> found) {
+  damage = std::move(found);
   if (damage.empty() || asked.command == "complete") return;
   console.ClearProgress();
   for (const DamageEntry& each : damage) {
@@ -131,17 +132,13 @@ void CommandContext::ShowDamage() {
 }
 
 int CommandContext::RefuseDamaged() {
-  return Refuse(std::string(kDamageRefusal) +
-                " Repair the files, or use --damaged-ok to go on with what was read.");
+  Complain(std::string(kDamageRefusal) +
+           " Repair the files, or use --damaged-ok to go on with what was read.");
+  return kExitCannotOpen;
 }
 
-// The project can't be worked with.
-int CommandContext::Refuse(const std::string& text) {
-  Complain(text);
-  if (asked.json) {
-    PrintJson(*this, {{"result", "refused"}, {"exitCode", int{kExitCannotOpen}}, {"error", text}});
-  }
-  return kExitCannotOpen;
+int CommandContext::CheckDamage() {
+  return Session().IsDamageHeld() ? RefuseDamaged() : int{kExitDone};
 }
 
 int CommandContext::ChooseApplications(std::vector<ApplicationEntry>& chosen) {
@@ -289,9 +286,11 @@ int CommandContext::SaveProject() {
   switched.clear();
   // Of what the command has added itself.
   if (Session().IsDamageHeld()) {
-    ShowDamage();
+    ShowDamage(Session().GetDamage());
     return RefuseDamaged();
   }
+  // What the command has caused until now is not of the save.
+  for (const std::string& line : Session().TakeLogLines()) Remark(line);
   Session().Manager().ProjectSave();
   std::vector<std::string> copies;
   const std::vector<std::string> lines = Session().TakeSaveProblems(copies);

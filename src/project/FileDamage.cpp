@@ -4,6 +4,7 @@
 
 #include "project/NodeTypes.h"
 #include "xml/XmlDamage.h"
+#include "xml/XmlText.h"
 
 namespace tarn {
 
@@ -23,6 +24,11 @@ bool MayHoldText(const CXmlNode* element) {
     return element->NameView() != "Options" || depth >= kOptionDepth;
   }
   return false;
+}
+
+// A mark alone, or with the name of a version after it.
+bool IsConflictLine(std::string_view line) {
+  return IsConflictMark(line) && (line.size() == 7 || IsXmlSpace(line[7]));
 }
 
 }  // namespace
@@ -47,7 +53,37 @@ void DamageCollector::OnLoss(XmlLoss loss, const char* position, std::string_vie
   places.push_back({offset, DescribeLoss(text, loss, offset, name), isKept});
 }
 
+void DamageCollector::OnElement(const char* position, const CXmlNode& element) {
+  elements.emplace_back(&element, static_cast<std::size_t>(position - text.data()));
+}
+
+void DamageCollector::Add(const CXmlNode& element, std::string what, bool isKept) {
+  if (places.size() == kMaxCollected) return;
+  // Of an address that was used twice the later element is the one that exists.
+  for (const auto& [node, offset] : elements) offsets[node] = offset;
+  elements.clear();
+  const auto found = offsets.find(&element);
+  places.push_back({found == offsets.end() ? 0 : found->second, std::move(what), isKept});
+}
+
+void DamageCollector::AddConflictMarks() {
+  std::size_t comment = text.find("<!--");
+  for (std::size_t line = 0; line < text.size();) {
+    std::size_t next = std::min(text.find('\n', line), text.size() - 1) + 1;
+    if (comment < line) {
+      const std::size_t end = text.find("-->", comment + 4);
+      comment = end == text.npos ? end : text.find("<!--", end + 3);
+      if (end == text.npos || end < line) continue;
+      next = std::min(text.find('\n', end), text.size() - 1) + 1;
+    } else if (IsConflictLine(text.substr(line, next - line)) && places.size() < kMaxCollected) {
+      places.push_back({line, std::string(kConflictDamage), true});
+    }
+    line = next;
+  }
+}
+
 std::vector<FileDamage> DamageCollector::Collect(const std::string& file) {
+  AddConflictMarks();
   std::stable_sort(places.begin(), places.end(),
                    [](const Place& a, const Place& b) { return a.offset < b.offset; });
   std::vector<FileDamage> damage;
@@ -56,9 +92,10 @@ std::vector<FileDamage> DamageCollector::Collect(const std::string& file) {
   for (const Place& place : places) {
     line += CountLineEnds(text, counted, place.offset);
     counted = place.offset;
-    const bool isSame =
-        !damage.empty() && damage.back().line == line && damage.back().what == place.what;
-    if (isSame && damage.back().isKept == place.isKept) continue;
+    if (!damage.empty() && damage.back().line == line && damage.back().what == place.what) {
+      damage.back().isKept = damage.back().isKept && place.isKept;
+      continue;
+    }
     if (damage.size() == kMaxDamage) {
       damage.push_back({file, line, "more damage, from here on"});
       break;

@@ -33,7 +33,6 @@ constexpr LossText kLossTexts[] = {
     {XmlLoss::Trailing, "content after the end of the root element, which is not read"},
 };
 
-constexpr std::string_view kConflict = "a merge conflict that was not resolved";
 constexpr std::string_view kConflictMarks[] = {"<<<<<<<", "|||||||", "=======", ">>>>>>>"};
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t kMaxExcerpt = 40;
@@ -54,11 +53,6 @@ std::string_view LineAt(std::string_view text, std::size_t offset) {
   return rest.substr(0, rest.find_first_of("\r\n"));
 }
 
-bool IsConflictMark(std::string_view line) {
-  return std::any_of(std::begin(kConflictMarks), std::end(kConflictMarks),
-                     [line](std::string_view mark) { return line.starts_with(mark); });
-}
-
 // The first line that only a merge writes; a row of equal signs may be an ornament of a comment.
 std::size_t FindConflict(std::string_view text) {
   std::size_t found = text.npos;
@@ -77,7 +71,7 @@ class FaultFinder : public XmlLossListener {
  public:
   FaultFinder(std::string_view fileText, XmlTexts fileTexts) : text(fileText), texts(fileTexts) {
     Add(text.find('\0'), "a zero byte; nothing after it is read");
-    Add(FindConflict(text), std::string(kConflict));
+    Add(FindConflict(text), std::string(kConflictDamage));
   }
 
   void OnLoss(XmlLoss loss, const char* position, std::string_view name,
@@ -113,9 +107,14 @@ class FaultFinder : public XmlLossListener {
 
 }  // namespace
 
+bool IsConflictMark(std::string_view line) {
+  return std::any_of(std::begin(kConflictMarks), std::end(kConflictMarks),
+                     [line](std::string_view mark) { return line.starts_with(mark); });
+}
+
 std::string DescribeLoss(std::string_view text, XmlLoss loss, std::size_t offset,
                          std::string_view name) {
-  if (IsConflictMark(LineAt(text, offset))) return std::string(kConflict);
+  if (IsConflictMark(LineAt(text, offset))) return std::string(kConflictDamage);
   if (offset == 0 && text.starts_with(kByteOrderMark)) return "a byte order mark";
   const auto* const row = std::find_if(std::begin(kLossTexts), std::end(kLossTexts),
                                        [loss](const LossText& each) { return each.loss == loss; });

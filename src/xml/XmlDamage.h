@@ -17,6 +17,11 @@ namespace tarn {
 std::string DescribeLoss(std::string_view text, XmlLoss loss, std::size_t offset,
                          std::string_view name);
 
+// What a line that a merge has left is called.
+inline constexpr std::string_view kConflictDamage = "a merge conflict that was not resolved";
+// Whether a line begins with a marker of a merge conflict.
+bool IsConflictMark(std::string_view line);
+
 // The number of line ends from `begin` to `end`; a pair of carriage return and line feed is one.
 int CountLineEnds(std::string_view text, std::size_t begin, std::size_t end);
 

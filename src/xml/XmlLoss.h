@@ -38,6 +38,9 @@ class XmlLossListener {
   // and its children complete for KeptText alone; null at the root.
   virtual void OnLoss(XmlLoss loss, const char* position, std::string_view name,
                       const CXmlNode* element) = 0;
+  // An element was placed in the tree, in the order of the text; its children are not there yet.
+  // `position` is that of its start tag.
+  virtual void OnElement(const char* /*position*/, const CXmlNode& /*element*/) {}
 
  protected:
   ~XmlLossListener() = default;

@@ -193,12 +193,15 @@ const char* XmlReader::ReadElement(const char* p) {
   if (p) p = ReadTagEnd(p, isOpen, text);
   if (losses && mayRepeat) ReportRepeats(tag);
   if (!p) Lose(XmlLoss::BrokenTag, tag, name->View());
+  const bool isTop = IsReadingTop();
+  const bool isNamed = !name->View().empty();
   // An element that failed half way keeps what it has.
-  if (IsReadingTop()) {
+  if (isTop) {
     FillTop(name, text, isOpen);
   } else {
     PlaceElement(name, text, isOpen);
   }
+  if (losses && isNamed) ReportElement(tag, isOpen, isTop);
   return p;
 }
 

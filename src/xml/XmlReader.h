@@ -101,6 +101,8 @@ class XmlReader {
   void ReportEnd(const char* p);
   void ReportSpecial(const char* position, Span text, bool isInstruction, bool isPlaced);
   void ReportElementName(const char* tag, const XmlName& name);
+  // The element that was just placed; an open one has a level already.
+  void ReportElement(const char* tag, bool isOpen, bool isTop);
   void ReportRepeats(const char* tag);
   void ReportValue(const Level& level);
   void ReportTail(const char* text, const char* p);

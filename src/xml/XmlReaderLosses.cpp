@@ -69,6 +69,10 @@ void XmlReader::ReportElementName(const char* tag, const XmlName& name) {
   ReportLoss(isMarkup ? XmlLoss::UnknownMarkup : XmlLoss::BadElementName, tag, name.View());
 }
 
+void XmlReader::ReportElement(const char* tag, bool isOpen, bool isTop) {
+  losses->OnElement(tag, isTop ? *top : isOpen ? *levels.back().node : *waiting.back());
+}
+
 void XmlReader::ReportRepeats(const char* tag) {
   for (std::size_t i = 1; i < attrs.size(); ++i) {
     for (std::size_t j = 0; j < i; ++j) {

@@ -69,6 +69,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"SelectNotedNode", 20, {}, "0", "1"},
       {"GetDamage", 21, {}, "''", "'\r\n<Damage/>'"},
       {"ProtectDamaged", 22, {1}, "0", "1"},
+      {"GetFailedDamage", 25, {}, "''", "'\r\n<Damage/>'"},
       {"GetBuildGaps", 30, {}, "''", "'\r\n<BuildGaps/>'"},
       {"GetInstallationProblem", 31, {}, "''", "''"},
       {"GetBuildProblem", 32, {}, "''", "''"},
@@ -179,6 +180,11 @@ TEST_F(Inspector, NamesWhatABuildPassesOver) {
        "<X><Y Path='y' /></X><!-- c --><Z />",
        {"X no-type No"},
        ""},
+      {"no type of a source",
+       {{".Build.TranslateTool", "x"}},
+       "<X Header='x' ><Y><C Path='y' /></Y></X>",
+       {"X no-type Yes"},
+       "x can't be built: its type X isn't defined"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
