@@ -136,6 +136,7 @@ class InspectorDriver : public COleDispatchDriver {
   std::string GetFileTexts() { return InvokeText(17, {}); }
   // What was lost when the project's files were read, as XML.
   std::string GetDamage() { return InvokeText(21, {}); }
+  std::string GetFailedDamage() { return InvokeText(25, {}); }
   // Whether the server neither builds nor saves a project with damage.
   std::int32_t ProtectDamaged(bool protect) { return InvokeLong(22, {protect ? 1 : 0}); }
   std::string ExplainOption(const std::string& set, const std::string& section,

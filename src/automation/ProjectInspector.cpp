@@ -181,6 +181,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::SelectNotedNode>("SelectNotedNode", 20, {}),
       Method<&I::GetDamage>("GetDamage", 21, {}),
       Method<&I::ProtectDamaged>("ProtectDamaged", 22, {"protect"}),
+      Method<&I::GetFailedDamage>("GetFailedDamage", 25, {}),
       Method<&I::OpenBuildState>("OpenBuildState", 40, {"path"}),
       Method<&I::IsBuildStateCurrent>("IsBuildStateCurrent", 41, {"path"}),
       Method<&I::RestoreFor>("RestoreFor", 42, {"milliseconds"}),
@@ -310,6 +311,18 @@ std::int32_t CProjectInspector::SelectNodeByKey(const char* key, const char* app
 
 namespace {
 
+std::string DamageText(const std::vector<FileDamage>& damage) {
+  CXmlNode list;
+  list.SetName("Damage");
+  for (const FileDamage& each : damage) {
+    CXmlNode& place = *list.AddChild("Place");
+    place.AddAttr("File", each.file);
+    place.AddAttr("Line", std::to_string(each.line));
+    place.AddAttr("Text", each.what);
+  }
+  return list.ToString(g_xmlDisplayOptions);
+}
+
 bool IsShown(const CXmlNode& node) {
   return node.GetType() == XmlElement && IsContentNode(node);
 }
@@ -372,16 +385,12 @@ std::int32_t CProjectInspector::GetChangeCount() {
 
 std::string CProjectInspector::GetDamage() {
   const CProjectModel* model = Model();
-  if (model == nullptr) return {};
-  CXmlNode list;
-  list.SetName("Damage");
-  for (const FileDamage& each : model->GetDamage()) {
-    CXmlNode& place = *list.AddChild("Place");
-    place.AddAttr("File", each.file);
-    place.AddAttr("Line", std::to_string(each.line));
-    place.AddAttr("Text", each.what);
-  }
-  return list.ToString(g_xmlDisplayOptions);
+  return model == nullptr ? std::string() : DamageText(model->GetDamage());
+}
+
+std::string CProjectInspector::GetFailedDamage() {
+  const CProjectModel* model = Model();
+  return model == nullptr ? std::string() : DamageText(model->GetFailedDamage());
 }
 
 std::int32_t CProjectInspector::ProtectDamaged(std::int32_t protect) {

@@ -61,6 +61,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // What was lost when the project's files were read: an element `Damage` with an element `Place`
   // for each position, with the attributes `File`, `Line` (0 for the file as a whole) and `Text`.
   std::string GetDamage();
+  // The same of the last project that could not be opened; an empty list once one was.
+  std::string GetFailedDamage();
   // With 1, a project with damage is neither built nor cleaned, and no save or close writes it,
   // until the call with 0. Stays for the projects that are opened later. Returns 0 before Attach.
   std::int32_t ProtectDamaged(std::int32_t protect);

@@ -118,6 +118,8 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   files.SetCurrentFolder(projectFolder);
   guard.Forget();
   damage.clear();
+  // The project that stands in for none is opened after a failure.
+  if (isDefaultProject == 0) failedDamage.clear();
   rescuedFiles.clear();
   keptCopies.clear();
   // A handler of the log's messages may open a project while another is being read.
@@ -125,7 +127,9 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   const std::int32_t loaded = LoadTreeFile(*projectRoot, projectPath);
   loadingFiles = std::move(outer);
   if (!loaded) {
-    if (projectEpoch == opened) DiscardTree();
+    if (projectEpoch != opened) return 0;
+    if (isDefaultProject == 0) failedDamage = std::exchange(damage, {});
+    DiscardTree();
     return 0;
   }
   if (projectEpoch != opened) return 0;
@@ -378,12 +382,24 @@ bool CProjectModel::MayOverwrite(const std::string& path) const {
   return AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord));
 }
 
+bool CProjectModel::PutAsideReplaced(const std::string& path) {
+  std::string copy;
+  if (!guard.PutAside(path, copy)) {
+    output->WriteMessage(kRowCannotSave, {path});
+    return false;
+  }
+  // No message: the user was asked.
+  if (!copy.empty()) output->AddOutput("The file that was replaced is kept as " + copy);
+  return true;
+}
+
 std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int32_t askOverwrite) {
   if (!CanStartOperation()) return 0;
   if (files.Exists(path)) {
     if (askOverwrite != 0 && !MayOverwrite(path)) return 0;
     // It goes by being replaced, so that a full disk does not cost the old one as well.
     if (files.IsFolder(path) || files.IsReadOnly(path)) return 0;
+    if (!PutAsideReplaced(path)) return 0;
   }
   CXmlNode root;
   root.SetName("Project");

@@ -150,6 +150,7 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
     if (!MayOverwrite(applicationFile)) return 0;
     // It goes by being replaced, so that a full disk does not cost the old one as well.
     if (files.IsFolder(applicationFile) || files.IsReadOnly(applicationFile)) return 0;
+    if (!PutAsideReplaced(applicationFile)) return 0;
     (void)files.RemoveFile(WithExtension(projectFile, ".dbi"));
   }
   // The creation goes on without a file, and adding the application reports that it is missing; but

@@ -145,6 +145,8 @@ class CProjectModel {
   }
   // What was lost when the files of the open project were read.
   const std::vector<FileDamage>& GetDamage() const { return damage; }
+  // The same of the project that could not be opened, until the next one is.
+  const std::vector<FileDamage>& GetFailedDamage() const { return failedDamage; }
   // Whether a project with damage is to be left alone: nothing builds or cleans it, and no save or
   // close writes it. Off at first, so that only hosts that can ask their users turn it on.
   void SetDamageProtection(bool isProtected) { protectsDamage = isProtected; }
@@ -358,6 +360,9 @@ class CProjectModel {
   void ForgetPointersInto(const CXmlNode& node);
   std::string AskForProject();
   bool MayOverwrite(const std::string& path) const;
+  // Copies a file that is to be replaced, unless it holds what was written last. False, with a
+  // message, if that fails: the file must stay.
+  bool PutAsideReplaced(const std::string& path);
 
   CXmlNode* FindItem(const char* itemname);
   CXmlNode* Paste(CXmlNode* target);
@@ -425,6 +430,7 @@ class CProjectModel {
   FileSystem& files;
   FileGuard guard;
   std::vector<FileDamage> damage;
+  std::vector<FileDamage> failedDamage;
   bool protectsDamage = false;
 
   std::string projectPath;

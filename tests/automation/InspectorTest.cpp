@@ -69,6 +69,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"SelectNotedNode", 20, {}, "0", "1"},
       {"GetDamage", 21, {}, "''", "'\r\n<Damage/>'"},
       {"ProtectDamaged", 22, {1}, "0", "1"},
+      {"GetFailedDamage", 25, {}, "''", "'\r\n<Damage/>'"},
       {"GetBuildGaps", 30, {}, "''", "'\r\n<BuildGaps/>'"},
       {"GetInstallationProblem", 31, {}, "''", "''"},
       {"GetBuildProblem", 32, {}, "''", "''"},

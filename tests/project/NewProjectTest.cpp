@@ -26,6 +26,7 @@ struct CreateRow {
 const Lines kNew = {
     "/p/new.tprj = \r\n<Project Header=\"Tarn Project 'new'\" Path=\"/p/new.tprj\" Project=\"Yes\" "
     "/>"};
+const Lines kReplaced = {kNew.front(), "/p/new.tprj.orig = old"};
 const Lines kOld = {"/p/new.dbi = old", "/p/new.tdb = old", "/p/new.tprj = old"};
 const Lines kQuestion = {"ask: row 25 /p/new.tprj   [Tarn Project]"};
 
@@ -37,7 +38,7 @@ void AddOld(EditedWorld& world) {
 
 const CreateRow kCreateRows[] = {
     {"a new file", [](EditedWorld&) {}, false, 1, {}, {"0x8017"}, kNew},
-    {"a file that may be replaced", AddOld, true, 1, kQuestion, {"0x8017"}, kNew},
+    {"a file that may be replaced", AddOld, true, 1, kQuestion, {"0x8017"}, kReplaced},
     {"a file that may not be replaced", AddOld, false, 0, kQuestion, {}, kOld},
     {"a read-only file", Both(AddOld, SetReadOnly("/p/new.tprj")), true, 0, kQuestion, {}, kOld},
     {"a folder of that name", MakeFolderOf("/p/new.tprj"), true, 0, kQuestion, {}, {}},
@@ -48,7 +49,7 @@ const CreateRow kCreateRows[] = {
      0,
      kQuestion,
      {"row 9 /p/new.tprj"},
-     kOld},
+     {kOld[0], kOld[1], kOld[2], "/p/new.tprj.orig = old"}},
 };
 
 TEST(NewProject, AFileIsReplacedOnlyWhenTheUserWantsIt) {

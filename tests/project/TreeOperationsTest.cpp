@@ -353,6 +353,7 @@ TEST_F(TreeOperations, ANewProjectIsWrittenOpenedAndWrittenAgainWhenClosed) {
   EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 1);
   EXPECT_EQ(world.FileText("/new/boot.tapp"),
             "\n<Application Header=\"boot\" Extern=\"/new/boot.tapp\" Path=\"/new/boot.tapp\" />");
+  EXPECT_EQ(world.FileText("/new/boot.tapp.orig"), "precious");
   EXPECT_EQ(world.FileText("/new/boot.tprj"),
             "\n<Project Header=\"Tarn Project 'boot'\" Path=\"/new/boot.tprj\" Project=\"Yes\" />");
   EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"ActiveApp", "sate", "Header"}),
