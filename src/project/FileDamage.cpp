@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "project/NodeTypes.h"
+#include "xml/XmlText.h"
 
 namespace tarn {
 
@@ -34,6 +35,7 @@ constexpr LossText kLossTexts[] = {
 };
 
 constexpr std::string_view kConflictMarks[] = {"<<<<<<<", "|||||||", "=======", ">>>>>>>"};
+constexpr const char* kConflict = "a merge conflict that was not resolved";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t kMaxExcerpt = 40;
 // More than are listed, since the order of losses isn't quite that of the text.
@@ -74,6 +76,11 @@ bool IsConflictMark(std::string_view line) {
                      [line](std::string_view mark) { return line.starts_with(mark); });
 }
 
+// A mark alone, or with the name of a version after it.
+bool IsConflictLine(std::string_view line) {
+  return IsConflictMark(line) && (line.size() == 7 || IsXmlSpace(line[7]));
+}
+
 }  // namespace
 
 std::string FileDamage::ToString() const {
@@ -96,6 +103,35 @@ void DamageCollector::OnLoss(XmlLoss loss, const char* position, std::string_vie
   places.push_back({offset, Describe(loss, offset, name), isKept});
 }
 
+void DamageCollector::OnElement(const char* position, const CXmlNode& element) {
+  elements.emplace_back(&element, static_cast<std::size_t>(position - text.data()));
+}
+
+void DamageCollector::Add(const CXmlNode& element, std::string what, bool isKept) {
+  if (places.size() == kMaxCollected) return;
+  // Of an address that was used twice the later element is the one that exists.
+  for (const auto& [node, offset] : elements) offsets[node] = offset;
+  elements.clear();
+  const auto found = offsets.find(&element);
+  places.push_back({found == offsets.end() ? 0 : found->second, std::move(what), isKept});
+}
+
+void DamageCollector::AddConflictMarks() {
+  std::size_t comment = text.find("<!--");
+  for (std::size_t line = 0; line < text.size();) {
+    std::size_t next = std::min(text.find('\n', line), text.size() - 1) + 1;
+    if (comment < line) {
+      const std::size_t end = text.find("-->", comment + 4);
+      comment = end == text.npos ? end : text.find("<!--", end + 3);
+      if (end == text.npos || end < line) continue;
+      next = std::min(text.find('\n', end), text.size() - 1) + 1;
+    } else if (IsConflictLine(text.substr(line, next - line)) && places.size() < kMaxCollected) {
+      places.push_back({line, kConflict, true});
+    }
+    line = next;
+  }
+}
+
 std::string_view DamageCollector::LineAt(std::size_t offset) const {
   const std::size_t before = text.substr(0, offset).find_last_of("\r\n");
   const std::string_view rest = text.substr(before == text.npos ? 0 : before + 1);
@@ -104,7 +140,7 @@ std::string_view DamageCollector::LineAt(std::size_t offset) const {
 
 std::string DamageCollector::Describe(XmlLoss loss, std::size_t offset,
                                       std::string_view name) const {
-  if (IsConflictMark(LineAt(offset))) return "a merge conflict that was not resolved";
+  if (IsConflictMark(LineAt(offset))) return kConflict;
   if (offset == 0 && text.starts_with(kByteOrderMark)) return "a byte order mark";
   const auto* const row = std::find_if(std::begin(kLossTexts), std::end(kLossTexts),
                                        [loss](const LossText& each) { return each.loss == loss; });
@@ -116,6 +152,7 @@ std::string DamageCollector::Describe(XmlLoss loss, std::size_t offset,
 }
 
 std::vector<FileDamage> DamageCollector::Collect(const std::string& file) {
+  AddConflictMarks();
   std::stable_sort(places.begin(), places.end(),
                    [](const Place& a, const Place& b) { return a.offset < b.offset; });
   std::vector<FileDamage> damage;
@@ -126,9 +163,10 @@ std::vector<FileDamage> DamageCollector::Collect(const std::string& file) {
       const bool isPair = text.substr(counted, 2) == "\r\n";
       if (text[counted] == '\n' || (text[counted] == '\r' && !isPair)) ++line;
     }
-    const bool isSame =
-        !damage.empty() && damage.back().line == line && damage.back().what == place.what;
-    if (isSame && damage.back().isKept == place.isKept) continue;
+    if (!damage.empty() && damage.back().line == line && damage.back().what == place.what) {
+      damage.back().isKept = damage.back().isKept && place.isKept;
+      continue;
+    }
     if (damage.size() == kMaxDamage) {
       damage.push_back({file, line, "more damage, from here on"});
       break;

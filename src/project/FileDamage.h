@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "xml/XmlNode.h"
@@ -26,6 +28,9 @@ struct FileDamage {
 // and CDATA sections are none where they belong to the owner of an option. Comments and an XML
 // declaration outside the root are no damage; they are just not written back.
 //
+// A line that a version control system leaves at a conflict is damage wherever it is, except in a
+// comment.
+//
 // At most kMaxDamage positions of a file are listed; the last entry then says that there are more.
 class DamageCollector : public XmlLossListener {
  public:
@@ -36,7 +41,11 @@ class DamageCollector : public XmlLossListener {
 
   void OnLoss(XmlLoss loss, const char* position, std::string_view name,
               const CXmlNode* element) override;
+  void OnElement(const char* position, const CXmlNode& element) override;
 
+  // Damage that shows in the tree: `element` was read, with what it must not be. After the parse,
+  // while the element exists.
+  void Add(const CXmlNode& element, std::string what, bool isKept);
   // A CDATA section was read.
   bool HasCData() const { return hasCData; }
   // The damage, in the order of the file.
@@ -49,11 +58,15 @@ class DamageCollector : public XmlLossListener {
     bool isKept;
   };
 
+  // Marks of a version control system also damage a file where they are part of a value.
+  void AddConflictMarks();
   std::string Describe(XmlLoss loss, std::size_t offset, std::string_view name) const;
   std::string_view LineAt(std::size_t offset) const;
 
   std::string_view text;
   std::vector<Place> places;
+  std::vector<std::pair<const CXmlNode*, std::size_t>> elements;  // with the offset, as read
+  std::unordered_map<const CXmlNode*, std::size_t> offsets;       // of `elements`, once needed
   bool hasCData = false;
 };
 

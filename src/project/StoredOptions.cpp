@@ -50,6 +50,14 @@ CXmlNode* ChildByHeader(const CXmlNode* parent, const std::string& header) {
   return found;
 }
 
+bool HasNodes(const CXmlNode& node) {
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    const CXmlNode& child = *node.GetChild(i);
+    if (child.GetType() == XmlElement && IsContentNode(child)) return true;
+  }
+  return false;
+}
+
 bool RemoveIfRemovable(CXmlNode& section, const CXmlNode* property) {
   if (property == nullptr || property->GetAttr("Removable") == nullptr) return false;
   return section.RemoveChild(property);
@@ -107,6 +115,8 @@ bool CProjectModel::CanBecome(const CXmlNode& node, const std::string& typeName)
   CXmlNode probe;
   probe.SetName(typeName);
   constexpr std::uint32_t kPlace = kTypeProject | kTypeApplication | kTypeExtern;
+  // What is below it would be out of place.
+  if ((types.FlagsOf(probe) & kTypeIsLeaf) != 0 && HasNodes(node)) return false;
   return !typeName.empty() && IsContentNode(probe) &&
          typeName.find_first_of(" \t\r\n<>/=\"'&!?#\\") == std::string::npos &&
          (types.FlagsOf(node) & kPlace) == (types.FlagsOf(probe) & kPlace);

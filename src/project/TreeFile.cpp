@@ -11,6 +11,7 @@
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
 #include "project/ProjectModel.h"
+#include "project/StructureCheck.h"
 
 namespace tarn {
 
@@ -73,6 +74,27 @@ class BareElement {
       const bool isMissing = present == nullptr || (isFile && *present == '\0');
       if (isMissing && (isFile || !isWhole)) node.SetAttrValue(attribute, value);
     }
+  }
+
+  // Reports a root that cannot be meant, and gives it its name back unless the file can have such a
+  // root. A node that is being added, which has no parent yet, may become an application of another
+  // type. Returns whether the node has the name that the file says.
+  bool CheckName(CXmlNode& node, bool isProject, const NodeTypes& types,
+                 DamageCollector& found) const {
+    CXmlNode named;
+    named.SetName(name);
+    const std::uint32_t kind = isProject ? kTypeProject : kTypeExtern;
+    const bool isOfKind = (types.FlagsOf(node) & kind) != 0;
+    const bool isAdded = !isProject && node.GetParent() == nullptr;
+    if (EqualNoCase(node.NameView(), name) || (isOfKind && (isProject || isAdded))) return true;
+    if ((types.FlagsOf(named) & kind) == 0) return true;
+    const bool stays = isOfKind || (isProject && types.GetNodeType(node) == nullptr);
+    found.Add(node,
+              "the root is <" + node.GetName() + ">, " +
+                  (isProject ? "not that of a project" : "the project names <" + name + ">"),
+              stays);
+    if (!stays) node.SetName(name);
+    return stays;
   }
 
  private:
@@ -196,13 +218,22 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   const bool holdsValues = collector.HasCData();
   const bool isWhole = isWellFormed && !holdsValues && text->find('\0') == std::string::npos &&
                        BeginsWith(*text, node) && IsClosed(*text, node) && Trim(end).empty();
+  // What a parse that broke off has read need not be where it belongs.
+  bool hasName = true;
+  if (isWellFormed) {
+    hasName = bare.CheckName(node, &node == projectRoot.get(), types, collector);
+    StructureCheck(types, collector, [this](const std::string& fileName) {
+      std::string file;
+      return MakeAbsolutePath(fileName, file, nullptr) ? files.Canonical(file) : fileName;
+    }).CheckFile(node, loadingFiles);
+  }
   std::vector<FileDamage> found = collector.Collect(absolute);
   const bool isKept =
       std::all_of(found.begin(), found.end(), [](const FileDamage& each) { return each.isKept; });
   guard.NoteRead(absolute, *text, !isWhole || !isKept);
   SetDamageOf(absolute, std::move(found));
   if (holdsValues) DropStoredValues(node);
-  if (&node != projectRoot.get()) bare.Complete(node, isWhole, types);
+  if (&node != projectRoot.get()) bare.Complete(node, isWhole && hasName, types);
   if (!isWellFormed) output->WriteMessage(kRowMalformedXml);
   return treeEpoch == epoch ? 1 : 0;
 }

@@ -36,8 +36,8 @@ TEST(Damage, EachLossIsNamedWithItsLine) {
   const DamageRow rows[] = {
       {"nothing lost", File("\t<!-- ours -->\n\t<C Header=\"c\" />\n"), {}},
       {"a value of an option belongs to its owner",
-       File("<Options>\n<Config><Set><Section><P>text<![CDATA[v]]></P></Section></Set></Config>"
-            "</Options>"),
+       File("<Options>\n<Config Header=\"\" ><Set Header=\"\" ><Section Header=\"\" >"
+            "<P>text<![CDATA[v]]></P></Section></Set></Config></Options>"),
        {}},
       {"remarks and a declaration around the root",
        "<?xml version=\"1.0\"?>\n<!-- a -->\n" + File("") + "\n<!-- b -->\n",

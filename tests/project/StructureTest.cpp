@@ -1,0 +1,225 @@
+// Elements of a project's files that are where they have no effect.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "project/EditedWorld.h"
+
+namespace tarn::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const std::string kOne = "/p/one.tapp";
+const std::string kProject = "/p/demo.tprj";
+
+Lines ToLines(const std::vector<FileDamage>& damage) {
+  Lines lines;
+  for (const FileDamage& each : damage) lines.push_back(each.ToString());
+  return lines;
+}
+
+// A file of the application "one" with this from its second line on.
+std::string Application(const std::string& content) {
+  return "<Application Header='one' Extern='one.tapp' Path='one.tapp' >\n" + content +
+         "\n</Application>";
+}
+
+// The project file with this after the application "one", on the second line.
+std::string Project(const std::string& content) {
+  return "<Project Header='demo' ><Application Header='one' Extern='one.tapp' />\n" + content +
+         "</Project>";
+}
+
+// The options of a configuration with an element at each level.
+std::string Options(const std::string& section) {
+  return "<Options><Config Header='Standard' ><Set Header='C' ><Section Header='Build' >" +
+         section + "</Section></Set></Config></Options>";
+}
+
+struct Row {
+  const char* name;
+  std::string file;
+  std::string text;
+  Lines damage;           // without the file
+  bool isCopied = false;  // a save makes a copy of the file first
+};
+
+TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
+  const std::string inOptions = " is in <Options>, where no node is read";
+  const std::string isSecond = " is the second of its node; only the first one is read";
+  const std::string isUnnamed = " has no attribute Header, so it is not read";
+  const Row rows[] = {
+      {"a source among options",
+       kOne,
+       Application("<Options>\n<C Header='f.c' /></Options>"),
+       {":3: <C> \"f.c\"" + inOptions}},
+      {"a group in a configuration",
+       kOne,
+       Application("<Options><Config Header='x' >\n<Group Header='g' /></Config></Options>"),
+       {":3: <Group> \"g\"" + inOptions}},
+      {"a source beside a property",
+       kOne,
+       Application(Options("<C Path='f.c' />")),
+       {":2: <C>" + inOptions}},
+      {"a source in a property",
+       kOne,
+       Application(Options("<P><C Path='f.c' /></P>")),
+       {":2: <C>" + inOptions}},
+      {"a source among configurations",
+       kOne,
+       Application("<Configs><Config Header='x' ><C Header='f.c' /></Config></Configs>"),
+       {":2: <C> \"f.c\" is in <Configs>, where no node is read"}},
+      {"a source among dependencies",
+       kOne,
+       Application("<C Header='c' ><Dependencies>\n<C Header='f.c' Path='f.c' />"
+                   "<Header Header='h.h' /></Dependencies></C>"),
+       {":3: <C> \"f.c\" is in <Dependencies>, where no node is read"},
+       true},
+      {"a group in stored state",
+       kOne,
+       Application("<Info><X><Group><C/></Group></X></Info>"),
+       {":2: <Group> is in <Info>, where no node is read"},
+       true},
+      {"a source in a source",
+       kOne,
+       Application("<C Header='a.c' >\n<Header Header='b.h' ><X><C Header='f.c' /></X></Header>"
+                   "</C>"),
+       {":3: <Header> \"b.h\" is in <C> \"a.c\", which holds no nodes",
+        ":3: <C> \"f.c\" is in <C> \"a.c\", which holds no nodes"}},
+      {"options twice", kOne, Application("<Options/>\n<Options/>"), {":3: <Options>" + isSecond}},
+      {"configurations twice",
+       kOne,
+       Application("<Group><Configs/>\n<Configs/></Group>"),
+       {":3: <Configs>" + isSecond},
+       true},
+      {"levels of options",
+       kOne,
+       Application("<Options><Set Header='s' />\n<Config Header='x' ><Property Header='p' "
+                   "/></Config>\n<Config Header='y' ><Set Header='s' ><Config Header='z' />"
+                   "</Set></Config></Options>"),
+       {":2: <Set> \"s\" is at a wrong level of <Options>",
+        ":3: <Property> \"p\" is at a wrong level of <Options>",
+        ":4: <Config> \"z\" is at a wrong level of <Options>"}},
+      {"options without a name",
+       kOne,
+       Application("<Options><Config ><X/></Config>\n<Config Header='x' ><Set/>\n<Set Header='s' >"
+                   "<Section/></Set></Config></Options><Configs><Config/></Configs>"),
+       {":2: <Config>" + isUnnamed, ":3: <Set>" + isUnnamed, ":4: <Section>" + isUnnamed,
+        ":4: <Config>" + isUnnamed}},
+      {"another root",
+       kOne,
+       "\n<Group Header='one' ></Group>",
+       {":2: the root is <Group>, the project names <Application>"},
+       true},
+      {"the root of another application",
+       kOne,
+       "<AutoApp Header='one' ></AutoApp>",
+       {":1: the root is <AutoApp>, the project names <Application>"}},
+      {"a root in another letter case", kOne, "<APPLICATION Header='one' ></APPLICATION>", {}},
+      {"content of an application",
+       kProject,
+       Project("<Application Header='two' Extern='two.tapp' ><!-- c -->\n<X/><C/></Application>"),
+       {":3: <X> is content of <Application> \"two\", which is read from its own file"},
+       true},
+      {"an application twice",
+       kProject,
+       Project("<Application Header='1' Extern='.\\one.tapp' />"),
+       {":2: <Application> \"1\" names a file that is read already"}},
+      {"a project of another type",
+       kProject,
+       "\n<Group ></Group>",
+       {":2: the root is <Group>, not that of a project"},
+       true},
+      {"types that are unknown, and what belongs to others",
+       kOne,
+       Application("<X><C Header='c' /></X><C Header='d' ><X Path='x' /></C>" +
+                   Options("<Proprety/><P><Group/><Set/></P><P Value='x'>t</P>") +
+                   "<C><Dependencies Header='Dependencies' ><Header Header='x.h' /></Dependencies>"
+                   "<PropState>x</PropState><Info><X/></Info></C><Configs><X/></Configs>"),
+       {}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    EditedWorld world;
+    world.AddFile(row.file, row.text);
+    ASSERT_EQ(world.OpenDemo(), 1);
+    Lines expected;
+    for (const std::string& line : row.damage) expected.push_back(row.file + line);
+    EXPECT_EQ(ToLines(world.model->GetDamage()), expected);
+    world.Edit();
+    EXPECT_EQ(world.model->SaveProject(), 1);
+    EXPECT_EQ(world.FileText(row.file + ".bak"), row.isCopied ? row.text : "(none)");
+  }
+}
+
+TEST(Structure, AProjectThatCannotBeOpenedKeepsWhatIsWrong) {
+  const Row rows[] = {
+      {"an application in itself",
+       kOne,
+       Application("<Application Header='x' Extern='one.tapp' />"),
+       {":2: <Application> \"x\" names a file that is read already"}},
+      {"cut in an application",
+       kProject,
+       "<Project ><Application Header='x'",
+       {":1: incomplete tag of <Application>; nothing after it is read"}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    EditedWorld world;
+    world.AddFile(row.file, row.text);
+    world.model->SetDamageProtection(true);
+    EXPECT_EQ(world.OpenDemo(), 0);
+    EXPECT_TRUE(world.model->GetDamage().empty());
+    world.AddNext();
+    EXPECT_EQ(world.model->OpenProject("/p/next.tprj", 1), 1);  // in place of none
+    EXPECT_EQ(ToLines(world.model->GetFailedDamage()), Lines{row.file + row.damage.front()});
+    EXPECT_EQ(world.model->OpenProject("/p/next.tprj", 0), 1);
+    EXPECT_TRUE(world.model->GetFailedDamage().empty());
+  }
+}
+
+TEST(Structure, AnApplicationThatIsAddedMayBeOfAnotherType) {
+  EditedWorld world;
+  ASSERT_EQ(world.OpenDemo(), 1);
+  world.AddFile("/p/auto.tapp", "<AutoApp Header='auto' ></AutoApp>");
+  world.AddFile("/p/group.tapp", "<Group Header='group' ></Group>");
+  world.model->SetCurrentNode(&world.model->GetProjectRoot());
+  ASSERT_EQ(world.model->AddExistingItem("/p/auto.tapp", nullptr), 1);
+  EXPECT_EQ(world.Node("auto")->NameView(), "AutoApp");
+  EXPECT_TRUE(world.model->GetDamage().empty());
+  world.model->SetCurrentNode(&world.model->GetProjectRoot());
+  ASSERT_EQ(world.model->AddExistingItem("/p/group.tapp", nullptr), 1);
+  EXPECT_EQ(ToLines(world.model->GetDamage()),
+            Lines{"/p/group.tapp:1: the root is <Group>, the project names <Application>"});
+}
+
+TEST(Structure, ANodeWithContentBecomesNoLeaf) {
+  EditedWorld world;
+  world.AddFile(kOne, Application("<Group Header='g' ><C Header='c' /></Group>"));
+  ASSERT_EQ(world.OpenDemo(), 1);
+  for (const auto& [header, name] : {std::pair{"g", "Group"}, std::pair{"c", "Header"}}) {
+    CXmlNode* node = world.Node(header);
+    world.model->SetCurrentNode(node);
+    world.components.Properties().SetPropertyValue(node->GetName().c_str(), "General", "Type",
+                                                   "Header");
+    world.model->StoreChangedProperty("General.Type");
+    EXPECT_EQ(node->NameView(), name);
+  }
+}
+
+TEST(Structure, ConflictMarksAreNamedInAValueAndNotInAComment) {
+  EditedWorld world;
+  world.AddFile(kOne, Application("<C Header='a\n<<<<<<< ours\nb\n=======\nc\n>>>>>>> theirs\n' />"
+                                  "<!-- title\n=======\n-->\n<!-- x\n--><!--\n||||||| \n-->"
+                                  "<C Header='\n========\n=======x\n|||||||' />"));
+  ASSERT_EQ(world.OpenDemo(), 1);
+  Lines expected;
+  for (const char* line : {"3", "5", "7"}) {
+    expected.push_back(kOne + ":" + line + ": a merge conflict that was not resolved");
+  }
+  EXPECT_EQ(ToLines(world.model->GetDamage()), expected);
+}
+
+}  // namespace
+}  // namespace tarn::test
