@@ -39,11 +39,12 @@ nlohmann::json ToJson(CommandContext& context, const BuildGap& gap) {
           {"severity", gap.isFatal ? "error" : "warning"}};
 }
 
-// What the build has left out; a warning unless an application is missing for it.
+// What the build has left out; a warning unless something that it must make is missing. Also if the
+// user wants quiet: without it the build would look whole.
 void ComplainOfGaps(CommandContext& context, const BuildOutcome& outcome) {
   for (const BuildGap& gap : outcome.gaps.gaps) {
     const std::string text = GapText(context, gap);
-    gap.isFatal ? context.Complain(text) : context.Remark("warning: " + text);
+    context.Complain(gap.isFatal ? text : "warning: " + text);
   }
 }
 

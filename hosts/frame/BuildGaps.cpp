@@ -24,6 +24,8 @@ constexpr GapText kGapTexts[] = {
     {"no-tool", false,
      "%1 is not built: it has no tool (option Build.TranslateTool). Exclude it from the build if "
      "that is intended."},
+    {"no-application", true,
+     "%1 can't be built: it is in no application. Move it into one, or remove it."},
     {"no-type", true,
      "%1 can't be built: its type %2 is not defined in the configuration file "
      "projectmanager.config."},

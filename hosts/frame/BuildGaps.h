@@ -12,7 +12,7 @@ struct BuildGap {
   std::string label;
   std::string path;
   std::string type;      // element name; of an unknown tool the name of the tool
-  std::string reason;    // "no-tool", "no-type" or "unknown-tool"
+  std::string reason;    // "no-tool", "no-type", "no-application" or "unknown-tool"
   bool isFatal = false;  // its application can't be built
 };
 

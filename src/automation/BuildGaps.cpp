@@ -29,6 +29,24 @@ bool HasFile(const CXmlNode& node) {
   return found;
 }
 
+// A file that would be compiled if its node were of a usual type, at an application's place or
+// below it.
+bool HasSource(CProjectModel& model, const CXmlNode& node) {
+  const auto isSource = [&model](const CXmlNode& type) {
+    constexpr std::uint32_t kSource = kTypeBuild | kTypePath;
+    return (model.types.FlagsOf(type) & (kSource | kTypeApplication)) == kSource;
+  };
+  if (IsExactlyYes(node, "Exclude")) return false;
+  bool found = false;
+  if (HasText(node, "Path")) {
+    const CXmlNode* type = model.FindTypeByFileExtension(node.GetAttrValue("Path"));
+    found = isSource(node) || (type != nullptr && isSource(*type));
+  }
+  ForEachContentChild(node,
+                      [&](const CXmlNode& child) { found = found || HasSource(model, child); });
+  return found;
+}
+
 void AddGap(const BuildGap& gap, std::string_view type, bool isFatal, CXmlNode& list) {
   CXmlNode& row = *list.AddChild("Node");
   row.AddAttr("Header", TextOf(gap.node.GetAttrValue("Header")));
@@ -44,14 +62,16 @@ void CollectTools(const NodeTypes& types, const CXmlNode& node, std::set<std::st
   ForEachContentChild(node, [&](const CXmlNode& child) { CollectTools(types, child, tools); });
 }
 
-void ListApplication(const NodeTypes& types, const CXmlNode& application,
+void ListApplication(CProjectModel& model, const CXmlNode& application,
                      const HasToolFunction& hasTool, CXmlNode& list) {
+  const NodeTypes& types = model.types;
   if (IsExactlyYes(application, "Exclude")) return;
   CXmlNode& entry = *list.AddChild("Application");
   entry.AddAttr("Header", TextOf(application.GetAttrValue("Header")));
   entry.AddAttr("Path", TextOf(application.GetAttrValue("Path")));
   FindBuildGaps(types, application, [&](const BuildGap& gap) {
-    AddGap(gap, gap.node.NameView(), &gap.node == &application, entry);
+    const bool lacksSource = types.GetNodeType(gap.node) == nullptr && HasSource(model, gap.node);
+    AddGap(gap, gap.node.NameView(), &gap.node == &application || lacksSource, entry);
   });
   std::set<std::string_view> tools;
   CollectTools(types, application, tools);
@@ -65,7 +85,7 @@ void ListApplication(const NodeTypes& types, const CXmlNode& application,
 void FindBuildGaps(const NodeTypes& types, const CXmlNode& node,
                    const std::function<void(const BuildGap&)>& onGap) {
   if (types.GetNodeType(node) == nullptr) {
-    if (HasFile(node)) onGap({node, "no-type"});
+    if (HasFile(node) && !IsExactlyYes(node, "Exclude")) onGap({node, "no-type"});
     return;
   }
   const std::uint32_t flags = types.FlagsOf(node);
@@ -86,14 +106,16 @@ std::unique_ptr<CXmlNode> ListBuildGaps(CProjectModel& model, const HasToolFunct
   list->SetName("BuildGaps");
   const CXmlNode& root = model.GetProjectRoot();
   ForEachContentChild(root, [&](const CXmlNode& child) {
-    if (model.types.GetNodeType(child) == nullptr && HasFile(child)) {
-      AddGap({child, "no-type"}, child.NameView(), true, *list);
+    if (model.types.GetNodeType(child) == nullptr) {
+      if (HasFile(child)) AddGap({child, "no-type"}, child.NameView(), true, *list);
+    } else if ((model.types.FlagsOf(child) & kTypeApplication) == 0 && HasSource(model, child)) {
+      AddGap({child, "no-application"}, child.NameView(), true, *list);
     }
   });
   ForEachContentChild(root, [&](const CXmlNode& child) {
     constexpr std::uint32_t kWanted = kTypeApplication | kTypeBuild;
     if ((model.types.FlagsOf(child) & kWanted) == kWanted) {
-      ListApplication(model.types, child, hasTool, *list);
+      ListApplication(model, child, hasTool, *list);
     }
   });
   return list;

@@ -30,9 +30,9 @@ void FindBuildGaps(const NodeTypes& types, const CXmlNode& node,
 // The gaps of the whole project, for hosts: an element "BuildGaps" with an element "Application"
 // for each application that takes part in a build ("Header", "Path") and below it an element "Node"
 // for each gap: "Header", "Path", "Type", "Reason", "IsFatal" ("Yes": the application can't be
-// built). Nodes of the project itself without a type come
-// first; they would be applications. A tool that isn't defined is a fatal gap of its
-// application with the reason "unknown-tool" and the tool as "Type".
+// built, or lacks a source). Nodes of the project itself come first: without a type, since they
+// would be applications, and "no-application", with sources. A tool that isn't defined is a fatal
+// gap of its application with the reason "unknown-tool" and the tool as "Type".
 std::unique_ptr<CXmlNode> ListBuildGaps(CProjectModel& model, const HasToolFunction& hasTool);
 
 // Returns why no project can be built with the types of the configuration file, or an empty string.

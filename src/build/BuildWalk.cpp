@@ -257,6 +257,7 @@ bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
   if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node)) {
     Staleness staleness(model.types, model.fileTimes, model.recordCheck,
                         MayAsk(frame) ? Staleness::Unknown::Miss : Staleness::Unknown::Examine);
+    staleness.IgnoreUnbuildable();
     const bool isUpToDate = IsUpToDate(frame, staleness);
     if (staleness.HasMissed()) return !AskForTimes(frame, request);
     if (isUpToDate) return Return(true, true);

@@ -64,10 +64,16 @@ bool ReportsSpellingOf(const CXmlNode& node, const char* path) {
   return false;
 }
 
+bool IsWithoutTool(const CXmlNode& node) {
+  const char* tool = node.GetAttrValue("TranslateTool");
+  return tool != nullptr && *tool == '\0';
+}
+
 }  // namespace
 
 bool Staleness::IsUpToDate(CXmlNode* node) {
   if (node == nullptr || IsExactlyYes(*node, "Exclude")) return true;
+  if (ignoresUnbuildable && types.GetNodeType(*node) == nullptr) return true;
   for (int i = 0; i < node->GetChildCount(); ++i) {
     CXmlNode* child = node->GetChild(i);
     if (IsContentNode(*child) && !IsUpToDate(child)) return false;
@@ -77,6 +83,7 @@ bool Staleness::IsUpToDate(CXmlNode* node) {
 
 bool Staleness::IsUpToDateAlone(CXmlNode& node) {
   if ((types.FlagsOf(node) & kTypeBuild) == 0 || node.NameView() == "Group") return true;
+  if (ignoresUnbuildable && IsWithoutTool(node)) return true;
   // Saves a look at the disk for everything that was never built; the answer is the same.
   if (LastBuiltOf(node) == 0) return false;
   return !Examine(node);

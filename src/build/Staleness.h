@@ -27,6 +27,10 @@ class Staleness {
             Unknown unknown = Unknown::Examine)
       : types(nodeTypes), times(fileTimes), records(recordCheck), onUnknown(unknown) {}
 
+  // From now on nodes that no tool can bring up to date don't count: those below an element of
+  // unknown type, and those that were published without a tool.
+  void IgnoreUnbuildable() { ignoresUnbuildable = true; }
+
   // Nothing to do here or below; the first stale descendant ends the search.
   bool IsUpToDate(CXmlNode* node);
   // The same for a node whose children are known to be good.
@@ -60,6 +64,7 @@ class Staleness {
   RecordCheck& records;
   Unknown onUnknown;
   bool hasMissed = false;
+  bool ignoresUnbuildable = false;
 };
 
 // Calls `onItem(text)` for each file that an application hands to its tool, in tree order: outputs

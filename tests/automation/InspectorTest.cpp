@@ -180,6 +180,11 @@ TEST_F(Inspector, NamesWhatABuildPassesOver) {
        "<X><Y Path='y' /></X><!-- c --><Z />",
        {"X no-type No"},
        ""},
+      {"no type of a source",
+       {{".Build.TranslateTool", "x"}},
+       "<X Header='x' ><Y><C Path='y' /></Y></X>",
+       {"X no-type Yes"},
+       "x can't be built: its type X isn't defined"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);

@@ -123,6 +123,12 @@ TEST(CliBuildGaps, WhatABuildPassesOverIsNamedAndAMissingApplicationIsAFailure) 
        "<Rust Header=\"x.rs\" Path=\".\\src\\x.rs\" /><Group ", 0,
        "tarn: warning: src/x.rs is not built: its type Rust is not defined", "Nothing to do (",
        "src/x.rs  is of a type"},
+      {"a source of such a type", "app.tapp", "<Group ",
+       "<Foo Header=\"q\" ><X><C Header=\"a.c\" Path=\".\\src\\a.c\" /></X></Foo><Group ", 1,
+       "tarn: q can't be built: its type Foo is not defined", "Failed", "q  is of a type"},
+      {"a source in no application", "demo.tprj", "</Project>",
+       "<Group Header=\"g\" ><C Header=\"a.c\" Path=\".\\src\\a.c\" /></Group></Project>", 1,
+       "tarn: g can't be built: it is in no application. ", "Failed", "up to date"},
       {"unknown data", "app.tapp", "<Group ", "<Note Header=\"x\" /><Group ", 0, "",
        "Nothing to do (", "up to date"},
       {"a source without a tool", "app.tapp", "\\c.c\" />", "\\c.c\" >" + noTool + "</C>", 0,
@@ -160,6 +166,8 @@ TEST(CliBuildGaps, WhatABuildPassesOverIsNamedAndAMissingApplicationIsAFailure) 
     const Json json = Json::parse(project.Run({"build", "--json"}).out, nullptr, false);
     ASSERT_FALSE(json.is_discarded());
     EXPECT_EQ(json["exitCode"], row.code);
+    EXPECT_EQ(json["toolsRun"], 0) << json;
+    EXPECT_TRUE(Has(project.Run({"build", "-q"}).err, row.said));
     EXPECT_EQ(json["notBuilt"].empty(), row.said.empty()) << json;
     for (const Json& gap : json["notBuilt"]) {
       EXPECT_EQ(gap["severity"], row.code == 0 ? "warning" : "error") << gap;
