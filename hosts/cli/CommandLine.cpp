@@ -82,7 +82,8 @@ class Grammar {
     command->add_option("-a,--app", invocation.application, help)->type_name("APP");
   }
 
-  // For a command that builds, cleans or changes what the project's files hold.
+  // For a command that builds, cleans, changes what the project's files hold, or writes a file of
+  // all that the project holds.
   void AddDamagedOk(CLI::App* command) {
     command->add_flag("--damaged-ok", invocation.damagedOk,
                       "Go on with a project that could be read only in part");
@@ -333,9 +334,11 @@ class Grammar {
         ->type_name("CONFIG")
         ->allow_extra_args(false);
     AddOutput(commands, "compile_commands.json beside the project");
+    AddDamagedOk(commands);
     CLI::App* sarif = AddCommand(*exports, "sarif", "Findings of the last build, as SARIF 2.1.0");
     AddProjectOnly(sarif);
     AddOutput(sarif, "the project's name with .sarif beside it");
+    AddDamagedOk(sarif);
   }
 
   void AddCompletion() {

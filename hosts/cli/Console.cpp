@@ -71,6 +71,7 @@ void Console::PrintLine(std::string_view text) {
   const std::string waiting = progress;
   ClearProgress();
   out << text << '\n' << std::flush;
+  hasPrinted = true;
   if (!waiting.empty()) ShowProgress(waiting);
 }
 

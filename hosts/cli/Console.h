@@ -32,12 +32,15 @@ class Console {
 
   // The text in a colour, where there are colours.
   std::string Dye(Paint paint, std::string_view text) const;
+  // A whole line was printed.
+  bool HasPrinted() const { return hasPrinted; }
   bool Redraws() const { return style.redraws; }
 
  private:
   std::ostream& out;
   ConsoleStyle style;
   std::string progress;
+  bool hasPrinted = false;
 };
 
 }  // namespace tarn::host

@@ -22,6 +22,10 @@ constexpr const char* kCompileCommandsName = "compile_commands.json";
 int WriteDocument(CommandContext& context, const nlohmann::ordered_json& document,
                   const std::string& usualPath, std::size_t count, const char* noun) {
   const Invocation& asked = context.Asked();
+  // A file of the whole project is not replaced by one of a part of it.
+  if (asked.output != "-") {
+    if (const int code = context.CheckDamage(); code != kExitDone) return code;
+  }
   const std::string text =
       document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
   if (asked.output == "-") {

@@ -113,7 +113,7 @@ nlohmann::json ToJson(const std::vector<LogEntry>& entries) {
 // What was lost of the project goes into each document about one: into a list's first entry, where
 // a list has any to tell of.
 void PrintJson(CommandContext& context, nlohmann::json document) {
-  if (context.HasOpened()) {
+  if (context.HasOpened() || !context.GetDamage().empty()) {
     nlohmann::json damage = nlohmann::json::array();
     for (const DamageEntry& each : context.GetDamage()) {
       damage.push_back({{"file", each.file}, {"line", each.line}, {"text", each.text}});

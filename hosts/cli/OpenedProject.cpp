@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <iostream>
-#include <nlohmann/json.hpp>
 #include <set>
 
 #include "components/common/OptionValues.h"
@@ -50,6 +49,7 @@ std::string CommandContext::Show(const std::string& path) const {
 
 void CommandContext::Complain(const std::string& text) const {
   console.ClearProgress();
+  lastComplaint = text;
   std::cerr << "tarn: " << text << std::endl;
 }
 
@@ -102,6 +102,7 @@ int CommandContext::StartSession() {
 int CommandContext::OpenProject(const std::string& path) {
   if (const int code = StartSession(); code != kExitDone) return code;
   if (const Status opened = Session().Open(path); !opened) {
+    ShowDamage(Session().GetFailedDamage());
     const std::string& reason = opened.GetError().text;
     Complain(Show(path) + " can't be opened" + (reason.empty() ? "." : ":\n" + reason));
     return kExitCannotOpen;
@@ -109,21 +110,20 @@ int CommandContext::OpenProject(const std::string& path) {
   hasOpened = true;
   for (const std::string& line : Session().TakeLogLines()) Remark(line);
   for (const std::string& line : Session().GetDefinitionErrors()) Remark(line);
-  ShowDamage();
+  ShowDamage(Session().GetDamage());
   if (asked.damagedOk) Session().AcceptAllDamage();
-  return ChangesProject(asked.command) && Session().IsDamageHeld() ? RefuseDamaged()
-                                                                   : int{kExitDone};
+  return ChangesProject(asked.command) ? CheckDamage() : int{kExitDone};
 }
 
 void CommandContext::ShowDamageOf(const std::string& path) {
   if ((!isStarted && !Session().Start()) || !Session().Open(path)) return;
   hasOpened = true;
-  ShowDamage();
+  if (asked.damagedOk) Session().AcceptAllDamage();
+  ShowDamage(Session().GetDamage());
 }
 
-// Also if the user wants quiet, but not in the middle of a line that a shell completes.
-void CommandContext::ShowDamage() {
-  damage = Session().GetDamage();
+void CommandContext::ShowDamage(std::vector<DamageEntry> found) {
+  damage = std::move(found);
   if (damage.empty() || asked.command == "complete") return;
   console.ClearProgress();
   for (const DamageEntry& each : damage) {
@@ -133,13 +133,13 @@ void CommandContext::ShowDamage() {
 }
 
 int CommandContext::RefuseDamaged() {
-  const std::string text = std::string(kDamageRefusal) +
-                           " Repair the files, or use --damaged-ok to go on with what was read.";
-  Complain(text);
-  if (asked.json) {
-    PrintJson(*this, {{"result", "refused"}, {"exitCode", int{kExitCannotOpen}}, {"error", text}});
-  }
+  Complain(std::string(kDamageRefusal) +
+           " Repair the files, or use --damaged-ok to go on with what was read.");
   return kExitCannotOpen;
+}
+
+int CommandContext::CheckDamage() {
+  return Session().IsDamageHeld() ? RefuseDamaged() : int{kExitDone};
 }
 
 int CommandContext::ChooseApplications(std::vector<ApplicationEntry>& chosen) {
@@ -275,9 +275,11 @@ int CommandContext::SaveProject() {
   switched.clear();
   // Of what the command has added itself.
   if (Session().IsDamageHeld()) {
-    ShowDamage();
+    ShowDamage(Session().GetDamage());
     return RefuseDamaged();
   }
+  // What the command has caused until now is not of the save.
+  for (const std::string& line : Session().TakeLogLines()) Remark(line);
   Session().Manager().ProjectSave();
   std::vector<std::string> copies;
   const std::vector<std::string> lines = Session().TakeSaveProblems(copies);

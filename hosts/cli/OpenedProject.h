@@ -45,8 +45,13 @@ class CommandContext {
   // Shows on the error stream what was lost of the project when it was read, also for a command
   // that doesn't need the project itself; nothing if it can't be opened.
   void ShowDamageOf(const std::string& path);
-  // What was lost of the open project.
+  // What was lost of the project that was opened, or could not be opened.
   const std::vector<DamageEntry>& GetDamage() const { return damage; }
+  // Refuses to go on with an open project that has damage, unless the user agreed: 0, or an exit
+  // code with everything said.
+  int CheckDamage();
+  // The last error that was shown.
+  const std::string& GetLastComplaint() const { return lastComplaint; }
   // The project is open, or was opened to look for damage.
   bool HasOpened() const { return hasOpened; }
   // The applications that --app means, all without one, with the configuration that --config names
@@ -68,7 +73,8 @@ class CommandContext {
   int SaveProject();
 
  private:
-  void ShowDamage();
+  // Also if the user wants quiet, but not in the middle of a line that a shell completes.
+  void ShowDamage(std::vector<DamageEntry> found);
   int RefuseDamaged();
   std::vector<std::string> NodeNames(const std::string& application);
   int SelectNodeIn(const std::string& key, const std::string& application);
@@ -82,6 +88,7 @@ class CommandContext {
   MainFrame frame;
   std::unique_ptr<BuildSession> session;
   std::vector<DamageEntry> damage;
+  mutable std::string lastComplaint;
   bool isStarted = false;
   bool hasOpened = false;
   std::vector<ApplicationEntry> switched;  // as they were before --config

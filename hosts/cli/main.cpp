@@ -4,6 +4,7 @@
 #include <exception>
 #include <iostream>
 #include <map>
+#include <nlohmann/json.hpp>
 
 #include "hosts/cli/CommandLine.h"
 #include "hosts/cli/Commands.h"
@@ -62,7 +63,15 @@ int Run(int argc, char** argv) {
     tarn::host::Console console(
         std::cout, tarn::host::ConsoleStyle::OfStandardOutput(parsed.invocation->noColor));
     CommandContext context(*parsed.invocation, console, tarn::FileSystem::Native());
-    return Commands().at(parsed.invocation->command)(context);
+    const int code = Commands().at(parsed.invocation->command)(context);
+    // Programs get a document also if there was nothing to make it from.
+    const bool isSilent = parsed.invocation->json && !console.HasPrinted();
+    if (code == tarn::host::kExitCannotOpen && isSilent) {
+      tarn::host::PrintJson(
+          context,
+          {{"result", "refused"}, {"exitCode", code}, {"error", context.GetLastComplaint()}});
+    }
+    return code;
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "tarn: %s\n", failure.what());
     return tarn::host::kExitCannotOpen;

@@ -197,10 +197,28 @@ void BuildSession::AcceptAllDamage() {
   inspector.ProtectDamaged(false);
 }
 
-std::string BuildSession::CheckCall(std::string_view method, std::span<const Variant> arguments) {
-  if (!ChangesProject(method, arguments) || !IsDamageHeld()) return {};
+bool BuildSession::RefusesChange() {
+  if (!IsDamageHeld()) return false;
   hasRefusedDamage = true;
-  return kDamageRefusal;
+  return true;
+}
+
+std::string BuildSession::CheckCall(std::string_view method, std::span<const Variant> arguments) {
+  const bool isChange = ChangesProject(method, arguments) || ReplacesFile(method, arguments);
+  return isChange && RefusesChange() ? kDamageRefusal : std::string();
+}
+
+// A new project in the place of the open one, or of a damaged file of it.
+bool BuildSession::ReplacesFile(std::string_view method, std::span<const Variant> arguments) {
+  const bool isNamed = !arguments.empty() && arguments[0].AsText().has_value();
+  if (!EqualNoCase(method, "ProjectNew") || !isNamed) return false;
+  const std::string file = files.Canonical(ToNativeSeparators(*arguments[0].AsText()));
+  const auto isThis = [&](const std::string& path) {
+    return EqualNoCase(files.Canonical(path), file);
+  };
+  const std::vector<DamageEntry> damage = GetDamage();
+  return isThis(projectPath) || std::any_of(damage.begin(), damage.end(),
+                                            [&](const auto& each) { return isThis(each.file); });
 }
 
 void BuildSession::Prepare() {
@@ -238,10 +256,7 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
   if (isRunning) return {};
   outcome = {};
   stateProblem.clear();
-  if (IsDamageHeld()) {
-    hasRefusedDamage = true;
-    return {};
-  }
+  if (RefusesChange()) return {};
   if (!stopRequested && FollowProject() && LockBuild()) {
     if (state.IsOutdated()) state.Restore();
     isRunning = true;

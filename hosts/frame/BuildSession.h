@@ -166,12 +166,16 @@ class BuildSession {
   // --- Projects of which something was lost when they were read ---
 
   std::vector<DamageEntry> GetDamage() { return ParseDamage(inspector.GetDamage()); }
+  // The same of the project that could not be opened.
+  std::vector<DamageEntry> GetFailedDamage() { return ParseDamage(inspector.GetFailedDamage()); }
   // The open project has damage, and the user has not agreed to go on with what was read: Run
   // refuses, and the server saves nothing.
   bool IsDamageHeld();
   // The user agrees, for the open project or for all that are opened from now on.
   void AcceptDamage();
   void AcceptAllDamage();
+  // Returns whether a change must be refused because of damage, and records that it was.
+  bool RefusesChange();
   // Returns why the call of a server's method can't be made now; empty if it can.
   std::string CheckCall(std::string_view method, std::span<const Variant> arguments);
   // A build or a call was refused because of damage since the session began.
@@ -209,6 +213,7 @@ class BuildSession {
   std::size_t CountInputs(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
   void WaitForWorker();
+  bool ReplacesFile(std::string_view method, std::span<const Variant> arguments);
   bool RefusesSharedOutputs(const BuildRequest& request);
   void ServePostedCommands();
   void JudgeGaps(const BuildRequest& request);

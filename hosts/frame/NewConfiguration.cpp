@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "hosts/frame/Damage.h"
 #include "hosts/frame/ProjectTemplate.h"
 #include "platform/text/Text.h"
 
@@ -35,6 +36,7 @@ std::string FindConfiguration(const ApplicationEntry& application, const std::st
 
 Status AddConfiguration(BuildSession& session, const NewConfiguration& wanted,
                         const ApplicationEntry* application) {
+  if (session.RefusesChange()) return Error{ErrorCode::Changed, kDamageRefusal, {}};
   const std::optional<ApplicationEntry> active =
       application == nullptr ? FindActive(session) : std::nullopt;
   if (active) application = &*active;

@@ -28,6 +28,7 @@ TEST(CliDamage, NothingBuildsOrChangesADamagedProjectUnlessTheUserSaysSo) {
   project.Write("save.lua",
                 "tarn.SavePropertyValue('C', 'Compiler', 'Defines', 'X')\ntarn.ProjectSave()\n");
   project.Write("build.lua", "pcall(host.build)\n");
+  project.Write("config.lua", "pcall(host.add_configuration, 'Other')\n");
   const std::string bytes = project.Read("app.tapp");
   const Words commands[] = {
       {"build"},
@@ -44,6 +45,7 @@ TEST(CliDamage, NothingBuildsOrChangesADamagedProjectUnlessTheUserSaysSo) {
       {"config", "select", "Fast"},
       {"run", "save.lua"},
       {"run", "build.lua"},
+      {"run", "config.lua"},
   };
   for (const Words& words : commands) {
     const auto answer = project.Run(words);
@@ -70,7 +72,7 @@ TEST(CliDamage, LookingWorksAndNamesThePlaces) {
   DamageApplication(project);
   const Words commands[] = {
       {"status"},         {"tree"}, {"options", "list"}, {"options", "get", "Compiler.Defines"},
-      {"config", "list"}, {"log"},  {"report"},          {"export", "sarif", "-o", "x.sarif"},
+      {"config", "list"}, {"log"},  {"report"},          {"export", "sarif", "-o", "-"},
   };
   for (Words words : commands) {
     const auto answer = project.Run(words);
@@ -82,6 +84,12 @@ TEST(CliDamage, LookingWorksAndNamesThePlaces) {
     if (document.is_array()) document = document[0];
     EXPECT_EQ(document["damage"][0]["line"], 2) << words.front() << document;
     EXPECT_EQ(document["damage"][0]["file"], project.PathOf("app.tapp"));
+  }
+  for (const char* kind : {"sarif", "compile-commands"}) {
+    project.ExpectRefusal({"export", kind, "-o", "x"}, 3, "--damaged-ok");
+    EXPECT_FALSE(project.Exists("x")) << kind;
+    project.Out({"export", kind, "-o", kind, "--damaged-ok"});
+    EXPECT_TRUE(project.Exists(kind));
   }
   const auto refused = project.Run({"build", "--json"});
   EXPECT_EQ(refused.code, 3);
@@ -114,6 +122,55 @@ TEST(CliDamage, ACutProjectIsNeverBuilt) {
   project.Write("other.tapp", bytes.substr(0, bytes.size() - 20));
   project.ExpectRefusal({"add", ".", "other.tapp"}, 3, "other.tapp:2: ");
   EXPECT_FALSE(Has(project.Read("demo.tprj"), "other"));
+  project.Out({"add", ".", "other.tapp", "--damaged-ok"});
+  EXPECT_TRUE(Has(project.Read("demo.tprj"), "other"));
+}
+
+TEST(CliDamage, ASourceThatHasNoEffectWhereItIsKeepsTheProjectFromABuild) {
+  CliProject project;
+  std::string text = project.Read("app.tapp");
+  project.Write("app.tapp", text.insert(text.find("</Options>"), "<C Header=\"d.c\" />"));
+  project.ExpectRefusal({"build"}, 3, "app.tapp:2: <C> \"d.c\" is in <Options>");
+}
+
+TEST(CliDamage, ARefusalIsADocumentForPrograms) {
+  const struct {
+    const char* name;
+    void (*damage)(CliProject& project);
+    Words words;
+    const char* error;
+    int places;
+  } rows[] = {
+      {"a cut project",
+       [](CliProject& project) {
+         const std::string text = project.Read("demo.tprj");
+         project.Write("demo.tprj", text.substr(0, text.find("Extern")));
+       },
+       {"build"},
+       "demo.tprj can't be opened",
+       1},
+      {"no project", [](CliProject& /*project*/) {}, {"tree", "gone"}, "gone", 0},
+      {"an incomplete installation",
+       [](CliProject& project) { project.Point("TARN_ROOT", "src"); },
+       {"options", "list"},
+       "This installation isn't complete",
+       0},
+  };
+  for (const auto& row : rows) {
+    CliProject project;
+    row.damage(project);
+    Words words = row.words;
+    words.emplace_back("--json");
+    const auto answer = project.Run(words);
+    EXPECT_EQ(answer.code, 3) << row.name;
+    const Json document = Json::parse(answer.out, nullptr, false);
+    ASSERT_TRUE(document.is_object()) << row.name << answer.out << answer.err;
+    EXPECT_EQ(document["result"], "refused");
+    EXPECT_EQ(document["exitCode"], 3);
+    EXPECT_TRUE(Has(document["error"], row.error)) << document;
+    EXPECT_EQ(document.contains("damage") ? document["damage"].size() : 0U, row.places) << document;
+    EXPECT_EQ(Has(answer.err, "demo.tprj:2: "), row.places > 0) << answer.err;
+  }
 }
 
 }  // namespace

@@ -467,7 +467,9 @@ class Damage(ServeTest):
         self.assertEqual(self.errors(
             client, ("PrologCommand", [BUILD]), ("Command", [BUILD]), ("ProjectBuild", []),
             ("ProjectSave", []), ("AddExistingItem", [self.project.path("src/x.c"), None]),
-            ("SavePropertyValue", ["C", "Compiler", "Defines", "X"])), [-32000] * 6)
+            ("SavePropertyValue", ["C", "Compiler", "Defines", "X"]),
+            ("addConfiguration", ["Extra", None]), ("ProjectNew", [path]),
+            ("ProjectNew", [self.project.path("app.tapp")])), [-32000] * 9)
         self.assertIn("Standard", client.call("GetCurConfig"))
         self.project.write("t.lua", "host.build()")
         client.call("ExecuteScript", self.project.path("t.lua"))
