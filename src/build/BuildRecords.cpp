@@ -11,7 +11,7 @@ StateVerdict BuildRecords::OpenJournal(const std::string& path,
   if (IsJournalCurrent(path)) return verdict_;
   // What tools reported before there was a journal belongs into it.
   if (journal_.empty() && store_.GetCount() > 0) return TakeOverJournal(path, projectFileName);
-  bound_.clear();
+  WithdrawAll();
   shadows_.Clear();
   journal_ = path;
   projectFileName_ = projectFileName;
@@ -39,6 +39,15 @@ StateVerdict BuildRecords::TakeOverJournal(const std::string& path,
   if (!replaced) problem_ = path + ": " + replaced.GetError().text;
   journalStatus_ = files_.Examine(path);
   return verdict_;
+}
+
+// What a node was made from is in the other journal, or nowhere: another process failed on it, or
+// the file was lost. Its output must not be judged by times alone then.
+void BuildRecords::WithdrawAll() {
+  for (auto& [node, bound] : bound_) {
+    if (!bound.withdrawn) bound.withdrawn = {StaleReason::NeverBuilt, {}};
+    bound.record = BuildRecordStore::kNone;
+  }
 }
 
 void BuildRecords::CloseJournal() {
@@ -79,6 +88,8 @@ void BuildRecords::CompactJournal() {
   auto key = keys.begin();
   for (auto& [node, bound] : bound_) {
     bound.record = store_.Find(key->first, key->second);
+    const bool isLost = bound.record == BuildRecordStore::kNone && !bound.withdrawn;
+    if (isLost) bound.withdrawn = {StaleReason::NeverBuilt, {}};
     ++key;
   }
 }
