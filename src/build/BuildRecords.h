@@ -111,10 +111,11 @@ class BuildRecords {
     RunSnapshot snapshot;
   };
 
-  BuildRecord::Number AddInput(const Run& run, const std::string& path);
-  BuildRecord::Number AddProgram(const std::string& path);
-  BuildRecord::Number AddProduct(const std::string& path);
-  std::uint64_t ContentHash(const std::string& path, const RunSnapshot::Settled& settled);
+  std::vector<std::string> RootsOf(const Run& run, const BuildReport& report) const;
+  void AddInput(BuildRecord& record, const Run& run, const std::string& path, PathChanges& changes);
+  void AddProgram(BuildRecord& record, const Run& run, const std::string& path,
+                  PathChanges& changes);
+  void AddProduct(BuildRecord& record, const std::string& path);
   Status AppendNews();
   void WithdrawAll();
   StateVerdict TakeOverJournal(const std::string& path, const std::string& projectFileName);
