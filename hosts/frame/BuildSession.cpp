@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <set>
 
 #include "hosts/frame/BuildInputs.h"
 #include "hosts/frame/ProjectFile.h"
 #include "hosts/frame/ProjectTemplate.h"
 #include "hosts/frame/ProjectTree.h"
+#include "hosts/frame/SharedProducts.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -352,7 +354,10 @@ bool BuildSession::RunCommand(std::uint32_t command) {
 bool BuildSession::RefusesSharedOutputs(const BuildRequest& request) {
   if (request.work == BuildWork::Clean) return false;
   std::vector<LogEntry> errors;
-  for (const std::string& line : SplitLines(inspector.GetSharedOutputs(request.application))) {
+  std::vector<std::string> lines = SplitLines(inspector.GetSharedOutputs(request.application));
+  std::ranges::move(FindSharedProducts(inspector, tools, files, request.application),
+                    std::back_inserter(lines));
+  for (const std::string& line : lines) {
     errors.push_back({LogKind::Error, "error: " + line, line, {}, 0});
     manager.ReportMessage(errors.back().text);
   }

@@ -9,6 +9,7 @@
 #include "automation/NodeSearch.h"
 #include "automation/TargetList.h"
 #include "build/ApplicationOrder.h"
+#include "build/OutputIndex.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
@@ -259,13 +260,22 @@ std::string CProjectInspector::GetSharedOutputs(const char* applicationHeader) {
   const std::string wanted = TextOf(applicationHeader);
   std::string lines;
   if (model == nullptr) return lines;
+  const auto isWanted = [&](const CXmlNode& application) {
+    return wanted.empty() || EqualNoCase(TextOf(application.GetAttrValue("Header")), wanted);
+  };
+  const auto add = [&](const SharedOutput& each) {
+    if (!each.isSameSource) lines += DescribeSharedOutput(each) + "\n";
+  };
+  std::vector<CXmlNode*> applications;
   ForEachApplication(*model, [&](CXmlNode& application) {
-    const std::string label = TextOf(application.GetAttrValue("Header"));
-    if (!wanted.empty() && !EqualNoCase(label, wanted)) return;
-    for (const SharedOutput& each : model->FindSharedOutputs(application)) {
-      if (!each.isSameSource) lines += DescribeSharedOutput(each) + "\n";
-    }
+    applications.push_back(&application);
+    if (!isWanted(application)) return;
+    for (const SharedOutput& each : model->FindSharedOutputs(application)) add(each);
   });
+  FindOutputsOfSeveral(
+      applications, [&](const CXmlNode& first, const CXmlNode& second, const SharedOutput& each) {
+        if (isWanted(first) || isWanted(second)) add(each);
+      });
   return lines;
 }
 

@@ -215,5 +215,33 @@ TEST(CliCurrent, ASecondBuildWaitsOrFails) {
   EXPECT_EQ(first.code, 0);
 }
 
+TEST(CliCurrent, AStateThatCannotBeKeptIsReportedEachTime) {
+  CliProject project;
+  fs::create_directory(project.PathOf("demo.tstate"));
+  for (int i = 0; i < 2; ++i) {
+    const auto built = project.Run({"build"});
+    EXPECT_EQ(built.code, 0);
+    EXPECT_TRUE(Has(built.err, "The state of this build couldn't be kept")) << built.err;
+  }
+}
+
+TEST(CliCurrent, TwoApplicationsThatMakeOneFileAreRefused) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"Build.OutputFile", "have the same output file"}, {"Linker.MapFile", "both make"}};
+  for (const auto& [option, said] : rows) {
+    CliProject project;
+    project.WriteProject({{"app", {"a.c", "b.c"}}, {"two", {"a.c", "b.c"}}});
+    for (const char* each : {"app", "two"}) {
+      project.Out({"options", "set", "--app", each, option, "build/same"});
+    }
+    const auto refused = project.Run({"build"});
+    EXPECT_EQ(refused.code, 1) << refused.out;
+    EXPECT_TRUE(Has(refused.out + refused.err, said)) << refused.out << refused.err;
+    project.Out({"options", "set", "--app", "two", option, "build/other"});
+    EXPECT_TRUE(Has(project.Out({"build"}), "Built 6 files"));
+    EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+  }
+}
+
 }  // namespace
 }  // namespace tarn::host
