@@ -210,27 +210,48 @@ void BuildSession::Prepare() {
   state.Restore();
 }
 
+// All or none, so that two processes never wait for each other.
 bool BuildSession::TryLockBuild() {
-  if (buildLock != nullptr) return true;
-  auto lock = files.TryLock(BuildLockPathOf(projectPath));
+  if (!buildLocks.empty()) return true;
   lockHolder.clear();
-  if (lock) {
-    buildLock = std::move(*lock);
-  } else if (lock.GetError().code == ErrorCode::Busy) {
-    lockHolder = lock.GetError().text;
-    return false;
+  if (lockPaths.empty()) lockPaths = GetLockPaths();
+  std::vector<std::unique_ptr<FileLock>> taken;
+  for (const std::string& path : lockPaths) {
+    auto lock = files.TryLock(path);
+    if (lock) {
+      taken.push_back(std::move(*lock));
+    } else if (lock.GetError().code == ErrorCode::Busy) {
+      lockHolder = lock.GetError().text;
+      return false;
+    }
   }
+  buildLocks = std::move(taken);
   return true;
+}
+
+// In a fixed order. A file that a link leads to is locked where it is.
+std::vector<std::string> BuildSession::GetLockPaths() {
+  std::set<std::string> paths = {BuildLockPathOf(files.ResolveLinks(projectPath))};
+  for (const ApplicationEntry& each : ProjectTree(inspector.GetTree()).GetApplications()) {
+    if (!each.path.empty()) paths.insert(BuildLockPathOf(files.ResolveLinks(each.path)));
+  }
+  return {paths.begin(), paths.end()};
+}
+
+void BuildSession::UnlockBuild() {
+  buildLocks.clear();
+  lockPaths.clear();
 }
 
 bool BuildSession::LockBuild() {
   constexpr std::chrono::milliseconds kBetweenTries(50);
+  const auto isOver = [this] { return stopRequested || (endsLockWait && endsLockWait()); };
   bool isWaiting = false;
   while (!TryLockBuild()) {
     if (!isWaiting && onLockWait) onLockWait(lockHolder);
     isWaiting = true;
-    loop->PumpUntil([this] { return stopRequested.load(); }, kBetweenTries);
-    if (stopRequested) return false;
+    loop->PumpUntil(isOver, kBetweenTries);
+    if (isOver()) return false;
   }
   return true;
 }
@@ -350,7 +371,8 @@ bool BuildSession::RunCommand(std::uint32_t command) {
   return manager.EpilogCommand(command) != 0;
 }
 
-// Two sources with one output would make a program without one of them.
+// Two sources with one output would make a program without one of them, and two applications with
+// one file would be built each time.
 bool BuildSession::RefusesSharedOutputs(const BuildRequest& request) {
   if (request.work == BuildWork::Clean) return false;
   std::vector<LogEntry> errors;
@@ -461,6 +483,7 @@ std::intptr_t BuildSession::OnWorkerEnded(const HostEvent& event) {
 std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
   isOtherProject = true;
   otherProject = path;
+  lockPaths.clear();
   // The server empties its log with the project.
   static_cast<void>(log.Keep());
   log.Forget();
