@@ -539,6 +539,17 @@ std::vector<ApplicationStatus> BuildSession::GetStatus(std::string* problem) {
   return ParseStatus(status);
 }
 
+std::string BuildSession::FindCommandProblem(const std::string& application,
+                                             const std::string& output) {
+  const auto input = ParseXml(inspector.GetToolInput(application, output));
+  if (input == nullptr) return {};
+  const CXmlNode* const values = input->FindChild("#CDATA");
+  const std::vector<std::string> problems = SplitLines(
+      tools.GetCommandProblems(AttributeOf(input.get(), "Tool"), AttributeOf(input.get(), "Files"),
+                               values == nullptr ? "" : values->GetValue()));
+  return problems.empty() ? std::string() : problems.front();
+}
+
 std::vector<ApplicationSummary> BuildSession::GetSummaries() {
   std::vector<ApplicationSummary> list;
   for (const ApplicationEntry& each : ProjectTree(inspector.GetTree()).GetApplications()) {

@@ -161,6 +161,9 @@ class BuildSession {
   // What is out of date, the host's own reasons included.
   // `problem`, if given, receives why the applications can't be built at all.
   std::vector<ApplicationStatus> GetStatus(std::string* problem = nullptr);
+  // Why the tool that makes this output can't be run, such as an option that it needs and that
+  // isn't set; empty if it can.
+  std::string FindCommandProblem(const std::string& application, const std::string& output);
   // The applications, each with what its tool said of its output; empty where nothing is known.
   std::vector<ApplicationSummary> GetSummaries();
   // The program that a tool needs and that this machine hasn't got; empty when it has all.

@@ -23,12 +23,14 @@ class NodeCheck {
   void CheckType(const CheckedNode& node);
   void CheckFile(const CheckedNode& node);
   void CheckOutput(const CheckedNode& node, std::size_t number);
+  void CheckCommand(const CheckedNode& node, const std::string& tool);
   void AddDuplicateOutput(const CheckedNode& node, const CheckedNode& first,
                           const std::string& output);
 
   CheckScope& scope;
   std::set<std::string> listed;                            // applications with their files
   std::set<std::string> seenTools;                         // in small letters
+  std::set<std::string> seenCommands;                      // applications with tools and problems
   std::map<std::string, std::vector<std::string>> needed;  // program: tools that need it
 };
 
