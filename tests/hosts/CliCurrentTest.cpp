@@ -206,14 +206,14 @@ TEST(CliCurrent, ASecondBuildWaitsOrFails) {
   project.AddProgram("gcc", "#!/bin/sh\nsleep 0.3\nexec /usr/bin/gcc \"$@\"\n");
   fs::copy_file(project.PathOf("demo.tprj"), project.PathOf("twin.tprj"));
   bool isAsked = false;
-  const auto first = project.Run({"build"}, [&](Process&, const std::string&) {
+  const auto first = project.Run({"build", "demo.tprj"}, [&](Process&, const std::string&) {
     if (std::exchange(isAsked, true)) return;
-    project.ExpectRefusal({"build", "--no-wait"}, 3, "Another build of this project is running");
-    const auto refused = project.Run({"build", "--no-wait", "--json"});
+    project.ExpectRefusal({"build", "--no-wait", "demo.tprj"}, 3, "Another build of this project");
+    const auto refused = project.Run({"build", "--no-wait", "--json", "demo.tprj"});
     EXPECT_TRUE(Has(refused.out, "\"result\": \"refused\"")) << refused.out;
     // A project with the same application.
     project.ExpectRefusal({"build", "--no-wait", "twin.tprj"}, 3, "Another build");
-    const auto second = project.Run({"build"});
+    const auto second = project.Run({"build", "demo.tprj"});
     EXPECT_TRUE(Has(second.err, "Waiting for another build")) << second.err;
     EXPECT_EQ(second.out.substr(0, 13), "Nothing to do") << second.out;
   });
