@@ -104,6 +104,8 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::GetDefinitionErrors>("GetDefinitionErrors", 106, {}),
       Method<&ToolManager::GetCommandHash>("GetCommandHash", 110, {"tool", "files", "options"}),
       Method<&ToolManager::GetToolFingerprint>("GetToolFingerprint", 111, {"tool"}),
+      Method<&ToolManager::GetCommandProblems>("GetCommandProblems", 112,
+                                               {"tool", "files", "options"}),
       Method<&ToolManager::GetDefinitionProblem>("GetDefinitionProblem", 120, {}),
       Method<&ToolManager::HasTool>("HasTool", 121, {"tool"}),
       Method<&ToolManager::GetUsedFiles>("GetUsedFiles", 107,
@@ -236,6 +238,16 @@ std::string ToolManager::GetCommandLines(const char* tool, const char* files, co
     text += CommandElement(command);
   }
   return text + "</Commands>";
+}
+
+std::string ToolManager::GetCommandProblems(const char* tool, const char* files,
+                                            const char* options) {
+  const auto definition = FindTool(TextOf(tool));
+  if (!definition) return {};
+  const OwnedJob owned(world, files, options);
+  std::string lines;
+  for (const std::string& each : MakePlan(*definition, owned.job).problems) lines += each + "\n";
+  return lines;
 }
 
 std::string ToolManager::GetCommandHash(const char* tool, const char* files, const char* options) {

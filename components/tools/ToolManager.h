@@ -50,6 +50,8 @@ class ToolManager : public DispatchObject<ToolManager> {
 
   // What RunTool would start, without starting it.
   std::string GetCommandLines(const char* tool, const char* files, const char* options);
+  // Why it would start nothing, a line for each reason; empty if it would.
+  std::string GetCommandProblems(const char* tool, const char* files, const char* options);
   // A hash of what it would start, launchers left out; empty if there is no such tool.
   std::string GetCommandHash(const char* tool, const char* files, const char* options);
   // Changes with the tool's definition and with where its programs are found; empty if there is no

@@ -78,17 +78,29 @@ void RemarkState(CommandContext& context) {
                  " can't be used, or only in part; what it lacks is treated as not built.");
 }
 
+// Ends a build that never started.
+int EndUnstarted(CommandContext& context, BuildEnd end, int code, const std::string& why) {
+  if (context.Asked().json) {
+    PrintJson(context, {{"result", WordOf(end)}, {"exitCode", code}, {"error", why}});
+  }
+  return code;
+}
+
 // Two builds in one project at once would each judge by what the other is about to replace.
 int LockBuild(CommandContext& context) {
   BuildSession& session = context.Session();
   if (context.Asked().noWait && !session.TryLockBuild()) {
-    context.Complain("Another build of this project is running (" + session.GetLockHolder() + ").");
-    return kExitCannotOpen;
+    const std::string why =
+        "Another build of this project is running (" + session.GetLockHolder() + ").";
+    context.Complain(why);
+    return EndUnstarted(context, BuildEnd::Refused, kExitCannotOpen, why);
   }
   session.onLockWait = [&context](const std::string& holder) {
     context.Remark("Waiting for another build of this project (" + holder + ") to end ...");
   };
-  return session.LockBuild() ? kExitDone : kExitInterrupted;
+  if (session.LockBuild()) return kExitDone;
+  return EndUnstarted(context, BuildEnd::Stopped, kExitInterrupted,
+                      "The wait for another build was interrupted.");
 }
 
 BuildRequest RequestOf(CommandContext& context, const std::vector<ApplicationEntry>& chosen) {

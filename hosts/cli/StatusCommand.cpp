@@ -66,6 +66,16 @@ nlohmann::json ToJson(CommandContext& context, const ApplicationStatus& applicat
           {"outOfDate", nodes}};
 }
 
+// Why the first tool that a build would run can't be.
+std::string ProblemOf(BuildSession& session, const ApplicationStatus& application) {
+  for (const StaleNode& node : application.stale) {
+    if (node.tool.empty()) continue;
+    const std::string problem = session.FindCommandProblem(application.label, node.outputFile);
+    return problem.empty() ? problem : problem + ".";
+  }
+  return {};
+}
+
 std::string VerdictText(const std::string& verdict) {
   if (verdict == "cut") return " is damaged; what follows the damage is treated as not built.";
   const char* const reason = verdict == "other-version"
@@ -94,6 +104,7 @@ int RunStatus(CommandContext& context) {
       return each.path == application.path;
     });
     if (!wanted) continue;
+    if (problem.empty()) problem = ProblemOf(context.Session(), application);
     if (context.Asked().json) {
       document.push_back(ToJson(context, application));
     } else {

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <set>
 
 #include "hosts/frame/BuildInputs.h"
 #include "hosts/frame/ProjectFile.h"
 #include "hosts/frame/ProjectTemplate.h"
 #include "hosts/frame/ProjectTree.h"
+#include "hosts/frame/SharedProducts.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "xml/XmlDamage.h"
@@ -236,27 +238,48 @@ void BuildSession::Prepare() {
   state.Restore();
 }
 
+// All or none, so that two processes never wait for each other.
 bool BuildSession::TryLockBuild() {
-  if (buildLock != nullptr) return true;
-  auto lock = files.TryLock(BuildLockPathOf(projectPath));
+  if (!buildLocks.empty()) return true;
   lockHolder.clear();
-  if (lock) {
-    buildLock = std::move(*lock);
-  } else if (lock.GetError().code == ErrorCode::Busy) {
-    lockHolder = lock.GetError().text;
-    return false;
+  if (lockPaths.empty()) lockPaths = GetLockPaths();
+  std::vector<std::unique_ptr<FileLock>> taken;
+  for (const std::string& path : lockPaths) {
+    auto lock = files.TryLock(path);
+    if (lock) {
+      taken.push_back(std::move(*lock));
+    } else if (lock.GetError().code == ErrorCode::Busy) {
+      lockHolder = lock.GetError().text;
+      return false;
+    }
   }
+  buildLocks = std::move(taken);
   return true;
+}
+
+// In a fixed order. A file that a link leads to is locked where it is.
+std::vector<std::string> BuildSession::GetLockPaths() {
+  std::set<std::string> paths = {BuildLockPathOf(files.ResolveLinks(projectPath))};
+  for (const ApplicationEntry& each : ProjectTree(inspector.GetTree()).GetApplications()) {
+    if (!each.path.empty()) paths.insert(BuildLockPathOf(files.ResolveLinks(each.path)));
+  }
+  return {paths.begin(), paths.end()};
+}
+
+void BuildSession::UnlockBuild() {
+  buildLocks.clear();
+  lockPaths.clear();
 }
 
 bool BuildSession::LockBuild() {
   constexpr std::chrono::milliseconds kBetweenTries(50);
+  const auto isOver = [this] { return stopRequested || (endsLockWait && endsLockWait()); };
   bool isWaiting = false;
   while (!TryLockBuild()) {
     if (!isWaiting && onLockWait) onLockWait(lockHolder);
     isWaiting = true;
-    loop->PumpUntil([this] { return stopRequested.load(); }, kBetweenTries);
-    if (stopRequested) return false;
+    loop->PumpUntil(isOver, kBetweenTries);
+    if (isOver()) return false;
   }
   return true;
 }
@@ -373,11 +396,15 @@ bool BuildSession::RunCommand(std::uint32_t command) {
   return manager.EpilogCommand(command) != 0;
 }
 
-// Two sources with one output would make a program without one of them.
+// Two sources with one output would make a program without one of them, and two applications with
+// one file would be built each time.
 bool BuildSession::RefusesSharedOutputs(const BuildRequest& request) {
   if (request.work == BuildWork::Clean) return false;
   std::vector<LogEntry> errors;
-  for (const std::string& line : SplitLines(inspector.GetSharedOutputs(request.application))) {
+  std::vector<std::string> lines = SplitLines(inspector.GetSharedOutputs(request.application));
+  std::ranges::move(FindSharedProducts(inspector, tools, files, request.application),
+                    std::back_inserter(lines));
+  for (const std::string& line : lines) {
     errors.push_back({LogKind::Error, "error: " + line, line, {}, 0});
     manager.ReportMessage(errors.back().text);
   }
@@ -481,6 +508,7 @@ std::intptr_t BuildSession::OnWorkerEnded(const HostEvent& event) {
 std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
   isOtherProject = true;
   otherProject = path;
+  lockPaths.clear();
   // The server empties its log with the project.
   static_cast<void>(log.Keep());
   log.Forget();
@@ -534,6 +562,17 @@ std::vector<ApplicationStatus> BuildSession::GetStatus(std::string* problem) {
   const std::string status = inspector.GetStatus();
   if (problem != nullptr) *problem = ParseStatusProblem(status);
   return ParseStatus(status);
+}
+
+std::string BuildSession::FindCommandProblem(const std::string& application,
+                                             const std::string& output) {
+  const auto input = ParseXml(inspector.GetToolInput(application, output));
+  if (input == nullptr) return {};
+  const CXmlNode* const values = input->FindChild("#CDATA");
+  const std::vector<std::string> problems = SplitLines(
+      tools.GetCommandProblems(AttributeOf(input.get(), "Tool"), AttributeOf(input.get(), "Files"),
+                               values == nullptr ? "" : values->GetValue()));
+  return problems.empty() ? std::string() : problems.front();
 }
 
 std::vector<ApplicationSummary> BuildSession::GetSummaries() {

@@ -93,16 +93,19 @@ class BuildSession {
     return inspector.PublishFor(static_cast<std::int32_t>(time.count())) != 0;
   }
 
-  // The build lock keeps other processes from building in the project at the same time. Returns
-  // false while another process holds it, which GetLockHolder then names. A project in a folder
-  // that can't be written has no lock. EndWork and KeepState release it.
+  // The build lock keeps other processes from building in the project at the same time, and in
+  // another one that has an application in common with it. Returns false while another process
+  // holds it, which GetLockHolder then names. What is in a folder that can't be written has no
+  // lock. EndWork and KeepState release it.
   bool TryLockBuild();
   const std::string& GetLockHolder() const { return lockHolder; }
-  // Waits for it; false if a stop was requested in the meantime.
+  // Waits for it; false if a stop was requested in the meantime, or if `endsLockWait` says so.
   bool LockBuild();
-  void UnlockBuild() { buildLock.reset(); }
+  void UnlockBuild();
   // Called once for each wait, with the holder, if set.
   std::function<void(const std::string& holder)> onLockWait;
+  // Asked while a wait lasts, whenever the message loop wakes, if set.
+  std::function<bool()> endsLockWait;
 
   // Builds, and keeps what the tools reported also when the build fails or is stopped. `observer`
   // may be null.
@@ -159,6 +162,9 @@ class BuildSession {
   // What is out of date, the host's own reasons included.
   // `problem`, if given, receives why the applications can't be built at all.
   std::vector<ApplicationStatus> GetStatus(std::string* problem = nullptr);
+  // Why the tool that makes this output can't be run, such as an option that it needs and that
+  // isn't set; empty if it can.
+  std::string FindCommandProblem(const std::string& application, const std::string& output);
   // The applications, each with what its tool said of its output; empty where nothing is known.
   std::vector<ApplicationSummary> GetSummaries();
   // The program that a tool needs and that this machine hasn't got; empty when it has all.
@@ -211,6 +217,7 @@ class BuildSession {
   std::intptr_t OnProjectChanged(const std::string& path);
   std::intptr_t OnRunScript(const HostEvent& event);
   bool FollowProject();
+  std::vector<std::string> GetLockPaths();
   std::size_t CountInputs(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
   void WaitForWorker();
@@ -235,7 +242,8 @@ class BuildSession {
 
   SessionScripts scripts;
 
-  std::unique_ptr<FileLock> buildLock;
+  std::vector<std::unique_ptr<FileLock>> buildLocks;  // empty: not locked
+  std::vector<std::string> lockPaths;                 // of the project that is to be locked
   std::string lockHolder;
 
   std::string projectPath;

@@ -178,6 +178,10 @@ class ToolManagerDriver : public COleDispatchDriver {
                               const std::string& options) {
     return InvokeText(100, {tool, files, options});
   }
+  std::string GetCommandProblems(const std::string& tool, const std::string& files,
+                                 const std::string& options) {
+    return InvokeText(112, {tool, files, options});
+  }
   std::string TakeBuildInformation() { return InvokeText(101, {}); }
   void StopTools() { InvokeHelper(102, {}); }
   void ResumeTools() { InvokeHelper(103, {}); }

@@ -73,6 +73,17 @@ bool ClientChannel::HasMessage() const {
   return !messages.empty();
 }
 
+bool ClientChannel::HasRequest(const std::function<bool(const RpcRequest&)>& isWanted) const {
+  const std::lock_guard<std::mutex> hold(lock);
+  for (const Waiting& each : messages) {
+    for (const RpcItem& item : each.message.items) {
+      const auto* request = std::get_if<RpcRequest>(&item);
+      if (request != nullptr && isWanted(*request)) return true;
+    }
+  }
+  return false;
+}
+
 bool ClientChannel::IsFull() const {
   const std::lock_guard<std::mutex> hold(lock);
   return waitingSize > kMaxWaiting;

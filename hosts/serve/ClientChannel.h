@@ -37,6 +37,8 @@ class ClientChannel {
   ~ClientChannel();
 
   bool HasMessage() const;
+  // A request waits to be taken for which `isWanted` holds.
+  bool HasRequest(const std::function<bool(const RpcRequest&)>& isWanted) const;
   // The next message, without the answers in it; never an empty one.
   std::optional<RpcMessage> Take();
   // The client has closed its side; messages may still be left.

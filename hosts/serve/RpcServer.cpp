@@ -48,6 +48,15 @@ bool TakeNames(const json& value, std::vector<std::string>& names) {
   return true;
 }
 
+// The client doesn't want what it has asked for before any more.
+bool AsksForStop(const RpcRequest& request) {
+  if (request.method == "shutdown" || request.method == "exit") return true;
+  if (request.method != "Command" || !request.params.is_structured()) return false;
+  return std::any_of(request.params.begin(), request.params.end(), [](const json& each) {
+    return each.is_number_integer() && each == std::int64_t{kCmdStop};
+  });
+}
+
 }  // namespace
 
 RpcServer::RpcServer(FileSystem& fileSystem, int input, int output)
@@ -199,6 +208,7 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
     return {kRpcFailed, "This installation isn't complete: " + started.GetError().place + ": " +
                             started.GetError().text};
   }
+  session->SetWaitEnd([this] { return channel.HasRequest(AsksForStop); });
   if (given[3] == true) session->AcceptAllDamage();
   session->onDamaged = [this] {
     channel.Send(

@@ -90,6 +90,9 @@ void ServedSession::AnswerMessages() {
     return std::intptr_t{1};
   });
   session.Scripts().onLine = [this](const std::string& line) { TellLine(line); };
+  session.onLockWait = [this](const std::string& holder) {
+    TellLine("Waiting for another build of this project (" + holder + ").");
+  };
   session.Scripts().runBuild = [this](const BuildRequest& request) {
     return BuildForScript(request);
   };
@@ -140,7 +143,7 @@ void ServedSession::OnRunScript(const HostEvent& event) {
   if (stopper.IsStopped()) return;
   const bool isInner = session.Scripts().IsRunning();
   if (!isInner && !isBuilding) {
-    PrepareBuild();
+    if (!PrepareBuild()) return;
     BeginWork();
   }
   const ScriptOutcome ended = session.Scripts().Run(event.text, "");
@@ -158,8 +161,7 @@ void ServedSession::UnlockUnlessBuilding() {
 }
 
 BuildOutcome ServedSession::BuildForScript(const BuildRequest& request) {
-  if (isBuilding || stopper.IsStopped()) return {};
-  PrepareBuild();
+  if (isBuilding || stopper.IsStopped() || !PrepareBuild()) return {};
   const BuildOutcome outcome = session.Run(request, nullptr);
   mustKeep = false;  // it is kept
   return outcome;
@@ -183,7 +185,10 @@ DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Var
   if ((isCommand || method.name == "PrologCommand") && !arguments.empty()) {
     command = static_cast<std::uint32_t>(arguments.front().AsLong());
   }
-  if (buildsHere || IsBuildCommand(command)) PrepareBuild();
+  if ((buildsHere || IsBuildCommand(command)) && !PrepareBuild()) {
+    result = Variant(std::int32_t{0});
+    return {};
+  }
   if ((isCommand || buildsHere) && !isBuilding) BeginWork();
   if (IsBuildCommand(command) && !isBuilding) isWhole = IsWhole(command);
   const DispatchPtr manager(session.Manager().GetDispatch());
@@ -216,15 +221,18 @@ void ServedSession::BeginWork() {
   stopper.Confirm();
 }
 
-void ServedSession::PrepareBuild() {
-  if (isBuilding || !hasProject || !session.LockBuild()) return;
-  if (isPrepared && !session.State().IsOutdated()) return;
+// False if the client or the end of the session has ended the wait for another build.
+bool ServedSession::PrepareBuild() {
+  if (isBuilding || !hasProject) return true;
+  if (!session.LockBuild()) return false;
+  if (isPrepared && !session.State().IsOutdated()) return true;
   isPrepared = true;
   // Handing the records over walks through the applications; the user's own choice stays.
   const std::string chosen = currentPath;
   session.Prepare();
-  if (chosen.empty() || chosen == currentPath) return;
+  if (chosen.empty() || chosen == currentPath) return true;
   session.Inspector().SelectNodeByKey(chosen, session.Manager().GetSelectedApplication());
+  return true;
 }
 
 // Whether the call has started a worker; one that has ended already was noticed by its message.
@@ -275,8 +283,7 @@ void ServedSession::CarryOut(std::uint32_t command) {
     session.Manager().Command(command);
     return;
   }
-  if (isBuilding) return;
-  PrepareBuild();
+  if (isBuilding || !PrepareBuild()) return;
   if (session.Manager().PrologCommand(command) == 0) return;
   BeginWork();
   isWhole = IsWhole(command);

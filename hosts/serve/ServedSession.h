@@ -51,6 +51,11 @@ class ServedSession {
   void AcceptAllDamage() { session.AcceptAllDamage(); }
   // Called with each project that was opened with damage.
   std::function<void()> onDamaged;
+  // Ends the wait for another process that builds the project: the build that was to follow is
+  // refused. Asked as messages come.
+  void SetWaitEnd(std::function<bool()> isWaitOver) {
+    session.endsLockWait = std::move(isWaitOver);
+  }
   // The methods that a client may call.
   std::vector<MethodInfo> GetMethods();
   DispatchResult Call(const MethodInfo& method, std::span<const Variant> arguments,
@@ -76,7 +81,7 @@ class ServedSession {
   void OnRunScript(const HostEvent& event);
   BuildOutcome BuildForScript(const BuildRequest& request);
   void TellLine(const std::string& line);
-  void PrepareBuild();
+  bool PrepareBuild();
   void BeginWork();
   void KeepResults();
   void TellGaps();

@@ -9,6 +9,7 @@
 #include "automation/NodeSearch.h"
 #include "automation/TargetList.h"
 #include "build/ApplicationOrder.h"
+#include "build/OutputIndex.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
@@ -269,12 +270,20 @@ std::string CProjectInspector::GetSharedOutputs(const char* application) {
   std::string lines;
   if (model == nullptr) return lines;
   const CXmlNode* const only = wanted.empty() ? nullptr : FindApplication(*model, wanted);
+  const auto isWanted = [&](const CXmlNode& node) { return wanted.empty() || &node == only; };
+  const auto add = [&](const SharedOutput& each) {
+    if (!each.isSameSource) lines += DescribeSharedOutput(each) + "\n";
+  };
+  std::vector<CXmlNode*> applications;
   ForEachApplication(*model, [&](CXmlNode& node) {
-    if (!wanted.empty() && &node != only) return;
-    for (const SharedOutput& each : model->FindSharedOutputs(node)) {
-      if (!each.isSameSource) lines += DescribeSharedOutput(each) + "\n";
-    }
+    applications.push_back(&node);
+    if (!isWanted(node)) return;
+    for (const SharedOutput& each : model->FindSharedOutputs(node)) add(each);
   });
+  FindOutputsOfSeveral(
+      applications, [&](const CXmlNode& first, const CXmlNode& second, const SharedOutput& each) {
+        if (isWanted(first) || isWanted(second)) add(each);
+      });
   return lines;
 }
 

@@ -24,17 +24,6 @@ bool HoldsOutput(const CXmlNode& node) {
   return false;
 }
 
-// A tool runs for the node in a build of the application.
-bool IsBuilt(const CXmlNode& node, const CXmlNode& application) {
-  const char* tool = node.GetAttrValue("TranslateTool");
-  if (tool == nullptr || *tool == '\0') return false;
-  for (const CXmlNode* level = &node; level != nullptr; level = level->GetParent()) {
-    if (IsExactlyYes(*level, "Exclude")) return false;
-    if (level == &application) return true;
-  }
-  return true;
-}
-
 // Returns whether several nodes have one output. Cheaper than an index, and nearly always false.
 bool HasSharedOutput(const CXmlNode& node, std::unordered_set<std::string_view>& seen) {
   const char* output = node.GetAttrValue("OutputFile");

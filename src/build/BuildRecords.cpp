@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -11,7 +12,7 @@ StateVerdict BuildRecords::OpenJournal(const std::string& path,
   if (IsJournalCurrent(path)) return verdict_;
   // What tools reported before there was a journal belongs into it.
   if (journal_.empty() && store_.GetCount() > 0) return TakeOverJournal(path, projectFileName);
-  bound_.clear();
+  WithdrawAll();
   shadows_.Clear();
   journal_ = path;
   projectFileName_ = projectFileName;
@@ -39,6 +40,15 @@ StateVerdict BuildRecords::TakeOverJournal(const std::string& path,
   if (!replaced) problem_ = path + ": " + replaced.GetError().text;
   journalStatus_ = files_.Examine(path);
   return verdict_;
+}
+
+// What a node was made from is in the other journal, or nowhere: another process failed on it, or
+// the file was lost. Its output must not be judged by times alone then.
+void BuildRecords::WithdrawAll() {
+  for (auto& [node, bound] : bound_) {
+    if (!bound.withdrawn) bound.withdrawn = {StaleReason::NeverBuilt, {}};
+    bound.record = BuildRecordStore::kNone;
+  }
 }
 
 void BuildRecords::CloseJournal() {
@@ -79,6 +89,8 @@ void BuildRecords::CompactJournal() {
   auto key = keys.begin();
   for (auto& [node, bound] : bound_) {
     bound.record = store_.Find(key->first, key->second);
+    const bool isLost = bound.record == BuildRecordStore::kNone && !bound.withdrawn;
+    if (isLost) bound.withdrawn = {StaleReason::NeverBuilt, {}};
     ++key;
   }
 }
@@ -95,6 +107,9 @@ RunSnapshot BuildRecords::BeginRun(const CXmlNode& node, std::string_view applic
   if (before == BuildRecordStore::kNone) return snapshot;
   for (const BuildRecord::Number input : store_.Get(before).inputs) {
     snapshot.AddInput(store_.PathOf(input), !store_.Version(input).IsSettled());
+  }
+  for (const BuildRecord::Number path : store_.Get(before).passedOver) {
+    snapshot.AddInput(store_.Text(path), false);
   }
   return snapshot;
 }
@@ -128,7 +143,7 @@ void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
 
   BuildRecord record;
   record.application = store_.Intern(run.application);
-  record.output = store_.AddVersion(run.output, *output, 0);
+  record.output = store_.AddVersion(run.output, *output, run.snapshot.GetOutputHash());
   record.infos = store_.Intern(report.infos);
   record.date = store_.Intern(report.date);
   record.search = store_.Intern(report.search);
@@ -138,51 +153,60 @@ void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
   record.programs =
       static_cast<BuildRecord::Number>(report.programs.size() + report.products.size());
   record.inputs.reserve(record.sources + report.dependencies.size() + record.programs);
-  for (const std::string& path : run.sources) record.inputs.push_back(AddInput(run, path));
-  for (const std::string& path : report.dependencies) record.inputs.push_back(AddInput(run, path));
-  for (const std::string& path : report.programs) record.inputs.push_back(AddProgram(path));
-  for (const std::string& path : report.products) record.inputs.push_back(AddProduct(path));
-  shadows_.Complete(record);
-  bound_[&node] = {store_.Put(std::move(record)), {}};
+  PathChanges changes = run.snapshot.WatchPaths(files_, RootsOf(run, report));
+  for (const std::string& path : run.sources) AddInput(record, run, path, changes);
+  for (const std::string& path : report.dependencies) AddInput(record, run, path, changes);
+  for (const std::string& path : report.programs) AddProgram(record, run, path, changes);
+  for (const std::string& path : report.products) AddProduct(record, path);
+  shadows_.Complete(record, [&](const std::string& path) {
+    return !run.snapshot.Settle(files_, path, changes).isSettled;
+  });
+  bound_[&node] = {store_.Put(std::move(record)), {}, 0};
   WriteJournal();
 }
 
+// The folders in which files are looked for by name.
+std::vector<std::string> BuildRecords::RootsOf(const Run& run, const BuildReport& report) const {
+  std::vector<std::string> roots = SplitQuotedList(report.search);
+  roots.push_back(FolderOf(run.application));
+  if (!journal_.empty()) roots.push_back(FolderOf(journal_));
+  for (const std::string& program : report.programs) roots.push_back(FolderOf(program));
+  return roots;
+}
+
 // A version that is known with its hash is not read again, however many outputs are made from it.
-BuildRecord::Number BuildRecords::AddInput(const Run& run, const std::string& path) {
-  const RunSnapshot::Settled settled = run.snapshot.Settle(files_, path);
+void BuildRecords::AddInput(BuildRecord& record, const Run& run, const std::string& path,
+                            PathChanges& changes) {
+  const RunSnapshot::Settled settled = run.snapshot.Settle(files_, path, changes);
   if (!settled.exists || !settled.isSettled) {
-    return store_.AddVersion(path, FileVersion::Unsettled(), 0);
+    record.inputs.push_back(store_.AddVersion(path, FileVersion::Unsettled(), 0));
+    return;
   }
   const FileVersion* const known = store_.FindLatest(path);
   const bool isKnown = known != nullptr && IsSameVersion(known->status, settled.status) &&
                        known->status.changed == settled.status.changed;
-  if (isKnown) return store_.AddVersion(path, known->status, known->hash);
-  return store_.AddVersion(path, settled.status, ContentHash(path, settled));
-}
-
-// Distinguishes a later change of the file's mode or links from one of its content. 0 if the file
-// was touched meanwhile.
-std::uint64_t BuildRecords::ContentHash(const std::string& path,
-                                        const RunSnapshot::Settled& settled) {
-  if (settled.hash != 0) return settled.hash;
-  const std::uint64_t hash = HashFile(files_, path);
-  const std::optional<FileStatus> after = files_.Examine(path);
-  const bool isSame =
-      after && IsSameVersion(*after, settled.status) && after->changed == settled.status.changed;
-  return isSame ? hash : 0;
+  const std::uint64_t hash = isKnown             ? known->hash
+                             : settled.hash != 0 ? settled.hash
+                                                 : HashVersion(files_, path, settled.status);
+  record.inputs.push_back(store_.AddVersion(path, settled.status, hash));
 }
 
 // A compiler counts by its path, size and time alone: reading it would take longer than it is
 // worth.
-BuildRecord::Number BuildRecords::AddProgram(const std::string& path) {
-  std::optional<FileStatus> status = files_.Examine(path);
-  if (status) status->changed = 0;
-  return store_.AddVersion(path, status.value_or(FileVersion::Unsettled()), 0);
+void BuildRecords::AddProgram(BuildRecord& record, const Run& run, const std::string& path,
+                              PathChanges& changes) {
+  RunSnapshot::Settled settled = run.snapshot.Settle(files_, path, changes);
+  settled.status.changed = 0;
+  const bool isKnown = settled.exists && settled.isSettled;
+  record.inputs.push_back(
+      store_.AddVersion(path, isKnown ? settled.status : FileVersion::Unsettled(), 0));
 }
 
-BuildRecord::Number BuildRecords::AddProduct(const std::string& path) {
+void BuildRecords::AddProduct(BuildRecord& record, const std::string& path) {
   const std::optional<FileStatus> status = files_.Examine(path);
-  return store_.AddVersion(path, status.value_or(FileVersion::Unsettled()), 0);
+  record.inputs.push_back(status
+                              ? store_.AddVersion(path, *status, HashVersion(files_, path, *status))
+                              : store_.AddVersion(path, FileVersion::Unsettled(), 0));
 }
 
 const BuildRecord* BuildRecords::Restore(const CXmlNode& node, std::string_view application,
@@ -227,16 +251,16 @@ void BuildRecords::ForgetAll() {
   ended_.clear();
 }
 
+// What could not be written is tried again, and stays a problem until it is.
 void BuildRecords::WriteJournal() {
-  if (journal_.empty()) return;
+  if (journal_.empty() || (!store_.HasNews() && problem_.empty())) return;
   const Status written = AppendNews();
   problem_ = written ? std::string() : journal_ + ": " + written.GetError().text;
 }
 
 Status BuildRecords::AppendNews() {
-  if (!store_.HasNews()) return {};
   const std::size_t end = store_.GetJournalLength();
-  if (end != 0 && journalStatus_) {
+  if (end != 0 && journalStatus_ && problem_.empty()) {
     const Status appended =
         files_.WriteTail(journal_, journalStatus_->size, end, store_.TakeNews());
     journalStatus_ = files_.Examine(journal_);

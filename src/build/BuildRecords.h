@@ -46,9 +46,9 @@ class BuildRecords {
 
   // --- The journal ---
 
-  // Reads the journal at `path` and appends to it from now on. Nodes bound before are not any more,
-  // unless it is the journal that is open already, or the first one.
-  // Cut: what stands after the damage is not known.
+  // Reads the journal at `path` and appends to it from now on. Unless it is the journal that is
+  // open already, or the first one, the records of nodes are withdrawn until Restore finds them in
+  // it. Cut: what stands after the damage is not known.
   StateVerdict OpenJournal(const std::string& path, const std::string& projectFileName);
   // Nothing is written any more, and nothing is known.
   void CloseJournal();
@@ -113,11 +113,13 @@ class BuildRecords {
     RunSnapshot snapshot;
   };
 
-  BuildRecord::Number AddInput(const Run& run, const std::string& path);
-  BuildRecord::Number AddProgram(const std::string& path);
-  BuildRecord::Number AddProduct(const std::string& path);
-  std::uint64_t ContentHash(const std::string& path, const RunSnapshot::Settled& settled);
+  std::vector<std::string> RootsOf(const Run& run, const BuildReport& report) const;
+  void AddInput(BuildRecord& record, const Run& run, const std::string& path, PathChanges& changes);
+  void AddProgram(BuildRecord& record, const Run& run, const std::string& path,
+                  PathChanges& changes);
+  void AddProduct(BuildRecord& record, const std::string& path);
   Status AppendNews();
+  void WithdrawAll();
   StateVerdict TakeOverJournal(const std::string& path, const std::string& projectFileName);
 
   FileSystem& files_;

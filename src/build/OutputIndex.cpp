@@ -1,5 +1,6 @@
 #include "build/OutputIndex.h"
 
+#include "build/Staleness.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -44,6 +45,51 @@ void OutputIndex::AddOutput(CXmlNode& node, const char* outputFile) {
     if (!exactNodes.empty()) exactNodes[outputFile] = &node;
   }
   entry->second = &node;
+}
+
+bool IsBuilt(const CXmlNode& node, const CXmlNode& application) {
+  const char* tool = node.GetAttrValue("TranslateTool");
+  if (tool == nullptr || *tool == '\0') return false;
+  for (const CXmlNode* level = &node; level != nullptr; level = level->GetParent()) {
+    if (IsExactlyYes(*level, "Exclude")) return false;
+    if (level == &application) return true;
+  }
+  return true;
+}
+
+namespace {
+
+struct OutputOwner {
+  const CXmlNode* node = nullptr;
+  const CXmlNode* application = nullptr;
+};
+
+void FindOutputsOfSeveral(const CXmlNode& node, const CXmlNode& application,
+                          std::unordered_map<std::string_view, OutputOwner>& owners,
+                          const OnSharedOutput& onShared) {
+  const char* const output = node.GetAttrValue("OutputFile");
+  if (output != nullptr && *output != '\0' && IsBuilt(node, application)) {
+    const OutputOwner& owner = owners.try_emplace(output, &node, &application).first->second;
+    if (owner.application != &application) {
+      const bool isSameSource =
+          TextOf(node.GetAttrValue("Path")) == TextOf(owner.node->GetAttrValue("Path"));
+      onShared(*owner.application, application, {owner.node, &node, isSameSource});
+    }
+  }
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    const CXmlNode& child = *node.GetChild(i);
+    if (IsContentNode(child)) FindOutputsOfSeveral(child, application, owners, onShared);
+  }
+}
+
+}  // namespace
+
+void FindOutputsOfSeveral(const std::vector<CXmlNode*>& applications,
+                          const OnSharedOutput& onShared) {
+  std::unordered_map<std::string_view, OutputOwner> owners;
+  for (const CXmlNode* each : applications) {
+    FindOutputsOfSeveral(*each, *each, owners, onShared);
+  }
 }
 
 std::string DescribeSharedOutput(const SharedOutput& shared) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -10,7 +11,7 @@
 
 namespace tarn {
 
-// Two nodes of an application that are built into one output, in document order.
+// Two nodes that are built into one output, in document order.
 struct SharedOutput {
   const CXmlNode* first = nullptr;
   const CXmlNode* second = nullptr;
@@ -44,6 +45,16 @@ class OutputIndex {
   std::unordered_map<std::string, CXmlNode*> exactNodes;  // those that differ in case alone
   std::vector<Pair> shared;
 };
+
+// Calls `onShared` for each two nodes of different applications that have one output: a build of
+// the one replaces what the other made, and none of both stays up to date.
+using OnSharedOutput =
+    std::function<void(const CXmlNode& first, const CXmlNode& second, const SharedOutput& shared)>;
+void FindOutputsOfSeveral(const std::vector<CXmlNode*>& applications,
+                          const OnSharedOutput& onShared);
+
+// Returns whether a tool runs for the node in a build of the application.
+bool IsBuilt(const CXmlNode& node, const CXmlNode& application);
 
 // What is wrong with two sources that have one output, as one line.
 std::string DescribeSharedOutput(const SharedOutput& shared);

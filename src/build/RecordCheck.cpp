@@ -22,8 +22,7 @@ StaleVerdict RecordCheck::GetWithdrawn(const CXmlNode& node) {
 }
 
 bool RecordCheck::HasRecord(const CXmlNode& node) {
-  const BuildRecords::Bound* const bound = records_.Find(node);
-  return bound != nullptr && bound->record != BuildRecordStore::kNone;
+  return records_.Find(node) != nullptr;
 }
 
 const BuildRecord* RecordCheck::FindVerified(const CXmlNode& node) {

@@ -29,6 +29,7 @@ class RecordCheck {
 
   // The record of a node whose command is known to hold; null otherwise.
   const BuildRecord* FindVerified(const CXmlNode& node);
+  // Also if the record was withdrawn.
   bool HasRecord(const CXmlNode& node);
   // No header can have come that would be included in place of one that was read.
   bool AreFoldersUnchanged(const BuildRecord& record);

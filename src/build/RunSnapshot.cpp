@@ -9,8 +9,6 @@ namespace tarn {
 namespace {
 
 constexpr std::int64_t kClockTolerance = 1'000'000'000;  // nanoseconds
-// How far a stamp may be ahead of the clock: some kernels stamp finer than its ticks.
-constexpr std::int64_t kTick = 20'000'000;  // nanoseconds
 
 bool IsUntouched(const FileStatus& before, const FileStatus& after) {
   return IsSameVersion(before, after) && before.changed == after.changed;
@@ -23,6 +21,12 @@ std::uint64_t HashFile(FileSystem& files, const std::string& path) {
   if (!bytes) return 0;
   const std::uint64_t hash = HashBytes(*bytes);
   return hash == 0 ? 1 : hash;
+}
+
+std::uint64_t HashVersion(FileSystem& files, const std::string& path, const FileStatus& status) {
+  const std::uint64_t hash = HashFile(files, path);
+  const std::optional<FileStatus> after = files.Examine(path);
+  return after && IsUntouched(status, *after) ? hash : 0;
 }
 
 void RunSnapshot::AddInput(std::string_view path, bool isDoubtful) {
@@ -65,31 +69,40 @@ void RunSnapshot::TakeAfter(FileSystem& files) {
   const auto found = ExamineInputs(files);
   for (std::size_t i = 0; i < inputs_.size(); ++i) inputs_[i].after = found[i];
   if (!output_.empty()) outputStatus_ = files.Examine(output_);
-  end_ = files.Clock();
+  if (outputStatus_) outputHash_ = HashVersion(files, output_, *outputStatus_);
+  const std::int64_t end = files.Clock();
   const std::chrono::nanoseconds passed = std::chrono::steady_clock::now() - steadyStart_;
-  isClockMoved_ = start_ != 0 && std::llabs(end_ - start_ - passed.count()) > kClockTolerance;
+  isClockMoved_ = start_ != 0 && std::llabs(end - start_ - passed.count()) > kClockTolerance;
 }
 
-// A stamp from the future was made before the clock was set back, or by a change before the run.
-bool RunSnapshot::MayHaveChanged(const FileStatus& status, std::int64_t now) const {
-  if (status.changed == 0 || start_ == 0) return false;  // nothing is known of either
-  return isClockMoved_ || (status.changed >= start_ && status.changed <= now + kTick);
+// There is no upper bound: stamps may be ahead of the clock, by some of its ticks or because
+// another machine made them.
+bool RunSnapshot::MayHaveChanged(std::int64_t changed) const {
+  if (changed == 0 || start_ == 0) return false;  // nothing is known of either
+  return isClockMoved_ || changed >= start_;
 }
 
-RunSnapshot::Settled RunSnapshot::Settle(FileSystem& files, const std::string& path) const {
+PathChanges RunSnapshot::WatchPaths(FileSystem& files, std::vector<std::string> roots) const {
+  return {files, std::move(roots), output_,
+          [this](std::int64_t changed) { return MayHaveChanged(changed); }};
+}
+
+RunSnapshot::Settled RunSnapshot::Settle(FileSystem& files, const std::string& path,
+                                         PathChanges& changes) const {
   const auto place = places_.find(path);
   const Input* const input = place == places_.end() ? nullptr : &inputs_[place->second];
   const std::optional<FileStatus> after = input != nullptr ? input->after : files.Examine(path);
   if (!after) return {};
-  Settled settled{*after, true, true, 0};
-  if (input == nullptr || !input->before) {
-    settled.isSettled = !MayHaveChanged(*after, input == nullptr ? files.Clock() : end_);
-    if (!settled.isSettled) settled.hash = HashFile(files, path);
+  Settled settled{*after, true, false, 0};
+  if (input == nullptr) {
+    settled.isSettled = !MayHaveChanged(after->changed) && !changes.MayHaveChanged(path);
     return settled;
   }
-  if (IsUntouched(*input->before, *after) && !MayHaveChanged(*after, end_)) return settled;
+  if (!input->before) return settled;  // it came during the run
+  settled.isSettled = IsUntouched(*input->before, *after) && !MayHaveChanged(after->changed);
+  if (settled.isSettled || input->hashBefore == 0) return settled;
   settled.hash = HashFile(files, path);
-  settled.isSettled = input->hashBefore != 0 && settled.hash == input->hashBefore;
+  settled.isSettled = settled.hash == input->hashBefore;
   return settled;
 }
 

@@ -68,18 +68,21 @@ const ShadowCheck::Listing* ShadowCheck::List(const std::string& folder) {
 }
 
 // Watches the folder of the file, or the deepest one above it that there is: that one changes when
-// the next is made.
+// the next is made. A link that leads nowhere is watched itself, and looked at every time: what it
+// leads to may be made anywhere.
 bool ShadowCheck::IsThere(const std::string& path, std::unordered_set<std::string>& watched) {
-  std::string folder = FolderOf(path);
+  const std::string folder = FolderOf(path);
+  if (folder.empty() || folder == path) return false;
   const bool isListed = watched.contains(folder) && listings_[folder];
-  if (const Listing* const listing = isListed ? &*listings_[folder] : List(folder)) {
-    watched.insert(folder);
-    return listing->names.contains(FileNameOf(path)) && files_.Examine(path).has_value();
+  const Listing* const listing = isListed ? &*listings_[folder] : List(folder);
+  if (listing == nullptr) {
+    IsThere(folder, watched);
+    return false;
   }
-  while (!folder.empty() && FolderOf(folder) != folder && !files_.ExamineFolder(folder)) {
-    folder = FolderOf(folder);
-  }
-  if (!folder.empty()) watched.insert(folder);
+  watched.insert(folder);
+  if (!listing->names.contains(FileNameOf(path))) return false;
+  if (files_.Examine(path)) return true;
+  if (!files_.IsFolder(path)) watched.insert(path);
   return false;
 }
 
@@ -101,23 +104,28 @@ ShadowCheck::Strings ShadowCheck::FindCandidates(const BuildRecord& record,
   return candidates;
 }
 
-// A folder that changes just now is not known for good: it is looked into again the next time.
+// As they were when the names were looked for. A folder that changes just now is not known for
+// good: it is looked into again the next time.
 BuildRecord::Number ShadowCheck::AddFolderSet(const std::unordered_set<std::string>& watched) {
   std::vector<BuildRecord::Number> versions;
   for (const std::string& folder : watched) {
-    const std::optional<FileStatus> status = files_.ExamineFolder(folder);
-    const bool isSettled = status && status->changed < files_.Clock();
+    const auto known = listings_.find(folder);
+    const bool isSettled = known != listings_.end() && known->second && known->second->isSettled;
     versions.push_back(
-        store_.AddVersion(folder, isSettled ? *status : FileVersion::Unsettled(), 0));
+        store_.AddVersion(folder, isSettled ? known->second->status : FileVersion::Unsettled(), 0));
   }
   return store_.AddFolders(std::move(versions));
 }
 
-void ShadowCheck::Complete(BuildRecord& record) {
+void ShadowCheck::Complete(BuildRecord& record,
+                           const std::function<bool(const std::string&)>& mayBeNew) {
   if (store_.Text(record.search).empty()) return;
   std::unordered_set<std::string> watched;
   for (const std::string& path : FindCandidates(record, watched)) {
     record.passedOver.push_back(store_.Intern(path));
+    if (!mayBeNew(path)) continue;
+    record.inputs.push_back(store_.AddVersion(path, FileVersion::Unsettled(), 0));
+    ++record.programs;
   }
   record.folders = AddFolderSet(watched);
 }
@@ -128,7 +136,7 @@ bool ShadowCheck::AreUnchanged(const BuildRecord& record) {
   for (const BuildRecord::Number each : store_.Folders(record.folders)) {
     const auto now = files_.ExamineFolder(std::string(store_.PathOf(each)));
     place->second = place->second && now && store_.Version(each).IsSettled() &&
-                    IsSameVersion(store_.Version(each).status, *now);
+                    store_.Version(each).IsCertainly(*now);
   }
   return place->second;
 }

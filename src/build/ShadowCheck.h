@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,8 +27,9 @@ class ShadowCheck {
  public:
   ShadowCheck(FileSystem& disk, BuildRecordStore& store) : files_(disk), store_(store) {}
 
-  // Fills in the folders of a new record, and the files that its tool passed over.
-  void Complete(BuildRecord& record);
+  // Fills in the folders of a new record, and the files that its tool passed over. Of one that may
+  // have come while the tool ran, by `mayBeNew`, that isn't certain: the record doesn't hold then.
+  void Complete(BuildRecord& record, const std::function<bool(const std::string&)>& mayBeNew);
   // No folder of the record has gained or lost an entry.
   bool AreUnchanged(const BuildRecord& record);
   // Returns the file that shadows another, or an empty string. Folders that changed without such a

@@ -21,6 +21,8 @@ struct Folder {
   Folder() {
     char name[] = "/tmp/tarn-snapshot-XXXXXX";
     path = mkdtemp(name);
+    for (const char* each : {"real", "real2"}) fs::create_directories(In(each));
+    fs::create_directory_symlink("real", In("in"));
   }
   ~Folder() { fs::remove_all(path); }
   std::string In(const std::string& name) const { return path + "/" + name; }
@@ -53,13 +55,27 @@ struct Row {
 
 TEST(RunSnapshot, AFileIsSettledOnlyIfTheToolMustHaveReadItAsItIs) {
   const auto nothing = [](const Folder&) {};
-  const auto save = [](const Folder& f) { f.Write("a.h", "two"); };
-  const auto saveSame = [](const Folder& f) { f.Write("a.h", "one"); };
+  const auto save = [](const Folder& f) { f.Write("in/a.h", "two"); };
+  const auto saveSame = [](const Folder& f) { f.Write("in/a.h", "one"); };
   const auto saveOld = [](const Folder& f) {
-    f.Write("a.h", "two");
-    SetTime(f.In("a.h"), 1000);
+    f.Write("in/a.h", "two");
+    SetTime(f.In("in/a.h"), 1000);
   };
-  const auto fromFuture = [](const Folder& f) { SetTime(f.In("a.h"), 4000000000); };
+  const auto fromFuture = [](const Folder& f) { SetTime(f.In("in/a.h"), 4000000000); };
+  // A folder and a link are exchanged for others, in which the file is an old one.
+  const auto swapFolder = [](const Folder& f) {
+    fs::rename(f.In("real"), f.In("old"));
+    fs::rename(f.In("real2"), f.In("real"));
+  };
+  const auto swapLink = [](const Folder& f) {
+    fs::remove(f.In("in"));
+    fs::create_directory_symlink("real2", f.In("in"));
+  };
+  const auto linkFile = [](const Folder& f) {
+    fs::remove(f.In("real/a.h"));
+    fs::create_symlink("../real2/a.h", f.In("real/a.h"));
+  };
+  const auto writeOther = [](const Folder& f) { f.Write("b.o", "other"); };
   const Row rows[] = {
       {"untouched", nothing, nothing, true, false, true},
       {"untouched and found by the tool", nothing, nothing, false, false, true},
@@ -69,6 +85,11 @@ TEST(RunSnapshot, AFileIsSettledOnlyIfTheToolMustHaveReadItAsItIs) {
       {"saved while compiling, found by the tool", nothing, save, false, false, false},
       {"an older file put in place while compiling", nothing, saveOld, true, false, false},
       {"the same with a file that the tool found", nothing, saveOld, false, false, false},
+      {"folder exchanged", nothing, swapFolder, true, false, false},
+      {"folder exchanged, found by the tool", nothing, swapFolder, false, false, false},
+      {"link exchanged, found by the tool", nothing, swapLink, false, false, false},
+      {"file replaced by a link, found by the tool", nothing, linkFile, false, false, false},
+      {"another output comes into a folder above", nothing, writeOther, false, false, true},
       {"saved with the same content, not read before", nothing, saveSame, true, false, false},
       {"saved with the same content, doubtful before", nothing, saveSame, true, true, true},
       {"saved with other content, doubtful before", nothing, save, true, true, false},
@@ -76,22 +97,24 @@ TEST(RunSnapshot, AFileIsSettledOnlyIfTheToolMustHaveReadItAsItIs) {
   FileSystem& files = FileSystem::Native();
   for (const Row& row : rows) {
     const Folder folder;
-    folder.Write("a.h", "one");
+    folder.Write("in/a.h", "one");
+    folder.Write("real2/a.h", "two");
     row.before(folder);
-    PassATick(folder.In("a.h"));
+    PassATick(folder.In("in/a.h"));
     RunSnapshot snapshot;
-    if (row.isKnown) snapshot.AddInput(folder.In("a.h"), row.isDoubtful);
+    if (row.isKnown) snapshot.AddInput(folder.In("in/a.h"), row.isDoubtful);
     snapshot.TakeBefore(files);
-    PassATick(folder.In("a.h"));
+    PassATick(folder.In("in/a.h"));
     row.during(folder);
     folder.Write("a.o", "output");
     snapshot.SetOutput(folder.In("a.o"));
     snapshot.TakeAfter(files);
-    const RunSnapshot::Settled settled = snapshot.Settle(files, folder.In("a.h"));
+    PathChanges changes = snapshot.WatchPaths(files, {folder.path});
+    const RunSnapshot::Settled settled = snapshot.Settle(files, folder.In("in/a.h"), changes);
     EXPECT_TRUE(settled.exists) << row.name;
     EXPECT_EQ(settled.isSettled, row.isSettled) << row.name;
     EXPECT_TRUE(snapshot.GetOutputStatus().has_value()) << row.name;
-    EXPECT_FALSE(snapshot.Settle(files, folder.In("none.h")).exists) << row.name;
+    EXPECT_FALSE(snapshot.Settle(files, folder.In("none.h"), changes).exists) << row.name;
   }
 }
 

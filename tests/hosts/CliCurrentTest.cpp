@@ -93,8 +93,24 @@ const Row kRows[] = {
     {"the compiler is replaced",
      [](CliProject& p) { p.AddProgram("gcc", "#!/bin/sh\nexec /usr/bin/gcc \"$@\"\n"); },
      "a.c b.c c.c x.c app"},
-    {"modes change", [](CliProject& p) { fs::permissions(p.PathOf(kC), fs::perms::owner_all); },
+    {"modes change",
+     [](CliProject& p) {
+       for (const char* each : {kC, kObject, "build/Standard/app", "build/Standard/app.map"}) {
+         fs::permissions(p.PathOf(each), fs::perms::owner_all);
+       }
+     },
      ""},
+    {"an output gets another name as well",
+     [](CliProject& p) { fs::create_hard_link(p.PathOf(kObject), p.PathOf("keep.o")); }, ""},
+    {"a link that led nowhere leads to a header that is found before another",
+     [](CliProject& p) { Edit(p, "ext/y.h", "#define Y 3\n"); }, "x.c app"},
+    {"a folder gets its old time back after a header came",
+     [](CliProject& p) {
+       const auto time = TimeOf(p, "inc1/deep");
+       Edit(p, "inc1/deep/x.h", "#define X 2\n");
+       fs::last_write_time(p.PathOf("inc1/deep"), time);
+     },
+     "x.c app"},
     {"a launcher is set",
      [](CliProject& p) {
        p.Out({"options", "set", "Build.Launcher", "env"});
@@ -124,6 +140,8 @@ TEST(CliCurrent, WhatChangedIsBuiltOnceAndNothingElse) {
     project.Write("one.h", "#define Y 1\n");
     project.Write("two.h", "#define Y 2\n");
     fs::create_symlink("../one.h", project.PathOf("inc2/link.h"));
+    fs::create_directories(project.PathOf("ext"));
+    fs::create_symlink("../ext/y.h", project.PathOf("inc1/link.h"));
     project.Write("src/x.c",
                   "#include <deep/x.h>\n#include <link.h>\nint x(void) { return X + Y; }\n");
     project.Write("link.ld", "PROVIDE(two = 1);\nSECTIONS { } INSERT AFTER .text;\n");
@@ -138,17 +156,40 @@ TEST(CliCurrent, WhatChangedIsBuiltOnceAndNothingElse) {
   }
 }
 
-// Saved while the compiler runs: it has read the old text, and the object is newer than the new
-// one.
-TEST(CliCurrent, ASourceThatIsSavedWhileItIsCompiledIsCompiledAgain) {
-  CliProject project;
-  project.AddProgram("gcc",
-                     "#!/bin/sh\n/usr/bin/gcc \"$@\" || exit 1\n[ -e \"$TMPDIR/saved\" ] ||\n"
-                     "case \"$*\" in *c.c*) echo 'int c(void) { return 8; }' > src/c.c;\n"
-                     "touch \"$TMPDIR/saved\" ;; esac\n");
-  EXPECT_EQ(Built(project.Out({"build"})), "a.c b.c c.c app");
-  EXPECT_EQ(Built(project.Out({"build"})), "c.c app");
-  EXPECT_EQ(Built(project.Out({"build"})), "");
+// What it did is older than the object: only what was there before the compiler ran tells.
+TEST(CliCurrent, WhatChangesWhileACompilerRunsIsCompiledAgain) {
+  struct {
+    const char* name;
+    const char* command;  // of the shell, after the compiler
+  } const rows[] = {
+      {"the source is saved", "echo 'int c(void) { return X + 8; }' >> src/c.c"},
+      {"a header comes that is found before another", "echo '#define X 2' > inc1/x.h"},
+      {"the same, moved there", "mv other/x.h inc1/x.h"},
+      {"the folder is exchanged", "mv inc2 old; mv other inc2"},
+      {"a link to the folder is exchanged", "rm inc3; ln -s other inc3"},
+      {"the compiler is exchanged", "mv \"$TMPDIR/next\" \"$TMPDIR/bin/gcc\""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    CliProject project;
+    for (const char* each : {"inc1", "inc2", "other"}) fs::create_directory(project.PathOf(each));
+    fs::create_directory_symlink("inc2", project.PathOf("inc3"));
+    project.Write("inc2/x.h", "#define X 1\n");
+    project.Write("other/x.h", "#define X 2\n");
+    project.Write("src/c.c", "#include <x.h>\n");
+    project.Out({"options", "set", "Directories.Include", "inc1;inc3;inc2"});
+    const std::string compiler = "#!/bin/sh\nexec /usr/bin/gcc \"$@\"\n";
+    project.AddProgram("../next", compiler);
+    project.AddProgram("gcc", compiler);
+    project.AddProgram("run", std::string("#!/bin/sh\n\"$@\" || exit 1\ncase \"$*\" in *c.c*) ") +
+                                  "[ -e \"$TMPDIR/did\" ] || { touch \"$TMPDIR/did\"; " +
+                                  row.command + "; } ;; esac\n");
+    project.Out({"options", "set", "Build.Launcher", "run"});
+    EXPECT_EQ(Built(project.Out({"build"})), "a.c b.c c.c app");
+    const std::string again = Built(project.Out({"build"}));
+    EXPECT_TRUE(Has(again, "c.c app")) << again;
+    EXPECT_EQ(Built(project.Out({"build"})), "");
+  }
 }
 
 TEST(CliCurrent, AKilledBuildGoesOnWhereItWas) {
@@ -163,15 +204,48 @@ TEST(CliCurrent, AKilledBuildGoesOnWhereItWas) {
 TEST(CliCurrent, ASecondBuildWaitsOrFails) {
   CliProject project;
   project.AddProgram("gcc", "#!/bin/sh\nsleep 0.3\nexec /usr/bin/gcc \"$@\"\n");
+  fs::copy_file(project.PathOf("demo.tprj"), project.PathOf("twin.tprj"));
   bool isAsked = false;
-  const auto first = project.Run({"build"}, [&](Process&, const std::string&) {
+  const auto first = project.Run({"build", "demo.tprj"}, [&](Process&, const std::string&) {
     if (std::exchange(isAsked, true)) return;
-    project.ExpectRefusal({"build", "--no-wait"}, 3, "Another build of this project is running");
-    const auto second = project.Run({"build"});
+    project.ExpectRefusal({"build", "--no-wait", "demo.tprj"}, 3, "Another build of this project");
+    const auto refused = project.Run({"build", "--no-wait", "--json", "demo.tprj"});
+    EXPECT_TRUE(Has(refused.out, "\"result\": \"refused\"")) << refused.out;
+    // A project with the same application.
+    project.ExpectRefusal({"build", "--no-wait", "twin.tprj"}, 3, "Another build");
+    const auto second = project.Run({"build", "demo.tprj"});
     EXPECT_TRUE(Has(second.err, "Waiting for another build")) << second.err;
     EXPECT_EQ(second.out.substr(0, 13), "Nothing to do") << second.out;
   });
   EXPECT_EQ(first.code, 0);
+}
+
+TEST(CliCurrent, AStateThatCannotBeKeptIsReportedEachTime) {
+  CliProject project;
+  fs::create_directory(project.PathOf("demo.tstate"));
+  for (int i = 0; i < 2; ++i) {
+    const auto built = project.Run({"build"});
+    EXPECT_EQ(built.code, 0);
+    EXPECT_TRUE(Has(built.err, "The state of this build couldn't be kept")) << built.err;
+  }
+}
+
+TEST(CliCurrent, TwoApplicationsThatMakeOneFileAreRefused) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"Build.OutputFile", "have the same output file"}, {"Linker.MapFile", "both make"}};
+  for (const auto& [option, said] : rows) {
+    CliProject project;
+    project.WriteProject({{"app", {"a.c", "b.c"}}, {"two", {"a.c", "b.c"}}});
+    for (const char* each : {"app", "two"}) {
+      project.Out({"options", "set", "--app", each, option, "build/same"});
+    }
+    const auto refused = project.Run({"build"});
+    EXPECT_EQ(refused.code, 1) << refused.out;
+    EXPECT_TRUE(Has(refused.out + refused.err, said)) << refused.out << refused.err;
+    project.Out({"options", "set", "--app", "two", option, "build/other"});
+    EXPECT_TRUE(Has(project.Out({"build"}), "Built 6 files"));
+    EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+  }
 }
 
 }  // namespace

@@ -383,6 +383,22 @@ class Stops(ServeTest):
         os.kill(child, signal.SIGTERM)
         self.assertEqual(client.wait_message("WorkerEnded")["wParam"], 1)
 
+    def test_a_wait_for_another_build_is_told_and_ends_with_a_stop(self):
+        self.start_slow_build()
+        client = self.start()
+        self.assertEqual(client.call("ProjectOpen", self.project.path("demo.tprj")), 1)
+        for method, params in (("Command", [STOP]), ("shutdown", [])):
+            with self.subTest(method):
+                client.transcript.clear()
+                build = client.post("PrologCommand", [BUILD])
+                line = client.wait_message("LogLine")["wParam"]
+                self.assertRegex(line, r"^Waiting for another build of this project \(process \d+\)")
+                stop = client.post(method, params)
+                self.assertEqual(client.wait(build), 0)
+                client.wait(stop)
+                lines = [each for each in client.transcript if each["name"] == "LogLine"]
+                self.assertEqual(len(lines), 1)
+
     def test_a_client_that_goes_takes_the_tools_along(self):
         rows = [("close the input", lambda client: client.process.stdin.close(), 1),
                 ("close the output", lambda client: client.stop_reading(), 1),

@@ -73,6 +73,7 @@ void NodeCheck::CheckOutput(const CheckedNode& node, std::size_t number) {
     AddDuplicateOutput(node, scope.nodes[first->second], path);
   }
   const std::string tool = AttributeOf(node.node, "TranslateTool");
+  CheckCommand(node, tool);
   if (!seenTools.insert(FoldCase(tool)).second) return;
   const auto known = scope.tools.find(FoldCase(tool));
   if (known == scope.tools.end()) {
@@ -81,6 +82,18 @@ void NodeCheck::CheckOutput(const CheckedNode& node, std::size_t number) {
     return;
   }
   for (const std::string& program : known->second.programs) needed[program].push_back(tool);
+}
+
+// One node for each tool of an application: what is missing is mostly missing for all of them.
+void NodeCheck::CheckCommand(const CheckedNode& node, const std::string& tool) {
+  const std::string application = AttributeOf(node.application, "Header");
+  if (!seenCommands.insert(application + "\n" + FoldCase(tool)).second) return;
+  std::string problem =
+      scope.session.FindCommandProblem(application, AttributeOf(node.node, "OutputFile"));
+  if (problem.empty() || !seenCommands.insert(application + "\n" + problem).second) return;
+  Finding& finding = scope.Add(FindingKind::InvalidValue, node);
+  finding.subject = application;
+  finding.detail = std::move(problem);
 }
 
 // One file that is listed twice has been reported as that.

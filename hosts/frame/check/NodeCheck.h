@@ -25,6 +25,7 @@ class NodeCheck {
   void CheckActiveApplication(const CheckedNode& project);
   void CheckFile(const CheckedNode& node);
   void CheckOutput(const CheckedNode& node, std::size_t number);
+  void CheckCommand(const CheckedNode& node, const std::string& tool);
   void AddDuplicateOutput(const CheckedNode& node, const CheckedNode& first,
                           const std::string& output);
 
@@ -32,6 +33,7 @@ class NodeCheck {
   std::map<std::string, std::size_t> labels;  // of applications, small letters: the first node
   std::set<std::string> listed;               // applications with their files
   std::set<std::string> seenTools;            // in small letters
+  std::set<std::string> seenCommands;         // applications with tools and problems
   std::map<std::string, std::vector<std::string>> needed;  // program: tools that need it
 };
 

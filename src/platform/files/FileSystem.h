@@ -77,6 +77,8 @@ class FileSystem {
   // Status of a folder, whose modification time moves when an entry comes or goes; nothing unless
   // there is a folder of exactly this name.
   virtual std::optional<FileStatus> ExamineFolder(const std::string& /*path*/) { return {}; }
+  // Status of the symbolic link itself; nothing unless one of exactly this name is there.
+  virtual std::optional<FileStatus> ExamineLink(const std::string& /*path*/) { return {}; }
   // Examine for one path after the other, with the same answers; gives those for as many of the
   // first paths as there was time for until `deadline`, one at least unless there are none. What
   // lies in few folders is found faster than by single calls. No path is null.

@@ -165,6 +165,13 @@ std::optional<FileStatus> PosixFileSystem::ExamineFolder(const std::string& path
   return StatusOf(info);
 }
 
+std::optional<FileStatus> PosixFileSystem::ExamineLink(const std::string& path) {
+  struct stat info {};
+  const Result<std::string> name = names.ToNative(path);
+  if (!name || lstat(name->c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) return std::nullopt;
+  return StatusOf(info);
+}
+
 std::vector<std::optional<FileStatus>> PosixFileSystem::ExamineMany(
     std::span<const char* const> paths, std::chrono::steady_clock::time_point deadline) {
   std::vector<std::optional<FileStatus>> found;

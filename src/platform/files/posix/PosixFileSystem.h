@@ -20,6 +20,7 @@ class PosixFileSystem : public FileSystem {
   // For a plain path one system call, no lock and no allocation, as long as the name is exact.
   std::optional<FileStatus> Examine(const std::string& path) override;
   std::optional<FileStatus> ExamineFolder(const std::string& path) override;
+  std::optional<FileStatus> ExamineLink(const std::string& path) override;
   std::vector<std::optional<FileStatus>> ExamineMany(
       std::span<const char* const> paths, std::chrono::steady_clock::time_point deadline) override;
   bool CanRead(const std::string& path) override;
