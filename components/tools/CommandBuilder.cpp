@@ -256,7 +256,7 @@ class PlanMaker : public TemplateValues {
   // Returns the name of a scratch file in the working folder that the program writes for `path`.
   std::string StandIn(const std::string& name, const std::string& path) {
     std::string scratch = ".tarn-" + HexText(HashBytes(name)) + ".tmp";
-    moves.emplace_back(JoinPath(spelledFolder, scratch), SpelledOutput(job.disk, path));
+    moves.emplace_back(JoinPath(spelledFolder, scratch), Spelled(path));
     return scratch;
   }
 
