@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "components/tools/FileList.h"
-#include "components/tools/UsedFiles.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -28,6 +27,7 @@ class PlanMaker : public TemplateValues {
     plan.outputOnDisk = SpelledOutput(job.disk, plan.output);
     plan.listing = SpelledOutput(job.disk, Path(tool.listing));
     plan.rules = SpelledOutput(job.disk, Path(tool.rules));
+    plan.furtherRules = SpelledOutput(job.disk, Path(tool.furtherRules));
     plan.sizeFile = Path(tool.size.file);
     plan.globals = Path(tool.globals.file);
     plan.products = Paths(tool.products);
@@ -37,10 +37,6 @@ class PlanMaker : public TemplateValues {
       relative = step.relativePaths;
       if (!Holds(step.conditions)) continue;
       plan.commands.push_back(MakeCommand(step));
-      for (LibraryPlaces& places :
-           FindLibraryPlaces(tool.libraries, plan.commands.back(), job.disk)) {
-        plan.libraries.push_back(std::move(places));
-      }
     }
     return std::move(plan);
   }

@@ -34,22 +34,19 @@ struct ToolCommand {
   std::size_t launched = 0;  // how many of the arguments belong to a launcher
 };
 
-// Where a library is looked for, in order.
-using LibraryPlaces = std::vector<std::string>;
-
 // A whole run with everything filled in. Paths are absolute.
 struct ToolPlan {
   std::string output;        // as the options write it; empty when the tool makes none
   std::string outputOnDisk;  // as the tool gets it
   std::string listing;
   std::string rules;
+  std::string furtherRules;  // need not be left
   std::string sizeFile;
   std::string globals;  // empty when the tool leaves none
   std::vector<std::string> products;
   std::vector<std::string> depends;
   std::vector<ToolCommand> commands;
-  std::vector<LibraryPlaces> libraries;  // of those that the commands name by flags
-  std::vector<std::string> problems;     // why it must not run
+  std::vector<std::string> problems;  // why it must not run
 };
 
 ToolPlan MakePlan(const ToolDefinition& tool, const ToolJob& job);
