@@ -320,10 +320,11 @@ bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std:
 }
 
 // An assembler behind a compiler also names what the compiler wrote for it, which is gone, or is
-// kept next to the output or the source.
+// kept next to the output or the source. Its name is a random one, so the rules don't stay.
 void ToolRun::ReadFurtherRules(std::vector<std::string>& names) {
   const auto text = world.files->ReadWholeFile(plan.furtherRules);
   if (!text) return;
+  static_cast<void>(world.files->RemoveScratchFile(plan.furtherRules));
   std::unordered_set<std::string> titles{FileNameOf(WithoutExtension(plan.output))};
   for (const std::string& source : job.files) {
     titles.insert(FileNameOf(source));
