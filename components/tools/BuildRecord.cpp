@@ -23,7 +23,9 @@ std::string BuildRecordText(const BuildRecord& record) {
                      XmlAttribute("Command", HexText(record.command)) +
                      XmlPathAttribute("Programs", QuotedList(record.programs));
   if (!record.products.empty()) text += XmlPathAttribute("Products", QuotedList(record.products));
-  if (!record.search.empty()) text += XmlPathAttribute("Search", QuotedList(record.search));
+  std::vector<std::string> search = record.search;
+  for (const std::string& path : record.missing) search.push_back('?' + path);
+  if (!search.empty()) text += XmlPathAttribute("Search", QuotedList(search));
   if (record.hasInexactNames) text += XmlAttribute("InexactNames", "Yes");
   text += ">";
   for (const std::string& file : record.dependencies) {

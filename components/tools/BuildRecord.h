@@ -17,6 +17,7 @@ struct BuildRecord {
   std::vector<std::string> search;    // folders that headers were searched in, in order
   std::uint64_t command = 0;          // hash of the command lines
   std::vector<std::string> products;  // further files that were made
+  std::vector<std::string> missing;   // files that would be read in place of others if they came
   bool hasInexactNames = false;       // the command lines depend on how the disk spells names
 };
 

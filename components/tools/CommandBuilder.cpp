@@ -5,7 +5,6 @@
 
 #include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
-#include "components/tools/UsedFiles.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
@@ -31,6 +30,7 @@ class PlanMaker : public TemplateValues {
     plan.outputOnDisk = Spelled(plan.output);
     plan.listing = Spelled(Path(tool.listing));
     plan.rules = Spelled(Path(tool.rules));
+    plan.furtherRules = Spelled(Path(tool.furtherRules));
     plan.sizeFile = Path(tool.size.file);
     plan.globals = Spelled(Path(tool.globals.file));
     plan.products = Paths(tool.products);
@@ -41,10 +41,6 @@ class PlanMaker : public TemplateValues {
       relative = step.relativePaths;
       if (!Holds(step.conditions)) continue;
       plan.commands.push_back(MakeCommand(step));
-      for (LibraryPlaces& places :
-           FindLibraryPlaces(tool.libraries, plan.commands.back(), job.disk)) {
-        plan.libraries.push_back(std::move(places));
-      }
     }
     return std::move(plan);
   }

@@ -36,22 +36,19 @@ struct ToolCommand {
   std::vector<std::pair<std::string, std::string>> moves;
 };
 
-// Where a library is looked for, in order.
-using LibraryPlaces = std::vector<std::string>;
-
 // A whole run with everything filled in. Paths are absolute.
 struct ToolPlan {
   std::string output;        // as the options write it; empty when the tool makes none
   std::string outputOnDisk;  // as the tool gets it
   std::string listing;
   std::string rules;
+  std::string furtherRules;  // need not be left
   std::string sizeFile;
   std::string globals;  // empty when the tool leaves none
   std::vector<std::string> products;
   std::vector<std::string> depends;
   std::vector<ToolCommand> commands;
-  std::vector<LibraryPlaces> libraries;  // of those that the commands name by flags
-  std::vector<std::string> problems;     // why it must not run
+  std::vector<std::string> problems;  // why it must not run
   // An option names a file or folder that is not on the disk in this spelling, so that the commands
   // change with what comes and goes there.
   bool hasInexactNames = false;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "components/tools/GivenArguments.h"
 #include "platform/text/Hash.h"
 
 namespace tarn::tools {
@@ -36,7 +37,7 @@ std::vector<std::string> ProgramsOf(const ToolWorld& world, const ToolPlan& plan
   return programs;
 }
 
-std::vector<std::string> SearchFolders(const ToolWorld& world, const ToolDefinition& tool,
+std::vector<std::string> SearchFolders(FileSystem* disk, const ToolDefinition& tool,
                                        const ToolPlan& plan) {
   std::vector<std::string> folders;
   const auto add = [&folders](std::string folder) {
@@ -46,15 +47,11 @@ std::vector<std::string> SearchFolders(const ToolWorld& world, const ToolDefinit
   };
   if (tool.search.empty()) return folders;
   for (const ToolCommand& command : plan.commands) {
-    for (std::size_t i = command.launched; i < command.arguments.size(); ++i) {
-      const std::string& argument = command.arguments[i];
-      for (const std::string& start : tool.search) {
-        if (!argument.starts_with(start)) continue;
-        std::string_view folder = std::string_view(argument).substr(start.size());
-        if (folder.empty() && i + 1 < command.arguments.size()) folder = command.arguments[i + 1];
-        if (!folder.empty()) add(AbsolutePath(world.files, command.folder, folder));
-      }
+    const GivenArguments given = ExpandArguments(command, disk);
+    for (const std::string& folder : ValuesOf(tool.search, given.words)) {
+      add(AbsolutePath(disk, command.folder, folder));
     }
+    if (tool.follows == Follow::Includes) add(command.folder);
   }
   return folders;
 }

@@ -13,8 +13,8 @@ namespace tarn::tools {
 // are left out: they change how a program is started, not what it does.
 std::vector<std::string> ProgramsOf(const ToolWorld& world, const ToolPlan& plan);
 
-// The folders that the plan's programs search headers in, in order, each once.
-std::vector<std::string> SearchFolders(const ToolWorld& world, const ToolDefinition& tool,
+// Returns the folders that the plan's programs search headers in, in order, each once.
+std::vector<std::string> SearchFolders(FileSystem* disk, const ToolDefinition& tool,
                                        const ToolPlan& plan);
 
 // A hash of everything that the plan's programs get: their paths, arguments, folders and

@@ -26,7 +26,7 @@ class ToolReader : public ElementReader {
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool = std::make_unique<ToolDefinition>();
     CheckAttributes(node, {"Name", "Title", "Hint", "Extensions", "Messages", "Output", "Listing",
-                           "Rules", "Search", "Fresh"});
+                           "Rules", "FurtherRules", "Search", "Writes", "Follow", "Fresh"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
@@ -35,6 +35,10 @@ class ToolReader : public ElementReader {
     tool->removesOutput = IsYes(node, "Fresh");
     tool->listing = Filled(node, "Listing");
     tool->rules = Filled(node, "Rules");
+    tool->furtherRules = Filled(node, "FurtherRules");
+    tool->writes = SplitOptionList(Text(node, "Writes"));
+    constexpr std::array kFollows{Follow::None, Follow::Includes, Follow::Scripts};
+    tool->follows = kFollows[Choose(node, "Follow", {"", "Includes", "Scripts"})];
     tool->search = SplitOptionList(Text(node, "Search"));
     if (tool->name.empty()) Fail("a tool has no Name");
     ReadExtensions(Text(node, "Extensions"));
@@ -123,8 +127,9 @@ class ToolReader : public ElementReader {
 
   LibraryRule ReadLibraries(const CXmlNode& node) {
     CheckAttributes(node, {"Name", "Folder", "File"});
-    LibraryRule rule{Text(node, "Name"), Text(node, "Folder"), Filled(node, "File")};
-    if (rule.nameFlag.empty() || rule.folderFlag.empty() || rule.file.IsEmpty()) {
+    LibraryRule rule{SplitOptionList(Text(node, "Name")), SplitOptionList(Text(node, "Folder")),
+                     Filled(node, "File")};
+    if (rule.nameFlags.empty() || rule.folderFlags.empty() || rule.file.IsEmpty()) {
       Fail("Libraries needs Name, Folder and File");
     }
     return rule;

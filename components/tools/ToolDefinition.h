@@ -74,9 +74,16 @@ struct GlobalsRule {
 
 // Flags by which a program is given libraries.
 struct LibraryRule {
-  std::string nameFlag;
-  std::string folderFlag;
+  std::vector<std::string> nameFlags;
+  std::vector<std::string> folderFlags;
   Template file;  // names of the file of a library, with ";" between them
+};
+
+// How files that a run reads are searched for the names of further ones.
+enum class Follow {
+  None,
+  Includes,  // its sources, for include directives
+  Scripts,   // texts among the files that arguments name, as linker scripts
 };
 
 struct ToolDefinition {
@@ -90,11 +97,15 @@ struct ToolDefinition {
   bool removesOutput = false;  // an output of an earlier run is removed before the first step
   Template listing;
   Template rules;
+  Template furtherRules;           // a second file of rules, which need not be left
   std::vector<Template> products;  // further files, whose folders must be there
   std::vector<Template> depends;   // further dependencies of the output
   // How arguments begin that name a folder to search headers in: "-I". The folder is the rest of
   // the argument, or the next one.
   std::vector<std::string> search;
+  // How arguments begin that name a file to write. The name follows, or is the next argument.
+  std::vector<std::string> writes;
+  Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;
   std::vector<StepRule> steps;
   SizeRule size;

@@ -274,8 +274,8 @@ std::string ToolManager::GetUsedFiles(const char* tool, const char* files, const
   const OwnedJob owned(world, files, options);
   const ToolPlan plan = MakePlan(*definition, owned.job);
   std::string list;
-  for (const std::string& file :
-       FindUsedFiles(plan, owned.job.files, SplitFileList(TextOf(candidates)))) {
+  for (const std::string& file : FindUsedFiles(*definition, plan, owned.job.files,
+                                               SplitFileList(TextOf(candidates)), *world.files)) {
     list += (list.empty() ? "\"" : ",\"") + file + '"';
   }
   return list;

@@ -9,6 +9,8 @@
 #include "components/tools/GlobalsFile.h"
 #include "components/tools/RuleFile.h"
 #include "components/tools/ToolText.h"
+#include "components/tools/ToolchainFolders.h"
+#include "components/tools/UsedFiles.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -22,6 +24,13 @@ std::string CommandLine(const ToolCommand& command) {
   std::vector<std::string> words{command.program};
   words.insert(words.end(), command.arguments.begin(), command.arguments.end());
   return CleanLine(JoinWords(words));
+}
+
+// Names with these are not names of this system: a backslash separates folders.
+bool HasOddCharacter(std::string_view name) {
+  return std::any_of(name.begin(), name.end(), [](char c) {
+    return c == '\\' || static_cast<unsigned char>(c) < ' ' || c == 127;
+  });
 }
 
 std::string Shortened(std::string line) {
@@ -60,7 +69,8 @@ bool ToolRun::Prepare() {
   for (const std::string& problem : plan.problems) log.AddError(problem);
   if (!plan.problems.empty()) return false;
   if (RefusesNames()) return false;
-  std::vector<std::string> written{plan.outputOnDisk, plan.listing, plan.rules, plan.globals};
+  std::vector<std::string> written{plan.outputOnDisk, plan.listing, plan.rules, plan.furtherRules,
+                                   plan.globals};
   written.insert(written.end(), plan.products.begin(), plan.products.end());
   for (const std::string& path : written) {
     const std::string folder = FolderOf(path);
@@ -71,7 +81,9 @@ bool ToolRun::Prepare() {
       return false;
     }
   }
-  if (!plan.rules.empty()) static_cast<void>(world.files->RemoveScratchFile(plan.rules));
+  for (const std::string& rules : {plan.rules, plan.furtherRules}) {
+    if (!rules.empty()) static_cast<void>(world.files->RemoveScratchFile(rules));
+  }
   return !tool.removesOutput || RemoveOutput();
 }
 
@@ -249,7 +261,6 @@ bool ToolRun::CollectRecord() {
   if (!ReadDependencies(found)) return false;
   found.date = BringForward(found, *status);
   found.programs = ProgramsOf(world, plan);
-  found.search = SearchFolders(world, tool, plan);
   found.command = HashCommands(world, plan);
   found.hasInexactNames = plan.hasInexactNames;
   for (const std::string& product : plan.products) {
@@ -287,14 +298,17 @@ void ToolRun::WriteGlobals() {
 
 // Dependencies that are not known must not pass for none: the output would never be stale again.
 bool ToolRun::ReadDependencies(BuildRecord& found) {
+  ReadFiles read = FindReadFiles(tool, plan, job.files, *world.files);
   std::vector<std::string> names = job.respelled;
-  names.insert(names.end(), plan.depends.begin(), plan.depends.end());
-  for (const LibraryPlaces& places : plan.libraries) {
-    const auto place = std::find_if(places.begin(), places.end(),
-                                    [this](const auto& each) { return world.files->Exists(each); });
-    if (place != places.end()) names.push_back(*place);
+  names.insert(names.end(), read.found.begin(), read.found.end());
+  found.missing = std::move(read.missing);
+  found.search = SearchFolders(world.files, tool, plan);
+  // Also a command without folders searches that of its source.
+  if (!tool.search.empty() && found.search.empty() && !job.files.empty()) {
+    found.search.push_back(FolderOf(job.files.front()));
   }
-  if (!plan.rules.empty() && !ReadRules(names)) return false;
+  if (!plan.rules.empty() && !ReadRules(found.search, names)) return false;
+  if (!plan.furtherRules.empty()) ReadFurtherRules(names);
   std::unordered_set<std::string> seen(job.files.begin(), job.files.end());
   for (const std::string& name : job.respelled) seen.erase(name);
   for (std::string& name : names) {
@@ -303,19 +317,36 @@ bool ToolRun::ReadDependencies(BuildRecord& found) {
   return true;
 }
 
-bool ToolRun::ReadRules(std::vector<std::string>& names) {
+// Names count from here. The conditions of a tool can leave it without a step.
+const std::string& ToolRun::RulesFolder() const {
+  return plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
+}
+
+// A header of the toolchain counts only if it is in a folder that the command names.
+bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names) {
   const auto text = world.files->ReadWholeFile(plan.rules);
   if (!text) return FailRules("can't be read: " + text.GetError().text);
   const RuleFile rules = ReadRuleFile(*text);
   if (!rules.problem.empty()) return FailRules(rules.problem);
-  // The conditions of a tool can leave it without a step.
-  const std::string& folder = plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
+  const ToolchainFolders toolchain(world, plan);
+  const auto isBelow = [](const std::string& path, const std::string& folder) {
+    return path.starts_with(AddSeparator(folder));
+  };
   std::unordered_set<std::string> fileNames;
   for (const std::string& name : rules.names) {
     // A tool writes names of this machine: a letter and a colon are the start of one.
     const bool isDriveless = HasDrive(name) && (name.size() == 2 || !IsSeparator(name[2]));
-    names.push_back(AbsolutePath(world.files, folder, isDriveless ? "./" + name : name));
-    fileNames.insert(FoldCase(FileNameOf(names.back())));
+    std::string path = AbsolutePath(world.files, RulesFolder(), isDriveless ? "./" + name : name);
+    if (HasOddCharacter(name) && !world.files->Examine(path)) {
+      return FailRules("names a file that can't be followed, rename it: " + name);
+    }
+    fileNames.insert(FoldCase(FileNameOf(path)));
+    const bool isOwn = isDriveless || IsRelativePath(name) || !toolchain.Has(path) ||
+                       isBelow(path, RulesFolder()) ||
+                       std::any_of(search.begin(), search.end(), [&](const std::string& folder) {
+                         return isBelow(path, folder);
+                       });
+    if (isOwn) names.push_back(std::move(path));
   }
   // By the last part of the name alone, since a launcher may write the folders in another way.
   for (const std::string& source : job.files) {
@@ -324,6 +355,25 @@ bool ToolRun::ReadRules(std::vector<std::string>& names) {
     }
   }
   return true;
+}
+
+// An assembler behind a compiler also names what the compiler wrote for it, which is gone, or is
+// kept next to the output or the source. Its name is a random one, so the rules don't stay.
+void ToolRun::ReadFurtherRules(std::vector<std::string>& names) {
+  const auto text = world.files->ReadWholeFile(plan.furtherRules);
+  if (!text) return;
+  static_cast<void>(world.files->RemoveScratchFile(plan.furtherRules));
+  std::unordered_set<std::string> titles{FileNameOf(WithoutExtension(plan.output))};
+  for (const std::string& source : job.files) {
+    titles.insert(FileNameOf(source));
+    titles.insert(FileNameOf(WithoutExtension(source)));
+  }
+  for (const std::string& name : ReadRuleFile(*text).names) {
+    std::string path = AbsolutePath(world.files, RulesFolder(), name);
+    const bool isBetween =
+        ExtensionOf(path) == ".s" && titles.contains(FileNameOf(WithoutExtension(path)));
+    if (!isBetween && world.files->Examine(path)) names.push_back(std::move(path));
+  }
 }
 
 bool ToolRun::FailRules(const std::string& problem) {

@@ -48,7 +48,9 @@ class ToolRun {
   std::int64_t BringForward(const BuildRecord& made, const FileStatus& output);
   // False, with an error in the messages, if they are not known.
   bool ReadDependencies(BuildRecord& found);
-  bool ReadRules(std::vector<std::string>& names);
+  const std::string& RulesFolder() const;
+  bool ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names);
+  void ReadFurtherRules(std::vector<std::string>& names);
   bool FailRules(const std::string& problem);
   std::string ReadInfos();
   void WriteGlobals();

@@ -1,8 +1,14 @@
 #include "components/tools/UsedFiles.h"
 
+#include <algorithm>
+#include <map>
 #include <set>
+#include <unordered_set>
 
+#include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
+#include "components/tools/GivenArguments.h"
+#include "patterns/IncludeScan.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -10,18 +16,15 @@ namespace tarn::tools {
 
 namespace {
 
-// What follows a flag, in the same argument or in the next one.
-std::vector<std::string> ValuesOf(const std::string& flag,
-                                  const std::vector<std::string>& arguments) {
-  std::vector<std::string> values;
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    if (!arguments[i].starts_with(flag)) continue;
-    std::string value = arguments[i].substr(flag.size());
-    if (value.empty() && i + 1 < arguments.size()) value = arguments[++i];
-    if (!value.empty()) values.push_back(std::move(value));
-  }
-  return values;
-}
+// A file that is larger is not a text written by hand.
+constexpr std::uint64_t kMaxFollowed = 4 << 20;
+
+// The paths at which a program looks for one file, in order.
+struct Lookup {
+  std::vector<std::string> places;
+  // The program is known to look there. Otherwise the argument may mean something else than a file.
+  bool isCertain = false;
+};
 
 // Only $(Item) means something in the name of a library.
 class ItemValue : public TemplateValues {
@@ -40,58 +43,253 @@ std::vector<std::string> FileNames(const LibraryRule& rule, const std::string& n
   return SplitOptionList(rule.file.Fill(ItemValue(name)));
 }
 
-// Names compare without regard to case, as files are looked up.
-class NameSet {
+bool IsText(std::string_view bytes) {
+  return bytes.substr(0, 4096).find('\0') == bytes.npos && !bytes.starts_with("!<");
+}
+
+// Collects the lookups of a run.
+class LookupFinder {
  public:
-  void Add(const std::string& path) { names.insert(FoldCase(path)); }
-  void AddIn(const std::string& folder, std::string_view name) {
-    if (!name.empty()) Add(AbsolutePath(folder, name));
+  LookupFinder(const ToolDefinition& toolDefinition, const ToolPlan& toolPlan,
+               const std::vector<std::string>& runFiles, FileSystem& fileSystem)
+      : tool(toolDefinition),
+        plan(toolPlan),
+        files(runFiles),
+        disk(fileSystem),
+        own(runFiles.begin(), runFiles.end()) {}
+
+  std::vector<Lookup> Find() {
+    search = SearchFolders(&disk, tool, plan);
+    for (const ToolCommand& command : plan.commands) AddCommand(command);
+    for (const std::string& path : plan.depends) AddPath(path, true);
+    if (tool.follows == Follow::Includes) {
+      for (const std::string& file : files) FollowFile(file);
+    }
+    return std::move(lookups);
   }
-  bool Has(const std::string& path) const { return names.contains(FoldCase(path)); }
 
  private:
-  std::set<std::string> names;
-};
+  void AddCommand(const ToolCommand& command) {
+    folder = command.folder;
+    const GivenArguments given = ExpandArguments(command, &disk);
+    for (const std::string& path : given.responseFiles) AddPath(path, true);
+    for (const LibraryRule& rule : tool.libraries) {
+      for (const std::string& each : ValuesOf(rule.folderFlags, given.words)) {
+        // "=" stands for the root of the target's system, which is empty by default.
+        const std::string_view name = std::string_view(each).substr(each.starts_with('=') ? 1 : 0);
+        if (!name.empty()) libraryFolders.push_back(AbsolutePath(&disk, folder, name));
+      }
+    }
+    for (const LibraryRule& rule : tool.libraries) {
+      for (const std::string& name : ValuesOf(rule.nameFlags, given.words)) AddLibrary(rule, name);
+    }
+    AddWords(given.words);
+  }
 
-void AddArguments(const ToolCommand& command, NameSet& used) {
-  for (const std::string& argument : command.arguments) {
-    used.AddIn(command.folder, argument);
-    for (const std::string_view part : Split(argument, ',')) {
-      used.AddIn(command.folder, part);
-      const std::size_t equal = part.find('=');
-      if (equal != std::string_view::npos) used.AddIn(command.folder, part.substr(equal + 1));
+  void AddLibrary(const LibraryRule& rule, const std::string& name) {
+    Lookup lookup{{}, true};
+    for (const std::string& each : libraryFolders) {
+      for (const std::string& file : FileNames(rule, name)) {
+        lookup.places.push_back(AbsolutePath(&disk, each, file));
+      }
+    }
+    Add(std::move(lookup));
+  }
+
+  void AddWords(const std::vector<std::string>& words) {
+    for (std::size_t i = 0; i < words.size(); ++i) {
+      const std::string& word = words[i];
+      const auto isStart = [&word](const std::string& flag) { return word.starts_with(flag); };
+      if (std::any_of(tool.writes.begin(), tool.writes.end(), isStart)) {
+        if (std::find(tool.writes.begin(), tool.writes.end(), word) != tool.writes.end()) ++i;
+        continue;
+      }
+      AddWord(word);
     }
   }
+
+  void AddWord(std::string_view word) {
+    if (word.starts_with("-D") || word.starts_with("-U")) return;
+    if (!word.starts_with('-')) {
+      AddName(word);
+    } else if (!word.starts_with("--") && word.size() > 2) {
+      AddName(word.substr(2));
+    }
+    const std::vector<std::string_view> parts = Split(word, ',');
+    for (const std::string_view part : parts) {
+      const std::size_t equal = part.find('=');
+      if (equal != part.npos) AddName(part.substr(equal + 1));
+      if (parts.size() > 1 && !part.starts_with('-')) AddName(part);
+    }
+  }
+
+  // What an argument names is looked for where libraries are, too.
+  void AddName(std::string_view name) {
+    if (name.empty()) return;
+    Lookup lookup{{AbsolutePath(&disk, folder, name)}, false};
+    if (own.contains(lookup.places.front())) return;
+    if (IsRelativePath(name)) {
+      for (const std::string& each : libraryFolders) {
+        lookup.places.push_back(AbsolutePath(&disk, each, name));
+      }
+    }
+    Add(std::move(lookup));
+  }
+
+  void AddPath(const std::string& path, bool isCertain) { Add({{path}, isCertain}); }
+
+  void Add(Lookup lookup) {
+    if (lookup.places.empty()) return;
+    lookups.push_back(std::move(lookup));
+    if (tool.follows != Follow::Scripts) return;
+    const std::vector<std::string> places = lookups.back().places;
+    for (const std::string& place : places) FollowFile(place);
+  }
+
+  // Adds what the file names, if it is a text.
+  void FollowFile(const std::string& path) {
+    if (!followed.insert(path).second || IsOutput(path)) return;
+    const auto status = disk.Examine(path);
+    if (!status || status->size > kMaxFollowed) return;
+    const std::string extension = FoldCase(ExtensionOf(path));
+    if (extension == ".o" || extension == ".a" || extension == ".obj") return;
+    const auto text = disk.ReadWholeFile(path);
+    if (!text || !IsText(*text)) return;
+    if (tool.follows == Follow::Scripts) {
+      for (const std::string& name : FindScriptInputs(*text)) AddScriptInput(name, path);
+    } else {
+      for (const std::string& name : FindIncludes(*text)) AddInclude(name, path);
+    }
+  }
+
+  void AddScriptInput(const std::string& name, const std::string& script) {
+    if (name.starts_with("-l") && name.size() > 2) {
+      for (const LibraryRule& rule : tool.libraries) AddLibrary(rule, name.substr(2));
+      return;
+    }
+    Lookup lookup{{AbsolutePath(&disk, folder, name)}, true};
+    lookup.places.push_back(AbsolutePath(&disk, FolderOf(script), name));
+    for (const std::string& each : libraryFolders) {
+      lookup.places.push_back(AbsolutePath(&disk, each, name));
+    }
+    Add(std::move(lookup));
+  }
+
+  // Each place counts: programs differ in their order. Files that come later are found by the names
+  // in what was read.
+  void AddInclude(const std::string& name, const std::string& includer) {
+    std::vector<std::string> folders = search;
+    folders.push_back(FolderOf(includer));
+    for (const std::string& each : folders) {
+      const std::string path = AbsolutePath(&disk, each, name);
+      AddPath(path, false);
+      FollowFile(path);
+    }
+  }
+
+  bool IsOutput(const std::string& path) const {
+    return path == plan.output || path == plan.outputOnDisk;
+  }
+
+  const ToolDefinition& tool;
+  const ToolPlan& plan;
+  const std::vector<std::string>& files;
+  FileSystem& disk;
+  const std::unordered_set<std::string> own;  // the files of the run
+  std::vector<std::string> search;
+  std::string folder;                       // of the current command
+  std::vector<std::string> libraryFolders;  // of all commands up to it
+  std::unordered_set<std::string> followed;
+  std::vector<Lookup> lookups;
+};
+
+// Everything that the run itself writes under a name that is known.
+std::unordered_set<std::string> WrittenFiles(const ToolPlan& plan) {
+  std::unordered_set<std::string> written(plan.products.begin(), plan.products.end());
+  for (const std::string& path : {plan.output, plan.outputOnDisk, plan.listing, plan.rules,
+                                  plan.furtherRules, plan.sizeFile, plan.globals}) {
+    written.insert(path);
+  }
+  return written;
 }
+
+// Splits the places into the file that is read, with those beside it that would do as well, and
+// those that would come first. Programs look for all forms of a name in one folder after the other.
+void Divide(const Lookup& lookup, FileSystem& disk, std::vector<std::string>& there,
+            std::vector<std::string>& missing) {
+  std::string folder;
+  std::vector<std::string> absent;
+  const std::size_t before = there.size();
+  for (const std::string& place : lookup.places) {
+    if (there.size() > before && FolderOf(place) != folder) break;
+    folder = FolderOf(place);
+    const auto status = disk.Examine(place);
+    if (status && !status->otherSpelling) {
+      there.push_back(place);
+    } else {
+      absent.push_back(place);
+    }
+  }
+  if (!lookup.isCertain && there.size() == before) return;
+  missing.insert(missing.end(), absent.begin(), absent.end());
+}
+
+// Names compare without regard to case, as files are looked up, and through symbolic links.
+class NameSet {
+ public:
+  explicit NameSet(FileSystem& fileSystem) : disk(fileSystem) {}
+
+  void Add(const std::string& path) {
+    names.insert(FoldCase(path));
+    folders[FoldCase(FileNameOf(path))].insert(FolderOf(path));
+  }
+
+  bool Has(const std::string& path) const {
+    if (names.contains(FoldCase(path))) return true;
+    const auto found = folders.find(FoldCase(FileNameOf(path)));
+    if (found == folders.end()) return false;
+    const std::string real = FoldCase(disk.ResolveLinks(FolderOf(path)));
+    return std::any_of(found->second.begin(), found->second.end(), [&](const std::string& each) {
+      return FoldCase(disk.ResolveLinks(each)) == real;
+    });
+  }
+
+ private:
+  FileSystem& disk;
+  std::set<std::string> names;
+  std::map<std::string, std::set<std::string>> folders;  // by file name
+};
 
 }  // namespace
 
-std::vector<LibraryPlaces> FindLibraryPlaces(const std::vector<LibraryRule>& rules,
-                                             const ToolCommand& command, FileSystem* disk) {
-  std::vector<LibraryPlaces> libraries;
-  for (const LibraryRule& rule : rules) {
-    const std::vector<std::string> folders = ValuesOf(rule.folderFlag, command.arguments);
-    for (const std::string& name : ValuesOf(rule.nameFlag, command.arguments)) {
-      LibraryPlaces& places = libraries.emplace_back();
-      for (const std::string& folder : folders) {
-        for (const std::string& file : FileNames(rule, name)) {
-          places.push_back(AbsolutePath(disk, AbsolutePath(disk, command.folder, folder), file));
-        }
-      }
-    }
+ReadFiles FindReadFiles(const ToolDefinition& tool, const ToolPlan& plan,
+                        const std::vector<std::string>& files, FileSystem& disk) {
+  const std::unordered_set<std::string> written = WrittenFiles(plan);
+  std::vector<std::string> there;
+  std::vector<std::string> absent;
+  for (const Lookup& lookup : LookupFinder(tool, plan, files, disk).Find()) {
+    Divide(lookup, disk, there, absent);
   }
-  return libraries;
+  ReadFiles result;
+  std::unordered_set<std::string> seen;
+  for (std::string& path : there) {
+    if (!written.contains(path) && seen.insert(path).second) result.found.push_back(path);
+  }
+  for (std::string& path : absent) {
+    if (seen.insert(path).second) result.missing.push_back(std::move(path));
+  }
+  return result;
 }
 
-std::vector<std::string> FindUsedFiles(const ToolPlan& plan, const std::vector<std::string>& files,
-                                       const std::vector<std::string>& candidates) {
-  NameSet used;
+std::vector<std::string> FindUsedFiles(const ToolDefinition& tool, const ToolPlan& plan,
+                                       const std::vector<std::string>& files,
+                                       const std::vector<std::string>& candidates,
+                                       FileSystem& disk) {
+  NameSet used(disk);
   for (const std::string& file : files) used.Add(file);
-  for (const std::string& file : plan.depends) used.Add(file);
-  for (const LibraryPlaces& places : plan.libraries) {
-    for (const std::string& place : places) used.Add(place);
+  for (const Lookup& lookup : LookupFinder(tool, plan, files, disk).Find()) {
+    for (const std::string& place : lookup.places) used.Add(place);
   }
-  for (const ToolCommand& command : plan.commands) AddArguments(command, used);
   std::vector<std::string> found;
   for (const std::string& candidate : candidates) {
     const std::string path = CanonicalPath(candidate);

@@ -36,7 +36,7 @@ constexpr ReasonText kReasons[] = {
     {"dependency-changed", "its %2 %1 changed since it was built"},
     {"program-changed", "%1 changed since it was built"},
     {"changed-during-run", "%1 changed while it was built"},
-    {"shadowed", "%1 is found before the file that it was built with"},
+    {"shadowed", "%1 is new or gone and can change what is included or linked"},
     {"no-tool", "has no tool; look at the option Build.TranslateTool"},
     {"no-type", "is of a type that the configuration file doesn't define"},
 };

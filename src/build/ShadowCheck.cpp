@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "build/IncludeScan.h"
+#include "patterns/IncludeScan.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -20,22 +20,44 @@ void AddOnce(std::vector<std::string>& list, std::string text) {
 
 }  // namespace
 
+ShadowCheck::Searched ShadowCheck::SearchedBy(const BuildRecord& record) const {
+  Searched searched;
+  for (std::string& entry : SplitQuotedList(store_.Text(record.search))) {
+    if (entry.starts_with('?')) {
+      searched.files.push_back(entry.substr(1));
+    } else {
+      searched.folders.push_back(std::move(entry));
+    }
+  }
+  return searched;
+}
+
 // In the order in which they are searched: that of the source first.
-ShadowCheck::Strings ShadowCheck::FoldersOf(const BuildRecord& record) const {
+ShadowCheck::Strings ShadowCheck::FoldersOf(const BuildRecord& record, Strings named) const {
   Strings folders;
   for (std::size_t i = 0; i + record.programs < record.inputs.size(); ++i) {
     AddOnce(folders, FolderOf(std::string(store_.PathOf(record.inputs[i]))));
   }
-  for (std::string& folder : SplitQuotedList(store_.Text(record.search))) {
-    AddOnce(folders, std::move(folder));
-  }
+  for (std::string& folder : named) AddOnce(folders, std::move(folder));
   return folders;
 }
 
-ShadowCheck::Strings ShadowCheck::NamesOf(const BuildRecord& record) {
+// Names in the files that were read, and those that a macro or an option can have yielded: the path
+// of each file below the folders that the command names.
+ShadowCheck::Strings ShadowCheck::NamesOf(const BuildRecord& record, const Strings& named) {
   Strings names;
+  std::unordered_set<std::string> known;
+  const auto add = [&](std::string_view name) {
+    if (known.emplace(name).second) names.emplace_back(name);
+  };
   for (std::size_t i = 0; i + record.programs < record.inputs.size(); ++i) {
-    for (const std::string& name : IncludesOf(record.inputs[i])) AddOnce(names, name);
+    for (const std::string& name : IncludesOf(record.inputs[i])) add(name);
+    if (i < record.sources) continue;
+    const std::string_view path = store_.PathOf(record.inputs[i]);
+    for (const std::string& folder : named) {
+      const std::string start = AddSeparator(folder);
+      if (path.starts_with(start)) add(path.substr(start.size()));
+    }
   }
   return names;
 }
@@ -89,8 +111,13 @@ bool ShadowCheck::IsThere(const std::string& path, std::unordered_set<std::strin
 ShadowCheck::Strings ShadowCheck::FindCandidates(const BuildRecord& record,
                                                  std::unordered_set<std::string>& watched) {
   Strings candidates;
-  const Strings names = NamesOf(record);
-  for (const std::string& folder : FoldersOf(record)) {
+  const Searched searched = SearchedBy(record);
+  for (const std::string& file : searched.files) {
+    if (IsThere(file, watched)) AddOnce(candidates, file);
+  }
+  if (searched.folders.empty()) return candidates;
+  const Strings names = NamesOf(record, searched.folders);
+  for (const std::string& folder : FoldersOf(record, searched.folders)) {
     for (const std::string& name : names) {
       if (!IsRelativePath(name)) continue;
       const std::string path = files_.Canonical(JoinPath(folder, ToNativeSeparators(name)));
@@ -145,11 +172,17 @@ std::string ShadowCheck::Find(std::size_t position) {
   const BuildRecord& record = store_.Get(position);
   if (AreUnchanged(record)) return {};
   std::unordered_set<std::string> watched;
-  for (const std::string& path : FindCandidates(record, watched)) {
+  const Strings candidates = FindCandidates(record, watched);
+  for (const std::string& path : candidates) {
     const bool isKnown =
         std::any_of(record.passedOver.begin(), record.passedOver.end(),
                     [&](BuildRecord::Number each) { return store_.Text(each) == path; });
     if (!isKnown) return path;
+  }
+  // It may have been tested for.
+  for (const BuildRecord::Number each : record.passedOver) {
+    std::string path(store_.Text(each));
+    if (!Contains(candidates, path)) return path;
   }
   store_.SetFolders(position, AddFolderSet(watched));
   return {};

@@ -16,11 +16,14 @@ namespace tarn {
 // Finds files that would be included now in place of one that a tool read: a new header earlier in
 // the search path.
 //
-// Such a file can be any name of an include directive, of the source or of what it includes, in any
-// folder that headers are searched in: the folders of the including files and those that the
-// command names. A record holds these folders as they were; while none has gained or lost an entry
-// nothing can be shadowed, so an up-to-date project costs one comparison a folder. Otherwise the
-// names are looked for, and what was there already when the tool ran is passed over.
+// Such a file can be any name of an include directive, of the source or of what it includes, and
+// the path of any header below a folder that the command names, in any folder that headers are
+// searched in: the folders of the including files and those that the command names. The tool can
+// also list single files that it would have read had they been there, with a "?" before their
+// paths. A record holds these folders as they were; while none has gained or lost an entry nothing
+// can be shadowed, so an up-to-date project costs one comparison a folder. Otherwise the names are
+// looked for again: what was there already when the tool ran is passed over, and what of it is gone
+// counts like a new file, since a source can test whether a header exists.
 //
 // On the main thread.
 class ShadowCheck {
@@ -32,7 +35,7 @@ class ShadowCheck {
   void Complete(BuildRecord& record, const std::function<bool(const std::string&)>& mayBeNew);
   // No folder of the record has gained or lost an entry.
   bool AreUnchanged(const BuildRecord& record);
-  // Returns the file that shadows another, or an empty string. Folders that changed without such a
+  // Returns the file that came or went, or an empty string. Folders that changed without such a
   // file are noted in the record. Folders count as they are at the first look after a Forget.
   std::string Find(std::size_t record);
 
@@ -48,8 +51,14 @@ class ShadowCheck {
   };
   using Strings = std::vector<std::string>;
 
-  Strings FoldersOf(const BuildRecord& record) const;
-  Strings NamesOf(const BuildRecord& record);
+  // What the tool reported: folders that headers are searched in, and single files.
+  struct Searched {
+    Strings folders, files;
+  };
+
+  Searched SearchedBy(const BuildRecord& record) const;
+  Strings FoldersOf(const BuildRecord& record, Strings named) const;
+  Strings NamesOf(const BuildRecord& record, const Strings& named);
   const Strings& IncludesOf(BuildRecord::Number version);
   // Every file that a name could mean, as far as it is there; adds the folders to watch.
   Strings FindCandidates(const BuildRecord& record, std::unordered_set<std::string>& watched);

@@ -192,6 +192,98 @@ TEST(CliCurrent, WhatChangesWhileACompilerRunsIsCompiledAgain) {
   }
 }
 
+// Edits a file that an option of the link names.
+TEST(CliCurrent, FilesThatLinkerArgumentsNameAreFollowed) {
+  const char* const rows[][3] = {
+      // Arguments, the file that comes or changes, its text.
+      {"lib/a.ld", "lib/a.ld", "PROVIDE(p = 2);\n"},
+      {"-Wl,--start-group,lib/a.ld,--end-group", "lib/a.ld", "PROVIDE(p = 3);\n"},
+      {"-Xlinker lib/a.ld", "lib/a.ld", "PROVIDE(p = 4);\n"},
+      {"@lib/l.rsp", "lib/a.ld", "PROVIDE(p = 5);\n"},
+      {"-Wl,@lib/l.rsp", "lib/l.rsp", "lib/t.ld\n"},
+      {"-T lib/t.ld", "lib/t.ld", "SECTIONS { } INSERT AFTER .data;\n"},
+      {"-Wl,-T,lib/t.ld", "lib/t.ld", "SECTIONS { } INSERT AFTER .text;\n"},
+      {"-Wl,--script=lib/t.ld", "lib/t.ld", "SECTIONS { } INSERT AFTER .bss;\n"},
+      {"-Tlib/t.ld", "lib/t.ld", "INCLUDE lib/a.ld SECTIONS { } INSERT AFTER .text;\n"},
+      {"-Tlib/t.ld", "lib/a.ld", "PROVIDE(p = 6);\n"},
+      {"-Llib0 -Llib -lf", "lib/libf.a", "PROVIDE(p = 7);\n"},
+      {"-Llib0 -Llib -lf", "lib/libf.so", "PROVIDE(p = 8);\n"},
+      {"-Llib0 -Llib -lf", "lib0/libf.a", "PROVIDE(p = 9);\n"},
+      {"-Llib0 -lm", "lib0/libm.so", "PROVIDE(p = 9);\n"},
+      {"-Wl,-Map,build/x.map", "", ""},
+  };
+  CliProject project;
+  for (const char* folder : {"lib", "lib0"}) fs::create_directories(project.PathOf(folder));
+  for (const char* name : {"lib/a.ld", "lib/libf.a"}) project.Write(name, "PROVIDE(p = 1);\n");
+  project.Write("lib/t.ld", "SECTIONS { } INSERT AFTER .text;\n");
+  project.Write("lib/l.rsp", "lib/a.ld\n");
+  for (const auto& [arguments, file, text] : rows) {
+    SCOPED_TRACE(arguments);
+    project.Out({"options", "set", "Linker.Extra", "--", arguments});
+    project.Out({"build"});
+    EXPECT_EQ(Built(project.Out({"build"})), "");
+    if (*file == '\0') continue;
+    Edit(project, file, text);
+    EXPECT_EQ(Built(project.Out({"build"})), "app") << file;
+    EXPECT_EQ(Built(project.Out({"build"})), "");
+  }
+}
+
+// Edits or adds a file that the compiler or its assembler reads, or removes it if there is no text.
+TEST(CliCurrent, WhatACompilerReadsIsFollowed) {
+  const struct {
+    const char* options;
+    const char* source;
+    const char* file;
+    const char* text;
+    const char* built = "x.c app";
+  } rows[] = {
+      {"-Iinc1 -Iinc2", "#define H <x.h>\n#include H\n", "inc1/x.h", ""},
+      {"-Iinc1 -Iinc2", "/* */ #include <x.h>\n", "inc1/x.h", ""},
+      {"-Iinc1 -Iinc2 -include x.h", "", "inc1/x.h", ""},
+      {"--include-directory=inc1 -Iinc2", "#include <x.h>\n", "inc1/x.h", ""},
+      {"-Wp,-I,inc1 -Iinc2", "#include <x.h>\n", "inc1/x.h", ""},
+      {"@i.rsp -Iinc2", "#include <x.h>\n", "inc1/x.h", ""},
+      {"-Iinc1 -idirafter inc2", "#include <x.h>\n", "inc1/x.h", ""},
+      {"-Iinc1", "#if __has_include(<opt.h>)\n#endif\n", "inc1/opt.h", ""},
+      {"-Iinc2", "#if __has_include(<x.h>)\n#endif\n", "inc2/x.h", nullptr},
+      {"", "#if __has_include(\"opt.h\")\n#endif\n", "src/opt.h", ""},
+      {"-isystem inc2", "#include <x.h>\n", "inc2/x.h", "\n"},
+      {"@i.rsp", "", "i.rsp", "-DI"},
+      {"@o.rsp", "", "i.rsp", "-DI"},
+      {"", "__asm__(\".incbin \\\"l.bin\\\"\");\n", "l.bin", "2"},
+      {"-Wa,-adhls=build/x.lst", "", "i.inc", " .incbin \"l.bin\"\n", "s.s app"},
+      {"-save-temps=obj", "", "i.inc", "\n", "s.s app"},
+  };
+  CliProject project;
+  project.WriteProject({{"app", {"x.c"}}});
+  project.Write("src/x.c", "int main(void) { return 0; }\n");
+  project.Write("src/s.s", ".include \"i.inc\"\n");
+  project.Out({"add", "src/s.s"});
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::string(row.options) + row.source);
+    fs::remove_all(project.PathOf("inc1"));
+    for (const char* folder : {"inc1", "inc2"}) fs::create_directories(project.PathOf(folder));
+    fs::remove(project.PathOf("src/opt.h"));
+    project.Write("inc2/x.h", "");
+    project.Write("i.inc", "");
+    project.Write("i.rsp", "-Iinc1");
+    project.Write("o.rsp", "@i.rsp");
+    project.Write("l.bin", "1");
+    project.Write("src/x.c", std::string(row.source) + "int main(void) { return 0; }\n");
+    project.Out({"options", "set", "C.Compiler.Extra", "--", row.options});
+    project.Out({"rebuild"});
+    EXPECT_EQ(Built(project.Out({"build"})), "");
+    if (row.text == nullptr) {
+      fs::remove(project.PathOf(row.file));
+    } else {
+      Edit(project, row.file, row.text);
+    }
+    EXPECT_EQ(Built(project.Out({"build"})), row.built);
+    EXPECT_EQ(Built(project.Out({"build"})), "");
+  }
+}
+
 TEST(CliCurrent, AKilledBuildGoesOnWhereItWas) {
   CliProject project;
   project.AddProgram("gcc",

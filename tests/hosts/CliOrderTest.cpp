@@ -52,9 +52,16 @@ TEST_F(CliOrder, WhatAnApplicationLinksIsBuiltBeforeIt) {
       {"file of the library", "Linker.Libraries", ":libcore.a"},
       {"argument", "Linker.Extra", "build/Standard/libcore.a"},
       {"part of an argument", "Linker.Extra", "-Wl,--no-gc-sections,build/Standard/libcore.a,-s"},
+      {"through a link", "Linker.Extra", "link/libcore.a"},
+      {"response file", "Linker.Extra", "@l.rsp"},
+      {"linker script", "Linker.Extra", "l.ld"},
+      {"passed on", "Linker.Extra", "-Wl,-L=build/Standard -Wl,--library=core"},
       {"node", "", "", true},
   };
   const std::string before = project.Read("prog.tapp");
+  project.Write("l.rsp", kLibrary);
+  project.Write("l.ld", std::string("INPUT(") + kLibrary + ")");
+  std::filesystem::create_directory_symlink("build/Standard", project.PathOf("link"));
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     project.Write("prog.tapp", before);
@@ -74,6 +81,10 @@ TEST_F(CliOrder, WhatAnApplicationLinksIsBuiltBeforeIt) {
     EXPECT_EQ(Links(one), "libcore.a prog ") << one;
     EXPECT_TRUE(Has(one, "[6/6] build/Standard/prog")) << one;
     EXPECT_TRUE(Has(project.Out({"build", "--app", "prog"}), "Nothing to do"));
+    // The library comes first, in a build of its own.
+    project.Touch("src/a.c");
+    project.Out({"build", "--app", "core"});
+    EXPECT_EQ(Links(project.Out({"build", "--app", "prog"})), "prog ");
     if (&row != rows && !row.isFile) continue;
     project.Touch("src/a.c");
     const std::string status = project.Out({"status"});

@@ -134,10 +134,14 @@ TEST(CommandLine, ALongLineGoesThroughAResponseFileThatIsRemoved) {
 }
 
 TEST(CommandLine, FilesThatARunReadsAreKnownBeforeIt) {
-  ToolManagerFixture tools(
-      OneTool(R"~(Output="out.elf"><Step Program="ld"><Arg V="-o"/><Arg V="$(Output)"/>)~"
-              R"~(<Arg V="$(X.Args)" Words="Yes"/></Step><Depend File="x.ld"/>)~"
-              R"~(<Libraries Name="-l" Folder="-L" File="lib$(Item).so;lib$(Item).a"/>)~"));
+  ToolManagerFixture tools(OneTool(
+      R"~(Output="out.elf" Follow="Scripts" Writes="-o;-Map"><Step Program="ld"><Arg V="-o"/><Arg V="$(Output)"/>)~"
+      R"~(<Arg V="$(X.Args)" Words="Yes"/></Step><Depend File="x.ld"/>)~"
+      R"~(<Libraries Name="-l;--library" Folder="-L;--library-path" )~"
+      R"~(File="lib$(Item).so;lib$(Item).a"/>)~"));
+  tools.disk.AddFile("/p/r.rsp", "@more.rsp 'one.a'");
+  tools.disk.AddFile("/p/more.rsp", "two.a\n@r.rsp");
+  tools.disk.AddFile("/p/s.ld", "INPUT(one.a -lm)");
   const std::string candidates =
       R"("/p/a.o","/p/x.ld","/p/l/libm.so","/p/l/libm.a","/q/libm.a","/p/l/n.a","/p/libm.a")"
       R"(,"/p/one.a","/p/two.a","/p/sub/../Three.a","/p/out.elf")";
@@ -147,6 +151,9 @@ TEST(CommandLine, FilesThatARunReadsAreKnownBeforeIt) {
                                 R"("/p/l/n.a")"},
       {"one.a -Wl,-x,two.a,--in=three.a", R"("/p/a.o","/p/x.ld","/p/one.a","/p/two.a",)"
                                           R"("/p/sub/../Three.a")"},
+      {"@r.rsp", R"("/p/a.o","/p/x.ld","/p/one.a","/p/two.a")"},
+      {"-Wl,-L,/q -Xlinker --library=m -Map one.a -Map=two.a", R"("/p/a.o","/p/x.ld","/q/libm.a")"},
+      {"-Ts.ld --library-path=l", R"("/p/a.o","/p/x.ld","/p/l/libm.so","/p/l/libm.a","/p/one.a")"},
   };
   for (const auto& [arguments, expected] : rows) {
     tools.values.Put("", "X", "Args", arguments);
@@ -155,13 +162,20 @@ TEST(CommandLine, FilesThatARunReadsAreKnownBeforeIt) {
               expected);
   }
   // The library that is there counts as a dependency.
-  tools.values.Put("", "X", "Args", "-Ll -L/q -lm -lnone");
+  tools.values.Put("", "X", "Args", "-Ll -L/q -lm -Wl,-T,s.ld @r.rsp -Map one.map");
+  for (const char* path : {"/p/x.ld", "/p/two.a", "/p/one.map"}) tools.disk.AddFile(path, "");
   tools.disk.AddFile("/p/out.elf", "");
   tools.disk.AddFile("/q/libm.a", "");
   EXPECT_TRUE(tools.Run("t", "\"a.o\""));
-  EXPECT_NE(tools.manager->TakeBuildInformation().find(
-                R"(<D Header="/p/x.ld"/><D Header="/q/libm.a"/></F>)"),
-            std::string::npos);
+  const std::string information = tools.manager->TakeBuildInformation();
+  const std::string read =
+      R"(<D Header="/p/r.rsp"/><D Header="/p/more.rsp"/><D Header="/q/libm.a"/>)"
+      R"(<D Header="/p/s.ld"/><D Header="/p/two.a"/><D Header="/p/x.ld"/></F>)";
+  EXPECT_NE(information.find(read), std::string::npos) << information;
+  // What would be read in place of a file, and what is not there yet.
+  for (const char* path : {"?/p/l/libm.so", "?/p/l/libm.a", "?/q/libm.so", "?/p/one.a"}) {
+    EXPECT_NE(information.find(path), std::string::npos) << path << '\n' << information;
+  }
 }
 
 TEST(CommandLine, AFreshOutputHasNothingOfTheOneBefore) {
@@ -212,7 +226,8 @@ TEST(ShippedTools, CompileAndLinkLinesAreComplete) {
             "avr-gcc -c -mmcu=atmega328p -DF_CPU=16000000UL -Os -std=c11 -Wall -gdwarf-2 "
             "-fdiagnostics-color=never -fdebug-prefix-map=/p/= -gno-record-gcc-switches "
             "-frandom-seed=out/x.o -ffunction-sections -fdata-sections -DA -DB=2 -Isrc "
-            "-I/inc -MMD -MF out/x.d -x c -flto src/a.c -o out/x.o\n");
+            "-I/inc -MD -MF out/x.d -Xassembler --MD -Xassembler out/x.as.d -x c -flto src/a.c -o "
+            "out/x.o\n");
   EXPECT_EQ(commands("avr-gcc.tools", "avr-gcc.link", "\"/p/out/a.o\",\"/p/out/b.o\"", options),
             "avr-gcc -mmcu=atmega328p -fdiagnostics-color=never -fdebug-prefix-map=/p/= "
             "-gno-record-gcc-switches -Wl,--gc-sections "
@@ -223,7 +238,7 @@ TEST(ShippedTools, CompileAndLinkLinesAreComplete) {
       commands("host-gcc.tools", "host-gcc.cpp", "\"/p/src/a.cpp\"", "Compiler.Warnings=extra"),
       "g++ -c -Wall -Wextra -fdiagnostics-color=never -ffile-prefix-map=/p/= "
       "-frandom-seed=out/x.o -ffunction-sections -fdata-sections "
-      "-MMD -MF out/x.d -x c++ src/a.cpp -o out/x.o\n");
+      "-MD -MF out/x.d -Xassembler --MD -Xassembler out/x.as.d -x c++ src/a.cpp -o out/x.o\n");
   EXPECT_EQ(commands("sdcc-mcs51.tools", "sdcc-mcs51.c", "\"/p/src/a.c\"", "Compiler.Optimize=s"),
             "sdcc -mmcs51 -c --opt-code-size -MMD src/a.c -o out/x.o\n");
 }

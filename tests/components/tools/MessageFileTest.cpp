@@ -49,9 +49,11 @@ TEST(MessageFile, RecordsKeepPathsWithQuotes) {
                              {"/bin/cc", "/bin/size"},
                              {"/w"},
                              0x1234,
-                             {}}),
+                             {},
+                             {"/l/x.a"}}),
             "<F Header=\"/o/a.o\" Infos=\"flash 1 B\" Date=\"1234\" Command=\"0000000000001234\" "
-            "Programs=\"&quot;/bin/cc&quot;,&quot;/bin/size&quot;\" Search=\"&quot;/w&quot;\"><D "
+            "Programs=\"&quot;/bin/cc&quot;,&quot;/bin/size&quot;\" "
+            "Search=\"&quot;/w&quot;,&quot;?/l/x.a&quot;\"><D "
             "Header=\"/w/&quot;b&quot;.h\"/><D Header=\"/w/c.h\"/></F>");
 }
 

@@ -60,13 +60,16 @@ TEST_F(RealTools, AvrFirmwareIsCompiledLinkedAndMeasured) {
                "#include <avr/io.h>\n#include \"h #1.h\"\nint main(void) {\n  int u;\n"
                "  PORTB = F_CPU / 1000000UL + buffer[ONE];\n  return 0;\n}\n");
   folder.Write("h #1.h", "#define ONE 1\nchar buffer[18];\n");
-  folder.Write("s.s", ".global other\nother: ret\n");
+  folder.Write("s.s", ".global other\n.include \"i.inc\"\nother: ret\n");
+  folder.Write("i.inc", "l: .incbin \"l.bin\"\n");
+  folder.Write("l.bin", "12");
   ASSERT_TRUE(Run("avr-gcc.c", {"a,b.c"}, "out/dir/a.o")) << messages;
   Expect({R"(Icon="1" ShowInReport="yes" Contain="unused variable 'u' [-Wunused-variable]")",
           "File=\"~/a,b.c\" Line=\"4\"", "<link>err://~/a,b.c:4</link>"});
   Expect(
       {"<F Header=\"~/out/dir/a.o\" Infos=\"\" Date=\"1", "\"><D Header=\"~/h #1.h\"/></F></I>"});
   ASSERT_TRUE(Run("avr-gcc.asm", {"s.s"}, "out/s.o")) << messages;
+  Expect({"<D Header=\"~/i.inc\"/>", "<D Header=\"~/l.bin\"/>"});
   ASSERT_TRUE(Run("avr-gcc.link", {"out/dir/a.o", "out/s.o"}, "out/p.elf")) << messages;
   EXPECT_TRUE(Exists("out/p.map") && Exists("out/p.hex"));
   Expect({"Infos=\"flash 1", " B, RAM 18 B\""});
@@ -99,11 +102,16 @@ TEST_F(RealTools, SdccFirmwareIsCompiledLinkedAndMeasured) {
                "#include <8051.h>\n#include \"b.h\"\nint unused(int a) { return 1; }\n"
                "void main(void) { P1 = missing(3); }\n");
   folder.Write("b.h", "extern int missing(int);\n");
-  folder.Write("m.asm", " .module m\n .globl _missing\n .area CSEG (CODE)\n_missing: ret\n");
+  folder.Write("i.inc", " .include /j.inc/\n");
+  folder.Write("j.inc", "");
+  folder.Write(
+      "m.asm",
+      " .include \"i.inc\"\n .module m\n .globl _missing\n .area CSEG (CODE)\n_missing: ret\n");
   ASSERT_TRUE(Run("sdcc-mcs51.c", {"a.c"}, "out/a.rel")) << messages;
   Expect({"Icon=\"1\"", "unreferenced function argument : 'a'", "File=\"~/a.c\" Line=\"3\""});
   Expect({"<F Header=\"~/out/a.rel\"", "\"><D Header=\"~/b.h\"/></F></I>"});
   ASSERT_TRUE(Run("sdcc-mcs51.asm", {"m.asm"}, "out/m.rel")) << messages;
+  Expect({"<D Header=\"~/i.inc\"/><D Header=\"~/j.inc\"/></F></I>"});
   ASSERT_TRUE(Run("sdcc-mcs51.link", {"out/a.rel", "out/m.rel"}, "out/p.ihx")) << messages;
   EXPECT_EQ(testing::ReadBytes(folder / "out/p.ihx").substr(0, 1), ":");
   Expect({"Infos=\"flash ", " B, RAM "});

@@ -68,6 +68,7 @@ TEST(ToolManager, AToolThatLeavesNoWholeListOfDependenciesHasFailed) {
       {nullptr, "can't be read: "},  // that of an earlier run must not do
       {"", "is empty"},
       {"a.o: /p/a.c b", "ends in the middle of a line"},
+      {"a.o: /p/a.c b\\c.h\n", "names a file that can't be followed, rename it: b\\c.h"},
       {"a.o: b.h\n", "doesn't name the source /p/a.c"},
   };
   for (const auto& [rules, problem] : rows) {
@@ -87,6 +88,7 @@ TEST(ToolManager, AToolThatLeavesNoWholeListOfDependenciesHasFailed) {
 
 TEST(ToolManager, OptionalStepsAddSizesAndNeverFailTheTool) {
   ToolManagerFixture tools(kDefinitions);
+  tools.disk.AddFile("/p/x.ld", "");
   tools.launcher.Queue({{}, {}, tools.Makes("/p/o/a.elf")});
   tools.launcher.Queue({{{false, ".text 12 0\n"}, {true, "ld: cannot find size"}}, {3, false}, {}});
   EXPECT_TRUE(tools.Run("link", "\"/p/o/a.o\""));
