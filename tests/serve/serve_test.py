@@ -201,6 +201,7 @@ class Session(ServeTest):
             self.assertIn("Nothing was built: " + path, client.transcript[-1]["wParam"])
             with open(path, "w") as file:
                 file.write(text)
+            self.assertEqual(self.build(client)[0], 1, name)
             self.assertEqual(self.build(client), (1, []), name)
 
     def test_a_new_configuration_has_the_options_of_another(self):
