@@ -110,20 +110,30 @@ nlohmann::json ToJson(const std::vector<LogEntry>& entries) {
   return list;
 }
 
-// What was lost of the project goes into each document about one: into a list's first entry, where
-// a list has any to tell of.
+namespace {
+
+// A list has it in its first entry, and only if there is anything.
+void AddField(nlohmann::json& document, const char* name, const nlohmann::json& list) {
+  if (document.is_object()) {
+    document[name] = list;
+  } else if (!list.empty()) {
+    if (document.empty()) document.push_back(nlohmann::json::object());
+    document[0][name] = list;
+  }
+}
+
+}  // namespace
+
+// What was lost of the project, and what is wrong with the definitions, goes into each document
+// about a project.
 void PrintJson(CommandContext& context, nlohmann::json document) {
   if (context.HasOpened()) {
     nlohmann::json damage = nlohmann::json::array();
     for (const DamageEntry& each : context.GetDamage()) {
       damage.push_back({{"file", each.file}, {"line", each.line}, {"text", each.text}});
     }
-    if (document.is_object()) {
-      document["damage"] = damage;
-    } else if (!damage.empty()) {
-      if (document.empty()) document.push_back(nlohmann::json::object());
-      document[0]["damage"] = damage;
-    }
+    AddField(document, "damage", damage);
+    AddField(document, "definitionErrors", context.Session().GetDefinitionErrors());
   }
   context.Out().PrintLine(document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
 }

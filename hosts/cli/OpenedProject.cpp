@@ -108,7 +108,7 @@ int CommandContext::OpenProject(const std::string& path) {
   }
   hasOpened = true;
   for (const std::string& line : Session().TakeLogLines()) Remark(line);
-  for (const std::string& line : Session().GetDefinitionErrors()) Remark(line);
+  ShowDefinitionErrors();
   ShowDamage();
   if (asked.damagedOk) Session().AcceptAllDamage();
   return ChangesProject(asked.command) && Session().IsDamageHeld() ? RefuseDamaged()
@@ -119,6 +119,12 @@ void CommandContext::ShowDamageOf(const std::string& path) {
   if ((!isStarted && !Session().Start()) || !Session().Open(path)) return;
   hasOpened = true;
   ShowDamage();
+}
+
+// Also if the user wants quiet: other things may be built than the definitions mean.
+void CommandContext::ShowDefinitionErrors() {
+  if (asked.command == "complete") return;
+  for (const std::string& line : Session().GetDefinitionErrors()) Complain(Printable(line));
 }
 
 // Also if the user wants quiet, but not in the middle of a line that a shell completes.

@@ -68,6 +68,7 @@ class CommandContext {
   int SaveProject();
 
  private:
+  void ShowDefinitionErrors();
   void ShowDamage();
   int RefuseDamaged();
   std::vector<std::string> NodeNames(const std::string& application);

@@ -207,6 +207,7 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
   methods = session->GetMethods();
   result = {{"serverInfo", {{"name", "tarn"}, {"version", TARN_VERSION}}},
             {"methods", ToJson(methods)},
+            {"definitionErrors", session->GetDefinitionErrors()},
             {"questions", ClientQuestions::Names()}};
   return {};
 }

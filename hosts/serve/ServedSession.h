@@ -46,6 +46,7 @@ class ServedSession {
   Status Start();
   // What was lost when the open project was read.
   std::vector<DamageEntry> GetDamage() { return session.GetDamage(); }
+  std::vector<std::string> GetDefinitionErrors() { return session.GetDefinitionErrors(); }
   void AcceptDamage() { session.AcceptDamage(); }
   void AcceptAllDamage() { session.AcceptAllDamage(); }
   // Called with each project that was opened with damage.

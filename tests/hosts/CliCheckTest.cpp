@@ -163,7 +163,7 @@ TEST(CliCheck, TellsProgramsAndTakesOneApplication) {
   const auto answer = project.Run({"check", "--json", "--app", "two"});
   EXPECT_EQ(answer.code, 1) << answer.err;
   EXPECT_EQ(nlohmann::json::parse(answer.out, nullptr, false),
-            nlohmann::json::parse(R"({"damage": [], "findings": [
+            nlohmann::json::parse(R"({"damage": [], "definitionErrors": [], "findings": [
       {"kind": "missing-file", "file": ")" +
                                   project.PathOf("two.tapp") + R"(", "line": 2,
        "application": "two", "node": "lost.c", "option": "", "subject": ")" +

@@ -185,6 +185,24 @@ class Session(ServeTest):
                 file.write(text.replace(old, new, 1))
             self.assertEqual(self.build(client), everything, name)
             self.assertEqual(self.build(client), (1, []), name)
+        # An editor may have written half of a file.
+        for name in ("tools/host-gcc.tools", "options/host-gcc.options"):
+            path = os.path.join(share, "config", name)
+            with open(path) as file:
+                text = file.read()
+            with open(path, "w") as file:
+                file.write(text[:text.rindex("<")])
+            client.transcript.clear()
+            client.call("PrologCommand", BUILD)
+            self.assertEqual(client.call("Command", BUILD), 0)
+            client.call("EpilogCommand", BUILD)
+            self.assertEqual(client.call("PrologCommand", BUILD), 0)
+            self.assertEqual(client.call("ProjectBuild"), 0)
+            self.assertIn("Nothing was built: " + path, client.transcript[-1]["wParam"])
+            with open(path, "w") as file:
+                file.write(text)
+            self.assertEqual(self.build(client)[0], 1, name)
+            self.assertEqual(self.build(client), (1, []), name)
 
     def test_a_new_configuration_has_the_options_of_another(self):
         client = self.open()
@@ -223,6 +241,7 @@ class Calls(ServeTest):
         result = client.wait(client.post("initialize", {"applicationPath": self.project.share,
                                                         "dataPath": self.project.data}))
         self.assertEqual(len(result["methods"]), 44)
+        self.assertEqual(result["definitionErrors"], [])
         named = {each["name"]: each["params"] for each in result["methods"]}
         self.assertEqual(named["Command"], ["Command"])
         self.assertEqual(self.errors(
