@@ -35,6 +35,8 @@ void PrintJson(CommandContext& context, nlohmann::json document);
 // Names that somebody can ask for.
 std::vector<std::string> TargetNames(const std::vector<TargetEntry>& targets);
 std::vector<std::string> FamilyNames(const std::vector<TargetEntry>& targets);
+// 0, or an exit code with everything said if a file of the listed targets was read only in part.
+int CheckTargetFiles(CommandContext& context, const std::string& list);
 // Messages of a build as a list.
 nlohmann::json ToJson(const std::vector<LogEntry>& entries);
 

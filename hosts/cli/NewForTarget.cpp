@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/frame/Suggest.h"
 #include "hosts/frame/WizardForm.h"
@@ -133,6 +134,8 @@ int Creation::Run(std::vector<std::string>& made) {
   }
   if (const int code = context.StartSession(); code != kExitDone) return code;
   BuildSession& session = context.Session();
+  const std::string targets = session.Inspector().GetTargets();
+  if (const int code = CheckTargetFiles(context, targets); code != kExitDone) return code;
   session.TakeLogLines();
   session.beforeScript = [this] { ChooseConfiguration(); };
   const bool isMade = session.Manager().AddNewItem() != 0;

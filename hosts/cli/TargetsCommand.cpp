@@ -136,9 +136,18 @@ std::vector<std::string> FamilyNames(const std::vector<TargetEntry>& targets) {
   return {names.begin(), names.end()};
 }
 
+int CheckTargetFiles(CommandContext& context, const std::string& list) {
+  const std::string problem = ReadTargetProblem(list);
+  if (problem.empty()) return kExitDone;
+  context.Complain("A file of targets was read only in part: " + Printable(problem) + ".");
+  return kExitCannotOpen;
+}
+
 int RunTargets(CommandContext& context) {
   if (const int code = context.StartSession(); code != kExitDone) return code;
-  std::vector<TargetEntry> targets = ReadTargets(context.Session().Inspector().GetTargets());
+  const std::string list = context.Session().Inspector().GetTargets();
+  const int problem = CheckTargetFiles(context, list);
+  std::vector<TargetEntry> targets = ReadTargets(list);
   if (const int code = Choose(context, targets); code != kExitDone) return code;
   if (context.Asked().json) {
     PrintJson(context, ToJson(targets));
@@ -147,7 +156,7 @@ int RunTargets(CommandContext& context) {
   } else {
     PrintList(context, targets);
   }
-  return kExitDone;
+  return problem;
 }
 
 }  // namespace tarn::host

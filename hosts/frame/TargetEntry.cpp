@@ -30,4 +30,8 @@ std::vector<TargetEntry> ReadTargets(const std::string& xml) {
   return targets;
 }
 
+std::string ReadTargetProblem(const std::string& xml) {
+  return AttributeOf(ParseXml(xml).get(), "Problem");
+}
+
 }  // namespace tarn::host

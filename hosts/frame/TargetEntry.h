@@ -16,5 +16,7 @@ struct TargetEntry {
 
 // Those that the server's inspector lists, in their order.
 std::vector<TargetEntry> ReadTargets(const std::string& xml);
+// "FILE:LINE: what" if a file of targets was read only in part, from the same list.
+std::string ReadTargetProblem(const std::string& xml);
 
 }  // namespace tarn::host

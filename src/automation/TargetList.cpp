@@ -39,6 +39,8 @@ void AddFamily(const CXmlNode& family, CXmlNode& list) {
 std::string DescribeTargets(const CXmlNode& catalogue) {
   CXmlNode list;
   list.SetName("Targets");
+  const std::string problem = TextOf(catalogue.GetAttrValue("Problem"));
+  if (!problem.empty()) list.AddAttr("Problem", problem);
   AddFamily(catalogue, list);
   return list.ToString(g_xmlDisplayOptions);
 }

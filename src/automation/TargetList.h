@@ -10,7 +10,7 @@ namespace tarn {
 // each family with its label as "Header", an element "Target" for each target with "Header",
 // "Description" (lines are separated by line feeds), "Datasheet" and "Config", the configuration
 // that its application uses. What has no label of its own, or is neither family nor target, is left
-// out.
+// out. The outermost element has "Problem" if the catalogue has.
 std::string DescribeTargets(const CXmlNode& catalogue);
 
 }  // namespace tarn

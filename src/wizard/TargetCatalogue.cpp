@@ -5,6 +5,7 @@
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "xml/XmlDamage.h"
 
 namespace tarn {
 
@@ -13,6 +14,7 @@ namespace {
 constexpr const char* kPackagesKey = "Software\\Corvane\\Tarn7\\Targets";
 constexpr const char* kRootName = "Targets";
 constexpr const char* kHeader = "Header";
+constexpr const char* kProblem = "Problem";
 
 bool IsHidden(const CXmlNode& node) {
   return EqualNoCase(TextOf(node.GetAttrValue("Hidden")), "Yes");
@@ -87,8 +89,10 @@ std::unique_ptr<CXmlNode> TargetCatalogue::Read() const {
     const Result<std::string> text = files.ReadWholeFile(package.path);
     if (!text) continue;
     CXmlNode root;
-    CXmlParseInfo parseInfo;
-    root.Load(*text, parseInfo);
+    const std::string fault = LoadWhole(root, *text, XmlTexts::InElements, package.path);
+    if (!fault.empty() && catalogue->GetAttr(kProblem) == nullptr) {
+      catalogue->AddAttr(kProblem, fault);
+    }
     ApplyPresentation(root);
     // Behind a label of the file's own, which is the one that is found then.
     root.AddAttr(kHeader, package.label);

@@ -34,7 +34,8 @@ class TargetCatalogue {
   std::vector<TargetPackage> FindPackages() const;
   // All packages as one tree below an element "Targets" of the same label: the root element of each
   // file with what is below it, hidden children left out. A damaged file gives what stands in front
-  // of the damage. Never null.
+  // of the damage, and the root gets "Problem" then: "FILE:LINE: what", of the first such file.
+  // Never null.
   std::unique_ptr<CXmlNode> Read() const;
 
  private:

@@ -75,6 +75,15 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
     EXPECT_EQ(answer.out, row.out) << row.arguments.back();
     EXPECT_EQ(answer.err, row.err) << row.arguments.back();
   }
+  // What can be read of a damaged file is shown, but nothing is made from it.
+  project.Write("targets.xml", "<Targets Header='Mine' >\n<Target Header='ab1' />\n");
+  const auto answer = project.Run({"targets"});
+  const std::string fault = project.PathOf("targets.xml") + ":3: the file ends inside <Targets>";
+  EXPECT_EQ(answer.out, "ab1  Mine\n  Configuration  Standard\n");
+  EXPECT_EQ(answer.code, 3);
+  EXPECT_TRUE(Has(answer.err, fault)) << answer.err;
+  project.ExpectRefusal({"new", "--target", "ab1", "made"}, 3, fault);
+  EXPECT_FALSE(project.Exists("made"));
   std::filesystem::remove(project.PathOf("targets.xml"));
   project.ExpectRefusal({"targets"}, 3, "There are no targets. `tarn register` makes");
 }

@@ -121,7 +121,12 @@ TEST_F(TargetCatalogueTest, FilesAreMergedAsFarAsTheyCanBeRead) {
   for (const auto& row : rows) {
     files.AddFile("/one", row.file);
     EXPECT_EQ(Tree(), row.tree) << row.fault;
+    const bool isDamaged = row.file == "nothing" || row.file.find("Wrong") != row.file.npos ||
+                           row.file.find('\0') != row.file.npos;
+    EXPECT_EQ(catalogue.Read()->GetAttr("Problem") != nullptr, isDamaged) << row.fault;
   }
+  files.AddFile("/one", "<Targets>\n<Target/>\n");
+  EXPECT_STREQ(catalogue.Read()->GetAttrValue("Problem"), "/one:3: the file ends inside <Targets>");
   const auto root = catalogue.Read();
   EXPECT_EQ(root->GetName() + " " + root->GetAttrValue("Header"), "Targets Targets");
 }
