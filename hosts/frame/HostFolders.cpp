@@ -21,9 +21,7 @@ std::string InstallationRoot(FileSystem& files) {
   if (const char* root = std::getenv("TARN_ROOT"); root != nullptr && *root != '\0') {
     return IsRelativePath(root) ? JoinPath(files.CurrentFolder(), root) : std::string(root);
   }
-  const std::string installed = files.Canonical(JoinPath(ProgramFolder(), "../share/tarn"));
-  if (files.IsFolder(JoinPath(installed, "config"))) return installed;
-  return TARN_FALLBACK_SHARE;
+  return files.Canonical(JoinPath(ProgramFolder(), "../share/tarn"));
 }
 
 }  // namespace

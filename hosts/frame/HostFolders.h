@@ -13,8 +13,7 @@ struct HostFolders {
   std::string data;         // without one
 
   // The installation root is TARN_ROOT of the environment, else share/tarn beside the program's
-  // folder, else what the build was told (TARN_FALLBACK_SHARE): by itself the share folder of the
-  // sources.
+  // folder; the folder of a build has links there.
   static HostFolders FromEnvironment(FileSystem& files);
 
   // The configuration file that the server uses with these folders: one that bears the name of the
