@@ -8,6 +8,7 @@
 // the server looks beside its own library. Ends with 0 after a successful build.
 
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 #include <tarn/load.h>
 
@@ -74,10 +75,52 @@ static void HandOnReports(const Host* host) {
   host->tarn->ClearVariant(&report);
 }
 
+static void PrintUtf8(unsigned long character) {
+  int shift = character < 0x80 ? 0 : character < 0x800 ? 6 : character < 0x10000 ? 12 : 18;
+  const unsigned long lead = shift == 0 ? 0 : shift == 6 ? 0xC0 : shift == 12 ? 0xE0 : 0xF0;
+  fputc((int)(lead | character >> shift), stderr);
+  while ((shift -= 6) >= 0) fputc((int)(0x80 | (character >> shift & 0x3F)), stderr);
+}
+
+// Prints a reference of XML as the character that it stands for, and returns its length; 0 for
+// anything else.
+static size_t PrintReference(const char* text) {
+  static const char* const kNames[] = {"&lt;", "&gt;", "&amp;"};
+  size_t i;
+  for (i = 0; i < 3; ++i) {
+    if (strncmp(text, kNames[i], strlen(kNames[i])) != 0) continue;
+    fputc("<>&"[i], stderr);
+    return strlen(kNames[i]);
+  }
+  if (strncmp(text, "&#", 2) == 0) {
+    char* end = NULL;
+    const unsigned long character = strtoul(text + 2, &end, 10);
+    if (*end == ';') {
+      PrintUtf8(character);
+      return (size_t)(end + 1 - text);
+    }
+  }
+  return 0;
+}
+
+// Prints the lines of a tool: the element "header" of each message.
+static void PrintMessages(const char* xml) {
+  static const char kHeader[] = "<header>";
+  const char* at = xml;
+  while ((at = strstr(at, kHeader)) != NULL) {
+    at += strlen(kHeader);
+    while (*at != '\0' && *at != '<') {
+      const size_t length = PrintReference(at);
+      if (length == 0) fputc(*at, stderr);
+      at += length == 0 ? 1 : length;
+    }
+    fputc('\n', stderr);
+  }
+}
+
 // Texts live only during the call; whoever needs them longer copies them.
 static intptr_t OnMessage(void* context, uint32_t message, intptr_t wParam, intptr_t lParam) {
   Host* host = (Host*)context;
-  (void)lParam;
   switch (message) {
     case TARN_MSG_PROJECT_OPENED:
       printf("opened %s\n", (const char*)wParam);
@@ -87,6 +130,9 @@ static intptr_t OnMessage(void* context, uint32_t message, intptr_t wParam, intp
       break;
     case TARN_MSG_TOOL_SUCCEEDED:
       HandOnReports(host);
+      break;
+    case TARN_MSG_TOOL_ENDED:
+      if (lParam == 0) PrintMessages((const char*)wParam);
       break;
     case TARN_MSG_WORKER_ENDED:
       host->hasWorkerEnded = 1;

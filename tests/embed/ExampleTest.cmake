@@ -66,6 +66,13 @@ built: yes
   endif()
 endforeach()
 
+# What a compiler says of an error is shown.
+file(APPEND ${SCRATCH}/blinky-avr/src/main.c "#error \"a < b & c\"\n")
+run(1 ${SCRATCH}/cmake/embed-c ${SCRATCH}/blinky-avr/blinky-avr.tprj)
+if(NOT said MATCHES "main.c[^\n]* error: #error \"a < b & c\"\n" OR NOT said MATCHES "built: no\n")
+  message(FATAL_ERROR "of an error in a source it says\n${said}")
+endif()
+
 # A project that was read only in part is refused.
 file(APPEND ${SCRATCH}/blinky-avr/blinky-avr.tapp "<<<<<<< HEAD\n")
 run(1 ${SCRATCH}/cmake/embed-c ${SCRATCH}/blinky-avr/blinky-avr.tprj)
