@@ -278,6 +278,21 @@ TEST(CliImport, EachEndOfAScriptHasItsAnswerAndExitCode) {
   }
 }
 
+// The project of an earlier conversion would pass for that of this one.
+TEST(CliImport, AScriptThatWasCutConvertsNothing) {
+  OlderProject project;
+  const std::string script = project.Read(project.Script());
+  project.Out({"import", "old.prj"});
+  std::filesystem::create_directories(project.PathOf("tarn/bin/k418"));
+  std::filesystem::create_directory_symlink(
+      std::string(std::getenv("TARN_SOURCE_DIR")) + "/share/config", project.PathOf("tarn/config"));
+  project.environment[0].second = project.PathOf("tarn");
+  for (const char* rest : {"use strict;", "# --- What", "binmode STDOUT", "exit $code", "}\n"}) {
+    project.Write("tarn/bin/k418/k418.pl", script.substr(0, script.rfind(rest)));
+    project.ExpectRefusal({"import", "--yes", "old.prj"}, 3, "ended with the exit code 255");
+  }
+}
+
 TEST(CliImport, WhatIsNoOlderProjectIsTold) {
   CliProject project;
   EXPECT_EQ(project.Run({"import", "gone.prj"}).code, 3);

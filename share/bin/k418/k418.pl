@@ -1,3 +1,5 @@
+{    # One block to the end of the file: Perl runs nothing of a script that was cut.
+
 # Converts a project of the older form into one of today's: perl k418.pl OLD-FILE
 #
 # docs/import.md describes the older form, what becomes of it, and what the exit codes mean. What is
@@ -569,3 +571,5 @@ if (!defined $code) {
     $code = $@->{code};
 }
 exit $code;
+
+}
