@@ -36,6 +36,7 @@ class PlanMaker : public TemplateValues {
     plan.products = Paths(tool.products);
     for (std::string& product : plan.products) product = Spelled(product);
     plan.depends = Paths(tool.depends);
+    plan.respelled = job.respelled;
     for (const StepRule& step : tool.steps) {
       folder = job.baseFolder;
       relative = step.relativePaths;

@@ -70,6 +70,8 @@ std::uint64_t HashCommands(const ToolWorld& world, const ToolPlan& plan) {
     }
   }
   for (const std::string& path : plan.depends) Mix(hash, path);
+  // A file that another node is about to make may have a similar name as one that is there.
+  for (const std::string& path : plan.respelled) Mix(hash, path);
   return hash == 0 ? 1 : hash;
 }
 

@@ -32,7 +32,7 @@ std::map<std::string, Macros> ListMacros(ToolManagerDriver& tools) {
 // An excluded application makes nothing.
 bool IsBuilt(const std::string& buildInputs, const ApplicationEntry& application) {
   for (const ApplicationInputs& each : ParseBuildInputs(buildInputs)) {
-    if (each.application != application.label) continue;
+    if (each.application != application.path) continue;
     return !each.outputs.empty() && each.outputs.back() == application.output;
   }
   return false;
@@ -43,7 +43,7 @@ bool IsBuilt(const std::string& buildInputs, const ApplicationEntry& application
 std::vector<std::string> FindSharedProducts(InspectorDriver& inspector, ToolManagerDriver& tools,
                                             FileSystem& files, const std::string& application) {
   struct Maker {
-    std::string label, macro;
+    std::string application, label;
   };
   std::vector<std::string> lines;
   const auto all = ProjectTree(inspector.GetTree()).GetApplications();
@@ -53,7 +53,7 @@ std::vector<std::string> FindSharedProducts(InspectorDriver& inspector, ToolMana
   std::map<std::string, Maker> makers;  // by path
   for (const ApplicationEntry& each : all) {
     if (!IsBuilt(buildInputs, each)) continue;
-    const auto input = ParseXml(inspector.GetToolInput(each.label, each.output));
+    const auto input = ParseXml(inspector.GetToolInput(each.path, each.output));
     const CXmlNode* const text = input == nullptr ? nullptr : input->FindChild("#CDATA");
     const auto made = macros.find(FoldCase(AttributeOf(input.get(), "Tool")));
     if (text == nullptr || made == macros.end()) continue;
@@ -63,10 +63,10 @@ std::vector<std::string> FindSharedProducts(InspectorDriver& inspector, ToolMana
       if (value.empty()) continue;
       const std::string path =
           files.Canonical(IsRelativePath(value) ? JoinPath(FolderOf(each.path), value) : value);
-      const auto [maker, isNew] = makers.try_emplace(path, Maker{each.label, macro});
-      const bool isWanted = application.empty() || EqualNoCase(application, each.label) ||
-                            EqualNoCase(application, maker->second.label);
-      if (isNew || maker->second.label == each.label || !isWanted) continue;
+      const auto [maker, isNew] = makers.try_emplace(path, Maker{each.path, each.label});
+      const bool isWanted = application.empty() || application == each.path ||
+                            application == maker->second.application;
+      if (isNew || maker->second.application == each.path || !isWanted) continue;
       lines.push_back(maker->second.label + " and " + each.label + " both make " + path + "; set " +
                       macro.substr(2, macro.size() - 3) + " of one of them to another name");
     }

@@ -37,7 +37,9 @@ bool PathChanges::IsReplaced(const std::string& folder) {
   if (!status || !isDuringRun_(status->changed)) return false;
   const std::int64_t modified =
       status->modifiedSeconds * 1'000'000'000 + status->modifiedNanoseconds;
-  return modified != status->changed || !IsBelow(output_, folder);
+  if (modified != status->changed) return true;
+  return !IsBelow(output_, folder) &&
+         !IsBelow(files_.ResolveLinks(output_), files_.ResolveLinks(folder));
 }
 
 }  // namespace tarn

@@ -138,7 +138,7 @@ TEST_F(Inspector, LooksAtEverythingAndChangesNothing) {
   EXPECT_EQ(Ask(3).find("Values"), std::string::npos);
   EXPECT_NE(Ask(4).find("Reason=\"output-missing\""), std::string::npos) << Ask(4);
   const std::string inputs = Ask(5);
-  EXPECT_EQ(inputs.substr(0, 10), "'A demo\nN ") << inputs;
+  EXPECT_EQ(inputs.substr(0, 20), "'A /p/demo.tapp\nN /p") << inputs;
   EXPECT_NE(inputs.find(" /p/main.o\n"), std::string::npos) << inputs;
   EXPECT_EQ(Ask(5), inputs);
   EXPECT_NE(Ask(6, {"DEMO", "/p/main.o"}).find("Tool=\"cc\""), std::string::npos);

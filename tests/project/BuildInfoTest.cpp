@@ -24,9 +24,11 @@ constexpr ReachRow kReachRows[] = {
     {"in another case", "<C Header='a' OutputFile='Out/A.o' />", "out/a.O", "a"},
     {"no node", "<C Header='a' OutputFile='a.o' />", "x.o", ""},
     {"the last of several",
-     "<C Header='a' OutputFile='x.o' /><Group Header='g' ><C Header='b' "
+     "<C Header='a' OutputFile='X.o' /><Group Header='g' ><C Header='b' "
      "OutputFile='X.o' /></Group><C Header='c' OutputFile='c.o' />",
      "x.o", "b"},
+    {"the one with the exact name",
+     "<C Header='a' OutputFile='x.o' /><C Header='b' OutputFile='X.o' />", "x.o", "a"},
     {"not below a node with the same output",
      "<C Header='a' OutputFile='x.o' /><Group Header='g' OutputFile='x.o' ><C "
      "Header='b' OutputFile='x.o' /></Group>",

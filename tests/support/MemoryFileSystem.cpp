@@ -144,21 +144,36 @@ std::string MemoryFileSystem::Absolute(const std::string& path) const {
       CanonicalPath(IsRelativePath(path) ? JoinPath(currentFolder, path) : path));
 }
 
-// The path with each component as it is spelled on the disk; what isn't there stays.
-std::string MemoryFileSystem::OnDisk(const std::string& absolute) const {
-  if (absolute.empty() || entries.contains(absolute)) return absolute;
-  const std::string folder = OnDisk(FolderOf(absolute));
-  const std::string prefix = AddSeparator(folder);
-  const std::string wanted = prefix + FileNameOf(absolute);
-  if (entries.contains(wanted)) return wanted;
-  std::string match;
-  for (auto each = entries.lower_bound(prefix);
-       each != entries.end() && each->first.starts_with(prefix); ++each) {
-    if (!EqualNoCase(each->first, wanted)) continue;
-    if (!match.empty()) return wanted;  // which of them is meant, nobody can tell
-    match = each->first;
+// All paths on the disk that a path may mean, in every folder that could be meant; the exact one
+// alone if it is there.
+std::vector<std::string> MemoryFileSystem::Spellings(const std::string& absolute) const {
+  if (absolute.empty() || entries.contains(absolute)) return {absolute};
+  std::vector<std::string> found;
+  const std::string folder = FolderOf(absolute);
+  if (folder == absolute) return found;
+  for (const std::string& each : Spellings(folder)) {
+    const std::string prefix = AddSeparator(each);
+    const std::string wanted = prefix + FileNameOf(absolute);
+    if (entries.contains(wanted)) {
+      found.push_back(wanted);
+      continue;
+    }
+    for (auto entry = entries.lower_bound(prefix);
+         entry != entries.end() && entry->first.starts_with(prefix); ++entry) {
+      if (EqualNoCase(entry->first, wanted)) found.push_back(entry->first);
+    }
   }
-  return match.empty() ? wanted : match;
+  return found;
+}
+
+// The path with each component as it is spelled on the disk; what isn't there, or could be several,
+// stays.
+std::string MemoryFileSystem::OnDisk(const std::string& absolute) const {
+  const std::vector<std::string> found = Spellings(absolute);
+  if (found.size() == 1) return found.front();
+  const std::string folder = FolderOf(absolute);
+  if (folder == absolute) return absolute;
+  return AddSeparator(OnDisk(folder)) + FileNameOf(absolute);
 }
 
 MemoryFileSystem::Place MemoryFileSystem::Begin(std::string_view verb, const std::string& path) {

@@ -105,6 +105,7 @@ class MemoryFileSystem : public FileSystem {
   };
 
   std::string Absolute(const std::string& path) const;
+  std::vector<std::string> Spellings(const std::string& absolute) const;
   std::string OnDisk(const std::string& absolute) const;
   Place Begin(std::string_view verb, const std::string& path);
   // For what takes a file that is there.

@@ -79,7 +79,8 @@ TEST_P(FileSystemTest, NamesOfOtherCaseAreFoundOnlyWhenOneIsMeant) {
       {"exact one of two", In("Src/twice.c"), "a"},
       {"neither of two", In("Src/Twice.c"), nullptr},
       {"exact folder wins, its file is not there", In("lib/y.c"), nullptr},
-      {"neither of two folders", In("Lib/x.c"), nullptr},
+      {"the only file of two folders", In("Lib/x.c"), "lower"},
+      {"a file of neither folder", In("Lib/z.c"), nullptr},
       {"through a file", In("Src/Main.c/x"), nullptr},
   };
   // The entries of a folder that has long been as it is are kept from the second miss on.

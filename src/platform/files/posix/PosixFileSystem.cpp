@@ -373,9 +373,14 @@ std::int64_t PosixFileSystem::Clock() {
 }
 
 Result<std::unique_ptr<FileLock>> PosixFileSystem::TryLock(const std::string& path) {
-  const Result<std::string> target = names.LocateOrCreate(path);
-  if (!target) return target.GetError();
-  return posix::TryLockFile(*target);
+  const Result<std::string> named = names.ToNative(path);
+  if (!named) return named.GetError();
+  // A file of a similar name is another lock.
+  auto lock = posix::TryLockFile(*named);
+  if (lock || lock.GetError().code != ErrorCode::NotFound) return lock;
+  const Result<std::string> found = names.LocateOrCreate(path);
+  if (!found) return found.GetError();
+  return posix::TryLockFile(*found);
 }
 
 Result<std::vector<FolderEntry>> PosixFileSystem::ListFolder(const std::string& path) {
