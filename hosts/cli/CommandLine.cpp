@@ -93,6 +93,19 @@ class Grammar {
                       "Go on with a project that could be read only in part");
   }
 
+  // For a command that changes what the project's files hold.
+  void AddEditing(CLI::App* command) {
+    AddDamagedOk(command);
+    command->add_flag("--no-wait", invocation.noWait,
+                      "Fail (exit code 3) if another program is changing the project");
+    AddOutsideOk(command);
+  }
+
+  void AddOutsideOk(CLI::App* command) {
+    command->add_flag("--outside-ok", invocation.outsideOk,
+                      "Also write applications outside the project's folder");
+  }
+
   void AddConfiguration(CLI::App* command) {
     command
         ->add_option("-c,--config", invocation.configuration,
@@ -183,7 +196,7 @@ class Grammar {
           ->add_option("-n,--node", invocation.node, "File, group or application, by path or label")
           ->type_name("NODE")
           ->check(IsGiven());
-      if (name == std::string("set") || name == std::string("reset")) AddDamagedOk(command);
+      if (name == std::string("set") || name == std::string("reset")) AddEditing(command);
     }
   }
 
@@ -201,7 +214,7 @@ class Grammar {
       command->add_option(isNew ? "NAME" : "CONFIG", invocation.name, "Name of the configuration")
           ->required();
       AddProject(command);
-      AddDamagedOk(command);
+      AddEditing(command);
       if (isNew) AddOrigins(command);
     }
   }
@@ -250,6 +263,8 @@ class Grammar {
         ->type_name("NAME")
         ->check(IsGiven())
         ->needs(target);
+    command->add_flag("--git", invocation.git,
+                      "Add .gitignore and .gitattributes also outside of a git repository");
   }
 
   void AddImport() {
@@ -275,6 +290,7 @@ class Grammar {
     AddConfiguration(command);
     command->add_flag("-v,--verbose", invocation.verbose, "Show every command of its builds");
     AddDamagedOk(command);
+    AddOutsideOk(command);
   }
 
   // Whoever drives it gives everything else by messages.
@@ -297,7 +313,7 @@ class Grammar {
   CLI::App* AddEdit(const std::string& name, const std::string& help) {
     CLI::App* command = AddCommand(app, name, help);
     AddProject(command, "Look for NODE in this application");
-    AddDamagedOk(command);
+    AddEditing(command);
     return command;
   }
 
@@ -309,7 +325,7 @@ class Grammar {
         ->type_name("NODE")
         ->check(IsGiven());
     add->add_flag("--create", invocation.create, "Make files and a group that aren't there");
-    AddDamagedOk(add);
+    AddEditing(add);
     CLI::App* remove = AddEdit("remove", "Take files, groups or applications out of a project");
     Require(remove->add_option("NODE", invocation.words, kNodeHelp));
     CLI::App* move = AddEdit("move", "Move files or groups within a project");
@@ -323,7 +339,7 @@ class Grammar {
     CLI::App* select = AddCommand(app, "select", "Make an application the active one");
     AddProjectOnly(select);
     Require(select->add_option("APP", invocation.name, "Its label"));
-    AddDamagedOk(select);
+    AddEditing(select);
   }
 
   // Checked by the command.

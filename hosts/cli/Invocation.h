@@ -27,7 +27,8 @@ struct Invocation {
   bool json = false;
   bool quiet = false;
   bool verbose = false;
-  bool noWait = false;  // build, rebuild, clean --no-wait
+  bool noWait = false;     // of commands that build or edit, --no-wait
+  bool outsideOk = false;  // of commands that edit, --outside-ok
   bool noColor = false;
 
   std::string node;    // --node: path or label
@@ -54,6 +55,7 @@ struct Invocation {
   std::string target;                       // add --to; a microcontroller of new
   std::string type;                         // of an application, new --type
   bool create = false;                      // add --create
+  bool git = false;                         // new --git
   bool damagedOk = false;                   // --damaged-ok
   std::string output;                       // export --output; "-" for the standard output
   bool forAll = false;                      // register, unregister --system

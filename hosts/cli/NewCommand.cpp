@@ -3,6 +3,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/NewForTarget.h"
 #include "hosts/cli/ShellText.h"
+#include "hosts/frame/GitFiles.h"
 #include "hosts/frame/HostFolders.h"
 #include "hosts/frame/ProjectTemplate.h"
 #include "platform/paths/Paths.h"
@@ -88,6 +89,15 @@ int RunNew(CommandContext& context) {
   const int code = context.Asked().target.empty() ? MakeProject(context, project, made)
                                                   : MakeProjectForTarget(context, project, made);
   if (code != kExitDone) return code;
+  if (context.Asked().git || IsInGitRepository(context.Files(), FolderOf(made.front()))) {
+    const auto written = WriteGitFiles(context.Files(), FolderOf(made.front()));
+    if (!written) {
+      context.Complain(context.Show(written.GetError().place) +
+                       " can't be written: " + written.GetError().text);
+      return kExitCannotOpen;
+    }
+    made.insert(made.end(), written->begin(), written->end());
+  }
   if (context.Asked().json) {
     PrintJson(context, {{"project", made.front()}, {"files", made}});
     return kExitDone;

@@ -1,9 +1,11 @@
 #include "hosts/cli/OpenedProject.h"
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
 #include <iostream>
 #include <set>
+#include <thread>
 
 #include "components/common/OptionValues.h"
 #include "hosts/cli/Commands.h"
@@ -19,13 +21,19 @@ namespace tarn::host {
 
 namespace {
 
-constexpr const char* kChangingCommands[] = {
-    "build",         "rebuild", "clean",  "options set", "options reset", "config add",
-    "config select", "add",     "remove", "move",        "rename",        "select"};
+constexpr std::string_view kBuildingCommands[] = {"build", "rebuild", "clean"};
+constexpr std::string_view kEditingCommands[] = {"options set",   "options reset", "config add",
+                                                 "config select", "add",           "remove",
+                                                 "move",          "rename",        "select"};
 
-bool ChangesProject(const std::string& command) {
-  return std::find(std::begin(kChangingCommands), std::end(kChangingCommands), command) !=
-         std::end(kChangingCommands);
+// Others change a project in far less.
+constexpr std::chrono::seconds kLongestWait(30);
+constexpr std::chrono::seconds kSilentWait(1);
+constexpr std::chrono::milliseconds kBetweenTries(10);
+
+template <std::size_t Count>
+bool Contains(const std::string_view (&commands)[Count], const std::string& command) {
+  return std::find(std::begin(commands), std::end(commands), command) != std::end(commands);
 }
 
 }  // namespace
@@ -94,6 +102,11 @@ int CommandContext::StartSession() {
 
 int CommandContext::OpenProject(const std::string& path) {
   if (const int code = StartSession(); code != kExitDone) return code;
+  const bool isEdit = Contains(kEditingCommands, asked.command);
+  Session().Inspector().AllowOutside(asked.outsideOk);
+  if (isEdit) {
+    if (const int code = LockEdits(path); code != kExitDone) return code;
+  }
   if (const Status opened = Session().Open(path); !opened) {
     ShowDamage(Session().GetFailedDamage());
     const std::string& reason = opened.GetError().text;
@@ -105,7 +118,28 @@ int CommandContext::OpenProject(const std::string& path) {
   ShowDefinitionErrors();
   ShowDamage(Session().GetDamage());
   if (asked.damagedOk) Session().AcceptAllDamage();
-  return ChangesProject(asked.command) ? CheckDamage() : int{kExitDone};
+  const bool isChange = isEdit || Contains(kBuildingCommands, asked.command);
+  return isChange ? CheckDamage() : int{kExitDone};
+}
+
+// From before the project is read to the end of the command no other program changes it.
+int CommandContext::LockEdits(const std::string& path) {
+  const auto start = std::chrono::steady_clock::now();
+  bool isTold = false;
+  while (true) {
+    const std::string holder = Session().Inspector().TryLockProject(path);
+    if (holder.empty()) return kExitDone;
+    const auto waited = std::chrono::steady_clock::now() - start;
+    if (asked.noWait || waited > kLongestWait) {
+      Complain("Another program is changing this project (" + holder + ").");
+      return kExitCannotOpen;
+    }
+    if (!isTold && waited > kSilentWait) {
+      Remark("Waiting for another program that is changing this project (" + holder + ") ...");
+      isTold = true;
+    }
+    std::this_thread::sleep_for(kBetweenTries);
+  }
 }
 
 void CommandContext::ShowDamageOf(const std::string& path) {
@@ -292,12 +326,11 @@ int CommandContext::SaveProject() {
   // What the command has caused until now is not of the save.
   for (const std::string& line : Session().TakeLogLines()) Remark(line);
   Session().Manager().ProjectSave();
-  std::vector<std::string> copies;
-  const std::vector<std::string> lines = Session().TakeSaveProblems(copies);
-  for (const std::string& line : copies) Remark(line);
-  if (lines.empty()) return kExitDone;
+  const SaveReport report = Session().TakeSaveReport();
+  for (const std::string& line : report.notes) Remark(Printable(line));
+  if (report.problems.empty()) return kExitDone;
   std::string text = "The project couldn't be saved:";
-  for (const std::string& line : lines) text += "\n" + line;
+  for (const std::string& line : report.problems) text += "\n" + Printable(line);
   Complain(text);
   return kExitCannotOpen;
 }

@@ -82,6 +82,7 @@ class CommandContext {
   // Also if the user wants quiet, but not in the middle of a line that a shell completes.
   void ShowDamage(std::vector<DamageEntry> found);
   int RefuseDamaged();
+  int LockEdits(const std::string& path);
   std::vector<std::string> NodeNames(const std::string& application);
   int SelectNodeIn(const std::string& key, const std::string& application);
   int SelectConfiguration(const std::vector<ApplicationEntry>& applications);

@@ -95,7 +95,12 @@ void ProjectActions::Choose() {
 void ProjectActions::New() {
   if (!IsFree() || !MayClose()) return;
   const std::string before = runner.GetProjectPath();
-  if (session.Manager().ProjectNew() != 0 || before.empty()) return;
+  if (session.Manager().ProjectNew() != 0) {
+    // Its files are complete with the first save.
+    QTimer::singleShot(0, this, [this] { SaveAll(); });
+    return;
+  }
+  if (before.empty()) return;
   // Behind the news of the project that stands in for none, with the texts that are not saved.
   QTimer::singleShot(0, this, [this, before] { Load(before); });
 }
@@ -135,8 +140,7 @@ bool ProjectActions::Leave() {
 // The server saves without a word, and says in its log where it has put what it couldn't save.
 void ProjectActions::TellWhatIsNotSaved() {
   std::string reasons;
-  std::vector<std::string> copies;  // the log window shows them
-  for (const std::string& line : session.TakeSaveProblems(copies)) {
+  for (const std::string& line : session.TakeSaveReport().problems) {
     reasons.append(reasons.empty() ? "" : "\n") += line;
   }
   if (!reasons.empty()) {

@@ -24,7 +24,6 @@ constexpr const char* kInspectorClass = "TarnProjectManager.ProjectInspector";
 constexpr const char* kToolsClass = "TarnToolManager.ToolManager";
 
 // How the server's line about a copied file begins.
-constexpr std::string_view kCopyLine = "The file on disk held more than was read from it";
 
 // The command for a whole project, and the one for an application that is the current node.
 struct WorkCommands {
@@ -245,7 +244,7 @@ bool BuildSession::TryLockBuild() {
   if (lockPaths.empty()) lockPaths = GetLockPaths();
   std::vector<std::unique_ptr<FileLock>> taken;
   for (const std::string& path : lockPaths) {
-    auto lock = files.TryLock(path);
+    auto lock = files.TryLock(path, LockPurpose::Build);
     if (lock) {
       taken.push_back(std::move(*lock));
     } else if (lock.GetError().code == ErrorCode::Busy) {
@@ -259,9 +258,9 @@ bool BuildSession::TryLockBuild() {
 
 // In a fixed order. A file that a link leads to is locked where it is.
 std::vector<std::string> BuildSession::GetLockPaths() {
-  std::set<std::string> paths = {BuildLockPathOf(files.ResolveLinks(projectPath))};
+  std::set<std::string> paths = {LockPathOf(files.ResolveLinks(projectPath))};
   for (const ApplicationEntry& each : ProjectTree(inspector.GetTree()).GetApplications()) {
-    if (!each.path.empty()) paths.insert(BuildLockPathOf(files.ResolveLinks(each.path)));
+    if (!each.path.empty()) paths.insert(LockPathOf(files.ResolveLinks(each.path)));
   }
   return {paths.begin(), paths.end()};
 }
@@ -601,13 +600,9 @@ std::vector<std::string> BuildSession::TakeLogLines() {
   return lines;
 }
 
-std::vector<std::string> BuildSession::TakeSaveProblems(std::vector<std::string>& copies) {
-  std::vector<std::string> problems;
-  for (std::string& line : TakeLogLines()) {
-    const bool isCopy = line.starts_with(kCopyLine);
-    (isCopy ? copies : problems).push_back(std::move(line));
-  }
-  return problems;
+SaveReport BuildSession::TakeSaveReport() {
+  TakeLogLines();
+  return ParseSaveReport(inspector.GetSaveReport());
 }
 
 std::vector<std::string> BuildSession::GetDefinitionErrors() {

@@ -17,6 +17,7 @@
 #include "hosts/frame/LogKeeper.h"
 #include "hosts/frame/MainFrame.h"
 #include "hosts/frame/ProjectStatus.h"
+#include "hosts/frame/SaveReport.h"
 #include "hosts/frame/ServerDrivers.h"
 #include "hosts/frame/SessionScripts.h"
 #include "hosts/frame/StateKeeper.h"
@@ -190,9 +191,8 @@ class BuildSession {
 
   // Lines that went to the log since the last call, outside of builds.
   std::vector<std::string> TakeLogLines();
-  // The same after a save: what could not be saved. What the server has copied before it wrote a
-  // file goes to `copies`.
-  std::vector<std::string> TakeSaveProblems(std::vector<std::string>& copies);
+  // What there is to say of the last save. The lines of the log from then on are taken as well.
+  SaveReport TakeSaveReport();
   // Errors in the files that define options and tools, one a line; empty when there are none.
   std::vector<std::string> GetDefinitionErrors();
   // Why the state couldn't be written after the last build; empty when it was.

@@ -61,8 +61,8 @@ std::string StatePathOf(const std::string& projectPath) {
   return WithExtension(projectPath, ".tstate");
 }
 
-std::string BuildLockPathOf(const std::string& projectPath) {
-  return WithExtension(projectPath, ".tlock");
+std::string LockPathOf(const std::string& projectPath) {
+  return WithExtension(projectPath, kLockExtension);
 }
 
 std::string LogPathOf(const std::string& projectPath) {

@@ -24,6 +24,6 @@ FoundProject FindProject(FileSystem& files, const std::string& argument);
 std::string StatePathOf(const std::string& projectPath);
 std::string LogPathOf(const std::string& projectPath);
 // Locked while a build runs.
-std::string BuildLockPathOf(const std::string& projectPath);
+std::string LockPathOf(const std::string& projectPath);
 
 }  // namespace tarn::host

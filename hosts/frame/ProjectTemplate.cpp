@@ -29,7 +29,6 @@ std::string ProjectText(const std::string& name) {
   project->AddAttr("Path", OnDisk(name + ".tprj"));
   project->AddAttr("Project", "Yes");
   project->AddAttr("ActiveApp", name);
-  project->AddAttr("sate", "32");
   CXmlNode* application = project->AddChild("Application");
   application->AddAttr("Header", name);
   application->AddAttr("Extern", OnDisk(name + ".tapp"));
@@ -42,7 +41,6 @@ std::unique_ptr<CXmlNode> MakeApplication(const std::string& name) {
   application->AddAttr("Header", name);
   application->AddAttr("Extern", OnDisk(name + ".tapp"));
   application->AddAttr("Path", OnDisk(name + ".tapp"));
-  application->AddAttr("sate", "32");
   return application;
 }
 
@@ -50,7 +48,6 @@ std::string ApplicationText(const NewProject& project) {
   const auto application = MakeApplication(project.name);
   CXmlNode* group = application->AddChild("Group");
   group->AddAttr("Header", "Sources");
-  group->AddAttr("sate", "32");
   CXmlNode* source = group->AddChild(project.sourceType);
   source->AddAttr("Header", "main.c");
   source->AddAttr("Path", OnDisk("src/main.c"));

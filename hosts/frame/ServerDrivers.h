@@ -138,6 +138,11 @@ class InspectorDriver : public COleDispatchDriver {
   // What was lost when the project's files were read, as XML.
   std::string GetDamage() { return InvokeText(21, {}); }
   std::string GetFailedDamage() { return InvokeText(25, {}); }
+  // Takes the right to change the files of the project; the process that has it, or an empty text.
+  std::string TryLockProject(const std::string& path) { return InvokeText(60, {path}); }
+  std::int32_t UnlockProject() { return InvokeLong(61, {}); }
+  std::string GetSaveReport() { return InvokeText(62, {}); }
+  std::int32_t AllowOutside(bool allow) { return InvokeLong(63, {std::int32_t{allow}}); }
   // Whether the server neither builds nor saves a project with damage.
   std::int32_t ProtectDamaged(bool protect) { return InvokeLong(22, {protect ? 1 : 0}); }
   std::string ExplainOption(const std::string& set, const std::string& section,

@@ -97,10 +97,11 @@ std::intptr_t ClientQuestions::AskHost(const HostEvent& event) {
   return answer.is_number_integer() ? answer.get<std::int32_t>() : 0;
 }
 
+// OK lets something be replaced, stopped or written, so that it is never taken for granted.
 bool ClientQuestions::AskOkCancel(const std::string& text, const std::string& caption) {
   json answer;
   const Outcome outcome = Ask(kMessageBox, {{"text", text}, {"caption", caption}}, answer);
-  return outcome == Outcome::NotAnswered || (outcome == Outcome::Answered && answer == "ok");
+  return outcome == Outcome::Answered && answer == "ok";
 }
 
 void ClientQuestions::ShowMessage(const std::string& text, const std::string& caption) {

@@ -29,11 +29,24 @@ json ToJson(const std::vector<DamageEntry>& damage) {
   return list;
 }
 
+json DamageOf(ServedSession& session) {
+  return {{"damage", ToJson(session.GetDamage())}};
+}
+
+json ToJson(const SaveReport& report) {
+  json conflicts = json::array();
+  for (const SaveReport::Conflict& each : report.conflicts) {
+    conflicts.push_back(
+        {{"file", each.file}, {"place", each.place}, {"text", each.text}, {"copy", each.copy}});
+  }
+  return {{"problems", report.problems}, {"notes", report.notes}, {"conflicts", conflicts}};
+}
+
 // A text, or nothing given; false for anything else.
 bool TakeOptionalText(const json& value, std::string& text) {
   if (value.is_null()) return true;
   std::optional<std::string> given = TextOfJson(value);
-  if (given) text = std::move(*given);
+  if (given && !given->empty()) text = std::move(*given);
   return given.has_value();
 }
 
@@ -147,18 +160,27 @@ CallProblem RpcServer::HandleRequest(const RpcRequest& request, json& result) {
   if (request.method == "addConfiguration") return AddConfiguration(request.params);
   if (request.method == "project/check") return CheckProject(request.params, result);
   CallProblem problem;
-  return HandleDamage(request, result, problem) ? problem : CallMethod(request, result);
+  return HandleProject(request, result, problem) ? problem : CallMethod(request, result);
 }
 
-bool RpcServer::HandleDamage(const RpcRequest& request, json& result, CallProblem& problem) {
-  const bool isQuery = request.method == "project/damage";
-  if (!isQuery && request.method != "project/acceptDamage") return false;
+bool RpcServer::HandleProject(const RpcRequest& request, json& result, CallProblem& problem) {
+  using Session = ServedSession;
+  constexpr auto damage = [](Session& served) { return DamageOf(served); };
+  constexpr auto accept = [](Session& served) {
+    served.AcceptDamage();
+    return DamageOf(served);
+  };
+  constexpr auto report = [](Session& served) { return ToJson(served.GetSaveReport()); };
+  constexpr std::pair<std::string_view, json (*)(Session&)> kRequests[] = {
+      {"project/damage", damage}, {"project/acceptDamage", accept}, {"project/saveReport", report}};
+  const auto* const asked =
+      std::find_if(std::begin(kRequests), std::end(kRequests),
+                   [&](const auto& each) { return each.first == request.method; });
+  if (asked == std::end(kRequests)) return false;
   std::vector<json> given;
   problem = OrderParams(request.method, {}, 0, request.params, given);
   if (!session) problem = {kRpcNotInitialized, "The server isn't initialized yet."};
-  if (problem.code != 0) return true;
-  if (!isQuery) session->AcceptDamage();
-  result = {{"damage", ToJson(session->GetDamage())}};
+  if (problem.code == 0) result = asked->second(*session);
   return true;
 }
 

@@ -45,7 +45,7 @@ class RpcServer {
   CallProblem CheckProject(const nlohmann::json& params, nlohmann::json& result);
   CallProblem CallMethod(const RpcRequest& request, nlohmann::json& result);
   // The requests about a project's damage. False if it is none of them.
-  bool HandleDamage(const RpcRequest& request, nlohmann::json& result, CallProblem& problem);
+  bool HandleProject(const RpcRequest& request, nlohmann::json& result, CallProblem& problem);
   bool IsOver() const;
 
   FileSystem& files;

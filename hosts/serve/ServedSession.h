@@ -48,6 +48,8 @@ class ServedSession {
   std::vector<DamageEntry> GetDamage() { return session.GetDamage(); }
   std::vector<std::string> GetDefinitionErrors() { return session.GetDefinitionErrors(); }
   void AcceptDamage() { session.AcceptDamage(); }
+  // What the last save did with files that others had changed, or that could not be written.
+  SaveReport GetSaveReport() { return ParseSaveReport(session.Inspector().GetSaveReport()); }
   void AcceptAllDamage() { session.AcceptAllDamage(); }
   // Called with each project that was opened with damage.
   std::function<void()> onDamaged;

@@ -193,6 +193,10 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetBuildProblem>("GetBuildProblem", 32, {}),
       Method<&I::CopyConfiguration>("CopyConfiguration", 23, {"from", "to"}),
       Method<&I::RefreshDefinitions>("RefreshDefinitions", 24, {}),
+      Method<&I::TryLockProject>("TryLockProject", 60, {"path"}),
+      Method<&I::UnlockProject>("UnlockProject", 61, {}),
+      Method<&I::GetSaveReport>("GetSaveReport", 62, {}),
+      Method<&I::AllowOutside>("AllowOutside", 63, {"allow"}),
       Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
   });
   return table;
@@ -412,6 +416,35 @@ std::int32_t CProjectInspector::ProtectDamaged(std::int32_t protect) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   model->SetDamageProtection(protect != 0);
+  return 1;
+}
+
+std::string CProjectInspector::TryLockProject(const char* path) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return "no project manager";
+  return model->TryTakeEdits(TextOf(path)) ? std::string() : model->GetEditor();
+}
+
+std::int32_t CProjectInspector::UnlockProject() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->ReleaseEdits();
+  return 1;
+}
+
+std::string CProjectInspector::GetSaveReport() {
+  const CProjectModel* model = Model();
+  if (model == nullptr) return {};
+  CXmlNode list;
+  list.SetName("Save");
+  for (const SavedFile& each : model->GetSavedFiles()) each.AddTo(list);
+  return list.ToString(g_xmlDisplayOptions);
+}
+
+std::int32_t CProjectInspector::AllowOutside(std::int32_t allow) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->AllowOutside(allow != 0);
   return 1;
 }
 

@@ -65,6 +65,19 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::string GetDamage();
   // The same of the last project that could not be opened; an empty list once one was.
   std::string GetFailedDamage();
+  // Takes the right to change the files of the project at `path`, for a host that opens, changes
+  // and saves it without another program in between; it stays with this manager until the call for
+  // another project, or UnlockProject. Returns an empty text, or the process that has it. A save
+  // takes it for as long as it lasts.
+  std::string TryLockProject(const char* path);
+  std::int32_t UnlockProject();
+  // What the last save or close did with files that another program had changed, that were damaged,
+  // or that could not be written: `Save` with `File` (`Path`, `Problem`, `Copy`, `CopyReason`:
+  // "damaged" or "changed", `Merged`), and in it `Line` (`Text`) for people and `Conflict`
+  // (`Place`, `Text`).
+  std::string GetSaveReport();
+  // With 1, files outside the project's folder are written without asking the user.
+  std::int32_t AllowOutside(std::int32_t allow);
   // With 1, a project with damage is neither built nor cleaned, and no save or close writes it,
   // until the call with 0. Stays for the projects that are opened later. Returns 0 before Attach.
   std::int32_t ProtectDamaged(std::int32_t protect);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/files/FileSystem.h"
+#include "project/SaveReport.h"
 
 namespace tarn {
 
@@ -21,6 +22,9 @@ class FileGuard {
   // The file was read; `damaged` when part of it did not become part of the tree.
   void NoteRead(const std::string& path, std::string_view bytes, bool damaged);
   void NoteWritten(const std::string& path, std::string_view bytes);
+  // What the file held when it was read or written last; null if it was neither. Borrowed until the
+  // next call.
+  const std::string* TextOf(const std::string& path) const;
   // The file holds what nobody has in memory: it is not to be overwritten.
   void NoteUntouchable(const std::string& path) { untouchable.insert(path); }
   // Nothing is remembered any more: the project is closed.
@@ -29,16 +33,18 @@ class FileGuard {
   // Copies the file aside when it was damaged (".bak") or has been changed by somebody else
   // (".orig"). Fails when the copy does; the file must then not be written. `copy` is the name of
   // the copy, empty when none was needed.
-  Status PutAside(const std::string& path, std::string& copy);
+  Status PutAside(const std::string& path, std::string& copy, CopyReason& reason);
 
   // Puts a text that could not be saved into `<path>.unsaved` or, failing that, into the folder
   // `spare` under such a name; an earlier one is never overwritten. The name it lies under, empty
   // when both failed.
   std::string Rescue(const std::string& path, std::string_view bytes, const std::string& spare);
+  // The same for the folder `spare` alone.
+  std::string RescueTo(const std::string& spare, const std::string& path, std::string_view bytes);
 
  private:
   FileSystem& files;
-  std::map<std::string, std::uint64_t> known;  // path -> hash of the bytes
+  std::map<std::string, std::string> known;  // path -> bytes
   std::set<std::string> damagedFiles;
   std::set<std::string> untouchable;
 };

@@ -120,8 +120,6 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   damage.clear();
   // The project that stands in for none is opened after a failure.
   if (isDefaultProject == 0) failedDamage.clear();
-  rescuedFiles.clear();
-  keptCopies.clear();
   // A handler of the log's messages may open a project while another is being read.
   std::vector<std::string> outer = std::exchange(loadingFiles, {});
   const std::int32_t loaded = LoadTreeFile(*projectRoot, projectPath);
@@ -263,7 +261,7 @@ std::int32_t CProjectModel::CloseProject() {
   if (isOpen && modified != 0 && IsDamageHeld()) AddLogLine(kDamageHeld);
   if (!WriteAndEmpty()) {
     const std::uint64_t kept = projectEpoch;
-    ReportRescues();
+    ReportSave();
     if (projectEpoch == kept) LoadProject(kept);
     return 0;
   }
@@ -273,7 +271,7 @@ std::int32_t CProjectModel::CloseProject() {
   propertyManager->BeginUpdate();
   propertyManager->ProjectClosing();
   propertyManager->EndUpdate();
-  ReportRescues();
+  ReportSave();
   return projectEpoch == closed ? 1 : 0;
 }
 
@@ -283,9 +281,8 @@ std::int32_t CProjectModel::CloseProject() {
 bool CProjectModel::WriteAndEmpty() {
   const Holding closing(isClosing);
   textLost = false;
+  savedFiles.clear();
   emptied.clear();
-  rescuedFiles.clear();
-  keptCopies.clear();
   const bool mustSave = isOpen && modified != 0 && !IsDamageHeld();
   if (isOpen) StripForSave(*projectRoot, true);
   if (mustSave) SaveTreeFile(*projectRoot, projectPath);
@@ -311,18 +308,21 @@ bool CProjectModel::WriteAndEmpty() {
   return true;
 }
 
-// What a save could not put in its place must not vanish with the log that said so.
-void CProjectModel::ReportRescues() {
-  const std::vector<std::string> rescues = std::exchange(rescuedFiles, {});
-  const std::vector<std::string> copies = std::exchange(keptCopies, {});
-  for (const std::string& path : rescues) output->WriteMessage(kRowCannotSave, {path});
-  for (const std::string& path : copies) {
-    AddLogLine("The file on disk held more than was read from it; a copy of it is " + path);
+// What there is to say of a save must not vanish with the log that the close has emptied.
+void CProjectModel::ReportSave() {
+  const std::vector<SavedFile> reports = savedFiles;  // the host may save again
+  for (const SavedFile& each : reports) {
+    for (const std::string& line : each.ToLines()) {
+      if (each.problem.empty()) {
+        AddLogLine(line);
+      } else {
+        AddLogError(line);
+      }
+    }
   }
-  if (!copies.empty()) {
-    output->SaveLog();
-    output->UpdateReport();
-  }
+  if (reports.empty()) return;
+  output->SaveLog();
+  output->UpdateReport();
 }
 
 void CProjectModel::ReloadEmptied(CXmlNode& node) {
@@ -333,7 +333,10 @@ void CProjectModel::ReloadEmptied(CXmlNode& node) {
       continue;
     }
     const std::string fileName = TextOf(child.GetAttrValue("Extern"));
-    if (LoadTreeFile(child, fileName)) continue;
+    if (LoadTreeFile(child, fileName)) {
+      SetReference(child, fileName);
+      continue;
+    }
     // It was written a moment ago and must not be overwritten with what is left of it here.
     std::string absolute;
     MakeAbsolutePath(fileName, absolute, nullptr);
@@ -384,7 +387,8 @@ bool CProjectModel::MayOverwrite(const std::string& path) const {
 
 bool CProjectModel::PutAsideReplaced(const std::string& path) {
   std::string copy;
-  if (!guard.PutAside(path, copy)) {
+  CopyReason reason = CopyReason::None;
+  if (!guard.PutAside(path, copy, reason)) {
     output->WriteMessage(kRowCannotSave, {path});
     return false;
   }

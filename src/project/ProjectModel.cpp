@@ -9,6 +9,7 @@ namespace tarn {
 CProjectModel::CProjectModel(FileSystem& disk)
     : files(disk),
       guard(disk),
+      editLock(disk),
       projectRoot(CXmlNode::CreateNode("Project")),
       loop(MessageLoop::ForCurrentThread()),
       fileTimes(disk),

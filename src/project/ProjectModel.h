@@ -27,7 +27,9 @@
 #include "platform/windowing/MessageLoop.h"
 #include "project/FileDamage.h"
 #include "project/FileGuard.h"
+#include "project/FileSaver.h"
 #include "project/NodeTypes.h"
+#include "project/ProjectLock.h"
 #include "project/ProjectViews.h"
 #include "project/PublishCursor.h"
 #include "xml/XmlNode.h"
@@ -154,6 +156,14 @@ class CProjectModel {
   bool IsDamageHeld() const { return protectsDamage && !damage.empty(); }
   // Changes with all that a save would write, and now and then without need.
   std::uint64_t GetChangeCount() const { return changeCount; }
+  // The right to change the files of a project, which a host may take before it opens it. A save
+  // takes it for itself if the host has not.
+  bool TryTakeEdits(const std::string& path) { return editLock.TryTake(FullProjectPath(path)); }
+  void ReleaseEdits() { editLock.Release(); }
+  const std::string& GetEditor() const { return editLock.GetHolder(); }
+  const std::vector<SavedFile>& GetSavedFiles() const { return savedFiles; }
+  // The user agrees to files outside the project's folder being written.
+  void AllowOutside(bool isAllowed) { writesOutside = isAllowed; }
 
   // Lifecycle (Lifecycle.cpp).
   std::int32_t OpenProject(const char* path, std::int32_t isDefault);
@@ -335,6 +345,7 @@ class CProjectModel {
   std::int32_t LoadTreeText(CXmlNode& node, const std::string& absolute);
   // Replaces what is known of the file.
   void SetDamageOf(const std::string& absolute, std::vector<FileDamage> found);
+  void SetReference(CXmlNode& node, const std::string& fileName);
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
   // A file that a save is about to write.
   struct PendingFile {
@@ -342,15 +353,19 @@ class CProjectModel {
     std::string text;
     CXmlNode* child = nullptr;       // the element whose file it is; null for the topmost
     std::vector<std::size_t> parts;  // files of its own children
-    bool saved = true;               // it and its parts
+    SavePlan plan;
+    bool saved = true;  // it and its parts
   };
   std::size_t CollectTreeFiles(CXmlNode& node, CXmlNode* child, const std::string& absolute,
                                std::vector<PendingFile>& pending);
   void SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending);
-  bool WriteTreeFile(const PendingFile& file);
-  void LoseNothing(const std::string& absolute, const std::string& text, bool isReadOnly);
+  std::string PlanFiles(std::vector<PendingFile>& pending);
+  bool MayWrite(const std::string& absolute);
+  Status WriteTreeFile(const SavePlan& plan);
+  void LoseNothing(PendingFile& file, const std::string& reason);
+  void RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason);
   void ReloadEmptied(CXmlNode& node);
-  void ReportRescues();
+  void ReportSave();
 
   std::int32_t LoadProject(std::uint64_t opened);
   void DiscardTree();
@@ -430,9 +445,11 @@ class CProjectModel {
 
   FileSystem& files;
   FileGuard guard;
+  ProjectLock editLock;
   std::vector<FileDamage> damage;
   std::vector<FileDamage> failedDamage;
   bool protectsDamage = false;
+  bool writesOutside = false;
 
   std::string projectPath;
   std::string projectFolder;
@@ -460,8 +477,8 @@ class CProjectModel {
   std::uint64_t publishEpoch = 0;         // counts that, and what takes published marks away
   std::uint64_t outputEpoch = 0;          // counts that, and changes of output files
   std::vector<std::string> loadingFiles;  // the chain of files being read
-  std::vector<std::string> rescuedFiles;  // texts that could not be saved in their place
-  std::vector<std::string> keptCopies;    // files put aside by a save
+  std::vector<SavedFile> savedFiles;      // of the last save or close, if there is anything to say
+  std::set<std::string> mayWriteOutside;  // files outside the project's folder
   bool textLost = false;                  // a text could neither be saved nor rescued
   std::set<const CXmlNode*> emptied;      // elements whose children are on disk alone
   bool keepTreeOnLoss = false;            // a close that loses a text stops in front of freeing it

@@ -12,49 +12,11 @@
 #include "project/FileAccess.h"
 #include "project/ProjectModel.h"
 #include "project/StructureCheck.h"
+#include "project/TreeText.h"
 
 namespace tarn {
 
 namespace {
-
-// Returns the position after the comments before the root, and after an XML declaration ahead of
-// them: the reader would give the comments to the parent.
-const char* SkipRemarks(const std::string& text) {
-  constexpr std::string_view kRemarks[][2] = {{"<!--", "-->"}, {"<?xml ", "?>"}};
-  std::size_t start = 0;
-  for (bool hasSkipped = true; hasSkipped;) {
-    hasSkipped = false;
-    const std::size_t next = text.find_first_not_of(" \t\r\n", start);
-    for (const auto& [open, close] : kRemarks) {
-      if (next == text.npos || text.compare(next, open.size(), open) != 0) continue;
-      const std::size_t end = text.find(close, next);
-      if (end == text.npos) continue;
-      start = end + close.size();
-      hasSkipped = true;
-      break;
-    }
-  }
-  return text.c_str() + start;
-}
-
-// Nothing stands in front of the root's own tag, such as a comment, which would not be written
-// back.
-bool BeginsWith(std::string_view text, const CXmlNode& root) {
-  text = Trim(text);
-  return text.starts_with('<') && text.substr(1).starts_with(root.NameView());
-}
-
-// The text ended with the root's own closing tag, or the root is an empty element. Where it did
-// not, the file was cut and what stood behind the cut is not in the tree.
-bool IsClosed(std::string_view text, const CXmlNode& root) {
-  text = Trim(text);
-  const std::string_view name = root.NameView();
-  if (EndsWithNoCase(text, "/>")) return root.GetChildCount() == 0;
-  if (text.empty() || text.back() != '>') return false;
-  const std::string_view tag = Trim(text.substr(0, text.size() - 1));
-  if (tag.size() < name.size() + 2 || tag.substr(tag.size() - name.size()) != name) return false;
-  return tag.substr(tag.size() - name.size() - 2, 2) == "</";
-}
 
 // An element as the file that names its own file has it. What the own file does not say of its
 // place in the project is kept, or a damaged file would take the reference to itself away.
@@ -213,11 +175,10 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   const BareElement bare(node);
   node.SetValue("");
   DamageCollector collector(*text);
-  const char* end = node.Load(SkipRemarks(*text), g_xmlParseInfo, collector);
-  const bool isWellFormed = end != nullptr;
+  const TreeRead read = ReadTree(*text, node, collector);
+  const bool isWellFormed = read != TreeRead::Malformed;
   const bool holdsValues = collector.HasCData();
-  const bool isWhole = isWellFormed && !holdsValues && text->find('\0') == std::string::npos &&
-                       BeginsWith(*text, node) && IsClosed(*text, node) && Trim(end).empty();
+  const bool isWhole = read == TreeRead::Whole;
   // What a parse that broke off has read need not be where it belongs.
   bool hasName = true;
   if (isWellFormed) {
@@ -248,6 +209,19 @@ void CProjectModel::SetDamageOf(const std::string& absolute, std::vector<FileDam
   }
 }
 
+// An application is where it was read from, whatever its own file says of that: it may have been
+// moved, or belong to a project in another folder as well.
+void CProjectModel::SetReference(CXmlNode& node, const std::string& fileName) {
+  const auto resolve = [this, &node](const char* name) {
+    std::string absolute;
+    MakeAbsolutePath(TextOf(node.GetAttrValue(name)), absolute, nullptr);
+    return absolute;
+  };
+  const std::string path = resolve("Path");
+  if (path.empty() || path == resolve("Extern")) node.SetAttrValue("Path", fileName);
+  node.SetAttrValue("Extern", fileName);
+}
+
 std::int32_t CProjectModel::LoadExternChildren(CXmlNode& node, std::uint64_t epoch) {
   std::int32_t result = 1;
   for (int i = 0; i < node.GetChildCount(); ++i) {
@@ -256,8 +230,13 @@ std::int32_t CProjectModel::LoadExternChildren(CXmlNode& node, std::uint64_t epo
     const std::string fileName = TextOf(child.GetAttrValue("Extern"));
     if (fileName.empty())
       output->WriteMessage(kRowFileMissing, {TextOf(child.GetAttrValue("Header"))});
-    if (treeEpoch != epoch || !LoadTreeFile(child, fileName)) result = 0;
+    const bool isLoaded = treeEpoch == epoch && LoadTreeFile(child, fileName);
     if (treeEpoch != epoch) return 0;
+    if (isLoaded) {
+      SetReference(child, fileName);
+    } else {
+      result = 0;
+    }
   }
   return result;
 }
@@ -296,6 +275,11 @@ void CProjectModel::StripSubtree(CXmlNode& node, bool dropDependencies) {
   }
   MakeAttributeRelative(node, "Path");
   MakeAttributeRelative(node, "OutputFile");
+  if ((types.FlagsOf(node) & kTypeExtern) == 0) return;
+  std::string relative;
+  if (MakeRelativePath(TextOf(node.GetAttrValue("Extern")), relative, nullptr)) {
+    node.SetAttrValue("Extern", relative);
+  }
 }
 
 // All texts are made before the first is written: writing sends messages, and whatever their
@@ -306,7 +290,13 @@ std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& file
   std::vector<PendingFile> pending;
   CollectTreeFiles(node, nullptr, absolute, pending);
   const std::uint64_t epoch = treeEpoch;
-  for (PendingFile& file : pending) SavePendingFile(file, pending);
+  const bool isHeld = editLock.IsHeldFor(projectPath);
+  if (const std::string refusal = PlanFiles(pending); !refusal.empty()) {
+    RefuseFiles(pending, refusal);
+  } else {
+    for (PendingFile& file : pending) SavePendingFile(file, pending);
+  }
+  if (!isHeld) editLock.Release();
   if (treeEpoch != epoch) return pending.back().saved ? 1 : 0;
   // What was written need not stay in memory; what was not may have no other place.
   for (const PendingFile& file : pending) {
@@ -317,6 +307,33 @@ std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& file
   return pending.back().saved ? 1 : 0;
 }
 
+// Says what is to be written, with the right to do so. Returns why nothing may be; empty if all
+// may.
+std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
+  const bool isTaken = editLock.Take(projectPath);
+  const FileSaver saver(files, guard, types);
+  std::string outside;
+  for (PendingFile& file : pending) {
+    file.plan = saver.Prepare(file.absolute, file.text);
+    if (file.plan.isNeeded && outside.empty() && !MayWrite(file.absolute)) outside = file.absolute;
+  }
+  if (!isTaken) return "another program is changing the project (" + editLock.GetHolder() + ")";
+  if (!outside.empty()) return outside + " is outside the folder of the project";
+  return {};
+}
+
+// A file outside the project's folder is read wherever a reference leads, and written only if the
+// user agrees.
+bool CProjectModel::MayWrite(const std::string& absolute) {
+  const std::string folder = AddSeparator(files.ResolveLinks(projectFolder));
+  const bool isInside = files.ResolveLinks(absolute).starts_with(folder);
+  if (isInside || writesOutside || mayWriteOutside.contains(absolute)) return true;
+  const std::string question = absolute + " is outside the folder of the project.\n\nWrite it?";
+  if (!AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord))) return false;
+  mayWriteOutside.insert(absolute);
+  return true;
+}
+
 std::vector<std::pair<std::string, std::string>> CProjectModel::MakeFileTexts() {
   std::vector<std::pair<std::string, std::string>> texts;
   if (!isOpen) return texts;
@@ -325,7 +342,10 @@ std::vector<std::pair<std::string, std::string>> CProjectModel::MakeFileTexts() 
   StripSubtree(copy, true);
   std::vector<PendingFile> pending;
   CollectTreeFiles(copy, nullptr, projectPath, pending);
-  for (PendingFile& file : pending) texts.emplace_back(file.absolute, std::move(file.text));
+  const FileSaver saver(files, guard, types);
+  for (PendingFile& file : pending) {
+    texts.emplace_back(file.absolute, saver.Settle(file.absolute, file.text));
+  }
   return texts;
 }
 
@@ -375,43 +395,57 @@ void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<Pending
     if (other->absolute != file.absolute) continue;
     if (other->text == file.text) {
       file.saved = file.saved && other->saved;
-      return;
+    } else {
+      LoseNothing(file, "it is the file of two applications");
+      output->WriteMessage(kRowCannotSave, {file.absolute});
     }
-    file.saved = false;
-    LoseNothing(file.absolute, file.text, false);
-    output->WriteMessage(kRowCannotSave, {file.absolute});
     return;
   }
-  if (!CheckFileAccess(files, file.absolute, kMustBeWritable | kCreateFolder, *output)) {
-    file.saved = false;
-    LoseNothing(file.absolute, file.text, false);
-    return;
+  if (!file.plan.isNeeded) {
+    guard.NoteWritten(file.absolute, file.plan.text);
+  } else if (!CheckFileAccess(files, file.absolute, kMustBeWritable | kCreateFolder, *output)) {
+    LoseNothing(file, "it or its folder can't be written");
+    return;  // the log has a row on that
+  } else if (const Status written = WriteTreeFile(file.plan); !written) {
+    if (written.GetError().code == ErrorCode::ReadOnly) {
+      output->WriteMessage(kRowReadOnly, {file.absolute});
+    }
+    LoseNothing(file, written.GetError().text);
   }
-  if (!WriteTreeFile(file)) file.saved = false;
   if (!file.saved) output->WriteMessage(kRowCannotSave, {file.absolute});
 }
 
-bool CProjectModel::WriteTreeFile(const PendingFile& file) {
-  std::string copy;
-  const Status putAside = guard.PutAside(file.absolute, copy);
-  if (putAside && !copy.empty()) keptCopies.push_back(copy);
-  const Status written = putAside ? files.WriteWholeFile(file.absolute, file.text) : putAside;
-  if (written) {
-    guard.NoteWritten(file.absolute, file.text);
-    SetDamageOf(file.absolute, {});
-    return true;
+Status CProjectModel::WriteTreeFile(const SavePlan& plan) {
+  SavedFile report;
+  const Status written = FileSaver(files, guard, types).Write(plan, report);
+  if (!written) return written;
+  SetDamageOf(plan.absolute, {});
+  if (!report.ToLines().empty()) savedFiles.push_back(std::move(report));
+  return {};
+}
+
+// The file was not written: its text goes where it can be found again.
+void CProjectModel::LoseNothing(PendingFile& file, const std::string& reason) {
+  file.saved = false;
+  SavedFile report;
+  report.path = file.absolute;
+  report.problem = reason;
+  report.copy = guard.Rescue(file.absolute, file.text, dataPath);
+  if (report.copy.empty()) textLost = true;
+  savedFiles.push_back(std::move(report));
+}
+
+// Nothing is written. The tree that is kept has it all; else the texts go to the user's data.
+void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason) {
+  for (PendingFile& file : pending) {
+    file.saved = false;
+    if (!file.plan.isNeeded) continue;
+    SavedFile report;
+    report.path = file.absolute;
+    report.problem = reason;
+    if (!keepTreeOnLoss) report.copy = guard.RescueTo(dataPath, file.absolute, file.text);
+    savedFiles.push_back(std::move(report));
   }
-  LoseNothing(file.absolute, file.text, written.GetError().code == ErrorCode::ReadOnly);
-  return false;
+  textLost = true;
 }
-
-// The file could not be written: its text goes where it can be found again.
-void CProjectModel::LoseNothing(const std::string& absolute, const std::string& text,
-                                bool isReadOnly) {
-  if (isReadOnly) output->WriteMessage(kRowReadOnly, {absolute});
-  const std::string rescued = guard.Rescue(absolute, text, dataPath);
-  if (rescued.empty()) textLost = true;
-  rescuedFiles.push_back(rescued.empty() ? absolute : rescued);
-}
-
 }  // namespace tarn

@@ -81,6 +81,10 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"CopyConfiguration", 23, {"A", "B"}, "0", "0"},
       {"RefreshDefinitions", 24, {}, "0", "0"},
       {"GetSharedOutputs", 50, {""}, "''", "''"},
+      {"TryLockProject", 60, {"/p/x.tprj"}, "'no project manager'", "''"},
+      {"UnlockProject", 61, {}, "0", "1"},
+      {"GetSaveReport", 62, {}, "''", "'\r\n<Save/>'"},
+      {"AllowOutside", 63, {0}, "0", "1"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {

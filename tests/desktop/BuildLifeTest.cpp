@@ -143,7 +143,7 @@ TEST_F(BuildLifeTest, ABuildThatWaitsSaysSoAndIsOfTheNodeItWasAskedFor) {
 }
 
 TEST_F(BuildLifeTest, ABuildThatWaitsForAnotherProcessSaysSo) {
-  auto lock = FileSystem::Native().TryLock(BuildLockPathOf(first));
+  auto lock = FileSystem::Native().TryLock(LockPathOf(first), LockPurpose::Build);
   ASSERT_TRUE(lock) << lock.GetError().text;
   NoteEnd();
   window->Commands().Run(kCmdBuildAll);

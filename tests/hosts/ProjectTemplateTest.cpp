@@ -15,13 +15,13 @@ TEST(ProjectTemplate, WritesTheFormThatTheSystemSaves) {
                                                 "/w/demo/src/main.c"}));
   EXPECT_EQ(files.BytesOf("/w/demo/demo.tprj"),
             "\r\n<Project Header=\"Project 'demo'\" Path=\".\\demo.tprj\" Project=\"Yes\" "
-            "ActiveApp=\"demo\" sate=\"32\" >"
+            "ActiveApp=\"demo\" >"
             "\r\n\t<Application Header=\"demo\" Extern=\".\\demo.tapp\" Path=\".\\demo.tapp\" />"
             "\r\n</Project>");
   EXPECT_EQ(files.BytesOf("/w/demo/demo.tapp"),
             "\r\n<Application Header=\"demo\" Extern=\".\\demo.tapp\" Path=\".\\demo.tapp\" "
-            "sate=\"32\" >"
-            "\r\n\t<Group Header=\"Sources\" sate=\"32\" >"
+            ">"
+            "\r\n\t<Group Header=\"Sources\" >"
             "\r\n\t\t<C Header=\"main.c\" Path=\".\\src\\main.c\" />"
             "\r\n\t</Group>"
             "\r\n</Application>");
@@ -55,7 +55,7 @@ TEST(ProjectTemplate, AStandInLeavesTheUsersOptionsAlone) {
   ASSERT_TRUE(WriteStandInProject(files, "/u/tarn", "other"));
   EXPECT_EQ(files.BytesOf("/u/tarn/other.tapp"),
             "\r\n<Application Header=\"other\" Extern=\".\\other.tapp\" Path=\".\\other.tapp\" "
-            "sate=\"32\" />");
+            "/>");
 }
 
 TEST(ProjectTemplate, NamesThatAreNoFileNamesAreRefused) {

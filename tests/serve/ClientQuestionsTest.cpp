@@ -123,7 +123,7 @@ TEST(ClientQuestions, OnlyARealYesLetsSomethingHappen) {
       {Result(R"({"applicationName":"mine","launchTool":1})"), "0 cancel; cancelled"},
       {Result(R"({"target":"S9"})"), "0 cancel; cancelled"},
       // Not the client's question after all.
-      {kError, "1 ok; cancelled"},
+      {kError, "1 cancel; cancelled"},
       // An answer to something else comes first, then the same answer a second time.
       {R"([{"jsonrpc":"2.0","id":99,"result":1},{"jsonrpc":"2.0","id":"x","result":1},)" +
            Result(R"("ok")") + "," + Result("1") + "]",
@@ -166,11 +166,12 @@ TEST(ClientQuestions, AClientSeesWhatItIsAsked) {
   EXPECT_EQ(seen, expected);
 }
 
-TEST(ClientQuestions, WhatTheClientDoesNotAnswerIsAgreedTo) {
+// A host that says nothing agrees, but to nothing that would be lost.
+TEST(ClientQuestions, WhatTheClientDoesNotAnswerChangesNothing) {
   Connection connection({});
   connection.Questions().SetAnswered({"host/openFile2"});
   EXPECT_EQ(connection.Questions().AskHost(kClosing), 1);
-  EXPECT_TRUE(AskOkCancel(connection.Window(), "Stop?", "Project"));
+  EXPECT_FALSE(AskOkCancel(connection.Window(), "Stop?", "Project"));
   EXPECT_TRUE(ChooseFiles(connection.Window(), {}).empty());
   EXPECT_EQ(AskForApplication(connection.Window()), "cancelled");
   EXPECT_TRUE(connection.Asked().empty());

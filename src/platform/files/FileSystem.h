@@ -35,6 +35,11 @@ inline bool IsSameVersion(const FileStatus& a, const FileStatus& b) {
          a.inode == b.inode;
 }
 
+// What a lock on a file is for. Locks for different purposes don't exclude each other.
+enum class LockPurpose : std::uint8_t { Build, Edit };
+// Of the lock file next to a project.
+inline constexpr const char* kLockExtension = ".tlock";
+
 // An exclusive lock among processes, held until it is destroyed or the process ends.
 class FileLock {
  public:
@@ -153,7 +158,8 @@ class FileSystem {
   // Takes the lock that the file `path` stands for, which is made if it isn't there, and stays.
   // Fails with Busy, and with the holder's process as the text, while another process or object
   // holds it. A holder that died holds nothing.
-  virtual Result<std::unique_ptr<FileLock>> TryLock(const std::string& /*path*/) {
+  virtual Result<std::unique_ptr<FileLock>> TryLock(const std::string& /*path*/,
+                                                    LockPurpose /*purpose*/) {
     return std::make_unique<FileLock>();
   }
   // In the order of the names; "." and ".." left out.

@@ -1,10 +1,10 @@
 #include "platform/files/posix/LockFile.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "platform/files/posix/AtomicWrite.h"
@@ -14,7 +14,8 @@ namespace tarn::posix {
 
 namespace {
 
-constexpr std::size_t kMaxOwner = 256;  // bytes
+// Each purpose has a byte of the file to lock, and this many bytes to name its holder in.
+constexpr std::size_t kOwnerLength = 32;
 
 class HeldLock : public FileLock {
  public:
@@ -24,10 +25,23 @@ class HeldLock : public FileLock {
   Descriptor file;
 };
 
-std::string ReadOwner(int file) {
-  char text[kMaxOwner];
-  const ssize_t length = pread(file, text, sizeof text, 0);
-  return std::string(text, length < 0 ? 0 : static_cast<std::size_t>(length));
+off_t OwnerPlace(LockPurpose purpose) {
+  return static_cast<off_t>(purpose) * static_cast<off_t>(kOwnerLength);
+}
+
+std::string ReadOwner(int file, LockPurpose purpose) {
+  char text[kOwnerLength];
+  const ssize_t length = pread(file, text, sizeof text, OwnerPlace(purpose));
+  std::string owner(text, length < 0 ? 0 : static_cast<std::size_t>(length));
+  owner.resize(std::min(owner.find_last_not_of(" \n") + 1, owner.size()));
+  return owner;
+}
+
+// The text is for people only, so a full disk does no harm.
+void WriteOwner(int file, LockPurpose purpose) {
+  std::string owner = "process " + std::to_string(getpid());
+  owner.resize(kOwnerLength - 1, ' ');
+  (void)(pwrite(file, (owner + "\n").data(), kOwnerLength, OwnerPlace(purpose)) > 0);
 }
 
 // The file may have been removed or replaced between our open and our lock.
@@ -40,20 +54,24 @@ bool IsStillNamed(const std::string& name, int file) {
 
 }  // namespace
 
-Result<std::unique_ptr<FileLock>> TryLockFile(const std::string& name) {
-  const std::string owner = "process " + std::to_string(getpid());
+// The lock belongs to the open file, not to the process, which may have the file open elsewhere.
+Result<std::unique_ptr<FileLock>> TryLockFile(const std::string& name, LockPurpose purpose) {
   for (;;) {
     Descriptor file(
         open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666));
     if (!file) return ErrorOf(errno, name);
-    if (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) {
+    struct flock range {};
+    range.l_type = F_WRLCK;
+    range.l_whence = SEEK_SET;
+    range.l_start = static_cast<off_t>(purpose);
+    range.l_len = 1;
+    if (fcntl(file.Get(), F_OFD_SETLK, &range) != 0) {
       if (errno == EINTR) continue;
-      if (errno != EWOULDBLOCK) return ErrorOf(errno, name);
-      return ErrorOf(ErrorCode::Busy, ReadOwner(file.Get()), name);
+      if (errno != EAGAIN && errno != EACCES) return ErrorOf(errno, name);
+      return ErrorOf(ErrorCode::Busy, ReadOwner(file.Get(), purpose), name);
     }
     if (!IsStillNamed(name, file.Get())) continue;
-    // The text is for people only, so a full disk does no harm.
-    (void)(ftruncate(file.Get(), 0) == 0 && WriteAll(file.Get(), owner, 0));
+    WriteOwner(file.Get(), purpose);
     return std::unique_ptr<FileLock>(std::make_unique<HeldLock>(std::move(file)));
   }
 }

@@ -372,15 +372,16 @@ std::int64_t PosixFileSystem::Clock() {
   return clock_gettime(CLOCK_REALTIME_COARSE, &now) == 0 ? ToNanoseconds(now) : 0;
 }
 
-Result<std::unique_ptr<FileLock>> PosixFileSystem::TryLock(const std::string& path) {
+Result<std::unique_ptr<FileLock>> PosixFileSystem::TryLock(const std::string& path,
+                                                            LockPurpose purpose) {
   const Result<std::string> named = names.ToNative(path);
   if (!named) return named.GetError();
   // A file of a similar name is another lock.
-  auto lock = posix::TryLockFile(*named);
+  auto lock = posix::TryLockFile(*named, purpose);
   if (lock || lock.GetError().code != ErrorCode::NotFound) return lock;
   const Result<std::string> found = names.LocateOrCreate(path);
   if (!found) return found.GetError();
-  return posix::TryLockFile(*found);
+  return posix::TryLockFile(*found, purpose);
 }
 
 Result<std::vector<FolderEntry>> PosixFileSystem::ListFolder(const std::string& path) {

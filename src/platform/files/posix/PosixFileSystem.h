@@ -40,7 +40,7 @@ class PosixFileSystem : public FileSystem {
   Status SetModifiedTime(const std::string& path, std::int64_t seconds,
                          std::int64_t nanoseconds) override;
   std::int64_t Clock() override;
-  Result<std::unique_ptr<FileLock>> TryLock(const std::string& path) override;
+  Result<std::unique_ptr<FileLock>> TryLock(const std::string& path, LockPurpose purpose) override;
   Result<std::vector<FolderEntry>> ListFolder(const std::string& path) override;
   std::string CurrentFolder() override;
   bool SetCurrentFolder(const std::string& path) override;

@@ -1,0 +1,55 @@
+#include "hosts/frame/GitFiles.h"
+
+#include "platform/paths/Paths.h"
+
+namespace tarn::host {
+
+namespace {
+
+struct GitFile {
+  const char* name;
+  const char* text;
+};
+
+constexpr GitFile kFiles[] = {
+    {".gitignore",
+     "# Made by builds\n"
+     "/build/\n"
+     "*.tstate\n"
+     "*.tlog\n"
+     "*.tlock\n"
+     "*-Globals.*.xml\n"
+     "# Copies of files that were replaced or could not be written\n"
+     "*.bak\n"
+     "*.orig\n"
+     "*.unsaved\n"},
+    {".gitattributes",
+     "# Tarn writes these with CR LF, and keeps LF where a file has it\n"
+     "*.tprj text eol=crlf\n"
+     "*.tapp text eol=crlf\n"},
+};
+
+}  // namespace
+
+bool IsInGitRepository(FileSystem& files, const std::string& folder) {
+  for (std::string each = folder; !each.empty(); each = FolderOf(each)) {
+    if (files.Exists(JoinPath(each, ".git"))) return true;
+    if (FolderOf(each) == each) break;
+  }
+  return false;
+}
+
+Result<std::vector<std::string>> WriteGitFiles(FileSystem& files, const std::string& folder) {
+  std::vector<std::string> written;
+  for (const GitFile& each : kFiles) {
+    const std::string path = JoinPath(folder, each.name);
+    if (files.Exists(path)) continue;
+    if (const Status status = files.WriteWholeFile(path, each.text); !status) {
+      return status.GetError();
+    }
+    written.push_back(path);
+  }
+  return written;
+}
+
+}  // namespace tarn::host

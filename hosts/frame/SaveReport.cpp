@@ -1,0 +1,26 @@
+#include "hosts/frame/SaveReport.h"
+
+#include "hosts/frame/LogEntry.h"
+
+namespace tarn::host {
+
+SaveReport ParseSaveReport(const std::string& xml) {
+  SaveReport report;
+  const auto root = ParseXml(xml);
+  if (root == nullptr) return report;
+  for (const CXmlNode* file : root->GetChildren()) {
+    const bool isSaved = AttributeOf(file, "Problem").empty();
+    std::vector<std::string>& lines = isSaved ? report.notes : report.problems;
+    for (const CXmlNode* each : file->GetChildren()) {
+      if (each->NameView() == "Line") {
+        lines.push_back(AttributeOf(each, "Text"));
+      } else {
+        report.conflicts.push_back({AttributeOf(file, "Path"), AttributeOf(each, "Place"),
+                                    AttributeOf(each, "Text"), AttributeOf(file, "Copy")});
+      }
+    }
+  }
+  return report;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/files/FileSystem.h"
+#include "project/FileGuard.h"
+#include "project/NodeTypes.h"
+#include "project/TreeMerge.h"
+
+namespace tarn {
+
+// What a save is to do with one file of a project.
+struct SavePlan {
+  std::string absolute;
+  std::string text;       // for the disk
+  bool isNeeded = true;   // false if the file holds it already
+  bool isMerged = false;  // `text` also has what another program changed since the file was read
+  std::vector<TreeConflict> conflicts;
+};
+
+// Prepares texts of project and application files for the disk: in a form that version control
+// shows little of, and together with what other programs wrote there since the file was read.
+// Borrows all.
+class FileSaver {
+ public:
+  FileSaver(FileSystem& fileSystem, FileGuard& fileGuard, const NodeTypes& nodeTypes)
+      : files(fileSystem), guard(fileGuard), types(nodeTypes) {}
+
+  // `text` is what the tree in memory has for the file.
+  SavePlan Prepare(const std::string& absolute, const std::string& text) const;
+  // The text in the form for the disk, without a look at what that holds now.
+  std::string Settle(const std::string& absolute, const std::string& text) const;
+  // Replaces the file, and says in `report` what was done.
+  Status Write(const SavePlan& plan, SavedFile& report) const;
+
+ private:
+  FileSystem& files;
+  FileGuard& guard;
+  const NodeTypes& types;
+};
+
+}  // namespace tarn

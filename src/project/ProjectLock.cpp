@@ -1,0 +1,46 @@
+#include "project/ProjectLock.h"
+
+#include <chrono>
+#include <thread>
+
+#include "platform/paths/Paths.h"
+
+namespace tarn {
+
+namespace {
+
+// Other programs hold the right while they read, change and write, which takes far less.
+constexpr std::chrono::seconds kLongestWait(10);
+constexpr std::chrono::milliseconds kBetweenTries(10);
+
+}  // namespace
+
+bool ProjectLock::TryTake(const std::string& projectPath) {
+  if (IsHeldFor(projectPath)) return true;
+  Release();
+  auto taken = files.TryLock(WithExtension(files.ResolveLinks(projectPath), kLockExtension),
+                             LockPurpose::Edit);
+  if (!taken && taken.GetError().code == ErrorCode::Busy) {
+    holder = taken.GetError().text;
+    return false;
+  }
+  if (taken) lock = std::move(*taken);
+  heldFor = projectPath;
+  return true;
+}
+
+bool ProjectLock::Take(const std::string& projectPath) {
+  const auto end = std::chrono::steady_clock::now() + kLongestWait;
+  while (!TryTake(projectPath)) {
+    if (std::chrono::steady_clock::now() >= end) return false;
+    std::this_thread::sleep_for(kBetweenTries);
+  }
+  return true;
+}
+
+void ProjectLock::Release() {
+  lock.reset();
+  heldFor.clear();
+}
+
+}  // namespace tarn

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/files/FileSystem.h"
+
+namespace tarn {
+
+// The right to change the files of one project, which one process has at a time. It goes with the
+// process. A project in a folder where no lock can be made needs none. Host's thread only.
+class ProjectLock {
+ public:
+  explicit ProjectLock(FileSystem& fileSystem) : files(fileSystem) {}
+
+  // Takes the right for the project, unless it is held already, and lets go of another one. False
+  // while another process has it.
+  bool TryTake(const std::string& projectPath);
+  // Tries again until a time limit of some seconds.
+  bool Take(const std::string& projectPath);
+  void Release();
+  bool IsHeldFor(const std::string& projectPath) const { return heldFor == projectPath; }
+
+  // The process that had it at the last failure.
+  const std::string& GetHolder() const { return holder; }
+
+ private:
+  FileSystem& files;
+  std::unique_ptr<FileLock> lock;
+  std::string heldFor;  // empty if nothing is held
+  std::string holder;
+};
+
+}  // namespace tarn

@@ -1,0 +1,86 @@
+#include "project/TreeText.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+// Returns the position after the comments before the root, and after an XML declaration ahead of
+// them: the reader would give the comments to the parent.
+const char* SkipRemarks(const std::string& text) {
+  constexpr std::string_view kRemarks[][2] = {{"<!--", "-->"}, {"<?xml ", "?>"}};
+  std::size_t start = 0;
+  for (bool hasSkipped = true; hasSkipped;) {
+    hasSkipped = false;
+    const std::size_t next = text.find_first_not_of(" \t\r\n", start);
+    for (const auto& [open, close] : kRemarks) {
+      if (next == text.npos || text.compare(next, open.size(), open) != 0) continue;
+      const std::size_t end = text.find(close, next);
+      if (end == text.npos) continue;
+      start = end + close.size();
+      hasSkipped = true;
+      break;
+    }
+  }
+  return text.c_str() + start;
+}
+
+// Nothing stands in front of the root's own tag, such as a comment, which would not be written
+// back.
+bool BeginsWith(std::string_view text, const CXmlNode& root) {
+  text = Trim(text);
+  return text.starts_with('<') && text.substr(1).starts_with(root.NameView());
+}
+
+// The text ended with the root's own closing tag, or the root is an empty element. Where it did
+// not, the file was cut and what stood behind the cut is not in the tree.
+bool IsClosed(std::string_view text, const CXmlNode& root) {
+  text = Trim(text);
+  const std::string_view name = root.NameView();
+  if (EndsWithNoCase(text, "/>")) return root.GetChildCount() == 0;
+  if (text.empty() || text.back() != '>') return false;
+  const std::string_view tag = Trim(text.substr(0, text.size() - 1));
+  if (tag.size() < name.size() + 2 || tag.substr(tag.size() - name.size()) != name) return false;
+  return tag.substr(tag.size() - name.size() - 2, 2) == "</";
+}
+
+void DropBlankValues(CXmlNode& node) {
+  if (!node.ValueView().empty() && Trim(node.ValueView()).empty()) node.SetValue("");
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    if (node.GetChild(i)->GetType() == XmlElement) DropBlankValues(*node.GetChild(i));
+  }
+}
+
+}  // namespace
+
+TreeRead ReadTree(const std::string& text, CXmlNode& root, DamageCollector& collector) {
+  const char* const end = root.Load(SkipRemarks(text), g_xmlParseInfo, collector);
+  const bool isWhole = end != nullptr && !collector.HasCData() &&
+                       text.find('\0') == std::string::npos && BeginsWith(text, root) &&
+                       IsClosed(text, root) && Trim(end).empty();
+  DropBlankValues(root);
+  if (end == nullptr) return TreeRead::Malformed;
+  return isWhole ? TreeRead::Whole : TreeRead::Partly;
+}
+
+bool ReadWholeTree(const std::string& text, CXmlNode& root) {
+  DamageCollector collector(text);
+  const TreeRead read = ReadTree(text, root, collector);
+  const std::vector<FileDamage> damage = collector.Collect({});
+  return read == TreeRead::Whole && std::all_of(damage.begin(), damage.end(),
+                                                [](const FileDamage& each) { return each.isKept; });
+}
+
+std::string WriteTree(const CXmlNode& root, std::string_view model) {
+  std::string text = root.ToString(g_xmlDisplayOptions);
+  const bool hasLineFeedsAlone = model.find('\n') != model.npos && model.find('\r') == model.npos;
+  if (hasLineFeedsAlone) std::erase(text, '\r');
+  return text;
+}
+
+}  // namespace tarn

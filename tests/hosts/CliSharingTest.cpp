@@ -1,0 +1,145 @@
+// Projects that several people and programs work on.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <set>
+#include <thread>
+
+#include "hosts/CliProject.h"
+#include "platform/files/FileSystem.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(CliSharing, AnEditWaitsForAnother) {
+  CliProject project;
+  project.Write("src/d.c", "");
+  auto lock = FileSystem::Native().TryLock(project.PathOf("demo.tlock"), LockPurpose::Edit);
+  ASSERT_TRUE(lock) << lock.GetError().text;
+  project.ExpectRefusal({"add", "--no-wait", "src/d.c"}, 3, "Another program is changing");
+  EXPECT_EQ(project.Run({"build"}).code, 0) << "a build changes nothing";
+  std::thread release([&lock] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1300));
+    lock->reset();
+  });
+  const auto answer = project.Run({"add", "src/d.c"});
+  release.join();
+  EXPECT_EQ(answer.out, "added src/d.c\n");
+  EXPECT_TRUE(Has(answer.err, "Waiting for another program")) << answer.err;
+}
+
+// What the files of a project hold, but for the line that was added.
+TEST(CliSharing, OneChangeIsOneLine) {
+  const struct {
+    std::vector<std::string> words;
+    int added, removed;
+  } rows[] = {
+      {{"add", "src/d.c"}, 1, 0},
+      {{"rename", "src/a.c", "other"}, 1, 1},
+      {{"remove", "src/b.c"}, 0, 1},
+      {{"config", "add", "Debug", "--empty"}, 1, 0},
+      {{"config", "select", "Debug"}, 1, 1},
+      {{"options", "set", "Compiler.Defines", "X"}, 7, 0},
+      {{"options", "reset", "Compiler.Defines"}, 0, 7},
+      {{"select", "app"}, 0, 0},
+  };
+  for (const bool hasLineFeeds : {false, true}) {
+    CliProject project;
+    project.Write("src/d.c", "");
+    project.Out({"options", "set", "-n", "src/a.c", "Compiler.Optimize", "s"});
+    for (const char* name : {"demo.tprj", "app.tapp"}) {
+      std::string text = project.Read(name);
+      if (hasLineFeeds) std::erase(text, '\r');
+      project.Write(name, text);
+    }
+    for (const auto& row : rows) {
+      SCOPED_TRACE(row.words[0] + " " + row.words[1]);
+      const auto lines = [&project] {
+        const std::string text = project.Read("demo.tprj") + "\n" + project.Read("app.tapp");
+        std::multiset<std::string> all;
+        for (const std::string_view line : Split(text, '\n')) all.emplace(line);
+        return all;
+      };
+      const auto before = lines();
+      project.Run({"build"});  // which publishes everything, whatever becomes of it
+      project.Out(row.words);
+      const auto after = lines();
+      std::vector<std::string> added;
+      std::vector<std::string> removed;
+      std::ranges::set_difference(after, before, std::back_inserter(added));
+      std::ranges::set_difference(before, after, std::back_inserter(removed));
+      EXPECT_EQ(static_cast<int>(added.size()), row.added) << project.Read("app.tapp");
+      EXPECT_EQ(static_cast<int>(removed.size()), row.removed);
+      EXPECT_EQ(project.Read("app.tapp").find('\r') == std::string::npos, hasLineFeeds);
+    }
+  }
+}
+
+TEST(CliSharing, AnApplicationIsSavedWhereItWasReadFrom) {
+  CliProject project;
+  fs::create_directory(project.PathOf("sub"));
+  fs::rename(project.PathOf("app.tapp"), project.PathOf("sub/app.tapp"));
+  fs::rename(project.PathOf("src"), project.PathOf("sub/src"));
+  std::string text = project.Read("demo.tprj");
+  for (std::size_t at = 0; (at = text.find(".\\app.tapp", at)) != text.npos; at += 5) {
+    text.insert(at + 2, "sub\\");
+  }
+  project.Write("demo.tprj", text);
+  project.Write("sub/src/d.c", "");
+  EXPECT_EQ(project.Out({"add", "sub/src/d.c"}), "added sub/src/d.c\n");
+  EXPECT_FALSE(project.Exists("app.tapp"));
+  EXPECT_EQ(project.Read("demo.tprj"), text);
+  EXPECT_TRUE(Has(project.Read("sub/app.tapp"), ".\\src\\d.c"));
+  EXPECT_EQ(project.Run({"build"}).code, 0);
+}
+
+// Two projects in different folders have one application.
+TEST(CliSharing, AnApplicationOutsideOfTheFolderIsWrittenOnlyIfTheUserAgrees) {
+  CliProject project;
+  fs::create_directory(project.PathOf("other"));
+  std::string text = project.Read("demo.tprj");
+  for (std::size_t at = 0; (at = text.find(".\\app.tapp", at)) != text.npos; at += 5) {
+    text.insert(at, ".");
+  }
+  project.Write("other/o.tprj", text);
+  project.Write("src/d.c", "");
+  const std::string before = project.Read("app.tapp");
+  project.Out({"build", "other"});
+  project.ExpectRefusal({"add", "other", "src/d.c"}, 3, "is outside the folder of the project");
+  EXPECT_EQ(project.Read("app.tapp"), before);
+  EXPECT_EQ(project.Read("other/o.tprj"), text);
+  project.Out({"add", "--outside-ok", "other", "src/d.c"});
+  EXPECT_FALSE(project.Exists("other/app.tapp"));
+  EXPECT_TRUE(Has(project.Read("app.tapp"), "d.c"));
+  project.Out({"options", "set", "Compiler.Defines", "X"});
+  EXPECT_TRUE(Has(project.Read("app.tapp"), "Extern=\".\\app.tapp\""));
+}
+
+TEST(CliSharing, ANewProjectIsAsTheFirstSaveLeavesIt) {
+  CliProject project;
+  for (const std::vector<std::string>& how :
+       {std::vector<std::string>{"--compiler", "host-gcc"}, {"--target", "atmega328p"}}) {
+    std::vector<std::string> words = {"new", "p"};
+    words.insert(words.end(), how.begin(), how.end());
+    project.Out(words);
+    const std::string made = project.Read("p/p.tprj") + project.Read("p/p.tapp");
+    project.Out({"options", "set", "Compiler.Defines", "X", "p"});
+    EXPECT_NE(project.Read("p/p.tprj") + project.Read("p/p.tapp"), made);
+    project.Out({"options", "reset", "Compiler.Defines", "p"});
+    EXPECT_EQ(project.Read("p/p.tprj") + project.Read("p/p.tapp"), made);
+    EXPECT_FALSE(project.Exists("p/.gitignore"));
+    fs::remove_all(project.PathOf("p"));
+  }
+  fs::create_directory(project.PathOf(".git"));
+  const std::string said = project.Out({"new", "p"});
+  EXPECT_TRUE(Has(said, "made p/.gitignore\nmade p/.gitattributes\n")) << said;
+}
+
+}  // namespace
+}  // namespace tarn::host

@@ -1,0 +1,148 @@
+// What becomes of two sides' changes of one tree, and what of a tree goes to the disk.
+
+#include <gtest/gtest.h>
+
+#include "project/ProjectWorld.h"
+#include "project/StableForm.h"
+#include "project/TreeMerge.h"
+#include "project/TreeText.h"
+
+namespace tarn::test {
+namespace {
+
+// A tree in few letters: `Name=label{children}`, with attributes behind a colon: `C=a:x1`.
+class Short {
+ public:
+  static std::unique_ptr<CXmlNode> Read(std::string_view text) {
+    auto root = CXmlNode::CreateNode("Root");
+    ReadChildren(*root, text);
+    return root;
+  }
+  static std::string Write(const CXmlNode& node) {
+    std::string text;
+    for (const CXmlNode* child : node.GetChildren()) {
+      if (!text.empty()) text += ' ';
+      text += child->GetName() + "=" + TextOf(child->GetAttrValue("Header"));
+      for (const CXmlAttr& each : child->Attributes()) {
+        if (each.NameView() != "Header")
+          text += ":" + each.GetName().substr(0, 1) + each.GetValue();
+      }
+      if (child->GetChildCount() > 0) text += "{" + Write(*child) + "}";
+    }
+    return text;
+  }
+
+ private:
+  static void ReadChildren(CXmlNode& parent, std::string_view& text) {
+    while (!text.empty() && text.front() != '}') {
+      const std::size_t end = std::min(text.find_first_of(" {}"), text.size());
+      ReadWord(parent, text.substr(0, end));
+      text.remove_prefix(end);
+      if (text.starts_with('{')) {
+        text.remove_prefix(1);
+        ReadChildren(*parent.GetChild(parent.GetChildCount() - 1), text);
+        text.remove_prefix(1);
+      }
+      if (text.starts_with(' ')) text.remove_prefix(1);
+    }
+  }
+  // One letter is the name of an attribute, the rest its value.
+  static void ReadWord(CXmlNode& parent, std::string_view word) {
+    const std::size_t equal = word.find('=');
+    CXmlNode& node = *parent.AddChild(std::string(word.substr(0, equal)));
+    bool isLabel = true;
+    for (const std::string_view part : Split(word.substr(equal + 1), ':')) {
+      if (isLabel) {
+        node.AddAttr("Header", std::string(part));
+      } else {
+        const std::string name(part.substr(0, 1));
+        node.AddAttr(name == "P" ? "Path" : name, std::string(part.substr(1)));
+      }
+      isLabel = false;
+    }
+  }
+};
+
+TEST(TreeMerge, BothSidesChangesAreThere) {
+  const struct {
+    const char *base, *theirs, *ours, *merged, *conflicts;
+  } rows[] = {
+      {"C=a", "C=a", "C=a", "C=a", ""},
+      // Additions stand after the same neighbour as on their side.
+      {"C=a", "C=a C=t", "C=a", "C=a C=t", ""},
+      {"C=a", "C=a C=t", "C=a C=o", "C=a C=o C=t", ""},
+      {"C=a C=b", "C=t C=a C=b", "C=a C=o C=b", "C=t C=a C=o C=b", ""},
+      {"", "C=t", "C=o", "C=o C=t", ""},
+      {"C=a", "C=a C=n:x1", "C=a C=n:x1", "C=a C=n:x1", ""},
+      {"C=a", "C=a C=n:x1", "C=a C=n:x2", "C=a C=n:x2", "n: x"},
+      {"G=g{C=a} G=h", "G=g{C=a C=t} G=h", "G=g{C=a} G=h{C=o}", "G=g{C=a C=t} G=h{C=o}", ""},
+      // Removals, and a change of what the other side has removed.
+      {"C=a C=b", "C=b", "C=a C=b C=o", "C=b C=o", ""},
+      {"C=a C=b", "C=a C=b C=t", "C=b", "C=b C=t", ""},
+      {"C=a C=b", "C=a", "C=b", "", ""},
+      {"G=g{C=a}", "", "G=g{C=a C=o}", "G=g{C=a C=o}", "g: changed here, removed there"},
+      {"G=g{C=a}", "G=g{C=a C=t}", "", "G=g{C=a C=t}", "g: removed here, changed there"},
+      // Attributes.
+      {"C=a:x1:y1", "C=a:x2:y1", "C=a:x1:y2", "C=a:x2:y2", ""},
+      {"C=a:x1", "C=a", "C=a:x1:y2", "C=a:y2", ""},
+      {"C=a:x1", "C=a:x2", "C=a:x2", "C=a:x2", ""},
+      {"C=a:x1", "C=a:x2", "C=a:x3", "C=a:x3", "a: x"},
+      {"C=a:x1", "C=a", "C=a:x3", "C=a:x3", "a: x"},
+      // A rename on one side, a change inside on the other.
+      {"G=g{C=a C=b}", "G=h{C=a C=b}", "G=g{C=a C=b C=o}", "G=h{C=a C=b C=o}", ""},
+      {"G=g{C=a C=b}", "G=g{C=a C=t C=b}", "G=h{C=a C=b}", "G=h{C=a C=t C=b}", ""},
+      {"C=a:P/a", "C=b:P/a", "C=a:P/a:x1", "C=b:P/a:x1", ""},
+      // The order of the side that changed it.
+      {"C=a C=b C=c", "C=c C=a C=b", "C=a C=b C=c C=o", "C=c C=o C=a C=b", ""},
+      {"C=a C=b C=c", "C=a C=t C=b C=c", "C=c C=b C=a", "C=c C=b C=a C=t", ""},
+      // Two of one label are told apart by their order.
+      {"C=a C=a", "C=a C=a:x1", "C=a:y1 C=a", "C=a:y1 C=a:x1", ""},
+  };
+  for (const auto& row : rows) {
+    const MergedTree merged =
+        MergeTrees(*Short::Read(row.base), *Short::Read(row.theirs), *Short::Read(row.ours));
+    SCOPED_TRACE(std::string(row.base) + " | " + row.theirs + " | " + row.ours);
+    EXPECT_EQ(Short::Write(*merged.root), row.merged);
+    std::string conflicts;
+    for (const TreeConflict& each : merged.conflicts) conflicts += each.place + ": " + each.what;
+    EXPECT_EQ(conflicts, row.conflicts);
+  }
+}
+
+// Derived attributes follow configuration and view, which is no reason to change the file.
+TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
+  const std::string open = "\r\n<Project Header=\"p\" sate=\"32\" >";
+  const std::string app = "\r\n\t<Application Header=\"a\" Extern=\"a.tapp\" Path=\"a.tapp\"";
+  const std::string close = " />\r\n</Project>";
+  const struct {
+    std::string base, tree, written;
+  } rows[] = {
+      {open + app + close, open + app + close, open + app + close},
+      {open + app + " sate=\"2\"" + close, open + app + " Config=\"x\" OutputFile=\"o\"" + close,
+       open + app + " sate=\"2\"" + close},
+      {open + app + close, "<Project sate=\"0\" OutputFile=\"\" Header=\"q\" >" + app + close,
+       "\r\n<Project Header=\"q\" sate=\"32\" >" + app + close},
+      {"<Project Header='p' />", open + "<Group Header='g' Marker='0' sate='2' />" + "</Project>",
+       "\r\n<Project Header=\"p\" >\r\n\t<Group Header=\"g\" />\r\n</Project>"},
+      {"<Project Header='p' ><Group Header='g' Marker='0' OutputFile='x' /></Project>",
+       "<Project Header='p' ><Group OutputFile='y' Header='h' Marker='-1' /></Project>",
+       "\r\n<Project Header=\"p\" >\r\n\t<Group Header=\"h\" />\r\n</Project>"},
+      {"<Project><Options><Config Header='a' /></Options><Group Header='g' /></Project>",
+       "<Project><Group Header='g' /><Group Header='h' /><Options><Config Header='b' /></Options>"
+       "</Project>",
+       "\r\n<Project>\r\n\t<Options>\r\n\t\t<Config Header=\"b\" />\r\n\t</Options>"
+       "\r\n\t<Group Header=\"g\" />\r\n\t<Group Header=\"h\" />\r\n</Project>"},
+  };
+  ProjectWorld world;
+  for (const auto& row : rows) {
+    CXmlNode base;
+    CXmlNode tree;
+    ASSERT_TRUE(ReadWholeTree(row.base, base)) << row.base;
+    ASSERT_TRUE(ReadWholeTree(row.tree, tree)) << row.tree;
+    MakeStable(base, tree, world.model->types);
+    EXPECT_EQ(WriteTree(tree, {}), row.written);
+  }
+}
+
+}  // namespace
+}  // namespace tarn::test
