@@ -13,6 +13,7 @@ from campaign.edits import KINDS as KINDS_OF_EDITS
 from campaign.edits import Edits, run_edits
 from campaign.firmware import KINDS, Firmware
 from campaign.rounds import FAKE_COMPILER, run_kills, run_pairs, run_state
+from campaign.sharing import run_git, run_races
 from campaign.world import Tally, World
 
 PORTION = 25  # edits or rounds with one seed, in one folder: what it takes to see a fault again
@@ -33,6 +34,10 @@ def run_portion(options):
     if options.campaign == "state":
         world = make_world(folder, options, ("gcc", "g++", "size"), script=FAKE_COMPILER)
         run_state(world, Firmware(world, "gcc", chance), chance, options.positions, tally, options)
+    elif options.campaign in ("races", "git"):
+        world = make_world(folder, options, ())
+        run = {"races": run_races, "git": run_git}[options.campaign]
+        run(world, chance, options.count, tally, options)
     else:
         world = make_world(folder, options, KINDS[options.toolchain]["compilers"])
         firmware = Firmware(world, options.toolchain, chance)

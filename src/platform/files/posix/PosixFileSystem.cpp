@@ -373,7 +373,7 @@ std::int64_t PosixFileSystem::Clock() {
 }
 
 Result<std::unique_ptr<FileLock>> PosixFileSystem::TryLock(const std::string& path,
-                                                            LockPurpose purpose) {
+                                                           LockPurpose purpose) {
   const Result<std::string> named = names.ToNative(path);
   if (!named) return named.GetError();
   // A file of a similar name is another lock.
