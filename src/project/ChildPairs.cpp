@@ -32,9 +32,10 @@ std::string KeyByFile(const CXmlNode& node) {
 
 }  // namespace
 
-ChildPairs::ChildPairs(const Children& from, const Children& to)
+ChildPairs::ChildPairs(const Children& from, const Children& to, Match match)
     : partners(from.size(), kNone), sources(to.size(), kNone) {
   PairBy(from, to, KeyByFile);
+  if (match == Match::Exactly) return;
   PairBy(from, to, KeyByLabel);
   PairByContents(from, to);
 }

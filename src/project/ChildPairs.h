@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "xml/XmlNode.h"
@@ -18,7 +19,10 @@ class ChildPairs {
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
   using Children = std::vector<CXmlNode*>;
 
-  ChildPairs(const Children& from, const Children& to);
+  // Whether children are paired that were moved or renamed, or those of one name only.
+  enum class Match : std::uint8_t { Alike, Exactly };
+
+  ChildPairs(const Children& from, const Children& to, Match match = Match::Alike);
 
   // The index of the partner in the other version; kNone for a child that has none.
   std::size_t PartnerOf(std::size_t fromIndex) const { return partners[fromIndex]; }

@@ -49,6 +49,7 @@ SavePlan FileSaver::Prepare(const std::string& absolute, const std::string& text
   if (!canCompare) return plan;
   if (*disk == *known) {
     plan.isNeeded = !DiffersInReferenceAlone(base, ours);
+    if (!plan.isNeeded) plan.text = *disk;
     return plan;
   }
   MergedTree merged = MergeTrees(base, theirs, ours);

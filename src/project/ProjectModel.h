@@ -360,7 +360,7 @@ class CProjectModel {
                                std::vector<PendingFile>& pending);
   void SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending);
   std::string PlanFiles(std::vector<PendingFile>& pending);
-  bool MayWrite(const std::string& absolute);
+  std::string PrepareFiles(std::vector<PendingFile>& pending);
   Status WriteTreeFile(const SavePlan& plan);
   void LoseNothing(PendingFile& file, const std::string& reason);
   void RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason);

@@ -307,31 +307,37 @@ std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& file
   return pending.back().saved ? 1 : 0;
 }
 
-// Says what is to be written, with the right to do so. Returns why nothing may be; empty if all
-// may.
+// Takes the right to change the project's files, and prepares them. Returns why nothing may be
+// written; empty if all may. No other program waits while the user is asked.
 std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
-  const bool isTaken = editLock.Take(projectPath);
+  const bool isHeld = editLock.IsHeldFor(projectPath);
+  while (true) {
+    const bool isTaken = editLock.Take(projectPath);
+    const std::string outside = PrepareFiles(pending);
+    if (!isTaken) return "another program is changing the project (" + editLock.GetHolder() + ")";
+    if (outside.empty()) return {};
+    if (!isHeld) editLock.Release();
+    const std::string reason = outside + " is outside the folder of the project";
+    if (!AskOkCancel(mainframeHandle, reason + ".\n\nWrite it?", GetMessageText(kRowProjectWord))) {
+      return reason;
+    }
+    mayWriteOutside.insert(outside);
+  }
+}
+
+// Returns the first file that is to be written outside the project's folder without the user's
+// consent. It is read wherever a reference leads.
+std::string CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
   const FileSaver saver(files, guard, types);
+  const std::string folder = AddSeparator(files.ResolveLinks(projectFolder));
   std::string outside;
   for (PendingFile& file : pending) {
     file.plan = saver.Prepare(file.absolute, file.text);
-    if (file.plan.isNeeded && outside.empty() && !MayWrite(file.absolute)) outside = file.absolute;
+    const bool isAllowed = writesOutside || mayWriteOutside.contains(file.absolute) ||
+                           files.ResolveLinks(file.absolute).starts_with(folder);
+    if (file.plan.isNeeded && !isAllowed && outside.empty()) outside = file.absolute;
   }
-  if (!isTaken) return "another program is changing the project (" + editLock.GetHolder() + ")";
-  if (!outside.empty()) return outside + " is outside the folder of the project";
-  return {};
-}
-
-// A file outside the project's folder is read wherever a reference leads, and written only if the
-// user agrees.
-bool CProjectModel::MayWrite(const std::string& absolute) {
-  const std::string folder = AddSeparator(files.ResolveLinks(projectFolder));
-  const bool isInside = files.ResolveLinks(absolute).starts_with(folder);
-  if (isInside || writesOutside || mayWriteOutside.contains(absolute)) return true;
-  const std::string question = absolute + " is outside the folder of the project.\n\nWrite it?";
-  if (!AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord))) return false;
-  mayWriteOutside.insert(absolute);
-  return true;
+  return outside;
 }
 
 std::vector<std::pair<std::string, std::string>> CProjectModel::MakeFileTexts() {

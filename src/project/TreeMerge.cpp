@@ -79,7 +79,7 @@ void ItemList::AddAll(const Item& parent, const ChildPairs& toTheirs, const Chil
   for (std::size_t i = 0; i < ours.size(); ++i) {
     if (toOurs.SourceOf(i) == ChildPairs::kNone) newOurs.push_back(ours[i]);
   }
-  const ChildPairs added(newOurs, newTheirs);
+  const ChildPairs added(newOurs, newTheirs, ChildPairs::Match::Exactly);
   std::size_t next = 0;
   for (std::size_t i = 0; i < ours.size(); ++i) {
     std::size_t at = toOurs.SourceOf(i);

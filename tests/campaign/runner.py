@@ -111,6 +111,8 @@ SABOTEURS = (
     ("pairs", "needless rebuild", FORGETS),
     ("kills", "needless rebuild", FORGETS),
     ("kills", "endless rebuild", LINKS_ALWAYS),
+    ("races", "lost update", '[ "$1" != add ] || [ $((count % 3)) != 0 ] || exit 0'),
+    ("git", "noise", '[ "$1" != add ] || echo >>fw.tprj'),
 )
 
 

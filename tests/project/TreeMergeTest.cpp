@@ -75,6 +75,7 @@ TEST(TreeMerge, BothSidesChangesAreThere) {
       {"", "C=t", "C=o", "C=o C=t", ""},
       {"C=a", "C=a C=n:x1", "C=a C=n:x1", "C=a C=n:x1", ""},
       {"C=a", "C=a C=n:x1", "C=a C=n:x2", "C=a C=n:x2", "n: x"},
+      {"", "C=n:P/t/n", "C=n:P/o/n", "C=n:P/o/n C=n:P/t/n", ""},
       {"G=g{C=a} G=h", "G=g{C=a C=t} G=h", "G=g{C=a} G=h{C=o}", "G=g{C=a C=t} G=h{C=o}", ""},
       // Removals, and a change of what the other side has removed.
       {"C=a C=b", "C=b", "C=a C=b C=o", "C=b C=o", ""},
