@@ -13,7 +13,7 @@ while [ $# -gt 0 ]; do
   case "$1" in
     -o) out=$2; shift ;;
     -MF) rules=$2; shift ;;
-    -x) shift ;;
+    -x | -Xassembler | -Xlinker) shift ;;
     -*) ;;
     *) files="$files $1" ;;
   esac
