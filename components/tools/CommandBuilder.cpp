@@ -279,12 +279,12 @@ class PlanMaker : public TemplateValues {
   const ToolJob& job;
   mutable ToolPlan plan;
   std::string spelledBase;    // the base folder as the disk spells it
-  std::string folder;         // working folder of the step in hand
+  std::string folder;         // working folder of the current step
   std::string spelledFolder;  // the same as the disk spells it
   mutable bool isSplitLater = false;
-  bool relative = false;                                   // of the step in hand
-  std::string item;                                        // of the list in hand
-  std::vector<std::pair<std::string, std::string>> moves;  // of the step in hand
+  bool relative = false;                                   // of the current step
+  std::string item;                                        // of the current list
+  std::vector<std::pair<std::string, std::string>> moves;  // of the current step
 };
 
 // Stands for options of which nothing is known.

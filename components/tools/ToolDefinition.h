@@ -33,7 +33,7 @@ struct ArgumentRule {
   Template list;            // for Source::List: a value with ";" between its entries
   bool isPath = false;      // the values of macros are paths
   bool isRelative = false;  // ... written relative to the working folder if they are below it
-  std::string avoided;      // characters that a path must not hold: a scratch file stands in
+  std::string avoided;      // characters that a path must not hold: a scratch file replaces it
   bool isWords = false;     // the text is split like a command line
   Conditions conditions;
 };

@@ -7,8 +7,8 @@
 
 namespace tarn::tools {
 
-// Files that a run reads besides its sources, as far as its arguments tell, and what these files
-// name in turn.
+// Files that a run reads besides its sources, as far as its arguments name them, and what these
+// files name in turn.
 struct ReadFiles {
   std::vector<std::string> found;    // there now, absolute, each once
   std::vector<std::string> missing;  // would be read instead if they were there

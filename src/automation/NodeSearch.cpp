@@ -82,7 +82,7 @@ std::vector<CXmlNode*> NodeSearch::FindPlain(CXmlNode& start, const std::string&
   return found.empty() ? FindByLabel(start, key) : found;
 }
 
-// What lies below comes before `start` itself: a project is often labelled like one of its
+// Descendants come before `start` itself: a project is often labelled like one of its
 // applications, and an application like a file.
 std::vector<CXmlNode*> NodeSearch::Find(CXmlNode& start, const std::string& key) const {
   std::vector<CXmlNode*> found = FindPlain(start, key);

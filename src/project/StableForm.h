@@ -7,7 +7,7 @@
 
 namespace tarn {
 
-// Attributes of nodes that opening and publishing derive anew: the output file, the marker, and
+// Attributes of nodes that opening and publishing derive again: the output file, the marker, and
 // whether the children are shown. They change with the configuration and with the view.
 bool IsDerivedAttribute(std::string_view name);
 

@@ -93,7 +93,7 @@ void ItemList::AddAll(const Item& parent, const ChildPairs& toTheirs, const Chil
   }
 }
 
-// Items of the base come first, so that their numbers tell their order.
+// Items of the base come first, so their numbers are their order.
 bool ItemList::IsOrderOfBase(const Places& side) const {
   std::size_t last = 0;
   for (const std::size_t at : side) {

@@ -38,7 +38,7 @@ bool BeginsWith(std::string_view text, const CXmlNode& root) {
 }
 
 // The text ended with the root's own closing tag, or the root is an empty element. Where it did
-// not, the file was cut and what stood behind the cut is not in the tree.
+// not, the file was cut and what came after the cut is not in the tree.
 bool IsClosed(std::string_view text, const CXmlNode& root) {
   text = Trim(text);
   const std::string_view name = root.NameView();

@@ -156,7 +156,7 @@ TEST(CliCurrent, WhatChangedIsBuiltOnceAndNothingElse) {
   }
 }
 
-// What it did is older than the object: only what was there before the compiler ran tells.
+// The change is older than the object: only a comparison with the state before the run shows it.
 TEST(CliCurrent, WhatChangesWhileACompilerRunsIsCompiledAgain) {
   struct {
     const char* name;
