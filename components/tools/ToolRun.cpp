@@ -103,8 +103,7 @@ bool ToolRun::RefusesNames() {
 }
 
 bool ToolRun::RemoveOutput() {
-  const auto status = world.files->Examine(plan.outputOnDisk);
-  if (!status || status->otherSpelling) return true;
+  if (!world.files->ExamineExactly(plan.outputOnDisk)) return true;
   const Status removed = world.files->RemoveFile(plan.outputOnDisk);
   if (!removed) log.AddError(plan.output + " can't be removed: " + removed.GetError().text);
   return static_cast<bool>(removed);
@@ -249,8 +248,8 @@ void ToolRun::TellStartFailure(const ToolCommand& command, const Error& error) {
 bool ToolRun::CollectRecord() {
   if (plan.output.empty()) return true;
   // A file of a similar name is not what the tool was to make.
-  const auto status = world.files->Examine(plan.outputOnDisk);
-  if (!status || status->otherSpelling) {
+  const auto status = world.files->ExamineExactly(plan.outputOnDisk);
+  if (!status) {
     if (!log.HasErrors()) log.ReportLastLines(0);
     log.AddError(tool.name + " ended without an error, but left no file " + plan.output);
     return false;
@@ -264,7 +263,7 @@ bool ToolRun::CollectRecord() {
   found.command = HashCommands(world, plan);
   found.hasInexactNames = plan.hasInexactNames;
   for (const std::string& product : plan.products) {
-    if (world.files->Examine(product)) found.products.push_back(product);
+    if (world.files->ExamineExactly(product)) found.products.push_back(product);
   }
   record = std::move(found);
   WriteGlobals();
@@ -360,6 +359,8 @@ bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std:
 // An assembler behind a compiler also names what the compiler wrote for it, which is gone, or is
 // kept next to the output or the source. Its name is a random one, so the rules don't stay.
 void ToolRun::ReadFurtherRules(std::vector<std::string>& names) {
+  // Not every run has them, and a search for other spellings grows with the folder of the outputs.
+  if (!world.files->ExamineExactly(plan.furtherRules)) return;
   const auto text = world.files->ReadWholeFile(plan.furtherRules);
   if (!text) return;
   static_cast<void>(world.files->RemoveScratchFile(plan.furtherRules));
@@ -372,7 +373,7 @@ void ToolRun::ReadFurtherRules(std::vector<std::string>& names) {
     std::string path = AbsolutePath(world.files, RulesFolder(), name);
     const bool isBetween =
         ExtensionOf(path) == ".s" && titles.contains(FileNameOf(WithoutExtension(path)));
-    if (!isBetween && world.files->Examine(path)) names.push_back(std::move(path));
+    if (!isBetween && world.files->ExamineExactly(path)) names.push_back(std::move(path));
   }
 }
 

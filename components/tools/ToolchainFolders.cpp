@@ -18,7 +18,7 @@ ToolchainFolders::ToolchainFolders(const ToolWorld& world, const ToolPlan& plan)
 // A compiler for the target "avr" is installed as bin/avr-gcc, lib/gcc, lib/avr and avr.
 void ToolchainFolders::AddInstallation(FileSystem& files, const std::string& program) {
   const std::string prefix = FolderOf(FolderOf(program));
-  if (prefix.empty() || !files.IsFolder(JoinPath(prefix, "lib/gcc"))) return;
+  if (prefix.empty() || !files.ExamineFolder(JoinPath(prefix, "lib/gcc"))) return;
   const std::string name = FileNameOf(program);
   const std::string target = name.substr(0, name.rfind('-'));
   for (const char* folder : {"lib/gcc", "lib64/gcc", "include"}) {

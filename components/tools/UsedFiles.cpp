@@ -149,7 +149,7 @@ class LookupFinder {
   // Adds what the file names, if it is a text.
   void FollowFile(const std::string& path) {
     if (!followed.insert(path).second || IsOutput(path)) return;
-    const auto status = disk.Examine(path);
+    const auto status = disk.ExamineExactly(path);
     if (!status || status->size > kMaxFollowed) return;
     const std::string extension = FoldCase(ExtensionOf(path));
     if (extension == ".o" || extension == ".a" || extension == ".obj") return;
@@ -223,8 +223,7 @@ void Divide(const Lookup& lookup, FileSystem& disk, std::vector<std::string>& th
   for (const std::string& place : lookup.places) {
     if (there.size() > before && FolderOf(place) != folder) break;
     folder = FolderOf(place);
-    const auto status = disk.Examine(place);
-    if (status && !status->otherSpelling) {
+    if (disk.ExamineExactly(place)) {
       there.push_back(place);
     } else {
       absent.push_back(place);

@@ -79,6 +79,12 @@ class FileSystem {
   virtual std::string ResolveLinks(const std::string& path) { return path; }
   // Nothing unless a regular file stands there and can be examined.
   virtual std::optional<FileStatus> Examine(const std::string& path) = 0;
+  // Examine for exactly this spelling, which costs one query also if nothing is there.
+  virtual std::optional<FileStatus> ExamineExactly(const std::string& path) {
+    std::optional<FileStatus> status = Examine(path);
+    if (status && status->otherSpelling) return std::nullopt;
+    return status;
+  }
   // Status of a folder, whose modification time moves when an entry comes or goes; nothing unless
   // there is a folder of exactly this name.
   virtual std::optional<FileStatus> ExamineFolder(const std::string& /*path*/) { return {}; }

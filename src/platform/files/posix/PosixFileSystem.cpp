@@ -158,6 +158,13 @@ std::optional<FileStatus> PosixFileSystem::Examine(const std::string& path) {
   return status;
 }
 
+std::optional<FileStatus> PosixFileSystem::ExamineExactly(const std::string& path) {
+  struct stat info {};
+  const Result<std::string> name = names.ToNative(path);
+  if (!name || stat(name->c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
+  return StatusOf(info);
+}
+
 std::optional<FileStatus> PosixFileSystem::ExamineFolder(const std::string& path) {
   struct stat info {};
   const Result<std::string> name = names.ToNative(path);

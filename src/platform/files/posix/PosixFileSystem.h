@@ -19,6 +19,7 @@ class PosixFileSystem : public FileSystem {
   std::string ResolveLinks(const std::string& path) override;
   // For a plain path one system call, no lock and no allocation, as long as the name is exact.
   std::optional<FileStatus> Examine(const std::string& path) override;
+  std::optional<FileStatus> ExamineExactly(const std::string& path) override;
   std::optional<FileStatus> ExamineFolder(const std::string& path) override;
   std::optional<FileStatus> ExamineLink(const std::string& path) override;
   std::vector<std::optional<FileStatus>> ExamineMany(
