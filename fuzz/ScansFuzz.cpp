@@ -1,0 +1,37 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <set>
+
+#include "components/tools/FileList.h"
+#include "components/tools/GivenArguments.h"
+#include "patterns/IncludeScan.h"
+
+namespace {
+
+// Names that are looked up on the disk: never empty, each once, none longer than the text.
+void CheckNames(const std::vector<std::string>& names, std::size_t size) {
+  std::set<std::string> seen;
+  for (const std::string& name : names) {
+    if (name.empty() || name.size() > size || !seen.insert(name).second) std::abort();
+  }
+}
+
+}  // namespace
+
+// Sources, linker scripts and arguments, which anybody can write.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  CheckNames(tarn::FindIncludes(text), size);
+  CheckNames(tarn::FindScriptInputs(text), size);
+  tarn::tools::ToolCommand command;
+  command.arguments = tarn::tools::SplitWords(text);
+  const auto given = tarn::tools::ExpandArguments(command, nullptr);
+  std::size_t length = 0;
+  for (const std::string& word : given.words) length += word.size();
+  if (length > size) std::abort();
+  for (const std::string& value : tarn::tools::ValuesOf({"-I", "--sysroot"}, given.words)) {
+    if (value.empty()) std::abort();
+  }
+  return 0;
+}
