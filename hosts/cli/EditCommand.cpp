@@ -265,7 +265,7 @@ int Edit::Rename() {
   if (Trim(label).empty() || Printable(label) != label || !IsStorable(label)) {
     return Fail("That is no name for a node.");
   }
-  for (const ApplicationEntry& each : ProjectTree(TreeText()).GetApplications()) {
+  for (const ApplicationEntry& each : ListApplications(context.Session().Inspector())) {
     if (EqualNoCase(each.label, label)) {
       return Fail("There is an application \"" + each.label + "\" already.");
     }
@@ -277,7 +277,7 @@ int Edit::Rename() {
 }
 
 int Edit::SelectApplication() {
-  const auto applications = ProjectTree(TreeText()).GetApplications();
+  const auto applications = ListApplications(context.Session().Inspector());
   const FoundApplication found = context.FindApplication(applications, words.front());
   const std::string label = found.entry ? found.entry->label : words.front();
   const auto isNamesake = [&label](const ApplicationEntry& each) {

@@ -97,8 +97,7 @@ void Creation::ChooseConfiguration() {
   BuildSession& session = context.Session();
   session.Options().SetNewConfigName(wanted);
   bool isKnown = false;
-  for (const ApplicationEntry& each :
-       ProjectTree(session.Inspector().GetTree()).GetApplications()) {
+  for (const ApplicationEntry& each : ListApplications(session.Inspector())) {
     const auto& known = each.configurations;
     isKnown = isKnown || std::find(known.begin(), known.end(), wanted) != known.end();
   }
@@ -109,7 +108,7 @@ void Creation::ChooseConfiguration() {
 int Creation::AddFirstSource(std::vector<std::string>& made) {
   BuildSession& session = context.Session();
   session.Inspector().PublishAll();
-  const auto applications = ProjectTree(session.Inspector().GetTree()).GetApplications();
+  const auto applications = ListApplications(session.Inspector());
   // One that only loads a finished program has no sources.
   if (applications.size() != 1 || applications.front().output.empty()) return kExitDone;
   const std::string source = JoinPath(project.folder, "src/main.c");

@@ -176,7 +176,7 @@ int CommandContext::CheckDamage() {
 }
 
 int CommandContext::ChooseApplications(std::vector<ApplicationEntry>& chosen) {
-  chosen = ProjectTree(Session().Inspector().GetTree()).GetApplications();
+  chosen = ListApplications(Session().Inspector());
   if (!asked.application.empty()) {
     const FoundApplication found = FindApplication(chosen, asked.application);
     if (!found.entry) {

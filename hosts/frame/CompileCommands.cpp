@@ -52,8 +52,7 @@ class Collector {
     session.Inspector().PublishAll();
     configuration = name;
     std::string ownOutput;  // of the application: what is linked
-    for (const ApplicationEntry& each :
-         ProjectTree(session.Inspector().GetTree()).GetApplications()) {
+    for (const ApplicationEntry& each : ListApplications(session.Inspector())) {
       if (each.path == application) ownOutput = each.output;
     }
     const std::string lines = session.Inspector().GetBuildInputs();

@@ -11,7 +11,7 @@ namespace tarn::host {
 namespace {
 
 std::optional<ApplicationEntry> FindActive(BuildSession& session) {
-  for (ApplicationEntry& each : ProjectTree(session.Inspector().GetTree()).GetApplications()) {
+  for (ApplicationEntry& each : ListApplications(session.Inspector())) {
     if (each.active) return std::move(each);
   }
   return std::nullopt;

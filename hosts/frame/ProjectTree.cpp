@@ -4,6 +4,7 @@
 #include <array>
 
 #include "hosts/frame/LogEntry.h"
+#include "hosts/frame/ServerDrivers.h"
 #include "hosts/frame/Suggest.h"
 #include "platform/text/Text.h"
 
@@ -68,6 +69,10 @@ FoundApplication FindApplication(const std::vector<ApplicationEntry>& applicatio
     paths += (paths.empty() ? "" : ", ") + shorten(each->path);
   }
   return {{}, "There are several applications " + name + ". Specify one by its path: " + paths};
+}
+
+std::vector<ApplicationEntry> ListApplications(InspectorDriver& inspector) {
+  return ProjectTree(inspector.GetApplications()).GetApplications();
 }
 
 ProjectTree::ProjectTree(const std::string& xml) : root(ParseXml(xml)) {}

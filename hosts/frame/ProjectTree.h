@@ -11,6 +11,8 @@
 
 namespace tarn::host {
 
+class InspectorDriver;
+
 // An application of the open project, as a host talks about it.
 struct ApplicationEntry {
   std::string label;
@@ -31,6 +33,9 @@ struct FoundApplication {
 FoundApplication FindApplication(const std::vector<ApplicationEntry>& applications,
                                  std::string_view key,
                                  const std::function<std::string(const std::string&)>& shorten);
+
+// The applications of the open project.
+std::vector<ApplicationEntry> ListApplications(InspectorDriver& inspector);
 
 // The project's tree as the inspector gave it.
 class ProjectTree {

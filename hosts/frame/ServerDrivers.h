@@ -102,6 +102,7 @@ class InspectorDriver : public COleDispatchDriver {
   // 0 when something is left for another call.
   std::int32_t PublishFor(std::int32_t milliseconds) { return InvokeLong(18, {milliseconds}); }
   std::string GetTree() { return InvokeText(3, {}); }
+  std::string GetApplications() { return InvokeText(73, {}); }
   std::string GetStatus() { return InvokeText(4, {}); }
   std::string GetBuildInputs() { return InvokeText(5, {}); }
   std::string GetToolInput(const std::string& application, const std::string& output) {

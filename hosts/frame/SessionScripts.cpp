@@ -27,7 +27,7 @@ void SessionScripts::ShowLine(const std::string& line) {
 }
 
 FoundApplication SessionScripts::Find(const std::string& application) {
-  return FindApplication(ProjectTree(session.Inspector().GetTree()).GetApplications(), application,
+  return FindApplication(ListApplications(session.Inspector()), application,
                          [](const std::string& path) { return path; });
 }
 

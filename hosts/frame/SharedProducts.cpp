@@ -46,7 +46,7 @@ std::vector<std::string> FindSharedProducts(InspectorDriver& inspector, ToolMana
     std::string application, label;
   };
   std::vector<std::string> lines;
-  const auto all = ProjectTree(inspector.GetTree()).GetApplications();
+  const auto all = ListApplications(inspector);
   if (all.size() < 2) return lines;
   const auto macros = ListMacros(tools);
   const std::string buildInputs = inspector.GetBuildInputs();

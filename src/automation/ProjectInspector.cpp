@@ -23,16 +23,35 @@ bool IsOptionCache(const CXmlNode& node) {
   return name == "PropState" || name == "#CDATA" || name == "Info";
 }
 
-void CopyShown(const CXmlNode& from, CXmlNode& to) {
+// The node itself, without its children.
+void CopyNode(const CXmlNode& from, CXmlNode& to) {
   to.SetName(from.NameView());
   to.SetValue(Trim(from.ValueText()));
   for (const CXmlAttr& attribute : from.Attributes()) {
     to.AddAttr(attribute.NameView(), attribute.ValueText());
   }
-  for (int i = 0; i < from.GetChildCount(); ++i) {
-    const CXmlNode& child = *from.GetChild(i);
-    if (child.GetType() != XmlElement || IsOptionCache(child)) continue;
-    CopyShown(child, *to.AddChild(child.NameView()));
+}
+
+bool IsShown(const CXmlNode& node) {
+  return node.GetType() == XmlElement && !IsOptionCache(node);
+}
+
+void CopyShown(const CXmlNode& from, CXmlNode& to) {
+  CopyNode(from, to);
+  for (const CXmlNode* child : from.GetChildren()) {
+    if (IsShown(*child)) CopyShown(*child, *to.AddChild(child->NameView()));
+  }
+}
+
+// The project with what is directly in it, and the configurations of that.
+void CopyApplications(const CXmlNode& project, CXmlNode& to) {
+  CopyNode(project, to);
+  for (const CXmlNode* child : project.GetChildren()) {
+    if (!IsShown(*child)) continue;
+    CXmlNode& application = *to.AddChild(child->NameView());
+    CopyNode(*child, application);
+    const CXmlNode* const configurations = child->FindChild("Configs");
+    if (configurations != nullptr) CopyShown(*configurations, *application.AddChild("Configs"));
   }
 }
 
@@ -197,6 +216,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::UnlockProject>("UnlockProject", 61, {}),
       Method<&I::GetSaveReport>("GetSaveReport", 62, {}),
       Method<&I::AllowOutside>("AllowOutside", 63, {"allow"}),
+      Method<&I::GetApplications>("GetApplications", 73, {}),
       Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
   });
   return table;
@@ -227,10 +247,18 @@ std::int32_t CProjectInspector::PublishFor(std::int32_t milliseconds) {
 }
 
 std::string CProjectInspector::GetTree() {
+  return CopyOfTree(CopyShown);
+}
+
+std::string CProjectInspector::GetApplications() {
+  return CopyOfTree(CopyApplications);
+}
+
+std::string CProjectInspector::CopyOfTree(void (*fill)(const CXmlNode& root, CXmlNode& copy)) {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
   CXmlNode copy;
-  CopyShown(model->GetProjectRoot(), copy);
+  fill(model->GetProjectRoot(), copy);
   // The key of an application: equal before and after it is published.
   for (CXmlNode* child : copy.GetChildren()) {
     if ((model->types.FlagsOf(*child) & kTypeApplication) == 0) continue;

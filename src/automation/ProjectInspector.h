@@ -27,6 +27,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::int32_t PublishFor(std::int32_t milliseconds);
   // The tree as XML text, without what is only kept in memory for options.
   std::string GetTree();
+  // The same of the project and its applications alone, each with its `Configs`.
+  std::string GetApplications();
   // Per application, in build order, the applications that it uses and the nodes that have work to
   // do, each with its reason. The top element has a Problem if the applications have no order.
   std::string GetStatus();
@@ -138,6 +140,7 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::string GetReport(const char* log);
 
  private:
+  std::string CopyOfTree(void (*fill)(const CXmlNode& root, CXmlNode& copy));
   CProjectModel* Model() const;
 
   const ServerLock lock;

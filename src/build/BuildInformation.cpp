@@ -90,9 +90,15 @@ bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
   return true;
 }
 
-const OutputIndex& CProjectModel::IndexOutputs(CXmlNode& application) {
-  if (outputIndexEpoch != outputEpoch) outputIndexes.clear();
+void CProjectModel::ForgetOldOutputs() {
+  if (outputIndexEpoch == outputEpoch) return;
+  outputIndexes.clear();
+  withoutShared.clear();
   outputIndexEpoch = outputEpoch;
+}
+
+const OutputIndex& CProjectModel::IndexOutputs(CXmlNode& application) {
+  ForgetOldOutputs();
   return outputIndexes.try_emplace(&application, application).first->second;
 }
 
@@ -112,8 +118,13 @@ CXmlNode* CProjectModel::FindNodeByOutput(CXmlNode& application, const char* out
 
 std::vector<SharedOutput> CProjectModel::FindSharedOutputs(CXmlNode& application) {
   std::vector<SharedOutput> found;
+  ForgetOldOutputs();
+  if (withoutShared.contains(&application)) return found;
   std::unordered_set<std::string_view> seen;
-  if (!HasSharedOutput(application, seen)) return found;
+  if (!HasSharedOutput(application, seen)) {
+    withoutShared.insert(&application);
+    return found;
+  }
   const auto& shared = IndexOutputs(application).GetShared();
   for (auto pair = shared.begin(); pair != shared.end(); ++pair) {
     const CXmlNode* const second = pair->second;

@@ -441,6 +441,7 @@ class CProjectModel {
   bool EndWorker();
   bool TakeBuildRecords(const std::string& xmlinfo);
   const OutputIndex& IndexOutputs(CXmlNode& application);
+  void ForgetOldOutputs();
   void ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> record);
 
   FileSystem& files;
@@ -504,7 +505,8 @@ class CProjectModel {
   std::unique_ptr<RecordRestore> recordRestore;  // while one is under way
 
   std::unordered_map<const CXmlNode*, OutputIndex> outputIndexes;  // by application
-  std::uint64_t outputIndexEpoch = 0;
+  std::unordered_set<const CXmlNode*> withoutShared;  // applications in which no nodes share one
+  std::uint64_t outputIndexEpoch = 0;                 // of both
 };
 
 }  // namespace tarn

@@ -101,7 +101,9 @@ void CProjectModel::PublishPath(CXmlNode& node) {
   const std::string base = PathBaseOf(node);
   std::string full;
   MakeAbsolutePath(path, full, base.empty() ? nullptr : base.c_str());
-  if (!files.Exists(full)) {
+  // One query for most nodes.
+  const bool isExact = files.ExamineExactly(full).has_value();
+  if (!isExact && !files.Exists(full)) {
     const std::string fileName = FileNameOf(path);
     const std::string folders = propertyManager->GetPropertyValue("", "Directories", "AddSrcPaths");
     for (const std::string_view folder : Split(folders, ';')) {
@@ -125,7 +127,7 @@ void CProjectModel::PublishPath(CXmlNode& node) {
   };
   derive("Path", full);
   // Outputs are named after it, one for each file however its path is written.
-  derive(kind + "Path", SpelledBelow(files, AddSeparator(base), full));
+  derive(kind + "Path", isExact ? full : SpelledBelow(files, AddSeparator(base), full));
   derive(kind + "Dir", parts.drive + parts.folder);
   derive(kind + "Filename", parts.title + parts.extension);
   derive(kind + "Name", parts.title);
