@@ -108,7 +108,8 @@ BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFol
       loop(MessageLoop::ForCurrentThread()),
       state(manager, inspector, tools),
       log(fileSystem, mainFrame.GetHandle()),
-      scripts(*this) {
+      scripts(*this),
+      buildLock(fileSystem, inspector) {
   AnswerMessages();
 }
 
@@ -237,45 +238,12 @@ void BuildSession::Prepare() {
   state.Restore();
 }
 
-// All or none, so that two processes never wait for each other.
-bool BuildSession::TryLockBuild() {
-  if (!buildLocks.empty()) return true;
-  lockHolder.clear();
-  if (lockPaths.empty()) lockPaths = GetLockPaths();
-  std::vector<std::unique_ptr<FileLock>> taken;
-  for (const std::string& path : lockPaths) {
-    auto lock = files.TryLock(path, LockPurpose::Build);
-    if (lock) {
-      taken.push_back(std::move(*lock));
-    } else if (lock.GetError().code == ErrorCode::Busy) {
-      lockHolder = lock.GetError().text;
-      return false;
-    }
-  }
-  buildLocks = std::move(taken);
-  return true;
-}
-
-// In a fixed order. A file that a link leads to is locked where it is.
-std::vector<std::string> BuildSession::GetLockPaths() {
-  std::set<std::string> paths = {LockPathOf(files.ResolveLinks(projectPath))};
-  for (const ApplicationEntry& each : ProjectTree(inspector.GetTree()).GetApplications()) {
-    if (!each.path.empty()) paths.insert(LockPathOf(files.ResolveLinks(each.path)));
-  }
-  return {paths.begin(), paths.end()};
-}
-
-void BuildSession::UnlockBuild() {
-  buildLocks.clear();
-  lockPaths.clear();
-}
-
 bool BuildSession::LockBuild() {
   constexpr std::chrono::milliseconds kBetweenTries(50);
   const auto isOver = [this] { return stopRequested || (endsLockWait && endsLockWait()); };
   bool isWaiting = false;
   while (!TryLockBuild()) {
-    if (!isWaiting && onLockWait) onLockWait(lockHolder);
+    if (!isWaiting && onLockWait) onLockWait(GetLockHolder());
     isWaiting = true;
     loop->PumpUntil(isOver, kBetweenTries);
     if (isOver()) return false;
@@ -507,7 +475,7 @@ std::intptr_t BuildSession::OnWorkerEnded(const HostEvent& event) {
 std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
   isOtherProject = true;
   otherProject = path;
-  lockPaths.clear();
+  buildLock.ForgetPaths();
   // The server empties its log with the project.
   static_cast<void>(log.Keep());
   log.Forget();
@@ -576,7 +544,7 @@ std::string BuildSession::FindCommandProblem(const std::string& application,
 
 std::vector<ApplicationSummary> BuildSession::GetSummaries() {
   std::vector<ApplicationSummary> list;
-  for (const ApplicationEntry& each : ProjectTree(inspector.GetTree()).GetApplications()) {
+  for (const ApplicationEntry& each : ListApplications(inspector)) {
     list.push_back({each.label, inspector.GetBuildInfos(each.path, each.output)});
   }
   return list;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "hosts/frame/BuildGaps.h"
+#include "hosts/frame/BuildLock.h"
 #include "hosts/frame/Damage.h"
 #include "hosts/frame/HostFolders.h"
 #include "hosts/frame/LogEntry.h"
@@ -94,15 +95,13 @@ class BuildSession {
     return inspector.PublishFor(static_cast<std::int32_t>(time.count())) != 0;
   }
 
-  // The build lock keeps other processes from building in the project at the same time, and in
-  // another one that has an application in common with it. Returns false while another process
-  // holds it, which GetLockHolder then names. What is in a folder that can't be written has no
-  // lock. EndWork and KeepState release it.
-  bool TryLockBuild();
-  const std::string& GetLockHolder() const { return lockHolder; }
+  // Takes the build lock (see BuildLock); false while another process holds it, which GetLockHolder
+  // then names. EndWork and KeepState release it.
+  bool TryLockBuild() { return buildLock.Try(projectPath); }
+  const std::string& GetLockHolder() const { return buildLock.GetHolder(); }
   // Waits for it; false if a stop was requested in the meantime, or if `endsLockWait` says so.
   bool LockBuild();
-  void UnlockBuild();
+  void UnlockBuild() { buildLock.Release(); }
   // Called once for each wait, with the holder, if set.
   std::function<void(const std::string& holder)> onLockWait;
   // Asked while a wait lasts, whenever the message loop wakes, if set.
@@ -217,7 +216,6 @@ class BuildSession {
   std::intptr_t OnProjectChanged(const std::string& path);
   std::intptr_t OnRunScript(const HostEvent& event);
   bool FollowProject();
-  std::vector<std::string> GetLockPaths();
   std::size_t CountInputs(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
   void WaitForWorker();
@@ -242,9 +240,7 @@ class BuildSession {
 
   SessionScripts scripts;
 
-  std::vector<std::unique_ptr<FileLock>> buildLocks;  // empty: not locked
-  std::vector<std::string> lockPaths;                 // of the project that is to be locked
-  std::string lockHolder;
+  BuildLock buildLock;
 
   std::string projectPath;
   // A script may have opened another project, or the same one anew.
