@@ -340,6 +340,15 @@ class Grammar {
     AddProjectOnly(select);
     Require(select->add_option("APP", invocation.name, "Its label"));
     AddEditing(select);
+    const std::pair<const char*, const char*> history[] = {
+        {"undo", "Take back the last change that a command made to a project"},
+        {"redo", "Make a change again that was taken back"},
+    };
+    for (const auto& [name, help] : history) {
+      CLI::App* command = AddCommand(app, name, help);
+      AddProjectOnly(command);
+      AddEditing(command);
+    }
   }
 
   // Checked by the command.

@@ -65,6 +65,8 @@ const std::vector<CommandNote>& Notes() {
       {"tarn move", kFiles, {{"tarn move . src/uart.c Drivers", "into another group"}}},
       {"tarn rename", kFiles, {{"tarn rename . blinky flasher", "give a node another label"}}},
       {"tarn select", kFiles, {{"tarn select . boot", "make an application the active one"}}},
+      {"tarn undo", kFiles, {{"tarn undo", "what the last add, options set or the like did"}}},
+      {"tarn redo", kFiles, {}},
       {"tarn options", kSettings, {}},
       {"tarn options list", "", {{"tarn options list -n src/uart.c", "those of one file"}}},
       {"tarn options get", "", {{"tarn options get Build.OutputFile", "where the program goes"}}},
@@ -160,6 +162,7 @@ const TextTable& FileTexts() {
       {"NAME.tprj", "The project."},
       {"NAME.tapp", "One of its applications, with groups, files and options."},
       {"NAME.tstate", "What is known of the outputs; without it everything is built once more."},
+      {"NAME.undo.tstate", "The last changes by commands, which `tarn undo` takes back."},
       {"NAME.tlog", "The log of the last build that ran a tool; it grows while that runs."},
   };
   return texts;

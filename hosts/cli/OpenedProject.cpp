@@ -10,6 +10,8 @@
 #include "components/common/OptionValues.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
+#include "hosts/cli/EditRecord.h"
+#include "hosts/frame/ChangeLabel.h"
 #include "hosts/frame/LogEntry.h"
 #include "hosts/frame/NewConfiguration.h"
 #include "hosts/frame/ProjectFile.h"
@@ -22,9 +24,9 @@ namespace tarn::host {
 namespace {
 
 constexpr std::string_view kBuildingCommands[] = {"build", "rebuild", "clean"};
-constexpr std::string_view kEditingCommands[] = {"options set",   "options reset", "config add",
-                                                 "config select", "add",           "remove",
-                                                 "move",          "rename",        "select"};
+constexpr std::string_view kEditingCommands[] = {
+    "options set", "options reset", "config add", "config select", "add", "remove",
+    "move",        "rename",        "select",     "undo",          "redo"};
 
 // Others change a project in far less.
 constexpr std::chrono::seconds kLongestWait(30);
@@ -118,6 +120,7 @@ int CommandContext::OpenProject(const std::string& path) {
   ShowDefinitionErrors();
   ShowDamage(Session().GetDamage());
   if (asked.damagedOk) Session().AcceptAllDamage();
+  if (isEdit) openedFiles = ReadProjectFiles(Session().Inspector());
   const bool isChange = isEdit || Contains(kBuildingCommands, asked.command);
   return isChange ? CheckDamage() : int{kExitDone};
 }
@@ -316,8 +319,35 @@ bool CommandContext::RenameCurrentNode(const std::string& label) {
 }
 
 int CommandContext::SaveProject() {
+  RestoreConfigurations();
+  if (openedFiles.empty()) return SaveFiles();
+  // Read before the save, which adds what others have changed.
+  const FileChanges changes = FindChanges(openedFiles, ReadProjectFiles(Session().Inspector()));
+  const int code = SaveFiles();
+  if (code == kExitDone) RecordEdit(changes);
+  return code;
+}
+
+void CommandContext::RecordEdit(const FileChanges& changes) {
+  if (changes.empty()) return;
+  EditRecord record(files, Session().GetProjectPath());
+  record.Add({DescribeChanges(changes), changes});
+  WriteRecord(record);
+}
+
+void CommandContext::WriteRecord(EditRecord& record) {
+  if (const Status written = record.Write(); !written) {
+    Remark("What `tarn undo` needs can't be written: " + Show(written.GetError().place) + ": " +
+           written.GetError().text);
+  }
+}
+
+void CommandContext::RestoreConfigurations() {
   for (const ApplicationEntry& each : switched) SwitchTo(each, each.configuration);
   switched.clear();
+}
+
+int CommandContext::SaveFiles() {
   // Of what the command has added itself.
   if (Session().IsDamageHeld()) {
     ShowDamage(Session().GetDamage());

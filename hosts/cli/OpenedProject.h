@@ -7,9 +7,12 @@
 #include "hosts/cli/Console.h"
 #include "hosts/cli/Invocation.h"
 #include "hosts/frame/BuildSession.h"
+#include "hosts/frame/FileChanges.h"
 #include "hosts/frame/ProjectTree.h"
 
 namespace tarn::host {
+
+class EditRecord;
 
 // What every command works with: what was asked, where to write, and the project once it is open.
 class CommandContext {
@@ -76,12 +79,18 @@ class CommandContext {
   // Writes the project's files, with the configurations in force that were before --config. 0, or
   // an exit code with everything said.
   int SaveProject();
+  // The same for a command that records what it did by itself.
+  int SaveFiles();
+  // Stores what can be undone; a failure costs no more than that, and is only remarked.
+  void WriteRecord(EditRecord& record);
 
  private:
   void ShowDefinitionErrors();
   // Also if the user wants quiet, but not in the middle of a line that a shell completes.
   void ShowDamage(std::vector<DamageEntry> found);
   int RefuseDamaged();
+  void RestoreConfigurations();
+  void RecordEdit(const FileChanges& changes);
   int LockEdits(const std::string& path);
   std::vector<std::string> NodeNames(const std::string& application);
   int SelectNodeIn(const std::string& key, const std::string& application);
@@ -96,6 +105,7 @@ class CommandContext {
   MainFrame frame;
   std::unique_ptr<BuildSession> session;
   std::vector<DamageEntry> damage;
+  std::vector<FileText> openedFiles;  // the files of a project that is to be changed
   mutable std::string lastComplaint;
   bool isStarted = false;
   bool hasOpened = false;

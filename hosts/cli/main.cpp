@@ -45,6 +45,8 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
       {"move", tarn::host::RunEdit},
       {"rename", tarn::host::RunEdit},
       {"select", tarn::host::RunEdit},
+      {"undo", tarn::host::RunUndo},
+      {"redo", tarn::host::RunUndo},
       {"completion bash", tarn::host::RunCompletion},
       {"completion zsh", tarn::host::RunCompletion},
       {"completion fish", tarn::host::RunCompletion},

@@ -45,7 +45,10 @@ ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
       editors(editorTabs),
       banner(projectBanner),
       damage(parentWindow, buildSession, damageBanner),
-      history(buildSession, commandRunner),
+      history(
+          buildSession.Inspector(),
+          [this](const FileChanges& changes) { return runner.ReopenWith(TextsAfter(changes)); },
+          [this] { return runner.IsBuilding(); }),
       watch(fileSystem, this) {
   banner.onFirst = [this] { Reload(); };
   banner.onSecond = [this] {
@@ -121,7 +124,7 @@ void ProjectActions::OpenExample(const Example& example) {
 }
 
 void ProjectActions::SaveAll() {
-  if (!editors.SaveAll() || !history.HasUnsaved() || !damage.MayGoOn()) return;
+  if (!editors.SaveAll() || !HasChanged() || !damage.MayGoOn()) return;
   history.Note();
   session.TakeLogLines();
   runner.SaveProject();
@@ -184,7 +187,9 @@ void ProjectActions::Follow() {
   banner.hide();
   damage.Follow();
   watch.Follow(path);
-  history.Begin();
+  openedAs = session.Inspector().GetChangeCount();
+  // What another program has written can't be told from a step.
+  if (!history.Refresh()) history.Clear();
   if (path == editorsProject) return;
   KeepEditors();
   // What is not saved stays, unless the user has been asked for it.
@@ -201,7 +206,7 @@ void ProjectActions::Note() {
 }
 
 bool ProjectActions::HasUnsaved() {
-  return !runner.GetProjectPath().empty() && history.HasUnsaved();
+  return !runner.GetProjectPath().empty() && HasChanged();
 }
 
 void ProjectActions::KeepEditors() {

@@ -2,14 +2,15 @@
 
 #include <QCoreApplication>
 #include <QObject>
+#include <cstdint>
 #include <functional>
 #include <string>
 
 #include "hosts/desktop/CommandRunner.h"
 #include "hosts/desktop/DamageNotice.h"
-#include "hosts/desktop/ProjectHistory.h"
 #include "hosts/desktop/ProjectWatch.h"
 #include "hosts/frame/BuildSession.h"
+#include "hosts/frame/ProjectHistory.h"
 #include "platform/files/FileSystem.h"
 
 class QMenu;
@@ -71,6 +72,7 @@ class ProjectActions : public QObject {
   void KeepEditors();
   void TellWhatIsNotSaved();
   void Reload();
+  bool HasChanged() { return session.Inspector().GetChangeCount() != openedAs; }
   void Go(Status (ProjectHistory::*way)());
 
   QWidget& window;
@@ -82,6 +84,7 @@ class ProjectActions : public QObject {
   DamageNotice damage;
   ProjectHistory history;
   ProjectWatch watch;
+  std::int32_t openedAs = 0;   // change count of the project's files
   std::string editorsProject;  // whose files the editors show; empty for none
   bool isDiscarding = false;   // texts that are not saved may go with their project
 };

@@ -9,14 +9,9 @@
 
 #include "hosts/desktop/FileWatch.h"
 #include "platform/files/FileSystem.h"
+#include "platform/files/FileTexts.h"
 
 namespace tarn::host {
-
-// A file as a whole.
-struct FileText {
-  std::string path;
-  std::string text;
-};
 
 // Notices when somebody else writes the files of the open project, which the server itself does
 // only while it closes one.

@@ -61,6 +61,10 @@ std::string StatePathOf(const std::string& projectPath) {
   return WithExtension(projectPath, ".tstate");
 }
 
+std::string UndoPathOf(const std::string& projectPath) {
+  return WithExtension(projectPath, ".undo.tstate");
+}
+
 std::string LockPathOf(const std::string& projectPath) {
   return WithExtension(projectPath, kLockExtension);
 }

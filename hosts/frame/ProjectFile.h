@@ -23,6 +23,8 @@ FoundProject FindProject(FileSystem& files, const std::string& argument);
 // The files that a host keeps beside a project file, named after it.
 std::string StatePathOf(const std::string& projectPath);
 std::string LogPathOf(const std::string& projectPath);
+// A kind of state, so that version control ignores it where it ignores that.
+std::string UndoPathOf(const std::string& projectPath);
 // Locked while a build runs.
 std::string LockPathOf(const std::string& projectPath);
 

@@ -143,6 +143,11 @@ class InspectorDriver : public COleDispatchDriver {
   std::string TryLockProject(const std::string& path) { return InvokeText(60, {path}); }
   std::int32_t UnlockProject() { return InvokeLong(61, {}); }
   std::string GetSaveReport() { return InvokeText(62, {}); }
+  // Makes a change of the project's files in memory, each version as GetFileTexts returns it; why
+  // not, one reason a line, or an empty text.
+  std::string ApplyChange(const std::string& before, const std::string& after) {
+    return InvokeText(64, {before, after});
+  }
   std::int32_t AllowOutside(bool allow) { return InvokeLong(63, {std::int32_t{allow}}); }
   // Whether the server neither builds nor saves a project with damage.
   std::int32_t ProtectDamaged(bool protect) { return InvokeLong(22, {protect ? 1 : 0}); }

@@ -42,6 +42,42 @@ json ToJson(const SaveReport& report) {
   return {{"problems", report.problems}, {"notes", report.notes}, {"conflicts", conflicts}};
 }
 
+json ToJson(const HistoryState& state) {
+  const auto label = [](const std::string& text, std::size_t steps) {
+    return steps == 0 ? json() : json(text);
+  };
+  return {{"canUndo", state.undoSteps > 0},
+          {"undoLabel", label(state.undoLabel, state.undoSteps)},
+          {"undoSteps", state.undoSteps},
+          {"canRedo", state.redoSteps > 0},
+          {"redoLabel", label(state.redoLabel, state.redoSteps)},
+          {"redoSteps", state.redoSteps}};
+}
+
+json LabelsOf(const std::deque<ProjectStep>& steps) {
+  json list = json::array();
+  for (auto each = steps.rbegin(); each != steps.rend(); ++each) list.push_back(each->label);
+  return list;
+}
+
+CallProblem HistoryOf(ServedSession& session, json& result) {
+  result = ToJson(session.GetHistoryState());
+  result["undo"] = LabelsOf(session.GetUndoSteps());
+  result["redo"] = LabelsOf(session.GetRedoSteps());
+  return {};
+}
+
+template <Result<ProjectStep> (ServedSession::*Way)()>
+CallProblem Go(ServedSession& session, json& result) {
+  const Result<ProjectStep> step = (session.*Way)();
+  if (!step) return {kRpcFailed, step.GetError().text};
+  result = ToJson(session.GetHistoryState());
+  result["label"] = step->label;
+  result["files"] = json::array();
+  for (const FileChange& each : step->changes) result["files"].push_back(each.path);
+  return {};
+}
+
 // A text, or nothing given; false for anything else.
 bool TakeOptionalText(const json& value, std::string& text) {
   if (value.is_null()) return true;
@@ -101,7 +137,10 @@ ServerEnd RpcServer::Run() {
     loop->PumpUntil(somethingToDo, std::chrono::milliseconds::max());
     // A client that never pauses must not keep the worker and the timers from their turn.
     loop->Pump();
-    if (session) session->Attend();
+    if (session) {
+      session->Attend();
+      session->NoteChanges();
+    }
     if (IsOver()) break;
     // In this order: the last message may come just ahead of the end.
     const bool hasEnded = channel.HasInputEnded();
@@ -123,6 +162,7 @@ void RpcServer::Handle(const RpcMessage& message) {
     if (!response.is_null()) responses.push_back(std::move(response));
     if (IsOver()) break;
   }
+  if (session) session->NoteChanges();
   if (responses.empty()) return;
   channel.Send(message.isBatch ? responses : responses.front());
 }
@@ -165,14 +205,23 @@ CallProblem RpcServer::HandleRequest(const RpcRequest& request, json& result) {
 
 bool RpcServer::HandleProject(const RpcRequest& request, json& result, CallProblem& problem) {
   using Session = ServedSession;
-  constexpr auto damage = [](Session& served) { return DamageOf(served); };
-  constexpr auto accept = [](Session& served) {
-    served.AcceptDamage();
-    return DamageOf(served);
+  constexpr auto damage = [](Session& served, json& found) {
+    found = DamageOf(served);
+    return CallProblem();
   };
-  constexpr auto report = [](Session& served) { return ToJson(served.GetSaveReport()); };
-  constexpr std::pair<std::string_view, json (*)(Session&)> kRequests[] = {
-      {"project/damage", damage}, {"project/acceptDamage", accept}, {"project/saveReport", report}};
+  constexpr auto accept = [](Session& served, json& found) {
+    served.AcceptDamage();
+    found = DamageOf(served);
+    return CallProblem();
+  };
+  constexpr auto report = [](Session& served, json& found) {
+    found = ToJson(served.GetSaveReport());
+    return CallProblem();
+  };
+  constexpr std::pair<std::string_view, CallProblem (*)(Session&, json&)> kRequests[] = {
+      {"project/damage", damage},           {"project/acceptDamage", accept},
+      {"project/saveReport", report},       {"project/history", HistoryOf},
+      {"project/undo", Go<&Session::Undo>}, {"project/redo", Go<&Session::Redo>}};
   const auto* const asked =
       std::find_if(std::begin(kRequests), std::end(kRequests),
                    [&](const auto& each) { return each.first == request.method; });
@@ -180,7 +229,7 @@ bool RpcServer::HandleProject(const RpcRequest& request, json& result, CallProbl
   std::vector<json> given;
   problem = OrderParams(request.method, {}, 0, request.params, given);
   if (!session) problem = {kRpcNotInitialized, "The server isn't initialized yet."};
-  if (problem.code == 0) result = asked->second(*session);
+  if (problem.code == 0) problem = asked->second(*session, result);
   return true;
 }
 
@@ -235,6 +284,9 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
   session->onDamaged = [this] {
     channel.Send(
         MakeRpcNotification("project/damaged", {{"damage", ToJson(session->GetDamage())}}));
+  };
+  session->onHistoryChanged = [this] {
+    channel.Send(MakeRpcNotification("project/historyChanged", ToJson(session->GetHistoryState())));
   };
   methods = session->GetMethods();
   result = {{"serverInfo", {{"name", "tarn"}, {"version", TARN_VERSION}}},

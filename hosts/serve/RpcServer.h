@@ -44,7 +44,8 @@ class RpcServer {
   CallProblem ReadFolders(const std::vector<nlohmann::json>& params, HostFolders& folders);
   CallProblem CheckProject(const nlohmann::json& params, nlohmann::json& result);
   CallProblem CallMethod(const RpcRequest& request, nlohmann::json& result);
-  // The requests about a project's damage. False if it is none of them.
+  // The requests about the open project that are no methods of the server. False if it is none of
+  // them.
   bool HandleProject(const RpcRequest& request, nlohmann::json& result, CallProblem& problem);
   bool IsOver() const;
 

@@ -60,7 +60,11 @@ ServedSession::ServedSession(FileSystem& files, const HostFolders& folders,
       questions(clientQuestions),
       stopper(workStopper),
       tellMessage(std::move(onMessage)),
-      loop(MessageLoop::ForCurrentThread()) {
+      loop(MessageLoop::ForCurrentThread()),
+      history(
+          session.Inspector(),
+          [this](const FileChanges& changes) { return ApplyChanges(session.Inspector(), changes); },
+          [this] { return isBuilding; }) {
   AnswerMessages();
 }
 
@@ -122,6 +126,7 @@ void ServedSession::OnMessage(const HostEvent& event) {
 std::intptr_t ServedSession::OnProjectClosing(const HostEvent& event) {
   // The tree that the results belong to may be gone when this returns.
   KeepResults();
+  if (hasProject) TakeStep();
   const std::intptr_t answer = questions.AskHost(event);
   if (answer != 0) {
     hasProject = false;
@@ -136,6 +141,9 @@ void ServedSession::OnProjectOpened(const HostEvent& event) {
   currentPath.clear();
   if (!hasProject) return;
   session.Adopt(event.text);
+  if (historyProject != event.text) history.Clear();
+  historyProject = event.text;
+  isReadAgain = true;  // but not yet to its end
   if (onDamaged && !session.GetDamage().empty()) onDamaged();
 }
 
@@ -197,6 +205,7 @@ DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Var
   if (buildsHere && hasProject && !isBuilding) session.EndWork();
   UnlockUnlessBuilding();
   PassStopOn();
+  if (isReadAgain) TakeStep();
   return outcome;
 }
 
@@ -204,6 +213,53 @@ Status ServedSession::AddConfiguration(const NewConfiguration& wanted) {
   KeepResults();
   if (isBuilding) return Error{ErrorCode::Io, "A build is running.", wanted.name};
   return tarn::host::AddConfiguration(session, wanted);
+}
+
+// What was changed between the opening of a project and its end is not told apart.
+void ServedSession::TakeStep() {
+  if (std::exchange(isReadAgain, false)) {
+    history.Refresh();
+  } else {
+    history.Note();
+  }
+}
+
+void ServedSession::NoteChanges() {
+  if (hasProject) {
+    TakeStep();
+  } else {
+    history.Clear();
+    historyProject.clear();
+  }
+  const HistoryState now = GetHistoryState();
+  if (now == toldHistory) return;
+  toldHistory = now;
+  if (onHistoryChanged) onHistoryChanged();
+}
+
+HistoryState ServedSession::GetHistoryState() const {
+  const auto label = [](const std::deque<ProjectStep>& steps) {
+    return steps.empty() ? std::string() : steps.back().label;
+  };
+  return {label(GetUndoSteps()), label(GetRedoSteps()), GetUndoSteps().size(),
+          GetRedoSteps().size()};
+}
+
+Result<ProjectStep> ServedSession::Go(Status (ProjectHistory::*way)(), const std::string& word) {
+  KeepResults();
+  if (!hasProject) return Error{ErrorCode::NotFound, "No project is open.", {}};
+  if (isBuilding) return Error{ErrorCode::Busy, "A build is running.", {}};
+  if (session.RefusesChange()) return Error{ErrorCode::Changed, kDamageRefusal, {}};
+  TakeStep();
+  const auto& steps = word == "undo" ? GetUndoSteps() : GetRedoSteps();
+  if (steps.empty()) {
+    return Error{ErrorCode::NotFound, "There is nothing to " + word + ".", {}};
+  }
+  const ProjectStep step = steps.back();
+  const Status gone = (history.*way)();
+  isReadAgain = false;
+  if (gone) return step;
+  return Error{gone.GetError().code, "\"" + step.label + "\": " + gone.GetError().text, {}};
 }
 
 Result<std::vector<Finding>> ServedSession::CheckProject(FileSystem& files) {

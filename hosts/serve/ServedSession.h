@@ -9,6 +9,7 @@
 
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/NewConfiguration.h"
+#include "hosts/frame/ProjectHistory.h"
 #include "hosts/frame/check/Finding.h"
 #include "hosts/serve/ClientQuestions.h"
 
@@ -28,6 +29,16 @@ class WorkStopper {
   std::mutex lock;
   BuildSession* session = nullptr;
   bool stopped = false;
+};
+
+// What a client can take back, and make again: the label of the next step, and how many there are.
+struct HistoryState {
+  std::string undoLabel;
+  std::string redoLabel;
+  std::size_t undoSteps = 0;
+  std::size_t redoSteps = 0;
+
+  bool operator==(const HistoryState&) const = default;
 };
 
 // The server with its frame, driven by a client method by method. Does around the calls what a host
@@ -68,6 +79,20 @@ class ServedSession {
   // Checks the open project. Fails if there is none, and while a build runs.
   Result<std::vector<Finding>> CheckProject(FileSystem& files);
 
+  // Takes what was changed since the last call as one step to go back to; after each message of the
+  // client, and after Attend. Not while a build runs, whose end it waits for.
+  void NoteChanges();
+  HistoryState GetHistoryState() const;
+  // Called after each change of that state.
+  std::function<void()> onHistoryChanged;
+  // The steps, the last one first to be taken back or made again.
+  const std::deque<ProjectStep>& GetUndoSteps() const { return history.GetUndoSteps(); }
+  const std::deque<ProjectStep>& GetRedoSteps() const { return history.GetRedoSteps(); }
+  // Takes the last step back, or makes it again, and returns it. Nothing is written. Fails without
+  // a project or a step, during a build, and if the step can't be told from later changes.
+  Result<ProjectStep> Undo() { return Go(&ProjectHistory::Undo, "undo"); }
+  Result<ProjectStep> Redo() { return Go(&ProjectHistory::Redo, "redo"); }
+
   // There is something to do that doesn't belong into a message's handler.
   bool NeedsAttention() const { return mustKeep || session.HasPostedCommands(); }
   void Attend();
@@ -91,6 +116,8 @@ class ServedSession {
   void NoteCommand(std::uint32_t command);
   void UnlockUnlessBuilding();
   void PassStopOn();
+  void TakeStep();
+  Result<ProjectStep> Go(Status (ProjectHistory::*way)(), const std::string& word);
 
   MainFrame frame;
   BuildSession session;
@@ -98,8 +125,12 @@ class ServedSession {
   WorkStopper& stopper;
   const std::function<void(const HostEvent&)> tellMessage;
   std::shared_ptr<MessageLoop> loop;
+  ProjectHistory history;
+  std::string historyProject;  // whose steps these are; empty for none
+  HistoryState toldHistory;
 
   bool hasProject = false;     // one that is kept a state for
+  bool isReadAgain = false;    // since the last step was taken
   bool isPrepared = false;     // the kept records are handed over
   std::string currentPath;     // of the current node
   bool isBuilding = false;     // a worker is on its way

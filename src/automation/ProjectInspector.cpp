@@ -217,6 +217,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetSaveReport>("GetSaveReport", 62, {}),
       Method<&I::AllowOutside>("AllowOutside", 63, {"allow"}),
       Method<&I::GetApplications>("GetApplications", 73, {}),
+      Method<&I::ApplyChange>("ApplyChange", 64, {"before", "after"}),
       Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
   });
   return table;
@@ -478,12 +479,21 @@ std::int32_t CProjectInspector::AllowOutside(std::int32_t allow) {
 
 std::string CProjectInspector::GetFileTexts() {
   CProjectModel* model = Model();
-  std::string all;
-  if (model == nullptr || model->IsDefaultProject()) return all;
-  for (const auto& [path, text] : model->MakeFileTexts()) {
-    all += std::to_string(text.size()) + ' ' + path + '\n' + text;
+  if (model == nullptr || model->IsDefaultProject()) return {};
+  return JoinFileTexts(model->MakeFileTexts());
+}
+
+std::string CProjectInspector::ApplyChange(const char* before, const char* after) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return "no project manager";
+  const auto from = SplitFileTexts(TextOf(before));
+  const auto to = SplitFileTexts(TextOf(after));
+  if (!from || !to) return "the description of the change is damaged";
+  std::string lines;
+  for (const std::string& each : model->ApplyChange(*from, *to)) {
+    lines += (lines.empty() ? "" : "\n") + each;
   }
-  return all;
+  return lines;
 }
 
 std::string CProjectInspector::ExplainOption(const char* set, const char* section,

@@ -78,6 +78,13 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // "damaged" or "changed", `Merged`), and in it `Line` (`Text`) for people and `Conflict`
   // (`Place`, `Text`).
   std::string GetSaveReport();
+  // Makes a change of the project's files to the open project: what two calls of GetFileTexts
+  // returned before and after it, or of each only the files that differ. Exchanged, they take the
+  // change back. Nothing is written; a save does that. What else has changed since stays, by a
+  // three-way merge. The host is notified as by a save: the project closes and opens again. Returns
+  // an empty string if it was done, else a line for each reason why not, such as a node that has
+  // changed since; the project stays as it was then.
+  std::string ApplyChange(const char* before, const char* after);
   // With 1, files outside the project's folder are written without asking the user.
   std::int32_t AllowOutside(std::int32_t allow);
   // With 1, a project with damage is neither built nor cleaned, and no save or close writes it,

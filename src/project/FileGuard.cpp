@@ -1,5 +1,7 @@
 #include "project/FileGuard.h"
 
+#include <utility>
+
 #include "platform/files/KeptCopy.h"
 #include "platform/paths/Paths.h"
 
@@ -7,11 +9,13 @@ namespace tarn {
 
 void FileGuard::NoteRead(const std::string& path, std::string_view bytes, bool damaged) {
   known[path] = bytes;
+  forms.erase(path);
   if (damaged) damagedFiles.insert(path);
 }
 
 void FileGuard::NoteWritten(const std::string& path, std::string_view bytes) {
   known[path] = bytes;
+  forms.erase(path);
   damagedFiles.erase(path);
 }
 
@@ -20,10 +24,41 @@ const std::string* FileGuard::TextOf(const std::string& path) const {
   return found == known.end() ? nullptr : &found->second;
 }
 
+const std::string* FileGuard::LastTextOf(const std::string& path) const {
+  if (const std::string* const text = TextOf(path)) return text;
+  const auto found = last.find(path);
+  return found == last.end() ? nullptr : &found->second;
+}
+
+const std::string* FileGuard::FormOf(const std::string& path) const {
+  const auto found = forms.find(path);
+  return found == forms.end() ? TextOf(path) : &found->second;
+}
+
+void FileGuard::TakeOver(const FileGuard& former, const std::string& path) {
+  forms[path] = std::move(known[path]);
+  if (const std::string* const text = former.TextOf(path)) {
+    known[path] = *text;
+  } else if (const Result<std::string> disk = files.ReadWholeFile(path)) {
+    known[path] = *disk;
+  } else {
+    known.erase(path);
+  }
+  if (former.damagedFiles.contains(path)) damagedFiles.insert(path);
+  if (former.untouchable.contains(path)) untouchable.insert(path);
+}
+
 void FileGuard::Forget() {
+  for (auto& [path, text] : known) last[path] = std::move(text);
   known.clear();
+  forms.clear();
   damagedFiles.clear();
   untouchable.clear();
+}
+
+void FileGuard::ForgetAll() {
+  Forget();
+  last.clear();
 }
 
 Status FileGuard::PutAside(const std::string& path, std::string& copy, CopyReason& reason) {

@@ -25,10 +25,19 @@ class FileGuard {
   // What the file held when it was read or written last; null if it was neither. Borrowed until the
   // next call.
   const std::string* TextOf(const std::string& path) const;
+  // The same, also for a file that the project had only before it was read again.
+  const std::string* LastTextOf(const std::string& path) const;
   // The file holds what nobody has in memory: it is not to be overwritten.
   void NoteUntouchable(const std::string& path) { untouchable.insert(path); }
-  // Nothing is remembered any more: the project is closed.
+  // The text that was noted as read is not from the disk: what `former` knows of the file, or else
+  // what the disk has now, takes its place.
+  void TakeOver(const FileGuard& former, const std::string& path);
+  // The text whose form a save of the file follows: the one that was taken over, or TextOf.
+  const std::string* FormOf(const std::string& path) const;
+  // The project is closed: nothing is remembered any more but for LastTextOf.
   void Forget();
+  // Another project follows.
+  void ForgetAll();
 
   // Copies the file aside when it was damaged (".bak") or has been changed by somebody else
   // (".orig"). Fails when the copy does; the file must then not be written. `copy` is the name of
@@ -45,6 +54,8 @@ class FileGuard {
  private:
   FileSystem& files;
   std::map<std::string, std::string> known;  // path -> bytes
+  std::map<std::string, std::string> last;   // what was known before the last Forget
+  std::map<std::string, std::string> forms;  // of files that were taken over
   std::set<std::string> damagedFiles;
   std::set<std::string> untouchable;
 };

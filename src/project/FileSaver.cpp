@@ -22,7 +22,7 @@ bool DiffersInReferenceAlone(const CXmlNode& base, const CXmlNode& tree) {
 }  // namespace
 
 std::string FileSaver::Settle(const std::string& absolute, const std::string& text) const {
-  const std::string* const known = guard.TextOf(absolute);
+  const std::string* const known = guard.FormOf(absolute);
   const std::string former = known == nullptr ? std::string() : *known;
   CXmlNode base;
   CXmlNode tree;

@@ -112,10 +112,11 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   if (chosen.empty()) return 0;
   if (!EqualNoCase(ExtensionOf(chosen), kProjectExtension)) return ImportOldProject(chosen);
 
-  projectPath = FullProjectPath(chosen);
+  const std::string former = std::exchange(projectPath, FullProjectPath(chosen));
   openedBy = chosen;
   projectFolder = FolderOf(projectPath);
   files.SetCurrentFolder(projectFolder);
+  if (former != projectPath) guard.ForgetAll();
   guard.Forget();
   damage.clear();
   // The project that stands in for none is opened after a failure.

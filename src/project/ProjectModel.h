@@ -21,6 +21,7 @@
 #include "outside/PropertyManagerDriver.h"
 #include "outside/ToolManagerDriver.h"
 #include "platform/files/FileSystem.h"
+#include "platform/files/FileTexts.h"
 #include "platform/process/Process.h"
 #include "platform/windowing/Dialogs.h"
 #include "platform/windowing/HostMessages.h"
@@ -32,6 +33,7 @@
 #include "project/ProjectLock.h"
 #include "project/ProjectViews.h"
 #include "project/PublishCursor.h"
+#include "project/ReplacedFiles.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {
@@ -181,7 +183,11 @@ class CProjectModel {
   std::int32_t SaveTreeFile(CXmlNode& node, const std::string& fileName);
   void StripForSave(CXmlNode& node, bool dropDependencies);
   // The files as a save would write them now, by their absolute paths; changes nothing.
-  std::vector<std::pair<std::string, std::string>> MakeFileTexts();
+  std::vector<FileText> MakeFileTexts();
+  // Makes a change of these files to the open project, in memory alone (ApplyChange.cpp); see
+  // CProjectInspector. Returns why it can't be made; empty if it was.
+  std::vector<std::string> ApplyChange(const std::vector<FileText>& before,
+                                       const std::vector<FileText>& after);
   // 0 for an empty path, `result` then stays. A null base stands for the project's folder.
   std::int32_t MakeAbsolutePath(const std::string& path, std::string& result,
                                 const char* baseFolder) const;
@@ -343,6 +349,9 @@ class CProjectModel {
     ++changeCount;
   }
   std::int32_t LoadTreeText(CXmlNode& node, const std::string& absolute);
+  std::vector<std::string> MergeChange(const std::vector<FileText>& before,
+                                       const std::vector<FileText>& after, ReplacedFiles& result);
+  bool Reload(const std::string& path, const ReplacedFiles& texts);
   // Replaces what is known of the file.
   void SetDamageOf(const std::string& absolute, std::vector<FileDamage> found);
   void SetReference(CXmlNode& node, const std::string& fileName);
@@ -473,11 +482,12 @@ class CProjectModel {
   bool isClosing = false;  // the question is with the host, or the files are being written
   std::string openedBy;    // the path as the caller of the open gave it
   bool inPublishTick = false;
-  std::uint64_t projectEpoch = 0;         // counts opens and closes
-  std::uint64_t treeEpoch = 0;            // counts what frees nodes
-  std::uint64_t publishEpoch = 0;         // counts that, and what takes published marks away
-  std::uint64_t outputEpoch = 0;          // counts that, and changes of output files
-  std::vector<std::string> loadingFiles;  // the chain of files being read
+  std::uint64_t projectEpoch = 0;           // counts opens and closes
+  std::uint64_t treeEpoch = 0;              // counts what frees nodes
+  std::uint64_t publishEpoch = 0;           // counts that, and what takes published marks away
+  std::uint64_t outputEpoch = 0;            // counts that, and changes of output files
+  std::vector<std::string> loadingFiles;    // the chain of files being read
+  const ReplacedFiles* replaced = nullptr;  // read in place of what the disk has
   std::vector<SavedFile> savedFiles;      // of the last save or close, if there is anything to say
   std::set<std::string> mayWriteOutside;  // files outside the project's folder
   bool textLost = false;                  // a text could neither be saved nor rescued

@@ -146,10 +146,11 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
     return 0;
   }
   const std::uint64_t epoch = treeEpoch;
-  const bool isThere = CheckFileAccess(files, absolute, kMustExist, *output) != 0;
+  const bool isReplaced = replaced != nullptr && replaced->Find(absolute) != nullptr;
+  const bool isThere = isReplaced || CheckFileAccess(files, absolute, kMustExist, *output) != 0;
   if (!isThere || treeEpoch != epoch) return 0;
   // A read-only project is read all the same; the log says that it cannot be saved.
-  CheckFileAccess(files, absolute, kMustBeWritable, *output, fileName);
+  if (!isReplaced) CheckFileAccess(files, absolute, kMustBeWritable, *output, fileName);
   if (treeEpoch != epoch) return 0;
 
   loadingFiles.push_back(absolute);
@@ -160,7 +161,9 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
 
 std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& absolute) {
   const std::uint64_t epoch = treeEpoch;
-  const Result<std::string> text = files.ReadWholeFile(absolute);
+  const std::string* const own = replaced == nullptr ? nullptr : replaced->Find(absolute);
+  const Result<std::string> text =
+      own == nullptr ? files.ReadWholeFile(absolute) : Result<std::string>(*own);
   if (!text) {
     if (text.GetError().code == ErrorCode::Io) {
       guard.NoteRead(absolute, {}, true);
@@ -192,6 +195,7 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   const bool isKept =
       std::all_of(found.begin(), found.end(), [](const FileDamage& each) { return each.isKept; });
   guard.NoteRead(absolute, *text, !isWhole || !isKept);
+  if (own != nullptr) guard.TakeOver(replaced->former, absolute);
   SetDamageOf(absolute, std::move(found));
   if (holdsValues) DropStoredValues(node);
   if (&node != projectRoot.get()) bare.Complete(node, isWhole && hasName, types);
@@ -340,8 +344,8 @@ std::string CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
   return outside;
 }
 
-std::vector<std::pair<std::string, std::string>> CProjectModel::MakeFileTexts() {
-  std::vector<std::pair<std::string, std::string>> texts;
+std::vector<FileText> CProjectModel::MakeFileTexts() {
+  std::vector<FileText> texts;
   if (!isOpen) return texts;
   CXmlNode copy;
   copy.CopyFrom(*projectRoot);
@@ -350,7 +354,7 @@ std::vector<std::pair<std::string, std::string>> CProjectModel::MakeFileTexts() 
   CollectTreeFiles(copy, nullptr, projectPath, pending);
   const FileSaver saver(files, guard, types);
   for (PendingFile& file : pending) {
-    texts.emplace_back(file.absolute, saver.Settle(file.absolute, file.text));
+    texts.push_back({file.absolute, saver.Settle(file.absolute, file.text)});
   }
   return texts;
 }

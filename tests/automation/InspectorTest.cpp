@@ -86,6 +86,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"GetSaveReport", 62, {}, "''", "'\r\n<Save/>'"},
       {"AllowOutside", 63, {0}, "0", "1"},
       {"GetApplications", 73, {}, "''", "'\r\n<Project/>'"},
+      {"ApplyChange", 64, {"", ""}, "'no project manager'", "'no project is open'"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {

@@ -481,6 +481,190 @@ class Scripts(ServeTest):
                 self.assertFalse(is_running(child))
 
 
+class History(ServeTest):
+    def state(self, client):
+        """The labels of what can be undone and redone, the next first."""
+        history = client.wait(client.post("project/history"))
+        for way in ("undo", "redo"):
+            labels = history[way]
+            told = [history[name] for name in ("can" + way.title(), way + "Label", way + "Steps")]
+            self.assertEqual(told, [bool(labels), (labels or [None])[0], len(labels)])
+        return history["undo"], history["redo"]
+
+    def told(self, client):
+        """The labels of each notification since the last call."""
+        told = [(params["undoLabel"], params["redoLabel"]) for method, params in client.heard
+                if method == "project/historyChanged"]
+        client.heard.clear()
+        return told
+
+    def go(self, client, way):
+        return client.wait(client.post("project/" + way))
+
+    def refusal(self, client, way):
+        with self.assertRaises(RpcError) as caught:
+            self.go(client, way)
+        self.assertEqual(caught.exception.code, -32000)
+        return caught.exception.text
+
+    def files(self):
+        """The project's files as a save would write them."""
+        texts = []
+        for name in ("demo.tprj", "app.tapp"):
+            with open(self.project.path(name), newline="") as file:
+                texts.append(file.read())
+        return texts
+
+    def save(self, client):
+        self.assertEqual(client.call("ProjectSave"), 1)
+        return self.files()
+
+    def edits(self, client):
+        """Label and calls of a step of each kind."""
+        path = self.project.path
+        defines = ("C", "Compiler", "Defines")
+        return [
+            ("Add c.c", [("AddExistingItem", path("src/c.c"), None)]),
+            ("Add 2 files", [("AddExistingItem", path("src/d.c"), None),
+                             ("AddExistingItem", path("src/e.c"), None)]),
+            ("Add New", [("AddNewItem", None, "Group"),
+                         ("SavePropertyValue", "Group", "General", "Header", "New")]),
+            ("Set Compiler.Defines", [("SavePropertyValue",) + defines + ("X",)]),
+            ("Set Compiler.Defines", [("SavePropertyValue",) + defines + ("Y",)]),
+            ("Reset Compiler.Defines", [("ResetPropertyValue",) + defines]),
+            ("Remove a.c", [("RemoveItem", "a.c")]),
+            ("Remove Sources", [("RemoveItem", "Sources")]),
+            ("Add configuration Fast", [("addConfiguration", "Fast")]),
+        ]
+
+    def test_every_edit_is_taken_back_and_made_again(self):
+        for name in "cde":
+            self.project.write("src/%s.c" % name, "")
+        client = self.open()
+        # The files get the form of a save.
+        client.call("SavePropertyValue", "C", "Compiler", "Defines", "X")
+        client.call("ProjectSave")
+        client.call("ResetPropertyValue", "C", "Compiler", "Defines")
+        client.call("ProjectClose")
+        client.call("ProjectOpen", self.project.path("demo.tprj"))
+        self.told(client)
+        saved = [self.files()]
+        self.assertEqual(self.state(client), ([], []))
+        labels = []
+        for label, calls in self.edits(client):
+            # A batch is one step.
+            client.send([request(1000 + i, *call) for i, call in enumerate(calls)])
+            answers = client.next()
+            while not isinstance(answers, list):
+                answers = client.next()
+            self.assertFalse([each for each in answers if "error" in each], label)
+            labels.insert(0, label)
+            self.assertEqual(self.told(client)[-1:], [(label, None)])
+            self.assertEqual(self.state(client), (labels, []))
+            saved.append(self.save(client))
+            self.assertNotEqual(saved[-1], saved[-2], label)
+        for i, label in enumerate(labels):
+            done = self.go(client, "undo")
+            self.assertEqual((done["label"], done["canRedo"]), (label, True))
+            self.assertTrue(self.project.path("app.tapp") in done["files"], done)
+            self.assertEqual(self.files(), saved[-1 - i], "nothing is written yet")
+            self.assertEqual(self.save(client), saved[-2 - i], label)
+        self.assertEqual(self.refusal(client, "undo"), "There is nothing to undo.")
+        self.assertEqual(self.state(client), ([], labels[::-1]))
+        for label in labels[::-1]:
+            self.assertEqual(self.go(client, "redo")["label"], label)
+        self.assertEqual(self.refusal(client, "redo"), "There is nothing to redo.")
+        self.assertEqual(self.save(client), saved[-1])
+
+    def test_a_failed_edit_leaves_no_step_and_a_new_one_ends_the_redo(self):
+        client = self.open()
+        self.told(client)
+        self.assertEqual(client.call("RemoveItem", "nothing"), 0)
+        self.assertEqual(client.call("SavePropertyValue", "C", "Compiler", "Defines", "X"), 1)
+        self.assertEqual(client.call("RemoveItem", "b.c"), 1)
+        self.assertEqual(self.go(client, "undo")["label"], "Remove b.c")
+        self.assertEqual(self.state(client), (["Set Compiler.Defines"], ["Remove b.c"]))
+        self.assertEqual(client.call("RemoveItem", "a.c"), 1)
+        self.assertEqual(self.state(client), (["Remove a.c", "Set Compiler.Defines"], []))
+        self.assertEqual(self.told(client), [
+            ("Set Compiler.Defines", None), ("Remove b.c", None),
+            ("Set Compiler.Defines", "Remove b.c"), ("Remove a.c", None)])
+        # What is not saved goes back as well, and is built as it is then.
+        self.go(client, "undo")
+        self.assertEqual(self.build(client)[0], 1)
+
+    def test_another_project_ends_the_history(self):
+        client = self.open()
+        client.call("RemoveItem", "a.c")
+        self.project.write("other.tprj", '\r\n<Project Header="other" Path=".\\other.tprj" />')
+        for call in (("ProjectOpen", self.project.path("other.tprj")), ("ProjectClose",)):
+            client.call("ProjectOpen", self.project.path("demo.tprj"))
+            client.call("RemoveItem", "b.c")
+            self.assertNotEqual(self.state(client)[0], [])
+            self.told(client)
+            client.call(*call)
+            self.assertEqual(self.told(client), [(None, None)])
+            self.assertEqual(self.state(client), ([], []))
+            self.project.write_project()
+        self.assertEqual(self.refusal(client, "undo"), "No project is open.")
+
+    def change_outside(self, old, new):
+        with open(self.project.path("app.tapp"), newline="") as file:
+            text = file.read()
+        self.assertIn(old, text)
+        self.project.write("app.tapp", text.replace(old, new))
+
+    def test_what_another_program_wrote_stays_or_nothing_is_undone(self):
+        self.project.write("src/c.c", "")
+        for old, new, is_undone in (('"b.c"', '"x.c"', True), ('"Sources"', '"x"', True),
+                                    ('"new"', '"x"', False)):
+            client = self.open()
+            client.call("AddExistingItem", self.project.path("src/c.c"), None)
+            client.call("SavePropertyValue", "C", "General", "Header", "new")
+            self.save(client)
+            self.change_outside(old, new)
+            client.call("RemoveItem", "a.c")
+            rename = "Rename c.c to new"
+            text = self.save(client)[1]  # merged
+            self.assertIn(new, text)
+            self.go(client, "undo")
+            if is_undone:
+                self.assertEqual(self.go(client, "undo")["label"], rename)
+            else:
+                self.assertRegex(self.refusal(client, "undo"),
+                                 '^"%s": .*app.tapp: c.c has changed since$' % rename)
+                self.assertEqual(self.state(client)[0][0], rename)
+            text = self.save(client)[1]
+            self.assertIn(new, text)
+            self.assertIn('"a.c"', text)
+            client.kill()
+
+    def test_nothing_is_undone_during_a_build_or_against_the_client(self):
+        self.project.slow_compiler()
+        refused = []
+        client = self.open({"host/ask": lambda params: int(not refused)})
+        client.call("SavePropertyValue", "C", "Compiler", "Defines", "X")
+        self.start_build(client)
+        self.project.wait_child()
+        self.assertEqual(self.refusal(client, "undo"), "A build is running.")
+        with self.assertRaises(RpcError) as caught:
+            client.wait(client.post("addConfiguration", {"name": "New"}))
+        self.assertEqual(caught.exception.text, "A build is running.")
+        client.call("Command", STOP)
+        client.wait_message("WorkerEnded")
+        refused.append(True)
+        self.assertIn("the host keeps the project open", self.refusal(client, "undo"))
+        refused.clear()
+        self.assertEqual(self.go(client, "undo")["label"], "Set Compiler.Defines")
+
+    def test_a_script_is_one_step(self):
+        client = self.open()
+        with open(self.project.path("s.lua"), "w") as file:
+            file.write("for _, name in ipairs{'a.c', 'b.c'} do tarn.RemoveItem(name) end")
+        client.call("ExecuteScript", self.project.path("s.lua"))
+        self.assertEqual(self.state(client), (["Remove 2 files"], []))
+
+
 class Damage(ServeTest):
     def damage(self):
         path = self.project.write_project()

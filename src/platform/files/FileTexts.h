@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarn {
+
+// A file as a whole.
+struct FileText {
+  std::string path;
+  std::string text;
+};
+
+// Puts files into one string: "<bytes> <path>\n" and the bytes, of each. No path has a line feed.
+std::string JoinFileTexts(std::span<const FileText> texts);
+// Takes such a string apart. Returns nullopt if it is cut off or damaged.
+std::optional<std::vector<FileText>> SplitFileTexts(std::string_view all);
+
+}  // namespace tarn

@@ -1,0 +1,175 @@
+// Undo and redo of what commands made of a project.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "hosts/CliProject.h"
+#include "platform/files/FileSystem.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kRecord = "demo.undo.tstate";
+
+std::string FilesOf(const CliProject& project) {
+  std::string all;
+  for (const char* name : {"demo.tprj", "app.tapp", "second.tapp"}) all += project.Read(name);
+  return all;
+}
+
+void Replace(CliProject& project, const std::string& from, const std::string& to) {
+  project.Write("app.tapp", ReplaceAll(project.Read("app.tapp"), from, to));
+}
+
+// Each command is undone, redone and undone again, byte for byte; then the last one stays.
+TEST(CliUndo, EveryChangeOfACommandIsTakenBackAndMadeAgain) {
+  const struct {
+    std::vector<std::string> words;
+    const char* label;
+  } rows[] = {
+      {{"add", "src/d.c", "src/e.c"}, "Add 2 files"},
+      {{"add", "src/f.c", "--to", "New", "--create"}, "Add New"},
+      {{"rename", "src/a.c", "other"}, "Rename a.c to other"},
+      {{"rename", "demo.tprj", "app", "main"}, "Rename app to main"},
+      {{"move", "src/d.c", "New"}, "Move d.c"},
+      {{"move", "main/src/a.c", "second"}, "Move other"},
+      {{"options", "set", "Compiler.Defines", "X"}, "Set Compiler.Defines"},
+      {{"options", "set", "-n", "src/b.c", "Compiler.Optimize", "s"}, "Set Compiler.Optimize"},
+      {{"options", "reset", "Compiler.Defines"}, "Reset Compiler.Defines"},
+      {{"config", "add", "Debug"}, "Add configuration Debug"},
+      {{"config", "select", "Debug"}, "Select configuration Debug"},
+      {{"select", "second"}, "Select application second"},
+      {{"remove", "src/b.c"}, "Remove b.c"},
+      {{"remove", "New"}, "Remove New"},
+      {{"remove", "second"}, "Remove second"},
+      {{"add", "second.tapp"}, "Add second"},
+  };
+  CliProject project;
+  project.WriteProject({{"app", {"a.c", "b.c"}}, {"second", {"c.c"}}});
+  for (const char* name : {"src/d.c", "src/e.c"}) project.Write(name, "");
+  // The form of a save, without a change.
+  project.Out({"config", "select", "Fast"});
+  project.Out({"config", "select", "Standard"});
+  project.Out({"config", "select", "Fast", "-a", "second"});
+  for (const char* name : {"second", "app"}) project.Out({"select", name});
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.label);
+    const std::string label = row.label + std::string("\n");
+    const std::string before = FilesOf(project);
+    project.Out(row.words);
+    const std::string after = FilesOf(project);
+    EXPECT_EQ(project.Out({"undo"}), "undone: " + label);
+    // An application's own file is not taken back to before it was added.
+    if (row.words[1] != "second.tapp") {
+      EXPECT_EQ(FilesOf(project), before);
+    }
+    EXPECT_EQ(project.Out({"redo", "demo.tprj"}), "redone: " + label);
+    EXPECT_EQ(FilesOf(project), after);
+  }
+  project.ExpectRefusal({"redo"}, 2, "There is no change to redo.");
+  const std::string before = FilesOf(project);
+  EXPECT_EQ(project.Run({"undo", "-q"}).out, "");
+  const std::string json = project.Out({"undo", "--json"});
+  for (const char* part : {"\"undone: Remove second\"", "\"undo\": \"Remove New\"",
+                           "\"redo\": \"Remove second\"", "\"demo.tprj\""}) {
+    EXPECT_TRUE(Has(json, part)) << json;
+  }
+  project.Out({"redo"});
+  project.Out({"redo"});
+  EXPECT_EQ(FilesOf(project), before);
+  EXPECT_TRUE(project.Exists("src/f.c"));
+}
+
+TEST(CliUndo, WhatOthersWroteSinceStaysOrNothingIsDone) {
+  const struct {
+    const char* name;
+    std::vector<std::string> words;
+    const char *from, *to;  // what another program writes
+    const char* said;       // empty: it is undone
+  } rows[] = {
+      {"another node", {"rename", "src/a.c", "x.c"}, "\"b.c\"", "\"y.c\"", ""},
+      {"a node in the same group", {"remove", "src/a.c"}, "\"b.c\"", "\"y.c\"", ""},
+      {"the same label", {"rename", "src/a.c", "x.c"}, "\"x.c\"", "\"z.c\"", "Sources/a.c has"},
+      {"a new node that has changed",
+       {"add", "src/d.c"},
+       "Header=\"d.c\"",
+       "Header=\"d.c\" Note=\"1\"",
+       "d.c has changed since"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    CliProject project;
+    project.Write("src/d.c", "");
+    project.Out(row.words);
+    Replace(project, row.from, row.to);
+    const std::string present = FilesOf(project);
+    const auto answer = project.Run({"undo"});
+    const bool isUndone = row.said[0] == '\0';
+    EXPECT_EQ(answer.code, isUndone ? 0 : 3) << answer.err;
+    EXPECT_TRUE(Has(answer.err, row.said)) << answer.err;
+    EXPECT_EQ(FilesOf(project) == present, !isUndone);
+    EXPECT_TRUE(Has(project.Read("app.tapp"), row.to));
+    EXPECT_TRUE(!isUndone || Has(project.Read("app.tapp"), "\"a.c\""));
+  }
+}
+
+TEST(CliUndo, OnlyCommandsThatChangeAProjectTouchTheRecord) {
+  CliProject project;
+  project.Write("src/d.c", "");
+  project.ExpectRefusal({"undo"}, 2, "There is no change of a command to undo.");
+  project.ExpectRefusal({"remove", "nothing"}, 2, "There is no");
+  for (const std::vector<std::string>& words :
+       {std::vector<std::string>{"tree"}, {"status"}, {"build"}, {"check"}, {"options", "list"}}) {
+    project.Run(words);
+    EXPECT_FALSE(project.Exists(kRecord)) << words[0];
+  }
+  project.Out({"add", "src/d.c"});
+  const std::string record = project.Read(kRecord);
+  project.ExpectRefusal({"add", "src/gone.c"}, 2, "There is no file");
+  project.Out({"add", "src/d.c"});  // is there already
+  project.Out({"options", "set", "Target.Toolchain", "host-gcc"});
+  EXPECT_EQ(project.Read(kRecord), record);
+  // Where version control ignores the state it ignores the record.
+  fs::create_directory(project.PathOf(".git"));
+  project.Out({"new", "p"});
+  EXPECT_TRUE(Has(project.Read("p/.gitignore"), "\n*.tstate\n"));
+}
+
+TEST(CliUndo, AnEditDoesNotFailForItsRecord) {
+  CliProject project;
+  project.Write("src/d.c", "");
+  fs::create_directory(project.PathOf(kRecord));
+  const auto answer = project.Run({"add", "src/d.c"});
+  EXPECT_EQ(answer.code, 0);
+  EXPECT_EQ(answer.out, "added src/d.c\n");
+  EXPECT_TRUE(Has(answer.err, "`tarn undo` needs can't be written: " + std::string(kRecord)))
+      << answer.err;
+  fs::remove(project.PathOf(kRecord));
+  project.Write(kRecord, "Tarn undo 1\n1 0\n");
+  project.ExpectRefusal({"undo"}, 2, "There is no change");
+}
+
+TEST(CliUndo, IsAChangeLikeOthers) {
+  CliProject project;
+  project.Write("src/d.c", "");
+  project.Out({"add", "src/d.c"});
+  const std::string text = project.Read("app.tapp");
+  {
+    auto lock = FileSystem::Native().TryLock(project.PathOf("demo.tlock"), LockPurpose::Edit);
+    ASSERT_TRUE(lock) << lock.GetError().text;
+    project.ExpectRefusal({"undo", "--no-wait"}, 3, "Another program is changing");
+  }
+  project.Write("app.tapp", text + "stray");
+  project.ExpectRefusal({"undo"}, 3, "Repair the files, or use --damaged-ok");
+  EXPECT_EQ(project.Read("app.tapp"), text + "stray");
+  project.Out({"undo", "--damaged-ok"});
+  EXPECT_EQ(project.Read("app.tapp.bak"), text + "stray");
+  EXPECT_FALSE(Has(project.Read("app.tapp"), "d.c"));
+}
+
+}  // namespace
+}  // namespace tarn::host

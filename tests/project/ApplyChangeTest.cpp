@@ -1,0 +1,146 @@
+// Undo and redo: changes of the files that are made to the open project in memory.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "project/ProjectWorld.h"
+
+namespace tarn::test {
+namespace {
+
+using Texts = std::vector<FileText>;
+using Lines = std::vector<std::string>;
+
+class ApplyChange : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    world.AddDemo(
+        "<Group Header=\"G\" ><C Header=\"a.c\" Path=\".\\a.c\" /><C Header=\"c.c\" "
+        "Path=\".\\c.c\" /></Group>"
+        "<C Header=\"b.c\" Path=\".\\b.c\" />");
+    world.AddFile("/p/other.tapp",
+                  "\n<Application Header=\"other\" ><Group Header=\"O\" /></Application>");
+    ASSERT_EQ(world.OpenDemo(), 1);
+    before = world.model->MakeFileTexts();
+  }
+
+  std::string Tree() { return ProjectWorld::Labels(world.model->GetProjectRoot()); }
+  void Replace(const std::string& path, std::string_view from, std::string_view to) {
+    world.AddFile(path, ReplaceAll(world.FileText(path), from, to));
+  }
+  Lines Undo() { return world.model->ApplyChange(after, before); }
+  Lines Redo() { return world.model->ApplyChange(before, after); }
+
+  ProjectWorld world;
+  Texts before, after;
+};
+
+TEST_F(ApplyChange, GoesBackAndOnInMemoryUntilASave) {
+  const std::string old = world.FileText("/p/demo.tapp");
+  ASSERT_EQ(world.model->RemoveItem("a.c"), 1);
+  after = world.model->MakeFileTexts();
+  EXPECT_EQ(Undo(), Lines());
+  EXPECT_EQ(Tree(), "demo[G[a.c c.c] b.c]");
+  EXPECT_EQ(Redo(), Lines());
+  EXPECT_EQ(Tree(), "demo[G[c.c] b.c]");
+  EXPECT_EQ(world.FileText("/p/demo.tapp"), old);
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_EQ(Tree(), "demo[G[c.c] b.c]");
+  const std::string saved = world.FileText("/p/demo.tapp");
+  EXPECT_EQ(Undo(), Lines());
+  EXPECT_TRUE(world.model->IsModified());
+  ASSERT_EQ(world.model->CloseProject(), 1);
+  EXPECT_EQ(world.FileText("/p/demo.tapp"), ReplaceAll(before.front().text, "\r\n", "\n"));
+  EXPECT_NE(world.FileText("/p/demo.tapp"), saved);
+  EXPECT_EQ(Undo(), Lines{"no project is open"});
+}
+
+// Between the removal of a.c and its undo.
+TEST_F(ApplyChange, WhatHasChangedSinceStaysOrNothingIsDone) {
+  const auto edit = [this](std::string_view from, std::string_view to) {
+    ASSERT_EQ(world.model->SaveProject(), 1);
+    Replace("/p/demo.tapp", from, to);
+    ASSERT_EQ(world.OpenDemo(), 1);
+  };
+  const struct {
+    const char* name;
+    std::function<void()> meanwhile;
+    const char* tree;
+    Lines problems;
+  } rows[] = {
+      {"a node, not saved", [&] { world.model->RemoveItem("b.c"); }, "demo[G[a.c c.c]]", {}},
+      {"a label, on the disk", [&] { edit("\"b.c\"", "\"x.c\""); }, "demo[G[a.c c.c] x.c]", {}},
+      {"the group is renamed", [&] { edit("\"G\"", "\"H\""); }, "demo[H[a.c c.c] b.c]", {}},
+      {"the group is gone",
+       [&] { world.model->RemoveItem("G"); },
+       "demo[b.c]",
+       {"/p/demo.tapp: G has changed since"}},
+      {"the application is gone",
+       [&] { world.model->RemoveItem("demo"); },
+       "",
+       {"/p/demo.tapp is no part of the project any more"}},
+      {"the host says no",
+       [&] { world.host.answers[kMsgProjectClosing] = 0; },
+       "demo[G[c.c] b.c]",
+       {"the host keeps the project open"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    ASSERT_EQ(world.model->RemoveItem("a.c"), 1);
+    after = world.model->MakeFileTexts();
+    row.meanwhile();
+    EXPECT_EQ(Undo(), row.problems);
+    EXPECT_EQ(Tree(), row.tree);
+    EXPECT_TRUE(world.model->IsModified() || !row.problems.empty());
+    world.host.answers.clear();
+    ASSERT_EQ(world.model->CloseProject(), 1);
+    SetUp();
+  }
+}
+
+// An undo knows what the disk had, so a save merges what another program wrote there.
+TEST_F(ApplyChange, ASaveAfterwardsKeepsWhatAnotherProgramWrote) {
+  ASSERT_EQ(world.model->RemoveItem("a.c"), 1);
+  after = world.model->MakeFileTexts();
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  Replace("/p/demo.tapp", "\"b.c\"", "\"x.c\"");
+  EXPECT_EQ(Undo(), Lines());
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_EQ(Tree(), "demo[G[a.c c.c] x.c]");
+  EXPECT_EQ(world.FileText("/p/demo.tapp.orig"), "(none)");
+}
+
+TEST_F(ApplyChange, AnApplicationThatWasTakenOutComesBackWithAllThatWasNotSaved) {
+  const auto remove = [this] {
+    before = world.model->MakeFileTexts();
+    ASSERT_EQ(world.model->RemoveItem("demo"), 1);
+    after = world.model->MakeFileTexts();
+  };
+  ASSERT_EQ(world.model->RemoveItem("a.c"), 1);
+  remove();
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_EQ(Undo(), Lines());
+  EXPECT_EQ(Tree(), "demo[G[c.c] b.c]");
+  // Once more, with a file that another program has written.
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  remove();
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  Replace("/p/demo.tapp", "\"b.c\"", "\"x.c\"");
+  EXPECT_EQ(Undo(), Lines());
+  EXPECT_EQ(Tree(), "demo[G[c.c] x.c]");
+  ASSERT_EQ(world.model->SaveProject(), 1);
+  EXPECT_EQ(world.FileText("/p/demo.tapp.orig"), "(none)");
+}
+
+TEST_F(ApplyChange, ATextThatIsNoFileOfAProjectIsRefused) {
+  after = before;
+  for (const char* text : {"", "<Application", "<Application><C></Application>", "x"}) {
+    after.front().text = text;
+    EXPECT_EQ(Redo(), Lines{before.front().path + " can't be read"}) << text;
+    EXPECT_EQ(Tree(), "demo[G[a.c c.c] b.c]");
+  }
+}
+
+}  // namespace
+}  // namespace tarn::test
