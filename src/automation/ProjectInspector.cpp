@@ -371,7 +371,7 @@ std::string DamageText(const std::vector<FileDamage>& damage) {
   return list.ToString(g_xmlDisplayOptions);
 }
 
-bool IsShown(const CXmlNode& node) {
+bool IsShownBelow(const CXmlNode& node) {
   return node.GetType() == XmlElement && IsContentNode(node);
 }
 
