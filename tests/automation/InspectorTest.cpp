@@ -261,6 +261,20 @@ TEST_F(Inspector, GivesTheFilesAsASaveWritesThemAndTellsOfEachChange) {
   }
 }
 
+TEST_F(Inspector, ReportsAConflictAlsoIfTheFileStaysAsAnotherProgramWroteIt) {
+  Open();
+  EXPECT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Tool", "own"}), "1");
+  ASSERT_EQ(world.Call("ProjectSave"), "1");
+  std::string theirs = *world.disk.BytesOf("/p/demo.tapp");
+  ASSERT_EQ(world.Call("RemoveItem", {"main.c"}), "1");
+  const std::size_t custom = theirs.find("kept");
+  ASSERT_NE(custom, std::string::npos) << theirs;
+  world.disk.AddFile("/p/demo.tapp", theirs.replace(custom, 4, "changed"));
+  ASSERT_EQ(world.Call("ProjectSave"), "1");
+  EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), theirs);
+  EXPECT_NE(Ask(62).find("removed here, changed there"), std::string::npos) << Ask(62);
+}
+
 TEST_F(Inspector, ListsTheTargetsOfTheRegistryOrOfTheInstallation) {
   world.disk.AddFile("/app/targets/own.xml",
                      "<Targets><Target Header='t' ><Micro_Description>a\\nb</Micro_Description>"
