@@ -197,6 +197,9 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::UnlockProject>("UnlockProject", 61, {}),
       Method<&I::GetSaveReport>("GetSaveReport", 62, {}),
       Method<&I::AllowOutside>("AllowOutside", 63, {"allow"}),
+      Method<&I::GetBaseTexts>("GetBaseTexts", 67, {}),
+      Method<&I::StageFileTexts>("StageFileTexts", 68, {"texts", "bases"}),
+      Method<&I::IsModified>("IsModified", 69, {}),
       Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
   });
   return table;
@@ -330,6 +333,16 @@ std::int32_t CProjectInspector::SelectNodeByKey(const char* key, const char* app
 
 namespace {
 
+// See CProjectInspector::GetFileTexts.
+template <typename Files>
+std::string ToFileList(const Files& files) {
+  std::string list;
+  for (const auto& [path, text] : files) {
+    list.append(std::to_string(text.size())).append(" ").append(path).append("\n").append(text);
+  }
+  return list;
+}
+
 std::string DamageText(const std::vector<FileDamage>& damage) {
   CXmlNode list;
   list.SetName("Damage");
@@ -450,12 +463,26 @@ std::int32_t CProjectInspector::AllowOutside(std::int32_t allow) {
 
 std::string CProjectInspector::GetFileTexts() {
   CProjectModel* model = Model();
-  std::string all;
-  if (model == nullptr || model->IsDefaultProject()) return all;
-  for (const auto& [path, text] : model->MakeFileTexts()) {
-    all += std::to_string(text.size()) + ' ' + path + '\n' + text;
-  }
-  return all;
+  if (model == nullptr || model->IsDefaultProject()) return {};
+  return ToFileList(model->MakeFileTexts());
+}
+
+std::string CProjectInspector::GetBaseTexts() {
+  const CProjectModel* model = Model();
+  if (model == nullptr || model->IsDefaultProject()) return {};
+  return ToFileList(model->GetBaseTexts());
+}
+
+std::int32_t CProjectInspector::StageFileTexts(const char* texts, const char* bases) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->StageFiles(ReadStagedFiles(TextOf(texts), TextOf(bases)));
+  return 1;
+}
+
+std::int32_t CProjectInspector::IsModified() {
+  const CProjectModel* model = Model();
+  return model != nullptr && !model->IsDefaultProject() && model->HasUnsaved() ? 1 : 0;
 }
 
 std::string CProjectInspector::ExplainOption(const char* set, const char* section,

@@ -25,6 +25,8 @@ class FileGuard {
   // What the file held when it was read or written last; null if it was neither. Borrowed until the
   // next call.
   const std::string* TextOf(const std::string& path) const;
+  // All of these, by path.
+  const std::map<std::string, std::string>& GetKnown() const { return known; }
   // The file holds what nobody has in memory: it is not to be overwritten.
   void NoteUntouchable(const std::string& path) { untouchable.insert(path); }
   // Nothing is remembered any more: the project is closed.

@@ -93,6 +93,7 @@ bool CProjectModel::IsOpenAs(const std::string& path) const {
 }
 
 std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault) {
+  StagedFiles changes = std::exchange(staged, {});
   if (propertyManager == nullptr || output == nullptr || isClosing) return 0;
   if (!CanStartOperation()) return 0;
   // A project can be open and hold nothing but its own options and attributes.
@@ -122,8 +123,11 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   if (isDefaultProject == 0) failedDamage.clear();
   // A handler of the log's messages may open a project while another is being read.
   std::vector<std::string> outer = std::exchange(loadingFiles, {});
+  const bool isStaged = changes.contains(projectPath);
+  StagedFiles outerStaged = std::exchange(loadingStaged, std::move(changes));
   const std::int32_t loaded = LoadTreeFile(*projectRoot, projectPath);
   loadingFiles = std::move(outer);
+  loadingStaged = std::move(outerStaged);
   if (!loaded) {
     if (projectEpoch != opened) return 0;
     if (isDefaultProject == 0) failedDamage = std::exchange(damage, {});
@@ -131,7 +135,7 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
     return 0;
   }
   if (projectEpoch != opened) return 0;
-  modified = 0;
+  modified = isStaged ? 1 : 0;
   ++changeCount;
   publishingStopped = false;
   shapeChanged = false;

@@ -32,6 +32,7 @@
 #include "project/ProjectLock.h"
 #include "project/ProjectViews.h"
 #include "project/PublishCursor.h"
+#include "project/StagedFiles.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {
@@ -121,6 +122,8 @@ class CProjectModel {
   bool IsOpen() const { return isOpen; }
   bool IsDefaultProject() const { return isDefaultProject != 0; }
   bool IsModified() const { return modified != 0; }
+  // Returns whether a save has anything to write.
+  bool HasUnsaved() const { return isOpen && (modified != 0 || shapeChanged); }
   // Siblings changed places.
   void NoteReordered() {
     NoteModified();
@@ -164,6 +167,12 @@ class CProjectModel {
   const std::vector<SavedFile>& GetSavedFiles() const { return savedFiles; }
   // The user agrees to files outside the project's folder being written.
   void AllowOutside(bool isAllowed) { writesOutside = isAllowed; }
+
+  // What the files held when they were read or written last, by absolute path.
+  const std::map<std::string, std::string>& GetBaseTexts() const { return guard.GetKnown(); }
+  // The next project that is opened takes these texts instead of what its files hold, as changes
+  // that are not saved: a save of them merges with what the files hold by then.
+  void StageFiles(StagedFiles changes) { staged = std::move(changes); }
 
   // Lifecycle (Lifecycle.cpp).
   std::int32_t OpenProject(const char* path, std::int32_t isDefault);
@@ -343,6 +352,7 @@ class CProjectModel {
     ++changeCount;
   }
   std::int32_t LoadTreeText(CXmlNode& node, const std::string& absolute);
+  std::int32_t ReadTreeFile(CXmlNode& node, const std::string& absolute);
   // Replaces what is known of the file.
   void SetDamageOf(const std::string& absolute, std::vector<FileDamage> found);
   void SetReference(CXmlNode& node, const std::string& fileName);
@@ -477,6 +487,8 @@ class CProjectModel {
   std::uint64_t publishEpoch = 0;         // counts that, and what takes published marks away
   std::uint64_t outputEpoch = 0;          // counts that, and changes of output files
   std::vector<std::string> loadingFiles;  // the chain of files being read
+  StagedFiles staged;                     // for the next open
+  StagedFiles loadingStaged;              // of the project that is being read
   std::vector<SavedFile> savedFiles;      // of the last save or close, if there is anything to say
   std::set<std::string> mayWriteOutside;  // files outside the project's folder
   bool textLost = false;                  // a text could neither be saved nor rescued

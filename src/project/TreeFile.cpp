@@ -146,7 +146,8 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
     return 0;
   }
   const std::uint64_t epoch = treeEpoch;
-  const bool isThere = CheckFileAccess(files, absolute, kMustExist, *output) != 0;
+  const bool isThere = loadingStaged.contains(absolute) ||
+                       CheckFileAccess(files, absolute, kMustExist, *output) != 0;
   if (!isThere || treeEpoch != epoch) return 0;
   // A read-only project is read all the same; the log says that it cannot be saved.
   CheckFileAccess(files, absolute, kMustBeWritable, *output, fileName);
@@ -158,9 +159,26 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
   return done;
 }
 
+// What was lost of a file that has staged changes was lost when its base was read.
 std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& absolute) {
+  const auto found = loadingStaged.find(absolute);
+  if (found == loadingStaged.end()) return ReadTreeFile(node, absolute);
+  const BareElement bare(node);
+  if (found->second.base && !ReadTreeFile(node, absolute)) return 0;
+  node.Clear();
+  node.SetValue("");
+  DamageCollector ignored(found->second.text);
+  const bool isWhole = ReadTree(found->second.text, node, ignored) == TreeRead::Whole;
+  if (&node != projectRoot.get()) bare.Complete(node, isWhole, types);
+  return 1;
+}
+
+std::int32_t CProjectModel::ReadTreeFile(CXmlNode& node, const std::string& absolute) {
   const std::uint64_t epoch = treeEpoch;
-  const Result<std::string> text = files.ReadWholeFile(absolute);
+  const auto change = loadingStaged.find(absolute);
+  const Result<std::string> text = change != loadingStaged.end()
+                                       ? Result<std::string>(*change->second.base)
+                                       : files.ReadWholeFile(absolute);
   if (!text) {
     if (text.GetError().code == ErrorCode::Io) {
       guard.NoteRead(absolute, {}, true);
