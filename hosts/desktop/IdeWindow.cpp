@@ -128,7 +128,9 @@ void IdeWindow::AddCentre() {
   area = new EditorArea(*editors, *welcome, this);
   setCentralWidget(area);
   project = std::make_unique<ProjectActions>(*this, files, *session, *runner, *editors,
-                                             area->ProjectBanner(), area->DamageBanner());
+                                             area->ProjectBanner(), area->DamageBanner(),
+                                             area->SaveBanner());
+  project->onShowFile = [this](const std::string& path) { OpenFile(path, 0); };
   runner->mayChange = [this] { return project->MayChange(); };
   project->onRecentChanged = [welcome] { welcome->FillRecent(); };
   welcome->onOpen = [this] { project->Choose(); };

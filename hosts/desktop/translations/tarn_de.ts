@@ -150,6 +150,10 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <source>Hide</source>
         <translation>Ausblenden</translation>
     </message>
+    <message>
+        <source>Details...</source>
+        <translation>Einzelheiten ...</translation>
+    </message>
 </context>
 <context>
     <name>EditorStatus</name>
@@ -644,6 +648,18 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <source>The changes of the project could not be saved.</source>
         <translation>Die Änderungen am Projekt konnten nicht gespeichert werden.</translation>
     </message>
+    <message>
+        <source>The project has changes that are not saved.
+
+Saving puts them together with the changes of the other program.</source>
+        <translation>Das Projekt hat Änderungen, die nicht gespeichert sind.
+
+Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</translation>
+    </message>
+    <message>
+        <source>Another program is changing the project.</source>
+        <translation>Ein anderes Programm ändert gerade das Projekt.</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
@@ -669,6 +685,95 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     <message>
         <source>&amp;Sort by</source>
         <translation>&amp;Sortieren nach</translation>
+    </message>
+</context>
+<context>
+    <name>SaveNotice</name>
+    <message>
+        <source>%1 was also changed by another program. It has both changes now.</source>
+        <translation>%1 wurde auch von einem anderen Programm geändert. Die Datei enthält jetzt beide Änderungen.</translation>
+    </message>
+    <message>
+        <source>%1 was replaced. What it held before is kept as %2.</source>
+        <translation>%1 wurde ersetzt. Der frühere Inhalt ist als %2 aufbewahrt.</translation>
+    </message>
+    <message>
+        <source>Saved together with another program&apos;s changes</source>
+        <translation>Zusammen mit Änderungen eines anderen Programms gespeichert</translation>
+    </message>
+    <message>
+        <source>&amp;Open the other version</source>
+        <translation>Andere Fassung ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>Stelle</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Was</translation>
+    </message>
+    <message>
+        <source>Other version</source>
+        <translation>Andere Fassung</translation>
+    </message>
+    <message>
+        <source>Files with changes of both sides</source>
+        <translation>Dateien mit Änderungen beider Seiten</translation>
+    </message>
+    <message>
+        <source>removed here, changed there</source>
+        <translation>hier entfernt, dort geändert</translation>
+    </message>
+    <message>
+        <source>changed here, removed there</source>
+        <translation>hier geändert, dort entfernt</translation>
+    </message>
+    <message>
+        <source>%1 changed on both sides</source>
+        <translation>%1 auf beiden Seiten geändert</translation>
+    </message>
+    <message>
+        <source>the file itself</source>
+        <translation>die Datei selbst</translation>
+    </message>
+    <message>
+        <source>has the changes of both sides</source>
+        <translation>enthält die Änderungen beider Seiten</translation>
+    </message>
+    <message>
+        <source>held more than was read from it</source>
+        <translation>enthielt mehr, als daraus gelesen wurde</translation>
+    </message>
+    <message>
+        <source>replaced by your version</source>
+        <translation>durch Ihre Fassung ersetzt</translation>
+    </message>
+    <message>
+        <source>The other version:</source>
+        <translation>Die andere Fassung:</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 was changed here and by another program, with %n conflict(s).</source>
+        <translation>
+            <numerusform>%1 wurde hier und von einem anderen Programm geändert, mit einem Konflikt.</numerusform>
+            <numerusform>%1 wurde hier und von einem anderen Programm geändert, mit %n Konflikten.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Files of the project were changed here and by another program, with %n conflict(s).</source>
+        <translation>
+            <numerusform>Dateien des Projekts wurden hier und von einem anderen Programm geändert, mit einem Konflikt.</numerusform>
+            <numerusform>Dateien des Projekts wurden hier und von einem anderen Programm geändert, mit %n Konflikten.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>
+        <translation>Wo beide Seiten denselben Wert geändert haben, wurde Ihrer gespeichert. Was eine Seite entfernt und die andere geändert hat, ist geblieben.</translation>
     </message>
 </context>
 <context>

@@ -150,6 +150,10 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <source>Hide</source>
         <translation>Masquer</translation>
     </message>
+    <message>
+        <source>Details...</source>
+        <translation>Détails...</translation>
+    </message>
 </context>
 <context>
     <name>EditorStatus</name>
@@ -644,6 +648,18 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <source>The changes of the project could not be saved.</source>
         <translation>Les modifications du projet n’ont pas pu être enregistrées.</translation>
     </message>
+    <message>
+        <source>The project has changes that are not saved.
+
+Saving puts them together with the changes of the other program.</source>
+        <translation>Le projet a des modifications non enregistrées.
+
+L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</translation>
+    </message>
+    <message>
+        <source>Another program is changing the project.</source>
+        <translation>Un autre programme est en train de modifier le projet.</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
@@ -669,6 +685,95 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     <message>
         <source>&amp;Sort by</source>
         <translation>&amp;Trier par</translation>
+    </message>
+</context>
+<context>
+    <name>SaveNotice</name>
+    <message>
+        <source>%1 was also changed by another program. It has both changes now.</source>
+        <translation>%1 a aussi été modifié par un autre programme. Il contient maintenant les deux modifications.</translation>
+    </message>
+    <message>
+        <source>%1 was replaced. What it held before is kept as %2.</source>
+        <translation>%1 a été remplacé. Son ancien contenu est conservé dans %2.</translation>
+    </message>
+    <message>
+        <source>Saved together with another program&apos;s changes</source>
+        <translation>Enregistré avec les modifications d&apos;un autre programme</translation>
+    </message>
+    <message>
+        <source>&amp;Open the other version</source>
+        <translation>&amp;Ouvrir l&apos;autre version</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Fichier</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>Endroit</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Quoi</translation>
+    </message>
+    <message>
+        <source>Other version</source>
+        <translation>Autre version</translation>
+    </message>
+    <message>
+        <source>Files with changes of both sides</source>
+        <translation>Fichiers avec des modifications des deux côtés</translation>
+    </message>
+    <message>
+        <source>removed here, changed there</source>
+        <translation>supprimé ici, modifié là-bas</translation>
+    </message>
+    <message>
+        <source>changed here, removed there</source>
+        <translation>modifié ici, supprimé là-bas</translation>
+    </message>
+    <message>
+        <source>%1 changed on both sides</source>
+        <translation>%1 modifié des deux côtés</translation>
+    </message>
+    <message>
+        <source>the file itself</source>
+        <translation>le fichier lui-même</translation>
+    </message>
+    <message>
+        <source>has the changes of both sides</source>
+        <translation>contient les modifications des deux côtés</translation>
+    </message>
+    <message>
+        <source>held more than was read from it</source>
+        <translation>contenait plus que ce qui en a été lu</translation>
+    </message>
+    <message>
+        <source>replaced by your version</source>
+        <translation>remplacé par votre version</translation>
+    </message>
+    <message>
+        <source>The other version:</source>
+        <translation>L&apos;autre version :</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 was changed here and by another program, with %n conflict(s).</source>
+        <translation>
+            <numerusform>%1 a été modifié ici et par un autre programme, avec un conflit.</numerusform>
+            <numerusform>%1 a été modifié ici et par un autre programme, avec %n conflits.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Files of the project were changed here and by another program, with %n conflict(s).</source>
+        <translation>
+            <numerusform>Des fichiers du projet ont été modifiés ici et par un autre programme, avec un conflit.</numerusform>
+            <numerusform>Des fichiers du projet ont été modifiés ici et par un autre programme, avec %n conflits.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>
+        <translation>Là où les deux côtés ont modifié la même valeur, la vôtre a été enregistrée. Ce qu&apos;un côté a supprimé et l&apos;autre modifié est resté.</translation>
     </message>
 </context>
 <context>
