@@ -9,6 +9,17 @@
     </message>
 </context>
 <context>
+    <name>CrashRecovery</name>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>What was not saved is offered again at the next start, as not all of it could be restored.</source>
+        <translation>Was nicht gespeichert war, wird beim nächsten Start wieder angeboten, weil nicht alles davon wiederhergestellt werden konnte.</translation>
+    </message>
+</context>
+<context>
     <name>DamageNotice</name>
     <message numerus="yes">
         <source>%1, and %n more</source>
@@ -552,6 +563,17 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
 </context>
 <context>
+    <name>JournalKeeper</name>
+    <message>
+        <source>What is not saved would be lost in a crash: %1</source>
+        <translation>Was nicht gespeichert ist, ginge bei einem Absturz verloren: %1</translation>
+    </message>
+    <message>
+        <source>%1 is too large to be kept for the case of a crash</source>
+        <translation>%1 ist zu groß, um für den Fall eines Absturzes aufbewahrt zu werden</translation>
+    </message>
+</context>
+<context>
     <name>PageView</name>
     <message>
         <source>This page can&apos;t be shown:
@@ -670,6 +692,73 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>Open &amp;recent</source>
         <translation>&amp;Zuletzt geöffnet</translation>
+    </message>
+</context>
+<context>
+    <name>RecoveryDialog</name>
+    <message>
+        <source>Tarn ended unexpectedly, and what was not saved then can&apos;t be read: its journal is damaged.</source>
+        <translation>Tarn wurde unerwartet beendet, und was dabei nicht gespeichert war, ist nicht lesbar: Die Sicherung davon ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>Another version of Tarn ended unexpectedly. What was not saved then can be restored only by that version.</source>
+        <translation>Eine andere Version von Tarn wurde unerwartet beendet. Was dabei nicht gespeichert war, kann nur jene Version wiederherstellen.</translation>
+    </message>
+    <message>
+        <source>Tarn ended unexpectedly on %1. This was not saved:</source>
+        <translation>Tarn wurde am %1 unerwartet beendet. Nicht gespeichert war:</translation>
+    </message>
+    <message>
+        <source>Restore unsaved changes</source>
+        <translation>Ungespeicherte Änderungen wiederherstellen</translation>
+    </message>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>&amp;Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>&amp;Discard</source>
+        <translation>&amp;Verwerfen</translation>
+    </message>
+    <message>
+        <source>&amp;Later</source>
+        <translation>&amp;Später</translation>
+    </message>
+    <message>
+        <source>Discard these changes? They can&apos;t be restored afterwards.</source>
+        <translation>Diese Änderungen verwerfen? Sie können danach nicht mehr wiederhergestellt werden.</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>What can be restored</source>
+        <translation>Was wiederhergestellt werden kann</translation>
+    </message>
+    <message>
+        <source>Changes of the project: files and options</source>
+        <translation>Änderungen des Projekts: Dateien und Optionen</translation>
+    </message>
+    <message>
+        <source>Nothing: what was kept of it is damaged</source>
+        <translation>Nichts: Was davon aufbewahrt war, ist beschädigt</translation>
+    </message>
+    <message>
+        <source>What is restored is not saved yet: look at it, then save it or undo it.</source>
+        <translation>Was wiederhergestellt wird, ist noch nicht gespeichert: Sehen Sie es an, dann speichern Sie es oder machen es rückgängig.</translation>
+    </message>
+    <message>
+        <source>Unsaved text; the file is gone</source>
+        <translation>Ungespeicherter Text; die Datei ist nicht mehr da</translation>
+    </message>
+    <message>
+        <source>Unsaved text; the file has changed since</source>
+        <translation>Ungespeicherter Text; die Datei wurde seitdem geändert</translation>
+    </message>
+    <message>
+        <source>Unsaved text</source>
+        <translation>Ungespeicherter Text</translation>
     </message>
 </context>
 <context>

@@ -9,6 +9,17 @@
     </message>
 </context>
 <context>
+    <name>CrashRecovery</name>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>What was not saved is offered again at the next start, as not all of it could be restored.</source>
+        <translation>Ce qui n&apos;était pas enregistré sera proposé de nouveau au prochain démarrage, car tout n&apos;a pas pu être restauré.</translation>
+    </message>
+</context>
+<context>
     <name>DamageNotice</name>
     <message numerus="yes">
         <source>%1, and %n more</source>
@@ -552,6 +563,17 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
 </context>
 <context>
+    <name>JournalKeeper</name>
+    <message>
+        <source>What is not saved would be lost in a crash: %1</source>
+        <translation>Ce qui n&apos;est pas enregistré serait perdu en cas de plantage : %1</translation>
+    </message>
+    <message>
+        <source>%1 is too large to be kept for the case of a crash</source>
+        <translation>%1 est trop grand pour être conservé en cas de plantage</translation>
+    </message>
+</context>
+<context>
     <name>PageView</name>
     <message>
         <source>This page can&apos;t be shown:
@@ -670,6 +692,73 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     <message>
         <source>Open &amp;recent</source>
         <translation>Projets &amp;récents</translation>
+    </message>
+</context>
+<context>
+    <name>RecoveryDialog</name>
+    <message>
+        <source>Tarn ended unexpectedly, and what was not saved then can&apos;t be read: its journal is damaged.</source>
+        <translation>Tarn s&apos;est arrêté de façon inattendue, et ce qui n&apos;était pas enregistré est illisible : son journal est endommagé.</translation>
+    </message>
+    <message>
+        <source>Another version of Tarn ended unexpectedly. What was not saved then can be restored only by that version.</source>
+        <translation>Une autre version de Tarn s&apos;est arrêtée de façon inattendue. Seule cette version peut restaurer ce qui n&apos;était pas enregistré.</translation>
+    </message>
+    <message>
+        <source>Tarn ended unexpectedly on %1. This was not saved:</source>
+        <translation>Tarn s&apos;est arrêté de façon inattendue le %1. N&apos;était pas enregistré :</translation>
+    </message>
+    <message>
+        <source>Restore unsaved changes</source>
+        <translation>Restaurer les modifications non enregistrées</translation>
+    </message>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>&amp;Restaurer</translation>
+    </message>
+    <message>
+        <source>&amp;Discard</source>
+        <translation>&amp;Abandonner</translation>
+    </message>
+    <message>
+        <source>&amp;Later</source>
+        <translation>&amp;Plus tard</translation>
+    </message>
+    <message>
+        <source>Discard these changes? They can&apos;t be restored afterwards.</source>
+        <translation>Abandonner ces modifications ? Elles ne pourront plus être restaurées.</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Fichier</translation>
+    </message>
+    <message>
+        <source>What can be restored</source>
+        <translation>Ce qui peut être restauré</translation>
+    </message>
+    <message>
+        <source>Changes of the project: files and options</source>
+        <translation>Modifications du projet : fichiers et options</translation>
+    </message>
+    <message>
+        <source>Nothing: what was kept of it is damaged</source>
+        <translation>Rien : ce qui en était conservé est endommagé</translation>
+    </message>
+    <message>
+        <source>What is restored is not saved yet: look at it, then save it or undo it.</source>
+        <translation>Ce qui est restauré n&apos;est pas encore enregistré : vérifiez-le, puis enregistrez-le ou annulez-le.</translation>
+    </message>
+    <message>
+        <source>Unsaved text; the file is gone</source>
+        <translation>Texte non enregistré ; le fichier n&apos;existe plus</translation>
+    </message>
+    <message>
+        <source>Unsaved text; the file has changed since</source>
+        <translation>Texte non enregistré ; le fichier a changé depuis</translation>
+    </message>
+    <message>
+        <source>Unsaved text</source>
+        <translation>Texte non enregistré</translation>
     </message>
 </context>
 <context>
