@@ -20,7 +20,6 @@ constexpr float kFaint = 0.22F;
 
 Banner::Banner(const QString& first, const QString& second, QWidget* parent)
     : QFrame(parent), label(new QLabel(this)), accept(new QPushButton(first, this)) {
-  label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
   auto* const picture = new QLabel(this);
   const int size = style()->pixelMetric(QStyle::PM_SmallIconSize);
@@ -41,12 +40,24 @@ Banner::Banner(const QString& first, const QString& second, QWidget* parent)
   connect(refuse, &QPushButton::clicked, this, [this] {
     if (onSecond) onSecond();
   });
+  connect(label, &QLabel::linkActivated, this, [this] {
+    if (onLink) onLink();
+  });
   hide();
 }
 
 void Banner::Tell(const QString& text) {
+  label->setTextFormat(Qt::PlainText);
   label->setText(text);
   setAccessibleName(text);
+  show();
+}
+
+void Banner::TellWithLink(const QString& text, const QString& link) {
+  label->setTextFormat(Qt::RichText);
+  label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+  label->setText(text.toHtmlEscaped() + " <a href=\"link\">" + link.toHtmlEscaped() + "</a>");
+  setAccessibleName(text + ' ' + link);
   show();
 }
 

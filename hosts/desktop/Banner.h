@@ -15,11 +15,14 @@ class Banner : public QFrame {
   Banner(const QString& first, const QString& second, QWidget* parent);
 
   void Tell(const QString& text);
+  // With a link after the text, which onLink follows.
+  void TellWithLink(const QString& text, const QString& link);
   // Whether the first button can be pressed; the reason why not is its tip.
   void SetReady(bool isReady, const QString& reason);
 
   std::function<void()> onFirst;
   std::function<void()> onSecond;
+  std::function<void()> onLink;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

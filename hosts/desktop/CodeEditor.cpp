@@ -16,6 +16,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/qt/QtColor.h"
 #include "platform/qt/QtText.h"
+#include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -101,6 +102,7 @@ CodeEditor::CodeEditor(FileSystem& fileSystem, std::string filePath)
   setScrollWidth(1);
   setScrollWidthTracking(true);
   setAccessibleName(ToQt(FileNameOf(path)));
+  connect(this, &QsciScintilla::textChanged, this, [this] { ++revision; });
   const auto fitNumbers = [this] {
     setMarginWidth(kNumberMargin, QString(QString::number(lines()).size() + 1, '9'));
   };
@@ -129,6 +131,7 @@ Status CodeEditor::Load() {
   Fill(text.toUtf8());
   problems->Add(shown);
   isInConflict = false;
+  base = HashBytes(*read);
   setCursorPosition(std::min(line, lines() - 1), column);
   SendScintilla(SCI_SETFIRSTVISIBLELINE, top);
   return {};
@@ -157,16 +160,15 @@ void CodeEditor::ShowIndentation(const Indentation& indentation) {
 
 Status CodeEditor::Save() {
   // What was typed into a file of single bytes may need more than these.
-  const QString typed = GetText();
-  if (!isUtf8 && QString::fromLatin1(typed.toLatin1()) != typed) {
+  const std::optional<std::string> bytes = GetUnsaved().ToBytes();
+  if (!bytes) {
     return Error{ErrorCode::Io,
                  FromQt(tr("The text holds characters that the file's encoding can't write.")),
                  path};
   }
-  std::string bytes = isUtf8 ? FromQt(typed) : typed.toLatin1().toStdString();
-  if (hasMark) bytes.insert(0, kMark);
-  if (const Status written = files.WriteWholeFile(path, bytes); !written) return written;
+  if (const Status written = files.WriteWholeFile(path, *bytes); !written) return written;
   known = LookAtDisk();
+  base = HashBytes(*bytes);
   setModified(false);
   return {};
 }
@@ -187,8 +189,30 @@ void CodeEditor::FollowDisk() {
   }
 }
 
+UnsavedText CodeEditor::GetUnsaved() const {
+  const auto length = static_cast<std::size_t>(SendScintilla(SCI_GETLENGTH));
+  const auto* const bytes =
+      static_cast<const char*>(SendScintillaPtrResult(SCI_GETCHARACTERPOINTER));
+  return {path, std::make_shared<const std::string>(bytes, length), base, isUtf8, hasMark};
+}
+
+void CodeEditor::Restore(const UnsavedText& unsaved) {
+  // What was typed here since stays one step of undo away.
+  const bool isThere = isModified() || Load();
+  isInConflict = isThere && base != unsaved.base;
+  isUtf8 = unsaved.isUtf8;
+  hasMark = unsaved.hasMark;
+  const auto size = static_cast<unsigned long>(unsaved.text->size());
+  beginUndoAction();
+  SendScintilla(SCI_TARGETWHOLEDOCUMENT);
+  SendScintilla(SCI_REPLACETARGET, size, unsaved.text->data());
+  endUndoAction();
+  setEolMode(unsaved.text->find("\r\n") != std::string::npos ? EolWindows : EolUnix);
+}
+
 void CodeEditor::KeepMine() {
   known = LookAtDisk();
+  if (const auto bytes = files.ReadWholeFile(path)) base = HashBytes(*bytes);
   isInConflict = false;
 }
 

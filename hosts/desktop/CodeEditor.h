@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QString>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -10,6 +11,7 @@
 #include "hosts/desktop/LineProblems.h"
 #include "hosts/desktop/Scintilla.h"
 #include "hosts/desktop/TextSearch.h"
+#include "hosts/desktop/UnsavedText.h"
 #include "platform/Result.h"
 #include "platform/files/FileSystem.h"
 
@@ -29,6 +31,13 @@ class CodeEditor : public QsciScintilla {
   // Takes the text from the disk; what stood here is gone, the place in it stays.
   Status Load();
   Status Save();
+  // The text as it is now, for Restore.
+  UnsavedText GetUnsaved() const;
+  // Puts in a text that was never saved, as a change of what the file holds, which undo takes back.
+  // If the file isn't the one that the text was made from, the two are in conflict.
+  void Restore(const UnsavedText& unsaved);
+  // Another number after each change of the text.
+  int GetRevision() const { return revision; }
   // Looks whether the file on the disk is another than the one that was read or written last. Then
   // it is read again, unless that would lose changes: the two are in conflict.
   void FollowDisk();
@@ -81,7 +90,9 @@ class CodeEditor : public QsciScintilla {
   bool isUtf8 = true;
   bool hasMark = false;  // the file begins with a byte order mark, which is no part of the text
   bool isInConflict = false;
-  DiskState known;  // of the file as it was read or written last
+  int revision = 0;
+  std::uint64_t base = 0;  // hash of the file's bytes as they were read or written last
+  DiskState known;         // of the file as it was read or written last
 };
 
 }  // namespace tarn::host

@@ -107,13 +107,31 @@ Status CommandRunner::Open(const std::string& path) {
 Status CommandRunner::ReopenWith(const std::vector<FileText>& texts) {
   const std::string path = GetProjectPath();
   if (Status kept = KeepDamaged(texts); !kept) return kept;
-  isOpening = true;
-  const bool isClosed = session.Manager().ProjectClose() != 0;
-  isOpening = false;
-  if (!isClosed) return Error{ErrorCode::Io, "the project can't be closed now", path};
+  if (Status closed = Close(); !closed) return closed;
   const Status written = WriteAll(files, texts);
   const Status opened = Open(path);
   return written ? opened : written;
+}
+
+// Without the news of the project that stands in for none.
+Status CommandRunner::Close() {
+  const std::string path = GetProjectPath();
+  isOpening = true;
+  const bool isClosed = session.Manager().ProjectClose() != 0;
+  isOpening = false;
+  return isClosed ? Status() : Error{ErrorCode::Io, "the project can't be closed now", path};
+}
+
+Status CommandRunner::OpenWithChanges(const std::string& path, const std::string& texts,
+                                      const std::string& bases) {
+  if (path == GetProjectPath()) {
+    if (Status closed = Close(); !closed) return closed;
+  }
+  session.Inspector().StageFileTexts(texts, bases);
+  Status opened = Open(path);
+  // They are for no other open if this one was refused.
+  session.Inspector().StageFileTexts({}, {});
+  return opened;
 }
 
 // What was not read of a file is only there.

@@ -33,6 +33,10 @@ class CommandRunner : public QObject {
   // gone, unless it stands in the texts. When one can't be written, all files are as they were. Not
   // while a build runs.
   Status ReopenWith(const std::vector<FileText>& texts);
+  // Opens a project with changes that were never saved, see InspectorDriver::StageFileTexts; one
+  // that is open already is closed first, which saves it.
+  Status OpenWithChanges(const std::string& path, const std::string& texts,
+                         const std::string& bases);
   // Writes the project's files, for which the server opens it anew: its log is empty then. Not
   // while a build runs.
   void SaveProject();
@@ -87,6 +91,7 @@ class CommandRunner : public QObject {
 
  private:
   void OnMessage(const HostEvent& event);
+  Status Close();
   Status KeepDamaged(const std::vector<FileText>& texts);
   void TakeOptionsLoaded();
   void RestoreState();

@@ -27,6 +27,8 @@ class EditorArea : public QWidget {
   Banner& ProjectBanner() { return *projectBanner; }
   // For what was lost of the project when it was read.
   Banner& DamageBanner() { return *damageBanner; }
+  // For what a save made of other programs' changes.
+  Banner& SaveBanner() { return *saveBanner; }
 
  private:
   // The banner over an editor that is in conflict with its file.
@@ -35,6 +37,7 @@ class EditorArea : public QWidget {
   EditorTabs& editors;
   Banner* projectBanner = nullptr;
   Banner* damageBanner = nullptr;
+  Banner* saveBanner = nullptr;
   Banner* fileBanner = nullptr;
   QStackedWidget* pages = nullptr;
   FindBar* findBar = nullptr;

@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QTabBar>
+#include <algorithm>
 
 #include "hosts/desktop/CodeEditor.h"
 #include "platform/paths/Paths.h"
@@ -37,30 +38,50 @@ bool EditorTabs::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
-bool EditorTabs::OpenFile(const std::string& path, int line) {
+CodeEditor* EditorTabs::Find(const std::string& path) const {
   const QString wanted = QFileInfo(ToQt(path)).canonicalFilePath();
-  CodeEditor* editor = nullptr;
-  for (int index = 0; index < count() && !wanted.isEmpty(); ++index) {
-    if (QFileInfo(ToQt(At(index)->GetPath())).canonicalFilePath() == wanted) editor = At(index);
+  for (int index = 0; index < count(); ++index) {
+    const std::string& present = At(index)->GetPath();
+    const bool isFile = !wanted.isEmpty() && QFileInfo(ToQt(present)).canonicalFilePath() == wanted;
+    if (isFile || present == path) return At(index);
   }
+  return nullptr;
+}
+
+bool EditorTabs::OpenFile(const std::string& path, int line) {
+  CodeEditor* editor = Find(path);
   if (editor == nullptr) {
     editor = new CodeEditor(files, path);
     if (!Load(*editor)) {
       delete editor;
       return false;
     }
-    const int index = addTab(editor, {});
-    setTabToolTip(index, ToQt(path));
-    connect(editor, &QsciScintilla::modificationChanged, this, [this] { ShowNames(); });
-    editor->onFollowName = [this] {
-      if (onFollowName) onFollowName();
-    };
-    zoom.Add(*editor);
-    if (onOpened) onOpened(*editor);
+    Add(*editor);
   }
   setCurrentWidget(editor);
   if (line > 0) editor->GoToLine(line);
   return true;
+}
+
+// Takes the editor, which has its text.
+void EditorTabs::Add(CodeEditor& editor) {
+  const int index = addTab(&editor, {});
+  setTabToolTip(index, ToQt(editor.GetPath()));
+  connect(&editor, &QsciScintilla::modificationChanged, this, [this] { ShowNames(); });
+  editor.onFollowName = [this] {
+    if (onFollowName) onFollowName();
+  };
+  zoom.Add(editor);
+  if (onOpened) onOpened(editor);
+}
+
+void EditorTabs::OpenUnsaved(const UnsavedText& unsaved) {
+  CodeEditor* editor = Find(unsaved.path);
+  const bool isNew = editor == nullptr;
+  if (isNew) editor = new CodeEditor(files, unsaved.path);
+  editor->Restore(unsaved);
+  if (isNew) Add(*editor);
+  setCurrentWidget(editor);
 }
 
 bool EditorTabs::SaveAll() {
@@ -118,18 +139,25 @@ QStringList EditorTabs::Describe() const {
   return description;
 }
 
-void EditorTabs::Restore(const QStringList& description) {
+void EditorTabs::Restore(const QStringList& description, const std::vector<UnsavedText>& unsaved) {
   CodeEditor* inView = nullptr;
   for (QString entry : description) {
     const bool isInView = entry.startsWith('*');
     if (isInView) entry.remove(0, 1);
     const std::string path = FromQt(entry.section(':', 2));
-    if (!files.Examine(path) || !OpenFile(path, 0)) continue;
+    const auto text = std::find_if(unsaved.begin(), unsaved.end(),
+                                   [&](const UnsavedText& each) { return each.path == path; });
+    if (text != unsaved.end()) {
+      OpenUnsaved(*text);
+    } else if (!files.Examine(path) || !OpenFile(path, 0)) {
+      continue;
+    }
     Current()->setCursorPosition(entry.section(':', 0, 0).toInt(),
                                  entry.section(':', 1, 1).toInt());
     if (isInView) inView = Current();
   }
   if (inView != nullptr) setCurrentWidget(inView);
+  if (onConflict) onConflict();
 }
 
 void EditorTabs::FollowDisk() {

@@ -5,9 +5,11 @@
 #include <QTabWidget>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "hosts/desktop/EditorZoom.h"
 #include "hosts/desktop/FileWatch.h"
+#include "hosts/desktop/UnsavedText.h"
 #include "platform/files/FileSystem.h"
 
 namespace tarn::host {
@@ -37,9 +39,10 @@ class EditorTabs : public QTabWidget {
   bool MayCloseAll();
   // Closes without a question; texts that are not saved stay open if so wanted.
   void CloseAll(bool keepModified);
-  // The open files and the places in them, for Restore. Files that are gone are left out there.
+  // The open files and the places in them, for Restore. Files that are gone are left out there,
+  // except for those that have a text among the unsaved ones: these come back as changes.
   QStringList Describe() const;
-  void Restore(const QStringList& description);
+  void Restore(const QStringList& description, const std::vector<UnsavedText>& unsaved = {});
   // Looks for files that changed on the disk; for the time when the window comes to the front.
   void FollowDisk();
   CodeEditor* Current() const;
@@ -60,6 +63,9 @@ class EditorTabs : public QTabWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  CodeEditor* Find(const std::string& path) const;
+  void Add(CodeEditor& editor);
+  void OpenUnsaved(const UnsavedText& unsaved);
   bool Load(CodeEditor& editor);
   bool Save(CodeEditor& editor);
   bool MayClose(CodeEditor& editor);

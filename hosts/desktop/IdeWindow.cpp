@@ -18,11 +18,13 @@
 
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/CodeEditor.h"
+#include "hosts/desktop/CrashRecovery.h"
 #include "hosts/desktop/EditMenu.h"
 #include "hosts/desktop/EditorArea.h"
 #include "hosts/desktop/EditorStatus.h"
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/FindingsPane.h"
+#include "hosts/desktop/JournalKeeper.h"
 #include "hosts/desktop/OptionsWindow.h"
 #include "hosts/desktop/StatusProgress.h"
 #include "hosts/desktop/TreeFilter.h"
@@ -96,6 +98,8 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
 // The server's windows go before the docks that hold them, and the options before the server that
 // they ask: a window that goes takes the keyboard out of its fields.
 IdeWindow::~IdeWindow() {
+  recovery.reset();
+  journal.reset();
   notices.reset();
   project.reset();
   frame.Answer(kMsgPaneCaption, {});
@@ -128,7 +132,9 @@ void IdeWindow::AddCentre() {
   area = new EditorArea(*editors, *welcome, this);
   setCentralWidget(area);
   project = std::make_unique<ProjectActions>(*this, files, *session, *runner, *editors,
-                                             area->ProjectBanner(), area->DamageBanner());
+                                             area->ProjectBanner(), area->DamageBanner(),
+                                             area->SaveBanner());
+  project->onShowFile = [this](const std::string& path) { OpenFile(path, 0); };
   runner->mayChange = [this] { return project->MayChange(); };
   project->onRecentChanged = [welcome] { welcome->FillRecent(); };
   welcome->onOpen = [this] { project->Choose(); };
@@ -149,6 +155,17 @@ void IdeWindow::AddStatusBar() {
   notices->isBuilding = [this] { return runner->IsBuilding(); };
   notices->openText = [this](const std::string& path) { OpenFile(path, 0); };
   statusBar()->addPermanentWidget(new EditorStatus(*editors, this));
+}
+
+// What isn't saved outlives a crash of this window; what others have left is offered as soon as the
+// loop runs.
+void IdeWindow::AddJournal() {
+  TakenJournals taken = TakeJournals(files, JoinPath(session->GetFolders().data, "journal"));
+  journal = std::make_unique<JournalKeeper>(taken, *session, *editors, *statusBar());
+  journal->onTabsChanged = [this] { project->KeepEditors(); };
+  recovery = std::make_unique<CrashRecovery>(*this, files, *project, *editors, *journal,
+                                             std::move(taken.left));
+  QTimer::singleShot(0, recovery.get(), [this] { recovery->Offer(); });
 }
 
 // What leads from what is known of the sources to their lines.
@@ -231,6 +248,7 @@ bool IdeWindow::Start() {
   AddFindingsDock(*navigation);
   surface->LoadPopups(files, session->GetFolders().ConfigFile(files));
   layout.Restore();
+  AddJournal();
   connect(&refreshTimer, &QTimer::timeout, this, [this] {
     project->Note();
     setWindowModified(project->HasUnsaved());
@@ -314,7 +332,12 @@ void IdeWindow::closeEvent(QCloseEvent* event) {
   if (!runner->IsBuilding()) {
     layout.Save();
     options->KeepLayout();
-    project->Leave() ? event->accept() : event->ignore();
+    if (project->Leave()) {
+      if (journal) journal->End();
+      event->accept();
+    } else {
+      event->ignore();
+    }
     return;
   }
   isClosing = true;

@@ -27,6 +27,8 @@ class QMenu;
 
 namespace tarn::host {
 
+class CrashRecovery;
+class JournalKeeper;
 class OptionsWindow;
 class EditorArea;
 class FindingsPane;
@@ -67,6 +69,7 @@ class IdeWindow : public QMainWindow {
   void AddCentre();
   void AddStatusBar();
   void AddProblems();
+  void AddJournal();
   void AddMenus();
   void AddOptionsDock();
   void AddFindingsDock(QMenu& menu);
@@ -89,6 +92,8 @@ class IdeWindow : public QMainWindow {
   std::unique_ptr<DeclarationSearch> declarations;
   std::unique_ptr<CommandRunner> runner;
   std::unique_ptr<ProjectActions> project;
+  std::unique_ptr<JournalKeeper> journal;  // from Start on
+  std::unique_ptr<CrashRecovery> recovery;
   MenuCommands menuCommands;
   std::unique_ptr<ServerSurface> surface;
   FileSystem& files;

@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QScopedValueRollback>
+#include <QThread>
 #include <QTimer>
 
 #include "hosts/desktop/Banner.h"
@@ -33,11 +34,36 @@ void Warn(QWidget& window, const Error& error) {
   }
 }
 
+// The right to change the files of a project, for as long as it lives: what was found in them stays
+// true until they are written.
+class EditRight {
+ public:
+  EditRight(InspectorDriver& inspectorDriver, const std::string& project)
+      : inspector(inspectorDriver) {
+    constexpr int kMostTries = 40;
+    constexpr unsigned long kBetweenTries = 50;  // milliseconds
+    for (int i = 0; i < kMostTries && !isTaken; ++i) {
+      if (i > 0) QThread::msleep(kBetweenTries);
+      isTaken = inspector.TryLockProject(project).empty();
+    }
+  }
+  ~EditRight() { inspector.UnlockProject(); }
+  EditRight(const EditRight&) = delete;
+  EditRight& operator=(const EditRight&) = delete;
+
+  bool IsTaken() const { return isTaken; }
+
+ private:
+  InspectorDriver& inspector;
+  bool isTaken = false;
+};
+
 }  // namespace
 
 ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
                                BuildSession& buildSession, CommandRunner& commandRunner,
-                               EditorTabs& editorTabs, Banner& projectBanner, Banner& damageBanner)
+                               EditorTabs& editorTabs, Banner& projectBanner, Banner& damageBanner,
+                               Banner& saveBanner)
     : window(parentWindow),
       files(fileSystem),
       session(buildSession),
@@ -45,11 +71,15 @@ ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
       editors(editorTabs),
       banner(projectBanner),
       damage(parentWindow, buildSession, damageBanner),
+      saves(parentWindow, saveBanner),
       history(
           buildSession.Inspector(),
           [this](const FileChanges& changes) { return runner.ReopenWith(TextsAfter(changes)); },
           [this] { return runner.IsBuilding(); }),
       watch(fileSystem, this) {
+  saves.onShowFile = [this](const std::string& path) {
+    if (onShowFile) onShowFile(path);
+  };
   banner.onFirst = [this] { Reload(); };
   banner.onSecond = [this] {
     watch.Follow(editorsProject);
@@ -70,6 +100,24 @@ void ProjectActions::Open(const std::string& path) {
   Load(path);
 }
 
+bool ProjectActions::OpenWithChanges(const std::string& path, const std::string& texts,
+                                     const std::string& bases) {
+  const bool isOpen = path == runner.GetProjectPath();
+  // A journal may have been restored already.
+  if (isOpen && (texts.empty() || texts == session.Inspector().GetFileTexts())) return true;
+  // Editors with changes stay open.
+  if (!IsFree() || !MayClose()) return false;
+  KeepEditors();
+  if (texts.empty()) return Load(path);
+  const Status opened = runner.OpenWithChanges(path, texts, bases);
+  if (!opened) {
+    Warn(window, tr("%1 can't be opened.").arg(ToQt(path)), opened.GetError().text);
+    return false;
+  }
+  watch.Expect(ParseFileTexts(bases));
+  return true;
+}
+
 bool ProjectActions::IsFree() {
   if (!runner.IsBuilding()) return true;
   QMessageBox::information(&window, tr("Tarn"),
@@ -77,13 +125,15 @@ bool ProjectActions::IsFree() {
   return false;
 }
 
-void ProjectActions::Load(const std::string& path) {
+bool ProjectActions::Load(const std::string& path) {
   const Status opened = runner.Open(path);
-  if (opened) return;
+  TellWhatIsNotSaved(session.TakeSaveReport());
+  if (opened) return true;
   Warn(window, tr("%1 can't be opened.").arg(ToQt(path)), opened.GetError().text);
-  if (files.Exists(path)) return;
+  if (files.Exists(path)) return false;
   RecentProjects::Remove(ToQt(path));
   if (onRecentChanged) onRecentChanged();
+  return false;
 }
 
 void ProjectActions::Choose() {
@@ -124,26 +174,31 @@ void ProjectActions::OpenExample(const Example& example) {
 }
 
 void ProjectActions::SaveAll() {
-  if (!editors.SaveAll() || !HasChanged() || !damage.MayGoOn()) return;
+  if (!editors.SaveAll() || !HasUnsaved() || !damage.MayGoOn()) return;
   history.Note();
   session.TakeLogLines();
   runner.SaveProject();
-  TellWhatIsNotSaved();
+  const SaveReport report = session.TakeSaveReport();
+  saves.Show(report);
+  TellWhatIsNotSaved(report);
 }
 
 bool ProjectActions::Leave() {
   if (!MayClose()) return false;
   KeepEditors();
   session.TakeLogLines();
-  if (session.HasProject() && session.Manager().ProjectClose() == 0) return false;
-  TellWhatIsNotSaved();
+  if (!session.HasProject()) return true;
+  if (session.Manager().ProjectClose() == 0) return false;
+  const SaveReport report = session.TakeSaveReport();
+  TellWhatIsNotSaved(report);
+  saves.ShowConflictsNow(report);
   return true;
 }
 
 // The server saves without a word, and says in its log where it has put what it couldn't save.
-void ProjectActions::TellWhatIsNotSaved() {
+void ProjectActions::TellWhatIsNotSaved(const SaveReport& report) {
   std::string reasons;
-  for (const std::string& line : session.TakeSaveReport().problems) {
+  for (const std::string& line : report.problems) {
     reasons.append(reasons.empty() ? "" : "\n") += line;
   }
   if (!reasons.empty()) {
@@ -186,8 +241,8 @@ void ProjectActions::Follow() {
   const std::string path = runner.GetProjectPath();
   banner.hide();
   damage.Follow();
+  saves.Show(session.TakeSaveReport());
   watch.Follow(path);
-  openedAs = session.Inspector().GetChangeCount();
   // What another program has written can't be told from a step.
   if (!history.Refresh()) history.Clear();
   if (path == editorsProject) return;
@@ -206,7 +261,7 @@ void ProjectActions::Note() {
 }
 
 bool ProjectActions::HasUnsaved() {
-  return !runner.GetProjectPath().empty() && HasChanged();
+  return !runner.GetProjectPath().empty() && session.Inspector().IsModified() != 0;
 }
 
 void ProjectActions::KeepEditors() {
@@ -215,12 +270,36 @@ void ProjectActions::KeepEditors() {
 
 void ProjectActions::Reload() {
   if (runner.IsBuilding()) return;
-  if (const Status opened = runner.ReopenWith(watch.GetChanged()); !opened) {
-    Warn(window, opened.GetError());
+  if (HasUnsaved()) {
+    const auto answer = QMessageBox::question(
+        &window, tr("Tarn"),
+        tr("The project has changes that are not saved.\n\nSaving puts them together with the "
+           "changes of the other program."),
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    if (answer == QMessageBox::Save) SaveAll();
+    if (answer != QMessageBox::Discard) return;
   }
+  if (const Status taken = TakeFromDisk(); !taken) Warn(window, taken.GetError());
+}
+
+Error ProjectActions::DescribeBusy() {
+  return {ErrorCode::Busy, FromQt(tr("Another program is changing the project.")), {}};
+}
+
+// The close saves the changes that are to be dropped, so the files are put back as they are now.
+Status ProjectActions::TakeFromDisk() {
+  const EditRight right(session.Inspector(), runner.GetProjectPath());
+  if (!right.IsTaken()) return DescribeBusy();
+  return runner.ReopenWith(HasUnsaved() ? watch.GetPresent() : std::vector<FileText>());
 }
 
 void ProjectActions::Go(Status (ProjectHistory::*way)()) {
+  if (runner.GetProjectPath().empty()) return;
+  const EditRight right(session.Inspector(), runner.GetProjectPath());
+  if (!right.IsTaken()) {
+    Warn(window, DescribeBusy());
+    return;
+  }
   // What another program has written is to be decided on first.
   if (!watch.GetChanged().empty()) {
     watch.Look();

@@ -9,6 +9,7 @@
 #include "hosts/desktop/CommandRunner.h"
 #include "hosts/desktop/DamageNotice.h"
 #include "hosts/desktop/ProjectWatch.h"
+#include "hosts/desktop/SaveNotice.h"
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/ProjectHistory.h"
 #include "platform/files/FileSystem.h"
@@ -33,10 +34,15 @@ class ProjectActions : public QObject {
  public:
   ProjectActions(QWidget& parentWindow, FileSystem& fileSystem, BuildSession& buildSession,
                  CommandRunner& commandRunner, EditorTabs& editorTabs, Banner& projectBanner,
-                 Banner& damageBanner);
+                 Banner& damageBanner, Banner& saveBanner);
 
   // Another project takes the place of this one.
   void Open(const std::string& path);
+  // The same with changes that were never saved, also if it is the project that is open. Both texts
+  // are in the form of InspectorDriver::GetFileTexts, `bases` as the files were without the
+  // changes; without any it is just opened. False if it could not be opened, which the user has
+  // been told, or the user would rather stay.
+  bool OpenWithChanges(const std::string& path, const std::string& texts, const std::string& bases);
   void Choose();
   void New();
   void OpenExample(const Example& example);
@@ -60,19 +66,23 @@ class ProjectActions : public QObject {
   bool MayChange() { return damage.MayGoOn(); }
   // Something has changed since it was opened or saved.
   bool HasUnsaved();
+  // Stores which files are open, for the next time.
+  void KeepEditors();
 
   // The list of recent projects has changed.
   std::function<void()> onRecentChanged;
+  // The user wants to see a file that a save has kept.
+  std::function<void(const std::string& path)> onShowFile;
 
  private:
   // False while a build runs, which the user has been told.
   bool IsFree();
   bool MayClose() { return !HasUnsaved() || damage.MayClose(); }
-  void Load(const std::string& path);
-  void KeepEditors();
-  void TellWhatIsNotSaved();
+  bool Load(const std::string& path);
+  void TellWhatIsNotSaved(const SaveReport& report);
   void Reload();
-  bool HasChanged() { return session.Inspector().GetChangeCount() != openedAs; }
+  Status TakeFromDisk();
+  static Error DescribeBusy();
   void Go(Status (ProjectHistory::*way)());
 
   QWidget& window;
@@ -82,9 +92,9 @@ class ProjectActions : public QObject {
   EditorTabs& editors;
   Banner& banner;
   DamageNotice damage;
+  SaveNotice saves;
   ProjectHistory history;
   ProjectWatch watch;
-  std::int32_t openedAs = 0;   // change count of the project's files
   std::string editorsProject;  // whose files the editors show; empty for none
   bool isDiscarding = false;   // texts that are not saved may go with their project
 };

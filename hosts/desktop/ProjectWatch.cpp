@@ -28,6 +28,12 @@ void ProjectWatch::Follow(const std::string& projectPath) {
   Watch();
 }
 
+void ProjectWatch::Expect(const std::vector<FileText>& versions) {
+  for (const FileText& each : versions) known[each.path] = HashBytes(each.text);
+  Watch();
+  Look();
+}
+
 void ProjectWatch::Include(const std::vector<FileText>& projectFiles) {
   for (const FileText& each : projectFiles) {
     if (!known.contains(each.path)) Note(each.path);
@@ -45,12 +51,20 @@ void ProjectWatch::Watch() {
   watch.SetFiles(paths);
 }
 
-std::vector<FileText> ProjectWatch::GetChanged() const {
-  std::vector<FileText> changed;
+std::vector<FileText> ProjectWatch::GetPresent() const {
+  std::vector<FileText> present;
   for (const auto& [path, hash] : known) {
-    const auto text = files.ReadWholeFile(path);
-    if (text && HashBytes(*text) != hash) changed.push_back({path, *text});
+    auto text = files.ReadWholeFile(path);
+    if (text) present.push_back({path, std::move(*text)});
   }
+  return present;
+}
+
+std::vector<FileText> ProjectWatch::GetChanged() const {
+  std::vector<FileText> changed = GetPresent();
+  std::erase_if(changed, [this](const FileText& each) {
+    return HashBytes(each.text) == known.at(each.path);
+  });
   return changed;
 }
 

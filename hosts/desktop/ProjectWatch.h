@@ -22,6 +22,8 @@ class ProjectWatch : public QObject {
   // The project has just been opened; an empty path for none. Also to take what is on the disk for
   // known.
   void Follow(const std::string& projectPath);
+  // The project was opened with these versions of its files: others on the disk count as changed.
+  void Expect(const std::vector<FileText>& versions);
   // These belong to the project by now; those among them that are on the disk are followed, too.
   void Include(const std::vector<FileText>& projectFiles);
   // Looks now; for the time when the window comes to the front.
@@ -29,6 +31,8 @@ class ProjectWatch : public QObject {
   // The files that are others than those that were opened, as they are now; without those that
   // are gone.
   std::vector<FileText> GetChanged() const;
+  // All files as they are now, in the same way.
+  std::vector<FileText> GetPresent() const;
 
   std::function<void()> onChanged;
 

@@ -10,6 +10,11 @@ SaveReport ParseSaveReport(const std::string& xml) {
   if (root == nullptr) return report;
   for (const CXmlNode* file : root->GetChildren()) {
     const bool isSaved = AttributeOf(file, "Problem").empty();
+    if (isSaved) {
+      report.written.push_back({AttributeOf(file, "Path"), AttributeOf(file, "Copy"),
+                                AttributeOf(file, "Merged") == "Yes",
+                                AttributeOf(file, "CopyReason") == "damaged"});
+    }
     std::vector<std::string>& lines = isSaved ? report.notes : report.problems;
     for (const CXmlNode* each : file->GetChildren()) {
       if (each->NameView() == "Line") {

@@ -13,11 +13,26 @@ struct SaveReport {
     std::string place;  // labels below the root; empty for the file itself
     std::string text;
     std::string copy;  // of the other version
+
+    bool operator==(const Conflict&) const = default;
+  };
+
+  // A file that another program had changed, or that was read only in part.
+  struct File {
+    std::string path;
+    std::string copy;       // of what it held before; empty if none was needed
+    bool isMerged = false;  // it has the other program's changes as well
+    bool wasDamaged = false;
+
+    bool operator==(const File&) const = default;
   };
 
   std::vector<std::string> problems;  // lines about what was not saved
   std::vector<std::string> notes;     // lines about what was
   std::vector<Conflict> conflicts;
+  std::vector<File> written;  // the files that the notes are about
+
+  bool operator==(const SaveReport&) const = default;
 };
 
 // Reads the inspector's answer.

@@ -136,6 +136,15 @@ class InspectorDriver : public COleDispatchDriver {
   std::int32_t GetChangeCount() { return InvokeLong(16, {}); }
   // The project's files as a save would write them: "<bytes> <path>\n" and the bytes, of each.
   std::string GetFileTexts() { return InvokeText(17, {}); }
+  // What these files held when they were read or written last, in the same form.
+  std::string GetBaseTexts() { return InvokeText(67, {}); }
+  // The next project that is opened takes these texts as changes that are not saved, made of what
+  // the files held as `bases`.
+  void StageFileTexts(const std::string& texts, const std::string& bases) {
+    InvokeHelper(68, {texts, bases});
+  }
+  // Not 0 if a save has anything to write.
+  std::int32_t IsModified() { return InvokeLong(69, {}); }
   // What was lost when the project's files were read, as XML.
   std::string GetDamage() { return InvokeText(21, {}); }
   std::string GetFailedDamage() { return InvokeText(25, {}); }

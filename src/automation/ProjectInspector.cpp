@@ -218,6 +218,9 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::AllowOutside>("AllowOutside", 63, {"allow"}),
       Method<&I::GetApplications>("GetApplications", 73, {}),
       Method<&I::ApplyChange>("ApplyChange", 64, {"before", "after"}),
+      Method<&I::GetBaseTexts>("GetBaseTexts", 67, {}),
+      Method<&I::StageFileTexts>("StageFileTexts", 68, {"texts", "bases"}),
+      Method<&I::IsModified>("IsModified", 69, {}),
       Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
   });
   return table;
@@ -494,6 +497,26 @@ std::string CProjectInspector::ApplyChange(const char* before, const char* after
     lines += (lines.empty() ? "" : "\n") + each;
   }
   return lines;
+}
+
+std::string CProjectInspector::GetBaseTexts() {
+  const CProjectModel* model = Model();
+  if (model == nullptr || model->IsDefaultProject()) return {};
+  return JoinFileTexts(model->GetBaseTexts());
+}
+
+std::int32_t CProjectInspector::StageFileTexts(const char* texts, const char* bases) {
+  CProjectModel* model = Model();
+  const auto changed = SplitFileTexts(TextOf(texts));
+  const auto former = SplitFileTexts(TextOf(bases));
+  if (model == nullptr || !changed || !former) return 0;
+  model->StageFiles(*changed, *former);
+  return 1;
+}
+
+std::int32_t CProjectInspector::IsModified() {
+  const CProjectModel* model = Model();
+  return model != nullptr && !model->IsDefaultProject() && model->HasUnsaved() ? 1 : 0;
 }
 
 std::string CProjectInspector::ExplainOption(const char* set, const char* section,

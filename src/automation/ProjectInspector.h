@@ -62,6 +62,15 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // The project's files as a save would write them now: of each the count of its bytes, a blank,
   // its path and a line feed, then the bytes. Empty for the default project.
   std::string GetFileTexts();
+  // What these files held when they were read or written last, in the same form.
+  std::string GetBaseTexts();
+  // The next project that is opened takes these texts, in the form of GetFileTexts, instead of what
+  // its files hold: as changes that are not saved. `bases` is what the files held when the changes
+  // were made, in the same form; a save merges them with what the files hold by then. 0 before
+  // Attach, and if a list is damaged.
+  std::int32_t StageFileTexts(const char* texts, const char* bases);
+  // 1 if a save has anything to write.
+  std::int32_t IsModified();
   // What was lost when the project's files were read: an element `Damage` with an element `Place`
   // for each position, with the attributes `File`, `Line` (0 for the file as a whole) and `Text`.
   std::string GetDamage();

@@ -84,6 +84,7 @@ std::vector<std::string> CProjectModel::MergeChange(const std::vector<FileText>&
       const std::string* const last = guard.LastTextOf(each.path);
       const std::string& known = last == nullptr ? each.text : *last;
       text = disk ? MergeTexts(each.path, known, *disk, each.text, problems) : each.text;
+      if (disk) result.former.NoteRead(each.path, *disk, false);
     }
     CXmlNode tree;
     if (!ReadWholeTree(text, tree)) problems.push_back(each.path + " can't be read");
@@ -91,11 +92,26 @@ std::vector<std::string> CProjectModel::MergeChange(const std::vector<FileText>&
   return problems;
 }
 
+std::vector<FileText> CProjectModel::GetBaseTexts() const {
+  std::vector<FileText> texts;
+  for (const auto& [path, text] : guard.GetKnown()) texts.push_back({path, text});
+  return texts;
+}
+
+void CProjectModel::StageFiles(const std::vector<FileText>& texts,
+                               const std::vector<FileText>& bases) {
+  staged = std::make_unique<ReplacedFiles>(ReplacedFiles{{}, FileGuard(files)});
+  for (const FileText& each : texts) staged->texts[each.path] = each.text;
+  for (const FileText& each : bases) {
+    CXmlNode tree;
+    staged->former.NoteRead(each.path, each.text, !ReadWholeTree(each.text, tree));
+  }
+}
+
 // Opens the project that was closed just now. Returns whether it is open.
 bool CProjectModel::Reload(const std::string& path, const ReplacedFiles& texts) {
-  replaced = &texts;
+  staged = std::make_unique<ReplacedFiles>(texts);
   const std::int32_t opened = OpenProject(path.c_str(), 0);
-  replaced = nullptr;
   if (opened) NoteModified();
   return opened != 0;
 }

@@ -39,8 +39,6 @@ void FileGuard::TakeOver(const FileGuard& former, const std::string& path) {
   forms[path] = std::move(known[path]);
   if (const std::string* const text = former.TextOf(path)) {
     known[path] = *text;
-  } else if (const Result<std::string> disk = files.ReadWholeFile(path)) {
-    known[path] = *disk;
   } else {
     known.erase(path);
   }

@@ -27,10 +27,12 @@ class FileGuard {
   const std::string* TextOf(const std::string& path) const;
   // The same, also for a file that the project had only before it was read again.
   const std::string* LastTextOf(const std::string& path) const;
+  // All of these, by path.
+  const std::map<std::string, std::string>& GetKnown() const { return known; }
   // The file holds what nobody has in memory: it is not to be overwritten.
   void NoteUntouchable(const std::string& path) { untouchable.insert(path); }
-  // The text that was noted as read is not from the disk: what `former` knows of the file, or else
-  // what the disk has now, takes its place.
+  // The text that was noted as read is not from the disk: what `former` knows of the file takes its
+  // place.
   void TakeOver(const FileGuard& former, const std::string& path);
   // The text whose form a save of the file follows: the one that was taken over, or TextOf.
   const std::string* FormOf(const std::string& path) const;

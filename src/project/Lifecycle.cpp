@@ -93,6 +93,7 @@ bool CProjectModel::IsOpenAs(const std::string& path) const {
 }
 
 std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault) {
+  const std::unique_ptr<ReplacedFiles> changes = std::exchange(staged, nullptr);
   if (propertyManager == nullptr || output == nullptr || isClosing) return 0;
   if (!CanStartOperation()) return 0;
   // A project can be open and hold nothing but its own options and attributes.
@@ -123,8 +124,10 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   if (isDefaultProject == 0) failedDamage.clear();
   // A handler of the log's messages may open a project while another is being read.
   std::vector<std::string> outer = std::exchange(loadingFiles, {});
+  const ReplacedFiles* const outerReplaced = std::exchange(replaced, changes.get());
   const std::int32_t loaded = LoadTreeFile(*projectRoot, projectPath);
   loadingFiles = std::move(outer);
+  replaced = outerReplaced;
   if (!loaded) {
     if (projectEpoch != opened) return 0;
     if (isDefaultProject == 0) failedDamage = std::exchange(damage, {});
@@ -132,7 +135,7 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
     return 0;
   }
   if (projectEpoch != opened) return 0;
-  modified = 0;
+  modified = changes != nullptr && changes->Find(projectPath) != nullptr ? 1 : 0;
   ++changeCount;
   publishingStopped = false;
   shapeChanged = false;

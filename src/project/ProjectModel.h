@@ -123,6 +123,8 @@ class CProjectModel {
   bool IsOpen() const { return isOpen; }
   bool IsDefaultProject() const { return isDefaultProject != 0; }
   bool IsModified() const { return modified != 0; }
+  // Returns whether a save has anything to write.
+  bool HasUnsaved() const { return isOpen && (modified != 0 || shapeChanged); }
   // Siblings changed places.
   void NoteReordered() {
     NoteModified();
@@ -166,6 +168,13 @@ class CProjectModel {
   const std::vector<SavedFile>& GetSavedFiles() const { return savedFiles; }
   // The user agrees to files outside the project's folder being written.
   void AllowOutside(bool isAllowed) { writesOutside = isAllowed; }
+
+  // What the files held when they were read or written last.
+  std::vector<FileText> GetBaseTexts() const;
+  // The next project that is opened takes these texts instead of what its files hold, as changes
+  // that are not saved: a save of them merges with what the files hold by then. `bases` is what the
+  // files held when the changes were made; none for a new file.
+  void StageFiles(const std::vector<FileText>& texts, const std::vector<FileText>& bases);
 
   // Lifecycle (Lifecycle.cpp).
   std::int32_t OpenProject(const char* path, std::int32_t isDefault);
@@ -487,7 +496,8 @@ class CProjectModel {
   std::uint64_t publishEpoch = 0;           // counts that, and what takes published marks away
   std::uint64_t outputEpoch = 0;            // counts that, and changes of output files
   std::vector<std::string> loadingFiles;    // the chain of files being read
-  const ReplacedFiles* replaced = nullptr;  // read in place of what the disk has
+  std::unique_ptr<ReplacedFiles> staged;    // for the next open
+  const ReplacedFiles* replaced = nullptr;  // of the project that is being read
   std::vector<SavedFile> savedFiles;      // of the last save or close, if there is anything to say
   std::set<std::string> mayWriteOutside;  // files outside the project's folder
   bool textLost = false;                  // a text could neither be saved nor rescued

@@ -413,6 +413,13 @@ void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<Pending
   }
   if (!file.plan.isNeeded) {
     guard.NoteWritten(file.absolute, file.plan.text);
+    // What was changed here may have given way to what the file holds.
+    if (!file.plan.conflicts.empty()) {
+      SavedFile& report = savedFiles.emplace_back();
+      report.path = file.absolute;
+      report.isMerged = true;
+      report.conflicts = file.plan.conflicts;
+    }
   } else if (!CheckFileAccess(files, file.absolute, kMustBeWritable | kCreateFolder, *output)) {
     LoseNothing(file, "it or its folder can't be written");
     return;  // the log has a row on that

@@ -87,6 +87,9 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"AllowOutside", 63, {0}, "0", "1"},
       {"GetApplications", 73, {}, "''", "'\r\n<Project/>'"},
       {"ApplyChange", 64, {"", ""}, "'no project manager'", "'no project is open'"},
+      {"GetBaseTexts", 67, {}, "''", "''"},
+      {"StageFileTexts", 68, {"", ""}, "0", "1"},
+      {"IsModified", 69, {}, "0", "0"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
@@ -261,6 +264,60 @@ TEST_F(Inspector, GivesTheFilesAsASaveWritesThemAndTellsOfEachChange) {
         << texts << '\n'
         << bytes;
   }
+}
+
+TEST_F(Inspector, OpensAProjectWithChangesThatWereNeverSavedAndMergesThemAtASave) {
+  Open();
+  const std::string before = *world.disk.BytesOf("/p/demo.tapp");
+  Ask(8, {"main.c", ""});
+  EXPECT_EQ(Ask(69), "0");
+  EXPECT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Tool", "own"}), "1");
+  EXPECT_EQ(Ask(69), "1");
+  const auto unquoted = [](const std::string& text) { return text.substr(1, text.size() - 2); };
+  const std::string texts = unquoted(Ask(17));
+  const std::string bases = unquoted(Ask(67));
+  ASSERT_EQ(world.Call("ProjectClose"), "1");
+  EXPECT_EQ(Ask(69), "0");
+  // As if the process had been killed; then another program adds a file.
+  std::string theirs = before;
+  theirs.insert(theirs.rfind("</"), "<C Header=\"theirs.c\" Path=\".\\theirs.c\" />");
+  world.disk.AddFile("/p/demo.tapp", theirs);
+  EXPECT_EQ(Ask(68, {texts + "9 cut", bases}), "1");
+  ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+  EXPECT_EQ(Ask(69), "1");
+  EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), theirs);
+  EXPECT_EQ(unquoted(Ask(17)), texts);
+  EXPECT_EQ(Ask(3).find("theirs.c"), std::string::npos);
+  ASSERT_EQ(world.Call("ProjectSave"), "1");
+  EXPECT_EQ(Ask(69), "0");
+  const std::string saved = *world.disk.BytesOf("/p/demo.tapp");
+  EXPECT_NE(saved.find("theirs.c"), std::string::npos) << saved;
+  EXPECT_NE(saved.find("Value=\"own\""), std::string::npos) << saved;
+  EXPECT_NE(Ask(62).find("Merged=\"Yes\""), std::string::npos) << Ask(62);
+  EXPECT_FALSE(world.disk.BytesOf("/p/demo.tapp.orig").has_value());
+
+  // Only the next open takes them, and also where a file is gone.
+  ASSERT_EQ(world.Call("ProjectClose"), "1");
+  ASSERT_TRUE(world.disk.RemoveFile("/p/demo.tapp"));
+  Ask(68, {texts, bases});
+  ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
+  EXPECT_NE(Ask(3).find("main.c"), std::string::npos);
+  ASSERT_EQ(world.Call("ProjectSave"), "1");
+  EXPECT_NE(world.disk.BytesOf("/p/demo.tapp")->find("Value=\"own\""), std::string::npos);
+}
+
+TEST_F(Inspector, ReportsAConflictAlsoIfTheFileStaysAsAnotherProgramWroteIt) {
+  Open();
+  EXPECT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Tool", "own"}), "1");
+  ASSERT_EQ(world.Call("ProjectSave"), "1");
+  std::string theirs = *world.disk.BytesOf("/p/demo.tapp");
+  ASSERT_EQ(world.Call("RemoveItem", {"main.c"}), "1");
+  const std::size_t custom = theirs.find("kept");
+  ASSERT_NE(custom, std::string::npos) << theirs;
+  world.disk.AddFile("/p/demo.tapp", theirs.replace(custom, 4, "changed"));
+  ASSERT_EQ(world.Call("ProjectSave"), "1");
+  EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), theirs);
+  EXPECT_NE(Ask(62).find("removed here, changed there"), std::string::npos) << Ask(62);
 }
 
 TEST_F(Inspector, ListsTheTargetsOfTheRegistryOrOfTheInstallation) {

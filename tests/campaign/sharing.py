@@ -34,6 +34,34 @@ def write_project(folder, groups, files):
                    'Path=".\\fw.tapp" />\r\n</Project>')
 
 
+class Desktop:
+    """The desktop program with the project open, driven by lines (tests/desktop/driver)."""
+
+    def __init__(self, world, program):
+        environment = dict(world.environment(), QT_QPA_PLATFORM="offscreen")
+        self.process = subprocess.Popen([os.path.abspath(program)], cwd=world.project, env=environment, text=True,
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        stderr=subprocess.DEVNULL)
+        self.pending = 0
+        self.start("open " + os.path.join(world.project, "fw.tprj"))
+        self.finish()
+
+    def start(self, *lines):
+        self.process.stdin.write("".join(line + "\n" for line in lines))
+        self.process.stdin.flush()
+        self.pending += len(lines)
+
+    def finish(self):
+        """Waits for the answers to all lines; those that aren't "ok"."""
+        answers = [self.process.stdout.readline().strip() for _ in range(self.pending)]
+        self.pending = 0
+        return [each for each in answers if each != "ok"]
+
+    def close(self):
+        self.process.stdin.close()
+        self.process.wait()
+
+
 class Change:
     """A change by the command line, and the text that the project's files must have afterwards."""
 
@@ -55,11 +83,13 @@ class Change:
 
 def run_races(world, random, rounds, tally, options):
     """2 or 8 processes change the project at once, in every third round with an editor's server as
-    one of them: all changes are there, and the files are whole."""
+    one of them and in another with the desktop program: all changes are there, and the files are
+    whole."""
     write_project(world.project, 4, 3)
     server = Client(world.program, world.environment(), world.project)
     server.wait(server.post("initialize", {"applicationPath": os.path.join(world.share, "")}))
     server.call("ProjectOpen", os.path.join(world.project, "fw.tprj"))
+    desktop = Desktop(world, options.desktop) if options.desktop else None
     wanted = set()
     number = 0
     for turn in range(rounds):
@@ -77,6 +107,12 @@ def run_races(world, random, rounds, tally, options):
             server.call("AddExistingItem", path, None)
             server.call("ProjectSave")
             wanted.add(name)
+        if desktop and turn % 3 == 1:
+            name = f"desktop{turn}.c"
+            path = os.path.join(world.project, "src", name)
+            open(path, "w").close()
+            desktop.start("add " + path, "save")
+            wanted.add(name)
         for change, process in zip(changes, processes):
             run = world.finish(process, before)
             tally.count("changes")
@@ -84,6 +120,10 @@ def run_races(world, random, rounds, tally, options):
                 tally.fault("crash" if run.crashed else "refused change", place, run.brief())
             elif change.wanted:
                 wanted.add(change.wanted)
+        if desktop and desktop.pending:
+            tally.count("desktop changes")
+            if desktop.finish():
+                tally.fault("refused change", place, "by the desktop program")
         with open(os.path.join(world.project, "fw.tapp")) as file:
             text = file.read()
         lost = sorted(each for each in wanted if each not in text)
@@ -98,6 +138,8 @@ def run_races(world, random, rounds, tally, options):
             tally.fault("needless copy", place, each)
             os.remove(os.path.join(world.project, each))
     server.kill()
+    if desktop:
+        desktop.close()
 
 
 class Repository:

@@ -334,6 +334,7 @@ TEST_F(IdeWindowTest, AProjectThatChangedOutsideIsTakenFromTheDiskWhenTheUserWan
   EXPECT_TRUE(area->ProjectBanner().isVisible());
   ASSERT_TRUE(AwaitBuild());
   ASSERT_TRUE(reload->isEnabled());
+  testing::PressInNextBox(QMessageBox::Discard);
   reload->click();
   EXPECT_FALSE(area->ProjectBanner().isVisible());
   EXPECT_EQ(testing::ReadBytes(path), text);

@@ -64,6 +64,29 @@ TEST_F(WizardTest, LeadsByKeyboardToANewProjectThatBuilds) {
   EXPECT_TRUE(std::filesystem::exists(folder / "new/build/Standard/demo.elf"));
 }
 
+TEST_F(WizardTest, ANewProjectIsWholeOnTheDiskAsSoonAsItIsMade) {
+  std::filesystem::create_directory(folder / "new");
+  ASSERT_TRUE(InWizard(
+      [&](QDialog& dialog) {
+        auto* const targets = dialog.findChild<QTreeView*>();
+        targets->setFocus();
+        QTest::keyClicks(targets, "328p");
+        Fill(dialog, "Name:", "demo");
+        Fill(dialog, "Location:", folder / "new");
+        targets->setFocus();
+        QTest::keyClick(targets, Qt::Key_Return);
+      },
+      "New project..."));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(window->Session().Inspector().IsModified(), 0);
+  const std::string texts = window->Session().Inspector().GetFileTexts();
+  for (const char* const name : {"demo.tprj", "demo.tapp"}) {
+    EXPECT_NE(texts.find(testing::ReadBytes(folder / ("new/" + std::string(name)))),
+              std::string::npos)
+        << name;
+  }
+}
+
 TEST_F(WizardTest, EscapeLeavesTheProjectAsItIs) {
   ASSERT_TRUE(InWizard([&](QDialog& dialog) {
     Fill(dialog, "Name:", "demo");

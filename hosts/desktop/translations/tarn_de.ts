@@ -9,6 +9,17 @@
     </message>
 </context>
 <context>
+    <name>CrashRecovery</name>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>What was not saved is offered again at the next start, as not all of it could be restored.</source>
+        <translation>Was nicht gespeichert war, wird beim nächsten Start wieder angeboten, weil nicht alles davon wiederhergestellt werden konnte.</translation>
+    </message>
+</context>
+<context>
     <name>DamageNotice</name>
     <message numerus="yes">
         <source>%1, and %n more</source>
@@ -149,6 +160,10 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     <message>
         <source>Hide</source>
         <translation>Ausblenden</translation>
+    </message>
+    <message>
+        <source>Details...</source>
+        <translation>Einzelheiten ...</translation>
     </message>
 </context>
 <context>
@@ -548,6 +563,17 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
 </context>
 <context>
+    <name>JournalKeeper</name>
+    <message>
+        <source>What is not saved would be lost in a crash: %1</source>
+        <translation>Was nicht gespeichert ist, ginge bei einem Absturz verloren: %1</translation>
+    </message>
+    <message>
+        <source>%1 is too large to be kept for the case of a crash</source>
+        <translation>%1 ist zu groß, um für den Fall eines Absturzes aufbewahrt zu werden</translation>
+    </message>
+</context>
+<context>
     <name>PageView</name>
     <message>
         <source>This page can&apos;t be shown:
@@ -644,6 +670,18 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <source>The changes of the project could not be saved.</source>
         <translation>Die Änderungen am Projekt konnten nicht gespeichert werden.</translation>
     </message>
+    <message>
+        <source>The project has changes that are not saved.
+
+Saving puts them together with the changes of the other program.</source>
+        <translation>Das Projekt hat Änderungen, die nicht gespeichert sind.
+
+Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</translation>
+    </message>
+    <message>
+        <source>Another program is changing the project.</source>
+        <translation>Ein anderes Programm ändert gerade das Projekt.</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
@@ -654,6 +692,73 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     <message>
         <source>Open &amp;recent</source>
         <translation>&amp;Zuletzt geöffnet</translation>
+    </message>
+</context>
+<context>
+    <name>RecoveryDialog</name>
+    <message>
+        <source>Tarn ended unexpectedly, and what was not saved then can&apos;t be read: its journal is damaged.</source>
+        <translation>Tarn wurde unerwartet beendet, und was dabei nicht gespeichert war, ist nicht lesbar: Die Sicherung davon ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>Another version of Tarn ended unexpectedly. What was not saved then can be restored only by that version.</source>
+        <translation>Eine andere Version von Tarn wurde unerwartet beendet. Was dabei nicht gespeichert war, kann nur jene Version wiederherstellen.</translation>
+    </message>
+    <message>
+        <source>Tarn ended unexpectedly on %1. This was not saved:</source>
+        <translation>Tarn wurde am %1 unerwartet beendet. Nicht gespeichert war:</translation>
+    </message>
+    <message>
+        <source>Restore unsaved changes</source>
+        <translation>Ungespeicherte Änderungen wiederherstellen</translation>
+    </message>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>&amp;Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>&amp;Discard</source>
+        <translation>&amp;Verwerfen</translation>
+    </message>
+    <message>
+        <source>&amp;Later</source>
+        <translation>&amp;Später</translation>
+    </message>
+    <message>
+        <source>Discard these changes? They can&apos;t be restored afterwards.</source>
+        <translation>Diese Änderungen verwerfen? Sie können danach nicht mehr wiederhergestellt werden.</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>What can be restored</source>
+        <translation>Was wiederhergestellt werden kann</translation>
+    </message>
+    <message>
+        <source>Changes of the project: files and options</source>
+        <translation>Änderungen des Projekts: Dateien und Optionen</translation>
+    </message>
+    <message>
+        <source>Nothing: what was kept of it is damaged</source>
+        <translation>Nichts: Was davon aufbewahrt war, ist beschädigt</translation>
+    </message>
+    <message>
+        <source>What is restored is not saved yet: look at it, then save it or undo it.</source>
+        <translation>Was wiederhergestellt wird, ist noch nicht gespeichert: Sehen Sie es an, dann speichern Sie es oder machen es rückgängig.</translation>
+    </message>
+    <message>
+        <source>Unsaved text; the file is gone</source>
+        <translation>Ungespeicherter Text; die Datei ist nicht mehr da</translation>
+    </message>
+    <message>
+        <source>Unsaved text; the file has changed since</source>
+        <translation>Ungespeicherter Text; die Datei wurde seitdem geändert</translation>
+    </message>
+    <message>
+        <source>Unsaved text</source>
+        <translation>Ungespeicherter Text</translation>
     </message>
 </context>
 <context>
@@ -669,6 +774,95 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     <message>
         <source>&amp;Sort by</source>
         <translation>&amp;Sortieren nach</translation>
+    </message>
+</context>
+<context>
+    <name>SaveNotice</name>
+    <message>
+        <source>%1 was also changed by another program. It has both changes now.</source>
+        <translation>%1 wurde auch von einem anderen Programm geändert. Die Datei enthält jetzt beide Änderungen.</translation>
+    </message>
+    <message>
+        <source>%1 was replaced. What it held before is kept as %2.</source>
+        <translation>%1 wurde ersetzt. Der frühere Inhalt ist als %2 aufbewahrt.</translation>
+    </message>
+    <message>
+        <source>Saved together with another program&apos;s changes</source>
+        <translation>Zusammen mit Änderungen eines anderen Programms gespeichert</translation>
+    </message>
+    <message>
+        <source>&amp;Open the other version</source>
+        <translation>Andere Fassung ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>Stelle</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Was</translation>
+    </message>
+    <message>
+        <source>Other version</source>
+        <translation>Andere Fassung</translation>
+    </message>
+    <message>
+        <source>Files with changes of both sides</source>
+        <translation>Dateien mit Änderungen beider Seiten</translation>
+    </message>
+    <message>
+        <source>removed here, changed there</source>
+        <translation>hier entfernt, dort geändert</translation>
+    </message>
+    <message>
+        <source>changed here, removed there</source>
+        <translation>hier geändert, dort entfernt</translation>
+    </message>
+    <message>
+        <source>%1 changed on both sides</source>
+        <translation>%1 auf beiden Seiten geändert</translation>
+    </message>
+    <message>
+        <source>the file itself</source>
+        <translation>die Datei selbst</translation>
+    </message>
+    <message>
+        <source>has the changes of both sides</source>
+        <translation>enthält die Änderungen beider Seiten</translation>
+    </message>
+    <message>
+        <source>held more than was read from it</source>
+        <translation>enthielt mehr, als daraus gelesen wurde</translation>
+    </message>
+    <message>
+        <source>replaced by your version</source>
+        <translation>durch Ihre Fassung ersetzt</translation>
+    </message>
+    <message>
+        <source>The other version:</source>
+        <translation>Die andere Fassung:</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 was changed here and by another program, with %n conflict(s).</source>
+        <translation>
+            <numerusform>%1 wurde hier und von einem anderen Programm geändert, mit einem Konflikt.</numerusform>
+            <numerusform>%1 wurde hier und von einem anderen Programm geändert, mit %n Konflikten.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Files of the project were changed here and by another program, with %n conflict(s).</source>
+        <translation>
+            <numerusform>Dateien des Projekts wurden hier und von einem anderen Programm geändert, mit einem Konflikt.</numerusform>
+            <numerusform>Dateien des Projekts wurden hier und von einem anderen Programm geändert, mit %n Konflikten.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>
+        <translation>Wo beide Seiten denselben Wert geändert haben, wurde Ihrer gespeichert. Was eine Seite entfernt und die andere geändert hat, ist geblieben.</translation>
     </message>
 </context>
 <context>

@@ -45,6 +45,23 @@
     </message>
 </context>
 <context>
+    <name>SaveNotice</name>
+    <message numerus="yes">
+        <source>%1 was changed here and by another program, with %n conflict(s).</source>
+        <translation>
+            <numerusform>%1 was changed here and by another program, with %n conflict.</numerusform>
+            <numerusform>%1 was changed here and by another program, with %n conflicts.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Files of the project were changed here and by another program, with %n conflict(s).</source>
+        <translation>
+            <numerusform>Files of the project were changed here and by another program, with %n conflict.</numerusform>
+            <numerusform>Files of the project were changed here and by another program, with %n conflicts.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>StatusProgress</name>
     <message numerus="yes">
         <source>%n error(s)</source>

@@ -9,6 +9,17 @@
     </message>
 </context>
 <context>
+    <name>CrashRecovery</name>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>What was not saved is offered again at the next start, as not all of it could be restored.</source>
+        <translation>Ce qui n&apos;était pas enregistré sera proposé de nouveau au prochain démarrage, car tout n&apos;a pas pu être restauré.</translation>
+    </message>
+</context>
+<context>
     <name>DamageNotice</name>
     <message numerus="yes">
         <source>%1, and %n more</source>
@@ -149,6 +160,10 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     <message>
         <source>Hide</source>
         <translation>Masquer</translation>
+    </message>
+    <message>
+        <source>Details...</source>
+        <translation>Détails...</translation>
     </message>
 </context>
 <context>
@@ -548,6 +563,17 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
 </context>
 <context>
+    <name>JournalKeeper</name>
+    <message>
+        <source>What is not saved would be lost in a crash: %1</source>
+        <translation>Ce qui n&apos;est pas enregistré serait perdu en cas de plantage : %1</translation>
+    </message>
+    <message>
+        <source>%1 is too large to be kept for the case of a crash</source>
+        <translation>%1 est trop grand pour être conservé en cas de plantage</translation>
+    </message>
+</context>
+<context>
     <name>PageView</name>
     <message>
         <source>This page can&apos;t be shown:
@@ -644,6 +670,18 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <source>The changes of the project could not be saved.</source>
         <translation>Les modifications du projet n’ont pas pu être enregistrées.</translation>
     </message>
+    <message>
+        <source>The project has changes that are not saved.
+
+Saving puts them together with the changes of the other program.</source>
+        <translation>Le projet a des modifications non enregistrées.
+
+L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</translation>
+    </message>
+    <message>
+        <source>Another program is changing the project.</source>
+        <translation>Un autre programme est en train de modifier le projet.</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
@@ -654,6 +692,73 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     <message>
         <source>Open &amp;recent</source>
         <translation>Projets &amp;récents</translation>
+    </message>
+</context>
+<context>
+    <name>RecoveryDialog</name>
+    <message>
+        <source>Tarn ended unexpectedly, and what was not saved then can&apos;t be read: its journal is damaged.</source>
+        <translation>Tarn s&apos;est arrêté de façon inattendue, et ce qui n&apos;était pas enregistré est illisible : son journal est endommagé.</translation>
+    </message>
+    <message>
+        <source>Another version of Tarn ended unexpectedly. What was not saved then can be restored only by that version.</source>
+        <translation>Une autre version de Tarn s&apos;est arrêtée de façon inattendue. Seule cette version peut restaurer ce qui n&apos;était pas enregistré.</translation>
+    </message>
+    <message>
+        <source>Tarn ended unexpectedly on %1. This was not saved:</source>
+        <translation>Tarn s&apos;est arrêté de façon inattendue le %1. N&apos;était pas enregistré :</translation>
+    </message>
+    <message>
+        <source>Restore unsaved changes</source>
+        <translation>Restaurer les modifications non enregistrées</translation>
+    </message>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>&amp;Restaurer</translation>
+    </message>
+    <message>
+        <source>&amp;Discard</source>
+        <translation>&amp;Abandonner</translation>
+    </message>
+    <message>
+        <source>&amp;Later</source>
+        <translation>&amp;Plus tard</translation>
+    </message>
+    <message>
+        <source>Discard these changes? They can&apos;t be restored afterwards.</source>
+        <translation>Abandonner ces modifications ? Elles ne pourront plus être restaurées.</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Fichier</translation>
+    </message>
+    <message>
+        <source>What can be restored</source>
+        <translation>Ce qui peut être restauré</translation>
+    </message>
+    <message>
+        <source>Changes of the project: files and options</source>
+        <translation>Modifications du projet : fichiers et options</translation>
+    </message>
+    <message>
+        <source>Nothing: what was kept of it is damaged</source>
+        <translation>Rien : ce qui en était conservé est endommagé</translation>
+    </message>
+    <message>
+        <source>What is restored is not saved yet: look at it, then save it or undo it.</source>
+        <translation>Ce qui est restauré n&apos;est pas encore enregistré : vérifiez-le, puis enregistrez-le ou annulez-le.</translation>
+    </message>
+    <message>
+        <source>Unsaved text; the file is gone</source>
+        <translation>Texte non enregistré ; le fichier n&apos;existe plus</translation>
+    </message>
+    <message>
+        <source>Unsaved text; the file has changed since</source>
+        <translation>Texte non enregistré ; le fichier a changé depuis</translation>
+    </message>
+    <message>
+        <source>Unsaved text</source>
+        <translation>Texte non enregistré</translation>
     </message>
 </context>
 <context>
@@ -669,6 +774,95 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     <message>
         <source>&amp;Sort by</source>
         <translation>&amp;Trier par</translation>
+    </message>
+</context>
+<context>
+    <name>SaveNotice</name>
+    <message>
+        <source>%1 was also changed by another program. It has both changes now.</source>
+        <translation>%1 a aussi été modifié par un autre programme. Il contient maintenant les deux modifications.</translation>
+    </message>
+    <message>
+        <source>%1 was replaced. What it held before is kept as %2.</source>
+        <translation>%1 a été remplacé. Son ancien contenu est conservé dans %2.</translation>
+    </message>
+    <message>
+        <source>Saved together with another program&apos;s changes</source>
+        <translation>Enregistré avec les modifications d&apos;un autre programme</translation>
+    </message>
+    <message>
+        <source>&amp;Open the other version</source>
+        <translation>&amp;Ouvrir l&apos;autre version</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Fichier</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>Endroit</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Quoi</translation>
+    </message>
+    <message>
+        <source>Other version</source>
+        <translation>Autre version</translation>
+    </message>
+    <message>
+        <source>Files with changes of both sides</source>
+        <translation>Fichiers avec des modifications des deux côtés</translation>
+    </message>
+    <message>
+        <source>removed here, changed there</source>
+        <translation>supprimé ici, modifié là-bas</translation>
+    </message>
+    <message>
+        <source>changed here, removed there</source>
+        <translation>modifié ici, supprimé là-bas</translation>
+    </message>
+    <message>
+        <source>%1 changed on both sides</source>
+        <translation>%1 modifié des deux côtés</translation>
+    </message>
+    <message>
+        <source>the file itself</source>
+        <translation>le fichier lui-même</translation>
+    </message>
+    <message>
+        <source>has the changes of both sides</source>
+        <translation>contient les modifications des deux côtés</translation>
+    </message>
+    <message>
+        <source>held more than was read from it</source>
+        <translation>contenait plus que ce qui en a été lu</translation>
+    </message>
+    <message>
+        <source>replaced by your version</source>
+        <translation>remplacé par votre version</translation>
+    </message>
+    <message>
+        <source>The other version:</source>
+        <translation>L&apos;autre version :</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 was changed here and by another program, with %n conflict(s).</source>
+        <translation>
+            <numerusform>%1 a été modifié ici et par un autre programme, avec un conflit.</numerusform>
+            <numerusform>%1 a été modifié ici et par un autre programme, avec %n conflits.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Files of the project were changed here and by another program, with %n conflict(s).</source>
+        <translation>
+            <numerusform>Des fichiers du projet ont été modifiés ici et par un autre programme, avec un conflit.</numerusform>
+            <numerusform>Des fichiers du projet ont été modifiés ici et par un autre programme, avec %n conflits.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>
+        <translation>Là où les deux côtés ont modifié la même valeur, la vôtre a été enregistrée. Ce qu&apos;un côté a supprimé et l&apos;autre modifié est resté.</translation>
     </message>
 </context>
 <context>

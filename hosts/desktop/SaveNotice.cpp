@@ -1,0 +1,166 @@
+#include "hosts/desktop/SaveNotice.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <set>
+
+#include "hosts/desktop/Banner.h"
+#include "platform/paths/Paths.h"
+#include "platform/qt/QtText.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr QSize kFirstSize{680, 320};
+constexpr int kCopyRole = Qt::UserRole;
+
+QString NameOf(const std::string& path) {
+  return ToQt(FileNameOf(path));
+}
+
+}  // namespace
+
+SaveNotice::SaveNotice(QWidget& parentWindow, Banner& saveBanner)
+    : window_(parentWindow), banner_(saveBanner) {
+  banner_.onFirst = [this] { ShowList(true); };
+  banner_.onSecond = [this] {
+    shown_ = {};
+    banner_.hide();
+  };
+  banner_.onLink = [this] {
+    if (!shown_.conflicts.empty() && onShowFile) onShowFile(shown_.conflicts.front().copy);
+  };
+}
+
+void SaveNotice::Show(const SaveReport& report) {
+  if (report.written.empty()) return;
+  bool isNew = false;
+  const auto add = [&isNew](auto& list, const auto& entries) {
+    for (const auto& each : entries) {
+      if (std::find(list.begin(), list.end(), each) != list.end()) continue;
+      list.push_back(each);
+      isNew = true;
+    }
+  };
+  add(shown_.conflicts, report.conflicts);
+  add(shown_.written, report.written);
+  if (isNew || banner_.isHidden()) Tell();
+}
+
+void SaveNotice::Tell() {
+  if (shown_.conflicts.empty()) {
+    const SaveReport::File& last = shown_.written.back();
+    if (last.isMerged) {
+      banner_.Tell(tr("%1 was also changed by another program. It has both changes now.")
+                       .arg(NameOf(last.path)));
+    } else {
+      banner_.Tell(tr("%1 was replaced. What it held before is kept as %2.")
+                       .arg(NameOf(last.path), NameOf(last.copy)));
+    }
+    return;
+  }
+  std::set<std::string> files;
+  for (const SaveReport::Conflict& each : shown_.conflicts) files.insert(each.file);
+  const int count = static_cast<int>(shown_.conflicts.size());
+  const std::string& copy = shown_.conflicts.front().copy;
+  const QString what =
+      files.size() == 1
+          ? tr("%1 was changed here and by another program, with %n conflict(s).", nullptr, count)
+                .arg(NameOf(*files.begin()))
+          : tr("Files of the project were changed here and by another program, with %n "
+               "conflict(s).",
+               nullptr, count);
+  if (copy.empty()) {
+    banner_.Tell(what);
+  } else {
+    banner_.TellWithLink(what + ' ' + tr("The other version:"), NameOf(copy));
+  }
+}
+
+void SaveNotice::ShowConflictsNow(const SaveReport& report) {
+  if (report.conflicts.empty()) return;
+  shown_ = report;
+  ShowList(false);
+}
+
+void SaveNotice::ShowList(bool mayOpen) {
+  QDialog dialog(&window_);
+  dialog.setObjectName("saveList");
+  dialog.setWindowTitle(tr("Saved together with another program's changes"));
+  auto* const column = new QVBoxLayout(&dialog);
+  auto* const remark = new QLabel(
+      tr("Where both sides changed the same value, yours was saved. What one side removed and the "
+         "other one changed has stayed."),
+      &dialog);
+  remark->setWordWrap(true);
+  column->addWidget(remark);
+  auto* const list = new QTreeWidget(&dialog);
+  Fill(*list);
+  column->addWidget(list, 1);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
+  column->addWidget(buttons);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  const auto copyOf = [](const QTreeWidgetItem* row) {
+    return row == nullptr ? QString() : row->data(0, kCopyRole).toString();
+  };
+  if (mayOpen) {
+    auto* const open =
+        buttons->addButton(tr("&Open the other version"), QDialogButtonBox::ActionRole);
+    const auto follow = [&] { open->setEnabled(!copyOf(list->currentItem()).isEmpty()); };
+    const auto show = [&] {
+      const QString copy = copyOf(list->currentItem());
+      if (copy.isEmpty()) return;
+      dialog.accept();
+      if (onShowFile) onShowFile(FromQt(copy));
+    };
+    QObject::connect(list, &QTreeWidget::currentItemChanged, &dialog, follow);
+    QObject::connect(list, &QTreeWidget::itemActivated, &dialog, show);
+    QObject::connect(open, &QPushButton::clicked, &dialog, show);
+    follow();
+  }
+  dialog.resize(kFirstSize);
+  dialog.exec();
+}
+
+void SaveNotice::Fill(QTreeWidget& list) const {
+  list.setHeaderLabels({tr("File"), tr("Place"), tr("What"), tr("Other version")});
+  list.setRootIsDecorated(false);
+  list.setTextElideMode(Qt::ElideMiddle);
+  list.setAccessibleName(tr("Files with changes of both sides"));
+  std::set<std::string> inConflict;
+  const auto add = [&list](const std::string& file, const QString& place, const QString& what,
+                           const std::string& copy) {
+    auto* const row = new QTreeWidgetItem(&list, {NameOf(file), place, what, NameOf(copy)});
+    row->setToolTip(0, ToQt(file));
+    row->setToolTip(3, ToQt(copy));
+    row->setData(0, kCopyRole, ToQt(copy));
+  };
+  const auto describe = [](const std::string& what) {
+    if (what == "removed here, changed there") return tr("removed here, changed there");
+    if (what == "changed here, removed there") return tr("changed here, removed there");
+    return tr("%1 changed on both sides").arg(ToQt(what));
+  };
+  for (const SaveReport::Conflict& each : shown_.conflicts) {
+    inConflict.insert(each.file);
+    add(each.file, each.place.empty() ? tr("the file itself") : ToQt(each.place),
+        describe(each.text), each.copy);
+  }
+  for (const SaveReport::File& each : shown_.written) {
+    if (inConflict.contains(each.path)) continue;
+    add(each.path, {},
+        each.isMerged     ? tr("has the changes of both sides")
+        : each.wasDamaged ? tr("held more than was read from it")
+                          : tr("replaced by your version"),
+        each.copy);
+  }
+  for (int column = 0; column < 3; ++column) list.resizeColumnToContents(column);
+  if (list.topLevelItemCount() > 0) list.setCurrentItem(list.topLevelItem(0));
+}
+
+}  // namespace tarn::host

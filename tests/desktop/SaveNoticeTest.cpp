@@ -1,0 +1,121 @@
+// What the user sees of a save that met another program's changes.
+#include <QDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTreeWidget>
+
+#include "desktop/IdeFixture.h"
+#include "hosts/desktop/Banner.h"
+#include "hosts/desktop/CodeEditor.h"
+#include "hosts/desktop/EditorArea.h"
+#include "platform/qt/QtText.h"
+
+namespace tarn::host {
+namespace {
+
+class SaveNoticeTest : public testing::IdeFixture {
+ protected:
+  Banner& Shown() { return static_cast<EditorArea*>(window->centralWidget())->SaveBanner(); }
+  Banner& Changed() { return static_cast<EditorArea*>(window->centralWidget())->ProjectBanner(); }
+  std::string Application() { return testing::ReadBytes(folder / "blinky/blinky-avr.tapp"); }
+  // Another program gives led.c, or another node, this label.
+  void RenameThere(const std::string& label, const std::string& to) {
+    std::string text = Application();
+    const std::string wanted = "Header=\"" + label + "\"";
+    const auto at = text.find(wanted);
+    ASSERT_NE(at, std::string::npos);
+    folder.Write("blinky/blinky-avr.tapp", text.replace(at, wanted.size(), "Header=\"" + to + '"'));
+  }
+  void RenameHere(const std::string& label, const std::string& to) {
+    ASSERT_EQ(window->Session().Inspector().SelectNodeByKey(label), 1);
+    ASSERT_NE(window->Session().Manager().SavePropertyValue("C", "General", "Header", to), 0);
+  }
+};
+
+TEST_F(SaveNoticeTest, ChangesOfBothSidesAreSavedTogetherAndTold) {
+  ASSERT_NO_FATAL_FAILURE(RenameThere("uart.c", "theirs"));
+  ASSERT_NO_FATAL_FAILURE(RenameHere("led.c", "ours"));
+  ASSERT_TRUE(Choose("Save all"));
+  EXPECT_NE(Application().find("theirs"), std::string::npos);
+  EXPECT_NE(Application().find("ours"), std::string::npos);
+  EXPECT_TRUE(testing::RunUntil([&] { return FindLine("theirs").isValid(); }, 3000));
+  EXPECT_TRUE(Shown().isVisible());
+  EXPECT_EQ(FromQt(Shown().accessibleName()),
+            "blinky-avr.tapp was also changed by another program. It has both changes now.");
+  ASSERT_NO_FATAL_FAILURE(RenameHere("ours", "own"));
+  ASSERT_TRUE(Choose("Save all"));
+  EXPECT_TRUE(Shown().isVisible()) << "until the user hides it";
+  Shown().onSecond();
+  EXPECT_FALSE(Shown().isVisible());
+}
+
+TEST_F(SaveNoticeTest, AConflictLeadsToTheOtherVersionAndToTheList) {
+  ASSERT_NO_FATAL_FAILURE(RenameThere("led.c", "theirs"));
+  const std::string theirs = Application();
+  ASSERT_NO_FATAL_FAILURE(RenameHere("led.c", "ours"));
+  ASSERT_TRUE(Choose("Save all"));
+  EXPECT_NE(Application().find("ours"), std::string::npos);
+  EXPECT_EQ(Application().find("theirs"), std::string::npos);
+  ASSERT_TRUE(Shown().isVisible());
+  EXPECT_TRUE(Shown().accessibleName().contains("with 1 conflict"));
+  EXPECT_TRUE(Shown().accessibleName().endsWith("blinky-avr.tapp.orig"));
+  Q_EMIT Shown().findChild<QLabel*>()->linkActivated("link");
+  ASSERT_NE(window->Editors().Current(), nullptr);
+  EXPECT_EQ(FromQt(window->Editors().Current()->GetText()), theirs);
+  window->Editors().CloseCurrent();
+
+  std::string row;
+  QTimer::singleShot(0, [&] {
+    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    auto* const list = dialog->findChild<QTreeWidget*>();
+    ASSERT_EQ(list->topLevelItemCount(), 1);
+    for (int i = 0; i < 4; ++i) row += FromQt(list->topLevelItem(0)->text(i)) + '|';
+    Q_EMIT list->itemActivated(list->topLevelItem(0), 0);
+  });
+  Shown().onFirst();
+  EXPECT_EQ(row, "blinky-avr.tapp|Drivers/ours|Header changed on both sides|blinky-avr.tapp.orig|");
+  EXPECT_EQ(window->Editors().count(), 1);
+}
+
+TEST_F(SaveNoticeTest, AConflictAtTheEndIsShownBeforeTheWindowCloses) {
+  ASSERT_NO_FATAL_FAILURE(RenameThere("led.c", "theirs"));
+  ASSERT_NO_FATAL_FAILURE(RenameHere("led.c", "ours"));
+  bool isSeen = false;
+  QTimer::singleShot(0, [&] {
+    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    isSeen = dialog != nullptr && dialog->objectName() == "saveList";
+    if (dialog != nullptr) dialog->close();
+  });
+  window->close();
+  EXPECT_TRUE(isSeen);
+  EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(SaveNoticeTest, ReloadingAProjectWithChangesAsksWhatBecomesOfThem) {
+  const struct {
+    QMessageBox::StandardButton answer;
+    bool isKeptHere;
+    bool isSaved;
+  } rows[] = {{QMessageBox::Discard, false, false},
+              {QMessageBox::Cancel, true, false},
+              {QMessageBox::Save, false, true}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.answer);
+    if (window->Session().Inspector().IsModified() == 0) {
+      ASSERT_NO_FATAL_FAILURE(RenameHere("led.c", "ours"));
+      folder.Write("blinky/blinky-avr.tapp", Application() + "\r\n");
+      ASSERT_TRUE(testing::RunUntil([&] { return Changed().isVisible(); }, 5000));
+    }
+    testing::PressInNextBox(row.answer);
+    Changed().onFirst();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window->Session().Inspector().IsModified() != 0, row.isKeptHere);
+    EXPECT_EQ(Changed().isVisible(), row.isKeptHere);
+    EXPECT_EQ(Application().find("ours") != std::string::npos, row.isSaved);
+  }
+}
+
+}  // namespace
+}  // namespace tarn::host
