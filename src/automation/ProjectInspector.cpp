@@ -32,14 +32,14 @@ void CopyNode(const CXmlNode& from, CXmlNode& to) {
   }
 }
 
-bool IsShown(const CXmlNode& node) {
+bool IsCopied(const CXmlNode& node) {
   return node.GetType() == XmlElement && !IsOptionCache(node);
 }
 
 void CopyShown(const CXmlNode& from, CXmlNode& to) {
   CopyNode(from, to);
   for (const CXmlNode* child : from.GetChildren()) {
-    if (IsShown(*child)) CopyShown(*child, *to.AddChild(child->NameView()));
+    if (IsCopied(*child)) CopyShown(*child, *to.AddChild(child->NameView()));
   }
 }
 
@@ -47,7 +47,7 @@ void CopyShown(const CXmlNode& from, CXmlNode& to) {
 void CopyApplications(const CXmlNode& project, CXmlNode& to) {
   CopyNode(project, to);
   for (const CXmlNode* child : project.GetChildren()) {
-    if (!IsShown(*child)) continue;
+    if (!IsCopied(*child)) continue;
     CXmlNode& application = *to.AddChild(child->NameView());
     CopyNode(*child, application);
     const CXmlNode* const configurations = child->FindChild("Configs");
@@ -374,7 +374,7 @@ std::string DamageText(const std::vector<FileDamage>& damage) {
   return list.ToString(g_xmlDisplayOptions);
 }
 
-bool IsShownBelow(const CXmlNode& node) {
+bool IsShown(const CXmlNode& node) {
   return node.GetType() == XmlElement && IsContentNode(node);
 }
 
