@@ -28,7 +28,8 @@ std::string Property(const char* section, const char* name, const std::string& v
 
 // A checkout whose application is in a folder of its own and uses sources, a header and a library
 // beside that. All sources write their names into what is built.
-void WriteCheckout(CliProject& project, const std::string& checkout, const Toolchain& toolchain) {
+void WriteCheckout(CliProject& project, const std::string& checkout, const Toolchain& toolchain,
+                   const char* debug = "Yes") {
   const auto write = [&](const char* name, const std::string& text) {
     project.Write(checkout + "/" + name, text);
   };
@@ -43,7 +44,7 @@ void WriteCheckout(CliProject& project, const std::string& checkout, const Toolc
       "fw/fw.tapp",
       "\r\n<Application Header=\"fw\" Extern=\".\\fw\\fw.tapp\" Path=\".\\fw\\fw.tapp\" ><Options>"
       "<Config Header=\"Standard\" ><Set Header=\"Application\" >" +
-          Property("Target", "Toolchain", toolchain.name) + Property("Compiler", "Debug", "Yes") +
+          Property("Target", "Toolchain", toolchain.name) + Property("Compiler", "Debug", debug) +
           Property("Directories", "Include", "../inc") +
           (std::string_view(toolchain.name) == "avr-gcc"
                ? Property("Target", "Device", "atmega328p")
@@ -89,20 +90,24 @@ TEST(CliReproducible, ACheckoutInAnotherFolderIsBuiltToTheSameBytes) {
     if (project.RunProgram("/bin/sh", {"-c", "command -v \"$0\"", toolchain.program}).code != 0) {
       continue;
     }
-    std::map<std::string, std::string> first;
-    for (const std::string checkout : {"one", "a deep/place with blanks/two"}) {
-      WriteCheckout(project, checkout, toolchain);
-      const auto build = project.Run({"build", checkout});
-      ASSERT_EQ(build.code, 0) << build.out << build.err;
-      const auto outputs = Outputs(project, checkout);
-      EXPECT_GE(outputs.size(), 7u);
-      for (const auto& [name, bytes] : outputs) {
-        EXPECT_FALSE(Has(bytes, project.PathOf(""))) << name << " tells where it was built";
-        EXPECT_TRUE(first.empty() || bytes == first[name]) << name << " differs";
+    for (const char* debug : {"Yes", "No"}) {
+      SCOPED_TRACE(debug);
+      std::map<std::string, std::string> first;
+      for (const std::string place : {"one", "a deep/place with blanks/two"}) {
+        const std::string checkout = place + debug;
+        WriteCheckout(project, checkout, toolchain, debug);
+        const auto build = project.Run({"build", checkout});
+        ASSERT_EQ(build.code, 0) << build.out << build.err;
+        const auto outputs = Outputs(project, checkout);
+        EXPECT_GE(outputs.size(), 7u);
+        for (const auto& [name, bytes] : outputs) {
+          EXPECT_FALSE(Has(bytes, project.PathOf(""))) << name << " tells where it was built";
+          EXPECT_TRUE(first.empty() || bytes == first[name]) << name << " differs";
+        }
+        EXPECT_TRUE(first.empty() || outputs.size() == first.size());
+        first = outputs;
+        EXPECT_TRUE(Has(project.Out({"build", checkout}), "Nothing to do"));
       }
-      EXPECT_TRUE(first.empty() || outputs.size() == first.size());
-      first = outputs;
-      EXPECT_TRUE(Has(project.Out({"build", checkout}), "Nothing to do"));
     }
   }
 }
