@@ -146,14 +146,19 @@ def run_pairs(world, firmware, edits, random, rounds, tally, options):
             world.forget()
 
 
+def stale_reasons(world):
+    """Of each output that is out of date, by its name."""
+    status = json.loads(world.tarn("status", "--json").output)
+    return {os.path.basename(node["output"]): f"{node['reason']} {node['file']}".strip()
+            for application in status for node in application["outOfDate"]}
+
+
 def run_kills(world, firmware, edits, random, rounds, tally, options):
     """After a kill only those tools run again whose run had not ended, or just ended."""
     world.build()
     for number in range(rounds):
         change(firmware, edits, random, 5)
-        status = json.loads(world.tarn("status", "--json").output)
-        needed = {os.path.basename(node["output"]) for application in status
-                  for node in application["outOfDate"]}
+        needed = set(stale_reasons(world))
         before = len(world.records())
         kill_after(world.start("build"), world, before, random.randrange(len(needed) + 1),
                    random.random() * 0.03)
@@ -163,13 +168,15 @@ def run_kills(world, firmware, edits, random, rounds, tally, options):
         place = f"--seed {options.seed} round {number}, killed after {len(ended)} of {len(needed)} runs"
         if waits:
             world.await_compilers()
+        reasons = stale_reasons(world)
         ran = [os.path.basename(words[-1]) for words in world.build().tools]
         # The record of the tool that ended last may not have been written yet.
         again = set(ran) & set(ended[:-1])
         needless = sorted(again | (set(ran) - needed))
         tally.count("kept runs", len(set(ended[:-1]) - again))
         if needless:
-            tally.fault("needless rebuild", place, f"ran {' '.join(needless)}")
+            told = ", ".join(f"{each} ({reasons.get(each, 'not stale before')})" for each in needless)
+            tally.fault("needless rebuild", place, f"ran {told}")
         if not waits:  # what the killed build had started may have come in between
             world.await_compilers()
         good = settle(world, tally, place, quiet=waits)[0]
