@@ -8,8 +8,8 @@
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/JournalKeeper.h"
 #include "hosts/desktop/ProjectActions.h"
-#include "hosts/desktop/ProjectHistory.h"
 #include "hosts/desktop/RecoveryDialog.h"
+#include "platform/files/FileTexts.h"
 #include "platform/qt/QtText.h"
 
 namespace tarn::host {
@@ -45,11 +45,12 @@ void CrashRecovery::DropSaved(JournalReading& reading) const {
     return disk && *disk == each.ToBytes();
   });
   if (content.projectTexts == nullptr) return;
-  const std::vector<FileText> texts = ParseFileTexts(*content.projectTexts);
-  const bool isSaved = std::all_of(texts.begin(), texts.end(), [this](const FileText& each) {
-    const auto disk = files_.ReadWholeFile(each.path);
-    return disk && *disk == each.text;
-  });
+  const auto texts = SplitFileTexts(*content.projectTexts);
+  const bool isSaved =
+      texts && std::all_of(texts->begin(), texts->end(), [this](const FileText& each) {
+        const auto disk = files_.ReadWholeFile(each.path);
+        return disk && *disk == each.text;
+      });
   if (isSaved) content.projectTexts = nullptr;
 }
 

@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "hosts/desktop/ProjectHistory.h"
+#include "platform/files/FileTexts.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
@@ -25,14 +25,6 @@ constexpr std::string_view kVersion = "1";
 constexpr int kMostJournals = 100;
 
 using Fields = std::vector<FileText>;
-
-std::string Render(const Fields& fields) {
-  std::string all;
-  for (const auto& [name, bytes] : fields) {
-    all.append(std::to_string(bytes.size())).append(" ").append(name).append("\n").append(bytes);
-  }
-  return all;
-}
 
 std::string ValueOf(const Fields& fields, std::string_view name) {
   for (const FileText& each : fields) {
@@ -100,7 +92,9 @@ JournalReading Journal::Read() const {
   const std::string body = index->substr(std::min(end + 1, index->size()));
   reading.state = CheckHead(std::string_view(*index).substr(0, end), body);
   if (reading.state != JournalReading::State::Good) return reading;
-  for (const auto& [name, value] : ParseFileTexts(body)) ReadField(name, value, reading);
+  const auto fields = SplitFileTexts(body);
+  if (!fields) reading.state = JournalReading::State::Damaged;
+  for (const auto& [name, value] : fields.value_or(Fields())) ReadField(name, value, reading);
   return reading;
 }
 
@@ -119,7 +113,7 @@ void Journal::ReadField(const std::string& name, const std::string& value,
     content.projectTexts = Fetch(value);
     if (content.projectTexts == nullptr) reading.lost.push_back(content.project);
   } else if (name == "text") {
-    const Fields fields = ParseFileTexts(value);
+    const Fields fields = SplitFileTexts(value).value_or(Fields());
     const UnsavedText text = {ValueOf(fields, "path"), Fetch(ValueOf(fields, "content")),
                               ToNumber<std::uint64_t>(ValueOf(fields, "base")),
                               ValueOf(fields, "utf8") == "1", ValueOf(fields, "mark") == "1"};
@@ -167,14 +161,14 @@ Status Journal::Write(const JournalContent& content) {
   }
   for (const UnsavedText& each : content.texts) {
     if (Status stored = Store(each.text, now); !stored) return stored;
-    fields.push_back({"text", Render({{"path", each.path},
-                                      {"content", now.at(each.text.get()).reference},
-                                      {"base", std::to_string(each.base)},
-                                      {"utf8", each.isUtf8 ? "1" : "0"},
-                                      {"mark", each.hasMark ? "1" : "0"}})});
+    fields.push_back({"text", JoinFileTexts(Fields{{"path", each.path},
+                                                   {"content", now.at(each.text.get()).reference},
+                                                   {"base", std::to_string(each.base)},
+                                                   {"utf8", each.isUtf8 ? "1" : "0"},
+                                                   {"mark", each.hasMark ? "1" : "0"}})});
   }
   for (const std::string& each : content.tabs) fields.push_back({"tab", each});
-  if (Status written = WriteIndex(Render(fields)); !written) return written;
+  if (Status written = WriteIndex(JoinFileTexts(fields)); !written) return written;
   stored_ = std::move(now);
   std::set<std::string> names = {kIndex};
   for (const auto& [text, each] : stored_) {

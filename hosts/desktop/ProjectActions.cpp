@@ -114,7 +114,7 @@ bool ProjectActions::OpenWithChanges(const std::string& path, const std::string&
     Warn(window, tr("%1 can't be opened.").arg(ToQt(path)), opened.GetError().text);
     return false;
   }
-  watch.Expect(ParseFileTexts(bases));
+  watch.Expect(SplitFileTexts(bases).value_or(std::vector<FileText>()));
   return true;
 }
 

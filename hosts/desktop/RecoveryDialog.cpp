@@ -12,7 +12,6 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include "hosts/desktop/ProjectHistory.h"
 #include "platform/qt/QtText.h"
 #include "platform/text/Hash.h"
 
