@@ -142,6 +142,7 @@ class InspectorDriver : public COleDispatchDriver {
   std::string TryLockProject(const std::string& path) { return InvokeText(60, {path}); }
   std::int32_t UnlockProject() { return InvokeLong(61, {}); }
   std::string GetSaveReport() { return InvokeText(62, {}); }
+  std::int32_t SaveAllOrNone(bool wanted) { return InvokeLong(70, {std::int32_t{wanted}}); }
   std::int32_t AllowOutside(bool allow) { return InvokeLong(63, {std::int32_t{allow}}); }
   // Whether the server neither builds nor saves a project with damage.
   std::int32_t ProtectDamaged(bool protect) { return InvokeLong(22, {protect ? 1 : 0}); }

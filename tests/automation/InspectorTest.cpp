@@ -85,6 +85,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"UnlockProject", 61, {}, "0", "1"},
       {"GetSaveReport", 62, {}, "''", "'\r\n<Save/>'"},
       {"AllowOutside", 63, {0}, "0", "1"},
+      {"SaveAllOrNone", 70, {0}, "0", "1"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
