@@ -23,6 +23,7 @@ int RunCompletion(CommandContext& context);  // completion bash, zsh, fish
 int RunMan(CommandContext& context);         // man
 int RunComplete(CommandContext& context);    // complete
 int RunEdit(CommandContext& context);        // add, remove, move, rename, select
+int RunRelocate(CommandContext& context);    // relocate
 int RunExport(CommandContext& context);      // export compile-commands, sarif
 int RunScript(CommandContext& context);      // run
 int RunTargets(CommandContext& context);     // targets

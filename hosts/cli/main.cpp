@@ -45,6 +45,7 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
       {"move", tarn::host::RunEdit},
       {"rename", tarn::host::RunEdit},
       {"select", tarn::host::RunEdit},
+      {"relocate", tarn::host::RunRelocate},
       {"completion bash", tarn::host::RunCompletion},
       {"completion zsh", tarn::host::RunCompletion},
       {"completion fish", tarn::host::RunCompletion},

@@ -8,15 +8,10 @@
 #include <vector>
 
 #include "hosts/desktop/FileWatch.h"
+#include "hosts/frame/FileText.h"
 #include "platform/files/FileSystem.h"
 
 namespace tarn::host {
-
-// A file as a whole.
-struct FileText {
-  std::string path;
-  std::string text;
-};
 
 // Notices when somebody else writes the files of the open project, which the server itself does
 // only while it closes one.
