@@ -105,6 +105,18 @@ bool ProjectHistory::Note() {
   return true;
 }
 
+Status ProjectHistory::Change(const std::vector<FileText>& texts) {
+  Note();
+  isGoing = true;
+  const Status done = runner.ReopenWith(texts);
+  isGoing = false;
+  if (!done) return done;
+  past.push_back(std::move(present));
+  present = Ask();
+  future.clear();
+  return {};
+}
+
 Status ProjectHistory::Go(std::deque<Step>& from, std::deque<Step>& to) {
   Note();
   if (from.empty() || runner.IsBuilding()) return {};

@@ -27,6 +27,9 @@ class ProjectHistory {
   // Takes what has changed since the last call as one step. Quick when nothing has; not while a
   // build runs, which waits. True when there was something.
   bool Note();
+  // Opens the project with these of its files in place of the present ones, as a step. Not while a
+  // build runs.
+  Status Change(const std::vector<FileText>& texts);
   // The project's files, as of the last step.
   const std::vector<FileText>& GetFiles() const { return present; }
 
