@@ -245,14 +245,25 @@ void ToolRun::TellStartFailure(const ToolCommand& command, const Error& error) {
   }
 }
 
+// `reason` is the system's; empty if the output isn't there.
+bool ToolRun::FailWithoutOutput(const std::string& reason) {
+  if (!log.HasErrors()) log.ReportLastLines(0);
+  log.AddError(
+      tool.name + " ended without an error, but " +
+      (reason.empty() ? "left no file " + plan.output : plan.output + " can't be read: " + reason));
+  return false;
+}
+
 bool ToolRun::CollectRecord() {
   if (plan.output.empty()) return true;
   // A file of a similar name is not what the tool was to make.
-  const auto status = world.files->ExamineExactly(plan.outputOnDisk);
+  auto status = world.files->ExamineExactly(plan.outputOnDisk);
   if (!status) {
-    if (!log.HasErrors()) log.ReportLastLines(0);
-    log.AddError(tool.name + " ended without an error, but left no file " + plan.output);
-    return false;
+    const auto text = world.files->ReadWholeFile(plan.outputOnDisk);
+    // It is there after all if the system has failed to describe it once.
+    if (text) status = world.files->ExamineExactly(plan.outputOnDisk);
+    const bool isUnreadable = !text && text.GetError().code != ErrorCode::NotFound;
+    if (!status) return FailWithoutOutput(isUnreadable ? text.GetError().text : "");
   }
   BuildRecord found;
   found.output = plan.output;

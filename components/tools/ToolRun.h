@@ -45,6 +45,7 @@ class ToolRun {
   bool Fail(const ToolCommand& command, const std::string& reason);
   void TellStartFailure(const ToolCommand& command, const Error& error);
   bool CollectRecord();
+  bool FailWithoutOutput(const std::string& reason);
   std::int64_t BringForward(const BuildRecord& made, const FileStatus& output);
   // False, with an error in the messages, if they are not known.
   bool ReadDependencies(BuildRecord& found);

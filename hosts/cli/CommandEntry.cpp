@@ -21,7 +21,8 @@ constexpr ValueWord kValueWords[] = {
     {"OPTION", ValueKind::Option},   {"FILE", ValueKind::File},
     {"TARGET", ValueKind::Node},     {"OLD", ValueKind::File},
     {"TEXT", ValueKind::Target},     {"MCU", ValueKind::Target},
-    {"FAMILY", ValueKind::Family},
+    {"FAMILY", ValueKind::Family},   {"DIR", ValueKind::File},
+    {"NEW", ValueKind::File},
 };
 
 ValueKind KindOf(const std::string& word) {

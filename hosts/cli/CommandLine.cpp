@@ -39,6 +39,7 @@ class Grammar {
     AddServe();
     AddRegistration();
     AddEdits();
+    AddRelocate();
     AddExports();
     AddCompletion();
   }
@@ -96,6 +97,10 @@ class Grammar {
   // For a command that changes what the project's files hold.
   void AddEditing(CLI::App* command) {
     AddDamagedOk(command);
+    AddWriting(command);
+  }
+
+  void AddWriting(CLI::App* command) {
     command->add_flag("--no-wait", invocation.noWait,
                       "Fail (exit code 3) if another program is changing the project");
     AddOutsideOk(command);
@@ -349,6 +354,20 @@ class Grammar {
       AddProjectOnly(command);
       AddEditing(command);
     }
+  }
+
+  void AddRelocate() {
+    CLI::App* command =
+        AddCommand(app, "relocate", "Find application files and sources that have moved");
+    AddProjectOnly(command);
+    command->add_option("OLD", invocation.older, "A file or folder that has moved")
+        ->check(IsGiven());
+    command->add_option("NEW", invocation.name, "Where it is now")->check(IsGiven());
+    command->add_option("--below", invocation.below, "Search this folder; else that of the project")
+        ->type_name("DIR")
+        ->check(IsGiven());
+    command->add_flag("--dry-run", invocation.dryRun, "Show the moves and change nothing");
+    AddWriting(command);
   }
 
   // Checked by the command.

@@ -24,6 +24,7 @@ int RunMan(CommandContext& context);         // man
 int RunComplete(CommandContext& context);    // complete
 int RunEdit(CommandContext& context);        // add, remove, move, rename, select
 int RunUndo(CommandContext& context);        // undo, redo
+int RunRelocate(CommandContext& context);    // relocate
 int RunExport(CommandContext& context);      // export compile-commands, sarif
 int RunScript(CommandContext& context);      // run
 int RunTargets(CommandContext& context);     // targets

@@ -182,6 +182,11 @@ int Edit::AddOne(const std::string& file) {
   if (context.Session().Manager().AddExistingItem(path) == 0) {
     return Fail(context.Show(path) + " can't be added.");
   }
+  if (isMissing && !context.Files().Exists(path)) {
+    std::string text = context.Show(path) + " can't be made:";
+    for (const std::string& line : context.Session().TakeLogLines()) text += "\n" + Printable(line);
+    return Fail(text);
+  }
   if (TreeText() == before) {
     context.Remark(context.Show(path) + " is there already.");
     return kExitDone;

@@ -109,11 +109,7 @@ int ExportSarif(CommandContext& context) {
   if (const int code = context.LocateProject(project); code != kExitDone) return code;
   const std::string logPath = LogPathOf(project);
   const auto log = context.Files().ReadWholeFile(logPath);
-  if (!log) {
-    context.Complain("No build of " + context.Show(project) +
-                     " has left a log yet. `tarn build` makes one.");
-    return kExitCannotOpen;
-  }
+  if (!log) return context.RefuseLog(project, log.GetError());
   context.ShowDamageOf(project);
   LoggedBuild build;
   build.projectFolder = FolderOf(project);

@@ -87,8 +87,11 @@ int RunGlobals(CommandContext& context) {
       context.Session().Inspector().GetGlobals(application->path, context.Asked().sortColumn));
   const std::string file = AttributeOf(globals.get(), "File");
   if (AttributeOf(globals.get(), "Found") != "Yes") {
-    context.Complain("No list of the symbols of " + application->label + " is there: " +
-                     context.Show(file) + " is missing. A tool of its build has to write it.");
+    const std::string reason = AttributeOf(globals.get(), "Reason");
+    context.Complain("No list of the symbols of " + application->label +
+                     " is there: " + context.Show(file) +
+                     (reason.empty() ? " is missing. A tool of its build has to write it."
+                                     : " can't be read: " + reason + "."));
     return kExitCannotOpen;
   }
   std::vector<Symbol> symbols;

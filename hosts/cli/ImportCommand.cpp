@@ -85,8 +85,12 @@ int Import::CheckFile() const {
     context.Complain(context.Show(older) + " needs no conversion.");
     return kExitUsage;
   }
-  if (context.Files().Exists(older) && !context.Files().IsFolder(older)) return kExitDone;
-  context.Complain("There is no file " + context.Show(older) + ".");
+  const auto text = context.Files().ReadWholeFile(older);
+  if (text) return kExitDone;
+  const Error& error = text.GetError();
+  context.Complain(error.code == ErrorCode::NotFound
+                       ? "There is no file " + context.Show(older) + "."
+                       : context.Show(older) + " can't be read: " + error.text + ".");
   return kExitCannotOpen;
 }
 
@@ -123,6 +127,8 @@ int Import::Run() {
     return kExitToolMissing;
   }
   session.TakeLogLines();
+  // What was said of the start is not of the conversion.
+  failure.reset();
   session.Manager().ProjectOpen(older);
   if (failure) {
     const bool isNamed = failure->find(older) != std::string::npos;

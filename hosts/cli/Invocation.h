@@ -34,13 +34,15 @@ struct Invocation {
   std::string node;    // --node: path or label
   std::string key;     // option, e.g. Build.Defines
   std::string value;   // of an option
-  std::string name;    // of a new project or configuration
+  std::string name;    // of a new project or configuration; NEW of relocate
   std::string from;    // config add --from
   bool empty = false;  // config add --empty
   std::string compiler;
   std::string text;                         // targets: what to look for
   std::string family;                       // targets --family
-  std::string older;                        // file that import converts
+  std::string older;                        // file that import converts; OLD of relocate
+  std::string below;                        // relocate --below
+  bool dryRun = false;                      // relocate --dry-run
   bool yes = false;                         // import --yes
   std::string script;                       // file
   bool xml = false;                         // log --xml

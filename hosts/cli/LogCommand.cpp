@@ -146,11 +146,7 @@ int RunLog(CommandContext& context) {
     return FollowLog(context, project);
   }
   const auto log = context.Files().ReadWholeFile(LogPathOf(project));
-  if (!log) {
-    context.Complain("No build of " + context.Show(project) +
-                     " has left a log yet. `tarn build` makes one.");
-    return kExitCannotOpen;
-  }
+  if (!log) return context.RefuseLog(project, log.GetError());
   if (context.Asked().xml) {
     std::cout << *log << std::endl;
     return kExitDone;

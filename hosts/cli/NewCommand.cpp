@@ -1,11 +1,13 @@
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
 #include "hosts/cli/NewForTarget.h"
 #include "hosts/cli/ShellText.h"
 #include "hosts/frame/GitFiles.h"
 #include "hosts/frame/HostFolders.h"
 #include "hosts/frame/ProjectTemplate.h"
+#include "hosts/frame/StagingFolder.h"
 #include "platform/paths/Paths.h"
 
 namespace tarn::host {
@@ -33,7 +35,6 @@ constexpr const char* kFirstDevice = "atmega328p";
 
 // 0, or an exit code with everything said.
 int CheckCompiler(CommandContext& context) {
-  if (const int code = context.StartSession(); code != kExitDone) return code;
   if (context.Asked().compiler.empty()) return kExitDone;
   const std::string problem = context.Session().Options().CheckValue(
       "Application", "Target", "Toolchain", context.Asked().compiler);
@@ -57,19 +58,63 @@ int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
 }
 
 // From texts that lie ready.
-int MakeProject(CommandContext& context, const NewProject& project,
-                std::vector<std::string>& made) {
+int MakeProject(CommandContext& context, const NewProject& staged) {
   if (const int code = CheckCompiler(context); code != kExitDone) return code;
-  const auto written = WriteNewProject(context.Files(), project);
+  const auto written = WriteNewProject(context.Files(), staged);
   if (!written) {
-    const bool exists = written.GetError().code == ErrorCode::AlreadyExists;
-    context.Complain(context.Show(written.GetError().place) + " " +
-                     (exists ? "is there already. Choose another name."
-                             : "can't be written: " + written.GetError().text));
+    const Error& error = written.GetError();
+    context.Complain(Printable(error.place) + " can't be written: " + error.text);
+    return kExitCannotOpen;
+  }
+  return ChooseCompiler(context, written->front());
+}
+
+// Puts what was made in the staging folder in its place, the project file last: a process that is
+// killed leaves a project or none.
+int PlaceProject(CommandContext& context, StagingFolder& staging, const NewProject& staged,
+                 const NewProject& project, std::vector<std::string>& made) {
+  auto files = staging.CollectFor(staged.folder, project.folder);
+  if (files && (context.Asked().git || IsInGitRepository(context.Files(), project.folder))) {
+    const std::vector<NewFile> git = MakeGitFiles(project.folder);
+    files->insert(files->begin(), git.rbegin(), git.rend());
+  }
+  const auto written = files ? WriteNewFiles(context.Files(), *files)
+                             : Result<std::vector<std::string>>(files.GetError());
+  if (!written) {
+    const Error& error = written.GetError();
+    const bool exists = error.code == ErrorCode::AlreadyExists;
+    context.Complain(
+        context.Show(error.place) + " " +
+        (exists ? "is there already. Choose another name." : "can't be written: " + error.text));
     return exists ? kExitUsage : kExitCannotOpen;
   }
-  made = *written;
-  return ChooseCompiler(context, made.front());
+  made.assign(written->rbegin(), written->rend());
+  return kExitDone;
+}
+
+int StageAndPlace(CommandContext& context, const NewProject& project,
+                  std::vector<std::string>& made) {
+  const std::string file = JoinPath(project.folder, project.name + ".tprj");
+  if (context.Files().Exists(file)) {
+    context.Complain(context.Show(file) + " is there already. Choose another name.");
+    return kExitUsage;
+  }
+  // Which also makes the folder of the user's data.
+  if (const int code = context.StartSession(); code != kExitDone) return code;
+  StagingFolder staging(context.Files(), context.Session().GetFolders().data);
+  if (!staging.GetStatus()) {
+    const Error& error = staging.GetStatus().GetError();
+    context.Complain(Printable(error.place) + " can't be written: " + error.text);
+    return kExitCannotOpen;
+  }
+  NewProject staged = project;
+  staged.folder = JoinPath(staging.GetPath(), project.name);
+  int code = context.Asked().target.empty() ? MakeProject(context, staged)
+                                            : MakeProjectForTarget(context, staged, project);
+  if (code == kExitDone) code = PlaceProject(context, staging, staged, project, made);
+  context.Session().Manager().ProjectClose();
+  context.Files().SetCurrentFolder(context.StartFolder());
+  return code;
 }
 
 }  // namespace
@@ -86,20 +131,10 @@ int RunNew(CommandContext& context) {
     return kExitUsage;
   }
   std::vector<std::string> made;
-  const int code = context.Asked().target.empty() ? MakeProject(context, project, made)
-                                                  : MakeProjectForTarget(context, project, made);
-  if (code != kExitDone) return code;
-  if (context.Asked().git || IsInGitRepository(context.Files(), FolderOf(made.front()))) {
-    const auto written = WriteGitFiles(context.Files(), FolderOf(made.front()));
-    if (!written) {
-      context.Complain(context.Show(written.GetError().place) +
-                       " can't be written: " + written.GetError().text);
-      return kExitCannotOpen;
-    }
-    made.insert(made.end(), written->begin(), written->end());
-  }
+  if (const int code = StageAndPlace(context, project, made); code != kExitDone) return code;
   if (context.Asked().json) {
-    PrintJson(context, {{"project", made.front()}, {"files", made}});
+    PrintJson(context,
+              {{"project", JoinPath(project.folder, project.name + ".tprj")}, {"files", made}});
     return kExitDone;
   }
   if (context.Asked().quiet) return kExitDone;

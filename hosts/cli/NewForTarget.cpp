@@ -29,15 +29,16 @@ std::string Listed(const std::vector<std::string>& names) {
 // One creation, which also is the user whom the server asks meanwhile.
 class Creation final : private DialogResponder {
  public:
-  Creation(CommandContext& commandContext, const NewProject& newProject)
-      : context(commandContext), project(newProject) {
+  Creation(CommandContext& commandContext, const NewProject& stagedProject,
+           const NewProject& newProject)
+      : context(commandContext), staged(stagedProject), project(newProject) {
     SetDialogResponder(context.Frame().GetHandle(), this);
   }
   Creation(const Creation&) = delete;
   Creation& operator=(const Creation&) = delete;
   ~Creation() { SetDialogResponder(context.Frame().GetHandle(), nullptr); }
 
-  int Run(std::vector<std::string>& made);
+  int Run();
 
  private:
   bool AskOkCancel(const std::string&, const std::string&) override { return false; }
@@ -46,16 +47,20 @@ class Creation final : private DialogResponder {
   int RunSheet(CPropertySheet& sheet) override;
 
   std::string Path(const char* extension) const {
-    return JoinPath(project.folder, project.name + extension);
+    return JoinPath(staged.folder, staged.name + extension);
   }
-  void Note(const std::string& line) { lines.push_back(line); }
+  // The user knows the project by the folder where it is going to be.
+  void Note(const std::string& line) {
+    lines.push_back(ReplaceAll(line, staged.folder, project.folder));
+  }
   int Fail(const std::string& text);
   int ExplainRefusal();
   void ChooseConfiguration();
-  int AddFirstSource(std::vector<std::string>& made);
+  int AddFirstSource();
 
   CommandContext& context;
-  const NewProject& project;
+  const NewProject& staged;   // where it is made
+  const NewProject& project;  // where it will be
   std::optional<WizardRefusal> refusal;
   std::vector<std::string> lines;  // what the server said
 };
@@ -65,8 +70,8 @@ int Creation::RunSheet(CPropertySheet& sheet) {
   WizardChoices choices;
   choices.target = context.Asked().target;
   if (!context.Asked().type.empty()) choices.typeHeader = context.Asked().type;
-  choices.applicationName = project.name;
-  choices.location = project.folder;
+  choices.applicationName = staged.name;
+  choices.location = staged.folder;
   choices.createNewProject = true;
   refusal = WizardForm(sheet).Fill(choices);
   return refusal ? kSheetCancel : kSheetFinish;
@@ -105,18 +110,15 @@ void Creation::ChooseConfiguration() {
   session.Manager().Command(kCmdSelectConfiguration);
 }
 
-int Creation::AddFirstSource(std::vector<std::string>& made) {
+int Creation::AddFirstSource() {
   BuildSession& session = context.Session();
   session.Inspector().PublishAll();
   const auto applications = ListApplications(session.Inspector());
   // One that only loads a finished program has no sources.
   if (applications.size() != 1 || applications.front().output.empty()) return kExitDone;
-  const std::string source = JoinPath(project.folder, "src/main.c");
-  if (!context.Files().Exists(source)) {
-    if (const Status written = WriteFirstSource(context.Files(), source); !written) {
-      return Fail(context.Show(source) + " can't be written: " + written.GetError().text);
-    }
-    made.push_back(source);
+  const std::string source = JoinPath(staged.folder, "src/main.c");
+  if (const Status written = WriteFirstSource(context.Files(), source); !written) {
+    return Fail(Printable(source) + " can't be written: " + written.GetError().text);
   }
   session.Inspector().SelectApplication(applications.front().path);
   session.Manager().Command(kCmdNewGroup);
@@ -125,13 +127,7 @@ int Creation::AddFirstSource(std::vector<std::string>& made) {
   return kExitDone;
 }
 
-int Creation::Run(std::vector<std::string>& made) {
-  for (const char* extension : {".tprj", ".tapp"}) {
-    if (!context.Files().Exists(Path(extension))) continue;
-    context.Complain(context.Show(Path(extension)) + " is there already. Choose another name.");
-    return kExitUsage;
-  }
-  if (const int code = context.StartSession(); code != kExitDone) return code;
+int Creation::Run() {
   BuildSession& session = context.Session();
   const std::string targets = session.Inspector().GetTargets();
   if (const int code = CheckTargetFiles(context, targets); code != kExitDone) return code;
@@ -144,8 +140,7 @@ int Creation::Run(std::vector<std::string>& made) {
   if (!isMade) return Fail(context.Show(project.folder) + " can't become a project.");
   session.Adopt(Path(".tprj"));
   ChooseConfiguration();
-  made = {Path(".tprj"), Path(".tapp")};
-  if (const int code = AddFirstSource(made); code != kExitDone) return code;
+  if (const int code = AddFirstSource(); code != kExitDone) return code;
   if (const int code = context.SaveProject(); code != kExitDone) return code;
   for (const std::string& line : lines) context.Remark(Printable(line));
   return kExitDone;
@@ -153,9 +148,9 @@ int Creation::Run(std::vector<std::string>& made) {
 
 }  // namespace
 
-int MakeProjectForTarget(CommandContext& context, const NewProject& project,
-                         std::vector<std::string>& made) {
-  return Creation(context, project).Run(made);
+int MakeProjectForTarget(CommandContext& context, const NewProject& staged,
+                         const NewProject& project) {
+  return Creation(context, staged, project).Run();
 }
 
 }  // namespace tarn::host

@@ -93,6 +93,15 @@ int CommandContext::OpenProject() {
   return OpenProject(path);
 }
 
+int CommandContext::RefuseLog(const std::string& project, const Error& error) {
+  if (error.code == ErrorCode::NotFound) {
+    Complain("No build of " + Show(project) + " has left a log yet. `tarn build` makes one.");
+  } else {
+    Complain("The log " + Show(LogPathOf(project)) + " can't be read: " + error.text + ".");
+  }
+  return kExitCannotOpen;
+}
+
 int CommandContext::StartSession() {
   const Status started = Session().Start();
   isStarted = static_cast<bool>(started);
@@ -106,6 +115,8 @@ int CommandContext::OpenProject(const std::string& path) {
   if (const int code = StartSession(); code != kExitDone) return code;
   const bool isEdit = Contains(kEditingCommands, asked.command);
   Session().Inspector().AllowOutside(asked.outsideOk);
+  // A command that failed can be given again.
+  Session().Inspector().SaveAllOrNone(true);
   if (isEdit) {
     if (const int code = LockEdits(path); code != kExitDone) return code;
   }
@@ -131,7 +142,10 @@ int CommandContext::LockEdits(const std::string& path) {
   bool isTold = false;
   while (true) {
     const std::string holder = Session().Inspector().TryLockProject(path);
-    if (holder.empty()) return kExitDone;
+    if (holder.empty()) {
+      for (const std::string& line : Session().TakeLogLines()) Remark(Printable(line));
+      return kExitDone;
+    }
     const auto waited = std::chrono::steady_clock::now() - start;
     if (asked.noWait || waited > kLongestWait) {
       Complain("Another program is changing this project (" + holder + ").");

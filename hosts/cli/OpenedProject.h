@@ -45,6 +45,12 @@ class CommandContext {
   // Opens the project. 0, or an exit code with everything said.
   int OpenProject();
   int OpenProject(const std::string& path);
+  // Waits for the right to change the project, which other programs don't have until the end of the
+  // command then. 0, or an exit code with everything said. Commands that edit have it when the
+  // project is open.
+  int LockEdits(const std::string& path);
+  // Says why the log of the project's last build can't be read, and returns the exit code.
+  int RefuseLog(const std::string& project, const Error& error);
   // Shows on the error stream what was lost of the project when it was read, also for a command
   // that doesn't need the project itself; nothing if it can't be opened.
   void ShowDamageOf(const std::string& path);

@@ -72,11 +72,7 @@ int RunReport(CommandContext& context) {
   std::string project;
   if (const int code = context.LocateProject(project); code != kExitDone) return code;
   const auto log = context.Files().ReadWholeFile(LogPathOf(project));
-  if (!log) {
-    context.Complain("No build of " + context.Show(project) +
-                     " has left a log yet. `tarn build` makes one.");
-    return kExitCannotOpen;
-  }
+  if (!log) return context.RefuseLog(project, log.GetError());
   if (const int code = context.StartSession(); code != kExitDone) return code;
   context.ShowDamageOf(project);
   const Invocation& asked = context.Asked();

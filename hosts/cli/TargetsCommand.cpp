@@ -139,7 +139,7 @@ std::vector<std::string> FamilyNames(const std::vector<TargetEntry>& targets) {
 int CheckTargetFiles(CommandContext& context, const std::string& list) {
   const std::string problem = ReadTargetProblem(list);
   if (problem.empty()) return kExitDone;
-  context.Complain("A file of targets was read only in part: " + Printable(problem) + ".");
+  context.Complain("A file of targets was not read, or only in part: " + Printable(problem) + ".");
   return kExitCannotOpen;
 }
 

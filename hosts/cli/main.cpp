@@ -47,6 +47,7 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
       {"select", tarn::host::RunEdit},
       {"undo", tarn::host::RunUndo},
       {"redo", tarn::host::RunUndo},
+      {"relocate", tarn::host::RunRelocate},
       {"completion bash", tarn::host::RunCompletion},
       {"completion zsh", tarn::host::RunCompletion},
       {"completion fish", tarn::host::RunCompletion},

@@ -40,31 +40,13 @@ std::function<int()> CounterFor(std::uint32_t command, BuildSession& session) {
   return {};
 }
 
-// All of the texts or none: the files of a project belong together.
-Status WriteAll(FileSystem& files, const std::vector<FileText>& texts) {
-  std::vector<std::pair<std::string, Result<std::string>>> before;
-  for (const FileText& each : texts) {
-    auto present = files.ReadWholeFile(each.path);
-    if (present && *present == each.text) continue;
-    Status written = files.WriteWholeFile(each.path, each.text);
-    if (written) {
-      before.emplace_back(each.path, std::move(present));
-      continue;
-    }
-    Error error = written.GetError();
-    for (const auto& [path, text] : before) {
-      const Status back = text ? files.WriteWholeFile(path, *text) : files.RemoveFile(path);
-      if (!back) error.text += "\n" + path + " has been written and can't be put back";
-    }
-    return error;
-  }
-  // The server puts aside what others have written, which is the file itself now.
+// The server puts aside what others have written, which is the file itself after WriteAllFiles.
+void RemoveCopies(FileSystem& files, const std::vector<FileText>& texts) {
   for (const FileText& each : texts) {
     const std::string aside = each.path + ".orig";
     const auto kept = files.ReadWholeFile(aside);
     if (kept && *kept == each.text) static_cast<void>(files.RemoveFile(aside));
   }
-  return {};
 }
 
 // How long one piece of what can be done in pieces takes.
@@ -108,7 +90,8 @@ Status CommandRunner::ReopenWith(const std::vector<FileText>& texts) {
   const std::string path = GetProjectPath();
   if (Status kept = KeepDamaged(texts); !kept) return kept;
   if (Status closed = Close(); !closed) return closed;
-  const Status written = WriteAll(files, texts);
+  const Status written = WriteAllFiles(files, texts);
+  if (written) RemoveCopies(files, texts);
   const Status opened = Open(path);
   return written ? opened : written;
 }

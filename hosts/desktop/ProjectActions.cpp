@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QThread>
 #include <QTimer>
@@ -14,6 +15,8 @@
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/RecentMenu.h"
 #include "hosts/desktop/RecentProjects.h"
+#include "hosts/desktop/RelocateDialog.h"
+#include "platform/paths/Paths.h"
 #include "platform/qt/QtText.h"
 
 namespace tarn::host {
@@ -129,7 +132,7 @@ bool ProjectActions::Load(const std::string& path) {
   const Status opened = runner.Open(path);
   TellWhatIsNotSaved(session.TakeSaveReport());
   if (opened) return true;
-  Warn(window, tr("%1 can't be opened.").arg(ToQt(path)), opened.GetError().text);
+  if (OffersToRelocate(path, opened.GetError().text)) return Load(path);
   if (files.Exists(path)) return false;
   RecentProjects::Remove(ToQt(path));
   if (onRecentChanged) onRecentChanged();
@@ -142,6 +145,49 @@ void ProjectActions::Choose() {
       &window, tr("Open project"), last.isEmpty() ? QDir::homePath() : QFileInfo(last).path(),
       tr("Projects (*.tprj)"));
   if (!chosen.isEmpty()) Open(FromQt(chosen));
+}
+
+// Tells why a project can't be opened. If one of its applications is missing, it can be looked for;
+// returns whether that was found, and the project corrected.
+bool ProjectActions::OffersToRelocate(const std::string& path, const std::string& reason) {
+  const QString text = tr("%1 can't be opened.").arg(ToQt(path));
+  Relocation moves(files, path);
+  if (!moves.MissesApplication()) {
+    Warn(window, text, reason);
+    return false;
+  }
+  QMessageBox box(QMessageBox::Warning, tr("Tarn"), text + "\n\n" + ToQt(reason),
+                  QMessageBox::Close, &window);
+  const QPushButton* const find =
+      box.addButton(tr("&Find moved files..."), QMessageBox::ActionRole);
+  box.exec();
+  if (box.clickedButton() != find) return false;
+  RelocateDialog dialog(moves, FolderOf(path), &window);
+  if (dialog.exec() != QDialog::Accepted) return false;
+  const Status written = WriteAllFiles(files, dialog.GetTexts());
+  if (!written) Warn(window, written.GetError());
+  return static_cast<bool>(written);
+}
+
+void ProjectActions::Relocate() {
+  const std::string path = runner.GetProjectPath();
+  if (path.empty() || runner.IsBuilding() || !damage.MayGoOn()) return;
+  if (!watch.GetChanged().empty()) {
+    watch.Look();
+    return;
+  }
+  history.Note();
+  Relocation moves(files, path);
+  moves.SetTexts(history.GetFiles());
+  RelocateDialog dialog(moves, FolderOf(path), &window);
+  if (dialog.exec() != QDialog::Accepted || runner.IsBuilding()) return;
+  const EditRight right(session.Inspector(), path);
+  if (!right.IsTaken()) {
+    Warn(window, DescribeBusy());
+    return;
+  }
+  const FileChanges changes = FindChanges(history.GetFiles(), moves.Complete(dialog.GetTexts()));
+  if (const Status done = history.Change(changes); !done) Warn(window, done.GetError());
 }
 
 // The server closes the project first, so that the wizard can only make another one.
@@ -211,6 +257,11 @@ void ProjectActions::AddOpening(QMenu& menu) {
   menu.addAction(tr("&Open project..."), QKeySequence::Open, this, [this] { Choose(); });
   QMenu* const recent = MakeRecentMenu(window, [this](const QString& path) { Open(FromQt(path)); });
   menu.addMenu(recent);
+  QAction* const relocate =
+      menu.addAction(tr("Find &moved files..."), this, [this] { Relocate(); });
+  connect(&menu, &QMenu::aboutToShow, this, [this, relocate] {
+    relocate->setEnabled(!runner.GetProjectPath().empty() && !runner.IsBuilding());
+  });
   const auto tell = [this] {
     if (onRecentChanged) onRecentChanged();
   };

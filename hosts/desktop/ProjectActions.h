@@ -46,6 +46,8 @@ class ProjectActions : public QObject {
   void Choose();
   void New();
   void OpenExample(const Example& example);
+  // Lets the user find files that are missing, and corrects the project in one step.
+  void Relocate();
   // The texts in the editors, and the project itself.
   void SaveAll();
   // For the end of the program: the project goes, with its editors kept for the next time. False
@@ -79,6 +81,7 @@ class ProjectActions : public QObject {
   bool IsFree();
   bool MayClose() { return !HasUnsaved() || damage.MayClose(); }
   bool Load(const std::string& path);
+  bool OffersToRelocate(const std::string& path, const std::string& reason);
   void TellWhatIsNotSaved(const SaveReport& report);
   void Reload();
   Status TakeFromDisk();

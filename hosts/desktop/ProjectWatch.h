@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "hosts/desktop/FileWatch.h"
+#include "hosts/frame/FileText.h"
 #include "platform/files/FileSystem.h"
 #include "platform/files/FileTexts.h"
 

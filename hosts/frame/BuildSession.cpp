@@ -58,6 +58,7 @@ Error ToError(const std::string& line) {
 Error DescribeConfigFile(FileSystem& files, const std::string& path) {
   CXmlNode root;
   const auto text = files.ReadWholeFile(path);
+  if (!text && text.GetError().code != ErrorCode::NotFound) return text.GetError();
   const std::string fault = text ? LoadWhole(root, *text, XmlTexts::None, path) : std::string();
   if (!fault.empty()) return ToError(fault);
   return {ErrorCode::NotFound, "the configuration file is missing or damaged", path};

@@ -22,7 +22,9 @@ constexpr GitFile kFiles[] = {
      "# Copies of files that were replaced or could not be written\n"
      "*.bak\n"
      "*.orig\n"
-     "*.unsaved\n"},
+     "*.unsaved\n"
+     "# Left by programs that were killed\n"
+     ".tarn-*\n"},
     {".gitattributes",
      "# Tarn writes these with CR LF, and keeps LF where a file has it\n"
      "*.tprj text eol=crlf\n"
@@ -39,17 +41,10 @@ bool IsInGitRepository(FileSystem& files, const std::string& folder) {
   return false;
 }
 
-Result<std::vector<std::string>> WriteGitFiles(FileSystem& files, const std::string& folder) {
-  std::vector<std::string> written;
-  for (const GitFile& each : kFiles) {
-    const std::string path = JoinPath(folder, each.name);
-    if (files.Exists(path)) continue;
-    if (const Status status = files.WriteWholeFile(path, each.text); !status) {
-      return status.GetError();
-    }
-    written.push_back(path);
-  }
-  return written;
+std::vector<NewFile> MakeGitFiles(const std::string& folder) {
+  std::vector<NewFile> list;
+  for (const GitFile& each : kFiles) list.push_back({JoinPath(folder, each.name), each.text, true});
+  return list;
 }
 
 }  // namespace tarn::host

@@ -14,7 +14,7 @@ FoundProject FindInFolder(FileSystem& files, const std::string& folder) {
   FoundProject found;
   const auto entries = files.ListFolder(folder);
   if (!entries) {
-    found.problem = "The folder " + folder + " can't be read.";
+    found.problem = "The folder " + folder + " can't be read: " + entries.GetError().text + ".";
     return found;
   }
   for (const FolderEntry& entry : *entries) {
@@ -39,10 +39,17 @@ FoundProject FindFile(FileSystem& files, const std::string& argument) {
   path = files.Canonical(path);
   if (files.IsFolder(path)) return FindInFolder(files, path);
   if (!files.Exists(path)) {
-    return {{}, {}, "There is no project file or folder named " + argument + "."};
+    const auto text = files.ReadWholeFile(path);
+    const bool isLink = files.ExamineLink(path).has_value();
+    if (text || (text.GetError().code == ErrorCode::NotFound && !isLink)) {
+      return {{}, {}, "There is no project file or folder named " + argument + "."};
+    }
+    return {{}, {}, path + " can't be read: " + text.GetError().text + "."};
   }
   // Anything else would be taken for an older project and handed to a script.
   if (!EqualNoCase(ExtensionOf(path), kProjectExtension)) {
+    // The system may have failed to say that it is a folder.
+    if (argument.empty()) return FindInFolder(files, path);
     return {{}, {}, argument + " is no project file (*.tprj)."};
   }
   return {path, {}, {}};

@@ -55,6 +55,16 @@ bool ProjectHistory::Note() {
   return true;
 }
 
+Status ProjectHistory::Change(const FileChanges& changes) {
+  Note();
+  if (isGoing || isBusy()) return {};
+  isGoing = true;
+  Status done = apply(changes);
+  isGoing = false;
+  Note();
+  return done;
+}
+
 Status ProjectHistory::Go(Steps& from, Steps& to, bool isBack) {
   Note();
   if (from.empty() || isGoing || isBusy()) return {};

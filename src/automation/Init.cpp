@@ -83,12 +83,15 @@ bool CProjectManager::CreateComponent(COleDispatchDriver& driver, const char* pr
 
 bool CProjectManager::ChooseConfigFile(const std::string& root) {
   configFolder = root + "config" + kSeparator;
-  const std::string dataName = BehindLastSeparator(dataPath);
-  for (const std::string& name : {dataName + "_" + kConfigFileName, std::string(kConfigFileName)}) {
-    configFilePath = configFolder + name;
-    if (platform.files.Exists(configFilePath)) return true;
-  }
-  return false;
+  const std::string own = configFolder + BehindLastSeparator(dataPath) + "_" + kConfigFileName;
+  const auto canBeRead = [this] {
+    const Result<std::string> text = platform.files.ReadWholeFile(configFilePath);
+    return text || text.GetError().code != ErrorCode::NotFound;
+  };
+  configFilePath = own;
+  if (platform.files.Exists(own) && canBeRead()) return true;
+  configFilePath = configFolder + kConfigFileName;
+  return platform.files.Exists(configFilePath) || canBeRead();
 }
 
 void CProjectManager::NameLogFile() {
@@ -117,7 +120,13 @@ bool CProjectManager::LoadConfiguration() {
 
   const Result<std::string> text = platform.files.ReadWholeFile(configFilePath);
   CXmlNode configuration;
-  if (!text) return false;
+  if (!text) {
+    // That it isn't there is what the result means.
+    const Error& error = text.GetError();
+    const std::string reason = configFilePath + ": " + error.text;
+    if (error.code != ErrorCode::NotFound) model->SendHost(kMsgLogLine, reason, 0);
+    return false;
+  }
   configurationProblem = LoadWhole(configuration, *text, XmlTexts::None, configFilePath);
   const bool isDamaged = !configurationProblem.empty();
   if (isDamaged && configuration.Load(*text, g_xmlParseInfo) == nullptr) return false;

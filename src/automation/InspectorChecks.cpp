@@ -48,6 +48,7 @@ std::string CProjectInspector::GetInstallationProblem() {
   if (model == nullptr) return {};
   auto& object = *static_cast<CProjectManager*>(manager.Get());
   if (!object.GetConfigurationProblem().empty()) return object.GetConfigurationProblem();
+  if (!model->output->GetMessageProblem().empty()) return model->output->GetMessageProblem();
   const std::string types = DescribeMissingTypes(model->types);
   return types.empty() ? object.FindDefinitionProblem() : model->configFilePath + ": " + types;
 }

@@ -51,6 +51,9 @@ std::string CProjectInspector::GetGlobals(const char* application, const char* c
   globals.SetName("Globals");
   globals.AddAttr("File", path);
   globals.AddAttr("Found", text ? "Yes" : "No");
+  if (!text && text.GetError().code != ErrorCode::NotFound) {
+    globals.AddAttr("Reason", text.GetError().text);
+  }
   if (text) {
     const auto definition = WithoutPictures(MakeGlobalsDefinition({}));
     CGlobalsReport report(files, 0, *definition);

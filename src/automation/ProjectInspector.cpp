@@ -221,6 +221,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetBaseTexts>("GetBaseTexts", 67, {}),
       Method<&I::StageFileTexts>("StageFileTexts", 68, {"texts", "bases"}),
       Method<&I::IsModified>("IsModified", 69, {}),
+      Method<&I::SaveAllOrNone>("SaveAllOrNone", 70, {"wanted"}),
       Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
   });
   return table;
@@ -454,7 +455,10 @@ std::int32_t CProjectInspector::ProtectDamaged(std::int32_t protect) {
 std::string CProjectInspector::TryLockProject(const char* path) {
   CProjectModel* model = Model();
   if (model == nullptr) return "no project manager";
-  return model->TryTakeEdits(TextOf(path)) ? std::string() : model->GetEditor();
+  if (!model->TryTakeEdits(TextOf(path))) return model->GetEditor();
+  const std::string problem = model->GetEditProblem();
+  if (!problem.empty()) model->SendHost(kMsgLogLine, problem, 0);
+  return {};
 }
 
 std::int32_t CProjectInspector::UnlockProject() {
@@ -471,6 +475,13 @@ std::string CProjectInspector::GetSaveReport() {
   list.SetName("Save");
   for (const SavedFile& each : model->GetSavedFiles()) each.AddTo(list);
   return list.ToString(g_xmlDisplayOptions);
+}
+
+std::int32_t CProjectInspector::SaveAllOrNone(std::int32_t wanted) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->SaveAllOrNone(wanted != 0);
+  return 1;
 }
 
 std::int32_t CProjectInspector::AllowOutside(std::int32_t allow) {

@@ -96,6 +96,9 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::string ApplyChange(const char* before, const char* after);
   // With 1, files outside the project's folder are written without asking the user.
   std::int32_t AllowOutside(std::int32_t allow);
+  // With 1, a save writes all of the project's files or none, for a host whose user can do again
+  // what failed; with 0 as many as it can.
+  std::int32_t SaveAllOrNone(std::int32_t wanted);
   // With 1, a project with damage is neither built nor cleaned, and no save or close writes it,
   // until the call with 0. Stays for the projects that are opened later. Returns 0 before Attach.
   std::int32_t ProtectDamaged(std::int32_t protect);

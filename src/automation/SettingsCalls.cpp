@@ -129,7 +129,7 @@ std::int32_t CProjectManager::WriteIniValue(const char* section, const char* key
   if (!model) return 0;
   const std::string path = TextOf(iniPath);
   if (path.empty() || section == nullptr) return 1;
-  GetFileAccessStatus(platform.files, path, kMustBeWritable | kCreateFolder);
+  GetFileAccess(platform.files, path, kMustBeWritable | kCreateFolder);
   const Result<std::string> text = platform.files.ReadWholeFile(path);
   const bool isNew = !text && text.GetError().code == ErrorCode::NotFound;
   IniFile store = text ? IniFile(*text) : IniFile();

@@ -47,6 +47,8 @@ void CBuildOutput::Initialise(const std::string& configFilePath, WindowHandle ho
   CXmlNode file;
   const Result<std::string> text = disk.ReadWholeFile(stylesheet);
   if (text) file.Load(*text, g_xmlParseInfo);
+  const bool isThere = !text && text.GetError().code != ErrorCode::NotFound;
+  messageProblem = isThere ? stylesheet + ": " + text.GetError().text : std::string();
   for (int i = 0; i < file.GetChildCount(); ++i) LoadMessages(*file.GetChild(i));
 }
 
@@ -83,11 +85,16 @@ void CBuildOutput::DeleteLogFile() {
   if (!logFile.empty()) static_cast<void>(disk.RemoveFile(logFile));
 }
 
-void CBuildOutput::WriteMessage(int index, std::initializer_list<std::string> arguments) {
+void CBuildOutput::WriteMessage(int index, std::initializer_list<std::string> arguments,
+                                std::string_view reason) {
   const std::optional<std::string> format = FindMessageText(index);
   if (!format) return;
-  const std::string text =
-      FormatMessageText(*format, std::span(arguments.begin(), arguments.size()));
+  std::string text = FormatMessageText(*format, std::span(arguments.begin(), arguments.size()));
+  if (!reason.empty()) {
+    text = std::string(Trim(text));
+    if (text.ends_with('.')) text.pop_back();
+    text.append(": ").append(reason);
+  }
   const int kind = GetMessageKind(index);
   const KindValues values = ValuesOfKind(kind);
 

@@ -47,6 +47,9 @@ class CBuildOutput {
   void ForgetHost() { hostWindow = 0; }
 
   // Borrowed until replaced or the hub's end; null for no window.
+  // Why the file of message texts could not be read, as "path: reason"; empty if it was, or isn't
+  // there.
+  const std::string& GetMessageProblem() const { return messageProblem; }
   void SetViews(ILogView* log, IReportView* report);
   // What the views need for their windows; empty until Initialise has found the files.
   const std::string& GetViewTitle() const { return viewTitle; }
@@ -68,7 +71,9 @@ class CBuildOutput {
   //
   // Sends kMsgLogLine to the host, whose handler may call back into the hub; the caller must not
   // hold a node of the tree across this call.
-  void WriteMessage(int index, std::initializer_list<std::string> arguments = {});
+  // `reason`, if any, follows the row's text after a colon.
+  void WriteMessage(int index, std::initializer_list<std::string> arguments = {},
+                    std::string_view reason = {});
 
   // Adds the elements below the top element of a tool's message file. Nothing without
   // kMergeToolFiles or without the file; a damaged file adds what could be read.
@@ -113,6 +118,7 @@ class CBuildOutput {
   std::uint64_t generation = 0;  // of the tree: how often it was reset
   std::string logFile;
   std::string viewTitle;
+  std::string messageProblem;
   std::string stylesheet;
   WindowHandle hostWindow = 0;
   ILogView* logView = nullptr;

@@ -1,5 +1,7 @@
 #include "project/FileAccess.h"
 
+#include <utility>
+
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 
@@ -7,16 +9,37 @@ namespace tarn {
 
 namespace {
 
-FileAccessStatus CheckWritable(FileSystem& files, const std::string& path, std::uint32_t flags) {
+FileAccess MakeAccess(FileAccessStatus status, Error reason) {
+  return {status, std::move(reason)};
+}
+
+// A file that can be read is there, also if the system has refused to describe it.
+FileAccess CheckThere(FileSystem& files, const std::string& path) {
+  if (files.Exists(path)) return {};
+  const Result<std::string> text = files.ReadWholeFile(path);
+  if (text) return {};
+  const bool isMissing =
+      text.GetError().code == ErrorCode::NotFound && !files.ExamineLink(path).has_value();
+  return MakeAccess(isMissing ? FileAccessStatus::Missing : FileAccessStatus::Unreadable,
+                    text.GetError());
+}
+
+FileAccess CheckWritable(FileSystem& files, const std::string& path, std::uint32_t flags) {
   std::string folder = FolderOf(path);
   if (folder.empty()) folder = files.CurrentFolder();
   if (!files.Exists(folder)) {
-    if ((flags & kCreateFolder) == 0) return FileAccessStatus::FolderMissing;
-    if (!files.CreateFolders(folder)) return FileAccessStatus::CannotCreateFolder;
+    if ((flags & kCreateFolder) == 0) return MakeAccess(FileAccessStatus::FolderMissing, {});
+    if (Status made = files.CreateFolders(folder); !made) {
+      return MakeAccess(FileAccessStatus::CannotCreateFolder, made.GetError());
+    }
   }
-  if (files.IsReadOnly(folder)) return FileAccessStatus::ReadOnly;
-  const bool looksAtFile = (flags & kCreateFolder) == 0;
-  return looksAtFile && files.IsReadOnly(path) ? FileAccessStatus::ReadOnly : FileAccessStatus::Ok;
+  Status refused = files.CheckWritable(folder);
+  if (refused && (flags & kCreateFolder) == 0) refused = files.CheckWritable(path);
+  if (refused) return {};
+  const ErrorCode code = refused.GetError().code;
+  const bool isReadOnly = code == ErrorCode::ReadOnly || code == ErrorCode::NotFound;
+  return MakeAccess(isReadOnly ? FileAccessStatus::ReadOnly : FileAccessStatus::Unwritable,
+                    refused.GetError());
 }
 
 int RowOf(FileAccessStatus status) {
@@ -29,6 +52,10 @@ int RowOf(FileAccessStatus status) {
       return kRowReadOnly;
     case FileAccessStatus::CannotCreateFolder:
       return kRowCannotCreateFolder;
+    case FileAccessStatus::Unreadable:
+      return kRowCannotRead;
+    case FileAccessStatus::Unwritable:
+      return kRowCannotSave;
     case FileAccessStatus::Ok:
       break;
   }
@@ -37,23 +64,28 @@ int RowOf(FileAccessStatus status) {
 
 }  // namespace
 
-FileAccessStatus GetFileAccessStatus(FileSystem& files, const std::string& path,
-                                     std::uint32_t flags) {
-  if ((flags & kMustExist) != 0) {
-    return files.Exists(path) ? FileAccessStatus::Ok : FileAccessStatus::Missing;
-  }
+FileAccess GetFileAccess(FileSystem& files, const std::string& path, std::uint32_t flags) {
+  if ((flags & kMustExist) != 0) return CheckThere(files, path);
   if ((flags & kMustBeWritable) != 0) return CheckWritable(files, path, flags);
-  return FileAccessStatus::Ok;
+  return {};
+}
+
+std::int32_t ReportFileAccess(const FileAccess& access, CBuildOutput& output,
+                              const std::string& shown) {
+  // The other rows say it themselves.
+  const bool hasReason = access.status == FileAccessStatus::CannotCreateFolder ||
+                         access.status == FileAccessStatus::Unreadable ||
+                         access.status == FileAccessStatus::Unwritable;
+  const int row = RowOf(access.status);
+  if (row >= 0) output.WriteMessage(row, {shown}, hasReason ? access.reason.text : std::string());
+  output.SaveLog();
+  output.UpdateReport();
+  return access.status == FileAccessStatus::Ok ? 1 : 0;
 }
 
 std::int32_t CheckFileAccess(FileSystem& files, const std::string& path, std::uint32_t flags,
                              CBuildOutput& output, const std::string& shown) {
-  const FileAccessStatus status = GetFileAccessStatus(files, path, flags);
-  const int row = RowOf(status);
-  if (row >= 0) output.WriteMessage(row, {shown});
-  output.SaveLog();
-  output.UpdateReport();
-  return status == FileAccessStatus::Ok ? 1 : 0;
+  return ReportFileAccess(GetFileAccess(files, path, flags), output, shown);
 }
 
 }  // namespace tarn

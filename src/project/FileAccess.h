@@ -21,11 +21,21 @@ enum class FileAccessStatus : std::int32_t {
   FolderMissing = 3,
   ReadOnly = 5,  // with kMustBeWritable alone also for a file that is not there
   CannotCreateFolder = 6,
+  Unreadable = 7,  // there, but can't be read
+  Unwritable = 8,  // whether it or its folder can be written is unknown
+};
+
+struct FileAccess {
+  FileAccessStatus status = FileAccessStatus::Ok;
+  Error reason;  // of the system, with the path that it concerns
 };
 
 // `path` is absolute; an empty folder counts as the current one.
-FileAccessStatus GetFileAccessStatus(FileSystem& files, const std::string& path,
-                                     std::uint32_t flags);
+FileAccess GetFileAccess(FileSystem& files, const std::string& path, std::uint32_t flags);
+
+// Like CheckFileAccess, for what was found before.
+std::int32_t ReportFileAccess(const FileAccess& access, CBuildOutput& output,
+                              const std::string& shown);
 
 // Writes the status to the log, where `shown` stands for the path, and makes log file and report
 // current. Result 1 when the path passed.

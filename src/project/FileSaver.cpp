@@ -39,7 +39,12 @@ SavePlan FileSaver::Prepare(const std::string& absolute, const std::string& text
   plan.text = Settle(absolute, text);
   const Result<std::string> disk = files.ReadWholeFile(absolute);
   const std::string* const known = guard.TextOf(absolute);
-  if (!disk) return plan;
+  if (!disk) {
+    // What is there and can't be read may be what another program wrote.
+    if (disk.GetError().code != ErrorCode::NotFound) plan.problem = disk.GetError().text;
+    plan.isNeeded = plan.problem.empty() || known == nullptr || plan.text != *known;
+    return plan;
+  }
   plan.isNeeded = plan.text != *disk;
   CXmlNode base;
   CXmlNode theirs;
@@ -60,13 +65,17 @@ SavePlan FileSaver::Prepare(const std::string& absolute, const std::string& text
   return plan;
 }
 
-Status FileSaver::Write(const SavePlan& plan, SavedFile& report) const {
+Status FileSaver::KeepOther(const SavePlan& plan, SavedFile& report) const {
   report.path = plan.absolute;
   report.isMerged = plan.isMerged;
   report.conflicts = plan.conflicts;
   const bool losesNothing = plan.isMerged && plan.conflicts.empty();
-  const Status putAside =
-      losesNothing ? Status() : guard.PutAside(plan.absolute, report.copy, report.copyReason);
+  if (losesNothing) return {};
+  return guard.PutAside(plan.absolute, report.copy, report.copyReason);
+}
+
+Status FileSaver::Write(const SavePlan& plan, SavedFile& report) const {
+  const Status putAside = KeepOther(plan, report);
   const Status written = putAside ? files.WriteWholeFile(plan.absolute, plan.text) : putAside;
   if (written) guard.NoteWritten(plan.absolute, plan.text);
   return written;

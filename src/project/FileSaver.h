@@ -15,6 +15,7 @@ struct SavePlan {
   std::string absolute;
   std::string text;       // for the disk
   bool isNeeded = true;   // false if the file holds it already
+  std::string problem;    // why it can't be written; empty if that is not known yet
   bool isMerged = false;  // `text` also has what another program changed since the file was read
   std::vector<TreeConflict> conflicts;
 };
@@ -31,6 +32,9 @@ class FileSaver {
   SavePlan Prepare(const std::string& absolute, const std::string& text) const;
   // The text in the form for the disk, without a look at what that holds now.
   std::string Settle(const std::string& absolute, const std::string& text) const;
+  // Keeps a copy of what the file holds where it would be lost, and says in `report` what will have
+  // been done. Fails if the copy does; the file must not be written then.
+  Status KeepOther(const SavePlan& plan, SavedFile& report) const;
   // Replaces the file, and says in `report` what was done.
   Status Write(const SavePlan& plan, SavedFile& report) const;
 

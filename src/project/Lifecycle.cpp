@@ -392,8 +392,8 @@ bool CProjectModel::MayOverwrite(const std::string& path) const {
 bool CProjectModel::PutAsideReplaced(const std::string& path) {
   std::string copy;
   CopyReason reason = CopyReason::None;
-  if (!guard.PutAside(path, copy, reason)) {
-    output->WriteMessage(kRowCannotSave, {path});
+  if (const Status kept = guard.PutAside(path, copy, reason); !kept) {
+    output->WriteMessage(kRowCannotSave, {path}, kept.GetError().text);
     return false;
   }
   // No message: the user was asked.
@@ -418,14 +418,14 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
   root.AddAttr("Project", "Yes");
   if (!CheckFileAccess(files, path, kMustBeWritable | kCreateFolder, *output)) return 0;
   const std::string text = root.ToString(g_xmlDisplayOptions);
-  if (files.WriteWholeFile(path, text)) {
+  if (const Status written = files.WriteWholeFile(path, text)) {
     guard.NoteWritten(path, text);
     // What was made from an old project; whether they go makes no difference.
     (void)files.RemoveFile(WithExtension(path, ".tdb"));
     (void)files.RemoveFile(WithExtension(path, ".dbi"));
     SendHost(kMsgProjectCreated, path, 0);
   } else {
-    output->WriteMessage(kRowCannotSave, {path});
+    output->WriteMessage(kRowCannotSave, {path}, written.GetError().text);
     // What was to be replaced is still there, and must not be taken for the new project.
     if (files.Exists(path)) return 0;
   }

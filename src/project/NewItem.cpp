@@ -156,8 +156,9 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
   // The creation goes on without a file, and adding the application reports that it is missing; but
   // what was to be replaced must not be taken for the new one.
   const std::string text = node.ToString(g_xmlDisplayOptions);
-  if (!files.WriteWholeFile(applicationFile, text) && files.Exists(applicationFile)) {
-    output->WriteMessage(kRowCannotSave, {applicationFile});
+  const Status written = files.WriteWholeFile(applicationFile, text);
+  if (!written && files.Exists(applicationFile)) {
+    output->WriteMessage(kRowCannotSave, {applicationFile}, written.GetError().text);
     return 0;
   }
   const Creating creating(creatingProject);

@@ -18,13 +18,19 @@ constexpr std::chrono::milliseconds kBetweenTries(10);
 bool ProjectLock::TryTake(const std::string& projectPath) {
   if (IsHeldFor(projectPath)) return true;
   Release();
-  auto taken = files.TryLock(WithExtension(files.ResolveLinks(projectPath), kLockExtension),
-                             LockPurpose::Edit);
+  const std::string path = WithExtension(files.ResolveLinks(projectPath), kLockExtension);
+  auto taken = files.TryLock(path, LockPurpose::Edit);
   if (!taken && taken.GetError().code == ErrorCode::Busy) {
     holder = taken.GetError().text;
     return false;
   }
-  if (taken) lock = std::move(*taken);
+  problem.clear();
+  if (taken) {
+    lock = std::move(*taken);
+  } else if (taken.GetError().code != ErrorCode::ReadOnly) {
+    problem =
+        path + " can't be locked, so other programs are not held back: " + taken.GetError().text;
+  }
   heldFor = projectPath;
   return true;
 }

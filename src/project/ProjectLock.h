@@ -21,6 +21,9 @@ class ProjectLock {
   void Release();
   bool IsHeldFor(const std::string& projectPath) const { return heldFor == projectPath; }
 
+  // Why nothing keeps other processes from taking the right; empty if something does, and if the
+  // project can't be changed here anyway.
+  const std::string& GetProblem() const { return problem; }
   // The process that had it at the last failure.
   const std::string& GetHolder() const { return holder; }
 
@@ -29,6 +32,7 @@ class ProjectLock {
   std::unique_ptr<FileLock> lock;
   std::string heldFor;  // empty if nothing is held
   std::string holder;
+  std::string problem;
 };
 
 }  // namespace tarn

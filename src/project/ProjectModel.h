@@ -165,9 +165,12 @@ class CProjectModel {
   bool TryTakeEdits(const std::string& path) { return editLock.TryTake(FullProjectPath(path)); }
   void ReleaseEdits() { editLock.Release(); }
   const std::string& GetEditor() const { return editLock.GetHolder(); }
+  const std::string& GetEditProblem() const { return editLock.GetProblem(); }
   const std::vector<SavedFile>& GetSavedFiles() const { return savedFiles; }
   // The user agrees to files outside the project's folder being written.
   void AllowOutside(bool isAllowed) { writesOutside = isAllowed; }
+  // A save writes all of the project's files or none, instead of as many as it can.
+  void SaveAllOrNone(bool isWanted) { savesWhole = isWanted; }
 
   // What the files held when they were read or written last.
   std::vector<FileText> GetBaseTexts() const;
@@ -376,12 +379,16 @@ class CProjectModel {
   };
   std::size_t CollectTreeFiles(CXmlNode& node, CXmlNode* child, const std::string& absolute,
                                std::vector<PendingFile>& pending);
+  void RemoveAbandoned(const std::vector<PendingFile>& pending);
+  void SaveAllPending(std::vector<PendingFile>& pending);
   void SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending);
   std::string PlanFiles(std::vector<PendingFile>& pending);
   std::string PrepareFiles(std::vector<PendingFile>& pending);
   Status WriteTreeFile(const SavePlan& plan);
   void LoseNothing(PendingFile& file, const std::string& reason);
-  void RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason);
+  // `place` is the file that is the reason, empty if none is.
+  void RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason,
+                   const std::string& place = {});
   void ReloadEmptied(CXmlNode& node);
   void ReportSave();
 
@@ -468,6 +475,7 @@ class CProjectModel {
   std::vector<FileDamage> damage;
   std::vector<FileDamage> failedDamage;
   bool protectsDamage = false;
+  bool savesWhole = false;
   bool writesOutside = false;
 
   std::string projectPath;

@@ -172,7 +172,7 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
       if (&node == projectRoot.get()) node.Clear();
       return 1;
     }
-    output->WriteMessage(kRowCannotRead, {absolute});
+    output->WriteMessage(kRowCannotRead, {absolute}, text.GetError().text);
     return 0;
   }
   const BareElement bare(node);
@@ -298,7 +298,12 @@ std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& file
   if (const std::string refusal = PlanFiles(pending); !refusal.empty()) {
     RefuseFiles(pending, refusal);
   } else {
-    for (PendingFile& file : pending) SavePendingFile(file, pending);
+    RemoveAbandoned(pending);
+    if (savesWhole) {
+      SaveAllPending(pending);
+    } else {
+      for (PendingFile& file : pending) SavePendingFile(file, pending);
+    }
   }
   if (!isHeld) editLock.Release();
   if (treeEpoch != epoch) return pending.back().saved ? 1 : 0;
@@ -420,8 +425,12 @@ void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<Pending
       report.isMerged = true;
       report.conflicts = file.plan.conflicts;
     }
-  } else if (!CheckFileAccess(files, file.absolute, kMustBeWritable | kCreateFolder, *output)) {
-    LoseNothing(file, "it or its folder can't be written");
+  } else if (!file.plan.problem.empty()) {
+    LoseNothing(file, file.plan.problem);
+  } else if (const FileAccess access =
+                 GetFileAccess(files, file.absolute, kMustBeWritable | kCreateFolder);
+             !ReportFileAccess(access, *output, file.absolute)) {
+    LoseNothing(file, access.reason.place + ": " + access.reason.text);
     return;  // the log has a row on that
   } else if (const Status written = WriteTreeFile(file.plan); !written) {
     if (written.GetError().code == ErrorCode::ReadOnly) {
@@ -453,13 +462,15 @@ void CProjectModel::LoseNothing(PendingFile& file, const std::string& reason) {
 }
 
 // Nothing is written. The tree that is kept has it all; else the texts go to the user's data.
-void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason) {
+void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason,
+                                const std::string& place) {
   for (PendingFile& file : pending) {
     file.saved = false;
     if (!file.plan.isNeeded) continue;
     SavedFile report;
     report.path = file.absolute;
-    report.problem = reason;
+    const bool isOther = !place.empty() && place != file.absolute;
+    report.problem = isOther ? place + ": " + reason : reason;
     if (!keepTreeOnLoss) report.copy = guard.RescueTo(dataPath, file.absolute, file.text);
     savedFiles.push_back(std::move(report));
   }

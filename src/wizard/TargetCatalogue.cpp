@@ -87,12 +87,15 @@ std::unique_ptr<CXmlNode> TargetCatalogue::Read() const {
   catalogue->AddAttr(kHeader, kRootName);
   for (const TargetPackage& package : FindPackages()) {
     const Result<std::string> text = files.ReadWholeFile(package.path);
-    if (!text) continue;
+    // A package that was removed is none; one that can't be read is missed.
+    if (!text && text.GetError().code == ErrorCode::NotFound) continue;
     CXmlNode root;
-    const std::string fault = LoadWhole(root, *text, XmlTexts::InElements, package.path);
+    const std::string fault = text ? LoadWhole(root, *text, XmlTexts::InElements, package.path)
+                                   : package.path + ": " + text.GetError().text;
     if (!fault.empty() && catalogue->GetAttr(kProblem) == nullptr) {
       catalogue->AddAttr(kProblem, fault);
     }
+    if (!text) continue;
     ApplyPresentation(root);
     // Behind a label of the file's own, which is the one that is found then.
     root.AddAttr(kHeader, package.label);

@@ -178,15 +178,16 @@ TEST(Init, AFailedStepLeavesNothingBehindItAndCanBeToldByWhatWasDone) {
   const struct {
     const char* name;
     std::function<void(ManagerWorld&)> damage;
-    std::size_t calls;  // that the property manager saw
-    const char* again;  // what Init answers once all is well
+    std::size_t calls;      // that the property manager saw
+    const char* again;      // what Init answers once all is well
+    std::size_t lines = 0;  // that the host receives
   } rows[] = {
       {"no configuration", [](ManagerWorld& world) { world.disk.Erase("/app/config"); }, 0, "1"},
       {"an unreadable one",
        [](ManagerWorld& world) {
          world.disk.FailOn("read", ManagerWorld::kConfigFile, ErrorCode::Io);
        },
-       2, "0"},
+       2, "0", 1},
       {"one that breaks off",
        [](ManagerWorld& world) {
          world.disk.AddFile(ManagerWorld::kConfigFile, "<ProjectManager><ToolBar /><!-- ");
@@ -200,7 +201,7 @@ TEST(Init, AFailedStepLeavesNothingBehindItAndCanBeToldByWhatWasDone) {
     row.damage(world);
     EXPECT_EQ(world.Init(), "0") << row.name;
     EXPECT_EQ(world.components.Properties().Calls().size(), row.calls) << row.name;
-    EXPECT_TRUE(world.host.lines.empty()) << row.name;
+    EXPECT_EQ(world.host.lines.size(), row.lines) << row.name;
     EXPECT_FALSE(world.runningObjects.GetActiveObject(CProjectManager::kClassId)) << row.name;
     EXPECT_EQ(world.settings.GetProfileKey(), "Corvane\\Tarn") << row.name;
     EXPECT_EQ(world.disk.CurrentFolder(), "/") << row.name;

@@ -12,6 +12,7 @@ import tempfile
 from campaign.edits import KINDS as KINDS_OF_EDITS
 from campaign.edits import Edits, run_edits
 from campaign.firmware import KINDS, Firmware
+from campaign.interrupted import PARTS, run_interrupted
 from campaign.rounds import FAKE_COMPILER, run_kills, run_pairs, run_state
 from campaign.sharing import run_git, run_races
 from campaign.world import Tally, World
@@ -34,6 +35,9 @@ def run_portion(options):
     if options.campaign == "state":
         world = make_world(folder, options, ("gcc", "g++", "size"), script=FAKE_COMPILER)
         run_state(world, Firmware(world, "gcc", chance), chance, options.positions, tally, options)
+    elif options.campaign == "interrupted":
+        world = make_world(folder, options, ("gcc", "g++", "size"), script=FAKE_COMPILER)
+        run_interrupted(world, *options.part, options.stride, tally, chance)
     elif options.campaign in ("races", "git"):
         world = make_world(folder, options, ())
         run = {"races": run_races, "git": run_git}[options.campaign]
@@ -61,6 +65,8 @@ def portions(options):
         positions = range(0, options.bytes, options.stride)
         parts = [{"positions": positions[at:at + 8 * PORTION]}
                  for at in range(0, len(positions), 8 * PORTION)]
+    elif options.campaign == "interrupted":
+        parts = [{"part": part} for part in PARTS]
     else:
         parts = [{"count": min(PORTION, options.count - at)}
                  for at in range(0, options.count, PORTION)]
@@ -111,6 +117,8 @@ SABOTEURS = (
     ("pairs", "needless rebuild", FORGETS),
     ("kills", "needless rebuild", FORGETS),
     ("kills", "endless rebuild", LINKS_ALWAYS),
+    ("interrupted", "torn file", '[ "$1" != add ] || printf " " >>fw.tapp'),
+    ("interrupted", "untold reason", "exec 2>/dev/null"),
     ("races", "lost update", '[ "$1" != add ] || [ $((count % 3)) != 0 ] || exit 0'),
     ("git", "noise", '[ "$1" != add ] || echo >>fw.tprj'),
 )
@@ -125,6 +133,8 @@ def run_sabotaged(given, campaign, wanted, body):
         os.chmod(tarn, 0o755)
         case = {**vars(given), "campaign": campaign, "tarn": tarn, "count": 5,
                 "positions": range(0, 900, 150)}
+        if campaign == "interrupted":
+            case.update(part=(1, "kill" if wanted == "torn file" else "EIO"), stride=60)
         if (campaign, wanted) == ("edits", "needless rebuild"):
             case["only"] = ["change_nothing"]
         with contextlib.redirect_stdout(io.StringIO()):

@@ -55,7 +55,7 @@ class World:
     def __init__(self, root, tarn, share, compilers, script=WRAPPER):
         self.root, self.program, self.script = root, os.path.abspath(tarn), script
         self.project = os.path.join(root, "run", "fw")
-        self.share = os.path.join(root, "share")
+        self.source, self.share = share, os.path.join(root, "share")
         self.log = os.path.join(root, "runs.log")
         self.compilers = {name: shutil.which(name) for name in compilers}
         self.revision = 0

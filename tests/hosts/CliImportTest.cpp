@@ -70,7 +70,7 @@ std::string OptionsOf(const std::string& configuration, const std::string& optim
 }
 
 const std::string kApplication =
-    "\r\n<Application Header=\"Old & new\" Extern=\".\\old.tapp\" Path=\".\\old.tapp\" sate=\"32\" "
+    "\r\n<Application Header=\"Old & new\" Extern=\".\\old.tapp\" Path=\".\\old.tapp\" "
     "Config=\"Debug\" >\r\n"
     "\t<Configs>\r\n"
     "\t\t<Config Header=\"Debug\" />\r\n"
@@ -80,8 +80,8 @@ const std::string kApplication =
     "\t</Options>\r\n"
     "\t<C Header=\"main.c\" Path=\".\\src\\main.c\" />\r\n"
     "\t<Text Header=\"notes.txt\" Path=\".\\notes.txt\" />\r\n"
-    "\t<Group Header=\"Parts\" sate=\"32\" >\r\n"
-    "\t\t<Group Header=\"Inner\" sate=\"32\" >\r\n"
+    "\t<Group Header=\"Parts\" >\r\n"
+    "\t\t<Group Header=\"Inner\" >\r\n"
     "\t\t\t<C Header=\"part.c\" Path=\".\\src\\part.c\" />\r\n"
     "\t\t\t<Header Header=\"part.h\" Path=\".\\inc\\part.h\" />\r\n"
     "\t\t</Group>\r\n"

@@ -64,10 +64,52 @@ TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
     project.ExpectRefusal({"new", "a", option, ""}, 2, std::string(option) + ": needs a name");
   }
   project.ExpectRefusal({"new", "src/a.c/b", "--target", "ATmega328P"}, 3,
-                        "src/a.c/b can't become a project.");
+                        "src/a.c/b/src/main.c can't be written: Not a directory");
   EXPECT_FALSE(project.Exists("a"));
   EXPECT_EQ(project.Read("taken/taken.tapp"), "mine");
   EXPECT_FALSE(project.Exists("taken/taken.tprj"));
+}
+
+// What changes a project and what undoes that.
+const std::vector<std::vector<std::string>> kThereAndBack[] = {
+    {{"add", "one", "src/d.c"}, {"remove", "one", "src/d.c"}},
+    {{"options", "set", "Compiler.Defines", "X", "one"},
+     {"options", "reset", "Compiler.Defines", "one"}},
+    {{"rename", "one", "one/src/main.c", "other"}, {"rename", "one", "other", "main.c"}},
+};
+
+TEST(CliNew, TheFirstSaveChangesNothing) {
+  const struct {
+    const char* name;
+    std::vector<std::string> words;
+  } rows[] = {
+      {"new", {"new", "one"}},
+      {"new with a compiler", {"new", "one", "--compiler", "host-gcc"}},
+      {"new for a target", {"new", "one", "--target", "atmega328p"}},
+      {"new in a configuration", {"new", "one", "--target", "AT89S52", "--config", "Field"}},
+      {"import", {"import", "one/one.prj"}},
+  };
+  for (const auto& row : rows) {
+    CliProject project;
+    std::filesystem::create_directories(project.PathOf("one/src"));
+    project.Write("one/src/main.c", "int main(void) { return 0; }\n");
+    project.Write("one/one.prj",
+                  "[Project]\nForm = 1\nName = one\nTarget = HOST\nConfiguration = debug\n"
+                  "[Files Parts]\nsrc/main.c\n");
+    project.Write("src/d.c", "");
+    project.Write("save.lua", "tarn.ProjectSave()");
+    project.Out(row.words);
+    const auto text = [&project] {
+      return project.Read("one/one.tprj") + "\n" + project.Read("one/one.tapp");
+    };
+    const std::string made = text();
+    project.Out({"run", "save.lua", "one"});
+    EXPECT_EQ(text(), made) << row.name;
+    for (const auto& commands : kThereAndBack) {
+      for (const auto& words : commands) project.Out(words);
+      EXPECT_EQ(text(), made) << row.name << ": " << commands[0][0];
+    }
+  }
 }
 
 TEST(CliNew, ADebugSessionHasNoSources) {

@@ -48,7 +48,7 @@ const CreateRow kCreateRows[] = {
      true,
      0,
      kQuestion,
-     {"row 9 /p/new.tprj"},
+     {"row 9 /p/new.tprj: failed in memory with code 6"},
      {kOld[0], kOld[1], kOld[2], "/p/new.tprj.orig = old"}},
 };
 
@@ -144,6 +144,7 @@ struct AccessRow {
   std::uint32_t flags;
   int status;
   const char* heard;
+  const char* reason = "";
 };
 
 constexpr AccessRow kAccessRows[] = {
@@ -164,7 +165,7 @@ constexpr AccessRow kAccessRows[] = {
     {"/d/folder", 18, 1, ""},
     {"/made/by/it", 18, 1, ""},
     {"/ro/file", 18, 5, "row 17"},
-    {"/ro/sub/x", 18, 6, "row 18"},
+    {"/ro/sub/x", 18, 6, "row 18", ": failed in memory with code 3"},
     {"file", 2, 1, ""},
     {"none", 18, 1, ""},
 };
@@ -181,10 +182,10 @@ TEST(FileAccess, APathAllowsWhatItsFolderAndFileDo) {
     world.disk.TakeOperations();
     EXPECT_EQ(CheckFileAccess(world.disk, row.path, row.flags, world.output), row.status == 1)
         << name;
-    EXPECT_EQ(static_cast<int>(GetFileAccessStatus(world.disk, row.path, row.flags)), row.status)
+    EXPECT_EQ(static_cast<int>(GetFileAccess(world.disk, row.path, row.flags).status), row.status)
         << name;
     const std::string text =
-        *row.heard == '\0' ? "" : std::string(row.heard) + " " + row.path + "\n";
+        *row.heard == '\0' ? "" : std::string(row.heard) + " " + row.path + row.reason + "\n";
     EXPECT_EQ(world.LogText(), text) << name;
     EXPECT_FALSE(world.disk.Operations("write").empty()) << name << ": the log is made current";
   }

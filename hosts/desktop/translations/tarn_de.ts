@@ -682,6 +682,14 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <source>Another program is changing the project.</source>
         <translation>Ein anderes Programm ändert gerade das Projekt.</translation>
     </message>
+    <message>
+        <source>&amp;Find moved files...</source>
+        <translation>Verschobene Dateien &amp;suchen...</translation>
+    </message>
+    <message>
+        <source>Find &amp;moved files...</source>
+        <translation>&amp;Verschobene Dateien suchen...</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
@@ -759,6 +767,83 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>Unsaved text</source>
         <translation>Ungespeicherter Text</translation>
+    </message>
+</context>
+<context>
+    <name>RelocateDialog</name>
+    <message>
+        <source>Find moved files</source>
+        <translation>Verschobene Dateien suchen</translation>
+    </message>
+    <message>
+        <source>Search &amp;below:</source>
+        <translation>Suchen &amp;unter:</translation>
+    </message>
+    <message>
+        <source>Choose &amp;folder...</source>
+        <translation>&amp;Ordner wählen...</translation>
+    </message>
+    <message>
+        <source>Folder to search</source>
+        <translation>Ordner, der durchsucht wird</translation>
+    </message>
+    <message>
+        <source>Missing</source>
+        <translation>Fehlt</translation>
+    </message>
+    <message>
+        <source>Found</source>
+        <translation>Gefunden</translation>
+    </message>
+    <message>
+        <source>Where it is used</source>
+        <translation>Wo es verwendet wird</translation>
+    </message>
+    <message>
+        <source>&amp;Correct the project</source>
+        <translation>Projekt &amp;berichtigen</translation>
+    </message>
+    <message>
+        <source>Searching...</source>
+        <translation>Suche läuft...</translation>
+    </message>
+    <message>
+        <source>Nothing is missing.</source>
+        <translation>Es fehlt nichts.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %n missing files found</source>
+        <translation>
+            <numerusform>%1 von %n fehlenden Datei gefunden</numerusform>
+            <numerusform>%1 von %n fehlenden Dateien gefunden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>application of %1</source>
+        <translation>Anwendung von %1</translation>
+    </message>
+    <message>
+        <source>file of %1</source>
+        <translation>Datei von %1</translation>
+    </message>
+    <message>
+        <source>option in %1</source>
+        <translation>Option in %1</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Where %1 is</source>
+        <translation>Wo %1 ist</translation>
+    </message>
+    <message numerus="yes">
+        <source>one of %n files</source>
+        <translation>
+            <numerusform>eine von %n Datei</numerusform>
+            <numerusform>eine von %n Dateien</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -45,6 +45,23 @@
     </message>
 </context>
 <context>
+    <name>RelocateDialog</name>
+    <message numerus="yes">
+        <source>%1 of %n missing files found</source>
+        <translation>
+            <numerusform>%1 of %n missing file found</numerusform>
+            <numerusform>%1 of %n missing files found</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>one of %n files</source>
+        <translation>
+            <numerusform>one of %n file</numerusform>
+            <numerusform>one of %n files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>SaveNotice</name>
     <message numerus="yes">
         <source>%1 was changed here and by another program, with %n conflict(s).</source>

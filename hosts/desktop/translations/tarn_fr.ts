@@ -682,6 +682,14 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <source>Another program is changing the project.</source>
         <translation>Un autre programme est en train de modifier le projet.</translation>
     </message>
+    <message>
+        <source>&amp;Find moved files...</source>
+        <translation>&amp;Rechercher les fichiers déplacés...</translation>
+    </message>
+    <message>
+        <source>Find &amp;moved files...</source>
+        <translation>Rechercher les fichiers &amp;déplacés...</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
@@ -759,6 +767,83 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     <message>
         <source>Unsaved text</source>
         <translation>Texte non enregistré</translation>
+    </message>
+</context>
+<context>
+    <name>RelocateDialog</name>
+    <message>
+        <source>Find moved files</source>
+        <translation>Rechercher les fichiers déplacés</translation>
+    </message>
+    <message>
+        <source>Search &amp;below:</source>
+        <translation>Rechercher &amp;sous :</translation>
+    </message>
+    <message>
+        <source>Choose &amp;folder...</source>
+        <translation>Choisir un &amp;dossier...</translation>
+    </message>
+    <message>
+        <source>Folder to search</source>
+        <translation>Dossier à parcourir</translation>
+    </message>
+    <message>
+        <source>Missing</source>
+        <translation>Manquant</translation>
+    </message>
+    <message>
+        <source>Found</source>
+        <translation>Trouvé</translation>
+    </message>
+    <message>
+        <source>Where it is used</source>
+        <translation>Utilisation</translation>
+    </message>
+    <message>
+        <source>&amp;Correct the project</source>
+        <translation>&amp;Corriger le projet</translation>
+    </message>
+    <message>
+        <source>Searching...</source>
+        <translation>Recherche...</translation>
+    </message>
+    <message>
+        <source>Nothing is missing.</source>
+        <translation>Rien ne manque.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %n missing files found</source>
+        <translation>
+            <numerusform>%1 fichier trouvé sur %n manquant</numerusform>
+            <numerusform>%1 fichiers trouvés sur %n manquants</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>application of %1</source>
+        <translation>application de %1</translation>
+    </message>
+    <message>
+        <source>file of %1</source>
+        <translation>fichier de %1</translation>
+    </message>
+    <message>
+        <source>option in %1</source>
+        <translation>option dans %1</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>introuvable</translation>
+    </message>
+    <message>
+        <source>Where %1 is</source>
+        <translation>Emplacement de %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>one of %n files</source>
+        <translation>
+            <numerusform>un fichier sur %n</numerusform>
+            <numerusform>un fichier sur %n</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -186,11 +186,19 @@ Finding& CheckScope::Add(FindingKind kind, const CheckedNode& node) {
 }
 
 std::string CheckScope::AbsolutePath(const CheckedNode& node, const std::string& path) const {
+  return AbsoluteIn(node.application == node.node ? nullptr : node.application, path);
+}
+
+std::string CheckScope::OptionPath(const CheckedNode& node, const std::string& path) const {
+  return AbsoluteIn(node.application, path);
+}
+
+std::string CheckScope::AbsoluteIn(const CXmlNode* application, const std::string& path) const {
   const std::string native = ToNativeSeparators(path);
   if (!IsRelativePath(native)) return files.Canonical(native);
   std::string folder = FolderOf(session.GetProjectPath());
-  if (node.application != nullptr && node.application != node.node) {
-    const std::string own = ToNativeSeparators(AttributeOf(node.application, "Path"));
+  if (application != nullptr) {
+    const std::string own = ToNativeSeparators(AttributeOf(application, "Path"));
     folder = FolderOf(IsRelativePath(own) ? JoinPath(folder, own) : own);
   }
   return files.Canonical(JoinPath(folder, native));
@@ -208,7 +216,8 @@ void CheckScope::CheckPath(const CheckedNode& node, const NamedPath& named) {
     return;
   }
   if (!named.isResolved && !IsRelativePath(named.text)) add(FindingKind::AbsolutePath, named.text);
-  const std::string path = AbsolutePath(node, named.text);
+  const bool isOwn = named.option.empty();
+  const std::string path = isOwn ? AbsolutePath(node, named.text) : OptionPath(node, named.text);
   if (!files.Exists(path)) {
     if (!IsFoundElsewhere(node, path)) {
       add(named.ifMissing, path).detail = DescribeSimilar(path, files.SimilarNames(path));
@@ -237,7 +246,7 @@ bool CheckScope::IsFoundElsewhere(const CheckedNode& node, const std::string& pa
   const std::string folders = ValuesOf(node).Get("", "Directories", "AddSrcPaths");
   for (const std::string_view each : Split(folders, ';')) {
     if (Trim(each).empty()) continue;
-    const std::string folder = AbsolutePath(node, std::string(Trim(each)));
+    const std::string folder = OptionPath(node, std::string(Trim(each)));
     if (files.Exists(JoinPath(folder, FileNameOf(path)))) return true;
   }
   return false;

@@ -53,6 +53,8 @@ class CheckScope {
   Finding& Add(FindingKind kind);
   // The path in a node's application, or in the project for a node of none.
   std::string AbsolutePath(const CheckedNode& node, const std::string& path) const;
+  // The path in an option of a node, also of an application itself.
+  std::string OptionPath(const CheckedNode& node, const std::string& path) const;
   // The option values that the node's tool would get, else those of its application.
   const OptionValues& ValuesOf(const CheckedNode& node);
   // Checks a path that should be there.
@@ -69,6 +71,7 @@ class CheckScope {
   std::map<std::string, std::size_t> outputs;  // path: the first node that makes it
 
  private:
+  std::string AbsoluteIn(const CXmlNode* application, const std::string& path) const;
   void ReadTools();
   void ReadTypes();
   void AddNodes();

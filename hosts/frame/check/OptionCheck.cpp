@@ -225,7 +225,7 @@ std::vector<std::string> OptionCheck::LibraryFoldersOf(const CheckedNode& node) 
   if (folders.empty()) return {};
   const std::string own = scope.ValuesOf(node).Get("", "Linker", "LibraryPaths");
   for (const std::string_view each : Split(own, ';')) {
-    if (!Trim(each).empty()) folders.push_back(scope.AbsolutePath(node, std::string(Trim(each))));
+    if (!Trim(each).empty()) folders.push_back(scope.OptionPath(node, std::string(Trim(each))));
   }
   return folders;
 }

@@ -75,11 +75,20 @@ sub fail {
     die { code => $code, text => $text };
 }
 
+# Repeats a call of the system for as long as signals interrupt it.
+sub persist {
+    my ($call) = @_;
+    my $done;
+    do { $done = $call->() } while !$done && $!{EINTR};
+    return $done;
+}
+
 # --- Reading ---
 
 sub read_bytes {
     my ($path) = @_;
-    open(my $file, '<:raw', $path) or return undef;
+    my $file;
+    persist(sub { open($file, '<:raw', $path) }) or return undef;
     local $/;
     my $bytes = <$file>;
     my $is_read = !$file->error && close($file);
@@ -232,8 +241,8 @@ sub application_file {
 # Extensions with the types of nodes that have them, as the configuration of this installation says.
 sub read_types {
     my $config = File::Spec->catfile(dirname($0), '..', '..', 'config', 'projectmanager.config');
-    my $text = read_bytes($config);
-    my ($records) = ($text // '') =~ m{<Types>(.*?)</Types>}s
+    my $text = read_bytes($config) // fail(SAID_SO, "$config: $!");
+    my ($records) = $text =~ m{<Types>(.*?)</Types>}s
         or fail(SAID_SO, "$config: no types of files in it; is the installation complete?");
     my (%types, $first);
     while ($records =~ m{<(\w+)\s([^>]*)/>}g) {
@@ -259,7 +268,7 @@ sub group_of {
     for my $step (@steps) {
         my ($found) = grep { $_->{name} eq 'Group' && $_->{label} eq $step } @{ $node->{children} };
         if (!$found) {
-            $found = element('Group', [Header => $step, sate => 32]);
+            $found = element('Group', [Header => $step]);
             $found->{label} = $step;
             push @{ $node->{children} }, $found;
         }
@@ -460,11 +469,14 @@ my @unfinished;    # files that must not stay
 
 sub write_new_file {
     my ($path, $bytes, $mode) = @_;
-    sysopen(my $file, $path, O_WRONLY | O_CREAT | O_EXCL, 0666) or fail(UNWRITABLE, "$path: $!");
-    push @unfinished, $path;
+    my $file;
+    my $is_open = persist(sub { sysopen($file, $path, O_WRONLY | O_CREAT | O_EXCL, 0666) });
+    # It may have been made also if it could not be opened.
+    push @unfinished, $path if $is_open || !$!{EEXIST};
+    fail(UNWRITABLE, "$path: $!") if !$is_open;
     binmode $file;
     chmod $mode, $file if defined $mode;
-    my $is_written = print({$file} $bytes) && $file->flush && $file->sync;
+    my $is_written = print({$file} $bytes) && $file->flush && persist(sub { $file->sync });
     fail(UNWRITABLE, "$path: $!") if !close($file) || !$is_written;
 }
 
@@ -501,11 +513,28 @@ sub write_files {
     }
     @files = grep { !defined $_->{before} || $_->{before} ne $_->{text} } @files;
     write_new_file(@$_{qw(new text mode)}) for @files;
+    my @done;
     for my $file (@files) {
-        my $copy = defined $file->{before} ? keep_copy($file->{path}, $file->{before}) : undef;
-        rename($file->{new}, $file->{path}) or fail(UNWRITABLE, "$file->{path}: $!");
+        $file->{copy} = keep_copy($file->{path}, $file->{before}) if defined $file->{before};
+        if (!rename($file->{new}, $file->{path})) {
+            my $reason = $!;
+            put_back(@done);
+            fail(UNWRITABLE, "$file->{path}: $reason");
+        }
         forget_unfinished($file->{new});
-        say_line("replaced $file->{path}; what it held is kept in $copy") if defined $copy;
+        push @done, $file;
+    }
+    for my $file (grep { defined $_->{copy} } @done) {
+        say_line("replaced $file->{path}; what it held is kept in $file->{copy}");
+    }
+}
+
+# Of files that belong together one could not be put in its place.
+sub put_back {
+    for my $file (reverse @_) {
+        my $is_back =
+            defined $file->{copy} ? rename($file->{copy}, $file->{path}) : unlink $file->{path};
+        say_line("$file->{path} has been written and can't be put back: $!") if !$is_back;
     }
 }
 
@@ -514,12 +543,13 @@ sub application_parts {
     my ($project) = @_;
     my $file = application_file($project->{path});
     my $shown = disk_path(application_file($project->{member} // basename($project->{path})));
-    my @attributes = (Header => $project->{label}, Extern => $shown, Path => $shown, sate => 32);
+    my @place = (Header => $project->{label}, Extern => $shown, Path => $shown);
+    my @attributes = @place;
     push @attributes, Config => $project->{config}
         if defined $project->{config} && $project->{config} ne 'Standard';
     $project->{tree}{attributes} = \@attributes;
     return { path => $file, text => tree_text($project->{tree}, 0) },
-        element('Application', \@attributes);
+        element('Application', \@place);
 }
 
 sub convert {
@@ -538,7 +568,7 @@ sub convert {
     my $active = $content->{active} // $projects[0];
     my $tree = element('Project',
         [Header => "Project '$title'", Path => ".\\$title.tprj", Project => 'Yes',
-            ActiveApp => $active->{label}, sate => 32]);
+            ActiveApp => $active->{label}]);
     my @files;
     for my $project (@projects) {
         my ($file, $element) = application_parts($project);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/Result.h"
+#include "platform/files/WriteFiles.h"
 #include "platform/paths/Paths.h"
 
 namespace tarn {
@@ -63,7 +64,7 @@ class FileSystem {
  public:
   virtual ~FileSystem() = default;
 
-  // A file or a folder stands there.
+  // A file or a folder is there, or whether one is can't be found out.
   virtual bool Exists(const std::string& path) = 0;
   virtual bool IsFolder(const std::string& path) = 0;
   // The path as the disk spells it, for what opens, watches or compares files by itself; unchanged
@@ -107,6 +108,11 @@ class FileSystem {
   virtual bool CanRead(const std::string& path) { return Exists(path); }
   // No write permission in the mode, or the machine refuses; true also for what does not exist.
   virtual bool IsReadOnly(const std::string& path) = 0;
+  // Why a file or folder is read-only in that sense: ReadOnly, or the reason why it can't be
+  // examined.
+  virtual Status CheckWritable(const std::string& path) {
+    return IsReadOnly(path) ? Error{ErrorCode::ReadOnly, "read-only", path} : Status();
+  }
 
   // The whole file; fails with NotAFile for a folder, with CannotOpen for what cannot be looked
   // into at all, and with Io when reading breaks off.
@@ -115,6 +121,12 @@ class FileSystem {
   // sees the old bytes or the new ones. Keeps the mode bits, follows a symbolic link. Refuses a
   // read-only file.
   virtual Status WriteWholeFile(const std::string& path, std::string_view bytes) = 0;
+  // WriteWholeFile for files that belong together: all are written, or none. `place` of an error is
+  // the file that can't be. Only a process that is killed between the last steps leaves some of
+  // them written, the first ones of the list.
+  virtual Status WriteFiles(std::span<const FileBytes> list) { return WriteOneByOne(*this, list); }
+  // Removes temporary files in the folder that processes have left that were killed in a write.
+  virtual void RemoveAbandoned(const std::string& /*folder*/) {}
   // Overwrites what lies behind `offset` with `bytes` and cuts the file there, without replacing
   // it. Fails with Changed unless the file is `expectedSize` bytes long. For files that are kept
   // current by their writer alone.

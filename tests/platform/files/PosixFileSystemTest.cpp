@@ -40,6 +40,48 @@ TEST_F(PosixFileSystemTest, AScratchFileIsMeantByItsVeryName) {
   EXPECT_EQ(*files.ReadWholeFile(scratch / "NOTES"), "a user's");
 }
 
+TEST_F(PosixFileSystemTest, OnlyWhatAKilledWriteLeftLongAgoIsRemoved) {
+  const std::int64_t now = time(nullptr);
+  const struct {
+    const char* name;
+    std::int64_t seconds;  // of its age
+    bool stays;
+  } rows[] = {
+      {".tarn-0123456789abcdef", 700, false}, {".tarn-fedcba9876543210", 500, true},
+      {".tarn-0123456789abcdeg", 700, true},  {".tarn-0123456789abcde", 700, true},
+      {"x.tarn-0123456789abcdef", 700, true},
+  };
+  for (const auto& row : rows) {
+    scratch.Write(row.name, "x");
+    ASSERT_TRUE(files.SetModifiedTime(scratch / row.name, now - row.seconds, 0));
+  }
+  std::filesystem::create_directory(scratch / ".tarn-00000000000000ff");
+  ASSERT_EQ(symlink("none", (scratch / ".tarn-00000000000000fe").c_str()), 0);
+  files.RemoveAbandoned(scratch.Path());
+  for (const auto& row : rows) EXPECT_EQ(files.Exists(scratch / row.name), row.stays) << row.name;
+  EXPECT_EQ(files.ListFolder(scratch.Path())->size(), std::size(rows) + 1);
+}
+
+TEST_F(PosixFileSystemTest, FilesThatBelongTogetherAreWrittenAllOrNone) {
+  scratch.Write("a", "old");
+  ASSERT_EQ(chmod((scratch / "a").c_str(), 0640), 0);
+  ASSERT_EQ(symlink("a", (scratch / "link").c_str()), 0);
+  const auto write = [&](const std::string& last) {
+    return files.WriteFiles(std::vector<FileBytes>{
+        {scratch / "link", "new"}, {scratch / "b", "new"}, {scratch / last, "new"}});
+  };
+  std::filesystem::create_directory(scratch / "folder");
+  EXPECT_EQ(write("folder").GetError().place, scratch / "folder");
+  EXPECT_EQ(write("none/c").GetError().place, scratch / "none/c");
+  EXPECT_EQ(*files.ReadWholeFile(scratch / "a"), "old");
+  EXPECT_EQ(files.ListFolder(scratch.Path())->size(), 3U);
+  EXPECT_TRUE(write("c"));
+  EXPECT_EQ(*files.ReadWholeFile(scratch / "a"), "new");
+  EXPECT_EQ(*files.ReadWholeFile(scratch / "c"), "new");
+  EXPECT_EQ(ModeOf(scratch / "a"), 0640U);
+  EXPECT_EQ(files.ListFolder(scratch.Path())->size(), 5U) << "a temporary file was left behind";
+}
+
 TEST_F(PosixFileSystemTest, ReplacingKeepsModeAndLinks) {
   scratch.Write("script", "old");
   ASSERT_EQ(chmod((scratch / "script").c_str(), 0751), 0);
@@ -54,6 +96,8 @@ TEST_F(PosixFileSystemTest, ReplacingKeepsModeAndLinks) {
   EXPECT_EQ(*files.ReadWholeFile(scratch / "script"), "new");
   EXPECT_EQ(ModeOf(scratch / "script"), 0751U);
   EXPECT_TRUE(std::filesystem::is_symlink(scratch / "links/two"));
+  EXPECT_EQ(files.ReadWholeFile(scratch / "links/dangling").GetError().text,
+            "a link that leads nowhere");
   EXPECT_TRUE(files.WriteWholeFile(scratch / "links/dangling", "made"));
   EXPECT_EQ(*files.ReadWholeFile(scratch / "new"), "made");
   EXPECT_EQ(files.WriteWholeFile(scratch / "links/loop", "x").GetError().code,

@@ -1,5 +1,6 @@
 #include "platform/files/posix/AtomicWrite.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,8 +8,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <ctime>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "platform/paths/Paths.h"
 
@@ -20,8 +24,13 @@ constexpr int kNameAttempts = 16;
 constexpr int kLinkDepth = 40;
 constexpr std::size_t kLargestWrite = std::size_t{1} << 30;
 
-// A file that did not exist before, and its name. Only a killed process leaves one behind; it does
-// no harm, since no later process comes up with its name again.
+constexpr std::string_view kTemporaryPrefix = ".tarn-";
+constexpr std::size_t kDigits = 16;
+// A write takes far less, also that of a process that was stopped for a while.
+constexpr std::time_t kAbandonedSeconds = 600;
+
+// A file that did not exist before, and its name. Only a killed process leaves one; it does no
+// harm, since no later process comes up with its name again, and RemoveAbandoned() removes it.
 struct NewFile {
   std::string name;
   std::unique_ptr<Descriptor> file;
@@ -30,13 +39,14 @@ struct NewFile {
 Result<NewFile> OpenNew(const std::string& start, mode_t mode) {
   for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
     NewFile created{start + RandomDigits(), nullptr};
-    const int file =
-        open(created.name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+    const int file = Retry([&] {
+      return open(created.name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+    });
     if (file >= 0) {
       created.file = std::make_unique<Descriptor>(file);
       return created;
     }
-    if (errno != EEXIST && errno != EINTR) break;
+    if (errno != EEXIST) break;
   }
   return ErrorOf(errno, start);
 }
@@ -45,7 +55,7 @@ Result<NewFile> OpenNew(const std::string& start, mode_t mode) {
 class TemporaryFile {
  public:
   static Result<std::unique_ptr<TemporaryFile>> Create(const std::string& folder, mode_t mode) {
-    Result<NewFile> created = OpenNew(JoinPath(folder, ".tarn-"), mode);
+    Result<NewFile> created = OpenNew(JoinPath(folder, kTemporaryPrefix), mode);
     if (!created) return created.GetError();
     return std::make_unique<TemporaryFile>(std::move(*created));
   }
@@ -60,8 +70,10 @@ class TemporaryFile {
   // Makes this file look like the one that it replaces. Only the administrator may give a file
   // away, and some disks know neither owner nor mode; that must not cost anybody a save.
   bool TakeOver(const struct stat& old) const {
-    const bool given = fchown(own.file->Get(), old.st_uid, old.st_gid) == 0;
-    if (fchmod(own.file->Get(), old.st_mode & (given ? 07777 : 0777)) == 0) return true;
+    const int file = own.file->Get();
+    const bool given = Retry([&] { return fchown(file, old.st_uid, old.st_gid); }) == 0;
+    const mode_t mode = old.st_mode & (given ? 07777 : 0777);
+    if (Retry([&] { return fchmod(file, mode); }) == 0) return true;
     return errno == EPERM || errno == EOPNOTSUPP;
   }
 
@@ -82,8 +94,9 @@ class TemporaryFile {
     if (link(own.name.c_str(), target.c_str()) == 0) return true;
     if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS && errno != EMLINK) return false;
     // No hard links here: reserve the name first.
-    const Descriptor reserved(
-        open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    const Descriptor reserved(Retry([&] {
+      return open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    }));
     if (!reserved) return false;
     if (MoveOver(target)) return true;
     const int reason = errno;
@@ -94,10 +107,7 @@ class TemporaryFile {
 
  private:
   static bool Flush(int file) {
-    while (fsync(file) != 0) {
-      if (errno != EINTR) return false;
-    }
-    return true;
+    return Retry([&] { return fsync(file); }) == 0;
   }
 
   NewFile own;
@@ -112,7 +122,8 @@ std::string FolderToOpen(const std::string& name) {
 // Makes the new name durable. A failure here is no failure of the write: the new file is in
 // place, and after a crash the old one may be back, whole.
 void FlushFolder(const std::string& folder) {
-  const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const Descriptor opened(
+      Retry([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
   if (opened) (void)fsync(opened.Get());
 }
 
@@ -126,6 +137,75 @@ Result<std::string> FollowLinks(std::string name) {
     name = text.starts_with('/') ? text : AddSeparator(FolderOf(name)) + text;
   }
   return ErrorOf(ELOOP, name);
+}
+
+// A file that is on the disk under a temporary name and is about to take the target's.
+class Replacement {
+ public:
+  static Result<std::unique_ptr<Replacement>> Prepare(const std::string& target,
+                                                      std::string_view bytes,
+                                                      Durability durability);
+  ~Replacement() {
+    if (!former.empty()) unlink(former.c_str());
+  }
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+
+  // Gives what has the name now a further one, for GiveBack. False with the reason in errno.
+  bool KeepFormer() {
+    if (!exists) return true;
+    const std::string name = JoinPath(FolderToOpen(place), kTemporaryPrefix) + RandomDigits();
+    if (link(place.c_str(), name.c_str()) == 0) {
+      former = name;
+      return true;
+    }
+    // Without hard links there is no way back, which GiveBack reports.
+    return errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS || errno == EMLINK;
+  }
+  bool TakeName() { return file->MoveOver(place); }
+  // After TakeName: the name is again that of what had it before.
+  bool GiveBack() {
+    if (!exists) return unlink(place.c_str()) == 0;
+    if (former.empty() || std::rename(former.c_str(), place.c_str()) != 0) return false;
+    former.clear();
+    return true;
+  }
+  void Flush() const { FlushFolder(FolderToOpen(place)); }
+
+ private:
+  Replacement(std::string name, bool isThere, std::unique_ptr<TemporaryFile> temporary)
+      : place(std::move(name)), exists(isThere), file(std::move(temporary)) {}
+
+  std::string place;
+  bool exists;
+  std::unique_ptr<TemporaryFile> file;
+  std::string former;  // further name of what had the name; empty if there is none
+};
+
+Result<std::unique_ptr<Replacement>> Replacement::Prepare(const std::string& target,
+                                                          std::string_view bytes,
+                                                          Durability durability) {
+  const bool scratch = durability == Durability::Scratch;
+  const Result<std::string> place = scratch ? Result<std::string>(target) : FollowLinks(target);
+  if (!place) return place.GetError();
+  struct stat old {};
+  bool exists = lstat(place->c_str(), &old) == 0;
+  if (!exists && errno != ENOENT) return ErrorOf(errno, target);
+  if (exists && scratch && S_ISLNK(old.st_mode)) exists = false;  // the link itself makes way
+  if (exists && !S_ISREG(old.st_mode)) {
+    return ErrorOf(ErrorCode::NotAFile, "not a regular file", target);
+  }
+  if (exists && IsReadOnlyName(*place, old.st_mode)) {
+    return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", target);
+  }
+  // Nobody else gets to read the bytes before the old file's mode is on the new one.
+  Result<std::unique_ptr<TemporaryFile>> temporary =
+      TemporaryFile::Create(FolderToOpen(*place), exists ? S_IRUSR | S_IWUSR : 0666);
+  if (!temporary) return ErrorOf(temporary.GetError().code, temporary.GetError().text, target);
+  if ((exists && !(*temporary)->TakeOver(old)) || !(*temporary)->Fill(bytes, durability)) {
+    return ErrorOf(errno, target);
+  }
+  return std::unique_ptr<Replacement>(new Replacement(*place, exists, std::move(*temporary)));
 }
 
 }  // namespace
@@ -148,34 +228,39 @@ bool WriteAll(int file, std::string_view bytes, off_t offset) {
 }
 
 bool IsReadOnlyName(const std::string& name, mode_t mode) {
-  return (mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0 ||
-         faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) != 0;
+  if ((mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) return true;
+  // Any other failure comes up again when the file is written, with its reason.
+  return faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) != 0 &&
+         CodeOf(errno) == ErrorCode::ReadOnly;
 }
 
 Status ReplaceFile(const std::string& target, std::string_view bytes, Durability durability) {
-  const bool scratch = durability == Durability::Scratch;
-  const Result<std::string> place = scratch ? Result<std::string>(target) : FollowLinks(target);
-  if (!place) return place.GetError();
-  struct stat old {};
-  bool exists = lstat(place->c_str(), &old) == 0;
-  if (!exists && errno != ENOENT) return ErrorOf(errno, target);
-  if (exists && scratch && S_ISLNK(old.st_mode)) exists = false;  // the link itself makes way
-  if (exists && !S_ISREG(old.st_mode)) {
-    return ErrorOf(ErrorCode::NotAFile, "not a regular file", target);
+  const Result<std::unique_ptr<Replacement>> ready =
+      Replacement::Prepare(target, bytes, durability);
+  if (!ready) return ready.GetError();
+  if (!(*ready)->TakeName()) return ErrorOf(errno, target);
+  if (durability != Durability::Scratch) (*ready)->Flush();
+  return {};
+}
+
+Status ReplaceFiles(std::span<const FileBytes> list) {
+  std::vector<std::unique_ptr<Replacement>> ready;
+  for (const FileBytes& each : list) {
+    auto prepared = Replacement::Prepare(each.path, each.bytes, Durability::Flushed);
+    if (!prepared) return prepared.GetError();
+    ready.push_back(std::move(*prepared));
+    if (list.size() > 1 && !ready.back()->KeepFormer()) return ErrorOf(errno, each.path);
   }
-  if (exists && IsReadOnlyName(*place, old.st_mode)) {
-    return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", target);
+  for (std::size_t i = 0; i < ready.size(); ++i) {
+    if (ready[i]->TakeName()) continue;
+    Error error = ErrorOf(errno, list[i].path);
+    while (i-- > 0) {
+      if (ready[i]->GiveBack()) continue;
+      error.text += "; " + list[i].path + " has been written and can't be put back";
+    }
+    return error;
   }
-  const std::string folder = FolderToOpen(*place);
-  // Nobody else gets to read the bytes before the old file's mode is on the new one.
-  const Result<std::unique_ptr<TemporaryFile>> temporary =
-      TemporaryFile::Create(folder, exists ? S_IRUSR | S_IWUSR : 0666);
-  if (!temporary) return ErrorOf(temporary.GetError().code, temporary.GetError().text, target);
-  if ((exists && !(*temporary)->TakeOver(old)) || !(*temporary)->Fill(bytes, durability) ||
-      !(*temporary)->MoveOver(*place)) {
-    return ErrorOf(errno, target);
-  }
-  if (!scratch) FlushFolder(folder);
+  for (const auto& each : ready) each->Flush();
   return {};
 }
 
@@ -188,6 +273,26 @@ Status CreateNewFile(const std::string& target, std::string_view bytes, mode_t m
   }
   FlushFolder(folder);
   return {};
+}
+
+// No message and no result: what can't be removed now is removed at another time.
+void RemoveAbandoned(const std::string& folder) {
+  const auto close = [](DIR* open) { closedir(open); };
+  const std::unique_ptr<DIR, decltype(close)> entries(opendir(folder.c_str()), close);
+  if (!entries) return;
+  const std::time_t now = std::time(nullptr);
+  while (const dirent* entry = readdir(entries.get())) {
+    const std::string_view name = entry->d_name;
+    const bool isOurs =
+        name.starts_with(kTemporaryPrefix) && name.size() == kTemporaryPrefix.size() + kDigits &&
+        name.find_first_not_of("0123456789abcdef", kTemporaryPrefix.size()) == name.npos;
+    const std::string path = JoinPath(folder, name);
+    struct stat info {};
+    if (isOurs && lstat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
+        info.st_mtime + kAbandonedSeconds < now) {
+      unlink(path.c_str());
+    }
+  }
 }
 
 Result<std::string> CreateReserved(const std::string& folder, std::string_view prefix) {

@@ -2,10 +2,12 @@
 
 #include <sys/types.h>
 
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "platform/Result.h"
+#include "platform/files/WriteFiles.h"
 #include "platform/files/posix/PosixError.h"
 
 namespace tarn::posix {
@@ -21,9 +23,17 @@ enum class Durability { Flushed, Scratch };
 // and a symbolic link is itself replaced.
 Status ReplaceFile(const std::string& target, std::string_view bytes, Durability durability);
 
+// Like ReplaceFile for several files, all of them or none. No name is taken over before all bytes
+// are on the disk, and what had a name is kept by another one until the last is taken over, so that
+// going back needs no room. `place` of an error is the file that failed.
+Status ReplaceFiles(std::span<const FileBytes> list);
+
 // Creates `target` with these bytes and mode bits (before the process's mask) in one step.
 // AlreadyExists when anything of that name stands there.
 Status CreateNewFile(const std::string& target, std::string_view bytes, mode_t mode);
+
+// Removes temporary files of these functions in the folder whose processes were killed long ago.
+void RemoveAbandoned(const std::string& folder);
 
 // An empty file of a new name in `folder`, and that name.
 Result<std::string> CreateReserved(const std::string& folder, std::string_view prefix);

@@ -11,7 +11,8 @@ int FolderHandles::Stat(const char* path, struct stat& info) {
   if (!hasFolder) return stat(path, &info);
   Folder& folder = FolderAt(all.substr(0, separator));
   if (++folder.files == kFilesToOpen) {
-    folder.handle = Descriptor(open(folder.path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    folder.handle = Descriptor(
+        Retry([&] { return open(folder.path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
   }
   if (!folder.handle) return stat(path, &info);
   return fstatat(folder.handle.Get(), path + separator + 1, &info, 0);

@@ -31,7 +31,7 @@ off_t OwnerPlace(LockPurpose purpose) {
 
 std::string ReadOwner(int file, LockPurpose purpose) {
   char text[kOwnerLength];
-  const ssize_t length = pread(file, text, sizeof text, OwnerPlace(purpose));
+  const ssize_t length = Retry([&] { return pread(file, text, sizeof text, OwnerPlace(purpose)); });
   std::string owner(text, length < 0 ? 0 : static_cast<std::size_t>(length));
   owner.resize(std::min(owner.find_last_not_of(" \n") + 1, owner.size()));
   return owner;
@@ -57,8 +57,9 @@ bool IsStillNamed(const std::string& name, int file) {
 // The lock belongs to the open file, not to the process, which may have the file open elsewhere.
 Result<std::unique_ptr<FileLock>> TryLockFile(const std::string& name, LockPurpose purpose) {
   for (;;) {
-    Descriptor file(
-        open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666));
+    Descriptor file(Retry([&] {
+      return open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666);
+    }));
     if (!file) return ErrorOf(errno, name);
     struct flock range {};
     range.l_type = F_WRLCK;

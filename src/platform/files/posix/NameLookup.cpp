@@ -20,11 +20,20 @@ bool IsControl(char c) {
   return static_cast<unsigned char>(c) < ' ' || c == '\x7F';
 }
 
+DIR* OpenFolder(const std::string& folder) {
+  DIR* opened = nullptr;
+  Retry([&] {
+    opened = opendir(folder.c_str());
+    return opened == nullptr ? -1 : 0;
+  });
+  return opened;
+}
+
 // Calls `take` with each entry of the folder.
 template <class Take>
 void ForEachEntry(const std::string& folder, const Take& take) {
   const auto close = [](DIR* open) { closedir(open); };
-  const std::unique_ptr<DIR, decltype(close)> entries(opendir(folder.c_str()), close);
+  const std::unique_ptr<DIR, decltype(close)> entries(OpenFolder(folder), close);
   if (!entries) return;
   while (const dirent* entry = readdir(entries.get())) take(std::string_view(entry->d_name));
 }
@@ -92,9 +101,14 @@ Result<std::string> NameLookup::ToNative(const std::string& path) {
 
 // A native path with a backslash inside may have been meant as one of the machine's own names with
 // that byte, which is out of reach: say so, rather than that it isn't there.
-Error NameLookup::Missing(const std::string& path) const {
+Error NameLookup::Missing(const std::string& path) {
   if (path.starts_with('/') && path.find('\\') != path.npos) {
     return ErrorOf(ErrorCode::InvalidName, "a name with a backslash cannot be used", path);
+  }
+  struct stat info {};
+  const Result<std::string> native = ToNative(path);
+  if (native && lstat(native->c_str(), &info) == 0 && S_ISLNK(info.st_mode)) {
+    return ErrorOf(ErrorCode::NotFound, "a link that leads nowhere", path);
   }
   return ErrorOf(ENOENT, path);
 }

@@ -68,7 +68,7 @@ class NameLookup {
   enum class Memory { None, Scanned, Listed };
   using FolderId = std::pair<dev_t, ino_t>;
 
-  Error Missing(const std::string& path) const;
+  Error Missing(const std::string& path);
   std::vector<std::string> FindIn(const std::string& folder, const struct stat& info,
                                   const std::string& name);
   std::string Lookup(const std::string& folder, const struct stat& info, const std::string& name);
@@ -92,12 +92,13 @@ Result<int> NameLookup::Try(const std::string& path, const Attempt& attempt) {
     converted = std::move(*native);
     name = &converted;
   }
-  int answer = attempt(name->c_str());
+  int answer = Retry([&] { return attempt(name->c_str()); });
   if (answer < 0 && errno == ENOENT) {
     const std::optional<std::string> other = FindOther(*name);
     if (!other) return Missing(path);
-    answer = attempt(other->c_str());
+    answer = Retry([&] { return attempt(other->c_str()); });
   }
+  if (answer < 0 && errno == ENOENT) return Missing(path);
   if (answer < 0) return ErrorOf(errno, path);
   return answer;
 }

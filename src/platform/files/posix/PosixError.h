@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <string>
 #include <utility>
 
@@ -15,6 +16,15 @@ Error ErrorOf(int number, const std::string& place);
 Error ReadErrorOf(int number, const std::string& place);
 // A failure that the machine has no words for.
 Error ErrorOf(ErrorCode code, const std::string& text, const std::string& place);
+
+// Repeats a call for as long as signals interrupt it. A negative result stands for a failure with
+// its reason in errno.
+template <class Call>
+auto Retry(const Call& call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
 
 // An open file of the machine, closed at the end. -1 is none.
 class Descriptor {

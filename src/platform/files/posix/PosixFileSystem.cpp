@@ -28,6 +28,7 @@ namespace {
 using posix::Descriptor;
 using posix::ErrorOf;
 using posix::ReadErrorOf;
+using posix::Retry;
 
 Error NotAFile(const std::string& path) {
   return ErrorOf(ErrorCode::NotAFile, "not a regular file", path);
@@ -88,8 +89,12 @@ PosixFileSystem::PosixFileSystem(posix::NameLookup::DriveLoader loadDrives)
 
 bool PosixFileSystem::Exists(const std::string& path) {
   struct stat info {};
-  return static_cast<bool>(
-      names.Try(path, [&info](const char* name) { return stat(name, &info); }));
+  const Result<int> found =
+      names.Try(path, [&info](const char* name) { return stat(name, &info); });
+  if (found) return true;
+  // A file that the system fails to describe must not be taken for a free name.
+  const ErrorCode code = found.GetError().code;
+  return code != ErrorCode::NotFound && code != ErrorCode::InvalidName;
 }
 
 bool PosixFileSystem::IsFolder(const std::string& path) {
@@ -201,15 +206,24 @@ bool PosixFileSystem::CanRead(const std::string& path) {
       path, [](const char* name) { return faccessat(AT_FDCWD, name, R_OK, AT_EACCESS); }));
 }
 
-bool PosixFileSystem::IsReadOnly(const std::string& path) {
-  bool readOnly = true;
-  const auto look = [&readOnly](const char* name) {
+Status PosixFileSystem::CheckWritable(const std::string& path) {
+  bool isReadOnly = true;
+  const auto look = [&isReadOnly](const char* name) {
     struct stat info {};
     if (stat(name, &info) != 0) return -1;
-    readOnly = posix::IsReadOnlyName(name, info.st_mode);
+    isReadOnly = posix::IsReadOnlyName(name, info.st_mode);
     return 0;
   };
-  return !names.Try(path, look) || readOnly;
+  if (const Result<int> found = names.Try(path, look); !found) return found.GetError();
+  return isReadOnly ? ErrorOf(ErrorCode::ReadOnly, "read-only", path) : Status();
+}
+
+bool PosixFileSystem::IsReadOnly(const std::string& path) {
+  return !CheckWritable(path);
+}
+
+void PosixFileSystem::RemoveAbandoned(const std::string& folder) {
+  if (const Result<std::string> name = names.Locate(folder)) posix::RemoveAbandoned(*name);
 }
 
 Result<std::string> PosixFileSystem::ReadWholeFile(const std::string& path) {
@@ -224,7 +238,9 @@ Result<std::string> PosixFileSystem::ReadWholeFile(const std::string& path) {
   }
   const Descriptor file(*opened);
   struct stat info {};
-  if (fstat(file.Get(), &info) != 0) return ErrorOf(ErrorCode::CannotOpen, "no size", path);
+  if (fstat(file.Get(), &info) != 0) {
+    return ErrorOf(ErrorCode::CannotOpen, ErrorOf(errno, path).text, path);
+  }
   if (!S_ISREG(info.st_mode)) return NotAFile(path);
   return ReadAll(file.Get(), static_cast<std::uint64_t>(info.st_size), path);
 }
@@ -233,6 +249,16 @@ Status PosixFileSystem::WriteWholeFile(const std::string& path, std::string_view
   const Result<std::string> target = names.LocateOrCreate(path);
   if (!target) return target.GetError();
   return posix::ReplaceFile(*target, bytes, posix::Durability::Flushed);
+}
+
+Status PosixFileSystem::WriteFiles(std::span<const FileBytes> list) {
+  std::vector<FileBytes> located;
+  for (const FileBytes& each : list) {
+    const Result<std::string> target = names.LocateOrCreate(each.path);
+    if (!target) return Error{target.GetError().code, target.GetError().text, each.path};
+    located.push_back({*target, each.bytes});
+  }
+  return posix::ReplaceFiles(located);
 }
 
 Status PosixFileSystem::WriteTail(const std::string& path, std::uint64_t expectedSize,
@@ -270,7 +296,8 @@ Result<FileStatus> PosixFileSystem::WriteInPlace(const std::string& path,
   }
   const std::uint64_t end = offset + bytes.size();
   if (!posix::WriteAll(file.Get(), bytes, static_cast<off_t>(offset)) ||
-      (end < found.size && ftruncate(file.Get(), static_cast<off_t>(end)) != 0) ||
+      (end < found.size &&
+       Retry([&] { return ftruncate(file.Get(), static_cast<off_t>(end)); }) != 0) ||
       fstat(file.Get(), &info) != 0 || !file.Close()) {
     return ErrorOf(errno, path);
   }

@@ -26,8 +26,11 @@ class PosixFileSystem : public FileSystem {
       std::span<const char* const> paths, std::chrono::steady_clock::time_point deadline) override;
   bool CanRead(const std::string& path) override;
   bool IsReadOnly(const std::string& path) override;
+  Status CheckWritable(const std::string& path) override;
+  void RemoveAbandoned(const std::string& folder) override;
   Result<std::string> ReadWholeFile(const std::string& path) override;
   Status WriteWholeFile(const std::string& path, std::string_view bytes) override;
+  Status WriteFiles(std::span<const FileBytes> list) override;
   Status WriteTail(const std::string& path, std::uint64_t expectedSize, std::uint64_t offset,
                    std::string_view bytes) override;
   Result<FileStatus> ContinueFile(const std::string& path, const FileStatus& expected,

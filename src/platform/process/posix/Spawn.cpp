@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -140,9 +141,11 @@ class SpawnPlan {
   int failure = 0;
 };
 
-bool IsFolder(const std::string& path) {
+// Error number that keeps a folder from being entered; 0 if nothing does.
+int CheckFolder(const std::string& path) {
   struct stat status {};
-  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+  if (stat(path.c_str(), &status) != 0) return errno;
+  return S_ISDIR(status.st_mode) ? 0 : ENOTDIR;
 }
 
 }  // namespace
@@ -150,8 +153,9 @@ bool IsFolder(const std::string& path) {
 Result<pid_t> SpawnInGroup(const ProcessRequest& request, int outputStream, int errorStream) {
   const std::string program = ProgramOf(request);
   if (program.empty()) return Error{ErrorCode::NotFound, "no such program", request.program};
-  if (!request.folder.empty() && !IsFolder(request.folder)) {
-    return Error{ErrorCode::NotFound, "no such folder", request.folder};
+  if (const int reason = request.folder.empty() ? 0 : CheckFolder(request.folder); reason != 0) {
+    // Not NotFound, which says that the program isn't there.
+    return Error{ErrorCode::Io, request.folder + ": " + std::strerror(reason), request.folder};
   }
   TextList arguments;
   arguments.Add(request.program);

@@ -1,0 +1,173 @@
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/frame/Relocation.h"
+#include "platform/paths/Paths.h"
+
+namespace tarn::host {
+
+namespace {
+
+// One search and what becomes of it. The project isn't opened: without one of its applications it
+// couldn't be.
+class Relocating {
+ public:
+  explicit Relocating(CommandContext& commandContext) : context(commandContext) {}
+
+  int Run();
+
+ private:
+  void TakeWords();
+  std::string FullPath(const std::string& word) const;
+  int Search(Relocation& relocation);
+  int Write(Relocation& relocation);
+  int Report(const Relocation& relocation) const;
+  void PrintMoves(const Relocation& relocation) const;
+  nlohmann::json ToJson(const MovedPath& moved) const;
+  int Fail(const Error& error) const;
+
+  CommandContext& context;
+  std::string project;
+  std::string from, to;  // empty: everything that is missing is searched for
+  bool isChanged = false;
+};
+
+// PROJECT, OLD NEW, or PROJECT OLD NEW.
+void Relocating::TakeWords() {
+  const Invocation& asked = context.Asked();
+  if (asked.older.empty()) {
+    project = asked.project;
+  } else if (asked.name.empty()) {
+    from = asked.project;
+    to = asked.older;
+  } else {
+    project = asked.project;
+    from = asked.older;
+    to = asked.name;
+  }
+}
+
+std::string Relocating::FullPath(const std::string& word) const {
+  std::string path = context.Files().Canonical(
+      IsRelativePath(word) ? JoinPath(context.StartFolder(), word) : word);
+  if (path.size() > 1 && path.ends_with(kSeparator)) path.pop_back();
+  return path;
+}
+
+int Relocating::Fail(const Error& error) const {
+  context.Complain(context.Show(error.place) + ": " + Printable(error.text));
+  return kExitCannotOpen;
+}
+
+int Relocating::Search(Relocation& relocation) {
+  if (from.empty()) {
+    const std::string& below = context.Asked().below;
+    const Status searched = relocation.Search(below.empty() ? FolderOf(project) : FullPath(below));
+    return searched ? int{kExitDone} : Fail(searched.GetError());
+  }
+  to = FullPath(to);
+  if (!context.Files().Exists(to)) {
+    context.Complain("There is no file or folder " + context.Show(to) + ".");
+    return kExitUsage;
+  }
+  const Status searched = relocation.Move(FullPath(from), to);
+  return searched ? int{kExitDone} : Fail(searched.GetError());
+}
+
+int Relocating::Write(Relocation& relocation) {
+  const auto texts = relocation.MakeTexts();
+  if (!texts) return Fail(texts.GetError());
+  for (const FileText& each : *texts) {
+    if (context.Asked().outsideOk || !relocation.IsOutside(each.path)) continue;
+    context.Complain(context.Show(each.path) +
+                     " is outside the folder of the project. With --outside-ok it is changed.");
+    return kExitCannotOpen;
+  }
+  if (context.Asked().dryRun) return kExitDone;
+  if (const Status written = WriteAllFiles(context.Files(), *texts); !written) {
+    const Error& error = written.GetError();
+    context.Complain(context.Show(error.place) +
+                     " can't be saved, and nothing was changed: " + Printable(error.text));
+    return kExitCannotOpen;
+  }
+  isChanged = !texts->empty();
+  return kExitDone;
+}
+
+nlohmann::json Relocating::ToJson(const MovedPath& moved) const {
+  nlohmann::json entry = {{"kind", NameOf(moved.kind)},
+                          {"file", moved.file},
+                          {"old", moved.oldPath},
+                          {"new", moved.newPath}};
+  if (moved.newPath.empty()) {
+    entry["new"] = nullptr;
+    entry["candidates"] = moved.candidates;
+  }
+  return entry;
+}
+
+void Relocating::PrintMoves(const Relocation& relocation) const {
+  for (const MovedPath& each : relocation.GetFound()) {
+    const std::string former = context.Show(each.oldPath);
+    if (!each.newPath.empty()) {
+      if (context.Asked().quiet) continue;
+      const bool isOption = each.kind == MovedPath::Kind::Option;
+      context.Out().PrintLine((isOption ? "option " : "") + former + " -> " +
+                              context.Show(each.newPath));
+    } else if (each.candidates.size() < 2) {
+      const bool isTaken = !each.candidates.empty() && from.empty();
+      context.Complain(
+          former + " was not found" +
+          (isTaken ? "; " + context.Show(each.candidates.front()) + " could be another file, too"
+                   : std::string()));
+    } else {
+      std::string text = former + " could be one of several files:";
+      for (const std::string& path : each.candidates) text += "\n  " + context.Show(path);
+      context.Complain(text);
+    }
+  }
+}
+
+int Relocating::Report(const Relocation& relocation) const {
+  const bool isComplete = relocation.IsComplete();
+  if (context.Asked().json) {
+    nlohmann::json list = nlohmann::json::array();
+    for (const MovedPath& each : relocation.GetFound()) list.push_back(ToJson(each));
+    PrintJson(context, {{"moves", list}, {"changed", isChanged}, {"complete", isComplete}});
+  } else {
+    PrintMoves(relocation);
+    const bool isNothing = relocation.GetFound().empty();
+    if (isNothing && !context.Asked().quiet) {
+      context.Out().PrintLine(from.empty() ? "Nothing is missing"
+                                           : "Nothing of it is in the project");
+    }
+    if (!isComplete) context.Complain("`tarn relocate OLD NEW` says where a file or folder is.");
+  }
+  return isComplete ? kExitDone : kExitBuildFailed;
+}
+
+int Relocating::Run() {
+  TakeWords();
+  if (const int code = context.LocateProject(project, project); code != kExitDone) return code;
+  if (!from.empty() && !context.Asked().below.empty()) {
+    context.Complain("--below is for files that are searched for; OLD NEW says where they are.");
+    return kExitUsage;
+  }
+  if (const int code = context.StartSession(); code != kExitDone) return code;
+  if (const int code = context.LockEdits(project); code != kExitDone) return code;
+  Relocation relocation(context.Files(), project);
+  if (const int code = Search(relocation); code != kExitDone) return code;
+  if (const int code = Write(relocation); code != kExitDone) return code;
+  context.Session().Inspector().UnlockProject();
+  return Report(relocation);
+}
+
+}  // namespace
+
+int RunRelocate(CommandContext& context) {
+  return Relocating(context).Run();
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QDialog>
+#include <QTimer>
+#include <string>
+#include <vector>
+
+#include "hosts/frame/Relocation.h"
+
+class QDialogButtonBox;
+class QLabel;
+class QLineEdit;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace tarn::host {
+
+// Shows the files of a project that are missing, and where they seem to be: the user chooses the
+// folder to search, leaves out what isn't right, and picks one of several. The search goes on in
+// pieces, so that the window never waits for a large folder. Accepted, GetTexts() has the corrected
+// files of the project. Borrows the relocation.
+class RelocateDialog : public QDialog {
+  Q_DECLARE_TR_FUNCTIONS(RelocateDialog)
+
+ public:
+  // `projectFolder` is the first one to search; paths inside are shown as seen from there.
+  RelocateDialog(Relocation& moves, const std::string& projectFolder, QWidget* parent);
+
+  const std::vector<FileText>& GetTexts() const { return texts_; }
+
+ private:
+  void AddWidgets();
+  void Search(const std::string& folder);
+  void ContinueSearch();
+  void Update();
+  void Fill();
+  void AddRow(const MovedPath& moved);
+  void AddChoice(QTreeWidgetItem& item, const MovedPath& moved);
+  void OnChecked(QTreeWidgetItem* item);
+  void Choose(const std::string& oldPath, const std::string& newPath);
+  void Finish();
+  QString Shown(const std::string& path) const;
+
+  Relocation& moves_;
+  std::string projectFolder_;
+  QLineEdit* folder_ = nullptr;
+  QTreeWidget* list_ = nullptr;
+  QLabel* summary_ = nullptr;
+  QDialogButtonBox* buttons_ = nullptr;
+  QTimer timer_;
+  int rowHeight_ = 0;  // pixels
+  bool isFilling_ = false;
+  std::vector<FileText> texts_;
+};
+
+}  // namespace tarn::host

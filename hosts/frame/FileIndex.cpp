@@ -1,0 +1,59 @@
+#include "hosts/frame/FileIndex.h"
+
+#include <utility>
+
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+void FileIndex::Begin(const std::string& folder) {
+  start_ = folder;
+  open_ = {folder};
+  seen_.clear();
+  paths_.clear();
+  count_ = 0;
+  status_ = {};
+}
+
+bool FileIndex::Continue(std::chrono::milliseconds time) {
+  const auto end = std::chrono::steady_clock::now() + time;
+  while (!open_.empty() && status_) {
+    const std::string folder = std::move(open_.back());
+    open_.pop_back();
+    List(folder);
+    if (std::chrono::steady_clock::now() >= end) break;
+  }
+  return !open_.empty() && status_;
+}
+
+void FileIndex::List(const std::string& folder) {
+  if (!seen_.insert(files_.ResolveLinks(folder)).second) return;
+  const auto entries = files_.ListFolder(folder);
+  if (!entries) {
+    const Error& error = entries.GetError();
+    if (folder == start_) status_ = Error{error.code, error.text, folder};
+    return;
+  }
+  count_ += entries->size();
+  if (count_ > kMostEntries) {
+    status_ = Error{ErrorCode::Unsupported, "too many files are below it", start_};
+    return;
+  }
+  for (const FolderEntry& each : *entries) {
+    const std::string path = JoinPath(folder, each.name);
+    if (!each.isFolder) {
+      paths_[FoldCase(each.name)].push_back(path);
+    } else if (!each.name.starts_with('.') && !EqualNoCase(each.name, "build")) {
+      open_.push_back(path);
+    }
+  }
+}
+
+const std::vector<std::string>& FileIndex::Find(const std::string& name) const {
+  static const std::vector<std::string> kNone;
+  const auto found = paths_.find(FoldCase(name));
+  return found == paths_.end() ? kNone : found->second;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,61 @@
+// A save that writes all files of a project or none.
+
+#include <algorithm>
+
+#include "platform/paths/Paths.h"
+#include "project/FileAccess.h"
+#include "project/ProjectModel.h"
+
+namespace tarn {
+
+void CProjectModel::RemoveAbandoned(const std::vector<PendingFile>& pending) {
+  std::string cleaned;
+  for (const PendingFile& file : pending) {
+    const std::string folder = FolderOf(file.absolute);
+    if (file.plan.isNeeded && folder != cleaned) files.RemoveAbandoned(folder);
+    cleaned = folder;
+  }
+}
+
+// All files are written, or none.
+void CProjectModel::SaveAllPending(std::vector<PendingFile>& pending) {
+  const FileSaver saver(files, guard, types);
+  std::vector<FileBytes> list;
+  std::vector<SavedFile> reports;
+  Error failure;  // none without a place
+  for (PendingFile& file : pending) {
+    if (!file.plan.isNeeded || !failure.place.empty()) continue;
+    const auto fail = [&](const std::string& text) {
+      failure = {ErrorCode::Io, text, file.absolute};
+    };
+    const auto isSame = [&file](const FileBytes& each) { return each.path == file.absolute; };
+    const auto same = std::find_if(list.begin(), list.end(), isSame);
+    if (same != list.end() && same->bytes != file.plan.text) {
+      fail("it is the file of two applications");
+    } else if (!file.plan.problem.empty()) {
+      fail(file.plan.problem);
+    } else if (const FileAccess access =
+                   GetFileAccess(files, file.absolute, kMustBeWritable | kCreateFolder);
+               !ReportFileAccess(access, *output, file.absolute)) {
+      fail(access.reason.text);
+    } else if (const Status kept = saver.KeepOther(file.plan, reports.emplace_back()); !kept) {
+      fail(kept.GetError().text);
+    } else if (same == list.end()) {
+      list.push_back({file.absolute, file.plan.text});
+    }
+  }
+  if (failure.place.empty()) failure = files.WriteFiles(list).GetError();
+  if (!failure.place.empty()) {
+    RefuseFiles(pending, failure.text, failure.place);
+    return;
+  }
+  for (const PendingFile& file : pending) {
+    guard.NoteWritten(file.absolute, file.plan.text);
+    if (file.plan.isNeeded) SetDamageOf(file.absolute, {});
+  }
+  for (SavedFile& each : reports) {
+    if (!each.ToLines().empty()) savedFiles.push_back(std::move(each));
+  }
+}
+
+}  // namespace tarn

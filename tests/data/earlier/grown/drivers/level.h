@@ -1,0 +1,1 @@
+#define LEVEL 2

@@ -1,0 +1,90 @@
+// Sources that have moved while a project was closed or open.
+
+#include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QTimer>
+#include <QTreeWidget>
+#include <functional>
+
+#include "desktop/IdeFixture.h"
+#include "hosts/desktop/RelocateDialog.h"
+
+namespace tarn::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+class DesktopRelocate : public testing::IdeFixture {
+ protected:
+  // Chooses the menu entry, and works on the dialog once its search has ended.
+  void Relocate(const std::function<void(RelocateDialog&, QTreeWidget&)>& work) {
+    bool isSeen = false;
+    QTimer::singleShot(0, &*window, [&] {
+      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      auto& list = *dialog->findChild<QTreeWidget*>();
+      EXPECT_TRUE(testing::RunUntil([&] { return list.topLevelItemCount() > 0; }));
+      isSeen = true;
+      work(static_cast<RelocateDialog&>(*dialog), list);
+      if (dialog->isVisible()) dialog->reject();
+    });
+    ASSERT_TRUE(Choose("Find moved files..."));
+    EXPECT_TRUE(isSeen);
+  }
+  static QPushButton& Accept(QDialog& dialog) {
+    return *dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+  }
+  std::string FileText() { return testing::ReadBytes(folder / "blinky/blinky-avr.tapp"); }
+};
+
+TEST_F(DesktopRelocate, MovedSourcesAreCorrectedInOneStep) {
+  const std::string before = FileText();
+  fs::rename(folder / "blinky/src/drivers", folder / "blinky/src/hal");
+  Relocate([](RelocateDialog& dialog, QTreeWidget& list) {
+    EXPECT_EQ(list.topLevelItem(0)->text(0).toStdString(), "src/drivers/led.c");
+    EXPECT_EQ(list.topLevelItem(0)->text(1).toStdString(), "src/hal/led.c");
+    Accept(dialog).click();
+  });
+  EXPECT_NE(FileText().find("\\hal\\led.c"), std::string::npos);
+  EXPECT_EQ(FileText().find("\\drivers\\led.c"), std::string::npos);
+  EXPECT_TRUE(FindLine("led.c").isValid());
+  ASSERT_TRUE(Choose("Undo project change"));
+  EXPECT_EQ(FileText(), before);
+}
+
+TEST_F(DesktopRelocate, OneOfSeveralIsForTheUser) {
+  fs::create_directories(folder / "blinky/a");
+  fs::create_directories(folder / "blinky/b");
+  fs::copy(folder / "blinky/src/main.c", folder / "blinky/a/main.c");
+  fs::rename(folder / "blinky/src/main.c", folder / "blinky/b/main.c");
+  Relocate([](RelocateDialog& dialog, QTreeWidget& list) {
+    EXPECT_FALSE(Accept(dialog).isEnabled());
+    auto* const box = list.findChild<QComboBox*>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->currentIndex(), -1);
+    const int place = box->findText("b/main.c");
+    box->setCurrentIndex(place);
+    Q_EMIT box->activated(place);
+    EXPECT_TRUE(testing::RunUntil([&] { return Accept(dialog).isEnabled(); }));
+    EXPECT_EQ(list.topLevelItem(0)->checkState(0), Qt::Checked);
+    Accept(dialog).click();
+  });
+  EXPECT_NE(FileText().find(".\\b\\main.c"), std::string::npos);
+}
+
+TEST_F(DesktopRelocate, WhatIsLeftOutStaysAsItIs) {
+  const std::string before = FileText();
+  fs::create_directories(folder / "blinky/a");
+  fs::rename(folder / "blinky/src/main.c", folder / "blinky/a/main.c");
+  Relocate([](RelocateDialog& dialog, QTreeWidget& list) {
+    EXPECT_TRUE(Accept(dialog).isEnabled());
+    list.topLevelItem(0)->setCheckState(0, Qt::Unchecked);
+    EXPECT_TRUE(testing::RunUntil([&] { return !Accept(dialog).isEnabled(); }));
+  });
+  EXPECT_EQ(FileText(), before);
+}
+
+}  // namespace
+}  // namespace tarn::host

@@ -1,0 +1,135 @@
+// Files that can't be read or written: which file, and the system's reason.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+enum class Instead { Folder, Loop, LinkToNothing, Pipe };
+
+// Puts something in the place of a file, or where none is yet.
+void Put(Instead what, const std::string& path) {
+  fs::remove_all(path);
+  fs::create_directories(fs::path(path).parent_path());
+  switch (what) {
+    case Instead::Folder:
+      fs::create_directory(path);
+      break;
+    case Instead::Loop:
+      fs::create_symlink(fs::path(path).filename(), path);
+      break;
+    case Instead::LinkToNothing:
+      fs::create_symlink("/none/at/all", path);
+      break;
+    case Instead::Pipe:
+      ASSERT_EQ(mkfifo(path.c_str(), 0666), 0);
+      break;
+  }
+}
+
+TEST(CliFiles, WhichFileAndWhyIsTold) {
+  const std::string notAFile = "not a regular file";
+  const std::string loop = "Too many levels of symbolic links";
+  const struct {
+    const char* path;
+    Instead what;
+    std::vector<std::string> words;
+    int code;
+    std::vector<std::string> said;
+  } rows[] = {
+      {"demo.tprj", Instead::Loop, {"tree", "demo.tprj"}, 3, {"demo.tprj can't be read: ", loop}},
+      {"demo.tprj",
+       Instead::LinkToNothing,
+       {"tree", "demo.tprj"},
+       3,
+       {"demo.tprj can't be read: a link that leads nowhere"}},
+      {"demo.tprj", Instead::Pipe, {"tree"}, 3, {"/demo.tprj' can't be opened", notAFile}},
+      {"app.tapp", Instead::Folder, {"tree"}, 3, {"/app.tapp' can't be opened", notAFile}},
+      {"app.tapp", Instead::Loop, {"build"}, 3, {"/app.tapp' can't be opened", loop}},
+      {"app.tapp",
+       Instead::LinkToNothing,
+       {"build"},
+       3,
+       {"/app.tapp' can't be opened", "a link that leads nowhere"}},
+      {"demo.tlock",
+       Instead::Folder,
+       {"options", "set", "Compiler.Defines", "X"},
+       0,
+       {"/demo.tlock can't be locked, so other programs are not held back: "}},
+      {"demo.tstate", Instead::Folder, {"build"}, 0, {"/demo.tstate: ", notAFile}},
+      {"demo.tlog", Instead::Folder, {"build"}, 0, {"/demo.tlog: ", notAFile}},
+      {"demo.tlog", Instead::Loop, {"log"}, 3, {"The log demo.tlog can't be read: ", loop}},
+      {"demo.tlog", Instead::Folder, {"report"}, 3, {"demo.tlog can't be read: ", notAFile}},
+      {"demo.tlog", Instead::Pipe, {"export", "sarif"}, 3, {"demo.tlog can't be read: ", notAFile}},
+      {"compile_commands.json",
+       Instead::Folder,
+       {"export", "compile-commands"},
+       3,
+       {"compile_commands.json can't be written: ", notAFile}},
+      {"app-Globals.Standard.xml", Instead::Loop, {"globals"}, 3, {"can't be read: ", loop}},
+      {"x.lua", Instead::Folder, {"run", "x.lua"}, 2, {"x.lua can't be read: ", notAFile}},
+      {"old.prj", Instead::Loop, {"import", "old.prj"}, 3, {"old.prj can't be read: ", loop}},
+      {"build", Instead::Loop, {"build"}, 1, {"/build/Standard/", loop}},
+      {"share/targets/avr.xml", Instead::Loop, {"targets"}, 3, {"/share/targets/avr.xml: ", loop}},
+      {"share/config/message.xslt",
+       Instead::Folder,
+       {"tree"},
+       3,
+       {"/share/config/message.xslt: ", notAFile}},
+      {"share/config/projectmanager.config",
+       Instead::Loop,
+       {"tree"},
+       3,
+       {"/share/config/projectmanager.config: ", loop}},
+      {"share/config/options/common.options",
+       Instead::Pipe,
+       {"tree"},
+       3,
+       {"/share/config/options/common.options: ", notAFile}},
+      {"share/config/tools/host-gcc.tools", Instead::Loop, {"tree"}, 3, {"host-gcc.tools: ", loop}},
+      {"settings", Instead::LinkToNothing, {"tree"}, 3, {"/settings"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::string(row.path) + ": " + row.words[0]);
+    CliProject project;
+    if (std::string(row.path).starts_with("share")) {
+      fs::copy(TARN_SHARE, project.PathOf("share"), fs::copy_options::recursive);
+      project.Point("TARN_ROOT", "share");
+    }
+    if (row.path == std::string("settings")) project.Point("TARN_SETTINGS", "settings");
+    Put(row.what, project.PathOf(row.path));
+    const auto answer = project.Run(row.words);
+    EXPECT_EQ(answer.code, row.code) << answer.out << answer.err;
+    for (const std::string& part : row.said) {
+      EXPECT_TRUE(Has(answer.out + answer.err, part)) << part << "\n" << answer.out << answer.err;
+    }
+  }
+}
+
+TEST(CliFiles, AChangeThatCanNotBeSavedIsToldAndChangesNothing) {
+  CliProject project;
+  const std::string before = project.Read("app.tapp");
+  ASSERT_EQ(chmod(project.PathOf("app.tapp").c_str(), 0444), 0);
+  const auto answer = project.Run({"options", "set", "Compiler.Defines", "X"});
+  EXPECT_EQ(answer.code, 3);
+  const std::string path = project.PathOf("app.tapp");
+  EXPECT_TRUE(Has(answer.err, path + " can't be saved: the file is read-only\n")) << answer.err;
+  // Both files of the project have the label of an application.
+  const std::string label = project.Run({"rename", "app.tapp", "other"}).err;
+  EXPECT_TRUE(Has(label, "demo.tprj can't be saved: " + path + ": the file is read-only")) << label;
+  EXPECT_TRUE(Has(project.Read("demo.tprj"), "ActiveApp=\"app\""));
+  EXPECT_FALSE(project.Exists("app.tapp.unsaved"));
+  EXPECT_EQ(project.Read("app.tapp"), before);
+  project.ExpectRefusal({"add", "--create", std::string(300, 'n') + ".c"}, 2, "File name too long");
+}
+
+}  // namespace
+}  // namespace tarn::host

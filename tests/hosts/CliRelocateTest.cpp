@@ -1,0 +1,112 @@
+// Projects whose files have moved.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "hosts/CliProject.h"
+#include "platform/files/FileSystem.h"
+
+namespace tarn::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(CliRelocate, AMovedFolderIsFoundAndTheProjectIsBuilt) {
+  CliProject project;
+  const std::string before = project.Read("app.tapp");
+  fs::create_directories(project.PathOf("fw"));
+  fs::rename(project.PathOf("src"), project.PathOf("fw/code"));
+  const std::string moves =
+      "src/a.c -> fw/code/a.c\nsrc/b.c -> fw/code/b.c\nsrc/c.c -> fw/code/c.c\n";
+  EXPECT_EQ(project.Out({"relocate", "--dry-run"}), moves);
+  EXPECT_EQ(project.Read("app.tapp"), before);
+  EXPECT_EQ(project.Out({"relocate"}), moves);
+  EXPECT_EQ(project.Out({"relocate"}), "Nothing is missing\n");
+  EXPECT_EQ(project.Run({"build"}).code, 0);
+  const std::string after = project.Read("app.tapp");
+  fs::rename(project.PathOf("fw/code"), project.PathOf("src"));
+  EXPECT_TRUE(Has(project.Out({"relocate", "--json", "fw/code", "src"}), "\"complete\": true"));
+  EXPECT_EQ(project.Read("app.tapp"), before);
+  EXPECT_NE(after, before);
+}
+
+TEST(CliRelocate, AMovedApplicationIsFoundAndItsSourcesStay) {
+  CliProject project;
+  const auto setAndReset = [&project] {
+    project.Out({"options", "set", "Compiler.Defines", "X"});
+    project.Out({"options", "reset", "Compiler.Defines"});
+  };
+  setAndReset();
+  fs::create_directories(project.PathOf("apps"));
+  fs::rename(project.PathOf("app.tapp"), project.PathOf("apps/app.tapp"));
+  project.ExpectRefusal({"build"}, 3, "can't be opened");
+  EXPECT_TRUE(Has(project.Out({"relocate"}), "app.tapp -> apps/app.tapp\n"));
+  EXPECT_EQ(project.Run({"build"}).code, 0);
+  const std::string text = project.Read("demo.tprj") + project.Read("apps/app.tapp");
+  setAndReset();
+  EXPECT_EQ(project.Read("demo.tprj") + project.Read("apps/app.tapp"), text)
+      << "as a save writes it";
+  EXPECT_FALSE(project.Exists("app.tapp"));
+}
+
+TEST(CliRelocate, WhatIsOpenIsLeftToTheUser) {
+  CliProject project;
+  for (const char* folder : {"x", "y"}) {
+    fs::create_directories(project.PathOf(folder));
+    project.Write(folder + std::string("/a.c"), "");
+  }
+  fs::rename(project.PathOf("src/b.c"), project.PathOf("x/b2.c"));
+  fs::remove(project.PathOf("src/a.c"));
+  const std::string before = project.Read("app.tapp");
+  const auto answer = project.Run({"relocate"});
+  EXPECT_EQ(answer.code, 1);
+  EXPECT_EQ(answer.err,
+            "tarn: src/a.c could be one of several files:\n  x/a.c\n  y/a.c\n"
+            "tarn: src/b.c was not found\n"
+            "tarn: `tarn relocate OLD NEW` says where a file or folder is.\n");
+  EXPECT_EQ(project.Read("app.tapp"), before);
+  EXPECT_EQ(project.Out({"relocate", "src/b.c", "x/b2.c"}), "src/b.c -> x/b2.c\n");
+  EXPECT_EQ(project.Out({"relocate", "src/a.c", "y/a.c"}), "src/a.c -> y/a.c\n");
+  EXPECT_EQ(project.Out({"relocate", "none", "x"}), "Nothing of it is in the project\n");
+}
+
+TEST(CliRelocate, NothingIsWrittenWhereNothingMayBe) {
+  CliProject project;
+  fs::rename(project.PathOf("src"), project.PathOf("code"));
+  const std::string before = project.Read("app.tapp");
+  project.ExpectRefusal({"relocate", "src", "none"}, 2, "There is no file or folder none.");
+  project.ExpectRefusal({"relocate", "--below", "none"}, 3, "none: No such file or directory");
+  project.ExpectRefusal({"relocate", "--below", ".", "src", "code"}, 2, "--below is for files");
+  auto lock = FileSystem::Native().TryLock(project.PathOf("demo.tlock"), LockPurpose::Edit);
+  ASSERT_TRUE(lock);
+  project.ExpectRefusal({"relocate", "--no-wait"}, 3, "Another program is changing");
+  lock->reset();
+  ASSERT_EQ(chmod(project.PathOf("app.tapp").c_str(), 0444), 0);
+  project.ExpectRefusal({"relocate"}, 3,
+                        "app.tapp can't be saved, and nothing was changed: the file is read-only");
+  ASSERT_EQ(chmod(project.PathOf("app.tapp").c_str(), 0644), 0);
+  project.Write("app.tapp", before + "<");
+  project.ExpectRefusal({"relocate"}, 3, "app.tapp: it is damaged: ");
+  EXPECT_EQ(project.Read("app.tapp"), before + "<");
+}
+
+TEST(CliRelocate, AnApplicationOutsideIsChangedOnlyIfTheUserSaysSo) {
+  CliProject project;
+  fs::create_directories(project.PathOf("inner"));
+  fs::rename(project.PathOf("demo.tprj"), project.PathOf("inner/demo.tprj"));
+  EXPECT_EQ(project.Out({"relocate", "inner", "app.tapp", "app.tapp"}),
+            "Nothing of it is in the project\n");
+  EXPECT_TRUE(Has(project.Out({"relocate", "inner", "inner/app.tapp", "app.tapp", "--outside-ok"}),
+                  "inner/app.tapp -> app.tapp\n"));
+  fs::rename(project.PathOf("src"), project.PathOf("code"));
+  project.ExpectRefusal({"relocate", "inner", "src", "code"}, 3,
+                        "app.tapp is outside the folder of the project. With --outside-ok");
+  EXPECT_TRUE(Has(project.Out({"relocate", "inner", "--below", ".", "--outside-ok"}),
+                  "src/a.c -> code/a.c\n"));
+  EXPECT_EQ(project.Run({"build", "inner"}).code, 0);
+}
+
+}  // namespace
+}  // namespace tarn::host
