@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/text/Text.h"
 #include "project/ProjectModel.h"
 #include "project/TreeText.h"
 
@@ -20,6 +21,18 @@ const std::string* Find(const std::vector<FileText>& texts, const std::string& p
   return found == texts.end() ? nullptr : &found->text;
 }
 
+// Opening a project makes another application active if it has not the one that it names. That is
+// no change of the user's: the base gets the name that was found for it.
+void AdoptActive(CXmlNode& base, const CXmlNode& now) {
+  const char* const active = base.GetAttrValue("ActiveApp");
+  const char* const found = now.GetAttrValue("ActiveApp");
+  if (active == nullptr || found == nullptr) return;
+  for (const CXmlNode* child : base.GetChildren()) {
+    if (EqualNoCase(TextOf(child->GetAttrValue("Header")), active)) return;
+  }
+  base.SetAttrValue("ActiveApp", found);
+}
+
 // Returns the text with both changes of `base`; adds to `problems` why there is none.
 std::string MergeTexts(const std::string& path, const std::string& base, const std::string& theirs,
                        const std::string& ours, std::vector<std::string>& problems) {
@@ -31,6 +44,7 @@ std::string MergeTexts(const std::string& path, const std::string& base, const s
     problems.push_back(path + " has changed since, and can't be compared");
     return theirs;
   }
+  AdoptActive(trees[0], trees[1]);
   const MergedTree merged = MergeTrees(trees[0], trees[1], trees[2]);
   for (const TreeConflict& each : merged.conflicts) {
     const std::string place = each.place.empty() ? "the root" : each.place;

@@ -45,6 +45,7 @@ TEST(CliUndo, EveryChangeOfACommandIsTakenBackAndMadeAgain) {
       {{"select", "second"}, "Select application second"},
       {{"remove", "src/b.c"}, "Remove b.c"},
       {{"remove", "New"}, "Remove New"},
+      {{"select", "main"}, "Select application main"},
       {{"remove", "second"}, "Remove second"},
       {{"add", "second.tapp"}, "Add second"},
   };
@@ -74,7 +75,7 @@ TEST(CliUndo, EveryChangeOfACommandIsTakenBackAndMadeAgain) {
   const std::string before = FilesOf(project);
   EXPECT_EQ(project.Run({"undo", "-q"}).out, "");
   const std::string json = project.Out({"undo", "--json"});
-  for (const char* part : {"\"undone: Remove second\"", "\"undo\": \"Remove New\"",
+  for (const char* part : {"\"undone: Remove second\"", "\"undo\": \"Select application main\"",
                            "\"redo\": \"Remove second\"", "\"demo.tprj\""}) {
     EXPECT_TRUE(Has(json, part)) << json;
   }
@@ -82,6 +83,20 @@ TEST(CliUndo, EveryChangeOfACommandIsTakenBackAndMadeAgain) {
   project.Out({"redo"});
   EXPECT_EQ(FilesOf(project), before);
   EXPECT_TRUE(project.Exists("src/f.c"));
+}
+
+// The project names it still when it is gone, and another one is active instead.
+TEST(CliUndo, AnActiveApplicationComesBackAsTheActiveOne) {
+  CliProject project;
+  project.WriteProject({{"app", {"a.c", "b.c"}}, {"second", {"c.c"}}});
+  project.Out({"select", "second"});
+  project.Out({"remove", "second"});
+  for (const char* way : {"undo", "redo", "undo"}) {
+    project.Out({way});
+    const bool isBack = way == std::string("undo");
+    EXPECT_EQ(Has(project.Out({"tree"}), "second  [Standard]  (active)"), isBack);
+    EXPECT_EQ(Has(project.Out({"tree"}), "app  [Standard]  (active)"), !isBack);
+  }
 }
 
 TEST(CliUndo, WhatOthersWroteSinceStaysOrNothingIsDone) {
