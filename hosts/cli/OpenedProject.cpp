@@ -338,13 +338,13 @@ int CommandContext::SaveProject() {
   // Read before the save, which adds what others have changed.
   const FileChanges changes = FindChanges(openedFiles, ReadProjectFiles(Session().Inspector()));
   const int code = SaveFiles();
-  if (code == kExitDone) RecordEdit(changes);
+  if (code == kExitDone) RecordEdit(Session().GetProjectPath(), changes);
   return code;
 }
 
-void CommandContext::RecordEdit(const FileChanges& changes) {
+void CommandContext::RecordEdit(const std::string& project, const FileChanges& changes) {
   if (changes.empty()) return;
-  EditRecord record(files, Session().GetProjectPath());
+  EditRecord record(files, project);
   record.Add({DescribeChanges(changes), changes});
   WriteRecord(record);
 }

@@ -87,6 +87,8 @@ class CommandContext {
   int SaveProject();
   // The same for a command that records what it did by itself.
   int SaveFiles();
+  // Adds what a command made of the project's files to what can be undone.
+  void RecordEdit(const std::string& project, const FileChanges& changes);
   // Stores what can be undone; a failure costs no more than that, and is only remarked.
   void WriteRecord(EditRecord& record);
 
@@ -96,8 +98,6 @@ class CommandContext {
   void ShowDamage(std::vector<DamageEntry> found);
   int RefuseDamaged();
   void RestoreConfigurations();
-  void RecordEdit(const FileChanges& changes);
-  int LockEdits(const std::string& path);
   std::vector<std::string> NodeNames(const std::string& application);
   int SelectNodeIn(const std::string& key, const std::string& application);
   int SelectConfiguration(const std::vector<ApplicationEntry>& applications);

@@ -86,6 +86,12 @@ int Relocating::Write(Relocation& relocation) {
     return kExitCannotOpen;
   }
   if (context.Asked().dryRun) return kExitDone;
+  std::vector<FileText> before;
+  for (const FileText& each : *texts) {
+    if (const auto text = context.Files().ReadWholeFile(each.path)) {
+      before.push_back({each.path, *text});
+    }
+  }
   if (const Status written = WriteAllFiles(context.Files(), *texts); !written) {
     const Error& error = written.GetError();
     context.Complain(context.Show(error.place) +
@@ -93,6 +99,7 @@ int Relocating::Write(Relocation& relocation) {
     return kExitCannotOpen;
   }
   isChanged = !texts->empty();
+  context.RecordEdit(project, FindChanges(before, *texts));
   return kExitDone;
 }
 

@@ -30,6 +30,8 @@ TEST(CliRelocate, AMovedFolderIsFoundAndTheProjectIsBuilt) {
   EXPECT_TRUE(Has(project.Out({"relocate", "--json", "fw/code", "src"}), "\"complete\": true"));
   EXPECT_EQ(project.Read("app.tapp"), before);
   EXPECT_NE(after, before);
+  project.Out({"undo"});
+  EXPECT_EQ(project.Read("app.tapp"), after);
 }
 
 TEST(CliRelocate, AMovedApplicationIsFoundAndItsSourcesStay) {
