@@ -283,7 +283,8 @@ TEST_F(Inspector, OpensAProjectWithChangesThatWereNeverSavedAndMergesThemAtASave
   std::string theirs = before;
   theirs.insert(theirs.rfind("</"), "<C Header=\"theirs.c\" Path=\".\\theirs.c\" />");
   world.disk.AddFile("/p/demo.tapp", theirs);
-  EXPECT_EQ(Ask(68, {texts + "9 cut", bases}), "1");
+  EXPECT_EQ(Ask(68, {texts + "9 cut", bases}), "0");
+  EXPECT_EQ(Ask(68, {texts, bases}), "1");
   ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
   EXPECT_EQ(Ask(69), "1");
   EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), theirs);
