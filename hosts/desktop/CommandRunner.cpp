@@ -96,7 +96,7 @@ Status CommandRunner::ReopenWith(const std::vector<FileText>& texts) {
   return written ? opened : written;
 }
 
-// Without the news of the project that stands in for none.
+// Ignores the notification of the default project that the server opens after a close.
 Status CommandRunner::Close() {
   const std::string path = GetProjectPath();
   isOpening = true;

@@ -151,7 +151,8 @@ class Replacement {
   Replacement(const Replacement&) = delete;
   Replacement& operator=(const Replacement&) = delete;
 
-  // Gives what has the name now a further one, for GiveBack. False with the reason in errno.
+  // Links the present file under a second name, from which GiveBack restores it. Returns false,
+  // with the reason in errno, if that fails.
   bool KeepFormer() {
     if (!exists) return true;
     const std::string name = JoinPath(FolderToOpen(place), kTemporaryPrefix) + RandomDigits();

@@ -17,7 +17,7 @@ Error ReadErrorOf(int number, const std::string& place);
 // A failure that the machine has no words for.
 Error ErrorOf(ErrorCode code, const std::string& text, const std::string& place);
 
-// Repeats a call for as long as signals interrupt it. A negative result stands for a failure with
+// Repeats a call for as long as signals interrupt it. A negative result is a failure with
 // its reason in errno.
 template <class Call>
 auto Retry(const Call& call) {
