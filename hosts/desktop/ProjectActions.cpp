@@ -195,6 +195,7 @@ void ProjectActions::New() {
   if (!IsFree() || !MayClose()) return;
   const std::string before = runner.GetProjectPath();
   if (session.Manager().ProjectNew() != 0) {
+    RecentProjects::NoteNew(session.GetProjectPath());
     // Its files are complete with the first save.
     QTimer::singleShot(0, this, [this] { SaveAll(); });
     return;
@@ -290,6 +291,8 @@ void ProjectActions::AddHistory(QMenu& menu) {
 
 void ProjectActions::Follow() {
   const std::string path = runner.GetProjectPath();
+  // Commands of the server make new projects as well.
+  session.Inspector().SetNewProjectFolder(FromQt(RecentProjects::GetNewFolder()));
   banner.hide();
   damage.Follow();
   saves.Show(session.TakeSaveReport());

@@ -1,6 +1,9 @@
 #include "hosts/desktop/RecentProjects.h"
 
 #include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
 
 #include "hosts/desktop/DesktopSettings.h"
 #include "platform/qt/QtText.h"
@@ -11,6 +14,7 @@ namespace {
 
 constexpr qsizetype kMost = 10;
 constexpr const char* kListKey = "recent/projects";
+constexpr const char* kNewFolderKey = "recent/newProjectFolder";
 
 // A path may hold what keys of settings can't.
 QString EditorsKey(const QString& path) {
@@ -61,6 +65,21 @@ QStringList RecentProjects::EditorsOf(const std::string& path) {
 
 void RecentProjects::KeepEditors(const std::string& path, const QStringList& editors) {
   DesktopSettings().setValue(EditorsKey(ToQt(path)), editors);
+}
+
+QString RecentProjects::GetNewFolder() {
+  const QString last = DesktopSettings().value(kNewFolderKey).toString();
+  if (!last.isEmpty() && QFileInfo(last).isDir()) return last;
+  const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  return (QFileInfo(documents).isDir() ? documents : QDir::homePath()) + "/Tarn";
+}
+
+// The next one goes beside a project that has a folder of its own name.
+void RecentProjects::NoteNew(const std::string& path) {
+  const QFileInfo file(ToQt(path));
+  QDir folder = file.dir();
+  if (folder.dirName() == file.completeBaseName()) folder.cdUp();
+  DesktopSettings().setValue(kNewFolderKey, folder.path());
 }
 
 }  // namespace tarn::host

@@ -19,6 +19,12 @@ class RecentProjects {
   // What stood in the editors when the project was closed, in the form of EditorTabs::Describe.
   static QStringList EditorsOf(const std::string& path);
   static void KeepEditors(const std::string& path, const QStringList& editors);
+
+  // The folder to propose for a new project: where the last one was made, or at first a folder for
+  // projects among the user's documents. It need not exist.
+  static QString GetNewFolder();
+  // A project has been made; `path` is its file.
+  static void NoteNew(const std::string& path);
 };
 
 }  // namespace tarn::host

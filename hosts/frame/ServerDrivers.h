@@ -157,6 +157,8 @@ class InspectorDriver : public COleDispatchDriver {
   std::string ApplyChange(const std::string& before, const std::string& after) {
     return InvokeText(64, {before, after});
   }
+  // Proposed for a new project while none is open.
+  std::int32_t SetNewProjectFolder(const std::string& folder) { return InvokeLong(80, {folder}); }
   std::int32_t SaveAllOrNone(bool wanted) { return InvokeLong(70, {std::int32_t{wanted}}); }
   std::int32_t AllowOutside(bool allow) { return InvokeLong(63, {std::int32_t{allow}}); }
   // Whether the server neither builds nor saves a project with damage.

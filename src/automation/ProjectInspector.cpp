@@ -223,6 +223,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::IsModified>("IsModified", 69, {}),
       Method<&I::SaveAllOrNone>("SaveAllOrNone", 70, {"wanted"}),
       Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
+      Method<&I::SetNewProjectFolder>("SetNewProjectFolder", 80, {"folder"}),
   });
   return table;
 }
@@ -522,6 +523,14 @@ std::int32_t CProjectInspector::StageFileTexts(const char* texts, const char* ba
   const auto former = SplitFileTexts(TextOf(bases));
   if (model == nullptr || !changed || !former) return 0;
   model->StageFiles(*changed, *former);
+  return 1;
+}
+
+std::int32_t CProjectInspector::SetNewProjectFolder(const char* folder) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  const std::string wanted = ToNativeSeparators(TextOf(folder));
+  if (!wanted.empty()) model->examplesFolder = AddSeparator(wanted);
   return 1;
 }
 

@@ -94,6 +94,9 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // an empty string if it was done, else a line for each reason why not, such as a node that has
   // changed since; the project stays as it was then.
   std::string ApplyChange(const char* before, const char* after);
+  // The folder that is proposed for a new project while none is open; empty leaves it as it is.
+  // Returns 0 before Attach.
+  std::int32_t SetNewProjectFolder(const char* folder);
   // With 1, files outside the project's folder are written without asking the user.
   std::int32_t AllowOutside(std::int32_t allow);
   // With 1, a save writes all of the project's files or none, for a host whose user can do again

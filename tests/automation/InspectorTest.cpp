@@ -81,6 +81,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"CopyConfiguration", 23, {"A", "B"}, "0", "0"},
       {"RefreshDefinitions", 24, {}, "0", "0"},
       {"GetSharedOutputs", 50, {""}, "''", "''"},
+      {"SetNewProjectFolder", 80, {"/home/me/Tarn"}, "0", "1"},
       {"TryLockProject", 60, {"/p/x.tprj"}, "'no project manager'", "''"},
       {"UnlockProject", 61, {}, "0", "1"},
       {"GetSaveReport", 62, {}, "''", "'\r\n<Save/>'"},

@@ -1,5 +1,6 @@
 // The wizard in the real window, from its command to a built project.
 #include <QDialog>
+#include <QDir>
 #include <QLineEdit>
 #include <QRadioButton>
 
@@ -62,6 +63,31 @@ TEST_F(WizardTest, LeadsByKeyboardToANewProjectThatBuilds) {
   ASSERT_TRUE(Choose("Build all"));
   ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
   EXPECT_TRUE(std::filesystem::exists(folder / "new/build/Standard/demo.elf"));
+}
+
+TEST_F(WizardTest, TheProposedFolderIsTheUsersOwnAndThenTheLastOne) {
+  const auto propose = [&](const std::string& wanted) {
+    std::string proposed;
+    EXPECT_TRUE(InWizard(
+        [&](QDialog& dialog) {
+          proposed = FieldOf(dialog, "Location:")->text().toStdString();
+          if (wanted.empty()) return;
+          auto* const targets = dialog.findChild<QTreeView*>();
+          targets->setFocus();
+          QTest::keyClicks(targets, "328p");
+          Fill(dialog, "Name:", "demo");
+          Fill(dialog, "Location:", wanted);
+          targets->setFocus();
+          QTest::keyClick(targets, Qt::Key_Return);
+        },
+        "New project..."));
+    RunUntil([&] { return window->Commands().GetProjectPath().ends_with("demo.tprj"); }, 2000);
+    return proposed;
+  };
+  const std::string first = propose(folder / "mine/demo");
+  EXPECT_TRUE(first.starts_with(QDir::homePath().toStdString())) << first;
+  EXPECT_TRUE(first.ends_with("/Tarn/")) << first;
+  EXPECT_EQ(propose({}), folder / "mine/");
 }
 
 TEST_F(WizardTest, ANewProjectIsWholeOnTheDiskAsSoonAsItIsMade) {
