@@ -40,8 +40,8 @@ Banner::Banner(const QString& first, const QString& second, QWidget* parent)
   connect(refuse, &QPushButton::clicked, this, [this] {
     if (onSecond) onSecond();
   });
-  connect(label, &QLabel::linkActivated, this, [this] {
-    if (onLink) onLink();
+  connect(label, &QLabel::linkActivated, this, [this](const QString& link) {
+    if (onLink) onLink(link.toInt());
   });
   hide();
 }
@@ -53,11 +53,15 @@ void Banner::Tell(const QString& text) {
   show();
 }
 
-void Banner::TellWithLink(const QString& text, const QString& link) {
+void Banner::TellWithLinks(const QString& text, const QStringList& links, const QString& after) {
+  QStringList shown;
+  for (const QString& each : links) {
+    shown += QString("<a href=\"%1\">%2</a>").arg(shown.size()).arg(each.toHtmlEscaped());
+  }
   label->setTextFormat(Qt::RichText);
   label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-  label->setText(text.toHtmlEscaped() + " <a href=\"link\">" + link.toHtmlEscaped() + "</a>");
-  setAccessibleName(text + ' ' + link);
+  label->setText(text.toHtmlEscaped() + ' ' + shown.join(", ") + after.toHtmlEscaped());
+  setAccessibleName(text + ' ' + links.join(", ") + after);
   show();
 }
 

@@ -15,14 +15,14 @@ class Banner : public QFrame {
   Banner(const QString& first, const QString& second, QWidget* parent);
 
   void Tell(const QString& text);
-  // With a link after the text, which onLink follows.
-  void TellWithLink(const QString& text, const QString& link);
+  // With links between the text and `after`, which onLink follows.
+  void TellWithLinks(const QString& text, const QStringList& links, const QString& after);
   // Whether the first button can be pressed; the reason why not is its tip.
   void SetReady(bool isReady, const QString& reason);
 
   std::function<void()> onFirst;
   std::function<void()> onSecond;
-  std::function<void()> onLink;
+  std::function<void(int index)> onLink;  // of the link, from 0
 
  protected:
   void paintEvent(QPaintEvent* event) override;

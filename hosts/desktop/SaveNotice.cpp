@@ -19,6 +19,8 @@ namespace {
 
 constexpr QSize kFirstSize{680, 320};
 constexpr int kCopyRole = Qt::UserRole;
+// More than these would fill the banner; the list has all.
+constexpr int kMostLinks = 3;
 
 QString NameOf(const std::string& path) {
   return ToQt(FileNameOf(path));
@@ -33,8 +35,9 @@ SaveNotice::SaveNotice(QWidget& parentWindow, Banner& saveBanner)
     shown_ = {};
     banner_.hide();
   };
-  banner_.onLink = [this] {
-    if (!shown_.conflicts.empty() && onShowFile) onShowFile(shown_.conflicts.front().copy);
+  banner_.onLink = [this](int index) {
+    const std::vector<std::string> copies = ListCopies();
+    if (static_cast<std::size_t>(index) < copies.size() && onShowFile) onShowFile(copies[index]);
   };
 }
 
@@ -53,34 +56,56 @@ void SaveNotice::Show(const SaveReport& report) {
   if (isNew || banner_.isHidden()) Tell();
 }
 
+// What the files held that were replaced, or are in conflict; each once.
+std::vector<std::string> SaveNotice::ListCopies() const {
+  std::vector<std::string> copies;
+  const auto add = [&copies](const std::string& copy) {
+    const bool isNew = std::find(copies.begin(), copies.end(), copy) == copies.end();
+    if (!copy.empty() && isNew) copies.push_back(copy);
+  };
+  for (const SaveReport::Conflict& each : shown_.conflicts) add(each.copy);
+  for (const SaveReport::File& each : shown_.written) add(each.copy);
+  return copies;
+}
+
+// Ends with a colon if the names of copies follow.
+QString SaveNotice::Describe(bool hasCopies) const {
+  std::set<std::string> files;
+  if (!shown_.conflicts.empty()) {
+    for (const SaveReport::Conflict& each : shown_.conflicts) files.insert(each.file);
+    const int count = static_cast<int>(shown_.conflicts.size());
+    const QString what =
+        files.size() == 1
+            ? tr("%1 was changed here and by another program, with %n conflict(s).", nullptr, count)
+                  .arg(NameOf(*files.begin()))
+            : tr("Files of the project were changed here and by another program, with %n "
+                 "conflict(s).",
+                 nullptr, count);
+    return hasCopies ? what + ' ' + tr("The other version:") : what;
+  }
+  QStringList names;
+  for (const SaveReport::File& each : shown_.written) {
+    const bool isMeant = hasCopies != each.copy.empty();
+    if (isMeant && files.insert(each.path).second) names += NameOf(each.path);
+  }
+  const int count = static_cast<int>(names.size());
+  return hasCopies ? tr("%1 was replaced. What it held before is kept as:", nullptr, count)
+                         .arg(names.join(", "))
+                   : tr("%1 was also changed by another program. It has both changes now.", nullptr,
+                        count)
+                         .arg(names.join(", "));
+}
+
 void SaveNotice::Tell() {
-  if (shown_.conflicts.empty()) {
-    const SaveReport::File& last = shown_.written.back();
-    if (last.isMerged) {
-      banner_.Tell(tr("%1 was also changed by another program. It has both changes now.")
-                       .arg(NameOf(last.path)));
-    } else {
-      banner_.Tell(tr("%1 was replaced. What it held before is kept as %2.")
-                       .arg(NameOf(last.path), NameOf(last.copy)));
-    }
+  QStringList links;
+  for (const std::string& each : ListCopies()) links += NameOf(each);
+  if (links.isEmpty()) {
+    banner_.Tell(Describe(false));
     return;
   }
-  std::set<std::string> files;
-  for (const SaveReport::Conflict& each : shown_.conflicts) files.insert(each.file);
-  const int count = static_cast<int>(shown_.conflicts.size());
-  const std::string& copy = shown_.conflicts.front().copy;
-  const QString what =
-      files.size() == 1
-          ? tr("%1 was changed here and by another program, with %n conflict(s).", nullptr, count)
-                .arg(NameOf(*files.begin()))
-          : tr("Files of the project were changed here and by another program, with %n "
-               "conflict(s).",
-               nullptr, count);
-  if (copy.empty()) {
-    banner_.Tell(what);
-  } else {
-    banner_.TellWithLink(what + ' ' + tr("The other version:"), NameOf(copy));
-  }
+  const int more = static_cast<int>(links.size()) - kMostLinks;
+  banner_.TellWithLinks(Describe(true), links.mid(0, kMostLinks),
+                        more > 0 ? tr(" and %n more", nullptr, more) : QString());
 }
 
 void SaveNotice::ShowConflictsNow(const SaveReport& report) {

@@ -35,6 +35,8 @@ class SaveNotice {
 
  private:
   void Tell();
+  QString Describe(bool hasCopies) const;
+  std::vector<std::string> ListCopies() const;
   void ShowList(bool mayOpen);
   void Fill(QTreeWidget& list) const;
 

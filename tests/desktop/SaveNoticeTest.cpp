@@ -9,6 +9,7 @@
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorArea.h"
+#include "hosts/desktop/SaveNotice.h"
 #include "platform/qt/QtText.h"
 
 namespace tarn::host {
@@ -60,7 +61,7 @@ TEST_F(SaveNoticeTest, AConflictLeadsToTheOtherVersionAndToTheList) {
   ASSERT_TRUE(Shown().isVisible());
   EXPECT_TRUE(Shown().accessibleName().contains("with 1 conflict"));
   EXPECT_TRUE(Shown().accessibleName().endsWith("blinky-avr.tapp.orig"));
-  Q_EMIT Shown().findChild<QLabel*>()->linkActivated("link");
+  Q_EMIT Shown().findChild<QLabel*>()->linkActivated("0");
   ASSERT_NE(window->Editors().Current(), nullptr);
   EXPECT_EQ(FromQt(window->Editors().Current()->GetText()), theirs);
   window->Editors().CloseCurrent();
@@ -77,6 +78,29 @@ TEST_F(SaveNoticeTest, AConflictLeadsToTheOtherVersionAndToTheList) {
   Shown().onFirst();
   EXPECT_EQ(row, "blinky-avr.tapp|Drivers/ours|Header changed on both sides|blinky-avr.tapp.orig|");
   EXPECT_EQ(window->Editors().count(), 1);
+}
+
+TEST_F(SaveNoticeTest, TheBannerLeadsToEveryCopyThatWasKept) {
+  SaveNotice notice(*window, Shown());
+  std::string opened;
+  notice.onShowFile = [&](const std::string& path) { opened = path; };
+  SaveReport report;
+  for (const char* const name : {"/p/a", "/p/b", "/p/c", "/p/d", "/p/e"}) {
+    report.written.push_back({name, std::string(name) + ".orig", false, false});
+  }
+  notice.Show(report);
+  EXPECT_EQ(FromQt(Shown().accessibleName()),
+            "a, b, c, d, e was replaced. What it held before is kept as: "
+            "a.orig, b.orig, c.orig and 2 more");
+  Q_EMIT Shown().findChild<QLabel*>()->linkActivated("2");
+  EXPECT_EQ(opened, "/p/c.orig");
+  Shown().onSecond();
+  report.conflicts = {{"/p/a", "led.c", "Header", "/p/a.orig"},
+                      {"/p/b", "led.c", "Header", "/p/b.orig"}};
+  report.written.clear();
+  report.written.push_back({"/p/a", "/p/a.orig", true, false});
+  notice.Show(report);
+  EXPECT_TRUE(Shown().accessibleName().endsWith("a.orig, b.orig"));
 }
 
 TEST_F(SaveNoticeTest, AConflictAtTheEndIsShownBeforeTheWindowCloses) {

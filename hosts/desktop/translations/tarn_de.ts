@@ -863,13 +863,12 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
 </context>
 <context>
     <name>SaveNotice</name>
-    <message>
+    <message numerus="yes">
         <source>%1 was also changed by another program. It has both changes now.</source>
-        <translation>%1 wurde auch von einem anderen Programm geändert. Die Datei enthält jetzt beide Änderungen.</translation>
-    </message>
-    <message>
-        <source>%1 was replaced. What it held before is kept as %2.</source>
-        <translation>%1 wurde ersetzt. Der frühere Inhalt ist als %2 aufbewahrt.</translation>
+        <translation>
+            <numerusform>%1 wurde auch von einem anderen Programm geändert. Die Datei enthält jetzt beide Änderungen.</numerusform>
+            <numerusform>%1 wurden auch von einem anderen Programm geändert. Die Dateien enthalten jetzt beide Änderungen.</numerusform>
+        </translation>
     </message>
     <message>
         <source>Saved together with another program&apos;s changes</source>
@@ -948,6 +947,20 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>
         <translation>Wo beide Seiten denselben Wert geändert haben, wurde Ihrer gespeichert. Was eine Seite entfernt und die andere geändert hat, ist geblieben.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 was replaced. What it held before is kept as:</source>
+        <translation>
+            <numerusform>%1 wurde ersetzt. Der frühere Inhalt ist aufbewahrt als:</numerusform>
+            <numerusform>%1 wurden ersetzt. Der frühere Inhalt ist aufbewahrt als:</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source> and %n more</source>
+        <translation>
+            <numerusform> und %n weitere</numerusform>
+            <numerusform> und %n weitere</numerusform>
+        </translation>
     </message>
 </context>
 <context>

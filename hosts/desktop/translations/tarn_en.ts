@@ -77,6 +77,27 @@
             <numerusform>Files of the project were changed here and by another program, with %n conflicts.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%1 was replaced. What it held before is kept as:</source>
+        <translation>
+            <numerusform>%1 was replaced. What it held before is kept as:</numerusform>
+            <numerusform>%1 were replaced. What they held before is kept as:</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 was also changed by another program. It has both changes now.</source>
+        <translation>
+            <numerusform>%1 was also changed by another program. It has both changes now.</numerusform>
+            <numerusform>%1 were also changed by another program. They have both changes now.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source> and %n more</source>
+        <translation>
+            <numerusform> and %n more</numerusform>
+            <numerusform> and %n more</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>StatusProgress</name>

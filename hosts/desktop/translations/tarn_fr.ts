@@ -863,13 +863,12 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
 </context>
 <context>
     <name>SaveNotice</name>
-    <message>
+    <message numerus="yes">
         <source>%1 was also changed by another program. It has both changes now.</source>
-        <translation>%1 a aussi été modifié par un autre programme. Il contient maintenant les deux modifications.</translation>
-    </message>
-    <message>
-        <source>%1 was replaced. What it held before is kept as %2.</source>
-        <translation>%1 a été remplacé. Son ancien contenu est conservé dans %2.</translation>
+        <translation>
+            <numerusform>%1 a aussi été modifié par un autre programme. Le fichier contient maintenant les deux modifications.</numerusform>
+            <numerusform>%1 ont aussi été modifiés par un autre programme. Les fichiers contiennent maintenant les deux modifications.</numerusform>
+        </translation>
     </message>
     <message>
         <source>Saved together with another program&apos;s changes</source>
@@ -948,6 +947,20 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     <message>
         <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>
         <translation>Là où les deux côtés ont modifié la même valeur, la vôtre a été enregistrée. Ce qu&apos;un côté a supprimé et l&apos;autre modifié est resté.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 was replaced. What it held before is kept as:</source>
+        <translation>
+            <numerusform>%1 a été remplacé. L&apos;ancien contenu est conservé sous :</numerusform>
+            <numerusform>%1 ont été remplacés. L&apos;ancien contenu est conservé sous :</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source> and %n more</source>
+        <translation>
+            <numerusform> et %n autre</numerusform>
+            <numerusform> et %n autres</numerusform>
+        </translation>
     </message>
 </context>
 <context>
