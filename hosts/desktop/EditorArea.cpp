@@ -38,6 +38,7 @@ EditorArea::EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget
 
   connect(&editorTabs, &QTabWidget::currentChanged, this, [this] { ShowConflict(); });
   editorTabs.onConflict = [this] { ShowConflict(); };
+  editorTabs.onRefused = [this](const QStringList& names) { ShowRefused(names); };
   fileBanner->onFirst = [this] {
     editors.ReloadCurrent();
     ShowConflict();
@@ -56,6 +57,12 @@ void EditorArea::ShowConflict() {
   }
   fileBanner->Tell(tr("%1 has been changed by another program, and here as well.")
                        .arg(ToQt(FileNameOf(editor->GetPath()))));
+}
+
+void EditorArea::ShowRefused(const QStringList& names) {
+  fileBanner->Tell(tr("%1 was not saved: it has been changed by another program as well.", nullptr,
+                      static_cast<int>(names.size()))
+                       .arg(names.join(", ")));
 }
 
 }  // namespace tarn::host

@@ -33,6 +33,7 @@ class EditorArea : public QWidget {
  private:
   // The banner over an editor that is in conflict with its file.
   void ShowConflict();
+  void ShowRefused(const QStringList& names);
 
   EditorTabs& editors;
   Banner* projectBanner = nullptr;

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QTabBar>
 #include <algorithm>
 
@@ -85,14 +86,32 @@ void EditorTabs::OpenUnsaved(const UnsavedText& unsaved) {
 }
 
 bool EditorTabs::SaveAll() {
+  std::vector<CodeEditor*> modified;
   for (int index = 0; index < count(); ++index) {
-    if (At(index)->isModified() && !Save(*At(index))) return false;
+    if (At(index)->isModified()) modified.push_back(At(index));
   }
-  return true;
+  return Save(modified);
 }
 
 bool EditorTabs::SaveCurrent() {
-  return Current() == nullptr || Save(*Current());
+  return Current() == nullptr || Save({Current()});
+}
+
+bool EditorTabs::SaveForBuild() {
+  if (SaveAll()) return true;
+  QStringList names;
+  for (int index = 0; index < count(); ++index) {
+    if (At(index)->isModified()) names += ToQt(FileNameOf(At(index)->GetPath()));
+  }
+  QMessageBox box(
+      QMessageBox::Question, tr("Tarn"),
+      tr("%1 is not saved. Build what is on the disk?", nullptr, static_cast<int>(names.size()))
+          .arg(names.join(", ")),
+      QMessageBox::Cancel, this);
+  const QPushButton* const build = box.addButton(tr("&Build"), QMessageBox::AcceptRole);
+  box.setDefaultButton(QMessageBox::Cancel);
+  box.exec();
+  return box.clickedButton() == build;
 }
 
 bool EditorTabs::ReloadCurrent() {
@@ -201,30 +220,46 @@ bool EditorTabs::Load(CodeEditor& editor) {
   return static_cast<bool>(loaded);
 }
 
-bool EditorTabs::Save(CodeEditor& editor) {
-  editor.FollowDisk();
-  if (editor.IsInConflict()) {
-    setCurrentWidget(&editor);
-    if (onConflict) onConflict();
-    return false;
+// Those that can't be saved hold up no other; the first of them that is in conflict comes into
+// view.
+bool EditorTabs::Save(const std::vector<CodeEditor*>& wanted) {
+  std::vector<CodeEditor*> refused;
+  QStringList failures;
+  for (CodeEditor* const editor : wanted) {
+    editor->FollowDisk();
+    if (editor->IsInConflict()) {
+      refused.push_back(editor);
+    } else if (const Status saved = editor->Save(); !saved) {
+      failures +=
+          tr("%1 can't be written: %2").arg(ToQt(editor->GetPath()), ToQt(saved.GetError().text));
+    }
   }
-  const Status saved = editor.Save();
-  if (!saved) {
-    QMessageBox::warning(
-        this, tr("Tarn"),
-        tr("%1 can't be written: %2").arg(ToQt(editor.GetPath()), ToQt(saved.GetError().text)));
+  if (!refused.empty()) {
+    const bool isInView = std::find(refused.begin(), refused.end(), Current()) != refused.end();
+    if (!isInView) setCurrentWidget(refused.front());
+    QStringList names;
+    for (const CodeEditor* each : refused) names += ToQt(FileNameOf(each->GetPath()));
+    if (onRefused) onRefused(names);
   }
-  return static_cast<bool>(saved);
+  if (!failures.isEmpty()) QMessageBox::warning(this, tr("Tarn"), failures.join('\n'));
+  return refused.empty() && failures.isEmpty();
 }
 
 bool EditorTabs::MayClose(CodeEditor& editor) {
   if (!editor.isModified()) return true;
   setCurrentWidget(&editor);
+  editor.FollowDisk();
+  QString question = tr("Save the changes in %1?").arg(ToQt(FileNameOf(editor.GetPath())));
+  if (editor.IsInConflict()) {
+    question += "\n\n" + tr("Another program has changed the file as well. Saving replaces what it "
+                            "wrote.");
+  }
   const auto answer = QMessageBox::question(
-      this, tr("Tarn"), tr("Save the changes in %1?").arg(ToQt(FileNameOf(editor.GetPath()))),
-      QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
-  if (answer == QMessageBox::Save) return Save(editor);
-  return answer == QMessageBox::Discard;
+      this, tr("Tarn"), question, QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+      editor.IsInConflict() ? QMessageBox::Cancel : QMessageBox::Save);
+  if (answer != QMessageBox::Save) return answer == QMessageBox::Discard;
+  if (editor.IsInConflict()) editor.KeepMine();
+  return Save({&editor});
 }
 
 bool EditorTabs::CloseTab(int index) {

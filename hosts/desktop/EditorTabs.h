@@ -28,13 +28,18 @@ class EditorTabs : public QTabWidget {
   // Shows the file, at a line from 1 on; 0 leaves the place. False when it can't be read, which the
   // user has been told.
   bool OpenFile(const std::string& path, int line);
-  // False when something could not be written, which the user has been told.
+  // Saves every text that can be. False if there is one that can't, which the user has been told.
   bool SaveAll();
   bool SaveCurrent();
   // Takes the text in view from the disk; what stood there is gone. False when it can't be read,
   // which the user has been told.
   bool ReloadCurrent();
   bool CloseCurrent();
+  // The same before a build, whose tools read the files. Also true if the user wants to build what
+  // is on the disk instead of a text that can't be saved.
+  bool SaveForBuild();
+  // Returns nullptr if the file is not open.
+  CodeEditor* Find(const std::string& path) const;
   // Asks for each text that is not saved. False when the user would rather stay.
   bool MayCloseAll();
   // Closes without a question; texts that are not saved stay open if so wanted.
@@ -50,6 +55,8 @@ class EditorTabs : public QTabWidget {
   CodeEditor* At(int index) const;
   // An editor may have come into conflict, or out of it.
   std::function<void()> onConflict;
+  // These files were to be saved, but are in conflict.
+  std::function<void(const QStringList& names)> onRefused;
   // An editor has been made, with its text in it.
   std::function<void(CodeEditor& editor)> onOpened;
   // The user has asked for the declaration of what is at the cursor.
@@ -63,11 +70,10 @@ class EditorTabs : public QTabWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  CodeEditor* Find(const std::string& path) const;
   void Add(CodeEditor& editor);
   void OpenUnsaved(const UnsavedText& unsaved);
   bool Load(CodeEditor& editor);
-  bool Save(CodeEditor& editor);
+  bool Save(const std::vector<CodeEditor*>& wanted);
   bool MayClose(CodeEditor& editor);
   bool CloseTab(int index);
   void ShowNames();

@@ -229,7 +229,7 @@ void IdeWindow::AnswerMessages() {
   }
   // What the compilers are to see is what stands in the editors, whoever has the build started.
   frame.Answer(kMsgBuildStarting,
-               [this](const HostEvent&) { return std::intptr_t{editors->SaveAll() ? 1 : 0}; });
+               [this](const HostEvent&) { return std::intptr_t{editors->SaveForBuild() ? 1 : 0}; });
 }
 
 bool IdeWindow::Start() {

@@ -221,7 +221,9 @@ void ProjectActions::OpenExample(const Example& example) {
 }
 
 void ProjectActions::SaveAll() {
-  if (!editors.SaveAll() || !HasUnsaved() || !damage.MayGoOn()) return;
+  // What can't be saved of the texts is told, and holds up nothing else.
+  static_cast<void>(editors.SaveAll());
+  if (!HasUnsaved() || !damage.MayGoOn()) return;
   history.Note();
   session.TakeLogLines();
   runner.SaveProject();

@@ -165,6 +165,13 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <source>Details...</source>
         <translation>Einzelheiten ...</translation>
     </message>
+    <message numerus="yes">
+        <source>%1 was not saved: it has been changed by another program as well.</source>
+        <translation>
+            <numerusform>%1 wurde nicht gespeichert: Ein anderes Programm hat die Datei ebenfalls geändert.</numerusform>
+            <numerusform>%1 wurden nicht gespeichert: Ein anderes Programm hat die Dateien ebenfalls geändert.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>EditorStatus</name>
@@ -206,6 +213,21 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     <message>
         <source>Open files</source>
         <translation>Offene Dateien</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 is not saved. Build what is on the disk?</source>
+        <translation>
+            <numerusform>%1 ist nicht gespeichert. Mit dem Inhalt auf der Festplatte erstellen?</numerusform>
+            <numerusform>%1 sind nicht gespeichert. Mit dem Inhalt auf der Festplatte erstellen?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Build</source>
+        <translation>&amp;Erstellen</translation>
+    </message>
+    <message>
+        <source>Another program has changed the file as well. Saving replaces what it wrote.</source>
+        <translation>Ein anderes Programm hat die Datei ebenfalls geändert. Speichern ersetzt, was es geschrieben hat.</translation>
     </message>
 </context>
 <context>

@@ -12,6 +12,26 @@
     </message>
 </context>
 <context>
+    <name>EditorArea</name>
+    <message numerus="yes">
+        <source>%1 was not saved: it has been changed by another program as well.</source>
+        <translation>
+            <numerusform>%1 was not saved: it has been changed by another program as well.</numerusform>
+            <numerusform>%1 were not saved: they have been changed by another program as well.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>EditorTabs</name>
+    <message numerus="yes">
+        <source>%1 is not saved. Build what is on the disk?</source>
+        <translation>
+            <numerusform>%1 is not saved. Build what is on the disk?</numerusform>
+            <numerusform>%1 are not saved. Build what is on the disk?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FindBar</name>
     <message numerus="yes">
         <source>%n replaced</source>

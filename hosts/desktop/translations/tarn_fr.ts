@@ -165,6 +165,13 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <source>Details...</source>
         <translation>Détails...</translation>
     </message>
+    <message numerus="yes">
+        <source>%1 was not saved: it has been changed by another program as well.</source>
+        <translation>
+            <numerusform>%1 n&apos;a pas été enregistré : un autre programme l&apos;a modifié aussi.</numerusform>
+            <numerusform>%1 n&apos;ont pas été enregistrés : un autre programme les a modifiés aussi.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>EditorStatus</name>
@@ -206,6 +213,21 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     <message>
         <source>Open files</source>
         <translation>Fichiers ouverts</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 is not saved. Build what is on the disk?</source>
+        <translation>
+            <numerusform>%1 n&apos;est pas enregistré. Compiler ce qui est sur le disque ?</numerusform>
+            <numerusform>%1 ne sont pas enregistrés. Compiler ce qui est sur le disque ?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Build</source>
+        <translation>&amp;Compiler</translation>
+    </message>
+    <message>
+        <source>Another program has changed the file as well. Saving replaces what it wrote.</source>
+        <translation>Un autre programme a aussi modifié le fichier. L&apos;enregistrement remplace ce qu&apos;il a écrit.</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,88 @@
+// Saves and builds while a text is in conflict with its file.
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "desktop/IdeFixture.h"
+#include "hosts/desktop/Banner.h"
+#include "hosts/desktop/CodeEditor.h"
+#include "hosts/desktop/EditorTabs.h"
+#include "platform/qt/QtText.h"
+
+namespace tarn::host {
+namespace {
+
+class SaveConflictTest : public testing::IdeFixture {
+ protected:
+  // A text in conflict, behind one that isn't, and a change of the project.
+  SaveConflictTest() {
+    window->OpenPaths({Main()});
+    window->Editors().Current()->insert("mine ");
+    folder.Write("blinky/src/main.c", "int theirs;\n");
+    window->OpenPaths({Board()});
+    window->Editors().Current()->insert("// more\n");
+    EXPECT_EQ(window->Session().Inspector().SelectNodeByKey("led.c"), 1);
+    EXPECT_TRUE(Choose("Remove"));
+  }
+
+  std::string Main() { return folder / "blinky/src/main.c"; }
+  std::string Board() { return folder / "blinky/src/board.h"; }
+  // Presses the button with this text in the box that is about to come.
+  void AnswerWith(const QString& button) {
+    QTimer::singleShot(0, [this, button] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      asked = box->text();
+      for (QAbstractButton* each : box->buttons()) {
+        if (each->text().remove('&') == button) return each->click();
+      }
+      ADD_FAILURE() << "no " << button.toStdString();
+      box->reject();
+    });
+  }
+
+  QString asked;
+};
+
+TEST_F(SaveConflictTest, AllElseIsSavedAndTheBannerNamesWhatIsNot) {
+  ASSERT_TRUE(Choose("Save all"));
+  EXPECT_TRUE(testing::ReadBytes(Board()).starts_with("// more\n"));
+  EXPECT_EQ(testing::ReadBytes(Main()), "int theirs;\n");
+  EXPECT_EQ(window->Session().Inspector().IsModified(), 0);
+  EXPECT_EQ(window->Editors().Current()->GetPath(), Main());
+  QStringList shown;
+  for (const QFrame* each : window->findChildren<QFrame*>()) {
+    const bool isBanner = dynamic_cast<const Banner*>(each) != nullptr;
+    if (isBanner && each->isVisible()) shown += each->accessibleName();
+  }
+  EXPECT_EQ(shown.join('|').toStdString(),
+            "main.c was not saved: it has been changed by another program as well.");
+}
+
+TEST_F(SaveConflictTest, ABuildAsksWhetherToTakeTheFileFromTheDisk) {
+  std::optional<BuildEnd> ended;
+  const auto others = window->Commands().onEnded;
+  window->Commands().onEnded = [&](BuildEnd end) {
+    ended = end;
+    others(end);
+  };
+  AnswerWith("Cancel");
+  window->Commands().Run(kCmdBuildAll);
+  ASSERT_TRUE(testing::RunUntil([&] { return ended.has_value(); }));
+  EXPECT_EQ(asked.toStdString(), "main.c is not saved. Build what is on the disk?");
+  EXPECT_EQ(*std::exchange(ended, {}), BuildEnd::Refused);
+  AnswerWith("Build");
+  window->Commands().Run(kCmdBuildAll);
+  ASSERT_TRUE(testing::RunUntil([&] { return ended.has_value(); }));
+  EXPECT_NE(*ended, BuildEnd::Refused);
+}
+
+TEST_F(SaveConflictTest, TheQuestionAtTheEndSaysThatSavingReplacesTheOtherText) {
+  ASSERT_TRUE(Choose("Save all"));
+  AnswerWith("Save");
+  EXPECT_TRUE(window->Editors().CloseCurrent());
+  EXPECT_TRUE(asked.contains("Another program has changed the file as well"));
+  EXPECT_TRUE(testing::ReadBytes(Main()).starts_with("mine "));
+}
+
+}  // namespace
+}  // namespace tarn::host
