@@ -132,8 +132,29 @@ Status CommandRunner::KeepDamaged(const std::vector<FileText>& texts) {
   return {};
 }
 
+Status CommandRunner::Apply(const FileChanges& changes) {
+  Status applied;
+  KeepSelection([&] {
+    isApplying = true;
+    applied = ApplyChanges(session.Inspector(), changes);
+    isApplying = false;
+  });
+  if (std::exchange(isReadAgain, false) && onProjectChanged) onProjectChanged();
+  return applied;
+}
+
 void CommandRunner::SaveProject() {
-  if (session.HasProject() && !IsBuilding()) session.Manager().ProjectSave();
+  if (!session.HasProject() || IsBuilding()) return;
+  KeepSelection([this] { session.Manager().ProjectSave(); });
+}
+
+// The server makes the active application current when it reads a project again.
+void CommandRunner::KeepSelection(const std::function<void()>& work) {
+  const std::string chosen = currentPath;
+  const std::string application = session.Manager().GetSelectedApplication();
+  work();
+  if (chosen.empty() || chosen == currentPath || !session.HasProject()) return;
+  session.Inspector().SelectNodeByKey(chosen, application);
 }
 
 bool CommandRunner::Builds(std::uint32_t command) {
@@ -299,6 +320,8 @@ void CommandRunner::FollowStop() {
 void CommandRunner::OnMessage(const HostEvent& event) {
   if (event.number == kMsgCommand) {
     QTimer::singleShot(0, this, [this] { ServePosted(); });
+  } else if (event.number == kMsgCurrentNodeChanged) {
+    currentPath = event.text;
   } else if (event.number == kMsgProjectClosing) {
     KeepResults();
     if (onProjectClosing) onProjectClosing();
@@ -309,6 +332,10 @@ void CommandRunner::OnMessage(const HostEvent& event) {
     if (std::exchange(waiting, 0) != 0) TellEnd(BuildEnd::Refused);
     // The server opens projects by itself, too: the wizard's, and the one that stands in for none.
     if (isOpening) return;
+    if (isApplying) {
+      isReadAgain = true;
+      return;
+    }
     QTimer::singleShot(0, this, [this] {
       if (onProjectChanged) onProjectChanged();
     });

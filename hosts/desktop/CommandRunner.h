@@ -12,6 +12,7 @@
 #include "hosts/desktop/ProjectWatch.h"
 #include "hosts/frame/BuildProgress.h"
 #include "hosts/frame/BuildSession.h"
+#include "hosts/frame/FileChanges.h"
 #include "hosts/frame/MainFrame.h"
 
 namespace tarn::host {
@@ -33,12 +34,15 @@ class CommandRunner : public QObject {
   // gone, unless it stands in the texts. When one can't be written, all files are as they were. Not
   // while a build runs.
   Status ReopenWith(const std::vector<FileText>& texts);
+  // Makes changes to the open project in memory, see ApplyChanges. The server reads the project
+  // again for it; the current node stays if it is still there. Not while a build runs.
+  Status Apply(const FileChanges& changes);
   // Opens a project with changes that were never saved, see InspectorDriver::StageFileTexts; one
   // that is open already is closed first, which saves it.
   Status OpenWithChanges(const std::string& path, const std::string& texts,
                          const std::string& bases);
-  // Writes the project's files, for which the server opens it anew: its log is empty then. Not
-  // while a build runs.
+  // Writes the project's files, for which the server opens it anew: its log is empty then. The
+  // current node stays. Not while a build runs.
   void SaveProject();
   // Empty when none is open but the one that stands in for none.
   std::string GetProjectPath() const {
@@ -92,6 +96,7 @@ class CommandRunner : public QObject {
  private:
   void OnMessage(const HostEvent& event);
   Status Close();
+  void KeepSelection(const std::function<void()>& work);
   Status KeepDamaged(const std::vector<FileText>& texts);
   void TakeOptionsLoaded();
   void RestoreState();
@@ -119,6 +124,9 @@ class CommandRunner : public QObject {
   bool isCleaning = false;
   bool isStopAsked = false;
   bool isOpening = false;
+  bool isApplying = false;
+  bool isReadAgain = false;  // by what is being applied
+  std::string currentPath;   // file of the current node; empty if it has none
   // The project knows what the session keeps of it, or is being told.
   bool isRestored = false;
   bool isRestoring = false;

@@ -1,28 +1,36 @@
 #include "hosts/desktop/CrashRecovery.h"
 
+#include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QStandardPaths>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
 
+#include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/JournalKeeper.h"
 #include "hosts/desktop/ProjectActions.h"
 #include "hosts/desktop/RecoveryDialog.h"
+#include "hosts/frame/FileChanges.h"
 #include "platform/files/FileTexts.h"
+#include "platform/files/KeptCopy.h"
+#include "platform/paths/Paths.h"
 #include "platform/qt/QtText.h"
 
 namespace tarn::host {
 
 CrashRecovery::CrashRecovery(QWidget& parentWindow, FileSystem& fileSystem,
                              ProjectActions& projectActions, EditorTabs& editorTabs,
-                             JournalKeeper& journalKeeper,
+                             JournalKeeper& journalKeeper, std::string rescueFolder,
                              std::vector<std::unique_ptr<Journal>> journals)
     : window_(parentWindow),
       files_(fileSystem),
       project_(projectActions),
       editors_(editorTabs),
       keeper_(journalKeeper),
+      rescueFolder_(std::move(rescueFolder)),
       left_(std::move(journals)) {}
 
 void CrashRecovery::Offer() {
@@ -82,23 +90,121 @@ void CrashRecovery::Discard() {
 }
 
 void CrashRecovery::Restore(const JournalReading& reading) {
-  const JournalContent& content = reading.content;
-  const std::string texts = content.projectTexts ? *content.projectTexts : std::string();
-  const std::string bases = content.projectBases ? *content.projectBases : std::string();
-  const bool isOpen =
-      content.project.empty() || project_.OpenWithChanges(content.project, texts, bases);
-  QStringList tabs;
-  for (const std::string& each : content.tabs) tabs += ToQt(each);
-  editors_.Restore(tabs, content.texts);
-  // All of it is in this window's journal before it goes from the other.
-  const bool isKept = isOpen && keeper_.Flush();
-  if (isKept && reading.lost.empty()) static_cast<void>(left_.front()->Clear());
-  if (!isKept) {
-    QMessageBox::warning(&window_, tr("Tarn"),
-                         tr("What was not saved is offered again at the next start, as not all of "
-                            "it could be restored."));
+  const std::string& project = reading.content.project;
+  if (!project.empty() && !files_.IsFolder(FolderOf(project))) {
+    OfferCopies(reading);
+  } else if (project.empty() || project_.MayReplaceWith(project)) {
+    problems_.clear();
+    copies_.clear();
+    isComplete_ = true;
+    // All of it is in this window's journal, or in a file, before it goes from the other one.
+    const bool isKept = RestoreContent(reading) && keeper_.Flush();
+    if (isKept && reading.lost.empty()) static_cast<void>(left_.front()->Clear());
+    if (!isKept) {
+      problems_ +=
+          tr("What was not saved is offered again at the next start, as not all of it "
+             "could be restored.");
+    }
+    Tell();
   }
   left_.erase(left_.begin());
+}
+
+bool CrashRecovery::RestoreContent(const JournalReading& reading) {
+  const JournalContent& content = reading.content;
+  const bool isOpen = content.project.empty() || RestoreProject(content);
+  QStringList tabs;
+  for (const std::string& each : content.tabs) tabs += ToQt(each);
+  editors_.Restore(tabs, KeepRivals(content.texts));
+  for (const QString& each : copies_) editors_.OpenFile(FromQt(each), 0);
+  return isOpen && isComplete_;
+}
+
+// False if the project is not open after it.
+bool CrashRecovery::RestoreProject(const JournalContent& content) {
+  const auto split = [](const std::shared_ptr<const std::string>& texts) {
+    const auto list = texts ? SplitFileTexts(*texts) : std::nullopt;
+    return list.value_or(std::vector<FileText>());
+  };
+  const std::vector<FileText> texts = split(content.projectTexts);
+  const std::vector<FileText> bases = split(content.projectBases);
+  const Status restored = project_.Restore(content.project, texts, bases);
+  if (restored) return true;
+  const Error& error = restored.GetError();
+  if (error.code != ErrorCode::Changed) {
+    problems_ += tr("%1 can't be opened.").arg(ToQt(content.project)) + "\n" + ToQt(error.text);
+    return false;
+  }
+  problems_ += tr("These changes of the project conflict with those that were restored before:") +
+               "\n" + ToQt(error.text);
+  for (const FileChange& each : FindChanges(bases, texts)) {
+    if (each.after) Rescue(rescueFolder_, each.path, *each.after);
+  }
+  return true;
+}
+
+// Returns the texts without those of files that have another unsaved text already, which are
+// written to rescue copies.
+std::vector<UnsavedText> CrashRecovery::KeepRivals(const std::vector<UnsavedText>& texts) {
+  std::vector<UnsavedText> rest;
+  for (const UnsavedText& each : texts) {
+    const CodeEditor* const editor = editors_.Find(each.path);
+    if (editor == nullptr || !editor->isModified() || *editor->GetUnsaved().text == *each.text) {
+      rest.push_back(each);
+      continue;
+    }
+    problems_ += tr("%1 has another text that is not saved.").arg(ToQt(each.path));
+    Rescue(rescueFolder_, each.path, each.ToBytes().value_or(*each.text));
+  }
+  return rest;
+}
+
+// For a project that is gone with its folder. The journal stays in any case.
+void CrashRecovery::OfferCopies(const JournalReading& reading) {
+  const JournalContent& content = reading.content;
+  QMessageBox box(QMessageBox::Warning, tr("Tarn"),
+                  tr("%1 is gone, and its folder with it. What was not saved is offered again at "
+                     "the next start. It can also be saved in another folder now.")
+                      .arg(ToQt(content.project)),
+                  QMessageBox::Close, &window_);
+  const QPushButton* const save = box.addButton(tr("&Save copies..."), QMessageBox::ActionRole);
+  box.exec();
+  if (box.clickedButton() != save) return;
+  const QString folder = QFileDialog::getExistingDirectory(
+      &window_, tr("Folder for the copies"),
+      QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  if (folder.isEmpty()) return;
+  problems_ = QStringList(tr("What was not saved of %1").arg(ToQt(content.project)));
+  copies_.clear();
+  const auto texts = content.projectTexts ? SplitFileTexts(*content.projectTexts) : std::nullopt;
+  for (const FileText& each : texts.value_or(std::vector<FileText>())) {
+    Rescue(FromQt(folder), each.path, each.text);
+  }
+  for (const UnsavedText& each : content.texts) {
+    Rescue(FromQt(folder), each.path, each.ToBytes().value_or(*each.text));
+  }
+  Tell();
+}
+
+// A name with ".unsaved" after it, which replaces no other file.
+void CrashRecovery::Rescue(const std::string& folder, const std::string& path,
+                           const std::string& bytes) {
+  std::string copy = JoinPath(folder, FileNameOf(path));
+  Status kept = files_.CreateFolders(folder);
+  if (kept) kept = KeepCopy(files_, copy, bytes, ".unsaved", copy);
+  if (kept) {
+    copies_ += ToQt(copy);
+    return;
+  }
+  isComplete_ = false;
+  problems_ += tr("%1 can't be written: %2").arg(ToQt(copy), ToQt(kept.GetError().text));
+}
+
+void CrashRecovery::Tell() {
+  if (problems_.isEmpty()) return;
+  QString text = problems_.join("\n\n");
+  if (!copies_.isEmpty()) text += "\n\n" + tr("Kept as:") + "\n" + copies_.join('\n');
+  QMessageBox::warning(&window_, tr("Tarn"), text);
 }
 
 }  // namespace tarn::host

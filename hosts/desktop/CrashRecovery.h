@@ -2,7 +2,9 @@
 
 #include <QCoreApplication>
 #include <QObject>
+#include <QStringList>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "hosts/desktop/Journal.h"
@@ -17,7 +19,8 @@ class ProjectActions;
 
 // Offers what windows that crashed have left in their journals: one journal after the other, the
 // user restores it, discards it, or leaves it for the next start. A journal is cleared only if the
-// user discards it, or after its content is in the journal of this window.
+// user discards it, or after its content is in the journal of this window, except for what doesn't
+// fit to what was restored before: that is written to files in the folder for rescued texts.
 //
 // Borrows all but the journals; `window` is where it asks. On the main thread.
 class CrashRecovery : public QObject {
@@ -25,7 +28,7 @@ class CrashRecovery : public QObject {
 
  public:
   CrashRecovery(QWidget& parentWindow, FileSystem& fileSystem, ProjectActions& projectActions,
-                EditorTabs& editorTabs, JournalKeeper& journalKeeper,
+                EditorTabs& editorTabs, JournalKeeper& journalKeeper, std::string rescueFolder,
                 std::vector<std::unique_ptr<Journal>> journals);
 
   // Shows the dialog for the next journal, if there is one. Returns at once.
@@ -36,6 +39,13 @@ class CrashRecovery : public QObject {
   void DropSaved(JournalReading& reading) const;
   void Ask(const JournalReading& reading);
   void Restore(const JournalReading& reading);
+  // Returns whether all of it is in the window now, or in a rescue copy.
+  bool RestoreContent(const JournalReading& reading);
+  bool RestoreProject(const JournalContent& content);
+  std::vector<UnsavedText> KeepRivals(const std::vector<UnsavedText>& texts);
+  void OfferCopies(const JournalReading& reading);
+  void Rescue(const std::string& folder, const std::string& path, const std::string& bytes);
+  void Tell();
   void Discard();
   void GoOn();
 
@@ -44,7 +54,12 @@ class CrashRecovery : public QObject {
   ProjectActions& project_;
   EditorTabs& editors_;
   JournalKeeper& keeper_;
+  const std::string rescueFolder_;
   std::vector<std::unique_ptr<Journal>> left_;  // the first is the one that is offered
+  // What there is to say of a journal after it was restored.
+  QStringList problems_;
+  QStringList copies_;      // paths of rescue copies
+  bool isComplete_ = true;  // all rescue copies could be written
 };
 
 }  // namespace tarn::host

@@ -18,6 +18,7 @@ EditorArea::EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget
       editors(editorTabs),
       projectBanner(new Banner(tr("Reload project"), tr("Ignore"), this)),
       damageBanner(new Banner(tr("Allow building and saving"), tr("Hide"), this)),
+      journalBanner(new Banner(tr("Try again"), tr("Hide"), this)),
       saveBanner(new Banner(tr("Details..."), tr("Hide"), this)),
       fileBanner(new Banner(tr("Reload"), tr("Keep mine"), this)),
       pages(new QStackedWidget(this)),
@@ -31,6 +32,7 @@ EditorArea::EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget
   column->setSpacing(0);
   column->addWidget(projectBanner);
   column->addWidget(damageBanner);
+  column->addWidget(journalBanner);
   column->addWidget(saveBanner);
   column->addWidget(fileBanner);
   column->addWidget(pages, 1);

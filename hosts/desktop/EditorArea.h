@@ -27,6 +27,8 @@ class EditorArea : public QWidget {
   Banner& ProjectBanner() { return *projectBanner; }
   // For what was lost of the project when it was read.
   Banner& DamageBanner() { return *damageBanner; }
+  // For a journal that can't be written.
+  Banner& JournalBanner() { return *journalBanner; }
   // For what a save made of other programs' changes.
   Banner& SaveBanner() { return *saveBanner; }
 
@@ -38,6 +40,7 @@ class EditorArea : public QWidget {
   EditorTabs& editors;
   Banner* projectBanner = nullptr;
   Banner* damageBanner = nullptr;
+  Banner* journalBanner = nullptr;
   Banner* saveBanner = nullptr;
   Banner* fileBanner = nullptr;
   QStackedWidget* pages = nullptr;

@@ -160,11 +160,14 @@ void IdeWindow::AddStatusBar() {
 // What isn't saved outlives a crash of this window; what others have left is offered as soon as the
 // loop runs.
 void IdeWindow::AddJournal() {
-  TakenJournals taken = TakeJournals(files, JoinPath(session->GetFolders().data, "journal"));
-  journal = std::make_unique<JournalKeeper>(taken, *session, *editors, *statusBar());
+  const std::string& folder = session->GetFolders().data;
+  const std::string root = JoinPath(folder, "journal");
+  TakenJournals taken = TakeJournals(files, root);
+  journal = std::make_unique<JournalKeeper>(files, root, taken, *session, *editors,
+                                            area->JournalBanner());
   journal->onTabsChanged = [this] { project->KeepEditors(); };
   recovery = std::make_unique<CrashRecovery>(*this, files, *project, *editors, *journal,
-                                             std::move(taken.left));
+                                             JoinPath(folder, "rescued"), std::move(taken.left));
   QTimer::singleShot(0, recovery.get(), [this] { recovery->Offer(); });
 }
 
@@ -414,6 +417,7 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
   filter->onChosen = [this](const IndexedNode& node) {
     session->Inspector().SelectNodeByPlace(node.place);
   };
+  editMenu->addSeparator();
   QAction* const action = editMenu->addAction(tr("Find in the pro&ject..."), filter, [filter] {
     if (auto* const dock = qobject_cast<QDockWidget*>(filter->parentWidget())) {
       dock->show();

@@ -44,13 +44,16 @@ std::string HashText(std::string_view bytes) {
   return std::to_string(HashBytes(bytes));
 }
 
-JournalReading::State CheckHead(std::string_view head, std::string_view body) {
+// `reason` is why, unless it is good.
+JournalReading::State CheckHead(std::string_view head, std::string_view body, std::string& reason) {
   using State = JournalReading::State;
+  reason = "it doesn't begin like a journal";
   if (!head.starts_with(kTitle)) return State::Damaged;
   head.remove_prefix(kTitle.size());
   const std::size_t space = head.find(' ');
   if (space == head.npos) return State::Damaged;
   if (head.substr(0, space) != kVersion) return State::OtherVersion;
+  reason = "its content doesn't match its checksum";
   return head.substr(space + 1) == HashText(body) ? State::Good : State::Damaged;
 }
 
@@ -83,14 +86,16 @@ bool Journal::IsEmpty() const {
 
 JournalReading Journal::Read() const {
   JournalReading reading;
-  const Result<std::string> index = files_.ReadWholeFile(JoinPath(folder_, kIndex));
+  reading.file = JoinPath(folder_, kIndex);
+  const Result<std::string> index = files_.ReadWholeFile(reading.file);
   if (!index) {
     if (!IsEmpty()) reading.state = JournalReading::State::Damaged;
+    reading.reason = index.GetError().text;
     return reading;
   }
   const std::size_t end = std::min(index->find('\n'), index->size());
   const std::string body = index->substr(std::min(end + 1, index->size()));
-  reading.state = CheckHead(std::string_view(*index).substr(0, end), body);
+  reading.state = CheckHead(std::string_view(*index).substr(0, end), body, reading.reason);
   if (reading.state != JournalReading::State::Good) return reading;
   const auto fields = SplitFileTexts(body);
   if (!fields) reading.state = JournalReading::State::Damaged;
@@ -214,13 +219,17 @@ TakenJournals TakeJournals(FileSystem& files, const std::string& root) {
     if (taken.own != nullptr && !files.IsFolder(folder)) break;
     auto journal = Journal::Take(files, folder);
     if (!journal) {
-      taken.problem = journal.GetError().text;
+      taken.problem = journal.GetError();
+      if (taken.problem.place.empty()) taken.problem.place = folder;
       if (journal.GetError().code != ErrorCode::Busy) break;
     } else if (!(*journal)->IsEmpty()) {
       taken.left.push_back(std::move(*journal));
     } else if (taken.own == nullptr && (*journal)->Clear()) {
       taken.own = std::move(*journal);
     }
+  }
+  if (taken.own == nullptr && taken.problem.code == ErrorCode::None) {
+    taken.problem = {ErrorCode::Io, "there are too many journals", root};
   }
   return taken;
 }

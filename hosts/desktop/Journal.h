@@ -31,6 +31,8 @@ struct JournalReading {
   enum class State { Good, Damaged, OtherVersion };
 
   State state = State::Good;  // otherwise nothing of it can be read
+  std::string file;           // index of the journal
+  std::string reason;         // why it is damaged
   JournalContent content;
   std::vector<std::string> lost;  // files whose texts are damaged
 };
@@ -76,7 +78,7 @@ class Journal {
 struct TakenJournals {
   std::unique_ptr<Journal> own;                // empty; null if there can't be one
   std::vector<std::unique_ptr<Journal>> left;  // by processes that ended without clearing theirs
-  std::string problem;                         // why there is no own one
+  Error problem;                               // why there is no own one; its place is a path
 };
 
 // Takes a journal for this process below `root`, and all that no living process has.

@@ -1,9 +1,9 @@
 #include "hosts/desktop/JournalKeeper.h"
 
 #include <QDateTime>
-#include <QStatusBar>
 #include <utility>
 
+#include "hosts/desktop/Banner.h"
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "platform/qt/QtText.h"
@@ -14,7 +14,6 @@ namespace {
 
 constexpr int kPeriodMs = 1000;
 constexpr int kPeriodAfterFailureMs = 15000;
-constexpr int kNoticeMs = 8000;
 // A larger text would take longer to write than it takes to type the next line.
 constexpr std::size_t kLargestText = std::size_t{32} << 20;
 
@@ -27,16 +26,21 @@ std::shared_ptr<const std::string> Share(std::string text,
 
 }  // namespace
 
-JournalKeeper::JournalKeeper(TakenJournals& taken, BuildSession& buildSession,
-                             EditorTabs& editorTabs, QStatusBar& statusBar)
-    : journal_(std::move(taken.own)),
+JournalKeeper::JournalKeeper(FileSystem& fileSystem, std::string rootFolder, TakenJournals& taken,
+                             BuildSession& buildSession, EditorTabs& editorTabs,
+                             Banner& journalBanner)
+    : files_(fileSystem),
+      root_(std::move(rootFolder)),
+      journal_(std::move(taken.own)),
       session_(buildSession),
       editors_(editorTabs),
-      bar_(statusBar) {
+      banner_(journalBanner) {
+  banner_.onFirst = [this] { Flush(); };
+  banner_.onSecond = [this] { banner_.hide(); };
   pool_.setMaxThreadCount(1);
   connect(&timer_, &QTimer::timeout, this, [this] { Follow(); });
   timer_.start(kPeriodMs);
-  if (journal_ == nullptr) Finish(Error{ErrorCode::Io, taken.problem, {}});
+  if (journal_ == nullptr) Finish(taken.problem);
 }
 
 JournalKeeper::~JournalKeeper() {
@@ -72,12 +76,13 @@ JournalContent JournalKeeper::Collect() {
     }
     lastCount_ = count;
   }
+  tooLarge_.clear();
   for (int index = 0; index < editors_.count(); ++index) {
     const CodeEditor& editor = *editors_.At(index);
     if (!editor.isModified()) continue;
     UnsavedText text = editor.GetUnsaved();
     if (text.text->size() > kLargestText) {
-      TellTooLarge(text.path);
+      tooLarge_ += ToQt(text.path);
       continue;
     }
     for (const UnsavedText& before : last_.texts) {
@@ -89,10 +94,25 @@ JournalContent JournalKeeper::Collect() {
   return content;
 }
 
-void JournalKeeper::TellTooLarge(const std::string& path) {
-  if (!tooLarge_.insert(path).second) return;
-  bar_.showMessage(tr("%1 is too large to be kept for the case of a crash").arg(ToQt(path)),
-                   kNoticeMs);
+// Returns whether there is a journal now, also after its folder was removed. What other processes
+// have left is for the next start.
+bool JournalKeeper::Retake() {
+  if (journal_ != nullptr && files_.IsFolder(journal_->GetFolder())) return true;
+  journal_.reset();
+  TakenJournals taken = TakeJournals(files_, root_);
+  journal_ = std::move(taken.own);
+  if (journal_ == nullptr) Finish(taken.problem);
+  return journal_ != nullptr;
+}
+
+// What the user has hidden comes back only if it has changed.
+void JournalKeeper::Show(const QString& problem) {
+  if (std::exchange(problem_, problem) == problem) return;
+  if (problem.isEmpty()) {
+    banner_.hide();
+  } else {
+    banner_.Tell(problem);
+  }
 }
 
 Status JournalKeeper::Store(const JournalContent& content) {
@@ -103,14 +123,15 @@ void JournalKeeper::Follow() {
   if (isWriting_) return;
   Signature now = Sign();
   if (now == signature_) return;
-  if (now.tabs != signature_.tabs && onTabsChanged) onTabsChanged();
-  if (journal_ == nullptr) {
-    signature_ = std::move(now);
-    return;
-  }
+  if (now.tabs != tabs_ && onTabsChanged) onTabsChanged();
+  tabs_ = now.tabs;
+  if (!Retake()) return;
   JournalContent content = Collect();
   signature_ = std::move(now);
-  if (content.IsEmpty() && isEmpty_) return;
+  if (content.IsEmpty() && isEmpty_) {
+    Finish({});
+    return;
+  }
   isWriting_ = true;
   isEmpty_ = content.IsEmpty();
   last_ = content;
@@ -126,24 +147,25 @@ void JournalKeeper::Follow() {
   });
 }
 
-// One message for a failure, however often it is tried again.
 void JournalKeeper::Finish(const Status& stored) {
   timer_.setInterval(stored ? kPeriodMs : kPeriodAfterFailureMs);
   if (!stored) {
     signature_ = {};
     isEmpty_ = false;
-    if (!hasFailed_) {
-      bar_.showMessage(
-          tr("What is not saved would be lost in a crash: %1").arg(ToQt(stored.GetError().text)),
-          kNoticeMs);
-    }
+    const Error& error = stored.GetError();
+    const std::string& path = journal_ == nullptr ? error.place : journal_->GetFolder();
+    Show(tr("What is not saved would be lost in a crash: %1 can't be written (%2).")
+             .arg(ToQt(path), ToQt(error.text)));
+  } else if (!tooLarge_.isEmpty()) {
+    Show(tr("%1 is too large to be kept for the case of a crash.").arg(tooLarge_.join(", ")));
+  } else {
+    Show({});
   }
-  hasFailed_ = !stored;
 }
 
 bool JournalKeeper::Flush() {
-  if (journal_ == nullptr) return false;
   pool_.waitForDone();
+  if (!Retake()) return false;
   const JournalContent content = Collect();
   const Status stored = Store(content);
   signature_ = Sign();

@@ -7,31 +7,29 @@
 #include <QTimer>
 #include <functional>
 #include <memory>
-#include <set>
 #include <string>
 
 #include "hosts/desktop/Journal.h"
 #include "hosts/frame/BuildSession.h"
 
-class QStatusBar;
-
 namespace tarn::host {
 
+class Banner;
 class EditorTabs;
 
 // Writes what isn't saved, of the editors and the project, into the journal of this process about a
 // second after it changed, and clears the journal as soon as everything is saved. Writes on a
-// thread of its own, so that no key waits for the disk; if the journal can't be written, the status
-// bar says so once.
+// thread of its own, so that no key waits for the disk. A journal that can't be written is tried
+// again every few seconds; a banner says why until it works.
 //
 // Borrows all but the journal. On the main thread.
 class JournalKeeper : public QObject {
   Q_DECLARE_TR_FUNCTIONS(JournalKeeper)
 
  public:
-  // Without a journal nothing is written, and `problem` says why there is none.
-  JournalKeeper(TakenJournals& taken, BuildSession& buildSession, EditorTabs& editorTabs,
-                QStatusBar& statusBar);
+  // Without a journal in `taken`, one below `rootFolder` is taken as soon as that is possible.
+  JournalKeeper(FileSystem& fileSystem, std::string rootFolder, TakenJournals& taken,
+                BuildSession& buildSession, EditorTabs& editorTabs, Banner& journalBanner);
   ~JournalKeeper() override;
 
   // Writes now, and waits for that. False if it can't be written.
@@ -54,21 +52,25 @@ class JournalKeeper : public QObject {
 
   Signature Sign();
   JournalContent Collect();
-  void TellTooLarge(const std::string& path);
+  bool Retake();
+  void Show(const QString& problem);
   Status Store(const JournalContent& content);
   void Follow();
   void Finish(const Status& stored);
 
+  FileSystem& files_;
+  const std::string root_;            // of all journals
   std::unique_ptr<Journal> journal_;  // used by the pool's thread while one is busy
   BuildSession& session_;
   EditorTabs& editors_;
-  QStatusBar& bar_;
+  Banner& banner_;
   QTimer timer_;
   QThreadPool pool_;
-  Signature signature_;
-  std::set<std::string> tooLarge_;  // files that the user has been told of
+  Signature signature_;  // of what the journal holds; empty if that is unknown
+  QStringList tabs_;
+  QStringList tooLarge_;  // paths of texts that the journal leaves out
+  QString problem_;       // in the banner, unless the user has hidden it
   bool isWriting_ = false;
-  bool hasFailed_ = false;
   bool isEmpty_ = true;
   // Of the last write, so that what stays the same isn't written again.
   JournalContent last_;

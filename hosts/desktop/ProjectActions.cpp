@@ -9,6 +9,7 @@
 #include <QScopedValueRollback>
 #include <QThread>
 #include <QTimer>
+#include <algorithm>
 
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/EditorTabs.h"
@@ -61,6 +62,22 @@ class EditRight {
   bool isTaken = false;
 };
 
+// A file that the changes bring along must not be there already with another text: without a base
+// the two can't be merged.
+Status CheckNewFiles(const std::vector<FileText>& present, const FileChanges& changes) {
+  std::string problems;
+  for (const FileChange& each : changes) {
+    if (each.before) continue;
+    const bool isOther = std::ranges::any_of(present, [&each](const FileText& file) {
+      return file.path == each.path && file.text != each.after;
+    });
+    if (!isOther) continue;
+    problems.append(problems.empty() ? "" : "\n").append(each.path + " has changed since");
+  }
+  if (problems.empty()) return {};
+  return Error{ErrorCode::Changed, std::move(problems), {}};
+}
+
 }  // namespace
 
 ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
@@ -76,8 +93,7 @@ ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
       damage(parentWindow, buildSession, damageBanner),
       saves(parentWindow, saveBanner),
       history(
-          buildSession.Inspector(),
-          [this](const FileChanges& changes) { return runner.ReopenWith(TextsAfter(changes)); },
+          buildSession.Inspector(), [this](const FileChanges& changes) { return Apply(changes); },
           [this] { return runner.IsBuilding(); }),
       watch(fileSystem, this) {
   saves.onShowFile = [this](const std::string& path) {
@@ -103,22 +119,44 @@ void ProjectActions::Open(const std::string& path) {
   Load(path);
 }
 
-bool ProjectActions::OpenWithChanges(const std::string& path, const std::string& texts,
-                                     const std::string& bases) {
-  const bool isOpen = path == runner.GetProjectPath();
-  // A journal may have been restored already.
-  if (isOpen && (texts.empty() || texts == session.Inspector().GetFileTexts())) return true;
-  // Editors with changes stay open.
-  if (!IsFree() || !MayClose()) return false;
-  KeepEditors();
-  if (texts.empty()) return Load(path);
-  const Status opened = runner.OpenWithChanges(path, texts, bases);
-  if (!opened) {
-    Warn(window, tr("%1 can't be opened.").arg(ToQt(path)), opened.GetError().text);
-    return false;
+bool ProjectActions::MayReplaceWith(const std::string& path) {
+  const std::string present = runner.GetProjectPath();
+  if (!IsFree()) return false;
+  if (path == present || !HasUnsaved()) return true;
+  if (session.IsDamageHeld()) return MayClose();
+  const auto answer = QMessageBox::question(
+      &window, tr("Tarn"),
+      tr("%1 has to be closed first. Save its changes?").arg(ToQt(FileNameOf(present))),
+      QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
+  return answer == QMessageBox::Save;
+}
+
+Status ProjectActions::Restore(const std::string& path, const std::vector<FileText>& texts,
+                               const std::vector<FileText>& bases) {
+  const FileChanges changes = FindChanges(bases, texts);
+  Status made;
+  if (path != runner.GetProjectPath()) {
+    KeepEditors();
+    made = runner.Open(path);
+    TellWhatIsNotSaved(session.TakeSaveReport());
   }
-  watch.Expect(SplitFileTexts(bases).value_or(std::vector<FileText>()));
-  return true;
+  if (texts.empty()) return made;
+  if (made) made = CheckNewFiles(history.GetFiles(), changes);
+  if (made) made = history.Change(changes);
+  // With nothing else to lose, what doesn't fit is for the next save to merge.
+  if (made || HasUnsaved()) return made;
+  made = OpenStaged(path, texts, bases);
+  if (made) history.Add(changes);
+  return made;
+}
+
+// Opens the project with these texts in place of its files, which stay as they are.
+Status ProjectActions::OpenStaged(const std::string& path, const std::vector<FileText>& texts,
+                                  const std::vector<FileText>& bases) {
+  const Status opened = runner.OpenWithChanges(path, JoinFileTexts(texts), JoinFileTexts(bases));
+  if (!opened) return opened;
+  watch.Expect(bases);
+  return {};
 }
 
 bool ProjectActions::IsFree() {
@@ -132,7 +170,7 @@ bool ProjectActions::Load(const std::string& path) {
   const Status opened = runner.Open(path);
   TellWhatIsNotSaved(session.TakeSaveReport());
   if (opened) return true;
-  if (OffersToRelocate(path, opened.GetError().text)) return Load(path);
+  if (OffersToRelocate(path, opened.GetError().text)) return true;
   if (files.Exists(path)) return false;
   RecentProjects::Remove(ToQt(path));
   if (onRecentChanged) onRecentChanged();
@@ -148,7 +186,7 @@ void ProjectActions::Choose() {
 }
 
 // Tells why a project can't be opened. If one of its applications is missing, it can be looked for;
-// returns whether that was found, and the project corrected.
+// returns whether that was found, and the project is open with that correction, which is not saved.
 bool ProjectActions::OffersToRelocate(const std::string& path, const std::string& reason) {
   const QString text = tr("%1 can't be opened.").arg(ToQt(path));
   Relocation moves(files, path);
@@ -164,28 +202,34 @@ bool ProjectActions::OffersToRelocate(const std::string& path, const std::string
   if (box.clickedButton() != find) return false;
   RelocateDialog dialog(moves, FolderOf(path), &window);
   if (dialog.exec() != QDialog::Accepted) return false;
+  std::vector<FileText> bases;
+  for (const FileText& each : dialog.GetTexts()) {
+    if (auto disk = files.ReadWholeFile(each.path)) bases.push_back({each.path, std::move(*disk)});
+  }
+  if (OpenStaged(path, dialog.GetTexts(), bases)) {
+    // Before the step, the project had no file where the application is now.
+    std::erase_if(bases, [&moves](const FileText& base) {
+      return std::ranges::any_of(moves.GetFound(), [&base](const MovedPath& each) {
+        return each.kind == MovedPath::Kind::Application && each.newPath == base.path;
+      });
+    });
+    history.Add(FindChanges(bases, dialog.GetTexts()));
+    return true;
+  }
+  // Something else is still missing. What was found must not be looked for again.
   const Status written = WriteAllFiles(files, dialog.GetTexts());
   if (!written) Warn(window, written.GetError());
-  return static_cast<bool>(written);
+  return written && Load(path);
 }
 
 void ProjectActions::Relocate() {
   const std::string path = runner.GetProjectPath();
   if (path.empty() || runner.IsBuilding() || !damage.MayGoOn()) return;
-  if (!watch.GetChanged().empty()) {
-    watch.Look();
-    return;
-  }
   history.Note();
   Relocation moves(files, path);
   moves.SetTexts(history.GetFiles());
   RelocateDialog dialog(moves, FolderOf(path), &window);
   if (dialog.exec() != QDialog::Accepted || runner.IsBuilding()) return;
-  const EditRight right(session.Inspector(), path);
-  if (!right.IsTaken()) {
-    Warn(window, DescribeBusy());
-    return;
-  }
   const FileChanges changes = FindChanges(history.GetFiles(), moves.Complete(dialog.GetTexts()));
   if (const Status done = history.Change(changes); !done) Warn(window, done.GetError());
 }
@@ -293,15 +337,18 @@ void ProjectActions::AddHistory(QMenu& menu) {
 
 void ProjectActions::Follow() {
   const std::string path = runner.GetProjectPath();
+  // Its files are what they were.
+  if (isApplying) return;
   // Commands of the server make new projects as well.
   session.Inspector().SetNewProjectFolder(FromQt(RecentProjects::GetNewFolder()));
   banner.hide();
   damage.Follow();
   saves.Show(session.TakeSaveReport());
   watch.Follow(path);
-  // What another program has written can't be told from a step.
-  if (!history.Refresh()) history.Clear();
+  // The steps stay: what another program has changed since is merged with what they take back.
+  history.Refresh();
   if (path == editorsProject) return;
+  history.Clear();
   KeepEditors();
   // What is not saved stays, unless the user has been asked for it.
   editors.CloseAll(!isDiscarding);
@@ -338,31 +385,28 @@ void ProjectActions::Reload() {
   if (const Status taken = TakeFromDisk(); !taken) Warn(window, taken.GetError());
 }
 
-Error ProjectActions::DescribeBusy() {
-  return {ErrorCode::Busy, FromQt(tr("Another program is changing the project.")), {}};
-}
-
 // The close saves the changes that are to be dropped, so the files are put back as they are now.
 Status ProjectActions::TakeFromDisk() {
   const EditRight right(session.Inspector(), runner.GetProjectPath());
-  if (!right.IsTaken()) return DescribeBusy();
-  return runner.ReopenWith(HasUnsaved() ? watch.GetPresent() : std::vector<FileText>());
+  if (!right.IsTaken()) {
+    return Error{ErrorCode::Busy, FromQt(tr("Another program is changing the project.")), {}};
+  }
+  if (!HasUnsaved()) return runner.ReopenWith({});
+  Status taken = runner.ReopenWith(watch.GetPresent());
+  // The steps led to what was dropped.
+  if (taken) history.Clear();
+  return taken;
+}
+
+Status ProjectActions::Apply(const FileChanges& changes) {
+  const QScopedValueRollback<bool> applying(isApplying, true);
+  return runner.Apply(changes);
 }
 
 void ProjectActions::Go(Status (ProjectHistory::*way)()) {
-  if (runner.GetProjectPath().empty()) return;
-  const EditRight right(session.Inspector(), runner.GetProjectPath());
-  if (!right.IsTaken()) {
-    Warn(window, DescribeBusy());
-    return;
-  }
-  // What another program has written is to be decided on first.
-  if (!watch.GetChanged().empty()) {
-    watch.Look();
-    return;
-  }
-  if (!damage.MayGoOn()) return;
+  if (runner.GetProjectPath().empty() || !damage.MayGoOn()) return;
   if (const Status gone = (history.*way)(); !gone) Warn(window, gone.GetError());
+  watch.Include(history.GetFiles());
 }
 
 }  // namespace tarn::host

@@ -38,11 +38,15 @@ class ProjectActions : public QObject {
 
   // Another project takes the place of this one.
   void Open(const std::string& path);
-  // The same with changes that were never saved, also if it is the project that is open. Both texts
-  // are in the form of InspectorDriver::GetFileTexts, `bases` as the files were without the
-  // changes; without any it is just opened. False if it could not be opened, which the user has
-  // been told, or the user would rather stay.
-  bool OpenWithChanges(const std::string& path, const std::string& texts, const std::string& bases);
+  // Returns whether the project with this path may take the place of the open one without a word
+  // about it later: the user agrees that changes of the open one are saved for that.
+  bool MayReplaceWith(const std::string& path);
+  // Opens the project, unless it is open, and makes changes to it that were never saved, in memory
+  // and as one step: `bases` are its files as they were without the changes, `texts` with them.
+  // Without texts it is just opened. If the error's code is Changed, the project is open without
+  // these changes: they don't fit to what was changed since, one reason a line.
+  Status Restore(const std::string& path, const std::vector<FileText>& texts,
+                 const std::vector<FileText>& bases);
   void Choose();
   void New();
   void OpenExample(const Example& example);
@@ -81,11 +85,13 @@ class ProjectActions : public QObject {
   bool IsFree();
   bool MayClose() { return !HasUnsaved() || damage.MayClose(); }
   bool Load(const std::string& path);
+  Status OpenStaged(const std::string& path, const std::vector<FileText>& texts,
+                    const std::vector<FileText>& bases);
   bool OffersToRelocate(const std::string& path, const std::string& reason);
   void TellWhatIsNotSaved(const SaveReport& report);
   void Reload();
   Status TakeFromDisk();
-  static Error DescribeBusy();
+  Status Apply(const FileChanges& changes);
   void Go(Status (ProjectHistory::*way)());
 
   QWidget& window;
@@ -100,6 +106,7 @@ class ProjectActions : public QObject {
   ProjectWatch watch;
   std::string editorsProject;  // whose files the editors show; empty for none
   bool isDiscarding = false;   // texts that are not saved may go with their project
+  bool isApplying = false;     // the project is read again, from memory
 };
 
 }  // namespace tarn::host

@@ -25,12 +25,14 @@ QString Headline(const JournalReading& reading) {
   switch (reading.state) {
     case JournalReading::State::Damaged:
       return RecoveryDialog::tr(
-          "Tarn ended unexpectedly, and what was not saved then can't be read: its journal is "
-          "damaged.");
+                 "Tarn ended unexpectedly, and what was not saved then can't be read: its journal "
+                 "is damaged.\n\n%1: %2")
+          .arg(ToQt(reading.file), ToQt(reading.reason));
     case JournalReading::State::OtherVersion:
       return RecoveryDialog::tr(
-          "Another version of Tarn ended unexpectedly. What was not saved then can be restored "
-          "only by that version.");
+                 "Another version of Tarn ended unexpectedly. What was not saved then can be "
+                 "restored only by that version.\n\n%1")
+          .arg(ToQt(reading.file));
     case JournalReading::State::Good:
       break;
   }
@@ -104,7 +106,10 @@ void RecoveryDialog::Fill(QTreeWidget& list, const JournalReading& reading) {
   list.setAccessibleName(tr("What can be restored"));
   const JournalContent& content = reading.content;
   if (content.projectTexts != nullptr) {
-    AddRow(list, content.project, tr("Changes of the project: files and options"));
+    AddRow(list, content.project,
+           files_.Exists(content.project)
+               ? tr("Changes of the project: files and options")
+               : tr("Changes of the project: files and options; the project is gone"));
   }
   for (const UnsavedText& each : content.texts) AddRow(list, each.path, Describe(each));
   for (const std::string& each : reading.lost) {

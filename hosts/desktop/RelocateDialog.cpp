@@ -150,10 +150,9 @@ void RelocateDialog::AddRow(const MovedPath& moved) {
       item->setText(kWhere, tr("file of %1").arg(file));
       break;
     case MovedPath::Kind::Option:
-      item->setText(kWhere, tr("option in %1").arg(file));
+      item->setText(kWhere, tr("option in %1; goes with the files of its folder").arg(file));
       break;
   }
-  // An option goes with the files of its folder.
   const bool canChoose = moved.kind != MovedPath::Kind::Option && !moved.candidates.empty();
   if (canChoose) {
     item->setCheckState(kMissing, moved.newPath.empty() ? Qt::Unchecked : Qt::Checked);
@@ -163,7 +162,7 @@ void RelocateDialog::AddRow(const MovedPath& moved) {
   if (canChoose && moved.candidates.size() > 1) {
     AddChoice(*item, moved);
   } else if (moved.candidates.empty() && moved.newPath.empty()) {
-    item->setText(kFound, tr("not found"));
+    item->setText(kFound, tr("not found below this folder"));
     item->setForeground(kFound, palette().placeholderText());
   } else {
     const std::string& path = moved.newPath.empty() ? moved.candidates.front() : moved.newPath;

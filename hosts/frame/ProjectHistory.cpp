@@ -46,13 +46,17 @@ bool ProjectHistory::Note() {
   FileChanges changes = FindChanges(present, files);
   if (changes.empty()) return false;
   present = std::move(files);
+  Add(std::move(changes));
+  return true;
+}
+
+void ProjectHistory::Add(FileChanges changes) {
   std::string label = DescribeChanges(changes);
   past.push_back({std::move(label), std::move(changes)});
   future.clear();
   while (past.size() > kMostSteps || (past.size() > 1 && SizeOf(past) > kMostBytes)) {
     past.pop_front();
   }
-  return true;
 }
 
 Status ProjectHistory::Change(const FileChanges& changes) {

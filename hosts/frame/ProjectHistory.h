@@ -39,6 +39,8 @@ class ProjectHistory {
   // Takes what has changed since the last call as one step. Quick if nothing has; not while busy,
   // which waits. Returns whether there was something.
   bool Note();
+  // Takes a change for a step that the project was opened with, so that Refresh has seen it.
+  void Add(FileChanges changes);
   // Makes a change that the user wants, as a step. Nothing while busy.
   Status Change(const FileChanges& changes);
   // The project's files, as of the last step.

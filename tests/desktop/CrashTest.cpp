@@ -1,10 +1,15 @@
 // What comes back after the program was killed. The window that is killed runs in a process of its
 // own (driver/main.cpp); the one that restores is in this process.
 #include <QDialog>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QPointer>
 #include <QProcess>
 #include <QPushButton>
 #include <QTreeWidget>
+#include <algorithm>
 
 #include "desktop/IdeFixture.h"
 #include "hosts/desktop/Banner.h"
@@ -29,18 +34,50 @@ class CrashTest : public testing::IdeFixture {
     folder.Write("blinky/src/new.c", "int added;\n");
   }
 
-  // Runs these lines in a window that is killed at the end of them.
-  void Crash(const std::string& lines) {
+  // A window in a process of its own, which is killed at the latest when this goes.
+  class Window {
+   public:
+    Window() {
+      process.setProgram(TARN_DESKTOP_DRIVER);
+      process.start();
+      EXPECT_TRUE(process.waitForStarted());
+    }
+    // Returns when all of these lines have been carried out.
+    void Send(const std::string& lines) {
+      process.write(QByteArray::fromStdString(lines));
+      QByteArray answers;
+      while (answers.count('\n') < std::count(lines.begin(), lines.end(), '\n')) {
+        ASSERT_TRUE(process.waitForReadyRead(60000)) << answers.toStdString();
+        answers += process.readAllStandardOutput();
+      }
+      errors += process.readAllStandardError();
+      EXPECT_FALSE(answers.contains("failed")) << answers.toStdString();
+    }
+    void Kill() {
+      process.write("kill\n");
+      ASSERT_TRUE(process.waitForFinished(60000));
+      EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
+    }
+
+    QByteArray errors;  // with the texts of all boxes
+
+   private:
     QProcess process;
-    process.setProgram(TARN_DESKTOP_DRIVER);
-    process.start();
-    ASSERT_TRUE(process.waitForStarted());
-    process.write(QByteArray::fromStdString(lines + "kill\n"));
-    ASSERT_TRUE(process.waitForFinished(60000));
-    EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
-    const QByteArray answers = process.readAllStandardOutput();
-    EXPECT_FALSE(answers.contains("failed")) << answers.toStdString();
+  };
+  // Runs these lines in a window that is killed at the end of them.
+  static void Crash(const std::string& lines) {
+    Window crashing;
+    crashing.Send(lines);
+    crashing.Kill();
   }
+  // The text of the box that is shown, which goes.
+  static QString CloseBox() {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return {};
+    box->reject();
+    return box->text();
+  }
+  EditorArea& Area() { return static_cast<EditorArea&>(*window->centralWidget()); }
   // Text in an editor, another file in view, an option and a new node: none of it saved.
   std::string Session() {
     return "open " + folder / "blinky/blinky-avr.tprj" + "\nopen " + folder / "blinky/src/main.c" +
@@ -117,6 +154,9 @@ TEST_F(CrashTest, EverythingThatWasNotSavedIsOfferedAndComesBack) {
   EditorOf("blinky/src/main.c")->undo();
   EXPECT_EQ(FromQt(EditorOf("blinky/src/main.c")->GetText()), main);
   EditorOf("blinky/src/main.c")->redo();
+  ASSERT_TRUE(Choose("Undo project change"));
+  EXPECT_EQ(Tree().find("new.c"), std::string::npos);
+  ASSERT_TRUE(Choose("Redo project change"));
 
   ASSERT_TRUE(Choose("Save all"));
   EXPECT_EQ(ReadBytes(folder / "blinky/src/main.c"), "mine " + main);
@@ -141,7 +181,7 @@ TEST_F(CrashTest, ASecondCrashWhileItIsRestoredLosesNothing) {
   ExpectRestored();
 }
 
-TEST_F(CrashTest, NothingIsLostIfTheFilesHaveChangedSince) {
+TEST_F(CrashTest, WhatOthersHaveWrittenSinceIsMergedInMemory) {
   ASSERT_NO_FATAL_FAILURE(Crash(Session()));
   std::string theirs = application;
   theirs.insert(theirs.rfind("</"), "<C Header=\"theirs.c\" Path=\".\\src\\theirs.c\" />\r\n");
@@ -152,17 +192,123 @@ TEST_F(CrashTest, NothingIsLostIfTheFilesHaveChangedSince) {
   EXPECT_EQ(RowsOf(*dialog).back(), "main.c: Unsaved text; the file has changed since");
   ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));
   EXPECT_TRUE(EditorOf("blinky/src/main.c")->IsInConflict());
-  auto* const area = static_cast<EditorArea*>(window->centralWidget());
-  EXPECT_TRUE(area->ProjectBanner().isVisible());
-  testing::PressInNextBox(QMessageBox::Save);
+  EXPECT_FALSE(Area().ProjectBanner().isVisible());
+  EXPECT_EQ(ReadBytes(folder / "blinky/blinky-avr.tapp"), theirs);
   EditorOf("blinky/src/main.c")->KeepMine();
-  area->ProjectBanner().onFirst();  // "Reload project", which asks what is to become of the changes
+  ASSERT_TRUE(Choose("Save all"));
   const std::string saved = ReadBytes(folder / "blinky/blinky-avr.tapp");
   for (const char* const each : {"theirs.c", "new.c", "SPEED"}) {
     EXPECT_NE(saved.find(each), std::string::npos) << each << '\n' << saved;
   }
-  EXPECT_TRUE(area->SaveBanner().isVisible());
   EXPECT_EQ(ReadBytes(folder / "blinky/src/main.c"), "mine " + main);
+}
+
+TEST_F(CrashTest, AChangeThatDoesNotFitIsRestoredForASaveToMerge) {
+  ASSERT_NO_FATAL_FAILURE(Crash(Session()));
+  ASSERT_NO_FATAL_FAILURE(Crash("press later\nopen " + folder / "blinky/blinky-avr.tprj" +
+                                "\noption led.c C.Compiler.Defines OTHER\nsave\n"));
+  const std::string theirs = ReadBytes(folder / "blinky/blinky-avr.tapp");
+  ASSERT_NE(theirs.find("OTHER"), std::string::npos);
+  QDialog* const dialog = Start();
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));
+  EXPECT_TRUE(Area().ProjectBanner().isVisible());
+  EXPECT_EQ(ReadBytes(folder / "blinky/blinky-avr.tapp"), theirs);
+  EXPECT_TRUE(FindEntry("Undo project change")->isEnabled());
+  ASSERT_TRUE(Choose("Save all"));
+  EXPECT_NE(ReadBytes(folder / "blinky/blinky-avr.tapp").find("SPEED"), std::string::npos);
+  EXPECT_EQ(ReadBytes(folder / "blinky/blinky-avr.tapp.orig"), theirs);
+}
+
+TEST_F(CrashTest, TwoWindowsOfOneProjectAreBothRestored) {
+  const std::string open =
+      "open " + folder / "blinky/blinky-avr.tprj" + "\nopen " + folder / "blinky/src/main.c" + "\n";
+  const std::string settle = "wait " + std::to_string(kSettleMs) + "\n";
+  Window first;
+  first.Send(open + "type one \nadd " + folder / "blinky/src/new.c" +
+             "\noption uart.c C.Compiler.Defines FIRST\n" + settle);
+  Crash(open + "type two \nopen " + folder / "blinky/src/board.h" +
+        "\ntype three \noption led.c C.Compiler.Defines SPEED\n" + settle);
+  first.Kill();
+  // The journal of the second one is offered after that of the first one.
+  const QPointer<QDialog> dialog = Start();
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));
+  QDialog* next = nullptr;
+  ASSERT_TRUE(RunUntil(
+      [&] {
+        next = window->findChild<QDialog*>("recoveryDialog");
+        return next != nullptr && next != dialog;
+      },
+      3000));
+  QString told;
+  QTimer::singleShot(0, [&] { told = CloseBox(); });
+  ASSERT_NO_FATAL_FAILURE(Press(*next, "restore"));
+  EXPECT_TRUE(told.contains("main.c has another text")) << told.toStdString();
+  for (const char* const each : {"new.c", "FIRST", "SPEED"}) {
+    EXPECT_NE(window->Session().Inspector().GetFileTexts().find(each), std::string::npos) << each;
+  }
+  EXPECT_EQ(ReadBytes(folder / "blinky/blinky-avr.tapp"), application);
+  EXPECT_FALSE(Area().ProjectBanner().isVisible());
+  const CodeEditor* const board = EditorOf("blinky/src/board.h");
+  const CodeEditor* const mine = EditorOf("blinky/src/main.c");
+  const CodeEditor* const copy = EditorOf("settings/data/rescued/main.c.unsaved");
+  ASSERT_TRUE(board != nullptr && mine != nullptr && copy != nullptr);
+  EXPECT_TRUE(board->GetText().startsWith("three "));
+  EXPECT_EQ(FromQt(mine->GetText()), "one " + main);
+  EXPECT_EQ(FromQt(copy->GetText()), "two " + main);
+  // One step for each window.
+  ASSERT_TRUE(Choose("Undo project change"));
+  ASSERT_TRUE(Choose("Undo project change"));
+  EXPECT_FALSE(FindEntry("Undo project change")->isEnabled());
+  EXPECT_EQ(Tree().find("new.c"), std::string::npos);
+}
+
+TEST_F(CrashTest, ChangesThatContradictThoseOfAnotherWindowGoToAFile) {
+  const std::string open = "open " + folder / "blinky/blinky-avr.tprj" + "\n";
+  const std::string settle = "wait " + std::to_string(kSettleMs) + "\n";
+  Window first;
+  first.Send(open + "option led.c C.Compiler.Defines FIRST\n" + settle);
+  Crash(open + "option led.c C.Compiler.Defines SECOND\n" + settle);
+  first.Kill();
+  Window restoring;
+  restoring.Send("press restore\nwait 300\npress restore\nwait 300\n");
+  EXPECT_TRUE(restoring.errors.contains("conflict with")) << restoring.errors.toStdString();
+  restoring.Kill();
+  const std::string copy = ReadBytes(folder / "settings/data/rescued/blinky-avr.tapp.unsaved");
+  EXPECT_NE(copy.find("SECOND"), std::string::npos);
+  EXPECT_EQ(ReadBytes(folder / "blinky/blinky-avr.tapp"), application);
+}
+
+TEST_F(CrashTest, ChangesOfAProjectThatIsGoneCanBeSavedElsewhere) {
+  ASSERT_NO_FATAL_FAILURE(Crash(Session()));
+  std::filesystem::remove_all(folder / "blinky");
+  std::filesystem::create_directory(folder / "copies");
+  QDialog* dialog = Start();
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_TRUE(RowsOf(*dialog).front().ends_with("the project is gone"));
+  QString told;
+  QTimer::singleShot(0, [&] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    for (QAbstractButton* each : box->buttons()) {
+      if (each->text().contains("Save copies")) each->click();
+    }
+    QTimer::singleShot(200, [&] {
+      auto* const chooser = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(chooser, nullptr);
+      chooser->setDirectory(ToQt(folder / "copies"));
+      chooser->findChild<QLineEdit*>()->clear();
+      static_cast<QDialog*>(chooser)->done(QDialog::Accepted);
+      QTimer::singleShot(0, [&] { told = CloseBox(); });
+    });
+  });
+  ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));
+  EXPECT_TRUE(told.contains("main.c.unsaved")) << told.toStdString();
+  EXPECT_EQ(ReadBytes(folder / "copies/main.c.unsaved"), "mine " + main);
+  EXPECT_NE(ReadBytes(folder / "copies/blinky-avr.tapp.unsaved").find("SPEED"), std::string::npos);
+  window.reset();
+  EXPECT_NE(Start(), nullptr) << "the journal stays";
 }
 
 TEST_F(CrashTest, LaterAndCloseKeepTheJournalAndDiscardAsksFirst) {
@@ -209,6 +355,7 @@ TEST_F(CrashTest, ADamagedJournalIsToldAndLeavesTheRest) {
   folder.Write(journal + "index", "tarn-jour");
   dialog = Start();
   ASSERT_NE(dialog, nullptr);
+  EXPECT_TRUE(dialog->findChild<QLabel*>()->text().contains(ToQt(journal + "index: it ")));
   EXPECT_FALSE(dialog->findChild<QPushButton*>("restore")->isEnabled());
   ASSERT_NO_FATAL_FAILURE(Press(*dialog, "later"));
   EXPECT_TRUE(std::filesystem::exists(folder / (journal + "index")));
@@ -223,12 +370,28 @@ TEST_F(CrashTest, OpenFilesOfAProjectComeBackEvenIfAllIsSaved) {
   EXPECT_NE(EditorOf("blinky/src/board.h"), nullptr);
 }
 
-TEST_F(CrashTest, AJournalThatCantBeWrittenIsToldInTheStatusBarAlone) {
+TEST_F(CrashTest, AJournalThatCantBeWrittenIsToldUntilItCan) {
+  std::filesystem::remove_all(folder / "settings/data/journal");
   folder.Write("settings/data/journal", "in the way");
   EXPECT_EQ(Start(), nullptr);
   window->OpenPaths({folder / "blinky/src/main.c"});
   window->Editors().Current()->insert("mine");
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+  Banner& banner = Area().JournalBanner();
+  EXPECT_TRUE(banner.isVisible());
+  EXPECT_TRUE(banner.accessibleName().contains(ToQt(folder / "settings/data/journal")));
+  banner.onFirst();
+  EXPECT_TRUE(banner.isVisible());
+  std::filesystem::remove(folder / "settings/data/journal");
+  banner.onFirst();
+  EXPECT_FALSE(banner.isVisible());
+  EXPECT_TRUE(std::filesystem::exists(folder / "settings/data/journal/1/index"));
+  // Also one that was removed while it was in use comes back.
+  std::filesystem::remove_all(folder / "settings/data/journal");
+  window->Editors().Current()->insert("more");
+  banner.onFirst();
+  EXPECT_FALSE(banner.isVisible());
+  EXPECT_TRUE(std::filesystem::exists(folder / "settings/data/journal/1/index"));
 }
 
 }  // namespace

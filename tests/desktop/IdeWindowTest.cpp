@@ -365,11 +365,16 @@ TEST_F(IdeWindowTest, ChangesOfTheProjectAreTakenBackAndMadeAgain) {
   EXPECT_TRUE(window->isWindowModified());
   ASSERT_TRUE(Choose("Save all"));
   EXPECT_TRUE(RunUntil([&] { return !window->isWindowModified(); }, 5000));
-  EXPECT_EQ(testing::ReadBytes(folder / "blinky/blinky-avr.tapp").find("led.c"), std::string::npos);
+  const std::string saved = testing::ReadBytes(folder / "blinky/blinky-avr.tapp");
+  EXPECT_EQ(saved.find("led.c"), std::string::npos);
+  ASSERT_EQ(inspector.SelectNodeByKey("ticks.c"), 1);
   ASSERT_TRUE(Choose("Undo project change"));
   is("one back", false, true);
+  EXPECT_TRUE(Tree().currentIndex().data().toString() == "ticks.c") << "it stays selected";
   ASSERT_TRUE(Choose("Undo project change"));
   is("all back", true, true);
+  EXPECT_EQ(testing::ReadBytes(folder / "blinky/blinky-avr.tapp"), saved) << "nothing is written";
+  EXPECT_TRUE(RunUntil([&] { return window->isWindowModified(); }, 5000));
   EXPECT_FALSE(FindEntry("Undo project change")->isEnabled());
   ASSERT_TRUE(Choose("Redo project change"));
   is("one again", false, true);

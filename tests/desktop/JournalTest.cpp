@@ -49,7 +49,9 @@ std::string Show(const JournalReading& reading) {
 }
 
 std::string Shown(const char* typed) {
-  return Show({JournalReading::State::Good, Content(typed), {}});
+  JournalReading reading;
+  reading.content = Content(typed);
+  return Show(reading);
 }
 
 std::unique_ptr<Journal> Take(FileSystem& files, const std::string& folder) {
@@ -169,7 +171,8 @@ TEST(JournalTest, OneProcessTakesAJournalThatItsOwnerHasLeftAndNoOther) {
   folder.Write("file", "");
   const TakenJournals none = TakeJournals(disk, folder / "file");
   EXPECT_EQ(none.own, nullptr);
-  EXPECT_FALSE(none.problem.empty());
+  EXPECT_FALSE(none.problem.text.empty());
+  EXPECT_TRUE(none.problem.place.starts_with(folder / "file")) << none.problem.place;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
 #include <QTreeWidget>
@@ -37,6 +38,7 @@ class DesktopRelocate : public testing::IdeFixture {
     return *dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
   }
   std::string FileText() { return testing::ReadBytes(folder / "blinky/blinky-avr.tapp"); }
+  std::string Texts() { return window->Session().Inspector().GetFileTexts(); }
 };
 
 TEST_F(DesktopRelocate, MovedSourcesAreCorrectedInOneStep) {
@@ -47,11 +49,12 @@ TEST_F(DesktopRelocate, MovedSourcesAreCorrectedInOneStep) {
     EXPECT_EQ(list.topLevelItem(0)->text(1).toStdString(), "src/hal/led.c");
     Accept(dialog).click();
   });
-  EXPECT_NE(FileText().find("\\hal\\led.c"), std::string::npos);
-  EXPECT_EQ(FileText().find("\\drivers\\led.c"), std::string::npos);
+  EXPECT_NE(Texts().find("\\hal\\led.c"), std::string::npos);
+  EXPECT_EQ(Texts().find("\\drivers\\led.c"), std::string::npos);
   EXPECT_TRUE(FindLine("led.c").isValid());
+  EXPECT_EQ(FileText(), before) << "only a save writes it";
   ASSERT_TRUE(Choose("Undo project change"));
-  EXPECT_EQ(FileText(), before);
+  EXPECT_NE(Texts().find("\\drivers\\led.c"), std::string::npos);
 }
 
 TEST_F(DesktopRelocate, OneOfSeveralIsForTheUser) {
@@ -71,7 +74,7 @@ TEST_F(DesktopRelocate, OneOfSeveralIsForTheUser) {
     EXPECT_EQ(list.topLevelItem(0)->checkState(0), Qt::Checked);
     Accept(dialog).click();
   });
-  EXPECT_NE(FileText().find(".\\b\\main.c"), std::string::npos);
+  EXPECT_NE(Texts().find(".\\b\\main.c"), std::string::npos);
 }
 
 TEST_F(DesktopRelocate, WhatIsLeftOutStaysAsItIs) {
@@ -84,6 +87,43 @@ TEST_F(DesktopRelocate, WhatIsLeftOutStaysAsItIs) {
     EXPECT_TRUE(testing::RunUntil([&] { return !Accept(dialog).isEnabled(); }));
   });
   EXPECT_EQ(FileText(), before);
+}
+
+// The project can't be opened then, and its undo needs the file where it was.
+TEST_F(DesktopRelocate, AnApplicationThatHasMovedIsCorrectedInOneStep) {
+  const std::string project = folder / "blinky/blinky-avr.tprj";
+  const std::string before = testing::ReadBytes(project);
+  window->close();
+  window.reset();
+  fs::create_directory(folder / "blinky/app");
+  const std::string moved = folder / "blinky/app/blinky-avr.tapp";
+  fs::rename(folder / "blinky/blinky-avr.tapp", moved);
+  window.emplace(FileSystem::Native());
+  ASSERT_TRUE(window->Start());
+  window->show();
+  QTimer::singleShot(0, [&] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    for (QAbstractButton* each : box->buttons()) {
+      if (each->text().contains("Find")) each->click();
+    }
+    QTimer::singleShot(0, [&] {
+      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      EXPECT_TRUE(testing::RunUntil([&] { return Accept(*dialog).isEnabled(); }, 5000));
+      Accept(*dialog).click();
+      if (dialog->isVisible()) dialog->reject();
+    });
+  });
+  window->OpenProject(project);
+  EXPECT_NE(Texts().find("app\\blinky-avr.tapp"), std::string::npos);
+  EXPECT_EQ(testing::ReadBytes(project), before);
+  fs::copy(moved, folder / "blinky/blinky-avr.tapp");
+  ASSERT_TRUE(Choose("Undo project change"));
+  EXPECT_EQ(Texts().find("app\\blinky-avr.tapp"), std::string::npos);
+  ASSERT_TRUE(Choose("Redo project change"));
+  ASSERT_TRUE(Choose("Save all"));
+  EXPECT_NE(testing::ReadBytes(project).find("app\\blinky-avr.tapp"), std::string::npos);
 }
 
 }  // namespace

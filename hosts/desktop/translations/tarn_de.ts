@@ -18,6 +18,42 @@
         <source>What was not saved is offered again at the next start, as not all of it could be restored.</source>
         <translation>Was nicht gespeichert war, wird beim nächsten Start wieder angeboten, weil nicht alles davon wiederhergestellt werden konnte.</translation>
     </message>
+    <message>
+        <source>%1 can&apos;t be opened.</source>
+        <translation>%1 kann nicht geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>These changes of the project conflict with those that were restored before:</source>
+        <translation>Diese Änderungen des Projekts widersprechen den vorher wiederhergestellten:</translation>
+    </message>
+    <message>
+        <source>%1 has another text that is not saved.</source>
+        <translation>%1 hat schon einen anderen, nicht gespeicherten Text.</translation>
+    </message>
+    <message>
+        <source>%1 is gone, and its folder with it. What was not saved is offered again at the next start. It can also be saved in another folder now.</source>
+        <translation>%1 ist samt Ordner nicht mehr da. Was nicht gespeichert war, wird beim nächsten Start wieder angeboten. Es kann auch jetzt in einem anderen Ordner gespeichert werden.</translation>
+    </message>
+    <message>
+        <source>&amp;Save copies...</source>
+        <translation>&amp;Kopien speichern...</translation>
+    </message>
+    <message>
+        <source>Folder for the copies</source>
+        <translation>Ordner für die Kopien</translation>
+    </message>
+    <message>
+        <source>What was not saved of %1</source>
+        <translation>Was von %1 nicht gespeichert war</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be written: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>Kept as:</source>
+        <translation>Aufbewahrt als:</translation>
+    </message>
 </context>
 <context>
     <name>DamageNotice</name>
@@ -164,6 +200,10 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     <message>
         <source>Details...</source>
         <translation>Einzelheiten ...</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Erneut versuchen</translation>
     </message>
     <message numerus="yes">
         <source>%1 was not saved: it has been changed by another program as well.</source>
@@ -587,12 +627,12 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
 <context>
     <name>JournalKeeper</name>
     <message>
-        <source>What is not saved would be lost in a crash: %1</source>
-        <translation>Was nicht gespeichert ist, ginge bei einem Absturz verloren: %1</translation>
+        <source>What is not saved would be lost in a crash: %1 can&apos;t be written (%2).</source>
+        <translation>Was nicht gespeichert ist, ginge bei einem Absturz verloren: %1 kann nicht geschrieben werden (%2).</translation>
     </message>
     <message>
-        <source>%1 is too large to be kept for the case of a crash</source>
-        <translation>%1 ist zu groß, um für den Fall eines Absturzes aufbewahrt zu werden</translation>
+        <source>%1 is too large to be kept for the case of a crash.</source>
+        <translation>%1 ist zu groß, um für den Fall eines Absturzes aufbewahrt zu werden.</translation>
     </message>
 </context>
 <context>
@@ -712,6 +752,10 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <source>Find &amp;moved files...</source>
         <translation>&amp;Verschobene Dateien suchen...</translation>
     </message>
+    <message>
+        <source>%1 has to be closed first. Save its changes?</source>
+        <translation>%1 muss zuerst geschlossen werden. Die Änderungen darin speichern?</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
@@ -726,14 +770,6 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
 </context>
 <context>
     <name>RecoveryDialog</name>
-    <message>
-        <source>Tarn ended unexpectedly, and what was not saved then can&apos;t be read: its journal is damaged.</source>
-        <translation>Tarn wurde unerwartet beendet, und was dabei nicht gespeichert war, ist nicht lesbar: Die Sicherung davon ist beschädigt.</translation>
-    </message>
-    <message>
-        <source>Another version of Tarn ended unexpectedly. What was not saved then can be restored only by that version.</source>
-        <translation>Eine andere Version von Tarn wurde unerwartet beendet. Was dabei nicht gespeichert war, kann nur jene Version wiederherstellen.</translation>
-    </message>
     <message>
         <source>Tarn ended unexpectedly on %1. This was not saved:</source>
         <translation>Tarn wurde am %1 unerwartet beendet. Nicht gespeichert war:</translation>
@@ -789,6 +825,26 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>Unsaved text</source>
         <translation>Ungespeicherter Text</translation>
+    </message>
+    <message>
+        <source>Tarn ended unexpectedly, and what was not saved then can&apos;t be read: its journal is damaged.
+
+%1: %2</source>
+        <translation>Tarn wurde unerwartet beendet, und was dabei nicht gespeichert war, ist nicht lesbar: Die Sicherung davon ist beschädigt.
+
+%1: %2</translation>
+    </message>
+    <message>
+        <source>Another version of Tarn ended unexpectedly. What was not saved then can be restored only by that version.
+
+%1</source>
+        <translation>Eine andere Version von Tarn wurde unerwartet beendet. Was dabei nicht gespeichert war, kann nur jene Version wiederherstellen.
+
+%1</translation>
+    </message>
+    <message>
+        <source>Changes of the project: files and options; the project is gone</source>
+        <translation>Änderungen des Projekts: Dateien und Optionen; das Projekt ist nicht mehr da</translation>
     </message>
 </context>
 <context>
@@ -849,14 +905,6 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Datei von %1</translation>
     </message>
     <message>
-        <source>option in %1</source>
-        <translation>Option in %1</translation>
-    </message>
-    <message>
-        <source>not found</source>
-        <translation>nicht gefunden</translation>
-    </message>
-    <message>
         <source>Where %1 is</source>
         <translation>Wo %1 ist</translation>
     </message>
@@ -866,6 +914,14 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
             <numerusform>eine von %n Datei</numerusform>
             <numerusform>eine von %n Dateien</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>option in %1; goes with the files of its folder</source>
+        <translation>Option in %1; richtet sich nach den Dateien ihres Ordners</translation>
+    </message>
+    <message>
+        <source>not found below this folder</source>
+        <translation>in diesem Ordner nicht gefunden</translation>
     </message>
 </context>
 <context>

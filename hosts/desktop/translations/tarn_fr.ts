@@ -18,6 +18,42 @@
         <source>What was not saved is offered again at the next start, as not all of it could be restored.</source>
         <translation>Ce qui n&apos;était pas enregistré sera proposé de nouveau au prochain démarrage, car tout n&apos;a pas pu être restauré.</translation>
     </message>
+    <message>
+        <source>%1 can&apos;t be opened.</source>
+        <translation>Impossible d&apos;ouvrir %1.</translation>
+    </message>
+    <message>
+        <source>These changes of the project conflict with those that were restored before:</source>
+        <translation>Ces modifications du projet contredisent celles qui ont déjà été rétablies :</translation>
+    </message>
+    <message>
+        <source>%1 has another text that is not saved.</source>
+        <translation>%1 a déjà un autre texte non enregistré.</translation>
+    </message>
+    <message>
+        <source>%1 is gone, and its folder with it. What was not saved is offered again at the next start. It can also be saved in another folder now.</source>
+        <translation>%1 n&apos;existe plus, ni son dossier. Ce qui n&apos;était pas enregistré sera proposé de nouveau au prochain démarrage. Vous pouvez aussi l&apos;enregistrer maintenant dans un autre dossier.</translation>
+    </message>
+    <message>
+        <source>&amp;Save copies...</source>
+        <translation>Enregistrer des &amp;copies...</translation>
+    </message>
+    <message>
+        <source>Folder for the copies</source>
+        <translation>Dossier des copies</translation>
+    </message>
+    <message>
+        <source>What was not saved of %1</source>
+        <translation>Ce qui n&apos;était pas enregistré de %1</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be written: %2</source>
+        <translation>Impossible d&apos;écrire %1 : %2</translation>
+    </message>
+    <message>
+        <source>Kept as:</source>
+        <translation>Conservé sous :</translation>
+    </message>
 </context>
 <context>
     <name>DamageNotice</name>
@@ -164,6 +200,10 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     <message>
         <source>Details...</source>
         <translation>Détails...</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Réessayer</translation>
     </message>
     <message numerus="yes">
         <source>%1 was not saved: it has been changed by another program as well.</source>
@@ -587,12 +627,12 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
 <context>
     <name>JournalKeeper</name>
     <message>
-        <source>What is not saved would be lost in a crash: %1</source>
-        <translation>Ce qui n&apos;est pas enregistré serait perdu en cas de plantage : %1</translation>
+        <source>What is not saved would be lost in a crash: %1 can&apos;t be written (%2).</source>
+        <translation>Ce qui n&apos;est pas enregistré serait perdu en cas de plantage : impossible d&apos;écrire %1 (%2).</translation>
     </message>
     <message>
-        <source>%1 is too large to be kept for the case of a crash</source>
-        <translation>%1 est trop grand pour être conservé en cas de plantage</translation>
+        <source>%1 is too large to be kept for the case of a crash.</source>
+        <translation>%1 est trop grand pour être conservé en cas de plantage.</translation>
     </message>
 </context>
 <context>
@@ -712,6 +752,10 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <source>Find &amp;moved files...</source>
         <translation>Rechercher les fichiers &amp;déplacés...</translation>
     </message>
+    <message>
+        <source>%1 has to be closed first. Save its changes?</source>
+        <translation>%1 doit d&apos;abord être fermé. Enregistrer ses modifications ?</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
@@ -726,14 +770,6 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
 </context>
 <context>
     <name>RecoveryDialog</name>
-    <message>
-        <source>Tarn ended unexpectedly, and what was not saved then can&apos;t be read: its journal is damaged.</source>
-        <translation>Tarn s&apos;est arrêté de façon inattendue, et ce qui n&apos;était pas enregistré est illisible : son journal est endommagé.</translation>
-    </message>
-    <message>
-        <source>Another version of Tarn ended unexpectedly. What was not saved then can be restored only by that version.</source>
-        <translation>Une autre version de Tarn s&apos;est arrêtée de façon inattendue. Seule cette version peut restaurer ce qui n&apos;était pas enregistré.</translation>
-    </message>
     <message>
         <source>Tarn ended unexpectedly on %1. This was not saved:</source>
         <translation>Tarn s&apos;est arrêté de façon inattendue le %1. N&apos;était pas enregistré :</translation>
@@ -789,6 +825,26 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     <message>
         <source>Unsaved text</source>
         <translation>Texte non enregistré</translation>
+    </message>
+    <message>
+        <source>Tarn ended unexpectedly, and what was not saved then can&apos;t be read: its journal is damaged.
+
+%1: %2</source>
+        <translation>Tarn s&apos;est arrêté inopinément, et ce qui n&apos;était pas enregistré ne peut pas être lu : son journal est endommagé.
+
+%1 : %2</translation>
+    </message>
+    <message>
+        <source>Another version of Tarn ended unexpectedly. What was not saved then can be restored only by that version.
+
+%1</source>
+        <translation>Une autre version de Tarn s&apos;est arrêtée inopinément. Seule cette version peut rétablir ce qui n&apos;était pas enregistré.
+
+%1</translation>
+    </message>
+    <message>
+        <source>Changes of the project: files and options; the project is gone</source>
+        <translation>Modifications du projet : fichiers et options ; le projet n&apos;existe plus</translation>
     </message>
 </context>
 <context>
@@ -849,14 +905,6 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>fichier de %1</translation>
     </message>
     <message>
-        <source>option in %1</source>
-        <translation>option dans %1</translation>
-    </message>
-    <message>
-        <source>not found</source>
-        <translation>introuvable</translation>
-    </message>
-    <message>
         <source>Where %1 is</source>
         <translation>Emplacement de %1</translation>
     </message>
@@ -866,6 +914,14 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
             <numerusform>un fichier sur %n</numerusform>
             <numerusform>un fichier sur %n</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>option in %1; goes with the files of its folder</source>
+        <translation>option dans %1 ; suit les fichiers de son dossier</translation>
+    </message>
+    <message>
+        <source>not found below this folder</source>
+        <translation>introuvable dans ce dossier</translation>
     </message>
 </context>
 <context>
