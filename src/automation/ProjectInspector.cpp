@@ -317,6 +317,7 @@ std::string CProjectInspector::GetSharedOutputs(const char* application) {
     if (!isWanted(node)) return;
     for (const SharedOutput& each : model->FindSharedOutputs(node)) add(each);
   });
+  if (applications.size() < 2) return lines;
   FindOutputsOfSeveral(
       applications, [&](const CXmlNode& first, const CXmlNode& second, const SharedOutput& each) {
         if (isWanted(first) || isWanted(second)) add(each);

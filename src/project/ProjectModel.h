@@ -467,7 +467,9 @@ class CProjectModel {
   bool TakeBuildRecords(const std::string& xmlinfo);
   const OutputIndex& IndexOutputs(CXmlNode& application);
   void ForgetOldOutputs();
-  void ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> record);
+  // A tool's report as the list of dependencies of its node.
+  std::unique_ptr<CXmlNode> TakeDependencies(std::unique_ptr<CXmlNode> record);
+  void ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> list);
 
   FileSystem& files;
   FileGuard guard;
@@ -516,6 +518,7 @@ class CProjectModel {
   std::unordered_map<const CXmlNode*, std::string> optionTexts;
   std::unordered_map<std::string, const CXmlNode*> typesByExtension;
   bool typesByExtensionKnown = false;
+  std::pair<std::string, const CXmlNode*> lastExtension;
 
   std::mutex buildLock;  // guards buildState and nothing else
   std::int32_t buildState = StateIdle;
