@@ -72,8 +72,6 @@ inline constexpr std::int32_t kToolCommandBase = 0x8123;  // id of the first ent
 inline constexpr std::int32_t kCommandOptionsLoaded = 0x811E;
 inline constexpr std::int32_t kCommandAutoDebug = 0x82C3;
 
-inline constexpr const char* kStandardConfig = "Standard";
-
 // The project document: the files of a project, the tree in memory with its options and derived
 // attributes, and the build that walks it. One per manager; the project comes and goes.
 //
