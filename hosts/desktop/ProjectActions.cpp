@@ -164,7 +164,8 @@ bool ProjectActions::OffersToRelocate(const std::string& path, const std::string
   if (box.clickedButton() != find) return false;
   RelocateDialog dialog(moves, FolderOf(path), &window);
   if (dialog.exec() != QDialog::Accepted) return false;
-  const Status written = WriteAllFiles(files, dialog.GetTexts());
+  const std::vector<FileText> texts = dialog.GetTexts();
+  const Status written = files.WriteFiles(AsBytes(texts));
   if (!written) Warn(window, written.GetError());
   return static_cast<bool>(written);
 }
