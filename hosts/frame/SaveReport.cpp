@@ -11,10 +11,10 @@ SaveReport ParseSaveReport(const std::string& xml) {
   for (const CXmlNode* file : root->GetChildren()) {
     const bool isSaved = AttributeOf(file, "Problem").empty();
     if (isSaved) {
-      report.written.push_back(
-          {AttributeOf(file, "Path"), AttributeOf(file, "Copy"),
-           AttributeOf(file, "Merged") == "Yes", AttributeOf(file, "CopyReason") == "damaged",
-           AttributeOf(file, "Missing") == "Yes"});
+      report.written.push_back({AttributeOf(file, "Path"), AttributeOf(file, "Copy"),
+                                AttributeOf(file, "Merged") == "Yes",
+                                AttributeOf(file, "CopyReason") == "damaged",
+                                AttributeOf(file, "Missing") == "Yes"});
     }
     std::vector<std::string>& lines = isSaved ? report.notes : report.problems;
     for (const CXmlNode* each : file->GetChildren()) {

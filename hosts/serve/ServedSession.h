@@ -85,8 +85,8 @@ class ServedSession {
   HistoryState GetHistoryState() const;
   // Called after each change of that state.
   std::function<void()> onHistoryChanged;
-  // Called with the report of each save or close that could not write a file, or met a conflict with
-  // what another program wrote; before the result of the call is sent.
+  // Called with the report of each save or close that could not write a file, or met a conflict
+  // with what another program wrote; before the result of the call is sent.
   std::function<void(const SaveReport& report)> onSaveProblem;
   // The steps, the last one first to be taken back or made again.
   const std::deque<ProjectStep>& GetUndoSteps() const { return history.GetUndoSteps(); }
