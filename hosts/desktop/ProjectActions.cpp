@@ -338,11 +338,11 @@ Error ProjectActions::DescribeBusy() {
   return {ErrorCode::Busy, FromQt(tr("Another program is changing the project.")), {}};
 }
 
-// The close saves the changes that are to be dropped, so the files are put back as they are now.
 Status ProjectActions::TakeFromDisk() {
   const EditRight right(session.Inspector(), runner.GetProjectPath());
   if (!right.IsTaken()) return DescribeBusy();
-  return runner.ReopenWith(HasUnsaved() ? watch.GetPresent() : std::vector<FileText>());
+  session.Inspector().DropChanges();
+  return runner.ReopenWith({});
 }
 
 void ProjectActions::Go(Status (ProjectHistory::*way)()) {

@@ -123,6 +123,11 @@ class CProjectModel {
   bool IsModified() const { return modified != 0; }
   // Returns whether a save has anything to write.
   bool HasUnsaved() const { return isOpen && (modified != 0 || shapeChanged); }
+  // A close has nothing to write until the next change.
+  void DropChanges() {
+    modified = 0;
+    shapeChanged = false;
+  }
   // Siblings changed places.
   void NoteReordered() {
     NoteModified();
