@@ -92,7 +92,7 @@ int Relocating::Write(Relocation& relocation) {
       before.push_back({each.path, *text});
     }
   }
-  if (const Status written = WriteAllFiles(context.Files(), *texts); !written) {
+  if (const Status written = context.Files().WriteFiles(AsBytes(*texts)); !written) {
     const Error& error = written.GetError();
     context.Complain(context.Show(error.place) +
                      " can't be saved, and nothing was changed: " + Printable(error.text));

@@ -164,7 +164,8 @@ bool ProjectActions::OffersToRelocate(const std::string& path, const std::string
   if (box.clickedButton() != find) return false;
   RelocateDialog dialog(moves, FolderOf(path), &window);
   if (dialog.exec() != QDialog::Accepted) return false;
-  const Status written = WriteAllFiles(files, dialog.GetTexts());
+  const std::vector<FileText> texts = dialog.GetTexts();
+  const Status written = files.WriteFiles(AsBytes(texts));
   if (!written) Warn(window, written.GetError());
   return static_cast<bool>(written);
 }
@@ -337,11 +338,11 @@ Error ProjectActions::DescribeBusy() {
   return {ErrorCode::Busy, FromQt(tr("Another program is changing the project.")), {}};
 }
 
-// The close saves the changes that are to be dropped, so the files are put back as they are now.
 Status ProjectActions::TakeFromDisk() {
   const EditRight right(session.Inspector(), runner.GetProjectPath());
   if (!right.IsTaken()) return DescribeBusy();
-  return runner.ReopenWith(HasUnsaved() ? watch.GetPresent() : std::vector<FileText>());
+  session.Inspector().DropChanges();
+  return runner.ReopenWith({});
 }
 
 void ProjectActions::Go(Status (ProjectHistory::*way)()) {

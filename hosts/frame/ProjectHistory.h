@@ -39,7 +39,7 @@ class ProjectHistory {
   // Takes what has changed since the last call as one step. Quick if nothing has; not while busy,
   // which waits. Returns whether there was something.
   bool Note();
-  // Makes a change that the user wants, as a step. Nothing while busy.
+  // Makes a change that the user wants, as a step. Fails with Busy while busy.
   Status Change(const FileChanges& changes);
   // The project's files, as of the last step.
   const std::vector<FileText>& GetFiles() const { return present; }
@@ -49,7 +49,8 @@ class ProjectHistory {
   // The next step is the last one.
   const std::deque<ProjectStep>& GetUndoSteps() const { return past; }
   const std::deque<ProjectStep>& GetRedoSteps() const { return future; }
-  // Both do nothing if they can't. After an error the step is still there.
+  // Both do nothing without such a step, and fail with Busy while busy. After an error the step is
+  // still there.
   Status Undo() { return Go(past, future, true); }
   Status Redo() { return Go(future, past, false); }
 

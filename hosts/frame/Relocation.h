@@ -10,7 +10,8 @@
 #include <vector>
 
 #include "hosts/frame/FileIndex.h"
-#include "hosts/frame/FileText.h"
+#include "platform/files/FileSystem.h"
+#include "platform/files/FileTexts.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::host {

@@ -108,7 +108,7 @@ void ExpectNodes(World& world, Relocation& relocation, const std::string& file,
     if (each.path != file) continue;
     EXPECT_TRUE(each.text.find(nodes) != std::string::npos) << each.text;
   }
-  EXPECT_TRUE(WriteAllFiles(world.files, *texts));
+  EXPECT_TRUE(world.files.WriteFiles(AsBytes(*texts)));
   Relocation again(world.files, "/p/demo.tprj");
   EXPECT_TRUE(again.Search("/p"));
   EXPECT_EQ(Found(again), Lines());
@@ -180,17 +180,6 @@ TEST(Relocation, WhatCanNotBeReadOrReplacedIsAnError) {
   World world({"/p/lib/a.c"}, Nodes({".\\src\\a.c"}));
   Relocation relocation(world.files, "/p/demo.tprj");
   EXPECT_EQ(relocation.Search("/none").GetError().code, ErrorCode::NotFound);
-}
-
-TEST(FileText, WhatCanNotBeWrittenWholeIsPutBack) {
-  testing::MemoryFileSystem files;
-  files.AddFile("/p/a", "old");
-  files.AddFile("/p/c", "old");
-  files.FailOn("write", "/p/c", ErrorCode::NoSpace);
-  const Status written = WriteAllFiles(files, {{"/p/a", "new"}, {"/p/b", "new"}, {"/p/c", "new"}});
-  EXPECT_EQ(written.GetError().place, "/p/c");
-  EXPECT_EQ(files.BytesOf("/p/a"), "old");
-  EXPECT_FALSE(files.BytesOf("/p/b"));
 }
 
 }  // namespace

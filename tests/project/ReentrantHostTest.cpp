@@ -238,10 +238,9 @@ TEST(ReentrantHost, NothingIsOpenedOrClosedInsideTheQuestionOrTheSave) {
     };
     EXPECT_EQ(world.model->CloseProject(), 1) << message;
     EXPECT_EQ(results, Lines{"0000"}) << message;
-    EXPECT_EQ(world.Heard(),
-              (Lines{"0x8016", "row 17 /p/two.tapp", "row 9 /p/two.tapp", "row 9 /p/demo.tprj",
-                     "/p/two.tapp can't be saved: failed in memory with code 3; "
-                     "what was to be saved is in /p/two.tapp.unsaved"}))
+    EXPECT_EQ(world.Heard(), (Lines{"0x8016", "row 17 /p/two.tapp", "row 9 /p/two.tapp",
+                                    "/p/two.tapp can't be saved: failed in memory with code 3; "
+                                    "what was to be saved is in /p/two.tapp.unsaved"}))
         << message;
     EXPECT_EQ(world.Files(), (Lines{"/p/two.tapp old", "/p/two.tapp.unsaved new"})) << message;
   }
