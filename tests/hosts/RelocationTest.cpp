@@ -150,6 +150,17 @@ TEST(Relocation, OptionsFollowTheFolders) {
               option + "lib/inc;keep;$(X)/src;lib\\inc\" /></Options>");
 }
 
+TEST(Relocation, EachFolderOfAnOptionIsListed) {
+  const std::string option = "\r\n\t<Options><Property Header=\"Include\" Value=\"";
+  World world({"/p/lib/a.c", "/p/lib/inc/a.h", "/p/lib/inc/sub/b.h"},
+              Nodes({".\\src\\a.c"}) + option + "src/inc;/p/src/inc/sub\" /></Options>");
+  Relocation relocation(world.files, "/p/demo.tprj");
+  ASSERT_TRUE(relocation.Search("/p"));
+  EXPECT_EQ(Found(relocation), (Lines{"/p/src/a.c -> /p/lib/a.c", "/p/src/inc -> /p/lib/inc",
+                                      "/p/src/inc/sub -> /p/lib/inc/sub"}));
+  ExpectNodes(world, relocation, "/p/app.tapp", option + "lib/inc;/p/lib/inc/sub\" /></Options>");
+}
+
 TEST(Relocation, TheUsersChoiceCounts) {
   World world({"/p/x/a.c", "/p/y/a.c", "/p/b.c"}, Nodes({".\\src\\a.c", ".\\src\\b.c"}));
   Relocation relocation(world.files, "/p/demo.tprj");
