@@ -211,13 +211,14 @@ void CProjectModel::KeepElsewhere(PendingFile& file, const std::string& reason) 
   report.path = file.plan.absolute;
   report.problem = reason;
   report.copy = guard.Rescue(report.path, file.plan.own, dataPath);
+  if (report.copy.empty()) report.problem += "; no copy could be written either";
   savedFiles.push_back(std::move(report));
 }
 
 // The same, with a row of the log.
 void CProjectModel::LoseNothing(PendingFile& file, const std::string& reason) {
   KeepElsewhere(file, reason);
-  output->WriteMessage(kRowCannotSave, {file.plan.absolute});
+  output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
 }
 
 // Nothing is written. A project that stays open has it all; else the texts go to the user's data.
@@ -230,7 +231,10 @@ void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::st
     report.path = file.plan.absolute;
     const bool isOther = !place.empty() && place != report.path;
     report.problem = isOther ? place + ": " + reason : reason;
-    if (!isSaving) report.copy = guard.RescueTo(dataPath, report.path, file.plan.own);
+    if (!isSaving) {
+      report.copy = guard.RescueTo(dataPath, report.path, file.plan.own);
+      if (report.copy.empty()) report.problem += "; no copy could be written either";
+    }
     savedFiles.push_back(std::move(report));
   }
 }
