@@ -93,10 +93,15 @@ std::string CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
   FollowParts(pending);
   const FileSaver saver(files, guard, types);
   const std::string folder = AddSeparator(files.ResolveLinks(projectFolder));
+  // Nor may a file that was never saved bring back a folder that was moved.
+  const bool isGone = guard.TextOf(projectPath) != nullptr && !files.Exists(projectFolder);
   std::string outside;
   for (PendingFile& file : pending) {
     if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.keptParts);
     const std::string& target = file.plan.absolute;
+    if (isGone && file.plan.problem.empty() && target.starts_with(AddSeparator(projectFolder))) {
+      file.plan.problem = "the folder " + projectFolder + " does not exist";
+    }
     const bool isAllowed = writesOutside || mayWriteOutside.contains(target) ||
                            files.ResolveLinks(target).starts_with(folder);
     if (file.plan.isNeeded && !isAllowed && outside.empty()) outside = target;
