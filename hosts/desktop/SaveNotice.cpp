@@ -59,6 +59,8 @@ void SaveNotice::Tell() {
     if (last.isMerged) {
       banner_.Tell(tr("%1 was also changed by another program. It has both changes now.")
                        .arg(NameOf(last.path)));
+    } else if (last.wasMissing) {
+      banner_.Tell(tr("%1 was missing. It has been written again.").arg(NameOf(last.path)));
     } else {
       banner_.Tell(tr("%1 was replaced. What it held before is kept as %2.")
                        .arg(NameOf(last.path), NameOf(last.copy)));
@@ -156,6 +158,7 @@ void SaveNotice::Fill(QTreeWidget& list) const {
     add(each.path, {},
         each.isMerged     ? tr("has the changes of both sides")
         : each.wasDamaged ? tr("held more than was read from it")
+        : each.wasMissing ? tr("was missing, written again")
                           : tr("replaced by your version"),
         each.copy);
   }

@@ -319,6 +319,9 @@ void ServedSession::KeepResults() {
   if (!mustKeep) return;
   mustKeep = false;
   if (hasProject) session.EndWork();
+  if (const std::string& problem = session.GetStateProblem(); !problem.empty()) {
+    TellLine("warning: The state of this build couldn't be kept: " + problem);
+  }
   if (std::exchange(hasBuiltWhole, false) && hasProject) TellGaps();
 }
 

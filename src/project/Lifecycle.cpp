@@ -360,7 +360,10 @@ bool CProjectModel::MayOverwrite(const std::string& path) const {
 bool CProjectModel::PutAsideReplaced(const std::string& path) {
   std::string copy;
   CopyReason reason = CopyReason::None;
-  if (const Status kept = guard.PutAside(path, copy, reason); !kept) {
+  Status kept = files.CheckWritable(path);
+  if (files.IsFolder(path)) kept = Error{ErrorCode::NotAFile, "it is a folder", path};
+  if (kept) kept = guard.PutAside(path, copy, reason);
+  if (!kept) {
     output->WriteMessage(kRowCannotSave, {path}, kept.GetError().text);
     return false;
   }
@@ -374,7 +377,6 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
   if (files.Exists(path)) {
     if (askOverwrite != 0 && !MayOverwrite(path)) return 0;
     // It goes by being replaced, so that a full disk does not cost the old one as well.
-    if (files.IsFolder(path) || files.IsReadOnly(path)) return 0;
     if (!PutAsideReplaced(path)) return 0;
   }
   CXmlNode root;

@@ -93,10 +93,15 @@ std::string CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
   FollowParts(pending);
   const FileSaver saver(files, guard, types);
   const std::string folder = AddSeparator(files.ResolveLinks(projectFolder));
+  // Nor may a file that was never saved bring back a folder that was moved.
+  const bool isGone = guard.TextOf(projectPath) != nullptr && !files.Exists(projectFolder);
   std::string outside;
   for (PendingFile& file : pending) {
     if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.keptParts);
     const std::string& target = file.plan.absolute;
+    if (isGone && file.plan.problem.empty() && target.starts_with(AddSeparator(projectFolder))) {
+      file.plan.problem = "the folder " + projectFolder + " does not exist";
+    }
     const bool isAllowed = writesOutside || mayWriteOutside.contains(target) ||
                            files.ResolveLinks(target).starts_with(folder);
     if (file.plan.isNeeded && !isAllowed && outside.empty()) outside = target;
@@ -211,13 +216,14 @@ void CProjectModel::KeepElsewhere(PendingFile& file, const std::string& reason) 
   report.path = file.plan.absolute;
   report.problem = reason;
   report.copy = guard.Rescue(report.path, file.plan.own, dataPath);
+  if (report.copy.empty()) report.problem += "; no copy could be written either";
   savedFiles.push_back(std::move(report));
 }
 
 // The same, with a row of the log.
 void CProjectModel::LoseNothing(PendingFile& file, const std::string& reason) {
   KeepElsewhere(file, reason);
-  output->WriteMessage(kRowCannotSave, {file.plan.absolute});
+  output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
 }
 
 // Nothing is written. A project that stays open has it all; else the texts go to the user's data.
@@ -230,7 +236,10 @@ void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::st
     report.path = file.plan.absolute;
     const bool isOther = !place.empty() && place != report.path;
     report.problem = isOther ? place + ": " + reason : reason;
-    if (!isSaving) report.copy = guard.RescueTo(dataPath, report.path, file.plan.own);
+    if (!isSaving) {
+      report.copy = guard.RescueTo(dataPath, report.path, file.plan.own);
+      if (report.copy.empty()) report.problem += "; no copy could be written either";
+    }
     savedFiles.push_back(std::move(report));
   }
 }

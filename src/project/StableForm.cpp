@@ -108,9 +108,10 @@ void SettleApplication(const CXmlNode& base, CXmlNode& root) {
     const bool isSameFile = EqualNoCase(FileNameOf(former), FileNameOf(now));
     if (isOfForm && isSameFile) root.SetAttrValue(name, former);
   }
-  CXmlAttr* const config = root.GetAttr("Config");
-  const bool isNew = config != nullptr && base.GetAttr("Config") == nullptr;
-  if (isNew && EqualNoCase(config->ValueView(), kStandardConfig)) root.RemoveAttr(config);
+  const auto namesStandard = [](const CXmlNode& node) {
+    return EqualNoCase(TextOf(node.GetAttrValue("Config")), kStandardConfig);
+  };
+  if (namesStandard(root) && !namesStandard(base)) root.RemoveAttr(root.GetAttr("Config"));
 }
 
 }  // namespace

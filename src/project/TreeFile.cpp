@@ -142,7 +142,7 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
   if (!MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
   // A file that names one of those it is being read for would be read for ever.
   if (std::find(loadingFiles.begin(), loadingFiles.end(), absolute) != loadingFiles.end()) {
-    output->WriteMessage(kRowMalformedXml);
+    output->WriteMessage(kRowCannotRead, {absolute}, "it refers to itself");
     return 0;
   }
   const std::uint64_t epoch = treeEpoch;
@@ -150,7 +150,7 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
   const bool isThere = isReplaced || CheckFileAccess(files, absolute, kMustExist, *output) != 0;
   if (!isThere || treeEpoch != epoch) return 0;
   // A read-only project is read all the same; the log says that it cannot be saved.
-  if (!isReplaced) CheckFileAccess(files, absolute, kMustBeWritable, *output, fileName);
+  if (!isReplaced) CheckFileAccess(files, absolute, kMustBeWritable, *output);
   if (treeEpoch != epoch) return 0;
 
   loadingFiles.push_back(absolute);
@@ -199,7 +199,7 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   SetDamageOf(absolute, std::move(found));
   if (holdsValues) DropStoredValues(node);
   if (&node != projectRoot.get()) bare.Complete(node, isWhole && hasName, types);
-  if (!isWellFormed) output->WriteMessage(kRowMalformedXml);
+  if (!isWellFormed) output->WriteMessage(kRowMalformedXml, {absolute});
   return treeEpoch == epoch ? 1 : 0;
 }
 
@@ -232,8 +232,10 @@ std::int32_t CProjectModel::LoadExternChildren(CXmlNode& node, std::uint64_t epo
     CXmlNode& child = *node.GetChild(i);
     if ((types.FlagsOf(child) & kTypeExtern) == 0) continue;
     const std::string fileName = TextOf(child.GetAttrValue("Extern"));
-    if (fileName.empty())
-      output->WriteMessage(kRowFileMissing, {TextOf(child.GetAttrValue("Header"))});
+    if (fileName.empty()) {
+      output->WriteMessage(kRowFileMissing, {TextOf(child.GetAttrValue("Header"))},
+                           "the project file has no path for it");
+    }
     const bool isLoaded = treeEpoch == epoch && LoadTreeFile(child, fileName);
     if (treeEpoch != epoch) return 0;
     if (isLoaded) {

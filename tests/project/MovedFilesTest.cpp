@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "project/AnsweringWizard.h"
 #include "project/ProjectWorld.h"
 
 namespace tarn::test {
@@ -155,6 +156,24 @@ TEST_F(MovedFiles, AnApplicationWithoutAPlaceStaysInMemory) {
   EXPECT_EQ(world->model->SaveProject(), 1);
   EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), "one[a.c b.c new.c]");
   EXPECT_EQ(Files(), (Lines{"/data/one.tapp.unsaved", "/p/demo.tprj", "/p/gone/one.tapp"}));
+}
+
+// Neither may a file that was never there bring the folder back.
+TEST_F(MovedFiles, AProjectWhoseFolderIsGoneIsNotMadeAgain) {
+  AnsweringWizard wizard;
+  wizard.fill = [](NewApplication& application) {
+    application.applicationName = "fresh";
+    return true;
+  };
+  world->model->views.wizard = &wizard;
+  world->model->SetCurrentNode(&world->model->GetProjectRoot());
+  ASSERT_EQ(world->model->AddNewItem(nullptr, "Application"), 1);
+  world->disk.Erase("/p");
+  EXPECT_EQ(world->model->SaveProject(), 0);
+  EXPECT_FALSE(world->disk.Exists("/p"));
+  EXPECT_EQ(Reported().size(), 3u);
+  EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), "one[a.c b.c] fresh");
+  EXPECT_TRUE(world->model->IsModified());
 }
 
 // The other version is kept also where it is what the file holds afterwards.

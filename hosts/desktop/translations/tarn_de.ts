@@ -949,6 +949,14 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>
         <translation>Wo beide Seiten denselben Wert geändert haben, wurde Ihrer gespeichert. Was eine Seite entfernt und die andere geändert hat, ist geblieben.</translation>
     </message>
+    <message>
+        <source>%1 was missing. It has been written again.</source>
+        <translation>%1 fehlte und wurde neu geschrieben.</translation>
+    </message>
+    <message>
+        <source>was missing, written again</source>
+        <translation>fehlte, neu geschrieben</translation>
+    </message>
 </context>
 <context>
     <name>ServerNotices</name>

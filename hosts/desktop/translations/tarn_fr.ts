@@ -949,6 +949,14 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>
         <translation>Là où les deux côtés ont modifié la même valeur, la vôtre a été enregistrée. Ce qu&apos;un côté a supprimé et l&apos;autre modifié est resté.</translation>
     </message>
+    <message>
+        <source>%1 was missing. It has been written again.</source>
+        <translation>%1 manquait et a été réécrit.</translation>
+    </message>
+    <message>
+        <source>was missing, written again</source>
+        <translation>manquait, réécrit</translation>
+    </message>
 </context>
 <context>
     <name>ServerNotices</name>
