@@ -231,12 +231,5 @@ TEST_F(MovedFiles, TheFileNamesAnActiveApplicationThatIsThere) {
   }
 }
 
-TEST_F(MovedFiles, ADefaultConfigurationThatIsChosenAgainChangesNothing) {
-  const std::string before = world->FileText("/p/app/one.tapp");
-  ASSERT_EQ(world->model->SelectConfiguration("standard"), 1);
-  ASSERT_EQ(world->model->SaveProject(), 1);
-  EXPECT_EQ(world->FileText("/p/app/one.tapp"), before);
-}
-
 }  // namespace
 }  // namespace tarn::test

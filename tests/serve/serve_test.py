@@ -713,17 +713,6 @@ class Saves(ServeTest):
         self.assertEqual(self.problems(client), [])
         self.assertIn('"c.c"', self.read("app.tapp"))
 
-    def test_an_application_that_was_moved_is_saved_where_it_is(self):
-        client = self.open()
-        self.add(client, "src/c.c")
-        os.rename(self.project.path("app.tapp"), self.project.path("src/app.tapp"))
-        self.project.write("demo.tprj", self.read("demo.tprj").replace("app.tapp", "src\\app.tapp"))
-        self.project.write("src/app.tapp", self.read("src/app.tapp").replace("src\\", ""))
-        self.assertEqual(client.call("ProjectSave"), 1)
-        self.assertFalse(os.path.exists(self.project.path("app.tapp")))
-        self.assertIn('Path=".\\c.c"', self.read("src/app.tapp"))
-        self.assertIn('"src\\app.tapp"', self.read("demo.tprj").replace(".\\", ""))
-
 
 class Damage(ServeTest):
     def damage(self):
