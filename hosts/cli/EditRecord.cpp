@@ -1,18 +1,26 @@
 #include "hosts/cli/EditRecord.h"
 
+#include <cstdint>
+#include <string_view>
 #include <utility>
 
 #include "hosts/frame/ProjectFile.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
 
 namespace {
 
-constexpr std::string_view kHead = "Tarn undo 1\n";
+constexpr std::string_view kMagic = "Tarn undo ";
+constexpr std::string_view kHead = "Tarn undo 2\n";
 constexpr std::size_t kMostSteps = 20;
 constexpr std::size_t kMostBytes = 4 << 20;
+
+std::string ChecksumOf(std::string_view body) {
+  return std::to_string(HashBytes(body));
+}
 
 std::size_t SizeOf(const ProjectStep& step) {
   std::size_t bytes = 0;
@@ -26,20 +34,31 @@ std::size_t SizeOf(const ProjectStep& step) {
 
 EditRecord::EditRecord(FileSystem& fileSystem, const std::string& projectPath)
     : files(fileSystem), folder(FolderOf(projectPath)), recordPath(UndoPathOf(projectPath)) {
-  if (const auto text = files.ReadWholeFile(recordPath)) Read(*text);
+  const auto text = files.ReadWholeFile(recordPath);
+  if (!text) {
+    status = Error{text.GetError().code, text.GetError().text, recordPath};
+  } else if (text->starts_with(kMagic) && !text->starts_with(kHead)) {
+    status = Error{ErrorCode::Unsupported, "another version of the program wrote it", recordPath};
+  } else if (!Read(*text)) {
+    status = Error{ErrorCode::Io, "it is damaged", recordPath};
+  }
 }
 
-void EditRecord::Read(std::string_view text) {
-  if (!text.starts_with(kHead)) return;
-  const auto list = SplitFileTexts(text.substr(kHead.size()));
-  if (!list || list->empty()) return;
+// Returns false if something isn't as Write left it.
+bool EditRecord::Read(std::string_view text) {
+  const std::size_t end = text.find('\n', kHead.size());
+  if (!text.starts_with(kHead) || end == text.npos) return false;
+  const std::string_view body = text.substr(end + 1);
+  if (text.substr(kHead.size(), end - kHead.size()) != ChecksumOf(body)) return false;
+  const auto list = SplitFileTexts(body);
+  if (!list || list->empty()) return false;
   std::vector<ProjectStep> found;
   for (auto each = list->begin() + 1; each != list->end(); ++each) {
     const auto versions = SplitFileTexts(each->text);
-    if (!versions || versions->size() != 2) return;
+    if (!versions || versions->size() != 2) return false;
     auto before = SplitFileTexts(versions->front().text);
     auto after = SplitFileTexts(versions->back().text);
-    if (!before || !after) return;
+    if (!before || !after) return false;
     for (auto* version : {&*before, &*after}) {
       for (FileText& file : *version) {
         if (IsRelativePath(file.path)) file.path = JoinPath(folder, file.path);
@@ -48,9 +67,10 @@ void EditRecord::Read(std::string_view text) {
     found.push_back({each->path, FindChanges(*before, *after)});
   }
   const int count = ParseDecimal(list->front().path.c_str());
-  if (count < 0 || static_cast<std::size_t>(count) > found.size()) return;
+  if (count < 0 || static_cast<std::size_t>(count) > found.size()) return false;
   steps = std::move(found);
   done = static_cast<std::size_t>(count);
+  return true;
 }
 
 void EditRecord::Add(ProjectStep step) {
@@ -83,7 +103,12 @@ Status EditRecord::Write() {
                                             {"after", JoinFileTexts(after)}};
     list.push_back({each.label, JoinFileTexts(versions)});
   }
-  return files.WriteWholeFile(recordPath, std::string(kHead) + JoinFileTexts(list));
+  const std::string body = JoinFileTexts(list);
+  return files.WriteWholeFile(recordPath, std::string(kHead) + ChecksumOf(body) + "\n" + body);
+}
+
+void EditRecord::Remove() {
+  static_cast<void>(files.RemoveFile(recordPath));
 }
 
 std::string EditRecord::NameOf(const std::string& path) const {

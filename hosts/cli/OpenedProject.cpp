@@ -103,6 +103,7 @@ int CommandContext::RefuseLog(const std::string& project, const Error& error) {
 }
 
 int CommandContext::StartSession() {
+  if (isStarted) return kExitDone;
   const Status started = Session().Start();
   isStarted = static_cast<bool>(started);
   if (started) return kExitDone;
@@ -338,14 +339,20 @@ int CommandContext::SaveProject() {
   // Read before the save, which adds what others have changed.
   const FileChanges changes = FindChanges(openedFiles, ReadProjectFiles(Session().Inspector()));
   const int code = SaveFiles();
-  if (code == kExitDone) RecordEdit(Session().GetProjectPath(), changes);
+  if (code == kExitDone) RecordEdit(Session().GetProjectPath(), DescribeChanges(changes), changes);
   return code;
 }
 
-void CommandContext::RecordEdit(const std::string& project, const FileChanges& changes) {
+void CommandContext::RecordEdit(const std::string& project, const std::string& label,
+                                const FileChanges& changes) {
   if (changes.empty()) return;
   EditRecord record(files, project);
-  record.Add({DescribeChanges(changes), changes});
+  const Status& read = record.GetStatus();
+  if (!read && read.GetError().code != ErrorCode::NotFound) {
+    Remark("The changes before this one can't be undone: " + Show(read.GetError().place) + ": " +
+           read.GetError().text);
+  }
+  record.Add({label, changes});
   WriteRecord(record);
 }
 
@@ -353,6 +360,7 @@ void CommandContext::WriteRecord(EditRecord& record) {
   if (const Status written = record.Write(); !written) {
     Remark("What `tarn undo` needs can't be written: " + Show(written.GetError().place) + ": " +
            written.GetError().text);
+    record.Remove();  // another step would be its last one
   }
 }
 

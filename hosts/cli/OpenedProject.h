@@ -40,7 +40,7 @@ class CommandContext {
   BuildSession& Session();
   // The window that the server's messages and questions go to.
   MainFrame& Frame() { return frame; }
-  // Makes the server and its components. 0, or an exit code with everything said.
+  // Makes the server and its components, once. 0, or an exit code with everything said.
   int StartSession();
   // Opens the project. 0, or an exit code with everything said.
   int OpenProject();
@@ -88,7 +88,7 @@ class CommandContext {
   // The same for a command that records what it did by itself.
   int SaveFiles();
   // Adds what a command made of the project's files to what can be undone.
-  void RecordEdit(const std::string& project, const FileChanges& changes);
+  void RecordEdit(const std::string& project, const std::string& label, const FileChanges& changes);
   // Stores what can be undone; a failure costs no more than that, and is only remarked.
   void WriteRecord(EditRecord& record);
 

@@ -10,6 +10,16 @@ namespace tarn::host {
 
 namespace {
 
+// The step's label in the record of changes.
+std::string LabelOf(const Relocation& relocation) {
+  std::vector<std::string> moved;
+  for (const MovedPath& each : relocation.GetFound()) {
+    if (!each.newPath.empty()) moved.push_back(FileNameOf(each.oldPath));
+  }
+  return "Relocate " +
+         (moved.size() == 1 ? moved.front() : std::to_string(moved.size()) + " paths");
+}
+
 // One search and what becomes of it. The project isn't opened: without one of its applications it
 // couldn't be.
 class Relocating {
@@ -81,7 +91,9 @@ int Relocating::Write(Relocation& relocation) {
   if (!texts) return Fail(texts.GetError());
   for (const FileText& each : *texts) {
     if (context.Asked().outsideOk || !relocation.IsOutside(each.path)) continue;
+    const std::string target = context.Files().ResolveLinks(each.path);
     context.Complain(context.Show(each.path) +
+                     (target == each.path ? "" : ", a link to " + context.Show(target) + ",") +
                      " is outside the folder of the project. With --outside-ok it is changed.");
     return kExitCannotOpen;
   }
@@ -92,14 +104,14 @@ int Relocating::Write(Relocation& relocation) {
       before.push_back({each.path, *text});
     }
   }
-  if (const Status written = WriteAllFiles(context.Files(), *texts); !written) {
+  if (const Status written = context.Files().WriteFiles(AsBytes(*texts)); !written) {
     const Error& error = written.GetError();
     context.Complain(context.Show(error.place) +
                      " can't be saved, and nothing was changed: " + Printable(error.text));
     return kExitCannotOpen;
   }
   isChanged = !texts->empty();
-  context.RecordEdit(project, FindChanges(before, *texts));
+  context.RecordEdit(project, LabelOf(relocation), FindChanges(before, *texts));
   return kExitDone;
 }
 

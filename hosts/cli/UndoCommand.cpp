@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/EditRecord.h"
+#include "hosts/frame/Relocation.h"
 
 namespace tarn::host {
 
@@ -24,37 +26,96 @@ void Report(CommandContext& context, const std::string& line, const std::vector<
   }
 }
 
-}  // namespace
+// Returns whether the files are as the record has them before the change: then each of them can
+// become what it was, byte for byte, even if the project can't be opened with it.
+bool IsAsRecorded(CommandContext& context, const std::string& project, const FileChanges& changes) {
+  FileSystem& files = context.Files();
+  const Relocation place(files, project);
+  return std::ranges::all_of(changes, [&](const FileChange& each) {
+    if (!context.Asked().outsideOk && place.IsOutside(each.path)) return false;
+    const auto present = files.ReadWholeFile(each.path);
+    if (!present) return !each.before && present.GetError().code == ErrorCode::NotFound;
+    // A file that comes to the project may be there already, as long as it is the same.
+    return *present == (each.before ? each.before : each.after);
+  });
+}
 
-int RunUndo(CommandContext& context) {
-  const bool isUndo = context.Asked().command == "undo";
-  if (const int code = context.OpenProject(); code != kExitDone) return code;
-  EditRecord record(context.Files(), context.Session().GetProjectPath());
-  const ProjectStep* const found = isUndo ? record.GetUndo() : record.GetRedo();
-  if (found == nullptr) {
+int WriteDirectly(CommandContext& context, const std::string& project, const FileChanges& changes) {
+  context.ShowDamageOf(project);
+  if (const int code = context.CheckDamage(); code != kExitDone) return code;
+  const Status written = context.Files().WriteFiles(AsBytes(TextsAfter(changes)));
+  if (written) return kExitDone;
+  const Error& error = written.GetError();
+  context.Complain(context.Show(error.place) +
+                   " can't be saved, and nothing was changed: " + Printable(error.text));
+  return kExitCannotOpen;
+}
+
+// Makes the change in the open project, where others have changed its files since, and saves that.
+// `isDone` is false if the project holds it already.
+int Merge(CommandContext& context, const std::string& project, const FileChanges& changes,
+          const std::string& label, bool& isDone) {
+  if (const int code = context.OpenProject(project); code != kExitDone) return code;
+  InspectorDriver& inspector = context.Session().Inspector();
+  const std::vector<FileText> before = ReadProjectFiles(inspector);
+  if (const Status applied = ApplyChanges(inspector, changes); !applied) {
+    context.Complain(label + ", nothing was changed:\n" + Printable(applied.GetError().text));
+    return kExitCannotOpen;
+  }
+  isDone = !FindChanges(before, ReadProjectFiles(inspector)).empty();
+  return isDone ? context.SaveFiles() : int{kExitDone};
+}
+
+int RefuseRecord(CommandContext& context, const Error& error, bool isUndo) {
+  if (error.code == ErrorCode::NotFound) {
     context.Complain(isUndo ? "There is no change of a command to undo."
                             : "There is no change to redo.");
     return kExitUsage;
   }
-  const ProjectStep& step = *found;
-  const std::string label = Printable(step.label);
-  const Status applied =
-      ApplyChanges(context.Session().Inspector(), isUndo ? Reverse(step.changes) : step.changes);
-  if (!applied) {
-    context.Complain("\"" + label + "\" can't be " + (isUndo ? "undone" : "redone") +
-                     ", nothing was changed:\n" + applied.GetError().text);
-    return kExitCannotOpen;
+  context.Complain("The record of changes " + context.Show(error.place) +
+                   " can't be used: " + Printable(error.text) + ".");
+  return kExitCannotOpen;
+}
+
+}  // namespace
+
+int RunUndo(CommandContext& context) {
+  const bool isUndo = context.Asked().command == "undo";
+  std::string project;
+  if (const int code = context.LocateProject(project); code != kExitDone) return code;
+  if (const int code = context.StartSession(); code != kExitDone) return code;
+  if (const int code = context.LockEdits(project); code != kExitDone) return code;
+  EditRecord record(context.Files(), project);
+  const ProjectStep* const step = isUndo ? record.GetUndo() : record.GetRedo();
+  if (step == nullptr) {
+    const Error none{ErrorCode::NotFound, {}, {}};
+    return RefuseRecord(context, record.GetStatus() ? none : record.GetStatus().GetError(), isUndo);
   }
-  if (const int code = context.SaveFiles(); code != kExitDone) return code;
+  // A record that stays as it is would name this step again.
+  if (const Status written = record.Write(); !written) {
+    return RefuseRecord(context, written.GetError(), isUndo);
+  }
+  const FileChanges changes = isUndo ? Reverse(step->changes) : step->changes;
+  const std::string label = Printable(step->label);
+  const std::string way = isUndo ? "undone" : "redone";
+  bool isDone = true;
+  const int code =
+      IsAsRecorded(context, project, changes)
+          ? WriteDirectly(context, project, changes)
+          : Merge(context, project, changes, "\"" + label + "\" can't be " + way, isDone);
+  if (code != kExitDone) return code;
   std::vector<std::string> names;
-  for (const FileChange& each : step.changes) names.push_back(context.Show(each.path));
+  for (const FileChange& each : changes) {
+    if (isDone) names.push_back(context.Show(each.path));
+  }
   if (isUndo) {
     record.MoveBack();
   } else {
     record.MoveOn();
   }
   context.WriteRecord(record);
-  Report(context, (isUndo ? "undone: " : "redone: ") + label, names, record);
+  Report(context, isDone ? way + ": " + label : "\"" + label + "\" is " + way + " already", names,
+         record);
   return kExitDone;
 }
 

@@ -40,7 +40,8 @@ std::function<int()> CounterFor(std::uint32_t command, BuildSession& session) {
   return {};
 }
 
-// The server puts aside what others have written, which is the file itself after WriteAllFiles.
+// The server puts aside what others have written, which is the file itself once it was
+// written.
 void RemoveCopies(FileSystem& files, const std::vector<FileText>& texts) {
   for (const FileText& each : texts) {
     const std::string aside = each.path + ".orig";
@@ -90,7 +91,7 @@ Status CommandRunner::ReopenWith(const std::vector<FileText>& texts) {
   const std::string path = GetProjectPath();
   if (Status kept = KeepDamaged(texts); !kept) return kept;
   if (Status closed = Close(); !closed) return closed;
-  const Status written = WriteAllFiles(files, texts);
+  const Status written = files.WriteFiles(AsBytes(texts));
   if (written) RemoveCopies(files, texts);
   const Status opened = Open(path);
   return written ? opened : written;

@@ -217,7 +217,7 @@ bool ProjectActions::OffersToRelocate(const std::string& path, const std::string
     return true;
   }
   // Something else is still missing. What was found must not be looked for again.
-  const Status written = WriteAllFiles(files, dialog.GetTexts());
+  const Status written = files.WriteFiles(AsBytes(dialog.GetTexts()));
   if (!written) Warn(window, written.GetError());
   return written && Load(path);
 }
@@ -385,16 +385,16 @@ void ProjectActions::Reload() {
   if (const Status taken = TakeFromDisk(); !taken) Warn(window, taken.GetError());
 }
 
-// The close saves the changes that are to be dropped, so the files are put back as they are now.
 Status ProjectActions::TakeFromDisk() {
   const EditRight right(session.Inspector(), runner.GetProjectPath());
   if (!right.IsTaken()) {
     return Error{ErrorCode::Busy, FromQt(tr("Another program is changing the project.")), {}};
   }
-  if (!HasUnsaved()) return runner.ReopenWith({});
-  Status taken = runner.ReopenWith(watch.GetPresent());
+  const bool hadUnsaved = HasUnsaved();
+  session.Inspector().DropChanges();
+  Status taken = runner.ReopenWith({});
   // The steps led to what was dropped.
-  if (taken) history.Clear();
+  if (taken && hadUnsaved) history.Clear();
   return taken;
 }
 

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "hosts/desktop/FileWatch.h"
-#include "hosts/frame/FileText.h"
 #include "platform/files/FileSystem.h"
 #include "platform/files/FileTexts.h"
 

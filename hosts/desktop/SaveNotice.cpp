@@ -84,9 +84,15 @@ QString SaveNotice::Describe(bool hasCopies) const {
     return hasCopies ? what + ' ' + tr("The other version:") : what;
   }
   QStringList names;
+  bool wereMissing = true;
   for (const SaveReport::File& each : shown_.written) {
     const bool isMeant = hasCopies != each.copy.empty();
-    if (isMeant && files.insert(each.path).second) names += NameOf(each.path);
+    if (!isMeant || !files.insert(each.path).second) continue;
+    names += NameOf(each.path);
+    wereMissing = wereMissing && each.wasMissing;
+  }
+  if (wereMissing && !hasCopies) {
+    return tr("%1 was missing. It has been written again.").arg(names.join(", "));
   }
   const int count = static_cast<int>(names.size());
   return hasCopies ? tr("%1 was replaced. What it held before is kept as:", nullptr, count)
@@ -181,6 +187,7 @@ void SaveNotice::Fill(QTreeWidget& list) const {
     add(each.path, {},
         each.isMerged     ? tr("has the changes of both sides")
         : each.wasDamaged ? tr("held more than was read from it")
+        : each.wasMissing ? tr("was missing, written again")
                           : tr("replaced by your version"),
         each.copy);
   }

@@ -10,7 +10,6 @@ namespace tarn::host {
 void FileIndex::Begin(const std::string& folder) {
   start_ = folder;
   open_ = {folder};
-  seen_.clear();
   paths_.clear();
   count_ = 0;
   status_ = {};
@@ -28,7 +27,6 @@ bool FileIndex::Continue(std::chrono::milliseconds time) {
 }
 
 void FileIndex::List(const std::string& folder) {
-  if (!seen_.insert(files_.ResolveLinks(folder)).second) return;
   const auto entries = files_.ListFolder(folder);
   if (!entries) {
     const Error& error = entries.GetError();
@@ -45,7 +43,8 @@ void FileIndex::List(const std::string& folder) {
     if (!each.isFolder) {
       paths_[FoldCase(each.name)].push_back(path);
     } else if (!each.name.starts_with('.') && !EqualNoCase(each.name, "build")) {
-      open_.push_back(path);
+      // What a link leads to has a place of its own below the folder, or doesn't belong there.
+      if (!files_.ExamineLink(path)) open_.push_back(path);
     }
   }
 }

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstddef>
-#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -12,8 +11,7 @@
 namespace tarn::host {
 
 // The files below a folder by their names. Folders whose names begin with a dot, and those named
-// "build", are passed over unless they are the folder itself; a folder that links lead to several
-// times is listed once.
+// "build", are passed over unless they are the folder itself, and so are links to folders.
 class FileIndex {
  public:
   static constexpr std::size_t kMostEntries = 500'000;
@@ -36,7 +34,6 @@ class FileIndex {
   FileSystem& files_;
   std::string start_;
   std::vector<std::string> open_;  // folders that are still to be listed
-  std::set<std::string> seen_;     // folders that were, without links
   std::size_t count_ = 0;
   Status status_;
   std::unordered_map<std::string, std::vector<std::string>> paths_;  // by folded name

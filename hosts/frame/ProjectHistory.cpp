@@ -8,6 +8,8 @@ namespace tarn::host {
 
 namespace {
 
+const Error kBusy{ErrorCode::Busy, "the project can't be changed now", {}};
+
 constexpr std::size_t kMostSteps = 100;
 constexpr std::size_t kMostBytes = 64 << 20;
 
@@ -61,7 +63,7 @@ void ProjectHistory::Add(FileChanges changes) {
 
 Status ProjectHistory::Change(const FileChanges& changes) {
   Note();
-  if (isGoing || isBusy()) return {};
+  if (isGoing || isBusy()) return kBusy;
   isGoing = true;
   Status done = apply(changes);
   isGoing = false;
@@ -71,7 +73,8 @@ Status ProjectHistory::Change(const FileChanges& changes) {
 
 Status ProjectHistory::Go(Steps& from, Steps& to, bool isBack) {
   Note();
-  if (from.empty() || isGoing || isBusy()) return {};
+  if (isGoing || isBusy()) return kBusy;
+  if (from.empty()) return {};
   const FileChanges& changes = from.back().changes;
   isGoing = true;
   Status done = apply(isBack ? Reverse(changes) : changes);

@@ -41,7 +41,7 @@ class ProjectHistory {
   bool Note();
   // Takes a change for a step that the project was opened with, so that Refresh has seen it.
   void Add(FileChanges changes);
-  // Makes a change that the user wants, as a step. Nothing while busy.
+  // Makes a change that the user wants, as a step. Fails with Busy while busy.
   Status Change(const FileChanges& changes);
   // The project's files, as of the last step.
   const std::vector<FileText>& GetFiles() const { return present; }
@@ -51,7 +51,8 @@ class ProjectHistory {
   // The next step is the last one.
   const std::deque<ProjectStep>& GetUndoSteps() const { return past; }
   const std::deque<ProjectStep>& GetRedoSteps() const { return future; }
-  // Both do nothing if they can't. After an error the step is still there.
+  // Both do nothing without such a step, and fail with Busy while busy. After an error the step is
+  // still there.
   Status Undo() { return Go(past, future, true); }
   Status Redo() { return Go(future, past, false); }
 

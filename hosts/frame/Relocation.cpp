@@ -79,9 +79,11 @@ std::string JoinList(const std::vector<std::string>& parts) {
   return text;
 }
 
-// The way to a file or folder as `model`, a value of the same option, is written.
-std::string WriteLike(const std::string& model, const std::string& relative) {
-  if (!IsRelativePath(model)) return relative;
+// The way to a file or folder as `model`, a value of the same option, is written. `relative` is
+// empty if only the absolute path leads there.
+std::string WriteLike(const std::string& model, const std::string& absolute,
+                      const std::string& relative) {
+  if (!IsRelativePath(model) || relative.empty()) return absolute;
   std::string written = relative;
   if (!model.starts_with('.') && written.starts_with(".\\")) written.erase(0, 2);
   return model.find('\\') == model.npos ? ReplaceAll(written, "\\", "/") : written;
@@ -250,30 +252,34 @@ void Relocation::CheckSource(const std::string& written, const Document& documen
 
 void Relocation::CheckOption(const std::string& value, const Document& document) {
   std::vector<std::string> parts;
-  MovedPath moved;
+  std::vector<MovedPath> moves;
   for (const std::string_view each : Split(value, ';')) {
     std::string part(Trim(each));
     const std::string former = Resolve(document.oldFolder, part);
+    const std::string present = Resolve(document.newFolder, part);
     const bool isPath = !part.empty() && part.find('$') == part.npos;
-    if (isPath && !files_.Exists(Resolve(document.newFolder, part))) {
-      const bool stays = document.oldFolder != document.newFolder && files_.Exists(former);
+    if (isPath && !files_.Exists(present)) {
+      const bool stays = former != present && files_.Exists(former);
       const auto places = stays ? std::vector<std::string>{former} : Follow(former);
       if (places.size() == 1) {
-        moved.oldPath = former;
+        MovedPath& moved = moves.emplace_back();
+        moved.oldPath = stays ? present : former;
         moved.newPath = places.front();
-        part = WriteLike(part, RelativeNameOnDisk(files_, document.newFolder, places.front()));
+        part = WriteLike(part, moved.newPath,
+                         RelativeNameOnDisk(files_, document.newFolder, moved.newPath));
       }
     }
     parts.push_back(std::move(part));
   }
-  if (moved.newPath.empty()) return;
-  moved.kind = MovedPath::Kind::Option;
-  moved.file = document.path;
-  moved.attribute = "Value";
-  moved.written = value;
-  moved.rewritten = JoinList(parts);
-  moved.candidates = {moved.newPath};
-  Add(std::move(moved), document.newFolder);
+  for (MovedPath& moved : moves) {
+    moved.kind = MovedPath::Kind::Option;
+    moved.file = document.path;
+    moved.attribute = "Value";
+    moved.written = value;
+    moved.rewritten = JoinList(parts);
+    moved.candidates = {moved.newPath};
+    Add(std::move(moved), document.newFolder);
+  }
 }
 
 std::string Relocation::Resolve(const std::string& folder, const std::string& written) const {
@@ -302,9 +308,20 @@ void Relocation::Locate(MovedPath& moved) {
   if (choice != chosen_.end()) moved.newPath = choice->second;
 }
 
+// Returns whether the path is a link to a file that is in the list under its own name.
+bool Relocation::IsOtherNameOf(const std::string& path, const std::vector<std::string>& list) {
+  if (list.size() < 2 || !files_.ExamineLink(path)) return false;
+  const std::string target = files_.ResolveLinks(path);
+  return std::ranges::any_of(list, [&](const std::string& each) {
+    return each != path && !files_.ExamineLink(each) && files_.ResolveLinks(each) == target;
+  });
+}
+
 void Relocation::AddCandidates(MovedPath& moved) {
-  for (const std::string& each : index_.Find(FileNameOf(moved.oldPath))) {
-    if (used_.contains(moved.file + "\n" + RealName(files_, each))) continue;
+  const std::vector<std::string>& named = index_.Find(FileNameOf(moved.oldPath));
+  for (const std::string& each : named) {
+    if (IsOtherNameOf(each, named) || used_.contains(moved.file + "\n" + RealName(files_, each)))
+      continue;
     moved.candidates.push_back(each);
   }
   const auto rank = [&moved](const std::string& path) {
@@ -324,7 +341,7 @@ void Relocation::Add(MovedPath moved, const std::string& base) {
   moved.base = base;
   const bool isKnown = std::any_of(found_.begin(), found_.end(), [&](const MovedPath& each) {
     return each.file == moved.file && each.attribute == moved.attribute &&
-           each.written == moved.written;
+           each.written == moved.written && each.oldPath == moved.oldPath;
   });
   if (!isKnown) found_.push_back(std::move(moved));
 }

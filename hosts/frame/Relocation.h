@@ -10,7 +10,8 @@
 #include <vector>
 
 #include "hosts/frame/FileIndex.h"
-#include "hosts/frame/FileText.h"
+#include "platform/files/FileSystem.h"
+#include "platform/files/FileTexts.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::host {
@@ -93,6 +94,7 @@ class Relocation {
   std::string Resolve(const std::string& folder, const std::string& written) const;
   bool IsFile(const std::string& path);
   void Locate(MovedPath& moved);
+  bool IsOtherNameOf(const std::string& path, const std::vector<std::string>& list);
   void AddCandidates(MovedPath& moved);
   void Add(MovedPath moved, const std::string& base);
   void SettleRivals();

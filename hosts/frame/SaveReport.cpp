@@ -13,7 +13,8 @@ SaveReport ParseSaveReport(const std::string& xml) {
     if (isSaved) {
       report.written.push_back({AttributeOf(file, "Path"), AttributeOf(file, "Copy"),
                                 AttributeOf(file, "Merged") == "Yes",
-                                AttributeOf(file, "CopyReason") == "damaged"});
+                                AttributeOf(file, "CopyReason") == "damaged",
+                                AttributeOf(file, "Missing") == "Yes"});
     }
     std::vector<std::string>& lines = isSaved ? report.notes : report.problems;
     for (const CXmlNode* each : file->GetChildren()) {

@@ -5,8 +5,8 @@
 
 namespace tarn::host {
 
-// What the last save did with files that others had changed, that were damaged, or that could not
-// be written.
+// What the last save did with files that others had changed or removed, that were damaged, or that
+// could not be written.
 struct SaveReport {
   struct Conflict {
     std::string file;
@@ -17,12 +17,13 @@ struct SaveReport {
     bool operator==(const Conflict&) const = default;
   };
 
-  // A file that another program had changed, or that was read only in part.
+  // A file that another program had changed or removed, or that was read only in part.
   struct File {
     std::string path;
     std::string copy;       // of what it held before; empty if none was needed
     bool isMerged = false;  // it has the other program's changes as well
     bool wasDamaged = false;
+    bool wasMissing = false;
 
     bool operator==(const File&) const = default;
   };

@@ -145,6 +145,8 @@ class InspectorDriver : public COleDispatchDriver {
   }
   // Not 0 if a save has anything to write.
   std::int32_t IsModified() { return InvokeLong(69, {}); }
+  // A close leaves the files alone until the next change.
+  std::int32_t DropChanges() { return InvokeLong(75, {}); }
   // What was lost when the project's files were read, as XML.
   std::string GetDamage() { return InvokeText(21, {}); }
   std::string GetFailedDamage() { return InvokeText(25, {}); }

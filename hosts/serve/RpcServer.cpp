@@ -285,6 +285,9 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
     channel.Send(
         MakeRpcNotification("project/damaged", {{"damage", ToJson(session->GetDamage())}}));
   };
+  session->onSaveProblem = [this](const SaveReport& report) {
+    channel.Send(MakeRpcNotification("project/saveProblem", ToJson(report)));
+  };
   session->onHistoryChanged = [this] {
     channel.Send(MakeRpcNotification("project/historyChanged", ToJson(session->GetHistoryState())));
   };

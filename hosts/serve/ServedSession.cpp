@@ -129,6 +129,7 @@ std::intptr_t ServedSession::OnProjectClosing(const HostEvent& event) {
   if (hasProject) TakeStep();
   const std::intptr_t answer = questions.AskHost(event);
   if (answer != 0) {
+    hasClosed = hasClosed || hasProject;
     hasProject = false;
     session.LeaveProject();
   }
@@ -224,7 +225,15 @@ void ServedSession::TakeStep() {
   }
 }
 
+// The methods that save return the same whether or not they have.
+void ServedSession::TellSaveProblem() {
+  if (!std::exchange(hasClosed, false) || !onSaveProblem) return;
+  const SaveReport report = GetSaveReport();
+  if (!report.problems.empty() || !report.conflicts.empty()) onSaveProblem(report);
+}
+
 void ServedSession::NoteChanges() {
+  TellSaveProblem();
   if (hasProject) {
     TakeStep();
   } else {
@@ -310,6 +319,9 @@ void ServedSession::KeepResults() {
   if (!mustKeep) return;
   mustKeep = false;
   if (hasProject) session.EndWork();
+  if (const std::string& problem = session.GetStateProblem(); !problem.empty()) {
+    TellLine("warning: The state of this build couldn't be kept: " + problem);
+  }
   if (std::exchange(hasBuiltWhole, false) && hasProject) TellGaps();
 }
 

@@ -85,6 +85,9 @@ class ServedSession {
   HistoryState GetHistoryState() const;
   // Called after each change of that state.
   std::function<void()> onHistoryChanged;
+  // Called with the report of each save or close that could not write a file, or met a conflict
+  // with what another program wrote; before the result of the call is sent.
+  std::function<void(const SaveReport& report)> onSaveProblem;
   // The steps, the last one first to be taken back or made again.
   const std::deque<ProjectStep>& GetUndoSteps() const { return history.GetUndoSteps(); }
   const std::deque<ProjectStep>& GetRedoSteps() const { return history.GetRedoSteps(); }
@@ -117,6 +120,7 @@ class ServedSession {
   void UnlockUnlessBuilding();
   void PassStopOn();
   void TakeStep();
+  void TellSaveProblem();
   Result<ProjectStep> Go(Status (ProjectHistory::*way)(), const std::string& word);
 
   MainFrame frame;
@@ -131,6 +135,7 @@ class ServedSession {
 
   bool hasProject = false;     // one that is kept a state for
   bool isReadAgain = false;    // since the last step was taken
+  bool hasClosed = false;      // one, and its save report was not looked at
   bool isPrepared = false;     // the kept records are handed over
   std::string currentPath;     // of the current node
   bool isBuilding = false;     // a worker is on its way

@@ -34,7 +34,7 @@
     <Message Id="131092" String="Clean" />
     <Message Id="131093" String="Build" />
     <Message Id="131094" String="The operation failed." />
-    <Message Id="131095" String="The project file is damaged; only the part in front of the damage was read. %s" />
+    <Message Id="131095" String="The file '%s' is damaged; only the part in front of the damage was read." />
     <Message Id="131096" String="%s is still running. Stop it?" />
     <Message Id="131097" String="The file '%s' exists already. Replace it?" />
     <Message Id="131098" String="Start a new project" />

@@ -56,12 +56,6 @@ void AddGap(const BuildGap& gap, std::string_view type, bool isFatal, CXmlNode& 
   row.AddAttr("IsFatal", isFatal ? "Yes" : "No");
 }
 
-void CollectTools(const NodeTypes& types, const CXmlNode& node, std::set<std::string_view>& tools) {
-  if ((types.FlagsOf(node) & kTypeBuild) == 0 || IsExactlyYes(node, "Exclude")) return;
-  if (HasText(node, "TranslateTool")) tools.insert(node.GetAttrValue("TranslateTool"));
-  ForEachContentChild(node, [&](const CXmlNode& child) { CollectTools(types, child, tools); });
-}
-
 void ListApplication(CProjectModel& model, const CXmlNode& application,
                      const HasToolFunction& hasTool, CXmlNode& list) {
   const NodeTypes& types = model.types;
@@ -69,12 +63,18 @@ void ListApplication(CProjectModel& model, const CXmlNode& application,
   CXmlNode& entry = *list.AddChild("Application");
   entry.AddAttr("Header", TextOf(application.GetAttrValue("Header")));
   entry.AddAttr("Path", TextOf(application.GetAttrValue("Path")));
-  FindBuildGaps(types, application, [&](const BuildGap& gap) {
-    const bool lacksSource = types.GetNodeType(gap.node) == nullptr && HasSource(model, gap.node);
-    AddGap(gap, gap.node.NameView(), &gap.node == &application || lacksSource, entry);
-  });
   std::set<std::string_view> tools;
-  CollectTools(types, application, tools);
+  std::string_view last;
+  FindBuildGaps(
+      types, application,
+      [&](const BuildGap& gap) {
+        const bool lacksSource =
+            types.GetNodeType(gap.node) == nullptr && HasSource(model, gap.node);
+        AddGap(gap, gap.node.NameView(), &gap.node == &application || lacksSource, entry);
+      },
+      [&](std::string_view tool) {
+        if (tool != last) tools.emplace(last = tool);
+      });
   for (const std::string_view tool : tools) {
     if (!hasTool(std::string(tool))) AddGap({application, "unknown-tool"}, tool, true, entry);
   }
@@ -83,7 +83,8 @@ void ListApplication(CProjectModel& model, const CXmlNode& application,
 }  // namespace
 
 void FindBuildGaps(const NodeTypes& types, const CXmlNode& node,
-                   const std::function<void(const BuildGap&)>& onGap) {
+                   const std::function<void(const BuildGap&)>& onGap,
+                   const std::function<void(std::string_view)>& onTool) {
   if (types.GetNodeType(node) == nullptr) {
     if (HasFile(node) && !IsExactlyYes(node, "Exclude")) onGap({node, "no-type"});
     return;
@@ -96,7 +97,9 @@ void FindBuildGaps(const NodeTypes& types, const CXmlNode& node,
   const bool hasNoTool = tool != nullptr && *tool == '\0';
   // Without a toolchain nothing has a tool: that is one gap.
   if (isApplication && hasNoTool) return onGap({node, "no-tool"});
-  ForEachContentChild(node, [&](const CXmlNode& child) { FindBuildGaps(types, child, onGap); });
+  ForEachContentChild(node,
+                      [&](const CXmlNode& child) { FindBuildGaps(types, child, onGap, onTool); });
+  if (tool != nullptr && !hasNoTool && onTool) onTool(tool);
   const bool isBuiltFromFile = (flags & kTypePath) != 0 && (flags & kTypeProject) == 0;
   if (isBuiltFromFile && hasNoTool) onGap({node, "no-tool"});
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "project/ProjectModel.h"
 
@@ -23,9 +24,11 @@ using HasToolFunction = std::function<bool(const std::string& tool)>;
 //            below an application without one nothing more is looked for
 //   no-type  no record of the configuration file defines the node's type, and it, or something
 //            below it, has a file
-// Nodes that are excluded from the build are no gaps.
+// Nodes that are excluded from the build are no gaps. `onTool`, if any, gets the tool of each node
+// that is built.
 void FindBuildGaps(const NodeTypes& types, const CXmlNode& node,
-                   const std::function<void(const BuildGap&)>& onGap);
+                   const std::function<void(const BuildGap&)>& onGap,
+                   const std::function<void(std::string_view tool)>& onTool = {});
 
 // The gaps of the whole project, for hosts: an element "BuildGaps" with an element "Application"
 // for each application that takes part in a build ("Header", "Path") and below it an element "Node"

@@ -221,6 +221,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetBaseTexts>("GetBaseTexts", 67, {}),
       Method<&I::StageFileTexts>("StageFileTexts", 68, {"texts", "bases"}),
       Method<&I::IsModified>("IsModified", 69, {}),
+      Method<&I::DropChanges>("DropChanges", 75, {}),
       Method<&I::SaveAllOrNone>("SaveAllOrNone", 70, {"wanted"}),
       Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
       Method<&I::SetNewProjectFolder>("SetNewProjectFolder", 80, {"folder"}),
@@ -318,6 +319,7 @@ std::string CProjectInspector::GetSharedOutputs(const char* application) {
     if (!isWanted(node)) return;
     for (const SharedOutput& each : model->FindSharedOutputs(node)) add(each);
   });
+  if (applications.size() < 2) return lines;
   FindOutputsOfSeveral(
       applications, [&](const CXmlNode& first, const CXmlNode& second, const SharedOutput& each) {
         if (isWanted(first) || isWanted(second)) add(each);
@@ -537,6 +539,13 @@ std::int32_t CProjectInspector::SetNewProjectFolder(const char* folder) {
 std::int32_t CProjectInspector::IsModified() {
   const CProjectModel* model = Model();
   return model != nullptr && !model->IsDefaultProject() && model->HasUnsaved() ? 1 : 0;
+}
+
+std::int32_t CProjectInspector::DropChanges() {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->DropChanges();
+  return 1;
 }
 
 std::string CProjectInspector::ExplainOption(const char* set, const char* section,

@@ -71,6 +71,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::int32_t StageFileTexts(const char* texts, const char* bases);
   // 1 if a save has anything to write.
   std::int32_t IsModified();
+  // The changes that are not saved are not wanted: closing the project now leaves its files alone.
+  std::int32_t DropChanges();
   // What was lost when the project's files were read: an element `Damage` with an element `Place`
   // for each position, with the attributes `File`, `Line` (0 for the file as a whole) and `Text`.
   std::string GetDamage();
@@ -82,9 +84,10 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // takes it for as long as it lasts.
   std::string TryLockProject(const char* path);
   std::int32_t UnlockProject();
-  // What the last save or close did with files that another program had changed, that were damaged,
-  // or that could not be written: `Save` with `File` (`Path`, `Problem`, `Copy`, `CopyReason`:
-  // "damaged" or "changed", `Merged`), and in it `Line` (`Text`) for people and `Conflict`
+  // What the last save or close did with files that another program had changed or removed, that
+  // were damaged, or that could not be written: `Save` with `File` (`Path`, `Problem`, `Copy`,
+  // `CopyReason`: "damaged" or "changed", `Merged`, `Missing`), and in it `Line` (`Text`) for
+  // people and `Conflict`
   // (`Place`, `Text`).
   std::string GetSaveReport();
   // Makes a change of the project's files to the open project: what two calls of GetFileTexts

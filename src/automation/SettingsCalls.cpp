@@ -133,16 +133,16 @@ std::int32_t CProjectManager::WriteIniValue(const char* section, const char* key
   const Result<std::string> text = platform.files.ReadWholeFile(path);
   const bool isNew = !text && text.GetError().code == ErrorCode::NotFound;
   IniFile store = text ? IniFile(*text) : IniFile();
-  bool isWritten = text || isNew;
-  if (isWritten && key == nullptr) {
+  Status saved = text || isNew ? Status() : Status(text.GetError());
+  if (saved && key == nullptr) {
     store.RemoveSection(section);
-  } else if (isWritten && value == nullptr) {
+  } else if (saved && value == nullptr) {
     store.Remove(section, key);
-  } else if (isWritten) {
-    isWritten = store.Write(section, key, value);
+  } else if (saved && !store.Write(section, key, value)) {
+    saved = Error{ErrorCode::InvalidName, "it has no form for that value", path};
   }
-  const bool isSaved = isWritten && platform.files.WriteWholeFile(path, store.ToText());
-  if (!isSaved) output->WriteMessage(kRowCannotSave, {path});
+  if (saved) saved = platform.files.WriteWholeFile(path, store.ToText());
+  if (!saved) output->WriteMessage(kRowCannotSave, {path}, saved.GetError().text);
   return 1;
 }
 

@@ -8,6 +8,7 @@
 #include "patterns/Parser.h"
 #include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
@@ -24,15 +25,22 @@ bool HoldsOutput(const CXmlNode& node) {
   return false;
 }
 
-// Returns whether several nodes have one output. Cheaper than an index, and nearly always false.
-bool HasSharedOutput(const CXmlNode& node, std::unordered_set<std::string_view>& seen) {
+void HashOutputs(const CXmlNode& node, std::vector<std::uint64_t>& hashes) {
   const char* output = node.GetAttrValue("OutputFile");
-  if (output != nullptr && *output != '\0' && !seen.insert(output).second) return true;
+  if (output != nullptr && *output != '\0') hashes.push_back(HashBytes(output));
   for (int i = 0; i < node.GetChildCount(); ++i) {
     const CXmlNode& child = *node.GetChild(i);
-    if (IsContentNode(child) && HasSharedOutput(child, seen)) return true;
+    if (IsContentNode(child)) HashOutputs(child, hashes);
   }
-  return false;
+}
+
+// Returns whether several nodes may have one output. Cheaper than an index, and nearly always
+// false.
+bool MayShareOutputs(const CXmlNode& application) {
+  std::vector<std::uint64_t> hashes;
+  HashOutputs(application, hashes);
+  std::sort(hashes.begin(), hashes.end());
+  return std::adjacent_find(hashes.begin(), hashes.end()) != hashes.end();
 }
 
 // The children in order, taken out of the node.
@@ -84,7 +92,7 @@ bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
     const std::string date = TextOf(record->GetAttrValue("Date"));
     RecordBuildInfo(node, infos.c_str(), date.c_str());
     buildRecords.TakeReport(*node, ReadReport(*record));
-    ReplaceDependencies(*node, std::move(record));
+    ReplaceDependencies(*node, TakeDependencies(std::move(record)));
     views.TellUpdated(*node);
   }
   return true;
@@ -120,8 +128,7 @@ std::vector<SharedOutput> CProjectModel::FindSharedOutputs(CXmlNode& application
   std::vector<SharedOutput> found;
   ForgetOldOutputs();
   if (withoutShared.contains(&application)) return found;
-  std::unordered_set<std::string_view> seen;
-  if (!HasSharedOutput(application, seen)) {
+  if (!MayShareOutputs(application)) {
     withoutShared.insert(&application);
     return found;
   }
@@ -145,16 +152,7 @@ std::vector<SharedOutput> CProjectModel::FindSharedOutputs(CXmlNode& application
 
 // The record itself becomes the new list: projects have some ten dependencies for each file, and
 // all of them are there already.
-void CProjectModel::ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> record) {
-  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
-    CXmlNode* child = node.GetChild(i);
-    if (child->NameView() != "Dependencies") continue;
-    if (HoldsOutput(*child)) ++outputEpoch;
-    ForgetPointersInto(*child);
-    node.RemoveChild(child);
-    break;
-  }
-  if (record->GetChildCount() == 0) return;
+std::unique_ptr<CXmlNode> CProjectModel::TakeDependencies(std::unique_ptr<CXmlNode> record) {
   record->SetName("Dependencies");
   record->SetValue("");
   while (CXmlAttr* attribute = record->GetFirstAttr()) record->RemoveAttr(attribute);
@@ -166,7 +164,19 @@ void CProjectModel::ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode
     if (type != nullptr) dependency->SetName(type->NameView());
     if (HoldsOutput(*dependency)) ++outputEpoch;
   }
-  node.AppendChild(std::move(record));
+  return record;
+}
+
+void CProjectModel::ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> list) {
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    CXmlNode* child = node.GetChild(i);
+    if (child->NameView() != "Dependencies") continue;
+    if (HoldsOutput(*child)) ++outputEpoch;
+    ForgetPointersInto(*child);
+    node.RemoveChild(child);
+    break;
+  }
+  if (list->GetChildCount() > 0) node.AppendChild(std::move(list));
 }
 
 std::unordered_set<const CXmlNode*> CProjectModel::FindRepeatedNodes(CXmlNode& application) {
@@ -216,6 +226,7 @@ std::int32_t CProjectModel::RecordBuildInfo(CXmlNode* node, const char* infos, c
 const CXmlNode* CProjectModel::FindTypeByFileExtension(std::string_view path) {
   if (!typesByExtensionKnown) {
     typesByExtension.clear();
+    lastExtension = {};
     const CXmlNode& records = types.GetRoot();
     for (int i = 0; i < records.GetChildCount(); ++i) {
       const CXmlNode* record = records.GetChild(i);
@@ -229,8 +240,12 @@ const CXmlNode* CProjectModel::FindTypeByFileExtension(std::string_view path) {
     }
     typesByExtensionKnown = true;
   }
-  const auto found = typesByExtension.find(FoldCase(ExtensionOf(path)));
-  return found == typesByExtension.end() ? nullptr : found->second;
+  // Mostly that of the file before.
+  std::string extension = ExtensionOf(path);
+  if (extension == lastExtension.first) return lastExtension.second;
+  const auto found = typesByExtension.find(FoldCase(extension));
+  lastExtension = {std::move(extension), found == typesByExtension.end() ? nullptr : found->second};
+  return lastExtension.second;
 }
 
 std::string CProjectModel::GetDynamicCommands(std::uint32_t commandId) {

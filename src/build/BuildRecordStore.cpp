@@ -302,6 +302,8 @@ StateVerdict BuildRecordStore::Load(std::string bytes, std::string_view projectF
   }
   journalLength_ = blocks.GetLength();
   chain_ = blocks.GetChain();
+  constexpr std::size_t kUsualRecordLength = 256;
+  index_.reserve(file_.size() / kUsualRecordLength);
   Reader reader(*this);
   for (std::string_view body; blocks.Next(body);) {
     if (!reader.Read(body)) {
@@ -503,6 +505,7 @@ std::size_t BuildRecordStore::Index(BuildRecord record) {
 }
 
 void BuildRecordStore::Clear() {
+  ++loads_;
   index_.clear();
   records_.clear();
   versions_.clear();

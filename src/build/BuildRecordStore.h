@@ -136,6 +136,9 @@ class BuildRecordStore {
   const FileVersion& Version(Number number) const { return versions_[number]; }
   std::string_view PathOf(Number version) const { return texts_[versions_[version].path]; }
   std::size_t GetCount() const { return index_.size(); }
+  std::size_t GetVersionCount() const { return versions_.size(); }
+  // Changes with each Load, which numbers everything anew.
+  std::uint64_t GetLoadCount() const { return loads_; }
 
  private:
   struct Key {
@@ -156,6 +159,7 @@ class BuildRecordStore {
   std::size_t Index(BuildRecord record);
   Key KeyOf(const BuildRecord& record) const;
 
+  std::uint64_t loads_ = 0;
   std::string file_;                  // what the strings of a loaded journal borrow from
   std::deque<std::string> ownTexts_;  // what the others borrow from
   std::vector<std::string_view> texts_;

@@ -26,6 +26,7 @@ bool CProjectModel::RestoreFor(std::chrono::milliseconds time) {
 
 void CProjectModel::RestoreRecord(CXmlNode& node, const std::string& owner) {
   const std::string made = TextOf(node.GetAttrValue("OutputFile"));
+  if (made.empty()) return;
   const BuildRecord* const record = buildRecords.Restore(node, owner, made);
   if (record == nullptr) return;
   if (const StaleVerdict changed = recordCheck.CheckCommand(node)) {
@@ -36,8 +37,11 @@ void CProjectModel::RestoreRecord(CXmlNode& node, const std::string& owner) {
   RecordBuildInfo(&node, std::string(store.Text(record->infos)).c_str(),
                   std::string(store.Text(record->date)).c_str());
   auto dependencies = CXmlNode::CreateNode("Dependencies");
+  dependencies->AddAttr("Header", "Dependencies");
   for (const BuildRecord::Number each : record->Dependencies()) {
-    dependencies->AddChild("D")->AddAttr("Header", store.PathOf(each));
+    const std::string_view file = store.PathOf(each);
+    const CXmlNode* const type = FindTypeByFileExtension(file);
+    dependencies->AddChild(type == nullptr ? "D" : type->NameView())->AddAttr("Header", file);
   }
   ReplaceDependencies(node, std::move(dependencies));
   views.TellUpdated(node);

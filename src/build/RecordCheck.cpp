@@ -113,11 +113,27 @@ bool RecordCheck::IsCurrent(BuildRecord::Number number, const FileStatus& now) {
   return true;
 }
 
+const FileTimes::Look& RecordCheck::AskFor(BuildRecord::Number version,
+                                           FileTimes::Inquiry& inquiry) {
+  const BuildRecordStore& store = records_.Store();
+  if (looksEpoch_ != times_.GetEpoch() || looksJournal_ != store.GetLoadCount()) {
+    looks_.clear();
+    looksEpoch_ = times_.GetEpoch();
+    looksJournal_ = store.GetLoadCount();
+  }
+  if (version >= looks_.size()) looks_.resize(store.GetVersionCount());
+  const FileTimes::Look*& look = looks_[version];
+  if (look == nullptr || look->state == FileTimes::Look::State::Open) {
+    look = &inquiry.Add(times_, store.PathOf(version));
+  }
+  return *look;
+}
+
 void RecordCheck::AskForInputs(const CXmlNode& node, FileTimes::Inquiry& inquiry) {
   const BuildRecords::Bound* const bound = records_.Find(node);
   if (bound == nullptr || bound->record == BuildRecordStore::kNone) return;
   for (const BuildRecord::Number input : records_.RecordOf(*bound).inputs) {
-    inquiry.Add(times_, PathOf(input));
+    AskFor(input, inquiry);
   }
 }
 

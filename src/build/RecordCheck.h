@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include "build/BuildRecords.h"
 #include "build/FileTimes.h"
 #include "build/NodesAhead.h"
@@ -39,6 +42,8 @@ class RecordCheck {
   std::string_view PathOf(BuildRecord::Number version) const {
     return records_.Store().PathOf(version);
   }
+  // Asks for the file of a version, as Inquiry::Add does for a path: many nodes share their inputs.
+  const FileTimes::Look& AskFor(BuildRecord::Number version, FileTimes::Inquiry& inquiry);
   // Puts the inputs that the record names into an inquiry.
   void AskForInputs(const CXmlNode& node, FileTimes::Inquiry& inquiry);
 
@@ -52,6 +57,10 @@ class RecordCheck {
   FileSystem& files_;
   FileTimes& times_;
   std::uint64_t folderEpoch_ = 0;  // of the file times when folders were looked at
+  // Where the file times keep the file of a version, in one epoch and of one journal.
+  std::vector<const FileTimes::Look*> looks_;
+  std::uint64_t looksEpoch_ = 0;
+  std::uint64_t looksJournal_ = 0;
 };
 
 }  // namespace tarn

@@ -27,12 +27,9 @@ class RecordRestore {
     const CXmlNode* application;
   };
 
-  void Collect(CXmlNode& node, const CXmlNode& application);
-
   CProjectModel& model_;
   std::uint64_t treeEpoch_;
-  std::vector<Node> nodes_;
-  std::size_t next_ = 0;
+  std::vector<Node> pending_;  // the next one last, its children not yet
 };
 
 }  // namespace tarn

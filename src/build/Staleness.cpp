@@ -208,13 +208,15 @@ void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, N
       isDecided = false;
       return;
     }
-    const FileVersion* version = nullptr;
     if (record != nullptr && input + record->programs < record->inputs.size()) {
       const BuildRecord::Number number = record->inputs[input++];
-      if (records.PathOf(number) != file) isDecided = false;
-      version = &records.Version(number);
+      if (records.PathOf(number) == file) {
+        ahead.AddFile(records.AskFor(number, inquiry), &records.Version(number));
+        return;
+      }
+      isDecided = false;
     }
-    ahead.AddFile(inquiry.Add(times, file), version);
+    ahead.AddFile(inquiry.Add(times, file), nullptr);
   };
   askFor(by.path);
   const CXmlNode* dependencies = nullptr;
@@ -231,8 +233,8 @@ void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, N
     if (!records.AreFoldersUnchanged(*record)) isDecided = false;
     if (input + record->programs != record->inputs.size()) isDecided = false;
     for (std::size_t i = input; i < record->inputs.size(); ++i) {
-      const FileVersion& program = records.Version(record->inputs[i]);
-      ahead.AddProgram(inquiry.Add(times, records.PathOf(record->inputs[i])), program);
+      const BuildRecord::Number program = record->inputs[i];
+      ahead.AddProgram(records.AskFor(program, inquiry), records.Version(program));
     }
   }
   if (!isDecided) ahead.DropLast();

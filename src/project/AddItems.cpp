@@ -78,7 +78,7 @@ std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* ite
   // Without a project the item would be in no file.
   if (!isOpen) return 0;
   if (HasControlBytes(itempath)) {
-    output->WriteMessage(kRowCannotRead, {itempath});
+    output->WriteMessage(kRowCannotRead, {itempath}, "its name has control characters");
     return 0;
   }
   if (isDefaultProject != 0 && activeApplication != nullptr) {

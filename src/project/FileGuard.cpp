@@ -46,6 +46,11 @@ void FileGuard::TakeOver(const FileGuard& former, const std::string& path) {
   if (former.untouchable.contains(path)) untouchable.insert(path);
 }
 
+void FileGuard::NoteMoved(const std::string& from, const std::string& to, std::string_view text) {
+  known[to] = text;
+  if (damagedFiles.contains(from)) damagedFiles.insert(to);
+}
+
 void FileGuard::Forget() {
   for (auto& [path, text] : known) last[path] = std::move(text);
   known.clear();
@@ -78,7 +83,11 @@ Status FileGuard::PutAside(const std::string& path, std::string& copy, CopyReaso
   }
   if (reason == CopyReason::None) return {};
   const bool isDamaged = reason == CopyReason::Damaged;
-  return KeepCopy(files, path, *bytes, isDamaged ? ".bak" : ".orig", copy);
+  const Status kept = KeepCopy(files, path, *bytes, isDamaged ? ".bak" : ".orig", copy);
+  if (kept) return {};
+  reason = CopyReason::None;
+  const std::string target = std::exchange(copy, {});
+  return Error{kept.GetError().code, "its copy " + target + ": " + kept.GetError().text, path};
 }
 
 std::string FileGuard::Rescue(const std::string& path, std::string_view bytes,

@@ -31,6 +31,9 @@ class FileGuard {
   const std::map<std::string, std::string>& GetKnown() const { return known; }
   // The file holds what nobody has in memory: it is not to be overwritten.
   void NoteUntouchable(const std::string& path) { untouchable.insert(path); }
+  // What was read from `from` is saved to `to` from now on; `text` is what was known of the file,
+  // as it reads there.
+  void NoteMoved(const std::string& from, const std::string& to, std::string_view text);
   // The text that was noted as read is not from the disk: what `former` knows of the file takes its
   // place.
   void TakeOver(const FileGuard& former, const std::string& path);
@@ -43,7 +46,7 @@ class FileGuard {
 
   // Copies the file aside when it was damaged (".bak") or has been changed by somebody else
   // (".orig"). Fails when the copy does; the file must then not be written. `copy` is the name of
-  // the copy, empty when none was needed.
+  // the copy, empty when none was needed or made.
   Status PutAside(const std::string& path, std::string& copy, CopyReason& reason);
 
   // Puts a text that could not be saved into `<path>.unsaved` or, failing that, into the folder

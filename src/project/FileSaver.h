@@ -13,12 +13,17 @@ namespace tarn {
 // What a save is to do with one file of a project.
 struct SavePlan {
   std::string absolute;
-  std::string text;       // for the disk
-  bool isNeeded = true;   // false if the file holds it already
-  std::string problem;    // why it can't be written; empty if that is not known yet
-  bool isMerged = false;  // `text` also has what another program changed since the file was read
+  std::string own;          // what the tree has for the file
+  std::string text;         // for the disk
+  bool isNeeded = true;     // false if the file holds it already
+  bool wasRemoved = false;  // the file was there when it was read or written last, and isn't now
+  std::string problem;      // why it can't be written; empty if that is not known yet
+  bool isMerged = false;    // `text` also has what another program changed since the file was read
   std::vector<TreeConflict> conflicts;
 };
+
+// Returns whether the texts of two files differ at most in how they are laid out.
+bool HoldSameTree(const std::string& one, const std::string& other);
 
 // Prepares texts of project and application files for the disk: in a form that version control
 // shows little of, and together with what other programs wrote there since the file was read.
@@ -28,12 +33,16 @@ class FileSaver {
   FileSaver(FileSystem& fileSystem, FileGuard& fileGuard, const NodeTypes& nodeTypes)
       : files(fileSystem), guard(fileGuard), types(nodeTypes) {}
 
-  // `text` is what the tree in memory has for the file.
-  SavePlan Prepare(const std::string& absolute, const std::string& text) const;
-  // The text in the form for the disk, without a look at what that holds now.
-  std::string Settle(const std::string& absolute, const std::string& text) const;
-  // Keeps a copy of what the file holds where it would be lost, and says in `report` what will have
-  // been done. Fails if the copy does; the file must not be written then.
+  // The text for the file of the tree, in the form for the disk, without a look at what that holds
+  // now.
+  std::string Settle(const std::string& absolute, const CXmlNode& tree) const;
+  // `text` is such a text. `keptParts` are references (`Extern`) to changed files that stay in it
+  // though another program has removed them: a conflict each.
+  SavePlan Prepare(const std::string& absolute, const std::string& text,
+                   const std::vector<std::string>& keptParts = {}) const;
+  // Keeps a copy of what the file holds where it would be lost or is part of a conflict, and says
+  // in `report` what will have been done. Fails if the copy does; the file must not be written
+  // then.
   Status KeepOther(const SavePlan& plan, SavedFile& report) const;
   // Replaces the file, and says in `report` what was done.
   Status Write(const SavePlan& plan, SavedFile& report) const;

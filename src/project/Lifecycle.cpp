@@ -263,12 +263,7 @@ std::int32_t CProjectModel::CloseProject() {
   }
   inPublishTick = false;
   if (isOpen && modified != 0 && IsDamageHeld()) AddLogLine(kDamageHeld);
-  if (!WriteAndEmpty()) {
-    const std::uint64_t kept = projectEpoch;
-    ReportSave();
-    if (projectEpoch == kept) LoadProject(kept);
-    return 0;
-  }
+  WriteAndEmpty();
   const std::uint64_t closed = projectEpoch;
   output->ResetLog();
   output->UpdateReport();
@@ -279,28 +274,16 @@ std::int32_t CProjectModel::CloseProject() {
   return projectEpoch == closed ? 1 : 0;
 }
 
-// The files of the open project are written and its tree is freed. False, with the tree as after a
-// load, when it is the only place that holds the user's changes and is to be kept then. Nobody can
-// open or close anything meanwhile.
-bool CProjectModel::WriteAndEmpty() {
+// The files of the open project are written and its tree is freed. Nobody can open or close
+// anything meanwhile.
+void CProjectModel::WriteAndEmpty() {
   const Holding closing(isClosing);
-  textLost = false;
   savedFiles.clear();
-  emptied.clear();
   const bool mustSave = isOpen && modified != 0 && !IsDamageHeld();
   if (isOpen) StripForSave(*projectRoot, true);
   if (mustSave) SaveTreeFile(*projectRoot, projectPath);
   output->SaveLog();
   output->UpdateReport();
-  if (keepTreeOnLoss && textLost) {
-    projectRoot->SetAttrValue("Path", projectPath);
-    ReloadEmptied(*projectRoot);
-    NoteTreeChange();
-    currentNode = nullptr;
-    activeApplication = nullptr;
-    if (isDefaultProject == 0) views.SetProjectRoot(projectRoot.get());
-    return false;
-  }
   buildRecords.CloseJournal();
   RemoveAllChildren(*projectRoot);
   currentNode = nullptr;
@@ -309,7 +292,6 @@ bool CProjectModel::WriteAndEmpty() {
   guard.Forget();
   damage.clear();
   NoteTreeChange();
-  return true;
 }
 
 // What there is to say of a save must not vanish with the log that the close has emptied.
@@ -329,25 +311,6 @@ void CProjectModel::ReportSave() {
   output->UpdateReport();
 }
 
-void CProjectModel::ReloadEmptied(CXmlNode& node) {
-  for (int i = 0; i < node.GetChildCount(); ++i) {
-    CXmlNode& child = *node.GetChild(i);
-    if (emptied.count(&child) == 0) {
-      ReloadEmptied(child);
-      continue;
-    }
-    const std::string fileName = TextOf(child.GetAttrValue("Extern"));
-    if (LoadTreeFile(child, fileName)) {
-      SetReference(child, fileName);
-      continue;
-    }
-    // It was written a moment ago and must not be overwritten with what is left of it here.
-    std::string absolute;
-    MakeAbsolutePath(fileName, absolute, nullptr);
-    guard.NoteUntouchable(absolute);
-  }
-}
-
 std::int32_t CProjectModel::SaveProject() {
   if (isClosing || !CanStartOperation()) return 0;
   if (IsDamageHeld()) {
@@ -362,11 +325,16 @@ std::int32_t CProjectModel::SaveProject() {
     if (MakeAbsolutePath(TextOf(path), file, nullptr) && !files.Exists(file)) isMissing = true;
   }
   if (shapeChanged || isMissing) NoteModified();
-  keepTreeOnLoss = true;
+  isSaving = true;
   const std::int32_t closed = CloseProject();
-  keepTreeOnLoss = false;
+  isSaving = false;
+  const std::unique_ptr<ReplacedFiles> kept = std::exchange(unsaved, nullptr);
   if (!closed) return 0;
   const std::string path = projectPath;
+  if (kept != nullptr) {
+    Reload(path, *kept);
+    return 0;
+  }
   OpenProject(path.c_str(), 0);
   return 1;
 }
@@ -392,7 +360,10 @@ bool CProjectModel::MayOverwrite(const std::string& path) const {
 bool CProjectModel::PutAsideReplaced(const std::string& path) {
   std::string copy;
   CopyReason reason = CopyReason::None;
-  if (const Status kept = guard.PutAside(path, copy, reason); !kept) {
+  Status kept = files.CheckWritable(path);
+  if (files.IsFolder(path)) kept = Error{ErrorCode::NotAFile, "it is a folder", path};
+  if (kept) kept = guard.PutAside(path, copy, reason);
+  if (!kept) {
     output->WriteMessage(kRowCannotSave, {path}, kept.GetError().text);
     return false;
   }
@@ -406,7 +377,6 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
   if (files.Exists(path)) {
     if (askOverwrite != 0 && !MayOverwrite(path)) return 0;
     // It goes by being replaced, so that a full disk does not cost the old one as well.
-    if (files.IsFolder(path) || files.IsReadOnly(path)) return 0;
     if (!PutAsideReplaced(path)) return 0;
   }
   CXmlNode root;

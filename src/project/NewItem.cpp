@@ -149,7 +149,6 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
   if (files.Exists(applicationFile)) {
     if (!MayOverwrite(applicationFile)) return 0;
     // It goes by being replaced, so that a full disk does not cost the old one as well.
-    if (files.IsFolder(applicationFile) || files.IsReadOnly(applicationFile)) return 0;
     if (!PutAsideReplaced(applicationFile)) return 0;
     (void)files.RemoveFile(WithExtension(projectFile, ".dbi"));
   }

@@ -10,6 +10,9 @@
 
 namespace tarn {
 
+// The configuration of an application that names none.
+inline constexpr const char* kStandardConfig = "Standard";
+
 // Flags of a type record, as bits.
 enum TypeFlag : std::uint32_t {
   kTypeProject = 1u << 0,      // a project root; holds applications

@@ -72,8 +72,6 @@ inline constexpr std::int32_t kToolCommandBase = 0x8123;  // id of the first ent
 inline constexpr std::int32_t kCommandOptionsLoaded = 0x811E;
 inline constexpr std::int32_t kCommandAutoDebug = 0x82C3;
 
-inline constexpr const char* kStandardConfig = "Standard";
-
 // The project document: the files of a project, the tree in memory with its options and derived
 // attributes, and the build that walks it. One per manager; the project comes and goes.
 //
@@ -125,6 +123,11 @@ class CProjectModel {
   bool IsModified() const { return modified != 0; }
   // Returns whether a save has anything to write.
   bool HasUnsaved() const { return isOpen && (modified != 0 || shapeChanged); }
+  // A close has nothing to write until the next change.
+  void DropChanges() {
+    modified = 0;
+    shapeChanged = false;
+  }
   // Siblings changed places.
   void NoteReordered() {
     NoteModified();
@@ -370,26 +373,33 @@ class CProjectModel {
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
   // A file that a save is about to write.
   struct PendingFile {
-    std::string absolute;
-    std::string text;
-    CXmlNode* child = nullptr;       // the element whose file it is; null for the topmost
-    std::vector<std::size_t> parts;  // files of its own children
-    SavePlan plan;
-    bool saved = true;  // it and its parts
+    std::string absolute;                // as the tree names it
+    std::string text;                    // in the form for the disk
+    std::vector<std::size_t> parts;      // files of its own children
+    std::vector<std::string> keptParts;  // see FileSaver::Prepare
+    SavePlan plan;                       // for another file if it was moved
+    bool isPlanned = false;              // `plan` follows from the file that names this one
+    bool isSaved = true;
   };
-  std::size_t CollectTreeFiles(CXmlNode& node, CXmlNode* child, const std::string& absolute,
+  std::size_t CollectTreeFiles(CXmlNode& node, const std::string& absolute,
                                std::vector<PendingFile>& pending);
+  void FollowParts(std::vector<PendingFile>& pending);
+  void FollowPart(PendingFile& owner, PendingFile& part, const std::string& reference,
+                  const std::string& target);
   void RemoveAbandoned(const std::vector<PendingFile>& pending);
   void SaveAllPending(std::vector<PendingFile>& pending);
   void SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending);
   std::string PlanFiles(std::vector<PendingFile>& pending);
   std::string PrepareFiles(std::vector<PendingFile>& pending);
   Status WriteTreeFile(const SavePlan& plan);
+  void ReportUnneeded(const SavePlan& plan, std::vector<SavedFile>& reports);
+  void KeepElsewhere(PendingFile& file, const std::string& reason);
   void LoseNothing(PendingFile& file, const std::string& reason);
+  void KeepUnsaved(const std::vector<PendingFile>& pending);
+  static constexpr const char* kSharedFile = "it is the file of two applications";
   // `place` is the file that is the reason, empty if none is.
   void RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason,
                    const std::string& place = {});
-  void ReloadEmptied(CXmlNode& node);
   void ReportSave();
 
   std::int32_t LoadProject(std::uint64_t opened);
@@ -435,7 +445,7 @@ class CProjectModel {
   std::string FindImportProgram() const;
   bool AnnounceApplications(std::uint64_t opened);
   bool MakeOptionsReady(std::uint64_t opened);
-  bool WriteAndEmpty();
+  void WriteAndEmpty();
 
   void PublishFromParent(CXmlNode& node, bool force);
   void PublishPath(CXmlNode& node);
@@ -467,7 +477,9 @@ class CProjectModel {
   bool TakeBuildRecords(const std::string& xmlinfo);
   const OutputIndex& IndexOutputs(CXmlNode& application);
   void ForgetOldOutputs();
-  void ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> record);
+  // A tool's report as the list of dependencies of its node.
+  std::unique_ptr<CXmlNode> TakeDependencies(std::unique_ptr<CXmlNode> record);
+  void ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> list);
 
   FileSystem& files;
   FileGuard guard;
@@ -506,16 +518,16 @@ class CProjectModel {
   std::vector<std::string> loadingFiles;    // the chain of files being read
   std::unique_ptr<ReplacedFiles> staged;    // for the next open
   const ReplacedFiles* replaced = nullptr;  // of the project that is being read
-  std::vector<SavedFile> savedFiles;      // of the last save or close, if there is anything to say
-  std::set<std::string> mayWriteOutside;  // files outside the project's folder
-  bool textLost = false;                  // a text could neither be saved nor rescued
-  std::set<const CXmlNode*> emptied;      // elements whose children are on disk alone
-  bool keepTreeOnLoss = false;            // a close that loses a text stops in front of freeing it
+  std::vector<SavedFile> savedFiles;       // of the last save or close, if there is anything to say
+  std::set<std::string> mayWriteOutside;   // files outside the project's folder
+  bool isSaving = false;                   // a close belongs to a save, and the project stays open
+  std::unique_ptr<ReplacedFiles> unsaved;  // of such a close; null if all was saved
 
   PublishCursor publishCursor;
   std::unordered_map<const CXmlNode*, std::string> optionTexts;
   std::unordered_map<std::string, const CXmlNode*> typesByExtension;
   bool typesByExtensionKnown = false;
+  std::pair<std::string, const CXmlNode*> lastExtension;
 
   std::mutex buildLock;  // guards buildState and nothing else
   std::int32_t buildState = StateIdle;

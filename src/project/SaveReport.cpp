@@ -18,6 +18,8 @@ std::vector<std::string> SavedFile::ToLines() const {
     lines.push_back(path + " was changed by another program; a copy of its version is " + copy);
   } else if (isMerged) {
     lines.push_back(path + " was changed by another program; its changes are kept");
+  } else if (wasRemoved) {
+    lines.push_back(path + " was missing; it has been written again");
   }
   return lines;
 }
@@ -30,6 +32,7 @@ void SavedFile::AddTo(CXmlNode& list) const {
   file.AddAttr("Copy", copy);
   file.AddAttr("CopyReason", kReasons[static_cast<std::size_t>(copyReason)]);
   file.AddAttr("Merged", isMerged ? "Yes" : "No");
+  file.AddAttr("Missing", wasRemoved ? "Yes" : "No");
   for (const std::string& line : ToLines()) file.AddChild("Line")->AddAttr("Text", line);
   for (const TreeConflict& each : conflicts) {
     CXmlNode& conflict = *file.AddChild("Conflict");

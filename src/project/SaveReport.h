@@ -18,7 +18,8 @@ struct SavedFile {
   std::string problem;  // why it could not be written; empty if it was
   std::string copy;     // of what it held before, or of what could not be written; may be empty
   CopyReason copyReason = CopyReason::None;
-  bool isMerged = false;  // has changes of another program as well
+  bool isMerged = false;    // has changes of another program as well
+  bool wasRemoved = false;  // by another program, and was written again
   std::vector<TreeConflict> conflicts;
 
   // One line for each thing to say: "/p/demo.tapp can't be written: ...".

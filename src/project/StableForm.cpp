@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
 #include "project/ChildPairs.h"
 
 namespace tarn {
@@ -34,16 +36,21 @@ void SettleAttributes(const CXmlNode* base, CXmlNode& node, bool isReference) {
     return isReference ? !Contains(kOfReference, name) : IsDerivedAttribute(name);
   };
   const Attributes present = AttributesOf(node);
+  Attributes rest = present;
   Attributes settled = base == nullptr ? Attributes() : AttributesOf(*base);
+  // A name may be repeated in a damaged file: the first goes to the first.
   std::erase_if(settled, [&](auto& each) {
     if (isDerived(each.first)) return false;
-    const char* value = node.GetAttrValue(each.first);
-    if (value != nullptr) each.second = value;
-    return value == nullptr;
+    const auto own = std::find_if(rest.begin(), rest.end(), [&each](const auto& attribute) {
+      return attribute.first == each.first;
+    });
+    if (own == rest.end()) return true;
+    each.second = std::move(own->second);
+    rest.erase(own);
+    return false;
   });
-  for (const auto& each : present) {
-    const bool isNew = base == nullptr || base->GetAttr(each.first) == nullptr;
-    if (isNew && !isDerived(each.first)) settled.push_back(each);
+  for (auto& each : rest) {
+    if (!isDerived(each.first)) settled.push_back(std::move(each));
   }
   if (settled == present) return;
   while (node.GetFirstAttr() != nullptr) node.RemoveAttr(node.GetFirstAttr());
@@ -91,6 +98,22 @@ void SettleChildren(const CXmlNode* base, CXmlNode& node, const NodeTypes* types
   RestorePlaces(node, children, pairs);
 }
 
+// An application says the same of itself whichever project saves it: each names it by a path of its
+// own. What says what holds without it isn't added.
+void SettleApplication(const CXmlNode& base, CXmlNode& root) {
+  for (const char* name : {"Extern", "Path"}) {
+    const std::string former = TextOf(base.GetAttrValue(name));
+    const std::string now = TextOf(root.GetAttrValue(name));
+    const bool isOfForm = former.starts_with('.') && former.find('/') == former.npos;
+    const bool isSameFile = EqualNoCase(FileNameOf(former), FileNameOf(now));
+    if (isOfForm && isSameFile) root.SetAttrValue(name, former);
+  }
+  const auto namesStandard = [](const CXmlNode& node) {
+    return EqualNoCase(TextOf(node.GetAttrValue("Config")), kStandardConfig);
+  };
+  if (namesStandard(root) && !namesStandard(base)) root.RemoveAttr(root.GetAttr("Config"));
+}
+
 }  // namespace
 
 bool IsDerivedAttribute(std::string_view name) {
@@ -98,6 +121,7 @@ bool IsDerivedAttribute(std::string_view name) {
 }
 
 void MakeStable(const CXmlNode& base, CXmlNode& tree, const NodeTypes& types) {
+  if ((types.FlagsOf(tree) & kTypeExtern) != 0) SettleApplication(base, tree);
   SettleAttributes(&base, tree, false);
   SettleChildren(&base, tree, &types);
 }

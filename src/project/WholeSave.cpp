@@ -11,7 +11,7 @@ namespace tarn {
 void CProjectModel::RemoveAbandoned(const std::vector<PendingFile>& pending) {
   std::string cleaned;
   for (const PendingFile& file : pending) {
-    const std::string folder = FolderOf(file.absolute);
+    const std::string folder = FolderOf(file.plan.absolute);
     if (file.plan.isNeeded && folder != cleaned) files.RemoveAbandoned(folder);
     cleaned = folder;
   }
@@ -24,24 +24,27 @@ void CProjectModel::SaveAllPending(std::vector<PendingFile>& pending) {
   std::vector<SavedFile> reports;
   Error failure;  // none without a place
   for (PendingFile& file : pending) {
-    if (!file.plan.isNeeded || !failure.place.empty()) continue;
-    const auto fail = [&](const std::string& text) {
-      failure = {ErrorCode::Io, text, file.absolute};
-    };
-    const auto isSame = [&file](const FileBytes& each) { return each.path == file.absolute; };
+    if (!failure.place.empty()) break;
+    if (!file.plan.isNeeded) {
+      ReportUnneeded(file.plan, reports);
+      continue;
+    }
+    const std::string& target = file.plan.absolute;
+    const auto fail = [&](const std::string& text) { failure = {ErrorCode::Io, text, target}; };
+    const auto isSame = [&target](const FileBytes& each) { return each.path == target; };
     const auto same = std::find_if(list.begin(), list.end(), isSame);
     if (same != list.end() && same->bytes != file.plan.text) {
-      fail("it is the file of two applications");
+      fail(kSharedFile);
     } else if (!file.plan.problem.empty()) {
       fail(file.plan.problem);
     } else if (const FileAccess access =
-                   GetFileAccess(files, file.absolute, kMustBeWritable | kCreateFolder);
-               !ReportFileAccess(access, *output, file.absolute)) {
-      fail(access.reason.text);
+                   GetFileAccess(files, target, kMustBeWritable | kCreateFolder);
+               !ReportFileAccess(access, *output, target)) {
+      fail(access.reason.place + ": " + access.reason.text);
     } else if (const Status kept = saver.KeepOther(file.plan, reports.emplace_back()); !kept) {
       fail(kept.GetError().text);
     } else if (same == list.end()) {
-      list.push_back({file.absolute, file.plan.text});
+      list.push_back({target, file.plan.text});
     }
   }
   if (failure.place.empty()) failure = files.WriteFiles(list).GetError();
@@ -50,8 +53,8 @@ void CProjectModel::SaveAllPending(std::vector<PendingFile>& pending) {
     return;
   }
   for (const PendingFile& file : pending) {
-    guard.NoteWritten(file.absolute, file.plan.text);
-    if (file.plan.isNeeded) SetDamageOf(file.absolute, {});
+    guard.NoteWritten(file.plan.absolute, file.plan.text);
+    if (file.plan.isNeeded) SetDamageOf(file.plan.absolute, {});
   }
   for (SavedFile& each : reports) {
     if (!each.ToLines().empty()) savedFiles.push_back(std::move(each));

@@ -92,6 +92,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"StageFileTexts", 68, {"", ""}, "0", "1"},
       {"IsModified", 69, {}, "0", "0"},
       {"SaveAllOrNone", 70, {0}, "0", "1"},
+      {"DropChanges", 75, {}, "0", "1"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {

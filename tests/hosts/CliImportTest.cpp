@@ -255,7 +255,7 @@ TEST(CliImport, EachEndOfAScriptHasItsAnswerAndExitCode) {
       {"print qq(no luck\\n); exit 1", "", 3, "tarn: old.prj can't be converted.\ntarn: no luck\n"},
       {"exit 2", "", 3, "old.prj' does not exist.\n"},
       {"exit 3", "", 3, "old.prj' can't be read.\n"},
-      {"exit 4", "", 3, "old.prj\n"},
+      {"exit 4", "", 3, "old.prj' is damaged; only"},
       {"exit 5", "", 3, "old.prj' has a form that can't be converted.\n"},
       {"exit 6", "", 3, "old.prj' can't be written.\n"},
       {"exit 7", "", 3, "old.prj' was converted only in part.\n"},

@@ -53,6 +53,22 @@ TEST(CliRelocate, AMovedApplicationIsFoundAndItsSourcesStay) {
   EXPECT_FALSE(project.Exists("app.tapp"));
 }
 
+// A link is no place of its own, and what is outside doesn't belong to the project.
+TEST(CliRelocate, LinksAreNotFollowed) {
+  CliProject project;
+  const CliProject other;
+  fs::create_directories(project.PathOf("fw"));
+  fs::rename(project.PathOf("src/a.c"), project.PathOf("fw/a.c"));
+  fs::create_directory(project.PathOf("aa"));
+  fs::create_symlink(project.PathOf("fw/a.c"), project.PathOf("aa/a.c"));
+  fs::create_directory_symlink(project.PathOf("fw"), project.PathOf("src/fw"));
+  fs::remove(project.PathOf("src/b.c"));
+  fs::create_directory_symlink(other.PathOf("src"), project.PathOf("other"));
+  const auto answer = project.Run({"relocate"});
+  EXPECT_EQ(answer.out, "src/a.c -> fw/a.c\n");
+  EXPECT_TRUE(Has(answer.err, "src/b.c was not found")) << answer.err;
+}
+
 TEST(CliRelocate, WhatIsOpenIsLeftToTheUser) {
   CliProject project;
   for (const char* folder : {"x", "y"}) {

@@ -164,8 +164,53 @@ TEST(CliUndo, AnEditDoesNotFailForItsRecord) {
   EXPECT_TRUE(Has(answer.err, "`tarn undo` needs can't be written: " + std::string(kRecord)))
       << answer.err;
   fs::remove(project.PathOf(kRecord));
-  project.Write(kRecord, "Tarn undo 1\n1 0\n");
-  project.ExpectRefusal({"undo"}, 2, "There is no change");
+  project.Write(kRecord, "Tarn undo 2\n1\n1 0\n");
+  project.ExpectRefusal({"undo"}, 3, std::string(kRecord) + " can't be used: it is damaged.");
+  const std::string said = project.Run({"remove", "src/d.c"}).err;
+  EXPECT_TRUE(Has(said, "The changes before this one can't be undone: " + std::string(kRecord)));
+  EXPECT_EQ(project.Out({"undo"}), "undone: Remove d.c\n");
+}
+
+// Otherwise `tarn undo` would take back the change before the last.
+TEST(CliUndo, NothingIsUndoneByARecordThatCanNotBeWritten) {
+  CliProject project;
+  for (const char* name : {"src/d.c", "src/e.c"}) project.Write(name, "");
+  project.Out({"add", "src/d.c"});
+  fs::permissions(project.PathOf(kRecord), fs::perms::owner_read);
+  EXPECT_TRUE(Has(project.Run({"add", "src/e.c"}).err, "`tarn undo` needs can't be written"));
+  const std::string before = FilesOf(project);
+  project.ExpectRefusal({"undo"}, 3,
+                        std::string(kRecord) + " can't be used: the file is read-only.");
+  EXPECT_EQ(FilesOf(project), before);
+}
+
+TEST(CliUndo, AStepThatSomebodyTookBackByHandIsPassedOver) {
+  CliProject project;
+  project.Out({"rename", "src/a.c", "x.c"});
+  project.Out({"rename", "src/b.c", "y.c"});
+  Replace(project, "\"y.c\"", "\"b.c\"");
+  const std::string present = FilesOf(project);
+  EXPECT_EQ(project.Out({"undo"}), "\"Rename b.c to y.c\" is undone already\n");
+  EXPECT_EQ(FilesOf(project), present);
+  EXPECT_EQ(project.Out({"undo"}), "undone: Rename a.c to x.c\n");
+}
+
+// The project names a file then that isn't there, and can't be opened.
+TEST(CliUndo, ARelocationIsTakenBackAndMadeAgain) {
+  CliProject project;
+  project.Out({"rename", "src/a.c", "x.c"});
+  const std::string before = FilesOf(project);
+  fs::create_directories(project.PathOf("apps"));
+  fs::rename(project.PathOf("app.tapp"), project.PathOf("apps/app.tapp"));
+  project.Out({"relocate"});
+  const std::string after = project.Read("demo.tprj") + project.Read("apps/app.tapp");
+  EXPECT_EQ(project.Out({"undo"}), "undone: Relocate 4 paths\n");
+  EXPECT_EQ(project.Out({"redo"}), "redone: Relocate 4 paths\n");
+  EXPECT_EQ(project.Read("demo.tprj") + project.Read("apps/app.tapp"), after);
+  project.Out({"undo"});
+  fs::rename(project.PathOf("apps/app.tapp"), project.PathOf("app.tapp"));
+  EXPECT_EQ(FilesOf(project), before);
+  EXPECT_EQ(project.Out({"undo"}), "undone: Rename a.c to x.c\n");
 }
 
 TEST(CliUndo, IsAChangeLikeOthers) {

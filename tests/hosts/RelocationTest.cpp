@@ -108,7 +108,7 @@ void ExpectNodes(World& world, Relocation& relocation, const std::string& file,
     if (each.path != file) continue;
     EXPECT_TRUE(each.text.find(nodes) != std::string::npos) << each.text;
   }
-  EXPECT_TRUE(WriteAllFiles(world.files, *texts));
+  EXPECT_TRUE(world.files.WriteFiles(AsBytes(*texts)));
   Relocation again(world.files, "/p/demo.tprj");
   EXPECT_TRUE(again.Search("/p"));
   EXPECT_EQ(Found(again), Lines());
@@ -150,6 +150,17 @@ TEST(Relocation, OptionsFollowTheFolders) {
               option + "lib/inc;keep;$(X)/src;lib\\inc\" /></Options>");
 }
 
+TEST(Relocation, EachFolderOfAnOptionIsListed) {
+  const std::string option = "\r\n\t<Options><Property Header=\"Include\" Value=\"";
+  World world({"/p/lib/a.c", "/p/lib/inc/a.h", "/p/lib/inc/sub/b.h"},
+              Nodes({".\\src\\a.c"}) + option + "src/inc;/p/src/inc/sub\" /></Options>");
+  Relocation relocation(world.files, "/p/demo.tprj");
+  ASSERT_TRUE(relocation.Search("/p"));
+  EXPECT_EQ(Found(relocation), (Lines{"/p/src/a.c -> /p/lib/a.c", "/p/src/inc -> /p/lib/inc",
+                                      "/p/src/inc/sub -> /p/lib/inc/sub"}));
+  ExpectNodes(world, relocation, "/p/app.tapp", option + "lib/inc;/p/lib/inc/sub\" /></Options>");
+}
+
 TEST(Relocation, TheUsersChoiceCounts) {
   World world({"/p/x/a.c", "/p/y/a.c", "/p/b.c"}, Nodes({".\\src\\a.c", ".\\src\\b.c"}));
   Relocation relocation(world.files, "/p/demo.tprj");
@@ -180,17 +191,6 @@ TEST(Relocation, WhatCanNotBeReadOrReplacedIsAnError) {
   World world({"/p/lib/a.c"}, Nodes({".\\src\\a.c"}));
   Relocation relocation(world.files, "/p/demo.tprj");
   EXPECT_EQ(relocation.Search("/none").GetError().code, ErrorCode::NotFound);
-}
-
-TEST(FileText, WhatCanNotBeWrittenWholeIsPutBack) {
-  testing::MemoryFileSystem files;
-  files.AddFile("/p/a", "old");
-  files.AddFile("/p/c", "old");
-  files.FailOn("write", "/p/c", ErrorCode::NoSpace);
-  const Status written = WriteAllFiles(files, {{"/p/a", "new"}, {"/p/b", "new"}, {"/p/c", "new"}});
-  EXPECT_EQ(written.GetError().place, "/p/c");
-  EXPECT_EQ(files.BytesOf("/p/a"), "old");
-  EXPECT_FALSE(files.BytesOf("/p/b"));
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ struct DamageRow {
 
 const char* const kWholeTree = "one[one.c] two[two.c]";
 const char* const kBareTree = "one[one.c] two";
-const Lines kRow23 = {"row 23"};
+const Lines kRow23 = {"row 23 /p/two.tapp"};
 
 // A file that holds something else than a run of the system writes: what it held is kept beside it.
 DamageRow Kept(const char* name, const std::string& path, const std::string& bytes,
@@ -90,7 +90,8 @@ TEST(DamagedFiles, WhatWasNotReadIsNeverSavedOver) {
 
     ASSERT_EQ(world.OpenDemo(), 1) << row.name;
     world.Edit();
-    EXPECT_EQ(world.model->SaveProject(), 1) << row.name;
+    const std::int32_t isSaved = world.model->SaveProject();
+    EXPECT_EQ(isSaved, world.disk.BytesOf("/p/two.tapp.unsaved") ? 0 : 1) << row.name;
     EXPECT_EQ(world.Files(), row.files) << row.name;
     world.disk.ClearFailures();
     EXPECT_EQ(world.model->SaveProject(), 1) << row.name;
@@ -126,12 +127,14 @@ const RefusalRow kRefusalRows[] = {
      {"row 8 /p/one.tapp: failed in memory with code 4"}},
     {"an application without a file",
      Write("/p/demo.tprj", "<Project><Application Header=\"one\" /></Project>"),
-     {"row 6 one"}},
-    {"an application file that holds itself", Write(kTwo, HoldingText("two", "two.tapp")), kRow23},
+     {"row 6 one: the project file has no path for it"}},
+    {"an application file that holds itself",
+     Write(kTwo, HoldingText("two", "two.tapp")),
+     {"row 8 /p/two.tapp: it refers to itself"}},
     {"two application files that hold each other",
      Both(Write("/p/one.tapp", HoldingText("one", "two.tapp")),
           Write(kTwo, HoldingText("two", "one.tapp"))),
-     {"row 23", "row 23"}},
+     {"row 8 /p/one.tapp: it refers to itself", "row 8 /p/two.tapp: it refers to itself"}},
 };
 
 // A project of which a part is missing is not open, and nothing of it is ever written.

@@ -193,7 +193,7 @@ const OrderRow kOrderRows[] = {
     {"the same project, while its second file is read",
      kMsgLogLine,
      "/p/demo.tprj",
-     {"0x801B row 17 .\\two.tapp", "0x8016 /p/demo.tprj", "0x801B row 17 .\\two.tapp",
+     {"0x801B row 17 /p/two.tapp", "0x8016 /p/demo.tprj", "0x801B row 17 /p/two.tapp",
       "0x8015 /p/demo.tprj", "0x8023 /p/one.tapp", "0x8023 /p/two.tapp",
       "0x8019 one Local Settings", "0x8011 /p/one.tapp", "0x8010 /p/one.tapp"}},
 };
@@ -238,10 +238,10 @@ TEST(ReentrantHost, NothingIsOpenedOrClosedInsideTheQuestionOrTheSave) {
     };
     EXPECT_EQ(world.model->CloseProject(), 1) << message;
     EXPECT_EQ(results, Lines{"0000"}) << message;
-    EXPECT_EQ(world.Heard(),
-              (Lines{"0x8016", "row 17 /p/two.tapp", "row 9 /p/two.tapp", "row 9 /p/demo.tprj",
-                     "/p/two.tapp can't be saved: failed in memory with code 3; "
-                     "what was to be saved is in /p/two.tapp.unsaved"}))
+    EXPECT_EQ(world.Heard(), (Lines{"0x8016", "row 17 /p/two.tapp",
+                                    "row 9 /p/two.tapp: failed in memory with code 3",
+                                    "/p/two.tapp can't be saved: failed in memory with code 3; "
+                                    "what was to be saved is in /p/two.tapp.unsaved"}))
         << message;
     EXPECT_EQ(world.Files(), (Lines{"/p/two.tapp old", "/p/two.tapp.unsaved new"})) << message;
   }

@@ -148,7 +148,7 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
     for (const std::string& line : row.damage) expected.push_back(row.file + line);
     EXPECT_EQ(ToLines(world.model->GetDamage()), expected);
     world.Edit();
-    EXPECT_EQ(world.model->SaveProject(), 1);
+    world.model->SaveProject();
     EXPECT_EQ(world.FileText(row.file + ".bak"), row.isCopied ? row.text : "(none)");
   }
 }

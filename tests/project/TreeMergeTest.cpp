@@ -133,6 +133,21 @@ TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
        "</Project>",
        "\r\n<Project>\r\n\t<Options>\r\n\t\t<Config Header=\"b\" />\r\n\t</Options>"
        "\r\n\t<Group Header=\"g\" />\r\n\t<Group Header=\"h\" />\r\n</Project>"},
+      // An application, saved by a project in another folder; renamed; not in the system's form.
+      {"<Application Extern='.\\a.tapp' Path='.\\a.tapp' />",
+       "<Application Extern='..\\p\\a.tapp' Path='..\\p\\a.tapp' Config='standard' />",
+       "\r\n<Application Extern=\".\\a.tapp\" Path=\".\\a.tapp\" />"},
+      {"<Application Extern='.\\a.tapp' Config='Debug' />",
+       "<Application Extern='.\\b.tapp' Config='Standard' />",
+       "\r\n<Application Extern=\".\\b.tapp\" />"},
+      {"<Application Extern='.\\a.tapp' Config='Standard' />",
+       "<Application Extern='.\\a.tapp' Config='Standard' />",
+       "\r\n<Application Extern=\".\\a.tapp\" Config=\"Standard\" />"},
+      {"<Application Extern='p/a.tapp' Path='/p/a.tapp' />",
+       "<Application Extern='.\\p\\a.tapp' Path='.\\p\\a.tapp' />",
+       "\r\n<Application Extern=\".\\p\\a.tapp\" Path=\".\\p\\a.tapp\" />"},
+      {"<Project Header='a' Header='b' sate='1' />", "<Project Header='c' Header='b' sate='2' />",
+       "\r\n<Project Header=\"c\" Header=\"b\" sate=\"1\" />"},
   };
   ProjectWorld world;
   for (const auto& row : rows) {

@@ -665,6 +665,55 @@ class History(ServeTest):
         self.assertEqual(self.state(client), (["Remove 2 files"], []))
 
 
+class Saves(ServeTest):
+    def problems(self, client):
+        found = [params for method, params in client.heard if method == "project/saveProblem"]
+        client.heard.clear()
+        return found
+
+    def read(self, name):
+        with open(self.project.path(name), newline="") as file:
+            return file.read()
+
+    def add(self, client, name):
+        self.project.write(name, "")
+        client.call("AddExistingItem", self.project.path(name), None)
+
+    def test_what_could_not_be_saved_is_told_and_tried_again(self):
+        client = self.open()
+        before = self.read("app.tapp")
+        self.add(client, "src/c.c")
+        os.chmod(self.project.path("app.tapp"), 0o444)
+        for _ in range(2):
+            self.assertEqual(client.call("ProjectSave"), 1)
+            problems = self.problems(client)
+            self.assertEqual(len(problems), 1)
+            self.assertEqual(problems[0], client.wait(client.post("project/saveReport")))
+            self.assertEqual(len(problems[0]["problems"]), 1)
+            self.assertRegex(problems[0]["problems"][0],
+                             "/app.tapp can't be saved: .*; what was to be saved is in /")
+            self.assertEqual(self.read("app.tapp"), before)
+        os.chmod(self.project.path("app.tapp"), 0o644)
+        self.assertEqual(client.call("ProjectSave"), 1)
+        self.assertEqual(self.problems(client), [])
+        self.assertIn('"c.c"', self.read("app.tapp"))
+
+    def test_a_project_that_was_moved_away_is_not_made_again(self):
+        client = self.open()
+        self.add(client, "src/c.c")
+        moved = self.project.folder + "-moved"
+        self.addCleanup(shutil.rmtree, moved, True)
+        os.rename(self.project.folder, moved)
+        self.assertEqual(client.call("ProjectSave"), 1)
+        self.assertIn("the folder %s does not exist" % self.project.folder,
+                      "\n".join(self.problems(client)[0]["problems"]))
+        self.assertFalse(os.path.exists(self.project.folder))
+        os.rename(moved, self.project.folder)
+        self.assertEqual(client.call("ProjectSave"), 1)
+        self.assertEqual(self.problems(client), [])
+        self.assertIn('"c.c"', self.read("app.tapp"))
+
+
 class Damage(ServeTest):
     def damage(self):
         path = self.project.write_project()

@@ -1040,6 +1040,14 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
             <numerusform> und %n weitere</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 was missing. It has been written again.</source>
+        <translation>%1 fehlte und wurde neu geschrieben.</translation>
+    </message>
+    <message>
+        <source>was missing, written again</source>
+        <translation>fehlte, neu geschrieben</translation>
+    </message>
 </context>
 <context>
     <name>ServerNotices</name>

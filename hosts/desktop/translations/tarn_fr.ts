@@ -1040,6 +1040,14 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
             <numerusform> et %n autres</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 was missing. It has been written again.</source>
+        <translation>%1 manquait et a été réécrit.</translation>
+    </message>
+    <message>
+        <source>was missing, written again</source>
+        <translation>manquait, réécrit</translation>
+    </message>
 </context>
 <context>
     <name>ServerNotices</name>

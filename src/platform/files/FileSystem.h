@@ -121,9 +121,10 @@ class FileSystem {
   // sees the old bytes or the new ones. Keeps the mode bits, follows a symbolic link. Refuses a
   // read-only file.
   virtual Status WriteWholeFile(const std::string& path, std::string_view bytes) = 0;
-  // WriteWholeFile for files that belong together: all are written, or none. `place` of an error is
-  // the file that can't be. Only a process that is killed between the last steps leaves some of
-  // them written, the first ones of the list.
+  // WriteWholeFile for files that belong together: all are written, or none; one that holds its
+  // bytes already is left alone. `place` of an error is the file that can't be written. Only a
+  // process that is killed between the last steps leaves some of them written, the first ones of
+  // the list.
   virtual Status WriteFiles(std::span<const FileBytes> list) { return WriteOneByOne(*this, list); }
   // Removes temporary files in the folder that processes have left that were killed in a write.
   virtual void RemoveAbandoned(const std::string& /*folder*/) {}

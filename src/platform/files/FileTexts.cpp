@@ -4,6 +4,12 @@
 
 namespace tarn {
 
+std::vector<FileBytes> AsBytes(std::span<const FileText> texts) {
+  std::vector<FileBytes> list;
+  for (const FileText& each : texts) list.push_back({each.path, each.text});
+  return list;
+}
+
 std::string JoinFileTexts(std::span<const FileText> texts) {
   std::string all;
   for (const FileText& each : texts) {

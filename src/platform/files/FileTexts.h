@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/files/WriteFiles.h"
+
 namespace tarn {
 
 // A file as a whole.
@@ -13,6 +15,9 @@ struct FileText {
   std::string path;
   std::string text;
 };
+
+// The files for FileSystem::WriteFiles; borrows the texts.
+std::vector<FileBytes> AsBytes(std::span<const FileText> texts);
 
 // Puts files into one string: "<bytes> <path>\n" and the bytes, of each. No path has a line feed.
 std::string JoinFileTexts(std::span<const FileText> texts);

@@ -11,6 +11,7 @@ Status WriteOneByOne(FileSystem& files, std::span<const FileBytes> list) {
   std::vector<std::pair<std::string, Result<std::string>>> before;
   for (const FileBytes& each : list) {
     auto present = files.ReadWholeFile(each.path);
+    if (present && *present == each.bytes) continue;
     const bool isKnown = present || present.GetError().code == ErrorCode::NotFound;
     const Status written =
         isKnown ? files.WriteWholeFile(each.path, each.bytes) : Status(present.GetError());

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <ctime>
+#include <string>
+#include <utility>
 
 namespace tarn {
 
@@ -141,12 +143,16 @@ std::string FormatMessageText(std::string_view format, std::span<const std::stri
 }
 
 std::string FormatLocalTime(std::int64_t seconds) {
+  // Tools write many files in one second, which are shown one after the other.
+  thread_local std::pair<std::int64_t, std::string> last;
+  if (last.first == seconds && !last.second.empty()) return last.second;
   const auto time = static_cast<std::time_t>(seconds);
   std::tm parts{};
   if (localtime_r(&time, &parts) == nullptr) return {};
   char buffer[128];
   const std::size_t length = std::strftime(buffer, sizeof buffer, "%x %X", &parts);
-  return std::string(buffer, length);
+  last = {seconds, std::string(buffer, length)};
+  return last.second;
 }
 
 }  // namespace tarn

@@ -79,6 +79,9 @@ TEST_F(PosixFileSystemTest, FilesThatBelongTogetherAreWrittenAllOrNone) {
   EXPECT_EQ(*files.ReadWholeFile(scratch / "a"), "new");
   EXPECT_EQ(*files.ReadWholeFile(scratch / "c"), "new");
   EXPECT_EQ(ModeOf(scratch / "a"), 0640U);
+  const auto before = files.Examine(scratch / "a");
+  EXPECT_TRUE(write("c"));
+  EXPECT_EQ(files.Examine(scratch / "a")->changed, before->changed);
   EXPECT_EQ(files.ListFolder(scratch.Path())->size(), 5U) << "a temporary file was left behind";
 }
 

@@ -254,6 +254,8 @@ Status PosixFileSystem::WriteWholeFile(const std::string& path, std::string_view
 Status PosixFileSystem::WriteFiles(std::span<const FileBytes> list) {
   std::vector<FileBytes> located;
   for (const FileBytes& each : list) {
+    const Result<std::string> present = ReadWholeFile(each.path);
+    if (present && *present == each.bytes) continue;
     const Result<std::string> target = names.LocateOrCreate(each.path);
     if (!target) return Error{target.GetError().code, target.GetError().text, each.path};
     located.push_back({*target, each.bytes});

@@ -1,0 +1,247 @@
+// Saving of the tree: which files it makes, what they are to hold, and what becomes of a file that
+// can't be written. WholeSave.cpp has the save that writes all of them or none.
+
+#include <algorithm>
+
+#include "output/MessageTable.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "platform/windowing/Dialogs.h"
+#include "project/FileAccess.h"
+#include "project/ProjectModel.h"
+
+namespace tarn {
+
+namespace {
+
+// Names an application of the project as the active one; none if it has none.
+void NameActive(CXmlNode& root, const NodeTypes& types) {
+  const char* const active = root.GetAttrValue("ActiveApp");
+  if (active == nullptr || (types.FlagsOf(root) & kTypeProject) == 0) return;
+  const CXmlNode* first = nullptr;
+  for (const CXmlNode* child : root.GetChildren()) {
+    if ((types.FlagsOf(*child) & kTypeApplication) == 0) continue;
+    if (EqualNoCase(TextOf(child->GetAttrValue("Header")), active)) return;
+    if (first == nullptr) first = child;
+  }
+  if (first != nullptr) {
+    root.SetAttrValue("ActiveApp", TextOf(first->GetAttrValue("Header")));
+  } else {
+    root.RemoveAttr(root.GetAttr("ActiveApp"));
+  }
+}
+
+}  // namespace
+
+// All texts are made before the first is written: writing sends messages, and whatever their
+// handlers do to the tree is not to get into the files.
+std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& fileName) {
+  std::string absolute;
+  if (!MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
+  std::vector<PendingFile> pending;
+  CollectTreeFiles(node, absolute, pending);
+  const bool isHeld = editLock.IsHeldFor(projectPath);
+  if (const std::string refusal = PlanFiles(pending); !refusal.empty()) {
+    RefuseFiles(pending, refusal);
+  } else {
+    RemoveAbandoned(pending);
+    if (savesWhole) {
+      SaveAllPending(pending);
+    } else {
+      for (PendingFile& file : pending) SavePendingFile(file, pending);
+    }
+  }
+  if (!isHeld) editLock.Release();
+  const bool isSaved = std::all_of(pending.begin(), pending.end(),
+                                   [](const PendingFile& file) { return file.isSaved; });
+  if (isSaving && !isSaved) KeepUnsaved(pending);
+  return isSaved ? 1 : 0;
+}
+
+// The project is to be read again with what could not be written as its unsaved changes.
+void CProjectModel::KeepUnsaved(const std::vector<PendingFile>& pending) {
+  unsaved = std::make_unique<ReplacedFiles>(ReplacedFiles{{}, guard});
+  for (const PendingFile& file : pending) {
+    // Of two elements with one file the first was written, and the other one is in its copy.
+    unsaved->texts.emplace(file.plan.absolute, file.isSaved ? file.plan.text : file.plan.own);
+    // The file that names it may not have been written, and names its earlier path then.
+    unsaved->texts.emplace(file.absolute, file.text);
+  }
+}
+
+// Takes the right to change the project's files, and prepares them. Returns why nothing may be
+// written; empty if all may. No other program waits while the user is asked.
+std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
+  const bool isHeld = editLock.IsHeldFor(projectPath);
+  while (true) {
+    const bool isTaken = editLock.Take(projectPath);
+    const std::string outside = PrepareFiles(pending);
+    if (!isTaken) return "another program is changing the project (" + editLock.GetHolder() + ")";
+    if (outside.empty()) return {};
+    if (!isHeld) editLock.Release();
+    const std::string reason = outside + " is outside the folder of the project";
+    if (!AskOkCancel(mainframeHandle, reason + ".\n\nWrite it?", GetMessageText(kRowProjectWord))) {
+      return reason;
+    }
+    mayWriteOutside.insert(outside);
+  }
+}
+
+// Returns the first file that is to be written outside the project's folder without the user's
+// consent. It is read wherever a reference leads.
+std::string CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
+  FollowParts(pending);
+  const FileSaver saver(files, guard, types);
+  const std::string folder = AddSeparator(files.ResolveLinks(projectFolder));
+  // Nor may a file that was never saved bring back a folder that was moved.
+  const bool isGone = guard.TextOf(projectPath) != nullptr && !files.Exists(projectFolder);
+  std::string outside;
+  for (PendingFile& file : pending) {
+    if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.keptParts);
+    const std::string& target = file.plan.absolute;
+    if (isGone && file.plan.problem.empty() && target.starts_with(AddSeparator(projectFolder))) {
+      file.plan.problem = "the folder " + projectFolder + " does not exist";
+    }
+    const bool isAllowed = writesOutside || mayWriteOutside.contains(target) ||
+                           files.ResolveLinks(target).starts_with(folder);
+    if (file.plan.isNeeded && !isAllowed && outside.empty()) outside = target;
+  }
+  return outside;
+}
+
+std::vector<FileText> CProjectModel::MakeFileTexts() {
+  std::vector<FileText> texts;
+  if (!isOpen) return texts;
+  CXmlNode copy;
+  copy.CopyFrom(*projectRoot);
+  StripSubtree(copy, true);
+  std::vector<PendingFile> pending;
+  CollectTreeFiles(copy, projectPath, pending);
+  for (PendingFile& file : pending) texts.push_back({file.absolute, std::move(file.text)});
+  return texts;
+}
+
+// The files of the subtree, parts before their owner. Returns the index of the node's own.
+std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, const std::string& absolute,
+                                            std::vector<PendingFile>& pending) {
+  PendingFile own;
+  own.absolute = absolute;
+  NameActive(node, types);
+  struct Aside {
+    CXmlNode* part;
+    std::vector<std::unique_ptr<CXmlNode>> children;
+    std::string value;
+  };
+  std::vector<Aside> aside;
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    CXmlNode& part = *node.GetChild(i);
+    if ((types.FlagsOf(part) & kTypeExtern) == 0) continue;
+    const std::string path = TextOf(part.GetAttrValue("Extern"));
+    // Nowhere to go: its children stay in this file.
+    if (path.empty()) continue;
+    std::string relative;
+    MakeRelativePath(path, relative, nullptr);
+    part.SetAttrValue("Extern", relative);
+    std::string partFile;
+    MakeAbsolutePath(path, partFile, nullptr);
+    own.parts.push_back(CollectTreeFiles(part, partFile, pending));
+    // In its owner's file it stands with its attributes alone.
+    aside.push_back({&part, {}, part.GetValue()});
+    part.SetValue("");
+    while (part.GetChildCount() > 0) {
+      aside.back().children.push_back(part.DetachChild(part.GetChild(part.GetChildCount() - 1)));
+    }
+  }
+  own.text = FileSaver(files, guard, types).Settle(absolute, node);
+  for (Aside& each : aside) {
+    each.part->SetValue(each.value);
+    for (auto child = each.children.rbegin(); child != each.children.rend(); ++child) {
+      each.part->AppendChild(std::move(*child));
+    }
+  }
+  pending.push_back(std::move(own));
+  return pending.size() - 1;
+}
+
+void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending) {
+  const std::string& target = file.plan.absolute;
+  // Of two elements with one file only one can have it.
+  for (const PendingFile* other = pending.data(); other != &file; ++other) {
+    if (other->plan.absolute != target) continue;
+    if (other->plan.own == file.plan.own) {
+      file.isSaved = other->isSaved;
+    } else {
+      LoseNothing(file, kSharedFile);
+    }
+    return;
+  }
+  if (!file.plan.isNeeded) {
+    ReportUnneeded(file.plan, savedFiles);
+    guard.NoteWritten(target, file.plan.text);
+  } else if (!file.plan.problem.empty()) {
+    LoseNothing(file, file.plan.problem);
+  } else if (const FileAccess access =
+                 GetFileAccess(files, target, kMustBeWritable | kCreateFolder);
+             !ReportFileAccess(access, *output, target)) {
+    // The log has a row on that.
+    KeepElsewhere(file, access.reason.place + ": " + access.reason.text);
+  } else if (const Status written = WriteTreeFile(file.plan); !written) {
+    if (written.GetError().code == ErrorCode::ReadOnly) {
+      output->WriteMessage(kRowReadOnly, {target});
+    }
+    LoseNothing(file, written.GetError().text);
+  }
+}
+
+// What was changed here has given way to what the file holds, if there is a conflict. The copy of
+// that holds what the next save may overwrite.
+void CProjectModel::ReportUnneeded(const SavePlan& plan, std::vector<SavedFile>& reports) {
+  if (plan.conflicts.empty()) return;
+  static_cast<void>(FileSaver(files, guard, types).KeepOther(plan, reports.emplace_back()));
+}
+
+Status CProjectModel::WriteTreeFile(const SavePlan& plan) {
+  SavedFile report;
+  const Status written = FileSaver(files, guard, types).Write(plan, report);
+  if (!written) return written;
+  SetDamageOf(plan.absolute, {});
+  if (!report.ToLines().empty()) savedFiles.push_back(std::move(report));
+  return {};
+}
+
+// The file was not written: its text goes where it can be found again.
+void CProjectModel::KeepElsewhere(PendingFile& file, const std::string& reason) {
+  file.isSaved = false;
+  SavedFile report;
+  report.path = file.plan.absolute;
+  report.problem = reason;
+  report.copy = guard.Rescue(report.path, file.plan.own, dataPath);
+  if (report.copy.empty()) report.problem += "; no copy could be written either";
+  savedFiles.push_back(std::move(report));
+}
+
+// The same, with a row of the log.
+void CProjectModel::LoseNothing(PendingFile& file, const std::string& reason) {
+  KeepElsewhere(file, reason);
+  output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
+}
+
+// Nothing is written. A project that stays open has it all; else the texts go to the user's data.
+void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason,
+                                const std::string& place) {
+  for (PendingFile& file : pending) {
+    file.isSaved = false;
+    if (!file.plan.isNeeded) continue;
+    SavedFile report;
+    report.path = file.plan.absolute;
+    const bool isOther = !place.empty() && place != report.path;
+    report.problem = isOther ? place + ": " + reason : reason;
+    if (!isSaving) {
+      report.copy = guard.RescueTo(dataPath, report.path, file.plan.own);
+      if (report.copy.empty()) report.problem += "; no copy could be written either";
+    }
+    savedFiles.push_back(std::move(report));
+  }
+}
+
+}  // namespace tarn

@@ -1,0 +1,235 @@
+// Saves of a project whose files another program has moved, removed or shares.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "project/AnsweringWizard.h"
+#include "project/ProjectWorld.h"
+
+namespace tarn::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// An application in a folder of its own, with a source beside it and another one above.
+class MovedFiles : public ::testing::Test {
+ public:
+  void SetUp() override { Reset(); }
+
+  void Reset() {
+    world = std::make_unique<ProjectWorld>();
+    world->AddFile("/p/demo.tprj", Project("app"));
+    world->AddFile("/p/app/one.tapp", Application("app", "", "..\\a.c"));
+    for (const char* source : {"/p/a.c", "/p/app/b.c", "/p/app/new.c"}) world->AddFile(source, "");
+    ASSERT_EQ(world->OpenDemo(), 1);
+  }
+
+  static std::string Project(const std::string& folder) {
+    const std::string start =
+        "\n<Project Header=\"demo\" Path=\".\\demo.tprj\" ActiveApp=\"one\" >";
+    const std::string file = ".\\" + folder + "\\one.tapp";
+    return start +
+           (folder.empty() ? ""
+                           : "\n\t<Application Header=\"one\" Extern=\"" + file + "\" Path=\"" +
+                                 file + "\" />") +
+           "\n</Project>";
+  }
+  static std::string Application(const std::string& folder, const std::string& beside,
+                                 const std::string& above) {
+    const std::string file = ".\\" + folder + "\\one.tapp";
+    return "\n<Application Header=\"one\" Extern=\"" + file + "\" Path=\"" + file +
+           "\" >\n\t<C Header=\"a.c\" Path=\"" + above + "\" />\n\t<C Header=\"b.c\" Path=\"" +
+           (beside.empty() ? ".\\b.c" : beside) + "\" />\n</Application>";
+  }
+
+  // Another program moves the application file and corrects the paths that lead to and from it.
+  void Move() {
+    world->disk.Erase("/p/app/one.tapp");
+    world->AddFile("/p/fw/avr/one.tapp", Application("fw\\avr", "..\\..\\app\\b.c", "..\\..\\a.c"));
+    world->AddFile("/p/demo.tprj", Project("fw\\avr"));
+  }
+  // The same for all of its folder.
+  void MoveFolder() {
+    for (const char* source : {"/p/fw/b.c", "/p/fw/new.c"}) world->AddFile(source, "");
+    world->disk.Erase("/p/app");
+    world->AddFile("/p/fw/one.tapp", Application("fw", "", "..\\a.c"));
+    world->AddFile("/p/demo.tprj", Project("fw"));
+  }
+  // It takes the application out of the project.
+  void Remove() {
+    world->disk.Erase("/p/app/one.tapp");
+    world->AddFile("/p/demo.tprj", Project(""));
+  }
+  void Add() { ASSERT_EQ(world->model->AddExistingItem("/p/app/new.c", nullptr), 1); }
+
+  std::string Paths() {
+    return ProjectWorld::Show(world->model->GetProjectRoot(), {"Header", "Path"});
+  }
+  Lines Reported() {
+    Lines lines;
+    for (const SavedFile& each : world->model->GetSavedFiles()) {
+      for (std::string& line : each.ToLines()) lines.push_back(std::move(line));
+    }
+    return lines;
+  }
+  // All but the log and the sources.
+  Lines Files() {
+    Lines found;
+    for (const std::string& path : world->disk.AllFiles()) {
+      if (!path.ends_with(".c") && path != "/tmp/log.xml") found.push_back(path);
+    }
+    return found;
+  }
+
+  std::unique_ptr<ProjectWorld> world;
+};
+
+TEST_F(MovedFiles, AnApplicationFollowsToWhereTheProjectNamesIt) {
+  const std::string project = "Project(Header=demo Path=/p/demo.tprj)[Application(Header=one ";
+  const struct {
+    const char* name;
+    void (MovedFiles::*edit)();
+    void (MovedFiles::*move)();
+    const char* tree;
+    Lines files;
+    Lines reported;
+  } rows[] = {
+      {"moved, no edit",
+       nullptr,
+       &MovedFiles::Move,
+       "Path=/p/fw/avr/one.tapp)[C(Header=a.c Path=/p/a.c) C(Header=b.c Path=/p/app/b.c)]]",
+       {"/p/demo.tprj", "/p/fw/avr/one.tapp"},
+       {}},
+      {"moved, a source more",
+       &MovedFiles::Add,
+       &MovedFiles::Move,
+       "Path=/p/fw/avr/one.tapp)[C(Header=a.c Path=/p/a.c) C(Header=b.c Path=/p/app/b.c) "
+       "C(Header=new.c Path=/p/app/new.c)]]",
+       {"/p/demo.tprj", "/p/fw/avr/one.tapp"},
+       {"/p/fw/avr/one.tapp was changed by another program; its changes are kept"}},
+      {"moved with its folder, a source more",
+       &MovedFiles::Add,
+       &MovedFiles::MoveFolder,
+       "Path=/p/fw/one.tapp)[C(Header=a.c Path=/p/a.c) C(Header=b.c Path=/p/fw/b.c) "
+       "C(Header=new.c Path=/p/fw/new.c)]]",
+       {"/p/demo.tprj", "/p/fw/one.tapp"},
+       {"/p/fw/one.tapp was changed by another program; its changes are kept"}},
+      {"removed, no edit", nullptr, &MovedFiles::Remove, nullptr, {"/p/demo.tprj"}, {}},
+      {"removed, a source more",
+       &MovedFiles::Add,
+       &MovedFiles::Remove,
+       "Path=/p/app/one.tapp)[C(Header=a.c Path=/p/a.c) C(Header=b.c Path=/p/app/b.c) "
+       "C(Header=new.c Path=/p/app/new.c)]]",
+       {"/p/app/one.tapp", "/p/demo.tprj", "/p/demo.tprj.orig"},
+       {"/p/app/one.tapp was missing; it has been written again",
+        "/p/demo.tprj: conflict with another program in one: changed here, removed there",
+        "/p/demo.tprj was changed by another program; a copy of its version is "
+        "/p/demo.tprj.orig"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    Reset();
+    if (row.edit != nullptr) (this->*row.edit)();
+    (this->*row.move)();
+    EXPECT_EQ(world->model->SaveProject(), 1);
+    EXPECT_EQ(Reported(), row.reported);
+    EXPECT_EQ(Files(), row.files);
+    world->model->PublishAll();
+    EXPECT_EQ(Paths(),
+              row.tree == nullptr ? "Project(Header=demo Path=/p/demo.tprj)" : project + row.tree);
+  }
+}
+
+TEST_F(MovedFiles, AnApplicationWithoutAPlaceStaysInMemory) {
+  Add();
+  world->disk.Erase("/p/app/one.tapp");
+  world->AddFile("/p/demo.tprj", Project("gone"));
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(world->model->SaveProject(), 0);
+    EXPECT_EQ(Reported(), Lines{"/p/gone/one.tapp can't be saved: the folder /p/gone does not "
+                                "exist; what was to be saved is in /data/one.tapp.unsaved"});
+    EXPECT_TRUE(world->model->IsModified());
+    EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), "one[a.c b.c new.c]");
+  }
+  world->AddFile("/p/gone/one.tapp", Application("gone", "..\\app\\b.c", "..\\a.c"));
+  EXPECT_EQ(world->model->SaveProject(), 1);
+  EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), "one[a.c b.c new.c]");
+  EXPECT_EQ(Files(), (Lines{"/data/one.tapp.unsaved", "/p/demo.tprj", "/p/gone/one.tapp"}));
+}
+
+// Neither may a file that was never there bring the folder back.
+TEST_F(MovedFiles, AProjectWhoseFolderIsGoneIsNotMadeAgain) {
+  AnsweringWizard wizard;
+  wizard.fill = [](NewApplication& application) {
+    application.applicationName = "fresh";
+    return true;
+  };
+  world->model->views.wizard = &wizard;
+  world->model->SetCurrentNode(&world->model->GetProjectRoot());
+  ASSERT_EQ(world->model->AddNewItem(nullptr, "Application"), 1);
+  world->disk.Erase("/p");
+  EXPECT_EQ(world->model->SaveProject(), 0);
+  EXPECT_FALSE(world->disk.Exists("/p"));
+  EXPECT_EQ(Reported().size(), 3u);
+  EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), "one[a.c b.c] fresh");
+  EXPECT_TRUE(world->model->IsModified());
+}
+
+// The other version is kept also where it is what the file holds afterwards.
+TEST_F(MovedFiles, WhatWasRemovedHereAndChangedThereLeavesACopy) {
+  ASSERT_EQ(world->model->RemoveItem("b.c"), 1);
+  world->AddFile("/p/app/one.tapp", Application("app", ".\\c.c", "..\\a.c"));
+  EXPECT_EQ(world->model->SaveProject(), 1);
+  EXPECT_EQ(world->FileText("/p/app/one.tapp.orig"), Application("app", ".\\c.c", "..\\a.c"));
+  ASSERT_EQ(world->model->GetSavedFiles().size(), 1u);
+  EXPECT_EQ(world->model->GetSavedFiles()[0].copy, "/p/app/one.tapp.orig");
+  EXPECT_EQ(world->model->GetSavedFiles()[0].conflicts.size(), 1u);
+}
+
+TEST_F(MovedFiles, ASharedApplicationDoesNotShowWhoSavedIt) {
+  world->AddFile("/q/q.tprj",
+                 "\n<Project Header=\"q\" ActiveApp=\"one\" >\n\t<Application Header=\"one\" "
+                 "Extern=\"..\\p\\app\\one.tapp\" Path=\"..\\p\\app\\one.tapp\" />\n</Project>");
+  world->model->AllowOutside(true);
+  const auto save = [this](const char* project, const char* tool) {
+    ASSERT_EQ(world->model->OpenProject(project, 0), 1);
+    world->Touch();
+    if (tool != nullptr) {
+      world->components.Properties().defaults[".Build.Tool"] = tool;
+      world->model->SetCurrentNode(world->Node("one"));
+      world->model->StoreChangedProperty("Build.Tool");
+    }
+    ASSERT_EQ(world->model->SaveProject(), 1);
+  };
+  save("/p/demo.tprj", "x");
+  const std::string first = world->FileText("/p/app/one.tapp");
+  save("/q/q.tprj", nullptr);
+  EXPECT_EQ(world->FileText("/p/app/one.tapp"), first);
+  save("/q/q.tprj", "y");
+  save("/q/q.tprj", "x");
+  EXPECT_EQ(world->FileText("/p/app/one.tapp"), first);
+  EXPECT_NE(first.find("Extern=\".\\app\\one.tapp\" Path=\".\\app\\one.tapp\""), first.npos);
+}
+
+TEST_F(MovedFiles, TheFileNamesAnActiveApplicationThatIsThere) {
+  world->AddFile("/p/two.tapp", "\n<Application Header=\"two\" />");
+  world->model->SetCurrentNode(&world->model->GetProjectRoot());
+  ASSERT_EQ(world->model->AddExistingItem("/p/two.tapp", nullptr), 1);
+  const auto active = [this] {
+    CXmlNode root;
+    root.Load(world->FileText("/p/demo.tprj").c_str(), g_xmlParseInfo);
+    const char* const name = root.GetAttrValue("ActiveApp");
+    return name == nullptr ? "(none)" : std::string(name);
+  };
+  ASSERT_EQ(world->model->SaveProject(), 1);
+  EXPECT_EQ(active(), "two");
+  for (const auto& [removed, remains] : {std::pair{"two", "one"}, std::pair{"one", "(none)"}}) {
+    ASSERT_EQ(world->model->RemoveItem(removed), 1);
+    ASSERT_EQ(world->model->SaveProject(), 1);
+    EXPECT_EQ(active(), remains);
+  }
+}
+
+}  // namespace
+}  // namespace tarn::test
