@@ -36,6 +36,7 @@ class PlanMaker : public TemplateValues {
     plan.products = Paths(tool.products);
     for (std::string& product : plan.products) product = Spelled(product);
     plan.depends = Paths(tool.depends);
+    plan.variables = tool.variables;
     plan.respelled = job.respelled;
     for (const StepRule& step : tool.steps) {
       folder = job.baseFolder;
@@ -242,6 +243,8 @@ class PlanMaker : public TemplateValues {
     const Template::Change change = rule.isPath ? Template::Change(asPath) : nullptr;
     if (rule.isWords) {
       for (std::string& word : Pieces(rule.value, SplitWords, change)) {
+        const auto& without = rule.without;
+        if (std::find(without.begin(), without.end(), word) != without.end()) continue;
         arguments.push_back(std::move(word));
       }
     } else {

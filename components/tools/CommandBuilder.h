@@ -47,6 +47,7 @@ struct ToolPlan {
   std::string globals;  // empty when the tool leaves none
   std::vector<std::string> products;
   std::vector<std::string> depends;
+  std::vector<std::string> variables;  // see ToolDefinition
   std::vector<std::string> respelled;  // files that are on the disk in another spelling
   std::vector<ToolCommand> commands;
   std::vector<std::string> problems;  // why it must not run

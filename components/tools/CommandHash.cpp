@@ -70,6 +70,12 @@ std::uint64_t HashCommands(const ToolWorld& world, const ToolPlan& plan) {
     }
   }
   for (const std::string& path : plan.depends) Mix(hash, path);
+  for (const std::string& name : plan.variables) {
+    const std::string value = world.environment(name.c_str());
+    if (value.empty()) continue;
+    Mix(hash, name);
+    Mix(hash, value);
+  }
   // A file that another node is about to make may have a similar name as one that is there.
   for (const std::string& path : plan.respelled) Mix(hash, path);
   return hash == 0 ? 1 : hash;

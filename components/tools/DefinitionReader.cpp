@@ -26,14 +26,14 @@ class ToolReader : public ElementReader {
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool = std::make_unique<ToolDefinition>();
     CheckAttributes(node, {"Name", "Title", "Hint", "Extensions", "Messages", "Output", "Listing",
-                           "Rules", "FurtherRules", "Search", "Writes", "Follow", "Fresh"});
+                           "Rules", "FurtherRules", "Search", "Writes", "Follow", "Variables"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
     tool->hint = Text(node, "Hint");
     tool->output = Filled(node, "Output");
-    tool->removesOutput = IsYes(node, "Fresh");
     tool->listing = Filled(node, "Listing");
+    tool->variables = SplitOptionList(Text(node, "Variables"));
     tool->rules = Filled(node, "Rules");
     tool->furtherRules = Filled(node, "FurtherRules");
     tool->writes = SplitOptionList(Text(node, "Writes"));
@@ -185,7 +185,7 @@ class ToolReader : public ElementReader {
   }
 
   ArgumentRule ReadArgument(const CXmlNode& node) {
-    CheckAttributes(node, {"V", "List", "Path", "Avoid", "Words", "If"});
+    CheckAttributes(node, {"V", "List", "Path", "Avoid", "Words", "Without", "If"});
     ArgumentRule rule;
     rule.value = Filled(node, "V");
     const std::size_t path = Choose(node, "Path", {"", "No", "Yes", "Relative"});
@@ -193,6 +193,7 @@ class ToolReader : public ElementReader {
     rule.isRelative = path == 3;
     rule.avoided = Text(node, "Avoid");
     rule.isWords = IsYes(node, "Words");
+    rule.without = SplitOptionList(Text(node, "Without"));
     rule.conditions = ReadConditions(Text(node, "If"));
     const std::string list = Text(node, "List");
     if (list == "Files") {

@@ -35,6 +35,7 @@ struct ArgumentRule {
   bool isRelative = false;  // ... written relative to the working folder if they are below it
   std::string avoided;      // characters that a path must not hold: a scratch file replaces it
   bool isWords = false;     // the text is split like a command line
+  std::vector<std::string> without;  // words that are left out then
   Conditions conditions;
 };
 
@@ -94,7 +95,6 @@ struct ToolDefinition {
   std::vector<std::string> extensions;  // with dots, small letters
   MessageRuleLists messages;
   Template output;
-  bool removesOutput = false;  // an output of an earlier run is removed before the first step
   Template listing;
   Template rules;
   Template furtherRules;           // a second file of rules, which need not be left
@@ -107,6 +107,7 @@ struct ToolDefinition {
   std::vector<std::string> writes;
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;
+  std::vector<std::string> variables;  // of the environment, that change what it makes
   std::vector<StepRule> steps;
   SizeRule size;
   GlobalsRule globals;

@@ -111,6 +111,7 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::GetUsedFiles>("GetUsedFiles", 107,
                                          {"tool", "files", "options", "candidates"}),
       Method<&ToolManager::RefreshTools>("RefreshTools", 108, {}),
+      Method<&ToolManager::GetProducts>("GetProducts", 113, {"tool", "files", "options"}),
   });
   return table;
 }
@@ -264,6 +265,10 @@ std::string ToolManager::GetToolFingerprint(const char* tool) {
   for (const ToolProgram& program : ProgramsOf(*definition)) {
     text += ' ' + world.findProgram(program.name);
   }
+  for (const std::string& name : definition->variables) {
+    const std::string value = world.environment(name.c_str());
+    if (!value.empty()) text += ' ' + name + '=' + value;
+  }
   return text;
 }
 
@@ -305,6 +310,17 @@ std::string ToolManager::MissingProgram(const char* tool) {
     if (!program.isOptional && world.findProgram(program.name).empty()) return program.name;
   }
   return {};
+}
+
+std::string ToolManager::GetProducts(const char* tool, const char* files, const char* options) {
+  const auto definition = FindTool(TextOf(tool));
+  if (!definition) return {};
+  const OwnedJob owned(world, files, options);
+  std::string list;
+  for (const std::string& file : MakePlan(*definition, owned.job).products) {
+    list += (list.empty() ? "\"" : ",\"") + file + '"';
+  }
+  return list;
 }
 
 std::string ToolManager::ListTools() {

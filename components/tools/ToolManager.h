@@ -60,6 +60,8 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Those of the candidates, a list of files as well, that the run would read, as such a list.
   std::string GetUsedFiles(const char* tool, const char* files, const char* options,
                            const char* candidates);
+  // The further files that the run would make, as such a list.
+  std::string GetProducts(const char* tool, const char* files, const char* options);
   // The records of the runs that succeeded since the last call, as a text for SetBuildInfo; empty
   // when there are none.
   std::string TakeBuildInformation();

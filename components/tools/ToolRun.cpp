@@ -84,7 +84,7 @@ bool ToolRun::Prepare() {
   for (const std::string& rules : {plan.rules, plan.furtherRules}) {
     if (!rules.empty()) static_cast<void>(world.files->RemoveScratchFile(rules));
   }
-  return !tool.removesOutput || RemoveOutput();
+  return plan.commands.empty() || RemoveEarlier();
 }
 
 // Such a file can be written by a tool, but is not found here.
@@ -102,11 +102,20 @@ bool ToolRun::RefusesNames() {
   return false;
 }
 
-bool ToolRun::RemoveOutput() {
-  if (!world.files->ExamineExactly(plan.outputOnDisk)) return true;
-  const Status removed = world.files->RemoveFile(plan.outputOnDisk);
-  if (!removed) log.AddError(plan.output + " can't be removed: " + removed.GetError().text);
-  return static_cast<bool>(removed);
+// What an earlier run left: a tool that ends without an error and without a file must not pass for
+// one that made it, and some tools add to what is there.
+bool ToolRun::RemoveEarlier() {
+  std::vector<std::string> made{plan.outputOnDisk, plan.listing};
+  made.insert(made.end(), plan.products.begin(), plan.products.end());
+  for (const std::string& path : made) {
+    const bool isInput = std::find(job.files.begin(), job.files.end(), path) != job.files.end();
+    if (path.empty() || isInput || !world.files->ExamineExactly(path)) continue;
+    const Status removed = world.files->RemoveFile(path);
+    if (removed) continue;
+    log.AddError(path + " can't be removed: " + removed.GetError().text);
+    return false;
+  }
+  return true;
 }
 
 bool ToolRun::RunCommand(const ToolCommand& command) {

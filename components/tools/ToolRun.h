@@ -32,7 +32,7 @@ class ToolRun {
 
  private:
   bool Prepare();
-  bool RemoveOutput();
+  bool RemoveEarlier();
   bool RefusesNames();
   bool RunCommand(const ToolCommand& command);
   bool WriteResponseFile(const ToolCommand& command, ProcessRequest& request,

@@ -11,6 +11,7 @@ enum : DispatchId {
   kGetToolsForExtension = 9,
   kGetUsedFiles = 107,
   kRefreshTools = 108,
+  kGetProducts = 113,
 };
 
 }  // namespace
@@ -45,6 +46,11 @@ std::int32_t CToolManagerDriver::RefreshTools() {
 std::string CToolManagerDriver::GetUsedFiles(TextArgument tool, TextArgument files,
                                              TextArgument options, TextArgument candidates) {
   return InvokeText(kGetUsedFiles, {tool, files, options, candidates});
+}
+
+std::string CToolManagerDriver::GetProducts(TextArgument tool, TextArgument files,
+                                            TextArgument options) {
+  return InvokeText(kGetProducts, {tool, files, options});
 }
 
 }  // namespace tarn

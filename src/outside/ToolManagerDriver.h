@@ -34,6 +34,9 @@ class CToolManagerDriver : public COleDispatchDriver {
   // components that don't tell.
   std::string GetUsedFiles(TextArgument tool, TextArgument files, TextArgument options,
                            TextArgument candidates);
+  // The further files that the run would make, as such a list. Empty for components that don't
+  // tell.
+  std::string GetProducts(TextArgument tool, TextArgument files, TextArgument options);
 };
 
 }  // namespace tarn

@@ -164,7 +164,9 @@ TEST(CommandLine, FilesThatARunReadsAreKnownBeforeIt) {
   // The library that is there counts as a dependency.
   tools.values.Put("", "X", "Args", "-Ll -L/q -lm -Wl,-T,s.ld @r.rsp -Map one.map");
   for (const char* path : {"/p/x.ld", "/p/two.a", "/p/one.map"}) tools.disk.AddFile(path, "");
-  tools.disk.AddFile("/p/out.elf", "");
+  testing::PlayedProgram linker;
+  linker.effect = [&](const ProcessRequest&) { tools.disk.AddFile("/p/out.elf", ""); };
+  tools.launcher.Queue(linker);
   tools.disk.AddFile("/q/libm.a", "");
   EXPECT_TRUE(tools.Run("t", "\"a.o\""));
   const std::string information = tools.manager->TakeBuildInformation();
@@ -178,8 +180,8 @@ TEST(CommandLine, FilesThatARunReadsAreKnownBeforeIt) {
   }
 }
 
-TEST(CommandLine, AFreshOutputHasNothingOfTheOneBefore) {
-  ToolManagerFixture tools(OneTool(R"~(Output="x.a" Fresh="Yes"><Step Program="ar"/>)~"));
+TEST(CommandLine, WhatAnEarlierRunLeftDoesNotPassForAnOutput) {
+  ToolManagerFixture tools(OneTool(R"~(Output="x.a"><Step Program="ar"/>)~"));
   tools.disk.AddFile("/p/x.a", "old");
   EXPECT_FALSE(tools.Run("t", ""));
   EXPECT_FALSE(tools.disk.BytesOf("/p/x.a").has_value());
