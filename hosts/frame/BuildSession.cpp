@@ -265,6 +265,7 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
     const bool isDone = RefusesSharedOutputs(request) || RunCommand(SelectCommand(request));
     if (!isDone && !stopRequested) ServePostedCommands();
     isRunning = false;
+    ShowNotices();
     JudgeGaps(request);
     EndWork();
   }
@@ -380,6 +381,25 @@ bool BuildSession::RefusesSharedOutputs(const BuildRequest& request) {
   if (watcher != nullptr) watcher->OnToolEnded(false, errors);
   outcome.end = BuildEnd::Failed;
   return true;
+}
+
+void BuildSession::ShowNotices() {
+  const auto list = ParseXml(inspector.TakeBuildNotices());
+  if (list == nullptr || list->GetChildCount() == 0) return;
+  // Also if no tool was run, it is more than a build with nothing to do.
+  if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));
+  if (watcher == nullptr) return;
+  std::vector<LogEntry> entries;
+  for (const CXmlNode* each : list->GetChildren()) {
+    const bool isError = AttributeOf(each, "Kind") == "error";
+    const std::string text = AttributeOf(each, "Text");
+    entries.push_back({isError ? LogKind::Error : LogKind::Warning,
+                       (isError ? "error: " : "warning: ") + text,
+                       text,
+                       {},
+                       0});
+  }
+  watcher->OnToolEnded(outcome.end == BuildEnd::Succeeded, entries);
 }
 
 void BuildSession::WaitForWorker() {

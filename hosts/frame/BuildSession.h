@@ -218,6 +218,8 @@ class BuildSession {
   bool FollowProject();
   std::size_t CountInputs(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
+  // What the build found about the project itself.
+  void ShowNotices();
   void WaitForWorker();
   bool ReplacesFile(std::string_view method, std::span<const Variant> arguments);
   bool RefusesSharedOutputs(const BuildRequest& request);

@@ -147,6 +147,7 @@ class InspectorDriver : public COleDispatchDriver {
   std::int32_t IsModified() { return InvokeLong(69, {}); }
   // A close leaves the files alone until the next change.
   std::int32_t DropChanges() { return InvokeLong(75, {}); }
+  std::string TakeBuildNotices() { return InvokeText(65, {}); }
   // What was lost when the project's files were read, as XML.
   std::string GetDamage() { return InvokeText(21, {}); }
   std::string GetFailedDamage() { return InvokeText(25, {}); }

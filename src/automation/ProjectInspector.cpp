@@ -221,6 +221,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::GetBaseTexts>("GetBaseTexts", 67, {}),
       Method<&I::StageFileTexts>("StageFileTexts", 68, {"texts", "bases"}),
       Method<&I::IsModified>("IsModified", 69, {}),
+      Method<&I::TakeBuildNotices>("TakeBuildNotices", 65, {}),
       Method<&I::DropChanges>("DropChanges", 75, {}),
       Method<&I::SaveAllOrNone>("SaveAllOrNone", 70, {"wanted"}),
       Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
@@ -477,6 +478,19 @@ std::string CProjectInspector::GetSaveReport() {
   CXmlNode list;
   list.SetName("Save");
   for (const SavedFile& each : model->GetSavedFiles()) each.AddTo(list);
+  return list.ToString(g_xmlDisplayOptions);
+}
+
+std::string CProjectInspector::TakeBuildNotices() {
+  CProjectModel* model = Model();
+  CXmlNode list;
+  list.SetName("Notices");
+  if (model == nullptr) return {};
+  for (const CProjectModel::BuildNotice& each : model->TakeBuildNotices()) {
+    CXmlNode& notice = *list.AddChild("Notice");
+    notice.AddAttr("Kind", each.kind == LineKind::Error ? "error" : "warning");
+    notice.AddAttr("Text", each.text);
+  }
   return list.ToString(g_xmlDisplayOptions);
 }
 

@@ -73,6 +73,9 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::int32_t IsModified();
   // The changes that are not saved are not wanted: closing the project now leaves its files alone.
   std::int32_t DropChanges();
+  // What builds found about the project itself since the last call: an element "Notices" with an
+  // element "Notice" for each, "Kind" ("error", "warning") and "Text".
+  std::string TakeBuildNotices();
   // What was lost when the project's files were read: an element `Damage` with an element `Place`
   // for each position, with the attributes `File`, `Line` (0 for the file as a whole) and `Text`.
   std::string GetDamage();

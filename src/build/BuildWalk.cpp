@@ -47,7 +47,10 @@ std::size_t CountApplications(const NodeTypes& types, const CXmlNode& project) {
 }  // namespace
 
 BuildWalk::BuildWalk(CProjectModel& projectModel, bool examinesElsewhere)
-    : model(projectModel), asksForTimes(examinesElsewhere), treeEpoch(projectModel.treeEpoch) {}
+    : model(projectModel),
+      guard(projectModel),
+      asksForTimes(examinesElsewhere),
+      treeEpoch(projectModel.treeEpoch) {}
 
 void BuildWalk::BeginBuild(CXmlNode* node, std::int32_t buildMode) {
   mode = buildMode;
@@ -220,8 +223,10 @@ bool BuildWalk::StartNode(Frame& frame) {
          config == nullptr ? kStandardConfig : config});
     if (LostTree()) return true;
     // The debug database is made anew by whoever needs it.
-    if (frame.mode == ModeClean)
-      (void)model.files.RemoveFile(WithExtension(model.projectPath, ".tdb"));
+    const std::string database = WithExtension(model.projectPath, ".tdb");
+    if (frame.mode == ModeClean && guard.WhyKept(node, database).empty()) {
+      (void)model.files.RemoveFile(database);
+    }
     repeated = model.FindRepeatedNodes(node);
   }
   if (IsExactlyYes(node, "Exclude")) return Return(true, true);
@@ -349,6 +354,11 @@ bool BuildWalk::Clean(CXmlNode& node) {
     // A file of a similar name is not what the tool made.
     const std::optional<FileStatus> status = model.files.Examine(path);
     if (status && status->otherSpelling) continue;
+    if (const std::string why = guard.WhyKept(node, path); !why.empty()) {
+      model.AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
+      if (LostTree()) return false;
+      continue;
+    }
     if (!model.files.RemoveFile(path)) result = false;
     model.fileTimes.Forget();
   }
@@ -357,6 +367,26 @@ bool BuildWalk::Clean(CXmlNode& node) {
                             TextOf(node.GetAttrValue("OutputFile")));
   }
   return result;
+}
+
+// Returns whether the tool would overwrite what is no product of this project; that is in the log
+// then.
+bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
+  std::vector<std::string> made;
+  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
+    made = SplitQuotedList(
+        model.toolManager->GetProducts(request.tool, request.files, request.options));
+  }
+  for (const char* name : {"OutputFile", "ListingFile"}) {
+    made.push_back(TextOf(node.GetAttrValue(name)));
+  }
+  for (const std::string& path : made) {
+    const std::string why = path.empty() ? std::string() : guard.WhyKept(node, path);
+    if (why.empty()) continue;
+    model.AddBuildNotice(LineKind::Error, why + "; the tool is not run");
+    return true;
+  }
+  return false;
 }
 
 bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
@@ -373,6 +403,7 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
     request.tool = givenTool;
   } else {
     if (!hasTool || IsExactlyYes(node, "Exclude")) return Return(true, false);
+    if (IsKept(node, request)) return LostTree() || Return(false, false);
     model.output->WriteMessage(kRowTranslateStarts, {TextOf(node.GetAttrValue("Path"))});
     if (LostTree()) return true;
     folderBefore = model.files.CurrentFolder();

@@ -11,6 +11,7 @@
 #include "build/ApplicationOrder.h"
 #include "build/FileTimes.h"
 #include "build/NodesAhead.h"
+#include "build/OutputGuard.h"
 #include "build/RunSnapshot.h"
 #include "platform/automation/Variant.h"
 #include "project/ProjectModel.h"
@@ -110,6 +111,7 @@ class BuildWalk {
   void FinishTool(Frame& frame);
   void LeaveTool();
   bool Clean(CXmlNode& node);
+  bool IsKept(const CXmlNode& node, const WalkRequest& request);
   bool AreChildrenGood(const Frame& frame) const;
   bool MayAsk(const Frame& frame) const;
   bool AskForTimes(Frame& frame, WalkRequest& request);
@@ -121,6 +123,7 @@ class BuildWalk {
   bool IsOver(const std::optional<Clock::time_point>& deadline) const;
 
   CProjectModel& model;
+  OutputGuard guard;
   const bool asksForTimes;
   std::int32_t mode = ModeBuild;
   std::string givenTool;  // of a walk that runs one named tool

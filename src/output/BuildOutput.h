@@ -7,6 +7,7 @@
 
 #include "output/LogFile.h"
 #include "output/OutputViews.h"
+#include "patterns/LineShape.h"
 #include "platform/files/FileSystem.h"
 #include "platform/windowing/MessageLoop.h"
 #include "xml/XmlNode.h"
@@ -84,6 +85,8 @@ class CBuildOutput {
 
   // Adds an error of the system's own, which the report shows, too.
   void AddError(const std::string& text);
+  // The same for a warning.
+  void AddWarning(const std::string& text);
 
   // Adds a message for each line of a tool's text, with its kind, file and line as far as they are
   // recognised: after the template if there is one (see ShapeOfTemplate), then after the shapes
@@ -109,6 +112,7 @@ class CBuildOutput {
   const CXmlNode& GetRoot() const { return *root; }
 
  private:
+  void AddProblem(LineKind kind, const std::string& text);
   void LoadMessages(const CXmlNode& messages);
 
   FileSystem& disk;

@@ -85,8 +85,16 @@ void CBuildOutput::ParseToolText(const char* text, const char* lineTemplate,
 }
 
 void CBuildOutput::AddError(const std::string& text) {
+  AddProblem(LineKind::Error, text);
+}
+
+void CBuildOutput::AddWarning(const std::string& text) {
+  AddProblem(LineKind::Warning, text);
+}
+
+void CBuildOutput::AddProblem(LineKind kind, const std::string& text) {
   ToolLine found;
-  found.kind = LineKind::Error;
+  found.kind = kind;
   found.message = EncodeStrict(text);
   const CXmlNode& message = AppendLine(*root, found.message, found, {});
   if (logView != nullptr) logView->AddMessage(message);

@@ -59,6 +59,16 @@ void CProjectModel::AddLogLine(const std::string& text) {
   SendHost(kMsgLogLine, text, 0);
 }
 
+void CProjectModel::AddBuildNotice(LineKind kind, const std::string& text) {
+  buildNotices.push_back({kind, text});
+  if (kind == LineKind::Error) {
+    output->AddError(text);
+  } else {
+    output->AddWarning(text);
+  }
+  SendHost(kMsgLogLine, text, 0);
+}
+
 void CProjectModel::AddLogError(const std::string& text) {
   output->AddError(text);
   SendHost(kMsgLogLine, text, 0);

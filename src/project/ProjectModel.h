@@ -9,6 +9,7 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "build/BuildRecords.h"
@@ -172,6 +173,7 @@ class CProjectModel {
   const std::vector<SavedFile>& GetSavedFiles() const { return savedFiles; }
   // The user agrees to files outside the project's folder being written.
   void AllowOutside(bool isAllowed) { writesOutside = isAllowed; }
+  bool MayWriteOutside() const { return writesOutside; }
   // A save writes all of the project's files or none, instead of as many as it can.
   void SaveAllOrNone(bool isWanted) { savesWhole = isWanted; }
 
@@ -348,6 +350,14 @@ class CProjectModel {
   void AddLogLine(const std::string& text);
   // The same for an error, which the build report shows, too.
   void AddLogError(const std::string& text);
+  // What a build found about the project itself, for the log, the report and, until they are taken,
+  // for hosts that show a build as it goes.
+  void AddBuildNotice(LineKind kind, const std::string& text);
+  struct BuildNotice {
+    LineKind kind;
+    std::string text;
+  };
+  std::vector<BuildNotice> TakeBuildNotices() { return std::exchange(buildNotices, {}); }
 
  private:
   friend class BuildWalk;
@@ -489,6 +499,7 @@ class CProjectModel {
   bool protectsDamage = false;
   bool savesWhole = false;
   bool writesOutside = false;
+  std::vector<BuildNotice> buildNotices;
 
   std::string projectPath;
   std::string projectFolder;

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "platform/files/FileSystem.h"
+#include "xml/XmlNode.h"
+
+namespace tarn {
+
+class CProjectModel;
+
+// Keeps a build from deleting or overwriting what is no product, since a project can name any file
+// as an output: what the project itself is made of, and files outside its folder that it did not
+// make. For one walk over one state of the tree. Borrows the model; on its thread.
+class OutputGuard {
+ public:
+  explicit OutputGuard(CProjectModel& projectModel) : model_(projectModel) {}
+
+  // Returns why the file that the node names as an output has to stay as it is, as a row of the
+  // log; empty if it may go: if there is none, if a recorded run made just this version of it, or
+  // if it is in the project's folder and nothing needs it. The model's consent to write outside
+  // counts.
+  std::string WhyKept(const CXmlNode& node, const std::string& path);
+
+ private:
+  using Identity = std::pair<std::uint64_t, std::uint64_t>;  // device and inode
+
+  bool IsMade(const CXmlNode& node, const std::string& path, const FileStatus& status) const;
+  // Some run made a file of this name.
+  bool IsRecorded(std::string_view path) const;
+  bool IsOutside(const std::string& path);
+  void Collect(const CXmlNode& node, const std::string& folder);
+  void Protect(const char* path, const std::string& folder, const char* reason);
+  const char* FindReason(const std::string& path, const FileStatus& status);
+
+  CProjectModel& model_;
+  bool isCollected_ = false;
+  std::vector<std::string> applications_;  // their paths
+  // Why a file is protected, by its path and by what the disk says it is. Filled when it is needed.
+  std::unordered_map<std::string, const char*> paths_;
+  std::map<Identity, const char*> files_;
+  std::unordered_map<std::string, bool> outsideFolders_;  // known by a folder's path
+};
+
+}  // namespace tarn
