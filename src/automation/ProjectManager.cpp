@@ -30,7 +30,7 @@ CProjectManager::~CProjectManager() {
 }
 
 void CProjectManager::OnFinalRelease() {
-  if (model && model->IsInWorkerStep()) {
+  if (model && model->IsWorkerWaiting()) {
     model->RequestStop();
     model->ForgetHost();
     // Its end may come inside an event of the window, which no reference holds off any more.

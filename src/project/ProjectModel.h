@@ -302,6 +302,9 @@ class CProjectModel {
   bool IsWorkerAlive() const;
   // The calling code runs inside a step of the worker, which waits for its end.
   bool IsInWorkerStep() const;
+  // Returns whether the worker cannot end before the calling code has returned: that runs inside a
+  // step of the worker, or in a host's answer to a message that a tool sends while it runs.
+  bool IsWorkerWaiting() const;
   // Runs the step that a worker waits for, if there is one and none is running.
   void ServeWorker();
   // The host hears nothing more.
