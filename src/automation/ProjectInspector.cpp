@@ -199,6 +199,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::PublishFor>("PublishFor", 18, {"milliseconds"}),
       Method<&I::NoteCurrentNode>("NoteCurrentNode", 19, {}),
       Method<&I::SelectNotedNode>("SelectNotedNode", 20, {}),
+      Method<&I::GetMissedSelection>("GetMissedSelection", 26, {}),
       Method<&I::GetDamage>("GetDamage", 21, {}),
       Method<&I::ProtectDamaged>("ProtectDamaged", 22, {"protect"}),
       Method<&I::GetFailedDamage>("GetFailedDamage", 25, {}),
@@ -405,6 +406,12 @@ std::int32_t CProjectInspector::SelectNodeByPlace(const char* place) {
   }
   model->SetCurrentNode(node);
   return model->GetCurrentNode() == node ? 1 : 0;
+}
+
+std::string CProjectInspector::GetMissedSelection() {
+  const auto* const object = static_cast<CProjectManager*>(manager.Get());
+  const std::optional<std::string> key = object == nullptr ? std::nullopt : object->GetMissedKey();
+  return key ? "\"" + *key + "\"" : std::string();
 }
 
 std::int32_t CProjectInspector::NoteCurrentNode() {

@@ -253,6 +253,9 @@ class CProjectModel {
   void PublishSubtree(CXmlNode& node);
   std::int32_t PublishTick();
   bool HasUnpublished();
+  // Publishes the children of `parent` that are not yet published, and restores the current node.
+  // Returns whether there were any; false as well for nullptr, and while a build runs.
+  bool PublishChildren(CXmlNode* parent);
   // Publishes all that is not yet, and restores the current node.
   void PublishAll() { PublishFor(std::chrono::hours(24)); }
   // The same until the time is over; false when something is left for another call.
@@ -459,6 +462,8 @@ class CProjectModel {
   void ReadConfigurations();
   void LoadToolCommands(const CXmlNode& node);
   void RestoreCurrent(CXmlNode* application, CXmlNode* node);
+  bool CanPublishAside() const;
+  void PublishAside(const std::function<bool()>& publish);
   void RunAutoDebugStep();
   void SendActiveApplication();
   const std::string& TextOfOptions(const CXmlNode& owner);

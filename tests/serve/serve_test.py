@@ -258,6 +258,14 @@ class Calls(ServeTest):
         self.assertEqual(client.call("EnableCommand", STOP), 0)
         self.assertEqual(self.shorten(client.transcript), ["BuildStarting 0 0"])
 
+    def test_no_value_is_stored_at_the_node_before_one_that_was_not_found(self):
+        client = self.open()
+        self.assertEqual(client.call("SelectNode", "none.c"), 1)
+        store = ("SavePropertyValue", ["C", "Compiler", "Defines", "X"])
+        self.assertEqual(self.errors(client, store), [-32000])
+        self.assertEqual(client.call("SelectApplication", "app"), 1)
+        self.assertEqual(self.errors(client, store), [None])
+
     def test_requests_are_answered_once_and_in_order(self):
         client = self.start()
         client.send_bytes(frame(request(11, "GetCurConfig")) + frame(request("b", "EnableCommand", 1)))
