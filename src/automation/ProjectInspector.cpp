@@ -27,9 +27,7 @@ bool IsOptionCache(const CXmlNode& node) {
 void CopyNode(const CXmlNode& from, CXmlNode& to) {
   to.SetName(from.NameView());
   to.SetValue(Trim(from.ValueText()));
-  for (const CXmlAttr& attribute : from.Attributes()) {
-    to.AddAttr(attribute.NameView(), attribute.ValueText());
-  }
+  to.CopyAttrs(from);
 }
 
 bool IsCopied(const CXmlNode& node) {

@@ -33,6 +33,7 @@
 #include "project/ProjectLock.h"
 #include "project/ProjectViews.h"
 #include "project/PublishCursor.h"
+#include "project/RepeatedReads.h"
 #include "project/ReplacedFiles.h"
 #include "xml/XmlNode.h"
 
@@ -519,6 +520,7 @@ class CProjectModel {
   bool isClosing = false;  // the question is with the host, or the files are being written
   std::string openedBy;    // the path as the caller of the open gave it
   bool inPublishTick = false;
+  RepeatedReads repeatedReads;              // of the outermost file that is being loaded
   std::uint64_t projectEpoch = 0;           // counts opens and closes
   std::uint64_t treeEpoch = 0;              // counts what frees nodes
   std::uint64_t publishEpoch = 0;           // counts that, and what takes published marks away
