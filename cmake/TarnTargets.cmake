@@ -1,5 +1,7 @@
 # tarn_library(NAME SOURCES... [LINK targets...]): a static library of one layer.
-# tarn_module(NAME SOURCES... [LINK targets...]): a shared library lib<NAME>.so.
+# tarn_module(NAME SOURCES... EXPORTS names... [INTERNAL patterns...] [LINK targets...]): a shared
+#   library lib<NAME>.so. It exports these C functions, and the C++ names that match the patterns,
+#   for the other programs and libraries of this build.
 # tarn_test(NAME SOURCES... [LINK targets...]): a test program, run by ctest.
 # tarn_qt_test(NAME SOURCES... [LINK targets...]): the same with widgets.
 
@@ -10,9 +12,20 @@ function(tarn_library name)
 endfunction()
 
 function(tarn_module name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;EXPORTS;INTERNAL;LINK" ${ARGN})
   add_library(${name} SHARED ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC tarn_options ${ARG_LINK})
+  # A version script also covers what comes out of static libraries, the standard library included.
+  set(exports ${CMAKE_CURRENT_BINARY_DIR}/${name}.map)
+  list(JOIN ARG_EXPORTS "; " names)
+  set(internal "")
+  if(ARG_INTERNAL)
+    list(JOIN ARG_INTERNAL "; " patterns)
+    set(internal "\n  extern \"C++\" { ${patterns}; };")
+  endif()
+  file(CONFIGURE OUTPUT ${exports} CONTENT "{\n  global: ${names};${internal}\n  local: *;\n};\n")
+  target_link_options(${name} PRIVATE "LINKER:--version-script=${exports}")
+  set_target_properties(${name} PROPERTIES LINK_DEPENDS ${exports})
   install(TARGETS ${name} LIBRARY DESTINATION ${TARN_INSTALL_LIBDIR})
 endfunction()
 

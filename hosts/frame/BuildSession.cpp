@@ -38,6 +38,12 @@ constexpr WorkCommands kWorkCommands[] = {
     {BuildWork::Clean, kCmdCleanAll, kCmdCleanNode},
 };
 
+// Returns whether the call changes whichever node is current.
+bool ChangesCurrentNode(std::string_view method, std::span<const Variant> arguments) {
+  if (EqualNoCase(method, "RemoveItem")) return !arguments.empty() && !arguments[0].AsText();
+  return EqualNoCase(method, "SavePropertyValue") || EqualNoCase(method, "ResetPropertyValue");
+}
+
 Status Attach(COleDispatchDriver& driver, const char* classId) {
   std::string reason;
   const DispatchPtr object = ClassRegistry::Native().CreateInstance(classId, &reason);
@@ -218,7 +224,13 @@ bool BuildSession::RefusesChange() {
 
 std::string BuildSession::CheckCall(std::string_view method, std::span<const Variant> arguments) {
   const bool isChange = ChangesProject(method, arguments) || ReplacesFile(method, arguments);
-  return isChange && RefusesChange() ? kDamageRefusal : std::string();
+  if (isChange && RefusesChange()) return kDamageRefusal;
+  // The methods that select return the same whether or not they have found anything.
+  if (!ChangesCurrentNode(method, arguments)) return {};
+  const std::string missed = inspector.GetMissedSelection();
+  return missed.empty() ? std::string()
+                        : std::string(method) + ": there is no node " + missed +
+                              " to select, and another one is still current. Select a node first.";
 }
 
 // A new project in the place of the open one, or of a damaged file of it.

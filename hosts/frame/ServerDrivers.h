@@ -120,6 +120,8 @@ class InspectorDriver : public COleDispatchDriver {
   bool SelectApplication(const std::string& path) { return SelectNodeByKey("", path) == 1; }
   // The numbers of the children on the way from the project, in GetTree; 0 when there is none.
   std::int32_t SelectNodeByPlace(const std::string& place) { return InvokeLong(15, {place}); }
+  // What the manager was to select last if it found nothing, in double quotes; empty otherwise.
+  std::string GetMissedSelection() { return InvokeText(26, {}); }
   // Remembers the current node.
   std::int32_t NoteCurrentNode() { return InvokeLong(19, {}); }
   // Makes it current again; 0 when it may be gone.

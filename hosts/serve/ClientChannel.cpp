@@ -16,6 +16,9 @@ namespace {
 
 // How often a thread that waits for the client to read looks whether that still makes sense.
 constexpr int kLookAround = 100;  // milliseconds
+// How long a client that has closed its side may leave the output unread. Ending takes some time
+// as well, and is promised within two seconds.
+constexpr int kPatience = 1000;  // milliseconds
 
 constexpr std::size_t kReadSize = 64 * 1024;
 constexpr char kWordQuit = 'q';
@@ -174,12 +177,14 @@ void ClientChannel::Enqueue(RpcMessage message, std::size_t size) {
 
 // In front of each piece that the output takes without a wait.
 bool ClientChannel::WaitToWrite() {
-  while (!gone) {
+  int waited = 0;
+  while (!gone && waited < kPatience) {
     pollfd watched{output, POLLOUT, 0};
     const int ready = poll(&watched, 1, kLookAround);
     if (ready < 0 && errno != EINTR) break;
     if (ready > 0 && (watched.revents & POLLOUT) != 0) return true;
     if (ready > 0) break;
+    if (inputEnded) waited += kLookAround;
   }
   gone = true;
   return false;

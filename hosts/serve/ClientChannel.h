@@ -48,7 +48,8 @@ class ClientChannel {
   // Gives up on the client: nothing is waited for from now on. From any thread.
   void Abandon();
 
-  // Waits while the client doesn't read.
+  // Waits while the client doesn't read; gives up on one that has closed its side after a second
+  // in which it read nothing.
   void Send(const nlohmann::json& document);
   // Asks the client and waits for its answer; meanwhile other threads are served, requests are not.
   // Nothing when the client goes away before it has answered.

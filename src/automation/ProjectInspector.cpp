@@ -27,9 +27,7 @@ bool IsOptionCache(const CXmlNode& node) {
 void CopyNode(const CXmlNode& from, CXmlNode& to) {
   to.SetName(from.NameView());
   to.SetValue(Trim(from.ValueText()));
-  for (const CXmlAttr& attribute : from.Attributes()) {
-    to.AddAttr(attribute.NameView(), attribute.ValueText());
-  }
+  to.CopyAttrs(from);
 }
 
 bool IsCopied(const CXmlNode& node) {
@@ -199,6 +197,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::PublishFor>("PublishFor", 18, {"milliseconds"}),
       Method<&I::NoteCurrentNode>("NoteCurrentNode", 19, {}),
       Method<&I::SelectNotedNode>("SelectNotedNode", 20, {}),
+      Method<&I::GetMissedSelection>("GetMissedSelection", 26, {}),
       Method<&I::GetDamage>("GetDamage", 21, {}),
       Method<&I::ProtectDamaged>("ProtectDamaged", 22, {"protect"}),
       Method<&I::GetFailedDamage>("GetFailedDamage", 25, {}),
@@ -407,6 +406,12 @@ std::int32_t CProjectInspector::SelectNodeByPlace(const char* place) {
   }
   model->SetCurrentNode(node);
   return model->GetCurrentNode() == node ? 1 : 0;
+}
+
+std::string CProjectInspector::GetMissedSelection() {
+  const auto* const object = static_cast<CProjectManager*>(manager.Get());
+  const std::optional<std::string> key = object == nullptr ? std::nullopt : object->GetMissedKey();
+  return key ? "\"" + *key + "\"" : std::string();
 }
 
 std::int32_t CProjectInspector::NoteCurrentNode() {

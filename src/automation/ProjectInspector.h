@@ -52,6 +52,10 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // project, from 0 on, with slashes between; empty for the project. 0 when there is none, or none
   // was made current.
   std::int32_t SelectNodeByPlace(const char* place);
+  // Returns what SelectNode or SelectApplication of the manager looked for last, in double quotes,
+  // if it found nothing and the node that was current before still is; otherwise an empty string.
+  // Those two return 1 in any case.
+  std::string GetMissedSelection();
   // Remembers the current node.
   std::int32_t NoteCurrentNode();
   // Makes that node current again; 0 when nodes were taken out of the tree since, or none was made

@@ -30,7 +30,7 @@ CProjectManager::~CProjectManager() {
 }
 
 void CProjectManager::OnFinalRelease() {
-  if (model && model->IsInWorkerStep()) {
+  if (model && model->IsWorkerWaiting()) {
     model->RequestStop();
     model->ForgetHost();
     // Its end may come inside an event of the window, which no reference holds off any more.
@@ -50,6 +50,7 @@ DispatchResult CProjectManager::Invoke(DispatchId id, std::span<const Variant> a
 
 std::int32_t CProjectManager::ProjectOpen(const char* projectPath) {
   if (!model) return 0;
+  missedKey.reset();
   const std::string path = TextOf(projectPath);
   if (model->IsOpenAs(path)) return 0;
   const bool isDefault =
@@ -63,6 +64,7 @@ std::int32_t CProjectManager::ProjectOpen(const char* projectPath) {
 
 std::int32_t CProjectManager::ProjectClose() {
   if (!model) return 0;
+  missedKey.reset();
   const bool wasDefault = model->IsDefaultProject();
   if (!model->CloseProject() || wasDefault) return 0;
   model->OpenProject(defaultProjectPath.c_str(), 1);
@@ -76,6 +78,7 @@ std::int32_t CProjectManager::ProjectSave() {
 }
 
 std::int32_t CProjectManager::ProjectNew(const char* projectPath) {
+  missedKey.reset();
   if (!model || !model->CloseProject()) return 0;
   if (model->NewProject(projectPath)) return 1;
   if (!model->IsOpen()) model->OpenProject(defaultProjectPath.c_str(), 1);
@@ -94,7 +97,7 @@ std::int32_t CProjectManager::SelectApplication(const char* header) {
   if (!model) return 0;
   CXmlNode* found = nullptr;
   FindTreeNode(header, "Header", &model->GetProjectRoot(), found);
-  model->SetCurrentNode(found);
+  Select(found, header);
   return 1;
 }
 
@@ -102,8 +105,24 @@ std::int32_t CProjectManager::SelectNode(const char* path) {
   if (!model) return 0;
   CXmlNode* found = nullptr;
   FindChildNode(path, "Path", model->GetActiveApplication(), found);
-  model->SetCurrentNode(found);
+  if (found == nullptr && model->PublishChildren(model->GetActiveApplication())) {
+    FindChildNode(path, "Path", model->GetActiveApplication(), found);
+  }
+  Select(found, path);
   return 1;
+}
+
+void CProjectManager::Select(CXmlNode* found, const char* key) {
+  model->SetCurrentNode(found);
+  missedKey.reset();
+  if (found != nullptr) return;
+  missedKey = TextOf(key);
+  nodeInstead = model->GetCurrentNode();
+}
+
+std::optional<std::string> CProjectManager::GetMissedKey() const {
+  const bool isStill = missedKey && model && model->GetCurrentNode() == nodeInstead;
+  return isStill ? missedKey : std::nullopt;
 }
 
 std::int32_t CProjectManager::AddExistingItem(const char* itemPath, const char* itemType) {
@@ -114,15 +133,8 @@ std::int32_t CProjectManager::AddExistingItem(const char* itemPath, const char* 
 // outside; what the user chose last time stays.
 std::int32_t CProjectManager::AddNewItem(const char* itemPath, const char* itemType) {
   if (!model) return 0;
-  const std::optional<std::string> noted = platform.settings.ReadProfile("Project", "UseCobbler");
-  platform.settings.WriteProfile("Project", "UseCobbler", "No");
-  const std::int32_t result = model->AddNewItem(itemPath, itemType);
-  if (noted) {
-    platform.settings.WriteProfile("Project", "UseCobbler", *noted);
-  } else {
-    platform.settings.RemoveProfile("Project", "UseCobbler");
-  }
-  return result;
+  const ProfileOverride withoutTool(platform.settings, "Project", "UseCobbler", "No");
+  return model->AddNewItem(itemPath, itemType);
 }
 
 std::int32_t CProjectManager::RemoveItem(const char* itemName) {

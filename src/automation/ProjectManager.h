@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "automation/ServerLock.h"
@@ -77,6 +78,9 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   FileSystem& GetFiles() const { return platform.files; }
   // The first fault of the configuration file, "FILE:LINE: what"; empty if there is none.
   const std::string& GetConfigurationProblem() const { return configurationProblem; }
+  // What the last SelectNode or SelectApplication looked for if it found nothing and the node that
+  // was current then still is; nullopt otherwise.
+  std::optional<std::string> GetMissedKey() const;
   // What is missing of the definitions of options and tools, as they are now; empty if nothing is.
   std::string FindDefinitionProblem();
 
@@ -176,6 +180,9 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::string OwnFolderName() const;
   std::string FindConfigFile(const char* file) const;
 
+  // Makes the node current that a search for `key` has found, or records that it found nothing.
+  void Select(CXmlNode* found, const char* key);
+
   // Actions of commands.
   std::int32_t StartWorker(std::int32_t command);
   std::int32_t RunNodeTool(std::uint32_t id);
@@ -211,6 +218,8 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::string configFilePath;
   std::string configurationProblem;
   bool rerunAfterBuild = false;
+  std::optional<std::string> missedKey;   // of a search that found no node
+  const CXmlNode* nodeInstead = nullptr;  // current node at that time; compared only
 };
 
 }  // namespace tarn

@@ -40,6 +40,10 @@ bool CProjectModel::IsInWorkerStep() const {
   return IsWorkerAlive() && worker->isInStep;
 }
 
+bool CProjectModel::IsWorkerWaiting() const {
+  return IsWorkerAlive() && loop->IsServing();
+}
+
 void CProjectModel::ServeWorker() {
   if (IsWorkerAlive() && !worker->isInStep) loop->ServeWaiting();
 }

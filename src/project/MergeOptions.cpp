@@ -24,9 +24,7 @@ const CXmlNode* FirstMatch(const CXmlNode& parent, const CXmlNode& wanted) {
 
 std::unique_ptr<CXmlNode> MergeOptions(const CXmlNode& oldOptions, const CXmlNode& newOptions) {
   auto result = CXmlNode::CreateNode(newOptions.NameText(), newOptions.ValueText());
-  for (const CXmlAttr& attribute : newOptions.Attributes()) {
-    result->AddAttr(attribute.NameView(), attribute.ValueText());
-  }
+  result->CopyAttrs(newOptions);
   for (int i = 0; i < oldOptions.GetChildCount(); ++i) {
     const CXmlNode& old = *oldOptions.GetChild(i);
     if (const CXmlNode* changed = FirstMatch(newOptions, old)) {

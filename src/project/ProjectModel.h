@@ -34,6 +34,7 @@
 #include "project/ProjectLock.h"
 #include "project/ProjectViews.h"
 #include "project/PublishCursor.h"
+#include "project/RepeatedReads.h"
 #include "project/ReplacedFiles.h"
 #include "xml/XmlNode.h"
 
@@ -255,6 +256,9 @@ class CProjectModel {
   void PublishSubtree(CXmlNode& node);
   std::int32_t PublishTick();
   bool HasUnpublished();
+  // Publishes the children of `parent` that are not yet published, and restores the current node.
+  // Returns whether there were any; false as well for nullptr, and while a build runs.
+  bool PublishChildren(CXmlNode* parent);
   // Publishes all that is not yet, and restores the current node.
   void PublishAll() { PublishFor(std::chrono::hours(24)); }
   // The same until the time is over; false when something is left for another call.
@@ -304,6 +308,9 @@ class CProjectModel {
   bool IsWorkerAlive() const;
   // The calling code runs inside a step of the worker, which waits for its end.
   bool IsInWorkerStep() const;
+  // Returns whether the worker cannot end before the calling code has returned: that runs inside a
+  // step of the worker, or in a host's answer to a message that a tool sends while it runs.
+  bool IsWorkerWaiting() const;
   // Runs the step that a worker waits for, if there is one and none is running.
   void ServeWorker();
   // The host hears nothing more.
@@ -466,6 +473,8 @@ class CProjectModel {
   void ReadConfigurations();
   void LoadToolCommands(const CXmlNode& node);
   void RestoreCurrent(CXmlNode* application, CXmlNode* node);
+  bool CanPublishAside() const;
+  void PublishAside(const std::function<bool()>& publish);
   void RunAutoDebugStep();
   void SendActiveApplication();
   const std::string& TextOfOptions(const CXmlNode& owner);
@@ -522,6 +531,7 @@ class CProjectModel {
   bool isClosing = false;  // the question is with the host, or the files are being written
   std::string openedBy;    // the path as the caller of the open gave it
   bool inPublishTick = false;
+  RepeatedReads repeatedReads;              // of the outermost file that is being loaded
   std::uint64_t projectEpoch = 0;           // counts opens and closes
   std::uint64_t treeEpoch = 0;              // counts what frees nodes
   std::uint64_t publishEpoch = 0;           // counts that, and what takes published marks away

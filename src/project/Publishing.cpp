@@ -365,23 +365,51 @@ bool CProjectModel::HasUnpublished() {
 
 bool CProjectModel::PublishFor(std::chrono::milliseconds time) {
   using Clock = std::chrono::steady_clock;
-  if (!isOpen || IsWorkerAlive() || inPublishTick) return true;
+  if (!CanPublishAside()) return true;
   const Clock::time_point start = Clock::now();
+  bool remains = true;
+  PublishAside([&] {
+    bool published = false;
+    while (remains && Clock::now() - start < time) {
+      remains = PublishNextNode(projectRoot.get()) != 0;
+      published = published || remains;
+    }
+    return published;
+  });
+  return !remains;
+}
+
+bool CProjectModel::PublishChildren(CXmlNode* parent) {
+  if (parent == nullptr || walksHere > 0 || !CanPublishAside()) return false;
+  std::vector<CXmlNode*> unpublished;
+  for (CXmlNode* const child : parent->GetChildren()) {
+    const bool isDue = IsContentNode(*child) && FindStoredValues(*child) == nullptr;
+    if (isDue) unpublished.push_back(child);
+  }
+  if (unpublished.empty()) return false;
+  PublishAside([&] {
+    for (CXmlNode* const child : unpublished) PublishNextNode(child);
+    return true;
+  });
+  return true;
+}
+
+bool CProjectModel::CanPublishAside() const {
+  return isOpen && !IsWorkerAlive() && !inPublishTick;
+}
+
+// Runs `publish`, which returns whether it has published anything, and makes the node current again
+// that is so now.
+void CProjectModel::PublishAside(const std::function<bool()>& publish) {
   CXmlNode* const notedNode = currentNode;
   CXmlNode* const notedApplication = activeApplication;
   propertyManager->BeginUpdate();
   if (notedNode != nullptr) RenewPropState(*notedNode);
-  bool published = false;
-  bool remains = true;
-  while (remains && Clock::now() - start < time) {
-    remains = PublishNextNode(projectRoot.get()) != 0;
-    published = published || remains;
-  }
+  const bool published = publish();
   const std::uint64_t epoch = treeEpoch;
   if (published) RestoreCurrent(notedApplication, notedNode);
   if (treeEpoch == epoch && currentNode != nullptr) RestorePropState(*currentNode);
   propertyManager->EndUpdate();
-  return !remains;
 }
 
 void CProjectModel::PublishSubtree(CXmlNode& node) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -35,26 +37,30 @@ void SettleAttributes(const CXmlNode* base, CXmlNode& node, bool isReference) {
   const auto isDerived = [isReference](std::string_view name) {
     return isReference ? !Contains(kOfReference, name) : IsDerivedAttribute(name);
   };
-  const Attributes present = AttributesOf(node);
-  Attributes rest = present;
-  Attributes settled = base == nullptr ? Attributes() : AttributesOf(*base);
+  Attributes present = AttributesOf(node);
+  const Attributes before = present;
   // A name may be repeated in a damaged file: the first goes to the first.
+  std::unordered_map<std::string_view, std::deque<std::size_t>> places;
+  for (std::size_t at = 0; at < before.size(); ++at) places[before[at].first].push_back(at);
+  std::vector<bool> isSettled(present.size());
+  Attributes settled = base == nullptr ? Attributes() : AttributesOf(*base);
   std::erase_if(settled, [&](auto& each) {
     if (isDerived(each.first)) return false;
-    const auto own = std::find_if(rest.begin(), rest.end(), [&each](const auto& attribute) {
-      return attribute.first == each.first;
-    });
-    if (own == rest.end()) return true;
-    each.second = std::move(own->second);
-    rest.erase(own);
+    const auto own = places.find(each.first);
+    if (own == places.end() || own->second.empty()) return true;
+    const std::size_t at = own->second.front();
+    own->second.pop_front();
+    each.second = std::move(present[at].second);
+    isSettled[at] = true;
     return false;
   });
-  for (auto& each : rest) {
-    if (!isDerived(each.first)) settled.push_back(std::move(each));
+  for (std::size_t at = 0; at < present.size(); ++at) {
+    const bool isNew = !isSettled[at] && !isDerived(present[at].first);
+    if (isNew) settled.push_back(std::move(present[at]));
   }
-  if (settled == present) return;
+  if (settled == before) return;
   while (node.GetFirstAttr() != nullptr) node.RemoveAttr(node.GetFirstAttr());
-  for (const auto& [name, value] : settled) node.AddAttr(name, value);
+  node.AddAttrs(settled);
 }
 
 int IndexOf(const CXmlNode& parent, const CXmlNode* child) {

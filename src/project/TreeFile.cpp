@@ -145,6 +145,13 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
     output->WriteMessage(kRowCannotRead, {absolute}, "it refers to itself");
     return 0;
   }
+  if (loadingFiles.empty()) repeatedReads = {};
+  if (!repeatedReads.Allows(files.Canonical(absolute))) {
+    if (repeatedReads.IsFirstRefusal()) {
+      output->WriteMessage(kRowCannotRead, {absolute}, "the project refers to its files too often");
+    }
+    return 0;
+  }
   const std::uint64_t epoch = treeEpoch;
   const bool isReplaced = replaced != nullptr && replaced->Find(absolute) != nullptr;
   const bool isThere = isReplaced || CheckFileAccess(files, absolute, kMustExist, *output) != 0;
@@ -176,6 +183,7 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
     return 0;
   }
   const BareElement bare(node);
+  repeatedReads.Add(text->size());
   node.SetValue("");
   DamageCollector collector(*text);
   const TreeRead read = ReadTree(*text, node, collector);

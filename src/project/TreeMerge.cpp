@@ -1,6 +1,8 @@
 #include "project/TreeMerge.h"
 
 #include <optional>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "project/ChildPairs.h"
@@ -12,10 +14,22 @@ namespace {
 
 using Value = std::optional<std::string>;
 
-Value ValueOf(const CXmlNode* node, const std::string& name) {
-  const char* value = node == nullptr ? nullptr : node->GetAttrValue(name);
-  return value == nullptr ? Value() : Value(value);
-}
+// The attributes of a node by name, of several with one name the first. The node outlives it.
+class AttributeValues {
+ public:
+  // nullptr for no attributes.
+  explicit AttributeValues(const CXmlNode* node) {
+    if (node == nullptr) return;
+    for (const CXmlAttr& each : node->Attributes()) values.emplace(each.NameView(), each.ValueView());
+  }
+  Value Get(std::string_view name) const {
+    const auto found = values.find(name);
+    return found == values.end() ? Value() : Value(found->second);
+  }
+
+ private:
+  std::unordered_map<std::string_view, std::string_view> values;
+};
 
 std::string LabelOf(const CXmlNode& node) {
   for (const char* name : {"Header", "Path"}) {
@@ -164,17 +178,20 @@ Value Merger::Choose(const Value& base, const Value& theirs, const Value& ours,
 }
 
 void Merger::MergeAttributes(const Item& from, CXmlNode& out) {
+  const AttributeValues base(from.base);
+  const AttributeValues theirs(from.theirs);
+  const AttributeValues ours(from.ours);
+  std::vector<std::pair<std::string, std::string>> merged;
+  std::unordered_set<std::string> seen;
   const auto add = [&](const CXmlAttr& attribute) {
     const std::string name = attribute.GetName();
-    if (out.GetAttr(name) != nullptr) return;
-    const Value value = Choose(ValueOf(from.base, name), ValueOf(from.theirs, name),
-                               ValueOf(from.ours, name), name);
-    if (value) out.AddAttr(name, *value);
+    if (!seen.insert(name).second) return;
+    const Value value = Choose(base.Get(name), theirs.Get(name), ours.Get(name), name);
+    if (value) merged.emplace_back(name, *value);
   };
   for (const CXmlAttr& attribute : from.theirs->Attributes()) add(attribute);
-  for (const CXmlAttr& attribute : from.ours->Attributes()) {
-    if (from.theirs->GetAttr(attribute.GetName()) == nullptr) add(attribute);
-  }
+  for (const CXmlAttr& attribute : from.ours->Attributes()) add(attribute);
+  out.AddAttrs(merged);
 }
 
 void Merger::Merge(const Item& from, CXmlNode& out) {

@@ -94,6 +94,8 @@ std::int32_t CProjectModel::RemoveItem(const char* itemname) {
     const TreeUpdate update(views, UpdateScope::Told);
     FreeSubtree(*holder, node);
     views.TellUpdated(*holder);
+    // Otherwise a namesake of the removed node would be selected, if only for a moment.
+    if (views.GetSelectedNode() == nullptr) views.SelectTreeNode(holder);
     epoch = treeEpoch;
   }
   if (treeEpoch == epoch) SetCurrentNode(holder);

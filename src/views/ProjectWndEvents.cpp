@@ -103,7 +103,9 @@ void CProjectWnd::OnRename(const std::string& name) {
   if (!IsWindow(own) || model == nullptr) return;
   model->StoreChangedProperty(type + ".General.Header");
   if (!IsWindow(own)) return;
+  const bool isAlive = tree.GetCurrentNode() == node;
   tree.SetSelectedLabel(name);
+  if (isAlive) tree.SetSelectedNode(node);
   tree.Refill();
 }
 

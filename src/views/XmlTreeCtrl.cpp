@@ -64,6 +64,9 @@ CTreeItem* CXmlTreeCtrl::FindItem(const CXmlNode* node) const {
 }
 
 void CXmlTreeCtrl::SelectNode(const CXmlNode* node) {
+  const CTreeItem* const chosen = GetSelectedItem();
+  // It takes the place of a node that is gone: the next filling must not go by the label of that.
+  if (chosen != nullptr && NodeOf(*chosen) == nullptr) selectedNode = node;
   CTreeItem* const item = FindItem(node);
   if (item == nullptr) return;
   isSelectingNode = true;

@@ -49,29 +49,39 @@ class CXmlTreeCtrl : public CTreeCtrl {
 
   // --- Filling ---
 
-  // Shows that tree, or none for null. Forgets the current node, then selects every item with the
-  // selected label, one after the other, each with its message. Items, lines and scroll position
-  // that the new tree has as well stay, so that a filling costs a toolkit what has changed.
+  // Shows that tree, or none for null. Clears the current node, then selects the node that
+  // SaveViewState or SetSelectedNode has recorded, with its message. If that node is not shown any
+  // more, or only a label is known, selects every item with the selected label, one after the
+  // other, each with its message. Items, lines and scroll position that the new tree has as well
+  // stay, so that a filling costs a toolkit what has changed.
   void SetXmlRoot(CXmlNode* newRoot);
   // The same tree again, after a change of it.
   void Refill();
   // ... after a change of nothing but the texts and the children of these nodes. The outcome is
   // that of Refill, for the price of what has changed.
   void RefillNodes(const std::vector<const CXmlNode*>& nodes);
-  // Writes into each node whether it is expanded, and keeps the label of the selected one.
+  // Writes into each node whether it is expanded, and records the selected node and its label.
   void SaveViewState();
   // The node and all below it are about to be freed: nothing here points at them any more.
   void ForgetNode(const CXmlNode& node);
 
   // --- Selection ---
 
-  // Selects the item of that node, if there is one. The message is posted.
+  // Selects the item of that node, if there is one. The message is posted. If the selected node has
+  // been freed since the last filling, the next one selects this node.
   void SelectNode(const CXmlNode* node);
   // The node of the last selection or mouse action; null for none.
   CXmlNode* GetCurrentNode() const { return currentNode; }
   CXmlNode* GetXmlRoot() const { return rootNode; }
-  // What the next filling selects.
-  void SetSelectedLabel(const std::string& label) { selectedLabel = label; }
+  // The next fillings select by this label alone.
+  void SetSelectedLabel(const std::string& label) {
+    selectedLabel = label;
+    selectedNode = nullptr;
+  }
+  // The next fillings select this node of the tree as long as it is shown, whatever its label is.
+  void SetSelectedNode(const CXmlNode* node) { selectedNode = node; }
+  // Returns nullptr if the next filling selects by the label alone.
+  const CXmlNode* GetSelectedNode() const { return selectedNode; }
   const std::string& GetSelectedLabel() const { return selectedLabel; }
   // The label's place in client coordinates, for an editor over it; empty when it isn't visible.
   Rect GetNodeTextRect(const CXmlNode& node) const;
@@ -125,7 +135,7 @@ class CXmlTreeCtrl : public CTreeCtrl {
   void CountChange(Filling& filling);
   void BeginFilling(Filling& filling);
   void EndFilling(Filling& filling);
-  void SelectByLabel();
+  void RestoreSelection();
   void FindMatches();
   void SaveExpansion();
   // True when the root of what is shown was among them.
@@ -141,6 +151,7 @@ class CXmlTreeCtrl : public CTreeCtrl {
   std::unique_ptr<CImageList> markerImageList;
   std::vector<CXmlTreeImage> imageEntries;
   std::string selectedLabel;
+  const CXmlNode* selectedNode = nullptr;  // the node with that label; compared only
   bool showInfo = true;
   bool helpMode = false;
   bool isEmpty = true;

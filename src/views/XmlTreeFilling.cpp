@@ -34,7 +34,6 @@ bool IsKeptExpanded(const CXmlNode& node) {
 struct CXmlTreeCtrl::Filling {
   const CXmlNode* topNode = nullptr;  // of the line at the top, when it isn't the first
   int changes = 0;
-  std::vector<CTreeItem*> built;
   // Neighbours mostly have one name, and one text of it.
   const char* lastName = nullptr;
   const CXmlTreeImage* lastImage = nullptr;
@@ -65,6 +64,7 @@ void CXmlTreeCtrl::SetXmlRoot(CXmlNode* newRoot) {
   if (newRoot != rootNode) areMatchesKnown = false;
   rootNode = newRoot;
   isEmpty = newRoot == nullptr;
+  if (isEmpty) selectedNode = nullptr;
   std::vector<CXmlNode*> shown;
   if (newRoot != nullptr && ImageOf(*newRoot, filling) != nullptr) shown.push_back(newRoot);
   UpdateChildren(nullptr, shown, filling);
@@ -75,13 +75,15 @@ void CXmlTreeCtrl::RefillNodes(const std::vector<const CXmlNode*>& nodes) {
   Filling filling;
   BeginFilling(filling);
   for (const CXmlNode* const node : nodes) {
-    CTreeItem* const item = FindItem(node);
-    if (item == nullptr) continue;
-    if (ImageOf(*node, filling) == nullptr) {  // a name of another kind: it goes with its parent
-      SetXmlRoot(rootNode);
+    CTreeItem* item = FindItem(node);
+    const bool isNew = item == nullptr && ImageOf(*node, filling) != nullptr;
+    if (isNew) item = FindItem(node->GetParent());  // it is inserted with its siblings
+    const bool isGoing = item != nullptr && ImageOf(*NodeOf(*item), filling) == nullptr;
+    if (isGoing || (isNew && node == rootNode)) {
+      Refill();
       return;
     }
-    UpdateItem(*item, filling);
+    if (item != nullptr) UpdateItem(*item, filling);
   }
   EndFilling(filling);
 }
@@ -96,8 +98,6 @@ void CXmlTreeCtrl::BeginFilling(Filling& filling) {
 
 void CXmlTreeCtrl::EndFilling(Filling& filling) {
   SetRedraw(true);
-  items.reserve(items.size() + filling.built.size());
-  for (CTreeItem* const item : filling.built) items[NodeOf(*item)] = item;
   if (filling.topNode != nullptr) {
     const CTreeItem* newTop = FindItem(filling.topNode);
     while (newTop != nullptr && GetRowOf(*newTop) < 0) newTop = newTop->GetParent();
@@ -105,7 +105,7 @@ void CXmlTreeCtrl::EndFilling(Filling& filling) {
   }
   // What is drawn of a node besides its item may be another.
   Invalidate();
-  SelectByLabel();
+  RestoreSelection();
 }
 
 void CXmlTreeCtrl::Refill() {
@@ -115,7 +115,7 @@ void CXmlTreeCtrl::Refill() {
 std::unique_ptr<CTreeItem> CXmlTreeCtrl::BuildItem(CXmlNode& node, Filling& filling) {
   const int image = ImageOf(node, filling)->imageIndex;
   auto item = std::make_unique<CTreeItem>(LabelOf(node), image, image, &node);
-  filling.built.push_back(item.get());
+  items[&node] = item.get();
   item->ReserveChildren(node.GetChildCount());
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode& child = *node.GetChild(i);
@@ -193,13 +193,19 @@ void CXmlTreeCtrl::CountChange(Filling& filling) {
   if (++filling.changes == kManyChanges) SetRedraw(false);
 }
 
-// Each message may destroy the control, fill it anew, which then has selected what there is, or
-// free nodes.
-void CXmlTreeCtrl::SelectByLabel() {
+// The node that was selected stays selected; its label counts only if it is not shown any more.
+// Each message may destroy the control, refill it, which then has selected what there is, or free
+// nodes.
+void CXmlTreeCtrl::RestoreSelection() {
   const WindowHandle own = GetHandle();
   const unsigned fill = fillCount;
-  if (!areMatchesKnown || matchedLabel != selectedLabel) FindMatches();
-  const std::vector<const CXmlNode*> matches = labelMatches;
+  std::vector<const CXmlNode*> matches;
+  if (FindItem(selectedNode) != nullptr) {
+    matches = {selectedNode};
+  } else {
+    if (!areMatchesKnown || matchedLabel != selectedLabel) FindMatches();
+    matches = labelMatches;
+  }
   for (const CXmlNode* const node : matches) {
     CTreeItem* const item = FindItem(node);
     if (item == nullptr) continue;
@@ -223,7 +229,9 @@ void CXmlTreeCtrl::SaveViewState() {
   if (isEmpty) return;
   if (!isStateSaved) SaveExpansion();
   const CTreeItem* const chosen = GetSelectedItem();
-  if (chosen != nullptr && NodeOf(*chosen) != nullptr) selectedLabel = LabelOf(*NodeOf(*chosen));
+  if (chosen == nullptr || NodeOf(*chosen) == nullptr) return;
+  selectedNode = NodeOf(*chosen);
+  selectedLabel = LabelOf(*selectedNode);
 }
 
 void CXmlTreeCtrl::SaveExpansion() {
@@ -244,6 +252,7 @@ void CXmlTreeCtrl::ForgetNode(const CXmlNode& node) {
 bool CXmlTreeCtrl::ForgetSubtree(const CXmlNode& node) {
   bool isRootGoing = &node == rootNode;
   if (&node == currentNode) currentNode = nullptr;
+  if (&node == selectedNode) selectedNode = nullptr;
   const auto found = items.find(&node);
   if (found != items.end()) {
     found->second->SetData(nullptr);
@@ -256,7 +265,9 @@ bool CXmlTreeCtrl::ForgetSubtree(const CXmlNode& node) {
 }
 
 void CXmlTreeCtrl::OnItemGone(const CTreeItem& item) {
-  items.erase(NodeOf(item));
+  // A node that has moved may have its new item already.
+  const auto found = items.find(NodeOf(item));
+  if (found != items.end() && found->second == &item) items.erase(found);
   if (&item == dragItem) dragItem = nullptr;
   if (&item == dropTarget) dropTarget = nullptr;
 }

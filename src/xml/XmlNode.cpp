@@ -84,10 +84,21 @@ CXmlAttr* CXmlNode::SetAttrValue(XmlArg attrName, XmlArg attrValue) {
   return attr;
 }
 
-CXmlAttr* CXmlNode::AddAttr(XmlArg attrName, XmlArg attrValue) {
+CXmlAttr* CXmlNode::GetLastAttr() const {
   CXmlAttr* last = firstAttr;
   while (last && !last->IsLast()) last = last->GetNext();
-  return AddAttrBehind(last, attrName, attrValue);
+  return last;
+}
+
+CXmlAttr* CXmlNode::AddAttr(XmlArg attrName, XmlArg attrValue) {
+  return AddAttrBehind(GetLastAttr(), attrName, attrValue);
+}
+
+void CXmlNode::CopyAttrs(const CXmlNode& source) {
+  CXmlAttr* last = GetLastAttr();
+  for (const CXmlAttr& attr : source.Attributes()) {
+    last = AddAttrBehind(last, attr.NameView(), attr.ValueView());
+  }
 }
 
 CXmlAttr* CXmlNode::AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue) {

@@ -151,6 +151,15 @@ class CXmlNode {
   CXmlAttr* SetAttrValue(XmlArg attrName, XmlArg attrValue);
   // Appends an attribute even where one of that name exists.
   CXmlAttr* AddAttr(XmlArg attrName, XmlArg attrValue);
+  // Appends attributes, pairs of name and value, in their order. Linear in their number, which as
+  // many calls of AddAttr are not.
+  template <class Pairs>
+  void AddAttrs(const Pairs& pairs) {
+    CXmlAttr* last = GetLastAttr();
+    for (const auto& [attrName, attrValue] : pairs) last = AddAttrBehind(last, attrName, attrValue);
+  }
+  // Appends copies of the attributes of another node. Linear in their number.
+  void CopyAttrs(const CXmlNode& source);
   // Destroys the attribute; false when it isn't one of this node's.
   bool RemoveAttr(const CXmlAttr* attr);
 
@@ -214,6 +223,7 @@ class CXmlNode {
            CXmlNode* nodeParent, std::uint16_t offset)
       : name(nodeName), value(nodeValue), parent(nodeParent), type(nodeType), pageOffset(offset) {}
 
+  CXmlAttr* GetLastAttr() const;
   // Appends an attribute behind `last`, the present last one or null.
   CXmlAttr* AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue);
   bool IsOwnRecord(const CXmlAttr* attr) const;

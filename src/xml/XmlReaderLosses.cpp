@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <unordered_set>
 
 #include "xml/XmlReader.h"
 #include "xml/XmlText.h"
@@ -74,12 +75,10 @@ void XmlReader::ReportElement(const char* tag, bool isOpen, bool isTop) {
 }
 
 void XmlReader::ReportRepeats(const char* tag) {
-  for (std::size_t i = 1; i < attrs.size(); ++i) {
-    for (std::size_t j = 0; j < i; ++j) {
-      if (attrs[i].name != attrs[j].name) continue;
-      ReportLoss(XmlLoss::RepeatedAttribute, tag, attrs[i].name->View());
-      break;
-    }
+  std::unordered_set<const XmlName*> seen;
+  for (const AttrSpan& attr : attrs) {
+    if (seen.insert(attr.name).second) continue;
+    ReportLoss(XmlLoss::RepeatedAttribute, tag, attr.name->View());
   }
 }
 

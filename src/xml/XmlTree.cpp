@@ -75,10 +75,7 @@ void CXmlNode::CopyFrom(const CXmlNode& source) {
   std::swap(name, copy->name);
   SetValue(copy->ValueView());
   type = copy->type;
-  CXmlAttr* last = nullptr;
-  for (const CXmlAttr& attr : copy->Attributes()) {
-    last = AddAttrBehind(last, attr.NameView(), attr.ValueView());
-  }
+  CopyAttrs(*copy);
   std::swap(children, copy->children);
   std::swap(childCount, copy->childCount);
   std::swap(childCapacity, copy->childCapacity);

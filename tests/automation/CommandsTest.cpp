@@ -255,16 +255,23 @@ TEST_F(Commands, IniFilesKeepWhatTheyHold) {
 TEST_F(Commands, AnItemMadeFromOutsideNeverRunsTheToolAndLeavesTheUsersChoice) {
   Open();
   std::string seen;
-  user.useSheet = [&](CPropertySheet&) {
-    seen = world.settings.ReadProfile("Project", "UseCobbler", "none");
-    return kSheetCancel;
-  };
-  EXPECT_EQ(world.Call("AddNewItem", {NullableText(), NullableText()}), "0");
-  EXPECT_EQ(seen, "No");
-  EXPECT_EQ(world.settings.ReadProfile("Project", "UseCobbler"), std::nullopt);
-  world.settings.WriteProfile("Project", "UseCobbler", "Yes");
-  EXPECT_EQ(world.Call("AddNewItem", {NullableText(), NullableText()}), "0");
-  EXPECT_EQ(world.settings.ReadProfile("Project", "UseCobbler"), "Yes");
+  const auto profile = [&] { return world.disk.BytesOf("/user/profile.ini").value_or("none"); };
+  for (const char* chosen : {"", "Yes"}) {
+    if (*chosen != '\0') world.settings.WriteProfile("Project", "UseCobbler", chosen);
+    const std::string before = profile();
+    std::string during;
+    user.useSheet = [&](CPropertySheet&) {
+      seen = world.settings.ReadProfile("Project", "UseCobbler", "none");
+      world.settings.WriteProfile("Project", "UseCobbler", "Maybe");
+      during = profile();  // what a killed program leaves
+      return kSheetCancel;
+    };
+    EXPECT_EQ(world.Call("AddNewItem", {NullableText(), NullableText()}), "0");
+    EXPECT_EQ(seen, "No");
+    EXPECT_EQ(during, before);
+    EXPECT_EQ(world.Call("AddNewItem", {NullableText(), "Group"}), "1");
+    EXPECT_EQ(profile(), before);
+  }
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "automation/ProjectInspector.h"
 #include "automation/WatchedWorld.h"
+#include "tarn/automation.h"
 
 namespace tarn::test {
 namespace {
@@ -136,6 +137,26 @@ TEST(Lifetime, ReleasedInsideAStepOfTheWorkerItEndsBehindTheWorker) {
             (std::vector<std::string>{"0", "1", "2", "'/p/demo.tapp'", "1", "1", "nothing"}));
   // Nobody hears of it any more, and no further tool is run.
   EXPECT_TRUE(world.host.LinesOf(kMsgToolSucceeded).empty());
+  EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
+}
+
+// The tool manager sends its messages by itself, on the worker's thread, outside of any step.
+TEST(Lifetime, ReleasedInsideAMessageOfARunningToolItEndsAfterTheWorker) {
+  Building world;
+  const std::shared_ptr<MessageLoop> loop = MessageLoop::ForCurrentThread();
+  const WindowHandle host = world.host.Handle();
+  world.components.Tools().onRun = [&](const ToolRun&) {
+    SendWindowMessage(host, TARN_MSG_TOOL_STARTED, 0, 0);
+    return 1;
+  };
+  bool released = false;
+  world.host.actions[TARN_MSG_TOOL_STARTED] = [&] {
+    EXPECT_FALSE(std::exchange(released, true));
+    world.LetGo();
+    EXPECT_FALSE(world.IsGone());
+  };
+  world.Start();
+  EXPECT_TRUE(world.PumpUntilGone());
   EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
 }
 

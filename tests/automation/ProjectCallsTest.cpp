@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "automation/ManagerWorld.h"
+#include "automation/ProjectInspector.h"
 
 namespace tarn::test {
 namespace {
@@ -216,6 +217,43 @@ TEST_F(ProjectCalls, ASavedValueReachesTheProjectAndASetOneDoesNot) {
   EXPECT_EQ(world.Call("ResetPropertyValue", {"", "Build", "Tool"}), "1");
   EXPECT_EQ(world.Call("ProjectSave"), "1");
   EXPECT_EQ(world.disk.BytesOf("/p/demo.tapp")->find("Header=\"Tool\""), std::string::npos);
+}
+
+TEST_F(ProjectCalls, ANodeIsFoundByItsFullPathBeforeAnythingIsPublished) {
+  ASSERT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
+  CProjectModel& model = *world.Manager().GetModel();
+  ASSERT_TRUE(model.HasUnpublished());
+  EXPECT_EQ(world.Call("SelectNode", {"/p/main.c"}), "1");
+  EXPECT_EQ(TextOf(model.GetCurrentNode()->GetAttrValue("Header")), "main.c");
+}
+
+// The methods return 1 in any case, so that a host has to be able to find out.
+TEST_F(ProjectCalls, ASelectionThatFindsNothingIsKnownUntilThereIsAnother) {
+  ASSERT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
+  DispatchPtr object = DispatchPtr::Adopt(new CProjectInspector);
+  auto& inspector = static_cast<CProjectInspector&>(*object.Get());
+  ASSERT_EQ(inspector.Attach(world.manager.Get()), 1);
+  const struct {
+    const char* method;
+    const char* argument;
+    const char* missed;
+  } rows[] = {
+      {"SelectNode", "/p/none.c", "\"/p/none.c\""},
+      {"SelectNode", "/p/main.c", ""},
+      {"SelectApplication", "nobody", "\"nobody\""},
+      {"RemoveItem", "nobody", "\"nobody\""},
+      {"SelectApplication", "demo", ""},
+      {"SelectNode", "", "\"\""},
+      {"ProjectClose", nullptr, ""},
+  };
+  for (const auto& row : rows) {
+    if (row.argument == nullptr) {
+      world.Call(row.method);
+    } else {
+      world.Call(row.method, {row.argument});
+    }
+    EXPECT_EQ(inspector.GetMissedSelection(), row.missed) << row.method;
+  }
 }
 
 TEST_F(ProjectCalls, TheActiveApplicationAnswersForItsFiles) {

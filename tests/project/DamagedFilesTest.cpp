@@ -137,6 +137,24 @@ const RefusalRow kRefusalRows[] = {
      {"row 8 /p/one.tapp: it refers to itself", "row 8 /p/two.tapp: it refers to itself"}},
 };
 
+// Forty files, of which each refers twice to the next one: 2^39 reads of the last.
+TEST(DamagedFiles, FilesThatReferToEachOtherManyTimesAreRefusedSoon) {
+  ProjectWorld world;
+  world.AddDemo("");
+  for (int i = 0; i < 40; ++i) {
+    const std::string next = "f" + std::to_string(i + 1) + ".tapp";
+    const std::string part = "<Application Header=\"x\" Extern=\".\\" + next + "\" />";
+    const std::string name = i == 0 ? "demo" : "f" + std::to_string(i);
+    world.AddFile("/p/" + name + ".tapp", "<Application>" + (i < 39 ? part + part : "") +
+                                              "</Application>");
+  }
+  EXPECT_EQ(world.OpenDemo(), 0);
+  const std::string log = world.LogText();
+  const std::string message = "the project refers to its files too often";
+  EXPECT_NE(log.find(message), std::string::npos) << log.substr(0, 1000);
+  EXPECT_EQ(log.find(message), log.rfind(message));
+}
+
 // A project of which a part is missing is not open, and nothing of it is ever written.
 TEST(DamagedFiles, AProjectThatWasReadInPartIsDiscarded) {
   for (const RefusalRow& row : kRefusalRows) {

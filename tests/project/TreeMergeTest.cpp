@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "project/FileDamage.h"
 #include "project/ProjectWorld.h"
 #include "project/StableForm.h"
 #include "project/TreeMerge.h"
@@ -108,6 +109,33 @@ TEST(TreeMerge, BothSidesChangesAreThere) {
     for (const TreeConflict& each : merged.conflicts) conflicts += each.place + ": " + each.what;
     EXPECT_EQ(conflicts, row.conflicts);
   }
+}
+
+// Work that grows with the square of the number takes minutes here.
+TEST(TreeMerge, VeryManyAttributesOfOneElementTakeNoLongerThanTheSameInMany) {
+  constexpr int kCount = 200'000;
+  const auto make = [](int from, int changed) {
+    std::string text = "<Project><C";
+    for (int i = from; i < kCount; ++i) {
+      text += " a" + std::to_string(i) + "='" + (i == changed ? "new'" : "'");
+    }
+    text += " a0='again' /></Project>";
+    std::unique_ptr<CXmlNode> root;
+    DamageCollector collector(text);
+    root = CXmlNode::CreateNode("Project");
+    ReadTree(text, *root, collector);
+    EXPECT_EQ(collector.Collect("f").size(), from == 0 ? 1u : 0u);
+    return root;
+  };
+  const auto base = make(0, -1);
+  const auto ours = make(1, 7);
+  MergedTree merged = MergeTrees(*base, *make(0, 5), *ours);
+  const CXmlNode& node = *merged.root->GetChild(0);
+  EXPECT_EQ(node.GetAttrCount(), kCount);
+  EXPECT_STREQ(node.GetAttrValue("a5"), "new");
+  EXPECT_STREQ(node.GetAttrValue("a7"), "new");
+  MakeStable(*base, *merged.root, NodeTypes());
+  EXPECT_EQ(merged.root->GetChild(0)->GetAttrCount(), kCount);
 }
 
 // Derived attributes follow configuration and view, which is no reason to change the file.

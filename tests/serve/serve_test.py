@@ -4,6 +4,7 @@ import os
 import re
 import shutil
 import signal
+import subprocess
 import sys
 import time
 import unittest
@@ -258,6 +259,14 @@ class Calls(ServeTest):
         self.assertEqual(client.call("EnableCommand", STOP), 0)
         self.assertEqual(self.shorten(client.transcript), ["BuildStarting 0 0"])
 
+    def test_no_value_is_stored_at_the_node_before_one_that_was_not_found(self):
+        client = self.open()
+        self.assertEqual(client.call("SelectNode", "none.c"), 1)
+        store = ("SavePropertyValue", ["C", "Compiler", "Defines", "X"])
+        self.assertEqual(self.errors(client, store), [-32000])
+        self.assertEqual(client.call("SelectApplication", "app"), 1)
+        self.assertEqual(self.errors(client, store), [None])
+
     def test_requests_are_answered_once_and_in_order(self):
         client = self.start()
         client.send_bytes(frame(request(11, "GetCurConfig")) + frame(request("b", "EnableCommand", 1)))
@@ -399,6 +408,14 @@ class Stops(ServeTest):
                 client.wait(stop)
                 lines = [each for each in client.transcript if each["name"] == "LogLine"]
                 self.assertEqual(len(lines), 1)
+
+    def test_a_closed_input_ends_the_server_although_nobody_reads_what_it_writes(self):
+        with subprocess.Popen([PROGRAM, "serve"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                              env=self.project.environment, cwd=self.project.folder) as server:
+            server.stdin.write(frame(INITIALIZE) + b"".join(
+                frame(request(i, "Nothing")) for i in range(2, 3000)))
+            server.stdin.close()
+            self.assertEqual(server.wait(timeout=3), 1)
 
     def test_a_client_that_goes_takes_the_tools_along(self):
         rows = [("close the input", lambda client: client.process.stdin.close(), 1),

@@ -220,6 +220,58 @@ TEST_F(ProjectWindow, NamesAreEditedInPlace) {
   EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "demo[Sources[main.c led.c] ]");
 }
 
+// Two folders hold a main.c. Whatever happens to one, the other is neither selected nor removed.
+TEST_F(ProjectWindow, ChangesOfANodeLeaveItsNamesakeAlone) {
+  const struct {
+    const char* name;
+    std::function<void(CXmlNode& main)> act;
+    const char* selected;  // with the folder above it
+  } rows[] = {
+      {"a report about another file",
+       [&](CXmlNode& main) {
+         world.Node("led.c")->SetAttrValue("OutputFile", "/p/led.o");
+         world.model->SetBuildInfo(
+             nullptr, "<Files><File Header=\"/p/led.o\" Date=\"0\"><F Header=\"x.h\"/></File></Files>");
+         EXPECT_NE(world.Node("led.c")->FindChild("Dependencies"), nullptr);
+         EXPECT_EQ(world.model->GetCurrentNode(), &main);
+       },
+       "main.c in Sources"},
+      {"renamed like another",
+       [&](CXmlNode&) {
+         world.components.Properties().SetPropertyValue("C", "General", "Header", "led.c");
+         Tree().SendOwner(kXmlTreeRename, reinterpret_cast<std::intptr_t>("led.c"), 0);
+       },
+       "led.c in Sources"},
+      {"removed", [&](CXmlNode&) { Key(kKeyDelete); }, "Sources in demo"},
+      {"moved",
+       [&](CXmlNode& main) { world.model->MoveNode(&main, world.Node("Third")); },
+       "main.c in Third"},
+  };
+  for (const auto& row : rows) {
+    world.AddDemo(
+        "<Group Header=\"Sources\" ><C Header=\"main.c\" Path=\".\\main.c\" /></Group>"
+        "<Group Header=\"Third\" /><Group Header=\"Other\" >"
+        "<C Header=\"main.c\" Path=\".\\o\\main.c\" /><C Header=\"led.c\" Path=\".\\led.c\" />"
+        "</Group>");
+    Open();
+    CXmlNode* const main = world.Node("Sources")->GetChild(0);
+    Tree().SelectNode(main);
+    Pump();
+    row.act(*main);
+    Pump();
+    const CXmlNode* const selected = window->GetSelectedNode();
+    ASSERT_NE(selected, nullptr) << row.name;
+    EXPECT_EQ(TextOf(selected->GetAttrValue("Header")) + " in " +
+                  TextOf(selected->GetParent()->GetAttrValue("Header")),
+              row.selected)
+        << row.name;
+    for (const std::string& line : TakeLines()) {
+      EXPECT_EQ(line.find("/p/o/main.c"), std::string::npos) << row.name << ": " << line;
+    }
+    world.model->CloseProject();
+  }
+}
+
 TEST_F(ProjectWindow, TheSwitchesAreKeptAndChangeWhatIsShown) {
   Open();
   CXmlNode* const dependencies = world.Node("main.c")->AddChild("Dependencies");

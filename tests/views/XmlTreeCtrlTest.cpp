@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <random>
 #include <set>
@@ -378,6 +379,102 @@ TEST_F(XmlTreeTest, EveryItemWithTheSelectedLabelIsSelectedInTurn) {
   EXPECT_EQ(mirror.Text(), TreeText(tree));
 }
 
+TEST_F(XmlTreeTest, ANamesakeIsSelectedOnlyIfTheSelectedNodeIsGone) {
+  CXmlNode* const main = Node("G")->AddChild("File");
+  main->SetAttrValue("Header", "main.c");
+  Node("H")->AddChild("File")->SetAttrValue("Header", "main.c");
+  tree.Refill();
+  tree.SelectNode(main);
+  owner.TakeMessages();
+  const struct {
+    const char* what;
+    std::function<void()> change;
+    Lines messages;
+    const char* tree;
+  } rows[] = {
+      {"a change elsewhere",
+       [&] { Node("H")->AddChild("File")->SetAttrValue("Header", "i.c"); },
+       {"select main.c"},
+       "P{G{a.c b.c *main.c} H{c.c{D{d.h e.h}} main.c i.c}}"},
+      {"a namesake's name in use",
+       [&] { main->SetAttrValue("Header", "i.c"); },
+       {"select i.c"},
+       "P{G{a.c b.c *i.c} H{c.c{D{d.h e.h}} main.c i.c}}"},
+      {"in another folder",
+       [&] { Node("H")->InsertChildBefore(Node("G")->DetachChild(main), Node("c.c")); },
+       {"select i.c"},
+       "P{G{a.c b.c} H{*i.c c.c{D{d.h e.h}} main.c i.c}}"},
+      {"gone", [&] { Free("i.c"); }, {"select i.c"}, "P{G{a.c b.c} H{c.c{D{d.h e.h}} main.c *i.c}}"},
+      {"gone, with another chosen before the filling",
+       [&] {
+         const CXmlNode* const added = Node("G")->AddChild("File");
+         Free("i.c");
+         tree.SelectNode(added);
+       },
+       {"select nameless"},
+       "P{G{a.c b.c *} H{c.c{D{d.h e.h}} main.c}}"},
+  };
+  for (const auto& row : rows) {
+    tree.SaveViewState();
+    row.change();
+    tree.Refill();
+    EXPECT_EQ(TreeText(tree), row.tree) << row.what;
+    EXPECT_EQ(owner.TakeMessages(), row.messages) << row.what;
+  }
+}
+
+// The items of a node that has moved are built at its new place while the old ones still exist.
+TEST_F(XmlTreeTest, AFillingOfChangedNodesFindsThemWhereverTheyAreAndWhateverTheirKind) {
+  const struct {
+    const char* what;
+    std::function<std::vector<const CXmlNode*>()> change;  // returns what it changed
+    const char* tree;
+  } rows[] = {
+      {"moved, with new children",
+       [&]() -> std::vector<const CXmlNode*> {
+         CXmlNode* const moved = Node("c.c");
+         moved->AddChild("File")->SetAttrValue("Header", "new");
+         Node("G")->AppendChild(Node("H")->DetachChild(moved));
+         return {Node("G"), moved, Node("H")};
+       },
+       "P{G{a.c b.c c.c{D{d.h e.h} new}} H}"},
+      {"a kind that is not shown",
+       [&]() -> std::vector<const CXmlNode*> {
+         CXmlNode* const moved = Node("b.c");
+         moved->AddChild("File")->SetAttrValue("Header", "new");
+         Node("H")->AppendChild(Node("G")->DetachChild(moved));
+         Node("a.c")->SetName("Hidden");
+         Node("X")->SetName("Group");
+         return {Node("H"), moved, Node("a.c"), Node("G"), Node("X"), Node("x.c")};
+       },
+       "P{G H{c.c{D{d.h e.h}} b.c{new}} X{x.c}}"},
+      {"the root shown again",
+       [&]() -> std::vector<const CXmlNode*> {
+         root->SetName("Hidden");
+         tree.Refill();
+         root->SetName("Project");
+         return {root.get()};
+       },
+       "P{G{a.c b.c} H{c.c{D{d.h e.h}}}}"},
+  };
+  for (const auto& row : rows) {
+    for (const bool isBackwards : {false, true}) {
+      tree.ForgetNode(*root);
+      root = ReadNode(kProject);
+      tree.SetXmlRoot(root.get());
+      std::vector<const CXmlNode*> changed = row.change();
+      if (isBackwards) std::reverse(changed.begin(), changed.end());
+      tree.RefillNodes(changed);
+      EXPECT_EQ(TreeText(tree), row.tree) << row.what;
+      EXPECT_EQ(mirror.Text(), TreeText(tree)) << row.what;
+      for (const CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNext()) {
+        tree.SelectNode(static_cast<const CXmlNode*>(item->GetData()));
+        EXPECT_EQ(tree.GetSelectedItem(), item) << row.what << ": " << item->GetText();
+      }
+    }
+  }
+}
+
 TEST_F(XmlTreeTest, APeerHearsOfWhatHasChangedAndOfNothingElse) {
   tree.MoveWindow({0, 20, 300, 20 + 4 * 16});
   tree.SelectNode(Node("d.h"));
@@ -504,6 +601,7 @@ TEST_F(XmlTreeTest, AFillingOverAnOldOneGivesWhatAFreshOneGives) {
       }
     }
     fresh.SetSelectedLabel(tree.GetSelectedLabel());
+    fresh.SetSelectedNode(tree.GetSelectedNode());
     fresh.SetXmlRoot(root.get());
     ASSERT_EQ(TreeText(tree), TreeText(fresh)) << step;
     ASSERT_EQ(TreeText(tree), mirror.Text()) << step;

@@ -127,11 +127,16 @@ std::string Settings::ProfileSection(std::string_view section) const {
 
 std::optional<std::string> Settings::ReadProfile(std::string_view section,
                                                  std::string_view name) const {
+  if (const HeldValue* const here = FindHeld(section, name)) return here->value;
   return ReadIniStore(files, ProfileFile(folders)).Read(ProfileSection(section), name);
 }
 
 bool Settings::WriteProfile(std::string_view section, std::string_view name,
                             std::string_view value) {
+  if (HeldValue* const here = FindHeld(section, name)) {
+    here->value = value;
+    return true;
+  }
   const Status written = EditIniStore(files, ProfileFile(folders), [&](IniFile& store) {
     return store.Write(ProfileSection(section), name, IniFile::Quoted(value));
   });
@@ -139,11 +144,33 @@ bool Settings::WriteProfile(std::string_view section, std::string_view name,
 }
 
 bool Settings::RemoveProfile(std::string_view section, std::string_view name) {
+  if (HeldValue* const here = FindHeld(section, name)) {
+    here->value.reset();
+    return true;
+  }
   const Status written = EditIniStore(files, ProfileFile(folders), [&](IniFile& store) {
     store.Remove(ProfileSection(section), name);
     return true;
   });
   return static_cast<bool>(written);
+}
+
+Settings::HeldValue* Settings::FindHeld(std::string_view section, std::string_view name) const {
+  const auto found = std::find_if(held.rbegin(), held.rend(), [&](const auto& each) {
+    return EqualNoCase(each->section, section) && EqualNoCase(each->name, name);
+  });
+  return found == held.rend() ? nullptr : found->get();
+}
+
+ProfileOverride::ProfileOverride(Settings& userSettings, std::string_view section,
+                                 std::string_view name, std::string_view value)
+    : settings(userSettings) {
+  settings.held.push_back(std::make_unique<Settings::HeldValue>(
+      Settings::HeldValue{std::string(section), std::string(name), std::string(value)}));
+}
+
+ProfileOverride::~ProfileOverride() {
+  settings.held.pop_back();
 }
 
 Settings& Settings::Native() {

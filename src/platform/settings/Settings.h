@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -67,6 +68,17 @@ class Settings {
   static Settings& Native();
 
  private:
+  friend class ProfileOverride;
+
+  // A value of the profile that is held in memory in place of the stored one.
+  struct HeldValue {
+    std::string section;
+    std::string name;
+    std::optional<std::string> value;
+  };
+  // Returns the innermost one, nullptr if the stored value is in effect.
+  HeldValue* FindHeld(std::string_view section, std::string_view name) const;
+
   // In the order in which they are asked.
   std::array<IniFile, 2> ReadRegistries() const;
   std::string ProfileSection(std::string_view section) const;
@@ -74,6 +86,22 @@ class Settings {
   FileSystem& files;
   SettingsFolders folders;
   std::string profileKey;
+  std::vector<std::unique_ptr<HeldValue>> held;
+};
+
+// Holds a value of the profile in memory while the object lives: reads return it, and writes and
+// removals change it alone. The stored value is neither read nor written. Overrides are destroyed
+// in the reverse order of their creation.
+class ProfileOverride {
+ public:
+  ProfileOverride(Settings& userSettings, std::string_view section, std::string_view name,
+                  std::string_view value);
+  ~ProfileOverride();
+  ProfileOverride(const ProfileOverride&) = delete;
+  ProfileOverride& operator=(const ProfileOverride&) = delete;
+
+ private:
+  Settings& settings;
 };
 
 }  // namespace tarn

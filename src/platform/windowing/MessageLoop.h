@@ -39,6 +39,10 @@ class MessageLoop : public std::enable_shared_from_this<MessageLoop> {
   // comes out here. Nothing may be locked while waiting here.
   virtual bool RunAndWait(const std::function<void()>& work) = 0;
 
+  // Returns whether the calling code runs inside work that another thread waits for, for example in
+  // a window's answer to its message. False on another thread than the loop's.
+  virtual bool IsServing() const = 0;
+
   // Serves what other threads wait for, and nothing else. Returns whether there was anything.
   virtual bool ServeWaiting() = 0;
   // Serves waiting work, then posted messages, then timers that are due; at most one round. Timers

@@ -106,11 +106,13 @@ ThreadLoop::Call* ThreadLoop::TakeCall() {
 }
 
 void ThreadLoop::Run(Call& call) {
+  ++servingDepth;
   try {
     (*call.work)();
   } catch (...) {
     call.failure = std::current_exception();
   }
+  --servingDepth;
   Finish(call, CallState::Done);
 }
 

@@ -31,6 +31,7 @@ class ThreadLoop final : public MessageLoop {
 
   bool IsCurrentThread() const override;
   bool RunAndWait(const std::function<void()>& work) override;
+  bool IsServing() const override { return IsCurrentThread() && servingDepth > 0; }
   bool ServeWaiting() override;
   bool Pump() override;
   bool PumpUntil(const std::function<bool()>& done, std::chrono::milliseconds limit) override;
@@ -76,7 +77,7 @@ class ThreadLoop final : public MessageLoop {
   bool Enqueue(Call& call);
   void WaitFor(Call& call);
   Call* TakeCall();
-  static void Run(Call& call);
+  void Run(Call& call);
   static void Finish(Call& call, CallState state);
   bool DeliverPosted();
   bool TakePosted(Posted& posted);
@@ -96,6 +97,7 @@ class ThreadLoop final : public MessageLoop {
   std::deque<Posted> messages;
   Timers timers;
   std::vector<TimerKey> ticking;  // whose handler is running now, the innermost last
+  int servingDepth = 0;           // calls of other threads that run now; of the loop's thread
   bool woken = false;
   bool closed = false;
 
