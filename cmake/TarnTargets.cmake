@@ -13,6 +13,7 @@ function(tarn_module name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_library(${name} SHARED ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC tarn_options ${ARG_LINK})
+  set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
   install(TARGETS ${name} LIBRARY DESTINATION ${TARN_INSTALL_LIBDIR})
 endfunction()
 

@@ -48,6 +48,12 @@ foreach(file ${wanted})
   endif()
 endforeach()
 
+execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/../../scripts/check-runpath ${PREFIX}
+  ERROR_VARIABLE complained OUTPUT_VARIABLE said RESULT_VARIABLE failed)
+if(failed)
+  message(SEND_ERROR "${said}${complained}")
+endif()
+
 # The program has to find its libraries and its data without help; the place of its data shows in
 # where an option is defined.
 set(ENV{TARN_SETTINGS} ${PREFIX}/settings)
