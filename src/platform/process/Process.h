@@ -19,7 +19,8 @@ struct ProcessRequest {
   std::vector<std::string> arguments;  // without the program's own name
   // Added to, or put in place of, the environment of this process.
   std::vector<std::pair<std::string, std::string>> environment;
-  std::string folder;  // working folder; empty: the current one
+  std::string folder = {};  // working folder; empty: the current one
+  bool mayOutlive = false;  // goes on if this process ends
 };
 
 struct ProcessExit {
@@ -28,7 +29,8 @@ struct ProcessExit {
 };
 
 // A running program in a process group of its own. Stopping it takes along everything that it has
-// started, also what has left the group; so does the end of this process, even if it is killed.
+// started, also what has left the group; so does the end of this process, even if it is killed,
+// unless the request says otherwise.
 // One thread may wait while others ask it to stop. Destroying one that was not waited for kills it.
 class Process {
  public:

@@ -13,6 +13,7 @@
 
 #include "platform/process/Process.h"
 #include "platform/process/posix/Descriptor.h"
+#include "platform/process/posix/GuardChannel.h"
 #include "platform/process/posix/Spawn.h"
 
 // The waiting thread does everything: it reads both streams, is notified of the program's end by
@@ -37,14 +38,14 @@ ProcessExit ToExit(int status) {
 class PosixProcess final : public Process {
  public:
   // -1 until Start.
-  pid_t guard = -1;
+  pid_t guardPid = -1;
   Pipe output;
   Pipe errors;
   Pipe wake;
   Descriptor channel;  // to the guard
 
   ~PosixProcess() override {
-    if (guard < 0 || exit) return;
+    if (guardPid < 0 || exit) return;
     Kill();
     Reap();
   }
@@ -64,7 +65,6 @@ class PosixProcess final : public Process {
   }
 
   void Stop(std::chrono::milliseconds grace) override {
-    const char mark = 0;
     {
       const std::lock_guard hold(lock);
       if (exit) return;
@@ -72,8 +72,9 @@ class PosixProcess final : public Process {
                                                       std::chrono::milliseconds(86400000));
       stopDeadline = stopDeadline ? std::min(*stopDeadline, deadline) : deadline;
       // Fails if the guard has ended, and with it what the stop is for.
-      [[maybe_unused]] const auto sent = send(channel.Get(), &mark, 1, MSG_NOSIGNAL | MSG_DONTWAIT);
+      Send(guard::kOrderEnd);
     }
+    const char mark = 0;
     // A full pipe means that the waiting thread will wake up anyway.
     [[maybe_unused]] const auto written = write(wake.writer.Get(), &mark, 1);
   }
@@ -161,13 +162,17 @@ class PosixProcess final : public Process {
 
   void Kill() {
     isKilled = true;
-    shutdown(channel.Get(), SHUT_WR);
+    Send(guard::kOrderKill);
+  }
+
+  void Send(char order) {
+    [[maybe_unused]] const auto sent = send(channel.Get(), &order, 1, MSG_NOSIGNAL | MSG_DONTWAIT);
   }
 
   ProcessExit Reap() {
     // Without the lock, so that a stop never has to wait for it.
     while (!hasEnded) ReadEnd();
-    while (waitpid(guard, nullptr, 0) < 0 && errno == EINTR) {
+    while (waitpid(guardPid, nullptr, 0) < 0 && errno == EINTR) {
     }
     const std::lock_guard hold(lock);
     exit = ToExit(status);
@@ -205,7 +210,7 @@ class PosixProcessLauncher final : public ProcessLauncher {
         SpawnGuarded(request, process->output.writer.Get(), process->errors.writer.Get(),
                      std::move(sockets.other), sockets.own.Get());
     if (!started) return started.GetError();
-    process->guard = *started;
+    process->guardPid = *started;
     process->channel = std::move(sockets.own);
     // The child's copies are the only ones left, so that the streams end with it.
     process->output.writer.Close();

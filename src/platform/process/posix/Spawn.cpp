@@ -191,6 +191,7 @@ Result<pid_t> SpawnGuarded(const ProcessRequest& request, int outputStream, int 
   if (access(guard.c_str(), X_OK) != 0) return GuardError(guard, std::strerror(errno));
   TextList arguments;
   arguments.Add(guard::kProgram);
+  if (request.mayOutlive) arguments.Add(guard::kOutlive);
   arguments.Add(program);
   arguments.Add(request.program);
   for (const std::string& argument : request.arguments) arguments.Add(argument);

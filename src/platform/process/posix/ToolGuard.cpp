@@ -1,11 +1,12 @@
 // tarn-guard: starts one tool and ends everything that the tool has started, once it is told to or
 // once the program that wants the tool is gone, however that ended.
 //
-//   tarn-guard PROGRAM NAME [ARGUMENT...]
+//   tarn-guard [--outlive] PROGRAM NAME [ARGUMENT...]
 //
 // Descriptor 3 is a stream socket to that program. The guard writes two numbers of the type int:
 // after the start 0 or the error number of its failure, and at the end the tool's wait status. It
-// reads single bytes, each of which asks the tool to end. The socket's end kills all that is left.
+// reads orders of one byte. The socket's end is the order to kill, or, for a tool that may outlive
+// the program, to let go of it.
 //
 // As the subreaper of its descendants the guard becomes the parent of those whose own parent has
 // ended, also of those that have left the tool's group or session. It kills nothing but its own
@@ -37,6 +38,8 @@
 namespace {
 
 using tarn::guard::kChannel;
+using tarn::guard::kOrderKill;
+using tarn::guard::kOutlive;
 
 // Children that can't be killed, such as those of another user, don't hold the guard any longer.
 constexpr int kKillTime = 1000;  // milliseconds
@@ -60,10 +63,9 @@ void Send(int number) {
 }
 
 // Between the tool's birth and its program. Writes an error number into the pipe, or returns never.
-[[noreturn]] void BecomeTool(char** words, pid_t guard, int failurePipe) {
+[[noreturn]] void BecomeTool(char** words, bool diesWithGuard, pid_t guard, int failurePipe) {
   setpgid(0, 0);
-  // If the guard itself is killed.
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  if (diesWithGuard) prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != guard) _exit(127);
   sigset_t none;
   sigemptyset(&none);
@@ -75,13 +77,13 @@ void Send(int number) {
 }
 
 // Returns 0 or an error number.
-int Start(Tool& tool, char** words) {
+int Start(Tool& tool, char** words, bool diesWithGuard) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return errno;
   const pid_t guard = getpid();
   tool.pid = fork();
   if (tool.pid < 0) return errno;
-  if (tool.pid == 0) BecomeTool(words, guard, ends[1]);
+  if (tool.pid == 0) BecomeTool(words, diesWithGuard, guard, ends[1]);
   close(ends[1]);
   int failure = 0;
   ssize_t count = -1;
@@ -146,16 +148,17 @@ void KillChildren(const Tool& tool) {
   ForEachChild([](pid_t child) { kill(child, SIGKILL); });
 }
 
-enum class Wish { None, End, Kill };
+enum class Wish { None, End, Kill, LetGo };
 
-Wish ReadChannel() {
-  char byte = 0;
-  const ssize_t count = recv(kChannel, &byte, 1, MSG_DONTWAIT);
-  if (count > 0) return Wish::End;
-  return count < 0 && (errno == EAGAIN || errno == EINTR) ? Wish::None : Wish::Kill;
+Wish ReadChannel(bool mayOutlive) {
+  char order = 0;
+  const ssize_t count = recv(kChannel, &order, 1, MSG_DONTWAIT);
+  if (count > 0) return order == kOrderKill ? Wish::Kill : Wish::End;
+  if (count < 0 && (errno == EAGAIN || errno == EINTR)) return Wish::None;
+  return mayOutlive ? Wish::LetGo : Wish::Kill;
 }
 
-void Attend(Tool& tool, int childSignals) {
+void Attend(Tool& tool, int childSignals, bool mayOutlive) {
   bool isStopping = false;
   long killedSince = 0;  // 0: not yet
   for (;;) {
@@ -167,7 +170,8 @@ void Attend(Tool& tool, int childSignals) {
     }
     const bool hasChildren = Reap(tool);
     if (tool.hasEnded && (!hasChildren || (!isStopping && !isKilling))) return;
-    const Wish wish = watched[0].revents == 0 ? Wish::None : ReadChannel();
+    const Wish wish = watched[0].revents == 0 ? Wish::None : ReadChannel(mayOutlive);
+    if (wish == Wish::LetGo) return;
     if (wish == Wish::End) {
       isStopping = true;
       AskToEnd(tool);
@@ -182,7 +186,9 @@ void Attend(Tool& tool, int childSignals) {
 }  // namespace
 
 int main(int count, char** words) {
-  if (count < 3) {
+  const bool mayOutlive = count > 1 && std::strcmp(words[1], kOutlive) == 0;
+  char** const tool = words + (mayOutlive ? 2 : 1);
+  if (words + count < tool + 2) {
     std::fputs("tarn-guard starts tools for Tarn and is of no use by itself.\n", stderr);
     return 2;
   }
@@ -194,14 +200,14 @@ int main(int count, char** words) {
   sigprocmask(SIG_BLOCK, &childEnds, nullptr);
   const int signals = signalfd(-1, &childEnds, SFD_CLOEXEC | SFD_NONBLOCK);
   if (signals < 0) return Send(errno), 1;
-  Tool tool;
-  const int failure = Start(tool, words + 1);
+  Tool started;
+  const int failure = Start(started, tool, !mayOutlive);
   Send(failure);
   if (failure != 0) return 1;
   // The tool's streams end with the tool.
   dup2(STDIN_FILENO, STDOUT_FILENO);
   dup2(STDIN_FILENO, STDERR_FILENO);
-  Attend(tool, signals);
-  Send(tool.status);
+  Attend(started, signals, mayOutlive);
+  Send(started.status);
   return 0;
 }
