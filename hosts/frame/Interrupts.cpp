@@ -87,7 +87,13 @@ Interrupts::Interrupts(std::function<void()> onInterrupt, int output) {
   g_firstInterrupt = 0;
   g_pipeOfWatcher = ends[0];
   g_pipeToWatcher = ends[1];
-  watcher = std::thread([call = std::move(onInterrupt), output] { Watch(call, output); });
+  try {
+    watcher = std::thread([call = std::move(onInterrupt), output] { Watch(call, output); });
+  } catch (const std::system_error& failure) {
+    close(g_pipeToWatcher.exchange(-1));
+    close(g_pipeOfWatcher);
+    throw std::system_error(failure.code(), "A thread can't be started");
+  }
   SetHandlers(OnSignal);
 }
 
