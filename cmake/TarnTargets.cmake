@@ -25,7 +25,7 @@ function(tarn_module name)
   endif()
   file(CONFIGURE OUTPUT ${exports} CONTENT "{\n  global: ${names};${internal}\n  local: *;\n};\n")
   target_link_options(${name} PRIVATE "LINKER:--version-script=${exports}")
-  set_target_properties(${name} PROPERTIES LINK_DEPENDS ${exports})
+  set_target_properties(${name} PROPERTIES LINK_DEPENDS ${exports} INSTALL_RPATH "$ORIGIN")
   install(TARGETS ${name} LIBRARY DESTINATION ${TARN_INSTALL_LIBDIR})
 endfunction()
 

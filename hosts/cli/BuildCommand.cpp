@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/BuildReporter.h"
@@ -115,7 +117,7 @@ BuildRequest RequestOf(CommandContext& context, const std::vector<ApplicationEnt
 
 int RunBuild(CommandContext& context) {
   BuildSession& session = context.Session();
-  const Interrupts interrupts([&session] { session.RequestStop(); });
+  const Interrupts interrupts([&session] { session.RequestStop(); }, STDOUT_FILENO);
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
   const Invocation& asked = context.Asked();

@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 
+#include "hosts/cli/Console.h"
 #include "hosts/cli/HelpText.h"
 #include "hosts/frame/Suggest.h"
 
@@ -468,6 +469,14 @@ CommandEntry DescribeCommandLine() {
   return DescribeCommand(grammar.App());
 }
 
+namespace {
+
+void Complain(const std::string& text) {
+  Console(std::cout, {}).Complain(text);
+}
+
+}  // namespace
+
 ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
   Grammar grammar;
   // `tarn help build` is another way to say `tarn build --help`.
@@ -483,11 +492,11 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
   }
   const std::string unknown = UnknownCommandText(grammar, grammar.App(), argc, argv, 1);
   if (!unknown.empty()) {
-    std::cerr << "tarn: " << unknown << std::endl;
+    Complain(unknown);
     return {std::nullopt, kExitUsage};
   }
   if (const std::string option = OptionWithoutValue(argc, argv); !option.empty()) {
-    std::cerr << "tarn: " << option << ": needs a value" << std::endl;
+    Complain(option + ": needs a value");
     return {std::nullopt, kExitUsage};
   }
   try {
@@ -495,7 +504,7 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
   } catch (const CLI::Success& asked) {
     return {std::nullopt, grammar.App().exit(asked)};
   } catch (const CLI::Error& wrong) {
-    std::cerr << "tarn: " << wrong.what() << "\n" << HelpHint(grammar.App()) << std::endl;
+    Complain(std::string(wrong.what()) + "\n" + HelpHint(grammar.App()));
     return {std::nullopt, kExitUsage};
   }
   return {grammar.Result(), kExitDone};

@@ -144,7 +144,8 @@ const TextTable& ExitCodeTexts() {
        "the project can't be opened, converted or saved, or was read only in part; nor settings "
        "written"},
       {"4", "a program that a tool or the conversion needs is missing"},
-      {"130", "interrupted"},
+      {"130", "interrupted, also by the end of the reader of its output"},
+      {"141", "the reader of the output has ended before it had read all of it"},
   };
   return texts;
 }

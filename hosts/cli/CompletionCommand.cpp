@@ -90,16 +90,17 @@ std::optional<ValueKind> KindOfWord(const std::string& word) {
 int RunCompletion(CommandContext& context) {
   const std::string& command = context.Asked().command;
   const CommandEntry program = DescribeCommandLine();
-  std::cout << (command == "completion bash"  ? MakeBashCompletion(program)
-                : command == "completion zsh" ? MakeZshCompletion(program)
-                                              : MakeFishCompletion(program))
-            << std::flush;
-  return std::cout ? kExitDone : kExitCannotOpen;
+  context.Out().PrintDocument(command == "completion bash"  ? MakeBashCompletion(program)
+                              : command == "completion zsh" ? MakeZshCompletion(program)
+                                                            : MakeFishCompletion(program),
+                              DocumentFormat::Lines);
+  return kExitDone;
 }
 
-int RunMan(CommandContext&) {
-  std::cout << MakeManPage(DescribeCommandLine(), TARN_VERSION) << std::flush;
-  return std::cout ? kExitDone : kExitCannotOpen;
+int RunMan(CommandContext& context) {
+  context.Out().PrintDocument(MakeManPage(DescribeCommandLine(), TARN_VERSION),
+                              DocumentFormat::Lines);
+  return kExitDone;
 }
 
 int RunComplete(CommandContext& context) {

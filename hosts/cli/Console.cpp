@@ -3,7 +3,10 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
+
+#include "hosts/cli/Printable.h"
 
 namespace tarn::host {
 
@@ -64,35 +67,67 @@ ConsoleStyle ConsoleStyle::OfStandardOutput(bool noColor) {
   return style;
 }
 
-Console::Console(std::ostream& stream, ConsoleStyle consoleStyle)
-    : out(stream), style(std::move(consoleStyle)) {}
+ConsoleText::ConsoleText(std::string_view plain) : bytes(Printable(plain)) {}
 
-void Console::PrintLine(std::string_view text) {
+Console::Console(std::ostream& stream, ConsoleStyle consoleStyle, std::ostream& errorStream)
+    : out(stream), errors(errorStream), style(std::move(consoleStyle)) {}
+
+void Console::Write(std::string_view bytes) {
+  errno = 0;
+  out << bytes << std::flush;
+  if (!out && failure == 0) failure = errno != 0 ? errno : EIO;
+}
+
+void Console::PrintLine(const ConsoleText& text) {
   const std::string waiting = progress;
   ClearProgress();
-  out << text << '\n' << std::flush;
+  Write(text.GetBytes() + '\n');
   hasPrinted = true;
   if (!waiting.empty()) ShowProgress(waiting);
 }
 
+void Console::PrintDocument(std::string_view text, DocumentFormat format) {
+  ClearProgress();
+  const auto escape = format == DocumentFormat::Json  ? PrintableJson
+                      : format == DocumentFormat::Xml ? PrintableXml
+                                                      : PrintableLines;
+  Write(escape(text) + '\n');
+  hasPrinted = true;
+}
+
+void Console::Complain(std::string_view text) {
+  PrintError(std::string("tarn: ").append(text));
+}
+
+void Console::PrintError(std::string_view text) {
+  ClearProgress();
+  errors << PrintableLines(text) << std::endl;
+}
+
+void Console::ShowQuestion(std::string_view text) {
+  ClearProgress();
+  errors << "tarn: " << PrintableLines(text) << ' ' << std::flush;
+}
+
 void Console::ShowProgress(std::string_view text) {
   if (!style.redraws) return;
-  progress = text;
+  progress = Printable(text);
   // One column less than there are: the last one makes some terminals go to the next line.
   const int columns = style.width ? style.width() - 1 : kUsualWidth;
-  out << kEraseLine << CutToWidth(text, columns) << std::flush;
+  Write(std::string(kEraseLine).append(CutToWidth(progress, columns)));
 }
 
 void Console::ClearProgress() {
   if (progress.empty()) return;
   progress.clear();
-  out << kEraseLine << std::flush;
+  Write(kEraseLine);
 }
 
-std::string Console::Dye(Paint paint, std::string_view text) const {
+ConsoleText Console::Dye(Paint paint, std::string_view text) const {
+  ConsoleText dyed(text);
   const std::string_view code = style.color ? CodeOf(paint) : std::string_view();
-  if (code.empty()) return std::string(text);
-  return std::string(code).append(text).append("\033[0m");
+  if (!code.empty()) dyed.bytes.insert(0, code).append("\033[0m");
+  return dyed;
 }
 
 }  // namespace tarn::host

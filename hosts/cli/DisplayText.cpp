@@ -24,7 +24,7 @@ constexpr KindWord kKindWords[] = {
 };
 
 // Paints the first "error" or "warning" that stands as a word of its own in front of a colon.
-std::string DyeKind(const std::string& text, const KindWord& kind, const Console& console) {
+ConsoleText DyeKind(const std::string& text, const KindWord& kind, const Console& console) {
   for (const std::string& word : {std::string("fatal ") + kind.word, std::string(kind.word)}) {
     const std::size_t at = text.find(word + ":");
     if (at == std::string::npos) continue;
@@ -82,7 +82,7 @@ std::string DisplayPath(const std::string& path, const std::string& folder) {
   return levels > kMostLevelsUp || (levels > 0 && levels >= depth) ? path : relative;
 }
 
-std::string DisplayEntry(const LogEntry& entry, const std::string& folder, const Console& console) {
+ConsoleText DisplayEntry(const LogEntry& entry, const std::string& folder, const Console& console) {
   const KindWord* kind = nullptr;
   for (const KindWord& each : kKindWords) {
     if (each.kind == entry.kind) kind = &each;
@@ -126,15 +126,6 @@ std::string DurationText(std::chrono::milliseconds elapsed) {
 
 std::string CountText(int count, std::string_view noun) {
   return std::to_string(count).append(" ").append(noun).append(count == 1 ? "" : "s");
-}
-
-std::string Printable(std::string_view text) {
-  std::string clean;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 ? byte != 0x7F : c == '\t') clean.push_back(c);
-  }
-  return clean;
 }
 
 std::size_t ColumnsOf(std::string_view text) {

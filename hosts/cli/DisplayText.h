@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "hosts/cli/Console.h"
+#include "hosts/cli/Printable.h"
 #include "hosts/frame/LogEntry.h"
 
 namespace tarn::host {
@@ -15,7 +16,7 @@ namespace tarn::host {
 std::string DisplayPath(const std::string& path, const std::string& folder);
 
 // A message of a build as one line: place relative to `folder`, the word for its kind in colour.
-std::string DisplayEntry(const LogEntry& entry, const std::string& folder, const Console& console);
+ConsoleText DisplayEntry(const LogEntry& entry, const std::string& folder, const Console& console);
 
 // "1:05" for a running clock.
 std::string ClockText(std::chrono::milliseconds elapsed);
@@ -23,9 +24,6 @@ std::string ClockText(std::chrono::milliseconds elapsed);
 std::string DurationText(std::chrono::milliseconds elapsed);
 // "1 warning", "2 warnings".
 std::string CountText(int count, std::string_view noun);
-
-// The text without control characters other than tabs, so that no tool can play with a terminal.
-std::string Printable(std::string_view text);
 
 // How many columns of a terminal the UTF-8 text takes, where each character takes one.
 std::size_t ColumnsOf(std::string_view text);

@@ -29,7 +29,7 @@ int WriteDocument(CommandContext& context, const nlohmann::ordered_json& documen
   const std::string text =
       document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
   if (asked.output == "-") {
-    context.Out().PrintLine(text);
+    context.Out().PrintDocument(text, DocumentFormat::Json);
     return kExitDone;
   }
   std::string path = asked.output.empty() ? usualPath : asked.output;

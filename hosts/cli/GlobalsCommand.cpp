@@ -54,11 +54,11 @@ void PrintSymbols(CommandContext& context, const std::vector<Symbol>& symbols) {
   names = std::min(names, kWidest);
   places = std::min(places, kWidest);
   for (const Symbol& symbol : symbols) {
-    const std::string name = Padded(Printable(symbol.name), names);
-    std::string line =
-        context.Out().Dye(Paint::Bold, name) + "  " + Padded(PlaceOf(context, symbol), places);
-    if (!symbol.definition.empty()) line += "  " + Printable(symbol.definition);
-    line.erase(line.find_last_not_of(' ') + 1);
+    std::string place = PlaceOf(context, symbol);
+    if (!symbol.definition.empty()) place = Padded(place, places) + "  " + symbol.definition;
+    const std::string name = Printable(symbol.name);
+    ConsoleText line = context.Out().Dye(Paint::Bold, place.empty() ? name : Padded(name, names));
+    if (!place.empty()) line += "  " + place;
     context.Out().PrintLine(line);
   }
 }

@@ -63,7 +63,7 @@ bool Import::AskOkCancel(const std::string& text, const std::string&) {
   isDeclined = true;
   // Nobody answers in a pipe.
   if (isatty(STDIN_FILENO) != 1) return false;
-  std::cerr << "tarn: " << Printable(text) << " [y/N] " << std::flush;
+  context.Out().ShowQuestion(Printable(text) + " [y/N]");
   std::string answer;
   std::getline(std::cin, answer);
   isDeclined = !EqualNoCase(Trim(answer), "y") && !EqualNoCase(Trim(answer), "yes");

@@ -15,6 +15,7 @@ enum ExitCode : int {
   kExitCannotOpen = 3,
   kExitToolMissing = 4,
   kExitInterrupted = Interrupts::kExitCode,
+  kExitReaderGone = 141,
 };
 
 // What the user asked for, as the command line told it.

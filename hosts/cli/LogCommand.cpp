@@ -1,7 +1,8 @@
+#include <unistd.h>
+
 #include <chrono>
 #include <condition_variable>
 #include <ctime>
-#include <iostream>
 #include <mutex>
 #include <nlohmann/json.hpp>
 
@@ -47,8 +48,9 @@ void PrintEntry(CommandContext& context, const LogEntry& entry) {
     return;
   }
   // One by one, since a list would have no end.
-  context.Out().PrintLine(
-      ToJson(entry).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+  context.Out().PrintDocument(
+      ToJson(entry).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace),
+      DocumentFormat::Json);
 }
 
 // What an interrupt ends.
@@ -80,7 +82,7 @@ int FollowLog(CommandContext& context, const std::string& project) {
                    " has left a log yet; waiting for one.");
   }
   Pause pause;
-  const Interrupts interrupts([&pause] { pause.End(); });
+  const Interrupts interrupts([&pause] { pause.End(); }, STDOUT_FILENO);
   const std::string closings[] = {MessageTextOf(context.Files(), kBuildSucceededRow),
                                   MessageTextOf(context.Files(), kBuildFailedRow)};
   const auto ends = [&closings](const LogEntry& entry) {
@@ -135,7 +137,8 @@ void PrintJson(CommandContext& context, nlohmann::json document) {
     AddField(document, "damage", damage);
     AddField(document, "definitionErrors", context.Session().GetDefinitionErrors());
   }
-  context.Out().PrintLine(document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
+  context.Out().PrintDocument(
+      document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace), DocumentFormat::Json);
 }
 
 int RunLog(CommandContext& context) {
@@ -148,7 +151,7 @@ int RunLog(CommandContext& context) {
   const auto log = context.Files().ReadWholeFile(LogPathOf(project));
   if (!log) return context.RefuseLog(project, log.GetError());
   if (context.Asked().xml) {
-    std::cout << *log << std::endl;
+    context.Out().PrintDocument(*log, DocumentFormat::Xml);
     return kExitDone;
   }
   const std::vector<LogEntry> entries = ReadLogEntries(*log);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <functional>
-#include <iostream>
 #include <set>
 #include <thread>
 
@@ -51,9 +50,8 @@ std::string CommandContext::Show(const std::string& path) const {
 }
 
 void CommandContext::Complain(const std::string& text) const {
-  console.ClearProgress();
   lastComplaint = text;
-  std::cerr << "tarn: " << text << std::endl;
+  console.Complain(text);
 }
 
 void CommandContext::Remark(const std::string& text) const {
@@ -176,9 +174,8 @@ void CommandContext::ShowDefinitionErrors() {
 void CommandContext::ShowDamage(std::vector<DamageEntry> found) {
   damage = std::move(found);
   if (damage.empty() || asked.command == "complete") return;
-  console.ClearProgress();
   for (const DamageEntry& each : damage) {
-    std::cerr << Printable(DescribeDamage(each, Show(each.file))) << "\n";
+    console.PrintError(Printable(DescribeDamage(each, Show(each.file))));
   }
   Complain("The project was read only in part: the places above are damaged.");
 }

@@ -73,7 +73,7 @@ int OptionQuery::Identify() {
 int OptionQuery::Get() {
   if (const int code = Identify(); code != kExitDone) return code;
   if (!context.Asked().json) {
-    context.Out().PrintLine(ValueText());
+    context.Out().PrintDocument(ValueText(), DocumentFormat::Lines);
     return kExitDone;
   }
   PrintJson(context, {{"option", context.Asked().key},

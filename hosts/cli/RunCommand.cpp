@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/BuildReporter.h"
@@ -56,15 +58,6 @@ class ScriptDisplay {
   std::vector<std::string> lines;
 };
 
-// An error tells on further lines who called.
-std::string PrintableLines(const std::string& text) {
-  std::string lines;
-  for (const std::string_view line : Split(text, '\n')) {
-    lines.append(lines.empty() ? "" : "\n").append(Printable(line));
-  }
-  return lines;
-}
-
 // What was refused was not done, whatever the script made of it.
 int ExitCodeOf(ScriptEnd end, bool wasRefused) {
   if (wasRefused) return kExitCannotOpen;
@@ -88,7 +81,7 @@ int RunScript(CommandContext& context) {
     return kExitUsage;
   }
   BuildSession& session = context.Session();
-  const Interrupts interrupts([&session] { session.RequestStop(); });
+  const Interrupts interrupts([&session] { session.RequestStop(); }, STDOUT_FILENO);
   if (const int code = context.OpenProject(); code != kExitDone) return code;
   if (const int code = context.ChooseNode(); code != kExitDone) return code;
   session.Prepare();
@@ -98,7 +91,7 @@ int RunScript(CommandContext& context) {
   context.Out().ClearProgress();
   display.ShowLog();
   const int exitCode = ExitCodeOf(outcome.end, session.HasRefusedDamage());
-  if (!outcome.error.empty()) context.Complain(PrintableLines(outcome.error));
+  if (!outcome.error.empty()) context.Complain(outcome.error);
   if (session.HasRefusedDamage()) {
     context.Complain(std::string(kDamageRefusal) +
                      " Use --damaged-ok to go on with what was read.");

@@ -1,5 +1,4 @@
 #include <fcntl.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include "hosts/cli/Commands.h"
@@ -38,7 +37,6 @@ int ExitCodeOf(ServerEnd end) {
 }  // namespace
 
 int RunServe(CommandContext& context) {
-  signal(SIGPIPE, SIG_IGN);  // a client that is gone is told by the write
   const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
   const Descriptor input(STDIN_FILENO, nothing);
   const Descriptor output(STDOUT_FILENO, STDERR_FILENO);

@@ -28,7 +28,7 @@ StatusLine LineOf(CommandContext& context, const ApplicationStatus& application,
 }
 
 void PrintApplication(CommandContext& context, const ApplicationStatus& application) {
-  const std::string title =
+  const ConsoleText title =
       context.Out().Dye(Paint::Bold, application.label) + "  [" + application.configuration + "]";
   if (application.stale.empty()) {
     context.Out().PrintLine(title + "  " + context.Out().Dye(Paint::Green, "up to date"));

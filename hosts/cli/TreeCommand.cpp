@@ -15,7 +15,7 @@ std::string LabelOf(const CXmlNode& node) {
 }
 
 // What stands behind a label: the path where it says more, and what leaves the node out.
-std::string RemarkOf(CommandContext& context, const CXmlNode& node) {
+ConsoleText RemarkOf(CommandContext& context, const CXmlNode& node) {
   std::string text;
   const std::string path = AttributeOf(&node, "Path");
   const std::string shown = context.Show(path);

@@ -1,6 +1,7 @@
 // The command line host: reads the command line, carries out one command, ends with its exit code.
 
-#include <cstdio>
+#include <cerrno>
+#include <cstring>
 #include <exception>
 #include <iostream>
 #include <map>
@@ -8,11 +9,13 @@
 
 #include "hosts/cli/CommandLine.h"
 #include "hosts/cli/Commands.h"
+#include "hosts/frame/Interrupts.h"
 #include "platform/memory/LargePages.h"
 
 namespace {
 
 using tarn::host::CommandContext;
+using tarn::host::Console;
 
 const std::map<std::string, int (*)(CommandContext&)>& Commands() {
   static const std::map<std::string, int (*)(CommandContext&)> commands = {
@@ -59,35 +62,40 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
   return commands;
 }
 
-int Run(int argc, char** argv) {
-  try {
-    const auto parsed = tarn::host::ParseCommandLine(argc, argv);
-    if (!parsed.invocation) return parsed.exitCode;
-    tarn::host::Console console(
-        std::cout, tarn::host::ConsoleStyle::OfStandardOutput(parsed.invocation->noColor));
-    CommandContext context(*parsed.invocation, console, tarn::FileSystem::Native());
-    const int code = Commands().at(parsed.invocation->command)(context);
-    // Programs get a document also if there was nothing to make it from.
-    const bool isSilent = parsed.invocation->json && !console.HasPrinted();
-    if (code == tarn::host::kExitCannotOpen && isSilent) {
-      tarn::host::PrintJson(
-          context,
-          {{"result", "refused"}, {"exitCode", code}, {"error", context.GetLastComplaint()}});
-    }
-    return code;
-  } catch (const std::exception& failure) {
-    std::fprintf(stderr, "tarn: %s\n", failure.what());
-    return tarn::host::kExitCannotOpen;
+// What was asked for isn't there if it couldn't be written. A reader that has gone wants no more.
+int JudgeOutput(Console& console, int code) {
+  const int failure = console.GetFailure();
+  if (failure == 0 || code != tarn::host::kExitDone) return code;
+  if (failure == EPIPE) return tarn::host::kExitReaderGone;
+  console.Complain(std::string("The output can't be written: ") + std::strerror(failure) + ".");
+  return tarn::host::kExitCannotOpen;
+}
+
+int Run(int argc, char** argv, Console& console) {
+  const auto parsed = tarn::host::ParseCommandLine(argc, argv);
+  if (!parsed.invocation) return parsed.exitCode;
+  console.SetStyle(tarn::host::ConsoleStyle::OfStandardOutput(parsed.invocation->noColor));
+  CommandContext context(*parsed.invocation, console, tarn::FileSystem::Native());
+  const int code = Commands().at(parsed.invocation->command)(context);
+  // Programs get a document also if there was nothing to make it from.
+  const bool isSilent = parsed.invocation->json && !console.HasPrinted();
+  if (code == tarn::host::kExitCannotOpen && isSilent) {
+    tarn::host::PrintJson(
+        context, {{"result", "refused"}, {"exitCode", code}, {"error", context.GetLastComplaint()}});
   }
+  return code;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   tarn::PreferLargePages();
-  const int code = Run(argc, argv);
-  // On a full disk, what was asked for is not there.
-  if (std::cout.flush() || code != tarn::host::kExitDone) return code;
-  std::fprintf(stderr, "tarn: The output can't be written.\n");
-  return tarn::host::kExitCannotOpen;
+  tarn::host::KeepRunningOnFailedWrites();
+  Console console(std::cout, {});
+  try {
+    return JudgeOutput(console, Run(argc, argv, console));
+  } catch (const std::exception& failure) {
+    console.Complain(failure.what());
+    return tarn::host::kExitCannotOpen;
+  }
 }

@@ -65,6 +65,7 @@ int main(int argc, char** argv) {
     paths.push_back(tarn::FromQt(QFileInfo(file).absoluteFilePath()));
   }
 
+  tarn::host::KeepRunningOnFailedWrites();
   const tarn::QtToolkit toolkit;
   tarn::host::IdeWindow window(tarn::FileSystem::Native());
   if (!window.Start()) return 1;

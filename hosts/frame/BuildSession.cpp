@@ -282,7 +282,7 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
     EndWork();
   }
   if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
-  if (outcome.end == BuildEnd::Failed && outcome.toolsFailed == 0) {
+  if (outcome.end == BuildEnd::Failed && outcome.toolsFailed == 0 && outcome.problem.empty()) {
     outcome.problem = ParseStatusProblem(inspector.GetStatus());
   }
   stopRequested = false;
@@ -372,7 +372,11 @@ bool BuildSession::RunCommand(std::uint32_t command) {
     return true;
   }
   postedCommands.clear();
-  if (manager.Command(command) == 2) WaitForWorker();
+  logLines.clear();
+  const bool isStarted = manager.Command(command) == 2;
+  // A worker does nothing before the wait for it, so one that has ended by now couldn't begin.
+  if (workerEnded && !logLines.empty()) outcome.problem = logLines.back();
+  if (isStarted) WaitForWorker();
   outcome.end = workerSucceeded ? BuildEnd::Succeeded : BuildEnd::Failed;
   return manager.EpilogCommand(command) != 0;
 }

@@ -1,6 +1,7 @@
 #include "hosts/frame/Interrupts.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -8,6 +9,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <ctime>
+#include <iterator>
+#include <system_error>
 
 namespace tarn::host {
 
@@ -51,9 +54,17 @@ void SetHandlers(void (*handler)(int)) {
   for (const int each : kSignals) sigaction(each, &action, nullptr);
 }
 
-void Watch(const std::function<void()>& onInterrupt) {
+void Watch(const std::function<void()>& onInterrupt, int output) {
   char byte = 0;
   for (;;) {
+    // Only errors are waited for; a negative descriptor is passed over.
+    pollfd watched[] = {{g_pipeOfWatcher, POLLIN, 0}, {output, 0, 0}};
+    if (poll(watched, std::size(watched), -1) < 0) continue;
+    if ((watched[1].revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) {
+      output = -1;
+      if ((watched[1].revents & POLLNVAL) == 0) onInterrupt();
+    }
+    if (watched[0].revents == 0) continue;
     const auto count = read(g_pipeOfWatcher, &byte, 1);
     if (count < 0 && errno == EINTR) continue;
     if (count != 1 || byte == 'q') return;
@@ -63,13 +74,26 @@ void Watch(const std::function<void()>& onInterrupt) {
 
 }  // namespace
 
-Interrupts::Interrupts(std::function<void()> onInterrupt) {
+void KeepRunningOnFailedWrites() {
+  signal(SIGPIPE, SIG_IGN);
+  signal(SIGXFSZ, SIG_IGN);
+}
+
+Interrupts::Interrupts(std::function<void()> onInterrupt, int output) {
   int ends[2] = {-1, -1};
-  if (pipe2(ends, O_CLOEXEC) != 0) return;  // interrupts then end the process as they always did
+  if (pipe2(ends, O_CLOEXEC) != 0) {
+    throw std::system_error(errno, std::generic_category(), "no pipe for interrupts");
+  }
   g_firstInterrupt = 0;
   g_pipeOfWatcher = ends[0];
   g_pipeToWatcher = ends[1];
-  watcher = std::thread([call = std::move(onInterrupt)] { Watch(call); });
+  try {
+    watcher = std::thread([call = std::move(onInterrupt), output] { Watch(call, output); });
+  } catch (const std::system_error& failure) {
+    close(g_pipeToWatcher.exchange(-1));
+    close(g_pipeOfWatcher);
+    throw std::system_error(failure.code(), "A thread can't be started");
+  }
   SetHandlers(OnSignal);
 }
 

@@ -127,15 +127,30 @@ std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
   }
   try {
     std::thread(BuildThreadMain, worker).detach();
-  } catch (const std::system_error&) {
-    // The machine gives no thread: nothing runs, and nothing may seem to.
-    worker->alive = false;
-    workerWalk.reset();
-    const std::lock_guard<std::mutex> hold(buildLock);
-    buildState = StateFailed;
+  } catch (const std::system_error& failure) {
+    EndUnstartedWorker(failure.code().message());
     return 0;
   }
   return 1;
+}
+
+// There is no thread for the worker: nothing runs, and the host, which waits for its end, mustn't
+// wait for ever.
+void CProjectModel::EndUnstartedWorker(const std::string& reason) {
+  worker->alive = false;
+  workerWalk.reset();
+  {
+    const std::lock_guard<std::mutex> hold(buildLock);
+    buildState = StateFailed;
+  }
+  const std::string text = "The build can't start, there is no thread for it: " + reason;
+  output->AddError(text);
+  output->SaveLog();
+  output->UpdateReport();
+  const std::string logFile = output->GetLogFile();
+  const WindowHandle host = mainframeHandle;
+  SendHost(kMsgLogLine, text, 0);
+  SendWindowMessage(host, kMsgWorkerEnded, 0, reinterpret_cast<std::intptr_t>(logFile.c_str()));
 }
 
 void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {

@@ -491,6 +491,7 @@ class CProjectModel {
   std::string OperationText(std::int32_t mode) const;
   void RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch);
   std::int32_t RunWalkHere(BuildWalk& walk);
+  void EndUnstartedWorker(const std::string& reason);
   static void BuildThreadMain(std::shared_ptr<WorkerControl> control);
   bool EndWorker();
   bool TakeBuildRecords(const std::string& xmlinfo);

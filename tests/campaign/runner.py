@@ -15,6 +15,7 @@ from campaign.firmware import KINDS, Firmware
 from campaign.interrupted import PARTS, run_interrupted
 from campaign.rounds import FAKE_COMPILER, run_kills, run_pairs, run_state
 from campaign.sharing import run_git, run_races
+from campaign.stops import TOOL, run_stops
 from campaign.world import Tally, World
 
 PORTION = 25  # edits or rounds with one seed, in one folder: what it takes to see a fault again
@@ -38,6 +39,9 @@ def run_portion(options):
     elif options.campaign == "interrupted":
         world = make_world(folder, options, ("gcc", "g++", "size"), script=FAKE_COMPILER)
         run_interrupted(world, *options.part, options.stride, tally, chance)
+    elif options.campaign == "stops":
+        world = make_world(folder, options, ("gcc", "g++", "size"), script=TOOL)
+        run_stops(world, Firmware(world, "gcc", chance), chance, options.count, tally, options)
     elif options.campaign in ("races", "git"):
         world = make_world(folder, options, ())
         run = {"races": run_races, "git": run_git}[options.campaign]
@@ -120,6 +124,7 @@ SABOTEURS = (
     ("interrupted", "torn file", '[ "$1" != add ] || printf " " >>fw.tapp'),
     ("interrupted", "untold reason", "exec 2>/dev/null"),
     ("races", "lost update", '[ "$1" != add ] || [ $((count % 3)) != 0 ] || exit 0'),
+    ("stops", "survivor", "setsid sleep 9 >/dev/null 2>&1 &"),
     ("git", "noise", '[ "$1" != add ] || echo >>fw.tprj'),
 )
 

@@ -65,7 +65,7 @@ TEST(CliRun, FailuresAreToldWithTheirPlace) {
       {"host.add_configuration('New', 'fast')", 0, "", ""},
       {"host.add_configuration('FAST')", 1, "",
        "tarn: t.lua:1: app has a configuration \"FAST\" already.\n"},
-      {"print('\\27[2J')", 0, "[2J\n", ""},
+      {"print('\\27[2J')", 0, "\\x1b[2J\n", ""},
   };
   for (const auto& each : cases) {
     project.Write("t.lua", each.script);

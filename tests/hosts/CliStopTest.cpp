@@ -56,5 +56,26 @@ TEST(CliStop, AnInterruptEndsTheCompilersAndKeepsWhatWasBuilt) {
   EXPECT_TRUE(Has(build, "Built 3 files")) << build;
 }
 
+TEST(CliStop, WithoutAThreadABuildFailsAndDoesNotWait) {
+  for (const char* most : {"0", "1"}) {
+    CliProject project;
+    project.environment.emplace_back("LD_PRELOAD", TARN_FEW_THREADS);
+    project.environment.emplace_back("FEW_THREADS", most);
+    const auto build = project.Run({"build"}, {});
+    EXPECT_EQ(build.code, *most == '0' ? 3 : 1) << build.out << build.err;
+    EXPECT_TRUE(Has(build.out + build.err, "Resource temporarily unavailable")) << most;
+    EXPECT_LT(build.time, milliseconds(2'000)) << most;
+  }
+}
+
+TEST(CliStop, AFileThatBecomesTooLargeIsReported) {
+  CliProject project;
+  const auto build = project.RunProgram(
+      "/bin/sh", {"-c", "ulimit -f 0; exec \"$0\" build", TARN_PROGRAM});
+  EXPECT_LT(build.code, 128) << build.out << build.err;
+  EXPECT_NE(build.code, 0) << build.out;
+  EXPECT_TRUE(Has(build.out + build.err, "File too large")) << build.out << build.err;
+}
+
 }  // namespace
 }  // namespace tarn::host

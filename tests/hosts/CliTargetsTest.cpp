@@ -40,7 +40,7 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
       {{"targets", "inner"}, 0, "Mine, Inner\n  ab12  Second.\n  \xc3\xa4\n", ""},
       {{"targets", "AB1"},
        0,
-       "ab1  Mine\n  First.\n  USB and[m.\n  Data sheet     https://example.com/ab1\n"
+       "ab1  Mine\n  First.\n  USB and\\x1b[m.\n  Data sheet     https://example.com/ab1\n"
        "  Configuration  Debug\n",
        ""},
       {{"targets", "seco"}, 0, "ab12  Mine, Inner\n  Second.\n  Configuration  Standard\n", ""},

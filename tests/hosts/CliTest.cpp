@@ -229,7 +229,7 @@ TEST(Cli, AnswersThatAreLostAreAFailure) {
   const auto answer =
       project.RunProgram("/bin/sh", {"-c", "exec \"$0\" tree >/dev/full", TARN_PROGRAM});
   EXPECT_EQ(answer.code, 3);
-  EXPECT_EQ(answer.err, "tarn: The output can't be written.\n");
+  EXPECT_EQ(answer.err, "tarn: The output can't be written: No space left on device.\n");
 }
 
 TEST(Cli, ANewProjectBuilds) {

@@ -34,6 +34,7 @@ class Installation {
         fs::create_symlink(libraries / file, project.PathOf("lib/" + file));
       }
     }
+    fs::create_symlink(libraries / "tarn-guard", project.PathOf("lib/tarn-guard"));
     project.Point("TARN_ROOT", "share/");
     project.environment.emplace_back("LD_LIBRARY_PATH", project.PathOf("lib"));
   }

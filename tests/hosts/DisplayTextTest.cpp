@@ -65,15 +65,60 @@ TEST(DisplayEntry, KeepsTheToolsColumnAndPaintsTheKind) {
        "lib/a.c: In function 'a.c':"},
       {{LogKind::Plain, "a.c: In file /lib/a.c", "", "/q/lib/a.c", 0},
        "/q/lib/a.c: In file /lib/a.c"},
-      {{LogKind::Plain, "  3 | x\x1b[31m;\x07", "", "", 0}, "  3 | x[31m;"},
+      {{LogKind::Plain, "  3 | x\x1b[31m;\x07", "", "", 0}, "  3 | x\\x1b[31m;\\x07"},
   };
   std::ostringstream out;
   ConsoleStyle style;
   style.color = true;
   const Console console(out, style);
   for (const auto& each : cases) {
-    EXPECT_EQ(NameColours(DisplayEntry(each.entry, "/p", console)), each.shown);
+    EXPECT_EQ(NameColours(DisplayEntry(each.entry, "/p", console).GetBytes()), each.shown);
   }
+}
+
+TEST(Printable, HarmfulCharactersAreNamedAndAllOthersStay) {
+  const struct {
+    const char* name;
+    std::string text, line, json, xml;
+  } rows[] = {
+      {"controls", "a\x01\x1b[1m\x7f", "a\\x01\\x1b[1m\\x7f", "a\\u0001\\u001b[1m\\u007f",
+       "a\xEF\xBF\xBD\xEF\xBF\xBD[1m&#x7F;"},
+      {"C1", "\xC2\x80\xC2\x9B\xC2\x9F", "\\u0080\\u009b\\u009f", "\\u0080\\u009b\\u009f",
+       "&#x80;&#x9B;&#x9F;"},
+      {"direction", "\xE2\x80\xAA\xE2\x80\xAE\xE2\x81\xA6\xE2\x81\xA9",
+       "\\u202a\\u202e\\u2066\\u2069", "\\u202a\\u202e\\u2066\\u2069",
+       "&#x202A;&#x202E;&#x2066;&#x2069;"},
+      {"bytes", "\x9B\xC2", "\\x9b\xC2", "\\u009b\xC2", "\xEF\xBF\xBD\xC2"},
+      {"longer than needed", "\xE0\x82\x9B", "\xE0\\x82\\x9b", "\xE0\\u0082\\u009b",
+       "\xE0\xEF\xBF\xBD\xEF\xBF\xBD"},
+      {"cut", "\xE2\x80", "\xE2\\x80", "\xE2\\u0080", "\xE2\xEF\xBF\xBD"},
+      {"harmless", "\tgr\xC3\xBC\xC3\x9F \xC2\xA0\xE6\x97\x9B\xE2\x80\xA7\xF0\x9F\x98\x80",
+       "\tgr\xC3\xBC\xC3\x9F \xC2\xA0\xE6\x97\x9B\xE2\x80\xA7\xF0\x9F\x98\x80",
+       "\tgr\xC3\xBC\xC3\x9F \xC2\xA0\xE6\x97\x9B\xE2\x80\xA7\xF0\x9F\x98\x80",
+       "\tgr\xC3\xBC\xC3\x9F \xC2\xA0\xE6\x97\x9B\xE2\x80\xA7\xF0\x9F\x98\x80"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Printable(row.text), row.line) << row.name;
+    EXPECT_EQ(Printable(row.line), row.line) << row.name;
+    EXPECT_EQ(PrintableJson(row.text), row.json) << row.name;
+    EXPECT_EQ(PrintableXml(row.text), row.xml) << row.name;
+  }
+  EXPECT_EQ(Printable("a\nb"), "a\\x0ab");
+  EXPECT_EQ(PrintableLines("a\nb\r"), "a\nb\\x0d");
+}
+
+TEST(Console, OnlyItsOwnColoursReachTheTerminal) {
+  std::ostringstream out, errors;
+  ConsoleStyle style;
+  style.color = style.redraws = true;
+  Console console(out, style, errors);
+  console.PrintLine("\x1b[1;31m" + console.Dye(Paint::Red, "x\x1b[0m") + "\x1b[0m\n");
+  EXPECT_EQ(out.str(), "\\x1b[1;31m\x1b[1;31mx\\x1b[0m\x1b[0m\\x1b[0m\\x0a\n");
+  out.str("");
+  console.ShowProgress("\x1b[2J");
+  EXPECT_EQ(out.str(), "\r\x1b[K\\x1b[2J");
+  console.Complain("a\n\x9B");
+  EXPECT_EQ(errors.str(), "tarn: a\n\\x9b\n");
 }
 
 TEST(DisplayText, ColumnsAreCharacters) {

@@ -1,5 +1,5 @@
 # Installs the build into a folder of its own and looks at what arrived there, as somebody sees it
-# who has no source: cmake -DBUILD=... -DPREFIX=... -DDESKTOP=0|1 -P InstallTest.cmake
+# who has no source: cmake -DBUILD=... -DPREFIX=... -DLIBDIR=... -DDESKTOP=0|1 -P InstallTest.cmake
 file(REMOVE_RECURSE ${PREFIX})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}
   OUTPUT_QUIET RESULT_VARIABLE failed)
@@ -9,6 +9,7 @@ endif()
 
 set(wanted
   bin/tarn
+  ${LIBDIR}/tarn-guard
   share/tarn/config/projectmanager.config
   share/tarn/config/message.xslt
   share/tarn/bin/k418/k418.pl
@@ -47,6 +48,12 @@ foreach(file ${wanted})
     message(SEND_ERROR "${file} is empty")
   endif()
 endforeach()
+
+execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/../../scripts/check-runpath ${PREFIX}
+  ERROR_VARIABLE complained OUTPUT_VARIABLE said RESULT_VARIABLE failed)
+if(failed)
+  message(SEND_ERROR "${said}${complained}")
+endif()
 
 # The program has to find its libraries and its data without help; the place of its data shows in
 # where an option is defined.

@@ -19,7 +19,8 @@ struct ProcessRequest {
   std::vector<std::string> arguments;  // without the program's own name
   // Added to, or put in place of, the environment of this process.
   std::vector<std::pair<std::string, std::string>> environment;
-  std::string folder;  // working folder; empty: the current one
+  std::string folder = {};  // working folder; empty: the current one
+  bool mayOutlive = false;  // goes on if this process ends
 };
 
 struct ProcessExit {
@@ -27,23 +28,25 @@ struct ProcessExit {
   bool signalled = false;
 };
 
-// A running program in a process group of its own, so that stopping it takes its children along.
-// One thread may wait while others ask it to stop. Destroying one that was not waited for kills
-// its group.
+// A running program in a process group of its own. Stopping it takes along everything that it has
+// started, also what has left the group; so does the end of this process, even if it is killed,
+// unless the request says otherwise.
+// One thread may wait while others ask it to stop. Destroying one that was not waited for kills it.
 class Process {
  public:
   virtual ~Process() = default;
 
   // Reads both streams to their end, hands each piece on as it comes (called on the waiting
   // thread; `fromErrorStream` tells which), then waits for the exit. Never deadlocks on a full
-  // pipe. Ends as soon as the program itself has ended and its group has closed the pipes, or a
-  // short grace time later when a grandchild keeps them open. Waiting again gives the same exit.
+  // pipe. Returns as soon as the program itself has ended and its pipes are closed, or a short
+  // grace time later if a grandchild keeps them open. What the program leaves running without a
+  // stop goes on by itself. Waiting again returns the same exit.
   using OutputHandler = std::function<void(std::string_view text, bool fromErrorStream)>;
   virtual ProcessExit WaitWithOutput(const OutputHandler& onOutput) = 0;
 
-  // Asks the whole group to end. The waiting thread kills what is left of it after `grace`, or
-  // sooner when the program itself has ended and nobody in the group holds the pipes any more.
-  // Returns at once; may be called from any thread, also after the end.
+  // Asks the whole group to end. What is left of the program and of its descendants after `grace`
+  // is killed, and the wait ends after the last of them. Returns immediately; may be called from
+  // any thread, also after the end.
   virtual void Stop(std::chrono::milliseconds grace) = 0;
 };
 

@@ -68,6 +68,7 @@ std::int32_t RunAndWait(ProcessLauncher& launcher, const std::string& commandLin
   ProcessRequest request;
   request.program = parts.front();
   request.arguments.assign(parts.begin() + 1, parts.end());
+  request.mayOutlive = true;
   Result<std::unique_ptr<Process>> started = launcher.Start(request);
   if (!started) return 0;
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <thread>
 
@@ -177,6 +178,10 @@ TEST(Process, StopTakesTheWholeGroupWithin2Seconds) {
       {"leader gone, deaf child without it",
        "(trap '' TERM; sleep 60; sleep 60) >/dev/null 2>&1 & echo $!; wait", 143, 300},
       {"halted", "sleep 60 & echo $!; kill -STOP $$", 143, 1000},
+      {"a session of its own", "setsid sh -c 'trap \"\" TERM; echo $$; sleep 60; sleep 60' & wait",
+       143, 300},
+      {"a session of its own, its parent gone",
+       "setsid sh -c '(trap \"\" TERM; exec sleep 60) & echo $!'; sleep 60", 143, 300},
       {"no grace", "trap '' TERM; sleep 60 & echo $!; while :; do sleep 60; done", 137, 0},
   };
   for (const auto& row : rows) {
@@ -194,6 +199,42 @@ TEST(Process, StopTakesTheWholeGroupWithin2Seconds) {
     process->Stop(milliseconds(0));  // after the end: nothing happens
   }
   EXPECT_FALSE(HasChildren());
+}
+
+TEST(Process, WhatAToolHasStartedEndsWithAKilledHost) {
+  const char* const scripts[] = {
+      "sleep 60 & echo $!; wait",
+      "setsid sh -c 'sleep 60 & echo $!; wait' & wait",
+      "setsid sh -c '(trap \"\" TERM HUP; exec sleep 60) & echo $!'; sleep 60",
+  };
+  for (const char* script : scripts) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t host = fork();
+    if (host == 0) {
+      StartShell(script)->WaitWithOutput([&](std::string_view text, bool) {
+        [[maybe_unused]] const auto written = write(ends[1], text.data(), text.size());
+      });
+      _exit(1);
+    }
+    char child[32] = "";
+    ASSERT_GT(read(ends[0], child, sizeof child - 1), 1) << script;
+    kill(host, SIGKILL);
+    waitpid(host, nullptr, 0);
+    EXPECT_TRUE(EndsSoon(std::string(child, std::strcspn(child, "\n")))) << script;
+    close(ends[0]);
+    close(ends[1]);
+  }
+}
+
+TEST(Process, AStopKillsNothingThatAnotherToolHasStarted) {
+  const auto service = StartShell("setsid sleep 20 >/dev/null 2>&1 & echo $!");
+  const Outcome started = RunToEnd(*service);
+  const std::string foreign = started.output.substr(0, started.output.find('\n'));
+  const auto process = StartShell("echo up; sleep 60");
+  RunToEnd(*process, [&] { process->Stop(milliseconds(0)); });
+  EXPECT_TRUE(Runs(foreign));
+  kill(std::atoi(foreign.c_str()), SIGKILL);
 }
 
 TEST(Process, AStopGivesTimeToCleanUp) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <utility>
@@ -29,12 +30,20 @@ class Descriptor {
   int number = -1;
 };
 
+// Takes over a descriptor; the result has none of the numbers of the three standard streams, even
+// in a process that closed them. Empty, with errno set, if there is no other number.
+inline Descriptor AboveStandard(int number) {
+  Descriptor opened(number);
+  if (number > STDERR_FILENO) return opened;
+  return Descriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
+
+// Neither end of these two goes to a child by itself. Open returns false, with errno set, on
+// failure.
 struct Pipe {
   Descriptor reader;
   Descriptor writer;
 
-  // Neither end goes to a child by itself, and neither has one of the numbers of the three
-  // standard streams, even in a process that closed them. False with errno set.
   bool Open() {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) return false;
@@ -42,12 +51,18 @@ struct Pipe {
     writer = AboveStandard(ends[1]);
     return reader && writer;
   }
+};
 
- private:
-  static Descriptor AboveStandard(int number) {
-    Descriptor opened(number);
-    if (number > STDERR_FILENO) return opened;
-    return Descriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+struct SocketPair {
+  Descriptor own;
+  Descriptor other;
+
+  bool Open() {
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return false;
+    own = AboveStandard(ends[0]);
+    other = AboveStandard(ends[1]);
+    return own && other;
   }
 };
 

@@ -1,7 +1,6 @@
 #include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
-#include <sys/syscall.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,77 +13,66 @@
 
 #include "platform/process/Process.h"
 #include "platform/process/posix/Descriptor.h"
+#include "platform/process/posix/GuardChannel.h"
 #include "platform/process/posix/Spawn.h"
 
-// The waiting thread does everything: it reads both streams, hears of the program's end through a
-// descriptor of the process, hears of a stop through a pipe, and kills the group when a stop's time
-// is over. So no thread of ours outlives a process object.
-//
-// The ended program stays unreaped until the streams are done. As long as it does, its number, and
-// with it the group's, belongs to nobody else, and signals to the group cannot hit a stranger.
+// The waiting thread does everything: it reads both streams, is notified of the program's end by
+// the guard (see ToolGuard.cpp) and of a stop through a pipe, and tells the guard to kill what is
+// left when a stop's time is over. So no thread of ours outlives a process object.
 namespace tarn {
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// How long a grandchild may keep the pipes open behind the program's end.
+// How long a grandchild may keep the pipes open after the program's end.
 constexpr std::chrono::milliseconds kGraceForGrandchildren{250};
-// How often to look for the end on a system without descriptors of processes.
-constexpr std::chrono::milliseconds kLookInterval{20};
-constexpr int kUnknownExit = 255;
 // What a pipe may still hold when its time is over.
 constexpr std::size_t kPipeCapacity = 65536;
 
-// Readable once the process has ended; none where the system has no such thing.
-Descriptor OpenProcess(pid_t pid) {
-#ifdef SYS_pidfd_open
-  return Descriptor(static_cast<int>(syscall(SYS_pidfd_open, pid, 0)));
-#else
-  static_cast<void>(pid);
-  return Descriptor();
-#endif
+ProcessExit ToExit(int status) {
+  if (WIFSIGNALED(status)) return {128 + WTERMSIG(status), true};
+  return {WEXITSTATUS(status), false};
 }
 
 class PosixProcess final : public Process {
  public:
   // -1 until Start.
-  pid_t pid = -1;
+  pid_t guardPid = -1;
   Pipe output;
   Pipe errors;
   Pipe wake;
+  Descriptor channel;  // to the guard
 
   ~PosixProcess() override {
-    if (pid < 0 || exit) return;
-    SignalGroup(SIGKILL);
+    if (guardPid < 0 || exit) return;
+    Kill();
     Reap();
   }
 
   ProcessExit WaitWithOutput(const OutputHandler& onOutput) override {
     if (exit) return *exit;
-    const Descriptor process = OpenProcess(pid);
     std::optional<Clock::time_point> ended;
     while (!IsOver(ended)) {
-      PollOnce(process.Get(), UntilNextStep(ended, static_cast<bool>(process)), onOutput);
-      if (!ended && HasEnded()) ended = Clock::now();
+      PollOnce(ended.has_value(), UntilNextStep(ended), onOutput);
+      if (!ended && hasEnded) ended = Clock::now();
       KillAtDeadline();
     }
-    // What was written in time is not lost when the streams' end does not come.
+    // What was written in time is not lost if the streams don't end.
     ReadRest(output.reader, false, onOutput);
     ReadRest(errors.reader, true, onOutput);
-    if (StopDeadline()) SignalGroup(SIGKILL);
     return Reap();
   }
 
   void Stop(std::chrono::milliseconds grace) override {
     {
-      const std::lock_guard guard(lock);
+      const std::lock_guard hold(lock);
       if (exit) return;
       const auto deadline = Clock::now() + std::clamp(grace, std::chrono::milliseconds(0),
                                                       std::chrono::milliseconds(86400000));
       stopDeadline = stopDeadline ? std::min(*stopDeadline, deadline) : deadline;
-      kill(-pid, SIGTERM);
-      kill(-pid, SIGCONT);  // a halted process would not hear the first
+      // Fails if the guard has ended, and with it what the stop is for.
+      Send(guard::kOrderEnd);
     }
     const char mark = 0;
     // A full pipe means that the waiting thread will wake up anyway.
@@ -93,41 +81,32 @@ class PosixProcess final : public Process {
 
  private:
   // Over when the program has ended and both streams have too, or the time for that has passed.
-  bool IsOver(std::optional<Clock::time_point> ended) {
+  // After a stop the guard ends last, so what is said in the grace time is read.
+  bool IsOver(std::optional<Clock::time_point> ended) const {
     if (!ended) return false;
     if (!output.reader && !errors.reader) return true;
-    // After a stop the group gets its time, and what it says in it is read.
-    if (StopDeadline() && !killed) return false;
-    return Clock::now() >= GraceEnd(*ended);
-  }
-
-  Clock::time_point GraceEnd(Clock::time_point ended) const {
-    return std::max(ended, killed.value_or(ended)) + kGraceForGrandchildren;
+    return Clock::now() >= *ended + kGraceForGrandchildren;
   }
 
   // Milliseconds for poll; -1 for no limit.
-  int UntilNextStep(std::optional<Clock::time_point> ended, bool hearsEnd) {
+  int UntilNextStep(std::optional<Clock::time_point> ended) {
     std::optional<Clock::time_point> next;
-    const auto consider = [&next](Clock::time_point time) {
-      next = next ? std::min(*next, time) : time;
-    };
-    if (const auto deadline = StopDeadline(); deadline && !killed) {
-      consider(*deadline);
-    } else if (ended) {
-      consider(GraceEnd(*ended));
+    if (ended) {
+      next = *ended + kGraceForGrandchildren;
+    } else if (!isKilled) {
+      next = StopDeadline();
     }
-    if (!ended && !hearsEnd) consider(Clock::now() + kLookInterval);
     if (!next) return -1;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(*next - Clock::now());
     return static_cast<int>(std::max<std::int64_t>(left.count(), 0));
   }
 
-  void PollOnce(int process, int milliseconds, const OutputHandler& onOutput) {
+  void PollOnce(bool isEnded, int milliseconds, const OutputHandler& onOutput) {
     // A negative descriptor is passed over.
     std::array<pollfd, 4> watched{{{output.reader.Get(), POLLIN, 0},
                                    {errors.reader.Get(), POLLIN, 0},
                                    {wake.reader.Get(), POLLIN, 0},
-                                   {sawEnd ? -1 : process, POLLIN, 0}}};
+                                   {isEnded ? -1 : channel.Get(), POLLIN, 0}}};
     if (poll(watched.data(), watched.size(), milliseconds) <= 0) return;
     if (watched[0].revents != 0) ReadOnce(output.reader, false, onOutput);
     if (watched[1].revents != 0) ReadOnce(errors.reader, true, onOutput);
@@ -135,6 +114,7 @@ class PosixProcess final : public Process {
       std::array<char, 64> marks{};
       [[maybe_unused]] const auto read = ::read(wake.reader.Get(), marks.data(), marks.size());
     }
+    if (watched[3].revents != 0) ReadEnd();
   }
 
   // The number of bytes that came; closes the stream at its end.
@@ -161,58 +141,51 @@ class PosixProcess final : public Process {
     stream.Close();
   }
 
-  // Leaves the ended program unreaped.
-  bool HasEnded() {
-    siginfo_t info{};
-    const int result = waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOHANG | WNOWAIT);
-    sawEnd = result == 0 ? info.si_pid == pid : errno == ECHILD;
-    return sawEnd;
+  // A guard that was killed itself takes the program along, without a word.
+  void ReadEnd() {
+    int number = 0;
+    const ssize_t count = recv(channel.Get(), &number, sizeof number, MSG_WAITALL);
+    if (count < 0 && errno == EINTR) return;
+    if (count == sizeof number) status = number;
+    hasEnded = true;
   }
 
   std::optional<Clock::time_point> StopDeadline() {
-    const std::lock_guard guard(lock);
+    const std::lock_guard hold(lock);
     return stopDeadline;
   }
 
   void KillAtDeadline() {
     const auto deadline = StopDeadline();
-    if (!deadline || killed || Clock::now() < *deadline) return;
-    SignalGroup(SIGKILL);
-    killed = Clock::now();
+    if (deadline && !isKilled && Clock::now() >= *deadline) Kill();
   }
 
-  void SignalGroup(int signal) {
-    const std::lock_guard guard(lock);
-    if (!exit) kill(-pid, signal);
+  void Kill() {
+    isKilled = true;
+    Send(guard::kOrderKill);
+  }
+
+  void Send(char order) {
+    [[maybe_unused]] const auto sent = send(channel.Get(), &order, 1, MSG_NOSIGNAL | MSG_DONTWAIT);
   }
 
   ProcessExit Reap() {
-    int status = 0;
-    siginfo_t info{};
-    // The wait itself without the lock, so that a stop never has to wait for it.
-    while (waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
+    // Without the lock, so that a stop never has to wait for it.
+    while (!hasEnded) ReadEnd();
+    while (waitpid(guardPid, nullptr, 0) < 0 && errno == EINTR) {
     }
-    const std::lock_guard guard(lock);
-    pid_t reaped = -1;
-    do {
-      reaped = waitpid(pid, &status, 0);
-    } while (reaped < 0 && errno == EINTR);
-    if (reaped != pid) {
-      // Somebody took the exit away, as the system does where SIGCHLD is ignored: not a success.
-      exit = ProcessExit{kUnknownExit, false};
-    } else {
-      exit = WIFSIGNALED(status) ? ProcessExit{128 + WTERMSIG(status), true}
-                                 : ProcessExit{WEXITSTATUS(status), false};
-    }
+    const std::lock_guard hold(lock);
+    exit = ToExit(status);
     return *exit;
   }
 
-  std::mutex lock;  // guards the two below, and that no signal follows the reaping
+  std::mutex lock;  // guards the next two
   std::optional<ProcessExit> exit;
   std::optional<Clock::time_point> stopDeadline;
   // Of the waiting thread.
-  std::optional<Clock::time_point> killed;
-  bool sawEnd = false;
+  bool isKilled = false;
+  bool hasEnded = false;
+  int status = SIGKILL;  // as waitpid() describes it
 };
 
 Error LastError(const ProcessRequest& request) {
@@ -227,15 +200,18 @@ class PosixProcessLauncher final : public ProcessLauncher {
  public:
   Result<std::unique_ptr<Process>> Start(const ProcessRequest& request) override {
     auto process = std::make_unique<PosixProcess>();
-    if (!process->output.Open() || !process->errors.Open() || !process->wake.Open() ||
+    SocketPair sockets;
+    if (!sockets.Open() || !process->output.Open() || !process->errors.Open() || !process->wake.Open() ||
         !SetNonBlocking(process->output.reader) || !SetNonBlocking(process->errors.reader) ||
         !SetNonBlocking(process->wake.reader) || !SetNonBlocking(process->wake.writer)) {
       return LastError(request);
     }
     const Result<pid_t> started =
-        SpawnInGroup(request, process->output.writer.Get(), process->errors.writer.Get());
+        SpawnGuarded(request, process->output.writer.Get(), process->errors.writer.Get(),
+                     std::move(sockets.other), sockets.own.Get());
     if (!started) return started.GetError();
-    process->pid = *started;
+    process->guardPid = *started;
+    process->channel = std::move(sockets.own);
     // The child's copies are the only ones left, so that the streams end with it.
     process->output.writer.Close();
     process->errors.writer.Close();

@@ -3,7 +3,9 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,6 +14,9 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "platform/automation/ServerLibrary.h"
+#include "platform/process/posix/GuardChannel.h"
 
 extern char** environ;
 
@@ -46,19 +51,22 @@ std::string FindProgramIn(const char* folders, std::string_view name) {
   return IsProgram(path) ? path : std::string();
 }
 
-// The program, in a form that does not change its meaning in the working folder of the child.
+// A form of the path that does not change its meaning in the working folder of the child.
+std::string FromHere(const std::string& path) {
+  if (path.empty() || path.front() == '/') return path;
+  char* current = getcwd(nullptr, 0);
+  if (current == nullptr) return path;
+  std::string whole = std::string(current) + "/" + path;
+  free(current);
+  return whole;
+}
+
 std::string ProgramOf(const ProcessRequest& request) {
   const char* folders = getenv("PATH");
   for (const auto& [name, value] : request.environment) {
     if (name == "PATH") folders = value.c_str();
   }
-  std::string program = FindProgramIn(folders, request.program);
-  if (program.empty() || program.front() == '/') return program;
-  char* current = getcwd(nullptr, 0);
-  if (current == nullptr) return program;
-  program = std::string(current) + "/" + program;
-  free(current);
-  return program;
+  return FromHere(FindProgramIn(folders, request.program));
 }
 
 // Texts as the system wants them: pointers with a null behind.
@@ -97,7 +105,7 @@ TextList EnvironmentOf(const ProcessRequest& request) {
 // What happens in the child between its birth and the program's start.
 class SpawnPlan {
  public:
-  SpawnPlan(const ProcessRequest& request, int outputStream, int errorStream) {
+  SpawnPlan(const ProcessRequest& request, int outputStream, int errorStream, int channel) {
     posix_spawn_file_actions_init(&actions);
     posix_spawnattr_init(&attributes);
     // The folder first: the streams' numbers are the parent's and survive it.
@@ -107,6 +115,8 @@ class SpawnPlan {
     Check(posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
     Check(posix_spawn_file_actions_adddup2(&actions, outputStream, STDOUT_FILENO));
     Check(posix_spawn_file_actions_adddup2(&actions, errorStream, STDERR_FILENO));
+    // Last, since one of the others may have this number.
+    Check(posix_spawn_file_actions_adddup2(&actions, channel, guard::kChannel));
     sigset_t none;
     sigset_t all;
     sigemptyset(&none);
@@ -148,23 +158,54 @@ int CheckFolder(const std::string& path) {
   return S_ISDIR(status.st_mode) ? 0 : ENOTDIR;
 }
 
+// What the guard says of the tool's start: 0 or an error number. -1 if it ended without a word.
+int ReadStart(int channel) {
+  int failure = -1;
+  ssize_t count = -1;
+  do {
+    count = recv(channel, &failure, sizeof failure, MSG_WAITALL);
+  } while (count < 0 && errno == EINTR);
+  return count == sizeof failure ? failure : -1;
+}
+
+void WaitFor(pid_t pid) {
+  while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+  }
+}
+
+Error GuardError(const std::string& guard, const char* reason) {
+  return {ErrorCode::Io, guard + ": " + reason, guard};
+}
+
 }  // namespace
 
-Result<pid_t> SpawnInGroup(const ProcessRequest& request, int outputStream, int errorStream) {
+Result<pid_t> SpawnGuarded(const ProcessRequest& request, int outputStream, int errorStream,
+                           Descriptor guardEnd, int ownEnd) {
   const std::string program = ProgramOf(request);
   if (program.empty()) return Error{ErrorCode::NotFound, "no such program", request.program};
   if (const int reason = request.folder.empty() ? 0 : CheckFolder(request.folder); reason != 0) {
     // Not NotFound, which says that the program isn't there.
     return Error{ErrorCode::Io, request.folder + ": " + std::strerror(reason), request.folder};
   }
+  const std::string guard = FromHere(ModuleFolder() + "/" + guard::kProgram);
+  if (access(guard.c_str(), X_OK) != 0) return GuardError(guard, std::strerror(errno));
   TextList arguments;
+  arguments.Add(guard::kProgram);
+  if (request.mayOutlive) arguments.Add(guard::kOutlive);
+  arguments.Add(program);
   arguments.Add(request.program);
   for (const std::string& argument : request.arguments) arguments.Add(argument);
   TextList environment = EnvironmentOf(request);
   pid_t pid = -1;
-  SpawnPlan plan(request, outputStream, errorStream);
-  const int failure = plan.Start(pid, program, arguments, environment);
-  if (failure == 0) return pid;
+  SpawnPlan plan(request, outputStream, errorStream, guardEnd.Get());
+  int failure = plan.Start(pid, guard, arguments, environment);
+  if (failure == 0) {
+    guardEnd.Close();
+    failure = ReadStart(ownEnd);
+    if (failure == 0) return pid;
+    WaitFor(pid);
+    if (failure < 0) return GuardError(guard, "it ended unexpectedly");
+  }
   // A script whose interpreter is missing looks like a missing program to the system as well.
   const ErrorCode code =
       failure == ENOENT || failure == ENOTDIR ? ErrorCode::NotFound : ErrorCode::Io;

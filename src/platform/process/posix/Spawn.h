@@ -4,11 +4,15 @@
 
 #include "platform/Result.h"
 #include "platform/process/Process.h"
+#include "platform/process/posix/Descriptor.h"
 
 namespace tarn {
 
-// Starts the program as the leader of a new process group, with its two streams on these
-// descriptors and an empty input.
-Result<pid_t> SpawnInGroup(const ProcessRequest& request, int outputStream, int errorStream);
+// Starts the program through the guard (see ToolGuard.cpp), as the leader of a new process group,
+// with its two streams on these descriptors and an empty input. `guardEnd` and `ownEnd` are the
+// ends of a stream socket; the first is closed in this process, and the second carries what the
+// guard writes after the start. Returns the guard's number; the caller waits for it.
+Result<pid_t> SpawnGuarded(const ProcessRequest& request, int outputStream, int errorStream,
+                           Descriptor guardEnd, int ownEnd);
 
 }  // namespace tarn
