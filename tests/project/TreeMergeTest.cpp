@@ -133,6 +133,17 @@ TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
        "</Project>",
        "\r\n<Project>\r\n\t<Options>\r\n\t\t<Config Header=\"b\" />\r\n\t</Options>"
        "\r\n\t<Group Header=\"g\" />\r\n\t<Group Header=\"h\" />\r\n</Project>"},
+      // Options that were set in front of nodes and configurations; that were reset and set again;
+      // the last of which was reset, or copied away with its configuration.
+      {"<Project><Options><Config Header='a' /></Options><Configs /><C Header='c' /></Project>",
+       "<Project><Configs /><C Header='c' /><Options><Config Header='b' /></Options></Project>",
+       "\r\n<Project>\r\n\t<Options>\r\n\t\t<Config Header=\"b\" />\r\n\t</Options>"
+       "\r\n\t<Configs/>\r\n\t<C Header=\"c\" />\r\n</Project>"},
+      {"<Project><Group Header='g' /><Configs><Config Header='a' /></Configs></Project>",
+       "<Project><Options /><Group Header='g' ><Options /></Group><Configs /></Project>",
+       "\r\n<Project>\r\n\t<Group Header=\"g\" />\r\n</Project>"},
+      {"<Project><Options /><Configs /></Project>", "<Project><Options /><Configs /></Project>",
+       "\r\n<Project>\r\n\t<Options/>\r\n\t<Configs/>\r\n</Project>"},
       // An application, saved by a project in another folder; renamed; not in the system's form.
       {"<Application Extern='.\\a.tapp' Path='.\\a.tapp' />",
        "<Application Extern='..\\p\\a.tapp' Path='..\\p\\a.tapp' Config='standard' />",
