@@ -171,5 +171,19 @@ TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
   }
 }
 
+TEST(TreeText, LineEndsAreThoseOfMostLines) {
+  const struct {
+    const char *model, *end;
+  } rows[] = {
+      {"", "\r\n"},       {"<a>", "\r\n"},  {"\r\n\r\n\n", "\r\n"}, {"\n\r\n\n", "\n"},
+      {"\r\n\n", "\r\n"}, {"\n\r\n", "\n"}, {"\r\r\n", "\r\n"},     {"\r\r\n\n\n", "\n"},
+  };
+  CXmlNode root;
+  root.SetName("A");
+  for (const auto& row : rows) {
+    EXPECT_EQ(WriteTree(root, row.model), row.end + std::string("<A/>")) << row.model;
+  }
+}
+
 }  // namespace
 }  // namespace tarn::test
