@@ -96,6 +96,28 @@ TEST(TreeMerge, BothSidesChangesAreThere) {
       // The order of the side that changed it.
       {"C=a C=b C=c", "C=c C=a C=b", "C=a C=b C=c C=o", "C=c C=o C=a C=b", ""},
       {"C=a C=b C=c", "C=a C=t C=b C=c", "C=c C=b C=a", "C=c C=b C=a C=t", ""},
+      // A node that was moved takes the other side's changes along.
+      {"C=a:P/a G=g", "G=g{C=a:P/a}", "C=a:P/a:x1 G=g", "G=g{C=a:P/a:x1}", ""},
+      {"C=a:P/a G=g", "C=a:P/a:x1 G=g", "G=g{C=a:P/a}", "G=g{C=a:P/a:x1}", ""},
+      {"C=a:P/a", "G=n{C=a:P/a}", "C=a:P/a:x1", "G=n{C=a:P/a:x1}", ""},
+      {"C=a:P/a G=g", "G=g{C=b:P/a}", "C=a:P/a:x1 G=g", "G=g{C=b:P/a:x1}", ""},
+      {"G=g{C=a:P/a}", "C=a:P/a", "G=g{C=a:P/a:x1}", "C=a:P/a:x1", ""},
+      {"G=g{C=a:P/a C=b:P/b} G=h", "G=h{G=g{C=a:P/a C=b:P/b}}", "G=g{C=a:P/a:x1 C=b:P/b} G=h",
+       "G=h{G=g{C=a:P/a:x1 C=b:P/b}}", ""},
+      {"C=a:P/a G=g", "G=g{C=a:P/a:x1}", "G=g{C=a:P/a:y1}", "G=g{C=a:P/a:x1:y1}", ""},
+      {"C=a:P/a", "G=n{C=a:P/a:x1}", "G=n{C=a:P/a:y1}", "G=n{C=a:P/a:x1:y1}", ""},
+      {"C=a:P/a G=g G=h", "G=g{C=a:P/a:x1} G=h", "G=g G=h{C=a:P/a}", "G=g G=h{C=a:P/a:x1}",
+       "h/a: the group that it is in"},
+      {"C=a:P/a G=g", "G=g{C=a:P/a}", "G=g", "G=g{C=a:P/a}", ""},
+      {"C=a:P/a G=g{C=b}", "G=g{C=b C=a:P/a}", "C=a:P/a:x1", "G=g{C=b C=a:P/a:x1}",
+       "g: removed here, changed there"},
+      {"C=a:P/a C=a:P/a G=g", "G=g{C=a:P/a C=a:P/a}", "C=a:P/a:x1 C=a:P/a G=g",
+       "C=a:P/a:x1 G=g{C=a:P/a C=a:P/a}", "a: changed here, removed there"},
+      // Options are merged one by one, also where one side has reset the last.
+      {"Options={S=s{P=a:x1}}", "Options={S=s{P=a:x1 P=b:x1}}", "", "Options={S=s{P=b:x1}}", ""},
+      {"Options={S=s{P=a:x1}}", "Options={S=s{P=a:x2}}", "", "Options={S=s{P=a:x2}}",
+       "Options/s/a: removed here, changed there"},
+      {"Options={S=s{P=a:x1}}", "", "Options={S=s{P=a:x1}}", "", ""},
       // Two of one label are told apart by their order.
       {"C=a C=a", "C=a C=a:x1", "C=a:y1 C=a", "C=a:y1 C=a:x1", ""},
   };
@@ -103,6 +125,28 @@ TEST(TreeMerge, BothSidesChangesAreThere) {
     const MergedTree merged =
         MergeTrees(*Short::Read(row.base), *Short::Read(row.theirs), *Short::Read(row.ours));
     SCOPED_TRACE(std::string(row.base) + " | " + row.theirs + " | " + row.ours);
+    EXPECT_EQ(Short::Write(*merged.root), row.merged);
+    std::string conflicts;
+    for (const TreeConflict& each : merged.conflicts) conflicts += each.place + ": " + each.what;
+    EXPECT_EQ(conflicts, row.conflicts);
+  }
+}
+
+// What is renamed as well is another node, unless its file was moved on the disk.
+TEST(TreeMerge, AFileThatWasMovedOnTheDiskIsTheSameNode) {
+  const FileMoved isMoved = [](const std::string& from, const std::string& to) {
+    return from == "/a" && to == "/lib/q";
+  };
+  const struct {
+    const char *base, *theirs, *ours, *merged, *conflicts;
+  } rows[] = {
+      {"C=a:P/a", "C=q:P/lib/q", "C=a:P/a:x1", "C=q:P/lib/q:x1", ""},
+      {"C=a:P/a G=g", "G=g{C=a:P/lib/q}", "C=a:P/a:x1 G=g", "G=g{C=a:P/lib/q:x1}", ""},
+      {"C=a:P/a", "C=b:P/b", "C=a:P/a:x1", "C=a:P/a:x1 C=b:P/b", "a: changed here, removed there"},
+  };
+  for (const auto& row : rows) {
+    const MergedTree merged = MergeTrees(*Short::Read(row.base), *Short::Read(row.theirs),
+                                         *Short::Read(row.ours), isMoved);
     EXPECT_EQ(Short::Write(*merged.root), row.merged);
     std::string conflicts;
     for (const TreeConflict& each : merged.conflicts) conflicts += each.place + ": " + each.what;
