@@ -373,18 +373,19 @@ class CProjectModel {
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
   // A file that a save is about to write.
   struct PendingFile {
-    std::string absolute;                // as the tree names it
-    std::string text;                    // in the form for the disk
-    std::vector<std::size_t> parts;      // files of its own children
-    std::vector<std::string> keptParts;  // see FileSaver::Prepare
-    SavePlan plan;                       // for another file if it was moved
-    bool isPlanned = false;              // `plan` follows from the file that names this one
+    std::string absolute;                  // as the tree names it
+    std::string text;                      // in the form for the disk
+    std::vector<std::size_t> parts;        // files of its own children
+    std::vector<PartChange> changedParts;  // see FileSaver::Prepare
+    SavePlan plan;                         // for another file if it was moved
+    bool isPlanned = false;                // `plan` follows from the file that names this one
     bool isSaved = true;
   };
   std::size_t CollectTreeFiles(CXmlNode& node, const std::string& absolute,
                                std::vector<PendingFile>& pending);
   void FollowParts(std::vector<PendingFile>& pending);
-  void FollowPart(PendingFile& owner, PendingFile& part, const std::string& reference,
+  std::string FindRenamedPart(const std::string& absolute, std::vector<std::string>& added);
+  void FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
                   const std::string& target);
   void RemoveAbandoned(const std::vector<PendingFile>& pending);
   void SaveAllPending(std::vector<PendingFile>& pending);

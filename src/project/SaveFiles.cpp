@@ -97,7 +97,7 @@ std::string CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
   const bool isGone = guard.TextOf(projectPath) != nullptr && !files.Exists(projectFolder);
   std::string outside;
   for (PendingFile& file : pending) {
-    if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.keptParts);
+    if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.changedParts);
     const std::string& target = file.plan.absolute;
     if (isGone && file.plan.problem.empty() && target.starts_with(AddSeparator(projectFolder))) {
       file.plan.problem = "the folder " + projectFolder + " does not exist";

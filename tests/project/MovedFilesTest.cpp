@@ -141,6 +141,40 @@ TEST_F(MovedFiles, AnApplicationFollowsToWhereTheProjectNamesIt) {
   }
 }
 
+// It is known by the files that it lists; a new application is not taken for one that is gone.
+TEST_F(MovedFiles, AnApplicationThatWasAlsoRenamedIsFollowed) {
+  const auto named = [](std::string text, const std::string& label) {
+    for (const std::string word : {"Header=\"one\"", "ActiveApp=\"one\""}) {
+      const std::size_t at = text.find(word);
+      if (at != text.npos)
+        text.replace(at, word.size(), word.substr(0, word.find('"') + 1) + label + "\"");
+    }
+    return text;
+  };
+  const struct {
+    const char* name;
+    bool isLeft;  // the earlier file is still there
+    Lines sources;
+    const char* tree;
+  } rows[] = {
+      {"renamed", false, {"..\\..\\app\\b.c", "..\\..\\a.c"}, "new[a.c b.c new.c]"},
+      {"another one", false, {"..\\..\\x.c", "..\\..\\y.c"}, "one[a.c b.c new.c] new[a.c b.c]"},
+      {"a copy", true, {"..\\..\\app\\b.c", "..\\..\\a.c"}, "one[a.c b.c new.c] new[a.c b.c]"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    Reset();
+    Add();
+    if (!row.isLeft) world->disk.Erase("/p/app/one.tapp");
+    world->AddFile("/p/fw/avr/one.tapp",
+                   named(Application("fw\\avr", row.sources[0], row.sources[1]), "new"));
+    world->AddFile("/p/demo.tprj", named(Project("fw\\avr"), "new"));
+    EXPECT_EQ(world->model->SaveProject(), 1);
+    EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), row.tree);
+    EXPECT_EQ(world->disk.Exists("/p/app/one.tapp"), std::string_view(row.name) != "renamed");
+  }
+}
+
 TEST_F(MovedFiles, AnApplicationWithoutAPlaceStaysInMemory) {
   Add();
   world->disk.Erase("/p/app/one.tapp");
