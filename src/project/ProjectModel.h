@@ -379,6 +379,7 @@ class CProjectModel {
     std::vector<PartChange> changedParts;  // see FileSaver::Prepare
     SavePlan plan;                         // for another file if it was moved
     bool isPlanned = false;                // `plan` follows from the file that names this one
+    bool isOutside = false;                // the user does not want it to be written there
     bool isSaved = true;
   };
   std::size_t CollectTreeFiles(CXmlNode& node, const std::string& absolute,
@@ -391,7 +392,8 @@ class CProjectModel {
   void SaveAllPending(std::vector<PendingFile>& pending);
   void SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending);
   std::string PlanFiles(std::vector<PendingFile>& pending);
-  std::string PrepareFiles(std::vector<PendingFile>& pending);
+  void PrepareFiles(std::vector<PendingFile>& pending);
+  std::string DescribeOutside(const SavePlan& plan) const;
   Status WriteTreeFile(const SavePlan& plan);
   void ReportUnneeded(const SavePlan& plan, std::vector<SavedFile>& reports);
   void KeepElsewhere(PendingFile& file, const std::string& reason);

@@ -175,6 +175,31 @@ TEST_F(MovedFiles, AnApplicationThatWasAlsoRenamedIsFollowed) {
   }
 }
 
+// The copy is where the user can write, and not next to the file.
+TEST_F(MovedFiles, AFileOutsideThatIsRefusedLeavesACopyInTheProject) {
+  world->AddFile("/q/two.tapp", "\n<Application Header=\"two\" />");
+  world->model->SetCurrentNode(&world->model->GetProjectRoot());
+  ASSERT_EQ(world->model->AddExistingItem("/q/two.tapp", nullptr), 1);
+  world->model->AllowOutside(true);
+  ASSERT_EQ(world->model->SaveProject(), 1);
+  world->model->AllowOutside(false);
+  const std::string before = world->FileText("/q/two.tapp");
+  world->components.Properties().defaults[".Build.Tool"] = "edited";
+  for (const char* label : {"one", "two"}) {
+    world->model->SetCurrentNode(world->Node(label));
+    world->model->StoreChangedProperty("Build.Tool");
+  }
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(world->model->SaveProject(), 0);
+    EXPECT_EQ(Reported(), Lines{"/q/two.tapp can't be saved: it is outside the folder of the "
+                                "project; what was to be saved is in /p/two.tapp.unsaved"});
+  }
+  EXPECT_EQ(world->FileText("/q/two.tapp"), before);
+  EXPECT_NE(world->FileText("/p/two.tapp.unsaved").find("edited"), before.npos);
+  EXPECT_NE(world->FileText("/p/app/one.tapp").find("edited"), before.npos);
+  EXPECT_TRUE(world->model->IsModified());
+}
+
 TEST_F(MovedFiles, AnApplicationWithoutAPlaceStaysInMemory) {
   Add();
   world->disk.Erase("/p/app/one.tapp");
