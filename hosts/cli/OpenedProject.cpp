@@ -380,6 +380,7 @@ int CommandContext::SaveFiles() {
   if (report.problems.empty()) return kExitDone;
   std::string text = "The project couldn't be saved:";
   for (const std::string& line : report.problems) text += "\n" + Printable(line);
+  if (report.isOutside) text += "\nWith --outside-ok it is written.";
   Complain(text);
   return kExitCannotOpen;
 }

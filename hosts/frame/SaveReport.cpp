@@ -16,6 +16,7 @@ SaveReport ParseSaveReport(const std::string& xml) {
                                 AttributeOf(file, "CopyReason") == "damaged",
                                 AttributeOf(file, "Missing") == "Yes"});
     }
+    report.isOutside = report.isOutside || AttributeOf(file, "Outside") == "Yes";
     std::vector<std::string>& lines = isSaved ? report.notes : report.problems;
     for (const CXmlNode* each : file->GetChildren()) {
       if (each->NameView() == "Line") {

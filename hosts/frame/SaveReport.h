@@ -32,6 +32,8 @@ struct SaveReport {
   std::vector<std::string> notes;     // lines about what was
   std::vector<Conflict> conflicts;
   std::vector<File> written;  // the files that the notes are about
+  // Among the problems is a file outside the project's folder, which the user has not agreed to.
+  bool isOutside = false;
 
   bool operator==(const SaveReport&) const = default;
 };

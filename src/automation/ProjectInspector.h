@@ -93,8 +93,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::int32_t UnlockProject();
   // What the last save or close did with files that another program had changed or removed, that
   // were damaged, or that could not be written: `Save` with `File` (`Path`, `Problem`, `Copy`,
-  // `CopyReason`: "damaged" or "changed", `Merged`, `Missing`), and in it `Line` (`Text`) for
-  // people and `Conflict`
+  // `CopyReason`: "damaged" or "changed", `Outside` ("Yes": not written since it is outside the
+  // project's folder), `Merged`, `Missing`), and in it `Line` (`Text`) for people and `Conflict`
   // (`Place`, `Text`).
   std::string GetSaveReport();
   // Makes a change of the project's files to the open project: what two calls of GetFileTexts

@@ -11,16 +11,28 @@ namespace tarn {
 
 namespace {
 
-// Takes the references out of the base, so that a merge takes them for additions of this side.
-std::vector<TreeConflict> KeepParts(CXmlNode& base, const std::vector<std::string>& parts) {
-  std::vector<TreeConflict> conflicts;
-  for (CXmlNode* child : base.GetChildren()) {
-    const std::string file = TextOf(child->GetAttrValue("Extern"));
-    if (std::find(parts.begin(), parts.end(), file) == parts.end()) continue;
-    conflicts.push_back({TextOf(child->GetAttrValue("Header")), "changed here, removed there"});
-    base.RemoveChild(child);
-  }
-  return conflicts;
+CXmlNode* FindPart(const CXmlNode& root, const std::string& file) {
+  const auto children = root.GetChildren();
+  const auto found = std::find_if(children.begin(), children.end(), [&file](const CXmlNode* child) {
+    return TextOf(child->GetAttrValue("Extern")) == file;
+  });
+  return found == children.end() ? nullptr : *found;
+}
+
+// Makes a merge take the reference for an addition of this side.
+void KeepPart(CXmlNode& base, const std::string& file, std::vector<TreeConflict>& conflicts) {
+  const CXmlNode* const part = FindPart(base, file);
+  if (part == nullptr) return;
+  conflicts.push_back({TextOf(part->GetAttrValue("Header")), "changed here, removed there"});
+  base.RemoveChild(part);
+}
+
+// Makes a merge take the part for the one that another program names by that path.
+void RenamePart(CXmlNode& root, const PartChange& change) {
+  CXmlNode* const part = FindPart(root, change.from);
+  if (part == nullptr) return;
+  if (TextOf(part->GetAttrValue("Path")) == change.from) part->SetAttrValue("Path", change.to);
+  part->SetAttrValue("Extern", change.to);
 }
 
 }  // namespace
@@ -44,7 +56,7 @@ std::string FileSaver::Settle(const std::string& absolute, const CXmlNode& tree)
 }
 
 SavePlan FileSaver::Prepare(const std::string& absolute, const std::string& text,
-                            const std::vector<std::string>& keptParts) const {
+                            const std::vector<PartChange>& parts) const {
   SavePlan plan;
   plan.absolute = absolute;
   plan.own = plan.text = text;
@@ -66,21 +78,49 @@ SavePlan FileSaver::Prepare(const std::string& absolute, const std::string& text
   }
   plan.isNeeded = !HoldSameTree(plan.text, *disk);
   if (!plan.isNeeded) plan.text = *disk;
+  if (plan.isNeeded && known != nullptr && *disk != *known) Merge(plan, *disk, *known, parts);
+  return plan;
+}
+
+void FileSaver::Merge(SavePlan& plan, const std::string& disk, const std::string& known,
+                      const std::vector<PartChange>& parts) const {
   CXmlNode base;
   CXmlNode theirs;
   CXmlNode ours;
-  const bool canMerge = plan.isNeeded && known != nullptr && *disk != *known &&
-                        ReadWholeTree(*known, base) && ReadWholeTree(*disk, theirs) &&
-                        ReadWholeTree(plan.text, ours);
-  if (!canMerge) return plan;
-  plan.conflicts = KeepParts(base, keptParts);
-  MergedTree merged = MergeTrees(base, theirs, ours);
-  plan.text = WriteTree(*merged.root, *disk);
+  if (!ReadWholeTree(disk, theirs)) {
+    plan.conflicts.push_back({"", "damaged there"});
+    return;
+  }
+  if (!ReadWholeTree(known, base) || !ReadWholeTree(plan.text, ours)) {
+    plan.conflicts.push_back({"", "read in part here, changed there"});
+    return;
+  }
+  for (const PartChange& each : parts) {
+    if (each.to.empty()) {
+      KeepPart(base, each.from, plan.conflicts);
+    } else {
+      RenamePart(base, each);
+      RenamePart(ours, each);
+    }
+  }
+  MergedTree merged =
+      MergeTrees(base, theirs, ours, [&](const std::string& from, const std::string& to) {
+        return WasMoved(plan.absolute, from, to);
+      });
+  plan.text = WriteTree(*merged.root, disk);
   plan.isMerged = true;
   plan.conflicts.insert(plan.conflicts.end(), merged.conflicts.begin(), merged.conflicts.end());
   plan.isNeeded = !IsSameTree(*merged.root, theirs);
-  if (!plan.isNeeded) plan.text = *disk;
-  return plan;
+  if (!plan.isNeeded) plan.text = disk;
+}
+
+bool FileSaver::WasMoved(const std::string& absolute, const std::string& from,
+                         const std::string& to) const {
+  const auto isThere = [&](const std::string& path) {
+    return files.Exists(IsRelativePath(path) ? files.Canonical(JoinPath(FolderOf(absolute), path))
+                                             : ToNativeSeparators(path));
+  };
+  return !isThere(from) && isThere(to);
 }
 
 Status FileSaver::KeepOther(const SavePlan& plan, SavedFile& report) const {

@@ -22,6 +22,14 @@ struct SavePlan {
   std::vector<TreeConflict> conflicts;
 };
 
+// A part of a project, named in its file by the path `from` (`Extern`), which another program has
+// changed there: to `to`, where the part is saved from now on, or it was taken out, `to` is empty
+// and the part stays since it was changed here.
+struct PartChange {
+  std::string from;
+  std::string to;
+};
+
 // Returns whether the texts of two files differ at most in how they are laid out.
 bool HoldSameTree(const std::string& one, const std::string& other);
 
@@ -36,10 +44,9 @@ class FileSaver {
   // The text for the file of the tree, in the form for the disk, without a look at what that holds
   // now.
   std::string Settle(const std::string& absolute, const CXmlNode& tree) const;
-  // `text` is such a text. `keptParts` are references (`Extern`) to changed files that stay in it
-  // though another program has removed them: a conflict each.
+  // `text` is such a text, of a file with these changed parts. Each that stays is a conflict.
   SavePlan Prepare(const std::string& absolute, const std::string& text,
-                   const std::vector<std::string>& keptParts = {}) const;
+                   const std::vector<PartChange>& parts = {}) const;
   // Keeps a copy of what the file holds where it would be lost or is part of a conflict, and says
   // in `report` what will have been done. Fails if the copy does; the file must not be written
   // then.
@@ -48,6 +55,12 @@ class FileSaver {
   Status Write(const SavePlan& plan, SavedFile& report) const;
 
  private:
+  // Puts what the disk holds into the plan. Without a way to do so it is a conflict.
+  void Merge(SavePlan& plan, const std::string& disk, const std::string& known,
+             const std::vector<PartChange>& parts) const;
+  // For paths in the file.
+  bool WasMoved(const std::string& absolute, const std::string& from, const std::string& to) const;
+
   FileSystem& files;
   FileGuard& guard;
   const NodeTypes& types;

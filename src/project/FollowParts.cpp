@@ -1,6 +1,9 @@
 // Applications whose files another program has moved or removed, and corrected in the project file:
 // a save goes where that names them by then.
 
+#include <algorithm>
+#include <set>
+
 #include "platform/files/RelativeName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -16,14 +19,9 @@ std::string ReferenceOf(const CXmlNode& node) {
   return TextOf(node.GetAttrValue("Extern"));
 }
 
-// A reference of one version of a file that is another one, or none, in a later version.
-struct ReferenceChange {
-  std::string from;
-  std::string to;  // empty if it is gone
-};
-
-std::vector<ReferenceChange> FindReferenceChanges(const CXmlNode& before, const CXmlNode& after) {
-  std::vector<ReferenceChange> changes;
+// References of one version of a file that are another one, or none, in a later version.
+std::vector<PartChange> FindPartChanges(const CXmlNode& before, const CXmlNode& after) {
+  std::vector<PartChange> changes;
   const auto former = before.GetChildren();
   const auto present = after.GetChildren();
   const ChildPairs pairs(former, present);
@@ -34,6 +32,18 @@ std::vector<ReferenceChange> FindReferenceChanges(const CXmlNode& before, const 
     if (!from.empty() && to != from) changes.push_back({from, to});
   }
   return changes;
+}
+
+// References of the later version that the earlier one has neither by file nor by label.
+std::vector<std::string> FindNewReferences(const CXmlNode& before, const CXmlNode& after) {
+  std::vector<std::string> added;
+  const auto present = after.GetChildren();
+  const ChildPairs pairs(before.GetChildren(), present);
+  for (std::size_t i = 0; i < present.size(); ++i) {
+    const std::string reference = ReferenceOf(*present[i]);
+    if (pairs.SourceOf(i) == ChildPairs::kNone && !reference.empty()) added.push_back(reference);
+  }
+  return added;
 }
 
 // Paths of files that are there lead to the same files from the other folder.
@@ -63,7 +73,57 @@ std::string MoveText(FileSystem& files, const std::string& text, const std::stri
   return WriteTree(root, text);
 }
 
+void CollectPaths(const CXmlNode& node, std::set<std::string>& paths) {
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (!IsContentNode(*child)) continue;
+    const std::string path = TextOf(child->GetAttrValue("Path"));
+    if (!path.empty()) paths.insert(FoldCase(path));
+    CollectPaths(*child, paths);
+  }
+}
+
+// Returns the share of files that two application files have in common, 0 to 1. Without any file
+// in either they count as alike.
+double CompareContents(const std::string& one, const std::string& other) {
+  CXmlNode trees[2];
+  if (!ReadWholeTree(one, trees[0]) || !ReadWholeTree(other, trees[1])) return 0;
+  std::set<std::string> paths[2];
+  for (int i = 0; i < 2; ++i) CollectPaths(trees[i], paths[i]);
+  const std::size_t larger = std::max(paths[0].size(), paths[1].size());
+  if (larger == 0) return 1;
+  const auto isShared = [&](const std::string& path) { return paths[1].contains(path); };
+  const auto shared = std::count_if(paths[0].begin(), paths[0].end(), isShared);
+  return static_cast<double>(shared) / static_cast<double>(larger);
+}
+
 }  // namespace
+
+// Finds where a part is now that the file of its owner, in the version `after`, names neither by
+// its path nor by its label: it was moved and renamed. That is the new part which lists most of the
+// files that it has listed. Removes what it returns from `added`; empty if there is none, or if the
+// file is still where it was.
+std::string CProjectModel::FindRenamedPart(const std::string& absolute,
+                                           std::vector<std::string>& added) {
+  const std::string* const known = guard.TextOf(absolute);
+  if (known == nullptr || files.Exists(absolute)) return {};
+  auto best = added.end();
+  double most = 0.5;
+  for (auto each = added.begin(); each != added.end(); ++each) {
+    std::string target;
+    MakeAbsolutePath(*each, target, nullptr);
+    const Result<std::string> disk = files.ReadWholeFile(target);
+    if (!disk) continue;
+    const std::string moved = MoveText(files, *known, FolderOf(absolute), FolderOf(target));
+    const double alike = CompareContents(moved, *disk);
+    if (alike <= most) continue;
+    best = each;
+    most = alike;
+  }
+  if (best == added.end()) return {};
+  const std::string found = *best;
+  added.erase(best);
+  return found;
+}
 
 // Plans the files of parts that the files of their owners, of which there is another version on the
 // disk, name elsewhere or no longer. An owner comes after its parts.
@@ -80,14 +140,16 @@ void CProjectModel::FollowParts(std::vector<PendingFile>& pending) {
         !ReadWholeTree(*disk, after)) {
       continue;
     }
-    for (const ReferenceChange& each : FindReferenceChanges(before, after)) {
+    std::vector<std::string> added = FindNewReferences(before, after);
+    for (PartChange& each : FindPartChanges(before, after)) {
       std::string from;
       std::string to;
       MakeAbsolutePath(each.from, from, nullptr);
+      if (each.to.empty()) each.to = FindRenamedPart(from, added);
       MakeAbsolutePath(each.to, to, nullptr);
       for (const std::size_t part : owner.parts) {
         const bool isNamed = pending[part].absolute == from && !pending[part].isPlanned;
-        if (isNamed && from != to) FollowPart(owner, pending[part], each.from, to);
+        if (isNamed && from != to) FollowPart(owner, pending[part], each, to);
       }
     }
   }
@@ -95,7 +157,7 @@ void CProjectModel::FollowParts(std::vector<PendingFile>& pending) {
 
 // `target` is empty if the owner's file names the part no longer. What is unchanged goes then; what
 // was changed stays a part, which is a conflict.
-void CProjectModel::FollowPart(PendingFile& owner, PendingFile& part, const std::string& reference,
+void CProjectModel::FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
                                const std::string& target) {
   const std::string* const known = guard.TextOf(part.absolute);
   if (known == nullptr) return;
@@ -106,10 +168,11 @@ void CProjectModel::FollowPart(PendingFile& owner, PendingFile& part, const std:
       part.plan.own = part.plan.text = part.text;
       part.plan.isNeeded = false;
     } else {
-      owner.keptParts.push_back(reference);
+      owner.changedParts.push_back(change);
     }
     return;
   }
+  owner.changedParts.push_back(change);
   part.isPlanned = true;
   const std::string from = FolderOf(part.absolute);
   const std::string to = FolderOf(target);

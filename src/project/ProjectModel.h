@@ -390,24 +390,27 @@ class CProjectModel {
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
   // A file that a save is about to write.
   struct PendingFile {
-    std::string absolute;                // as the tree names it
-    std::string text;                    // in the form for the disk
-    std::vector<std::size_t> parts;      // files of its own children
-    std::vector<std::string> keptParts;  // see FileSaver::Prepare
-    SavePlan plan;                       // for another file if it was moved
-    bool isPlanned = false;              // `plan` follows from the file that names this one
+    std::string absolute;                  // as the tree names it
+    std::string text;                      // in the form for the disk
+    std::vector<std::size_t> parts;        // files of its own children
+    std::vector<PartChange> changedParts;  // see FileSaver::Prepare
+    SavePlan plan;                         // for another file if it was moved
+    bool isPlanned = false;                // `plan` follows from the file that names this one
+    bool isOutside = false;                // the user does not want it to be written there
     bool isSaved = true;
   };
   std::size_t CollectTreeFiles(CXmlNode& node, const std::string& absolute,
                                std::vector<PendingFile>& pending);
   void FollowParts(std::vector<PendingFile>& pending);
-  void FollowPart(PendingFile& owner, PendingFile& part, const std::string& reference,
+  std::string FindRenamedPart(const std::string& absolute, std::vector<std::string>& added);
+  void FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
                   const std::string& target);
   void RemoveAbandoned(const std::vector<PendingFile>& pending);
   void SaveAllPending(std::vector<PendingFile>& pending);
   void SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending);
   std::string PlanFiles(std::vector<PendingFile>& pending);
-  std::string PrepareFiles(std::vector<PendingFile>& pending);
+  void PrepareFiles(std::vector<PendingFile>& pending);
+  std::string DescribeOutside(const SavePlan& plan) const;
   Status WriteTreeFile(const SavePlan& plan);
   void ReportUnneeded(const SavePlan& plan, std::vector<SavedFile>& reports);
   void KeepElsewhere(PendingFile& file, const std::string& reason);

@@ -2,6 +2,7 @@
 // can't be written. WholeSave.cpp has the save that writes all of them or none.
 
 #include <algorithm>
+#include <set>
 
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
@@ -70,43 +71,56 @@ void CProjectModel::KeepUnsaved(const std::vector<PendingFile>& pending) {
 }
 
 // Takes the right to change the project's files, and prepares them. Returns why nothing may be
-// written; empty if all may. No other program waits while the user is asked.
+// written; empty if all may. No other program waits while the user is asked about files outside the
+// project's folder, which are read wherever a reference leads.
 std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
   const bool isHeld = editLock.IsHeldFor(projectPath);
+  std::set<std::string> refused;
   while (true) {
     const bool isTaken = editLock.Take(projectPath);
-    const std::string outside = PrepareFiles(pending);
+    PrepareFiles(pending);
     if (!isTaken) return "another program is changing the project (" + editLock.GetHolder() + ")";
-    if (outside.empty()) return {};
+    const auto asked = std::find_if(pending.begin(), pending.end(), [&](const PendingFile& file) {
+      return !refused.contains(file.plan.absolute) && !DescribeOutside(file.plan).empty();
+    });
+    if (asked == pending.end()) break;
     if (!isHeld) editLock.Release();
-    const std::string reason = outside + " is outside the folder of the project";
-    if (!AskOkCancel(mainframeHandle, reason + ".\n\nWrite it?", GetMessageText(kRowProjectWord))) {
-      return reason;
-    }
-    mayWriteOutside.insert(outside);
+    const std::string& target = asked->plan.absolute;
+    const std::string question = target + ": " + DescribeOutside(asked->plan) + ".\n\nWrite it?";
+    const bool isAllowed = AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord));
+    (isAllowed ? mayWriteOutside : refused).insert(target);
   }
+  for (PendingFile& file : pending) {
+    const std::string reason = DescribeOutside(file.plan);
+    file.isOutside = !reason.empty();
+    if (file.isOutside) file.plan.problem = reason;
+  }
+  return {};
 }
 
-// Returns the first file that is to be written outside the project's folder without the user's
-// consent. It is read wherever a reference leads.
-std::string CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
+// Returns why the file needs the user's consent; empty if it may be written.
+std::string CProjectModel::DescribeOutside(const SavePlan& plan) const {
+  const std::string& path = plan.absolute;
+  if (!plan.isNeeded || writesOutside || mayWriteOutside.contains(path)) return {};
+  const std::string resolved = files.ResolveLinks(path);
+  const std::string folder = AddSeparator(files.ResolveLinks(projectFolder));
+  if (resolved.starts_with(folder)) return {};
+  return (resolved == path ? "it is" : "it leads to " + resolved + ", which is") +
+         " outside the folder of the project";
+}
+
+void CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
   FollowParts(pending);
   const FileSaver saver(files, guard, types);
-  const std::string folder = AddSeparator(files.ResolveLinks(projectFolder));
   // Nor may a file that was never saved bring back a folder that was moved.
   const bool isGone = guard.TextOf(projectPath) != nullptr && !files.Exists(projectFolder);
-  std::string outside;
   for (PendingFile& file : pending) {
-    if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.keptParts);
+    if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.changedParts);
     const std::string& target = file.plan.absolute;
     if (isGone && file.plan.problem.empty() && target.starts_with(AddSeparator(projectFolder))) {
       file.plan.problem = "the folder " + projectFolder + " does not exist";
     }
-    const bool isAllowed = writesOutside || mayWriteOutside.contains(target) ||
-                           files.ResolveLinks(target).starts_with(folder);
-    if (file.plan.isNeeded && !isAllowed && outside.empty()) outside = target;
   }
-  return outside;
 }
 
 std::vector<FileText> CProjectModel::MakeFileTexts() {
@@ -215,7 +229,10 @@ void CProjectModel::KeepElsewhere(PendingFile& file, const std::string& reason) 
   SavedFile report;
   report.path = file.plan.absolute;
   report.problem = reason;
-  report.copy = guard.Rescue(report.path, file.plan.own, dataPath);
+  report.isOutside = file.isOutside;
+  const std::string beside =
+      file.isOutside ? JoinPath(projectFolder, FileNameOf(report.path)) : report.path;
+  report.copy = guard.Rescue(beside, file.plan.own, dataPath);
   if (report.copy.empty()) report.problem += "; no copy could be written either";
   savedFiles.push_back(std::move(report));
 }
@@ -229,12 +246,18 @@ void CProjectModel::LoseNothing(PendingFile& file, const std::string& reason) {
 // Nothing is written. A project that stays open has it all; else the texts go to the user's data.
 void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason,
                                 const std::string& place) {
+  const bool isOutside = std::any_of(pending.begin(), pending.end(), [&](const PendingFile& file) {
+    return file.isOutside && file.plan.absolute == place;
+  });
   for (PendingFile& file : pending) {
     file.isSaved = false;
     if (!file.plan.isNeeded) continue;
     SavedFile report;
     report.path = file.plan.absolute;
+    report.isOutside = file.isOutside;
     const bool isOther = !place.empty() && place != report.path;
+    // Nothing is wrong with it, and it is not the file that the user can agree to.
+    if (isOther && isSaving && isOutside) continue;
     report.problem = isOther ? place + ": " + reason : reason;
     if (!isSaving) {
       report.copy = guard.RescueTo(dataPath, report.path, file.plan.own);

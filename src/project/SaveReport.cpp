@@ -31,6 +31,7 @@ void SavedFile::AddTo(CXmlNode& list) const {
   file.AddAttr("Problem", problem);
   file.AddAttr("Copy", copy);
   file.AddAttr("CopyReason", kReasons[static_cast<std::size_t>(copyReason)]);
+  file.AddAttr("Outside", isOutside ? "Yes" : "No");
   file.AddAttr("Merged", isMerged ? "Yes" : "No");
   file.AddAttr("Missing", wasRemoved ? "Yes" : "No");
   for (const std::string& line : ToLines()) file.AddChild("Line")->AddAttr("Text", line);

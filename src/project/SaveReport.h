@@ -18,6 +18,7 @@ struct SavedFile {
   std::string problem;  // why it could not be written; empty if it was
   std::string copy;     // of what it held before, or of what could not be written; may be empty
   CopyReason copyReason = CopyReason::None;
+  bool isOutside = false;   // the problem is that the user has not agreed to the file being written
   bool isMerged = false;    // has changes of another program as well
   bool wasRemoved = false;  // by another program, and was written again
   std::vector<TreeConflict> conflicts;

@@ -69,22 +69,30 @@ int IndexOf(const CXmlNode& parent, const CXmlNode* child) {
   return index;
 }
 
-// Puts stored options and configurations after the same sibling as in the base: their place among
-// the nodes has no meaning, and a change of an option moves them to the end.
-void RestorePlaces(CXmlNode& node, const ChildPairs::Children& children, const ChildPairs& pairs) {
-  for (std::size_t i = 0; i < children.size(); ++i) {
-    std::size_t place = pairs.SourceOf(i);
-    if (place == ChildPairs::kNone || IsContentNode(*children[i])) continue;
-    const CXmlNode* anchor = nullptr;
-    while (anchor == nullptr && place-- > 0) {
-      const std::size_t partner = pairs.PartnerOf(place);
-      if (partner != ChildPairs::kNone) anchor = children[partner];
+// Puts stored options and configurations after the same sibling as in the base: their position
+// among the nodes has no meaning, and options that were reset and set again are at the end. In the
+// order of the base, so that a sibling that moves as well is where it belongs.
+void RestorePlaces(CXmlNode& node, const ChildPairs::Children& children, const ChildPairs& pairs,
+                   std::size_t formerCount) {
+  const CXmlNode* anchor = nullptr;
+  for (std::size_t i = 0; i < formerCount; ++i) {
+    const std::size_t partner = pairs.PartnerOf(i);
+    if (partner == ChildPairs::kNone) continue;
+    CXmlNode* const child = children[partner];
+    const CXmlNode* const next = node.GetChild(anchor == nullptr ? 0 : IndexOf(node, anchor) + 1);
+    if (next != child && !IsContentNode(*child)) {
+      node.InsertChildBefore(node.DetachChild(child), next);
     }
-    const int before = anchor == nullptr ? 0 : IndexOf(node, anchor) + 1;
-    if (node.GetChild(before) == children[i]) continue;
-    const CXmlNode* const next = node.GetChild(before);
-    node.InsertChildBefore(node.DetachChild(children[i]), next);
+    anchor = child;
   }
+}
+
+// Stored options or configurations that hold nothing, and are not in the base either.
+bool IsLeftover(const CXmlNode* base, const CXmlNode& node) {
+  const bool isEmpty =
+      node.GetChildCount() == 0 && node.GetAttrCount() == 0 && node.ValueView().empty();
+  const bool isStore = node.NameView() == "Options" || node.NameView() == "Configs";
+  return isStore && isEmpty && (base == nullptr || base->GetChildCount() > 0);
 }
 
 // `types` only for the root's children, which alone can have files of their own.
@@ -101,7 +109,12 @@ void SettleChildren(const CXmlNode* base, CXmlNode& node, const NodeTypes* types
     SettleAttributes(partner, *children[i], isReference);
     SettleChildren(partner, *children[i], nullptr);
   }
-  RestorePlaces(node, children, pairs);
+  RestorePlaces(node, children, pairs, former.size());
+  for (std::size_t i = 0; i < children.size(); ++i) {
+    const std::size_t source = pairs.SourceOf(i);
+    const CXmlNode* partner = source == ChildPairs::kNone ? nullptr : former[source];
+    if (IsLeftover(partner, *children[i])) node.RemoveChild(children[i]);
+  }
 }
 
 // An application says the same of itself whichever project saves it: each names it by a path of its

@@ -92,11 +92,10 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
               g_xmlParseInfo);
   changed->AppendChild(std::move(value));
   CXmlNode* old = node->FindChild("Options");
-  if (old != nullptr) {
-    changed = MergeOptions(*old, *changed);
-    node->RemoveChild(old);
-  }
-  node->AppendChild(std::move(changed));
+  if (old != nullptr) changed = MergeOptions(*old, *changed);
+  // In the same place: of two, which a damaged file may have, the first is the one that is read.
+  node->InsertChildBefore(std::move(changed), old);
+  if (old != nullptr) node->RemoveChild(old);
   ForgetKeptTexts();
 
   if (creatingProject == 0 && activeApplication != nullptr &&

@@ -84,7 +84,7 @@ void StructureCheck::CheckNode(const CXmlNode& node, const CXmlNode* leaf, bool 
     const std::string_view name = child.NameView();
     if (name == "Options") {
       if (std::exchange(hasOptions, true)) {
-        Report(child, "is the second of its node; only the first one is read", true);
+        Report(child, "is the second of its node; only the first one is read", false);
       }
       CheckOptions(child, 0);
     } else if (name == "Configs") {

@@ -1,12 +1,16 @@
 #include "project/TreeMerge.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
+#include "platform/text/Text.h"
 #include "project/ChildPairs.h"
 #include "project/StableForm.h"
+#include "project/TreePairs.h"
 
 namespace tarn {
 
@@ -38,6 +42,36 @@ std::string LabelOf(const CXmlNode& node) {
   return node.GetName();
 }
 
+// Whether name, value and attributes are the same.
+bool IsSameElement(const CXmlNode& one, const CXmlNode& other) {
+  if (one.GetType() != other.GetType() || one.NameView() != other.NameView() ||
+      one.ValueView() != other.ValueView() || one.GetAttrCount() != other.GetAttrCount()) {
+    return false;
+  }
+  for (const CXmlAttr& attribute : one.Attributes()) {
+    const char* value = other.GetAttrValue(attribute.GetName());
+    if (value == nullptr || attribute.ValueView() != value) return false;
+  }
+  return true;
+}
+
+// Makes `copy`, which is empty, an element of that name, value and attributes.
+void CopyElement(const CXmlNode& node, CXmlNode& copy) {
+  copy.SetName(node.GetName());
+  copy.SetValue(node.GetValue());
+  for (const CXmlAttr& each : node.Attributes()) copy.AddAttr(each.GetName(), each.GetValue());
+}
+
+// Returns whether an element is there for what it holds: stored options and configurations, and the
+// levels in them. The system removes one that is empty.
+bool IsContainer(const CXmlNode& node) {
+  const CXmlNode* level = &node;
+  while (level != nullptr && level->NameView() != "Options" && level->NameView() != "Configs") {
+    level = level->GetParent();
+  }
+  return level != nullptr && node.GetChildCount() > 0;
+}
+
 // A child of the merged element and what each version has of it; null where that has none.
 struct Item {
   const CXmlNode* base = nullptr;
@@ -45,11 +79,59 @@ struct Item {
   const CXmlNode* ours = nullptr;
 };
 
+enum class Side : std::uint8_t { Theirs, Ours };
+
+// Which element is which in the three versions, and the nodes that a side has moved to another
+// element while the other side kept them.
+class Versions {
+ public:
+  Versions(const CXmlNode& base, const CXmlNode& theirs, const CXmlNode& ours,
+           const FileMoved& wasMoved)
+      : toTheirs(base, theirs, wasMoved), toOurs(base, ours, wasMoved) {
+    for (const CXmlNode* node : toTheirs.GetMoved()) {
+      if (toOurs.PartnerOf(*node) != nullptr) moved.insert(node);
+    }
+    for (const CXmlNode* node : toOurs.GetMoved()) {
+      if (toTheirs.PartnerOf(*node) != nullptr) moved.insert(node);
+    }
+  }
+
+  bool HasMoves() const { return !moved.empty(); }
+  const CXmlNode* SourceOf(Side side, const CXmlNode& node) const {
+    return side == Side::Ours ? toOurs.SourceOf(node) : toTheirs.SourceOf(node);
+  }
+  bool IsMoved(const CXmlNode* base) const { return base != nullptr && moved.contains(base); }
+  // The side whose place for a moved node holds: ours, if both have moved it.
+  Side PlaceOf(const CXmlNode& base) const {
+    return toOurs.GetMoved().contains(&base) ? Side::Ours : Side::Theirs;
+  }
+  Item ItemOf(const CXmlNode& base) const {
+    return {&base, toTheirs.PartnerOf(base), toOurs.PartnerOf(base)};
+  }
+  // Both sides have moved the node, to different elements.
+  bool IsTorn(const CXmlNode& base) const;
+
+ private:
+  TreePairs toTheirs;
+  TreePairs toOurs;
+  std::unordered_set<const CXmlNode*> moved;  // of the base
+};
+
+bool Versions::IsTorn(const CXmlNode& base) const {
+  if (!toOurs.GetMoved().contains(&base) || !toTheirs.GetMoved().contains(&base)) return false;
+  const CXmlNode& theirs = *toTheirs.PartnerOf(base)->GetParent();
+  const CXmlNode& ours = *toOurs.PartnerOf(base)->GetParent();
+  const CXmlNode* const source = toTheirs.SourceOf(theirs);
+  if (source != toOurs.SourceOf(ours)) return true;
+  // Elements that both sides have added are the same if they have the same label.
+  return source == nullptr && LabelOf(theirs) != LabelOf(ours);
+}
+
 // The children of the three versions of one element, paired. An element that both sides have added
-// has no base.
+// has no base. A node that was moved is a child of the element that it was moved to.
 class ItemList {
  public:
-  explicit ItemList(const Item& parent);
+  ItemList(const Item& parent, const Versions& pairing);
 
   // In the order of the side that changed it, or else of the other; what only one side has comes
   // after the same neighbour as there.
@@ -58,52 +140,71 @@ class ItemList {
  private:
   using Places = std::vector<std::size_t>;
 
-  void AddAll(const Item& parent, const ChildPairs& toTheirs, const ChildPairs& toOurs);
+  // Children of one side that are not in the base, with their items.
+  struct Added {
+    ChildPairs::Children nodes;
+    Places places;
+  };
+
+  // Puts the children of one side into `items` and `order`.
+  Added AddSide(Side side, const Item& parent, Places& order);
+  void JoinAdded(const Added& theirs, const Added& ours);
   bool IsOrderOfBase(const Places& side) const;
 
-  std::vector<Item> items;  // those of the base first
-  Places inTheirs;          // items in the order of the version
+  const Versions& versions;
+  std::vector<Item> items;                                     // those of the base first
+  std::unordered_map<const CXmlNode*, std::size_t> baseItems;  // where these are
+  Places inTheirs;                                             // items in the order of the version
   Places inOurs;
 };
 
-ItemList::ItemList(const Item& parent) {
+ItemList::ItemList(const Item& parent, const Versions& pairing) : versions(pairing) {
   const auto base = parent.base == nullptr ? ChildPairs::Children() : parent.base->GetChildren();
-  for (const CXmlNode* child : base) items.push_back({child, nullptr, nullptr});
-  AddAll(parent, ChildPairs(base, parent.theirs->GetChildren()),
-         ChildPairs(base, parent.ours->GetChildren()));
+  for (const CXmlNode* child : base) {
+    if (versions.IsMoved(child)) continue;
+    baseItems[child] = items.size();
+    items.push_back({child, nullptr, nullptr});
+  }
+  const Added theirs = AddSide(Side::Theirs, parent, inTheirs);
+  const Added ours = AddSide(Side::Ours, parent, inOurs);
+  JoinAdded(theirs, ours);
 }
 
-void ItemList::AddAll(const Item& parent, const ChildPairs& toTheirs, const ChildPairs& toOurs) {
-  const auto theirs = parent.theirs->GetChildren();
-  const auto ours = parent.ours->GetChildren();
-  ChildPairs::Children newTheirs;
-  Places newPlaces;
-  for (std::size_t i = 0; i < theirs.size(); ++i) {
-    std::size_t at = toTheirs.SourceOf(i);
-    if (at == ChildPairs::kNone) {
-      at = items.size();
-      items.emplace_back();
-      newTheirs.push_back(theirs[i]);
-      newPlaces.push_back(at);
+ItemList::Added ItemList::AddSide(Side side, const Item& parent, Places& order) {
+  Added added;
+  const CXmlNode& element = side == Side::Ours ? *parent.ours : *parent.theirs;
+  for (CXmlNode* child : element.GetChildren()) {
+    const CXmlNode* const base = versions.SourceOf(side, *child);
+    const auto found = baseItems.find(base);
+    const std::size_t at = found == baseItems.end() ? items.size() : found->second;
+    if (versions.IsMoved(base)) {
+      if (versions.PlaceOf(*base) != side) continue;
+      items.push_back(versions.ItemOf(*base));
+    } else {
+      if (found == baseItems.end()) {
+        items.emplace_back();
+        added.nodes.push_back(child);
+        added.places.push_back(at);
+      }
+      (side == Side::Ours ? items[at].ours : items[at].theirs) = child;
     }
-    items[at].theirs = theirs[i];
-    inTheirs.push_back(at);
+    order.push_back(at);
   }
-  ChildPairs::Children newOurs;
-  for (std::size_t i = 0; i < ours.size(); ++i) {
-    if (toOurs.SourceOf(i) == ChildPairs::kNone) newOurs.push_back(ours[i]);
+  return added;
+}
+
+// What both sides have added is one item.
+void ItemList::JoinAdded(const Added& theirs, const Added& ours) {
+  const ChildPairs pairs(ours.nodes, theirs.nodes, ChildPairs::Match::Exactly);
+  std::unordered_map<std::size_t, std::size_t> joined;
+  for (std::size_t i = 0; i < ours.nodes.size(); ++i) {
+    if (pairs.PartnerOf(i) == ChildPairs::kNone) continue;
+    const std::size_t at = theirs.places[pairs.PartnerOf(i)];
+    items[at].ours = ours.nodes[i];
+    joined[ours.places[i]] = at;
   }
-  const ChildPairs added(newOurs, newTheirs, ChildPairs::Match::Exactly);
-  std::size_t next = 0;
-  for (std::size_t i = 0; i < ours.size(); ++i) {
-    std::size_t at = toOurs.SourceOf(i);
-    if (at == ChildPairs::kNone) {
-      const std::size_t partner = added.PartnerOf(next++);
-      at = partner == ChildPairs::kNone ? items.size() : newPlaces[partner];
-      if (at == items.size()) items.emplace_back();
-    }
-    items[at].ours = ours[i];
-    inOurs.push_back(at);
+  for (std::size_t& at : inOurs) {
+    if (const auto found = joined.find(at); found != joined.end()) at = found->second;
   }
 }
 
@@ -111,7 +212,7 @@ void ItemList::AddAll(const Item& parent, const ChildPairs& toTheirs, const Chil
 bool ItemList::IsOrderOfBase(const Places& side) const {
   std::size_t last = 0;
   for (const std::size_t at : side) {
-    if (items[at].base == nullptr) continue;
+    if (at >= baseItems.size()) continue;
     if (at < last) return false;
     last = at;
   }
@@ -148,7 +249,8 @@ std::vector<Item> ItemList::InOrder() const {
 
 class Merger {
  public:
-  explicit Merger(std::vector<TreeConflict>& list) : conflicts(list) {}
+  Merger(const Versions& pairing, std::vector<TreeConflict>& list)
+      : versions(pairing), conflicts(list) {}
 
   // Fills `out`, which is empty, from versions of which `theirs` and `ours` are there.
   void Merge(const Item& from, CXmlNode& out);
@@ -156,10 +258,16 @@ class Merger {
  private:
   void MergeAttributes(const Item& from, CXmlNode& out);
   void MergeChild(const Item& item, CXmlNode& out);
+  void MergeContainer(const Item& item, CXmlNode& out);
+  // Adds what one side alone has, less the nodes that were moved from there.
+  void AddFrom(Side side, const CXmlNode& node, CXmlNode& out);
+  // Returns whether a side changed nothing in an element, except for nodes that were moved from it.
+  bool IsUnchanged(const CXmlNode& base, Side side, const CXmlNode& node) const;
   // The value after both changes. What ours has wins over what is not `isOwn` to a side.
   Value Choose(const Value& base, const Value& theirs, const Value& ours, const std::string& what);
   void Report(const std::string& what);
 
+  const Versions& versions;
   std::vector<TreeConflict>& conflicts;
   std::vector<std::string> labels;  // of the elements from below the root to the one at work
 };
@@ -202,7 +310,7 @@ void Merger::Merge(const Item& from, CXmlNode& out) {
   out.SetName(choose([](const CXmlNode& node) { return node.GetName(); }, "type"));
   out.SetValue(choose([](const CXmlNode& node) { return node.GetValue(); }, "text"));
   MergeAttributes(from, out);
-  for (const Item& each : ItemList(from).InOrder()) MergeChild(each, out);
+  for (const Item& each : ItemList(from, versions).InOrder()) MergeChild(each, out);
 }
 
 void Merger::MergeChild(const Item& item, CXmlNode& out) {
@@ -213,39 +321,77 @@ void Merger::MergeChild(const Item& item, CXmlNode& out) {
     return;
   }
   labels.push_back(LabelOf(any));
+  const Side side = item.ours != nullptr ? Side::Ours : Side::Theirs;
   if (item.ours != nullptr && item.theirs != nullptr) {
+    if (item.base != nullptr && versions.IsTorn(*item.base)) Report("the group that it is in");
     Merge(item, *out.AddChild(any.GetName()));
   } else if (item.base == nullptr) {
-    out.AppendCopy(any);
-  } else if (!IsSameTree(*item.base, any)) {
+    AddFrom(side, any, out);
+  } else if (IsContainer(*item.base)) {
+    MergeContainer(item, out);
+  } else if (!IsUnchanged(*item.base, side, any)) {
     Report(item.ours == nullptr ? "removed here, changed there" : "changed here, removed there");
-    out.AppendCopy(any);
+    AddFrom(side, any, out);
   }
   labels.pop_back();
+}
+
+// A side that has removed it has removed each thing that was in it.
+void Merger::MergeContainer(const Item& item, CXmlNode& out) {
+  CXmlNode empty;
+  CopyElement(*item.base, empty);
+  const CXmlNode* const theirs = item.theirs == nullptr ? &empty : item.theirs;
+  const CXmlNode* const ours = item.ours == nullptr ? &empty : item.ours;
+  CXmlNode& merged = *out.AddChild(item.base->GetName());
+  Merge({item.base, theirs, ours}, merged);
+  if (merged.GetChildCount() == 0) out.RemoveChild(&merged);
+}
+
+// The other side has the element as well then, and nothing in it.
+void Merger::AddFrom(Side side, const CXmlNode& node, CXmlNode& out) {
+  if (!versions.HasMoves()) {
+    out.AppendCopy(node);
+    return;
+  }
+  CXmlNode empty;
+  CopyElement(node, empty);
+  const Item item =
+      side == Side::Ours ? Item{nullptr, &empty, &node} : Item{nullptr, &node, &empty};
+  Merge(item, *out.AddChild(node.GetName()));
+}
+
+bool Merger::IsUnchanged(const CXmlNode& base, Side side, const CXmlNode& node) const {
+  if (!versions.HasMoves()) return IsSameTree(base, node);
+  auto former = base.GetChildren();
+  auto present = node.GetChildren();
+  std::erase_if(former, [&](const CXmlNode* child) { return versions.IsMoved(child); });
+  std::erase_if(present, [&](const CXmlNode* child) {
+    const CXmlNode* const source = versions.SourceOf(side, *child);
+    return versions.IsMoved(source) && versions.PlaceOf(*source) != side;
+  });
+  const auto isSame = [&](const CXmlNode* one, const CXmlNode* other) {
+    return IsUnchanged(*one, side, *other);
+  };
+  return IsSameElement(base, node) &&
+         std::equal(former.begin(), former.end(), present.begin(), present.end(), isSame);
 }
 
 }  // namespace
 
 bool IsSameTree(const CXmlNode& one, const CXmlNode& other) {
-  if (one.GetType() != other.GetType() || one.NameView() != other.NameView() ||
-      one.ValueView() != other.ValueView() || one.GetAttrCount() != other.GetAttrCount() ||
-      one.GetChildCount() != other.GetChildCount()) {
-    return false;
-  }
-  for (const CXmlAttr& attribute : one.Attributes()) {
-    const char* value = other.GetAttrValue(attribute.GetName());
-    if (value == nullptr || attribute.ValueView() != value) return false;
-  }
+  if (!IsSameElement(one, other) || one.GetChildCount() != other.GetChildCount()) return false;
   for (int i = 0; i < one.GetChildCount(); ++i) {
     if (!IsSameTree(*one.GetChild(i), *other.GetChild(i))) return false;
   }
   return true;
 }
 
-MergedTree MergeTrees(const CXmlNode& base, const CXmlNode& theirs, const CXmlNode& ours) {
+MergedTree MergeTrees(const CXmlNode& base, const CXmlNode& theirs, const CXmlNode& ours,
+                      const FileMoved& wasMoved) {
   MergedTree merged;
   merged.root = CXmlNode::CreateNode(ours.GetName());
-  Merger(merged.conflicts).Merge({&base, &theirs, &ours}, *merged.root);
+  const Versions versions(base, theirs, ours, wasMoved);
+  Merger(versions, merged.conflicts).Merge({&base, &theirs, &ours}, *merged.root);
   return merged;
 }
 

@@ -56,6 +56,18 @@ void DropBlankValues(CXmlNode& node) {
   }
 }
 
+bool HasLineFeedsAlone(std::string_view text) {
+  std::ptrdiff_t balance = 0;  // lines that end in a line feed alone, less the others
+  bool isFirstAlone = false;
+  std::size_t end = text.find('\n');
+  for (bool isFirst = true; end != text.npos; end = text.find('\n', end + 1), isFirst = false) {
+    const bool isAlone = end == 0 || text[end - 1] != '\r';
+    balance += isAlone ? 1 : -1;
+    if (isFirst) isFirstAlone = isAlone;
+  }
+  return balance > 0 || (balance == 0 && isFirstAlone);
+}
+
 }  // namespace
 
 TreeRead ReadTree(const std::string& text, CXmlNode& root, DamageCollector& collector) {
@@ -78,8 +90,7 @@ bool ReadWholeTree(const std::string& text, CXmlNode& root) {
 
 std::string WriteTree(const CXmlNode& root, std::string_view model) {
   std::string text = root.ToString(g_xmlDisplayOptions);
-  const bool hasLineFeedsAlone = model.find('\n') != model.npos && model.find('\r') == model.npos;
-  if (hasLineFeedsAlone) std::erase(text, '\r');
+  if (HasLineFeedsAlone(model)) std::erase(text, '\r');
   return text;
 }
 

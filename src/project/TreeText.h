@@ -23,7 +23,8 @@ TreeRead ReadTree(const std::string& text, CXmlNode& root, DamageCollector& coll
 // The same for whoever only asks whether the tree holds all of the text.
 bool ReadWholeTree(const std::string& text, CXmlNode& root);
 
-// The text of such a file, with line ends as in `model`: CR LF unless it has line feeds alone.
+// The text of such a file, with the line ends that most lines of `model` have, or of as many of
+// each kind the first; CR LF if it has none.
 std::string WriteTree(const CXmlNode& root, std::string_view model);
 
 }  // namespace tarn

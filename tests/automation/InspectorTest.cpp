@@ -93,6 +93,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"IsModified", 69, {}, "0", "0"},
       {"SaveAllOrNone", 70, {0}, "0", "1"},
       {"DropChanges", 75, {}, "0", "1"},
+      {"GetMissedSelection", 26, {}, "''", "''"},
       {"TakeBuildNotices", 65, {}, "''", "'\r\n<Notices/>'"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);

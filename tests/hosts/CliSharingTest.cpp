@@ -111,7 +111,9 @@ TEST(CliSharing, AnApplicationOutsideOfTheFolderIsWrittenOnlyIfTheUserAgrees) {
   project.Write("src/d.c", "");
   const std::string before = project.Read("app.tapp");
   project.Out({"build", "other"});
-  project.ExpectRefusal({"add", "other", "src/d.c"}, 3, "is outside the folder of the project");
+  project.ExpectRefusal({"add", "other", "src/d.c"}, 3,
+                        "app.tapp can't be saved: it is outside the folder of the project\n"
+                        "With --outside-ok it is written.");
   EXPECT_EQ(project.Read("app.tapp"), before);
   EXPECT_EQ(project.Read("other/o.tprj"), text);
   project.Out({"add", "--outside-ok", "other", "src/d.c"});

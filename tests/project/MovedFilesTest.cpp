@@ -141,6 +141,65 @@ TEST_F(MovedFiles, AnApplicationFollowsToWhereTheProjectNamesIt) {
   }
 }
 
+// It is known by the files that it lists; a new application is not taken for one that is gone.
+TEST_F(MovedFiles, AnApplicationThatWasAlsoRenamedIsFollowed) {
+  const auto named = [](std::string text, const std::string& label) {
+    for (const std::string word : {"Header=\"one\"", "ActiveApp=\"one\""}) {
+      const std::size_t at = text.find(word);
+      if (at != text.npos)
+        text.replace(at, word.size(), word.substr(0, word.find('"') + 1) + label + "\"");
+    }
+    return text;
+  };
+  const struct {
+    const char* name;
+    bool isLeft;  // the earlier file is still there
+    Lines sources;
+    const char* tree;
+  } rows[] = {
+      {"renamed", false, {"..\\..\\app\\b.c", "..\\..\\a.c"}, "new[a.c b.c new.c]"},
+      {"another one", false, {"..\\..\\x.c", "..\\..\\y.c"}, "one[a.c b.c new.c] new[a.c b.c]"},
+      {"a copy", true, {"..\\..\\app\\b.c", "..\\..\\a.c"}, "one[a.c b.c new.c] new[a.c b.c]"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    Reset();
+    Add();
+    if (!row.isLeft) world->disk.Erase("/p/app/one.tapp");
+    world->AddFile("/p/fw/avr/one.tapp",
+                   named(Application("fw\\avr", row.sources[0], row.sources[1]), "new"));
+    world->AddFile("/p/demo.tprj", named(Project("fw\\avr"), "new"));
+    EXPECT_EQ(world->model->SaveProject(), 1);
+    EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), row.tree);
+    EXPECT_EQ(world->disk.Exists("/p/app/one.tapp"), std::string_view(row.name) != "renamed");
+  }
+}
+
+// The copy is where the user can write, and not next to the file.
+TEST_F(MovedFiles, AFileOutsideThatIsRefusedLeavesACopyInTheProject) {
+  world->AddFile("/q/two.tapp", "\n<Application Header=\"two\" />");
+  world->model->SetCurrentNode(&world->model->GetProjectRoot());
+  ASSERT_EQ(world->model->AddExistingItem("/q/two.tapp", nullptr), 1);
+  world->model->AllowOutside(true);
+  ASSERT_EQ(world->model->SaveProject(), 1);
+  world->model->AllowOutside(false);
+  const std::string before = world->FileText("/q/two.tapp");
+  world->components.Properties().defaults[".Build.Tool"] = "edited";
+  for (const char* label : {"one", "two"}) {
+    world->model->SetCurrentNode(world->Node(label));
+    world->model->StoreChangedProperty("Build.Tool");
+  }
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(world->model->SaveProject(), 0);
+    EXPECT_EQ(Reported(), Lines{"/q/two.tapp can't be saved: it is outside the folder of the "
+                                "project; what was to be saved is in /p/two.tapp.unsaved"});
+  }
+  EXPECT_EQ(world->FileText("/q/two.tapp"), before);
+  EXPECT_NE(world->FileText("/p/two.tapp.unsaved").find("edited"), before.npos);
+  EXPECT_NE(world->FileText("/p/app/one.tapp").find("edited"), before.npos);
+  EXPECT_TRUE(world->model->IsModified());
+}
+
 TEST_F(MovedFiles, AnApplicationWithoutAPlaceStaysInMemory) {
   Add();
   world->disk.Erase("/p/app/one.tapp");

@@ -67,6 +67,18 @@ TEST(NodeOptions, AChangedValueIsStoredUnderTheRightConfigurationAndSet) {
   }
 }
 
+// The first of two, which a damaged file may have, is the one that is read.
+TEST(NodeOptions, OptionsKeepTheirOrder) {
+  ProjectWorld world;
+  world.AddDemo("<Options/><C Header=\"m\" /><Options><Opt Header=\"x\" /></Options>");
+  ASSERT_EQ(world.OpenDemo(), 1);
+  CXmlNode& application = *world.Application();
+  world.model->SetCurrentNode(&application);
+  ASSERT_EQ(world.model->StoreChangedProperty("Build.Tool"), 1);
+  EXPECT_THAT(Flat(application.FindChild("Options")), ::testing::HasSubstr("Standard"));
+  EXPECT_EQ(application.GetChild(2)->GetChildCount(), 1);
+}
+
 TEST(NodeOptions, NothingChangedStoresNothing) {
   ProjectWorld world;
   world.AddDemo("");

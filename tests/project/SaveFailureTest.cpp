@@ -18,6 +18,9 @@ const Lines kReopened = {"0x8015", "0x8023", "0x8023", "0x8019", "0x8011", "0x80
 const std::string kCopyKept =
     "/p/two.tapp was changed by another program; a copy of its version is /p/two.tapp.orig";
 
+const std::string kTwoDamaged =
+    "/p/two.tapp: conflict with another program in the file itself: damaged there";
+
 std::string NotSaved(const std::string& path, const std::string& reason, const std::string& copy) {
   return path + " can't be saved: " + reason + "; what was to be saved is in " + copy;
 }
@@ -85,8 +88,12 @@ const SaveRow kSaveRows[] = {
      {"/p/two.tapp old", "/p/two.tapp.unsaved = precious", "/p/two.tapp.unsaved2 new"}},
     {"somebody else wrote the file",
      Write(kTwo, "theirs"),
-     {kCopyKept},
+     {kTwoDamaged, kCopyKept},
      {"/p/two.tapp.orig = theirs"}},
+    {"somebody else emptied the file",
+     Write(kTwo, ""),
+     {kTwoDamaged, kCopyKept},
+     {"/p/two.tapp.orig = "}},
     {"somebody else wrote the file, whose changes can be kept",
      Write(kTwo,
            "<Application Header=\"two\" ><C Header=\"two.c\" /><C Header=\"x.c\" /></Application>"),
@@ -94,7 +101,7 @@ const SaveRow kSaveRows[] = {
      {}},
     {"somebody else wrote the file, once more",
      Both(Write(kTwo, "theirs"), Write("/p/two.tapp.orig", "theirs before")),
-     {kCopyKept + "2"},
+     {kTwoDamaged, kCopyKept + "2"},
      {"/p/two.tapp.orig = theirs before", "/p/two.tapp.orig2 = theirs"}},
     {"somebody else wrote the file and it cannot be kept",
      Both(Write(kTwo, "theirs"), Fail("write", "/p/two.tapp.orig", ErrorCode::NoSpace)),

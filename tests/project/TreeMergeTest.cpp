@@ -97,6 +97,28 @@ TEST(TreeMerge, BothSidesChangesAreThere) {
       // The order of the side that changed it.
       {"C=a C=b C=c", "C=c C=a C=b", "C=a C=b C=c C=o", "C=c C=o C=a C=b", ""},
       {"C=a C=b C=c", "C=a C=t C=b C=c", "C=c C=b C=a", "C=c C=b C=a C=t", ""},
+      // A node that was moved takes the other side's changes along.
+      {"C=a:P/a G=g", "G=g{C=a:P/a}", "C=a:P/a:x1 G=g", "G=g{C=a:P/a:x1}", ""},
+      {"C=a:P/a G=g", "C=a:P/a:x1 G=g", "G=g{C=a:P/a}", "G=g{C=a:P/a:x1}", ""},
+      {"C=a:P/a", "G=n{C=a:P/a}", "C=a:P/a:x1", "G=n{C=a:P/a:x1}", ""},
+      {"C=a:P/a G=g", "G=g{C=b:P/a}", "C=a:P/a:x1 G=g", "G=g{C=b:P/a:x1}", ""},
+      {"G=g{C=a:P/a}", "C=a:P/a", "G=g{C=a:P/a:x1}", "C=a:P/a:x1", ""},
+      {"G=g{C=a:P/a C=b:P/b} G=h", "G=h{G=g{C=a:P/a C=b:P/b}}", "G=g{C=a:P/a:x1 C=b:P/b} G=h",
+       "G=h{G=g{C=a:P/a:x1 C=b:P/b}}", ""},
+      {"C=a:P/a G=g", "G=g{C=a:P/a:x1}", "G=g{C=a:P/a:y1}", "G=g{C=a:P/a:x1:y1}", ""},
+      {"C=a:P/a", "G=n{C=a:P/a:x1}", "G=n{C=a:P/a:y1}", "G=n{C=a:P/a:x1:y1}", ""},
+      {"C=a:P/a G=g G=h", "G=g{C=a:P/a:x1} G=h", "G=g G=h{C=a:P/a}", "G=g G=h{C=a:P/a:x1}",
+       "h/a: the group that it is in"},
+      {"C=a:P/a G=g", "G=g{C=a:P/a}", "G=g", "G=g{C=a:P/a}", ""},
+      {"C=a:P/a G=g{C=b}", "G=g{C=b C=a:P/a}", "C=a:P/a:x1", "G=g{C=b C=a:P/a:x1}",
+       "g: removed here, changed there"},
+      {"C=a:P/a C=a:P/a G=g", "G=g{C=a:P/a C=a:P/a}", "C=a:P/a:x1 C=a:P/a G=g",
+       "C=a:P/a:x1 G=g{C=a:P/a C=a:P/a}", "a: changed here, removed there"},
+      // Options are merged one by one, also where one side has reset the last.
+      {"Options={S=s{P=a:x1}}", "Options={S=s{P=a:x1 P=b:x1}}", "", "Options={S=s{P=b:x1}}", ""},
+      {"Options={S=s{P=a:x1}}", "Options={S=s{P=a:x2}}", "", "Options={S=s{P=a:x2}}",
+       "Options/s/a: removed here, changed there"},
+      {"Options={S=s{P=a:x1}}", "", "Options={S=s{P=a:x1}}", "", ""},
       // Two of one label are told apart by their order.
       {"C=a C=a", "C=a C=a:x1", "C=a:y1 C=a", "C=a:y1 C=a:x1", ""},
   };
@@ -138,6 +160,28 @@ TEST(TreeMerge, VeryManyAttributesOfOneElementTakeNoLongerThanTheSameInMany) {
   EXPECT_EQ(merged.root->GetChild(0)->GetAttrCount(), kCount);
 }
 
+// What is renamed as well is another node, unless its file was moved on the disk.
+TEST(TreeMerge, AFileThatWasMovedOnTheDiskIsTheSameNode) {
+  const FileMoved isMoved = [](const std::string& from, const std::string& to) {
+    return from == "/a" && to == "/lib/q";
+  };
+  const struct {
+    const char *base, *theirs, *ours, *merged, *conflicts;
+  } rows[] = {
+      {"C=a:P/a", "C=q:P/lib/q", "C=a:P/a:x1", "C=q:P/lib/q:x1", ""},
+      {"C=a:P/a G=g", "G=g{C=a:P/lib/q}", "C=a:P/a:x1 G=g", "G=g{C=a:P/lib/q:x1}", ""},
+      {"C=a:P/a", "C=b:P/b", "C=a:P/a:x1", "C=a:P/a:x1 C=b:P/b", "a: changed here, removed there"},
+  };
+  for (const auto& row : rows) {
+    const MergedTree merged = MergeTrees(*Short::Read(row.base), *Short::Read(row.theirs),
+                                         *Short::Read(row.ours), isMoved);
+    EXPECT_EQ(Short::Write(*merged.root), row.merged);
+    std::string conflicts;
+    for (const TreeConflict& each : merged.conflicts) conflicts += each.place + ": " + each.what;
+    EXPECT_EQ(conflicts, row.conflicts);
+  }
+}
+
 // Derived attributes follow configuration and view, which is no reason to change the file.
 TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
   const std::string open = "\r\n<Project Header=\"p\" sate=\"32\" >";
@@ -161,6 +205,17 @@ TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
        "</Project>",
        "\r\n<Project>\r\n\t<Options>\r\n\t\t<Config Header=\"b\" />\r\n\t</Options>"
        "\r\n\t<Group Header=\"g\" />\r\n\t<Group Header=\"h\" />\r\n</Project>"},
+      // Options that were set in front of nodes and configurations; that were reset and set again;
+      // the last of which was reset, or copied away with its configuration.
+      {"<Project><Options><Config Header='a' /></Options><Configs /><C Header='c' /></Project>",
+       "<Project><Configs /><C Header='c' /><Options><Config Header='b' /></Options></Project>",
+       "\r\n<Project>\r\n\t<Options>\r\n\t\t<Config Header=\"b\" />\r\n\t</Options>"
+       "\r\n\t<Configs/>\r\n\t<C Header=\"c\" />\r\n</Project>"},
+      {"<Project><Group Header='g' /><Configs><Config Header='a' /></Configs></Project>",
+       "<Project><Options /><Group Header='g' ><Options /></Group><Configs /></Project>",
+       "\r\n<Project>\r\n\t<Group Header=\"g\" />\r\n</Project>"},
+      {"<Project><Options /><Configs /></Project>", "<Project><Options /><Configs /></Project>",
+       "\r\n<Project>\r\n\t<Options/>\r\n\t<Configs/>\r\n</Project>"},
       // An application, saved by a project in another folder; renamed; not in the system's form.
       {"<Application Extern='.\\a.tapp' Path='.\\a.tapp' />",
        "<Application Extern='..\\p\\a.tapp' Path='..\\p\\a.tapp' Config='standard' />",
@@ -185,6 +240,20 @@ TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
     ASSERT_TRUE(ReadWholeTree(row.tree, tree)) << row.tree;
     MakeStable(base, tree, world.model->types);
     EXPECT_EQ(WriteTree(tree, {}), row.written);
+  }
+}
+
+TEST(TreeText, LineEndsAreThoseOfMostLines) {
+  const struct {
+    const char *model, *end;
+  } rows[] = {
+      {"", "\r\n"},       {"<a>", "\r\n"},  {"\r\n\r\n\n", "\r\n"}, {"\n\r\n\n", "\n"},
+      {"\r\n\n", "\r\n"}, {"\n\r\n", "\n"}, {"\r\r\n", "\r\n"},     {"\r\r\n\n\n", "\n"},
+  };
+  CXmlNode root;
+  root.SetName("A");
+  for (const auto& row : rows) {
+    EXPECT_EQ(WriteTree(root, row.model), row.end + std::string("<A/>")) << row.model;
   }
 }
 
