@@ -9,6 +9,7 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "platform/windowing/HostMessages.h"
+#include "xml/StrictText.h"
 
 namespace tarn {
 namespace {
@@ -98,11 +99,13 @@ void CBuildOutput::WriteMessage(int index, std::initializer_list<std::string> ar
   const int kind = GetMessageKind(index);
   const KindValues values = ValuesOfKind(kind);
 
-  CXmlNode& message = *root->AddChild("message", text);
+  // The views decode it.
+  const std::string encoded = EncodeMarkup(text);
+  CXmlNode& message = *root->AddChild("message", encoded);
   message.AddChild("link", "0");
   message.AddChild("type", values.type);
-  message.AddChild("header", text);
-  message.SetAttrValue("Description", text);
+  message.AddChild("header", encoded);
+  message.SetAttrValue("Description", encoded);
   message.SetAttrValue("Icon", values.icon);
   if (logView != nullptr) logView->AddMessage(message);
 
@@ -132,8 +135,9 @@ void CBuildOutput::MergeToolFile(const std::string& path) {
 }
 
 void CBuildOutput::AddOutput(const std::string& text) {
-  const CXmlNode& output = *root->AddChild("Output", text);
-  if (logView != nullptr) logView->AddMessage(output);
+  root->AddChild("Output", EncodeMarkup(text));
+  // The view shows the text of such an element as it is.
+  if (logView != nullptr) logView->AddMessage(*CXmlNode::CreateNode("Output", text.c_str()));
   if ((flags & kSaveEachMessage) != 0) SaveLog();
 }
 
