@@ -48,7 +48,8 @@ enum class DocumentFormat { Lines, Json, Xml };
 
 // All that the program writes to its user: lines on the output, with one progress line below them
 // that is drawn again and again, and complaints on the error stream. Whatever a project, an option
-// or a tool contains, no control character of it reaches either stream, also if that is no terminal.
+// or a tool contains, no control character of it reaches either stream, also if that is no
+// terminal.
 class Console {
  public:
   // The streams are borrowed.

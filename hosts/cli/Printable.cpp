@@ -44,8 +44,7 @@ bool IsHarmful(char32_t value) {
 
 // `kept` are harmful characters that stay, a carriage return only as part of a line end.
 bool Stays(std::string_view text, std::string_view kept) {
-  return kept.find(text.front()) != kept.npos &&
-         (text.front() != '\r' || text.starts_with("\r\n"));
+  return kept.find(text.front()) != kept.npos && (text.front() != '\r' || text.starts_with("\r\n"));
 }
 
 template <typename Escape>

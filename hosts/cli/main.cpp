@@ -81,7 +81,8 @@ int Run(int argc, char** argv, Console& console) {
   const bool isSilent = parsed.invocation->json && !console.HasPrinted();
   if (code == tarn::host::kExitCannotOpen && isSilent) {
     tarn::host::PrintJson(
-        context, {{"result", "refused"}, {"exitCode", code}, {"error", context.GetLastComplaint()}});
+        context,
+        {{"result", "refused"}, {"exitCode", code}, {"error", context.GetLastComplaint()}});
   }
   return code;
 }

@@ -24,7 +24,8 @@ class AttributeValues {
   // nullptr for no attributes.
   explicit AttributeValues(const CXmlNode* node) {
     if (node == nullptr) return;
-    for (const CXmlAttr& each : node->Attributes()) values.emplace(each.NameView(), each.ValueView());
+    for (const CXmlAttr& each : node->Attributes())
+      values.emplace(each.NameView(), each.ValueView());
   }
   Value Get(std::string_view name) const {
     const auto found = values.find(name);

@@ -58,7 +58,8 @@ TEST(CliRun, FailuresAreToldWithTheirPlace) {
       {"print(tarn.SelectNode('none.c'))\n"
        "tarn.SavePropertyValue('C', 'Compiler', 'Defines', 'X')",
        1, "1\n",
-       "tarn: t.lua:2: SavePropertyValue: there is no node \"none.c\" to select, and another one is "
+       "tarn: t.lua:2: SavePropertyValue: there is no node \"none.c\" to select, and another one "
+       "is "
        "still current. Select a node first.\n"},
       {"print(host.build('make'))", 1, "",
        "tarn: t.lua:1: bad argument #1 to 'build' (invalid option 'make')\n"},

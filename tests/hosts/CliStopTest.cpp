@@ -70,8 +70,8 @@ TEST(CliStop, WithoutAThreadABuildFailsAndDoesNotWait) {
 
 TEST(CliStop, AFileThatBecomesTooLargeIsReported) {
   CliProject project;
-  const auto build = project.RunProgram(
-      "/bin/sh", {"-c", "ulimit -f 0; exec \"$0\" build", TARN_PROGRAM});
+  const auto build =
+      project.RunProgram("/bin/sh", {"-c", "ulimit -f 0; exec \"$0\" build", TARN_PROGRAM});
   EXPECT_LT(build.code, 128) << build.out << build.err;
   EXPECT_NE(build.code, 0) << build.out;
   // In the words of the one that met it first: this program, or the compiler.

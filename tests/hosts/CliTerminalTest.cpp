@@ -10,7 +10,10 @@ namespace {
 
 // A title of the window, a cleared screen, eight-bit sequences in both forms, text that runs
 // backwards.
-const std::string kHostile = "\x1b]0;pwned\x07\x1b[2J\xC2\x9B" "31m\x9B" "2J\x7F\xE2\x80\xAE\xE2\x81\xA6";
+const std::string kHostile =
+    "\x1b]0;pwned\x07\x1b[2J\xC2\x9B"
+    "31m\x9B"
+    "2J\x7F\xE2\x80\xAE\xE2\x81\xA6";
 
 // The first harmful sequence of an output, as hexadecimal digits; empty if there is none.
 std::string FindHarm(const std::string& text) {
@@ -19,7 +22,8 @@ std::string FindHarm(const std::string& text) {
       return i + n < text.size() ? static_cast<unsigned char>(text[i + n]) : 0u;
     };
     const bool isControl = (at(0) < 0x20 && text[i] != '\n' && text[i] != '\t' &&
-                            !(text[i] == '\r' && at(1) == '\n')) || at(0) == 0x7F;
+                            !(text[i] == '\r' && at(1) == '\n')) ||
+                           at(0) == 0x7F;
     const bool isC1 = at(0) == 0xC2 && at(1) >= 0x80 && at(1) <= 0x9F;
     const bool isTurn = at(0) == 0xE2 && ((at(1) == 0x80 && at(2) >= 0xAA && at(2) <= 0xAE) ||
                                           (at(1) == 0x81 && at(2) >= 0xA6 && at(2) <= 0xA9));
@@ -32,28 +36,51 @@ std::string FindHarm(const std::string& text) {
 
 TEST(CliTerminal, NoCommandPassesOnControlCharactersOfAProjectOrATool) {
   CliProject project;
-  project.AddProgram("gcc", "#!/bin/sh\ncase \"$*\" in *c.c*) cat \"$TMPDIR/said\" >&2;; esac\n"
-                            "exec /usr/bin/gcc \"$@\"\n");
+  project.AddProgram("gcc",
+                     "#!/bin/sh\ncase \"$*\" in *c.c*) cat \"$TMPDIR/said\" >&2;; esac\n"
+                     "exec /usr/bin/gcc \"$@\"\n");
   project.Write("../said", kHostile + "src/c.c:1:1: warning: " + kHostile + "\n" + kHostile + "\n");
   const std::string application = ReplaceAll(
       ReplaceAll(project.Read("app.tapp"), "Header=\"Sources\"", "Header=\"" + kHostile + "\""),
-      "<Config Header=\"Fast\" />", "<Config Header=\"Fast\" /><Config Header=\"" + kHostile + "\" />");
+      "<Config Header=\"Fast\" />",
+      "<Config Header=\"Fast\" /><Config Header=\"" + kHostile + "\" />");
   project.Write("app.tapp", ReplaceAll(application, "</Group>",
                                        "<C Header=\"" + kHostile + "\" Path=\".\\src\\" + kHostile +
                                            ".c\" Exclude=\"Yes\" /></Group>"));
   project.Write("say.lua", "print(\"" + ReplaceAll(kHostile, "\x7F", "\\127") + "\") error(\"" +
                                kHostile + "\")");
   const std::vector<std::vector<std::string>> commands = {
-      {"status"},  {"build"}, {"build", "-v"},     {"log"},  {"log", "--xml"},
-      {"report"},  {"tree"},  {"check"},           {"config", "list"},
-      {"options", "list"},    {"options", "set", "Compiler.Defines", "A=" + kHostile},
-      {"options", "get", "Compiler.Defines"},      {"options", "explain", "Compiler.Defines"},
-      {"run", "say.lua"},     {"globals"},         {"export", "sarif", "-o", "-"},
-      {"export", "compile-commands", "-o", "-"},   {kHostile}, {"build", "--" + kHostile},
-      {"build", kHostile},    {"build", "-c", kHostile}, {"add", kHostile},
-      {"rename", "c.c", kHostile}, {"remove", kHostile + "x"}, {"new", kHostile, "--target", kHostile},
-      {"targets", kHostile},  {"relocate", kHostile}, {"log", kHostile}, {"import", kHostile},
-      {"undo"}, {"complete", "node", ""},
+      {"status"},
+      {"build"},
+      {"build", "-v"},
+      {"log"},
+      {"log", "--xml"},
+      {"report"},
+      {"tree"},
+      {"check"},
+      {"config", "list"},
+      {"options", "list"},
+      {"options", "set", "Compiler.Defines", "A=" + kHostile},
+      {"options", "get", "Compiler.Defines"},
+      {"options", "explain", "Compiler.Defines"},
+      {"run", "say.lua"},
+      {"globals"},
+      {"export", "sarif", "-o", "-"},
+      {"export", "compile-commands", "-o", "-"},
+      {kHostile},
+      {"build", "--" + kHostile},
+      {"build", kHostile},
+      {"build", "-c", kHostile},
+      {"add", kHostile},
+      {"rename", "c.c", kHostile},
+      {"remove", kHostile + "x"},
+      {"new", kHostile, "--target", kHostile},
+      {"targets", kHostile},
+      {"relocate", kHostile},
+      {"log", kHostile},
+      {"import", kHostile},
+      {"undo"},
+      {"complete", "node", ""},
   };
   for (const std::vector<std::string>& command : commands) {
     const auto answer = project.Run(command);

@@ -115,10 +115,14 @@ TEST(Cli, TheLogIsWellFormedWhateverAPathOrAScriptSays) {
   project.WriteProject({{"app", {"a<b>]]>'c.c"}}});
   project.Write("src/a<b>]]>'c.c", "#warning w\nint main(void) { return 0; }\n");
   const std::pair<const char*, const char*> rows[] = {
-      {"<a href='x'>", "&lt;a href='x'&gt;"}, {"</output>", "&lt;/output&gt;"},
-      {"]]> <![CDATA[", "]]&gt; &lt;![CDATA["}, {"<!-- <?x", "&lt;!-- &lt;?x"},
-      {"&bogus; &#0; &lt;", "&amp;bogus; &amp;#0; &amp;lt;"}, {"\\1\\27[31mred", "  [31mred"},
-      {"\\xff\\xef\\xbf\\xbf", "\xC3\xBF\xC3\xAF\xC2\xBF\xC2\xBF"}, {"C:\\\\dir\\\\", "C:\\dir\\"},
+      {"<a href='x'>", "&lt;a href='x'&gt;"},
+      {"</output>", "&lt;/output&gt;"},
+      {"]]> <![CDATA[", "]]&gt; &lt;![CDATA["},
+      {"<!-- <?x", "&lt;!-- &lt;?x"},
+      {"&bogus; &#0; &lt;", "&amp;bogus; &amp;#0; &amp;lt;"},
+      {"\\1\\27[31mred", "  [31mred"},
+      {"\\xff\\xef\\xbf\\xbf", "\xC3\xBF\xC3\xAF\xC2\xBF\xC2\xBF"},
+      {"C:\\\\dir\\\\", "C:\\dir\\"},
   };
   std::string script = "host.build()\n";
   for (const auto& [text, shown] : rows) script += "print(\"" + std::string(text) + "\")\n";

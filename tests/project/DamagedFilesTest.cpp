@@ -145,8 +145,8 @@ TEST(DamagedFiles, FilesThatReferToEachOtherManyTimesAreRefusedSoon) {
     const std::string next = "f" + std::to_string(i + 1) + ".tapp";
     const std::string part = "<Application Header=\"x\" Extern=\".\\" + next + "\" />";
     const std::string name = i == 0 ? "demo" : "f" + std::to_string(i);
-    world.AddFile("/p/" + name + ".tapp", "<Application>" + (i < 39 ? part + part : "") +
-                                              "</Application>");
+    world.AddFile("/p/" + name + ".tapp",
+                  "<Application>" + (i < 39 ? part + part : "") + "</Application>");
   }
   EXPECT_EQ(world.OpenDemo(), 0);
   const std::string log = world.LogText();

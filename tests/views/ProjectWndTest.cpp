@@ -231,7 +231,8 @@ TEST_F(ProjectWindow, ChangesOfANodeLeaveItsNamesakeAlone) {
        [&](CXmlNode& main) {
          world.Node("led.c")->SetAttrValue("OutputFile", "/p/led.o");
          world.model->SetBuildInfo(
-             nullptr, "<Files><File Header=\"/p/led.o\" Date=\"0\"><F Header=\"x.h\"/></File></Files>");
+             nullptr,
+             "<Files><File Header=\"/p/led.o\" Date=\"0\"><F Header=\"x.h\"/></File></Files>");
          EXPECT_NE(world.Node("led.c")->FindChild("Dependencies"), nullptr);
          EXPECT_EQ(world.model->GetCurrentNode(), &main);
        },
@@ -243,8 +244,7 @@ TEST_F(ProjectWindow, ChangesOfANodeLeaveItsNamesakeAlone) {
        },
        "led.c in Sources"},
       {"removed", [&](CXmlNode&) { Key(kKeyDelete); }, "Sources in demo"},
-      {"moved",
-       [&](CXmlNode& main) { world.model->MoveNode(&main, world.Node("Third")); },
+      {"moved", [&](CXmlNode& main) { world.model->MoveNode(&main, world.Node("Third")); },
        "main.c in Third"},
   };
   for (const auto& row : rows) {

@@ -404,7 +404,10 @@ TEST_F(XmlTreeTest, ANamesakeIsSelectedOnlyIfTheSelectedNodeIsGone) {
        [&] { Node("H")->InsertChildBefore(Node("G")->DetachChild(main), Node("c.c")); },
        {"select i.c"},
        "P{G{a.c b.c} H{*i.c c.c{D{d.h e.h}} main.c i.c}}"},
-      {"gone", [&] { Free("i.c"); }, {"select i.c"}, "P{G{a.c b.c} H{c.c{D{d.h e.h}} main.c *i.c}}"},
+      {"gone",
+       [&] { Free("i.c"); },
+       {"select i.c"},
+       "P{G{a.c b.c} H{c.c{D{d.h e.h}} main.c *i.c}}"},
       {"gone, with another chosen before the filling",
        [&] {
          const CXmlNode* const added = Node("G")->AddChild("File");

@@ -201,9 +201,10 @@ class PosixProcessLauncher final : public ProcessLauncher {
   Result<std::unique_ptr<Process>> Start(const ProcessRequest& request) override {
     auto process = std::make_unique<PosixProcess>();
     SocketPair sockets;
-    if (!sockets.Open() || !process->output.Open() || !process->errors.Open() || !process->wake.Open() ||
-        !SetNonBlocking(process->output.reader) || !SetNonBlocking(process->errors.reader) ||
-        !SetNonBlocking(process->wake.reader) || !SetNonBlocking(process->wake.writer)) {
+    if (!sockets.Open() || !process->output.Open() || !process->errors.Open() ||
+        !process->wake.Open() || !SetNonBlocking(process->output.reader) ||
+        !SetNonBlocking(process->errors.reader) || !SetNonBlocking(process->wake.reader) ||
+        !SetNonBlocking(process->wake.writer)) {
       return LastError(request);
     }
     const Result<pid_t> started =
