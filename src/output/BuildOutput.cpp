@@ -9,7 +9,6 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "platform/windowing/HostMessages.h"
-#include "xml/StrictText.h"
 
 namespace tarn {
 namespace {
@@ -99,13 +98,11 @@ void CBuildOutput::WriteMessage(int index, std::initializer_list<std::string> ar
   const int kind = GetMessageKind(index);
   const KindValues values = ValuesOfKind(kind);
 
-  // The views decode it.
-  const std::string encoded = EncodeMarkup(text);
-  CXmlNode& message = *root->AddChild("message", encoded);
+  CXmlNode& message = *root->AddChild("message", text);
   message.AddChild("link", "0");
   message.AddChild("type", values.type);
-  message.AddChild("header", encoded);
-  message.SetAttrValue("Description", encoded);
+  message.AddChild("header", text);
+  message.SetAttrValue("Description", text);
   message.SetAttrValue("Icon", values.icon);
   if (logView != nullptr) logView->AddMessage(message);
 
@@ -135,9 +132,8 @@ void CBuildOutput::MergeToolFile(const std::string& path) {
 }
 
 void CBuildOutput::AddOutput(const std::string& text) {
-  root->AddChild("Output", EncodeMarkup(text));
-  // The view shows the text of such an element as it is.
-  if (logView != nullptr) logView->AddMessage(*CXmlNode::CreateNode("Output", text.c_str()));
+  const CXmlNode& output = *root->AddChild("Output", text);
+  if (logView != nullptr) logView->AddMessage(output);
   if ((flags & kSaveEachMessage) != 0) SaveLog();
 }
 

@@ -38,7 +38,7 @@ Line ToLine(const CXmlNode& message) {
   if (description == nullptr && message.NameView() == "Output") {
     return {kIconPlain, message.GetValue()};
   }
-  // A message's text is encoded in the tree.
+  // A tool's text is encoded in the tree.
   return {ParseNumber(message.GetAttrValue("Icon")), DecodeStrict(TextOf(description))};
 }
 

@@ -191,24 +191,6 @@ std::string EncodeStrict(std::string_view text) {
   return out;
 }
 
-std::string EncodeMarkup(std::string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const char c = text[at];
-    if (c == '&') {
-      out += "&amp;";
-    } else if (c == '<') {
-      out += "&lt;";
-    } else if (c == '>' && text.substr(0, at).ends_with("]]")) {
-      out += "&gt;";
-    } else {
-      out += IsCharacter(static_cast<unsigned char>(c)) ? c : ' ';
-    }
-  }
-  return out;
-}
-
 std::string DecodeStrict(std::string_view text) {
   std::string out;
   out.reserve(text.size());

@@ -14,11 +14,6 @@ namespace tarn {
 // blanks; a tab stays. Quotes are left to whoever writes the text.
 std::string EncodeStrict(std::string_view text);
 
-// The text with no more than a file needs that a conforming reader is to accept: references for &
-// and
-// <, and for the > of "]]>". Control bytes become blanks, but for tabs and line ends.
-std::string EncodeMarkup(std::string_view text);
-
 // Takes the standard references back, named and numeric, the latter as UTF-8. Anything else that
 // begins with & stays as it is.
 std::string DecodeStrict(std::string_view text);
