@@ -56,6 +56,7 @@ TEST(CliStop, AnInterruptEndsTheCompilersAndKeepsWhatWasBuilt) {
   EXPECT_TRUE(Has(build, "Built 3 files")) << build;
 }
 
+#ifdef TARN_FEW_THREADS
 TEST(CliStop, WithoutAThreadABuildFailsAndDoesNotWait) {
   for (const char* most : {"0", "1"}) {
     CliProject project;
@@ -67,6 +68,7 @@ TEST(CliStop, WithoutAThreadABuildFailsAndDoesNotWait) {
     EXPECT_LT(build.time, milliseconds(2'000)) << most;
   }
 }
+#endif
 
 TEST(CliStop, AFileThatBecomesTooLargeIsReported) {
   CliProject project;
