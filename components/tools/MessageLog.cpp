@@ -1,5 +1,6 @@
 #include "components/tools/MessageLog.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tarn::tools {
@@ -37,10 +38,11 @@ void MessageLog::Add(ToolMessage message) {
   const bool isError = entry.message.severity == Severity::Error;
   if (isError || entry.message.severity == Severity::Warning) {
     Share& share = isError ? errors_ : warnings_;
-    if (share.TakesIn(entry.message, kMaxProblems)) entries_.push_back(std::move(entry));
+    const std::size_t most = isError ? kMaxProblems : std::min(kMaxProblems, most_);
+    if (share.TakesIn(entry.message, most)) entries_.push_back(std::move(entry));
     return;
   }
-  if (!isHeadFull_ && head_.TakesIn(entry.message, kHeadLines)) {
+  if (!isHeadFull_ && head_.TakesIn(entry.message, std::min(kHeadLines, most_))) {
     entries_.push_back(std::move(entry));
     return;
   }
@@ -96,7 +98,7 @@ ToolMessages MessageLog::Take() {
   }
   for (; last != tail_.end(); ++last) taken.push_back(std::move(last->message));
   AppendDropped(taken);
-  *this = {};
+  *this = MessageLog(most_);
   return taken;
 }
 

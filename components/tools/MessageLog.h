@@ -14,12 +14,18 @@ namespace tarn::tools {
 // dropped first: the first kHeadLines and the last kTailLines of them are retained, and a message
 // between the two says how many are missing. Errors and warnings are retained up to kMaxProblems of
 // each kind, wherever they come; a message for each kind stands for those beyond that, so that
-// their number is never lost.
+// their number is never lost. If a build reports too much in all, its next runs retain less.
 class MessageLog {
  public:
+  // Retains at most `most` warnings, and as many plain lines before the last ones.
+  explicit MessageLog(std::size_t most = kMaxProblems) : most_(most) {}
+
   static constexpr std::size_t kHeadLines = 19000;
   static constexpr std::size_t kTailLines = 1000;
   static constexpr std::size_t kMaxProblems = 20000;
+  // Of all runs of a build together, and what a run retains once that many are there.
+  static constexpr std::size_t kMaxOfBuild = 40000;
+  static constexpr std::size_t kLeast = 20;
   // Lines that the report shows of a step that fails without an error message of its own.
   static constexpr std::size_t kReportedLines = 20;
 
@@ -27,6 +33,8 @@ class MessageLog {
   void AddPlain(std::string_view text);
   void AddError(std::string_view text);
 
+  // The warnings and plain lines that are retained, without the last lines.
+  std::size_t GetRetained() const { return warnings_.count + head_.count; }
   bool HasErrors() const { return ErrorCount() > 0; }
   std::size_t ErrorCount() const { return errors_.count + errors_.dropped; }
   // The number of messages so far; identifies the place of the next one for ReportLastLines.
@@ -53,6 +61,7 @@ class MessageLog {
   void AddToTail(Entry entry);
   void AppendDropped(ToolMessages& messages) const;
 
+  std::size_t most_;
   std::vector<Entry> entries_;  // the first plain lines and all problems
   std::deque<Entry> tail_;      // the last plain lines
   std::size_t tailBytes_ = 0;

@@ -1,5 +1,6 @@
 #include "components/tools/ToolManager.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <unordered_set>
 
@@ -133,6 +134,7 @@ std::int32_t ToolManager::RefreshTools() {
   std::string place;
   {
     const std::lock_guard guard(lock);
+    messagesOfBuild = 0;
     place = folder;
   }
   if (place.empty() || ToolSet::DigestOf(*world.files, place) == Tools()->GetDigest()) return 0;
@@ -169,9 +171,10 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   if (!owned.job.repeated.empty() || owned.job.files.size() != 1) {
     owned.job.conflicts = TakeConflicts(owned.job.repeated);
   }
-  ToolRun run(world, running, *definition, owned.job);
+  ToolRun run(world, running, *definition, owned.job, MostMessages());
   TellFrame(kMsgToolStarted, StartText(toolName, files, run.Plan()), 0);
   const bool isDone = run.Run();
+  CountMessages(run.GetLog().GetRetained());
   messages = run.TakeMessages();
   if (isDone && run.Record()) {
     const std::lock_guard guard(lock);
@@ -181,6 +184,18 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
     }
   }
   return isDone;
+}
+
+std::size_t ToolManager::MostMessages() {
+  const std::lock_guard guard(lock);
+  const std::size_t left =
+      MessageLog::kMaxOfBuild - std::min(messagesOfBuild, MessageLog::kMaxOfBuild);
+  return std::max(left, MessageLog::kLeast);
+}
+
+void ToolManager::CountMessages(std::size_t retained) {
+  const std::lock_guard guard(lock);
+  messagesOfBuild += retained;
 }
 
 // What is to be linked next was made by the runs since the last link.

@@ -88,6 +88,9 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Returns why some of these outputs must not be linked, and replaces the others by the names of
   // their sources where they are known; clears the sources.
   std::vector<std::string> TakeConflicts(std::vector<std::string>& repeated);
+  // How many messages the next run may retain (see MessageLog).
+  std::size_t MostMessages();
+  void CountMessages(std::size_t retained);
   void TellFrame(std::uint32_t message, const std::string& text, std::intptr_t lParam);
 
   const ToolWorld world;
@@ -98,6 +101,7 @@ class ToolManager : public DispatchObject<ToolManager> {
   std::string folder;  // of the definitions; empty before InitTools
   WindowHandle frame = 0;
   std::string records;
+  std::size_t messagesOfBuild = 0;  // since RefreshTools, which goes ahead of each build
   // By output: the sources that were translated into it since the last link.
   std::map<std::string, std::set<std::string>> sources;
 };

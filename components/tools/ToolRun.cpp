@@ -44,12 +44,13 @@ std::string Shortened(std::string line) {
 }  // namespace
 
 ToolRun::ToolRun(const ToolWorld& machine, RunningTools& runningTools,
-                 const ToolDefinition& definition, const ToolJob& toolJob)
+                 const ToolDefinition& definition, const ToolJob& toolJob, std::size_t mostMessages)
     : world(machine),
       running(runningTools),
       tool(definition),
       job(toolJob),
-      plan(MakePlan(definition, toolJob)) {}
+      plan(MakePlan(definition, toolJob)),
+      log(mostMessages) {}
 
 bool ToolRun::Run() {
   for (const std::string& conflict : job.conflicts) log.AddError(conflict);

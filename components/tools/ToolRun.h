@@ -18,7 +18,7 @@ namespace tarn::tools {
 class ToolRun {
  public:
   ToolRun(const ToolWorld& machine, RunningTools& runningTools, const ToolDefinition& definition,
-          const ToolJob& toolJob);
+          const ToolJob& toolJob, std::size_t mostMessages);
 
   const ToolPlan& Plan() const { return plan; }
 
@@ -26,6 +26,7 @@ class ToolRun {
   // the tool failed; the messages then say why.
   bool Run();
 
+  const MessageLog& GetLog() const { return log; }
   ToolMessages TakeMessages() { return log.Take(); }
   // Only after a run that succeeded and left an output.
   const std::optional<BuildRecord>& Record() const { return record; }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "hosts/cli/Commands.h"
@@ -55,6 +56,34 @@ std::vector<std::string> ParentsOfRepeated(FileSystem& files, const std::string&
   return {};
 }
 
+// The empty files that a command makes. What of them exists is removed again with the object,
+// unless Keep is called: nothing refers to it then.
+class CreatedFiles {
+ public:
+  CreatedFiles() = default;
+  CreatedFiles(const CreatedFiles&) = delete;
+  CreatedFiles& operator=(const CreatedFiles&) = delete;
+  ~CreatedFiles() {
+    std::error_code ignored;
+    for (const std::string& path : paths) {
+      // Another program may have written something into it since.
+      if (std::filesystem::is_empty(path, ignored)) std::filesystem::remove(path, ignored);
+    }
+  }
+
+  // The file is about to be made.
+  void Expect(const std::string& path) {
+    std::error_code ignored;
+    // A link that leads nowhere is the user's.
+    const auto status = std::filesystem::symlink_status(path, ignored);
+    if (!std::filesystem::exists(status)) paths.push_back(path);
+  }
+  void Keep() { paths.clear(); }
+
+ private:
+  std::vector<std::string> paths;
+};
+
 // One command that changes the tree. Nothing is written unless all of it could be done.
 class Edit {
  public:
@@ -94,6 +123,7 @@ class Edit {
   CommandContext& context;
   std::vector<std::string> words;
   std::string project;
+  CreatedFiles created;
   std::vector<std::string> done;  // lines that tell what was changed
 };
 
@@ -110,6 +140,7 @@ int Edit::Run() {
   if (!done.empty()) {
     if (const int code = context.SaveProject(); code != kExitDone) return code;
   }
+  created.Keep();
   return Report();
 }
 
@@ -179,6 +210,7 @@ int Edit::AddOne(const std::string& file) {
   const int code = isApplication ? FindNode(context.Session().GetProjectPath()) : SelectTarget();
   if (code != kExitDone) return code;
   const std::string before = TreeText();
+  if (isMissing) created.Expect(path);
   if (context.Session().Manager().AddExistingItem(path) == 0) {
     return Fail(context.Show(path) + " can't be added.");
   }

@@ -19,15 +19,15 @@ constexpr const char* kCompileCommandsName = "compile_commands.json";
 
 // Writes a document where --output says, else to `usualPath`. `count` is how many things it
 // holds, for the line that says so.
-int WriteDocument(CommandContext& context, const nlohmann::ordered_json& document,
-                  const std::string& usualPath, std::size_t count, const char* noun) {
+template <typename Json>
+int WriteDocument(CommandContext& context, const Json& document, const std::string& usualPath,
+                  std::size_t count, const char* noun) {
   const Invocation& asked = context.Asked();
   // A file of the whole project is not replaced by one of a part of it.
   if (asked.output != "-") {
     if (const int code = context.CheckDamage(); code != kExitDone) return code;
   }
-  const std::string text =
-      document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  const std::string text = document.dump(2, ' ', false, Json::error_handler_t::replace);
   if (asked.output == "-") {
     context.Out().PrintDocument(text, DocumentFormat::Json);
     return kExitDone;
@@ -118,7 +118,7 @@ int ExportSarif(CommandContext& context) {
   if (const auto status = context.Files().Examine(logPath)) {
     build.endSeconds = status->modifiedSeconds;
   }
-  const nlohmann::ordered_json document = MakeSarifReport(build, TARN_VERSION);
+  const nlohmann::json document = MakeSarifReport(build, TARN_VERSION);
   return WriteDocument(context, document, WithExtension(project, ".sarif"),
                        document["runs"][0]["results"].size(), "finding");
 }

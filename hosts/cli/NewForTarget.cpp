@@ -74,6 +74,10 @@ int Creation::RunSheet(CPropertySheet& sheet) {
   choices.location = staged.folder;
   choices.createNewProject = true;
   refusal = WizardForm(sheet).Fill(choices);
+  if (!refusal) {
+    const std::string problem = sheet.GetPage()->FindFinishProblem();
+    if (!problem.empty()) refusal = WizardRefusal{problem, {}, {}};
+  }
   return refusal ? kSheetCancel : kSheetFinish;
 }
 

@@ -153,8 +153,11 @@ nlohmann::json MakeSarifReport(const LoggedBuild& build, const std::string& tool
   run["tool"]["driver"] = {{"name", "tarn"}, {"version", toolVersion}, {"rules", list.rules}};
   run["invocations"] = nlohmann::json::array({invocation});
   run["originalUriBaseIds"][kProjectRoot] = {{"uri", root}};
-  run["results"] = list.results;
-  return {{"$schema", kSchema}, {"version", "2.1.0"}, {"runs", nlohmann::json::array({run})}};
+  // Moved, as there may be very many.
+  run["results"] = std::move(list.results);
+  nlohmann::json document = {{"$schema", kSchema}, {"version", "2.1.0"}};
+  document["runs"].push_back(std::move(run));
+  return document;
 }
 
 }  // namespace tarn::host

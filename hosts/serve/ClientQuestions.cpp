@@ -137,8 +137,9 @@ int ClientQuestions::RunSheet(CPropertySheet& sheet) {
     return kSheetCancel;
   }
   const std::optional<WizardRefusal> refusal = form.Fill(choices);
-  if (!refusal) return kSheetFinish;
-  ShowMessage(refusal->text, sheet.GetWindowText());
+  const std::string problem = refusal ? refusal->text : sheet.GetPage()->FindFinishProblem();
+  if (problem.empty()) return kSheetFinish;
+  ShowMessage(problem, sheet.GetWindowText());
   return kSheetCancel;
 }
 

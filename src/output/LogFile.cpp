@@ -3,6 +3,8 @@
 #include <string_view>
 #include <utility>
 
+#include "xml/StrictText.h"
+
 namespace tarn {
 namespace {
 
@@ -15,6 +17,36 @@ std::string ClosingOf(const CXmlNode& root) {
 
 bool SameStatus(const std::optional<FileStatus>& a, const FileStatus& b) {
   return a && a->size == b.size && a->modifiedSeconds == b.modifiedSeconds;
+}
+
+bool HoldsMarkup(const CXmlNode& node) {
+  const bool isText = node.GetType() == XmlElement;
+  if (isText && FindBareMarkup(node.ValueView(), 0) != std::string_view::npos) return true;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    if (HoldsMarkup(*node.GetChild(i))) return true;
+  }
+  return false;
+}
+
+void EncodeMarkup(CXmlNode& node) {
+  if (node.GetType() == XmlElement) {
+    std::string text = node.GetValue();
+    for (std::size_t at = 0; (at = FindBareMarkup(text, at)) != text.npos;) {
+      text.replace(at, 1, "&lt;");
+    }
+    node.SetValue(text);
+  }
+  for (CXmlNode* const child : node.GetChildren()) EncodeMarkup(*child);
+}
+
+// As the writer has it, but for a "<" in the text of an element, as a path or the host may bring it
+// in: in the file it can't be told from a tag, unless a backslash protects it.
+void AppendElement(const CXmlNode& node, std::string& text, int depth) {
+  if (!HoldsMarkup(node)) return node.AppendText(text, g_xmlDisplayOptions, depth);
+  CXmlNode encoded;
+  encoded.CopyFrom(node);
+  EncodeMarkup(encoded);
+  encoded.AppendText(text, g_xmlDisplayOptions, depth);
 }
 
 }  // namespace
@@ -33,7 +65,7 @@ bool LogFileWriter::Continue(const std::string& path, const std::string& head,
   // The first child opens the element that an empty tree closes at once.
   std::string tail = written.children == 0 ? ">" : "";
   for (int i = written.children; i < root.GetChildCount(); ++i) {
-    root.GetChild(i)->AppendText(tail, g_xmlDisplayOptions, 1);
+    AppendElement(*root.GetChild(i), tail, 1);
   }
   tail += closing;
   const Result<FileStatus> status = disk.ContinueFile(path, written.status, written.keep, tail);
@@ -50,7 +82,7 @@ void LogFileWriter::WriteWhole(const std::string& path, const std::string& head,
                                const CXmlNode& root) {
   last.reset();
   std::string text = head;
-  root.AppendText(text, g_xmlDisplayOptions, 0);
+  AppendElement(root, text, 0);
   if (!disk.WriteScratchFile(path, text)) return;
   // Somebody else may have been at the file already; the next save is a whole one then.
   const std::optional<FileStatus> status = disk.Examine(path);

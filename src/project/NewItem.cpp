@@ -39,6 +39,39 @@ bool IsFileTitle(const std::string& name) {
 
 }  // namespace
 
+std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) {
+  constexpr std::size_t kLongestName = 240;  // of a file, without its extension
+  const std::string& name = wanted.applicationName;
+  if (Trim(name).empty()) return "The application needs a name.";
+  if (!IsFileTitle(name)) {
+    return "A name can't contain a slash, a backslash or a control character, or start with a "
+           "drive.";
+  }
+  if (name.size() > kLongestName) return "The name is too long.";
+
+  std::string folder;
+  if (Trim(wanted.location).empty() || !MakeAbsolutePath(wanted.location, folder, nullptr)) {
+    return "The application needs a folder.";
+  }
+  for (std::string each = folder; !each.empty() && !files.IsFolder(each); each = FolderOf(each)) {
+    if (files.Exists(each)) return each + " is a file, not a folder.";
+  }
+  if (wanted.createNewProject) return {};
+
+  CXmlNode* const target = GetCurrentNode();
+  CXmlNode* namesake = nullptr;
+  FindTreeNode(name.c_str(), "Header", target, namesake);
+  if (namesake != nullptr) return "The name \"" + name + "\" is in use.";
+  CXmlNode* type = nullptr;
+  FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), type);
+  if (type != nullptr && !CanContain(target, type)) {
+    return "\"" + TextOf(target->GetAttrValue("Header")) +
+           "\" can't hold an application of this type. Select the project first.";
+  }
+  const std::string file = AddSeparator(folder) + name + ".tapp";
+  return files.Exists(file) ? file + " exists already." : std::string();
+}
+
 std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtype) {
   if (!CanStartOperation()) return 0;
   if (EqualNoCase(TextOf(itemtype), "Group")) return AddGroup();

@@ -243,6 +243,9 @@ class CProjectModel {
   std::int32_t BrowseAndAddFiles();
   // A folder for the type "Group", else an application as the user describes it.
   std::int32_t AddNewItem(const char* itempath, const char* itemtype);
+  // Returns why AddNewItem would not make this application, as a sentence for the user; empty if
+  // nothing is known that is in its way.
+  std::string FindApplicationProblem(const NewApplication& wanted);
 
   // Options and publishing (Publishing.cpp, StoredOptions.cpp, Configurations.cpp).
   std::string GetCurrentConfigName() const;

@@ -203,10 +203,20 @@ std::intptr_t CApplicationPage::OnMessage(std::uint32_t message, std::intptr_t w
   return 0;
 }
 
+void CApplicationPage::TakeFields(NewApplication& wanted) const {
+  wanted.applicationName = FindControl<CEdit>(kIdName)->GetWindowText();
+  wanted.location = FindControl<CEdit>(kIdLocation)->GetWindowText();
+  wanted.createNewProject = FindControl<CButton>(kIdNewProject)->IsChecked();
+}
+
+std::string CApplicationPage::FindFinishProblem() {
+  NewApplication wanted = application;
+  TakeFields(wanted);
+  return surroundings.model.FindApplicationProblem(wanted);
+}
+
 void CApplicationPage::OnWizardFinish() {
-  application.applicationName = FindControl<CEdit>(kIdName)->GetWindowText();
-  application.location = FindControl<CEdit>(kIdLocation)->GetWindowText();
-  application.createNewProject = FindControl<CButton>(kIdNewProject)->IsChecked();
+  TakeFields(application);
   const CXmlNode* const target = targetTree.GetCurrentNode();
   if (target == nullptr) return;
   // What is ticked is for the next time; whether the tool runs now was settled when the

@@ -30,7 +30,7 @@ enum ApplicationPageControl : int {
 
 // What a wizard looks into. All that it refers to outlives it.
 struct WizardSurroundings {
-  const CProjectModel& model;
+  CProjectModel& model;
   FileSystem& files;
   Settings& settings;
   TargetCatalogue catalogue;
@@ -47,6 +47,8 @@ class CApplicationPage : public CPropertyPage {
   // fields keep what the one that was selected before it has put there.
   NewApplication application;
 
+  std::string FindFinishProblem() override;
+
  protected:
   void OnInitDialog() override;
   void OnSetActive() override;
@@ -62,6 +64,7 @@ class CApplicationPage : public CPropertyPage {
   void OnTypeChosen();
   void OnBrowse();
   bool WantsTool() const;
+  void TakeFields(NewApplication& wanted) const;
 
   const WizardSurroundings surroundings;
   std::unique_ptr<CXmlNode> targetsRoot;  // outlives the tree's window

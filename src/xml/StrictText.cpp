@@ -206,11 +206,20 @@ std::string DecodeStrict(std::string_view text) {
   return out;
 }
 
+std::size_t FindBareMarkup(std::string_view text, std::size_t at) {
+  for (at = text.find('<', at); at != text.npos; at = text.find('<', at + 1)) {
+    std::size_t start = at;
+    while (start > 0 && text[start - 1] == '\\') --start;
+    if ((at - start) % 2 == 0) break;
+  }
+  return at;
+}
+
 std::string MakeFileStrict(std::string_view file) {
   std::string out;
   out.reserve(file.size());
   for (std::size_t at = 0; at < file.size();) {
-    const std::size_t tag = std::min(file.find('<', at), file.size());
+    const std::size_t tag = std::min(FindBareMarkup(file, at), file.size());
     AppendStrict(out, file.substr(at, tag - at));
     const std::size_t end = EndOfWhole(file, tag);
     out += file.substr(tag, end - tag);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -18,9 +19,13 @@ std::string EncodeStrict(std::string_view text);
 // begins with & stays as it is.
 std::string DecodeStrict(std::string_view text);
 
+// Returns the position of the first "<" from `at` on that begins a tag if `text` is read as the
+// text of an element, npos if there is none. One after an odd number of backslashes doesn't.
+std::size_t FindBareMarkup(std::string_view text, std::size_t at);
+
 // A whole file of the system's writer, made fit for a conforming reader: inside values and texts
 // everything becomes what EncodeStrict makes of it, but for references that are standard already.
-// A "<" in an element's text can't be told from a tag and stays.
+// A "<" in an element's text that no backslash protects can't be told from a tag and stays.
 std::string MakeFileStrict(std::string_view file);
 
 }  // namespace tarn

@@ -1,7 +1,9 @@
 // The wizard in the real window, from its command to a built project.
 #include <QDialog>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QRadioButton>
 
 #include "desktop/IdeFixture.h"
@@ -111,6 +113,34 @@ TEST_F(WizardTest, ANewProjectIsWholeOnTheDiskAsSoonAsItIsMade) {
               std::string::npos)
         << name;
   }
+}
+
+TEST_F(WizardTest, FinishStaysOpenAndSaysWhatIsInTheWay) {
+  folder.Write("file", "x");
+  ASSERT_TRUE(InWizard([&](QDialog& dialog) {
+    const auto finish = [&dialog] {
+      for (QPushButton* const each : dialog.findChildren<QPushButton*>()) {
+        if (each->text() == "Finish") each->click();
+      }
+    };
+    const auto shown = [&dialog] {
+      QString text;
+      for (const QLabel* const each : dialog.findChildren<QLabel*>()) {
+        if (each->isVisible() && each->text().endsWith(".")) text = each->text();
+      }
+      return text.toStdString();
+    };
+    Fill(dialog, "Name:", "a/b");
+    finish();
+    ASSERT_TRUE(dialog.isVisible());
+    EXPECT_EQ(shown().find("A name can't contain"), 0u) << shown();
+    Fill(dialog, "Name:", "other");
+    Fill(dialog, "Location:", folder / "file");
+    finish();
+    ASSERT_TRUE(dialog.isVisible());
+    EXPECT_EQ(shown(), std::string(folder / "file") + " is a file, not a folder.");
+    EXPECT_EQ(FieldOf(dialog, "Name:")->text(), "other");
+  }));
 }
 
 TEST_F(WizardTest, EscapeLeavesTheProjectAsItIs) {

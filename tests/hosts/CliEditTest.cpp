@@ -1,4 +1,7 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
 
 #include "hosts/CliProject.h"
 
@@ -167,6 +170,20 @@ TEST(CliEdit, WhatCanNotBeDoneIsToldAndNothingIsWritten) {
   };
   for (const auto& each : cases) project.ExpectRefusal(each.words, 2, each.said);
   EXPECT_EQ(project.Read("demo.tprj") + project.Read("app.tapp"), before);
+}
+
+TEST(CliEdit, AnAddThatFailsRemovesTheFilesThatItHasMade) {
+  CliProject project;
+  const std::string made = project.PathOf("src/x.c");
+  project.ExpectRefusal({"add", "src/x.c", "src", "--create"}, 2, "src is a folder.");
+  EXPECT_FALSE(std::filesystem::exists(made));
+  ASSERT_EQ(chmod(project.PathOf("app.tapp").c_str(), 0444), 0);
+  const auto unsaved = project.Run({"add", "src/x.c", "--create"});
+  EXPECT_EQ(unsaved.code, 3) << unsaved.out << unsaved.err;
+  EXPECT_FALSE(std::filesystem::exists(made));
+  ASSERT_EQ(chmod(project.PathOf("app.tapp").c_str(), 0644), 0);
+  EXPECT_EQ(project.Run({"add", "src/x.c", "--create"}).code, 0);
+  EXPECT_TRUE(std::filesystem::exists(made));
 }
 
 }  // namespace

@@ -110,6 +110,31 @@ TEST(Cli, NamesAndErrorsFullOfMarkupAreReadableForPeopleAndForEveryReaderOfTheLo
   }
 }
 
+TEST(Cli, TheLogIsWellFormedWhateverAPathOrAScriptSays) {
+  CliProject project;
+  project.WriteProject({{"app", {"a<b>]]>'c.c"}}});
+  project.Write("src/a<b>]]>'c.c", "#warning w\nint main(void) { return 0; }\n");
+  const std::pair<const char*, const char*> rows[] = {
+      {"<a href='x'>", "&lt;a href='x'&gt;"},
+      {"</output>", "&lt;/output&gt;"},
+      {"x\\\\<b", "x\\&lt;b"},
+      {"]]> <![CDATA[", "]]&gt; &lt;![CDATA["},
+      {"<!-- <?x", "&lt;!-- &lt;?x"},
+      {"&bogus; &#0; &lt;", "&amp;bogus; &amp;#0; "},
+      {"\\1\\27[31mred", "  [31mred"},
+      {"\\xff\\xef\\xbf\\xbf", "\xC3\xBF\xC3\xAF\xC2\xBF\xC2\xBF"},
+      {"C:\\\\dir\\\\", "C:\\dir\\"},
+  };
+  std::string script = "host.build()\n";
+  for (const auto& [text, shown] : rows) script += "print(\"" + std::string(text) + "\")\n";
+  project.Write("r.lua", script);
+  ASSERT_EQ(project.Run({"run", "r.lua"}).code, 0);
+  const std::string page = PageOf(project, project.Out({"log", "--xml"}));
+  for (const auto& [text, shown] : rows) EXPECT_TRUE(Has(page, shown)) << shown << page;
+  EXPECT_TRUE(Has(page, "a&lt;b&gt;]]&gt;'c.c:1:2: warning: #warning w")) << page;
+  EXPECT_TRUE(Has(project.Out({"log"}), "\n<a href='x'>\n"));
+}
+
 TEST(Cli, WhatAFailedToolLeftIsNotTakenForTheOutputThatItReportedBefore) {
   CliProject project;
   ASSERT_EQ(project.Run({"build"}).code, 0);

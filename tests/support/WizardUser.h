@@ -19,6 +19,8 @@ class WizardUser {
   T& Control(int id) const {
     return *page.FindControl<T>(id);
   }
+  // Why Finish would not end the wizard now.
+  std::string Problem() const { return page.FindFinishProblem(); }
   void Click(int button) const { Control<CButton>(button).NotifyClicked(); }
   void Type(int edit, const std::string& text) const {
     Control<CEdit>(edit).NotifyTextEdited(text, {});

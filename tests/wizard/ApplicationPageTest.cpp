@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 
 #include "platform/windowing/HyperlinkCtrl.h"
@@ -195,6 +196,50 @@ TEST_F(ApplicationPageTest, WhatTheUserDoesIsWhatComesOut) {
     EXPECT_EQ(outcome, row.outcome) << row.name;
     EXPECT_EQ(Profile(), row.profile) << row.name;
   }
+}
+
+TEST_F(ApplicationPageTest, WhatIsInTheWayOfTheApplicationIsSaidBeforeTheEnd) {
+  world.OpenDemo();
+  world.AddFile("/p/file", "x");
+  world.AddFile("/p/there.tapp", "<Application/>");
+  world.model->SetCurrentNode(&world.model->GetProjectRoot());
+  const struct {
+    const char* name;
+    const char* location;
+    bool isNew;
+    const char* problem;
+  } rows[] = {
+      {"app", "/p", false, ""},
+      {"app", "/p/new/folder/", false, ""},
+      {"demo", "/p", true, ""},
+      {" ", "/p", false, "The application needs a name."},
+      {"a/b", "/p", true, "A name can't contain"},
+      {"a\nb", "/p", true, "A name can't contain"},
+      {"Demo", "/q", false, "The name \"Demo\" is in use."},
+      {"there", "/p", false, "/p/there.tapp exists already."},
+      {"app", "", true, "The application needs a folder."},
+      {"app", "/p/file", true, "/p/file is a file, not a folder."},
+      {"app", "/p/file/below", false, "/p/file is a file, not a folder."},
+  };
+  for (const auto& row : rows) {
+    std::string problem;
+    Run(
+        Proposed("app", false),
+        [&](const User& shown) {
+          shown.Type(kIdName, row.name);
+          shown.Type(kIdLocation, row.location);
+          if (row.isNew) shown.Click(kIdNewProject);
+          problem = shown.Problem();
+        },
+        kSheetCancel);
+    EXPECT_EQ(problem.substr(0, std::strlen(row.problem)), row.problem) << row.name;
+    EXPECT_EQ(problem.empty(), *row.problem == '\0') << problem;
+  }
+  world.model->SetCurrentNode(world.Application());
+  std::string problem;
+  Run(
+      Proposed("app", false), [&](const User& shown) { problem = shown.Problem(); }, kSheetCancel);
+  EXPECT_EQ(problem, "\"demo\" can't hold an application of this type. Select the project first.");
 }
 
 TEST_F(ApplicationPageTest, BrowsingAsksForWhatTheTypeNeeds) {

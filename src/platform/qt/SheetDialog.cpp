@@ -1,11 +1,13 @@
 #include "platform/qt/SheetDialog.h"
 
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPixmap>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <string>
 
@@ -133,6 +135,7 @@ void SheetDialog::Build(const CPropertySheet& sheet) {
     body->addWidget(pageWidget);
     rows->addLayout(body);
   }
+  rows->addWidget(MakeProblemRow());
   rows->addWidget(NewLine(this));
   auto* const buttons = new QDialogButtonBox(this);
   buttons->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -140,13 +143,37 @@ void SheetDialog::Build(const CPropertySheet& sheet) {
                                     QDialogButtonBox::AcceptRole);
   finishButton->setDefault(true);
   buttons->addButton(QDialogButtonBox::Cancel);
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::accepted, this, [this, &sheet] { TryFinish(sheet); });
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   rows->addWidget(buttons);
   rows->setSizeConstraint(QLayout::SetFixedSize);
   EnableFinish(sheet.IsFinishEnabled());
   NameFields(page);
   OrderFocus(page, finishButton);
+}
+
+QWidget* SheetDialog::MakeProblemRow() {
+  problemRow = new QWidget(this);
+  auto* const row = new QHBoxLayout(problemRow);
+  row->setContentsMargins(kMargin, 0, kMargin, kMargin);
+  auto* const icon = new QLabel(problemRow);
+  const int side = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
+  icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(side, side));
+  row->addWidget(icon, 0, Qt::AlignTop);
+  problemText = NewText({}, problemRow);
+  row->addWidget(problemText, 1);
+  problemRow->hide();
+  return problemRow;
+}
+
+// The sheet's window owns this dialog.
+void SheetDialog::TryFinish(const CPropertySheet& sheet) {
+  const QString problem = ToQt(sheet.GetPage()->FindFinishProblem());
+  if (problem.isEmpty()) return accept();
+  problemText->setText(problem);
+  problemRow->show();
+  QAccessibleEvent alert(problemText, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
 }
 
 void SheetDialog::EnableFinish(bool enable) {

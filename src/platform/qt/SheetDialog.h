@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QLabel>
 #include <QPointer>
 #include <QPushButton>
 #include <memory>
@@ -9,7 +10,8 @@
 
 namespace tarn {
 
-// A sheet as a dialog: header, page, Finish and Cancel.
+// A sheet as a dialog: header, page, Finish and Cancel. It stays open, and shows why, if the page
+// can't be finished.
 class SheetDialog : public QDialog {
  public:
   // Takes the page's widget in, once all windows of the sheet stand.
@@ -18,7 +20,11 @@ class SheetDialog : public QDialog {
 
  private:
   QWidget* MakeHeader(const CPropertySheet& sheet);
+  QWidget* MakeProblemRow();
+  void TryFinish(const CPropertySheet& sheet);
 
+  QPointer<QWidget> problemRow;
+  QPointer<QLabel> problemText;
   QPointer<QPushButton> finishButton;
 };
 

@@ -55,6 +55,9 @@ class CPropertyPage : public CWnd {
   // What the sheet shows above the page.
   const std::string& GetHeaderTitle() const { return headerTitle; }
   const std::string& GetHeaderSubtitle() const { return headerSubtitle; }
+  // Returns why the sheet can't be finished with what the controls hold now, as a sentence for the
+  // user; empty if it can. For what runs the sheet: it stays open then, or is cancelled.
+  virtual std::string FindFinishProblem() { return {}; }
   // Null while it is on none.
   CPropertySheet* GetSheet() const { return sheet; }
 

@@ -237,6 +237,24 @@ TEST(ToolManager, WhatComesAfterEndlessTalkIsStillReportedAndCounted) {
   }
 }
 
+TEST(ToolManager, ManyRunsTogetherRetainNoMoreThanABuildMay) {
+  ToolManagerFixture tools(kDefinitions);
+  const std::string warnings = Repeated("a.c:1:2: warning: odd\n", MessageLog::kMaxProblems);
+  const auto ending = [&] {
+    tools.launcher.Queue({{{false, warnings}}, {0, false}, {}});
+    EXPECT_TRUE(tools.Run("talk", ""));
+    const std::string summary = Summary(tools.Messages());
+    return summary.substr(summary.rfind('\n', summary.size() - 2) + 1);
+  };
+  const std::string whole = "1 a.c:1:2: warning: odd\n";
+  EXPECT_EQ(ending(), whole);
+  for (std::size_t i = 1; i < MessageLog::kMaxOfBuild / MessageLog::kMaxProblems; ++i) ending();
+  const std::string left = std::to_string(MessageLog::kMaxProblems - MessageLog::kLeast);
+  EXPECT_EQ(ending(), "1 " + left + " more warnings, left out here x" + left + "\n");
+  tools.manager->RefreshTools();
+  EXPECT_EQ(ending(), whole) << "another build";
+}
+
 TEST(ToolManager, AToolWhoseConditionsLeaveNoStepReadsNoFolderOfOne) {
   ToolManagerFixture tools(
       "<T><Tool Name=\"none\" Output=\"o/a.o\" Rules=\"o/a.d\"><Step Program=\"p\" "
