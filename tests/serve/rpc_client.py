@@ -226,7 +226,7 @@ def is_running(process_id):
     try:
         with open("/proc/%d/stat" % process_id) as file:
             return file.read().rsplit(")", 1)[1].split()[0] != "Z"
-    except FileNotFoundError:
+    except (FileNotFoundError, ProcessLookupError):
         return False
 
 
