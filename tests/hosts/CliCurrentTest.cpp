@@ -296,7 +296,12 @@ TEST(CliCurrent, AKilledBuildGoesOnWhereItWas) {
 
 TEST(CliCurrent, ASecondBuildWaitsOrFails) {
   CliProject project;
-  project.AddProgram("gcc", "#!/bin/sh\nsleep 0.3\nexec /usr/bin/gcc \"$@\"\n");
+  // The first build lasts until the last one has said that it waits.
+  project.AddProgram("gcc",
+                     "#!/bin/sh\nfor i in $(seq 200); do [ -e go ] || sleep 0.1; done\n"
+                     "exec /usr/bin/gcc \"$@\"\n");
+  const std::string untilItWaits =
+      "\"$0\" build demo.tprj 2>&1 | { read -r line; echo \"$line\"; touch go; cat; }";
   fs::copy_file(project.PathOf("demo.tprj"), project.PathOf("twin.tprj"));
   bool isAsked = false;
   const auto first = project.Run({"build", "demo.tprj"}, [&](Process&, const std::string&) {
@@ -306,9 +311,9 @@ TEST(CliCurrent, ASecondBuildWaitsOrFails) {
     EXPECT_TRUE(Has(refused.out, "\"result\": \"refused\"")) << refused.out;
     // A project with the same application.
     project.ExpectRefusal({"build", "--no-wait", "twin.tprj"}, 3, "Another build");
-    const auto second = project.Run({"build", "demo.tprj"});
-    EXPECT_TRUE(Has(second.err, "Waiting for another build")) << second.err;
-    EXPECT_EQ(second.out.substr(0, 13), "Nothing to do") << second.out;
+    const auto second = project.RunProgram("/bin/sh", {"-c", untilItWaits, TARN_PROGRAM});
+    EXPECT_TRUE(Has(second.out, "Waiting for another build")) << second.out;
+    EXPECT_TRUE(Has(second.out, "\nNothing to do")) << second.out;
   });
   EXPECT_EQ(first.code, 0);
 }
