@@ -25,8 +25,9 @@ class ToolReader : public ElementReader {
 
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool = std::make_unique<ToolDefinition>();
-    CheckAttributes(node, {"Name", "Title", "Hint", "Extensions", "Messages", "Output", "Listing",
-                           "Rules", "FurtherRules", "Search", "Writes", "Follow", "Variables"});
+    CheckAttributes(
+        node, {"Name", "Title", "Hint", "Extensions", "Messages", "Output", "Listing", "Rules",
+               "FurtherRules", "Search", "Writes", "Follow", "Variables", "Predefined"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
@@ -34,6 +35,7 @@ class ToolReader : public ElementReader {
     tool->output = Filled(node, "Output");
     tool->listing = Filled(node, "Listing");
     tool->variables = SplitOptionList(Text(node, "Variables"));
+    tool->predefined = SplitOptionList(Text(node, "Predefined"));
     tool->rules = Filled(node, "Rules");
     tool->furtherRules = Filled(node, "FurtherRules");
     tool->writes = SplitOptionList(Text(node, "Writes"));

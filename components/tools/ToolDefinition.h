@@ -107,7 +107,8 @@ struct ToolDefinition {
   std::vector<std::string> writes;
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;
-  std::vector<std::string> variables;  // of the environment, that change what it makes
+  std::vector<std::string> variables;   // of the environment, that change what it makes
+  std::vector<std::string> predefined;  // macros that a compiler defines by itself: "NAME=VALUE"
   std::vector<StepRule> steps;
   SizeRule size;
   GlobalsRule globals;

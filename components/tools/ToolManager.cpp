@@ -249,7 +249,13 @@ std::string ToolManager::GetCommandLines(const char* tool, const char* files, co
   const auto definition = FindTool(TextOf(tool));
   if (!definition) return "<Commands/>";
   const OwnedJob owned(world, files, options);
-  std::string text = "<Commands>";
+  std::string macros;
+  for (const std::string& each : definition->predefined) {
+    macros.append(macros.empty() ? "" : ";") += each;
+  }
+  std::string text = "<Commands";
+  if (!macros.empty()) text += XmlAttribute("Predefined", macros);
+  text += ">";
   for (const ToolCommand& command : MakePlan(*definition, owned.job).commands) {
     text += CommandElement(command);
   }

@@ -350,6 +350,18 @@ void CodeEditor::ChooseLexer() {
   chosen->setDefaultFont(EditorFont());
   chosen->setFont(EditorFont());
   setLexer(chosen);
+  if (HasConditions()) SetMacros({}, false);
+}
+
+bool CodeEditor::HasConditions() const {
+  return qobject_cast<QsciLexerCPP*>(lexer()) != nullptr;
+}
+
+void CodeEditor::SetMacros(const std::string& macros, bool areComplete) {
+  constexpr unsigned long kGivenMacros = 4;  // the list of words that the lexer takes them from
+  SendScintilla(SCI_SETKEYWORDS, kGivenMacros, macros.c_str());
+  SendScintilla(SCI_SETPROPERTY, "lexer.cpp.track.preprocessor", areComplete ? "1" : "0");
+  SendScintilla(SCI_COLOURISE, 0UL, -1L);
 }
 
 // The lexers' colours are made for paper that is white; on dark paper their brightness turns over.

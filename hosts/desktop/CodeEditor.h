@@ -46,6 +46,11 @@ class CodeEditor : public QsciScintilla {
   void KeepMine();
   // Lines count from 1; one beyond the end goes to the last.
   void GoToLine(int line);
+  // The text has conditions of a preprocessor, whose code is grey if it is left out.
+  bool HasConditions() const;
+  // What the compiler defines, as "NAME" or "NAME=VALUE" with blanks between. Nothing is grey
+  // unless that decides the conditions.
+  void SetMacros(const std::string& macros, bool areComplete);
   // Errors and warnings to be shown; a tip says them under the mouse.
   LineProblems& Problems() { return *problems; }
   // A click with Ctrl, which has put the cursor there.

@@ -134,12 +134,9 @@ Status CommandRunner::KeepDamaged(const std::vector<FileText>& texts) {
 }
 
 Status CommandRunner::Apply(const FileChanges& changes) {
-  Status applied;
-  KeepSelection([&] {
-    isApplying = true;
-    applied = ApplyChanges(session.Inspector(), changes);
-    isApplying = false;
-  });
+  isApplying = true;
+  const Status applied = ApplyChanges(session.Inspector(), changes);
+  isApplying = false;
   if (std::exchange(isReadAgain, false) && onProjectChanged) onProjectChanged();
   return applied;
 }

@@ -69,6 +69,7 @@ void EditorTabs::Add(CodeEditor& editor) {
   const int index = addTab(&editor, {});
   setTabToolTip(index, ToQt(editor.GetPath()));
   connect(&editor, &QsciScintilla::modificationChanged, this, [this] { ShowNames(); });
+  connect(&editor, &QsciScintilla::textChanged, this, [this] { ++changeCount; });
   editor.onFollowName = [this] {
     if (onFollowName) onFollowName();
   };

@@ -42,6 +42,8 @@ class EditorTabs : public QTabWidget {
   CodeEditor* Find(const std::string& path) const;
   // Asks for each text that is not saved. False when the user would rather stay.
   bool MayCloseAll();
+  // Another number after each change of a text.
+  int GetChangeCount() const { return changeCount; }
   // Closes without a question; texts that are not saved stay open if so wanted.
   void CloseAll(bool keepModified);
   // The open files and the places in them, for Restore. Files that are gone are left out there,
@@ -82,6 +84,7 @@ class EditorTabs : public QTabWidget {
   FileSystem& files;
   FileWatch watch;
   EditorZoom zoom{*this};
+  int changeCount = 0;
 };
 
 }  // namespace tarn::host

@@ -4,23 +4,28 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPointer>
+#include <QShortcut>
 #include <QStatusBar>
+#include <QTreeView>
 #include <QUrl>
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <utility>
 
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/CrashRecovery.h"
 #include "hosts/desktop/EditMenu.h"
 #include "hosts/desktop/EditorArea.h"
+#include "hosts/desktop/EditorMacros.h"
 #include "hosts/desktop/EditorStatus.h"
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/FindingsPane.h"
@@ -41,6 +46,7 @@ namespace {
 
 // How late a button of the tool bar may show what can be done.
 constexpr int kRefreshMs = 250;
+constexpr int kMessageMs = 8000;
 constexpr QSize kFirstSize{1280, 800};
 constexpr int kFirstOptionsWidth = 400;
 
@@ -64,6 +70,14 @@ std::string ProjectOf(FileSystem& files, const std::string& path) {
 int LineOf(std::intptr_t number) {
   constexpr std::intptr_t kMost = std::numeric_limits<int>::max();
   return static_cast<int>(std::abs(std::clamp(number, -kMost, kMost)));
+}
+
+// Most keyboards have Break on the key of Pause, together with Ctrl; the toolkit has no name for
+// it.
+bool IsBreak(const QKeyEvent& event) {
+  constexpr quint32 kBreakSymbol = 0xff6b;
+  return event.modifiers().testFlag(Qt::ControlModifier) &&
+         (event.key() == Qt::Key_Cancel || event.nativeVirtualKey() == kBreakSymbol);
 }
 
 }  // namespace
@@ -177,6 +191,7 @@ void IdeWindow::AddProblems() {
   problems = std::make_unique<ProblemNavigator>(files, *statusBar());
   problems->open = open;
   problemMarks = std::make_unique<ProblemMarks>(problems->GetList(), *editors);
+  macros = std::make_unique<EditorMacros>(*session, *editors);
   declarations = std::make_unique<DeclarationSearch>(*editors, *statusBar());
   declarations->askGlobals = [this] { return session->Inspector().GetGlobals({}, {}); };
   declarations->open = open;
@@ -256,10 +271,15 @@ bool IdeWindow::Start() {
     project->Note();
     setWindowModified(project->HasUnsaved());
     options->Look();
-    if (runner->IsBuilding()) problemMarks->Refresh();
+    if (runner->IsBuilding()) {
+      problemMarks->Refresh();
+    } else {
+      macros->Follow();
+    }
     surface->RefreshToolBars();
   });
   refreshTimer.start(kRefreshMs);
+  QApplication::instance()->installEventFilter(this);
   return true;
 }
 
@@ -324,8 +344,10 @@ void IdeWindow::dropEvent(QDropEvent* event) {
 }
 
 void IdeWindow::closeEvent(QCloseEvent* event) {
-  isClosing = false;
-  if (!editors->MayCloseAll()) {
+  // What was agreed to before the build was stopped isn't asked again.
+  const bool isAgreed =
+      std::exchange(isClosing, false) && editors->GetChangeCount() == agreedChanges;
+  if (!isAgreed && !editors->MayCloseAll()) {
     event->ignore();
     return;
   }
@@ -344,8 +366,18 @@ void IdeWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   isClosing = true;
+  agreedChanges = editors->GetChangeCount();
   progress->Say(tr("Closing as soon as the build has stopped..."));
   event->ignore();
+}
+
+bool IdeWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress || !isActiveWindow() ||
+      !IsBreak(static_cast<const QKeyEvent&>(*event))) {
+    return QMainWindow::eventFilter(watched, event);
+  }
+  menuCommands.run(kCmdStop);
+  return true;
 }
 
 void IdeWindow::AddOptionsDock() {
@@ -403,7 +435,24 @@ std::vector<ConfigurationEntry> IdeWindow::ListConfigurations() {
   return entries;
 }
 
+void IdeWindow::RenameNode(QWidget& tree) {
+  auto* const view = qobject_cast<QTreeView*>(QApplication::focusWidget());
+  if (view == nullptr || (view != &tree && !tree.isAncestorOf(view))) return;
+  const std::string kind = NodeOptions(*session).GetKind();
+  if (kind == "Application" || kind == "Group") {
+    QKeyEvent open(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(view, &open);
+  } else if (!kind.empty()) {
+    statusBar()->showMessage(
+        tr("Groups and applications can be renamed here; a file has its name from the disk."),
+        kMessageMs);
+  }
+}
+
 QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
+  auto* const rename = new QShortcut(Qt::Key_F2, &tree);
+  rename->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(rename, &QShortcut::activated, this, [this, &tree] { RenameNode(tree); });
   runner->isOccupied = [watched = QPointer<QWidget>(&tree)] {
     const auto* const field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
     return field != nullptr && watched != nullptr && watched->isAncestorOf(field);

@@ -31,6 +31,7 @@ class CrashRecovery;
 class JournalKeeper;
 class OptionsWindow;
 class EditorArea;
+class EditorMacros;
 class FindingsPane;
 class StatusProgress;
 
@@ -63,6 +64,8 @@ class IdeWindow : public QMainWindow {
   void changeEvent(QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
+  // Of the application: the key that stops a build is no shortcut.
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void MakeMenuCommands();
@@ -79,6 +82,8 @@ class IdeWindow : public QMainWindow {
   std::vector<ConfigurationEntry> ListConfigurations();
   // `path` may be relative to the project's folder.
   void OpenFile(const std::string& path, int line);
+  // Opens the field for the name of the current node.
+  void RenameNode(QWidget& tree);
   void OnBuildAsked();
   void OnBuildEnded(BuildEnd end);
   void OnProjectChanged();
@@ -89,6 +94,7 @@ class IdeWindow : public QMainWindow {
   std::unique_ptr<ServerNotices> notices;
   std::unique_ptr<ProblemNavigator> problems;
   std::unique_ptr<ProblemMarks> problemMarks;
+  std::unique_ptr<EditorMacros> macros;
   std::unique_ptr<DeclarationSearch> declarations;
   std::unique_ptr<CommandRunner> runner;
   std::unique_ptr<ProjectActions> project;
@@ -108,6 +114,7 @@ class IdeWindow : public QMainWindow {
   StatusProgress* progress = nullptr;
   QTimer refreshTimer;
   bool isClosing = false;  // as soon as the build has ended
+  int agreedChanges = 0;   // of the editors when the user agreed to that
 };
 
 }  // namespace tarn::host

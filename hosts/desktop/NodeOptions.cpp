@@ -136,6 +136,11 @@ bool NodeOptions::HasNode(const OptionValues& values) {
   return session.HasProject() && !values.GetOwnSet().empty();
 }
 
+std::string NodeOptions::GetKind() {
+  const OptionValues values = OptionValues::FromText(session.Options().GetValuesAsText());
+  return HasNode(values) ? values.GetOwnSet() : std::string();
+}
+
 ConfigurationList NodeOptions::ReadConfigurations() {
   const OptionValues values = OptionValues::FromText(session.Options().GetValuesAsText());
   return HasNode(values) ? ReadConfigurations(values) : ConfigurationList();

@@ -100,6 +100,8 @@ class NodeOptions {
   // What was stored for an option on the way from the application to the node.
   std::vector<StoredValue> Explain(const OptionDefinition& option);
 
+  // The kind of the node, such as "Group"; empty without one.
+  std::string GetKind();
   // The kinds of nodes that have options.
   std::vector<std::string> ListTypes();
 

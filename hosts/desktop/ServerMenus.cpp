@@ -35,7 +35,7 @@ constexpr Shortcut kShortcuts[] = {
     {kCmdRebuildAll, "Ctrl+Alt+F7", Reach::Window},
     {kCmdTranslateNode, "Ctrl+F7", Reach::Window},
     {kCmdBuildApplication, "Shift+F7", Reach::Window},
-    {kCmdStop, "Ctrl+Break", Reach::Window},
+    {kCmdStop, "Ctrl+Pause", Reach::Window},
     {kCmdCopyNode, "Ctrl+C", Reach::Tree},
     {kCmdPasteNode, "Ctrl+V", Reach::Tree},
     {kCmdShowNodeOptions, "Alt+Return", Reach::Tree},

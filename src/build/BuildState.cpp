@@ -24,6 +24,13 @@ bool CProjectModel::RestoreFor(std::chrono::milliseconds time) {
   return true;
 }
 
+void CProjectModel::RestoreRecords(CXmlNode& application) {
+  RecordRestore restore(*this, application);
+  while (restore.Step(std::chrono::hours(1))) {
+  }
+  fileTimes.Forget();
+}
+
 void CProjectModel::RestoreRecord(CXmlNode& node, const std::string& owner) {
   const std::string made = TextOf(node.GetAttrValue("OutputFile"));
   if (made.empty()) return;

@@ -14,6 +14,11 @@ RecordRestore::RecordRestore(CProjectModel& projectModel)
   }
 }
 
+RecordRestore::RecordRestore(CProjectModel& projectModel, CXmlNode& application)
+    : model_(projectModel),
+      treeEpoch_(projectModel.GetTreeEpoch()),
+      pending_{{&application, &application}} {}
+
 bool RecordRestore::Step(std::chrono::milliseconds time) {
   constexpr int kNodesPerLook = 16;
   const auto end = std::chrono::steady_clock::now() + time;

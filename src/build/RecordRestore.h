@@ -16,7 +16,9 @@ class CProjectModel;
 // same is left to whoever asks whether it is up to date. Ends early if nodes were freed in between.
 class RecordRestore {
  public:
+  // The nodes of all applications, or of one.
   explicit RecordRestore(CProjectModel& projectModel);
+  RecordRestore(CProjectModel& projectModel, CXmlNode& application);
 
   // Returns false if nothing is left to do.
   bool Step(std::chrono::milliseconds time);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
 #include "project/TreeText.h"
@@ -54,6 +55,36 @@ std::string MergeTexts(const std::string& path, const std::string& base, const s
   return WriteTree(*merged.root, theirs);
 }
 
+// What tells the node from its siblings, from the outermost level inwards.
+using Trail = std::vector<std::string>;
+
+// The folders of a path are not written in the same way before and after its node is published.
+std::string MarkOf(const CXmlNode& node) {
+  return node.GetName() + '\n' + TextOf(node.GetAttrValue("Header")) + '\n' +
+         FileNameOf(TextOf(node.GetAttrValue("Path")));
+}
+
+Trail TrailOf(const CXmlNode* node) {
+  Trail trail;
+  for (; node != nullptr && node->GetParent() != nullptr; node = node->GetParent()) {
+    trail.insert(trail.begin(), MarkOf(*node));
+  }
+  return trail;
+}
+
+// The node that the trail leads to, or the root: what is asked of it changes nothing else.
+CXmlNode& Follow(const Trail& trail, CXmlNode& root) {
+  CXmlNode* node = &root;
+  for (const std::string& mark : trail) {
+    const std::vector<CXmlNode*> children = node->GetChildren();
+    const auto next = std::find_if(children.begin(), children.end(),
+                                   [&mark](const CXmlNode* each) { return MarkOf(*each) == mark; });
+    if (next == children.end()) return root;
+    node = *next;
+  }
+  return *node;
+}
+
 }  // namespace
 
 std::vector<std::string> CProjectModel::ApplyChange(const std::vector<FileText>& before,
@@ -67,12 +98,16 @@ std::vector<std::string> CProjectModel::ApplyChange(const std::vector<FileText>&
   const std::vector<std::string> problems = MergeChange(before, after, changed);
   if (!problems.empty() || changed.texts == present.texts) return problems;
   const std::string path = projectPath;
+  const Trail trail = TrailOf(GetCurrentNode());
   const std::int32_t noted = std::exchange(modified, 0);  // or the close would write the files
   if (!CloseProject()) {
     modified |= noted;
     return {"the host keeps the project open"};
   }
-  if (Reload(path, changed)) return {};
+  if (Reload(path, changed)) {
+    SetCurrentNode(&Follow(trail, *projectRoot));
+    return {};
+  }
   // What was not saved is nowhere else.
   const bool isBack = !isOpen && Reload(path, present);
   return {isBack ? "the project can't be read after the change" : "another project was opened"};

@@ -48,6 +48,7 @@ std::int32_t CProjectModel::SelectConfiguration(const std::string& wanted) {
   CXmlNode* const application = activeApplication;
   while (PublishNextNode(application)) {
   }
+  RestoreRecords(*application);
   const std::uint64_t epoch = treeEpoch;
   SetCurrentNode(noted);
   if (treeEpoch == epoch) RestorePropState(*noted);

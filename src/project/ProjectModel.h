@@ -338,6 +338,8 @@ class CProjectModel {
   bool RestoreFor(std::chrono::milliseconds time);
   // One node of that.
   void RestoreRecord(CXmlNode& node, const std::string& owner);
+  // The nodes of the application have other outputs now, some of which may have been built before.
+  void RestoreRecords(CXmlNode& application);
   // What is left to write after a build. Returns why it could not be; empty if it could.
   std::string FinishBuildState(bool mayShrink);
   // The node that a report about this output reaches, or null.

@@ -7,6 +7,7 @@
 #include "desktop/IdeFixture.h"
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/EditorArea.h"
+#include "hosts/desktop/OptionsWindow.h"
 #include "hosts/frame/ProjectFile.h"
 
 namespace tarn::host {
@@ -71,6 +72,21 @@ TEST_F(BuildLifeTest, AScriptThatOpensAProjectAndBuildsAtOnceHasWhatIsKeptOfThat
   EXPECT_EQ(Build(), 0);
 }
 
+TEST_F(BuildLifeTest, WhatEachConfigurationHasBuiltStaysBuiltAndItsSizesAreShown) {
+  const auto choose = [this](const char* name) { window->Options().ChooseConfiguration(name); };
+  EXPECT_EQ(Build(), 6);
+  choose("Debug");
+  EXPECT_EQ(Build(), 6);
+  choose("Standard");
+  EXPECT_EQ(Build(), 0);
+  choose("Debug");
+  EXPECT_EQ(Build(), 0);
+  window->OpenProject(second);
+  window->OpenProject(first);
+  choose("Standard");
+  EXPECT_EQ(Build(), 0);
+}
+
 TEST_F(BuildLifeTest, AScriptWaitsForItsCommandWhileTheUserGoesOn) {
   int heartbeats = 0;
   QTimer heart;
@@ -112,6 +128,17 @@ TEST_F(BuildLifeTest, ABuildThatAScriptLeavesBehindIsFollowedToItsEnd) {
   start();
   ASSERT_TRUE(AwaitBuild());
   EXPECT_EQ(ended, BuildEnd::Succeeded) << "the stop was meant for the other one";
+}
+
+TEST_F(BuildLifeTest, CtrlAndBreakStopABuild) {
+  NoteEnd();
+  const testing::ScopedVariable path("PATH", MakeSlowCompiler().c_str());
+  ASSERT_TRUE(Choose("Build all"));
+  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsWaiting(); }, 5000));
+  QKeyEvent stop(QEvent::KeyPress, 0, Qt::ControlModifier, 127, 0xff6b, 0);
+  QApplication::sendEvent(&Tree(), &stop);
+  ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }, 5000));
+  EXPECT_EQ(ended, BuildEnd::Stopped);
 }
 
 TEST_F(BuildLifeTest, AProjectThatIsClosedBehindItsBuildKeepsWhatWasReported) {

@@ -90,6 +90,25 @@ TEST_F(IdeWindowTest, ClosingStopsABuildFirstAndThenCloses) {
   EXPECT_FALSE(IsBuilt("blinky-avr.elf"));
 }
 
+TEST_F(IdeWindowTest, ClosingDuringABuildAsksOnceForEachText) {
+  window->OpenPaths({folder / "blinky/src/main.c"});
+  ASSERT_TRUE(Choose("Build all"));
+  ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsWaiting(); }));
+  window->Editors().Current()->append("// more\n");
+  int questions = 0;
+  QTimer answer;
+  QObject::connect(&answer, &QTimer::timeout, &answer, [&questions] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return;
+    ++questions;
+    box->button(QMessageBox::Discard)->click();
+  });
+  answer.start(20);
+  window->close();
+  EXPECT_TRUE(RunUntil([&] { return !window->isVisible(); }));
+  EXPECT_EQ(questions, 1);
+}
+
 TEST_F(IdeWindowTest, ABuildThatStillWaitsForTheOptionsOfALargeProjectCanBeStoppedAndClosed) {
   std::vector<BuildEnd> ends;
   const auto follow = window->Commands().onEnded;

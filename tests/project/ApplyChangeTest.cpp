@@ -56,6 +56,23 @@ TEST_F(ApplyChange, GoesBackAndOnInMemoryUntilASave) {
   EXPECT_EQ(Undo(), Lines{"no project is open"});
 }
 
+// Commands that follow are for the node that they would have been for, or for none.
+TEST_F(ApplyChange, TheCurrentNodeStaysOrIsTheProject) {
+  CXmlNode& root = world.model->GetProjectRoot();
+  const auto label = [this] {
+    return TextOf(world.model->GetCurrentNode()->GetAttrValue("Header"));
+  };
+  world.model->SetCurrentNode(root.FindDescendant("Group"));
+  ASSERT_EQ(world.model->RemoveItem("a.c"), 1);
+  after = world.model->MakeFileTexts();
+  world.model->SetCurrentNode(root.FindDescendant("Group"));
+  EXPECT_EQ(Undo(), Lines());
+  EXPECT_EQ(label(), "G");
+  world.model->SetCurrentNode(world.model->GetProjectRoot().FindDescendantByAttr("Header", "a.c"));
+  EXPECT_EQ(Redo(), Lines());
+  EXPECT_EQ(world.model->GetCurrentNode(), &world.model->GetProjectRoot());
+}
+
 // Between the removal of a.c and its undo.
 TEST_F(ApplyChange, WhatHasChangedSinceStaysOrNothingIsDone) {
   const auto edit = [this](std::string_view from, std::string_view to) {

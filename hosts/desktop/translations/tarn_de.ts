@@ -623,6 +623,10 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <source>&amp;Check the project</source>
         <translation>Projekt &amp;prüfen</translation>
     </message>
+    <message>
+        <source>Groups and applications can be renamed here; a file has its name from the disk.</source>
+        <translation>Gruppen und Anwendungen lassen sich hier umbenennen; eine Datei hat ihren Namen von der Festplatte.</translation>
+    </message>
 </context>
 <context>
     <name>JournalKeeper</name>

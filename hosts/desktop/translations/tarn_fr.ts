@@ -623,6 +623,10 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <source>&amp;Check the project</source>
         <translation>&amp;Vérifier le projet</translation>
     </message>
+    <message>
+        <source>Groups and applications can be renamed here; a file has its name from the disk.</source>
+        <translation>Les groupes et les applications peuvent être renommés ici ; un fichier porte son nom du disque.</translation>
+    </message>
 </context>
 <context>
     <name>JournalKeeper</name>

@@ -1,0 +1,149 @@
+#include "hosts/desktop/EditorMacros.h"
+
+#include <algorithm>
+#include <cctype>
+#include <iterator>
+#include <set>
+#include <vector>
+
+#include "hosts/desktop/CodeEditor.h"
+#include "hosts/frame/BuildInputs.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+std::string NameOf(const std::string& macro) {
+  return macro.substr(0, macro.find('='));
+}
+
+void Remove(std::vector<std::string>& macros, const std::string& name) {
+  macros.erase(std::remove_if(macros.begin(), macros.end(),
+                              [&name](const std::string& each) { return NameOf(each) == name; }),
+               macros.end());
+}
+
+void Define(std::vector<std::string>& macros, const std::string& macro) {
+  // With parameters or blanks it is none that a condition could be told by.
+  if (macro.empty() || macro.find_first_of("( \t\r\n\"") != std::string::npos) return;
+  Remove(macros, NameOf(macro));
+  macros.push_back(macro);
+}
+
+// Compilers define them for other languages, and no option does.
+constexpr std::string_view kOfLanguages[] = {"__cplusplus", "__ASSEMBLER__", "__OBJC__"};
+
+bool IsWordSign(char sign) {
+  return sign == '_' || std::isalnum(static_cast<unsigned char>(sign)) != 0;
+}
+
+// The next word of the line from `place` on, which moves behind it; empty at the end.
+std::string_view NextWord(std::string_view line, std::size_t& place) {
+  while (place < line.size() && !IsWordSign(line[place])) ++place;
+  const std::size_t start = place;
+  while (place < line.size() && IsWordSign(line[place])) ++place;
+  return line.substr(start, place - start);
+}
+
+}  // namespace
+
+bool KnowsConditions(std::string_view text, std::string_view macros) {
+  std::set<std::string_view> known(std::begin(kOfLanguages), std::end(kOfLanguages));
+  for (const std::string_view each : Split(macros, ' '))
+    known.insert(each.substr(0, each.find('=')));
+  std::vector<std::string_view> asked;
+  for (const std::string_view line : Split(text, '\n')) {
+    std::size_t place = line.find_first_not_of(" \t");
+    if (place == std::string_view::npos || line[place] != '#') continue;
+    const std::string_view directive = NextWord(line, place);
+    if (directive == "define") {
+      known.insert(NextWord(line, place));
+    } else if (directive.substr(0, 2) == "if" || directive == "elif") {
+      for (std::string_view word = NextWord(line, place); !word.empty();
+           word = NextWord(line, place)) {
+        if (word.substr(0, 2) == "__") asked.push_back(word);
+      }
+    }
+  }
+  return std::all_of(asked.begin(), asked.end(),
+                     [&known](std::string_view each) { return known.count(each) != 0; });
+}
+
+std::string ReadGivenMacros(const std::string& commands) {
+  const auto root = ParseXml(commands);
+  if (root == nullptr) return {};
+  std::vector<std::string> macros;
+  const std::string predefined = AttributeOf(root.get(), "Predefined");
+  for (const std::string_view each : Split(predefined, ';')) {
+    Define(macros, std::string(each));
+  }
+  for (const CXmlNode* command : root->GetChildren()) {
+    const std::vector<CXmlNode*> arguments = command->GetChildren();
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+      std::string text = AttributeOf(arguments[i], "V");
+      const std::string flag = text.substr(0, 2);
+      if (flag != "-D" && flag != "-U") continue;
+      text.erase(0, 2);
+      if (text.empty() && i + 1 < arguments.size()) text = AttributeOf(arguments[++i], "V");
+      flag == "-D" ? Define(macros, text) : Remove(macros, text);
+    }
+  }
+  std::string list;
+  for (const std::string& each : macros) list.append(list.empty() ? "" : " ") += each;
+  return list;
+}
+
+EditorMacros::EditorMacros(BuildSession& buildSession, EditorTabs& editorTabs)
+    : session(buildSession), editors(editorTabs) {}
+
+void EditorMacros::Follow() {
+  CodeEditor* const editor = editors.Current();
+  if (editor == nullptr || !editor->HasConditions() || !session.HasProject()) return;
+  const std::string wanted = editor->GetPath() + '\n' + session.Manager().GetSelectedApplication() +
+                             '\n' + std::to_string(session.Inspector().GetChangeCount());
+  if (wanted == shownFor) return;
+  const std::string commands = CommandsFor(editor->GetPath());
+  // The options of a project that was just opened are not all known.
+  if (commands.empty()) return;
+  shownFor = wanted;
+  const std::string macros = ReadGivenMacros(commands);
+  editor->SetMacros(macros, KnowsConditions(editor->GetText().toStdString(), macros));
+}
+
+// Of the source at `path`, or of the first source; empty if none is known yet.
+std::string EditorMacros::CommandsFor(const std::string& path) {
+  const std::string application = session.Manager().GetSelectedApplication();
+  const std::string lines = session.Inspector().GetBuildInputs();
+  std::vector<std::string> outputs;
+  for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
+    if (each.application != application || each.outputs.empty()) continue;
+    // The last one is what is linked.
+    outputs.assign(each.outputs.begin(), each.outputs.end() - 1);
+  }
+  const std::string stem = SplitPath(path).title;
+  for (const std::string& output : outputs) {
+    if (FileNameOf(output).compare(0, stem.size(), stem) != 0) continue;
+    std::string commands = CommandsOf(application, output, path);
+    if (!commands.empty()) return commands;
+  }
+  return outputs.empty() ? std::string() : CommandsOf(application, outputs.front(), {});
+}
+
+// Empty if the output is made of something else than `source`, unless that is empty.
+std::string EditorMacros::CommandsOf(const std::string& application, const std::string& output,
+                                     const std::string& source) {
+  const auto input = ParseXml(session.Inspector().GetToolInput(application, output));
+  if (input == nullptr) return {};
+  const std::string files = AttributeOf(input.get(), "Files");
+  const std::vector<std::string> sources = SplitQuotedPaths(files);
+  const bool isMeant =
+      source.empty() || std::find(sources.begin(), sources.end(), source) != sources.end();
+  if (!isMeant) return {};
+  const CXmlNode* const options = input->FindChild("#CDATA");
+  return session.Tools().GetCommandLines(AttributeOf(input.get(), "Tool"), files,
+                                         options ? options->GetValue() : "");
+}
+
+}  // namespace tarn::host
