@@ -408,7 +408,6 @@ class CProjectModel {
   std::string FindRenamedPart(const std::string& absolute, std::vector<std::string>& added);
   void FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
                   const std::string& target);
-  void RemoveAbandoned(const std::vector<PendingFile>& pending);
   void SaveAllPending(std::vector<PendingFile>& pending);
   void SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending);
   std::string PlanFiles(std::vector<PendingFile>& pending);
