@@ -161,13 +161,14 @@ TEST(CliUndo, AnEditDoesNotFailForItsRecord) {
   const auto answer = project.Run({"add", "src/d.c"});
   EXPECT_EQ(answer.code, 0);
   EXPECT_EQ(answer.out, "added src/d.c\n");
-  EXPECT_TRUE(Has(answer.err, "`tarn undo` needs can't be written: " + std::string(kRecord)))
+  EXPECT_TRUE(Has(answer.err, "`tarn undo` needs can't be written: " + project.PathOf(kRecord)))
       << answer.err;
   fs::remove(project.PathOf(kRecord));
   project.Write(kRecord, "Tarn undo 2\n1\n1 0\n");
-  project.ExpectRefusal({"undo"}, 3, std::string(kRecord) + " can't be used: it is damaged.");
+  project.ExpectRefusal({"undo"}, 3,
+                        "changes " + project.PathOf(kRecord) + " can't be used: it is damaged.");
   const std::string said = project.Run({"remove", "src/d.c"}).err;
-  EXPECT_TRUE(Has(said, "The changes before this one can't be undone: " + std::string(kRecord)));
+  EXPECT_TRUE(Has(said, "The changes before this one can't be undone: " + project.PathOf(kRecord)));
   EXPECT_EQ(project.Out({"undo"}), "undone: Remove d.c\n");
 }
 
