@@ -153,7 +153,8 @@ void BuildSession::AnswerMessages() {
 }
 
 Status BuildSession::Start() {
-  if (const Status made = files.CreateFolders(folders.data); !made) return made;
+  // Projects are opened and built without it as well.
+  (void)files.CreateFolders(folders.data);
   if (const Status attached = Attach(manager, kManagerClass); !attached) return attached;
   logLines.clear();
   if (manager.Init(folders.application, folders.data, frame.GetHandle()) == 0) {
