@@ -388,6 +388,7 @@ class CProjectModel {
                                        const std::vector<FileText>& after, ReplacedFiles& result);
   bool Reload(const std::string& path, const ReplacedFiles& texts);
   // Replaces what is known of the file.
+  bool HoldsWhatIsSaved();
   void SetDamageOf(const std::string& absolute, std::vector<FileDamage> found);
   void SetReference(CXmlNode& node, const std::string& fileName);
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
