@@ -99,6 +99,37 @@ TEST(CliUndo, AnActiveApplicationComesBackAsTheActiveOne) {
   }
 }
 
+// Nothing else has what an application held that is not in the project.
+TEST(CliUndo, AnApplicationWhoseFileWasDeletedComesBackWhole) {
+  const struct {
+    std::vector<std::string> words;
+    const char* way;
+    bool hasOthersChange;
+  } rows[] = {{{"remove", "second"}, "undo", false},
+              {{"remove", "second"}, "undo", true},
+              {{"add", "second.tapp"}, "redo", false},
+              {{"add", "second.tapp"}, "redo", true}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.words[0] + (row.hasOthersChange ? ", with a change of others" : ""));
+    CliProject project;
+    project.WriteProject({{"app", {"a.c"}}, {"second", {"c.c"}}});
+    project.Out({"config", "select", "Fast", "-a", "second"});  // in the form of a save
+    if (row.way == std::string("redo")) project.Out({"remove", "second"});
+    project.Out(row.words);
+    if (row.way == std::string("redo")) project.Out({"undo"});
+    const std::string before = project.Read("second.tapp");
+    fs::remove(project.PathOf("second.tapp"));
+    if (row.hasOthersChange) {
+      project.Write("demo.tprj",
+                    ReplaceAll(project.Read("demo.tprj"), "<Project ", "<Project Note=\"1\" "));
+    }
+    project.Out({row.way});
+    EXPECT_EQ(project.Read("second.tapp"), before);
+    EXPECT_TRUE(Has(project.Out({"tree"}), "c.c"));
+    EXPECT_EQ(Has(project.Read("demo.tprj"), "Note"), row.hasOthersChange);
+  }
+}
+
 TEST(CliUndo, WhatOthersWroteSinceStaysOrNothingIsDone) {
   const struct {
     const char* name;
