@@ -1021,6 +1021,13 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
             <numerusform>Dateien des Projekts wurden hier und von einem anderen Programm geändert, mit einem Konflikt.</numerusform>
             <numerusform>Dateien des Projekts wurden hier und von einem anderen Programm geändert, mit %n Konflikten.</numerusform>
         </translation>
+    <message numerus="yes">
+        <source>%n folders can&apos;t be read</source>
+        <translation>
+            <numerusform>%n Ordner kann nicht gelesen werden</numerusform>
+            <numerusform>%n Ordner können nicht gelesen werden</numerusform>
+        </translation>
+    </message>
     </message>
     <message>
         <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>

@@ -118,6 +118,13 @@
             <numerusform> and %n more</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n folders can&apos;t be read</source>
+        <translation>
+            <numerusform>%n folder can&apos;t be read</numerusform>
+            <numerusform>%n folders can&apos;t be read</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>StatusProgress</name>

@@ -1021,6 +1021,13 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
             <numerusform>Des fichiers du projet ont été modifiés ici et par un autre programme, avec un conflit.</numerusform>
             <numerusform>Des fichiers du projet ont été modifiés ici et par un autre programme, avec %n conflits.</numerusform>
         </translation>
+    <message numerus="yes">
+        <source>%n folders can&apos;t be read</source>
+        <translation>
+            <numerusform>%n dossier ne peut pas être lu</numerusform>
+            <numerusform>%n dossiers ne peuvent pas être lus</numerusform>
+        </translation>
+    </message>
     </message>
     <message>
         <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>
