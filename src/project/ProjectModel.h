@@ -367,7 +367,8 @@ class CProjectModel {
     LineKind kind;
     std::string text;
   };
-  std::vector<BuildNotice> TakeBuildNotices() { return std::exchange(buildNotices, {}); }
+  // Takes the notices since the last call. One of them is the reason why the log is not written.
+  std::vector<BuildNotice> TakeBuildNotices();
 
  private:
   friend class BuildWalk;
@@ -387,8 +388,8 @@ class CProjectModel {
   std::vector<std::string> MergeChange(const std::vector<FileText>& before,
                                        const std::vector<FileText>& after, ReplacedFiles& result);
   bool Reload(const std::string& path, const ReplacedFiles& texts);
-  // Replaces what is known of the file.
   bool HoldsWhatIsSaved();
+  // Replaces what is known of the file.
   void SetDamageOf(const std::string& absolute, std::vector<FileDamage> found);
   void SetReference(CXmlNode& node, const std::string& fileName);
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
