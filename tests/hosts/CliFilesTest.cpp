@@ -95,7 +95,8 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
        3,
        {"/share/config/options/common.options: ", notAFile}},
       {"share/config/tools/host-gcc.tools", Instead::Loop, {"tree"}, 3, {"host-gcc.tools: ", loop}},
-      {"settings", Instead::LinkToNothing, {"tree"}, 3, {"/settings"}},
+      {"settings", Instead::LinkToNothing, {"tree"}, 0, {"a.c"}},
+      {"settings", Instead::LinkToNothing, {"register"}, 3, {"/settings"}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(std::string(row.path) + ": " + row.words[0]);
