@@ -147,11 +147,18 @@ std::int32_t ToolManager::RefreshTools() {
 std::int32_t ToolManager::RunTool(const char* tool, const char* files, const char* options,
                                   const char* messageFile) {
   ToolMessages messages;
-  const bool isDone = Execute(TextOf(tool), files, options, messages);
-  const std::string text = MessageFileText(messages);
-  // Messages that can't be kept don't undo what the tool made.
-  if (messageFile != nullptr && *messageFile != '\0') {
-    static_cast<void>(world.files->WriteScratchFile(messageFile, text));
+  bool isDone = Execute(TextOf(tool), files, options, messages);
+  std::string text = MessageFileText(messages);
+  const bool isWanted = messageFile != nullptr && *messageFile != '\0';
+  const Status written = isWanted ? world.files->WriteScratchFile(messageFile, text) : Status();
+  if (!written) {
+    // The build stops, or a warning would be lost for good: the next one has nothing to do here.
+    isDone = false;
+    MessageLog log;
+    log.AddError(std::string("the messages can't be written to ") + messageFile + ": " +
+                 written.GetError().text);
+    for (ToolMessage& each : log.Take()) messages.push_back(std::move(each));
+    text = MessageFileText(messages);
   }
   TellFrame(kMsgToolEnded, text, isDone ? 1 : 0);
   return isDone ? 1 : 0;

@@ -18,7 +18,8 @@ BuildWork WorkOf(const std::string& command) {
 }
 
 int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome) {
-  if (outcome.end == BuildEnd::Succeeded) return kExitDone;
+  const bool isKept = context.Session().GetStateProblem().empty();
+  if (outcome.end == BuildEnd::Succeeded) return isKept ? kExitDone : kExitCannotOpen;
   if (outcome.end == BuildEnd::Stopped) return kExitInterrupted;
   if (outcome.toolsFailed == 0) return kExitBuildFailed;
   const std::string program = context.Session().FindMissingProgram(context.Session().GetStatus());
@@ -138,7 +139,8 @@ int RunBuild(CommandContext& context) {
   if (hasNews || asked.json) summaries = session.GetSummaries();
   reporter.Finish(outcome, request.work, summaries);
   if (!session.GetStateProblem().empty()) {
-    context.Remark("The state of this build couldn't be kept: " + session.GetStateProblem());
+    context.Complain("The state of this build couldn't be kept: " +
+                     Printable(session.GetStateProblem()));
   }
   ComplainOfGaps(context, outcome);
   const int exitCode = ExitCodeOf(context, outcome);

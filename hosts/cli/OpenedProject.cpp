@@ -49,6 +49,10 @@ std::string CommandContext::Show(const std::string& path) const {
   return Printable(DisplayPath(path, startFolder));
 }
 
+std::string CommandContext::ShowResolved(const std::string& path) const {
+  return Printable(files.ResolveLinks(path));
+}
+
 void CommandContext::Complain(const std::string& text) const {
   lastComplaint = text;
   console.Complain(text);
@@ -346,8 +350,8 @@ void CommandContext::RecordEdit(const std::string& project, const std::string& l
   EditRecord record(files, project);
   const Status& read = record.GetStatus();
   if (!read && read.GetError().code != ErrorCode::NotFound) {
-    Remark("The changes before this one can't be undone: " + Show(read.GetError().place) + ": " +
-           read.GetError().text);
+    Remark("The changes before this one can't be undone: " + ShowResolved(read.GetError().place) +
+           ": " + Printable(read.GetError().text));
   }
   record.Add({label, changes});
   WriteRecord(record);
@@ -355,8 +359,8 @@ void CommandContext::RecordEdit(const std::string& project, const std::string& l
 
 void CommandContext::WriteRecord(EditRecord& record) {
   if (const Status written = record.Write(); !written) {
-    Remark("What `tarn undo` needs can't be written: " + Show(written.GetError().place) + ": " +
-           written.GetError().text);
+    Remark("What `tarn undo` needs can't be written: " + ShowResolved(written.GetError().place) +
+           ": " + Printable(written.GetError().text));
     record.Remove();  // another step would be its last one
   }
 }

@@ -67,7 +67,7 @@ std::string Relocating::FullPath(const std::string& word) const {
 }
 
 int Relocating::Fail(const Error& error) const {
-  context.Complain(context.Show(error.place) + ": " + Printable(error.text));
+  context.Complain(context.ShowResolved(error.place) + ": " + Printable(error.text));
   return kExitCannotOpen;
 }
 
@@ -82,8 +82,14 @@ int Relocating::Search(Relocation& relocation) {
     context.Complain("There is no file or folder " + context.Show(to) + ".");
     return kExitUsage;
   }
-  const Status searched = relocation.Move(FullPath(from), to);
-  return searched ? int{kExitDone} : Fail(searched.GetError());
+  const Status moved = relocation.Move(FullPath(from), to);
+  const std::string types = context.Session().GetFolders().ConfigFile(context.Files());
+  if (const Status fits = relocation.CheckMove(types); !fits) {
+    context.Complain(context.Show(fits.GetError().place) + " " + fits.GetError().text +
+                     "; nothing was changed.");
+    return kExitUsage;
+  }
+  return moved ? int{kExitDone} : Fail(moved.GetError());
 }
 
 int Relocating::Write(Relocation& relocation) {
@@ -106,7 +112,7 @@ int Relocating::Write(Relocation& relocation) {
   }
   if (const Status written = context.Files().WriteFiles(AsBytes(*texts)); !written) {
     const Error& error = written.GetError();
-    context.Complain(context.Show(error.place) +
+    context.Complain(context.ShowResolved(error.place) +
                      " can't be saved, and nothing was changed: " + Printable(error.text));
     return kExitCannotOpen;
   }
@@ -128,6 +134,11 @@ nlohmann::json Relocating::ToJson(const MovedPath& moved) const {
 }
 
 void Relocating::PrintMoves(const Relocation& relocation) const {
+  for (const Error& each : relocation.GetUnread()) {
+    if (relocation.IsComplete()) break;
+    context.Complain("The folder " + context.ShowResolved(each.place) +
+                     " can't be read, and was not searched: " + Printable(each.text) + ".");
+  }
   for (const MovedPath& each : relocation.GetFound()) {
     const std::string former = context.Show(each.oldPath);
     if (!each.newPath.empty()) {
@@ -154,7 +165,11 @@ int Relocating::Report(const Relocation& relocation) const {
   if (context.Asked().json) {
     nlohmann::json list = nlohmann::json::array();
     for (const MovedPath& each : relocation.GetFound()) list.push_back(ToJson(each));
-    PrintJson(context, {{"moves", list}, {"changed", isChanged}, {"complete", isComplete}});
+    nlohmann::json unread = nlohmann::json::array();
+    for (const Error& each : relocation.GetUnread()) unread.push_back(each.place);
+    PrintJson(
+        context,
+        {{"moves", list}, {"changed", isChanged}, {"complete", isComplete}, {"unread", unread}});
   } else {
     PrintMoves(relocation);
     const bool isNothing = relocation.GetFound().empty();

@@ -46,7 +46,7 @@ int WriteDirectly(CommandContext& context, const std::string& project, const Fil
   const Status written = context.Files().WriteFiles(AsBytes(TextsAfter(changes)));
   if (written) return kExitDone;
   const Error& error = written.GetError();
-  context.Complain(context.Show(error.place) +
+  context.Complain(context.ShowResolved(error.place) +
                    " can't be saved, and nothing was changed: " + Printable(error.text));
   return kExitCannotOpen;
 }
@@ -72,7 +72,7 @@ int RefuseRecord(CommandContext& context, const Error& error, bool isUndo) {
                             : "There is no change to redo.");
     return kExitUsage;
   }
-  context.Complain("The record of changes " + context.Show(error.place) +
+  context.Complain("The record of changes " + context.ShowResolved(error.place) +
                    " can't be used: " + Printable(error.text) + ".");
   return kExitCannotOpen;
 }

@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "hosts/desktop/Banner.h"
+#include "hosts/desktop/ChangeTexts.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/Examples.h"
 #include "hosts/desktop/RecentMenu.h"
@@ -61,6 +62,12 @@ class EditRight {
   InspectorDriver& inspector;
   bool isTaken = false;
 };
+
+// The next step for a menu; empty if there is none.
+QString TextOfStep(const std::deque<ProjectStep>& steps) {
+  if (steps.empty()) return {};
+  return ChangeText(SummarizeChanges(steps.back().changes)).replace(u'&', QStringLiteral("&&"));
+}
 
 // A file that the changes bring along must not be there already with another text: without a base
 // the two can't be merged.
@@ -323,10 +330,16 @@ void ProjectActions::AddHistory(QMenu& menu) {
   QAction* const redo =
       menu.addAction(tr("Redo project change"), Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_Z, this,
                      [this] { Go(&ProjectHistory::Redo); });
+  undo->setObjectName("undoProject");
+  redo->setObjectName("redoProject");
   connect(&menu, &QMenu::aboutToShow, this, [this, undo, redo] {
     history.Note();
     undo->setEnabled(history.CanUndo());
     redo->setEnabled(history.CanRedo());
+    const QString back = TextOfStep(history.GetUndoSteps());
+    const QString on = TextOfStep(history.GetRedoSteps());
+    undo->setText(back.isEmpty() ? tr("Undo project change") : tr("Undo: %1").arg(back));
+    redo->setText(on.isEmpty() ? tr("Redo project change") : tr("Redo: %1").arg(on));
   });
   // Else the keys would be dead once they were looked up in vain.
   connect(&menu, &QMenu::aboutToHide, this, [undo, redo] {

@@ -129,8 +129,14 @@ void RelocateDialog::Fill() {
     ++all;
     if (!each.newPath.empty()) ++count;
   }
-  summary_->setText(all == 0 ? tr("Nothing is missing.")
-                             : tr("%1 of %n missing files found", nullptr, all).arg(count));
+  QString summary = all == 0 ? tr("Nothing is missing.")
+                             : tr("%1 of %n missing files found", nullptr, all).arg(count);
+  QStringList unread;
+  for (const Error& each : moves_.GetUnread()) unread << ToQt(each.place + ": " + each.text);
+  const int folders = static_cast<int>(unread.size());
+  if (folders > 0) summary += u'\n' + tr("%n folders can't be read", nullptr, folders);
+  summary_->setText(summary);
+  summary_->setToolTip(unread.join(u'\n'));
   buttons_->button(QDialogButtonBox::Ok)->setEnabled(count > 0);
 }
 

@@ -153,7 +153,8 @@ void BuildSession::AnswerMessages() {
 }
 
 Status BuildSession::Start() {
-  if (const Status made = files.CreateFolders(folders.data); !made) return made;
+  // Projects are opened and built without it as well.
+  (void)files.CreateFolders(folders.data);
   if (const Status attached = Attach(manager, kManagerClass); !attached) return attached;
   logLines.clear();
   if (manager.Init(folders.application, folders.data, frame.GetHandle()) == 0) {
@@ -285,6 +286,11 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
   if (outcome.end == BuildEnd::Failed && outcome.toolsFailed == 0 && outcome.problem.empty()) {
     outcome.problem = ParseStatusProblem(inspector.GetStatus());
   }
+  // The definitions were read again, and without them there is nothing to build with.
+  if (outcome.end == BuildEnd::Refused && outcome.problem.empty()) {
+    const std::vector<std::string> errors = GetDefinitionErrors();
+    if (!errors.empty()) outcome.problem = errors.front();
+  }
   stopRequested = false;
   if (!scripts.IsRunning()) scripts.ForgetStop();
   logLines.clear();
@@ -404,7 +410,6 @@ void BuildSession::ShowNotices() {
   if (list == nullptr || list->GetChildCount() == 0) return;
   // Also if no tool was run, it is more than a build with nothing to do.
   if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));
-  if (watcher == nullptr) return;
   std::vector<LogEntry> entries;
   for (const CXmlNode* each : list->GetChildren()) {
     const bool isError = AttributeOf(each, "Kind") == "error";
@@ -415,7 +420,10 @@ void BuildSession::ShowNotices() {
                        {},
                        0});
   }
-  watcher->OnToolEnded(outcome.end == BuildEnd::Succeeded, entries);
+  const bool hasError = std::ranges::any_of(
+      entries, [](const LogEntry& each) { return each.kind == LogKind::Error; });
+  if (hasError && outcome.end == BuildEnd::Succeeded) outcome.end = BuildEnd::Failed;
+  if (watcher != nullptr) watcher->OnToolEnded(outcome.end == BuildEnd::Succeeded, entries);
 }
 
 void BuildSession::WaitForWorker() {
@@ -491,6 +499,7 @@ std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
   start.output = AttributeOf(element.get(), "Output");
   start.command = AttributeOf(element.get(), "Command");
   // From here on it is a build that runs tools, whose log is kept.
+  log.Renew(inspector.GetLogFile());
   if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));
   if (watcher != nullptr) watcher->OnToolStarted(start);
   return 1;
@@ -529,6 +538,7 @@ std::intptr_t BuildSession::OnRunScript(const HostEvent& event) {
 
 // The log of the last build that did something; one that found nothing to do keeps it.
 void BuildSession::KeepLog() {
+  log.Renew(inspector.GetLogFile());
   const Status written = log.Keep();
   if (!written) stateProblem = written.GetError().place + ": " + written.GetError().text;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <optional>
 #include <set>
 #include <string_view>
 #include <vector>
@@ -140,10 +141,10 @@ Items FindOwn(const Lines& lines, const Lines& others, std::string section) {
 
 // What a change did, over all files.
 struct Summary {
-  Items added, removed;       // nodes
-  std::string renamed;        // "a to b"
-  std::string configuration;  // that was selected
-  std::string active;         // application that was selected
+  Items added, removed;             // nodes
+  std::string formerName, newName;  // of a node that was renamed
+  std::string configuration;        // that was selected
+  std::string active;               // application that was selected
   Items addedConfigurations, removedConfigurations;
   std::set<std::string> set, reset;  // options
   std::string moved;
@@ -161,7 +162,10 @@ Items Take(Items& items, std::string_view type) {
 
 // An element that has other attributes than before; groups and the like have no file.
 void CompareNode(const Item& before, const Item& after, Summary& found) {
-  if (before.label != after.label) found.renamed = before.label + " to " + after.label;
+  if (before.label != after.label) {
+    found.formerName = before.label;
+    found.newName = after.label;
+  }
   if (before.configuration != after.configuration) found.configuration = after.configuration;
 }
 
@@ -234,21 +238,30 @@ void Examine(const FileChange& change, Summary& found) {
   PairNodes(removed, added, found);
 }
 
-// "a.c", "3 files"
-std::string NamesOf(const Items& items) {
-  if (items.size() == 1) return items.front().label;
+ChangeLabel LabelOf(ChangeKind kind, const Items& items) {
+  ChangeLabel label;
+  label.kind = kind;
+  label.count = items.size();
+  if (items.size() == 1) label.name = items.front().label;
   const auto areAll = [&items](auto isOfKind) {
     return std::all_of(items.begin(), items.end(), isOfKind);
   };
-  const char* kind = "items";
   if (areAll([](const Item& each) { return each.type == "Application"; })) {
-    kind = "applications";
+    label.nodes = NodeKind::Application;
   } else if (areAll([](const Item& each) { return each.type == "Group"; })) {
-    kind = "groups";
+    label.nodes = NodeKind::Group;
   } else if (areAll([](const Item& each) { return !each.file.empty(); })) {
-    kind = "files";
+    label.nodes = NodeKind::File;
   }
-  return std::to_string(items.size()) + " " + kind;
+  return label;
+}
+
+ChangeLabel LabelOf(ChangeKind kind, std::string name) {
+  ChangeLabel label;
+  label.kind = kind;
+  label.name = std::move(name);
+  label.count = 1;
+  return label;
 }
 
 bool HaveSameLabels(const Items& one, const Items& other) {
@@ -256,40 +269,87 @@ bool HaveSameLabels(const Items& one, const Items& other) {
                              [](const Item& a, const Item& b) { return a.label == b.label; });
 }
 
-std::string DescribeNodes(const Summary& found) {
+std::optional<ChangeLabel> LabelOfNodes(const Summary& found) {
   const bool isBoth = !found.added.empty() && !found.removed.empty();
-  if (isBoth && HaveSameLabels(found.added, found.removed)) return "Move " + NamesOf(found.added);
-  if (isBoth) return "Replace " + NamesOf(found.removed);
-  if (!found.added.empty()) return "Add " + NamesOf(found.added);
-  if (!found.removed.empty()) return "Remove " + NamesOf(found.removed);
-  return found.renamed.empty() ? std::string() : "Rename " + found.renamed;
+  if (isBoth && HaveSameLabels(found.added, found.removed)) {
+    return LabelOf(ChangeKind::Move, found.added);
+  }
+  if (isBoth) return LabelOf(ChangeKind::Replace, found.removed);
+  if (!found.added.empty()) return LabelOf(ChangeKind::Add, found.added);
+  if (!found.removed.empty()) return LabelOf(ChangeKind::Remove, found.removed);
+  if (found.newName.empty()) return {};
+  ChangeLabel label = LabelOf(ChangeKind::Rename, found.formerName);
+  label.newName = found.newName;
+  return label;
 }
 
-std::string DescribeOptions(const Summary& found) {
+std::optional<ChangeLabel> LabelOfOptions(const Summary& found) {
   std::set<std::string> all = found.set;
   all.insert(found.reset.begin(), found.reset.end());
   if (all.empty()) return {};
-  if (all.size() > 1) return "Change " + std::to_string(all.size()) + " options";
-  return (found.set.empty() ? "Reset " : "Set ") + *all.begin();
+  if (all.size() == 1) {
+    return LabelOf(found.set.empty() ? ChangeKind::ResetOption : ChangeKind::SetOption,
+                   *all.begin());
+  }
+  ChangeLabel label;
+  label.kind = ChangeKind::ChangeOptions;
+  label.count = all.size();
+  return label;
 }
+
+// The words of a kind in English; a "%" stands for the name or the number.
+constexpr std::array<const char*, 13> kWords = {"Add %",
+                                                "Remove %",
+                                                "Move %",
+                                                "Replace %",
+                                                "Rename %",
+                                                "Add configuration %",
+                                                "Remove configuration %",
+                                                "Select configuration %",
+                                                "Set %",
+                                                "Reset %",
+                                                "Change %",
+                                                "Select application %",
+                                                "Change the project"};
+constexpr std::array<const char*, 4> kNodeWords = {" items", " files", " groups", " applications"};
 
 }  // namespace
 
-std::string DescribeChanges(const FileChanges& changes) {
+ChangeLabel SummarizeChanges(const FileChanges& changes) {
   Summary found;
   for (const FileChange& each : changes) {
     // Of a file that came or went the project file says so.
     if (each.before && each.after) Examine(each, found);
   }
-  if (std::string text = DescribeNodes(found); !text.empty()) return text;
+  if (const auto label = LabelOfNodes(found)) return *label;
   const auto& added = found.addedConfigurations;
   const auto& removed = found.removedConfigurations;
-  if (!added.empty() && removed.empty()) return "Add configuration " + added.front().label;
-  if (!removed.empty() && added.empty()) return "Remove configuration " + removed.front().label;
-  if (!found.configuration.empty()) return "Select configuration " + found.configuration;
-  if (std::string text = DescribeOptions(found); !text.empty()) return text;
-  if (!found.active.empty()) return "Select application " + found.active;
-  return found.moved.empty() ? "Change the project" : "Move " + found.moved;
+  if (!added.empty() && removed.empty()) {
+    return LabelOf(ChangeKind::AddConfiguration, added.front().label);
+  }
+  if (!removed.empty() && added.empty()) {
+    return LabelOf(ChangeKind::RemoveConfiguration, removed.front().label);
+  }
+  if (!found.configuration.empty()) {
+    return LabelOf(ChangeKind::SelectConfiguration, found.configuration);
+  }
+  if (const auto label = LabelOfOptions(found)) return *label;
+  if (!found.active.empty()) return LabelOf(ChangeKind::SelectApplication, found.active);
+  return found.moved.empty() ? ChangeLabel() : LabelOf(ChangeKind::Move, found.moved);
+}
+
+std::string DescribeChanges(const FileChanges& changes) {
+  const ChangeLabel label = SummarizeChanges(changes);
+  std::string subject = label.name;
+  if (label.count > 1) {
+    const bool isOptions = label.kind == ChangeKind::ChangeOptions;
+    subject = std::to_string(label.count) +
+              (isOptions ? " options" : kNodeWords[static_cast<std::size_t>(label.nodes)]);
+  }
+  if (!label.newName.empty()) subject += " to " + label.newName;
+  std::string text = kWords[static_cast<std::size_t>(label.kind)];
+  const std::size_t at = text.find('%');
+  return at == text.npos ? text : text.replace(at, 1, subject);
 }
 
 }  // namespace tarn::host

@@ -1,5 +1,6 @@
 #include "hosts/frame/FileIndex.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/paths/Paths.h"
@@ -13,6 +14,7 @@ void FileIndex::Begin(const std::string& folder) {
   paths_.clear();
   count_ = 0;
   status_ = {};
+  unread_.clear();
 }
 
 bool FileIndex::Continue(std::chrono::milliseconds time) {
@@ -29,8 +31,13 @@ bool FileIndex::Continue(std::chrono::milliseconds time) {
 void FileIndex::List(const std::string& folder) {
   const auto entries = files_.ListFolder(folder);
   if (!entries) {
-    const Error& error = entries.GetError();
-    if (folder == start_) status_ = Error{error.code, error.text, folder};
+    Error error{entries.GetError().code, entries.GetError().text, folder};
+    if (folder == start_) {
+      status_ = std::move(error);
+    } else if (error.code != ErrorCode::NotFound) {
+      unread_.insert(std::ranges::upper_bound(unread_, folder, {}, &Error::place),
+                     std::move(error));
+    }
     return;
   }
   count_ += entries->size();

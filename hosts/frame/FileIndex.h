@@ -25,6 +25,8 @@ class FileIndex {
   // After that: fails if the folder itself can't be read, or if more than kMostEntries are below
   // it. Folders inside that can't be read are skipped.
   const Status& GetStatus() const { return status_; }
+  // Those folders, each with its path as `place`, in the order of the paths.
+  const std::vector<Error>& GetUnread() const { return unread_; }
   // Paths of all files with this name, in any letter case.
   const std::vector<std::string>& Find(const std::string& name) const;
 
@@ -36,6 +38,7 @@ class FileIndex {
   std::vector<std::string> open_;  // folders that are still to be listed
   std::size_t count_ = 0;
   Status status_;
+  std::vector<Error> unread_;
   std::unordered_map<std::string, std::vector<std::string>> paths_;  // by folded name
 };
 

@@ -31,6 +31,10 @@ void LogKeeper::Follow(const std::string& log, const std::string& kept) {
   OnTick();
 }
 
+void LogKeeper::Renew(const std::string& log) {
+  if (!source.empty() && !log.empty()) source = log;
+}
+
 void LogKeeper::Forget() {
   StopTimer();
   source.clear();
@@ -45,7 +49,8 @@ Status LogKeeper::Keep() {
 // Readers tell a new log by its time, so one that is kept already is not written again.
 Status LogKeeper::Copy() {
   const auto text = files.ReadWholeFile(source);
-  if (!text) return {};
+  if (!text && text.GetError().code == ErrorCode::NotFound) return {};
+  if (!text) return Error{text.GetError().code, text.GetError().text, source};
   const std::size_t hash = std::hash<std::string>()(*text);
   if (copied == hash) return {};
   // Names and paths stand in the log as they are; the kept one is for everybody's tools.

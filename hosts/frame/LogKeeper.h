@@ -24,6 +24,8 @@ class LogKeeper {
   // Copies `log` to `kept` now, and again whenever it has changed, until Keep or Forget. Failures
   // are silent. Nothing while it follows one already.
   void Follow(const std::string& log, const std::string& kept);
+  // The server's log has this name now. No-op while none is followed.
+  void Renew(const std::string& log);
   // Copies what was followed last as it is by now; nothing when that is nothing, or gone.
   Status Keep();
   // Nothing was followed.

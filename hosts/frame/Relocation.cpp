@@ -39,13 +39,6 @@ std::size_t CountCommonEnd(std::string_view one, std::string_view other) {
   return static_cast<std::size_t>(ends.first - a.rbegin());
 }
 
-// `path` with the folder `from` in front replaced, if it is there or below.
-std::string MapPath(const std::string& path, const std::string& from, const std::string& to) {
-  if (path == from) return to;
-  if (from.empty() || !path.starts_with(AddSeparator(from))) return path;
-  return JoinPath(to, path.substr(AddSeparator(from).size()));
-}
-
 bool IsPart(const CXmlNode& node, const char* name) {
   return node.NameView() == name;
 }
@@ -90,6 +83,12 @@ std::string WriteLike(const std::string& model, const std::string& absolute,
 }
 
 }  // namespace
+
+std::string MapPath(const std::string& path, const std::string& from, const std::string& to) {
+  if (path == from) return to;
+  if (from.empty() || !path.starts_with(AddSeparator(from))) return path;
+  return JoinPath(to, path.substr(AddSeparator(from).size()));
+}
 
 const char* NameOf(MovedPath::Kind kind) {
   constexpr const char* kNames[] = {"application", "source", "option"};
@@ -171,13 +170,16 @@ Status Relocation::Run() {
   if (Status loaded = Load(project_, project_, project); !loaded) return loaded;
   project.oldFolder = project.newFolder = folder_;
   for (const CXmlNode* child : project.root.GetChildren()) {
+    const std::string written = AttributeOf(child, "Extern");
+    if (!written.empty()) NoteUsed(project_, Resolve(folder_, written));
+  }
+  for (const CXmlNode* child : project.root.GetChildren()) {
     if (AttributeOf(child, "Extern").empty()) continue;
     if (Status checked = CheckApplication(*child); !checked) return checked;
   }
   for (const auto& each : documents_) {
     ForEachPath(each->root, [&](const std::string& written) {
-      const std::string path = Resolve(each->newFolder, written);
-      if (IsFile(path)) used_.insert(each->path + "\n" + RealName(files_, path));
+      NoteUsed(each->path, Resolve(each->newFolder, written));
     });
     ForEachPath(each->root, [&](const std::string& written) { CheckSource(written, *each); });
   }
@@ -291,6 +293,17 @@ bool Relocation::IsFile(const std::string& path) {
   return files_.Exists(path) && !files_.IsFolder(path);
 }
 
+// A file that a move takes along is not used where it was.
+void Relocation::NoteUsed(const std::string& document, const std::string& path) {
+  const std::string place = MapPath(path, from_, to_);
+  const bool stays = place == path || !IsFile(place);
+  if (stays && IsFile(path)) used_.insert(document + "\n" + RealName(files_, path));
+}
+
+bool Relocation::IsUsed(const std::string& document, const std::string& path) const {
+  return used_.contains(document + "\n" + RealName(files_, path));
+}
+
 // Sets newPath to where the file is now: oldPath if it is there, empty if that is open.
 void Relocation::Locate(MovedPath& moved) {
   if (!from_.empty()) {
@@ -320,9 +333,7 @@ bool Relocation::IsOtherNameOf(const std::string& path, const std::vector<std::s
 void Relocation::AddCandidates(MovedPath& moved) {
   const std::vector<std::string>& named = index_.Find(FileNameOf(moved.oldPath));
   for (const std::string& each : named) {
-    if (IsOtherNameOf(each, named) || used_.contains(moved.file + "\n" + RealName(files_, each)))
-      continue;
-    moved.candidates.push_back(each);
+    if (!IsOtherNameOf(each, named) && !IsUsed(moved.file, each)) moved.candidates.push_back(each);
   }
   const auto rank = [&moved](const std::string& path) {
     const bool isExact = FileNameOf(path) == FileNameOf(moved.oldPath);

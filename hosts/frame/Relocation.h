@@ -34,6 +34,9 @@ struct MovedPath {
 // Name of a kind in documents for programs: "application", "source", "option".
 const char* NameOf(MovedPath::Kind kind);
 
+// `path` with the folder `from` in front replaced by `to`, if it is there or below; all absolute.
+std::string MapPath(const std::string& path, const std::string& from, const std::string& to);
+
 // Finds application files, sources and folders in options that have moved, and corrects the paths
 // in the project's files. It works on the text of the files alone, because a project whose
 // application is missing can't be opened, and changes nothing else in them.
@@ -65,9 +68,16 @@ class Relocation {
   Status FinishSearch();
   // Has everything at or below `from` at or below `to`. What isn't there has no newPath.
   Status Move(const std::string& from, const std::string& to);
+  // After Move: fails, with the path that is in the way as `place`, if a file would become a folder
+  // or a folder a file, a file one of another node type, or two nodes one file. The types of nodes
+  // are those of a configuration file.
+  Status CheckMove(const std::string& configurationFile);
 
   // Returns whether the project can't be opened because the file of an application isn't there.
   bool MissesApplication();
+
+  // The folders that a search has passed over because they can't be read.
+  const std::vector<Error>& GetUnread() const { return index_.GetUnread(); }
 
   // What the last search found, in the order of the project.
   const std::vector<MovedPath>& GetFound() const { return found_; }
@@ -93,6 +103,8 @@ class Relocation {
   void CheckOption(const std::string& written, const Document& document);
   std::string Resolve(const std::string& folder, const std::string& written) const;
   bool IsFile(const std::string& path);
+  void NoteUsed(const std::string& document, const std::string& path);
+  bool IsUsed(const std::string& document, const std::string& path) const;
   void Locate(MovedPath& moved);
   bool IsOtherNameOf(const std::string& path, const std::vector<std::string>& list);
   void AddCandidates(MovedPath& moved);

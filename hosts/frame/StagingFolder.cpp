@@ -36,10 +36,39 @@ int RankOf(const std::string& path) {
   return EqualNoCase(extension, ".tprj") ? 2 : EqualNoCase(extension, ".tapp") ? 1 : 0;
 }
 
-Status WriteWithFolder(FileSystem& files, const NewFile& file) {
-  const Status made = files.CreateFolders(FolderOf(file.path));
-  return made ? files.WriteWholeFile(file.path, file.text) : made;
-}
+// Writes new files, and can remove them again with the folders that were made for them.
+class NewFileWriter {
+ public:
+  explicit NewFileWriter(FileSystem& fileSystem) : files_(fileSystem) {}
+
+  Status Write(const NewFile& file) {
+    const std::string parent = FolderOf(file.path);
+    const std::size_t known = folders_.size();
+    for (std::string folder = parent; !folder.empty() && !files_.Exists(folder);) {
+      folders_.push_back(folder);
+      const std::string above = FolderOf(folder);
+      if (above == folder) break;
+      folder = above;
+    }
+    std::reverse(folders_.begin() + static_cast<std::ptrdiff_t>(known), folders_.end());
+    Status done = files_.CreateFolders(parent);
+    if (done) done = files_.WriteWholeFile(file.path, file.text);
+    if (done) written_.push_back(file.path);
+    return done;
+  }
+  // What others have put into a folder in the meantime stays, and so does the folder.
+  void TakeBack() {
+    for (const std::string& path : written_) (void)files_.RemoveFile(path);
+    std::error_code failure;
+    for (auto each = folders_.rbegin(); each != folders_.rend(); ++each) fs::remove(*each, failure);
+  }
+  std::vector<std::string> TakeWritten() { return std::move(written_); }
+
+ private:
+  FileSystem& files_;
+  std::vector<std::string> written_;
+  std::vector<std::string> folders_;  // that were not there, each after the one that it is in
+};
 
 }  // namespace
 
@@ -57,30 +86,31 @@ Result<std::vector<std::string>> WriteNewFiles(FileSystem& files,
       return Error{ErrorCode::AlreadyExists, "is there already", each.path};
     }
   }
-  std::vector<std::string> written;
+  NewFileWriter writer(files);
   for (const NewFile* each : missing) {
-    const Status done = WriteWithFolder(files, *each);
-    if (done) {
-      written.push_back(each->path);
-      continue;
-    }
-    for (const std::string& path : written) (void)files.RemoveFile(path);
+    const Status done = writer.Write(*each);
+    if (done) continue;
+    writer.TakeBack();
     return Error{done.GetError().code, done.GetError().text, each->path};
   }
-  return written;
+  return writer.TakeWritten();
 }
 
 StagingFolder::StagingFolder(FileSystem& fileSystem, const std::string& parent)
     : files_(fileSystem) {
+  status_ = MakeIn(parent);
+  const std::string other = files_.TemporaryFolder();
+  if (!status_ && !other.empty() && MakeIn(other)) status_ = {};
+}
+
+Status StagingFolder::MakeIn(const std::string& parent) {
   RemoveOld(files_, parent);
   const Result<std::string> reserved = files_.ReserveName(parent, kPrefix);
-  if (!reserved) {
-    status_ = reserved.GetError();
-    return;
-  }
-  status_ = files_.RemoveFile(*reserved);
-  if (status_) status_ = files_.CreateNamedFolders(*reserved);
-  if (status_) path_ = *reserved;
+  if (!reserved) return Error{reserved.GetError().code, reserved.GetError().text, parent};
+  Status made = files_.RemoveFile(*reserved);
+  if (made) made = files_.CreateNamedFolders(*reserved);
+  if (made) path_ = *reserved;
+  return made;
 }
 
 StagingFolder::~StagingFolder() {

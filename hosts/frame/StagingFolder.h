@@ -16,17 +16,17 @@ struct NewFile {
 };
 
 // Writes the files in this order and returns the paths of those that it wrote. All or none: after a
-// failure the ones that were written are removed again. One that is there already and holds other
-// bytes is a failure (AlreadyExists) unless it is shared, and nothing is written then; one with the
-// same bytes is left alone. So the file that makes the others a project comes last, and an
-// interrupted process can be started again.
+// failure the ones that were written are removed again, with the folders that were made for them.
+// One that is there already and holds other bytes is a failure (AlreadyExists) unless it is shared,
+// and nothing is written then; one with the same bytes is left alone. So the file that makes the
+// others a project comes last, and an interrupted process can be started again.
 Result<std::vector<std::string>> WriteNewFiles(FileSystem& files, const std::vector<NewFile>& list);
 
 // A folder in which a project is made until all of it is there. It disappears with the object;
 // what killed processes left is removed a day later.
 class StagingFolder {
  public:
-  // Makes the folder inside of `parent`, which has to exist.
+  // Makes the folder inside of `parent`, or of the folder for temporary files if that fails.
   StagingFolder(FileSystem& fileSystem, const std::string& parent);
   StagingFolder(const StagingFolder&) = delete;
   StagingFolder& operator=(const StagingFolder&) = delete;
@@ -41,6 +41,8 @@ class StagingFolder {
   Result<std::vector<NewFile>> CollectFor(const std::string& folder, const std::string& target);
 
  private:
+  Status MakeIn(const std::string& parent);
+
   FileSystem& files_;
   std::string path_;
   Status status_;

@@ -13,7 +13,6 @@ namespace tarn {
 namespace {
 
 constexpr const char* kConfigFileName = "projectmanager.config";
-constexpr const char* kLogPrefix = "$opj";
 
 std::string BehindLastSeparator(const std::string& path) {
   std::size_t start = path.size();
@@ -96,11 +95,8 @@ bool CProjectManager::ChooseConfigFile(const std::string& root) {
 
 void CProjectManager::NameLogFile() {
   const std::string folder = platform.files.TemporaryFolder();
-  if (folder.empty()) return;
-  const Result<std::string> name = platform.files.ReserveName(folder, kLogPrefix);
-  if (!name) return;
-  (void)platform.files.RemoveFile(*name);
-  output->SetLogFile(*name + ".xml");
+  if (!folder.empty()) (void)output->PlaceLogFile(folder);
+  output->SetSpareFolder(dataPath);
 }
 
 void CProjectManager::MakeWizard() {

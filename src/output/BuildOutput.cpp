@@ -14,6 +14,7 @@ namespace tarn {
 namespace {
 
 constexpr const char* kMessageFile = "message.xslt";
+constexpr const char* kLogPrefix = "$opj";
 
 std::unique_ptr<CXmlNode> MakeRoot(const char* name) {
   return CXmlNode::CreateNode(name);
@@ -79,6 +80,17 @@ void CBuildOutput::SetLogFile(const std::string& path) {
   writer.Forget();
 }
 
+bool CBuildOutput::PlaceLogFile(const std::string& folder) {
+  const Result<std::string> name = disk.ReserveName(folder, kLogPrefix);
+  if (!name) {
+    logStatus = Error{name.GetError().code, name.GetError().text, folder};
+    return false;
+  }
+  static_cast<void>(disk.RemoveFile(*name));
+  SetLogFile(*name + ".xml");
+  return true;
+}
+
 void CBuildOutput::DeleteLogFile() {
   writer.Forget();
   // A file that is gone already is as good.
@@ -138,19 +150,28 @@ void CBuildOutput::AddOutput(const std::string& text) {
 }
 
 void CBuildOutput::SaveLog() {
-  if (logFile.empty()) return;
-  writer.Save(logFile, MakeHead("<?xml-stylesheet type=\"text/xsl\" href=\"", stylesheet, "\"?>"),
-              *root);
+  WriteLogFile(MakeHead("<?xml-stylesheet type=\"text/xsl\" href=\"", stylesheet, "\"?>"));
+}
+
+void CBuildOutput::WriteLogFile(const std::string& head) {
+  if (logFile.empty() && !UseSpareFolder()) return;
+  logStatus = writer.Save(logFile, head, *root);
+  if (!logStatus && UseSpareFolder()) logStatus = writer.Save(logFile, head, *root);
+}
+
+// The folder for temporary files may be full where that of the user's data has room.
+bool CBuildOutput::UseSpareFolder() {
+  const std::string former = logFile;
+  if (spareFolder.empty() || !PlaceLogFile(std::exchange(spareFolder, {}))) return false;
+  if (!former.empty()) static_cast<void>(disk.RemoveFile(former));
+  return true;
 }
 
 void CBuildOutput::ResetLog() {
   root = MakeRoot("output");
   ++generation;
   writer.Forget();
-  if (!logFile.empty()) {
-    writer.Save(logFile, MakeHead("<?xml-stylesheet href=\"", stylesheet, "\" type=\"text/xsl\"?>"),
-                *root);
-  }
+  WriteLogFile(MakeHead("<?xml-stylesheet href=\"", stylesheet, "\" type=\"text/xsl\"?>"));
   if (logView != nullptr) logView->Clear();
 }
 

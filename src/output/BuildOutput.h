@@ -23,8 +23,8 @@ class LineRecogniser;
 // Threads: every operation runs on the host's thread; a build's worker hands its messages over as
 // steps on that thread. That is why no lock guards the tree.
 //
-// Failures are silent: a log file that cannot be written is skipped and tried again at the next
-// save; tree and views stay correct.
+// A log file that cannot be written moves to the spare folder, if there is one. What can be written
+// neither way is tried again at the next save; tree and views stay correct.
 class CBuildOutput {
  public:
   // Bits of the flags.
@@ -60,6 +60,13 @@ class CBuildOutput {
   // is saved when asked, not after each message. The file itself is not touched.
   void SetLogFile(const std::string& path);
   const std::string& GetLogFile() const { return logFile; }
+  // Makes a new name in the folder the log file. Returns false, and changes nothing, if there is
+  // none.
+  bool PlaceLogFile(const std::string& folder);
+  // Where the log file goes if it can't be written where it is, or has no name.
+  void SetSpareFolder(const std::string& folder) { spareFolder = folder; }
+  // Why the log file could not be written last.
+  const Status& GetLogStatus() const { return logStatus; }
   // Removes the log file from the disk; the path stays. For the end of the hub's life.
   void DeleteLogFile();
 
@@ -114,6 +121,8 @@ class CBuildOutput {
  private:
   void AddProblem(LineKind kind, const std::string& text);
   void LoadMessages(const CXmlNode& messages);
+  void WriteLogFile(const std::string& head);
+  bool UseSpareFolder();
 
   FileSystem& disk;
   std::string configFolder;
@@ -121,6 +130,8 @@ class CBuildOutput {
   std::unique_ptr<CXmlNode> root;
   std::uint64_t generation = 0;  // of the tree: how often it was reset
   std::string logFile;
+  std::string spareFolder;  // empty: none, or in use
+  Status logStatus;
   std::string viewTitle;
   std::string messageProblem;
   std::string stylesheet;

@@ -51,8 +51,8 @@ void AppendElement(const CXmlNode& node, std::string& text, int depth) {
 
 }  // namespace
 
-void LogFileWriter::Save(const std::string& path, const std::string& head, const CXmlNode& root) {
-  if (!Continue(path, head, root)) WriteWhole(path, head, root);
+Status LogFileWriter::Save(const std::string& path, const std::string& head, const CXmlNode& root) {
+  return Continue(path, head, root) ? Status() : WriteWhole(path, head, root);
 }
 
 bool LogFileWriter::Continue(const std::string& path, const std::string& head,
@@ -78,18 +78,19 @@ bool LogFileWriter::Continue(const std::string& path, const std::string& head,
   return true;
 }
 
-void LogFileWriter::WriteWhole(const std::string& path, const std::string& head,
-                               const CXmlNode& root) {
+Status LogFileWriter::WriteWhole(const std::string& path, const std::string& head,
+                                 const CXmlNode& root) {
   last.reset();
   std::string text = head;
   AppendElement(root, text, 0);
-  if (!disk.WriteScratchFile(path, text)) return;
+  if (Status written = disk.WriteScratchFile(path, text); !written) return written;
   // Somebody else may have been at the file already; the next save is a whole one then.
   const std::optional<FileStatus> status = disk.Examine(path);
-  if (!status || status->size != text.size()) return;
+  if (!status || status->size != text.size()) return {};
   const int children = root.GetChildCount();
   const std::size_t end = children == 0 ? kEmptyElementEnd.size() : ClosingOf(root).size();
   last = Written{path, head, children, text.size() - end, *status};
+  return {};
 }
 
 }  // namespace tarn

@@ -21,9 +21,9 @@ class LogFileWriter {
   explicit LogFileWriter(FileSystem& fileSystem) : disk(fileSystem) {}
 
   // Makes the file `head` followed by the text of `root`. Since the last call with the same head,
-  // `root` must be the same element with at most more children. A failure is forgotten: the next
-  // call writes the file whole.
-  void Save(const std::string& path, const std::string& head, const CXmlNode& root);
+  // `root` must be the same element with at most more children. After a failure the next call
+  // writes the file whole.
+  Status Save(const std::string& path, const std::string& head, const CXmlNode& root);
   // The next Save writes the file whole.
   void Forget() { last.reset(); }
 
@@ -39,7 +39,7 @@ class LogFileWriter {
 
   // False when the file must be written whole; nothing is remembered then.
   bool Continue(const std::string& path, const std::string& head, const CXmlNode& root);
-  void WriteWhole(const std::string& path, const std::string& head, const CXmlNode& root);
+  Status WriteWhole(const std::string& path, const std::string& head, const CXmlNode& root);
 
   FileSystem& disk;
   std::optional<Written> last;

@@ -19,6 +19,11 @@ std::string Field(const char* name, const std::string& value) {
   return std::string(name) + "<" + value + ">";
 }
 
+std::string LineField(const CXmlNode& message) {
+  const char* const line = message.GetAttrValue("Line");
+  return line == nullptr ? std::string() : Field("line", line);
+}
+
 std::optional<std::string> FindField(std::string_view target, const std::string& name) {
   const std::string mark = name + "<";
   const std::size_t at = target.find(mark);
@@ -51,9 +56,13 @@ std::string MakeLinkTarget(const CXmlNode& message) {
   if (hasTime && !low.empty()) target += Field("TimeL", low);
   if (hasTime && !high.empty()) target += Field("TimeH", high);
   if (message.GetAttrValue("File") != nullptr) target += MakeFileTarget(message);
-  if (const char* line = message.GetAttrValue("Line")) target += Field("line", line);
+  target += LineField(message);
   if (const char* help = message.GetAttrValue("Help")) target += Field("help", PathText(help));
   return target;
+}
+
+std::string MakePlaceTarget(const CXmlNode& message) {
+  return MakeFileTarget(message) + LineField(message);
 }
 
 std::string MakeFileTarget(const CXmlNode& message) {

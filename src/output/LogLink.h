@@ -23,6 +23,8 @@ struct LogLink {
 // Every field that the message has something for. Backslashes of paths are doubled, as rich text
 // wants them.
 std::string MakeLinkTarget(const CXmlNode& message);
+// The file and the line.
+std::string MakePlaceTarget(const CXmlNode& message);
 // The file alone.
 std::string MakeFileTarget(const CXmlNode& message);
 

@@ -44,7 +44,7 @@ Line ToLine(const CXmlNode& message) {
 
 }  // namespace
 
-std::string MakeLogRichText(const CXmlNode& message) {
+std::string MakeLogRichText(const CXmlNode& message, PlaceLinks places) {
   const Line line = ToLine(message);
   const std::string text = ReplaceAll(line.text, "\\", "\\\\");
   switch (line.icon) {
@@ -60,7 +60,8 @@ std::string MakeLogRichText(const CXmlNode& message) {
       break;
   }
   if (!TextOf(message.GetAttrValue("File")).empty()) {
-    return kHead + Link(MakeFileTarget(message), kBlack, text);
+    const bool hasLine = places == PlaceLinks::WithLine;
+    return kHead + Link(hasLine ? MakePlaceTarget(message) : MakeFileTarget(message), kBlack, text);
   }
   return kHead + ColorWord(kBlack) + "\\ulnone " + text + " \\par }";
 }

@@ -45,7 +45,8 @@ void COutputEdit::OnSize(Size size) {
 
 void COutputEdit::AddMessage(const CXmlNode& node) {
   if (!edit.IsCreated()) return;
-  edit.AppendRichText(MakeLogRichText(node));
+  // A note leads to its line, as errors and warnings do.
+  edit.AppendRichText(MakeLogRichText(node, PlaceLinks::WithLine));
   edit.UpdateWindow();
 }
 

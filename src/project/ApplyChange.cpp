@@ -9,6 +9,7 @@
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
+#include "project/FileSaver.h"
 #include "project/ProjectModel.h"
 #include "project/TreeText.h"
 
@@ -161,8 +162,20 @@ void CProjectModel::StageFiles(const std::vector<FileText>& texts,
 bool CProjectModel::Reload(const std::string& path, const ReplacedFiles& texts) {
   staged = std::make_unique<ReplacedFiles>(texts);
   const std::int32_t opened = OpenProject(path.c_str(), 0);
-  if (opened) NoteModified();
+  if (opened && HoldsWhatIsSaved()) {
+    DropChanges();
+  } else if (opened) {
+    NoteModified();
+  }
   return opened != 0;
+}
+
+// Returns whether the files have been read or written last with just what a save would write.
+bool CProjectModel::HoldsWhatIsSaved() {
+  return std::ranges::all_of(MakeFileTexts(), [this](const FileText& each) {
+    const std::string* const known = guard.TextOf(each.path);
+    return known != nullptr && HoldSameTree(each.text, *known);
+  });
 }
 
 }  // namespace tarn

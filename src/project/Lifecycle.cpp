@@ -69,6 +69,16 @@ void CProjectModel::AddBuildNotice(LineKind kind, const std::string& text) {
   SendHost(kMsgLogLine, text, 0);
 }
 
+std::vector<CProjectModel::BuildNotice> CProjectModel::TakeBuildNotices() {
+  const Status written = output == nullptr ? Status() : output->GetLogStatus();
+  if (!written) {
+    const Error& error = written.GetError();
+    buildNotices.push_back(
+        {LineKind::Error, "The log can't be written to " + error.place + ": " + error.text});
+  }
+  return std::exchange(buildNotices, {});
+}
+
 void CProjectModel::AddLogError(const std::string& text) {
   output->AddError(text);
   SendHost(kMsgLogLine, text, 0);

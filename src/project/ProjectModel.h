@@ -369,7 +369,8 @@ class CProjectModel {
     LineKind kind;
     std::string text;
   };
-  std::vector<BuildNotice> TakeBuildNotices() { return std::exchange(buildNotices, {}); }
+  // Takes the notices since the last call. One of them is the reason why the log is not written.
+  std::vector<BuildNotice> TakeBuildNotices();
 
  private:
   friend class BuildWalk;
@@ -389,6 +390,7 @@ class CProjectModel {
   std::vector<std::string> MergeChange(const std::vector<FileText>& before,
                                        const std::vector<FileText>& after, ReplacedFiles& result);
   bool Reload(const std::string& path, const ReplacedFiles& texts);
+  bool HoldsWhatIsSaved();
   // Replaces what is known of the file.
   void SetDamageOf(const std::string& absolute, std::vector<FileDamage> found);
   void SetReference(CXmlNode& node, const std::string& fileName);
@@ -410,7 +412,6 @@ class CProjectModel {
   std::string FindRenamedPart(const std::string& absolute, std::vector<std::string>& added);
   void FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
                   const std::string& target);
-  void RemoveAbandoned(const std::vector<PendingFile>& pending);
   void SaveAllPending(std::vector<PendingFile>& pending);
   void SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending);
   std::string PlanFiles(std::vector<PendingFile>& pending);

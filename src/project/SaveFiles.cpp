@@ -45,7 +45,6 @@ std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& file
   if (const std::string refusal = PlanFiles(pending); !refusal.empty()) {
     RefuseFiles(pending, refusal);
   } else {
-    RemoveAbandoned(pending);
     if (savesWhole) {
       SaveAllPending(pending);
     } else {

@@ -2,20 +2,10 @@
 
 #include <algorithm>
 
-#include "platform/paths/Paths.h"
 #include "project/FileAccess.h"
 #include "project/ProjectModel.h"
 
 namespace tarn {
-
-void CProjectModel::RemoveAbandoned(const std::vector<PendingFile>& pending) {
-  std::string cleaned;
-  for (const PendingFile& file : pending) {
-    const std::string folder = FolderOf(file.plan.absolute);
-    if (file.plan.isNeeded && folder != cleaned) files.RemoveAbandoned(folder);
-    cleaned = folder;
-  }
-}
 
 // All files are written, or none.
 void CProjectModel::SaveAllPending(std::vector<PendingFile>& pending) {

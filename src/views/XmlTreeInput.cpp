@@ -98,6 +98,8 @@ void CXmlTreeCtrl::ReorderSelected(bool upwards) {
   if (siblingNode == nullptr || aboveNode == nullptr || NodeOf(*item) == nullptr) return;
   if (aboveNode->NameView() == "Dependencies") return;
 
+  // The filling opens and closes folders by what was recorded last.
+  SaveExpansion();
   const CXmlNode* const upper = upwards ? siblingNode : NodeOf(*item);
   const CXmlNode* const lower = upwards ? NodeOf(*item) : siblingNode;
   std::unique_ptr<CXmlNode> moved = aboveNode->DetachChild(lower);

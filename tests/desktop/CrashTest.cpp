@@ -154,9 +154,9 @@ TEST_F(CrashTest, EverythingThatWasNotSavedIsOfferedAndComesBack) {
   EditorOf("blinky/src/main.c")->undo();
   EXPECT_EQ(FromQt(EditorOf("blinky/src/main.c")->GetText()), main);
   EditorOf("blinky/src/main.c")->redo();
-  ASSERT_TRUE(Choose("Undo project change"));
+  ASSERT_TRUE(Choose("undoProject"));
   EXPECT_EQ(Tree().find("new.c"), std::string::npos);
-  ASSERT_TRUE(Choose("Redo project change"));
+  ASSERT_TRUE(Choose("redoProject"));
 
   ASSERT_TRUE(Choose("Save all"));
   EXPECT_EQ(ReadBytes(folder / "blinky/src/main.c"), "mine " + main);
@@ -214,7 +214,7 @@ TEST_F(CrashTest, AChangeThatDoesNotFitIsRestoredForASaveToMerge) {
   ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));
   EXPECT_TRUE(Area().ProjectBanner().isVisible());
   EXPECT_EQ(ReadBytes(folder / "blinky/blinky-avr.tapp"), theirs);
-  EXPECT_TRUE(FindEntry("Undo project change")->isEnabled());
+  EXPECT_TRUE(FindEntry("undoProject")->isEnabled());
   ASSERT_TRUE(Choose("Save all"));
   EXPECT_NE(ReadBytes(folder / "blinky/blinky-avr.tapp").find("SPEED"), std::string::npos);
   EXPECT_EQ(ReadBytes(folder / "blinky/blinky-avr.tapp.orig"), theirs);
@@ -258,9 +258,9 @@ TEST_F(CrashTest, TwoWindowsOfOneProjectAreBothRestored) {
   EXPECT_EQ(FromQt(mine->GetText()), "one " + main);
   EXPECT_EQ(FromQt(copy->GetText()), "two " + main);
   // One step for each window.
-  ASSERT_TRUE(Choose("Undo project change"));
-  ASSERT_TRUE(Choose("Undo project change"));
-  EXPECT_FALSE(FindEntry("Undo project change")->isEnabled());
+  ASSERT_TRUE(Choose("undoProject"));
+  ASSERT_TRUE(Choose("undoProject"));
+  EXPECT_FALSE(FindEntry("undoProject")->isEnabled());
   EXPECT_EQ(Tree().find("new.c"), std::string::npos);
 }
 

@@ -68,11 +68,13 @@ class IdeFixture : public ::testing::Test {
     return menu;
   }
   // The entry of that name in any menu, looked up as the user does: by opening it.
+  // By its text or, if that changes, by its object name.
   QAction* FindEntry(const QString& name) {
     for (QAction* const top : window->menuBar()->actions()) {
       Q_EMIT top->menu()->aboutToShow();
       for (QAction* const entry : top->menu()->actions()) {
-        if (entry->text().remove(u'&').section('\t', 0, 0) == name) return entry;
+        const bool isNamed = entry->objectName() == name;
+        if (isNamed || entry->text().remove(u'&').section('\t', 0, 0) == name) return entry;
       }
     }
     return nullptr;

@@ -377,7 +377,7 @@ TEST_F(IdeWindowTest, ChangesOfTheProjectAreTakenBackAndMadeAgain) {
     ASSERT_TRUE(Choose("Remove"));
     RunUntil([] { return false; }, 300);
   };
-  EXPECT_FALSE(FindEntry("Undo project change")->isEnabled());
+  EXPECT_FALSE(FindEntry("undoProject")->isEnabled());
   remove("led.c");
   remove("uart.c");
   is("removed", false, false);
@@ -387,22 +387,27 @@ TEST_F(IdeWindowTest, ChangesOfTheProjectAreTakenBackAndMadeAgain) {
   const std::string saved = testing::ReadBytes(folder / "blinky/blinky-avr.tapp");
   EXPECT_EQ(saved.find("led.c"), std::string::npos);
   ASSERT_EQ(inspector.SelectNodeByKey("ticks.c"), 1);
-  ASSERT_TRUE(Choose("Undo project change"));
+  EXPECT_EQ(FindEntry("undoProject")->text(), "Undo: Remove uart.c");
+  ASSERT_TRUE(Choose("undoProject"));
+  EXPECT_EQ(FindEntry("redoProject")->text(), "Redo: Remove uart.c");
   is("one back", false, true);
   EXPECT_TRUE(Tree().currentIndex().data().toString() == "ticks.c") << "it stays selected";
-  ASSERT_TRUE(Choose("Undo project change"));
+  ASSERT_TRUE(Choose("undoProject"));
   is("all back", true, true);
   EXPECT_EQ(testing::ReadBytes(folder / "blinky/blinky-avr.tapp"), saved) << "nothing is written";
   EXPECT_TRUE(RunUntil([&] { return window->isWindowModified(); }, 5000));
-  EXPECT_FALSE(FindEntry("Undo project change")->isEnabled());
-  ASSERT_TRUE(Choose("Redo project change"));
+  EXPECT_FALSE(FindEntry("undoProject")->isEnabled());
+  ASSERT_TRUE(Choose("redoProject"));
   is("one again", false, true);
+  ASSERT_TRUE(Choose("redoProject"));
+  EXPECT_TRUE(RunUntil([&] { return !window->isWindowModified(); }, 5000)) << "as it was saved";
+  ASSERT_TRUE(Choose("undoProject"));
   remove("uart.c");
-  EXPECT_FALSE(FindEntry("Redo project change")->isEnabled());
-  ASSERT_TRUE(Choose("Undo project change"));
+  EXPECT_FALSE(FindEntry("redoProject")->isEnabled());
+  ASSERT_TRUE(Choose("undoProject"));
   is("the new one back", false, true);
   ASSERT_TRUE(Choose("Build all"));
-  EXPECT_FALSE(FindEntry("Undo project change")->isEnabled());
+  EXPECT_FALSE(FindEntry("undoProject")->isEnabled());
 }
 
 TEST_F(IdeWindowTest, TheServersButtonsStandInTheToolBar) {

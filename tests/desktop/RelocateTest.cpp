@@ -53,7 +53,7 @@ TEST_F(DesktopRelocate, MovedSourcesAreCorrectedInOneStep) {
   EXPECT_EQ(Texts().find("\\drivers\\led.c"), std::string::npos);
   EXPECT_TRUE(FindLine("led.c").isValid());
   EXPECT_EQ(FileText(), before) << "only a save writes it";
-  ASSERT_TRUE(Choose("Undo project change"));
+  ASSERT_TRUE(Choose("undoProject"));
   EXPECT_NE(Texts().find("\\drivers\\led.c"), std::string::npos);
 }
 
@@ -119,9 +119,9 @@ TEST_F(DesktopRelocate, AnApplicationThatHasMovedIsCorrectedInOneStep) {
   EXPECT_NE(Texts().find("app\\blinky-avr.tapp"), std::string::npos);
   EXPECT_EQ(testing::ReadBytes(project), before);
   fs::copy(moved, folder / "blinky/blinky-avr.tapp");
-  ASSERT_TRUE(Choose("Undo project change"));
+  ASSERT_TRUE(Choose("undoProject"));
   EXPECT_EQ(Texts().find("app\\blinky-avr.tapp"), std::string::npos);
-  ASSERT_TRUE(Choose("Redo project change"));
+  ASSERT_TRUE(Choose("redoProject"));
   ASSERT_TRUE(Choose("Save all"));
   EXPECT_NE(testing::ReadBytes(project).find("app\\blinky-avr.tapp"), std::string::npos);
 }

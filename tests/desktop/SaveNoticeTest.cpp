@@ -44,10 +44,10 @@ TEST_F(SaveNoticeTest, ChangesOfBothSidesAreSavedTogetherAndTold) {
   EXPECT_TRUE(Shown().isVisible());
   EXPECT_EQ(FromQt(Shown().accessibleName()),
             "blinky-avr.tapp was also changed by another program. It has both changes now.");
-  ASSERT_TRUE(Choose("Undo project change"));
+  ASSERT_TRUE(Choose("undoProject"));
   EXPECT_TRUE(FindLine("led.c").isValid());
   EXPECT_TRUE(FindLine("theirs").isValid()) << "what was merged is not taken back";
-  ASSERT_TRUE(Choose("Redo project change"));
+  ASSERT_TRUE(Choose("redoProject"));
   ASSERT_NO_FATAL_FAILURE(RenameHere("ours", "own"));
   ASSERT_TRUE(Choose("Save all"));
   EXPECT_TRUE(Shown().isVisible()) << "until the user hides it";

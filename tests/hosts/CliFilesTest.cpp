@@ -64,8 +64,8 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
        {"options", "set", "Compiler.Defines", "X"},
        0,
        {"/demo.tlock can't be locked, so other programs are not held back: "}},
-      {"demo.tstate", Instead::Folder, {"build"}, 0, {"/demo.tstate: ", notAFile}},
-      {"demo.tlog", Instead::Folder, {"build"}, 0, {"/demo.tlog: ", notAFile}},
+      {"demo.tstate", Instead::Folder, {"build"}, 3, {"/demo.tstate: ", notAFile}},
+      {"demo.tlog", Instead::Folder, {"build"}, 3, {"/demo.tlog: ", notAFile}},
       {"demo.tlog", Instead::Loop, {"log"}, 3, {"The log demo.tlog can't be read: ", loop}},
       {"demo.tlog", Instead::Folder, {"report"}, 3, {"demo.tlog can't be read: ", notAFile}},
       {"demo.tlog", Instead::Pipe, {"export", "sarif"}, 3, {"demo.tlog can't be read: ", notAFile}},
@@ -95,7 +95,8 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
        3,
        {"/share/config/options/common.options: ", notAFile}},
       {"share/config/tools/host-gcc.tools", Instead::Loop, {"tree"}, 3, {"host-gcc.tools: ", loop}},
-      {"settings", Instead::LinkToNothing, {"tree"}, 3, {"/settings"}},
+      {"settings", Instead::LinkToNothing, {"tree"}, 0, {"a.c"}},
+      {"settings", Instead::LinkToNothing, {"register"}, 3, {"/settings"}},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(std::string(row.path) + ": " + row.words[0]);

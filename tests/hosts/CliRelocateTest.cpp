@@ -90,6 +90,34 @@ TEST(CliRelocate, WhatIsOpenIsLeftToTheUser) {
   EXPECT_EQ(project.Out({"relocate", "none", "x"}), "Nothing of it is in the project\n");
 }
 
+TEST(CliRelocate, WhatANodeCanNotBecomeIsRefused) {
+  CliProject project;
+  project.Write("src/a.txt", "");
+  project.Write("other.tapp", "<Application Header=\"other\" />");
+  fs::create_directories(project.PathOf("src/sub/sub"));
+  project.Write("src/sub/a.c", "");
+  project.Out({"add", "src/sub/a.c"});
+  const std::string before = project.Read("demo.tprj") + project.Read("app.tapp");
+  const struct {
+    const char *from, *to, *said;
+  } rows[] = {
+      {"src/a.c", "demo.tprj", "demo.tprj is a file of another kind"},
+      {"src/a.c", "other.tapp", "other.tapp is a file of another kind"},
+      {"src/a.c", "src/a.txt", "src/a.txt is a file of another kind"},
+      {"src/a.c", "src/sub", "src/sub is a folder, not a file"},
+      {"src/a.c", "src/b.c", "src/b.c is in the project already"},
+      {"src", "src/a.c", "src/a.c is not a folder"},
+      {"src", "src/sub", "src/sub/a.c is in the project already"},
+      {"app.tapp", "src/a.c", "src/a.c is a file of another kind"},
+      {"app.tapp", "src", "src is a folder, not a file"},
+  };
+  for (const auto& row : rows) {
+    project.ExpectRefusal({"relocate", row.from, row.to}, 2,
+                          row.said + std::string("; nothing was changed."));
+    EXPECT_EQ(project.Read("demo.tprj") + project.Read("app.tapp"), before) << row.to;
+  }
+}
+
 TEST(CliRelocate, NothingIsWrittenWhereNothingMayBe) {
   CliProject project;
   fs::rename(project.PathOf("src"), project.PathOf("code"));

@@ -70,12 +70,13 @@ TEST(CliSharing, OneChangeIsOneLine) {
       project.Run({"build"});  // which publishes everything, whatever becomes of it
       project.Out(row.words);
       const auto after = lines();
-      std::vector<std::string> added;
-      std::vector<std::string> removed;
-      std::ranges::set_difference(after, before, std::back_inserter(added));
-      std::ranges::set_difference(before, after, std::back_inserter(removed));
-      EXPECT_EQ(static_cast<int>(added.size()), row.added) << project.Read("app.tapp");
-      EXPECT_EQ(static_cast<int>(removed.size()), row.removed);
+      const auto count = [](const auto& of, const auto& without) {
+        std::vector<std::string> own;
+        std::ranges::set_difference(of, without, std::back_inserter(own));
+        return static_cast<int>(own.size());
+      };
+      EXPECT_EQ(count(after, before), row.added) << project.Read("app.tapp");
+      EXPECT_EQ(count(before, after), row.removed);
       EXPECT_EQ(project.Read("app.tapp").find('\r') == std::string::npos, hasLineFeeds);
     }
   }
@@ -86,10 +87,7 @@ TEST(CliSharing, AnApplicationIsSavedWhereItWasReadFrom) {
   fs::create_directory(project.PathOf("sub"));
   fs::rename(project.PathOf("app.tapp"), project.PathOf("sub/app.tapp"));
   fs::rename(project.PathOf("src"), project.PathOf("sub/src"));
-  std::string text = project.Read("demo.tprj");
-  for (std::size_t at = 0; (at = text.find(".\\app.tapp", at)) != text.npos; at += 5) {
-    text.insert(at + 2, "sub\\");
-  }
+  const std::string text = ReplaceAll(project.Read("demo.tprj"), ".\\app", ".\\sub\\app");
   project.Write("demo.tprj", text);
   project.Write("sub/src/d.c", "");
   EXPECT_EQ(project.Out({"add", "sub/src/d.c"}), "added sub/src/d.c\n");
@@ -103,10 +101,7 @@ TEST(CliSharing, AnApplicationIsSavedWhereItWasReadFrom) {
 TEST(CliSharing, AnApplicationOutsideOfTheFolderIsWrittenOnlyIfTheUserAgrees) {
   CliProject project;
   fs::create_directory(project.PathOf("other"));
-  std::string text = project.Read("demo.tprj");
-  for (std::size_t at = 0; (at = text.find(".\\app.tapp", at)) != text.npos; at += 5) {
-    text.insert(at, ".");
-  }
+  const std::string text = ReplaceAll(project.Read("demo.tprj"), ".\\app", "..\\app");
   project.Write("other/o.tprj", text);
   project.Write("src/d.c", "");
   const std::string before = project.Read("app.tapp");
@@ -125,16 +120,15 @@ TEST(CliSharing, AnApplicationOutsideOfTheFolderIsWrittenOnlyIfTheUserAgrees) {
 
 TEST(CliSharing, ANewProjectIsAsTheFirstSaveLeavesIt) {
   CliProject project;
-  for (const std::vector<std::string>& how :
-       {std::vector<std::string>{"--compiler", "host-gcc"}, {"--target", "atmega328p"}}) {
-    std::vector<std::string> words = {"new", "p"};
-    words.insert(words.end(), how.begin(), how.end());
-    project.Out(words);
-    const std::string made = project.Read("p/p.tprj") + project.Read("p/p.tapp");
+  for (const auto& [how, name] :
+       {std::pair("--compiler", "host-gcc"), {"--target", "atmega328p"}}) {
+    project.Out({"new", "p", how, name});
+    const auto text = [&project] { return project.Read("p/p.tprj") + project.Read("p/p.tapp"); };
+    const std::string made = text();
     project.Out({"options", "set", "Compiler.Defines", "X", "p"});
-    EXPECT_NE(project.Read("p/p.tprj") + project.Read("p/p.tapp"), made);
+    EXPECT_NE(text(), made);
     project.Out({"options", "reset", "Compiler.Defines", "p"});
-    EXPECT_EQ(project.Read("p/p.tprj") + project.Read("p/p.tapp"), made);
+    EXPECT_EQ(text(), made);
     EXPECT_FALSE(project.Exists("p/.gitignore"));
     fs::remove_all(project.PathOf("p"));
   }

@@ -99,6 +99,37 @@ TEST(CliUndo, AnActiveApplicationComesBackAsTheActiveOne) {
   }
 }
 
+// Nothing else has what an application held that is not in the project.
+TEST(CliUndo, AnApplicationWhoseFileWasDeletedComesBackWhole) {
+  const struct {
+    std::vector<std::string> words;
+    const char* way;
+    bool hasOthersChange;
+  } rows[] = {{{"remove", "second"}, "undo", false},
+              {{"remove", "second"}, "undo", true},
+              {{"add", "second.tapp"}, "redo", false},
+              {{"add", "second.tapp"}, "redo", true}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.words[0] + (row.hasOthersChange ? ", with a change of others" : ""));
+    CliProject project;
+    project.WriteProject({{"app", {"a.c"}}, {"second", {"c.c"}}});
+    project.Out({"config", "select", "Fast", "-a", "second"});  // in the form of a save
+    if (row.way == std::string("redo")) project.Out({"remove", "second"});
+    project.Out(row.words);
+    if (row.way == std::string("redo")) project.Out({"undo"});
+    const std::string before = project.Read("second.tapp");
+    fs::remove(project.PathOf("second.tapp"));
+    if (row.hasOthersChange) {
+      project.Write("demo.tprj",
+                    ReplaceAll(project.Read("demo.tprj"), "<Project ", "<Project Note=\"1\" "));
+    }
+    project.Out({row.way});
+    EXPECT_EQ(project.Read("second.tapp"), before);
+    EXPECT_TRUE(Has(project.Out({"tree"}), "c.c"));
+    EXPECT_EQ(Has(project.Read("demo.tprj"), "Note"), row.hasOthersChange);
+  }
+}
+
 TEST(CliUndo, WhatOthersWroteSinceStaysOrNothingIsDone) {
   const struct {
     const char* name;
@@ -161,13 +192,14 @@ TEST(CliUndo, AnEditDoesNotFailForItsRecord) {
   const auto answer = project.Run({"add", "src/d.c"});
   EXPECT_EQ(answer.code, 0);
   EXPECT_EQ(answer.out, "added src/d.c\n");
-  EXPECT_TRUE(Has(answer.err, "`tarn undo` needs can't be written: " + std::string(kRecord)))
+  EXPECT_TRUE(Has(answer.err, "`tarn undo` needs can't be written: " + project.PathOf(kRecord)))
       << answer.err;
   fs::remove(project.PathOf(kRecord));
   project.Write(kRecord, "Tarn undo 2\n1\n1 0\n");
-  project.ExpectRefusal({"undo"}, 3, std::string(kRecord) + " can't be used: it is damaged.");
+  project.ExpectRefusal({"undo"}, 3,
+                        "changes " + project.PathOf(kRecord) + " can't be used: it is damaged.");
   const std::string said = project.Run({"remove", "src/d.c"}).err;
-  EXPECT_TRUE(Has(said, "The changes before this one can't be undone: " + std::string(kRecord)));
+  EXPECT_TRUE(Has(said, "The changes before this one can't be undone: " + project.PathOf(kRecord)));
   EXPECT_EQ(project.Out({"undo"}), "undone: Remove d.c\n");
 }
 

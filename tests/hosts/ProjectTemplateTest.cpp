@@ -2,10 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "hosts/frame/StagingFolder.h"
 #include "support/MemoryFileSystem.h"
+#include "support/Surroundings.h"
 
 namespace tarn::host {
 namespace {
+
+using Lines = std::vector<std::string>;
 
 TEST(ProjectTemplate, WritesTheFormThatTheSystemSaves) {
   testing::MemoryFileSystem files;
@@ -45,6 +51,33 @@ TEST(ProjectTemplate, AFailureLeavesNoProjectFile) {
   files.FailOn("write", "/w/demo/demo.tapp", ErrorCode::NoSpace);
   EXPECT_FALSE(WriteNewProject(files, {"/w/demo", "demo", "C"}));
   EXPECT_FALSE(files.BytesOf("/w/demo/demo.tprj"));
+}
+
+TEST(NewFiles, AFailureRemovesFilesAndFoldersThatWereMade) {
+  const std::string tooLong(300, 'x');
+  const struct {
+    const char* name;
+    std::string last;  // can't be written
+    Lines stays;
+  } rows[] = {
+      {"a file", "a/b/" + tooLong, {"own"}},
+      {"a folder", "a/c/" + tooLong + "/x", {"own"}},
+      {"in a folder that was there", "own/" + tooLong, {"own"}},
+      {"in the place of a file", "a/main.c/x", {"own"}},
+  };
+  for (const auto& row : rows) {
+    const testing::ScratchFolder scratch;
+    std::filesystem::create_directory(scratch / "own");
+    const auto written = WriteNewFiles(
+        FileSystem::Native(),
+        {{scratch / "a/main.c", "x"}, {scratch / "own/new/x", "x"}, {scratch / row.last, "x"}});
+    EXPECT_FALSE(written) << row.name;
+    Lines left;
+    for (const auto& each : std::filesystem::recursive_directory_iterator(scratch.Path())) {
+      left.push_back(each.path().filename().string());
+    }
+    EXPECT_EQ(left, row.stays) << row.name;
+  }
 }
 
 TEST(ProjectTemplate, AStandInLeavesTheUsersOptionsAlone) {

@@ -140,25 +140,47 @@ TEST(Relocation, AnApplicationIsFoundAndItsSourcesWithIt) {
 }
 
 TEST(Relocation, OptionsFollowTheFolders) {
-  const std::string option = "\r\n\t<Options><Property Header=\"Include\" Value=\"";
-  World world({"/p/lib/a.c", "/p/lib/inc/a.h", "/p/keep/k.h"},
-              Nodes({".\\src\\a.c"}) + option + "src/inc;keep;$(X)/src;src\\inc\" /></Options>");
-  Relocation relocation(world.files, "/p/demo.tprj");
-  ASSERT_TRUE(relocation.Search("/p"));
-  EXPECT_EQ(Found(relocation), (Lines{"/p/src/a.c -> /p/lib/a.c", "/p/src/inc -> /p/lib/inc"}));
-  ExpectNodes(world, relocation, "/p/app.tapp",
-              option + "lib/inc;keep;$(X)/src;lib\\inc\" /></Options>");
+  const struct {
+    const char* name;
+    Lines disk;
+    const char *value, *corrected;
+    Lines found;
+  } rows[] = {
+      {"each as it was written",
+       {"/p/lib/inc/a.h", "/p/keep/k.h"},
+       "src/inc;keep;$(X)/src;src\\inc",
+       "lib/inc;keep;$(X)/src;lib\\inc",
+       {"/p/src/inc -> /p/lib/inc"}},
+      {"several of one option",
+       {"/p/lib/inc/sub/b.h"},
+       "src/inc;/p/src/inc/sub",
+       "lib/inc;/p/lib/inc/sub",
+       {"/p/src/inc -> /p/lib/inc", "/p/src/inc/sub -> /p/lib/inc/sub"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const auto option = [](const std::string& value) {
+      return "\r\n\t<Options><Property Header=\"Include\" Value=\"" + value + "\" /></Options>";
+    };
+    World world(row.disk, Nodes({".\\src\\a.c"}) + option(row.value));
+    world.files.AddFile("/p/lib/a.c", "");
+    Relocation relocation(world.files, "/p/demo.tprj");
+    ASSERT_TRUE(relocation.Search("/p"));
+    Lines found = {"/p/src/a.c -> /p/lib/a.c"};
+    found.insert(found.end(), row.found.begin(), row.found.end());
+    EXPECT_EQ(Found(relocation), found);
+    ExpectNodes(world, relocation, "/p/app.tapp", option(row.corrected));
+  }
 }
 
-TEST(Relocation, EachFolderOfAnOptionIsListed) {
-  const std::string option = "\r\n\t<Options><Property Header=\"Include\" Value=\"";
-  World world({"/p/lib/a.c", "/p/lib/inc/a.h", "/p/lib/inc/sub/b.h"},
-              Nodes({".\\src\\a.c"}) + option + "src/inc;/p/src/inc/sub\" /></Options>");
+TEST(Relocation, AFolderThatCanNotBeReadIsNamed) {
+  World world({"/p/lib/a.c", "/p/shut/b.c"}, Nodes({".\\a.c", ".\\b.c"}));
+  world.files.FailOn("list", "/p/shut", ErrorCode::CannotOpen);
   Relocation relocation(world.files, "/p/demo.tprj");
   ASSERT_TRUE(relocation.Search("/p"));
-  EXPECT_EQ(Found(relocation), (Lines{"/p/src/a.c -> /p/lib/a.c", "/p/src/inc -> /p/lib/inc",
-                                      "/p/src/inc/sub -> /p/lib/inc/sub"}));
-  ExpectNodes(world, relocation, "/p/app.tapp", option + "lib/inc;/p/lib/inc/sub\" /></Options>");
+  EXPECT_EQ(Found(relocation), (Lines{"/p/a.c -> /p/lib/a.c", "/p/b.c ?"}));
+  ASSERT_EQ(relocation.GetUnread().size(), 1U);
+  EXPECT_EQ(relocation.GetUnread().front().place, "/p/shut");
 }
 
 TEST(Relocation, TheUsersChoiceCounts) {

@@ -225,6 +225,13 @@ TEST_F(XmlTreeTest, TheOwnerHearsOfEachActionOnceAndTheTreeIsAsTold) {
   }
 }
 
+TEST_F(XmlTreeTest, WhatIsClosedStaysClosedWhenSiblingsChangePlaces) {
+  tree.SelectNode(Node("H"));
+  tree.Expand(*tree.GetRootItem()->GetFirstChild(), false);
+  Press(kKeyUp, true);
+  EXPECT_EQ(TreeText(tree), "P{H{c.c{D{d.h e.h}}} *G(a.c b.c)}");
+}
+
 TEST_F(XmlTreeTest, ADragFollowsTheCursorAndGivesTheMouseBackAtTheFirstMove) {
   tree.SelectNode(Node("a.c"));
   tree.MoveWindow({0, 20, 300, 20 + 3 * 16});

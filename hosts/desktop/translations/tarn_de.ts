@@ -2,6 +2,96 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>Changes</name>
+    <message>
+        <source>Add %1</source>
+        <translation>%1 hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove %1</source>
+        <translation>%1 entfernen</translation>
+    </message>
+    <message>
+        <source>Move %1</source>
+        <translation>%1 verschieben</translation>
+    </message>
+    <message>
+        <source>Replace %1</source>
+        <translation>%1 ersetzen</translation>
+    </message>
+    <message>
+        <source>Rename %1 to %2</source>
+        <translation>%1 in %2 umbenennen</translation>
+    </message>
+    <message>
+        <source>Add configuration %1</source>
+        <translation>Konfiguration %1 hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove configuration %1</source>
+        <translation>Konfiguration %1 entfernen</translation>
+    </message>
+    <message>
+        <source>Select configuration %1</source>
+        <translation>Konfiguration %1 auswählen</translation>
+    </message>
+    <message>
+        <source>Set %1</source>
+        <translation>%1 setzen</translation>
+    </message>
+    <message>
+        <source>Reset %1</source>
+        <translation>%1 zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Change %1</source>
+        <translation>%1 ändern</translation>
+    </message>
+    <message>
+        <source>Select application %1</source>
+        <translation>Anwendung %1 auswählen</translation>
+    </message>
+    <message>
+        <source>Change the project</source>
+        <translation>Projekt ändern</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n options</source>
+        <translation>
+            <numerusform>%n Option</numerusform>
+            <numerusform>%n Optionen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n files</source>
+        <translation>
+            <numerusform>%n Datei</numerusform>
+            <numerusform>%n Dateien</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n groups</source>
+        <translation>
+            <numerusform>%n Gruppe</numerusform>
+            <numerusform>%n Gruppen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n applications</source>
+        <translation>
+            <numerusform>%n Anwendung</numerusform>
+            <numerusform>%n Anwendungen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n items</source>
+        <translation>
+            <numerusform>%n Element</numerusform>
+            <numerusform>%n Elemente</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>CodeEditor</name>
     <message>
         <source>The text holds characters that the file&apos;s encoding can&apos;t write.</source>
@@ -760,6 +850,14 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <source>%1 has to be closed first. Save its changes?</source>
         <translation>%1 muss zuerst geschlossen werden. Die Änderungen darin speichern?</translation>
     </message>
+    <message>
+        <source>Undo: %1</source>
+        <translation>Rückgängig: %1</translation>
+    </message>
+    <message>
+        <source>Redo: %1</source>
+        <translation>Wiederherstellen: %1</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
@@ -926,6 +1024,13 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>not found below this folder</source>
         <translation>in diesem Ordner nicht gefunden</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n folders can&apos;t be read</source>
+        <translation>
+            <numerusform>%n Ordner kann nicht gelesen werden</numerusform>
+            <numerusform>%n Ordner können nicht gelesen werden</numerusform>
+        </translation>
     </message>
 </context>
 <context>

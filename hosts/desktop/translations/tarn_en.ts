@@ -2,6 +2,44 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>Changes</name>
+    <message numerus="yes">
+        <source>%n options</source>
+        <translation>
+            <numerusform>%n option</numerusform>
+            <numerusform>%n options</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n files</source>
+        <translation>
+            <numerusform>%n file</numerusform>
+            <numerusform>%n files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n groups</source>
+        <translation>
+            <numerusform>%n group</numerusform>
+            <numerusform>%n groups</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n applications</source>
+        <translation>
+            <numerusform>%n application</numerusform>
+            <numerusform>%n applications</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n items</source>
+        <translation>
+            <numerusform>%n item</numerusform>
+            <numerusform>%n items</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>DamageNotice</name>
     <message numerus="yes">
         <source>%1, and %n more</source>
@@ -78,6 +116,13 @@
         <translation>
             <numerusform>one of %n file</numerusform>
             <numerusform>one of %n files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n folders can&apos;t be read</source>
+        <translation>
+            <numerusform>%n folder can&apos;t be read</numerusform>
+            <numerusform>%n folders can&apos;t be read</numerusform>
         </translation>
     </message>
 </context>

@@ -2,6 +2,96 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr" sourcelanguage="en">
 <context>
+    <name>Changes</name>
+    <message>
+        <source>Add %1</source>
+        <translation>Ajouter %1</translation>
+    </message>
+    <message>
+        <source>Remove %1</source>
+        <translation>Retirer %1</translation>
+    </message>
+    <message>
+        <source>Move %1</source>
+        <translation>Déplacer %1</translation>
+    </message>
+    <message>
+        <source>Replace %1</source>
+        <translation>Remplacer %1</translation>
+    </message>
+    <message>
+        <source>Rename %1 to %2</source>
+        <translation>Renommer %1 en %2</translation>
+    </message>
+    <message>
+        <source>Add configuration %1</source>
+        <translation>Ajouter la configuration %1</translation>
+    </message>
+    <message>
+        <source>Remove configuration %1</source>
+        <translation>Supprimer la configuration %1</translation>
+    </message>
+    <message>
+        <source>Select configuration %1</source>
+        <translation>Choisir la configuration %1</translation>
+    </message>
+    <message>
+        <source>Set %1</source>
+        <translation>Définir %1</translation>
+    </message>
+    <message>
+        <source>Reset %1</source>
+        <translation>Réinitialiser %1</translation>
+    </message>
+    <message>
+        <source>Change %1</source>
+        <translation>Modifier %1</translation>
+    </message>
+    <message>
+        <source>Select application %1</source>
+        <translation>Choisir l’application %1</translation>
+    </message>
+    <message>
+        <source>Change the project</source>
+        <translation>Modifier le projet</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n options</source>
+        <translation>
+            <numerusform>%n option</numerusform>
+            <numerusform>%n options</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n files</source>
+        <translation>
+            <numerusform>%n fichier</numerusform>
+            <numerusform>%n fichiers</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n groups</source>
+        <translation>
+            <numerusform>%n groupe</numerusform>
+            <numerusform>%n groupes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n applications</source>
+        <translation>
+            <numerusform>%n application</numerusform>
+            <numerusform>%n applications</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n items</source>
+        <translation>
+            <numerusform>%n élément</numerusform>
+            <numerusform>%n éléments</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>CodeEditor</name>
     <message>
         <source>The text holds characters that the file&apos;s encoding can&apos;t write.</source>
@@ -760,6 +850,14 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <source>%1 has to be closed first. Save its changes?</source>
         <translation>%1 doit d&apos;abord être fermé. Enregistrer ses modifications ?</translation>
     </message>
+    <message>
+        <source>Undo: %1</source>
+        <translation>Annuler&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Redo: %1</source>
+        <translation>Rétablir&#xa0;: %1</translation>
+    </message>
 </context>
 <context>
     <name>RecentMenu</name>
@@ -926,6 +1024,13 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     <message>
         <source>not found below this folder</source>
         <translation>introuvable dans ce dossier</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n folders can&apos;t be read</source>
+        <translation>
+            <numerusform>%n dossier ne peut pas être lu</numerusform>
+            <numerusform>%n dossiers ne peuvent pas être lus</numerusform>
+        </translation>
     </message>
 </context>
 <context>

@@ -126,8 +126,6 @@ class FileSystem {
   // process that is killed between the last steps leaves some of them written, the first ones of
   // the list.
   virtual Status WriteFiles(std::span<const FileBytes> list) { return WriteOneByOne(*this, list); }
-  // Removes temporary files in the folder that processes have left that were killed in a write.
-  virtual void RemoveAbandoned(const std::string& /*folder*/) {}
   // Overwrites what lies behind `offset` with `bytes` and cuts the file there, without replacing
   // it. Fails with Changed unless the file is `expectedSize` bytes long. For files that are kept
   // current by their writer alone.

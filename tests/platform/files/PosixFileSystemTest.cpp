@@ -3,10 +3,12 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <thread>
 
 #include "platform/files/RelativeName.h"
@@ -40,26 +42,45 @@ TEST_F(PosixFileSystemTest, AScratchFileIsMeantByItsVeryName) {
   EXPECT_EQ(*files.ReadWholeFile(scratch / "NOTES"), "a user's");
 }
 
-TEST_F(PosixFileSystemTest, OnlyWhatAKilledWriteLeftLongAgoIsRemoved) {
-  const std::int64_t now = time(nullptr);
+TEST_F(PosixFileSystemTest, EveryLastingWriteRemovesWhatKilledWritesLeft) {
   const struct {
     const char* name;
-    std::int64_t seconds;  // of its age
-    bool stays;
+    std::function<Status(const std::string& target)> write;
+    bool removes;
   } rows[] = {
-      {".tarn-0123456789abcdef", 700, false}, {".tarn-fedcba9876543210", 500, true},
-      {".tarn-0123456789abcdeg", 700, true},  {".tarn-0123456789abcde", 700, true},
-      {"x.tarn-0123456789abcdef", 700, true},
+      {"one file", [&](const auto& target) { return files.WriteWholeFile(target, "x"); }, true},
+      {"several",
+       [&](const auto& target) {
+         return files.WriteFiles(std::vector<FileBytes>{{target, "x"}});
+       },
+       true},
+      {"a copy", [&](const auto& target) { return files.CopyFileTo(scratch / "from", target); },
+       true},
+      {"a scratch file", [&](const auto& target) { return files.WriteScratchFile(target, "x"); },
+       false},
   };
-  for (const auto& row : rows) {
-    scratch.Write(row.name, "x");
-    ASSERT_TRUE(files.SetModifiedTime(scratch / row.name, now - row.seconds, 0));
+  scratch.Write("from", "x");
+  // Another machine's, names that no write has, and a write that goes on.
+  std::vector<std::string> others;
+  for (const char* each : {".tarn-0123456789abcdef", ".tarn-0123456789abcdeg", "x.tarn-0123"}) {
+    scratch.Write(each, "x");
+    others.push_back(scratch / each);
   }
-  std::filesystem::create_directory(scratch / ".tarn-00000000000000ff");
-  ASSERT_EQ(symlink("none", (scratch / ".tarn-00000000000000fe").c_str()), 0);
-  files.RemoveAbandoned(scratch.Path());
-  for (const auto& row : rows) EXPECT_EQ(files.Exists(scratch / row.name), row.stays) << row.name;
-  EXPECT_EQ(files.ListFolder(scratch.Path())->size(), std::size(rows) + 1);
+  others.push_back(*files.ReserveName(scratch.Path(), ".tarn-"));
+  for (const auto& row : rows) {
+    if (const pid_t child = fork(); child == 0) {
+      (void)files.ReserveName(scratch.Path(), ".tarn-");
+      _exit(0);
+    } else {
+      ASSERT_EQ(waitpid(child, nullptr, 0), child);
+    }
+    ASSERT_EQ(files.ListFolder(scratch.Path())->size(), others.size() + 2);
+    ASSERT_TRUE(row.write(scratch / "to")) << row.name;
+    EXPECT_EQ(files.ListFolder(scratch.Path())->size(), others.size() + (row.removes ? 2 : 3))
+        << row.name;
+    for (const std::string& each : others) EXPECT_TRUE(files.Exists(each)) << each;
+    ASSERT_TRUE(files.RemoveFile(scratch / "to"));
+  }
 }
 
 TEST_F(PosixFileSystemTest, FilesThatBelongTogetherAreWrittenAllOrNone) {

@@ -7,14 +7,20 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <optional>
+#include <set>
 #include <utility>
 #include <vector>
 
 #include "platform/paths/Paths.h"
+#include "platform/text/Hash.h"
 
 namespace tarn::posix {
 
@@ -25,9 +31,39 @@ constexpr int kLinkDepth = 40;
 constexpr std::size_t kLargestWrite = std::size_t{1} << 30;
 
 constexpr std::string_view kTemporaryPrefix = ".tarn-";
+// A name has the digits of the machine, then of the process, then random ones.
+constexpr std::size_t kMachineDigits = 4;
+constexpr std::size_t kProcessDigits = 6;
 constexpr std::size_t kDigits = 16;
 // A write takes far less, also that of a process that was stopped for a while.
 constexpr std::time_t kAbandonedSeconds = 600;
+
+std::string Hexadecimal(std::uint64_t number, std::size_t count) {
+  std::string digits(count, '0');
+  for (std::size_t i = count; i-- > 0; number >>= 4) digits[i] = "0123456789abcdef"[number & 15];
+  return digits;
+}
+
+// The start of this machine since its last boot, as far as its processes see each other.
+std::string MachineDigits() {
+  static const std::string digits = [] {
+    std::string text;
+    std::ifstream("/proc/sys/kernel/random/boot_id") >> text;
+    std::error_code failure;
+    text += std::filesystem::read_symlink("/proc/self/ns/pid", failure).string();
+    // Others can't tell then whether the process is one of theirs.
+    if (text.empty()) return RandomDigits().substr(0, kMachineDigits);
+    return Hexadecimal(HashBytes(text), kMachineDigits);
+  }();
+  return digits;
+}
+
+// The digits of a new name. They show whose it is, so that others know when it is abandoned.
+std::string OwnDigits() {
+  const std::string random = RandomDigits();
+  return MachineDigits() + Hexadecimal(static_cast<std::uint64_t>(getpid()), kProcessDigits) +
+         random.substr(kMachineDigits + kProcessDigits);
+}
 
 // A file that did not exist before, and its name. Only a killed process leaves one; it does no
 // harm, since no later process comes up with its name again, and RemoveAbandoned() removes it.
@@ -38,7 +74,7 @@ struct NewFile {
 
 Result<NewFile> OpenNew(const std::string& start, mode_t mode) {
   for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
-    NewFile created{start + RandomDigits(), nullptr};
+    NewFile created{start + OwnDigits(), nullptr};
     const int file = Retry([&] {
       return open(created.name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
     });
@@ -119,12 +155,45 @@ std::string FolderToOpen(const std::string& name) {
   return folder.empty() ? "." : folder;
 }
 
-// Makes the new name durable. A failure here is no failure of the write: the new file is in
-// place, and after a crash the old one may be back, whole.
-void FlushFolder(const std::string& folder) {
+// Returns whether a temporary file with these digits belongs to no process any more. Of one from
+// another machine, or from before a restart, only the time tells. It is that of the last change of
+// its status: what was given a second name may have been written long ago.
+bool IsAbandoned(std::string_view digits, const struct stat& info) {
+  const bool isOld = info.st_ctime + kAbandonedSeconds < std::time(nullptr);
+  if (!digits.starts_with(MachineDigits())) return isOld;
+  const std::string process(digits.substr(kMachineDigits, kProcessDigits));
+  const auto id = static_cast<pid_t>(std::strtol(process.c_str(), nullptr, 16));
+  return isOld || id <= 0 || (kill(id, 0) != 0 && errno == ESRCH);
+}
+
+// Removes temporary files in the folder that killed processes have left. No message and no result:
+// what can't be removed now is removed at another time.
+void RemoveAbandoned(const std::string& folder) {
+  const auto close = [](DIR* open) { closedir(open); };
+  const std::unique_ptr<DIR, decltype(close)> entries(opendir(folder.c_str()), close);
+  if (!entries) return;
+  while (const dirent* entry = readdir(entries.get())) {
+    const std::string_view name = entry->d_name;
+    if (!name.starts_with(kTemporaryPrefix)) continue;
+    const std::string_view digits = name.substr(kTemporaryPrefix.size());
+    const bool isOurs =
+        digits.size() == kDigits && digits.find_first_not_of("0123456789abcdef") == digits.npos;
+    const std::string path = JoinPath(folder, name);
+    struct stat info {};
+    if (isOurs && lstat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
+        IsAbandoned(digits, info)) {
+      unlink(path.c_str());
+    }
+  }
+}
+
+// Makes the new names in a folder durable, and tidies it up. A failure here is no failure of the
+// write: the new file is in place, and after a crash the old one may be back, whole.
+void FinishFolder(const std::string& folder) {
   const Descriptor opened(
       Retry([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
   if (opened) (void)fsync(opened.Get());
+  RemoveAbandoned(folder);
 }
 
 // Where a chain of symbolic links ends, whether or not anything stands there.
@@ -155,7 +224,7 @@ class Replacement {
   // with the reason in errno, if that fails.
   bool KeepFormer() {
     if (!exists) return true;
-    const std::string name = JoinPath(FolderToOpen(place), kTemporaryPrefix) + RandomDigits();
+    const std::string name = JoinPath(FolderToOpen(place), kTemporaryPrefix) + OwnDigits();
     if (link(place.c_str(), name.c_str()) == 0) {
       former = name;
       return true;
@@ -171,7 +240,7 @@ class Replacement {
     former.clear();
     return true;
   }
-  void Flush() const { FlushFolder(FolderToOpen(place)); }
+  std::string GetFolder() const { return FolderToOpen(place); }
 
  private:
   Replacement(std::string name, bool isThere, std::unique_ptr<TemporaryFile> temporary)
@@ -240,7 +309,7 @@ Status ReplaceFile(const std::string& target, std::string_view bytes, Durability
       Replacement::Prepare(target, bytes, durability);
   if (!ready) return ready.GetError();
   if (!(*ready)->TakeName()) return ErrorOf(errno, target);
-  if (durability != Durability::Scratch) (*ready)->Flush();
+  if (durability != Durability::Scratch) FinishFolder((*ready)->GetFolder());
   return {};
 }
 
@@ -261,7 +330,9 @@ Status ReplaceFiles(std::span<const FileBytes> list) {
     }
     return error;
   }
-  for (const auto& each : ready) each->Flush();
+  std::set<std::string> folders;
+  for (const auto& each : ready) folders.insert(each->GetFolder());
+  for (const std::string& each : folders) FinishFolder(each);
   return {};
 }
 
@@ -272,28 +343,8 @@ Status CreateNewFile(const std::string& target, std::string_view bytes, mode_t m
   if (!(*temporary)->Fill(bytes, Durability::Flushed) || !(*temporary)->MoveBeside(target)) {
     return ErrorOf(errno, target);
   }
-  FlushFolder(folder);
+  FinishFolder(folder);
   return {};
-}
-
-// No message and no result: what can't be removed now is removed at another time.
-void RemoveAbandoned(const std::string& folder) {
-  const auto close = [](DIR* open) { closedir(open); };
-  const std::unique_ptr<DIR, decltype(close)> entries(opendir(folder.c_str()), close);
-  if (!entries) return;
-  const std::time_t now = std::time(nullptr);
-  while (const dirent* entry = readdir(entries.get())) {
-    const std::string_view name = entry->d_name;
-    const bool isOurs =
-        name.starts_with(kTemporaryPrefix) && name.size() == kTemporaryPrefix.size() + kDigits &&
-        name.find_first_not_of("0123456789abcdef", kTemporaryPrefix.size()) == name.npos;
-    const std::string path = JoinPath(folder, name);
-    struct stat info {};
-    if (isOurs && lstat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
-        info.st_mtime + kAbandonedSeconds < now) {
-      unlink(path.c_str());
-    }
-  }
 }
 
 Result<std::string> CreateReserved(const std::string& folder, std::string_view prefix) {

@@ -13,6 +13,9 @@
 namespace tarn::posix {
 
 // Flushed: what was written survives a crash of the machine. Scratch: nobody would miss it then.
+//
+// Each flushed write also removes what writes of killed processes have left in its folder: a file
+// `.tarn-` with 16 digits whose process is gone, or that has stayed as it is for ten minutes.
 enum class Durability { Flushed, Scratch };
 
 // Puts `bytes` in place of the file `target`, or creates it, in one step: the bytes go into a new
@@ -31,9 +34,6 @@ Status ReplaceFiles(std::span<const FileBytes> list);
 // Creates `target` with these bytes and mode bits (before the process's mask) in one step.
 // AlreadyExists when anything of that name stands there.
 Status CreateNewFile(const std::string& target, std::string_view bytes, mode_t mode);
-
-// Removes temporary files of these functions in the folder whose processes were killed long ago.
-void RemoveAbandoned(const std::string& folder);
 
 // An empty file of a new name in `folder`, and that name.
 Result<std::string> CreateReserved(const std::string& folder, std::string_view prefix);

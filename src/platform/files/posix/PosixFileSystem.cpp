@@ -222,10 +222,6 @@ bool PosixFileSystem::IsReadOnly(const std::string& path) {
   return !CheckWritable(path);
 }
 
-void PosixFileSystem::RemoveAbandoned(const std::string& folder) {
-  if (const Result<std::string> name = names.Locate(folder)) posix::RemoveAbandoned(*name);
-}
-
 Result<std::string> PosixFileSystem::ReadWholeFile(const std::string& path) {
   // Without O_NONBLOCK a pipe without a writer would hold the caller for ever.
   const Result<int> opened = names.Try(

@@ -27,7 +27,6 @@ class PosixFileSystem : public FileSystem {
   bool CanRead(const std::string& path) override;
   bool IsReadOnly(const std::string& path) override;
   Status CheckWritable(const std::string& path) override;
-  void RemoveAbandoned(const std::string& folder) override;
   Result<std::string> ReadWholeFile(const std::string& path) override;
   Status WriteWholeFile(const std::string& path, std::string_view bytes) override;
   Status WriteFiles(std::span<const FileBytes> list) override;
