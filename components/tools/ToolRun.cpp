@@ -283,12 +283,21 @@ bool ToolRun::CollectRecord() {
   found.programs = ProgramsOf(world, plan);
   found.command = HashCommands(world, plan);
   found.hasInexactNames = plan.hasInexactNames;
-  for (const std::string& product : plan.products) {
-    if (world.files->ExamineExactly(product)) found.products.push_back(product);
-  }
-  record = std::move(found);
   WriteGlobals();
+  found.products = FindProducts();
+  record = std::move(found);
   return true;
+}
+
+// Everything that the run has left besides its output.
+std::vector<std::string> ToolRun::FindProducts() const {
+  std::vector<std::string> made = plan.products;
+  made.push_back(plan.listing);
+  made.push_back(plan.globals);
+  std::erase_if(made, [this](const std::string& path) {
+    return path.empty() || !world.files->ExamineExactly(path);
+  });
+  return made;
 }
 
 // Files from the future are older than what is made from them once that has their time. Returns the

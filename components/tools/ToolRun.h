@@ -56,6 +56,7 @@ class ToolRun {
   bool FailRules(const std::string& problem);
   std::string ReadInfos();
   void WriteGlobals();
+  std::vector<std::string> FindProducts() const;
   void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line);
 
   const ToolWorld& world;
