@@ -204,7 +204,7 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
 
 bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit) {
   if (running.IsStopping()) return log.AddPlain("stopped"), false;
-  if (exit.code == 0 && !exit.signalled) return true;
+  if (exit.code == 0 && !exit.signalled) return log.ErrorCount() == errorsBefore;
   const std::string reason = exit.signalled
                                  ? "was ended by signal " + std::to_string(exit.code - 128)
                                  : "ended with exit code " + std::to_string(exit.code);
