@@ -7,6 +7,7 @@
 #include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GlobalsFile.h"
+#include "components/tools/RandomNames.h"
 #include "components/tools/RuleFile.h"
 #include "components/tools/ToolText.h"
 #include "components/tools/ToolchainFolders.h"
@@ -283,9 +284,23 @@ bool ToolRun::CollectRecord() {
   found.programs = ProgramsOf(world, plan);
   found.command = HashCommands(world, plan);
   found.hasInexactNames = plan.hasInexactNames;
+  if (!SettleRandomNames()) return false;
   WriteGlobals();
   found.products = FindProducts();
   record = std::move(found);
+  return true;
+}
+
+// A program that can't be told how to name its temporary files writes other names in each run.
+bool ToolRun::SettleRandomNames() {
+  for (const auto& [path, patterns] : plan.randomNames) {
+    auto text = world.files->ReadWholeFile(path);
+    if (!text || !ReplaceRandomNames(*text, patterns)) continue;
+    const Status written = world.files->WriteScratchFile(path, *text);
+    if (written) continue;
+    log.AddError(path + " can't be written: " + written.GetError().text);
+    return false;
+  }
   return true;
 }
 
