@@ -392,6 +392,8 @@ class CProjectModel {
   bool Reload(const std::string& path, const ReplacedFiles& texts);
   // Replaces what is known of the file.
   void SetDamageOf(const std::string& absolute, std::vector<FileDamage> found);
+  void AddDamage(FileDamage found);
+  void CheckActiveApplication();
   void SetReference(CXmlNode& node, const std::string& fileName);
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
   // A file that a save is about to write.
