@@ -35,6 +35,11 @@ class PlanMaker : public TemplateValues {
     plan.globals = Spelled(Path(tool.globals.file));
     plan.products = Paths(tool.products);
     for (std::string& product : plan.products) product = Spelled(product);
+    for (const RandomNameRule& rule : tool.randomNames) {
+      for (const std::string& path : Paths({rule.file})) {
+        plan.randomNames.emplace_back(Spelled(path), rule.patterns);
+      }
+    }
     plan.depends = Paths(tool.depends);
     plan.variables = tool.variables;
     plan.respelled = job.respelled;

@@ -46,6 +46,8 @@ struct ToolPlan {
   std::string sizeFile;
   std::string globals;  // empty when the tool leaves none
   std::vector<std::string> products;
+  // Products with names that the programs make up, and how these look.
+  std::vector<std::pair<std::string, std::vector<std::string>>> randomNames;
   std::vector<std::string> depends;
   std::vector<std::string> variables;  // see ToolDefinition
   std::vector<std::string> respelled;  // files that are on the disk in another spelling

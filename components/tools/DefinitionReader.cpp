@@ -101,7 +101,7 @@ class ToolReader : public ElementReader {
       } else if (name == "Env") {
         environment.push_back(ReadEnvironment(*child));
       } else if (name == "Product") {
-        tool->products.push_back(ReadFile(*child));
+        ReadProduct(*child);
       } else if (name == "Depend") {
         tool->depends.push_back(ReadFile(*child));
       } else if (name == "Libraries") {
@@ -119,6 +119,20 @@ class ToolReader : public ElementReader {
     if (!lines->IsEmpty()) tool->messages.push_back(std::move(lines));
     for (StepRule& step : tool->steps) {
       step.environment.insert(step.environment.begin(), environment.begin(), environment.end());
+    }
+  }
+
+  void ReadProduct(const CXmlNode& node) {
+    CheckAttributes(node, {"File", "RandomNames"});
+    tool->products.push_back(Filled(node, "File"));
+    std::vector<std::string> patterns = SplitOptionList(Text(node, "RandomNames"));
+    for (const std::string& each : patterns) {
+      if (each.find('?') == each.npos || each.front() == '?') {
+        Fail("a pattern of RandomNames needs a \"?\" after its first character: " + each);
+      }
+    }
+    if (!patterns.empty()) {
+      tool->randomNames.push_back({tool->products.back(), std::move(patterns)});
     }
   }
 

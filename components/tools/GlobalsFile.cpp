@@ -31,9 +31,12 @@ std::string SymbolElement(const GlobalSymbol& symbol) {
 }
 
 Status WriteWhenChanged(FileSystem& files, const std::string& path, const std::string& text) {
-  const auto before = files.ReadWholeFile(path);
-  if (before && *before == text) return {};
-  return files.WriteWholeFile(path, text);
+  // A file of a similar name is the list of another application.
+  if (files.ExamineExactly(path)) {
+    const auto before = files.ReadWholeFile(path);
+    if (before && *before == text) return {};
+  }
+  return files.WriteScratchFile(path, text);
 }
 
 }  // namespace
@@ -60,8 +63,8 @@ std::string UpdateGlobalsFile(FileSystem& files, const std::string& path,
   Status done;
   if (!found.symbols.empty()) {
     done = WriteWhenChanged(files, path, GlobalsText(std::move(found.symbols)));
-  } else if (files.Exists(path)) {
-    done = files.RemoveFile(path);
+  } else if (files.ExamineExactly(path)) {
+    done = files.RemoveScratchFile(path);
   }
   if (!done) note = "the list of globals can't be written: " + path + ": " + done.GetError().text;
   return note;

@@ -80,6 +80,12 @@ struct LibraryRule {
   Template file;  // names of the file of a library, with ";" between them
 };
 
+// A product into which the programs write names that they have made up.
+struct RandomNameRule {
+  Template file;
+  std::vector<std::string> patterns;  // see ReplaceRandomNames
+};
+
 // How files that a run reads are searched for the names of further ones.
 enum class Follow {
   None,
@@ -99,7 +105,8 @@ struct ToolDefinition {
   Template rules;
   Template furtherRules;           // a second file of rules, which need not be left
   std::vector<Template> products;  // further files, whose folders must be there
-  std::vector<Template> depends;   // further dependencies of the output
+  std::vector<RandomNameRule> randomNames;
+  std::vector<Template> depends;  // further dependencies of the output
   // How arguments begin that name a folder to search headers in: "-I". The folder is the rest of
   // the argument, or the next one.
   std::vector<std::string> search;

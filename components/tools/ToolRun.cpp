@@ -7,6 +7,7 @@
 #include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GlobalsFile.h"
+#include "components/tools/RandomNames.h"
 #include "components/tools/RuleFile.h"
 #include "components/tools/ToolText.h"
 #include "components/tools/ToolchainFolders.h"
@@ -204,7 +205,7 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
 
 bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit) {
   if (running.IsStopping()) return log.AddPlain("stopped"), false;
-  if (exit.code == 0 && !exit.signalled) return true;
+  if (exit.code == 0 && !exit.signalled) return log.ErrorCount() == errorsBefore;
   const std::string reason = exit.signalled
                                  ? "was ended by signal " + std::to_string(exit.code - 128)
                                  : "ended with exit code " + std::to_string(exit.code);
@@ -283,12 +284,35 @@ bool ToolRun::CollectRecord() {
   found.programs = ProgramsOf(world, plan);
   found.command = HashCommands(world, plan);
   found.hasInexactNames = plan.hasInexactNames;
-  for (const std::string& product : plan.products) {
-    if (world.files->ExamineExactly(product)) found.products.push_back(product);
-  }
-  record = std::move(found);
+  if (!SettleRandomNames()) return false;
   WriteGlobals();
+  found.products = FindProducts();
+  record = std::move(found);
   return true;
+}
+
+// A program that can't be told how to name its temporary files writes other names in each run.
+bool ToolRun::SettleRandomNames() {
+  for (const auto& [path, patterns] : plan.randomNames) {
+    auto text = world.files->ReadWholeFile(path);
+    if (!text || !ReplaceRandomNames(*text, patterns)) continue;
+    const Status written = world.files->WriteScratchFile(path, *text);
+    if (written) continue;
+    log.AddError(path + " can't be written: " + written.GetError().text);
+    return false;
+  }
+  return true;
+}
+
+// Everything that the run has left besides its output.
+std::vector<std::string> ToolRun::FindProducts() const {
+  std::vector<std::string> made = plan.products;
+  made.push_back(plan.listing);
+  made.push_back(plan.globals);
+  std::erase_if(made, [this](const std::string& path) {
+    return path.empty() || !world.files->ExamineExactly(path);
+  });
+  return made;
 }
 
 // Files from the future are older than what is made from them once that has their time. Returns the

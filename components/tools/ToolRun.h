@@ -55,7 +55,9 @@ class ToolRun {
   void ReadFurtherRules(std::vector<std::string>& names);
   bool FailRules(const std::string& problem);
   std::string ReadInfos();
+  bool SettleRandomNames();
   void WriteGlobals();
+  std::vector<std::string> FindProducts() const;
   void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line);
 
   const ToolWorld& world;

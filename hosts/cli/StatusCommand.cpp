@@ -112,6 +112,9 @@ int RunStatus(CommandContext& context) {
     }
   }
   if (context.Asked().json) PrintJson(context, document);
+  if (chosen.empty() && !context.Asked().json) {
+    context.Out().PrintLine("The project has no application: there is nothing to build");
+  }
   if (!problem.empty()) context.Complain(problem);
   return problem.empty() ? kExitDone : kExitBuildFailed;
 }

@@ -5,6 +5,7 @@
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/EditRecord.h"
 #include "hosts/frame/Relocation.h"
+#include "platform/files/KeptCopy.h"
 
 namespace tarn::host {
 
@@ -40,9 +41,25 @@ bool IsAsRecorded(CommandContext& context, const std::string& project, const Fil
   });
 }
 
+// Copies the damaged ones of the files that are to be written.
+int KeepDamaged(CommandContext& context, const FileChanges& changes) {
+  FileSystem& files = context.Files();
+  for (const DamageEntry& entry : context.GetDamage()) {
+    const bool isChanged = std::ranges::any_of(
+        changes, [&](const FileChange& each) { return each.path == entry.file; });
+    const auto text = files.ReadWholeFile(entry.file);
+    std::string copy;
+    if (!isChanged || !text || KeepCopy(files, entry.file, *text, ".bak", copy)) continue;
+    context.Complain(context.Show(copy) + " can't be written, and nothing was changed.");
+    return kExitCannotOpen;
+  }
+  return kExitDone;
+}
+
 int WriteDirectly(CommandContext& context, const std::string& project, const FileChanges& changes) {
   context.ShowDamageOf(project);
   if (const int code = context.CheckDamage(); code != kExitDone) return code;
+  if (const int code = KeepDamaged(context, changes); code != kExitDone) return code;
   const Status written = context.Files().WriteFiles(AsBytes(TextsAfter(changes)));
   if (written) return kExitDone;
   const Error& error = written.GetError();
@@ -88,6 +105,7 @@ int RunUndo(CommandContext& context) {
   EditRecord record(context.Files(), project);
   const ProjectStep* const step = isUndo ? record.GetUndo() : record.GetRedo();
   if (step == nullptr) {
+    context.ShowDamageOf(project);
     const Error none{ErrorCode::NotFound, {}, {}};
     return RefuseRecord(context, record.GetStatus() ? none : record.GetStatus().GetError(), isUndo);
   }

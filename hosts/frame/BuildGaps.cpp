@@ -24,6 +24,7 @@ constexpr GapText kGapTexts[] = {
     {"no-tool", false,
      "%1 is not built: it has no tool (option Build.TranslateTool). Exclude it from the build if "
      "that is intended."},
+    {"no-file", true, "%1 can't be built: it names no file. Give it a Path, or remove it."},
     {"no-application", true,
      "%1 can't be built: it is in no application. Move it into one, or remove it."},
     {"no-type", true,
@@ -53,6 +54,7 @@ BuildGaps ParseBuildGaps(const std::string& xml, const std::string& application)
   BuildGaps found;
   const auto root = ParseXml(xml);
   if (root == nullptr) return found;
+  found.cycle = AttributeOf(root.get(), "Cycle");
   if (application.empty()) ReadNodes(*root, {}, found);
   for (const CXmlNode* entry : root->GetChildren()) {
     if (entry->NameView() != "Application") continue;

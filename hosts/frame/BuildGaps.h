@@ -12,13 +12,15 @@ struct BuildGap {
   std::string label;
   std::string path;
   std::string type;      // element name; of an unknown tool the name of the tool
-  std::string reason;    // "no-tool", "no-type", "no-application" or "unknown-tool"
+  std::string reason;    // "no-tool", "no-file", "no-type", "no-application" or "unknown-tool"
   bool isFatal = false;  // its application can't be built
 };
 
 struct BuildGaps {
   int applications = 0;  // that take part in a build
   std::vector<BuildGap> gaps;
+  // Applications that use each other's outputs: "a -> b -> a". Empty if there are none.
+  std::string cycle = {};
 
   bool HasFatal() const;
 };

@@ -49,8 +49,11 @@ Status LogKeeper::Keep() {
 // Readers tell a new log by its time, so one that is kept already is not written again.
 Status LogKeeper::Copy() {
   const auto text = files.ReadWholeFile(source);
-  if (!text && text.GetError().code == ErrorCode::NotFound) return {};
-  if (!text) return Error{text.GetError().code, text.GetError().text, source};
+  if (!text) {
+    // The server removes it with the project. One that never came couldn't be written.
+    const bool isGone = copied && text.GetError().code == ErrorCode::NotFound;
+    return isGone ? Status() : Status(Error{text.GetError().code, text.GetError().text, source});
+  }
   const std::size_t hash = std::hash<std::string>()(*text);
   if (copied == hash) return {};
   // Names and paths stand in the log as they are; the kept one is for everybody's tools.

@@ -26,7 +26,9 @@ class LogKeeper {
   void Follow(const std::string& log, const std::string& kept);
   // The server's log has this name now. No-op while none is followed.
   void Renew(const std::string& log);
-  // Copies what was followed last as it is by now; nothing when that is nothing, or gone.
+  // Copies what was followed last as it is by now; does nothing if there is nothing, or if it is
+  // gone after it was copied. Fails if one of the two files can't be read or written, also if the
+  // first never came: the server, which writes it, says nothing of a full disk.
   Status Keep();
   // Nothing was followed.
   void Forget();

@@ -34,7 +34,7 @@ constexpr ReasonText kReasons[] = {
     {"run-failed", "could not be built the last time"},
     {"source-changed", "its source %1 changed since it was built"},
     {"dependency-changed", "its %2 %1 changed since it was built"},
-    {"program-changed", "%1 changed since it was built"},
+    {"program-changed", "%1 is missing, or changed since it was built"},
     {"changed-during-run", "%1 changed while it was built"},
     {"shadowed", "%1 is new or gone and can change what is included or linked"},
     {"no-tool", "has no tool; look at the option Build.TranslateTool"},

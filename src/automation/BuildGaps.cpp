@@ -3,12 +3,15 @@
 #include <set>
 #include <string_view>
 
+#include "build/ApplicationOrder.h"
 #include "build/Staleness.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
 
 namespace {
+
+constexpr const char* kNoFile = "no-file";
 
 bool HasText(const CXmlNode& node, const char* name) {
   const char* value = node.GetAttrValue(name);
@@ -70,7 +73,9 @@ void ListApplication(CProjectModel& model, const CXmlNode& application,
       [&](const BuildGap& gap) {
         const bool lacksSource =
             types.GetNodeType(gap.node) == nullptr && HasSource(model, gap.node);
-        AddGap(gap, gap.node.NameView(), &gap.node == &application || lacksSource, entry);
+        const bool isFatal =
+            &gap.node == &application || lacksSource || std::string_view(gap.reason) == kNoFile;
+        AddGap(gap, gap.node.NameView(), isFatal, entry);
       },
       [&](std::string_view tool) {
         if (tool != last) tools.emplace(last = tool);
@@ -101,7 +106,9 @@ void FindBuildGaps(const NodeTypes& types, const CXmlNode& node,
                       [&](const CXmlNode& child) { FindBuildGaps(types, child, onGap, onTool); });
   if (tool != nullptr && !hasNoTool && onTool) onTool(tool);
   const bool isBuiltFromFile = (flags & kTypePath) != 0 && (flags & kTypeProject) == 0;
-  if (isBuiltFromFile && hasNoTool) onGap({node, "no-tool"});
+  if (!isBuiltFromFile) return;
+  if (hasNoTool) onGap({node, "no-tool"});
+  if (!isApplication && !hasNoTool && !HasText(node, "Path")) onGap({node, kNoFile});
 }
 
 std::unique_ptr<CXmlNode> ListBuildGaps(CProjectModel& model, const HasToolFunction& hasTool) {
@@ -121,6 +128,8 @@ std::unique_ptr<CXmlNode> ListBuildGaps(CProjectModel& model, const HasToolFunct
       ListApplication(model, child, hasTool, *list);
     }
   });
+  const ApplicationOrder order(model.types, model.toolManager, model.GetProjectRoot());
+  if (!order.GetCycle().empty()) list->AddAttr("Cycle", order.GetCycle());
   return list;
 }
 

@@ -22,6 +22,7 @@ using HasToolFunction = std::function<bool(const std::string& tool)>;
 // order. Only the published attributes are read, no file is examined. Reasons:
 //   no-tool  an application, or a node of a type that is built from a file, has no TranslateTool;
 //            below an application without one nothing more is looked for
+//   no-file  a node that is built from a file has no Path
 //   no-type  no record of the configuration file defines the node's type, and it, or something
 //            below it, has a file
 // Nodes that are excluded from the build are no gaps. `onTool`, if any, gets the tool of each node
@@ -35,7 +36,8 @@ void FindBuildGaps(const NodeTypes& types, const CXmlNode& node,
 // for each gap: "Header", "Path", "Type", "Reason", "IsFatal" ("Yes": the application can't be
 // built, or lacks a source). Nodes of the project itself come first: without a type, since they
 // would be applications, and "no-application", with sources. A tool that isn't defined is a fatal
-// gap of its application with the reason "unknown-tool" and the tool as "Type".
+// gap of its application with the reason "unknown-tool" and the tool as "Type". The list has the
+// attribute "Cycle" if applications use each other's outputs: their labels, as in "a -> b -> a".
 std::unique_ptr<CXmlNode> ListBuildGaps(CProjectModel& model, const HasToolFunction& hasTool);
 
 // Returns why no project can be built with the types of the configuration file, or an empty string.

@@ -38,6 +38,7 @@ std::string CProjectInspector::GetBuildProblem() {
   const std::string type = TextOf(fatal->GetAttrValue("Type"));
   std::string text = TextOf(fatal->GetAttrValue("Header")) + " can't be built: ";
   if (reason == "no-tool") return text + "it has no tool";
+  if (reason == "no-file") return text + "it names no file";
   if (reason == "no-application") return text + "it is in no application";
   if (reason == "unknown-tool") return text + "no definition knows its tool " + type;
   return text + "its type " + type + " isn't defined";

@@ -107,12 +107,16 @@ void ApplicationOrder::Visit(Entry& entry, std::vector<const CXmlNode*>& chain) 
 
 void ApplicationOrder::ReportCycle(const std::vector<const CXmlNode*>& chain,
                                    const CXmlNode& again) {
-  if (!problem.empty()) return;
-  problem = "Applications that use each other's outputs can't be built: ";
+  if (!cycle.empty()) return;
   for (auto each = std::find(chain.begin(), chain.end(), &again); each != chain.end(); ++each) {
-    problem += TextOf((*each)->GetAttrValue("Header")) + " -> ";
+    cycle += TextOf((*each)->GetAttrValue("Header")) + " -> ";
   }
-  problem += TextOf(again.GetAttrValue("Header"));
+  cycle += TextOf(again.GetAttrValue("Header"));
+}
+
+std::string ApplicationOrder::GetProblem() const {
+  return cycle.empty() ? cycle
+                       : "Applications that use each other's outputs can't be built: " + cycle;
 }
 
 ApplicationOrder::Entry* ApplicationOrder::Find(const CXmlNode& node) {

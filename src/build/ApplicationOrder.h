@@ -27,9 +27,11 @@ class ApplicationOrder {
   std::vector<CXmlNode*> GetUsed(const CXmlNode& application) const;
   // Those that it uses directly.
   const std::vector<CXmlNode*>& GetDirectlyUsed(const CXmlNode& application) const;
-  // Describes the first cycle: none of the applications in it can be built first. Empty if there is
-  // none.
-  const std::string& GetProblem() const { return problem; }
+  // The labels of the first cycle, as in "a -> b -> a": none of the applications in it can be built
+  // first. Empty if there is none.
+  const std::string& GetCycle() const { return cycle; }
+  // The same as a sentence.
+  std::string GetProblem() const;
 
  private:
   enum class State { New, InProgress, Done };
@@ -52,7 +54,7 @@ class ApplicationOrder {
   CToolManagerDriver* const tools;
   std::vector<Entry> entries;  // in the order of the project
   std::vector<CXmlNode*> order;
-  std::string problem;
+  std::string cycle;
 };
 
 }  // namespace tarn

@@ -34,6 +34,15 @@ void HashOutputs(const CXmlNode& node, std::vector<std::uint64_t>& hashes) {
   }
 }
 
+void CountListings(const CXmlNode& node, std::unordered_map<std::string, int>& counts) {
+  const std::string listing = TextOf(node.GetAttrValue("ListingFile"));
+  const std::string tool = TextOf(node.GetAttrValue("TranslateTool"));
+  if (!listing.empty() && !tool.empty()) ++counts[listing];
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (IsContentNode(*child)) CountListings(*child, counts);
+  }
+}
+
 // Returns whether several nodes may have one output. Cheaper than an index, and nearly always
 // false.
 bool MayShareOutputs(const CXmlNode& application) {
@@ -91,7 +100,12 @@ bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
     const std::string infos = TextOf(record->GetAttrValue("Infos"));
     const std::string date = TextOf(record->GetAttrValue("Date"));
     RecordBuildInfo(node, infos.c_str(), date.c_str());
-    buildRecords.TakeReport(*node, ReadReport(*record));
+    BuildReport report = ReadReport(*record);
+    // Each of several runs would find that another one has replaced it.
+    std::erase_if(report.products, [&](const std::string& each) {
+      return each == TextOf(node->GetAttrValue("ListingFile")) && IsSharedListing(each);
+    });
+    buildRecords.TakeReport(*node, report);
     ReplaceDependencies(*node, TakeDependencies(std::move(record)));
     views.TellUpdated(*node);
   }
@@ -101,6 +115,7 @@ bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
 void CProjectModel::ForgetOldOutputs() {
   if (outputIndexEpoch == outputEpoch) return;
   outputIndexes.clear();
+  listings.reset();
   withoutShared.clear();
   outputIndexEpoch = outputEpoch;
 }
@@ -122,6 +137,13 @@ CXmlNode* CProjectModel::FindNodeByOutput(CXmlNode& application, const char* out
     if (IsBuilt(*pair->first, application)) found = pair->first;
   }
   return found;
+}
+
+bool CProjectModel::IsSharedListing(const std::string& path) {
+  ForgetOldOutputs();
+  if (!listings) CountListings(*projectRoot, listings.emplace());
+  const auto found = listings->find(path);
+  return found != listings->end() && found->second > 1;
 }
 
 std::vector<SharedOutput> CProjectModel::FindSharedOutputs(CXmlNode& application) {

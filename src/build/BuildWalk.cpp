@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "build/SameFiles.h"
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -389,6 +390,16 @@ bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
   return false;
 }
 
+// A linker that gets a file twice finds everything in it defined twice, and says no more than that.
+void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
+  if ((model.types.FlagsOf(node) & kTypeApplication) == 0) return;
+  for (const auto& [first, second] : FindSameFiles(model.files, node)) {
+    model.AddBuildNotice(LineKind::Warning,
+                         first + " and " + second + " are the same file, which is built twice");
+    if (LostTree()) return;
+  }
+}
+
 bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   CXmlNode& node = *frame.node;
   if (model.toolManager == nullptr) return Return(false, false);
@@ -404,6 +415,8 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   } else {
     if (!hasTool || IsExactlyYes(node, "Exclude")) return Return(true, false);
     if (IsKept(node, request)) return LostTree() || Return(false, false);
+    WarnOfSameFiles(node);
+    if (LostTree()) return true;
     model.output->WriteMessage(kRowTranslateStarts, {TextOf(node.GetAttrValue("Path"))});
     if (LostTree()) return true;
     folderBefore = model.files.CurrentFolder();

@@ -112,6 +112,7 @@ class BuildWalk {
   void LeaveTool();
   bool Clean(CXmlNode& node);
   bool IsKept(const CXmlNode& node, const WalkRequest& request);
+  void WarnOfSameFiles(const CXmlNode& node);
   bool AreChildrenGood(const Frame& frame) const;
   bool MayAsk(const Frame& frame) const;
   bool AskForTimes(Frame& frame, WalkRequest& request);

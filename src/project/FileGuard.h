@@ -22,6 +22,8 @@ class FileGuard {
   // The file was read; `damaged` when part of it did not become part of the tree.
   void NoteRead(const std::string& path, std::string_view bytes, bool damaged);
   void NoteWritten(const std::string& path, std::string_view bytes);
+  // The file, which was read before, is damaged.
+  void NoteDamaged(const std::string& path) { damagedFiles.insert(path); }
   // What the file held when it was read or written last; null if it was neither. Borrowed until the
   // next call.
   const std::string* TextOf(const std::string& path) const;

@@ -146,6 +146,7 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   std::vector<std::string> outer = std::exchange(loadingFiles, {});
   const ReplacedFiles* const outerReplaced = std::exchange(replaced, changes.get());
   const std::int32_t loaded = LoadTreeFile(*projectRoot, projectPath);
+  if (loaded && projectEpoch == opened) CheckActiveApplication();
   loadingFiles = std::move(outer);
   replaced = outerReplaced;
   if (!loaded) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <string>
 #include <unordered_map>
@@ -346,6 +347,8 @@ class CProjectModel {
   CXmlNode* FindNodeByOutput(CXmlNode& application, const char* outputFile);
   // Nodes of a published application that are built into one output.
   std::vector<SharedOutput> FindSharedOutputs(CXmlNode& application);
+  // Returns whether several nodes of the project are built into this listing.
+  bool IsSharedListing(const std::string& path);
   // Nodes whose source is listed again further on, where it is built.
   std::unordered_set<const CXmlNode*> FindRepeatedNodes(CXmlNode& application);
   std::int32_t RecordBuildInfo(CXmlNode* node, const char* infos, const char* date);
@@ -393,6 +396,8 @@ class CProjectModel {
   bool HoldsWhatIsSaved();
   // Replaces what is known of the file.
   void SetDamageOf(const std::string& absolute, std::vector<FileDamage> found);
+  void AddDamage(FileDamage found);
+  void CheckActiveApplication();
   void SetReference(CXmlNode& node, const std::string& fileName);
   std::int32_t LoadExternChildren(CXmlNode& node, std::uint64_t epoch);
   // A file that a save is about to write.
@@ -576,8 +581,10 @@ class CProjectModel {
   std::unique_ptr<RecordRestore> recordRestore;  // while one is under way
 
   std::unordered_map<const CXmlNode*, OutputIndex> outputIndexes;  // by application
+  // Numbers of nodes by the listing that they have; nullopt until they are needed.
+  std::optional<std::unordered_map<std::string, int>> listings;
   std::unordered_set<const CXmlNode*> withoutShared;  // applications in which no nodes share one
-  std::uint64_t outputIndexEpoch = 0;                 // of both
+  std::uint64_t outputIndexEpoch = 0;                 // of all three
 };
 
 }  // namespace tarn

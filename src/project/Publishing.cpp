@@ -188,7 +188,10 @@ void CProjectModel::WriteDerivedAttributes(CXmlNode& node) {
   node.SetAttrValue("Exclude", exclude);
   node.SetAttrValue("LinkExclude", linkExclude);
   const char* oldOutput = node.GetAttrValue("OutputFile");
-  if (oldOutput == nullptr || outputFile != oldOutput) ++outputEpoch;
+  const char* oldListing = node.GetAttrValue("ListingFile");
+  const bool isSame = oldOutput != nullptr && outputFile == oldOutput && oldListing != nullptr &&
+                      listingFile == oldListing;
+  if (!isSame) ++outputEpoch;
   node.SetAttrValue("OutputFile", outputFile);
   node.SetAttrValue("ListingFile", listingFile);
   if (!dbiFile.empty()) node.SetAttrValue("DBIFile", dbiFile);

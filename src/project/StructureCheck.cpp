@@ -38,8 +38,26 @@ int LevelOf(std::string_view name) {
 }  // namespace
 
 void StructureCheck::CheckFile(const CXmlNode& root, const std::vector<std::string>& outerFiles) {
+  CheckChosenConfig(root);
   CheckReferences(root, outerFiles);
   CheckNode(root, nullptr, true);
+}
+
+// With options of no configuration an application would be built as nobody has meant it.
+void StructureCheck::CheckChosenConfig(const CXmlNode& root) {
+  const std::string config = TextOf(root.GetAttrValue("Config"));
+  const bool isChosen = (types.FlagsOf(root) & kTypeApplication) != 0 && !config.empty();
+  if (!isChosen || EqualNoCase(config, kStandardConfig)) return;
+  bool isKnown = false;
+  ForEachElement(root, [&](const CXmlNode& child) {
+    if (child.NameView() != "Configs") return;
+    ForEachElement(child, [&](const CXmlNode& each) {
+      isKnown = isKnown || EqualNoCase(TextOf(each.GetAttrValue("Header")), config);
+    });
+  });
+  if (!isKnown) {
+    Report(root, "names the configuration \"" + config + "\", which it does not have", true);
+  }
 }
 
 bool StructureCheck::HasOwnFile(const CXmlNode& node) const {

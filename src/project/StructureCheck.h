@@ -17,6 +17,7 @@ namespace tarn {
 //   - a second Options or Configs of one node;
 //   - Config, Set, Section or Property at another level of Options than its own, and a Config, Set
 //     or Section without Header. Other names below Options are the property manager's;
+//   - an application whose attribute Config names none of its configurations;
 //   - content of an element that has its own file, and an element whose file is read already: that
 //     of another element, or one that this element is in.
 //
@@ -38,6 +39,7 @@ class StructureCheck {
   // Whether the element is a node of the project and not a file that a tool has reported.
   bool IsNodeAmong(const CXmlNode& holder, const CXmlNode& node) const;
 
+  void CheckChosenConfig(const CXmlNode& root);
   void CheckReferences(const CXmlNode& root, const std::vector<std::string>& outerFiles);
   // `leaf` is the node at or above this one that holds no others, or nullptr.
   void CheckNode(const CXmlNode& node, const CXmlNode* leaf, bool isFileRoot);

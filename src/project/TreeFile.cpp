@@ -13,6 +13,7 @@
 #include "project/ProjectModel.h"
 #include "project/StructureCheck.h"
 #include "project/TreeText.h"
+#include "xml/XmlDamage.h"
 
 namespace tarn {
 
@@ -200,9 +201,8 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
     }).CheckFile(node, loadingFiles);
   }
   std::vector<FileDamage> found = collector.Collect(absolute);
-  const bool isKept =
-      std::all_of(found.begin(), found.end(), [](const FileDamage& each) { return each.isKept; });
-  guard.NoteRead(absolute, *text, !isWhole || !isKept);
+  // What the tree keeps of damage need not come back to where it was.
+  guard.NoteRead(absolute, *text, !isWhole || !found.empty());
   if (own != nullptr) guard.TakeOver(replaced->former, absolute);
   SetDamageOf(absolute, std::move(found));
   if (holdsValues) DropStoredValues(node);
@@ -214,11 +214,37 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
 // A line of the log, not a message: the host has methods to ask for it.
 void CProjectModel::SetDamageOf(const std::string& absolute, std::vector<FileDamage> found) {
   std::erase_if(damage, [&](const FileDamage& each) { return each.file == absolute; });
-  for (FileDamage& each : found) {
-    output->AddOutput(each.ToString());
-    // The project that stands in for none holds nothing of the user's.
-    if (isDefaultProject == 0) damage.push_back(std::move(each));
-  }
+  for (FileDamage& each : found) AddDamage(std::move(each));
+}
+
+void CProjectModel::AddDamage(FileDamage found) {
+  output->AddOutput(found.ToString());
+  // The project that stands in for none holds nothing of the user's.
+  if (isDefaultProject == 0) damage.push_back(std::move(found));
+}
+
+// The project file names each application that it has and, by its label, the active one. If that
+// one is not there, its line has been lost. The label may be that in the project file or that in
+// the application's own file.
+void CProjectModel::CheckActiveApplication() {
+  const std::string active = TextOf(projectRoot->GetAttrValue("ActiveApp"));
+  const std::string* const text = guard.TextOf(projectPath);
+  const auto isListedIn = [&](const CXmlNode& root) {
+    const auto children = root.GetChildren();
+    return std::any_of(children.begin(), children.end(), [&](const CXmlNode* child) {
+      return (types.FlagsOf(*child) & kTypeApplication) != 0 &&
+             EqualNoCase(TextOf(child->GetAttrValue("Header")), active);
+    });
+  };
+  if (active.empty() || text == nullptr || isListedIn(*projectRoot)) return;
+  CXmlNode written;
+  DamageCollector collector(*text);
+  ReadTree(*text, written, collector);
+  if (isListedIn(written)) return;
+  const std::size_t start = std::min(text->find('<' + written.GetName()), text->size());
+  AddDamage({projectPath, 1 + CountLineEnds(*text, 0, start),
+             "the application \"" + active + "\", which is the active one, is missing", true});
+  guard.NoteDamaged(projectPath);
 }
 
 // An application is where it was read from, whatever its own file says of that: it may have been

@@ -127,15 +127,16 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
        "",
        "Missing programs\n  app.tapp:3: nosuch is not installed; it is needed by Build.Launcher\n",
        {}},
-      {"", "",
-       "Unknown applications\n  demo.tprj:2: the project has no application none, which it names "
-       "as "
-       "the active one\n",
-       [](CliProject& project) {
-         std::string text = project.Read("demo.tprj");
-         project.Write("demo.tprj",
-                       text.replace(text.find("ActiveApp=\"app"), 14, "ActiveApp=\"none"));
-       }},
+      {"", "<C Header=\"n\" />", "Nodes without a file\n  app.tapp:5: n names no file\n", {}},
+      {"",
+       "<Header Path=\"\" />",
+       "Nodes without a file\n  app.tapp:5: <Header> names no file\n",
+       {}},
+      {"", "<Group Header=\"n\" />", "", {}},
+      {"", Node("C", ".\\lnk\\b.c"),
+       "Files under several names\n  app.tapp:5: src/b.c and lnk/b.c are the same file, which is "
+       "built twice\n",
+       [](CliProject& project) { fs::create_directory_symlink("src", project.PathOf("lnk")); }},
       {"Directories.Include=/usr/include",
        "",
        "Absolute paths\n  app.tapp:3: /usr/include is an absolute path (Directories.Include)\n",
@@ -150,7 +151,9 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
        "Header=\"X\" >"
        "\n<Section Header=\"S\" ><Property Header=\"P\" Value=\"\" /></Section></Set></Config>"
        "</Options></C>",
-       "Unknown options\n  app.tapp:7: no definition has the option X.S.P\n",
+       "Unknown options\n  app.tapp:7: no definition has the option X.S.P\n"
+       "Unknown configurations\n  app.tapp:7: options are stored for the configuration Fast, which "
+       "the application does not have\n",
        {}},
       {"Compiler.Optimize=q",
        "",

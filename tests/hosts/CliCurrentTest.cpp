@@ -90,6 +90,11 @@ const Row kRows[] = {
      "app"},
     {"the map is gone", [](CliProject& p) { fs::remove(p.PathOf("build/Standard/app.map")); },
      "app"},
+    {"the listing is gone", [](CliProject& p) { fs::remove(p.PathOf("build/c.lst")); }, "c.c app"},
+    {"a listing of several sources is gone",
+     [](CliProject& p) { fs::remove(p.PathOf("build/ab.lst")); }, ""},
+    {"the list of globals is gone",
+     [](CliProject& p) { fs::remove(p.PathOf("app-Globals.Standard.xml")); }, "app"},
     {"the compiler is replaced",
      [](CliProject& p) { p.AddProgram("gcc", "#!/bin/sh\nexec /usr/bin/gcc \"$@\"\n"); },
      "a.c b.c c.c x.c app"},
@@ -148,6 +153,11 @@ TEST(CliCurrent, WhatChangedIsBuiltOnceAndNothingElse) {
     project.Out({"options", "set", "Directories.Include", "inc1;inc2"});
     project.Out({"options", "set", "Linker.Script", "link.ld"});
     project.Out({"options", "set", "Linker.MapFile", "build/$(Config.Name)/app.map"});
+    project.Out({"options", "set", "Compiler.Debug", "Yes"});
+    for (const auto& [source, listing] : {std::pair{"a", "ab"}, {"b", "ab"}, {"c", "c"}}) {
+      project.Out({"options", "set", "-n", "src/" + std::string(source) + ".c", "Build.ListingFile",
+                   "build/" + std::string(listing) + ".lst"});
+    }
     EXPECT_EQ(Built(project.Out({"build"})), "a.c b.c c.c x.c app");
     EXPECT_EQ(Built(project.Out({"build"})), "");
     row.change(project);

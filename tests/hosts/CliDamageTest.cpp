@@ -108,6 +108,43 @@ TEST(CliDamage, WhatWasNotReadIsCopiedBeforeTheFileIsWritten) {
   EXPECT_EQ(project.Run({"build"}).code, 0);
 }
 
+TEST(CliDamage, ATextThatIsKeptElsewhereIsCopiedByEveryWayToWriteTheFile) {
+  CliProject project;
+  std::string text = project.Read("app.tapp");
+  text.insert(text.find("<C Header=\"a.c\""), "left over");
+  project.Write("app.tapp", text);
+  project.Out({"options", "set", "Compiler.Defines", "X", "--damaged-ok"});
+  EXPECT_EQ(project.Read("app.tapp.bak"), text);
+  const std::string edited = project.Read("app.tapp");
+  ASSERT_TRUE(Has(edited, "left over"));
+  project.Out({"undo", "--damaged-ok"});
+  EXPECT_FALSE(Has(project.Read("app.tapp"), "Defines"));
+  EXPECT_EQ(project.Read("app.tapp.bak2"), edited);
+}
+
+TEST(CliDamage, AnUndoOrRedoOfNothingNamesTheDamage) {
+  for (const char* command : {"undo", "redo"}) {
+    CliProject project;
+    DamageApplication(project);
+    const auto answer = project.Run({command});
+    EXPECT_EQ(answer.code, 2) << command;
+    EXPECT_TRUE(answer.err.starts_with(kNotice)) << answer.err;
+  }
+}
+
+TEST(CliDamage, AProjectThatHasLostItsApplicationIsNotBuiltAndAnEmptyOneIs) {
+  CliProject project;
+  std::string text = project.Read("demo.tprj");
+  const std::size_t start = text.find("<Application");
+  project.Write("demo.tprj", text.erase(start, text.find("</Project>") - start));
+  project.ExpectRefusal(
+      {"build"}, 3, "demo.tprj:2: the application \"app\", which is the active one, is missing");
+  EXPECT_TRUE(Has(project.Run({"check"}).out, "which is the active one, is missing"));
+  project.Write("demo.tprj", text.erase(text.find("ActiveApp"), 15));
+  EXPECT_TRUE(Has(project.Out({"build"}), "no application is built"));
+  EXPECT_TRUE(Has(project.Out({"status"}), "no application"));
+}
+
 // What is cut is named, or nothing is missing; one damaged file that is added counts as well.
 TEST(CliDamage, ACutProjectIsNeverBuilt) {
   CliProject project;

@@ -112,6 +112,28 @@ TEST(CliReproducible, ACheckoutInAnotherFolderIsBuiltToTheSameBytes) {
   }
 }
 
+TEST(CliReproducible, ARebuildWithOptimizationByTheLinkerMakesTheSameBytes) {
+  for (const Toolchain& toolchain : {kToolchains[0], kToolchains[1]}) {
+    SCOPED_TRACE(toolchain.name);
+    CliProject project;
+    if (project.RunProgram("/bin/sh", {"-c", "command -v \"$0\"", toolchain.program}).code != 0) {
+      continue;
+    }
+    WriteCheckout(project, "one", toolchain);
+    project.Out({"options", "set", "C.Compiler.Extra", "--", "-flto", "one"});
+    project.Out({"options", "set", "Linker.Extra", "--", "-flto", "one"});
+    project.Out({"options", "set", "Linker.MapFile", "build/fw.map", "one"});
+    project.Out({"build", "one"});
+    const auto first = Outputs(project, "one");
+    ASSERT_TRUE(Has(first.at("fw.map"), ".ltrans"));
+    project.Out({"rebuild", "one"});
+    for (const auto& [name, bytes] : Outputs(project, "one")) {
+      EXPECT_TRUE(bytes == first.at(name)) << name << " differs";
+    }
+    EXPECT_TRUE(Has(project.Out({"build", "one"}), "Nothing to do"));
+  }
+}
+
 TEST(CliReproducible, MessagesAndGlobalsLeadToTheRealFiles) {
   CliProject project;
   WriteCheckout(project, "one", kToolchains[0]);

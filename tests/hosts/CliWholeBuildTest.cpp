@@ -192,9 +192,12 @@ TEST(CliBuildGaps, WhatABuildPassesOverIsNamedAndAMissingApplicationIsAFailure) 
       {"an application of an unknown type", "demo.tprj", "</Project>",
        "<Firmware Header=\"two\" Path=\".\\two.tapp\" /></Project>", 1,
        "tarn: two can't be built: its type Firmware is not defined", "Failed", "up to date"},
+      {"a source without a path", "app.tapp", "<Group ", "<C Header=\"z\" /><Group ", 1,
+       "tarn: z can't be built: it names no file", "Failed", "z    its output"},
       {"no application", "demo.tprj",
-       "<Application Header=\"app\" Extern=\".\\app.tapp\" Path=\".\\app.tapp\" />", "", 0, "",
-       "Nothing to do: no application is built (", ""},
+       " ActiveApp=\"app\" ><Application Header=\"app\" Extern=\".\\app.tapp\" "
+       "Path=\".\\app.tapp\" />",
+       ">", 0, "", "Nothing to do: no application is built (", "no application"},
       {"an excluded application", "app.tapp", "<Section Header=\"Target\" >",
        "<Section Header=\"Build\" ><Property Header=\"Exclude\" Value=\"Yes\" /></Section>"
        "<Section Header=\"Target\" >",

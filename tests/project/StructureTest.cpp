@@ -41,8 +41,7 @@ struct Row {
   const char* name;
   std::string file;
   std::string text;
-  Lines damage;           // without the file
-  bool isCopied = false;  // a save makes a copy of the file first
+  Lines damage;  // without the file
 };
 
 TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
@@ -74,29 +73,22 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
        kOne,
        Application("<C Header='c' ><Dependencies>\n<C Header='f.c' Path='f.c' />"
                    "<Header Header='h.h' /></Dependencies></C>"),
-       {":3: <C> \"f.c\" is in <Dependencies>, where no node is read"},
-       true},
+       {":3: <C> \"f.c\" is in <Dependencies>, where no node is read"}},
       {"a group in stored state",
        kOne,
        Application("<Info><X><Group><C/></Group></X></Info>"),
-       {":2: <Group> is in <Info>, where no node is read"},
-       true},
+       {":2: <Group> is in <Info>, where no node is read"}},
       {"a source in a source",
        kOne,
        Application("<C Header='a.c' >\n<Header Header='b.h' ><X><C Header='f.c' /></X></Header>"
                    "</C>"),
        {":3: <Header> \"b.h\" is in <C> \"a.c\", which holds no nodes",
         ":3: <C> \"f.c\" is in <C> \"a.c\", which holds no nodes"}},
-      {"options twice",
-       kOne,
-       Application("<Options/>\n<Options/>"),
-       {":3: <Options>" + isSecond},
-       true},
+      {"options twice", kOne, Application("<Options/>\n<Options/>"), {":3: <Options>" + isSecond}},
       {"configurations twice",
        kOne,
        Application("<Group><Configs/>\n<Configs/></Group>"),
-       {":3: <Configs>" + isSecond},
-       true},
+       {":3: <Configs>" + isSecond}},
       {"levels of options",
        kOne,
        Application("<Options><Set Header='s' />\n<Config Header='x' ><Property Header='p' "
@@ -114,8 +106,7 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
       {"another root",
        kOne,
        "\n<Group Header='one' ></Group>",
-       {":2: the root is <Group>, the project names <Application>"},
-       true},
+       {":2: the root is <Group>, the project names <Application>"}},
       {"the root of another application",
        kOne,
        "<AutoApp Header='one' ></AutoApp>",
@@ -124,17 +115,33 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
       {"content of an application",
        kProject,
        Project("<Application Header='two' Extern='two.tapp' ><!-- c -->\n<X/><C/></Application>"),
-       {":3: <X> is content of <Application> \"two\", which is read from its own file"},
-       true},
+       {":3: <X> is content of <Application> \"two\", which is read from its own file"}},
       {"an application twice",
        kProject,
        Project("<Application Header='1' Extern='.\\one.tapp' />"),
        {":2: <Application> \"1\" names a file that is read already"}},
+      {"a configuration that is not there",
+       kOne,
+       "<Application Header='one' Config='Gone' >\n<Configs><Config Header='Fast' /></Configs>"
+       "</Application>",
+       {":1: <Application> \"one\" names the configuration \"Gone\", which it does not have"}},
+      {"a configuration in another letter case",
+       kOne,
+       "<Application Header='one' Config='fast' ><Configs><Config Header='Fast' /></Configs>"
+       "</Application>",
+       {}},
+      {"the active application is not there",
+       kProject,
+       "\n<Project ActiveApp='two' ><Application Header='one' Extern='one.tapp' />\n</Project>",
+       {":2: the application \"two\", which is the active one, is missing"}},
+      {"the active application has another label in its own file",
+       kProject,
+       "<Project ActiveApp='uno' ><Application Header='uno' Extern='one.tapp' /></Project>",
+       {}},
       {"a project of another type",
        kProject,
        "\n<Group ></Group>",
-       {":2: the root is <Group>, not that of a project"},
-       true},
+       {":2: the root is <Group>, not that of a project"}},
       {"types that are unknown, and what belongs to others",
        kOne,
        Application("<X><C Header='c' /></X><C Header='d' ><X Path='x' /></C>" +
@@ -153,7 +160,7 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
     EXPECT_EQ(ToLines(world.model->GetDamage()), expected);
     world.Edit();
     world.model->SaveProject();
-    EXPECT_EQ(world.FileText(row.file + ".bak"), row.isCopied ? row.text : "(none)");
+    EXPECT_EQ(world.FileText(row.file + ".bak"), row.damage.empty() ? "(none)" : row.text);
   }
 }
 

@@ -584,12 +584,36 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>Die Anwendungen %1 und %2 haben bis auf Groß- und Kleinschreibung die gleiche Bezeichnung</translation>
     </message>
     <message>
-        <source>Unknown applications</source>
-        <translation>Unbekannte Anwendungen</translation>
+        <source>Applications in a cycle</source>
+        <translation>Anwendungen im Kreis</translation>
     </message>
     <message>
-        <source>The project has no application %1, which it names as the active one</source>
-        <translation>Das Projekt hat keine Anwendung %1, die es als aktive nennt</translation>
+        <source>Applications that use each other&apos;s outputs can&apos;t be built: %1</source>
+        <translation>Anwendungen, die ihre Ausgaben gegenseitig verwenden, können nicht gebaut werden: %1</translation>
+    </message>
+    <message>
+        <source>Files under several names</source>
+        <translation>Dateien mit mehreren Namen</translation>
+    </message>
+    <message>
+        <source>%1 and %2 are the same file, which is built twice</source>
+        <translation>%1 und %2 sind dieselbe Datei, die zweimal gebaut wird</translation>
+    </message>
+    <message>
+        <source>Unknown configurations</source>
+        <translation>Unbekannte Konfigurationen</translation>
+    </message>
+    <message>
+        <source>Options are stored for the configuration %1, which the application does not have</source>
+        <translation>Optionen sind für die Konfiguration %1 gespeichert, die die Anwendung nicht hat</translation>
+    </message>
+    <message>
+        <source>Nodes without a file</source>
+        <translation>Knoten ohne Datei</translation>
+    </message>
+    <message>
+        <source>%1 names no file</source>
+        <translation>%1 nennt keine Datei</translation>
     </message>
 </context>
 <context>

@@ -584,12 +584,36 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Les applications %1 et %2 ont le même libellé, à la casse près</translation>
     </message>
     <message>
-        <source>Unknown applications</source>
-        <translation>Applications inconnues</translation>
+        <source>Applications in a cycle</source>
+        <translation>Applications en cycle</translation>
     </message>
     <message>
-        <source>The project has no application %1, which it names as the active one</source>
-        <translation>Le projet n&apos;a pas d&apos;application %1, qu&apos;il désigne comme active</translation>
+        <source>Applications that use each other&apos;s outputs can&apos;t be built: %1</source>
+        <translation>Des applications qui utilisent les sorties les unes des autres ne peuvent pas être construites : %1</translation>
+    </message>
+    <message>
+        <source>Files under several names</source>
+        <translation>Fichiers sous plusieurs noms</translation>
+    </message>
+    <message>
+        <source>%1 and %2 are the same file, which is built twice</source>
+        <translation>%1 et %2 sont le même fichier, qui est construit deux fois</translation>
+    </message>
+    <message>
+        <source>Unknown configurations</source>
+        <translation>Configurations inconnues</translation>
+    </message>
+    <message>
+        <source>Options are stored for the configuration %1, which the application does not have</source>
+        <translation>Des options sont enregistrées pour la configuration %1, que l&apos;application n&apos;a pas</translation>
+    </message>
+    <message>
+        <source>Nodes without a file</source>
+        <translation>Nœuds sans fichier</translation>
+    </message>
+    <message>
+        <source>%1 names no file</source>
+        <translation>%1 ne désigne aucun fichier</translation>
     </message>
 </context>
 <context>

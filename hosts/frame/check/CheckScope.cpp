@@ -12,8 +12,6 @@ namespace tarn::host {
 
 namespace {
 
-constexpr const char* kStandardConfiguration = "Standard";
-
 // "Section.Property" of a macro such as "$(Linker.MapFile)"; empty for any other.
 std::string OptionOfMacro(const std::string& macro) {
   const bool isPlain = macro.starts_with("$(") && macro.ends_with(")");
@@ -80,8 +78,17 @@ void CheckScope::ReadTypes() {
   const CXmlNode* list = root == nullptr ? nullptr : root->FindChild("Types");
   if (list == nullptr) return;
   for (const CXmlNode* each : list->GetChildren()) {
-    if (each->GetType() == XmlElement) types.insert(FoldCase(each->NameView()));
+    if (each->GetType() != XmlElement) continue;
+    const std::string name = FoldCase(each->NameView());
+    types.insert(name);
+    const bool isFile = EqualNoCase(AttributeOf(each, "Path"), "Yes") &&
+                        EqualNoCase(AttributeOf(each, "IsLeaf"), "Yes");
+    if (isFile) fileTypes.insert(name);
   }
+}
+
+bool CheckScope::NeedsFile(const CXmlNode& node) const {
+  return fileTypes.contains(FoldCase(node.NameView()));
 }
 
 void CheckScope::AddNodes() {

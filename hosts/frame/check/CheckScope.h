@@ -57,6 +57,8 @@ class CheckScope {
   std::string OptionPath(const CheckedNode& node, const std::string& path) const;
   // The option values that the node's tool would get, else those of its application.
   const OptionValues& ValuesOf(const CheckedNode& node);
+  // Whether a node of this type stands for a file.
+  bool NeedsFile(const CXmlNode& node) const;
   // Checks a path that should be there.
   void CheckPath(const CheckedNode& node, const NamedPath& named);
 
@@ -66,6 +68,7 @@ class CheckScope {
   std::vector<CheckedNode> nodes;  // in the order of the tree
   OptionTable options;
   std::set<std::string> types;                 // names in small letters; empty: not known
+  std::set<std::string> fileTypes;             // those of nodes that stand for a file
   std::map<std::string, KnownTool> tools;      // by names in small letters
   std::set<std::string> madeByTools;           // options that name a tool's outputs, small letters
   std::map<std::string, std::size_t> outputs;  // path: the first node that makes it
@@ -86,6 +89,9 @@ class CheckScope {
   std::map<std::string, std::unique_ptr<FileElements>> elementsByFile;
   std::map<std::string, OptionValues> valuesByOutput;
 };
+
+// The configuration of an application that names none, which every application has.
+inline constexpr const char* kStandardConfiguration = "Standard";
 
 // Label of a node, or the name of its file.
 std::string LabelOf(const CXmlNode& node);

@@ -103,7 +103,6 @@ void FileElements::Open(std::string_view tag, int line) {
   element.header = AttributeIn(tag, "Header");
   element.path = AttributeIn(tag, "Path");
   if (element.path.empty()) element.path = AttributeIn(tag, "Extern");
-  element.active = AttributeIn(tag, "ActiveApp");
   element.line = line;
   element.parent = current;
   const std::size_t number = elements.size();

@@ -13,7 +13,6 @@ struct FileElement {
   std::string name;
   std::string header;  // attribute Header
   std::string path;    // attribute Path, or Extern if there is none
-  std::string active;  // attribute ActiveApp
   int line = 0;        // from 1
   std::size_t parent = 0;
   std::vector<std::size_t> children;

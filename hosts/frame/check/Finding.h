@@ -10,6 +10,7 @@ namespace tarn::host {
 
 enum class FindingKind {
   Damage,
+  MissingPath,
   MissingFile,
   MissingFolder,
   MissingLibrary,
@@ -18,12 +19,14 @@ enum class FindingKind {
   UnreadableFile,
   LetterCase,
   DuplicateFile,
+  SameFile,
   DuplicateOutput,
   DuplicateLabel,
-  UnknownApplication,
+  ApplicationCycle,
   UnreachableDrive,
   AbsolutePath,
   UnknownOption,
+  UnknownConfiguration,
   InvalidValue,
   UnknownType,
   UnknownTool,

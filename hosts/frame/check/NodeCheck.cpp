@@ -1,5 +1,7 @@
 #include "hosts/frame/check/NodeCheck.h"
 
+#include <algorithm>
+
 #include "hosts/frame/LogEntry.h"
 #include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
@@ -40,20 +42,28 @@ void NodeCheck::CheckLabel(const CheckedNode& node, std::size_t number) {
   finding.detail = AttributeOf(node.node, "Path");
 }
 
-// In memory another application is active then.
-void NodeCheck::CheckActiveApplication(const CheckedNode& project) {
-  if (project.elements == nullptr || (*project.elements)[0].children.empty()) return;
-  const FileElement& root = (*project.elements)[(*project.elements)[0].children.front()];
-  if (root.active.empty() || labels.contains(FoldCase(root.active))) return;
-  Finding& finding = scope.Add(FindingKind::UnknownApplication);
-  finding.file = project.file;
-  finding.line = root.line;
-  finding.subject = root.active;
+void NodeCheck::CheckCycle() {
+  const std::string cycle = scope.session.FindGaps({}).cycle;
+  if (cycle.empty()) return;
+  const auto first = std::find_if(scope.nodes.begin(), scope.nodes.end(), [&](const auto& each) {
+    return each.node == each.application && cycle.starts_with(LabelOf(*each.node) + " -> ");
+  });
+  const bool isFound = first != scope.nodes.end();
+  Finding& finding = isFound ? scope.Add(FindingKind::ApplicationCycle, *first)
+                             : scope.Add(FindingKind::ApplicationCycle);
+  finding.subject = cycle;
 }
 
 void NodeCheck::CheckFile(const CheckedNode& node) {
   const std::string resolved = AttributeOf(node.node, "Path");
-  if (resolved.empty()) return;
+  if (resolved.empty()) {
+    if (scope.NeedsFile(*node.node)) {
+      const std::string label = LabelOf(*node.node);
+      scope.Add(FindingKind::MissingPath, node).subject =
+          label.empty() ? "<" + node.node->GetName() + ">" : label;
+    }
+    return;
+  }
   const std::string path = scope.AbsolutePath(node, resolved);
   NamedPath named;
   named.text = node.writtenPath.empty() ? resolved : node.writtenPath;
@@ -62,8 +72,15 @@ void NodeCheck::CheckFile(const CheckedNode& node) {
   scope.CheckPath(node, named);
   const std::string key =
       AttributeOf(node.application, "Path") + "\n" + RealName(scope.files, path);
-  if (node.application == node.node || listed.insert(key).second) return;
-  scope.Add(FindingKind::DuplicateFile, node).subject = path;
+  if (node.application == node.node) return;
+  const auto [first, isNew] = listed.try_emplace(key, path);
+  if (isNew) return;
+  // Another name can only come from a link to a folder.
+  const bool isSameName = EqualNoCase(first->second, path);
+  Finding& finding =
+      scope.Add(isSameName ? FindingKind::DuplicateFile : FindingKind::SameFile, node);
+  finding.subject = isSameName ? path : first->second;
+  if (!isSameName) finding.detail = path;
 }
 
 void NodeCheck::CheckOutput(const CheckedNode& node, std::size_t number) {
@@ -112,7 +129,7 @@ void NodeCheck::AddDuplicateOutput(const CheckedNode& node, const CheckedNode& f
 }
 
 void NodeCheck::Finish() {
-  if (!scope.nodes.empty()) CheckActiveApplication(scope.nodes.front());
+  CheckCycle();
   for (const auto& [program, tools] : needed) {
     if (!FindProgram(program).empty()) continue;
     Finding& finding = scope.Add(FindingKind::MissingProgram);

@@ -22,7 +22,7 @@ class NodeCheck {
  private:
   void CheckType(const CheckedNode& node);
   void CheckLabel(const CheckedNode& node, std::size_t number);
-  void CheckActiveApplication(const CheckedNode& project);
+  void CheckCycle();
   void CheckFile(const CheckedNode& node);
   void CheckOutput(const CheckedNode& node, std::size_t number);
   void CheckCommand(const CheckedNode& node, const std::string& tool);
@@ -31,9 +31,10 @@ class NodeCheck {
 
   CheckScope& scope;
   std::map<std::string, std::size_t> labels;  // of applications, small letters: the first node
-  std::set<std::string> listed;               // applications with their files
-  std::set<std::string> seenTools;            // in small letters
-  std::set<std::string> seenCommands;         // applications with tools and problems
+  // Of applications with the real names of their files: the first name.
+  std::map<std::string, std::string> listed;
+  std::set<std::string> seenTools;                         // in small letters
+  std::set<std::string> seenCommands;                      // applications with tools and problems
   std::map<std::string, std::vector<std::string>> needed;  // program: tools that need it
 };
 

@@ -97,8 +97,27 @@ void OptionCheck::Check(const CheckedNode& node) {
     stored.name = names[4];
     stored.value = Unescape(AttributeOf(property.node, "Value"));
     stored.isActive = EqualNoCase(stored.configuration, ConfigurationOf(node));
+    CheckConfiguration(stored);
     CheckStored(stored);
   });
+}
+
+// One finding for all options of a node.
+void OptionCheck::CheckConfiguration(const Stored& stored) {
+  const CXmlNode* const application = stored.owner.application;
+  const std::string& name = stored.configuration;
+  if (application == nullptr || stored.isActive || EqualNoCase(name, kStandardConfiguration))
+    return;
+  const CXmlNode* const configurations = application->FindChild("Configs");
+  const bool isKnown =
+      configurations != nullptr &&
+      std::ranges::any_of(configurations->GetChildren(), [&](const CXmlNode* each) {
+        return EqualNoCase(AttributeOf(each, "Header"), name);
+      });
+  if (isKnown || !seenConfigurations.insert(stored.owner.place + "\n" + FoldCase(name)).second) {
+    return;
+  }
+  scope.Add(FindingKind::UnknownConfiguration, stored.owner).subject = name;
 }
 
 void OptionCheck::CheckStored(const Stored& stored) {

@@ -25,6 +25,7 @@ class OptionCheck {
     bool isActive = false;  // its configuration is
   };
 
+  void CheckConfiguration(const Stored& stored);
   void CheckStored(const Stored& stored);
   const OptionDefinition* FindDefinition(const Stored& stored);
   void CheckValue(const Stored& stored, const OptionDefinition& definition);
@@ -40,6 +41,7 @@ class OptionCheck {
   CheckScope& scope;
   std::map<std::string, std::map<std::string, OptionDefinition>> bySet;  // both in small letters
   std::map<std::string, std::vector<std::string>> foldersByProgram;
+  std::set<std::string> seenConfigurations;  // places of nodes with unknown ones, in small letters
 };
 
 }  // namespace tarn::host

@@ -111,6 +111,7 @@ TEST(ToolManager, EveryFailureIsAnErrorInTheMessagesAndLeavesNoRecord) {
     const char* expected;
   } rows[] = {
       {"cc", Ends(1, bad), "0 avr-gcc\n2 a.c:1:2: error: bad\n"},
+      {"cc", Ends(0, bad), "0 avr-gcc\n2 a.c:1:2: error: bad\n"},
       {"cc", Ends(2, "hm\n"), "0 avr-gcc\n* hm\n2 avr-gcc ended with exit code 2\n"},
       {"cc", Ends(0, "hm"),
        "* avr-gcc\n* hm\n2 cc ended without an error, but left no file /p/o/a.o\n"},
