@@ -33,7 +33,7 @@ std::string SymbolElement(const GlobalSymbol& symbol) {
 Status WriteWhenChanged(FileSystem& files, const std::string& path, const std::string& text) {
   const auto before = files.ReadWholeFile(path);
   if (before && *before == text) return {};
-  return files.WriteWholeFile(path, text);
+  return files.WriteOwnFile(path, text);
 }
 
 }  // namespace

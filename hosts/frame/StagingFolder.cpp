@@ -38,7 +38,7 @@ int RankOf(const std::string& path) {
 
 Status WriteWithFolder(FileSystem& files, const NewFile& file) {
   const Status made = files.CreateFolders(FolderOf(file.path));
-  return made ? files.WriteWholeFile(file.path, file.text) : made;
+  return made ? files.WriteOwnFile(file.path, file.text) : made;
 }
 
 }  // namespace
