@@ -131,6 +131,10 @@ int CommandContext::OpenProject(const std::string& path) {
   ShowDamage(Session().GetDamage());
   if (asked.damagedOk) Session().AcceptAllDamage();
   if (isEdit) openedFiles = ReadProjectFiles(Session().Inspector());
+  if (HasUnread(damage)) {
+    if (asked.command != "complete") Complain(kUnreadRefusal);
+    return kExitCannotOpen;
+  }
   const bool isChange = isEdit || Contains(kBuildingCommands, asked.command);
   return isChange ? CheckDamage() : int{kExitDone};
 }
@@ -200,6 +204,10 @@ int CommandContext::ChooseApplications(std::vector<ApplicationEntry>& chosen) {
     }
     chosen = {*found.entry};
     scope = found.entry->path;
+  }
+  if (HasUnread(damage)) {
+    Complain(kUnreadRefusal);
+    return kExitCannotOpen;
   }
   return asked.configuration.empty() ? int{kExitDone} : SelectConfiguration(chosen);
 }

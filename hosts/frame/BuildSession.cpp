@@ -197,23 +197,25 @@ Status BuildSession::Open(const std::string& path) {
 void BuildSession::Adopt(const std::string& openedPath) {
   projectPath = openedPath;
   isOtherProject = false;
-  inspector.ProtectDamaged(!acceptsAllDamage && openedPath != acceptedProject);
+  const bool isAccepted = acceptsAllDamage || openedPath == acceptedProject;
+  inspector.ProtectDamaged(!isAccepted || HasUnread(GetDamage()));
   state.SetProject(openedPath);
 }
 
 bool BuildSession::IsDamageHeld() {
-  if (acceptsAllDamage || (HasProject() && projectPath == acceptedProject)) return false;
-  return !GetDamage().empty();
+  const std::vector<DamageEntry> damage = GetDamage();
+  const bool isAccepted = acceptsAllDamage || (HasProject() && projectPath == acceptedProject);
+  return isAccepted ? HasUnread(damage) : !damage.empty();
 }
 
 void BuildSession::AcceptDamage() {
   acceptedProject = projectPath;
-  inspector.ProtectDamaged(false);
+  inspector.ProtectDamaged(HasUnread(GetDamage()));
 }
 
 void BuildSession::AcceptAllDamage() {
   acceptsAllDamage = true;
-  inspector.ProtectDamaged(false);
+  inspector.ProtectDamaged(HasUnread(GetDamage()));
 }
 
 bool BuildSession::RefusesChange() {

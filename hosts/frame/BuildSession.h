@@ -127,7 +127,7 @@ class BuildSession {
   // --- For a host that leaves the calls to somebody else, who drives Manager() as he likes ---
 
   // The server has opened this project: reads its state. Of the server it only calls
-  // ProtectDamaged.
+  // GetDamage and ProtectDamaged.
   void Adopt(const std::string& openedPath);
   // The project was closed, or another one is open that nothing is kept for: none is built by Run.
   void LeaveProject() { OnProjectChanged({}); }

@@ -377,6 +377,7 @@ std::string DamageText(const std::vector<FileDamage>& damage) {
   }
   return list.ToString(g_xmlDisplayOptions);
 }
+    if (each.isUnread) place.AddAttr("Unread", "Yes");
 
 bool IsShown(const CXmlNode& node) {
   return node.GetType() == XmlElement && IsContentNode(node);
