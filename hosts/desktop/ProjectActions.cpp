@@ -83,7 +83,7 @@ Status CheckNewFiles(const std::vector<FileText>& present, const FileChanges& ch
 ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
                                BuildSession& buildSession, CommandRunner& commandRunner,
                                EditorTabs& editorTabs, Banner& projectBanner, Banner& damageBanner,
-                               Banner& saveBanner)
+                               Banner& trustBanner, Banner& saveBanner)
     : window(parentWindow),
       files(fileSystem),
       session(buildSession),
@@ -91,6 +91,7 @@ ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
       editors(editorTabs),
       banner(projectBanner),
       damage(parentWindow, buildSession, damageBanner),
+      trust(parentWindow, buildSession, trustBanner),
       saves(parentWindow, saveBanner),
       history(
           buildSession.Inspector(), [this](const FileChanges& changes) { return Apply(changes); },
@@ -348,6 +349,7 @@ void ProjectActions::Follow() {
   // The steps stay: what another program has changed since is merged with what they take back.
   history.Refresh();
   if (path == editorsProject) return;
+  trust.Hide();
   history.Clear();
   KeepEditors();
   // What is not saved stays, unless the user has been asked for it.

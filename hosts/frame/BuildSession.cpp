@@ -113,6 +113,7 @@ BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFol
       files(fileSystem),
       folders(std::move(hostFolders)),
       loop(MessageLoop::ForCurrentThread()),
+      trust(fileSystem, inspector, folders.state),
       state(manager, inspector, tools),
       log(fileSystem, mainFrame.GetHandle()),
       scripts(*this),
@@ -180,6 +181,7 @@ Status BuildSession::AttachComponents() {
   }
   options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
   inspector.ProtectDamaged(!acceptsAllDamage);
+  trust.Refresh();
   return {};
 }
 
@@ -302,6 +304,7 @@ void BuildSession::BeginWork(BuildObserver* observer) {
   static_cast<void>(TryLockBuild());
   if (HasProject()) state.Open();
   tools.ResumeTools();
+  trust.Refresh();
   if (!isOtherProject) inspector.RefreshDefinitions();
 }
 

@@ -21,6 +21,7 @@
 #include "hosts/frame/SaveReport.h"
 #include "hosts/frame/ServerDrivers.h"
 #include "hosts/frame/SessionScripts.h"
+#include "hosts/frame/SessionTrust.h"
 #include "hosts/frame/StateKeeper.h"
 
 namespace tarn::host {
@@ -206,6 +207,7 @@ class BuildSession {
   ToolManagerDriver& Tools() { return tools; }
   OptionsDriver& Options() { return options; }
   StateKeeper& State() { return state; }
+  SessionTrust& Trust() { return trust; }
 
  private:
   void AnswerMessages();
@@ -237,6 +239,7 @@ class BuildSession {
   ProjectManagerDriver manager;
   InspectorDriver inspector;
   OptionsDriver options;
+  SessionTrust trust;
   StateKeeper state;
   LogKeeper log;
 
