@@ -25,9 +25,9 @@ class ToolReader : public ElementReader {
 
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool = std::make_unique<ToolDefinition>();
-    CheckAttributes(
-        node, {"Name", "Title", "Hint", "Extensions", "Messages", "Output", "Listing", "Rules",
-               "FurtherRules", "Search", "Writes", "Follow", "Variables", "Predefined"});
+    CheckAttributes(node, {"Name", "Title", "Hint", "Extensions", "Messages", "Output", "Listing",
+                           "Rules", "FurtherRules", "Search", "Writes", "Reads", "Runs", "Loads",
+                           "Follow", "Variables", "Predefined"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
@@ -39,6 +39,13 @@ class ToolReader : public ElementReader {
     tool->rules = Filled(node, "Rules");
     tool->furtherRules = Filled(node, "FurtherRules");
     tool->writes = SplitOptionList(Text(node, "Writes"));
+    tool->reads = SplitOptionList(Text(node, "Reads"));
+    tool->runs = SplitOptionList(Text(node, "Runs"));
+    for (const std::string& entry : SplitOptionList(Text(node, "Loads"))) {
+      const std::size_t space = std::min(entry.find(' '), entry.size());
+      tool->loads.push_back(
+          {entry.substr(0, space), entry.substr(std::min(space + 1, entry.size()))});
+    }
     constexpr std::array kFollows{Follow::None, Follow::Includes, Follow::Scripts};
     tool->follows = kFollows[Choose(node, "Follow", {"", "Includes", "Scripts"})];
     tool->search = SplitOptionList(Text(node, "Search"));
@@ -354,6 +361,7 @@ ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files) {
 ToolDefinition DefinitionOfProgram(std::string_view path, MessageRuleLists messages) {
   ToolDefinition tool;
   tool.name = path;
+  tool.isProgram = true;
   tool.messages = std::move(messages);
   StepRule step;
   step.program = Template::Literal(path);

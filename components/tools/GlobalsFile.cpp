@@ -36,7 +36,7 @@ Status WriteWhenChanged(FileSystem& files, const std::string& path, const std::s
     const auto before = files.ReadWholeFile(path);
     if (before && *before == text) return {};
   }
-  return files.WriteScratchFile(path, text);
+  return files.WriteOwnFile(path, text);
 }
 
 }  // namespace

@@ -93,8 +93,16 @@ enum class Follow {
   Scripts,   // texts among the files that arguments name, as linker scripts
 };
 
+// An argument that names code by a plain name, which a program finds among its own files, or else
+// in the working folder.
+struct LoadRule {
+  std::string flag;   // how the argument begins
+  std::string place;  // what the program puts before the name: "device-specs/specs-"
+};
+
 struct ToolDefinition {
   std::string name;
+  bool isProgram = false;         // a path, without a definition
   std::uint64_t fingerprint = 0;  // of the element that defines it
   std::string title;
   std::string hint;                     // how to get a missing program
@@ -112,6 +120,11 @@ struct ToolDefinition {
   std::vector<std::string> search;
   // How arguments begin that name a file to write. The name follows, or is the next argument.
   std::vector<std::string> writes;
+  // How arguments begin that name a file to read, and are no search.
+  std::vector<std::string> reads;
+  // How arguments begin that make a program run or load code of the caller's choice.
+  std::vector<std::string> runs;
+  std::vector<LoadRule> loads;
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;
   std::vector<std::string> variables;   // of the environment, that change what it makes

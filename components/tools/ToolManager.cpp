@@ -8,6 +8,7 @@
 #include "components/tools/DefinitionReader.h"
 #include "components/tools/FileList.h"
 #include "components/tools/MessageFile.h"
+#include "components/tools/RunAccess.h"
 #include "components/tools/ToolRun.h"
 #include "components/tools/UsedFiles.h"
 #include "components/tools/XmlText.h"
@@ -113,6 +114,7 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
                                          {"tool", "files", "options", "candidates"}),
       Method<&ToolManager::RefreshTools>("RefreshTools", 108, {}),
       Method<&ToolManager::GetProducts>("GetProducts", 113, {"tool", "files", "options"}),
+      Method<&ToolManager::GetAccess>("GetAccess", 114, {"tool", "files", "options"}),
   });
   return table;
 }
@@ -349,6 +351,14 @@ std::string ToolManager::GetProducts(const char* tool, const char* files, const 
     list += (list.empty() ? "\"" : ",\"") + file + '"';
   }
   return list;
+}
+
+std::string ToolManager::GetAccess(const char* tool, const char* files, const char* options) {
+  const auto definition = FindTool(TextOf(tool));
+  if (!definition) return RunAccessText({});
+  const OwnedJob owned(world, files, options);
+  return RunAccessText(
+      FindRunAccess(world, *definition, MakePlan(*definition, owned.job), owned.job));
 }
 
 std::string ToolManager::ListTools() {

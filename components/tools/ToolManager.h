@@ -62,6 +62,8 @@ class ToolManager : public DispatchObject<ToolManager> {
                            const char* candidates);
   // The further files that the run would make, as such a list.
   std::string GetProducts(const char* tool, const char* files, const char* options);
+  // What the run would reach for because of the options, as RunAccess.h describes it.
+  std::string GetAccess(const char* tool, const char* files, const char* options);
   // The records of the runs that succeeded since the last call, as a text for SetBuildInfo; empty
   // when there are none.
   std::string TakeBuildInformation();

@@ -126,6 +126,10 @@ bool ToolRun::RunCommand(const ToolCommand& command) {
   ProcessRequest request{command.program, command.arguments, command.environment, command.folder};
   std::string response;
   if (!WriteResponseFile(command, request, response)) return false;
+  // A link of that name would lead the program elsewhere.
+  for (const auto& [scratch, path] : command.moves) {
+    static_cast<void>(world.files->RemoveScratchFile(scratch));
+  }
   const bool isDone = RunProcess(command, request);
   if (!response.empty()) static_cast<void>(world.files->RemoveScratchFile(response));
   return MoveResults(command, isDone);

@@ -17,7 +17,8 @@ BuildWork WorkOf(const std::string& command) {
   return command == "clean" ? BuildWork::Clean : BuildWork::Build;
 }
 
-int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome) {
+int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome, bool isRefused) {
+  if (isRefused) return kExitCannotOpen;
   const bool isKept = context.Session().GetStateProblem().empty();
   if (outcome.end == BuildEnd::Succeeded) return isKept ? kExitDone : kExitCannotOpen;
   if (outcome.end == BuildEnd::Stopped) return kExitInterrupted;
@@ -53,15 +54,16 @@ void ComplainOfGaps(CommandContext& context, const BuildOutcome& outcome) {
 
 void PrintOutcome(CommandContext& context, const BuildOutcome& outcome,
                   const BuildReporter& reporter, const std::vector<ApplicationSummary>& summaries,
-                  int exitCode) {
+                  int exitCode, const std::vector<std::string>& refused) {
   nlohmann::json applications = nlohmann::json::array();
   for (const ApplicationSummary& each : summaries) {
     applications.push_back({{"name", each.label}, {"size", each.infos}});
   }
   nlohmann::json gaps = nlohmann::json::array();
   for (const BuildGap& each : outcome.gaps.gaps) gaps.push_back(ToJson(context, each));
-  PrintJson(context, {{"result", WordOf(outcome.end)},
+  PrintJson(context, {{"result", refused.empty() ? WordOf(outcome.end) : "refused"},
                       {"exitCode", exitCode},
+                      {"untrusted", refused},
                       {"toolsRun", outcome.toolsRun},
                       {"toolsFailed", outcome.toolsFailed},
                       {"errors", reporter.GetErrors()},
@@ -143,8 +145,9 @@ int RunBuild(CommandContext& context) {
                      Printable(session.GetStateProblem()));
   }
   ComplainOfGaps(context, outcome);
-  const int exitCode = ExitCodeOf(context, outcome);
-  if (asked.json) PrintOutcome(context, outcome, reporter, summaries, exitCode);
+  const std::vector<std::string> refused = context.ShowRefused();
+  const int exitCode = ExitCodeOf(context, outcome, !refused.empty());
+  if (asked.json) PrintOutcome(context, outcome, reporter, summaries, exitCode, refused);
   return exitCode;
 }
 

@@ -38,6 +38,7 @@ class Grammar {
     AddTargets();
     AddRun();
     AddServe();
+    AddTrust();
     AddRegistration();
     AddEdits();
     AddRelocate();
@@ -107,7 +108,13 @@ class Grammar {
     AddOutsideOk(command);
   }
 
+  void AddTrustFlag(CLI::App* command) {
+    command->add_flag("--trust", invocation.trust,
+                      "Trust the project for this time; see `tarn help trust`");
+  }
+
   void AddOutsideOk(CLI::App* command) {
+    AddTrustFlag(command);
     command->add_flag("--outside-ok", invocation.outsideOk,
                       "Also write applications outside the project's folder");
   }
@@ -134,6 +141,7 @@ class Grammar {
       command->add_flag("--no-wait", invocation.noWait,
                         "Fail (exit code 3) if another build of the project is running");
       AddDamagedOk(command);
+      AddTrustFlag(command);
     }
   }
 
@@ -301,7 +309,18 @@ class Grammar {
 
   // Whoever drives it gives everything else by messages.
   void AddServe() {
-    AddPlainCommand(app, "serve", "Let an editor drive projects (JSON-RPC on stdio)");
+    AddTrustFlag(AddPlainCommand(app, "serve", "Let an editor drive projects (JSON-RPC on stdio)"));
+  }
+
+  void AddTrust() {
+    CLI::App* command =
+        AddCommand(app, "trust", "Let projects of a folder run and write what is their own");
+    CLI::Option* path = command
+                            ->add_option("PROJECT", invocation.project,
+                                         "A folder, with all below it, or that of a project file")
+                            ->check(IsGiven());
+    command->add_flag("--list", invocation.list, "Show the trusted folders")->excludes(path);
+    command->add_flag("--revoke", invocation.revoke, "Trust the folder no longer");
   }
 
   void AddRegistration() {

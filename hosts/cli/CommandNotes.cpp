@@ -101,6 +101,11 @@ const std::vector<CommandNote>& Notes() {
       {"tarn export sarif", "", {{"tarn export sarif -o findings.sarif", "into this file"}}},
       {"tarn run", kPrograms, {{"tarn run release.lua", "on the project in the current folder"}}},
       {"tarn serve", kPrograms, {}},
+      {"tarn trust",
+       kPrograms,
+       {{"tarn trust", "the current folder and all below it"},
+        {"tarn trust --list", "what is trusted"},
+        {"tarn trust --revoke vendor", "not this folder any more"}}},
       {"tarn register",
        kPrograms,
        {{"tarn register", "for the programs of this user"},
@@ -141,8 +146,8 @@ const TextTable& ExitCodeTexts() {
       {"1", "the build or the script failed, or the report or the check found something"},
       {"2", "wrong use"},
       {"3",
-       "the project can't be opened, converted or saved, or was read only in part; nor settings "
-       "written"},
+       "the project can't be opened, converted or saved, was read only in part, or needs to be "
+       "trusted; nor settings written"},
       {"4", "a program that a tool or the conversion needs is missing"},
       {"130", "interrupted, also by the end of the reader of its output"},
       {"141", "the reader of the output has ended before it had read all of it"},
@@ -157,6 +162,7 @@ const TextTable& EnvironmentTexts() {
       {"TARN_LAUNCHER", "Words to put in front of compilers, such as ccache."},
       {"XDG_CONFIG_HOME", "Where the user's settings lie; ~/.config without it."},
       {"XDG_DATA_HOME", "Where the user's data folder lies; ~/.local/share without it."},
+      {"XDG_STATE_HOME", "Where tarn/trusted is, the trusted folders; ~/.local/state without it."},
       {"NO_COLOR", "No colours when it is set."},
       {"TERM", "No progress line on a terminal named dumb."},
   };

@@ -28,6 +28,7 @@ int RunRelocate(CommandContext& context);    // relocate
 int RunExport(CommandContext& context);      // export compile-commands, sarif
 int RunScript(CommandContext& context);      // run
 int RunTargets(CommandContext& context);     // targets
+int RunTrust(CommandContext& context);       // trust
 int RunServe(CommandContext& context);       // serve
 int RunRegister(CommandContext& context);    // register, unregister
 

@@ -104,11 +104,11 @@ Status EditRecord::Write() {
     list.push_back({each.label, JoinFileTexts(versions)});
   }
   const std::string body = JoinFileTexts(list);
-  return files.WriteWholeFile(recordPath, std::string(kHead) + ChecksumOf(body) + "\n" + body);
+  return files.WriteOwnFile(recordPath, std::string(kHead) + ChecksumOf(body) + "\n" + body);
 }
 
 void EditRecord::Remove() {
-  static_cast<void>(files.RemoveFile(recordPath));
+  if (!files.ExamineLink(recordPath)) static_cast<void>(files.RemoveFile(recordPath));
 }
 
 std::string EditRecord::NameOf(const std::string& path) const {

@@ -38,7 +38,7 @@ int WriteDocument(CommandContext& context, const Json& document, const std::stri
   const auto before = context.Files().ReadWholeFile(path);
   const bool isCurrent = before && *before == text + "\n";
   if (!isCurrent) {
-    if (const Status written = context.Files().WriteWholeFile(path, text + "\n"); !written) {
+    if (const Status written = context.Files().WriteOwnFile(path, text + "\n"); !written) {
       context.Complain(context.Show(path) + " can't be written: " + written.GetError().text);
       return kExitCannotOpen;
     }

@@ -30,6 +30,9 @@ struct Invocation {
   bool verbose = false;
   bool noWait = false;     // of commands that build or edit, --no-wait
   bool outsideOk = false;  // of commands that edit, --outside-ok
+  bool trust = false;      // of commands that run or write something, --trust
+  bool list = false;       // trust --list
+  bool revoke = false;     // trust --revoke
   bool noColor = false;
 
   std::string node;    // --node: path or label

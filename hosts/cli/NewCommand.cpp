@@ -117,6 +117,15 @@ int StageAndPlace(CommandContext& context, const NewProject& project,
   return code;
 }
 
+// The user's own project. It builds without this as long as it needs nothing unusual.
+void TrustNewProject(CommandContext& context, const std::string& folder) {
+  const Status added = context.Session().Trust().Trust(folder);
+  if (added) return;
+  const Error& error = added.GetError();
+  context.Remark("The project is not trusted yet: " + context.Show(error.place) + ": " +
+                 Printable(error.text) + ".");
+}
+
 }  // namespace
 
 int RunNew(CommandContext& context) {
@@ -130,8 +139,12 @@ int RunNew(CommandContext& context) {
     context.Complain(problem);
     return kExitUsage;
   }
+  // What is in the folder already may be of others.
+  const auto present = context.Files().ListFolder(project.folder);
+  const bool isOwn = present ? present->empty() : present.GetError().code == ErrorCode::NotFound;
   std::vector<std::string> made;
   if (const int code = StageAndPlace(context, project, made); code != kExitDone) return code;
+  if (isOwn) TrustNewProject(context, project.folder);
   if (context.Asked().json) {
     PrintJson(context,
               {{"project", JoinPath(project.folder, project.name + ".tprj")}, {"files", made}});

@@ -10,6 +10,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/EditRecord.h"
+#include "hosts/cli/ShellText.h"
 #include "hosts/frame/ChangeLabel.h"
 #include "hosts/frame/LogEntry.h"
 #include "hosts/frame/NewConfiguration.h"
@@ -118,6 +119,7 @@ int CommandContext::OpenProject(const std::string& path) {
   if (const int code = StartSession(); code != kExitDone) return code;
   const bool isEdit = Contains(kEditingCommands, asked.command);
   Session().Inspector().AllowOutside(asked.outsideOk);
+  if (asked.trust) Session().Trust().TrustAll();
   // A command that failed can be given again.
   Session().Inspector().SaveAllOrNone(true);
   if (isEdit) {
@@ -133,6 +135,10 @@ int CommandContext::OpenProject(const std::string& path) {
   for (const std::string& line : Session().TakeLogLines()) Remark(line);
   ShowDefinitionErrors();
   ShowDamage(Session().GetDamage());
+  if (HasUnread(damage)) {
+    if (asked.command != "complete") Complain(kUnreadRefusal);
+    return kExitCannotOpen;
+  }
   if (asked.damagedOk) Session().AcceptAllDamage();
   if (isEdit) openedFiles = ReadProjectFiles(Session().Inspector());
   const bool isChange = isEdit || Contains(kBuildingCommands, asked.command);
@@ -184,7 +190,29 @@ void CommandContext::ShowDamage(std::vector<DamageEntry> found) {
   Complain("The project was read only in part: the places above are damaged.");
 }
 
+bool CommandContext::MayWriteOutside(const std::string& project) {
+  return asked.outsideOk || asked.trust || Session().Trust().IsTrusted(FolderOf(project));
+}
+
+std::vector<std::string> CommandContext::ShowRefused() {
+  std::vector<std::string> wishes = Session().Trust().TakeRefused();
+  if (wishes.empty()) return wishes;
+  const std::string folder = FolderOf(Session().GetProjectPath());
+  for (const std::string& each : wishes) {
+    Complain("The project wants to " + Printable(each) + ".");
+  }
+  Complain(
+      "Its folder is not trusted, so that was refused. If you know where the project comes "
+      "from, `tarn trust " +
+      ShellWord(folder) + "` allows it from now on, and --trust for this time.");
+  return wishes;
+}
+
 int CommandContext::RefuseDamaged() {
+  if (HasUnread(damage)) {
+    Complain(kUnreadRefusal);
+    return kExitCannotOpen;
+  }
   Complain(std::string(kDamageRefusal) +
            " Repair the files, or use --damaged-ok to go on with what was read.");
   return kExitCannotOpen;

@@ -61,6 +61,11 @@ class CommandContext {
   // Refuses to go on with an open project that has damage, unless the user agreed: 0, or an exit
   // code with everything said.
   int CheckDamage();
+  // The user has agreed to files outside the folder of this project, or trusts it.
+  bool MayWriteOutside(const std::string& project);
+  // Says what was refused to the project since it is not trusted, and what the user can do. Returns
+  // the wishes; none if nothing was refused.
+  std::vector<std::string> ShowRefused();
   // The last error that was shown.
   const std::string& GetLastComplaint() const { return lastComplaint; }
   // The project is open, or was opened to look for damage.

@@ -96,7 +96,7 @@ int Relocating::Write(Relocation& relocation) {
   const auto texts = relocation.MakeTexts();
   if (!texts) return Fail(texts.GetError());
   for (const FileText& each : *texts) {
-    if (context.Asked().outsideOk || !relocation.IsOutside(each.path)) continue;
+    if (!relocation.IsOutside(each.path) || context.MayWriteOutside(project)) continue;
     const std::string target = context.Files().ResolveLinks(each.path);
     context.Complain(context.Show(each.path) +
                      (target == each.path ? "" : ", a link to " + context.Show(target) + ",") +

@@ -6,6 +6,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/frame/Interrupts.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -74,6 +75,8 @@ const char* WordOf(ScriptEnd end) {
 
 int RunScript(CommandContext& context) {
   // Read first: opening the project moves the process to another folder.
+  std::string script = context.Asked().script;
+  if (IsRelativePath(script)) script = JoinPath(context.StartFolder(), script);
   const auto text = context.Files().ReadWholeFile(context.Asked().script);
   if (!text) {
     context.Complain("The script " + context.Asked().script +
@@ -83,6 +86,10 @@ int RunScript(CommandContext& context) {
   BuildSession& session = context.Session();
   const Interrupts interrupts([&session] { session.RequestStop(); }, STDOUT_FILENO);
   if (const int code = context.OpenProject(); code != kExitDone) return code;
+  if (!session.Inspector().CheckScript(script).empty()) {
+    context.ShowRefused();
+    return kExitCannotOpen;
+  }
   if (const int code = context.ChooseNode(); code != kExitDone) return code;
   session.Prepare();
 
@@ -90,7 +97,8 @@ int RunScript(CommandContext& context) {
   const ScriptOutcome outcome = session.RunScript(*text, context.Asked().script);
   context.Out().ClearProgress();
   display.ShowLog();
-  const int exitCode = ExitCodeOf(outcome.end, session.HasRefusedDamage());
+  const bool isRefused = session.HasRefusedDamage() || !context.ShowRefused().empty();
+  const int exitCode = ExitCodeOf(outcome.end, isRefused);
   if (!outcome.error.empty()) context.Complain(outcome.error);
   if (session.HasRefusedDamage()) {
     context.Complain(std::string(kDamageRefusal) +

@@ -45,7 +45,7 @@ int RunServe(CommandContext& context) {
     context.Complain("`tarn serve` talks on standard input and output; one of them is closed.");
     return kExitUsage;
   }
-  RpcServer server(context.Files(), input.Get(), output.Get());
+  RpcServer server(context.Files(), input.Get(), output.Get(), context.Asked().trust);
   const Interrupts interrupts([&server] { server.Interrupt(); });
   return ExitCodeOf(server.Run());
 }

@@ -33,7 +33,7 @@ bool IsAsRecorded(CommandContext& context, const std::string& project, const Fil
   FileSystem& files = context.Files();
   const Relocation place(files, project);
   return std::ranges::all_of(changes, [&](const FileChange& each) {
-    if (!context.Asked().outsideOk && place.IsOutside(each.path)) return false;
+    if (place.IsOutside(each.path) && !context.MayWriteOutside(project)) return false;
     const auto present = files.ReadWholeFile(each.path);
     if (!present) return !each.before && present.GetError().code == ErrorCode::NotFound;
     // A file that comes to the project may be there already, as long as it is the same.

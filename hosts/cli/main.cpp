@@ -40,6 +40,7 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
       {"import", tarn::host::RunImport},
       {"run", tarn::host::RunScript},
       {"targets", tarn::host::RunTargets},
+      {"trust", tarn::host::RunTrust},
       {"serve", tarn::host::RunServe},
       {"register", tarn::host::RunRegister},
       {"unregister", tarn::host::RunRegister},

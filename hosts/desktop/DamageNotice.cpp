@@ -38,6 +38,10 @@ void DamageNotice::Accept() {
 
 bool DamageNotice::MayGoOn() {
   if (!session.IsDamageHeld()) return true;
+  if (HasUnread(session.GetDamage())) {
+    QMessageBox::warning(&window, tr("Tarn"), Describe(session.GetDamage()));
+    return false;
+  }
   const QString question = tr("%1\n\nBuild or save it without what was not read? A file that is "
                               "written is first copied to a file with .bak at the end of its name.")
                                .arg(Describe(session.GetDamage()));

@@ -18,6 +18,7 @@ EditorArea::EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget
       editors(editorTabs),
       projectBanner(new Banner(tr("Reload project"), tr("Ignore"), this)),
       damageBanner(new Banner(tr("Allow building and saving"), tr("Hide"), this)),
+      trustBanner(new Banner(tr("Trust"), tr("Not now"), this)),
       journalBanner(new Banner(tr("Try again"), tr("Hide"), this)),
       saveBanner(new Banner(tr("Details..."), tr("Hide"), this)),
       fileBanner(new Banner(tr("Reload"), tr("Keep mine"), this)),
@@ -32,6 +33,7 @@ EditorArea::EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget
   column->setSpacing(0);
   column->addWidget(projectBanner);
   column->addWidget(damageBanner);
+  column->addWidget(trustBanner);
   column->addWidget(journalBanner);
   column->addWidget(saveBanner);
   column->addWidget(fileBanner);

@@ -27,6 +27,8 @@ class EditorArea : public QWidget {
   Banner& ProjectBanner() { return *projectBanner; }
   // For what was lost of the project when it was read.
   Banner& DamageBanner() { return *damageBanner; }
+  // For what a build was refused since the project is not trusted.
+  Banner& TrustBanner() { return *trustBanner; }
   // For a journal that can't be written.
   Banner& JournalBanner() { return *journalBanner; }
   // For what a save made of other programs' changes.
@@ -40,6 +42,7 @@ class EditorArea : public QWidget {
   EditorTabs& editors;
   Banner* projectBanner = nullptr;
   Banner* damageBanner = nullptr;
+  Banner* trustBanner = nullptr;
   Banner* journalBanner = nullptr;
   Banner* saveBanner = nullptr;
   Banner* fileBanner = nullptr;

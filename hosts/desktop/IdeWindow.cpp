@@ -147,7 +147,7 @@ void IdeWindow::AddCentre() {
   setCentralWidget(area);
   project = std::make_unique<ProjectActions>(*this, files, *session, *runner, *editors,
                                              area->ProjectBanner(), area->DamageBanner(),
-                                             area->SaveBanner());
+                                             area->TrustBanner(), area->SaveBanner());
   project->onShowFile = [this](const std::string& path) { OpenFile(path, 0); };
   runner->mayChange = [this] { return project->MayChange(); };
   project->onRecentChanged = [welcome] { welcome->FillRecent(); };
@@ -492,6 +492,7 @@ void IdeWindow::OnBuildEnded(BuildEnd end) {
   area->ProjectBanner().SetReady(true, {});
   progress->End(end);
   problemMarks->Refresh();
+  project->AskForTrust();
   if (isClosing) close();
 }
 

@@ -150,7 +150,7 @@ Status Journal::Store(const std::shared_ptr<const std::string>& text, StoredText
   // Made for its owner alone, and keeps that when it is replaced.
   const Result<std::string> name = files_.ReserveName(folder_, kTextPrefix);
   if (!name) return name.GetError();
-  if (Status written = files_.WriteWholeFile(*name, *text); !written) return written;
+  if (Status written = files_.WriteOwnFile(*name, *text); !written) return written;
   now[text.get()] = {text, FileNameOf(*name) + " " + HashText(*text)};
   return {};
 }
@@ -187,7 +187,7 @@ Status Journal::WriteIndex(const std::string& fields) {
   const std::string path = JoinPath(folder_, kIndex);
   std::string index(kTitle);
   index.append(kVersion).append(" ").append(HashText(fields)).append("\n").append(fields);
-  if (Status written = files_.WriteWholeFile(path, index); !written) return written;
+  if (Status written = files_.WriteOwnFile(path, index); !written) return written;
   MakePrivate(path);
   return {};
 }

@@ -90,7 +90,7 @@ Status CheckNewFiles(const std::vector<FileText>& present, const FileChanges& ch
 ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
                                BuildSession& buildSession, CommandRunner& commandRunner,
                                EditorTabs& editorTabs, Banner& projectBanner, Banner& damageBanner,
-                               Banner& saveBanner)
+                               Banner& trustBanner, Banner& saveBanner)
     : window(parentWindow),
       files(fileSystem),
       session(buildSession),
@@ -98,6 +98,7 @@ ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
       editors(editorTabs),
       banner(projectBanner),
       damage(parentWindow, buildSession, damageBanner),
+      trust(parentWindow, buildSession, trustBanner),
       saves(parentWindow, saveBanner),
       history(
           buildSession.Inspector(), [this](const FileChanges& changes) { return Apply(changes); },
@@ -361,6 +362,7 @@ void ProjectActions::Follow() {
   // The steps stay: what another program has changed since is merged with what they take back.
   history.Refresh();
   if (path == editorsProject) return;
+  trust.Hide();
   history.Clear();
   KeepEditors();
   // What is not saved stays, unless the user has been asked for it.

@@ -10,6 +10,7 @@
 #include "hosts/desktop/DamageNotice.h"
 #include "hosts/desktop/ProjectWatch.h"
 #include "hosts/desktop/SaveNotice.h"
+#include "hosts/desktop/TrustNotice.h"
 #include "hosts/frame/BuildSession.h"
 #include "hosts/frame/ProjectHistory.h"
 #include "platform/files/FileSystem.h"
@@ -34,7 +35,7 @@ class ProjectActions : public QObject {
  public:
   ProjectActions(QWidget& parentWindow, FileSystem& fileSystem, BuildSession& buildSession,
                  CommandRunner& commandRunner, EditorTabs& editorTabs, Banner& projectBanner,
-                 Banner& damageBanner, Banner& saveBanner);
+                 Banner& damageBanner, Banner& trustBanner, Banner& saveBanner);
 
   // Another project takes the place of this one.
   void Open(const std::string& path);
@@ -70,6 +71,8 @@ class ProjectActions : public QObject {
   void Look() { watch.Look(); }
   // Returns whether the project may be built and written; asks if it was read only in part.
   bool MayChange() { return damage.MayGoOn(); }
+  // A build has ended: asks for trust if it was refused something for lack of it.
+  void AskForTrust() { trust.Follow(); }
   // Something has changed since it was opened or saved.
   bool HasUnsaved();
   // Stores which files are open, for the next time.
@@ -101,6 +104,7 @@ class ProjectActions : public QObject {
   EditorTabs& editors;
   Banner& banner;
   DamageNotice damage;
+  TrustNotice trust;
   SaveNotice saves;
   ProjectHistory history;
   ProjectWatch watch;

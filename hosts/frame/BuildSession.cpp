@@ -113,6 +113,7 @@ BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFol
       files(fileSystem),
       folders(std::move(hostFolders)),
       loop(MessageLoop::ForCurrentThread()),
+      trust(fileSystem, inspector, folders.state),
       state(manager, inspector, tools),
       log(fileSystem, mainFrame.GetHandle()),
       scripts(*this),
@@ -181,6 +182,7 @@ Status BuildSession::AttachComponents() {
   }
   options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
   inspector.ProtectDamaged(!acceptsAllDamage);
+  trust.Refresh();
   return {};
 }
 
@@ -198,23 +200,25 @@ Status BuildSession::Open(const std::string& path) {
 void BuildSession::Adopt(const std::string& openedPath) {
   projectPath = openedPath;
   isOtherProject = false;
-  inspector.ProtectDamaged(!acceptsAllDamage && openedPath != acceptedProject);
+  const bool isAccepted = acceptsAllDamage || openedPath == acceptedProject;
+  inspector.ProtectDamaged(!isAccepted || HasUnread(GetDamage()));
   state.SetProject(openedPath);
 }
 
 bool BuildSession::IsDamageHeld() {
-  if (acceptsAllDamage || (HasProject() && projectPath == acceptedProject)) return false;
-  return !GetDamage().empty();
+  const std::vector<DamageEntry> damage = GetDamage();
+  const bool isAccepted = acceptsAllDamage || (HasProject() && projectPath == acceptedProject);
+  return isAccepted ? HasUnread(damage) : !damage.empty();
 }
 
 void BuildSession::AcceptDamage() {
   acceptedProject = projectPath;
-  inspector.ProtectDamaged(false);
+  inspector.ProtectDamaged(HasUnread(GetDamage()));
 }
 
 void BuildSession::AcceptAllDamage() {
   acceptsAllDamage = true;
-  inspector.ProtectDamaged(false);
+  inspector.ProtectDamaged(HasUnread(GetDamage()));
 }
 
 bool BuildSession::RefusesChange() {
@@ -306,6 +310,7 @@ void BuildSession::BeginWork(BuildObserver* observer) {
   static_cast<void>(TryLockBuild());
   if (HasProject()) state.Open();
   tools.ResumeTools();
+  trust.Refresh();
   if (!isOtherProject) inspector.RefreshDefinitions();
 }
 

@@ -21,6 +21,7 @@
 #include "hosts/frame/SaveReport.h"
 #include "hosts/frame/ServerDrivers.h"
 #include "hosts/frame/SessionScripts.h"
+#include "hosts/frame/SessionTrust.h"
 #include "hosts/frame/StateKeeper.h"
 
 namespace tarn::host {
@@ -127,7 +128,7 @@ class BuildSession {
   // --- For a host that leaves the calls to somebody else, who drives Manager() as he likes ---
 
   // The server has opened this project: reads its state. Of the server it only calls
-  // ProtectDamaged.
+  // GetDamage and ProtectDamaged.
   void Adopt(const std::string& openedPath);
   // The project was closed, or another one is open that nothing is kept for: none is built by Run.
   void LeaveProject() { OnProjectChanged({}); }
@@ -206,6 +207,7 @@ class BuildSession {
   ToolManagerDriver& Tools() { return tools; }
   OptionsDriver& Options() { return options; }
   StateKeeper& State() { return state; }
+  SessionTrust& Trust() { return trust; }
 
  private:
   void AnswerMessages();
@@ -237,6 +239,7 @@ class BuildSession {
   ProjectManagerDriver manager;
   InspectorDriver inspector;
   OptionsDriver options;
+  SessionTrust trust;
   StateKeeper state;
   LogKeeper log;
 

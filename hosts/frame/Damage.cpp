@@ -48,9 +48,14 @@ std::vector<DamageEntry> ParseDamage(const std::string& xml) {
   for (const CXmlNode* place : root->GetChildren()) {
     if (place->NameView() != "Place") continue;
     list.push_back({AttributeOf(place, "File"), ParseDecimal(place->GetAttrValue("Line")),
-                    AttributeOf(place, "Text")});
+                    AttributeOf(place, "Text"), AttributeOf(place, "Unread") == "Yes"});
   }
   return list;
+}
+
+bool HasUnread(const std::vector<DamageEntry>& damage) {
+  return std::any_of(damage.begin(), damage.end(),
+                     [](const DamageEntry& each) { return each.isUnread; });
 }
 
 std::string DescribeDamage(const DamageEntry& entry, const std::string& file) {

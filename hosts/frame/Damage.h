@@ -14,7 +14,11 @@ struct DamageEntry {
   std::string file;
   int line = 0;  // from 1; 0 for the file as a whole
   std::string text;
+  // Reading the file failed, so that its content is not known at all. No one can agree to that.
+  bool isUnread = false;
 };
+
+bool HasUnread(const std::vector<DamageEntry>& damage);
 
 // Reads the inspector's list.
 std::vector<DamageEntry> ParseDamage(const std::string& xml);
@@ -29,6 +33,8 @@ bool ChangesProject(std::uint32_t command);
 bool ChangesProject(std::string_view method, std::span<const Variant> arguments);
 
 // Why nothing of that is done with a project that has damage.
+inline constexpr const char* kUnreadRefusal =
+    "A file of the project could not be read, so nothing is done with the project.";
 inline constexpr const char* kDamageRefusal =
     "The project was read only in part, so it is not built, cleaned or changed.";
 

@@ -29,7 +29,9 @@ std::string InstallationRoot(FileSystem& files) {
 HostFolders HostFolders::FromEnvironment(FileSystem& files) {
   HostFolders folders;
   folders.application = AddSeparator(InstallationRoot(files));
-  folders.data = SettingsFolders::FromEnvironment().userData;
+  const SettingsFolders settings = SettingsFolders::FromEnvironment();
+  folders.data = settings.userData;
+  folders.state = settings.userState;
   return folders;
 }
 

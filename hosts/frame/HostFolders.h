@@ -11,6 +11,7 @@ namespace tarn::host {
 struct HostFolders {
   std::string application;  // with a separator at its end
   std::string data;         // without one
+  std::string state = {};   // without one; what programs remember for the user
 
   // The installation root is TARN_ROOT of the environment, else share/tarn beside the program's
   // folder; the folder of a build has links there.

@@ -57,7 +57,7 @@ Status LogKeeper::Copy() {
   const std::size_t hash = std::hash<std::string>()(*text);
   if (copied == hash) return {};
   // Names and paths stand in the log as they are; the kept one is for everybody's tools.
-  const Status written = files.WriteWholeFile(target, MakeFileStrict(*text));
+  const Status written = files.WriteOwnFile(target, MakeFileStrict(*text));
   if (written) copied = hash;
   return written;
 }

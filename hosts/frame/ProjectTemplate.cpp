@@ -56,7 +56,7 @@ std::string ApplicationText(const NewProject& project) {
 
 Status WriteWithFolder(FileSystem& files, const std::string& path, std::string_view text) {
   const Status made = files.CreateFolders(FolderOf(path));
-  return made ? files.WriteWholeFile(path, text) : made;
+  return made ? files.WriteOwnFile(path, text) : made;
 }
 
 }  // namespace
@@ -109,7 +109,7 @@ Status WriteStandInProject(FileSystem& files, const std::string& folder, const s
   const std::string paths[] = {JoinPath(folder, name + ".tapp"), JoinPath(folder, name + ".tprj")};
   for (std::size_t i = 0; i < std::size(paths); ++i) {
     if (files.Exists(paths[i])) continue;
-    if (Status written = files.WriteWholeFile(paths[i], texts[i]); !written) return written;
+    if (Status written = files.WriteOwnFile(paths[i], texts[i]); !written) return written;
   }
   return {};
 }

@@ -4,6 +4,7 @@
 
 #include "hosts/frame/AttributeEdits.h"
 #include "hosts/frame/LogEntry.h"
+#include "platform/files/Destination.h"
 #include "platform/files/RelativeName.h"
 #include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
@@ -157,7 +158,7 @@ std::vector<FileText> Relocation::Complete(const std::vector<FileText>& changed)
 }
 
 bool Relocation::IsOutside(const std::string& file) const {
-  return !files_.ResolveLinks(file).starts_with(AddSeparator(files_.ResolveLinks(folder_)));
+  return !LeadsInto(files_, folder_, file);
 }
 
 Status Relocation::Run() {

@@ -52,7 +52,7 @@ class NewFileWriter {
     }
     std::reverse(folders_.begin() + static_cast<std::ptrdiff_t>(known), folders_.end());
     Status done = files_.CreateFolders(parent);
-    if (done) done = files_.WriteWholeFile(file.path, file.text);
+    if (done) done = files_.WriteOwnFile(file.path, file.text);
     if (done) written_.push_back(file.path);
     return done;
   }

@@ -14,6 +14,7 @@ enum RpcCode : int {
   kRpcNoMethod = -32601,
   kRpcBadParams = -32602,
   kRpcNotInitialized = -32002,
+  kRpcUntrusted = -32001,  // the project wanted what only a trusted one may do
   kRpcFailed = -32000,
 };
 

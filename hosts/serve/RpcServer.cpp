@@ -29,6 +29,24 @@ json ToJson(const std::vector<DamageEntry>& damage) {
   return list;
 }
 
+constexpr const char* kUntrustedText =
+    "Its folder is not trusted, so that was refused. project/trust trusts it.";
+
+json TrustOf(ServedSession& session) {
+  const std::string folder = session.GetProjectFolder();
+  return {{"folder", folder}, {"trusted", session.Trust().IsTrusted(folder)}};
+}
+
+CallProblem TrustProject(ServedSession& session, json& result) {
+  const std::string folder = session.GetProjectFolder();
+  if (folder.empty()) return {kRpcFailed, "No project is open."};
+  if (const Status added = session.Trust().Trust(folder); !added) {
+    return {kRpcFailed, added.GetError().place + ": " + added.GetError().text};
+  }
+  result = TrustOf(session);
+  return {};
+}
+
 json DamageOf(ServedSession& session) {
   return {{"damage", ToJson(session.GetDamage())}};
 }
@@ -108,10 +126,11 @@ bool AsksForStop(const RpcRequest& request) {
 
 }  // namespace
 
-RpcServer::RpcServer(FileSystem& fileSystem, int input, int output)
+RpcServer::RpcServer(FileSystem& fileSystem, int input, int output, bool trustsEveryProject)
     : files(fileSystem),
       channel(input, output, MessageLoop::ForCurrentThread(), [this] { stopper.Stop(); }),
-      questions(channel) {}
+      questions(channel),
+      trustsAll(trustsEveryProject) {}
 
 RpcServer::~RpcServer() {
   // What the end of a session has to say has nobody to go to any more.
@@ -214,6 +233,10 @@ bool RpcServer::HandleProject(const RpcRequest& request, json& result, CallProbl
     found = DamageOf(served);
     return CallProblem();
   };
+  constexpr auto trusted = [](Session& served, json& found) {
+    found = TrustOf(served);
+    return CallProblem();
+  };
   constexpr auto report = [](Session& served, json& found) {
     found = ToJson(served.GetSaveReport());
     return CallProblem();
@@ -221,6 +244,7 @@ bool RpcServer::HandleProject(const RpcRequest& request, json& result, CallProbl
   constexpr std::pair<std::string_view, CallProblem (*)(Session&, json&)> kRequests[] = {
       {"project/damage", damage},           {"project/acceptDamage", accept},
       {"project/saveReport", report},       {"project/history", HistoryOf},
+      {"project/trust", TrustProject},      {"project/trusted", trusted},
       {"project/undo", Go<&Session::Undo>}, {"project/redo", Go<&Session::Redo>}};
   const auto* const asked =
       std::find_if(std::begin(kRequests), std::end(kRequests),
@@ -256,12 +280,16 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
   if (session) return {kRpcBadRequest, "The server is initialized already."};
   std::vector<json> given;
   if (CallProblem problem = OrderParams(
-          "initialize", {"applicationPath", "dataPath", "answers", "damagedOk"}, 0, params, given);
+          "initialize", {"applicationPath", "dataPath", "answers", "damagedOk", "trust"}, 0, params,
+          given);
       problem.code != 0) {
     return problem;
   }
   if (!given[3].is_null() && !given[3].is_boolean()) {
     return {kRpcBadParams, "initialize: damagedOk is neither true nor false"};
+  }
+  if (!given[4].is_null() && !given[4].is_boolean()) {
+    return {kRpcBadParams, "initialize: trust is neither true nor false"};
   }
   HostFolders folders;
   if (CallProblem problem = ReadFolders(given, folders); problem.code != 0) return problem;
@@ -281,6 +309,11 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
   }
   session->SetWaitEnd([this] { return channel.HasRequest(AsksForStop); });
   if (given[3] == true) session->AcceptAllDamage();
+  if (trustsAll || given[4] == true) session->Trust().TrustAll();
+  session->onRefused = [this](const std::vector<std::string>& wishes) {
+    channel.Send(MakeRpcNotification(
+        "project/refused", {{"folder", session->GetProjectFolder()}, {"wishes", wishes}}));
+  };
   session->onDamaged = [this] {
     channel.Send(
         MakeRpcNotification("project/damaged", {{"damage", ToJson(session->GetDamage())}}));
@@ -349,6 +382,10 @@ CallProblem RpcServer::CallMethod(const RpcRequest& request, json& result) {
   Variant returned;
   const DispatchResult outcome = session->Call(*method, arguments, returned);
   result = tarn::host::ToJson(returned);
+  // A build that is still running reports this at its end.
+  const std::vector<std::string> refused =
+      session->IsBuilding() ? std::vector<std::string>() : session->Trust().TakeRefused();
+  if (!refused.empty()) return {kRpcUntrusted, DescribeWishes(refused) + " " + kUntrustedText};
   return ToProblem(outcome, *method);
 }
 

@@ -25,7 +25,8 @@ enum class ServerEnd {
 class RpcServer {
  public:
   // The descriptors are borrowed.
-  RpcServer(FileSystem& fileSystem, int input, int output);
+  // `trustsAll`: every project is trusted, as with the option `trust` of `initialize`.
+  RpcServer(FileSystem& fileSystem, int input, int output, bool trustsAll = false);
   RpcServer(const RpcServer&) = delete;
   RpcServer& operator=(const RpcServer&) = delete;
   ~RpcServer();
@@ -56,6 +57,7 @@ class RpcServer {
   std::unique_ptr<ServedSession> session;  // from initialize on
   std::vector<MethodInfo> methods;
   std::atomic<bool> interrupted = false;
+  const bool trustsAll;
   bool isShutDown = false;
   bool exitAsked = false;
 };

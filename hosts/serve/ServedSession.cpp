@@ -5,6 +5,7 @@
 #include <chrono>
 
 #include "hosts/frame/check/ProjectCheck.h"
+#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {
@@ -181,6 +182,10 @@ void ServedSession::TellLine(const std::string& line) {
   tellMessage({kMsgLogLine, 0, 0, line, {}, true, false});
 }
 
+std::string ServedSession::GetProjectFolder() const {
+  return hasProject ? FolderOf(session.GetProjectPath()) : std::string();
+}
+
 DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Variant> arguments,
                                    Variant& result) {
   // Within a batch nobody else looks after what has ended meanwhile.
@@ -342,6 +347,9 @@ void ServedSession::Attend() {
     session.Manager().EpilogCommand(ended);
   }
   for (const std::uint32_t command : session.TakePostedCommands()) CarryOut(command);
+  if (isBuilding || !onRefused) return;
+  const std::vector<std::string> wishes = session.Trust().TakeRefused();
+  if (!wishes.empty()) onRefused(wishes);
 }
 
 void ServedSession::CarryOut(std::uint32_t command) {

@@ -64,6 +64,12 @@ class ServedSession {
   void AcceptAllDamage() { session.AcceptAllDamage(); }
   // Called with each project that was opened with damage.
   std::function<void()> onDamaged;
+  SessionTrust& Trust() { return session.Trust(); }
+  // The folder of the open project; empty if there is none.
+  std::string GetProjectFolder() const;
+  // Called with what a build that a call left running, or one that the server started, was refused
+  // since the project is not trusted.
+  std::function<void(const std::vector<std::string>& wishes)> onRefused;
   // Ends the wait for another process that builds the project: the build that was to follow is
   // refused. Asked as messages come.
   void SetWaitEnd(std::function<bool()> isWaitOver) {

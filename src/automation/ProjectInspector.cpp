@@ -224,6 +224,9 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::DropChanges>("DropChanges", 75, {}),
       Method<&I::SaveAllOrNone>("SaveAllOrNone", 70, {"wanted"}),
       Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
+      Method<&I::SetTrustedFolders>("SetTrustedFolders", 66, {"folders"}),
+      Method<&I::TakeRefusedWishes>("TakeRefusedWishes", 71, {}),
+      Method<&I::CheckScript>("CheckScript", 72, {"path"}),
       Method<&I::SetNewProjectFolder>("SetNewProjectFolder", 80, {"folder"}),
   });
   return table;
@@ -374,6 +377,7 @@ std::string DamageText(const std::vector<FileDamage>& damage) {
     place.AddAttr("File", each.file);
     place.AddAttr("Line", std::to_string(each.line));
     place.AddAttr("Text", each.what);
+    if (each.isUnread) place.AddAttr("Unread", "Yes");
   }
   return list.ToString(g_xmlDisplayOptions);
 }
@@ -511,6 +515,31 @@ std::int32_t CProjectInspector::AllowOutside(std::int32_t allow) {
   if (model == nullptr) return 0;
   model->AllowOutside(allow != 0);
   return 1;
+}
+
+std::int32_t CProjectInspector::SetTrustedFolders(const char* folders) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  std::vector<std::string> list;
+  const std::string lines = TextOf(folders);
+  for (const std::string_view each : Split(lines, '\n')) {
+    if (!each.empty()) list.emplace_back(each);
+  }
+  model->GetTrust().LimitTo(std::move(list));
+  return 1;
+}
+
+std::string CProjectInspector::TakeRefusedWishes() {
+  CProjectModel* model = Model();
+  std::string lines;
+  if (model == nullptr) return lines;
+  for (const std::string& each : model->GetTrust().TakeRefused()) lines += each + "\n";
+  return lines;
+}
+
+std::string CProjectInspector::CheckScript(const char* path) {
+  auto* object = static_cast<CProjectManager*>(manager.Get());
+  return Model() == nullptr ? std::string() : object->CheckScript(TextOf(path));
 }
 
 std::string CProjectInspector::GetFileTexts() {

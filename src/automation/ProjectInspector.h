@@ -109,6 +109,15 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   std::int32_t SetNewProjectFolder(const char* folder);
   // With 1, files outside the project's folder are written without asking the user.
   std::int32_t AllowOutside(std::int32_t allow);
+  // From now on only projects in these folders, one a line, are trusted to run programs and scripts
+  // of their own and to write outside their folders; others are refused. Without the call there is
+  // no limit. Absolute paths without symbolic links. Returns 0 before Attach.
+  std::int32_t SetTrustedFolders(const char* folders);
+  // What the project wanted since the last call and was refused for lack of trust, one wish a line:
+  // "write /x/y".
+  std::string TakeRefusedWishes();
+  // Returns why the script at this path may not run for lack of trust; empty if it may.
+  std::string CheckScript(const char* path);
   // With 1, a save writes all of the project's files or none, for a host whose user can do again
   // what failed; with 0 as many as it can.
   std::int32_t SaveAllOrNone(std::int32_t wanted);

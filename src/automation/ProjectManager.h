@@ -145,6 +145,9 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::string GetSelectedDBI();
   std::string GetSelectedApplication();
   std::int32_t ExecuteScript(const char* scriptPath);
+  // Not of the dispatch interface. Returns why the script may not run, as its project is not
+  // trusted; empty if it may.
+  std::string CheckScript(const std::string& path);
 
  protected:
   // A release from inside a step of the worker waits for the worker's end.
@@ -172,6 +175,7 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   void MakeWizard();
   bool LoadConfiguration();
   bool RefusesBuild();
+  bool RefusesIniFile(const std::string& path);
   void SendMenus(const CXmlNode& configuration);
   void ChooseProfileKey();
   void ReadImportSettings();

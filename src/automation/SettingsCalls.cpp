@@ -123,12 +123,26 @@ std::string CProjectManager::ReadIniValue(const char* section, const char* key,
   return value;
 }
 
+// Returns whether a project that is not trusted asks for a file outside its folder; that is in the
+// log then.
+bool CProjectManager::RefusesIniFile(const std::string& path) {
+  const std::string folder = platform.files.CurrentFolder();
+  const std::string whole = IsRelativePath(path) ? JoinPath(folder, path) : path;
+  ProjectTrust& trust = model->GetTrust();
+  if (model->MayWriteOutside() || !trust.RefusesWrite(whole)) return false;
+  trust.Refuse("write " + whole);
+  output->WriteMessage(kRowCannotSave, {whole},
+                       "it is outside the folder of the project, which is not trusted");
+  return true;
+}
+
 // A null value takes the key away, a null key the whole section.
 std::int32_t CProjectManager::WriteIniValue(const char* section, const char* key, const char* value,
                                             const char* iniPath) {
   if (!model) return 0;
   const std::string path = TextOf(iniPath);
   if (path.empty() || section == nullptr) return 1;
+  if (RefusesIniFile(path)) return 1;
   GetFileAccess(platform.files, path, kMustBeWritable | kCreateFolder);
   const Result<std::string> text = platform.files.ReadWholeFile(path);
   const bool isNew = !text && text.GetError().code == ErrorCode::NotFound;
@@ -160,9 +174,23 @@ std::string CProjectManager::GetSelectedDBI() {
   return debugFile;
 }
 
+std::string CProjectManager::CheckScript(const std::string& path) {
+  const std::string folder = platform.files.CurrentFolder();
+  const std::string whole = IsRelativePath(path) ? JoinPath(folder, path) : path;
+  ProjectTrust& trust = model->GetTrust();
+  if (!trust.RefusesProgram(whole)) return {};
+  trust.Refuse("run the script " + whole);
+  return "the project wants to run the script " + whole + ", and its folder is not trusted";
+}
+
 std::int32_t CProjectManager::ExecuteScript(const char* scriptPath) {
   if (!model) return 0;
-  const Result<std::string> script = platform.files.ReadWholeFile(TextOf(scriptPath));
+  const std::string path = TextOf(scriptPath);
+  if (const std::string refusal = CheckScript(path); !refusal.empty()) {
+    model->AddLogError(refusal);
+    return 0;
+  }
+  const Result<std::string> script = platform.files.ReadWholeFile(path);
   if (!script) return script.GetError().code == ErrorCode::Io ? 1 : 0;
   model->SendHost(kMsgRunScript, *script, 0);
   return 1;

@@ -36,7 +36,7 @@ StateVerdict BuildRecords::TakeOverJournal(const std::string& path,
   journal_ = path;
   projectFileName_ = projectFileName;
   problem_.clear();
-  const Status replaced = files_.WriteWholeFile(path, store_.RestartJournal(projectFileName));
+  const Status replaced = files_.WriteOwnFile(path, store_.RestartJournal(projectFileName));
   if (!replaced) problem_ = path + ": " + replaced.GetError().text;
   journalStatus_ = files_.Examine(path);
   return verdict_;
@@ -75,7 +75,7 @@ void BuildRecords::CompactJournal() {
   }
   if (!store_.IsWasteful()) return;
   const std::string bytes = store_.Save(projectFileName_);
-  if (!files_.WriteWholeFile(journal_, bytes)) return;  // the longer one is as good
+  if (!files_.WriteOwnFile(journal_, bytes)) return;  // the longer one is as good
   journalStatus_ = files_.Examine(journal_);
   // The records have other positions now.
   std::vector<std::pair<std::string, std::string>> keys;
@@ -267,7 +267,7 @@ Status BuildRecords::AppendNews() {
     if (appended || appended.GetError().code != ErrorCode::Changed) return appended;
   }
   // There is none yet, or another program changed it: replaced as a whole.
-  const Status written = files_.WriteWholeFile(journal_, store_.RestartJournal(projectFileName_));
+  const Status written = files_.WriteOwnFile(journal_, store_.RestartJournal(projectFileName_));
   journalStatus_ = files_.Examine(journal_);
   return written;
 }

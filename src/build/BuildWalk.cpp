@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "build/SameFiles.h"
+#include "build/TrustCheck.h"
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -349,6 +350,7 @@ bool BuildWalk::Clean(CXmlNode& node) {
     if (LostTree()) return false;
   }
   bool result = true;
+  bool isRefused = false;  // the next clean can do it, if the user trusts the project by then
   for (const char* name : {"OutputFile", "ListingFile"}) {
     const std::string path = TextOf(node.GetAttrValue(name));
     if (path.empty() || !model.files.Exists(path)) continue;
@@ -356,6 +358,10 @@ bool BuildWalk::Clean(CXmlNode& node) {
     const std::optional<FileStatus> status = model.files.Examine(path);
     if (status && status->otherSpelling) continue;
     if (const std::string why = guard.WhyKept(node, path); !why.empty()) {
+      if (model.GetTrust().RefusesWrite(path)) {
+        model.GetTrust().Refuse("delete " + path);
+        isRefused = true;
+      }
       model.AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
       if (LostTree()) return false;
       continue;
@@ -363,7 +369,7 @@ bool BuildWalk::Clean(CXmlNode& node) {
     if (!model.files.RemoveFile(path)) result = false;
     model.fileTimes.Forget();
   }
-  if (model.walkApplication != nullptr) {
+  if (model.walkApplication != nullptr && !isRefused) {
     model.buildRecords.Drop(node, TextOf(model.walkApplication->GetAttrValue("Path")),
                             TextOf(node.GetAttrValue("OutputFile")));
   }
@@ -400,6 +406,21 @@ void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
   }
 }
 
+// Returns whether the run needs the user's trust, which the project doesn't have; that is in the
+// log then.
+bool BuildWalk::IsUntrusted(const WalkRequest& request) {
+  ProjectTrust& trust = model.GetTrust();
+  if (!trust.IsWithheld()) return false;
+  const std::string wish =
+      FindUntrusted(trust, request.tool,
+                    model.toolManager->GetAccess(request.tool, request.files, request.options));
+  if (wish.empty()) return false;
+  trust.Refuse(wish);
+  model.AddBuildNotice(LineKind::Error, "the project wants to " + wish +
+                                            ", and its folder is not trusted; the tool is not run");
+  return true;
+}
+
 bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   CXmlNode& node = *frame.node;
   if (model.toolManager == nullptr) return Return(false, false);
@@ -412,8 +433,10 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   const bool hasTool = model.GetToolInput(node, request.tool, request.files);
   if (usesGivenTool) {
     request.tool = givenTool;
+    if (IsUntrusted(request)) return LostTree() || Return(false, false);
   } else {
     if (!hasTool || IsExactlyYes(node, "Exclude")) return Return(true, false);
+    if (IsUntrusted(request)) return LostTree() || Return(false, false);
     if (IsKept(node, request)) return LostTree() || Return(false, false);
     WarnOfSameFiles(node);
     if (LostTree()) return true;

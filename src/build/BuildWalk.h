@@ -111,6 +111,7 @@ class BuildWalk {
   void FinishTool(Frame& frame);
   void LeaveTool();
   bool Clean(CXmlNode& node);
+  bool IsUntrusted(const WalkRequest& request);
   bool IsKept(const CXmlNode& node, const WalkRequest& request);
   void WarnOfSameFiles(const CXmlNode& node);
   bool AreChildrenGood(const Frame& frame) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "platform/files/Destination.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
@@ -17,6 +18,7 @@ constexpr const char* kIsDependency = "is what files of the project depend on";
 constexpr const char* kIsProjectFile = "is a file of the project itself";
 constexpr const char* kIsOutside =
     "is outside the project's folder, and no build of this project made it as it is";
+constexpr const char* kIsUntrusted = "is outside the project's folder, which is not trusted";
 
 }  // namespace
 
@@ -24,8 +26,10 @@ std::string OutputGuard::WhyKept(const CXmlNode& node, const std::string& path) 
   const std::optional<FileStatus> status = model_.GetFiles().Examine(path);
   // A tool would make the file that a link without a target names.
   if (!status && !model_.GetFiles().ExamineLink(path)) return {};
-  if (status && IsMade(node, path, *status)) return {};
+  const bool isRefused = model_.GetTrust().IsWithheld() && IsOutside(path);
+  if (!isRefused && status && IsMade(node, path, *status)) return {};
   const char* reason = status ? FindReason(path, *status) : nullptr;
+  if (reason == nullptr && isRefused) reason = kIsUntrusted;
   if (reason == nullptr && !model_.MayWriteOutside() && IsOutside(path)) reason = kIsOutside;
   return reason == nullptr ? std::string() : path + " is named as an output, but " + reason;
 }
@@ -56,14 +60,13 @@ bool OutputGuard::IsRecorded(std::string_view path) const {
 }
 
 bool OutputGuard::IsOutside(const std::string& path) {
-  const auto isIn = [this](const std::string& real) {
-    const std::string root = model_.GetFiles().ResolveLinks(FolderOf(model_.GetProjectPath()));
-    return real == root || real.starts_with(AddSeparator(root));
+  const auto isIn = [this](const std::string& place) {
+    return LeadsInto(model_.GetFiles(), FolderOf(model_.GetProjectPath()), place);
   };
   // A link is deleted itself, but a tool writes through it.
-  if (model_.GetFiles().ExamineLink(path)) return !isIn(model_.GetFiles().ResolveLinks(path));
+  if (model_.GetFiles().ExamineLink(path)) return !isIn(path);
   const auto [known, isNew] = outsideFolders_.try_emplace(FolderOf(path));
-  if (isNew) known->second = !isIn(model_.GetFiles().ResolveLinks(known->first));
+  if (isNew) known->second = !isIn(known->first);
   return known->second;
 }
 

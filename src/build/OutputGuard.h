@@ -25,7 +25,7 @@ class OutputGuard {
   // Returns why the file that the node names as an output has to stay as it is, as a row of the
   // log; empty if it may go: if there is none, if a recorded run made just this version of it, or
   // if it is in the project's folder and nothing needs it. The model's consent to write outside
-  // counts.
+  // counts, and nothing outside may go if the project is not trusted.
   std::string WhyKept(const CXmlNode& node, const std::string& path);
 
  private:

@@ -12,6 +12,7 @@ enum : DispatchId {
   kGetUsedFiles = 107,
   kRefreshTools = 108,
   kGetProducts = 113,
+  kGetAccess = 114,
 };
 
 }  // namespace
@@ -51,6 +52,11 @@ std::string CToolManagerDriver::GetUsedFiles(TextArgument tool, TextArgument fil
 std::string CToolManagerDriver::GetProducts(TextArgument tool, TextArgument files,
                                             TextArgument options) {
   return InvokeText(kGetProducts, {tool, files, options});
+}
+
+std::string CToolManagerDriver::GetAccess(TextArgument tool, TextArgument files,
+                                          TextArgument options) {
+  return InvokeText(kGetAccess, {tool, files, options});
 }
 
 }  // namespace tarn

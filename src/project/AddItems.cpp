@@ -163,7 +163,10 @@ void CProjectModel::FillItem(CXmlNode& node, const std::string& path) {
     WriteItemPaths(node, path);
     return;
   }
-  if (!files.Exists(path) && !files.WriteWholeFile(path, "")) {
+  const Status made = files.Exists(path) ? Status() : files.WriteOwnFile(path, "");
+  if (!made && files.ExamineLink(path)) {
+    output->WriteMessage(kRowCannotSave, {path}, made.GetError().text);
+  } else if (!made) {
     CheckFileAccess(files, path, kMustBeWritable, *output);
   }
   const bool isProject = (types.FlagsOf(node) & kTypeProject) != 0;

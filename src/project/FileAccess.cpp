@@ -88,4 +88,8 @@ std::int32_t CheckFileAccess(FileSystem& files, const std::string& path, std::ui
   return ReportFileAccess(GetFileAccess(files, path, flags), output, shown);
 }
 
+Status WriteProjectFile(FileSystem& files, const std::string& path, std::string_view text) {
+  return files.Exists(path) ? files.WriteWholeFile(path, text) : files.WriteOwnFile(path, text);
+}
+
 }  // namespace tarn

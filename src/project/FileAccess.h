@@ -46,4 +46,8 @@ inline std::int32_t CheckFileAccess(FileSystem& files, const std::string& path, 
   return CheckFileAccess(files, path, flags, output, path);
 }
 
+// Writes a file of the project that is new, or that the user has agreed to replace. What is new is
+// not written through a symbolic link.
+Status WriteProjectFile(FileSystem& files, const std::string& path, std::string_view text);
+
 }  // namespace tarn

@@ -19,6 +19,8 @@ struct FileDamage {
   std::string what;  // "stray text "x""
   // It is in the tree, in some form, and a save writes it back.
   bool isKept = false;
+  // Reading the file broke off, so nothing of it is known.
+  bool isUnread = false;
 
   // "/p/demo.tapp:12: incomplete tag <Group"
   std::string ToString() const;

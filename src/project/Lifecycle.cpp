@@ -136,6 +136,7 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   const std::string former = std::exchange(projectPath, FullProjectPath(chosen));
   openedBy = chosen;
   projectFolder = FolderOf(projectPath);
+  trust.SetFolder(isDefaultProject == 0 ? projectFolder : std::string());
   files.SetCurrentFolder(projectFolder);
   if (former != projectPath) guard.ForgetAll();
   guard.Forget();
@@ -409,7 +410,7 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
   root.AddAttr("Project", "Yes");
   if (!CheckFileAccess(files, path, kMustBeWritable | kCreateFolder, *output)) return 0;
   const std::string text = root.ToString(g_xmlDisplayOptions);
-  if (const Status written = files.WriteWholeFile(path, text)) {
+  if (const Status written = WriteProjectFile(files, path, text)) {
     guard.NoteWritten(path, text);
     // What was made from an old project; whether they go makes no difference.
     (void)files.RemoveFile(WithExtension(path, ".tdb"));

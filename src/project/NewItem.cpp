@@ -188,7 +188,7 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
   // The creation goes on without a file, and adding the application reports that it is missing; but
   // what was to be replaced must not be taken for the new one.
   const std::string text = node.ToString(g_xmlDisplayOptions);
-  const Status written = files.WriteWholeFile(applicationFile, text);
+  const Status written = WriteProjectFile(files, applicationFile, text);
   if (!written && files.Exists(applicationFile)) {
     output->WriteMessage(kRowCannotSave, {applicationFile}, written.GetError().text);
     return 0;

@@ -10,6 +10,7 @@ CProjectModel::CProjectModel(FileSystem& disk)
     : files(disk),
       guard(disk),
       editLock(disk),
+      trust(disk),
       projectRoot(CXmlNode::CreateNode("Project")),
       loop(MessageLoop::ForCurrentThread()),
       fileTimes(disk),

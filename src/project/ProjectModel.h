@@ -33,6 +33,7 @@
 #include "project/FileSaver.h"
 #include "project/NodeTypes.h"
 #include "project/ProjectLock.h"
+#include "project/ProjectTrust.h"
 #include "project/ProjectViews.h"
 #include "project/PublishCursor.h"
 #include "project/RepeatedReads.h"
@@ -176,6 +177,7 @@ class CProjectModel {
   // The user agrees to files outside the project's folder being written.
   void AllowOutside(bool isAllowed) { writesOutside = isAllowed; }
   bool MayWriteOutside() const { return writesOutside; }
+  ProjectTrust& GetTrust() { return trust; }
   // A save writes all of the project's files or none, instead of as many as it can.
   void SaveAllOrNone(bool isWanted) { savesWhole = isWanted; }
 
@@ -518,6 +520,7 @@ class CProjectModel {
   FileSystem& files;
   FileGuard guard;
   ProjectLock editLock;
+  ProjectTrust trust;
   std::vector<FileDamage> damage;
   std::vector<FileDamage> failedDamage;
   bool protectsDamage = false;

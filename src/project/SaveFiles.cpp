@@ -5,6 +5,7 @@
 #include <set>
 
 #include "output/MessageTable.h"
+#include "platform/files/Destination.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "platform/windowing/Dialogs.h"
@@ -101,9 +102,8 @@ std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
 std::string CProjectModel::DescribeOutside(const SavePlan& plan) const {
   const std::string& path = plan.absolute;
   if (!plan.isNeeded || writesOutside || mayWriteOutside.contains(path)) return {};
+  if (LeadsInto(files, projectFolder, path) || trust.IsGiven()) return {};
   const std::string resolved = files.ResolveLinks(path);
-  const std::string folder = AddSeparator(files.ResolveLinks(projectFolder));
-  if (resolved.starts_with(folder)) return {};
   return (resolved == path ? "it is" : "it leads to " + resolved + ", which is") +
          " outside the folder of the project";
 }

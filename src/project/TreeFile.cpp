@@ -175,7 +175,9 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   if (!text) {
     if (text.GetError().code == ErrorCode::Io) {
       guard.NoteRead(absolute, {}, true);
-      SetDamageOf(absolute, {{absolute, 0, "reading the file failed: " + text.GetError().text}});
+      FileDamage unread{absolute, 0, "reading the file failed: " + text.GetError().text};
+      unread.isUnread = true;
+      SetDamageOf(absolute, {unread});
       // The root still has the attributes of the project before.
       if (&node == projectRoot.get()) node.Clear();
       return 1;

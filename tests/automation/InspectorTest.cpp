@@ -95,6 +95,9 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"DropChanges", 75, {}, "0", "1"},
       {"GetMissedSelection", 26, {}, "''", "''"},
       {"TakeBuildNotices", 65, {}, "''", "'\r\n<Notices/>'"},
+      {"SetTrustedFolders", 66, {"/p"}, "0", "1"},
+      {"TakeRefusedWishes", 71, {}, "''", "''"},
+      {"CheckScript", 72, {"/p/x.lua"}, "''", "''"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {

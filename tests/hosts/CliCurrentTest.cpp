@@ -182,6 +182,7 @@ TEST(CliCurrent, WhatChangesWhileACompilerRunsIsCompiledAgain) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     CliProject project;
+    project.Trust();
     for (const char* each : {"inc1", "inc2", "other"}) fs::create_directory(project.PathOf(each));
     fs::create_directory_symlink("inc2", project.PathOf("inc3"));
     project.Write("inc2/x.h", "#define X 1\n");

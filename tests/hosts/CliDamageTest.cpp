@@ -23,6 +23,7 @@ constexpr const char* kNotice = "app.tapp:2: stray text \"left over\"\n";
 
 TEST(CliDamage, NothingBuildsOrChangesADamagedProjectUnlessTheUserSaysSo) {
   CliProject project;
+  project.Trust();
   DamageApplication(project);
   project.Write("src/d.c", "int d;\n");
   project.Write("save.lua",

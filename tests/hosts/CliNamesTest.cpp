@@ -303,6 +303,7 @@ TEST(CliNames, NamesOnTheNetworkStayAsTheyAre) {
 
 TEST(CliNames, ANameThatMeansNothingIsAnErrorWithTheNearestOne) {
   CliProject project;
+  project.Trust();
   const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{"remove", "src/aa.c"}, "Did you mean \"src/a.c\""},
       {{"options", "get", "-n", "Source", "Build.Exclude"}, "Did you mean \"Sources\""},
@@ -322,6 +323,7 @@ TEST(CliNames, ANameThatMeansNothingIsAnErrorWithTheNearestOne) {
 
 TEST(CliNames, ApplicationsWithLabelsThatDifferInLettersOnlyAreApart) {
   CliProject project;
+  project.Trust();
   for (const char* name : {"one", "two"}) {
     project.Write(std::string("src/") + name + ".c", "int main(void) { return 0; }\n");
   }
@@ -374,6 +376,7 @@ TEST(CliNames, ApplicationsWithLabelsThatDifferInLettersOnlyAreApart) {
 
 TEST(CliNames, AnEmptyNameIsNotTheWholeProject) {
   CliProject project;
+  project.Trust();
   project.Out({"build"});
   const std::vector<std::string> commands[] = {
       {"clean", "--app", ""},

@@ -91,6 +91,7 @@ TEST(CliNew, TheFirstSaveChangesNothing) {
   };
   for (const auto& row : rows) {
     CliProject project;
+    project.Trust();
     std::filesystem::create_directories(project.PathOf("one/src"));
     project.Write("one/src/main.c", "int main(void) { return 0; }\n");
     project.Write("one/one.prj",

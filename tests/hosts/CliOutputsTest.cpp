@@ -31,6 +31,7 @@ TEST(CliOutputs, WhatIsNoProductIsNeitherOverwrittenNorDeleted) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.output + std::string(" for ") + row.file);
     CliProject project;
+    project.Trust();
     CliProject outside;
     outside.Write("file", "precious");
     project.Write("src/x.h", "");
@@ -65,6 +66,7 @@ TEST(CliOutputs, WhatIsNoProductIsNeitherOverwrittenNorDeleted) {
 // What a build made is its to delete, wherever it is.
 TEST(CliOutputs, AProductOutsideIsDeletedAsLongAsItIsTheOneThatWasMade) {
   CliProject project;
+  project.Trust();
   CliProject outside;
   const std::string output = outside.PathOf("a.o");
   project.Out({"options", "set", "-n", "src/a.c", "Build.OutputFile", output});

@@ -141,6 +141,12 @@ void CliProject::Touch(const std::string& name) {
   std::filesystem::last_write_time(folder / name, std::filesystem::file_time_type::clock::now());
 }
 
+void CliProject::Trust() {
+  const std::filesystem::path state = root / "settings/state";
+  std::filesystem::create_directories(state);
+  std::ofstream(state / "trusted") << std::filesystem::canonical(root).string() << "\n";
+}
+
 void CliProject::AddProgram(const std::string& name, const std::string& script) {
   const std::filesystem::path path = root / "bin" / name;
   std::ofstream(path) << script;

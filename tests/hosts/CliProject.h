@@ -53,6 +53,8 @@ class CliProject {
   std::string Read(const std::string& name) const;
   // Makes a file newer than everything that was built until now.
   void Touch(const std::string& name);
+  // The user trusts the project.
+  void Trust();
   // Puts a program in front of all others that the project's tools can see.
   void AddProgram(const std::string& name, const std::string& script);
 

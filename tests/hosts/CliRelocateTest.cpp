@@ -151,7 +151,7 @@ TEST(CliRelocate, AnApplicationOutsideIsChangedOnlyIfTheUserSaysSo) {
                         "app.tapp is outside the folder of the project. With --outside-ok");
   EXPECT_TRUE(Has(project.Out({"relocate", "inner", "--below", ".", "--outside-ok"}),
                   "src/a.c -> code/a.c\n"));
-  EXPECT_EQ(project.Run({"build", "inner"}).code, 0);
+  EXPECT_EQ(project.Run({"build", "inner", "--trust"}).code, 0);
 }
 
 }  // namespace

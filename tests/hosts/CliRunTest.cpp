@@ -7,6 +7,7 @@ namespace {
 
 TEST(CliRun, AScriptChangesOptionsBuildsAndSavesWhatItWants) {
   CliProject project;
+  project.Trust();
   project.Write("release.lua",
                 "tarn.SavePropertyValue('Application', 'Compiler', 'Defines', 'RELEASE')\n"
                 "tarn.Command(0x8106)\n"
@@ -28,6 +29,7 @@ TEST(CliRun, AScriptChangesOptionsBuildsAndSavesWhatItWants) {
 
 TEST(CliRun, WhatAScriptPrintsBehindABuildStandsInItsLog) {
   CliProject project;
+  project.Trust();
   project.Write("r.lua", "print('early')\nhost.build()\nprint('late')\nerror('enough')\n");
   const auto run = project.Run({"run", "r.lua"});
   EXPECT_EQ(run.code, 1);
@@ -40,6 +42,7 @@ TEST(CliRun, WhatAScriptPrintsBehindABuildStandsInItsLog) {
 
 TEST(CliRun, FailuresAreToldWithTheirPlace) {
   CliProject project;
+  project.Trust();
   project.Write("inner.lua", "print('inner')\n\nlocal x = nil + 1\n");
   const struct {
     const char* script;
@@ -84,6 +87,7 @@ TEST(CliRun, FailuresAreToldWithTheirPlace) {
 // A script may pull everything away from under the host that runs it.
 TEST(CliRun, AScriptMayCloseTheProjectAndOpenAnother) {
   CliProject project;
+  project.Trust();
   project.Write("t.lua", "local path = '" + project.PathOf("demo.tprj") +
                              "'\n"
                              "print(tarn.ProjectClose(), host.build())\n"
@@ -106,6 +110,7 @@ TEST(CliRun, AScriptMayCloseTheProjectAndOpenAnother) {
 
 TEST(CliRun, ABuildThatIsLeftBehindIsAwaitedAndKept) {
   CliProject project;
+  project.Trust();
   project.Write("t.lua", "print(tarn.PrologCommand(0x8111), tarn.Command(0x8111))\n");
   const auto run = project.Run({"run", "t.lua"});
   EXPECT_EQ(run.code, 0);
@@ -118,6 +123,7 @@ TEST(CliRun, ABuildThatIsLeftBehindIsAwaitedAndKept) {
 
 TEST(CliRun, AnInterruptEndsAScriptAndItsBuild) {
   CliProject project;
+  project.Trust();
   project.AddProgram(
       "gcc", "#!/bin/sh\ncase \"$*\" in *b.c*) sleep 30 ;; esac\nexec /usr/bin/gcc \"$@\"\n");
   const struct {

@@ -105,7 +105,7 @@ TEST(CliSharing, AnApplicationOutsideOfTheFolderIsWrittenOnlyIfTheUserAgrees) {
   project.Write("other/o.tprj", text);
   project.Write("src/d.c", "");
   const std::string before = project.Read("app.tapp");
-  project.Out({"build", "other"});
+  project.Out({"build", "other", "--trust"});
   project.ExpectRefusal({"add", "other", "src/d.c"}, 3,
                         "app.tapp can't be saved: it is outside the folder of the project\n"
                         "With --outside-ok it is written.");

@@ -186,6 +186,7 @@ TEST_P(ShippedTargets, CannotBeBuiltOrAreNotWhatTheyAreSaidToBe) {
     parts.push_back(all[i]);
   }
   CliProject project;
+  project.Trust();
   std::vector<std::pair<std::string, std::vector<std::string>>> applications;
   std::set<std::string> names;
   std::string setUp;

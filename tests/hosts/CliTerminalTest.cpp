@@ -36,6 +36,7 @@ std::string FindHarm(const std::string& text) {
 
 TEST(CliTerminal, NoCommandPassesOnControlCharactersOfAProjectOrATool) {
   CliProject project;
+  project.Trust();
   project.AddProgram("gcc",
                      "#!/bin/sh\ncase \"$*\" in *c.c*) cat \"$TMPDIR/said\" >&2;; esac\n"
                      "exec /usr/bin/gcc \"$@\"\n");

@@ -112,6 +112,7 @@ TEST(Cli, NamesAndErrorsFullOfMarkupAreReadableForPeopleAndForEveryReaderOfTheLo
 
 TEST(Cli, TheLogIsWellFormedWhateverAPathOrAScriptSays) {
   CliProject project;
+  project.Trust();
   project.WriteProject({{"app", {"a<b>]]>'c.c"}}});
   project.Write("src/a<b>]]>'c.c", "#warning w\nint main(void) { return 0; }\n");
   const std::pair<const char*, const char*> rows[] = {

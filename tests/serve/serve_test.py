@@ -25,6 +25,8 @@ def request(number, method, *params):
 
 
 class ServeTest(unittest.TestCase):
+    trusts = None  # whether the client trusts every project
+
     def setUp(self):
         self.project = Project(SOURCE_DIR)
         self.addCleanup(self.project.remove)
@@ -35,7 +37,7 @@ class ServeTest(unittest.TestCase):
         if initialize:
             client.wait(client.post("initialize", {
                 "applicationPath": self.project.share, "dataPath": self.project.data,
-                "answers": list(answers or {})}))
+                "answers": list(answers or {}), "trust": self.trusts}))
         return client
 
     def open(self, answers=None):
@@ -445,6 +447,8 @@ class Stops(ServeTest):
 
 
 class Scripts(ServeTest):
+    trusts = True
+
     def run_script(self, client, text):
         """Runs a script, and gives what the client hears of it up to the tools' own messages."""
         self.project.write("t.lua", text)
@@ -499,6 +503,8 @@ class Scripts(ServeTest):
 
 
 class History(ServeTest):
+    trusts = True
+
     def state(self, client):
         """The labels of what can be undone and redone, the next first."""
         history = client.wait(client.post("project/history"))
@@ -732,6 +738,8 @@ class Saves(ServeTest):
 
 
 class Damage(ServeTest):
+    trusts = True
+
     def damage(self):
         path = self.project.write_project()
         with open(self.project.path("app.tapp")) as file:
@@ -774,6 +782,43 @@ class Damage(ServeTest):
         self.assertEqual(self.build(client)[0], 1)
         self.assertEqual(self.errors(self.start(initialize=False),
                                      ("initialize", {"damagedOk": 1})), [-32602])
+
+
+class Trust(ServeTest):
+    WISH = "run the launcher ./trap.sh"
+
+    def open_hostile(self):
+        client = self.open()
+        self.project.write("trap.sh", "#!/bin/sh\ntouch ran\nexec \"$@\"\n")
+        os.chmod(self.project.path("trap.sh"), 0o755)
+        client.call("SavePropertyValue", "Application", "Build", "Launcher", "./trap.sh")
+        client.call("Command", 0x8106)
+        self.assertFalse(client.call("project/trusted")["trusted"])
+        return client
+
+    def test_a_build_is_refused_and_reported_until_the_project_is_trusted(self):
+        client = self.open_hostile()
+        self.assertEqual(self.build(client), (0, []))
+        self.assertIn(("project/refused", {"folder": self.project.folder, "wishes": [self.WISH]}),
+                      client.questions)
+        self.assertFalse(os.path.exists(self.project.path("ran")))
+        answer = {"folder": self.project.folder, "trusted": True}
+        self.assertEqual(client.call("project/trust"), answer)
+        self.assertEqual(client.call("project/trusted"), answer)
+        self.assertEqual(self.build(client)[0], 1)
+        self.assertTrue(os.path.exists(self.project.path("ran")))
+
+    def test_calls_that_need_trust_have_an_error_of_their_own(self):
+        client = self.open_hostile()
+        self.project.write("t.lua", "print('ran')")
+        self.assertEqual(self.errors(
+            client, ("ProjectBuild", []), ("ExecuteScript", [self.project.path("t.lua")]),
+            ("WriteIniValue", ["S", "Key", "1", os.path.join(self.project.root, "x.ini")]),
+            ("WriteIniValue", ["S", "Key", "1", self.project.path("x.ini")])),
+            [-32001, -32001, -32001, None])
+        self.assertFalse(os.path.exists(os.path.join(self.project.root, "x.ini")))
+        self.assertEqual(self.errors(self.start(initialize=False),
+                                     ("initialize", {"trust": 1})), [-32602])
 
 
 class Ends(ServeTest):

@@ -302,6 +302,14 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
             <numerusform>%1 wurden nicht gespeichert: Ein anderes Programm hat die Dateien ebenfalls geändert.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Trust</source>
+        <translation>Vertrauen</translation>
+    </message>
+    <message>
+        <source>Not now</source>
+        <translation>Nicht jetzt</translation>
+    </message>
 </context>
 <context>
     <name>EditorStatus</name>
@@ -1326,6 +1334,56 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message>
         <source>Nodes that were found</source>
         <translation>Gefundene Knoten</translation>
+    </message>
+</context>
+<context>
+    <name>TrustNotice</name>
+    <message>
+        <source>This project wants to run the launcher %1.</source>
+        <translation>Dieses Projekt möchte den Starter %1 ausführen.</translation>
+    </message>
+    <message>
+        <source>This project wants to run the tool %1.</source>
+        <translation>Dieses Projekt möchte das Werkzeug %1 ausführen.</translation>
+    </message>
+    <message>
+        <source>This project wants to run the script %1.</source>
+        <translation>Dieses Projekt möchte das Skript %1 ausführen.</translation>
+    </message>
+    <message>
+        <source>This project wants to run code of its own, by the argument %1.</source>
+        <translation>Dieses Projekt möchte eigenen Code ausführen, durch das Argument %1.</translation>
+    </message>
+    <message>
+        <source>This project wants to run %1.</source>
+        <translation>Dieses Projekt möchte %1 ausführen.</translation>
+    </message>
+    <message>
+        <source>This project wants to write %1.</source>
+        <translation>Dieses Projekt möchte %1 schreiben.</translation>
+    </message>
+    <message>
+        <source>This project wants to delete %1.</source>
+        <translation>Dieses Projekt möchte %1 löschen.</translation>
+    </message>
+    <message numerus="yes">
+        <source> %n more request(s) in the log.</source>
+        <translation>
+            <numerusform> %n weiterer Wunsch steht im Protokoll.</numerusform>
+            <numerusform> %n weitere Wünsche stehen im Protokoll.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Do you trust the folder %1?</source>
+        <translation>Vertrauen Sie dem Ordner %1?</translation>
+    </message>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>The answer can&apos;t be stored: %1: %2</source>
+        <translation>Die Antwort kann nicht gespeichert werden: %1: %2</translation>
     </message>
 </context>
 <context>

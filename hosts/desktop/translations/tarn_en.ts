@@ -181,4 +181,14 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>TrustNotice</name>
+    <message numerus="yes">
+        <source> %n more request(s) in the log.</source>
+        <translation>
+            <numerusform> %n more request is in the log.</numerusform>
+            <numerusform> %n more requests are in the log.</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>

@@ -302,6 +302,14 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
             <numerusform>%1 n&apos;ont pas été enregistrés : un autre programme les a modifiés aussi.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Trust</source>
+        <translation>Faire confiance</translation>
+    </message>
+    <message>
+        <source>Not now</source>
+        <translation>Pas maintenant</translation>
+    </message>
 </context>
 <context>
     <name>EditorStatus</name>
@@ -1326,6 +1334,56 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     <message>
         <source>Nodes that were found</source>
         <translation>Nœuds trouvés</translation>
+    </message>
+</context>
+<context>
+    <name>TrustNotice</name>
+    <message>
+        <source>This project wants to run the launcher %1.</source>
+        <translation>Ce projet veut exécuter le lanceur %1.</translation>
+    </message>
+    <message>
+        <source>This project wants to run the tool %1.</source>
+        <translation>Ce projet veut exécuter l’outil %1.</translation>
+    </message>
+    <message>
+        <source>This project wants to run the script %1.</source>
+        <translation>Ce projet veut exécuter le script %1.</translation>
+    </message>
+    <message>
+        <source>This project wants to run code of its own, by the argument %1.</source>
+        <translation>Ce projet veut exécuter son propre code, par l’argument %1.</translation>
+    </message>
+    <message>
+        <source>This project wants to run %1.</source>
+        <translation>Ce projet veut exécuter %1.</translation>
+    </message>
+    <message>
+        <source>This project wants to write %1.</source>
+        <translation>Ce projet veut écrire %1.</translation>
+    </message>
+    <message>
+        <source>This project wants to delete %1.</source>
+        <translation>Ce projet veut supprimer %1.</translation>
+    </message>
+    <message numerus="yes">
+        <source> %n more request(s) in the log.</source>
+        <translation>
+            <numerusform> %n autre demande est dans le journal.</numerusform>
+            <numerusform> %n autres demandes sont dans le journal.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Do you trust the folder %1?</source>
+        <translation>Faites-vous confiance au dossier %1 ?</translation>
+    </message>
+    <message>
+        <source>Tarn</source>
+        <translation>Tarn</translation>
+    </message>
+    <message>
+        <source>The answer can&apos;t be stored: %1: %2</source>
+        <translation>La réponse ne peut pas être enregistrée : %1 : %2</translation>
     </message>
 </context>
 <context>

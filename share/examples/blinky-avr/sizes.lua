@@ -1,7 +1,7 @@
 -- Builds the firmware at several levels of optimisation, tells how large it comes out, and keeps
 -- the level that takes the least flash. Adds a text file for notes to the project as well.
 --
---     tarn run sizes.lua blinky-avr.tprj
+--     tarn run --trust sizes.lua blinky-avr.tprj
 
 local application = "blinky-avr"
 local levels = { "s", "1", "2", "3" }

@@ -121,14 +121,19 @@ class FileSystem {
   // sees the old bytes or the new ones. Keeps the mode bits, follows a symbolic link. Refuses a
   // read-only file.
   virtual Status WriteWholeFile(const std::string& path, std::string_view bytes) = 0;
+  // Like WriteWholeFile, for a file whose name the program has chosen, such as a log or a copy: a
+  // symbolic link in its place is refused, since whatever put it there chose what it leads to.
+  virtual Status WriteOwnFile(const std::string& path, std::string_view bytes) {
+    return ExamineLink(path) ? RefuseLink(path) : WriteWholeFile(path, bytes);
+  }
   // WriteWholeFile for files that belong together: all are written, or none; one that holds its
   // bytes already is left alone. `place` of an error is the file that can't be written. Only a
   // process that is killed between the last steps leaves some of them written, the first ones of
   // the list.
   virtual Status WriteFiles(std::span<const FileBytes> list) { return WriteOneByOne(*this, list); }
   // Overwrites what lies behind `offset` with `bytes` and cuts the file there, without replacing
-  // it. Fails with Changed unless the file is `expectedSize` bytes long. For files that are kept
-  // current by their writer alone.
+  // it. Fails with Changed unless the file is `expectedSize` bytes long and has no other name, and
+  // refuses a symbolic link. For files that are kept current by their writer alone.
   virtual Status WriteTail(const std::string& path, std::uint64_t expectedSize,
                            std::uint64_t offset, std::string_view bytes) = 0;
   // Like WriteTail, and also fails with Changed unless the file has the time that it is expected to
@@ -189,6 +194,10 @@ class FileSystem {
   // A name in `folder` that starts with `prefix` and that no file has; the name was reserved by
   // creating the file, which the caller may remove or overwrite.
   virtual Result<std::string> ReserveName(const std::string& folder, std::string_view prefix) = 0;
+
+  static Error RefuseLink(const std::string& path) {
+    return {ErrorCode::NotAFile, "it is a symbolic link, and is not written through one", path};
+  }
 
   // The disk of this machine; lives as long as the process.
   static FileSystem& Native();

@@ -12,12 +12,13 @@ Status KeepCopy(FileSystem& files, const std::string& path, std::string_view byt
                 const std::string& suffix, std::string& copy) {
   for (int i = 1; i <= kMaxCopies; ++i) {
     copy = path + suffix + (i == 1 ? std::string() : std::to_string(i));
+    if (files.ExamineLink(copy)) continue;
     if (files.Exists(copy)) {
       const Result<std::string> old = files.ReadWholeFile(copy);
       if (old && *old == bytes) return {};
       continue;
     }
-    return files.WriteWholeFile(copy, bytes);
+    return files.WriteOwnFile(copy, bytes);
   }
   return Error{ErrorCode::AlreadyExists, "too many copies", path};
 }

@@ -59,10 +59,12 @@ SettingsFolders SettingsFolders::FromEnvironment() {
   if (!root.empty()) {
     // The current folder moves with every project.
     if (IsRelativePath(root)) root = JoinPath(FileSystem::Native().CurrentFolder(), root);
-    return {JoinPath(root, "machine"), JoinPath(root, "user"), JoinPath(root, "data")};
+    return {JoinPath(root, "machine"), JoinPath(root, "user"), JoinPath(root, "data"),
+            JoinPath(root, "state")};
   }
   return {"/etc/tarn", UserFolder("XDG_CONFIG_HOME", ".config"),
-          UserFolder("XDG_DATA_HOME", ".local/share")};
+          UserFolder("XDG_DATA_HOME", ".local/share"),
+          UserFolder("XDG_STATE_HOME", ".local/state")};
 }
 
 std::string RegistryFileIn(const std::string& folder) {

@@ -17,11 +17,12 @@ namespace tarn {
 std::string HomeFolder();
 
 // Where the settings of this machine and user lie. `TARN_SETTINGS` in the environment puts all
-// three below one other folder, as "machine", "user" and "data".
+// of them below one other folder, as "machine", "user", "data" and "state".
 struct SettingsFolders {
   std::string machine;   // /etc/tarn
   std::string user;      // $XDG_CONFIG_HOME/tarn
   std::string userData;  // $XDG_DATA_HOME/tarn: files that the user's programs make for themselves
+  std::string userState = {};  // $XDG_STATE_HOME/tarn: what they remember
 
   static SettingsFolders FromEnvironment();
 };

@@ -181,19 +181,21 @@ TEST(SettingsFolders, FollowTheEnvironment) {
     const char* config;
     std::string folders;
   } rows[] = {
-      {"other root", "/r", "/c", "/r/machine /r/user /r/data"},
-      {"relative root", "r", nullptr, here + "/r/machine " + here + "/r/user " + here + "/r/data"},
-      {"base folder", nullptr, "/c", "/etc/tarn /c/tarn /h/.local/share/tarn"},
+      {"other root", "/r", "/c", "/r/machine /r/user /r/data /r/state"},
+      {"relative root", "r", nullptr,
+       here + "/r/machine " + here + "/r/user " + here + "/r/data " + here + "/r/state"},
+      {"base folder", nullptr, "/c", "/etc/tarn /c/tarn /h/.local/share/tarn /h/.local/state/tarn"},
       {"relative base folder does not count", nullptr, "c",
-       "/etc/tarn /h/.config/tarn /h/.local/share/tarn"},
+       "/etc/tarn /h/.config/tarn /h/.local/share/tarn /h/.local/state/tarn"},
   };
   const testing::ScopedVariable data("XDG_DATA_HOME", nullptr);
+  const testing::ScopedVariable state("XDG_STATE_HOME", nullptr);
   const testing::ScopedVariable home("HOME", "/h");
   for (const auto& row : rows) {
     const testing::ScopedVariable root("TARN_SETTINGS", row.root);
     const testing::ScopedVariable config("XDG_CONFIG_HOME", row.config);
-    const auto [machine, user, userData] = SettingsFolders::FromEnvironment();
-    EXPECT_EQ(machine + " " + user + " " + userData, row.folders) << row.name;
+    const auto [machine, user, userData, userState] = SettingsFolders::FromEnvironment();
+    EXPECT_EQ(machine + " " + user + " " + userData + " " + userState, row.folders) << row.name;
   }
 }
 

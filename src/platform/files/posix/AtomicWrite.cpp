@@ -19,6 +19,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/files/FileSystem.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 
@@ -114,10 +115,9 @@ class TemporaryFile {
   }
 
   // Flushed, the bytes are on the disk when this answers true.
-  bool Fill(std::string_view bytes, Durability durability) const {
+  bool Fill(std::string_view bytes, FileKind kind) const {
     const int file = own.file->Get();
-    return WriteAll(file, bytes) && (durability == Durability::Scratch || Flush(file)) &&
-           own.file->Close();
+    return WriteAll(file, bytes) && (kind == FileKind::Scratch || Flush(file)) && own.file->Close();
   }
 
   bool MoveOver(const std::string& target) {
@@ -212,8 +212,7 @@ Result<std::string> FollowLinks(std::string name) {
 class Replacement {
  public:
   static Result<std::unique_ptr<Replacement>> Prepare(const std::string& target,
-                                                      std::string_view bytes,
-                                                      Durability durability);
+                                                      std::string_view bytes, FileKind kind);
   ~Replacement() {
     if (!former.empty()) unlink(former.c_str());
   }
@@ -253,15 +252,17 @@ class Replacement {
 };
 
 Result<std::unique_ptr<Replacement>> Replacement::Prepare(const std::string& target,
-                                                          std::string_view bytes,
-                                                          Durability durability) {
-  const bool scratch = durability == Durability::Scratch;
-  const Result<std::string> place = scratch ? Result<std::string>(target) : FollowLinks(target);
+                                                          std::string_view bytes, FileKind kind) {
+  const bool isUsers = kind == FileKind::User;
+  const Result<std::string> place = isUsers ? FollowLinks(target) : Result<std::string>(target);
   if (!place) return place.GetError();
   struct stat old {};
   bool exists = lstat(place->c_str(), &old) == 0;
   if (!exists && errno != ENOENT) return ErrorOf(errno, target);
-  if (exists && scratch && S_ISLNK(old.st_mode)) exists = false;  // the link itself makes way
+  if (exists && S_ISLNK(old.st_mode)) {
+    if (kind == FileKind::Own) return FileSystem::RefuseLink(target);
+    exists = false;  // the link itself makes way
+  }
   if (exists && !S_ISREG(old.st_mode)) {
     return ErrorOf(ErrorCode::NotAFile, "not a regular file", target);
   }
@@ -272,7 +273,7 @@ Result<std::unique_ptr<Replacement>> Replacement::Prepare(const std::string& tar
   Result<std::unique_ptr<TemporaryFile>> temporary =
       TemporaryFile::Create(FolderToOpen(*place), exists ? S_IRUSR | S_IWUSR : 0666);
   if (!temporary) return ErrorOf(temporary.GetError().code, temporary.GetError().text, target);
-  if ((exists && !(*temporary)->TakeOver(old)) || !(*temporary)->Fill(bytes, durability)) {
+  if ((exists && !(*temporary)->TakeOver(old)) || !(*temporary)->Fill(bytes, kind)) {
     return ErrorOf(errno, target);
   }
   return std::unique_ptr<Replacement>(new Replacement(*place, exists, std::move(*temporary)));
@@ -304,19 +305,18 @@ bool IsReadOnlyName(const std::string& name, mode_t mode) {
          CodeOf(errno) == ErrorCode::ReadOnly;
 }
 
-Status ReplaceFile(const std::string& target, std::string_view bytes, Durability durability) {
-  const Result<std::unique_ptr<Replacement>> ready =
-      Replacement::Prepare(target, bytes, durability);
+Status ReplaceFile(const std::string& target, std::string_view bytes, FileKind kind) {
+  const Result<std::unique_ptr<Replacement>> ready = Replacement::Prepare(target, bytes, kind);
   if (!ready) return ready.GetError();
   if (!(*ready)->TakeName()) return ErrorOf(errno, target);
-  if (durability != Durability::Scratch) FinishFolder((*ready)->GetFolder());
+  if (kind != FileKind::Scratch) FinishFolder((*ready)->GetFolder());
   return {};
 }
 
 Status ReplaceFiles(std::span<const FileBytes> list) {
   std::vector<std::unique_ptr<Replacement>> ready;
   for (const FileBytes& each : list) {
-    auto prepared = Replacement::Prepare(each.path, each.bytes, Durability::Flushed);
+    auto prepared = Replacement::Prepare(each.path, each.bytes, FileKind::User);
     if (!prepared) return prepared.GetError();
     ready.push_back(std::move(*prepared));
     if (list.size() > 1 && !ready.back()->KeepFormer()) return ErrorOf(errno, each.path);
@@ -340,7 +340,7 @@ Status CreateNewFile(const std::string& target, std::string_view bytes, mode_t m
   const std::string folder = FolderToOpen(target);
   const Result<std::unique_ptr<TemporaryFile>> temporary = TemporaryFile::Create(folder, mode);
   if (!temporary) return ErrorOf(temporary.GetError().code, temporary.GetError().text, target);
-  if (!(*temporary)->Fill(bytes, Durability::Flushed) || !(*temporary)->MoveBeside(target)) {
+  if (!(*temporary)->Fill(bytes, FileKind::Own) || !(*temporary)->MoveBeside(target)) {
     return ErrorOf(errno, target);
   }
   FinishFolder(folder);

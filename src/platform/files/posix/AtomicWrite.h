@@ -12,23 +12,25 @@
 
 namespace tarn::posix {
 
-// Flushed: what was written survives a crash of the machine. Scratch: nobody would miss it then.
+// User: written through a symbolic link, since the user may have made it on purpose, and survives a
+// crash of the machine. Own: survives it as well, but a link is refused, since its name is the
+// program's choice and another program may have put the link there. Scratch: need not survive, and
+// replaces a link.
 //
-// Each flushed write also removes what writes of killed processes have left in its folder: a file
-// `.tarn-` with 16 digits whose process is gone, or that has stayed as it is for ten minutes.
-enum class Durability { Flushed, Scratch };
+// Each write that survives also removes what writes of killed processes have left in its folder: a
+// file `.tarn-` with 16 digits whose process is gone, or that has stayed as it is for ten minutes.
+enum class FileKind { User, Own, Scratch };
 
 // Puts `bytes` in place of the file `target`, or creates it, in one step: the bytes go into a new
 // file beside it, are flushed to the disk, and the new file takes the name over. Whoever looks, and
-// whatever is killed or pulled in between, sees the old file or the new one. A symbolic link stays
-// and what it leads to is replaced; mode bits and, where allowed, the owner are kept. Refuses a
-// read-only file. After a failure nothing of the attempt is left. As Scratch, nothing is flushed
-// and a symbolic link is itself replaced.
-Status ReplaceFile(const std::string& target, std::string_view bytes, Durability durability);
+// whatever is killed or pulled in between, sees the old file or the new one. Mode bits and, where
+// allowed, the owner are kept. Refuses a read-only file. After a failure nothing of the attempt is
+// left.
+Status ReplaceFile(const std::string& target, std::string_view bytes, FileKind kind);
 
-// Like ReplaceFile for several files, all of them or none. No name is taken over before all bytes
-// are on the disk, and what had a name is kept by another one until the last is taken over, so that
-// going back needs no room. `place` of an error is the file that failed.
+// Like ReplaceFile for several files of the user, all of them or none. No name is taken over before
+// all bytes are on the disk, and what had a name is kept by another one until the last is taken
+// over, so that going back needs no room. `place` of an error is the file that failed.
 Status ReplaceFiles(std::span<const FileBytes> list);
 
 // Creates `target` with these bytes and mode bits (before the process's mask) in one step.

@@ -244,7 +244,13 @@ Result<std::string> PosixFileSystem::ReadWholeFile(const std::string& path) {
 Status PosixFileSystem::WriteWholeFile(const std::string& path, std::string_view bytes) {
   const Result<std::string> target = names.LocateOrCreate(path);
   if (!target) return target.GetError();
-  return posix::ReplaceFile(*target, bytes, posix::Durability::Flushed);
+  return posix::ReplaceFile(*target, bytes, posix::FileKind::User);
+}
+
+Status PosixFileSystem::WriteOwnFile(const std::string& path, std::string_view bytes) {
+  const Result<std::string> target = names.LocateOrCreate(path);
+  if (!target) return target.GetError();
+  return posix::ReplaceFile(*target, bytes, posix::FileKind::Own);
 }
 
 Status PosixFileSystem::WriteFiles(std::span<const FileBytes> list) {
@@ -277,9 +283,10 @@ Result<FileStatus> PosixFileSystem::ContinueFile(const std::string& path,
 Result<FileStatus> PosixFileSystem::WriteInPlace(const std::string& path,
                                                  const FileStatus& expected, TimeMatters time,
                                                  std::uint64_t offset, std::string_view bytes) {
-  const Result<int> opened = names.Try(
-      path, [](const char* name) { return open(name, O_WRONLY | O_CLOEXEC | O_NONBLOCK); });
-  if (!opened) return opened.GetError();
+  const Result<int> opened = names.Try(path, [](const char* name) {
+    return open(name, O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+  });
+  if (!opened) return ExamineLink(path) ? RefuseLink(path) : opened.GetError();
   Descriptor file(*opened);
   struct stat info {};
   if (fstat(file.Get(), &info) != 0) return ErrorOf(errno, path);
@@ -287,6 +294,8 @@ Result<FileStatus> PosixFileSystem::WriteInPlace(const std::string& path,
   if ((info.st_mode & 0222) == 0) {
     return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", path);
   }
+  // A further name is written as well; a whole new file leaves it alone.
+  if (info.st_nlink > 1) return ErrorOf(ErrorCode::Changed, "the file has other names", path);
   const FileStatus found = StatusOf(info);
   if (found.size != expected.size || offset > expected.size ||
       (time == TimeMatters::Yes && found.modifiedSeconds != expected.modifiedSeconds)) {
@@ -305,7 +314,7 @@ Result<FileStatus> PosixFileSystem::WriteInPlace(const std::string& path,
 Status PosixFileSystem::WriteScratchFile(const std::string& path, std::string_view bytes) {
   const Result<std::string> target = names.ToNative(path);
   if (!target) return target.GetError();
-  return posix::ReplaceFile(*target, bytes, posix::Durability::Scratch);
+  return posix::ReplaceFile(*target, bytes, posix::FileKind::Scratch);
 }
 
 Status PosixFileSystem::RemoveScratchFile(const std::string& path) {

@@ -29,6 +29,7 @@ class PosixFileSystem : public FileSystem {
   Status CheckWritable(const std::string& path) override;
   Result<std::string> ReadWholeFile(const std::string& path) override;
   Status WriteWholeFile(const std::string& path, std::string_view bytes) override;
+  Status WriteOwnFile(const std::string& path, std::string_view bytes) override;
   Status WriteFiles(std::span<const FileBytes> list) override;
   Status WriteTail(const std::string& path, std::uint64_t expectedSize, std::uint64_t offset,
                    std::string_view bytes) override;

@@ -1,0 +1,180 @@
+#include "components/tools/RunAccess.h"
+
+#include <algorithm>
+
+#include "components/tools/FileList.h"
+#include "components/tools/GivenArguments.h"
+#include "platform/files/FileTexts.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::tools {
+
+namespace {
+
+// Launchers that do nothing but run the compiler that follows, here or elsewhere.
+constexpr std::string_view kPlainLaunchers[] = {"ccache", "sccache", "distcc",
+                                                "icecc",  "env",     "nice"};
+
+bool HasSeparator(std::string_view text) {
+  return text.find('/') != text.npos || text.find('\\') != text.npos;
+}
+
+bool IsFlag(std::string_view word) {
+  return word.size() > 1 && word.front() == '-';
+}
+
+// The flag that the word begins with, or nullptr.
+const std::string* FindFlag(const std::vector<std::string>& flags, std::string_view word) {
+  const auto found = std::find_if(flags.begin(), flags.end(),
+                                  [&](const std::string& flag) { return word.starts_with(flag); });
+  return found == flags.end() ? nullptr : &*found;
+}
+
+class AccessFinder {
+ public:
+  AccessFinder(const ToolWorld& toolWorld, const ToolDefinition& definition, const ToolJob& toolJob)
+      : world_(toolWorld), tool_(definition), job_(toolJob), reads_(definition.reads) {
+    reads_.insert(reads_.end(), tool_.search.begin(), tool_.search.end());
+    for (const LibraryRule& each : tool_.libraries) {
+      reads_.insert(reads_.end(), each.folderFlags.begin(), each.folderFlags.end());
+      reads_.insert(reads_.end(), each.nameFlags.begin(), each.nameFlags.end());
+    }
+  }
+
+  RunAccess Find(const ToolPlan& plan) {
+    for (const std::string& path :
+         {plan.outputOnDisk, plan.listing, plan.rules, plan.furtherRules}) {
+      AddWrite(path);
+    }
+    for (const std::string& path : plan.products) AddWrite(path);
+    // What is written here replaces a link, or refuses it.
+    AddWrite(FolderOf(plan.globals));
+    AddWrite(FolderOf(plan.outputOnDisk));
+    if (tool_.isProgram) access_.code.push_back("the tool " + tool_.name);
+    for (const ToolCommand& command : plan.commands) AddCommand(command);
+    return std::move(access_);
+  }
+
+ private:
+  void AddWrite(const std::string& path) {
+    auto& known = access_.writes;
+    if (path.empty() || std::find(known.begin(), known.end(), path) != known.end()) return;
+    known.push_back(path);
+  }
+
+  void AddValue(std::string_view value) {
+    if (!value.empty()) AddWrite(AbsolutePath(world_.files, folder_, value));
+  }
+
+  void AddCommand(const ToolCommand& command) {
+    folder_ = command.folder;
+    AddPrograms(command);
+    for (const auto& [scratch, path] : command.moves) {
+      AddWrite(scratch);
+      AddWrite(path);
+    }
+    const std::vector<std::string> words = ExpandArguments(command, world_.files).words;
+    for (std::size_t i = 0; i < words.size(); ++i) AddWord(words, i);
+  }
+
+  // The launcher of the environment is the user's own.
+  void AddPrograms(const ToolCommand& command) {
+    std::string program = command.program;
+    if (command.launched > 0) {
+      std::vector<std::string> launcher{command.program};
+      const auto end = command.arguments.begin() + static_cast<std::ptrdiff_t>(command.launched);
+      launcher.insert(launcher.end(), command.arguments.begin(), end - 1);
+      program = *(end - 1);
+      const bool isPlain =
+          launcher.size() == 1 && std::find(std::begin(kPlainLaunchers), std::end(kPlainLaunchers),
+                                            launcher.front()) != std::end(kPlainLaunchers);
+      const bool isChosen = !command.rule->launcher.GetOptionMacros().empty();
+      const bool isUsers = launcher == SplitWords(job_.environmentLauncher);
+      if (isPlain) {
+        AddProgram(launcher.front());
+      } else if (isChosen && !isUsers) {
+        access_.code.push_back("the launcher " + JoinWords(launcher));
+      }
+    }
+    if (!command.rule->program.GetOptionMacros().empty()) {
+      access_.code.push_back("the program " + program);
+    } else {
+      AddProgram(program);
+    }
+  }
+
+  void AddProgram(const std::string& name) {
+    const std::string found = world_.findProgram(name);
+    if (!found.empty()) access_.programs.push_back(AbsolutePath(world_.files, folder_, found));
+  }
+
+  void AddWord(const std::vector<std::string>& words, std::size_t at) {
+    const std::string& word = words[at];
+    if (!IsFlag(word)) {
+      // After a flag it can be its value.
+      if (at > 0 && IsFlag(words[at - 1]) && !Reads(words[at - 1])) AddUnlessInput(word);
+      return;
+    }
+    if (RunsCode(words, at)) access_.code.push_back("code with the argument " + word);
+    if (Reads(word)) return;
+    const std::string_view text = word;
+    if (const std::size_t equals = text.find('='); equals != text.npos) {
+      AddValue(text.substr(equals + 1));
+    } else if (const std::string* flag = FindFlag(tool_.writes, text)) {
+      AddValue(text.substr(flag->size()));
+    } else if (const std::size_t slash = text.find('/'); slash != text.npos) {
+      AddValue(text.substr(slash));
+    }
+  }
+
+  bool Reads(const std::string& flag) const { return FindFlag(reads_, flag) != nullptr; }
+
+  void AddUnlessInput(const std::string& word) {
+    const std::string path = AbsolutePath(world_.files, folder_, word);
+    const bool isInput = std::find(job_.files.begin(), job_.files.end(), path) != job_.files.end();
+    if (!isInput) AddWrite(path);
+  }
+
+  bool RunsCode(const std::vector<std::string>& words, std::size_t at) const {
+    if (FindFlag(tool_.runs, words[at]) != nullptr) return true;
+    const auto first = words.begin() + static_cast<std::ptrdiff_t>(at);
+    const std::vector<std::string> near(first, std::min(first + 2, words.end()));
+    return std::any_of(tool_.loads.begin(), tool_.loads.end(), [&](const LoadRule& rule) {
+      if (!first->starts_with(rule.flag)) return false;
+      const std::vector<std::string> values = ValuesOf({rule.flag}, near);
+      return std::any_of(values.begin(), values.end(), [&](const std::string& value) {
+        const std::string path = AbsolutePath(world_.files, folder_, rule.place + value);
+        return HasSeparator(value) || world_.files->Exists(path);
+      });
+    });
+  }
+
+  const ToolWorld& world_;
+  const ToolDefinition& tool_;
+  const ToolJob& job_;
+  std::vector<std::string> reads_;
+  std::string folder_;  // working folder of the current command
+  RunAccess access_;
+};
+
+}  // namespace
+
+RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, const ToolPlan& plan,
+                        const ToolJob& job) {
+  return AccessFinder(world, tool, job).Find(plan);
+}
+
+std::string RunAccessText(const RunAccess& access) {
+  std::vector<FileText> list;
+  for (const auto& [kind, entries] :
+       {std::pair("code", &access.code), std::pair("program", &access.programs),
+        std::pair("write", &access.writes)}) {
+    for (const std::string& each : *entries) list.push_back({kind, each});
+  }
+  // Even of a run that reaches for nothing it says something.
+  list.push_back({"end", {}});
+  return JoinFileTexts(list);
+}
+
+}  // namespace tarn::tools

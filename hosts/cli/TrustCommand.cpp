@@ -1,0 +1,83 @@
+#include <nlohmann/json.hpp>
+
+#include "hosts/cli/Commands.h"
+#include "hosts/cli/DisplayText.h"
+#include "hosts/frame/HostFolders.h"
+#include "hosts/frame/TrustedFolders.h"
+#include "platform/paths/Paths.h"
+
+namespace tarn::host {
+
+namespace {
+
+int Refuse(CommandContext& context, const Error& error) {
+  context.Complain(context.Show(error.place) + ": " + Printable(error.text) + ".");
+  return kExitCannotOpen;
+}
+
+int ListFolders(CommandContext& context, const TrustedFolders& trusted) {
+  const auto list = trusted.Read();
+  if (!list) return Refuse(context, list.GetError());
+  if (context.Asked().json) {
+    PrintJson(context, {{"folders", *list}, {"file", trusted.GetPath()}});
+    return kExitDone;
+  }
+  for (const std::string& each : *list) context.Out().PrintLine(Printable(each));
+  return kExitDone;
+}
+
+// The folder of a project file, or the folder itself. Empty, with everything said, if there is
+// none; one that is gone can still be taken out of the list.
+std::string FindFolder(CommandContext& context, const TrustedFolders& trusted) {
+  std::string path = context.Asked().project;
+  if (path.empty() || IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
+  path = context.Files().Canonical(path);
+  if (path.size() > 1 && path.ends_with(kSeparator)) path.pop_back();
+  if (context.Files().Examine(path)) path = FolderOf(context.Files().ResolveLinks(path));
+  const bool isListed = context.Asked().revoke && trusted.Find(path) == path;
+  if (isListed || context.Files().IsFolder(path)) return context.Files().ResolveLinks(path);
+  context.Complain(context.Show(path) + " is neither a folder nor a project file.");
+  return {};
+}
+
+void Report(CommandContext& context, const std::string& folder, const std::string& line,
+            bool isTrusted, bool hasChanged) {
+  if (context.Asked().json) {
+    PrintJson(context, {{"folder", folder}, {"trusted", isTrusted}, {"changed", hasChanged}});
+  } else if (!context.Asked().quiet) {
+    context.Out().PrintLine(Printable(line));
+  }
+}
+
+int Revoke(CommandContext& context, TrustedFolders& trusted, const std::string& folder) {
+  const Status removed = trusted.Remove(folder);
+  const bool isUnlisted = !removed && removed.GetError().code == ErrorCode::NotFound;
+  if (!removed && !isUnlisted) return Refuse(context, removed.GetError());
+  const std::string above = trusted.Find(folder);
+  if (!above.empty()) {
+    context.Remark(folder + " is still trusted, since it is in " + above +
+                   ". `tarn trust --revoke " + above + "` takes that out of the list.");
+  }
+  const std::string line =
+      isUnlisted ? folder + " was not in the list" : "no longer trusted: " + folder;
+  Report(context, folder, line, !above.empty(), !isUnlisted);
+  return kExitDone;
+}
+
+}  // namespace
+
+int RunTrust(CommandContext& context) {
+  const HostFolders folders = HostFolders::FromEnvironment(context.Files());
+  TrustedFolders trusted(context.Files(), folders.state);
+  if (context.Asked().list) return ListFolders(context, trusted);
+  const std::string folder = FindFolder(context, trusted);
+  if (folder.empty()) return kExitUsage;
+  if (context.Asked().revoke) return Revoke(context, trusted, folder);
+  const bool wasTrusted = !trusted.Find(folder).empty();
+  if (const Status added = trusted.Add(folder); !added) return Refuse(context, added.GetError());
+  Report(context, folder, (wasTrusted ? "trusted already: " : "trusted: ") + folder, true,
+         !wasTrusted);
+  return kExitDone;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,94 @@
+// Symbolic links in the place of files that the program names itself: a project from elsewhere can
+// bring them along, and nothing may be written where they lead.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kRefused = "symbolic link";
+
+TEST(CliLinks, NothingIsWrittenWhereAPlantedLinkLeads) {
+  const struct {
+    const char* link;
+    std::vector<std::string> command;
+    int code;
+  } rows[] = {
+      {"demo.tstate", {"build"}, 0},
+      {"demo.tlog", {"build"}, 0},
+      {"app-Globals.Standard.xml", {"build"}, 0},
+      {"demo.undo.tstate", {"options", "set", "Compiler.Defines", "A=1"}, 0},
+      {"compile_commands.json", {"export", "compile-commands"}, 3},
+      {"chosen.json", {"export", "compile-commands", "-o", "chosen.json"}, 3},
+      {"demo.sarif", {"export", "sarif"}, 3},
+      {"src/new.c", {"add", "--create", "src/new.c"}, 2},
+  };
+  for (const auto& row : rows) {
+    for (const bool isDangling : {false, true}) {
+      SCOPED_TRACE(row.link + std::string(isDangling ? ", to nothing" : ""));
+      CliProject project;
+      CliProject outside;
+      if (row.command[0] == "export") project.Out({"build"});
+      const std::string target = outside.PathOf("file");
+      const bool isNew = row.command[0] == "add";
+      if (isNew && !isDangling) continue;  // the user means that file
+      if (!isDangling) outside.Write("file", "precious");
+      fs::create_symlink(target, project.PathOf(row.link));
+      const auto answer = project.Run(row.command);
+      EXPECT_EQ(answer.code, row.code) << answer.out << answer.err;
+      // The build goes on without a list of globals, and says so in its log.
+      const std::string said = answer.out + answer.err + project.Run({"log"}).out;
+      EXPECT_TRUE(Has(said, kRefused)) << said;
+      EXPECT_TRUE(Has(said, row.link)) << said;
+      EXPECT_EQ(fs::exists(target), !isDangling);
+      if (!isDangling) {
+        EXPECT_EQ(outside.Read("file"), "precious");
+      }
+      EXPECT_TRUE(fs::is_symlink(project.PathOf(row.link)));
+    }
+  }
+}
+
+TEST(CliLinks, ACopyTakesANameThatNoLinkHas) {
+  CliProject project;
+  CliProject outside;
+  std::string text = project.Read("app.tapp");
+  project.Write("app.tapp", text.insert(text.find("<Group"), "<<<<<<< HEAD\n"));
+  const std::string damaged = project.Read("app.tapp");
+  fs::create_symlink(outside.PathOf("file"), project.PathOf("app.tapp.bak"));
+  project.Out({"options", "set", "Compiler.Defines", "A=1", "--damaged-ok"});
+  EXPECT_FALSE(outside.Exists("file"));
+  EXPECT_EQ(project.Read("app.tapp.bak2"), damaged);
+}
+
+// The user may have made it on purpose, and it leads to another file of the project.
+TEST(CliLinks, AProjectFileThatIsALinkIsSavedWhereItLeads) {
+  CliProject project;
+  fs::create_directory(project.PathOf("shared"));
+  fs::rename(project.PathOf("app.tapp"), project.PathOf("shared/app.tapp"));
+  fs::create_symlink("shared/app.tapp", project.PathOf("app.tapp"));
+  project.Out({"options", "set", "Compiler.Defines", "A=1"});
+  EXPECT_TRUE(fs::is_symlink(project.PathOf("app.tapp")));
+  EXPECT_TRUE(Has(project.Read("shared/app.tapp"), "A=1"));
+}
+
+// Bytes of the journal are appended in place, so also a further name of it would change.
+TEST(CliLinks, AFurtherNameOfTheJournalKeepsItsBytes) {
+  CliProject project;
+  project.Out({"build"});
+  fs::create_hard_link(project.PathOf("demo.tstate"), project.PathOf("copy"));
+  const std::string before = project.Read("copy");
+  project.Write("src/c.c", "int c(void) { return 4; }\n");
+  project.Out({"build"});
+  EXPECT_EQ(project.Read("copy"), before);
+  EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
+}
+
+}  // namespace
+}  // namespace tarn::host

@@ -1,0 +1,121 @@
+// Errors while a file is read: what is there and can't be read is not the same as nothing. Each
+// call that reads a file of the project or a definition is made to fail, one after the other.
+
+#ifdef TARN_FAULTS
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <sstream>
+
+#include "hosts/CliProject.h"
+
+namespace tarn::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A project that was built, with definitions of its own, which is put back before each run.
+class FailingDisk {
+ public:
+  FailingDisk() {
+    fs::copy(TARN_SHARE, project_.PathOf("share"), fs::copy_options::recursive);
+    project_.Point("TARN_ROOT", "share");
+    project_.Out({"build"});
+    fs::copy(project_.PathOf(""), Kept(), fs::copy_options::recursive);
+  }
+  ~FailingDisk() { fs::remove_all(Kept()); }
+
+  void PutBack() {
+    for (const char* name : {"demo.tprj", "app.tapp", "demo.undo.tstate"}) {
+      fs::remove(project_.PathOf(name));
+      if (fs::exists(Kept() + name)) fs::copy_file(Kept() + name, project_.PathOf(name));
+    }
+  }
+
+  // Runs the command with faults; none for call 0, whose calls are listed instead.
+  CliProject::Answer Run(const std::vector<std::string>& words, int call, int error) {
+    PutBack();
+    const auto environment = project_.environment;
+    project_.environment.insert(project_.environment.end(),
+                                {{"LD_PRELOAD", TARN_FAULTS},
+                                 {"FAULT_PROGRAM", "tarn"},
+                                 {"FAULT_BELOW", fs::canonical(project_.PathOf("")).string()},
+                                 {"FAULT_AT", std::to_string(call)},
+                                 {"FAULT", std::to_string(error)}});
+    if (call == 0) project_.environment.emplace_back("FAULT_LOG", project_.PathOf("calls"));
+    const auto answer = project_.Run(words);
+    project_.environment = environment;
+    return answer;
+  }
+
+  // The numbers of the calls that read what the project is made of, or how it is built, and an
+  // error that each can have.
+  std::vector<std::pair<int, int>> FindReads(const std::vector<std::string>& words) {
+    fs::remove(project_.PathOf("calls"));
+    Run(words, 0, 0);
+    std::istringstream lines(project_.Read("calls"));
+    std::vector<std::pair<int, int>> found;
+    std::string number, call, kind, path;
+    while (lines >> number >> call >> kind && std::getline(lines, path)) {
+      const bool isRead = call == "read";
+      const bool isOpen = call.starts_with("open");
+      const std::string extension = fs::path(path).extension();
+      const bool isMeant = extension == ".tprj" || extension == ".tapp" ||
+                           extension == ".options" || extension == ".tools" ||
+                           extension == ".config";
+      if (isMeant && (isRead || isOpen))
+        found.emplace_back(std::stoi(number), isRead ? EIO : EACCES);
+    }
+    return found;
+  }
+
+  std::string Files() const { return project_.Read("demo.tprj") + project_.Read("app.tapp"); }
+
+ private:
+  std::string Kept() const {
+    return fs::path(project_.PathOf("")).parent_path().string() + "-kept/";
+  }
+
+  CliProject project_;
+};
+
+TEST(CliReadErrors, RefuseEveryCommandAndCostNothing) {
+  const std::vector<std::vector<std::string>> commands = {
+      {"options", "set", "Compiler.Defines", "A=1"},
+      {"options", "set", "Compiler.Defines", "A=1", "--damaged-ok"},
+      {"build"},
+      {"build", "--damaged-ok"},
+      {"status"},
+      {"clean", "--damaged-ok"},
+  };
+  FailingDisk disk;
+  const std::string before = disk.Files();
+  for (const auto& words : commands) {
+    const auto expected = disk.Run(words, 0, 0);
+    const std::string after = disk.Files();
+    const auto reads = disk.FindReads(words);
+    EXPECT_GT(reads.size(), 10U);
+    for (const auto& [call, error] : reads) {
+      const auto answer = disk.Run(words, call, error);
+      SCOPED_TRACE(words[0] + ", call " + std::to_string(call) + ": " + answer.out + answer.err);
+      // What is read a second time can be had then; a build may make everything once more for it.
+      if (answer.code == 0 && disk.Files() == after) {
+        const std::string said = answer.out.substr(0, answer.out.find('('));
+        EXPECT_TRUE(expected.out.starts_with(said) || Has(said, "Built 4 files"));
+        continue;
+      }
+      EXPECT_EQ(answer.code, 3);
+      EXPECT_EQ(disk.Files(), before);
+      EXPECT_TRUE(Has(answer.out + answer.err, std::strerror(error)));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tarn::host
+
+#endif
