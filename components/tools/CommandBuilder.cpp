@@ -37,6 +37,8 @@ class PlanMaker : public TemplateValues {
     for (std::string& product : plan.products) product = Spelled(product);
     plan.depends = Paths(tool.depends);
     plan.variables = tool.variables;
+    plan.helpers = tool.helpers.programs;
+    plan.helperFiles = Pieces(tool.helpers.files, SplitOptionList);
     plan.respelled = job.respelled;
     for (const StepRule& step : tool.steps) {
       folder = job.baseFolder;

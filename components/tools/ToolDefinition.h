@@ -80,6 +80,17 @@ struct LibraryRule {
   Template file;  // names of the file of a library, with ";" between them
 };
 
+// Programs and files that the program of the first step takes itself, and how it is asked where it
+// has them.
+struct HelperRule {
+  std::vector<std::string> programs;
+  Template files;  // names with ";" between them
+  // The name follows in the same argument. Without a programFlag programs are those in PATH.
+  std::string programFlag, fileFlag;
+  std::vector<std::string> with;         // how arguments begin that change the answers, given along
+  std::vector<std::string> folderFlags;  // of these, those that name a folder to take them from
+};
+
 // How files that a run reads are searched for the names of further ones.
 enum class Follow {
   None,
@@ -103,10 +114,18 @@ struct ToolDefinition {
   // How arguments begin that name a folder to search headers in: "-I". The folder is the rest of
   // the argument, or the next one.
   std::vector<std::string> search;
+  // How arguments begin that name a file to read before the source, which is looked for in the
+  // working folder and then where headers are.
+  std::vector<std::string> includes;
+  // How arguments begin that define a macro.
+  std::vector<std::string> defines;
+  // How arguments begin that make the linker compile the sources' code, and that undo it.
+  std::vector<std::string> linkTime, notLinkTime;
   // How arguments begin that name a file to write. The name follows, or is the next argument.
   std::vector<std::string> writes;
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;
+  HelperRule helpers;
   std::vector<std::string> variables;  // of the environment, that change what it makes
   std::vector<StepRule> steps;
   SizeRule size;
