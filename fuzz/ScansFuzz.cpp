@@ -5,7 +5,9 @@
 
 #include "components/tools/FileList.h"
 #include "components/tools/GivenArguments.h"
+#include "components/tools/ThinArchive.h"
 #include "patterns/IncludeScan.h"
+#include "patterns/TestedNames.h"
 
 namespace {
 
@@ -24,6 +26,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text(reinterpret_cast<const char*>(data), size);
   CheckNames(tarn::FindIncludes(text), size);
   CheckNames(tarn::FindScriptInputs(text), size);
+  if (tarn::HasComputedTest(text)) {
+    const tarn::MacroScan scan = tarn::ScanMacros(text);
+    const tarn::MacroScan* const scans[] = {&scan};
+    static_cast<void>(tarn::FindTestedNames(scans));
+  }
+  CheckNames(tarn::tools::ReadThinArchive(text), size);
   tarn::tools::ToolCommand command;
   command.arguments = tarn::tools::SplitWords(text);
   const auto given = tarn::tools::ExpandArguments(command, nullptr);

@@ -25,6 +25,12 @@ std::string BuildRecordText(const BuildRecord& record) {
   if (!record.products.empty()) text += XmlPathAttribute("Products", QuotedList(record.products));
   std::vector<std::string> search = record.search;
   for (const std::string& path : record.missing) search.push_back('?' + path);
+  // Without folders there is no preprocessor. A quote would end an entry of the list.
+  if (!record.search.empty()) {
+    for (const std::string& each : record.definitions) {
+      search.push_back('#' + ReplaceAll(ReplaceAll(each, "%", "%25"), "\"", "%22"));
+    }
+  }
   if (!search.empty()) text += XmlPathAttribute("Search", QuotedList(search));
   if (record.hasInexactNames) text += XmlAttribute("InexactNames", "Yes");
   text += ">";

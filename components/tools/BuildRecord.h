@@ -13,12 +13,13 @@ struct BuildRecord {
   std::string infos;
   std::int64_t date = 0;  // modification time of the output, seconds since 1970
   std::vector<std::string> dependencies;
-  std::vector<std::string> programs;  // that were run, launchers left out
+  std::vector<std::string> programs;  // that were run, launchers left out, and what they take
   std::vector<std::string> search;    // folders that headers were searched in, in order
   std::uint64_t command = 0;          // hash of the command lines
   std::vector<std::string> products;  // further files that were made
   std::vector<std::string> missing;   // files that would be read in place of others if they came
   bool hasInexactNames = false;       // the command lines depend on how the disk spells names
+  std::vector<std::string> definitions = {};  // macros as options define them: NAME=VALUE
 };
 
 // The element `F` of the record, as build information texts hold it.

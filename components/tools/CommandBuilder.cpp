@@ -42,6 +42,8 @@ class PlanMaker : public TemplateValues {
     }
     plan.depends = Paths(tool.depends);
     plan.variables = tool.variables;
+    plan.helpers = tool.helpers.programs;
+    plan.helperFiles = Pieces(tool.helpers.files, SplitOptionList);
     plan.respelled = job.respelled;
     for (const StepRule& step : tool.steps) {
       folder = job.baseFolder;

@@ -70,6 +70,7 @@ std::uint64_t HashCommands(const ToolWorld& world, const ToolPlan& plan) {
     }
   }
   for (const std::string& path : plan.depends) Mix(hash, path);
+  for (const std::string& name : plan.helpers) Mix(hash, world.findProgram(name));
   for (const std::string& name : plan.variables) {
     const std::string value = world.environment(name.c_str());
     if (value.empty()) continue;

@@ -18,7 +18,7 @@ std::vector<std::string> SearchFolders(FileSystem* disk, const ToolDefinition& t
                                        const ToolPlan& plan);
 
 // A hash of everything that the plan's programs get: their paths, arguments, folders and
-// environment. Never 0.
+// environment, and where PATH has the programs that they start. Never 0.
 std::uint64_t HashCommands(const ToolWorld& world, const ToolPlan& plan);
 
 // Sixteen hexadecimal digits.

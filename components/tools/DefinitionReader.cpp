@@ -26,8 +26,9 @@ class ToolReader : public ElementReader {
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool = std::make_unique<ToolDefinition>();
     CheckAttributes(node, {"Name", "Title", "Hint", "Extensions", "Messages", "Output", "Listing",
-                           "Rules", "FurtherRules", "Search", "Writes", "Reads", "Runs", "Loads",
-                           "Follow", "Variables", "Predefined"});
+                           "Rules", "FurtherRules", "Search", "Includes", "Defines", "LinkTime",
+                           "NotLinkTime", "Writes", "Reads", "Runs", "Loads", "Follow", "Variables",
+                           "Predefined"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
@@ -49,6 +50,10 @@ class ToolReader : public ElementReader {
     constexpr std::array kFollows{Follow::None, Follow::Includes, Follow::Scripts};
     tool->follows = kFollows[Choose(node, "Follow", {"", "Includes", "Scripts"})];
     tool->search = SplitOptionList(Text(node, "Search"));
+    tool->includes = SplitOptionList(Text(node, "Includes"));
+    tool->defines = SplitOptionList(Text(node, "Defines"));
+    tool->linkTime = SplitOptionList(Text(node, "LinkTime"));
+    tool->notLinkTime = SplitOptionList(Text(node, "NotLinkTime"));
     if (tool->name.empty()) Fail("a tool has no Name");
     ReadExtensions(Text(node, "Extensions"));
     ReadChildren(node);
@@ -113,6 +118,8 @@ class ToolReader : public ElementReader {
         tool->depends.push_back(ReadFile(*child));
       } else if (name == "Libraries") {
         tool->libraries.push_back(ReadLibraries(*child));
+      } else if (name == "Helpers") {
+        tool->helpers = ReadHelpers(*child);
       } else if (name == "Size") {
         ReadSize(*child);
       } else if (name == "Globals") {
@@ -155,6 +162,18 @@ class ToolReader : public ElementReader {
     if (rule.nameFlags.empty() || rule.folderFlags.empty() || rule.file.IsEmpty()) {
       Fail("Libraries needs Name, Folder and File");
     }
+    return rule;
+  }
+
+  HelperRule ReadHelpers(const CXmlNode& node) {
+    CheckAttributes(node, {"Programs", "Files", "ProgramFlag", "FileFlag", "With", "Folder"});
+    HelperRule rule{SplitOptionList(Text(node, "Programs")),
+                    Filled(node, "Files"),
+                    Text(node, "ProgramFlag"),
+                    Text(node, "FileFlag"),
+                    SplitOptionList(Text(node, "With")),
+                    SplitOptionList(Text(node, "Folder"))};
+    if (!rule.files.IsEmpty() && rule.fileFlag.empty()) Fail("Helpers needs FileFlag");
     return rule;
   }
 

@@ -86,6 +86,17 @@ struct RandomNameRule {
   std::vector<std::string> patterns;  // see ReplaceRandomNames
 };
 
+// Programs and files that the program of the first step takes itself, and how it is asked where it
+// has them.
+struct HelperRule {
+  std::vector<std::string> programs;
+  Template files;  // names with ";" between them
+  // The name follows in the same argument. Without a programFlag programs are those in PATH.
+  std::string programFlag, fileFlag;
+  std::vector<std::string> with;         // how arguments begin that change the answers, given along
+  std::vector<std::string> folderFlags;  // of these, those that name a folder to take them from
+};
+
 // How files that a run reads are searched for the names of further ones.
 enum class Follow {
   None,
@@ -118,6 +129,13 @@ struct ToolDefinition {
   // How arguments begin that name a folder to search headers in: "-I". The folder is the rest of
   // the argument, or the next one.
   std::vector<std::string> search;
+  // How arguments begin that name a file to read before the source, which is looked for in the
+  // working folder and then where headers are.
+  std::vector<std::string> includes;
+  // How arguments begin that define a macro.
+  std::vector<std::string> defines;
+  // How arguments begin that make the linker compile the sources' code, and that undo it.
+  std::vector<std::string> linkTime, notLinkTime;
   // How arguments begin that name a file to write. The name follows, or is the next argument.
   std::vector<std::string> writes;
   // How arguments begin that name a file to read, and are no search.
@@ -127,6 +145,7 @@ struct ToolDefinition {
   std::vector<LoadRule> loads;
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;
+  HelperRule helpers;
   std::vector<std::string> variables;   // of the environment, that change what it makes
   std::vector<std::string> predefined;  // macros that a compiler defines by itself: "NAME=VALUE"
   std::vector<StepRule> steps;

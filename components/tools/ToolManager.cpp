@@ -133,6 +133,7 @@ std::int32_t ToolManager::InitTools(const char* applicationPath, const char*,
 }
 
 std::int32_t ToolManager::RefreshTools() {
+  helpers.Forget();
   std::string place;
   {
     const std::lock_guard guard(lock);
@@ -180,7 +181,7 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   if (!owned.job.repeated.empty() || owned.job.files.size() != 1) {
     owned.job.conflicts = TakeConflicts(owned.job.repeated);
   }
-  ToolRun run(world, running, *definition, owned.job, MostMessages());
+  ToolRun run(world, running, helpers, *definition, owned.job, MostMessages());
   TellFrame(kMsgToolStarted, StartText(toolName, files, run.Plan()), 0);
   const bool isDone = run.Run();
   CountMessages(run.GetLog().GetRetained());
@@ -294,6 +295,9 @@ std::string ToolManager::GetToolFingerprint(const char* tool) {
   std::string text = HexText(definition->fingerprint);
   for (const ToolProgram& program : ProgramsOf(*definition)) {
     text += ' ' + world.findProgram(program.name);
+  }
+  for (const std::string& name : definition->helpers.programs) {
+    text += ' ' + world.findProgram(name);
   }
   for (const std::string& name : definition->variables) {
     const std::string value = world.environment(name.c_str());

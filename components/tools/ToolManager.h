@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "components/tools/HelperFinder.h"
 #include "components/tools/RunningTools.h"
 #include "components/tools/ToolMessage.h"
 #include "components/tools/ToolSet.h"
@@ -97,6 +98,7 @@ class ToolManager : public DispatchObject<ToolManager> {
 
   const ToolWorld world;
   RunningTools running;
+  HelperFinder helpers;
 
   std::mutex lock;  // guards what follows; never held across a call out
   std::shared_ptr<const ToolSet> tools = std::make_shared<ToolSet>();

@@ -2,16 +2,12 @@
 
 #include <algorithm>
 #include <deque>
-#include <unordered_set>
 
 #include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GlobalsFile.h"
 #include "components/tools/RandomNames.h"
-#include "components/tools/RuleFile.h"
 #include "components/tools/ToolText.h"
-#include "components/tools/ToolchainFolders.h"
-#include "components/tools/UsedFiles.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -27,13 +23,6 @@ std::string CommandLine(const ToolCommand& command) {
   return CleanLine(JoinWords(words));
 }
 
-// Names with these are not names of this system: a backslash separates folders.
-bool HasOddCharacter(std::string_view name) {
-  return std::any_of(name.begin(), name.end(), [](char c) {
-    return c == '\\' || static_cast<unsigned char>(c) < ' ' || c == 127;
-  });
-}
-
 std::string Shortened(std::string line) {
   if (line.size() > LineAssembler::kMaxLine) {
     line.resize(LineAssembler::kMaxLine);
@@ -44,10 +33,11 @@ std::string Shortened(std::string line) {
 
 }  // namespace
 
-ToolRun::ToolRun(const ToolWorld& machine, RunningTools& runningTools,
+ToolRun::ToolRun(const ToolWorld& machine, RunningTools& runningTools, HelperFinder& helperFinder,
                  const ToolDefinition& definition, const ToolJob& toolJob, std::size_t mostMessages)
     : world(machine),
       running(runningTools),
+      helpers(helperFinder),
       tool(definition),
       job(toolJob),
       plan(MakePlan(definition, toolJob)),
@@ -283,9 +273,9 @@ bool ToolRun::CollectRecord() {
   BuildRecord found;
   found.output = plan.output;
   found.infos = ReadInfos();
+  found.programs = ProgramsOf(world, plan);
   if (!ReadDependencies(found)) return false;
   found.date = BringForward(found, *status);
-  found.programs = ProgramsOf(world, plan);
   found.command = HashCommands(world, plan);
   found.hasInexactNames = plan.hasInexactNames;
   if (!SettleRandomNames()) return false;
@@ -342,94 +332,6 @@ void ToolRun::WriteGlobals() {
   const std::string note =
       UpdateGlobalsFile(*world.files, plan.globals, plan.outputOnDisk, job.baseFolder);
   if (!note.empty()) log.AddPlain(note);
-}
-
-// Dependencies that are not known must not pass for none: the output would never be stale again.
-bool ToolRun::ReadDependencies(BuildRecord& found) {
-  ReadFiles read = FindReadFiles(tool, plan, job.files, *world.files);
-  std::vector<std::string> names = job.respelled;
-  names.insert(names.end(), read.found.begin(), read.found.end());
-  found.missing = std::move(read.missing);
-  found.search = SearchFolders(world.files, tool, plan);
-  // Also a command without folders searches that of its source.
-  if (!tool.search.empty() && found.search.empty() && !job.files.empty()) {
-    found.search.push_back(FolderOf(job.files.front()));
-  }
-  if (!plan.rules.empty() && !ReadRules(found.search, names)) return false;
-  if (!plan.furtherRules.empty()) ReadFurtherRules(names);
-  std::unordered_set<std::string> seen(job.files.begin(), job.files.end());
-  for (const std::string& name : job.respelled) seen.erase(name);
-  for (std::string& name : names) {
-    if (seen.insert(name).second) found.dependencies.push_back(std::move(name));
-  }
-  return true;
-}
-
-// Names count from here. The conditions of a tool can leave it without a step.
-const std::string& ToolRun::RulesFolder() const {
-  return plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
-}
-
-// A header of the toolchain counts only if it is in a folder that the command names.
-bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names) {
-  const auto text = world.files->ReadWholeFile(plan.rules);
-  if (!text) return FailRules("can't be read: " + text.GetError().text);
-  const RuleFile rules = ReadRuleFile(*text);
-  if (!rules.problem.empty()) return FailRules(rules.problem);
-  const ToolchainFolders toolchain(world, plan);
-  const auto isBelow = [](const std::string& path, const std::string& folder) {
-    return path.starts_with(AddSeparator(folder));
-  };
-  std::unordered_set<std::string> fileNames;
-  for (const std::string& name : rules.names) {
-    // A tool writes names of this machine: a letter and a colon are the start of one.
-    const bool isDriveless = HasDrive(name) && (name.size() == 2 || !IsSeparator(name[2]));
-    std::string path = AbsolutePath(world.files, RulesFolder(), isDriveless ? "./" + name : name);
-    if (HasOddCharacter(name) && !world.files->Examine(path)) {
-      return FailRules("names a file that can't be followed, rename it: " + name);
-    }
-    fileNames.insert(FoldCase(FileNameOf(path)));
-    const bool isOwn = isDriveless || IsRelativePath(name) || !toolchain.Has(path) ||
-                       isBelow(path, RulesFolder()) ||
-                       std::any_of(search.begin(), search.end(), [&](const std::string& folder) {
-                         return isBelow(path, folder);
-                       });
-    if (isOwn) names.push_back(std::move(path));
-  }
-  // By the last part of the name alone, since a launcher may write the folders in another way.
-  for (const std::string& source : job.files) {
-    if (!fileNames.contains(FoldCase(FileNameOf(source)))) {
-      return FailRules("doesn't name the source " + source);
-    }
-  }
-  return true;
-}
-
-// An assembler behind a compiler also names what the compiler wrote for it, which is gone, or is
-// kept next to the output or the source. Its name is a random one, so the rules don't stay.
-void ToolRun::ReadFurtherRules(std::vector<std::string>& names) {
-  // Not every run has them, and a search for other spellings grows with the folder of the outputs.
-  if (!world.files->ExamineExactly(plan.furtherRules)) return;
-  const auto text = world.files->ReadWholeFile(plan.furtherRules);
-  if (!text) return;
-  static_cast<void>(world.files->RemoveScratchFile(plan.furtherRules));
-  std::unordered_set<std::string> titles{FileNameOf(WithoutExtension(plan.output))};
-  for (const std::string& source : job.files) {
-    titles.insert(FileNameOf(source));
-    titles.insert(FileNameOf(WithoutExtension(source)));
-  }
-  for (const std::string& name : ReadRuleFile(*text).names) {
-    std::string path = AbsolutePath(world.files, RulesFolder(), name);
-    const bool isBetween =
-        ExtensionOf(path) == ".s" && titles.contains(FileNameOf(WithoutExtension(path)));
-    if (!isBetween && world.files->ExamineExactly(path)) names.push_back(std::move(path));
-  }
-}
-
-bool ToolRun::FailRules(const std::string& problem) {
-  log.AddError(tool.name + " ended without an error, but its dependencies are unknown: " +
-               plan.rules + ' ' + problem);
-  return false;
 }
 
 std::string ToolRun::ReadInfos() {

@@ -6,6 +6,7 @@
 
 #include "components/tools/BuildRecord.h"
 #include "components/tools/CommandBuilder.h"
+#include "components/tools/HelperFinder.h"
 #include "components/tools/MessageLog.h"
 #include "components/tools/MessageReader.h"
 #include "components/tools/RunningTools.h"
@@ -17,8 +18,8 @@ namespace tarn::tools {
 // it; the borrowed parts outlive it.
 class ToolRun {
  public:
-  ToolRun(const ToolWorld& machine, RunningTools& runningTools, const ToolDefinition& definition,
-          const ToolJob& toolJob, std::size_t mostMessages);
+  ToolRun(const ToolWorld& machine, RunningTools& runningTools, HelperFinder& helperFinder,
+          const ToolDefinition& definition, const ToolJob& toolJob, std::size_t mostMessages);
 
   const ToolPlan& Plan() const { return plan; }
 
@@ -52,7 +53,10 @@ class ToolRun {
   bool ReadDependencies(BuildRecord& found);
   const std::string& RulesFolder() const;
   bool ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names);
-  void ReadFurtherRules(std::vector<std::string>& names);
+  void ReadFurtherRules(BuildRecord& found, std::vector<std::string>& names);
+  void AddEarlier(const std::string& path, BuildRecord& found) const;
+  bool IsCompiledAtLink(const std::vector<std::string>& words) const;
+  void AddAssembledFiles(BuildRecord& found, std::vector<std::string>& names) const;
   bool FailRules(const std::string& problem);
   std::string ReadInfos();
   bool SettleRandomNames();
@@ -62,6 +66,7 @@ class ToolRun {
 
   const ToolWorld& world;
   RunningTools& running;
+  HelperFinder& helpers;
   const ToolDefinition& tool;
   const ToolJob& job;
   ToolPlan plan;

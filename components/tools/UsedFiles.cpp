@@ -8,6 +8,7 @@
 #include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
 #include "components/tools/GivenArguments.h"
+#include "components/tools/ThinArchive.h"
 #include "patterns/IncludeScan.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -18,6 +19,8 @@ namespace {
 
 // A file that is larger is not a text written by hand.
 constexpr std::uint64_t kMaxFollowed = 4 << 20;
+// Of a thin archive, which is little more than names.
+constexpr std::uint64_t kMaxArchive = 64 << 20;
 
 // The paths at which a program looks for one file, in order.
 struct Lookup {
@@ -51,18 +54,20 @@ bool IsText(std::string_view bytes) {
 class LookupFinder {
  public:
   LookupFinder(const ToolDefinition& toolDefinition, const ToolPlan& toolPlan,
-               const std::vector<std::string>& runFiles, FileSystem& fileSystem)
+               const std::vector<std::string>& runFiles, FileSystem& fileSystem,
+               bool isRunOver = false)
       : tool(toolDefinition),
         plan(toolPlan),
         files(runFiles),
         disk(fileSystem),
+        hasEnded(isRunOver),
         own(runFiles.begin(), runFiles.end()) {}
 
   std::vector<Lookup> Find() {
     search = SearchFolders(&disk, tool, plan);
     for (const ToolCommand& command : plan.commands) AddCommand(command);
     for (const std::string& path : plan.depends) AddPath(path, true);
-    if (tool.follows == Follow::Includes) {
+    if (tool.follows == Follow::Includes || hasEnded) {
       for (const std::string& file : files) FollowFile(file);
     }
     return std::move(lookups);
@@ -83,7 +88,25 @@ class LookupFinder {
     for (const LibraryRule& rule : tool.libraries) {
       for (const std::string& name : ValuesOf(rule.nameFlags, given.words)) AddLibrary(rule, name);
     }
+    for (const std::string& name : ValuesOf(tool.includes, given.words)) {
+      Lookup lookup{{AbsolutePath(&disk, folder, name)}, true};
+      for (const std::string& each : search)
+        lookup.places.push_back(AbsolutePath(&disk, each, name));
+      Add(std::move(lookup));
+    }
+    for (const std::string& each : ValuesOf(tool.helpers.folderFlags, given.words))
+      AddHelpers(each);
     AddWords(given.words);
+  }
+
+  // The folder is a prefix: it need not end in a separator.
+  void AddHelpers(const std::string& prefix) {
+    for (const auto* names : {&plan.helpers, &plan.helperFiles}) {
+      for (const std::string& name : *names) {
+        const std::string path = AbsolutePath(&disk, folder, prefix + name);
+        Add({{path, AbsolutePath(&disk, AbsolutePath(&disk, folder, prefix), name)}, true});
+      }
+    }
   }
 
   void AddLibrary(const LibraryRule& rule, const std::string& name) {
@@ -148,18 +171,34 @@ class LookupFinder {
 
   // Adds what the file names, if it is a text.
   void FollowFile(const std::string& path) {
-    if (!followed.insert(path).second || IsOutput(path)) return;
-    const auto status = disk.ExamineExactly(path);
-    if (!status || status->size > kMaxFollowed) return;
+    if (tool.follows == Follow::None || !followed.insert(path).second || IsOutput(path)) return;
     const std::string extension = FoldCase(ExtensionOf(path));
-    if (extension == ".o" || extension == ".a" || extension == ".obj") return;
+    if (extension == ".o" || extension == ".obj" || (extension == ".a" && !hasEnded)) return;
+    const auto status = disk.ExamineExactly(path);
+    if (!status) return;
+    if (extension == ".a") return FollowArchive(path, status->size);
+    if (status->size > kMaxFollowed) return;
     const auto text = disk.ReadWholeFile(path);
-    if (!text || !IsText(*text)) return;
+    if (text && IsText(*text)) FollowText(*text, path);
+  }
+
+  void FollowText(std::string_view text, const std::string& path) {
     if (tool.follows == Follow::Scripts) {
-      for (const std::string& name : FindScriptInputs(*text)) AddScriptInput(name, path);
+      for (const std::string& name : FindScriptInputs(text)) AddScriptInput(name, path);
     } else {
-      for (const std::string& name : FindIncludes(*text)) AddInclude(name, path);
+      for (const std::string& name : FindIncludes(text)) AddInclude(name, path);
     }
+  }
+
+  // Adds the members of a thin archive, and those of archives among them.
+  void FollowArchive(const std::string& path, std::uint64_t size) {
+    if (tool.follows != Follow::Scripts || size > kMaxArchive) return;
+    const auto bytes = disk.ReadWholeFile(path);
+    if (!bytes) return;
+    for (const std::string& name : ReadThinArchive(*bytes)) {
+      AddPath(AbsolutePath(&disk, FolderOf(path), name), true);
+    }
+    if (bytes->size() <= kMaxFollowed && IsText(*bytes)) FollowText(*bytes, path);
   }
 
   void AddScriptInput(const std::string& name, const std::string& script) {
@@ -195,6 +234,7 @@ class LookupFinder {
   const ToolPlan& plan;
   const std::vector<std::string>& files;
   FileSystem& disk;
+  const bool hasEnded;  // archives are read as well, which takes too long in a search for an order
   const std::unordered_set<std::string> own;  // the files of the run
   std::vector<std::string> search;
   std::string folder;                       // of the current command
@@ -266,7 +306,7 @@ ReadFiles FindReadFiles(const ToolDefinition& tool, const ToolPlan& plan,
   const std::unordered_set<std::string> written = WrittenFiles(plan);
   std::vector<std::string> there;
   std::vector<std::string> absent;
-  for (const Lookup& lookup : LookupFinder(tool, plan, files, disk).Find()) {
+  for (const Lookup& lookup : LookupFinder(tool, plan, files, disk, true).Find()) {
     Divide(lookup, disk, there, absent);
   }
   ReadFiles result;

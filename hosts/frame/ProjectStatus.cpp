@@ -37,6 +37,7 @@ constexpr ReasonText kReasons[] = {
     {"program-changed", "%1 is missing, or changed since it was built"},
     {"changed-during-run", "%1 changed while it was built"},
     {"shadowed", "%1 is new or gone and can change what is included or linked"},
+    {"unknown-test", "%1 tests for a file by a name that only the compiler knows"},
     {"no-tool", "has no tool; look at the option Build.TranslateTool"},
     {"no-type", "is of a type that the configuration file doesn't define"},
 };

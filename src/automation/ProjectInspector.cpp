@@ -93,6 +93,8 @@ const char* NameOf(StaleReason reason) {
       return "changed-during-run";
     case StaleReason::Shadowed:
       return "shadowed";
+    case StaleReason::UnknownTest:
+      return "unknown-test";
   }
   return "";
 }

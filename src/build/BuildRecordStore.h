@@ -44,8 +44,8 @@ struct BuildRecord {
   static constexpr std::uint64_t kNoSignature = 0;
   std::uint64_t signature = kNoSignature;
   std::uint64_t command = 0;  // of the command lines that were run; 0 if unknown
-  // String: folders that headers are searched in, quoted, and "?" with the path of a file that
-  // would be read if it were there; may be empty.
+  // String: folders that headers are searched in, quoted, "?" with the path of a file that would be
+  // read if it were there, and "#" with the definition of a macro; may be empty.
   Number search = 0;
   Number folders = 0;  // set of the folders in which a header could shadow one that was read
   // File versions: sources, then reported dependencies, then programs and further products.

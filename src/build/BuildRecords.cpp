@@ -154,11 +154,14 @@ void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
       static_cast<BuildRecord::Number>(report.programs.size() + report.products.size());
   record.inputs.reserve(record.sources + report.dependencies.size() + record.programs);
   PathChanges changes = run.snapshot.WatchPaths(files_, RootsOf(run, report));
-  for (const std::string& path : run.sources) AddInput(record, run, path, changes);
-  for (const std::string& path : report.dependencies) AddInput(record, run, path, changes);
-  for (const std::string& path : report.programs) AddProgram(record, run, path, changes);
+  const auto addInput = [&](const std::string& path) { return AddInput(run, path, changes); };
+  for (const std::string& path : run.sources) record.inputs.push_back(addInput(path));
+  for (const std::string& path : report.dependencies) record.inputs.push_back(addInput(path));
+  for (const std::string& path : report.programs) {
+    record.inputs.push_back(AddProgram(run, path, changes));
+  }
   for (const std::string& path : report.products) AddProduct(record, path);
-  shadows_.Complete(record, [&](const std::string& path) {
+  shadows_.Complete(record, addInput, [&](const std::string& path) {
     return !run.snapshot.Settle(files_, path, changes).isSettled;
   });
   bound_[&node] = {store_.Put(std::move(record)), {}, 0};
@@ -175,12 +178,11 @@ std::vector<std::string> BuildRecords::RootsOf(const Run& run, const BuildReport
 }
 
 // A version that is known with its hash is not read again, however many outputs are made from it.
-void BuildRecords::AddInput(BuildRecord& record, const Run& run, const std::string& path,
-                            PathChanges& changes) {
+BuildRecord::Number BuildRecords::AddInput(const Run& run, const std::string& path,
+                                           PathChanges& changes) {
   const RunSnapshot::Settled settled = run.snapshot.Settle(files_, path, changes);
   if (!settled.exists || !settled.isSettled) {
-    record.inputs.push_back(store_.AddVersion(path, FileVersion::Unsettled(), 0));
-    return;
+    return store_.AddVersion(path, FileVersion::Unsettled(), 0);
   }
   const FileVersion* const known = store_.FindLatest(path);
   const bool isKnown = known != nullptr && IsSameVersion(known->status, settled.status) &&
@@ -188,18 +190,19 @@ void BuildRecords::AddInput(BuildRecord& record, const Run& run, const std::stri
   const std::uint64_t hash = isKnown             ? known->hash
                              : settled.hash != 0 ? settled.hash
                                                  : HashVersion(files_, path, settled.status);
-  record.inputs.push_back(store_.AddVersion(path, settled.status, hash));
+  return store_.AddVersion(path, settled.status, hash);
 }
 
-// A compiler counts by its path, size and time alone: reading it would take longer than it is
-// worth.
-void BuildRecords::AddProgram(BuildRecord& record, const Run& run, const std::string& path,
-                              PathChanges& changes) {
-  RunSnapshot::Settled settled = run.snapshot.Settle(files_, path, changes);
-  settled.status.changed = 0;
+// A program that is edited in place may keep its size and get its time back: then the time of its
+// last change differs. The content decides for scripts and small programs; reading a large one
+// would take longer than it is worth.
+BuildRecord::Number BuildRecords::AddProgram(const Run& run, const std::string& path,
+                                             PathChanges& changes) {
+  constexpr std::uint64_t kMaxCompared = 1 << 20;
+  const RunSnapshot::Settled settled = run.snapshot.Settle(files_, path, changes);
+  if (settled.exists && settled.status.size <= kMaxCompared) return AddInput(run, path, changes);
   const bool isKnown = settled.exists && settled.isSettled;
-  record.inputs.push_back(
-      store_.AddVersion(path, isKnown ? settled.status : FileVersion::Unsettled(), 0));
+  return store_.AddVersion(path, isKnown ? settled.status : FileVersion::Unsettled(), 0);
 }
 
 void BuildRecords::AddProduct(BuildRecord& record, const std::string& path) {

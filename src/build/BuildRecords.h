@@ -114,9 +114,8 @@ class BuildRecords {
   };
 
   std::vector<std::string> RootsOf(const Run& run, const BuildReport& report) const;
-  void AddInput(BuildRecord& record, const Run& run, const std::string& path, PathChanges& changes);
-  void AddProgram(BuildRecord& record, const Run& run, const std::string& path,
-                  PathChanges& changes);
+  BuildRecord::Number AddInput(const Run& run, const std::string& path, PathChanges& changes);
+  BuildRecord::Number AddProgram(const Run& run, const std::string& path, PathChanges& changes);
   void AddProduct(BuildRecord& record, const std::string& path);
   Status AppendNews();
   void WithdrawAll();

@@ -60,9 +60,7 @@ StaleVerdict RecordCheck::Check(const CXmlNode& node, bool mayLook, bool& hasMis
     }
   }
   if (hasMissed || AreFoldersUnchanged(record)) return {};
-  std::string shadow = records_.Shadows().Find(bound->record);
-  if (shadow.empty()) return {};
-  return {StaleReason::Shadowed, std::move(shadow)};
+  return records_.Shadows().Find(bound->record);
 }
 
 // Folders are looked at as often as files.

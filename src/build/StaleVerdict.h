@@ -26,6 +26,7 @@ enum class StaleReason {
   ProgramChanged,    // the compiler itself
   ChangedDuringRun,  // a file that was written while the tool ran
   Shadowed,          // a file that is found earlier now than the one that was read
+  UnknownTest,       // the file tests for another one whose name only its compiler knows
 };
 
 struct StaleVerdict {

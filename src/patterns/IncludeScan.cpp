@@ -3,34 +3,22 @@
 #include <algorithm>
 #include <array>
 
+#include "patterns/SourceText.h"
+#include "patterns/TestedNames.h"
+
 namespace tarn {
 
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::array<std::string_view, 3> kDirectives = {"include", "include_next", "import"};
+constexpr std::array<std::string_view, 4> kDirectives = {"include", "include_next", "import",
+                                                         "embed"};
 
 using Names = std::vector<std::string>;
 
 void AddOnce(Names& names, std::string_view name) {
   const bool isKnown = std::find(names.begin(), names.end(), name) != names.end();
   if (!name.empty() && !isKnown) names.emplace_back(name);
-}
-
-bool IsWordCharacter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
-}
-
-void SkipSpace(std::string_view& line) {
-  while (!line.empty() && (line.front() == ' ' || line.front() == '\t')) line.remove_prefix(1);
-}
-
-std::string_view TakeWord(std::string_view& line) {
-  std::size_t length = 0;
-  while (length < line.size() && IsWordCharacter(line[length])) ++length;
-  const std::string_view word = line.substr(0, length);
-  line.remove_prefix(length);
-  return word;
 }
 
 // Returns the name at the start of the line, up to the delimiter that ends it.
@@ -66,15 +54,20 @@ void AddAssemblerNames(std::string_view line, Names& names) {
     std::string_view rest = line.substr(dot + 1);
     const std::string_view word = TakeWord(rest);
     if (!EqualsLower(word, "include") && !EqualsLower(word, "incbin")) continue;
-    AddOnce(names, DelimitedName(rest, "\"/"));
+    SkipSpace(rest);
+    const bool isQuoted = rest.starts_with("\\\"");  // within a string of C
+    if (isQuoted) rest.remove_prefix(1);
+    std::string_view name = DelimitedName(rest, "\"/");
+    if (isQuoted && name.ends_with('\\')) name.remove_suffix(1);
+    AddOnce(names, name);
   }
 }
 
 void AddTestedNames(std::string_view line, Names& names) {
-  constexpr std::string_view kTest = "__has_include";
-  for (std::size_t at = line.find(kTest); at != line.npos; at = line.find(kTest, at + 1)) {
-    std::string_view rest = line.substr(at + kTest.size());
-    TakeWord(rest);  // __has_include_next
+  constexpr std::string_view kStart = "__has_";
+  for (std::size_t at = line.find(kStart); at != line.npos; at = line.find(kStart, at + 1)) {
+    std::string_view rest = line.substr(at);
+    if (!IsFileTest(TakeWord(rest))) continue;
     SkipSpace(rest);
     if (rest.empty() || rest.front() != '(') continue;
     AddOnce(names, DelimitedName(rest.substr(1), "\"<"));
@@ -90,49 +83,6 @@ void AddNames(std::string_view text, Names& names) {
     AddTestedNames(line, names);
     text.remove_prefix(std::min(end + 1, text.size()));
   }
-}
-
-// Length of a backslash and the line end after it, 0 if there is none.
-std::size_t SpliceAt(std::string_view text, std::size_t at) {
-  if (text.substr(at, 2) == "\\\n") return 2;
-  return text.substr(at, 3) == "\\\r\n" ? 3 : 0;
-}
-
-std::string JoinLines(std::string_view text) {
-  std::string joined;
-  joined.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t splice = text[at] == '\\' ? SpliceAt(text, at) : 0;
-    if (splice == 0) joined += text[at];
-    at += std::max<std::size_t>(splice, 1);
-  }
-  return joined;
-}
-
-// The text with a space for each comment between /* and */. What looks like one in a string that
-// isn't closed on its line is a comment.
-std::string WithoutComments(std::string_view text) {
-  std::string plain;
-  plain.reserve(text.size());
-  char quote = '\0';
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const char c = text[at];
-    if (quote == '\0' && text.substr(at, 2) == "/*") {
-      const std::size_t end = text.find("*/", at + 2);
-      plain += ' ';
-      if (end == text.npos) break;
-      at = end + 1;
-      continue;
-    }
-    const bool isEscaped = at > 0 && text[at - 1] == '\\';
-    if (c == '\n') {
-      quote = '\0';
-    } else if (c == '"' && !isEscaped) {
-      quote = quote == '"' ? '\0' : '"';
-    }
-    plain += c;
-  }
-  return plain;
 }
 
 bool IsScriptSpace(char c) {

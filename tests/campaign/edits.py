@@ -115,14 +115,16 @@ class Edits(Changes):
         return self.tarn("rename", "fw.tprj", old, self.tool)
 
     def shadow(self):
-        """A header appears or goes that is found earlier in the include path than another one."""
+        """A header appears or goes that is found earlier in the include path than another one, or
+        that is tested for."""
         path = self.random.choice(("inc/shadowed.h", "inc/shared.h", "src/shadowed.h",
-                                   "src/drivers/pins.h", "inc/deep.h"))
+                                   "src/drivers/pins.h", "inc/deep.h", "inc/tuning.h"))
         if path in self.firmware.texts:
             del self.firmware.texts[path]
             os.remove(self.firmware.place(path))
             return f"{path} is gone"
-        names = {"shadowed.h": "SHADOWED", "shared.h": "SHARED", "pins.h": "PINS", "deep.h": "DEEP"}
+        names = {"shadowed.h": "SHADOWED", "shared.h": "SHARED", "pins.h": "PINS", "deep.h": "DEEP",
+                 "tuning.h": "TUNED"}
         name = names[os.path.basename(path)]
         self.firmware.texts[path] = f"#define {name} {self.firmware.number()}\n"
         return f"{path} appears, {self.write(path, self.firmware.texts[path])}"

@@ -18,7 +18,9 @@ HEADERS = {  # text, with a number in place of @
     "lib/inc/shared.h": '#include "nested.h"\n#define SHARED (NESTED + @)\n',
     "lib/inc/nested.h": '#include "deep.h"\n#define NESTED (DEEP + @)\n',
     "src/deep.h": "#define DEEP_OF_SOURCES @\n",
-    "lib/inc/deep.h": "#define DEEP @\n",
+    # Tests for a header by a name from a macro, and reads it if it is there.
+    "lib/inc/deep.h": ('#define TUNING "tuning.h"\n#if __has_include(TUNING)\n#include TUNING\n'
+                       "#else\n#define TUNED 0\n#endif\n#define DEEP (TUNED + @)\n"),
     "lib/inc/shadowed.h": "#define SHADOWED @\n",
     "src/drivers/driver.h": "#define DRIVER @\n",
     "boards/a/pins.h": "#define PINS @\n",

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 
 #include "hosts/CliProject.h"
@@ -14,22 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void Edit(const CliProject& project, const std::string& name, const std::string& text) {
-  std::ofstream(project.PathOf(name), std::ios::binary) << text;
-}
-
 fs::file_time_type TimeOf(const CliProject& project, const std::string& name) {
   return fs::last_write_time(project.PathOf(name));
-}
-
-// Names of what was built, in order: "a.c app".
-std::string Built(const std::string& out) {
-  std::string names;
-  for (std::size_t at = out.find("] "); at != out.npos; at = out.find("] ", at + 1)) {
-    const std::string path = out.substr(at + 2, out.find('\n', at) - at - 2);
-    names += (names.empty() ? "" : " ") + path.substr(path.rfind('/') + 1);
-  }
-  return names;
 }
 
 constexpr const char* kC = "src/c.c";
@@ -42,24 +27,24 @@ struct Row {
 };
 
 const Row kRows[] = {
-    {"a source is saved", [](CliProject& p) { Edit(p, kC, "int c(void) { return 4; }\n"); },
+    {"a source is saved", [](CliProject& p) { p.Edit(kC, "int c(void) { return 4; }\n"); },
      "c.c app"},
     {"a source of the same size gets its old time back",
      [](CliProject& p) {
        const auto time = TimeOf(p, kC);
-       Edit(p, kC, "int c(void) { return 9; }\n");
+       p.Edit(kC, "int c(void) { return 9; }\n");
        fs::last_write_time(p.PathOf(kC), time);
      },
      "c.c app"},
     {"an older file is put in place",
      [](CliProject& p) { p.Write(kC, "int c(void) { return 5; }\n"); }, "c.c app"},
     {"a header is saved",
-     [](CliProject& p) { Edit(p, "src/a.h", "#define A 7\nint b(void);\nint c(void);\n"); },
+     [](CliProject& p) { p.Edit("src/a.h", "#define A 7\nint b(void);\nint c(void);\n"); },
      "a.c b.c app"},
     {"a header comes that is found before another",
-     [](CliProject& p) { Edit(p, "inc1/deep/x.h", "#define X 2\n"); }, "x.c app"},
+     [](CliProject& p) { p.Edit("inc1/deep/x.h", "#define X 2\n"); }, "x.c app"},
     {"a header that nothing includes comes",
-     [](CliProject& p) { Edit(p, "inc1/deep/y.h", "#define X 2\n"); }, ""},
+     [](CliProject& p) { p.Edit("inc1/deep/y.h", "#define X 2\n"); }, ""},
     {"a link leads to another header",
      [](CliProject& p) {
        fs::remove(p.PathOf("inc2/link.h"));
@@ -76,16 +61,16 @@ const Row kRows[] = {
      [](CliProject& p) {
        const std::string old = p.Read(kObject);
        const auto time = TimeOf(p, kObject);
-       Edit(p, kC, "int c(void) { return 6; }\n");
+       p.Edit(kC, "int c(void) { return 6; }\n");
        p.Out({"build"});
-       Edit(p, kObject, old);
+       p.Edit(kObject, old);
        fs::last_write_time(p.PathOf(kObject), time);
      },
      "c.c app"},
     {"an output is cut", [](CliProject& p) { fs::resize_file(p.PathOf(kObject), 10); }, "c.c app"},
     {"another file of the link is edited",
      [](CliProject& p) {
-       Edit(p, "link.ld", "PROVIDE(two = 2);\nSECTIONS { } INSERT AFTER .text;\n");
+       p.Edit("link.ld", "PROVIDE(two = 2);\nSECTIONS { } INSERT AFTER .text;\n");
      },
      "app"},
     {"the map is gone", [](CliProject& p) { fs::remove(p.PathOf("build/Standard/app.map")); },
@@ -108,11 +93,11 @@ const Row kRows[] = {
     {"an output gets another name as well",
      [](CliProject& p) { fs::create_hard_link(p.PathOf(kObject), p.PathOf("keep.o")); }, ""},
     {"a link that led nowhere leads to a header that is found before another",
-     [](CliProject& p) { Edit(p, "ext/y.h", "#define Y 3\n"); }, "x.c app"},
+     [](CliProject& p) { p.Edit("ext/y.h", "#define Y 3\n"); }, "x.c app"},
     {"a folder gets its old time back after a header came",
      [](CliProject& p) {
        const auto time = TimeOf(p, "inc1/deep");
-       Edit(p, "inc1/deep/x.h", "#define X 2\n");
+       p.Edit("inc1/deep/x.h", "#define X 2\n");
        fs::last_write_time(p.PathOf("inc1/deep"), time);
      },
      "x.c app"},
@@ -234,7 +219,7 @@ TEST(CliCurrent, FilesThatLinkerArgumentsNameAreFollowed) {
     project.Out({"build"});
     EXPECT_EQ(Built(project.Out({"build"})), "");
     if (*file == '\0') continue;
-    Edit(project, file, text);
+    project.Edit(file, text);
     EXPECT_EQ(Built(project.Out({"build"})), "app") << file;
     EXPECT_EQ(Built(project.Out({"build"})), "");
   }
@@ -288,7 +273,7 @@ TEST(CliCurrent, WhatACompilerReadsIsFollowed) {
     if (row.text == nullptr) {
       fs::remove(project.PathOf(row.file));
     } else {
-      Edit(project, row.file, row.text);
+      project.Edit(row.file, row.text);
     }
     EXPECT_EQ(Built(project.Out({"build"})), row.built);
     EXPECT_EQ(Built(project.Out({"build"})), "");

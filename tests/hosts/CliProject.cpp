@@ -39,6 +39,15 @@ bool Has(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
 
+std::string Built(const std::string& out) {
+  std::string names;
+  for (std::size_t at = out.find("] "); at != out.npos; at = out.find("] ", at + 1)) {
+    const std::string path = out.substr(at + 2, out.find('\n', at) - at - 2);
+    names += (names.empty() ? "" : " ") + path.substr(path.rfind('/') + 1);
+  }
+  return names;
+}
+
 CliProject::CliProject() {
   std::string name = (std::filesystem::temp_directory_path() / "tarn-cli-XXXXXX").string();
   root = mkdtemp(name.data());
@@ -120,6 +129,11 @@ void CliProject::Write(const std::string& name, const std::string& text) {
   std::ofstream(folder / name, std::ios::binary) << text;
   const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
   std::filesystem::last_write_time(folder / name, old);
+}
+
+void CliProject::Edit(const std::string& name, const std::string& text) {
+  std::filesystem::create_directories((folder / name).parent_path());
+  std::ofstream(folder / name, std::ios::binary) << text;
 }
 
 void CliProject::Point(const std::string& variable, const std::string& name) {

@@ -13,6 +13,9 @@ namespace tarn::host {
 
 bool Has(const std::string& text, const std::string& part);
 
+// Names of what a build has built, in order: "a.c app".
+std::string Built(const std::string& out);
+
 // A small project in a temporary folder, built with this machine's compiler, and the program that
 // works on it. The application "app" is made of src/a.c and src/b.c, which both include src/a.h,
 // and src/c.c, which includes nothing. All sources are an hour old.
@@ -51,6 +54,8 @@ class CliProject {
   // Writes a file that is older than everything that is built.
   void Write(const std::string& name, const std::string& text);
   std::string Read(const std::string& name) const;
+  // Replaces the text of a file, now, or makes it and its folder.
+  void Edit(const std::string& name, const std::string& text);
   // Makes a file newer than everything that was built until now.
   void Touch(const std::string& name);
   // The user trusts the project.

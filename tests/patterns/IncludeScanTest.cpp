@@ -35,6 +35,9 @@ TEST(IncludeScan, CommentsAndContinuedLinesHideNoDirective) {
       {"#if defined(A) && __has_include ( <x.h> )\n", "x.h"},
       {"#if __has_include_next(\"x.h\")\n", "x.h"},
       {"\t.include /x.inc/\n", "x.inc"},
+      {"asm(\".incbin \\\"x.bin\\\"\\n\");\n", "x.bin"},
+      {"#embed <x.bin> limit(4)\n", "x.bin"},
+      {"#if __has_embed(\"x.bin\" limit(4))\n", "x.bin"},
   };
   for (const auto& [text, name] : rows) EXPECT_THAT(FindIncludes(text), ElementsAre(name)) << text;
 }

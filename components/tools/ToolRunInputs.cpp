@@ -1,0 +1,211 @@
+// What a run has read, and what it would read instead if that came.
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+#include "components/tools/CommandHash.h"
+#include "components/tools/GivenArguments.h"
+#include "components/tools/RuleFile.h"
+#include "components/tools/ToolRun.h"
+#include "components/tools/ToolchainFolders.h"
+#include "components/tools/UsedFiles.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn::tools {
+
+namespace {
+
+// Names with these are not names of this system: a backslash separates folders.
+bool HasOddCharacter(std::string_view name) {
+  return std::any_of(name.begin(), name.end(), [](char c) {
+    return c == '\\' || static_cast<unsigned char>(c) < ' ' || c == 127;
+  });
+}
+
+void AddOnce(std::vector<std::string>& list, std::string text) {
+  if (std::find(list.begin(), list.end(), text) == list.end()) list.push_back(std::move(text));
+}
+
+std::vector<std::string_view> SplitAny(std::string_view text, std::string_view separators) {
+  std::vector<std::string_view> parts;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find_first_of(separators, at), text.size());
+    parts.push_back(text.substr(at, end - at));
+    at = end + 1;
+  }
+  return parts;
+}
+
+}  // namespace
+
+// Dependencies that are not known must not pass for none: the output would never be stale again.
+bool ToolRun::ReadDependencies(BuildRecord& found) {
+  ReadFiles read = FindReadFiles(tool, plan, job.files, *world.files);
+  std::vector<std::string> names = job.respelled;
+  names.insert(names.end(), read.found.begin(), read.found.end());
+  found.missing = std::move(read.missing);
+  std::vector<std::string> words;
+  for (const ToolCommand& command : plan.commands) {
+    const GivenArguments given = ExpandArguments(command, world.files);
+    words.insert(words.end(), given.words.begin(), given.words.end());
+  }
+  found.definitions = ValuesOf(tool.defines, words);
+  found.search = SearchFolders(world.files, tool, plan);
+  // Also a command without folders searches that of its source.
+  if (!tool.search.empty() && found.search.empty() && !job.files.empty()) {
+    found.search.push_back(FolderOf(job.files.front()));
+  }
+  if (!plan.rules.empty() && !ReadRules(found.search, names)) return false;
+  if (!plan.furtherRules.empty()) ReadFurtherRules(found, names);
+  if (IsCompiledAtLink(words)) AddAssembledFiles(found, names);
+  std::unordered_set<std::string> seen(job.files.begin(), job.files.end());
+  for (const std::string& name : job.respelled) seen.erase(name);
+  for (std::string& name : names) {
+    if (seen.insert(name).second) found.dependencies.push_back(std::move(name));
+  }
+  // What counts as a dependency needs no other place.
+  std::erase_if(found.programs, [&seen](const std::string& path) { return seen.contains(path); });
+  for (std::string& path : helpers.Find(world, tool, plan)) {
+    if (seen.insert(path).second) found.programs.push_back(std::move(path));
+  }
+  return true;
+}
+
+// Names count from here. The conditions of a tool can leave it without a step.
+const std::string& ToolRun::RulesFolder() const {
+  return plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
+}
+
+// A header of the toolchain counts only if it is in a folder that the command names.
+bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names) {
+  const auto text = world.files->ReadWholeFile(plan.rules);
+  if (!text) return FailRules("can't be read: " + text.GetError().text);
+  const RuleFile rules = ReadRuleFile(*text);
+  if (!rules.problem.empty()) return FailRules(rules.problem);
+  const ToolchainFolders toolchain(world, plan);
+  const auto isBelow = [](const std::string& path, const std::string& folder) {
+    return path.starts_with(AddSeparator(folder));
+  };
+  std::unordered_set<std::string> fileNames;
+  for (const std::string& name : rules.names) {
+    // A tool writes names of this machine: a letter and a colon are the start of one.
+    const bool isDriveless = HasDrive(name) && (name.size() == 2 || !IsSeparator(name[2]));
+    std::string path = AbsolutePath(world.files, RulesFolder(), isDriveless ? "./" + name : name);
+    if (HasOddCharacter(name) && !world.files->Examine(path)) {
+      return FailRules("names a file that can't be followed, rename it: " + name);
+    }
+    fileNames.insert(FoldCase(FileNameOf(path)));
+    const bool isOwn = isDriveless || IsRelativePath(name) || !toolchain.Has(path) ||
+                       isBelow(path, RulesFolder()) ||
+                       std::any_of(search.begin(), search.end(), [&](const std::string& folder) {
+                         return isBelow(path, folder);
+                       });
+    if (isOwn) names.push_back(std::move(path));
+  }
+  // By the last part of the name alone, since a launcher may write the folders in another way.
+  for (const std::string& source : job.files) {
+    if (!fileNames.contains(FoldCase(FileNameOf(source)))) {
+      return FailRules("doesn't name the source " + source);
+    }
+  }
+  return true;
+}
+
+// An assembler after a compiler also names what the compiler wrote for it, which is gone, or is
+// kept next to the output or the source. Its name is a random one, so the rules don't stay. A
+// linker names the temporary files of its compiler, and what comes with the toolchain: of the
+// latter the version counts, and not the age.
+void ToolRun::ReadFurtherRules(BuildRecord& found, std::vector<std::string>& names) {
+  // Not every run has them, and a search for other spellings grows with the folder of the outputs.
+  if (!world.files->ExamineExactly(plan.furtherRules)) return;
+  const auto text = world.files->ReadWholeFile(plan.furtherRules);
+  if (!text) return;
+  static_cast<void>(world.files->RemoveScratchFile(plan.furtherRules));
+  std::unordered_set<std::string> titles{FileNameOf(WithoutExtension(plan.output))};
+  for (const std::string& source : job.files) {
+    titles.insert(FileNameOf(source));
+    titles.insert(FileNameOf(WithoutExtension(source)));
+  }
+  for (const std::string& name : ReadRuleFile(*text).names) {
+    std::string path = AbsolutePath(world.files, RulesFolder(), name);
+    const bool isBetween =
+        ExtensionOf(path) == ".s" && titles.contains(FileNameOf(WithoutExtension(path)));
+    if (isBetween || !world.files->ExamineExactly(path)) continue;
+    const bool isPart = tool.follows == Follow::Scripts && !IsRelativePath(name) &&
+                        !path.starts_with(AddSeparator(RulesFolder()));
+    if (isPart) {
+      found.programs.push_back(std::move(path));
+      continue;
+    }
+    AddEarlier(path, found);
+    names.push_back(std::move(path));
+  }
+}
+
+// An assembler looks for a file in its working folder first, and then where headers are searched.
+void ToolRun::AddEarlier(const std::string& path, BuildRecord& found) const {
+  std::vector<std::string> folders{RulesFolder()};
+  folders.insert(folders.end(), found.search.begin(), found.search.end());
+  for (const std::string& folder : folders) {
+    const std::string start = AddSeparator(folder);
+    if (!path.starts_with(start)) continue;
+    for (const std::string& other : folders) {
+      std::string earlier = JoinPath(other, path.substr(start.size()));
+      if (earlier != path) AddOnce(found.missing, std::move(earlier));
+    }
+  }
+}
+
+bool ToolRun::IsCompiledAtLink(const std::vector<std::string>& words) const {
+  bool isLater = false;
+  const auto isAmong = [](const std::string& word, const std::vector<std::string>& flags) {
+    return std::any_of(flags.begin(), flags.end(),
+                       [&word](const std::string& flag) { return word.starts_with(flag); });
+  };
+  for (const std::string& word : words) {
+    if (isAmong(word, tool.linkTime)) isLater = true;
+    if (isAmong(word, tool.notLinkTime)) isLater = false;
+  }
+  return isLater;
+}
+
+// Code for the assembler goes through the object into the link, where it names files that no rules
+// name. As its text can be put together by macros, each name of a file counts that is in a source
+// with such code, or in an option.
+void ToolRun::AddAssembledFiles(BuildRecord& found, std::vector<std::string>& names) const {
+  std::vector<std::string> texts = found.definitions;
+  bool hasCode = false;
+  for (const std::vector<std::string>* paths : {&job.files, &std::as_const(names)}) {
+    for (const std::string& path : *paths) {
+      auto text = world.files->ReadWholeFile(path);
+      if (!text) continue;
+      hasCode |= text->find("incbin") != text->npos || text->find(".include") != text->npos;
+      texts.push_back(std::move(*text));
+    }
+  }
+  if (!hasCode) return;
+  std::vector<std::string> folders{RulesFolder()};
+  folders.insert(folders.end(), found.search.begin(), found.search.end());
+  std::unordered_set<std::string> tried;
+  for (const std::string& text : texts) {
+    for (const std::string_view word : SplitAny(text, " \t\r\n\"'<>()[]{},;\\=")) {
+      if (word.empty() || !tried.emplace(word).second) continue;
+      for (const std::string& folder : folders) {
+        std::string path = AbsolutePath(world.files, folder, word);
+        if (!world.files->ExamineExactly(path)) continue;
+        AddEarlier(path, found);
+        names.push_back(std::move(path));
+      }
+    }
+  }
+}
+
+bool ToolRun::FailRules(const std::string& problem) {
+  log.AddError(tool.name + " ended without an error, but its dependencies are unknown: " +
+               plan.rules + ' ' + problem);
+  return false;
+}
+
+}  // namespace tarn::tools
