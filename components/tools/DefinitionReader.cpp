@@ -25,10 +25,11 @@ class ToolReader : public ElementReader {
 
   std::unique_ptr<ToolDefinition> Read(const CXmlNode& node) {
     tool = std::make_unique<ToolDefinition>();
-    CheckAttributes(node, {"Name", "Title", "Hint", "Extensions", "Messages", "Output", "Listing",
-                           "Rules", "FurtherRules", "Search", "Includes", "Defines", "LinkTime",
-                           "NotLinkTime", "Writes", "Reads", "Runs", "Loads", "Follow", "Variables",
-                           "Predefined"});
+    CheckAttributes(
+        node,
+        {"Name",   "Title",        "Hint",   "Extensions", "Messages", "Output",    "Listing",
+         "Rules",  "FurtherRules", "Search", "Includes",   "Defines",  "LinkTime",  "NotLinkTime",
+         "Writes", "Reads",        "Runs",   "Loads",      "Follow",   "Variables", "Predefined"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");

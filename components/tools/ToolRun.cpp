@@ -159,6 +159,7 @@ bool ToolRun::WriteResponseFile(const ToolCommand& command, ProcessRequest& requ
 
 bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& request) {
   errorsBefore = log.ErrorCount();
+  hasStatedError = false;
   stepStart = log.GetPosition();
   capturedBefore = captured.size();
   auto started = world.launcher->Start(request);
@@ -194,12 +195,15 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
   ToolMessage message = reader.Read(clean);
   // What an optional step complains about must not look like a failure of the tool.
   if (command.rule->isOptional) message.severity = Severity::Plain;
+  // A linker's line of any other kind counts as an error in the report, which it need not be.
+  hasStatedError = hasStatedError || (message.severity == Severity::Error &&
+                                      FoldCase(clean).find("error") != std::string::npos);
   log.Add(std::move(message));
 }
 
 bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit) {
   if (running.IsStopping()) return log.AddPlain("stopped"), false;
-  if (exit.code == 0 && !exit.signalled) return log.ErrorCount() == errorsBefore;
+  if (exit.code == 0 && !exit.signalled) return !hasStatedError;
   const std::string reason = exit.signalled
                                  ? "was ended by signal " + std::to_string(exit.code - 128)
                                  : "ended with exit code " + std::to_string(exit.code);

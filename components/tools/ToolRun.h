@@ -74,7 +74,8 @@ class ToolRun {
   std::string captured;
   // As they were before the step that runs, or ran last.
   std::size_t errorsBefore = 0;
-  std::size_t stepStart = 0;  // its place in `log`
+  bool hasStatedError = false;  // the step called something an error itself
+  std::size_t stepStart = 0;    // its place in `log`
   std::size_t capturedBefore = 0;
   std::optional<BuildRecord> record;
 };

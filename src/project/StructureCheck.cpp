@@ -43,19 +43,23 @@ void StructureCheck::CheckFile(const CXmlNode& root, const std::vector<std::stri
   CheckNode(root, nullptr, true);
 }
 
-// With options of no configuration an application would be built as nobody has meant it.
+// With options of no configuration an application would be built as nobody has meant it. One that
+// is not offered, but has options, is meant; an application that lists none may be in any.
 void StructureCheck::CheckChosenConfig(const CXmlNode& root) {
   const std::string config = TextOf(root.GetAttrValue("Config"));
   const bool isChosen = (types.FlagsOf(root) & kTypeApplication) != 0 && !config.empty();
   if (!isChosen || EqualNoCase(config, kStandardConfig)) return;
+  bool isListing = false;
   bool isKnown = false;
   ForEachElement(root, [&](const CXmlNode& child) {
-    if (child.NameView() != "Configs") return;
+    const bool isList = child.NameView() == "Configs";
+    isListing = isListing || isList;
+    if (!isList && child.NameView() != "Options") return;
     ForEachElement(child, [&](const CXmlNode& each) {
       isKnown = isKnown || EqualNoCase(TextOf(each.GetAttrValue("Header")), config);
     });
   });
-  if (!isKnown) {
+  if (isListing && !isKnown) {
     Report(root, "names the configuration \"" + config + "\", which it does not have", true);
   }
 }
