@@ -36,7 +36,8 @@ Status WriteWhenChanged(FileSystem& files, const std::string& path, const std::s
     const auto before = files.ReadWholeFile(path);
     if (before && *before == text) return {};
   }
-  return files.WriteOwnFile(path, text);
+  if (files.ExamineLink(path)) return FileSystem::RefuseLink(path);
+  return files.WriteScratchFile(path, text);
 }
 
 }  // namespace

@@ -51,7 +51,12 @@ std::string CommandContext::Show(const std::string& path) const {
 }
 
 std::string CommandContext::ShowResolved(const std::string& path) const {
-  return Printable(files.ResolveLinks(path));
+  // A link at its end is what is meant.
+  const PathParts parts = SplitPath(path);
+  const std::string name = parts.title + parts.extension;
+  const std::string folder = FolderOf(path);
+  if (name.empty() || folder.empty()) return Printable(files.ResolveLinks(path));
+  return Printable(JoinPath(files.ResolveLinks(folder), name));
 }
 
 void CommandContext::Complain(const std::string& text) const {

@@ -26,7 +26,8 @@ class CommandContext {
   const std::string& StartFolder() const { return startFolder; }
   // A path as the user would write it.
   std::string Show(const std::string& path) const;
-  // The whole path, with links resolved: of a file that can't be read or written.
+  // The whole path, with the links above its last name resolved: of a file that can't be read or
+  // written.
   std::string ShowResolved(const std::string& path) const;
   // An error, in plain words, on the error stream.
   void Complain(const std::string& text) const;

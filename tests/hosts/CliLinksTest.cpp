@@ -20,8 +20,8 @@ TEST(CliLinks, NothingIsWrittenWhereAPlantedLinkLeads) {
     std::vector<std::string> command;
     int code;
   } rows[] = {
-      {"demo.tstate", {"build"}, 0},
-      {"demo.tlog", {"build"}, 0},
+      {"demo.tstate", {"build"}, 3},
+      {"demo.tlog", {"build"}, 3},
       {"app-Globals.Standard.xml", {"build"}, 0},
       {"demo.undo.tstate", {"options", "set", "Compiler.Defines", "A=1"}, 0},
       {"compile_commands.json", {"export", "compile-commands"}, 3},
