@@ -31,6 +31,18 @@ std::string Shortened(std::string line) {
   return line;
 }
 
+// Whether the line has the word "error" with a colon after it, or a number and a colon.
+bool StatesError(const std::string& line) {
+  constexpr std::string_view kWord = "error";
+  const std::string text = FoldCase(line);
+  for (std::size_t at = text.find(kWord); at != text.npos; at = text.find(kWord, at + 1)) {
+    const bool isStart = at == 0 || text[at - 1] == ' ' || text[at - 1] == ':';
+    const std::size_t end = text.find_first_not_of(" 0123456789", at + kWord.size());
+    if (isStart && end != text.npos && text[end] == ':') return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 ToolRun::ToolRun(const ToolWorld& machine, RunningTools& runningTools, HelperFinder& helperFinder,
@@ -196,8 +208,7 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
   // What an optional step complains about must not look like a failure of the tool.
   if (command.rule->isOptional) message.severity = Severity::Plain;
   // A linker's line of any other kind counts as an error in the report, which it need not be.
-  hasStatedError = hasStatedError || (message.severity == Severity::Error &&
-                                      FoldCase(clean).find("error") != std::string::npos);
+  hasStatedError = hasStatedError || (message.severity == Severity::Error && StatesError(clean));
   log.Add(std::move(message));
 }
 

@@ -206,6 +206,11 @@ int Edit::AddOne(const std::string& file) {
     return Fail("There is no file " + context.Show(path) + "." +
                 (isApplication ? "" : " With --create an empty one is made."));
   }
+  if (!isMissing && !context.Files().Examine(path)) {
+    const auto text = context.Files().ReadWholeFile(path);
+    return Fail(context.Show(path) + " can't be added: " +
+                (text ? "it is no file" : Printable(text.GetError().text)) + ".");
+  }
   // Applications stand at the top, everything else where the user says.
   const int code = isApplication ? FindNode(context.Session().GetProjectPath()) : SelectTarget();
   if (code != kExitDone) return code;

@@ -129,6 +129,10 @@ void TrustNewProject(CommandContext& context, const std::string& folder) {
 }  // namespace
 
 int RunNew(CommandContext& context) {
+  if (context.Asked().name.empty()) {
+    context.Complain("A project needs a name.");
+    return kExitUsage;
+  }
   const NewProject project = PlanOf(context);
   const std::string& configuration = context.Asked().configuration;
   std::string problem = CheckFileTitle(project.name, "project");

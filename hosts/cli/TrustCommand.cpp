@@ -5,6 +5,7 @@
 #include "hosts/frame/HostFolders.h"
 #include "hosts/frame/TrustedFolders.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 
@@ -33,7 +34,9 @@ std::string FindFolder(CommandContext& context, const TrustedFolders& trusted) {
   if (path.empty() || IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
   path = context.Files().Canonical(path);
   if (path.size() > 1 && path.ends_with(kSeparator)) path.pop_back();
-  if (context.Files().Examine(path)) path = FolderOf(context.Files().ResolveLinks(path));
+  if (EqualNoCase(ExtensionOf(path), ".tprj") && context.Files().Examine(path)) {
+    path = FolderOf(context.Files().ResolveLinks(path));
+  }
   const bool isListed = context.Asked().revoke && trusted.Find(path) == path;
   if (isListed || context.Files().IsFolder(path)) return context.Files().ResolveLinks(path);
   context.Complain(context.Show(path) + " is neither a folder nor a project file.");

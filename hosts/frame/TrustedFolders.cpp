@@ -1,6 +1,8 @@
 #include "hosts/frame/TrustedFolders.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -38,7 +40,21 @@ std::string TrustedFolders::Find(const std::string& folder) const {
   return found == list->end() ? std::string() : *found;
 }
 
+// Held by whoever changes the list, for as long as that takes.
+Result<std::unique_ptr<FileLock>> TrustedFolders::Lock() const {
+  constexpr int kTries = 500;
+  constexpr std::chrono::milliseconds kBetweenTries(10);
+  if (Status made = files_.CreateFolders(FolderOf(path_)); !made) return made.GetError();
+  for (int i = 0;; ++i) {
+    auto lock = files_.TryLock(path_ + ".lock", LockPurpose::Edit);
+    if (lock || lock.GetError().code != ErrorCode::Busy || i == kTries) return lock;
+    std::this_thread::sleep_for(kBetweenTries);
+  }
+}
+
 Status TrustedFolders::Add(const std::string& folder) {
+  const auto lock = Lock();
+  if (!lock) return lock.GetError();
   auto list = Read();
   if (!list) return list.GetError();
   const std::string real = files_.ResolveLinks(folder);
@@ -51,6 +67,8 @@ Status TrustedFolders::Add(const std::string& folder) {
 }
 
 Status TrustedFolders::Remove(const std::string& folder) {
+  const auto lock = Lock();
+  if (!lock) return lock.GetError();
   auto list = Read();
   if (!list) return list.GetError();
   const std::string real = files_.ResolveLinks(folder);
@@ -63,7 +81,6 @@ Status TrustedFolders::Remove(const std::string& folder) {
 Status TrustedFolders::Write(const std::vector<std::string>& list) {
   std::string text;
   for (const std::string& each : list) text += each + "\n";
-  if (Status made = files_.CreateFolders(FolderOf(path_)); !made) return made;
   return files_.WriteOwnFile(path_, text);
 }
 

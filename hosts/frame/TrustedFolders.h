@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,7 @@ class TrustedFolders {
   const std::string& GetPath() const { return path_; }
 
  private:
+  Result<std::unique_ptr<FileLock>> Lock() const;
   Status Write(const std::vector<std::string>& list);
 
   FileSystem& files_;

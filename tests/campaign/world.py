@@ -12,6 +12,7 @@ INPUTS = (".c", ".cpp", ".s", ".h", ".ld", ".a", ".tprj", ".tapp")
 
 WRAPPER = """#!/bin/sh
 for word; do [ "$before" = -o ] && out=$word; before=$word; done
+[ -n "$out" ] || exec '{compiler}' {flags} "$@"
 echo "start $$ $out" >>'{log}'
 '{compiler}' {flags} "$@"
 code=$?

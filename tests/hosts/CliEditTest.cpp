@@ -141,6 +141,7 @@ TEST(CliEdit, WhatCanNotBeDoneIsToldAndNothingIsWritten) {
   CliProject project;
   project.WriteProject({{"app", {"a.c", "b.c"}}, {"second", {"a.c"}}});
   project.Write("src/d.c", "int d;\n");
+  ASSERT_EQ(mkfifo(project.PathOf("src/pipe.c").c_str(), 0600), 0);
   const std::string before = project.Read("demo.tprj") + project.Read("app.tapp");
   const struct {
     std::vector<std::string> words;
@@ -151,6 +152,7 @@ TEST(CliEdit, WhatCanNotBeDoneIsToldAndNothingIsWritten) {
       {{"rename", "a", "b", "c", "d"}, "tarn rename --help"},
       {{"add", "src/gone.c"}, "With --create an empty one is made."},
       {{"add", "demo.tprj", "src"}, "src is a folder."},
+      {{"add", "src/pipe.c"}, "src/pipe.c can't be added: "},
       {{"add", "src/d.c", "--to", "Nowhere"}, "There is no file, group or application"},
       {{"add", "src/d.c", "src/gone.c"}, "There is no file src/gone.c."},
       {{"add", "src/b.c", "--to", "app.tapp"}, "src/b.c is in \"Sources\" already."},

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <string_view>
 
 #include "platform/files/posix/AtomicWrite.h"
 #include "platform/files/posix/PosixError.h"
@@ -16,6 +17,7 @@ namespace {
 
 // Each purpose has a byte of the file to lock, and this many bytes to name its holder in.
 constexpr std::size_t kOwnerLength = 32;
+constexpr const char* kOwnerPrefix = "process ";
 
 class HeldLock : public FileLock {
  public:
@@ -37,9 +39,23 @@ std::string ReadOwner(int file, LockPurpose purpose) {
   return owner;
 }
 
+// A file that somebody put in the place of a lock, such as a further name of another one, is locked
+// but not written.
+bool IsOurs(int file) {
+  struct stat status {};
+  char start[kOwnerLength];
+  if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_nlink != 1) return false;
+  const ssize_t length = Retry([&] { return pread(file, start, sizeof start, 0); });
+  if (length < 0) return false;
+  // The first purpose's text, or the gap that another one's has left before itself.
+  const std::string_view text(start, static_cast<std::size_t>(length));
+  return text.starts_with(kOwnerPrefix) || text.find_first_not_of('\0') == text.npos;
+}
+
 // The text is for people only, so a full disk does no harm.
 void WriteOwner(int file, LockPurpose purpose) {
-  std::string owner = "process " + std::to_string(getpid());
+  if (!IsOurs(file)) return;
+  std::string owner = kOwnerPrefix + std::to_string(getpid());
   owner.resize(kOwnerLength - 1, ' ');
   (void)(pwrite(file, (owner + "\n").data(), kOwnerLength, OwnerPlace(purpose)) > 0);
 }
