@@ -3,10 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
 #include <set>
-#include <thread>
 
 #include "hosts/CliProject.h"
 #include "platform/files/FileSystem.h"
@@ -24,14 +22,13 @@ TEST(CliSharing, AnEditWaitsForAnother) {
   ASSERT_TRUE(lock) << lock.GetError().text;
   project.ExpectRefusal({"add", "--no-wait", "src/d.c"}, 3, "Another program is changing");
   EXPECT_EQ(project.Run({"build"}).code, 0) << "a build changes nothing";
-  std::thread release([&lock] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1300));
-    lock->reset();
-  });
-  const auto answer = project.Run({"add", "src/d.c"});
-  release.join();
-  EXPECT_EQ(answer.out, "added src/d.c\n");
-  EXPECT_TRUE(Has(answer.err, "Waiting for another program")) << answer.err;
+  const auto answer =
+      project.RunProgram("/bin/sh", {"-c", "exec \"$0\" add src/d.c 2>&1", TARN_PROGRAM},
+                         [&lock](Process&, const std::string& said) {
+                           if (Has(said, "Waiting for another program")) lock->reset();
+                         });
+  EXPECT_TRUE(Has(answer.out, "Waiting for another program")) << answer.out;
+  EXPECT_TRUE(Has(answer.out, "\nadded src/d.c\n")) << answer.out;
 }
 
 // What the files of a project hold, but for the line that was added.

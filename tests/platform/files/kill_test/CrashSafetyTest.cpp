@@ -37,11 +37,15 @@ class CrashSafetyTest : public ::testing::Test {
     std::ifstream trace(scratch / "trace");
     std::map<std::string, int> counts;
     bool begun = false;
+    bool isProbe = false;
     for (std::string line; std::getline(trace, line);) {
       const std::string name = line.substr(0, line.find('('));
       if (name.size() == line.size() || name.find(' ') != name.npos) continue;
       const int number = ++counts[name];
-      if (begun && name != "exit_group") calls.push_back({name, number});
+      // A sanitizer tries memory by writing it to a pipe.
+      const bool isOwn = name != "exit_group" && !(isProbe && name == "write");
+      isProbe = name.starts_with("pipe");
+      if (begun && isOwn) calls.push_back({name, number});
       begun = begun || line.find("\"begin\"") != line.npos;
     }
     ASSERT_GE(calls.size(), 6U);
