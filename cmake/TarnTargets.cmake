@@ -2,7 +2,9 @@
 # tarn_module(NAME SOURCES... EXPORTS names... [INTERNAL patterns...] [LINK targets...]): a shared
 #   library lib<NAME>.so. It exports these C functions, and the C++ names that match the patterns,
 #   for the other programs and libraries of this build.
-# tarn_test(NAME SOURCES... [LINK targets...]): a test program, run by ctest.
+# tarn_test(NAME SOURCES... [LINK targets...] [THREADS]): a test program, run by ctest. THREADS: it has
+#   tests with several threads; the thread sanitizer has nothing to say about the others, which are
+#   then built on request only.
 # tarn_qt_test(NAME SOURCES... [LINK targets...]): the same with widgets.
 
 function(tarn_library name)
@@ -30,11 +32,15 @@ function(tarn_module name)
 endfunction()
 
 function(tarn_test_program name main)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "THREADS" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE tarn_options ${ARG_LINK} ${main} GTest::gmock)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  if(TARN_SANITIZE STREQUAL "thread" AND NOT ARG_THREADS)
+    set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
+    return()
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
     PROPERTIES TIMEOUT 300 ENVIRONMENT "TARN_SOURCE_DIR=${CMAKE_SOURCE_DIR}")
 endfunction()
