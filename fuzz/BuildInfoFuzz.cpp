@@ -43,7 +43,7 @@ std::string TreeOf(ProjectWorld& world) {
   return world.model->GetProjectRoot().ToString(tarn::g_xmlDisplayOptions);
 }
 
-void ExamineAll(ProjectWorld& world, const tarn::CXmlNode& node) {
+void ExamineAll(ProjectWorld& world, tarn::CXmlNode& node) {
   world.model->ExamineNode(node);
   for (int i = 0; i < node.GetChildCount(); ++i) ExamineAll(world, *node.GetChild(i));
 }

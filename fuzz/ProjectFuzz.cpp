@@ -125,6 +125,9 @@ bool Travel(ProjectWorld& world, const Disk& before) {
   const Disk after = FilesOf(world);
   if (!isChanged) Require(after == before);
   RequireAllKept(before, after);
+  // What could not be saved is not tried again while the next one is opened.
+  world.model->DropChanges();
+  world.model->CloseProject();
   return true;
 }
 

@@ -143,7 +143,7 @@ class BuildRecordStore::Reader {
     while (!line_.empty()) {
       if (!TakeVersion(set.emplace_back())) return false;
     }
-    return true;
+    return !set.empty();  // that one has the number 0 and is never written
   }
 
   bool ReadRecord() {

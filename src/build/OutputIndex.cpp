@@ -69,7 +69,8 @@ void FindOutputsOfSeveral(const CXmlNode& node, const CXmlNode& application,
                           const OnSharedOutput& onShared) {
   const char* const output = node.GetAttrValue("OutputFile");
   if (output != nullptr && *output != '\0' && IsBuilt(node, application)) {
-    const OutputOwner& owner = owners.try_emplace(output, &node, &application).first->second;
+    const OutputOwner& owner =
+        owners.try_emplace(output, OutputOwner{&node, &application}).first->second;
     if (owner.application != &application) {
       const bool isSameSource =
           TextOf(node.GetAttrValue("Path")) == TextOf(owner.node->GetAttrValue("Path"));
