@@ -120,6 +120,13 @@ void CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
       file.plan.problem = "the folder " + projectFolder + " does not exist";
     }
   }
+  // Parts come before their owner, and must not take its file.
+  for (const PendingFile& owner : pending) {
+    for (const std::size_t part : owner.parts) {
+      SavePlan& plan = pending[part].plan;
+      if (plan.absolute == owner.plan.absolute) plan.problem = "it is the file of the project";
+    }
+  }
 }
 
 std::vector<FileText> CProjectModel::MakeFileTexts() {
@@ -180,7 +187,7 @@ void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<Pending
   const std::string& target = file.plan.absolute;
   // Of two elements with one file only one can have it.
   for (const PendingFile* other = pending.data(); other != &file; ++other) {
-    if (other->plan.absolute != target) continue;
+    if (other->plan.absolute != target || !other->plan.problem.empty()) continue;
     if (other->plan.own == file.plan.own) {
       file.isSaved = other->isSaved;
     } else {

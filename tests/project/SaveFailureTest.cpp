@@ -241,5 +241,26 @@ TEST(SaveFailure, OneOfTwoApplicationsInOneFileIsNotLost) {
   EXPECT_THAT(files, ::testing::Contains("/p/one.tapp.unsaved new"));
 }
 
+TEST(SaveFailure, AnApplicationDoesNotTakeTheFileOfItsProject) {
+  for (const bool isWhole : {false, true}) {
+    EditedWorld world;
+    world.AddFile("/p/demo.tprj",
+                  "\n<Project Header=\"demo\" ><Application Header=\"one\" "
+                  "Extern=\".\\one.tapp\" /></Project>");
+    world.AddFile("/p/one.tapp", "\n<Application Header=\"one\" Path=\".\\demo.tprj\" />");
+    ASSERT_EQ(world.OpenDemo(), 1);
+    world.components.Properties().defaults[".General.Path"] = "/p/demo.tprj";
+    world.components.Properties().defaults[".Build.Tool"] = "edited";
+    world.model->SaveAllOrNone(isWhole);
+    world.model->PublishAll();
+    world.model->SetCurrentNode(world.Application(0));
+    world.model->StoreChangedProperty("Build.Tool");
+    EXPECT_EQ(world.model->SaveProject(), 0);
+    EXPECT_THAT(world.FileText("/p/demo.tprj"), ::testing::StartsWith("\n<Project"));
+    EXPECT_THAT(world.FileText("/p/one.tapp"), ::testing::StartsWith("\n<Application"));
+    EXPECT_TRUE(world.model->IsModified());
+  }
+}
+
 }  // namespace
 }  // namespace tarn::test
