@@ -44,6 +44,11 @@ class PlanMaker : public TemplateValues {
     plan.variables = tool.variables;
     plan.helpers = tool.helpers.programs;
     plan.helperFiles = Pieces(tool.helpers.files, SplitOptionList);
+    for (const LibraryRule& rule : tool.libraries) {
+      for (std::string& name : Pieces(rule.implicit, SplitOptionList)) {
+        plan.implicitLibraries.push_back(std::move(name));
+      }
+    }
     plan.respelled = job.respelled;
     for (const StepRule& step : tool.steps) {
       folder = job.baseFolder;

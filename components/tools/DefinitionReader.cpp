@@ -157,9 +157,9 @@ class ToolReader : public ElementReader {
   }
 
   LibraryRule ReadLibraries(const CXmlNode& node) {
-    CheckAttributes(node, {"Name", "Folder", "File"});
+    CheckAttributes(node, {"Name", "Folder", "File", "Implicit"});
     LibraryRule rule{SplitOptionList(Text(node, "Name")), SplitOptionList(Text(node, "Folder")),
-                     Filled(node, "File")};
+                     Filled(node, "File"), Filled(node, "Implicit")};
     if (rule.nameFlags.empty() || rule.folderFlags.empty() || rule.file.IsEmpty()) {
       Fail("Libraries needs Name, Folder and File");
     }

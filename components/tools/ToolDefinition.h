@@ -77,7 +77,8 @@ struct GlobalsRule {
 struct LibraryRule {
   std::vector<std::string> nameFlags;
   std::vector<std::string> folderFlags;
-  Template file;  // names of the file of a library, with ";" between them
+  Template file;      // names of the file of a library, with ";" between them
+  Template implicit;  // names of libraries that programs link without a flag, in the same way
 };
 
 // A product into which the programs write names that they have made up.
