@@ -27,9 +27,10 @@ class ToolReader : public ElementReader {
     tool = std::make_unique<ToolDefinition>();
     CheckAttributes(
         node,
-        {"Name",   "Title",        "Hint",   "Extensions", "Messages", "Output",    "Listing",
-         "Rules",  "FurtherRules", "Search", "Includes",   "Defines",  "LinkTime",  "NotLinkTime",
-         "Writes", "Reads",        "Runs",   "Loads",      "Follow",   "Variables", "Predefined"});
+        {"Name",     "Title",       "Hint",         "Extensions",     "Messages",    "Output",
+         "Listing",  "Rules",       "FurtherRules", "Search",         "Includes",    "Defines",
+         "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",        "Loads",
+         "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
@@ -51,6 +52,8 @@ class ToolReader : public ElementReader {
     constexpr std::array kFollows{Follow::None, Follow::Includes, Follow::Scripts};
     tool->follows = kFollows[Choose(node, "Follow", {"", "Includes", "Scripts"})];
     tool->search = SplitOptionList(Text(node, "Search"));
+    tool->prefixedSearch = SplitOptionList(Text(node, "PrefixedSearch"));
+    tool->searchPrefix = SplitOptionList(Text(node, "SearchPrefix"));
     tool->includes = SplitOptionList(Text(node, "Includes"));
     tool->defines = SplitOptionList(Text(node, "Defines"));
     tool->linkTime = SplitOptionList(Text(node, "LinkTime"));

@@ -35,7 +35,9 @@ class AccessFinder {
  public:
   AccessFinder(const ToolWorld& toolWorld, const ToolDefinition& definition, const ToolJob& toolJob)
       : world_(toolWorld), tool_(definition), job_(toolJob), reads_(definition.reads) {
-    reads_.insert(reads_.end(), tool_.search.begin(), tool_.search.end());
+    for (const auto* flags : {&tool_.search, &tool_.prefixedSearch, &tool_.searchPrefix}) {
+      reads_.insert(reads_.end(), flags->begin(), flags->end());
+    }
     for (const LibraryRule& each : tool_.libraries) {
       reads_.insert(reads_.end(), each.folderFlags.begin(), each.folderFlags.end());
       reads_.insert(reads_.end(), each.nameFlags.begin(), each.nameFlags.end());

@@ -130,6 +130,8 @@ struct ToolDefinition {
   // How arguments begin that name a folder to search headers in: "-I". The folder is the rest of
   // the argument, or the next one.
   std::vector<std::string> search;
+  // Similarly for flags whose value is put after that of the last flag of `searchPrefix`.
+  std::vector<std::string> prefixedSearch, searchPrefix;
   // How arguments begin that name a file to read before the source, which is looked for in the
   // working folder and then where headers are.
   std::vector<std::string> includes;

@@ -227,6 +227,36 @@ TEST(CliInputs, AnAvrLibraryIsFoundEarlier) {
   }
 }
 
+TEST(CliInputs, AFolderWithAPrefixIsSearched) {
+  const char* const kInclude = "#include <x.h>\n";
+  ExpectBuilt({
+      {"last",
+       "-iprefix ./ -iwithprefix inc1 -iwithprefix inc2",
+       "",
+       kInclude,
+       {},
+       Edits("inc1/x.h", "")},
+      {"before others",
+       "-iprefixin -iwithprefixbeforec1 -Iinc2",
+       "",
+       kInclude,
+       {},
+       Edits("inc1/x.h", "")},
+      {"long names",
+       "--include-prefix=./ --include-with-prefix-before=inc1 -Iinc2",
+       "",
+       kInclude,
+       {},
+       Edits("inc1/x.h", "")},
+      {"another prefix later",
+       "-iprefix inc -iwithprefix 1 -iprefix no -iwithprefix 2 -Iinc2",
+       "",
+       kInclude,
+       {},
+       Edits("no2/x.h", "")},
+  });
+}
+
 constexpr const char* kAssembler = "#!/bin/sh\n#1\nexec /usr/bin/as \"$@\"\n";
 constexpr const char* kLinker = "#!/bin/sh\n#1\nexec /usr/bin/ld \"$@\"\n";
 
