@@ -43,7 +43,11 @@ class ToolReader : public ElementReader {
     tool->furtherRules = Filled(node, "FurtherRules");
     tool->writes = SplitOptionList(Text(node, "Writes"));
     tool->reads = SplitOptionList(Text(node, "Reads"));
-    tool->runs = SplitOptionList(Text(node, "Runs"));
+    for (std::string& entry : SplitOptionList(Text(node, "Runs"))) {
+      const bool isException = entry.front() == '!';
+      if (isException) entry.erase(0, 1);
+      (isException ? tool->runsNot : tool->runs).push_back(std::move(entry));
+    }
     for (const std::string& entry : SplitOptionList(Text(node, "Loads"))) {
       const std::size_t space = std::min(entry.find(' '), entry.size());
       tool->loads.push_back(

@@ -139,7 +139,7 @@ class AccessFinder {
   }
 
   bool RunsCode(const std::vector<std::string>& words, std::size_t at) const {
-    if (FindFlag(tool_.runs, words[at]) != nullptr) return true;
+    if (FindFlag(tool_.runs, words[at]) && !FindFlag(tool_.runsNot, words[at])) return true;
     const auto first = words.begin() + static_cast<std::ptrdiff_t>(at);
     const std::vector<std::string> near(first, std::min(first + 2, words.end()));
     return std::any_of(tool_.loads.begin(), tool_.loads.end(), [&](const LoadRule& rule) {

@@ -145,6 +145,7 @@ struct ToolDefinition {
   std::vector<std::string> reads;
   // How arguments begin that make a program run or load code of the caller's choice.
   std::vector<std::string> runs;
+  std::vector<std::string> runsNot;  // exceptions, which begin like one of `runs`
   std::vector<LoadRule> loads;
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;
