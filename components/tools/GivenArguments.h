@@ -32,4 +32,7 @@ std::vector<FlagValue> FlagValuesOf(const std::vector<std::string>& flags,
 std::vector<std::string> ValuesOf(const std::vector<std::string>& flags,
                                   const std::vector<std::string>& words);
 
+// Returns whether such arguments make a compiler leave the assembler's code to the link.
+bool LeavesCodeToTheLink(const ToolDefinition& tool, const std::vector<std::string>& words);
+
 }  // namespace tarn::tools

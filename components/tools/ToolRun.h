@@ -55,7 +55,6 @@ class ToolRun {
   bool ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names);
   void ReadFurtherRules(BuildRecord& found, std::vector<std::string>& names);
   void AddEarlier(const std::string& path, BuildRecord& found) const;
-  bool IsCompiledAtLink(const std::vector<std::string>& words) const;
   void AddAssembledFiles(BuildRecord& found, std::vector<std::string>& names) const;
   bool FailRules(const std::string& problem);
   std::string ReadInfos();

@@ -257,6 +257,45 @@ TEST(CliInputs, AFolderWithAPrefixIsSearched) {
   });
 }
 
+TEST(CliInputs, LinkTimeOptimizationKeepsTheCompilersQuiet) {
+  CliProject project;
+  project.Out({"options", "set", "C.Compiler.Extra", "--", "-flto"});
+  project.Out({"options", "set", "Linker.Extra", "--", "-flto"});
+  project.Write("src/c.c", kBinary);
+  project.Write("d.bin", "1");
+  const std::string out = project.Out({"build"});
+  EXPECT_FALSE(Has(out, "warning")) << out;
+  project.Edit("d.bin", "2");
+  EXPECT_EQ(Built(project.Out({"build"})), "c.c app");
+}
+
+// Flags of a makefile, which ask for files of rules of their own.
+TEST(CliInputs, OptionsForDependenciesHideNone) {
+  CliProject project;
+  int edits = 0;
+  for (const char* options : {"-MF own.d", "-MMD -MP -MFown.d", "-MT own -MQ other", "-M",
+                              "-MM -MG", "-Wp,-MD,own.d", "-Wp,-MMD,own.d", "@own.rsp"}) {
+    SCOPED_TRACE(options);
+    project.Write("own.rsp", "-MMD -MF own.d");
+    project.Out({"options", "set", "C.Compiler.Extra", "--", options});
+    project.Out({"build"});
+    EXPECT_EQ(Built(project.Out({"build"})), "");
+    project.Edit("src/a.h", "int a(void);\n//" + std::to_string(++edits));
+    EXPECT_EQ(Built(project.Out({"build"})), "a.c b.c app");
+  }
+}
+
+TEST(CliInputs, AFileBesideTheObjectGoes) {
+  const auto removes = [](const std::string& extension) {
+    return Runs("rm $(find build -name 'x.c" + extension + "')");
+  };
+  ExpectBuilt({
+      {"the stack usage", "-fstack-usage", "", "", {}, removes(".su")},
+      {"split debug information", "-g -gsplit-dwarf", "", "", {}, removes(".dwo")},
+      {"notes for coverage", "-ftest-coverage", "", "", {}, removes(".gcno")},
+  });
+}
+
 constexpr const char* kAssembler = "#!/bin/sh\n#1\nexec /usr/bin/as \"$@\"\n";
 constexpr const char* kLinker = "#!/bin/sh\n#1\nexec /usr/bin/ld \"$@\"\n";
 
