@@ -25,7 +25,9 @@ void CheckNames(const std::vector<std::string>& names, std::size_t size) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(reinterpret_cast<const char*>(data), size);
   CheckNames(tarn::FindIncludes(text), size);
-  CheckNames(tarn::FindScriptInputs(text), size);
+  const tarn::ScriptNames script = tarn::FindScriptNames(text);
+  CheckNames(script.inputs, size);
+  CheckNames(script.folders, size);
   if (tarn::HasComputedTest(text)) {
     const tarn::MacroScan scan = tarn::ScanMacros(text);
     const tarn::MacroScan* const scans[] = {&scan};

@@ -5,6 +5,7 @@
 
 #include "components/tools/CommandHash.h"
 #include "components/tools/FileList.h"
+#include "components/tools/GivenArguments.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
@@ -16,6 +17,14 @@ namespace {
 // What a shell would not take as it stands.
 bool IsPlain(std::string_view argument) {
   return argument.find_first_of(" \t\r\n'\"\\$`;&|<>(){}[]*?!#~") == std::string_view::npos;
+}
+
+// A "*" at the end of a pattern stands for any rest.
+bool IsAmong(const std::vector<std::string>& patterns, std::string_view word) {
+  return std::any_of(patterns.begin(), patterns.end(), [word](std::string_view pattern) {
+    if (!pattern.ends_with('*')) return word == pattern;
+    return word.starts_with(pattern.substr(0, pattern.size() - 1));
+  });
 }
 
 class PlanMaker : public TemplateValues {
@@ -44,6 +53,11 @@ class PlanMaker : public TemplateValues {
     plan.variables = tool.variables;
     plan.helpers = tool.helpers.programs;
     plan.helperFiles = Pieces(tool.helpers.files, SplitOptionList);
+    for (const LibraryRule& rule : tool.libraries) {
+      for (std::string& name : Pieces(rule.implicit, SplitOptionList)) {
+        plan.implicitLibraries.push_back(std::move(name));
+      }
+    }
     plan.respelled = job.respelled;
     for (const StepRule& step : tool.steps) {
       folder = job.baseFolder;
@@ -88,6 +102,8 @@ class PlanMaker : public TemplateValues {
         return spelledFolder;
       case OwnName::Item:
         return item;
+      case OwnName::LinkTime:
+        return isLinkTime ? "Yes" : "";
     }
     return {};
   }
@@ -210,7 +226,12 @@ class PlanMaker : public TemplateValues {
     spelledFolder = SpelledPath(job.disk, folder);
     command.folder = spelledFolder;
     command.program = step.program.Fill(*this);
-    for (const ArgumentRule& rule : step.arguments) AddArguments(rule, command.arguments);
+    isLinkTime = false;
+    AddAllArguments(step, command);
+    if (!tool.linkTime.empty()) {
+      isLinkTime = LeavesCodeToTheLink(tool, ExpandArguments(command, job.disk).words);
+      if (isLinkTime) AddAllArguments(step, command);
+    }
     command.moves = std::exchange(moves, {});
     if (step.plainArguments) RefuseSpecial(command);
     if (step.hasLauncher) AddLauncher(step, command);
@@ -218,6 +239,12 @@ class PlanMaker : public TemplateValues {
       command.environment.emplace_back(rule.name, rule.value.Fill(*this));
     }
     return command;
+  }
+
+  void AddAllArguments(const StepRule& step, ToolCommand& command) {
+    command.arguments.clear();
+    moves.clear();
+    for (const ArgumentRule& rule : step.arguments) AddArguments(rule, command.arguments);
   }
 
   void AddArguments(const ArgumentRule& rule, std::vector<std::string>& arguments) {
@@ -250,8 +277,7 @@ class PlanMaker : public TemplateValues {
     const Template::Change change = rule.isPath ? Template::Change(asPath) : nullptr;
     if (rule.isWords) {
       for (std::string& word : Pieces(rule.value, SplitWords, change)) {
-        const auto& without = rule.without;
-        if (std::find(without.begin(), without.end(), word) != without.end()) continue;
+        if (IsAmong(rule.without, word)) continue;
         arguments.push_back(std::move(word));
       }
     } else {
@@ -292,8 +318,9 @@ class PlanMaker : public TemplateValues {
   std::string folder;         // working folder of the current step
   std::string spelledFolder;  // the same as the disk spells it
   mutable bool isSplitLater = false;
-  bool relative = false;                                   // of the current step
-  std::string item;                                        // of the current list
+  bool isLinkTime = false;  // the arguments of the current step leave code to the link
+  bool relative = false;    // of the current step
+  std::string item;         // of the current list
   std::vector<std::pair<std::string, std::string>> moves;  // of the current step
 };
 

@@ -51,8 +51,9 @@ struct ToolPlan {
   std::vector<std::string> depends;
   std::vector<std::string> variables;  // see ToolDefinition
   std::vector<std::string> helpers;    // programs that those of the commands start, by their names
-  std::vector<std::string> helperFiles;  // names of files that these programs take themselves
-  std::vector<std::string> respelled;    // files that are on the disk in another spelling
+  std::vector<std::string> helperFiles;        // names of files that these programs take themselves
+  std::vector<std::string> implicitLibraries;  // that programs link without a flag, by their names
+  std::vector<std::string> respelled;          // files that are on the disk in another spelling
   std::vector<ToolCommand> commands;
   std::vector<std::string> problems;  // why it must not run
   // An option names a file or folder that is not on the disk in this spelling, so that the commands

@@ -19,6 +19,28 @@ std::string FullPath(const ToolWorld& world, const std::string& program) {
   return found.empty() ? program : found;
 }
 
+// Folders of headers that the arguments name, verbatim and in order. Without a prefix a prefixed
+// one is a folder of the toolchain.
+std::vector<std::string> HeaderFolders(const ToolDefinition& tool,
+                                       const std::vector<std::string>& words) {
+  std::vector<std::string> flags = tool.search;
+  flags.insert(flags.end(), tool.prefixedSearch.begin(), tool.prefixedSearch.end());
+  flags.insert(flags.end(), tool.searchPrefix.begin(), tool.searchPrefix.end());
+  const std::size_t prefixes = tool.search.size() + tool.prefixedSearch.size();
+  std::vector<std::string> folders;
+  std::string prefix;
+  for (FlagValue& each : FlagValuesOf(flags, words)) {
+    if (each.flag >= prefixes) {
+      prefix = std::move(each.value);
+    } else if (each.flag < tool.search.size()) {
+      folders.push_back(std::move(each.value));
+    } else if (!prefix.empty()) {
+      folders.push_back(prefix + each.value);
+    }
+  }
+  return folders;
+}
+
 // The length goes in, too: moving a byte from one string to the next makes another hash.
 void Mix(std::uint64_t& hash, std::string_view text) {
   hash = HashBytes(text, hash + 1);
@@ -48,7 +70,7 @@ std::vector<std::string> SearchFolders(FileSystem* disk, const ToolDefinition& t
   if (tool.search.empty()) return folders;
   for (const ToolCommand& command : plan.commands) {
     const GivenArguments given = ExpandArguments(command, disk);
-    for (const std::string& folder : ValuesOf(tool.search, given.words)) {
+    for (const std::string& folder : HeaderFolders(tool, given.words)) {
       add(AbsolutePath(disk, command.folder, folder));
     }
     if (tool.follows == Follow::Includes) add(command.folder);

@@ -27,9 +27,10 @@ class ToolReader : public ElementReader {
     tool = std::make_unique<ToolDefinition>();
     CheckAttributes(
         node,
-        {"Name",   "Title",        "Hint",   "Extensions", "Messages", "Output",    "Listing",
-         "Rules",  "FurtherRules", "Search", "Includes",   "Defines",  "LinkTime",  "NotLinkTime",
-         "Writes", "Reads",        "Runs",   "Loads",      "Follow",   "Variables", "Predefined"});
+        {"Name",     "Title",       "Hint",         "Extensions",     "Messages",    "Output",
+         "Listing",  "Rules",       "FurtherRules", "Search",         "Includes",    "Defines",
+         "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",        "Loads",
+         "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
@@ -42,7 +43,11 @@ class ToolReader : public ElementReader {
     tool->furtherRules = Filled(node, "FurtherRules");
     tool->writes = SplitOptionList(Text(node, "Writes"));
     tool->reads = SplitOptionList(Text(node, "Reads"));
-    tool->runs = SplitOptionList(Text(node, "Runs"));
+    for (std::string& entry : SplitOptionList(Text(node, "Runs"))) {
+      const bool isException = entry.front() == '!';
+      if (isException) entry.erase(0, 1);
+      (isException ? tool->runsNot : tool->runs).push_back(std::move(entry));
+    }
     for (const std::string& entry : SplitOptionList(Text(node, "Loads"))) {
       const std::size_t space = std::min(entry.find(' '), entry.size());
       tool->loads.push_back(
@@ -51,6 +56,8 @@ class ToolReader : public ElementReader {
     constexpr std::array kFollows{Follow::None, Follow::Includes, Follow::Scripts};
     tool->follows = kFollows[Choose(node, "Follow", {"", "Includes", "Scripts"})];
     tool->search = SplitOptionList(Text(node, "Search"));
+    tool->prefixedSearch = SplitOptionList(Text(node, "PrefixedSearch"));
+    tool->searchPrefix = SplitOptionList(Text(node, "SearchPrefix"));
     tool->includes = SplitOptionList(Text(node, "Includes"));
     tool->defines = SplitOptionList(Text(node, "Defines"));
     tool->linkTime = SplitOptionList(Text(node, "LinkTime"));
@@ -157,9 +164,9 @@ class ToolReader : public ElementReader {
   }
 
   LibraryRule ReadLibraries(const CXmlNode& node) {
-    CheckAttributes(node, {"Name", "Folder", "File"});
+    CheckAttributes(node, {"Name", "Folder", "File", "Implicit"});
     LibraryRule rule{SplitOptionList(Text(node, "Name")), SplitOptionList(Text(node, "Folder")),
-                     Filled(node, "File")};
+                     Filled(node, "File"), Filled(node, "Implicit")};
     if (rule.nameFlags.empty() || rule.folderFlags.empty() || rule.file.IsEmpty()) {
       Fail("Libraries needs Name, Folder and File");
     }

@@ -59,24 +59,49 @@ GivenArguments ExpandArguments(const ToolCommand& command, FileSystem* disk) {
   return Expander(command, disk).Expand();
 }
 
+std::vector<FlagValue> FlagValuesOf(const std::vector<std::string>& flags,
+                                    const std::vector<std::string>& words) {
+  std::vector<FlagValue> values;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::string& word = words[i];
+    std::size_t best = flags.size();
+    for (std::size_t each = 0; each < flags.size(); ++each) {
+      const std::string& flag = flags[each];
+      const bool isLonger = best == flags.size() || flag.size() > flags[best].size();
+      const bool hasEnd =
+          !flag.starts_with("--") || word.size() <= flag.size() || word[flag.size()] == '=';
+      if (isLonger && hasEnd && word.starts_with(flag)) best = each;
+    }
+    if (best == flags.size()) continue;
+    std::string value = word.substr(flags[best].size());
+    if (flags[best].starts_with("--") && !value.empty()) {
+      value.erase(0, 1);
+    } else if (value.empty() && i + 1 < words.size()) {
+      value = words[++i];
+    }
+    if (!value.empty()) values.push_back({best, std::move(value)});
+  }
+  return values;
+}
+
 std::vector<std::string> ValuesOf(const std::vector<std::string>& flags,
                                   const std::vector<std::string>& words) {
   std::vector<std::string> values;
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    for (const std::string& flag : flags) {
-      if (!words[i].starts_with(flag)) continue;
-      std::string value = words[i].substr(flag.size());
-      if (flag.starts_with("--") && !value.empty()) {
-        if (value.front() != '=') continue;
-        value.erase(0, 1);
-      } else if (value.empty() && i + 1 < words.size()) {
-        value = words[++i];
-      }
-      if (!value.empty()) values.push_back(std::move(value));
-      break;
-    }
-  }
+  for (FlagValue& each : FlagValuesOf(flags, words)) values.push_back(std::move(each.value));
   return values;
+}
+
+bool LeavesCodeToTheLink(const ToolDefinition& tool, const std::vector<std::string>& words) {
+  bool isLater = false;
+  const auto isAmong = [](const std::string& word, const std::vector<std::string>& flags) {
+    return std::any_of(flags.begin(), flags.end(),
+                       [&word](const std::string& flag) { return word.starts_with(flag); });
+  };
+  for (const std::string& word : words) {
+    if (isAmong(word, tool.linkTime)) isLater = true;
+    if (isAmong(word, tool.notLinkTime)) isLater = false;
+  }
+  return isLater;
 }
 
 }  // namespace tarn::tools

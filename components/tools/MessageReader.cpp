@@ -14,20 +14,26 @@ Severity SeverityOf(LineKind kind) {
   return kind == LineKind::Warning ? Severity::Warning : Severity::Plain;
 }
 
+bool Fails(Failing failing, bool isErrorStream) {
+  return failing == Failing::Always || (failing == Failing::OnErrorStream && isErrorStream);
+}
+
 }  // namespace
 
-ToolMessage MessageReader::Read(const std::string& line) {
+ToolMessage MessageReader::Read(const std::string& line, bool isErrorStream) {
   ToolMessage message;
   message.text = line;
   ToolLine found;
   found.message = line;
   for (const auto& rules : lists) {
-    const auto change = rules->Recognise(line, found);
-    if (!change) continue;
+    const auto effect = rules->Recognise(line, found);
+    if (!effect) continue;
     const std::string file = found.file.empty() ? "" : Absolute(found.file);
-    Change(*change, file);
-    if (*change != FolderChange::None) break;
+    Change(effect->folder, file);
+    if (effect->folder != FolderChange::None) break;
     message.severity = SeverityOf(found.kind);
+    message.failsStep =
+        message.severity == Severity::Error && Fails(effect->failing, isErrorStream);
     if (message.severity != Severity::Plain) message.content = found.message;
     message.file = file;
     message.line = found.line;

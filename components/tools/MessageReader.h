@@ -17,8 +17,9 @@ class MessageReader {
   MessageReader(const MessageRuleLists& ruleLists, std::string folder, FileSystem* disk = nullptr)
       : lists(ruleLists), fileSystem(disk), folders{std::move(folder)} {}
 
-  // `line` is clean; see CleanLine. Files become absolute.
-  ToolMessage Read(const std::string& line);
+  // `line` is clean; see CleanLine. `isErrorStream`: it is from the standard error stream. Files
+  // become absolute.
+  ToolMessage Read(const std::string& line, bool isErrorStream = true);
 
  private:
   std::string Absolute(const std::string& file) const;

@@ -18,14 +18,14 @@ constexpr std::array<TemplateKeyword, 4> kKeywords{{
 
 const TemplateLanguage kMessageTemplates{kKeywords, true};
 
-std::optional<FolderChange> MessageRules::Recognise(const std::string& line,
-                                                    ToolLine& found) const {
+std::optional<MessageRules::Effect> MessageRules::Recognise(const std::string& line,
+                                                            ToolLine& found) const {
   const std::lock_guard guard(lock);
   for (MessageRule& rule : rules) {
     if (rule.with && !rule.with->Match(line.c_str())) continue;
     if (!rule.shape.Recognise(line, found)) continue;
     if (rule.kind) found.kind = *rule.kind;
-    return rule.folder;
+    return Effect{rule.folder, rule.failing};
   }
   return std::nullopt;
 }

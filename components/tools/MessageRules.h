@@ -20,12 +20,16 @@ extern const TemplateLanguage kMessageTemplates;
 // What a line says of the folder that the names in the following ones count from.
 enum class FolderChange { None, Enter, Leave };
 
+// If a line that is an error fails the step that printed it, even one that ends with exit code 0.
+enum class Failing { Always, OnErrorStream, Never };
+
 // One shape of a tool's lines, and what is known of each line that has it.
 struct MessageRule {
   LineShape shape;
   std::optional<CRegularExpression> with;  // the line must hold this, too
   std::optional<LineKind> kind;            // whatever the line says
   FolderChange folder = FolderChange::None;
+  Failing failing = Failing::Always;
 };
 
 // The rules for one family of tools, in order. Made once; then any thread may have lines judged.
@@ -34,9 +38,13 @@ class MessageRules {
   void Add(MessageRule rule) { rules.push_back(std::move(rule)); }
   bool IsEmpty() const { return rules.empty(); }
 
-  // Takes the line apart after the first rule that fits, and gives what it does to the folder;
-  // nothing when no rule fits.
-  std::optional<FolderChange> Recognise(const std::string& line, ToolLine& found) const;
+  // What a rule says of a line, apart from its parts.
+  struct Effect {
+    FolderChange folder = FolderChange::None;
+    Failing failing = Failing::Always;
+  };
+  // Parses the line by the first rule that fits. Returns nullopt if no rule fits.
+  std::optional<Effect> Recognise(const std::string& line, ToolLine& found) const;
 
  private:
   mutable std::mutex lock;  // a pattern keeps its last match

@@ -18,9 +18,9 @@ std::shared_ptr<const MessageRules> MessageRulesReader::ReadList(const CXmlNode&
 }
 
 MessageRule MessageRulesReader::ReadLine(const CXmlNode& node) {
-  CheckAttributes(node, {"Template", "With", "Kind", "Folder"});
+  CheckAttributes(node, {"Template", "With", "Kind", "Folder", "Fails"});
   const std::string text = Text(node, "Template");
-  MessageRule rule{ShapeOfTemplate(text, kMessageTemplates), {}, {}, {}};
+  MessageRule rule{ShapeOfTemplate(text, kMessageTemplates), {}, {}, {}, {}};
   // An empty template would fit every line.
   if (text.empty()) Fail("a Line has no Template");
   if (!rule.shape.IsCompiled()) Fail(text + ": " + rule.shape.GetError());
@@ -35,6 +35,9 @@ MessageRule MessageRulesReader::ReadLine(const CXmlNode& node) {
   constexpr FolderChange kChanges[] = {FolderChange::None, FolderChange::Enter, FolderChange::Leave,
                                        FolderChange::None};
   rule.folder = kChanges[Choose(node, "Folder", {"", "Enter", "Leave"})];
+  constexpr Failing kFailing[] = {Failing::Always, Failing::Always, Failing::Never,
+                                  Failing::OnErrorStream, Failing::Always};
+  rule.failing = kFailing[Choose(node, "Fails", {"", "Yes", "No", "ErrorStream"})];
   return rule;
 }
 

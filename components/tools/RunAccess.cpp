@@ -35,7 +35,9 @@ class AccessFinder {
  public:
   AccessFinder(const ToolWorld& toolWorld, const ToolDefinition& definition, const ToolJob& toolJob)
       : world_(toolWorld), tool_(definition), job_(toolJob), reads_(definition.reads) {
-    reads_.insert(reads_.end(), tool_.search.begin(), tool_.search.end());
+    for (const auto* flags : {&tool_.search, &tool_.prefixedSearch, &tool_.searchPrefix}) {
+      reads_.insert(reads_.end(), flags->begin(), flags->end());
+    }
     for (const LibraryRule& each : tool_.libraries) {
       reads_.insert(reads_.end(), each.folderFlags.begin(), each.folderFlags.end());
       reads_.insert(reads_.end(), each.nameFlags.begin(), each.nameFlags.end());
@@ -137,7 +139,7 @@ class AccessFinder {
   }
 
   bool RunsCode(const std::vector<std::string>& words, std::size_t at) const {
-    if (FindFlag(tool_.runs, words[at]) != nullptr) return true;
+    if (FindFlag(tool_.runs, words[at]) && !FindFlag(tool_.runsNot, words[at])) return true;
     const auto first = words.begin() + static_cast<std::ptrdiff_t>(at);
     const std::vector<std::string> near(first, std::min(first + 2, words.end()));
     return std::any_of(tool_.loads.begin(), tool_.loads.end(), [&](const LoadRule& rule) {

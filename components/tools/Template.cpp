@@ -7,7 +7,7 @@ namespace tarn::tools {
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, OwnName>, 7> kOwnNames{{
+constexpr std::array<std::pair<std::string_view, OwnName>, 8> kOwnNames{{
     {"File", OwnName::File},
     {"Output", OwnName::Output},
     {"OutputBase", OwnName::OutputBase},
@@ -15,6 +15,7 @@ constexpr std::array<std::pair<std::string_view, OwnName>, 7> kOwnNames{{
     {"Rules", OwnName::Rules},
     {"Folder", OwnName::Folder},
     {"Item", OwnName::Item},
+    {"LinkTime", OwnName::LinkTime},
 }};
 
 // The position behind the parenthesis that closes the one at `open`, or npos.

@@ -10,7 +10,7 @@
 namespace tarn::tools {
 
 // The names that a definition may use beside the options: $(File) and so on.
-enum class OwnName { File, Output, OutputBase, Listing, Rules, Folder, Item };
+enum class OwnName { File, Output, OutputBase, Listing, Rules, Folder, Item, LinkTime };
 
 // What a template is filled from.
 class TemplateValues {

@@ -77,7 +77,8 @@ struct GlobalsRule {
 struct LibraryRule {
   std::vector<std::string> nameFlags;
   std::vector<std::string> folderFlags;
-  Template file;  // names of the file of a library, with ";" between them
+  Template file;      // names of the file of a library, with ";" between them
+  Template implicit;  // names of libraries that programs link without a flag, in the same way
 };
 
 // A product into which the programs write names that they have made up.
@@ -129,6 +130,8 @@ struct ToolDefinition {
   // How arguments begin that name a folder to search headers in: "-I". The folder is the rest of
   // the argument, or the next one.
   std::vector<std::string> search;
+  // Similarly for flags whose value is put after that of the last flag of `searchPrefix`.
+  std::vector<std::string> prefixedSearch, searchPrefix;
   // How arguments begin that name a file to read before the source, which is looked for in the
   // working folder and then where headers are.
   std::vector<std::string> includes;
@@ -142,6 +145,7 @@ struct ToolDefinition {
   std::vector<std::string> reads;
   // How arguments begin that make a program run or load code of the caller's choice.
   std::vector<std::string> runs;
+  std::vector<std::string> runsNot;  // exceptions, which begin like one of `runs`
   std::vector<LoadRule> loads;
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;

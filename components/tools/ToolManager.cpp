@@ -61,7 +61,9 @@ struct OwnedJob {
   }
 };
 
-std::string StartText(const std::string& tool, const char* files, const ToolPlan& plan) {
+// `isPart`: the only file of the run is no source, so the run is known by what it makes of it.
+std::string StartText(const std::string& tool, const char* files, const ToolPlan& plan,
+                      bool isPart) {
   std::vector<std::string> words;
   if (!plan.commands.empty()) {
     const ToolCommand& first = plan.commands.front();
@@ -69,7 +71,8 @@ std::string StartText(const std::string& tool, const char* files, const ToolPlan
     words.insert(words.begin(), first.program);
   }
   return "<Tool" + XmlAttribute("Name", tool) + XmlAttribute("Files", TextOf(files)) +
-         XmlPathAttribute("Output", plan.output) + XmlAttribute("Command", JoinWords(words)) + "/>";
+         XmlPathAttribute("Output", plan.output) + XmlAttribute("Command", JoinWords(words)) +
+         (isPart ? XmlPathAttribute("Subject", plan.output) : "") + "/>";
 }
 
 std::string CommandElement(const ToolCommand& command) {
@@ -172,7 +175,7 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   OwnedJob owned(world, files, options);
   const auto definition = FindTool(toolName);
   if (!definition) {
-    TellFrame(kMsgToolStarted, StartText(toolName, files, {}), 0);
+    TellFrame(kMsgToolStarted, StartText(toolName, files, {}, false), 0);
     MessageLog log;
     log.AddError("there is no tool with the name " + toolName + " in " + Tools()->Folder());
     messages = log.Take();
@@ -182,7 +185,9 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
     owned.job.conflicts = TakeConflicts(owned.job.repeated);
   }
   ToolRun run(world, running, helpers, *definition, owned.job, MostMessages());
-  TellFrame(kMsgToolStarted, StartText(toolName, files, run.Plan()), 0);
+  const bool isPart = owned.job.files.size() == 1 && !run.Plan().output.empty() &&
+                      !Tools()->HasExtension(ExtensionOf(owned.job.files.front()));
+  TellFrame(kMsgToolStarted, StartText(toolName, files, run.Plan(), isPart), 0);
   const bool isDone = run.Run();
   CountMessages(run.GetLog().GetRetained());
   messages = run.TakeMessages();

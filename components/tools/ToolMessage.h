@@ -19,6 +19,7 @@ struct ToolMessage {
   std::string line;         // decimal, or empty
   bool isReported = false;  // a plain line that the report shows too
   std::size_t count = 1;    // of errors or warnings that this one stands for
+  bool failsStep = false;   // an error after which the step has failed, whatever its exit code
 };
 
 using ToolMessages = std::vector<ToolMessage>;

@@ -31,18 +31,6 @@ std::string Shortened(std::string line) {
   return line;
 }
 
-// Whether the line has the word "error" with a colon after it, or a number and a colon.
-bool StatesError(const std::string& line) {
-  constexpr std::string_view kWord = "error";
-  const std::string text = FoldCase(line);
-  for (std::size_t at = text.find(kWord); at != text.npos; at = text.find(kWord, at + 1)) {
-    const bool isStart = at == 0 || text[at - 1] == ' ' || text[at - 1] == ':';
-    const std::size_t end = text.find_first_not_of(" 0123456789", at + kWord.size());
-    if (isStart && end != text.npos && text[end] == ':') return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 ToolRun::ToolRun(const ToolWorld& machine, RunningTools& runningTools, HelperFinder& helperFinder,
@@ -190,25 +178,30 @@ bool ToolRun::RunProcess(const ToolCommand& command, const ProcessRequest& reque
 void ToolRun::ReadOutput(const ToolCommand& command, Process& process, ProcessExit& exit) {
   LineAssembler lines[2];
   MessageReader reader(tool.messages, command.folder, world.files);
-  const auto onLine = [&](std::string_view line) { AddLine(command, reader, line); };
+  const auto onLine = [&](bool isErrorStream) {
+    return [&, isErrorStream](std::string_view line) {
+      AddLine(command, reader, line, isErrorStream);
+    };
+  };
   exit = process.WaitWithOutput([&](std::string_view text, bool fromErrorStream) {
     if (command.rule->capturesSizes && !fromErrorStream) {
       captured.append(text.substr(0, kMaxCaptured - std::min(kMaxCaptured, captured.size())));
     } else {
-      lines[fromErrorStream ? 1 : 0].Add(text, onLine);
+      lines[fromErrorStream ? 1 : 0].Add(text, onLine(fromErrorStream));
     }
   });
-  for (LineAssembler& each : lines) each.Finish(onLine);
+  lines[0].Finish(onLine(false));
+  lines[1].Finish(onLine(true));
 }
 
-void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line) {
+void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line,
+                      bool isErrorStream) {
   const std::string clean = CleanLine(line);
   if (clean.empty()) return;
-  ToolMessage message = reader.Read(clean);
+  ToolMessage message = reader.Read(clean, isErrorStream);
   // What an optional step complains about must not look like a failure of the tool.
   if (command.rule->isOptional) message.severity = Severity::Plain;
-  // A linker's line of any other kind counts as an error in the report, which it need not be.
-  hasStatedError = hasStatedError || (message.severity == Severity::Error && StatesError(clean));
+  hasStatedError = hasStatedError || (message.failsStep && !command.rule->isOptional);
   log.Add(std::move(message));
 }
 

@@ -55,14 +55,14 @@ class ToolRun {
   bool ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names);
   void ReadFurtherRules(BuildRecord& found, std::vector<std::string>& names);
   void AddEarlier(const std::string& path, BuildRecord& found) const;
-  bool IsCompiledAtLink(const std::vector<std::string>& words) const;
   void AddAssembledFiles(BuildRecord& found, std::vector<std::string>& names) const;
   bool FailRules(const std::string& problem);
   std::string ReadInfos();
   bool SettleRandomNames();
   void WriteGlobals();
   std::vector<std::string> FindProducts() const;
-  void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line);
+  void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line,
+               bool isErrorStream);
 
   const ToolWorld& world;
   RunningTools& running;
@@ -74,7 +74,7 @@ class ToolRun {
   std::string captured;
   // As they were before the step that runs, or ran last.
   std::size_t errorsBefore = 0;
-  bool hasStatedError = false;  // the step called something an error itself
+  bool hasStatedError = false;  // the step printed an error that fails it
   std::size_t stepStart = 0;    // its place in `log`
   std::size_t capturedBefore = 0;
   std::optional<BuildRecord> record;

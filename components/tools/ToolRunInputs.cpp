@@ -59,7 +59,7 @@ bool ToolRun::ReadDependencies(BuildRecord& found) {
   }
   if (!plan.rules.empty() && !ReadRules(found.search, names)) return false;
   if (!plan.furtherRules.empty()) ReadFurtherRules(found, names);
-  if (IsCompiledAtLink(words)) AddAssembledFiles(found, names);
+  if (LeavesCodeToTheLink(tool, words)) AddAssembledFiles(found, names);
   std::unordered_set<std::string> seen(job.files.begin(), job.files.end());
   for (const std::string& name : job.respelled) seen.erase(name);
   for (std::string& name : names) {
@@ -156,19 +156,6 @@ void ToolRun::AddEarlier(const std::string& path, BuildRecord& found) const {
       if (earlier != path) AddOnce(found.missing, std::move(earlier));
     }
   }
-}
-
-bool ToolRun::IsCompiledAtLink(const std::vector<std::string>& words) const {
-  bool isLater = false;
-  const auto isAmong = [](const std::string& word, const std::vector<std::string>& flags) {
-    return std::any_of(flags.begin(), flags.end(),
-                       [&word](const std::string& flag) { return word.starts_with(flag); });
-  };
-  for (const std::string& word : words) {
-    if (isAmong(word, tool.linkTime)) isLater = true;
-    if (isAmong(word, tool.notLinkTime)) isLater = false;
-  }
-  return isLater;
 }
 
 // Code for the assembler goes through the object into the link, where it names files that no rules

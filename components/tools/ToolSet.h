@@ -9,6 +9,7 @@
 
 #include "components/tools/DefinitionReader.h"
 #include "platform/files/FileSystem.h"
+#include "platform/text/Text.h"
 
 namespace tarn::tools {
 
@@ -32,6 +33,10 @@ class ToolSet {
   MessageRuleLists CommonMessages() const;
   // The element that lists the tools for an extension with its dot, at most kMaxListed of them.
   std::string ToolsForExtension(std::string_view extension) const;
+  // Returns whether a tool takes files with this extension.
+  bool HasExtension(std::string_view extension) const {
+    return listsByExtension.contains(FoldCase(extension));
+  }
   // The element that describes all tools.
   std::string ListText() const;
   const std::vector<std::string>& Errors() const { return errors; }

@@ -63,30 +63,47 @@ class LookupFinder {
         hasEnded(isRunOver),
         own(runFiles.begin(), runFiles.end()) {}
 
+  // A linker script can name folders that all libraries are looked for in, and further scripts may
+  // be found there: the search is repeated until it finds no other folder.
   std::vector<Lookup> Find() {
     search = SearchFolders(&disk, tool, plan);
+    std::size_t known = 0;
+    do {
+      known = scriptFolders.size();
+      lookups.clear();
+      followed.clear();
+      namedFolders.clear();
+      AddAll();
+    } while (scriptFolders.size() > known);
+    return std::move(lookups);
+  }
+
+ private:
+  void AddAll() {
     for (const ToolCommand& command : plan.commands) AddCommand(command);
     for (const std::string& path : plan.depends) AddPath(path, true);
     if (tool.follows == Follow::Includes || hasEnded) {
       for (const std::string& file : files) FollowFile(file);
     }
-    return std::move(lookups);
   }
 
- private:
   void AddCommand(const ToolCommand& command) {
     folder = command.folder;
     const GivenArguments given = ExpandArguments(command, &disk);
     for (const std::string& path : given.responseFiles) AddPath(path, true);
     for (const LibraryRule& rule : tool.libraries) {
       for (const std::string& each : ValuesOf(rule.folderFlags, given.words)) {
-        // "=" stands for the root of the target's system, which is empty by default.
-        const std::string_view name = std::string_view(each).substr(each.starts_with('=') ? 1 : 0);
-        if (!name.empty()) libraryFolders.push_back(AbsolutePath(&disk, folder, name));
+        if (std::string path = LibraryFolder(each); !path.empty()) {
+          namedFolders.push_back(std::move(path));
+        }
       }
     }
     for (const LibraryRule& rule : tool.libraries) {
-      for (const std::string& name : ValuesOf(rule.nameFlags, given.words)) AddLibrary(rule, name);
+      for (const std::string& name : ValuesOf(rule.nameFlags, given.words)) {
+        AddLibrary(rule, name, LibraryFolders());
+      }
+      // Of these the toolchain's come before those in the folders of scripts.
+      for (const std::string& name : plan.implicitLibraries) AddLibrary(rule, name, namedFolders);
     }
     for (const std::string& name : ValuesOf(tool.includes, given.words)) {
       Lookup lookup{{AbsolutePath(&disk, folder, name)}, true};
@@ -109,9 +126,24 @@ class LookupFinder {
     }
   }
 
-  void AddLibrary(const LibraryRule& rule, const std::string& name) {
+  // The absolute path of a folder that an option or a script names. "=" stands for the root of the
+  // target's system, which is empty by default.
+  std::string LibraryFolder(std::string_view name) const {
+    if (name.starts_with('=')) name.remove_prefix(1);
+    return name.empty() ? std::string() : AbsolutePath(&disk, folder, name);
+  }
+
+  // In the order in which they are searched.
+  std::vector<std::string> LibraryFolders() const {
+    std::vector<std::string> folders = namedFolders;
+    folders.insert(folders.end(), scriptFolders.begin(), scriptFolders.end());
+    return folders;
+  }
+
+  void AddLibrary(const LibraryRule& rule, const std::string& name,
+                  const std::vector<std::string>& folders) {
     Lookup lookup{{}, true};
-    for (const std::string& each : libraryFolders) {
+    for (const std::string& each : folders) {
       for (const std::string& file : FileNames(rule, name)) {
         lookup.places.push_back(AbsolutePath(&disk, each, file));
       }
@@ -152,7 +184,7 @@ class LookupFinder {
     Lookup lookup{{AbsolutePath(&disk, folder, name)}, false};
     if (own.contains(lookup.places.front())) return;
     if (IsRelativePath(name)) {
-      for (const std::string& each : libraryFolders) {
+      for (const std::string& each : LibraryFolders()) {
         lookup.places.push_back(AbsolutePath(&disk, each, name));
       }
     }
@@ -184,7 +216,9 @@ class LookupFinder {
 
   void FollowText(std::string_view text, const std::string& path) {
     if (tool.follows == Follow::Scripts) {
-      for (const std::string& name : FindScriptInputs(text)) AddScriptInput(name, path);
+      const ScriptNames names = FindScriptNames(text);
+      for (const std::string& name : names.folders) AddScriptFolder(name);
+      for (const std::string& name : names.inputs) AddScriptInput(name, path);
     } else {
       for (const std::string& name : FindIncludes(text)) AddInclude(name, path);
     }
@@ -201,14 +235,23 @@ class LookupFinder {
     if (bytes->size() <= kMaxFollowed && IsText(*bytes)) FollowText(*bytes, path);
   }
 
+  void AddScriptFolder(const std::string& name) {
+    std::string path = LibraryFolder(name);
+    const bool isKnown =
+        std::find(scriptFolders.begin(), scriptFolders.end(), path) != scriptFolders.end();
+    if (!path.empty() && !isKnown) scriptFolders.push_back(std::move(path));
+  }
+
   void AddScriptInput(const std::string& name, const std::string& script) {
     if (name.starts_with("-l") && name.size() > 2) {
-      for (const LibraryRule& rule : tool.libraries) AddLibrary(rule, name.substr(2));
+      for (const LibraryRule& rule : tool.libraries) {
+        AddLibrary(rule, name.substr(2), LibraryFolders());
+      }
       return;
     }
     Lookup lookup{{AbsolutePath(&disk, folder, name)}, true};
     lookup.places.push_back(AbsolutePath(&disk, FolderOf(script), name));
-    for (const std::string& each : libraryFolders) {
+    for (const std::string& each : LibraryFolders()) {
       lookup.places.push_back(AbsolutePath(&disk, each, name));
     }
     Add(std::move(lookup));
@@ -237,8 +280,9 @@ class LookupFinder {
   const bool hasEnded;  // archives are read as well, which takes too long in a search for an order
   const std::unordered_set<std::string> own;  // the files of the run
   std::vector<std::string> search;
-  std::string folder;                       // of the current command
-  std::vector<std::string> libraryFolders;  // of all commands up to it
+  std::string folder;                      // of the current command
+  std::vector<std::string> namedFolders;   // to search libraries in, of all commands up to it
+  std::vector<std::string> scriptFolders;  // that linker scripts name for the same
   std::unordered_set<std::string> followed;
   std::vector<Lookup> lookups;
 };

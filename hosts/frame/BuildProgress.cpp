@@ -7,6 +7,7 @@ namespace tarn::host {
 namespace {
 
 std::string SubjectOf(const ToolStart& start) {
+  if (!start.subject.empty()) return start.subject;
   // A tool with many files makes one thing out of them; that is what it is known by.
   const bool isSingle = start.files.size() == 1;
   if (!isSingle && !start.output.empty()) return start.output;

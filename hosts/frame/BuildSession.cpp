@@ -503,6 +503,7 @@ std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
   start.files = SplitQuotedPaths(AttributeOf(element.get(), "Files"));
   start.output = AttributeOf(element.get(), "Output");
   start.command = AttributeOf(element.get(), "Command");
+  start.subject = AttributeOf(element.get(), "Subject");
   // From here on it is a build that runs tools, whose log is kept.
   log.Renew(inspector.GetLogFile());
   if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));

@@ -63,6 +63,8 @@ struct ToolStart {
   std::vector<std::string> files;
   std::string output;
   std::string command;
+  std::string subject =
+      {};  // the file that the run is known by; empty: its only file, or its output
 };
 
 // Who watches a build. Called on the host's thread, between two steps of the build.

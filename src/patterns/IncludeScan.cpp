@@ -123,22 +123,28 @@ std::vector<std::string> FindIncludes(std::string_view text) {
   return names;
 }
 
-std::vector<std::string> FindScriptInputs(std::string_view text) {
-  Names names;
+ScriptNames FindScriptNames(std::string_view text) {
+  ScriptNames found;
   const std::string plain = WithoutComments(text);
   std::string_view rest = plain;
-  int depth = 0;  // parentheses inside INPUT or GROUP
+  int depth = 0;  // parentheses inside a list of inputs
+  bool isFolder = false;
   std::string_view before;
   for (std::string_view token; !(token = TakeScriptToken(rest)).empty(); before = token) {
     if (token == "(") {
-      if (depth > 0 || before == "INPUT" || before == "GROUP") ++depth;
+      const bool isList = before == "INPUT" || before == "GROUP" || before == "STARTUP";
+      if (depth > 0 || isList) ++depth;
+      isFolder = before == "SEARCH_DIR";
     } else if (token == ")") {
       if (depth > 0) --depth;
+      isFolder = false;
+    } else if (isFolder) {
+      AddOnce(found.folders, token);
     } else if (before == "INCLUDE" || (depth > 0 && token != "AS_NEEDED")) {
-      AddOnce(names, token);
+      AddOnce(found.inputs, token);
     }
   }
-  return names;
+  return found;
 }
 
 }  // namespace tarn

@@ -13,8 +13,14 @@ namespace tarn {
 // are included, names that a macro yields are not.
 std::vector<std::string> FindIncludes(std::string_view text);
 
-// Names that a linker script reads further files by, each once: after INCLUDE, and in INPUT(...)
-// and GROUP(...), where "-lNAME" stands for a library.
-std::vector<std::string> FindScriptInputs(std::string_view text);
+// What a linker script names, each once, verbatim.
+struct ScriptNames {
+  // Files to read: after INCLUDE, and in INPUT(...), GROUP(...) and STARTUP(...), where "-lNAME"
+  // stands for a library.
+  std::vector<std::string> inputs;
+  // Folders to search libraries in, by SEARCH_DIR(...), in order.
+  std::vector<std::string> folders;
+};
+ScriptNames FindScriptNames(std::string_view text);
 
 }  // namespace tarn

@@ -186,6 +186,116 @@ TEST(CliInputs, AMemberOfAThinArchiveChanges) {
   });
 }
 
+TEST(CliInputs, ALibraryIsFoundEarlier) {
+  const auto add = [](const std::string& script) {
+    return [=](CliProject& p) {
+      Runs("echo 'int f;' > f.c; gcc -c f.c -o f.o; ar rc inc2/libf.a f.o")(p);
+      p.Edit("l.ld", script + "SECTIONS { } INSERT AFTER .text;\n");
+    };
+  };
+  ExpectBuilt({
+      {"one of the compiler comes", "", "-Linc1", "", {}, Runs("ar rc inc1/libgcc.a"), "app"},
+      {"one of the compiler changes", "", "-Linc1", "", Runs("ar rc inc1/libm.a"),
+       Runs("echo 'int f;' > f.c; gcc -c f.c -o f.o; ar rc inc1/libm.a f.o"), "app"},
+      {"in a folder of a script", "", "-lf -T l.ld", "",
+       add("SEARCH_DIR(\"inc1\") SEARCH_DIR(inc2)\n"), Runs("cp inc2/libf.a inc1/libf.a"), "app"},
+      {"in a folder of a script that is found in one", "", "-lf -T l.ld", "",
+       [=](CliProject& p) {
+         add("SEARCH_DIR(inc2)\nINCLUDE m.ld\n")(p);
+         p.Edit("inc2/m.ld", "SEARCH_DIR(inc1)\n");
+       },
+       Edits("m.ld", "SEARCH_DIR(inc1) PROVIDE(p = 1);\n"), "app"},
+      {"of another name", "", "-Linc1", "", {}, Runs("ar rc inc1/libother.a"), ""},
+  });
+}
+
+TEST(CliInputs, AnAvrLibraryIsFoundEarlier) {
+  if (FindProgram("avr-gcc").empty()) GTEST_SKIP() << "avr-gcc isn't on this machine";
+  CliProject project;
+  project.Out({"options", "set", "Target.Toolchain", "avr-gcc"});
+  project.Out({"options", "set", "Target.Device", "atmega328p"});
+  project.Out({"options", "set", "Linker.LibraryPaths", "lib"});
+  fs::create_directory(project.PathOf("lib"));
+  project.Out({"build"});
+  for (const char* change :
+       {"avr-ar rc lib/libc.a", "avr-gcc -c -x c /dev/null -o e.o; avr-ar rc lib/libc.a e.o",
+        "avr-ar rc lib/libatmega328p.a"}) {
+    SCOPED_TRACE(change);
+    EXPECT_EQ(Built(project.Out({"build"})), "");
+    Runs(change)(project);
+    EXPECT_EQ(Built(project.Out({"build"})), "app.elf");
+  }
+}
+
+TEST(CliInputs, AFolderWithAPrefixIsSearched) {
+  const char* const kInclude = "#include <x.h>\n";
+  ExpectBuilt({
+      {"last",
+       "-iprefix ./ -iwithprefix inc1 -iwithprefix inc2",
+       "",
+       kInclude,
+       {},
+       Edits("inc1/x.h", "")},
+      {"before others",
+       "-iprefixin -iwithprefixbeforec1 -Iinc2",
+       "",
+       kInclude,
+       {},
+       Edits("inc1/x.h", "")},
+      {"long names",
+       "--include-prefix=./ --include-with-prefix-before=inc1 -Iinc2",
+       "",
+       kInclude,
+       {},
+       Edits("inc1/x.h", "")},
+      {"another prefix later",
+       "-iprefix inc -iwithprefix 1 -iprefix no -iwithprefix 2 -Iinc2",
+       "",
+       kInclude,
+       {},
+       Edits("no2/x.h", "")},
+  });
+}
+
+TEST(CliInputs, LinkTimeOptimizationKeepsTheCompilersQuiet) {
+  CliProject project;
+  project.Out({"options", "set", "C.Compiler.Extra", "--", "-flto"});
+  project.Out({"options", "set", "Linker.Extra", "--", "-flto"});
+  project.Write("src/c.c", kBinary);
+  project.Write("d.bin", "1");
+  const std::string out = project.Out({"build"});
+  EXPECT_FALSE(Has(out, "warning")) << out;
+  project.Edit("d.bin", "2");
+  EXPECT_EQ(Built(project.Out({"build"})), "c.c app");
+}
+
+// Flags of a makefile, which ask for files of rules of their own.
+TEST(CliInputs, OptionsForDependenciesHideNone) {
+  CliProject project;
+  int edits = 0;
+  for (const char* options : {"-MF own.d", "-MMD -MP -MFown.d", "-MT own -MQ other", "-M",
+                              "-MM -MG", "-Wp,-MD,own.d", "-Wp,-MMD,own.d", "@own.rsp"}) {
+    SCOPED_TRACE(options);
+    project.Write("own.rsp", "-MMD -MF own.d");
+    project.Out({"options", "set", "C.Compiler.Extra", "--", options});
+    project.Out({"build"});
+    EXPECT_EQ(Built(project.Out({"build"})), "");
+    project.Edit("src/a.h", "int a(void);\n//" + std::to_string(++edits));
+    EXPECT_EQ(Built(project.Out({"build"})), "a.c b.c app");
+  }
+}
+
+TEST(CliInputs, AFileBesideTheObjectGoes) {
+  const auto removes = [](const std::string& extension) {
+    return Runs("rm $(find build -name 'x.c" + extension + "')");
+  };
+  ExpectBuilt({
+      {"the stack usage", "-fstack-usage", "", "", {}, removes(".su")},
+      {"split debug information", "-g -gsplit-dwarf", "", "", {}, removes(".dwo")},
+      {"notes for coverage", "-ftest-coverage", "", "", {}, removes(".gcno")},
+  });
+}
+
 constexpr const char* kAssembler = "#!/bin/sh\n#1\nexec /usr/bin/as \"$@\"\n";
 constexpr const char* kLinker = "#!/bin/sh\n#1\nexec /usr/bin/ld \"$@\"\n";
 

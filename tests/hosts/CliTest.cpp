@@ -32,6 +32,13 @@ std::map<std::string, std::filesystem::file_time_type> OutputTimes(const CliProj
   return times;
 }
 
+TEST(Cli, ALinkOfOneSourceIsShownByItsProgram) {
+  CliProject project;
+  project.WriteProject({{"app", {"b.c"}}});
+  project.Write("src/b.c", "int main(void) { return 0; }\n");
+  EXPECT_EQ(Built(project.Out({"build"})), "b.c app");
+}
+
 TEST(Cli, ASecondBuildInANewProcessRunsNoToolAndATouchedHeaderThoseOfItsDependants) {
   CliProject project;
   const auto first = project.Run({"build"});

@@ -275,12 +275,18 @@ TEST(CliTrust, AProjectThatStaysInsideIsNotAskedAbout) {
        "-ffile-prefix-map=/usr=. -Wa,--fatal-warnings -march=native"});
   project.Out({"options", "set", "Linker.Extra", "--",
                "-Wl,-Map=build/x.map -Wl,--start-group build/Standard/app.obj/c.o -Wl,--end-group "
-               "-L/usr/lib -lm -Wl,-rpath,/usr/lib -Wl,--defsym=top=0x20 -T src/a.ld"});
+               "-L/usr/lib -lm -Wl,-rpath,/usr/lib -Wl,--defsym=top=0x20 -T src/a.ld "
+               "-Wl,-plugin-opt=-pass-through=-lc"});
   project.Out({"options", "set", "Linker.MapFile", "build/y.map"});
   project.environment.emplace_back("TARN_LAUNCHER", "env");
   const auto answer = project.Run({"build"});
   EXPECT_FALSE(Has(answer.out + answer.err, "trust")) << answer.out << answer.err;
   EXPECT_NE(answer.code, 3);
+  // The plug-in runs a program that it gets in this way.
+  project.Out({"options", "set", "Linker.Extra", "--", "-Wl,-plugin-opt=./run.sh"});
+  const auto refused = project.Run({"build"});
+  EXPECT_EQ(refused.code, 3);
+  EXPECT_TRUE(Has(refused.err, "run code with the argument -plugin-opt=./run.sh")) << refused.err;
 }
 
 TEST(CliTrust, TheListHoldsFoldersWithAllBelowThem) {

@@ -43,10 +43,13 @@ TEST(IncludeScan, CommentsAndContinuedLinesHideNoDirective) {
 }
 
 TEST(IncludeScan, FindsWhatALinkerScriptReads) {
-  EXPECT_THAT(FindScriptInputs("/* INCLUDE no.ld */ INCLUDE sub.ld\n"
-                               "INPUT(a.o, \"b c.o\" AS_NEEDED ( -lm ) d.o)\nGROUP ( e.a )\n"
-                               "SECTIONS { .x : { INCLUDE deep/x.ld; *(.text) KEEP(f.o) } }"),
-              ElementsAre("sub.ld", "a.o", "b c.o", "-lm", "d.o", "e.a", "deep/x.ld"));
+  const ScriptNames names = FindScriptNames(
+      "/* INCLUDE no.ld */ INCLUDE sub.ld\nSEARCH_DIR(\"a b\"); SEARCH_DIR ( =lib )\n"
+      "INPUT(a.o, \"b c.o\" AS_NEEDED ( -lm ) d.o)\nGROUP ( e.a )\nSTARTUP(s.o)\n"
+      "SECTIONS { .x : { INCLUDE deep/x.ld; *(.text) KEEP(f.o) } }");
+  EXPECT_THAT(names.inputs,
+              ElementsAre("sub.ld", "a.o", "b c.o", "-lm", "d.o", "e.a", "s.o", "deep/x.ld"));
+  EXPECT_THAT(names.folders, ElementsAre("a b", "=lib"));
 }
 
 }  // namespace

@@ -228,8 +228,7 @@ TEST(ShippedTools, CompileAndLinkLinesAreComplete) {
             "avr-gcc -c -mmcu=atmega328p -DF_CPU=16000000UL -Os -std=c11 -Wall -gdwarf-2 "
             "-fdiagnostics-color=never -fdebug-prefix-map=/p/= -gno-record-gcc-switches "
             "-frandom-seed=out/x.o -ffunction-sections -fdata-sections -DA -DB=2 -Isrc "
-            "-I/inc -MD -MF out/x.d -Xassembler --MD -Xassembler out/x.as.d -x c -flto src/a.c -o "
-            "out/x.o\n");
+            "-I/inc -x c -flto -MD -MF out/x.d src/a.c -o out/x.o\n");
   EXPECT_EQ(commands("avr-gcc.tools", "avr-gcc.link", "\"/p/out/a.o\",\"/p/out/b.o\"", options),
             "avr-gcc -mmcu=atmega328p -fdiagnostics-color=never -fdebug-prefix-map=/p/= "
             "-gno-record-gcc-switches -Wl,--gc-sections "
@@ -240,7 +239,7 @@ TEST(ShippedTools, CompileAndLinkLinesAreComplete) {
       commands("host-gcc.tools", "host-gcc.cpp", "\"/p/src/a.cpp\"", "Compiler.Warnings=extra"),
       "g++ -c -Wall -Wextra -fdiagnostics-color=never -ffile-prefix-map=/p/= "
       "-frandom-seed=out/x.o -ffunction-sections -fdata-sections "
-      "-MD -MF out/x.d -Xassembler --MD -Xassembler out/x.as.d -x c++ src/a.cpp -o out/x.o\n");
+      "-Xassembler --MD -Xassembler out/x.as.d -x c++ -MD -MF out/x.d src/a.cpp -o out/x.o\n");
   EXPECT_EQ(commands("sdcc-mcs51.tools", "sdcc-mcs51.c", "\"/p/src/a.c\"", "Compiler.Optimize=s"),
             "sdcc -mmcs51 -c --opt-code-size -MMD src/a.c -o out/x.o\n");
 }

@@ -145,6 +145,43 @@ TEST(ToolManager, EveryFailureIsAnErrorInTheMessagesAndLeavesNoRecord) {
   }
 }
 
+// A program that ends with exit code 0 has failed if it printed an error where it reports errors.
+TEST(ToolManager, AStatedErrorFailsAToolInSpiteOfExitCode0) {
+  constexpr const char* kTalkers =
+      R"(<T><Tool Name="cc" Messages="gcc"><Step Program="p"/></Tool>)"
+      R"(<Tool Name="link" Messages="gnu-ld gcc"><Step Program="p"/></Tool>)"
+      R"(<Tool Name="sdcc" Messages="sdcc"><Step Program="p"/></Tool>)"
+      R"(<Tool Name="acme"><Line Template="^acme: {SPECMESSAGE}" Kind="Error"/>)"
+      R"(<Line Template="^note: {SPECMESSAGE}" Kind="Error" Fails="No"/><Step Program="p"/></Tool>)"
+      R"(<Tool Name="optional" Messages="gcc"><Step Program="p" Optional="Yes"/></Tool></T>)";
+  const struct {
+    const char* tool;
+    bool isErrorStream;
+    const char* line;
+    bool isDone;
+  } rows[] = {
+      {"cc", true, "a.c:1:2: error: bad", false},
+      {"cc", true, "Fatal error: no room", false},
+      {"cc", true, "a.c:1:2: warning: error: odd", true},
+      {"cc", false, "error: what the assembler's .print says", true},
+      {"cc", false, "a.S:3: Error: the same, dressed up", true},
+      {"link", true, "ld: error: no such thing", false},
+      {"link", true, "c.o: in function f: x.c:3: undefined reference to `error'", true},
+      {"link", true, "/usr/bin/ld: x.c:(.text+0x1): undefined reference to `error: f'", true},
+      {"link", true, "ld: Removing unused section '.text.error_handler' in file 'x.o'", true},
+      {"sdcc", true, "at 1: error 119: don't know what to do with file 'own'", false},
+      {"sdcc", true, "?ASlink-Error-<cannot open> : \"none.rel\"", false},
+      {"acme", false, "acme: does not fit", false},
+      {"acme", true, "note: does not fit", true},
+      {"optional", true, "a.c:1:2: error: bad", true},
+  };
+  for (const auto& row : rows) {
+    ToolManagerFixture tools(kTalkers);
+    tools.launcher.Queue({{{row.isErrorStream, row.line}}, {0, false}, {}});
+    EXPECT_EQ(tools.Run(row.tool, "\"/p/a.c\""), row.isDone) << row.tool << ": " << row.line;
+  }
+}
+
 TEST(ToolManager, AFolderThatCannotBeMadeIsToldBeforeAnythingRuns) {
   ToolManagerFixture tools(kDefinitions);
   tools.disk.AddFile("/p/o", "a file in the way");
