@@ -153,9 +153,9 @@ void Relocating::PrintMoves(const Relocation& relocation) const {
           (isTaken ? "; " + context.Show(each.candidates.front()) + " could be another file, too"
                    : std::string()));
     } else {
-      std::string text = former + " could be one of several files:";
-      for (const std::string& path : each.candidates) text += "\n  " + context.Show(path);
-      context.Complain(text);
+      std::vector<std::string> list;
+      for (const std::string& path : each.candidates) list.push_back("  " + context.Show(path));
+      context.Complain(former + " could be one of several files:", list);
     }
   }
 }

@@ -6,6 +6,7 @@
 #include "hosts/cli/EditRecord.h"
 #include "hosts/frame/Relocation.h"
 #include "platform/files/KeptCopy.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 
@@ -76,7 +77,7 @@ int Merge(CommandContext& context, const std::string& project, const FileChanges
   InspectorDriver& inspector = context.Session().Inspector();
   const std::vector<FileText> before = ReadProjectFiles(inspector);
   if (const Status applied = ApplyChanges(inspector, changes); !applied) {
-    context.Complain(label + ", nothing was changed:\n" + Printable(applied.GetError().text));
+    context.Complain(label + ", nothing was changed:", SplitLines(applied.GetError().text));
     return kExitCannotOpen;
   }
   isDone = !FindChanges(before, ReadProjectFiles(inspector)).empty();
