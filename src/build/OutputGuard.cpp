@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "platform/files/Destination.h"
+#include "platform/files/ProjectFolder.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"

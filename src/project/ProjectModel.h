@@ -519,8 +519,8 @@ class CProjectModel {
 
   FileSystem& files;
   FileGuard guard;
-  ProjectLock editLock;
   ProjectTrust trust;
+  ProjectLock editLock;
   std::vector<FileDamage> damage;
   std::vector<FileDamage> failedDamage;
   bool protectsDamage = false;
