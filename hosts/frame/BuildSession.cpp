@@ -175,6 +175,7 @@ Status BuildSession::AttachComponents() {
   }
   options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
   inspector.ProtectDamaged(!acceptsAllDamage);
+  inspector.SetStateFolder(folders.state);
   trust.Refresh();
   return {};
 }
