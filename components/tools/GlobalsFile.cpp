@@ -54,21 +54,28 @@ std::string GlobalsText(std::vector<GlobalSymbol> symbols) {
   return text + "</Globals>\n";
 }
 
-std::string UpdateGlobalsFile(FileSystem& files, const std::string& path,
+ToolMessage UpdateGlobalsFile(FileSystem& files, const std::string& path,
                               const std::string& program, const std::string& folder) {
+  ToolMessage said;
   auto bytes = files.ReadWholeFile(program);
-  if (!bytes) return program + ": " + bytes.GetError().text;
+  if (!bytes) {
+    said.text = program + ": " + bytes.GetError().text;
+    return said;
+  }
   GlobalSymbols found = ReadDebugSymbols(*bytes, folder);
-  std::string note = found.problem.empty() ? "" : "the list of globals: " + found.problem;
-  if (found.isUnable) return note;
+  if (!found.problem.empty()) said.text = "the list of globals: " + found.problem;
+  if (found.isUnable) return said;
   Status done;
   if (!found.symbols.empty()) {
     done = WriteWhenChanged(files, path, GlobalsText(std::move(found.symbols)));
   } else if (files.ExamineExactly(path)) {
     done = files.RemoveScratchFile(path);
   }
-  if (!done) note = "the list of globals can't be written: " + path + ": " + done.GetError().text;
-  return note;
+  if (done) return said;
+  said.severity = Severity::Warning;
+  said.text = said.content =
+      "the list of globals can't be written: " + path + ": " + done.GetError().text;
+  return said;
 }
 
 }  // namespace tarn::tools

@@ -31,6 +31,28 @@ const std::string* FindFlag(const std::vector<std::string>& flags, std::string_v
   return found == flags.end() ? nullptr : &*found;
 }
 
+// The macros for options in what the definition writes, and gives to programs.
+std::vector<std::string> OptionMacrosOf(const ToolDefinition& tool) {
+  std::vector<const Template*> templates{&tool.output, &tool.listing};
+  for (const Template& each : tool.products) templates.push_back(&each);
+  for (const StepRule& step : tool.steps) {
+    for (const ArgumentRule& each : step.arguments) {
+      templates.insert(templates.end(), {&each.value, &each.list});
+    }
+  }
+  std::vector<std::string> macros;
+  for (const Template* each : templates) {
+    for (std::string& macro : each->GetOptionMacros()) macros.push_back(std::move(macro));
+  }
+  return macros;
+}
+
+// "Section.Property" of "$(Section.Property)", also if alternatives follow it.
+std::string NameOfMacro(const std::string& macro) {
+  const std::size_t start = macro.find_first_not_of("$(");
+  return start == macro.npos ? macro : macro.substr(start, macro.find_first_of("?:;)") - start);
+}
+
 class AccessFinder {
  public:
   AccessFinder(const ToolWorld& toolWorld, const ToolDefinition& definition, const ToolJob& toolJob)
@@ -55,14 +77,35 @@ class AccessFinder {
     AddWrite(FolderOf(plan.outputOnDisk));
     if (tool_.isProgram) access_.code.push_back("the tool " + tool_.name);
     for (const ToolCommand& command : plan.commands) AddCommand(command);
+    NameOptions();
     return std::move(access_);
   }
 
  private:
   void AddWrite(const std::string& path) {
     auto& known = access_.writes;
-    if (path.empty() || std::find(known.begin(), known.end(), path) != known.end()) return;
-    known.push_back(path);
+    const auto isThis = [&](const FileWrite& each) { return each.path == path; };
+    if (path.empty() || std::any_of(known.begin(), known.end(), isThis)) return;
+    known.push_back({path, {}});
+  }
+
+  // A value that is the path counts, else the first one in which its name is, as among arguments.
+  void NameOptions() {
+    std::vector<std::pair<std::string, std::string>> values;
+    for (const std::string& macro : OptionMacrosOf(tool_)) {
+      const std::string name = NameOfMacro(macro);
+      const std::string value = job_.values->Resolve(macro);
+      if (!value.empty() && !name.starts_with("General.")) values.emplace_back(name, value);
+    }
+    for (FileWrite& each : access_.writes) {
+      const std::string name = FileNameOf(each.path);
+      for (const auto& [option, value] : values) {
+        const bool isPath = AbsolutePath(world_.files, job_.baseFolder, value) == each.path;
+        const bool isPart = each.option.empty() && value.find(name) != value.npos;
+        if (isPath || isPart) each.option = option;
+        if (isPath) break;
+      }
+    }
   }
 
   void AddValue(std::string_view value) {
@@ -170,9 +213,12 @@ RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, cons
 std::string RunAccessText(const RunAccess& access) {
   std::vector<FileText> list;
   for (const auto& [kind, entries] :
-       {std::pair("code", &access.code), std::pair("program", &access.programs),
-        std::pair("write", &access.writes)}) {
+       {std::pair("code", &access.code), std::pair("program", &access.programs)}) {
     for (const std::string& each : *entries) list.push_back({kind, each});
+  }
+  for (const FileWrite& each : access.writes) {
+    list.push_back({"write", each.path});
+    if (!each.option.empty()) list.push_back({"option", each.option});
   }
   // Even of a run that reaches for nothing it says something.
   list.push_back({"end", {}});

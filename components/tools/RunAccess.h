@@ -8,6 +8,11 @@
 
 namespace tarn::tools {
 
+struct FileWrite {
+  std::string path;    // absolute
+  std::string option;  // whose value names it: "Linker.MapFile"; empty if none does
+};
+
 // What a run of a tool would reach for because of the options of its node, so that a caller can
 // decide whether the project that they come from may do that.
 struct RunAccess {
@@ -15,7 +20,7 @@ struct RunAccess {
   // ./x.sh".
   std::vector<std::string> code;
   std::vector<std::string> programs;  // that the definition names, as found on this machine
-  std::vector<std::string> writes;    // absolute, each once
+  std::vector<FileWrite> writes;      // each once
 };
 
 // Errs on the side of a write: an argument with the path of a file counts as one unless it is a
@@ -23,8 +28,8 @@ struct RunAccess {
 RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, const ToolPlan& plan,
                         const ToolJob& job);
 
-// Each entry as JoinFileTexts writes a file, with "code", "program" or "write" for its path: no
-// byte of a name is lost on the way to the caller.
+// Each entry as JoinFileTexts writes a file, with "code", "program" or "write" for its path, and
+// "option" after a write that an option names: no byte of a name is lost on the way to the caller.
 std::string RunAccessText(const RunAccess& access);
 
 }  // namespace tarn::tools

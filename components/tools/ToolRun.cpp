@@ -337,9 +337,9 @@ std::int64_t ToolRun::BringForward(const BuildRecord& made, const FileStatus& ou
 // A program without its list of globals is a program all the same.
 void ToolRun::WriteGlobals() {
   if (tool.globals.format == GlobalsRule::Format::None || plan.globals.empty()) return;
-  const std::string note =
+  ToolMessage said =
       UpdateGlobalsFile(*world.files, plan.globals, plan.outputOnDisk, job.baseFolder);
-  if (!note.empty()) log.AddPlain(note);
+  if (!said.text.empty()) log.Add(std::move(said));
 }
 
 std::string ToolRun::ReadInfos() {

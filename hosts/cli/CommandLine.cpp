@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "hosts/cli/Console.h"
 #include "hosts/cli/HelpText.h"
@@ -119,6 +120,11 @@ class Grammar {
                       "Also write applications outside the project's folder");
   }
 
+  void AddVerbose(CLI::App* command, const char* help) {
+    command->add_flag("-v,--verbose", invocation.verbose, help)
+        ->excludes(command->get_option("--quiet"));
+  }
+
   void AddConfiguration(CLI::App* command) {
     command
         ->add_option("-c,--config", invocation.configuration,
@@ -137,7 +143,7 @@ class Grammar {
       CLI::App* command = AddCommand(app, name, help);
       AddProject(command);
       AddConfiguration(command);
-      command->add_flag("-v,--verbose", invocation.verbose, "Show every command and its output");
+      AddVerbose(command, "Show every command and its output");
       command->add_flag("--no-wait", invocation.noWait,
                         "Fail (exit code 3) if another build of the project is running");
       AddDamagedOk(command);
@@ -158,6 +164,7 @@ class Grammar {
     CLI::App* log = AddCommand(app, "log", "Show the log of the last build");
     AddProjectOnly(log);
     CLI::Option* xml = log->add_flag("--xml", invocation.xml, "The log file as it is");
+    xml->excludes(log->get_option("--json"));
     CLI::Option* follow =
         log->add_flag("-f,--follow", invocation.follow, "Go on with what builds write from now on");
     follow->excludes(xml);
@@ -302,7 +309,7 @@ class Grammar {
     command->add_option("FILE", invocation.script, "The script, e.g. release.lua")->required();
     AddProject(command);
     AddConfiguration(command);
-    command->add_flag("-v,--verbose", invocation.verbose, "Show every command of its builds");
+    AddVerbose(command, "Show every command of its builds");
     AddDamagedOk(command);
     AddOutsideOk(command);
   }
@@ -319,8 +326,11 @@ class Grammar {
                             ->add_option("PROJECT", invocation.project,
                                          "A folder, with all below it, or that of a project file")
                             ->check(IsGiven());
-    command->add_flag("--list", invocation.list, "Show the trusted folders")->excludes(path);
-    command->add_flag("--revoke", invocation.revoke, "Trust the folder no longer");
+    CLI::Option* revoke =
+        command->add_flag("--revoke", invocation.revoke, "Trust the folder no longer");
+    command->add_flag("--list", invocation.list, "Show the trusted folders")
+        ->excludes(path)
+        ->excludes(revoke);
   }
 
   void AddRegistration() {
@@ -440,9 +450,9 @@ class Grammar {
   Invocation invocation;
 };
 
-// The command that stands first on the line, with what it can be followed by.
-std::string UnknownCommandText(const Grammar& grammar, const CLI::App& parent, int argc,
-                               const char* const* argv, int first) {
+// The lines that say that there is no command as the first words name it; empty if there is one.
+std::vector<std::string> ExplainUnknownCommand(const Grammar& grammar, const CLI::App& parent,
+                                               int argc, const char* const* argv, int first) {
   for (int i = first; i < argc; ++i) {
     const std::string word = argv[i];
     if (word.starts_with("-")) continue;
@@ -450,12 +460,13 @@ std::string UnknownCommandText(const Grammar& grammar, const CLI::App& parent, i
     for (const CLI::App* each : parent.get_subcommands({})) {
       if (each->get_name() != word) continue;
       const bool hasMore = !each->get_subcommands({}).empty();
-      return hasMore ? UnknownCommandText(grammar, *each, argc, argv, i + 1) : std::string();
+      if (!hasMore) return {};
+      return ExplainUnknownCommand(grammar, *each, argc, argv, i + 1);
     }
     const bool isTop = parent.get_parent() == nullptr;
-    return "There is no command \"" + (isTop ? word : parent.get_name() + " " + word) + "\"." +
-           SuggestionText(word, names) + "\n`" + (isTop ? "tarn" : "tarn " + parent.get_name()) +
-           " --help` lists the commands.";
+    return {"There is no command \"" + (isTop ? word : parent.get_name() + " " + word) + "\"." +
+                SuggestionText(word, names),
+            "`" + (isTop ? "tarn" : "tarn " + parent.get_name()) + " --help` lists the commands."};
   }
   return {};
 }
@@ -490,8 +501,8 @@ CommandEntry DescribeCommandLine() {
 
 namespace {
 
-void Complain(const std::string& text) {
-  Console(std::cout, {}).Complain(text);
+void Complain(const std::string& text, const std::vector<std::string>& more = {}) {
+  Console(std::cout, {}).Complain(text, more);
 }
 
 }  // namespace
@@ -509,9 +520,10 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
     std::cerr << grammar.App().help();
     return {std::nullopt, kExitUsage};
   }
-  const std::string unknown = UnknownCommandText(grammar, grammar.App(), argc, argv, 1);
+  const std::vector<std::string> unknown =
+      ExplainUnknownCommand(grammar, grammar.App(), argc, argv, 1);
   if (!unknown.empty()) {
-    Complain(unknown);
+    Complain(unknown.front(), {unknown.begin() + 1, unknown.end()});
     return {std::nullopt, kExitUsage};
   }
   if (const std::string option = OptionWithoutValue(argc, argv); !option.empty()) {
@@ -521,9 +533,14 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
   try {
     grammar.App().parse(argc, argv);
   } catch (const CLI::Success& asked) {
-    return {std::nullopt, grammar.App().exit(asked)};
+    std::ostringstream text;
+    const int code = grammar.App().exit(asked, text, text);
+    std::string shown = text.str();
+    if (shown.ends_with('\n')) shown.pop_back();
+    Console(std::cout, {}).PrintDocument(shown, DocumentFormat::Lines);
+    return {std::nullopt, code};
   } catch (const CLI::Error& wrong) {
-    Complain(std::string(wrong.what()) + "\n" + HelpHint(grammar.App()));
+    Complain(wrong.what(), {HelpHint(grammar.App())});
     return {std::nullopt, kExitUsage};
   }
   return {grammar.Result(), kExitDone};

@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstdlib>
 
-#include "hosts/cli/Printable.h"
+#include "hosts/frame/Printable.h"
 
 namespace tarn::host {
 
@@ -95,18 +95,19 @@ void Console::PrintDocument(std::string_view text, DocumentFormat format) {
   hasPrinted = true;
 }
 
-void Console::Complain(std::string_view text) {
+void Console::Complain(std::string_view text, const std::vector<std::string>& more) {
   PrintError(std::string("tarn: ").append(text));
+  for (const std::string& line : more) PrintError(line);
 }
 
 void Console::PrintError(std::string_view text) {
   ClearProgress();
-  errors << PrintableLines(text) << std::endl;
+  errors << Printable(text) << std::endl;
 }
 
 void Console::ShowQuestion(std::string_view text) {
   ClearProgress();
-  errors << "tarn: " << PrintableLines(text) << ' ' << std::flush;
+  errors << "tarn: " << Printable(text) << ' ' << std::flush;
 }
 
 void Console::ShowProgress(std::string_view text) {

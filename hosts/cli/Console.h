@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace tarn::host {
 
@@ -61,9 +62,10 @@ class Console {
   void PrintLine(const ConsoleText& text);
   // A document with a line end after it. It keeps its meaning.
   void PrintDocument(std::string_view text, DocumentFormat format);
-  // One or several lines on the error stream, the first of which names the program.
-  void Complain(std::string_view text);
-  // The same without the name.
+  // A line on the error stream that names the program, and further ones below it. A line end within
+  // one of them is part of a name, and shown like other control characters.
+  void Complain(std::string_view text, const std::vector<std::string>& more = {});
+  // A line there without the name.
   void PrintError(std::string_view text);
   // Like Complain, and the cursor stays behind the question.
   void ShowQuestion(std::string_view text);

@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "hosts/cli/Console.h"
-#include "hosts/cli/Printable.h"
 #include "hosts/frame/LogEntry.h"
+#include "hosts/frame/Printable.h"
 
 namespace tarn::host {
 

@@ -113,8 +113,8 @@ class Edit {
     context.Session().Manager().Command(command);
     return TreeText() != before;
   }
-  int Fail(const std::string& text) {
-    context.Complain(text);
+  int Fail(const std::string& text, const std::vector<std::string>& more = {}) {
+    context.Complain(text, more);
     return kExitUsage;
   }
   void Note(const std::string& text) { done.push_back(text); }
@@ -171,8 +171,8 @@ int Edit::TakeWords() {
   }
   const bool isRight = row->more ? words.size() >= row->least : words.size() == row->least;
   if (isRight) return kExitDone;
-  return Fail("Usage: tarn " + command + " [PROJECT] " + row->usage + "\n`tarn " + command +
-              " --help` tells how it is used.");
+  return Fail("Usage: tarn " + command + " [PROJECT] " + row->usage,
+              {"`tarn " + command + " --help` tells how it is used."});
 }
 
 bool Edit::IsProject(const std::string& word) const {
@@ -220,9 +220,7 @@ int Edit::AddOne(const std::string& file) {
     return Fail(context.Show(path) + " can't be added.");
   }
   if (isMissing && !context.Files().Exists(path)) {
-    std::string text = context.Show(path) + " can't be made:";
-    for (const std::string& line : context.Session().TakeLogLines()) text += "\n" + Printable(line);
-    return Fail(text);
+    return Fail(context.Show(path) + " can't be made:", context.Session().TakeLogLines());
   }
   if (TreeText() == before) {
     context.Remark(context.Show(path) + " is there already.");

@@ -82,9 +82,7 @@ int Creation::RunSheet(CPropertySheet& sheet) {
 }
 
 int Creation::Fail(const std::string& text) {
-  std::string all = text;
-  for (const std::string& line : lines) all += "\n" + Printable(line);
-  context.Complain(all);
+  context.Complain(text, lines);
   return kExitCannotOpen;
 }
 

@@ -59,9 +59,10 @@ std::string CommandContext::ShowResolved(const std::string& path) const {
   return Printable(JoinPath(files.ResolveLinks(folder), name));
 }
 
-void CommandContext::Complain(const std::string& text) const {
+void CommandContext::Complain(const std::string& text, const std::vector<std::string>& more) const {
   lastComplaint = text;
-  console.Complain(text);
+  for (const std::string& line : more) lastComplaint += "\n" + line;
+  console.Complain(text, more);
 }
 
 void CommandContext::Remark(const std::string& text) const {
@@ -82,9 +83,9 @@ int CommandContext::LocateProject(const std::string& word, std::string& path) {
         " Name one, make one with `tarn new NAME`, or convert an older one with `tarn import`.");
     return kExitCannotOpen;
   }
-  std::string names;
-  for (const std::string& each : found.choices) names += "\n  " + each;
-  Complain(found.problem + " Name one of them:" + names);
+  std::vector<std::string> names;
+  for (const std::string& each : found.choices) names.push_back("  " + each);
+  Complain(found.problem + " Name one of them:", names);
   return kExitUsage;
 }
 
@@ -132,8 +133,8 @@ int CommandContext::OpenProject(const std::string& path) {
   }
   if (const Status opened = Session().Open(path); !opened) {
     ShowDamage(Session().GetFailedDamage());
-    const std::string& reason = opened.GetError().text;
-    Complain(Show(path) + " can't be opened" + (reason.empty() ? "." : ":\n" + reason));
+    const std::vector<std::string> reasons = SplitLines(opened.GetError().text);
+    Complain(Show(path) + " can't be opened" + (reasons.empty() ? "." : ":"), reasons);
     return kExitCannotOpen;
   }
   hasOpened = true;
@@ -415,10 +416,9 @@ int CommandContext::SaveFiles() {
   const SaveReport report = Session().TakeSaveReport();
   for (const std::string& line : report.notes) Remark(Printable(line));
   if (report.problems.empty()) return kExitDone;
-  std::string text = "The project couldn't be saved:";
-  for (const std::string& line : report.problems) text += "\n" + Printable(line);
-  if (report.isOutside) text += "\nWith --outside-ok it is written.";
-  Complain(text);
+  std::vector<std::string> lines = report.problems;
+  if (report.isOutside) lines.emplace_back("With --outside-ok it is written.");
+  Complain("The project couldn't be saved:", lines);
   return kExitCannotOpen;
 }
 

@@ -29,8 +29,8 @@ class CommandContext {
   // The whole path, with the links above its last name resolved: of a file that can't be read or
   // written.
   std::string ShowResolved(const std::string& path) const;
-  // An error, in plain words, on the error stream.
-  void Complain(const std::string& text) const;
+  // An error, in plain words, on the error stream; `more` are the lines below it.
+  void Complain(const std::string& text, const std::vector<std::string>& more = {}) const;
   // A remark there, unless the user wants quiet.
   void Remark(const std::string& text) const;
 

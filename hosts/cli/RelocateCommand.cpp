@@ -4,6 +4,7 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/frame/Relocation.h"
+#include "platform/files/ProjectFolder.h"
 #include "platform/paths/Paths.h"
 
 namespace tarn::host {
@@ -96,11 +97,11 @@ int Relocating::Write(Relocation& relocation) {
   const auto texts = relocation.MakeTexts();
   if (!texts) return Fail(texts.GetError());
   for (const FileText& each : *texts) {
-    if (!relocation.IsOutside(each.path) || context.MayWriteOutside(project)) continue;
-    const std::string target = context.Files().ResolveLinks(each.path);
-    context.Complain(context.Show(each.path) +
-                     (target == each.path ? "" : ", a link to " + context.Show(target) + ",") +
-                     " is outside the folder of the project. With --outside-ok it is changed.");
+    if (context.MayWriteOutside(project)) break;
+    const std::string why = ProjectFolder(context.Files(), project).WhyOutside(each.path);
+    if (why.empty()) continue;
+    context.Complain(context.Show(each.path) + " is not changed, since " + why +
+                     ". With --outside-ok it is changed.");
     return kExitCannotOpen;
   }
   if (context.Asked().dryRun) return kExitDone;
@@ -153,9 +154,9 @@ void Relocating::PrintMoves(const Relocation& relocation) const {
           (isTaken ? "; " + context.Show(each.candidates.front()) + " could be another file, too"
                    : std::string()));
     } else {
-      std::string text = former + " could be one of several files:";
-      for (const std::string& path : each.candidates) text += "\n  " + context.Show(path);
-      context.Complain(text);
+      std::vector<std::string> list;
+      for (const std::string& path : each.candidates) list.push_back("  " + context.Show(path));
+      context.Complain(former + " could be one of several files:", list);
     }
   }
 }

@@ -99,7 +99,8 @@ int RunScript(CommandContext& context) {
   display.ShowLog();
   const bool isRefused = session.HasRefusedDamage() || !context.ShowRefused().empty();
   const int exitCode = ExitCodeOf(outcome.end, isRefused);
-  if (!outcome.error.empty()) context.Complain(outcome.error);
+  const std::vector<std::string> error = SplitLines(outcome.error);
+  if (!error.empty()) context.Complain(error.front(), {error.begin() + 1, error.end()});
   if (session.HasRefusedDamage()) {
     context.Complain(std::string(kDamageRefusal) +
                      " Use --damaged-ok to go on with what was read.");

@@ -85,13 +85,17 @@ nlohmann::json ToJson(const std::vector<TargetEntry>& targets) {
   return list;
 }
 
-// What else could have been asked for.
-std::string FamilyHint(const std::string& family, const std::vector<TargetEntry>& targets) {
-  const std::vector<std::string> known = FamilyNames(targets);
-  std::string text = SuggestionText(family, known);
-  if (!text.empty()) return Printable(text);
-  for (const std::string& each : known) text += "\n  " + Printable(each);
-  return " There are:" + text;
+void ComplainOfFamily(CommandContext& context, const std::string& family,
+                      const std::vector<TargetEntry>& targets) {
+  std::vector<std::string> known = FamilyNames(targets);
+  std::string hint = SuggestionText(family, known);
+  if (hint.empty()) {
+    hint = " There are:";
+    for (std::string& each : known) each.insert(0, "  ");
+  } else {
+    known.clear();
+  }
+  context.Complain("There is no family \"" + family + "\"." + hint, known);
 }
 
 std::string TargetHint(const std::string& name, const std::vector<TargetEntry>& targets) {
@@ -110,7 +114,7 @@ int Choose(CommandContext& context, std::vector<TargetEntry>& targets) {
   }
   const auto isOf = [&](const TargetEntry& each) { return IsOf(each, family); };
   if (!family.empty() && !KeepThoseThat(targets, isOf)) {
-    context.Complain("There is no family \"" + family + "\"." + FamilyHint(family, targets));
+    ComplainOfFamily(context, family, targets);
     return kExitUsage;
   }
   if (!text.empty() && !KeepMatching(targets, text)) {

@@ -4,8 +4,9 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/EditRecord.h"
-#include "hosts/frame/Relocation.h"
 #include "platform/files/KeptCopy.h"
+#include "platform/files/ProjectFolder.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 
@@ -31,9 +32,9 @@ void Report(CommandContext& context, const std::string& line, const std::vector<
 // become what it was, byte for byte, even if the project can't be opened with it.
 bool IsAsRecorded(CommandContext& context, const std::string& project, const FileChanges& changes) {
   FileSystem& files = context.Files();
-  const Relocation place(files, project);
+  const ProjectFolder folder(files, project);
   return std::ranges::all_of(changes, [&](const FileChange& each) {
-    if (place.IsOutside(each.path) && !context.MayWriteOutside(project)) return false;
+    if (!folder.Holds(each.path) && !context.MayWriteOutside(project)) return false;
     const auto present = files.ReadWholeFile(each.path);
     if (!present) return !each.before && present.GetError().code == ErrorCode::NotFound;
     // A file that comes to the project may be there already, as long as it is the same.
@@ -76,7 +77,7 @@ int Merge(CommandContext& context, const std::string& project, const FileChanges
   InspectorDriver& inspector = context.Session().Inspector();
   const std::vector<FileText> before = ReadProjectFiles(inspector);
   if (const Status applied = ApplyChanges(inspector, changes); !applied) {
-    context.Complain(label + ", nothing was changed:\n" + Printable(applied.GetError().text));
+    context.Complain(label + ", nothing was changed:", SplitLines(applied.GetError().text));
     return kExitCannotOpen;
   }
   isDone = !FindChanges(before, ReadProjectFiles(inspector)).empty();

@@ -6,7 +6,9 @@
 #include <QPushButton>
 #include <QStyle>
 
+#include "hosts/frame/Printable.h"
 #include "platform/qt/QtColor.h"
+#include "platform/qt/QtText.h"
 
 namespace tarn::host {
 
@@ -15,6 +17,11 @@ namespace {
 // Amber, faint enough for both kinds of palette.
 constexpr Color kColor = MakeColor(240, 170, 0);
 constexpr float kFaint = 0.22F;
+
+// A name in it may hold characters that would break the line or turn what follows.
+QString OneLine(const QString& text) {
+  return ToQt(Printable(FromQt(text)));
+}
 
 }  // namespace
 
@@ -46,17 +53,19 @@ Banner::Banner(const QString& first, const QString& second, QWidget* parent)
   hide();
 }
 
-void Banner::Tell(const QString& text) {
+void Banner::Tell(const QString& said) {
+  const QString text = OneLine(said);
   label->setTextFormat(Qt::PlainText);
   label->setText(text);
   setAccessibleName(text);
   show();
 }
 
-void Banner::TellWithLinks(const QString& text, const QStringList& links, const QString& after) {
+void Banner::TellWithLinks(const QString& said, const QStringList& links, const QString& after) {
+  const QString text = OneLine(said);
   QStringList shown;
   for (const QString& each : links) {
-    shown += QString("<a href=\"%1\">%2</a>").arg(shown.size()).arg(each.toHtmlEscaped());
+    shown += QString("<a href=\"%1\">%2</a>").arg(shown.size()).arg(OneLine(each).toHtmlEscaped());
   }
   label->setTextFormat(Qt::RichText);
   label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);

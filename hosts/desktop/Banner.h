@@ -14,9 +14,9 @@ class Banner : public QFrame {
   // The first button does what changes something, the second leaves all as it is.
   Banner(const QString& first, const QString& second, QWidget* parent);
 
-  void Tell(const QString& text);
+  void Tell(const QString& said);
   // With links between the text and `after`, which onLink follows.
-  void TellWithLinks(const QString& text, const QStringList& links, const QString& after);
+  void TellWithLinks(const QString& said, const QStringList& links, const QString& after);
   // Whether the first button can be pressed; the reason why not is its tip.
   void SetReady(bool isReady, const QString& reason);
 

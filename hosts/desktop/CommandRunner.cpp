@@ -167,9 +167,12 @@ bool CommandRunner::IsEnabled(std::uint32_t command) {
   return session.Manager().EnableCommand(command) != 0;
 }
 
+bool CommandRunner::MayRun(std::uint32_t command) {
+  return IsEnabled(command) && (!ChangesProject(command) || !mayChange || mayChange());
+}
+
 void CommandRunner::Run(std::uint32_t command) {
-  if (!IsEnabled(command)) return;
-  if (ChangesProject(command) && mayChange && !mayChange()) return;
+  if (!MayRun(command)) return;
   if (command == kCmdStop) {
     Stop();
     return;
@@ -185,11 +188,20 @@ void CommandRunner::Run(std::uint32_t command) {
     if (showsOptions && onShowOptions) onShowOptions();
     return;
   }
+  repeatable = waiter ? 0 : command;
+  session.Inspector().NoteCurrentNode();
+  Ask(command);
+}
+
+void CommandRunner::Repeat() {
+  if (repeatable != 0 && MayRun(repeatable)) Ask(repeatable);
+}
+
+void CommandRunner::Ask(std::uint32_t command) {
   waiting = command;
   isStopAsked = false;
   progress.emplace(CounterFor(command, session));
   if (onAsked) onAsked();
-  session.Inspector().NoteCurrentNode();
   Approach();
 }
 
@@ -264,6 +276,7 @@ void CommandRunner::TakeOver() {
   isStopAsked = false;
   isCleaning = false;
   isUnkept = session.HasProject();
+  repeatable = 0;
   building = kCmdBuildAll;
   session.BeginWork(&*progress);
   if (onAsked) onAsked();
@@ -279,6 +292,7 @@ void CommandRunner::TakeOptionsLoaded() {
   newsTimer.stop();
   RestoreState();
   session.Manager().Command(kCmdOptionsLoaded);
+  if (onOptionsLoaded) onOptionsLoaded();
 }
 
 // What is kept of a large project is handed over a little at a time.
@@ -326,6 +340,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
   } else if (event.number == kMsgProjectOpened) {
     isRestored = false;
     isRestoring = false;
+    repeatable = 0;
     newsTimer.stop();
     if (std::exchange(waiting, 0) != 0) TellEnd(BuildEnd::Refused);
     // The server opens projects by itself, too: the wizard's, and the one that stands in for none.

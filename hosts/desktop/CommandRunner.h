@@ -53,6 +53,9 @@ class CommandRunner : public QObject {
   bool IsEnabled(std::uint32_t command);
   // Nothing when it is not enabled, or the server refuses it.
   void Run(std::uint32_t command);
+  // The last build again that the user has asked for, on the node that it was meant for: it was
+  // refused something that is allowed now. Nothing if a script has built since.
+  void Repeat();
   // Builds, and runs the loop until that has ended: for a script, which waits while the user goes
   // on. Refused when something is building already.
   BuildOutcome RunAndWait(const BuildRequest& request);
@@ -89,6 +92,8 @@ class CommandRunner : public QObject {
   // Whether the user is in the middle of something that the news of the options' being known would
   // end, as the name of a node. They wait for that, unless a build waits for them.
   std::function<bool()> isOccupied;
+  // All options of the project are known.
+  std::function<void()> onOptionsLoaded;
   // The project is about to go; another one is open, or none but the one that stands in for it.
   std::function<void()> onProjectClosing;
   std::function<void()> onProjectChanged;
@@ -101,6 +106,8 @@ class CommandRunner : public QObject {
   void TakeOptionsLoaded();
   void RestoreState();
   void ContinueRestore();
+  bool MayRun(std::uint32_t command);
+  void Ask(std::uint32_t command);
   void Approach();
   void Start(std::uint32_t command);
   BuildOutcome WaitFor(const std::function<void()>& start);
@@ -119,6 +126,7 @@ class CommandRunner : public QObject {
   // Commands; 0 for none.
   std::uint32_t waiting = 0;  // for the project to be made known
   std::uint32_t building = 0;
+  std::uint32_t repeatable = 0;
   bool isFinishing = false;
   bool isUnkept = false;  // what the tools of the build reported
   bool isCleaning = false;

@@ -8,6 +8,7 @@
 
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/frame/BuildInputs.h"
+#include "hosts/frame/CompileCommands.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -103,13 +104,20 @@ void EditorMacros::Follow() {
   if (editor == nullptr || !editor->HasConditions() || !session.HasProject()) return;
   const std::string wanted = editor->GetPath() + '\n' + session.Manager().GetSelectedApplication() +
                              '\n' + std::to_string(session.Inspector().GetChangeCount());
-  if (wanted == shownFor) return;
-  const std::string commands = CommandsFor(editor->GetPath());
-  // The options of a project that was just opened are not all known.
-  if (commands.empty()) return;
-  shownFor = wanted;
-  const std::string macros = ReadGivenMacros(commands);
-  editor->SetMacros(macros, KnowsConditions(editor->GetText().toStdString(), macros));
+  if (wanted != askedFor) {
+    askedFor = wanted;
+    areComplete.reset();
+    const std::string commands = CommandsFor(editor->GetPath());
+    macros = commands.empty() ? std::nullopt : std::optional(ReadGivenMacros(commands));
+  }
+  if (macros && (!areComplete || judgedChanges != editors.GetChangeCount())) Judge(*editor);
+}
+
+void EditorMacros::Judge(CodeEditor& editor) {
+  judgedChanges = editors.GetChangeCount();
+  const bool isKnown = KnowsConditions(editor.GetText().toStdString(), *macros);
+  if (areComplete != isKnown) editor.SetMacros(*macros, isKnown);
+  areComplete = isKnown;
 }
 
 // Of the source at `path`, or of the first source; empty if none is known yet.
@@ -124,26 +132,14 @@ std::string EditorMacros::CommandsFor(const std::string& path) {
   }
   const std::string stem = SplitPath(path).title;
   for (const std::string& output : outputs) {
-    if (FileNameOf(output).compare(0, stem.size(), stem) != 0) continue;
-    std::string commands = CommandsOf(application, output, path);
-    if (!commands.empty()) return commands;
+    if (!FileNameOf(output).starts_with(stem)) continue;
+    const OutputCommands made = GetOutputCommands(session, application, output);
+    if (std::find(made.sources.begin(), made.sources.end(), path) != made.sources.end()) {
+      return made.commands;
+    }
   }
-  return outputs.empty() ? std::string() : CommandsOf(application, outputs.front(), {});
-}
-
-// Empty if the output is made of something else than `source`, unless that is empty.
-std::string EditorMacros::CommandsOf(const std::string& application, const std::string& output,
-                                     const std::string& source) {
-  const auto input = ParseXml(session.Inspector().GetToolInput(application, output));
-  if (input == nullptr) return {};
-  const std::string files = AttributeOf(input.get(), "Files");
-  const std::vector<std::string> sources = SplitQuotedPaths(files);
-  const bool isMeant =
-      source.empty() || std::find(sources.begin(), sources.end(), source) != sources.end();
-  if (!isMeant) return {};
-  const CXmlNode* const options = input->FindChild("#CDATA");
-  return session.Tools().GetCommandLines(AttributeOf(input.get(), "Tool"), files,
-                                         options ? options->GetValue() : "");
+  return outputs.empty() ? std::string()
+                         : GetOutputCommands(session, application, outputs.front()).commands;
 }
 
 }  // namespace tarn::host

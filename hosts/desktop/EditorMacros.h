@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -7,6 +8,8 @@
 #include "hosts/frame/BuildSession.h"
 
 namespace tarn::host {
+
+class CodeEditor;
 
 // The macros that a compiler is given for a source, each as "NAME" or "NAME=VALUE" with blanks
 // between: those that it defines by itself and that arguments define, without those that a later
@@ -26,17 +29,22 @@ class EditorMacros {
  public:
   EditorMacros(BuildSession& buildSession, EditorTabs& editorTabs);
 
-  // Asks the server again if another text came into view, or an option changed. Not during a build.
+  // Asks the server again if another text came into view, or an option changed, and judges the
+  // conditions again if a text has changed. Not during a build.
   void Follow();
+  // All options are known: what the server could not tell before is asked for at the next Follow.
+  void OnOptionsLoaded() { askedFor.clear(); }
 
  private:
   std::string CommandsFor(const std::string& path);
-  std::string CommandsOf(const std::string& application, const std::string& output,
-                         const std::string& source);
+  void Judge(CodeEditor& editor);
 
   BuildSession& session;
   EditorTabs& editors;
-  std::string shownFor;  // text, application and state of the project that were asked for last
+  std::string askedFor;  // text, application and state of the project that were asked for last
+  std::optional<std::string> macros;  // of that; nothing if the server doesn't know them yet
+  std::optional<bool> areComplete;    // as the editor was told; nothing if it wasn't
+  int judgedChanges = 0;              // how often texts had changed then
 };
 
 }  // namespace tarn::host

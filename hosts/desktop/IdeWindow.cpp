@@ -223,6 +223,7 @@ void IdeWindow::FollowBuilds() {
   runner->onStarted = [this] { options->SetBuilding(true); };
   runner->onEnded = [this](BuildEnd end) { OnBuildEnded(end); };
   runner->onProjectChanged = [this] { OnProjectChanged(); };
+  runner->onOptionsLoaded = [this] { macros->OnOptionsLoaded(); };
   runner->onProjectClosing = [this] { notices->Forget(); };
   // A script's build doesn't hold the window.
   session->Scripts().runBuild = [this](const BuildRequest& request) {

@@ -107,6 +107,7 @@ ProjectActions::ProjectActions(QWidget& parentWindow, FileSystem& fileSystem,
   saves.onShowFile = [this](const std::string& path) {
     if (onShowFile) onShowFile(path);
   };
+  trust.onTrusted = [this] { runner.Repeat(); };
   banner.onFirst = [this] { Reload(); };
   banner.onSecond = [this] {
     watch.Follow(editorsProject);

@@ -53,7 +53,10 @@ void TrustNotice::Hide() {
 void TrustNotice::Trust() {
   const Status added = session_.Trust().Trust(folder_);
   Hide();
-  if (added) return;
+  if (added) {
+    if (onTrusted) onTrusted();
+    return;
+  }
   const Error& error = added.GetError();
   QMessageBox::warning(
       &window_, tr("Tarn"),

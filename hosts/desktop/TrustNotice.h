@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,7 @@ namespace tarn::host {
 class Banner;
 
 // Shows what a build was refused since the project's folder is not trusted, and lets the user trust
-// it. The next build goes on then.
+// it.
 //
 // Borrows everything; `window` is where it reports that the answer can't be stored. On the main
 // thread.
@@ -27,6 +28,8 @@ class TrustNotice {
   void Follow();
   // For another project.
   void Hide();
+  // The user trusts the folder now: what was refused can go on. May be empty.
+  std::function<void()> onTrusted;
 
  private:
   static QString Describe(const std::string& wish);

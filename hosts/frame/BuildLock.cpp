@@ -2,16 +2,16 @@
 
 #include <set>
 
-#include "hosts/frame/ProjectFile.h"
 #include "hosts/frame/ProjectTree.h"
+#include "platform/files/Locks.h"
 
 namespace tarn::host {
 
 // All or none, so that two processes never wait for each other.
-bool BuildLock::Try(const std::string& projectPath) {
+bool BuildLock::Try(const std::string& projectPath, bool mayLeave) {
   if (!held.empty()) return true;
   holder.clear();
-  if (paths.empty()) paths = FindPaths(projectPath);
+  if (paths.empty()) paths = FindPaths(projectPath, mayLeave);
   std::vector<std::unique_ptr<FileLock>> taken;
   for (const std::string& path : paths) {
     auto lock = files.TryLock(path, LockPurpose::Build);
@@ -26,12 +26,13 @@ bool BuildLock::Try(const std::string& projectPath) {
   return true;
 }
 
-// In a fixed order. A file that a link leads to is locked where it is.
-std::vector<std::string> BuildLock::FindPaths(const std::string& projectPath) {
-  std::set<std::string> found = {LockPathOf(files.ResolveLinks(projectPath))};
+// In a fixed order.
+std::vector<std::string> BuildLock::FindPaths(const std::string& projectPath, bool mayLeave) {
+  std::set<std::string> found = {FindLockPath(files, projectPath, projectPath, mayLeave)};
   for (const ApplicationEntry& each : ListApplications(inspector)) {
-    if (!each.path.empty()) found.insert(LockPathOf(files.ResolveLinks(each.path)));
+    if (!each.path.empty()) found.insert(FindLockPath(files, projectPath, each.path, mayLeave));
   }
+  found.erase(std::string());
   return {found.begin(), found.end()};
 }
 

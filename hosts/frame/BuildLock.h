@@ -18,14 +18,16 @@ class BuildLock {
       : files(fileSystem), inspector(inspectorDriver) {}
 
   // Returns false while another process holds the lock or a part of it, which GetHolder then names.
-  bool Try(const std::string& projectPath);
+  // `mayLeave` is false for a project that is not trusted: applications outside its folder have no
+  // lock then, since nothing may be written there.
+  bool Try(const std::string& projectPath, bool mayLeave);
   void Release();
   // Another project is open: the next Try asks which applications it has.
   void ForgetPaths() { paths.clear(); }
   const std::string& GetHolder() const { return holder; }
 
  private:
-  std::vector<std::string> FindPaths(const std::string& projectPath);
+  std::vector<std::string> FindPaths(const std::string& projectPath, bool mayLeave);
 
   FileSystem& files;
   InspectorDriver& inspector;

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "hosts/frame/BuildInputs.h"
+#include "hosts/frame/Printable.h"
 #include "hosts/frame/ProjectFile.h"
 #include "hosts/frame/ProjectTemplate.h"
 #include "hosts/frame/ProjectTree.h"
@@ -75,14 +76,6 @@ Status StatusOf(const COleDispatchDriver& driver, const char* classId) {
   const DispatchResult last = driver.LastResult();
   if (last || last.status == DispatchStatus::WrongType) return {};
   return Error{ErrorCode::NotFound, last.text, classId};
-}
-
-std::vector<std::string> SplitLines(const std::string& text) {
-  std::vector<std::string> lines;
-  for (const std::string_view line : Split(text, '\n')) {
-    if (!Trim(line).empty()) lines.emplace_back(Trim(line));
-  }
-  return lines;
 }
 
 }  // namespace
@@ -182,6 +175,7 @@ Status BuildSession::AttachComponents() {
   }
   options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
   inspector.ProtectDamaged(!acceptsAllDamage);
+  inspector.SetStateFolder(folders.state);
   trust.Refresh();
   return {};
 }
@@ -190,7 +184,9 @@ Status BuildSession::Open(const std::string& path) {
   logLines.clear();
   if (manager.ProjectOpen(path) == 0) {
     std::string text;
-    for (const std::string& line : TakeLogLines()) text.append(text.empty() ? "" : "\n") += line;
+    for (const std::string& line : TakeLogLines()) {
+      text.append(text.empty() ? "" : "\n") += Printable(line);
+    }
     return Error{ErrorCode::Io, text, path};
   }
   Adopt(path);

@@ -100,7 +100,7 @@ class BuildSession {
 
   // Takes the build lock (see BuildLock); false while another process holds it, which GetLockHolder
   // then names. EndWork and KeepState release it.
-  bool TryLockBuild() { return buildLock.Try(projectPath); }
+  bool TryLockBuild() { return buildLock.Try(projectPath, trust.IsTrusted(FolderOf(projectPath))); }
   const std::string& GetLockHolder() const { return buildLock.GetHolder(); }
   // Waits for it; false if a stop was requested in the meantime, or if `endsLockWait` says so.
   bool LockBuild();

@@ -67,13 +67,9 @@ class Collector {
 
  private:
   void AddNode(const std::string& application, const std::string& output) {
-    const auto input = ParseXml(session.Inspector().GetToolInput(application, output));
-    if (input == nullptr) return;
-    const CXmlNode* options = input->FindChild("#CDATA");
-    const std::string files = AttributeOf(input.get(), "Files");
-    const std::vector<ToolCommand> commands = WithoutLaunchers(session.Tools().GetCommandLines(
-        AttributeOf(input.get(), "Tool"), files, options ? options->GetValue() : ""));
-    for (const std::string& file : SplitQuotedPaths(files)) AddFile(commands, file, output);
+    const OutputCommands made = GetOutputCommands(session, application, output);
+    const std::vector<ToolCommand> commands = WithoutLaunchers(made.commands);
+    for (const std::string& file : made.sources) AddFile(commands, file, output);
   }
 
   // Of several steps the one counts that is given the source.
@@ -118,6 +114,17 @@ class Collector {
 };
 
 }  // namespace
+
+OutputCommands GetOutputCommands(BuildSession& session, const std::string& application,
+                                 const std::string& output) {
+  const auto input = ParseXml(session.Inspector().GetToolInput(application, output));
+  if (input == nullptr) return {};
+  const CXmlNode* const options = input->FindChild("#CDATA");
+  const std::string files = AttributeOf(input.get(), "Files");
+  return {SplitQuotedPaths(files),
+          session.Tools().GetCommandLines(AttributeOf(input.get(), "Tool"), files,
+                                          options == nullptr ? "" : options->GetValue())};
+}
 
 CompileCommandList CollectCompileCommands(BuildSession& session, FileSystem& files,
                                           const std::vector<ApplicationEntry>& applications,

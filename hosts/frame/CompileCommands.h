@@ -23,6 +23,16 @@ struct CompileCommandList {
   std::set<std::string> missingPrograms;  // that this machine hasn't got; named as they stand
 };
 
+// What makes one output.
+struct OutputCommands {
+  std::vector<std::string> sources;  // absolute
+  std::string commands;              // the tool manager's reply; empty if there is no such output
+};
+
+// Of an output of the application with this path, whose options are known. Runs nothing.
+OutputCommands GetOutputCommands(BuildSession& session, const std::string& application,
+                                 const std::string& output);
+
 // Collects how the sources of these applications would be compiled, without running anything: in
 // every configuration, or in those of `configurations` alone. Editors take the first of several
 // commands for a file, so what is active and in force comes first. Linking, which has no source, is

@@ -72,10 +72,6 @@ std::string UndoPathOf(const std::string& projectPath) {
   return WithExtension(projectPath, ".undo.tstate");
 }
 
-std::string LockPathOf(const std::string& projectPath) {
-  return WithExtension(projectPath, kLockExtension);
-}
-
 std::string LogPathOf(const std::string& projectPath) {
   return WithExtension(projectPath, ".tlog");
 }

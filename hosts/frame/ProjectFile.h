@@ -25,7 +25,5 @@ std::string StatePathOf(const std::string& projectPath);
 std::string LogPathOf(const std::string& projectPath);
 // A kind of state, so that version control ignores it where it ignores that.
 std::string UndoPathOf(const std::string& projectPath);
-// Locked while a build runs.
-std::string LockPathOf(const std::string& projectPath);
 
 }  // namespace tarn::host

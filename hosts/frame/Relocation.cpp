@@ -4,7 +4,6 @@
 
 #include "hosts/frame/AttributeEdits.h"
 #include "hosts/frame/LogEntry.h"
-#include "platform/files/Destination.h"
 #include "platform/files/RelativeName.h"
 #include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
@@ -155,10 +154,6 @@ std::vector<FileText> Relocation::Complete(const std::vector<FileText>& changed)
     if (!hasMoved && std::ranges::none_of(changed, isThis)) all.push_back(each);
   }
   return all;
-}
-
-bool Relocation::IsOutside(const std::string& file) const {
-  return !LeadsInto(files_, folder_, file);
 }
 
 Status Relocation::Run() {

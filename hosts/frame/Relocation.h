@@ -89,8 +89,6 @@ class Relocation {
   Result<std::vector<FileText>> MakeTexts();
   // All files that SetTexts received, with those that MakeTexts returned in their places.
   std::vector<FileText> Complete(const std::vector<FileText>& changed) const;
-  // Whether a file is outside of the folder of the project.
-  bool IsOutside(const std::string& file) const;
 
  private:
   struct Document;

@@ -167,6 +167,7 @@ class InspectorDriver : public COleDispatchDriver {
   std::int32_t SaveAllOrNone(bool wanted) { return InvokeLong(70, {std::int32_t{wanted}}); }
   std::int32_t AllowOutside(bool allow) { return InvokeLong(63, {std::int32_t{allow}}); }
   std::int32_t SetTrustedFolders(const std::string& lines) { return InvokeLong(66, {lines}); }
+  std::int32_t SetStateFolder(const std::string& folder) { return InvokeLong(84, {folder}); }
   std::string TakeRefusedWishes() { return InvokeText(71, {}); }
   std::string CheckScript(const std::string& path) { return InvokeText(72, {path}); }
   // Whether the server neither builds nor saves a project with damage.

@@ -1,9 +1,8 @@
 #include "hosts/frame/TrustedFolders.h"
 
 #include <algorithm>
-#include <chrono>
-#include <thread>
 
+#include "platform/files/Locks.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -42,14 +41,8 @@ std::string TrustedFolders::Find(const std::string& folder) const {
 
 // Held by whoever changes the list, for as long as that takes.
 Result<std::unique_ptr<FileLock>> TrustedFolders::Lock() const {
-  constexpr int kTries = 500;
-  constexpr std::chrono::milliseconds kBetweenTries(10);
   if (Status made = files_.CreateFolders(FolderOf(path_)); !made) return made.GetError();
-  for (int i = 0;; ++i) {
-    auto lock = files_.TryLock(path_ + ".lock", LockPurpose::Edit);
-    if (lock || lock.GetError().code != ErrorCode::Busy || i == kTries) return lock;
-    std::this_thread::sleep_for(kBetweenTries);
-  }
+  return WaitForLock(files_, path_ + ".lock", LockPurpose::Edit, std::chrono::seconds(5));
 }
 
 Status TrustedFolders::Add(const std::string& folder) {

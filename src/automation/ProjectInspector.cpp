@@ -227,6 +227,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::SaveAllOrNone>("SaveAllOrNone", 70, {"wanted"}),
       Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
       Method<&I::SetTrustedFolders>("SetTrustedFolders", 66, {"folders"}),
+      Method<&I::SetStateFolder>("SetStateFolder", 84, {"folder"}),
       Method<&I::TakeRefusedWishes>("TakeRefusedWishes", 71, {}),
       Method<&I::CheckScript>("CheckScript", 72, {"path"}),
       Method<&I::SetNewProjectFolder>("SetNewProjectFolder", 80, {"folder"}),
@@ -528,6 +529,13 @@ std::int32_t CProjectInspector::SetTrustedFolders(const char* folders) {
     if (!each.empty()) list.emplace_back(each);
   }
   model->GetTrust().LimitTo(std::move(list));
+  return 1;
+}
+
+std::int32_t CProjectInspector::SetStateFolder(const char* folder) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->SetStateFolder(TextOf(folder));
   return 1;
 }
 

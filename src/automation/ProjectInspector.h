@@ -113,6 +113,10 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // of their own and to write outside their folders; others are refused. Without the call there is
   // no limit. Absolute paths without symbolic links. Returns 0 before Attach.
   std::int32_t SetTrustedFolders(const char* folders);
+  // The folder in which the host stores what it remembers for the user, such as which folders are
+  // trusted: an output that a project names there is refused, also if the project is trusted.
+  // Absolute; empty for none. Returns 0 before Attach.
+  std::int32_t SetStateFolder(const char* folder);
   // What the project wanted since the last call and was refused for lack of trust, one wish a line:
   // "write /x/y".
   std::string TakeRefusedWishes();

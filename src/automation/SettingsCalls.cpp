@@ -130,7 +130,7 @@ bool CProjectManager::RefusesIniFile(const std::string& path) {
   const std::string whole = IsRelativePath(path) ? JoinPath(folder, path) : path;
   ProjectTrust& trust = model->GetTrust();
   if (model->MayWriteOutside() || !trust.RefusesWrite(whole)) return false;
-  trust.Refuse("write " + whole);
+  trust.Refuse(trust.WishFor("write", whole));
   output->WriteMessage(kRowCannotSave, {whole},
                        "it is outside the folder of the project, which is not trusted");
   return true;

@@ -38,6 +38,17 @@ std::size_t AskForSubtree(Staleness& staleness, const CXmlNode& node, FileTimes:
   return count;
 }
 
+// What the node's own options name.
+std::vector<NamedOutput> OutputsOf(const CXmlNode& node) {
+  std::vector<NamedOutput> outputs;
+  for (const auto& [attribute, option] : {std::pair("OutputFile", "Build.OutputFile"),
+                                          std::pair("ListingFile", "Build.ListingFile")}) {
+    const std::string path = TextOf(node.GetAttrValue(attribute));
+    if (!path.empty()) outputs.push_back({path, option});
+  }
+  return outputs;
+}
+
 std::size_t CountApplications(const NodeTypes& types, const CXmlNode& project) {
   std::size_t count = 0;
   for (int i = 0; i < project.GetChildCount(); ++i) {
@@ -226,7 +237,7 @@ bool BuildWalk::StartNode(Frame& frame) {
     if (LostTree()) return true;
     // The debug database is made anew by whoever needs it.
     const std::string database = WithExtension(model.projectPath, ".tdb");
-    if (frame.mode == ModeClean && guard.WhyKept(node, database).empty()) {
+    if (frame.mode == ModeClean && guard.WhyKept(node, {database, {}}).empty()) {
       (void)model.files.RemoveFile(database);
     }
     repeated = model.FindRepeatedNodes(node);
@@ -351,15 +362,15 @@ bool BuildWalk::Clean(CXmlNode& node) {
   }
   bool result = true;
   bool isRefused = false;  // the next clean can do it, if the user trusts the project by then
-  for (const char* name : {"OutputFile", "ListingFile"}) {
-    const std::string path = TextOf(node.GetAttrValue(name));
-    if (path.empty() || !model.files.Exists(path)) continue;
+  for (const NamedOutput& named : OutputsOf(node)) {
+    const std::string& path = named.path;
+    if (!model.files.Exists(path)) continue;
     // A file of a similar name is not what the tool made.
     const std::optional<FileStatus> status = model.files.Examine(path);
     if (status && status->otherSpelling) continue;
-    if (const std::string why = guard.WhyKept(node, path); !why.empty()) {
+    if (const std::string why = guard.WhyKept(node, named); !why.empty()) {
       if (model.GetTrust().RefusesWrite(path)) {
-        model.GetTrust().Refuse("delete " + path);
+        model.GetTrust().Refuse(model.GetTrust().WishFor("delete", path));
         isRefused = true;
       }
       model.AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
@@ -379,21 +390,22 @@ bool BuildWalk::Clean(CXmlNode& node) {
 // Returns whether the tool would overwrite what is no product of this project; that is in the log
 // then.
 bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
-  std::vector<std::string> made;
+  const std::vector<NamedOutput> written = FindWritten(request.access);
+  std::vector<NamedOutput> made = OutputsOf(node);
   if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
-    made = SplitQuotedList(
-        model.toolManager->GetProducts(request.tool, request.files, request.options));
+    for (const std::string& path : SplitQuotedList(
+             model.toolManager->GetProducts(request.tool, request.files, request.options))) {
+      const auto known = std::find_if(written.begin(), written.end(),
+                                      [&](const NamedOutput& each) { return each.path == path; });
+      made.push_back({path, known == written.end() ? std::string() : known->option});
+    }
   }
-  for (const char* name : {"OutputFile", "ListingFile"}) {
-    made.push_back(TextOf(node.GetAttrValue(name)));
-  }
-  for (const std::string& path : made) {
-    const std::string why = path.empty() ? std::string() : guard.WhyKept(node, path);
-    if (why.empty()) continue;
-    model.AddBuildNotice(LineKind::Error, why + "; the tool is not run");
-    return true;
-  }
-  return false;
+  std::string why;
+  for (std::size_t i = 0; i < made.size() && why.empty(); ++i) why = guard.WhyKept(node, made[i]);
+  for (std::size_t i = 0; i < written.size() && why.empty(); ++i) why = guard.WhyOwn(written[i]);
+  if (why.empty()) return false;
+  model.AddBuildNotice(LineKind::Error, why + "; the tool is not run");
+  return true;
 }
 
 // A linker that gets a file twice finds everything in it defined twice, and says no more than that.
@@ -411,9 +423,7 @@ void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
 bool BuildWalk::IsUntrusted(const WalkRequest& request) {
   ProjectTrust& trust = model.GetTrust();
   if (!trust.IsWithheld()) return false;
-  const std::string wish =
-      FindUntrusted(trust, request.tool,
-                    model.toolManager->GetAccess(request.tool, request.files, request.options));
+  const std::string wish = FindUntrusted(trust, request.tool, request.access);
   if (wish.empty()) return false;
   trust.Refuse(wish);
   model.AddBuildNotice(LineKind::Error, "the project wants to " + wish +
@@ -433,10 +443,12 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   const bool hasTool = model.GetToolInput(node, request.tool, request.files);
   if (usesGivenTool) {
     request.tool = givenTool;
-    if (IsUntrusted(request)) return LostTree() || Return(false, false);
-  } else {
-    if (!hasTool || IsExactlyYes(node, "Exclude")) return Return(true, false);
-    if (IsUntrusted(request)) return LostTree() || Return(false, false);
+  } else if (!hasTool || IsExactlyYes(node, "Exclude")) {
+    return Return(true, false);
+  }
+  request.access = model.toolManager->GetAccess(request.tool, request.files, request.options);
+  if (IsUntrusted(request)) return LostTree() || Return(false, false);
+  if (!usesGivenTool) {
     if (IsKept(node, request)) return LostTree() || Return(false, false);
     WarnOfSameFiles(node);
     if (LostTree()) return true;

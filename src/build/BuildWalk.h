@@ -32,6 +32,7 @@ struct WalkRequest {
   std::string tool;
   std::string files;
   std::string options;
+  std::string access;  // what the tool manager's GetAccess returns of the run
   NullableText messageFile;
 
   // To be taken around the run of the tool.

@@ -1,9 +1,12 @@
 #include "build/OutputGuard.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
+#include <string_view>
 
-#include "platform/files/Destination.h"
+#include "platform/files/FileTexts.h"
+#include "platform/files/ProjectFolder.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
@@ -16,22 +19,77 @@ namespace {
 constexpr const char* kIsSource = "is a source of the project";
 constexpr const char* kIsDependency = "is what files of the project depend on";
 constexpr const char* kIsProjectFile = "is a file of the project itself";
+constexpr const char* kIsOwn = "has a name that only Tarn's own files have";
+constexpr const char* kIsState = "is where Tarn stores what it remembers for the user";
 constexpr const char* kIsOutside =
     "is outside the project's folder, and no build of this project made it as it is";
 constexpr const char* kIsUntrusted = "is outside the project's folder, which is not trusted";
 
+// What the server and its hosts write next to a project. Copies have a number if there are several.
+constexpr std::string_view kOwnExtensions[] = {".tprj", ".tapp", ".tstate", ".tlog",
+                                               kLockExtension};
+constexpr std::string_view kCopyExtensions[] = {".bak", ".orig", ".unsaved"};
+// In place of the project's own extension.
+constexpr const char* kStoredExtensions[] = {".tstate", ".undo.tstate", ".tlog", kLockExtension};
+
+bool HasOwnName(const std::string& path) {
+  const std::string extension = ExtensionOf(path);
+  const std::size_t last = extension.find_last_not_of("0123456789");
+  const std::string copy = extension.substr(0, last == extension.npos ? 0 : last + 1);
+  const auto has = [](const auto& list, const std::string& wanted) {
+    return std::any_of(std::begin(list), std::end(list),
+                       [&](std::string_view each) { return EqualNoCase(each, wanted); });
+  };
+  return has(kOwnExtensions, extension) || has(kCopyExtensions, copy);
+}
+
+std::string Describe(const NamedOutput& output, const std::string& reason) {
+  const std::string option = output.option.empty() ? "" : " by the option " + output.option;
+  return output.path + " is named as an output" + option + ", but " + reason;
+}
+
 }  // namespace
 
-std::string OutputGuard::WhyKept(const CXmlNode& node, const std::string& path) {
+std::vector<NamedOutput> FindWritten(const std::string& access) {
+  std::vector<NamedOutput> written;
+  const auto list = SplitFileTexts(access);
+  if (!list) return written;
+  for (const auto& [kind, text] : *list) {
+    if (kind == "write") written.push_back({text, {}});
+    if (kind == "option" && !written.empty()) written.back().option = text;
+  }
+  return written;
+}
+
+std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output) {
+  const std::string& path = output.path;
   const std::optional<FileStatus> status = model_.GetFiles().Examine(path);
+  if (const std::string own = WhyOwn(output); !own.empty()) return own;
   // A tool would make the file that a link without a target names.
   if (!status && !model_.GetFiles().ExamineLink(path)) return {};
-  const bool isRefused = model_.GetTrust().IsWithheld() && IsOutside(path);
+  const bool isRefused = model_.GetTrust().IsWithheld() && PlaceOf(path).isOutside;
   if (!isRefused && status && IsMade(node, path, *status)) return {};
-  const char* reason = status ? FindReason(path, *status) : nullptr;
-  if (reason == nullptr && isRefused) reason = kIsUntrusted;
-  if (reason == nullptr && !model_.MayWriteOutside() && IsOutside(path)) reason = kIsOutside;
-  return reason == nullptr ? std::string() : path + " is named as an output, but " + reason;
+  if (const char* reason = status ? FindReason(path, *status) : nullptr) {
+    return Describe(output, reason);
+  }
+  if (!isRefused && (model_.MayWriteOutside() || !PlaceOf(path).isOutside)) return {};
+  const ProjectFolder folder(model_.GetFiles(), model_.GetProjectPath());
+  const std::string wayOut = folder.DescribeWayOut(path);
+  return Describe(output, (wayOut.empty() ? "" : wayOut + ", which ") +
+                              (isRefused ? kIsUntrusted : kIsOutside));
+}
+
+std::string OutputGuard::WhyOwn(const NamedOutput& output) {
+  const char* const reason = FindOwnReason(output.path);
+  if (reason == nullptr || model_.GetFiles().IsFolder(output.path)) return {};
+  const std::optional<FileStatus> status = model_.GetFiles().Examine(output.path);
+  const bool isProjects = status && FindReason(output.path, *status) == kIsProjectFile;
+  return Describe(output, isProjects ? kIsProjectFile : reason);
+}
+
+const char* OutputGuard::FindOwnReason(const std::string& path) {
+  if (HasOwnName(path) || HasOwnName(model_.GetFiles().ResolveLinks(path))) return kIsOwn;
+  return PlaceOf(path).isState ? kIsState : nullptr;
 }
 
 // Outputs are recorded with their versions, further products among the last inputs.
@@ -59,14 +117,17 @@ bool OutputGuard::IsRecorded(std::string_view path) const {
   });
 }
 
-bool OutputGuard::IsOutside(const std::string& path) {
-  const auto isIn = [this](const std::string& place) {
-    return LeadsInto(model_.GetFiles(), FolderOf(model_.GetProjectPath()), place);
+OutputGuard::Place OutputGuard::PlaceOf(const std::string& path) {
+  FileSystem& files = model_.GetFiles();
+  const auto find = [&](const std::string& place) {
+    const std::string& state = model_.GetStateFolder();
+    const bool isState = !state.empty() && LeadsInto(files, state, place);
+    return Place{!ProjectFolder(files, model_.GetProjectPath()).Holds(place), isState};
   };
   // A link is deleted itself, but a tool writes through it.
-  if (model_.GetFiles().ExamineLink(path)) return !isIn(path);
-  const auto [known, isNew] = outsideFolders_.try_emplace(FolderOf(path));
-  if (isNew) known->second = !isIn(known->first);
+  if (files.ExamineLink(path)) return find(path);
+  const auto [known, isNew] = folders_.try_emplace(FolderOf(path));
+  if (isNew) known->second = find(known->first);
   return known->second;
 }
 
@@ -75,6 +136,9 @@ const char* OutputGuard::FindReason(const std::string& path, const FileStatus& s
     isCollected_ = true;
     const std::string folder = FolderOf(model_.GetProjectPath());
     Protect(model_.GetProjectPath().c_str(), folder, kIsProjectFile);
+    for (const char* extension : kStoredExtensions) {
+      Protect(WithExtension(model_.GetProjectPath(), extension).c_str(), folder, kIsProjectFile);
+    }
     for (const CXmlNode* each : model_.GetProjectRoot().GetChildren()) {
       if ((model_.types.FlagsOf(*each) & kTypeApplication) == 0) continue;
       applications_.push_back(TextOf(each->GetAttrValue("Path")));

@@ -15,9 +15,19 @@ namespace tarn {
 
 class CProjectModel;
 
+// A file that a run of a tool writes.
+struct NamedOutput {
+  std::string path;    // absolute
+  std::string option;  // that names it: "Linker.MapFile"; empty if unknown
+};
+
+// The files that a run writes, from what the tool manager's GetAccess returns of it.
+std::vector<NamedOutput> FindWritten(const std::string& access);
+
 // Keeps a build from deleting or overwriting what is no product, since a project can name any file
-// as an output: what the project itself is made of, and files outside its folder that it did not
-// make. For one walk over one state of the tree. Borrows the model; on its thread.
+// as an output: what the project itself is made of, files that this program stores itself, and
+// files outside the project's folder that it did not make. For one walk over one state of the tree.
+// Borrows the model; on its thread.
 class OutputGuard {
  public:
   explicit OutputGuard(CProjectModel& projectModel) : model_(projectModel) {}
@@ -26,15 +36,23 @@ class OutputGuard {
   // log; empty if it may go: if there is none, if a recorded run made just this version of it, or
   // if it is in the project's folder and nothing needs it. The model's consent to write outside
   // counts, and nothing outside may go if the project is not trusted.
-  std::string WhyKept(const CXmlNode& node, const std::string& path);
+  std::string WhyKept(const CXmlNode& node, const NamedOutput& output);
+  // The same only for files of the project itself and of this program, which need not be there yet.
+  std::string WhyOwn(const NamedOutput& output);
 
  private:
+  struct Place {
+    bool isOutside = false;  // the project's folder
+    bool isState = false;    // in the folder of what hosts store
+  };
+
   using Identity = std::pair<std::uint64_t, std::uint64_t>;  // device and inode
 
   bool IsMade(const CXmlNode& node, const std::string& path, const FileStatus& status) const;
   // Some run made a file of this name.
   bool IsRecorded(std::string_view path) const;
-  bool IsOutside(const std::string& path);
+  Place PlaceOf(const std::string& path);
+  const char* FindOwnReason(const std::string& path);
   void Collect(const CXmlNode& node, const std::string& folder);
   void Protect(const char* path, const std::string& folder, const char* reason);
   const char* FindReason(const std::string& path, const FileStatus& status);
@@ -45,7 +63,7 @@ class OutputGuard {
   // Why a file is protected, by its path and by what the disk says it is. Filled when it is needed.
   std::unordered_map<std::string, const char*> paths_;
   std::map<Identity, const char*> files_;
-  std::unordered_map<std::string, bool> outsideFolders_;  // known by a folder's path
+  std::unordered_map<std::string, Place> folders_;
 };
 
 }  // namespace tarn

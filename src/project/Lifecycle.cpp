@@ -136,7 +136,7 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   const std::string former = std::exchange(projectPath, FullProjectPath(chosen));
   openedBy = chosen;
   projectFolder = FolderOf(projectPath);
-  trust.SetFolder(isDefaultProject == 0 ? projectFolder : std::string());
+  trust.SetProject(isDefaultProject == 0 ? projectPath : std::string());
   files.SetCurrentFolder(projectFolder);
   if (former != projectPath) guard.ForgetAll();
   guard.Forget();

@@ -1,25 +1,21 @@
 #include "project/ProjectLock.h"
 
-#include <chrono>
-#include <thread>
-
-#include "platform/paths/Paths.h"
+#include "platform/files/Locks.h"
 
 namespace tarn {
 
-namespace {
+bool ProjectLock::Take(const std::string& projectPath) {
+  // Other programs hold the right while they read, change and write, which takes far less.
+  return TakeWithin(projectPath, std::chrono::seconds(10));
+}
 
-// Other programs hold the right while they read, change and write, which takes far less.
-constexpr std::chrono::seconds kLongestWait(10);
-constexpr std::chrono::milliseconds kBetweenTries(10);
-
-}  // namespace
-
-bool ProjectLock::TryTake(const std::string& projectPath) {
+bool ProjectLock::TakeWithin(const std::string& projectPath,
+                             std::chrono::milliseconds longestWait) {
   if (IsHeldFor(projectPath)) return true;
   Release();
-  const std::string path = WithExtension(files.ResolveLinks(projectPath), kLockExtension);
-  auto taken = files.TryLock(path, LockPurpose::Edit);
+  const std::string path =
+      FindLockPath(files, projectPath, projectPath, !trust.IsWithheldFrom(projectPath));
+  auto taken = WaitForLock(files, path, LockPurpose::Edit, longestWait);
   if (!taken && taken.GetError().code == ErrorCode::Busy) {
     holder = taken.GetError().text;
     return false;
@@ -32,15 +28,6 @@ bool ProjectLock::TryTake(const std::string& projectPath) {
         path + " can't be locked, so other programs are not held back: " + taken.GetError().text;
   }
   heldFor = projectPath;
-  return true;
-}
-
-bool ProjectLock::Take(const std::string& projectPath) {
-  const auto end = std::chrono::steady_clock::now() + kLongestWait;
-  while (!TryTake(projectPath)) {
-    if (std::chrono::steady_clock::now() >= end) return false;
-    std::this_thread::sleep_for(kBetweenTries);
-  }
   return true;
 }
 

@@ -1,21 +1,25 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 
 #include "platform/files/FileSystem.h"
+#include "project/ProjectTrust.h"
 
 namespace tarn {
 
 // The right to change the files of one project, which one process has at a time. It goes with the
-// process. A project in a folder where no lock can be made needs none. Host's thread only.
+// process. A project in a folder where no lock can be made needs none. Borrows everything; host's
+// thread only.
 class ProjectLock {
  public:
-  explicit ProjectLock(FileSystem& fileSystem) : files(fileSystem) {}
+  ProjectLock(FileSystem& fileSystem, const ProjectTrust& projectTrust)
+      : files(fileSystem), trust(projectTrust) {}
 
   // Takes the right for the project, unless it is held already, and lets go of another one. False
   // while another process has it.
-  bool TryTake(const std::string& projectPath);
+  bool TryTake(const std::string& projectPath) { return TakeWithin(projectPath, {}); }
   // Tries again until a time limit of some seconds.
   bool Take(const std::string& projectPath);
   void Release();
@@ -28,7 +32,10 @@ class ProjectLock {
   const std::string& GetHolder() const { return holder; }
 
  private:
+  bool TakeWithin(const std::string& projectPath, std::chrono::milliseconds longestWait);
+
   FileSystem& files;
+  const ProjectTrust& trust;
   std::unique_ptr<FileLock> lock;
   std::string heldFor;  // empty if nothing is held
   std::string holder;

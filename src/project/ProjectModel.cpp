@@ -9,8 +9,8 @@ namespace tarn {
 CProjectModel::CProjectModel(FileSystem& disk)
     : files(disk),
       guard(disk),
-      editLock(disk),
       trust(disk),
+      editLock(disk, trust),
       projectRoot(CXmlNode::CreateNode("Project")),
       loop(MessageLoop::ForCurrentThread()),
       fileTimes(disk),

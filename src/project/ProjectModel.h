@@ -178,6 +178,9 @@ class CProjectModel {
   void AllowOutside(bool isAllowed) { writesOutside = isAllowed; }
   bool MayWriteOutside() const { return writesOutside; }
   ProjectTrust& GetTrust() { return trust; }
+  // Where hosts store what they remember for the user: no build may write there. Empty if unknown.
+  void SetStateFolder(const std::string& folder) { stateFolder = folder; }
+  const std::string& GetStateFolder() const { return stateFolder; }
   // A save writes all of the project's files or none, instead of as many as it can.
   void SaveAllOrNone(bool isWanted) { savesWhole = isWanted; }
 
@@ -519,13 +522,14 @@ class CProjectModel {
 
   FileSystem& files;
   FileGuard guard;
-  ProjectLock editLock;
   ProjectTrust trust;
+  ProjectLock editLock;
   std::vector<FileDamage> damage;
   std::vector<FileDamage> failedDamage;
   bool protectsDamage = false;
   bool savesWhole = false;
   bool writesOutside = false;
+  std::string stateFolder;
   std::vector<BuildNotice> buildNotices;
 
   std::string projectPath;

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 
-#include "platform/files/Destination.h"
+#include "platform/files/ProjectFolder.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
 
 namespace tarn {
 
-void ProjectTrust::SetFolder(const std::string& folder) {
-  folder_ = folder;
+void ProjectTrust::SetProject(const std::string& path) {
+  project_ = path;
   Judge();
 }
 
@@ -17,24 +18,29 @@ void ProjectTrust::LimitTo(std::vector<std::string> folders) {
   Judge();
 }
 
-void ProjectTrust::Judge() {
-  isGiven_ = false;
-  if (!trusted_ || folder_.empty()) return;
-  const std::string folder = AddSeparator(files_.ResolveLinks(folder_));
-  isGiven_ = std::any_of(trusted_->begin(), trusted_->end(), [&](const std::string& each) {
+bool ProjectTrust::Lists(const std::string& project) const {
+  const std::string folder = AddSeparator(files_.ResolveLinks(FolderOf(project)));
+  return std::any_of(trusted_->begin(), trusted_->end(), [&](const std::string& each) {
     return folder.starts_with(AddSeparator(each));
   });
 }
 
 bool ProjectTrust::RefusesWrite(const std::string& path) const {
-  return IsWithheld() && !LeadsInto(files_, folder_, path);
+  return IsWithheld() && !ProjectFolder(files_, project_).Holds(path);
 }
 
 bool ProjectTrust::RefusesProgram(const std::string& path) const {
-  return IsWithheld() && LeadsInto(files_, folder_, path);
+  return IsWithheld() && ProjectFolder(files_, project_).Holds(path);
 }
 
-void ProjectTrust::Refuse(const std::string& wish) {
+std::string ProjectTrust::WishFor(const char* verb, const std::string& path) const {
+  const std::string wayOut = ProjectFolder(files_, project_).DescribeWayOut(path);
+  return std::string(verb) + " " + path + (wayOut.empty() ? "" : " (" + wayOut + ")");
+}
+
+// Wishes are handed on as lines.
+void ProjectTrust::Refuse(const std::string& text) {
+  const std::string wish = ReplaceAll(text, "\n", "\\x0a");
   if (std::find(refused_.begin(), refused_.end(), wish) == refused_.end()) {
     refused_.push_back(wish);
   }

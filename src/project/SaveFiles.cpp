@@ -5,7 +5,7 @@
 #include <set>
 
 #include "output/MessageTable.h"
-#include "platform/files/Destination.h"
+#include "platform/files/ProjectFolder.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "platform/windowing/Dialogs.h"
@@ -102,10 +102,7 @@ std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
 std::string CProjectModel::DescribeOutside(const SavePlan& plan) const {
   const std::string& path = plan.absolute;
   if (!plan.isNeeded || writesOutside || mayWriteOutside.contains(path)) return {};
-  if (LeadsInto(files, projectFolder, path) || trust.IsGiven()) return {};
-  const std::string resolved = files.ResolveLinks(path);
-  return (resolved == path ? "it is" : "it leads to " + resolved + ", which is") +
-         " outside the folder of the project";
+  return trust.IsGiven() ? std::string() : ProjectFolder(files, projectPath).WhyOutside(path);
 }
 
 void CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {

@@ -96,6 +96,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"GetMissedSelection", 26, {}, "''", "''"},
       {"TakeBuildNotices", 65, {}, "''", "'\r\n<Notices/>'"},
       {"SetTrustedFolders", 66, {"/p"}, "0", "1"},
+      {"SetStateFolder", 84, {"/home/me/state"}, "0", "1"},
       {"TakeRefusedWishes", 71, {}, "''", "''"},
       {"CheckScript", 72, {"/p/x.lua"}, "''", "''"},
   };

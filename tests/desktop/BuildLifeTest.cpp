@@ -170,7 +170,8 @@ TEST_F(BuildLifeTest, ABuildThatWaitsSaysSoAndIsOfTheNodeItWasAskedFor) {
 }
 
 TEST_F(BuildLifeTest, ABuildThatWaitsForAnotherProcessSaysSo) {
-  auto lock = FileSystem::Native().TryLock(LockPathOf(first), LockPurpose::Build);
+  auto lock =
+      FileSystem::Native().TryLock(WithExtension(first, kLockExtension), LockPurpose::Build);
   ASSERT_TRUE(lock) << lock.GetError().text;
   NoteEnd();
   window->Commands().Run(kCmdBuildAll);

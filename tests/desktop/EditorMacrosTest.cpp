@@ -82,6 +82,11 @@ TEST_F(EditorMacrosTest, CodeThatTheConfigurationLeavesOutIsGrey) {
   EXPECT_FALSE(IsGrey("debugged"));
   Choose("Standard");
   EXPECT_TRUE(RunUntil([this] { return IsGrey("debugged"); }, 5000));
+  CodeEditor& editor = *window->Editors().Current();
+  editor.insertAt("#if __OF_THE_COMPILER__\n#endif\n", 0, 0);
+  EXPECT_TRUE(RunUntil([this] { return !IsGrey("debugged"); }, 5000)) << "it can't be judged now";
+  editor.undo();
+  EXPECT_TRUE(RunUntil([this] { return IsGrey("debugged"); }, 5000));
 }
 
 }  // namespace

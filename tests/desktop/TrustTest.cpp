@@ -36,7 +36,6 @@ TEST_F(DesktopTrust, ARefusedBuildAsksForTrustAndGoesOnWithIt) {
     Press(answer);
     EXPECT_FALSE(TrustBanner().isVisible());
   }
-  ASSERT_TRUE(Choose("Build all"));
   ASSERT_TRUE(AwaitBuild());
   EXPECT_FALSE(TrustBanner().isVisible());
   EXPECT_TRUE(IsBuilt("blinky-avr.elf"));

@@ -43,6 +43,7 @@ TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
   CliProject project;
   std::filesystem::create_directories(project.PathOf("taken"));
   project.Write("taken/taken.tapp", "mine");
+  project.ExpectRefusal({"new", ""}, 2, "A project needs a name.");
   project.ExpectRefusal({"new", "a", "--target", "ATmega328"}, 2,
                         "There is no target \"ATmega328\". Did you mean \"ATmega328P\"");
   project.ExpectRefusal({"new", "a", "--target", "Z80"}, 2,

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 
 #include "hosts/CliProject.h"
 
@@ -25,7 +27,7 @@ TEST(CliOutputs, WhatIsNoProductIsNeitherOverwrittenNorDeleted) {
       {"src/b.c", "link.o", "is a source of the project"},
       {"src/b.c", "hard.o", "is a source of the project"},
       {"outside/file", "outside/file", "is outside the project's folder"},
-      {"outside/file", "link/file", "is outside the project's folder"},
+      {"outside/file", "link/file", "link leads to "},
       {"outside/file", "file.o", "is outside the project's folder"},
   };
   for (const auto& row : rows) {
@@ -82,6 +84,60 @@ TEST(CliOutputs, AProductOutsideIsDeletedAsLongAsItIsTheOneThatWasMade) {
   EXPECT_EQ(project.Run({"build"}).code, 1);
   project.Out({"clean"});
   EXPECT_EQ(outside.Read("a.o"), "somebody's");
+}
+
+// Also before they are there: what a tool left in their place would pass for theirs.
+TEST(CliOutputs, FilesOfTheProgramItselfAreNoOutputsOfAnyOption) {
+  const struct {
+    const char* option;
+    const char* value;
+    const char* file;
+    const char* node = "";
+  } rows[] = {
+      {"Build.OutputFile", "demo.tstate", "demo.tstate", "src/a.c"},
+      {"Build.OutputFile", "demo.undo.tstate", "demo.undo.tstate", "src/a.c"},
+      {"Build.OutputFile", "demo.tlog", "demo.tlog", "src/a.c"},
+      {"Build.OutputFile", "app.tlock", "app.tlock", "src/a.c"},
+      {"Build.OutputFile", "new.TPRJ", "new.TPRJ", "src/a.c"},
+      {"Build.OutputFile", "app.tapp.bak", "app.tapp.bak", "src/a.c"},
+      {"Build.OutputFile", "link.o", "link.o", "src/a.c"},
+      {"Build.ListingFile", "app.tapp.orig2", "app.tapp.orig2", "src/a.c"},
+      {"Linker.MapFile", "demo.tprj", "demo.tprj"},
+      {"Linker.MapFile", "../settings/state/trusted", "settings/state/trusted"},
+      {"Linker.Extra", "-Wl,-Map=app.tapp", "app.tapp"},
+      {"C.Compiler.Extra", "-Wa,-adhlns=demo.tlog", "demo.tlog"},
+  };
+  CliProject project;
+  project.Trust();
+  project.Out({"build"});
+  fs::create_symlink("demo.tstate", project.PathOf("link.o"));
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.option + std::string(" = ") + row.value);
+    std::vector<std::string> change{"options", "set"};
+    if (*row.node != '\0') change.insert(change.end(), {"-n", row.node});
+    change.insert(change.end(), {"--", row.option, row.value});
+    project.Out(change);
+    const std::string kept[] = {project.Read("demo.tprj"), project.Read("app.tapp"),
+                                project.Read("../settings/state/trusted")};
+    for (const char* command : {"rebuild", "clean"}) {
+      const auto answer = project.Run({command});
+      if (*command == 'c' && row.option[0] != 'B') continue;  // it deletes no others
+      EXPECT_EQ(answer.code, *command == 'r' ? 1 : 0) << answer.err;
+      const std::string said = std::string(row.file) + " is named as an output by the option " +
+                               (*row.option == 'C' ? "Compiler.Extra" : row.option) + ", but ";
+      const bool isNothingThere = *command == 'c' && !project.Exists(row.file);
+      EXPECT_TRUE(Has(answer.out, said) || isNothingThere) << answer.out << answer.err;
+    }
+    const std::string now[] = {project.Read("demo.tprj"), project.Read("app.tapp"),
+                               project.Read("../settings/state/trusted")};
+    EXPECT_TRUE(std::equal(std::begin(kept), std::end(kept), std::begin(now)));
+    EXPECT_FALSE(Has(project.Read(row.file), "ELF") || Has(project.Read(row.file), "Memory Conf"));
+    change[1] = "reset";
+    change.pop_back();
+    change.erase(std::remove(change.begin(), change.end(), "--"), change.end());
+    project.Out(change);
+  }
+  project.Out({"build"});
 }
 
 TEST(CliOutputs, AMapIsNotWrittenOverASource) {

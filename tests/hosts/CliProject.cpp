@@ -9,6 +9,8 @@
 #include <sstream>
 #include <thread>
 
+#include "platform/text/Text.h"
+
 namespace tarn::host {
 
 namespace {
@@ -37,6 +39,12 @@ std::string ApplicationText(const std::string& label, const std::vector<std::str
 
 bool Has(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
+}
+
+std::vector<std::string> Words(std::string_view line) {
+  std::vector<std::string> words;
+  for (const std::string_view word : Split(line, ' ')) words.emplace_back(word);
+  return words;
 }
 
 std::string Built(const std::string& out) {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -12,6 +13,9 @@
 namespace tarn::host {
 
 bool Has(const std::string& text, const std::string& part);
+
+// The words of a command line, with blanks between them.
+std::vector<std::string> Words(std::string_view line);
 
 // Names of what a build has built, in order: "a.c app".
 std::string Built(const std::string& out);

@@ -147,8 +147,9 @@ TEST(CliRelocate, AnApplicationOutsideIsChangedOnlyIfTheUserSaysSo) {
   EXPECT_TRUE(Has(project.Out({"relocate", "inner", "inner/app.tapp", "app.tapp", "--outside-ok"}),
                   "inner/app.tapp -> app.tapp\n"));
   fs::rename(project.PathOf("src"), project.PathOf("code"));
-  project.ExpectRefusal({"relocate", "inner", "src", "code"}, 3,
-                        "app.tapp is outside the folder of the project. With --outside-ok");
+  project.ExpectRefusal(
+      {"relocate", "inner", "src", "code"}, 3,
+      "app.tapp is not changed, since it is outside the folder of the project. With --outside-ok");
   EXPECT_TRUE(Has(project.Out({"relocate", "inner", "--below", ".", "--outside-ok"}),
                   "src/a.c -> code/a.c\n"));
   EXPECT_EQ(project.Run({"build", "inner", "--trust"}).code, 0);

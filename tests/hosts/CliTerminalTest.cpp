@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "hosts/CliProject.h"
@@ -58,10 +59,8 @@ TEST(CliTerminal, NoCommandPassesOnControlCharactersOfAProjectOrATool) {
       "export compile-commands -o -;%;build --%;build %;build -c %;add %;rename c.c %;remove %x;"
       "new % --target %;targets %;relocate %;relocate % %;log %;import %;undo;complete node";
   for (const std::string_view command : Split(kCommands, ';')) {
-    std::vector<std::string> words;
-    for (const std::string_view word : Split(command, ' ')) {
-      words.push_back(ReplaceAll(word, "%", kHostile));
-    }
+    std::vector<std::string> words = Words(command);
+    for (std::string& word : words) word = ReplaceAll(word, "%", kHostile);
     if (words.front() == "complete") words.emplace_back();
     const auto answer = project.Run(words);
     EXPECT_EQ(FindHarm(answer.out), "") << command;
@@ -76,6 +75,29 @@ TEST(CliTerminal, NoCommandPassesOnControlCharactersOfAProjectOrATool) {
   EXPECT_TRUE(Has(project.Run({"tree"}).out, "\\x1b]0;pwned\\x07"));
   const auto tree = nlohmann::json::parse(project.Run({"tree", "--json"}).out);
   EXPECT_TRUE(Has(tree.dump(), "\\u001b]0;pwned\\u0007")) << tree;
+}
+
+// Such a name is refused in many places, and shown in each.
+TEST(CliTerminal, ALineEndInANameBreaksNoLine) {
+  CliProject project;
+  const std::string name = "n\nEVIL";
+  std::filesystem::create_directory(project.PathOf(name));
+  project.Edit(name + "/" + name + ".tprj", project.Read("demo.tprj"));
+  project.Edit("x\nEVIL.tprj", project.Read("demo.tprj"));
+  // A % stands for the name.
+  constexpr std::string_view kCommands =
+      "%;help %;% --help;build %;build -c % demo.tprj;build -a % demo.tprj;status %;tree %;check %;"
+      "log %;report %;globals %;export sarif %;export sarif demo.tprj -o %/no;options get %;"
+      "options set % %;options get -n % Build.Tool demo.tprj;config add % demo.tprj;trust %;"
+      "trust %/no;add demo.tprj %;add --create demo.tprj src/%;rename demo.tprj a.c %;"
+      "remove demo.tprj %;run %;import %;new %;new no/% --target %;targets %;targets --family %;"
+      "relocate demo.tprj % %;undo %;status;build --%";
+  for (const std::string_view command : Split(kCommands, ';')) {
+    std::vector<std::string> words = Words(command);
+    for (std::string& word : words) word = ReplaceAll(word, "%", name);
+    const auto answer = project.Run(words);
+    EXPECT_FALSE(Has(answer.out + answer.err, "\nEVIL")) << command << answer.out << answer.err;
+  }
 }
 
 }  // namespace

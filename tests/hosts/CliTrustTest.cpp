@@ -10,8 +10,11 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <thread>
 
 #include "hosts/CliProject.h"
+#include "platform/files/FileSystem.h"
+#include "platform/text/Text.h"
 
 namespace tarn::host {
 namespace {
@@ -26,195 +29,133 @@ struct Hostile {
   std::string Outside(const std::string& name) const { return around.PathOf(name); }
   // A program in the project that leaves a trace, and does what its arguments say.
   void AddTrap(const std::string& name) {
-    fs::create_directories(fs::path(project.PathOf(name)).parent_path());
-    std::ofstream(project.PathOf(name)) << "#!/bin/sh\necho \"$0\" >> " << Outside("ran") << "\n"
-                                        << "exec \"$@\"\n";
+    project.Edit(name, "#!/bin/sh\necho \"$0\" >> " + Outside("ran") + "\nexec \"$@\"\n");
     chmod(project.PathOf(name).c_str(), 0755);
   }
+  // A "%" in the value stands for the folder outside.
   void Set(const std::string& option, const std::string& value, const std::string& node = "") {
     std::vector<std::string> words{"options", "set"};
     if (!node.empty()) words.insert(words.end(), {"-n", node});
-    words.insert(words.end(), {"--", option, value});
+    words.insert(words.end(), {"--", option, ReplaceAll(value, "%", Outside(""))});
     project.Out(words);
   }
-  void SetCompiler(const std::string& arguments) { Set("C.Compiler.Extra", arguments); }
   // A specification of the compiler driver that runs the trap instead of the compiler.
-  void AddSpecs(const std::string& name) {
-    AddTrap("trap.sh");
-    fs::create_directories(fs::path(project.PathOf(name)).parent_path());
-    std::ofstream(project.PathOf(name)) << "@c:\n./trap.sh true %i\n\n";
-  }
-  void AddPlugin(const std::string& name) {
+  void AddSpecs(const std::string& name) { project.Edit(name, "@c:\n./trap.sh true %i\n\n"); }
+  void AddPlugin() {
     project.Write("p.c",
                   "#include <stdio.h>\n__attribute__((constructor)) static void f(void) {\n"
                   "fclose(fopen(\"" +
                       Outside("ran") +
                       "\", \"a\")); }\n"
                       "int plugin_is_GPL_compatible; int onload(void* p) { return 0; }\n");
-    ASSERT_EQ(project.RunProgram("gcc", {"-shared", "-fPIC", "-o", name, "p.c"}).code, 0);
+    ASSERT_EQ(project.RunProgram("gcc", {"-shared", "-fPIC", "-o", "p.so", "p.c"}).code, 0);
   }
 
   // Every file outside the project, with what it holds.
   std::map<std::string, std::string> World() const {
     std::map<std::string, std::string> files;
-    for (const auto& each : fs::recursive_directory_iterator(around.PathOf(""))) {
+    for (const auto& each : fs::recursive_directory_iterator(Outside(""))) {
       if (each.is_directory()) continue;
-      std::ifstream file(each.path());
-      files[each.path()] = std::string(std::istreambuf_iterator<char>(file), {});
+      files[each.path()] = around.Read(fs::relative(each.path(), Outside("")));
     }
     return files;
   }
 };
 
-using Plant = void (*)(Hostile&);
+constexpr const char* kExtra = "C.Compiler.Extra";
+constexpr const char* kOutput = "Build.OutputFile";
+constexpr const char* kNode = "src/a.c";
 
-struct Row {
+const struct Row {
   const char* name;
   const char* wish;  // that the refusal names
-  Plant plant;
-  bool isNever = false;  // refused to a trusted project, too
-};
-
-const Row kRows[] = {
-    {"a launcher in the project", "run the launcher ./trap.sh",
-     [](Hostile& h) {
-       h.AddTrap("trap.sh");
-       h.Set("Build.Launcher", "./trap.sh");
-     }},
-    {"an installed program as the launcher", "run the launcher sh",
-     [](Hostile& h) { h.Set("Build.Launcher", "sh -c 'echo ran >> " + h.Outside("ran") + "'"); }},
-    {"an installed launcher with arguments", "run the launcher env",
-     [](Hostile& h) {
-       h.AddTrap("trap.sh");
-       h.Set("Build.Launcher", "env ./trap.sh");
-     }},
-    {"a tool named by a path", "run the tool ./trap.sh",
-     [](Hostile& h) {
-       h.AddTrap("trap.sh");
-       h.Set("Build.TranslateTool", "./trap.sh", "src/a.c");
-     }},
-    {"a compiler plug-in", "run code with the argument -fplugin=",
-     [](Hostile& h) {
-       h.AddPlugin("p.so");
-       h.SetCompiler("-fplugin=./p.so");
-     }},
-    {"a plug-in in a response file", "run code with the argument -fplugin=",
-     [](Hostile& h) {
-       h.AddPlugin("p.so");
-       h.project.Write("more", "-Os -fplugin=./p.so\n");
-       h.SetCompiler("@more");
-     }},
-    {"a plug-in for the preprocessor", "run code with the argument -fplugin=",
-     [](Hostile& h) {
-       h.AddPlugin("p.so");
-       h.SetCompiler("-Xpreprocessor -fplugin=./p.so");
-     }},
-    {"a linker plug-in", "run code with the argument -plug",
-     [](Hostile& h) {
-       h.AddPlugin("p.so");
-       h.Set("Linker.Extra", "-Wl,-plugin,./p.so");
-     }},
-    {"the compiler's own programs", "run code with the argument -Bbin/",
-     [](Hostile& h) {
-       h.AddTrap("bin/as");
-       h.SetCompiler("-Bbin/");
-     }},
-    {"a wrapper of the compiler's programs", "run code with the argument -wrapper",
-     [](Hostile& h) {
-       h.AddTrap("trap.sh");
-       h.SetCompiler("-wrapper ./trap.sh");
-     }},
-    {"a specification file", "run code with the argument -specs=evil.specs",
-     [](Hostile& h) {
-       h.AddSpecs("evil.specs");
-       h.SetCompiler("-specs=evil.specs");
-     }},
-    {"a specification of a device", "run code with the argument -mmcu=evil",
+  const char* option;
+  const char* value;
+  const char* node = "";
+  void (*plant)(Hostile&) = nullptr;
+  const char* link = "";  // in the project, which the refusal names with its target
+  bool isNever = false;   // refused to a trusted project, too
+} kRows[] = {
+    {"a launcher in the project", "run the launcher ./trap.sh", "Build.Launcher", "./trap.sh"},
+    {"an installed program as the launcher", "run the launcher sh", "Build.Launcher",
+     "sh -c 'echo ran >> %ran'"},
+    {"an installed launcher with arguments", "run the launcher env", "Build.Launcher",
+     "env ./trap.sh"},
+    {"a tool named by a path", "run the tool ./trap.sh", "Build.TranslateTool", "./trap.sh", kNode},
+    {"a compiler plug-in", "run code with the argument -fplugin=", kExtra, "-fplugin=./p.so"},
+    {"a plug-in in a response file", "run code with the argument -fplugin=", kExtra, "@more", "",
+     [](Hostile& h) { h.project.Write("more", "-Os -fplugin=./p.so\n"); }},
+    {"a plug-in for the preprocessor", "run code with the argument -fplugin=", kExtra,
+     "-Xpreprocessor -fplugin=./p.so"},
+    {"a linker plug-in", "run code with the argument -plug", "Linker.Extra", "-Wl,-plugin,./p.so"},
+    {"the compiler's own programs", "run code with the argument -Bbin/", kExtra, "-Bbin/", "",
+     [](Hostile& h) { h.AddTrap("bin/as"); }},
+    {"a wrapper of the compiler's programs", "run code with the argument -wrapper", kExtra,
+     "-wrapper ./trap.sh"},
+    {"a specification file", "run code with the argument -specs=evil.specs", kExtra,
+     "-specs=evil.specs", "", [](Hostile& h) { h.AddSpecs("evil.specs"); }},
+    {"a specification of a device", "run code with the argument -mmcu=evil", "Target.Device",
+     "evil", "",
      [](Hostile& h) {
        h.Set("Target.Toolchain", "avr-gcc");
-       h.Set("Target.Device", "evil");
        h.AddSpecs("device-specs/specs-evil");
      }},
-    {"a compiler on a search path that leads into the project", "run ",
+    {"a compiler on a search path that leads into the project", "run ", kExtra, "-Os", "",
      [](Hostile& h) {
        h.AddTrap("gcc");
        for (auto& [name, value] : h.project.environment) {
          if (name == "PATH") value = ".:" + value;
        }
      }},
-    {"an output outside", "write ",
-     [](Hostile& h) { h.Set("Build.OutputFile", h.Outside("new/a.o"), "src/a.c"); }},
-    {"an output that climbs out", "write ",
-     [](Hostile& h) {
-       const std::string folder = fs::path(h.project.PathOf("")).parent_path();
-       h.Set("Build.OutputFile", fs::relative(h.Outside("a.o"), folder), "src/a.c");
-     }},
-    {"outputs in a folder that is a link", "write ",
-     [](Hostile& h) { fs::create_directory_symlink(h.Outside(""), h.project.PathOf("build")); }},
-    {"an output that is a link to nothing", "write ",
-     [](Hostile& h) {
-       fs::create_symlink(h.Outside("a.o"), h.project.PathOf("a.o"));
-       h.Set("Build.OutputFile", "a.o", "src/a.c");
-     },
+    {"an output outside", "write ", kOutput, "%new/a.o", kNode},
+    {"an output that climbs out", "write ", kOutput, "../../../../../../..%a.o", kNode},
+    {"outputs in a folder that is a link", "write ", kExtra, "-Os", "",
+     [](Hostile& h) { fs::create_directory_symlink(h.Outside(""), h.project.PathOf("build")); },
+     "build"},
+    {"an output that is a link to nothing", "write ", kOutput, "a.o", kNode,
+     [](Hostile& h) { fs::create_symlink(h.Outside("a.o"), h.project.PathOf("a.o")); }, "a.o",
      true},
-    {"a listing outside", "write ",
-     [](Hostile& h) { h.Set("Build.ListingFile", h.Outside("a.lst"), "src/a.c"); }},
-    {"a map outside", "write ", [](Hostile& h) { h.Set("Linker.MapFile", h.Outside("map")); }},
-    {"a map in an argument", "write ",
-     [](Hostile& h) { h.Set("Linker.Extra", "-Wl,-Map=" + h.Outside("map")); }},
-    {"an abbreviated argument of the linker", "write ",
-     [](Hostile& h) { h.Set("Linker.Extra", "-Wl,--dependency-f," + h.Outside("deps")); }},
-    {"a listing in an argument", "write ",
-     [](Hostile& h) { h.SetCompiler("-Wa,-adhlns=" + h.Outside("list")); }},
-    {"declarations in an argument", "write ",
-     [](Hostile& h) { h.SetCompiler("-aux-info " + h.Outside("info")); }},
-    {"a dump of the compiler", "write ",
-     [](Hostile& h) { h.SetCompiler("-fdump-tree-original=" + h.Outside("dump")); }},
-    {"a dump through a link", "write ",
-     [](Hostile& h) {
-       fs::create_directory_symlink(h.Outside(""), h.project.PathOf("link"));
-       h.SetCompiler("-fdump-tree-original=link/dump");
-     }},
+    {"a listing outside", "write ", "Build.ListingFile", "%a.lst", kNode},
+    {"a map outside", "write ", "Linker.MapFile", "%map"},
+    {"a map in an argument", "write ", "Linker.Extra", "-Wl,-Map=%map"},
+    {"an abbreviated argument of the linker", "write ", "Linker.Extra", "-Wl,--dependency-f,%deps"},
+    {"a listing in an argument", "write ", kExtra, "-Wa,-adhlns=%list"},
+    {"declarations in an argument", "write ", kExtra, "-aux-info %info"},
+    {"a dump of the compiler", "write ", kExtra, "-fdump-tree-original=%dump"},
+    {"a dump through a link", "write ", kExtra, "-fdump-tree-original=link/dump", "",
+     [](Hostile& h) { fs::create_directory_symlink(h.Outside(""), h.project.PathOf("link")); },
+     "link"},
 };
 
-bool NeedsCompiler(const Row& row) {
-  return std::string(row.wish).find("-mmcu") != std::string::npos &&
-         access("/usr/bin/avr-gcc", X_OK) != 0;
-}
-
 TEST(CliTrust, AHostileProjectRunsAndWritesNothingUntilItIsTrusted) {
-  const std::vector<std::vector<std::string>> uses = {{"status"},
-                                                      {"check"},
-                                                      {"tree"},
-                                                      {"options", "list"},
-                                                      {"log"},
-                                                      {"report"},
-                                                      {"build"},
-                                                      {"rebuild", "-v"},
-                                                      {"export", "compile-commands"},
-                                                      {"export", "sarif"},
-                                                      {"clean"},
-                                                      {"build"},
-                                                      {"globals"},
-                                                      {"report", "--errors"},
-                                                      {"add", "src/a.h"},
-                                                      {"undo"}};
+  constexpr std::string_view kUses =
+      "status;check;tree;options list;log;report;build;rebuild -v;export compile-commands;"
+      "export sarif;clean;build;globals;report --errors;add src/a.h;undo";
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.name);
-    if (NeedsCompiler(row)) continue;
+    const std::string wish = row.wish;
+    if (Has(wish, "-mmcu") && access("/usr/bin/avr-gcc", X_OK) != 0) continue;
     Hostile hostile;
+    CliProject& project = hostile.project;
     hostile.around.Write("bystander", "precious");
-    row.plant(hostile);
+    hostile.AddTrap("trap.sh");
+    if (Has(wish, "plug")) hostile.AddPlugin();
+    if (row.plant != nullptr) row.plant(hostile);
+    hostile.Set(row.option, row.value, row.node);
     const auto before = hostile.World();
-    for (const auto& words : uses) {
-      const auto answer = hostile.project.Run(words);
-      EXPECT_EQ(hostile.World(), before) << words[0] << answer.out << answer.err;
-      if (words[0] != "build") continue;
+    for (const std::string_view use : Split(kUses, ';')) {
+      const auto answer = project.Run(Words(use));
+      EXPECT_EQ(hostile.World(), before) << use << answer.out << answer.err;
+      if (use != "build") continue;
       EXPECT_EQ(answer.code, 3) << answer.out << answer.err;
-      EXPECT_TRUE(Has(answer.err, std::string("The project wants to ") + row.wish)) << answer.err;
+      EXPECT_TRUE(Has(answer.err, "The project wants to " + wish)) << answer.err;
       EXPECT_TRUE(Has(answer.err, "`tarn trust ")) << answer.err;
+      const std::string link = "(the link " + project.PathOf(row.link) + " leads to ";
+      EXPECT_EQ(Has(answer.err, link + fs::path(hostile.Outside("")).parent_path().string()),
+                *row.link != '\0')
+          << answer.err;
     }
-    hostile.project.Run({"rebuild", "--trust"});
+    project.Run({"rebuild", "--trust"});
     EXPECT_EQ(hostile.World() == before, row.isNever) << "what it does with trust";
   }
 }
@@ -224,12 +165,9 @@ TEST(CliTrust, AScriptOfTheProjectNeedsTrust) {
   const std::string ini = hostile.Outside("file.ini");
   const std::string script = "tarn.WriteIniValue('S', 'Key', 'value', '" + ini + "')\n";
   hostile.project.Write("own.lua", script);
-  hostile.project.ExpectRefusal({"run", "own.lua"}, 3, "run the script");
   hostile.around.Write("users.lua", script);
-  const std::string users = hostile.Outside("users.lua");
-  const auto answer = hostile.project.Run({"run", users});
-  EXPECT_EQ(answer.code, 3) << answer.out << answer.err;
-  EXPECT_TRUE(Has(answer.err, "wants to write " + ini)) << answer.err;
+  hostile.project.ExpectRefusal({"run", "own.lua"}, 3, "run the script");
+  hostile.project.ExpectRefusal({"run", hostile.Outside("users.lua")}, 3, "wants to write " + ini);
   EXPECT_FALSE(fs::exists(ini));
   hostile.project.Out({"run", "--trust", "own.lua"});
   EXPECT_TRUE(Has(hostile.around.Read("file.ini"), "value"));
@@ -237,30 +175,38 @@ TEST(CliTrust, AScriptOfTheProjectNeedsTrust) {
 
 TEST(CliTrust, NothingOutsideIsDeletedWithoutTrustThatABuildMadeThere) {
   Hostile hostile;
-  const std::string output = hostile.Outside("a.o");
-  hostile.Set("Build.OutputFile", output, "src/a.c");
+  hostile.Set(kOutput, "%a.o", kNode);
   hostile.project.Out({"build", "--trust"});
-  ASSERT_TRUE(fs::exists(output));
+  ASSERT_TRUE(hostile.around.Exists("a.o"));
   const auto answer = hostile.project.Run({"clean"});
   EXPECT_EQ(answer.code, 3) << answer.out << answer.err;
-  EXPECT_TRUE(Has(answer.err, "delete " + output)) << answer.err;
-  EXPECT_TRUE(fs::exists(output));
+  EXPECT_TRUE(Has(answer.err, "delete " + hostile.Outside("a.o"))) << answer.err;
+  EXPECT_TRUE(hostile.around.Exists("a.o"));
   hostile.project.Out({"clean", "--trust"});
-  EXPECT_FALSE(fs::exists(output));
+  EXPECT_FALSE(hostile.around.Exists("a.o"));
 }
 
-TEST(CliTrust, AnApplicationOutsideIsSavedOfATrustedProject) {
-  Hostile hostile;
-  CliProject& project = hostile.project;
-  fs::rename(project.PathOf("app.tapp"), hostile.Outside("app.tapp"));
-  fs::create_symlink(hostile.Outside("app.tapp"), project.PathOf("app.tapp"));
-  const std::string before = hostile.around.Read("app.tapp");
-  const std::vector<std::string> set{"options", "set", "Compiler.Defines", "A=1"};
-  project.ExpectRefusal(set, 3, "outside the folder of the project");
-  EXPECT_EQ(hostile.around.Read("app.tapp"), before);
-  project.Out({"trust"});
-  project.Out(set);
-  EXPECT_TRUE(Has(hostile.around.Read("app.tapp"), "A=1"));
+// A lock file is written, too.
+TEST(CliTrust, AFileOutsideIsSavedAndLockedOnlyForATrustedProject) {
+  for (const char* name : {"app", "demo"}) {
+    SCOPED_TRACE(name);
+    Hostile hostile;
+    CliProject& project = hostile.project;
+    const std::string file = name + std::string(*name == 'a' ? ".tapp" : ".tprj");
+    fs::rename(project.PathOf(file), hostile.Outside(file));
+    fs::create_symlink(hostile.Outside(file), project.PathOf(file));
+    const auto before = hostile.World();
+    project.Out({"build"});
+    project.ExpectRefusal({"rename", *name == 'a' ? "c.c" : "app", "d"}, 3,
+                          "the link " + project.PathOf(file) + " leads to " +
+                              hostile.Outside(file) + ", which is outside the folder of the");
+    EXPECT_EQ(hostile.World(), before);
+    project.Out({"trust"});
+    project.Out({"rename", *name == 'a' ? "c.c" : "app", "d"});
+    project.Out({"build"});
+    EXPECT_TRUE(Has(hostile.around.Read(file), "\"d\""));
+    EXPECT_TRUE(hostile.around.Exists(name + std::string(".tlock")));
+  }
 }
 
 // What people clone and build every day.
@@ -308,7 +254,28 @@ TEST(CliTrust, TheListHoldsFoldersWithAllBelowThem) {
   project.Out({"trust", "--revoke", ".."});
   EXPECT_FALSE(isTrusted());
   EXPECT_EQ(project.Out({"trust", "--list"}), "");
-  project.ExpectRefusal({"trust", "none"}, 2, "is neither a folder nor a project file");
+  for (const char* word : {"none", "src/a.c"}) {
+    project.ExpectRefusal({"trust", word}, 2, "is neither a folder nor a project file");
+  }
+}
+
+TEST(CliTrust, CommandsThatChangeTheListAtOnceLoseNothing) {
+  CliProject project;
+  const auto listed = [&] { return Split(project.Out({"trust", "--list"}), '\n').size(); };
+  constexpr std::size_t kCommands = 12;
+  std::vector<std::thread> commands;
+  for (std::size_t i = 0; i < kCommands; ++i) {
+    const std::string folder = "f" + std::to_string(i);
+    fs::create_directory(project.PathOf(folder));
+    commands.emplace_back([&project, folder] { project.Out({"trust", folder}); });
+  }
+  for (std::thread& each : commands) each.join();
+  EXPECT_EQ(listed(), kCommands + 1) << "with the empty piece after the last line";
+  const auto lock = FileSystem::Native().TryLock(project.PathOf("../settings/state/trusted.lock"),
+                                                 LockPurpose::Edit);
+  ASSERT_TRUE(lock);
+  project.ExpectRefusal({"trust"}, 3, "process ");
+  EXPECT_EQ(listed(), kCommands + 1);
 }
 
 TEST(CliTrust, ANewProjectInANewFolderIsTrustedAndAnImportedOneIsNot) {

@@ -56,6 +56,10 @@ TEST(CommandLine, WrongUseIsTwoAndSaysWhatToDo) {
       {{"options"}, "`tarn options --help` tells how it is used."},
       {{"build", "--colour"}, "`tarn build --help` tells how it is used."},
       {{"options", "get"}, "`tarn options get --help` tells how it is used."},
+      {{"trust", "--list", "--revoke"}, "--revoke excludes --list"},
+      {{"trust", "--list", "demo"}, "PROJECT excludes --list"},
+      {{"log", "--xml", "--json"}, "--json excludes --xml"},
+      {{"build", "-q", "-v"}, "--quiet excludes --verbose"},
       {{}, "Usage: tarn"},
   };
   for (const auto& each : cases) {

@@ -117,8 +117,8 @@ TEST(Console, OnlyItsOwnColoursReachTheTerminal) {
   out.str("");
   console.ShowProgress("\x1b[2J");
   EXPECT_EQ(out.str(), "\r\x1b[K\\x1b[2J");
-  console.Complain("a\n\x9B");
-  EXPECT_EQ(errors.str(), "tarn: a\n\\x9b\n");
+  console.Complain("a\n\x9B", {"b"});
+  EXPECT_EQ(errors.str(), "tarn: a\\x0a\\x9b\nb\n");
 }
 
 TEST(DisplayText, ColumnsAreCharacters) {

@@ -49,53 +49,33 @@ Lines Found(const Relocation& relocation) {
 
 TEST(Relocation, MissingFilesAreFoundByTheirNames) {
   const struct {
-    const char* name;
-    Lines disk;
-    Lines paths;
-    Lines found;
+    const char *name, *disk, *paths, *found;
   } rows[] = {
-      {"all are there", {"/p/src/a.c"}, {".\\src\\a.c"}, {}},
-      {"one place", {"/p/lib/a.c"}, {".\\src\\a.c"}, {"/p/src/a.c -> /p/lib/a.c"}},
-      {"nowhere", {}, {".\\src\\a.c"}, {"/p/src/a.c ?"}},
-      {"another letter case", {"/p/lib/A.C"}, {".\\a.c"}, {"/p/a.c -> /p/lib/A.C"}},
-      {"the exact name goes first",
-       {"/p/lib/A.c", "/p/old/a.c"},
-       {".\\a.c"},
-       {"/p/a.c -> /p/old/a.c"}},
-      {"more of the folders agree",
-       {"/p/x/drv/uart/a.c", "/p/x/uart/a.c", "/p/a.c"},
-       {".\\drv\\uart\\a.c"},
-       {"/p/drv/uart/a.c -> /p/x/drv/uart/a.c"}},
-      {"several agree equally",
-       {"/p/x/a.c", "/p/y/a.c"},
-       {".\\src\\a.c"},
-       {"/p/src/a.c ? /p/x/a.c /p/y/a.c"}},
-      {"a neighbour decides",
-       {"/p/x/a.c", "/p/y/a.c", "/p/y/b.c"},
-       {".\\src\\a.c", ".\\src\\b.c"},
-       {"/p/src/a.c -> /p/y/a.c", "/p/src/b.c -> /p/y/b.c"}},
-      {"a file that the application has already",
-       {"/p/x/a.c"},
-       {".\\x\\a.c", ".\\src\\a.c"},
-       {"/p/src/a.c ?"}},
-      {"two that want one file",
-       {"/p/new/a.c"},
-       {".\\x\\a.c", ".\\y\\a.c"},
-       {"/p/x/a.c ? /p/new/a.c", "/p/y/a.c ? /p/new/a.c"}},
-      {"two that want one file, which is more like one of them",
-       {"/p/new/y/a.c"},
-       {".\\x\\a.c", ".\\y\\a.c"},
-       {"/p/x/a.c ? /p/new/y/a.c", "/p/y/a.c -> /p/new/y/a.c"}},
-      {"folders that aren't searched",
-       {"/p/.git/a.c", "/p/build/a.c", "/p/.cache/x/a.c"},
-       {".\\src\\a.c"},
-       {"/p/src/a.c ?"}},
+      {"all are there", "/p/src/a.c", ".\\src\\a.c", ""},
+      {"one place", "/p/lib/a.c", ".\\src\\a.c", "/p/src/a.c -> /p/lib/a.c"},
+      {"nowhere", "", ".\\src\\a.c", "/p/src/a.c ?"},
+      {"another letter case", "/p/lib/A.C", ".\\a.c", "/p/a.c -> /p/lib/A.C"},
+      {"the exact name goes first", "/p/lib/A.c\n/p/old/a.c", ".\\a.c", "/p/a.c -> /p/old/a.c"},
+      {"more of the folders agree", "/p/x/drv/uart/a.c\n/p/x/uart/a.c\n/p/a.c", ".\\drv\\uart\\a.c",
+       "/p/drv/uart/a.c -> /p/x/drv/uart/a.c"},
+      {"several agree equally", "/p/x/a.c\n/p/y/a.c", ".\\src\\a.c",
+       "/p/src/a.c ? /p/x/a.c /p/y/a.c"},
+      {"a neighbour decides", "/p/x/a.c\n/p/y/a.c\n/p/y/b.c", ".\\src\\a.c\n.\\src\\b.c",
+       "/p/src/a.c -> /p/y/a.c\n/p/src/b.c -> /p/y/b.c"},
+      {"a file that the application has already", "/p/x/a.c", ".\\x\\a.c\n.\\src\\a.c",
+       "/p/src/a.c ?"},
+      {"two that want one file", "/p/new/a.c", ".\\x\\a.c\n.\\y\\a.c",
+       "/p/x/a.c ? /p/new/a.c\n/p/y/a.c ? /p/new/a.c"},
+      {"two that want one file, which is more like one of them", "/p/new/y/a.c",
+       ".\\x\\a.c\n.\\y\\a.c", "/p/x/a.c ? /p/new/y/a.c\n/p/y/a.c -> /p/new/y/a.c"},
+      {"folders that aren't searched", "/p/.git/a.c\n/p/build/a.c\n/p/.cache/x/a.c", ".\\src\\a.c",
+       "/p/src/a.c ?"},
   };
   for (const auto& row : rows) {
-    World world(row.disk, Nodes(row.paths));
+    World world(SplitLines(row.disk), Nodes(SplitLines(row.paths)));
     Relocation relocation(world.files, "/p/demo.tprj");
     ASSERT_TRUE(relocation.Search("/p")) << row.name;
-    EXPECT_EQ(Found(relocation), row.found) << row.name;
+    EXPECT_EQ(Found(relocation), SplitLines(row.found)) << row.name;
   }
 }
 

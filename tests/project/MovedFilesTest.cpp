@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "platform/text/Text.h"
 #include "project/AnsweringWizard.h"
 #include "project/ProjectWorld.h"
 
@@ -92,40 +93,35 @@ TEST_F(MovedFiles, AnApplicationFollowsToWhereTheProjectNamesIt) {
     void (MovedFiles::*edit)();
     void (MovedFiles::*move)();
     const char* tree;
-    Lines files;
-    Lines reported;
+    const char* files;  // a line each
+    const char* reported = "";
   } rows[] = {
-      {"moved, no edit",
-       nullptr,
-       &MovedFiles::Move,
+      {"moved, no edit", nullptr, &MovedFiles::Move,
        "Path=/p/fw/avr/one.tapp)[C(Header=a.c Path=/p/a.c) C(Header=b.c Path=/p/app/b.c)]]",
-       {"/p/demo.tprj", "/p/fw/avr/one.tapp"},
-       {}},
-      {"moved, a source more",
-       &MovedFiles::Add,
-       &MovedFiles::Move,
+       "/p/demo.tprj\n"
+       "/p/fw/avr/one.tapp"},
+      {"moved, a source more", &MovedFiles::Add, &MovedFiles::Move,
        "Path=/p/fw/avr/one.tapp)[C(Header=a.c Path=/p/a.c) C(Header=b.c Path=/p/app/b.c) "
        "C(Header=new.c Path=/p/app/new.c)]]",
-       {"/p/demo.tprj", "/p/fw/avr/one.tapp"},
-       {"/p/fw/avr/one.tapp was changed by another program; its changes are kept"}},
-      {"moved with its folder, a source more",
-       &MovedFiles::Add,
-       &MovedFiles::MoveFolder,
+       "/p/demo.tprj\n"
+       "/p/fw/avr/one.tapp",
+       "/p/fw/avr/one.tapp was changed by another program; its changes are kept"},
+      {"moved with its folder, a source more", &MovedFiles::Add, &MovedFiles::MoveFolder,
        "Path=/p/fw/one.tapp)[C(Header=a.c Path=/p/a.c) C(Header=b.c Path=/p/fw/b.c) "
        "C(Header=new.c Path=/p/fw/new.c)]]",
-       {"/p/demo.tprj", "/p/fw/one.tapp"},
-       {"/p/fw/one.tapp was changed by another program; its changes are kept"}},
-      {"removed, no edit", nullptr, &MovedFiles::Remove, nullptr, {"/p/demo.tprj"}, {}},
-      {"removed, a source more",
-       &MovedFiles::Add,
-       &MovedFiles::Remove,
+       "/p/demo.tprj\n"
+       "/p/fw/one.tapp",
+       "/p/fw/one.tapp was changed by another program; its changes are kept"},
+      {"removed, no edit", nullptr, &MovedFiles::Remove, nullptr, "/p/demo.tprj"},
+      {"removed, a source more", &MovedFiles::Add, &MovedFiles::Remove,
        "Path=/p/app/one.tapp)[C(Header=a.c Path=/p/a.c) C(Header=b.c Path=/p/app/b.c) "
        "C(Header=new.c Path=/p/app/new.c)]]",
-       {"/p/app/one.tapp", "/p/demo.tprj", "/p/demo.tprj.orig"},
-       {"/p/app/one.tapp was missing; it has been written again",
-        "/p/demo.tprj: conflict with another program in one: changed here, removed there",
-        "/p/demo.tprj was changed by another program; a copy of its version is "
-        "/p/demo.tprj.orig"}},
+       "/p/app/one.tapp\n"
+       "/p/demo.tprj\n"
+       "/p/demo.tprj.orig",
+       "/p/app/one.tapp was missing; it has been written again\n"
+       "/p/demo.tprj: conflict with another program in one: changed here, removed there\n"
+       "/p/demo.tprj was changed by another program; a copy of its version is /p/demo.tprj.orig"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
@@ -133,8 +129,8 @@ TEST_F(MovedFiles, AnApplicationFollowsToWhereTheProjectNamesIt) {
     if (row.edit != nullptr) (this->*row.edit)();
     (this->*row.move)();
     EXPECT_EQ(world->model->SaveProject(), 1);
-    EXPECT_EQ(Reported(), row.reported);
-    EXPECT_EQ(Files(), row.files);
+    EXPECT_EQ(Reported(), SplitLines(row.reported));
+    EXPECT_EQ(Files(), SplitLines(row.files));
     world->model->PublishAll();
     EXPECT_EQ(Paths(),
               row.tree == nullptr ? "Project(Header=demo Path=/p/demo.tprj)" : project + row.tree);

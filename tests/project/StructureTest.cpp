@@ -8,15 +8,17 @@
 namespace tarn::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 const std::string kOne = "/p/one.tapp";
 const std::string kProject = "/p/demo.tprj";
 
-Lines ToLines(const std::vector<FileDamage>& damage) {
-  Lines lines;
-  for (const FileDamage& each : damage) lines.push_back(each.ToString());
-  return lines;
+// Its lines, without the file where it is this one.
+std::string ToText(const std::vector<FileDamage>& damage, const std::string& file) {
+  std::string text;
+  for (const FileDamage& each : damage) {
+    const std::string line = each.ToString();
+    text += (text.empty() ? "" : "\n") + line.substr(line.starts_with(file) ? file.size() : 0);
+  }
+  return text;
 }
 
 // A file of the application "one" with this from its second line on.
@@ -39,9 +41,9 @@ std::string Options(const std::string& section) {
 
 struct Row {
   const char* name;
-  std::string file;
   std::string text;
-  Lines damage;  // without the file
+  std::string damage = {};  // without the file
+  std::string file = kOne;
 };
 
 TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
@@ -49,115 +51,81 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
   const std::string isSecond = " is the second of its node; only the first one is read";
   const std::string isUnnamed = " has no attribute Header, so it is not read";
   const Row rows[] = {
-      {"a source among options",
-       kOne,
-       Application("<Options>\n<C Header='f.c' /></Options>"),
-       {":3: <C> \"f.c\"" + inOptions}},
+      {"a source among options", Application("<Options>\n<C Header='f.c' /></Options>"),
+       ":3: <C> \"f.c\"" + inOptions},
       {"a group in a configuration",
-       kOne,
        Application("<Options><Config Header='x' >\n<Group Header='g' /></Config></Options>"),
-       {":3: <Group> \"g\"" + inOptions}},
-      {"a source beside a property",
-       kOne,
-       Application(Options("<C Path='f.c' />")),
-       {":2: <C>" + inOptions}},
-      {"a source in a property",
-       kOne,
-       Application(Options("<P><C Path='f.c' /></P>")),
-       {":2: <C>" + inOptions}},
+       ":3: <Group> \"g\"" + inOptions},
+      {"a source beside a property", Application(Options("<C Path='f.c' />")),
+       ":2: <C>" + inOptions},
+      {"a source in a property", Application(Options("<P><C Path='f.c' /></P>")),
+       ":2: <C>" + inOptions},
       {"a source among configurations",
-       kOne,
        Application("<Configs><Config Header='x' ><C Header='f.c' /></Config></Configs>"),
-       {":2: <C> \"f.c\" is in <Configs>, where no node is read"}},
+       ":2: <C> \"f.c\" is in <Configs>, where no node is read"},
       {"a source among dependencies",
-       kOne,
        Application("<C Header='c' ><Dependencies>\n<C Header='f.c' Path='f.c' />"
                    "<Header Header='h.h' /></Dependencies></C>"),
-       {":3: <C> \"f.c\" is in <Dependencies>, where no node is read"}},
-      {"a group in stored state",
-       kOne,
-       Application("<Info><X><Group><C/></Group></X></Info>"),
-       {":2: <Group> is in <Info>, where no node is read"}},
+       ":3: <C> \"f.c\" is in <Dependencies>, where no node is read"},
+      {"a group in stored state", Application("<Info><X><Group><C/></Group></X></Info>"),
+       ":2: <Group> is in <Info>, where no node is read"},
       {"a source in a source",
-       kOne,
        Application("<C Header='a.c' >\n<Header Header='b.h' ><X><C Header='f.c' /></X></Header>"
                    "</C>"),
-       {":3: <Header> \"b.h\" is in <C> \"a.c\", which holds no nodes",
-        ":3: <C> \"f.c\" is in <C> \"a.c\", which holds no nodes"}},
-      {"options twice", kOne, Application("<Options/>\n<Options/>"), {":3: <Options>" + isSecond}},
-      {"configurations twice",
-       kOne,
-       Application("<Group><Configs/>\n<Configs/></Group>"),
-       {":3: <Configs>" + isSecond}},
+       ":3: <Header> \"b.h\" is in <C> \"a.c\", which holds no nodes\n"
+       ":3: <C> \"f.c\" is in <C> \"a.c\", which holds no nodes"},
+      {"options twice", Application("<Options/>\n<Options/>"), ":3: <Options>" + isSecond},
+      {"configurations twice", Application("<Group><Configs/>\n<Configs/></Group>"),
+       ":3: <Configs>" + isSecond},
       {"levels of options",
-       kOne,
        Application("<Options><Set Header='s' />\n<Config Header='x' ><Property Header='p' "
                    "/></Config>\n<Config Header='y' ><Set Header='s' ><Config Header='z' />"
                    "</Set></Config></Options>"),
-       {":2: <Set> \"s\" is at a wrong level of <Options>",
-        ":3: <Property> \"p\" is at a wrong level of <Options>",
-        ":4: <Config> \"z\" is at a wrong level of <Options>"}},
+       ":2: <Set> \"s\" is at a wrong level of <Options>\n"
+       ":3: <Property> \"p\" is at a wrong level of <Options>\n"
+       ":4: <Config> \"z\" is at a wrong level of <Options>"},
       {"options without a name",
-       kOne,
        Application("<Options><Config ><X/></Config>\n<Config Header='x' ><Set/>\n<Set Header='s' >"
                    "<Section/></Set></Config></Options><Configs><Config/></Configs>"),
-       {":2: <Config>" + isUnnamed, ":3: <Set>" + isUnnamed, ":4: <Section>" + isUnnamed,
-        ":4: <Config>" + isUnnamed}},
-      {"another root",
-       kOne,
-       "\n<Group Header='one' ></Group>",
-       {":2: the root is <Group>, the project names <Application>"}},
-      {"the root of another application",
-       kOne,
-       "<AutoApp Header='one' ></AutoApp>",
-       {":1: the root is <AutoApp>, the project names <Application>"}},
-      {"a root in another letter case", kOne, "<APPLICATION Header='one' ></APPLICATION>", {}},
+       ":2: <Config>" + isUnnamed + "\n:3: <Set>" + isUnnamed + "\n:4: <Section>" + isUnnamed +
+           "\n:4: <Config>" + isUnnamed},
+      {"another root", "\n<Group Header='one' ></Group>",
+       ":2: the root is <Group>, the project names <Application>"},
+      {"the root of another application", "<AutoApp Header='one' ></AutoApp>",
+       ":1: the root is <AutoApp>, the project names <Application>"},
+      {"a root in another letter case", "<APPLICATION Header='one' ></APPLICATION>"},
       {"content of an application",
-       kProject,
        Project("<Application Header='two' Extern='two.tapp' ><!-- c -->\n<X/><C/></Application>"),
-       {":3: <X> is content of <Application> \"two\", which is read from its own file"}},
-      {"an application twice",
-       kProject,
-       Project("<Application Header='1' Extern='.\\one.tapp' />"),
-       {":2: <Application> \"1\" names a file that is read already"}},
+       ":3: <X> is content of <Application> \"two\", which is read from its own file", kProject},
+      {"an application twice", Project("<Application Header='1' Extern='.\\one.tapp' />"),
+       ":2: <Application> \"1\" names a file that is read already", kProject},
       {"a configuration that is not there",
-       kOne,
        "<Application Header='one' Config='Gone' >\n<Configs><Config Header='Fast' /></Configs>"
        "</Application>",
-       {":1: <Application> \"one\" names the configuration \"Gone\", which it does not have"}},
+       ":1: <Application> \"one\" names the configuration \"Gone\", which it does not have"},
       {"a configuration in another letter case",
-       kOne,
        "<Application Header='one' Config='fast' ><Configs><Config Header='Fast' /></Configs>"
-       "</Application>",
-       {}},
+       "</Application>"},
       {"the active application is not there",
-       kProject,
        "\n<Project ActiveApp='two' ><Application Header='one' Extern='one.tapp' />\n</Project>",
-       {":2: the application \"two\", which is the active one, is missing"}},
+       ":2: the application \"two\", which is the active one, is missing", kProject},
       {"the active application has another label in its own file",
-       kProject,
-       "<Project ActiveApp='uno' ><Application Header='uno' Extern='one.tapp' /></Project>",
-       {}},
-      {"a project of another type",
-       kProject,
-       "\n<Group ></Group>",
-       {":2: the root is <Group>, not that of a project"}},
+       "<Project ActiveApp='uno' ><Application Header='uno' Extern='one.tapp' /></Project>", "",
+       kProject},
+      {"a project of another type", "\n<Group ></Group>",
+       ":2: the root is <Group>, not that of a project", kProject},
       {"types that are unknown, and what belongs to others",
-       kOne,
        Application("<X><C Header='c' /></X><C Header='d' ><X Path='x' /></C>" +
                    Options("<Proprety/><P><Group/><Set/></P><P Value='x'>t</P>") +
                    "<C><Dependencies Header='Dependencies' ><Header Header='x.h' /></Dependencies>"
-                   "<PropState>x</PropState><Info><X/></Info></C><Configs><X/></Configs>"),
-       {}},
+                   "<PropState>x</PropState><Info><X/></Info></C><Configs><X/></Configs>")},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
     EditedWorld world;
     world.AddFile(row.file, row.text);
     ASSERT_EQ(world.OpenDemo(), 1);
-    Lines expected;
-    for (const std::string& line : row.damage) expected.push_back(row.file + line);
-    EXPECT_EQ(ToLines(world.model->GetDamage()), expected);
+    EXPECT_EQ(ToText(world.model->GetDamage(), row.file), row.damage);
     world.Edit();
     world.model->SaveProject();
     EXPECT_EQ(world.FileText(row.file + ".bak"), row.damage.empty() ? "(none)" : row.text);
@@ -166,14 +134,10 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
 
 TEST(Structure, AProjectThatCannotBeOpenedKeepsWhatIsWrong) {
   const Row rows[] = {
-      {"an application in itself",
-       kOne,
-       Application("<Application Header='x' Extern='one.tapp' />"),
-       {":2: <Application> \"x\" names a file that is read already"}},
-      {"cut in an application",
-       kProject,
-       "<Project ><Application Header='x'",
-       {":1: incomplete tag of <Application>; nothing after it is read"}},
+      {"an application in itself", Application("<Application Header='x' Extern='one.tapp' />"),
+       ":2: <Application> \"x\" names a file that is read already"},
+      {"cut in an application", "<Project ><Application Header='x'",
+       ":1: incomplete tag of <Application>; nothing after it is read", kProject},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
@@ -184,7 +148,7 @@ TEST(Structure, AProjectThatCannotBeOpenedKeepsWhatIsWrong) {
     EXPECT_TRUE(world.model->GetDamage().empty());
     world.AddNext();
     EXPECT_EQ(world.model->OpenProject("/p/next.tprj", 1), 1);  // in place of none
-    EXPECT_EQ(ToLines(world.model->GetFailedDamage()), Lines{row.file + row.damage.front()});
+    EXPECT_EQ(ToText(world.model->GetFailedDamage(), row.file), row.damage);
     EXPECT_EQ(world.model->OpenProject("/p/next.tprj", 0), 1);
     EXPECT_TRUE(world.model->GetFailedDamage().empty());
   }
@@ -201,8 +165,8 @@ TEST(Structure, AnApplicationThatIsAddedMayBeOfAnotherType) {
   EXPECT_TRUE(world.model->GetDamage().empty());
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
   ASSERT_EQ(world.model->AddExistingItem("/p/group.tapp", nullptr), 1);
-  EXPECT_EQ(ToLines(world.model->GetDamage()),
-            Lines{"/p/group.tapp:1: the root is <Group>, the project names <Application>"});
+  EXPECT_EQ(ToText(world.model->GetDamage(), "/p/group.tapp"),
+            ":1: the root is <Group>, the project names <Application>");
 }
 
 TEST(Structure, ANodeWithContentBecomesNoLeaf) {
@@ -225,11 +189,9 @@ TEST(Structure, ConflictMarksAreNamedInAValueAndNotInAComment) {
                                   "<!-- title\n=======\n-->\n<!-- x\n--><!--\n||||||| \n-->"
                                   "<C Header='\n========\n=======x\n|||||||' />"));
   ASSERT_EQ(world.OpenDemo(), 1);
-  Lines expected;
-  for (const char* line : {"3", "5", "7"}) {
-    expected.push_back(kOne + ":" + line + ": a merge conflict that was not resolved");
-  }
-  EXPECT_EQ(ToLines(world.model->GetDamage()), expected);
+  const std::string conflict = ": a merge conflict that was not resolved";
+  EXPECT_EQ(ToText(world.model->GetDamage(), kOne),
+            ":3" + conflict + "\n:5" + conflict + "\n:7" + conflict);
 }
 
 }  // namespace

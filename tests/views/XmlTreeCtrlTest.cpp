@@ -7,6 +7,7 @@
 #include <random>
 #include <set>
 
+#include "platform/text/Text.h"
 #include "support/ManualClock.h"
 #include "views/TreeOwner.h"
 
@@ -84,112 +85,79 @@ TEST_F(XmlTreeTest, TheOwnerHearsOfEachActionOnceAndTheTreeIsAsTold) {
   const struct {
     const char* what;
     std::function<void()> action;
-    Lines messages;
+    const char* messages;
     const char* tree = nullptr;  // null where it stays as it was
   } rows[] = {
-      {"click on a label",
-       [&] { tree.NotifyClick(At("a.c")); },
-       {"select a.c"},
+      {"click on a label", [&] { tree.NotifyClick(At("a.c")); }, "select a.c",
        "P{G{*a.c b.c} H{c.c{D{d.h e.h}}}}"},
-      {"again", [&] { tree.NotifyClick(At("a.c")); }, {}},
-      {"click to the right of a label",
-       [&] { tree.NotifyClick(Beside("b.c")); },
-       {"select b.c"},
+      {"again", [&] { tree.NotifyClick(At("a.c")); }, ""},
+      {"click to the right of a label", [&] { tree.NotifyClick(Beside("b.c")); }, "select b.c",
        "P{G{a.c *b.c} H{c.c{D{d.h e.h}}}}"},
       {"click on a button",
        [&] {
          tree.NotifyClick({At("D").x - 30, At("D").y});
        },
-       {},
-       "P{G{a.c *b.c} H{c.c{D(d.h e.h)}}}"},
+       "", "P{G{a.c *b.c} H{c.c{D(d.h e.h)}}}"},
       {"left double click on an item with children",
-       [&] { tree.NotifyDoubleClick(MouseButton::Left, At("D")); },
-       {"open b.c"}},
-      {"middle double click",
-       [&] { tree.NotifyDoubleClick(MouseButton::Middle, At("D")); },
-       {"activate b.c"}},
-      {"activated by a gesture of the toolkit",
-       [&] { tree.NotifyItemActivated(At("H")); },
-       {"activate H"}},
-      {"the same beside the label", [&] { tree.NotifyItemActivated(Beside("H")); }, {}},
-      {"right click on an item",
-       [&] { RightClick(40, 100); },
-       {"select D", "right click 40,100 D", "menu 140,170"},
-       "P{G{a.c b.c} H{c.c{*D(d.h e.h)}}}"},
-      {"right click on nothing",
-       [&] { RightClick(40, 300); },
-       {"right click 40,300 D", "menu 140,370"}},
-      {"plain up",
-       [&] { Press(kKeyUp); },
-       {"key 38 D", "select c.c"},
+       [&] { tree.NotifyDoubleClick(MouseButton::Left, At("D")); }, "open b.c"},
+      {"middle double click", [&] { tree.NotifyDoubleClick(MouseButton::Middle, At("D")); },
+       "activate b.c"},
+      {"activated by a gesture of the toolkit", [&] { tree.NotifyItemActivated(At("H")); },
+       "activate H"},
+      {"the same beside the label", [&] { tree.NotifyItemActivated(Beside("H")); }, ""},
+      {"right click on an item", [&] { RightClick(40, 100); },
+       "select D\nright click 40,100 D\nmenu 140,170", "P{G{a.c b.c} H{c.c{*D(d.h e.h)}}}"},
+      {"right click on nothing", [&] { RightClick(40, 300); },
+       "right click 40,300 D\nmenu 140,370"},
+      {"plain up", [&] { Press(kKeyUp); }, "key 38 D\nselect c.c",
        "P{G{a.c b.c} H{*c.c{D(d.h e.h)}}}"},
-      {"another key", [&] { Press(kKeyDelete); }, {"key 46 c.c"}},
-      {"left closes",
-       [&] { Press(kKeyLeft); },
-       {"key 37 c.c"},
-       "P{G{a.c b.c} H{*c.c(D(d.h e.h))}}"},
-      {"closing over the selection",
-       [&] { tree.Expand(*tree.GetRootItem(), false); },
-       {"select P"},
+      {"another key", [&] { Press(kKeyDelete); }, "key 46 c.c"},
+      {"left closes", [&] { Press(kKeyLeft); }, "key 37 c.c", "P{G{a.c b.c} H{*c.c(D(d.h e.h))}}"},
+      {"closing over the selection", [&] { tree.Expand(*tree.GetRootItem(), false); }, "select P",
        "*P(G{a.c b.c} H{c.c(D(d.h e.h))})"},
-      {"selected by the owner, below closed ones",
-       [&] { tree.SelectNode(Node("e.h")); },
-       {"select e.h"},
-       "P{G{a.c b.c} H{c.c{D{d.h *e.h}}}}"},
-      {"the same by the owner", [&] { tree.SelectNode(Node("e.h")); }, {"select e.h"}},
-      {"what isn't shown", [&] { tree.SelectNode(Node("x.c")); }, {}},
-      {"reorder below Dependencies", [&] { Press(kKeyUp, true); }, {}},
+      {"selected by the owner, below closed ones", [&] { tree.SelectNode(Node("e.h")); },
+       "select e.h", "P{G{a.c b.c} H{c.c{D{d.h *e.h}}}}"},
+      {"the same by the owner", [&] { tree.SelectNode(Node("e.h")); }, "select e.h"},
+      {"what isn't shown", [&] { tree.SelectNode(Node("x.c")); }, ""},
+      {"reorder below Dependencies", [&] { Press(kKeyUp, true); }, ""},
       {"reorder a first child",
        [&] {
          tree.SelectNode(Node("a.c"));
          Press(kKeyUp, true);
        },
-       {"select a.c"},
-       "P{G{*a.c b.c} H{c.c{D{d.h e.h}}}}"},
-      {"reorder downwards: the selection stays on its line",
-       [&] { Press(kKeyDown, true); },
-       {"reorder b.c", "select b.c"},
-       "P{G{*b.c a.c} H{c.c{D{d.h e.h}}}}"},
+       "select a.c", "P{G{*a.c b.c} H{c.c{D{d.h e.h}}}}"},
+      {"reorder downwards: the selection stays on its line", [&] { Press(kKeyDown, true); },
+       "reorder b.c\nselect b.c", "P{G{*b.c a.c} H{c.c{D{d.h e.h}}}}"},
       {"reorder upwards",
        [&] {
          tree.SelectNode(Node("H"));
          Press(kKeyUp, true);
        },
-       {"reorder G", "select G", "select G"},
-       "P{H{c.c{D{d.h e.h}}} *G{b.c a.c}}"},
-      {"reorder a last child", [&] { Press(kKeyDown, true); }, {}},
+       "reorder G\nselect G\nselect G", "P{H{c.c{D{d.h e.h}}} *G{b.c a.c}}"},
+      {"reorder a last child", [&] { Press(kKeyDown, true); }, ""},
       {"reorder the root",
        [&] {
          tree.SelectNode(root.get());
          Press(kKeyDown, true);
        },
-       {"select P"},
-       "*P{H{c.c{D{d.h e.h}}} G{b.c a.c}}"},
-      {"drag to another item",
-       [&] { Drag("a.c", "d.h"); },
-       {"select a.c", "drop a.c on d.h"},
+       "select P", "*P{H{c.c{D{d.h e.h}}} G{b.c a.c}}"},
+      {"drag to another item", [&] { Drag("a.c", "d.h"); }, "select a.c\ndrop a.c on d.h",
        "P{H{c.c{D{d.h e.h}}} G{b.c *a.c}}"},
-      {"drag on itself",
-       [&] { Drag("G", "G"); },
-       {"select G"},
-       "P{H{c.c{D{d.h e.h}}} *G{b.c a.c}}"},
-      {"drag below itself",
-       [&] { Drag("H", "e.h"); },
-       {"select H"},
+      {"drag on itself", [&] { Drag("G", "G"); }, "select G", "P{H{c.c{D{d.h e.h}}} *G{b.c a.c}}"},
+      {"drag below itself", [&] { Drag("H", "e.h"); }, "select H",
        "P{*H{c.c{D{d.h e.h}}} G{b.c a.c}}"},
       {"drag to a closed item",
        [&] {
          Press(kKeyLeft);
          Drag("a.c", "H");
        },
-       {"key 37 H", "select a.c", "drop a.c on H"},
-       "P{H{c.c{D{d.h e.h}}} G{b.c *a.c}}"},
+       "key 37 H\nselect a.c\ndrop a.c on H", "P{H{c.c{D{d.h e.h}}} G{b.c *a.c}}"},
       {"a drag that never meets an item",
        [&] {
          BeginDrag("a.c");
          Mouse(MouseAction::Release, MouseButton::Left, {250, 310});
        },
-       {}},
+       ""},
       {"a drag that loses the keyboard",
        [&] {
          BeginDrag("a.c");
@@ -200,21 +168,21 @@ TEST_F(XmlTreeTest, TheOwnerHearsOfEachActionOnceAndTheTreeIsAsTold) {
          EXPECT_FALSE(tree.IsDragging());
          Mouse(MouseAction::Release, MouseButton::Left, At("H"));
        },
-       {}},
+       ""},
       {"a drag without a picture",
        [&] {
          mirror.dragWorks = false;
          Drag("a.c", "H");
          mirror.dragWorks = true;
        },
-       {}},
+       ""},
   };
   EXPECT_EQ(TreeText(tree), "P{G{a.c b.c} H{c.c{D{d.h e.h}}}}");
   std::string wanted = TreeText(tree);
   for (const auto& row : rows) {
     row.action();
     if (row.tree != nullptr) wanted = row.tree;
-    EXPECT_EQ(owner.TakeMessages(), row.messages) << row.what;
+    EXPECT_EQ(owner.TakeMessages(), SplitLines(row.messages)) << row.what;
     EXPECT_EQ(TreeText(tree), wanted) << row.what;
     EXPECT_EQ(mirror.Text(), wanted) << row.what;
     const CTreeItem* const item = tree.GetSelectedItem();
@@ -396,40 +364,31 @@ TEST_F(XmlTreeTest, ANamesakeIsSelectedOnlyIfTheSelectedNodeIsGone) {
   const struct {
     const char* what;
     std::function<void()> change;
-    Lines messages;
+    const char* messages;
     const char* tree;
   } rows[] = {
-      {"a change elsewhere",
-       [&] { Node("H")->AddChild("File")->SetAttrValue("Header", "i.c"); },
-       {"select main.c"},
-       "P{G{a.c b.c *main.c} H{c.c{D{d.h e.h}} main.c i.c}}"},
-      {"a namesake's name in use",
-       [&] { main->SetAttrValue("Header", "i.c"); },
-       {"select i.c"},
+      {"a change elsewhere", [&] { Node("H")->AddChild("File")->SetAttrValue("Header", "i.c"); },
+       "select main.c", "P{G{a.c b.c *main.c} H{c.c{D{d.h e.h}} main.c i.c}}"},
+      {"a namesake's name in use", [&] { main->SetAttrValue("Header", "i.c"); }, "select i.c",
        "P{G{a.c b.c *i.c} H{c.c{D{d.h e.h}} main.c i.c}}"},
       {"in another folder",
        [&] { Node("H")->InsertChildBefore(Node("G")->DetachChild(main), Node("c.c")); },
-       {"select i.c"},
-       "P{G{a.c b.c} H{*i.c c.c{D{d.h e.h}} main.c i.c}}"},
-      {"gone",
-       [&] { Free("i.c"); },
-       {"select i.c"},
-       "P{G{a.c b.c} H{c.c{D{d.h e.h}} main.c *i.c}}"},
+       "select i.c", "P{G{a.c b.c} H{*i.c c.c{D{d.h e.h}} main.c i.c}}"},
+      {"gone", [&] { Free("i.c"); }, "select i.c", "P{G{a.c b.c} H{c.c{D{d.h e.h}} main.c *i.c}}"},
       {"gone, with another chosen before the filling",
        [&] {
          const CXmlNode* const added = Node("G")->AddChild("File");
          Free("i.c");
          tree.SelectNode(added);
        },
-       {"select nameless"},
-       "P{G{a.c b.c *} H{c.c{D{d.h e.h}} main.c}}"},
+       "select nameless", "P{G{a.c b.c *} H{c.c{D{d.h e.h}} main.c}}"},
   };
   for (const auto& row : rows) {
     tree.SaveViewState();
     row.change();
     tree.Refill();
     EXPECT_EQ(TreeText(tree), row.tree) << row.what;
-    EXPECT_EQ(owner.TakeMessages(), row.messages) << row.what;
+    EXPECT_EQ(owner.TakeMessages(), SplitLines(row.messages)) << row.what;
   }
 }
 

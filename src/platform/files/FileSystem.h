@@ -91,6 +91,9 @@ class FileSystem {
   virtual std::optional<FileStatus> ExamineFolder(const std::string& /*path*/) { return {}; }
   // Status of the symbolic link itself; nothing unless one of exactly this name is there.
   virtual std::optional<FileStatus> ExamineLink(const std::string& /*path*/) { return {}; }
+  // Where a symbolic link leads, absolute; what links on the way lead to is resolved as far as it
+  // is there. `path` if it is no link.
+  virtual std::string ReadLink(const std::string& path) { return path; }
   // Examine for one path after the other, with the same answers; gives those for as many of the
   // first paths as there was time for until `deadline`, one at least unless there are none. What
   // lies in few folders is found faster than by single calls. No path is null.

@@ -84,6 +84,14 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
   return pieces;
 }
 
+std::vector<std::string> SplitLines(std::string_view text) {
+  std::vector<std::string> lines;
+  for (const std::string_view line : Split(text, '\n')) {
+    if (!Trim(line).empty()) lines.emplace_back(Trim(line));
+  }
+  return lines;
+}
+
 std::vector<std::string> SplitQuotedList(std::string_view list) {
   std::vector<std::string> entries;
   for (std::size_t start = list.find('"'); start != list.npos;) {

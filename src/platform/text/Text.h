@@ -26,6 +26,8 @@ std::string_view Trim(std::string_view text);
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to);
 // Pieces between separators, empty pieces included; an empty text has no piece.
 std::vector<std::string_view> Split(std::string_view text, char separator);
+// The lines of the text without white space at their ends, empty ones left out.
+std::vector<std::string> SplitLines(std::string_view text);
 // The entries of a list of quoted entries with commas between them. A quote that neither a comma
 // nor the end follows is part of its entry.
 std::vector<std::string> SplitQuotedList(std::string_view list);

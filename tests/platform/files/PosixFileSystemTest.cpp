@@ -7,10 +7,12 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <thread>
 
+#include "platform/files/Locks.h"
 #include "platform/files/RelativeName.h"
 #include "platform/text/Text.h"
 #include "support/Surroundings.h"
@@ -154,6 +156,28 @@ TEST_F(PosixFileSystemTest, PipesAndDevicesNeitherHangNorCountAsFiles) {
   }
   EXPECT_TRUE(files.ReadWholeFile("/proc/self/stat")) << "a file whose size reads as 0";
   EXPECT_NE(*files.ReadWholeFile("/proc/self/stat"), "");
+}
+
+// A project from elsewhere can bring along anything in the place of its lock.
+TEST_F(PosixFileSystemTest, ALockHoldsButWritesNoFileOfOthers) {
+  scratch.Write("precious", std::string(100, '\0'));
+  scratch.Write("text.tlock", "somebody's");
+  std::filesystem::create_hard_link(scratch / "precious", scratch / "hard.tlock");
+  for (const char* name : {"hard.tlock", "text.tlock", "own.tlock"}) {
+    auto held = files.TryLock(scratch / name, LockPurpose::Edit);
+    ASSERT_TRUE(held) << name;
+    constexpr std::chrono::milliseconds kShort(20);
+    const auto other = WaitForLock(files, scratch / name, LockPurpose::Edit, kShort);
+    EXPECT_EQ(other.GetError().code, ErrorCode::Busy) << name;
+    EXPECT_TRUE(files.TryLock(scratch / name, LockPurpose::Build)) << name;
+    held->reset();
+    EXPECT_TRUE(WaitForLock(files, scratch / name, LockPurpose::Edit, kShort)) << name;
+  }
+  EXPECT_EQ(testing::ReadBytes(scratch / "precious"), std::string(100, '\0'));
+  EXPECT_EQ(testing::ReadBytes(scratch / "text.tlock"), "somebody's");
+  EXPECT_TRUE(testing::ReadBytes(scratch / "own.tlock").find("process ") != std::string::npos);
+  std::filesystem::create_symlink(scratch / "precious", scratch / "link.tlock");
+  EXPECT_FALSE(files.TryLock(scratch / "link.tlock", LockPurpose::Edit));
 }
 
 TEST_F(PosixFileSystemTest, TimesBeforeTheEpochRoundDown) {

@@ -184,6 +184,18 @@ std::optional<FileStatus> PosixFileSystem::ExamineLink(const std::string& path) 
   return StatusOf(info);
 }
 
+std::string PosixFileSystem::ReadLink(const std::string& path) {
+  const Result<std::string> name = names.ToNative(path);
+  if (!name) return path;
+  std::error_code failure;
+  const std::filesystem::path target = std::filesystem::read_symlink(*name, failure);
+  if (failure) return path;
+  const std::filesystem::path folder = std::filesystem::path(*name).parent_path();
+  const std::filesystem::path resolved =
+      std::filesystem::weakly_canonical(folder / target, failure);
+  return failure ? target.string() : resolved.string();
+}
+
 std::vector<std::optional<FileStatus>> PosixFileSystem::ExamineMany(
     std::span<const char* const> paths, std::chrono::steady_clock::time_point deadline) {
   std::vector<std::optional<FileStatus>> found;

@@ -22,6 +22,7 @@ class PosixFileSystem : public FileSystem {
   std::optional<FileStatus> ExamineExactly(const std::string& path) override;
   std::optional<FileStatus> ExamineFolder(const std::string& path) override;
   std::optional<FileStatus> ExamineLink(const std::string& path) override;
+  std::string ReadLink(const std::string& path) override;
   std::vector<std::optional<FileStatus>> ExamineMany(
       std::span<const char* const> paths, std::chrono::steady_clock::time_point deadline) override;
   bool CanRead(const std::string& path) override;

@@ -1,4 +1,4 @@
-#include "hosts/cli/Printable.h"
+#include "hosts/frame/Printable.h"
 
 #include <algorithm>
 #include <cstddef>
