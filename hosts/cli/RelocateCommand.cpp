@@ -82,7 +82,8 @@ int Relocating::Search(Relocation& relocation) {
     context.Complain("There is no file or folder " + context.Show(to) + ".");
     return kExitUsage;
   }
-  const Status moved = relocation.Move(FullPath(from), to);
+  from = FullPath(from);
+  const Status moved = relocation.Move(from, to);
   const std::string types = context.Session().GetFolders().ConfigFile(context.Files());
   if (const Status fits = relocation.CheckMove(types); !fits) {
     context.Complain(context.Show(fits.GetError().place) + " " + fits.GetError().text +
@@ -140,7 +141,10 @@ void Relocating::PrintMoves(const Relocation& relocation) const {
                      " can't be read, and was not searched: " + Printable(each.text) + ".");
   }
   for (const MovedPath& each : relocation.GetFound()) {
-    const std::string former = context.Show(each.oldPath);
+    // With OLD NEW it is missing where it was said to be.
+    const bool isMoved = !each.newPath.empty() || from.empty();
+    const std::string former =
+        context.Show(isMoved ? each.oldPath : MapPath(each.oldPath, from, to));
     if (!each.newPath.empty()) {
       if (context.Asked().quiet) continue;
       const bool isOption = each.kind == MovedPath::Kind::Option;
