@@ -144,6 +144,8 @@ int CommandContext::OpenProject(const std::string& path) {
     if (asked.command != "complete") Complain(kUnreadRefusal);
     return kExitCannotOpen;
   }
+  // A script may do anything.
+  Session().Inspector().OpenForReading(!isEdit && asked.command != "run");
   if (asked.damagedOk) Session().AcceptAllDamage();
   if (isEdit) openedFiles = ReadProjectFiles(Session().Inspector());
   const bool isChange = isEdit || Contains(kBuildingCommands, asked.command);

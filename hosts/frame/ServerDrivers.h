@@ -164,6 +164,7 @@ class InspectorDriver : public COleDispatchDriver {
   }
   // Proposed for a new project while none is open.
   std::int32_t SetNewProjectFolder(const std::string& folder) { return InvokeLong(80, {folder}); }
+  std::int32_t OpenForReading(bool wanted) { return InvokeLong(83, {std::int32_t{wanted}}); }
   std::int32_t SaveAllOrNone(bool wanted) { return InvokeLong(70, {std::int32_t{wanted}}); }
   std::int32_t AllowOutside(bool allow) { return InvokeLong(63, {std::int32_t{allow}}); }
   std::int32_t SetTrustedFolders(const std::string& lines) { return InvokeLong(66, {lines}); }

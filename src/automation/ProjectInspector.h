@@ -104,6 +104,9 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // an empty string if it was done, else a line for each reason why not, such as a node that has
   // changed since; the project stays as it was then.
   std::string ApplyChange(const char* before, const char* after);
+  // With 1, the next projects are opened to be looked at: files that can't be written are no news
+  // then, and the log has no line on each. Returns 0 before Attach.
+  std::int32_t OpenForReading(std::int32_t wanted);
   // The folder that is proposed for a new project while none is open; empty leaves it as it is.
   // Returns 0 before Attach.
   std::int32_t SetNewProjectFolder(const char* folder);

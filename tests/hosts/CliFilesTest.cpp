@@ -135,3 +135,22 @@ TEST(CliFiles, AChangeThatCanNotBeSavedIsToldAndChangesNothing) {
 
 }  // namespace
 }  // namespace tarn::host
+TEST(CliFiles, OnlyAChangeOfAReadOnlyProjectSaysThatItIsReadOnly) {
+  CliProject project;
+  ASSERT_EQ(chmod(project.PathOf("app.tapp").c_str(), 0444), 0);
+  for (const char* command : {"tree", "status", "build", "check"}) {
+    EXPECT_EQ(project.Run({command}).err, "") << command;
+  }
+  EXPECT_TRUE(Has(project.Run({"rename", "app.tapp", "other"}).err, "is read-only"));
+}
+
+TEST(CliFiles, AByteOrderMarkIsNoDamageAndIsKeptInACopy) {
+  CliProject project;
+  const std::string marked = "\xEF\xBB\xBF" + project.Read("app.tapp");
+  project.Write("app.tapp", marked);
+  EXPECT_EQ(project.Run({"build"}).err, "");
+  project.Out({"options", "set", "Compiler.Defines", "X"});
+  EXPECT_EQ(project.Read("app.tapp.bak"), marked);
+  EXPECT_TRUE(Has(project.Read("app.tapp"), "Value=\"X\""));
+}
+
