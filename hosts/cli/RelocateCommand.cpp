@@ -113,8 +113,8 @@ int Relocating::Write(Relocation& relocation) {
   }
   if (const Status written = context.Files().WriteFiles(AsBytes(*texts)); !written) {
     const Error& error = written.GetError();
-    context.Complain(context.ShowResolved(error.place) +
-                     " can't be saved, and nothing was changed: " + Printable(error.text));
+    context.Complain(
+        context.ShowFailure(error.place, "saved, and nothing was changed", error.text));
     return kExitCannotOpen;
   }
   isChanged = !texts->empty();
@@ -137,8 +137,9 @@ nlohmann::json Relocating::ToJson(const MovedPath& moved) const {
 void Relocating::PrintMoves(const Relocation& relocation) const {
   for (const Error& each : relocation.GetUnread()) {
     if (relocation.IsComplete()) break;
-    context.Complain("The folder " + context.ShowResolved(each.place) +
-                     " can't be read, and was not searched: " + Printable(each.text) + ".");
+    context.Complain("The folder " +
+                     context.ShowFailure(each.place, "read, and was not searched", each.text) +
+                     ".");
   }
   for (const MovedPath& each : relocation.GetFound()) {
     // With OLD NEW it is missing where it was said to be.

@@ -186,6 +186,7 @@ class InspectorDriver : public COleDispatchDriver {
   std::string GetReport(const std::string& log) { return InvokeText(14, {log}); }
   // How usable the file is, in a word.
   std::string OpenBuildState(const std::string& path) { return InvokeText(40, {path}); }
+  std::string GetBuildStateProblem() { return InvokeText(82, {}); }
   bool IsBuildStateCurrent(const std::string& path) { return InvokeLong(41, {path}) != 0; }
   // 0 if something is left for another call.
   std::int32_t RestoreFor(std::int32_t milliseconds) { return InvokeLong(42, {milliseconds}); }

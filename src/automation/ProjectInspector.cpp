@@ -230,6 +230,7 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::TakeRefusedWishes>("TakeRefusedWishes", 71, {}),
       Method<&I::CheckScript>("CheckScript", 72, {"path"}),
       Method<&I::SetNewProjectFolder>("SetNewProjectFolder", 80, {"folder"}),
+      Method<&I::GetBuildStateProblem>("GetBuildStateProblem", 82, {}),
       Method<&I::OpenForReading>("OpenForReading", 83, {"wanted"}),
   });
   return table;

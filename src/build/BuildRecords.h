@@ -59,6 +59,8 @@ class BuildRecords {
   void CompactJournal();
   // Appends what is not in the journal yet. Not needed after a run, which does it by itself.
   void WriteJournal();
+  // Why the journal that was opened could not be read; empty if it could, or if there is none.
+  const std::string& GetReadProblem() const { return readProblem_; }
   // Why the journal could not be written; empty if it could.
   const std::string& GetProblem() const { return problem_; }
 
@@ -132,6 +134,7 @@ class BuildRecords {
   std::string projectFileName_;
   std::optional<FileStatus> journalStatus_;
   StateVerdict verdict_ = StateVerdict::Good;
+  std::string readProblem_;
   std::string problem_;
 };
 

@@ -126,6 +126,11 @@ class FileSystem {
   virtual Status WriteOwnFile(const std::string& path, std::string_view bytes) {
     return ExamineLink(path) ? RefuseLink(path) : WriteWholeFile(path, bytes);
   }
+  // Like ReadWholeFile, for such a file: what WriteOwnFile would refuse to replace is not read.
+  Result<std::string> ReadOwnFile(const std::string& path) {
+    if (ExamineLink(path)) return RefuseLink(path);
+    return ReadWholeFile(path);
+  }
   // WriteWholeFile for files that belong together: all are written, or none; one that holds its
   // bytes already is left alone. `place` of an error is the file that can't be written. Only a
   // process that is killed between the last steps leaves some of them written, the first ones of
@@ -196,7 +201,7 @@ class FileSystem {
   virtual Result<std::string> ReserveName(const std::string& folder, std::string_view prefix) = 0;
 
   static Error RefuseLink(const std::string& path) {
-    return {ErrorCode::NotAFile, "it is a symbolic link, and is not written through one", path};
+    return {ErrorCode::NotAFile, "it is a symbolic link, which is not followed", path};
   }
 
   // The disk of this machine; lives as long as the process.
