@@ -164,7 +164,14 @@ void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
   for (const std::string& path : report.programs) {
     record.inputs.push_back(AddProgram(run, path, changes));
   }
-  for (const std::string& path : report.products) AddProduct(record, path);
+  for (const std::string& path : report.products) {
+    AddProduct(record, path);
+    record.byProducts.push_back(record.inputs.back());
+  }
+  for (const std::string& path : report.byProducts) {
+    const std::optional<FileStatus> status = files_.Examine(path);
+    if (status) record.byProducts.push_back(store_.AddVersion(path, *status, 0));
+  }
   shadows_.Complete(record, addInput, [&](const std::string& path) {
     return !run.snapshot.Settle(files_, path, changes).isSettled;
   });

@@ -350,9 +350,14 @@ bool BuildWalk::Clean(CXmlNode& node) {
     if (LostTree()) return false;
   }
   bool result = true;
-  bool isRefused = false;  // the next clean can do it, if the user trusts the project by then
-  for (const char* name : {"OutputFile", "ListingFile"}) {
-    const std::string path = TextOf(node.GetAttrValue(name));
+  bool isLeft = false;  // the next clean may be able to
+  std::vector<std::string> made = {TextOf(node.GetAttrValue("OutputFile")),
+                                   TextOf(node.GetAttrValue("ListingFile"))};
+  // A host that keeps no records gets just what the nodes name.
+  if (model.buildRecords.HasJournal()) {
+    for (std::string& path : guard.FindByProducts(node)) made.push_back(std::move(path));
+  }
+  for (const std::string& path : made) {
     if (path.empty() || !model.files.Exists(path)) continue;
     // A file of a similar name is not what the tool made.
     const std::optional<FileStatus> status = model.files.Examine(path);
@@ -360,16 +365,21 @@ bool BuildWalk::Clean(CXmlNode& node) {
     if (const std::string why = guard.WhyKept(node, path); !why.empty()) {
       if (model.GetTrust().RefusesWrite(path)) {
         model.GetTrust().Refuse("delete " + path);
-        isRefused = true;
+        isLeft = true;
       }
       model.AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
       if (LostTree()) return false;
       continue;
     }
-    if (!model.files.RemoveFile(path)) result = false;
+    const Status removed = guard.Remove(node, path);
     model.fileTimes.Forget();
+    if (removed) continue;
+    result = false;
+    isLeft = true;
+    model.AddBuildNotice(LineKind::Error, path + " can't be deleted: " + removed.GetError().text);
+    if (LostTree()) return false;
   }
-  if (model.walkApplication != nullptr && !isRefused) {
+  if (model.walkApplication != nullptr && !isLeft) {
     model.buildRecords.Drop(node, TextOf(model.walkApplication->GetAttrValue("Path")),
                             TextOf(node.GetAttrValue("OutputFile")));
   }
@@ -392,6 +402,12 @@ bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
     if (why.empty()) continue;
     model.AddBuildNotice(LineKind::Error, why + "; the tool is not run");
     return true;
+  }
+  // The tool manager doesn't know what earlier runs made, and spares what is read-only.
+  for (const std::string& path : made) {
+    const bool isInTheWay =
+        !path.empty() && model.files.Examine(path) && model.files.IsReadOnly(path);
+    if (isInTheWay) (void)guard.Remove(node, path);
   }
   return false;
 }

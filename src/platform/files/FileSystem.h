@@ -167,6 +167,8 @@ class FileSystem {
   virtual Status RemoveScratchFile(const std::string& path) { return RemoveFile(path); }
   // Refuses a read-only file and a folder.
   virtual Status RemoveFile(const std::string& path) = 0;
+  // Like RemoveFile, for a file that this program has made: only its folder can keep it.
+  virtual Status RemoveOwnFile(const std::string& path) { return RemoveFile(path); }
   // Never overwrites.
   virtual Status CopyFileTo(const std::string& from, const std::string& to) = 0;
 
