@@ -23,6 +23,9 @@ std::string BuildRecordText(const BuildRecord& record) {
                      XmlAttribute("Command", HexText(record.command)) +
                      XmlPathAttribute("Programs", QuotedList(record.programs));
   if (!record.products.empty()) text += XmlPathAttribute("Products", QuotedList(record.products));
+  if (!record.byProducts.empty()) {
+    text += XmlPathAttribute("ByProducts", QuotedList(record.byProducts));
+  }
   std::vector<std::string> search = record.search;
   for (const std::string& path : record.missing) search.push_back('?' + path);
   // Without folders there is no preprocessor. A quote would end an entry of the list.

@@ -19,6 +19,7 @@ struct BuildRecord {
   std::vector<std::string> products;  // further files that were made
   std::vector<std::string> missing;   // files that would be read in place of others if they came
   bool hasInexactNames = false;       // the command lines depend on how the disk spells names
+  std::vector<std::string> byProducts = {};  // further files that were left, and that nothing needs
   std::vector<std::string> definitions = {};  // macros as options define them: NAME=VALUE
 };
 

@@ -44,6 +44,8 @@ class PlanMaker : public TemplateValues {
     plan.globals = Spelled(Path(tool.globals.file));
     plan.products = Paths(tool.products);
     for (std::string& product : plan.products) product = Spelled(product);
+    plan.byProducts = Paths(tool.byProducts);
+    for (std::string& byProduct : plan.byProducts) byProduct = Spelled(byProduct);
     for (const RandomNameRule& rule : tool.randomNames) {
       for (const std::string& path : Paths({rule.file})) {
         plan.randomNames.emplace_back(Spelled(path), rule.patterns);

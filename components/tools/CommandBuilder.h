@@ -46,6 +46,7 @@ struct ToolPlan {
   std::string sizeFile;
   std::string globals;  // empty when the tool leaves none
   std::vector<std::string> products;
+  std::vector<std::string> byProducts;  // that a run may leave
   // Products with names that the programs make up, and how these look.
   std::vector<std::pair<std::string, std::vector<std::string>>> randomNames;
   std::vector<std::string> depends;

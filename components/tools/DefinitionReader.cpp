@@ -122,6 +122,8 @@ class ToolReader : public ElementReader {
         environment.push_back(ReadEnvironment(*child));
       } else if (name == "Product") {
         ReadProduct(*child);
+      } else if (name == "ByProduct") {
+        tool->byProducts.push_back(ReadFile(*child));
       } else if (name == "Depend") {
         tool->depends.push_back(ReadFile(*child));
       } else if (name == "Libraries") {

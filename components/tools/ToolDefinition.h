@@ -123,8 +123,9 @@ struct ToolDefinition {
   Template output;
   Template listing;
   Template rules;
-  Template furtherRules;           // a second file of rules, which need not be left
-  std::vector<Template> products;  // further files, whose folders must be there
+  Template furtherRules;             // a second file of rules, which need not be left
+  std::vector<Template> products;    // further files, whose folders must be there
+  std::vector<Template> byProducts;  // files that a run may leave, and that nothing needs
   std::vector<RandomNameRule> randomNames;
   std::vector<Template> depends;  // further dependencies of the output
   // How arguments begin that name a folder to search headers in: "-I". The folder is the rest of

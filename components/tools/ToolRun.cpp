@@ -61,6 +61,7 @@ bool ToolRun::Prepare() {
   for (const std::string& problem : plan.problems) log.AddError(problem);
   if (!plan.problems.empty()) return false;
   if (RefusesNames()) return false;
+  startTime = world.files->Clock();
   std::vector<std::string> written{plan.outputOnDisk, plan.listing, plan.rules, plan.furtherRules,
                                    plan.globals};
   written.insert(written.end(), plan.products.begin(), plan.products.end());
@@ -289,6 +290,7 @@ bool ToolRun::CollectRecord() {
   if (!SettleRandomNames()) return false;
   WriteGlobals();
   found.products = FindProducts();
+  found.byProducts = FindByProducts();
   record = std::move(found);
   return true;
 }
@@ -313,6 +315,18 @@ std::vector<std::string> ToolRun::FindProducts() const {
   made.push_back(plan.globals);
   std::erase_if(made, [this](const std::string& path) {
     return path.empty() || !world.files->ExamineExactly(path);
+  });
+  return made;
+}
+
+// A file of such a name that is older than the run may be anybody's.
+std::vector<std::string> ToolRun::FindByProducts() const {
+  std::vector<std::string> made = plan.byProducts;
+  made.push_back(plan.rules);
+  made.push_back(plan.furtherRules);
+  std::erase_if(made, [this](const std::string& path) {
+    const auto status = path.empty() ? std::nullopt : world.files->ExamineExactly(path);
+    return !status || status->changed < startTime;
   });
   return made;
 }

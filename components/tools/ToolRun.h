@@ -61,6 +61,7 @@ class ToolRun {
   bool SettleRandomNames();
   void WriteGlobals();
   std::vector<std::string> FindProducts() const;
+  std::vector<std::string> FindByProducts() const;
   void AddLine(const ToolCommand& command, MessageReader& reader, std::string_view line,
                bool isErrorStream);
 
@@ -72,6 +73,7 @@ class ToolRun {
   ToolPlan plan;
   MessageLog log;
   std::string captured;
+  std::int64_t startTime = 0;  // by the disk's clock
   // As they were before the step that runs, or ran last.
   std::size_t errorsBefore = 0;
   bool hasStatedError = false;  // the step printed an error that fails it

@@ -79,7 +79,7 @@ void RemarkState(CommandContext& context) {
   if (context.Session().State().IsUsable() || !context.Asked().verbose) {
     return;
   }
-  context.Remark(context.Show(StatePathOf(context.Session().GetProjectPath())) +
+  context.Remark(context.ShowResolved(StatePathOf(context.Session().GetProjectPath())) +
                  " can't be used, or only in part; what it lacks is treated as not built.");
 }
 

@@ -208,8 +208,8 @@ int Edit::AddOne(const std::string& file) {
   }
   if (!isMissing && !context.Files().Examine(path)) {
     const auto text = context.Files().ReadWholeFile(path);
-    return Fail(context.Show(path) + " can't be added: " +
-                (text ? "it is no file" : Printable(text.GetError().text)) + ".");
+    return Fail(context.ShowFailure(path, "added", text ? "it is no file" : text.GetError().text) +
+                ".");
   }
   // Applications stand at the top, everything else where the user says.
   const int code = isApplication ? FindNode(context.Session().GetProjectPath()) : SelectTarget();
@@ -220,7 +220,7 @@ int Edit::AddOne(const std::string& file) {
     return Fail(context.Show(path) + " can't be added.");
   }
   if (isMissing && !context.Files().Exists(path)) {
-    return Fail(context.Show(path) + " can't be made:", context.Session().TakeLogLines());
+    return Fail(context.ShowResolved(path) + " can't be made:", context.Session().TakeLogLines());
   }
   if (TreeText() == before) {
     context.Remark(context.Show(path) + " is there already.");

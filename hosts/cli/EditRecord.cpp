@@ -34,7 +34,7 @@ std::size_t SizeOf(const ProjectStep& step) {
 
 EditRecord::EditRecord(FileSystem& fileSystem, const std::string& projectPath)
     : files(fileSystem), folder(FolderOf(projectPath)), recordPath(UndoPathOf(projectPath)) {
-  const auto text = files.ReadWholeFile(recordPath);
+  const auto text = files.ReadOwnFile(recordPath);
   if (!text) {
     status = Error{text.GetError().code, text.GetError().text, recordPath};
   } else if (text->starts_with(kMagic) && !text->starts_with(kHead)) {

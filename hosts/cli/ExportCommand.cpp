@@ -39,7 +39,7 @@ int WriteDocument(CommandContext& context, const Json& document, const std::stri
   const bool isCurrent = before && *before == text + "\n";
   if (!isCurrent) {
     if (const Status written = context.Files().WriteOwnFile(path, text + "\n"); !written) {
-      context.Complain(context.Show(path) + " can't be written: " + written.GetError().text);
+      context.Complain(context.ShowFailure(path, "written", written.GetError().text));
       return kExitCannotOpen;
     }
   }
@@ -108,12 +108,12 @@ int ExportSarif(CommandContext& context) {
   std::string project;
   if (const int code = context.LocateProject(project); code != kExitDone) return code;
   const std::string logPath = LogPathOf(project);
-  const auto log = context.Files().ReadWholeFile(logPath);
-  if (!log) return context.RefuseLog(project, log.GetError());
+  std::string log;
+  if (const int code = context.ReadLog(project, log); code != kExitDone) return code;
   context.ShowDamageOf(project);
   LoggedBuild build;
   build.projectFolder = FolderOf(project);
-  build.entries = ReadLogEntries(*log);
+  build.entries = ReadLogEntries(log);
   build.succeeded = HasSucceeded(context.Files(), build.entries);
   if (const auto status = context.Files().Examine(logPath)) {
     build.endSeconds = status->modifiedSeconds;

@@ -88,10 +88,10 @@ int RunGlobals(CommandContext& context) {
   const std::string file = AttributeOf(globals.get(), "File");
   if (AttributeOf(globals.get(), "Found") != "Yes") {
     const std::string reason = AttributeOf(globals.get(), "Reason");
-    context.Complain("No list of the symbols of " + application->label +
-                     " is there: " + context.Show(file) +
-                     (reason.empty() ? " is missing. A tool of its build has to write it."
-                                     : " can't be read: " + reason + "."));
+    context.Complain("No list of the symbols of " + application->label + " is there: " +
+                     (reason.empty()
+                          ? context.Show(file) + " is missing. A tool of its build has to write it."
+                          : context.ShowFailure(file, "read", reason) + "."));
     return kExitCannotOpen;
   }
   std::vector<Symbol> symbols;

@@ -90,7 +90,7 @@ int Import::CheckFile() const {
   const Error& error = text.GetError();
   context.Complain(error.code == ErrorCode::NotFound
                        ? "There is no file " + context.Show(older) + "."
-                       : context.Show(older) + " can't be read: " + error.text + ".");
+                       : context.ShowFailure(older, "read", error.text) + ".");
   return kExitCannotOpen;
 }
 
@@ -142,7 +142,7 @@ int Import::Run() {
     return kExitUsage;
   }
   TakeLines();
-  return IsOpen() ? Report() : Fail(context.Show(project) + " can't be opened.");
+  return IsOpen() ? Report() : Fail(context.ShowResolved(project) + " can't be opened.");
 }
 
 }  // namespace

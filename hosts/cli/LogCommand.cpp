@@ -77,7 +77,9 @@ constexpr std::chrono::milliseconds kFollowPause(100);
 
 int FollowLog(CommandContext& context, const std::string& project) {
   const std::string logPath = LogPathOf(project);
-  if (!context.Files().Exists(logPath)) {
+  if (const auto log = context.Files().ReadOwnFile(logPath); !log) {
+    const Error& error = log.GetError();
+    if (error.code != ErrorCode::NotFound) return context.RefuseLog(project, error);
     context.Remark("No build of " + context.Show(project) +
                    " has left a log yet; waiting for one.");
   }
@@ -148,13 +150,13 @@ int RunLog(CommandContext& context) {
   if (context.Asked().follow || context.Asked().untilEnd) {
     return FollowLog(context, project);
   }
-  const auto log = context.Files().ReadWholeFile(LogPathOf(project));
-  if (!log) return context.RefuseLog(project, log.GetError());
+  std::string log;
+  if (const int code = context.ReadLog(project, log); code != kExitDone) return code;
   if (context.Asked().xml) {
-    context.Out().PrintDocument(*log, DocumentFormat::Xml);
+    context.Out().PrintDocument(log, DocumentFormat::Xml);
     return kExitDone;
   }
-  const std::vector<LogEntry> entries = ReadLogEntries(*log);
+  const std::vector<LogEntry> entries = ReadLogEntries(log);
   if (context.Asked().json) {
     PrintJson(context, ToJson(entries));
     return kExitDone;

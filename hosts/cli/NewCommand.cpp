@@ -63,7 +63,7 @@ int MakeProject(CommandContext& context, const NewProject& staged) {
   const auto written = WriteNewProject(context.Files(), staged);
   if (!written) {
     const Error& error = written.GetError();
-    context.Complain(Printable(error.place) + " can't be written: " + error.text);
+    context.Complain(context.ShowFailure(error.place, "written", error.text));
     return kExitCannotOpen;
   }
   return ChooseCompiler(context, written->front());
@@ -83,9 +83,8 @@ int PlaceProject(CommandContext& context, StagingFolder& staging, const NewProje
   if (!written) {
     const Error& error = written.GetError();
     const bool exists = error.code == ErrorCode::AlreadyExists;
-    context.Complain(
-        context.Show(error.place) + " " +
-        (exists ? "is there already. Choose another name." : "can't be written: " + error.text));
+    context.Complain(exists ? context.Show(error.place) + " is there already. Choose another name."
+                            : context.ShowFailure(error.place, "written", error.text));
     return exists ? kExitUsage : kExitCannotOpen;
   }
   made.assign(written->rbegin(), written->rend());
@@ -104,7 +103,7 @@ int StageAndPlace(CommandContext& context, const NewProject& project,
   StagingFolder staging(context.Files(), context.Session().GetFolders().data);
   if (!staging.GetStatus()) {
     const Error& error = staging.GetStatus().GetError();
-    context.Complain(Printable(error.place) + " can't be written: " + error.text);
+    context.Complain(context.ShowFailure(error.place, "written", error.text));
     return kExitCannotOpen;
   }
   NewProject staged = project;
@@ -122,7 +121,7 @@ void TrustNewProject(CommandContext& context, const std::string& folder) {
   const Status added = context.Session().Trust().Trust(folder);
   if (added) return;
   const Error& error = added.GetError();
-  context.Remark("The project is not trusted yet: " + context.Show(error.place) + ": " +
+  context.Remark("The project is not trusted yet: " + context.ShowResolved(error.place) + ": " +
                  Printable(error.text) + ".");
 }
 

@@ -120,7 +120,7 @@ int Creation::AddFirstSource() {
   if (applications.size() != 1 || applications.front().output.empty()) return kExitDone;
   const std::string source = JoinPath(staged.folder, "src/main.c");
   if (const Status written = WriteFirstSource(context.Files(), source); !written) {
-    return Fail(Printable(source) + " can't be written: " + written.GetError().text);
+    return Fail(context.ShowFailure(source, "written", written.GetError().text));
   }
   session.Inspector().SelectApplication(applications.front().path);
   session.Manager().Command(kCmdNewGroup);

@@ -16,6 +16,7 @@
 #include "hosts/frame/NewConfiguration.h"
 #include "hosts/frame/ProjectFile.h"
 #include "hosts/frame/Suggest.h"
+#include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 
@@ -51,12 +52,14 @@ std::string CommandContext::Show(const std::string& path) const {
 }
 
 std::string CommandContext::ShowResolved(const std::string& path) const {
-  // A link at its end is what is meant.
-  const PathParts parts = SplitPath(path);
-  const std::string name = parts.title + parts.extension;
-  const std::string folder = FolderOf(path);
-  if (name.empty() || folder.empty()) return Printable(files.ResolveLinks(path));
-  return Printable(JoinPath(files.ResolveLinks(folder), name));
+  const std::string full = IsRelativePath(path) ? JoinPath(startFolder, path) : path;
+  if (FileNameOf(full).empty()) return Printable(files.ResolveLinks(full));
+  return Printable(RealName(files, full));
+}
+
+std::string CommandContext::ShowFailure(const std::string& path, const std::string& action,
+                                        const std::string& reason) const {
+  return ShowResolved(path) + " can't be " + action + ": " + Printable(reason);
 }
 
 void CommandContext::Complain(const std::string& text, const std::vector<std::string>& more) const {
@@ -106,9 +109,23 @@ int CommandContext::RefuseLog(const std::string& project, const Error& error) {
   if (error.code == ErrorCode::NotFound) {
     Complain("No build of " + Show(project) + " has left a log yet. `tarn build` makes one.");
   } else {
-    Complain("The log " + Show(LogPathOf(project)) + " can't be read: " + error.text + ".");
+    Complain("The log " + ShowFailure(LogPathOf(project), "read", error.text) + ".");
   }
   return kExitCannotOpen;
+}
+
+int CommandContext::ReadLog(const std::string& project, std::string& text) {
+  const std::string path = LogPathOf(project);
+  auto log = files.ReadOwnFile(path);
+  if (!log) return RefuseLog(project, log.GetError());
+  text = std::move(*log);
+  if (Trim(text).empty()) {
+    Remark("The log " + ShowResolved(path) + " is empty.");
+  } else if (const std::string fault = FindLogDamage(text); !fault.empty()) {
+    Remark("The log is damaged, so it may lack messages: " + ShowResolved(path) + ":" +
+           Printable(fault) + ".");
+  }
+  return kExitDone;
 }
 
 int CommandContext::StartSession() {
@@ -128,13 +145,15 @@ int CommandContext::OpenProject(const std::string& path) {
   if (asked.trust) Session().Trust().TrustAll();
   // A command that failed can be given again.
   Session().Inspector().SaveAllOrNone(true);
+  // A script may do anything.
+  Session().Inspector().OpenForReading(!isEdit && asked.command != "run");
   if (isEdit) {
     if (const int code = LockEdits(path); code != kExitDone) return code;
   }
   if (const Status opened = Session().Open(path); !opened) {
     ShowDamage(Session().GetFailedDamage());
     const std::vector<std::string> reasons = SplitLines(opened.GetError().text);
-    Complain(Show(path) + " can't be opened" + (reasons.empty() ? "." : ":"), reasons);
+    Complain(ShowResolved(path) + " can't be opened" + (reasons.empty() ? "." : ":"), reasons);
     return kExitCannotOpen;
   }
   hasOpened = true;

@@ -29,6 +29,9 @@ class CommandContext {
   // The whole path, with the links above its last name resolved: of a file that can't be read or
   // written.
   std::string ShowResolved(const std::string& path) const;
+  // "PATH can't be ACTION: REASON", with the path as ShowResolved has it.
+  std::string ShowFailure(const std::string& path, const std::string& action,
+                          const std::string& reason) const;
   // An error, in plain words, on the error stream; `more` are the lines below it.
   void Complain(const std::string& text, const std::vector<std::string>& more = {}) const;
   // A remark there, unless the user wants quiet.
@@ -52,7 +55,10 @@ class CommandContext {
   // command then. 0, or an exit code with everything said. Commands that edit have it when the
   // project is open.
   int LockEdits(const std::string& path);
-  // Says why the log of the project's last build can't be read, and returns the exit code.
+  // Reads the log of the project's last build. 0, or an exit code with everything said. A log that
+  // is empty or damaged is remarked.
+  int ReadLog(const std::string& project, std::string& text);
+  // Says why that log can't be read, and returns the exit code.
   int RefuseLog(const std::string& project, const Error& error);
   // Shows on the error stream what was lost of the project when it was read, also for a command
   // that doesn't need the project itself; nothing if it can't be opened.

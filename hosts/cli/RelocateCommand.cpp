@@ -83,7 +83,8 @@ int Relocating::Search(Relocation& relocation) {
     context.Complain("There is no file or folder " + context.Show(to) + ".");
     return kExitUsage;
   }
-  const Status moved = relocation.Move(FullPath(from), to);
+  from = FullPath(from);
+  const Status moved = relocation.Move(from, to);
   const std::string types = context.Session().GetFolders().ConfigFile(context.Files());
   if (const Status fits = relocation.CheckMove(types); !fits) {
     context.Complain(context.Show(fits.GetError().place) + " " + fits.GetError().text +
@@ -113,8 +114,8 @@ int Relocating::Write(Relocation& relocation) {
   }
   if (const Status written = context.Files().WriteFiles(AsBytes(*texts)); !written) {
     const Error& error = written.GetError();
-    context.Complain(context.ShowResolved(error.place) +
-                     " can't be saved, and nothing was changed: " + Printable(error.text));
+    context.Complain(
+        context.ShowFailure(error.place, "saved, and nothing was changed", error.text));
     return kExitCannotOpen;
   }
   isChanged = !texts->empty();
@@ -137,11 +138,15 @@ nlohmann::json Relocating::ToJson(const MovedPath& moved) const {
 void Relocating::PrintMoves(const Relocation& relocation) const {
   for (const Error& each : relocation.GetUnread()) {
     if (relocation.IsComplete()) break;
-    context.Complain("The folder " + context.ShowResolved(each.place) +
-                     " can't be read, and was not searched: " + Printable(each.text) + ".");
+    context.Complain("The folder " +
+                     context.ShowFailure(each.place, "read, and was not searched", each.text) +
+                     ".");
   }
   for (const MovedPath& each : relocation.GetFound()) {
-    const std::string former = context.Show(each.oldPath);
+    // With OLD NEW it is missing where it was said to be.
+    const bool isMoved = !each.newPath.empty() || from.empty();
+    const std::string former =
+        context.Show(isMoved ? each.oldPath : MapPath(each.oldPath, from, to));
     if (!each.newPath.empty()) {
       if (context.Asked().quiet) continue;
       const bool isOption = each.kind == MovedPath::Kind::Option;

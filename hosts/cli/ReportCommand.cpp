@@ -71,15 +71,15 @@ void PrintRow(CommandContext& context, const ReportRow& row, bool isFiltered) {
 int RunReport(CommandContext& context) {
   std::string project;
   if (const int code = context.LocateProject(project); code != kExitDone) return code;
-  const auto log = context.Files().ReadWholeFile(LogPathOf(project));
-  if (!log) return context.RefuseLog(project, log.GetError());
+  std::string log;
+  if (const int code = context.ReadLog(project, log); code != kExitDone) return code;
   if (const int code = context.StartSession(); code != kExitDone) return code;
   context.ShowDamageOf(project);
   const Invocation& asked = context.Asked();
   const bool isFiltered = asked.errors || asked.warnings;
   bool hasFound = false;
   nlohmann::json document = nlohmann::json::array();
-  for (const ReportRow& row : RowsOf(context.Session().Inspector().GetReport(*log))) {
+  for (const ReportRow& row : RowsOf(context.Session().Inspector().GetReport(log))) {
     if (!IsWanted(row, asked)) continue;
     hasFound = hasFound || isFiltered || row.entry.kind == LogKind::Error;
     if (asked.json) {

@@ -79,8 +79,7 @@ int RunScript(CommandContext& context) {
   if (IsRelativePath(script)) script = JoinPath(context.StartFolder(), script);
   const auto text = context.Files().ReadWholeFile(context.Asked().script);
   if (!text) {
-    context.Complain("The script " + context.Asked().script +
-                     " can't be read: " + text.GetError().text);
+    context.Complain("The script " + context.ShowFailure(script, "read", text.GetError().text));
     return kExitUsage;
   }
   BuildSession& session = context.Session();

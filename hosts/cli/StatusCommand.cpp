@@ -76,13 +76,18 @@ std::string ProblemOf(BuildSession& session, const ApplicationStatus& applicatio
   return {};
 }
 
-std::string VerdictText(const std::string& verdict) {
-  if (verdict == "cut") return " is damaged; what follows the damage is treated as not built.";
-  const char* const reason = verdict == "other-version"
-                                 ? " was written by another version of this program"
-                             : verdict == "foreign" ? " belongs to another project"
-                                                    : " is damaged";
-  return reason + std::string(", so everything is treated as not built.");
+std::string DescribeState(const CommandContext& context, const StateKeeper& state) {
+  const std::string& verdict = state.GetVerdict();
+  const std::string path = context.ShowResolved(state.GetPath());
+  if (verdict == "cut") {
+    return path + " is damaged; what follows the damage is treated as not built.";
+  }
+  const std::string fault =
+      verdict == "unreadable"      ? context.ShowFailure(state.GetPath(), "read", state.GetReason())
+      : verdict == "other-version" ? path + " was written by another version of this program"
+      : verdict == "foreign"       ? path + " belongs to another project"
+                                   : path + " is damaged";
+  return fault + ", so everything is treated as not built.";
 }
 
 }  // namespace
@@ -93,10 +98,7 @@ int RunStatus(CommandContext& context) {
   if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
   context.Session().Prepare();
   const StateKeeper& state = context.Session().State();
-  if (!state.IsUsable()) {
-    context.Remark(context.Show(StatePathOf(context.Session().GetProjectPath())) +
-                   VerdictText(state.GetVerdict()));
-  }
+  if (!state.IsUsable()) context.Remark(DescribeState(context, state));
   nlohmann::json document = nlohmann::json::array();
   std::string problem;
   for (const ApplicationStatus& application : context.Session().GetStatus(&problem)) {

@@ -12,7 +12,7 @@ namespace tarn::host {
 namespace {
 
 int Refuse(CommandContext& context, const Error& error) {
-  context.Complain(context.Show(error.place) + ": " + Printable(error.text) + ".");
+  context.Complain(context.ShowResolved(error.place) + ": " + Printable(error.text) + ".");
   return kExitCannotOpen;
 }
 

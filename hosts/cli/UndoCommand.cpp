@@ -49,9 +49,12 @@ int KeepDamaged(CommandContext& context, const FileChanges& changes) {
     const bool isChanged = std::ranges::any_of(
         changes, [&](const FileChange& each) { return each.path == entry.file; });
     const auto text = files.ReadWholeFile(entry.file);
+    if (!isChanged || !text) continue;
     std::string copy;
-    if (!isChanged || !text || KeepCopy(files, entry.file, *text, ".bak", copy)) continue;
-    context.Complain(context.Show(copy) + " can't be written, and nothing was changed.");
+    const Status kept = KeepCopy(files, entry.file, *text, ".bak", copy);
+    if (kept) continue;
+    context.Complain(
+        context.ShowFailure(copy, "written, and nothing was changed", kept.GetError().text));
     return kExitCannotOpen;
   }
   return kExitDone;
@@ -64,8 +67,7 @@ int WriteDirectly(CommandContext& context, const std::string& project, const Fil
   const Status written = context.Files().WriteFiles(AsBytes(TextsAfter(changes)));
   if (written) return kExitDone;
   const Error& error = written.GetError();
-  context.Complain(context.ShowResolved(error.place) +
-                   " can't be saved, and nothing was changed: " + Printable(error.text));
+  context.Complain(context.ShowFailure(error.place, "saved, and nothing was changed", error.text));
   return kExitCannotOpen;
 }
 
@@ -90,8 +92,8 @@ int RefuseRecord(CommandContext& context, const Error& error, bool isUndo) {
                             : "There is no change to redo.");
     return kExitUsage;
   }
-  context.Complain("The record of changes " + context.ShowResolved(error.place) +
-                   " can't be used: " + Printable(error.text) + ".");
+  context.Complain("The record of changes " + context.ShowFailure(error.place, "used", error.text) +
+                   ".");
   return kExitCannotOpen;
 }
 

@@ -4,6 +4,7 @@
 
 #include "platform/text/Text.h"
 #include "xml/StrictText.h"
+#include "xml/XmlDamage.h"
 
 namespace tarn::host {
 
@@ -25,6 +26,30 @@ LogEntry WithoutText(const CXmlNode& message) {
   entry.isReported = EqualNoCase(AttributeOf(&message, "ShowInReport"), "yes");
   return entry;
 }
+
+// Remembers the first place after which messages may be missing.
+class BreakFinder : public XmlLossListener {
+ public:
+  explicit BreakFinder(const std::string& xml) : text_(xml) {}
+
+  void OnLoss(XmlLoss loss, const char* position, std::string_view name,
+              const CXmlNode* /*element*/) override {
+    constexpr XmlLoss kBreaks[] = {
+        XmlLoss::OpenElement, XmlLoss::BrokenTag, XmlLoss::OpenMarkup, XmlLoss::ForeignCloseTag,
+        XmlLoss::TooDeep,     XmlLoss::NoElement, XmlLoss::Trailing};
+    const bool isBreak =
+        std::find(std::begin(kBreaks), std::end(kBreaks), loss) != std::end(kBreaks);
+    if (!isBreak || !damage.empty()) return;
+    const auto offset = static_cast<std::size_t>(position - text_.data());
+    damage = std::to_string(1 + CountLineEnds(text_, 0, offset)) + ": " +
+             DescribeLoss(text_, loss, offset, name);
+  }
+
+  std::string damage;
+
+ private:
+  const std::string& text_;
+};
 
 }  // namespace
 
@@ -65,6 +90,14 @@ void AttachLastLines(std::vector<LogEntry>& entries) {
       lines.clear();
     }
   }
+}
+
+std::string FindLogDamage(const std::string& xml) {
+  BreakFinder finder(xml);
+  CXmlNode root;
+  CXmlParseInfo parseInfo;
+  root.Load(xml.c_str(), parseInfo, finder);
+  return finder.damage;
 }
 
 std::unique_ptr<CXmlNode> ParseXml(const std::string& text) {

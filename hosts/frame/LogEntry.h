@@ -34,6 +34,9 @@ void AttachLastLines(std::vector<LogEntry>& entries);
 // The messages below the top element of a log or of a tool's message records.
 std::vector<LogEntry> ReadLogEntries(const std::string& xml);
 
+// Where a log breaks off, or stops making sense, as "LINE: what"; empty if it is whole.
+std::string FindLogDamage(const std::string& xml);
+
 // The first element of a text; null when there is none. What was read before an error counts.
 std::unique_ptr<CXmlNode> ParseXml(const std::string& text);
 // An attribute's value; empty when the node or the attribute isn't there.

@@ -81,7 +81,7 @@ LogFollower::News LogFollower::Take(std::int64_t now, std::size_t most) {
 bool LogFollower::Read(std::int64_t now) {
   const std::optional<FileStatus> status = files.Examine(path);
   if (!status || (isSettled && IsSame(*status))) return false;
-  const auto whole = files.ReadWholeFile(path);
+  const auto whole = files.ReadOwnFile(path);
   const auto length = whole ? LengthWithoutEnd(*whole) : std::nullopt;
   if (!length) return false;
   std::string text = whole->substr(0, *length);

@@ -14,7 +14,8 @@ FoundProject FindInFolder(FileSystem& files, const std::string& folder) {
   FoundProject found;
   const auto entries = files.ListFolder(folder);
   if (!entries) {
-    found.problem = "The folder " + folder + " can't be read: " + entries.GetError().text + ".";
+    found.problem = "The folder " + files.ResolveLinks(folder) +
+                    " can't be read: " + entries.GetError().text + ".";
     return found;
   }
   for (const FolderEntry& entry : *entries) {
@@ -44,7 +45,7 @@ FoundProject FindFile(FileSystem& files, const std::string& argument) {
     if (text || (text.GetError().code == ErrorCode::NotFound && !isLink)) {
       return {{}, {}, "There is no project file or folder named " + argument + "."};
     }
-    return {{}, {}, path + " can't be read: " + text.GetError().text + "."};
+    return {{}, {}, RealName(files, path) + " can't be read: " + text.GetError().text + "."};
   }
   // Anything else would be taken for an older project and handed to a script.
   if (!EqualNoCase(ExtensionOf(path), kProjectExtension)) {

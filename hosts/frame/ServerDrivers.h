@@ -164,6 +164,7 @@ class InspectorDriver : public COleDispatchDriver {
   }
   // Proposed for a new project while none is open.
   std::int32_t SetNewProjectFolder(const std::string& folder) { return InvokeLong(80, {folder}); }
+  std::int32_t OpenForReading(bool wanted) { return InvokeLong(83, {std::int32_t{wanted}}); }
   std::int32_t SaveAllOrNone(bool wanted) { return InvokeLong(70, {std::int32_t{wanted}}); }
   std::int32_t AllowOutside(bool allow) { return InvokeLong(63, {std::int32_t{allow}}); }
   std::int32_t SetTrustedFolders(const std::string& lines) { return InvokeLong(66, {lines}); }
@@ -186,6 +187,7 @@ class InspectorDriver : public COleDispatchDriver {
   std::string GetReport(const std::string& log) { return InvokeText(14, {log}); }
   // How usable the file is, in a word.
   std::string OpenBuildState(const std::string& path) { return InvokeText(40, {path}); }
+  std::string GetBuildStateProblem() { return InvokeText(82, {}); }
   bool IsBuildStateCurrent(const std::string& path) { return InvokeLong(41, {path}) != 0; }
   // 0 if something is left for another call.
   std::int32_t RestoreFor(std::int32_t milliseconds) { return InvokeLong(42, {milliseconds}); }

@@ -38,6 +38,7 @@ void StateKeeper::BeginRestore() {
 void StateKeeper::Open() {
   if (isOpen_) return;
   verdict_ = inspector_.OpenBuildState(path_);
+  reason_ = inspector_.GetBuildStateProblem();
   isOpen_ = !verdict_.empty();
 }
 

@@ -34,9 +34,11 @@ class StateKeeper {
   // After a build. Returns why the state could not be written; empty if it could.
   std::string Finish();
 
-  // How usable the file was: "good", also if there was none, "cut", "damaged", "other-version" or
-  // "foreign".
+  // How usable the file was: "good", also if there was none, "cut", "damaged", "other-version",
+  // "foreign" or "unreadable".
   const std::string& GetVerdict() const { return verdict_; }
+  // Why it is unreadable.
+  const std::string& GetReason() const { return reason_; }
   bool IsUsable() const { return verdict_ == "good"; }
   const std::string& GetPath() const { return path_; }
 
@@ -47,6 +49,7 @@ class StateKeeper {
 
   std::string path_;
   std::string verdict_ = "good";
+  std::string reason_;
   bool isOpen_ = false;  // the state of this project
   bool isRestoring_ = false;
 };

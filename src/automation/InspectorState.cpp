@@ -20,6 +20,8 @@ const char* NameOf(StateVerdict verdict) {
       return "other-version";
     case StateVerdict::Foreign:
       return "foreign";
+    case StateVerdict::Unreadable:
+      return "unreadable";
   }
   return "";
 }
@@ -30,6 +32,11 @@ std::string CProjectInspector::OpenBuildState(const char* path) {
   CProjectModel* model = Model();
   if (model == nullptr || !model->IsOpen() || TextOf(path).empty()) return {};
   return NameOf(model->OpenBuildState(path));
+}
+
+std::string CProjectInspector::GetBuildStateProblem() {
+  CProjectModel* model = Model();
+  return model == nullptr ? std::string() : model->GetBuildRecords().GetReadProblem();
 }
 
 std::int32_t CProjectInspector::IsBuildStateCurrent(const char* path) {

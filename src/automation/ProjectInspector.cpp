@@ -231,6 +231,8 @@ const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
       Method<&I::TakeRefusedWishes>("TakeRefusedWishes", 71, {}),
       Method<&I::CheckScript>("CheckScript", 72, {"path"}),
       Method<&I::SetNewProjectFolder>("SetNewProjectFolder", 80, {"folder"}),
+      Method<&I::GetBuildStateProblem>("GetBuildStateProblem", 82, {}),
+      Method<&I::OpenForReading>("OpenForReading", 83, {"wanted"}),
   });
   return table;
 }
@@ -510,6 +512,13 @@ std::int32_t CProjectInspector::SaveAllOrNone(std::int32_t wanted) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   model->SaveAllOrNone(wanted != 0);
+  return 1;
+}
+
+std::int32_t CProjectInspector::OpenForReading(std::int32_t wanted) {
+  CProjectModel* model = Model();
+  if (model == nullptr) return 0;
+  model->OpenForReading(wanted != 0);
   return 1;
 }
 

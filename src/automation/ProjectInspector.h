@@ -104,6 +104,9 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // an empty string if it was done, else a line for each reason why not, such as a node that has
   // changed since; the project stays as it was then.
   std::string ApplyChange(const char* before, const char* after);
+  // With 1, the next projects are opened to be looked at: files that can't be written are no news
+  // then, and the log has no line on each. Returns 0 before Attach.
+  std::int32_t OpenForReading(std::int32_t wanted);
   // The folder that is proposed for a new project while none is open; empty leaves it as it is.
   // Returns 0 before Attach.
   std::int32_t SetNewProjectFolder(const char* folder);
@@ -160,9 +163,11 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
 
   // Reads the build state of the open project from this file, and appends to it as each tool ends,
   // until the project is closed. Returns "good" (also if there is no such file yet), "cut" (good up
-  // to a place), "damaged", "other-version" or "foreign"; the last three count as empty and are
-  // replaced. An empty string if no project is open.
+  // to a place), "damaged", "other-version", "foreign" or "unreadable"; the last four count as
+  // empty and are replaced, except for a symbolic link. An empty string if no project is open.
   std::string OpenBuildState(const char* path);
+  // Why the build state that was opened last is unreadable; an empty string if it isn't.
+  std::string GetBuildStateProblem();
   // 1 if that file is open and no other process has written it since.
   std::int32_t IsBuildStateCurrent(const char* path);
   // Hands the records that still hold to the published nodes for about this long; 0 if some are

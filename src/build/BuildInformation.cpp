@@ -69,6 +69,7 @@ BuildReport ReadReport(const CXmlNode& record) {
   report.command = ParseCommandHash(TextOf(record.GetAttrValue("Command")));
   report.programs = SplitQuotedList(TextOf(record.GetAttrValue("Programs")));
   report.products = SplitQuotedList(TextOf(record.GetAttrValue("Products")));
+  report.byProducts = SplitQuotedList(TextOf(record.GetAttrValue("ByProducts")));
   report.search = TextOf(record.GetAttrValue("Search"));
   report.hasInexactNames = IsExactlyYes(record, "InexactNames");
   for (int i = 0; i < record.GetChildCount(); ++i) {

@@ -58,6 +58,7 @@ void AppendRecord(std::string& body, const BuildRecord& record) {
   body.push_back('\n');
   AppendNumbers(body, 'I', record.inputs);
   AppendNumbers(body, 'P', record.passedOver);
+  AppendNumbers(body, 'B', record.byProducts);
 }
 
 void AppendApplication(std::string& body, Number application, Number& current) {
@@ -100,9 +101,11 @@ class BuildRecordStore::Reader {
       case 'R':
         return Finish() && ReadRecord();
       case 'I':
-        return hasRecord_ && record_.inputs.empty() && ReadInputs();
+        return hasRecord_ && record_.inputs.empty() && ReadVersions(record_.inputs);
       case 'P':
         return hasRecord_ && record_.passedOver.empty() && ReadPassedOver();
+      case 'B':
+        return hasRecord_ && record_.byProducts.empty() && ReadVersions(record_.byProducts);
       case 'X':
         return Finish() && ReadDrop();
       case 'C':
@@ -157,11 +160,11 @@ class BuildRecordStore::Reader {
     return hasRecord_;
   }
 
-  bool ReadInputs() {
+  bool ReadVersions(std::vector<Number>& versions) {
     while (!line_.empty()) {
       Number number = 0;
       if (!TakeVersion(number)) return false;
-      record_.inputs.push_back(number);
+      versions.push_back(number);
     }
     return true;
   }
@@ -251,6 +254,7 @@ class BuildRecordStore::Writer {
     record.folders = FolderSetNumber(original.folders);
     for (Number& input : record.inputs) input = VersionNumber(input);
     for (Number& text : record.passedOver) text = TextNumber(text);
+    for (Number& version : record.byProducts) version = VersionNumber(version);
     AppendApplication(body_, record.application, application_);
     AppendRecord(body_, record);
   }
@@ -472,6 +476,7 @@ void BuildRecordStore::Adopt(const BuildRecordStore& other) {
     for (Number& text : record.passedOver) adoptText(text);
     adoptVersion(record.output);
     for (Number& input : record.inputs) adoptVersion(input);
+    for (Number& version : record.byProducts) adoptVersion(version);
     std::vector<Number> folders = other.folderSets_[record.folders];
     for (Number& folder : folders) adoptVersion(folder);
     record.folders = AddFolders(std::move(folders));

@@ -55,6 +55,9 @@ struct BuildRecord {
   // Strings: files earlier in the search path than the ones that were read, which the tool passed
   // over all the same.
   std::vector<Number> passedOver;
+  // File versions: everything that the run left besides the output. What is no further product,
+  // such as a rule file, may change or go.
+  std::vector<Number> byProducts;
 
   std::span<const Number> Dependencies() const {
     return std::span(inputs).subspan(sources, inputs.size() - sources - programs);
@@ -76,6 +79,7 @@ struct BuildRecord {
 //                                             a record; replaces that of the same output
 //   I version...                              its inputs
 //   P text...                                 the files that were passed over
+//   B version...                              what else the run left
 //   X output                                  no record of this output path any more
 //   C version changed                         the file was touched without a change of content
 //

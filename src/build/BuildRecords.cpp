@@ -18,13 +18,16 @@ StateVerdict BuildRecords::OpenJournal(const std::string& path,
   projectFileName_ = projectFileName;
   problem_.clear();
   journalStatus_ = files_.Examine(path);
-  auto bytes = files_.ReadWholeFile(path);
+  auto bytes = files_.ReadOwnFile(path);
   const bool isMissing = !bytes && bytes.GetError().code == ErrorCode::NotFound;
+  const bool isUnreadable = !bytes && !isMissing;
+  readProblem_ = isUnreadable ? bytes.GetError().text : std::string();
   const std::size_t size = bytes ? bytes->size() : 0;
   verdict_ = store_.Load(bytes ? std::move(*bytes) : std::string(), projectFileName);
   const bool isCut = verdict_ == StateVerdict::Good && store_.GetJournalLength() < size;
   if (isCut) verdict_ = StateVerdict::Cut;
   if (isMissing) verdict_ = StateVerdict::Good;
+  if (isUnreadable) verdict_ = StateVerdict::Unreadable;
   return verdict_;
 }
 
@@ -32,6 +35,7 @@ StateVerdict BuildRecords::TakeOverJournal(const std::string& path,
                                            const std::string& projectFileName) {
   BuildRecords written(files_);
   verdict_ = written.OpenJournal(path, projectFileName);
+  readProblem_ = written.readProblem_;
   store_.Adopt(written.store_);
   journal_ = path;
   projectFileName_ = projectFileName;
@@ -160,7 +164,14 @@ void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
   for (const std::string& path : report.programs) {
     record.inputs.push_back(AddProgram(run, path, changes));
   }
-  for (const std::string& path : report.products) AddProduct(record, path);
+  for (const std::string& path : report.products) {
+    AddProduct(record, path);
+    record.byProducts.push_back(record.inputs.back());
+  }
+  for (const std::string& path : report.byProducts) {
+    const std::optional<FileStatus> status = files_.Examine(path);
+    if (status) record.byProducts.push_back(store_.AddVersion(path, *status, 0));
+  }
   shadows_.Complete(record, addInput, [&](const std::string& path) {
     return !run.snapshot.Settle(files_, path, changes).isSettled;
   });

@@ -21,11 +21,12 @@ struct BuildReport {
   std::string infos;
   std::string date;
   std::vector<std::string> dependencies;
-  std::vector<std::string> programs;  // that were run, with full paths
-  std::vector<std::string> products;  // further files that were made
-  std::string search;                 // folders that headers are searched in, quoted
-  std::uint64_t command = 0;          // hash of the command lines; 0 if unknown
-  bool hasInexactNames = false;       // the command lines depend on how the disk spells names
+  std::vector<std::string> programs;    // that were run, with full paths
+  std::vector<std::string> products;    // further files that were made
+  std::vector<std::string> byProducts;  // further files that nothing needs
+  std::string search;                   // folders that headers are searched in, quoted
+  std::uint64_t command = 0;            // hash of the command lines; 0 if unknown
+  bool hasInexactNames = false;         // the command lines depend on how the disk spells names
 };
 
 // What the outputs of the open project were made from: file versions and command of the run that
@@ -59,6 +60,9 @@ class BuildRecords {
   void CompactJournal();
   // Appends what is not in the journal yet. Not needed after a run, which does it by itself.
   void WriteJournal();
+  bool HasJournal() const { return !journal_.empty(); }
+  // Why the journal that was opened could not be read; empty if it could, or if there is none.
+  const std::string& GetReadProblem() const { return readProblem_; }
   // Why the journal could not be written; empty if it could.
   const std::string& GetProblem() const { return problem_; }
 
@@ -132,6 +136,7 @@ class BuildRecords {
   std::string projectFileName_;
   std::optional<FileStatus> journalStatus_;
   StateVerdict verdict_ = StateVerdict::Good;
+  std::string readProblem_;
   std::string problem_;
 };
 

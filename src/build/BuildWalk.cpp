@@ -361,8 +361,13 @@ bool BuildWalk::Clean(CXmlNode& node) {
     if (LostTree()) return false;
   }
   bool result = true;
-  bool isRefused = false;  // the next clean can do it, if the user trusts the project by then
-  for (const NamedOutput& named : OutputsOf(node)) {
+  bool isLeft = false;  // the next clean may be able to
+  std::vector<NamedOutput> made = OutputsOf(node);
+  // A host that keeps no records gets just what the nodes name.
+  if (model.buildRecords.HasJournal()) {
+    for (std::string& path : guard.FindByProducts(node)) made.push_back({std::move(path), {}});
+  }
+  for (const NamedOutput& named : made) {
     const std::string& path = named.path;
     if (!model.files.Exists(path)) continue;
     // A file of a similar name is not what the tool made.
@@ -371,16 +376,21 @@ bool BuildWalk::Clean(CXmlNode& node) {
     if (const std::string why = guard.WhyKept(node, named); !why.empty()) {
       if (model.GetTrust().RefusesWrite(path)) {
         model.GetTrust().Refuse(model.GetTrust().WishFor("delete", path));
-        isRefused = true;
+        isLeft = true;
       }
       model.AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
       if (LostTree()) return false;
       continue;
     }
-    if (!model.files.RemoveFile(path)) result = false;
+    const Status removed = guard.Remove(node, path);
     model.fileTimes.Forget();
+    if (removed) continue;
+    result = false;
+    isLeft = true;
+    model.AddBuildNotice(LineKind::Error, path + " can't be deleted: " + removed.GetError().text);
+    if (LostTree()) return false;
   }
-  if (model.walkApplication != nullptr && !isRefused) {
+  if (model.walkApplication != nullptr && !isLeft) {
     model.buildRecords.Drop(node, TextOf(model.walkApplication->GetAttrValue("Path")),
                             TextOf(node.GetAttrValue("OutputFile")));
   }
@@ -403,9 +413,16 @@ bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
   std::string why;
   for (std::size_t i = 0; i < made.size() && why.empty(); ++i) why = guard.WhyKept(node, made[i]);
   for (std::size_t i = 0; i < written.size() && why.empty(); ++i) why = guard.WhyOwn(written[i]);
-  if (why.empty()) return false;
-  model.AddBuildNotice(LineKind::Error, why + "; the tool is not run");
-  return true;
+  if (!why.empty()) {
+    model.AddBuildNotice(LineKind::Error, why + "; the tool is not run");
+    return true;
+  }
+  // The tool manager doesn't know what earlier runs made, and spares what is read-only.
+  for (const NamedOutput& each : made) {
+    const bool isInTheWay = model.files.Examine(each.path) && model.files.IsReadOnly(each.path);
+    if (isInTheWay) (void)guard.Remove(node, each.path);
+  }
+  return false;
 }
 
 // A linker that gets a file twice finds everything in it defined twice, and says no more than that.

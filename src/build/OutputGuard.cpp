@@ -92,22 +92,61 @@ const char* OutputGuard::FindOwnReason(const std::string& path) {
   return PlaceOf(path).isState ? kIsState : nullptr;
 }
 
-// Outputs are recorded with their versions, further products among the last inputs.
-bool OutputGuard::IsMade(const CXmlNode& node, const std::string& path,
-                         const FileStatus& status) const {
+const BuildRecord* OutputGuard::FindRecord(const CXmlNode& node) const {
   BuildRecords& records = model_.GetBuildRecords();
   const BuildRecords::Bound* const bound = records.Find(node);
-  if (bound == nullptr || bound->record == BuildRecordStore::kNone) return false;
-  const BuildRecord& record = records.RecordOf(*bound);
-  const BuildRecordStore& store = records.Store();
+  const bool isKnown = bound != nullptr && bound->record != BuildRecordStore::kNone;
+  return isKnown ? &records.RecordOf(*bound) : nullptr;
+}
+
+// Outputs are recorded with their versions, further products among the last inputs.
+template <class Test>
+bool OutputGuard::IsMade(const CXmlNode& node, const std::string& path, const Test& test) const {
+  const BuildRecord* const record = FindRecord(node);
+  if (record == nullptr) return false;
+  const BuildRecordStore& store = model_.GetBuildRecords().Store();
   const auto isThis = [&](BuildRecord::Number version) {
-    return store.PathOf(version) == path && store.Version(version).IsCertainly(status);
+    return store.PathOf(version) == path && test(store.Version(version));
   };
-  if (isThis(record.output)) return true;
-  for (std::size_t i = record.inputs.size() - record.programs; i < record.inputs.size(); ++i) {
-    if (isThis(record.inputs[i])) return true;
+  const auto products = record->inputs.end() - static_cast<std::ptrdiff_t>(record->programs);
+  return isThis(record->output) || std::any_of(products, record->inputs.end(), isThis) ||
+         std::any_of(record->byProducts.begin(), record->byProducts.end(), isThis);
+}
+
+bool OutputGuard::IsMade(const CXmlNode& node, const std::string& path,
+                         const FileStatus& status) const {
+  return IsMade(node, path,
+                [&](const FileVersion& version) { return version.IsCertainly(status); });
+}
+
+std::vector<std::string> OutputGuard::FindByProducts(const CXmlNode& node) {
+  std::vector<std::string> paths;
+  const BuildRecord* const record = FindRecord(node);
+  if (record == nullptr) return paths;
+  const BuildRecordStore& store = model_.GetBuildRecords().Store();
+  for (const BuildRecord::Number each : record->byProducts) {
+    std::string path(store.PathOf(each));
+    const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(path);
+    // WhyKept asks for more outside the project's folder.
+    const bool isLeft = status && IsSameVersion(store.Version(each).status, *status) &&
+                        !model_.GetFiles().ExamineLink(path);
+    const char* const reason = isLeft ? FindReason(path, *status) : nullptr;
+    const bool isOwn = reason == nullptr || reason == kIsDependency;
+    if (isLeft && isOwn) paths.push_back(std::move(path));
   }
-  return false;
+  return paths;
+}
+
+// A cache that shares its files with builds also changes their times.
+Status OutputGuard::Remove(const CXmlNode& node, const std::string& path) {
+  FileSystem& files = model_.GetFiles();
+  const std::optional<FileStatus> status = files.Examine(path);
+  const bool isMade = status && IsMade(node, path, [&](const FileVersion& version) {
+                        const FileStatus& made = version.status;
+                        return made.device == status->device && made.inode == status->inode &&
+                               made.size == status->size;
+                      });
+  return isMade ? files.RemoveOwnFile(path) : files.RemoveFile(path);
 }
 
 bool OutputGuard::IsRecorded(std::string_view path) const {

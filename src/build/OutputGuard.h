@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "build/BuildRecordStore.h"
 #include "platform/files/FileSystem.h"
 #include "xml/XmlNode.h"
 
@@ -39,6 +40,12 @@ class OutputGuard {
   std::string WhyKept(const CXmlNode& node, const NamedOutput& output);
   // The same only for files of the project itself and of this program, which need not be there yet.
   std::string WhyOwn(const NamedOutput& output);
+  // Paths of what the node's last run left besides the files that it names, such as a map or a rule
+  // file: as far as they are just as the run left them, and nothing of the project itself.
+  std::vector<std::string> FindByProducts(const CXmlNode& node);
+  // Removes a file that WhyKept lets go. One that the node's last run made goes also if it is
+  // read-only: compilers and their launchers may leave it so.
+  Status Remove(const CXmlNode& node, const std::string& path);
 
  private:
   struct Place {
@@ -48,6 +55,10 @@ class OutputGuard {
 
   using Identity = std::pair<std::uint64_t, std::uint64_t>;  // device and inode
 
+  const BuildRecord* FindRecord(const CXmlNode& node) const;
+  // A recorded run on the node made the file of this path, and `test` holds for its version.
+  template <class Test>
+  bool IsMade(const CXmlNode& node, const std::string& path, const Test& test) const;
   bool IsMade(const CXmlNode& node, const std::string& path, const FileStatus& status) const;
   // Some run made a file of this name.
   bool IsRecorded(std::string_view path) const;

@@ -17,6 +17,7 @@ enum class StateVerdict {
   Damaged,       // not a state file, or its first line was changed
   OtherVersion,  // written by a program that uses another form
   Foreign,       // belongs to another project file
+  Unreadable,    // there, but the system or a symbolic link keeps it from being read
 };
 
 // `projectFileName` is the name without folder: a project may move with its state.

@@ -183,6 +183,8 @@ class CProjectModel {
   const std::string& GetStateFolder() const { return stateFolder; }
   // A save writes all of the project's files or none, instead of as many as it can.
   void SaveAllOrNone(bool isWanted) { savesWhole = isWanted; }
+  // Projects are opened to be looked at: the log needs no line on files that can't be written.
+  void OpenForReading(bool isWanted) { onlyReads = isWanted; }
 
   // What the files held when they were read or written last.
   std::vector<FileText> GetBaseTexts() const;
@@ -528,6 +530,7 @@ class CProjectModel {
   std::vector<FileDamage> failedDamage;
   bool protectsDamage = false;
   bool savesWhole = false;
+  bool onlyReads = false;
   bool writesOutside = false;
   std::string stateFolder;
   std::vector<BuildNotice> buildNotices;

@@ -157,8 +157,11 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
   const bool isReplaced = replaced != nullptr && replaced->Find(absolute) != nullptr;
   const bool isThere = isReplaced || CheckFileAccess(files, absolute, kMustExist, *output) != 0;
   if (!isThere || treeEpoch != epoch) return 0;
-  // A read-only project is read all the same; the log says that it cannot be saved.
-  if (!isReplaced) CheckFileAccess(files, absolute, kMustBeWritable, *output);
+  // A read-only project is read all the same; the log says that it cannot be saved. Why a file
+  // can't be read is said below.
+  if (!isReplaced && !onlyReads && files.CanRead(absolute)) {
+    CheckFileAccess(files, absolute, kMustBeWritable, *output);
+  }
   if (treeEpoch != epoch) return 0;
 
   loadingFiles.push_back(absolute);

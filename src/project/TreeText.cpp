@@ -5,16 +5,17 @@
 #include <vector>
 
 #include "platform/text/Text.h"
+#include "xml/XmlDamage.h"
 
 namespace tarn {
 
 namespace {
 
-// Returns the position after the comments before the root, and after an XML declaration ahead of
-// them: the reader would give the comments to the parent.
+// Returns the position after the comments before the root, and after a byte order mark and an XML
+// declaration ahead of them: the reader would give the comments to the parent.
 const char* SkipRemarks(const std::string& text) {
   constexpr std::string_view kRemarks[][2] = {{"<!--", "-->"}, {"<?xml ", "?>"}};
-  std::size_t start = 0;
+  std::size_t start = text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
   for (bool hasSkipped = true; hasSkipped;) {
     hasSkipped = false;
     const std::size_t next = text.find_first_not_of(" \t\r\n", start);

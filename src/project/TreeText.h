@@ -15,9 +15,10 @@ enum class TreeRead : std::uint8_t {
   Malformed,  // what was parsed before the fault
 };
 
-// Reads the text of a project or application file into `root`. Comments and an XML declaration
-// before the root are passed over. Values of white space alone, the indentation that the parser
-// keeps as the value of an element with children, are dropped, or they would grow with each save.
+// Reads the text of a project or application file into `root`. A byte order mark, comments
+// and an XML declaration before the root are passed over. Values of white space alone, the
+// indentation that the parser keeps as the value of an element with children, are dropped, or they
+// would grow with each save.
 TreeRead ReadTree(const std::string& text, CXmlNode& root, DamageCollector& collector);
 
 // The same for whoever only asks whether the tree holds all of the text.

@@ -34,7 +34,6 @@ constexpr LossText kLossTexts[] = {
 };
 
 constexpr std::string_view kConflictMarks[] = {"<<<<<<<", "|||||||", "=======", ">>>>>>>"};
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t kMaxExcerpt = 40;
 
 // The beginning of a text on one line, without control characters.

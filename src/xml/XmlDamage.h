@@ -17,6 +17,8 @@ namespace tarn {
 std::string DescribeLoss(std::string_view text, XmlLoss loss, std::size_t offset,
                          std::string_view name);
 
+// What editors write at the start of a file in UTF-8.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // What a line that a merge has left is called.
 inline constexpr std::string_view kConflictDamage = "a merge conflict that was not resolved";
 // Whether a line begins with a marker of a merge conflict.

@@ -82,6 +82,8 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       {"RefreshDefinitions", 24, {}, "0", "0"},
       {"GetSharedOutputs", 50, {""}, "''", "''"},
       {"SetNewProjectFolder", 80, {"/home/me/Tarn"}, "0", "1"},
+      {"GetBuildStateProblem", 82, {}, "''", "''"},
+      {"OpenForReading", 83, {0}, "0", "1"},
       {"TryLockProject", 60, {"/p/x.tprj"}, "'no project manager'", "''"},
       {"UnlockProject", 61, {}, "0", "1"},
       {"GetSaveReport", 62, {}, "''", "'\r\n<Save/>'"},

@@ -38,6 +38,7 @@ void Put(Instead what, const std::string& path) {
 TEST(CliFiles, WhichFileAndWhyIsTold) {
   const std::string notAFile = "not a regular file";
   const std::string loop = "Too many levels of symbolic links";
+  const std::string link = "it is a symbolic link, which is not followed";
   const struct {
     const char* path;
     Instead what;
@@ -45,12 +46,12 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
     int code;
     std::vector<std::string> said;
   } rows[] = {
-      {"demo.tprj", Instead::Loop, {"tree", "demo.tprj"}, 3, {"demo.tprj can't be read: ", loop}},
+      {"demo.tprj", Instead::Loop, {"tree", "demo.tprj"}, 3, {"/demo.tprj can't be read: ", loop}},
       {"demo.tprj",
        Instead::LinkToNothing,
        {"tree", "demo.tprj"},
        3,
-       {"demo.tprj can't be read: a link that leads nowhere"}},
+       {"/demo.tprj can't be read: a link that leads nowhere"}},
       {"demo.tprj", Instead::Pipe, {"tree"}, 3, {"/demo.tprj' can't be opened", notAFile}},
       {"app.tapp", Instead::Folder, {"tree"}, 3, {"/app.tapp' can't be opened", notAFile}},
       {"app.tapp", Instead::Loop, {"build"}, 3, {"/app.tapp' can't be opened", loop}},
@@ -66,17 +67,35 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
        {"/demo.tlock can't be locked, so other programs are not held back: "}},
       {"demo.tstate", Instead::Folder, {"build"}, 3, {"/demo.tstate: ", notAFile}},
       {"demo.tlog", Instead::Folder, {"build"}, 3, {"/demo.tlog: ", notAFile}},
-      {"demo.tlog", Instead::Loop, {"log"}, 3, {"The log demo.tlog can't be read: ", loop}},
-      {"demo.tlog", Instead::Folder, {"report"}, 3, {"demo.tlog can't be read: ", notAFile}},
-      {"demo.tlog", Instead::Pipe, {"export", "sarif"}, 3, {"demo.tlog can't be read: ", notAFile}},
+      {"demo.tlog", Instead::Loop, {"log"}, 3, {"/demo.tlog can't be read: ", link}},
+      {"demo.tlog", Instead::LinkToNothing, {"log", "-f"}, 3, {"/demo.tlog can't be read: ", link}},
+      {"demo.tstate", Instead::Loop, {"status"}, 0, {"/demo.tstate can't be read: ", link}},
+      {"demo.tstate", Instead::Folder, {"status"}, 0, {"/demo.tstate can't be read: ", notAFile}},
+      {"demo.undo.tstate", Instead::Loop, {"undo"}, 3, {"/demo.undo.tstate can't be used: ", link}},
+      {"demo.undo.tstate",
+       Instead::Pipe,
+       {"undo"},
+       3,
+       {"/demo.undo.tstate can't be used: ", notAFile}},
+      {"settings/state/trusted",
+       Instead::Pipe,
+       {"trust", "--list"},
+       3,
+       {"/settings/state/trusted: "}},
+      {"demo.tlog", Instead::Folder, {"report"}, 3, {"/demo.tlog can't be read: ", notAFile}},
+      {"demo.tlog",
+       Instead::Pipe,
+       {"export", "sarif"},
+       3,
+       {"/demo.tlog can't be read: ", notAFile}},
       {"compile_commands.json",
        Instead::Folder,
        {"export", "compile-commands"},
        3,
-       {"compile_commands.json can't be written: ", notAFile}},
+       {"/compile_commands.json can't be written: ", notAFile}},
       {"app-Globals.Standard.xml", Instead::Loop, {"globals"}, 3, {"can't be read: ", loop}},
-      {"x.lua", Instead::Folder, {"run", "x.lua"}, 2, {"x.lua can't be read: ", notAFile}},
-      {"old.prj", Instead::Loop, {"import", "old.prj"}, 3, {"old.prj can't be read: ", loop}},
+      {"x.lua", Instead::Folder, {"run", "x.lua"}, 2, {"/x.lua can't be read: ", notAFile}},
+      {"old.prj", Instead::Loop, {"import", "old.prj"}, 3, {"/old.prj can't be read: ", loop}},
       {"build", Instead::Loop, {"build"}, 1, {"/build/Standard/", loop}},
       {"share/targets/avr.xml", Instead::Loop, {"targets"}, 3, {"/share/targets/avr.xml: ", loop}},
       {"share/config/message.xslt",
@@ -106,7 +125,7 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
       fs::copy(TARN_SHARE, project.PathOf("share"), fs::copy_options::recursive);
       project.Point("TARN_ROOT", "share");
     }
-    if (row.path == std::string("settings")) project.Point("TARN_SETTINGS", "settings");
+    if (std::string(row.path).starts_with("settings")) project.Point("TARN_SETTINGS", "settings");
     Put(row.what, project.PathOf(row.path));
     const auto answer = project.Run(row.words);
     EXPECT_EQ(answer.code, row.code) << answer.out << answer.err;
@@ -114,6 +133,46 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
       EXPECT_TRUE(Has(answer.out + answer.err, part)) << part << "\n" << answer.out << answer.err;
     }
   }
+}
+
+TEST(CliFiles, ALogThatLacksMessagesIsTold) {
+  CliProject project;
+  project.Out({"build"});
+  const std::string log = project.Read("demo.tlog");
+  const std::string path = project.PathOf("demo.tlog");
+  const std::pair<std::string, std::string> rows[] = {
+      {"", "The log " + path + " is empty."},
+      {log.substr(0, log.size() / 2), "The log is damaged, so it may lack messages: " + path + ":"},
+      {log, ""},
+  };
+  for (const auto& [text, said] : rows) {
+    project.Write("demo.tlog", text);
+    for (const char* command : {"log", "report"}) {
+      const auto answer = project.Run({command});
+      EXPECT_EQ(answer.code, 0) << answer.err;
+      EXPECT_TRUE(Has(answer.err, said)) << answer.err;
+      EXPECT_EQ(answer.err.empty(), said.empty()) << answer.err;
+    }
+  }
+}
+
+TEST(CliFiles, OnlyAChangeOfAReadOnlyProjectSaysThatItIsReadOnly) {
+  CliProject project;
+  ASSERT_EQ(chmod(project.PathOf("app.tapp").c_str(), 0444), 0);
+  for (const char* command : {"tree", "status", "build", "check"}) {
+    EXPECT_EQ(project.Run({command}).err, "") << command;
+  }
+  EXPECT_TRUE(Has(project.Run({"rename", "app.tapp", "other"}).err, "is read-only"));
+}
+
+TEST(CliFiles, AByteOrderMarkIsNoDamageAndIsKeptInACopy) {
+  CliProject project;
+  const std::string marked = "\xEF\xBB\xBF" + project.Read("app.tapp");
+  project.Write("app.tapp", marked);
+  EXPECT_EQ(project.Run({"build"}).err, "");
+  project.Out({"options", "set", "Compiler.Defines", "X"});
+  EXPECT_EQ(project.Read("app.tapp.bak"), marked);
+  EXPECT_TRUE(Has(project.Read("app.tapp"), "Value=\"X\""));
 }
 
 TEST(CliFiles, AChangeThatCanNotBeSavedIsToldAndChangesNothing) {

@@ -251,7 +251,7 @@ TEST(CliImport, EachEndOfAScriptHasItsAnswerAndExitCode) {
     int code;
     std::string said;
   } cases[] = {
-      {"exit 0", "", 3, "tarn: old.tprj can't be opened.\ntarn: The file '"},
+      {"exit 0", "", 3, "/old.tprj can't be opened.\ntarn: The file '"},
       {"print qq(no luck\\n); exit 1", "", 3, "tarn: old.prj can't be converted.\ntarn: no luck\n"},
       {"exit 2", "", 3, "old.prj' does not exist.\n"},
       {"exit 3", "", 3, "old.prj' can't be read.\n"},

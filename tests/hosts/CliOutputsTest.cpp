@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
+#include <set>
 
 #include "hosts/CliProject.h"
 
@@ -138,6 +139,81 @@ TEST(CliOutputs, FilesOfTheProgramItselfAreNoOutputsOfAnyOption) {
     project.Out(change);
   }
   project.Out({"build"});
+}
+
+// Names of all files below the project's folder but those that Tarn keeps beside the project.
+std::set<std::string> FilesOf(const CliProject& project) {
+  std::set<std::string> names;
+  const fs::path folder = fs::path(project.PathOf("")).parent_path();
+  for (const auto& each : fs::recursive_directory_iterator(folder)) {
+    const fs::path name = each.path().lexically_relative(folder);
+    const std::string extension = name.extension();
+    const bool isKept = extension == ".tlock" || extension == ".tlog" || extension == ".tstate";
+    if (!each.is_directory() && !isKept) names.insert(name.string());
+  }
+  return names;
+}
+
+TEST(CliOutputs, CleanDeletesWhatWasMadeAndNothingElse) {
+  CliProject project;
+  const std::string folder = "build/Standard/app.obj/";
+  project.Out({"options", "set", "C.Compiler.Extra", "--", "-fstack-usage"});
+  project.Out({"options", "set", "Linker.MapFile", folder + "app.map"});
+  project.Edit("build/notes.txt", "the user's");
+  // The one has the name of a by-product, the other is where they are.
+  project.Edit(folder + "src/a.c.i", "the user's");
+  project.Edit(folder + "src/d.c", "int d;");
+  project.Out({"build"});
+  const auto before = FilesOf(project);
+  EXPECT_TRUE(before.contains(folder + "app.map"));
+  EXPECT_TRUE(before.contains(folder + "src/a.c.su"));
+  EXPECT_TRUE(before.contains(folder + "src/a.c.d"));
+  EXPECT_TRUE(before.contains("app-Globals.Standard.xml"));
+  // A change of the mode alone makes no difference.
+  fs::permissions(project.PathOf(folder + "src/a.c.su"), fs::perms::owner_all);
+  // What has been changed since is no longer what was made.
+  project.Edit(folder + "src/c.c.su", "the user's");
+  fs::rename(project.PathOf(folder + "src/b.c.d"), project.PathOf("kept"));
+  fs::create_symlink(project.PathOf("kept"), project.PathOf(folder + "src/b.c.d"));
+  project.Out({"clean"});
+  const std::set<std::string> left = {"app.tapp",
+                                      "demo.tprj",
+                                      "build/notes.txt",
+                                      "kept",
+                                      "src/a.c",
+                                      "src/a.h",
+                                      "src/b.c",
+                                      "src/c.c",
+                                      folder + "src/a.c.i",
+                                      folder + "src/d.c",
+                                      folder + "src/b.c.d",
+                                      folder + "src/c.c.su"};
+  EXPECT_EQ(FilesOf(project), left);
+  EXPECT_TRUE(Has(project.Out({"build"}), "Built 4 files"));
+}
+
+// A cache that links its files into the build makes them so.
+TEST(CliOutputs, AReadOnlyOutputIsReplacedAndDeletedIfABuildMadeIt) {
+  CliProject project;
+  const std::string object = project.PathOf("build/Standard/app.obj/src/c.c.o");
+  const auto protect = [&object] { fs::permissions(object, fs::perms::owner_read); };
+  project.Out({"build"});
+  protect();
+  project.Write("src/c.c", "int c(void) { return 4; }\n");
+  EXPECT_EQ(Built(project.Out({"build"})), "c.c app");
+  protect();
+  project.Out({"clean"});
+  EXPECT_FALSE(fs::exists(object));
+  // Somebody's own file of that name stays, and the reason is told.
+  project.Edit("build/Standard/app.obj/src/c.c.o", "");
+  protect();
+  for (const char* command : {"build", "clean"}) {
+    const auto answer = project.Run({command});
+    EXPECT_EQ(answer.code, 1) << command;
+    EXPECT_TRUE(Has(answer.out, "src/c.c.o can't be ")) << answer.out << answer.err;
+    EXPECT_TRUE(Has(answer.out, ": the file is read-only")) << answer.out << answer.err;
+    EXPECT_TRUE(fs::exists(object)) << command;
+  }
 }
 
 TEST(CliOutputs, AMapIsNotWrittenOverASource) {

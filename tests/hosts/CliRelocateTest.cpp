@@ -54,6 +54,16 @@ TEST(CliRelocate, AMovedApplicationIsFoundAndItsSourcesStay) {
 }
 
 // A link is no place of its own, and what is outside doesn't belong to the project.
+TEST(CliRelocate, AFileThatANamedFolderLacksIsNamedThere) {
+  CliProject project;
+  fs::rename(project.PathOf("src"), project.PathOf("lib"));
+  fs::remove(project.PathOf("lib/b.c"));
+  const auto answer = project.Run({"relocate", "src", "lib"});
+  EXPECT_EQ(answer.code, 1);
+  EXPECT_TRUE(Has(answer.err, "lib/b.c was not found")) << answer.err;
+  EXPECT_FALSE(Has(answer.err, "src/b.c")) << answer.err;
+}
+
 TEST(CliRelocate, LinksAreNotFollowed) {
   CliProject project;
   const CliProject other;

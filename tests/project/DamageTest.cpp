@@ -62,7 +62,8 @@ TEST(Damage, EachLossIsNamedWithItsLine) {
        ":3: unknown markup <!ENTITY\n"
        ":3: malformed attribute \"x\"\n"
        ":3: </Application> closes another element; nothing after it is read"},
-      {"a byte order mark", "\xEF\xBB\xBF" + File(""), ":1: a byte order mark"},
+      {"a byte order mark", "\xEF\xBB\xBF<?xml version=\"1.0\"?>\n" + File("")},
+      {"text after a byte order mark", "\xEF\xBB\xBFx" + File(""), ":1: stray text \"x\""},
       {"a zero byte", File("") + '\0' + "\n", ":3: a zero byte; nothing after it is read"},
       {"cut after a complete tag",
        File("").substr(0, File("").size() - 14) + "<Group Header=\"g\" >\n",

@@ -129,6 +129,11 @@ class FileSystem {
   virtual Status WriteOwnFile(const std::string& path, std::string_view bytes) {
     return ExamineLink(path) ? RefuseLink(path) : WriteWholeFile(path, bytes);
   }
+  // Like ReadWholeFile, for such a file: what WriteOwnFile would refuse to replace is not read.
+  Result<std::string> ReadOwnFile(const std::string& path) {
+    if (ExamineLink(path)) return RefuseLink(path);
+    return ReadWholeFile(path);
+  }
   // WriteWholeFile for files that belong together: all are written, or none; one that holds its
   // bytes already is left alone. `place` of an error is the file that can't be written. Only a
   // process that is killed between the last steps leaves some of them written, the first ones of
@@ -165,6 +170,8 @@ class FileSystem {
   virtual Status RemoveScratchFile(const std::string& path) { return RemoveFile(path); }
   // Refuses a read-only file and a folder.
   virtual Status RemoveFile(const std::string& path) = 0;
+  // Like RemoveFile, for a file that this program has made: only its folder can keep it.
+  virtual Status RemoveOwnFile(const std::string& path) { return RemoveFile(path); }
   // Never overwrites.
   virtual Status CopyFileTo(const std::string& from, const std::string& to) = 0;
 
@@ -199,7 +206,7 @@ class FileSystem {
   virtual Result<std::string> ReserveName(const std::string& folder, std::string_view prefix) = 0;
 
   static Error RefuseLink(const std::string& path) {
-    return {ErrorCode::NotAFile, "it is a symbolic link, and is not written through one", path};
+    return {ErrorCode::NotAFile, "it is a symbolic link, which is not followed", path};
   }
 
   // The disk of this machine; lives as long as the process.

@@ -28,7 +28,8 @@ struct PlayedProgram {
 // Build information without what it says of the run itself: the hash of its commands, programs and
 // folders.
 inline std::string WithoutRun(std::string information) {
-  for (const char* name : {" Command=\"", " Programs=\"", " Search=\"", " Products=\""}) {
+  for (const char* name :
+       {" Command=\"", " Programs=\"", " Search=\"", " Products=\"", " ByProducts=\""}) {
     for (std::size_t at; (at = information.find(name)) != information.npos;) {
       const std::size_t end = information.find('"', at + std::string_view(name).size());
       information.erase(at, end + 1 - at);

@@ -68,14 +68,6 @@ Result<std::string> ReadAll(int file, std::uint64_t size, const std::string& pat
   return bytes;
 }
 
-Status Refusal(const std::string& name, const struct stat& info, const std::string& path) {
-  if (!S_ISREG(info.st_mode)) return NotAFile(path);
-  if (posix::IsReadOnlyName(name, info.st_mode)) {
-    return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", path);
-  }
-  return {};
-}
-
 bool IsFolderEntry(const std::string& folder, const dirent& entry) {
   if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK) return entry.d_type == DT_DIR;
   struct stat info {};
@@ -332,22 +324,31 @@ Status PosixFileSystem::WriteScratchFile(const std::string& path, std::string_vi
 Status PosixFileSystem::RemoveScratchFile(const std::string& path) {
   const Result<std::string> name = names.ToNative(path);
   if (!name) return name.GetError();
-  return RemoveNamed(*name, path);
+  return RemoveNamed(*name, path, ReadOnly::Refused);
 }
 
 Status PosixFileSystem::RemoveFile(const std::string& path) {
   const Result<std::string> name = names.Locate(path);
   if (!name) return name.GetError();
-  return RemoveNamed(*name, path);
+  return RemoveNamed(*name, path, ReadOnly::Refused);
+}
+
+Status PosixFileSystem::RemoveOwnFile(const std::string& path) {
+  const Result<std::string> name = names.Locate(path);
+  if (!name) return name.GetError();
+  return RemoveNamed(*name, path, ReadOnly::Removed);
 }
 
 // `name` is the machine's name for `path`.
-Status PosixFileSystem::RemoveNamed(const std::string& name, const std::string& path) {
+Status PosixFileSystem::RemoveNamed(const std::string& name, const std::string& path,
+                                    ReadOnly readOnly) {
   struct stat info {};
   if (lstat(name.c_str(), &info) != 0) return ErrorOf(errno, path);
   if (!S_ISLNK(info.st_mode)) {
-    Status refused = Refusal(name, info, path);
-    if (!refused) return refused;
+    if (!S_ISREG(info.st_mode)) return NotAFile(path);
+    if (readOnly == ReadOnly::Refused && posix::IsReadOnlyName(name, info.st_mode)) {
+      return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", path);
+    }
   }
   if (unlink(name.c_str()) != 0) return ErrorOf(errno, path);
   return {};

@@ -39,6 +39,7 @@ class PosixFileSystem : public FileSystem {
   Status WriteScratchFile(const std::string& path, std::string_view bytes) override;
   Status RemoveScratchFile(const std::string& path) override;
   Status RemoveFile(const std::string& path) override;
+  Status RemoveOwnFile(const std::string& path) override;
   Status CopyFileTo(const std::string& from, const std::string& to) override;
   Status CreateFolders(const std::string& path) override;
   Status CreateNamedFolders(const std::string& path) override;
@@ -55,7 +56,8 @@ class PosixFileSystem : public FileSystem {
  private:
   enum class TimeMatters { No, Yes };
 
-  static Status RemoveNamed(const std::string& name, const std::string& path);
+  enum class ReadOnly : std::uint8_t { Refused, Removed };
+  static Status RemoveNamed(const std::string& name, const std::string& path, ReadOnly readOnly);
   Result<FileStatus> WriteInPlace(const std::string& path, const FileStatus& expected,
                                   TimeMatters time, std::uint64_t offset, std::string_view bytes);
   bool IsLink(const std::string& path);
