@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "components/common/OptionValues.h"
 #include "components/options/PropertyManager.h"
+#include "components/values/OptionValues.h"
 #include "support/MemoryFileSystem.h"
 
 namespace {

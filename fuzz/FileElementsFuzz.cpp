@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "hosts/frame/check/FileElements.h"
+#include "hosts/core/check/FileElements.h"
 
 namespace {
 

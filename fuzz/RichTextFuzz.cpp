@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/text/Text.h"
-#include "platform/windowing/RichTextCtrl.h"
+#include "widgets/RichTextCtrl.h"
 
 namespace {
 

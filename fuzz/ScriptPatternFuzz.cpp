@@ -9,7 +9,7 @@
 #include <lua.hpp>
 #include <string_view>
 
-#include "hosts/frame/script/ScriptPattern.h"
+#include "hosts/core/lua/ScriptPattern.h"
 
 namespace {
 

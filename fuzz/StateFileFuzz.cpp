@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "build/BuildRecordStore.h"
+#include "builder/BuildRecordStore.h"
 
 namespace {
 

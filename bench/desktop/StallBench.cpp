@@ -17,7 +17,7 @@
 #include "bench/BigProject.h"
 #include "bench/Ratios.h"
 #include "hosts/desktop/IdeWindow.h"
-#include "platform/qt/QtToolkit.h"
+#include "widgets/qt/QtToolkit.h"
 
 namespace {
 

@@ -16,11 +16,11 @@
 #include <vector>
 
 #include "bench/Ratios.h"
-#include "platform/qt/QtToolkit.h"
-#include "platform/qt/WidgetPeer.h"
-#include "platform/windowing/ReportControl.h"
-#include "platform/windowing/RichTextCtrl.h"
 #include "views/XmlTreeCtrl.h"
+#include "widgets/ReportControl.h"
+#include "widgets/RichTextCtrl.h"
+#include "widgets/qt/QtToolkit.h"
+#include "widgets/qt/WidgetPeer.h"
 
 namespace tarn {
 namespace {

@@ -19,9 +19,9 @@
 #include <vector>
 
 #include "bench/Ratios.h"
-#include "hosts/frame/BuildInputs.h"
-#include "hosts/frame/MainFrame.h"
-#include "hosts/frame/ServerDrivers.h"
+#include "hosts/core/BuildInputs.h"
+#include "hosts/core/MainFrame.h"
+#include "hosts/core/ServerDrivers.h"
 #include "platform/automation/ClassRegistry.h"
 #include "platform/automation/DispatchTable.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "components/common/ValuesText.h"
+#include "components/values/ValuesText.h"
 #include "platform/text/Text.h"
 
 namespace tarn::options {

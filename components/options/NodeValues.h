@@ -6,12 +6,12 @@
 #include <string_view>
 #include <vector>
 
-#include "components/common/Macros.h"
-#include "components/common/ValuesText.h"
 #include "components/options/Definitions.h"
 #include "components/options/KeyTable.h"
 #include "components/options/StoredOptions.h"
 #include "components/options/ValueLayers.h"
+#include "components/values/Macros.h"
+#include "components/values/ValuesText.h"
 
 namespace tarn::options {
 

@@ -1,9 +1,9 @@
 #include "components/options/OptionsWnd.h"
 
-#include "components/common/ValuesText.h"
 #include "components/options/PropertyManager.h"
+#include "components/values/ValuesText.h"
 #include "platform/text/Text.h"
-#include "platform/windowing/HostMessages.h"
+#include "widgets/HostMessages.h"
 
 namespace tarn::options {
 

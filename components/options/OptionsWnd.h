@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/windowing/MessageLoop.h"
-#include "platform/windowing/ReportControl.h"
-#include "platform/windowing/Static.h"
-#include "platform/windowing/Wnd.h"
+#include "widgets/MessageLoop.h"
+#include "widgets/ReportControl.h"
+#include "widgets/Static.h"
+#include "widgets/Wnd.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::options {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "components/common/ValuesText.h"
 #include "components/options/ValueCheck.h"
+#include "components/values/ValuesText.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"

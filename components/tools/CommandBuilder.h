@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "components/common/OptionValues.h"
 #include "components/tools/ToolDefinition.h"
 #include "components/tools/ToolPaths.h"
+#include "components/values/OptionValues.h"
 #include "platform/files/FileSystem.h"
 
 namespace tarn::tools {

@@ -16,7 +16,7 @@
 #include "components/tools/ToolSet.h"
 #include "components/tools/ToolWorld.h"
 #include "platform/automation/DispatchTable.h"
-#include "platform/windowing/MessageLoop.h"
+#include "widgets/MessageLoop.h"
 
 namespace tarn::tools {
 

@@ -5,8 +5,8 @@
 #include "hosts/cli/BuildReporter.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/Interrupts.h"
-#include "hosts/frame/ProjectFile.h"
+#include "hosts/core/Interrupts.h"
+#include "hosts/core/ProjectFile.h"
 
 namespace tarn::host {
 

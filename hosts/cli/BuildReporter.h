@@ -8,8 +8,8 @@
 
 #include "hosts/cli/Console.h"
 #include "hosts/cli/Invocation.h"
-#include "hosts/frame/BuildProgress.h"
-#include "hosts/frame/BuildSession.h"
+#include "hosts/core/BuildProgress.h"
+#include "hosts/core/BuildSession.h"
 
 namespace tarn::host {
 

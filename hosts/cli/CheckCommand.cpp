@@ -2,7 +2,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/check/ProjectCheck.h"
+#include "hosts/core/check/ProjectCheck.h"
 #include "hosts/serve/FindingJson.h"
 
 namespace tarn::host {

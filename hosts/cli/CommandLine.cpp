@@ -7,7 +7,7 @@
 
 #include "hosts/cli/Console.h"
 #include "hosts/cli/HelpText.h"
-#include "hosts/frame/Suggest.h"
+#include "platform/text/Suggest.h"
 
 namespace tarn::host {
 

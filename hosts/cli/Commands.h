@@ -3,7 +3,7 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include "hosts/cli/OpenedProject.h"
-#include "hosts/frame/TargetEntry.h"
+#include "hosts/core/TargetEntry.h"
 
 namespace tarn::host {
 

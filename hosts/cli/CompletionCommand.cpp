@@ -1,13 +1,13 @@
 #include <iostream>
 
-#include "components/common/OptionValues.h"
+#include "components/values/OptionValues.h"
 #include "hosts/cli/CommandLine.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/CompletionScript.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/ManPage.h"
 #include "hosts/cli/ShellText.h"
-#include "hosts/frame/OptionTable.h"
+#include "hosts/core/OptionTable.h"
 
 namespace tarn::host {
 

@@ -3,8 +3,8 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/NewConfiguration.h"
-#include "hosts/frame/Suggest.h"
+#include "hosts/core/NewConfiguration.h"
+#include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {

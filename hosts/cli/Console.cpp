@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstdlib>
 
-#include "hosts/frame/Printable.h"
+#include "hosts/core/Printable.h"
 
 namespace tarn::host {
 

@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "hosts/cli/Console.h"
-#include "hosts/frame/LogEntry.h"
-#include "hosts/frame/Printable.h"
+#include "hosts/core/LogEntry.h"
+#include "hosts/core/Printable.h"
 
 namespace tarn::host {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "hosts/frame/ProjectFile.h"
+#include "hosts/core/ProjectFile.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/frame/ProjectHistory.h"
+#include "hosts/core/ProjectHistory.h"
 #include "platform/files/FileSystem.h"
 
 namespace tarn::host {

@@ -4,11 +4,11 @@
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/SarifReport.h"
-#include "hosts/frame/CompileCommands.h"
-#include "hosts/frame/MessageTexts.h"
-#include "hosts/frame/ProjectFile.h"
-#include "hosts/frame/Suggest.h"
+#include "hosts/core/CompileCommands.h"
+#include "hosts/core/MessageTexts.h"
+#include "hosts/core/ProjectFile.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {

@@ -9,7 +9,7 @@
 #include "hosts/cli/ShellText.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "platform/windowing/Dialogs.h"
+#include "widgets/Dialogs.h"
 
 namespace tarn::host {
 

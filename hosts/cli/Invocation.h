@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/frame/Interrupts.h"
+#include "hosts/core/Interrupts.h"
 
 namespace tarn::host {
 

@@ -8,10 +8,10 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/Interrupts.h"
-#include "hosts/frame/LogFollower.h"
-#include "hosts/frame/MessageTexts.h"
-#include "hosts/frame/ProjectFile.h"
+#include "hosts/core/Interrupts.h"
+#include "hosts/core/LogFollower.h"
+#include "hosts/core/MessageTexts.h"
+#include "hosts/core/ProjectFile.h"
 
 namespace tarn::host {
 

@@ -4,10 +4,10 @@
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/NewForTarget.h"
 #include "hosts/cli/ShellText.h"
-#include "hosts/frame/GitFiles.h"
-#include "hosts/frame/HostFolders.h"
-#include "hosts/frame/ProjectTemplate.h"
-#include "hosts/frame/StagingFolder.h"
+#include "hosts/core/GitFiles.h"
+#include "hosts/core/HostFolders.h"
+#include "hosts/core/ProjectTemplate.h"
+#include "hosts/core/StagingFolder.h"
 #include "platform/paths/Paths.h"
 
 namespace tarn::host {

@@ -5,11 +5,11 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/Suggest.h"
-#include "hosts/frame/WizardForm.h"
+#include "hosts/core/WizardForm.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
-#include "platform/windowing/Dialogs.h"
+#include "widgets/Dialogs.h"
 
 namespace tarn::host {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "hosts/cli/OpenedProject.h"
-#include "hosts/frame/ProjectTemplate.h"
+#include "hosts/core/ProjectTemplate.h"
 
 namespace tarn::host {
 

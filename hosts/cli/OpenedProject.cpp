@@ -6,18 +6,18 @@
 #include <set>
 #include <thread>
 
-#include "components/common/OptionValues.h"
+#include "components/values/OptionValues.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/EditRecord.h"
 #include "hosts/cli/ShellText.h"
-#include "hosts/frame/ChangeLabel.h"
-#include "hosts/frame/LogEntry.h"
-#include "hosts/frame/NewConfiguration.h"
-#include "hosts/frame/ProjectFile.h"
-#include "hosts/frame/Suggest.h"
+#include "hosts/core/ChangeLabel.h"
+#include "hosts/core/LogEntry.h"
+#include "hosts/core/NewConfiguration.h"
+#include "hosts/core/ProjectFile.h"
 #include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {

@@ -6,9 +6,9 @@
 
 #include "hosts/cli/Console.h"
 #include "hosts/cli/Invocation.h"
-#include "hosts/frame/BuildSession.h"
-#include "hosts/frame/FileChanges.h"
-#include "hosts/frame/ProjectTree.h"
+#include "hosts/core/BuildSession.h"
+#include "hosts/core/FileChanges.h"
+#include "hosts/core/ProjectTree.h"
 
 namespace tarn::host {
 

@@ -2,11 +2,11 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "components/common/OptionValues.h"
+#include "components/values/OptionValues.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/OptionTable.h"
-#include "hosts/frame/Suggest.h"
+#include "hosts/core/OptionTable.h"
+#include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {

@@ -2,9 +2,10 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/TargetPackages.h"
+#include "hosts/core/TargetPackages.h"
 #include "platform/automation/ClassStore.h"
 #include "platform/automation/ServerLibrary.h"
+#include "platform/modules/Modules.h"
 #include "platform/paths/Paths.h"
 
 namespace tarn::host {
@@ -32,7 +33,7 @@ int ComplainOf(CommandContext& context, const char* what, bool adds, const Error
 // The server knows itself what there is to write; it is this installation's own, whichever is
 // registered. 0, or an exit code with everything said.
 int CallServer(CommandContext& context, bool adds) {
-  const std::string library = ModuleFolder() + "/libTarnProjectManager.so";
+  const std::string library = ModuleFolder() + "/" + ModuleFileName("TarnProjectManager");
   const auto code = CallServerEntry(library, adds ? "DllRegisterServer" : "DllUnregisterServer");
   if (!code) {
     context.Complain("This installation isn't complete: " + code.GetError().text);

@@ -3,7 +3,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/Relocation.h"
+#include "hosts/core/Relocation.h"
 #include "platform/files/ProjectFolder.h"
 #include "platform/paths/Paths.h"
 

@@ -2,7 +2,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/ProjectFile.h"
+#include "hosts/core/ProjectFile.h"
 #include "xml/StrictText.h"
 
 namespace tarn::host {

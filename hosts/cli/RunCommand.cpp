@@ -5,7 +5,7 @@
 #include "hosts/cli/BuildReporter.h"
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/Interrupts.h"
+#include "hosts/core/Interrupts.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/frame/LogEntry.h"
+#include "hosts/core/LogEntry.h"
 
 namespace tarn::host {
 

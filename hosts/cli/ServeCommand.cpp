@@ -2,7 +2,7 @@
 #include <unistd.h>
 
 #include "hosts/cli/Commands.h"
-#include "hosts/frame/Interrupts.h"
+#include "hosts/core/Interrupts.h"
 #include "hosts/serve/RpcServer.h"
 
 namespace tarn::host {

@@ -3,7 +3,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/ProjectFile.h"
+#include "hosts/core/ProjectFile.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 

@@ -4,8 +4,8 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/Suggest.h"
-#include "hosts/frame/TargetEntry.h"
+#include "hosts/core/TargetEntry.h"
+#include "platform/text/Suggest.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {

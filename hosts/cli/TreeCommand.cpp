@@ -2,7 +2,7 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/LogEntry.h"
+#include "hosts/core/LogEntry.h"
 #include "platform/paths/Paths.h"
 
 namespace tarn::host {

@@ -2,8 +2,8 @@
 
 #include "hosts/cli/Commands.h"
 #include "hosts/cli/DisplayText.h"
-#include "hosts/frame/HostFolders.h"
-#include "hosts/frame/TrustedFolders.h"
+#include "hosts/core/HostFolders.h"
+#include "hosts/core/TrustedFolders.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 

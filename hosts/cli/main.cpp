@@ -9,8 +9,8 @@
 
 #include "hosts/cli/CommandLine.h"
 #include "hosts/cli/Commands.h"
-#include "hosts/frame/Interrupts.h"
-#include "platform/memory/LargePages.h"
+#include "hosts/core/Interrupts.h"
+#include "hosts/core/LargePages.h"
 
 namespace {
 
@@ -91,7 +91,7 @@ int Run(int argc, char** argv, Console& console) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  tarn::PreferLargePages();
+  tarn::host::PreferLargePages();
   tarn::host::KeepRunningOnFailedWrites();
   Console console(std::cout, {});
   try {

@@ -6,9 +6,9 @@
 #include <QPushButton>
 #include <QStyle>
 
-#include "hosts/frame/Printable.h"
-#include "platform/qt/QtColor.h"
-#include "platform/qt/QtText.h"
+#include "hosts/core/Printable.h"
+#include "widgets/qt/QtColor.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <array>
 
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

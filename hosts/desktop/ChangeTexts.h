@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "hosts/frame/ChangeLabel.h"
+#include "hosts/core/ChangeLabel.h"
 
 namespace tarn::host {
 

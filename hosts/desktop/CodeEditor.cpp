@@ -14,10 +14,10 @@
 
 #include "hosts/desktop/AssemblerLexer.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtColor.h"
-#include "platform/qt/QtText.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
+#include "widgets/qt/QtColor.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

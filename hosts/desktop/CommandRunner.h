@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "hosts/core/BuildProgress.h"
+#include "hosts/core/BuildSession.h"
+#include "hosts/core/FileChanges.h"
+#include "hosts/core/MainFrame.h"
 #include "hosts/desktop/ProjectWatch.h"
-#include "hosts/frame/BuildProgress.h"
-#include "hosts/frame/BuildSession.h"
-#include "hosts/frame/FileChanges.h"
-#include "hosts/frame/MainFrame.h"
 
 namespace tarn::host {
 

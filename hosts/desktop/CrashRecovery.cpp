@@ -8,16 +8,16 @@
 #include <algorithm>
 #include <utility>
 
+#include "hosts/core/FileChanges.h"
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "hosts/desktop/JournalKeeper.h"
 #include "hosts/desktop/ProjectActions.h"
 #include "hosts/desktop/RecoveryDialog.h"
-#include "hosts/frame/FileChanges.h"
 #include "platform/files/FileTexts.h"
 #include "platform/files/KeptCopy.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

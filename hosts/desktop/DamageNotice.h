@@ -2,7 +2,7 @@
 
 #include <QCoreApplication>
 
-#include "hosts/frame/BuildSession.h"
+#include "hosts/core/BuildSession.h"
 
 class QWidget;
 

@@ -2,11 +2,11 @@
 
 #include <QStatusBar>
 
+#include "hosts/core/LogEntry.h"
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorTabs.h"
-#include "hosts/frame/LogEntry.h"
-#include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -1,8 +1,8 @@
 #include "hosts/desktop/DesktopSettings.h"
 
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
 #include "platform/settings/Settings.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -9,7 +9,7 @@
 #include "hosts/desktop/FindBar.h"
 #include "hosts/desktop/WelcomePage.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -6,9 +6,9 @@
 #include <set>
 #include <vector>
 
+#include "hosts/core/BuildInputs.h"
+#include "hosts/core/CompileCommands.h"
 #include "hosts/desktop/CodeEditor.h"
-#include "hosts/frame/BuildInputs.h"
-#include "hosts/frame/CompileCommands.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 

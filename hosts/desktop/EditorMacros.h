@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "hosts/core/BuildSession.h"
 #include "hosts/desktop/EditorTabs.h"
-#include "hosts/frame/BuildSession.h"
 
 namespace tarn::host {
 

@@ -11,7 +11,7 @@
 
 #include "hosts/desktop/CodeEditor.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "hosts/frame/check/Finding.h"
+#include "hosts/core/check/Finding.h"
 
 namespace tarn::host {
 

@@ -6,7 +6,7 @@
 
 #include "hosts/desktop/FindingTexts.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/frame/check/ProjectCheck.h"
+#include "hosts/core/check/ProjectCheck.h"
 
 class QLabel;
 class QTreeWidget;

@@ -20,6 +20,7 @@
 #include <limits>
 #include <utility>
 
+#include "hosts/core/ProjectFile.h"
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/CrashRecovery.h"
@@ -34,11 +35,10 @@
 #include "hosts/desktop/StatusProgress.h"
 #include "hosts/desktop/TreeFilter.h"
 #include "hosts/desktop/WelcomePage.h"
-#include "hosts/frame/ProjectFile.h"
 #include "platform/files/SameName.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "hosts/core/BuildSession.h"
+#include "hosts/core/MainFrame.h"
 #include "hosts/desktop/CommandRunner.h"
 #include "hosts/desktop/DeclarationSearch.h"
 #include "hosts/desktop/EditorTabs.h"
@@ -18,10 +20,8 @@
 #include "hosts/desktop/ServerNotices.h"
 #include "hosts/desktop/ServerSurface.h"
 #include "hosts/desktop/WindowLayout.h"
-#include "hosts/frame/BuildSession.h"
-#include "hosts/frame/MainFrame.h"
 #include "platform/files/FileSystem.h"
-#include "platform/qt/QtDialogs.h"
+#include "widgets/qt/QtDialogs.h"
 
 class QMenu;
 

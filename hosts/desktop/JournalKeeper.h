@@ -9,8 +9,8 @@
 #include <memory>
 #include <string>
 
+#include "hosts/core/BuildSession.h"
 #include "hosts/desktop/Journal.h"
-#include "hosts/frame/BuildSession.h"
 
 namespace tarn::host {
 

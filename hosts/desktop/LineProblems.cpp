@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/qt/QtColor.h"
+#include "widgets/qt/QtColor.h"
 
 namespace tarn::host {
 

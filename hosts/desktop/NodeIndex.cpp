@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "hosts/frame/LogEntry.h"
-#include "hosts/frame/ProjectTree.h"
+#include "hosts/core/LogEntry.h"
+#include "hosts/core/ProjectTree.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

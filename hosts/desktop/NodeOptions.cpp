@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "hosts/frame/NewConfiguration.h"
+#include "hosts/core/NewConfiguration.h"
 #include "platform/text/Text.h"
 
 namespace tarn::host {

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "components/common/OptionValues.h"
-#include "hosts/frame/BuildSession.h"
-#include "hosts/frame/OptionTable.h"
+#include "components/values/OptionValues.h"
+#include "hosts/core/BuildSession.h"
+#include "hosts/core/OptionTable.h"
 
 namespace tarn::host {
 

@@ -15,8 +15,8 @@
 #include <QToolButton>
 #include <algorithm>
 
-#include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -12,7 +12,7 @@
 #include <QTreeView>
 
 #include "hosts/desktop/OptionEditors.h"
-#include "platform/qt/QtColor.h"
+#include "widgets/qt/QtColor.h"
 
 namespace tarn::host {
 

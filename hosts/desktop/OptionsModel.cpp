@@ -6,8 +6,8 @@
 #include <QPalette>
 #include <algorithm>
 
-#include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

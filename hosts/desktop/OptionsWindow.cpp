@@ -17,13 +17,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "hosts/core/ProjectTemplate.h"
 #include "hosts/desktop/DesktopSettings.h"
 #include "hosts/desktop/OptionsGrid.h"
 #include "hosts/desktop/SearchField.h"
-#include "hosts/frame/ProjectTemplate.h"
-#include "platform/qt/QtColor.h"
-#include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
+#include "widgets/qt/QtColor.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

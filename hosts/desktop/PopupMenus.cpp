@@ -2,7 +2,7 @@
 
 #include <QMenu>
 
-#include "hosts/frame/LogEntry.h"
+#include "hosts/core/LogEntry.h"
 
 namespace tarn::host {
 

@@ -6,8 +6,8 @@
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorTabs.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
 #include "platform/text/Text.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

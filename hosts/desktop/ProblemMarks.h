@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "hosts/core/ProblemList.h"
 #include "hosts/desktop/LineProblems.h"
-#include "hosts/frame/ProblemList.h"
 
 namespace tarn::host {
 

@@ -7,7 +7,7 @@
 #include <ctime>
 #include <utility>
 
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

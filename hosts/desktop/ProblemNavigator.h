@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "hosts/frame/ProblemList.h"
+#include "hosts/core/ProblemList.h"
 
 class QMenu;
 class QStatusBar;

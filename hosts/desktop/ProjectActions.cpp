@@ -19,7 +19,7 @@
 #include "hosts/desktop/RecentProjects.h"
 #include "hosts/desktop/RelocateDialog.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

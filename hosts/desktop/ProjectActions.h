@@ -6,13 +6,13 @@
 #include <functional>
 #include <string>
 
+#include "hosts/core/BuildSession.h"
+#include "hosts/core/ProjectHistory.h"
 #include "hosts/desktop/CommandRunner.h"
 #include "hosts/desktop/DamageNotice.h"
 #include "hosts/desktop/ProjectWatch.h"
 #include "hosts/desktop/SaveNotice.h"
 #include "hosts/desktop/TrustNotice.h"
-#include "hosts/frame/BuildSession.h"
-#include "hosts/frame/ProjectHistory.h"
 #include "platform/files/FileSystem.h"
 
 class QMenu;

@@ -1,9 +1,9 @@
 #include "hosts/desktop/ProjectWatch.h"
 
-#include "hosts/frame/LogEntry.h"
+#include "hosts/core/LogEntry.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
 #include "platform/text/Hash.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -6,7 +6,7 @@
 #include <QStandardPaths>
 
 #include "hosts/desktop/DesktopSettings.h"
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -12,8 +12,8 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include "platform/qt/QtText.h"
 #include "platform/text/Hash.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/frame/Relocation.h"
+#include "hosts/core/Relocation.h"
 
 class QDialogButtonBox;
 class QLabel;

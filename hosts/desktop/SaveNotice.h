@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "hosts/frame/SaveReport.h"
+#include "hosts/core/SaveReport.h"
 
 class QTreeWidget;
 class QWidget;

@@ -8,10 +8,10 @@
 #include <QToolBar>
 #include <cstdlib>
 
-#include "hosts/frame/LogEntry.h"
-#include "hosts/frame/ServerDrivers.h"
+#include "hosts/core/LogEntry.h"
+#include "hosts/core/ServerDrivers.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

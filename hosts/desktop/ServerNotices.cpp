@@ -7,7 +7,7 @@
 #include <QTimer>
 #include <QUrl>
 
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "hosts/frame/MainFrame.h"
+#include "hosts/core/MainFrame.h"
 #include "platform/files/FileSystem.h"
 
 class QLabel;

@@ -8,10 +8,10 @@
 #include <QTimer>
 #include <QToolBar>
 
-#include "hosts/frame/LogEntry.h"
-#include "hosts/frame/ServerDrivers.h"
-#include "platform/qt/QtText.h"
-#include "platform/qt/WidgetPeer.h"
+#include "hosts/core/LogEntry.h"
+#include "hosts/core/ServerDrivers.h"
+#include "widgets/qt/QtText.h"
+#include "widgets/qt/WidgetPeer.h"
 
 namespace tarn::host {
 

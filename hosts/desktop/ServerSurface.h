@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "hosts/core/MainFrame.h"
 #include "hosts/desktop/PopupMenus.h"
 #include "hosts/desktop/ServerMenus.h"
-#include "hosts/frame/MainFrame.h"
 #include "platform/files/FileSystem.h"
 
 class QDockWidget;

@@ -6,7 +6,7 @@
 #include <QProgressBar>
 #include <QToolButton>
 
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -5,7 +5,7 @@
 
 #include "hosts/desktop/Banner.h"
 #include "platform/paths/Paths.h"
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

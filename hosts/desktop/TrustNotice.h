@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/frame/BuildSession.h"
+#include "hosts/core/BuildSession.h"
 
 class QWidget;
 

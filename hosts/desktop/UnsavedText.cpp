@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

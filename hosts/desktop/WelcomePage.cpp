@@ -10,7 +10,7 @@
 
 #include "hosts/desktop/LinkRow.h"
 #include "hosts/desktop/RecentProjects.h"
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 

@@ -8,13 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "hosts/core/Interrupts.h"
+#include "hosts/core/LargePages.h"
 #include "hosts/desktop/IdeWindow.h"
 #include "hosts/desktop/Translations.h"
-#include "hosts/frame/Interrupts.h"
 #include "platform/files/FileSystem.h"
-#include "platform/memory/LargePages.h"
-#include "platform/qt/QtText.h"
-#include "platform/qt/QtToolkit.h"
+#include "widgets/qt/QtText.h"
+#include "widgets/qt/QtToolkit.h"
 
 namespace {
 
@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
   QCoreApplication::setApplicationName("Tarn");
   QCoreApplication::setApplicationVersion(TARN_VERSION);
   AnswerInTerminal(argc, argv);
-  tarn::PreferLargePages();
+  tarn::host::PreferLargePages();
   QApplication application(argc, argv);
   // The toolkit has set the user's, in which numbers of files would read another way.
   std::setlocale(LC_ALL, "C");

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
-#include "hosts/frame/Suggest.h"
 #include "hosts/serve/RpcMessage.h"
+#include "platform/text/Suggest.h"
 
 namespace tarn::host {
 

@@ -13,7 +13,7 @@
 
 #include "hosts/serve/FrameReader.h"
 #include "hosts/serve/RpcMessage.h"
-#include "platform/windowing/MessageLoop.h"
+#include "widgets/MessageLoop.h"
 
 namespace tarn::host {
 

@@ -1,6 +1,6 @@
 #include "hosts/serve/ClientQuestions.h"
 
-#include "hosts/frame/WizardForm.h"
+#include "hosts/core/WizardForm.h"
 #include "hosts/serve/Binding.h"
 #include "hosts/serve/MessageNames.h"
 #include "platform/text/Text.h"

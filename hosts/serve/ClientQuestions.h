@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "hosts/frame/MainFrame.h"
+#include "hosts/core/MainFrame.h"
 #include "hosts/serve/ClientChannel.h"
-#include "platform/windowing/Dialogs.h"
+#include "widgets/Dialogs.h"
 
 namespace tarn::host {
 

@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "hosts/frame/check/Finding.h"
+#include "hosts/core/check/Finding.h"
 
 namespace tarn::host {
 

@@ -1,6 +1,6 @@
 #include "hosts/serve/MessageNames.h"
 
-#include "hosts/frame/MainFrame.h"
+#include "hosts/core/MainFrame.h"
 
 namespace tarn::host {
 

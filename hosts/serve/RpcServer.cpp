@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <chrono>
 
-#include "hosts/frame/Suggest.h"
 #include "hosts/serve/FindingJson.h"
 #include "platform/paths/Paths.h"
+#include "platform/text/Suggest.h"
 
 namespace tarn::host {
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <chrono>
 
-#include "hosts/frame/check/ProjectCheck.h"
+#include "hosts/core/check/ProjectCheck.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "hosts/frame/BuildSession.h"
-#include "hosts/frame/NewConfiguration.h"
-#include "hosts/frame/ProjectHistory.h"
-#include "hosts/frame/check/Finding.h"
+#include "hosts/core/BuildSession.h"
+#include "hosts/core/NewConfiguration.h"
+#include "hosts/core/ProjectHistory.h"
+#include "hosts/core/check/Finding.h"
 #include "hosts/serve/ClientQuestions.h"
 
 namespace tarn::host {

@@ -3,8 +3,8 @@
 #include <set>
 #include <string_view>
 
-#include "build/ApplicationOrder.h"
-#include "build/Staleness.h"
+#include "builder/ApplicationOrder.h"
+#include "builder/Staleness.h"
 #include "platform/text/Text.h"
 
 namespace tarn {

@@ -6,10 +6,10 @@
 #include <string>
 
 #include "automation/ServerLock.h"
+#include "drivers/PropertyManagerDriver.h"
+#include "drivers/ToolManagerDriver.h"
 #include "output/BuildOutput.h"
 #include "output/OutputEdit.h"
-#include "outside/PropertyManagerDriver.h"
-#include "outside/ToolManagerDriver.h"
 #include "platform/automation/ClassRegistry.h"
 #include "platform/automation/DispatchTable.h"
 #include "platform/automation/RunningObjects.h"

@@ -3,7 +3,7 @@
 #include "automation/ProjectInspector.h"
 #include "automation/ProjectManager.h"
 #include "automation/Registration.h"
-#include "platform/automation/ServerLibrary.h"
+#include "platform/modules/Modules.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -35,7 +35,7 @@ IClassFactory* FactoryOf(const char* classId) {
 }
 
 std::string OwnPath() {
-  return LibraryPathOf(reinterpret_cast<const void*>(&FactoryOf));
+  return ModulePathOf(reinterpret_cast<const void*>(&FactoryOf));
 }
 
 constexpr auto kClassNotAvailable = static_cast<std::int32_t>(0x80040111u);

@@ -8,7 +8,7 @@
 #include "patterns/ParseNumber.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "platform/windowing/HostMessages.h"
+#include "widgets/HostMessages.h"
 
 namespace tarn {
 namespace {

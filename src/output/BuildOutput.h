@@ -9,7 +9,7 @@
 #include "output/OutputViews.h"
 #include "patterns/LineShape.h"
 #include "platform/files/FileSystem.h"
-#include "platform/windowing/MessageLoop.h"
+#include "widgets/MessageLoop.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {

@@ -4,7 +4,7 @@
 
 #include "output/LogLink.h"
 #include "output/LogRichText.h"
-#include "platform/windowing/HostMessages.h"
+#include "widgets/HostMessages.h"
 
 namespace tarn {
 

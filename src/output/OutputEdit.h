@@ -4,8 +4,8 @@
 
 #include "output/OutputViews.h"
 #include "platform/files/FileSystem.h"
-#include "platform/windowing/RichTextCtrl.h"
-#include "platform/windowing/Wnd.h"
+#include "widgets/RichTextCtrl.h"
+#include "widgets/Wnd.h"
 
 namespace tarn {
 

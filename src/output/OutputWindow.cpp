@@ -1,7 +1,7 @@
 #include "output/OutputWindow.h"
 
 #include "platform/text/Text.h"
-#include "platform/windowing/HostMessages.h"
+#include "widgets/HostMessages.h"
 
 namespace tarn {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "platform/windowing/BrowserCtrl.h"
-#include "platform/windowing/Wnd.h"
+#include "widgets/BrowserCtrl.h"
+#include "widgets/Wnd.h"
 
 namespace tarn {
 

@@ -7,8 +7,8 @@
 #include "platform/paths/Paths.h"
 #include "platform/process/RunAndWait.h"
 #include "platform/text/Text.h"
-#include "platform/windowing/Dialogs.h"
 #include "project/ProjectModel.h"
+#include "widgets/Dialogs.h"
 
 namespace tarn {
 

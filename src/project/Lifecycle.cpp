@@ -5,10 +5,10 @@
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "platform/windowing/Dialogs.h"
 #include "project/FileAccess.h"
 #include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
+#include "widgets/Dialogs.h"
 
 namespace tarn {
 

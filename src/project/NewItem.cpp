@@ -4,10 +4,10 @@
 #include "platform/paths/Paths.h"
 #include "platform/settings/Settings.h"
 #include "platform/text/Text.h"
-#include "platform/windowing/Toolkit.h"
 #include "project/FileAccess.h"
 #include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
+#include "widgets/Toolkit.h"
 
 namespace tarn {
 

@@ -1,7 +1,7 @@
 #include "project/ProjectModel.h"
 
-#include "build/BuildWalk.h"
-#include "build/RecordRestore.h"
+#include "builder/BuildWalk.h"
+#include "builder/RecordRestore.h"
 #include "project/WorkerControl.h"
 
 namespace tarn {

@@ -8,9 +8,9 @@
 #include "platform/files/ProjectFolder.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "platform/windowing/Dialogs.h"
 #include "project/FileAccess.h"
 #include "project/ProjectModel.h"
+#include "widgets/Dialogs.h"
 
 namespace tarn {
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/windowing/MessageLoop.h"
+#include "widgets/MessageLoop.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {

@@ -6,7 +6,7 @@
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "platform/windowing/HostMessages.h"
+#include "widgets/HostMessages.h"
 
 namespace tarn {
 

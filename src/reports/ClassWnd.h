@@ -5,10 +5,10 @@
 
 #include "platform/files/FileSystem.h"
 #include "platform/settings/Settings.h"
-#include "platform/windowing/Menu.h"
-#include "platform/windowing/ToolBar.h"
 #include "project/ProjectViews.h"
 #include "views/XmlTreeCtrl.h"
+#include "widgets/Menu.h"
+#include "widgets/ToolBar.h"
 
 namespace tarn {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/windowing/ReportControl.h"
+#include "widgets/ReportControl.h"
 
 // The cells and columns of a report that is described by XML.
 namespace tarn {

@@ -5,8 +5,8 @@
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "platform/windowing/Dialogs.h"
-#include "platform/windowing/Toolkit.h"
+#include "widgets/Dialogs.h"
+#include "widgets/Toolkit.h"
 
 namespace tarn {
 

@@ -4,8 +4,8 @@
 #include <memory>
 #include <utility>
 
-#include "platform/windowing/Toolkit.h"
 #include "reports/GlobalsReportWnd.h"
+#include "widgets/Toolkit.h"
 
 namespace tarn {
 

@@ -1,9 +1,9 @@
 #include "reports/GlobalsReportWnd.h"
 
 #include "platform/text/Text.h"
-#include "platform/windowing/HostMessages.h"
 #include "reports/ReportDefinition.h"
 #include "reports/SymbolFile.h"
+#include "widgets/HostMessages.h"
 
 namespace tarn {
 

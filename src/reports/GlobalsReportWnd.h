@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
-#include "platform/windowing/Menu.h"
 #include "project/ProjectViews.h"
 #include "reports/GlobalsReport.h"
+#include "widgets/Menu.h"
 
 namespace tarn {
 

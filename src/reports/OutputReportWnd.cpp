@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "platform/text/Text.h"
-#include "platform/windowing/HostMessages.h"
 #include "reports/ReportDefinition.h"
+#include "widgets/HostMessages.h"
 
 namespace tarn {
 

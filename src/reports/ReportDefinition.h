@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/windowing/ReportControl.h"
+#include "widgets/ReportControl.h"
 #include "xml/XmlNode.h"
 
 // The columns and the look of the reports of the system.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/windowing/Edit.h"
+#include "widgets/Edit.h"
 
 namespace tarn {
 

@@ -3,9 +3,9 @@
 #include <chrono>
 
 #include "platform/text/Text.h"
-#include "platform/windowing/HostMessages.h"
-#include "platform/windowing/ImageList.h"
 #include "views/Resources.h"
+#include "widgets/HostMessages.h"
+#include "widgets/ImageList.h"
 
 namespace tarn {
 

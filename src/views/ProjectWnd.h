@@ -5,17 +5,17 @@
 #include <unordered_set>
 #include <vector>
 
-#include "outside/PropertyManagerDriver.h"
+#include "drivers/PropertyManagerDriver.h"
 #include "platform/automation/Dispatch.h"
 #include "platform/files/FileSystem.h"
 #include "platform/settings/Settings.h"
-#include "platform/windowing/ToolBar.h"
-#include "platform/windowing/Wnd.h"
 #include "project/ProjectModel.h"
 #include "project/ProjectViews.h"
 #include "views/EditName.h"
 #include "views/XmlMenu.h"
 #include "views/XmlTreeCtrl.h"
+#include "widgets/ToolBar.h"
+#include "widgets/Wnd.h"
 
 namespace tarn {
 

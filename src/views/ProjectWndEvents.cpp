@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "platform/text/Text.h"
-#include "platform/windowing/HostMessages.h"
 #include "views/ProjectWnd.h"
 #include "views/XmlTreeMessages.h"
+#include "widgets/HostMessages.h"
 
 namespace tarn {
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/windowing/Menu.h"
+#include "widgets/Menu.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {

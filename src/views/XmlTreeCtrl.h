@@ -6,9 +6,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/windowing/TipWindow.h"
-#include "platform/windowing/TreeCtrl.h"
 #include "views/XmlTreeMessages.h"
+#include "widgets/TipWindow.h"
+#include "widgets/TreeCtrl.h"
 #include "xml/XmlNode.h"
 
 namespace tarn {

@@ -1,8 +1,8 @@
 // Drag and drop: the gesture is followed here; what a drop means, and whether it may be, is the
 // owner's matter.
 
-#include "platform/windowing/Toolkit.h"
 #include "views/XmlTreeCtrl.h"
+#include "widgets/Toolkit.h"
 
 namespace tarn {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "platform/text/Text.h"
-#include "platform/windowing/Toolkit.h"
 #include "views/XmlTreeCtrl.h"
+#include "widgets/Toolkit.h"
 
 namespace tarn {
 

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "platform/text/Text.h"
-#include "platform/windowing/Toolkit.h"
 #include "views/XmlTreeCtrl.h"
+#include "widgets/Toolkit.h"
 
 namespace tarn {
 

@@ -5,10 +5,10 @@
 
 #include "platform/files/FileSystem.h"
 #include "platform/settings/Settings.h"
-#include "platform/windowing/PropertyPage.h"
 #include "project/NewApplication.h"
 #include "project/ProjectModel.h"
 #include "views/XmlTreeCtrl.h"
+#include "widgets/PropertyPage.h"
 #include "wizard/TargetCatalogue.h"
 
 namespace tarn {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/windowing/PropertySheet.h"
+#include "widgets/PropertySheet.h"
 #include "wizard/ApplicationPage.h"
 
 namespace tarn {

@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "automation/ManagerWorld.h"
-#include "platform/automation/ServerLibrary.h"
+#include "platform/modules/Modules.h"
 #include "platform/paths/Paths.h"
 
 namespace tarn::test {

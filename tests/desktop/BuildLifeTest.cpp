@@ -5,10 +5,10 @@
 #include <algorithm>
 
 #include "desktop/IdeFixture.h"
+#include "hosts/core/ProjectFile.h"
 #include "hosts/desktop/Banner.h"
 #include "hosts/desktop/EditorArea.h"
 #include "hosts/desktop/OptionsWindow.h"
-#include "hosts/frame/ProjectFile.h"
 
 namespace tarn::host {
 namespace {

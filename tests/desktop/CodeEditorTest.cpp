@@ -10,8 +10,8 @@
 #include <string>
 
 #include "hosts/desktop/EditorTabs.h"
-#include "platform/qt/QtColor.h"
 #include "support/Surroundings.h"
+#include "widgets/qt/QtColor.h"
 
 namespace tarn::host {
 namespace {

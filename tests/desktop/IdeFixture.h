@@ -15,9 +15,9 @@
 #include <string>
 
 #include "hosts/desktop/IdeWindow.h"
-#include "platform/qt/QtToolkit.h"
 #include "support/Surroundings.h"
 #include "support/qt/WindowLoop.h"
+#include "widgets/qt/QtToolkit.h"
 
 namespace tarn::testing {
 

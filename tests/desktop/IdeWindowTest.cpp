@@ -25,8 +25,8 @@
 #include "hosts/desktop/OptionsGrid.h"
 #include "hosts/desktop/OptionsWindow.h"
 #include "hosts/desktop/RecentProjects.h"
-#include "platform/qt/QtText.h"
 #include "support/qt/WindowLoop.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 namespace {

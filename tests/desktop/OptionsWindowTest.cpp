@@ -17,9 +17,9 @@
 #include "hosts/desktop/IdeWindow.h"
 #include "hosts/desktop/OptionEditors.h"
 #include "hosts/desktop/OptionsGrid.h"
-#include "platform/qt/QtToolkit.h"
 #include "support/Surroundings.h"
 #include "support/qt/WindowLoop.h"
+#include "widgets/qt/QtToolkit.h"
 
 namespace tarn::host {
 namespace {

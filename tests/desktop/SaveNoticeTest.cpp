@@ -10,7 +10,7 @@
 #include "hosts/desktop/CodeEditor.h"
 #include "hosts/desktop/EditorArea.h"
 #include "hosts/desktop/SaveNotice.h"
-#include "platform/qt/QtText.h"
+#include "widgets/qt/QtText.h"
 
 namespace tarn::host {
 namespace {

@@ -8,6 +8,7 @@
 
 #include "platform/automation/ClassRegistry.h"
 #include "platform/automation/ServerLibrary.h"
+#include "platform/modules/Modules.h"
 #include "support/Surroundings.h"
 
 namespace tarn::test {
@@ -34,7 +35,7 @@ class ServerEntries : public ::testing::Test {
     return code ? *code : -1;
   }
   static std::int32_t GetClassObject(const char* classId, IClassFactory** factory) {
-    const auto entry = FindServerEntry(TARN_SERVER, "DllGetClassObject");
+    const auto entry = FindModuleEntry(TARN_SERVER, "DllGetClassObject");
     EXPECT_TRUE(entry) << entry.GetError().text;
     return entry ? reinterpret_cast<GetClassObjectEntry*>(*entry)(classId, factory) : -1;
   }

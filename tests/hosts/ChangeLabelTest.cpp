@@ -1,4 +1,4 @@
-#include "hosts/frame/ChangeLabel.h"
+#include "hosts/core/ChangeLabel.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "hosts/frame/check/FileElements.h"
+#include "hosts/core/check/FileElements.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "hosts/frame/LogFollower.h"
+#include "hosts/core/LogFollower.h"
 
 #include <gtest/gtest.h>
 

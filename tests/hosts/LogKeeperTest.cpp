@@ -1,4 +1,4 @@
-#include "hosts/frame/LogKeeper.h"
+#include "hosts/core/LogKeeper.h"
 
 #include <gtest/gtest.h>
 

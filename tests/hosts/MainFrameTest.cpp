@@ -1,4 +1,4 @@
-#include "hosts/frame/MainFrame.h"
+#include "hosts/core/MainFrame.h"
 
 #include <gtest/gtest.h>
 

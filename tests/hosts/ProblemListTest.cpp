@@ -1,4 +1,4 @@
-#include "hosts/frame/ProblemList.h"
+#include "hosts/core/ProblemList.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "hosts/frame/ProjectFile.h"
+#include "hosts/core/ProjectFile.h"
 
 #include <gtest/gtest.h>
 

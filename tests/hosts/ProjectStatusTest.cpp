@@ -1,4 +1,4 @@
-#include "hosts/frame/ProjectStatus.h"
+#include "hosts/core/ProjectStatus.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
-#include "hosts/frame/ProjectTemplate.h"
+#include "hosts/core/ProjectTemplate.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "hosts/frame/StagingFolder.h"
+#include "hosts/core/StagingFolder.h"
 #include "support/MemoryFileSystem.h"
 #include "support/Surroundings.h"
 

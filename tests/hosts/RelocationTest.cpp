@@ -1,6 +1,6 @@
 // Finding what has moved, and correcting the files of a project.
 
-#include "hosts/frame/Relocation.h"
+#include "hosts/core/Relocation.h"
 
 #include <gtest/gtest.h>
 

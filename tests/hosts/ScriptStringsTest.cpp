@@ -6,7 +6,7 @@
 #include <lua.hpp>
 #include <random>
 
-#include "hosts/frame/script/ScriptRunner.h"
+#include "hosts/core/lua/ScriptRunner.h"
 #include "platform/automation/DispatchTable.h"
 
 namespace tarn::host {

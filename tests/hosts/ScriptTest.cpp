@@ -3,7 +3,7 @@
 #include <map>
 #include <sstream>
 
-#include "hosts/frame/script/ScriptRunner.h"
+#include "hosts/core/lua/ScriptRunner.h"
 #include "platform/automation/DispatchTable.h"
 
 namespace tarn::host {

@@ -1,4 +1,4 @@
-#include "hosts/frame/Suggest.h"
+#include "platform/text/Suggest.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "hosts/frame/TargetPackages.h"
+#include "hosts/core/TargetPackages.h"
 
 #include <gtest/gtest.h>
 

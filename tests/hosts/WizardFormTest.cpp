@@ -1,4 +1,4 @@
-#include "hosts/frame/WizardForm.h"
+#include "hosts/core/WizardForm.h"
 
 #include <gtest/gtest.h>
 

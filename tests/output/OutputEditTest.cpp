@@ -5,9 +5,9 @@
 #include <functional>
 
 #include "output/BuildOutput.h"
-#include "platform/windowing/HostMessages.h"
 #include "support/MemoryFileSystem.h"
 #include "support/RecordingToolkit.h"
+#include "widgets/HostMessages.h"
 
 namespace tarn {
 namespace {

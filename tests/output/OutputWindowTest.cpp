@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "platform/windowing/HostMessages.h"
+#include "widgets/HostMessages.h"
 
 namespace tarn {
 namespace {

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "output/OutputViews.h"
-#include "platform/windowing/HostMessages.h"
-#include "platform/windowing/MessageLoop.h"
+#include "widgets/HostMessages.h"
+#include "widgets/MessageLoop.h"
 #include "xml/XmlDump.h"
 
 namespace tarn::test {

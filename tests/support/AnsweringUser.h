@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/windowing/Dialogs.h"
+#include "widgets/Dialogs.h"
 
 namespace tarn::test {
 

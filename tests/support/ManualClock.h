@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "platform/windowing/MessageLoop.h"
+#include "widgets/MessageLoop.h"
 
 namespace tarn::test {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/windowing/HostMessages.h"
-#include "platform/windowing/MessageLoop.h"
+#include "widgets/HostMessages.h"
+#include "widgets/MessageLoop.h"
 
 namespace tarn::test {
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/windowing/Menu.h"
-#include "platform/windowing/Toolkit.h"
+#include "widgets/Menu.h"
+#include "widgets/Toolkit.h"
 
 namespace tarn::test {
 

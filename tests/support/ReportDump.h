@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/windowing/ReportControl.h"
+#include "widgets/ReportControl.h"
 
 namespace tarn::test {
 

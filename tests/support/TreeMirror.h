@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/windowing/TreeCtrl.h"
 #include "support/RecordingToolkit.h"
+#include "widgets/TreeCtrl.h"
 
 namespace tarn::test {
 

@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "platform/windowing/Button.h"
-#include "platform/windowing/ComboBox.h"
-#include "platform/windowing/Edit.h"
-#include "platform/windowing/PropertySheet.h"
+#include "widgets/Button.h"
+#include "widgets/ComboBox.h"
+#include "widgets/Edit.h"
+#include "widgets/PropertySheet.h"
 #include "wizard/ApplicationPage.h"
 
 namespace tarn::test {

@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "platform/text/Text.h"
-#include "platform/windowing/HostMessages.h"
+#include "widgets/HostMessages.h"
 #include "project/ProjectWorld.h"
 #include "support/AnsweringUser.h"
 #include "support/ManualClock.h"

@@ -7,11 +7,11 @@
 #include <cstring>
 #include <functional>
 
-#include "platform/windowing/HyperlinkCtrl.h"
-#include "platform/windowing/Static.h"
 #include "support/AnsweringUser.h"
 #include "support/RecordingToolkit.h"
 #include "support/WizardUser.h"
+#include "widgets/HyperlinkCtrl.h"
+#include "widgets/Static.h"
 #include "wizard/WizardScene.h"
 
 namespace tarn::test {

@@ -28,8 +28,8 @@
 #include "hosts/desktop/IdeWindow.h"
 #include "hosts/desktop/Translations.h"
 #include "platform/files/FileSystem.h"
-#include "platform/qt/QtText.h"
-#include "platform/qt/QtToolkit.h"
+#include "widgets/qt/QtText.h"
+#include "widgets/qt/QtToolkit.h"
 
 namespace {
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/automation/ServerLibrary.h"
+#include "platform/modules/Modules.h"
 #include "platform/text/Text.h"
 
 namespace tarn {
@@ -81,7 +82,7 @@ std::string ClassRegistry::LibraryOf(std::string_view classId) {
   // Only a plain name may choose a file of the module folder.
   const bool isPlain = !server.empty() && server.size() != classId.size() &&
                        server.find('/') == std::string_view::npos;
-  std::string beside = isPlain ? moduleFolder + "/lib" + std::string(server) + ".so" : "";
+  std::string beside = isPlain ? moduleFolder + "/" + ModuleFileName(std::string(server)) : "";
   if (isPlain && access(beside.c_str(), F_OK) == 0) return beside;
   const auto registered =
       registeredClasses == nullptr ? std::nullopt : registeredClasses->FindLibrary(classId);
@@ -94,7 +95,7 @@ IClassFactory* ClassRegistry::LoadFactory(std::string_view classId, std::string&
     error = "no such class";
     return nullptr;
   }
-  const Result<void*> entry = FindServerEntry(libraryPath, "DllGetClassObject");
+  const Result<void*> entry = FindModuleEntry(libraryPath, "DllGetClassObject");
   if (!entry) {
     error = entry.GetError().text;
     return nullptr;

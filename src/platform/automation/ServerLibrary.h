@@ -21,17 +21,7 @@ class IClassFactory;
 using GetClassObjectEntry = std::int32_t(const char* classId, IClassFactory** factory);
 using PlainServerEntry = std::int32_t();
 
-// An entry of the library, which is loaded for it and never unloaded. May be called from any
-// thread.
-Result<void*> FindServerEntry(const std::string& libraryPath, const char* name);
-
-// The result of one of the entries without arguments.
+// Calls one of the entries without arguments and returns its result.
 Result<std::int32_t> CallServerEntry(const std::string& libraryPath, const char* name);
-
-// The file that this process loaded the code or data at `address` from; empty when there is none.
-std::string LibraryPathOf(const void* address);
-
-// The folder that holds the platform library, where the other libraries of the system lie too.
-std::string ModuleFolder();
 
 }  // namespace tarn

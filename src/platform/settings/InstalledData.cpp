@@ -1,6 +1,6 @@
 #include "platform/settings/InstalledData.h"
 
-#include "platform/automation/ServerLibrary.h"
+#include "platform/modules/Modules.h"
 
 namespace tarn {
 

@@ -1,9 +1,9 @@
-#include "components/common/OptionValues.h"
+#include "components/values/OptionValues.h"
 
 #include <gtest/gtest.h>
 
-#include "components/common/ValuesText.h"
 #include "components/options/OptionsRig.h"
+#include "components/values/ValuesText.h"
 
 namespace tarn {
 namespace {

@@ -1,6 +1,6 @@
 #include "components/options/OptionsRig.h"
 
-#include "components/common/ValuesText.h"
+#include "components/values/ValuesText.h"
 
 namespace tarn::options {
 

@@ -2,7 +2,7 @@
 
 #include "components/options/OptionsRig.h"
 #include "components/options/OptionsWnd.h"
-#include "platform/windowing/HostMessages.h"
+#include "widgets/HostMessages.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::options {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "components/common/OptionValues.h"
 #include "components/options/OptionsRig.h"
+#include "components/values/OptionValues.h"
 #include "xml/XmlNode.h"
 
 namespace tarn::options {

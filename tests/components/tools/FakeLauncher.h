@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "components/common/OptionValues.h"
 #include "components/tools/FileList.h"
 #include "components/tools/ToolManager.h"
+#include "components/values/OptionValues.h"
 #include "support/MemoryFileSystem.h"
 #include "support/Surroundings.h"
 

@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "components/common/OptionValues.h"
 #include "components/tools/DebugSymbols.h"
 #include "components/tools/ToolManager.h"
+#include "components/values/OptionValues.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "support/MemoryFileSystem.h"

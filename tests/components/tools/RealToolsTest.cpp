@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "components/common/OptionValues.h"
 #include "components/tools/ToolManager.h"
+#include "components/values/OptionValues.h"
 #include "platform/text/Text.h"
 #include "support/Surroundings.h"
 

@@ -33,8 +33,8 @@
 #include "hosts/desktop/OptionsGrid.h"
 #include "hosts/desktop/OptionsWindow.h"
 #include "platform/files/FileSystem.h"
-#include "platform/qt/QtText.h"
-#include "platform/qt/QtToolkit.h"
+#include "widgets/qt/QtText.h"
+#include "widgets/qt/QtToolkit.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "TestObject.h"
 #include "platform/automation/ClassRegistry.h"
 #include "platform/automation/RunningObjects.h"
-#include "platform/windowing/MessageLoop.h"
+#include "widgets/MessageLoop.h"
 
 namespace tarn::test {
 namespace {

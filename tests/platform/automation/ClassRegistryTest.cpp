@@ -4,7 +4,7 @@
 
 #include "TestObject.h"
 #include "platform/automation/RunningObjects.h"
-#include "platform/automation/ServerLibrary.h"
+#include "platform/modules/Modules.h"
 #include "support/MemoryFileSystem.h"
 
 namespace tarn::test {

@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/automation/ServerLibrary.h"
+#include "platform/modules/Modules.h"
 #include "platform/process/posix/GuardChannel.h"
 
 extern char** environ;

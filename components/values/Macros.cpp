@@ -1,0 +1,313 @@
+#include "components/values/Macros.h"
+
+#include <vector>
+
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kMaxDepth = 64;
+constexpr int kMaxNesting = 200;
+constexpr int kMaxExpansions = 20000;
+constexpr std::size_t kMaxLength = 1 << 20;
+
+constexpr std::string_view kUnique = "Unique:";
+
+// Bytes that split, and control bytes, which no name holds, in their place.
+constexpr std::string_view kSeparators = "; \t\"'\\";
+constexpr std::string_view kStandIns = "\x01\x02\x03\x04\x05\x06";
+
+std::string Exchange(std::string_view text, std::string_view from, std::string_view to) {
+  std::string result(text);
+  for (char& c : result) {
+    const std::size_t at = from.find(c);
+    if (at != std::string_view::npos) c = to[at];
+  }
+  return result;
+}
+
+// One value that is being resolved; the frames of a chain lie on the stack.
+struct Frame {
+  const Frame* outer = nullptr;
+  std::uint64_t id = 0;
+  bool isValue = false;
+  std::string_view name;
+  int depth = 0;
+};
+
+// Position of the ")" that closes what starts at `begin`, or npos.
+std::size_t FindEnd(std::string_view text, std::size_t begin) {
+  int depth = 0;
+  for (std::size_t i = begin; i < text.size(); ++i) {
+    if (text[i] == '$' && i + 1 < text.size() && text[i + 1] == '(') {
+      ++depth;
+      ++i;
+    } else if (text[i] == ')') {
+      if (depth-- == 0) return i;
+    }
+  }
+  return std::string_view::npos;
+}
+
+// The part of `list` up to a ";" outside all macros; `list` goes on behind it.
+std::string_view TakeCase(std::string_view& list) {
+  int depth = 0;
+  std::size_t i = 0;
+  for (; i < list.size(); ++i) {
+    if (list[i] == '$' && i + 1 < list.size() && list[i + 1] == '(') ++depth;
+    if (list[i] == ')' && depth > 0) --depth;
+    if (list[i] == ';' && depth == 0) break;
+  }
+  const std::string_view part = list.substr(0, i);
+  list.remove_prefix(std::min(i + 1, list.size()));
+  return part;
+}
+
+class Resolver {
+ public:
+  Resolver(const MacroSource& from, std::string* errorText, std::string* missingName, bool isSplit)
+      : source(from), error(errorText), missing(missingName), protects(isSplit) {}
+
+  // Appends the text, resolved. When it needs a value that is being resolved further out, the
+  // result is that value's frame, and all between gives nothing.
+  const Frame* Append(std::string_view text, const Frame& frame, std::string& to) {
+    if (nesting >= kMaxNesting) return Report("macros are nested too deep"), nullptr;
+    ++nesting;
+    const Frame* circle = AppendPieces(text, frame, to);
+    --nesting;
+    return circle;
+  }
+
+  const Frame* AppendValue(const FoundValue& value, std::string_view name, const Frame& outer,
+                           std::string& to) {
+    if (!value.found) return nullptr;
+    if (to.size() > kMaxLength || ++expansions > kMaxExpansions || outer.depth >= kMaxDepth) {
+      return Report("$(" + CleanName(name) + ") leads too far"), nullptr;
+    }
+    if (value.literal || value.text.find('$') == std::string_view::npos) {
+      if (value.literal && protects) {
+        to += ProtectSeparators(value.text);
+      } else {
+        to += value.text;
+      }
+      if (!value.literal) CheckBlank(value, name, outer);
+      return nullptr;
+    }
+    if (const Frame* circle = FindCircle(value.id, outer)) {
+      Report("circle: " + Names(*circle, outer) + CleanName(name));
+      return circle;
+    }
+    const Frame frame{&outer, value.id, true, name, outer.depth + 1};
+    const std::size_t length = to.size();
+    const Frame* circle = Append(value.text, frame, to);
+    if (circle == nullptr) return nullptr;
+    to.resize(length);
+    return circle == &frame ? nullptr : circle;
+  }
+
+  // A blank value doesn't do where one has to be set.
+  void CheckBlank(const FoundValue& value, std::string_view name, const Frame& outer) {
+    if (missing == nullptr || value.id == 0 || !Trim(value.text).empty()) return;
+    std::string unused;
+    AppendValue(source.FindBelow(value.id), name, outer, unused);
+  }
+
+ private:
+  const Frame* AppendPieces(std::string_view text, const Frame& frame, std::string& to) {
+    std::size_t begin = 0;
+    for (;;) {
+      const std::size_t dollar = text.find('$', begin);
+      to.append(text, begin, dollar - begin);
+      if (dollar == std::string_view::npos) return nullptr;
+      const char next = dollar + 1 < text.size() ? text[dollar + 1] : '\0';
+      const std::size_t end = next == '(' ? FindEnd(text, dollar + 2) : std::string_view::npos;
+      if (end == std::string_view::npos) {
+        to += '$';
+        begin = dollar + (next == '$' ? 2 : 1);
+        continue;
+      }
+      if (const Frame* circle = Expand(text.substr(dollar + 2, end - dollar - 2), frame, to)) {
+        return circle;
+      }
+      begin = end + 1;
+    }
+  }
+
+  const Frame* Expand(std::string_view macro, const Frame& frame, std::string& to) {
+    if (macro.starts_with(kUnique)) return ExpandUnique(macro, frame, to);
+    const std::size_t question = macro.find('?');
+    if (question != std::string_view::npos) {
+      return ExpandCases(macro.substr(0, question), macro.substr(question + 1), frame, to);
+    }
+    return ExpandName(macro, frame, to);
+  }
+
+  const Frame* ExpandName(std::string_view name, const Frame& frame, std::string& to) {
+    if (EqualNoCase(name, "Inherited")) {
+      if (!frame.isValue) return nullptr;
+      return AppendValue(source.FindBelow(frame.id), frame.name, frame, to);
+    }
+    if (EqualNoCase(name, "Required")) {
+      if (missing != nullptr && missing->empty()) *missing = CleanName(frame.name);
+      return nullptr;
+    }
+    const std::size_t first = name.find('.');
+    if (first == std::string_view::npos) return nullptr;
+    const std::size_t second = name.find('.', first + 1);
+    if (second == std::string_view::npos) {
+      return AppendValue(source.FindRaw({}, name.substr(0, first), name.substr(first + 1)), name,
+                         frame, to);
+    }
+    return AppendValue(
+        source.FindRaw(name.substr(0, first), name.substr(first + 1, second - first - 1),
+                       name.substr(second + 1)),
+        name, frame, to);
+  }
+
+  const Frame* ExpandCases(std::string_view name, std::string_view cases, const Frame& frame,
+                           std::string& to) {
+    std::string value;
+    if (const Frame* circle = ExpandName(name, frame, value)) return circle;
+    while (!cases.empty()) {
+      const std::string_view part = TakeCase(cases);
+      const std::size_t equal = part.find('=');
+      if (equal == std::string_view::npos) continue;
+      const std::string_view wanted = part.substr(0, equal);
+      if (wanted == "*" || EqualNoCase(wanted, value)) {
+        return Append(part.substr(equal + 1), frame, to);
+      }
+    }
+    return nullptr;
+  }
+
+  const Frame* ExpandUnique(std::string_view macro, const Frame& frame, std::string& to) {
+    macro.remove_prefix(kUnique.size());
+    std::string path;
+    if (const Frame* circle = ExpandName(macro, frame, path)) return circle;
+    std::string folder;
+    if (const Frame* circle = ExpandName("General.ApplicationDir", frame, folder)) return circle;
+    to += UniquePath(path, folder);
+    return nullptr;
+  }
+
+  static const Frame* FindCircle(std::uint64_t id, const Frame& from) {
+    for (const Frame* frame = &from; frame != nullptr; frame = frame->outer) {
+      if (frame->isValue && frame->id == id) return frame;
+    }
+    return nullptr;
+  }
+
+  static std::string CleanName(std::string_view name) {
+    return name.empty() ? "the value itself" : std::string(name);
+  }
+
+  static std::string Names(const Frame& circle, const Frame& innermost) {
+    std::string names;
+    for (const Frame* frame = &innermost;; frame = frame->outer) {
+      names.insert(0, CleanName(frame->name) + " -> ");
+      if (frame == &circle) return names;
+    }
+  }
+
+  void Report(std::string text) {
+    if (error != nullptr && error->empty()) *error = std::move(text);
+  }
+
+  const MacroSource& source;
+  std::string* error;
+  std::string* missing;
+  const bool protects;
+  int expansions = 0;
+  int nesting = 0;
+};
+
+std::vector<std::string_view> Components(std::string_view path) {
+  std::vector<std::string_view> parts;
+  while (!path.empty()) {
+    const std::size_t end = std::min(path.find_first_of("/\\"), path.size());
+    const std::string_view part = path.substr(0, end);
+    path.remove_prefix(std::min(end + 1, path.size()));
+    // A ".." that is left in a canonical path follows a symbolic link, so it is a name of its own.
+    if (!part.empty() && part != ".") parts.push_back(part);
+  }
+  return parts;
+}
+
+bool HasRootFolder(std::string_view path) {
+  return !path.empty() &&
+         (path[0] == '/' || path[0] == '\\' || (path.size() > 1 && path[1] == ':'));
+}
+
+bool HasDriveLetter(std::string_view path) {
+  return path.size() > 1 && path[1] == ':';
+}
+
+std::string ResolveValue(const MacroSource& source, const FoundValue& value, std::string* error,
+                         std::string* missing, bool isSplit) {
+  std::string text;
+  if (!value.found) return text;
+  Resolver resolver(source, error, missing, isSplit);
+  const Frame root{nullptr, value.id, value.id != 0, {}, 0};
+  if (value.literal || value.text.find('$') == std::string_view::npos) {
+    text = value.text;
+    if (!value.literal) resolver.CheckBlank(value, {}, root);
+    return text;
+  }
+  if (resolver.Append(value.text, root, text) != nullptr) text.clear();
+  return text;
+}
+
+}  // namespace
+
+std::string ResolveMacros(const MacroSource& source, const FoundValue& value, std::string* error,
+                          std::string* missing) {
+  return ResolveValue(source, value, error, missing, false);
+}
+
+std::string ResolveForSplitting(const MacroSource& source, const FoundValue& value,
+                                std::string* error, std::string* missing) {
+  return ResolveValue(source, value, error, missing, true);
+}
+
+std::string ProtectSeparators(std::string_view text) {
+  return Exchange(text, kSeparators, kStandIns);
+}
+
+std::string RestoreSeparators(std::string_view text) {
+  return Exchange(text, kStandIns, kSeparators);
+}
+
+std::string UniquePath(std::string_view path, std::string_view folder) {
+  const std::vector<std::string_view> target = Components(path);
+  const std::vector<std::string_view> base = Components(folder);
+  std::size_t common = 0;
+  std::string text;
+  if (HasRootFolder(path)) {
+    const bool sameRoot =
+        HasRootFolder(folder) && HasDriveLetter(path) == HasDriveLetter(folder) &&
+        (!HasDriveLetter(path) || EqualNoCase(path.substr(0, 1), folder.substr(0, 1)));
+    if (sameRoot) {
+      while (common < base.size() && common + 1 < target.size() && base[common] == target[common]) {
+        ++common;
+      }
+      for (std::size_t i = common; i < base.size(); ++i) text += "__/";
+    } else {
+      text = "__root/";
+    }
+  }
+  for (std::size_t i = common; i < target.size(); ++i) {
+    if (target[i] == "..") {
+      text += "__";
+    } else {
+      if (target[i].starts_with("__")) text += '_';
+      text += target[i];
+      if (i == 0 && HasDriveLetter(path)) text.pop_back();
+    }
+    if (i + 1 < target.size()) text += '/';
+  }
+  return text;
+}
+
+}  // namespace tarn

@@ -1,0 +1,83 @@
+#include "hosts/core/BuildGaps.h"
+
+#include <algorithm>
+
+#include "hosts/core/LogEntry.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+// %1 the node, %2 its type or the name of the tool, %3 its application.
+struct GapText {
+  const char* reason;
+  bool isFatal;
+  const char* text;
+};
+
+constexpr GapText kGapTexts[] = {
+    {"no-tool", true,
+     "%1 can't be built: it has no tool. Check its option Target.Toolchain, and whether all "
+     "definitions of options could be read."},
+    {"unknown-tool", true, "%3 can't be built: no definition knows its tool %2."},
+    {"no-tool", false,
+     "%1 is not built: it has no tool (option Build.TranslateTool). Exclude it from the build if "
+     "that is intended."},
+    {"no-file", true, "%1 can't be built: it names no file. Give it a Path, or remove it."},
+    {"no-application", true,
+     "%1 can't be built: it is in no application. Move it into one, or remove it."},
+    {"no-type", true,
+     "%1 can't be built: its type %2 is not defined in the configuration file "
+     "projectmanager.config."},
+    {"no-type", false,
+     "%1 is not built: its type %2 is not defined in the configuration file "
+     "projectmanager.config."},
+};
+
+void ReadNodes(const CXmlNode& parent, const std::string& application, BuildGaps& found) {
+  for (const CXmlNode* node : parent.GetChildren()) {
+    if (node->NameView() != "Node") continue;
+    found.gaps.push_back({application, AttributeOf(node, "Header"), AttributeOf(node, "Path"),
+                          AttributeOf(node, "Type"), AttributeOf(node, "Reason"),
+                          AttributeOf(node, "IsFatal") == "Yes"});
+  }
+}
+
+}  // namespace
+
+bool BuildGaps::HasFatal() const {
+  return std::any_of(gaps.begin(), gaps.end(), [](const BuildGap& gap) { return gap.isFatal; });
+}
+
+BuildGaps ParseBuildGaps(const std::string& xml, const std::string& application) {
+  BuildGaps found;
+  const auto root = ParseXml(xml);
+  if (root == nullptr) return found;
+  found.cycle = AttributeOf(root.get(), "Cycle");
+  if (application.empty()) ReadNodes(*root, {}, found);
+  for (const CXmlNode* entry : root->GetChildren()) {
+    if (entry->NameView() != "Application") continue;
+    const std::string label = AttributeOf(entry, "Header");
+    const bool isWanted = application.empty() || EqualNoCase(label, application) ||
+                          AttributeOf(entry, "Path") == application;
+    if (!isWanted) continue;
+    ++found.applications;
+    ReadNodes(*entry, label, found);
+  }
+  return found;
+}
+
+std::string DescribeGap(const BuildGap& gap,
+                        const std::function<std::string(const std::string&)>& shorten) {
+  for (const GapText& each : kGapTexts) {
+    if (gap.reason != each.reason || gap.isFatal != each.isFatal) continue;
+    const bool isFile = !gap.isFatal && !gap.path.empty();
+    std::string text = ReplaceAll(each.text, "%2", gap.type);
+    text = ReplaceAll(text, "%3", gap.application);
+    return ReplaceAll(text, "%1", isFile ? shorten(gap.path) : gap.label);
+  }
+  return gap.label + ": " + gap.reason;
+}
+
+}  // namespace tarn::host

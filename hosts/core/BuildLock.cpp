@@ -1,0 +1,44 @@
+#include "hosts/core/BuildLock.h"
+
+#include <set>
+
+#include "hosts/core/ProjectTree.h"
+#include "platform/files/Locks.h"
+
+namespace tarn::host {
+
+// All or none, so that two processes never wait for each other.
+bool BuildLock::Try(const std::string& projectPath, bool mayLeave) {
+  if (!held.empty()) return true;
+  holder.clear();
+  if (paths.empty()) paths = FindPaths(projectPath, mayLeave);
+  std::vector<std::unique_ptr<FileLock>> taken;
+  for (const std::string& path : paths) {
+    auto lock = files.TryLock(path, LockPurpose::Build);
+    if (lock) {
+      taken.push_back(std::move(*lock));
+    } else if (lock.GetError().code == ErrorCode::Busy) {
+      holder = lock.GetError().text;
+      return false;
+    }
+  }
+  held = std::move(taken);
+  return true;
+}
+
+// In a fixed order.
+std::vector<std::string> BuildLock::FindPaths(const std::string& projectPath, bool mayLeave) {
+  std::set<std::string> found = {FindLockPath(files, projectPath, projectPath, mayLeave)};
+  for (const ApplicationEntry& each : ListApplications(inspector)) {
+    if (!each.path.empty()) found.insert(FindLockPath(files, projectPath, each.path, mayLeave));
+  }
+  found.erase(std::string());
+  return {found.begin(), found.end()};
+}
+
+void BuildLock::Release() {
+  held.clear();
+  paths.clear();
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,38 @@
+#include "hosts/core/BuildProgress.h"
+
+#include <algorithm>
+
+namespace tarn::host {
+
+namespace {
+
+std::string SubjectOf(const ToolStart& start) {
+  if (!start.subject.empty()) return start.subject;
+  // A tool with many files makes one thing out of them; that is what it is known by.
+  const bool isSingle = start.files.size() == 1;
+  if (!isSingle && !start.output.empty()) return start.output;
+  return start.files.empty() ? start.tool : start.files.front();
+}
+
+}  // namespace
+
+BuildProgress::BuildProgress(std::function<int()> countWork) : askCount(std::move(countWork)) {}
+
+void BuildProgress::OnToolStarted(const ToolStart& start) {
+  if (++number == 1 && askCount) total = askCount();
+  if (askCount) total = std::max(total, number);
+  subject = SubjectOf(start);
+}
+
+void BuildProgress::OnToolEnded(bool, const std::vector<LogEntry>& messages) {
+  for (const LogEntry& entry : messages) {
+    errors += entry.kind == LogKind::Error ? entry.count : 0;
+    warnings += entry.kind == LogKind::Warning ? entry.count : 0;
+  }
+}
+
+std::chrono::milliseconds BuildProgress::GetElapsed() const {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - started);
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,632 @@
+#include "hosts/core/BuildSession.h"
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <set>
+
+#include "hosts/core/BuildInputs.h"
+#include "hosts/core/Printable.h"
+#include "hosts/core/ProjectFile.h"
+#include "hosts/core/ProjectTemplate.h"
+#include "hosts/core/ProjectTree.h"
+#include "hosts/core/SharedProducts.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "xml/XmlDamage.h"
+#include "xml/XmlNode.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr const char* kManagerClass = "TarnProjectManager.ProjectManager";
+constexpr const char* kInspectorClass = "TarnProjectManager.ProjectInspector";
+constexpr const char* kToolsClass = "TarnToolManager.ToolManager";
+
+// How the server's line about a copied file begins.
+
+// The command for a whole project, and the one for an application that is the current node.
+struct WorkCommands {
+  BuildWork work;
+  std::uint32_t project;
+  std::uint32_t application;
+};
+
+constexpr WorkCommands kWorkCommands[] = {
+    {BuildWork::Build, kCmdBuildAll, kCmdBuildApplication},
+    {BuildWork::Rebuild, kCmdRebuildAll, kCmdRebuildNode},
+    {BuildWork::Clean, kCmdCleanAll, kCmdCleanNode},
+};
+
+// Returns whether the call changes whichever node is current.
+bool ChangesCurrentNode(std::string_view method, std::span<const Variant> arguments) {
+  if (EqualNoCase(method, "RemoveItem")) return !arguments.empty() && !arguments[0].AsText();
+  return EqualNoCase(method, "SavePropertyValue") || EqualNoCase(method, "ResetPropertyValue");
+}
+
+Status Attach(COleDispatchDriver& driver, const char* classId) {
+  std::string reason;
+  const DispatchPtr object = ClassRegistry::Native().CreateInstance(classId, &reason);
+  // The reason names the class in front.
+  if (!object) return Error{ErrorCode::NotFound, reason.substr(reason.find(": ") + 2), classId};
+  driver.AttachDispatch(object.Get(), true);
+  return {};
+}
+
+// A line "place: text".
+Error ToError(const std::string& line) {
+  const std::size_t end = line.find(": ");
+  if (end == std::string::npos) return {ErrorCode::NotFound, line, {}};
+  return {ErrorCode::NotFound, line.substr(end + 2), line.substr(0, end)};
+}
+
+// Why the server can't start with a configuration file.
+Error DescribeConfigFile(FileSystem& files, const std::string& path) {
+  CXmlNode root;
+  const auto text = files.ReadWholeFile(path);
+  if (!text && text.GetError().code != ErrorCode::NotFound) return text.GetError();
+  const std::string fault = text ? LoadWhole(root, *text, XmlTexts::None, path) : std::string();
+  if (!fault.empty()) return ToError(fault);
+  return {ErrorCode::NotFound, "the configuration file is missing or damaged", path};
+}
+
+// How the last call went.
+Status StatusOf(const COleDispatchDriver& driver, const char* classId) {
+  const DispatchResult last = driver.LastResult();
+  if (last || last.status == DispatchStatus::WrongType) return {};
+  return Error{ErrorCode::NotFound, last.text, classId};
+}
+
+}  // namespace
+
+const char* WordOf(BuildEnd end) {
+  switch (end) {
+    case BuildEnd::Succeeded:
+      return "succeeded";
+    case BuildEnd::Failed:
+      return "failed";
+    case BuildEnd::Stopped:
+      return "interrupted";
+    case BuildEnd::Refused:
+      break;
+  }
+  return "refused";
+}
+
+DispatchPtr InspectorDriver::GetPropertyManager() {
+  if (GetDispatch() == nullptr) return {};
+  Variant result;
+  if (!GetDispatch()->Invoke(7, {}, result)) return {};
+  return result.GetKind() == Variant::Kind::Object ? result.AsObject() : DispatchPtr();
+}
+
+BuildSession::BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFolders hostFolders)
+    : frame(mainFrame),
+      files(fileSystem),
+      folders(std::move(hostFolders)),
+      loop(MessageLoop::ForCurrentThread()),
+      trust(fileSystem, inspector, folders.state),
+      state(manager, inspector, tools),
+      log(fileSystem, mainFrame.GetHandle()),
+      scripts(*this),
+      buildLock(fileSystem, inspector) {
+  AnswerMessages();
+}
+
+BuildSession::~BuildSession() {
+  for (const std::uint32_t number :
+       {std::uint32_t{kMsgToolSucceeded}, std::uint32_t{kMsgToolStarted},
+        std::uint32_t{kMsgToolEnded}, std::uint32_t{kMsgWorkerEnded}, std::uint32_t{kMsgLogLine},
+        std::uint32_t{kMsgCommand}, std::uint32_t{kMsgProjectOpened},
+        std::uint32_t{kMsgProjectClosing}, std::uint32_t{kMsgRunScript}}) {
+    frame.Answer(number, {});
+  }
+  if (manager.GetDispatch() != nullptr) manager.Clean();
+}
+
+void BuildSession::AnswerMessages() {
+  frame.Answer(kMsgToolSucceeded, [this](const HostEvent&) { return OnToolSucceeded(); });
+  frame.Answer(kMsgToolStarted, [this](const HostEvent& event) { return OnToolStarted(event); });
+  frame.Answer(kMsgToolEnded, [this](const HostEvent& event) { return OnToolEnded(event); });
+  frame.Answer(kMsgWorkerEnded, [this](const HostEvent& event) { return OnWorkerEnded(event); });
+  frame.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
+    return OnProjectChanged(event.lParam == 0 ? event.text : std::string());
+  });
+  frame.Answer(kMsgProjectClosing, [this](const HostEvent&) { return OnProjectChanged({}); });
+  frame.Answer(kMsgRunScript, [this](const HostEvent& event) { return OnRunScript(event); });
+  frame.Answer(kMsgLogLine, [this](const HostEvent& event) {
+    logLines.push_back(event.text);
+    return std::intptr_t{1};
+  });
+  frame.Answer(kMsgCommand, [this](const HostEvent& event) {
+    // Carried out later: the sender may be in the middle of something.
+    postedCommands.push_back(static_cast<std::uint32_t>(event.wParam));
+    return std::intptr_t{1};
+  });
+}
+
+Status BuildSession::Start() {
+  // Projects are opened and built without it as well.
+  (void)files.CreateFolders(folders.data);
+  if (const Status attached = Attach(manager, kManagerClass); !attached) return attached;
+  logLines.clear();
+  if (manager.Init(folders.application, folders.data, frame.GetHandle()) == 0) {
+    // Without a line it is the configuration file.
+    if (!logLines.empty()) return ToError(TakeLogLines().front());
+    return DescribeConfigFile(files, folders.ConfigFile(files));
+  }
+  // Where nothing was installed to start it from. Without it there is just no project in between.
+  (void)WriteStandInProject(files, folders.data, FileNameOf(folders.data));
+  if (Status attached = AttachComponents(); !attached) return attached;
+  const std::string problem = inspector.GetInstallationProblem();
+  return problem.empty() ? Status() : ToError(problem);
+}
+
+Status BuildSession::AttachComponents() {
+  if (const Status attached = Attach(tools, kToolsClass); !attached) return attached;
+  tools.InitTools(folders.application, folders.data, frame.GetHandle());
+  if (const Status called = StatusOf(tools, kToolsClass); !called) return called;
+  manager.InitToolManager(tools.GetDispatch());
+  if (const Status called = StatusOf(manager, kManagerClass); !called) return called;
+  if (const Status attached = Attach(inspector, kInspectorClass); !attached) return attached;
+  if (inspector.Attach(manager.GetDispatch()) == 0) {
+    return Error{ErrorCode::NotFound, "it belongs to another server", kInspectorClass};
+  }
+  options.AttachDispatch(inspector.GetPropertyManager().Get(), true);
+  inspector.ProtectDamaged(!acceptsAllDamage);
+  inspector.SetStateFolder(folders.state);
+  trust.Refresh();
+  return {};
+}
+
+Status BuildSession::Open(const std::string& path) {
+  logLines.clear();
+  if (manager.ProjectOpen(path) == 0) {
+    std::string text;
+    for (const std::string& line : TakeLogLines()) {
+      text.append(text.empty() ? "" : "\n") += Printable(line);
+    }
+    return Error{ErrorCode::Io, text, path};
+  }
+  Adopt(path);
+  return {};
+}
+
+void BuildSession::Adopt(const std::string& openedPath) {
+  projectPath = openedPath;
+  isOtherProject = false;
+  const bool isAccepted = acceptsAllDamage || openedPath == acceptedProject;
+  inspector.ProtectDamaged(!isAccepted || HasUnread(GetDamage()));
+  state.SetProject(openedPath);
+}
+
+bool BuildSession::IsDamageHeld() {
+  const std::vector<DamageEntry> damage = GetDamage();
+  const bool isAccepted = acceptsAllDamage || (HasProject() && projectPath == acceptedProject);
+  return isAccepted ? HasUnread(damage) : !damage.empty();
+}
+
+void BuildSession::AcceptDamage() {
+  acceptedProject = projectPath;
+  inspector.ProtectDamaged(HasUnread(GetDamage()));
+}
+
+void BuildSession::AcceptAllDamage() {
+  acceptsAllDamage = true;
+  inspector.ProtectDamaged(HasUnread(GetDamage()));
+}
+
+bool BuildSession::RefusesChange() {
+  if (!IsDamageHeld()) return false;
+  hasRefusedDamage = true;
+  return true;
+}
+
+std::string BuildSession::CheckCall(std::string_view method, std::span<const Variant> arguments) {
+  const bool isChange = ChangesProject(method, arguments) || ReplacesFile(method, arguments);
+  if (isChange && RefusesChange()) return kDamageRefusal;
+  // The methods that select return the same whether or not they have found anything.
+  if (!ChangesCurrentNode(method, arguments)) return {};
+  const std::string missed = inspector.GetMissedSelection();
+  return missed.empty() ? std::string()
+                        : std::string(method) + ": there is no node " + missed +
+                              " to select, and another one is still current. Select a node first.";
+}
+
+// A new project in the place of the open one, or of a damaged file of it.
+bool BuildSession::ReplacesFile(std::string_view method, std::span<const Variant> arguments) {
+  const bool isNamed = !arguments.empty() && arguments[0].AsText().has_value();
+  if (!EqualNoCase(method, "ProjectNew") || !isNamed) return false;
+  const std::string file = files.Canonical(ToNativeSeparators(*arguments[0].AsText()));
+  const auto isThis = [&](const std::string& path) {
+    return EqualNoCase(files.Canonical(path), file);
+  };
+  const std::vector<DamageEntry> damage = GetDamage();
+  return isThis(projectPath) || std::any_of(damage.begin(), damage.end(),
+                                            [&](const auto& each) { return isThis(each.file); });
+}
+
+void BuildSession::Prepare() {
+  inspector.PublishAll();
+  state.Restore();
+}
+
+bool BuildSession::LockBuild() {
+  constexpr std::chrono::milliseconds kBetweenTries(50);
+  const auto isOver = [this] { return stopRequested || (endsLockWait && endsLockWait()); };
+  bool isWaiting = false;
+  while (!TryLockBuild()) {
+    if (!isWaiting && onLockWait) onLockWait(GetLockHolder());
+    isWaiting = true;
+    loop->PumpUntil(isOver, kBetweenTries);
+    if (isOver()) return false;
+  }
+  return true;
+}
+
+BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* observer) {
+  // A script that a build has started can't build.
+  if (isRunning) return {};
+  outcome = {};
+  stateProblem.clear();
+  if (RefusesChange()) return {};
+  if (!stopRequested && FollowProject() && LockBuild()) {
+    if (state.IsOutdated()) state.Restore();
+    isRunning = true;
+    BeginWork(observer);
+    const bool isDone = RefusesSharedOutputs(request) || RunCommand(SelectCommand(request));
+    if (!isDone && !stopRequested) ServePostedCommands();
+    isRunning = false;
+    ShowNotices();
+    JudgeGaps(request);
+    EndWork();
+  }
+  if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
+  if (outcome.end == BuildEnd::Failed && outcome.toolsFailed == 0 && outcome.problem.empty()) {
+    outcome.problem = ParseStatusProblem(inspector.GetStatus());
+  }
+  // The definitions were read again, and without them there is nothing to build with.
+  if (outcome.end == BuildEnd::Refused && outcome.problem.empty()) {
+    const std::vector<std::string> errors = GetDefinitionErrors();
+    if (!errors.empty()) outcome.problem = errors.front();
+  }
+  stopRequested = false;
+  if (!scripts.IsRunning()) scripts.ForgetStop();
+  logLines.clear();
+  return outcome;
+}
+
+void BuildSession::BeginWork(BuildObserver* observer) {
+  watcher = observer;
+  outcome = {};
+  stateProblem.clear();
+  log.Forget();
+  // A build that another has started can't be made to wait any more.
+  static_cast<void>(TryLockBuild());
+  if (HasProject()) state.Open();
+  tools.ResumeTools();
+  trust.Refresh();
+  if (!isOtherProject) inspector.RefreshDefinitions();
+}
+
+void BuildSession::EndWork() {
+  KeepLog();
+  KeepState();
+}
+
+void BuildSession::KeepState() {
+  watcher = nullptr;
+  const std::string problem = state.Finish();
+  if (!problem.empty()) stateProblem = problem;
+  UnlockBuild();
+}
+
+BuildEnd BuildSession::AwaitBuild() {
+  if (isRunning || manager.EnableCommand(kCmdStop) == 0) return BuildEnd::Refused;
+  workerEnded = false;
+  workerSucceeded = false;
+  WaitForWorker();
+  EndWork();
+  logLines.clear();
+  const bool isStopped = stopRequested.exchange(false);
+  if (workerSucceeded) return BuildEnd::Succeeded;
+  return isStopped ? BuildEnd::Stopped : BuildEnd::Failed;
+}
+
+// Reads the state of the project that stands now. False when there is none to build.
+bool BuildSession::FollowProject() {
+  if (!isOtherProject) return true;
+  if (otherProject.empty()) return false;
+  isOtherProject = false;
+  projectPath = otherProject;
+  state.SetProject(projectPath);
+  Prepare();
+  return true;
+}
+
+ScriptOutcome BuildSession::RunScript(const std::string& text, const std::string& name) {
+  outcome = {};
+  const ScriptOutcome ended = scripts.Run(text, name);
+  AwaitBuild();
+  KeepLog();  // with the lines that the script printed after its last build
+  stopRequested = false;
+  return ended;
+}
+
+std::vector<std::uint32_t> BuildSession::TakePostedCommands() {
+  std::vector<std::uint32_t> commands(postedCommands.begin(), postedCommands.end());
+  postedCommands.clear();
+  return commands;
+}
+
+std::uint32_t BuildSession::SelectCommand(const BuildRequest& request) {
+  if (!request.application.empty() && !inspector.SelectApplication(request.application)) return 0;
+  for (const WorkCommands& each : kWorkCommands) {
+    if (each.work == request.work) {
+      return request.application.empty() ? each.project : each.application;
+    }
+  }
+  return kCmdBuildAll;
+}
+
+// True when nothing is to follow; false when the server has posted what comes next.
+bool BuildSession::RunCommand(std::uint32_t command) {
+  workerEnded = false;
+  workerSucceeded = false;
+  if (command == 0 || manager.PrologCommand(command) == 0) {
+    outcome.end = BuildEnd::Refused;
+    return true;
+  }
+  postedCommands.clear();
+  logLines.clear();
+  const bool isStarted = manager.Command(command) == 2;
+  // A worker does nothing before the wait for it, so one that has ended by now couldn't begin.
+  if (workerEnded && !logLines.empty()) outcome.problem = logLines.back();
+  if (isStarted) WaitForWorker();
+  outcome.end = workerSucceeded ? BuildEnd::Succeeded : BuildEnd::Failed;
+  return manager.EpilogCommand(command) != 0;
+}
+
+// Two sources with one output would make a program without one of them, and two applications with
+// one file would be built each time.
+bool BuildSession::RefusesSharedOutputs(const BuildRequest& request) {
+  if (request.work == BuildWork::Clean) return false;
+  std::vector<LogEntry> errors;
+  std::vector<std::string> lines = SplitLines(inspector.GetSharedOutputs(request.application));
+  std::ranges::move(FindSharedProducts(inspector, tools, files, request.application),
+                    std::back_inserter(lines));
+  for (const std::string& line : lines) {
+    errors.push_back({LogKind::Error, "error: " + line, line, {}, 0});
+    manager.ReportMessage(errors.back().text);
+  }
+  if (errors.empty()) return false;
+  if (watcher != nullptr) watcher->OnToolEnded(false, errors);
+  outcome.end = BuildEnd::Failed;
+  return true;
+}
+
+void BuildSession::ShowNotices() {
+  const auto list = ParseXml(inspector.TakeBuildNotices());
+  if (list == nullptr || list->GetChildCount() == 0) return;
+  // Also if no tool was run, it is more than a build with nothing to do.
+  if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));
+  std::vector<LogEntry> entries;
+  for (const CXmlNode* each : list->GetChildren()) {
+    const bool isError = AttributeOf(each, "Kind") == "error";
+    const std::string text = AttributeOf(each, "Text");
+    entries.push_back({isError ? LogKind::Error : LogKind::Warning,
+                       (isError ? "error: " : "warning: ") + text,
+                       text,
+                       {},
+                       0});
+  }
+  const bool hasError = std::ranges::any_of(
+      entries, [](const LogEntry& each) { return each.kind == LogKind::Error; });
+  if (hasError && outcome.end == BuildEnd::Succeeded) outcome.end = BuildEnd::Failed;
+  if (watcher != nullptr) watcher->OnToolEnded(outcome.end == BuildEnd::Succeeded, entries);
+}
+
+void BuildSession::WaitForWorker() {
+  bool stopSent = false;
+  const auto somethingToDo = [&] { return workerEnded || (stopRequested && !stopSent); };
+  while (!workerEnded) {
+    loop->PumpUntil(somethingToDo, std::chrono::seconds(1));
+    if (workerEnded || !stopRequested || stopSent) continue;
+    stopSent = true;
+    manager.Command(kCmdStop);
+    tools.StopTools();
+  }
+}
+
+// A build that succeeded has built everything, or says what it left out.
+void BuildSession::JudgeGaps(const BuildRequest& request) {
+  const bool hasEnded = outcome.end == BuildEnd::Succeeded || outcome.end == BuildEnd::Failed;
+  if (!hasEnded || stopRequested || request.work == BuildWork::Clean) return;
+  outcome.gaps = FindGaps(request.application);
+  if (!ReportGaps(outcome.gaps)) outcome.end = BuildEnd::Failed;
+}
+
+bool BuildSession::ReportGaps(const BuildGaps& gaps) {
+  for (const BuildGap& gap : gaps.gaps) {
+    manager.ReportMessage(DescribeGap(gap, [](const std::string& path) { return path; }));
+  }
+  return !gaps.HasFatal();
+}
+
+BuildGaps BuildSession::FindGaps(const std::string& application) {
+  return ParseBuildGaps(inspector.GetBuildGaps(), application);
+}
+
+// What the end of a build asked for: options were changed by it, so all is built once more.
+void BuildSession::ServePostedCommands() {
+  loop->Pump();
+  std::deque<std::uint32_t> commands;
+  commands.swap(postedCommands);
+  for (const std::uint32_t command : commands) {
+    if (command == kCmdRebuildAll) {
+      RunCommand(command);
+    } else {
+      manager.Command(command);
+    }
+  }
+}
+
+void BuildSession::RequestStop() {
+  scripts.RequestStop();
+  stopRequested = true;
+  loop->Wake();
+}
+
+void BuildSession::SetTicker(std::int32_t id, std::chrono::milliseconds period,
+                             std::function<void()> onTick) {
+  SetWindowTimer(frame.GetHandle(), id, period, std::move(onTick));
+}
+
+void BuildSession::ClearTicker(std::int32_t id) {
+  KillWindowTimer(frame.GetHandle(), id);
+}
+
+std::intptr_t BuildSession::OnToolSucceeded() {
+  state.TakeBuildInformation();
+  return 1;
+}
+
+std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
+  const auto element = ParseXml(event.text);
+  ToolStart start;
+  start.tool = AttributeOf(element.get(), "Name");
+  start.files = SplitQuotedPaths(AttributeOf(element.get(), "Files"));
+  start.output = AttributeOf(element.get(), "Output");
+  start.command = AttributeOf(element.get(), "Command");
+  start.subject = AttributeOf(element.get(), "Subject");
+  // From here on it is a build that runs tools, whose log is kept.
+  log.Renew(inspector.GetLogFile());
+  if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));
+  if (watcher != nullptr) watcher->OnToolStarted(start);
+  return 1;
+}
+
+std::intptr_t BuildSession::OnToolEnded(const HostEvent& event) {
+  const bool success = event.lParam != 0;
+  ++(success ? outcome.toolsRun : outcome.toolsFailed);
+  if (watcher != nullptr) watcher->OnToolEnded(success, ReadLogEntries(event.text));
+  return 1;
+}
+
+std::intptr_t BuildSession::OnWorkerEnded(const HostEvent& event) {
+  workerEnded = true;
+  workerSucceeded = event.wParam != 0;
+  return 1;
+}
+
+std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
+  isOtherProject = true;
+  otherProject = path;
+  buildLock.ForgetPaths();
+  // The server empties its log with the project.
+  static_cast<void>(log.Keep());
+  log.Forget();
+  return 1;
+}
+
+std::intptr_t BuildSession::OnRunScript(const HostEvent& event) {
+  if (beforeScript) beforeScript();
+  const ScriptOutcome ended = scripts.Run(event.text, "");
+  // A script that has started this one is told by an error.
+  if (!ended.error.empty() && !scripts.IsRunning()) logLines.push_back(ended.error);
+  return 1;
+}
+
+// The log of the last build that did something; one that found nothing to do keeps it.
+void BuildSession::KeepLog() {
+  log.Renew(inspector.GetLogFile());
+  const Status written = log.Keep();
+  if (!written) stateProblem = written.GetError().place + ": " + written.GetError().text;
+}
+
+int BuildSession::CountWork(const BuildRequest& request) {
+  const std::vector<ApplicationStatus> status = ParseStatus(inspector.GetStatus());
+  const auto chosen = std::find_if(status.begin(), status.end(), [&](const auto& each) {
+    return each.path == request.application;
+  });
+  std::size_t count = 0;
+  for (const ApplicationStatus& each : status) {
+    const bool isUsed =
+        chosen != status.end() &&
+        std::find(chosen->uses.begin(), chosen->uses.end(), each.label) != chosen->uses.end();
+    const bool isChosen = request.application.empty() || each.path == request.application;
+    // What an application uses is brought up to date also for a rebuild.
+    const bool isCounted = isUsed || (isChosen && request.work != BuildWork::Rebuild);
+    if (!isCounted) continue;
+    for (const StaleNode& node : each.stale) count += node.tool.empty() ? 0 : 1;
+  }
+  return static_cast<int>(count + (request.work == BuildWork::Rebuild ? CountInputs(request) : 0));
+}
+
+std::size_t BuildSession::CountInputs(const BuildRequest& request) {
+  std::size_t count = 0;
+  const std::string lines = inspector.GetBuildInputs();
+  for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
+    const bool wanted = request.application.empty() || each.application == request.application;
+    if (wanted) count += each.outputs.size();
+  }
+  return count;
+}
+
+std::vector<ApplicationStatus> BuildSession::GetStatus(std::string* problem) {
+  const std::string status = inspector.GetStatus();
+  if (problem != nullptr) *problem = ParseStatusProblem(status);
+  return ParseStatus(status);
+}
+
+std::string BuildSession::FindCommandProblem(const std::string& application,
+                                             const std::string& output) {
+  const auto input = ParseXml(inspector.GetToolInput(application, output));
+  if (input == nullptr) return {};
+  const CXmlNode* const values = input->FindChild("#CDATA");
+  const std::vector<std::string> problems = SplitLines(
+      tools.GetCommandProblems(AttributeOf(input.get(), "Tool"), AttributeOf(input.get(), "Files"),
+                               values == nullptr ? "" : values->GetValue()));
+  return problems.empty() ? std::string() : problems.front();
+}
+
+std::vector<ApplicationSummary> BuildSession::GetSummaries() {
+  std::vector<ApplicationSummary> list;
+  for (const ApplicationEntry& each : ListApplications(inspector)) {
+    list.push_back({each.label, inspector.GetBuildInfos(each.path, each.output)});
+  }
+  return list;
+}
+
+std::string BuildSession::FindMissingProgram(const std::vector<ApplicationStatus>& status) {
+  std::set<std::string> asked;
+  for (const ApplicationStatus& application : status) {
+    for (const StaleNode& node : application.stale) {
+      if (node.tool.empty() || !asked.insert(node.tool).second) continue;
+      std::string program = tools.MissingProgram(node.tool);
+      if (!program.empty()) return program;
+    }
+  }
+  return {};
+}
+
+std::vector<std::string> BuildSession::TakeLogLines() {
+  std::vector<std::string> lines;
+  lines.swap(logLines);
+  return lines;
+}
+
+SaveReport BuildSession::TakeSaveReport() {
+  TakeLogLines();
+  return ParseSaveReport(inspector.GetSaveReport());
+}
+
+std::vector<std::string> BuildSession::GetDefinitionErrors() {
+  std::vector<std::string> lines = SplitLines(options.GetDefinitionErrors());
+  for (std::string& line : SplitLines(tools.GetDefinitionErrors()))
+    lines.push_back(std::move(line));
+  return lines;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,103 @@
+#include "hosts/core/LogFollower.h"
+
+#include <string_view>
+#include <utility>
+
+namespace tarn::host {
+
+namespace {
+
+// Times are whole seconds, so within one a file may change unseen.
+constexpr std::int64_t kSettlingSeconds = 1;
+
+// The length of the text in front of the closing tag of the whole file, 0 for one without children;
+// nothing when the file does not end as a whole one.
+std::optional<std::size_t> LengthWithoutEnd(std::string_view text) {
+  const std::string_view whole = text.substr(0, text.find_last_not_of(" \t\r\n") + 1);
+  const std::size_t end = whole.rfind('<');
+  if (end == whole.npos || !whole.ends_with('>')) return std::nullopt;
+  if (whole.substr(end).starts_with("</")) return end;
+  const std::string_view before = whole.substr(0, end);
+  const std::size_t last = before.rfind('<');
+  const bool isFirst = last == before.npos || before.substr(last).starts_with("<?");
+  return isFirst && whole.ends_with("/>") ? std::optional<std::size_t>(0) : std::nullopt;
+}
+
+// The place behind the tag, comment or the like that begins at `at`; npos when it doesn't end.
+// `depth` counts the elements that are open.
+std::size_t EndOfTag(std::string_view text, std::size_t at, int& depth) {
+  constexpr std::string_view kNoElements[][2] = {
+      {"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
+  for (const auto& [open, close] : kNoElements) {
+    if (!text.substr(at).starts_with(open)) continue;
+    const std::size_t end = text.find(close, at + open.size());
+    return end == text.npos ? end : end + close.size();
+  }
+  std::size_t end = text.find_first_of("\"'>", at);
+  while (end != text.npos && text[end] != '>') {
+    const std::size_t quoteEnd = text.find(text[end], end + 1);
+    end = quoteEnd == text.npos ? quoteEnd : text.find_first_of("\"'>", quoteEnd + 1);
+  }
+  if (end == text.npos) return end;
+  if (text[at + 1] == '/') {
+    --depth;
+  } else if (text[end - 1] != '/') {
+    ++depth;
+  }
+  return end + 1;
+}
+
+// The length of the children of the top element that begin within the first `wanted` bytes; the
+// text begins with that element, or inside of it.
+std::size_t LengthOfPiece(std::string_view text, bool isInside, std::size_t wanted) {
+  int depth = isInside ? 1 : 0;
+  for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at)) {
+    if (depth == 1 && at >= wanted) return at;
+    at = EndOfTag(text, at, depth);
+    if (at == text.npos) break;
+  }
+  return text.size();
+}
+
+}  // namespace
+
+LogFollower::LogFollower(FileSystem& fileSystem, std::string logPath)
+    : files(fileSystem), path(std::move(logPath)) {}
+
+LogFollower::News LogFollower::Take(std::int64_t now, std::size_t most) {
+  News news;
+  if (taken == seen.size()) news.isOtherLog = Read(now);
+  const std::string_view rest = std::string_view(seen).substr(taken);
+  if (rest.empty()) return news;
+  const std::size_t length =
+      rest.size() <= most ? rest.size() : LengthOfPiece(rest, taken != 0, most);
+  const std::string piece(rest.substr(0, length));
+  news.entries = ReadLogEntries(taken == 0 ? piece : "<log>" + piece + "</log>");
+  taken += length;
+  news.hasMore = taken < seen.size();
+  return news;
+}
+
+bool LogFollower::Read(std::int64_t now) {
+  const std::optional<FileStatus> status = files.Examine(path);
+  if (!status || (isSettled && IsSame(*status))) return false;
+  const auto whole = files.ReadOwnFile(path);
+  const auto length = whole ? LengthWithoutEnd(*whole) : std::nullopt;
+  if (!length) return false;
+  std::string text = whole->substr(0, *length);
+
+  // Builds may say the same again; a kept log is not written without a reason.
+  const bool isLater = state && state->modifiedSeconds != status->modifiedSeconds;
+  const bool isOtherLog = !text.starts_with(seen) || (isLater && text == seen);
+  if (isOtherLog) taken = 0;
+  seen = std::move(text);
+  state = status;
+  isSettled = now - status->modifiedSeconds > kSettlingSeconds;
+  return isOtherLog;
+}
+
+bool LogFollower::IsSame(const FileStatus& status) const {
+  return state && state->size == status.size && state->modifiedSeconds == status.modifiedSeconds;
+}
+
+}  // namespace tarn::host

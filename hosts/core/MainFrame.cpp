@@ -1,0 +1,95 @@
+#include "hosts/core/MainFrame.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+
+namespace tarn::host {
+
+namespace {
+
+// Which arguments of a message are texts; all others are plain numbers.
+struct MessageForm {
+  std::uint32_t number;
+  bool wParamIsText;
+  bool lParamIsText;
+};
+
+constexpr MessageForm kForms[] = {
+    {kMsgAnnounceWindow, false, true},
+    {kMsgCreationEnded, true, false},
+    {kMsgOpenFileAtLine, true, false},
+    {kMsgRunScript, true, false},
+    {kMsgCreateToolbar, true, true},
+    {kMsgWorkerEnded, false, true},
+    {kMsgOpenFile, true, false},
+    {kMsgApplicationActivated, true, true},
+    {kMsgCurrentNodeChanged, true, false},
+    {kMsgShowPopupMenu, false, true},
+    {kMsgAddMainMenu, true, true},
+    {kMsgProjectOpened, true, false},
+    {kMsgProjectClosing, true, false},
+    {kMsgProjectCreated, true, false},
+    {kMsgToolSucceeded, true, false},
+    {kMsgPaneCaption, true, false},
+    {kMsgLogLine, true, false},
+    {kMsgOutputInvalid, true, false},
+    {kMsgApplicationKnown, true, true},
+    {kMsgShowHelp, true, false},
+    {kMsgToolStarted, true, false},
+    {kMsgToolEnded, true, false},
+};
+
+std::string CopyText(std::intptr_t parameter) {
+  const auto* text = reinterpret_cast<const char*>(parameter);
+  return text == nullptr ? std::string() : std::string(text);
+}
+
+HostEvent MakeEvent(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam) {
+  HostEvent event{message, wParam, lParam, {}, {}, false, false};
+  const auto* form = std::find_if(std::begin(kForms), std::end(kForms),
+                                  [message](const MessageForm& f) { return f.number == message; });
+  if (form == std::end(kForms)) return event;
+  event.hasText = form->wParamIsText;
+  event.hasDetail = form->lParamIsText;
+  if (event.hasText) event.text = CopyText(wParam);
+  if (event.hasDetail) event.detail = CopyText(lParam);
+  return event;
+}
+
+}  // namespace
+
+MainFrame::MainFrame() : handle(RegisterWindow(*this)) {}
+
+MainFrame::~MainFrame() {
+  UnregisterWindow(handle);
+}
+
+void MainFrame::Answer(std::uint32_t number, Handler handler) {
+  if (handler) {
+    handlers[number] = std::move(handler);
+  } else {
+    handlers.erase(number);
+  }
+}
+
+void MainFrame::Watch(std::function<void(const HostEvent&)> onMessage) {
+  watcher = std::move(onMessage);
+}
+
+std::intptr_t MainFrame::OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
+                                         std::intptr_t lParam) {
+  try {
+    if (!watcher && !handlers.contains(message)) return 1;
+    const HostEvent event = MakeEvent(message, wParam, lParam);
+    if (const auto watch = watcher) watch(event);
+    const auto found = handlers.find(message);
+    if (found == handlers.end()) return 1;
+    const Handler handler = found->second;  // it may replace itself while it runs
+    return handler(event);
+  } catch (const std::exception&) {
+    return 1;  // the sender can do nothing about it
+  }
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,69 @@
+#include "hosts/core/NewConfiguration.h"
+
+#include <algorithm>
+
+#include "hosts/core/Damage.h"
+#include "hosts/core/ProjectTemplate.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+std::optional<ApplicationEntry> FindActive(BuildSession& session) {
+  for (ApplicationEntry& each : ListApplications(session.Inspector())) {
+    if (each.active) return std::move(each);
+  }
+  return std::nullopt;
+}
+
+// The name is for this command alone: one that comes without a name must not find it again.
+bool RunWithName(BuildSession& session, const std::string& name) {
+  session.Options().SetNewConfigName(name);
+  const bool isDone = session.Manager().Command(kCmdAddConfiguration) == 1;
+  session.Options().SetNewConfigName({});
+  return isDone;
+}
+
+}  // namespace
+
+std::string FindConfiguration(const ApplicationEntry& application, const std::string& name) {
+  for (const std::string& each : application.configurations) {
+    if (EqualNoCase(each, name)) return each;
+  }
+  return {};
+}
+
+Status AddConfiguration(BuildSession& session, const NewConfiguration& wanted,
+                        const ApplicationEntry* application) {
+  if (session.RefusesChange()) return Error{ErrorCode::Changed, kDamageRefusal, {}};
+  const std::optional<ApplicationEntry> active =
+      application == nullptr ? FindActive(session) : std::nullopt;
+  if (active) application = &*active;
+  if (application == nullptr) {
+    return Error{ErrorCode::NotFound, "This project has no application.", {}};
+  }
+  if (const std::string problem = CheckFileTitle(wanted.name, "configuration"); !problem.empty()) {
+    return Error{ErrorCode::InvalidName, problem, wanted.name};
+  }
+  if (!FindConfiguration(*application, wanted.name).empty()) {
+    return Error{ErrorCode::AlreadyExists,
+                 application->label + " has a configuration \"" + wanted.name + "\" already.",
+                 wanted.name};
+  }
+  const std::string asked = wanted.from.value_or(application->configuration);
+  const std::string from = FindConfiguration(*application, asked);
+  if (from.empty() && !asked.empty()) {
+    return Error{ErrorCode::NotFound,
+                 application->label + " has no configuration \"" + asked + "\".", asked};
+  }
+  // Selecting makes the application the current node, too.
+  if (!application->active) session.Inspector().SelectApplication(application->path);
+  if (!RunWithName(session, wanted.name) ||
+      session.Inspector().CopyConfiguration(from, wanted.name) == 0) {
+    return Error{ErrorCode::Io, "The project can't be changed now.", wanted.name};
+  }
+  return {};
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,100 @@
+#include "hosts/core/Printable.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+
+namespace tarn::host {
+
+namespace {
+
+// A character at the start of a text; a byte that is not UTF-8 is one by itself.
+struct Character {
+  char32_t value = 0;
+  std::size_t size = 1;
+  bool isByte = false;
+};
+
+bool IsContinuation(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+Character ReadCharacter(std::string_view text) {
+  const auto first = static_cast<unsigned char>(text.front());
+  const Character byte{first, 1, first >= 0x80};
+  if (first < 0xC2 || first > 0xF4) return byte;
+  const std::size_t size = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+  if (text.size() < size) return byte;
+  char32_t value = first & (0x7Fu >> size);
+  for (const char c : text.substr(1, size - 1)) {
+    if (!IsContinuation(c)) return byte;
+    value = value << 6 | (static_cast<unsigned char>(c) & 0x3F);
+  }
+  // A longer form of a character than it needs is none.
+  constexpr char32_t kFirst[] = {0, 0, 0x80, 0x800, 0x10000};
+  const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
+  return value < kFirst[size] || value > 0x10FFFF || isSurrogate ? byte
+                                                                 : Character{value, size, false};
+}
+
+bool IsHarmful(char32_t value) {
+  return value < 0x20 || (value >= 0x7F && value <= 0x9F) || (value >= 0x202A && value <= 0x202E) ||
+         (value >= 0x2066 && value <= 0x2069);
+}
+
+// `kept` are harmful characters that stay, a carriage return only as part of a line end.
+bool Stays(std::string_view text, std::string_view kept) {
+  return kept.find(text.front()) != kept.npos && (text.front() != '\r' || text.starts_with("\r\n"));
+}
+
+template <typename Escape>
+std::string Replace(std::string_view text, std::string_view kept, Escape escape) {
+  std::string clean;
+  clean.reserve(text.size());
+  while (!text.empty()) {
+    const Character next = ReadCharacter(text);
+    if (IsHarmful(next.value) && !Stays(text, kept)) {
+      clean += escape(next);
+    } else {
+      clean += text.substr(0, next.size);
+    }
+    text.remove_prefix(next.size);
+  }
+  return clean;
+}
+
+std::string Number(const char* format, char32_t value) {
+  char text[16];
+  std::snprintf(text, sizeof text, format, static_cast<unsigned>(value));
+  return text;
+}
+
+std::string EscapePlain(const Character& character) {
+  const bool isLong = character.value >= 0x80 && !character.isByte;
+  return Number(isLong ? "\\u%04x" : "\\x%02x", character.value);
+}
+
+}  // namespace
+
+std::string Printable(std::string_view text) {
+  return Replace(text, "\t", EscapePlain);
+}
+
+std::string PrintableLines(std::string_view text) {
+  return Replace(text, "\t\n", EscapePlain);
+}
+
+// Such characters are in strings alone, where all of them can be written by their numbers.
+std::string PrintableJson(std::string_view text) {
+  return Replace(text, "\t\n", [](const Character& c) { return Number("\\u%04x", c.value); });
+}
+
+// A control character below the blank has no form in XML, so a replacement character stands for it,
+// as for a byte that is no character.
+std::string PrintableXml(std::string_view text) {
+  return Replace(text, "\t\n\r", [](const Character& c) {
+    return c.value < 0x20 || c.isByte ? std::string("\xEF\xBF\xBD") : Number("&#x%X;", c.value);
+  });
+}
+
+}  // namespace tarn::host

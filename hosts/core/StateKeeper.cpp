@@ -1,0 +1,64 @@
+#include "hosts/core/StateKeeper.h"
+
+#include <chrono>
+
+#include "hosts/core/ProjectFile.h"
+
+namespace tarn::host {
+
+namespace {
+
+// How long a piece of a restore may take.
+constexpr std::int32_t kPieceMilliseconds = 5;
+
+}  // namespace
+
+StateKeeper::StateKeeper(ProjectManagerDriver& managerDriver, InspectorDriver& inspectorDriver,
+                         ToolManagerDriver& toolDriver)
+    : manager_(managerDriver), inspector_(inspectorDriver), tools_(toolDriver) {}
+
+void StateKeeper::SetProject(const std::string& projectPath) {
+  path_ = StatePathOf(projectPath);
+  isOpen_ = false;
+  isRestoring_ = false;
+}
+
+void StateKeeper::Restore() {
+  BeginRestore();
+  while (ContinueRestore()) {
+  }
+}
+
+void StateKeeper::BeginRestore() {
+  isOpen_ = false;
+  Open();
+  isRestoring_ = isOpen_;
+}
+
+void StateKeeper::Open() {
+  if (isOpen_) return;
+  verdict_ = inspector_.OpenBuildState(path_);
+  reason_ = inspector_.GetBuildStateProblem();
+  isOpen_ = !verdict_.empty();
+}
+
+bool StateKeeper::ContinueRestore() {
+  if (!isRestoring_) return false;
+  isRestoring_ = inspector_.RestoreFor(kPieceMilliseconds) == 0;
+  return isRestoring_;
+}
+
+bool StateKeeper::IsOutdated() {
+  return !inspector_.IsBuildStateCurrent(path_);
+}
+
+void StateKeeper::TakeBuildInformation() {
+  const std::string xml = tools_.TakeBuildInformation();
+  if (!xml.empty()) manager_.SetBuildInfo(xml);
+}
+
+std::string StateKeeper::Finish() {
+  return inspector_.FinishBuildState(true);
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,37 @@
+#include "hosts/core/TargetEntry.h"
+
+#include "hosts/core/LogEntry.h"
+
+namespace tarn::host {
+
+namespace {
+
+void Collect(const CXmlNode& family, std::vector<std::string>& families,
+             std::vector<TargetEntry>& targets) {
+  for (const CXmlNode* child : family.GetChildren()) {
+    const std::string name = AttributeOf(child, "Header");
+    if (child->NameView() == "Target") {
+      targets.push_back({name, families, AttributeOf(child, "Description"),
+                         AttributeOf(child, "Datasheet"), AttributeOf(child, "Config")});
+    } else {
+      families.push_back(name);
+      Collect(*child, families, targets);
+      families.pop_back();
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<TargetEntry> ReadTargets(const std::string& xml) {
+  std::vector<TargetEntry> targets;
+  std::vector<std::string> families;
+  if (const auto root = ParseXml(xml)) Collect(*root, families, targets);
+  return targets;
+}
+
+std::string ReadTargetProblem(const std::string& xml) {
+  return AttributeOf(ParseXml(xml).get(), "Problem");
+}
+
+}  // namespace tarn::host

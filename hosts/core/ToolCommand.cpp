@@ -1,0 +1,23 @@
+#include "hosts/core/ToolCommand.h"
+
+#include "hosts/core/LogEntry.h"
+
+namespace tarn::host {
+
+std::vector<ToolCommand> ParseCommands(const std::string& xml) {
+  std::vector<ToolCommand> commands;
+  const auto root = ParseXml(xml);
+  if (root == nullptr) return commands;
+  for (const CXmlNode* node : root->GetChildren()) {
+    if (node->NameView() != "Command") continue;
+    ToolCommand& command = commands.emplace_back();
+    command.program = AttributeOf(node, "Program");
+    command.folder = AttributeOf(node, "Folder");
+    for (const CXmlNode* argument : node->GetChildren()) {
+      if (argument->NameView() == "A") command.arguments.push_back(AttributeOf(argument, "V"));
+    }
+  }
+  return commands;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,158 @@
+#include "hosts/core/WizardForm.h"
+
+#include "platform/text/Text.h"
+#include "widgets/Button.h"
+#include "widgets/ComboBox.h"
+#include "widgets/Edit.h"
+#include "xml/XmlNode.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr int kWizardPage = 107;
+
+constexpr int kTargetTree = 622;
+constexpr int kName = 8004;
+constexpr int kLocation = 8005;
+constexpr int kType = 8006;
+constexpr int kIntoProject = 8008;
+constexpr int kNewProject = 8009;
+constexpr int kLaunchTool = 8020;
+
+struct Target {
+  std::string path;
+  CTreeItem* item = nullptr;
+};
+
+// The items of the catalogue carry the elements that they show. A family may be empty, and a target
+// may have others below it.
+bool IsTarget(const CTreeItem& item) {
+  const auto* const element = static_cast<const CXmlNode*>(item.GetData());
+  return element != nullptr && element->NameView() == "Target";
+}
+
+// The catalogue hangs below one item.
+void CollectTargets(const CTreeItem& family, const std::string& path,
+                    std::vector<Target>& targets) {
+  for (CTreeItem* item = family.GetFirstChild(); item != nullptr; item = item->GetNextSibling()) {
+    const std::string own = path + item->GetText();
+    if (IsTarget(*item)) targets.push_back({own, item});
+    CollectTargets(*item, own + "/", targets);
+  }
+}
+
+std::vector<Target> TargetsOf(const CPropertyPage& page) {
+  std::vector<Target> targets;
+  const auto& tree = *page.FindControl<CTreeCtrl>(kTargetTree);
+  if (tree.GetRootItem() != nullptr) CollectTargets(*tree.GetRootItem(), "", targets);
+  return targets;
+}
+
+// The whole path, or its end from some slash on.
+bool IsNamed(const Target& target, const std::string& name) {
+  if (name.empty() || name.size() > target.path.size()) return false;
+  const std::size_t start = target.path.size() - name.size();
+  return EqualNoCase(target.path.substr(start), name) &&
+         (start == 0 || target.path[start - 1] == '/');
+}
+
+void Type(CEdit& edit, const std::optional<std::string>& text) {
+  if (text) edit.NotifyTextEdited(*text, {text->size(), text->size()});
+}
+
+}  // namespace
+
+bool WizardForm::Fits(const CPropertySheet& sheet) {
+  return sheet.GetPage() != nullptr && sheet.GetPage()->IsCreated() &&
+         sheet.GetPage()->GetId() == kWizardPage;
+}
+
+WizardProposals WizardForm::Read() const {
+  WizardProposals proposals;
+  const auto& types = *page.FindControl<CComboBox>(kType);
+  proposals.typeHeader = types.GetText(types.GetCurSel());
+  for (int i = 0; i < types.GetCount(); ++i) proposals.typeHeaders.push_back(types.GetText(i));
+  const CTreeItem* const selected = page.FindControl<CTreeCtrl>(kTargetTree)->GetSelectedItem();
+  for (Target& each : TargetsOf(page)) {
+    if (each.item == selected) proposals.target = each.path;
+    proposals.targets.push_back(std::move(each.path));
+  }
+  proposals.applicationName = page.FindControl<CEdit>(kName)->GetWindowText();
+  proposals.location = page.FindControl<CEdit>(kLocation)->GetWindowText();
+  proposals.createNewProject = page.FindControl<CButton>(kNewProject)->IsChecked();
+  proposals.mayJoinProject = page.FindControl<CButton>(kIntoProject)->IsEnabled();
+  proposals.launchTool = page.FindControl<CButton>(kLaunchTool)->IsChecked();
+  proposals.mayLaunchTool = page.FindControl<CButton>(kLaunchTool)->IsEnabled();
+  return proposals;
+}
+
+// What a choice puts into other fields comes in front of the choice for these.
+std::optional<WizardRefusal> WizardForm::Fill(const WizardChoices& choices) {
+  std::optional<WizardRefusal> refusal;
+  if (choices.typeHeader) refusal = ChooseType(*choices.typeHeader);
+  if (!refusal && choices.target) refusal = ChooseTarget(*choices.target);
+  if (!refusal && choices.createNewProject) refusal = ChooseProject(*choices.createNewProject);
+  if (!refusal && choices.launchTool) refusal = ChooseTool(*choices.launchTool);
+  if (refusal) return refusal;
+  Type(*page.FindControl<CEdit>(kName), choices.applicationName);
+  Type(*page.FindControl<CEdit>(kLocation), choices.location);
+  return std::nullopt;
+}
+
+std::optional<WizardRefusal> WizardForm::ChooseType(const std::string& typeHeader) {
+  auto& types = *page.FindControl<CComboBox>(kType);
+  if (types.GetText(types.GetCurSel()) == typeHeader) return std::nullopt;
+  std::vector<std::string> known;
+  for (int i = 0; i < types.GetCount(); ++i) {
+    known.push_back(types.GetText(i));
+    if (!EqualNoCase(known.back(), typeHeader)) continue;
+    types.NotifySelected(i);
+    return std::nullopt;
+  }
+  return WizardRefusal{"There is no application type \"" + typeHeader + "\".", typeHeader, known};
+}
+
+std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target) {
+  auto& tree = *page.FindControl<CTreeCtrl>(kTargetTree);
+  std::vector<std::string> names;
+  std::vector<Target> named;
+  for (Target& each : TargetsOf(page)) {
+    // Nothing else can be meant by a whole path.
+    if (each.path == target) {
+      tree.SelectItem(each.item);
+      return std::nullopt;
+    }
+    names.push_back(each.item->GetText());
+    if (IsNamed(each, target)) named.push_back(std::move(each));
+  }
+  // No target, as it may be proposed.
+  if (target.empty() && Read().target.empty()) return std::nullopt;
+  if (named.size() == 1) {
+    tree.SelectItem(named.front().item);
+    return std::nullopt;
+  }
+  if (named.empty()) {
+    return WizardRefusal{"There is no target \"" + target + "\".", target, std::move(names)};
+  }
+  std::string paths;
+  for (const Target& each : named) paths += (paths.empty() ? "" : ", ") + each.path;
+  return WizardRefusal{"Several targets are named \"" + target + "\": " + paths + ".", target, {}};
+}
+
+std::optional<WizardRefusal> WizardForm::ChooseProject(bool createNewProject) {
+  auto& button = *page.FindControl<CButton>(createNewProject ? kNewProject : kIntoProject);
+  button.NotifyClicked();
+  if (button.IsChecked()) return std::nullopt;
+  return WizardRefusal{
+      "There is no open project that an application of this type could join.", "false", {}};
+}
+
+std::optional<WizardRefusal> WizardForm::ChooseTool(bool launchTool) {
+  auto& box = *page.FindControl<CButton>(kLaunchTool);
+  if (box.IsChecked() != launchTool) box.NotifyClicked();
+  if (box.IsChecked() == launchTool) return std::nullopt;
+  return WizardRefusal{"This target has no tool that writes the first sources.", "true", {}};
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,16 @@
+#include "hosts/core/check/CheckScope.h"
+#include "hosts/core/check/ProjectCheck.h"
+
+namespace tarn::host {
+
+// Positions at which a file of the project lost content when it was read.
+void ProjectCheck::CheckDamage() {
+  for (const DamageEntry& each : session.GetDamage()) {
+    Finding& finding = scope->Add(FindingKind::Damage);
+    finding.file = each.file;
+    finding.line = each.line;
+    finding.detail = each.text;
+  }
+}
+
+}  // namespace tarn::host

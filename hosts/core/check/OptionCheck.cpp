@@ -1,0 +1,288 @@
+#include "hosts/core/check/OptionCheck.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "components/values/ValuesText.h"
+#include "hosts/core/LogEntry.h"
+#include "platform/paths/Paths.h"
+#include "platform/process/Process.h"
+#include "platform/text/Text.h"
+
+namespace tarn::host {
+
+namespace {
+
+constexpr std::string_view kMacro = "$(";
+constexpr std::string_view kPathTypes[] = {"file", "folder", "paths"};
+constexpr const char* kLibraries = "linker.libraries";
+constexpr const char* kLauncher = "build.launcher";
+
+bool HasMacro(std::string_view text) {
+  return text.find(kMacro) != text.npos;
+}
+
+bool IsPathType(const std::string& type) {
+  return std::find(std::begin(kPathTypes), std::end(kPathTypes), type) != std::end(kPathTypes);
+}
+
+// The entries of a list; a macro may have semicolons of its own.
+std::vector<std::string_view> EntriesOf(std::string_view value, bool isList) {
+  if (!isList) return {value};
+  std::vector<std::string_view> entries;
+  int depth = 0;
+  std::size_t begin = 0;
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    if (value.substr(i).starts_with(kMacro)) ++depth;
+    if (value[i] == ')' && depth > 0) --depth;
+    if (value[i] != ';' || depth > 0) continue;
+    entries.push_back(value.substr(begin, i - begin));
+    begin = i + 1;
+  }
+  entries.push_back(value.substr(begin));
+  return entries;
+}
+
+// The names that a linker looks for when it is given this one.
+std::vector<std::string> FileNamesOf(const std::string& library) {
+  if (library.starts_with(':')) return {library.substr(1)};
+  return {"lib" + library + ".a", "lib" + library + ".so", library + ".lib", library};
+}
+
+// Calls `onOption` for each property below an element Options, with the elements on the way.
+template <class OnOption>
+void ForEachStored(const CheckedNode& node, OnOption&& onOption) {
+  constexpr int kDepth = 5;  // Options, Config, Set, Section, Property
+  const auto visit = [&](const auto& self, const CheckedNode& parent, int depth,
+                         std::vector<std::string>& names) -> void {
+    std::size_t after = 0;
+    for (const CXmlNode* child : parent.node->GetChildren()) {
+      if (child->GetType() != XmlElement) continue;
+      if (depth == 1 && child->NameView() != "Options") continue;
+      CheckedNode next = parent;
+      next.node = child;
+      next.element = 0;
+      // Without its parent the position isn't known either.
+      const bool isLocated = parent.elements != nullptr && (parent.element != 0);
+      if (isLocated) {
+        next.element = parent.elements->FindChild(parent.element, child->NameView(),
+                                                  AttributeOf(child, "Header"), after);
+      }
+      names.push_back(AttributeOf(child, "Header"));
+      if (depth == kDepth) {
+        onOption(next, names);
+      } else {
+        self(self, next, depth + 1, names);
+      }
+      names.pop_back();
+    }
+  };
+  std::vector<std::string> names;
+  visit(visit, node, 1, names);
+}
+
+}  // namespace
+
+OptionCheck::OptionCheck(CheckScope& checkScope) : scope(checkScope) {}
+
+void OptionCheck::Check(const CheckedNode& node) {
+  ForEachStored(node, [&](const CheckedNode& property, const std::vector<std::string>& names) {
+    Stored stored;
+    stored.owner = node;
+    stored.owner.listedIn = node.file;
+    stored.owner.line = property.element == 0 ? 0 : (*node.elements)[property.element].line;
+    stored.configuration = names[1];
+    stored.set = names[2];
+    stored.section = names[3];
+    stored.name = names[4];
+    stored.value = Unescape(AttributeOf(property.node, "Value"));
+    stored.isActive = EqualNoCase(stored.configuration, ConfigurationOf(node));
+    CheckConfiguration(stored);
+    CheckStored(stored);
+  });
+}
+
+// One finding for all options of a node.
+void OptionCheck::CheckConfiguration(const Stored& stored) {
+  const CXmlNode* const application = stored.owner.application;
+  const std::string& name = stored.configuration;
+  if (application == nullptr || stored.isActive || EqualNoCase(name, kStandardConfiguration))
+    return;
+  const CXmlNode* const configurations = application->FindChild("Configs");
+  const bool isKnown =
+      configurations != nullptr &&
+      std::ranges::any_of(configurations->GetChildren(), [&](const CXmlNode* each) {
+        return EqualNoCase(AttributeOf(each, "Header"), name);
+      });
+  if (isKnown || !seenConfigurations.insert(stored.owner.place + "\n" + FoldCase(name)).second) {
+    return;
+  }
+  scope.Add(FindingKind::UnknownConfiguration, stored.owner).subject = name;
+}
+
+void OptionCheck::CheckStored(const Stored& stored) {
+  const OptionDefinition* const definition = FindDefinition(stored);
+  if (definition == nullptr) {
+    scope.Add(FindingKind::UnknownOption, stored.owner).subject =
+        stored.set + "." + stored.section + "." + stored.name;
+    return;
+  }
+  if (IsPathType(definition->type)) CheckPaths(stored, *definition);
+  if (HasMacro(stored.value) && !IsResolvable(stored)) return;
+  Stored resolved = stored;
+  if (HasMacro(stored.value)) {
+    resolved.value = scope.ValuesOf(stored.owner).Resolve(stored.value);
+  }
+  CheckValue(resolved, *definition);
+  const std::string key = FoldCase(definition->GetKey());
+  if (key == kLibraries && stored.isActive) CheckLibraries(resolved);
+  if (key == kLauncher && stored.isActive) CheckLauncher(resolved);
+}
+
+// What a macro stands for is known of the active configuration only.
+bool OptionCheck::IsResolvable(const Stored& stored) {
+  return stored.isActive && stored.owner.application != nullptr;
+}
+
+// The first of its words is the program.
+void OptionCheck::CheckLauncher(const Stored& stored) {
+  const std::string_view value = Trim(stored.value);
+  const bool isQuoted = value.starts_with('"') || value.starts_with('\'');
+  const std::string program(isQuoted ? value.substr(1, value.find(value.front(), 1) - 1)
+                                     : value.substr(0, value.find_first_of(" \t")));
+  if (program.empty() || !FindProgram(program).empty()) return;
+  Finding& finding = scope.Add(FindingKind::MissingProgram, stored.owner);
+  finding.subject = program;
+  finding.detail = "Build.Launcher";
+}
+
+const OptionDefinition* OptionCheck::FindDefinition(const Stored& stored) {
+  auto [set, isNew] = bySet.try_emplace(FoldCase(stored.set));
+  if (isNew) {
+    for (OptionDefinition& each : scope.options.GetOf(stored.set)) {
+      const std::string key = FoldCase(each.GetKey());
+      set->second.emplace(key, std::move(each));
+    }
+  }
+  const auto found = set->second.find(FoldCase(stored.section + "." + stored.name));
+  return found == set->second.end() ? nullptr : &found->second;
+}
+
+void OptionCheck::CheckValue(const Stored& stored, const OptionDefinition& definition) {
+  const std::string problem =
+      scope.session.Options().CheckValue(stored.set, stored.section, stored.name, stored.value);
+  if (problem.empty()) return;
+  Finding& finding = scope.Add(FindingKind::InvalidValue, stored.owner);
+  finding.subject = stored.set + "." + definition.GetKey();
+  finding.detail = problem;
+}
+
+void OptionCheck::CheckPaths(const Stored& stored, const OptionDefinition& definition) {
+  const bool isMade = scope.madeByTools.contains(FoldCase(definition.GetKey()));
+  NamedPath named;
+  named.option = definition.GetKey();
+  named.wanted = NamedPath::Wanted::File;
+  if (definition.type != "file") {
+    named.ifMissing = FindingKind::MissingFolder;
+    named.wanted = NamedPath::Wanted::Folder;
+  }
+  const bool isList = definition.type == "paths";
+  const auto check = [&](std::string_view text) {
+    named.text = isList ? Trim(text) : text;
+    if (named.text.empty()) return;
+    if (!isMade) {
+      scope.CheckPath(stored.owner, named);
+    } else if (!named.isResolved && !IsRelativePath(named.text)) {
+      Finding& finding = scope.Add(FindingKind::AbsolutePath, stored.owner);
+      finding.subject = named.text;
+      finding.option = named.option;
+    }
+  };
+  for (const std::string_view entry : EntriesOf(stored.value, isList)) {
+    named.isResolved = HasMacro(entry);
+    if (!named.isResolved) {
+      check(entry);
+    } else if (IsResolvable(stored)) {
+      const std::string resolved = scope.ValuesOf(stored.owner).Resolve(std::string(entry));
+      for (const std::string_view each : EntriesOf(resolved, isList)) check(each);
+    }
+  }
+}
+
+void OptionCheck::CheckLibraries(const Stored& stored) {
+  for (const std::string_view each : Split(stored.value, ';')) {
+    const std::string name(Trim(each));
+    if (name.empty() || HasLibrary(stored.owner, name)) continue;
+    Finding& finding = scope.Add(FindingKind::MissingLibrary, stored.owner);
+    finding.subject = name;
+    finding.option = "Linker.Libraries";
+  }
+}
+
+bool OptionCheck::HasLibrary(const CheckedNode& node, const std::string& name) {
+  const std::vector<std::string> wanted = FileNamesOf(name);
+  const auto isWanted = [&](const std::string& path) {
+    return std::find(wanted.begin(), wanted.end(), FileNameOf(path)) != wanted.end();
+  };
+  for (const auto& output : scope.outputs) {
+    if (isWanted(output.first)) return true;
+  }
+  const std::vector<std::string> folders = LibraryFoldersOf(node);
+  if (folders.empty()) return true;  // the compiler isn't here, so its libraries aren't known
+  for (const std::string& folder : folders) {
+    for (const std::string& file : wanted) {
+      if (scope.files.Exists(JoinPath(folder, file))) return true;
+    }
+  }
+  return false;
+}
+
+std::vector<std::string> OptionCheck::LibraryFoldersOf(const CheckedNode& node) {
+  const auto tool = scope.tools.find(FoldCase(AttributeOf(node.application, "TranslateTool")));
+  if (tool == scope.tools.end() || tool->second.programs.empty()) return {};
+  std::vector<std::string> folders = FoldersBeside(tool->second.programs.front());
+  if (folders.empty()) return {};
+  const std::string own = scope.ValuesOf(node).Get("", "Linker", "LibraryPaths");
+  for (const std::string_view each : Split(own, ';')) {
+    if (!Trim(each).empty()) folders.push_back(scope.OptionPath(node, std::string(Trim(each))));
+  }
+  return folders;
+}
+
+// Compilers keep their libraries in a few folders below the one that their program's folder is in,
+// named after the target, the version and the core.
+std::vector<std::string> OptionCheck::FoldersBeside(const std::string& program) {
+  auto [known, isNew] = foldersByProgram.try_emplace(program);
+  const std::string path = FindProgram(program);
+  if (!isNew || path.empty()) return known->second;
+  const std::string prefix = FolderOf(FolderOf(path));
+  const auto below = [this](const std::vector<std::string>& folders) {
+    std::vector<std::string> found;
+    for (const std::string& folder : folders) {
+      const auto entries = scope.files.ListFolder(folder);
+      if (!entries) continue;
+      for (const FolderEntry& each : *entries) found.push_back(JoinPath(folder, each.name));
+    }
+    return found;
+  };
+  const auto named = [](std::vector<std::string> folders, const char* name) {
+    for (std::string& folder : folders) folder = JoinPath(folder, name);
+    return folders;
+  };
+  const std::string library = JoinPath(prefix, "lib");
+  const std::vector<std::string> targets = below({library});
+  const std::vector<std::string> nested = named(targets, "lib");
+  std::vector<std::vector<std::string>> all = {
+      {library},
+      targets,
+      nested,
+      below(below({JoinPath(library, "gcc")})),
+      below(named({JoinPath(prefix, "share/sdcc")}, "lib"))};
+  for (const std::string& folder : nested) {
+    if (scope.files.IsFolder(folder)) all.push_back(below({folder}));
+  }
+  for (const auto& list : all) known->second.insert(known->second.end(), list.begin(), list.end());
+  return known->second;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,290 @@
+// A backtracking matcher: an item is a single character, class or set, with its repetition behind
+// it. Repetitions and captures try the rest of the pattern by recursion, all else goes on in a
+// loop.
+
+#include "hosts/core/lua/ScriptPattern.h"
+
+#include <cctype>
+
+namespace tarn::host {
+
+namespace {
+
+constexpr int kMaxDepth = 200;
+
+unsigned char Byte(char c) {
+  return static_cast<unsigned char>(c);
+}
+
+bool IsInClass(unsigned char byte, char name) {
+  const auto lower = static_cast<char>(std::tolower(Byte(name)));
+  bool result = false;
+  switch (lower) {
+    case 'a':
+      result = std::isalpha(byte) != 0;
+      break;
+    case 'c':
+      result = std::iscntrl(byte) != 0;
+      break;
+    case 'd':
+      result = std::isdigit(byte) != 0;
+      break;
+    case 'g':
+      result = std::isgraph(byte) != 0;
+      break;
+    case 'l':
+      result = std::islower(byte) != 0;
+      break;
+    case 'p':
+      result = std::ispunct(byte) != 0;
+      break;
+    case 's':
+      result = std::isspace(byte) != 0;
+      break;
+    case 'u':
+      result = std::isupper(byte) != 0;
+      break;
+    case 'w':
+      result = std::isalnum(byte) != 0;
+      break;
+    case 'x':
+      result = std::isxdigit(byte) != 0;
+      break;
+    case 'z':
+      result = byte == 0;
+      break;
+    default:
+      return Byte(name) == byte;  // stands for itself
+  }
+  return std::isupper(Byte(name)) != 0 ? !result : result;
+}
+
+}  // namespace
+
+std::size_t ScriptPattern::MatchAt(std::size_t offset) {
+  captureCount = 0;
+  depth = 0;
+  return Match(offset, 0);
+}
+
+std::size_t ScriptPattern::Fail(const char* what) {
+  if (problem == nullptr) problem = what;
+  return kNone;
+}
+
+bool ScriptPattern::Spend(std::size_t steps) {
+  isSpent = isSpent || !budget->Spend(static_cast<std::int64_t>(steps));
+  return !isSpent;
+}
+
+std::size_t ScriptPattern::Match(std::size_t at, std::size_t item) {
+  if (depth >= kMaxDepth) return Fail("pattern too complex");
+  ++depth;
+  bool isDone = false;
+  while (!isDone && item < pattern.size()) {
+    std::size_t next = item;
+    at = MatchItem(at, item, isDone, next);
+    if (at == kNone) break;
+    item = next;
+  }
+  --depth;
+  return at;
+}
+
+// Matches one item. Where the rest of the pattern had to be tried as well, `isDone` is set and the
+// answer is that of all of it; otherwise `nextItem` is where to go on.
+std::size_t ScriptPattern::MatchItem(std::size_t at, std::size_t item, bool& isDone,
+                                     std::size_t& nextItem) {
+  const bool hasNext = item + 1 < pattern.size();
+  const char next = hasNext ? pattern[item + 1] : '\0';
+  isDone = true;
+  switch (pattern[item]) {
+    case '(':
+      return hasNext && next == ')' ? OpenCapture(at, item + 2, kPosition)
+                                    : OpenCapture(at, item + 1, kOpen);
+    case ')':
+      return CloseCapture(at, item + 1);
+    case '$':
+      if (!hasNext) return at == text.size() ? at : kNone;
+      break;
+    case '%':
+      if (next != 'b' && next != 'f' && std::isdigit(Byte(next)) == 0) break;
+      isDone = false;
+      return MatchSpecial(at, item + 1, nextItem);
+    default:
+      break;
+  }
+  return MatchRepeatable(at, item, isDone, nextItem);
+}
+
+// What a percent sign and `item` stand for: balanced text, a frontier, a capture once more.
+std::size_t ScriptPattern::MatchSpecial(std::size_t at, std::size_t item, std::size_t& nextItem) {
+  if (pattern[item] == 'b') {
+    nextItem = item + 3;
+    return MatchBalanced(at, item + 1);
+  }
+  if (pattern[item] != 'f') {
+    nextItem = item + 1;
+    return MatchRepeated(at, item);
+  }
+  const std::size_t set = item + 1;
+  if (set >= pattern.size() || pattern[set] != '[') {
+    return Fail("missing '[' after '%f' in pattern");
+  }
+  nextItem = FindItemEnd(set);
+  return nextItem != kNone && IsFrontier(at, set, nextItem) ? at : kNone;
+}
+
+// A single character with its repetition.
+std::size_t ScriptPattern::MatchRepeatable(std::size_t at, std::size_t item, bool& isDone,
+                                           std::size_t& nextItem) {
+  const std::size_t itemEnd = FindItemEnd(item);
+  isDone = true;
+  if (itemEnd == kNone) return kNone;
+  const char repetition = itemEnd < pattern.size() ? pattern[itemEnd] : '\0';
+  if (repetition == '*') return MatchMost(at, item, itemEnd);
+  if (repetition == '-') return MatchFewest(at, item, itemEnd);
+  const bool isMatch = MatchesOne(at, item, itemEnd);
+  if (repetition == '+') return isMatch ? MatchMost(at + 1, item, itemEnd) : kNone;
+  if (repetition == '?' && isMatch) {
+    const std::size_t end = Match(at + 1, itemEnd + 1);
+    if (end != kNone) return end;
+  }
+  if (IsOver()) return kNone;
+  isDone = false;
+  if (repetition == '?') {
+    nextItem = itemEnd + 1;
+    return at;
+  }
+  nextItem = itemEnd;
+  return isMatch ? at + 1 : kNone;
+}
+
+std::size_t ScriptPattern::MatchMost(std::size_t at, std::size_t item, std::size_t itemEnd) {
+  std::size_t count = 0;
+  while (MatchesOne(at + count, item, itemEnd)) ++count;
+  for (;; --count) {
+    const std::size_t end = Match(at + count, itemEnd + 1);
+    if (end != kNone || count == 0 || IsOver()) return end;
+  }
+}
+
+std::size_t ScriptPattern::MatchFewest(std::size_t at, std::size_t item, std::size_t itemEnd) {
+  for (;; ++at) {
+    const std::size_t end = Match(at, itemEnd + 1);
+    if (end != kNone || !MatchesOne(at, item, itemEnd) || IsOver()) return end;
+  }
+}
+
+std::size_t ScriptPattern::MatchBalanced(std::size_t at, std::size_t item) {
+  if (item + 1 >= pattern.size()) return Fail("malformed pattern (missing arguments to '%b')");
+  if (at >= text.size() || text[at] != pattern[item]) return kNone;
+  const char open = pattern[item];
+  const char close = pattern[item + 1];
+  std::size_t level = 1;
+  for (std::size_t i = at + 1; i < text.size(); ++i) {
+    if (!Spend(1)) return kNone;
+    if (text[i] == close) {
+      if (--level == 0) return i + 1;
+    } else if (text[i] == open) {
+      ++level;
+    }
+  }
+  return kNone;
+}
+
+std::size_t ScriptPattern::MatchRepeated(std::size_t at, std::size_t item) {
+  const int index = pattern[item] - '1';
+  if (index < 0 || index >= captureCount || captures[index].length == kOpen) {
+    wrongCapture = index + 1;
+    return Fail("invalid capture index");
+  }
+  const Capture& capture = captures[index];
+  // A position has no text that could come again.
+  if (capture.length == kPosition) return kNone;
+  if (!Spend(1 + capture.length / 64)) return kNone;
+  if (text.size() - at < capture.length) return kNone;
+  const bool isSame = text.substr(capture.start, capture.length) == text.substr(at, capture.length);
+  return isSame ? at + capture.length : kNone;
+}
+
+std::size_t ScriptPattern::OpenCapture(std::size_t at, std::size_t item, std::size_t length) {
+  if (captureCount >= kMaxCaptures) return Fail("too many captures");
+  captures[captureCount++] = {at, length};
+  const std::size_t end = Match(at, item);
+  if (end == kNone) --captureCount;
+  return end;
+}
+
+std::size_t ScriptPattern::CloseCapture(std::size_t at, std::size_t item) {
+  int index = captureCount - 1;
+  while (index >= 0 && captures[index].length != kOpen) --index;
+  if (index < 0) return Fail("invalid pattern capture");
+  captures[index].length = at - captures[index].start;
+  const std::size_t end = Match(at, item);
+  if (end == kNone) captures[index].length = kOpen;
+  return end;
+}
+
+// Text begins and ends with a zero byte for this purpose.
+bool ScriptPattern::IsFrontier(std::size_t at, std::size_t set, std::size_t setEnd) const {
+  const unsigned char before = at == 0 ? 0 : Byte(text[at - 1]);
+  const unsigned char here = at < text.size() ? Byte(text[at]) : 0;
+  return !IsInSet(before, set, setEnd) && IsInSet(here, set, setEnd);
+}
+
+std::size_t ScriptPattern::FindItemEnd(std::size_t item) {
+  const std::size_t start = item;
+  const char first = pattern[item++];
+  if (first == '%') {
+    return item < pattern.size() ? item + 1 : Fail("malformed pattern (ends with '%')");
+  }
+  if (first != '[') return item;
+  if (item < pattern.size() && pattern[item] == '^') ++item;
+  // The first character of a set is one of it, also a bracket.
+  do {
+    if (item >= pattern.size()) return Fail("malformed pattern (missing ']')");
+    if (pattern[item++] == '%') ++item;
+  } while (item >= pattern.size() || pattern[item] != ']');
+  return Spend(item - start) ? item + 1 : kNone;
+}
+
+bool ScriptPattern::MatchesOne(std::size_t at, std::size_t item, std::size_t itemEnd) {
+  if (at >= text.size()) return false;
+  // A set costs what has to be looked at in it.
+  if (!Spend(itemEnd - item)) return false;
+  const unsigned char byte = Byte(text[at]);
+  switch (pattern[item]) {
+    case '.':
+      return true;
+    case '%':
+      return IsInClass(byte, pattern[item + 1]);
+    case '[':
+      return IsInSet(byte, item, itemEnd);
+    default:
+      return Byte(pattern[item]) == byte;
+  }
+}
+
+bool ScriptPattern::IsInSet(unsigned char byte, std::size_t set, std::size_t setEnd) const {
+  const std::size_t last = setEnd - 1;  // the closing bracket
+  std::size_t i = set + 1;
+  const bool isNegated = i < last && pattern[i] == '^';
+  if (isNegated) ++i;
+  bool isFound = false;
+  while (i < last && !isFound) {
+    if (pattern[i] == '%') {
+      isFound = IsInClass(byte, pattern[i + 1]);
+      i += 2;
+    } else if (i + 2 < last && pattern[i + 1] == '-') {
+      isFound = Byte(pattern[i]) <= byte && byte <= Byte(pattern[i + 2]);
+      i += 3;
+    } else {
+      isFound = Byte(pattern[i]) == byte;
+      ++i;
+    }
+  }
+  return isFound != isNegated;
+}
+
+}  // namespace tarn::host

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "hosts/core/lua/ScriptBudget.h"
+
+namespace tarn::host {
+
+// Lua's patterns with a bound. The language's own matcher can't be interrupted, and a short pattern
+// keeps it busy for years; this one spends a step for each comparison. Same patterns, same matches.
+//
+// Trivially destructible: a script error may jump over it.
+class ScriptPattern {
+ public:
+  static constexpr int kMaxCaptures = 32;
+
+  // Texts and budget are borrowed. `text` is what to search, `pattern` comes without its anchor.
+  ScriptPattern(std::string_view searchedText, std::string_view patternText,
+                ScriptBudget& scriptBudget)
+      : text(searchedText), pattern(patternText), budget(&scriptBudget) {}
+
+  // The end of the match that starts at this offset; kNone without one or with a problem.
+  std::size_t MatchAt(std::size_t offset);
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  // What is wrong with the pattern, or null. A budget that ran out is no problem of the pattern.
+  const char* GetProblem() const { return problem; }
+
+  // The number of the capture that the problem is about, or -1.
+  int GetWrongCapture() const { return wrongCapture; }
+
+  // Captures of the last match, in order of their opening.
+  struct Capture {
+    std::size_t start = 0;
+    std::size_t length = 0;  // or one of these
+  };
+  static constexpr std::size_t kOpen = static_cast<std::size_t>(-1);
+  static constexpr std::size_t kPosition = static_cast<std::size_t>(-2);
+  int GetCaptureCount() const { return captureCount; }
+  const Capture& GetCapture(int index) const { return captures[index]; }
+
+ private:
+  std::size_t Match(std::size_t at, std::size_t item);
+  std::size_t MatchItem(std::size_t at, std::size_t item, bool& isDone, std::size_t& nextItem);
+  std::size_t MatchSpecial(std::size_t at, std::size_t item, std::size_t& nextItem);
+  std::size_t MatchRepeatable(std::size_t at, std::size_t item, bool& isDone,
+                              std::size_t& nextItem);
+  std::size_t MatchMost(std::size_t at, std::size_t item, std::size_t itemEnd);
+  std::size_t MatchFewest(std::size_t at, std::size_t item, std::size_t itemEnd);
+  std::size_t MatchBalanced(std::size_t at, std::size_t item);
+  std::size_t MatchRepeated(std::size_t at, std::size_t item);
+  std::size_t OpenCapture(std::size_t at, std::size_t item, std::size_t length);
+  std::size_t CloseCapture(std::size_t at, std::size_t item);
+  bool IsFrontier(std::size_t at, std::size_t set, std::size_t setEnd) const;
+  bool Spend(std::size_t steps);
+
+  std::size_t FindItemEnd(std::size_t item);
+  bool MatchesOne(std::size_t at, std::size_t item, std::size_t itemEnd);
+  bool IsInSet(unsigned char byte, std::size_t set, std::size_t setEnd) const;
+  std::size_t Fail(const char* what);
+  bool IsOver() const { return problem != nullptr || isSpent; }
+
+  std::string_view text;
+  std::string_view pattern;
+  ScriptBudget* budget;
+  const char* problem = nullptr;
+  int wrongCapture = -1;
+  bool isSpent = false;
+  int depth = 0;
+  int captureCount = 0;
+  Capture captures[kMaxCaptures];
+};
+
+}  // namespace tarn::host

@@ -1,0 +1,158 @@
+#include "builder/ApplicationOrder.h"
+
+#include <algorithm>
+
+#include "builder/Staleness.h"
+#include "drivers/ToolManagerDriver.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+// Files are looked up without regard to case, so their names compare that way.
+std::string NameToCompare(std::string_view path) {
+  return path.empty() ? std::string() : FoldCase(CanonicalPath(path));
+}
+
+// Calls `onFile(path)` for the sources and outputs of everything below the application that is
+// built.
+template <class OnFile>
+void ForEachFile(const NodeTypes& types, const CXmlNode& parent, OnFile&& onFile) {
+  for (int i = 0; i < parent.GetChildCount(); ++i) {
+    const CXmlNode& child = *parent.GetChild(i);
+    const bool isBuilt = (types.FlagsOf(child) & (kTypeBuild | kTypeInBuild)) != 0;
+    if (!IsContentNode(child) || !isBuilt || IsExactlyYes(child, "Exclude")) continue;
+    for (const char* name : {"Path", "OutputFile"}) {
+      const char* path = child.GetAttrValue(name);
+      if (path != nullptr && *path != '\0') onFile(path);
+    }
+    ForEachFile(types, child, onFile);
+  }
+}
+
+}  // namespace
+
+ApplicationOrder::ApplicationOrder(const NodeTypes& nodeTypes, CToolManagerDriver* toolManager,
+                                   CXmlNode& project)
+    : types(nodeTypes), tools(toolManager) {
+  for (int i = 0; i < project.GetChildCount(); ++i) {
+    CXmlNode& child = *project.GetChild(i);
+    if ((types.FlagsOf(child) & kTypeApplication) == 0) continue;
+    Entry& entry = entries.emplace_back();
+    entry.node = &child;
+    entry.output = NameToCompare(TextOf(child.GetAttrValue("OutputFile")));
+    entry.fileName = FileNameOf(entry.output);
+  }
+  if (entries.size() > 1) {
+    for (Entry& each : entries) FindUses(each);
+  }
+  std::vector<const CXmlNode*> chain;
+  for (Entry& each : entries) Visit(each, chain);
+}
+
+void ApplicationOrder::FindUses(Entry& entry) {
+  if ((types.FlagsOf(*entry.node) & kTypeBuild) == 0 || IsExactlyYes(*entry.node, "Exclude")) {
+    return;
+  }
+  std::vector<const Entry*> candidates;
+  std::string outputs;
+  for (const Entry& each : entries) {
+    if (each.output.empty() || (&each != &entry && each.output == entry.output)) continue;
+    candidates.push_back(&each);
+    if (&each == &entry) continue;
+    outputs +=
+        (outputs.empty() ? "\"" : ",\"") + TextOf(each.node->GetAttrValue("OutputFile")) + '"';
+  }
+  if (outputs.empty()) return;
+  const auto take = [&](std::string_view path) {
+    for (const Entry* each : candidates) {
+      // Nearly all files have another name, and this is the quick part.
+      if (EndsWithNoCase(path, each->fileName) && NameToCompare(path) == each->output) {
+        AddUse(entry, each->node);
+      }
+    }
+  };
+  ForEachFile(types, *entry.node, take);
+  const CXmlNode* values = FindStoredValues(*entry.node);
+  const char* tool = entry.node->GetAttrValue("TranslateTool");
+  if (tools == nullptr || values == nullptr || tool == nullptr || *tool == '\0') return;
+  const std::string used = tools->GetUsedFiles(tool, "", values->ValueText(), outputs);
+  const std::vector<std::string_view> pieces = Split(used, '"');
+  for (std::size_t i = 1; i < pieces.size(); i += 2) take(pieces[i]);
+}
+
+void ApplicationOrder::AddUse(Entry& entry, CXmlNode* used) {
+  const auto& uses = entry.uses;
+  if (std::find(uses.begin(), uses.end(), used) == uses.end()) entry.uses.push_back(used);
+}
+
+void ApplicationOrder::Visit(Entry& entry, std::vector<const CXmlNode*>& chain) {
+  if (entry.state != State::New) return;
+  entry.state = State::InProgress;
+  chain.push_back(entry.node);
+  for (const Entry& each : entries) {
+    const bool isUsed =
+        std::find(entry.uses.begin(), entry.uses.end(), each.node) != entry.uses.end();
+    if (!isUsed) continue;
+    if (each.state == State::InProgress) ReportCycle(chain, *each.node);
+    Visit(*Find(*each.node), chain);
+  }
+  chain.pop_back();
+  entry.state = State::Done;
+  order.push_back(entry.node);
+}
+
+void ApplicationOrder::ReportCycle(const std::vector<const CXmlNode*>& chain,
+                                   const CXmlNode& again) {
+  if (!cycle.empty()) return;
+  for (auto each = std::find(chain.begin(), chain.end(), &again); each != chain.end(); ++each) {
+    cycle += TextOf((*each)->GetAttrValue("Header")) + " -> ";
+  }
+  cycle += TextOf(again.GetAttrValue("Header"));
+}
+
+std::string ApplicationOrder::GetProblem() const {
+  return cycle.empty() ? cycle
+                       : "Applications that use each other's outputs can't be built: " + cycle;
+}
+
+ApplicationOrder::Entry* ApplicationOrder::Find(const CXmlNode& node) {
+  const auto found = std::find_if(entries.begin(), entries.end(),
+                                  [&node](const Entry& each) { return each.node == &node; });
+  return found == entries.end() ? nullptr : &*found;
+}
+
+const ApplicationOrder::Entry* ApplicationOrder::Find(const CXmlNode& node) const {
+  return const_cast<ApplicationOrder*>(this)->Find(node);
+}
+
+const std::vector<CXmlNode*>& ApplicationOrder::GetDirectlyUsed(const CXmlNode& application) const {
+  static const std::vector<CXmlNode*> kNone;
+  const Entry* entry = Find(application);
+  return entry == nullptr ? kNone : entry->uses;
+}
+
+std::vector<CXmlNode*> ApplicationOrder::GetUsed(const CXmlNode& application) const {
+  std::vector<const CXmlNode*> open{&application};
+  std::vector<const CXmlNode*> found;
+  while (!open.empty()) {
+    const CXmlNode* next = open.back();
+    open.pop_back();
+    for (const CXmlNode* each : GetDirectlyUsed(*next)) {
+      if (std::find(found.begin(), found.end(), each) != found.end()) continue;
+      found.push_back(each);
+      open.push_back(each);
+    }
+  }
+  std::vector<CXmlNode*> used;
+  for (CXmlNode* each : order) {
+    const bool isUsed = std::find(found.begin(), found.end(), each) != found.end();
+    if (isUsed && each != &application) used.push_back(each);
+  }
+  return used;
+}
+
+}  // namespace tarn

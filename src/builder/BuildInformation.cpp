@@ -1,0 +1,293 @@
+// What tools report about their outputs, and what the host may ask around a build.
+
+#include <algorithm>
+#include <optional>
+
+#include "builder/Staleness.h"
+#include "output/MessageTable.h"
+#include "patterns/Parser.h"
+#include "platform/files/SameName.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Hash.h"
+#include "platform/text/Text.h"
+#include "project/ProjectModel.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+bool HoldsOutput(const CXmlNode& node) {
+  if (node.GetAttr("OutputFile") != nullptr) return true;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    if (HoldsOutput(*node.GetChild(i))) return true;
+  }
+  return false;
+}
+
+void HashOutputs(const CXmlNode& node, std::vector<std::uint64_t>& hashes) {
+  const char* output = node.GetAttrValue("OutputFile");
+  if (output != nullptr && *output != '\0') hashes.push_back(HashBytes(output));
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    const CXmlNode& child = *node.GetChild(i);
+    if (IsContentNode(child)) HashOutputs(child, hashes);
+  }
+}
+
+void CountListings(const CXmlNode& node, std::unordered_map<std::string, int>& counts) {
+  const std::string listing = TextOf(node.GetAttrValue("ListingFile"));
+  const std::string tool = TextOf(node.GetAttrValue("TranslateTool"));
+  if (!listing.empty() && !tool.empty()) ++counts[listing];
+  for (const CXmlNode* child : node.GetChildren()) {
+    if (IsContentNode(*child)) CountListings(*child, counts);
+  }
+}
+
+// Returns whether several nodes may have one output. Cheaper than an index, and nearly always
+// false.
+bool MayShareOutputs(const CXmlNode& application) {
+  std::vector<std::uint64_t> hashes;
+  HashOutputs(application, hashes);
+  std::sort(hashes.begin(), hashes.end());
+  return std::adjacent_find(hashes.begin(), hashes.end()) != hashes.end();
+}
+
+// The children in order, taken out of the node.
+std::vector<std::unique_ptr<CXmlNode>> TakeChildren(CXmlNode& node) {
+  std::vector<std::unique_ptr<CXmlNode>> children;
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    children.push_back(node.DetachChild(node.GetChild(i)));
+  }
+  std::reverse(children.begin(), children.end());
+  return children;
+}
+
+BuildReport ReadReport(const CXmlNode& record) {
+  BuildReport report;
+  report.infos = TextOf(record.GetAttrValue("Infos"));
+  report.date = TextOf(record.GetAttrValue("Date"));
+  report.command = ParseCommandHash(TextOf(record.GetAttrValue("Command")));
+  report.programs = SplitQuotedList(TextOf(record.GetAttrValue("Programs")));
+  report.products = SplitQuotedList(TextOf(record.GetAttrValue("Products")));
+  report.byProducts = SplitQuotedList(TextOf(record.GetAttrValue("ByProducts")));
+  report.search = TextOf(record.GetAttrValue("Search"));
+  report.hasInexactNames = IsExactlyYes(record, "InexactNames");
+  for (int i = 0; i < record.GetChildCount(); ++i) {
+    const char* file = record.GetChild(i)->GetAttrValue("Header");
+    if (file != nullptr) report.dependencies.emplace_back(file);
+  }
+  return report;
+}
+
+}  // namespace
+
+std::int32_t CProjectModel::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
+  if (!TakeBuildRecords(TextOf(xmlinfo))) return 0;
+  // What was good or stale may have changed its mind.
+  fileTimes.Forget();
+  if (activeApplication != nullptr) views.LoadGlobals(GlobalsFileOf(*activeApplication));
+  return 1;
+}
+
+bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
+  const TreeUpdate update(views, UpdateScope::Told);
+  CXmlNode records;
+  records.Load(xmlinfo, g_xmlParseInfo);
+  CXmlNode* const application = walkApplication != nullptr ? walkApplication : activeApplication;
+  if (application == nullptr) return false;
+  for (std::unique_ptr<CXmlNode>& record : TakeChildren(records)) {
+    CXmlNode* node = FindNodeByOutput(*application, record->GetAttrValue("Header"));
+    if (node == nullptr) continue;
+    const std::string infos = TextOf(record->GetAttrValue("Infos"));
+    const std::string date = TextOf(record->GetAttrValue("Date"));
+    RecordBuildInfo(node, infos.c_str(), date.c_str());
+    BuildReport report = ReadReport(*record);
+    // Each of several runs would find that another one has replaced it.
+    std::erase_if(report.products, [&](const std::string& each) {
+      return each == TextOf(node->GetAttrValue("ListingFile")) && IsSharedListing(each);
+    });
+    buildRecords.TakeReport(*node, report);
+    ReplaceDependencies(*node, TakeDependencies(std::move(record)));
+    views.TellUpdated(*node);
+  }
+  return true;
+}
+
+void CProjectModel::ForgetOldOutputs() {
+  if (outputIndexEpoch == outputEpoch) return;
+  outputIndexes.clear();
+  listings.reset();
+  withoutShared.clear();
+  outputIndexEpoch = outputEpoch;
+}
+
+const OutputIndex& CProjectModel::IndexOutputs(CXmlNode& application) {
+  ForgetOldOutputs();
+  return outputIndexes.try_emplace(&application, application).first->second;
+}
+
+CXmlNode* CProjectModel::FindNodeByOutput(CXmlNode& application, const char* outputFile) {
+  if (outputFile == nullptr) return nullptr;
+  const OutputIndex& index = IndexOutputs(application);
+  CXmlNode* found = index.FindAmongSimilar(outputFile);
+  if (found == nullptr) found = index.Find(outputFile);
+  // One that is left out of the build has not been built.
+  const auto& shared = index.GetShared();
+  for (auto pair = shared.rbegin(); pair != shared.rend(); ++pair) {
+    if (pair->second != found || IsBuilt(*found, application)) continue;
+    if (IsBuilt(*pair->first, application)) found = pair->first;
+  }
+  return found;
+}
+
+bool CProjectModel::IsSharedListing(const std::string& path) {
+  ForgetOldOutputs();
+  if (!listings) CountListings(*projectRoot, listings.emplace());
+  const auto found = listings->find(path);
+  return found != listings->end() && found->second > 1;
+}
+
+std::vector<SharedOutput> CProjectModel::FindSharedOutputs(CXmlNode& application) {
+  std::vector<SharedOutput> found;
+  ForgetOldOutputs();
+  if (withoutShared.contains(&application)) return found;
+  if (!MayShareOutputs(application)) {
+    withoutShared.insert(&application);
+    return found;
+  }
+  const auto& shared = IndexOutputs(application).GetShared();
+  for (auto pair = shared.begin(); pair != shared.end(); ++pair) {
+    const CXmlNode* const second = pair->second;
+    const CXmlNode* first = pair->first;
+    // The pairs of one output are a chain, in which some may be left out of the build.
+    for (auto before = pair; before != shared.begin() && !IsBuilt(*first, application);) {
+      if ((--before)->second == first) first = before->first;
+    }
+    if (!IsBuilt(*first, application) || !IsBuilt(*second, application)) continue;
+    const auto source = [this](const CXmlNode& node) {
+      return RealName(files, TextOf(node.GetAttrValue("Path")));
+    };
+    const bool isSameSource = source(*first) == source(*second);
+    found.push_back({first, second, isSameSource && first != &application});
+  }
+  return found;
+}
+
+// The record itself becomes the new list: projects have some ten dependencies for each file, and
+// all of them are there already.
+std::unique_ptr<CXmlNode> CProjectModel::TakeDependencies(std::unique_ptr<CXmlNode> record) {
+  record->SetName("Dependencies");
+  record->SetValue("");
+  while (CXmlAttr* attribute = record->GetFirstAttr()) record->RemoveAttr(attribute);
+  record->AddAttr("Header", "Dependencies");
+  for (int i = 0; i < record->GetChildCount(); ++i) {
+    CXmlNode* dependency = record->GetChild(i);
+    const char* file = dependency->GetAttrValue("Header");
+    const CXmlNode* type = FindTypeByFileExtension(file == nullptr ? "" : file);
+    if (type != nullptr) dependency->SetName(type->NameView());
+    if (HoldsOutput(*dependency)) ++outputEpoch;
+  }
+  return record;
+}
+
+void CProjectModel::ReplaceDependencies(CXmlNode& node, std::unique_ptr<CXmlNode> list) {
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    CXmlNode* child = node.GetChild(i);
+    if (child->NameView() != "Dependencies") continue;
+    if (HoldsOutput(*child)) ++outputEpoch;
+    ForgetPointersInto(*child);
+    node.RemoveChild(child);
+    break;
+  }
+  if (list->GetChildCount() > 0) node.AppendChild(std::move(list));
+}
+
+std::unordered_set<const CXmlNode*> CProjectModel::FindRepeatedNodes(CXmlNode& application) {
+  std::unordered_set<const CXmlNode*> repeated;
+  for (const SharedOutput& each : FindSharedOutputs(application)) {
+    if (each.isSameSource) repeated.insert(each.first);
+  }
+  return repeated;
+}
+
+std::int32_t CProjectModel::RecordBuildInfo(CXmlNode* node, const char* infos, const char* date) {
+  if (node == nullptr) return 0;
+  const char* path = node->GetAttrValue("Path");
+  std::string desc;
+  if ((types.FlagsOf(*node) & kTypeApplication) != 0) {
+    desc = GetMessageText(kRowApplicationInformation);
+  } else if (path != nullptr) {
+    desc = GetMessageText(kRowLabelPath);
+  }
+  desc += " \t " + TextOf(path);
+  std::string info = " ";
+  if (infos != nullptr) {
+    desc += "\n" + GetMessageText(kRowLabelOutputFile) + " \t\t " +
+            TextOf(node->GetAttrValue("OutputFile")) + "\n";
+    if (const char* config = node->GetAttrValue("Config")) {
+      desc += GetMessageText(kRowLabelConfiguration) + " \t " + config + "\n";
+    }
+    const auto saysYes = [node](const char* name) {
+      const char* value = node->GetAttrValue(name);
+      return value != nullptr && EqualNoCase(value, "Yes");
+    };
+    if (saysYes("Exclude")) info += "[Excluded from Build] ";
+    if (saysYes("LinkExclude")) info += "[Excluded from Link] ";
+    info += infos;
+    desc += GetMessageText(kRowLabelInformation) + " \t " + infos + "\n";
+    if (date != nullptr) {
+      desc +=
+          GetMessageText(kRowLabelDate) + " \t\t " + FormatLocalTime(ParseInt64(date).value_or(0));
+      node->SetAttrValue("LastBuilt", date);
+    }
+  }
+  node->SetAttrValue("Info", info);
+  node->SetAttrValue("Desc", desc);
+  return 1;
+}
+
+const CXmlNode* CProjectModel::FindTypeByFileExtension(std::string_view path) {
+  if (!typesByExtensionKnown) {
+    typesByExtension.clear();
+    lastExtension = {};
+    const CXmlNode& records = types.GetRoot();
+    for (int i = 0; i < records.GetChildCount(); ++i) {
+      const CXmlNode* record = records.GetChild(i);
+      std::string extensions =
+          propertyManager->GetPropertyValue("Target", "Internal", record->GetName() + "-Ext");
+      if (extensions.empty()) extensions = TextOf(record->GetAttrValue("Extension"));
+      const CParser entries(extensions, ";");
+      for (int entry = 0; entry < entries.GetCount(); ++entry) {
+        typesByExtension["." + FoldCase(entries.GetToken(entry))] = record;
+      }
+    }
+    typesByExtensionKnown = true;
+  }
+  // Mostly that of the file before.
+  std::string extension = ExtensionOf(path);
+  if (extension == lastExtension.first) return lastExtension.second;
+  const auto found = typesByExtension.find(FoldCase(extension));
+  lastExtension = {std::move(extension), found == typesByExtension.end() ? nullptr : found->second};
+  return lastExtension.second;
+}
+
+std::string CProjectModel::GetDynamicCommands(std::uint32_t commandId) {
+  const bool hasCommands = dynamicCommands != nullptr && dynamicCommands->GetChildCount() > 0;
+  if (commandId != static_cast<std::uint32_t>(kFirstDynamicCommand) || !hasCommands) return {};
+  return dynamicCommands->ToString(g_xmlDisplayOptions);
+}
+
+std::string CProjectModel::GetSymbolInfo(const char* symbolName) {
+  const CXmlNode* symbols = views.globals == nullptr ? nullptr : views.globals->GetSymbols();
+  CXmlNode* found = nullptr;
+  FindChildNode(symbolName, "Header", symbols, found);
+  return found == nullptr ? std::string() : found->ToString(g_xmlDisplayOptions);
+}
+
+void CProjectModel::ReportMessage(const char* text) {
+  output->AddOutput(TextOf(text));
+  output->SaveLog();
+  output->UpdateReport();
+}
+
+}  // namespace tarn

@@ -1,0 +1,289 @@
+#include "builder/BuildRecords.h"
+
+#include <utility>
+
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+StateVerdict BuildRecords::OpenJournal(const std::string& path,
+                                       const std::string& projectFileName) {
+  if (IsJournalCurrent(path)) return verdict_;
+  // What tools reported before there was a journal belongs into it.
+  if (journal_.empty() && store_.GetCount() > 0) return TakeOverJournal(path, projectFileName);
+  WithdrawAll();
+  shadows_.Clear();
+  journal_ = path;
+  projectFileName_ = projectFileName;
+  problem_.clear();
+  journalStatus_ = files_.Examine(path);
+  auto bytes = files_.ReadOwnFile(path);
+  const bool isMissing = !bytes && bytes.GetError().code == ErrorCode::NotFound;
+  const bool isUnreadable = !bytes && !isMissing;
+  readProblem_ = isUnreadable ? bytes.GetError().text : std::string();
+  const std::size_t size = bytes ? bytes->size() : 0;
+  verdict_ = store_.Load(bytes ? std::move(*bytes) : std::string(), projectFileName);
+  const bool isCut = verdict_ == StateVerdict::Good && store_.GetJournalLength() < size;
+  if (isCut) verdict_ = StateVerdict::Cut;
+  if (isMissing) verdict_ = StateVerdict::Good;
+  if (isUnreadable) verdict_ = StateVerdict::Unreadable;
+  return verdict_;
+}
+
+StateVerdict BuildRecords::TakeOverJournal(const std::string& path,
+                                           const std::string& projectFileName) {
+  BuildRecords written(files_);
+  verdict_ = written.OpenJournal(path, projectFileName);
+  readProblem_ = written.readProblem_;
+  store_.Adopt(written.store_);
+  journal_ = path;
+  projectFileName_ = projectFileName;
+  problem_.clear();
+  const Status replaced = files_.WriteOwnFile(path, store_.RestartJournal(projectFileName));
+  if (!replaced) problem_ = path + ": " + replaced.GetError().text;
+  journalStatus_ = files_.Examine(path);
+  return verdict_;
+}
+
+// What a node was made from is in the other journal, or nowhere: another process failed on it, or
+// the file was lost. Its output must not be judged by times alone then.
+void BuildRecords::WithdrawAll() {
+  for (auto& [node, bound] : bound_) {
+    if (!bound.withdrawn) bound.withdrawn = {StaleReason::NeverBuilt, {}};
+    bound.record = BuildRecordStore::kNone;
+  }
+}
+
+void BuildRecords::CloseJournal() {
+  ForgetAll();
+  shadows_.Clear();
+  journal_.clear();
+  store_.Load({}, {});
+}
+
+bool BuildRecords::IsJournalCurrent(const std::string& path) const {
+  if (path != journal_) return false;
+  const std::optional<FileStatus> now = files_.Examine(path);
+  return now.has_value() == journalStatus_.has_value() &&
+         (!now || IsSameVersion(*now, *journalStatus_));
+}
+
+// Only what is on disk still counts: sources that went left outputs that went, too.
+void BuildRecords::CompactJournal() {
+  if (journal_.empty()) return;
+  if (store_.GetCount() == 0 && files_.RemoveFile(journal_)) {
+    store_.Load({}, projectFileName_);
+    journalStatus_.reset();
+    return;
+  }
+  if (!store_.IsWasteful()) return;
+  const std::string bytes = store_.Save(projectFileName_);
+  if (!files_.WriteOwnFile(journal_, bytes)) return;  // the longer one is as good
+  journalStatus_ = files_.Examine(journal_);
+  // The records have other positions now.
+  std::vector<std::pair<std::string, std::string>> keys;
+  for (const auto& [node, bound] : bound_) {
+    const bool hasRecord = bound.record != BuildRecordStore::kNone;
+    keys.push_back(hasRecord ? store_.KeyText(bound.record)
+                             : std::pair<std::string, std::string>());
+  }
+  store_.Load(bytes, projectFileName_);
+  shadows_.Clear();
+  auto key = keys.begin();
+  for (auto& [node, bound] : bound_) {
+    bound.record = store_.Find(key->first, key->second);
+    const bool isLost = bound.record == BuildRecordStore::kNone && !bound.withdrawn;
+    if (isLost) bound.withdrawn = {StaleReason::NeverBuilt, {}};
+    ++key;
+  }
+}
+
+RunSnapshot BuildRecords::BeginRun(const CXmlNode& node, std::string_view application,
+                                   std::string_view output, const std::vector<std::string>& sources,
+                                   std::uint64_t signature) {
+  Run& run = running_[&node];
+  run = {std::string(application), std::string(output), sources, signature, {}};
+  RunSnapshot snapshot;
+  snapshot.SetOutput(run.output);
+  for (const std::string& source : sources) snapshot.AddInput(source, false);
+  const std::size_t before = store_.Find(application, output);
+  if (before == BuildRecordStore::kNone) return snapshot;
+  for (const BuildRecord::Number input : store_.Get(before).inputs) {
+    snapshot.AddInput(store_.PathOf(input), !store_.Version(input).IsSettled());
+  }
+  for (const BuildRecord::Number path : store_.Get(before).passedOver) {
+    snapshot.AddInput(store_.Text(path), false);
+  }
+  return snapshot;
+}
+
+void BuildRecords::EndRun(const CXmlNode& node, RunSnapshot snapshot, bool succeeded) {
+  const auto found = running_.find(&node);
+  if (found == running_.end()) return;
+  Run run = std::move(found->second);
+  running_.erase(found);
+  if (succeeded) {
+    run.snapshot = std::move(snapshot);
+    ended_[&node] = std::move(run);
+    return;
+  }
+  ended_.erase(&node);
+  const std::size_t before = store_.Find(run.application, run.output);
+  if (before == BuildRecordStore::kNone) return;
+  Withdraw(node, {StaleReason::RunFailed, {}});
+  store_.Drop(before);
+  WriteJournal();
+}
+
+void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
+  bound_.erase(&node);
+  const auto found = ended_.find(&node);
+  if (found == ended_.end()) return;
+  const Run run = std::move(found->second);
+  ended_.erase(found);
+  const std::optional<FileStatus>& output = run.snapshot.GetOutputStatus();
+  if (!output) return;
+
+  BuildRecord record;
+  record.application = store_.Intern(run.application);
+  record.output = store_.AddVersion(run.output, *output, run.snapshot.GetOutputHash());
+  record.infos = store_.Intern(report.infos);
+  record.date = store_.Intern(report.date);
+  record.search = store_.Intern(report.search);
+  record.signature = report.hasInexactNames ? BuildRecord::kNoSignature : run.signature;
+  record.command = report.command;
+  record.sources = static_cast<BuildRecord::Number>(run.sources.size());
+  record.programs =
+      static_cast<BuildRecord::Number>(report.programs.size() + report.products.size());
+  record.inputs.reserve(record.sources + report.dependencies.size() + record.programs);
+  PathChanges changes = run.snapshot.WatchPaths(files_, RootsOf(run, report));
+  const auto addInput = [&](const std::string& path) { return AddInput(run, path, changes); };
+  for (const std::string& path : run.sources) record.inputs.push_back(addInput(path));
+  for (const std::string& path : report.dependencies) record.inputs.push_back(addInput(path));
+  for (const std::string& path : report.programs) {
+    record.inputs.push_back(AddProgram(run, path, changes));
+  }
+  for (const std::string& path : report.products) {
+    AddProduct(record, path);
+    record.byProducts.push_back(record.inputs.back());
+  }
+  for (const std::string& path : report.byProducts) {
+    const std::optional<FileStatus> status = files_.Examine(path);
+    if (status) record.byProducts.push_back(store_.AddVersion(path, *status, 0));
+  }
+  shadows_.Complete(record, addInput, [&](const std::string& path) {
+    return !run.snapshot.Settle(files_, path, changes).isSettled;
+  });
+  bound_[&node] = {store_.Put(std::move(record)), {}, 0};
+  WriteJournal();
+}
+
+// The folders in which files are looked for by name.
+std::vector<std::string> BuildRecords::RootsOf(const Run& run, const BuildReport& report) const {
+  std::vector<std::string> roots = SplitQuotedList(report.search);
+  roots.push_back(FolderOf(run.application));
+  if (!journal_.empty()) roots.push_back(FolderOf(journal_));
+  for (const std::string& program : report.programs) roots.push_back(FolderOf(program));
+  return roots;
+}
+
+// A version that is known with its hash is not read again, however many outputs are made from it.
+BuildRecord::Number BuildRecords::AddInput(const Run& run, const std::string& path,
+                                           PathChanges& changes) {
+  const RunSnapshot::Settled settled = run.snapshot.Settle(files_, path, changes);
+  if (!settled.exists || !settled.isSettled) {
+    return store_.AddVersion(path, FileVersion::Unsettled(), 0);
+  }
+  const FileVersion* const known = store_.FindLatest(path);
+  const bool isKnown = known != nullptr && IsSameVersion(known->status, settled.status) &&
+                       known->status.changed == settled.status.changed;
+  const std::uint64_t hash = isKnown             ? known->hash
+                             : settled.hash != 0 ? settled.hash
+                                                 : HashVersion(files_, path, settled.status);
+  return store_.AddVersion(path, settled.status, hash);
+}
+
+// A program that is edited in place may keep its size and get its time back: then the time of its
+// last change differs. The content decides for scripts and small programs; reading a large one
+// would take longer than it is worth.
+BuildRecord::Number BuildRecords::AddProgram(const Run& run, const std::string& path,
+                                             PathChanges& changes) {
+  constexpr std::uint64_t kMaxCompared = 1 << 20;
+  const RunSnapshot::Settled settled = run.snapshot.Settle(files_, path, changes);
+  if (settled.exists && settled.status.size <= kMaxCompared) return AddInput(run, path, changes);
+  const bool isKnown = settled.exists && settled.isSettled;
+  return store_.AddVersion(path, isKnown ? settled.status : FileVersion::Unsettled(), 0);
+}
+
+void BuildRecords::AddProduct(BuildRecord& record, const std::string& path) {
+  const std::optional<FileStatus> status = files_.Examine(path);
+  record.inputs.push_back(status
+                              ? store_.AddVersion(path, *status, HashVersion(files_, path, *status))
+                              : store_.AddVersion(path, FileVersion::Unsettled(), 0));
+}
+
+const BuildRecord* BuildRecords::Restore(const CXmlNode& node, std::string_view application,
+                                         std::string_view output) {
+  const std::size_t record = store_.Find(application, output);
+  if (record == BuildRecordStore::kNone) return nullptr;
+  bound_[&node] = {record, {}};
+  return &store_.Get(record);
+}
+
+BuildRecords::Bound* BuildRecords::Find(const CXmlNode& node) {
+  const auto found = bound_.find(&node);
+  return found == bound_.end() ? nullptr : &found->second;
+}
+
+void BuildRecords::Withdraw(const CXmlNode& node, StaleVerdict why) {
+  bound_[&node].withdrawn = std::move(why);
+}
+
+void BuildRecords::Drop(const CXmlNode& node, std::string_view application,
+                        std::string_view output) {
+  bound_.erase(&node);
+  const std::size_t record = store_.Find(application, output);
+  if (record != BuildRecordStore::kNone) store_.Drop(record);
+}
+
+void BuildRecords::SetSignature(const Bound& bound, std::uint64_t signature) {
+  store_.SetSignature(bound.record, signature);
+}
+
+void BuildRecords::Forget(const CXmlNode& node) {
+  if (bound_.empty() && running_.empty() && ended_.empty()) return;
+  bound_.erase(&node);
+  running_.erase(&node);
+  ended_.erase(&node);
+  for (int i = 0; i < node.GetChildCount(); ++i) Forget(*node.GetChild(i));
+}
+
+void BuildRecords::ForgetAll() {
+  bound_.clear();
+  running_.clear();
+  ended_.clear();
+}
+
+// What could not be written is tried again, and stays a problem until it is.
+void BuildRecords::WriteJournal() {
+  if (journal_.empty() || (!store_.HasNews() && problem_.empty())) return;
+  const Status written = AppendNews();
+  problem_ = written ? std::string() : journal_ + ": " + written.GetError().text;
+}
+
+Status BuildRecords::AppendNews() {
+  const std::size_t end = store_.GetJournalLength();
+  if (end != 0 && journalStatus_ && problem_.empty()) {
+    const Status appended =
+        files_.WriteTail(journal_, journalStatus_->size, end, store_.TakeNews());
+    journalStatus_ = files_.Examine(journal_);
+    if (appended || appended.GetError().code != ErrorCode::Changed) return appended;
+  }
+  // There is none yet, or another program changed it: replaced as a whole.
+  const Status written = files_.WriteOwnFile(journal_, store_.RestartJournal(projectFileName_));
+  journalStatus_ = files_.Examine(journal_);
+  return written;
+}
+
+}  // namespace tarn

@@ -1,0 +1,550 @@
+#include "builder/BuildWalk.h"
+
+#include <algorithm>
+
+#include "builder/SameFiles.h"
+#include "builder/TrustCheck.h"
+#include "output/MessageTable.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "project/TreeSearch.h"
+#include "project/WorkerControl.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr std::size_t kMaxNodesAhead = 512;
+constexpr std::uint64_t kNeverEpoch = UINT64_MAX;
+constexpr unsigned kStepsPerLook = 16;
+
+// Nothing when one of the two is nothing.
+std::optional<std::int64_t> Later(const std::optional<std::int64_t>& a,
+                                  const std::optional<std::int64_t>& b) {
+  return a && b ? std::optional(std::max(*a, *b)) : std::nullopt;
+}
+
+// About the nodes of the subtree, at most `limit` of them; gives how many.
+std::size_t AskForSubtree(Staleness& staleness, const CXmlNode& node, FileTimes::Inquiry& inquiry,
+                          NodesAhead& ahead, std::size_t limit) {
+  if (limit == 0) return 0;
+  std::size_t count = 1;
+  staleness.AskForFiles(node, inquiry, ahead);
+  for (int i = 0; i < node.GetChildCount() && count < limit; ++i) {
+    const CXmlNode* child = node.GetChild(i);
+    if (!IsContentNode(*child)) continue;
+    count += AskForSubtree(staleness, *child, inquiry, ahead, limit - count);
+  }
+  return count;
+}
+
+// What the node's own options name.
+std::vector<NamedOutput> OutputsOf(const CXmlNode& node) {
+  std::vector<NamedOutput> outputs;
+  for (const auto& [attribute, option] : {std::pair("OutputFile", "Build.OutputFile"),
+                                          std::pair("ListingFile", "Build.ListingFile")}) {
+    const std::string path = TextOf(node.GetAttrValue(attribute));
+    if (!path.empty()) outputs.push_back({path, option});
+  }
+  return outputs;
+}
+
+std::size_t CountApplications(const NodeTypes& types, const CXmlNode& project) {
+  std::size_t count = 0;
+  for (int i = 0; i < project.GetChildCount(); ++i) {
+    if ((types.FlagsOf(*project.GetChild(i)) & kTypeApplication) != 0) ++count;
+  }
+  return count;
+}
+
+}  // namespace
+
+BuildWalk::BuildWalk(CProjectModel& projectModel, bool examinesElsewhere)
+    : model(projectModel),
+      guard(projectModel),
+      asksForTimes(examinesElsewhere),
+      treeEpoch(projectModel.treeEpoch) {}
+
+void BuildWalk::BeginBuild(CXmlNode* node, std::int32_t buildMode) {
+  mode = buildMode;
+  model.FindEnclosingApplication(node, model.walkApplication);
+  if (node != nullptr) frames.emplace_back(node, mode);
+}
+
+void BuildWalk::BeginTranslate(CXmlNode* node) {
+  model.FindEnclosingApplication(node, model.walkApplication);
+  if (node != nullptr) frames.emplace_back(node, mode, Stage::Translate);
+}
+
+void BuildWalk::BeginTool(CXmlNode* node, const std::string& tool) {
+  usesGivenTool = true;
+  givenTool = tool;
+  BeginTranslate(node);
+}
+
+bool BuildWalk::LostTree() const {
+  return model.treeEpoch != treeEpoch;
+}
+
+bool BuildWalk::IsOver(const std::optional<Clock::time_point>& deadline) const {
+  return deadline && Clock::now() >= *deadline;
+}
+
+WalkRequest BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
+  currentDeadline = deadline;
+  WalkRequest request;
+  while (!frames.empty()) {
+    if (LostTree()) {
+      if (frames.back().stage == Stage::Tool) LeaveTool();
+      frames.clear();
+      succeeded = false;
+      break;
+    }
+    if (!Step(request)) return request;
+    // Most steps take less time than a look at the clock.
+    if (++stepCount % kStepsPerLook == 0 && IsOver(deadline) && !frames.empty()) {
+      request.kind = WalkRequest::Kind::Pause;
+      return request;
+    }
+  }
+  return request;
+}
+
+bool BuildWalk::Step(WalkRequest& request) {
+  Frame& frame = frames.back();
+  switch (frame.stage) {
+    case Stage::Enter:
+      return Enter(frame);
+    case Stage::Publish:
+      return Publish(frame, request);
+    case Stage::Uses:
+      return EnterUsed(frame);
+    case Stage::Start:
+      return StartNode(frame);
+    case Stage::Children:
+      return EnterNextChild(frame);
+    case Stage::Own:
+      return DoOwnWork(frame, request);
+    case Stage::Translate:
+      return RequestTool(frame, request);
+    case Stage::Tool:
+      FinishTool(frame);
+      return true;
+  }
+  return true;
+}
+
+bool BuildWalk::Return(bool success, bool isGood) {
+  const std::optional<std::int64_t> newest =
+      isGood && success ? NewestOutputOf(frames.back()) : std::nullopt;
+  const bool isUsed = frames.back().isUsed;
+  frames.pop_back();
+  if (frames.empty()) {
+    succeeded = success;
+    return true;
+  }
+  Frame& parent = frames.back();
+  if (!isGood && !isUsed) parent.childrenGood = false;
+  if (!isUsed) parent.newestOutput = Later(parent.newestOutput, newest);
+  if (!success) return Return(false, false);  // nothing above a failure is processed
+  return true;
+}
+
+bool BuildWalk::Enter(Frame& frame) {
+  if (model.GetBuildState() == StateStopRequested) return Return(false, false);
+  if ((model.types.FlagsOf(*frame.node) & kTypeBuild) == 0) {
+    // Nothing to build, but something stale may lie below all the same.
+    return Return(true, frame.node->GetChildCount() == 0);
+  }
+  frame.stage = Stage::Publish;
+  return true;
+}
+
+bool BuildWalk::Publish(Frame& frame, WalkRequest& request) {
+  while (publishedEpoch != model.publishEpoch) {
+    if (!model.PublishNextNode(PublishRoot())) {
+      publishedEpoch = model.publishEpoch;
+      break;
+    }
+    if (IsOver(currentDeadline)) {
+      request.kind = WalkRequest::Kind::Pause;
+      return false;
+    }
+  }
+  if (&frame == &frames.front() && !order) FindOrder(*frame.node);
+  frame.stage = Stage::Uses;
+  return true;
+}
+
+// What an application uses can lie in the whole project.
+CXmlNode* BuildWalk::PublishRoot() const {
+  CXmlNode* const first = frames.front().node;
+  const bool isOne = (model.types.FlagsOf(*first) & kTypeApplication) != 0 && mode != ModeClean;
+  CXmlNode* const root = model.projectRoot.get();
+  return isOne && CountApplications(model.types, *root) > 1 ? root : first;
+}
+
+void BuildWalk::FindOrder(const CXmlNode& node) {
+  const bool isProject = &node == model.projectRoot.get();
+  const bool isOne = (model.types.FlagsOf(node) & kTypeApplication) != 0;
+  if (mode == ModeClean || (!isProject && !isOne)) return;
+  if (CountApplications(model.types, *model.projectRoot) < 2) return;
+  order = std::make_unique<ApplicationOrder>(model.types, model.toolManager, *model.projectRoot);
+  if (isOne) used = order->GetUsed(node);
+}
+
+bool BuildWalk::EnterUsed(Frame& frame) {
+  const bool isFirst = &frame == &frames.front();
+  if (isFirst && order && !order->GetProblem().empty()) {
+    model.AddLogError(order->GetProblem());
+    return Return(false, false);
+  }
+  if (isFirst && nextUsed < used.size()) {
+    Frame& next = frames.emplace_back(used[nextUsed++], ModeBuild);  // invalidates `frame`
+    next.isUsed = true;
+    return true;
+  }
+  frame.stage = Stage::Start;
+  return true;
+}
+
+void BuildWalk::OrderChildren(Frame& frame) const {
+  auto next = order->GetAll().begin();
+  for (CXmlNode*& child : frame.children) {
+    if ((model.types.FlagsOf(*child) & kTypeApplication) != 0) child = *next++;
+  }
+}
+
+bool BuildWalk::UsesWhatWasBuilt(const CXmlNode& node) const {
+  if (built.empty() || (model.types.FlagsOf(node) & kTypeApplication) == 0) return false;
+  const std::vector<CXmlNode*>& uses = order->GetDirectlyUsed(node);
+  return std::any_of(uses.begin(), uses.end(), [this](const CXmlNode* each) {
+    return std::find(built.begin(), built.end(), each) != built.end();
+  });
+}
+
+bool BuildWalk::StartNode(Frame& frame) {
+  CXmlNode& node = *frame.node;
+  frame.stage = Stage::Children;
+  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
+    model.activeApplication = &node;
+    model.walkApplication = &node;
+    const char* config = node.GetAttrValue("Config");
+    model.output->WriteMessage(
+        kRowApplicationStarts,
+        {model.OperationText(frame.mode), TextOf(node.GetAttrValue("Header")),
+         config == nullptr ? kStandardConfig : config});
+    if (LostTree()) return true;
+    // The debug database is made anew by whoever needs it.
+    const std::string database = WithExtension(model.projectPath, ".tdb");
+    if (frame.mode == ModeClean && guard.WhyKept(node, {database, {}}).empty()) {
+      (void)model.files.RemoveFile(database);
+    }
+    repeated = model.FindRepeatedNodes(node);
+  }
+  if (IsExactlyYes(node, "Exclude")) return Return(true, true);
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    CXmlNode* child = node.GetChild(i);
+    if (IsContentNode(*child)) frame.children.push_back(child);
+  }
+  if (order && &node == model.projectRoot.get()) OrderChildren(frame);
+  frame.goodEpoch = model.fileTimes.GetEpoch();
+  return true;
+}
+
+bool BuildWalk::EnterNextChild(Frame& frame) {
+  if (frame.next == frame.children.size()) {
+    frame.stage = Stage::Own;
+    return true;
+  }
+  CXmlNode* child = frame.children[frame.next++];
+  if (repeated.contains(child)) return true;
+  const auto output = ahead.TakeGood(*child, model.fileTimes.GetEpoch());
+  if (output && model.GetBuildState() != StateStopRequested) {
+    frame.newestOutput = Later(frame.newestOutput, output);
+    return true;
+  }
+  frames.emplace_back(child, frame.mode);  // invalidates `frame`
+  return true;
+}
+
+bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
+  CXmlNode& node = *frame.node;
+  if (frame.mode == ModeClean) return Return(Clean(node), false);
+  // What was just built may be newer than its time tells.
+  if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node)) {
+    Staleness staleness(model.types, model.fileTimes, model.recordCheck,
+                        MayAsk(frame) ? Staleness::Unknown::Miss : Staleness::Unknown::Examine);
+    staleness.IgnoreUnbuildable();
+    const bool isUpToDate = IsUpToDate(frame, staleness);
+    if (staleness.HasMissed()) return !AskForTimes(frame, request);
+    if (isUpToDate) return Return(true, true);
+  }
+  frame.stage = Stage::Translate;
+  return true;
+}
+
+bool BuildWalk::IsUpToDate(const Frame& frame, Staleness& staleness) const {
+  if (!AreChildrenGood(frame)) return staleness.IsUpToDate(frame.node);
+  // No later than the latest of more files than an application is made of: that is all of them
+  // looked at already. Otherwise each is asked for by its name.
+  return (frame.newestOutput && staleness.IsUpToDateSince(*frame.node, *frame.newestOutput)) ||
+         staleness.IsUpToDateAlone(*frame.node);
+}
+
+// The latest output of a node that is up to date, what lies below it included.
+std::optional<std::int64_t> BuildWalk::NewestOutputOf(const Frame& frame) const {
+  const CXmlNode& node = *frame.node;
+  if (IsExactlyYes(node, "Exclude")) return INT64_MIN;
+  const std::uint32_t flags = model.types.FlagsOf(node);
+  const bool isJudged = (flags & kTypeBuild) != 0 && node.NameView() != "Group";
+  if (isJudged) return Later(frame.newestOutput, Staleness::LastBuiltOf(node));
+  const char* outputFile = node.GetAttrValue("OutputFile");
+  const bool hasOutput = outputFile != nullptr && *outputFile != '\0';
+  return hasOutput ? std::nullopt : frame.newestOutput;
+}
+
+bool BuildWalk::AreChildrenGood(const Frame& frame) const {
+  return frame.childrenGood && frame.goodEpoch == model.fileTimes.GetEpoch();
+}
+
+// A host that keeps reporting makes the times forgotten again and again: then what is missing is
+// looked at here.
+bool BuildWalk::MayAsk(const Frame& frame) const {
+  return asksForTimes && (frame.askedEpoch == 0 || frame.askedEpoch == model.fileTimes.GetEpoch());
+}
+
+// For the files that the frame's node is judged by, and those of the nodes that come next, so that
+// a walk over an up-to-date tree changes threads once in hundreds of nodes.
+bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
+  const bool hasAsked = frame.askedEpoch == model.fileTimes.GetEpoch();
+  frame.askedEpoch = model.fileTimes.GetEpoch();
+  Staleness staleness(model.types, model.fileTimes, model.recordCheck);
+  ahead.Begin(frame.askedEpoch);
+  if (AreChildrenGood(frame)) {
+    staleness.AskForFiles(*frame.node, request.inquiry, ahead);
+  } else {
+    AskForSubtree(staleness, *frame.node, request.inquiry, ahead, SIZE_MAX);
+  }
+  ahead.Begin(frame.askedEpoch);  // the walk has come to all of these
+  // Mostly the parts have been looked at, and what is missing is the application's own output.
+  const bool needsParts = hasAsked || !AreChildrenGood(frame) || !frame.newestOutput;
+  if (needsParts && (model.types.FlagsOf(*frame.node) & kTypeApplication) != 0) {
+    staleness.AskForParts(*frame.node, request.inquiry);
+  }
+  if (request.inquiry.IsEmpty()) {  // a path that nobody can ask for
+    frame.askedEpoch = kNeverEpoch;
+    return false;
+  }
+
+  std::size_t left = nodesAhead;
+  for (auto outer = frames.rbegin() + 1; outer != frames.rend() && left > 0; ++outer) {
+    for (std::size_t i = outer->next; i < outer->children.size() && left > 0; ++i) {
+      left -= std::min(left,
+                       AskForSubtree(staleness, *outer->children[i], request.inquiry, ahead, left));
+    }
+    if (left > 0) staleness.AskForFiles(*outer->node, request.inquiry, ahead);
+  }
+  nodesAhead = std::min(nodesAhead * 2, kMaxNodesAhead);
+  request.kind = WalkRequest::Kind::Examine;
+  return true;
+}
+
+void BuildWalk::TakeTimes(const FileTimes::Inquiry& inquiry) {
+  model.fileTimes.Take(inquiry);
+}
+
+bool BuildWalk::Clean(CXmlNode& node) {
+  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
+    if (model.IsWorkerAlive()) model.worker->chosenByWalk = &node;
+    model.SetCurrentNode(&node);
+    if (LostTree()) return false;
+  }
+  bool result = true;
+  bool isLeft = false;  // the next clean may be able to
+  std::vector<NamedOutput> made = OutputsOf(node);
+  // A host that keeps no records gets just what the nodes name.
+  if (model.buildRecords.HasJournal()) {
+    for (std::string& path : guard.FindByProducts(node)) made.push_back({std::move(path), {}});
+  }
+  for (const NamedOutput& named : made) {
+    const std::string& path = named.path;
+    if (!model.files.Exists(path)) continue;
+    // A file of a similar name is not what the tool made.
+    const std::optional<FileStatus> status = model.files.Examine(path);
+    if (status && status->otherSpelling) continue;
+    if (const std::string why = guard.WhyKept(node, named); !why.empty()) {
+      if (model.GetTrust().RefusesWrite(path)) {
+        model.GetTrust().Refuse(model.GetTrust().WishFor("delete", path));
+        isLeft = true;
+      }
+      model.AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
+      if (LostTree()) return false;
+      continue;
+    }
+    const Status removed = guard.Remove(node, path);
+    model.fileTimes.Forget();
+    if (removed) continue;
+    result = false;
+    isLeft = true;
+    model.AddBuildNotice(LineKind::Error, path + " can't be deleted: " + removed.GetError().text);
+    if (LostTree()) return false;
+  }
+  if (model.walkApplication != nullptr && !isLeft) {
+    model.buildRecords.Drop(node, TextOf(model.walkApplication->GetAttrValue("Path")),
+                            TextOf(node.GetAttrValue("OutputFile")));
+  }
+  return result;
+}
+
+// Returns whether the tool would overwrite what is no product of this project; that is in the log
+// then.
+bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
+  const std::vector<NamedOutput> written = FindWritten(request.access);
+  std::vector<NamedOutput> made = OutputsOf(node);
+  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
+    for (const std::string& path : SplitQuotedList(
+             model.toolManager->GetProducts(request.tool, request.files, request.options))) {
+      const auto known = std::find_if(written.begin(), written.end(),
+                                      [&](const NamedOutput& each) { return each.path == path; });
+      made.push_back({path, known == written.end() ? std::string() : known->option});
+    }
+  }
+  std::string why;
+  for (std::size_t i = 0; i < made.size() && why.empty(); ++i) why = guard.WhyKept(node, made[i]);
+  for (std::size_t i = 0; i < written.size() && why.empty(); ++i) why = guard.WhyOwn(written[i]);
+  if (!why.empty()) {
+    model.AddBuildNotice(LineKind::Error, why + "; the tool is not run");
+    return true;
+  }
+  // The tool manager doesn't know what earlier runs made, and spares what is read-only.
+  for (const NamedOutput& each : made) {
+    const bool isInTheWay = model.files.Examine(each.path) && model.files.IsReadOnly(each.path);
+    if (isInTheWay) (void)guard.Remove(node, each.path);
+  }
+  return false;
+}
+
+// A linker that gets a file twice finds everything in it defined twice, and says no more than that.
+void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
+  if ((model.types.FlagsOf(node) & kTypeApplication) == 0) return;
+  for (const auto& [first, second] : FindSameFiles(model.files, node)) {
+    model.AddBuildNotice(LineKind::Warning,
+                         first + " and " + second + " are the same file, which is built twice");
+    if (LostTree()) return;
+  }
+}
+
+// Returns whether the run needs the user's trust, which the project doesn't have; that is in the
+// log then.
+bool BuildWalk::IsUntrusted(const WalkRequest& request) {
+  ProjectTrust& trust = model.GetTrust();
+  if (!trust.IsWithheld()) return false;
+  const std::string wish = FindUntrusted(trust, request.tool, request.access);
+  if (wish.empty()) return false;
+  trust.Refuse(wish);
+  model.AddBuildNotice(LineKind::Error, "the project wants to " + wish +
+                                            ", and its folder is not trusted; the tool is not run");
+  return true;
+}
+
+bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
+  CXmlNode& node = *frame.node;
+  if (model.toolManager == nullptr) return Return(false, false);
+  const CXmlNode* values = FindStoredValues(node);
+  if (values == nullptr) values = model.LoadNodeOptions(&node, true);
+  if (LostTree()) return true;
+  if (values == nullptr) return Return(false, false);
+  request.options = values->ValueText();
+
+  const bool hasTool = model.GetToolInput(node, request.tool, request.files);
+  if (usesGivenTool) {
+    request.tool = givenTool;
+  } else if (!hasTool || IsExactlyYes(node, "Exclude")) {
+    return Return(true, false);
+  }
+  request.access = model.toolManager->GetAccess(request.tool, request.files, request.options);
+  if (IsUntrusted(request)) return LostTree() || Return(false, false);
+  if (!usesGivenTool) {
+    if (IsKept(node, request)) return LostTree() || Return(false, false);
+    WarnOfSameFiles(node);
+    if (LostTree()) return true;
+    model.output->WriteMessage(kRowTranslateStarts, {TextOf(node.GetAttrValue("Path"))});
+    if (LostTree()) return true;
+    folderBefore = model.files.CurrentFolder();
+    model.files.SetCurrentFolder(model.projectFolder);
+  }
+  const std::string& logFile = model.output->GetLogFile();
+  if (!logFile.empty()) {
+    messageFile = logFile + "t.xml";
+    request.messageFile = messageFile;
+    (void)model.files.RemoveScratchFile(messageFile);
+  }
+  request.toolManager = DispatchPtr(model.toolManager->GetDispatch());
+  request.snapshot = BeginRun(node, request);
+  request.kind = WalkRequest::Kind::RunTool;
+  frame.stage = Stage::Tool;
+  return false;
+}
+
+// Only the node's own tool makes what the record of its output says.
+RunSnapshot BuildWalk::BeginRun(const CXmlNode& node, const WalkRequest& request) {
+  const std::string output = TextOf(node.GetAttrValue("OutputFile"));
+  isRecorded = !output.empty() && request.tool == TextOf(node.GetAttrValue("TranslateTool")) &&
+               model.walkApplication != nullptr;
+  if (!isRecorded) return {};
+  std::vector<std::string> sources;
+  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
+    ForEachLinkFile(model.types, &node, true, &node,
+                    [&](const char* part) { sources.emplace_back(part); });
+  } else {
+    sources.push_back(TextOf(node.GetAttrValue("Path")));
+  }
+  return model.buildRecords.BeginRun(
+      node, TextOf(model.walkApplication->GetAttrValue("Path")), output, sources,
+      model.toolCommands.SignatureOf(request.tool, request.files, request.options));
+}
+
+bool RunRequestedTool(WalkRequest& request, FileSystem& files) {
+  CToolManagerDriver tools;
+  tools.AttachDispatch(request.toolManager.Get(), true);
+  request.snapshot.TakeBefore(files);
+  const bool isDone =
+      tools.RunTool(request.tool, request.files, request.options,
+                    request.messageFile ? request.messageFile->c_str() : nullptr) != 0;
+  request.snapshot.TakeAfter(files);
+  return isDone;
+}
+
+void BuildWalk::TakeToolResult(bool success, RunSnapshot snapshot) {
+  toolSucceeded = success;
+  runSnapshot = std::move(snapshot);
+}
+
+void BuildWalk::FinishTool(Frame& frame) {
+  nodesAhead = 1;
+  if (isRecorded) model.buildRecords.EndRun(*frame.node, std::move(runSnapshot), toolSucceeded);
+  if (toolSucceeded) {
+    const bool isApplication = (model.types.FlagsOf(*frame.node) & kTypeApplication) != 0;
+    if (order && isApplication) built.push_back(frame.node);
+    model.SendHost(kMsgToolSucceeded, TextOf(frame.node->GetAttrValue("OutputFile")), 0);
+  }
+  LeaveTool();
+  if (!LostTree()) Return(toolSucceeded, false);
+}
+
+// What has to be put right after a tool, whatever became of the tree.
+void BuildWalk::LeaveTool() {
+  model.fileTimes.Forget();  // the tool may have written any file
+  if (!messageFile.empty()) {
+    model.output->MergeToolFile(messageFile);
+    (void)model.files.RemoveScratchFile(messageFile);
+  }
+  messageFile.clear();
+  if (!folderBefore.empty()) model.files.SetCurrentFolder(folderBefore);
+  folderBefore.clear();
+  model.output->SaveLog();
+  model.output->UpdateReport();
+}
+
+}  // namespace tarn

@@ -1,0 +1,295 @@
+// The state machine of a build and the one worker thread.
+//
+// What the worker is to do is fixed on the host's thread before the thread starts, so there is no
+// moment at which a second start or a stop could be lost. The worker itself runs tools and examines
+// files; everything else it has done as steps on the host's thread. The mark `alive` is what keeps
+// operations that change the project out; it falls in the last of those steps, and the worker
+// touches nothing of the model afterwards.
+
+#include <system_error>
+#include <thread>
+
+#include "builder/BuildWalk.h"
+#include "output/MessageTable.h"
+#include "patterns/ParseNumber.h"
+#include "platform/text/Text.h"
+#include "project/WorkerControl.h"
+#include "widgets/Dialogs.h"
+
+namespace tarn {
+
+namespace {
+
+// The longest time that a step may hold the host's thread.
+constexpr std::chrono::milliseconds kStepTime(5);
+// The longest time that a stop may go unnoticed while files are looked at.
+constexpr std::chrono::milliseconds kLookTime(50);
+
+}  // namespace
+
+bool CProjectModel::IsWorkerAlive() const {
+  return worker != nullptr && worker->alive;
+}
+
+std::int32_t CProjectModel::GetBuildState() {
+  const std::lock_guard<std::mutex> hold(buildLock);
+  return buildState;
+}
+
+bool CProjectModel::IsInWorkerStep() const {
+  return IsWorkerAlive() && worker->isInStep;
+}
+
+bool CProjectModel::IsWorkerWaiting() const {
+  return IsWorkerAlive() && loop->IsServing();
+}
+
+void CProjectModel::ServeWorker() {
+  if (IsWorkerAlive() && !worker->isInStep) loop->ServeWaiting();
+}
+
+void CProjectModel::RunAfterWorker(std::function<void()> work) {
+  worker->afterEnd = std::move(work);
+}
+
+void CProjectModel::RequestStop() {
+  const std::lock_guard<std::mutex> hold(buildLock);
+  buildState = StateStopRequested;
+}
+
+std::string CProjectModel::OperationText(std::int32_t mode) const {
+  return GetMessageText(mode == ModeClean     ? kRowOperationClean
+                        : mode == ModeRebuild ? kRowOperationRebuild
+                                              : kRowOperationBuild);
+}
+
+std::int32_t CProjectModel::CanStartOperation() {
+  // A message of a walk on this thread is on its way; nobody is to pull the tree from under it.
+  if (walksHere > 0) return 0;
+  if (!IsWorkerAlive() && GetBuildState() != StateBuilding) return 1;
+  const std::string question = FormatMessageText(
+      GetMessageText(kRowBusyQuestion), std::vector<std::string>{OperationText(buildCommand)});
+  if (AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord))) {
+    // The worker may have ended while the question stood.
+    const std::lock_guard<std::mutex> hold(buildLock);
+    if (buildState == StateBuilding) buildState = StateStopRequested;
+  }
+  return 0;
+}
+
+std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
+  if (!CanStartOperation() || IsDamageHeld()) return 0;
+  CXmlNode* node = nullptr;
+  std::string tool;
+  bool isTool = false;
+  std::int32_t mode = command;
+  if (command >= kFirstDynamicCommand && command <= kLastDynamicCommand) {
+    const CXmlNode* entry = nullptr;
+    for (int i = 0; dynamicCommands && i < dynamicCommands->GetChildCount(); ++i) {
+      const CXmlNode* child = dynamicCommands->GetChild(i);
+      if (ParseNumber(child->GetAttrValue("Id")) == command) entry = child;
+    }
+    if (entry == nullptr) return 1;  // nobody hears of it
+    tool = TextOf(entry->GetAttrValue("Header"));
+    isTool = true;
+    node = GetCurrentNode();
+  } else if (command >= kWorkerBuildAll && command <= kWorkerCleanAll) {
+    mode = command - kWorkerBuildAll + ModeBuild;
+    node = projectRoot.get();
+  } else {
+    node = GetCurrentNode();
+    if (command == kWorkerTranslate) {
+      tool = node == nullptr ? std::string() : TextOf(node->GetAttrValue("TranslateTool"));
+      isTool = true;
+    }
+  }
+
+  buildCommand = mode;
+  if (currentNode != nullptr) RenewPropState(*currentNode);
+  worker = std::make_shared<WorkerControl>();
+  worker->loop = loop;
+  worker->model = this;
+  worker->node = node;
+  worker->isBuild = !isTool;
+  worker->notedApplication = activeApplication;
+  worker->notedNode = currentNode;
+  worker->epoch = treeEpoch;
+  ForgetFileTimes();
+  workerWalk = std::make_unique<BuildWalk>(*this, true);
+  if (!isTool) {
+    workerWalk->BeginBuild(node, mode);
+  } else if (!tool.empty()) {
+    workerWalk->BeginTool(node, tool);
+  }
+  {
+    const std::lock_guard<std::mutex> hold(buildLock);
+    buildState = StateBuilding;
+  }
+  try {
+    std::thread(BuildThreadMain, worker).detach();
+  } catch (const std::system_error& failure) {
+    EndUnstartedWorker(failure.code().message());
+    return 0;
+  }
+  return 1;
+}
+
+// There is no thread for the worker: nothing runs, and the host, which waits for its end, mustn't
+// wait for ever.
+void CProjectModel::EndUnstartedWorker(const std::string& reason) {
+  worker->alive = false;
+  workerWalk.reset();
+  {
+    const std::lock_guard<std::mutex> hold(buildLock);
+    buildState = StateFailed;
+  }
+  const std::string text = "The build can't start, there is no thread for it: " + reason;
+  output->AddError(text);
+  output->SaveLog();
+  output->UpdateReport();
+  const std::string logFile = output->GetLogFile();
+  const WindowHandle host = mainframeHandle;
+  SendHost(kMsgLogLine, text, 0);
+  SendWindowMessage(host, kMsgWorkerEnded, 0, reinterpret_cast<std::intptr_t>(logFile.c_str()));
+}
+
+void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
+  WalkRequest request;
+  bool toolResult = false;
+  FileSystem& disk = control->model->files;
+  const auto step = [&] {
+    control->isInStep = true;
+    BuildWalk& walk = *control->model->workerWalk;
+    if (request.kind == WalkRequest::Kind::RunTool) {
+      walk.TakeToolResult(toolResult, std::move(request.snapshot));
+    }
+    if (request.kind == WalkRequest::Kind::Examine) walk.TakeTimes(request.inquiry);
+    request = walk.Advance(BuildWalk::Clock::now() + kStepTime);
+    control->isInStep = false;
+  };
+  do {
+    if (!control->loop->RunAndWait(step)) {
+      control->alive = false;
+      return;
+    }
+    if (request.kind == WalkRequest::Kind::RunTool) {
+      toolResult = RunRequestedTool(request, disk);
+    } else if (request.kind == WalkRequest::Kind::Examine) {
+      request.inquiry.Examine(disk, BuildWalk::Clock::now() + kLookTime);
+    }
+  } while (request.kind != WalkRequest::Kind::Done);
+
+  bool succeeded = false;
+  std::string logFile;
+  WindowHandle host = 0;
+  const auto end = [&] {
+    control->isInStep = true;
+    CProjectModel& model = *control->model;
+    succeeded = model.EndWorker();
+    logFile = model.output->GetLogFile();
+    host = model.mainframeHandle;
+    control->isInStep = false;
+    control->alive = false;
+  };
+  if (!control->loop->RunAndWait(end)) {
+    control->alive = false;
+    return;
+  }
+  SendWindowMessage(host, kMsgWorkerEnded, succeeded ? 1 : 0,
+                    reinterpret_cast<std::intptr_t>(logFile.c_str()));
+  if (control->afterEnd) control->loop->RunAndWait(control->afterEnd);
+}
+
+// The last step of a worker but its message to the host.
+bool CProjectModel::EndWorker() {
+  const WorkerControl& control = *worker;
+  const bool succeeded = workerWalk->Succeeded();
+  const bool hasTree = !workerWalk->LostTree();
+  workerWalk.reset();
+  walkApplication = nullptr;
+  fileTimes.Forget();
+  if (control.isBuild && !succeeded && hasTree) {
+    const std::string outputFile =
+        control.node == nullptr ? std::string() : TextOf(control.node->GetAttrValue("OutputFile"));
+    SendHost(kMsgOutputInvalid, outputFile, -1);
+    if (treeEpoch == control.epoch) RecordBuildInfo(control.node, nullptr, nullptr);
+  }
+  output->WriteMessage(succeeded ? kRowBuildSucceeded : kRowBuildFailed);
+  output->SaveLog();
+  output->UpdateReport();
+  {
+    const std::lock_guard<std::mutex> hold(buildLock);
+    buildState = succeeded ? StateSucceeded : StateFailed;
+  }
+  RestoreAfterWalk(control.notedApplication, control.notedNode, control.epoch);
+  return succeeded;
+}
+
+// The options window must not store at the selected node what belongs to the one built last.
+void CProjectModel::RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch) {
+  if (treeEpoch != epoch || node == nullptr) return;
+  if (currentNode == node && activeApplication == application) return;
+  RestoreCurrent(application, node);
+  if (treeEpoch == epoch && currentNode != nullptr) RestorePropState(*currentNode);
+}
+
+std::int32_t CProjectModel::RunWalkHere(BuildWalk& walk) {
+  ForgetFileTimes();
+  ++walksHere;
+  for (;;) {
+    WalkRequest request = walk.Advance(std::nullopt);
+    if (request.kind != WalkRequest::Kind::RunTool) break;
+    const bool isDone = RunRequestedTool(request, files);
+    walk.TakeToolResult(isDone, std::move(request.snapshot));
+  }
+  --walksHere;
+  walkApplication = nullptr;
+  fileTimes.Forget();
+  return walk.Succeeded() ? 1 : 0;
+}
+
+std::int32_t CProjectModel::BuildHere() {
+  if (IsWorkerAlive() || walksHere > 0 || IsDamageHeld()) return 0;
+  CXmlNode* const application = activeApplication;
+  if (currentNode != nullptr) RenewPropState(*currentNode);
+  notedHere = currentNode;
+  const std::uint64_t epoch = treeEpoch;
+  const std::int32_t result = BuildNode(nullptr, ModeBuild);
+  RestoreAfterWalk(application, notedHere, epoch);
+  notedHere = nullptr;
+  return result;
+}
+
+std::int32_t CProjectModel::BuildNode(CXmlNode* node, std::int32_t mode) {
+  BuildWalk walk(*this, false);
+  walk.BeginBuild(node == nullptr ? GetCurrentNode() : node, mode);
+  return RunWalkHere(walk);
+}
+
+std::int32_t CProjectModel::TranslateNode(CXmlNode* node) {
+  BuildWalk walk(*this, false);
+  walk.BeginTranslate(node == nullptr ? GetCurrentNode() : node);
+  return RunWalkHere(walk);
+}
+
+std::int32_t CProjectModel::RunToolOnNode(CXmlNode* node, const std::string& tool) {
+  BuildWalk walk(*this, false);
+  walk.BeginTool(node == nullptr ? GetCurrentNode() : node, tool);
+  return RunWalkHere(walk);
+}
+
+bool CProjectModel::IsNodeUpToDate(CXmlNode* node) {
+  if (!IsWorkerAlive() && walksHere == 0) fileTimes.Forget();
+  return Staleness(types, fileTimes, recordCheck).IsUpToDate(node);
+}
+
+StaleVerdict CProjectModel::ExamineNode(CXmlNode& node) {
+  return Staleness(types, fileTimes, recordCheck).Examine(node);
+}
+
+void CProjectModel::ForgetFileTimes() {
+  fileTimes.Forget();
+  toolCommands.RefreshTools();
+}
+
+}  // namespace tarn

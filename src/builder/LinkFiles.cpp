@@ -1,0 +1,57 @@
+// The files that an application is made of, and those that its debugger loads, as quoted lists.
+
+#include "builder/Staleness.h"
+#include "platform/text/Text.h"
+#include "project/ProjectModel.h"
+
+namespace tarn {
+
+namespace {
+
+void AppendQuoted(std::string& list, const char* item, const std::string& separator) {
+  if (!list.empty()) list += separator;
+  list += '"';
+  list += item;
+  list += '"';
+}
+
+}  // namespace
+
+void CProjectModel::CollectLinkFiles(std::string& list, const CXmlNode* node, bool useOutput,
+                                     const CXmlNode* root, const std::string& separator) const {
+  ForEachLinkFile(types, node, useOutput, root,
+                  [&](const char* item) { AppendQuoted(list, item, separator); });
+}
+
+void CProjectModel::CollectDebugFiles(std::string& list, const CXmlNode* node, const CXmlNode* root,
+                                      const std::string& separator) const {
+  if (node == nullptr) return;
+  const char* outputFile = node->GetAttrValue("OutputFile");
+  if (node == root || (outputFile != nullptr && *outputFile == '\0')) {
+    bool hadContent = false;
+    for (int i = 0; i < node->GetChildCount(); ++i) {
+      const CXmlNode* child = node->GetChild(i);
+      if (!IsContentNode(*child)) continue;
+      hadContent = true;
+      CollectDebugFiles(list, child, root, separator);
+    }
+    if (hadContent) return;
+  }
+  if (IsExactlyYes(*node, "LoadExclude")) return;
+  const char* item = node->GetAttrValue("DBIFile");
+  if (item != nullptr && *item != '\0') AppendQuoted(list, item, separator);
+}
+
+bool CProjectModel::GetToolInput(const CXmlNode& node, std::string& tool,
+                                 std::string& fileList) const {
+  tool = TextOf(node.GetAttrValue("TranslateTool"));
+  fileList.clear();
+  if ((types.FlagsOf(node) & kTypeApplication) != 0) {
+    CollectLinkFiles(fileList, &node, true, &node, ",");
+  } else {
+    fileList = '"' + TextOf(node.GetAttrValue("Path")) + '"';
+  }
+  return !tool.empty();
+}
+
+}  // namespace tarn

@@ -1,0 +1,217 @@
+#include "builder/OutputGuard.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <string_view>
+
+#include "platform/files/FileTexts.h"
+#include "platform/files/ProjectFolder.h"
+#include "platform/paths/Paths.h"
+#include "platform/text/Text.h"
+#include "project/ProjectModel.h"
+#include "project/TreeSearch.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr const char* kIsSource = "is a source of the project";
+constexpr const char* kIsDependency = "is what files of the project depend on";
+constexpr const char* kIsProjectFile = "is a file of the project itself";
+constexpr const char* kIsOwn = "has a name that only Tarn's own files have";
+constexpr const char* kIsState = "is where Tarn stores what it remembers for the user";
+constexpr const char* kIsOutside =
+    "is outside the project's folder, and no build of this project made it as it is";
+constexpr const char* kIsUntrusted = "is outside the project's folder, which is not trusted";
+
+// What the server and its hosts write next to a project. Copies have a number if there are several.
+constexpr std::string_view kOwnExtensions[] = {".tprj", ".tapp", ".tstate", ".tlog",
+                                               kLockExtension};
+constexpr std::string_view kCopyExtensions[] = {".bak", ".orig", ".unsaved"};
+// In place of the project's own extension.
+constexpr const char* kStoredExtensions[] = {".tstate", ".undo.tstate", ".tlog", kLockExtension};
+
+bool HasOwnName(const std::string& path) {
+  const std::string extension = ExtensionOf(path);
+  const std::size_t last = extension.find_last_not_of("0123456789");
+  const std::string copy = extension.substr(0, last == extension.npos ? 0 : last + 1);
+  const auto has = [](const auto& list, const std::string& wanted) {
+    return std::any_of(std::begin(list), std::end(list),
+                       [&](std::string_view each) { return EqualNoCase(each, wanted); });
+  };
+  return has(kOwnExtensions, extension) || has(kCopyExtensions, copy);
+}
+
+std::string Describe(const NamedOutput& output, const std::string& reason) {
+  const std::string option = output.option.empty() ? "" : " by the option " + output.option;
+  return output.path + " is named as an output" + option + ", but " + reason;
+}
+
+}  // namespace
+
+std::vector<NamedOutput> FindWritten(const std::string& access) {
+  std::vector<NamedOutput> written;
+  const auto list = SplitFileTexts(access);
+  if (!list) return written;
+  for (const auto& [kind, text] : *list) {
+    if (kind == "write") written.push_back({text, {}});
+    if (kind == "option" && !written.empty()) written.back().option = text;
+  }
+  return written;
+}
+
+std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output) {
+  const std::string& path = output.path;
+  const std::optional<FileStatus> status = model_.GetFiles().Examine(path);
+  if (const std::string own = WhyOwn(output); !own.empty()) return own;
+  // A tool would make the file that a link without a target names.
+  if (!status && !model_.GetFiles().ExamineLink(path)) return {};
+  const bool isRefused = model_.GetTrust().IsWithheld() && PlaceOf(path).isOutside;
+  if (!isRefused && status && IsMade(node, path, *status)) return {};
+  if (const char* reason = status ? FindReason(path, *status) : nullptr) {
+    return Describe(output, reason);
+  }
+  if (!isRefused && (model_.MayWriteOutside() || !PlaceOf(path).isOutside)) return {};
+  const ProjectFolder folder(model_.GetFiles(), model_.GetProjectPath());
+  const std::string wayOut = folder.DescribeWayOut(path);
+  return Describe(output, (wayOut.empty() ? "" : wayOut + ", which ") +
+                              (isRefused ? kIsUntrusted : kIsOutside));
+}
+
+std::string OutputGuard::WhyOwn(const NamedOutput& output) {
+  const char* const reason = FindOwnReason(output.path);
+  if (reason == nullptr || model_.GetFiles().IsFolder(output.path)) return {};
+  const std::optional<FileStatus> status = model_.GetFiles().Examine(output.path);
+  const bool isProjects = status && FindReason(output.path, *status) == kIsProjectFile;
+  return Describe(output, isProjects ? kIsProjectFile : reason);
+}
+
+const char* OutputGuard::FindOwnReason(const std::string& path) {
+  if (HasOwnName(path) || HasOwnName(model_.GetFiles().ResolveLinks(path))) return kIsOwn;
+  return PlaceOf(path).isState ? kIsState : nullptr;
+}
+
+const BuildRecord* OutputGuard::FindRecord(const CXmlNode& node) const {
+  BuildRecords& records = model_.GetBuildRecords();
+  const BuildRecords::Bound* const bound = records.Find(node);
+  const bool isKnown = bound != nullptr && bound->record != BuildRecordStore::kNone;
+  return isKnown ? &records.RecordOf(*bound) : nullptr;
+}
+
+// Outputs are recorded with their versions, further products among the last inputs.
+template <class Test>
+bool OutputGuard::IsMade(const CXmlNode& node, const std::string& path, const Test& test) const {
+  const BuildRecord* const record = FindRecord(node);
+  if (record == nullptr) return false;
+  const BuildRecordStore& store = model_.GetBuildRecords().Store();
+  const auto isThis = [&](BuildRecord::Number version) {
+    return store.PathOf(version) == path && test(store.Version(version));
+  };
+  const auto products = record->inputs.end() - static_cast<std::ptrdiff_t>(record->programs);
+  return isThis(record->output) || std::any_of(products, record->inputs.end(), isThis) ||
+         std::any_of(record->byProducts.begin(), record->byProducts.end(), isThis);
+}
+
+bool OutputGuard::IsMade(const CXmlNode& node, const std::string& path,
+                         const FileStatus& status) const {
+  return IsMade(node, path,
+                [&](const FileVersion& version) { return version.IsCertainly(status); });
+}
+
+std::vector<std::string> OutputGuard::FindByProducts(const CXmlNode& node) {
+  std::vector<std::string> paths;
+  const BuildRecord* const record = FindRecord(node);
+  if (record == nullptr) return paths;
+  const BuildRecordStore& store = model_.GetBuildRecords().Store();
+  for (const BuildRecord::Number each : record->byProducts) {
+    std::string path(store.PathOf(each));
+    const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(path);
+    // WhyKept asks for more outside the project's folder.
+    const bool isLeft = status && IsSameVersion(store.Version(each).status, *status) &&
+                        !model_.GetFiles().ExamineLink(path);
+    const char* const reason = isLeft ? FindReason(path, *status) : nullptr;
+    const bool isOwn = reason == nullptr || reason == kIsDependency;
+    if (isLeft && isOwn) paths.push_back(std::move(path));
+  }
+  return paths;
+}
+
+// A cache that shares its files with builds also changes their times.
+Status OutputGuard::Remove(const CXmlNode& node, const std::string& path) {
+  FileSystem& files = model_.GetFiles();
+  const std::optional<FileStatus> status = files.Examine(path);
+  const bool isMade = status && IsMade(node, path, [&](const FileVersion& version) {
+                        const FileStatus& made = version.status;
+                        return made.device == status->device && made.inode == status->inode &&
+                               made.size == status->size;
+                      });
+  return isMade ? files.RemoveOwnFile(path) : files.RemoveFile(path);
+}
+
+bool OutputGuard::IsRecorded(std::string_view path) const {
+  const BuildRecordStore& store = model_.GetBuildRecords().Store();
+  return std::any_of(applications_.begin(), applications_.end(), [&](const std::string& each) {
+    return store.Find(each, path) != BuildRecordStore::kNone;
+  });
+}
+
+OutputGuard::Place OutputGuard::PlaceOf(const std::string& path) {
+  FileSystem& files = model_.GetFiles();
+  const auto find = [&](const std::string& place) {
+    const std::string& state = model_.GetStateFolder();
+    const bool isState = !state.empty() && LeadsInto(files, state, place);
+    return Place{!ProjectFolder(files, model_.GetProjectPath()).Holds(place), isState};
+  };
+  // A link is deleted itself, but a tool writes through it.
+  if (files.ExamineLink(path)) return find(path);
+  const auto [known, isNew] = folders_.try_emplace(FolderOf(path));
+  if (isNew) known->second = find(known->first);
+  return known->second;
+}
+
+const char* OutputGuard::FindReason(const std::string& path, const FileStatus& status) {
+  if (!isCollected_) {
+    isCollected_ = true;
+    const std::string folder = FolderOf(model_.GetProjectPath());
+    Protect(model_.GetProjectPath().c_str(), folder, kIsProjectFile);
+    for (const char* extension : kStoredExtensions) {
+      Protect(WithExtension(model_.GetProjectPath(), extension).c_str(), folder, kIsProjectFile);
+    }
+    for (const CXmlNode* each : model_.GetProjectRoot().GetChildren()) {
+      if ((model_.types.FlagsOf(*each) & kTypeApplication) == 0) continue;
+      applications_.push_back(TextOf(each->GetAttrValue("Path")));
+    }
+    Collect(model_.GetProjectRoot(), folder);
+  }
+  if (const auto found = paths_.find(path); found != paths_.end()) return found->second;
+  const auto found = files_.find({status.device, status.inode});
+  return found == files_.end() || status.inode == 0 ? nullptr : found->second;
+}
+
+void OutputGuard::Collect(const CXmlNode& node, const std::string& folder) {
+  const std::uint32_t flags = model_.types.FlagsOf(node);
+  const bool isFile = (flags & (kTypeProject | kTypeApplication)) != 0;
+  Protect(node.GetAttrValue("Extern"), folder, kIsProjectFile);
+  Protect(node.GetAttrValue("Path"), folder, isFile ? kIsProjectFile : kIsSource);
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    const CXmlNode& child = *node.GetChild(i);
+    if (IsContentNode(child)) Collect(child, folder);
+    if (child.NameView() != "Dependencies") continue;
+    for (int j = 0; j < child.GetChildCount(); ++j) {
+      const char* const file = child.GetChild(j)->GetAttrValue("Header");
+      if (file != nullptr && !IsRecorded(file)) Protect(file, folder, kIsDependency);
+    }
+  }
+}
+
+void OutputGuard::Protect(const char* path, const std::string& folder, const char* reason) {
+  if (path == nullptr || *path == '\0') return;
+  std::string full = path;
+  if (IsRelativePath(full)) model_.MakeAbsolutePath(path, full, folder.c_str());
+  if (!paths_.try_emplace(full, reason).second) return;
+  const std::optional<FileStatus> status = model_.GetFiles().Examine(full);
+  if (status && status->inode != 0) files_.try_emplace({status->device, status->inode}, reason);
+}
+
+}  // namespace tarn

@@ -1,0 +1,138 @@
+#include "builder/RecordCheck.h"
+
+#include <utility>
+
+#include "builder/RunSnapshot.h"
+
+namespace tarn {
+
+namespace {
+
+StaleReason ReasonOf(const BuildRecord& record, std::size_t input) {
+  if (input < record.sources) return StaleReason::SourceChanged;
+  const bool isProgram = input + record.programs >= record.inputs.size();
+  return isProgram ? StaleReason::ProgramChanged : StaleReason::DependencyChanged;
+}
+
+}  // namespace
+
+StaleVerdict RecordCheck::GetWithdrawn(const CXmlNode& node) {
+  const BuildRecords::Bound* const bound = records_.Find(node);
+  return bound == nullptr ? StaleVerdict() : bound->withdrawn;
+}
+
+bool RecordCheck::HasRecord(const CXmlNode& node) {
+  return records_.Find(node) != nullptr;
+}
+
+const BuildRecord* RecordCheck::FindVerified(const CXmlNode& node) {
+  const BuildRecords::Bound* const bound = records_.Find(node);
+  const bool holds = bound != nullptr && !bound->withdrawn &&
+                     bound->record != BuildRecordStore::kNone && IsCommandVerified(*bound);
+  return holds ? &records_.RecordOf(*bound) : nullptr;
+}
+
+StaleVerdict RecordCheck::Check(const CXmlNode& node, bool mayLook, bool& hasMissed) {
+  BuildRecords::Bound* const bound = records_.Find(node);
+  if (bound == nullptr) return {};
+  if (bound->withdrawn || bound->record == BuildRecordStore::kNone) return bound->withdrawn;
+  if (StaleVerdict changed = CheckCommand(node, *bound)) return changed;
+  const BuildRecord& record = records_.RecordOf(*bound);
+  const auto find = [&](BuildRecord::Number version) {
+    const std::string_view path = PathOf(version);
+    const FileTimes::Look* const look = mayLook ? &times_.Get(path) : times_.Find(path);
+    hasMissed |= look == nullptr;
+    return look;
+  };
+  const FileTimes::Look* const output = find(record.output);
+  if (output != nullptr && (!output->exists || !IsCurrent(record.output, output->status))) {
+    return {StaleReason::OutputChanged, std::string(PathOf(record.output))};
+  }
+  for (std::size_t i = 0; i < record.inputs.size(); ++i) {
+    const BuildRecord::Number input = record.inputs[i];
+    const FileTimes::Look* const look = find(input);
+    if (look == nullptr) continue;
+    if (!Version(input).IsSettled()) {
+      return {StaleReason::ChangedDuringRun, std::string(PathOf(input))};
+    }
+    if (!look->exists || !IsCurrent(input, look->status)) {
+      return {ReasonOf(record, i), std::string(PathOf(input))};
+    }
+  }
+  if (hasMissed || AreFoldersUnchanged(record)) return {};
+  return records_.Shadows().Find(bound->record);
+}
+
+// Folders are looked at as often as files.
+bool RecordCheck::AreFoldersUnchanged(const BuildRecord& record) {
+  if (record.folders == 0) return true;
+  if (std::exchange(folderEpoch_, times_.GetEpoch()) != times_.GetEpoch()) {
+    records_.Shadows().Forget();
+  }
+  return records_.Shadows().AreUnchanged(record);
+}
+
+StaleVerdict RecordCheck::CheckCommand(const CXmlNode& node) {
+  BuildRecords::Bound* const bound = records_.Find(node);
+  const bool hasRecord = bound != nullptr && bound->record != BuildRecordStore::kNone;
+  return hasRecord ? CheckCommand(node, *bound) : StaleVerdict();
+}
+
+// Those that depend on the disk's spelling hold until files are looked at again.
+bool RecordCheck::IsCommandVerified(const BuildRecords::Bound& bound) const {
+  if (bound.verifiedCommand != commands_.GetGeneration()) return false;
+  return records_.RecordOf(bound).signature != BuildRecord::kNoSignature ||
+         bound.verifiedLook == times_.GetEpoch();
+}
+
+// The command lines themselves are compared only if something that they are made of has changed. A
+// node whose options are not known yet can't be judged by them.
+StaleVerdict RecordCheck::CheckCommand(const CXmlNode& node, BuildRecords::Bound& bound) {
+  if (IsCommandVerified(bound)) return {};
+  const std::uint64_t signature = commands_.SignatureOf(node);
+  if (signature == 0) return {};
+  const BuildRecord& record = records_.RecordOf(bound);
+  if (signature != record.signature) {
+    const bool isSame = record.command != 0 && commands_.HashOf(node) == record.command;
+    if (!isSame) return {StaleReason::CommandChanged, {}};
+    if (record.signature != BuildRecord::kNoSignature) records_.SetSignature(bound, signature);
+  }
+  bound.verifiedCommand = commands_.GetGeneration();
+  bound.verifiedLook = times_.GetEpoch();
+  return {};
+}
+
+bool RecordCheck::IsCurrent(BuildRecord::Number number, const FileStatus& now) {
+  const FileVersion& version = Version(number);
+  if (version.IsCertainly(now)) return true;
+  if (!IsSameVersion(version.status, now) || version.hash == 0) return false;
+  if (HashFile(files_, std::string(PathOf(number))) != version.hash) return false;
+  records_.RenewChanged(number, now.changed);
+  return true;
+}
+
+const FileTimes::Look& RecordCheck::AskFor(BuildRecord::Number version,
+                                           FileTimes::Inquiry& inquiry) {
+  const BuildRecordStore& store = records_.Store();
+  if (looksEpoch_ != times_.GetEpoch() || looksJournal_ != store.GetLoadCount()) {
+    looks_.clear();
+    looksEpoch_ = times_.GetEpoch();
+    looksJournal_ = store.GetLoadCount();
+  }
+  if (version >= looks_.size()) looks_.resize(store.GetVersionCount());
+  const FileTimes::Look*& look = looks_[version];
+  if (look == nullptr || look->state == FileTimes::Look::State::Open) {
+    look = &inquiry.Add(times_, store.PathOf(version));
+  }
+  return *look;
+}
+
+void RecordCheck::AskForInputs(const CXmlNode& node, FileTimes::Inquiry& inquiry) {
+  const BuildRecords::Bound* const bound = records_.Find(node);
+  if (bound == nullptr || bound->record == BuildRecordStore::kNone) return;
+  for (const BuildRecord::Number input : records_.RecordOf(*bound).inputs) {
+    AskFor(input, inquiry);
+  }
+}
+
+}  // namespace tarn

@@ -1,0 +1,109 @@
+#include "builder/RunSnapshot.h"
+
+#include <cstdlib>
+
+#include "platform/text/Hash.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr std::int64_t kClockTolerance = 1'000'000'000;  // nanoseconds
+
+bool IsUntouched(const FileStatus& before, const FileStatus& after) {
+  return IsSameVersion(before, after) && before.changed == after.changed;
+}
+
+}  // namespace
+
+std::uint64_t HashFile(FileSystem& files, const std::string& path) {
+  const Result<std::string> bytes = files.ReadWholeFile(path);
+  if (!bytes) return 0;
+  const std::uint64_t hash = HashBytes(*bytes);
+  return hash == 0 ? 1 : hash;
+}
+
+std::uint64_t HashVersion(FileSystem& files, const std::string& path, const FileStatus& status) {
+  const std::uint64_t hash = HashFile(files, path);
+  const std::optional<FileStatus> after = files.Examine(path);
+  return after && IsUntouched(status, *after) ? hash : 0;
+}
+
+void RunSnapshot::AddInput(std::string_view path, bool isDoubtful) {
+  if (path.empty()) return;
+  const auto [place, isNew] = places_.try_emplace(std::string(path), inputs_.size());
+  if (!isNew) return;
+  paths_.push_back(&place->first);
+  inputs_.emplace_back().isDoubtful = isDoubtful;
+}
+
+std::vector<std::optional<FileStatus>> RunSnapshot::ExamineInputs(FileSystem& files) const {
+  std::vector<const char*> names;
+  names.reserve(paths_.size());
+  for (const std::string* path : paths_) names.push_back(path->c_str());
+  return files.ExamineMany(names, std::chrono::steady_clock::time_point::max());
+}
+
+void RunSnapshot::TakeBefore(FileSystem& files) {
+  // The clock first: what changes after this moment has a later stamp, or the same.
+  start_ = files.Clock();
+  steadyStart_ = std::chrono::steady_clock::now();
+  // Tools report names as the disk spells them.
+  const auto named = ExamineInputs(files);
+  for (std::size_t i = 0; i < named.size(); ++i) {
+    if (!named[i] || !named[i]->otherSpelling) continue;
+    AddInput(files.NameOnDisk(*paths_[i]), inputs_[i].isDoubtful);
+  }
+  const bool isComplete = inputs_.size() == named.size();
+  const auto found = isComplete ? named : ExamineInputs(files);
+  for (std::size_t i = 0; i < inputs_.size(); ++i) {
+    Input& input = inputs_[i];
+    input.before = found[i];
+    if (!input.before) continue;
+    const bool isRecent = start_ != 0 && input.before->changed >= start_;
+    if (input.isDoubtful || isRecent) input.hashBefore = HashFile(files, *paths_[i]);
+  }
+}
+
+void RunSnapshot::TakeAfter(FileSystem& files) {
+  const auto found = ExamineInputs(files);
+  for (std::size_t i = 0; i < inputs_.size(); ++i) inputs_[i].after = found[i];
+  if (!output_.empty()) outputStatus_ = files.Examine(output_);
+  if (outputStatus_) outputHash_ = HashVersion(files, output_, *outputStatus_);
+  const std::int64_t end = files.Clock();
+  const std::chrono::nanoseconds passed = std::chrono::steady_clock::now() - steadyStart_;
+  isClockMoved_ = start_ != 0 && std::llabs(end - start_ - passed.count()) > kClockTolerance;
+}
+
+// There is no upper bound: stamps may be ahead of the clock, by some of its ticks or because
+// another machine made them.
+bool RunSnapshot::MayHaveChanged(std::int64_t changed) const {
+  if (changed == 0 || start_ == 0) return false;  // nothing is known of either
+  return isClockMoved_ || changed >= start_;
+}
+
+PathChanges RunSnapshot::WatchPaths(FileSystem& files, std::vector<std::string> roots) const {
+  return {files, std::move(roots), output_,
+          [this](std::int64_t changed) { return MayHaveChanged(changed); }};
+}
+
+RunSnapshot::Settled RunSnapshot::Settle(FileSystem& files, const std::string& path,
+                                         PathChanges& changes) const {
+  const auto place = places_.find(path);
+  const Input* const input = place == places_.end() ? nullptr : &inputs_[place->second];
+  const std::optional<FileStatus> after = input != nullptr ? input->after : files.Examine(path);
+  if (!after) return {};
+  Settled settled{*after, true, false, 0};
+  if (input == nullptr) {
+    settled.isSettled = !MayHaveChanged(after->changed) && !changes.MayHaveChanged(path);
+    return settled;
+  }
+  if (!input->before) return settled;  // it came during the run
+  settled.isSettled = IsUntouched(*input->before, *after) && !MayHaveChanged(after->changed);
+  if (settled.isSettled || input->hashBefore == 0) return settled;
+  settled.hash = HashFile(files, path);
+  settled.isSettled = settled.hash == input->hashBefore;
+  return settled;
+}
+
+}  // namespace tarn

@@ -1,0 +1,248 @@
+#include "builder/Staleness.h"
+
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+bool IsBlankAttr(const char* value) {
+  return value == nullptr || *value == '\0';
+}
+
+std::int64_t NumberOf(const char* text) {
+  return text == nullptr ? 0 : ParseInt64(text).value_or(0);
+}
+
+// What a node is judged by, read in one pass over its attributes.
+struct JudgedBy {
+  const char* outputFile = nullptr;
+  const char* path = nullptr;
+  const char* lastBuilt = nullptr;
+  const char* exclude = nullptr;
+
+  explicit JudgedBy(const CXmlNode& node) {
+    for (const CXmlAttr& attribute : node.Attributes()) {
+      const char** const place = PlaceOf(attribute.NameView());
+      if (place != nullptr && *place == nullptr) *place = attribute.ValueText();
+    }
+  }
+
+ private:
+  const char** PlaceOf(std::string_view name) {
+    switch (name.size()) {
+      case 4:
+        return name == "Path" ? &path : nullptr;
+      case 7:
+        return name == "Exclude" ? &exclude : nullptr;
+      case 9:
+        return name == "LastBuilt" ? &lastBuilt : nullptr;
+      case 10:
+        return name == "OutputFile" ? &outputFile : nullptr;
+      default:
+        return nullptr;
+    }
+  }
+};
+
+const CXmlNode* DependenciesOf(const CXmlNode& node) {
+  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
+    const CXmlNode* child = node.GetChild(i);
+    if (child->NameView() == "Dependencies") return child;
+  }
+  return nullptr;
+}
+
+// A tool that was given the source by its name on the disk reports that name too, if it isn't the
+// listed one.
+bool ReportsSpellingOf(const CXmlNode& node, const char* path) {
+  const CXmlNode* dependencies = DependenciesOf(node);
+  for (int i = 0; dependencies != nullptr && i < dependencies->GetChildCount(); ++i) {
+    const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
+    if (file != nullptr && EqualNoCase(file, path)) return true;
+  }
+  return false;
+}
+
+bool IsWithoutTool(const CXmlNode& node) {
+  const char* tool = node.GetAttrValue("TranslateTool");
+  return tool != nullptr && *tool == '\0';
+}
+
+}  // namespace
+
+bool Staleness::IsUpToDate(CXmlNode* node) {
+  if (node == nullptr || IsExactlyYes(*node, "Exclude")) return true;
+  if (ignoresUnbuildable && types.GetNodeType(*node) == nullptr) return true;
+  for (int i = 0; i < node->GetChildCount(); ++i) {
+    CXmlNode* child = node->GetChild(i);
+    if (IsContentNode(*child) && !IsUpToDate(child)) return false;
+  }
+  return IsUpToDateAlone(*node);
+}
+
+bool Staleness::IsUpToDateAlone(CXmlNode& node) {
+  if ((types.FlagsOf(node) & kTypeBuild) == 0 || node.NameView() == "Group") return true;
+  if (ignoresUnbuildable && IsWithoutTool(node)) return true;
+  // Saves a look at the disk for everything that was never built; the answer is the same.
+  if (LastBuiltOf(node) == 0) return false;
+  return !Examine(node);
+}
+
+bool Staleness::IsUpToDateSince(CXmlNode& node, std::int64_t newest) {
+  if ((types.FlagsOf(node) & kTypeApplication) == 0) return false;
+  const char* outputFile = node.GetAttrValue("OutputFile");
+  const FileTimes::Look* output = IsBlankAttr(outputFile) ? nullptr : times.Find(outputFile);
+  const std::int64_t lastBuilt = LastBuiltOf(node);
+  if (output == nullptr || output->GetTime() != lastBuilt || lastBuilt == 0 || newest > lastBuilt) {
+    return false;
+  }
+  return !ExamineRecord(node) && !hasMissed;
+}
+
+std::int64_t Staleness::LastBuiltOf(const CXmlNode& node) {
+  return NumberOf(node.GetAttrValue("LastBuilt"));
+}
+
+const FileTimes::Look& Staleness::Query(const char* path) {
+  static const FileTimes::Look kNothing;
+  if (onUnknown == Unknown::Examine) return times.Get(path);
+  const FileTimes::Look* known = times.Find(path);
+  if (known != nullptr) return *known;
+  hasMissed = true;
+  return kNothing;
+}
+
+StaleVerdict Staleness::Examine(CXmlNode& node) {
+  StaleVerdict verdict = ExamineTimes(node);
+  if (verdict.reason == StaleReason::NeverBuilt) {
+    // What an earlier look found; the rest of what is known about the node went with it.
+    if (StaleVerdict withdrawn = records.GetWithdrawn(node)) return withdrawn;
+  }
+  return verdict ? verdict : ExamineRecord(node);
+}
+
+StaleVerdict Staleness::ExamineRecord(CXmlNode& node) {
+  bool misses = false;
+  StaleVerdict verdict = records.Check(node, onUnknown == Unknown::Examine, misses);
+  hasMissed |= misses;
+  if (!verdict) return verdict;
+  records.Withdraw(node, verdict);
+  if (const CXmlAttr* built = node.GetAttr("LastBuilt")) node.RemoveAttr(built);
+  return verdict;
+}
+
+StaleVerdict Staleness::ExamineTimes(const CXmlNode& node) {
+  const std::uint32_t flags = types.FlagsOf(node);
+  if (IsExactlyYes(node, "Exclude") || (flags & kTypeBuild) == 0 || node.NameView() == "Group") {
+    return {};
+  }
+  const char* outputFile = node.GetAttrValue("OutputFile");
+  if (IsBlankAttr(outputFile)) return {StaleReason::NoOutputName, {}};
+  const FileTimes::Time outputTime = TimeOf(outputFile);
+  if (!outputTime) return {StaleReason::OutputMissing, outputFile};
+  const std::int64_t lastBuilt = LastBuiltOf(node);
+  if (lastBuilt == 0) return {StaleReason::NeverBuilt, outputFile};
+  if (*outputTime != lastBuilt) return {StaleReason::OutputChanged, outputFile};
+  if ((flags & kTypeApplication) != 0) return ExamineParts(node, *outputTime);
+
+  const char* path = node.GetAttrValue("Path");
+  const FileTimes::Look* const source = path == nullptr ? nullptr : &Query(path);
+  if (source == nullptr || !source->exists) return {StaleReason::SourceMissing, TextOf(path)};
+  if (source->status.modifiedSeconds > *outputTime) return {StaleReason::SourceNewer, path};
+  if (source->status.otherSpelling && !ReportsSpellingOf(node, path)) {
+    return {StaleReason::SourceRenamed, path};
+  }
+  return ExamineDependencies(node, *outputTime);
+}
+
+StaleVerdict Staleness::ExamineParts(const CXmlNode& application, std::int64_t outputTime) {
+  StaleVerdict verdict;
+  ForEachLinkFile(types, &application, true, &application, [&](const char* part) {
+    if (verdict) return;
+    const FileTimes::Time time = TimeOf(part);
+    if (!time) {
+      verdict = {StaleReason::PartMissing, part};
+    } else if (*time > outputTime) {
+      verdict = {StaleReason::PartNewer, part};
+    }
+  });
+  return verdict;
+}
+
+StaleVerdict Staleness::ExamineDependencies(const CXmlNode& node, std::int64_t outputTime) {
+  const CXmlNode* dependencies = DependenciesOf(node);
+  if (dependencies == nullptr) return {};
+  for (int i = 0; i < dependencies->GetChildCount(); ++i) {
+    const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
+    if (file == nullptr) continue;
+    const FileTimes::Look& look = Query(file);
+    const bool isThere = look.exists && !look.status.otherSpelling;
+    if (!isThere) return {StaleReason::DependencyMissing, file};
+    if (look.status.modifiedSeconds > outputTime) return {StaleReason::DependencyNewer, file};
+  }
+  return {};
+}
+
+void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, NodesAhead& ahead) {
+  const std::uint32_t flags = types.FlagsOf(node);
+  if ((flags & kTypeBuild) == 0 || node.NameView() == "Group") return;
+  const JudgedBy by(node);
+  const std::int64_t lastBuilt = NumberOf(by.lastBuilt);
+  if (IsBlankAttr(by.outputFile) || lastBuilt == 0) return;
+  const FileTimes::Look& output = inquiry.Add(times, by.outputFile);
+  if ((flags & kTypeApplication) != 0) {
+    records.AskForInputs(node, inquiry);
+    return;
+  }
+
+  const bool isExcluded = by.exclude != nullptr && std::string_view(by.exclude) == "Yes";
+  const BuildRecord* const record = records.FindVerified(node);
+  bool isDecided = !isExcluded && (record != nullptr || !records.HasRecord(node));
+  ahead.Add(node, lastBuilt);
+  ahead.AddFile(output, record == nullptr ? nullptr : &records.Version(record->output));
+  // The files of the node and the inputs of its record, which are the same in the same order.
+  std::size_t input = 0;
+  const auto askFor = [&](const char* file) {
+    if (IsBlankAttr(file)) {
+      isDecided = false;
+      return;
+    }
+    if (record != nullptr && input + record->programs < record->inputs.size()) {
+      const BuildRecord::Number number = record->inputs[input++];
+      if (records.PathOf(number) == file) {
+        ahead.AddFile(records.AskFor(number, inquiry), &records.Version(number));
+        return;
+      }
+      isDecided = false;
+    }
+    ahead.AddFile(inquiry.Add(times, file), nullptr);
+  };
+  askFor(by.path);
+  const CXmlNode* dependencies = nullptr;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    const CXmlNode* child = node.GetChild(i);
+    if (child->NameView() == "Dependencies") dependencies = child;
+    if (IsContentNode(*child)) isDecided = false;
+  }
+  for (int i = 0; dependencies != nullptr && i < dependencies->GetChildCount(); ++i) {
+    const char* file = dependencies->GetChild(i)->GetAttrValue("Header");
+    if (file != nullptr) askFor(file);
+  }
+  if (record != nullptr) {
+    if (!records.AreFoldersUnchanged(*record)) isDecided = false;
+    if (input + record->programs != record->inputs.size()) isDecided = false;
+    for (std::size_t i = input; i < record->inputs.size(); ++i) {
+      const BuildRecord::Number program = record->inputs[i];
+      ahead.AddProgram(records.AskFor(program, inquiry), records.Version(program));
+    }
+  }
+  if (!isDecided) ahead.DropLast();
+}
+
+void Staleness::AskForParts(const CXmlNode& application, FileTimes::Inquiry& inquiry) {
+  ForEachLinkFile(types, &application, true, &application,
+                  [&](const char* part) { inquiry.Add(times, part); });
+}
+
+}  // namespace tarn

@@ -1,0 +1,127 @@
+#include "platform/automation/CInterfaceWindows.h"
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#include "widgets/MessageLoop.h"
+
+namespace tarn::c_interface {
+
+namespace {
+
+class HandlerWindow final : public WindowTarget {
+ public:
+  HandlerWindow(TarnMessageHandler messageHandler, void* handlerContext)
+      : handler(messageHandler), context(handlerContext), handle(RegisterWindow(*this)) {}
+  HandlerWindow(const HandlerWindow&) = delete;
+  HandlerWindow& operator=(const HandlerWindow&) = delete;
+  ~HandlerWindow() { UnregisterWindow(handle); }
+
+  WindowHandle GetHandle() const { return handle; }
+
+  std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
+                                std::intptr_t lParam) override {
+    // The handler may remove this window; nothing of it is touched behind the call. A handler in
+    // another language than C may throw, and the sender can do nothing about it.
+    try {
+      return handler(context, message, wParam, lParam);
+    } catch (...) {
+      return 1;
+    }
+  }
+
+ private:
+  const TarnMessageHandler handler;
+  void* const context;
+  const WindowHandle handle;
+};
+
+// The windows of the programs, by handle.
+class HandlerWindows {
+ public:
+  WindowHandle Add(TarnMessageHandler handler, void* context) {
+    auto window = std::make_unique<HandlerWindow>(handler, context);
+    const WindowHandle handle = window->GetHandle();
+    const std::lock_guard guard(lock);
+    windows[handle] = {std::move(window), std::this_thread::get_id()};
+    return handle;
+  }
+
+  void Remove(WindowHandle handle) {
+    std::unique_ptr<HandlerWindow> removed;  // ends outside of the lock
+    const std::lock_guard guard(lock);
+    const auto found = windows.find(handle);
+    if (found == windows.end() || found->second.thread != std::this_thread::get_id()) return;
+    removed = std::move(found->second.window);
+    windows.erase(found);
+  }
+
+  static HandlerWindows& Native() {
+    // Never destroyed: a program may remove its windows while it ends.
+    static auto* const all = new HandlerWindows;
+    return *all;
+  }
+
+ private:
+  struct Entry {
+    std::unique_ptr<HandlerWindow> window;
+    std::thread::id thread;  // that it answers on
+  };
+
+  std::mutex lock;
+  std::map<WindowHandle, Entry> windows;
+};
+
+}  // namespace
+
+std::int32_t AddWindow(TarnMessageHandler handler, void* context) {
+  WindowHandle window = 0;
+  if (handler == nullptr) return window;
+  Quietly([&] { window = HandlerWindows::Native().Add(handler, context); });
+  return window;
+}
+
+void RemoveWindow(std::int32_t window) {
+  Quietly([&] { HandlerWindows::Native().Remove(window); });
+}
+
+std::int32_t Pump() {
+  bool any = false;
+  Quietly([&] { any = MessageLoop::ForCurrentThread()->Pump(); });
+  return any ? 1 : 0;
+}
+
+std::int32_t PumpUntil(std::int32_t (*done)(void* context), void* context,
+                       std::int32_t milliseconds) {
+  bool held = false;
+  Quietly([&] {
+    held = MessageLoop::ForCurrentThread()->PumpUntil(
+        [&] { return done != nullptr && done(context) != 0; },
+        std::chrono::milliseconds(std::max(milliseconds, 0)));
+  });
+  return held ? 1 : 0;
+}
+
+void SetWakeHandler(void (*wake)(void* context), void* context) {
+  Quietly([&] {
+    const auto loop = MessageLoop::ForCurrentThread();
+    loop->SetWakeHandler(wake == nullptr ? std::function<void()>() : [=] { wake(context); });
+  });
+}
+
+std::int32_t UntilNextTimer() {
+  std::int32_t left = -1;
+  Quietly([&] {
+    constexpr std::int64_t kLongest = INT32_MAX;
+    const auto time = MessageLoop::ForCurrentThread()->UntilNextTimer();
+    if (time) left = static_cast<std::int32_t>(std::min<std::int64_t>(time->count(), kLongest));
+  });
+  return left;
+}
+
+}  // namespace tarn::c_interface

@@ -1,0 +1,62 @@
+#include "widgets/ImageList.h"
+
+#include <cstdint>
+#include <limits>
+#include <utility>
+
+namespace tarn {
+
+namespace {
+
+// Behind the mark "BM", file size, reserved bytes and the place of the pixels stands the header of
+// the picture: its own length, then width and height. A negative height means top row first.
+constexpr std::size_t kHeaderLength = 14;
+constexpr std::size_t kShortestPictureHeader = 40;
+
+std::uint32_t LittleEndian(const std::string& bytes, std::size_t at) {
+  std::uint32_t value = 0;
+  for (std::size_t i = 4; i-- > 0;) value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
+  return value;
+}
+
+std::shared_ptr<Bitmap> Read(std::string bytes) {
+  if (bytes.size() < kHeaderLength + kShortestPictureHeader || bytes.compare(0, 2, "BM") != 0 ||
+      LittleEndian(bytes, kHeaderLength) < kShortestPictureHeader) {
+    return nullptr;
+  }
+  const auto width = static_cast<std::int32_t>(LittleEndian(bytes, kHeaderLength + 4));
+  const auto height = static_cast<std::int32_t>(LittleEndian(bytes, kHeaderLength + 8));
+  if (width <= 0 || height == 0 || height == std::numeric_limits<std::int32_t>::min()) {
+    return nullptr;
+  }
+  auto bitmap = std::make_shared<Bitmap>();
+  bitmap->size = {width, height < 0 ? -height : height};
+  bitmap->bytes = std::move(bytes);
+  return bitmap;
+}
+
+}  // namespace
+
+std::shared_ptr<const Bitmap> ReadBitmap(std::string bytes) {
+  return Read(std::move(bytes));
+}
+
+std::shared_ptr<const Bitmap> LoadBitmap(FileSystem& files, const std::string& path) {
+  Result<std::string> bytes = files.ReadWholeFile(path);
+  if (!bytes) return nullptr;
+  std::shared_ptr<Bitmap> bitmap = Read(std::move(*bytes));
+  if (bitmap != nullptr) bitmap->path = path;
+  return bitmap;
+}
+
+int CImageList::Add(std::shared_ptr<const Bitmap> bitmap, Color transparent) {
+  if (bitmap == nullptr || size.width <= 0) return -1;
+  const int added = bitmap->size.width / size.width;
+  if (added == 0) return -1;
+  const int first = count;
+  strips.push_back({std::move(bitmap), transparent, first, added});
+  count += added;
+  return first;
+}
+
+}  // namespace tarn

@@ -1,0 +1,332 @@
+// What the user does to a report. The owner hears of it as it happens and may refill the report or
+// destroy it, so each step asks afterwards whether the next one still has a meaning.
+
+#include <algorithm>
+#include <utility>
+
+#include "widgets/ReportControl.h"
+
+namespace tarn {
+
+void CReportControl::Send(ReportMessage message, const ReportNotice& notice) {
+  ReportNotice sent = notice;
+  sent.id = GetId();
+  SendOwner(message, reinterpret_cast<std::intptr_t>(&sent), 0);
+}
+
+bool CReportControl::SelectByUser(std::vector<int> indexes, int focused) {
+  if (!Select(std::move(indexes), focused)) return true;
+  const WindowHandle own = GetHandle();
+  const std::uint64_t before = epoch;
+  ReportNotice notice;
+  notice.row = focused;
+  Send(kMsgReportSelection, notice);
+  return IsWindow(own) && epoch == before;
+}
+
+void CReportControl::NotifySelected(std::vector<int> indexes, int focused) {
+  std::erase_if(indexes, [this](int row) { return rows.GetAt(row) == nullptr; });
+  std::sort(indexes.begin(), indexes.end());
+  indexes.erase(std::unique(indexes.begin(), indexes.end()), indexes.end());
+  if (rows.GetAt(focused) == nullptr) focused = -1;
+  anchorRow = focused;
+  SelectByUser(std::move(indexes), focused);
+}
+
+void CReportControl::NotifyScrolled(int newTopRow) {
+  topRow = std::clamp(newTopRow, 0, std::max(0, rows.GetCount() - 1));
+}
+
+std::vector<int> CReportControl::Range(int from, int to) const {
+  if (from < 0) from = to;
+  std::vector<int> range;
+  for (int row = std::min(from, to); row <= std::max(from, to); ++row) range.push_back(row);
+  return range;
+}
+
+void CReportControl::NotifyPressed(const ReportHit& hit, bool isShiftDown, bool isControlDown) {
+  if (!IsCreated()) return;
+  pressed = hit;
+  OnLeftButtonDown(hit, isShiftDown, isControlDown);
+}
+
+void CReportControl::OnLeftButtonDown(const ReportHit& hit, bool isShiftDown, bool isControlDown) {
+  if (hit.area != ReportHit::Area::Row || rows.GetAt(hit.row) == nullptr) return;
+  if (isShiftDown) {
+    SelectByUser(Range(anchorRow, hit.row), hit.row);
+    return;
+  }
+  anchorRow = hit.row;
+  if (isControlDown) {
+    std::vector<int> indexes = selected.indexes;
+    const auto place = std::lower_bound(indexes.begin(), indexes.end(), hit.row);
+    if (place != indexes.end() && *place == hit.row) {
+      indexes.erase(place);
+    } else {
+      indexes.insert(place, hit.row);
+    }
+    SelectByUser(std::move(indexes), hit.row);
+    return;
+  }
+  // A row that is selected with others may be the start of a drag of all of them.
+  const bool keeps = selected.Contains(hit.row);
+  SelectByUser(keeps ? selected.indexes : std::vector<int>{hit.row}, hit.row);
+}
+
+void CReportControl::NotifyClicked(const ReportHit& hit) {
+  if (!IsCreated()) return;
+  ReportNotice notice;
+  const CReportRow* const row = hit.area == ReportHit::Area::Row ? rows.GetAt(hit.row) : nullptr;
+  if (row != nullptr) {
+    if (hit.part == ReportHit::Part::Opener) return NotifyOpened(hit.row, !rows.IsOpen(*row));
+    const WindowHandle own = GetHandle();
+    const std::uint64_t before = epoch;
+    if (hit.part == ReportHit::Part::Check) NotifyCheckToggled(hit.row, hit.column);
+    if (!IsWindow(own) || epoch != before) return;
+    notice.row = hit.row;
+    notice.column = hit.column;
+    notice.hyperlink = hit.hyperlink;
+  }
+  Send(kMsgReportClick, notice);
+}
+
+void CReportControl::NotifyDoubleClicked(const ReportHit& hit) {
+  if (IsCreated()) OnLeftButtonDblClk(hit);
+}
+
+void CReportControl::OnLeftButtonDblClk(const ReportHit& hit) {
+  ReportNotice notice;
+  const CReportRow* const row = hit.area == ReportHit::Area::Row ? rows.GetAt(hit.row) : nullptr;
+  if (row != nullptr) {
+    if (row->IsGroup()) return NotifyOpened(hit.row, !rows.IsOpen(*row));
+    notice.row = hit.row;
+    notice.column = hit.column;
+  }
+  Send(kMsgReportDoubleClick, notice);
+}
+
+void CReportControl::NotifyHeaderClicked(int column) {
+  const CReportColumn* clicked = columns.GetAt(column);
+  if (!IsCreated() || clicked == nullptr || !clicked->IsSortable()) return;
+  columns.SetSortColumn(clicked, !(clicked->IsSorted() && clicked->IsSortedAscending()));
+  SortRows();
+}
+
+void CReportControl::NotifyHeaderRightClicked(int column, Point screen) {
+  if (!IsCreated()) return;
+  ReportNotice notice;
+  notice.column = columns.GetAt(column) == nullptr ? -1 : column;
+  notice.screen = screen;
+  Send(kMsgReportHeaderRightClick, notice);
+}
+
+void CReportControl::NotifyColumnResized(int column, int width) {
+  CReportColumn* const resized = columns.GetAt(column);
+  if (resized == nullptr) return;
+  // All keep the width that is seen of them, but for the elastic ones on the right, which share.
+  int gained = 0;
+  int elastic = 0;
+  const std::vector<ColumnSpan> spans = LayOutColumns();
+  for (const ColumnSpan& span : spans) {
+    if (span.column == column) gained = width - span.width;
+    if (span.column > column && columns.GetAt(span.column)->IsAutoSize()) elastic += span.width;
+  }
+  for (const ColumnSpan& span : spans) {
+    CReportColumn& each = *columns.GetAt(span.column);
+    if (span.column == column || !each.IsAutoSize()) continue;
+    int own = span.width;
+    if (span.column > column && elastic > 0) {
+      const auto share = static_cast<int>(std::int64_t{gained} * own / elastic);
+      elastic -= own;
+      own = std::max(std::min(own, kLeastElasticWidth), own - share);
+      gained -= share;
+    }
+    each.SetWidth(own);
+  }
+  resized->SetWidth(width);
+}
+
+void CReportControl::NotifyGrouped(int column) {
+  const CReportColumn* added = columns.GetAt(column);
+  CReportColumnOrder& order = columns.GetGroupsOrder();
+  if (!IsCreated() || added == nullptr || order.IndexOf(added) >= 0) return;
+  order.Add(added);
+  Populate();
+}
+
+void CReportControl::NotifyUngrouped(int column) {
+  CReportColumnOrder& order = columns.GetGroupsOrder();
+  std::vector<const CReportColumn*> kept = order.GetColumns();
+  if (!IsCreated() || std::erase(kept, columns.GetAt(column)) == 0) return;
+  order.Clear();
+  for (const CReportColumn* each : kept) order.Add(each);
+  Populate();
+}
+
+// Without a tree column nothing says that there are children.
+bool CReportControl::CanOpen(const CReportRow& row) const {
+  if (row.IsGroup()) return true;
+  if (!row.GetRecord()->HasChildren()) return false;
+  for (int i = 0; i < columns.GetCount(); ++i) {
+    if (columns.GetAt(i)->IsTreeColumn()) return true;
+  }
+  return false;
+}
+
+void CReportControl::NotifyOpened(int row, bool open) {
+  const CReportRow* opened = rows.GetAt(row);
+  if (!IsCreated() || opened == nullptr || !CanOpen(*opened)) return;
+  if (!rows.SetOpen(*opened, open)) return;
+  const bool hadFocus = focusedRow >= 0;
+  Populate();
+  // What had it is no longer shown.
+  if (hadFocus && focusedRow < 0) SelectRow(row);
+}
+
+bool CReportControl::CanToggle(int row, int column) const {
+  const CReportColumn* found = columns.GetAt(column);
+  const CReportRecordItem* item = GetItemAt(row, column);
+  return mayEdit && found != nullptr && found->IsEditable() && item != nullptr &&
+         item->HasCheckbox();
+}
+
+bool CReportControl::CanEdit(int row, int column) const {
+  const CReportColumn* found = columns.GetAt(column);
+  const CReportRecordItem* item = GetItemAt(row, column);
+  return mayEdit && found != nullptr && found->IsEditable() && item != nullptr &&
+         !item->HasCheckbox() && found->GetIconId() == CReportColumn::kNoIcon;
+}
+
+void CReportControl::NotifyCheckToggled(int row, int column) {
+  if (!IsCreated() || !CanToggle(row, column)) return;
+  CReportRecordItem& item = *GetItemAt(row, column);
+  item.SetChecked(!item.IsChecked());
+  if (ReportPeer* drawn = DrawnBy()) drawn->OnRowChanged(row);
+  ReportNotice notice;
+  notice.row = row;
+  notice.column = column;
+  Send(kMsgReportCheck, notice);
+}
+
+void CReportControl::NotifyEdited(int row, int column, const std::string& newText) {
+  if (!IsCreated() || !CanEdit(row, column)) return;
+  GetItemAt(row, column)->OnEditChanged(newText);
+  if (ReportPeer* drawn = DrawnBy()) drawn->OnRowChanged(row);
+  ReportNotice notice;
+  notice.row = row;
+  notice.column = column;
+  Send(kMsgReportEdit, notice);
+}
+
+void CReportControl::OnMouse(const MouseEvent& event) {
+  const ReportHit hit = HitTest(event.point);
+  const bool isHeader = hit.area == ReportHit::Area::Header;
+  if (event.button == MouseButton::Right) {
+    if (event.action != MouseAction::Release || !isHeader) return;
+    return NotifyHeaderRightClicked(hit.column, ClientToScreen(event.point));
+  }
+  if (event.button != MouseButton::Left) return;
+  switch (event.action) {
+    case MouseAction::Press:
+      return NotifyPressed(hit, event.isShiftDown, event.isControlDown);
+    case MouseAction::Release: {
+      const ReportHit start = std::exchange(pressed, ReportHit());
+      if (start != hit) return;
+      if (isHeader) return NotifyHeaderClicked(hit.column);
+      const bool isPlain = !event.isShiftDown && !event.isControlDown;
+      // What a press kept for a drag ends with the click.
+      const bool isRow = rows.GetAt(hit.row) != nullptr;
+      if (isPlain && isRow && !SelectByUser({hit.row}, hit.row)) return;
+      return NotifyClicked(hit);
+    }
+    case MouseAction::DoubleClick:
+      pressed = ReportHit();
+      return NotifyDoubleClicked(hit);
+    case MouseAction::Move:
+      break;
+  }
+}
+
+void CReportControl::MoveFocus(int row, bool extends) {
+  if (rows.GetCount() == 0) return;
+  row = std::clamp(row, 0, rows.GetCount() - 1);
+  if (!extends) {
+    anchorRow = row;
+  } else if (anchorRow < 0) {
+    anchorRow = std::max(focusedRow, 0);
+  }
+  ShowRow(row);
+  SelectByUser(Range(anchorRow, row), row);
+}
+
+bool CReportControl::StepInTree(bool opens) {
+  const CReportRow* row = rows.GetAt(focusedRow);
+  if (row == nullptr) return false;
+  const bool hasMore = CanOpen(*row);
+  const bool isOpen = hasMore && rows.IsOpen(*row);
+  if (hasMore && isOpen != opens) {
+    NotifyOpened(focusedRow, opens);
+  } else if (opens && isOpen) {
+    MoveFocus(focusedRow + 1, false);
+  } else if (!opens) {
+    int above = focusedRow - 1;
+    while (above >= 0 && rows.GetAt(above)->GetDepth() >= row->GetDepth()) --above;
+    if (above >= 0) MoveFocus(above, false);
+  }
+  return true;
+}
+
+bool CReportControl::OnKeyDown(const KeyEvent& event) {
+  const auto firstColumn = [this](bool (CReportControl::*can)(int, int) const) {
+    for (int i = 0; i < columns.GetCount(); ++i) {
+      if (columns.GetAt(i)->IsVisible() && (this->*can)(focusedRow, i)) return i;
+    }
+    return -1;
+  };
+  switch (event.key) {
+    case kKeyUp:
+      MoveFocus(focusedRow - 1, event.isShiftDown);
+      return true;
+    case kKeyDown:
+      MoveFocus(focusedRow + 1, event.isShiftDown);
+      return true;
+    case kKeyPageUp:
+      MoveFocus(focusedRow - RowsPerPage(), event.isShiftDown);
+      return true;
+    case kKeyPageDown:
+      MoveFocus(focusedRow + RowsPerPage(), event.isShiftDown);
+      return true;
+    case kKeyHome:
+      MoveFocus(0, event.isShiftDown);
+      return true;
+    case kKeyEnd:
+      MoveFocus(rows.GetCount() - 1, event.isShiftDown);
+      return true;
+    case kKeyLeft:
+    case kKeyRight:
+      return StepInTree(event.key == kKeyRight);
+    case kKeySpace: {
+      const int column = firstColumn(&CReportControl::CanToggle);
+      if (column < 0) return false;
+      NotifyCheckToggled(focusedRow, column);
+      return true;
+    }
+    case kKeyF2: {
+      const int column = firstColumn(&CReportControl::CanEdit);
+      ReportPeer* drawn = DrawnBy();
+      if (column >= 0 && drawn != nullptr) drawn->OnEditWanted(focusedRow, column);
+      return true;
+    }
+    case kKeyEnter: {
+      if (rows.GetAt(focusedRow) == nullptr) return false;
+      ReportNotice notice;
+      notice.row = focusedRow;
+      Send(kMsgReportEnter, notice);
+      return true;
+    }
+    default:
+      return false;
+  }
+}
+
+}  // namespace tarn

@@ -1,0 +1,133 @@
+#include "widgets/RichTextCtrl.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "widgets/Toolkit.h"
+
+namespace tarn {
+
+namespace {
+
+// Where nothing is drawn.
+constexpr int kByteWidth = 8;
+constexpr int kLineHeight = 16;
+
+}  // namespace
+
+const std::string* CRichTextCtrl::GetLinkAt(std::size_t position) const {
+  const auto run =
+      std::upper_bound(runs.begin(), runs.end(), position,
+                       [](std::size_t at, const RichTextRun& each) { return at < each.range.end; });
+  return run == runs.end() ? nullptr : run->target.get();
+}
+
+void CRichTextCtrl::AppendRichText(std::string_view richText) {
+  RichText added = ReadRichText(richText);
+  const std::size_t start = text.size() - 1;
+  text.pop_back();
+  text += added.text;
+  text += '\n';
+  for (RichTextRun& run : added.runs) {
+    run.range.start += start;
+    run.range.end += start;
+    runs.push_back(std::move(run));
+  }
+  const std::size_t end = text.size() - 1;
+  if (RichTextPeer* drawing = Drawing(); drawing != nullptr && end > start) {
+    drawing->OnTextAppended({start, end});
+  }
+  if (!isUsersSelection || selection.IsEmpty()) SetSelection({end, end});
+}
+
+void CRichTextCtrl::Clear() {
+  Remove({0, text.size()});
+}
+
+// The last character is not among what goes, and the insertion point stands where something went.
+void CRichTextCtrl::Remove(TextRange range) {
+  range = range.Within(text.size() - 1);
+  const TextRange selected = std::exchange(selection, {range.start, range.start});
+  if (!range.IsEmpty()) {
+    text.erase(range.start, range.Length());
+    const auto moved = [&range](std::size_t position) {
+      if (position <= range.start) return position;
+      return position < range.end ? range.start : position - range.Length();
+    };
+    for (RichTextRun& run : runs) run.range = {moved(run.range.start), moved(run.range.end)};
+    std::erase_if(runs, [](const RichTextRun& run) { return run.range.IsEmpty(); });
+    if (RichTextPeer* drawing = Drawing()) drawing->OnTextReplaced();
+  }
+  if (selection != selected) OnSelectionChanged();
+}
+
+void CRichTextCtrl::SetSelection(TextRange range) {
+  isUsersSelection = false;
+  const TextRange wanted = range.Within(text.size());
+  if (wanted == selection) return;
+  selection = wanted;
+  if (RichTextPeer* drawing = Drawing()) drawing->OnSelectionChanged();
+  OnSelectionChanged();
+}
+
+void CRichTextCtrl::NotifySelected(TextRange range) {
+  const TextRange wanted = range.Within(text.size());
+  if (!IsCreated()) return;
+  isUsersSelection = true;
+  if (wanted == selection) return;
+  selection = wanted;
+  OnSelectionChanged();
+}
+
+void CRichTextCtrl::Copy() {
+  if (!selection.IsEmpty()) WindowToolkit::Current().SetClipboardText(GetSelectedText());
+}
+
+void CRichTextCtrl::Cut() {
+  if (selection.IsEmpty()) return;
+  Copy();
+  Remove(selection);
+}
+
+std::optional<std::size_t> CRichTextCtrl::HitTest(Point point) {
+  std::optional<std::size_t> position;
+  if (RichTextPeer* drawing = Drawing(); drawing != nullptr && drawing->HitTest(point, position)) {
+    return position;
+  }
+  if (point.x < 0 || point.y < 0) return std::nullopt;
+  std::size_t start = 0;
+  for (int line = point.y / kLineHeight; line > 0; --line) {
+    start = text.find('\n', start);
+    if (start == text.npos) return std::nullopt;
+    ++start;
+  }
+  position = start + static_cast<std::size_t>(point.x / kByteWidth);
+  return *position < text.find('\n', start) ? position : std::nullopt;
+}
+
+void CRichTextCtrl::OnMouse(const MouseEvent& event) {
+  if (!onLink) return;
+  if (const auto position = HitTest(event.point)) TellLink(*position, event);
+}
+
+void CRichTextCtrl::NotifyLinkKey(std::size_t position) {
+  MouseEvent release;
+  release.action = MouseAction::Release;
+  release.button = MouseButton::Left;
+  if (IsCreated()) TellLink(position, release);
+}
+
+void CRichTextCtrl::TellLink(std::size_t position, const MouseEvent& event) {
+  const std::string* target = GetLinkAt(position);
+  if (target == nullptr || !onLink) return;
+  // Copies: whoever hears of it may end all of this.
+  const std::string clicked = *target;
+  const LinkHandler handler = onLink;
+  handler(clicked, event);
+}
+
+std::unique_ptr<WindowPeer> CRichTextCtrl::MakePeer(WindowToolkit& toolkit) {
+  return toolkit.MakePeer(*this);
+}
+
+}  // namespace tarn

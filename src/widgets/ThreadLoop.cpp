@@ -1,0 +1,335 @@
+#include "widgets/ThreadLoop.h"
+
+#include <algorithm>
+
+#include "widgets/WindowTable.h"
+
+namespace tarn {
+
+namespace {
+
+// Plain values, so that they can still be read while the thread's objects are destroyed.
+constinit thread_local ThreadLoop* currentLoop = nullptr;
+constinit thread_local bool threadEnded = false;
+
+struct LoopOwner {
+  std::shared_ptr<ThreadLoop> loop;
+
+  LoopOwner() = default;
+  LoopOwner(const LoopOwner&) = delete;
+  LoopOwner& operator=(const LoopOwner&) = delete;
+  ~LoopOwner() {
+    if (loop) loop->Close();
+    currentLoop = nullptr;
+    threadEnded = true;
+  }
+};
+
+}  // namespace
+
+std::shared_ptr<ThreadLoop> ThreadLoop::Current() {
+  if (threadEnded) {
+    auto ended = std::make_shared<ThreadLoop>();
+    ended->closed = true;
+    return ended;
+  }
+  thread_local LoopOwner owner;
+  if (!owner.loop) {
+    owner.loop = std::make_shared<ThreadLoop>();
+    currentLoop = owner.loop.get();
+  }
+  return owner.loop;
+}
+
+bool ThreadLoop::IsCurrentThread() const {
+  return currentLoop == this;
+}
+
+bool ThreadLoop::RunAndWait(const std::function<void()>& work) {
+  if (IsCurrentThread()) {
+    work();
+    return true;
+  }
+  Call call{&work, Current()};
+  if (!Enqueue(call)) return false;
+  call.caller->WaitFor(call);
+  if (call.failure) std::rethrow_exception(call.failure);
+  return call.state == CallState::Done;
+}
+
+bool ThreadLoop::Enqueue(Call& call) {
+  {
+    const std::lock_guard guard(lock);
+    if (closed) return false;
+    calls.push_back(&call);
+    changed.notify_all();
+  }
+  NotifyOtherLoop();
+  return true;
+}
+
+void ThreadLoop::WaitFor(Call& call) {
+  std::unique_lock guard(lock);
+  while (true) {
+    changed.wait(guard, [&] { return call.state != CallState::Waiting || !calls.empty(); });
+    if (call.state != CallState::Waiting) return;
+    guard.unlock();
+    ServeWaiting();
+    guard.lock();
+  }
+}
+
+// One round: a thread that keeps asking does not hold this one here for ever.
+bool ThreadLoop::ServeWaiting() {
+  if (!IsCurrentThread()) return false;
+  std::size_t left = 0;
+  {
+    const std::lock_guard guard(lock);
+    left = calls.size();
+  }
+  bool any = false;
+  for (; left > 0; --left) {
+    Call* call = TakeCall();
+    if (call == nullptr) break;
+    Run(*call);
+    any = true;
+  }
+  return any;
+}
+
+ThreadLoop::Call* ThreadLoop::TakeCall() {
+  const std::lock_guard guard(lock);
+  if (calls.empty()) return nullptr;
+  Call* call = calls.front();
+  calls.pop_front();
+  return call;
+}
+
+void ThreadLoop::Run(Call& call) {
+  ++servingDepth;
+  try {
+    (*call.work)();
+  } catch (...) {
+    call.failure = std::current_exception();
+  }
+  --servingDepth;
+  Finish(call, CallState::Done);
+}
+
+void ThreadLoop::Finish(Call& call, CallState state) {
+  // The record may be gone as soon as its state is seen.
+  const std::shared_ptr<ThreadLoop> caller = call.caller;
+  const std::lock_guard guard(caller->lock);
+  call.state = state;
+  caller->changed.notify_all();
+}
+
+bool ThreadLoop::Pump() {
+  if (!IsCurrentThread()) return false;
+  const bool served = ServeWaiting();
+  const bool delivered = DeliverPosted();
+  const bool ticked = RunDueTimers();
+  return served || delivered || ticked;
+}
+
+bool ThreadLoop::DeliverPosted() {
+  std::size_t left = 0;
+  {
+    const std::lock_guard guard(lock);
+    left = messages.size();
+  }
+  bool any = false;
+  Posted posted;
+  for (; left > 0 && TakePosted(posted); --left) {
+    any = true;
+    const WindowTable::Entry entry = WindowTable::Native().Find(posted.window);
+    if (entry.target == nullptr) continue;
+    entry.target->OnWindowMessage(posted.message, posted.wParam, posted.lParam);
+  }
+  return any;
+}
+
+bool ThreadLoop::TakePosted(Posted& posted) {
+  const std::lock_guard guard(lock);
+  if (messages.empty()) return false;
+  posted = messages.front();
+  messages.pop_front();
+  return true;
+}
+
+bool ThreadLoop::RunDueTimers() {
+  const Clock::time_point now = TimerNow();
+  bool any = false;
+  while (TickOne(now)) any = true;
+  return any;
+}
+
+bool ThreadLoop::TickOne(Clock::time_point now) {
+  TimerKey key;
+  TickHandler onTick;
+  {
+    const std::lock_guard guard(lock);
+    if (!messages.empty()) return false;
+    const auto next = NextTimer();
+    if (next == timers.end() || next->second.due > now) return false;
+    key = next->first;
+    onTick = next->second.onTick;
+    ticking.push_back(key);
+  }
+  struct TickEnd {
+    ThreadLoop& loop;
+    const TimerKey& key;
+    const TickHandler& onTick;
+    ~TickEnd() { loop.EndTick(key, onTick); }
+  } const end{*this, key, onTick};
+  (*onTick)();
+  return true;
+}
+
+void ThreadLoop::EndTick(TimerKey key, const TickHandler& onTick) {
+  const std::lock_guard guard(lock);
+  std::erase(ticking, key);
+  const auto timer = timers.find(key);
+  // Killed or set anew by its own tick: then it is not this one's to go on with.
+  if (timer == timers.end() || timer->second.onTick != onTick) return;
+  // Ticks keep their rhythm, and those that were missed meanwhile are left out.
+  const Clock::time_point now = TimerNow();
+  timer->second.due += timer->second.period;
+  if (timer->second.due <= now) timer->second.due = now + timer->second.period;
+}
+
+ThreadLoop::Timers::iterator ThreadLoop::NextTimer() {
+  auto next = timers.end();
+  for (auto timer = timers.begin(); timer != timers.end(); ++timer) {
+    if (std::find(ticking.begin(), ticking.end(), timer->first) != ticking.end()) continue;
+    if (next == timers.end() || timer->second.due < next->second.due) next = timer;
+  }
+  return next;
+}
+
+bool ThreadLoop::PumpUntil(const std::function<bool()>& done, std::chrono::milliseconds limit) {
+  return ServeOrSleep(&ThreadLoop::Pump, done, limit, false);
+}
+
+bool ThreadLoop::ServeUntil(const std::function<bool()>& done, std::chrono::milliseconds limit) {
+  return ServeOrSleep(&ThreadLoop::ServeWaiting, done, limit, true);
+}
+
+bool ThreadLoop::ServeOrSleep(bool (ThreadLoop::*serve)(), const std::function<bool()>& done,
+                              std::chrono::milliseconds limit, bool onlyCalls) {
+  if (!IsCurrentThread()) return done();
+  // A limit without end must not overflow the clock.
+  constexpr std::chrono::milliseconds kLongest = std::chrono::hours(24 * 365);
+  const Clock::time_point end = Clock::now() + std::min(limit, kLongest);
+  while (!done()) {
+    const bool served = (this->*serve)();
+    if (Clock::now() >= end) return done();
+    if (!served) Sleep(end, onlyCalls);
+  }
+  return true;
+}
+
+void ThreadLoop::Sleep(Clock::time_point limit, bool onlyCalls) {
+  std::unique_lock guard(lock);
+  if (!onlyCalls) {
+    const auto timer = NextTimer();
+    if (timer != timers.end())
+      limit = std::min(limit, Clock::now() + (timer->second.due - TimerNow()));
+  }
+  changed.wait_until(guard, limit,
+                     [&] { return woken || !calls.empty() || (!onlyCalls && !messages.empty()); });
+  woken = false;
+}
+
+void ThreadLoop::SetTimerClock(std::function<Clock::time_point()> clock) {
+  timerClock = std::move(clock);
+}
+
+void ThreadLoop::SetWakeHandler(std::function<void()> wake) {
+  const std::lock_guard guard(wakeLock);
+  wakeHandler.swap(wake);
+}
+
+void ThreadLoop::NotifyOtherLoop() {
+  const std::lock_guard guard(wakeLock);
+  if (wakeHandler) wakeHandler();
+}
+
+std::optional<std::chrono::milliseconds> ThreadLoop::UntilNextTimer() {
+  const std::lock_guard guard(lock);
+  const auto timer = NextTimer();
+  if (timer == timers.end()) return std::nullopt;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(timer->second.due - TimerNow());
+  return std::max(left, std::chrono::milliseconds(0));
+}
+
+void ThreadLoop::Wake() {
+  {
+    const std::lock_guard guard(lock);
+    woken = true;
+    changed.notify_all();
+  }
+  NotifyOtherLoop();
+}
+
+bool ThreadLoop::Post(WindowHandle window, std::uint32_t message, std::intptr_t wParam,
+                      std::intptr_t lParam) {
+  {
+    const std::lock_guard guard(lock);
+    if (closed) return false;
+    messages.push_back({window, message, wParam, lParam});
+    changed.notify_all();
+  }
+  NotifyOtherLoop();
+  return true;
+}
+
+void ThreadLoop::SetTimer(WindowHandle window, std::int32_t id, std::chrono::milliseconds period,
+                          std::function<void()> onTick) {
+  // What the handlers hold is let go of behind the lock: it may come back here.
+  Timer timer;
+  timer.period = std::max(period, std::chrono::milliseconds(1));
+  timer.due = TimerNow() + timer.period;
+  timer.onTick = std::make_shared<const std::function<void()>>(std::move(onTick));
+  {
+    const std::lock_guard guard(lock);
+    if (closed) return;
+    std::swap(timers[{window, id}], timer);
+    woken = true;
+    changed.notify_all();
+  }
+  NotifyOtherLoop();
+}
+
+void ThreadLoop::KillTimer(WindowHandle window, std::int32_t id) {
+  Timers::node_type killed;
+  const std::lock_guard guard(lock);
+  killed = timers.extract({window, id});
+}
+
+void ThreadLoop::Forget(WindowHandle window) {
+  std::vector<Timers::node_type> killed;
+  const std::lock_guard guard(lock);
+  std::erase_if(messages, [window](const Posted& posted) { return posted.window == window; });
+  for (auto timer = timers.begin(); timer != timers.end();) {
+    const auto current = timer++;
+    if (current->first.first == window) killed.push_back(timers.extract(current));
+  }
+}
+
+void ThreadLoop::Close() {
+  WindowTable::Native().RemoveAllOf(this);
+  std::deque<Call*> dropped;
+  Timers killed;
+  {
+    const std::lock_guard guard(lock);
+    closed = true;
+    dropped.swap(calls);
+    killed.swap(timers);
+    messages.clear();
+  }
+  for (Call* call : dropped) Finish(*call, CallState::Dropped);
+  SetWakeHandler(nullptr);
+}
+
+}  // namespace tarn

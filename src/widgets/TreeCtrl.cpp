@@ -1,0 +1,292 @@
+#include "widgets/TreeCtrl.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "widgets/Toolkit.h"
+
+namespace tarn {
+
+namespace {
+
+// Measures of a tree that nobody draws.
+constexpr int kIndent = 19;
+constexpr int kImageGap = 3;  // between image and label
+
+}  // namespace
+
+CTreeCtrl::CTreeCtrl() {
+  top.isTop = true;
+  top.isExpanded = true;
+}
+
+CTreeCtrl::~CTreeCtrl() {
+  DestroyWindow();
+}
+
+TreePeer* CTreeCtrl::Listener() {
+  TreePeer* const listener = Peer();
+  if (!isRedrawOff || listener == nullptr) return listener;
+  if (!isResetDue) listener->OnResetting();
+  isResetDue = true;
+  return nullptr;
+}
+
+void CTreeCtrl::SetRedraw(bool redraw) {
+  isRedrawOff = !redraw;
+  if (isRedrawOff || !isResetDue) return;
+  isResetDue = false;
+  shownSelection = selected;
+  if (TreePeer* const listener = Peer()) listener->OnReset();
+}
+
+CTreeItem& CTreeCtrl::InsertItem(CTreeItem* above, std::string label, int image, int selectedImage,
+                                 void* data) {
+  CTreeItems items;
+  items.push_back(std::make_unique<CTreeItem>(std::move(label), image, selectedImage, data));
+  CTreeItem& item = *items.front();
+  InsertItems(above, ParentOf(above).GetChildCount(), std::move(items));
+  return item;
+}
+
+void CTreeCtrl::InsertItems(CTreeItem* above, int first, CTreeItems items) {
+  if (items.empty()) return;
+  CTreeItem& list = ParentOf(above);
+  first = std::clamp(first, 0, list.GetChildCount());
+  const int count = static_cast<int>(items.size());
+  TreePeer* const listener = Listener();
+  if (listener != nullptr) listener->OnItemsInserting(above, first, count);
+  list.children.insert(list.children.begin() + first, std::make_move_iterator(items.begin()),
+                       std::make_move_iterator(items.end()));
+  list.NumberChildren(first);
+  areRowsValid = false;
+  if (listener != nullptr) listener->OnItemsInserted(above, first, count);
+}
+
+void CTreeCtrl::DeleteItems(CTreeItem* above, int first, int count) {
+  DiscardItems(TakeItems(above, first, count));
+}
+
+void CTreeCtrl::DeleteAllItems() {
+  DeleteItems(nullptr, 0, top.GetChildCount());
+  topRow = 0;
+}
+
+CTreeItems CTreeCtrl::TakeItems(CTreeItem* above, int first, int count) {
+  CTreeItem& list = ParentOf(above);
+  first = std::clamp(first, 0, list.GetChildCount());
+  count = std::clamp(count, 0, list.GetChildCount() - first);
+  CTreeItems taken;
+  if (count == 0) return taken;
+  TreePeer* const listener = Listener();
+  if (listener != nullptr) listener->OnItemsRemoving(above, first, count);
+  LetGo(list, first, count);
+  const auto begin = list.children.begin() + first;
+  taken.assign(std::make_move_iterator(begin), std::make_move_iterator(begin + count));
+  list.children.erase(begin, begin + count);
+  list.NumberChildren(first);
+  for (const std::unique_ptr<CTreeItem>& item : taken) item->parent = nullptr;
+  if (!list.isTop) list.isExpanded = list.isExpanded && list.HasChildren();
+  areRowsValid = false;
+  if (listener != nullptr) listener->OnItemsRemoved(above, first, count);
+  return taken;
+}
+
+// Nothing may point at or below the items that go.
+void CTreeCtrl::LetGo(const CTreeItem& above, int first, int count) {
+  for (CTreeItem** const held : {&selected, &shownSelection, &dropHighlight}) {
+    const CTreeItem* item = *held;
+    while (item != nullptr && item->parent != &above) item = item->parent;
+    if (item != nullptr && item->index >= first && item->index < first + count) *held = nullptr;
+  }
+}
+
+void CTreeCtrl::DiscardItems(CTreeItems&& items) {
+  const CTreeItems gone = std::move(items);
+  for (const std::unique_ptr<CTreeItem>& item : gone) TellGone(*item);
+}
+
+void CTreeCtrl::TellGone(const CTreeItem& item) {
+  for (const std::unique_ptr<CTreeItem>& child : item.children) TellGone(*child);
+  OnItemGone(item);
+}
+
+bool CTreeCtrl::SetItem(CTreeItem& item, std::string_view label, int image, int selectedImage) {
+  if (item.text == label && item.image == image && item.selectedImage == selectedImage) {
+    return false;
+  }
+  TreePeer* const listener = Listener();
+  item.text = label;
+  item.image = image;
+  item.selectedImage = selectedImage;
+  if (listener != nullptr) listener->OnItemChanged(item);
+  return true;
+}
+
+int CTreeCtrl::GetItemCount(const CTreeItem* above) const {
+  return (above == nullptr ? top : *above).GetChildCount();
+}
+
+CTreeItem* CTreeCtrl::GetItemAt(const CTreeItem* above, int at) const {
+  return (above == nullptr ? top : *above).GetChild(at);
+}
+
+void CTreeCtrl::SelectItem(CTreeItem* item) {
+  if (item != nullptr) EnsureVisible(*item);
+  ChooseItem(item);
+}
+
+void CTreeCtrl::ChooseItem(CTreeItem* item) {
+  if (item == selected) return;
+  selected = item;
+  TellSelection();
+  OnSelectionChanged();
+}
+
+void CTreeCtrl::TellSelection() {
+  if (shownSelection == selected) return;
+  TreePeer* const listener = Listener();
+  shownSelection = selected;
+  if (listener != nullptr) listener->OnSelectionChanged();
+}
+
+void CTreeCtrl::Expand(CTreeItem& item, bool expand) {
+  if (!item.HasChildren() || item.isExpanded == expand) return;
+  TreePeer* const listener = Listener();
+  item.isExpanded = expand;
+  areRowsValid = false;
+  OnItemExpanded(item);
+  if (listener != nullptr) listener->OnItemExpanded(item);
+  if (!expand && selected != nullptr && selected->IsBelow(item)) SelectItem(&item);
+}
+
+void CTreeCtrl::SetDropHighlight(CTreeItem* item) {
+  if (dropHighlight == item) return;
+  TreePeer* const listener = Listener();
+  dropHighlight = item;
+  if (listener != nullptr) listener->OnDropHighlightChanged();
+}
+
+void CTreeCtrl::FillRows() const {
+  if (areRowsValid) return;
+  areRowsValid = true;
+  rows.clear();
+  for (CTreeItem* item = top.GetFirstChild(); item != nullptr; item = item->GetNextVisible()) {
+    item->row = static_cast<int>(rows.size());
+    rows.push_back(item);
+  }
+}
+
+int CTreeCtrl::GetRowCount() const {
+  FillRows();
+  return static_cast<int>(rows.size());
+}
+
+CTreeItem* CTreeCtrl::GetRow(int row) const {
+  return row >= 0 && row < GetRowCount() ? rows[static_cast<std::size_t>(row)] : nullptr;
+}
+
+int CTreeCtrl::GetRowOf(const CTreeItem& item) const {
+  FillRows();
+  return GetRow(item.row) == &item ? item.row : -1;
+}
+
+int CTreeCtrl::GetTopRow() const {
+  return std::max(0, std::min(topRow, GetRowCount() - 1));
+}
+
+void CTreeCtrl::SetTopRow(int row) {
+  row = std::max(0, std::min(row, GetRowCount() - 1));
+  if (row == topRow) return;
+  TreePeer* const listener = Listener();
+  topRow = row;
+  if (listener != nullptr) listener->OnScrolled();
+}
+
+void CTreeCtrl::EnsureVisible(CTreeItem& item) {
+  for (CTreeItem* above = item.GetParent(); above != nullptr; above = above->GetParent()) {
+    Expand(*above, true);
+  }
+  const int row = GetRowOf(item);
+  SetTopRow(std::clamp(GetTopRow(), row - RowsPerPage() + 1, row));
+}
+
+int CTreeCtrl::RowsPerPage() const {
+  return std::max(1, GetClientRect().Height() / GetLineHeight());
+}
+
+int CTreeCtrl::GetLineHeight() const {
+  return Peer() == nullptr ? kTreeLineHeight : std::max(1, Peer()->GetLineHeight());
+}
+
+void CTreeCtrl::SetImageList(const CImageList* list) {
+  images = list;
+  Invalidate();
+}
+
+int CTreeCtrl::ImageLeft(const CTreeItem& item) const {
+  const bool atRoot = (GetStyle() & kTreeLinesAtRoot) != 0;
+  return (item.GetLevel() + (atRoot ? 1 : 0)) * kIndent;
+}
+
+int CTreeCtrl::ImageWidth() const {
+  return images == nullptr ? 0 : images->GetImageSize().width + kImageGap;
+}
+
+TreeHit CTreeCtrl::HitTest(Point point) const {
+  if (!GetClientRect().Contains(point)) return {};
+  if (Peer() != nullptr) {
+    if (const std::optional<TreeHit> hit = Peer()->HitTest(point)) return *hit;
+  }
+  CTreeItem* const item = GetRow(GetTopRow() + point.y / GetLineHeight());
+  if (item == nullptr) return {};
+  const int imageLeft = ImageLeft(*item);
+  if (point.x < imageLeft) {
+    const bool hasButton = (GetStyle() & kTreeHasButtons) != 0 && item->HasChildren();
+    return {item,
+            hasButton && point.x >= imageLeft - kIndent ? TreePart::Button : TreePart::Indent};
+  }
+  const Rect label = GetTextRect(*item);
+  if (point.x < label.left) return {item, TreePart::Icon};
+  return {item, point.x < label.right ? TreePart::Label : TreePart::RightOfLabel};
+}
+
+Rect CTreeCtrl::GetTextRect(const CTreeItem& item) const {
+  const int row = GetRowOf(item);
+  if (row < 0) return {};
+  if (Peer() != nullptr) {
+    if (const std::optional<Rect> known = Peer()->GetTextRect(item)) return *known;
+  }
+  const int left = ImageLeft(item) + ImageWidth();
+  const int rowTop = (row - GetTopRow()) * GetLineHeight();
+  const int width = WindowToolkit::Current().MeasureText(GetFont(), item.GetText()).width;
+  return {left, rowTop, left + width, rowTop + GetLineHeight()};
+}
+
+bool CTreeCtrl::IsShownSelected(const CTreeItem& item) const {
+  if (&item == dropHighlight) return true;
+  return &item == selected && (HasFocus() || (GetStyle() & kTreeShowsSelectionAlways) != 0);
+}
+
+DrawingSteps CTreeCtrl::DrawItem(const CTreeItem& item) const {
+  const Rect label = GetTextRect(item);
+  WindowToolkit& toolkit = WindowToolkit::Current();
+  const bool isSelected = IsShownSelected(item);
+  TreeItemPaint paint;
+  paint.rect = {0, label.top, GetClientRect().right, label.bottom};
+  paint.background = toolkit.GetColor(isSelected ? SystemColor::Highlight : SystemColor::Window);
+  paint.foreground =
+      toolkit.GetColor(isSelected ? SystemColor::HighlightText : SystemColor::WindowText);
+  return OnDrawItem(item, paint);
+}
+
+void CTreeCtrl::OnDestroy() {
+  pressed.reset();
+  DeleteAllItems();
+}
+
+std::unique_ptr<WindowPeer> CTreeCtrl::MakePeer(WindowToolkit& toolkit) {
+  return toolkit.MakePeer(*this);
+}
+
+}  // namespace tarn

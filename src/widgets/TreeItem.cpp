@@ -1,0 +1,65 @@
+#include "widgets/TreeCtrl.h"
+
+namespace tarn {
+
+CTreeItem* CTreeItem::GetChild(int at) const {
+  return at >= 0 && at < GetChildCount() ? children[static_cast<std::size_t>(at)].get() : nullptr;
+}
+
+CTreeItem* CTreeItem::GetNextSibling() const {
+  return parent == nullptr ? nullptr : parent->GetChild(index + 1);
+}
+
+CTreeItem* CTreeItem::GetPreviousSibling() const {
+  return parent == nullptr ? nullptr : parent->GetChild(index - 1);
+}
+
+int CTreeItem::GetLevel() const {
+  int level = 0;
+  for (const CTreeItem* above = GetParent(); above != nullptr; above = above->GetParent()) ++level;
+  return level;
+}
+
+bool CTreeItem::IsBelow(const CTreeItem& other) const {
+  const CTreeItem* above = parent;
+  while (above != nullptr && above != &other) above = above->parent;
+  return above != nullptr;
+}
+
+CTreeItem* CTreeItem::GetNextVisible() const {
+  return isExpanded ? GetFirstChild() : NextBehindSubtree();
+}
+
+CTreeItem* CTreeItem::GetPreviousVisible() const {
+  CTreeItem* above = GetPreviousSibling();
+  if (above == nullptr) return GetParent();
+  while (above->isExpanded) above = above->GetChild(above->GetChildCount() - 1);
+  return above;
+}
+
+CTreeItem* CTreeItem::GetNext() const {
+  return HasChildren() ? GetFirstChild() : NextBehindSubtree();
+}
+
+CTreeItem* CTreeItem::NextBehindSubtree() const {
+  for (const CTreeItem* item = this; item != nullptr; item = item->parent) {
+    if (CTreeItem* const next = item->GetNextSibling()) return next;
+  }
+  return nullptr;
+}
+
+CTreeItem& CTreeItem::AppendChild(std::unique_ptr<CTreeItem> child) {
+  children.push_back(std::move(child));
+  NumberChildren(GetChildCount() - 1);
+  return *children.back();
+}
+
+void CTreeItem::NumberChildren(int from) {
+  for (int i = from; i < GetChildCount(); ++i) {
+    CTreeItem& child = *children[static_cast<std::size_t>(i)];
+    child.parent = this;
+    child.index = i;
+  }
+}
+
+}  // namespace tarn

@@ -1,0 +1,55 @@
+#include "widgets/qt/FollowingView.h"
+
+#include <QTimer>
+
+namespace tarn {
+
+FollowingView::FollowingView(CWnd& shownControl)
+    : handle(shownControl.GetHandle()), control(shownControl) {
+  // The control lays its lines out from the left, whatever the user's language.
+  setLayoutDirection(Qt::LeftToRight);
+  setUniformRowHeights(true);
+  setEditTriggers(NoEditTriggers);
+  setAutoScroll(false);
+  setTabKeyNavigation(false);
+  // The value of the bar is the line at the top, as the control counts it.
+  setVerticalScrollMode(ScrollPerItem);
+  setHorizontalScrollMode(ScrollPerPixel);
+}
+
+void FollowingView::AskToTellState() {
+  if (isTellingDue) return;
+  isTellingDue = true;
+  QTimer::singleShot(0, this, [this] {
+    isTellingDue = false;
+    if (IsWindow(handle) && isVisible()) TellState();
+  });
+}
+
+void FollowingView::TellSize() {
+  const Rect known = control.GetClientRect();
+  const QSize size = viewport()->size();
+  if (size.width() != known.Width() || size.height() != known.Height()) {
+    control.NotifyResized({size.width(), size.height()});
+  }
+}
+
+// The view would choose a line of its own.
+void FollowingView::focusInEvent(QFocusEvent* event) {
+  QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
+  viewport()->update();
+}
+
+void FollowingView::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  AskToTellState();
+}
+
+void FollowingView::showEvent(QShowEvent* event) {
+  QTreeView::showEvent(event);
+  if (!IsWindow(handle)) return;
+  FollowScroll();
+  AskToTellState();
+}
+
+}  // namespace tarn

@@ -1,0 +1,243 @@
+#include "widgets/qt/PageControls.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFontMetrics>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
+#include <QTextDocument>
+#include <functional>
+#include <memory>
+
+#include "widgets/qt/WidgetPeer.h"
+#include "widgets/qt/WindowInput.h"
+
+namespace tarn {
+
+namespace {
+
+QAbstractButton* NewButton(ButtonKind kind) {
+  switch (kind) {
+    case ButtonKind::CheckBox:
+      return new QCheckBox;
+    case ButtonKind::Radio:
+      return new QRadioButton;
+    case ButtonKind::Push:
+      break;
+  }
+  return new QPushButton;
+}
+
+// The radio button in front of this one in the same group; null for the first.
+QAbstractButton* RadioBefore(const CButton& button) {
+  QAbstractButton* before = nullptr;
+  if (button.GetParent() == nullptr || button.StartsGroup()) return nullptr;
+  for (const CWnd* const each : button.GetParent()->GetChildren()) {
+    if (each == &button) break;
+    const auto* const radio = dynamic_cast<const CButton*>(each);
+    if (radio == nullptr || radio->GetKind() != ButtonKind::Radio) continue;
+    before = qobject_cast<QAbstractButton*>(WidgetOf(*radio));
+  }
+  return before;
+}
+
+class ButtonWidgetPeer : public WidgetPeer<ButtonPeer, QAbstractButton> {
+ public:
+  explicit ButtonWidgetPeer(CButton& shownButton)
+      : WidgetPeer(shownButton, NewButton(shownButton.GetKind())), button(shownButton) {
+    if (button.GetKind() == ButtonKind::Radio) JoinGroup();
+    ButtonWidgetPeer::OnTextChanged();
+    ButtonWidgetPeer::OnCheckChanged();
+    new WindowInput(button, *widget, kInputFocus | kInputKeys);
+    QObject::connect(widget, &QAbstractButton::clicked, widget, [this, own = handle] {
+      if (!IsWindow(own)) return;
+      button.NotifyClicked();
+      // The button decides; the widget has only guessed.
+      if (IsWindow(own)) OnCheckChanged();
+    });
+  }
+
+  void OnTextChanged() override {
+    if (widget != nullptr) widget->setText(ToQtLabel(button.GetWindowText()));
+  }
+  void OnCheckChanged() override {
+    if (widget == nullptr || button.GetKind() == ButtonKind::Push) return;
+    // A group that insists on a choice would keep the last one.
+    QButtonGroup* const group = widget->group();
+    if (group != nullptr) group->setExclusive(false);
+    widget->setChecked(button.IsChecked());
+    if (group != nullptr) group->setExclusive(true);
+  }
+
+ private:
+  // Gives the arrow keys their way through the group.
+  void JoinGroup() {
+    const QAbstractButton* const before = RadioBefore(button);
+    QButtonGroup* group = before == nullptr ? nullptr : before->group();
+    if (group == nullptr) group = new QButtonGroup(widget->parentWidget());
+    group->addButton(widget);
+  }
+
+  CButton& button;
+};
+
+class ComboBoxWidgetPeer : public WidgetPeer<ComboBoxPeer, QComboBox> {
+ public:
+  explicit ComboBoxWidgetPeer(CComboBox& shownList)
+      : WidgetPeer(shownList, new QComboBox), list(shownList) {
+    ComboBoxWidgetPeer::OnEntriesChanged();
+    new WindowInput(list, *widget, kInputFocus);
+    QObject::connect(widget, &QComboBox::activated, widget, [this, own = handle](int index) {
+      if (!IsWindow(own)) return;
+      list.NotifySelected(index);
+      if (IsWindow(own)) OnSelectionChanged();
+    });
+  }
+
+  void OnEntriesChanged() override {
+    if (widget == nullptr) return;
+    // Entries are added one after another.
+    if (list.GetCount() < widget->count()) widget->clear();
+    for (int index = widget->count(); index < list.GetCount(); ++index) {
+      widget->addItem(ToQt(list.GetText(index)));
+    }
+    OnSelectionChanged();
+  }
+  void OnSelectionChanged() override {
+    if (widget != nullptr) widget->setCurrentIndex(list.GetCurSel());
+  }
+
+ private:
+  CComboBox& list;
+};
+
+class StaticPeer : public WidgetPeer<WindowPeer, QLabel> {
+ public:
+  explicit StaticPeer(CStatic& shownText)
+      : WidgetPeer(shownText, new QLabel), kind(shownText.GetKind()) {
+    widget->setTextFormat(Qt::PlainText);
+    widget->setWordWrap(true);
+    if (kind == StaticKind::Frame) widget->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    StaticPeer::OnTextChanged();
+    StaticPeer::OnMoved();
+  }
+
+  void OnTextChanged() override {
+    if (widget == nullptr || kind != StaticKind::Label) return;
+    widget->setText(ToQt(window.GetWindowText()));
+    Fit();
+  }
+  void OnMoved() override {
+    WidgetPeer::OnMoved();
+    if (widget != nullptr) Fit();
+  }
+
+ private:
+  // One line stands in the middle of its place, beside its field; several begin at the top. What is
+  // too long for its place can be read in a tip.
+  void Fit() {
+    const bool isOneLine = widget->height() < 2 * QFontMetrics(widget->font()).height();
+    widget->setAlignment(Qt::AlignLeft | (isOneLine ? Qt::AlignVCenter : Qt::AlignTop));
+    const bool isCut = widget->heightForWidth(widget->width()) > widget->height();
+    widget->setToolTip(isCut ? Qt::convertFromPlainText(widget->text()) : QString());
+  }
+
+  const StaticKind kind;
+};
+
+// A link as one thing that takes the keyboard; those inside of a label's text have to be reached by
+// a second Tab.
+class LinkLabel : public QLabel {
+ public:
+  LinkLabel() {
+    setTextFormat(Qt::PlainText);
+    setForegroundRole(QPalette::Link);
+    setFocusPolicy(Qt::StrongFocus);
+    setCursor(Qt::PointingHandCursor);
+  }
+  std::function<void()> onOpen;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const int key = event->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
+      QLabel::keyPressEvent(event);
+    } else if (onOpen) {
+      onOpen();
+    }
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    const QPoint point = event->position().toPoint();
+    const bool isOnText = point.x() < sizeHint().width() && rect().contains(point);
+    if (event->button() == Qt::LeftButton && isOnText && onOpen) onOpen();
+  }
+  void paintEvent(QPaintEvent* event) override {
+    QLabel::paintEvent(event);
+    if (!hasFocus()) return;
+    QStyleOptionFocusRect option;
+    option.initFrom(this);
+    option.rect.setWidth(qMin(width(), sizeHint().width()));
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+  }
+};
+
+class HyperlinkPeer : public WidgetPeer<WindowPeer, LinkLabel> {
+ public:
+  explicit HyperlinkPeer(CHyperlinkCtrl& shownLink) : WidgetPeer(shownLink, new LinkLabel) {
+    HyperlinkPeer::OnTextChanged();
+    HyperlinkPeer::OnFontChanged();
+    new WindowInput(shownLink, *widget, kInputFocus);
+    widget->onOpen = [&shownLink, own = handle] {
+      if (IsWindow(own)) shownLink.NotifyClicked();
+    };
+  }
+
+  void OnTextChanged() override {
+    if (widget != nullptr) widget->setText(ToQt(window.GetWindowText()));
+  }
+  void OnFontChanged() override {
+    if (widget == nullptr) return;
+    QFont font = ToQtFont(window.GetFont(), QFont());
+    font.setUnderline(true);
+    widget->setFont(font);
+  }
+};
+
+class PagePeer : public WidgetPeer<WindowPeer> {
+ public:
+  explicit PagePeer(CPropertyPage& page) : WidgetPeer(page, new QWidget) {
+    new WindowInput(page, *widget, kInputContextMenu | kInputFileDrops);
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<ButtonPeer> MakeButtonPeer(CButton& button) {
+  return std::make_unique<ButtonWidgetPeer>(button);
+}
+
+std::unique_ptr<ComboBoxPeer> MakeComboBoxPeer(CComboBox& list) {
+  return std::make_unique<ComboBoxWidgetPeer>(list);
+}
+
+std::unique_ptr<WindowPeer> MakeHyperlinkPeer(CHyperlinkCtrl& link) {
+  return std::make_unique<HyperlinkPeer>(link);
+}
+
+std::unique_ptr<WindowPeer> MakePagePeer(CPropertyPage& page) {
+  return std::make_unique<PagePeer>(page);
+}
+
+std::unique_ptr<WindowPeer> MakeStaticPeer(CStatic& text) {
+  return std::make_unique<StaticPeer>(text);
+}
+
+}  // namespace tarn

@@ -1,0 +1,208 @@
+#include "widgets/qt/QtBrowser.h"
+
+#include <QAction>
+#include <QContextMenuEvent>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QMenu>
+#include <QScrollBar>
+#include <QStringDecoder>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTextCursor>
+#include <QUrl>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "widgets/qt/QtColor.h"
+#include "widgets/qt/WidgetPeer.h"
+#include "widgets/qt/WindowInput.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr qint64 kLargestPage = 64 << 20;
+// A letter alone is a drive.
+constexpr qsizetype kShortestScheme = 2;
+
+bool HasScheme(const QString& address) {
+  const qsizetype colon = address.indexOf(QLatin1Char(':'));
+  if (colon < kShortestScheme || !address[0].isLetter()) return false;
+  for (const QChar c : QStringView(address).left(colon)) {
+    const bool isPart = c.unicode() < 128 && (c.isLetterOrNumber() || c == QLatin1Char('+') ||
+                                              c == QLatin1Char('-') || c == QLatin1Char('.'));
+    if (!isPart) return false;
+  }
+  return true;
+}
+
+// Empty for what is not of this machine.
+QString ToLocalPath(const QString& address) {
+  if (!HasScheme(address)) return address;
+  const QUrl url(address);
+  return url.isLocalFile() ? url.toLocalFile() : QString();
+}
+
+std::optional<QByteArray> ReadPage(const QString& path) {
+  QFile file(path);
+  const bool isReadable = QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly);
+  if (!isReadable || file.size() > kLargestPage) return std::nullopt;
+  return file.readAll();
+}
+
+// Where links lead is kept beside the document, by number: an address goes through no parser of
+// addresses, which would change it.
+class PageView : public QTextBrowser {
+ public:
+  // Whether somebody else has shown a menu there, or the page is gone.
+  std::function<bool(QPoint screen)> onMenuWanted;
+
+  PageView() {
+    setOpenLinks(false);
+    setFrameShape(QFrame::NoFrame);
+  }
+
+  void Show(const QString& address) {
+    shownAddress = address;
+    // A file's own name, or a folder's, may have one as well.
+    const bool isWhole = HasScheme(address) || QFileInfo::exists(address);
+    const qsizetype mark = isWhole ? -1 : address.lastIndexOf(QLatin1Char('#'));
+    const QUrl url = HasScheme(address) ? QUrl(address) : QUrl();
+    const QString place = mark >= 0 ? address.mid(mark + 1) : url.fragment();
+    path = ToLocalPath(mark >= 0 ? address.left(mark) : address);
+    // A page may write the blanks of a name as addresses have them.
+    if (!QFileInfo::exists(path)) path = QUrl::fromPercentEncoding(path.toUtf8());
+    const std::optional<QByteArray> page = path.isEmpty() ? std::nullopt : ReadPage(path);
+    targets.clear();
+    if (!page) {
+      if (address.isEmpty()) return clear();
+      return setPlainText(
+          QCoreApplication::translate("PageView", "This page can't be shown:\n%1").arg(address));
+    }
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix == QLatin1String("htm") || suffix == QLatin1String("html")) {
+      setHtml(QStringDecoder::decoderForHtml(*page).decode(*page));
+      NumberLinks();
+    } else {
+      setPlainText(QString::fromUtf8(*page));
+    }
+    if (!place.isEmpty()) scrollToAnchor(place);
+  }
+
+  // What the link says, as the page has it, or the whole path of what it means relative to the
+  // page.
+  QString AddressOf(const QUrl& numbered) const {
+    const int number = numbered.path().toInt();
+    if (number < 0 || number >= targets.size()) return {};
+    const QString& target = targets[number];
+    if (HasScheme(target) || target.startsWith(QLatin1Char('/'))) return target;
+    if (target.startsWith(QLatin1Char('#'))) return path + target;
+    return QFileInfo(path).path() + QLatin1Char('/') + target;
+  }
+
+ protected:
+  // A page has the colours of its links from when it was read.
+  void changeEvent(QEvent* event) override {
+    QTextBrowser::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange || isDark == IsDarkPalette()) return;
+    isDark = IsDarkPalette();
+    const int top = verticalScrollBar()->value();
+    Show(shownAddress);
+    verticalScrollBar()->setValue(top);
+  }
+  void contextMenuEvent(QContextMenuEvent* event) override {
+    event->accept();
+    if (!onMenuWanted || onMenuWanted(event->globalPos())) return;
+    QMenu* const menu = createStandardContextMenu();
+    // Would copy the number of the link.
+    delete menu->findChild<QAction*>(QStringLiteral("link-copy"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(event->globalPos());
+  }
+  QVariant loadResource(int type, const QUrl& name) override {
+    if (type != QTextDocument::ImageResource && type != QTextDocument::StyleSheetResource)
+      return {};
+    const QString named = name.isRelative() ? name.path() : ToLocalPath(name.toString());
+    if (named.isEmpty()) return {};
+    const std::optional<QByteArray> bytes = ReadPage(QFileInfo(path).dir().absoluteFilePath(named));
+    return bytes ? QVariant(*bytes) : QVariant();
+  }
+
+ private:
+  void NumberLinks() {
+    struct Link {
+      int start;
+      int end;
+    };
+    std::vector<Link> links;
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+      for (auto at = block.begin(); !at.atEnd(); ++at) {
+        const QTextFragment part = at.fragment();
+        if (part.charFormat().anchorHref().isEmpty()) continue;
+        links.push_back({part.position(), part.position() + part.length()});
+        targets.append(part.charFormat().anchorHref());
+      }
+    }
+    QTextCursor cursor(document());
+    cursor.beginEditBlock();
+    for (std::size_t i = 0; i < links.size(); ++i) {
+      cursor.setPosition(links[i].start);
+      cursor.setPosition(links[i].end, QTextCursor::KeepAnchor);
+      QTextCharFormat format;
+      format.setAnchorHref(QStringLiteral("link:%1").arg(i));
+      cursor.mergeCharFormat(format);
+    }
+    cursor.endEditBlock();
+  }
+
+  QString shownAddress;
+  QString path;
+  QStringList targets;
+  bool isDark = IsDarkPalette();
+};
+
+class QtBrowser final : public WidgetPeer<BrowserPeer, PageView> {
+ public:
+  explicit QtBrowser(CBrowserCtrl& shownBrowser)
+      : WidgetPeer(shownBrowser, new PageView), browser(shownBrowser) {
+    new WindowInput(browser, *widget, kInputSize | kInputFocus | kInputKeys);
+    widget->onMenuWanted = [this, own = handle](QPoint screen) {
+      return !IsWindow(own) || browser.NotifyContextMenu({screen.x(), screen.y()}) ||
+             !IsWindow(own);
+    };
+    QObject::connect(widget, &QTextBrowser::anchorClicked, widget,
+                     [this](const QUrl& link) { Follow(widget->AddressOf(link)); });
+    QtBrowser::OnTextChanged();
+    QtBrowser::OnNavigate();
+  }
+
+  void OnTextChanged() override {
+    WidgetPeer::OnTextChanged();
+    if (widget != nullptr) widget->setAccessibleName(ToQt(browser.GetWindowText()));
+  }
+  void OnNavigate() override {
+    if (widget != nullptr) widget->Show(ToQt(browser.GetAddress()));
+  }
+
+ private:
+  // May end the peer.
+  void Follow(const QString& address) {
+    const WindowHandle own = handle;
+    if (!IsWindow(own) || !browser.NotifyNavigating(FromQt(address))) return;
+    if (IsWindow(own)) OnNavigate();
+  }
+
+  CBrowserCtrl& browser;
+};
+
+}  // namespace
+
+std::unique_ptr<BrowserPeer> MakeBrowserPeer(CBrowserCtrl& browser) {
+  return std::make_unique<QtBrowser>(browser);
+}
+
+}  // namespace tarn

@@ -1,0 +1,165 @@
+#include "widgets/qt/QtEdit.h"
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QScopedValueRollback>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <algorithm>
+#include <limits>
+
+#include "widgets/qt/WidgetPeer.h"
+#include "widgets/qt/WindowInput.h"
+
+namespace tarn {
+
+namespace {
+
+struct Selected {
+  int start;
+  int end;
+};
+
+// What the mouse sees.
+QWidget& AreaOf(QLineEdit& field) {
+  return field;
+}
+QWidget& AreaOf(QPlainTextEdit& field) {
+  return *field.viewport();
+}
+
+QString TextOf(const QLineEdit& field) {
+  return field.text();
+}
+// As the field has it: its plain text would have a blank for one that does not break the line.
+QString TextOf(const QPlainTextEdit& field) {
+  QString text = field.document()->toRawText();
+  for (QChar& c : text) {
+    if (c == QChar::ParagraphSeparator || c == QChar::LineSeparator) c = QLatin1Char('\n');
+  }
+  return text;
+}
+
+void SetText(QLineEdit& field, const QString& text) {
+  field.setMaxLength(std::numeric_limits<int>::max());  // else a long text would be cut
+  field.setText(text);
+}
+void SetText(QPlainTextEdit& field, const QString& text) {
+  field.setPlainText(text);
+}
+
+Selected SelectionOf(const QLineEdit& field) {
+  if (field.hasSelectedText()) return {field.selectionStart(), field.selectionEnd()};
+  return {field.cursorPosition(), field.cursorPosition()};
+}
+Selected SelectionOf(const QPlainTextEdit& field) {
+  const QTextCursor cursor = field.textCursor();
+  return {cursor.selectionStart(), cursor.selectionEnd()};
+}
+
+void Select(QLineEdit& field, Selected range) {
+  field.setCursorPosition(range.start);
+  if (range.end > range.start) field.setSelection(range.start, range.end - range.start);
+}
+void Select(QPlainTextEdit& field, Selected range) {
+  QTextCursor cursor = field.textCursor();
+  cursor.setPosition(range.start);
+  cursor.setPosition(range.end, QTextCursor::KeepAnchor);
+  field.setTextCursor(cursor);
+}
+
+// `before` with the user's change, which made `shown` out of it: what the user has left alone keeps
+// its bytes, even those that are no text.
+std::string WithChange(const std::string& before, const QString& shown) {
+  const QString old = ToQt(before);
+  const qsizetype shorter = std::min(old.size(), shown.size());
+  qsizetype front = 0;
+  while (front < shorter && old[front] == shown[front]) ++front;
+  qsizetype back = 0;
+  while (back < shorter - front && old[old.size() - 1 - back] == shown[shown.size() - 1 - back]) {
+    ++back;
+  }
+  // Not between the halves of a character.
+  if (front > 0 && old[front - 1].isHighSurrogate()) --front;
+  if (back > 0 && old[old.size() - back].isLowSurrogate()) --back;
+  const std::size_t start = FromQtPosition(before, static_cast<int>(front));
+  const std::size_t end = FromQtPosition(before, static_cast<int>(old.size() - back));
+  return before.substr(0, start) + FromQt(shown.mid(front, shown.size() - back - front)) +
+         before.substr(end);
+}
+
+template <class Field>
+class QtEdit final : public WidgetPeer<EditPeer, Field> {
+  using Base = WidgetPeer<EditPeer, Field>;
+  using Base::handle;
+  using Base::widget;
+
+ public:
+  explicit QtEdit(CEdit& shownEdit) : Base(shownEdit, new Field), edit(shownEdit) {
+    // The menu is the field's own.
+    new WindowInput(edit, *widget, kInputSize | kInputFocus | kInputKeys);
+    new WindowInput(edit, AreaOf(*widget), kInputMouseHeard | kInputFileDrops);
+    QtEdit::OnReadOnlyChanged();
+    QtEdit::OnTextChanged();
+    QObject::connect(widget.data(), &Field::textChanged, &context, [this] { OnEdited(); });
+    QObject::connect(widget.data(), &Field::cursorPositionChanged, &context,
+                     [this] { OnSelected(); });
+    QObject::connect(widget.data(), &Field::selectionChanged, &context, [this] { OnSelected(); });
+  }
+
+  void OnTextChanged() override {
+    if (widget == nullptr) return;
+    const QScopedValueRollback<bool> own(isShowing, true);
+    SetText(*widget, ToQt(edit.GetWindowText()));
+    OnSelectionChanged();
+  }
+  void OnSelectionChanged() override {
+    if (widget == nullptr) return;
+    const QScopedValueRollback<bool> own(isShowing, true);
+    const std::string& text = edit.GetWindowText();
+    const TextRange range = edit.GetSelection();
+    Select(*widget, {ToQtPosition(text, range.start), ToQtPosition(text, range.end)});
+  }
+  void OnReadOnlyChanged() override {
+    if (widget != nullptr) widget->setReadOnly(edit.IsReadOnly());
+  }
+
+ private:
+  void OnEdited() {
+    if (isShowing) return;
+    const std::string text = WithChange(edit.GetWindowText(), TextOf(*widget));
+    edit.NotifyTextEdited(text, SelectedBytes(text));
+  }
+  void OnSelected() {
+    // A selection that comes ahead of the change it belongs to is told with that.
+    if (isShowing || TextOf(*widget) != ToQt(edit.GetWindowText())) return;
+    edit.NotifySelected(SelectedBytes(edit.GetWindowText()));
+  }
+  TextRange SelectedBytes(const std::string& text) const {
+    const Selected range = SelectionOf(*widget);
+    return {FromQtPosition(text, range.start), FromQtPosition(text, range.end)};
+  }
+
+  CEdit& edit;
+  bool isShowing = false;  // changes of the field are not the user's
+  QObject context;         // what the field tells behind the peer's life goes nowhere
+};
+
+}  // namespace
+
+std::unique_ptr<EditPeer> MakeEditPeer(CEdit& edit) {
+  if (edit.IsMultiLine()) {
+    auto peer = std::make_unique<QtEdit<QPlainTextEdit>>(edit);
+    auto* const field = static_cast<QPlainTextEdit*>(WidgetOf(edit));
+    field->setTabChangesFocus(true);
+    if (!HasFrame(edit)) field->setFrameShape(QFrame::NoFrame);
+    if ((edit.GetStyle() & kEditAutoScroll) != 0) field->setLineWrapMode(QPlainTextEdit::NoWrap);
+    return peer;
+  }
+  auto peer = std::make_unique<QtEdit<QLineEdit>>(edit);
+  auto* const field = static_cast<QLineEdit*>(WidgetOf(edit));
+  field->setFrame(HasFrame(edit));
+  return peer;
+}
+
+}  // namespace tarn

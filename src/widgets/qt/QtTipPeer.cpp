@@ -1,0 +1,127 @@
+#include "widgets/qt/QtTipPeer.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+#include <QToolTip>
+#include <algorithm>
+
+#include "platform/text/Text.h"
+
+namespace tarn {
+
+namespace {
+
+// More than the tip's own margins: frame, and air.
+constexpr int kPadding = 5;
+constexpr qreal kCorner = 4;
+// What is read without losing the line.
+constexpr int kWidestLine = 64;
+
+// Between words, but for one that has no room by itself, as a path may be.
+int FlagsFor(const QString& text, const QFontMetrics& metrics, int width) {
+  constexpr int kFlags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap | Qt::TextDontClip;
+  const int needed = metrics.boundingRect(QRect(0, 0, width, 0), kFlags, text).width();
+  return needed > width ? kFlags | Qt::TextWrapAnywhere : kFlags;
+}
+
+QSize SizeOf(const QString& text, const QFont& font, int width) {
+  const QFontMetrics metrics(font);
+  const QRect rect =
+      metrics.boundingRect(QRect(0, 0, width, 0), FlagsFor(text, metrics, width), text);
+  return {rect.width(), std::max(rect.height(), metrics.height())};
+}
+
+}  // namespace
+
+void TipWidget::paintEvent(QPaintEvent* /*event*/) {
+  if (!IsWindow(handle)) return;
+  QPainter painter(this);
+  painter.setBrush(palette().brush(QPalette::ToolTipBase));
+  QColor frame = palette().color(QPalette::ToolTipText);
+  frame.setAlphaF(0.3F);
+  painter.setPen(frame);
+  // The plain frame is style 0; the others are softer ones.
+  const qreal corner = tip.GetFrameStyle() == 0 ? 0 : kCorner;
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
+
+  painter.setPen(palette().color(QPalette::ToolTipText));
+  QRect rest = rect().marginsRemoved(Margins());
+  for (const Line& line : Lines()) {
+    painter.setFont(line.font);
+    painter.drawText(rest, FlagsFor(line.text, painter.fontMetrics(), rest.width()), line.text);
+    rest.setTop(rest.top() + SizeOf(line.text, line.font, rest.width()).height() +
+                tip.GetLineSpace());
+  }
+}
+
+std::vector<TipWidget::Line> TipWidget::Lines() const {
+  QFont bold = font();
+  bold.setBold(true);
+  std::vector<Line> lines = {{ToQt(tip.GetTitle()), bold}};
+  for (const std::string_view line : Split(tip.GetWindowText(), '\n')) {
+    lines.push_back({ToQt(line), font()});
+  }
+  return lines;
+}
+
+QMargins TipWidget::Margins() const {
+  const Size own = tip.GetMargins();
+  const int across = kPadding + own.width;
+  const int down = kPadding + own.height;
+  return {across, down, across, down};
+}
+
+QSize TipWidget::SizeIn(QSize room) const {
+  const QMargins margins = Margins();
+  const int widest = std::min(kWidestLine * fontMetrics().averageCharWidth(),
+                              room.width() - margins.left() - margins.right());
+  QSize size;
+  for (const Line& line : Lines()) {
+    const QSize own = SizeOf(line.text, line.font, widest);
+    const int space = size.isEmpty() ? 0 : tip.GetLineSpace();
+    size = QSize(std::max(size.width(), own.width()), size.height() + space + own.height());
+  }
+  return size.grownBy(margins).boundedTo(room);
+}
+
+QtTipPeer::QtTipPeer(CTipWindow& shownTip)
+    : WidgetPeer(shownTip, new TipWidget(shownTip)), tip(shownTip) {
+  widget->setParent(widget->parentWidget(), Qt::ToolTip | Qt::FramelessWindowHint |
+                                                Qt::WindowTransparentForInput |
+                                                Qt::WindowDoesNotAcceptFocus);
+  widget->setAttribute(Qt::WA_ShowWithoutActivating);
+  widget->setAttribute(Qt::WA_TranslucentBackground);
+}
+
+void QtTipPeer::OnMoved() {
+  if (widget == nullptr) return;
+  const Rect& rect = tip.GetRect();
+  const CWnd* const above = tip.GetParent();
+  const Point place =
+      above == nullptr ? Point{rect.left, rect.top} : above->ClientToScreen({rect.left, rect.top});
+  QRect shown(place.x, place.y, 0, 0);
+  const QScreen* screen = QGuiApplication::screenAt(shown.topLeft());
+  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+  if (screen != nullptr) {
+    const QRect room = screen->availableGeometry();
+    shown.setSize(widget->SizeIn(room.size()));
+    shown.moveLeft(std::max(room.left(), std::min(shown.left(), room.right() - shown.width())));
+    shown.moveTop(std::max(room.top(), std::min(shown.top(), room.bottom() - shown.height())));
+  }
+  widget->setGeometry(shown);
+}
+
+void QtTipPeer::OnShown() {
+  if (widget == nullptr) return;
+  // The desktop may have gone from light to dark since the last time.
+  widget->setPalette(QToolTip::palette());
+  // The parent may have moved since the place was told.
+  if (tip.IsVisible()) QtTipPeer::OnMoved();
+  widget->setAccessibleName(ToQt(tip.GetTitle()));
+  widget->setAccessibleDescription(ToQt(tip.GetWindowText()));
+  widget->setVisible(tip.IsVisible());
+}
+
+}  // namespace tarn

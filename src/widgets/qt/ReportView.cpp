@@ -1,0 +1,423 @@
+#include "widgets/qt/ReportView.h"
+
+#include <QCoreApplication>
+#include <QHelpEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTextDocument>
+#include <QToolTip>
+#include <algorithm>
+#include <numeric>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/text/Text.h"
+#include "widgets/Toolkit.h"
+#include "widgets/qt/QtFont.h"
+#include "widgets/qt/QtText.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kTakePeriodMs = 30;
+// Every row takes its time whenever rows are added.
+constexpr int kRowsPerMs = 1000;
+
+// The key of a menu, for the heads.
+bool IsHeaderMenuKey(const QKeyEvent& event) {
+  const Qt::KeyboardModifiers keys = event.modifiers();
+  return (event.key() == Qt::Key_F10 && keys == (Qt::ControlModifier | Qt::ShiftModifier)) ||
+         (event.key() == Qt::Key_Menu && keys == Qt::ControlModifier);
+}
+
+}  // namespace
+
+ReportView::ReportView(CReportControl& shownReport)
+    : FollowingView(shownReport),
+      report(shownReport),
+      rows(new ReportModel(shownReport, this)),
+      delegate(new ReportDelegate(shownReport, *this)),
+      head(new ReportHeader(shownReport, this)) {
+  const Following quiet(following, following + 1);
+  setFrameShape(QFrame::NoFrame);
+  setRootIsDecorated(false);
+  setItemsExpandable(false);
+  setSelectionMode(ExtendedSelection);
+  setItemDelegate(delegate);
+  setHeader(head);
+  // The view has made it the other way round, as it doesn't sort.
+  head->setSectionsClickable(true);
+  setModel(rows);
+  takeTimer.setSingleShot(true);
+  connect(&takeTimer, &QTimer::timeout, this, [this] { TakeMore(); });
+  connect(head, &QHeaderView::sectionClicked, this, [this](int column) {
+    if (IsWindow(handle)) report.NotifyHeaderClicked(column);
+  });
+  connect(head, &QHeaderView::sectionResized, this, [this](int column, int /*old*/, int width) {
+    if (following == 0 && IsWindow(handle)) report.NotifyColumnResized(column, width);
+  });
+  connect(head, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
+    CReportColumn* const fitted = IsWindow(handle) ? report.GetColumns().GetAt(column) : nullptr;
+    if (fitted == nullptr) return;
+    report.GetReportHeader().BestFit(*fitted);
+    // The others make room for all of it.
+    report.NotifyColumnResized(column, fitted->GetWidth());
+  });
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int row) {
+    if (following > 0 || isRefillDue) {
+      AskToTellState();
+    } else if (IsWindow(handle)) {
+      report.NotifyScrolled(row);
+    }
+  });
+}
+
+void ReportView::Detach() {
+  const Following quiet(following, following + 1);
+  takeTimer.stop();
+  rows->Detach();
+}
+
+void ReportView::FollowColumns() {
+  const Following quiet(following, following + 1);
+  head->setFont(ToQtFont(report.GetLook().captionFont, font()));
+  if (!rows->TellColumns()) FollowRows();
+  LayOutColumns();
+  viewport()->update();
+}
+
+void ReportView::LayOutColumns() {
+  const Following quiet(following, following + 1);
+  for (int i = 0; i < head->count(); ++i) {
+    const CReportColumn* const column = report.GetColumns().GetAt(i);
+    if (column != nullptr) head->setSectionHidden(i, !column->IsVisible());
+  }
+  for (const CReportControl::ColumnSpan& span : report.LayOutColumns()) {
+    if (span.column < head->count()) head->resizeSection(span.column, span.width);
+  }
+  head->viewport()->update();
+}
+
+void ReportView::FollowRows() {
+  const Following quiet(following, following + 1);
+  takeTimer.stop();
+  rows->Reset();
+  isRefillDue = true;
+  AskToTellState();
+}
+
+void ReportView::ShowRefill() {
+  if (!isRefillDue) return;
+  const Following quiet(following, following + 1);
+  isRefillDue = false;
+  SelectRows();
+  executeDelayedItemsLayout();
+  verticalScrollBar()->setValue(report.GetTopRow());
+}
+
+void ReportView::FollowAppended() {
+  if (!takeTimer.isActive()) {
+    takeTimer.start(std::max(kTakePeriodMs, report.GetRows().GetCount() / kRowsPerMs));
+  }
+}
+
+void ReportView::TakeMore() {
+  const Following quiet(following, following + 1);
+  takeTimer.stop();
+  rows->TakeMore();
+}
+
+void ReportView::FollowRow(int row) {
+  rows->TellChanged(row);
+}
+
+void ReportView::FollowSelection() {
+  const Following quiet(following, following + 1);
+  viewport()->update();
+  if (isRefillDue) return;
+  SelectRows();
+}
+
+// For those who listen to the view, as readers of the screen do; what is painted is asked of the
+// control.
+void ReportView::SelectRows() {
+  if (rows->columnCount() == 0) return;
+  QItemSelection selection;
+  const std::vector<int>& indexes = report.GetSelectedRows().GetIndexes();
+  if (!indexes.empty() || report.GetFocusedRow() >= 0) TakeMore();
+  for (std::size_t first = 0; first < indexes.size();) {
+    std::size_t last = first;
+    while (last + 1 < indexes.size() && indexes[last + 1] == indexes[last] + 1) ++last;
+    selection.select(rows->index(indexes[first], 0),
+                     rows->index(indexes[last], rows->columnCount() - 1));
+    first = last + 1;
+  }
+  selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+  int column = 0;
+  while (column + 1 < rows->columnCount() && isColumnHidden(column)) ++column;
+  selectionModel()->setCurrentIndex(rows->index(report.GetFocusedRow(), column),
+                                    QItemSelectionModel::NoUpdate);
+}
+
+void ReportView::FollowScroll() {
+  const Following quiet(following, following + 1);
+  ShowRefill();
+  if (report.GetTopRow() > 0) TakeMore();
+  executeDelayedItemsLayout();
+  verticalScrollBar()->setValue(report.GetTopRow());
+  if (verticalScrollBar()->value() != report.GetTopRow()) AskToTellState();
+}
+
+void ReportView::FollowMeasures() {
+  if (rowHeight == delegate->RowHeight()) return;
+  rowHeight = delegate->RowHeight();
+  scheduleDelayedItemsLayout();
+}
+
+void ReportView::AskToEdit(int row, int column) {
+  const QPersistentModelIndex cell = rows->index(row, column);
+  QTimer::singleShot(0, this, [this, cell] {
+    if (!IsWindow(handle) || !cell.isValid()) return;
+    scrollTo(cell);
+    edit(cell, AllEditTriggers, nullptr);
+  });
+}
+
+int ReportView::RowsPerPage() const {
+  return viewport()->height() / std::max(1, delegate->RowHeight());
+}
+
+int ReportView::RowAt(int y) const {
+  if (y < 0) return -1;
+  const int row = verticalScrollBar()->value() + y / std::max(1, delegate->RowHeight());
+  return row < rows->rowCount() ? row : -1;
+}
+
+QRect ReportView::PlaceOf(int row) const {
+  const int height = delegate->RowHeight();
+  const int left = -head->offset();
+  return {left, (row - verticalScrollBar()->value()) * height,
+          std::max(head->length(), viewport()->width() - left), height};
+}
+
+QRect ReportView::PlaceOf(int row, int column) const {
+  QRect place = PlaceOf(row);
+  const CReportRow* const shown = report.GetRows().GetAt(row);
+  if (shown == nullptr || shown->IsGroup()) return place;
+  place.setLeft(head->sectionViewportPosition(column));
+  place.setWidth(head->sectionSize(column));
+  return place;
+}
+
+ReportHit ReportView::HitAt(QPoint point) const {
+  ReportHit hit;
+  hit.row = viewport()->rect().contains(point) ? RowAt(point.y()) : -1;
+  const CReportRow* const row = report.GetRows().GetAt(hit.row);
+  if (row == nullptr) return {};
+  hit.area = ReportHit::Area::Row;
+  hit.column = head->logicalIndexAt(point.x());
+  // A group goes over all columns, of which there may be none by now.
+  const int column = row->IsGroup() ? std::max(0, hit.column) : hit.column;
+  if (report.GetColumns().GetAt(column) == nullptr) return hit;
+  delegate->Hit(hit.row, column, PlaceOf(hit.row, column), point, hit);
+  return hit;
+}
+
+void ReportView::drawRow(QPainter* painter, const QStyleOptionViewItem& /*option*/,
+                         const QModelIndex& index) const {
+  if (IsWindow(handle)) delegate->PaintRow(*painter, index.row(), PlaceOf(index.row()), *head);
+}
+
+void ReportView::paintEvent(QPaintEvent* event) {
+  if (IsWindow(handle)) ShowRefill();
+  QTreeView::paintEvent(event);
+}
+
+bool ReportView::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QTreeView::viewportEvent(event);
+  ShowTip(*static_cast<QHelpEvent*>(event));
+  return true;
+}
+
+void ReportView::ShowTip(QHelpEvent& event) {
+  if (!IsWindow(handle)) return;
+  const ReportHit hit = HitAt(event.pos());
+  const QModelIndex index = rows->index(hit.row, hit.column);
+  const QRect place = PlaceOf(hit.row, hit.column);
+  const bool isWanted =
+      report.GetLook().hasToolTips && index.isValid() && delegate->IsCut(index, place);
+  if (!isWanted) {
+    QToolTip::hideText();
+    return event.ignore();
+  }
+  QToolTip::showText(event.globalPos(), Qt::convertFromPlainText(index.data().toString()),
+                     viewport(), place);
+}
+
+// What the mouse does goes to the control alone, before it comes here.
+void ReportView::mousePressEvent(QMouseEvent* event) {
+  event->accept();
+}
+
+void ReportView::mouseReleaseEvent(QMouseEvent* event) {
+  event->accept();
+}
+
+void ReportView::mouseDoubleClickEvent(QMouseEvent* event) {
+  event->accept();
+  if (!IsWindow(handle)) return;
+  const ReportHit hit = HitAt(event->position().toPoint());
+  const bool isOnText = hit.column >= 0 && hit.part == ReportHit::Part::Cell;
+  if (isOnText && report.CanEdit(hit.row, hit.column)) AskToEdit(hit.row, hit.column);
+}
+
+void ReportView::mouseMoveEvent(QMouseEvent* event) {
+  event->accept();
+  if (!IsWindow(handle)) return;
+  const bool isLink = HitAt(event->position().toPoint()).hyperlink >= 0;
+  viewport()->setCursor(isLink ? Qt::PointingHandCursor : Qt::ArrowCursor);
+}
+
+// What the control does not use.
+void ReportView::keyPressEvent(QKeyEvent* event) {
+  event->ignore();
+  if (!IsWindow(handle)) return;
+  if (event->matches(QKeySequence::Copy)) {
+    event->accept();
+    CopyRows();
+  } else if (event->matches(QKeySequence::SelectAll)) {
+    event->accept();
+    selectAll();
+  } else if (IsHeaderMenuKey(*event)) {
+    event->accept();
+    head->OpenMenu(SearchedColumn());
+  } else if (const int column = SearchedColumn(); column >= 0 && typeAhead.Takes(*event)) {
+    event->accept();
+    const std::optional<int> found =
+        typeAhead.Find(*event, report.GetRows().GetCount(), report.GetFocusedRow(),
+                       [this, column](int row, const std::string& text) {
+                         const CReportRecordItem* const item = report.GetItemAt(row, column);
+                         return item != nullptr && StartsWithNoCase(item->GetCaption(), text);
+                       });
+    if (!found) return;
+    const WindowHandle own = handle;
+    report.NotifySelected({*found}, *found);
+    if (IsWindow(own)) scrollTo(rows->index(*found, column));
+  }
+}
+
+int ReportView::SearchedColumn() const {
+  const CReportColumns& columns = std::as_const(report).GetColumns();
+  const auto hasTexts = [](const CReportColumn& column) {
+    return column.IsVisible() && column.GetIconId() == CReportColumn::kNoIcon;
+  };
+  int first = -1;
+  for (int i = columns.GetCount() - 1; i >= 0; --i) {
+    const CReportColumn& column = *columns.GetAt(i);
+    if (!hasTexts(column)) continue;
+    if (column.IsSorted()) return i;
+    first = i;
+  }
+  return first;
+}
+
+void ReportView::selectAll() {
+  if (!IsWindow(handle)) return;
+  std::vector<int> all(static_cast<std::size_t>(report.GetRows().GetCount()));
+  std::iota(all.begin(), all.end(), 0);
+  report.NotifySelected(std::move(all), report.GetFocusedRow());
+}
+
+// A row a line, with tabs between the columns that are seen.
+void ReportView::CopyRows() const {
+  std::string text;
+  for (const int row : report.GetSelectedRows().GetIndexes()) {
+    std::string line;
+    const char* separator = "";
+    for (int column = 0; column < report.GetColumns().GetCount(); ++column) {
+      const CReportRecordItem* const item = report.GetItemAt(row, column);
+      const bool isText = !isColumnHidden(column) && item != nullptr &&
+                          report.GetColumns().GetAt(column)->GetIconId() == CReportColumn::kNoIcon;
+      if (isText) line += std::exchange(separator, "\t") + item->GetCaption();
+    }
+    if (report.GetRows().GetAt(row)->IsGroup())
+      line = report.GetRows().GetAt(row)->GetGroup()->text;
+    text += line + "\n";
+  }
+  if (!text.empty()) WindowToolkit::Current().SetClipboardText(text);
+}
+
+void ReportView::contextMenuEvent(QContextMenuEvent* event) {
+  event->accept();
+  const WindowHandle own = handle;
+  if (!IsWindow(own)) return;
+  QPoint screen = event->globalPos();
+  if (event->reason() == QContextMenuEvent::Keyboard) {
+    const int row = std::clamp(report.GetFocusedRow() - report.GetTopRow() + 1, 0, RowsPerPage());
+    screen = viewport()->mapToGlobal(QPoint(0, row * delegate->RowHeight()));
+  } else if (const int row = RowAt(event->pos().y());
+             row >= 0 && !report.GetSelectedRows().Contains(row)) {
+    report.NotifySelected({row}, row);
+    if (!IsWindow(own)) return;
+  }
+  if (!report.NotifyContextMenu({screen.x(), screen.y()}) && IsWindow(own)) ShowRowMenu(screen);
+}
+
+// Where the report's owners have none: what can be done with the rows, and the heads for those
+// without a mouse.
+void ReportView::ShowRowMenu(QPoint screen) {
+  auto* const menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  const auto whileAlive = [this](auto work) {
+    return [this, work] {
+      if (IsWindow(handle)) work();
+    };
+  };
+  QAction* const copy =
+      menu->addAction(QCoreApplication::translate("ReportView", "&Copy"),
+                      QKeySequence(QKeySequence::Copy), this, whileAlive([this] { CopyRows(); }));
+  copy->setEnabled(report.GetSelectedRows().GetCount() > 0);
+  QAction* const all = menu->addAction(QCoreApplication::translate("ReportView", "Select &all"),
+                                       QKeySequence(QKeySequence::SelectAll), this,
+                                       whileAlive([this] { selectAll(); }));
+  all->setEnabled(report.GetRows().GetCount() > 0);
+  menu->addSeparator();
+  QMenu* const sorting = menu->addMenu(QCoreApplication::translate("ReportView", "&Sort by"));
+  for (int i = 0; i < report.GetColumns().GetCount(); ++i) {
+    const CReportColumn& column = *report.GetColumns().GetAt(i);
+    if (!column.IsVisible() || !column.IsSortable()) continue;
+    QAction* const action =
+        sorting->addAction(ToQtLabel(column.GetCaption()), this,
+                           whileAlive([this, i] { report.NotifyHeaderClicked(i); }));
+    action->setCheckable(true);
+    action->setChecked(column.IsSorted());
+  }
+  sorting->setEnabled(!sorting->isEmpty());
+  menu->popup(screen);
+}
+
+void ReportView::changeEvent(QEvent* event) {
+  QTreeView::changeEvent(event);
+  const bool isOther = event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
+  if (!isOther || !IsWindow(handle)) return;
+  head->setFont(ToQtFont(report.GetLook().captionFont, font()));
+  FollowMeasures();
+}
+
+// What the view could not follow the control in: a window smaller by its bars, and rows at the top
+// that leave the bottom empty.
+void ReportView::TellState() {
+  ShowRefill();
+  executeDelayedItemsLayout();
+  const int row = verticalScrollBar()->value();
+  const WindowHandle own = handle;
+  if (row != report.GetTopRow() && !rows->HasMore()) report.NotifyScrolled(row);
+  if (IsWindow(own)) TellSize();
+  if (IsWindow(own)) LayOutColumns();
+}
+
+}  // namespace tarn

@@ -1,0 +1,187 @@
+#include "widgets/qt/SheetDialog.h"
+
+#include <QAccessible>
+#include <QCoreApplication>
+#include <QDialogButtonBox>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPixmap>
+#include <QStyle>
+#include <QVBoxLayout>
+#include <string>
+
+#include "widgets/Static.h"
+#include "widgets/qt/ImageCache.h"
+#include "widgets/qt/WidgetPeer.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kMargin = 12;
+// What a page's own table leaves free at its edges counts as margin too.
+constexpr int kAroundPage = 4;
+constexpr int kPictureSize = 48;
+constexpr qreal kTitleGrowth = 1.15;
+
+// The whole of a bitmap, no larger than the room for it.
+QPixmap ToPicture(const std::shared_ptr<const Bitmap>& bitmap, qreal ratio) {
+  if (bitmap == nullptr) return {};
+  const QPixmap picture = ToPixmap(*bitmap, bitmap->size, 0, ratio);
+  if (bitmap->size.width <= kPictureSize && bitmap->size.height <= kPictureSize) return picture;
+  const auto side = static_cast<int>(kPictureSize * picture.devicePixelRatio());
+  return picture.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+QFrame* NewLine(QWidget* parent) {
+  auto* const line = new QFrame(parent);
+  line->setFrameStyle(QFrame::HLine | QFrame::Plain);
+  line->setForegroundRole(QPalette::Mid);
+  return line;
+}
+
+QLabel* NewText(const std::string& text, QWidget* parent) {
+  auto* const label = new QLabel(ToQt(text), parent);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  return label;
+}
+
+// A field has no text of its own to be told apart by, but the label in front of it.
+void NameFields(const CPropertyPage& page) {
+  QString label;
+  for (const CWnd* const each : page.GetChildren()) {
+    QWidget* const widget = WidgetOf(*each);
+    if (const auto* const text = dynamic_cast<const CStatic*>(each)) {
+      if (text->GetKind() == StaticKind::Label) label = ToQt(text->GetWindowText());
+    } else if (widget != nullptr && widget->accessibleName().isEmpty()) {
+      if (dynamic_cast<const CControl*>(each) == nullptr || each->GetWindowText().empty()) {
+        widget->setAccessibleName(label);
+      }
+    }
+  }
+}
+
+// In the order of the page's controls, then the buttons; the keyboard begins at the first.
+void OrderFocus(const CPropertyPage& page, QWidget* buttons) {
+  QWidget* last = nullptr;
+  for (const CWnd* const each : page.GetChildren()) {
+    QWidget* const widget = WidgetOf(*each);
+    if (widget == nullptr || (widget->focusPolicy() & Qt::TabFocus) == 0) continue;
+    if (last != nullptr) QWidget::setTabOrder(last, widget);
+    if (last == nullptr && widget->isEnabled()) widget->setFocus(Qt::TabFocusReason);
+    last = widget;
+  }
+  if (last != nullptr) QWidget::setTabOrder(last, buttons);
+}
+
+class SheetPeer : public WidgetPeer<PropertySheetPeer, SheetDialog> {
+ public:
+  explicit SheetPeer(CPropertySheet& shownSheet)
+      : WidgetPeer(shownSheet, new SheetDialog), sheet(shownSheet) {}
+
+  void OnFinishEnabled() override {
+    if (widget != nullptr) widget->EnableFinish(sheet.IsFinishEnabled());
+  }
+
+ private:
+  CPropertySheet& sheet;
+};
+
+}  // namespace
+
+QWidget* SheetDialog::MakeHeader(const CPropertySheet& sheet) {
+  const CPropertyPage& page = *sheet.GetPage();
+  auto* const header = new QWidget(this);
+  header->setAutoFillBackground(true);
+  header->setBackgroundRole(QPalette::Base);
+  auto* const title = NewText(page.GetHeaderTitle(), header);
+  QFont titleFont = title->font();
+  titleFont.setBold(true);
+  titleFont.setPointSizeF(titleFont.pointSizeF() * kTitleGrowth);
+  title->setFont(titleFont);
+  auto* const texts = new QVBoxLayout;
+  texts->addStretch();
+  texts->addWidget(title);
+  texts->addWidget(NewText(page.GetHeaderSubtitle(), header));
+  texts->addStretch();
+  auto* const row = new QHBoxLayout(header);
+  row->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
+  row->setSpacing(kMargin);
+  row->addLayout(texts, 1);
+  const QPixmap picture = ToPicture(sheet.GetHeaderBitmap(), devicePixelRatioF());
+  if (!picture.isNull()) {
+    auto* const shown = new QLabel(header);
+    shown->setPixmap(picture);
+    shown->setFixedSize(kPictureSize, kPictureSize);
+    shown->setAlignment(Qt::AlignCenter);
+    row->addWidget(shown);
+  }
+  return header;
+}
+
+void SheetDialog::Build(const CPropertySheet& sheet) {
+  const CPropertyPage& page = *sheet.GetPage();
+  auto* const rows = new QVBoxLayout(this);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(0);
+  rows->addWidget(MakeHeader(sheet));
+  rows->addWidget(NewLine(this));
+  if (QWidget* const pageWidget = WidgetOf(page)) {
+    pageWidget->setFixedSize(page.GetTemplate().size.width, page.GetTemplate().size.height);
+    auto* const body = new QHBoxLayout;
+    body->setContentsMargins(kAroundPage, kAroundPage, kAroundPage, kAroundPage);
+    body->addWidget(pageWidget);
+    rows->addLayout(body);
+  }
+  rows->addWidget(MakeProblemRow());
+  rows->addWidget(NewLine(this));
+  auto* const buttons = new QDialogButtonBox(this);
+  buttons->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  finishButton = buttons->addButton(QCoreApplication::translate("SheetDialog", "Finish"),
+                                    QDialogButtonBox::AcceptRole);
+  finishButton->setDefault(true);
+  buttons->addButton(QDialogButtonBox::Cancel);
+  connect(buttons, &QDialogButtonBox::accepted, this, [this, &sheet] { TryFinish(sheet); });
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  rows->addWidget(buttons);
+  rows->setSizeConstraint(QLayout::SetFixedSize);
+  EnableFinish(sheet.IsFinishEnabled());
+  NameFields(page);
+  OrderFocus(page, finishButton);
+}
+
+QWidget* SheetDialog::MakeProblemRow() {
+  problemRow = new QWidget(this);
+  auto* const row = new QHBoxLayout(problemRow);
+  row->setContentsMargins(kMargin, 0, kMargin, kMargin);
+  auto* const icon = new QLabel(problemRow);
+  const int side = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
+  icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(side, side));
+  row->addWidget(icon, 0, Qt::AlignTop);
+  problemText = NewText({}, problemRow);
+  row->addWidget(problemText, 1);
+  problemRow->hide();
+  return problemRow;
+}
+
+// The sheet's window owns this dialog.
+void SheetDialog::TryFinish(const CPropertySheet& sheet) {
+  const QString problem = ToQt(sheet.GetPage()->FindFinishProblem());
+  if (problem.isEmpty()) return accept();
+  problemText->setText(problem);
+  problemRow->show();
+  QAccessibleEvent alert(problemText, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
+}
+
+void SheetDialog::EnableFinish(bool enable) {
+  if (finishButton != nullptr) finishButton->setEnabled(enable);
+}
+
+std::unique_ptr<PropertySheetPeer> MakeSheetPeer(CPropertySheet& sheet) {
+  return std::make_unique<SheetPeer>(sheet);
+}
+
+}  // namespace tarn

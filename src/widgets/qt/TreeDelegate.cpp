@@ -1,0 +1,191 @@
+#include "widgets/qt/TreeDelegate.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+#include <QStyleOptionViewItem>
+#include <QWidget>
+#include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <optional>
+#include <utility>
+
+#include "widgets/qt/QtColor.h"
+#include "widgets/qt/QtFont.h"
+#include "widgets/qt/QtText.h"
+#include "widgets/qt/TreeModel.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr int kImageGap = 3;     // between image and label
+constexpr int kLabelMargin = 2;  // on both sides of the label's text
+constexpr int kLineMargin = 3;   // above and below the text
+constexpr int kImageMargin = 1;  // above and below the image
+// More than a window shows; what is scrolled away need not be known.
+constexpr std::size_t kKeptWidths = 4096;
+constexpr int kTextFlags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip;
+
+QRect ToQtRect(const Rect& rect) {
+  return {rect.left, rect.top, rect.Width(), rect.Height()};
+}
+
+// Carries out the steps of one line.
+class StepPainter {
+ public:
+  StepPainter(QPainter& linePainter, const QRect& paintedLine, bool isLineSelected,
+              const QWidget& treeView, ImageCache& pictures)
+      : painter(linePainter),
+        line(paintedLine),
+        isSelected(isLineSelected),
+        view(treeView),
+        cache(pictures) {}
+
+  void operator()(const FillStep& step) const {
+    painter.fillRect(ToQtRect(step.rect),
+                     OwnColor(step.color, {QPalette::Base, QPalette::Highlight})
+                         .value_or(ToQtColor(step.color)));
+  }
+  // One that belongs to the top of the line is in its middle, as the item's own image is.
+  void operator()(const ImageStep& step) const {
+    if (step.images == nullptr) return;
+    const int room = line.height() - step.images->GetImageSize().height;
+    const int shift = step.place.y == line.top() ? std::max(0, room / 2) : 0;
+    painter.drawPixmap(step.place.x, step.place.y + shift,
+                       cache.Get(*step.images, step.index, view.devicePixelRatioF()));
+  }
+  void operator()(const TextStep& step) const {
+    painter.setFont(ToQtFont(step.font, view.font()));
+    // Both may be the same number, and differ where the keyboard is elsewhere.
+    const QPalette::ColorRole role = isSelected ? QPalette::HighlightedText : QPalette::Text;
+    painter.setPen(view.isEnabled() ? OwnColor(step.color, {role}).value_or(ToTextColor(step.color))
+                                    : view.palette().color(QPalette::Disabled, QPalette::Text));
+    painter.drawText(ToQtRect(step.rect), kTextFlags, ToQt(step.text));
+  }
+
+ private:
+  // A colour of the desktop as it is for a view in this state; nothing for any other.
+  std::optional<QColor> OwnColor(Color color,
+                                 std::initializer_list<QPalette::ColorRole> roles) const {
+    const QPalette& palette = view.palette();
+    for (const QPalette::ColorRole role : roles) {
+      if (FromQtColor(palette.color(QPalette::Active, role)) == color) {
+        return palette.color(GroupOf(view), role);
+      }
+    }
+    return std::nullopt;
+  }
+
+  QPainter& painter;
+  const QRect& line;
+  const bool isSelected;
+  const QWidget& view;
+  ImageCache& cache;
+};
+
+}  // namespace
+
+TreeDelegate::TreeDelegate(const CTreeCtrl& shownTree, QWidget& treeView)
+    : QAbstractItemDelegate(&treeView), tree(shownTree), view(treeView) {}
+
+int TreeDelegate::LabelOffset() const {
+  const CImageList* const images = tree.GetImageList();
+  return images == nullptr ? 0 : images->GetImageSize().width + kImageGap;
+}
+
+int TreeDelegate::LabelWidth(const CTreeItem& item) const {
+  return view.fontMetrics().horizontalAdvance(ToQt(item.GetText())) + 2 * kLabelMargin;
+}
+
+int TreeDelegate::LineHeight() const {
+  const CImageList* const images = tree.GetImageList();
+  const int imageHeight = images == nullptr ? 0 : images->GetImageSize().height;
+  return std::max(view.fontMetrics().height() + 2 * kLineMargin, imageHeight + 2 * kImageMargin);
+}
+
+QPixmap TreeDelegate::PictureOf(const CTreeItem& item) {
+  const QRect line(0, 0, LabelOffset() + LabelWidth(item), LineHeight());
+  const qreal ratio = view.devicePixelRatioF();
+  QPixmap picture(line.size() * ratio);
+  picture.setDevicePixelRatio(ratio);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  PaintImage(painter, line, item);
+  PaintLabel(painter, line, item, view.palette().color(QPalette::Text));
+  return picture;
+}
+
+void TreeDelegate::PaintImage(QPainter& painter, const QRect& line, const CTreeItem& item) const {
+  const CImageList* const images = tree.GetImageList();
+  if (images == nullptr) return;
+  const bool isSelected = &item == tree.GetSelectedItem();
+  const QPixmap picture = cache.Get(*images, isSelected ? item.GetSelectedImage() : item.GetImage(),
+                                    view.devicePixelRatioF());
+  const int space = (line.height() - images->GetImageSize().height) / 2;
+  painter.drawPixmap(line.left(), line.top() + space, picture);
+}
+
+void TreeDelegate::PaintLabel(QPainter& painter, const QRect& line, const CTreeItem& item,
+                              const QColor& color) const {
+  painter.setFont(view.font());
+  painter.setPen(color);
+  painter.drawText(line.adjusted(LabelOffset() + kLabelMargin, 0, 0, 0), kTextFlags,
+                   ToQt(item.GetText()));
+}
+
+int TreeDelegate::WidthOf(const DrawingSteps& steps, int left) const {
+  int right = left;
+  for (const DrawingStep& step : steps) {
+    if (const auto* const text = std::get_if<TextStep>(&step)) {
+      const QFontMetrics metrics(ToQtFont(text->font, view.font()));
+      right = std::max(
+          right, text->rect.left + metrics.horizontalAdvance(ToQt(text->text)) + kLabelMargin);
+    } else if (const auto* const image = std::get_if<ImageStep>(&step);
+               image != nullptr && image->images != nullptr) {
+      right = std::max(right, image->place.x + image->images->GetImageSize().width);
+    }
+  }
+  return right - left;
+}
+
+void TreeDelegate::KeepWidth(const CTreeItem& item, int width) const {
+  if (drawnWidths.size() >= kKeptWidths) drawnWidths.clear();
+  if (std::exchange(drawnWidths[&item], width) != width && onWidthChanged) onWidthChanged();
+}
+
+void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                         const QModelIndex& index) const {
+  const CTreeItem* const item = TreeModel::ItemAt(index);
+  if (item == nullptr) return;
+  painter->save();
+  PaintImage(*painter, option.rect, *item);
+  const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+  const DrawingSteps steps = tree.DrawItem(*item);
+  for (const DrawingStep& step : steps) {
+    std::visit(StepPainter(*painter, option.rect, isSelected, view, cache), step);
+  }
+  KeepWidth(*item, WidthOf(steps, option.rect.left()));
+  if (steps.empty()) {
+    const QPalette& palette = option.palette;
+    if (isSelected) {
+      const QRect label(option.rect.left() + LabelOffset(), option.rect.top(), LabelWidth(*item),
+                        option.rect.height());
+      painter->fillRect(label, palette.brush(QPalette::Highlight));
+    }
+    PaintLabel(*painter, option.rect, *item,
+               palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
+  }
+  painter->restore();
+}
+
+QSize TreeDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
+                             const QModelIndex& index) const {
+  const CTreeItem* const item = TreeModel::ItemAt(index);
+  if (item == nullptr) return {0, LineHeight()};
+  const auto drawn = drawnWidths.find(item);
+  const int drawnWidth = drawn == drawnWidths.end() ? 0 : drawn->second;
+  return {std::max(drawnWidth, LabelOffset() + LabelWidth(*item)), LineHeight()};
+}
+
+}  // namespace tarn

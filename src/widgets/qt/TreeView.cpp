@@ -1,0 +1,311 @@
+#include "widgets/qt/TreeView.h"
+
+#include <QContextMenuEvent>
+#include <QDialog>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
+#include <utility>
+
+#include "platform/text/Text.h"
+#include "widgets/qt/QtColor.h"
+#include "widgets/qt/QtText.h"
+#include "widgets/qt/WidgetPeer.h"
+
+namespace tarn {
+
+namespace {
+
+constexpr float kGuideStrength = 0.15F;
+
+}  // namespace
+
+TreeView::TreeView(CTreeCtrl& shownTree)
+    : FollowingView(shownTree),
+      tree(shownTree),
+      items(new TreeModel(shownTree, this)),
+      delegate(new TreeDelegate(shownTree, *this)) {
+  const Following quiet(following, following + 1);
+  setHeaderHidden(true);
+  setFrameShape(HasFrame(tree) ? QFrame::StyledPanel : QFrame::NoFrame);
+  setRootIsDecorated((tree.GetStyle() & kTreeLinesAtRoot) != 0);
+  setSelectionMode(SingleSelection);
+  setExpandsOnDoubleClick(false);
+  setItemDelegate(delegate);
+  setModel(items);
+  header()->setStretchLastSection(false);
+  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  // As wide as the lines that are seen, see OnScrolledTo.
+  header()->setResizeContentsPrecision(0);
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TreeView::OnScrolledTo);
+  delegate->onWidthChanged = [this] { AskToTellState(); };
+}
+
+void TreeView::Detach() {
+  const Following quiet(following, following + 1);
+  items->Detach();
+}
+
+void TreeView::FollowResetting() {
+  const Following quiet(following, following + 1);
+  items->BeginReset();
+}
+
+void TreeView::FollowReset() {
+  const Following quiet(following, following + 1);
+  delegate->ForgetWidths();
+  items->EndReset();
+  for (const CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNextVisible()) {
+    if (item->IsExpanded()) expand(items->IndexOf(item));
+  }
+  FollowSelection();
+  FollowScroll();
+}
+
+void TreeView::FollowInserted(const CTreeItem* above, int first, int count) {
+  const Following quiet(following, following + 1);
+  items->EndInsert();
+  for (int i = first; i < first + count; ++i) {
+    const CTreeItem* const item = tree.GetItemAt(above, i);
+    if (item != nullptr && item->IsExpanded()) FollowExpansion(*item);
+  }
+}
+
+void TreeView::FollowRemoved(const CTreeItem* above) {
+  const Following quiet(following, following + 1);
+  items->EndRemove();
+  if (above != nullptr && !above->IsExpanded()) collapse(items->IndexOf(above));
+  FollowSelection();
+}
+
+void TreeView::FollowExpansion(const CTreeItem& item) {
+  const Following quiet(following, following + 1);
+  if (!item.IsExpanded()) {
+    collapse(items->IndexOf(&item));
+    return;
+  }
+  const CTreeItem* each = &item;
+  do {
+    if (each->IsExpanded()) expand(items->IndexOf(each));
+    each = each->GetNextVisible();
+  } while (each != nullptr && each->IsBelow(item));
+}
+
+// For those who listen to the view, as readers of the screen do; what is painted is asked of the
+// control.
+void TreeView::FollowSelection() {
+  const Following quiet(following, following + 1);
+  const QModelIndex index = items->IndexOf(tree.GetSelectedItem());
+  if (index.isValid()) {
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+  } else {
+    selectionModel()->clear();
+  }
+  viewport()->update();
+}
+
+void TreeView::FollowScroll() {
+  const Following quiet(following, following + 1);
+  executeDelayedItemsLayout();
+  verticalScrollBar()->setValue(tree.GetTopRow());
+  if (verticalScrollBar()->value() != tree.GetTopRow()) AskToTellState();
+}
+
+void TreeView::FollowMeasures() {
+  const QSize current(delegate->LabelOffset(), delegate->LineHeight());
+  if (measures == current) return;
+  measures = current;
+  scheduleDelayedItemsLayout();
+}
+
+TreeHit TreeView::HitAt(Point point) {
+  const Following quiet(following, following + 1);
+  const QModelIndex index = indexAt(QPoint(point.x, point.y));
+  CTreeItem* const item = TreeModel::ItemAt(index);
+  if (item == nullptr) return {};
+  const int left = visualRect(index).left();
+  if (point.x < left) {
+    const bool hasButton = (tree.GetStyle() & kTreeHasButtons) != 0 && item->HasChildren();
+    return {item,
+            hasButton && point.x >= left - indentation() ? TreePart::Button : TreePart::Indent};
+  }
+  const int labelLeft = left + delegate->LabelOffset();
+  if (point.x < labelLeft) return {item, TreePart::Icon};
+  return {item, point.x < labelLeft + delegate->LabelWidth(*item) ? TreePart::Label
+                                                                  : TreePart::RightOfLabel};
+}
+
+Rect TreeView::TextRectOf(const CTreeItem& item) {
+  const Following quiet(following, following + 1);
+  const QRect line = visualRect(items->IndexOf(&item));
+  if (line.isEmpty()) return {};
+  const int left = line.left() + delegate->LabelOffset();
+  return {left, line.top(), left + delegate->LabelWidth(item), line.top() + line.height()};
+}
+
+void TreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                       const QModelIndex& index) const {
+  const CTreeItem* const item = TreeModel::ItemAt(index);
+  if (item == nullptr || !IsWindow(handle)) return;
+  const QRect place = visualRect(index);
+  const int room = indentation() * (item->GetLevel() + (rootIsDecorated() ? 1 : 0));
+  const QRect branches(place.left() - room, place.top(), room, place.height());
+  if ((tree.GetStyle() & kTreeHasLines) != 0) DrawGuides(*painter, branches);
+  if ((tree.GetStyle() & kTreeHasButtons) != 0) drawBranches(painter, branches, index);
+  QStyleOptionViewItem line = option;
+  line.rect = place;
+  const bool isShown = tree.HasFocus() || (tree.GetStyle() & kTreeShowsSelectionAlways) != 0;
+  const bool isSelected =
+      item == tree.GetDropHighlight() || (isShown && item == tree.GetSelectedItem());
+  line.state.setFlag(QStyle::State_Selected, isSelected);
+  delegate->paint(painter, line, index);
+}
+
+// A quiet line below the button of each item that this one lies in.
+void TreeView::DrawGuides(QPainter& painter, const QRect& branches) const {
+  const QPalette& colors = palette();
+  painter.setPen(Blend(colors.color(QPalette::Base), colors.color(QPalette::Text), kGuideStrength));
+  for (int x = branches.right() + 1 - indentation() * 3 / 2; x > branches.left();
+       x -= indentation()) {
+    painter.drawLine(x, branches.top(), x, branches.bottom());
+  }
+}
+
+// Those in closed ones as well.
+std::vector<CTreeItem*> TreeView::ListItems() const {
+  std::vector<CTreeItem*> all;
+  for (CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNext()) {
+    all.push_back(item);
+  }
+  return all;
+}
+
+void TreeView::SearchFor(const QKeyEvent& typed) {
+  const std::vector<CTreeItem*> all = ListItems();
+  const auto current = std::find(all.begin(), all.end(), tree.GetSelectedItem());
+  const auto labelOf = [&all](int each) -> const std::string& {
+    return all[static_cast<std::size_t>(each)]->GetText();
+  };
+  const std::optional<int> line = typeAhead.Find(
+      typed, static_cast<int>(all.size()),
+      current == all.end() ? -1 : static_cast<int>(current - all.begin()),
+      [&](int each, const std::string& text) { return StartsWithNoCase(labelOf(each), text); },
+      [&](int each, const std::string& text) {
+        return ToQt(labelOf(each)).contains(ToQt(text), Qt::CaseInsensitive);
+      });
+  if (!line) return;
+  CTreeItem* const found = all[static_cast<std::size_t>(*line)];
+  const WindowHandle own = handle;
+  tree.SelectItem(found);
+  if (!IsWindow(own) || tree.GetSelectedItem() != found) return;
+  tree.EnsureVisible(*found);
+  // Wider lines may have brought a bar that takes a line away.
+  TellState();
+  if (IsWindow(own) && tree.GetSelectedItem() == found) tree.EnsureVisible(*found);
+}
+
+// Ahead of the control's own share, which ends at the edge of the window: a button that goes up
+// elsewhere ends a drag as well.
+bool TreeView::eventFilter(QObject* watched, QEvent* event) {
+  const bool isRelease = event->type() == QEvent::MouseButtonRelease;
+  if (watched == viewport() && (isRelease || event->type() == QEvent::MouseMove)) {
+    const auto& mouse = static_cast<const QMouseEvent&>(*event);
+    const bool isHeld = mouse.buttons().testFlag(Qt::LeftButton);
+    const bool isInside = viewport()->rect().contains(mouse.position().toPoint());
+    if (!isHeld && !(isRelease && isInside) && IsWindow(handle)) tree.NotifyDragCancelled();
+  }
+  return QTreeView::eventFilter(watched, event);
+}
+
+// Of what the control does not use, the key that opens an item and the letters of a search are the
+// view's; the rest is for whoever is above.
+void TreeView::keyPressEvent(QKeyEvent* event) {
+  event->ignore();
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  const Qt::KeyboardModifiers keys = event->modifiers() & ~Qt::KeypadModifier;
+  if (!IsWindow(handle)) return;
+  if (event->key() == Qt::Key_Escape && tree.NotifyDragCancelled()) {
+    event->accept();
+    return;
+  }
+  if (typeAhead.Takes(*event)) {
+    event->accept();
+    SearchFor(*event);
+    return;
+  }
+  // In a dialog the key is the default button's.
+  const bool isDialog = qobject_cast<QDialog*>(window()) != nullptr;
+  if (!isEnter || keys != Qt::NoModifier || isDialog) return;
+  CTreeItem* const selected = tree.GetSelectedItem();
+  if (selected == nullptr) return;
+  event->accept();
+  tree.EnsureVisible(*selected);
+  const Rect label = TextRectOf(*selected);
+  tree.NotifyDoubleClick(MouseButton::Left,
+                         {std::max(0, label.left), (label.top + label.bottom) / 2});
+}
+
+// By the keyboard; with the mouse the control asks for it.
+void TreeView::contextMenuEvent(QContextMenuEvent* event) {
+  event->accept();
+  if (event->reason() != QContextMenuEvent::Keyboard || !IsWindow(handle)) return;
+  QPoint place(0, 0);
+  if (const CTreeItem* const selected = tree.GetSelectedItem()) {
+    const Rect label = TextRectOf(*selected);
+    place = QPoint(std::clamp(label.left, 0, std::max(0, viewport()->width() - 1)),
+                   std::clamp(label.bottom, 0, std::max(0, viewport()->height() - 1)));
+  }
+  const QPoint screen = viewport()->mapToGlobal(place);
+  tree.NotifyContextMenu({screen.x(), screen.y()});
+}
+
+// A field over a label stays there. The base class takes widgets along only as long as a part of
+// what is painted stays in the window.
+void TreeView::scrollContentsBy(int dx, int dy) {
+  std::vector<std::pair<QWidget*, QPoint>> fields;
+  for (QWidget* const each :
+       viewport()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+    if (ShowsWindow(*each)) fields.emplace_back(each, each->pos());
+  }
+  QTreeView::scrollContentsBy(dx, dy);
+  const QPoint way(dx, dy * delegate->LineHeight());
+  for (const auto& [field, place] : fields) field->move(place + way);
+}
+
+// The one column reaches to the right edge, so that a line is hit behind its label as well.
+void TreeView::updateGeometries() {
+  const int width = std::max(1, viewport()->width());
+  if (header()->minimumSectionSize() != width) {
+    header()->setMinimumSectionSize(width);
+    resizeColumnToContents(0);
+  }
+  QTreeView::updateGeometries();
+}
+
+void TreeView::OnScrolledTo(int row) {
+  // Other lines may be wider.
+  resizeColumnToContents(0);
+  if (following > 0) {
+    AskToTellState();
+  } else if (IsWindow(handle) && !items->IsResetting()) {
+    tree.NotifyScrolled(row);
+  }
+}
+
+// What the view could not follow the control in: a window smaller by its bars, and lines at the top
+// that leave the bottom empty. Lines that were painted wider than they were known to be make the
+// view wider first.
+void TreeView::TellState() {
+  if (items->IsResetting()) return;
+  executeDelayedItemsLayout();
+  resizeColumnToContents(0);
+  const int row = verticalScrollBar()->value();
+  const WindowHandle own = handle;
+  if (row != tree.GetTopRow()) tree.NotifyScrolled(row);
+  if (IsWindow(own)) TellSize();
+}
+
+}  // namespace tarn

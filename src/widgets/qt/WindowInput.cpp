@@ -1,0 +1,224 @@
+#include "widgets/qt/WindowInput.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QResizeEvent>
+#include <QTimer>
+#include <QUrl>
+#include <QWidget>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "widgets/qt/QtText.h"
+#include "widgets/qt/WidgetPeer.h"
+
+namespace tarn {
+
+namespace {
+
+MouseButton ToButton(Qt::MouseButton button) {
+  switch (button) {
+    case Qt::LeftButton:
+      return MouseButton::Left;
+    case Qt::MiddleButton:
+      return MouseButton::Middle;
+    case Qt::RightButton:
+      return MouseButton::Right;
+    default:
+      return MouseButton::None;
+  }
+}
+
+std::optional<MouseAction> ToAction(QEvent::Type type) {
+  switch (type) {
+    case QEvent::MouseButtonPress:
+      return MouseAction::Press;
+    case QEvent::MouseButtonRelease:
+      return MouseAction::Release;
+    case QEvent::MouseButtonDblClick:
+      return MouseAction::DoubleClick;
+    case QEvent::MouseMove:
+      return MouseAction::Move;
+    default:
+      return std::nullopt;
+  }
+}
+
+std::vector<std::string> PathsOf(const QMimeData& data) {
+  std::vector<std::string> paths;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) paths.push_back(FromQt(url.toLocalFile()));
+  }
+  return paths;
+}
+
+bool AcceptsFiles(const CWnd& window) {
+  for (const CWnd* each = &window; each != nullptr; each = each->GetParent()) {
+    if (each->AcceptsDroppedFiles()) return true;
+  }
+  return false;
+}
+
+// A key that the widget with the keyboard has left over goes up the widgets. Those of another
+// window are not meant by it.
+bool ComesFromBelow(const QWidget& widget) {
+  const QWidget* each = QApplication::focusWidget();
+  if (each == nullptr || !widget.isAncestorOf(each)) return false;
+  while (each != &widget && !ShowsWindow(*each)) each = each->parentWidget();
+  return each != &widget;
+}
+
+// With these a key means something to the desktop or to a menu: Alt and Delete would delete.
+bool IsWithSystemKey(const QKeyEvent& event) {
+  return (event.modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != Qt::NoModifier;
+}
+
+struct KeyPair {
+  int qt;
+  int window;
+};
+
+constexpr KeyPair kKeys[] = {
+    {Qt::Key_Backspace, kKeyBackspace},
+    {Qt::Key_Tab, kKeyTab},
+    {Qt::Key_Backtab, kKeyTab},  // with Shift
+    {Qt::Key_Return, kKeyEnter},
+    {Qt::Key_Enter, kKeyEnter},
+    {Qt::Key_Escape, kKeyEscape},
+    {Qt::Key_Space, kKeySpace},
+    {Qt::Key_PageUp, kKeyPageUp},
+    {Qt::Key_PageDown, kKeyPageDown},
+    {Qt::Key_End, kKeyEnd},
+    {Qt::Key_Home, kKeyHome},
+    {Qt::Key_Left, kKeyLeft},
+    {Qt::Key_Up, kKeyUp},
+    {Qt::Key_Right, kKeyRight},
+    {Qt::Key_Down, kKeyDown},
+    {Qt::Key_Insert, kKeyInsert},
+    {Qt::Key_Delete, kKeyDelete},
+    {Qt::Key_F2, kKeyF2},
+};
+
+}  // namespace
+
+KeyEvent ToKeyEvent(const QKeyEvent& event) {
+  KeyEvent key;
+  key.isShiftDown = event.modifiers().testFlag(Qt::ShiftModifier);
+  key.isControlDown = event.modifiers().testFlag(Qt::ControlModifier);
+  for (const KeyPair& pair : kKeys) {
+    if (pair.qt == event.key()) key.key = pair.window;
+  }
+  // Letters and digits have the numbers of their characters in both. Those of other characters mean
+  // something else to a window: a full stop would delete.
+  const bool isLetter = event.key() >= Qt::Key_A && event.key() <= Qt::Key_Z;
+  const bool isDigit = event.key() >= Qt::Key_0 && event.key() <= Qt::Key_9;
+  if (isLetter || isDigit) key.key = event.key();
+  return key;
+}
+
+WindowInput::WindowInput(CWnd& shownWindow, QWidget& widget, unsigned forwarded)
+    : QObject(&widget), window(shownWindow), handle(shownWindow.GetHandle()), inputs(forwarded) {
+  if ((inputs & kInputFileDrops) != 0) widget.setAcceptDrops(true);
+  if ((inputs & (kInputMouse | kInputMouseHeard)) != 0) widget.setMouseTracking(true);
+  widget.installEventFilter(this);
+}
+
+bool WindowInput::eventFilter(QObject* watched, QEvent* event) {
+  if (!IsWindow(handle)) return false;
+  auto* const widget = qobject_cast<QWidget*>(watched);
+  return widget != nullptr && Handle(*widget, *event);
+}
+
+bool WindowInput::Handle(QWidget& widget, QEvent& event) {
+  switch (event.type()) {
+    case QEvent::Resize:
+      if ((inputs & kInputSize) != 0) {
+        const QSize size = static_cast<QResizeEvent&>(event).size();
+        // What the window itself has asked for needs no telling.
+        const Rect known = window.GetClientRect();
+        if (size.width() != known.Width() || size.height() != known.Height()) {
+          window.NotifyResized({size.width(), size.height()});
+        }
+      }
+      return false;
+    case QEvent::FocusIn:
+      if ((inputs & kInputFocus) != 0) window.NotifyFocusTaken();
+      return false;
+    case QEvent::FocusOut:
+      // A menu or another program borrows the keyboard; the window gets it back.
+      if ((inputs & kInputFocus) != 0) {
+        const Qt::FocusReason reason = static_cast<QFocusEvent&>(event).reason();
+        if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) {
+          window.NotifyFocusLost();
+        }
+      }
+      return false;
+    case QEvent::KeyPress: {
+      const auto& key = static_cast<QKeyEvent&>(event);
+      return (inputs & kInputKeys) != 0 && !IsWithSystemKey(key) && !ComesFromBelow(widget) &&
+             window.NotifyKey(ToKeyEvent(key));
+    }
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+      return OnMouse(widget, event);
+    case QEvent::ContextMenu:
+      return OnContextMenu(event);
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+      return OnDrop(event);
+    default:
+      return false;
+  }
+}
+
+bool WindowInput::OnMouse(QWidget& widget, QEvent& event) {
+  if ((inputs & (kInputMouse | kInputMouseHeard)) == 0) return false;
+  const bool isHeardAlone = (inputs & kInputMouseHeard) != 0;
+  // A window that goes takes its widget along, and this with it if a loop runs meanwhile.
+  const WindowHandle own = handle;
+  const auto& mouse = static_cast<QMouseEvent&>(event);
+  if (!isHeardAlone && event.type() == QEvent::MouseButtonPress &&
+      widget.focusPolicy() != Qt::NoFocus) {
+    widget.setFocus(Qt::MouseFocusReason);
+  }
+  MouseEvent told;
+  told.action = ToAction(event.type()).value_or(MouseAction::Move);
+  told.button = ToButton(mouse.button());
+  told.point = {static_cast<int>(mouse.position().x()), static_cast<int>(mouse.position().y())};
+  told.isShiftDown = mouse.modifiers().testFlag(Qt::ShiftModifier);
+  told.isControlDown = mouse.modifiers().testFlag(Qt::ControlModifier);
+  if (IsWindow(own)) window.NotifyMouse(told);
+  return !isHeardAlone || !IsWindow(own);
+}
+
+bool WindowInput::OnContextMenu(QEvent& event) {
+  if ((inputs & kInputContextMenu) == 0) return false;
+  const QPoint screen = static_cast<QContextMenuEvent&>(event).globalPos();
+  window.NotifyContextMenu({screen.x(), screen.y()});
+  return true;
+}
+
+bool WindowInput::OnDrop(QEvent& event) {
+  if ((inputs & kInputFileDrops) == 0 || !AcceptsFiles(window)) return false;
+  // All three kinds of events are drop events.
+  auto& drop = static_cast<QDropEvent&>(event);
+  const std::vector<std::string> paths = PathsOf(*drop.mimeData());
+  if (paths.empty()) return false;
+  drop.setDropAction(Qt::CopyAction);
+  drop.accept();
+  if (event.type() != QEvent::Drop) return true;
+  // The program that they come from waits for the end of this event, and the window may ask.
+  QTimer::singleShot(0, this, [this, paths] {
+    if (IsWindow(handle)) window.NotifyDroppedFiles(paths);
+  });
+  return true;
+}
+
+}  // namespace tarn

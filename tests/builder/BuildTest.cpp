@@ -1,0 +1,203 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "builder/BuildWorld.h"
+#include "platform/text/Text.h"
+
+namespace tarn::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+TEST(Build, OnlyWhatDependsOnAChangedFileIsRebuiltAndChildrenComeFirst) {
+  struct Row {
+    const char* change;
+    std::vector<std::string> runs;
+    bool isGone = false;
+  };
+  const std::vector<Row> rows = {
+      {"/p/b.c", {"cc b.c", "ld a.o b.o c.o"}},
+      {"/p/a.h", {"cc a.c", "cc b.c", "cc c.c", "ld a.o b.o c.o"}},
+      {"/p/c.o", {"cc c.c", "ld a.o b.o c.o"}},  // made by hand, though newer than its source
+      {"/p/c.o", {"cc c.c", "ld a.o b.o c.o"}, true},
+      {"/p/demo.elf", {"ld a.o b.o c.o"}},
+  };
+  for (const Row& row : rows) {
+    BuildWorld world;
+    world.dependencies = "<D Header=\"/p/a.h\" /><D />";
+    world.Open();
+    EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("0x800D 1 /tmp/log.xml"));
+    EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c", "cc b.c", "cc c.c", "ld a.o b.o c.o"));
+    if (row.isGone) world.disk.Erase(row.change);
+    if (!row.isGone) world.Touch(row.change);
+    world.Build(kWorkerBuildAll);
+    EXPECT_EQ(world.TakeRuns(), row.runs) << row.change;
+    EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("0x800D 1 /tmp/log.xml"));
+    EXPECT_THAT(world.TakeRuns(), IsEmpty()) << row.change;
+  }
+}
+
+TEST(Build, ANameThatAToolReportedCountsExactly) {
+  const std::pair<const char*, std::vector<std::string>> rows[] = {
+      {"/p/A.h", {"cc a.c", "cc b.c", "cc c.c", "ld a.o b.o c.o"}},
+      {"/p/C.c", {"cc c.c", "ld a.o b.o c.o"}},
+  };
+  for (const auto& [name, runs] : rows) {
+    BuildWorld world;
+    world.dependencies = "<D Header=\"/p/a.h\" />";
+    world.Open();
+    world.Build(kWorkerBuildAll);
+    world.TakeRuns();
+    world.disk.Erase(FoldCase(name));
+    world.disk.AddFile(name, "");
+    world.Build(kWorkerBuildAll);
+    EXPECT_EQ(world.TakeRuns(), runs) << name;
+  }
+}
+
+TEST(Build, AFailureLeavesTheSiblingsBehindItAlone) {
+  BuildWorld world;
+  world.failing = "a.c";
+  world.Open();
+  const std::vector<std::string> lines = world.Build(kWorkerBuildAll);
+  EXPECT_THAT(lines, Contains("0x8021 \"\" -1"));
+  EXPECT_THAT(lines, Contains("0x800D 0 /tmp/log.xml"));
+  EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c"));
+  EXPECT_EQ(world.model->GetBuildState(), StateFailed);
+}
+
+TEST(Build, AnUpToDateTreeIsExaminedOnceAFile) {
+  BuildWorld world;
+  world.dependencies = "<D Header=\"/p/a.h\" />";
+  world.Open();
+  world.Build(kWorkerBuildAll);
+  world.disk.TakeOperations();
+  world.Build(kWorkerBuildAll);
+  std::vector<std::string> examined = world.disk.Operations("examine");
+  std::sort(examined.begin(), examined.end());
+  // The log file is looked at by its writer.
+  std::erase_if(examined, [](const std::string& line) { return line.find("/tmp") != line.npos; });
+  EXPECT_THAT(examined, ElementsAre("examine /p/a.c", "examine /p/a.h", "examine /p/a.o",
+                                    "examine /p/b.c", "examine /p/b.o", "examine /p/c.c",
+                                    "examine /p/c.o", "examine /p/demo.elf"));
+}
+
+TEST(Build, APartThatIsLaterThanTheWholeCountsOnlyWhenItIsLinked) {
+  for (const bool isLinked : {true, false}) {
+    BuildWorld world;
+    world.Open();
+    world.Node("a.c")->SetAttrValue("LinkExclude", isLinked ? "" : "Yes");
+    world.Build(kWorkerBuildAll);
+    world.TakeRuns();
+    // Made by somebody else, and reported as what it is now.
+    world.Touch("/p/a.o");
+    world.model->SetBuildInfo(
+        "", ("<I><F Header=\"/p/a.o\" Infos=\"\" Date=\"" +
+             std::to_string(world.disk.ModifiedOf("/p/a.o").value_or(0)) + "\" /></I>")
+                .c_str());
+    world.Build(kWorkerBuildAll);
+    if (isLinked) {
+      EXPECT_THAT(world.TakeRuns(), ElementsAre("ld a.o b.o c.o"));
+    } else {
+      EXPECT_THAT(world.TakeRuns(), IsEmpty());
+    }
+  }
+}
+
+TEST(Build, CleanDeletesProductsAndTheDebugDatabase) {
+  BuildWorld world;
+  world.Open();
+  world.Build(kWorkerBuildAll);
+  world.AddFile("/p/demo.tdb", "");
+  world.TakeRuns();
+  world.Build(kWorkerCleanAll);
+  EXPECT_THAT(world.TakeRuns(), IsEmpty());
+  for (const char* path : {"/p/a.o", "/p/c.o", "/p/demo.elf", "/p/demo.tdb"}) {
+    EXPECT_EQ(world.FileText(path), "(none)") << path;
+  }
+  EXPECT_EQ(world.FileText("/p/a.c"), "source");
+}
+
+TEST(Build, TheNodeThatWasCurrentIsCurrentAgain) {
+  BuildWorld world;
+  world.Open();
+  world.model->SetCurrentNode(world.Node("b.c"));
+  world.Build(kWorkerBuildAll);
+  EXPECT_EQ(world.model->GetOwnCurrentNode(), world.Node("b.c"));
+}
+
+TEST(Build, AStopBetweenTwoToolsEndsTheWalk) {
+  BuildWorld world;
+  world.Open();
+  world.host.actions[kMsgLogLine] = [&world] {
+    if (world.host.lines.back().find("b.c") != std::string::npos) world.model->RequestStop();
+  };
+  EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("0x800D 0 /tmp/log.xml"));
+  EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c", "cc b.c"));
+  // The next start clears the request.
+  world.host.actions.erase(kMsgLogLine);
+  EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("0x800D 1 /tmp/log.xml"));
+}
+
+TEST(Build, WhatChangesTheProjectIsRefusedWhileAWorkerLives) {
+  BuildWorld world;
+  world.Open();
+  world.host.actions[kMsgToolSucceeded] = [&world] {
+    EXPECT_EQ(world.model->CloseProject(), 0);
+    EXPECT_EQ(world.model->SelectConfiguration("Other"), 0);
+    world.model->RequestStop();
+    EXPECT_EQ(world.model->CloseProject(), 0) << "a stop request must not free the tree";
+    EXPECT_EQ(world.model->BuildHere(), 0);
+  };
+  world.Build(kWorkerBuildAll);
+  EXPECT_NE(world.Node("a.c"), nullptr);
+  EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c"));
+}
+
+TEST(Build, TheNextBuildMayStartInsideTheMessageThatEndsOne) {
+  BuildWorld world;
+  world.Open();
+  int ends = 0;
+  world.host.actions[kMsgWorkerEnded] = [&] {
+    if (++ends < 3) world.model->StartBuildThread(kWorkerRebuildAll);
+  };
+  world.model->StartBuildThread(kWorkerBuildAll);
+  EXPECT_TRUE(MessageLoop::ForCurrentThread()->PumpUntil([&] { return ends == 3; },
+                                                         std::chrono::seconds(20)));
+  EXPECT_EQ(world.TakeRuns().size(), 12u);
+}
+
+TEST(Build, AModelThatDiesWaitsForItsWorker) {
+  BuildWorld world;
+  world.Open();
+  std::atomic<bool> isRunning = false;
+  world.components.Tools().onRun = [&](const ToolRun&) {
+    isRunning = true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    return 1;
+  };
+  world.model->StartBuildThread(kWorkerBuildAll);
+  MessageLoop::ForCurrentThread()->PumpUntil([&] { return isRunning.load(); },
+                                             std::chrono::seconds(20));
+  world.model.reset();
+  EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
+}
+
+TEST(Build, BuildingOnTheHostsThreadWritesNoEndAndChangesNoState) {
+  BuildWorld world;
+  world.Open();
+  EXPECT_EQ(world.model->BuildHere(), 1);
+  EXPECT_EQ(world.model->GetBuildState(), StateIdle);
+  EXPECT_THAT(world.host.LinesOf(kMsgWorkerEnded), IsEmpty());
+  EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c", "cc b.c", "cc c.c", "ld a.o b.o c.o"));
+  world.model->RequestStop();
+  EXPECT_EQ(world.model->BuildHere(), 0)
+      << "a stop asked for while idle holds until a worker starts";
+}
+
+}  // namespace
+}  // namespace tarn::test

@@ -1,0 +1,175 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "builder/BuildRecordStore.h"
+
+namespace tarn {
+namespace {
+
+constexpr const char* kProject = "blinky.tprj";
+
+// The source, one header and a compiler for each output; the header and the compiler are shared.
+void PutRecord(BuildRecordStore& store, const std::string& output, std::int64_t time) {
+  BuildRecord record;
+  record.application = store.Intern("/p/blinky.tapp");
+  record.output = store.AddVersion(output, {time, 4, 5, 6, 7, 8}, 0);
+  record.infos = store.Intern("12 bytes, 100%\nfine");
+  record.date = store.Intern(std::to_string(time));
+  record.search = store.Intern("");
+  record.signature = UINT64_MAX;
+  record.command = 9;
+  record.sources = 1;
+  record.programs = 1;
+  record.inputs = {store.AddVersion(output + ".c", {1, 2, 3, 4, 5, 6}, 77),
+                   store.AddVersion("/p/a.h", {2, 2, 3, 4, 5, 6}, 78),
+                   store.AddVersion("/bin/cc", {3, 2, 3, 4, 5, 6}, 0)};
+  record.folders = store.AddFolders({record.inputs[1]});
+  record.passedOver = {store.Intern("/p/a.h")};
+  store.Put(std::move(record));
+}
+
+// Two builds: the second replaces one record.
+std::string TwoBlocks() {
+  BuildRecordStore store;
+  PutRecord(store, "/p/main.o", 10);
+  PutRecord(store, "/p/uart.o", 11);
+  std::string bytes = store.RestartJournal(kProject);
+  PutRecord(store, "/p/main.o", 20);
+  return bytes + store.TakeNews();
+}
+
+std::string DateOf(const BuildRecordStore& store, const std::string& output) {
+  const std::size_t record = store.Find("/p/blinky.tapp", output);
+  if (record == BuildRecordStore::kNone) return "none";
+  return std::string(store.Text(store.Get(record).date));
+}
+
+TEST(StateFile, StringsAndVersionsThatRecordsShareAreStoredOnce) {
+  BuildRecordStore store;
+  PutRecord(store, "/p/a%.o", 10);
+  PutRecord(store, "/p/b.o", 11);
+  const std::string body =
+      "T /p/blinky.tapp\nT /p/a%25.o\nT 12 bytes, 100%25%0Afine\nT 10\nT \nT /p/a%25.o.c\n"
+      "T /p/a.h\nT /bin/cc\nT /p/b.o\nT 11\nT /p/b.o.c\n"
+      "F 1 10 5 4 7 8 6 0\nF 5 1 3 2 5 6 4 77\nF 6 2 3 2 5 6 4 78\nF 7 3 3 2 5 6 4 0\n"
+      "F 8 11 5 4 7 8 6 0\nF 10 1 3 2 5 6 4 77\n"
+      "G 2\nA 0\nR 0 2 3 4 1 1 1 -1 9\nI 1 2 3\nP 6\nR 4 2 9 4 1 1 1 -1 9\nI 5 2 3\nP 6\n";
+  std::uint64_t chain = StateChecksum(StateHead(kProject));
+  EXPECT_EQ(store.RestartJournal(kProject), StateHead(kProject) + StateBlock(body, chain));
+}
+
+TEST(StateFile, WhatWasWrittenIsReadAndAppendedTo) {
+  BuildRecordStore store;
+  ASSERT_EQ(store.Load(TwoBlocks(), kProject), StateVerdict::Good);
+  EXPECT_EQ(store.GetJournalLength(), TwoBlocks().size());
+  EXPECT_FALSE(store.HasNews());
+  EXPECT_EQ(store.GetCount(), 2u);
+  EXPECT_EQ(DateOf(store, "/p/main.o"), "20");
+  const BuildRecord& record = store.Get(store.Find("/p/blinky.tapp", "/p/uart.o"));
+  EXPECT_EQ(record.signature, UINT64_MAX);
+  ASSERT_EQ(record.Dependencies().size(), 1u);
+  EXPECT_EQ(store.PathOf(record.Dependencies()[0]), "/p/a.h");
+  EXPECT_EQ(store.Version(record.Dependencies()[0]).status.inode, 6u);
+  // Continued and compacted, it reads the same.
+  store.Drop(store.Find("/p/blinky.tapp", "/p/main.o"));
+  store.RenewChanged(record.inputs[0], 99);
+  PutRecord(store, "/p/new.o", 30);
+  BuildRecordStore appended;
+  ASSERT_EQ(appended.Load(TwoBlocks() + store.TakeNews(), kProject), StateVerdict::Good);
+  BuildRecordStore compacted;
+  ASSERT_EQ(compacted.Load(store.Save(kProject), kProject), StateVerdict::Good);
+  for (const BuildRecordStore* each : {&appended, &compacted}) {
+    EXPECT_EQ(DateOf(*each, "/p/main.o"), "none");
+    EXPECT_EQ(DateOf(*each, "/p/new.o"), "30");
+    const std::size_t uart = each->Find("/p/blinky.tapp", "/p/uart.o");
+    EXPECT_EQ(each->Version(each->Get(uart).inputs[0]).status.changed, 99);
+    EXPECT_EQ(each->Save(kProject), compacted.Save(kProject));
+  }
+}
+
+// A record that is read from a damaged file must be one that was written.
+TEST(StateFile, AChangedOrCutFileIsGoodUpToTheDamage) {
+  const std::string good = TwoBlocks();
+  const std::size_t head = StateHead(kProject).size();
+  BuildRecordStore whole;
+  whole.Load(good, kProject);
+  const auto check = [&](const std::string& bytes, std::size_t place) {
+    BuildRecordStore store;
+    const StateVerdict verdict = store.Load(bytes, kProject);
+    if (place < head) {
+      EXPECT_NE(verdict, StateVerdict::Good) << place;
+    }
+    const std::string main = DateOf(store, "/p/main.o");
+    EXPECT_TRUE(main == "none" || main == "10") << place;
+    EXPECT_LE(store.GetJournalLength(), place) << place;
+  };
+  for (std::size_t i = 0; i < good.size(); ++i) {
+    for (const int change : {1, 0x20, 0x80}) {
+      std::string bytes = good;
+      bytes[i] = static_cast<char>(bytes[i] ^ change);
+      check(bytes, i);
+    }
+    check(good.substr(0, i), i);
+  }
+  BuildRecordStore grown;
+  EXPECT_EQ(grown.Load(good + "B 3 ", kProject), StateVerdict::Good);
+  EXPECT_EQ(grown.GetJournalLength(), good.size());
+}
+
+TEST(StateFile, OtherVersionsAndProjectsAreToldApart) {
+  std::string other = TwoBlocks();
+  other.replace(other.find("state 2"), 7, "state 1");
+  BuildRecordStore store;
+  EXPECT_EQ(store.Load(other, kProject), StateVerdict::OtherVersion);
+  EXPECT_EQ(store.Load(TwoBlocks(), "else.tprj"), StateVerdict::Foreign);
+  EXPECT_EQ(store.Load("", kProject), StateVerdict::Damaged);
+  EXPECT_EQ(store.GetCount(), 0u);
+}
+
+TEST(StateFile, WellWrappedNonsenseIsDamaged) {
+  const std::string start = "T a\nF 0 1 1 1 1 1 1 1\nA 0\n";
+  const std::string record = start + "R 0 0 0 0 0 0 0 1 1\n";
+  const std::string bodies[] = {
+      "T a",                         // last line not ended
+      "A 0\n",                       // number before its string
+      "T a\nR 0 0 0 0 0 0 0 1 1\n",  // record without application
+      "T a\nF 0 1 1 1 1 1 1\n",      // too few numbers
+      "T a\nF 0 1 1 1 1 1 1 1 1\n",  // too many
+      "T a\nF 1 1 1 1 1 1 1 1\n",    // beyond the table
+      start + "R 0 0 1 0 0 0 0 1 1\n",
+      start + "R 1 0 0 0 0 0 0 1 1\n",       // no such version
+      start + "R 0 0 0 0 1 0 0 1 1\n",       // no such set of folders
+      start + "R 0 0 0 0 0 1 0 1 1\n",       // more sources than inputs
+      start + "R 0 0 0 0 0 1 1 1 1\nI 0\n",  // sources and programs overlap
+      start + "R 0 0 0 0 0 0 4294967295 1 1\nI 0\n",
+      start + "R 0 0 0 0 0 0 0 1 1 \n",  // space at the end
+      start + "R 0 0 0 0 0 0 0 1\n",     // too few numbers
+      start + "I 0\n",                   // inputs of nothing
+      start + "G 1\n",
+      record + "I 0\nI 0\n",
+      record + "I 9\n",
+      record + "I -1\n",
+      record + "I 4294967296\n",
+      record + "P 1\n",
+      record + "X 1\n",
+      record + "C 1 1\n",
+      "T a%2\n",  // broken escape
+      "Z 0\n",
+      "\n",
+  };
+  std::uint64_t first = StateChecksum(StateHead(kProject));
+  BuildRecordStore well;
+  ASSERT_EQ(well.Load(StateHead(kProject) + StateBlock(record, first), kProject),
+            StateVerdict::Good);
+  for (const std::string& body : bodies) {
+    const std::string head = StateHead(kProject);
+    std::uint64_t chain = StateChecksum(head);
+    BuildRecordStore store;
+    EXPECT_EQ(store.Load(head + StateBlock(body, chain), kProject), StateVerdict::Damaged) << body;
+    EXPECT_EQ(store.GetCount(), 0u) << body;
+  }
+}
+
+}  // namespace
+}  // namespace tarn

@@ -1,0 +1,83 @@
+// The host's thread keeps reading, reporting and speaking while a worker builds a large project.
+// What it checks by itself is little; its worth is in being run under the thread sanitizer.
+
+#include <gtest/gtest.h>
+
+#include "builder/BuildWorld.h"
+#include "platform/text/Text.h"
+
+namespace tarn::test {
+namespace {
+
+constexpr int kFiles = 1000;
+
+class StressWorld : public ProjectWorld {
+ public:
+  StressWorld() {
+    std::string content;
+    for (int i = 0; i < kFiles; ++i) {
+      const std::string name = "f" + std::to_string(i);
+      content += "<C Header=\"" + name + ".c\" Path=\".\\" + name + ".c\" />";
+      AddFile("/p/" + name + ".c", "");
+    }
+    AddDemo("<Group Header=\"all\" >" + content + "</Group>");
+    components.Properties().defaults["Application.Build.TranslateTool"] = "ld";
+    components.Properties().defaults["Application.Build.OutputFile"] = "demo.elf";
+    components.Properties().defaults["C.Build.TranslateTool"] = "cc";
+    components.Tools().onRun = [this](const ToolRun& run) {
+      const bool isLink = run.tool == "ld";
+      const std::string source = run.files.substr(1, run.files.size() - 2);
+      disk.AddFile(isLink ? "/p/demo.elf" : source.substr(0, source.size() - 1) + "o", "");
+      return 1;
+    };
+    OpenDemo();
+    model->PublishAll();
+    for (int i = 0; i < kFiles; ++i) {
+      const std::string name = "f" + std::to_string(i);
+      Node((name + ".c").c_str())->SetAttrValue("OutputFile", "/p/" + name + ".o");
+    }
+  }
+
+  // One round of everything that a host may call beside a build.
+  void Disturb(int round) {
+    const std::string product = "/p/f" + std::to_string(round % kFiles) + ".o";
+    model->SetBuildInfo("", ("<I><F Header=\"" + product + "\" Infos=\"i\" Date=\"" +
+                             ToDecimal(disk.ModifiedOf(product).value_or(0)) +
+                             "\" ><D Header=\"/p/h.h\" /></F></I>")
+                                .c_str());
+    model->ReportMessage("from the host");
+    std::string list;
+    model->CollectLinkFiles(list, Application(), true, Application(), ",");
+    model->CollectDebugFiles(list, Application(), Application(), ",");
+    model->GetDynamicCommands(kFirstDynamicCommand);
+    model->GetSymbolInfo("main");
+    model->GetCurrentConfigName();
+    model->GetBuildState();
+    propertyManager.GetPropertyValue("C", "Build", "OutputFile");
+    model->SetCurrentNode(model->GetProjectRoot().GetChild(0));
+    model->PublishTick();
+    if (model->IsWorkerAlive()) {
+      EXPECT_EQ(model->CloseProject(), 0);
+    }
+  }
+};
+
+TEST(WorkerStress, AHostThatIsBusyBesideABuildMeetsNoRace) {
+  StressWorld world;
+  bool ended = false;
+  world.host.actions[kMsgWorkerEnded] = [&ended] { ended = true; };
+  ASSERT_EQ(world.model->StartBuildThread(kWorkerBuildAll), 1);
+  int round = 0;
+  while (!ended && round < 100'000) {
+    world.Disturb(round++);
+    world.model->ServeWorker();
+    MessageLoop::ForCurrentThread()->Pump();
+  }
+  ASSERT_TRUE(ended);
+  EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), kFiles + 1u);
+  EXPECT_EQ(world.model->GetBuildState(), StateSucceeded);
+  EXPECT_GT(round, 10);
+}
+
+}  // namespace
+}  // namespace tarn::test
