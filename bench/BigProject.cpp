@@ -25,7 +25,7 @@ void Write(const fs::path& path, const std::string& text) {
 
 // --- The compiler ---
 
-// The headers that a source includes by their full names.
+// Returns the headers that a source includes by full path.
 std::string HeadersOf(const std::string& source) {
   std::ifstream file(source);
   std::string list;
@@ -38,7 +38,7 @@ std::string HeadersOf(const std::string& source) {
   return list;
 }
 
-// The arguments with those of a response file in its place; no name here needs a quote.
+// Replaces response files by the arguments in them; no name here needs quotes.
 std::vector<std::string> WithResponse(const std::vector<std::string>& arguments) {
   std::vector<std::string> all;
   for (const std::string& each : arguments) {

@@ -6,24 +6,25 @@
 
 namespace tarn::bench {
 
-// A project of many small C files in groups with the same files for ninja beside it, and a compiler
-// for it: the calling program by another name, which writes an output and a rule file and ends.
+// Project of many small C files in groups, the same files as a ninja build, and a compiler for
+// both: the calling program under a different name, which writes an output and a dependency file
+// and exits.
 struct BigProject {
   std::filesystem::path folder;
-  std::vector<std::string> sources;  // below the folder
+  std::vector<std::string> sources;  // relative to the folder
 
   std::filesystem::path GetProjectFile() const { return folder / "big.tprj"; }
 };
 
-// Makes the project in `folder` and points the environment of this process and of those that it
-// starts at it: the compiler is found, state and settings stay inside. Throws std::exception when
-// something can't be written.
+// Creates the project in `folder` and sets the environment of this process and its child processes
+// so that the compiler is found, and state and settings are stored inside the folder. Throws
+// std::exception if a file can't be written.
 BigProject MakeBigProject(const std::filesystem::path& folder, int files);
 
-// True when the program was started as the compiler; it has done the work of one then.
+// Returns true if the program was started as the compiler; it has then done the compiler's work.
 bool ActsAsCompiler(int argc, char** argv);
 
-// A folder for this process below that of temporary files; not made.
+// Returns a folder for this process in the folder for temporary files. Doesn't create it.
 std::filesystem::path BenchFolder(const char* name);
 
 }  // namespace tarn::bench

@@ -5,8 +5,8 @@
 #include <ctime>
 #include <vector>
 
-// The rows of the table that `scripts/bench` prints: what was measured as a ratio against something
-// that was measured in the same run, since the same work takes another time on another machine.
+// Rows of the table that `scripts/bench` prints: measurements as ratios to something measured in
+// the same run, since absolute times differ between computers.
 namespace tarn::bench {
 
 inline double Median(std::vector<double> numbers) {
@@ -15,7 +15,8 @@ inline double Median(std::vector<double> numbers) {
   return *middle;
 }
 
-// Processor seconds of all threads of this process that `work` takes: others may use the machine.
+// Returns the processor time in seconds of all threads of this process during `work`. Unlike wall
+// time, it doesn't depend on the load of the system.
 template <class Work>
 double SecondsOf(Work&& work) {
   const auto now = [] {

@@ -1,4 +1,4 @@
-# Whether the desktop host can be built: TARN_HAS_DESKTOP. Everything else does without Qt.
+# Sets TARN_HAS_DESKTOP if the desktop host can be built. Everything else works without Qt.
 set(TARN_HAS_DESKTOP OFF)
 if(TARN_BUILD_DESKTOP)
   find_package(Qt6 6.2 QUIET COMPONENTS Widgets)

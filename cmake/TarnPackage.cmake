@@ -1,5 +1,5 @@
-# What programs that embed Tarn are built with: the C interface, and how pkg-config and find_package
-# find it. All paths are relative to the files themselves, so an installation may be moved.
+# Files for building programs that embed Tarn: the C interface, and the metadata for pkg-config and
+# find_package. All paths are relative to the files themselves, so an installation can be moved.
 include(CMakePackageConfigHelpers)
 
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})

@@ -2,10 +2,10 @@
 # tarn_module(NAME SOURCES... EXPORTS names... [INTERNAL patterns...] [LINK targets...]): a shared
 #   library lib<NAME>.so. It exports these C functions, and the C++ names that match the patterns,
 #   for the other programs and libraries of this build.
-# tarn_test(NAME SOURCES... [LINK targets...] [THREADS]): a test program, run by ctest. THREADS: it has
-#   tests with several threads; the thread sanitizer has nothing to say about the others, which are
-#   then built on request only.
-# tarn_qt_test(NAME SOURCES... [LINK targets...]): the same with widgets.
+# tarn_test(NAME SOURCES... [LINK targets...] [THREADS]): a test program, run by ctest. THREADS: it
+#   contains multithreaded tests. With the thread sanitizer all others are built on request only,
+#   because it can't find anything in them.
+# tarn_qt_test(NAME SOURCES... [LINK targets...]): like tarn_test, for tests with widgets.
 
 function(tarn_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
@@ -17,7 +17,8 @@ function(tarn_module name)
   cmake_parse_arguments(ARG "" "" "SOURCES;EXPORTS;INTERNAL;LINK" ${ARGN})
   add_library(${name} SHARED ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC tarn_options ${ARG_LINK})
-  # A version script also covers what comes out of static libraries, the standard library included.
+  # Unlike compiler options, a version script also hides symbols of static libraries, including the
+  # standard library.
   set(exports ${CMAKE_CURRENT_BINARY_DIR}/${name}.map)
   list(JOIN ARG_EXPORTS "; " names)
   set(internal "")

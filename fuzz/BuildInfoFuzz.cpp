@@ -1,5 +1,5 @@
-// The input serves as a tool's report on a loaded project: it may change what is shown and what
-// counts as stale, but not the tree that is saved, and a second report like it changes nothing.
+// The input is a tool's report on a loaded project. It may change what is shown and what is out of
+// date, but not the tree that is saved; a second identical report changes nothing.
 
 #include <cstddef>
 #include <cstdint>
@@ -32,7 +32,7 @@ void Open(ProjectWorld& world) {
   }
   Require(world.OpenDemo() == 1);
   world.model->PublishAll();
-  // What a real property manager derives.
+  // Attributes that a real property manager derives.
   for (const auto& [label, output] :
        {std::pair{"a.c", "/p/a.o"}, {"b.c", "/p/b.o"}, {"c.c", "/p/a.o"}, {"a|", "/p/x|\".o"}}) {
     world.Node(label)->SetAttrValue("OutputFile", output);

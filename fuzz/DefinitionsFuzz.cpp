@@ -1,5 +1,5 @@
-// The input serves as definition file, as stored options and as values text; the component must
-// take all three, and what it writes must read back as what it held.
+// The input is a definition file, stored options and a values string. The component must accept all
+// three, and what it writes must read back as the same values.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,15 +1,15 @@
-// The input is what a host does with a manager that has a small project, one thing a line, with
-// tabs between its parts:
+// The input is the actions of a host on a manager with a small project, one per line, with
+// tab-separated fields:
 //
-//   METHOD ARGUMENT...            a call by name, or by number behind a #
+//   METHOD ARGUMENT...            a call by name, or by number after a #
 //   @MESSAGE METHOD ARGUMENT...   the same call inside the next host message of that number
-//   ?MESSAGE NUMBER               how the host answers that message from now on
-//   =PATH TEXT                    a file that is there from now on
+//   ?MESSAGE NUMBER               sets the host's reply to that message
+//   =PATH TEXT                    creates a file
 //   pump                          the host waits for the worker
 //
-// An argument is 'text, a number, - (no text), . (nothing), o (an object) or m (the manager). In
-// texts \n is a line break. Whatever comes, each call answers by a result or by how it is wrong,
-// and the manager ends when its host lets go of it.
+// An argument is 'string, a number, - (null string), . (no value), o (an object) or m (the
+// manager). In strings, \n is a line break. For any input, each call returns a result or an error,
+// and the manager is destroyed when its host releases it.
 
 #include <chrono>
 #include <cstddef>
@@ -69,7 +69,7 @@ class Host {
       return tarn::kSheetFinish;
     };
   }
-  // Nobody waits for what a worker does behind the end of its host.
+  // Waits for the worker, since nothing else does after the end of its host.
   ~Host() { WaitForWorker(); }
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
@@ -90,7 +90,7 @@ class Host {
     } else if (first.starts_with('@') && words.size() > 1) {
       world.host.actions[Message(first)] = [this, message = Message(first),
                                             call = std::string(line.substr(first.size() + 1))] {
-        const std::string once = call;  // which goes with the action
+        const std::string once = call;  // copied, since it is destroyed with the action
         world.host.actions.erase(message);
         Call(tarn::Split(once, '\t'));
       };

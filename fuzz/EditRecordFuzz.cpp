@@ -1,5 +1,6 @@
-// A record of edits lies next to its project for as long as that does: whatever became of it,
-// reading it must end well, and what is taken must write and read back the same.
+// The input is an edit record, which is stored next to its project for the project's lifetime.
+// Reading it must terminate properly for any contents, and accepted records must read back the
+// same.
 
 #include <cstdint>
 #include <cstdlib>

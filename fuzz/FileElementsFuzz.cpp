@@ -1,4 +1,5 @@
-// Positions of the elements of any text: each lies in the text, after its parent and its siblings.
+// Positions of the elements of any text: each is inside the text, after its parent and its
+// preceding siblings.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
-// The first line of the input asks for a change, the rest is the text of an INI file. Nothing may
-// be lost on the way through, and what was written must be there, alone changed.
+// The first line of the input is the requested change, the rest is the contents of an INI file.
+// Nothing may be lost by reading and writing, and the written value must be the only change.
 
 #include <algorithm>
 #include <cstddef>
@@ -19,7 +19,7 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// All that can be read, without one value.
+// Returns everything that can be read, except for one value.
 std::string Contents(const tarn::IniFile& ini, std::string_view section, std::string_view name) {
   std::string contents;
   for (const auto& each : ini.SectionNames()) {
@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   tarn::IniFile ini(text);
   Require(ini.ToText() == text);
-  // A text that knows these names already is changed elsewhere.
+  // If the file already has this section and name, the write would replace an existing value.
   if (ini.Read(section, name)) return 0;
   const std::string before = Contents(ini, section, name);
   const bool fits = value.find_first_of(std::string_view("\r\n\0", 3)) == value.npos;
@@ -56,7 +56,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Require(ini.Remove(section, name) == fits);
   Require(Contents(ini, section, name) == before);
 
-  // Any name that a line can hold comes back; any other is refused without a trace.
+  // A name that can be written on a line must read back; any other must be rejected without a
+  // change.
   const std::string untouched = ini.ToText();
   if (ini.Write(value, value, "1")) {
     Require(tarn::IniFile(ini.ToText()).Read(value, value) == "1");

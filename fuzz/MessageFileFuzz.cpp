@@ -1,5 +1,5 @@
-// The input serves as message file and as a tool's message file. The log file must be what a full
-// rewrite gives, however the messages came into it.
+// The input is a message file and a tool's message file. The log file must equal a full rewrite,
+// regardless of how the messages were added.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
-// The first line of the input is a template, none when it is empty, the second the folder of help;
-// the rest is a tool's text. Each of its lines gives one message, which shows all of the line and
-// whose parts agree with each other.
+// The first line of the input is a template (none if it is empty), the second the folder of help
+// pages, the rest a tool's output. Each line of the output must produce one message, which shows
+// the whole line and has consistent fields.
 
 #include <algorithm>
 #include <cstddef>

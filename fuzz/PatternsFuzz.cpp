@@ -1,5 +1,5 @@
-// The first line of the input is a pattern, the second a template, the rest the text to search.
-// Both ways to match have to agree, and to stay within the text and the bound on their steps.
+// The first line of the input is a pattern, the second a template, the rest the subject. Both
+// matchers must agree, and respect the bounds of the subject and of their steps.
 
 #include <cstddef>
 #include <cstdint>
@@ -57,7 +57,7 @@ void CheckMatch(CCompiledPattern& pattern, std::string_view subject) {
   for (std::size_t i = 0; matches && i < tarn::kPatternGroups; ++i) {
     Require(slots[2 * i] == pattern.groupStart[i] && slots[2 * i + 1] == pattern.groupEnd[i]);
   }
-  // The text that each match requires is no more than a shortcut.
+  // Requiring a string is only an optimisation and must not change the result.
   Require(pattern.regexec(subject.data()) == matches);
 }
 
@@ -67,7 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string_view input(reinterpret_cast<const char*>(data), size);
   const std::string text = TakeLine(input);
   const std::string replacement = TakeLine(input);
-  // Exactly as long as the text, so that a read behind its end is seen.
+  // A buffer of exact size, so that a read after its end is detected.
   input = input.substr(0, input.find('\0'));
   const auto memory = std::make_unique<char[]>(input.size() + 1);
   input.copy(memory.get(), input.size());

@@ -1,6 +1,6 @@
-// The input serves as project file and, behind a line of equal signs, as application file. They go
-// the whole road: load, publish, change an option, save, load again. Whatever they hold, nothing
-// that stood on the disk may be gone afterwards unless the system holds it itself.
+// The input is a project file and, after a line of equal signs, an application file. They are
+// loaded, published, changed by an option, saved and loaded again. For any contents, data that was
+// on disk must not be lost unless it is stored elsewhere.
 
 #include <algorithm>
 #include <cctype>
@@ -39,7 +39,7 @@ Disk FilesOf(const ProjectWorld& world) {
   return files;
 }
 
-// Letters and digits alone, since reading and writing again may change the quotes around them.
+// Returns only letters and digits, since reading and writing may change the quotes around them.
 std::string BareText(std::string text) {
   for (const std::string_view reference : {"&quot;", "&slash;"}) {
     text = tarn::ReplaceAll(text, reference, "");
@@ -48,8 +48,9 @@ std::string BareText(std::string text) {
   return text;
 }
 
-// How far quotes stand as in a whole text: behind an equals sign where one opens, and in front of a
-// blank or the end of the tag where it closes. What comes then may be anything to the reader.
+// Returns the length of the prefix in which quotes are used as in a well-formed file: an opening
+// quote after an equals sign, a closing quote before white space or the end of the tag. The parser
+// may interpret the rest in any way.
 std::size_t LengthOfWellQuoted(std::string_view text) {
   bool isOpen = false;
   for (std::size_t at = text.find('"'); at != std::string_view::npos; at = text.find('"', at + 1)) {
@@ -61,9 +62,9 @@ std::size_t LengthOfWellQuoted(std::string_view text) {
   return text.size();
 }
 
-// The marks Keep="..." in the start tags of a text, found without the reader whose losses are at
-// stake. Texts with pieces that a save leaves out by its nature have none, and what stands in the
-// value of another attribute is none: it goes when a change replaces that.
+// Returns the markers Keep="..." in the start tags of a file, found without the parser that is
+// under test. Files with parts that a save drops by design have no markers. A marker in the value
+// of another attribute doesn't count, since it is lost when a change replaces that value.
 std::set<std::string> MarksOf(std::string_view text) {
   for (const std::string_view gone : {"<?", "<!", "'", "\\", "#CDATA", "PropState", "Info", "Desc",
                                       "Dependencies", "LastBuilt", "highlight"}) {
@@ -78,8 +79,8 @@ std::set<std::string> MarksOf(std::string_view text) {
     const std::size_t end = text.find_first_not_of("0123456789", at + kStart.size());
     const bool isInTag = tag != std::string_view::npos && text[tag] == '<' &&
                          std::isalpha(static_cast<unsigned char>(text[tag + 1])) != 0;
-    // Behind an even number of quotes none is open, and behind an equals sign comes a value even
-    // when it has none.
+    // After an even number of quotes none is open; after an equals sign there is always a value,
+    // even an unquoted one.
     const std::string_view before = tarn::Trim(text.substr(0, at));
     const bool isInValue =
         before.ends_with('=') || std::count(before.begin(), before.end(), '"') % 2 != 0;
@@ -90,7 +91,8 @@ std::set<std::string> MarksOf(std::string_view text) {
   return marks;
 }
 
-// What a file held is still on the disk: the file itself, a copy of it, or all its marks.
+// Checks that the contents of a file are still on disk: as the file itself, as a copy, or as all of
+// its markers.
 void RequireKept(const std::string& path, const std::string& bytes, const Disk& now) {
   std::string written;
   for (const auto& [name, text] : now) {
@@ -107,7 +109,7 @@ void RequireAllKept(const Disk& before, const Disk& now) {
   for (const auto& [path, bytes] : before) RequireKept(path, bytes, now);
 }
 
-// The road with a change on it; false when the project did not open.
+// Runs the sequence with a change. Returns false if the project didn't open.
 bool Travel(ProjectWorld& world, const Disk& before) {
   if (world.OpenDemo() == 0) {
     world.model->SaveProject();
@@ -125,14 +127,14 @@ bool Travel(ProjectWorld& world, const Disk& before) {
   const Disk after = FilesOf(world);
   if (!isChanged) Require(after == before);
   RequireAllKept(before, after);
-  // What could not be saved is not tried again while the next one is opened.
+  // A failed save is not repeated when the next project is opened.
   world.model->DropChanges();
   world.model->CloseProject();
   return true;
 }
 
-// Opened and closed again. Only a project that names no application of its own as the active one
-// is changed by that.
+// Opens and closes the project. Only a project without an active application of its own is changed
+// by that.
 void Look(ProjectWorld& world) {
   const Disk before = FilesOf(world);
   if (world.OpenDemo() == 0) return;
@@ -155,7 +157,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       kApplication, cut == std::string::npos ? kPlainApplication : input.substr(cut + kCut.size()));
   world.disk.AddFile("/p/main.c", "");
   Look(world);
-  // What was saved opens again.
+  // The saved project can be opened again.
   if (Travel(world, FilesOf(world))) Look(world);
   return 0;
 }

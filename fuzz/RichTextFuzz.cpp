@@ -1,6 +1,6 @@
-// The input is put as a tool's text into a line of rich text, and also read as rich text itself.
-// All runs have to follow one another through the whole text, a line has to show the text that it
-// was made of, and what was appended before has to stay.
+// The input is inserted as tool output into a line of rich text, and also parsed as rich text
+// itself. The runs must cover the whole text without gaps, a line must show the text that it was
+// created from, and earlier lines must be unchanged.
 
 #include <cstddef>
 #include <cstdint>
@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       text + "> }} {\\fldrslt {\\cf1\\ulnone " + text + "}}} \\par }";
   const RichText read = tarn::ReadRichText(line);
   CheckRuns(read);
-  Require(read.text.size() == size + 3);  // a blank before and one behind, and the newline
+  Require(read.text.size() == size + 3);  // a space before and after, and the newline
   if (size > 0) Require(read.runs.at(1).target && *read.runs[1].target == "file<" + input + ">");
 
   tarn::CRichTextCtrl control;

@@ -11,7 +11,7 @@ namespace {
 
 using namespace tarn::host;
 
-// What the server would make of the stream, as text.
+// Interprets a stream like the server, and returns the result as a string.
 class Server {
  public:
   void Feed(std::string_view bytes) {
@@ -30,7 +30,7 @@ class Server {
     for (const RpcItem& each : message.items) Answer(each);
   }
 
-  // Whatever came, the response is a frame with a document.
+  // The response must be a valid frame with a document for any input.
   void Answer(const RpcItem& item) {
     nlohmann::json response;
     if (const auto* request = std::get_if<RpcRequest>(&item)) {
@@ -54,7 +54,7 @@ class Server {
 
 }  // namespace
 
-// A stream means the same in whatever pieces it comes.
+// A stream must have the same meaning regardless of how it is split into chunks.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   Server whole;

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Names that are looked up on the disk: never empty, each once, none longer than the text.
+// Checks names that are looked up on disk: not empty, unique, and not longer than the input.
 void CheckNames(const std::vector<std::string>& names, std::size_t size) {
   std::set<std::string> seen;
   for (const std::string& name : names) {
@@ -21,7 +21,7 @@ void CheckNames(const std::vector<std::string>& names, std::size_t size) {
 
 }  // namespace
 
-// Sources, linker scripts and arguments, which anybody can write.
+// The input is a source, a linker script and arguments, all of which come from untrusted authors.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(reinterpret_cast<const char*>(data), size);
   CheckNames(tarn::FindIncludes(text), size);

@@ -1,6 +1,6 @@
-// The first line of the input is a pattern, the rest the text to search. The bounded matcher has to
-// end, stay within the text, and answer as the language's own does where that one ends soon as
-// well.
+// The first line of the input is a pattern, the rest the subject. The bounded matcher must
+// terminate, respect the bounds of the subject, and return the same result as the script language's
+// own matcher if that also terminates quickly.
 
 #include <algorithm>
 #include <cstddef>
@@ -19,7 +19,8 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// The original; the result is at the top of the stack: its start, or nil, or an error's text.
+// Runs the original matcher; the result is at the top of the stack: the start, nil, or an error
+// message.
 bool FindByOriginal(lua_State* lua, std::string_view text, std::string_view pattern) {
   lua_settop(lua, 0);
   lua_getglobal(lua, "string");
@@ -41,7 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t line = std::min(input.find('\n'), input.size());
   const std::string_view pattern = input.substr(0, line);
   const std::string_view text = input.substr(std::min(line + 1, input.size()));
-  // An anchor is taken off before, and a plain text doesn't come here.
+  // The caller removes an anchor and handles plain strings itself.
   if (pattern.starts_with('^') || pattern.find_first_of("$*+?.([%-") == pattern.npos) return 0;
 
   tarn::host::ScriptBudget budget;
@@ -69,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
   }
   if (budget.GetAbort() != tarn::host::ScriptAbort::None) return 0;
-  // An unfinished capture is found out when it is read.
+  // An unfinished capture is detected when it is read.
   const bool isGood = FindByOriginal(lua, text, pattern);
   Require(isGood == (matcher.GetProblem() == nullptr && !isOpen));
   if (!isGood) return 0;

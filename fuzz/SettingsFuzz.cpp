@@ -1,6 +1,6 @@
-// The first three lines of the input are a section, a name and a value; the rest is what stands in
-// the files of the registry and of the profile. Whatever that is, it can be read, and a write
-// changes what it was asked to and nothing else.
+// The first three lines of the input are a section, a name and a value; the rest is the contents of
+// the registry and profile files. Any contents must be readable, and a write must change only the
+// requested value.
 
 #include <algorithm>
 #include <cstddef>
@@ -24,7 +24,7 @@ using tarn::testing::MemoryFileSystem;
 constexpr const char* kProfileFile = "/user/profile.ini";
 constexpr std::size_t kLongestValue = 259;
 constexpr int kDeepest = 8;
-constexpr std::size_t kMostKeys = 4;  // on each level, since each one costs a reading of the file
+constexpr std::size_t kMostKeys = 4;  // on each level, since each one costs a read of the file
 
 void Require(bool holds) {
   if (!holds) std::abort();
@@ -48,7 +48,7 @@ void ReadKey(const Settings& settings, const std::string& key, int depth) {
   }
 }
 
-// All values of a store but one.
+// Returns all values of a store, except for one.
 std::map<std::string, std::string> ValuesBut(const std::string& text, const std::string& section,
                                              const std::string& name) {
   std::map<std::string, std::string> values;

@@ -1,5 +1,5 @@
-// A build state file is written by this program and read back long after: whatever became of it in
-// between, reading it must end well, and what is taken must write and read back the same.
+// The input is a build state file, which is read back long after it was written. Reading it must
+// terminate properly for any contents, and accepted records must read back the same.
 
 #include <cstdint>
 #include <cstdlib>
@@ -39,7 +39,7 @@ void Read(const std::string& bytes) {
   BuildRecordStore again;
   Require(again.Load(saved, kProject) == StateVerdict::Good);
   Require(again.GetCount() == store.GetCount() && again.Save(kProject) == saved);
-  // The journal goes on where its good part ends.
+  // The journal continues after its valid part.
   const std::string good = bytes.substr(0, store.GetJournalLength());
   Append(store);
   Require(again.Load(good + store.TakeNews(), kProject) == StateVerdict::Good);
@@ -51,7 +51,7 @@ void Read(const std::string& bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string bytes(reinterpret_cast<const char*>(data), size);
   Read(bytes);
-  // After a good head, so that the checksum does not keep everything out.
+  // With a valid header, so that the checksum doesn't reject every input.
   const std::string head = tarn::StateHead(kProject);
   std::uint64_t chain = tarn::StateChecksum(head);
   Read(head + tarn::StateBlock(bytes, chain));

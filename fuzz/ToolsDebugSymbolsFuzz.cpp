@@ -5,7 +5,7 @@
 
 #include "components/tools/DebugSymbols.h"
 
-// Whatever a linker left: no crash, no endless loop, and each symbol has a name and a file.
+// Reads any linker output: no crash, no infinite loop, and each symbol has a name and a file.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string program(reinterpret_cast<const char*>(data), size);
   for (const auto& symbol : tarn::tools::ReadDebugSymbols(program, "/p").symbols) {

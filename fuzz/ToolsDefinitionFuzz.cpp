@@ -6,7 +6,7 @@
 #include "components/tools/DefinitionReader.h"
 #include "components/tools/MessageReader.h"
 
-// Any definition file, and the command lines of every tool that it gives.
+// Reads any definition file and creates the command lines of all its tools.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tarn;
   const std::string text(reinterpret_cast<const char*>(data), size);

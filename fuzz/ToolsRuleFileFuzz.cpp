@@ -5,7 +5,7 @@
 
 #include "components/tools/RuleFile.h"
 
-// Whatever stands in a rule file: names are never empty, never repeated, and no longer than it.
+// Reads any dependency file: names are not empty, unique, and together not longer than the file.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   std::unordered_set<std::string> seen;

@@ -1,5 +1,5 @@
-// Any output of a tool becomes a message file that the system's reader takes in whole, and texts
-// that come back as they were through the log, also through the copy of it for other readers.
+// Any tool output must become a message file that CXmlNode reads completely, and strings that pass
+// through the log unchanged, also through its copy for other readers.
 
 #include <cstddef>
 #include <cstdint>
@@ -22,7 +22,7 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// The lists that come along, in two orders.
+// Returns the built-in rule lists in two orders.
 std::vector<tools::MessageRuleLists> ReadRuleLists() {
   std::ifstream file(TARN_MESSAGES);
   const std::string text{std::istreambuf_iterator<char>(file), {}};

@@ -1,4 +1,4 @@
-// Any text into the reader; what came out is edited, copied, written and read again.
+// The input is parsed; the result is edited, copied, written and parsed again.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -29,7 +29,8 @@ bool IsBlank(std::string_view text) {
   return text.find_first_not_of(" \t\r\n\v\f") == text.npos;
 }
 
-// The same elements, attributes and texts, blank ones and the line ends that reading drops aside.
+// Compares elements, attributes and text, except for white-space text and the line ends that
+// parsing drops.
 void RequireSame(const CXmlNode& a, const CXmlNode& b) {
   Require(a.GetName() == b.GetName() && a.GetType() == b.GetType());
   Require(a.GetAttrCount() == b.GetAttrCount() && a.GetChildCount() == b.GetChildCount());
@@ -42,7 +43,7 @@ void RequireSame(const CXmlNode& a, const CXmlNode& b) {
   for (int i = 0; i < a.GetChildCount(); ++i) RequireSame(*a.GetChild(i), *b.GetChild(i));
 }
 
-// A text of which nothing was lost survives being written and read again, and nothing is lost then.
+// A file that was parsed without losses must survive writing and parsing, again without losses.
 void CheckLosses(const std::string& text) {
   CXmlParseInfo info;
   CXmlNode node;
@@ -55,7 +56,7 @@ void CheckLosses(const std::string& text) {
   RequireSame(node, again);
 }
 
-// A text of the writer is read whole and written as it stands.
+// A file that the writer produced must be parsed completely and written unchanged.
 void CheckWriting(const CXmlNode& node) {
   CXmlDisplayOptions options;
   options.newline = false;
@@ -69,8 +70,8 @@ void CheckWriting(const CXmlNode& node) {
   static_cast<void>(read.ToString(tarn::g_xmlDisplayOptions));
 }
 
-// Touches every kind of storage: texts that lie inside a node and texts of their own. Copies are
-// made near the top alone: each doubles what lies below, in a deep tree beyond all measure.
+// Uses every kind of storage: strings inside a node's block and on the heap. Copies are made only
+// near the root: each copy doubles the subtree, which would grow without bound in a deep tree.
 void Edit(CXmlNode& node, int level) {
   for (const char* value : {"", "a value longer than what was read before", "x"}) {
     if (tarn::CXmlAttr* first = node.GetFirstAttr()) {
@@ -93,7 +94,8 @@ void Edit(CXmlNode& node, int level) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
-  // Exactly as long as the text, so that a read behind its end is seen. The first byte chooses.
+  // A buffer of exact size, so that a read after its end is detected. The first byte selects
+  // options.
   const std::string text(reinterpret_cast<const char*>(data) + 1, size - 1);
   CXmlParseInfo info;
   info.forceParse = (data[0] & 1) != 0;

@@ -1,6 +1,6 @@
-// For how long the main window doesn't react at the most while a project of 10,000 files is opened,
-// made known, built, built again with nothing to do and changed: a timer in the window's loop beats
-// all the time, and the longest pause between two beats counts.
+// Longest time for which the main window doesn't respond while a project of 10,000 files is opened,
+// published, built, built again with nothing to do, and changed: a timer fires continuously in the
+// window's event loop, and the longest pause between two events is measured.
 
 #include <time.h>
 
@@ -27,15 +27,15 @@ using tarn::host::IdeWindow;
 
 constexpr double kLongestPauseMs = 100;
 
-// Beats in the loop of the thread. A pause is counted in processor time of this thread: what it
-// waits for a processor that others use is not the window's.
+// Timer in the thread's event loop. A pause is measured in processor time of this thread, so that
+// waiting for a busy processor doesn't count.
 class Heart {
  public:
   Heart() {
     QObject::connect(&timer, &QTimer::timeout, &timer, [this] { Beat(); });
     timer.start(0);
   }
-  // The longest pause since the last call.
+  // Returns the longest pause since the last call.
   double TakeLongestMs() {
     Beat();
     const double result = longest;
@@ -76,7 +76,7 @@ void Build(IdeWindow& window) {
   RunUntil([&] { return !window.Commands().IsBuilding(); });
 }
 
-// Until the loop has had the time for all that follows by itself.
+// Runs the event loop long enough for all delayed work.
 void Settle(IdeWindow& window) {
   bool isQuiet = false;
   QTimer::singleShot(3000, &window, [&] { isQuiet = true; });
@@ -107,7 +107,7 @@ void Measure(const fs::path& folder, int files) {
 
 }  // namespace
 
-// Argument: how many files.
+// Argument: number of files.
 int main(int argc, char** argv) {
   if (tarn::bench::ActsAsCompiler(argc, argv)) return 0;
   qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -1,5 +1,5 @@
-// What the windows cost on the screen, beside the plainest widgets that show the same: tree, log
-// and report, each filled with what is at hand as XML or text, and painted.
+// Cost of the windows on screen compared with the simplest widgets that show the same: tree, log
+// and report, each filled from XML or text in memory, and painted.
 
 #include <QApplication>
 #include <QHeaderView>
@@ -32,7 +32,7 @@ constexpr int kPages = 200;
 constexpr int kLinesAtOnce = 500;
 constexpr QSize kSize(400, 600);
 
-// A page after the other from the first to the last.
+// Scrolls page by page from start to end.
 double SecondsToScroll(QAbstractScrollArea& view) {
   QScrollBar& bar = *view.verticalScrollBar();
   if (bar.maximum() < kLines / 2) {
@@ -70,7 +70,7 @@ void Print(const char* what, const Times& ours, const Times& bare, double limit)
 
 // --- Tree ---
 
-// The least that a tree's model can be.
+// The minimal data of a tree model.
 struct PlainNode {
   QString label;
   PlainNode* above = nullptr;
@@ -135,7 +135,7 @@ std::unique_ptr<CXmlNode> MakeProject() {
   return project;
 }
 
-// A green square of 16 by 16.
+// Returns a green square of 16 by 16 pixels.
 std::shared_ptr<const Bitmap> MakePicture() {
   constexpr std::uint32_t kSide = 16;
   std::string bytes = "BM";
@@ -191,7 +191,7 @@ void MeasureTree(const CXmlNode& project, Times& ours, Times& bare) {
 
 struct LogLine {
   std::string text;
-  std::string target;  // of the link that the text is, or none
+  std::string target;  // link target of the line, or empty
 };
 
 std::vector<LogLine> MakeLog() {
@@ -215,7 +215,7 @@ std::string ToRichText(const LogLine& line) {
          line.text + "}}\\par}";
 }
 
-// The text comes in one event after the other, as a tool writes it.
+// Lines are added one event after the other, like the output of a tool.
 void MeasureLog(const std::vector<LogLine>& lines, Times& ours, Times& bare) {
   {
     CRichTextCtrl control;

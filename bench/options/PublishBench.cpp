@@ -1,6 +1,6 @@
-// What the options component costs for each node that is published: the calls of publishing, in
-// their order and through the dispatch interface, with the shipped definitions. The caller's own
-// work (paths, tree, files) is not in it.
+// Cost of the options component per published node: the calls made for publishing, in order and
+// through the dispatch interface, with the shipped definitions. Excludes the caller's own work
+// (paths, tree, files).
 #include <benchmark/benchmark.h>
 
 #include <string>
@@ -36,7 +36,7 @@ const char kGroupOptions[] =
 struct Node {
   const char* type;
   std::string name;  // title of the file
-  std::string path;  // empty: a group
+  std::string path;  // empty for a group
 };
 
 class Publisher {

@@ -1,6 +1,6 @@
-// What it costs to keep the log file current: one save behind each new message, in logs of growing
-// length, against the least that any way of doing it must do: put the same bytes at the end of a
-// file by name.
+// Cost of keeping the log file up to date: one save after each new message, in logs of growing
+// length, compared with the minimum for any implementation: appending the same bytes to a file by
+// name.
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
@@ -28,7 +28,7 @@ void AddMessages(CBuildOutput& hub, std::int64_t count) {
   for (std::int64_t i = 0; i < count; ++i) hub.WriteMessage(kRowTranslateStarts, {kPath});
 }
 
-// Leaves a hub whose log holds `count` messages.
+// Prepares a log with `count` messages.
 void Prepare(CBuildOutput& hub, std::int64_t count) {
   hub.SetLogFile(LogPath(".xml"));
   SetMessageText(kRowTranslateStarts, "Compiling %s");
@@ -53,7 +53,7 @@ void SaveWithoutNews(benchmark::State& state) {
   hub.DeleteLogFile();
 }
 
-// The bytes that one message adds to a log.
+// Returns the bytes that one message adds to a log.
 std::string OneMessage() {
   CBuildOutput hub(FileSystem::Native());
   SetMessageText(kRowTranslateStarts, "Compiling %s");
@@ -63,7 +63,7 @@ std::string OneMessage() {
   return text;
 }
 
-// Puts the bytes of one message behind those of the last.
+// Appends the bytes of one message.
 class TailWriter {
  public:
   TailWriter() : path(LogPath(".floor")), tail(OneMessage() + closing) {}
@@ -91,7 +91,7 @@ void FloorAppendByName(benchmark::State& state) {
   if (!good) state.SkipWithError("the floor could not write");
 }
 
-// The part of SaveBehindEachMessage that is not the save.
+// The part of SaveBehindEachMessage without the save.
 void MessageAlone(benchmark::State& state) {
   CBuildOutput hub(FileSystem::Native());
   SetMessageText(kRowTranslateStarts, "Compiling %s");

@@ -1,5 +1,5 @@
-// What a line of the log costs in the log view, in logs of growing length. Showing one must not
-// look at those that stand already.
+// Cost per line in the log view, in logs of growing length. Showing a line must not depend on the
+// number of existing lines.
 
 #include <benchmark/benchmark.h>
 
@@ -16,7 +16,7 @@ namespace {
 constexpr int kShortLog = 10'000;
 constexpr int kLongLog = 100'000;
 
-// A build's usual mixture.
+// Returns a typical mix of build messages.
 std::vector<std::unique_ptr<CXmlNode>> MakeLines() {
   std::vector<std::unique_ptr<CXmlNode>> lines;
   for (

@@ -1,9 +1,9 @@
-// Recognising the messages of tools line by line: the patterns of the shapes that are always known,
-// tried one after the other, and the search for a path. Against PCRE2, interpreted and compiled to
-// machine code, RE2 and std::regex on the same lines.
+// Parsing tool messages line by line: the built-in patterns, tried one after the other, and the
+// search for a path. Compared with PCRE2 (interpreted and JIT-compiled), RE2 and std::regex on the
+// same lines.
 //
-// Wanted: at least twice RE2's speed and five times interpreted PCRE2's; 0.4 of that of PCRE2's
-// machine code would be fine. Compiling no slower than PCRE2 without machine code.
+// Targets: at least twice the speed of RE2, five times that of interpreted PCRE2, and ideally 0.4
+// of that of PCRE2 with JIT. Compilation not slower than PCRE2 without JIT.
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <benchmark/benchmark.h>
 #include <pcre2.h>
@@ -133,7 +133,7 @@ class Standard {
 
 // --- The work ---
 
-// The first of the patterns that a line matches.
+// Finds the first pattern that a line matches.
 template <class Engine>
 class Recognition {
  public:
@@ -185,7 +185,7 @@ void CompilePcre(const char* pattern) {
   pcre2_code_free(Pcre::Compile(pattern));
 }
 
-// From the pattern to the first answer: what is put off until the first match counts here.
+// Time from the pattern to the first result, including work that is deferred until the first match.
 template <class Engine>
 void CompileAndMatch(const char* pattern) {
   static const std::string line = "C:x";
@@ -193,7 +193,7 @@ void CompileAndMatch(const char* pattern) {
   benchmark::DoNotOptimize(engine.Match(line));
 }
 
-// The same with all that is told of a line.
+// Like BM_Recognise, but including all fields of a line.
 void BM_RecogniseWhole(benchmark::State& state) {
   tarn::LineRecogniser recogniser;
   const Lines& lines = kLines[state.range(0)];
@@ -229,7 +229,7 @@ BENCHMARK(BM_Recognise<Standard>)->DenseRange(0, 3);
 
 // --- The ratios ---
 
-// Both in turn, since the machine may be busy; the middle of the runs counts.
+// Measures both in turn, since the system may be busy, and returns the median.
 template <class OwnWork, class PeerWork>
 double SpeedRatio(OwnWork own, PeerWork peer, int times) {
   const auto repeat = [times](auto& work) {
@@ -288,7 +288,7 @@ std::string Repeat(int count, const std::string& text) {
   return result;
 }
 
-// What takes a matcher without bounds for ever.
+// Cases that take exponential time in a matcher without limits.
 void PrintBlowUps() {
   const std::pair<const char*, std::string> cases[] = {
       {"(a+)+b", Repeat(100'000, "a")},

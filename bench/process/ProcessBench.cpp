@@ -1,6 +1,6 @@
-// What the command line takes in all, from the start of the process to its end, when a project of
-// 10,000 files has nothing to build: against ninja, which finds out the same about the same files
-// from its logs.
+// Total time of the command-line program, from process start to exit, for a project of 10,000 files
+// with nothing to build. Compared with ninja, which determines the same for the same files from its
+// logs.
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -30,9 +30,9 @@ double Seconds(const timeval& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
 }
 
-// Runs a program with its output going to the file `out`, and says when it fails. Gives the
-// processor seconds that it took: neither of the two waits for anything or works in parallel when
-// there is nothing to build, and others may use the machine.
+// Runs a program with its output redirected to the file `out`, and reports an error if it fails.
+// Returns the processor time in seconds, since neither program waits or runs in parallel if there
+// is nothing to build, and the system may be busy.
 double Run(std::vector<std::string> command, const std::string& out) {
   std::vector<char*> arguments;
   for (std::string& each : command) arguments.push_back(each.data());
@@ -83,7 +83,7 @@ void Measure(const fs::path& folder, int files) {
 
 }  // namespace
 
-// Arguments: how many files, and --keep to leave the project there.
+// Arguments: number of files, and --keep to keep the project.
 int main(int argc, char** argv) {
   if (tarn::bench::ActsAsCompiler(argc, argv)) return 0;
   const std::vector<std::string> arguments(argv + 1, argv + argc);

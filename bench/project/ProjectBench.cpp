@@ -1,8 +1,8 @@
-// How the work of the project manager grows with the project: publishing, a build that finds
-// nothing to do, the intake of reports and the work around each tool run. Driven as a host drives
-// it, with the shipped definitions; the tool is a stand-in that writes the output and a message.
+// Scaling of the project manager with the size of the project: publishing, a build with nothing to
+// do, processing of reports, and the overhead per tool run. Driven like by a host, with the shipped
+// definitions; the tool is a fake that writes the output and a message.
 //
-// All files lie in one folder, the worst case for whoever looks through folders.
+// All files are in one folder, the worst case for code that lists folders.
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -33,7 +33,7 @@ using tarn::bench::SecondsOf;
 
 constexpr int kCounts[] = {1000, 10'000, 50'000};  // files
 constexpr int kRounds = 5;
-constexpr int kWalks = 3;  // in each of them
+constexpr int kWalks = 3;  // per round
 constexpr int kHeaders = 100;
 constexpr int kHeadersPerFile = 3;
 
@@ -43,7 +43,7 @@ void Write(const std::string& path, std::string_view text) {
   if (!file.flush()) throw std::runtime_error(path + " can't be written");
 }
 
-// A tool manager whose tool takes no time to speak of, and says how much it took.
+// Tool manager whose tool takes negligible time, and measures that time.
 class StandInTools : public tarn::DispatchObject<StandInTools> {
  public:
   static const tarn::DispatchTable<StandInTools>& Table() {
@@ -57,7 +57,7 @@ class StandInTools : public tarn::DispatchObject<StandInTools> {
 
   std::int32_t RunTool(const char*, const char* files, const char*, const char* messageFile) {
     seconds += SecondsOf([&] {
-      // The application's list is long; its first file stands for all.
+      // The application's list is long; its first file identifies it.
       const std::string_view list(files);
       const auto output = outputs.find(std::string(list.substr(1, list.find('"', 1) - 1)));
       if (output != outputs.end()) Write(output->second, "made");
@@ -68,14 +68,14 @@ class StandInTools : public tarn::DispatchObject<StandInTools> {
   }
   std::string GetTools(const char*) { return {}; }
 
-  std::map<std::string, std::string> outputs;  // by the first file that goes in
+  std::map<std::string, std::string> outputs;  // by the first input file
   double seconds = 0;
 
  protected:
   void OnFinalRelease() override {}
 };
 
-// A project of `size` files on the disk.
+// Project of `size` files on disk.
 class Project {
  public:
   explicit Project(int size) : count(size) {
@@ -162,7 +162,7 @@ class Host {
     return seconds;
   }
 
-  // What a tool reports of the output.
+  // Returns a tool's report on an output.
   std::string RecordOf(std::size_t i) const {
     struct stat info {};
     if (stat(outputs[i].c_str(), &info) != 0) throw std::runtime_error(outputs[i] + " is missing");
@@ -199,7 +199,7 @@ class Host {
     return seconds;
   }
 
-  // The least that anybody must do to find out that nothing changed.
+  // The minimum work to determine that nothing has changed.
   double StatEachFile() const {
     std::vector<std::string> files = outputs;
     for (int i = 0; i < project.count; ++i) files.push_back(project.SourceAt(i));
@@ -221,13 +221,13 @@ class Host {
   tarn::host::ProjectManagerDriver manager;
   tarn::host::InspectorDriver inspector;
   std::string lines;
-  std::vector<std::string> outputs;  // of all files, the application's last
+  std::vector<std::string> outputs;  // of all files; the last one is the application's
   bool ended = false;
   bool succeeded = false;
 };
 
 struct Times {
-  std::vector<double> publish, report, walkRatio, tool;  // seconds a node; walk / plain loop
+  std::vector<double> publish, report, walkRatio, tool;  // seconds per node; traversal / plain loop
 };
 
 void Measure(const Project& project, bool withTools, Times& times) {
@@ -268,7 +268,7 @@ void Print(std::map<int, Times>& all) {
 
 }  // namespace
 
-// Argument: the one number of files to measure, without ratios to others.
+// Argument: a single number of files to measure, without ratios.
 int main(int argc, char** argv) {
   const int only = argc > 1 ? std::atoi(argv[1]) : 0;
   try {
@@ -277,7 +277,7 @@ int main(int argc, char** argv) {
     for (const int count : kCounts) {
       if (only == 0 || count == only) projects.push_back(std::make_unique<Project>(count));
     }
-    // In turns, so that what else goes on meets all of them.
+    // Alternate the projects, so that other load on the system affects all of them.
     for (int round = 0; round < kRounds; ++round) {
       for (const auto& project : projects) {
         Measure(*project, project->count < 50'000, all[project->count]);

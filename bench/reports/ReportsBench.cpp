@@ -1,6 +1,6 @@
-// What reports cost for each row: the build report as a build fills it, one message at a time with
-// an update behind each, and whole; the globals with and without the search for doubles. The rows
-// of the table hold a large report against a small one, for each row of it: 1 is linear.
+// Cost of reports per row: the build report as filled during a build, one message at a time with an
+// update after each, and all at once; the globals with and without the removal of duplicates. The
+// table compares a large report with a small one, per row: 1 is linear.
 
 #include <unistd.h>
 
@@ -22,7 +22,7 @@ namespace {
 constexpr int kSmall = 10'000;
 constexpr int kLarge = 100'000;
 
-// Pictures cost nothing for each row, so columns of numbers stand in for them.
+// Images have no cost per row, so columns of numbers replace them.
 std::unique_ptr<CXmlNode> WithoutPictures(std::unique_ptr<CXmlNode> definition) {
   ShowPicturesAsNumbers(*definition);
   return definition;
@@ -42,7 +42,7 @@ void AddMessage(CXmlNode& root, int number) {
   message.AddChild("link", "err://" + file + ":" + line);
 }
 
-// Seconds for each of `count` messages, `atOnce` of them between two updates.
+// Returns the seconds per message for `count` messages, with `atOnce` of them between two updates.
 double SecondsOfReport(int count, int atOnce, bool sorted) {
   COutputReportWnd window(FileSystem::Native(), 0);
   window.SetDefinition(*WithoutPictures(MakeOutputDefinition("/none")));
@@ -69,14 +69,14 @@ std::string SymbolText(int count, bool dwarf) {
   return text + "</globals>";
 }
 
-// Seconds for each symbol, with the read of a file that is at hand.
+// Returns the seconds per symbol, including the read of a cached file.
 double SecondsOfGlobals(int count, bool dwarf) {
   FileSystem& disk = FileSystem::Native();
   const std::string path =
       disk.TemporaryFolder() + "/tarn-bench-" + std::to_string(getpid()) + "-Globals.xml";
   if (!disk.WriteScratchFile(path, SymbolText(count, dwarf))) std::printf("%s: no\n", path.c_str());
   CGlobalsReportWnd window(disk, 0, "/none");
-  // Without its pictures the window has no columns; here are some.
+  // Without its images the window has no columns, so columns are added here.
   window.GetReport().SetDefinition(*WithoutPictures(MakeGlobalsDefinition("/none")));
   const double seconds = bench::SecondsOf([&] { window.Load(path.c_str()); });
   if (window.GetReport().GetRows().GetCount() != count) std::printf("symbols are missing\n");
@@ -84,7 +84,7 @@ double SecondsOfGlobals(int count, bool dwarf) {
   return seconds / count;
 }
 
-// What a symbol costs as text that is read into a tree and dropped again.
+// Returns the seconds per symbol for parsing the file into a tree and freeing it.
 double SecondsOfReading(int count) {
   const std::string text = SymbolText(count, true);
   return bench::SecondsOf([&] {
@@ -115,11 +115,11 @@ void PrintRatios() {
           [](int count) { return SecondsOfReport(count, 1, false); });
   Compare("report, all messages at once", kLinear,
           [](int count) { return SecondsOfReport(count, count, false); });
-  // Rows in between others move those behind them.
+  // Inserted rows move those after them.
   Compare("report, sorted, all messages at once", 2.0,
           [](int count) { return SecondsOfReport(count, count, true); });
   Compare("globals, as they are", kLinear, [](int count) { return SecondsOfGlobals(count, true); });
-  // What was seen outgrows the processor's caches.
+  // The set of seen symbols exceeds the processor's caches.
   Compare("globals, without doubles", 2.0,
           [](int count) { return SecondsOfGlobals(count, false); });
   const double sorted = MedianOf([] { return SecondsOfReport(kSmall, 1, true); });

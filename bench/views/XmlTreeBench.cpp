@@ -1,6 +1,6 @@
-// What the tree of a project costs per node in growing projects: the first filling, one after
-// which nothing or one node is different, keeping the view's state, and a selection. In one group
-// of all files, where a list of children is as long as can be, and in groups of ten.
+// Cost of the project tree per node in growing projects: the first fill, a fill with no change or
+// one new node, saving the view state, and a selection. Measured for one group with all files,
+// which has the longest possible list of children, and for groups of ten.
 
 #include <cstdio>
 #include <map>
@@ -20,7 +20,7 @@ constexpr int kRounds = 9;
 constexpr int kSelections = 10'000;
 
 struct Times {
-  std::vector<double> plain, fill, refill, refillOneMore, save, select;  // seconds an item
+  std::vector<double> plain, fill, refill, refillOneMore, save, select;  // seconds per item
 };
 
 std::unique_ptr<CXmlNode> MakeProject(int fileCount, int groupSize) {
@@ -37,7 +37,7 @@ std::unique_ptr<CXmlNode> MakeProject(int fileCount, int groupSize) {
   return project;
 }
 
-// The least that a filling can do: look at each node and keep its label.
+// The minimum work of a fill: visit each node and copy its label.
 void CopyLabels(const CXmlNode& node, std::vector<std::string>& labels) {
   labels.emplace_back(node.GetAttrValue("Header"));
   for (int i = 0; i < node.GetChildCount(); ++i) CopyLabels(*node.GetChild(i), labels);
@@ -60,7 +60,7 @@ void Measure(int fileCount, int groupSize, Times& times) {
   std::vector<std::string> labels;
   perItem(times.plain, [&] { CopyLabels(*project, labels); });
   perItem(times.fill, [&] { tree.SetXmlRoot(project.get()); });
-  tree.SaveViewState();  // the first one adds the attribute
+  tree.SaveViewState();  // the first call adds the attribute
   perItem(times.save, [&] { tree.SaveViewState(); });
   perItem(times.refill, [&] { tree.Refill(); });
   CXmlNode* const group = project->GetChild(project->GetChildCount() / 2);

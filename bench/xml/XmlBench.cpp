@@ -1,8 +1,8 @@
-// The tree against pugixml on an application file of 10,000 files.
+// The XML tree compared with pugixml on an application file of 10,000 files.
 //
-// Wanted: Load at least half as fast as the peer, and still 0.8 of that after ten load and free
-// cycles; heap for each file element at most 0.8 of the peer's; ToString and CopyFrom at most the
-// peer's time. The program prints the measured ratios behind the table of times.
+// Targets: Load at least half as fast as the peer, and still 0.8 of that after ten cycles of load
+// and free; at most 0.8 of the peer's heap memory per file element; ToString and CopyFrom at most
+// the peer's time. The program prints the measured ratios after the table of times.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
@@ -38,7 +38,7 @@ std::string OptionsOf(int file) {
   return out + "\r\n\t\t\t</Options>";
 }
 
-// The layout of a saved application file.
+// Returns a file with the layout of a saved application file.
 std::string ApplicationFile(bool withOptions) {
   std::string out = "\r\n<Application Header=\"app\" >\r\n\t<Group Header=\"sources\" >";
   for (int i = 0; i < kFiles; ++i) {
@@ -163,8 +163,8 @@ BENCHMARK(BM_CopyPeer)->Unit(benchmark::kMillisecond)->MinWarmUpTime(0.2);
 
 // --- The ratios ---
 
-// Both sides in turn and in processor time, since the machine may be busy; the middle of the runs
-// counts.
+// Measures both sides in turn, in processor time, since the system may be busy, and returns the
+// median ratio.
 template <class OwnWork, class PeerWork>
 double Ratio(OwnWork own, PeerWork peer, int runs = 15) {
   std::vector<double> ratios;
@@ -190,8 +190,8 @@ auto Loading() {
   };
 }
 
-// Bytes that the heap gave out for one file element, its own overhead and, at the peer, the copied
-// text counted.
+// Returns the heap bytes per file element, including the heap's own overhead and, for the peer, the
+// copied input.
 template <class Side>
 double HeapForOneFile() {
   const std::string text = ApplicationFile(false);
@@ -253,7 +253,7 @@ void PrintRatios() {
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  File();  // made before anything is measured
+  File();  // created before measuring
   benchmark::RunSpecifiedBenchmarks();
   PrintRatios();
   return 0;

@@ -7,7 +7,7 @@ namespace tarn::options {
 
 namespace {
 
-// Commands of the host for a changed option: outputs stay valid, or have to be built again.
+// Host commands for a changed option: outputs remain valid, or have to be rebuilt.
 constexpr int kCommandKeepOutputs = 0x8105;
 constexpr int kCommandInvalidate = 0x8106;
 
@@ -59,7 +59,7 @@ CXmlNode* FindByHeader(const CXmlNode& parent, const std::string& name) {
   return nullptr;
 }
 
-// Adds what is not there yet, so that the set's own definitions go first.
+// Adds definitions that the set does not have yet, so that its own take precedence.
 void AddContents(CXmlNode& setNode, const std::string& setName, const SetDefinition& from,
                  const PropertyStateOf& stateOf) {
   for (const auto& section : from.sections) {

@@ -8,7 +8,7 @@
 
 namespace tarn::options {
 
-// What the options window wants to know of a property beyond its definition.
+// Current state of a property, which the options window shows in addition to its definition.
 struct PropertyState {
   bool shown = true;
   bool enabled = true;
@@ -16,10 +16,10 @@ struct PropertyState {
 using PropertyStateOf = std::function<PropertyState(
     const std::string& set, const std::string& section, const PropertyDefinition& property)>;
 
-// The definitions as XML, for windows and programs that show them: OptionSets, Set, Section,
-// Property, Choice as in definition files, with Shown and Enabled telling how it is now and
-// Command the number of the command that a change calls for. A set comes with what it has from "*";
-// an empty name lists all sets as they were defined.
+// Returns the definitions as XML for windows and programs that display them: OptionSets, Set,
+// Section, Property and Choice as in definition files, plus Shown and Enabled for the current state
+// and Command for the number of the command that a change requires. A set includes its inherited
+// definitions from "*"; an empty name lists all sets as they were defined.
 std::string ListDefinitions(const Definitions& definitions, std::string_view set,
                             const PropertyStateOf& stateOf);
 

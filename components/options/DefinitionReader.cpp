@@ -25,7 +25,7 @@ bool IsYes(std::string_view text) {
   return EqualNoCase(text, "Yes");
 }
 
-// The text can stand in the macro that a conditional default becomes.
+// Returns true if the text can be embedded in the macro that encodes a conditional default.
 bool FitsIntoChoice(std::string_view text) {
   int depth = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -36,12 +36,12 @@ bool FitsIntoChoice(std::string_view text) {
   return depth == 0;
 }
 
-// The value can stand in front of the equal sign there, and means itself.
+// Returns true if the value can be used as a case label in that macro without a special meaning.
 bool CanChoose(std::string_view value) {
   return value != "*" && value.find_first_of(";=()") == std::string_view::npos;
 }
 
-// The last property of a text that broke off: it may lack what stood behind the fault.
+// Removes the last property of a truncated text, which may lack what followed the fault.
 bool DropLastProperty(CXmlNode& node) {
   for (int i = node.GetChildCount(); i-- > 0;) {
     CXmlNode* child = node.GetChild(i);
@@ -201,7 +201,7 @@ void DefinitionReader::ReadProperty(const CXmlNode& node, const std::vector<std:
   for (const std::string& name : sets) {
     SectionDefinition& part = Definitions::Section(definitions.Set(name), section);
     FillProperty(node, definitions.Property(part, header));
-    // One fault is told once, not for each set that the property is for.
+    // Reports a fault once instead of once for each set the property belongs to.
     if (errors.size() > errorsBefore && name != sets.back()) errors.resize(errorsBefore);
   }
 }
@@ -265,7 +265,7 @@ void DefinitionReader::ReadDefault(const CXmlNode& node, PropertyDefinition& pro
     return Report("Default \"" + chosen.value +
                   "\" under a condition may hold no semicolon and no lone parenthesis");
   }
-  // What comes later goes first, as with everything that is told twice.
+  // Inserted first, so that later definitions take precedence, as everywhere.
   property.conditionalDefaults.insert(property.conditionalDefaults.begin(), std::move(chosen));
 }
 

@@ -13,31 +13,32 @@ class CXmlNode;
 
 namespace tarn::options {
 
-// Reads definition files: the element OptionSets of the configuration file, or a file of its own
-// with that root, and the files that it includes. What is wrong is told and costs that definition
-// only. The caller indexes the definitions afterwards.
+// Reads definition files: the element OptionSets of the configuration file, or a separate file with
+// that root, and the files they include. A faulty definition is reported and skipped; the others
+// remain valid. The caller indexes the definitions afterwards.
 class DefinitionReader {
  public:
   DefinitionReader(FileSystem& fileSystem, Definitions& target)
       : files(fileSystem), definitions(target) {}
 
-  // False when the file can't be read at all.
+  // Returns false if the file can't be read.
   bool ReadFile(const std::string& path);
-  // A text that stands for a file of that path.
+  // Reads `text` as if it were the content of the file at `path`.
   void ReadText(const std::string& text, const std::string& path);
-  // Checks that need all files: defaults against types and choices.
+  // Checks defaults against types and choices. Requires that all files have been read.
   void CheckDefaults();
 
-  // All files that were read or couldn't be.
+  // All files that were read or could not be read.
   const std::vector<std::string>& FilesRead() const { return paths; }
-  // A number of their texts, and of those that files have now.
+  // Digest of the contents read, and of the contents that the files have now. Equal digests mean
+  // that nothing changed.
   std::uint64_t GetDigest() const { return digest; }
   static std::uint64_t DigestOf(FileSystem& files, const std::vector<std::string>& paths);
 
-  // One line for each fault, "file: what".
+  // Returns one line per fault, "file: what".
   const std::vector<std::string>& Errors() const { return errors; }
-  // The first fault that lost a file or what follows in it, like a line of Errors; empty if there
-  // is none.
+  // Returns the first fault that lost a file or the rest of one, formatted like a line of Errors;
+  // empty if there is none.
   const std::string& LostFile() const { return lostFile; }
 
  private:
@@ -54,16 +55,16 @@ class DefinitionReader {
   void CheckDefault(const std::string& set, PropertyDefinition& property);
   void CheckAttributes(const CXmlNode& node, std::string_view known);
   void Report(std::string_view what);
-  // `fault` is a line of Errors.
+  // `fault` is formatted like a line of Errors.
   void ReportLoss(const std::string& fault);
   void ReportFor(const std::string& path, std::string_view what);
 
   FileSystem& files;
   Definitions& definitions;
-  std::vector<std::string> chain;  // files that are being read, the innermost last
-  std::string place;               // what is being read, for messages
+  std::vector<std::string> chain;  // files being read, innermost last
+  std::string place;               // current position, for messages
   std::size_t filesRead = 0;
-  std::vector<std::string> paths;  // of all files, also of those that can't be read
+  std::vector<std::string> paths;  // all files, including unreadable ones
   std::uint64_t digest = 0;
   std::vector<std::string> errors;
   std::string lostFile;

@@ -69,7 +69,7 @@ bool ParseCondition(std::string_view text, Condition& condition) {
 
 std::string PropertyDefinition::RawDefault() const {
   if (conditionalDefaults.empty()) return defaultText;
-  // From the last to the first, each in the "otherwise" of the one in front of it.
+  // Nests the macros from last to first, each as the default case of the one before it.
   std::string text = defaultText;
   for (std::size_t i = conditionalDefaults.size(); i-- > 0;) {
     const ConditionalDefault& chosen = conditionalDefaults[i];
@@ -153,7 +153,7 @@ const Definitions::Defaults& Definitions::DefaultsFor(SetId set) {
     for (const KeyId key : definedKeys) {
       if (keys.Get(key).set != from) continue;
       const PropertyId property = keys.Get(key).property;
-      // How windows show a type is nobody's business who reads the values of a node.
+      // Display settings of types are irrelevant to readers of a node's values.
       if (EqualNoCase(keys.SectionName(property), "Internal")) continue;
       const std::string* text = FindDefault(set, property);
       if (!text->empty()) made.values.Set(keys.AddKey(set, property), *text);

@@ -11,17 +11,18 @@
 
 namespace tarn::options {
 
-// The set that stands for all.
+// Name of the set whose definitions apply to all sets.
 inline constexpr std::string_view kEverySet = "*";
 
+// Types of option values.
 enum class ValueType { Text, Number, YesNo, Choice, File, Folder, Paths, List };
 
-// The word of a type in definition files.
+// Converts between a type and its keyword in definition files.
 std::string_view NameOfType(ValueType type);
 bool TypeFromName(std::string_view name, ValueType& type);
 
-// "Section.Property=a,b" or "Set.Section.Property!=a,b": holds when the property has one of the
-// values, or none of them. The empty condition always holds.
+// A condition "Section.Property=a,b" or "Set.Section.Property!=a,b": true if the property has one
+// of the values, or none of them. An empty condition is always true.
 struct Condition {
   std::string set;
   std::string section;
@@ -33,7 +34,7 @@ struct Condition {
   std::string ToText() const;
 };
 
-// False when the text is no condition.
+// Returns false if the text is not a valid condition.
 bool ParseCondition(std::string_view text, Condition& condition);
 
 struct Choice {
@@ -41,12 +42,13 @@ struct Choice {
   std::string label;
 };
 
-// A default that holds only under a condition (never a negated one).
+// A default that applies only under a condition (never a negated one).
 struct ConditionalDefault {
   Condition when;
   std::string value;
 };
 
+// Definition of an option.
 struct PropertyDefinition {
   std::string section;
   std::string name;
@@ -56,15 +58,16 @@ struct PropertyDefinition {
   std::string label;
   std::string help;
   std::vector<Choice> choices;
-  bool removable = true;      // a stored value can be reset
-  bool keepsOutputs = false;  // a change does not make what was built stale
+  bool removable = true;      // the user can reset a stored value
+  bool keepsOutputs = false;  // a change does not invalidate build outputs
   Condition shown;
   Condition enabled;
-  std::string minimum;  // of a number; empty: none
+  std::string minimum;  // limits of a number; empty if there is none
   std::string maximum;
   std::string origin;  // the file that defined it last
 
-  // The default as one raw text: conditional defaults become a macro that chooses.
+  // Returns the default as a single raw value, in which conditional defaults are encoded as a
+  // macro.
   std::string RawDefault() const;
 };
 
@@ -82,34 +85,37 @@ struct SetDefinition {
   std::vector<std::unique_ptr<SectionDefinition>> sections;
 };
 
-// What definition files told: sets with their sections and properties, in the order in which they
-// came up. The set "*" stands for every set, also for those that no file names; what a set says
-// itself goes first.
+// The content of all definition files: sets with their sections and properties, in order of first
+// appearance. The set "*" applies to every set, including those that no file names; a set's own
+// definitions take precedence.
+//
+// Calling sequence: change definitions through Set, Section and Property, then call Index, then
+// query. Lookups take constant time.
 class Definitions {
  public:
   explicit Definitions(KeyTable& keyTable) : keys(keyTable) {}
 
-  // The parts by name, made when they are new.
+  // Return the element of this name, creating it if it is new.
   SetDefinition& Set(std::string_view name);
   static SectionDefinition& Section(SetDefinition& set, std::string_view name);
-  // A new property starts from what "*" says of it.
+  // A new property starts as a copy of the property in "*".
   PropertyDefinition& Property(SectionDefinition& section, std::string_view name);
-  // Makes everything answer for what was put in; to be called behind every change.
+  // Rebuilds the indexes for queries; must be called after every change.
   void Index();
   void Clear();
 
   const std::vector<std::unique_ptr<SetDefinition>>& Sets() const { return sets; }
-  // True if no property is defined. Holds after Index.
+  // Returns true if no property is defined. Valid after Index.
   bool IsEmpty() const { return definedKeys.empty(); }
 
-  // The definition that counts for a property of a set, or null.
+  // Returns the effective definition of a property in a set, or nullptr.
   const PropertyDefinition* Find(SetId set, PropertyId property) const;
-  // Its default, or null when nothing defines the property. The default may be empty.
+  // Returns its default, which may be empty, or nullptr if the property is not defined.
   const std::string* FindDefault(SetId set, PropertyId property) const;
-  // All defaults that are not empty, of the set and of "*", by keys of the set; without those of
+  // Returns all non-empty defaults of the set and of "*", under keys of the set, without those of
   // the section Internal.
   const ValueMap& DefaultsOf(SetId set);
-  // The same as elements of a values text.
+  // Same, serialized as elements of a values text.
   const std::string& ReadyDefaultsOf(SetId set);
 
  private:
@@ -128,9 +134,9 @@ class Definitions {
   KeyTable& keys;
   SetId everySet = 0;
   std::vector<std::unique_ptr<SetDefinition>> sets;
-  std::vector<Entry> entries;             // entries[0] is nobody
-  std::vector<std::uint32_t> entryOfKey;  // 0: none
-  std::vector<KeyId> definedKeys;         // in order
+  std::vector<Entry> entries;             // entries[0] is unused
+  std::vector<std::uint32_t> entryOfKey;  // 0 if none
+  std::vector<KeyId> definedKeys;         // in order of definition
   std::unordered_map<SetId, Defaults> defaults;
 };
 

@@ -16,7 +16,8 @@ std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) {
   return hash ^ (hash >> 29);
 }
 
-// Small and capital letters hash alike; that a few other bytes do so too costs a comparison.
+// Ignores letter case by setting bit 5 of every byte. A few other bytes collide too, which only
+// costs a comparison.
 std::uint64_t HashText(std::uint64_t hash, std::string_view text) {
   const char* at = text.data();
   std::size_t left = text.size();
@@ -32,7 +33,8 @@ std::uint64_t HashText(std::uint64_t hash, std::string_view text) {
   return Mix(hash, word + (static_cast<std::uint64_t>(text.size()) << 56));
 }
 
-// Byte by byte: the name was written just before, and loads wider than the stores would wait.
+// Compares bytewise: the name was just written with narrow stores, and wider loads would stall on
+// store forwarding.
 bool SameName(const std::string& known, std::string_view name) {
   if (known.size() != name.size()) return false;
   for (std::size_t i = 0; i < name.size(); ++i) {

@@ -5,20 +5,21 @@
 #include <string_view>
 #include <vector>
 
-// Small numbers for the names of values. Publishing a node asks some thirty times for a value by
-// three names; with numbers everything behind the first step is an index into an array.
+// Interning of value names as small integers. Publishing a node looks up about thirty values by
+// three names each; with integers, everything after the first step is an array access.
 namespace tarn::options {
 
-using SetId = std::uint32_t;       // 0: no such set
+using SetId = std::uint32_t;       // 0: unknown set
 using PropertyId = std::uint32_t;  // section and property; 0: none
 using KeyId = std::uint32_t;       // set, section and property; 0: none
 
-// Texts of one or two names, numbered from 1, without regard to case. Never forgets one.
+// Interns single names and pairs of names, numbered from 1, ignoring case. Open-addressing hash
+// table with linear probing; entries are never removed.
 class NameTable {
  public:
   struct Name {
     std::uint64_t hash = 0;
-    std::string first;  // as it was spelled when it came in
+    std::string first;  // as spelled when added
     std::string second;
   };
 
@@ -33,19 +34,21 @@ class NameTable {
                       std::size_t& bucket) const;
   void Grow();
 
-  std::vector<Name> names;             // [0] is nobody
-  std::vector<std::uint32_t> buckets;  // a power of two; 0 is free
+  std::vector<Name> names;             // [0] is unused
+  std::vector<std::uint32_t> buckets;  // size is a power of two; 0 means free
 };
 
-// What is known of a key without looking at its value.
+// Properties of a key that do not depend on its value.
 struct KeyInfo {
   SetId set = 0;
   PropertyId property = 0;
-  bool general = false;   // of the section General
-  std::string start;      // start of its element in a values text, behind the layer's letter
-  std::string attribute;  // its attribute there up to the value
+  bool general = false;   // in the section General
+  std::string start;      // start of its element in a values text, without the layer's letter
+  std::string attribute;  // its attribute in the element, up to the value
 };
 
+// Numbers sets, properties (section and property) and keys (set and property). Lookups by number
+// are array accesses; numbers are never reused.
 class KeyTable {
  public:
   KeyTable();
@@ -71,9 +74,9 @@ class KeyTable {
     return AddKey(AddSet(set), AddProperty(section, property));
   }
   const KeyInfo& Get(KeyId key) const { return keys[key]; }
-  // Numbers of keys are smaller than this.
+  // All key numbers are below this.
   std::size_t GetKeyLimit() const { return keys.size(); }
-  // "set.section.property".
+  // Returns "set.section.property".
   std::string KeyText(KeyId key) const;
 
  private:

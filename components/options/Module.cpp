@@ -1,4 +1,4 @@
-// The entry of the shared library.
+// Entry point of the shared library.
 #include "components/options/PropertyManager.h"
 #include "platform/automation/ClassRegistry.h"
 #include "platform/text/Text.h"

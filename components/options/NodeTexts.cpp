@@ -1,4 +1,4 @@
-// The texts that leave the component: all values of a node, and values in their stored form.
+// Serialization: all values of a node, and values in their stored form.
 #include <algorithm>
 
 #include "components/options/NodeValues.h"
@@ -41,12 +41,12 @@ bool NodeValues::IsRemovable(const KeyInfo& info) const {
   return definition == nullptr || definition->removable;
 }
 
-// The raw value that the key has for a configuration, or null when there is none.
+// Returns the raw value of the key in a configuration, or nullptr.
 const std::string* NodeValues::ValueFor(std::string_view forConfig, KeyId key) {
   const KeyInfo& info = keys.Get(key);
   const std::string* own = FindOwn(key);
   const bool inForce = info.general || forConfig.empty() || EqualNoCase(forConfig, config);
-  // What was set by itself was set for the configuration that is asked for next.
+  // A value set individually belongs to the configuration that is queried next.
   if (own != nullptr && (inForce || slots[key].direct)) return own;
   if (!inForce) {
     for (std::size_t i = appliedOptions.size(); i-- > 0;) {

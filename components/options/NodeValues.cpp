@@ -150,7 +150,7 @@ void NodeValues::Apply(std::string_view forConfig, std::string_view text) {
   const std::uint64_t mark = MarkFor(*options, forConfig);
   const std::size_t place = applied.size();
   applied.push_back(mark);
-  // Also those that are inherited: they hold the values of other configurations.
+  // Kept even if already inherited, because they hold the values of other configurations.
   appliedOptions.push_back(options);
   if (place < below->applied.size() && below->applied[place] == mark) return;
   ApplySome(*options, forConfig, {}, {}, {});
@@ -224,7 +224,7 @@ const std::string* NodeValues::FindInherited(KeyId key) const {
   const std::string* value = below->values.Find(key);
   if (value == nullptr) return nullptr;
   const KeyInfo& info = keys.Get(key);
-  // What an outer node of the same kind tells of itself is not said of this one.
+  // General values that an ancestor of the same type has for itself do not apply to this node.
   const bool isOthers = info.general && info.set == ownSet && below->HasSet(ownSet);
   return isOthers ? nullptr : value;
 }
@@ -240,7 +240,7 @@ FoundValue NodeValues::Look(SetId set, PropertyId property, std::uint32_t layer)
     layer = DefaultLayer;
     text = below->defaults.Find(key);
     if (text == nullptr) text = definitions.FindDefault(set, property);
-    // An empty default is no answer, so that a search goes on outwards.
+    // An empty default is treated as missing, so that the search continues outwards.
     if (text != nullptr && text->empty()) text = nullptr;
   }
   if (text == nullptr) return {};
@@ -292,7 +292,7 @@ std::string NodeValues::Get(std::string_view set, std::string_view section,
 std::string NodeValues::Resolve(std::string_view set, std::string_view section,
                                 std::string_view property, std::string_view text,
                                 std::string* error, std::string* missing) {
-  // The value is put in place for the time being, so that one that leads back to it is noticed.
+  // Sets the value temporarily, so that a cycle through it is detected.
   std::string before;
   const bool hadOwn = GetOwn(set, section, property, before);
   const KeyId key = keys.AddKey(SetOf(set), keys.AddProperty(section, property));

@@ -15,83 +15,90 @@
 
 namespace tarn::options {
 
-// Where the value that counts comes from.
+// Source of an effective value.
 enum class Origin { None, Definition, Inherited, Own };
 
-// The values of the one node that is held, and of the levels above it.
+// The values of the node currently held, and of the levels above it.
 //
-// Publishing goes through here once per node, so nothing is done that nobody asks for: a values
-// text is only kept until somebody reads from it, own values lie in slots by key that a new node
-// overwrites without giving memory back, and what is inherited is shared by all children of one
-// parent, ready text included.
+// Publishing calls this once per node, so work is deferred until it is needed: a values text is
+// stored unparsed until the first query; own values are in slots indexed by key, which a new node
+// reuses without freeing memory; and inherited values, including their serialized form, are shared
+// by all children of a parent.
 class NodeValues : private MacroSource {
  public:
   NodeValues(KeyTable& keyTable, Definitions& definitionTable);
 
-  // Drops all levels. The configuration in force stays.
+  // Removes all levels. Keeps the active configuration.
   void Clear();
-  // Adds the values of a values text to what is held; false when it is none.
+  // Adds the values of a values text. Returns false if `text` is not one.
   bool ReadText(std::string_view text);
-  // The values as a values text.
+  // Returns the values as a values text.
   std::string ToText();
 
-  // The configuration in force; "Standard" until one is set.
+  // Sets the active configuration; "Standard" until one is set.
   void SetConfig(std::string_view name);
+  // Returns the active configuration.
   const std::string& GetConfig() const { return config; }
 
-  // What $(Install.ConfigFolder) gives, with its final separator.
+  // Value of $(Install.ConfigFolder), including its trailing separator.
   void SetConfigFolder(std::string folder) { configFolder = std::move(folder); }
 
-  // The set of the level held, unless it has one already.
+  // Sets the set of the current level unless it has one already.
   void EnterSet(std::string_view name);
-  // Its name; empty when none was entered.
+  // Returns the name of that set; empty if none was entered.
   const std::string& OwnSet();
-  // Tells the node from the others of the project, by paths and labels on the way to it.
+  // Returns a string that identifies the node in the project, built from paths and labels of the
+  // node and its ancestors.
   std::string Place();
 
+  // Sets an own value. An empty `set` means the own set.
   void SetValue(std::string_view set, std::string_view section, std::string_view property,
                 std::string_view value);
-  // Takes back an own value; what is inherited shows again.
+  // Removes an own value, so that the inherited one becomes effective.
   void RemoveValue(std::string_view set, std::string_view section, std::string_view property);
-  // Adds the values of an Options text for a configuration, and those of General, which are stored
-  // for "Standard" alone. Options of the ancestors, which come again for each child in the order
-  // in which its parent had them, are inherited already.
+  // Adds the values that an Options text has for a configuration, and those of General, which are
+  // only stored for "Standard". Options of the ancestors are repeated for each child, in the order
+  // in which its parent had them; they are recognized as already inherited and skipped.
   void Apply(std::string_view forConfig, std::string_view text);
-  // Adds values for a configuration, those only whose names match; an empty name matches all.
+  // Adds the values stored for a configuration whose names match; an empty name matches all.
   void ApplySome(const StoredOptions& options, std::string_view forConfig, std::string_view set,
                  std::string_view section, std::string_view property);
 
-  // What is held becomes inherited; the next values belong to a child.
+  // Turns all current values into inherited ones; values set afterwards belong to a child.
   void EndParentLevel();
   void BeginChildLevel();
 
-  // The value with its macros resolved; an empty `set` looks in the own set, then outwards.
+  // Returns the value with its macros expanded. An empty `set` means the own set, then the sets of
+  // the ancestors from the innermost outwards.
   std::string Get(std::string_view set, std::string_view section, std::string_view property,
                   std::string* error = nullptr);
-  // What the property would give if its own value were this text.
+  // Returns the value that the property would have if its own value were `text`.
   std::string Resolve(std::string_view set, std::string_view section, std::string_view property,
                       std::string_view text, std::string* error, std::string* missing = nullptr);
-  // The raw own value; false when there is none.
+  // Gets the raw own value. Returns false if there is none.
   bool GetOwn(std::string_view set, std::string_view section, std::string_view property,
               std::string& value);
-  // The set whose value answers for the property: `set`, or where a search without one ends.
+  // Returns the set whose value is effective for the property: `set`, or the set where a search
+  // without one ends.
   SetId AnsweringSet(std::string_view set, PropertyId id);
+  // Returns where the effective value of the property comes from.
   Origin GetOrigin(std::string_view set, std::string_view section, std::string_view property);
+  // Returns true if the condition is met by the current values.
   bool Holds(const Condition& condition);
 
-  // The stored form of one value, or of all values below an empty property, section or set; empty
-  // when there is nothing of that name.
+  // Returns the stored form of one value, or of all values below an empty property, section or set;
+  // empty if no value matches.
   std::string ConfigText(std::string_view forConfig, std::string_view set, std::string_view section,
                          std::string_view property);
 
  private:
   struct Slot {
-    std::uint32_t level = 0;  // the value counts when this is the current level
-    bool direct = false;      // set by itself, not out of stored options
+    std::uint32_t level = 0;  // the value is valid if this is the current level
+    bool direct = false;      // set individually rather than from stored options
     std::string value;
   };
 
-  // Layers of one value from the inside out, for FindBelow.
+  // Layers of a value, innermost first, for FindBelow.
   enum Layer : std::uint32_t { OwnLayer, InheritedLayer, DefaultLayer };
 
   FoundValue FindRaw(std::string_view set, std::string_view section,
@@ -101,7 +108,9 @@ class NodeValues : private MacroSource {
   const std::string* FindOwn(KeyId key) const;
   const std::string* FindInherited(KeyId key) const;
 
+  // Parses the pending values text, if there is one.
   void Settle();
+  // Starts a level without own values. Keeps the memory of the slots.
   void NewLevel(std::shared_ptr<const Snapshot> inherited);
   void Merge(const ParsedValues& parsed);
   void PutOwn(KeyId key, std::string_view value, bool direct);
@@ -119,7 +128,7 @@ class NodeValues : private MacroSource {
   std::string configFolder;
 
   bool hasPending = false;
-  std::string pending;  // a values text that nobody has read from yet
+  std::string pending;  // a values text that has not been parsed yet
   SetId ownSet = 0;
   std::uint32_t level = 1;
   std::vector<Slot> slots;     // by key

@@ -1,5 +1,5 @@
-// The part of the component that the options window works with: what is shown and enabled, the
-// user's changes, and their undo.
+// Support for the options window: which options are shown and enabled, changes by the user, and
+// undo.
 #include <utility>
 
 #include "components/options/PropertyManager.h"
@@ -56,7 +56,7 @@ PropertyState PropertyManager::StateOf(const std::string& set, const std::string
   return {!isHidden && values.Holds(property.shown), !isDisabled && values.Holds(property.enabled)};
 }
 
-// A host that hasn't asked for the window shows options in its own way.
+// Does nothing for a host that has not requested the window: it displays options itself.
 std::int32_t PropertyManager::ShowOptions(std::int32_t) {
   if (!window) return 0;
   window->Refill();
@@ -79,7 +79,7 @@ void PropertyManager::BeginUpdate() {
 }
 
 void PropertyManager::EndUpdate() {
-  // Releases without a hold are usual, so the count never falls below zero.
+  // Callers may release without a hold, so the count must not become negative.
   if (updates > 0) --updates;
   if (window && updates == 0) window->RefillSoon();
 }
@@ -104,14 +104,14 @@ std::string PropertyManager::GetChangedProperty() {
   return changedProperty;
 }
 
-// What was changed for one configuration can't be taken back for another one.
+// Includes the configuration, so that a change can't be undone in a different one.
 std::string PropertyManager::NodeKey() {
   return FoldCase(values.GetConfig()) + "\n" + values.Place();
 }
 
 std::int32_t PropertyManager::ChangeByUser(const char* set, const char* section,
                                            const char* property, std::optional<std::string> value) {
-  // While nodes are being published the node held may not be the one that the user sees.
+  // While nodes are being published, the node held may differ from the one the user sees.
   if (updates > 0 || TextOf(property).empty()) return 0;
   ValueChange change{NodeKey(),
                      set == nullptr || *set == '\0' ? values.OwnSet() : set,

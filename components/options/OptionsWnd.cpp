@@ -36,7 +36,7 @@ const char* WordOf(const std::string& origin) {
 
 }  // namespace
 
-// An option. A section is a plain record.
+// Row of an option. A section is a plain record.
 class OptionsWnd::Record : public CReportRecord {
  public:
   Record(std::string setName, std::string sectionName, const CXmlNode& property)
@@ -55,7 +55,7 @@ class OptionsWnd::Record : public CReportRecord {
     AddItem(MakeItem({}));
   }
 
-  // What the user has typed, as a value: a choice may go by its label.
+  // Returns the value that the user typed; a choice may be given by its label.
   std::string ValueOf(const std::string& typed) const {
     for (const auto& [label, value] : choices) {
       if (EqualNoCase(label, typed)) return value;
@@ -66,7 +66,7 @@ class OptionsWnd::Record : public CReportRecord {
   const std::string set, section, name, help, command;
   const bool isRemovable, isEnabled;
   std::vector<std::pair<std::string, std::string>> choices;  // label and value
-  std::string shown;                                         // what stands in the value's cell
+  std::string shown;                                         // text of the value's cell
 };
 
 class OptionsWnd::Report : public CReportControl {
@@ -136,8 +136,7 @@ void OptionsWnd::OnTimer(int) {
   Refill();
 }
 
-// While values are held the node in hand may not be the one that is shown; their release asks
-// again.
+// While values are held, the current node may not be the one shown; the release calls this again.
 void OptionsWnd::Refill() {
   if (manager.IsHeld()) return;
   const std::string& set = manager.GetOwnSet();
@@ -173,7 +172,7 @@ void OptionsWnd::Rebuild(const CXmlNode& definitions) {
   }
 }
 
-// A value of the node's own as it was written, any other one as it counts.
+// Returns an own value as written, and any other value as displayed to users.
 std::string OptionsWnd::CaptionOf(const Record& record) {
   const char* const set = record.set.c_str();
   const char* const section = record.section.c_str();

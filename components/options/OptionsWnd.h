@@ -14,25 +14,24 @@ namespace tarn::options {
 
 class PropertyManager;
 
-// The options window of the component: the options of the node held with their values and where
-// these come from, below their sections, and what the selected one means. A text typed into a value
-// sets it, Del takes it away; the main frame gets the command that carries this out. For hosts that
-// have a toolkit and no options window of their own.
+// The component's own options window: lists the options of the current node by section, with their
+// values and the sources of these, and explains the selected one. Text typed into a value sets it,
+// Del resets it; the main frame receives the command that carries this out. For hosts that have a
+// toolkit but no options window.
 //
-// Borrows the component, which owns it. On the host's thread.
+// Borrows the component, which owns the window. Main thread only.
 class OptionsWnd : public CWnd {
  public:
   OptionsWnd(PropertyManager& propertyManager, WindowHandle mainFrame);
   ~OptionsWnd() override;
 
-  // Shows the values of the node in hand; nothing while the component is between BeginUpdate and
-  // EndUpdate.
+  // Shows the values of the current node. No-op between BeginUpdate and EndUpdate of the component.
   void Refill();
-  // The same, when the loop comes round; however often it is called meanwhile.
+  // Schedules a Refill on the message loop; further calls before it runs have no effect.
   void RefillSoon();
 
   CReportControl& GetReport() { return *report; }
-  // What stands below the report: help, or why a value was not taken.
+  // Returns the text below the report: help, or the reason why a value was rejected.
   const std::string& GetNote() const { return note.GetWindowText(); }
 
  protected:
@@ -47,6 +46,7 @@ class OptionsWnd : public CWnd {
   class Report;
   class Record;
 
+  // Places the report and the note below it.
   void LayOut(Size size);
   void Rebuild(const CXmlNode& definitions);
   void UpdateValues(CReportRecords& records);
@@ -60,7 +60,7 @@ class OptionsWnd : public CWnd {
   const WindowHandle frame;
   std::unique_ptr<CReportControl> report;
   CStatic note{StaticKind::Label};
-  std::string layout;  // the definitions that the rows were made of
+  std::string layout;  // definitions from which the rows were made
   bool isTimerSet = false;
 };
 

@@ -66,7 +66,7 @@ std::int32_t PropertyManager::ReadDefsFromFile(const char* set, const char* file
     values.SetConfigFolder(AddSeparator(FolderOf(definitionFiles.front())));
     return ReadAllDefinitions() ? 1 : 0;
   }
-  // Once for each published node: a file that was read costs nothing.
+  // Called for each published node, so a file that was read before must cost nothing.
   if (path != lastDefinitionFile) {
     lastDefinitionFile = path;
     if (std::find(definitionFiles.begin(), definitionFiles.end(), path) == definitionFiles.end()) {
@@ -132,7 +132,7 @@ std::string PropertyManager::CheckValue(const char* set, const char* section, co
   return CheckAgainst(*definition, resolved);
 }
 
-// --- Values of the node held ---
+// --- Values of the node currently held ---
 
 std::int32_t PropertyManager::ReadConfigFromFile(const char* config, const char* set,
                                                  const char* section, const char* property,
@@ -247,7 +247,7 @@ void PropertyManager::BeginChildLevel() {
 
 void PropertyManager::SetCurrentConfig(const char* config) {
   values.SetConfig(View(config));
-  // An application without configurations has none read for it in front of this call.
+  // If nothing was read before this call, the application has no configurations.
   if (configurationsAreCurrent) return;
   configurations.clear();
   configurationsText.clear();

@@ -23,24 +23,26 @@ namespace tarn::options {
 inline constexpr const char* kPropertyManagerProgId = "TarnOptionsManager.PropertyManager";
 
 // The options component: definitions, the values of one node at a time, and the state of the
-// options window. docs/options-format.md tells its files and its methods. Texts that are null count
-// as empty; a failure is an answer of 0 or an empty text. Belongs to the host's thread.
+// options window. docs/options-format.md documents its files and methods. Null strings are treated
+// as empty; failures are reported as 0 or an empty string. Main thread only.
 class PropertyManager : public DispatchObject<PropertyManager> {
  public:
   explicit PropertyManager(FileSystem& fileSystem = FileSystem::Native());
 
   static const DispatchTable<PropertyManager>& Table();
 
+  // Sets the host's main frame; ignores the other arguments. Always returns 1.
   std::int32_t InitOptions(const char* application, const char* data, std::int32_t frame,
                            std::int32_t mode);
+  // Clears all state that belongs to the project.
   void ProjectClosing();
 
   // --- Definitions ---
   std::int32_t ReadDefsFromFile(const char* set, const char* file);
   std::string ListProperties(const char* set);
   std::string GetDefinitionErrors();
-  // Why what the definitions yield can't be relied on: the first file that is missing or damaged,
-  // or that nothing is defined at all. Empty if all files were read.
+  // Returns why the definitions are unreliable: the first file that is missing or damaged, or the
+  // fact that nothing is defined at all. Empty if all files were read.
   std::string GetDefinitionProblem();
   std::string CheckValue(const char* set, const char* section, const char* property,
                          const char* value);
@@ -62,7 +64,7 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   void EndParentLevel();
   void BeginChildLevel();
   void SetCurrentConfig(const char* config);
-  // Empty while no node is held.
+  // Empty if no node is held.
   const std::string& GetOwnSet() { return values.OwnSet(); }
   std::string ListConfigurations();
 
@@ -81,8 +83,8 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   bool IsHeld() const { return updates > 0; }
   std::string GetPropState();
   void SetPropState(const char* state);
-  // Reads the definitions again if their files changed since they were read; 1 if so. Values that
-  // nodes were published with are the caller's to renew.
+  // Reloads the definitions if their files have changed; returns 1 if so. The caller has to
+  // republish nodes.
   std::int32_t RefreshDefinitions();
   std::string GetNewConfigName();
   void SetNewConfigName(const char* name);
@@ -113,27 +115,27 @@ class PropertyManager : public DispatchObject<PropertyManager> {
   NodeValues values;
   UndoList undo;
 
-  std::vector<std::string> definitionFiles;  // that ReadDefsFromFile named
+  std::vector<std::string> definitionFiles;  // files passed to ReadDefsFromFile
   std::string lastDefinitionFile;
-  std::vector<std::string> filesRead;  // those and what they include
-  std::uint64_t digest = 0;            // of their texts
+  std::vector<std::string> filesRead;  // definitionFiles and the files they include
+  std::uint64_t digest = 0;            // of their contents
   std::vector<std::string> definitionErrors;
   std::string lostDefinitions;
-  std::vector<std::string> valueErrors;  // circles that were met, each told once
+  std::vector<std::string> valueErrors;  // macro cycles found, each reported once
 
   std::string configurationsText;
   std::vector<std::string> configurations;
   bool configurationsAreCurrent = false;
 
-  std::unordered_map<std::string, bool> hidden;    // by folded "set", "set.section", ...
-  std::unordered_map<std::string, bool> disabled;  // by folded "set.section.property"
-  std::int32_t switchCount = 0;                    // changes of these
+  std::unordered_map<std::string, bool> hidden;    // by lower-case "set", "set.section", ...
+  std::unordered_map<std::string, bool> disabled;  // by lower-case "set.section.property"
+  std::int32_t switchCount = 0;                    // changes of `hidden` and `disabled`
   std::int32_t updates = 0;
   std::string propState;
   std::string newConfigName;
   std::string changedProperty;
   WindowHandle frame = 0;
-  std::unique_ptr<OptionsWnd> window;  // once a host has asked for it
+  std::unique_ptr<OptionsWnd> window;  // created on request of a host
 };
 
 }  // namespace tarn::options

@@ -1,4 +1,4 @@
-// The methods of the component by their numbers.
+// Dispatch table of the component: its methods by number.
 #include "components/options/PropertyManager.h"
 
 namespace tarn::options {

@@ -9,16 +9,17 @@
 #include "components/options/KeyTable.h"
 #include "components/options/ValueLayers.h"
 
-// The form in which values are stored in project files, below the element Options of a node:
+// Storage format of values in project files, below the element Options of a node:
 //
 //   <Config Header="Debug"><Set Header="C"><Section Header="Compiler">
 //     <Property Header="Optimize" Removable="Yes" Value="s" />
 //   </Section></Set></Config>
 //
-// Element names are fixed, since stored elements are merged by name and Header. Values and names
-// are escaped (ValuesText.h), so the text means the same whatever reads and writes it in between.
+// Element names are fixed, because stored elements are merged by name and Header. Values and names
+// are escaped (ValuesText.h), so that the text survives any reader and writer unchanged.
 namespace tarn::options {
 
+// A parsed Options text.
 struct StoredOptions {
   struct Config {
     std::string name;
@@ -26,20 +27,20 @@ struct StoredOptions {
   };
 
   std::string text;
-  std::uint64_t mark = 0;  // tells texts apart
+  std::uint64_t mark = 0;  // identifies the text
   std::vector<Config> configs;
 
-  // The value stored for the configuration, or null.
+  // Returns the value stored for the configuration, or nullptr.
   const std::string* Find(std::string_view config, KeyId key) const;
 };
 
-// Reads an Options element, or a Config element by itself. What cannot be read is left out.
+// Parses an Options element, or a single Config element. Skips malformed parts.
 std::shared_ptr<StoredOptions> ParseStoredOptions(std::string_view text, KeyTable& keys);
 
-// The mark of a text read for one configuration.
+// Returns an identifier of the text as read for one configuration.
 std::uint64_t MarkFor(const StoredOptions& options, std::string_view config);
 
-// Writes the element of one configuration. Values come sorted by set and section.
+// Serializes the element of one configuration. Values must be added sorted by set and section.
 class StoredWriter {
  public:
   explicit StoredWriter(std::string_view config);

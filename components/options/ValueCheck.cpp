@@ -10,7 +10,7 @@ namespace tarn::options {
 
 namespace {
 
-// A whole number, decimal or hexadecimal behind "0x".
+// Parses an integer, decimal or hexadecimal with the prefix "0x".
 std::optional<std::int64_t> ReadNumber(std::string_view text) {
   const bool isHex = StartsWithNoCase(text, "0x");
   if (isHex) text.remove_prefix(2);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kInherited = "(Inherited)";
 
-// The text with every $(Inherited) replaced.
+// Returns `text` with every $(Inherited) replaced.
 std::string WithInherited(std::string_view text, std::string_view inherited) {
   std::string result;
   std::size_t begin = 0;
@@ -30,7 +30,7 @@ std::string WithInherited(std::string_view text, std::string_view inherited) {
   }
 }
 
-// Fills the parts of a ParsedValues.
+// Fills in a ParsedValues.
 class Parser : public ValuesSink {
  public:
   Parser(KeyTable& keyTable, ParsedValues& target, Snapshot& snapshot)
@@ -108,7 +108,7 @@ std::shared_ptr<ParsedValues> ParseValues(std::string_view text, KeyTable& keys)
   ReadValuesText(text, parser);
   AppendElements(below->readyValues, keys, below->values.All(), 'i');
   AppendElements(below->readyDefaults, keys, below->defaults.All(), 'd');
-  // The marks of the ancestors' options are the first of the node's own.
+  // The marks of the ancestors' options are the first ones of the node's own list.
   below->applied = parsed->applied;
   parsed->below = std::move(below);
   return parsed;
@@ -137,7 +137,7 @@ std::shared_ptr<Snapshot> Flatten(const KeyTable& keys, SetId ownSet,
   flat->defaultSets = below.defaultSets;
   flat->defaults = below.defaults;
   flat->readyDefaults = below.readyDefaults;
-  // Together what belongs together, so that the text names each section once.
+  // Groups values so that the text names each section once.
   std::vector<ValueMap::Value> sorted = flat->values.All();
   std::stable_sort(sorted.begin(), sorted.end(), [&keys](const auto& a, const auto& b) {
     return keys.Get(a.first).start < keys.Get(b.first).start;

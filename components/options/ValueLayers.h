@@ -11,40 +11,41 @@
 
 namespace tarn::options {
 
-// Raw values by key.
+// Map from keys to raw values, with constant-time lookup through an array indexed by key.
 class ValueMap {
  public:
   using Value = std::pair<KeyId, std::string>;
 
   void Set(KeyId key, std::string value);
-  // Null when there is none. Borrowed until the map changes.
+  // Returns nullptr if there is no value. Borrowed until the map changes.
   const std::string* Find(KeyId key) const {
     return key < places.size() && places[key] != 0 ? &values[places[key] - 1].second : nullptr;
   }
-  // In the order in which the keys came in.
+  // All values, in insertion order.
   const std::vector<Value>& All() const { return values; }
 
  private:
   std::vector<Value> values;
-  std::vector<std::uint32_t> places;  // by key: place in `values` + 1
+  std::vector<std::uint32_t> places;  // by key: index in `values` + 1
 };
 
-// Everything below a node's own values: what its ancestors hold, flattened, and defaults. Shared by
-// all nodes of one parent and never changed once it is shared.
+// Everything below a node's own values: the flattened values of its ancestors, and the defaults.
+// Shared by all nodes of a parent and immutable once shared.
 struct Snapshot {
-  std::vector<SetId> sets;             // of the ancestors, from the inside out
-  std::vector<std::uint64_t> applied;  // marks of the stored options that went into it, in order
+  std::vector<SetId> sets;             // sets of the ancestors, innermost first
+  std::vector<std::uint64_t> applied;  // marks of the stored options included, in order
   ValueMap values;
-  std::vector<SetId> defaultSets;  // whose defaults stand in `defaults`
+  std::vector<SetId> defaultSets;  // sets whose defaults are in `defaults`
   ValueMap defaults;
-  std::string readyValues;  // both as they stand in a values text
+  std::string readyValues;  // both maps, serialized for a values text
   std::string readyDefaults;
 
+  // Linear in the number of ancestors, which is small.
   bool HasSet(SetId set) const;
   bool HasDefaultsOf(SetId set) const;
 };
 
-// A values text, taken apart.
+// A parsed values text.
 struct ParsedValues {
   std::string text;
   SetId ownSet = 0;
@@ -52,23 +53,23 @@ struct ParsedValues {
   std::vector<std::uint64_t> applied;
   ValueMap own;
   std::shared_ptr<const Snapshot> below;        // never null
-  std::shared_ptr<const Snapshot> asInherited;  // own values laid over `below`, made at first use
+  std::shared_ptr<const Snapshot> asInherited;  // `own` merged over `below`, computed on first use
 };
 
 std::shared_ptr<ParsedValues> ParseValues(std::string_view text, KeyTable& keys);
 
-// What children of a node inherit: its own values laid over what it inherits itself. `$(Inherited)`
-// in an own value gives way to the value that it stands for. `defaults` and `readyDefaults` are
-// those of the own set, for when `below` lacks them.
+// Returns the values that children of a node inherit: its own values merged over `below`. Replaces
+// `$(Inherited)` in an own value with the value it refers to.
 std::shared_ptr<Snapshot> Flatten(const KeyTable& keys, SetId ownSet,
                                   const std::vector<ValueMap::Value>& own,
                                   const std::vector<std::uint64_t>& applied, const Snapshot& below);
 
-// Values as elements of a values text; `layer` is the letter of their elements.
+// Serializes values as elements of a values text; `layer` is the letter of the elements.
 void AppendElements(std::string& to, const KeyTable& keys,
                     const std::vector<ValueMap::Value>& values, char layer);
 
-// The last few parsed texts, found by their bytes: the children of one node come with one text.
+// LRU cache of the last few parsed texts, keyed by content: all children of a node are passed the
+// same text. A lookup compares with each of the few entries.
 template <class Parsed>
 class TextCache {
  public:
@@ -90,7 +91,7 @@ class TextCache {
 
  private:
   std::size_t limit;
-  std::vector<std::shared_ptr<Parsed>> entries;  // used last first
+  std::vector<std::shared_ptr<Parsed>> entries;  // most recently used first
 };
 
 }  // namespace tarn::options

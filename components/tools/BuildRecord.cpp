@@ -28,7 +28,7 @@ std::string BuildRecordText(const BuildRecord& record) {
   }
   std::vector<std::string> search = record.search;
   for (const std::string& path : record.missing) search.push_back('?' + path);
-  // Without folders there is no preprocessor. A quote would end an entry of the list.
+  // Without search folders there is no preprocessor. A quote would end an entry of the list.
   if (!record.search.empty()) {
     for (const std::string& each : record.definitions) {
       search.push_back('#' + ReplaceAll(ReplaceAll(each, "%", "%25"), "\"", "%22"));

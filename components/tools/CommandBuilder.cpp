@@ -14,12 +14,12 @@ namespace tarn::tools {
 
 namespace {
 
-// What a shell would not take as it stands.
+// Returns true if a shell would use the argument unchanged.
 bool IsPlain(std::string_view argument) {
   return argument.find_first_of(" \t\r\n'\"\\$`;&|<>(){}[]*?!#~") == std::string_view::npos;
 }
 
-// A "*" at the end of a pattern stands for any rest.
+// Returns true if a pattern matches the word; a trailing "*" matches any suffix.
 bool IsAmong(const std::vector<std::string>& patterns, std::string_view word) {
   return std::any_of(patterns.begin(), patterns.end(), [word](std::string_view pattern) {
     if (!pattern.ends_with('*')) return word == pattern;
@@ -120,12 +120,12 @@ class PlanMaker : public TemplateValues {
     return AbsolutePath(job.disk, folder, text.Fill(*this));
   }
 
-  // What a step writes, as the tool gets it.
+  // Returns the name of an output file as the tool gets it.
   std::string Spelled(const std::string& path) const {
     return SpelledOutput(job.disk, path, job.baseFolder, spelledBase);
   }
 
-  // What a step gets as `path`.
+  // Returns a `path` argument as the step gets it.
   std::string SpelledArgument(const std::string& path, bool isSource) const {
     const std::string output = Spelled(path);
     const auto& made = plan.products;
@@ -146,7 +146,7 @@ class PlanMaker : public TemplateValues {
     return paths;
   }
 
-  // What `split` makes of the text, none of which comes from the middle of a name.
+  // Splits the expanded text with `split`, but never in the middle of a name.
   std::vector<std::string> Pieces(const Template& text,
                                   std::vector<std::string> (*split)(std::string_view),
                                   const Template::Change& change = nullptr) const {
@@ -157,21 +157,21 @@ class PlanMaker : public TemplateValues {
     return pieces;
   }
 
-  // An absolute path as the step writes it. `mayClimb`: the project names it relative to its own
-  // place, so it moves with the project also outside the working folder.
+  // Returns an absolute path as the step writes it. `mayClimb`: the project has it as a path
+  // relative to itself, so it moves with the project even if it is outside the working folder.
   std::string Shown(const std::string& path, bool mayClimb = false) const {
     if (!relative || path.empty()) return path;
     if (path == spelledFolder) return ".";
     const std::string way = RelativeTo(path);
     const std::size_t levels = LevelsUp(way);
     if (way.empty() || (levels > 0 && !(mayClimb && CanClimb(levels)))) return path;
-    // A name must not pass for an option, a response file or a folder of the compiler.
+    // A name must not be mistaken for an option, a response file or a folder of the compiler.
     return std::string_view("-@=").find(way.front()) == std::string_view::npos ? way : "./" + way;
   }
 
   std::string RelativeTo(const std::string& path) const {
     const std::string prefix = AddSeparator(spelledFolder);
-    // A ".." that is left follows a symbolic link.
+    // A remaining ".." follows a symbolic link.
     if (FindParentStep(path) != std::string::npos) {
       return path.starts_with(prefix) ? path.substr(prefix.size()) : std::string();
     }
@@ -190,8 +190,8 @@ class PlanMaker : public TemplateValues {
     return levels;
   }
 
-  // The working folder lies deeper than that, and ".." means there what it means in names: behind a
-  // symbolic link it leads elsewhere.
+  // Returns true if the working folder is more than `levels` deep and ".." can be resolved
+  // textually there; after a symbolic link it would lead elsewhere.
   bool CanClimb(std::size_t levels) const {
     std::string above = spelledFolder;
     for (std::size_t i = 0; i < levels; ++i) above = FolderOf(above);
@@ -288,7 +288,8 @@ class PlanMaker : public TemplateValues {
     relative = wasRelative;
   }
 
-  // Returns the name of a scratch file in the working folder that the program writes for `path`.
+  // Returns the name of a temporary file in the working folder that the program writes instead of
+  // `path`.
   std::string StandIn(const std::string& name, const std::string& path) {
     std::string scratch = ".tarn-" + HexText(HashBytes(name)) + ".tmp";
     moves.emplace_back(JoinPath(spelledFolder, scratch), Spelled(path));
@@ -302,7 +303,7 @@ class PlanMaker : public TemplateValues {
     }
   }
 
-  // The launcher becomes the program and gets the real one as its first argument.
+  // Makes the launcher the program, and the actual program its first argument.
   void AddLauncher(const StepRule& step, ToolCommand& command) const {
     auto words = SplitWords(step.launcher.Fill(*this));
     if (words.empty()) words = SplitWords(job.environmentLauncher);
@@ -316,17 +317,17 @@ class PlanMaker : public TemplateValues {
   const ToolDefinition& tool;
   const ToolJob& job;
   mutable ToolPlan plan;
-  std::string spelledBase;    // the base folder as the disk spells it
+  std::string spelledBase;    // the base folder as spelled on disk
   std::string folder;         // working folder of the current step
-  std::string spelledFolder;  // the same as the disk spells it
+  std::string spelledFolder;  // `folder` as spelled on disk
   mutable bool isSplitLater = false;
-  bool isLinkTime = false;  // the arguments of the current step leave code to the link
+  bool isLinkTime = false;  // the current step enables link-time optimization
   bool relative = false;    // of the current step
   std::string item;         // of the current list
   std::vector<std::pair<std::string, std::string>> moves;  // of the current step
 };
 
-// Stands for options of which nothing is known.
+// Values of unknown options.
 class NoValues : public TemplateValues {
  public:
   std::string Own(OwnName) const override { return {}; }

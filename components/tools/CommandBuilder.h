@@ -12,64 +12,68 @@
 
 namespace tarn::tools {
 
-// What one run of a tool is about.
+// Input of a single tool run.
 struct ToolJob {
-  std::vector<std::string> files;  // absolute, as the disk spells them
+  std::vector<std::string> files;  // absolute, as spelled on disk
   const OptionValues* values = nullptr;
-  std::string baseFolder;           // absolute; what relative names in options are relative to
-  std::string environmentLauncher;  // used where a step allows a launcher and the options name none
-  FileSystem* disk = nullptr;       // spells the names that tools get; null: names are unchanged
-  std::vector<std::string> respelled = {};  // those of `files` that were listed in another spelling
-  std::vector<std::string> repeated = {};   // files that were listed again and left out
-  std::vector<std::string> conflicts = {};  // why some of these must not be linked
+  std::string baseFolder;           // absolute; base of relative names in options
+  std::string environmentLauncher;  // for steps that allow a launcher, if the options name none
+  FileSystem* disk = nullptr;       // provides the spelling of names for tools; nullptr: unchanged
+  std::vector<std::string> respelled = {};  // those of `files` that were listed with a different
+                                            // spelling
+  std::vector<std::string> repeated = {};   // files that were listed repeatedly and dropped
+  std::vector<std::string> conflicts = {};  // reasons why some of these must not be linked
 };
 
-// A step with everything filled in.
+// A step with all templates expanded.
 struct ToolCommand {
   const StepRule* rule = nullptr;
   std::string program;
   std::vector<std::string> arguments;
   std::vector<std::pair<std::string, std::string>> environment;
   std::string folder;        // absolute
-  std::size_t launched = 0;  // how many of the arguments belong to a launcher
-  // Files that the program writes under another name than their own: scratch file, real name.
+  std::size_t launched = 0;  // number of leading arguments that belong to a launcher
+  // Files that the program writes under a temporary name: temporary path, final path.
   std::vector<std::pair<std::string, std::string>> moves;
 };
 
-// A whole run with everything filled in. Paths are absolute.
+// A complete run with all templates expanded. Paths are absolute.
 struct ToolPlan {
-  std::string output;        // as the options write it; empty when the tool makes none
-  std::string outputOnDisk;  // as the tool gets it
+  std::string output;        // as written in the options; empty if the tool produces none
+  std::string outputOnDisk;  // as passed to the tool
   std::string listing;
   std::string rules;
-  std::string furtherRules;  // need not be left
+  std::string furtherRules;  // optional: the tool may not write it
   std::string sizeFile;
-  std::string globals;  // empty when the tool leaves none
+  std::string globals;  // empty if the tool produces none
   std::vector<std::string> products;
-  std::vector<std::string> byProducts;  // that a run may leave
-  // Products with names that the programs make up, and how these look.
+  std::vector<std::string> byProducts;  // files that a run may produce
+  // Products that contain names generated at random by the programs, and the patterns of these
+  // names.
   std::vector<std::pair<std::string, std::vector<std::string>>> randomNames;
   std::vector<std::string> depends;
-  std::vector<std::string> variables;  // see ToolDefinition
-  std::vector<std::string> helpers;    // programs that those of the commands start, by their names
-  std::vector<std::string> helperFiles;        // names of files that these programs take themselves
-  std::vector<std::string> implicitLibraries;  // that programs link without a flag, by their names
-  std::vector<std::string> respelled;          // files that are on the disk in another spelling
+  std::vector<std::string> variables;    // see ToolDefinition
+  std::vector<std::string> helpers;      // names of the programs started by those of the commands
+  std::vector<std::string> helperFiles;  // names of files that these programs load implicitly
+  std::vector<std::string> implicitLibraries;  // names of libraries that are linked without a flag
+  std::vector<std::string> respelled;          // files whose name on disk is spelled differently
   std::vector<ToolCommand> commands;
-  std::vector<std::string> problems;  // why it must not run
-  // An option names a file or folder that is not on the disk in this spelling, so that the commands
-  // change with what comes and goes there.
+  std::vector<std::string> problems;  // reasons why the plan must not be run
+  // An option names a file or folder that does not exist with exactly this spelling, so that the
+  // commands depend on which files exist.
   bool hasInexactNames = false;
 };
 
+// Expands a definition for a job. Never fails: errors are listed in the plan's `problems`. Starts
+// no process and writes nothing.
 ToolPlan MakePlan(const ToolDefinition& tool, const ToolJob& job);
 
-// The folder that relative names in the options of a node are relative to; `fallback` when the
-// values do not say.
+// Returns the folder that relative names in a node's options refer to, or `fallback` if the values
+// do not specify it.
 std::string BaseFolderOf(const OptionValues& values, const std::string& fallback,
                          FileSystem* disk = nullptr);
 
-// The programs that a tool's steps start, as far as the definition names them without options.
+// A program started by a tool's step, if the definition names it without using options.
 struct ToolProgram {
   std::string name;
   bool isOptional = false;

@@ -19,8 +19,8 @@ std::string FullPath(const ToolWorld& world, const std::string& program) {
   return found.empty() ? program : found;
 }
 
-// Folders of headers that the arguments name, verbatim and in order. Without a prefix a prefixed
-// one is a folder of the toolchain.
+// Returns the header search folders named by the arguments, verbatim and in order. A prefixed one
+// without a preceding prefix is a folder of the toolchain.
 std::vector<std::string> HeaderFolders(const ToolDefinition& tool,
                                        const std::vector<std::string>& words) {
   std::vector<std::string> flags = tool.search;
@@ -41,7 +41,7 @@ std::vector<std::string> HeaderFolders(const ToolDefinition& tool,
   return folders;
 }
 
-// The length goes in, too: moving a byte from one string to the next makes another hash.
+// Includes the length, so that moving a byte from one string to the next changes the hash.
 void Mix(std::uint64_t& hash, std::string_view text) {
   hash = HashBytes(text, hash + 1);
 }
@@ -99,7 +99,7 @@ std::uint64_t HashCommands(const ToolWorld& world, const ToolPlan& plan) {
     Mix(hash, name);
     Mix(hash, value);
   }
-  // A file that another node is about to make may have a similar name as one that is there.
+  // A file that another node is about to create may have a name similar to an existing one.
   for (const std::string& path : plan.respelled) Mix(hash, path);
   return hash == 0 ? 1 : hash;
 }

@@ -8,20 +8,21 @@
 
 #include "platform/text/Text.h"
 
-// Questions to the entries of debug information. Entries are small handles; the data behind them
-// belongs to the opened program.
+// Accessors for the entries (DIEs) of DWARF debug information. Entries are small handles; their
+// data belongs to the opened program.
 namespace tarn::tools {
 
-// No attribute reaches beyond the debug information. The library looks only when it steps over an
-// attribute, so that a last text without an end would be read on and on.
+// Returns true if all attributes are within the debug information. The library only checks this
+// when it skips an attribute, so without this check it would read past the end of a final
+// unterminated string.
 inline bool IsWhole(Dwarf_Die& entry) {
   return dwarf_getattrs(
              &entry, [](Dwarf_Attribute*, void*) { return static_cast<int>(DWARF_CB_OK); }, nullptr,
              0) == 1;
 }
 
-// Calls `visit` for each child. False when the debug information is damaged: children that don't
-// go forward would never end.
+// Calls `visit` for each child. Returns false if the debug information is damaged, for example if a
+// sibling does not come after its predecessor, which would cause an endless loop.
 template <typename Visit>
 bool ForEachChild(Dwarf_Die& parent, const Visit& visit) {
   Dwarf_Die child;
@@ -41,7 +42,7 @@ inline bool HasAttribute(Dwarf_Die& entry, unsigned name) {
   return dwarf_hasattr(&entry, name) != 0;
 }
 
-// Also when the entry has the flag from the declaration that it completes.
+// Returns true if the flag is set in the entry or in the declaration that it completes.
 inline bool HasFlag(Dwarf_Die& entry, unsigned name) {
   Dwarf_Attribute attribute;
   bool isSet = false;
@@ -49,7 +50,7 @@ inline bool HasFlag(Dwarf_Die& entry, unsigned name) {
          dwarf_formflag(&attribute, &isSet) == 0 && isSet;
 }
 
-// The entry that an attribute refers to.
+// Returns the entry that an attribute refers to, or nullopt.
 inline std::optional<Dwarf_Die> EntryOf(Dwarf_Die& entry, unsigned name) {
   Dwarf_Attribute attribute;
   Dwarf_Die found;
@@ -60,7 +61,8 @@ inline std::optional<Dwarf_Die> EntryOf(Dwarf_Die& entry, unsigned name) {
   return found;
 }
 
-// A text of the entry, or of the declaration that it completes; empty when there is none.
+// Returns a string attribute of the entry or of the declaration that it completes; empty if there
+// is none.
 inline std::string TextAttribute(Dwarf_Die entry, unsigned name) {
   constexpr int kMaxSteps = 8;
   for (int i = 0; i < kMaxSteps; ++i) {

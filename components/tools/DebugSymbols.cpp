@@ -18,7 +18,7 @@ namespace {
 
 using Kind = GlobalSymbol::Kind;
 
-constexpr int kMaxScopes = 50;  // one in the other
+constexpr int kMaxScopes = 50;  // nesting limit
 
 bool IsC(Dwarf_Die& unit) {
   switch (dwarf_srclang(&unit)) {
@@ -43,7 +43,7 @@ void AddNamesAtZero(Elf* elf, Elf_Scn* section, const GElf_Shdr& header, NameSet
   }
 }
 
-// The names of the symbols that the program has at address 0.
+// Returns the names of the program's symbols at address 0.
 NameSet NamesAtZero(Elf* elf) {
   NameSet names;
   Elf_Scn* section = nullptr;
@@ -71,8 +71,8 @@ bool IsVariableAtZero(Dwarf_Die& variable) {
          steps[0].atom == DW_OP_addr && steps[0].number == 0;
 }
 
-// Sections of another type are converted on the way in, behind the back of the library's check that
-// their texts have an end.
+// The library converts sections of other types when it loads them, which bypasses its check that
+// their strings are terminated.
 bool HasPlainDebugSections(Elf* elf) {
   std::size_t names = 0;
   if (elf_getshdrstrndx(elf, &names) != 0) return true;
@@ -99,7 +99,7 @@ class SymbolCollector {
     }
     isC = IsC(unit);
     folder = TextAttribute(unit, DW_AT_comp_dir);
-    // Compilers that hide where a project lies leave one that is in the names already.
+    // Compilers that hide the project's location store a folder that is already part of the names.
     if (IsRelativePath(folder)) folder = baseFolder;
     scopes.clear();
     paths.clear();
@@ -109,7 +109,7 @@ class SymbolCollector {
   bool IsDamaged() const { return isDamaged; }
 
  private:
-  // `scope` is what stands in front of the names, with its "::".
+  // `scope` is the qualifier of the names, ending in "::".
   void AddChildren(Dwarf_Die& parent, const std::string& scope, int depth) {
     if (depth > kMaxScopes ||
         !ForEachChild(parent, [&](Dwarf_Die& child) { AddEntry(child, scope, depth); })) {
@@ -118,7 +118,7 @@ class SymbolCollector {
   }
 
   void AddEntry(Dwarf_Die& entry, const std::string& scope, int depth) {
-    // A definition that follows outside finds the scope by its declaration.
+    // A definition outside the scope finds it through its declaration.
     if (!scope.empty() && HasAttribute(entry, DW_AT_declaration)) {
       scopes[dwarf_dieoffset(&entry)] = scope;
     }
@@ -149,7 +149,7 @@ class SymbolCollector {
     }
   }
 
-  // What the linker leaves out keeps its debug information, with address 0.
+  // Code that the linker discards keeps its debug information, with address 0.
   bool IsKept(Dwarf_Die& entryAtZero) const {
     const std::string linked = TextAttribute(entryAtZero, DW_AT_linkage_name);
     return namesAtZero.count(linked.empty() ? NameOf(entryAtZero) : linked) != 0;
@@ -173,7 +173,7 @@ class SymbolCollector {
     const std::string name = NameOf(entry);
     if (name.empty()) return;
     GlobalSymbol symbol{kind, ScopeOf(entry, scope) + name, {}, FileOf(entry), 0};
-    // Of the compiler's own types, and of what libraries bring along, there is nothing to show.
+    // Types that are built in or belong to libraries have no file to show.
     if (symbol.file.empty()) return;
     if (dwarf_decl_line(&entry, &symbol.line) != 0) symbol.line = 0;
     if (!IsNew(symbol)) return;
@@ -181,7 +181,7 @@ class SymbolCollector {
     found.symbols.push_back(std::move(symbol));
   }
 
-  // A header gives its symbols to each file that includes it.
+  // A header contributes its symbols to every file that includes it.
   bool IsNew(const GlobalSymbol& symbol) {
     return seen
         .insert(std::to_string(static_cast<int>(symbol.kind)) + '\n' + symbol.name + '\n' +
@@ -215,11 +215,12 @@ class SymbolCollector {
   NameSet seen;
   bool isDamaged = false;
 
-  // Of the unit in hand.
+  // State of the current compilation unit.
   bool isC = true;
   std::string folder;
-  std::unordered_map<Dwarf_Off, std::string> scopes;   // of declarations, by their offsets
-  std::unordered_map<const char*, std::string> paths;  // absolute, by the library's names
+  std::unordered_map<Dwarf_Off, std::string> scopes;   // of declarations, by offset
+  std::unordered_map<const char*, std::string> paths;  // absolute paths, by the library's string
+                                                       // pointers
 };
 
 struct Closer {

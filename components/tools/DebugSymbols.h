@@ -6,12 +6,14 @@
 
 namespace tarn::tools {
 
-// The functions, variables and types at file level of a linked program, from its DWARF debug
-// information: each once, in no particular order, and nothing that the linker left out of the
-// program. `program` is the whole ELF file; it isn't changed, the reading library just wants its
-// bytes so. Files that the program names relatively are taken relative to `baseFolder`. A program
-// without debug information gives no symbols and no problem; of one whose debug information is
-// damaged come the symbols up to the damage.
+// Reads the functions, variables and types at file level from the DWARF debug information of a
+// linked program, without duplicates and in no particular order. Omits everything that the linker
+// discarded.
+//
+// `program` is the complete ELF file; it is not modified, but the reading library requires mutable
+// bytes. Relative file names are resolved against `baseFolder`. A program without debug information
+// yields no symbols and no problem; if the debug information is damaged, returns the symbols before
+// the damage.
 GlobalSymbols ReadDebugSymbols(std::string& program, const std::string& baseFolder);
 
 }  // namespace tarn::tools

@@ -10,7 +10,7 @@ namespace tarn::tools {
 namespace {
 
 constexpr int kMaxTypes = 200;
-constexpr std::size_t kMaxBody = 300;  // bytes, then no further members
+constexpr std::size_t kMaxBody = 300;  // bytes, after which no further members are added
 
 std::string Spaced(const std::string& front, const std::string& inner) {
   return front.empty() || inner.empty() ? front + inner : front + ' ' + inner;
@@ -40,7 +40,7 @@ bool IsQualifier(int tag) {
          tag == DW_TAG_atomic_type;
 }
 
-// The tag behind const and the like; 0 for void.
+// Returns the tag of the type without qualifiers such as const; 0 for void.
 int BareTag(std::optional<Dwarf_Die> type) {
   for (int i = 0; type && i < kMaxTypes; ++i) {
     const int tag = dwarf_tag(&*type);
@@ -55,7 +55,7 @@ std::string Number(Dwarf_Die& entry, unsigned name, Dwarf_Word add) {
   Dwarf_Word value = 0;
   const bool isKnown = dwarf_attr_integrate(&entry, name, &attribute) != nullptr &&
                        dwarf_formudata(&attribute, &value) == 0;
-  // The bound of an empty array is -1.
+  // An empty array has the upper bound -1.
   return isKnown ? std::to_string(static_cast<std::uint32_t>(value + add)) : std::string();
 }
 
@@ -69,7 +69,7 @@ std::string Bounds(Dwarf_Die& array) {
   return text;
 }
 
-// Constructors and destructors have no type in front.
+// Returns true for constructors and destructors, which have no return type.
 bool IsStructor(std::string_view name) {
   const std::size_t end = name.rfind("::");
   if (end == std::string_view::npos) return false;
@@ -106,7 +106,8 @@ std::string DeclarationText::OfType(Dwarf_Die& type, const std::string& name) {
   return std::string(KeywordOf(type)) + ' ' + name + ' ' + Body(type);
 }
 
-// `inner` is what stands around the type's name: a declared name with what binds closer to it.
+// Renders a declaration inside out: `inner` is the declared name with the operators that bind more
+// tightly than the type.
 std::string DeclarationText::Declare(std::optional<Dwarf_Die> type, const std::string& inner) {
   if (!type) return Spaced("void", inner);
   if (++visited > kMaxTypes) return Spaced("...", inner);
@@ -151,7 +152,7 @@ std::string DeclarationText::Qualify(Dwarf_Die& qualified, const char* word,
                                      const std::string& inner) {
   const auto target = TypeOf(qualified);
   if (BareTag(target) == DW_TAG_pointer_type) return Declare(target, Spaced(word, inner));
-  // An array may have the word itself, and from its elements once more.
+  // Both an array and its elements may have the qualifier; writes it once.
   const std::string text = Declare(target, inner);
   return text.starts_with(word + std::string(" ")) ? text : Spaced(word, text);
 }

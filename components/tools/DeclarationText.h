@@ -7,16 +7,17 @@
 
 namespace tarn::tools {
 
-// Writes what an entry of debug information declares as a C or C++ source would. One object for
-// each text. Types that are too large, or go in circles in damaged debug information, end in "...".
+// Renders the declaration of a debug information entry as C or C++ source. Recurses from the
+// declared name outwards, as declarators require. Create one instance per declaration. Types that
+// are too large, or recursive because the debug information is damaged, end in "...".
 class DeclarationText {
  public:
-  // In C the names of structures and the like have their keyword in front.
+  // In C, names of structures, unions and enumerations are preceded by their keyword.
   explicit DeclarationText(bool isForC) : isC(isForC) {}
 
   std::string OfFunction(Dwarf_Die& function, const std::string& name);
   std::string OfVariable(Dwarf_Die& variable, const std::string& name);
-  // A typedef, or a structure, class, union or enumeration with what is in it.
+  // A typedef, or a structure, class, union or enumeration with its members.
   std::string OfType(Dwarf_Die& type, const std::string& name);
 
  private:
@@ -28,7 +29,7 @@ class DeclarationText {
   std::string Body(Dwarf_Die& type);
 
   const bool isC;
-  int visited = 0;  // types so far
+  int visited = 0;  // number of types visited
 };
 
 }  // namespace tarn::tools

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::string_view kShippedMessages = "messages.tools";
 
-// Reads the elements of one tool; the first thing that is wrong ends up in `error`.
+// Reads the elements of one tool; the first error is available from Error().
 class ToolReader : public ElementReader {
  public:
   explicit ToolReader(const NamedMessageRules& messages) : knownMessages(messages) {}
@@ -70,8 +70,8 @@ class ToolReader : public ElementReader {
     return std::move(tool);
   }
 
-  // The first list of messages that the tool names and that isn't known; for a tool that is right
-  // otherwise.
+  // Returns the first unknown message list that the tool refers to. Only meaningful if the tool has
+  // no other error.
   const std::string& MissingMessages() const { return missingMessages; }
 
  private:
@@ -92,7 +92,7 @@ class ToolReader : public ElementReader {
     }
   }
 
-  // The lines of the tool itself are in front already.
+  // The tool's own lines come first in the list.
   void ReadMessages(const std::string& names) {
     for (const std::string& name : SplitWords(names)) {
       const auto found = knownMessages.find(name);
@@ -257,7 +257,7 @@ class ToolReader : public ElementReader {
     return rule;
   }
 
-  // Conditions with ";" between them: Name, !Name, Name=value, Name!=value.
+  // Parses conditions separated by ";": Name, !Name, Name=value, Name!=value.
   Conditions ReadConditions(const std::string& text) {
     Conditions conditions;
     for (const std::string& entry : SplitOptionList(text)) {
@@ -308,10 +308,10 @@ class ToolReader : public ElementReader {
   std::unique_ptr<ToolDefinition> tool;
 };
 
-// By the name of a list of messages: the tools that are left out for want of it.
+// Tools omitted because a message list is missing, by the name of that list.
 using ToolsWithoutMessages = std::map<std::string, std::vector<std::string>>;
 
-// A definition file on its way to tools and messages.
+// A parsed definition file.
 struct ParsedFile {
   std::string name;
   CXmlNode root;
@@ -359,8 +359,8 @@ void ReadTools(const ParsedFile& file, ReadDefinitions& into, ToolsWithoutMessag
   }
 }
 
-// One line for each list, however many tools name it: mostly one file is missing, and half of all
-// tools name what stands in it.
+// Reports one line per missing list, however many tools refer to it: usually a single file is
+// missing, and half of all tools refer to its lists.
 void TellLeftOut(const ToolsWithoutMessages& leftOut, bool hasShippedFile, ReadDefinitions& into) {
   for (const auto& [name, tools] : leftOut) {
     std::string text = "no Messages are known by the name " + name;

@@ -10,6 +10,7 @@
 
 namespace tarn::tools {
 
+// Name and content of a definition file.
 struct DefinitionFile {
   std::string name;
   std::string text;
@@ -17,17 +18,17 @@ struct DefinitionFile {
 
 using NamedMessageRules = std::map<std::string, std::shared_ptr<const MessageRules>, std::less<>>;
 
-// What reading definition files came to.
+// Result of reading definition files.
 struct ReadDefinitions {
   std::vector<std::unique_ptr<ToolDefinition>> tools;
-  NamedMessageRules messages;       // of two lists with one name the later
-  std::vector<std::string> errors;  // "file: tool: what is wrong", mostly
-  std::string lostFile;  // the first error that lost a whole file; empty if there is none
+  NamedMessageRules messages;       // if two lists have the same name, the later one wins
+  std::vector<std::string> errors;  // usually "file: tool: what is wrong"
+  std::string lostFile;             // the first error that lost a whole file; empty if none
 };
 
-// Reads all files; a tool may name messages of any of them. A tool or a list of messages in which
-// anything is wrong is left out, so that no half-understood command line ever runs; the others
-// count.
+// Parses all files; a tool may refer to message lists of any file. A tool or message list with any
+// fault is omitted, so that a partially understood command line is never run; the others remain
+// valid.
 ReadDefinitions ReadDefinitionFiles(const std::vector<DefinitionFile>& files);
 
 }  // namespace tarn::tools

@@ -9,10 +9,10 @@
 
 namespace tarn::tools {
 
-// Reads the attributes of a definition's elements; keeps the first thing that is wrong.
+// Reads the attributes of a definition's elements; records the first error.
 class ElementReader {
  public:
-  // Empty as long as all was right.
+  // Returns the first error; empty if there was none.
   const std::string& Error() const { return error; }
 
  protected:
@@ -20,16 +20,16 @@ class ElementReader {
     if (error.empty()) error = reason;
   }
 
-  // Empty for an attribute that isn't there.
+  // Returns an empty string if the attribute is missing.
   static std::string Text(const CXmlNode& node, const char* attribute);
   bool IsYes(const CXmlNode& node, const char* attribute) {
     return Choose(node, attribute, {"", "No", "Yes"}) == 2;
   }
-  // The index of the attribute's value among those that it may have, without regard to case; any
-  // other is a mistake.
+  // Returns the index of the attribute's value in `choices`, ignoring case. Any other value is an
+  // error.
   std::size_t Choose(const CXmlNode& node, const char* attribute,
                      std::initializer_list<std::string_view> choices);
-  // Any other attribute is a mistake.
+  // Reports an error if the element has any other attribute.
   void CheckAttributes(const CXmlNode& node, std::initializer_list<std::string_view> known);
 
  private:

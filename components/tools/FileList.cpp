@@ -13,8 +13,8 @@ void AddPath(std::vector<std::string>& paths, std::string_view path) {
   if (!path.empty()) paths.push_back(ToNativeSeparators(path));
 }
 
-// The quote that ends an entry: what follows it is a comma or the end, so a quote inside a name
-// stays in the name.
+// Returns the position of the quote that ends an entry. It is followed by a comma or the end of the
+// list, so that other quotes are part of the name.
 std::size_t FindClosingQuote(std::string_view list, std::size_t at) {
   for (std::size_t i = list.find('"', at); i != std::string_view::npos; i = list.find('"', i + 1)) {
     if (i + 1 == list.size() || list[i + 1] == ',') return i;

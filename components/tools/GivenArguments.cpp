@@ -35,7 +35,7 @@ class Expander {
     }
   }
 
-  // Reads each file once, so that files that name each other come to an end.
+  // Reads each file once, so that files that refer to each other don't cause an endless loop.
   bool AddResponse(const std::string& name) {
     if (disk == nullptr) return false;
     std::string path = AbsolutePath(disk, command.folder, name);

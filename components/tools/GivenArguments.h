@@ -7,32 +7,34 @@
 
 namespace tarn::tools {
 
-// The arguments of a command in the form in which they reach the programs that act on them.
+// The arguments of a command in the form in which they reach the programs that interpret them.
 struct GivenArguments {
-  // "-Wl,a,b" and "-Xlinker a" are replaced by what they pass on, "@file" by the words in the file.
-  // The arguments of a launcher are left out.
+  // Without the arguments of a launcher. "-Wl,a,b" and "-Xlinker a" are replaced with the arguments
+  // they pass on, and "@file" with the words in the file.
   std::vector<std::string> words;
-  std::vector<std::string> responseFiles;  // absolute, each once, also those that others name
+  std::vector<std::string> responseFiles;  // absolute, without duplicates, including nested ones
 };
 
 GivenArguments ExpandArguments(const ToolCommand& command, FileSystem* disk);
 
+// A value of a flag in a list of arguments.
 struct FlagValue {
-  std::size_t flag = 0;  // its position in the list of flags
+  std::size_t flag = 0;  // index in the list of flags
   std::string value;
 };
 
-// Like ValuesOf, with the flag of each value. Of several flags that a word begins with the longest
-// one counts.
+// Like ValuesOf, but also returns the flag of each value. If a word starts with several flags, the
+// longest one wins.
 std::vector<FlagValue> FlagValuesOf(const std::vector<std::string>& flags,
                                     const std::vector<std::string>& words);
 
-// Returns the values of the flags in order. A flag with one dash is followed by its value in the
-// same word or in the next one, a flag with two dashes by "=" and the value or by the next word.
+// Returns the values of the flags in order. The value of a flag with one dash is the rest of the
+// word or the next word; that of a flag with two dashes follows "=" or is the next word.
 std::vector<std::string> ValuesOf(const std::vector<std::string>& flags,
                                   const std::vector<std::string>& words);
 
-// Returns whether such arguments make a compiler leave the assembler's code to the link.
+// Returns true if these arguments make a compiler defer assembling to the link (link-time
+// optimization).
 bool LeavesCodeToTheLink(const ToolDefinition& tool, const std::vector<std::string>& words);
 
 }  // namespace tarn::tools

@@ -5,8 +5,9 @@
 
 namespace tarn::tools {
 
+// A function, variable or type at file level.
 struct GlobalSymbol {
-  // The numbers are those of the pictures in lists of globals.
+  // The values are the icon numbers in lists of globals.
   enum class Kind { Function = 0, Variable = 1, Type = 2 };
 
   Kind kind = Kind::Function;
@@ -16,10 +17,11 @@ struct GlobalSymbol {
   int line = 0;
 };
 
+// Result of reading a program's symbols.
 struct GlobalSymbols {
   std::vector<GlobalSymbol> symbols;
-  std::string problem;    // why symbols are missing; empty when none are
-  bool isUnable = false;  // nobody has looked, so having found none means nothing
+  std::string problem;    // why symbols are missing; empty if none are
+  bool isUnable = false;  // reading is not supported, so an empty list means nothing
 };
 
 }  // namespace tarn::tools

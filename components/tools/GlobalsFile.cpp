@@ -31,7 +31,7 @@ std::string SymbolElement(const GlobalSymbol& symbol) {
 }
 
 Status WriteWhenChanged(FileSystem& files, const std::string& path, const std::string& text) {
-  // A file of a similar name is the list of another application.
+  // A file with a similar name is the list of a different application.
   if (files.ExamineExactly(path)) {
     const auto before = files.ReadWholeFile(path);
     if (before && *before == text) return {};
@@ -48,7 +48,7 @@ std::string GlobalsText(std::vector<GlobalSymbol> symbols) {
   };
   std::sort(symbols.begin(), symbols.end(),
             [&](const auto& a, const auto& b) { return order(a) < order(b); });
-  // "dwarf" tells readers that no symbol is in it twice.
+  // "dwarf" states that the list has no duplicates.
   std::string text = "<Globals dwarf=\"yes\">\n";
   for (const GlobalSymbol& symbol : symbols) text += SymbolElement(symbol);
   return text + "</Globals>\n";

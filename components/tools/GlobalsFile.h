@@ -9,15 +9,15 @@
 
 namespace tarn::tools {
 
-// The text of a globals file: one element for each symbol, sorted, so that equal programs give
-// equal files.
+// Returns the content of a globals file: one element per symbol, sorted, so that equal programs
+// yield equal files.
 std::string GlobalsText(std::vector<GlobalSymbol> symbols);
 
-// Makes the file at `path` the list of the symbols of the linked `program`, from its debug
-// information. It is left alone when it is that already, and removed when there are no symbols: one
-// of an earlier program would lead to wrong lines. Relative names in the debug information
-// are taken relative to `folder`. Returns what went wrong, a warning if the file can't be written;
-// its text is empty if nothing did.
+// Writes the symbols of the linked `program`, read from its debug information, to the file at
+// `path`. Leaves the file alone if it is up to date, and removes it if there are no symbols,
+// because the list of an earlier program would lead to wrong lines. Relative names in the debug
+// information are resolved against `folder`. Returns the problem found, a warning if the file can't
+// be written; its text is empty on success.
 ToolMessage UpdateGlobalsFile(FileSystem& files, const std::string& path,
                               const std::string& program, const std::string& folder);
 

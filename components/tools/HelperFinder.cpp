@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kMaxAnswer = 4096;
 
-// The arguments that change the answers, with their values if these follow them.
+// Returns the arguments that affect the results, with their values if these are separate.
 std::vector<std::string> PassedOn(const ToolCommand& command,
                                   const std::vector<std::string>& flags) {
   std::vector<std::string> passed;
@@ -44,7 +44,7 @@ std::vector<std::string> HelperFinder::Find(const ToolWorld& world, const ToolDe
       arguments.push_back(flag + name);
       answer = Ask(world, command, std::move(arguments));
     }
-    // A name without a folder is one that the driver hasn't found: it lets PATH decide.
+    // A name without a folder was not found by the driver, which leaves it to PATH.
     if (answer.find(kSeparator) == answer.npos) answer = isProgram ? world.findProgram(answer) : "";
     if (answer.empty()) return;
     std::string path = AbsolutePath(world.files, command.folder, answer);
@@ -61,7 +61,7 @@ void HelperFinder::Forget() {
   answers.clear();
 }
 
-// Two threads may ask the same at once, which does no harm.
+// Two threads may run the same query concurrently, which is harmless.
 std::string HelperFinder::Ask(const ToolWorld& world, const ToolCommand& command,
                               std::vector<std::string> arguments) {
   const std::string program =

@@ -10,19 +10,19 @@
 
 namespace tarn::tools {
 
-// Finds the programs and files that a compiler driver takes itself, such as its assembler and the
-// start-up code, by asking the driver. Each question costs the start of a program, so answers are
-// kept until Forget: those for all files with the same options are the same.
+// Determines the programs and files that a compiler driver uses implicitly, such as its assembler
+// and the start-up code, by querying the driver. Each query starts a process, so results are cached
+// until Forget; they are the same for all files compiled with the same options.
 //
-// For use by any thread.
+// Thread-safe.
 class HelperFinder {
  public:
   HelperFinder() = default;
   HelperFinder(const HelperFinder&) = delete;
   HelperFinder& operator=(const HelperFinder&) = delete;
 
-  // Returns absolute paths, each once; files that are not found are left out, and so is everything
-  // if the driver doesn't answer.
+  // Returns absolute paths without duplicates. Omits files that are not found, and returns nothing
+  // if the driver does not respond.
   std::vector<std::string> Find(const ToolWorld& world, const ToolDefinition& tool,
                                 const ToolPlan& plan);
   void Forget();

@@ -14,7 +14,7 @@ struct Look {
   std::string_view type;
 };
 
-// By Severity. A plain line has no type.
+// Indexed by Severity. A plain line has no type.
 constexpr std::array<Look, 4> kLooks{{{"0", ""}, {"2", "1"}, {"1", "2"}, {"5", "5"}}};
 
 std::string Attributes(const ToolMessage& message) {
@@ -22,7 +22,7 @@ std::string Attributes(const ToolMessage& message) {
   const bool isProblem =
       message.severity == Severity::Error || message.severity == Severity::Warning;
   std::string text;
-  // Only a line without an icon leads to its file when it is neither an error nor a warning.
+  // A line that is neither an error nor a warning can link to its file only if it has no icon.
   const bool isPlainPlace = message.severity == Severity::Plain && !message.file.empty();
   if (!isPlainPlace) text += XmlAttribute("Icon", look.icon);
   if (isProblem || message.isReported) text += XmlAttribute("ShowInReport", "yes");

@@ -6,9 +6,9 @@
 
 namespace tarn::tools {
 
-// The messages as the text of a message file: an element `Messages` with one `message` each. What a
-// tool said is encoded as for a conforming reader (see EncodeStrict), since the log that the texts
-// go into is read by such ones too; files and lines are values and stay as they are.
+// Returns the content of a message file: an element `Messages` with one `message` per message. Tool
+// output is encoded for conforming XML readers (see EncodeStrict), because the log that includes it
+// is also read by such readers; files and lines are values and stay unchanged.
 std::string MessageFileText(const ToolMessages& messages);
 
 }  // namespace tarn::tools

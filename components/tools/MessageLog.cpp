@@ -7,7 +7,7 @@ namespace tarn::tools {
 
 namespace {
 
-// Limits of what long lines may take, for each share.
+// Limits on the memory for long lines, per kind of message.
 constexpr std::size_t kMaxBytes = 16u << 20;
 constexpr std::size_t kMaxTailBytes = 1u << 20;
 
@@ -15,7 +15,7 @@ std::size_t BytesOf(const ToolMessage& message) {
   return message.text.size() + message.content.size() + message.file.size() + message.line.size();
 }
 
-// "1 more error", "2 more errors".
+// Returns "1 more error" or "2 more errors".
 std::string MoreOf(std::size_t count, std::string_view noun) {
   return std::to_string(count) + " more " + std::string(noun) + (count == 1 ? "" : "s");
 }
@@ -46,7 +46,7 @@ void MessageLog::Add(ToolMessage message) {
     entries_.push_back(std::move(entry));
     return;
   }
-  if (!std::exchange(isHeadFull_, true)) head_.dropped = 0;  // the tail takes this one
+  if (!std::exchange(isHeadFull_, true)) head_.dropped = 0;  // this line goes to the tail
   AddToTail(std::move(entry));
 }
 
@@ -85,7 +85,7 @@ ToolMessages MessageLog::Take() {
   taken.reserve(entries_.size() + tail_.size() + 3);
   auto last = tail_.begin();
   if (last != tail_.end() && head_.dropped > 0) {
-    // In place of the lines that it stands for.
+    // At the position of the lines that it replaces.
     Entry gap{{Severity::Plain, MoreOf(head_.dropped, "line") + ", left out here", {}, {}, {}},
               last->position - 1};
     last = tail_.insert(last, std::move(gap));

@@ -10,39 +10,40 @@
 
 namespace tarn::tools {
 
-// Collects the messages of one run in bounded memory, whatever a tool prints. Plain lines are
-// dropped first: the first kHeadLines and the last kTailLines of them are retained, and a message
-// between the two says how many are missing. Errors and warnings are retained up to kMaxProblems of
-// each kind, wherever they come; a message for each kind stands for those beyond that, so that
-// their number is never lost. If a build reports too much in all, its next runs retain less.
+// Collects the messages of one run in bounded memory, however much a tool prints. Plain lines are
+// dropped first: the first kHeadLines and the last kTailLines are retained, and a message between
+// them says how many are missing. Errors and warnings are retained up to kMaxProblems of each kind,
+// at any position; a message per kind counts the rest, so that totals are always correct. If a
+// build reports too much in total, its later runs retain less.
 class MessageLog {
  public:
-  // Retains at most `most` warnings, and as many plain lines before the last ones.
+  // Retains at most `most` warnings, and at most that many plain lines before the last ones.
   explicit MessageLog(std::size_t most = kMaxProblems) : most_(most) {}
 
   static constexpr std::size_t kHeadLines = 19000;
   static constexpr std::size_t kTailLines = 1000;
   static constexpr std::size_t kMaxProblems = 20000;
-  // Of all runs of a build together, and what a run retains once that many are there.
+  // Limit for all runs of a build together, and what each run retains beyond it.
   static constexpr std::size_t kMaxOfBuild = 40000;
   static constexpr std::size_t kLeast = 20;
-  // Lines that the report shows of a step that fails without an error message of its own.
+  // Number of lines shown in the report for a step that fails without an error message.
   static constexpr std::size_t kReportedLines = 20;
 
+  // Add a message; constant time, apart from removing the oldest line of the tail.
   void Add(ToolMessage message);
   void AddPlain(std::string_view text);
   void AddError(std::string_view text);
 
-  // The warnings and plain lines that are retained, without the last lines.
+  // Number of retained warnings and plain lines, without the last lines.
   std::size_t GetRetained() const { return warnings_.count + head_.count; }
   bool HasErrors() const { return ErrorCount() > 0; }
   std::size_t ErrorCount() const { return errors_.count + errors_.dropped; }
-  // The number of messages so far; identifies the place of the next one for ReportLastLines.
+  // Number of messages so far; identifies the position of the next one for ReportLastLines.
   std::size_t GetPosition() const { return position_; }
-  // Marks the plain lines among the last kReportedLines messages for the report, none of them
-  // before `start`.
+  // Marks the plain lines among the last kReportedLines messages for the report, but none before
+  // `start`.
   void ReportLastLines(std::size_t start);
-  // Returns all messages in their order and empties the log.
+  // Returns all messages in order and clears the log.
   ToolMessages Take();
 
  private:
@@ -50,7 +51,7 @@ class MessageLog {
     ToolMessage message;
     std::size_t position = 0;
   };
-  // The share of one kind of messages.
+  // Counters of one kind of message.
   struct Share {
     std::size_t count = 0;  // retained
     std::size_t bytes = 0;
@@ -65,7 +66,7 @@ class MessageLog {
   std::vector<Entry> entries_;  // the first plain lines and all problems
   std::deque<Entry> tail_;      // the last plain lines
   std::size_t tailBytes_ = 0;
-  Share head_;  // its `dropped` counts lines that left the tail
+  Share head_;  // `dropped` counts lines that left the tail
   bool isHeadFull_ = false;
   Share errors_;
   Share warnings_;

@@ -6,7 +6,7 @@ namespace tarn::tools {
 
 namespace {
 
-// A program that enters folders without end must fill no memory.
+// Bounds the memory used if a program keeps entering folders.
 constexpr std::size_t kMaxFolders = 100;
 
 Severity SeverityOf(LineKind kind) {

@@ -9,16 +9,18 @@
 
 namespace tarn::tools {
 
-// Makes messages of the lines that one program says, in their order.
+// Converts the output lines of one program to messages, in order. Tracks the folder that relative
+// names refer to.
 class MessageReader {
  public:
-  // `ruleLists` is borrowed; the first list with a rule that fits decides. Names count from
-  // `folder` until a line tells of another. `disk` is borrowed and may be null, see ToolPaths.h.
+  // `ruleLists` is borrowed; the first list with a matching rule wins. Names are relative to
+  // `folder` until a line announces a different one. `disk` is borrowed and may be null, see
+  // ToolPaths.h.
   MessageReader(const MessageRuleLists& ruleLists, std::string folder, FileSystem* disk = nullptr)
       : lists(ruleLists), fileSystem(disk), folders{std::move(folder)} {}
 
-  // `line` is clean; see CleanLine. `isErrorStream`: it is from the standard error stream. Files
-  // become absolute.
+  // `line` must have been cleaned with CleanLine. `isErrorStream`: the line is from the standard
+  // error stream. Makes file names absolute.
   ToolMessage Read(const std::string& line, bool isErrorStream = true);
 
  private:

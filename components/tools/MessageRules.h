@@ -10,44 +10,45 @@
 
 namespace tarn::tools {
 
-// The templates of definitions. Besides the words of all templates: SPECFILE is any path, of this
-// system or with a drive, but for one that begins like <built-in>; a colon in it never looks like
-// the one behind it, which a blank or the number of a line follows. SPECERROR is "error" or
-// "warning" with what may stand around it, as in "fatal error" or "Warning 12". Groups of one's own
-// are allowed.
+// Template language of tool definitions. In addition to the common placeholders: SPECFILE is any
+// path, of this platform or with a drive letter, except one that starts like <built-in>; a colon
+// inside it is distinguished from the one after it, which is followed by a space or a line number.
+// SPECERROR is "error" or "warning" with words that may surround it, as in "fatal error" or
+// "Warning 12". Additional groups are allowed.
 extern const TemplateLanguage kMessageTemplates;
 
-// What a line says of the folder that the names in the following ones count from.
+// Effect of a line on the folder that names in the following lines are relative to.
 enum class FolderChange { None, Enter, Leave };
 
-// If a line that is an error fails the step that printed it, even one that ends with exit code 0.
+// Controls whether an error line fails the step that printed it, even if that ends with exit code
+// 0.
 enum class Failing { Always, OnErrorStream, Never };
 
-// One shape of a tool's lines, and what is known of each line that has it.
+// A pattern for lines of a tool, and properties of the lines that match it.
 struct MessageRule {
   LineShape shape;
-  std::optional<CRegularExpression> with;  // the line must hold this, too
-  std::optional<LineKind> kind;            // whatever the line says
+  std::optional<CRegularExpression> with;  // the line must match this as well
+  std::optional<LineKind> kind;            // overrides the kind found in the line
   FolderChange folder = FolderChange::None;
   Failing failing = Failing::Always;
 };
 
-// The rules for one family of tools, in order. Made once; then any thread may have lines judged.
+// The rules for one family of tools, in order. Thread-safe for queries once all rules are added.
 class MessageRules {
  public:
   void Add(MessageRule rule) { rules.push_back(std::move(rule)); }
   bool IsEmpty() const { return rules.empty(); }
 
-  // What a rule says of a line, apart from its parts.
+  // Properties of a matched line other than its parts.
   struct Effect {
     FolderChange folder = FolderChange::None;
     Failing failing = Failing::Always;
   };
-  // Parses the line by the first rule that fits. Returns nullopt if no rule fits.
+  // Parses the line with the first matching rule. Returns nullopt if no rule matches.
   std::optional<Effect> Recognise(const std::string& line, ToolLine& found) const;
 
  private:
-  mutable std::mutex lock;  // a pattern keeps its last match
+  mutable std::mutex lock;  // a compiled pattern stores its last match
   mutable std::vector<MessageRule> rules;
 };
 

@@ -21,14 +21,14 @@ MessageRule MessageRulesReader::ReadLine(const CXmlNode& node) {
   CheckAttributes(node, {"Template", "With", "Kind", "Folder", "Fails"});
   const std::string text = Text(node, "Template");
   MessageRule rule{ShapeOfTemplate(text, kMessageTemplates), {}, {}, {}, {}};
-  // An empty template would fit every line.
+  // An empty template would match every line.
   if (text.empty()) Fail("a Line has no Template");
   if (!rule.shape.IsCompiled()) Fail(text + ": " + rule.shape.GetError());
   if (const std::string with = Text(node, "With"); !with.empty()) {
     rule.with.emplace(with);
     if (!rule.with->IsCompiled()) Fail(with + ": " + rule.with->GetError());
   }
-  // The last ones stand for a value that is a mistake.
+  // The last elements are the results for an invalid value.
   constexpr std::optional<LineKind> kKinds[] = {
       {}, LineKind::Plain, LineKind::Error, LineKind::Warning, {}};
   rule.kind = kKinds[Choose(node, "Kind", {"", "Plain", "Error", "Warning"})];

@@ -7,10 +7,10 @@
 
 namespace tarn::tools {
 
-// Reads the elements `Line`. When something is wrong, what was read is of no use.
+// Reads the elements `Line`. If there is an error, the result must be discarded.
 class MessageRulesReader : public ElementReader {
  public:
-  // A whole element `Messages` with its name checked.
+  // Reads a complete element `Messages`, and checks its name.
   std::shared_ptr<const MessageRules> ReadList(const CXmlNode& node);
   MessageRule ReadLine(const CXmlNode& node);
 };

@@ -1,4 +1,4 @@
-// In place of DebugSymbols.cpp where the library that reads debug information is missing.
+// Replaces DebugSymbols.cpp if the library for reading debug information is not available.
 
 #include "components/tools/DebugSymbols.h"
 

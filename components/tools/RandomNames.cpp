@@ -22,7 +22,7 @@ bool Matches(std::string_view text, std::string_view pattern) {
   return true;
 }
 
-// The number with as many digits as there is room for; of a longer one the last ones.
+// Returns the number padded to `width` digits, or its last digits if it is longer.
 std::string Padded(std::size_t number, std::size_t width) {
   std::string digits = std::to_string(number);
   if (digits.size() > width) return digits.substr(digits.size() - width);
@@ -32,7 +32,7 @@ std::string Padded(std::size_t number, std::size_t width) {
 }  // namespace
 
 bool ReplaceRandomNames(std::string& text, const std::vector<std::string>& patterns) {
-  std::map<std::string, std::size_t> numbers;  // of the random parts, in the order of the patterns
+  std::map<std::string, std::size_t> numbers;  // by random part, in the order of the patterns
   bool hasReplaced = false;
   for (const std::string& pattern : patterns) {
     const std::size_t lead = pattern.find(kAny);

@@ -5,11 +5,13 @@
 
 namespace tarn::tools {
 
-// Replaces what programs have made up in the names of their temporary files, so that a further run
-// writes the same bytes. In a pattern such as "/cc??????.lto." each "?" stands for a letter or a
-// digit. Where one matches, the characters at its "?" become a number with as many digits, which
-// counts the different names from 1. Other text stays, and so does the length. Takes linear time in
-// the length of `text` for each pattern. Returns whether anything was replaced.
+// Replaces the random parts in the names of temporary files that programs generate, so that
+// repeated runs write identical bytes.
+//
+// In a pattern such as "/cc??????.lto.", each "?" matches a letter or a digit. In each match, the
+// characters at "?" are replaced with a number of the same length that counts the distinct names
+// from 1. Other text and the total length don't change. Takes time linear in the length of `text`
+// per pattern. Returns true if anything was replaced.
 bool ReplaceRandomNames(std::string& text, const std::vector<std::string>& patterns);
 
 }  // namespace tarn::tools

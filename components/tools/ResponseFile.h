@@ -7,16 +7,16 @@
 
 namespace tarn::tools {
 
-// How a program reads a file of arguments.
+// Syntax in which a program reads a file of arguments.
 enum class ResponseStyle {
-  None,  // it reads none
-  Gnu,   // @file; blanks and quotes protected by backslashes
+  None,  // not supported
+  Gnu,   // @file; whitespace and quotes escaped with backslashes
 };
 
-// The content of a response file for these arguments, one a line.
+// Returns the content of a response file with these arguments, one per line.
 std::string ResponseText(ResponseStyle style, const std::vector<std::string>& arguments);
 
-// What the arguments take up on a command line, in bytes.
+// Returns the length of the arguments on a command line, in bytes.
 std::size_t CommandLength(const std::vector<std::string>& arguments);
 
 }  // namespace tarn::tools

@@ -11,13 +11,14 @@ bool IsBlank(char c) {
   return c == ' ' || c == '\t';
 }
 
-// Characters that no compiler writes into a rule, such as the zeros of a block that never reached
-// the disk.
+// Returns true for characters that no compiler writes to a dependency file, such as the zeros of a
+// block that never reached the disk.
 bool IsControl(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return (byte < ' ' && c != '\t' && c != '\n' && c != '\r') || byte == 127;
 }
 
+// Scanner that reads the text once, character by character, without backtracking.
 class RuleReader {
  public:
   explicit RuleReader(std::string_view ruleText) : text(ruleText) {}
@@ -61,8 +62,9 @@ class RuleReader {
     }
   }
 
-  // A colon ends the targets when a blank or the end of the line follows, and it is not the one
-  // behind a drive letter; behind the first, colons belong to names.
+  // Returns true for the colon that ends the targets: it is followed by a space or a line ending,
+  // so it is not the one after a drive letter. After the first such colon, colons are part of
+  // names.
   bool IsRuleColon(char c) const {
     if (c != ':' || isBehindColon) return false;
     const char next = Peek(1);
@@ -84,8 +86,9 @@ class RuleReader {
     }
   }
 
-  // Backslashes mean something only in front of a blank, a hash or a line end: there a pair stands
-  // for one, and an odd one protects what follows. Elsewhere they are part of the name.
+  // Backslashes are special only before a space, a hash or a line ending: there each pair
+  // represents one backslash, and an odd one escapes the character that follows. Elsewhere they are
+  // part of the name.
   void TakeBackslashes() {
     std::size_t count = 0;
     while (Peek(count) == '\\' && at + count < text.size()) ++count;

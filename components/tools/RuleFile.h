@@ -6,16 +6,16 @@
 
 namespace tarn::tools {
 
-// The dependencies in a make rule file as compilers write it.
+// The dependencies in a dependency file: make rules as written by compilers.
 struct RuleFile {
-  std::vector<std::string> names;  // of all rules, each once, in order, without make's escapes
-  std::string problem;             // why the names can't be all of them; empty if they are
+  std::vector<std::string> names;  // of all rules, in order, unescaped, without duplicates
+  std::string problem;             // why the names may be incomplete; empty if they are complete
 };
 
-// Reads everything after the colons. Understands continued lines, several targets, comments and
-// names with a drive. A text that is empty, has no rule, holds control characters or stops before
-// the end of a line has a problem: a program that was interrupted leaves such a file. Its names are
-// those found nevertheless. Time and memory are linear in the text.
+// Parses the prerequisites of all rules. Supports line continuations, several targets, comments and
+// names with a drive letter. Text that is empty, has no rule, contains control characters or ends
+// in the middle of a line is a problem, because an interrupted program leaves such a file; the
+// names found are returned anyway. Takes time and memory linear in the text.
 RuleFile ReadRuleFile(std::string_view text);
 
 }  // namespace tarn::tools

@@ -12,7 +12,7 @@ namespace tarn::tools {
 
 namespace {
 
-// Launchers that do nothing but run the compiler that follows, here or elsewhere.
+// Launchers that only run the compiler given as an argument, locally or remotely.
 constexpr std::string_view kPlainLaunchers[] = {"ccache", "sccache", "distcc",
                                                 "icecc",  "env",     "nice"};
 
@@ -24,14 +24,14 @@ bool IsFlag(std::string_view word) {
   return word.size() > 1 && word.front() == '-';
 }
 
-// The flag that the word begins with, or nullptr.
+// Returns a flag that is a prefix of the word, or nullptr.
 const std::string* FindFlag(const std::vector<std::string>& flags, std::string_view word) {
   const auto found = std::find_if(flags.begin(), flags.end(),
                                   [&](const std::string& flag) { return word.starts_with(flag); });
   return found == flags.end() ? nullptr : &*found;
 }
 
-// The macros for options in what the definition writes, and gives to programs.
+// Returns the option macros in output names and arguments of the definition.
 std::vector<std::string> OptionMacrosOf(const ToolDefinition& tool) {
   std::vector<const Template*> templates{&tool.output, &tool.listing};
   for (const Template& each : tool.products) templates.push_back(&each);
@@ -47,7 +47,7 @@ std::vector<std::string> OptionMacrosOf(const ToolDefinition& tool) {
   return macros;
 }
 
-// "Section.Property" of "$(Section.Property)", also if alternatives follow it.
+// Returns "Section.Property" from "$(Section.Property)", even if alternatives follow it.
 std::string NameOfMacro(const std::string& macro) {
   const std::size_t start = macro.find_first_not_of("$(");
   return start == macro.npos ? macro : macro.substr(start, macro.find_first_of("?:;)") - start);
@@ -72,7 +72,7 @@ class AccessFinder {
       AddWrite(path);
     }
     for (const std::string& path : plan.products) AddWrite(path);
-    // What is written here replaces a link, or refuses it.
+    // These files are written by Tarn itself, which replaces links or refuses to follow them.
     AddWrite(FolderOf(plan.globals));
     AddWrite(FolderOf(plan.outputOnDisk));
     if (tool_.isProgram) access_.code.push_back("the tool " + tool_.name);
@@ -89,7 +89,8 @@ class AccessFinder {
     known.push_back({path, {}});
   }
 
-  // A value that is the path counts, else the first one in which its name is, as among arguments.
+  // An option whose value is exactly the path takes precedence over one whose value only contains
+  // its name, as in arguments.
   void NameOptions() {
     std::vector<std::pair<std::string, std::string>> values;
     for (const std::string& macro : OptionMacrosOf(tool_)) {
@@ -123,7 +124,7 @@ class AccessFinder {
     for (std::size_t i = 0; i < words.size(); ++i) AddWord(words, i);
   }
 
-  // The launcher of the environment is the user's own.
+  // A launcher from the environment is the user's own choice.
   void AddPrograms(const ToolCommand& command) {
     std::string program = command.program;
     if (command.launched > 0) {
@@ -157,7 +158,7 @@ class AccessFinder {
   void AddWord(const std::vector<std::string>& words, std::size_t at) {
     const std::string& word = words[at];
     if (!IsFlag(word)) {
-      // After a flag it can be its value.
+      // After a flag, the word may be the flag's value.
       if (at > 0 && IsFlag(words[at - 1]) && !Reads(words[at - 1])) AddUnlessInput(word);
       return;
     }
@@ -220,7 +221,7 @@ std::string RunAccessText(const RunAccess& access) {
     list.push_back({"write", each.path});
     if (!each.option.empty()) list.push_back({"option", each.option});
   }
-  // Even of a run that reaches for nothing it says something.
+  // Ensures that the result is not empty even if the run accesses nothing.
   list.push_back({"end", {}});
   return JoinFileTexts(list);
 }

@@ -8,28 +8,30 @@
 
 namespace tarn::tools {
 
+// A file that a tool run writes.
 struct FileWrite {
   std::string path;    // absolute
-  std::string option;  // whose value names it: "Linker.MapFile"; empty if none does
+  std::string option;  // the option whose value names it, as "Linker.MapFile"; may be empty
 };
 
-// What a run of a tool would reach for because of the options of its node, so that a caller can
-// decide whether the project that they come from may do that.
+// Accesses that a tool run would make because of its node's options, so that the caller can decide
+// if their project may do so.
 struct RunAccess {
-  // Code that is not of the installed definition, in words that follow "run": "the launcher
-  // ./x.sh".
+  // Code that does not come from the installed definition, as words that follow "run": "the
+  // launcher ./x.sh".
   std::vector<std::string> code;
-  std::vector<std::string> programs;  // that the definition names, as found on this machine
-  std::vector<FileWrite> writes;      // each once
+  std::vector<std::string> programs;  // named by the definition, as found on this system
+  std::vector<FileWrite> writes;      // without duplicates
 };
 
-// Errs on the side of a write: an argument with the path of a file counts as one unless it is a
-// file of the job, or the definition says that its flag only reads. Starts no process.
+// Errs on the side of reporting a write: an argument containing a file path counts as one, unless
+// the file is an input of the job or the definition says that its flag only reads. Starts no
+// process.
 RunAccess FindRunAccess(const ToolWorld& world, const ToolDefinition& tool, const ToolPlan& plan,
                         const ToolJob& job);
 
-// Each entry as JoinFileTexts writes a file, with "code", "program" or "write" for its path, and
-// "option" after a write that an option names: no byte of a name is lost on the way to the caller.
+// Serializes each entry as JoinFileTexts writes a file, with "code", "program" or "write" as its
+// path, and "option" after a write that an option names. Names are preserved byte for byte.
 std::string RunAccessText(const RunAccess& access);
 
 }  // namespace tarn::tools

@@ -18,7 +18,7 @@ void RunningTools::Resume() {
   isStopping = false;
 }
 
-// A stop can come between the start of a program and its entry here.
+// A stop may be requested after the process started but before it is added.
 void RunningTools::Add(Process& process) {
   const std::lock_guard guard(lock);
   processes.insert(&process);

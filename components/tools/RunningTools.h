@@ -8,17 +8,17 @@
 
 namespace tarn::tools {
 
-// The programs that run at the moment, so that they can be stopped from another thread.
+// The set of processes currently running, so that another thread can stop them. Thread-safe.
 class RunningTools {
  public:
-  // From a request to end until a group is killed; short enough to leave the promise of two
-  // seconds room.
+  // Time between the request to terminate and the kill of a process group; short enough to keep the
+  // promised limit of two seconds.
   static constexpr std::chrono::milliseconds kGrace{500};
 
   bool IsStopping();
-  // Asks all groups to end. Whatever is added from now on is stopped at once.
+  // Requests all process groups to terminate. Processes added later are stopped immediately.
   void Stop();
-  // Runs may begin again.
+  // Allows new runs.
   void Resume();
 
  private:
@@ -32,7 +32,7 @@ class RunningTools {
   std::set<Process*> processes;
 };
 
-// Keeps a program in the list while the object lives.
+// RAII registration of a process in the set.
 class RunningTool {
  public:
   RunningTool(RunningTools& list, Process& started) : tools(list), process(started) {

@@ -11,7 +11,7 @@ namespace {
 
 using Sizes = std::map<std::string, std::uint64_t>;
 
-// The columns of a line, separated by blanks.
+// Splits a line at spaces.
 std::vector<std::string_view> Columns(std::string_view line) {
   std::vector<std::string_view> columns;
   for (const std::string_view piece : Split(line, ' ')) {
@@ -44,7 +44,8 @@ struct Memory {
 constexpr std::array<Memory, 3> kMemories{
     {{"PAGED EXT. RAM", "pram"}, {"EXTERNAL RAM", "xram"}, {"ROM/EPROM/FLASH", "flash"}}};
 
-// "0x10:|a|a|S| |": a cell with a letter or digit is taken, one with an S is left to the stack.
+// Parses "0x10:|a|a|S| |": a cell with a letter or digit is used, one with an S belongs to the
+// stack.
 void CountCells(std::string_view line, Sizes& sizes) {
   for (const std::string_view cell : Split(line.substr(line.find(":|") + 2), '|')) {
     if (cell.size() != 1 || cell[0] == ' ' || cell[0] == '.') continue;
@@ -52,7 +53,7 @@ void CountCells(std::string_view line, Sizes& sizes) {
   }
 }
 
-// "NAME  start  end  size  max", with start and end missing when nothing lies there.
+// Parses "NAME  start  end  size  max"; start and end are missing if the memory is not used.
 void ReadMemory(std::string_view line, Sizes& sizes) {
   for (const Memory& memory : kMemories) {
     if (line.substr(0, memory.title.size()) != memory.title) continue;
@@ -76,7 +77,8 @@ Sizes ReadSdccMap(std::string_view text) {
   return sizes;
 }
 
-// "NAME  00008024  00000010 =  16. bytes (REL,CON)", once on each page that an area goes over.
+// Parses "NAME  00008024  00000010 =  16. bytes (REL,CON)", which is repeated on each page that an
+// area spans.
 Sizes ReadSdccAreas(std::string_view text) {
   Sizes sizes;
   for (const std::string_view line : Split(text, '\n')) {

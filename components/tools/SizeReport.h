@@ -8,26 +8,26 @@
 
 namespace tarn::tools {
 
-// How sizes are told.
+// Formats of size information.
 enum class SizeFormat {
   None,
-  Sections,  // one line a section: name, size, address (size -A)
-  SdccMap,   // the memory overview of sdcc's linker for the 8051 (.mem)
-  SdccAreas  // the areas in the map of sdcc's linker (.map)
+  Sections,  // one line per section: name, size, address (size -A)
+  SdccMap,   // memory summary of sdcc's linker for the 8051 (.mem)
+  SdccAreas  // areas in the map file of sdcc's linker (.map)
 };
 
-// Sizes in bytes by section name. SdccMap gives the names flash, xram, pram, iram (what variables
-// and registers take of the internal RAM) and stack (what is left for it).
+// Returns sizes in bytes by section name. SdccMap uses the names flash, xram, pram, iram (internal
+// RAM used by variables and registers) and stack (internal RAM left for it).
 std::map<std::string, std::uint64_t> ReadSizes(SizeFormat format, std::string_view text);
 
-// One figure of the short text: the sum of some sections under a label.
+// One figure of the summary: the sum of some sections, with a label.
 struct SizeSum {
   std::string label;
-  std::vector<std::string> sections;  // a name, or the start of names with a star behind it
+  std::vector<std::string> sections;  // a name, or a prefix followed by a star
   bool skipZero = false;
 };
 
-// The short text, such as "flash 924 B, RAM 18 B"; empty when `sizes` is.
+// Returns a summary such as "flash 924 B, RAM 18 B"; empty if `sizes` is.
 std::string DescribeSizes(const std::map<std::string, std::uint64_t>& sizes,
                           const std::vector<SizeSum>& sums);
 

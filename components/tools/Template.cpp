@@ -18,7 +18,7 @@ constexpr std::array<std::pair<std::string_view, OwnName>, 8> kOwnNames{{
     {"LinkTime", OwnName::LinkTime},
 }};
 
-// The position behind the parenthesis that closes the one at `open`, or npos.
+// Returns the position after the parenthesis that matches the one at `open`, or npos.
 std::size_t BehindMacro(std::string_view text, std::size_t open) {
   int depth = 0;
   for (std::size_t i = open; i < text.size(); ++i) {

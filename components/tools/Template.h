@@ -9,34 +9,34 @@
 
 namespace tarn::tools {
 
-// The names that a definition may use beside the options: $(File) and so on.
+// Names that a definition may use in addition to options: $(File) and so on.
 enum class OwnName { File, Output, OutputBase, Listing, Rules, Folder, Item, LinkTime };
 
-// What a template is filled from.
+// Source of the values for a template's macros.
 class TemplateValues {
  public:
   virtual ~TemplateValues() = default;
   virtual std::string Own(OwnName name) const = 0;
-  // `macro` is the whole macro, "$(Section.Property)".
+  // `macro` is the complete macro, "$(Section.Property)".
   virtual std::string Option(const std::string& macro) const = 0;
 };
 
-// A text of a definition with macros in it, taken apart once so that filling it is cheap.
+// A string of a definition with macros, parsed once so that expanding it is cheap.
 class Template {
  public:
   Template() = default;
-  // Nothing, with the reason in `error`, when a macro has no end or a name without a dot is none
-  // of the own names. $$ is a dollar sign.
+  // Parses a template. Returns nullopt, and the reason in `error`, if a macro is not closed or a
+  // name without a dot is not an OwnName. $$ is a dollar sign.
   static std::optional<Template> Parse(std::string_view text, std::string& error);
-  // A template that gives exactly this text.
+  // Returns a template that expands to exactly this text.
   static Template Literal(std::string_view text);
 
-  // Nothing stands in it.
+  // Returns true for the empty template.
   bool IsEmpty() const { return pieces.empty(); }
-  // `change`, when given, is applied to what each macro gives.
+  // Expands the template; `change`, if set, is applied to the value of each macro.
   using Change = std::function<std::string(const std::string&)>;
   std::string Fill(const TemplateValues& values, const Change& change = nullptr) const;
-  // The macros for options in it, each as a whole: "$(Section.Property)".
+  // Returns the option macros in the template, each complete: "$(Section.Property)".
   std::vector<std::string> GetOptionMacros() const;
 
  private:

@@ -25,9 +25,9 @@ std::string_view WithoutSpaces(std::string_view field) {
 
 }  // namespace
 
-// A header of fixed size for each member; just the symbol tables and the table of long names are
-// followed by content. "/17" is the name at byte 17 of that table, ended by a slash and a line end;
-// "/17:640" a member of the archive of that name.
+// Each member has a header of fixed size; only the symbol tables and the table of long names are
+// followed by content. "/17" refers to the name at offset 17 of that table, terminated by a slash
+// and a line feed; "/17:640" refers to a member of the archive with that name.
 std::vector<std::string> ReadThinArchive(std::string_view bytes) {
   std::vector<std::string> names;
   if (!bytes.starts_with(kMagic)) return names;

@@ -12,153 +12,158 @@
 #include "components/tools/SizeReport.h"
 #include "components/tools/Template.h"
 
-// What a definition file says about one tool. Made once by DefinitionReader and never changed.
+// A tool's definition as read from a definition file. Created by DefinitionReader and immutable.
 namespace tarn::tools {
 
-// One condition of an `If`; all of them must hold.
+// One condition of an `If`; all of them must be true.
 struct Condition {
   enum class Test { Filled, Empty, Equal, Different };
   Template value;
   Test test = Test::Filled;
-  std::string expected;  // compared without regard to case
+  std::string expected;  // compared ignoring case
 };
 
 using Conditions = std::vector<Condition>;
 
-// One `Arg`: gives no, one or several arguments.
+// An `Arg`: yields any number of arguments.
 struct ArgumentRule {
   enum class Source { Once, Files, List };
   Template value;
   Source source = Source::Once;
-  Template list;            // for Source::List: a value with ";" between its entries
-  bool isPath = false;      // the values of macros are paths
-  bool isRelative = false;  // ... written relative to the working folder if they are below it
-  std::string avoided;      // characters that a path must not hold: a scratch file replaces it
+  Template list;            // for Source::List: a value with entries separated by ";"
+  bool isPath = false;      // values of macros are paths
+  bool isRelative = false;  // ... written relative to the working folder if below it
+  std::string avoided;      // characters not allowed in a path: a temporary file replaces it
   bool isWords = false;     // the text is split like a command line
-  std::vector<std::string> without;  // words that are left out then
+  std::vector<std::string> without;  // words to be removed from it
   Conditions conditions;
 };
 
+// A variable set in the environment of a step.
 struct EnvironmentRule {
   std::string name;
   Template value;
 };
 
-// One `Step`: a program to run.
+// A `Step`: a program to run.
 struct StepRule {
   Template program;
   bool hasLauncher = false;
   Template launcher;
-  Template folder;  // working folder; empty: the application's
+  Template folder;  // working folder; empty means that of the application
   std::vector<ArgumentRule> arguments;
   std::vector<EnvironmentRule> environment;
   ResponseStyle response = ResponseStyle::None;
-  std::size_t responseAbove = 0;  // bytes of arguments
-  bool isOptional = false;        // its failure is no failure of the tool
-  bool capturesSizes = false;     // its standard output is what `Size` reads
-  bool relativePaths = false;     // paths below the working folder are written relative to it
-  bool plainArguments = false;    // the program hands its arguments to a shell
+  std::size_t responseAbove = 0;  // threshold in bytes of arguments
+  bool isOptional = false;        // its failure does not fail the tool
+  bool capturesSizes = false;     // its standard output is the input of `Size`
+  bool relativePaths = false;     // write paths below the working folder relative to it
+  bool plainArguments = false;    // the program passes its arguments to a shell
   Conditions conditions;
 };
 
+// Source and layout of the size summary.
 struct SizeRule {
   SizeFormat format = SizeFormat::None;
-  Template file;  // empty: what a step captured
+  Template file;  // empty means the output captured from a step
   std::vector<SizeSum> sums;
 };
 
+// Source of the list of global symbols.
 struct GlobalsRule {
   enum class Format { None, Dwarf };
   Format format = Format::None;
   Template file;
 };
 
-// Flags by which a program is given libraries.
+// Flags for passing libraries to a program.
 struct LibraryRule {
   std::vector<std::string> nameFlags;
   std::vector<std::string> folderFlags;
-  Template file;      // names of the file of a library, with ";" between them
-  Template implicit;  // names of libraries that programs link without a flag, in the same way
+  Template file;      // file names of a library, separated by ";"
+  Template implicit;  // names of libraries linked without a flag, separated by ";"
 };
 
-// A product into which the programs write names that they have made up.
+// A product that contains names generated at random by the programs.
 struct RandomNameRule {
   Template file;
   std::vector<std::string> patterns;  // see ReplaceRandomNames
 };
 
-// Programs and files that the program of the first step takes itself, and how it is asked where it
-// has them.
+// Programs and files that the program of the first step uses implicitly, and the flags for querying
+// their locations.
 struct HelperRule {
   std::vector<std::string> programs;
-  Template files;  // names with ";" between them
-  // The name follows in the same argument. Without a programFlag programs are those in PATH.
+  Template files;  // names separated by ";"
+  // Flags followed by the name in the same argument. Without a programFlag, programs are searched
+  // in PATH.
   std::string programFlag, fileFlag;
-  std::vector<std::string> with;         // how arguments begin that change the answers, given along
-  std::vector<std::string> folderFlags;  // of these, those that name a folder to take them from
+  std::vector<std::string> with;  // prefixes of arguments that affect the results, passed along
+  std::vector<std::string> folderFlags;  // those of `with` that name a folder to search
 };
 
-// How files that a run reads are searched for the names of further ones.
+// Search of a run's input files for the names of further files.
 enum class Follow {
   None,
-  Includes,  // its sources, for include directives
-  Scripts,   // texts among the files that arguments name, as linker scripts
+  Includes,  // sources, for include directives
+  Scripts,   // text files named by arguments, as linker scripts
 };
 
-// An argument that names code by a plain name, which a program finds among its own files, or else
-// in the working folder.
+// An argument that names code by a plain name, which the program searches for among its own files
+// or in the working folder.
 struct LoadRule {
-  std::string flag;   // how the argument begins
-  std::string place;  // what the program puts before the name: "device-specs/specs-"
+  std::string flag;   // prefix of the argument
+  std::string place;  // inserted before the name by the program: "device-specs/specs-"
 };
 
+// All rules for one tool. Templates are expanded for each run, see CommandBuilder.h.
 struct ToolDefinition {
   std::string name;
-  bool isProgram = false;         // a path, without a definition
+  bool isProgram = false;         // a plain path without a definition
   std::uint64_t fingerprint = 0;  // of the element that defines it
   std::string title;
-  std::string hint;                     // how to get a missing program
-  std::vector<std::string> extensions;  // with dots, small letters
+  std::string hint;                     // how to install a missing program
+  std::vector<std::string> extensions;  // with dots, in lower case
   MessageRuleLists messages;
   Template output;
   Template listing;
   Template rules;
-  Template furtherRules;             // a second file of rules, which need not be left
-  std::vector<Template> products;    // further files, whose folders must be there
-  std::vector<Template> byProducts;  // files that a run may leave, and that nothing needs
+  Template furtherRules;             // a second dependency file, which is optional
+  std::vector<Template> products;    // further files, whose folders must exist
+  std::vector<Template> byProducts;  // files that a run may produce and nothing needs
   std::vector<RandomNameRule> randomNames;
   std::vector<Template> depends;  // further dependencies of the output
-  // How arguments begin that name a folder to search headers in: "-I". The folder is the rest of
-  // the argument, or the next one.
+  // Prefixes of arguments that name a header search folder, such as "-I". The folder is the rest of
+  // the argument or the next one.
   std::vector<std::string> search;
-  // Similarly for flags whose value is put after that of the last flag of `searchPrefix`.
+  // Same for flags whose value is appended to that of the last `searchPrefix` flag.
   std::vector<std::string> prefixedSearch, searchPrefix;
-  // How arguments begin that name a file to read before the source, which is looked for in the
-  // working folder and then where headers are.
+  // Prefixes of arguments that name a file to include before the source; it is searched in the
+  // working folder and then in the header search folders.
   std::vector<std::string> includes;
-  // How arguments begin that define a macro.
+  // Prefixes of arguments that define a macro.
   std::vector<std::string> defines;
-  // How arguments begin that make the linker compile the sources' code, and that undo it.
+  // Prefixes of arguments that enable and disable link-time optimization.
   std::vector<std::string> linkTime, notLinkTime;
-  // How arguments begin that name a file to write. The name follows, or is the next argument.
+  // Prefixes of arguments that name an output file. The name follows or is the next argument.
   std::vector<std::string> writes;
-  // How arguments begin that name a file to read, and are no search.
+  // Prefixes of arguments that name an input file, other than search folders.
   std::vector<std::string> reads;
-  // How arguments begin that make a program run or load code of the caller's choice.
+  // Prefixes of arguments that make a program run or load code chosen by the caller.
   std::vector<std::string> runs;
-  std::vector<std::string> runsNot;  // exceptions, which begin like one of `runs`
+  std::vector<std::string> runsNot;  // exceptions to `runs`, also prefixes
   std::vector<LoadRule> loads;
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;
   HelperRule helpers;
-  std::vector<std::string> variables;   // of the environment, that change what it makes
-  std::vector<std::string> predefined;  // macros that a compiler defines by itself: "NAME=VALUE"
+  std::vector<std::string> variables;   // environment variables that affect the outputs
+  std::vector<std::string> predefined;  // macros predefined by a compiler: "NAME=VALUE"
   std::vector<StepRule> steps;
   SizeRule size;
   GlobalsRule globals;
 };
 
-// A tool that is nothing but a program, which gets the files as its arguments.
+// Returns a definition for a plain program, which receives the files as its arguments.
 ToolDefinition DefinitionOfProgram(std::string_view path, MessageRuleLists messages);
 
 }  // namespace tarn::tools

@@ -19,7 +19,7 @@ namespace tarn::tools {
 
 namespace {
 
-// A job together with the values that it points to.
+// A job together with the values it points to.
 struct OwnedJob {
   OptionValues values;
   ToolJob job;
@@ -43,9 +43,9 @@ struct OwnedJob {
     std::unordered_set<std::string> seen;
     for (const std::string& file : listed) {
       std::string name = SpelledPath(job.disk, file);
-      // A similar name that is listed itself is that of another file; this one isn't made yet.
+      // A similar name that is also listed belongs to a different file, which does not exist yet.
       if (name != file && names.contains(name)) name = file;
-      // An archive may be listed again on purpose: a linker searches it where it is listed.
+      // An archive may be listed repeatedly on purpose: a linker searches it at each position.
       if (!seen.insert(name).second && !IsArchive(name)) {
         job.repeated.push_back(std::move(name));
         continue;
@@ -61,7 +61,7 @@ struct OwnedJob {
   }
 };
 
-// `isPart`: the only file of the run is no source, so the run is known by what it makes of it.
+// `isPart`: the only file of the run is not a source, so the run is identified by its output.
 std::string StartText(const std::string& tool, const char* files, const ToolPlan& plan,
                       bool isPart) {
   std::vector<std::string> words;
@@ -158,7 +158,8 @@ std::int32_t ToolManager::RunTool(const char* tool, const char* files, const cha
   const bool isWanted = messageFile != nullptr && *messageFile != '\0';
   const Status written = isWanted ? world.files->WriteScratchFile(messageFile, text) : Status();
   if (!written) {
-    // The build stops, or a warning would be lost for good: the next one has nothing to do here.
+    // Fails the run, because otherwise its warnings would be lost: the next build finds nothing to
+    // do.
     isDone = false;
     MessageLog log;
     log.AddError(std::string("the messages can't be written to ") + messageFile + ": " +
@@ -213,7 +214,7 @@ void ToolManager::CountMessages(std::size_t retained) {
   messagesOfBuild += retained;
 }
 
-// What is to be linked next was made by the runs since the last link.
+// The outputs to be linked were produced by the runs since the last link.
 std::vector<std::string> ToolManager::TakeConflicts(std::vector<std::string>& repeated) {
   const std::lock_guard guard(lock);
   std::vector<std::string> conflicts;

@@ -20,78 +20,81 @@
 
 namespace tarn::tools {
 
-// Messages to the frame window that InitTools got. Sent from the thread that runs the tool, with no
-// lock held; the texts live only during the call.
+// Messages to the frame window passed to InitTools. Sent from the thread that runs the tool,
+// without holding a lock; the strings are valid during the call only.
 enum ToolFrameMessage : std::uint32_t {
   kMsgToolStarted = TARN_MSG_TOOL_STARTED,
   kMsgToolEnded = TARN_MSG_TOOL_ENDED,
 };
 
-// The automation object TarnToolManager.ToolManager: finds tools in definition files and runs them.
-// All operations may be called from any thread; RunTool blocks until its tool has ended.
+// The automation object TarnToolManager.ToolManager: loads tool definitions and runs tools.
+// Thread-safe; RunTool blocks until its tool has ended.
 class ToolManager : public DispatchObject<ToolManager> {
  public:
   explicit ToolManager(ToolWorld machine) : world(std::move(machine)) {}
 
   static const DispatchTable<ToolManager>& Table();
 
-  // Reads the definitions in config/tools below the application path, an empty one being that of
-  // the installation, in place of earlier ones.
-  // Tools that run go on with theirs. Always 1; GetDefinitionErrors tells what was wrong.
+  // Loads the definitions in config/tools below the application path (if empty, that of the
+  // installation), replacing earlier ones. Running tools continue with theirs. Always returns 1;
+  // see GetDefinitionErrors.
   std::int32_t InitTools(const char* applicationPath, const char* dataPath, std::int32_t frame);
-  // Reads the definitions again if their files changed since they were read; 1 if so.
+  // Reloads the definitions if their files have changed; returns 1 if so.
   std::int32_t RefreshTools();
-  // 1 when the tool succeeded. `tool` is a name, or the path of a program. `files` is a list of
-  // quoted paths with commas between them, `options` the values text of the node. The messages go
-  // to `messageFile`, complete before the call returns; null: nowhere.
+  // Runs a tool and returns 1 if it succeeded. `tool` is a name or the path of a program, `files` a
+  // comma-separated list of quoted paths, and `options` the values text of the node. The messages
+  // are written to `messageFile` before the call returns; null discards them.
   std::int32_t RunTool(const char* tool, const char* files, const char* options,
                        const char* messageFile);
-  // An element with one child for each tool that serves the extension (with its dot).
+  // Returns an element with one child per tool for the extension (including its dot).
   std::string GetToolsForExtension(const char* extension);
 
-  // What RunTool would start, without starting it.
+  // Returns the command lines that RunTool would start.
   std::string GetCommandLines(const char* tool, const char* files, const char* options);
-  // Why it would start nothing, a line for each reason; empty if it would.
+  // Returns the reasons why RunTool would start nothing, one per line; empty if there are none.
   std::string GetCommandProblems(const char* tool, const char* files, const char* options);
-  // A hash of what it would start, launchers left out; empty if there is no such tool.
+  // Returns a hash of the command lines without launchers; empty if the tool does not exist.
   std::string GetCommandHash(const char* tool, const char* files, const char* options);
-  // Changes with the tool's definition and with where its programs are found; empty if there is no
-  // such tool. For telling cheaply that command hashes can't have changed.
+  // Returns a value that changes with the tool's definition and the locations of its programs;
+  // empty if the tool does not exist. A cheap test that command hashes can't have changed.
   std::string GetToolFingerprint(const char* tool);
-  // Those of the candidates, a list of files as well, that the run would read, as such a list.
+  // Returns the candidates, a file list, that the run would read, as a file list.
   std::string GetUsedFiles(const char* tool, const char* files, const char* options,
                            const char* candidates);
-  // The further files that the run would make, as such a list.
+  // Returns the further files that the run would produce, as a file list.
   std::string GetProducts(const char* tool, const char* files, const char* options);
-  // What the run would reach for because of the options, as RunAccess.h describes it.
+  // Returns the accesses of the run that its options cause, see RunAccess.h.
   std::string GetAccess(const char* tool, const char* files, const char* options);
-  // The records of the runs that succeeded since the last call, as a text for SetBuildInfo; empty
-  // when there are none.
+  // Returns the records of successful runs since the last call, as a text for SetBuildInfo; empty
+  // if there are none.
   std::string TakeBuildInformation();
-  // Stops everything that runs; new runs fail until ResumeTools. Returns at once.
+  // Stops all running tools; new runs fail until ResumeTools. Returns immediately.
   void StopTools();
+  // Allows runs again.
   void ResumeTools();
-  // The first program of the tool's steps that isn't there; empty when all are.
+  // Returns the first missing program of the tool's steps; empty if none is missing.
   std::string MissingProgram(const char* tool);
+  // Returns the element that describes all tools.
   std::string ListTools();
-  // One line for each thing that was wrong with the definitions.
+  // Returns one line for each error in the definitions.
   std::string GetDefinitionErrors();
-  // Why tools may be missing; empty if there is no reason.
+  // Returns why tools may be missing; empty if there is no known reason.
   std::string GetDefinitionProblem();
-  // 1 if the tool is defined, or is the path of a program.
+  // Returns 1 if the tool is defined or is the path of a program.
   std::int32_t HasTool(const char* tool);
 
  private:
   std::shared_ptr<const ToolSet> Tools();
-  // The tool of that name; else, when a program lies at that path, a tool made from it. Null when
-  // there is neither. What it points to lives as long as the result.
+  // Returns the tool of this name or, if it is the path of a program, a definition made for it;
+  // otherwise nullptr. Shares ownership of everything it refers to.
   std::shared_ptr<const ToolDefinition> FindTool(const std::string& name);
+  // Runs the tool and appends its messages, including errors in the plan. Returns true on success.
   bool Execute(const std::string& toolName, const char* files, const char* options,
                ToolMessages& messages);
-  // Returns why some of these outputs must not be linked, and replaces the others by the names of
-  // their sources where they are known; clears the sources.
+  // Returns why some of these outputs must not be linked, and replaces the others with the names of
+  // their sources if these are known. Clears the recorded sources.
   std::vector<std::string> TakeConflicts(std::vector<std::string>& repeated);
-  // How many messages the next run may retain (see MessageLog).
+  // Number of messages that the next run may retain (see MessageLog).
   std::size_t MostMessages();
   void CountMessages(std::size_t retained);
   void TellFrame(std::uint32_t message, const std::string& text, std::intptr_t lParam);
@@ -100,13 +103,13 @@ class ToolManager : public DispatchObject<ToolManager> {
   RunningTools running;
   HelperFinder helpers;
 
-  std::mutex lock;  // guards what follows; never held across a call out
+  std::mutex lock;  // guards the members below; not held while calling out
   std::shared_ptr<const ToolSet> tools = std::make_shared<ToolSet>();
-  std::string folder;  // of the definitions; empty before InitTools
+  std::string folder;  // folder of the definitions; empty before InitTools
   WindowHandle frame = 0;
   std::string records;
-  std::size_t messagesOfBuild = 0;  // since RefreshTools, which goes ahead of each build
-  // By output: the sources that were translated into it since the last link.
+  std::size_t messagesOfBuild = 0;  // since RefreshTools, which is called before each build
+  // Sources translated to each output since the last link.
   std::map<std::string, std::set<std::string>> sources;
 };
 

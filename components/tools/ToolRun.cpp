@@ -56,7 +56,7 @@ bool ToolRun::Run() {
   return CollectRecord();
 }
 
-// Folders for what the steps write, and no dependencies of an earlier run.
+// Creates the folders of the output files and removes the dependency files of earlier runs.
 bool ToolRun::Prepare() {
   for (const std::string& problem : plan.problems) log.AddError(problem);
   if (!plan.problems.empty()) return false;
@@ -80,7 +80,7 @@ bool ToolRun::Prepare() {
   return plan.commands.empty() || RemoveEarlier();
 }
 
-// Such a file can be written by a tool, but is not found here.
+// A tool could write a file with such a name, but it would not be found here.
 bool ToolRun::RefusesNames() {
   std::vector<std::string> names = job.files;
   names.push_back(plan.output);
@@ -95,8 +95,8 @@ bool ToolRun::RefusesNames() {
   return false;
 }
 
-// What an earlier run left: a tool that ends without an error and without a file must not pass for
-// one that made it, and some tools add to what is there.
+// Removes the outputs of an earlier run: a tool that ends without an error and without an output
+// must not seem to have produced it, and some tools append to existing files.
 bool ToolRun::RemoveEarlier() {
   std::vector<std::string> made{plan.outputOnDisk, plan.listing};
   made.insert(made.end(), plan.products.begin(), plan.products.end());
@@ -117,7 +117,7 @@ bool ToolRun::RunCommand(const ToolCommand& command) {
   ProcessRequest request{command.program, command.arguments, command.environment, command.folder};
   std::string response;
   if (!WriteResponseFile(command, request, response)) return false;
-  // A link of that name would lead the program elsewhere.
+  // A link of this name would redirect the program's output.
   for (const auto& [scratch, path] : command.moves) {
     static_cast<void>(world.files->RemoveScratchFile(scratch));
   }
@@ -126,7 +126,7 @@ bool ToolRun::RunCommand(const ToolCommand& command) {
   return MoveResults(command, isDone);
 }
 
-// Puts what the program has written under names that it can take where it belongs.
+// Moves files that the program wrote under a temporary name to their final paths.
 bool ToolRun::MoveResults(const ToolCommand& command, bool isDone) {
   for (const auto& [scratch, path] : command.moves) {
     const auto bytes = world.files->ReadWholeFile(scratch);
@@ -139,7 +139,7 @@ bool ToolRun::MoveResults(const ToolCommand& command, bool isDone) {
   return isDone;
 }
 
-// Names the file in `response` when there was need for one.
+// Stores the name of the file in `response` if one was needed.
 bool ToolRun::WriteResponseFile(const ToolCommand& command, ProcessRequest& request,
                                 std::string& response) {
   const StepRule& rule = *command.rule;
@@ -147,7 +147,7 @@ bool ToolRun::WriteResponseFile(const ToolCommand& command, ProcessRequest& requ
                         CommandLength(command.arguments) > rule.responseAbove;
   if (!isNeeded || plan.output.empty()) return true;
   const std::string file = plan.outputOnDisk + ".rsp";
-  // A launcher and the program behind it stay on the command line.
+  // A launcher and the program after it remain on the command line.
   const auto first = command.arguments.begin() + static_cast<std::ptrdiff_t>(command.launched);
   const std::string text = ResponseText(rule.response, {first, command.arguments.end()});
   const Status written = world.files->WriteScratchFile(file, text);
@@ -200,7 +200,7 @@ void ToolRun::AddLine(const ToolCommand& command, MessageReader& reader, std::st
   const std::string clean = CleanLine(line);
   if (clean.empty()) return;
   ToolMessage message = reader.Read(clean, isErrorStream);
-  // What an optional step complains about must not look like a failure of the tool.
+  // Complaints of an optional step must not look like a failure of the tool.
   if (command.rule->isOptional) message.severity = Severity::Plain;
   hasStatedError = hasStatedError || (message.failsStep && !command.rule->isOptional);
   log.Add(std::move(message));
@@ -212,13 +212,13 @@ bool ToolRun::Judge(const ToolCommand& command, const ProcessExit& exit) {
   const std::string reason = exit.signalled
                                  ? "was ended by signal " + std::to_string(exit.code - 128)
                                  : "ended with exit code " + std::to_string(exit.code);
-  // What the tool said itself is enough, unless it said nothing that the report would show.
+  // The tool's own messages are sufficient, unless none of them appears in the report.
   if (log.ErrorCount() > errorsBefore && !exit.signalled) return false;
   if (!command.rule->isOptional) ReportLastLines();
   return Fail(command, reason);
 }
 
-// A step that fails without an error message of its own is explained by what it said last.
+// Explains a step that failed without an error message by its last output lines.
 void ToolRun::ReportLastLines() {
   if (log.ErrorCount() > errorsBefore) return;
   LineAssembler lines;
@@ -259,7 +259,7 @@ void ToolRun::TellStartFailure(const ToolCommand& command, const Error& error) {
   }
 }
 
-// `reason` is the system's; empty if the output isn't there.
+// `reason` is an error from the OS; empty if the output does not exist.
 bool ToolRun::FailWithoutOutput(const std::string& reason) {
   if (!log.HasErrors()) log.ReportLastLines(0);
   log.AddError(
@@ -270,11 +270,11 @@ bool ToolRun::FailWithoutOutput(const std::string& reason) {
 
 bool ToolRun::CollectRecord() {
   if (plan.output.empty()) return true;
-  // A file of a similar name is not what the tool was to make.
+  // A file with a similar name is not the expected output.
   auto status = world.files->ExamineExactly(plan.outputOnDisk);
   if (!status) {
     const auto text = world.files->ReadWholeFile(plan.outputOnDisk);
-    // It is there after all if the system has failed to describe it once.
+    // The file exists if it can be read, even if a stat has failed.
     if (text) status = world.files->ExamineExactly(plan.outputOnDisk);
     const bool isUnreadable = !text && text.GetError().code != ErrorCode::NotFound;
     if (!status) return FailWithoutOutput(isUnreadable ? text.GetError().text : "");
@@ -295,7 +295,7 @@ bool ToolRun::CollectRecord() {
   return true;
 }
 
-// A program that can't be told how to name its temporary files writes other names in each run.
+// Programs whose temporary files can't be named by an option use different names in each run.
 bool ToolRun::SettleRandomNames() {
   for (const auto& [path, patterns] : plan.randomNames) {
     auto text = world.files->ReadWholeFile(path);
@@ -308,7 +308,7 @@ bool ToolRun::SettleRandomNames() {
   return true;
 }
 
-// Everything that the run has left besides its output.
+// Returns everything that the run produced in addition to its output.
 std::vector<std::string> ToolRun::FindProducts() const {
   std::vector<std::string> made = plan.products;
   made.push_back(plan.listing);
@@ -319,7 +319,7 @@ std::vector<std::string> ToolRun::FindProducts() const {
   return made;
 }
 
-// A file of such a name that is older than the run may be anybody's.
+// Excludes files older than the run, which need not have been produced by the tool.
 std::vector<std::string> ToolRun::FindByProducts() const {
   std::vector<std::string> made = plan.byProducts;
   made.push_back(plan.rules);
@@ -331,8 +331,8 @@ std::vector<std::string> ToolRun::FindByProducts() const {
   return made;
 }
 
-// Files from the future are older than what is made from them once that has their time. Returns the
-// output's time in seconds since 1970.
+// If inputs have timestamps in the future, sets the output's time to the newest of them, so that it
+// is not older than its inputs. Returns the output's time in seconds since 1970.
 std::int64_t ToolRun::BringForward(const BuildRecord& made, const FileStatus& output) {
   std::pair<std::int64_t, std::int64_t> newest{output.modifiedSeconds, output.modifiedNanoseconds};
   for (const std::vector<std::string>* paths : {&job.files, &made.dependencies}) {
@@ -348,7 +348,7 @@ std::int64_t ToolRun::BringForward(const BuildRecord& made, const FileStatus& ou
   return set ? newest.first : output.modifiedSeconds;
 }
 
-// A program without its list of globals is a program all the same.
+// Problems with the list of globals don't fail the run.
 void ToolRun::WriteGlobals() {
   if (tool.globals.format == GlobalsRule::Format::None || plan.globals.empty()) return;
   ToolMessage said =

@@ -14,8 +14,8 @@
 
 namespace tarn::tools {
 
-// One run of a tool, from its plan to its messages and its record. Belongs to the thread that runs
-// it; the borrowed parts outlive it.
+// One run of a tool, from its plan to its messages and its record. Used by the thread that runs it
+// only. Borrows its arguments, which must outlive it.
 class ToolRun {
  public:
   ToolRun(const ToolWorld& machine, RunningTools& runningTools, HelperFinder& helperFinder,
@@ -23,13 +23,14 @@ class ToolRun {
 
   const ToolPlan& Plan() const { return plan; }
 
-  // Runs the steps in order up to the first that fails, and takes in what they left. False when
-  // the tool failed; the messages then say why.
+  // Runs the steps in order until one fails, and processes their results. Returns false if the tool
+  // failed; the messages then say why.
   bool Run();
 
+  // Messages of the run so far.
   const MessageLog& GetLog() const { return log; }
   ToolMessages TakeMessages() { return log.Take(); }
-  // Only after a run that succeeded and left an output.
+  // The record of a successful run with an output; nullopt otherwise.
   const std::optional<BuildRecord>& Record() const { return record; }
 
  private:
@@ -49,7 +50,7 @@ class ToolRun {
   bool CollectRecord();
   bool FailWithoutOutput(const std::string& reason);
   std::int64_t BringForward(const BuildRecord& made, const FileStatus& output);
-  // False, with an error in the messages, if they are not known.
+  // Returns false, after adding an error message, if the dependencies can't be determined.
   bool ReadDependencies(BuildRecord& found);
   const std::string& RulesFolder() const;
   bool ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names);
@@ -73,11 +74,11 @@ class ToolRun {
   ToolPlan plan;
   MessageLog log;
   std::string captured;
-  std::int64_t startTime = 0;  // by the disk's clock
-  // As they were before the step that runs, or ran last.
+  std::int64_t startTime = 0;  // on the file system's clock
+  // State before the current or last step.
   std::size_t errorsBefore = 0;
   bool hasStatedError = false;  // the step printed an error that fails it
-  std::size_t stepStart = 0;    // its place in `log`
+  std::size_t stepStart = 0;    // its position in `log`
   std::size_t capturedBefore = 0;
   std::optional<BuildRecord> record;
 };

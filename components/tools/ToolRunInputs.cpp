@@ -1,4 +1,4 @@
-// What a run has read, and what it would read instead if that came.
+// Determines the files that a run has read, and those it would have read instead if they existed.
 
 #include <algorithm>
 #include <unordered_set>
@@ -17,7 +17,7 @@ namespace tarn::tools {
 
 namespace {
 
-// Names with these are not names of this system: a backslash separates folders.
+// Returns true for names with characters that are ambiguous: a backslash separates folders.
 bool HasOddCharacter(std::string_view name) {
   return std::any_of(name.begin(), name.end(), [](char c) {
     return c == '\\' || static_cast<unsigned char>(c) < ' ' || c == 127;
@@ -40,7 +40,7 @@ std::vector<std::string_view> SplitAny(std::string_view text, std::string_view s
 
 }  // namespace
 
-// Dependencies that are not known must not pass for none: the output would never be stale again.
+// Unknown dependencies must be an error: without any, the output would never be stale again.
 bool ToolRun::ReadDependencies(BuildRecord& found) {
   ReadFiles read = FindReadFiles(tool, plan, job.files, *world.files);
   std::vector<std::string> names = job.respelled;
@@ -53,7 +53,7 @@ bool ToolRun::ReadDependencies(BuildRecord& found) {
   }
   found.definitions = ValuesOf(tool.defines, words);
   found.search = SearchFolders(world.files, tool, plan);
-  // Also a command without folders searches that of its source.
+  // A command without search folders still searches the folder of its source.
   if (!tool.search.empty() && found.search.empty() && !job.files.empty()) {
     found.search.push_back(FolderOf(job.files.front()));
   }
@@ -65,7 +65,7 @@ bool ToolRun::ReadDependencies(BuildRecord& found) {
   for (std::string& name : names) {
     if (seen.insert(name).second) found.dependencies.push_back(std::move(name));
   }
-  // What counts as a dependency needs no other place.
+  // A file listed as a dependency need not be listed elsewhere as well.
   std::erase_if(found.programs, [&seen](const std::string& path) { return seen.contains(path); });
   for (std::string& path : helpers.Find(world, tool, plan)) {
     if (seen.insert(path).second) found.programs.push_back(std::move(path));
@@ -73,12 +73,12 @@ bool ToolRun::ReadDependencies(BuildRecord& found) {
   return true;
 }
 
-// Names count from here. The conditions of a tool can leave it without a step.
+// Base of the names in dependency files. A tool's conditions can leave it without any step.
 const std::string& ToolRun::RulesFolder() const {
   return plan.commands.empty() ? job.baseFolder : plan.commands.front().folder;
 }
 
-// A header of the toolchain counts only if it is in a folder that the command names.
+// A header of the toolchain is a dependency only if it is in a folder named by the command.
 bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std::string>& names) {
   const auto text = world.files->ReadWholeFile(plan.rules);
   if (!text) return FailRules("can't be read: " + text.GetError().text);
@@ -90,7 +90,7 @@ bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std:
   };
   std::unordered_set<std::string> fileNames;
   for (const std::string& name : rules.names) {
-    // A tool writes names of this machine: a letter and a colon are the start of one.
+    // Tools write names of this platform: a letter and a colon are the start of a plain name.
     const bool isDriveless = HasDrive(name) && (name.size() == 2 || !IsSeparator(name[2]));
     std::string path = AbsolutePath(world.files, RulesFolder(), isDriveless ? "./" + name : name);
     if (HasOddCharacter(name) && !world.files->Examine(path)) {
@@ -104,7 +104,7 @@ bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std:
                        });
     if (isOwn) names.push_back(std::move(path));
   }
-  // By the last part of the name alone, since a launcher may write the folders in another way.
+  // Compares the last component only, because a launcher may write the folders differently.
   for (const std::string& source : job.files) {
     if (!fileNames.contains(FoldCase(FileNameOf(source)))) {
       return FailRules("doesn't name the source " + source);
@@ -113,12 +113,13 @@ bool ToolRun::ReadRules(const std::vector<std::string>& search, std::vector<std:
   return true;
 }
 
-// An assembler after a compiler also names what the compiler wrote for it, which is gone, or is
-// kept next to the output or the source. Its name is a random one, so the rules don't stay. A
-// linker names the temporary files of its compiler, and what comes with the toolchain: of the
-// latter the version counts, and not the age.
+// An assembler that runs after a compiler also reports the compiler's intermediate file, which is
+// deleted or stored next to the output or the source. Its name is random, so the rules are not
+// kept. A linker reports temporary files of its compiler, and files of the toolchain, of which only
+// the version matters and not the time.
 void ToolRun::ReadFurtherRules(BuildRecord& found, std::vector<std::string>& names) {
-  // Not every run has them, and a search for other spellings grows with the folder of the outputs.
+  // Not every run produces this file, and searching for other spellings takes time proportional to
+  // the size of the output folder.
   if (!world.files->ExamineExactly(plan.furtherRules)) return;
   const auto text = world.files->ReadWholeFile(plan.furtherRules);
   if (!text) return;
@@ -144,7 +145,7 @@ void ToolRun::ReadFurtherRules(BuildRecord& found, std::vector<std::string>& nam
   }
 }
 
-// An assembler looks for a file in its working folder first, and then where headers are searched.
+// An assembler searches its working folder first and then the header search folders.
 void ToolRun::AddEarlier(const std::string& path, BuildRecord& found) const {
   std::vector<std::string> folders{RulesFolder()};
   folders.insert(folders.end(), found.search.begin(), found.search.end());
@@ -158,9 +159,9 @@ void ToolRun::AddEarlier(const std::string& path, BuildRecord& found) const {
   }
 }
 
-// Code for the assembler goes through the object into the link, where it names files that no rules
-// name. As its text can be put together by macros, each name of a file counts that is in a source
-// with such code, or in an option.
+// Assembler code is passed through the object file to the link, where it may read files that no
+// rules name. Its text can be composed by macros, so every file name in a source that contains such
+// code, or in an option, is considered.
 void ToolRun::AddAssembledFiles(BuildRecord& found, std::vector<std::string>& names) const {
   std::vector<std::string> texts = found.definitions;
   bool hasCode = false;

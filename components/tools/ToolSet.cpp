@@ -18,7 +18,7 @@ std::string ToolElement(const ToolDefinition& tool, std::string_view children) {
   return text.append(children.empty() ? "/>" : children);
 }
 
-// The options that name what the tool writes.
+// Returns elements for the options that name output files.
 std::string MadeElements(const ToolDefinition& tool) {
   std::vector<Template> made = tool.products;
   made.push_back(tool.output);

@@ -13,40 +13,42 @@
 
 namespace tarn::tools {
 
-// All tools that are known. Made once, then only read, from any thread.
+// All known tools. Immutable once loaded, so it can be read from any thread.
 class ToolSet {
  public:
   ToolSet() = default;
-  // Reads every *.tools file of the folder in the order of the names. Of two tools with one name
-  // the later counts, and the errors say so. A missing folder gives an empty set and an error.
+  // Loads every *.tools file of the folder, in order of file names. If two tools have the same
+  // name, the later one wins and an error is recorded. A missing folder yields an empty set and an
+  // error.
   static std::unique_ptr<ToolSet> FromFolder(FileSystem& files, const std::string& folder);
 
-  // A number of the names and texts of all definition files of a folder.
+  // Returns a digest of the names and contents of all definition files in a folder.
   static std::uint64_t DigestOf(FileSystem& files, const std::string& folder);
-  // That of the files which this set was read from.
+  // Returns the digest of the files that this set was loaded from.
   std::uint64_t GetDigest() const { return digest; }
 
-  // Null when there is none. Names compare without regard to case.
+  // Returns nullptr if the tool does not exist. Ignores case.
   const ToolDefinition* Find(std::string_view name) const;
-  // What a program that no definition tells of may say: the list "gcc", whose shapes most compilers
-  // share, if there is one.
+  // Returns the message rules for a program without a definition: the list "gcc", whose patterns
+  // most compilers share, if it exists.
   MessageRuleLists CommonMessages() const;
-  // The element that lists the tools for an extension with its dot, at most kMaxListed of them.
+  // Returns the element that lists the tools for an extension (including its dot), at most
+  // kMaxListed of them.
   std::string ToolsForExtension(std::string_view extension) const;
-  // Returns whether a tool takes files with this extension.
+  // Returns true if a tool accepts files with this extension.
   bool HasExtension(std::string_view extension) const {
     return listsByExtension.contains(FoldCase(extension));
   }
-  // The element that describes all tools.
+  // Returns the element that describes all tools.
   std::string ListText() const;
   const std::vector<std::string>& Errors() const { return errors; }
-  // Why tools may be missing: the folder or a file that can't be read, or a folder without a tool.
-  // Empty if there is no reason.
+  // Returns why tools may be missing: the folder or a file can't be read, or the folder defines no
+  // tool. Empty if there is no known reason.
   const std::string& Problem() const { return problem; }
-  // The folder that the tools come from.
+  // Returns the folder that the tools were loaded from.
   const std::string& Folder() const { return folder; }
 
-  static constexpr std::size_t kMaxListed = 20;  // as many as there are commands for them
+  static constexpr std::size_t kMaxListed = 20;  // the number of commands available for them
 
  private:
   void Take(std::unique_ptr<ToolDefinition> tool);
@@ -54,8 +56,8 @@ class ToolSet {
 
   std::vector<std::unique_ptr<ToolDefinition>> tools;
   NamedMessageRules messages;
-  std::map<std::string, const ToolDefinition*, std::less<>> byName;  // in small letters
-  std::map<std::string, std::string, std::less<>> listsByExtension;  // ready-made elements
+  std::map<std::string, const ToolDefinition*, std::less<>> byName;  // by lower-case name
+  std::map<std::string, std::string, std::less<>> listsByExtension;  // serialized elements
   std::vector<std::string> errors;
   std::string problem;
   std::string folder;

@@ -14,15 +14,16 @@ bool InRange(char c, unsigned char first, unsigned char last) {
   return byte >= first && byte <= last;
 }
 
-// Behind the "[" of a sequence: parameters, intermediates, one final byte.
+// Returns the end of a control sequence after its "[": parameters, intermediates, one final byte.
 std::size_t EndOfControl(std::string_view text, std::size_t at) {
   while (at < text.size() && InRange(text[at], 0x30, 0x3f)) ++at;
   while (at < text.size() && InRange(text[at], 0x20, 0x2f)) ++at;
   return at < text.size() && InRange(text[at], 0x40, 0x7e) ? at + 1 : at;
 }
 
-// Behind the "]" of a command such as a hyperlink, which a bell or ESC \ ends. Without an end only
-// the introducer counts, or a single stray byte would swallow the rest of the line.
+// Returns the end of an OSC command, such as a hyperlink, after its "]"; it is terminated by BEL or
+// ESC \. Without a terminator only the introducer is skipped, or a single stray byte would remove
+// the rest of the line.
 std::size_t EndOfCommand(std::string_view text, std::size_t at) {
   for (std::size_t i = at; i < text.size(); ++i) {
     if (text[i] == kBell) return i + 1;

@@ -6,21 +6,23 @@
 
 namespace tarn::tools {
 
-// The line without terminal control sequences. A sequence that never ends loses only its
-// introducer and parameters; what follows is kept.
+// Removes terminal control sequences. Of an unterminated sequence, only the introducer and the
+// parameters are removed.
 std::string StripAnsi(std::string_view line);
 
-// The line as a log can show it: no control sequences, tabs as blanks, other control bytes as
-// dots, no blanks or line ends behind the text. Leading blanks stay: carets point at columns.
+// Prepares a line for the log: removes control sequences, replaces tabs with spaces and other
+// control bytes with dots, and trims the end. Keeps leading whitespace, because carets mark
+// columns.
 std::string CleanLine(std::string_view line);
 
-// Turns the pieces of one stream into lines. A line is kept up to kMaxLine bytes; of a longer one
-// the rest is counted and told at its end, so that memory stays bounded whatever a tool prints.
+// Splits the chunks of a stream into lines. Stores up to kMaxLine bytes per line; the rest is
+// counted and reported at the end of the line, so that memory is bounded however much a tool
+// prints.
 class LineAssembler {
  public:
   static constexpr std::size_t kMaxLine = 8192;
 
-  // Calls `onLine(std::string_view)` for every line that `piece` completes, without its line end.
+  // Calls `onLine(std::string_view)` for every line completed by `piece`, without its line ending.
   template <class Handler>
   void Add(std::string_view piece, const Handler& onLine) {
     while (!piece.empty()) {
@@ -32,7 +34,7 @@ class LineAssembler {
     }
   }
 
-  // The end of the stream: what is left is a line too, unless it is empty.
+  // Handles the end of the stream: the rest is a line too, unless it is empty.
   template <class Handler>
   void Finish(const Handler& onLine) {
     if (!line.empty() || dropped > 0) Flush(onLine);

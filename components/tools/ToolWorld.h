@@ -9,14 +9,14 @@
 
 namespace tarn::tools {
 
-// What the tools of this component touch of the machine; tests put their own in its place.
-// Borrowed parts outlive whoever holds this.
+// The parts of the platform that this component uses; tests substitute their own. The pointers are
+// borrowed and must outlive every user of the struct.
 struct ToolWorld {
   ProcessLauncher* launcher = nullptr;
   FileSystem* files = nullptr;
-  // The full path of a program, or empty.
+  // Returns the full path of a program, or an empty string.
   std::function<std::string(std::string_view)> findProgram;
-  // A variable of the environment, or empty.
+  // Returns an environment variable, or an empty string.
   std::function<std::string(const char*)> environment;
 
   static ToolWorld Native();

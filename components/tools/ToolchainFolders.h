@@ -8,8 +8,8 @@
 
 namespace tarn::tools {
 
-// The folders of the headers that come with the compiler of a plan, or with the system. They change
-// with the toolchain alone, whose program is a dependency itself.
+// Folders of the headers that belong to a plan's compiler or to the system. They only change with
+// the toolchain, whose program is itself a dependency.
 class ToolchainFolders {
  public:
   ToolchainFolders(const ToolWorld& world, const ToolPlan& plan);
@@ -19,7 +19,7 @@ class ToolchainFolders {
  private:
   void AddInstallation(FileSystem& files, const std::string& program);
 
-  std::vector<std::string> folders;  // with separators at their ends
+  std::vector<std::string> folders;  // with trailing separators
 };
 
 }  // namespace tarn::tools

@@ -17,19 +17,19 @@ namespace tarn::tools {
 
 namespace {
 
-// A file that is larger is not a text written by hand.
+// Larger files are not handwritten text.
 constexpr std::uint64_t kMaxFollowed = 4 << 20;
-// Of a thin archive, which is little more than names.
+// Limit for a thin archive, which contains little more than names.
 constexpr std::uint64_t kMaxArchive = 64 << 20;
 
-// The paths at which a program looks for one file, in order.
+// The paths at which a program searches for a file, in order.
 struct Lookup {
   std::vector<std::string> places;
-  // The program is known to look there. Otherwise the argument may mean something else than a file.
+  // The program is known to search there. Otherwise the argument may not be a file name at all.
   bool isCertain = false;
 };
 
-// Only $(Item) means something in the name of a library.
+// Only $(Item) is defined in the name of a library.
 class ItemValue : public TemplateValues {
  public:
   explicit ItemValue(const std::string& value) : item(value) {}
@@ -40,7 +40,7 @@ class ItemValue : public TemplateValues {
   const std::string& item;
 };
 
-// A name that starts with a colon is that of the file.
+// A name that starts with a colon is a file name.
 std::vector<std::string> FileNames(const LibraryRule& rule, const std::string& name) {
   if (name.front() == ':') return {name.substr(1)};
   return SplitOptionList(rule.file.Fill(ItemValue(name)));
@@ -63,8 +63,8 @@ class LookupFinder {
         hasEnded(isRunOver),
         own(runFiles.begin(), runFiles.end()) {}
 
-  // A linker script can name folders that all libraries are looked for in, and further scripts may
-  // be found there: the search is repeated until it finds no other folder.
+  // A linker script may name folders in which all libraries are searched, and further scripts may
+  // be found there: repeats the search until it finds no more folders.
   std::vector<Lookup> Find() {
     search = SearchFolders(&disk, tool, plan);
     std::size_t known = 0;
@@ -102,7 +102,7 @@ class LookupFinder {
       for (const std::string& name : ValuesOf(rule.nameFlags, given.words)) {
         AddLibrary(rule, name, LibraryFolders());
       }
-      // Of these the toolchain's come before those in the folders of scripts.
+      // Among these, the toolchain's libraries precede those in the folders of scripts.
       for (const std::string& name : plan.implicitLibraries) AddLibrary(rule, name, namedFolders);
     }
     for (const std::string& name : ValuesOf(tool.includes, given.words)) {
@@ -116,7 +116,7 @@ class LookupFinder {
     AddWords(given.words);
   }
 
-  // The folder is a prefix: it need not end in a separator.
+  // The folder is a prefix that need not end in a separator.
   void AddHelpers(const std::string& prefix) {
     for (const auto* names : {&plan.helpers, &plan.helperFiles}) {
       for (const std::string& name : *names) {
@@ -126,14 +126,14 @@ class LookupFinder {
     }
   }
 
-  // The absolute path of a folder that an option or a script names. "=" stands for the root of the
-  // target's system, which is empty by default.
+  // Returns the absolute path of a folder that an option or a script names. "=" represents the
+  // target's sysroot, which is empty by default.
   std::string LibraryFolder(std::string_view name) const {
     if (name.starts_with('=')) name.remove_prefix(1);
     return name.empty() ? std::string() : AbsolutePath(&disk, folder, name);
   }
 
-  // In the order in which they are searched.
+  // Returns the folders in search order.
   std::vector<std::string> LibraryFolders() const {
     std::vector<std::string> folders = namedFolders;
     folders.insert(folders.end(), scriptFolders.begin(), scriptFolders.end());
@@ -178,7 +178,7 @@ class LookupFinder {
     }
   }
 
-  // What an argument names is looked for where libraries are, too.
+  // Files named by arguments are also searched in the library folders.
   void AddName(std::string_view name) {
     if (name.empty()) return;
     Lookup lookup{{AbsolutePath(&disk, folder, name)}, false};
@@ -201,7 +201,7 @@ class LookupFinder {
     for (const std::string& place : places) FollowFile(place);
   }
 
-  // Adds what the file names, if it is a text.
+  // Adds the files named in this one if it is a text.
   void FollowFile(const std::string& path) {
     if (tool.follows == Follow::None || !followed.insert(path).second || IsOutput(path)) return;
     const std::string extension = FoldCase(ExtensionOf(path));
@@ -224,7 +224,7 @@ class LookupFinder {
     }
   }
 
-  // Adds the members of a thin archive, and those of archives among them.
+  // Adds the members of a thin archive, including those of nested archives.
   void FollowArchive(const std::string& path, std::uint64_t size) {
     if (tool.follows != Follow::Scripts || size > kMaxArchive) return;
     const auto bytes = disk.ReadWholeFile(path);
@@ -257,8 +257,8 @@ class LookupFinder {
     Add(std::move(lookup));
   }
 
-  // Each place counts: programs differ in their order. Files that come later are found by the names
-  // in what was read.
+  // Adds every candidate, because the search order differs between programs. Files that are created
+  // later are found through the names in the files read.
   void AddInclude(const std::string& name, const std::string& includer) {
     std::vector<std::string> folders = search;
     folders.push_back(FolderOf(includer));
@@ -277,17 +277,17 @@ class LookupFinder {
   const ToolPlan& plan;
   const std::vector<std::string>& files;
   FileSystem& disk;
-  const bool hasEnded;  // archives are read as well, which takes too long in a search for an order
+  const bool hasEnded;  // also follow archives, which is too slow when searching for a build order
   const std::unordered_set<std::string> own;  // the files of the run
   std::vector<std::string> search;
-  std::string folder;                      // of the current command
-  std::vector<std::string> namedFolders;   // to search libraries in, of all commands up to it
-  std::vector<std::string> scriptFolders;  // that linker scripts name for the same
+  std::string folder;                      // working folder of the current command
+  std::vector<std::string> namedFolders;   // library search folders of all commands so far
+  std::vector<std::string> scriptFolders;  // same, but named by linker scripts
   std::unordered_set<std::string> followed;
   std::vector<Lookup> lookups;
 };
 
-// Everything that the run itself writes under a name that is known.
+// Returns everything that the run itself writes under a known name.
 std::unordered_set<std::string> WrittenFiles(const ToolPlan& plan) {
   std::unordered_set<std::string> written(plan.products.begin(), plan.products.end());
   for (const std::string& path : {plan.output, plan.outputOnDisk, plan.listing, plan.rules,
@@ -297,8 +297,9 @@ std::unordered_set<std::string> WrittenFiles(const ToolPlan& plan) {
   return written;
 }
 
-// Splits the places into the file that is read, with those beside it that would do as well, and
-// those that would come first. Programs look for all forms of a name in one folder after the other.
+// Splits the paths into the file that is read, including equivalent ones in the same folder, and
+// those that would be read instead if they existed. Programs try all forms of a name in one folder
+// before the next.
 void Divide(const Lookup& lookup, FileSystem& disk, std::vector<std::string>& there,
             std::vector<std::string>& missing) {
   std::string folder;
@@ -317,7 +318,7 @@ void Divide(const Lookup& lookup, FileSystem& disk, std::vector<std::string>& th
   missing.insert(missing.end(), absent.begin(), absent.end());
 }
 
-// Names compare without regard to case, as files are looked up, and through symbolic links.
+// A set of file names, compared ignoring case, as in file lookups, and through symbolic links.
 class NameSet {
  public:
   explicit NameSet(FileSystem& fileSystem) : disk(fileSystem) {}

@@ -7,20 +7,20 @@
 
 namespace tarn::tools {
 
-// Files that a run reads besides its sources, as far as its arguments name them, and what these
-// files name in turn.
+// Files that a run reads in addition to its sources: those named by its arguments, and those that
+// these files name in turn.
 struct ReadFiles {
-  std::vector<std::string> found;    // there now, absolute, each once
-  std::vector<std::string> missing;  // would be read instead if they were there
+  std::vector<std::string> found;    // existing files, absolute, without duplicates
+  std::vector<std::string> missing;  // files that would be read instead if they existed
 };
 
-// For a run that has ended. What the run writes isn't among the files.
+// Call this after the run. Excludes files that the run writes.
 ReadFiles FindReadFiles(const ToolDefinition& tool, const ToolPlan& plan,
                         const std::vector<std::string>& files, FileSystem& disk);
 
-// Returns those of the candidates (absolute) that a run reads, whether they are there or not, in
-// the order of the candidates: files of the run, dependencies, libraries and everything else that
-// its arguments name. The output of the run itself isn't among them.
+// Returns the candidates (absolute paths) that a run reads, whether they exist or not, in their
+// order: files of the run, dependencies, libraries and everything else that its arguments name.
+// Excludes the run's own output.
 std::vector<std::string> FindUsedFiles(const ToolDefinition& tool, const ToolPlan& plan,
                                        const std::vector<std::string>& files,
                                        const std::vector<std::string>& candidates,

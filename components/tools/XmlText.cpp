@@ -4,14 +4,14 @@ namespace tarn::tools {
 
 namespace {
 
-// Whether the text's last backslash protects whatever follows it.
+// Returns true if the text ends in a backslash that escapes the next character.
 bool ProtectsNext(std::string_view text) {
   std::size_t count = 0;
   while (count < text.size() && text[text.size() - 1 - count] == '\\') ++count;
   return count % 2 == 1;
 }
 
-// A reader takes a line end for a blank or drops it; a zero byte ends the text.
+// A reader converts a line ending to a space or drops it, and a zero byte ends the text.
 bool IsUnsafe(char c) {
   return c == '\0' || c == '\r' || c == '\n';
 }

@@ -3,16 +3,16 @@
 #include <string>
 #include <string_view>
 
-// Pieces of XML text that the system's tolerant reader takes in whole: it ends an attribute only
-// at its quote, skips the byte behind a backslash, and knows few entities.
+// XML fragments that Tarn's tolerant parser reads back unchanged. The parser ends an attribute only
+// at its quote, treats a backslash as an escape of the next byte, and knows few entities.
 namespace tarn::tools {
 
-// ` name="value"`. A value that would protect its own closing quote gets a blank at its end.
+// Returns ` name="value"`. Appends a space to a value that would escape its own closing quote.
 std::string XmlAttribute(std::string_view name, std::string_view value);
-// Like XmlAttribute for a path: one that would protect the quote gets one more backslash instead,
-// which keeps its meaning.
+// Same as XmlAttribute for a path: appends a backslash instead, which does not change the meaning
+// of a path.
 std::string XmlPathAttribute(std::string_view name, std::string_view path);
-// The text between two tags; "<" is written as an entity.
+// Encodes text between two tags: "<" becomes an entity.
 std::string XmlContent(std::string_view text);
 
 }  // namespace tarn::tools

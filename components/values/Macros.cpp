@@ -15,7 +15,8 @@ constexpr std::size_t kMaxLength = 1 << 20;
 
 constexpr std::string_view kUnique = "Unique:";
 
-// Bytes that split, and control bytes, which no name holds, in their place.
+// Bytes at which values are split, and the control bytes that replace them and are not used in
+// names.
 constexpr std::string_view kSeparators = "; \t\"'\\";
 constexpr std::string_view kStandIns = "\x01\x02\x03\x04\x05\x06";
 
@@ -28,7 +29,7 @@ std::string Exchange(std::string_view text, std::string_view from, std::string_v
   return result;
 }
 
-// One value that is being resolved; the frames of a chain lie on the stack.
+// A value being resolved; frames form a linked list on the call stack.
 struct Frame {
   const Frame* outer = nullptr;
   std::uint64_t id = 0;
@@ -37,7 +38,7 @@ struct Frame {
   int depth = 0;
 };
 
-// Position of the ")" that closes what starts at `begin`, or npos.
+// Returns the position of the ")" that matches the macro starting at `begin`, or npos.
 std::size_t FindEnd(std::string_view text, std::size_t begin) {
   int depth = 0;
   for (std::size_t i = begin; i < text.size(); ++i) {
@@ -51,7 +52,7 @@ std::size_t FindEnd(std::string_view text, std::size_t begin) {
   return std::string_view::npos;
 }
 
-// The part of `list` up to a ";" outside all macros; `list` goes on behind it.
+// Removes and returns the part of `list` before the next ";" that is outside all macros.
 std::string_view TakeCase(std::string_view& list) {
   int depth = 0;
   std::size_t i = 0;
@@ -65,13 +66,17 @@ std::string_view TakeCase(std::string_view& list) {
   return part;
 }
 
+// Recursive expansion with cycle detection: each value on the way has a frame in a chain. A value
+// found again in the chain is a cycle; the recursion then unwinds to its frame, and all values in
+// between expand to nothing. Depth, number of expansions and length of the result are limited, so
+// that the cost is bounded for any input.
 class Resolver {
  public:
   Resolver(const MacroSource& from, std::string* errorText, std::string* missingName, bool isSplit)
       : source(from), error(errorText), missing(missingName), protects(isSplit) {}
 
-  // Appends the text, resolved. When it needs a value that is being resolved further out, the
-  // result is that value's frame, and all between gives nothing.
+  // Appends the expanded text. If it requires a value that an outer frame is resolving, returns
+  // that value's frame, and all values in between expand to nothing.
   const Frame* Append(std::string_view text, const Frame& frame, std::string& to) {
     if (nesting >= kMaxNesting) return Report("macros are nested too deep"), nullptr;
     ++nesting;
@@ -107,7 +112,7 @@ class Resolver {
     return circle == &frame ? nullptr : circle;
   }
 
-  // A blank value doesn't do where one has to be set.
+  // An empty value is not sufficient if a value is required.
   void CheckBlank(const FoundValue& value, std::string_view name, const Frame& outer) {
     if (missing == nullptr || value.id == 0 || !Trim(value.text).empty()) return;
     std::string unused;
@@ -229,7 +234,7 @@ std::vector<std::string_view> Components(std::string_view path) {
     const std::size_t end = std::min(path.find_first_of("/\\"), path.size());
     const std::string_view part = path.substr(0, end);
     path.remove_prefix(std::min(end + 1, path.size()));
-    // A ".." that is left in a canonical path follows a symbolic link, so it is a name of its own.
+    // A ".." that remains in a canonical path follows a symbolic link, so it is kept as a name.
     if (!part.empty() && part != ".") parts.push_back(part);
   }
   return parts;

@@ -60,7 +60,7 @@ void OptionValues::Put(std::string_view set, std::string_view section, std::stri
 void OptionValues::OnValue(ValueLayer layer, std::string_view set, std::string_view section,
                            std::string_view property, std::string value) {
   const bool general = EqualNoCase(section, "General");
-  // What an outer node of the same kind tells of itself is not said of this one.
+  // General values that an ancestor of the same type has for itself do not apply to this node.
   if (layer == ValueLayer::Inherited && general && EqualNoCase(set, header.ownSet) &&
       header.OwnSetIsOuter()) {
     return;

@@ -13,48 +13,47 @@
 
 namespace tarn {
 
-// The option values of one node, as the property manager hands them out as text and as tools and
-// host read them: raw values by set, section and property, the node's own set first, then the sets
-// of its ancestors from the inside out. All three names compare without regard to case.
+// The option values of one node, as the property manager exports them and tools and hosts read
+// them: raw values by set, section and property, first those of the node's own set, then those of
+// its ancestors from the innermost outwards. Names are compared ignoring case.
 //
-// A value may hold macros (Macros.h): $(Section.Property) looks in the own set, then outwards;
-// $(Set.Section.Property) in that set; $$ is a dollar sign. Macros are resolved when a value is
-// read, so a value that a node inherits sees the names of the node that reads it. Values of the
-// section General are taken as they stand. $(Config.Name) is the configuration.
+// A value may contain macros (Macros.h): $(Section.Property) is looked up in the own set, then
+// outwards; $(Set.Section.Property) in that set; $$ is a dollar sign. Macros are expanded when a
+// value is read, so an inherited value uses the names of the node that reads it. Values of the
+// section General are used verbatim. $(Config.Name) is the configuration.
 //
-// A plain value: copied and read from any thread, changed by one at a time.
+// A value type: may be copied and read from any thread, but changed by only one at a time.
 class OptionValues : private MacroSource, private ValuesSink {
  public:
   OptionValues() = default;
   explicit OptionValues(std::string_view set) { header.ownSet = set; }
 
-  // Reads a values text; what cannot be read is left out. An empty text gives no values.
+  // Parses a values text, skipping malformed parts. An empty text has no values.
   static OptionValues FromText(std::string_view text);
-  // The text: one line, without "]", "<" in values, line ends and zero bytes, whatever the values
-  // hold.
+  // Returns the values text: a single line without "]", zero bytes and, in values, "<",
+  // regardless of what the values contain.
   std::string ToText() const;
 
   const std::string& GetOwnSet() const { return header.ownSet; }
   const std::string& GetConfig() const { return header.config; }
   void SetConfig(std::string_view name) { header.config = name; }
-  // Sets of the ancestors, from the inside out.
+  // Sets of the ancestors, innermost first.
   const std::vector<std::string>& GetOuterSets() const { return header.outerSets; }
 
-  // Sets a value of the node itself; an empty `set` means its own set.
+  // Sets an own value of the node; an empty `set` means its own set.
   void Put(std::string_view set, std::string_view section, std::string_view property,
            std::string_view value);
 
-  // The raw value, or null. An empty `set` looks in the own set, then outwards.
+  // Returns the raw value, or nullptr. An empty `set` means the own set, then outwards.
   const std::string* Find(std::string_view set, std::string_view section,
                           std::string_view property) const;
-  // The value with its macros resolved; empty when there is none.
+  // Returns the value with its macros expanded; empty if there is none.
   std::string Get(std::string_view set, std::string_view section, std::string_view property) const;
-  // A text with its macros resolved. An unknown macro gives nothing; a macro that leads back to
-  // itself gives nothing and, when `error` is given, names the circle there. `missing` is that of
-  // ResolveMacros.
+  // Expands the macros in a text. An unknown macro expands to nothing, and so does a cyclic one,
+  // which is described in `error` if that is not null. For `missing` see ResolveMacros.
   std::string Resolve(std::string_view text, std::string* error = nullptr,
                       std::string* missing = nullptr) const;
-  // The same for a text that is split afterwards, see ResolveForSplitting.
+  // Same for a text that is split afterwards, see ResolveForSplitting.
   std::string ResolveUnsplit(std::string_view text, std::string* error = nullptr,
                              std::string* missing = nullptr) const;
 

@@ -46,7 +46,7 @@ void AppendWithout(std::string& to, std::string_view text, std::uint8_t kind) {
   to.append(text, begin);
 }
 
-// The length of the reference at the start of `text`, 0 when there is none.
+// Returns the length of the character reference at the start of `text`; 0 if there is none.
 std::size_t ReadReference(std::string_view text, char& byte) {
   if (text.starts_with("&quot;")) return byte = '"', 6;
   if (text.starts_with("&slash;")) return byte = '|', 7;
@@ -69,7 +69,7 @@ std::string_view SkipBlanks(std::string_view text) {
   return text;
 }
 
-// Takes ` name="value"` from the front of `rest`; false at anything else.
+// Parses ` name="value"` at the start of `rest` and removes it; returns false for anything else.
 bool TakeAttribute(std::string_view& rest, std::string_view& name, std::string_view& value) {
   rest = SkipBlanks(rest);
   const std::size_t equal = rest.find_first_of("=/>");
@@ -94,7 +94,7 @@ std::string UnescapeValue(std::string_view text) {
   return Unescape(restored);
 }
 
-// The end of a name in a list: a ";" that is not that of a reference.
+// Returns the end of a name in a list: a ";" that does not belong to a reference.
 std::size_t EndOfName(std::string_view list) {
   for (std::size_t i = 0; i < list.size();) {
     if (list[i] == ';') return i;
@@ -107,7 +107,7 @@ std::size_t EndOfName(std::string_view list) {
 void TakeList(std::string_view text, std::vector<std::string>& list) {
   while (!text.empty()) {
     const std::size_t end = EndOfName(text);
-    // No node is of a type without a name.
+    // Type names are never empty.
     if (end > 0) list.push_back(Unescape(text.substr(0, end)));
     text.remove_prefix(std::min(end + 1, text.size()));
   }
@@ -125,7 +125,7 @@ void TakeMarks(std::string_view text, std::vector<std::uint64_t>& marks) {
 
 constexpr char kLayerNames[] = {'v', 'i', 'd'};
 
-// Reads one element of values; `rest` stands behind its "<".
+// Parses one element of values; `rest` starts after its "<".
 bool ReadElement(std::string_view& rest, ValuesSink& sink) {
   const std::string_view letters(kLayerNames, 3);
   const std::size_t layer = rest.empty() ? std::string_view::npos : letters.find(rest.front());
@@ -161,7 +161,7 @@ bool ReadHeader(std::string_view& rest, ValuesHeader& header) {
   return true;
 }
 
-// Set names are joined by ";", so one inside a name is escaped too.
+// Set names are joined with ";", so one inside a name is escaped too.
 void AppendSetName(std::string& to, std::string_view name) {
   for (const char c : name) {
     if (c == ';') {
@@ -175,7 +175,7 @@ void AppendSetName(std::string& to, std::string_view name) {
 }  // namespace
 
 void AppendEscaped(std::string& to, std::string_view value) {
-  // In front of a closing quote a backslash would hide it from the parser of the system.
+  // A backslash before a closing quote would escape the quote in Tarn's parser.
   const bool endsInBackslash = value.ends_with('\\');
   if (endsInBackslash) value.remove_suffix(1);
   AppendWithout(to, value, kInValues);
@@ -260,7 +260,7 @@ void ValuesWriter::Begin(const ValuesHeader& header) {
 
 void ValuesWriter::Value(ValueLayer layer, std::string_view set, std::string_view section,
                          std::string_view property, std::string_view value) {
-  // A property without a name cannot be written; nothing asks for one either.
+  // A property without a name can't be written, and is never read either.
   if (property.empty()) return;
   if (!open || layer != openLayer || section != openSection || set != openSet) {
     Flush();

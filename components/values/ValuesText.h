@@ -5,43 +5,43 @@
 #include <string_view>
 #include <vector>
 
-// The text in which all option values of one node travel: the property manager writes it, the
-// project model keeps it beside the node, tools and hosts read it.
+// Serialization of all option values of a node: written by the property manager, stored with the
+// node by the project model, and read by tools and hosts.
 //
 //   <Values Set="C" Outer="Group;Application" Config="Debug" Applied="1f,2a">
 //     <v s="C" k="General" Path="/p/main.c" Header="main.c"/>      own values
-//     <i s="C" k="Compiler" Defines="F_CPU=1"/>                    inherited ones
+//     <i s="C" k="Compiler" Defines="F_CPU=1"/>                    inherited values
 //     <d s="C" k="Compiler" Optimize="s"/></Values>                defaults of the definitions
 //
-// (in one line without the blanks between elements). `s` and `k` are set and section, what follows
-// are property names with their raw values. Wherever a byte could harm one of the texts that this
-// one is put into it is written as &#n;, so there is no "]", no line end, no zero byte, no 0xA7 and
-// no "<" in a value.
+// (in one line, without whitespace between elements). `s` and `k` are set and section, the other
+// attributes are property names with raw values. Any byte that could corrupt one of the formats
+// that embed this one is written as &#n;, so a value contains no "]", line ending, zero byte, 0xA7
+// or "<".
 namespace tarn {
 
-// Appends a value so that it can stand between double quotes in any text of the system.
+// Appends a value, escaped for use between double quotes in any of Tarn's formats.
 void AppendEscaped(std::string& to, std::string_view value);
-// The same for an attribute name, in which blanks, "=", ">", "/" and quotes may not stand either.
+// Same for an attribute name, which must not contain whitespace, "=", ">", "/" or quotes either.
 void AppendEscapedName(std::string& to, std::string_view name);
 std::string Escape(std::string_view value);
-// Undoes both; knows &quot; and &slash; besides, and leaves any other "&" as it stands.
+// Reverses both; also decodes &quot; and &slash;, and leaves any other "&" unchanged.
 std::string Unescape(std::string_view text);
 
-// Where a value stands: the node itself, what it inherits, the definitions.
+// Source of a value: the node itself, its ancestors, the definitions.
 enum class ValueLayer : std::uint8_t { Own, Inherited, Default };
 
-// What the start tag of a values text tells.
+// Content of the start tag of a values text.
 struct ValuesHeader {
   std::string ownSet;
-  std::vector<std::string> outerSets;  // sets of the ancestors, from the inside out
+  std::vector<std::string> outerSets;  // sets of the ancestors, innermost first
   std::string config;
   std::vector<std::uint64_t> applied;  // marks of the stored options that the values came from
 
-  // The node's own set is that of an ancestor too (a group in a group).
+  // Returns true if an ancestor has the node's own set too (a group in a group).
   bool OwnSetIsOuter() const;
 };
 
-// Takes what ReadValuesText finds. All texts are unescaped and live during the call only.
+// Receives the content of a values text. All strings are unescaped and valid during the call only.
 class ValuesSink {
  public:
   virtual ~ValuesSink() = default;
@@ -50,25 +50,27 @@ class ValuesSink {
                        std::string_view property, std::string value) = 0;
 };
 
-// True when the text's root element, behind white space, has this name.
+// Returns true if the root element of the text, after optional whitespace, has this name.
 bool HasRoot(std::string_view text, std::string_view name);
 
-// Reads a values text. False when it is none or breaks off; what was read until then has been
-// delivered. A byte 0xA7, which only a writer of another kind leaves, stands for "]".
+// Parses a values text. Returns false if it is not one or is truncated; everything before that
+// point has been delivered. Byte 0xA7, which only other writers produce, is read as "]".
 bool ReadValuesText(std::string_view text, ValuesSink& sink);
 
-// Writes a values text piece by piece.
+// Writes a values text incrementally.
 class ValuesWriter {
  public:
   explicit ValuesWriter(std::string& target) : to(target) {}
 
+  // Calling sequence: Begin, any number of Value and Ready, End. Consecutive values of the same
+  // layer, set and section share an element.
   void Begin(const ValuesHeader& header);
   void Value(ValueLayer layer, std::string_view set, std::string_view section,
              std::string_view property, std::string_view value);
-  // Elements that were made ready before.
+  // Appends elements that were serialized before.
   void Ready(std::string_view elements);
   void End();
-  // Closes the element in hand; needed only when elements alone are written.
+  // Closes the current element; only needed if elements are written without Begin and End.
   void Flush();
 
  private:

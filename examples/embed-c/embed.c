@@ -1,11 +1,11 @@
-// A host in plain C: opens a project, lists what its active application is made of, builds it and
-// shows the log. It links nothing of Tarn; the server is found by its name when the program runs,
-// once `tarn register` has made it known.
+// A host in plain C: opens a project, lists the inputs of its active application, builds it and
+// shows the log. It links no library of Tarn; the server is found at run time by its registered
+// name, so `tarn register` must have been run.
 //
 //   embed-c PROJECT.tprj [APPLICATION_PATH]
 //
-// APPLICATION_PATH is the folder of the installed data, with a separator at its end; without it
-// the server looks beside its own library. Ends with 0 after a successful build.
+// APPLICATION_PATH is the folder of the installed data, with a trailing separator; by default the
+// server searches next to its own library. Exits with 0 after a successful build.
 
 #include <stdio.h>
 #include <stdlib.h>
@@ -13,7 +13,7 @@
 #include <tarn/load.h>
 
 enum {
-  kMethodGetSelectedApplication = 26,  // numbers of methods never change
+  kMethodGetSelectedApplication = 26,  // method numbers never change
   kMethodInitToolManager = 17,
   kCommandBuildAll = 0x8112,
   kLongestWait = 60 * 1000  // milliseconds
@@ -28,7 +28,8 @@ typedef struct Host {
   int hasSucceeded;
 } Host;
 
-// Calls a method that answers with a number; 0 when the call fails, with the reason on stderr.
+// Calls a method that returns a number. Returns 0 and prints the reason on stderr if the call
+// fails.
 static int32_t CallLong(const Host* host, TarnObject* object, const char* method,
                         const TarnVariant* arguments, size_t count) {
   TarnVariant result;
@@ -42,8 +43,8 @@ static int32_t CallLong(const Host* host, TarnObject* object, const char* method
   return number;
 }
 
-// Whether a method of the inspector that names what is wrong answers with an empty text; else the
-// answer goes to stderr.
+// Calls a method of the inspector that describes a problem. Returns true if the result is an empty
+// string; otherwise prints it on stderr.
 static int HasNoProblem(const Host* host, const char* method) {
   TarnVariant result;
   int isEmpty = 0;
@@ -62,7 +63,7 @@ static int32_t CallWithNumber(const Host* host, const char* method, int32_t numb
   return CallLong(host, host->manager, method, &argument, 1);
 }
 
-// What a tool has reported of its output, its headers for example, goes to the project.
+// Passes a tool's report about its output, such as the headers used, to the project.
 static void HandOnReports(const Host* host) {
   TarnVariant arguments[2];
   TarnVariant report;
@@ -82,7 +83,7 @@ static void PrintUtf8(unsigned long character) {
   while ((shift -= 6) >= 0) fputc((int)(0x80 | (character >> shift & 0x3F)), stderr);
 }
 
-// Prints a reference of XML as the character that it stands for, and returns its length; 0 for
+// Prints the character of an XML reference and returns the length of the reference; returns 0 for
 // anything else.
 static size_t PrintReference(const char* text) {
   static const char* const kNames[] = {"&lt;", "&gt;", "&amp;"};
@@ -103,7 +104,7 @@ static size_t PrintReference(const char* text) {
   return 0;
 }
 
-// Prints the lines of a tool: the element "header" of each message.
+// Prints a tool's lines: the element "header" of each message.
 static void PrintMessages(const char* xml) {
   static const char kHeader[] = "<header>";
   const char* at = xml;
@@ -118,7 +119,7 @@ static void PrintMessages(const char* xml) {
   }
 }
 
-// Texts live only during the call; whoever needs them longer copies them.
+// Strings are valid during the call only; a receiver that needs them longer must copy them.
 static intptr_t OnMessage(void* context, uint32_t message, intptr_t wParam, intptr_t lParam) {
   Host* host = (Host*)context;
   switch (message) {
@@ -141,16 +142,16 @@ static intptr_t OnMessage(void* context, uint32_t message, intptr_t wParam, intp
     default:
       break;
   }
-  return 1;  // agreed: 0 would refuse a build or a close
+  return 1;  // consent: 0 would refuse a build or a close
 }
 
 static int32_t HasWorkerEnded(void* context) {
   return ((Host*)context)->hasWorkerEnded;
 }
 
-// Makes the server and a tool manager, brings the two together, and makes sure that the
-// installation is whole: with a part of it missing every project would seem to be built. A project
-// that was read only in part is not to be built, either.
+// Creates the server and a tool manager, connects them, and checks that the installation is
+// complete: if a part is missing, every project would appear to be built. Also makes the server
+// refuse to build a project that could be read only partially.
 static int Start(Host* host, int32_t window, const char* applicationPath) {
   TarnVariant init[3];
   TarnVariant tools;
@@ -181,7 +182,7 @@ static int Start(Host* host, int32_t window, const char* applicationPath) {
   return HasNoProblem(host, "GetInstallationProblem");
 }
 
-// The object that others of this process find is the one that was made.
+// Returns true if other code of this process would find the object that was created here.
 static int FindsItself(const Host* host) {
   TarnObject* running = NULL;
   int isSame = 0;
@@ -191,7 +192,7 @@ static int FindsItself(const Host* host) {
   return isSame;
 }
 
-// Makes the options of every node known now; else that happens in front of a build.
+// Publishes the options of every node now; otherwise that happens before a build.
 static void PublishAll(const Host* host) {
   CallLong(host, host->inspector, "PublishAll", NULL, 0);
 }
@@ -211,7 +212,7 @@ static void ShowApplication(const Host* host) {
   }
 }
 
-// Errors have a kind, a text and a place.
+// Demonstrates errors, which have a kind, a text and a position.
 static void ShowError(const Host* host) {
   const TarnVariant wrong = TarnText("build");
   const int32_t status = host->tarn->InvokeByName(host->manager, "Command", &wrong, 1, NULL);
@@ -222,7 +223,7 @@ static void ShowError(const Host* host) {
 
 static int Build(Host* host) {
   if (CallWithNumber(host, "PrologCommand", kCommandBuildAll) == 0) return 0;
-  // 2: the work goes on in the background, and needs this thread to serve its loop.
+  // 2: the work continues in the background, and this thread must run its message loop.
   if (CallWithNumber(host, "Command", kCommandBuildAll) == 2) {
     host->tarn->PumpUntil(HasWorkerEnded, host, kLongestWait);
   }
@@ -241,7 +242,7 @@ static int Work(Host* host, const char* project) {
   PublishAll(host);
   ShowApplication(host);
   ShowError(host);
-  // A build passes over what nothing says how to build.
+  // A build skips files without a build rule.
   isBuilt = Build(host) && HasNoProblem(host, "GetBuildProblem");
   printf("built: %s\n", isBuilt ? "yes" : "no");
   return isBuilt;
@@ -268,7 +269,7 @@ int main(int argc, char** argv) {
     CallLong(&host, host.manager, "Clean", NULL, 0);
   }
   host.tarn->Release(host.inspector);
-  // The manager uses the tools to its end, and tells the window of it.
+  // The manager uses the tools until it is destroyed, and notifies the window of that.
   host.tarn->Release(host.manager);
   host.tarn->Release(host.tools);
   host.tarn->RemoveWindow(window);

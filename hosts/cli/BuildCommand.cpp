@@ -43,8 +43,8 @@ nlohmann::json ToJson(CommandContext& context, const BuildGap& gap) {
           {"severity", gap.isFatal ? "error" : "warning"}};
 }
 
-// What the build has left out; a warning unless something that it must make is missing. Also if the
-// user wants quiet: without it the build would look whole.
+// Prints what the build has left out: a warning, or an error if a required part is missing. Printed
+// even with --quiet, because otherwise the build would look complete.
 void ComplainOfGaps(CommandContext& context, const BuildOutcome& outcome) {
   for (const BuildGap& gap : outcome.gaps.gaps) {
     const std::string text = GapText(context, gap);
@@ -74,7 +74,7 @@ void PrintOutcome(CommandContext& context, const BuildOutcome& outcome,
                       {"diagnostics", ToJson(reporter.GetDiagnostics())}});
 }
 
-// What the user should know about the state that was or is to be kept.
+// Reports a problem with the stored state.
 void RemarkState(CommandContext& context) {
   if (context.Session().State().IsUsable() || !context.Asked().verbose) {
     return;
@@ -83,7 +83,7 @@ void RemarkState(CommandContext& context) {
                  " can't be used, or only in part; what it lacks is treated as not built.");
 }
 
-// Ends a build that never started.
+// Ends a build that was never started.
 int EndUnstarted(CommandContext& context, BuildEnd end, int code, const std::string& why) {
   if (context.Asked().json) {
     PrintJson(context, {{"result", WordOf(end)}, {"exitCode", code}, {"error", why}});
@@ -91,7 +91,8 @@ int EndUnstarted(CommandContext& context, BuildEnd end, int code, const std::str
   return code;
 }
 
-// Two builds in one project at once would each judge by what the other is about to replace.
+// Takes the build lock: two simultaneous builds of a project would each decide by outputs that the
+// other is about to replace.
 int LockBuild(CommandContext& context) {
   BuildSession& session = context.Session();
   if (context.Asked().noWait && !session.TryLockBuild()) {

@@ -9,14 +9,15 @@ namespace {
 
 constexpr std::int32_t kProgressTimer = 1;
 constexpr std::chrono::milliseconds kProgressPeriod(200);
-// Lines of a tool that failed; more of them would hide what matters.
+// Maximum number of lines shown of a failed tool; more would hide what matters.
 constexpr std::size_t kMostLines = 100;
 
 bool IsProblem(const LogEntry& entry) {
   return entry.kind == LogKind::Error || entry.kind == LogKind::Warning;
 }
 
-// Belongs to a problem: a note with a place, or the source lines that a compiler shows.
+// Returns true if the line belongs to a problem: a note with a position, or an excerpt of the
+// source as printed by compilers.
 bool IsContext(const LogEntry& entry) {
   return !entry.file.empty() || entry.text.starts_with(" ");
 }
@@ -64,7 +65,7 @@ void BuildReporter::OnToolEnded(bool success, const std::vector<LogEntry>& messa
   }
 }
 
-// Says in place of the lines of a tool that failed where they are.
+// Prints a hint in place of the omitted lines of a failed tool.
 void BuildReporter::PrintSkipped(std::size_t& count) {
   if (count == 0 || detail == ReportDetail::Nothing) return;
   console.PrintLine("(" + CountText(static_cast<int>(count), "line") +
@@ -72,8 +73,8 @@ void BuildReporter::PrintSkipped(std::size_t& count) {
   count = 0;
 }
 
-// A tool's plain lines are shown if they belong to something that went wrong: context of a problem,
-// and the last lines of a tool that failed. The first line is the command.
+// Decides whether a line of a tool is shown. Plain lines are shown if they belong to a problem: its
+// context, and the last lines of a failed tool. The first line is the command.
 bool BuildReporter::IsWanted(const LogEntry& entry, bool isFirst, bool isEndOfFailed) const {
   if (detail == ReportDetail::Nothing) return false;
   if (detail == ReportDetail::Everything || entry.kind != LogKind::Plain) return true;

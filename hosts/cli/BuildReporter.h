@@ -13,27 +13,27 @@
 
 namespace tarn::host {
 
-// How much of a build is told while it runs.
+// How much of a build is shown while it runs.
 enum class ReportDetail { Nothing, Diagnostics, Progress, Everything };
-// As -v, -q and --json want it.
+// The detail requested with -v, -q and --json.
 ReportDetail DetailOf(const Invocation& asked);
 
-// Tells a build on a console: a progress line where lines can be taken back, else one line for
-// each tool, and what the tools say as they end.
+// Shows a build on a console: a progress line if the output is a terminal that can redraw lines,
+// else one line per tool, and the tools' messages as they end.
 class BuildReporter : public BuildObserver {
  public:
-  // `countWork` tells how many tools there are to run; asked once, when the first one starts.
+  // `countWork` returns the number of tools to run; it is called once, when the first one starts.
   BuildReporter(Console& output, std::string startFolder, ReportDetail reportDetail,
                 std::function<int()> countWork);
 
   void OnToolStarted(const ToolStart& start) override;
   void OnToolEnded(bool success, const std::vector<LogEntry>& messages) override;
-  // Draws the running clock anew.
+  // Redraws the running clock.
   void OnTick();
 
-  // Runs the build and tells of it; on a terminal also the time that goes by.
+  // Runs the build and shows its events; on a terminal also the elapsed time.
   BuildOutcome Watch(BuildSession& session, const BuildRequest& request);
-  // Takes the progress line away and tells how it ended.
+  // Removes the progress line and shows the result.
   void Finish(const BuildOutcome& outcome, BuildWork work,
               const std::vector<ApplicationSummary>& summaries);
 
@@ -51,7 +51,7 @@ class BuildReporter : public BuildObserver {
   const std::string folder;
   const ReportDetail detail;
   BuildProgress progress;
-  std::string current;  // file or tool, as it is shown
+  std::string current;  // displayed file or tool
   std::vector<LogEntry> diagnostics;
 };
 

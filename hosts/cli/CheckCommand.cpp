@@ -23,7 +23,7 @@ std::string LineOf(const CommandContext& context, const Finding& finding) {
   return position + Printable(DescribeFinding(finding, Shortener(context)));
 }
 
-// The findings of the chosen applications, and those that concern the whole project.
+// Returns the findings of the chosen applications, and those that concern the whole project.
 std::vector<Finding> Collect(CommandContext& context) {
   ProjectCheck check(context.Session(), context.Files());
   while (!check.Continue(std::chrono::seconds(1))) {

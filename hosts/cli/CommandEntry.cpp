@@ -9,7 +9,7 @@ namespace tarn::host {
 
 namespace {
 
-// The words for values, those that help a shell to complete them above all.
+// The names of value types, mainly those for which a shell can offer completions.
 struct ValueWord {
   const char* word;
   ValueKind kind;
@@ -37,7 +37,7 @@ std::string Upper(std::string text) {
   return text;
 }
 
-// The word for a switch's value: the type it was given, or its own name.
+// Returns the placeholder for an option's value: its type name, or the option's own name.
 std::string ValueWordOf(const CLI::Option& option) {
   if (option.get_items_expected_max() == 0) return {};
   std::string type = option.get_type_name();
@@ -88,7 +88,7 @@ CommandEntry DescribeCommand(const CLI::App& app) {
   }
   entry.help = app.get_description();
   for (const CLI::Option* option : app.get_options()) AddOption(entry, *option);
-  // What every command has comes last.
+  // Options that every command has are listed last.
   std::stable_partition(entry.flags.begin(), entry.flags.end(),
                         [](const FlagEntry& each) { return !IsCommonFlag(each.names.back()); });
   for (const CLI::App* child : app.get_subcommands({})) {

@@ -10,9 +10,9 @@ class App;
 
 namespace tarn::host {
 
-// What a value on the command line is; tells how a shell completes it.
+// Kind of a value on the command line; determines how a shell completes it.
 enum class ValueKind {
-  None,  // a flag, or anything at all
+  None,  // a flag, or an arbitrary value
   Project,
   Configuration,
   Application,
@@ -38,10 +38,10 @@ struct FlagEntry {
   ValueKind kind = ValueKind::None;
 };
 
-// A command as the help, the manual page and the completion scripts describe it.
+// A command as described in the help, the manual page and the completion scripts.
 struct CommandEntry {
-  std::vector<std::string> words;  // behind "tarn": {"options", "set"}; none for the program
-  std::string help;                // one sentence without its dot
+  std::vector<std::string> words;  // after "tarn": {"options", "set"}; empty for the program
+  std::string help;                // one sentence without full stop
   std::string group;               // heading under which the program lists it
   std::vector<ArgumentEntry> arguments;
   std::vector<FlagEntry> flags;
@@ -50,15 +50,15 @@ struct CommandEntry {
 
   // "tarn options set OPTION VALUE [PROJECT] [options]"
   std::string Usage() const;
-  // "tarn options set", with another text between the words if wanted.
+  // Returns "tarn options set", joined by `separator`.
   std::string Title(const std::string& separator = " ") const;
 };
 
-// The group of positional arguments that a command checks itself, since which word is which shows
-// only when it looks at them. They are described as required.
+// Name of the group of positional arguments that a command checks itself, because their meaning
+// depends on the values. They are described as required.
 inline constexpr const char* kRequiredGroup = "Required";
 
-// Describes a parser and everything below it. Hidden commands are left out.
+// Describes a parser and all its subcommands. Hidden commands are left out.
 CommandEntry DescribeCommand(const CLI::App& app);
 
 }  // namespace tarn::host

@@ -22,7 +22,7 @@ class HelpFormatter : public CLI::FormatterBase {
   }
 };
 
-// Builds the commands and their options, and fills in the invocation as they are read.
+// Defines the commands and their options, and fills in the invocation during parsing.
 class Grammar {
  public:
   Grammar() : app("Builds firmware projects.", "tarn") {
@@ -59,7 +59,7 @@ class Grammar {
   }
 
  private:
-  // A command that talks to a program, so that nothing can be said of its looks.
+  // Adds a command whose peer is a program, so display options don't apply.
   CLI::App* AddPlainCommand(CLI::App& parent, const std::string& name, const std::string& help) {
     CLI::App* command = parent.add_subcommand(name, help);
     const bool isNested = &parent != &app;
@@ -90,14 +90,14 @@ class Grammar {
         ->check(IsGiven());
   }
 
-  // For a command that builds, cleans, changes what the project's files hold, or writes a file of
-  // all that the project holds.
+  // Adds the option for commands that build, clean, change the project's files, or export the whole
+  // project.
   void AddDamagedOk(CLI::App* command) {
     command->add_flag("--damaged-ok", invocation.damagedOk,
                       "Go on with a project that could be read only in part");
   }
 
-  // For a command that changes what the project's files hold.
+  // Adds the options for commands that change the project's files.
   void AddEditing(CLI::App* command) {
     AddDamagedOk(command);
     AddWriting(command);
@@ -240,7 +240,7 @@ class Grammar {
     }
   }
 
-  // What a new configuration starts from.
+  // Adds the options for the initial values of a new configuration.
   void AddOrigins(CLI::App* command) {
     CLI::Option* from =
         command
@@ -251,7 +251,7 @@ class Grammar {
     command->add_flag("--empty", invocation.empty, "Copy no options")->excludes(from);
   }
 
-  // For what a script may take from a variable that has nothing in it.
+  // Rejects an empty value, which a script may pass from an unset variable.
   static CLI::Validator IsGiven() {
     return {[](std::string& text) { return text.empty() ? "needs a name" : std::string(); }, ""};
   }
@@ -314,7 +314,7 @@ class Grammar {
     AddOutsideOk(command);
   }
 
-  // Whoever drives it gives everything else by messages.
+  // The client passes everything else in messages.
   void AddServe() {
     AddTrustFlag(AddPlainCommand(app, "serve", "Let an editor drive projects (JSON-RPC on stdio)"));
   }
@@ -344,7 +344,7 @@ class Grammar {
     }
   }
 
-  // Words are sorted out by the command: the project in front of them may be left out.
+  // The command itself interprets its arguments, because the leading project may be omitted.
   CLI::App* AddEdit(const std::string& name, const std::string& help) {
     CLI::App* command = AddCommand(app, name, help);
     AddProject(command, "Look for NODE in this application");
@@ -365,7 +365,7 @@ class Grammar {
     Require(remove->add_option("NODE", invocation.words, kNodeHelp));
     CLI::App* move = AddEdit("move", "Move files or groups within a project");
     Require(move->add_option("NODE", invocation.words, kNodeHelp));
-    // Takes nothing from the parser: the words in front of it take all.
+    // Only for the help: the arguments before it consume all values.
     Require(move->add_option("TARGET", invocation.target,
                              "Where to: a group, an application, or a file to put it before"));
     CLI::App* rename = AddEdit("rename", "Give a file, group or application another label");
@@ -400,7 +400,7 @@ class Grammar {
     AddWriting(command);
   }
 
-  // Checked by the command.
+  // The command checks that the argument is present.
   static void Require(CLI::Option* option) { option->group(kRequiredGroup); }
 
   void AddExports() {
@@ -430,7 +430,7 @@ class Grammar {
     for (const char* shell : {"bash", "zsh", "fish"}) {
       AddPlainCommand(*completion, shell, std::string("A script for ") + shell);
     }
-    // What the build and the scripts ask for, no business of people.
+    // For the build and the completion scripts; hidden from users.
     AddCommand(app, "man", "Print the manual page")->group("");
     CLI::App* complete = AddCommand(app, "complete", "List names that a shell can complete");
     complete->group("");
@@ -450,7 +450,7 @@ class Grammar {
   Invocation invocation;
 };
 
-// The lines that say that there is no command as the first words name it; empty if there is one.
+// Returns the error lines if the first words don't name a command; empty if they do.
 std::vector<std::string> ExplainUnknownCommand(const Grammar& grammar, const CLI::App& parent,
                                                int argc, const char* const* argv, int first) {
   for (int i = first; i < argc; ++i) {
@@ -471,8 +471,8 @@ std::vector<std::string> ExplainUnknownCommand(const Grammar& grammar, const CLI
   return {};
 }
 
-// The first option before a "--" that is written "--name=" with nothing after it, without the
-// equals sign: the parser would take the next word for its value.
+// Returns the first option before a "--" that is written "--name=" with an empty value, without the
+// equals sign. The parser would take the next argument as its value.
 std::string OptionWithoutValue(int argc, const char* const* argv) {
   for (int i = 1; i < argc && std::string_view(argv[i]) != "--"; ++i) {
     const std::string_view word = argv[i];
@@ -509,7 +509,7 @@ void Complain(const std::string& text, const std::vector<std::string>& more = {}
 
 ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
   Grammar grammar;
-  // `tarn help build` is another way to say `tarn build --help`.
+  // `tarn help build` is equivalent to `tarn build --help`.
   std::vector<const char*> turned(argv, argv + argc);
   if (argc > 1 && std::string_view(argv[1]) == "help") {
     turned.erase(turned.begin() + 1);

@@ -7,8 +7,8 @@
 
 namespace tarn::host {
 
-// Reads the command line. Without an invocation everything is said already (help, version or what
-// is wrong) and `exitCode` tells how to end.
+// Result of parsing the command line. If there is no invocation, the help, the version or an error
+// has already been printed, and `exitCode` is the program's exit code.
 struct ParsedCommandLine {
   std::optional<Invocation> invocation;
   int exitCode = kExitDone;
@@ -16,7 +16,7 @@ struct ParsedCommandLine {
 
 ParsedCommandLine ParseCommandLine(int argc, const char* const* argv);
 
-// The program with all its commands, as they are defined for the parser.
+// Describes the program with all its commands, from the definitions for the parser.
 CommandEntry DescribeCommandLine();
 
 }  // namespace tarn::host

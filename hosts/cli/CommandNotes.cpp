@@ -12,7 +12,7 @@ const char* const kFiles = "Projects and their files";
 const char* const kSettings = "Options and configurations";
 const char* const kPrograms = "Other programs";
 
-// Commands in the groups' order; what isn't listed here comes last in the last group.
+// Commands in display order; a command that isn't listed here comes last in the last group.
 const std::vector<CommandNote>& Notes() {
   static const std::vector<CommandNote> notes = {
       {"tarn",

@@ -7,18 +7,18 @@
 
 namespace tarn::host {
 
-// What the definitions of the commands don't hold, for help and manual page.
+// Help texts of a command that are not part of its definition, for the help and the manual page.
 struct CommandNote {
   std::string command;                                        // "tarn options set"
   std::string group;                                          // heading in the program's help
   std::vector<std::pair<std::string, std::string>> examples;  // line, what it does
 };
 
-// The note of a command; one without examples in the last group when there is none.
+// Returns the note of a command; by default one without examples in the last group.
 const CommandNote& NoteOf(const std::string& command);
-// The headings in the order in which they are shown.
+// Returns the headings in display order.
 const std::vector<std::string>& CommandGroups();
-// Whether every command has this switch, so that it is listed behind a command's own.
+// Returns true if every command has this option, so that it is listed after a command's own ones.
 bool IsCommonFlag(std::string_view name);
 
 using TextTable = std::vector<std::pair<std::string, std::string>>;

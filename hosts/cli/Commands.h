@@ -7,7 +7,7 @@
 
 namespace tarn::host {
 
-// The commands of the program. Each gives the exit code.
+// The commands of the program. Each returns the exit code.
 int RunBuild(CommandContext& context);       // build, rebuild, clean
 int RunStatus(CommandContext& context);      // status
 int RunCheck(CommandContext& context);       // check
@@ -32,15 +32,15 @@ int RunTrust(CommandContext& context);       // trust
 int RunServe(CommandContext& context);       // serve
 int RunRegister(CommandContext& context);    // register, unregister
 
-// Writes a document for programs, with what was lost of the project as "damage"; bytes that are no
+// Prints a JSON document, to which damage of the project is added as "damage"; bytes that are not
 // UTF-8 are replaced.
 void PrintJson(CommandContext& context, nlohmann::json document);
-// Names that somebody can ask for.
+// Names by which a user can select targets or families.
 std::vector<std::string> TargetNames(const std::vector<TargetEntry>& targets);
 std::vector<std::string> FamilyNames(const std::vector<TargetEntry>& targets);
-// 0, or an exit code with everything said if a file of the listed targets was read only in part.
+// Returns 0, or an exit code after printing the error if a target file was read only partially.
 int CheckTargetFiles(CommandContext& context, const std::string& list);
-// Messages of a build as a list.
+// Returns the messages of a build as a JSON array.
 nlohmann::json ToJson(const std::vector<LogEntry>& entries);
 
 }  // namespace tarn::host

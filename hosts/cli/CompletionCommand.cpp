@@ -16,7 +16,7 @@ namespace {
 struct KindWord {
   ValueKind kind;
   const char* word;
-  bool isAsked;  // of this program; else the shell knows
+  bool isAsked;  // completed by this program; else by the shell
 };
 
 constexpr KindWord kKindWords[] = {
@@ -37,7 +37,7 @@ std::vector<std::string> OptionNames(CommandContext& context) {
   return OptionTable(options.ListProperties("")).GetNames({values.GetOwnSet()});
 }
 
-// Labels of groups and applications, paths of files: what --node takes.
+// Adds the values accepted by --node: labels of groups and applications, paths of files.
 void AddNodes(CommandContext& context, const CXmlNode& node, std::vector<std::string>& names) {
   for (const CXmlNode* child : node.GetChildren()) {
     if (!ProjectTree::IsShown(*child)) continue;
@@ -51,7 +51,7 @@ void AddNodes(CommandContext& context, const CXmlNode& node, std::vector<std::st
 std::vector<std::string> NamesOf(CommandContext& context, ValueKind kind) {
   std::vector<std::string> names;
   if (kind == ValueKind::Option) return OptionNames(context);
-  // Publishing writes paths in full.
+  // Publishing makes paths absolute.
   if (kind == ValueKind::Node) context.Session().Inspector().PublishAll();
   const ProjectTree tree(context.Session().Inspector().GetTree());
   if (kind == ValueKind::Node && tree.GetRoot() != nullptr) {

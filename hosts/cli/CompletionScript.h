@@ -7,14 +7,15 @@
 
 namespace tarn::host {
 
-// Scripts that complete the commands of a program in a shell: commands, switches, project files,
-// and, by asking the program itself, configurations, applications, nodes and options. A name from
-// a project never runs as code, whatever it holds.
+// Create scripts with which a shell completes the program's commands, options and project files.
+// The scripts call the program itself to complete configurations, applications, nodes and options.
+// A name from a project is never executed as code, whatever characters it contains.
 std::string MakeBashCompletion(const CommandEntry& program);
 std::string MakeZshCompletion(const CommandEntry& program);
 std::string MakeFishCompletion(const CommandEntry& program);
 
-// What a script asks `tarn complete` for by this word; nothing when the shell knows by itself.
+// Returns the kind that a script requests with this argument of `tarn complete`; nullopt if the
+// shell completes it by itself.
 std::optional<ValueKind> KindOfWord(const std::string& word);
 
 }  // namespace tarn::host

@@ -46,7 +46,7 @@ std::string_view CodeOf(Paint paint) {
   return {};
 }
 
-// At most `columns` of the text, not cut inside a character.
+// Returns at most `columns` characters of the text, without splitting one.
 std::string_view CutToWidth(std::string_view text, int columns) {
   int seen = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -113,7 +113,7 @@ void Console::ShowQuestion(std::string_view text) {
 void Console::ShowProgress(std::string_view text) {
   if (!style.redraws) return;
   progress = Printable(text);
-  // One column less than there are: the last one makes some terminals go to the next line.
+  // One column is left free, because some terminals wrap after the last one.
   const int columns = style.width ? style.width() - 1 : kUsualWidth;
   Write(std::string(kEraseLine).append(CutToWidth(progress, columns)));
 }

@@ -11,18 +11,19 @@ namespace tarn::host {
 
 enum class Paint { Plain, Bold, Dim, Red, Yellow, Green, Cyan };
 
-// What can be done with an output.
+// Capabilities of an output.
 struct ConsoleStyle {
-  bool redraws = false;  // a terminal that can take a line back
+  bool redraws = false;  // a terminal that can rewrite a line
   bool color = false;
-  std::function<int()> width;  // columns; asked at each drawing, since windows change
+  std::function<int()> width;  // columns; called on each redraw, because windows are resized
 
-  // Of the standard output of this process. Colour needs a terminal and no NO_COLOR.
+  // Returns the style for this process's standard output. Colour requires a terminal and no
+  // NO_COLOR.
   static ConsoleStyle OfStandardOutput(bool noColor);
 };
 
-// A line for the console. Text of any origin becomes part of it in a form that does nothing to a
-// terminal (see Printable); only Console::Dye adds sequences that do.
+// A line for the console. Text from any source is converted to a form that is harmless to a
+// terminal (see Printable); only Console::Dye adds escape sequences.
 class ConsoleText {
  public:
   ConsoleText(std::string_view plain);
@@ -35,7 +36,7 @@ class ConsoleText {
   }
   friend ConsoleText operator+(ConsoleText left, const ConsoleText& right) { return left += right; }
 
-  // As the terminal gets it.
+  // The bytes for the terminal.
   const std::string& GetBytes() const { return bytes; }
 
  private:
@@ -44,13 +45,12 @@ class ConsoleText {
   std::string bytes;
 };
 
-// The formats of what programs read, each of which has its own way to write a character.
+// Format of machine-readable output; determines how a character is escaped.
 enum class DocumentFormat { Lines, Json, Xml };
 
-// All that the program writes to its user: lines on the output, with one progress line below them
-// that is drawn again and again, and complaints on the error stream. Whatever a project, an option
-// or a tool contains, no control character of it reaches either stream, also if that is no
-// terminal.
+// All output to the user: lines on the output stream, with one progress line below them that is
+// redrawn, and errors on the error stream. Control characters from projects, options or tools never
+// reach either stream, even if it is not a terminal.
 class Console {
  public:
   // The streams are borrowed.
@@ -58,27 +58,28 @@ class Console {
 
   void SetStyle(ConsoleStyle consoleStyle) { style = std::move(consoleStyle); }
 
-  // A whole line, above the progress line.
+  // Prints a whole line above the progress line.
   void PrintLine(const ConsoleText& text);
-  // A document with a line end after it. It keeps its meaning.
+  // Prints a document and a line end. Control characters are escaped without changing its meaning.
   void PrintDocument(std::string_view text, DocumentFormat format);
-  // A line on the error stream that names the program, and further ones below it. A line end within
-  // one of them is part of a name, and shown like other control characters.
+  // Prints a line with the program's name on the error stream, and the lines of `more` below it. A
+  // line end inside one of them can only be part of a name, so it is escaped like other control
+  // characters.
   void Complain(std::string_view text, const std::vector<std::string>& more = {});
-  // A line there without the name.
+  // Prints a line on the error stream without the name.
   void PrintError(std::string_view text);
-  // Like Complain, and the cursor stays behind the question.
+  // Like Complain(), but leaves the cursor after the question.
   void ShowQuestion(std::string_view text);
-  // Replaces the progress line; does nothing where lines can't be taken back.
+  // Replaces the progress line; no-op if the output can't redraw lines.
   void ShowProgress(std::string_view text);
   void ClearProgress();
 
-  // The text in a colour, where there are colours.
+  // Returns the text in a colour if the output supports colours.
   ConsoleText Dye(Paint paint, std::string_view text) const;
-  // A whole line was printed.
+  // True if a whole line was printed.
   bool HasPrinted() const { return hasPrinted; }
   bool Redraws() const { return style.redraws; }
-  // Error number of the first write to the output that failed; 0 if none has.
+  // Error number of the first failed write to the output; 0 if there was none.
   int GetFailure() const { return failure; }
 
  private:

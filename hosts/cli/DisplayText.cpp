@@ -23,7 +23,7 @@ constexpr KindWord kKindWords[] = {
     {LogKind::Warning, "warning", Paint::Yellow},
 };
 
-// Paints the first "error" or "warning" that stands as a word of its own in front of a colon.
+// Colours the first "error" or "warning" that is a separate word before a colon.
 ConsoleText DyeKind(const std::string& text, const KindWord& kind, const Console& console) {
   for (const std::string& word : {std::string("fatal ") + kind.word, std::string(kind.word)}) {
     const std::size_t at = text.find(word + ":");
@@ -34,8 +34,8 @@ ConsoleText DyeKind(const std::string& text, const KindWord& kind, const Console
   return console.Dye(kind.paint, std::string(kind.word) + ":") + " " + text;
 }
 
-// What the tool itself wrote behind the name of the file, with its column, if it wrote the place
-// that the entry names.
+// Returns the rest of the line after the file name, with the column, if the tool's position matches
+// that of the entry.
 std::string TextBehindFile(const LogEntry& entry) {
   const std::string place = ":" + std::to_string(entry.line) + ":";
   const std::size_t at = entry.text.find(place);
@@ -45,8 +45,8 @@ std::string TextBehindFile(const LogEntry& entry) {
   return namesFile ? entry.text.substr(at) : std::string();
 }
 
-// The part of a line that names the file, as its tool wrote it: the whole path, or as much of its
-// end as the line has, with the levels up before that. Empty if there is none.
+// Returns the part of a line that names the file, as the tool wrote it: the whole path, or as much
+// of its end as the line contains, including leading "../". Empty if there is none.
 std::string_view FindName(std::string_view line, std::string_view file) {
   constexpr std::string_view kUp = "../";
   const auto isStart = [line](std::size_t at) {
@@ -70,14 +70,14 @@ std::string_view FindName(std::string_view line, std::string_view file) {
 
 std::string DisplayPath(const std::string& path, const std::string& folder) {
   if (IsRelativePath(path) || folder.empty()) return path;
-  // The OS follows a symbolic link before this "..", so the path can't be shortened by its letters.
+  // The OS resolves a symbolic link before this "..", so the path can't be shortened lexically.
   if (FindParentStep(path) != std::string::npos) return path;
   std::string relative = ReplaceAll(RelativeDiskPath(folder, path), "\\", "/");
   if (relative.empty()) return path;
   if (relative.starts_with("./")) relative.erase(0, 2);
   std::size_t levels = 0;
   while (std::string_view(relative).substr(levels * 3).starts_with("../")) ++levels;
-  // A way that leads over the root tells less than the path itself.
+  // A relative path that passes through the root is less readable than the path itself.
   const auto depth = static_cast<std::size_t>(std::count(folder.begin(), folder.end(), '/'));
   return levels > kMostLevelsUp || (levels > 0 && levels >= depth) ? path : relative;
 }
@@ -104,7 +104,7 @@ ConsoleText DisplayEntry(const LogEntry& entry, const std::string& folder, const
     if (entry.line > 0) behind = ":" + std::to_string(entry.line);
     behind += ": " + word + " " + Printable(entry.message);
   } else if (behind.find(word) == std::string::npos) {
-    // Not every tool says what kind it is; the kind then goes behind line and column.
+    // Not every tool prints the severity; insert it after line and column.
     behind.insert(std::min(behind.find_first_not_of(":0123456789"), behind.size()), " " + word);
   }
   return console.Dye(Paint::Bold, file) + DyeKind(behind, *kind, console);

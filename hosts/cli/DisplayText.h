@@ -11,23 +11,24 @@
 
 namespace tarn::host {
 
-// The path as somebody in `folder` would write it: relative where it lies in or near the folder,
-// else as it is.
+// Returns the path as a user in `folder` would write it: relative if it is in or near the folder,
+// else unchanged.
 std::string DisplayPath(const std::string& path, const std::string& folder);
 
-// A message of a build as one line: place relative to `folder`, the word for its kind in colour.
+// Formats a message of a build as one line, with the path relative to `folder` and the severity in
+// colour.
 ConsoleText DisplayEntry(const LogEntry& entry, const std::string& folder, const Console& console);
 
-// "1:05" for a running clock.
+// Formats a running clock: "1:05".
 std::string ClockText(std::chrono::milliseconds elapsed);
-// "0.8 s" for a summary.
+// Formats a duration for a summary: "0.8 s".
 std::string DurationText(std::chrono::milliseconds elapsed);
 // "1 warning", "2 warnings".
 std::string CountText(int count, std::string_view noun);
 
-// How many columns of a terminal the UTF-8 text takes, where each character takes one.
+// Returns the width of a UTF-8 text on a terminal, assuming one column per character.
 std::size_t ColumnsOf(std::string_view text);
-// The text, made that many columns wide.
+// Returns the text padded with spaces to this width.
 std::string Padded(std::string text, std::size_t columns);
 
 }  // namespace tarn::host

@@ -19,11 +19,11 @@ namespace {
 constexpr std::string_view kProjectExtension = ".tprj";
 constexpr std::string_view kApplicationExtension = ".tapp";
 
-// How many words a command works on, the project not counted.
+// The number of arguments of a command, without the project.
 struct EditWords {
   const char* command;
   std::size_t least;
-  bool more;  // any number beyond that
+  bool more;  // may be followed by any number of others
   const char* usage;
 };
 
@@ -43,7 +43,8 @@ void CollectParents(FileSystem& files, const CXmlNode& node, const std::string& 
   }
 }
 
-// The groups or applications that have the file, of an application that has it more than once.
+// Returns the groups and applications that contain the file, for an application that lists it more
+// than once.
 std::vector<std::string> ParentsOfRepeated(FileSystem& files, const std::string& tree,
                                            const std::string& path) {
   const ProjectTree project(tree);
@@ -56,8 +57,8 @@ std::vector<std::string> ParentsOfRepeated(FileSystem& files, const std::string&
   return {};
 }
 
-// The empty files that a command makes. What of them exists is removed again with the object,
-// unless Keep is called: nothing refers to it then.
+// The empty files created by a command. The destructor removes them again unless Keep() is called,
+// because nothing refers to them then.
 class CreatedFiles {
  public:
   CreatedFiles() = default;
@@ -66,15 +67,15 @@ class CreatedFiles {
   ~CreatedFiles() {
     std::error_code ignored;
     for (const std::string& path : paths) {
-      // Another program may have written something into it since.
+      // Another program may have written to it in the meantime.
       if (std::filesystem::is_empty(path, ignored)) std::filesystem::remove(path, ignored);
     }
   }
 
-  // The file is about to be made.
+  // Call this before the file is created.
   void Expect(const std::string& path) {
     std::error_code ignored;
-    // A link that leads nowhere is the user's.
+    // A dangling link belongs to the user.
     const auto status = std::filesystem::symlink_status(path, ignored);
     if (!std::filesystem::exists(status)) paths.push_back(path);
   }
@@ -84,7 +85,7 @@ class CreatedFiles {
   std::vector<std::string> paths;
 };
 
-// One command that changes the tree. Nothing is written unless all of it could be done.
+// One command that changes the tree. Nothing is written unless all of it succeeds.
 class Edit {
  public:
   explicit Edit(CommandContext& commandContext)
@@ -107,7 +108,7 @@ class Edit {
 
   int FindNode(const std::string& key) { return context.FindNode(key, context.Scope()); }
   std::string TreeText() { return context.Session().Inspector().GetTree(); }
-  // Carries a command out. False when the tree is the same afterwards.
+  // Executes a command. Returns false if the tree has not changed.
   bool Change(std::uint32_t command) {
     const std::string before = TreeText();
     context.Session().Manager().Command(command);
@@ -124,7 +125,7 @@ class Edit {
   std::vector<std::string> words;
   std::string project;
   CreatedFiles created;
-  std::vector<std::string> done;  // lines that tell what was changed
+  std::vector<std::string> done;  // lines that report the changes
 };
 
 int Edit::Run() {
@@ -134,7 +135,7 @@ int Edit::Run() {
   if (const int code = context.OpenProject(path); code != kExitDone) return code;
   std::vector<ApplicationEntry> chosen;
   if (const int code = context.ChooseApplications(chosen); code != kExitDone) return code;
-  // Publishing writes paths in full, so that a file is known by one name only.
+  // Publishing makes paths absolute, so that each file has a single name.
   context.Session().Inspector().PublishAll();
   if (const int code = Perform(); code != kExitDone) return code;
   if (!done.empty()) {
@@ -153,7 +154,7 @@ int Edit::Perform() {
   return SelectApplication();
 }
 
-// The project may be left out, so whether the first word is one shows only in what it is.
+// The project may be omitted, so the first argument is interpreted according to its value.
 int Edit::TakeWords() {
   const std::string& command = context.Asked().command;
   const auto* row =
@@ -211,7 +212,7 @@ int Edit::AddOne(const std::string& file) {
     return Fail(context.ShowFailure(path, "added", text ? "it is no file" : text.GetError().text) +
                 ".");
   }
-  // Applications stand at the top, everything else where the user says.
+  // Applications are top-level nodes; everything else goes where the user specifies.
   const int code = isApplication ? FindNode(context.Session().GetProjectPath()) : SelectTarget();
   if (code != kExitDone) return code;
   const std::string before = TreeText();
@@ -234,7 +235,7 @@ int Edit::AddOne(const std::string& file) {
   return kExitDone;
 }
 
-// Makes the node current that takes what is added: that of --to, which may be a new group, else the
+// Makes the parent of new nodes current: the node of --to, which may be a new group, else the
 // application.
 int Edit::SelectTarget() {
   std::vector<ApplicationEntry> chosen;
@@ -256,7 +257,7 @@ int Edit::SelectTarget() {
   return FindNode(target);
 }
 
-// In the current node, and current afterwards.
+// Creates a group in the current node and makes it current.
 int Edit::MakeGroup(const std::string& label) {
   if (!IsStorable(label) || !Change(kCmdNewGroup) || !context.RenameCurrentNode(label)) {
     return Fail("The group \"" + label + "\" can't be made.");
@@ -274,8 +275,8 @@ int Edit::Remove() {
   return kExitDone;
 }
 
-// Cut and paste. What can't be pasted is gone from the tree then, but not from the project, which
-// isn't saved in this case.
+// Cut and paste. If the paste fails, the node is missing from the tree, but not from the project's
+// files, because nothing is saved in this case.
 int Edit::Move() {
   const std::string target = words.back();
   words.pop_back();
@@ -283,7 +284,7 @@ int Edit::Move() {
     if (const int code = FindNode(key); code != kExitDone) return code;
     context.Session().Manager().Command(kCmdCopyNode);
     if (!Change(kCmdRemoveNode)) return Fail("\"" + key + "\" can't be moved.");
-    // The target may lie in another application than what is moved there.
+    // The target may be in a different application than the moved node.
     const std::string& application = context.Scope();
     const bool isInside = context.SelectNode(target, application) != 0;
     if (!isInside && context.SelectNode(target, "") == 0) {
@@ -324,7 +325,7 @@ int Edit::SelectApplication() {
     return EqualNoCase(each.label, label);
   };
   if (std::count_if(applications.begin(), applications.end(), isNamesake) > 1) {
-    // The project names its active application by the label.
+    // The project identifies its active application by the label.
     const auto first = std::find_if(applications.begin(), applications.end(), isNamesake);
     return Fail("There are several applications \"" + label + "\". Give one another label first: " +
                 "`tarn rename " + context.Show(first->path) + " NAME`");

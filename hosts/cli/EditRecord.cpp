@@ -44,7 +44,7 @@ EditRecord::EditRecord(FileSystem& fileSystem, const std::string& projectPath)
   }
 }
 
-// Returns false if something isn't as Write left it.
+// Returns false if the text doesn't have the format written by Write.
 bool EditRecord::Read(std::string_view text) {
   const std::size_t end = text.find('\n', kHead.size());
   if (!text.starts_with(kHead) || end == text.npos) return false;
@@ -79,7 +79,7 @@ void EditRecord::Add(ProjectStep step) {
   done = steps.size();
 }
 
-// The next step in either direction stays.
+// The next step in either direction is never dropped.
 void EditRecord::DropOldest() {
   std::size_t bytes = 0;
   for (const ProjectStep& each : steps) bytes += SizeOf(each);

@@ -9,35 +9,37 @@
 
 namespace tarn::host {
 
-// The changes that commands made to a project, for `tarn undo` and `tarn redo`, in a file next to
-// the project. A record that is damaged, of another version or can't be read counts as empty.
+// Persistent undo history for `tarn undo` and `tarn redo`: the changes that commands made to a
+// project, in a file next to the project. A record that is damaged, unreadable or of a different
+// version is treated as empty.
 //
-// The file starts with a line that names the version and one with a checksum of what follows, in
-// decimal digits. That is a list of texts (JoinFileTexts): the number of steps that are done, then
-// for each step its label with the files before and after it. Paths in the project's folder are
-// relative to it, so that they hold after a move.
+// The first line of the file is the version, the second one a checksum of the rest, in decimal
+// digits. The rest is a list of strings (JoinFileTexts): the number of applied steps, then for each
+// step its label and the files before and after it. Paths in the project's folder are relative to
+// it, so that they remain valid after the project was moved.
 class EditRecord {
  public:
   // Reads the record of the project. Borrows the file system.
   EditRecord(FileSystem& fileSystem, const std::string& projectPath);
 
-  // Why there is a record that can't be used, with `place` as its path; ErrorCode::NotFound if
-  // there is none, and success if it was read.
+  // Success if the record was read; ErrorCode::NotFound if there is none; else why it can't be
+  // used, with its path as `place`.
   const Status& GetStatus() const { return status; }
 
-  // Adds a step that was done. Those that were taken back before it can't be made again.
+  // Appends an applied step. Drops the undone steps, which can't be redone after that.
   void Add(ProjectStep step);
-  // The step that is to be taken back or made again next; nullptr if there is none. Borrowed until
-  // the next call that changes the record.
+  // Return the next step to undo or redo; nullptr if there is none. The pointer is valid until the
+  // next call that changes the record.
   const ProjectStep* GetUndo() const { return done == 0 ? nullptr : &steps[done - 1]; }
   const ProjectStep* GetRedo() const { return done == steps.size() ? nullptr : &steps[done]; }
-  // It was.
+  // Record that the step of GetUndo() was undone, or that of GetRedo() redone.
   void MoveBack() { --done; }
   void MoveOn() { ++done; }
 
-  // Replaces the file in one step. The oldest steps go if there are many or they are large.
+  // Replaces the file atomically. Drops the oldest steps if there are too many or they are too
+  // large.
   Status Write();
-  // Deletes the file if it may be deleted.
+  // Deletes the file if permissions allow it.
   void Remove();
 
  private:
@@ -50,7 +52,7 @@ class EditRecord {
   std::string recordPath;
   Status status;
   std::vector<ProjectStep> steps;
-  std::size_t done = 0;  // of these; the rest was taken back
+  std::size_t done = 0;  // number of applied steps; the rest is undone
 };
 
 }  // namespace tarn::host

@@ -17,13 +17,13 @@ namespace {
 
 constexpr const char* kCompileCommandsName = "compile_commands.json";
 
-// Writes a document where --output says, else to `usualPath`. `count` is how many things it
-// holds, for the line that says so.
+// Writes a document to the file of --output, by default to `usualPath`, and reports that it
+// contains `count` items named `noun`.
 template <typename Json>
 int WriteDocument(CommandContext& context, const Json& document, const std::string& usualPath,
                   std::size_t count, const char* noun) {
   const Invocation& asked = context.Asked();
-  // A file of the whole project is not replaced by one of a part of it.
+  // A partially read project must not replace an export of the whole project.
   if (asked.output != "-") {
     if (const int code = context.CheckDamage(); code != kExitDone) return code;
   }
@@ -34,7 +34,8 @@ int WriteDocument(CommandContext& context, const Json& document, const std::stri
   }
   std::string path = asked.output.empty() ? usualPath : asked.output;
   if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
-  // Editors read the file again whenever it changes, so it is left alone unless there is a reason.
+  // Editors reload the file each time it changes, so it is not written if its content is up to
+  // date.
   const auto before = context.Files().ReadWholeFile(path);
   const bool isCurrent = before && *before == text + "\n";
   if (!isCurrent) {
@@ -52,8 +53,8 @@ int WriteDocument(CommandContext& context, const Json& document, const std::stri
   return kExitDone;
 }
 
-// Every configuration that was asked for has to be one of some application. 0, or an exit code with
-// everything said.
+// Checks that every requested configuration exists in some application. Returns 0, or an exit code
+// after printing the error.
 int CheckConfigurations(CommandContext& context, const std::vector<ApplicationEntry>& chosen) {
   std::vector<std::string> known;
   for (const ApplicationEntry& each : chosen) {

@@ -63,7 +63,7 @@ end
 complete -c tarn -f
 )sh";
 
-// What follows for a value of some kind.
+// Returns the completion arguments for a kind of value.
 std::string ValueOf(ValueKind kind) {
   switch (kind) {
     case ValueKind::None:

@@ -22,7 +22,7 @@ Symbol ToSymbol(const CXmlNode& row) {
           ParseDecimal(row.GetAttrValue("DeclLine"))};
 }
 
-// A file is meant by its path as it is shown, or by its whole path.
+// A file matches by its displayed path or by its full path.
 bool IsWanted(CommandContext& context, const Symbol& symbol) {
   const Invocation& asked = context.Asked();
   const bool isName = asked.namePattern.empty() || FitsPattern(symbol.name, asked.namePattern);
@@ -63,7 +63,7 @@ void PrintSymbols(CommandContext& context, const std::vector<Symbol>& symbols) {
   }
 }
 
-// The application that is meant: the one that was named, else the active one.
+// Returns the selected application: the one given by --app, else the active one.
 const ApplicationEntry* Choose(const std::vector<ApplicationEntry>& chosen) {
   const ApplicationEntry* found = chosen.empty() ? nullptr : &chosen.front();
   for (const ApplicationEntry& each : chosen) {

@@ -10,9 +10,9 @@ namespace tarn::host {
 namespace {
 
 constexpr std::size_t kWidth = 80;
-constexpr std::size_t kWidestTerm = 26;  // a wider one stands on a line of its own
+constexpr std::size_t kWidestTerm = 26;  // a wider term gets a separate line
 
-// The text as lines of at most `width` bytes; a longer word stands alone.
+// Wraps the text into lines of at most `width` bytes; a longer word gets its own line.
 std::vector<std::string> Wrap(const std::string& text, std::size_t width) {
   std::vector<std::string> lines(1);
   for (const std::string_view word : Split(text, ' ')) {
@@ -26,7 +26,7 @@ std::vector<std::string> Wrap(const std::string& text, std::size_t width) {
   return lines;
 }
 
-// A heading and rows of two columns below it; nothing without rows.
+// Formats a heading and a table of two columns; returns an empty string if there are no rows.
 std::string Section(const std::string& heading, const TextTable& rows, std::size_t widestTerm) {
   if (rows.empty()) return {};
   std::size_t column = 0;
@@ -69,7 +69,7 @@ std::string CommandSections(const CommandEntry& command) {
   if (!command.words.empty()) {
     return Section("Commands", RowsOf(command.children, nullptr), kWidestTerm);
   }
-  // All groups get the same column.
+  // All groups use the same column.
   std::size_t widest = 0;
   for (const CommandEntry& each : command.children) {
     widest = std::max(widest, each.words.back().size());

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view kProjectExtension = ".tprj";
 
-// One import, which also is the user whom the server asks and tells things meanwhile.
+// One import. Also acts as the user to whom the server's questions and messages are directed.
 class Import final : private DialogResponder {
  public:
   explicit Import(CommandContext& commandContext)
@@ -39,7 +39,7 @@ class Import final : private DialogResponder {
                                                           : path);
   }
 
-  // The only question is whether the project that an earlier import left may be replaced.
+  // The server's only question is whether an existing project of an earlier import may be replaced.
   bool AskOkCancel(const std::string& text, const std::string& caption) override;
   void ShowMessage(const std::string& text, const std::string& caption) override;
   std::vector<std::string> ChooseFiles(const FileQuestion&) override { return {}; }
@@ -52,16 +52,16 @@ class Import final : private DialogResponder {
 
   CommandContext& context;
   std::string older;
-  std::string project;  // that it becomes
+  std::string project;  // path of the new project
   bool isDeclined = false;
-  std::optional<std::string> failure;  // what the server said of it; may be empty
-  std::vector<std::string> lines;      // of the script and of the server
+  std::optional<std::string> failure;  // the server's message about it; may be empty
+  std::vector<std::string> lines;      // output of the script and the server
 };
 
 bool Import::AskOkCancel(const std::string& text, const std::string&) {
   if (context.Asked().yes) return true;
   isDeclined = true;
-  // Nobody answers in a pipe.
+  // Without a terminal there is no user to reply.
   if (isatty(STDIN_FILENO) != 1) return false;
   context.Out().ShowQuestion(Printable(text) + " [y/N]");
   std::string answer;
@@ -70,7 +70,7 @@ bool Import::AskOkCancel(const std::string& text, const std::string&) {
   return !isDeclined;
 }
 
-// What the log says behind this is about the project that the server opens instead.
+// Later log lines refer to the placeholder project that the server opens instead.
 void Import::ShowMessage(const std::string& text, const std::string&) {
   failure = text;
   TakeLines();
@@ -127,7 +127,7 @@ int Import::Run() {
     return kExitToolMissing;
   }
   session.TakeLogLines();
-  // What was said of the start is not of the conversion.
+  // Drops messages from the start-up, which are not about the conversion.
   failure.reset();
   session.Manager().ProjectOpen(older);
   if (failure) {

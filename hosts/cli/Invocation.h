@@ -18,9 +18,9 @@ enum ExitCode : int {
   kExitReaderGone = 141,
 };
 
-// What the user asked for, as the command line told it.
+// The parsed command line.
 struct Invocation {
-  std::string command;  // words joined by a blank, e.g. "options set"
+  std::string command;  // words joined by a space, e.g. "options set"
   std::string project;  // file or folder; empty: the current folder
 
   std::string application;    // --app
@@ -28,9 +28,9 @@ struct Invocation {
   bool json = false;
   bool quiet = false;
   bool verbose = false;
-  bool noWait = false;     // of commands that build or edit, --no-wait
-  bool outsideOk = false;  // of commands that edit, --outside-ok
-  bool trust = false;      // of commands that run or write something, --trust
+  bool noWait = false;     // --no-wait of commands that build or edit
+  bool outsideOk = false;  // --outside-ok of commands that edit
+  bool trust = false;      // --trust of commands that run or write something
   bool list = false;       // trust --list
   bool revoke = false;     // trust --revoke
   bool noColor = false;
@@ -42,9 +42,9 @@ struct Invocation {
   std::string from;    // config add --from
   bool empty = false;  // config add --empty
   std::string compiler;
-  std::string text;                         // targets: what to look for
+  std::string text;                         // targets: text to search for
   std::string family;                       // targets --family
-  std::string older;                        // file that import converts; OLD of relocate
+  std::string older;                        // file converted by import; OLD of relocate
   std::string below;                        // relocate --below
   bool dryRun = false;                      // relocate --dry-run
   bool yes = false;                         // import --yes
@@ -58,14 +58,14 @@ struct Invocation {
   std::string filePattern;                  // globals --file
   std::string sortColumn = "name";          // globals --sort
   std::vector<std::string> words;           // files or nodes of add, remove, move, rename, select
-  std::string target;                       // add --to; a microcontroller of new
+  std::string target;                       // add --to; microcontroller for new
   std::string type;                         // of an application, new --type
   bool create = false;                      // add --create
   bool git = false;                         // new --git
   bool damagedOk = false;                   // --damaged-ok
   std::string output;                       // export --output; "-" for the standard output
   bool forAll = false;                      // register, unregister --system
-  std::vector<std::string> configurations;  // export --config, which may stand several times
+  std::vector<std::string> configurations;  // export --config, may be repeated
 };
 
 }  // namespace tarn::host

@@ -47,13 +47,13 @@ void PrintEntry(CommandContext& context, const LogEntry& entry) {
     context.Out().PrintLine(DisplayEntry(entry, context.StartFolder(), context.Out()));
     return;
   }
-  // One by one, since a list would have no end.
+  // Each entry is a separate document, because the output has no end.
   context.Out().PrintDocument(
       ToJson(entry).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace),
       DocumentFormat::Json);
 }
 
-// What an interrupt ends.
+// A wait that an interrupt can end.
 class Pause {
  public:
   void End() {
@@ -61,7 +61,7 @@ class Pause {
     isEnded = true;
     changed.notify_all();
   }
-  // False when it was ended.
+  // Returns false if the wait was ended by End().
   bool Wait(std::chrono::milliseconds time) {
     std::unique_lock guard(lock);
     return !changed.wait_for(guard, time, [this] { return isEnded; });
@@ -91,7 +91,7 @@ int FollowLog(CommandContext& context, const std::string& project) {
     return !entry.text.empty() && (entry.text == closings[0] || entry.text == closings[1]);
   };
   LogFollower follower(context.Files(), logPath);
-  // What stands already is no news, so it ends nothing.
+  // Only entries written from now on can end the command, not those already in the log.
   bool isNews = false;
   do {
     const auto news = follower.Take(std::time(nullptr));
@@ -116,7 +116,8 @@ nlohmann::json ToJson(const std::vector<LogEntry>& entries) {
 
 namespace {
 
-// A list has it in its first entry, and only if there is anything.
+// Adds a field to a document. In an array it is added to the first element, and only if it isn't
+// empty.
 void AddField(nlohmann::json& document, const char* name, const nlohmann::json& list) {
   if (document.is_object()) {
     document[name] = list;
@@ -128,8 +129,7 @@ void AddField(nlohmann::json& document, const char* name, const nlohmann::json& 
 
 }  // namespace
 
-// What was lost of the project, and what is wrong with the definitions, goes into each document
-// about a project.
+// Every document about a project includes its damage and the errors in definitions.
 void PrintJson(CommandContext& context, nlohmann::json document) {
   if (context.HasOpened() || !context.GetDamage().empty()) {
     nlohmann::json damage = nlohmann::json::array();

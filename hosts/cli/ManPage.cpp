@@ -7,7 +7,7 @@ namespace tarn::host {
 
 namespace {
 
-// The text as it is, where the formatter would see a command or a hyphen.
+// Escapes characters that the formatter would interpret as a command or a hyphen.
 std::string Plain(const std::string& text) {
   std::string plain = ReplaceAll(text, "\\", "\\e");
   plain = ReplaceAll(plain, "-", "\\-");
@@ -24,7 +24,7 @@ std::string Italic(const std::string& text) {
   return "\\fI" + Plain(text) + "\\fR";
 }
 
-// A sentence in plain words; what help texts set between grave accents becomes bold.
+// Formats a sentence; text between grave accents becomes bold.
 std::string Prose(const std::string& text) {
   std::string prose;
   const auto pieces = Split(text, '`');
@@ -54,7 +54,7 @@ std::string SynopsisOf(const CommandEntry& command) {
   return text;
 }
 
-// The commands below this one that can be given, each with what is its own.
+// Adds the executable subcommands, each with its own arguments and options.
 void AddCommands(const CommandEntry& command, std::string& text) {
   for (const CommandEntry& each : command.children) AddCommands(each, text);
   if (command.words.empty() || !command.children.empty()) return;

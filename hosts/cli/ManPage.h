@@ -6,7 +6,7 @@
 
 namespace tarn::host {
 
-// The manual page of the program, section 1, for man(1) to format.
+// Returns the program's manual page, section 1, in the input format of man(1).
 std::string MakeManPage(const CommandEntry& program, const std::string& version);
 
 }  // namespace tarn::host

@@ -14,14 +14,14 @@ namespace tarn::host {
 
 namespace {
 
-// `NAME` makes a folder of that name; `FOLDER/NAME` makes it there. An empty folder, or one with
-// sources only, that is there already is used.
+// `NAME` creates the project in a folder of that name; `FOLDER/NAME` creates it below FOLDER. An
+// existing folder that is empty or contains only sources is used.
 NewProject PlanOf(CommandContext& context) {
   std::string path = context.Asked().name;
   if (IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);
   NewProject project;
   project.folder = context.Files().Canonical(path);
-  // As a shell completes the name of a folder.
+  // Shells complete a folder name with a trailing separator.
   if (project.folder.ends_with(kSeparator)) project.folder.pop_back();
   project.name = FileNameOf(project.folder);
   const HostFolders folders = HostFolders::FromEnvironment(context.Files());
@@ -30,10 +30,10 @@ NewProject PlanOf(CommandContext& context) {
   return project;
 }
 
-// What a project starts with whose compiler needs to know a microcontroller.
+// Default device of a new project whose compiler requires one.
 constexpr const char* kFirstDevice = "atmega328p";
 
-// 0, or an exit code with everything said.
+// Returns 0, or an exit code after printing the error.
 int CheckCompiler(CommandContext& context) {
   if (context.Asked().compiler.empty()) return kExitDone;
   const std::string problem = context.Session().Options().CheckValue(
@@ -43,8 +43,8 @@ int CheckCompiler(CommandContext& context) {
   return kExitUsage;
 }
 
-// Stores the compiler in the project that was just written, and a device if it needs one: nothing
-// that decides what is built is left to a default.
+// Stores the compiler in the new project, and a device if it requires one: nothing that affects the
+// build is left to a default.
 int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
   if (const int code = context.OpenProject(projectFile); code != kExitDone) return code;
   ProjectManagerDriver& manager = context.Session().Manager();
@@ -57,7 +57,7 @@ int ChooseCompiler(CommandContext& context, const std::string& projectFile) {
   return context.SaveProject();
 }
 
-// From texts that lie ready.
+// Creates the project from built-in templates.
 int MakeProject(CommandContext& context, const NewProject& staged) {
   if (const int code = CheckCompiler(context); code != kExitDone) return code;
   const auto written = WriteNewProject(context.Files(), staged);
@@ -69,8 +69,8 @@ int MakeProject(CommandContext& context, const NewProject& staged) {
   return ChooseCompiler(context, written->front());
 }
 
-// Puts what was made in the staging folder in its place, the project file last: a process that is
-// killed leaves a project or none.
+// Moves the files from the staging folder to their destination, the project file last: if the
+// process is killed, the result is either a complete project or none.
 int PlaceProject(CommandContext& context, StagingFolder& staging, const NewProject& staged,
                  const NewProject& project, std::vector<std::string>& made) {
   auto files = staging.CollectFor(staged.folder, project.folder);
@@ -98,7 +98,7 @@ int StageAndPlace(CommandContext& context, const NewProject& project,
     context.Complain(context.Show(file) + " is there already. Choose another name.");
     return kExitUsage;
   }
-  // Which also makes the folder of the user's data.
+  // This also creates the user's data folder.
   if (const int code = context.StartSession(); code != kExitDone) return code;
   StagingFolder staging(context.Files(), context.Session().GetFolders().data);
   if (!staging.GetStatus()) {
@@ -116,7 +116,8 @@ int StageAndPlace(CommandContext& context, const NewProject& project,
   return code;
 }
 
-// The user's own project. It builds without this as long as it needs nothing unusual.
+// Trusts a project that the user has just created. A failure is only reported, because most
+// projects build without being trusted.
 void TrustNewProject(CommandContext& context, const std::string& folder) {
   const Status added = context.Session().Trust().Trust(folder);
   if (added) return;
@@ -142,7 +143,7 @@ int RunNew(CommandContext& context) {
     context.Complain(problem);
     return kExitUsage;
   }
-  // What is in the folder already may be of others.
+  // Existing content of the folder may have been written by other people.
   const auto present = context.Files().ListFolder(project.folder);
   const bool isOwn = present ? present->empty() : present.GetError().code == ErrorCode::NotFound;
   std::vector<std::string> made;

@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kFirstGroup = "Sources";
 
-// "\"a\", \"b\""; what has no name can't be asked for.
+// Returns "\"a\", \"b\""; unnamed entries are skipped, because the user can't select them.
 std::string Listed(const std::vector<std::string>& names) {
   std::string text;
   for (const std::string& each : names) {
@@ -26,7 +26,7 @@ std::string Listed(const std::vector<std::string>& names) {
   return text;
 }
 
-// One creation, which also is the user whom the server asks meanwhile.
+// One creation. Also acts as the user to whom the server's questions are directed.
 class Creation final : private DialogResponder {
  public:
   Creation(CommandContext& commandContext, const NewProject& stagedProject,
@@ -49,7 +49,7 @@ class Creation final : private DialogResponder {
   std::string Path(const char* extension) const {
     return JoinPath(staged.folder, staged.name + extension);
   }
-  // The user knows the project by the folder where it is going to be.
+  // Messages show the folder of the finished project.
   void Note(const std::string& line) {
     lines.push_back(ReplaceAll(line, staged.folder, project.folder));
   }
@@ -59,10 +59,10 @@ class Creation final : private DialogResponder {
   int AddFirstSource();
 
   CommandContext& context;
-  const NewProject& staged;   // where it is made
-  const NewProject& project;  // where it will be
+  const NewProject& staged;   // where it is created
+  const NewProject& project;  // where it will be moved
   std::optional<WizardRefusal> refusal;
-  std::vector<std::string> lines;  // what the server said
+  std::vector<std::string> lines;  // messages of the server
 };
 
 int Creation::RunSheet(CPropertySheet& sheet) {
@@ -88,7 +88,7 @@ int Creation::Fail(const std::string& text) {
 
 int Creation::ExplainRefusal() {
   std::string hint = SuggestionText(refusal->value, refusal->choices);
-  const bool isUnknown = !refusal->choices.empty();  // else it is one of several
+  const bool isUnknown = !refusal->choices.empty();  // else it is ambiguous
   if (hint.empty() && isUnknown) {
     hint = refusal->value == context.Asked().target ? " `tarn targets` shows what there is."
                                                     : " There is " + Listed(refusal->choices) + ".";
@@ -97,7 +97,8 @@ int Creation::ExplainRefusal() {
   return kExitUsage;
 }
 
-// The target's script stores its options in the configuration in force, so this comes before it.
+// Must run before the target is chosen, because the target's script stores its options in the
+// active configuration.
 void Creation::ChooseConfiguration() {
   const std::string& wanted = context.Asked().configuration;
   if (wanted.empty()) return;
@@ -116,7 +117,7 @@ int Creation::AddFirstSource() {
   BuildSession& session = context.Session();
   session.Inspector().PublishAll();
   const auto applications = ListApplications(session.Inspector());
-  // One that only loads a finished program has no sources.
+  // An application that only downloads a finished program has no sources.
   if (applications.size() != 1 || applications.front().output.empty()) return kExitDone;
   const std::string source = JoinPath(staged.folder, "src/main.c");
   if (const Status written = WriteFirstSource(context.Files(), source); !written) {

@@ -5,10 +5,10 @@
 
 namespace tarn::host {
 
-// Makes a project for the microcontroller of --target, by filling in the wizard that a user would
-// see, and adds a first source file where the application has any. It is made in the folder of
-// `staged`; messages show that of `project`. 0, or an exit code with everything said. The session
-// has been started.
+// Creates a project for the microcontroller of --target by filling in the wizard for new
+// applications, and adds a first source file if the application has sources. The files are created
+// in the folder of `staged`; messages show that of `project`. Returns 0, or an exit code after
+// printing the error. Requires a started session.
 int MakeProjectForTarget(CommandContext& context, const NewProject& staged,
                          const NewProject& project);
 

@@ -29,7 +29,7 @@ constexpr std::string_view kEditingCommands[] = {
     "options set", "options reset", "config add", "config select", "add", "remove",
     "move",        "rename",        "select",     "undo",          "redo"};
 
-// Others change a project in far less.
+// Changes by other programs take far less time.
 constexpr std::chrono::seconds kLongestWait(30);
 constexpr std::chrono::seconds kSilentWait(1);
 constexpr std::chrono::milliseconds kBetweenTries(10);
@@ -143,9 +143,9 @@ int CommandContext::OpenProject(const std::string& path) {
   const bool isEdit = Contains(kEditingCommands, asked.command);
   Session().Inspector().AllowOutside(asked.outsideOk);
   if (asked.trust) Session().Trust().TrustAll();
-  // A command that failed can be given again.
+  // All or nothing, so that a failed command can simply be repeated.
   Session().Inspector().SaveAllOrNone(true);
-  // A script may do anything.
+  // A script may change the project.
   Session().Inspector().OpenForReading(!isEdit && asked.command != "run");
   if (isEdit) {
     if (const int code = LockEdits(path); code != kExitDone) return code;
@@ -170,7 +170,8 @@ int CommandContext::OpenProject(const std::string& path) {
   return isChange ? CheckDamage() : int{kExitDone};
 }
 
-// From before the project is read to the end of the command no other program changes it.
+// The lock is held from before the project is read until the end of the command, so that no other
+// program changes the project in between.
 int CommandContext::LockEdits(const std::string& path) {
   const auto start = std::chrono::steady_clock::now();
   bool isTold = false;
@@ -200,7 +201,7 @@ void CommandContext::ShowDamageOf(const std::string& path) {
   ShowDamage(Session().GetDamage());
 }
 
-// Also if the user wants quiet: other things may be built than the definitions mean.
+// Printed even with --quiet, because the build may not do what the definitions intend.
 void CommandContext::ShowDefinitionErrors() {
   if (asked.command == "complete") return;
   for (const std::string& line : Session().GetDefinitionErrors()) Complain(Printable(line));
@@ -266,7 +267,7 @@ FoundApplication CommandContext::FindApplication(const std::vector<ApplicationEn
   const auto shorten = [this](const std::string& path) { return Show(path); };
   FoundApplication found = host::FindApplication(applications, key, shorten);
   if (found.entry) return found;
-  // A path is the user's, so it starts in the user's folder.
+  // Relative paths are resolved against the user's working folder.
   const std::string path = files.Canonical(JoinPath(startFolder, key));
   FoundApplication named = host::FindApplication(applications, path, shorten);
   return named.entry ? named : found;
@@ -322,7 +323,7 @@ int CommandContext::ChooseNode() {
 }
 
 int CommandContext::SelectNodeIn(const std::string& key, const std::string& application) {
-  // A path is the user's, so it starts in the user's folder.
+  // Relative paths are resolved against the user's working folder.
   const std::string path = IsRelativePath(key) ? files.Canonical(JoinPath(startFolder, key)) : key;
   const int count = Session().Inspector().SelectNodeByKey(path, application);
   return count != 0 ? count : Session().Inspector().SelectNodeByKey(key, application);
@@ -347,7 +348,7 @@ int CommandContext::FindNode(const std::string& key, const std::string& applicat
     Complain("There is no file, group or application \"" + key + "\" in " + place + "." +
              SuggestionText(key, NodeNames(application)) + " `tarn tree` shows what there is.");
   } else {
-    // The wrong one would be taken in half of the cases.
+    // Refused, because a guess could easily pick the wrong one.
     const bool isAnywhere = application.empty() && SelectNodeIn(key, "") != 0;
     const bool isPath = files.Exists(files.Canonical(JoinPath(startFolder, key)));
     std::string advice;
@@ -359,9 +360,9 @@ int CommandContext::FindNode(const std::string& key, const std::string& applicat
   return kExitUsage;
 }
 
-// What a node can be called: labels, and paths as seen from the user's folder.
+// Returns the names accepted for a node: labels, and paths relative to the user's working folder.
 std::vector<std::string> CommandContext::NodeNames(const std::string& application) {
-  Session().Inspector().PublishAll();  // so that paths are absolute
+  Session().Inspector().PublishAll();  // makes paths absolute
   std::set<std::string> names;
   const ProjectTree tree(Session().Inspector().GetTree());
   const std::function<void(const CXmlNode&)> collect = [&](const CXmlNode& node) {
@@ -390,7 +391,7 @@ bool CommandContext::RenameCurrentNode(const std::string& label) {
 int CommandContext::SaveProject() {
   RestoreConfigurations();
   if (openedFiles.empty()) return SaveFiles();
-  // Read before the save, which adds what others have changed.
+  // Read before the save, which merges in changes by other programs.
   const FileChanges changes = FindChanges(openedFiles, ReadProjectFiles(Session().Inspector()));
   const int code = SaveFiles();
   if (code == kExitDone) RecordEdit(Session().GetProjectPath(), DescribeChanges(changes), changes);
@@ -414,7 +415,7 @@ void CommandContext::WriteRecord(EditRecord& record) {
   if (const Status written = record.Write(); !written) {
     Remark("What `tarn undo` needs can't be written: " + ShowResolved(written.GetError().place) +
            ": " + Printable(written.GetError().text));
-    record.Remove();  // another step would be its last one
+    record.Remove();  // would otherwise end with a step other than this one
   }
 }
 
@@ -424,12 +425,12 @@ void CommandContext::RestoreConfigurations() {
 }
 
 int CommandContext::SaveFiles() {
-  // Of what the command has added itself.
+  // Damage that the command itself has added.
   if (Session().IsDamageHeld()) {
     ShowDamage(Session().GetDamage());
     return RefuseDamaged();
   }
-  // What the command has caused until now is not of the save.
+  // Earlier log lines are not about the save.
   for (const std::string& line : Session().TakeLogLines()) Remark(line);
   Session().Manager().ProjectSave();
   const SaveReport report = Session().TakeSaveReport();

@@ -14,7 +14,8 @@ namespace tarn::host {
 
 class EditRecord;
 
-// What every command works with: what was asked, where to write, and the project once it is open.
+// The environment of a command: the invocation, the output, and the project once it is open.
+// Functions that return an int return 0, or an exit code after printing the error.
 class CommandContext {
  public:
   CommandContext(Invocation invocation, Console& output, FileSystem& fileSystem);
@@ -22,93 +23,96 @@ class CommandContext {
   const Invocation& Asked() const { return asked; }
   Console& Out() { return console; }
   FileSystem& Files() { return files; }
-  // The folder that the user is in; opening a project moves the process to another one.
+  // The user's working folder; opening a project changes that of the process.
   const std::string& StartFolder() const { return startFolder; }
-  // A path as the user would write it.
+  // Returns a path as the user would write it.
   std::string Show(const std::string& path) const;
-  // The whole path, with the links above its last name resolved: of a file that can't be read or
-  // written.
+  // Returns the full path, with links in its parent folders resolved; for files that can't be read
+  // or written.
   std::string ShowResolved(const std::string& path) const;
-  // "PATH can't be ACTION: REASON", with the path as ShowResolved has it.
+  // Returns "PATH can't be ACTION: REASON", with the path from ShowResolved.
   std::string ShowFailure(const std::string& path, const std::string& action,
                           const std::string& reason) const;
-  // An error, in plain words, on the error stream; `more` are the lines below it.
+  // Prints an error on the error stream, with the lines of `more` below it.
   void Complain(const std::string& text, const std::vector<std::string>& more = {}) const;
-  // A remark there, unless the user wants quiet.
+  // Prints a remark on the error stream, except with --quiet.
   void Remark(const std::string& text) const;
 
-  // Finds the project that was asked for without opening it: 0 and its path, or an exit code when
-  // there is none, with everything said.
+  // Finds the project of the command line without opening it. Returns 0 and sets the path, or
+  // returns an exit code after printing the error.
   int LocateProject(std::string& path);
-  // The same for another word than the one that the command line has for the project.
+  // Like the overload above, for a different argument than the command line's project.
   int LocateProject(const std::string& word, std::string& path);
 
   BuildSession& Session();
-  // The window that the server's messages and questions go to.
+  // The window that receives the server's messages and questions.
   MainFrame& Frame() { return frame; }
-  // Makes the server and its components, once. 0, or an exit code with everything said.
+  // Creates the server and its components, once. Returns 0, or an exit code after printing the
+  // error.
   int StartSession();
-  // Opens the project. 0, or an exit code with everything said.
+  // Opens the project. Returns 0, or an exit code after printing the error.
   int OpenProject();
   int OpenProject(const std::string& path);
-  // Waits for the right to change the project, which other programs don't have until the end of the
-  // command then. 0, or an exit code with everything said. Commands that edit have it when the
-  // project is open.
+  // Waits for the project's edit lock, which is then held until the end of the command. Returns 0,
+  // or an exit code after printing the error. OpenProject calls this for commands that edit.
   int LockEdits(const std::string& path);
-  // Reads the log of the project's last build. 0, or an exit code with everything said. A log that
-  // is empty or damaged is remarked.
+  // Reads the log of the project's last build. Returns 0, or an exit code after printing the error.
+  // Prints a remark if the log is empty or damaged.
   int ReadLog(const std::string& project, std::string& text);
-  // Says why that log can't be read, and returns the exit code.
+  // Prints why the log can't be read, and returns the exit code.
   int RefuseLog(const std::string& project, const Error& error);
-  // Shows on the error stream what was lost of the project when it was read, also for a command
-  // that doesn't need the project itself; nothing if it can't be opened.
+  // Prints the damage of the project on the error stream, for commands that don't need the project
+  // otherwise; no-op if it can't be opened.
   void ShowDamageOf(const std::string& path);
-  // What was lost of the project that was opened, or could not be opened.
+  // The damage of the project that was opened, or that could not be opened.
   const std::vector<DamageEntry>& GetDamage() const { return damage; }
-  // Refuses to go on with an open project that has damage, unless the user agreed: 0, or an exit
-  // code with everything said.
+  // Refuses to continue with a damaged open project, unless the user agreed. Returns 0, or an exit
+  // code after printing the error.
   int CheckDamage();
-  // The user has agreed to files outside the folder of this project, or trusts it.
+  // Returns true if the user has agreed to files outside the folder of this project, or trusts it.
   bool MayWriteOutside(const std::string& project);
-  // Says what was refused to the project since it is not trusted, and what the user can do. Returns
-  // the wishes; none if nothing was refused.
+  // Prints the operations that were refused because the project is not trusted, and how to trust
+  // it. Returns them; empty if nothing was refused.
   std::vector<std::string> ShowRefused();
-  // The last error that was shown.
+  // The last error that was printed.
   const std::string& GetLastComplaint() const { return lastComplaint; }
-  // The project is open, or was opened to look for damage.
+  // True if the project is open, or was opened to check for damage.
   bool HasOpened() const { return hasOpened; }
-  // The applications that --app means, all without one, with the configuration that --config names
-  // in force. 0, or an exit code with everything said.
+  // Sets `chosen` to the application of --app, all of them without it, and activates the
+  // configuration of --config. Returns 0, or an exit code after printing the error.
   int ChooseApplications(std::vector<ApplicationEntry>& chosen);
-  // Path of the application that --app means, once it was chosen; empty without --app.
+  // Path of the application of --app after ChooseApplications; empty without --app.
   const std::string& Scope() const { return scope; }
-  // The application that the user names by a label or a path.
+  // Finds an application by a label or a path.
   FoundApplication FindApplication(const std::vector<ApplicationEntry>& applications,
                                    const std::string& key) const;
-  // Makes the node current that --node means, else the application of --app, else the active one.
+  // Makes the node of --node current, else the application of --app, else the active application.
   int ChooseNode();
-  // Makes the node current that the user means: by a path or a label, by either of them after
-  // the label of its application or group and a slash, or by one of these with "#N" for the Nth of
-  // several. Without a label it is looked for in the application with this path, anywhere for an
-  // empty one. Returns how many could be meant; of several none becomes current.
+  // Makes the node for `key` current. The key is a path or a label, either of them after the label
+  // of its application or group and a slash, or one of these with "#N" for the Nth match. If the
+  // key doesn't name an application, the node is searched for in the application with this path;
+  // everywhere if the path is empty. Returns the number of matches; the node becomes current only
+  // if it is unique.
   int SelectNode(const std::string& key, const std::string& application);
-  // The same for one that has to be there. 0, or an exit code with everything said.
+  // Like SelectNode(), but requires exactly one match. Returns 0, or an exit code after printing
+  // the error.
   int FindNode(const std::string& key, const std::string& application);
-  // Stores a label for the current node. False when the server refuses.
+  // Stores a new label for the current node. Returns false if the server refuses.
   bool RenameCurrentNode(const std::string& label);
-  // Writes the project's files, with the configurations in force that were before --config. 0, or
-  // an exit code with everything said.
+  // Saves the project, with the configurations that were active before --config, and records the
+  // change for undo. Returns 0, or an exit code after printing the error.
   int SaveProject();
-  // The same for a command that records what it did by itself.
+  // Like SaveProject(), but leaves recording to the command.
   int SaveFiles();
-  // Adds what a command made of the project's files to what can be undone.
+  // Adds a change of the project's files to the undo record.
   void RecordEdit(const std::string& project, const std::string& label, const FileChanges& changes);
-  // Stores what can be undone; a failure costs no more than that, and is only remarked.
+  // Writes the undo record; on error only prints a remark, because nothing but undo is affected.
   void WriteRecord(EditRecord& record);
 
  private:
   void ShowDefinitionErrors();
-  // Also if the user wants quiet, but not in the middle of a line that a shell completes.
+  // Printed even with --quiet, but not during completion, where it would disturb the shell's
+  // command line.
   void ShowDamage(std::vector<DamageEntry> found);
   int RefuseDamaged();
   void RestoreConfigurations();
@@ -125,11 +129,11 @@ class CommandContext {
   MainFrame frame;
   std::unique_ptr<BuildSession> session;
   std::vector<DamageEntry> damage;
-  std::vector<FileText> openedFiles;  // the files of a project that is to be changed
+  std::vector<FileText> openedFiles;  // of a project that is about to be changed
   mutable std::string lastComplaint;
   bool isStarted = false;
   bool hasOpened = false;
-  std::vector<ApplicationEntry> switched;  // as they were before --config
+  std::vector<ApplicationEntry> switched;  // state before --config
 };
 
 }  // namespace tarn::host

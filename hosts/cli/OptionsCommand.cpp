@@ -13,7 +13,7 @@ namespace tarn::host {
 
 namespace {
 
-// The current node's options, and the one that the user asked about.
+// The options of the current node, and the one that the user requested.
 class OptionQuery {
  public:
   explicit OptionQuery(CommandContext& commandContext)
@@ -36,7 +36,8 @@ class OptionQuery {
   std::string ValueText() {
     return session.Manager().GetPropertyValue(key.set, key.section, key.name);
   }
-  // Where a new value goes: the set that was named, else the one that defines the option.
+  // Returns the set that receives a new value: the one in the key, else the one that defines the
+  // option.
   std::string SetToChange() const { return definition ? definition->set : key.set; }
   std::string RawText() const;
   std::vector<StoredValue> CollectStored();
@@ -53,7 +54,7 @@ class OptionQuery {
   std::optional<OptionDefinition> definition;
 };
 
-// Finds the option that was asked for. 0, or an exit code with everything said.
+// Finds the requested option. Returns 0, or an exit code after printing the error.
 int OptionQuery::Identify() {
   const std::string& asked = context.Asked().key;
   if (!ParseOptionKey(asked, key)) {
@@ -119,7 +120,8 @@ std::string OptionQuery::RawText() const {
   return raw == nullptr ? std::string() : *raw;
 }
 
-// From the set that matters least to the node's own, each from the outermost level inwards.
+// Returns the values in order of increasing precedence: from the outermost set to the node's own,
+// each from the outermost level inwards.
 std::vector<StoredValue> OptionQuery::CollectStored() {
   std::vector<StoredValue> stored;
   std::vector<std::string> asked = key.set.empty() ? sets : std::vector<std::string>{key.set};

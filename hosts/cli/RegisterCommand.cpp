@@ -30,8 +30,8 @@ int ComplainOf(CommandContext& context, const char* what, bool adds, const Error
   return kExitCannotOpen;
 }
 
-// The server knows itself what there is to write; it is this installation's own, whichever is
-// registered. 0, or an exit code with everything said.
+// Registers or unregisters the server of this installation by calling the library's own entry
+// point. Returns 0, or an exit code after printing the error.
 int CallServer(CommandContext& context, bool adds) {
   const std::string library = ModuleFolder() + "/" + ModuleFileName("TarnProjectManager");
   const auto code = CallServerEntry(library, adds ? "DllRegisterServer" : "DllUnregisterServer");
@@ -43,7 +43,7 @@ int CallServer(CommandContext& context, bool adds) {
   return ComplainOf(context, "The server", adds, ClassStore::Native().LastFailure());
 }
 
-// One line that tells what was done with one thing.
+// Prints one line that reports what was done.
 void TellDone(CommandContext& context, bool adds, bool wasThere, bool changed,
               const std::string& what) {
   const std::string done = adds ? (changed ? "registered" : "already registered")
@@ -51,7 +51,7 @@ void TellDone(CommandContext& context, bool adds, bool wasThere, bool changed,
   context.Out().PrintLine(done + " for " + WordOf(ClassStore::Native().GetScope()) + "  " + what);
 }
 
-// What holds behind an unregistration: the other scope may still know the class.
+// After unregistering: reports a registration in the other scope, if there is one.
 void TellWhatIsLeft(CommandContext& context, ClassStore& store) {
   const auto left = store.FindLibrary(kServerClass);
   if (!left) return;

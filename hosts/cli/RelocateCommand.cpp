@@ -11,7 +11,7 @@ namespace tarn::host {
 
 namespace {
 
-// The step's label in the record of changes.
+// Returns the label of the step in the undo record.
 std::string LabelOf(const Relocation& relocation) {
   std::vector<std::string> moved;
   for (const MovedPath& each : relocation.GetFound()) {
@@ -21,8 +21,8 @@ std::string LabelOf(const Relocation& relocation) {
          (moved.size() == 1 ? moved.front() : std::to_string(moved.size()) + " paths");
 }
 
-// One search and what becomes of it. The project isn't opened: without one of its applications it
-// couldn't be.
+// One search and its results. The project isn't opened, which would fail if an application is
+// missing.
 class Relocating {
  public:
   explicit Relocating(CommandContext& commandContext) : context(commandContext) {}
@@ -41,11 +41,11 @@ class Relocating {
 
   CommandContext& context;
   std::string project;
-  std::string from, to;  // empty: everything that is missing is searched for
+  std::string from, to;  // empty: search for everything that is missing
   bool isChanged = false;
 };
 
-// PROJECT, OLD NEW, or PROJECT OLD NEW.
+// Accepts PROJECT, OLD NEW, or PROJECT OLD NEW.
 void Relocating::TakeWords() {
   const Invocation& asked = context.Asked();
   if (asked.older.empty()) {
@@ -143,7 +143,7 @@ void Relocating::PrintMoves(const Relocation& relocation) const {
                      ".");
   }
   for (const MovedPath& each : relocation.GetFound()) {
-    // With OLD NEW it is missing where it was said to be.
+    // With OLD NEW, the file is missing at the path that the user specified.
     const bool isMoved = !each.newPath.empty() || from.empty();
     const std::string former =
         context.Show(isMoved ? each.oldPath : MapPath(each.oldPath, from, to));

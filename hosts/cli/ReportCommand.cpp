@@ -57,7 +57,7 @@ nlohmann::json ToJson(const ReportRow& row) {
   return object;
 }
 
-// Without a filter the last lines of a tool are rows themselves.
+// Without a filter the tool's last lines are printed as separate rows.
 void PrintRow(CommandContext& context, const ReportRow& row, bool isFiltered) {
   if (isFiltered) {
     for (const std::string& line : row.entry.lastLines) context.Out().PrintLine(Printable(line));
@@ -67,7 +67,7 @@ void PrintRow(CommandContext& context, const ReportRow& row, bool isFiltered) {
 
 }  // namespace
 
-// Who asks for warnings wants to know of one as much as who asks for errors.
+// With --warnings a warning affects the exit code, as an error does with --errors.
 int RunReport(CommandContext& context) {
   std::string project;
   if (const int code = context.LocateProject(project); code != kExitDone) return code;

@@ -13,7 +13,7 @@ namespace tarn::host {
 
 namespace {
 
-// A script at work, as the user sees it.
+// Shows a running script to the user.
 class ScriptDisplay {
  public:
   explicit ScriptDisplay(CommandContext& commandContext)
@@ -28,7 +28,7 @@ class ScriptDisplay {
     session.Scripts().runBuild = {};
   }
 
-  // What the server has said meanwhile, e.g. of a file that it couldn't write.
+  // Prints the server's messages since the last call, e.g. about a file that it couldn't write.
   void ShowLog() {
     for (const std::string& line : session.TakeLogLines()) context.Complain(line);
   }
@@ -59,7 +59,7 @@ class ScriptDisplay {
   std::vector<std::string> lines;
 };
 
-// What was refused was not done, whatever the script made of it.
+// A refused operation was not carried out, even if the script ignored that.
 int ExitCodeOf(ScriptEnd end, bool wasRefused) {
   if (wasRefused) return kExitCannotOpen;
   if (end == ScriptEnd::Stopped) return kExitInterrupted;
@@ -74,7 +74,7 @@ const char* WordOf(ScriptEnd end) {
 }  // namespace
 
 int RunScript(CommandContext& context) {
-  // Read first: opening the project moves the process to another folder.
+  // Read first, because opening the project changes the working folder.
   std::string script = context.Asked().script;
   if (IsRelativePath(script)) script = JoinPath(context.StartFolder(), script);
   const auto text = context.Files().ReadWholeFile(context.Asked().script);

@@ -18,8 +18,8 @@ constexpr const char* kSchema =
     "https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/sarif-schema-2.1.0.json";
 constexpr std::string_view kNoteWord = ": note: ";
 
-// What stands behind the place that the tool wrote in front of its message; empty unless it is the
-// place that the entry names.
+// Returns the text after the position at the start of the message; empty unless it is the position
+// of the entry.
 std::string_view BehindPlace(const LogEntry& entry) {
   const std::string place = ":" + std::to_string(entry.line) + ":";
   const std::size_t at = entry.text.find(place);
@@ -29,7 +29,7 @@ std::string_view BehindPlace(const LogEntry& entry) {
   return namesFile ? text.substr(at + place.size()) : std::string_view();
 }
 
-// "error", "warning", "note", or null for a line that is no finding.
+// Returns "error", "warning", "note", or nullptr for a line that is not a diagnostic.
 const char* LevelOf(const LogEntry& entry) {
   if (entry.kind == LogKind::Error) return "error";
   if (entry.kind == LogKind::Warning) return "warning";
@@ -44,7 +44,7 @@ std::string MessageOf(const LogEntry& entry) {
   return note == std::string::npos ? entry.message : entry.text.substr(note + kNoteWord.size());
 }
 
-// The switch that a compiler names for a warning at the end of it: "-Wunused-variable".
+// Returns the option that a compiler names at the end of a warning: "-Wunused-variable".
 std::string RuleOf(const std::string& message) {
   const std::size_t open = message.rfind(" [-W");
   if (open == std::string::npos || !message.ends_with("]")) return {};
@@ -54,7 +54,7 @@ std::string RuleOf(const std::string& message) {
 nlohmann::json LocationOf(const LogEntry& entry, const std::string& projectFolder) {
   nlohmann::json artifact;
   const std::string root = AddSeparator(projectFolder);
-  // Readers of a URI resolve ".." by its letters.
+  // Consumers of a URI resolve ".." lexically.
   FileSystem& files = FileSystem::Native();
   std::string path = files.Canonical(entry.file);
   if (FindParentStep(path) != std::string::npos) path = CanonicalPath(files.ResolveLinks(path));
@@ -71,7 +71,7 @@ nlohmann::json LocationOf(const LogEntry& entry, const std::string& projectFolde
   return {{"physicalLocation", place}};
 }
 
-// The results of a run, and the rules that they name, each once.
+// The results of a run, and the set of rules that they refer to.
 class ResultList {
  public:
   explicit ResultList(std::string folder) : projectFolder(std::move(folder)) {}
@@ -153,7 +153,7 @@ nlohmann::json MakeSarifReport(const LoggedBuild& build, const std::string& tool
   run["tool"]["driver"] = {{"name", "tarn"}, {"version", toolVersion}, {"rules", list.rules}};
   run["invocations"] = nlohmann::json::array({invocation});
   run["originalUriBaseIds"][kProjectRoot] = {{"uri", root}};
-  // Moved, as there may be very many.
+  // Moved, because there may be a large number of them.
   run["results"] = std::move(list.results);
   nlohmann::json document = {{"$schema", kSchema}, {"version", "2.1.0"}};
   document["runs"].push_back(std::move(run));

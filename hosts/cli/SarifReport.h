@@ -9,22 +9,22 @@
 
 namespace tarn::host {
 
-// A finished build, as the report of it needs to know it.
+// Input of the report: a finished build.
 struct LoggedBuild {
   std::string projectFolder;  // absolute
   std::vector<LogEntry> entries;
   bool succeeded = false;
-  std::int64_t endSeconds = 0;  // since 1970; 0 when it isn't known
+  std::int64_t endSeconds = 0;  // since 1970; 0 if unknown
 };
 
-// The errors, warnings and notes of a build as a SARIF 2.1.0 document. Places below the project's
-// folder are written relative to it, others by their full path.
+// Returns the errors, warnings and notes of a build as a SARIF 2.1.0 document. Paths below the
+// project's folder are relative to it, others are absolute.
 nlohmann::json MakeSarifReport(const LoggedBuild& build, const std::string& toolVersion);
 
-// The column that a message names behind its line, 1 for the first; 0 when it names none.
+// Returns the column that a message specifies after its line, counted from 1; 0 if there is none.
 int ColumnOf(const LogEntry& entry);
 
-// `path` as the path of an URI: blanks and whatever else has a meaning there are escaped.
+// Returns `path` as the path of a URI: spaces and reserved characters are escaped.
 std::string UriPathOf(const std::string& path);
 
 }  // namespace tarn::host

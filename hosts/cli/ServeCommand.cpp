@@ -9,8 +9,8 @@ namespace tarn::host {
 
 namespace {
 
-// One of the standard descriptors, put where no tool inherits it and nothing else of this process
-// writes to; `replacement` takes its place. -1 when there is none.
+// Moves one of the standard descriptors to a number that is not inherited by tools and not written
+// to by other code of this process; `replacement` takes its place. -1 on error.
 class Descriptor {
  public:
   Descriptor(int standard, int replacement)

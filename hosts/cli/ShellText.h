@@ -6,10 +6,10 @@
 #include "hosts/cli/CommandEntry.h"
 #include "platform/text/Text.h"
 
-// Texts that a shell reads: what the completion scripts need, and commands shown to people.
+// Strings for shells, used by the completion scripts and by commands shown to users.
 namespace tarn::host {
 
-// The word for a kind that the scripts and `tarn complete` share; "nothing" for None.
+// Returns the keyword for a kind that the scripts pass to `tarn complete`; "nothing" for None.
 std::string ScriptWord(ValueKind kind);
 
 template <class OnCommand>
@@ -18,24 +18,25 @@ void ForEachCommand(const CommandEntry& command, OnCommand&& onCommand) {
   for (const CommandEntry& each : command.children) ForEachCommand(each, onCommand);
 }
 
-// "options set"; empty for the program.
+// Returns "options set"; an empty string for the program.
 inline std::string WordsOf(const CommandEntry& command) {
   std::string text;
   for (const std::string& word : command.words) text += (text.empty() ? "" : " ") + word;
   return text;
 }
 
-// Adds a word to a list with blanks between.
+// Appends a word to a list separated by spaces.
 inline void AddWord(std::string& list, const std::string& word) {
   list += (list.empty() ? "" : " ") + word;
 }
 
-// As one word of a shell; `quote` is how a single quote is written inside of single quotes.
+// Quotes a string as one shell word; `quote` is the shell's form of a single quote inside single
+// quotes.
 inline std::string ShellQuoted(const std::string& text, const std::string& quote = "'\\''") {
   return "'" + ReplaceAll(text, "'", quote) + "'";
 }
 
-// The same, with quotes only where they are needed.
+// Like ShellQuoted(), but quotes only if necessary.
 inline std::string ShellWord(const std::string& text) {
   constexpr std::string_view kSpecial = " \t!\"#$&'()*;<>?[\\]^`{|}~";
   return text.empty() || text.find_first_of(kSpecial) != text.npos ? ShellQuoted(text) : text;

@@ -66,7 +66,7 @@ nlohmann::json ToJson(CommandContext& context, const ApplicationStatus& applicat
           {"outOfDate", nodes}};
 }
 
-// Why the first tool that a build would run can't be.
+// Returns why the first tool that a build would run can't be started.
 std::string ProblemOf(BuildSession& session, const ApplicationStatus& application) {
   for (const StaleNode& node : application.stale) {
     if (node.tool.empty()) continue;

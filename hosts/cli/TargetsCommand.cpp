@@ -24,8 +24,7 @@ bool KeepThoseThat(std::vector<TargetEntry>& targets, Predicate&& matches) {
   return true;
 }
 
-// What was asked for by the name in full, of a target or of a family, is nothing else, even if
-// other names begin with it.
+// An exact match with the full name of a target or a family takes precedence over partial matches.
 bool KeepMatching(std::vector<TargetEntry>& targets, const std::string& text) {
   const std::string wanted = FoldCase(text);
   const auto isNamed = [&](const TargetEntry& each) { return EqualNoCase(each.name, text); };
@@ -44,7 +43,7 @@ std::string JoinedFamilies(const TargetEntry& target) {
   return Printable(text);
 }
 
-// All that is known of a target.
+// Prints all details of a target.
 void PrintTarget(CommandContext& context, const TargetEntry& target) {
   Console& out = context.Out();
   out.PrintLine(out.Dye(Paint::Bold, Printable(target.name)) + "  " + JoinedFamilies(target));
@@ -103,7 +102,7 @@ std::string TargetHint(const std::string& name, const std::vector<TargetEntry>& 
   return text.empty() ? " `tarn targets` shows what there is." : text;
 }
 
-// Leaves those that were asked for. 0, or an exit code with everything said.
+// Keeps only the requested targets. Returns 0, or an exit code after printing the error.
 int Choose(CommandContext& context, std::vector<TargetEntry>& targets) {
   const std::string& family = context.Asked().family;
   const std::string& text = context.Asked().text;

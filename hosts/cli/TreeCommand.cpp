@@ -14,7 +14,8 @@ std::string LabelOf(const CXmlNode& node) {
   return label.empty() ? FileNameOf(AttributeOf(&node, "Path")) : label;
 }
 
-// What stands behind a label: the path where it says more, and what leaves the node out.
+// Returns the text after a label: the path if it differs from the label, and the reason if the node
+// is excluded.
 ConsoleText RemarkOf(CommandContext& context, const CXmlNode& node) {
   std::string text;
   const std::string path = AttributeOf(&node, "Path");

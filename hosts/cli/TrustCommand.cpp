@@ -27,8 +27,8 @@ int ListFolders(CommandContext& context, const TrustedFolders& trusted) {
   return kExitDone;
 }
 
-// The folder of a project file, or the folder itself. Empty, with everything said, if there is
-// none; one that is gone can still be taken out of the list.
+// Returns the folder of a project file, or the folder itself. Returns an empty string after
+// printing the error if there is none; a deleted folder can still be removed from the list.
 std::string FindFolder(CommandContext& context, const TrustedFolders& trusted) {
   std::string path = context.Asked().project;
   if (path.empty() || IsRelativePath(path)) path = JoinPath(context.StartFolder(), path);

@@ -28,8 +28,8 @@ void Report(CommandContext& context, const std::string& line, const std::vector<
   }
 }
 
-// Returns whether the files are as the record has them before the change: then each of them can
-// become what it was, byte for byte, even if the project can't be opened with it.
+// Returns true if the files have the recorded content from before the change. Then they can be
+// restored byte for byte, even if the project can't be opened with the result.
 bool IsAsRecorded(CommandContext& context, const std::string& project, const FileChanges& changes) {
   FileSystem& files = context.Files();
   const ProjectFolder folder(files, project);
@@ -37,12 +37,12 @@ bool IsAsRecorded(CommandContext& context, const std::string& project, const Fil
     if (!folder.Holds(each.path) && !context.MayWriteOutside(project)) return false;
     const auto present = files.ReadWholeFile(each.path);
     if (!present) return !each.before && present.GetError().code == ErrorCode::NotFound;
-    // A file that comes to the project may be there already, as long as it is the same.
+    // A file that the change adds may already exist with the same content.
     return *present == (each.before ? each.before : each.after);
   });
 }
 
-// Copies the damaged ones of the files that are to be written.
+// Backs up those files that are damaged and about to be written.
 int KeepDamaged(CommandContext& context, const FileChanges& changes) {
   FileSystem& files = context.Files();
   for (const DamageEntry& entry : context.GetDamage()) {
@@ -71,8 +71,8 @@ int WriteDirectly(CommandContext& context, const std::string& project, const Fil
   return kExitCannotOpen;
 }
 
-// Makes the change in the open project, where others have changed its files since, and saves that.
-// `isDone` is false if the project holds it already.
+// Applies the change to the open project if other programs have changed its files since, and saves
+// the merged result. Sets `isDone` to false if the project already contains the change.
 int Merge(CommandContext& context, const std::string& project, const FileChanges& changes,
           const std::string& label, bool& isDone) {
   if (const int code = context.OpenProject(project); code != kExitDone) return code;
@@ -112,7 +112,8 @@ int RunUndo(CommandContext& context) {
     const Error none{ErrorCode::NotFound, {}, {}};
     return RefuseRecord(context, record.GetStatus() ? none : record.GetStatus().GetError(), isUndo);
   }
-  // A record that stays as it is would name this step again.
+  // Checks that the record is writable before files are changed; otherwise the next undo would
+  // offer the same step again.
   if (const Status written = record.Write(); !written) {
     return RefuseRecord(context, written.GetError(), isUndo);
   }

@@ -12,8 +12,8 @@ bool FitsPattern(std::string_view text, std::string_view pattern) {
   if (wanted.find_first_of("*?") == std::string::npos) return own.find(wanted) != std::string::npos;
   std::size_t at = 0;
   std::size_t next = 0;                  // in the pattern
-  std::size_t star = std::string::npos;  // the last * that was met
-  std::size_t behindStar = 0;            // where the text goes on behind what it stands for
+  std::size_t star = std::string::npos;  // the last * so far
+  std::size_t behindStar = 0;            // where the text continues after its match
   while (at < own.size()) {
     if (next < wanted.size() && wanted[next] == '*') {
       star = next++;

@@ -4,8 +4,9 @@
 
 namespace tarn::host {
 
-// Whether the text fits the pattern, case aside: * stands for any bytes, ? for one, and a pattern
-// without either is looked for anywhere in the text. At most pattern times text steps.
+// Returns true if the text matches the pattern, ignoring case: * matches any bytes, ? matches one
+// byte, and a pattern without either matches anywhere in the text. Backtracks only to the last *,
+// so the time is O(pattern x text).
 bool FitsPattern(std::string_view text, std::string_view pattern);
 
 }  // namespace tarn::host

@@ -28,7 +28,7 @@ std::string FunctionOf(const CommandEntry& command) {
   return name;
 }
 
-// A text inside the brackets behind an option.
+// Escapes a text inside the brackets after an option.
 std::string HelpOf(const std::string& text) {
   return ReplaceAll(ReplaceAll(ReplaceAll(text, "[", "("), "]", ")"), ":", "\\:");
 }
@@ -84,7 +84,8 @@ std::string Function(const CommandEntry& command) {
 std::string MakeZshCompletion(const CommandEntry& program) {
   std::string text = kHead;
   ForEachCommand(program, [&text](const CommandEntry& each) { text += Function(each); });
-  // Loaded by the completion system the file is the function; sourced it only defines things.
+  // If the completion system loads the file, the file is the function; if it is sourced, it only
+  // defines functions.
   return text +
          "if [[ $funcstack[1] == _tarn ]]; then\n  _tarn_do \"$@\"\nelse\n"
          "  compdef _tarn_do tarn\nfi\n";

@@ -1,4 +1,4 @@
-// The command line host: reads the command line, carries out one command, ends with its exit code.
+// The command line host: parses the command line, runs one command, and returns its exit code.
 
 #include <cerrno>
 #include <cstring>
@@ -63,7 +63,8 @@ const std::map<std::string, int (*)(CommandContext&)>& Commands() {
   return commands;
 }
 
-// What was asked for isn't there if it couldn't be written. A reader that has gone wants no more.
+// A command fails if its output couldn't be written. If the reader has closed the pipe, that is not
+// reported as an error.
 int JudgeOutput(Console& console, int code) {
   const int failure = console.GetFailure();
   if (failure == 0 || code != tarn::host::kExitDone) return code;
@@ -78,7 +79,7 @@ int Run(int argc, char** argv, Console& console) {
   console.SetStyle(tarn::host::ConsoleStyle::OfStandardOutput(parsed.invocation->noColor));
   CommandContext context(*parsed.invocation, console, tarn::FileSystem::Native());
   const int code = Commands().at(parsed.invocation->command)(context);
-  // Programs get a document also if there was nothing to make it from.
+  // With --json a program gets a document even on failure.
   const bool isSilent = parsed.invocation->json && !console.HasPrinted();
   if (code == tarn::host::kExitCannotOpen && isSilent) {
     tarn::host::PrintJson(

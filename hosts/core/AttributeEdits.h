@@ -8,18 +8,18 @@
 
 namespace tarn::host {
 
-// Replaces values of attributes in the text of an XML file and leaves every other byte as it is.
+// Replaces attribute values in the text of an XML file and leaves every other byte unchanged.
 class AttributeEdits {
  public:
-  // All attributes with this name and value receive the other value. There has to be one.
+  // Registers a replacement of `value` in all attributes with this name. At least one must exist.
   void Add(const std::string& name, const std::string& value, const std::string& replacement);
-  // Like Add(), but there need not be one.
+  // Like Add(), but it is not an error if there is no such attribute.
   void AddOptional(const std::string& name, const std::string& value,
                    const std::string& replacement);
   bool IsEmpty() const { return edits_.empty(); }
 
-  // All replacements are made at once, so that values can be exchanged. Fails if a value isn't
-  // there in double quotes.
+  // Makes all replacements in a single pass, so that two values can be swapped. Fails if a required
+  // value does not occur in double quotes.
   Result<std::string> ApplyTo(const std::string& text) const;
 
  private:

@@ -9,7 +9,7 @@ namespace tarn::host {
 
 namespace {
 
-// %1 the node, %2 its type or the name of the tool, %3 its application.
+// Placeholders: %1 is the node, %2 its type or the name of the tool, %3 its application.
 struct GapText {
   const char* reason;
   bool isFatal;

@@ -6,29 +6,31 @@
 
 namespace tarn::host {
 
-// What a build leaves out although it looks like a part of the project.
+// A node that a build skips although it looks like a part of the project.
 struct BuildGap {
   std::string application;  // label; empty for a node outside of every application
   std::string label;
   std::string path;
-  std::string type;      // element name; of an unknown tool the name of the tool
+  std::string type;      // element name; for an unknown tool the name of the tool
   std::string reason;    // "no-tool", "no-file", "no-type", "no-application" or "unknown-tool"
   bool isFatal = false;  // its application can't be built
 };
 
 struct BuildGaps {
-  int applications = 0;  // that take part in a build
+  int applications = 0;  // number of applications that take part in a build
   std::vector<BuildGap> gaps;
-  // Applications that use each other's outputs: "a -> b -> a". Empty if there are none.
+  // A dependency cycle of applications that use each other's outputs, as "a -> b -> a". Empty if
+  // there is none.
   std::string cycle = {};
 
   bool HasFatal() const;
 };
 
-// Reads the inspector's gaps, of the application with this label or path alone if it isn't empty.
+// Parses the inspector's list of gaps. If `application` (label or path) isn't empty, returns only
+// the gaps of that application.
 BuildGaps ParseBuildGaps(const std::string& xml, const std::string& application);
 
-// The gap as a sentence. `shorten` makes a path fit for a person.
+// Returns the gap as a sentence. `shorten` abbreviates a path for display.
 std::string DescribeGap(const BuildGap& gap,
                         const std::function<std::string(const std::string&)>& shorten);
 

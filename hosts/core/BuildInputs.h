@@ -6,17 +6,17 @@
 
 namespace tarn::host {
 
-// The outputs that the tools of an application make, as the inspector lists them.
+// The outputs that an application's tools produce, as listed by the inspector.
 
 struct ApplicationInputs {
   std::string_view application;           // path
-  std::vector<std::string_view> outputs;  // in the order of the build, the application's own last
+  std::vector<std::string_view> outputs;  // in build order, the application's own last
 };
 
-// The pieces borrow from `lines`. What cannot be read is left out.
+// Parses the inspector's list. The returned views point into `lines`. Malformed lines are skipped.
 std::vector<ApplicationInputs> ParseBuildInputs(std::string_view lines);
 
-// The paths of a list of quoted names with commas between, as tools take their files.
+// Splits a comma-separated list of quoted names, the form in which tools receive their files.
 std::vector<std::string> SplitQuotedPaths(std::string_view list);
 
 }  // namespace tarn::host

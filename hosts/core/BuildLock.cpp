@@ -7,7 +7,7 @@
 
 namespace tarn::host {
 
-// All or none, so that two processes never wait for each other.
+// Takes all locks or none, so that two processes can't deadlock.
 bool BuildLock::Try(const std::string& projectPath, bool mayLeave) {
   if (!held.empty()) return true;
   holder.clear();
@@ -26,7 +26,7 @@ bool BuildLock::Try(const std::string& projectPath, bool mayLeave) {
   return true;
 }
 
-// In a fixed order.
+// Returns the paths in a fixed order, so that all processes lock in the same order.
 std::vector<std::string> BuildLock::FindPaths(const std::string& projectPath, bool mayLeave) {
   std::set<std::string> found = {FindLockPath(files, projectPath, projectPath, mayLeave)};
   for (const ApplicationEntry& each : ListApplications(inspector)) {

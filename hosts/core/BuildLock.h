@@ -9,20 +9,20 @@
 
 namespace tarn::host {
 
-// Keeps other processes from building in a project at the same time, and in another one that has an
-// application in common with it. What is in a folder that can't be written has no lock. For one
-// thread.
+// Prevents other processes from building in the same project at the same time, or in a different
+// project that shares an application with it. Folders without write permission are not locked. Not
+// thread-safe.
 class BuildLock {
  public:
   BuildLock(FileSystem& fileSystem, InspectorDriver& inspectorDriver)
       : files(fileSystem), inspector(inspectorDriver) {}
 
-  // Returns false while another process holds the lock or a part of it, which GetHolder then names.
-  // `mayLeave` is false for a project that is not trusted: applications outside its folder have no
-  // lock then, since nothing may be written there.
+  // Tries to take the lock. Returns false if another process holds it or a part of it; GetHolder()
+  // then names that process. Pass `mayLeave` = false for an untrusted project: nothing may be
+  // written outside its folder, so applications there are not locked.
   bool Try(const std::string& projectPath, bool mayLeave);
   void Release();
-  // Another project is open: the next Try asks which applications it has.
+  // Call this after a different project was opened: the next Try() queries its applications again.
   void ForgetPaths() { paths.clear(); }
   const std::string& GetHolder() const { return holder; }
 
@@ -32,7 +32,7 @@ class BuildLock {
   FileSystem& files;
   InspectorDriver& inspector;
   std::vector<std::unique_ptr<FileLock>> held;  // empty: not locked
-  std::vector<std::string> paths;               // known from the first Try on
+  std::vector<std::string> paths;               // set by the first Try
   std::string holder;
 };
 

@@ -8,7 +8,7 @@ namespace {
 
 std::string SubjectOf(const ToolStart& start) {
   if (!start.subject.empty()) return start.subject;
-  // A tool with many files makes one thing out of them; that is what it is known by.
+  // A tool with many inputs is identified by its single output.
   const bool isSingle = start.files.size() == 1;
   if (!isSingle && !start.output.empty()) return start.output;
   return start.files.empty() ? start.tool : start.files.front();

@@ -9,24 +9,24 @@
 
 namespace tarn::host {
 
-// How far a build is, by what its observer hears, from the moment when it is made. On the host's
-// thread.
+// Progress of a build, computed from the notifications of its observer interface. Elapsed time
+// counts from construction. Main thread only.
 class BuildProgress : public BuildObserver {
  public:
   using Clock = std::chrono::steady_clock;
 
-  // `countWork` tells how many tools there are to run; asked once, when the first one starts. Empty
-  // when nobody knows.
+  // `countWork` returns the number of tools to run; it is called once, when the first tool starts.
+  // Pass an empty function if the number is unknown.
   explicit BuildProgress(std::function<int()> countWork);
 
   void OnToolStarted(const ToolStart& start) override;
   void OnToolEnded(bool success, const std::vector<LogEntry>& messages) override;
 
-  // Of the tool that runs, from 1 on; 0 ahead of the first.
+  // Number of the running tool, counted from 1; 0 before the first one.
   int GetNumber() const { return number; }
-  // At least the number; 0 when nobody knows.
+  // Total number of tools, never less than GetNumber(); 0 if unknown.
   int GetTotal() const { return total; }
-  // The file that the tool that runs is known by, or else its name.
+  // The file that identifies the running tool, or the tool's name if there is none.
   const std::string& GetSubject() const { return subject; }
   int GetErrors() const { return errors; }
   int GetWarnings() const { return warnings; }

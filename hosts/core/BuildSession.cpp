@@ -24,9 +24,9 @@ constexpr const char* kManagerClass = "TarnProjectManager.ProjectManager";
 constexpr const char* kInspectorClass = "TarnProjectManager.ProjectInspector";
 constexpr const char* kToolsClass = "TarnToolManager.ToolManager";
 
-// How the server's line about a copied file begins.
+// Start of the server's log line about a backup copy.
 
-// The command for a whole project, and the one for an application that is the current node.
+// The command for a whole project, and the one for the current application.
 struct WorkCommands {
   BuildWork work;
   std::uint32_t project;
@@ -39,7 +39,7 @@ constexpr WorkCommands kWorkCommands[] = {
     {BuildWork::Clean, kCmdCleanAll, kCmdCleanNode},
 };
 
-// Returns whether the call changes whichever node is current.
+// Returns true if the call changes the current node.
 bool ChangesCurrentNode(std::string_view method, std::span<const Variant> arguments) {
   if (EqualNoCase(method, "RemoveItem")) return !arguments.empty() && !arguments[0].AsText();
   return EqualNoCase(method, "SavePropertyValue") || EqualNoCase(method, "ResetPropertyValue");
@@ -48,20 +48,20 @@ bool ChangesCurrentNode(std::string_view method, std::span<const Variant> argume
 Status Attach(COleDispatchDriver& driver, const char* classId) {
   std::string reason;
   const DispatchPtr object = ClassRegistry::Native().CreateInstance(classId, &reason);
-  // The reason names the class in front.
+  // The reason starts with the class name; drop it.
   if (!object) return Error{ErrorCode::NotFound, reason.substr(reason.find(": ") + 2), classId};
   driver.AttachDispatch(object.Get(), true);
   return {};
 }
 
-// A line "place: text".
+// Parses a line "place: text".
 Error ToError(const std::string& line) {
   const std::size_t end = line.find(": ");
   if (end == std::string::npos) return {ErrorCode::NotFound, line, {}};
   return {ErrorCode::NotFound, line.substr(end + 2), line.substr(0, end)};
 }
 
-// Why the server can't start with a configuration file.
+// Describes why the server can't start with a configuration file.
 Error DescribeConfigFile(FileSystem& files, const std::string& path) {
   CXmlNode root;
   const auto text = files.ReadWholeFile(path);
@@ -71,7 +71,7 @@ Error DescribeConfigFile(FileSystem& files, const std::string& path) {
   return {ErrorCode::NotFound, "the configuration file is missing or damaged", path};
 }
 
-// How the last call went.
+// Status of the driver's last call.
 Status StatusOf(const COleDispatchDriver& driver, const char* classId) {
   const DispatchResult last = driver.LastResult();
   if (last || last.status == DispatchStatus::WrongType) return {};
@@ -140,23 +140,24 @@ void BuildSession::AnswerMessages() {
     return std::intptr_t{1};
   });
   frame.Answer(kMsgCommand, [this](const HostEvent& event) {
-    // Carried out later: the sender may be in the middle of something.
+    // Executed later, because the sender may be in the middle of an operation.
     postedCommands.push_back(static_cast<std::uint32_t>(event.wParam));
     return std::intptr_t{1};
   });
 }
 
 Status BuildSession::Start() {
-  // Projects are opened and built without it as well.
+  // An error is ignored: projects can be opened and built without the folder.
   (void)files.CreateFolders(folders.data);
   if (const Status attached = Attach(manager, kManagerClass); !attached) return attached;
   logLines.clear();
   if (manager.Init(folders.application, folders.data, frame.GetHandle()) == 0) {
-    // Without a line it is the configuration file.
+    // If nothing was logged, the cause is the configuration file.
     if (!logLines.empty()) return ToError(TakeLogLines().front());
     return DescribeConfigFile(files, folders.ConfigFile(files));
   }
-  // Where nothing was installed to start it from. Without it there is just no project in between.
+  // Creates the placeholder project if no installed one was copied. If this fails, closing a
+  // project simply leaves no project open.
   (void)WriteStandInProject(files, folders.data, FileNameOf(folders.data));
   if (Status attached = AttachComponents(); !attached) return attached;
   const std::string problem = inspector.GetInstallationProblem();
@@ -226,7 +227,7 @@ bool BuildSession::RefusesChange() {
 std::string BuildSession::CheckCall(std::string_view method, std::span<const Variant> arguments) {
   const bool isChange = ChangesProject(method, arguments) || ReplacesFile(method, arguments);
   if (isChange && RefusesChange()) return kDamageRefusal;
-  // The methods that select return the same whether or not they have found anything.
+  // Selection methods return the same result whether or not they found a node.
   if (!ChangesCurrentNode(method, arguments)) return {};
   const std::string missed = inspector.GetMissedSelection();
   return missed.empty() ? std::string()
@@ -234,7 +235,7 @@ std::string BuildSession::CheckCall(std::string_view method, std::span<const Var
                               " to select, and another one is still current. Select a node first.";
 }
 
-// A new project in the place of the open one, or of a damaged file of it.
+// Returns true if the call creates a new project over the open one, or over a damaged file of it.
 bool BuildSession::ReplacesFile(std::string_view method, std::span<const Variant> arguments) {
   const bool isNamed = !arguments.empty() && arguments[0].AsText().has_value();
   if (!EqualNoCase(method, "ProjectNew") || !isNamed) return false;
@@ -266,7 +267,7 @@ bool BuildSession::LockBuild() {
 }
 
 BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* observer) {
-  // A script that a build has started can't build.
+  // A script that was started by a build can't build.
   if (isRunning) return {};
   outcome = {};
   stateProblem.clear();
@@ -286,7 +287,7 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
   if (outcome.end == BuildEnd::Failed && outcome.toolsFailed == 0 && outcome.problem.empty()) {
     outcome.problem = ParseStatusProblem(inspector.GetStatus());
   }
-  // The definitions were read again, and without them there is nothing to build with.
+  // The definitions were read again; a build is impossible without them.
   if (outcome.end == BuildEnd::Refused && outcome.problem.empty()) {
     const std::vector<std::string> errors = GetDefinitionErrors();
     if (!errors.empty()) outcome.problem = errors.front();
@@ -302,7 +303,7 @@ void BuildSession::BeginWork(BuildObserver* observer) {
   outcome = {};
   stateProblem.clear();
   log.Forget();
-  // A build that another has started can't be made to wait any more.
+  // The build is already running and can't be made to wait, so a failure to lock is ignored.
   static_cast<void>(TryLockBuild());
   if (HasProject()) state.Open();
   tools.ResumeTools();
@@ -334,7 +335,7 @@ BuildEnd BuildSession::AwaitBuild() {
   return isStopped ? BuildEnd::Stopped : BuildEnd::Failed;
 }
 
-// Reads the state of the project that stands now. False when there is none to build.
+// Reads the state of the project that is open now. Returns false if there is none to build.
 bool BuildSession::FollowProject() {
   if (!isOtherProject) return true;
   if (otherProject.empty()) return false;
@@ -349,7 +350,7 @@ ScriptOutcome BuildSession::RunScript(const std::string& text, const std::string
   outcome = {};
   const ScriptOutcome ended = scripts.Run(text, name);
   AwaitBuild();
-  KeepLog();  // with the lines that the script printed after its last build
+  KeepLog();  // including lines printed by the script after its last build
   stopRequested = false;
   return ended;
 }
@@ -370,7 +371,7 @@ std::uint32_t BuildSession::SelectCommand(const BuildRequest& request) {
   return kCmdBuildAll;
 }
 
-// True when nothing is to follow; false when the server has posted what comes next.
+// Returns true if the sequence ends here; false if the server has posted a follow-up command.
 bool BuildSession::RunCommand(std::uint32_t command) {
   workerEnded = false;
   workerSucceeded = false;
@@ -381,15 +382,15 @@ bool BuildSession::RunCommand(std::uint32_t command) {
   postedCommands.clear();
   logLines.clear();
   const bool isStarted = manager.Command(command) == 2;
-  // A worker does nothing before the wait for it, so one that has ended by now couldn't begin.
+  // A worker does nothing until it is waited for, so one that has already ended failed to start.
   if (workerEnded && !logLines.empty()) outcome.problem = logLines.back();
   if (isStarted) WaitForWorker();
   outcome.end = workerSucceeded ? BuildEnd::Succeeded : BuildEnd::Failed;
   return manager.EpilogCommand(command) != 0;
 }
 
-// Two sources with one output would make a program without one of them, and two applications with
-// one file would be built each time.
+// Refuses a build in which two nodes have the same output: with two sources the program would lack
+// one of them, and with two applications each build would make the other outdated.
 bool BuildSession::RefusesSharedOutputs(const BuildRequest& request) {
   if (request.work == BuildWork::Clean) return false;
   std::vector<LogEntry> errors;
@@ -409,7 +410,7 @@ bool BuildSession::RefusesSharedOutputs(const BuildRequest& request) {
 void BuildSession::ShowNotices() {
   const auto list = ParseXml(inspector.TakeBuildNotices());
   if (list == nullptr || list->GetChildCount() == 0) return;
-  // Also if no tool was run, it is more than a build with nothing to do.
+  // Even if no tool was run, this build has something to report.
   if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));
   std::vector<LogEntry> entries;
   for (const CXmlNode* each : list->GetChildren()) {
@@ -439,7 +440,7 @@ void BuildSession::WaitForWorker() {
   }
 }
 
-// A build that succeeded has built everything, or says what it left out.
+// A build that succeeded has built everything, or reports what it left out.
 void BuildSession::JudgeGaps(const BuildRequest& request) {
   const bool hasEnded = outcome.end == BuildEnd::Succeeded || outcome.end == BuildEnd::Failed;
   if (!hasEnded || stopRequested || request.work == BuildWork::Clean) return;
@@ -458,7 +459,8 @@ BuildGaps BuildSession::FindGaps(const std::string& application) {
   return ParseBuildGaps(inspector.GetBuildGaps(), application);
 }
 
-// What the end of a build asked for: options were changed by it, so all is built once more.
+// Executes commands posted at the end of a build. If the build has changed options, everything is
+// built once more.
 void BuildSession::ServePostedCommands() {
   loop->Pump();
   std::deque<std::uint32_t> commands;
@@ -500,7 +502,7 @@ std::intptr_t BuildSession::OnToolStarted(const HostEvent& event) {
   start.output = AttributeOf(element.get(), "Output");
   start.command = AttributeOf(element.get(), "Command");
   start.subject = AttributeOf(element.get(), "Subject");
-  // From here on it is a build that runs tools, whose log is kept.
+  // From here on tools run, so this build's log replaces the stored one.
   log.Renew(inspector.GetLogFile());
   if (!isOtherProject) log.Follow(inspector.GetLogFile(), LogPathOf(projectPath));
   if (watcher != nullptr) watcher->OnToolStarted(start);
@@ -524,7 +526,7 @@ std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
   isOtherProject = true;
   otherProject = path;
   buildLock.ForgetPaths();
-  // The server empties its log with the project.
+  // The server clears its log together with the project.
   static_cast<void>(log.Keep());
   log.Forget();
   return 1;
@@ -533,12 +535,13 @@ std::intptr_t BuildSession::OnProjectChanged(const std::string& path) {
 std::intptr_t BuildSession::OnRunScript(const HostEvent& event) {
   if (beforeScript) beforeScript();
   const ScriptOutcome ended = scripts.Run(event.text, "");
-  // A script that has started this one is told by an error.
+  // A script that started this one receives the failure as an error.
   if (!ended.error.empty() && !scripts.IsRunning()) logLines.push_back(ended.error);
   return 1;
 }
 
-// The log of the last build that did something; one that found nothing to do keeps it.
+// Stores the log of the last build that ran a tool; an up-to-date build leaves the stored log
+// alone.
 void BuildSession::KeepLog() {
   log.Renew(inspector.GetLogFile());
   const Status written = log.Keep();
@@ -556,7 +559,7 @@ int BuildSession::CountWork(const BuildRequest& request) {
         chosen != status.end() &&
         std::find(chosen->uses.begin(), chosen->uses.end(), each.label) != chosen->uses.end();
     const bool isChosen = request.application.empty() || each.path == request.application;
-    // What an application uses is brought up to date also for a rebuild.
+    // Applications used by others are brought up to date even by a rebuild.
     const bool isCounted = isUsed || (isChosen && request.work != BuildWork::Rebuild);
     if (!isCounted) continue;
     for (const StaleNode& node : each.stale) count += node.tool.empty() ? 0 : 1;

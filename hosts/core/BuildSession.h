@@ -36,7 +36,7 @@ struct BuildRequest {
 enum class BuildEnd {
   Succeeded,
   Failed,
-  Stopped,  // somebody asked for it
+  Stopped,  // a stop was requested
   Refused,  // it never started
 };
 
@@ -45,9 +45,9 @@ const char* WordOf(BuildEnd end);
 
 struct BuildOutcome {
   BuildEnd end = BuildEnd::Refused;
-  int toolsRun = 0;  // that ended well
+  int toolsRun = 0;  // number of successful runs
   int toolsFailed = 0;
-  // Of a build that came to its end. A fatal gap makes it one that failed.
+  // The gaps of a build that ran to completion. A fatal gap makes the build a failed one.
   BuildGaps gaps = {};
   std::string problem = {};  // why nothing could be built, if no tool reported it
 };
@@ -57,17 +57,16 @@ struct ApplicationSummary {
   std::string infos;
 };
 
-// What a tool is started on.
+// The inputs and outputs of a tool that is being started.
 struct ToolStart {
   std::string tool;
   std::vector<std::string> files;
   std::string output;
   std::string command;
-  std::string subject =
-      {};  // the file that the run is known by; empty: its only file, or its output
+  std::string subject = {};  // file that identifies the run; empty: its only file, or its output
 };
 
-// Who watches a build. Called on the host's thread, between two steps of the build.
+// Receives the events of a build. Called on the main thread, between two steps of the build.
 class BuildObserver {
  public:
   virtual ~BuildObserver() = default;
@@ -76,7 +75,10 @@ class BuildObserver {
 };
 
 // The life of one project in a host: the server with its components, the project, its builds and
-// the state that is kept beside it. One per frame; on the frame's thread, except RequestStop.
+// the state stored next to it. One session per frame; all functions on the main thread, except
+// RequestStop.
+//
+// Typical use: Start, Open, choose a configuration, Prepare, Run.
 class BuildSession {
  public:
   BuildSession(MainFrame& mainFrame, FileSystem& fileSystem, HostFolders hostFolders);
@@ -84,123 +86,128 @@ class BuildSession {
   BuildSession& operator=(const BuildSession&) = delete;
   ~BuildSession();
 
-  // Makes the server and its components. On failure the text says what is wrong with the
+  // Creates the server and its components. On error the text describes the fault of the
   // installation.
   Status Start();
-  // Opens a project and reads its state. On failure the text is what the server said.
+  // Opens a project and reads its stored state. On error the text is the server's message.
   Status Open(const std::string& projectPath);
-  // Makes all options known and hands the kept records to the project: needed once in front of a
-  // build or a question for the status, after the configuration has been chosen.
+  // Publishes all options and restores the build records into the project. Required once before a
+  // build or a status query, after the configuration has been chosen.
   void Prepare();
-  // Its first half for about so long; false when another call is needed. State().BeginRestore()
-  // starts the second.
+  // Runs the first half of Prepare() for about `time`; returns false if another call is needed.
+  // State().BeginRestore() starts the second half.
   bool PublishFor(std::chrono::milliseconds time) {
     return inspector.PublishFor(static_cast<std::int32_t>(time.count())) != 0;
   }
 
-  // Takes the build lock (see BuildLock); false while another process holds it, which GetLockHolder
-  // then names. EndWork and KeepState release it.
+  // Takes the build lock (see BuildLock). Returns false if another process holds it; GetLockHolder
+  // then names that process. EndWork and KeepState release the lock.
   bool TryLockBuild() { return buildLock.Try(projectPath, trust.IsTrusted(FolderOf(projectPath))); }
   const std::string& GetLockHolder() const { return buildLock.GetHolder(); }
-  // Waits for it; false if a stop was requested in the meantime, or if `endsLockWait` says so.
+  // Waits for the build lock. Returns false if a stop was requested in the meantime, or if
+  // `endsLockWait` returned true.
   bool LockBuild();
   void UnlockBuild() { buildLock.Release(); }
-  // Called once for each wait, with the holder, if set.
+  // Called once per wait, with the process that holds the lock; may be empty.
   std::function<void(const std::string& holder)> onLockWait;
-  // Asked while a wait lasts, whenever the message loop wakes, if set.
+  // Called during a wait each time the message loop wakes; returning true ends the wait. May be
+  // empty.
   std::function<bool()> endsLockWait;
 
-  // Builds, and keeps what the tools reported also when the build fails or is stopped. `observer`
-  // may be null.
+  // Builds, and stores the tools' messages even if the build fails or is stopped. `observer` may be
+  // null.
   BuildOutcome Run(const BuildRequest& request, BuildObserver* observer);
-  // Waits for a build that was started by a command alone, and keeps what its tools reported; at
-  // once, with Refused, when none runs.
+  // Waits for a build that was started directly by a command, and stores its tools' messages.
+  // Returns Refused immediately if no build is running.
   BuildEnd AwaitBuild();
-  // What a build of the application with this label or path leaves out, of the whole project for an
-  // empty key. All options are known.
+  // Returns what a build of the application with this label or path would leave out; an empty key
+  // means the whole project. All options must have been published.
   BuildGaps FindGaps(const std::string& application);
-  // Adds them to the log. False if one is fatal.
+  // Adds the gaps to the log. Returns false if one of them is fatal.
   bool ReportGaps(const BuildGaps& gaps);
-  // How many tools a build would run from now on; asks the server to look at every file.
+  // Returns the number of tools that a build would run now. Expensive: the server checks every
+  // file.
   int CountWork(const BuildRequest& request);
-  // Ends a running build, its tools included, as soon as they are gone, and a running script. From
-  // any thread; not from a signal handler.
+  // Ends a running build or script as soon as possible; a build ends once its tools have exited.
+  // May be called from any thread, but not from a signal handler.
   void RequestStop();
 
-  // --- For a host that leaves the calls to somebody else, who drives Manager() as he likes ---
+  // --- For a host that lets a client drive Manager() directly ---
 
-  // The server has opened this project: reads its state. Of the server it only calls
-  // GetDamage and ProtectDamaged.
+  // Call this after the server has opened a project: reads the project's state. The only server
+  // methods that it calls are GetDamage and ProtectDamaged.
   void Adopt(const std::string& openedPath);
-  // The project was closed, or another one is open that nothing is kept for: none is built by Run.
+  // Call this after the project was closed, or after a project was opened for which no state is
+  // stored. Run then has nothing to build.
   void LeaveProject() { OnProjectChanged({}); }
-  // Makes what is to be built current, and returns the command for it; 0 if there is no such
-  // application.
+  // Makes the node to be built current, and returns the command that builds it; 0 if there is no
+  // such application.
   std::uint32_t SelectCommand(const BuildRequest& request);
-  // How many tools have ended since BeginWork.
+  // Number of tools that have ended since BeginWork.
   const BuildOutcome& GetOutcome() const { return outcome; }
-  // In front of a call that may start tools, or of the first tool of a build that runs. `observer`
-  // may be null; it is told until EndWork.
+  // Call this before a call that may start tools, or before the first tool of a running build.
+  // `observer` may be null; it receives events until EndWork.
   void BeginWork(BuildObserver* observer = nullptr);
-  // After the end of the worker, or of a call that ran tools itself.
+  // Call this after the worker has ended, or after a call that ran tools itself.
   void EndWork();
-  // Its parts in order, for a host whose windows must not wait for all of them at once.
+  // The two halves of EndWork, in this order, for a host whose windows must stay responsive.
   void KeepLog();
   void KeepState();
-  // The commands that the server has asked for since the last call.
+  // Returns the commands that the server has posted since the last call.
   std::vector<std::uint32_t> TakePostedCommands();
   bool HasPostedCommands() const { return !postedCommands.empty(); }
 
-  // Calls `onTick` again and again while a build runs, until ClearTicker of the same number.
+  // Calls `onTick` periodically while a build is running, until ClearTicker with the same id.
   void SetTicker(std::int32_t id, std::chrono::milliseconds period, std::function<void()> onTick);
   void ClearTicker(std::int32_t id);
 
-  // Runs a script, waits for builds that it leaves behind, and completes the log of the last build.
-  // What it does to the project is saved only by itself.
+  // Runs a script, waits for builds that it leaves running, and completes the log of the last
+  // build. Changes to the project are saved only if the script saves them.
   ScriptOutcome RunScript(const std::string& text, const std::string& name);
   SessionScripts& Scripts() { return scripts; }
-  // Called in front of a script that the server sends, if set.
+  // Called before a script that the server sends; may be empty.
   std::function<void()> beforeScript;
 
-  // What is out of date, the host's own reasons included.
-  // `problem`, if given, receives why the applications can't be built at all.
+  // Returns the outdated nodes, including reasons that only the host can find. `problem`, if given,
+  // receives the reason if the applications can't be built at all.
   std::vector<ApplicationStatus> GetStatus(std::string* problem = nullptr);
-  // Why the tool that makes this output can't be run, such as an option that it needs and that
-  // isn't set; empty if it can.
+  // Returns why the tool for this output can't be run, such as a required option that is not set;
+  // an empty string if it can.
   std::string FindCommandProblem(const std::string& application, const std::string& output);
-  // The applications, each with what its tool said of its output; empty where nothing is known.
+  // Returns the applications, each with its tool's summary of the output; empty if there is none.
   std::vector<ApplicationSummary> GetSummaries();
-  // The program that a tool needs and that this machine hasn't got; empty when it has all.
+  // Returns a program that a tool needs and that is not installed; an empty string if none is
+  // missing.
   std::string FindMissingProgram(const std::vector<ApplicationStatus>& status);
 
-  // --- Projects of which something was lost when they were read ---
+  // --- Projects whose files were damaged when they were read ---
 
   std::vector<DamageEntry> GetDamage() { return ParseDamage(inspector.GetDamage()); }
-  // The same of the project that could not be opened.
+  // Like GetDamage(), but for the project that could not be opened.
   std::vector<DamageEntry> GetFailedDamage() { return ParseDamage(inspector.GetFailedDamage()); }
-  // The open project has damage, and the user has not agreed to go on with what was read: Run
-  // refuses, and the server saves nothing.
+  // Returns true if the open project is damaged and the user has not agreed to continue with what
+  // could be read. Run then refuses to build, and the server saves nothing.
   bool IsDamageHeld();
-  // The user agrees, for the open project or for all that are opened from now on.
+  // Records the user's consent, for the open project or for all projects opened from now on.
   void AcceptDamage();
   void AcceptAllDamage();
-  // Returns whether a change must be refused because of damage, and records that it was.
+  // Returns true if a change must be refused because of damage, and records the refusal.
   bool RefusesChange();
-  // Returns why the call of a server's method can't be made now; empty if it can.
+  // Returns why this server method can't be called now; an empty string if it can.
   std::string CheckCall(std::string_view method, std::span<const Variant> arguments);
-  // A build or a call was refused because of damage since the session began.
+  // Returns true if a build or a call was refused because of damage since the session began.
   bool HasRefusedDamage() const { return hasRefusedDamage; }
 
-  // Lines that went to the log since the last call, outside of builds.
+  // Returns the lines logged outside of builds since the last call.
   std::vector<std::string> TakeLogLines();
-  // What there is to say of the last save. The lines of the log from then on are taken as well.
+  // Returns the report of the last save, and drops the log lines written since then.
   SaveReport TakeSaveReport();
-  // Errors in the files that define options and tools, one a line; empty when there are none.
+  // Returns the errors in option and tool definition files, one per line; empty if there are none.
   std::vector<std::string> GetDefinitionErrors();
-  // Why the state couldn't be written after the last build; empty when it was.
+  // Why the state couldn't be written after the last build; empty if it could.
   const std::string& GetStateProblem() const { return stateProblem; }
 
-  // Whether the project whose state is kept is the one that is open.
+  // Returns true if the open project is the one whose state is stored.
   bool HasProject() const { return !projectPath.empty() && !isOtherProject; }
   const std::string& GetProjectPath() const { return projectPath; }
   const HostFolders& GetFolders() const { return folders; }
@@ -222,7 +229,7 @@ class BuildSession {
   bool FollowProject();
   std::size_t CountInputs(const BuildRequest& request);
   bool RunCommand(std::uint32_t command);
-  // What the build found about the project itself.
+  // Shows the build's findings about the project itself.
   void ShowNotices();
   void WaitForWorker();
   bool ReplacesFile(std::string_view method, std::span<const Variant> arguments);
@@ -236,7 +243,7 @@ class BuildSession {
   HostFolders folders;
   std::shared_ptr<MessageLoop> loop;
 
-  // Released from the last to the first: the manager uses the tools to its end.
+  // Members are released in reverse order: the manager uses the tools until it is destroyed.
   ToolManagerDriver tools;
   ProjectManagerDriver manager;
   InspectorDriver inspector;
@@ -250,13 +257,13 @@ class BuildSession {
   BuildLock buildLock;
 
   std::string projectPath;
-  // A script may have opened another project, or the same one anew.
+  // A script may have opened a different project, or reopened the same one.
   bool isOtherProject = false;
-  std::string otherProject;  // empty: the one that stands in for none
+  std::string otherProject;  // empty: the placeholder project
   std::vector<std::string> logLines;
   std::string stateProblem;
   bool acceptsAllDamage = false;
-  std::string acceptedProject;  // whose damage the user has agreed to
+  std::string acceptedProject;  // whose damage the user has accepted
   bool hasRefusedDamage = false;
 
   std::atomic<bool> stopRequested = false;

@@ -18,7 +18,7 @@ namespace {
 // A line of a project or application file.
 struct Line {
   std::string_view text;  // trimmed
-  std::string_view key;   // the same whether or not the element has content
+  std::string_view key;   // independent of whether the element has content
   std::size_t depth = 0;  // tabs before it
 };
 
@@ -55,7 +55,7 @@ Lines LinesOf(std::string_view text) {
   return lines;
 }
 
-// Labels come from anywhere; one of a step has one line.
+// Labels may contain any character, but the label of a step must be a single line.
 std::string OnOneLine(std::string text) {
   for (char& c : text) {
     if (static_cast<unsigned char>(c) < ' ') c = ' ';
@@ -72,10 +72,10 @@ Item ReadItem(const Line& line, const std::string& section) {
   return {element->GetName(), get("Header"), get("Path"), section, get("Config"), get("ActiveApp")};
 }
 
-// The lines of both versions between those that they have in common at their start and end.
+// The lines of both versions between their common prefix and common suffix.
 struct Region {
   Lines before, after;
-  std::string section;  // of options, that the region begins in
+  std::string section;  // option section in which the region begins
 };
 
 bool IsSame(const Line& one, const Line& other) {
@@ -120,13 +120,13 @@ Region FindRegion(const FileChange& change) {
   return region;
 }
 
-// The elements of `lines` that `others` have not, without what is below such a node. Stored options
-// are in a `Config` as well.
+// Returns the elements of `lines` that are missing in `others` (a multiset difference), without the
+// descendants of such a node. A `Config` with content only encloses stored options.
 Items FindOwn(const Lines& lines, const Lines& others, std::string section) {
   std::map<std::string_view, int> counts;
   for (const Line& each : others) ++counts[each.key];
   Items items;
-  std::size_t inside = std::string_view::npos;  // depth of the node that is passed over
+  std::size_t inside = std::string_view::npos;  // depth of the skipped node
   for (const Line& line : lines) {
     if (line.depth <= inside) inside = std::string_view::npos;
     if (IsSection(line)) section = ReadItem(line, {}).label;
@@ -139,12 +139,12 @@ Items FindOwn(const Lines& lines, const Lines& others, std::string section) {
   return items;
 }
 
-// What a change did, over all files.
+// The changes found in all files.
 struct Summary {
   Items added, removed;             // nodes
   std::string formerName, newName;  // of a node that was renamed
-  std::string configuration;        // that was selected
-  std::string active;               // application that was selected
+  std::string configuration;        // newly selected
+  std::string active;               // newly selected application
   Items addedConfigurations, removedConfigurations;
   std::set<std::string> set, reset;  // options
   std::string moved;
@@ -160,7 +160,8 @@ Items Take(Items& items, std::string_view type) {
   return taken;
 }
 
-// An element that has other attributes than before; groups and the like have no file.
+// Compares the attributes of an element that exists in both versions; groups and the like have no
+// file.
 void CompareNode(const Item& before, const Item& after, Summary& found) {
   if (before.label != after.label) {
     found.formerName = before.label;
@@ -187,7 +188,7 @@ void PairNodes(Items& removed, Items& added, Summary& found) {
   std::move(added.begin(), added.end(), std::back_inserter(found.added));
 }
 
-// The index of the line, at whatever depth.
+// Returns the index of the line regardless of its depth.
 std::size_t IndexOf(const Lines& lines, const Line& line) {
   const auto found = std::find_if(lines.begin(), lines.end(),
                                   [&line](const Line& each) { return each.key == line.key; });
@@ -199,8 +200,8 @@ bool HasMovedIn(const Lines& lines, const Line& line) {
   return index < lines.size() && lines[index].depth != line.depth;
 }
 
-// The element that has another place, where all others are the same: one that went into another
-// group, or else the one that begins the shorter of the two blocks that changed places.
+// Returns the element that was moved, if all others are unchanged: the one that went into a
+// different group, else the first of the shorter of the two blocks that were swapped.
 std::string FindMoved(Region region) {
   Lines& before = region.before;
   Lines& after = region.after;
@@ -297,7 +298,7 @@ std::optional<ChangeLabel> LabelOfOptions(const Summary& found) {
   return label;
 }
 
-// The words of a kind in English; a "%" stands for the name or the number.
+// English phrases per kind; "%" is replaced by the name or the number.
 constexpr std::array<const char*, 13> kWords = {"Add %",
                                                 "Remove %",
                                                 "Move %",
@@ -318,7 +319,7 @@ constexpr std::array<const char*, 4> kNodeWords = {" items", " files", " groups"
 ChangeLabel SummarizeChanges(const FileChanges& changes) {
   Summary found;
   for (const FileChange& each : changes) {
-    // Of a file that came or went the project file says so.
+    // An added or removed file also shows up as a change of the project file.
     if (each.before && each.after) Examine(each, found);
   }
   if (const auto label = LabelOfNodes(found)) return *label;

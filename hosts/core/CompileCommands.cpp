@@ -20,7 +20,7 @@ bool IsWanted(const std::vector<std::string>& configurations, const std::string&
                      [&name](const std::string& each) { return EqualNoCase(each, name); });
 }
 
-// The commands of a tool's run as they are without launchers.
+// Returns the commands of a tool run with launchers removed.
 std::vector<ToolCommand> WithoutLaunchers(const std::string& xml) {
   std::vector<ToolCommand> commands = ParseCommands(xml);
   const auto root = ParseXml(xml);
@@ -41,7 +41,7 @@ class Collector {
   Collector(BuildSession& openSession, FileSystem& fileSystem, CompileCommandList& result)
       : session(openSession), disk(fileSystem), list(result) {}
 
-  // Applications are named by their paths.
+  // Applications are identified by their paths.
   void Switch(const std::string& application, const std::string& name) {
     session.Inspector().SelectApplication(application);
     session.Options().SetNewConfigName(name);
@@ -51,7 +51,7 @@ class Collector {
   void Collect(const std::string& application, const std::string& name) {
     session.Inspector().PublishAll();
     configuration = name;
-    std::string ownOutput;  // of the application: what is linked
+    std::string ownOutput;  // output of the application itself, i.e. of the linker
     for (const ApplicationEntry& each : ListApplications(session.Inspector())) {
       if (each.path == application) ownOutput = each.output;
     }
@@ -72,7 +72,7 @@ class Collector {
     for (const std::string& file : made.sources) AddFile(commands, file, output);
   }
 
-  // Of several steps the one counts that is given the source.
+  // If a tool has several steps, the one that receives the source file is used.
   void AddFile(const std::vector<ToolCommand>& commands, const std::string& file,
                const std::string& output) {
     const std::string name = disk.NameOnDisk(disk.Canonical(file));

@@ -14,25 +14,26 @@ struct DamageEntry {
   std::string file;
   int line = 0;  // from 1; 0 for the file as a whole
   std::string text;
-  // Reading the file failed, so that its content is not known at all. No one can agree to that.
+  // True if reading the file failed, so that its content is unknown. The user can't accept this
+  // kind of damage.
   bool isUnread = false;
 };
 
 bool HasUnread(const std::vector<DamageEntry>& damage);
 
-// Reads the inspector's list.
+// Parses the inspector's list.
 std::vector<DamageEntry> ParseDamage(const std::string& xml);
 
-// "app.tapp:12: stray text "x"", with the path as `file` says.
+// Returns a line like "app.tapp:12: stray text "x"", in which `file` is shown as the path.
 std::string DescribeDamage(const DamageEntry& entry, const std::string& file);
 
-// Returns whether the command builds, cleans, or changes what the project's files hold.
+// Returns true if the command builds, cleans, or changes the content of the project's files.
 bool ChangesProject(std::uint32_t command);
-// The same for a call of one of the server's methods. Closing a project doesn't count: the server
-// leaves a project with damage as it is on disk.
+// Like the overload above, but for a call of a server method. Closing a project returns false: the
+// server leaves the files of a damaged project unchanged.
 bool ChangesProject(std::string_view method, std::span<const Variant> arguments);
 
-// Why nothing of that is done with a project that has damage.
+// Reasons shown when such an operation is refused for a damaged project.
 inline constexpr const char* kUnreadRefusal =
     "A file of the project could not be read, so nothing is done with the project.";
 inline constexpr const char* kDamageRefusal =

@@ -11,7 +11,7 @@ namespace tarn::host {
 
 namespace {
 
-// The next line that is not empty, from `at`, which moves past it; empty at the end.
+// Returns the next line that is not empty and advances `at` past it; an empty view at the end.
 std::string_view NextLine(std::string_view text, std::size_t& at) {
   while (at < text.size()) {
     const std::size_t end = std::min(text.find('\n', at), text.size());

@@ -10,29 +10,29 @@
 
 namespace tarn::host {
 
-// What a change of a project made of one of its files.
+// The effect of a project change on one of its files.
 struct FileChange {
   std::string path;  // absolute
-  // Nullopt if the file was no part of the project. It may be on the disk all the same.
+  // Nullopt if the file was not part of the project, although it may have existed on disk.
   std::optional<std::string> before;
   std::optional<std::string> after;
 };
 
 using FileChanges = std::vector<FileChange>;
 
-// The project's files as a save would write them now; none if no project is open.
+// Returns the project's files as a save would write them now; empty if no project is open.
 std::vector<FileText> ReadProjectFiles(InspectorDriver& inspector);
 
-// The files that differ. Empty lines make no difference.
+// Returns the files that differ, ignoring empty lines.
 FileChanges FindChanges(const std::vector<FileText>& before, const std::vector<FileText>& after);
-// The change that takes these back.
+// Returns the inverse change.
 FileChanges Reverse(FileChanges changes);
 std::vector<FileText> TextsBefore(const FileChanges& changes);
 std::vector<FileText> TextsAfter(const FileChanges& changes);
 
-// Makes the changes to the open project in memory; a save writes them. What has changed since they
-// were recorded stays. If that is not possible the project stays as it is, and the error's text
-// says why, one reason a line.
+// Applies the changes to the open project in memory; a save writes them. Later changes by the user
+// are preserved (three-way merge). On error the project is unchanged, and the error text lists the
+// reasons, one per line.
 Status ApplyChanges(InspectorDriver& inspector, const FileChanges& changes);
 
 }  // namespace tarn::host

@@ -50,7 +50,7 @@ void FileIndex::List(const std::string& folder) {
     if (!each.isFolder) {
       paths_[FoldCase(each.name)].push_back(path);
     } else if (!each.name.starts_with('.') && !EqualNoCase(each.name, "build")) {
-      // What a link leads to has a place of its own below the folder, or doesn't belong there.
+      // The target of a link is either listed by its own path, or is outside of the folder.
       if (!files_.ExamineLink(path)) open_.push_back(path);
     }
   }

@@ -10,24 +10,25 @@
 
 namespace tarn::host {
 
-// The files below a folder by their names. Folders whose names begin with a dot, and those named
-// "build", are passed over unless they are the folder itself, and so are links to folders.
+// Index of the files below a folder by name, in any letter case. Skips folders whose names begin
+// with a dot and folders named "build", except for the start folder itself; links to folders are
+// not followed.
 class FileIndex {
  public:
   static constexpr std::size_t kMostEntries = 500'000;
 
   explicit FileIndex(FileSystem& fileSystem) : files_(fileSystem) {}
 
-  // Begins to list everything below `folder` (absolute); what was listed before is dropped.
+  // Starts listing everything below `folder` (an absolute path) and discards the previous index.
   void Begin(const std::string& folder);
-  // Goes on for about so long. Returns false once everything is listed, or nothing more can be.
+  // Continues listing for about `time`. Returns false when listing is complete or can't continue.
   bool Continue(std::chrono::milliseconds time);
-  // After that: fails if the folder itself can't be read, or if more than kMostEntries are below
-  // it. Folders inside that can't be read are skipped.
+  // Result of the listing: an error if the folder itself can't be read, or if it has more than
+  // kMostEntries entries. Unreadable subfolders are skipped; see GetUnread().
   const Status& GetStatus() const { return status_; }
-  // Those folders, each with its path as `place`, in the order of the paths.
+  // The skipped subfolders, each with its path as `place`, sorted by path.
   const std::vector<Error>& GetUnread() const { return unread_; }
-  // Paths of all files with this name, in any letter case.
+  // Returns the paths of all files with this name, in any letter case.
   const std::vector<std::string>& Find(const std::string& name) const;
 
  private:
@@ -35,7 +36,7 @@ class FileIndex {
 
   FileSystem& files_;
   std::string start_;
-  std::vector<std::string> open_;  // folders that are still to be listed
+  std::vector<std::string> open_;  // folders that are not listed yet
   std::size_t count_ = 0;
   Status status_;
   std::vector<Error> unread_;

@@ -8,11 +8,11 @@
 
 namespace tarn::host {
 
-// Whether the folder or one above it is under version control by git.
+// Returns true if the folder or one of its parents is a git work tree.
 bool IsInGitRepository(FileSystem& files, const std::string& folder);
 
-// `.gitignore`, which names what builds make, and `.gitattributes`, which keeps the line ends of
-// project files.
+// Creates `.gitignore`, which lists build products, and `.gitattributes`, which preserves the line
+// endings of project files.
 std::vector<NewFile> MakeGitFiles(const std::string& folder);
 
 }  // namespace tarn::host

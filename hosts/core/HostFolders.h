@@ -7,18 +7,18 @@
 
 namespace tarn::host {
 
-// Where a host finds what is installed with it, and where the user's own data lies.
+// Locations of the installed data and of the user's own data.
 struct HostFolders {
-  std::string application;  // with a separator at its end
-  std::string data;         // without one
-  std::string state = {};   // without one; what programs remember for the user
+  std::string application;  // with a trailing separator
+  std::string data;         // without trailing separator
+  std::string state = {};   // without trailing separator; state that programs keep per user
 
-  // The installation root is TARN_ROOT of the environment, else share/tarn beside the program's
-  // folder; the folder of a build has links there.
+  // Determines the folders. The installation root is TARN_ROOT from the environment, else
+  // share/tarn next to the program's folder; a build folder has links there.
   static HostFolders FromEnvironment(FileSystem& files);
 
-  // The configuration file that the server uses with these folders: one that bears the name of the
-  // data folder in front, if there is one.
+  // Returns the configuration file that the server uses with these folders: one prefixed with the
+  // name of the data folder if it exists, else the common one.
   std::string ConfigFile(FileSystem& files) const;
 };
 

@@ -18,13 +18,13 @@ namespace {
 
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
-// One Ctrl-C may arrive twice, when whoever started this program hands it on as well. What comes so
-// soon behind the first one is no second wish.
+// One Ctrl-C may arrive twice if the parent process forwards it as well. A signal that follows the
+// first one within this time is not counted as a second request.
 constexpr std::int64_t kSameWish = 500;  // milliseconds
 
-// A signal handler can reach nothing but these. It may only write to the pipe; a thread that reads
-// there does the rest.
-std::atomic<std::int64_t> g_firstInterrupt = 0;  // milliseconds of the clock; 0: none yet
+// The only state that the signal handler touches. The handler just writes to the pipe; a thread
+// that reads from it does the work.
+std::atomic<std::int64_t> g_firstInterrupt = 0;  // clock time in milliseconds; 0: none yet
 std::atomic<int> g_pipeToWatcher = -1;
 int g_pipeOfWatcher = -1;
 
@@ -57,7 +57,7 @@ void SetHandlers(void (*handler)(int)) {
 void Watch(const std::function<void()>& onInterrupt, int output) {
   char byte = 0;
   for (;;) {
-    // Only errors are waited for; a negative descriptor is passed over.
+    // Only errors are polled for; poll() ignores a negative descriptor.
     pollfd watched[] = {{g_pipeOfWatcher, POLLIN, 0}, {output, 0, 0}};
     if (poll(watched, std::size(watched), -1) < 0) continue;
     if ((watched[1].revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) {

@@ -6,21 +6,22 @@
 
 namespace tarn::host {
 
-// From now on a write that fails because its reader is gone, or because the file would become too
-// large, is an error of that write and doesn't end the process.
+// Ignores SIGPIPE and SIGXFSZ, so that a write fails with an error instead of ending the process if
+// its reader is gone or the file would become too large.
 void KeepRunningOnFailedWrites();
 
-// While it lives, the first interrupt (Ctrl-C, a request to end, a closed terminal) calls a
-// function on a thread of its own; the second ends the process immediately. At most one at a time.
+// Signal handling with self-pipe: during the lifetime of the object, the first interrupt (Ctrl-C, a
+// request to terminate, a closed terminal) calls a function on a separate thread; the second one
+// ends the process immediately. At most one instance at a time.
 class Interrupts {
  public:
-  // Of a process that the second one ends.
+  // Exit code of a process that was ended by the second interrupt.
   static constexpr int kExitCode = 130;
 
-  // Throws std::system_error if there is no thread or descriptor for it.
+  // Throws std::system_error if no thread or descriptor is available.
   explicit Interrupts(std::function<void()> onInterrupt) : Interrupts(std::move(onInterrupt), -1) {}
-  // Like the other, and the end of the reader of `output`, a pipe or socket, is an interrupt too.
-  // Other kinds of files have no such end.
+  // Like the first constructor, but also treats a closed reading end of `output` (a pipe or socket)
+  // as an interrupt. Other kinds of files never trigger this.
   Interrupts(std::function<void()> onInterrupt, int output);
   Interrupts(const Interrupts&) = delete;
   Interrupts& operator=(const Interrupts&) = delete;

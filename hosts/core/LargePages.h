@@ -2,11 +2,12 @@
 
 namespace tarn::host {
 
-// Has the heap of this process grow in one large piece that the machine may back with large pages.
-// A project of many thousand files fills some ten megabytes within a fraction of a second, and with
-// small pages their first touch costs as much as the work on them. For a program's `main`, before
-// it starts threads; a library has no business with its host's heap. Where the machine or its
-// allocator offers nothing of the kind, nothing happens.
+// Makes the heap of this process grow in one large block that the OS may back with large pages. A
+// project of many thousand files fills some ten megabytes within a fraction of a second, and with
+// small pages the page faults cost as much as the actual work.
+//
+// Call this from `main` before threads are started; a library must not change its host's heap.
+// No-op if the OS or the allocator doesn't support it.
 void PreferLargePages();
 
 }  // namespace tarn::host

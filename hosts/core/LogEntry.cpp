@@ -27,7 +27,7 @@ LogEntry WithoutText(const CXmlNode& message) {
   return entry;
 }
 
-// Remembers the first place after which messages may be missing.
+// Records the first position after which messages may be missing.
 class BreakFinder : public XmlLossListener {
  public:
   explicit BreakFinder(const std::string& xml) : text_(xml) {}

@@ -9,37 +9,41 @@ namespace tarn::host {
 
 enum class LogKind { Plain, Error, Warning, Heading };
 
-// One message of a build, as people and editors see it.
+// One message of a build, as displayed to users and in editors.
 struct LogEntry {
   LogKind kind = LogKind::Plain;
   std::string text;     // the whole line
-  std::string message;  // what an error or warning says, without place and kind; else the line
-  std::string file;     // what it is about, or empty
-  int line = 0;         // 1 for the first; 0 when none is known
-  // Messages that this one stands for: a tool that reports too many has some of them counted only.
+  std::string message;  // message without position and severity if error or warning; else the line
+  std::string file;     // file concerned, or empty
+  int line = 0;         // from 1; 0 if unknown
+  // Number of messages that this entry represents: if a tool reports too many, some are only
+  // counted.
   int count = 1;
   bool isReported = false;  // the build report shows it
-  // Of an error that is about no file: the lines in front of it that the report shows too, which
-  // are the last ones of a tool that failed without saying why.
+  // For an error without a file: the preceding lines that the build report shows too, i.e. the last
+  // output of a tool that failed without an error message.
   std::vector<std::string> lastLines = {};
 };
 
-// A message of a log or of a tool's records, where texts are encoded (see DecodeStrict); in a log
-// that is kept beside its project paths are as well.
+// Converts a message of a log or of a tool's records, in which strings are encoded (see
+// DecodeStrict); in a log stored next to its project, paths are encoded as well.
 LogEntry ToLogEntry(const CXmlNode& message);
-// A row of the report of a kept log, whose text is readable already.
+// Converts a report row of a stored log. Its text is already decoded.
 LogEntry ReportRowToLogEntry(const CXmlNode& row);
-// Hands plain lines that the report shows to the error that follows them; see LogEntry::lastLines.
+// Moves plain lines that the report shows into the error that follows them; see
+// LogEntry::lastLines.
 void AttachLastLines(std::vector<LogEntry>& entries);
-// The messages below the top element of a log or of a tool's message records.
+// Reads the messages below the top element of a log or of a tool's message records.
 std::vector<LogEntry> ReadLogEntries(const std::string& xml);
 
-// Where a log breaks off, or stops making sense, as "LINE: what"; empty if it is whole.
+// Returns the position at which a log is truncated or malformed as "LINE: what"; an empty string if
+// it is well-formed.
 std::string FindLogDamage(const std::string& xml);
 
-// The first element of a text; null when there is none. What was read before an error counts.
+// Parses `text` and returns its first element; nullptr if there is none. If an error occurs later,
+// the part before it is returned.
 std::unique_ptr<CXmlNode> ParseXml(const std::string& text);
-// An attribute's value; empty when the node or the attribute isn't there.
+// Returns the attribute's value; an empty string if the node is null or has no such attribute.
 std::string AttributeOf(const CXmlNode* node, const char* name);
 
 }  // namespace tarn::host

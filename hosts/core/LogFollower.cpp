@@ -7,11 +7,11 @@ namespace tarn::host {
 
 namespace {
 
-// Times are whole seconds, so within one a file may change unseen.
+// Modification times are whole seconds, so changes within one second go unnoticed.
 constexpr std::int64_t kSettlingSeconds = 1;
 
-// The length of the text in front of the closing tag of the whole file, 0 for one without children;
-// nothing when the file does not end as a whole one.
+// Returns the length of the text before the closing tag of the document element, 0 if it has no
+// children; nullopt if the file doesn't end as a complete document.
 std::optional<std::size_t> LengthWithoutEnd(std::string_view text) {
   const std::string_view whole = text.substr(0, text.find_last_not_of(" \t\r\n") + 1);
   const std::size_t end = whole.rfind('<');
@@ -23,8 +23,8 @@ std::optional<std::size_t> LengthWithoutEnd(std::string_view text) {
   return isFirst && whole.ends_with("/>") ? std::optional<std::size_t>(0) : std::nullopt;
 }
 
-// The place behind the tag, comment or the like that begins at `at`; npos when it doesn't end.
-// `depth` counts the elements that are open.
+// Returns the offset after the tag, comment or similar construct that begins at `at`; npos if it is
+// not terminated. `depth` is the number of open elements.
 std::size_t EndOfTag(std::string_view text, std::size_t at, int& depth) {
   constexpr std::string_view kNoElements[][2] = {
       {"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
@@ -47,8 +47,8 @@ std::size_t EndOfTag(std::string_view text, std::size_t at, int& depth) {
   return end + 1;
 }
 
-// The length of the children of the top element that begin within the first `wanted` bytes; the
-// text begins with that element, or inside of it.
+// Returns the length of the children of the top element that begin within the first `wanted` bytes.
+// If `isInside` is set, the text begins inside that element.
 std::size_t LengthOfPiece(std::string_view text, bool isInside, std::size_t wanted) {
   int depth = isInside ? 1 : 0;
   for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at)) {
@@ -86,7 +86,8 @@ bool LogFollower::Read(std::int64_t now) {
   if (!length) return false;
   std::string text = whole->substr(0, *length);
 
-  // Builds may say the same again; a kept log is not written without a reason.
+  // Two builds may write the same text; a log is not rewritten without a build, so a new time means
+  // a new build.
   const bool isLater = state && state->modifiedSeconds != status->modifiedSeconds;
   const bool isOtherLog = !text.starts_with(seen) || (isLater && text == seen);
   if (isOtherLog) taken = 0;

@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::int32_t kLogTimer = 2;
 constexpr std::chrono::milliseconds kUsualPause(250);
-// A copy is of all that there is. So that a build does not spend its time on that, the pause behind
-// one is this much longer than the copy took.
+// Each copy covers the whole log. The pause after a copy is this much longer than the copy took, so
+// that a build spends little time on copies.
 constexpr int kPauseFactor = 20;
 
 }  // namespace
@@ -46,17 +46,17 @@ Status LogKeeper::Keep() {
   return source.empty() ? Status() : Copy();
 }
 
-// Readers tell a new log by its time, so one that is kept already is not written again.
+// Readers recognise a new log by its modification time, so unchanged content is not written again.
 Status LogKeeper::Copy() {
   const auto text = files.ReadWholeFile(source);
   if (!text) {
-    // The server removes it with the project. One that never came couldn't be written.
+    // The server removes its log with the project. A log that never appeared couldn't be written.
     const bool isGone = copied && text.GetError().code == ErrorCode::NotFound;
     return isGone ? Status() : Status(Error{text.GetError().code, text.GetError().text, source});
   }
   const std::size_t hash = std::hash<std::string>()(*text);
   if (copied == hash) return {};
-  // Names and paths stand in the log as they are; the kept one is for everybody's tools.
+  // The server's log has names and paths verbatim; the copy must be conforming XML.
   const Status written = files.WriteOwnFile(target, MakeFileStrict(*text));
   if (written) copied = hash;
   return written;
@@ -65,7 +65,7 @@ Status LogKeeper::Copy() {
 void LogKeeper::OnTick() {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point start = Clock::now();
-  // A failure is tried again, and told at the end.
+  // A failed copy is retried on the next tick, and reported at the end.
   static_cast<void>(Copy());
   const auto taken = std::chrono::ceil<std::chrono::milliseconds>(Clock::now() - start);
   SetTimer(std::max(kUsualPause, taken * kPauseFactor));

@@ -11,26 +11,26 @@
 
 namespace tarn::host {
 
-// Keeps the log beside a project: a copy of the server's log file, made fit for everybody's tools,
-// which whoever likes may read while the build goes on. The server's file grows with each tool.
+// Maintains the log next to a project: a copy of the server's log file in conforming XML, which
+// other programs may read while the build is running. The server's file grows with each tool run.
 class LogKeeper {
  public:
-  // `window` is whose timers it goes by.
+  // `window` is the window whose timers are used.
   LogKeeper(FileSystem& fileSystem, WindowHandle window);
   LogKeeper(const LogKeeper&) = delete;
   LogKeeper& operator=(const LogKeeper&) = delete;
   ~LogKeeper();
 
-  // Copies `log` to `kept` now, and again whenever it has changed, until Keep or Forget. Failures
-  // are silent. Nothing while it follows one already.
+  // Copies `log` to `kept` now, and again each time it has changed, until Keep or Forget. Errors
+  // are ignored. No-op if a log is being followed already.
   void Follow(const std::string& log, const std::string& kept);
-  // The server's log has this name now. No-op while none is followed.
+  // Sets a new path of the server's log. No-op if no log is being followed.
   void Renew(const std::string& log);
-  // Copies what was followed last as it is by now; does nothing if there is nothing, or if it is
-  // gone after it was copied. Fails if one of the two files can't be read or written, also if the
-  // first never came: the server, which writes it, says nothing of a full disk.
+  // Makes a final copy of the log followed last. Does nothing if there was none, or if the log is
+  // gone after it was copied. Fails if the log can't be read or the copy can't be written. A log
+  // that never appeared is also a failure, because the server does not report a full disk.
   Status Keep();
-  // Nothing was followed.
+  // Stops following without a copy.
   void Forget();
 
  private:
@@ -43,7 +43,7 @@ class LogKeeper {
   WindowHandle window;
   std::string source;  // empty: none
   std::string target;
-  std::optional<std::size_t> copied;  // hash of what was copied last
+  std::optional<std::size_t> copied;  // hash of the last copy
 };
 
 }  // namespace tarn::host

@@ -8,7 +8,7 @@ namespace tarn::host {
 
 namespace {
 
-// Which arguments of a message are texts; all others are plain numbers.
+// Tells which arguments of a message are strings; all others are plain numbers.
 struct MessageForm {
   std::uint32_t number;
   bool wParamIsText;
@@ -85,10 +85,10 @@ std::intptr_t MainFrame::OnWindowMessage(std::uint32_t message, std::intptr_t wP
     if (const auto watch = watcher) watch(event);
     const auto found = handlers.find(message);
     if (found == handlers.end()) return 1;
-    const Handler handler = found->second;  // it may replace itself while it runs
+    const Handler handler = found->second;  // copied, because it may replace itself while it runs
     return handler(event);
   } catch (const std::exception&) {
-    return 1;  // the sender can do nothing about it
+    return 1;  // the sender can't handle an error
   }
 }
 

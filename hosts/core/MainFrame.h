@@ -12,26 +12,26 @@
 
 namespace tarn::host {
 
-// Messages of the tool manager to the frame, beside those of the project manager.
+// Messages of the tool manager to the frame, in addition to those of the project manager.
 enum ToolMessage : std::uint32_t {
   kMsgToolStarted = TARN_MSG_TOOL_STARTED,
   kMsgToolEnded = TARN_MSG_TOOL_ENDED,
 };
 
-// A message as its receiver sees it: texts are copies, so they may be kept.
+// A message as received by a handler. Strings are copies and may be stored.
 struct HostEvent {
   std::uint32_t number = 0;
   std::intptr_t wParam = 0;
   std::intptr_t lParam = 0;
-  std::string text;    // wParam, where the message carries a text there
-  std::string detail;  // lParam, where the message carries a text there
+  std::string text;    // wParam if it is a string in this message
+  std::string detail;  // lParam if it is a string in this message
   bool hasText = false;
   bool hasDetail = false;
 };
 
-// The main frame of a host as the system sees it: a window that answers every message. What has no
-// handler is answered with 1, so that nothing is ever refused by mistake. Belongs to the thread
-// that made it.
+// A host's main window as seen by the server: a message target that replies to every message.
+// Messages without a handler return 1, so that nothing is refused by mistake. Belongs to the thread
+// that created it.
 class MainFrame : private WindowTarget {
  public:
   using Handler = std::function<std::intptr_t(const HostEvent&)>;
@@ -43,10 +43,11 @@ class MainFrame : private WindowTarget {
 
   WindowHandle GetHandle() const { return handle; }
 
-  // Who answers a message from now on; an empty handler takes it back. A handler may call the
-  // system again, and may set handlers.
+  // Sets the handler of a message; an empty handler removes it. A handler may call the server again
+  // and may set handlers.
   void Answer(std::uint32_t number, Handler handler);
-  // Who hears of every message ahead of its handler from now on; at most one, an empty one ends it.
+  // Sets the observer that sees every message before its handler. There is at most one; an empty
+  // function removes it.
   void Watch(std::function<void(const HostEvent&)> onMessage);
 
  private:

@@ -17,7 +17,7 @@ std::optional<ApplicationEntry> FindActive(BuildSession& session) {
   return std::nullopt;
 }
 
-// The name is for this command alone: one that comes without a name must not find it again.
+// The name is set for this command only: a later command without a name must not reuse it.
 bool RunWithName(BuildSession& session, const std::string& name) {
   session.Options().SetNewConfigName(name);
   const bool isDone = session.Manager().Command(kCmdAddConfiguration) == 1;
@@ -57,7 +57,7 @@ Status AddConfiguration(BuildSession& session, const NewConfiguration& wanted,
     return Error{ErrorCode::NotFound,
                  application->label + " has no configuration \"" + asked + "\".", asked};
   }
-  // Selecting makes the application the current node, too.
+  // Selecting the application also makes it the current node.
   if (!application->active) session.Inspector().SelectApplication(application->path);
   if (!RunWithName(session, wanted.name) ||
       session.Inspector().CopyConfiguration(from, wanted.name) == 0) {

@@ -11,7 +11,7 @@ namespace tarn::host {
 
 namespace {
 
-// What stands for all sets in the definitions.
+// Name that represents all sets in the definitions.
 constexpr const char* kEverySet = "*";
 
 bool IsOn(const CXmlNode& node, const char* name) {
@@ -97,7 +97,7 @@ std::vector<OptionDefinition> OptionTable::GetOf(const std::string& set) const {
         return IsSame(each, option.section, option.name);
       });
       if (isKnown) continue;
-      // Behind the last one of its section, so that sections stay together.
+      // Inserted after the last option of its section, so that sections stay together.
       const auto last = std::find_if(found.rbegin(), found.rend(), [&](const auto& each) {
         return EqualNoCase(each.section, option.section);
       });

@@ -14,9 +14,9 @@ struct OptionDefinition {
   std::string sectionLabel;
   std::string type, label, help;
   std::string defaultValue;
-  std::string minimum, maximum;  // of a number; empty for none
-  std::string file;              // that defines it
-  std::uint32_t command = 0;     // that carries out a change of its value
+  std::string minimum, maximum;  // of a number; empty if unbounded
+  std::string file;              // file that defines it
+  std::uint32_t command = 0;     // executed after a change of its value
   bool removable = true;
   bool shown = true;
   bool enabled = true;
@@ -25,45 +25,46 @@ struct OptionDefinition {
   std::string GetKey() const { return section + "." + name; }
 };
 
-// How a user names an option: SECTION.NAME or SET.SECTION.NAME.
+// An option key as entered by a user: SECTION.NAME or SET.SECTION.NAME.
 struct OptionKey {
-  std::string set;  // empty when it wasn't given
+  std::string set;  // empty if omitted
   std::string section;
   std::string name;
 };
 
-// False for a text of another form.
+// Returns false if `text` doesn't have this form.
 bool ParseOptionKey(const std::string& text, OptionKey& key);
 
-// A kind of node that has options of its own.
+// A kind of node with its own set of options.
 struct OptionSet {
   std::string name, label;
 };
 
-// One stored value on the way from the application to the node.
+// A value stored at one level between the application and the node.
 struct StoredValue {
   std::string set, kind, label, configuration, value;
-  bool counts = false;  // for the configuration in force
+  bool counts = false;  // effective in the active configuration
 };
 
-// The values of an option of `set` that the inspector found, the outermost level first.
+// Parses the values of an option of `set` from the inspector's explanation, outermost level first.
 std::vector<StoredValue> ReadStoredValues(const std::string& set, const std::string& explanation);
 
-// All options that are defined, as the options component lists them.
+// All defined options, as listed by the options component.
 class OptionTable {
  public:
   explicit OptionTable(const std::string& xml);
 
-  // Those that are named in the definitions.
+  // The sets named in the definitions.
   const std::vector<OptionSet>& GetSets() const { return setsDefined; }
-  // The options of a set, those that every set has included, section by section.
+  // Returns the options of a set, including those common to all sets, grouped by section.
   std::vector<OptionDefinition> GetOf(const std::string& set) const;
-  // The option in the first of the sets that has it.
+  // Returns the option from the first of the sets that has it.
   std::optional<OptionDefinition> Find(const OptionKey& key,
                                        const std::vector<std::string>& sets) const;
-  // Whether a set itself, not only every one, has an option.
+  // Returns true if the set itself has the option; options common to all sets don't count.
   bool Names(const std::string& set, const std::string& section, const std::string& name) const;
-  // What may have been meant by a name that isn't there: names of these sets, and whole names.
+  // Returns candidates for suggestions after a misspelled name: option names of these sets, and
+  // full keys.
   std::vector<std::string> GetNames(const std::vector<std::string>& sets) const;
 
  private:

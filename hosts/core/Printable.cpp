@@ -8,7 +8,7 @@ namespace tarn::host {
 
 namespace {
 
-// A character at the start of a text; a byte that is not UTF-8 is one by itself.
+// Decodes the first character of a text; a byte that is not valid UTF-8 is a character by itself.
 struct Character {
   char32_t value = 0;
   std::size_t size = 1;
@@ -30,7 +30,7 @@ Character ReadCharacter(std::string_view text) {
     if (!IsContinuation(c)) return byte;
     value = value << 6 | (static_cast<unsigned char>(c) & 0x3F);
   }
-  // A longer form of a character than it needs is none.
+  // Overlong encodings are invalid.
   constexpr char32_t kFirst[] = {0, 0, 0x80, 0x800, 0x10000};
   const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
   return value < kFirst[size] || value > 0x10FFFF || isSurrogate ? byte
@@ -42,7 +42,8 @@ bool IsHarmful(char32_t value) {
          (value >= 0x2066 && value <= 0x2069);
 }
 
-// `kept` are harmful characters that stay, a carriage return only as part of a line end.
+// Returns true if the character is left as is. `kept` lists the control characters that are
+// allowed, a carriage return only as part of a line end.
 bool Stays(std::string_view text, std::string_view kept) {
   return kept.find(text.front()) != kept.npos && (text.front() != '\r' || text.starts_with("\r\n"));
 }
@@ -84,13 +85,13 @@ std::string PrintableLines(std::string_view text) {
   return Replace(text, "\t\n", EscapePlain);
 }
 
-// Such characters are in strings alone, where all of them can be written by their numbers.
+// In JSON such characters occur only in strings, where each can be written as an escape.
 std::string PrintableJson(std::string_view text) {
   return Replace(text, "\t\n", [](const Character& c) { return Number("\\u%04x", c.value); });
 }
 
-// A control character below the blank has no form in XML, so a replacement character stands for it,
-// as for a byte that is no character.
+// XML can't represent control characters below U+0020 at all, so they are replaced by U+FFFD, like
+// invalid bytes.
 std::string PrintableXml(std::string_view text) {
   return Replace(text, "\t\n\r", [](const Character& c) {
     return c.value < 0x20 || c.isByte ? std::string("\xEF\xBF\xBD") : Number("&#x%X;", c.value);

@@ -12,14 +12,14 @@
 
 namespace tarn::host {
 
-// The errors and warnings of a project's last build that name a file, and a place among them that
-// goes round. Reads the log beside the project, which grows while a build runs; what another build
-// reports begins anew.
+// The errors and warnings of a project's last build that name a file, with a cursor that wraps
+// around. Reads the log next to the project, which grows during a build; when a new build begins,
+// the list starts again from empty.
 class ProblemList {
  public:
   explicit ProblemList(FileSystem& fileSystem) : files(fileSystem) {}
 
-  // Whose problems it is from now on; an empty path is nobody's.
+  // Sets the project; an empty path means none.
   void SetProject(const std::string& projectPath);
 
   struct Place {
@@ -27,19 +27,19 @@ class ProblemList {
     std::size_t number = 0;  // from 1
     std::size_t count = 0;
   };
-  // The next problem, or the one before; nothing when there are none. `now` is the time in seconds
-  // since 1970.
+  // Return the next or the previous problem; nullopt if there are none. `now` is the time in
+  // seconds since 1970.
   std::optional<Place> Next(std::int64_t now) { return Step(true, now); }
   std::optional<Place> Previous(std::int64_t now) { return Step(false, now); }
-  // The user has gone to this place by himself: the next problem is the one behind it.
+  // Sets the cursor to a position that the user has moved to: Next() then returns the problem after
+  // it.
   void GoTo(const std::string& file, int line, std::int64_t now);
 
-  // Of a log, in bytes: a few milliseconds of work.
+  // Chunk of the log in bytes that takes a few milliseconds to process.
   static constexpr std::size_t kPiece = 32 * 1024;
-  // Looks for news in the log, of which it takes about `most` bytes. Whether there are more.
+  // Reads new entries of the log, about `most` bytes of it. Returns true if there are more.
   bool Follow(std::int64_t now, std::size_t most = std::string::npos);
-  // As far as the log has been followed. The list only grows until the number of the log is
-  // another one.
+  // The problems read so far. The list only grows until the log number changes.
   const std::vector<LogEntry>& GetAll() const { return problems; }
   int GetLogNumber() const { return logNumber; }
 
@@ -51,7 +51,7 @@ class ProblemList {
   std::optional<LogFollower> log;
   std::vector<LogEntry> problems;
   int logNumber = 0;
-  std::optional<std::size_t> current;  // none ahead of the first step
+  std::optional<std::size_t> current;  // nullopt before the first step
 };
 
 }  // namespace tarn::host

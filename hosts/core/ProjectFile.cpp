@@ -47,9 +47,9 @@ FoundProject FindFile(FileSystem& files, const std::string& argument) {
     }
     return {{}, {}, RealName(files, path) + " can't be read: " + text.GetError().text + "."};
   }
-  // Anything else would be taken for an older project and handed to a script.
+  // The server would treat any other file as a project in the old format and pass it to a script.
   if (!EqualNoCase(ExtensionOf(path), kProjectExtension)) {
-    // The system may have failed to say that it is a folder.
+    // The check for a folder may have failed because of a system error.
     if (argument.empty()) return FindInFolder(files, path);
     return {{}, {}, argument + " is no project file (*.tprj)."};
   }
@@ -58,7 +58,7 @@ FoundProject FindFile(FileSystem& files, const std::string& argument) {
 
 }  // namespace
 
-// What is recorded of a build holds whichever way the project is opened.
+// Links are resolved, so that build records apply no matter by which path the project is opened.
 FoundProject FindProject(FileSystem& files, const std::string& argument) {
   FoundProject found = FindFile(files, argument);
   found.path = RealName(files, found.path);

@@ -7,23 +7,24 @@
 
 namespace tarn::host {
 
-// What a user's word for a project leads to.
+// Result of resolving a user's project argument.
 struct FoundProject {
-  // Absolute, as the disk spells it and without links to folders; empty when there is not exactly
-  // one.
+  // Absolute path in the spelling used on disk, with links to folders resolved; empty unless there
+  // is exactly one.
   std::string path;
   std::vector<std::string> choices;  // the project files of a folder that holds several
-  std::string problem;               // why there is none, for a person
+  std::string problem;               // why there is none, as a message for the user
 };
 
-// Finds the project file that `argument` means: a project file, or a folder with exactly one of
-// them; an empty argument is the current folder.
+// Resolves `argument` to a project file: a project file, or a folder with exactly one of them; an
+// empty argument means the current folder.
 FoundProject FindProject(FileSystem& files, const std::string& argument);
 
-// The files that a host keeps beside a project file, named after it.
+// Paths of the files that a host stores next to a project file, named after it.
 std::string StatePathOf(const std::string& projectPath);
 std::string LogPathOf(const std::string& projectPath);
-// A kind of state, so that version control ignores it where it ignores that.
+// Ends with the extension of state files, so that an ignore rule of version control for
+// state files matches it too.
 std::string UndoPathOf(const std::string& projectPath);
 
 }  // namespace tarn::host

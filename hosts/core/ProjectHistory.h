@@ -11,48 +11,49 @@
 
 namespace tarn::host {
 
-// One change of the project that a user can take back.
+// One undoable change of the project.
 struct ProjectStep {
-  std::string label;  // for people: "Add 3 files"
+  std::string label;  // display text: "Add 3 files"
   FileChanges changes;
 };
 
-// The steps in which the user has changed the open project, its tree as well as its options, and
-// the way back: each step is what it made of the project's files, as a save would write them.
-// On the thread of the inspector, which it borrows.
+// Undo history of the open project, for its tree as well as its options. Each step is the
+// difference that it made in the project's files, as a save would write them. Main thread only;
+// borrows the inspector.
 class ProjectHistory {
  public:
-  // Makes a change to the open project. What else it does, such as opening the project again, is
-  // not taken for a step.
+  // Applies a change to the open project. Side effects, such as reopening the project, are not
+  // recorded as a step.
   using Apply = std::function<Status(const FileChanges& changes)>;
 
-  // While `isBusy`, as during a build, nothing is taken for a step, and there is no way back.
+  // While `isBusy` returns true, as during a build, nothing is recorded and undo is unavailable.
   ProjectHistory(InspectorDriver& inspectorDriver, Apply applyChanges,
                  std::function<bool()> isBusyNow)
       : inspector(inspectorDriver), apply(std::move(applyChanges)), isBusy(std::move(isBusyNow)) {}
 
-  // Takes the project as it is now, after it was opened; the steps stay. Returns whether it holds
-  // what it held before.
+  // Takes the current state of the project as the base, after it was opened; existing steps are
+  // preserved. Returns true if the project's content is unchanged.
   bool Refresh();
-  // There is nothing to go back to any more.
+  // Drops all steps.
   void Clear();
-  // Takes what has changed since the last call as one step. Quick if nothing has; not while busy,
-  // which waits. Returns whether there was something.
+  // Records everything that has changed since the last call as one step. Cheap if nothing has
+  // changed; deferred while busy. Returns true if a step was recorded.
   bool Note();
-  // Takes a change for a step that the project was opened with, so that Refresh has seen it.
+  // Records a change as a step that the project was opened with, so that Refresh has already seen
+  // it.
   void Add(FileChanges changes);
-  // Makes a change that the user wants, as a step. Fails with Busy while busy.
+  // Applies a change on behalf of the user and records it as a step. Fails with Busy while busy.
   Status Change(const FileChanges& changes);
-  // The project's files, as of the last step.
+  // The project's files as of the last step.
   const std::vector<FileText>& GetFiles() const { return present; }
 
   bool CanUndo() const { return !past.empty() && !isBusy(); }
   bool CanRedo() const { return !future.empty() && !isBusy(); }
-  // The next step is the last one.
+  // The last element is the next step to be undone or redone.
   const std::deque<ProjectStep>& GetUndoSteps() const { return past; }
   const std::deque<ProjectStep>& GetRedoSteps() const { return future; }
-  // Both do nothing without such a step, and fail with Busy while busy. After an error the step is
-  // still there.
+  // Undo or redo one step. No-op if there is none; fail with Busy while busy. After an error the
+  // step is still available.
   Status Undo() { return Go(past, future, true); }
   Status Redo() { return Go(future, past, false); }
 

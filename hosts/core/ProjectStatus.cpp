@@ -11,7 +11,7 @@ namespace tarn::host {
 
 namespace {
 
-// %1 the file that the reason is about, %2 its kind, %3 what the node makes.
+// Placeholders: %1 is the file that the reason refers to, %2 its kind, %3 the node's output.
 struct ReasonText {
   const char* reason;
   const char* text;

@@ -6,14 +6,14 @@
 
 namespace tarn::host {
 
-// A node that has work to do, and why.
+// An outdated node and the reason.
 struct StaleNode {
   std::string label;
   std::string path;
   std::string outputFile;
-  std::string tool;    // empty: nothing is run for it
-  std::string reason;  // a word of the inspector
-  std::string file;    // the file that the reason is about, or empty
+  std::string tool;    // empty: no tool is run for it
+  std::string reason;  // keyword from the inspector
+  std::string file;    // file that the reason refers to, or empty
 };
 
 struct ApplicationStatus {
@@ -21,17 +21,17 @@ struct ApplicationStatus {
   std::string path;
   std::string configuration;
   bool active = false;
-  std::vector<std::string> uses;  // labels of applications that are built before it, in order
-  std::vector<StaleNode> stale;   // in the order of the build, the application itself last
+  std::vector<std::string> uses;  // labels of applications that must be built before it, in order
+  std::vector<StaleNode> stale;   // in build order, the application itself last
 };
 
-// Reads the inspector's status, in the order of a build; what can't be read is left out.
+// Parses the inspector's status, in build order; malformed entries are skipped.
 std::vector<ApplicationStatus> ParseStatus(const std::string& xml);
-// Why the applications of the status can't be built at all; empty if they can.
+// Returns why the applications can't be built at all; an empty string if they can.
 std::string ParseStatusProblem(const std::string& xml);
 
-// The reason as the end of a sentence that starts with the node, e.g. "its header include/uart.h
-// is newer than the object". `shorten` makes a path fit for a person.
+// Returns the reason as the predicate of a sentence that starts with the node, e.g. "its header
+// include/uart.h is newer than the object". `shorten` abbreviates a path for display.
 std::string DescribeReason(const StaleNode& node, bool isApplication,
                            const std::function<std::string(const std::string&)>& shorten);
 

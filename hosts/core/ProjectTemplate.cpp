@@ -18,7 +18,7 @@ constexpr std::string_view kMainSource =
     "  return 0;\n"
     "}\n";
 
-// File names on disk have backslashes on every machine.
+// Paths in project files have backslashes on every platform.
 std::string OnDisk(const std::string& name) {
   return ".\\" + ReplaceAll(name, "/", "\\");
 }
@@ -93,7 +93,7 @@ Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewPro
     if (status) written.push_back(path);
     return status;
   };
-  // The project file comes last on disk, so that whoever finds it finds the rest as well.
+  // The project file is written last, so that a process that finds it also finds the rest.
   Status status;
   if (!files.Exists(sourceFile)) status = write(sourceFile, kMainSource);
   if (status) status = write(applicationFile, ApplicationText(project));

@@ -23,7 +23,7 @@ std::vector<std::string> ConfigurationsOf(const CXmlNode& application, const std
       if (config->GetType() == XmlElement) names.push_back(AttributeOf(config, "Header"));
     }
   }
-  // The usual one and the one in force need no entry.
+  // The standard configuration and the active one need not be listed.
   for (const std::string& name : {current, std::string(kUsualConfiguration)}) {
     const bool isListed = std::any_of(names.begin(), names.end(), [&](const std::string& each) {
       return EqualNoCase(each, name);
@@ -92,7 +92,7 @@ std::vector<ApplicationEntry> ProjectTree::GetApplications() const {
     if (entry.configuration.empty()) entry.configuration = kUsualConfiguration;
     entry.configurations = ConfigurationsOf(*node, entry.configuration);
   }
-  // Of several with this label the server activates the last one.
+  // If several have this label, the server activates the last one.
   const auto named = std::find_if(list.rbegin(), list.rend(), [&active](const auto& each) {
     return EqualNoCase(each.label, active);
   });

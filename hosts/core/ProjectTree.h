@@ -13,13 +13,13 @@ namespace tarn::host {
 
 class InspectorDriver;
 
-// An application of the open project, as a host talks about it.
+// An application of the open project, as presented to the user.
 struct ApplicationEntry {
   std::string label;
   std::string path;
-  std::string output;                       // that its own tool makes; empty without a tool
-  std::string configuration;                // in force
-  std::vector<std::string> configurations;  // that can be chosen
+  std::string output;                       // of its own tool; empty if it has no tool
+  std::string configuration;                // active configuration
+  std::vector<std::string> configurations;  // available ones
   bool active = false;
 };
 
@@ -28,26 +28,26 @@ struct FoundApplication {
   std::string problem;  // a sentence for the user; empty if there is exactly one
 };
 
-// Returns the application with the path or the label `key`, else the one whose label differs from
-// it in letter case only. None if several could be meant. `shorten` makes a path fit for a person.
+// Finds the application with the path or the label `key`, else the one whose label differs only in
+// letter case. Returns no entry if the key is ambiguous. `shorten` abbreviates a path for display.
 FoundApplication FindApplication(const std::vector<ApplicationEntry>& applications,
                                  std::string_view key,
                                  const std::function<std::string(const std::string&)>& shorten);
 
-// The applications of the open project.
+// Returns the applications of the open project.
 std::vector<ApplicationEntry> ListApplications(InspectorDriver& inspector);
 
-// The project's tree as the inspector gave it.
+// The project's tree as returned by the inspector.
 class ProjectTree {
  public:
   explicit ProjectTree(const std::string& xml);
 
-  // The project's root; null when there was no tree.
+  // Returns the root of the project; nullptr if no tree was returned.
   const CXmlNode* GetRoot() const { return root.get(); }
   std::vector<ApplicationEntry> GetApplications() const;
 
-  // True for what a tree shows: applications, groups and files; false for stored options,
-  // configurations, dependencies and comments.
+  // Returns true for nodes that a tree view shows: applications, groups and files; false for stored
+  // options, configurations, dependencies and comments.
   static bool IsShown(const CXmlNode& node);
 
  private:

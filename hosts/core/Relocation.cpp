@@ -12,7 +12,8 @@
 
 namespace tarn::host {
 
-// A file of the project. Its relative paths start in `oldFolder`, and from now on in `newFolder`.
+// A file of the project. Its relative paths were relative to `oldFolder` and are now relative to
+// `newFolder`.
 struct Relocation::Document {
   std::string path;
   std::string text;
@@ -29,7 +30,7 @@ std::vector<std::string_view> Components(std::string_view path) {
   return names;
 }
 
-// How many names at the ends of both paths agree.
+// Returns the number of trailing path components that are equal, ignoring letter case.
 std::size_t CountCommonEnd(std::string_view one, std::string_view other) {
   const auto a = Components(one);
   const auto b = Components(other);
@@ -43,8 +44,8 @@ bool IsPart(const CXmlNode& node, const char* name) {
   return node.NameView() == name;
 }
 
-// Calls `take` with the path of each node below, those of applications with files of their own
-// excepted.
+// Calls `take` with the path of each node below `node`, except for those in applications with their
+// own file.
 template <class Take>
 void ForEachPath(const CXmlNode& node, const Take& take) {
   for (const CXmlNode* child : node.GetChildren()) {
@@ -72,8 +73,8 @@ std::string JoinList(const std::vector<std::string>& parts) {
   return text;
 }
 
-// The way to a file or folder as `model`, a value of the same option, is written. `relative` is
-// empty if only the absolute path leads there.
+// Writes a path in the style of `model`, a value of the same option: relative or absolute, with its
+// separators. `relative` is empty if only the absolute path is possible.
 std::string WriteLike(const std::string& model, const std::string& absolute,
                       const std::string& relative) {
   if (!IsRelativePath(model) || relative.empty()) return absolute;
@@ -206,7 +207,7 @@ Status Relocation::Load(const std::string& oldPath, const std::string& path, Doc
   return Error{ErrorCode::Io, "it is damaged: " + fault, path};
 }
 
-// An application's own file may say that its paths start somewhere else.
+// An application's own file may specify a different base folder for its paths.
 Status Relocation::CheckApplication(const CXmlNode& reference) {
   MovedPath moved;
   moved.kind = MovedPath::Kind::Application;
@@ -218,7 +219,7 @@ Status Relocation::CheckApplication(const CXmlNode& reference) {
   const std::string place = moved.newPath;
   const std::string former = moved.oldPath;
   if (place != former) Add(std::move(moved), folder_);
-  // Another application that is missing is not what was asked for.
+  // A different application that is missing is not part of the requested move.
   if (place.empty() || (place == former && !from_.empty() && !IsFile(place))) return {};
   auto document = std::make_unique<Document>();
   if (Status loaded = Load(former, place, *document); !loaded) return loaded;
@@ -243,7 +244,7 @@ void Relocation::CheckSource(const std::string& written, const Document& documen
   Locate(moved);
   const bool isUnknown = moved.newPath == moved.oldPath && !IsFile(moved.oldPath);
   if (moved.newPath == present || isUnknown) return;
-  // The file has stayed where it was, but the application hasn't.
+  // The file has not moved, but the application has.
   if (moved.newPath == moved.oldPath) moved.oldPath = present;
   Add(std::move(moved), document.newFolder);
 }
@@ -289,7 +290,7 @@ bool Relocation::IsFile(const std::string& path) {
   return files_.Exists(path) && !files_.IsFolder(path);
 }
 
-// A file that a move takes along is not used where it was.
+// Records that a file is still in use at its old path. A file that moves along with Move is not.
 void Relocation::NoteUsed(const std::string& document, const std::string& path) {
   const std::string place = MapPath(path, from_, to_);
   const bool stays = place == path || !IsFile(place);
@@ -300,7 +301,8 @@ bool Relocation::IsUsed(const std::string& document, const std::string& path) co
   return used_.contains(document + "\n" + RealName(files_, path));
 }
 
-// Sets newPath to where the file is now: oldPath if it is there, empty if that is open.
+// Sets newPath to the current path of the file: oldPath if the file exists there, empty if
+// unresolved.
 void Relocation::Locate(MovedPath& moved) {
   if (!from_.empty()) {
     const std::string place = MapPath(moved.oldPath, from_, to_);
@@ -317,7 +319,7 @@ void Relocation::Locate(MovedPath& moved) {
   if (choice != chosen_.end()) moved.newPath = choice->second;
 }
 
-// Returns whether the path is a link to a file that is in the list under its own name.
+// Returns true if the path is a link to a file that is in the list under its own name.
 bool Relocation::IsOtherNameOf(const std::string& path, const std::vector<std::string>& list) {
   if (list.size() < 2 || !files_.ExamineLink(path)) return false;
   const std::string target = files_.ResolveLinks(path);
@@ -343,7 +345,7 @@ void Relocation::AddCandidates(MovedPath& moved) {
   if (!list.empty() && !isTied) moved.newPath = list.front();
 }
 
-// The same value in several elements of a file is one.
+// Records a moved path; equal values in several elements of a file are recorded once.
 void Relocation::Add(MovedPath moved, const std::string& base) {
   moved.base = base;
   const bool isKnown = std::any_of(found_.begin(), found_.end(), [&](const MovedPath& each) {
@@ -353,7 +355,7 @@ void Relocation::Add(MovedPath moved, const std::string& base) {
   if (!isKnown) found_.push_back(std::move(moved));
 }
 
-// Of several sources of an application only one can have become a file.
+// If several sources of an application claim the same file, at most one of them can be right.
 void Relocation::SettleRivals() {
   if (!from_.empty()) return;
   std::map<std::pair<std::string, std::string>, std::vector<MovedPath*>> rivals;
@@ -387,8 +389,8 @@ void Relocation::SettleByNeighbours() {
   SettleRivals();
 }
 
-// What each move says of folders: of the one that the file was in, and of the topmost one that has
-// another name now.
+// Derives folder moves from the file moves: for each file its own folder, and the topmost folder
+// whose name differs.
 void Relocation::LearnFolders() {
   moves_.clear();
   if (!from_.empty()) moves_.emplace_back(from_, to_);
@@ -407,7 +409,8 @@ void Relocation::LearnFolders() {
   }
 }
 
-// All files and folders that a missing one can have become by the moves of folders.
+// Returns all existing files and folders that a missing path may have become by the moves of
+// folders.
 std::vector<std::string> Relocation::Follow(const std::string& path) {
   std::set<std::string> places;
   for (const auto& [former, present] : moves_) {
@@ -428,7 +431,7 @@ Result<std::vector<FileText>> Relocation::MakeTexts() {
                                     : each.rewritten;
       const std::string text = value.empty() ? each.newPath : value;
       if (each.file == document->path) edits.Add(each.attribute, each.written, text);
-      // An application names its own file as the project does.
+      // An application's own file repeats the path that the project uses for it.
       const bool isOwn = each.kind == MovedPath::Kind::Application &&
                          (each.file == document->path || each.newPath == document->path);
       if (!isOwn) continue;

@@ -16,78 +16,82 @@
 
 namespace tarn::host {
 
-// A path in a project's files that leads to a file or folder which has moved.
+// A path in a project's files whose target file or folder has moved.
 struct MovedPath {
   enum class Kind : std::uint8_t { Application, Source, Option };
 
   Kind kind = Kind::Source;
-  std::string file;                     // project or application file that has it; absolute
-  std::string attribute;                // in which it is stored there
+  std::string file;                     // project or application file that contains it; absolute
+  std::string attribute;                // that stores it
   std::string written;                  // value of the attribute as stored
-  std::string base;                     // folder that a relative value starts in
+  std::string base;                     // folder that a relative value is resolved in
   std::string oldPath;                  // absolute
-  std::string newPath;                  // absolute; empty if nothing was found, or several files
-  std::vector<std::string> candidates;  // absolute, the most similar paths first
+  std::string newPath;                  // absolute; empty if not found or ambiguous
+  std::vector<std::string> candidates;  // absolute, most similar path first
   std::string rewritten;                // of an option: its whole value with the new path
 };
 
-// Name of a kind in documents for programs: "application", "source", "option".
+// Identifier of a kind in machine-readable output: "application", "source", "option".
 const char* NameOf(MovedPath::Kind kind);
 
-// `path` with the folder `from` in front replaced by `to`, if it is there or below; all absolute.
+// Returns `path` with its prefix `from` replaced by `to`, if it is that folder or below it;
+// otherwise `path` unchanged. All paths are absolute.
 std::string MapPath(const std::string& path, const std::string& from, const std::string& to);
 
 // Finds application files, sources and folders in options that have moved, and corrects the paths
-// in the project's files. It works on the text of the files alone, because a project whose
-// application is missing can't be opened, and changes nothing else in them.
+// in the project's files. Works on the text of the files only, because a project whose application
+// is missing can't be opened, and changes nothing else in them.
 //
-// A file that is missing is looked for by its name. Of several the one whose folders agree with the
-// old path most, counted from the name upwards, is taken; if several agree equally, the one in the
-// folder where its former neighbours were found. What is left open then is for the user.
+// A missing file is searched for by name. Candidates are ranked by the number of trailing path
+// components that agree with the old path; a tie is resolved in favour of the folder to which other
+// files of the same old folder have moved. Any remaining ambiguity is left to the user.
+//
+// Calling sequence: Search or Move, GetFound, Choose for open paths and Search again, MakeTexts.
 class Relocation {
  public:
-  // `project` is the path of the project file, absolute.
+  // `project` is the absolute path of the project file.
   Relocation(FileSystem& fileSystem, std::string project);
   Relocation(const Relocation&) = delete;
   Relocation& operator=(const Relocation&) = delete;
   ~Relocation();
 
-  // Takes these instead of what is on the disk, such as files with changes that are not saved.
+  // Uses these texts instead of the files on disk, e.g. for files with unsaved changes.
   void SetTexts(std::vector<FileText> texts) { given_ = std::move(texts); }
-  // Decides for the user: what is missing at the first path is at the second, or nowhere for an
-  // empty one. Valid from the next search on.
+  // Sets the user's decision: the target of `oldPath` is now at `newPath`, or does not exist if
+  // that is empty. Takes effect with the next search.
   void Choose(const std::string& oldPath, const std::string& newPath);
 
-  // Searches below a folder for all that is missing. Fails if the folder or a file of the project
-  // can't be read, or if one of them is damaged; `place` is the path then.
+  // Searches below a folder for everything that is missing. Fails if the folder or a file of the
+  // project can't be read, or if one of them is damaged; `place` of the error is the path.
   Status Search(const std::string& below);
-  // The same in pieces, for a host that has a window: Continue until it returns false, then Finish,
-  // and Finish again after each Choose.
+  // Search() in steps, for a host with a window: ContinueSearch until it returns false, then
+  // FinishSearch, and FinishSearch again after each Choose.
   void BeginSearch(const std::string& below);
   bool ContinueSearch(std::chrono::milliseconds time) { return index_.Continue(time); }
   Status FinishSearch();
-  // Has everything at or below `from` at or below `to`. What isn't there has no newPath.
+  // Maps everything at or below `from` to `to`. Paths whose target does not exist there have no
+  // newPath.
   Status Move(const std::string& from, const std::string& to);
-  // After Move: fails, with the path that is in the way as `place`, if a file would become a folder
-  // or a folder a file, a file one of another node type, or two nodes one file. The types of nodes
-  // are those of a configuration file.
+  // Checks the result of Move. Fails, with the conflicting path as `place`, if a file would become
+  // a folder or vice versa, a file would get a different node type, or two nodes would become the
+  // same file. Node types are read from the configuration file.
   Status CheckMove(const std::string& configurationFile);
 
-  // Returns whether the project can't be opened because the file of an application isn't there.
+  // Returns true if the project can't be opened because the file of an application is missing.
   bool MissesApplication();
 
-  // The folders that a search has passed over because they can't be read.
+  // The folders that a search has skipped because they can't be read.
   const std::vector<Error>& GetUnread() const { return index_.GetUnread(); }
 
-  // What the last search found, in the order of the project.
+  // The result of the last search, in project order.
   const std::vector<MovedPath>& GetFound() const { return found_; }
-  // Returns whether nothing is left open.
+  // Returns true if no path is left unresolved.
   bool IsComplete() const;
 
-  // The files of the project with all that has a newPath corrected; those that stay the same are
-  // left out. Fails if a path isn't written in a way that can be replaced.
+  // Returns the changed files of the project, with every path that has a newPath corrected; files
+  // that stay the same are omitted. Fails if a path is written in a form that can't be replaced.
   Result<std::vector<FileText>> MakeTexts();
-  // All files that SetTexts received, with those that MakeTexts returned in their places.
+  // Returns all files passed to SetTexts, with those returned by MakeTexts replaced.
   std::vector<FileText> Complete(const std::vector<FileText>& changed) const;
 
  private:
@@ -118,12 +122,12 @@ class Relocation {
   std::string folder_;  // of the project
   std::vector<FileText> given_;
   std::map<std::string, std::string> chosen_;  // old path -> new path
-  std::string from_;                           // of Move; empty for Search
+  std::string from_;                           // arguments of Move; empty after Search
   std::string to_;
   std::vector<std::unique_ptr<Document>> documents_;
-  std::set<std::string> used_;  // document and name of each file that is where the project has it
+  std::set<std::string> used_;  // document and name of each file found at its old path
   std::vector<MovedPath> found_;
-  std::vector<std::pair<std::string, std::string>> moves_;  // of folders, old and new
+  std::vector<std::pair<std::string, std::string>> moves_;  // moved folders, old and new
 };
 
 }  // namespace tarn::host

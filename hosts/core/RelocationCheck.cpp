@@ -1,4 +1,4 @@
-// What a node of a project may become by a move that the user has named.
+// Validity of a move that the user has specified: what may become of each node of the project.
 
 #include <algorithm>
 

@@ -13,22 +13,24 @@ struct BuildRequest;
 struct BuildOutcome;
 enum class BuildEnd;
 
-// Scripts on the project of a session. What they print goes to the log whether shown or not.
+// Runs scripts on a session's project. Script output is written to the log even if it isn't
+// displayed.
 class SessionScripts : private ScriptHost {
  public:
   explicit SessionScripts(BuildSession& buildSession);
 
-  // How a host shows what happens; each may be empty. A build that isn't shown runs all the same.
+  // Callbacks with which a host shows what happens; each may be empty. Builds run even without a
+  // callback.
   std::function<void(const std::string&)> onLine;
   std::function<BuildOutcome(const BuildRequest&)> runBuild;
   std::function<BuildEnd()> awaitBuild;
 
-  // `name` is empty for a text that came in a message.
+  // Runs a script. `name` is empty if the text was received in a message.
   ScriptOutcome Run(const std::string& text, const std::string& name);
   bool IsRunning() const { return runner.IsRunning(); }
-  // From any thread.
+  // May be called from any thread.
   void RequestStop() { runner.RequestStop(); }
-  // Takes a request back that was meant for a build.
+  // Withdraws a stop request that was meant for a build.
   void ForgetStop() { runner.ForgetStop(); }
 
  private:

@@ -8,22 +8,22 @@
 
 namespace tarn::host {
 
-// What a session's server may do for projects that the user trusts, and what it has refused to
-// others. The server judges the project that is open by the folders that it was last given.
+// The permissions of a session's server for trusted projects, and the requests that it has refused
+// for others. The server checks the open project against the list of folders that it received last.
 class SessionTrust {
  public:
   SessionTrust(FileSystem& fileSystem, InspectorDriver& inspectorDriver,
                const std::string& stateFolder);
 
-  // Every project is trusted for this session.
+  // Trusts every project for this session.
   void TrustAll();
-  // Hands the user's list over, which other programs may have changed. Without it nothing is
-  // trusted.
+  // Reloads the user's list, which other programs may have changed, and passes it to the server. If
+  // it can't be read, nothing is trusted.
   void Refresh();
-  // Adds the folder to the user's list, and hands that over.
+  // Adds the folder to the user's list and passes the list to the server.
   Status Trust(const std::string& folder);
   bool IsTrusted(const std::string& folder) const;
-  // What was refused since the last call: "write /x/y".
+  // Returns the requests refused since the last call, like "write /x/y".
   std::vector<std::string> TakeRefused();
 
   TrustedFolders& List() { return list_; }
@@ -34,7 +34,7 @@ class SessionTrust {
   bool trustsAll_ = false;
 };
 
-// A sentence for each wish: "The project wants to write /x/y."
+// Returns a sentence for each request: "The project wants to write /x/y."
 std::string DescribeWishes(const std::vector<std::string>& wishes);
 
 }  // namespace tarn::host

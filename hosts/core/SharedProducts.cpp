@@ -15,7 +15,8 @@ namespace {
 
 using Macros = std::vector<std::string>;
 
-// For each tool the macros of the options that name what it makes: $(Linker.MapFile).
+// Returns for each tool the macros of the options that name its products, such as
+// $(Linker.MapFile).
 std::map<std::string, Macros> ListMacros(ToolManagerDriver& tools) {
   std::map<std::string, Macros> macros;
   const auto list = ParseXml(tools.ListTools());
@@ -29,7 +30,7 @@ std::map<std::string, Macros> ListMacros(ToolManagerDriver& tools) {
   return macros;
 }
 
-// An excluded application makes nothing.
+// Returns false for an application that is excluded from the build.
 bool IsBuilt(const std::string& buildInputs, const ApplicationEntry& application) {
   for (const ApplicationInputs& each : ParseBuildInputs(buildInputs)) {
     if (each.application != application.path) continue;

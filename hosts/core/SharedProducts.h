@@ -8,9 +8,9 @@
 
 namespace tarn::host {
 
-// Finds files that the tools of two applications would both make besides their outputs, such as one
-// map: each build replaces the other's, so that neither application stays up to date. Returns a
-// line for each, of the pairs that the application with this path is in if it isn't empty.
+// Finds additional products, such as a map file, that the tools of two applications would both
+// write: each build replaces the other's file, so neither application stays up to date. Returns one
+// line per file. If `application` (a path) isn't empty, only pairs that include it are reported.
 std::vector<std::string> FindSharedProducts(InspectorDriver& inspector, ToolManagerDriver& tools,
                                             FileSystem& files, const std::string& application);
 

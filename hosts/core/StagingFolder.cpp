@@ -30,13 +30,13 @@ void RemoveOld(FileSystem& files, const std::string& parent) {
   }
 }
 
-// 0 for what only the project's name leads to.
+// Sort key: files that are reached only through the project file come first, as rank 0.
 int RankOf(const std::string& path) {
   const std::string extension = ExtensionOf(path);
   return EqualNoCase(extension, ".tprj") ? 2 : EqualNoCase(extension, ".tapp") ? 1 : 0;
 }
 
-// Writes new files, and can remove them again with the folders that were made for them.
+// Writes new files, and can remove them again together with the folders created for them.
 class NewFileWriter {
  public:
   explicit NewFileWriter(FileSystem& fileSystem) : files_(fileSystem) {}
@@ -56,7 +56,7 @@ class NewFileWriter {
     if (done) written_.push_back(file.path);
     return done;
   }
-  // What others have put into a folder in the meantime stays, and so does the folder.
+  // A folder that is no longer empty because another process has put files into it is left alone.
   void TakeBack() {
     for (const std::string& path : written_) (void)files_.RemoveFile(path);
     std::error_code failure;
@@ -67,7 +67,7 @@ class NewFileWriter {
  private:
   FileSystem& files_;
   std::vector<std::string> written_;
-  std::vector<std::string> folders_;  // that were not there, each after the one that it is in
+  std::vector<std::string> folders_;  // created folders, each after its parent
 };
 
 }  // namespace

@@ -8,36 +8,36 @@
 
 namespace tarn::host {
 
-// A file that is about to come to a folder of the user's.
+// A file to be created in a user's folder.
 struct NewFile {
   std::string path;  // absolute
   std::string text;
-  bool isShared = false;  // one that is there already stays as it is
+  bool isShared = false;  // an existing file is left alone
 };
 
-// Writes the files in this order and returns the paths of those that it wrote. All or none: after a
-// failure the ones that were written are removed again, with the folders that were made for them.
-// One that is there already and holds other bytes is a failure (AlreadyExists) unless it is shared,
-// and nothing is written then; one with the same bytes is left alone. So the file that makes the
-// others a project comes last, and an interrupted process can be started again.
+// Writes the files in this order and returns the paths of those written. All or nothing: on error
+// the files already written are removed again, with the folders created for them. An existing file
+// with different content is an error (AlreadyExists) unless it is shared, and nothing is written; a
+// file with equal content is left alone. Put the file that makes the others a project last, so that
+// an interrupted process can be repeated.
 Result<std::vector<std::string>> WriteNewFiles(FileSystem& files, const std::vector<NewFile>& list);
 
-// A folder in which a project is made until all of it is there. It disappears with the object;
-// what killed processes left is removed a day later.
+// A temporary folder in which a project is assembled before it is copied to its destination.
+// Deleted by the destructor; leftovers of killed processes are deleted after one day.
 class StagingFolder {
  public:
-  // Makes the folder inside of `parent`, or of the folder for temporary files if that fails.
+  // Creates the folder in `parent`, or in the system's temporary folder if that fails.
   StagingFolder(FileSystem& fileSystem, const std::string& parent);
   StagingFolder(const StagingFolder&) = delete;
   StagingFolder& operator=(const StagingFolder&) = delete;
   ~StagingFolder();
 
-  // Whether it could be made.
+  // Result of the creation.
   const Status& GetStatus() const { return status_; }
   const std::string& GetPath() const { return path_; }
 
-  // Everything in `folder`, which is inside of this one, except for locks, as new files of the
-  // folder `target`: the project file last, its applications before it, the others shared.
+  // Returns everything in `folder`, a subfolder of this one, except for locks, as new files of the
+  // folder `target`: applications and the project file last, all other files first and shared.
   Result<std::vector<NewFile>> CollectFor(const std::string& folder, const std::string& target);
 
  private:

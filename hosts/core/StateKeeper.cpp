@@ -8,7 +8,7 @@ namespace tarn::host {
 
 namespace {
 
-// How long a piece of a restore may take.
+// Time limit of one step of a restore.
 constexpr std::int32_t kPieceMilliseconds = 5;
 
 }  // namespace

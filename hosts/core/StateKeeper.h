@@ -6,38 +6,40 @@
 
 namespace tarn::host {
 
-// Has the server keep what the tools reported beyond the end of the process, in a file next to the
-// project. A state file that isn't whole costs a rebuild and nothing else.
+// Makes the server persist build records in a file next to the project. A state file that is
+// damaged costs a rebuild and nothing else.
 //
-// Borrows the drivers. On the main thread.
+// Borrows the drivers. Main thread only.
 class StateKeeper {
  public:
   StateKeeper(ProjectManagerDriver& managerDriver, InspectorDriver& inspectorDriver,
               ToolManagerDriver& toolDriver);
 
-  // The project whose state is kept from now on; calls nothing of the server.
+  // Sets the project whose state is stored; does not call the server.
   void SetProject(const std::string& projectPath);
-  // Reads the state of the open project and hands the records that still hold to its nodes, all of
-  // which have to be published.
+  // Reads the state of the open project and restores the records that are still valid into its
+  // nodes, all of which must have been published.
   void Restore();
-  // The same in pieces of a few milliseconds, for a host that has a window: one after the other
-  // until it returns false.
+  // Restore() in steps of a few milliseconds, for a host with a window: BeginRestore once, then
+  // ContinueRestore until it returns false.
   void BeginRestore();
   bool ContinueRestore();
-  // Has tools that run from now on recorded, also if nothing was restored.
+  // Starts recording tool runs, even if nothing was restored.
   void Open();
-  // Another process has built since: what is known of the outputs is older than they are.
+  // Returns true if another process has built since: the known records are older than the outputs.
   bool IsOutdated();
 
-  // A tool has ended well: hands what it reported to the project, which journals it.
+  // Call this after a tool has succeeded: passes its records to the project, which appends them to
+  // its journal.
   void TakeBuildInformation();
-  // After a build. Returns why the state could not be written; empty if it could.
+  // Call this after a build. Returns why the state could not be written; an empty string if it
+  // could.
   std::string Finish();
 
-  // How usable the file was: "good", also if there was none, "cut", "damaged", "other-version",
+  // How usable the file was: "good" (also if there was none), "cut", "damaged", "other-version",
   // "foreign" or "unreadable".
   const std::string& GetVerdict() const { return verdict_; }
-  // Why it is unreadable.
+  // Why the file is unreadable.
   const std::string& GetReason() const { return reason_; }
   bool IsUsable() const { return verdict_ == "good"; }
   const std::string& GetPath() const { return path_; }

@@ -5,18 +5,19 @@
 
 namespace tarn::host {
 
-// A microcontroller that an application can be made for.
+// A microcontroller supported by the installed target descriptions.
 struct TargetEntry {
   std::string name;
-  std::vector<std::string> families;  // labels, from the outermost
+  std::vector<std::string> families;  // labels, outermost first
   std::string description;            // may have several lines
-  std::string datasheet;              // a link, or empty
-  std::string configuration;          // that the application is put in
+  std::string datasheet;              // a URL, or empty
+  std::string configuration;          // configuration that applications for it get
 };
 
-// Those that the server's inspector lists, in their order.
+// Parses the inspector's list, in its order.
 std::vector<TargetEntry> ReadTargets(const std::string& xml);
-// "FILE:LINE: what" if a file of targets was read only in part, from the same list.
+// Returns "FILE:LINE: what" from the same list if a target file was read only partially; else an
+// empty string.
 std::string ReadTargetProblem(const std::string& xml);
 
 }  // namespace tarn::host

@@ -13,9 +13,9 @@ namespace tarn::host {
 namespace {
 
 constexpr std::string_view kPackages = "Software\\Corvane\\Tarn7\\Targets\\";
-// In front of a file's title, so that the key of no other maker is taken.
+// Prefix of the file's title, so that keys of other vendors are not overwritten.
 constexpr std::string_view kOwnPrefix = "Tarn-";
-// What readers of the registry have room for.
+// Longest value that readers of the registry accept.
 constexpr std::size_t kLongestValue = 259;
 
 struct Package {

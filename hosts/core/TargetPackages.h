@@ -8,21 +8,21 @@
 
 namespace tarn::host {
 
-// The target descriptions of an installation, as packages in a registry: below
-// "Software\Corvane\Tarn7\Targets" one key for each file (*.xml) of its folder "targets", named
-// "Tarn-" and the file's title, with the label of the file's root as NickName and the file's
-// absolute path as XmlPath.
+// Registers the target descriptions of an installation as packages in a registry: below
+// "Software\Corvane\Tarn7\Targets" there is one key for each file (*.xml) of the folder "targets".
+// The key is "Tarn-" and the file's title, NickName is the label of the file's root, and XmlPath is
+// the file's absolute path.
 class TargetPackages {
  public:
-  // `registryFile` is where they are registered; `targetFolder`, without a separator at its end,
-  // holds the files. Both absolute.
+  // `registryFile` is the registry to write; `targetFolder`, without a trailing separator, contains
+  // the files. Both are absolute.
   TargetPackages(FileSystem& fileSystem, std::string registryFile, std::string targetFolder);
 
-  // Writes a key for each file, and takes away those of files that are gone, in one step or not at
-  // all. Keys of other packages stay. Doing it again changes nothing.
+  // Writes a key for each file and removes the keys of deleted files, atomically. Keys of other
+  // packages are left alone. Idempotent.
   Status Register();
   Status Unregister();
-  // The paths of this folder's files that are registered.
+  // Returns the paths of this folder's files that are registered.
   std::vector<std::string> ListRegistered() const;
 
  private:

@@ -5,7 +5,7 @@
 
 namespace tarn::host {
 
-// One program as a tool starts it.
+// A command line as a tool runs it.
 struct ToolCommand {
   std::string program;
   std::string folder;  // working folder
@@ -14,7 +14,7 @@ struct ToolCommand {
   bool operator==(const ToolCommand&) const = default;
 };
 
-// The commands of the tool manager's reply, in order.
+// Parses the commands in the tool manager's reply, in order.
 std::vector<ToolCommand> ParseCommands(const std::string& xml);
 
 }  // namespace tarn::host

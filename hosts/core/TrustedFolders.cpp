@@ -39,7 +39,7 @@ std::string TrustedFolders::Find(const std::string& folder) const {
   return found == list->end() ? std::string() : *found;
 }
 
-// Held by whoever changes the list, for as long as that takes.
+// Taken by each process that modifies the list, for the duration of the change.
 Result<std::unique_ptr<FileLock>> TrustedFolders::Lock() const {
   if (Status made = files_.CreateFolders(FolderOf(path_)); !made) return made.GetError();
   return WaitForLock(files_, path_ + ".lock", LockPurpose::Edit, std::chrono::seconds(5));

@@ -9,23 +9,24 @@
 
 namespace tarn::host {
 
-// The folders whose projects the user trusts, each with all below it: one path a line in the file
-// `trusted` of the user's state. What is there by another path, as through a symbolic link, is the
-// same folder.
+// The folders whose projects the user trusts, each including its subfolders: one path per line in
+// the file `trusted` of the user's state folder. Paths are compared with links resolved, so the
+// same folder is recognised by a different path.
 class TrustedFolders {
  public:
-  // `stateFolder` is made when it is needed.
+  // `stateFolder` is created if needed.
   TrustedFolders(FileSystem& fileSystem, const std::string& stateFolder);
 
-  // Fails if there is a list that can't be read; nothing is trusted then.
+  // Reads the list. Fails if it exists but can't be read; then nothing is trusted.
   Result<std::vector<std::string>> Read() const;
-  // The entry that makes projects in `folder` trusted, which may be a folder above; empty if none.
+  // Returns the entry that makes projects in `folder` trusted, which may be a parent folder; an
+  // empty string if there is none.
   std::string Find(const std::string& folder) const;
-  // Nothing changes for one that is listed. Refuses a path that a line can't hold.
+  // Adds a folder; no-op if it is listed. Refuses a path that can't be stored as one line.
   Status Add(const std::string& folder);
-  // Fails with NotFound if the list doesn't have the folder itself.
+  // Removes a folder. Fails with NotFound if the folder itself is not listed.
   Status Remove(const std::string& folder);
-  // Where the list is.
+  // Path of the list file.
   const std::string& GetPath() const { return path_; }
 
  private:

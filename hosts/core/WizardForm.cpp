@@ -25,14 +25,14 @@ struct Target {
   CTreeItem* item = nullptr;
 };
 
-// The items of the catalogue carry the elements that they show. A family may be empty, and a target
-// may have others below it.
+// Items of the catalogue have their XML element as data. A family may be empty, and a target may
+// have children.
 bool IsTarget(const CTreeItem& item) {
   const auto* const element = static_cast<const CXmlNode*>(item.GetData());
   return element != nullptr && element->NameView() == "Target";
 }
 
-// The catalogue hangs below one item.
+// The catalogue is below a single root item.
 void CollectTargets(const CTreeItem& family, const std::string& path,
                     std::vector<Target>& targets) {
   for (CTreeItem* item = family.GetFirstChild(); item != nullptr; item = item->GetNextSibling()) {
@@ -49,7 +49,7 @@ std::vector<Target> TargetsOf(const CPropertyPage& page) {
   return targets;
 }
 
-// The whole path, or its end from some slash on.
+// Returns true if `name` is the whole path, or its end after a slash.
 bool IsNamed(const Target& target, const std::string& name) {
   if (name.empty() || name.size() > target.path.size()) return false;
   const std::size_t start = target.path.size() - name.size();
@@ -87,7 +87,7 @@ WizardProposals WizardForm::Read() const {
   return proposals;
 }
 
-// What a choice puts into other fields comes in front of the choice for these.
+// A choice that fills in other fields is made before the choices for those fields.
 std::optional<WizardRefusal> WizardForm::Fill(const WizardChoices& choices) {
   std::optional<WizardRefusal> refusal;
   if (choices.typeHeader) refusal = ChooseType(*choices.typeHeader);
@@ -118,7 +118,7 @@ std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target)
   std::vector<std::string> names;
   std::vector<Target> named;
   for (Target& each : TargetsOf(page)) {
-    // Nothing else can be meant by a whole path.
+    // A full path is unambiguous.
     if (each.path == target) {
       tree.SelectItem(each.item);
       return std::nullopt;
@@ -126,7 +126,7 @@ std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target)
     names.push_back(each.item->GetText());
     if (IsNamed(each, target)) named.push_back(std::move(each));
   }
-  // No target, as it may be proposed.
+  // No target, as may have been proposed.
   if (target.empty() && Read().target.empty()) return std::nullopt;
   if (named.size() == 1) {
     tree.SelectItem(named.front().item);

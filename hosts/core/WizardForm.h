@@ -9,27 +9,27 @@
 
 namespace tarn::host {
 
-// What a host would have in the wizard for a new application; what it leaves open stays as it was
-// proposed.
+// A host's input for the wizard for a new application. Fields that are not set retain the proposed
+// values.
 struct WizardChoices {
-  std::optional<std::string> typeHeader;  // one of those on offer, whatever the case
-  std::optional<std::string> target;      // name, or path where several have the name
+  std::optional<std::string> typeHeader;  // one of the choices, in any letter case
+  std::optional<std::string> target;      // name, or path if the name is ambiguous
   std::optional<std::string> applicationName;
   std::optional<std::string> location;
   std::optional<bool> createNewProject;
-  std::optional<bool> launchTool;  // the tool that writes the first sources for the target
+  std::optional<bool> launchTool;  // the tool that generates the first sources for the target
 };
 
-// What stands in the wizard.
+// Current content of the wizard.
 struct WizardProposals {
-  std::string typeHeader;  // empty when none is selected
+  std::string typeHeader;  // empty if none is selected
   std::vector<std::string> typeHeaders;
-  std::string target;                // path; empty when none is selected
-  std::vector<std::string> targets;  // paths: families and name, with slashes between them
+  std::string target;                // path; empty if none is selected
+  std::vector<std::string> targets;  // paths: families and name, separated by slashes
   std::string applicationName;
   std::string location;
   bool createNewProject = true;
-  bool mayJoinProject = false;  // whether the former is a choice at all
+  bool mayJoinProject = false;  // createNewProject can be changed
   bool launchTool = false;
   bool mayLaunchTool = false;
 };
@@ -37,21 +37,22 @@ struct WizardProposals {
 // A choice that the wizard doesn't offer.
 struct WizardRefusal {
   std::string text;                  // why, as a sentence
-  std::string value;                 // what was wanted
-  std::vector<std::string> choices;  // names that could have been meant instead
+  std::string value;                 // requested value
+  std::vector<std::string> choices;  // similar names, for a suggestion
 };
 
-// Works with the wizard for a new application in place of a user: knows its controls by their
-// numbers, and does with them what a user could. For the time of one RunSheet.
+// Fills in the wizard for a new application in place of a user: addresses its controls by their ids
+// and performs the actions that a user could. Valid only for the duration of one RunSheet.
 class WizardForm {
  public:
   explicit WizardForm(CPropertySheet& sheet) : page(*sheet.GetPage()) {}
 
-  // Whether the sheet is this wizard; with another one the functions below must not be called.
+  // Returns true if the sheet is this wizard. All other functions require that.
   static bool Fits(const CPropertySheet& sheet);
 
   WizardProposals Read() const;
-  // Stops at the first choice that can't be made, and tells it.
+  // Applies the choices in order; on the first one that can't be made, stops and returns the
+  // reason.
   std::optional<WizardRefusal> Fill(const WizardChoices& choices);
 
  private:

@@ -14,7 +14,7 @@ struct StyleRow {
   QRgb color;
 };
 
-// In the order of the styles.
+// Indexed by style.
 constexpr StyleRow kStyles[] = {
     {"Default", 0x000000},      {"Comment", 0x007f00},   {"Block comment", 0x007f00},
     {"Label", 0x7f0000},        {"Directive", 0x7f5f00}, {"Mnemonic", 0x00007f},

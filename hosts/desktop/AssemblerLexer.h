@@ -4,7 +4,8 @@
 
 namespace tarn::host {
 
-// Colours assembler sources (see StyleAssembler), with the colours that C sources have.
+// Syntax highlighting of assembler sources (see StyleAssembler), with the colours used for C
+// sources.
 class AssemblerLexer : public QsciLexerCustom {
  public:
   explicit AssemblerLexer(QObject* parent) : QsciLexerCustom(parent) {}

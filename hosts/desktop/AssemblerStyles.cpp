@@ -9,19 +9,19 @@ namespace tarn::host {
 
 namespace {
 
-// Directives without a point, as the assemblers of the 8051 have them.
+// Directives without a leading dot, as used by 8051 assemblers.
 constexpr std::string_view kDirectives[] = {"bseg",   "cseg",    "db",    "ds",    "dseg",  "dw",
                                             "else",   "end",     "endif", "endm",  "extrn", "if",
                                             "ifdef",  "include", "iseg",  "macro", "name",  "org",
                                             "public", "rseg",    "using", "xseg"};
-// Those that stand behind the name that they are about.
+// Directives that follow the name that they define.
 constexpr std::string_view kDefinitions[] = {"=",       "bit", "code", "data",  "db",
                                              "ds",      "dw",  "equ",  "idata", "macro",
                                              "segment", "set", "xdata"};
 constexpr std::string_view kPreprocessor[] = {"define",  "elif",   "else",  "endif",
                                               "error",   "if",     "ifdef", "ifndef",
                                               "include", "pragma", "undef"};
-// Beside r0 to r31.
+// Registers in addition to r0 to r31.
 constexpr std::string_view kRegisters[] = {"a",  "ab",  "acc", "b",   "c",   "dph",  "dpl", "dptr",
                                            "pc", "psw", "sp",  "sph", "spl", "sreg", "x",   "xh",
                                            "xl", "y",   "yh",  "yl",  "z",   "zh",   "zl"};
@@ -67,7 +67,7 @@ class Styler {
   void Take(std::size_t count, AssemblerStyle style) {
     styles.append(std::min(count, text.size() - styles.size()), static_cast<char>(style));
   }
-  // The text from `from` on that has no other byte than these.
+  // Returns the longest run of bytes from `from` on that satisfy `fits`.
   template <typename Fits>
   std::string_view Span(std::size_t from, Fits fits) const {
     const std::string_view rest = Rest().substr(std::min(from, Rest().size()));
@@ -106,7 +106,8 @@ class Styler {
     Take(end == Rest().npos ? end : end + 2, AssemblerStyle::BlockComment);
   }
 
-  // A character may go without the second quote; of a line that lacks one, the rest needs no look.
+  // The closing quote of a character constant is optional. After one line end without a closing
+  // quote, the rest of the line is not searched again, which keeps the time linear.
   void TakeString(char quote) {
     const std::string_view rest = Rest();
     const auto isInLine = [&](std::size_t at) {
@@ -126,8 +127,8 @@ class Styler {
     Take(isClosed ? end + 1 : end, AssemblerStyle::String);
   }
 
-  // A line for the preprocessor or for the assembler itself, up to a comment. Another line that
-  // begins so is a comment.
+  // A line for the preprocessor or an assembler control, up to a comment. If the sign is followed
+  // by anything else, the line is a comment.
   void TakeControl(char sign) {
     const std::string_view blanks = Span(1, [](char c) { return c == ' ' || c == '\t'; });
     const bool isControl = sign == '$' || IsAmong(kPreprocessor, Span(1 + blanks.size(), IsInWord));
@@ -159,7 +160,7 @@ class Styler {
                                          : AssemblerStyle::Plain);
   }
 
-  // Labels leave the line's operation to come.
+  // A label doesn't count as the operation of the line.
   AssemblerStyle StyleOfFirst(std::string_view word) {
     const std::string_view behind = Rest().substr(word.size());
     if (behind.starts_with(':')) return AssemblerStyle::Label;
@@ -174,9 +175,9 @@ class Styler {
 
   std::string_view text;
   std::string styles;
-  bool hasOperation = false;  // in this line; what follows are operands
-  bool lacksQuote = false;    // and so has no more strings in single ones
-  bool isNamed = false;       // the operation follows the name that it is about
+  bool hasOperation = false;  // seen in this line; operands follow
+  bool lacksQuote = false;    // no more single-quoted strings in this line
+  bool isNamed = false;       // the operation follows the name that it defines
 };
 
 }  // namespace

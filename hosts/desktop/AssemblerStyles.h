@@ -18,9 +18,10 @@ enum class AssemblerStyle : char {
   Preprocessor,
 };
 
-// The style of each byte of an assembler source, which begins with a line. Knows what the GNU
-// assembler's sources and those for AVR and 8051 have; what it doesn't know is plain. Of what goes
-// before it needs to know whether that ends inside of a block comment. Linear in the length.
+// Returns the style of each byte of an assembler source. `text` must begin at the start of a line;
+// `isInComment` tells if that is inside a block comment, the only context needed. Recognises the
+// syntax of the GNU assembler and of assemblers for AVR and 8051; everything else is plain.
+// Hand-written scanner, one pass, linear time.
 std::string StyleAssembler(std::string_view text, bool isInComment);
 
 }  // namespace tarn::host

@@ -14,11 +14,11 @@ namespace tarn::host {
 
 namespace {
 
-// Amber, faint enough for both kinds of palette.
+// Amber, faint enough for both light and dark palettes.
 constexpr Color kColor = MakeColor(240, 170, 0);
 constexpr float kFaint = 0.22F;
 
-// A name in it may hold characters that would break the line or turn what follows.
+// Names may contain line breaks or bidirectional controls, which are escaped.
 QString OneLine(const QString& text) {
   return ToQt(Printable(FromQt(text)));
 }

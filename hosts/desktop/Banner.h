@@ -8,21 +8,22 @@ class QPushButton;
 
 namespace tarn::host {
 
-// A line above what it is about, with two ways to go on. It takes no focus and waits for nobody.
+// A message bar with two buttons, shown above the widget that it refers to. Never takes the focus
+// and is not modal.
 class Banner : public QFrame {
  public:
-  // The first button does what changes something, the second leaves all as it is.
+  // The first button performs the action, the second one dismisses the message.
   Banner(const QString& first, const QString& second, QWidget* parent);
 
   void Tell(const QString& said);
-  // With links between the text and `after`, which onLink follows.
+  // Shows links between the text and `after`; a click calls onLink.
   void TellWithLinks(const QString& said, const QStringList& links, const QString& after);
-  // Whether the first button can be pressed; the reason why not is its tip.
+  // Enables or disables the first button; `reason` is shown as its tool tip.
   void SetReady(bool isReady, const QString& reason);
 
   std::function<void()> onFirst;
   std::function<void()> onSecond;
-  std::function<void(int index)> onLink;  // of the link, from 0
+  std::function<void(int index)> onLink;  // index of the link, from 0
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -9,7 +9,7 @@ namespace tarn::host {
 
 namespace {
 
-// By ChangeKind.
+// Indexed by ChangeKind.
 constexpr std::array<const char*, 13> kTexts = {
     QT_TRANSLATE_NOOP("Changes", "Add %1"),
     QT_TRANSLATE_NOOP("Changes", "Remove %1"),
@@ -44,7 +44,7 @@ QString CountText(const ChangeLabel& label) {
   return QCoreApplication::translate("Changes", "%n items", nullptr, count);
 }
 
-// A label may be as long as somebody likes.
+// Labels have no maximum length.
 QString Shortened(const std::string& name) {
   constexpr qsizetype kMost = 40;
   const QString text = ToQt(name);

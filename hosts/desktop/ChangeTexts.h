@@ -6,7 +6,7 @@
 
 namespace tarn::host {
 
-// What a change of the project did, in the user's language: "Add main.c".
+// Returns a project change in the user's language: "Add main.c".
 QString ChangeText(const ChangeLabel& label);
 
 }  // namespace tarn::host

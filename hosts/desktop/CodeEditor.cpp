@@ -28,7 +28,7 @@ constexpr int kFoldMargin = 2;
 constexpr int kHitIndicator = 8;
 constexpr Color kHitColor = MakeColor(230, 140, 0);
 constexpr int kHitAlpha = 70;
-// Of the selection's colour in the line with the cursor.
+// Opacity of the selection colour in the current line.
 constexpr float kCaretLineOnLight = 0.1F;
 constexpr float kCaretLineOnDark = 0.22F;
 
@@ -39,7 +39,7 @@ QFont EditorFont() {
   return font;
 }
 
-// Line numbers stand back behind the text, as far as they can still be read.
+// Chooses a colour for line numbers that is less prominent than the text but still readable.
 QColor NumberColour(const QPalette& colours) {
   constexpr double kLeastContrast = 4.5;
   constexpr float kStep = 0.05F;
@@ -55,7 +55,7 @@ QColor NumberColour(const QPalette& colours) {
 
 constexpr std::string_view kMark = "\xEF\xBB\xBF";
 
-// Stateless: a character that the end cuts off is an error, too.
+// Stateless, so that a character truncated at the end is an error, too.
 QString Decode(QByteArrayView bytes, bool& isUtf8) {
   QStringDecoder decoder(QStringDecoder::Utf8, QStringConverter::Flag::Stateless);
   const QString text = decoder(bytes);
@@ -77,8 +77,7 @@ bool IsMakefile(const std::string& path) {
          IsAnyOf(FileNameOf(path), {"makefile", "GNUmakefile"});
 }
 
-// Rules of a makefile begin with tabs, and the columns of an assembler file stand where a terminal
-// has its tab stops.
+// Makefile rules require tabs, and assembler files usually align columns at terminal tab stops.
 Indentation UsualIndentation(const std::string& path) {
   Indentation usual;
   usual.usesTabs = IsMakefile(path);
@@ -137,7 +136,7 @@ Status CodeEditor::Load() {
   return {};
 }
 
-// Not by setText and text, which end at a byte of zero.
+// setText() and text() stop at a zero byte, so they can't be used.
 void CodeEditor::Fill(const QByteArray& utf8) {
   SendScintilla(SCI_CLEARALL);
   SendScintilla(SCI_APPENDTEXT, static_cast<unsigned long>(utf8.size()), utf8.constData());
@@ -159,7 +158,7 @@ void CodeEditor::ShowIndentation(const Indentation& indentation) {
 }
 
 Status CodeEditor::Save() {
-  // What was typed into a file of single bytes may need more than these.
+  // The user may have typed characters that a Latin-1 file can't represent.
   const std::optional<std::string> bytes = GetUnsaved().ToBytes();
   if (!bytes) {
     return Error{ErrorCode::Io,
@@ -173,14 +172,14 @@ Status CodeEditor::Save() {
   return {};
 }
 
-// By milliseconds: what is written twice within a second often has the same size.
+// Times are in milliseconds, because two versions written within a second often have the same size.
 CodeEditor::DiskState CodeEditor::LookAtDisk() const {
   const QFileInfo file(ToQt(path));
   return {file.lastModified(), file.size()};
 }
 
 void CodeEditor::FollowDisk() {
-  // One that is gone is in nobody's way.
+  // A deleted file is not a conflict.
   if (LookAtDisk() == known || !files.Exists(path)) return;
   if (isModified()) {
     isInConflict = true;
@@ -197,7 +196,7 @@ UnsavedText CodeEditor::GetUnsaved() const {
 }
 
 void CodeEditor::Restore(const UnsavedText& unsaved) {
-  // What was typed here since stays one step of undo away.
+  // Text typed in the meantime can be recovered with one undo.
   const bool isThere = isModified() || Load();
   isInConflict = isThere && base != unsaved.base;
   isUtf8 = unsaved.isUtf8;
@@ -223,7 +222,7 @@ void CodeEditor::GoToLine(int line) {
   setFocus();
 }
 
-// The component's own positions count bytes of UTF-8.
+// The component's own positions are offsets in UTF-8 bytes.
 SearchHit CodeEditor::Selection() const {
   const auto start = SendScintilla(SCI_GETSELECTIONSTART);
   const auto end = SendScintilla(SCI_GETSELECTIONEND);
@@ -266,7 +265,7 @@ void CodeEditor::ReplaceHits(const QList<SearchHit>& hits) {
   endUndoAction();
 }
 
-// Gives each place in bytes, as they are before anything is changed.
+// Calls `onHit` with each hit's byte offsets, computed before anything is changed.
 void CodeEditor::ForEachHit(
     const QList<SearchHit>& hits,
     const std::function<void(const SearchHit& hit, long start, long end)>& onHit) {
@@ -301,7 +300,7 @@ bool CodeEditor::viewportEvent(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QsciScintilla::viewportEvent(event);
   const auto& help = static_cast<const QHelpEvent&>(*event);
   const QString text = problems->TextAt(help.pos());
-  // Within the height of a line it stays.
+  // The tip stays visible as long as the mouse is in the same line.
   const int height = textHeight(0);
   const QRect row(0, help.y() - height / 2, viewport()->width(), height);
   if (text.isEmpty()) {
@@ -358,13 +357,13 @@ bool CodeEditor::HasConditions() const {
 }
 
 void CodeEditor::SetMacros(const std::string& macros, bool areComplete) {
-  constexpr unsigned long kGivenMacros = 4;  // the list of words that the lexer takes them from
+  constexpr unsigned long kGivenMacros = 4;  // keyword list that the lexer uses for macros
   SendScintilla(SCI_SETKEYWORDS, kGivenMacros, macros.c_str());
   SendScintilla(SCI_SETPROPERTY, "lexer.cpp.track.preprocessor", areComplete ? "1" : "0");
   SendScintilla(SCI_COLOURISE, 0UL, -1L);
 }
 
-// The lexers' colours are made for paper that is white; on dark paper their brightness turns over.
+// The lexers' colours assume a white background; on a dark one their lightness is inverted.
 void CodeEditor::Colour() {
   const QPalette colours = palette();
   const QColor paper = colours.color(QPalette::Base);

@@ -17,8 +17,8 @@
 
 namespace tarn::host {
 
-// One text file in an editor. A file that is no UTF-8 is shown and written byte by byte, so that
-// saving changes only what the user changed.
+// An editor for one text file. A file that is not valid UTF-8 is shown and written as Latin-1, byte
+// by byte, so that a save changes only what the user has changed.
 class CodeEditor : public QsciScintilla {
   Q_DECLARE_TR_FUNCTIONS(CodeEditor)
 
@@ -28,53 +28,53 @@ class CodeEditor : public QsciScintilla {
   const std::string& GetPath() const { return path; }
   bool IsUtf8() const { return isUtf8; }
   QString GetText() const;
-  // Takes the text from the disk; what stood here is gone, the place in it stays.
+  // Loads the file and discards the current text; the cursor stays at its position.
   Status Load();
   Status Save();
-  // The text as it is now, for Restore.
+  // Returns the current text, for Restore.
   UnsavedText GetUnsaved() const;
-  // Puts in a text that was never saved, as a change of what the file holds, which undo takes back.
-  // If the file isn't the one that the text was made from, the two are in conflict.
+  // Inserts a text that was never saved, as an undoable change of the file's content. If the file
+  // has changed since the text was derived from it, the editor is in conflict.
   void Restore(const UnsavedText& unsaved);
-  // Another number after each change of the text.
+  // A counter that changes with each change of the text.
   int GetRevision() const { return revision; }
-  // Looks whether the file on the disk is another than the one that was read or written last. Then
-  // it is read again, unless that would lose changes: the two are in conflict.
+  // Checks if the file has changed on disk since it was last read or written. If so, it is
+  // reloaded, unless that would lose changes: then the editor is in conflict.
   void FollowDisk();
   bool IsInConflict() const { return isInConflict; }
-  // Ends a conflict: what stands here counts, and the next save writes it.
+  // Ends a conflict in favour of the editor's text, which the next save writes.
   void KeepMine();
-  // Lines count from 1; one beyond the end goes to the last.
+  // Lines are counted from 1; a line beyond the end selects the last one.
   void GoToLine(int line);
-  // The text has conditions of a preprocessor, whose code is grey if it is left out.
+  // Returns true if the text has preprocessor conditions, for which excluded code is shown in grey.
   bool HasConditions() const;
-  // What the compiler defines, as "NAME" or "NAME=VALUE" with blanks between. Nothing is grey
-  // unless that decides the conditions.
+  // Sets the macros defined by the compiler, as "NAME" or "NAME=VALUE" separated by spaces. Code is
+  // shown in grey only if `areComplete`, i.e. if the macros decide the conditions.
   void SetMacros(const std::string& macros, bool areComplete);
-  // Errors and warnings to be shown; a tip says them under the mouse.
+  // Errors and warnings displayed in the text; their messages are shown in a tool tip.
   LineProblems& Problems() { return *problems; }
-  // A click with Ctrl, which has put the cursor there.
+  // Called after a Ctrl+click, which has moved the cursor.
   std::function<void()> onFollowName;
 
-  // Places count the characters of GetText.
+  // Positions count characters of GetText().
   SearchHit Selection() const;
   void Select(const SearchHit& place);
-  // Shows these places, and no others that were shown before.
+  // Highlights these hits and removes the previous highlights.
   void MarkHits(const QList<SearchHit>& hits);
-  // Puts the replacements in, as one step to be undone. The places are in order.
+  // Inserts the replacements as one undo step. The hits must be sorted.
   void ReplaceHits(const QList<SearchHit>& hits);
 
  protected:
   void changeEvent(QEvent* event) override;
   bool viewportEvent(QEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
-  // Files are for the window around; their names are no text for here.
+  // Dropped files are left to the main window; their names must not be inserted as text.
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
-  // When the file was written last, and its size in bytes; of one that is gone, nothing.
+  // Modification time and size of the file in bytes; default values if it doesn't exist.
   struct DiskState {
     QDateTime modified;
     qint64 size = 0;
@@ -93,11 +93,11 @@ class CodeEditor : public QsciScintilla {
   std::string path;
   LineProblems* problems = nullptr;
   bool isUtf8 = true;
-  bool hasMark = false;  // the file begins with a byte order mark, which is no part of the text
+  bool hasMark = false;  // the file begins with a byte order mark, which is not part of the text
   bool isInConflict = false;
   int revision = 0;
-  std::uint64_t base = 0;  // hash of the file's bytes as they were read or written last
-  DiskState known;         // of the file as it was read or written last
+  std::uint64_t base = 0;  // hash of the file's bytes when last read or written
+  DiskState known;         // state of the file when last read or written
 };
 
 }  // namespace tarn::host

@@ -17,7 +17,7 @@ constexpr std::uint32_t kBuildCommands[] = {
     kCmdBuildNode,  kCmdCleanNode, kCmdTranslateNode, kCmdBuildApplication,
 };
 
-// The builds whose extent is known ahead; others may be of any part of the project.
+// Builds with a known number of tools; others may be of any part of the project.
 struct WholeBuild {
   std::uint32_t command;
   BuildWork work;
@@ -27,7 +27,7 @@ constexpr WholeBuild kWholeBuilds[] = {
     {kCmdRebuildAll, BuildWork::Rebuild},
 };
 
-// The others are of the node that is current.
+// All other commands refer to the current node.
 bool IsOfProject(std::uint32_t command) {
   return command == kCmdBuildAll || command == kCmdRebuildAll || command == kCmdCleanAll;
 }
@@ -40,8 +40,7 @@ std::function<int()> CounterFor(std::uint32_t command, BuildSession& session) {
   return {};
 }
 
-// The server puts aside what others have written, which is the file itself once it was
-// written.
+// Removes backups made by the server that are identical to the file after it was written.
 void RemoveCopies(FileSystem& files, const std::vector<FileText>& texts) {
   for (const FileText& each : texts) {
     const std::string aside = each.path + ".orig";
@@ -50,9 +49,9 @@ void RemoveCopies(FileSystem& files, const std::vector<FileText>& texts) {
   }
 }
 
-// How long one piece of what can be done in pieces takes.
+// Duration of one step of work that can be divided.
 constexpr std::chrono::milliseconds kPieceTime(20);
-// How often is looked whether the user has finished.
+// Interval of checks if the user's input has ended.
 constexpr std::chrono::milliseconds kOccupiedPause(100);
 
 }  // namespace
@@ -63,7 +62,7 @@ CommandRunner::CommandRunner(MainFrame& mainFrame, BuildSession& buildSession,
   newsTimer.setInterval(kOccupiedPause);
   connect(&newsTimer, &QTimer::timeout, this, [this] { TakeOptionsLoaded(); });
   frame.Watch([this](const HostEvent& event) { OnMessage(event); });
-  // Before anything else is done with the project: a script may build it at once.
+  // Must run before everything else, because a script may build the project immediately.
   frame.Answer(kMsgProjectOpened, [this](const HostEvent& event) {
     if (event.lParam != 0) {
       session.LeaveProject();
@@ -97,7 +96,7 @@ Status CommandRunner::ReopenWith(const std::vector<FileText>& texts) {
   return written ? opened : written;
 }
 
-// Ignores the notification of the default project that the server opens after a close.
+// Ignores the notification of the placeholder project that the server opens after a close.
 Status CommandRunner::Close() {
   const std::string path = GetProjectPath();
   isOpening = true;
@@ -113,12 +112,12 @@ Status CommandRunner::OpenWithChanges(const std::string& path, const std::string
   }
   session.Inspector().StageFileTexts(texts, bases);
   Status opened = Open(path);
-  // They are for no other open if this one was refused.
+  // If this open was refused, they must not be used for a later one.
   session.Inspector().StageFileTexts({}, {});
   return opened;
 }
 
-// What was not read of a file is only there.
+// Backs up damaged files, because the part that could not be read exists only there.
 Status CommandRunner::KeepDamaged(const std::vector<FileText>& texts) {
   std::set<std::string> damaged;
   for (const DamageEntry& each : session.GetDamage()) damaged.insert(each.file);
@@ -146,7 +145,8 @@ void CommandRunner::SaveProject() {
   KeepSelection([this] { session.Manager().ProjectSave(); });
 }
 
-// The server makes the active application current when it reads a project again.
+// The server makes the active application current when it reloads a project, so the selection is
+// restored afterwards.
 void CommandRunner::KeepSelection(const std::function<void()>& work) {
   const std::string chosen = currentPath;
   const std::string application = session.Manager().GetSelectedApplication();
@@ -205,8 +205,9 @@ void CommandRunner::Ask(std::uint32_t command) {
   Approach();
 }
 
-// Without what is kept of the last builds all would be built anew, and that can be handed over only
-// to nodes whose options are known.
+// Starts the waiting build once its prerequisites are met. Without the stored build records
+// everything would be rebuilt, and they can be restored only into nodes whose options are
+// published.
 void CommandRunner::Approach() {
   if (waiting == 0) return;
   if (!session.TryLockBuild()) {
@@ -224,7 +225,7 @@ void CommandRunner::Approach() {
 }
 
 void CommandRunner::Start(std::uint32_t command) {
-  // Meant is the node that was current when it was asked for.
+  // The build refers to the node that was current at the request.
   const bool hasNode = IsOfProject(command) || session.Inspector().SelectNotedNode() != 0;
   if (!hasNode || session.Manager().PrologCommand(command) == 0) {
     TellEnd(BuildEnd::Refused);
@@ -235,8 +236,8 @@ void CommandRunner::Start(std::uint32_t command) {
   isUnkept = true;
   isCleaning = command == kCmdCleanAll || command == kCmdCleanNode;
   if (onStarted) onStarted();
-  // The answer is the same when the start was refused, which the user has been asked about; but
-  // then nothing runs that could be stopped.
+  // The result is the same if the user has cancelled the start, but then there is nothing running
+  // to be stopped.
   const bool isRunning =
       session.Manager().Command(command) == 2 && session.Manager().EnableCommand(kCmdStop) != 0;
   if (!isRunning && building == command) FinishBuild(BuildEnd::Refused);
@@ -254,7 +255,7 @@ BuildEnd CommandRunner::AwaitBuild() {
   return WaitFor([this] { TakeOver(); }).end;
 }
 
-// A build may have ended, or been refused, when its start returns.
+// The build may already have ended, or been refused, when its start returns.
 BuildOutcome CommandRunner::WaitFor(const std::function<void()>& start) {
   BuildOutcome outcome;
   QEventLoop loop;
@@ -269,7 +270,8 @@ BuildOutcome CommandRunner::WaitFor(const std::function<void()>& start) {
   return outcome;
 }
 
-// Ahead of its first tool, in the middle of a message; nobody knows what the build is of.
+// Called before the first tool of a build started elsewhere, in the middle of a message. The extent
+// of the build is unknown.
 void CommandRunner::TakeOver() {
   if (IsBuilding() || session.Manager().EnableCommand(kCmdStop) == 0) return;
   progress.emplace(std::function<int()>());
@@ -283,7 +285,7 @@ void CommandRunner::TakeOver() {
   if (onStarted) onStarted();
 }
 
-// The server fills its tree anew.
+// Deferred while the user is typing: the server refills its tree, which would abort the input.
 void CommandRunner::TakeOptionsLoaded() {
   if (waiting == 0 && isOccupied && isOccupied()) {
     newsTimer.start();
@@ -295,7 +297,7 @@ void CommandRunner::TakeOptionsLoaded() {
   if (onOptionsLoaded) onOptionsLoaded();
 }
 
-// What is kept of a large project is handed over a little at a time.
+// The records of a large project are restored in small steps.
 void CommandRunner::RestoreState() {
   if (isRestored) return;
   isRestored = true;
@@ -328,7 +330,7 @@ void CommandRunner::FollowStop() {
   session.Tools().StopTools();
 }
 
-// The sender is in the middle of something, so all that follows comes behind it.
+// The sender may be in the middle of an operation, so all reactions are deferred.
 void CommandRunner::OnMessage(const HostEvent& event) {
   if (event.number == kMsgCommand) {
     QTimer::singleShot(0, this, [this] { ServePosted(); });
@@ -343,7 +345,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
     repeatable = 0;
     newsTimer.stop();
     if (std::exchange(waiting, 0) != 0) TellEnd(BuildEnd::Refused);
-    // The server opens projects by itself, too: the wizard's, and the one that stands in for none.
+    // The server also opens projects by itself: the wizard's, and the placeholder project.
     if (isOpening) return;
     if (isApplying) {
       isReadAgain = true;
@@ -355,7 +357,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
   } else if (event.number == kMsgToolStarted) {
     TakeOver();
   } else if (event.number == kMsgWorkerEnded && building != 0) {
-    // Another's, as of a build that was refused for it, is none of ours.
+    // A build by another process, because of which this one was refused, is ignored.
     const bool isSuccess = event.wParam != 0;
     QTimer::singleShot(0, this, [this, isSuccess] {
       FinishBuild(isSuccess     ? BuildEnd::Succeeded
@@ -365,7 +367,7 @@ void CommandRunner::OnMessage(const HostEvent& event) {
   }
 }
 
-// Each part of what there is to keep of a large build takes a while.
+// Ends the build in several steps, because storing the results of a large build takes time.
 void CommandRunner::FinishBuild(BuildEnd end) {
   if (building == 0 || isFinishing) return;
   isFinishing = true;
@@ -378,15 +380,14 @@ void CommandRunner::FinishBuild(BuildEnd end) {
     if (std::exchange(isUnkept, false)) session.KeepState();
     building = 0;
     isFinishing = false;
-    // The next build may be started by another.
+    // The next build may be started elsewhere.
     if (isStopAsked) session.Tools().ResumeTools();
-    session.TakeLogLines();  // the log window has shown them
+    session.TakeLogLines();  // shown in the log window
     TellEnd(end);
   });
 }
 
-// A build that succeeded has built everything, or the log says what it left out. False if an
-// application can't be built.
+// Logs what a successful build left out. Returns false if an application can't be built.
 bool CommandRunner::JudgeGaps() {
   const bool isApplication = building == kCmdBuildApplication;
   if (isCleaning || !session.HasProject() || (!isApplication && !IsOfProject(building)))
@@ -395,14 +396,14 @@ bool CommandRunner::JudgeGaps() {
       session.FindGaps(isApplication ? session.Manager().GetSelectedApplication() : ""));
 }
 
-// The tree that they belong to goes.
+// Stores the results before the tree that they belong to is deleted.
 void CommandRunner::KeepResults() {
   if (!std::exchange(isUnkept, false)) return;
   session.KeepState();
 }
 
 void CommandRunner::TellEnd(BuildEnd end) {
-  session.UnlockBuild();  // also of a build that never started
+  session.UnlockBuild();  // also if the build never started
   if (waiter) waiter(end);
   if (onEnded) onEnded(end);
 }

@@ -17,84 +17,87 @@
 
 namespace tarn::host {
 
-// Gives the server's commands and follows them to their end without holding the loop: what the
-// server works off on a thread of its own goes on while the user goes on. What it asks for in
-// return is carried out behind whatever it is doing. A build that somebody else has started, as a
-// script by a command, is followed like its own from the first tool on.
+// Executes commands of the server and follows them to their end without blocking the message loop:
+// the server's worker thread runs while the user continues to work. Commands that the server posts
+// in return are executed after the current one. A build started elsewhere, for example by a
+// script's command, is followed like one of its own from its first tool on.
 //
-// Watches the frame while it lives; borrows both. On the frame's thread.
+// Observes the frame during its lifetime; borrows all arguments. Main thread only.
 class CommandRunner : public QObject {
  public:
   CommandRunner(MainFrame& mainFrame, BuildSession& buildSession, FileSystem& fileSystem);
   ~CommandRunner() override;
 
-  // Opens a project and reads its state. On failure the text is what the server said.
+  // Opens a project and reads its stored state. On error the text is the server's message.
   Status Open(const std::string& path);
-  // Closes the project, puts these texts into its files, and opens it again. What was not saved is
-  // gone, unless it stands in the texts. When one can't be written, all files are as they were. Not
-  // while a build runs.
+  // Closes the project, writes these texts to its files, and reopens it. Unsaved changes are lost
+  // unless they are part of the texts. If one file can't be written, all files are left unchanged.
+  // Must not be called during a build.
   Status ReopenWith(const std::vector<FileText>& texts);
-  // Makes changes to the open project in memory, see ApplyChanges. The server reads the project
-  // again for it; the current node stays if it is still there. Not while a build runs.
+  // Applies changes to the open project in memory, see ApplyChanges. The server reloads the project
+  // for that; the current node is preserved if it still exists. Must not be called during a build.
   Status Apply(const FileChanges& changes);
-  // Opens a project with changes that were never saved, see InspectorDriver::StageFileTexts; one
-  // that is open already is closed first, which saves it.
+  // Opens a project with unsaved changes, see InspectorDriver::StageFileTexts. If it is already
+  // open, it is closed first, which saves it.
   Status OpenWithChanges(const std::string& path, const std::string& texts,
                          const std::string& bases);
-  // Writes the project's files, for which the server opens it anew: its log is empty then. The
-  // current node stays. Not while a build runs.
+  // Saves the project. The server reopens it for that, which clears its log; the current node is
+  // preserved. Must not be called during a build.
   void SaveProject();
-  // Empty when none is open but the one that stands in for none.
+  // Returns an empty string if only the placeholder project is open.
   std::string GetProjectPath() const {
     return session.HasProject() ? session.GetProjectPath() : "";
   }
-  // Whether a command may start compilers.
+  // Returns true if a command may start compilers.
   static bool Builds(std::uint32_t command);
   bool IsEnabled(std::uint32_t command);
-  // Nothing when it is not enabled, or the server refuses it.
+  // Executes a command; no-op if it is disabled or the server refuses it.
   void Run(std::uint32_t command);
-  // The last build again that the user has asked for, on the node that it was meant for: it was
-  // refused something that is allowed now. Nothing if a script has built since.
+  // Repeats the last build requested by the user, on the same node, because something that was
+  // refused to it is permitted now. No-op if a script has built since.
   void Repeat();
-  // Builds, and runs the loop until that has ended: for a script, which waits while the user goes
-  // on. Refused when something is building already.
+  // Builds, and runs the message loop until the build has ended. For a script, which waits while
+  // the user continues to work. Refused if a build is running already.
   BuildOutcome RunAndWait(const BuildRequest& request);
-  // Likewise for a build that the script has started by a command to the server. Refused when none
-  // runs.
+  // Like RunAndWait(), for a build that the script has started by a command to the server. Refused
+  // if none is running.
   BuildEnd AwaitBuild();
-  // Ends a running build with its tools; onEnded comes as soon as they are gone. One that hasn't
-  // started yet has ended when this returns.
+  // Stops a running build and its tools; onEnded is called as soon as they have exited. A build
+  // that hasn't started yet has ended when this returns.
   void Stop();
-  // The server may have been told to stop the build, by the answer to a question of its own: then
-  // its tools end, too.
+  // Stops the tools if the server has been told to stop the build by the user's answer to one of
+  // its questions.
   void FollowStop();
-  // From the moment that one was asked for until its results are kept.
+  // True from the request of a build until its results have been stored.
   bool IsBuilding() const { return building != 0 || waiting != 0; }
-  // It begins as soon as the options of the whole project are known.
+  // True while a requested build waits for the options of the whole project to be published.
   bool IsWaiting() const { return waiting != 0; }
-  // The process whose build of the project it waits for; empty if there is none.
+  // Returns the process whose build of the project is waited for; an empty string if there is none.
   QString GetLockHolder() const { return QString::fromStdString(session.GetLockHolder()); }
   bool IsStopping() const { return IsBuilding() && isStopAsked; }
-  // Whether the build that runs, or the last one, only takes away what was built.
+  // Returns true if the running or the last build is a clean.
   bool IsCleaning() const { return isCleaning; }
-  // Of the build that runs, or the last one; null ahead of the first. The next one makes it anew.
+  // Progress of the running or the last build; nullptr before the first one. Re-created for each
+  // build.
   const BuildProgress* GetProgress() const { return progress ? &*progress : nullptr; }
 
-  // A build is asked for, has begun, has ended, which it does also when it never began. Any of them
-  // may be empty.
+  // A build was requested; it has started; it has ended, which is also called if it never started.
+  // Each may be empty.
   std::function<void()> onAsked;
   std::function<void()> onStarted;
   std::function<void(BuildEnd end)> onEnded;
-  // Returns whether a command may build or change the project now; asks the user if need be.
+  // Returns true if a command may build or change the project now; asks the user if necessary.
   std::function<bool()> mayChange;
-  // The user wants to see the options of what has been made the current node.
+  // Called when the user wants to see the options of the new current node.
   std::function<void()> onShowOptions;
-  // Whether the user is in the middle of something that the news of the options' being known would
-  // end, as the name of a node. They wait for that, unless a build waits for them.
+  // Returns true if the user is in the middle of an input, such as a node's name, that the
+  // notification about loaded options would abort. The notification is deferred until then, unless
+  // a build is waiting for it.
   std::function<bool()> isOccupied;
-  // All options of the project are known.
+  // Called when all options of the project are published.
   std::function<void()> onOptionsLoaded;
-  // The project is about to go; another one is open, or none but the one that stands in for it.
+  // Called before the project is closed, and after a different project or the placeholder project
+  // was opened.
   std::function<void()> onProjectClosing;
   std::function<void()> onProjectChanged;
 
@@ -122,23 +125,23 @@ class CommandRunner : public QObject {
   BuildSession& session;
   FileSystem& files;
   std::optional<BuildProgress> progress;
-  std::function<void(BuildEnd end)> waiter;  // a script's call
-  // Commands; 0 for none.
-  std::uint32_t waiting = 0;  // for the project to be made known
+  std::function<void(BuildEnd end)> waiter;  // callback of a waiting script call
+  // Command ids; 0 for none.
+  std::uint32_t waiting = 0;  // until the project is published
   std::uint32_t building = 0;
   std::uint32_t repeatable = 0;
   bool isFinishing = false;
-  bool isUnkept = false;  // what the tools of the build reported
+  bool isUnkept = false;  // tools' messages are not stored yet
   bool isCleaning = false;
   bool isStopAsked = false;
   bool isOpening = false;
   bool isApplying = false;
-  bool isReadAgain = false;  // by what is being applied
+  bool isReadAgain = false;  // by the change being applied
   std::string currentPath;   // file of the current node; empty if it has none
-  // The project knows what the session keeps of it, or is being told.
+  // Build records have been restored into the project, or are being restored.
   bool isRestored = false;
   bool isRestoring = false;
-  QTimer newsTimer;  // runs while such news wait
+  QTimer newsTimer;  // runs while notifications are deferred
 };
 
 }  // namespace tarn::host

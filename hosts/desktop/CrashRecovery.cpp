@@ -79,7 +79,7 @@ void CrashRecovery::Ask(const JournalReading& reading) {
   dialog->show();
 }
 
-// After the dialog is gone.
+// Deferred until the dialog is closed.
 void CrashRecovery::GoOn() {
   QTimer::singleShot(0, this, [this] { Offer(); });
 }
@@ -97,7 +97,8 @@ void CrashRecovery::Restore(const JournalReading& reading) {
     problems_.clear();
     copies_.clear();
     isComplete_ = true;
-    // All of it is in this window's journal, or in a file, before it goes from the other one.
+    // The other journal is cleared only if its whole content is in this window's journal or in a
+    // file.
     const bool isKept = RestoreContent(reading) && keeper_.Flush();
     if (isKept && reading.lost.empty()) static_cast<void>(left_.front()->Clear());
     if (!isKept) {
@@ -120,7 +121,7 @@ bool CrashRecovery::RestoreContent(const JournalReading& reading) {
   return isOpen && isComplete_;
 }
 
-// False if the project is not open after it.
+// Returns false if the project could not be opened.
 bool CrashRecovery::RestoreProject(const JournalContent& content) {
   const auto split = [](const std::shared_ptr<const std::string>& texts) {
     const auto list = texts ? SplitFileTexts(*texts) : std::nullopt;
@@ -143,8 +144,8 @@ bool CrashRecovery::RestoreProject(const JournalContent& content) {
   return true;
 }
 
-// Returns the texts without those of files that have another unsaved text already, which are
-// written to rescue copies.
+// Returns the texts, except for those of files that already have a different unsaved text; these
+// are written to rescue copies.
 std::vector<UnsavedText> CrashRecovery::KeepRivals(const std::vector<UnsavedText>& texts) {
   std::vector<UnsavedText> rest;
   for (const UnsavedText& each : texts) {
@@ -159,7 +160,8 @@ std::vector<UnsavedText> CrashRecovery::KeepRivals(const std::vector<UnsavedText
   return rest;
 }
 
-// For a project that is gone with its folder. The journal stays in any case.
+// Offers rescue copies for a project whose folder no longer exists. The journal is not cleared in
+// any case.
 void CrashRecovery::OfferCopies(const JournalReading& reading) {
   const JournalContent& content = reading.content;
   QMessageBox box(QMessageBox::Warning, tr("Tarn"),
@@ -186,7 +188,7 @@ void CrashRecovery::OfferCopies(const JournalReading& reading) {
   Tell();
 }
 
-// A name with ".unsaved" after it, which replaces no other file.
+// Writes a copy whose name has the suffix ".unsaved", without overwriting any file.
 void CrashRecovery::Rescue(const std::string& folder, const std::string& path,
                            const std::string& bytes) {
   std::string copy = JoinPath(folder, FileNameOf(path));

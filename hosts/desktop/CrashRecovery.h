@@ -17,12 +17,13 @@ class EditorTabs;
 class JournalKeeper;
 class ProjectActions;
 
-// Offers what windows that crashed have left in their journals: one journal after the other, the
-// user restores it, discards it, or leaves it for the next start. A journal is cleared only if the
-// user discards it, or after its content is in the journal of this window, except for what doesn't
-// fit to what was restored before: that is written to files in the folder for rescued texts.
+// Offers the content of journals left by crashed windows. For one journal after the other, the user
+// can restore it, discard it, or postpone it to the next start. A journal is cleared only after the
+// user has discarded it, or after its content has been written to this window's journal. Content
+// that conflicts with what was restored earlier is written to files in the folder for rescued
+// texts.
 //
-// Borrows all but the journals; `window` is where it asks. On the main thread.
+// Borrows everything except the journals; `window` is the parent of dialogs. Main thread only.
 class CrashRecovery : public QObject {
   Q_DECLARE_TR_FUNCTIONS(CrashRecovery)
 
@@ -31,15 +32,15 @@ class CrashRecovery : public QObject {
                 EditorTabs& editorTabs, JournalKeeper& journalKeeper, std::string rescueFolder,
                 std::vector<std::unique_ptr<Journal>> journals);
 
-  // Shows the dialog for the next journal, if there is one. Returns at once.
+  // Shows the dialog for the next journal, if there is one. Returns immediately.
   void Offer();
 
  private:
-  // Leaves out what has been saved in the end.
+  // Removes texts that were saved later after all.
   void DropSaved(JournalReading& reading) const;
   void Ask(const JournalReading& reading);
   void Restore(const JournalReading& reading);
-  // Returns whether all of it is in the window now, or in a rescue copy.
+  // Returns true if everything is in this window now, or in a rescue copy.
   bool RestoreContent(const JournalReading& reading);
   bool RestoreProject(const JournalContent& content);
   std::vector<UnsavedText> KeepRivals(const std::vector<UnsavedText>& texts);
@@ -55,11 +56,11 @@ class CrashRecovery : public QObject {
   EditorTabs& editors_;
   JournalKeeper& keeper_;
   const std::string rescueFolder_;
-  std::vector<std::unique_ptr<Journal>> left_;  // the first is the one that is offered
-  // What there is to say of a journal after it was restored.
+  std::vector<std::unique_ptr<Journal>> left_;  // the first one is being offered
+  // Messages to the user after a journal was restored.
   QStringList problems_;
   QStringList copies_;      // paths of rescue copies
-  bool isComplete_ = true;  // all rescue copies could be written
+  bool isComplete_ = true;  // all rescue copies were written
 };
 
 }  // namespace tarn::host

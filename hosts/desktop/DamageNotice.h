@@ -10,25 +10,26 @@ namespace tarn::host {
 
 class Banner;
 
-// Shows what was lost of a project when it was read, and asks the user before such a project is
-// built or its files are written. Until the user agrees, both are refused.
+// Shows damage of the open project, and asks the user for consent before such a project is built or
+// saved. Without consent, both are refused.
 //
-// Borrows everything; `window` is where it asks. On the frame's thread.
+// Borrows everything; `window` is the parent of dialogs. Main thread only.
 class DamageNotice {
   Q_DECLARE_TR_FUNCTIONS(DamageNotice)
 
  public:
   DamageNotice(QWidget& parentWindow, BuildSession& buildSession, Banner& damageBanner);
 
-  // Shows or hides the banner for the project that is open now.
+  // Shows or hides the banner according to the open project.
   void Follow();
-  // Returns true if the project may be built and written. Asks if it has damage.
+  // Returns true if the project may be built and saved. Asks the user if it is damaged.
   bool MayGoOn();
-  // For a project that is about to close with changes: also offers to drop them. False for Cancel.
+  // Call this before a project with changes is closed: also offers to discard them. Returns false
+  // if the user cancels.
   bool MayClose();
 
  private:
-  // The first position, and how many there are.
+  // Returns a text with the first position and the number of positions.
   static QString Describe(const std::vector<DamageEntry>& damage);
   void Accept();
 

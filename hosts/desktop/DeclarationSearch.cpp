@@ -14,7 +14,8 @@ namespace {
 
 constexpr int kMessageMs = 8000;
 
-// The row of that name that has a place; of several, the one in the file. Null for none.
+// Returns the row of this symbol with a known declaration, preferring one in `file`; nullptr if
+// there is none.
 const CXmlNode* FindGlobal(const CXmlNode& globals, const std::string& name,
                            const std::string& file) {
   const CXmlNode* found = nullptr;

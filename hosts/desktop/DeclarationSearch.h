@@ -10,8 +10,8 @@ namespace tarn::host {
 
 class EditorTabs;
 
-// Leads from a name in an editor to where it is declared, as far as the last build has told.
-// Borrows both.
+// Jumps from a name in an editor to its declaration, as far as known from the last build. Borrows
+// both arguments.
 class DeclarationSearch {
   Q_DECLARE_TR_FUNCTIONS(DeclarationSearch)
 
@@ -19,12 +19,13 @@ class DeclarationSearch {
   DeclarationSearch(EditorTabs& editorTabs, QStatusBar& statusBar)
       : editors(editorTabs), bar(statusBar) {}
 
-  // The globals that are known, as the server lists them (see InspectorDriver::GetGlobals).
+  // Returns the known global symbols, as listed by the server (see InspectorDriver::GetGlobals).
   std::function<std::string()> askGlobals;
-  // Shows a place.
+  // Opens a file at a line.
   std::function<void(const std::string& file, int line)> open;
 
-  // From the name at the cursor of the editor in view. The bar says when it is not known.
+  // Looks up the name at the cursor of the current editor. Shows a message in the status bar if it
+  // is unknown.
   void Go();
 
  private:

@@ -4,8 +4,8 @@
 
 namespace tarn::host {
 
-// What the window keeps of this user between two runs: a file of its own in the user's settings
-// folder. A file that can't be read counts as empty, as far as it can't.
+// Per-user settings of the desktop program, in a separate file of the user's settings folder.
+// Content that can't be read is treated as missing.
 class DesktopSettings : public QSettings {
  public:
   DesktopSettings();

@@ -21,7 +21,7 @@ QString Translate(const char* text) {
 struct TextCommand {
   const char* text;
   QKeySequence::StandardKey key;
-  const char* method;  // by which all text widgets have it
+  const char* method;  // name of the slot in all text widgets
 };
 
 constexpr TextCommand kTextCommands[] = {
@@ -39,8 +39,8 @@ bool Understands(const QWidget* widget, const char* method) {
   return widget != nullptr && widget->metaObject()->indexOfMethod(signature) >= 0;
 }
 
-// What a window around the widget with the keyboard has these keys for, as the options have their
-// own undo; null for nothing.
+// Returns an action with the same shortcut in a parent of the focused widget, such as the options
+// window's own undo; nullptr if there is none.
 QAction* OwnAction(const QWidget* focused, const QAction& menuAction) {
   for (const QWidget* widget = focused; widget != nullptr; widget = widget->parentWidget()) {
     for (QAction* const action : widget->actions()) {
@@ -55,7 +55,8 @@ QAction* OwnAction(const QWidget* focused, const QAction& menuAction) {
 void AddTextCommand(QMenu& menu, const TextCommand& command, QWidget& window, EditorTabs& editors) {
   QAction* const action = menu.addAction(Translate(command.text));
   action->setShortcut(command.key);
-  // Other windows have these keys for other things, a tree for its nodes.
+  // Limited to the editors: other windows use these keys differently, for example the tree for its
+  // nodes.
   action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   editors.addAction(action);
   const auto target = [&window, &editors, method = command.method]() -> QWidget* {

@@ -9,8 +9,8 @@ class DeclarationSearch;
 class EditorTabs;
 class FindBar;
 
-// The menu of what is done to texts: undo to select all concern the text that has the keyboard, the
-// rest the editor in view. `window` owns the menu; the others are borrowed.
+// Creates the Edit menu: undo to select all act on the text widget with the keyboard focus, all
+// others on the current editor. `window` owns the menu; the others are borrowed.
 QMenu* MakeEditMenu(QWidget& window, EditorTabs& editors, FindBar& findBar,
                     DeclarationSearch& declarations);
 

@@ -12,30 +12,30 @@ class EditorTabs;
 class FindBar;
 class WelcomePage;
 
-// The middle of the window: the editors with a bar that finds below them, and while no file is open
-// the page of ways to one.
+// The central part of the window: the editors with a find bar below them, or the welcome page while
+// no file is open.
 class EditorArea : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(EditorArea)
 
  public:
-  // Takes both as its own.
+  // Takes ownership of both widgets.
   EditorArea(EditorTabs& editorTabs, WelcomePage& welcomePage, QWidget* parent);
 
   FindBar& Finder() { return *findBar; }
 
-  // Above everything else, for what concerns the whole project.
+  // Banner above the editors, for messages about the whole project.
   Banner& ProjectBanner() { return *projectBanner; }
-  // For what was lost of the project when it was read.
+  // Banner for damage of the project.
   Banner& DamageBanner() { return *damageBanner; }
-  // For what a build was refused since the project is not trusted.
+  // Banner for operations that were refused because the project is not trusted.
   Banner& TrustBanner() { return *trustBanner; }
-  // For a journal that can't be written.
+  // Banner for a journal that can't be written.
   Banner& JournalBanner() { return *journalBanner; }
-  // For what a save made of other programs' changes.
+  // Banner for the result of a save that merged other programs' changes.
   Banner& SaveBanner() { return *saveBanner; }
 
  private:
-  // The banner over an editor that is in conflict with its file.
+  // Shows the banner for an editor that is in conflict with its file.
   void ShowConflict();
   void ShowRefused(const QStringList& names);
 

@@ -27,20 +27,21 @@ void Remove(std::vector<std::string>& macros, const std::string& name) {
 }
 
 void Define(std::vector<std::string>& macros, const std::string& macro) {
-  // With parameters or blanks it is none that a condition could be told by.
+  // Macros with parameters or spaces can't decide a condition here.
   if (macro.empty() || macro.find_first_of("( \t\r\n\"") != std::string::npos) return;
   Remove(macros, NameOf(macro));
   macros.push_back(macro);
 }
 
-// Compilers define them for other languages, and no option does.
+// Predefined for other languages, never by an option.
 constexpr std::string_view kOfLanguages[] = {"__cplusplus", "__ASSEMBLER__", "__OBJC__"};
 
 bool IsWordSign(char sign) {
   return sign == '_' || std::isalnum(static_cast<unsigned char>(sign)) != 0;
 }
 
-// The next word of the line from `place` on, which moves behind it; empty at the end.
+// Returns the next word of the line from `place` on, and advances `place` past it; empty at the
+// end.
 std::string_view NextWord(std::string_view line, std::size_t& place) {
   while (place < line.size() && !IsWordSign(line[place])) ++place;
   const std::size_t start = place;
@@ -120,14 +121,15 @@ void EditorMacros::Judge(CodeEditor& editor) {
   areComplete = isKnown;
 }
 
-// Of the source at `path`, or of the first source; empty if none is known yet.
+// Returns the commands for the source at `path`, or for the first source; an empty string if none
+// is known yet.
 std::string EditorMacros::CommandsFor(const std::string& path) {
   const std::string application = session.Manager().GetSelectedApplication();
   const std::string lines = session.Inspector().GetBuildInputs();
   std::vector<std::string> outputs;
   for (const ApplicationInputs& each : ParseBuildInputs(lines)) {
     if (each.application != application || each.outputs.empty()) continue;
-    // The last one is what is linked.
+    // The last output is the linked program.
     outputs.assign(each.outputs.begin(), each.outputs.end() - 1);
   }
   const std::string stem = SplitPath(path).title;

@@ -11,28 +11,30 @@ namespace tarn::host {
 
 class CodeEditor;
 
-// The macros that a compiler is given for a source, each as "NAME" or "NAME=VALUE" with blanks
-// between: those that it defines by itself and that arguments define, without those that a later
-// argument takes away. `commands` is the tool manager's reply.
+// Returns the macros that a compiler has when it compiles a source, as "NAME" or "NAME=VALUE"
+// separated by spaces: predefined ones and those defined by arguments, except for those undefined
+// by a later argument. `commands` is the tool manager's reply.
 std::string ReadGivenMacros(const std::string& commands);
 
-// Whether all names beginning with two underscores that the conditions of the text ask for are
-// among the macros or defined in the text. Others may be the compiler's own.
+// Returns true if all names beginning with two underscores in the conditions of the text are among
+// the macros or defined in the text. Unknown ones may be predefined by the compiler.
 bool KnowsConditions(std::string_view text, std::string_view macros);
 
-// Greys in the editor in view the code that the active configuration leaves out, as far as the
-// macros tell that the compiler is given and that the text itself defines. A header has those of
-// the application's first source. A text whose conditions need more than that stays as it is.
+// Greys out code excluded by the active configuration in the current editor, based on the
+// compiler's macros and those defined in the text itself. A header uses the macros of the
+// application's first source. If the macros are not sufficient to decide the conditions, nothing is
+// greyed out.
 //
-// Borrows session and editors. On the main thread.
+// Borrows session and editors. Main thread only.
 class EditorMacros {
  public:
   EditorMacros(BuildSession& buildSession, EditorTabs& editorTabs);
 
-  // Asks the server again if another text came into view, or an option changed, and judges the
-  // conditions again if a text has changed. Not during a build.
+  // Queries the server again if a different text is in view or an option has changed, and evaluates
+  // the conditions again if a text has changed. Must not be called during a build.
   void Follow();
-  // All options are known: what the server could not tell before is asked for at the next Follow.
+  // Call this when all options are published: replies that were incomplete are requested again by
+  // the next Follow.
   void OnOptionsLoaded() { askedFor.clear(); }
 
  private:
@@ -41,10 +43,10 @@ class EditorMacros {
 
   BuildSession& session;
   EditorTabs& editors;
-  std::string askedFor;  // text, application and state of the project that were asked for last
-  std::optional<std::string> macros;  // of that; nothing if the server doesn't know them yet
-  std::optional<bool> areComplete;    // as the editor was told; nothing if it wasn't
-  int judgedChanges = 0;              // how often texts had changed then
+  std::string askedFor;               // text, application and project state of the last query
+  std::optional<std::string> macros;  // its result; nullopt if not known yet
+  std::optional<bool> areComplete;    // as set in the editor; nullopt if not set
+  int judgedChanges = 0;              // text change count at that time
 };
 
 }  // namespace tarn::host

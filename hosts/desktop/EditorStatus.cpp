@@ -19,7 +19,7 @@ EditorStatus::EditorStatus(EditorTabs& editorTabs, QWidget* parent)
   row->setContentsMargins(6, 0, 6, 0);
   row->setSpacing(18);
   for (QLabel* const each : {place, indentation, lineEnds, encoding}) row->addWidget(each);
-  // Wide enough for most places, so that it doesn't jump while the user types.
+  // Wide enough for most positions, so that the layout is stable while the user types.
   place->setMinimumWidth(
       fontMetrics().horizontalAdvance(tr("Line %1, column %2").arg(999).arg(99)));
   place->setAlignment(Qt::AlignRight | Qt::AlignVCenter);

@@ -9,7 +9,7 @@ namespace tarn::host {
 
 class EditorTabs;
 
-// The status bar's part about the editor in view: place, indentation, line ends, encoding. Borrows
+// Status bar fields for the current editor: position, indentation, line endings, encoding. Borrows
 // the tabs.
 class EditorStatus : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(EditorStatus)

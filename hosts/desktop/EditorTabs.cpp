@@ -64,7 +64,7 @@ bool EditorTabs::OpenFile(const std::string& path, int line) {
   return true;
 }
 
-// Takes the editor, which has its text.
+// Takes ownership of the editor, whose text is loaded.
 void EditorTabs::Add(CodeEditor& editor) {
   const int index = addTab(&editor, {});
   setTabToolTip(index, ToQt(editor.GetPath()));
@@ -128,7 +128,7 @@ bool EditorTabs::MayCloseAll() {
   for (int index = 0; index < count(); ++index) {
     if (!MayClose(*At(index))) return false;
   }
-  // What was asked for came into view; what is kept for the next time is what the user looked at.
+  // Return to the tab that the user was in, because that is what is stored for the next start.
   if (inView != nullptr) setCurrentWidget(inView);
   return true;
 }
@@ -142,8 +142,7 @@ void EditorTabs::CloseAll(bool keepModified) {
   }
 }
 
-// Each entry is line, column and path with colons between, and a star in front of the one that is
-// in view.
+// Each entry has the form line:column:path, with a leading star for the current tab.
 QStringList EditorTabs::Describe() const {
   QStringList description;
   for (int index = 0; index < count(); ++index) {
@@ -221,8 +220,8 @@ bool EditorTabs::Load(CodeEditor& editor) {
   return static_cast<bool>(loaded);
 }
 
-// Those that can't be saved hold up no other; the first of them that is in conflict comes into
-// view.
+// A file that can't be saved doesn't prevent saving the others; the first one in conflict is
+// brought to the front.
 bool EditorTabs::Save(const std::vector<CodeEditor*>& wanted) {
   std::vector<CodeEditor*> refused;
   QStringList failures;
@@ -271,7 +270,7 @@ bool EditorTabs::CloseTab(int index) {
   return true;
 }
 
-// Files of one name are told apart by their folders.
+// Adds the folder to tabs with equal file names.
 void EditorTabs::ShowNames() {
   QHash<QString, int> counts;
   for (int index = 0; index < count(); ++index) ++counts[ToQt(FileNameOf(At(index)->GetPath()))];

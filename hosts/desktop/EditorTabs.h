@@ -16,59 +16,59 @@ namespace tarn::host {
 
 class CodeEditor;
 
-// The open files, one in each tab. A star marks what is not saved. A file that changes on the disk
-// is read again, unless the user has changed it as well: it is not saved then until he has decided
-// which of both he wants (see CodeEditor::IsInConflict).
+// The open files, one per tab. A star marks unsaved ones. A file that changes on disk is reloaded,
+// unless the user has changed it as well: then it is not saved until the user has chosen a version
+// (see CodeEditor::IsInConflict). If a function returns false because of a file error, the user has
+// already been informed.
 class EditorTabs : public QTabWidget {
   Q_DECLARE_TR_FUNCTIONS(EditorTabs)
 
  public:
   EditorTabs(FileSystem& fileSystem, QWidget* parent);
 
-  // Shows the file, at a line from 1 on; 0 leaves the place. False when it can't be read, which the
-  // user has been told.
+  // Shows the file at a line, counted from 1; 0 keeps the cursor position. Returns false if it
+  // can't be read.
   bool OpenFile(const std::string& path, int line);
-  // Saves every text that can be. False if there is one that can't, which the user has been told.
+  // Saves all texts that can be saved. Returns false if one of them can't.
   bool SaveAll();
   bool SaveCurrent();
-  // Takes the text in view from the disk; what stood there is gone. False when it can't be read,
-  // which the user has been told.
+  // Reloads the current text from disk and discards the changes. Returns false if it can't be read.
   bool ReloadCurrent();
   bool CloseCurrent();
-  // The same before a build, whose tools read the files. Also true if the user wants to build what
-  // is on the disk instead of a text that can't be saved.
+  // Like SaveAll(), but for the start of a build, whose tools read the files. Also returns true if
+  // the user agrees to build with the version on disk of a text that can't be saved.
   bool SaveForBuild();
   // Returns nullptr if the file is not open.
   CodeEditor* Find(const std::string& path) const;
-  // Asks for each text that is not saved. False when the user would rather stay.
+  // Asks the user about each unsaved text. Returns false if the user cancels.
   bool MayCloseAll();
-  // Another number after each change of a text.
+  // A counter that changes with each change of a text.
   int GetChangeCount() const { return changeCount; }
-  // Closes without a question; texts that are not saved stay open if so wanted.
+  // Closes all tabs without asking; with `keepModified`, unsaved texts remain open.
   void CloseAll(bool keepModified);
-  // The open files and the places in them, for Restore. Files that are gone are left out there,
-  // except for those that have a text among the unsaved ones: these come back as changes.
+  // Returns the open files and cursor positions, for Restore. Restore skips files that no longer
+  // exist, except for those in `unsaved`, which are restored as changes.
   QStringList Describe() const;
   void Restore(const QStringList& description, const std::vector<UnsavedText>& unsaved = {});
-  // Looks for files that changed on the disk; for the time when the window comes to the front.
+  // Checks for files that have changed on disk; call this when the window is activated.
   void FollowDisk();
   CodeEditor* Current() const;
-  // The one in a tab, from 0.
+  // Editor in a tab, counted from 0.
   CodeEditor* At(int index) const;
-  // An editor may have come into conflict, or out of it.
+  // Called when an editor may have entered or left a conflict.
   std::function<void()> onConflict;
-  // These files were to be saved, but are in conflict.
+  // Called when files could not be saved because they are in conflict.
   std::function<void(const QStringList& names)> onRefused;
-  // An editor has been made, with its text in it.
+  // Called after an editor was created and its text loaded.
   std::function<void(CodeEditor& editor)> onOpened;
-  // The user has asked for the declaration of what is at the cursor.
+  // Called when the user requests the declaration of the name at the cursor.
   std::function<void()> onFollowName;
   EditorZoom& Zoom() { return zoom; }
 
  protected:
   void tabInserted(int index) override;
   void tabRemoved(int index) override;
-  // The middle button closes a tab.
+  // Closes a tab on a middle click.
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

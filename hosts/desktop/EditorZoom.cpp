@@ -35,7 +35,7 @@ void EditorZoom::Add(CodeEditor& editor) {
 void EditorZoom::Set(int morePoints) {
   const int before = std::exchange(points, std::clamp(morePoints, kLeast, kMost));
   for (int index = 0; index < editors.count(); ++index) {
-    // Each tells of its change.
+    // Each editor sends a notification of the change.
     if (ZoomOf(*editors.At(index)) != points) editors.At(index)->zoomTo(points);
   }
   if (points != before) DesktopSettings().setValue(kKey, points);
@@ -50,7 +50,7 @@ QList<QAction*> EditorZoom::MakeActions() {
     return action;
   };
   return {
-      // Where the plus needs the shift key, the key without it will do.
+      // On layouts where plus requires Shift, the key without Shift works too.
       make(tr("Zoom &in"), {Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal},
            [this] { return points + 1; }),
       make(tr("Zoom &out"), {Qt::CTRL | Qt::Key_Minus}, [this] { return points - 1; }),

@@ -11,19 +11,19 @@ namespace tarn::host {
 class CodeEditor;
 class EditorTabs;
 
-// How much larger or smaller than usual the texts of all editors are; kept from one run to the
-// next. The editors know the usual keys and the wheel with Ctrl by themselves. Borrows the tabs.
+// Zoom factor of all editors, persisted in the settings. The editors handle the usual shortcuts and
+// Ctrl+wheel by themselves. Borrows the tabs.
 class EditorZoom : public QObject {
   Q_DECLARE_TR_FUNCTIONS(EditorZoom)
 
  public:
   explicit EditorZoom(EditorTabs& editorTabs);
 
-  // One that has been made.
+  // Applies the zoom to a new editor.
   void Add(CodeEditor& editor);
-  // In points; what would be too much or too little is the most or the least.
+  // Sets the zoom in points, clamped to the supported range.
   void Set(int morePoints);
-  // Larger, smaller and the usual size; the tabs own them.
+  // Returns actions for zoom in, zoom out and reset; owned by the tabs.
   QList<QAction*> MakeActions();
 
  private:

@@ -9,7 +9,7 @@ namespace tarn::host {
 
 namespace {
 
-// What the first paragraph says ahead of a colon or the sentence's end.
+// Returns the start of the first paragraph up to a colon or the end of the sentence.
 std::string SummaryOf(FileSystem& files, const std::string& folder) {
   const auto text = files.ReadWholeFile(JoinPath(folder, "README.md"));
   if (!text) return {};

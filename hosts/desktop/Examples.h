@@ -8,18 +8,18 @@
 
 namespace tarn::host {
 
-// A project that is installed for trying things out.
+// An installed example project.
 struct Example {
   std::string name;
   std::string projectFile;
   std::string summary;  // one line in English, from its README; may be empty
 };
 
-// Those below a folder, by name.
+// Returns the examples below a folder, sorted by name.
 std::vector<Example> FindExamples(FileSystem& files, const std::string& folder);
 
-// Copies the example's folder into another, under a name that is free there, and gives the path of
-// the copied project: what is installed can't be written to.
+// Copies the example's folder into another one under a free name, and returns the path of the
+// copied project. Necessary because installed files are read-only.
 Result<std::string> CopyExample(FileSystem& files, const Example& example,
                                 const std::string& intoFolder);
 

@@ -29,7 +29,7 @@ void FileWatch::SetFiles(const QStringList& paths) {
   Renew();
 }
 
-// A file that another was put in place of is not watched any more.
+// Watches files again that were replaced, because the watcher loses them.
 void FileWatch::Renew() {
   const QStringList watched = watcher.files();
   for (const QString& path : wanted) {

@@ -7,12 +7,13 @@
 
 namespace tarn::host {
 
-// Tells that files on the disk may have changed, some time after the last change: most programs
-// write a file in several steps, or put another in its place.
+// Notifies of changed files, with a delay after the last change, because most programs write a file
+// in several steps or replace it.
 class FileWatch : public QObject {
  public:
   explicit FileWatch(QObject* parent);
 
+  // Replaces the list of watched files; they need not exist.
   void SetFiles(const QStringList& paths);
   std::function<void()> onChanged;
 

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kPauseMs = 200;
 constexpr int kCountWidth = 130;
-// More of them nobody looks at one by one.
+// More hits than a user would step through.
 constexpr qsizetype kMostShown = 10000;
 
 QToolButton* IconButton(Qt::ArrowType arrow, const QString& tip, QWidget* parent) {
@@ -117,7 +117,7 @@ void FindBar::Close() {
   }
 }
 
-// The editor in view may be another one now.
+// Switches to the editor that is current now.
 void FindBar::Follow() {
   disconnect(followed);
   disconnect(followedPlace);
@@ -198,7 +198,7 @@ void FindBar::Replace() {
     if (hit.start != selected.start || hit.length != selected.length) continue;
     const qsizetype before = editor->GetText().size();
     editor->ReplaceHits({hit});
-    // On from behind it: what was put in may hold the text again.
+    // Continue after the replacement, which may contain the search text.
     editor->Select({hit.start + hit.length + editor->GetText().size() - before, 0, {}});
     break;
   }

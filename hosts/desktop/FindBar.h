@@ -15,18 +15,17 @@ namespace tarn::host {
 class CodeEditor;
 class EditorTabs;
 
-// Finds and replaces in the editor that is in view. Hidden until it is asked for; Escape hides it.
-// Borrows the tabs.
+// Find and replace in the current editor. Hidden until needed; Escape hides it. Borrows the tabs.
 class FindBar : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(FindBar)
 
  public:
   FindBar(EditorTabs& editorTabs, QWidget* parent);
 
-  // With what is selected in the editor as the text to look for.
+  // Opens the bar and searches for the editor's selection.
   void Open(bool withReplacement);
   void Close();
-  // The one behind or in front of the selection, around the text's ends.
+  // Selects the next or previous hit relative to the selection, wrapping around.
   void Find(bool isForward);
 
  protected:
@@ -35,7 +34,7 @@ class FindBar : public QWidget {
  private:
   QToolButton* AddSwitch(const QString& text, const QString& tip);
   void Follow();
-  // For so many places at most.
+  // Searches for at most `most` hits.
   void Search(qsizetype most);
   void ShowCount();
   void Replace();
@@ -49,7 +48,7 @@ class FindBar : public QWidget {
   QToolButton* wholeWord = nullptr;
   QToolButton* expression = nullptr;
   QLabel* count = nullptr;
-  QTimer later;  // a change of the text is looked at when the user pauses
+  QTimer later;  // delays the search while the user is typing
   QMetaObject::Connection followed;
   QMetaObject::Connection followedPlace;
   SearchResult result;

@@ -13,7 +13,7 @@ namespace {
 struct TextRow {
   FindingKind kind;
   const char* heading;
-  const char* sentence;  // %1 the subject, %2 the detail
+  const char* sentence;  // %1: subject, %2: detail
 };
 
 constexpr TextRow kTexts[] = {

@@ -6,9 +6,10 @@
 
 namespace tarn::host {
 
-// Heading of a group of findings in the user's language.
+// Returns the heading of a group of findings in the user's language.
 QString FindingHeading(FindingKind kind);
-// The finding as a sentence in the user's language; paths below `folder` are shown relative to it.
+// Returns the finding as a sentence in the user's language; paths below `folder` are shown relative
+// to it.
 QString FindingSentence(const Finding& finding, const std::string& folder);
 
 }  // namespace tarn::host

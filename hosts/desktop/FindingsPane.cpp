@@ -13,7 +13,7 @@ namespace tarn::host {
 namespace {
 
 constexpr std::chrono::milliseconds kStep{20};
-constexpr int kNumberRole = Qt::UserRole;  // of the finding
+constexpr int kNumberRole = Qt::UserRole;  // index of the finding
 
 }  // namespace
 
@@ -59,7 +59,7 @@ void FindingsPane::Clear() {
 }
 
 void FindingsPane::Step() {
-  // The next step starts again if the build has changed anything.
+  // If the build has changed the project, the next step restarts the check.
   if ((isBusy && isBusy()) || !check->Continue(kStep)) return;
   steps.stop();
   findings = check->GetFindings();

@@ -16,23 +16,23 @@ class QTreeWidgetItem;
 
 namespace tarn::host {
 
-// The list of what a check of the project has found, in groups, with a line that sums it up. The
-// check runs in steps between other events. Borrows the session and the disk.
+// List of the findings of a project check, in groups, with a summary line. The check runs in steps
+// between other events. Borrows session and file system.
 class FindingsPane : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(FindingsPane)
 
  public:
   FindingsPane(BuildSession& buildSession, FileSystem& fileSystem, QWidget* parent);
 
-  // Checks the open project from the start. Does nothing while `isBusy`.
+  // Starts a check of the open project from scratch. No-op while `isBusy` returns true.
   void Start();
-  // Ends a check and empties the list, as its project is gone.
+  // Aborts a check and empties the list, because the project was closed.
   void Clear();
   bool IsChecking() const { return steps.isActive(); }
 
-  // Whether the project can't be looked at now, as during a build.
+  // Returns true if the project can't be checked now, as during a build.
   std::function<bool()> isBusy;
-  // The user has activated a finding.
+  // Called when the user activates a finding.
   std::function<void(const Finding&)> onChosen;
 
  private:

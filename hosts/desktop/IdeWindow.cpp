@@ -44,7 +44,7 @@ namespace tarn::host {
 
 namespace {
 
-// How late a button of the tool bar may show what can be done.
+// Maximum delay of the tool bar's enabled states.
 constexpr int kRefreshMs = 250;
 constexpr int kMessageMs = 8000;
 constexpr QSize kFirstSize{1280, 800};
@@ -58,22 +58,22 @@ std::vector<std::string> LocalFilesOf(const QMimeData& data) {
   return paths;
 }
 
-// The project to open for a file: itself, or for an application the one that lies beside it. Empty
-// when it is a text to edit.
+// Returns the project to open for a file: the file itself, or for an application the project next
+// to it. Returns an empty string if it is a text to edit.
 std::string ProjectOf(FileSystem& files, const std::string& path) {
   const std::string extension = SplitPath(path).extension;
   if (EqualNoCase(extension, ".tprj")) return RealName(files, path);
   return EqualNoCase(extension, ".tapp") ? FindProject(files, FolderOf(path)).path : std::string();
 }
 
-// The sign tells who sends it; a number out of a tool's message can be of any size.
+// The sign identifies the sender. A line number from a tool's message may have any size, so it is
+// clamped.
 int LineOf(std::intptr_t number) {
   constexpr std::intptr_t kMost = std::numeric_limits<int>::max();
   return static_cast<int>(std::abs(std::clamp(number, -kMost, kMost)));
 }
 
-// Most keyboards have Break on the key of Pause, together with Ctrl; the toolkit has no name for
-// it.
+// On most keyboards Break is Ctrl+Pause, for which the toolkit has no key code.
 bool IsBreak(const QKeyEvent& event) {
   constexpr quint32 kBreakSymbol = 0xff6b;
   return event.modifiers().testFlag(Qt::ControlModifier) &&
@@ -90,7 +90,7 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
       dialogs(frame.GetHandle(), this),
       editors(new EditorTabs(fileSystem, this)) {
   setDockNestingEnabled(true);
-  // The tree has the whole height, as projects are deep; what tools say needs width.
+  // The tree gets the full height because projects are deep; tool output needs width.
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
   setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
@@ -109,8 +109,9 @@ IdeWindow::IdeWindow(FileSystem& fileSystem)
   ShowTitle();
 }
 
-// The server's windows go before the docks that hold them, and the options before the server that
-// they ask: a window that goes takes the keyboard out of its fields.
+// Order of destruction: the server's windows before the docks that contain them, and the options
+// window before the server that it queries. A window that is destroyed takes the focus away from
+// its fields, which may trigger callbacks.
 IdeWindow::~IdeWindow() {
   recovery.reset();
   journal.reset();
@@ -126,7 +127,7 @@ IdeWindow::~IdeWindow() {
 void IdeWindow::MakeMenuCommands() {
   menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
   menuCommands.run = [this](std::uint32_t command) {
-    // The command itself takes the name that the options window holds for it.
+    // This command needs a name, which the options window asks for.
     if (command == kCmdAddConfiguration) return options->AddConfiguration();
     runner->Run(command);
   };
@@ -138,7 +139,7 @@ void IdeWindow::MakeMenuCommands() {
   menuCommands.pictureFolder = FolderOf(session->GetFolders().ConfigFile(files));
 }
 
-// The editors, and what stands in their place while there are none.
+// Creates the editors, and the welcome page shown while none is open.
 void IdeWindow::AddCentre() {
   const std::string shared = HostFolders::FromEnvironment(files).application;
   auto* const welcome = new WelcomePage(FindExamples(files, shared + "examples"),
@@ -171,8 +172,8 @@ void IdeWindow::AddStatusBar() {
   statusBar()->addPermanentWidget(new EditorStatus(*editors, this));
 }
 
-// What isn't saved outlives a crash of this window; what others have left is offered as soon as the
-// loop runs.
+// Protects unsaved changes against a crash; journals of crashed windows are offered as soon as the
+// message loop runs.
 void IdeWindow::AddJournal() {
   const std::string& folder = session->GetFolders().data;
   const std::string root = JoinPath(folder, "journal");
@@ -185,7 +186,7 @@ void IdeWindow::AddJournal() {
   QTimer::singleShot(0, recovery.get(), [this] { recovery->Offer(); });
 }
 
-// What leads from what is known of the sources to their lines.
+// Creates the objects that navigate from diagnostics and symbols to source lines.
 void IdeWindow::AddProblems() {
   const auto open = [this](const std::string& path, int line) { OpenFile(path, line); };
   problems = std::make_unique<ProblemNavigator>(files, *statusBar());
@@ -198,7 +199,7 @@ void IdeWindow::AddProblems() {
   editors->onFollowName = [this] { declarations->Go(); };
 }
 
-// The server's menus come behind these.
+// The server's menus are added after these.
 void IdeWindow::AddMenus() {
   QMenu* const file = menuBar()->addMenu(tr("&File"));
   project->AddOpening(*file);
@@ -206,7 +207,7 @@ void IdeWindow::AddMenus() {
   file->addAction(tr("&Save"), QKeySequence::Save, this, [this] { editors->SaveCurrent(); });
   file->addAction(tr("Save &all"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, this,
                   [this] { project->SaveAll(); });
-  // Not all desktops have keys of their own for these two.
+  // Explicit keys, because not all desktops define standard ones for these two.
   file->addAction(tr("&Close file"), this, [this] { editors->CloseCurrent(); })
       ->setShortcuts({Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_F4});
   file->addSeparator();
@@ -225,7 +226,7 @@ void IdeWindow::FollowBuilds() {
   runner->onProjectChanged = [this] { OnProjectChanged(); };
   runner->onOptionsLoaded = [this] { macros->OnOptionsLoaded(); };
   runner->onProjectClosing = [this] { notices->Forget(); };
-  // A script's build doesn't hold the window.
+  // A script's build must not block the window.
   session->Scripts().runBuild = [this](const BuildRequest& request) {
     return runner->RunAndWait(request);
   };
@@ -236,9 +237,9 @@ void IdeWindow::FollowBuilds() {
 void IdeWindow::AnswerMessages() {
   for (const HostMessage number : {kMsgOpenFileAtLine, kMsgOpenFile}) {
     frame.Answer(number, [this, number](const HostEvent& event) {
-      // The file of a node comes without a place in it.
+      // The message for a node's file contains no position.
       const int line = number == kMsgOpenFileAtLine ? LineOf(event.lParam) : 0;
-      // Later: the sender is one of the server's windows in the middle of a click.
+      // Deferred: the sender is one of the server's windows in the middle of a click.
       QTimer::singleShot(0, this, [this, path = event.text, line] {
         if (line > 0) problems->GoTo(path, line);
         OpenFile(path, line);
@@ -246,7 +247,7 @@ void IdeWindow::AnswerMessages() {
       return std::intptr_t{1};
     });
   }
-  // What the compilers are to see is what stands in the editors, whoever has the build started.
+  // The compilers must see the content of the editors, no matter how the build was started.
   frame.Answer(kMsgBuildStarting,
                [this](const HostEvent&) { return std::intptr_t{editors->SaveForBuild() ? 1 : 0}; });
 }
@@ -259,7 +260,7 @@ bool IdeWindow::Start() {
             .arg(ToQt(started.GetError().place + ": " + started.GetError().text)));
     return false;
   }
-  // Behind the server's menus.
+  // Placed after the server's menus.
   QMenu* const navigation = menuBar()->addMenu(tr("&Navigate"));
   problems->AddActions(*navigation);
   session->Manager().GetProjectWindow();
@@ -313,11 +314,11 @@ void IdeWindow::OnProjectChanged() {
 }
 
 void IdeWindow::OpenFile(const std::string& path, int line) {
-  // A message of a tool may name no file.
+  // A tool's message need not name a file.
   if (path.empty()) return;
   const std::string place =
       IsRelativePath(path) ? JoinPath(FolderOf(session->GetProjectPath()), path) : path;
-  // By any other spelling the file would be edited a second time.
+  // With a different spelling the file would be opened in a second editor.
   if (editors->OpenFile(files.NameOnDisk(place), line)) editors->Current()->setFocus();
 }
 
@@ -335,7 +336,8 @@ void IdeWindow::dragEnterEvent(QDragEnterEvent* event) {
   if (!LocalFilesOf(*event->mimeData()).empty()) event->acceptProposedAction();
 }
 
-// Later: the program that the files come from waits for an answer, and there may be questions.
+// Deferred: the program that the files are dragged from waits for a reply, and opening may ask
+// questions.
 void IdeWindow::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
   QTimer::singleShot(0, this, [this, paths = LocalFilesOf(*event->mimeData())] {
@@ -345,14 +347,14 @@ void IdeWindow::dropEvent(QDropEvent* event) {
 }
 
 void IdeWindow::closeEvent(QCloseEvent* event) {
-  // What was agreed to before the build was stopped isn't asked again.
+  // The user is not asked again about what was agreed before the build was stopped.
   const bool isAgreed =
       std::exchange(isClosing, false) && editors->GetChangeCount() == agreedChanges;
   if (!isAgreed && !editors->MayCloseAll()) {
     event->ignore();
     return;
   }
-  // What a script would do next has nobody to see it.
+  // The script's output would no longer be visible.
   if (session->Scripts().IsRunning()) session->Scripts().RequestStop();
   runner->Stop();
   if (!runner->IsBuilding()) {
@@ -403,7 +405,7 @@ void IdeWindow::AddOptionsDock() {
   };
 }
 
-// Hidden until the user asks for a check.
+// Hidden until the user starts a check.
 void IdeWindow::AddFindingsDock(QMenu& menu) {
   findings = new FindingsPane(*session, files, this);
   findings->isBusy = [this] { return runner->IsBuilding(); };
@@ -480,9 +482,9 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
 }
 
 void IdeWindow::OnBuildAsked() {
-  // A message would hide how the build goes.
+  // A message would cover the progress of the build.
   statusBar()->clearMessage();
-  // A value that the user is still writing is meant to be built, unless that has begun already.
+  // A value that is still being edited is included in the build, unless it has already started.
   if (runner->IsWaiting()) options->FinishEditing();
   area->ProjectBanner().SetReady(false, tr("The project is being built."));
   progress->Begin(ToQt(FolderOf(session->GetProjectPath())));

@@ -35,8 +35,8 @@ class EditorMacros;
 class FindingsPane;
 class StatusProgress;
 
-// The main window: a server with its windows in docks around the editors, its commands in menus and
-// a tool bar, and the state of a build below.
+// The main window: the server's windows in docks around the editors, its commands in menus and a
+// tool bar, and the state of a build in the status bar.
 class IdeWindow : public QMainWindow {
   Q_DECLARE_TR_FUNCTIONS(IdeWindow)
 
@@ -44,14 +44,15 @@ class IdeWindow : public QMainWindow {
   explicit IdeWindow(FileSystem& fileSystem);
   ~IdeWindow() override;
 
-  // Makes the server and takes its windows in. False when the installation is broken, which the
-  // user has been told.
+  // Creates the server and embeds its windows. Returns false, after informing the user, if the
+  // installation is broken.
   bool Start();
-  // What can't be opened is told to the user; another project takes the place of this one.
+  // Opens a project in place of the current one. On error the user is informed.
   void OpenProject(const std::string& path) { project->Open(path); }
-  // Projects and files for the editors, by absolute paths. The user is told of those that can't be
+  // Opens projects and text files by absolute paths. The user is informed of those that can't be
   // opened.
   void OpenPaths(const std::vector<std::string>& paths);
+  // Access for tests and the driver; owned by the window.
   MainFrame& Frame() { return frame; }
   CommandRunner& Commands() { return *runner; }
   BuildSession& Session() { return *session; }
@@ -59,12 +60,12 @@ class IdeWindow : public QMainWindow {
   OptionsWindow& Options() { return *options; }
 
  protected:
-  // Asks for what is not saved, and waits for a build that it stops first.
+  // Asks about unsaved changes, then stops a running build and waits for its end.
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
-  // Of the application: the key that stops a build is no shortcut.
+  // Application-wide filter: the key that stops a build can't be expressed as a shortcut.
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -82,7 +83,7 @@ class IdeWindow : public QMainWindow {
   std::vector<ConfigurationEntry> ListConfigurations();
   // `path` may be relative to the project's folder.
   void OpenFile(const std::string& path, int line);
-  // Opens the field for the name of the current node.
+  // Opens the edit field for the label of the current node.
   void RenameNode(QWidget& tree);
   void OnBuildAsked();
   void OnBuildEnded(BuildEnd end);
@@ -98,12 +99,12 @@ class IdeWindow : public QMainWindow {
   std::unique_ptr<DeclarationSearch> declarations;
   std::unique_ptr<CommandRunner> runner;
   std::unique_ptr<ProjectActions> project;
-  std::unique_ptr<JournalKeeper> journal;  // from Start on
+  std::unique_ptr<JournalKeeper> journal;  // null before Start
   std::unique_ptr<CrashRecovery> recovery;
   MenuCommands menuCommands;
   std::unique_ptr<ServerSurface> surface;
   FileSystem& files;
-  QtDialogs dialogs;  // what the server asks its user
+  QtDialogs dialogs;  // shows the server's questions
   WindowLayout layout{*this};
   PaneCycle panes{*this};
   EditorArea* area = nullptr;
@@ -113,8 +114,8 @@ class IdeWindow : public QMainWindow {
   FindingsPane* findings = nullptr;
   StatusProgress* progress = nullptr;
   QTimer refreshTimer;
-  bool isClosing = false;  // as soon as the build has ended
-  int agreedChanges = 0;   // of the editors when the user agreed to that
+  bool isClosing = false;  // when the build has ended
+  int agreedChanges = 0;   // editors' change count when the user agreed to close
 };
 
 }  // namespace tarn::host

@@ -10,7 +10,7 @@ namespace tarn::host {
 namespace {
 
 constexpr int kLines = 1000;
-// What is further in than this is put below something of the line before.
+// A wider indentation is an alignment with the previous line.
 constexpr qsizetype kWidest = 8;
 
 qsizetype CountAtStart(QStringView line, QChar c) {
@@ -25,12 +25,12 @@ Indentation GuessIndentation(QStringView text, Indentation fallback) {
   int withTabs = 0;
   int withBlanks = 0;
   qsizetype before = 0;
-  std::array<int, kWidest + 1> steps{};  // how often a line is so much further in
+  std::array<int, kWidest + 1> steps{};  // frequency of each indentation step
   for (const QStringView line : QStringTokenizer(text, u'\n')) {
     if (++lines > kLines) break;
     const qsizetype blanks = CountAtStart(line, u' ');
     const QStringView rest = line.mid(blanks);
-    // A star goes on with a comment, one blank behind the start of the comment.
+    // A star continues a comment, one space to the right of its start.
     if (rest.isEmpty() || rest == u"\r" || rest.front() == u'*') continue;
     if (rest.front() == u'\t' && blanks == 0) ++withTabs;
     if (blanks > 1) ++withBlanks;

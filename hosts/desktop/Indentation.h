@@ -4,7 +4,7 @@
 
 namespace tarn::host {
 
-// How the lines of a text are moved in: by tabs, or by so many blanks a level.
+// Indentation of a text: by tabs, or by `width` spaces per level.
 struct Indentation {
   bool usesTabs = false;
   int width = 4;
@@ -12,7 +12,8 @@ struct Indentation {
   bool operator==(const Indentation&) const = default;
 };
 
-// What most of the first lines do; `fallback` for what they don't say. Linear.
+// Returns the indentation used by most of the first lines; `fallback` supplies what can't be
+// determined. Linear time.
 Indentation GuessIndentation(QStringView text, Indentation fallback);
 
 }  // namespace tarn::host

@@ -1,6 +1,6 @@
-// The index is a line "tarn-journal VERSION HASH" and a list of fields after it, whose hash that
-// is. A field is the count of its bytes, a space, its name and a line feed, then the bytes; a text
-// is a field that holds fields itself.
+// File format: the index is a line "tarn-journal VERSION HASH" followed by a list of fields, which
+// the hash is computed of. A field is its length in bytes, a space, its name and a line feed, then
+// the bytes; a text is a field that contains fields.
 
 #include "hosts/desktop/Journal.h"
 
@@ -44,7 +44,7 @@ std::string HashText(std::string_view bytes) {
   return std::to_string(HashBytes(bytes));
 }
 
-// `reason` is why, unless it is good.
+// Sets `reason` unless the result is Good.
 JournalReading::State CheckHead(std::string_view head, std::string_view body, std::string& reason) {
   using State = JournalReading::State;
   reason = "it doesn't begin like a journal";
@@ -57,7 +57,7 @@ JournalReading::State CheckHead(std::string_view head, std::string_view body, st
   return head.substr(space + 1) == HashText(body) ? State::Good : State::Damaged;
 }
 
-// Where the file system has no modes, everything stays as it is.
+// No-op on file systems without permissions.
 void MakePrivate(const std::string& path) {
   using std::filesystem::perms;
   std::error_code ignored;
@@ -130,7 +130,8 @@ void Journal::ReadField(const std::string& name, const std::string& value,
   }
 }
 
-// Returns nullptr unless the file holds what was written. The name is not trusted.
+// Returns nullptr unless the file has the recorded size and hash. The name from the index is
+// validated.
 std::shared_ptr<const std::string> Journal::Fetch(const std::string& reference) const {
   const std::size_t space = reference.find(' ');
   const std::string name = reference.substr(0, space);
@@ -147,7 +148,7 @@ Status Journal::Store(const std::shared_ptr<const std::string>& text, StoredText
     now.insert(*found);
     return {};
   }
-  // Made for its owner alone, and keeps that when it is replaced.
+  // The file is created with permissions for its owner only, which a replacement preserves.
   const Result<std::string> name = files_.ReserveName(folder_, kTextPrefix);
   if (!name) return name.GetError();
   if (Status written = files_.WriteOwnFile(*name, *text); !written) return written;
@@ -194,7 +195,7 @@ Status Journal::WriteIndex(const std::string& fields) {
 
 Status Journal::Clear() {
   stored_.clear();
-  // Without the index nothing else of it counts.
+  // Without the index the other files are ignored.
   if (!IsEmpty()) {
     if (Status removed = files_.RemoveFile(JoinPath(folder_, kIndex)); !removed) return removed;
   }
@@ -202,7 +203,7 @@ Status Journal::Clear() {
   return {};
 }
 
-// Also what a process that was killed has left half written.
+// Also removes partial files left by a killed process.
 void Journal::RemoveAllBut(const std::set<std::string>& names) {
   const auto entries = files_.ListFolder(folder_);
   if (!entries) return;

@@ -13,16 +13,16 @@
 
 namespace tarn::host {
 
-// What a window holds that would be lost in a crash, and what was open around it.
+// The content of a window that would be lost in a crash, and what was open in it.
 struct JournalContent {
-  std::int64_t seconds = 0;  // of the moment, since 1970
-  std::string project;       // its file; empty for none
-  // The project's files with its changes, and as they were without them, both in the form of
-  // InspectorDriver::GetFileTexts. Null if the project has no changes.
+  std::int64_t seconds = 0;  // time since 1970
+  std::string project;       // project file; empty if none
+  // The project's files with the unsaved changes, and the saved versions that they are based on,
+  // both in the format of InspectorDriver::GetFileTexts. Null if the project has no changes.
   std::shared_ptr<const std::string> projectTexts;
   std::shared_ptr<const std::string> projectBases;
   std::vector<UnsavedText> texts;
-  std::vector<std::string> tabs;  // as EditorTabs::Describe has them
+  std::vector<std::string> tabs;  // as returned by EditorTabs::Describe
 
   bool IsEmpty() const { return projectTexts == nullptr && texts.empty(); }
 };
@@ -30,35 +30,37 @@ struct JournalContent {
 struct JournalReading {
   enum class State { Good, Damaged, OtherVersion };
 
-  State state = State::Good;  // otherwise nothing of it can be read
-  std::string file;           // index of the journal
+  State state = State::Good;  // otherwise nothing of it is readable
+  std::string file;           // index file of the journal
   std::string reason;         // why it is damaged
   JournalContent content;
-  std::vector<std::string> lost;  // files whose texts are damaged
+  std::vector<std::string> lost;  // files with damaged texts
 };
 
-// A folder on the disk that outlives its process: an index, which is replaced in one step, and the
-// texts that it names. A process that is killed at any moment leaves the journal of before or after
-// a write. The folder and its files can be read by the user alone.
+// Crash journal: a folder that outlives its process, with an index that is replaced atomically and
+// the texts that it refers to. If the process is killed at any moment, the journal has the state
+// before or after a write. The folder and its files are readable by the user only.
 //
-// A journal belongs to the process that has taken it, until the object or the process goes. One
-// operation at a time, on any thread.
+// A journal is locked by the process that has taken it, until the object is destroyed or the
+// process ends. Usable on any thread, but only for one operation at a time.
 class Journal {
  public:
-  // Fails with Busy if another process has it. The folder is made if it isn't there.
+  // Locks the journal in a folder, which is created if missing. Fails with Busy if another process
+  // has locked it.
   static Result<std::unique_ptr<Journal>> Take(FileSystem& files, const std::string& folder);
 
   bool IsEmpty() const;
   JournalReading Read() const;
-  // Texts that the last write had as well, by the same pointers, are not written again.
+  // Replaces the content. Texts that are shared with the last write (same pointer) are not written
+  // again.
   Status Write(const JournalContent& content);
   Status Clear();
   const std::string& GetFolder() const { return folder_; }
 
  private:
   struct StoredText {
-    std::shared_ptr<const std::string> text;  // keeps the pointer from being used for another
-    std::string reference;                    // name, size and hash, for the index
+    std::shared_ptr<const std::string> text;  // keeps the address from being reused
+    std::string reference;                    // name, size and hash, as in the index
   };
   using StoredTexts = std::map<const std::string*, StoredText>;
 
@@ -76,12 +78,13 @@ class Journal {
 };
 
 struct TakenJournals {
-  std::unique_ptr<Journal> own;                // empty; null if there can't be one
+  std::unique_ptr<Journal> own;                // empty; null if it could not be created
   std::vector<std::unique_ptr<Journal>> left;  // by processes that ended without clearing theirs
   Error problem;                               // why there is no own one; its place is a path
 };
 
-// Takes a journal for this process below `root`, and all that no living process has.
+// Takes a new journal for this process below `root`, and all journals not locked by a living
+// process.
 TakenJournals TakeJournals(FileSystem& files, const std::string& root);
 
 }  // namespace tarn::host

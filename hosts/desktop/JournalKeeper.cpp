@@ -14,10 +14,10 @@ namespace {
 
 constexpr int kPeriodMs = 1000;
 constexpr int kPeriodAfterFailureMs = 15000;
-// A larger text would take longer to write than it takes to type the next line.
+// A larger text would take longer to write than the user takes to type the next line.
 constexpr std::size_t kLargestText = std::size_t{32} << 20;
 
-// The pointer from before if the text is the same, so that it isn't written again.
+// Returns the previous pointer if the text is unchanged, so that it isn't written again.
 std::shared_ptr<const std::string> Share(std::string text,
                                          const std::shared_ptr<const std::string>& before) {
   if (before != nullptr && *before == text) return before;
@@ -94,8 +94,8 @@ JournalContent JournalKeeper::Collect() {
   return content;
 }
 
-// Returns whether there is a journal now, also after its folder was removed. What other processes
-// have left is for the next start.
+// Returns true if there is a journal now, and takes a new one if its folder was removed. Journals
+// of other processes are left for the next start.
 bool JournalKeeper::Retake() {
   if (journal_ != nullptr && files_.IsFolder(journal_->GetFolder())) return true;
   journal_.reset();
@@ -105,7 +105,7 @@ bool JournalKeeper::Retake() {
   return journal_ != nullptr;
 }
 
-// What the user has hidden comes back only if it has changed.
+// A message that the user has hidden is shown again only if it changes.
 void JournalKeeper::Show(const QString& problem) {
   if (std::exchange(problem_, problem) == problem) return;
   if (problem.isEmpty()) {

@@ -17,31 +17,31 @@ namespace tarn::host {
 class Banner;
 class EditorTabs;
 
-// Writes what isn't saved, of the editors and the project, into the journal of this process about a
-// second after it changed, and clears the journal as soon as everything is saved. Writes on a
-// thread of its own, so that no key waits for the disk. A journal that can't be written is tried
-// again every few seconds; a banner says why until it works.
+// Writes unsaved content of the editors and the project to the process's journal about one second
+// after a change, and clears the journal as soon as everything is saved. Writing is done on a
+// separate thread, so that typing never waits for the disk. If the journal can't be written, this
+// is retried every few seconds, and a banner shows the reason until it succeeds.
 //
-// Borrows all but the journal. On the main thread.
+// Borrows everything except the journal. Main thread only.
 class JournalKeeper : public QObject {
   Q_DECLARE_TR_FUNCTIONS(JournalKeeper)
 
  public:
-  // Without a journal in `taken`, one below `rootFolder` is taken as soon as that is possible.
+  // If `taken` has no journal, one below `rootFolder` is taken as soon as possible.
   JournalKeeper(FileSystem& fileSystem, std::string rootFolder, TakenJournals& taken,
                 BuildSession& buildSession, EditorTabs& editorTabs, Banner& journalBanner);
   ~JournalKeeper() override;
 
-  // Writes now, and waits for that. False if it can't be written.
+  // Writes immediately and waits for completion. Returns false on error.
   bool Flush();
-  // For the end of the program, when nothing is left to be kept.
+  // Clears the journal at the end of the program, when nothing is left to be protected.
   void End();
 
-  // Files have been opened, closed, or come into view, if set.
+  // Called when files were opened, closed or brought to the front; may be empty.
   std::function<void()> onTabsChanged;
 
  private:
-  // All that a journal depends on, except for the places of cursors.
+  // Everything that the journal's content depends on, except for cursor positions.
   struct Signature {
     std::int32_t changeCount = -1;
     bool isModified = false;
@@ -59,20 +59,20 @@ class JournalKeeper : public QObject {
   void Finish(const Status& stored);
 
   FileSystem& files_;
-  const std::string root_;            // of all journals
-  std::unique_ptr<Journal> journal_;  // used by the pool's thread while one is busy
+  const std::string root_;            // contains all journals
+  std::unique_ptr<Journal> journal_;  // used by the pool's thread during a write
   BuildSession& session_;
   EditorTabs& editors_;
   Banner& banner_;
   QTimer timer_;
   QThreadPool pool_;
-  Signature signature_;  // of what the journal holds; empty if that is unknown
+  Signature signature_;  // of the journal's content; empty if unknown
   QStringList tabs_;
-  QStringList tooLarge_;  // paths of texts that the journal leaves out
-  QString problem_;       // in the banner, unless the user has hidden it
+  QStringList tooLarge_;  // paths of texts that are not in the journal
+  QString problem_;       // shown in the banner, unless hidden by the user
   bool isWriting_ = false;
   bool isEmpty_ = true;
-  // Of the last write, so that what stays the same isn't written again.
+  // Content of the last write, so that unchanged parts aren't written again.
   JournalContent last_;
   std::int32_t lastCount_ = -1;  // change count of its project
 };

@@ -15,20 +15,20 @@ namespace {
 constexpr int kSymbolMargin = 1;
 constexpr int kMarginWidth = 18;
 constexpr int kSymbolSize = 14;
-// Symbols of higher numbers are drawn over the others.
+// Symbols with higher numbers are drawn over those with lower ones.
 constexpr int kWarningMarker = 1;
 constexpr int kErrorMarker = 2;
 constexpr int kWarningWave = 9;
 constexpr int kErrorWave = 10;
 constexpr Color kWarningColor = MakeColor(190, 130, 0);
 constexpr Color kErrorColor = MakeColor(205, 30, 30);
-// More of them would make a tip that is larger than the screen.
+// More messages would make the tool tip larger than the screen.
 constexpr int kTipMessages = 8;
 constexpr qsizetype kTipLine = 100;
 
 using Base = QsciScintillaBase;
 
-// Both are told apart by their shape, too.
+// The symbols differ in shape as well as in colour.
 QImage Symbol(bool isError, qreal ratio) {
   const int size = static_cast<int>(kSymbolSize * ratio);
   QImage image(size, size, QImage::Format_ARGB32);
@@ -60,7 +60,8 @@ QImage Symbol(bool isError, qreal ratio) {
   return image;
 }
 
-// As rich text. Left to itself, a tip breaks lines that are much shorter, and in options.
+// Returns rich text with explicit line breaks, because a tool tip by itself would wrap much
+// shorter, and even inside command-line options.
 QString BrokenUp(QStringView message) {
   QString lines;
   while (message.size() > kTipLine) {
@@ -141,8 +142,8 @@ void LineProblems::Colour() {
   editor.setIndicatorForegroundColor(ToTextColor(kErrorColor), kErrorWave);
 }
 
-// As the symbols move, which have no messages with them: what begins at the start of a line pushes
-// that line down, and lines that go leave theirs to the one before.
+// Mirrors how the component moves its markers, which carry no messages: text inserted at the start
+// of a line moves that line down, and deleted lines pass their markers to the line before.
 void LineProblems::OnModified(int position, int kind, int linesAdded) {
   if (problems.empty()) return;
   const auto start = static_cast<unsigned long>(position);
@@ -176,7 +177,7 @@ QString LineProblems::TextAt(QPoint place) const {
   return texts.isEmpty() ? QString() : "<qt>" + texts + "</qt>";
 }
 
-// -1 beside the texts and below them.
+// Returns -1 if the position is to the right of or below the text.
 int LineProblems::LineAt(QPoint place) const {
   const auto x = static_cast<unsigned long>(std::max(0, place.x()));
   const long position = editor.SendScintilla(Base::SCI_POSITIONFROMPOINT, x, long{place.y()});

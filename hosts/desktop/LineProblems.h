@@ -14,20 +14,21 @@ struct LineProblem {
   QString message;
 };
 
-// The errors and warnings that an editor shows: a symbol beside the line, a wave below it. They
-// stay with their lines while the user edits. Belongs to the editor that it is given.
+// Displays errors and warnings in an editor: a symbol in the margin, a wavy underline in the text.
+// They move with their lines while the user edits. Owned by the editor.
 class LineProblems : public QObject {
  public:
   explicit LineProblems(QsciScintilla& shownIn);
 
-  // One beyond the end goes to the last line.
+  // Adds problems; one beyond the end is shown in the last line.
   void Add(const std::vector<LineProblem>& more);
   void Clear();
-  // Those that are shown; what shows them is gone.
+  // Removes the problems and returns them; their display is already gone.
   std::vector<LineProblem> Take();
-  // Draws them for the palette and the resolution of the editor.
+  // Draws the markers for the editor's palette and resolution.
   void Colour();
-  // What the messages at a place of the editor say, as rich text; empty where there are none.
+  // Returns the messages at a position of the editor as rich text; an empty string if there are
+  // none.
   QString TextAt(QPoint place) const;
   const std::vector<LineProblem>& GetAll() const { return problems; }
 
@@ -37,7 +38,7 @@ class LineProblems : public QObject {
   int LineAt(QPoint place) const;
 
   QsciScintilla& editor;
-  std::vector<LineProblem> problems;  // in any order
+  std::vector<LineProblem> problems;  // unsorted
 };
 
 }  // namespace tarn::host

@@ -5,8 +5,9 @@
 
 namespace tarn::host {
 
-// A line to click: a picture, what it does, and below that a smaller remark, which takes as many
-// lines as it needs. A path there is cut in its middle instead and stands in the tip.
+// A clickable row: an icon, a label, and below it a remark in smaller print, which wraps to as many
+// lines as needed. A path as remark is elided in the middle instead and shown in full in the tool
+// tip.
 class LinkRow : public QAbstractButton {
  public:
   enum class Remark { Text, Path };

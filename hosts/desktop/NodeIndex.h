@@ -7,23 +7,23 @@
 
 namespace tarn::host {
 
-// A node of the project's tree, to be found by its texts.
+// A node of the project's tree, as searched by its texts.
 struct IndexedNode {
-  QString type;  // the element's name
+  QString type;  // element name
   QString label;
-  QString path;       // below the project's folder without it; empty for groups
-  QString above;      // labels of the groups above, for those without a path
-  std::string place;  // for the server's selection
+  QString path;       // relative to the project's folder if below it; empty for groups
+  QString above;      // labels of the enclosing groups, for nodes without a path
+  std::string place;  // argument for the server's selection
 
   bool operator==(const IndexedNode&) const = default;
 };
 
-// All nodes of a tree, as the inspector gives it, in its order. Paths below `folder`, which has a
-// separator at its end, are shown without it.
+// Returns all nodes of a tree as received from the inspector, in its order. Paths below `folder`
+// (with a trailing separator) are shown relative to it.
 std::vector<IndexedNode> IndexTree(const std::string& xml, const QString& folder);
 
-// The numbers of the nodes whose label or path contains all words of the text, in any case; those
-// whose label begins with the text come first.
+// Returns the indices of the nodes whose label or path contains all words of the text, ignoring
+// case; those whose label begins with the text come first. Linear scan.
 std::vector<int> FindNodes(const std::vector<IndexedNode>& nodes, const QString& text);
 
 }  // namespace tarn::host

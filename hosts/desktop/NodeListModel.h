@@ -9,14 +9,16 @@
 
 namespace tarn::host {
 
-// The nodes that match a text. The remark behind a label is what kRemarkRole gives.
+// List model of the nodes that match a text. kRemarkRole is the text shown after the label.
 class NodeListModel : public QAbstractListModel {
  public:
   static constexpr int kRemarkRole = Qt::UserRole;
 
   NodeListModel(QString pictureFolder, QObject* parent);
 
+  // Replaces the nodes and clears the result; SetText must follow.
   void SetNodes(std::vector<IndexedNode> allNodes);
+  // Filters the nodes by a text; see FindNodes.
   void SetText(const QString& text);
   const IndexedNode& NodeAt(int row) const;
 

@@ -32,7 +32,7 @@ OptionKind KindOf(std::string_view type) {
   return OptionKind::Text;
 }
 
-// The node's name and kind go first, and what tells of the project window goes last.
+// The node's name and kind come first, the section about the project window last.
 int RankOf(const std::string& section) {
   if (EqualNoCase(section, kGeneral)) return 0;
   return IsInternalSection(section) ? 2 : 1;
@@ -52,7 +52,7 @@ std::vector<OptionSection> InSections(std::vector<OptionRow> rows) {
   return sections;
 }
 
-// A value that is nothing but $(Set.Section.Property).
+// Returns true if the value consists only of $(Set.Section.Property).
 bool IsReference(const std::string& written, OptionKey& key) {
   const std::string_view text = written;
   if (!text.starts_with("$(") || !text.ends_with(")")) return false;
@@ -65,8 +65,8 @@ bool HasName(const std::vector<std::string>& names, const std::string& name) {
                      [&name](const std::string& each) { return EqualNoCase(each, name); });
 }
 
-// Kinds of nodes that have a tool of their own are those whose options are worth setting further
-// out.
+// Returns the kinds of nodes that have a tool, because only their options are worth setting at an
+// outer level.
 std::vector<OptionSet> SetsWithTools(const OptionTable& table) {
   std::vector<OptionSet> found;
   for (const OptionSet& set : table.GetSets()) {
@@ -131,7 +131,7 @@ std::string NodeOptions::ReadMark() {
          std::to_string(options.GetSwitchCount());
 }
 
-// What stands in for no project is nobody's business.
+// The placeholder project's options are not shown.
 bool NodeOptions::HasNode(const OptionValues& values) {
   return session.HasProject() && !values.GetOwnSet().empty();
 }
@@ -152,7 +152,7 @@ ConfigurationList NodeOptions::ReadConfigurations(const OptionValues& values) {
   for (const std::string_view line : Split(lines, '\n')) {
     if (!line.empty()) list.names.emplace_back(line);
   }
-  // The usual one and the one in force need no entry.
+  // The standard configuration and the active one need not be listed.
   for (const std::string& name : {list.current, std::string(kStandard)}) {
     if (!name.empty() && !HasName(list.names, name)) list.names.insert(list.names.begin(), name);
   }
@@ -170,7 +170,7 @@ OptionSheet NodeOptions::Read(const std::string& set) {
   sheet.configurations = ReadConfigurations(values);
 
   const OptionTable all(session.Options().ListProperties(""));
-  // What a project has set is not handed on to its applications.
+  // Values set at a project are not inherited by its applications.
   const bool isFile = !values.Get(sheet.ownSet, kGeneral, "NodePath").empty();
   const bool isProject = !values.Get(sheet.ownSet, kGeneral, "ProjectPath").empty();
   for (const OptionSet& each : SetsWithTools(all)) {
@@ -185,7 +185,7 @@ OptionSheet NodeOptions::Read(const std::string& set) {
   const OptionTable table(session.Options().ListProperties(sheet.set));
   std::vector<OptionRow> rows;
   for (const OptionDefinition& option : table.GetOf(sheet.set)) {
-    // A kind of node has no name of its own.
+    // Only nodes have a name, not a kind of node.
     if (!option.shown || (isInner && EqualNoCase(option.section, kGeneral))) continue;
     rows.push_back(ReadRow(option, values, sheet.folder));
   }
@@ -208,7 +208,7 @@ OptionRow NodeOptions::ReadRow(const OptionDefinition& definition, const OptionV
   const std::string* const raw = values.Find(set, definition.section, definition.name);
   row.written = raw != nullptr ? *raw : definition.defaultValue;
   FindSource(row);
-  // The name of the node's element says it as long as nobody changes it.
+  // Defaults to the element name until it is changed.
   if (IsNodeType(definition) && row.value.empty()) row.written = row.value = row.shown = set;
   return row;
 }
@@ -254,9 +254,9 @@ std::vector<std::string> NodeOptions::ListTypes() {
   return names;
 }
 
-// While the options of all nodes are being made known in the background, values are held; between
-// two of its steps the node in hand is the user's. A build that somebody else has started holds
-// them too, and has any node in hand.
+// Makes a change while values are locked. They are locked while the options of all nodes are being
+// published in the background; between two steps of that, the current node is the user's. A build
+// started elsewhere locks them too, but then any node may be current, so the change is refused.
 bool NodeOptions::Unheld(const std::function<bool()>& change) {
   if (change()) return true;
   if (session.Manager().EnableCommand(kCmdStop) != 0) return false;
@@ -299,7 +299,7 @@ bool NodeOptions::Redo() {
 
 namespace {
 
-// The option of a whole key; nothing when it is not defined.
+// Returns the option for a full key; nullopt if it is not defined.
 std::optional<OptionDefinition> FindByKey(OptionsDriver& options, const std::string& text) {
   OptionKey key;
   if (!ParseOptionKey(text, key)) return {};
@@ -308,7 +308,7 @@ std::optional<OptionDefinition> FindByKey(OptionsDriver& options, const std::str
 
 }  // namespace
 
-// Has the project store what the options component has changed.
+// Makes the project store what the options component has changed.
 bool NodeOptions::Follow(const std::string& key) {
   const std::optional<OptionDefinition> option = FindByKey(session.Options(), key);
   if (!option) return false;
@@ -327,7 +327,7 @@ void NodeOptions::ResetAll() {
   session.Manager().Command(kCmdResetNodeOptions);
 }
 
-// The name is for this command alone: one that comes without a name must not find it again.
+// The name is set for this command only: a later command without a name must not reuse it.
 void NodeOptions::SelectConfiguration(const std::string& name) {
   session.Options().SetNewConfigName(name);
   session.Manager().Command(kCmdSelectConfiguration);

@@ -13,28 +13,28 @@
 
 namespace tarn::host {
 
-// How a value is shown and edited.
+// How a value is displayed and edited.
 enum class OptionKind { Text, Number, YesNo, Choice, File, Folder, Paths, List };
 
-// What a user is told of where a value comes from.
+// Origin of a value, as shown to the user.
 enum class OptionSource {
-  Own,         // set at the node itself
-  Inherited,   // set further out
-  Reference,   // the default, which says that another option counts
+  Own,         // set in the node itself
+  Inherited,   // set at an outer level
+  Reference,   // the default, which refers to another option
   Definition,  // the default
   Nothing,
 };
 
-// An option of the node, with its value.
+// An option of a node with its value.
 struct OptionRow {
   OptionDefinition definition;
   OptionKind kind = OptionKind::Text;
   OptionSource source = OptionSource::Nothing;
-  std::string sourceKind;   // of the level that it is inherited from: "application", "group", ...
-  std::string sourceLabel;  // of that level, or the name of the option that is referred to
-  std::string written;      // as it was set, macros and all
-  std::string value;        // with macros resolved
-  std::string shown;        // the value by its label; a path as it is seen from the application
+  std::string sourceKind;   // level that it is inherited from: "application", "group", ...
+  std::string sourceLabel;  // label of that level, or name of the option referred to
+  std::string written;      // as stored, with macros
+  std::string value;        // with macros expanded
+  std::string shown;        // a choice's label, or a path relative to the application
 
   bool IsOwn() const { return source == OptionSource::Own; }
   bool MayReset() const { return IsOwn() && definition.removable; }
@@ -48,81 +48,82 @@ struct OptionSection {
 };
 
 struct ConfigurationList {
-  std::string current;  // the one in force; empty while no project is open
+  std::string current;  // active one; empty while no project is open
   std::vector<std::string> names;
 };
 
-// Everything that the options window shows of a node.
+// Everything that the options window shows for a node.
 struct OptionSheet {
   std::string node;    // its label
-  std::string path;    // of its file; empty where it has none
-  std::string set;     // whose options these are
-  std::string ownSet;  // of the node itself
-  // The kinds of nodes further in that values can be set for here; none for a file.
+  std::string path;    // its file; empty if it has none
+  std::string set;     // set of the displayed options
+  std::string ownSet;  // set of the node itself
+  // Kinds of inner nodes for which values can be set here; empty for a file.
   std::vector<OptionSet> innerSets;
-  std::string folder;  // of the application, from which relative paths count
+  std::string folder;  // base folder of relative paths: the application's
   ConfigurationList configurations;
   std::vector<OptionSection> sections;
-  std::string undo, redo;  // labels of the options that these would change; empty for none
+  std::string undo, redo;  // labels of the options that would change; empty if none
 };
 
-// The section that tells of the project window, which hardly anybody changes.
+// Returns true for the section about the project window, which users rarely change.
 bool IsInternalSection(std::string_view name);
 
-// The option that says of which kind the node itself is.
+// Returns true for the option that contains the kind of the node itself.
 bool IsNodeType(const OptionDefinition& option);
 
-// The rows in which every word of `filter` is found: in label, name, help or the section's label,
-// whatever the case.
+// Returns the rows in which every word of `filter` occurs in the label, name, help or section
+// label, ignoring case.
 std::vector<OptionSection> FilterSections(const std::vector<OptionSection>& sections,
                                           std::string_view filter);
 
-// The texts of a list that are separated by semicolons, blanks around them taken off and empty ones
-// left out; and back.
+// Convert between a list and a string separated by semicolons. Surrounding spaces and empty entries
+// are dropped.
 std::vector<std::string> SplitList(std::string_view value);
 std::string JoinList(const std::vector<std::string>& entries);
 
-// The options of the node that the server has made current, and their changes. Not while a build
-// runs, when the server has another node in hand now and then.
+// Reads and changes the options of the server's current node. Must not be used during a build, when
+// the server changes the current node from time to time.
 //
-// Borrows the session. On the host's thread.
+// Borrows the session. Main thread only.
 class NodeOptions {
  public:
   explicit NodeOptions(BuildSession& buildSession) : session(buildSession) {}
 
-  // Nothing while no project is open. The options of `set`, of the node's own when it is empty or
-  // not one that it has.
+  // Returns the options of `set`, or of the node's own set if that is empty or not available. Empty
+  // while no project is open.
   OptionSheet Read(const std::string& set);
-  // A text that is another one whenever Read gives another sheet.
+  // Returns a string that changes whenever the result of Read would change.
   std::string ReadMark();
-  // Another number when a script has hidden options or the like, of which nobody is told.
+  // A counter that changes when a script hides options or the like, for which there is no
+  // notification.
   std::int32_t GetSwitchCount() { return session.Options().GetSwitchCount(); }
-  // What was stored for an option on the way from the application to the node.
+  // Returns the values stored for an option at the levels from the application to the node.
   std::vector<StoredValue> Explain(const OptionDefinition& option);
 
-  // The kind of the node, such as "Group"; empty without one.
+  // Returns the kind of the node, such as "Group"; an empty string if there is no node.
   std::string GetKind();
-  // The kinds of nodes that have options.
+  // Returns the kinds of nodes that have options.
   std::vector<std::string> ListTypes();
 
-  // Why the value can't be taken; empty when it can.
+  // Returns why the value is invalid; an empty string if it is valid.
   std::string Check(const OptionDefinition& option, const std::string& value);
-  // Each gives false when the server doesn't take the change now.
+  // Each returns false if the server refuses the change at the moment.
   bool Set(const OptionDefinition& option, const std::string& value);
   bool Reset(const OptionDefinition& option);
   bool Undo();
   bool Redo();
-  // Takes away what is stored at the node, in all configurations. There is no way back.
+  // Removes all values stored at the node, in all configurations. Can't be undone.
   void ResetAll();
 
-  // Of the current node's application.
+  // Returns the configurations of the current node's application.
   ConfigurationList ReadConfigurations();
   void SelectConfiguration(const std::string& name);
   // Adds a configuration with the options of the current one to the active application and selects
-  // it. Returns why that can't be done, or an empty string.
+  // it. Returns why that is impossible, or an empty string.
   std::string AddConfiguration(const std::string& name);
 
-  // How the window looks, a text that the server keeps for each node.
+  // State of the options window, a string that the server stores per node.
   std::string GetViewState() { return session.Options().GetPropState(); }
   void SetViewState(const std::string& state) { session.Options().SetPropState(state); }
 

@@ -67,7 +67,7 @@ void ChoiceEditor::SetText(const QString& value) {
     if (choice.isValid() && choice.toString().compare(value, Qt::CaseInsensitive) == 0) place = i;
   }
   if (place < 0 && !value.isEmpty()) {
-    // A macro, or a choice that the definitions have lost.
+    // A macro, or a choice that the definitions no longer have.
     addItem(value, value);
     place = count() - 1;
   }
@@ -81,7 +81,7 @@ void ChoiceEditor::showEvent(QShowEvent* event) {
 
 void ChoiceEditor::hidePopup() {
   QComboBox::hidePopup();
-  // A choice is told behind this call.
+  // Deferred, because the choice is reported after this call.
   QTimer::singleShot(0, this, [this] {
     if (onClosed) onClosed();
   });
@@ -130,7 +130,7 @@ void TextEditor::OpenDialog() {
   }
   const QString present = QDir(baseFolder).absoluteFilePath(ToQt(row.value));
   auto* const dialog = new QFileDialog(window(), ToQt(row.definition.label));
-  // An output need not be there yet.
+  // An output file need not exist yet.
   dialog->setFileMode(row.kind == OptionKind::Folder ? QFileDialog::Directory
                                                      : QFileDialog::AnyFile);
   dialog->setLabelText(QFileDialog::Accept, tr("Choose"));
@@ -140,7 +140,7 @@ void TextEditor::OpenDialog() {
        [dialog, this] { return WrittenPath(dialog->selectedFiles().value(0), baseFolder); });
 }
 
-// The editor may be gone by the time the dialog ends.
+// The editor may have been deleted by the time the dialog is closed.
 void TextEditor::Show(QDialog* dialog, const std::function<QString()>& result) {
   isDialogOpen = true;
   dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -229,7 +229,7 @@ ListDialog::ListDialog(const OptionRow& row, const QString& text, const QString&
 QString ListDialog::GetText() const {
   std::vector<std::string> entries;
   for (int i = 0; i < list->count(); ++i) {
-    // A semicolon would make two of one.
+    // A semicolon splits an entry in two.
     for (std::string& entry : SplitList(FromQt(list->item(i)->text()))) {
       entries.push_back(std::move(entry));
     }

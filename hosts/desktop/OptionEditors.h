@@ -13,7 +13,7 @@ class QListWidget;
 
 namespace tarn::host {
 
-// Chooses one of an option's choices, and drops its list down as soon as it is shown.
+// Combo box for an option's choices; opens its list as soon as it is shown.
 class ChoiceEditor : public QComboBox {
   Q_DECLARE_TR_FUNCTIONS(tarn::host::ChoiceEditor)
 
@@ -22,10 +22,10 @@ class ChoiceEditor : public QComboBox {
 
   void SetText(const QString& value);
   QString GetText() const { return currentData().toString(); }
-  // The user wants the value that would be there without one of the node's own.
+  // True if the user has chosen to inherit the value instead of setting one at the node.
   bool IsInherit() const;
 
-  // The list was closed again; without a choice when nothing was activated before.
+  // Called when the list was closed; if no entry was activated before, this means no choice.
   std::function<void()> onClosed;
 
   void hidePopup() override;
@@ -34,7 +34,7 @@ class ChoiceEditor : public QComboBox {
   void showEvent(QShowEvent* event) override;
 };
 
-// A line of text, with a button behind it where a dialog can help: for files, folders and lists.
+// Line edit with an optional button that opens a dialog: for files, folders and lists.
 class TextEditor : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(tarn::host::TextEditor)
 
@@ -47,7 +47,7 @@ class TextEditor : public QWidget {
   void SetText(const QString& text);
   bool IsDialogOpen() const { return isDialogOpen; }
 
-  // A dialog was ended with a new text, which nothing more is to be done to.
+  // Called when a dialog was closed with a new text, which is final.
   std::function<void()> onChosen;
 
  private:
@@ -61,7 +61,7 @@ class TextEditor : public QWidget {
   bool isDialogOpen = false;
 };
 
-// Edits a list of texts or folders, one a line, in the order that counts.
+// Edits a list of strings or folders, one per line, in order of precedence.
 class ListDialog : public QDialog {
   Q_DECLARE_TR_FUNCTIONS(tarn::host::ListDialog)
 
@@ -74,7 +74,7 @@ class ListDialog : public QDialog {
   QListWidget* list = nullptr;
 };
 
-// A path as it is written into an option: relative to the folder when it lies below it.
+// Returns a path as stored in an option: relative to the folder if it is below it.
 QString WrittenPath(const QString& path, const QString& baseFolder);
 
 }  // namespace tarn::host

@@ -18,11 +18,11 @@ namespace tarn::host {
 
 namespace {
 
-constexpr int kRowPadding = 8;  // above and below the text together
+constexpr int kRowPadding = 8;  // top and bottom together
 constexpr int kResetSize = 18;  // the button, square
 constexpr int kBubbleMargin = 6;
 
-// In a dark palette some styles draw boxes that can't be told from what is behind them.
+// In a dark palette some styles draw boxes that are indistinguishable from the background.
 void OutlineCheckBox(QPainter& painter, const QStyleOptionViewItem& cell) {
   const QStyle& style = cell.widget == nullptr ? *QApplication::style() : *cell.widget->style();
   const QRect box = style.subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &cell, cell.widget);
@@ -38,7 +38,7 @@ QRect ResetRect(const QRect& cell) {
                kResetSize);
 }
 
-// An arrow that goes back in a circle.
+// Draws a circular arrow.
 void DrawReset(QPainter& painter, const QRect& place, const QColor& colour) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
@@ -79,7 +79,7 @@ bool OptionsDelegate::HasResetButton(const QModelIndex& index) const {
 void OptionsDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                             const QModelIndex& index) const {
   QStyleOptionViewItem cell = option;
-  // The whole row says what has the keyboard.
+  // The focus is shown on the whole row.
   cell.state &= ~QStyle::State_HasFocus;
   if (!HasResetButton(index)) {
     QStyledItemDelegate::paint(painter, cell, index);
@@ -108,7 +108,7 @@ void OptionsDelegate::initStyleOption(QStyleOptionViewItem* option,
   const OptionRow* const row = RowOf(index);
   const bool isPath =
       row != nullptr && (row->kind == OptionKind::File || row->kind == OptionKind::Folder);
-  // Paths differ most at their ends.
+  // The ends of paths are the most significant part.
   if (isPath && index.column() == OptionsModel::kValueColumn) {
     option->textElideMode = Qt::ElideMiddle;
   }
@@ -151,7 +151,7 @@ void OptionsDelegate::setEditorData(QWidget* editor, const QModelIndex& index) c
   if (auto* const choice = dynamic_cast<ChoiceEditor*>(editor)) {
     if (!choice->view()->isVisible()) choice->SetText(text);
   } else if (auto* const line = dynamic_cast<TextEditor*>(editor); line != nullptr && !hasText) {
-    // News from the server must not take away what the user is writing.
+    // A refresh from the server must not discard the user's input.
     line->SetText(text);
     line->Line()->selectAll();
   }
@@ -246,7 +246,7 @@ void OptionsDelegate::ShowProblem(QWidget& editor, const QString& problem) {
     bubble->setPalette(colours);
   }
   bubble->setText(problem);
-  // Below the field, or above when there is no room.
+  // Placed below the field, or above it if there is not enough space.
   const int width = view.viewport()->width() - 2 * kBubbleMargin;
   const int height = bubble->heightForWidth(width);
   const QRect field = editor.geometry();
@@ -257,14 +257,14 @@ void OptionsDelegate::ShowProblem(QWidget& editor, const QString& problem) {
   bubble->raise();
 }
 
-// Hands the value on and closes the editor, unless it is one that can't be taken.
+// Commits the value and closes the editor, unless the value is invalid.
 void OptionsDelegate::Finish(QWidget* editor) {
   if (editor != open || !Fits(*editor)) return;
   Q_EMIT commitData(editor);
   Close(editor);
 }
 
-// An editor that is taken away loses the keyboard, which is no reason to do it again.
+// Closing an editor makes it lose the focus, which must not close it a second time.
 void OptionsDelegate::Close(QWidget* editor) {
   if (editor != open) return;
   open.clear();
@@ -307,7 +307,7 @@ bool OptionsDelegate::eventFilter(QObject* object, QEvent* event) {
       if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) event->accept();
       return false;
     case QEvent::FocusOut: {
-      // A menu of the line or its dialog takes the keyboard for a while.
+      // The field's context menu or dialog takes the focus only temporarily.
       const bool isLent =
           QApplication::activePopupWidget() != nullptr || (text != nullptr && text->IsDialogOpen());
       if (text != nullptr && !isLent) Finish(editor);

@@ -12,8 +12,8 @@ class QTreeView;
 
 namespace tarn::host {
 
-// Draws the cells of the property grid and edits its values in place. A value that can't be taken
-// keeps its editor open, with the reason below it.
+// Draws the cells of the property grid and edits its values in place. An invalid value keeps its
+// editor open, with the reason shown below it.
 class OptionsDelegate : public QStyledItemDelegate {
   Q_DECLARE_TR_FUNCTIONS(tarn::host::OptionsDelegate)
 
@@ -22,14 +22,14 @@ class OptionsDelegate : public QStyledItemDelegate {
 
   // Paths below this folder are written relative to it.
   QString baseFolder;
-  // Why a value can't be taken; empty when it can.
+  // Returns why a value is invalid; an empty string if it is valid.
   std::function<QString(const OptionRow& row, const QString& value)> check;
-  // The user wants the inherited value back.
+  // Called when the user resets an option to the inherited value.
   std::function<void(const QModelIndex& index)> onReset;
 
-  // Hands on what the user has written in an editor that is open, unless it can't be taken.
+  // Commits an open editor, unless its value is invalid.
   void FinishOpen();
-  // Closes an editor that is open; what the user has written is gone.
+  // Closes an open editor and discards its content.
   void Abandon();
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -62,10 +62,10 @@ class OptionsDelegate : public QStyledItemDelegate {
   void ShowProblem(QWidget& editor, const QString& problem);
 
   QTreeView& view;
-  QPointer<QLabel> bubble;         // why the value in the editor can't be taken
-  mutable QPointer<QWidget> open;  // the editor that the user is in
+  QPointer<QLabel> bubble;         // why the edited value is invalid
+  mutable QPointer<QWidget> open;  // the active editor
   mutable QPersistentModelIndex edited;
-  mutable bool hasText = false;  // the user has changed what stands in the editor
+  mutable bool hasText = false;  // the user has changed the editor's content
 };
 
 }  // namespace tarn::host

@@ -54,7 +54,7 @@ void OptionsGrid::MakeCurrent(const QModelIndex& option) {
 
 void OptionsGrid::SetShares(Shares newShares) {
   const double source = 1 - newShares.name - newShares.value;
-  // So written that what is no number fits neither.
+  // The comparisons also reject NaN.
   const bool isUsable =
       newShares.name >= kLeastShare && newShares.value >= kLeastShare && source >= 0;
   if (!isUsable) return;
@@ -124,13 +124,13 @@ void OptionsGrid::mouseReleaseEvent(QMouseEvent* event) {
   const bool isValue = event->button() == Qt::LeftButton &&
                        index.column() == OptionsModel::kValueColumn && index == currentIndex();
   QTreeView::mouseReleaseEvent(event);
-  // A check box has had its click already.
+  // A check box has already handled the click.
   if (isValue && (model.flags(index) & Qt::ItemIsEditable) != 0 && state() != EditingState) {
     edit(index);
   }
 }
 
-// The keyboard is always at a value, so that keys edit it wherever the row was clicked.
+// The current cell is always a value, so that keys edit it no matter where the row was clicked.
 void OptionsGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
   const int wanted =

@@ -8,27 +8,28 @@
 
 namespace tarn::host {
 
-// The property grid: its lines, and what mouse and keys do in it. Enter, F2 or a click edit, Space
-// turns a yes into a no, Del gives the inherited value back.
+// The property grid view, with mouse and keyboard handling. Enter, F2 or a click starts editing,
+// Space toggles a yes/no value, Del resets to the inherited value.
 class OptionsGrid : public QTreeView {
  public:
   explicit OptionsGrid(QWidget* parent = nullptr);
 
   OptionsModel& Model() { return model; }
   OptionsDelegate& Delegate() { return delegate; }
-  // Parts of the width; the rest is for the source.
+  // Column widths as fractions of the total; the rest is the source column.
   struct Shares {
     double name = 0.40;
     double value = 0.34;
   };
   Shares GetShares() const { return shares; }
-  // Nothing for those that would leave a column without room.
+  // Sets the column widths; no-op if a column would become too narrow.
   void SetShares(Shares newShares);
-  // The option that has the keyboard; null for none.
+  // The current option; nullptr if there is none.
   const OptionRow* CurrentRow() const { return model.RowAt(currentIndex()); }
+  // Selects an option by any of its columns.
   void MakeCurrent(const QModelIndex& option);
 
-  // The selected option or its value is another one.
+  // Called when the selection or the value of the selected option has changed.
   std::function<void()> onCurrentChanged;
 
  protected:

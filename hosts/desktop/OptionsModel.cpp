@@ -13,7 +13,7 @@ namespace tarn::host {
 
 namespace {
 
-// The column says by its place that this is where the value comes from.
+// Shortened, because the column header already says that it is the origin.
 QString ShortSource(const OptionRow& row) {
   return row.sourceLabel.empty() ? DescribeSource(row) : ToQt(row.sourceLabel);
 }
@@ -110,7 +110,7 @@ QString EditText(const OptionRow& row) {
       return ToQt(row.IsOwn() ? row.written : row.value);
     case OptionKind::Paths:
     case OptionKind::List:
-      // A list of one's own mostly adds to what is there.
+      // A new list usually extends the inherited one.
       if (!row.IsOwn()) return row.value.empty() ? QString() : QString("$(Inherited)");
       break;
     default:
@@ -219,7 +219,7 @@ bool OptionsModel::setData(const QModelIndex& index, const QVariant& value, int 
     return onChange(*row, value.toInt() == Qt::Checked ? "Yes" : "No");
   }
   if (role != Qt::EditRole) return false;
-  // An editor that was only looked at sets nothing.
+  // An editor that was closed without a change sets nothing.
   return value.toString() == EditText(*row) || onChange(*row, value.toString());
 }
 
@@ -242,7 +242,7 @@ Qt::ItemFlags OptionsModel::flags(const QModelIndex& index) const {
   const OptionRow* const row = RowAt(index);
   if (row == nullptr) return Qt::ItemIsEnabled | Qt::ItemIsSelectable;
   Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-  // What waits for another option is grey; what waits for the end of a build can be read.
+  // An option disabled by another option is greyed out; one disabled by a build remains readable.
   if (row->definition.enabled) flags |= Qt::ItemIsEnabled;
   if (index.column() == kValueColumn && MayEdit(index)) {
     flags |= row->kind == OptionKind::YesNo ? Qt::ItemIsUserCheckable : Qt::ItemIsEditable;

@@ -9,8 +9,8 @@
 
 namespace tarn::host {
 
-// The rows of a property grid: sections, and below each its options with name, value and where the
-// value comes from. Values that are not the node's own are in the quieter colour.
+// Item model of the property grid: sections, and below each its options with name, value and
+// source. Values not set at the node itself are shown in a dimmed colour.
 class OptionsModel : public QAbstractItemModel {
   Q_DECLARE_TR_FUNCTIONS(tarn::host::OptionsModel)
 
@@ -19,19 +19,21 @@ class OptionsModel : public QAbstractItemModel {
 
   explicit OptionsModel(QObject* parent = nullptr) : QAbstractItemModel(parent) {}
 
-  // Options that are the same as before keep their places, and so an editor that is open.
+  // Replaces the rows. Options that exist before and after keep their index, so an open editor
+  // stays open.
   void SetSections(std::vector<OptionSection> newSections);
-  // Nothing can be edited; why is the window's to say.
+  // Disables editing; the window shows the reason.
   void SetReadOnly(bool on);
-  // Null for a section and for no index.
+  // Returns nullptr for a section or an invalid index.
   const OptionRow* RowAt(const QModelIndex& index) const;
-  // Null for an option and for no index.
+  // Returns nullptr for an option or an invalid index.
   const OptionSection* SectionAt(const QModelIndex& index) const;
-  // The name column of an option, by its whole key; invalid when it isn't shown.
+  // Returns the index of an option's name column by its full key; invalid if it isn't shown.
   QModelIndex Find(const std::string& key) const;
   bool MayEdit(const QModelIndex& index) const;
 
-  // Takes a new value for an option, or says why not. What has changed comes by SetSections.
+  // Stores a new value of an option, or reports why that is impossible. The change arrives through
+  // SetSections.
   std::function<bool(OptionRow row, QString value)> onChange;
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -50,13 +52,13 @@ class OptionsModel : public QAbstractItemModel {
   bool isReadOnly = false;
 };
 
-// A kind of level, as the inspector names it, as the menus do.
+// Returns the user's term for a kind of level as named by the inspector.
 QString WordForLevel(const std::string& kind);
-// What the user is told of where a value comes from, e.g. "from application blinky".
+// Returns the origin of a value in words, e.g. "from application blinky".
 QString DescribeSource(const OptionRow& row);
-// The value as the grid shows it: what the user has written stays as it was written.
+// Returns the value as displayed in the grid: a value set by the user is shown verbatim.
 QString DisplayValue(const OptionRow& row);
-// The text that editing begins with.
+// Returns the initial text of an editor.
 QString EditText(const OptionRow& row);
 
 }  // namespace tarn::host

@@ -29,10 +29,10 @@ namespace tarn::host {
 
 namespace {
 
-// While the options of all nodes are made known, news come a hundred times a second.
+// While the options of all nodes are being published, there are a hundred notifications per second.
 constexpr int kRefreshMs = 80;
 constexpr int kMargin = 6;
-// How grid and help share the height.
+// Initial heights of grid and help.
 constexpr int kGridHeight = 400;
 constexpr int kHelpHeight = 130;
 constexpr const char* kCollapsed = "Collapsed=";
@@ -45,7 +45,7 @@ QString Html(const std::string& text) {
   return ToQt(text).toHtmlEscaped();
 }
 
-// HTML knows no colour that shines through.
+// Rich text doesn't support transparent colours.
 QString QuietColour(const QPalette& palette) {
   return Blend(palette.color(QPalette::Text), palette.color(QPalette::Base), 0.45F).name();
 }
@@ -97,7 +97,7 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   layout->setSpacing(0);
   layout->addWidget(MakeHead());
   layout->addWidget(splitter, 1);
-  // Below, so that no row moves when a build begins.
+  // Placed below the grid, so that no row moves when a build begins.
   layout->addWidget(notice);
 
   grid->Model().onChange = [this](OptionRow row, const QString& value) {
@@ -135,7 +135,7 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   ShowState();
 }
 
-// What goes below has nobody to tell any more.
+// Destroying the children must not trigger callbacks any more.
 OptionsWindow::~OptionsWindow() {
   grid->Delegate().Abandon();
   grid->onCurrentChanged = {};
@@ -236,9 +236,9 @@ void OptionsWindow::showEvent(QShowEvent* event) {
   refreshTimer.start(0);
 }
 
-// From the search straight to what it has found, and back to all.
+// Keys in the search field: down moves to the results, Escape shows all options again.
 bool OptionsWindow::eventFilter(QObject* object, QEvent* event) {
-  // A label or a value can be changed elsewhere without the node being loaded anew.
+  // A label or a value can be changed elsewhere without the node being loaded again.
   if (object == grid && event->type() == QEvent::FocusIn) refreshTimer.start(0);
   if (object != filter || event->type() != QEvent::KeyPress) return false;
   switch (static_cast<QKeyEvent*>(event)->key()) {
@@ -262,7 +262,7 @@ void OptionsWindow::OnNodeLoaded() {
   if (!isBuilding) {
     if (!refreshTimer.isActive()) refreshTimer.start();
   } else if (isVisible()) {
-    // The build has another node in hand by the time that the loop comes round.
+    // During a build a different node would be current when the event loop runs next.
     Show(options.Read(chosenSet));
   }
 }
@@ -294,7 +294,7 @@ void OptionsWindow::Refresh() {
 void OptionsWindow::Show(OptionSheet newSheet) {
   const bool isSameNode =
       newSheet.node == sheet.node && newSheet.path == sheet.path && newSheet.set == sheet.set;
-  // What was written for one node must not be stored at the next.
+  // Input for one node must not be stored at the next one.
   if (!isSameNode) grid->Delegate().Abandon();
   sheet = std::move(newSheet);
   grid->Delegate().baseFolder = ToQt(sheet.folder);
@@ -359,13 +359,14 @@ void OptionsWindow::ResetLayout() {
 
 void OptionsWindow::RestoreLayout() {
   const DesktopSettings settings;
-  // Leaves everything as it is for bytes that it doesn't know.
+  // No-op for invalid data.
   splitter->restoreState(settings.value(kSplitterKey).toByteArray());
   grid->SetShares(
       {settings.value(kNameShareKey).toDouble(), settings.value(kValueShareKey).toDouble()});
 }
 
-// The server keeps for each node how the window looked; a filter shows all that it has found.
+// Restores the window's state, which the server stores per node; while a filter is active, all
+// results are shown.
 void OptionsWindow::RestoreView() {
   const std::string state = options.GetViewState();
   for (const std::string_view line : Split(state, '\n')) {
@@ -446,7 +447,7 @@ QString OptionsWindow::Check(const OptionRow& row, const QString& value) {
                                     : ToQt(options.Check(row.definition, FromQt(value)));
 }
 
-// The project passes over a kind that nobody has defined without a word.
+// Checks the kind, because the project silently skips a kind without a definition.
 QString OptionsWindow::CheckType(const QString& value) {
   QStringList known;
   for (const std::string& name : options.ListTypes()) known += ToQt(name);
@@ -477,7 +478,7 @@ void OptionsWindow::ResetAll() {
 }
 
 void OptionsWindow::ChooseConfiguration(const QString& name) {
-  // The window may not have looked for a while.
+  // The displayed state may be out of date.
   if (isBuilding || EqualNoCase(FromQt(name), Configurations().current)) return;
   options.SelectConfiguration(FromQt(name));
   refreshTimer.start(0);

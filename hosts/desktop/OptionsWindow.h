@@ -21,11 +21,11 @@ namespace tarn::host {
 
 class OptionsGrid;
 
-// The options of the current node, to be looked at and changed: a search field and the
-// configuration above a property grid, and what the selected option means below it. Follows the
-// server, and reads only while it can be seen.
+// Shows and edits the options of the current node: a search field and the configuration above a
+// property grid, and the help of the selected option below it. Follows the server's notifications,
+// but reads options only while visible.
 //
-// Borrows the session. On the frame's thread.
+// Borrows the session. Main thread only.
 class OptionsWindow : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(tarn::host::OptionsWindow)
 
@@ -33,31 +33,31 @@ class OptionsWindow : public QWidget {
   explicit OptionsWindow(BuildSession& session, QWidget* parent = nullptr);
   ~OptionsWindow() override;
 
-  // The server has a node in hand, another one or the same anew.
+  // Call this when the server has loaded a different node, or the same one again.
   void OnNodeLoaded();
-  // Stores what the user is writing, unless it is nothing that can be stored.
+  // Stores the value being edited, unless it is invalid.
   void FinishEditing();
-  // To be called now and then: looks for what nobody is told of.
+  // Call this periodically: checks for changes without a notification.
   void Look();
-  // While a build runs nothing can be changed.
+  // Disables changes during a build.
   void SetBuilding(bool on);
-  // For menus: what can be chosen, and what they do. They ask the user for what they need, and do
-  // nothing while a build runs.
+  // Choices and actions for menus. They ask the user for missing input, and do nothing during a
+  // build.
   ConfigurationList Configurations() { return options.ReadConfigurations(); }
   void ChooseConfiguration(const QString& name);
   void AddConfiguration();
-  // For a menu; they know what they would change.
+  // Actions for a menu; their texts name the option that they would change.
   QAction* UndoAction() { return &undo; }
   QAction* RedoAction() { return &redo; }
   OptionsGrid& Grid() { return *grid; }
-  // How columns and help share the room, for the next run.
+  // Stores the column widths and the height of the help, for the next run.
   void KeepLayout() const;
-  // Back to how they first do.
+  // Restores the default layout.
   void ResetLayout();
 
  protected:
-  // Undo, redo and search mean the options while the keyboard is here, whatever a menu has them
-  // for.
+  // Overrides menu shortcuts: undo, redo and search refer to the options while the window has the
+  // focus.
   bool event(QEvent* event) override;
   void showEvent(QShowEvent* event) override;
   bool eventFilter(QObject* object, QEvent* event) override;
@@ -83,13 +83,13 @@ class OptionsWindow : public QWidget {
 
   NodeOptions options;
   OptionSheet sheet;
-  std::string mark;       // of what the sheet was read from
-  std::string chosenSet;  // that the user wants to see, where the node has it
+  std::string mark;       // NodeOptions::ReadMark of the sheet
+  std::string chosenSet;  // selected by the user; used if the node has it
   std::set<std::string> collapsed;
   std::string currentKey;
   std::int32_t switchCount = 0;
   bool isBuilding = false;
-  bool isRestoring = false;  // of the view, which is no choice of the user's
+  bool isRestoring = false;  // changes of the view are not made by the user
   QTimer refreshTimer;
 
   QAction undo, redo, find, resetOne, resetAll, copyName, explain;

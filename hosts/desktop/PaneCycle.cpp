@@ -20,7 +20,7 @@ bool TakesKeyboard(const QWidget& widget) {
   return widget.isVisible() && widget.isEnabled() && (widget.focusPolicy() & Qt::TabFocus) != 0;
 }
 
-// What the tabulator key comes to first in it; null for nothing.
+// Returns the first widget in tab order inside the pane; nullptr if there is none.
 QWidget* FirstIn(QWidget& pane) {
   for (QWidget* each = pane.nextInFocusChain(); each != &pane; each = each->nextInFocusChain()) {
     if (Holds(pane, each) && TakesKeyboard(*each)) return each;
@@ -49,7 +49,7 @@ PaneCycle::PaneCycle(QMainWindow& mainWindow)
 std::vector<QWidget*> PaneCycle::Panes() const {
   std::vector<QWidget*> panes;
   for (QDockWidget* const dock : window.findChildren<QDockWidget*>()) {
-    // One behind another counts as shown, but has no place.
+    // A dock hidden behind a tab counts as visible, but has no visible region.
     if (dock->isVisible() && !dock->visibleRegion().isEmpty()) panes.push_back(dock);
   }
   std::sort(panes.begin(), panes.end(),
@@ -65,7 +65,7 @@ void PaneCycle::Step(int way) {
     return Holds(*pane, QApplication::focusWidget());
   });
   int from = static_cast<int>(here - panes.begin());
-  // From a tool bar it goes to an end of the row.
+  // Coming from a tool bar, start at one end of the row.
   if (here == panes.end()) from = way > 0 ? -1 : 0;
   Enter(*panes[static_cast<std::size_t>((from + way + count) % count)]);
 }

@@ -11,19 +11,19 @@ class QWidget;
 
 namespace tarn::host {
 
-// Leads the keyboard from one part of the main window to the next: the editors, the docks that are
-// seen, from left to right, and around again. A part gets it where it had it last. Borrows the
-// window, which owns the actions.
+// Moves the keyboard focus between the parts of the main window: the editors and the visible docks
+// from left to right, wrapping around. Each part restores the widget that had the focus last.
+// Borrows the window, which owns the actions.
 class PaneCycle {
   Q_DECLARE_TR_FUNCTIONS(PaneCycle)
 
  public:
   explicit PaneCycle(QMainWindow& mainWindow);
 
-  // For a menu; their keys work without one.
+  // Actions for a menu; their shortcuts work without one.
   QList<QAction*> Actions() const { return {next, previous}; }
 
-  // What has the keyboard among the editors; null when that is no matter.
+  // Returns the editor that should get the focus; nullptr if there is none.
   std::function<QWidget*()> editor;
 
  private:

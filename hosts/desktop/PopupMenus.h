@@ -10,14 +10,14 @@
 
 namespace tarn::host {
 
-// The popup menus that the server asks for by name, as its configuration file describes them.
+// The popup menus that the server requests by name, as defined in its configuration file.
 class PopupMenus {
  public:
-  // A file that can't be read has no menus.
+  // Loads the definitions; there are no menus if the file can't be read.
   void Load(FileSystem& files, const std::string& configFile);
   bool Has(const std::string& name) const { return Find(name) != nullptr; }
-  // Shows the menu and returns at once; the menu goes when it is closed. Nothing for a name that no
-  // menu has.
+  // Shows the menu and returns immediately; the menu is deleted when it is closed. No-op for an
+  // unknown name.
   void Show(const std::string& name, QPoint screen, const MenuCommands& commands,
             QWidget& parent) const;
 

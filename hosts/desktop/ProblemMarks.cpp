@@ -45,7 +45,7 @@ void ProblemMarks::Refresh() {
   }
 }
 
-// Only a file of the same name can be the same, so the disk is asked about few.
+// Only files with the same name can be identical, so few files have to be checked on disk.
 void ProblemMarks::Show(const std::map<std::string, Problems>& from, CodeEditor& editor) const {
   const std::string name = FileNameOf(editor.GetPath());
   const QFileInfo shown(ToQt(editor.GetPath()));

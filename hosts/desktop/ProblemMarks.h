@@ -15,29 +15,30 @@ namespace tarn::host {
 class CodeEditor;
 class EditorTabs;
 
-// Shows the problems of the last build in the editors of their files, in those that are opened
-// later as well. Borrows both; the editors tell it of new ones while it lives.
+// Shows the problems of the last build in the editors of their files, including editors opened
+// later. Borrows both arguments; registers a callback with the editors during its lifetime.
 class ProblemMarks {
  public:
   ProblemMarks(ProblemList& problemList, EditorTabs& editorTabs);
   ~ProblemMarks();
 
-  // What files in the log are relative to.
+  // Sets the base folder of relative paths in the log.
   void SetFolder(std::string projectFolder) { folder = std::move(projectFolder); }
-  // Shows what the log has since the last call; much of it in pieces, between other events.
+  // Shows the problems logged since the last call; a large log is processed in steps between other
+  // events.
   void Refresh();
 
  private:
   using Problems = std::vector<LineProblem>;
 
-  // Those of `from` that are about the file.
+  // Shows the problems in `from` that refer to the editor's file.
   void Show(const std::map<std::string, Problems>& from, CodeEditor& editor) const;
 
   ProblemList& list;
   EditorTabs& editors;
-  std::map<std::string, Problems> known;  // by the file as the log names it
+  std::map<std::string, Problems> known;  // by file name as in the log
   std::string folder;
-  std::size_t followed = 0;  // so many of the list are known
+  std::size_t followed = 0;  // number of processed list entries
   int logNumber = 0;
   QTimer later;
 };

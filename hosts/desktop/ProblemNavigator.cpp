@@ -13,7 +13,7 @@ namespace tarn::host {
 
 namespace {
 
-// Long enough to read a message of a compiler; the outcome of the build is below it.
+// Long enough to read a compiler's message; it covers the result of the build.
 constexpr int kMessageMs = 15000;
 
 }  // namespace
@@ -28,7 +28,7 @@ void ProblemNavigator::AddActions(QMenu& menu) {
                  [this] { WhenRead([this] { Step(false); }); });
 }
 
-// In pieces, between other events.
+// Reads the log in steps between other events, then runs the action.
 void ProblemNavigator::WhenRead(std::function<void()> action) {
   if (!problems.Follow(std::time(nullptr), ProblemList::kPiece)) return action();
   QTimer::singleShot(0, this,

@@ -12,8 +12,8 @@ class QStatusBar;
 
 namespace tarn::host {
 
-// Leads from one error or warning of the last build to the next, and says which of how many it is.
-// Borrows the bar.
+// Jumps to the next or previous error or warning of the last build, and shows its number and the
+// total. Borrows the status bar.
 class ProblemNavigator : public QObject {
   Q_DECLARE_TR_FUNCTIONS(ProblemNavigator)
 
@@ -23,11 +23,11 @@ class ProblemNavigator : public QObject {
   void AddActions(QMenu& menu);
   void SetProject(const std::string& path) { problems.SetProject(path); }
   ProblemList& GetList() { return problems; }
-  // The user has gone to a place by himself. Like a step, behind what a long log still has to be
-  // read.
+  // Records that the user has moved to a position. Like a step, this is deferred until a long log
+  // has been read.
   void GoTo(const std::string& file, int line);
 
-  // Shows a place.
+  // Opens a file at a line.
   std::function<void(const std::string& file, int line)> open;
 
  private:

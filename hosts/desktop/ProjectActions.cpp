@@ -30,7 +30,7 @@ void Warn(QWidget& window, const QString& text, const std::string& reason) {
                        reason.empty() ? text : text + "\n\n" + ToQt(reason));
 }
 
-// What went wrong below the file that it went wrong with.
+// Shows an error text below the file that it refers to.
 void Warn(QWidget& window, const Error& error) {
   if (error.place.empty()) {
     Warn(window, ToQt(error.text), {});
@@ -39,8 +39,8 @@ void Warn(QWidget& window, const Error& error) {
   }
 }
 
-// The right to change the files of a project, for as long as it lives: what was found in them stays
-// true until they are written.
+// Holds the edit lock of a project during its lifetime, so that the files found stay unchanged
+// until they are written.
 class EditRight {
  public:
   EditRight(InspectorDriver& inspectorDriver, const std::string& project)
@@ -63,14 +63,14 @@ class EditRight {
   bool isTaken = false;
 };
 
-// The next step for a menu; empty if there is none.
+// Returns the menu text of the next step; an empty string if there is none.
 QString TextOfStep(const std::deque<ProjectStep>& steps) {
   if (steps.empty()) return {};
   return ChangeText(SummarizeChanges(steps.back().changes)).replace(u'&', QStringLiteral("&&"));
 }
 
-// A file that the changes bring along must not be there already with another text: without a base
-// the two can't be merged.
+// Fails if a file that the changes would add already exists with a different content: without a
+// common base the two can't be merged.
 Status CheckNewFiles(const std::vector<FileText>& present, const FileChanges& changes) {
   std::string problems;
   for (const FileChange& each : changes) {
@@ -152,14 +152,14 @@ Status ProjectActions::Restore(const std::string& path, const std::vector<FileTe
   if (texts.empty()) return made;
   if (made) made = CheckNewFiles(history.GetFiles(), changes);
   if (made) made = history.Change(changes);
-  // With nothing else to lose, what doesn't fit is for the next save to merge.
+  // Nothing else is unsaved, so conflicting changes can be staged for the next save to merge.
   if (made || HasUnsaved()) return made;
   made = OpenStaged(path, texts, bases);
   if (made) history.Add(changes);
   return made;
 }
 
-// Opens the project with these texts in place of its files, which stay as they are.
+// Opens the project with these texts in place of its files, which are not modified.
 Status ProjectActions::OpenStaged(const std::string& path, const std::vector<FileText>& texts,
                                   const std::vector<FileText>& bases) {
   const Status opened = runner.OpenWithChanges(path, JoinFileTexts(texts), JoinFileTexts(bases));
@@ -194,8 +194,8 @@ void ProjectActions::Choose() {
   if (!chosen.isEmpty()) Open(FromQt(chosen));
 }
 
-// Tells why a project can't be opened. If one of its applications is missing, it can be looked for;
-// returns whether that was found, and the project is open with that correction, which is not saved.
+// Shows why a project can't be opened. If an application file is missing, offers to locate it.
+// Returns true if it was found and the project is open with the correction, which is not saved yet.
 bool ProjectActions::OffersToRelocate(const std::string& path, const std::string& reason) {
   const QString text = tr("%1 can't be opened.").arg(ToQt(path));
   Relocation moves(files, path);
@@ -216,7 +216,7 @@ bool ProjectActions::OffersToRelocate(const std::string& path, const std::string
     if (auto disk = files.ReadWholeFile(each.path)) bases.push_back({each.path, std::move(*disk)});
   }
   if (OpenStaged(path, dialog.GetTexts(), bases)) {
-    // Before the step, the project had no file where the application is now.
+    // Before this step, the project had no file at the application's new path.
     std::erase_if(bases, [&moves](const FileText& base) {
       return std::ranges::any_of(moves.GetFound(), [&base](const MovedPath& each) {
         return each.kind == MovedPath::Kind::Application && each.newPath == base.path;
@@ -225,7 +225,7 @@ bool ProjectActions::OffersToRelocate(const std::string& path, const std::string
     history.Add(FindChanges(bases, dialog.GetTexts()));
     return true;
   }
-  // Something else is still missing. What was found must not be looked for again.
+  // Something else is still missing. Write the corrections, so that they needn't be made again.
   const Status written = files.WriteFiles(AsBytes(dialog.GetTexts()));
   if (!written) Warn(window, written.GetError());
   return written && Load(path);
@@ -243,18 +243,19 @@ void ProjectActions::Relocate() {
   if (const Status done = history.Change(changes); !done) Warn(window, done.GetError());
 }
 
-// The server closes the project first, so that the wizard can only make another one.
+// The server closes the project first, so the wizard always creates a new one.
 void ProjectActions::New() {
   if (!IsFree() || !MayClose()) return;
   const std::string before = runner.GetProjectPath();
   if (session.Manager().ProjectNew() != 0) {
     RecentProjects::NoteNew(session.GetProjectPath());
-    // Its files are complete with the first save.
+    // The first save completes the files of the new project.
     QTimer::singleShot(0, this, [this] { SaveAll(); });
     return;
   }
   if (before.empty()) return;
-  // Behind the news of the project that stands in for none, with the texts that are not saved.
+  // Deferred until after the notification of the placeholder project, so that unsaved texts are
+  // kept.
   QTimer::singleShot(0, this, [this, before] { Load(before); });
 }
 
@@ -274,7 +275,7 @@ void ProjectActions::OpenExample(const Example& example) {
 }
 
 void ProjectActions::SaveAll() {
-  // What can't be saved of the texts is told, and holds up nothing else.
+  // A text that can't be saved is reported and doesn't prevent saving the others.
   static_cast<void>(editors.SaveAll());
   if (!HasUnsaved() || !damage.MayGoOn()) return;
   history.Note();
@@ -297,7 +298,7 @@ bool ProjectActions::Leave() {
   return true;
 }
 
-// The server saves without a word, and says in its log where it has put what it couldn't save.
+// The server reports nothing when it saves; its log names the backups of what couldn't be saved.
 void ProjectActions::TellWhatIsNotSaved(const SaveReport& report) {
   std::string reasons;
   for (const std::string& line : report.problems) {
@@ -321,7 +322,7 @@ void ProjectActions::AddOpening(QMenu& menu) {
   const auto tell = [this] {
     if (onRecentChanged) onRecentChanged();
   };
-  // Later: its own entry that clears the list hears of the click behind this.
+  // Queued, because the entry that clears the list processes its click after this signal.
   connect(recent, &QMenu::triggered, this, tell, Qt::QueuedConnection);
 }
 
@@ -343,7 +344,7 @@ void ProjectActions::AddHistory(QMenu& menu) {
     undo->setText(back.isEmpty() ? tr("Undo project change") : tr("Undo: %1").arg(back));
     redo->setText(on.isEmpty() ? tr("Redo project change") : tr("Redo: %1").arg(on));
   });
-  // Else the keys would be dead once they were looked up in vain.
+  // Otherwise the shortcuts would stay disabled after having been disabled once.
   connect(&menu, &QMenu::aboutToHide, this, [undo, redo] {
     undo->setEnabled(true);
     redo->setEnabled(true);
@@ -352,21 +353,21 @@ void ProjectActions::AddHistory(QMenu& menu) {
 
 void ProjectActions::Follow() {
   const std::string path = runner.GetProjectPath();
-  // Its files are what they were.
+  // Its files are the same.
   if (isApplying) return;
-  // Commands of the server make new projects as well.
+  // Commands of the server create projects as well.
   session.Inspector().SetNewProjectFolder(FromQt(RecentProjects::GetNewFolder()));
   banner.hide();
   damage.Follow();
   saves.Show(session.TakeSaveReport());
   watch.Follow(path);
-  // The steps stay: what another program has changed since is merged with what they take back.
+  // The steps are kept: undo merges with changes that another program has made since.
   history.Refresh();
   if (path == editorsProject) return;
   trust.Hide();
   history.Clear();
   KeepEditors();
-  // What is not saved stays, unless the user has been asked for it.
+  // Unsaved texts stay open, unless the user has agreed to discard them.
   editors.CloseAll(!isDiscarding);
   editorsProject = path;
   if (path.empty()) return;
@@ -409,7 +410,7 @@ Status ProjectActions::TakeFromDisk() {
   const bool hadUnsaved = HasUnsaved();
   session.Inspector().DropChanges();
   Status taken = runner.ReopenWith({});
-  // The steps led to what was dropped.
+  // The steps referred to the discarded changes.
   if (taken && hadUnsaved) history.Clear();
   return taken;
 }

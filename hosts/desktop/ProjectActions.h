@@ -24,11 +24,11 @@ class Banner;
 class EditorTabs;
 struct Example;
 
-// What the user does with the project as a whole: opens, makes, saves and leaves one, goes back in
-// its changes, and decides when another program has written its files. The editors go with it, and
-// what can't be done is told to the user.
+// The user's actions on the project as a whole: open, create, save and close it, undo changes, and
+// decide what happens when another program has written its files. The editors are opened and closed
+// with the project, and the user is informed of errors.
 //
-// Borrows everything; `window` is where it asks. On the frame's thread.
+// Borrows everything; `window` is the parent of dialogs. Main thread only.
 class ProjectActions : public QObject {
   Q_DECLARE_TR_FUNCTIONS(ProjectActions)
 
@@ -37,54 +37,54 @@ class ProjectActions : public QObject {
                  CommandRunner& commandRunner, EditorTabs& editorTabs, Banner& projectBanner,
                  Banner& damageBanner, Banner& trustBanner, Banner& saveBanner);
 
-  // Another project takes the place of this one.
+  // Opens a project in place of the current one.
   void Open(const std::string& path);
-  // Returns whether the project with this path may take the place of the open one without a word
-  // about it later: the user agrees that changes of the open one are saved for that.
+  // Returns true if the project with this path may replace the open one without further questions:
+  // the user agrees that changes of the open one are saved.
   bool MayReplaceWith(const std::string& path);
-  // Opens the project, unless it is open, and makes changes to it that were never saved, in memory
-  // and as one step: `bases` are its files as they were without the changes, `texts` with them.
-  // Without texts it is just opened. If the error's code is Changed, the project is open without
-  // these changes: they don't fit to what was changed since, one reason a line.
+  // Opens the project, unless it is already open, and applies unsaved changes to it, in memory and
+  // as one undo step: `bases` are its files without the changes, `texts` with them. If there are no
+  // texts, the project is just opened. If the error's code is Changed, the project is open without
+  // these changes, because they conflict with later ones; the text has one reason per line.
   Status Restore(const std::string& path, const std::vector<FileText>& texts,
                  const std::vector<FileText>& bases);
   void Choose();
   void New();
   void OpenExample(const Example& example);
-  // Lets the user find files that are missing, and corrects the project in one step.
+  // Lets the user locate missing files, and corrects the project in one step.
   void Relocate();
-  // The texts in the editors, and the project itself.
+  // Saves the texts in the editors and the project itself.
   void SaveAll();
-  // For the end of the program: the project goes, with its editors kept for the next time. False
-  // when the server keeps it, as while somebody else's build runs.
+  // Closes the project at the end of the program and stores the open editors for the next start.
+  // Returns false if the server refuses, as during a build started elsewhere.
   bool Leave();
 
-  // Entries for a menu.
+  // Add entries to a menu.
   void AddOpening(QMenu& menu);
   void AddHistory(QMenu& menu);
 
-  // The server has another project, none, or this one anew.
+  // Call this when the server has opened a different project, closed one, or reloaded the same one.
   void Follow();
-  // Takes what has changed in the meantime as a step to go back to; to be called now and then.
+  // Records changes as an undo step; to be called periodically.
   void Note();
-  // Looks for what other programs have written; for the time when the window comes to the front.
+  // Checks for files written by other programs; call this when the window is activated.
   void Look() { watch.Look(); }
-  // Returns whether the project may be built and written; asks if it was read only in part.
+  // Returns true if the project may be built and saved; asks the user if it is damaged.
   bool MayChange() { return damage.MayGoOn(); }
-  // A build has ended: asks for trust if it was refused something for lack of it.
+  // Call this after a build: asks for trust if something was refused for lack of it.
   void AskForTrust() { trust.Follow(); }
-  // Something has changed since it was opened or saved.
+  // Returns true if the project has changed since it was opened or saved.
   bool HasUnsaved();
-  // Stores which files are open, for the next time.
+  // Stores which files are open, for the next start.
   void KeepEditors();
 
-  // The list of recent projects has changed.
+  // Called when the list of recent projects has changed.
   std::function<void()> onRecentChanged;
-  // The user wants to see a file that a save has kept.
+  // Called when the user wants to see a backup made by a save.
   std::function<void(const std::string& path)> onShowFile;
 
  private:
-  // False while a build runs, which the user has been told.
+  // Returns false during a build, after informing the user.
   bool IsFree();
   bool MayClose() { return !HasUnsaved() || damage.MayClose(); }
   bool Load(const std::string& path);
@@ -108,9 +108,9 @@ class ProjectActions : public QObject {
   SaveNotice saves;
   ProjectHistory history;
   ProjectWatch watch;
-  std::string editorsProject;  // whose files the editors show; empty for none
-  bool isDiscarding = false;   // texts that are not saved may go with their project
-  bool isApplying = false;     // the project is read again, from memory
+  std::string editorsProject;  // project of the files in the editors; empty if none
+  bool isDiscarding = false;   // unsaved texts may be closed with their project
+  bool isApplying = false;     // the project is being reloaded from memory
 };
 
 }  // namespace tarn::host

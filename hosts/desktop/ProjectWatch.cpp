@@ -17,7 +17,7 @@ void ProjectWatch::Follow(const std::string& projectPath) {
   const auto text = files.ReadWholeFile(projectPath);
   if (!projectPath.empty() && text) {
     known[projectPath] = HashBytes(*text);
-    // The applications have files of their own.
+    // Applications are stored in separate files.
     const auto root = ParseXml(*text);
     for (const CXmlNode* child : root ? root->GetChildren() : std::vector<CXmlNode*>{}) {
       const std::string name = ToNativeSeparators(AttributeOf(child, "Extern"));

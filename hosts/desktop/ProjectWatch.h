@@ -13,25 +13,26 @@
 
 namespace tarn::host {
 
-// Notices when somebody else writes the files of the open project, which the server itself does
-// only while it closes one.
+// Detects when another program writes the files of the open project, which the server itself checks
+// only when it closes a project.
 class ProjectWatch : public QObject {
  public:
   ProjectWatch(FileSystem& fileSystem, QObject* parent);
 
-  // The project has just been opened; an empty path for none. Also to take what is on the disk for
-  // known.
+  // Call this after a project was opened (an empty path means none), or to accept the current files
+  // on disk.
   void Follow(const std::string& projectPath);
-  // The project was opened with these versions of its files: others on the disk count as changed.
+  // Call this if the project was opened with these versions of its files: different content on disk
+  // counts as changed.
   void Expect(const std::vector<FileText>& versions);
-  // These belong to the project by now; those among them that are on the disk are followed, too.
+  // Adds files that now belong to the project; those that exist on disk are watched, too.
   void Include(const std::vector<FileText>& projectFiles);
-  // Looks now; for the time when the window comes to the front.
+  // Checks immediately; call this when the window is activated.
   void Look();
-  // The files that are others than those that were opened, as they are now; without those that
-  // are gone.
+  // Returns the current content of the files that differ from the opened versions, except for
+  // deleted files.
   std::vector<FileText> GetChanged() const;
-  // All files as they are now, in the same way.
+  // Returns the current content of all files, except for deleted files.
   std::vector<FileText> GetPresent() const;
 
   std::function<void()> onChanged;
@@ -42,7 +43,7 @@ class ProjectWatch : public QObject {
 
   FileSystem& files;
   FileWatch watch;
-  std::map<std::string, std::uint64_t> known;  // path -> hash of the bytes
+  std::map<std::string, std::uint64_t> known;  // path -> hash of the content
 };
 
 }  // namespace tarn::host

@@ -16,7 +16,7 @@ constexpr qsizetype kMost = 10;
 constexpr const char* kListKey = "recent/projects";
 constexpr const char* kNewFolderKey = "recent/newProjectFolder";
 
-// A path may hold what keys of settings can't.
+// Hashed, because a path may contain characters that are invalid in settings keys.
 QString EditorsKey(const QString& path) {
   const QByteArray hash = QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha1);
   return "editors/" + QString::fromLatin1(hash.toHex());
@@ -74,7 +74,7 @@ QString RecentProjects::GetNewFolder() {
   return (QFileInfo(documents).isDir() ? documents : QDir::homePath()) + "/Tarn";
 }
 
-// The next one goes beside a project that has a folder of its own name.
+// If the project has a folder of the same name, the next project is placed next to that folder.
 void RecentProjects::NoteNew(const std::string& path) {
   const QFileInfo file(ToQt(path));
   QDir folder = file.dir();

@@ -5,25 +5,25 @@
 
 namespace tarn::host {
 
-// The projects that were open last, and what was open of each, in the desktop's settings. Nothing
-// is kept here, so that two windows know of each other's.
+// Recent projects and their open files, in the desktop settings. Nothing is cached, so that several
+// windows share the list.
 class RecentProjects {
  public:
-  // The last one first, ten at most.
+  // Most recent first, at most ten.
   static QStringList List();
   static void Note(const std::string& path);
-  // Forgets a project, or all, with what was open of it.
+  // Remove one project or all, including their open files.
   static void Remove(const QString& path);
   static void Clear();
 
-  // What stood in the editors when the project was closed, in the form of EditorTabs::Describe.
+  // Files in the editors when the project was closed, in the format of EditorTabs::Describe.
   static QStringList EditorsOf(const std::string& path);
   static void KeepEditors(const std::string& path, const QStringList& editors);
 
-  // The folder to propose for a new project: where the last one was made, or at first a folder for
-  // projects among the user's documents. It need not exist.
+  // Returns the default folder for a new project: that of the last created one, initially a folder
+  // for projects below the user's documents. It need not exist.
   static QString GetNewFolder();
-  // A project has been made; `path` is its file.
+  // Records that a project was created; `path` is its file.
   static void NoteNew(const std::string& path);
 };
 

@@ -11,15 +11,15 @@ class QTreeWidget;
 
 namespace tarn::host {
 
-// Lists what a journal holds, and asks what is to become of it. Closing the dialog leaves the
-// journal as it is.
+// Lists the content of a journal and asks the user what to do with it. Closing the dialog leaves
+// the journal unchanged.
 class RecoveryDialog : public QDialog {
   Q_DECLARE_TR_FUNCTIONS(RecoveryDialog)
 
  public:
   RecoveryDialog(const JournalReading& reading, FileSystem& fileSystem, QWidget* parent);
 
-  // Called once; later the dialog is gone.
+  // Exactly one of these is called, once; afterwards the dialog is deleted.
   std::function<void()> onRestore;
   std::function<void()> onDiscard;
   std::function<void()> onLater;

@@ -28,7 +28,7 @@ constexpr int kColumnGap = 16;
 constexpr int kMissing = 0;
 constexpr int kFound = 1;
 constexpr int kWhere = 2;
-// What the first of them holds beside its text.
+// Data roles of the first column.
 constexpr int kOldPath = Qt::UserRole;
 constexpr int kNewPath = Qt::UserRole + 1;
 
@@ -142,7 +142,7 @@ void RelocateDialog::Fill() {
 
 void RelocateDialog::AddRow(const MovedPath& moved) {
   auto* const item = new QTreeWidgetItem(list_);
-  // All as high as those with a choice.
+  // All rows get the height of those with a combo box.
   item->setSizeHint(kWhere, QSize(0, rowHeight_));
   item->setText(kMissing, Shown(moved.oldPath));
   item->setToolTip(kMissing, ToQt(moved.oldPath));
@@ -197,7 +197,7 @@ void RelocateDialog::OnChecked(QTreeWidgetItem* item) {
   Choose(FromQt(item->data(kMissing, kOldPath).toString()), FromQt(path));
 }
 
-// Later: the list is made again, and the sender is in it.
+// Deferred: the sender is a widget in the list, which is re-created.
 void RelocateDialog::Choose(const std::string& oldPath, const std::string& newPath) {
   moves_.Choose(oldPath, newPath);
   QTimer::singleShot(0, this, [this] { Update(); });

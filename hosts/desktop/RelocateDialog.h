@@ -16,17 +16,18 @@ class QTreeWidgetItem;
 
 namespace tarn::host {
 
-// Shows the files of a project that are missing, and where they seem to be: the user chooses the
-// folder to search, leaves out what isn't right, and picks one of several. The search goes on in
-// pieces, so that the window never waits for a large folder. Accepted, GetTexts() has the corrected
-// files of the project. Borrows the relocation.
+// Shows the missing files of a project and their probable new paths: the user chooses the folder to
+// search, excludes wrong matches, and selects one of several candidates. The search runs in steps,
+// so that the window stays responsive even for a large folder. After the dialog was accepted,
+// GetTexts() returns the corrected files of the project. Borrows the relocation.
 class RelocateDialog : public QDialog {
   Q_DECLARE_TR_FUNCTIONS(RelocateDialog)
 
  public:
-  // `projectFolder` is the first one to search; paths inside are shown as seen from there.
+  // `projectFolder` is searched first; paths inside are shown relative to it.
   RelocateDialog(Relocation& moves, const std::string& projectFolder, QWidget* parent);
 
+  // The corrected files; empty unless the dialog was accepted.
   const std::vector<FileText>& GetTexts() const { return texts_; }
 
  private:

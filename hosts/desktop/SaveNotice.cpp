@@ -19,7 +19,7 @@ namespace {
 
 constexpr QSize kFirstSize{680, 320};
 constexpr int kCopyRole = Qt::UserRole;
-// More than these would fill the banner; the list has all.
+// More links would not fit the banner; the list contains all.
 constexpr int kMostLinks = 3;
 
 QString NameOf(const std::string& path) {
@@ -56,7 +56,7 @@ void SaveNotice::Show(const SaveReport& report) {
   if (isNew || banner_.isHidden()) Tell();
 }
 
-// What the files held that were replaced, or are in conflict; each once.
+// Returns the copies of replaced or conflicting files, without duplicates.
 std::vector<std::string> SaveNotice::ListCopies() const {
   std::vector<std::string> copies;
   const auto add = [&copies](const std::string& copy) {
@@ -68,7 +68,7 @@ std::vector<std::string> SaveNotice::ListCopies() const {
   return copies;
 }
 
-// Ends with a colon if the names of copies follow.
+// Returns a text that ends with a colon if names of copies follow.
 QString SaveNotice::Describe(bool hasCopies) const {
   std::set<std::string> files;
   if (!shown_.conflicts.empty()) {

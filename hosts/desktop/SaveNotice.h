@@ -13,24 +13,24 @@ namespace tarn::host {
 
 class Banner;
 
-// Shows what a save made of files that another program had changed since they were read: what was
-// merged, what is in conflict, and where the other version is. The banner stays until the user
-// hides it, also if the next save has nothing to say.
+// Shows the result of a save for files that another program had changed since they were read:
+// merged changes, conflicts, and the location of the other version. The banner stays until the user
+// hides it, even if the next save has nothing to report.
 //
-// Borrows everything; `window` is the parent of the list. On the main thread.
+// Borrows everything; `window` is the parent of the list. Main thread only.
 class SaveNotice {
   Q_DECLARE_TR_FUNCTIONS(SaveNotice)
 
  public:
   SaveNotice(QWidget& parentWindow, Banner& saveBanner);
 
-  // Nothing changes if there is nothing to say.
+  // Shows a report; no-op if it is empty.
   void Show(const SaveReport& report);
-  // For a window that is about to close: shows the list, and waits until the user has seen it.
-  // Returns at once if there are no conflicts.
+  // Call this before a window is closed: shows the list as a modal dialog. Returns immediately if
+  // there are no conflicts.
   void ShowConflictsNow(const SaveReport& report);
 
-  // The user wants to see a copy that was kept.
+  // Called when the user wants to see a backup copy.
   std::function<void(const std::string& path)> onShowFile;
 
  private:
@@ -42,7 +42,7 @@ class SaveNotice {
 
   QWidget& window_;
   Banner& banner_;
-  SaveReport shown_;  // since the user has hidden the banner
+  SaveReport shown_;  // accumulated since the user hid the banner
 };
 
 }  // namespace tarn::host

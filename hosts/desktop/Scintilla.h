@@ -1,6 +1,6 @@
 #pragma once
 
-// The editor component, whose headers use two words that are plain names everywhere else.
+// The editor component. Its headers use two identifiers that the toolkit defines as macros.
 #include <QObject>
 #define signals Q_SIGNALS
 #define slots Q_SLOTS

@@ -27,7 +27,7 @@ void SearchField::SetTone() {
   QColor tone = palette().color(QPalette::Text);
   tone.setAlphaF(kTone);
   if (palette().color(QPalette::PlaceholderText) == tone) return;
-  // Nothing but this one, so that the others follow the desktop.
+  // Only this role is set, so that all others follow the desktop's palette.
   QPalette own;
   own.setColor(QPalette::PlaceholderText, tone);
   setPalette(own);

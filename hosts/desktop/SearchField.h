@@ -4,8 +4,8 @@
 
 namespace tarn::host {
 
-// A field whose purpose is written in it while it is empty, in a tone that can be read on any
-// palette: the desktop's own for that is often too faint.
+// Search field with placeholder text in a colour that is readable on any palette; the desktop's
+// default is often too faint.
 class SearchField : public QLineEdit {
  public:
   SearchField(const QString& purpose, QWidget* parent);

@@ -20,7 +20,8 @@ namespace {
 constexpr std::uint32_t kFirstServerCommand = 32772;
 constexpr std::uint32_t kFirstCommonCommand = 57601;
 
-// Where a shortcut works: in an editor some keys mean the text. The tree knows some keys by itself.
+// Scope of a shortcut. In an editor some keys have a different meaning; the tree handles some keys
+// by itself.
 enum class Reach { Window, Tree, TreeItself };
 
 struct Shortcut {
@@ -29,7 +30,7 @@ struct Shortcut {
   Reach reach;
 };
 
-// By which the commands are known in most environments.
+// The usual shortcuts for these commands.
 constexpr Shortcut kShortcuts[] = {
     {kCmdBuildAll, "F7", Reach::Window},
     {kCmdRebuildAll, "Ctrl+Alt+F7", Reach::Window},
@@ -89,7 +90,7 @@ void FillConfigurations(QMenu& menu, const MenuCommands& commands) {
   menu.menuAction()->setEnabled(!menu.isEmpty());
 }
 
-// The entries that stand for a list have it below them, made anew whenever it can be seen.
+// Entries that represent a list have it as a submenu, which is rebuilt each time it is shown.
 using FillList = void (*)(QMenu& menu, const MenuCommands& commands);
 FillList ListOf(std::uint32_t command) {
   if (command == kCmdToolList) return FillTools;
@@ -134,8 +135,8 @@ void Fill(QMenu& menu, const CXmlNode& description, const MenuCommands& commands
   }
   QObject::connect(&menu, &QMenu::aboutToShow, &menu,
                    [&menu, commands] { Refresh(menu.actions(), commands); });
-  // A key finds a disabled entry dead, so they are all alive while the menu is closed; what can't
-  // be done is refused when it comes to it.
+  // A shortcut doesn't trigger a disabled action, so all actions are enabled while the menu is
+  // closed; commands that are currently impossible are refused on execution.
   QObject::connect(&menu, &QMenu::aboutToHide, &menu, [&menu] {
     for (QAction* const action : menu.actions()) action->setEnabled(true);
   });

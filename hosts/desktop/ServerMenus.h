@@ -15,7 +15,7 @@ class CXmlNode;
 
 namespace tarn::host {
 
-// A tool that fits the current node.
+// A tool that accepts the current node.
 struct ToolEntry {
   std::uint32_t command = 0;
   std::string name;
@@ -26,31 +26,31 @@ struct ConfigurationEntry {
   bool isInForce = false;
 };
 
-// Makes menus and tool bars from the descriptions that the server sends: an element whose elements
-// are the entries, one with elements of its own being a menu again. The entries ask whether they
-// are enabled whenever they are shown.
+// Callbacks and data for menus and tool bars. These are created from XML descriptions sent by the
+// server: the children of an element are its entries, and an entry with children is a submenu.
+// Enabled states are queried each time entries are shown.
 struct MenuCommands {
   std::function<bool(std::uint32_t command)> isEnabled;
   std::function<void(std::uint32_t command)> run;
-  std::function<std::vector<ToolEntry>()> listTools;  // for the entry that stands for all of them
-  // For the entry that stands for all of them.
+  std::function<std::vector<ToolEntry>()> listTools;  // for the entry that lists tools
+  // For the entry that lists configurations.
   std::function<std::vector<ConfigurationEntry>()> listConfigurations;
   std::function<void(const std::string& name)> chooseConfiguration;
-  std::string pictureFolder;  // which the entries' pictures are named from
+  std::string pictureFolder;  // base folder of the entries' icon names
 };
 
-// The server's answer to the question for them.
+// Parses the server's list of tools.
 std::vector<ToolEntry> ReadToolEntries(const std::string& xml);
 
-// Shortcuts work in menus of the menu bar; others just show them.
-
-// `parent` owns the menu. A description that can't be read gives an empty one.
+// Creates a menu from its description; an invalid one results in an empty menu. `parent` owns the
+// menu. Shortcuts are active in menus of the menu bar; in popup menus they are only displayed.
 QMenu* MakeServerMenu(const std::string& xml, const MenuCommands& commands, QWidget& parent);
 QMenu* MakeServerMenu(const CXmlNode& description, const MenuCommands& commands, QWidget& parent);
-// What works by key while the window of the tree has the keyboard.
+// Adds the shortcuts that work while the tree has the keyboard focus.
 void AddTreeShortcuts(QWidget& tree, const MenuCommands& commands);
 void FillServerToolBar(QToolBar& bar, const std::string& xml, const MenuCommands& commands);
-// Buttons of a tool bar are always seen, so their states are to be refreshed now and then.
+// Updates the enabled states of the buttons; call this periodically, because they are always
+// visible.
 void RefreshServerToolBar(QToolBar& bar, const MenuCommands& commands);
 
 }  // namespace tarn::host

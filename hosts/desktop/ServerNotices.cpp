@@ -23,7 +23,7 @@ QString NameOf(const std::string& path) {
   return QFileInfo(ToQt(path)).fileName();
 }
 
-// Read as text here; all else has a program of its own on the desktop.
+// Shown as text in an editor; all other types are opened by the desktop.
 bool IsText(const QString& path) {
   const QString extension = QFileInfo(path).suffix().toLower();
   return extension.isEmpty() || extension == "txt" || extension == "md";
@@ -52,7 +52,8 @@ void ServerNotices::Answer(std::uint32_t number, std::function<void(const HostEv
 void ServerNotices::AnswerMessages() {
   for (const std::uint32_t number : {kMsgApplicationActivated, kMsgApplicationKnown}) {
     Answer(number, [this, number](const HostEvent& event) {
-      // All applications of a project become known; the first is active until told otherwise.
+      // There is a message for each application of a project; the first one is active until
+      // reported otherwise.
       if (number == kMsgApplicationKnown && !application.isEmpty()) return;
       application = QFileInfo(ToQt(event.text)).completeBaseName();
       applicationFile = NameOf(event.text);
@@ -77,7 +78,7 @@ void ServerNotices::AnswerMessages() {
     bar.showMessage(tr("The new application is ready to be built"), kNoticeMs);
   });
   Answer(kMsgShowHelp, [this](const HostEvent& event) {
-    // Later: the sender is one of the server's windows in the middle of a click.
+    // Deferred: the sender is one of the server's windows in the middle of a click.
     QTimer::singleShot(0, this, [this, path = event.text] { ShowHelp(path); });
   });
   Answer(kMsgShowTimeStamps, [this](const HostEvent& event) {
@@ -87,7 +88,7 @@ void ServerNotices::AnswerMessages() {
   });
 }
 
-// Only a file of this machine: an address out of a tool's message is nothing to be followed.
+// Opens only local files: a URL in a tool's message must not be followed.
 void ServerNotices::ShowHelp(const std::string& path) {
   const QFileInfo file(ToQt(files.NameOnDisk(path)));
   if (IsText(file.filePath()) && openText) {

@@ -14,10 +14,10 @@ class QStatusBar;
 
 namespace tarn::host {
 
-// Shows what the server tells in passing: which node, application and configuration the commands
-// work on, what has become out of date, what was created, help files and time stamps of messages.
+// Shows notifications of the server in the status bar: the current node, application and
+// configuration, outdated and newly created files, help files and time stamps of messages.
 //
-// Answers these messages of the frame while it lives; borrows all that it is given.
+// Handles these messages of the frame during its lifetime; borrows all arguments.
 class ServerNotices : public QObject {
   Q_DECLARE_TR_FUNCTIONS(ServerNotices)
 
@@ -25,16 +25,17 @@ class ServerNotices : public QObject {
   ServerNotices(MainFrame& mainFrame, FileSystem& fileSystem, QStatusBar& statusBar);
   ~ServerNotices() override;
 
-  // The label of the current node, if set: what belongs to no file is told without a name.
+  // Returns the label of the current node, used for nodes without a file; may be empty.
   std::function<std::string()> askLabel;
-  // Behind each message about the node or the application, if set: commands may be enabled now.
+  // Called after each message about the node or the application, because enabled commands may have
+  // changed; may be empty.
   std::function<void()> onSelectionChanged;
-  // A help file that is to be read here, if set; others go to the desktop.
+  // Opens a help file in an editor; may be empty. Other files are opened by the desktop.
   std::function<void(const std::string& path)> openText;
-  // While this says so, if set, the bar shows how a build goes, and what that makes out of date
-  // isn't told.
+  // Returns true during a build; may be empty. The status bar then shows its progress, and outdated
+  // files are not reported.
   std::function<bool()> isBuilding;
-  // Another project: nothing is known of its applications yet.
+  // Call this for a different project: clears what is known of the previous one's applications.
   void Forget();
 
  private:

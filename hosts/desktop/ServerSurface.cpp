@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kProjectWindow = 4003;
 constexpr int kLogWindow = 4004;
-// The log's popup menu goes by the number of its window.
+// The log's popup menu is named by its window id.
 constexpr const char* kLogPopup = "4004";
 constexpr int kFirstTreeWidth = 280;
 constexpr int kFirstOutputHeight = 220;
@@ -45,7 +45,7 @@ ServerSurface::ServerSurface(QMainWindow& mainWindow, MainFrame& mainFrame,
   answer(kMsgCreateToolbar, [this](const HostEvent& event) { AddToolBar(event.detail); });
   answer(kMsgShowPopupMenu, [this](const HostEvent& event) {
     const auto& place = *reinterpret_cast<const Point*>(event.wParam);
-    // Later: a menu would go with a mouse press that is still under way.
+    // Deferred: a menu would be closed by the mouse press that is still in progress.
     QTimer::singleShot(0, &window, [this, screen = QPoint(place.x, place.y), name = event.detail] {
       ShowPopup(name, screen);
     });
@@ -73,12 +73,13 @@ void ServerSurface::AddDock(const HostEvent& announcement) {
   if (widget == nullptr) return;
   const auto element = ParseXml(announcement.detail);
   const QString id = ToQt(AttributeOf(element.get(), "ID"));
-  // Announced whenever somebody asks for the window, a script for example.
+  // Announced again each time the window is requested, for example by a script.
   if (window.findChild<QDockWidget*>("dock" + id) != nullptr) return;
   auto* const dock = new QDockWidget(ToQt(AttributeOf(element.get(), "Title")), &window);
   dock->setObjectName("dock" + id);
   dock->setWidget(widget);
-  // What takes the keyboard in it goes by its name, and gets the keyboard that the window is given.
+  // The focusable view gets the dock's title as accessible name, and receives the focus set on the
+  // window.
   for (auto* const view : dock->findChildren<QAbstractScrollArea*>()) {
     if (view->accessibleName().isEmpty()) view->setAccessibleName(dock->windowTitle());
     if (widget->focusProxy() == nullptr) widget->setFocusProxy(view);
@@ -113,7 +114,7 @@ void ServerSurface::AddTree(QDockWidget& dock, QWidget& tree) {
 
 void ServerSurface::AddToolBar(const std::string& xml) {
   QToolBar* const bar = window.addToolBar(QString());
-  // The layout is kept by name.
+  // The layout is stored by object name.
   bar->setObjectName(toolBars.empty() ? QString("serverBar")
                                       : QString("serverBar%1").arg(toolBars.size() + 1));
   FillServerToolBar(*bar, xml, commands);
@@ -123,7 +124,7 @@ void ServerSurface::AddToolBar(const std::string& xml) {
 void ServerSurface::ShowPopup(const std::string& name, QPoint screen) {
   MenuCommands offered = commands;
   if (name == kLogPopup) {
-    // The log has its own idea of what is copied and cleared, and when.
+    // The log implements copy and clear by itself, with its own enabled states.
     const auto isLogs = [](std::uint32_t command) {
       return command >= kCmdClearLog && command <= kCmdCutLog;
     };

@@ -18,31 +18,33 @@ class QWidget;
 
 namespace tarn::host {
 
-// What the server shows in the main window: its windows in docks, its menus in the menu bar, its
-// tool bars, and the popup menus that it asks for.
+// The server's part of the main window: its windows in docks, its menus in the menu bar, its tool
+// bars, and the popup menus that it requests.
 //
-// Answers the frame's messages for them while it lives; borrows everything. On the frame's thread.
+// Handles the frame's messages for them during its lifetime; borrows everything. Main thread only.
 class ServerSurface {
   Q_DECLARE_TR_FUNCTIONS(ServerSurface)
 
  public:
-  // Menus and buttons give the commands of `menuCommands`.
+  // Menus and buttons execute the commands of `menuCommands`.
   ServerSurface(QMainWindow& mainWindow, MainFrame& mainFrame, const MenuCommands& menuCommands);
   ~ServerSurface();
   ServerSurface(const ServerSurface&) = delete;
   ServerSurface& operator=(const ServerSurface&) = delete;
 
-  // Gives the widget that stands in the dock of the project's tree, in which the tree has been put.
+  // Wraps the tree: returns the widget to put into the dock of the project's tree, which contains
+  // the tree.
   std::function<QWidget*(QWidget& tree)> onTree;
 
   void LoadPopups(FileSystem& files, const std::string& configFile) {
     popups.Load(files, configFile);
   }
-  // Buttons are always seen, so what they can do is to be asked for now and then.
+  // Updates the enabled states of the buttons; call this periodically, because they are always
+  // visible.
   void RefreshToolBars();
-  // With the keyboard in it.
+  // Shows the log and gives it the keyboard focus.
   void ShowLog();
-  // Puts a dock behind the others at the lower edge of the window, as a tab.
+  // Adds a dock as a tab to those at the lower edge of the window.
   void AddBottomDock(QDockWidget& dock);
 
  private:

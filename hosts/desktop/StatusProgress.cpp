@@ -12,7 +12,7 @@ namespace tarn::host {
 
 namespace {
 
-// A build may start hundreds of tools in a second, and nobody reads so many names.
+// A build may start hundreds of tools per second, too fast to be read.
 constexpr int kTickMs = 100;
 constexpr int kBarWidth = 160;
 
@@ -32,7 +32,7 @@ QString WordFor(BuildEnd end, const CommandRunner& runner) {
   return StatusProgress::tr("Build failed");
 }
 
-// What a build that has no file at work yet is doing.
+// Returns the text for a build that is not processing a file yet.
 QString TextOfStart(const CommandRunner& runner) {
   const QString holder = runner.GetLockHolder();
   if (!runner.IsWaiting()) return StatusProgress::tr("Building...");
@@ -57,7 +57,7 @@ StatusProgress::StatusProgress(CommandRunner& commands, QWidget* parent)
       bar(new QProgressBar(this)),
       clock(new QLabel(this)),
       stop(new QToolButton(this)) {
-  // A long path is cut rather than making the window wide.
+  // A long path is elided instead of widening the window.
   text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   text->setTextFormat(Qt::PlainText);
   outcome->setObjectName("buildOutcome");
@@ -130,7 +130,7 @@ void StatusProgress::ShowRunning() {
   }
   const int number = progress.GetNumber();
   const int total = progress.GetTotal();
-  // Without an end in sight the bar just shows that there is life.
+  // With an unknown total the bar only indicates activity.
   bar->setRange(0, total);
   bar->setValue(number > 0 ? number - 1 : 0);
   if (number == 0) {

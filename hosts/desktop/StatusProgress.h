@@ -14,8 +14,8 @@ class QToolButton;
 
 namespace tarn::host {
 
-// What a status bar says of builds: while one runs which of how many files is at work, for how
-// long, and a button that stops it; behind its end how it went, to be clicked for the log.
+// Build status in a status bar: during a build the number and name of the current file, the elapsed
+// time, and a button to stop; after its end the result, which opens the log when clicked.
 class StatusProgress : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(StatusProgress)
 
@@ -23,12 +23,14 @@ class StatusProgress : public QWidget {
   // Borrows the runner.
   StatusProgress(CommandRunner& commands, QWidget* parent);
 
-  // The runner has been asked for a build. Paths below the folder are shown without it.
+  // Call this when a build was requested. Paths below the folder are shown relative to it.
   void Begin(const QString& projectFolder);
+  // Shows the result of the build.
   void End(BuildEnd end);
-  // A text of its own, until the next build.
+  // Shows a text until the next build.
   void Say(const QString& text);
 
+  // Called when the user clicks the result.
   std::function<void()> onShowLog;
 
  private:

@@ -18,13 +18,13 @@ struct SearchHit {
   QString replacement;
 };
 
-// All places in a text, each with what a replacement would put there: `\1` to `\9` of the
-// replacement stand for what the groups of a regular expression have found, `\n` and `\t` for a
-// line end and a tab. Places without any character don't count.
+// All hits in a text, each with its replacement string: in the replacement, `\1` to `\9` stand for
+// the groups of a regular expression, `\n` and `\t` for a line end and a tab. Empty matches are
+// ignored.
 struct SearchResult {
   QList<SearchHit> hits;
-  bool isCut = false;  // there are more than were asked for
-  QString problem;     // what is wrong with the expression; empty when nothing is
+  bool isCut = false;  // there are more hits than requested
+  QString problem;     // error in the expression; empty if valid
 };
 SearchResult SearchText(const QString& text, const SearchOptions& options,
                         const QString& replacement, qsizetype most);

@@ -21,7 +21,7 @@ void Install(const QLocale& locale, const QString& name, const QString& folder) 
 
 void LoadTranslations(const QLocale& locale) {
   const QString own = QCoreApplication::applicationDirPath() + "/../share/tarn/translations";
-  // English has a file too, for the words that go with numbers. Whoever comes last is asked first.
+  // English has a file too, for plural forms. The translator installed last is queried first.
   Install(QLocale(QLocale::English), "tarn", own);
   for (const char* toolkits : {"qtbase", "qscintilla"}) {
     Install(locale, toolkits, QLibraryInfo::path(QLibraryInfo::TranslationsPath));

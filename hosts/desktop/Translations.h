@@ -4,8 +4,8 @@
 
 namespace tarn::host {
 
-// Has the program's own texts and those of the toolkit shown in the locale's language from now on;
-// what isn't translated, or not installed, stays English. Once, ahead of the first window.
+// Installs the translations of the program and the toolkit for the locale; missing ones are shown
+// in English. Must be called once, before the first window is created.
 void LoadTranslations(const QLocale& locale);
 
 }  // namespace tarn::host

@@ -17,7 +17,8 @@ namespace {
 constexpr int kSpace = 6;
 constexpr int kPage = 10;
 
-// The label, and fainter behind it what tells nodes of one name apart.
+// Draws the label, followed in a fainter colour by the text that distinguishes nodes with the same
+// label.
 class NodeDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
@@ -95,7 +96,7 @@ void TreeFilter::Show(const QString& text) {
 void TreeFilter::Choose(int row) {
   if (row < 0 || row >= model->rowCount()) return;
   const IndexedNode node = model->NodeAt(row);
-  // The tree may have changed meanwhile, and another node stand in its place.
+  // The tree may have changed in the meantime, so that a different node is at this position.
   std::vector<IndexedNode> present = askNodes ? askNodes() : std::vector<IndexedNode>();
   if (std::find(present.begin(), present.end(), node) == present.end()) {
     model->SetNodes(std::move(present));

@@ -16,21 +16,21 @@ namespace tarn::host {
 class NodeListModel;
 class SearchField;
 
-// A field above the project's tree: while it holds a text, the nodes that match it stand in place
-// of the tree, also those of closed groups. Arrow keys choose one, Enter shows it in the tree,
-// Escape goes back.
+// A search field above the project's tree: while it contains text, the matching nodes are shown in
+// place of the tree, including those in collapsed groups. Arrow keys select one, Enter shows it in
+// the tree, Escape returns to the tree.
 class TreeFilter : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(TreeFilter)
 
  public:
-  // Puts the tree below the field; it stays the server's. The pictures come from a folder with a
-  // separator at its end.
+  // Places the tree below the field; it is still owned by the server. `pictureFolder` contains the
+  // icons and has a trailing separator.
   TreeFilter(QWidget& treeWidget, const QString& pictureFolder, QWidget* parent);
 
-  // Begins to look for a node.
+  // Starts a search.
   void Begin();
 
-  // All nodes as they are now; asked for when the user begins, and when one is chosen.
+  // Returns all current nodes; called when a search starts, and when a node is chosen.
   std::function<std::vector<IndexedNode>()> askNodes;
   std::function<void(const IndexedNode& node)> onChosen;
 

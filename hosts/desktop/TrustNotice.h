@@ -13,22 +13,23 @@ namespace tarn::host {
 
 class Banner;
 
-// Shows what a build was refused since the project's folder is not trusted, and lets the user trust
-// it.
+// Shows operations that were refused to a build because the project's folder is not trusted, and
+// lets the user trust it.
 //
-// Borrows everything; `window` is where it reports that the answer can't be stored. On the main
-// thread.
+// Borrows everything; `window` is the parent of the message shown if the decision can't be stored.
+// Main thread only.
 class TrustNotice {
   Q_DECLARE_TR_FUNCTIONS(TrustNotice)
 
  public:
   TrustNotice(QWidget& parentWindow, BuildSession& buildSession, Banner& trustBanner);
 
-  // After a build: shows the banner if anything was refused, and hides it otherwise.
+  // Call this after a build: shows the banner if anything was refused, and hides it otherwise.
   void Follow();
-  // For another project.
+  // Call this for a different project.
   void Hide();
-  // The user trusts the folder now: what was refused can go on. May be empty.
+  // Called when the user has trusted the folder, so the refused operation can be repeated. May be
+  // empty.
   std::function<void()> onTrusted;
 
  private:
@@ -38,7 +39,7 @@ class TrustNotice {
   QWidget& window_;
   BuildSession& session_;
   Banner& banner_;
-  std::string folder_;  // that the banner is about
+  std::string folder_;  // shown in the banner
 };
 
 }  // namespace tarn::host

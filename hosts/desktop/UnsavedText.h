@@ -7,17 +7,17 @@
 
 namespace tarn::host {
 
-// The text of an editor that is on no disk yet.
+// The unsaved text of an editor.
 struct UnsavedText {
   std::string path;
-  std::shared_ptr<const std::string> text;  // UTF-8 without a byte order mark; never null
-  // Hash of the bytes that the file held when it was read or written last.
+  std::shared_ptr<const std::string> text;  // UTF-8 without byte order mark; never null
+  // Hash of the file's bytes when last read or written.
   std::uint64_t base = 0;
-  // How the file is to be written.
+  // Encoding of the file.
   bool isUtf8 = true;
   bool hasMark = false;
 
-  // The bytes to be written; nullopt if the file's encoding can't write them.
+  // Returns the bytes to be written; nullopt if the encoding can't represent the text.
   std::optional<std::string> ToBytes() const;
 };
 

@@ -19,7 +19,7 @@ namespace {
 constexpr int kWidth = 760;
 constexpr int kColumnSpace = 32;
 constexpr int kMargin = 32;
-constexpr int kIndent = 8;  // of the texts above the pictures of the rows
+constexpr int kIndent = 8;  // of texts above the icons of the rows
 constexpr qreal kDim = 0.65;
 constexpr qreal kTitleSize = 2.2;
 
@@ -37,14 +37,14 @@ QLabel* Remark(const QString& text, QWidget* parent) {
   auto* const label = new QLabel(text, parent);
   label->setIndent(kIndent);
   label->setWordWrap(true);
-  // Whatever the palette is, or becomes.
+  // Independent of the palette, which may change.
   auto* const dim = new QGraphicsOpacityEffect(label);
   dim->setOpacity(kDim);
   label->setGraphicsEffect(dim);
   return label;
 }
 
-// A path below the user's own folder as it is usually written.
+// Returns a path below the user's home folder in its usual short form.
 QString ShortPath(const QString& path) {
   const QString home = QDir::homePath() + '/';
   return path.startsWith(home) ? "~/" + path.mid(home.size()) : path;

@@ -12,17 +12,18 @@ class QVBoxLayout;
 
 namespace tarn::host {
 
-// What stands in place of the editors while no file is open: ways to a project.
+// The page shown while no file is open: ways to open or create a project.
 class WelcomePage : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(WelcomePage)
 
  public:
-  // The pictures come from a folder of the installation, with a separator at its end.
+  // `pictureFolder` contains the installed icons and has a trailing separator.
   WelcomePage(std::vector<Example> shippedExamples, const QString& pictureFolder, QWidget* parent);
 
-  // Shows the projects that are there now; done whenever the page comes up.
+  // Refreshes the list of recent projects; called each time the page is shown.
   void FillRecent();
 
+  // Called when the user chooses an entry of the page.
   std::function<void()> onOpen;
   std::function<void()> onNew;
   std::function<void(const Example& example)> onExample;

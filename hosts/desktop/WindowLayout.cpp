@@ -12,7 +12,7 @@ namespace tarn::host {
 
 namespace {
 
-// To be raised when what was kept doesn't fit the window any more.
+// To be incremented when stored states no longer match the window.
 constexpr int kVersion = 1;
 constexpr const char* kGeometryKey = "window/geometry";
 constexpr const char* kStateKey = "window/state";
@@ -22,7 +22,7 @@ constexpr const char* kStateKey = "window/state";
 void WindowLayout::Restore() {
   firstState = window.saveState(kVersion);
   const DesktopSettings settings;
-  // Both leave everything as it is for bytes that they don't know.
+  // Both are no-ops for invalid data.
   window.restoreGeometry(settings.value(kGeometryKey).toByteArray());
   window.restoreState(settings.value(kStateKey).toByteArray(), kVersion);
 }

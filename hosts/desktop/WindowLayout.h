@@ -10,21 +10,21 @@ class QMenu;
 
 namespace tarn::host {
 
-// Where the main window, its docks and tool bars stand, from one run to the next. Borrows the
-// window, which names all of them.
+// Persists the positions of the main window, its docks and tool bars. Borrows the window, in which
+// all of them have object names.
 class WindowLayout {
  public:
   explicit WindowLayout(QMainWindow& mainWindow) : window(mainWindow) {}
 
-  // As soon as everything has its first place: puts it where the user left it.
+  // Restores the stored layout; call this after everything has its default position.
   void Restore();
   void Save() const;
-  // Back to the first places.
+  // Restores the default positions.
   void Reset();
-  // Behind Reset, if set: what stands inside of a dock goes back as well.
+  // Called after Reset, to restore the layout inside the docks; may be empty.
   std::function<void()> onReset;
-  // A menu that shows and hides what there is, with these groups of actions below, and resets the
-  // layout; the window owns it.
+  // Creates a menu that shows and hides docks and tool bars, followed by these groups of actions,
+  // and resets the layout. The window owns it.
   QMenu* MakeMenu(const QList<QList<QAction*>>& groups);
 
  private:

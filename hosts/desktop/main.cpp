@@ -1,4 +1,4 @@
-// The desktop host: shows the main window and opens what the command line names.
+// The desktop host: shows the main window and opens the files of the command line.
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -28,13 +28,13 @@ void Describe(QCommandLineParser& parser) {
   parser.addVersionOption();
 }
 
-// Help and version are for people without a screen, too: they end the program here.
+// Handles --help and --version, which must work without a display; they end the program here.
 void AnswerInTerminal(int& argc, char** argv) {
   const QCoreApplication terminal(argc, argv);
   tarn::host::LoadTranslations(QLocale());
   QCommandLineParser parser;
   Describe(parser);
-  // What it doesn't know may be the toolkit's.
+  // Unknown options may be the toolkit's.
   parser.parse(QCoreApplication::arguments());
   if (parser.isSet("help")) parser.showHelp();
   if (parser.isSet("version")) parser.showVersion();
@@ -48,7 +48,8 @@ int main(int argc, char** argv) {
   AnswerInTerminal(argc, argv);
   tarn::host::PreferLargePages();
   QApplication application(argc, argv);
-  // The toolkit has set the user's, in which numbers of files would read another way.
+  // The toolkit has activated the user's locale, in which numbers in files would be parsed
+  // differently.
   std::setlocale(LC_ALL, "C");
   QGuiApplication::setDesktopFileName("org.tarn.Tarn");
   tarn::host::LoadTranslations(QLocale());
@@ -59,7 +60,7 @@ int main(int argc, char** argv) {
   QCommandLineParser parser;
   Describe(parser);
   parser.process(application);
-  // The server moves to its own folder.
+  // Paths are made absolute, because the server changes the working folder.
   std::vector<std::string> paths;
   for (const QString& file : parser.positionalArguments()) {
     paths.push_back(tarn::FromQt(QFileInfo(file).absoluteFilePath()));

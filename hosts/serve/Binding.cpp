@@ -24,7 +24,8 @@ std::string Usage(std::string_view method, const std::vector<std::string_view>& 
   return text;
 }
 
-// A number that fits into 32 bits, with or without sign. A whole number may come as 1.0.
+// Returns a number that fits into 32 bits, signed or unsigned. An integral number may also be
+// written as 1.0.
 std::optional<std::int32_t> LongOf(const json& value) {
   const double number = value.get<double>();
   if (number != std::floor(number) || number < std::numeric_limits<std::int32_t>::min() ||

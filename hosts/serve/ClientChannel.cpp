@@ -14,10 +14,10 @@ namespace tarn::host {
 
 namespace {
 
-// How often a thread that waits for the client to read looks whether that still makes sense.
+// Interval at which a thread waiting for the client to read checks if waiting still makes sense.
 constexpr int kLookAround = 100;  // milliseconds
-// How long a client that has closed its side may leave the output unread. Ending takes some time
-// as well, and is promised within two seconds.
+// How long a client that has closed its side may leave the output unread. Shutting down takes some
+// time as well, and must be done within two seconds.
 constexpr int kPatience = 1000;  // milliseconds
 
 constexpr std::size_t kReadSize = 64 * 1024;
@@ -154,7 +154,7 @@ void ClientChannel::TakeFrame(const Frame& frame) {
   Enqueue(std::move(message), size);
 }
 
-// One that nobody waits for, or waits for no more, is left out.
+// Delivers a response; it is ignored if no caller is waiting for it any more.
 void ClientChannel::TakeAnswer(RpcAnswer answer) {
   if (!answer.id.is_number_integer()) return;
   {
@@ -175,7 +175,7 @@ void ClientChannel::Enqueue(RpcMessage message, std::size_t size) {
   loop->Wake();
 }
 
-// In front of each piece that the output takes without a wait.
+// Called before each chunk that is written without blocking.
 bool ClientChannel::WaitToWrite() {
   int waited = 0;
   while (!gone && waited < kPatience) {

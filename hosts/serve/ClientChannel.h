@@ -17,19 +17,20 @@
 
 namespace tarn::host {
 
-// The client at the other end of two descriptors.
+// Connection to the client over two descriptors.
 //
-// A thread of its own reads, so that a client that goes away is noticed whatever the host's thread
-// is busy with, and so that a client which writes much before it reads anything can't lock both
-// sides up. It hands requests to the host's thread, in order, and answers to whoever asked. All
-// else is called on the host's thread, whose loop is woken when something has come.
+// A separate thread reads, so that a disconnect is detected no matter what the main thread is
+// doing, and so that a client that writes a lot before it reads can't cause a deadlock. The reader
+// passes requests to the main thread, in order, and responses to the waiting caller. All other
+// functions must be called on the main thread, whose message loop is woken up when a message
+// arrives.
 class ClientChannel {
  public:
-  // What the reading thread tells at once. Called on that thread.
+  // Notification from the reader thread; called on that thread.
   using EndHandler = std::function<void()>;
 
-  // The descriptors are borrowed. `onEnd` is called when the input has ended without a request to
-  // exit, or when nobody reads the output any more; perhaps twice.
+  // The descriptors are borrowed. `onEnd` is called when the input has ended without an exit
+  // request, or when the other end of the output was closed; it may be called twice.
   ClientChannel(int inputDescriptor, int outputDescriptor, std::shared_ptr<MessageLoop> hostLoop,
                 EndHandler onEnd);
   ClientChannel(const ClientChannel&) = delete;
@@ -37,30 +38,31 @@ class ClientChannel {
   ~ClientChannel();
 
   bool HasMessage() const;
-  // A request waits to be taken for which `isWanted` holds.
+  // Returns true if a queued request satisfies `isWanted`.
   bool HasRequest(const std::function<bool(const RpcRequest&)>& isWanted) const;
-  // The next message, without the answers in it; never an empty one.
+  // Removes and returns the next message, without the responses in it; never an empty message.
   std::optional<RpcMessage> Take();
-  // The client has closed its side; messages may still be left.
+  // True if the client has closed its side; messages may still be queued.
   bool HasInputEnded() const { return inputEnded; }
-  // Nothing that is sent will be read.
+  // True if nothing that is sent will be read.
   bool IsGone() const { return gone; }
-  // Gives up on the client: nothing is waited for from now on. From any thread.
+  // Gives up on the client, which ends all waits. May be called from any thread.
   void Abandon();
 
-  // Waits while the client doesn't read; gives up on one that has closed its side after a second
-  // in which it read nothing.
+  // Sends a document, blocking while the client doesn't read. If the client has closed its side,
+  // gives up after it has read nothing for a second.
   void Send(const nlohmann::json& document);
-  // Asks the client and waits for its answer; meanwhile other threads are served, requests are not.
-  // Nothing when the client goes away before it has answered.
+  // Sends a request to the client and waits for its response. Tasks posted by other threads are
+  // executed in the meantime, requests from the client are not. Returns nullopt if the client
+  // disconnects before it has responded.
   std::optional<RpcAnswer> Ask(std::string_view method, nlohmann::json params);
 
  private:
-  // Unread messages are no more than this; then reading waits.
+  // Limit of queued messages in bytes; beyond that, reading pauses.
   static constexpr std::size_t kMaxWaiting = FrameReader::kMaxBody;
 
   void ReadLoop();
-  // False when the reading is over.
+  // Returns false if reading has ended.
   bool ReadSome();
   void TakeFrame(const Frame& frame);
   void TakeAnswer(RpcAnswer answer);
@@ -84,13 +86,13 @@ class ClientChannel {
   mutable std::mutex lock;
   std::deque<Waiting> messages;
   std::size_t waitingSize = 0;
-  std::map<std::int64_t, std::optional<RpcAnswer>> questions;  // ours, by id
+  std::map<std::int64_t, std::optional<RpcAnswer>> questions;  // sent by us, by id
 
   std::atomic<bool> inputEnded = false;
   std::atomic<bool> gone = false;
-  FrameReader frames;       // the reading thread's
-  bool exitSeen = false;    // the reading thread's
-  std::int64_t lastId = 0;  // the host thread's
+  FrameReader frames;       // reader thread only
+  bool exitSeen = false;    // reader thread only
+  std::int64_t lastId = 0;  // main thread only
   std::thread reader;
 };
 

@@ -16,7 +16,7 @@ constexpr const char* kMessageBox = "host/messageBox";
 constexpr const char* kOpenFile = "host/openFile";
 constexpr const char* kWizard = "host/wizard";
 
-// The pairs of label and patterns, each ended by a bar.
+// Parses pairs of label and patterns, each terminated by a vertical bar.
 json FiltersOf(const std::string& filter) {
   json filters = json::array();
   const std::vector<std::string_view> pieces = Split(filter, '|');
@@ -39,7 +39,7 @@ json FieldsOf(const WizardProposals& proposals) {
           {"mayLaunchTool", proposals.mayLaunchTool}};
 }
 
-// A field that is missing is left open; false when one has another type.
+// Reads an optional field; returns false if it has the wrong type.
 bool TakeField(const json& fields, const char* name, std::optional<std::string>& field) {
   const auto found = fields.find(name);
   if (found == fields.end()) return true;
@@ -97,7 +97,7 @@ std::intptr_t ClientQuestions::AskHost(const HostEvent& event) {
   return answer.is_number_integer() ? answer.get<std::int32_t>() : 0;
 }
 
-// OK lets something be replaced, stopped or written, so that it is never taken for granted.
+// OK permits something to be replaced, stopped or written, so it is never assumed by default.
 bool ClientQuestions::AskOkCancel(const std::string& text, const std::string& caption) {
   json answer;
   const Outcome outcome = Ask(kMessageBox, {{"text", text}, {"caption", caption}}, answer);

@@ -10,20 +10,20 @@
 
 namespace tarn::host {
 
-// Hands the system's questions to the client, those that it said it answers. The others, and those
-// that it answers with an error, are answered for it: with 1, OK, no files and no application. An
-// answer of another form, or none since the client is gone, is a refusal: nothing may be
-// overwritten or built on the strength of it. On the host's thread.
+// Forwards the server's questions to the client, if the client has declared that it answers them.
+// All others, and those that the client answers with an error, get a default answer: 1, OK, no
+// files and no application. A malformed answer, or none because the client has disconnected, counts
+// as a refusal: it must not cause anything to be overwritten or built. Main thread only.
 class ClientQuestions final : public DialogResponder {
  public:
   explicit ClientQuestions(ClientChannel& clientChannel) : channel(clientChannel) {}
 
   // The names of all questions that a client may answer.
   static const std::vector<std::string>& Names();
-  // Which of them this one does; other names play no part.
+  // Sets which of them this client answers; unknown names are ignored.
   void SetAnswered(const std::vector<std::string>& names);
 
-  // The host's answer to a message that asks for one.
+  // Returns the answer to a host message that is a question.
   std::intptr_t AskHost(const HostEvent& event);
 
   bool AskOkCancel(const std::string& text, const std::string& caption) override;
@@ -39,7 +39,7 @@ class ClientQuestions final : public DialogResponder {
   std::set<std::string> answered;
 };
 
-// A message as clients see it: number, name, and both parameters as text or number.
+// Converts a host message for clients: number, name, and both parameters as string or number.
 nlohmann::json ToJson(const HostEvent& event);
 
 }  // namespace tarn::host

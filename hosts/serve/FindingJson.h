@@ -6,7 +6,7 @@
 
 namespace tarn::host {
 
-// A finding as an object for programs; its text has paths as `shorten` makes them.
+// Converts a finding to a JSON object; `shorten` abbreviates the paths in its text.
 nlohmann::json ToJson(const Finding& finding, const PathShortener& shorten);
 
 }  // namespace tarn::host

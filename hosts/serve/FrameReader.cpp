@@ -71,7 +71,8 @@ std::optional<Frame> FrameReader::Next() {
   return std::nullopt;
 }
 
-// Skips to where a header may begin; else to where the rest of its name may still come.
+// Skips to a possible start of a header, or to where a partial header name at the end of the input
+// begins.
 bool FrameReader::FindHeader() {
   const std::string_view rest = Rest();
   const auto found = std::search(rest.begin(), rest.end(), kLengthName.begin(), kLengthName.end(),
@@ -94,7 +95,7 @@ std::optional<Frame> FrameReader::TakeHeader(bool& isUnfinished) {
   isUnfinished = verdict == Verdict::Unfinished;
   if (isUnfinished) return std::nullopt;
   if (verdict == Verdict::Bad) {
-    // The one that was found by searching is not to be found again.
+    // Skip one byte, so that the search doesn't find the same header again.
     if (isRecovering) Consume(1);
     state = State::Searching;
     if (isRecovering) return std::nullopt;
@@ -128,7 +129,7 @@ FrameReader::Verdict FrameReader::ParseHeader(std::string_view text, std::size_t
   return Verdict::Good;
 }
 
-// Other headers than the length, which must not come twice, say nothing that matters here.
+// Parses a header line. Headers other than Content-Length, which must not occur twice, are ignored.
 bool FrameReader::ParseLine(std::string_view line, std::optional<std::size_t>& length) {
   const std::size_t colon = line.find(':');
   if (colon == std::string_view::npos || colon == 0) return false;

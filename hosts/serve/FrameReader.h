@@ -9,32 +9,33 @@ namespace tarn::host {
 
 enum class FrameProblem {
   None,
-  BadHeader,  // no header, one without a length, or one that goes on for too long
-  TooLong,    // the header announces more than a body may have
+  BadHeader,  // no header, none with a length, or an overlong one
+  TooLong,    // the announced length exceeds the limit
 };
 
-// One frame, or the news that there was something that is none.
+// One frame, or a notification of malformed input.
 struct Frame {
   FrameProblem problem = FrameProblem::None;
   std::string body;  // empty with a problem
 };
 
-// Cuts a stream of bytes into frames: header lines, an empty line, and as many bytes as the line
-// Content-Length said.
+// Splits a byte stream into frames: header lines, an empty line, and a body of the length given by
+// Content-Length.
 //
-// After something that is no frame it goes on at the next header, wherever that begins, and tells
-// of the problem once. This is safe because a header can't stand inside of a JSON document: a
-// string holds no line break. Memory grows with what has come, never with what was announced.
+// After malformed input it resynchronises at the next header, wherever that begins, and reports the
+// error once. This is safe because a header can't occur inside a JSON document, whose strings
+// contain no line breaks. Memory grows with the bytes received, never with the announced length.
 class FrameReader {
  public:
   static constexpr std::size_t kMaxHeader = 8 * 1024;
   static constexpr std::size_t kMaxBody = 64 * 1024 * 1024;
 
   void Feed(std::string_view bytes);
-  // The next frame or problem; nothing until more has come.
+  // Returns the next frame or error; nullopt until more bytes have been received.
   std::optional<Frame> Next();
-  // The body of the last frame is no document, so its length may have been a lie: what else began
-  // inside of it is found again. A byte comes back once only, however often somebody lies.
+  // Call this if the body of the last frame is not a JSON document, so that its length may have
+  // been wrong: searches the body for frames that begin inside it. Each byte is returned at most
+  // once, which keeps the total time linear.
   void GiveBack(std::string_view body);
 
  private:
@@ -50,10 +51,10 @@ class FrameReader {
   static bool ParseLine(std::string_view line, std::optional<std::size_t>& length);
 
   std::string buffer;
-  std::size_t start = 0;       // of what is left in it
-  std::size_t secondHand = 0;  // how much of that was given back
+  std::size_t start = 0;       // of the unread part
+  std::size_t secondHand = 0;  // bytes at its start that were given back
   State state = State::Header;
-  bool isRecovering = false;  // the problem has been told already
+  bool isRecovering = false;  // the error has been reported
   std::size_t bodyLength = 0;
   bool bodyIsSecondHand = false;
 };

@@ -5,7 +5,7 @@
 
 namespace tarn::host {
 
-// The name that clients know a host message by; empty for a number without one.
+// Returns the name of a host message in the protocol; empty for a number without a name.
 std::string_view NameOfHostMessage(std::uint32_t number);
 
 }  // namespace tarn::host

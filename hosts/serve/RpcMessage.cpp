@@ -10,7 +10,7 @@ RpcMessage OneProblem(int code, std::string text) {
   return {false, {RpcProblem{nullptr, code, std::move(text)}}};
 }
 
-// Counts without reading: brackets and commas outside of strings.
+// Checks the limits without parsing, by counting brackets and commas outside of strings.
 bool IsTooMuch(std::string_view body) {
   int depth = 0;
   int values = 0;

@@ -14,47 +14,47 @@ enum RpcCode : int {
   kRpcNoMethod = -32601,
   kRpcBadParams = -32602,
   kRpcNotInitialized = -32002,
-  kRpcUntrusted = -32001,  // the project wanted what only a trusted one may do
+  kRpcUntrusted = -32001,  // the project requested something that only a trusted one may do
   kRpcFailed = -32000,
 };
 
 struct RpcRequest {
   nlohmann::json id;            // null in a notification
-  bool isNotification = false;  // nobody waits for its result
+  bool isNotification = false;  // no response is expected
   std::string method;
-  nlohmann::json params;  // an array, an object, or null without any
+  nlohmann::json params;  // an array, an object, or null if absent
 };
 
-// What somebody answered to a request of ours.
+// The response of the client to a request of this server.
 struct RpcAnswer {
   nlohmann::json id;
   bool isError = false;
   nlohmann::json result;
 };
 
-// Something that is no message; it is answered with an error.
+// A malformed message; it is answered with an error.
 struct RpcProblem {
-  nlohmann::json id;  // null when none could be read
+  nlohmann::json id;  // null if it could not be read
   int code = kRpcBadRequest;
   std::string text;
 };
 
 using RpcItem = std::variant<RpcRequest, RpcAnswer, RpcProblem>;
 
-// What one frame held: a batch with its items in order, or the one item.
+// The content of one frame: a batch with its items in order, or a single item.
 struct RpcMessage {
   bool isBatch = false;
   std::vector<RpcItem> items;
 
-  // It was no JSON document at all.
+  // True if it was not a JSON document.
   bool IsBroken() const;
 };
 
-// Bounds for what one document may hold, so that a small text can't cost much memory or stack.
+// Limits for one document, so that a small input can't use much memory or stack.
 inline constexpr int kMaxRpcDepth = 64;
 inline constexpr int kMaxRpcValues = 1'000'000;
 
-// Reads a frame's body. Never throws.
+// Parses the body of a frame. Never throws.
 RpcMessage ReadRpcMessage(std::string_view body);
 
 nlohmann::json MakeRpcResult(const nlohmann::json& id, nlohmann::json result);
@@ -62,7 +62,7 @@ nlohmann::json MakeRpcError(const nlohmann::json& id, int code, std::string_view
 nlohmann::json MakeRpcNotification(std::string_view method, nlohmann::json params);
 nlohmann::json MakeRpcRequest(std::int64_t id, std::string_view method, nlohmann::json params);
 
-// The document as a frame. Always UTF-8: bytes of its texts that are none are replaced.
+// Formats the document as a frame. Always valid UTF-8: invalid bytes in strings are replaced.
 std::string ToFrame(const nlohmann::json& document);
 
 }  // namespace tarn::host

@@ -96,7 +96,7 @@ CallProblem Go(ServedSession& session, json& result) {
   return {};
 }
 
-// A text, or nothing given; false for anything else.
+// Reads an optional string; returns false if the value is neither a string nor null.
 bool TakeOptionalText(const json& value, std::string& text) {
   if (value.is_null()) return true;
   std::optional<std::string> given = TextOfJson(value);
@@ -115,7 +115,7 @@ bool TakeNames(const json& value, std::vector<std::string>& names) {
   return true;
 }
 
-// The client doesn't want what it has asked for before any more.
+// Returns true if the client cancels what it has requested before.
 bool AsksForStop(const RpcRequest& request) {
   if (request.method == "shutdown" || request.method == "exit") return true;
   if (request.method != "Command" || !request.params.is_structured()) return false;
@@ -133,7 +133,7 @@ RpcServer::RpcServer(FileSystem& fileSystem, int input, int output, bool trustsE
       trustsAll(trustsEveryProject) {}
 
 RpcServer::~RpcServer() {
-  // What the end of a session has to say has nobody to go to any more.
+  // Destroyed while the channel still exists; its last notifications have no recipient any more.
   session.reset();
 }
 
@@ -154,14 +154,15 @@ ServerEnd RpcServer::Run() {
   };
   for (;;) {
     loop->PumpUntil(somethingToDo, std::chrono::milliseconds::max());
-    // A client that never pauses must not keep the worker and the timers from their turn.
+    // The message loop must run even if the client sends without pause, so that the worker and the
+    // timers make progress.
     loop->Pump();
     if (session) {
       session->Attend();
       session->NoteChanges();
     }
     if (IsOver()) break;
-    // In this order: the last message may come just ahead of the end.
+    // Check for the end first: the last message may arrive just before it.
     const bool hasEnded = channel.HasInputEnded();
     if (const auto message = channel.Take()) {
       Handle(*message);
@@ -257,7 +258,8 @@ bool RpcServer::HandleProject(const RpcRequest& request, json& result, CallProbl
   return true;
 }
 
-// What no method of the server does: the options come with it.
+// Implements the request that no server method covers: adds a configuration together with its
+// options.
 CallProblem RpcServer::AddConfiguration(const json& params) {
   if (!session) return {kRpcNotInitialized, "The server isn't initialized yet."};
   std::vector<json> given;
@@ -342,13 +344,13 @@ CallProblem RpcServer::ReadFolders(const std::vector<json>& params, HostFolders&
       return {kRpcBadParams, std::string("initialize: ") + name + " is no path"};
     }
     if (IsRelativePath(*path)) *path = JoinPath(files.CurrentFolder(), *path);
-    *path = files.Canonical(*path);  // a folder with a separator behind it has no name
+    *path = files.Canonical(*path);  // removes a trailing separator
   }
   folders.application = AddSeparator(folders.application);
   return {};
 }
 
-// In one go: a client that waits for nothing else sends its next request later.
+// Runs the whole check in one call, because a client sends its next request after the response.
 CallProblem RpcServer::CheckProject(const json& params, json& result) {
   if (!session) return {kRpcNotInitialized, "The server isn't initialized yet."};
   std::vector<json> given;
@@ -382,7 +384,7 @@ CallProblem RpcServer::CallMethod(const RpcRequest& request, json& result) {
   Variant returned;
   const DispatchResult outcome = session->Call(*method, arguments, returned);
   result = tarn::host::ToJson(returned);
-  // A build that is still running reports this at its end.
+  // For a running build this is reported at its end.
   const std::vector<std::string> refused =
       session->IsBuilding() ? std::vector<std::string>() : session->Trust().TakeRefused();
   if (!refused.empty()) return {kRpcUntrusted, DescribeWishes(refused) + " " + kUntrustedText};

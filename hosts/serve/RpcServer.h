@@ -12,32 +12,33 @@
 
 namespace tarn::host {
 
-// How a server ended.
+// Why the server has ended.
 enum class ServerEnd {
-  Asked,        // shutdown, then exit or the end of the input
-  Left,         // the client went away without a word
+  Asked,        // shutdown, then exit or end of the input
+  Left,         // the client disconnected without shutdown
   Interrupted,  // by Interrupt
 };
 
-// Serves one client: the life of the protocol, and every method of the project manager by its name.
-// What comes is done in order, one at a time, on the thread that calls Run; while nothing comes the
-// thread's message loop runs.
+// Serves one client: the protocol's life cycle, and every method of the project manager by its
+// name. Requests are handled sequentially in order of arrival, on the thread that calls Run; while
+// there are none, the thread's message loop runs.
 class RpcServer {
  public:
-  // The descriptors are borrowed.
-  // `trustsAll`: every project is trusted, as with the option `trust` of `initialize`.
+  // The descriptors are borrowed. `trustsAll`: trust every project, like the option `trust` of
+  // `initialize`.
   RpcServer(FileSystem& fileSystem, int input, int output, bool trustsAll = false);
   RpcServer(const RpcServer&) = delete;
   RpcServer& operator=(const RpcServer&) = delete;
   ~RpcServer();
 
   ServerEnd Run();
-  // Stops what runs and makes Run return soon. From any thread; not from a signal handler.
+  // Stops running work and makes Run return soon. May be called from any thread, but not from a
+  // signal handler.
   void Interrupt();
 
  private:
   void Handle(const RpcMessage& message);
-  // The response to one item; null when it gets none.
+  // Returns the response to one item; null if it gets none.
   nlohmann::json HandleItem(const RpcItem& item);
   CallProblem HandleRequest(const RpcRequest& request, nlohmann::json& result);
   CallProblem AddConfiguration(const nlohmann::json& params);
@@ -45,8 +46,8 @@ class RpcServer {
   CallProblem ReadFolders(const std::vector<nlohmann::json>& params, HostFolders& folders);
   CallProblem CheckProject(const nlohmann::json& params, nlohmann::json& result);
   CallProblem CallMethod(const RpcRequest& request, nlohmann::json& result);
-  // The requests about the open project that are no methods of the server. False if it is none of
-  // them.
+  // Handles requests about the open project that are not methods of the server. Returns false if
+  // the request is none of them.
   bool HandleProject(const RpcRequest& request, nlohmann::json& result, CallProblem& problem);
   bool IsOver() const;
 
@@ -54,7 +55,7 @@ class RpcServer {
   WorkStopper stopper;
   ClientChannel channel;
   ClientQuestions questions;
-  std::unique_ptr<ServedSession> session;  // from initialize on
+  std::unique_ptr<ServedSession> session;  // null before initialize
   std::vector<MethodInfo> methods;
   std::atomic<bool> interrupted = false;
   const bool trustsAll;

@@ -12,10 +12,10 @@ namespace tarn::host {
 
 namespace {
 
-// Longer than the tools take to end when they are killed.
+// Longer than killed tools take to exit.
 constexpr std::chrono::milliseconds kEndTime(1'500);
 
-// The commands that start the worker and can be asked for ahead of time.
+// The commands that start the worker and can be checked in advance with EnableCommand.
 constexpr std::array kBuildCommands = {kCmdRebuildAll,    kCmdBuildAll,        kCmdCleanAll,
                                        kCmdRebuildNode,   kCmdBuildNode,       kCmdCleanNode,
                                        kCmdTranslateNode, kCmdBuildApplication};
@@ -125,7 +125,7 @@ void ServedSession::OnMessage(const HostEvent& event) {
 }
 
 std::intptr_t ServedSession::OnProjectClosing(const HostEvent& event) {
-  // The tree that the results belong to may be gone when this returns.
+  // Store the results first: the tree that they belong to may be gone after the question.
   KeepResults();
   if (hasProject) TakeStep();
   const std::intptr_t answer = questions.AskHost(event);
@@ -145,7 +145,7 @@ void ServedSession::OnProjectOpened(const HostEvent& event) {
   session.Adopt(event.text);
   if (historyProject != event.text) history.Clear();
   historyProject = event.text;
-  isReadAgain = true;  // but not yet to its end
+  isReadAgain = true;  // but not completely
   if (onDamaged && !session.GetDamage().empty()) onDamaged();
 }
 
@@ -157,11 +157,11 @@ void ServedSession::OnRunScript(const HostEvent& event) {
     BeginWork();
   }
   const ScriptOutcome ended = session.Scripts().Run(event.text, "");
-  if (isInner) return;  // the outer one is told by an error
+  if (isInner) return;  // the outer script receives an error
   if (!ended.error.empty()) {
     for (const std::string_view line : Split(ended.error, '\n')) TellLine(std::string(line));
   }
-  // It may have left a build behind.
+  // The script may have left a build running.
   if (!isBuilding) isBuilding = session.Manager().EnableCommand(kCmdStop) == 1;
   UnlockUnlessBuilding();
 }
@@ -173,11 +173,11 @@ void ServedSession::UnlockUnlessBuilding() {
 BuildOutcome ServedSession::BuildForScript(const BuildRequest& request) {
   if (isBuilding || stopper.IsStopped() || !PrepareBuild()) return {};
   const BuildOutcome outcome = session.Run(request, nullptr);
-  mustKeep = false;  // it is kept
+  mustKeep = false;  // done by now
   return outcome;
 }
 
-// What a script says goes to the log without a message of its own.
+// Script output is logged without a host message, so the client is notified here.
 void ServedSession::TellLine(const std::string& line) {
   tellMessage({kMsgLogLine, 0, 0, line, {}, true, false});
 }
@@ -188,7 +188,7 @@ std::string ServedSession::GetProjectFolder() const {
 
 DispatchResult ServedSession::Call(const MethodInfo& method, std::span<const Variant> arguments,
                                    Variant& result) {
-  // Within a batch nobody else looks after what has ended meanwhile.
+  // In a batch, nothing else has processed builds that have ended in the meantime.
   KeepResults();
   if (std::string refusal = session.CheckCall(method.name, arguments); !refusal.empty()) {
     return {DispatchStatus::Failed, std::move(refusal), -1};
@@ -221,7 +221,7 @@ Status ServedSession::AddConfiguration(const NewConfiguration& wanted) {
   return tarn::host::AddConfiguration(session, wanted);
 }
 
-// What was changed between the opening of a project and its end is not told apart.
+// Changes made while a project is being opened are not distinguished from its initial state.
 void ServedSession::TakeStep() {
   if (std::exchange(isReadAgain, false)) {
     history.Refresh();
@@ -230,7 +230,7 @@ void ServedSession::TakeStep() {
   }
 }
 
-// The methods that save return the same whether or not they have.
+// Methods that save return the same result whether or not they succeeded.
 void ServedSession::TellSaveProblem() {
   if (!std::exchange(hasClosed, false) || !onSaveProblem) return;
   const SaveReport report = GetSaveReport();
@@ -291,13 +291,13 @@ void ServedSession::BeginWork() {
   stopper.Confirm();
 }
 
-// False if the client or the end of the session has ended the wait for another build.
+// Returns false if the client or the end of the session has ended the wait for another build.
 bool ServedSession::PrepareBuild() {
   if (isBuilding || !hasProject) return true;
   if (!session.LockBuild()) return false;
   if (isPrepared && !session.State().IsOutdated()) return true;
   isPrepared = true;
-  // Handing the records over walks through the applications; the user's own choice stays.
+  // Restoring records changes the current node, so the user's selection is restored.
   const std::string chosen = currentPath;
   session.Prepare();
   if (chosen.empty() || chosen == currentPath) return true;
@@ -305,17 +305,18 @@ bool ServedSession::PrepareBuild() {
   return true;
 }
 
-// Whether the call has started a worker; one that has ended already was noticed by its message.
+// Detects whether the call has started a worker. A worker that has already ended was noticed
+// through its message.
 void ServedSession::NoteCommand(std::uint32_t command) {
   if (command == kCmdSelectConfiguration) isPrepared = false;
   if (isBuilding) return;
-  // Asking may serve the worker's last step.
+  // This query may execute the worker's last task.
   const bool runs = session.Manager().EnableCommand(kCmdStop) == 1;
   isBuilding = runs;
 }
 
-// A stop can be asked for by a command, and by an answer to the question of an operation that finds
-// a build in its way.
+// A stop can be requested by a command, and by the answer to an operation's question about a
+// running build.
 void ServedSession::PassStopOn() {
   if (isBuilding && session.Manager().EnableCommand(kCmdStop) == 0) session.Tools().StopTools();
 }
@@ -330,7 +331,7 @@ void ServedSession::KeepResults() {
   if (std::exchange(hasBuiltWhole, false) && hasProject) TellGaps();
 }
 
-// The server reports success for what it passes over.
+// Reports skipped nodes, because the server reports success for them.
 void ServedSession::TellGaps() {
   for (const BuildGap& gap : session.FindGaps({}).gaps) {
     const std::string text = DescribeGap(gap, [](const std::string& path) { return path; });
@@ -340,7 +341,7 @@ void ServedSession::TellGaps() {
 
 void ServedSession::Attend() {
   KeepResults();
-  session.TakeLogLines();  // the client has had them as messages
+  session.TakeLogLines();  // already sent as messages
   if (!isBuilding && ownWork != 0) {
     const std::uint32_t ended = ownWork;
     ownWork = 0;

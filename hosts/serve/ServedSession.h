@@ -15,13 +15,13 @@
 
 namespace tarn::host {
 
-// Stops the tools and scripts of whatever session there is, from any thread, for good.
+// Stops the tools and scripts of the current session permanently. Thread-safe.
 class WorkStopper {
  public:
-  // The session from now on, or null; borrowed.
+  // Sets the current session, or null; borrowed.
   void SetSession(BuildSession* buildSession);
   void Stop();
-  // After the tools were told to run again: a stop stays a stop.
+  // Call this after tools were resumed: makes an earlier stop effective again.
   void Confirm();
   bool IsStopped();
 
@@ -31,7 +31,7 @@ class WorkStopper {
   bool stopped = false;
 };
 
-// What a client can take back, and make again: the label of the next step, and how many there are.
+// State of undo and redo for a client: the label of the next step, and the number of steps.
 struct HistoryState {
   std::string undoLabel;
   std::string redoLabel;
@@ -41,13 +41,13 @@ struct HistoryState {
   bool operator==(const HistoryState&) const = default;
 };
 
-// The server with its frame, driven by a client method by method. Does around the calls what a host
-// has to: hands the kept records to the project in front of a build, keeps the new ones behind it,
-// stops the tools when a stop is asked for, carries out the commands that are posted to it, and
-// runs scripts.
+// A server with its frame, driven by a client through single method calls. Performs a host's duties
+// around the calls: restores build records before a build and stores new ones after it, stops the
+// tools when a stop is requested, executes commands posted to the host, and runs scripts. Main
+// thread only.
 class ServedSession {
  public:
-  // `onMessage` hears of every host message. All are borrowed.
+  // `onMessage` is called for every host message. All arguments are borrowed.
   ServedSession(FileSystem& files, const HostFolders& folders, ClientQuestions& clientQuestions,
                 WorkStopper& workStopper, std::function<void(const HostEvent&)> onMessage);
   ServedSession(const ServedSession&) = delete;
@@ -55,57 +55,58 @@ class ServedSession {
   ~ServedSession();
 
   Status Start();
-  // What was lost when the open project was read.
+  // Returns what was lost when the open project was read.
   std::vector<DamageEntry> GetDamage() { return session.GetDamage(); }
   std::vector<std::string> GetDefinitionErrors() { return session.GetDefinitionErrors(); }
   void AcceptDamage() { session.AcceptDamage(); }
-  // What the last save did with files that others had changed, or that could not be written.
+  // Returns the report of the last save: files that other programs had changed, or that could not
+  // be written.
   SaveReport GetSaveReport() { return ParseSaveReport(session.Inspector().GetSaveReport()); }
   void AcceptAllDamage() { session.AcceptAllDamage(); }
-  // Called with each project that was opened with damage.
+  // Called after a damaged project was opened.
   std::function<void()> onDamaged;
   SessionTrust& Trust() { return session.Trust(); }
-  // The folder of the open project; empty if there is none.
+  // Returns the folder of the open project; an empty string if there is none.
   std::string GetProjectFolder() const;
-  // Called with what a build that a call left running, or one that the server started, was refused
-  // since the project is not trusted.
+  // Called with the operations refused to a build because the project is not trusted, if the build
+  // was started by the server or continued after the call that started it.
   std::function<void(const std::vector<std::string>& wishes)> onRefused;
-  // Ends the wait for another process that builds the project: the build that was to follow is
-  // refused. Asked as messages come.
+  // Sets a condition that ends the wait for another process that builds the project; the pending
+  // build is then refused. It is evaluated as messages arrive.
   void SetWaitEnd(std::function<bool()> isWaitOver) {
     session.endsLockWait = std::move(isWaitOver);
   }
-  // The methods that a client may call.
+  // Returns the methods that a client may call.
   std::vector<MethodInfo> GetMethods();
   DispatchResult Call(const MethodInfo& method, std::span<const Variant> arguments,
                       Variant& result);
 
-  // Refused while a build runs.
+  // Adds a configuration. Refused during a build.
   Status AddConfiguration(const NewConfiguration& wanted);
-  // Checks the open project. Fails if there is none, and while a build runs.
+  // Checks the open project. Fails if there is none, or during a build.
   Result<std::vector<Finding>> CheckProject(FileSystem& files);
 
-  // Takes what was changed since the last call as one step to go back to; after each message of the
-  // client, and after Attend. Not while a build runs, whose end it waits for.
+  // Records the changes since the last call as one undo step; to be called after each message from
+  // the client, and after Attend. During a build this is deferred until its end.
   void NoteChanges();
   HistoryState GetHistoryState() const;
-  // Called after each change of that state.
+  // Called after each change of the history state.
   std::function<void()> onHistoryChanged;
-  // Called with the report of each save or close that could not write a file, or met a conflict
-  // with what another program wrote; before the result of the call is sent.
+  // Called with the report of each save or close that could not write a file, or that had a
+  // conflict with another program's changes; before the result of the call is sent.
   std::function<void(const SaveReport& report)> onSaveProblem;
-  // The steps, the last one first to be taken back or made again.
+  // The steps; the last element is the next one to be undone or redone.
   const std::deque<ProjectStep>& GetUndoSteps() const { return history.GetUndoSteps(); }
   const std::deque<ProjectStep>& GetRedoSteps() const { return history.GetRedoSteps(); }
-  // Takes the last step back, or makes it again, and returns it. Nothing is written. Fails without
-  // a project or a step, during a build, and if the step can't be told from later changes.
+  // Undoes or redoes one step and returns it. Nothing is written to disk. Fails if there is no
+  // project or no step, during a build, and if the step conflicts with later changes.
   Result<ProjectStep> Undo() { return Go(&ProjectHistory::Undo, "undo"); }
   Result<ProjectStep> Redo() { return Go(&ProjectHistory::Redo, "redo"); }
 
-  // There is something to do that doesn't belong into a message's handler.
+  // True if there is work that can't be done in a message handler; Attend() then does it.
   bool NeedsAttention() const { return mustKeep || session.HasPostedCommands(); }
   void Attend();
-  // Ends a running build, its tools included, and keeps what was built.
+  // Ends a running build, including its tools, and stores its results.
   void StopWork();
   bool IsBuilding() const { return isBuilding; }
 
@@ -136,19 +137,19 @@ class ServedSession {
   const std::function<void(const HostEvent&)> tellMessage;
   std::shared_ptr<MessageLoop> loop;
   ProjectHistory history;
-  std::string historyProject;  // whose steps these are; empty for none
+  std::string historyProject;  // project of the steps; empty if none
   HistoryState toldHistory;
 
-  bool hasProject = false;     // one that is kept a state for
-  bool isReadAgain = false;    // since the last step was taken
-  bool hasClosed = false;      // one, and its save report was not looked at
-  bool isPrepared = false;     // the kept records are handed over
+  bool hasProject = false;     // open project with stored state
+  bool isReadAgain = false;    // since the last step was recorded
+  bool hasClosed = false;      // its save report has not been checked yet
+  bool isPrepared = false;     // build records are restored
   std::string currentPath;     // of the current node
-  bool isBuilding = false;     // a worker is on its way
-  bool isWhole = false;        // and it builds the whole project
-  bool hasBuiltWhole = false;  // and it has succeeded
-  bool mustKeep = false;       // it has ended, and what it reported isn't kept yet
-  std::uint32_t ownWork = 0;   // the build that this host started by itself, or 0
+  bool isBuilding = false;     // the worker is running
+  bool isWhole = false;        // it builds the whole project
+  bool hasBuiltWhole = false;  // it has built the whole project successfully
+  bool mustKeep = false;       // it has ended, and its results are not stored yet
+  std::uint32_t ownWork = 0;   // command of the build that this host started, or 0
 };
 
 }  // namespace tarn::host

@@ -1,6 +1,11 @@
-// Finds and loads a library of Tarn: by the class that a program wants, the way a registered server
-// is found, or by path. Needs a POSIX system and links nothing but the C library (-ldl where that
-// is apart). A loaded library stays.
+// Finds and loads one of Tarn's libraries: either the library that a class is registered with, or
+// the one at a given path. Header-only. Requires POSIX and only the C library (plus -ldl where that
+// is separate). A loaded library is never unloaded.
+//
+//   const TarnAutomation* tarn = TarnLoad(TARN_PROJECT_MANAGER, reason, sizeof reason);
+//
+// The entry points are TarnLoad, TarnLoadFrom and TarnFindLibrary; the other functions are their
+// parts.
 
 #ifndef TARN_LOAD_H
 #define TARN_LOAD_H
@@ -19,11 +24,11 @@
 extern "C" {
 #endif
 
-// Of a buffer that a path fits in, and what else has to stand on a line with one.
+// Sizes of a buffer that holds a path, and of one that holds a line containing a path.
 #define TARN_PATH_SIZE 4096
 #define TARN_LINE_SIZE (TARN_PATH_SIZE + 128)
 
-// The three texts in one; 0 when that doesn't fit, with what does.
+// Concatenates three strings into `text`. Returns 0 if the result was truncated to fit.
 static inline int TarnJoin(char* text, size_t size, const char* first, const char* second,
                            const char* third) {
   const char* parts[3];
@@ -47,14 +52,14 @@ static inline int TarnJoin(char* text, size_t size, const char* first, const cha
   return isWhole;
 }
 
-// Loads the library at `path`, which may be any of Tarn's, and gives its operations. NULL, with the
-// reason as text in `reason`, when there is none or it is too old for this header.
+// Loads the library at `path`, which may be any of Tarn's, and returns its operations. Returns
+// NULL, with an error message in `reason`, if it cannot be loaded or is too old for this header.
 static inline const TarnAutomation* TarnLoadFrom(const char* path, char* reason,
                                                  size_t reasonSize) {
   TarnGetAutomationFunction get = NULL;
   const TarnAutomation* operations = NULL;
   void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-  // ISO C has no conversion from the address of an object to one of a function.
+  // ISO C has no conversion from an object pointer to a function pointer.
   if (library != NULL) *(void**)&get = dlsym(library, "TarnGetAutomation");
   if (get == NULL) {
     const char* text = dlerror();
@@ -70,6 +75,7 @@ static inline const TarnAutomation* TarnLoadFrom(const char* path, char* reason,
 
 // --- Where classes are registered ---
 
+// Strips whitespace in place and returns the start of the remaining string.
 static inline char* TarnTrim(char* text) {
   size_t length = 0;
   while (*text != '\0' && strchr(" \t\r\n\v\f", *text) != NULL) ++text;
@@ -79,7 +85,8 @@ static inline char* TarnTrim(char* text) {
   return text;
 }
 
-// A value of a text in the INI form, where it stands first. 0 when it isn't there or too long.
+// Reads a value from an INI file; the first definition wins. Returns 0 if the value is missing or
+// does not fit.
 static inline int TarnReadValue(const char* file, const char* section, const char* name,
                                 char* value, size_t size) {
   char line[TARN_LINE_SIZE];
@@ -102,7 +109,8 @@ static inline int TarnReadValue(const char* file, const char* section, const cha
   return isFound;
 }
 
-// The registry of the user (0) or of the machine (1); an empty text when there is no home folder.
+// Path of the user's (0) or the system-wide (1) registry file; an empty string if there is no home
+// directory.
 static inline void TarnRegistryFile(int ofMachine, char* file, size_t size) {
   const char* root = getenv("TARN_SETTINGS");
   const char* config = getenv("XDG_CONFIG_HOME");
@@ -122,7 +130,7 @@ static inline void TarnRegistryFile(int ofMachine, char* file, size_t size) {
   }
 }
 
-// A value of a registered class; what the user has registered counts first.
+// Reads a value of a registered class; the user's registry takes precedence.
 static inline int TarnReadClass(const char* prefix, const char* key, const char* name, char* value,
                                 size_t size) {
   char section[TARN_LINE_SIZE];
@@ -136,8 +144,8 @@ static inline int TarnReadClass(const char* prefix, const char* key, const char*
   return 0;
 }
 
-// The library of a registered class, named by ProgID or class id. 0 when there is none; a path that
-// isn't absolute counts as none.
+// Finds the library of a registered class, named by ProgID or class id. Returns 0 if there is none
+// or its path is not absolute.
 static inline int TarnFindLibrary(const char* classId, char* path, size_t size) {
   char id[256];
   if (*classId == '{') {
@@ -148,9 +156,9 @@ static inline int TarnFindLibrary(const char* classId, char* path, size_t size) 
   return TarnReadClass("CLSID\\", id, "InprocServer", path, size) && *path == '/';
 }
 
-// Loads the library that a class, named by ProgID or class id, is registered with. When it isn't
-// registered, the system's loader is asked for the library that a ProgID tells by its part in front
-// of the dot. NULL, with the reason as text in `reason`, when there is none.
+// Loads the library that a class, named by ProgID or class id, is registered with. If the class is
+// not registered, falls back to the system's loader with the library name derived from the part of
+// the ProgID before the dot. Returns NULL, with an error message in `reason`, if neither works.
 static inline const TarnAutomation* TarnLoad(const char* classId, char* reason, size_t reasonSize) {
   char path[TARN_PATH_SIZE];
   char server[256];

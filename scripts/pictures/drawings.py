@@ -5,7 +5,7 @@ import math
 from pictures.shapes import Picture, strip
 
 INK = "#2b2f36"
-STEEL = "#6f7985"  # what stands free, so that it shows on a light ground and on a dark one
+STEEL = "#6f7985"  # for free-standing parts, visible on light and dark backgrounds
 WHITE = "#ffffff"
 SHADE = "#c9d1d9"
 GREY = "#7d858f"
@@ -72,7 +72,7 @@ def centred(picture, width, height):
     return whole
 
 
-# --- Parts of pictures ---
+# --- Parts of icons ---
 
 
 def page(size):
@@ -121,7 +121,7 @@ def octagon(p, near, far, corner, colour):
     )
 
 
-# --- The columns of the build report and of the globals ---
+# --- Columns of the build report and of the globals ---
 
 
 def plain():
@@ -212,7 +212,7 @@ def label():
     return p
 
 
-# --- The nodes of a project ---
+# --- Nodes of a project ---
 
 
 def project():
@@ -316,7 +316,7 @@ def dependencies():
     return p
 
 
-# --- Commands, on tool bars and in menus ---
+# --- Commands in tool bars and menus ---
 
 
 def arc(p, centre, outer, inner, start, end, colour):
@@ -447,7 +447,7 @@ def command_activate():
     return p
 
 
-# --- The rest ---
+# --- Others ---
 
 
 def marker():
@@ -483,7 +483,7 @@ def wizard():
     return p
 
 
-# By the names of their files. A list is a strip, whose places are the numbers that rows give.
+# By file name. A list is a strip, whose positions are the numbers used by rows.
 PICTURES = {
     "errors": [plain(), warning(), error(), system_row(), information(), heading()],
     "globals": [function(), variable(), type_name(), define(), ruled_page(16), label()],
@@ -513,7 +513,7 @@ PICTURES = {
 }
 
 
-# For the desktop alone, so drawn as SVG only.
+# Used by the desktop host only, so drawn as SVG only.
 COMMANDS = {
     "command-build": hammer(),
     "command-build-application": command_build_application(),

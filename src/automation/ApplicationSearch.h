@@ -6,6 +6,7 @@
 
 namespace tarn {
 
+// Calls `onApplication(CXmlNode&)` for each application of the project in document order.
 template <class OnApplication>
 void ForEachApplication(CProjectModel& model, OnApplication&& onApplication) {
   CXmlNode& root = model.GetProjectRoot();
@@ -16,7 +17,7 @@ void ForEachApplication(CProjectModel& model, OnApplication&& onApplication) {
 }
 
 // Returns the application with this absolute path, else the one with this label, else the one whose
-// label differs from it in letter case only; null if there is none or several.
+// label differs from `key` in letter case only. Returns nullptr if there is none or more than one.
 CXmlNode* FindApplication(CProjectModel& model, const std::string& key);
 
 }  // namespace tarn

@@ -32,8 +32,8 @@ bool HasFile(const CXmlNode& node) {
   return found;
 }
 
-// A file that would be compiled if its node were of a usual type, at an application's place or
-// below it.
+// Returns true if the node, or a descendant of it, has a file that would be compiled if the node
+// were of a usual type and in the position of an application or below one.
 bool HasSource(CProjectModel& model, const CXmlNode& node) {
   const auto isSource = [&model](const CXmlNode& type) {
     constexpr std::uint32_t kSource = kTypeBuild | kTypePath;
@@ -97,10 +97,10 @@ void FindBuildGaps(const NodeTypes& types, const CXmlNode& node,
   const std::uint32_t flags = types.FlagsOf(node);
   if ((flags & kTypeBuild) == 0 || IsExactlyYes(node, "Exclude")) return;
   const bool isApplication = (flags & kTypeApplication) != 0;
-  // A node without the attribute is not published yet.
+  // A missing attribute means that the node hasn't been published yet.
   const char* tool = node.GetAttrValue("TranslateTool");
   const bool hasNoTool = tool != nullptr && *tool == '\0';
-  // Without a toolchain nothing has a tool: that is one gap.
+  // Without a toolchain no node has a tool; that is reported as one gap.
   if (isApplication && hasNoTool) return onGap({node, "no-tool"});
   ForEachContentChild(node,
                       [&](const CXmlNode& child) { FindBuildGaps(types, child, onGap, onTool); });

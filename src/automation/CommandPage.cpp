@@ -1,4 +1,4 @@
-// Prints docs/commands.md, the page of all commands, from the table by which they work.
+// Generates docs/commands.md, the reference page of all commands, from the command table.
 
 #include <cstdio>
 #include <string>

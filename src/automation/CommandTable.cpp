@@ -1,5 +1,5 @@
-// The vocabulary of commands: one row an id, from which everything that is done with ids works, the
-// page docs/commands.md included.
+// Table of all commands, one row per id. Dispatch, enabling and the page docs/commands.md are all
+// based on it.
 
 #include "automation/CommandTable.h"
 

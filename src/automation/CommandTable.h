@@ -9,31 +9,32 @@ class CProjectManager;
 
 enum class EnableRule {
   Always,
-  UserProject,  // not in the default project, which stands in where none is open
+  UserProject,  // not in the default project, which is used when none is open
   WhileBuilding,
 };
 
 enum class CommandKind {
   Plain,
-  Build,  // has steps ahead and behind, and works in the background
-  Tool,   // so does this one, which runs a tool that fits the node
+  Build,  // has a prolog and an epilog, and runs in the background
+  Tool,   // like Build, but runs a tool that is suitable for the node
 };
 
-// A command that hosts put into their menus, or a run of them that differ by their number alone.
+// Command that hosts put into their menus, or a range of commands that differ only in their id.
 struct CommandRow {
   std::uint32_t id;
   EnableRule rule;
   CommandKind kind;
-  const char* name;  // for the documentation: what a menu might say
-  const char* help;  // and what it does, in one sentence or several
+  const char* name;  // for the documentation: suggested menu text
+  const char* help;  // and a description of one or more sentences
   std::int32_t (*action)(CProjectManager& manager, std::uint32_t id);
-  std::uint32_t last = 0;  // of a run; 0: there is only the one
+  std::uint32_t last = 0;  // last id of a range; 0 for a single command
 
+  // Condition for a command to be enabled.
   std::uint32_t LastId() const { return last == 0 ? id : last; }
 
-  // The whole vocabulary, in the order of the numbers.
+  // All commands, ordered by id.
   static std::span<const CommandRow> Table();
-  // Null for a number that means nothing.
+  // Returns nullptr if the id isn't a command. Linear search.
   static const CommandRow* Find(std::uint32_t id);
 
  private:

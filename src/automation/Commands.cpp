@@ -1,5 +1,5 @@
-// How a command is enabled, begun, carried out and ended, and the work of those that need more than
-// a call.
+// Life cycle of a command (enabling, prolog, execution, epilog), and the implementation of those
+// that need more than one call.
 
 #include "automation/CommandTable.h"
 #include "automation/ProjectManager.h"
@@ -37,14 +37,14 @@ std::int32_t CProjectManager::EnableCommand(std::uint32_t id) {
   return 1;
 }
 
-// For hosts that protect damaged projects. The definitions may have been changed since the host has
-// asked for a problem of the installation.
+// Used by hosts that protect damaged projects. The definitions may have changed since the host
+// queried the installation's problems.
 bool CProjectManager::RefusesBuild() {
   if (!model->IsDamageProtected()) return false;
   std::string problem = "the project was read only in part.";
   if (!model->IsDamageHeld()) {
     problem = FindDefinitionProblem();
-    // They may be right again.
+    // Reloading them may resolve the problem.
     if (!problem.empty() && model->RefreshDefinitions() != 0) problem = FindDefinitionProblem();
   }
   if (!problem.empty()) model->AddLogLine("Nothing was built: " + problem);
@@ -62,7 +62,7 @@ std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
   platform.files.SetCurrentFolder(model->GetProjectFolder());
   const std::intptr_t answer = model->SendHost(kMsgBuildStarting, 0, 0);
   if (answer == 0) {
-    // Publishing stopped for a build that does not come.
+    // Publishing was suspended for a build that now isn't started.
     const bool hasTimer = model->IsOpen() && !model->IsDefaultProject();
     if (hasTimer && !model->IsPublishingStopped() && model->HasUnpublished())
       model->views.StartStepTimer();
@@ -71,7 +71,7 @@ std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
   output->ResetLog();
   output->UpdateReport();
   propertyManager->BeginUpdate();
-  // An answer is wider than a result, and only one of 0 may become a refusal.
+  // The reply is wider than the result; only a reply of 0 may become a refusal.
   const auto result = static_cast<std::int32_t>(answer);
   return result == 0 ? 1 : result;
 }
@@ -90,8 +90,8 @@ std::int32_t CProjectManager::EpilogCommand(std::uint32_t id) {
   return 0;
 }
 
-// Also 2 when the busy check refused the start: the host learns from the message that ends the
-// other worker.
+// Returns 2 even if the start was refused because another worker is running: the host is notified
+// when that worker ends.
 std::int32_t CProjectManager::StartWorker(std::int32_t command) {
   model->StartBuildThread(command);
   return 2;
@@ -103,7 +103,7 @@ std::int32_t CProjectManager::RunNodeTool(std::uint32_t id) {
   return StartWorker(static_cast<std::int32_t>(id));
 }
 
-// The node's options were changed below its cached values: it is published again.
+// Publishes the node again, since its options were changed without its cached values.
 void CProjectManager::ReloadOptions(CXmlNode& node) {
   model->ForgetCurrentNode();
   const std::uint64_t epoch = model->GetTreeEpoch();
@@ -114,7 +114,7 @@ void CProjectManager::ReloadOptions(CXmlNode& node) {
 void CProjectManager::ApplyOptionChange(bool keepsOutputs) {
   if (!model->CanStartOperation()) return;
   if (CXmlNode* node = model->GetCurrentNode()) model->RenewPropState(*node);
-  // Storing can empty the default application, and with it free the node.
+  // Storing can remove the contents of the default application, including the node.
   model->StoreChangedProperty("");
   propertyManager->BeginUpdate();
   {

@@ -1,4 +1,4 @@
-// Bringing the manager up: configuration file, child objects, node types, default project.
+// Initialisation of the manager: configuration file, child objects, node types, default project.
 
 #include "automation/ProjectManager.h"
 #include "output/MessageTable.h"
@@ -24,14 +24,14 @@ std::string BehindLastSeparator(const std::string& path) {
 
 std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char* givenDataPath,
                                    std::int32_t mainframe) {
-  // A second Init would pull the child objects from under a project; one that a component calls
-  // from inside the first, the driver from under that call.
+  // A second Init() would replace the child objects that a project uses; one that a component calls
+  // during the first would destroy the driver of that call.
   if (propertyManager) return 0;
   mainframeHandle = mainframe;
   std::string root = givenApplicationPath != nullptr && *givenApplicationPath != '\0'
                          ? std::string(givenApplicationPath)
                          : InstalledDataFolder(platform.files);
-  // The current folder moves with every project.
+  // The current folder changes with every project.
   if (IsRelativePath(root)) root = JoinPath(platform.files.CurrentFolder(), root);
   dataPath = TextOf(givenDataPath);
   if (!ChooseConfigFile(root)) return 0;
@@ -66,12 +66,12 @@ std::int32_t CProjectManager::Init(const char* givenApplicationPath, const char*
   if (givenApplicationPath != nullptr) platform.files.SetCurrentFolder(givenApplicationPath);
 
   activeObjectToken = platform.runningObjects.RegisterActiveObject(kClassId, this);
-  AddRef();  // held until Clean
+  AddRef();  // released in Clean()
   return 1;
 }
 
-// Without one of its components the manager would open projects and find nothing to build in them.
-// The host is notified of the reason, since a result has no room for it.
+// Without one of its components the manager would open projects but find nothing to build in them.
+// The reason is sent to the host as a log line, since the result can't carry it.
 bool CProjectManager::CreateComponent(COleDispatchDriver& driver, const char* progId) {
   if (driver.CreateDispatch(platform.classes, progId)) return true;
   const std::string reason = driver.LastResult().text;
@@ -117,7 +117,7 @@ bool CProjectManager::LoadConfiguration() {
   const Result<std::string> text = platform.files.ReadWholeFile(configFilePath);
   CXmlNode configuration;
   if (!text) {
-    // That it isn't there is what the result means.
+    // The result already means that the file doesn't exist.
     const Error& error = text.GetError();
     const std::string reason = configFilePath + ": " + error.text;
     if (error.code != ErrorCode::NotFound) model->SendHost(kMsgLogLine, reason, 0);
@@ -176,7 +176,7 @@ void CProjectManager::SeedDefaultProject() {
   std::string base = dataPath;
   if (base.empty()) {
     base = platform.settings.GetFolders().userData;
-    // Nobody else makes it for a new user.
+    // No other component creates it for a new user.
     (void)platform.files.CreateFolders(base);
   }
   if (IsRelativePath(base)) base = JoinPath(platform.files.CurrentFolder(), base);
@@ -184,7 +184,7 @@ void CProjectManager::SeedDefaultProject() {
   defaultProjectPath = platform.files.Canonical(base + kSeparator + name + ".tprj");
   const std::string application = base + kSeparator + name + ".tapp";
   if (platform.files.Exists(defaultProjectPath) && platform.files.Exists(application)) return;
-  // A copy that cannot be made is missed when the default project is opened.
+  // A copy that fails is reported when the default project is opened.
   const std::string seeds = ReadRegistryValue("Default Directories", "LastTargetConfig");
   (void)platform.files.CopyFileTo(seeds + kSeparator + name + ".tprj", defaultProjectPath);
   (void)platform.files.CopyFileTo(seeds + kSeparator + name + ".tapp", application);

@@ -1,5 +1,5 @@
-// What keeps a build from building all of a project, for hosts that must not call such a build
-// good.
+// Reasons why a build doesn't build the whole project, for hosts that must not report such a build
+// as successful.
 
 #include "automation/BuildGaps.h"
 #include "automation/ProjectInspector.h"
@@ -10,7 +10,7 @@ namespace tarn {
 
 namespace {
 
-// Methods of the components beyond what the server itself calls; others may not have them.
+// Optional methods of the components, in addition to those that the server itself calls.
 constexpr DispatchId kGetDefinitionProblem = 120;
 constexpr DispatchId kHasTool = 121;
 

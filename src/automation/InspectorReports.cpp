@@ -1,4 +1,4 @@
-// What the reports of the windows show, for hosts that have none.
+// Contents of the reports, for hosts without windows.
 
 #include <memory>
 
@@ -14,13 +14,13 @@ namespace tarn {
 
 namespace {
 
-// Pictures aren't looked at here, and an installation without them has its reports all the same.
+// Images aren't needed here, and reports must also work in an installation without them.
 std::unique_ptr<CXmlNode> WithoutPictures(std::unique_ptr<CXmlNode> definition) {
   ShowPicturesAsNumbers(*definition);
   return definition;
 }
 
-// The rows of `root` in the order of the report, as elements with an attribute for each column.
+// Writes the rows of `root` in report order as elements with an attribute for each column.
 void WriteRows(CGenericReport& report, const CXmlNode& root, const char* column, CXmlNode& out) {
   if (!report.Create(kStylePopup, {}, nullptr, 0)) return;
   int sorted = -1;

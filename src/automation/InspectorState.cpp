@@ -1,4 +1,4 @@
-// The build state that outlives the process, for hosts that keep one.
+// Persistent build state, for hosts that store one.
 
 #include "automation/ApplicationSearch.h"
 #include "automation/ProjectInspector.h"

@@ -1,4 +1,4 @@
-// The dispatch interface: names, numbers and argument names are fixed, hosts rely on them.
+// Dispatch interface. Hosts rely on names, ids and argument names, so these must not change.
 
 #include "automation/ProjectManager.h"
 

@@ -29,8 +29,8 @@ std::vector<CXmlNode*> FindByLabel(CXmlNode& start, std::string_view label) {
   return found;
 }
 
-// Calls `onFile(node, full path)` for each node whose file has the name of `path`; nearly all nodes
-// have another one, and that comparison is the quick part.
+// Calls `onFile(node, full path)` for each node whose file has the file name of `path`. The name is
+// compared first because that is cheap and excludes nearly all nodes.
 template <class OnFile>
 void ForEachOfName(const CProjectModel& model, CXmlNode& start, const std::string& path,
                    const OnFile& onFile) {
@@ -82,8 +82,8 @@ std::vector<CXmlNode*> NodeSearch::FindPlain(CXmlNode& start, const std::string&
   return found.empty() ? FindByLabel(start, key) : found;
 }
 
-// Descendants come before `start` itself: a project is often labelled like one of its
-// applications, and an application like a file.
+// If `start` and its descendants match, `start` itself is dropped: a project often has the same
+// label as one of its applications, and an application the same as a file.
 std::vector<CXmlNode*> NodeSearch::Find(CXmlNode& start, const std::string& key) const {
   std::vector<CXmlNode*> found = FindPlain(start, key);
   if (found.size() > 1) std::erase(found, &start);

@@ -7,18 +7,19 @@
 
 namespace tarn {
 
-// Finds the nodes of the open project that a user means by a path or a label. The first of these
-// rules that finds anything decides: the exact path, the path in another letter case unless that is
-// another file on the disk, the same file by another way (symbolic links), the label, a group's or
-// application's label with a slash and one of these, and any of these with "#" and the number of
-// one of several.
+// Finds the nodes of the open project that a user denotes by a path or a label. The first of these
+// rules with a match decides: the exact path; the path in a different letter case, unless that is a
+// different file on disk; a different path to the same file (symbolic links); the label; the label
+// of a group or application, a slash, and one of these; any of these with "#" and the number of one
+// of several matches. Linear in the number of nodes.
 class NodeSearch {
  public:
-  // Relative paths count from `currentFolder`, then from the project's folder.
+  // Relative paths are resolved against `currentFolder`, then against the project's folder.
   NodeSearch(CProjectModel& projectModel, std::string currentFolder)
       : model(projectModel), folders{std::move(currentFolder), projectModel.GetProjectFolder()} {}
 
-  // The nodes from `start` on, in document order; `start` itself only if nothing below is meant.
+  // Returns the matches in the subtree of `start`, in document order. `start` itself is returned
+  // only if nothing below it matches.
   std::vector<CXmlNode*> FindNumbered(CXmlNode& start, const std::string& key) const;
 
  private:

@@ -23,7 +23,7 @@ bool IsOptionCache(const CXmlNode& node) {
   return name == "PropState" || name == "#CDATA" || name == "Info";
 }
 
-// The node itself, without its children.
+// Copies the node without its children.
 void CopyNode(const CXmlNode& from, CXmlNode& to) {
   to.SetName(from.NameView());
   to.SetValue(Trim(from.ValueText()));
@@ -41,7 +41,7 @@ void CopyShown(const CXmlNode& from, CXmlNode& to) {
   }
 }
 
-// The project with what is directly in it, and the configurations of that.
+// Copies the project with its direct children and their configurations.
 void CopyApplications(const CXmlNode& project, CXmlNode& to) {
   CopyNode(project, to);
   for (const CXmlNode* child : project.GetChildren()) {
@@ -103,7 +103,7 @@ void CopyAttribute(const CXmlNode& from, const char* name, CXmlNode& to, const c
   to.AddAttr(as, TextOf(from.GetAttrValue(name)));
 }
 
-// Walks the nodes below an application that take part in its build, in build order.
+// Visits the nodes below an application that take part in its build, in build order.
 template <class OnNode>
 void ForEachBuiltNode(const NodeTypes& types, const std::unordered_set<const CXmlNode*>& repeated,
                       CXmlNode& node, const OnNode& onNode) {
@@ -122,7 +122,7 @@ void ForEachBuiltNode(CProjectModel& model, CXmlNode& application, const OnNode&
   ForEachBuiltNode(model.types, model.FindRepeatedNodes(application), application, onNode);
 }
 
-// Rows for what a build passes over: the application itself, or what is below it.
+// Adds rows for build gaps: those of the application itself, or those below it.
 void AddGaps(const NodeTypes& types, const CXmlNode& application, bool isItself, CXmlNode& entry) {
   FindBuildGaps(types, application, [&](const BuildGap& gap) {
     if ((&gap.node == &application) != isItself) return;
@@ -134,7 +134,7 @@ void AddGaps(const NodeTypes& types, const CXmlNode& application, bool isItself,
   });
 }
 
-// Of the applications whose status is known.
+// Considers only applications whose status has been determined.
 bool HasStaleNodes(const CXmlNode& status, const CXmlNode& application) {
   for (const CXmlNode* entry : status.GetChildren()) {
     if (TextOf(entry->GetAttrValue("Path")) != TextOf(application.GetAttrValue("Path"))) continue;
@@ -143,7 +143,8 @@ bool HasStaleNodes(const CXmlNode& status, const CXmlNode& application) {
   return false;
 }
 
-// Adds the status of an application; what it uses is listed by label, in build order.
+// Adds the status of an application. The applications that it uses are listed by label, in build
+// order.
 void AddStatus(CProjectModel& model, const ApplicationOrder& order, CXmlNode& application,
                CXmlNode& status) {
   CXmlNode& entry = *status.AddChild("Application");
@@ -274,7 +275,7 @@ std::string CProjectInspector::CopyOfTree(void (*fill)(const CXmlNode& root, CXm
   if (model == nullptr) return {};
   CXmlNode copy;
   fill(model->GetProjectRoot(), copy);
-  // The key of an application: equal before and after it is published.
+  // The absolute path is the key of an application: it is the same before and after publishing.
   for (CXmlNode* child : copy.GetChildren()) {
     if ((model->types.FlagsOf(*child) & kTypeApplication) == 0) continue;
     std::string path;

@@ -7,186 +7,199 @@
 
 namespace tarn {
 
-// A companion of the manager, for hosts that explain: the tree as text, what is out of date and
-// why, what a tool would be given, where an option's value comes from. It changes nothing in a
-// project except in CopyConfiguration; it selects and publishes nodes, as a user's clicks would.
+// Inspection interface next to the manager, for hosts such as command-line tools: the tree as XML,
+// what is out of date and why, the input of a tool, the origin of an option's value. It doesn't
+// change the project, except in CopyConfiguration() and ApplyChange(); it selects and publishes
+// nodes, like clicks of the user would.
 //
-// Lives on the manager's thread and keeps the manager alive. Before Attach every call gives 0 or an
-// empty text.
+// Belongs to the manager's thread and keeps the manager alive. Calling sequence: Attach() first;
+// until then every call returns 0 or an empty string.
 class CProjectInspector : public DispatchObject<CProjectInspector> {
  public:
   static constexpr const char* kProgId = "TarnProjectManager.ProjectInspector";
 
   static const DispatchTable<CProjectInspector>& Table();
 
-  // 0 when it is no manager of this library.
+  // Attaches the manager. Returns 0 if the object isn't a manager of this library.
   std::int32_t Attach(IDispatch* managerObject);
-  // Every node gets its option values and derived attributes now.
+  // Publishes all nodes: determines their option values and derived attributes.
   std::int32_t PublishAll();
-  // The same for about so many milliseconds; 0 when something is left for another call.
+  // Like PublishAll(), but stops after about that many milliseconds. Returns 0 if there is more to
+  // do in another call.
   std::int32_t PublishFor(std::int32_t milliseconds);
-  // The tree as XML text, without what is only kept in memory for options.
+  // Returns the tree as XML, without data that exists only in memory for options.
   std::string GetTree();
-  // The same of the project and its applications alone, each with its `Configs`.
+  // Like GetTree(), but limited to the project and its applications, each with its `Configs`.
   std::string GetApplications();
-  // Per application, in build order, the applications that it uses and the nodes that have work to
-  // do, each with its reason. The top element has a Problem if the applications have no order.
+  // Returns for each application, in build order, the applications that it uses and the nodes that
+  // are out of date, each with its reason. The top element has the attribute "Problem" if the
+  // applications can't be ordered.
   std::string GetStatus();
-  // Lines: "A <path of the application>", then "N <output file>" for each node with a tool, in
-  // build order.
+  // Returns lines: "A <path of the application>", then "N <output file>" for each node with a tool,
+  // in build order.
   std::string GetBuildInputs();
-  // What the node's tool would be given; empty when there is no such node.
+  // Returns the input of the node's tool; an empty string if there is no such node.
   std::string GetToolInput(const char* application, const char* outputFile);
-  // A line for each two sources of the application with this label or path, of all for an empty
-  // one, that would be built into one output; empty if there are none.
+  // Returns a line for every two sources that would be built into the same output, of the
+  // application with this label or path, or of all applications if `application` is empty. Returns
+  // an empty string if there are none.
   std::string GetSharedOutputs(const char* application);
   DispatchPtr GetPropertyManager();
-  // Makes the node current that has this path (absolute, or relative to the current folder or the
-  // project's), else the one with this label: of the application with this label or path, of the
-  // whole project for an empty one. If there is none, "LABEL/KEY" means the node KEY below the
-  // group or application LABEL, and "KEY#N" the Nth of several nodes, from 1 on. Returns how many
-  // there are; of several none is made current.
-  // An empty key means the application itself.
+  // Makes the node current that `key` denotes: by path (absolute, or relative to the current folder
+  // or the project's folder), else by label, in the application with this label or path, or in the
+  // whole project if `application` is empty. If there is none, "LABEL/KEY" denotes the node KEY
+  // below the group or application LABEL, and "KEY#N" the Nth of several nodes, starting at 1. An
+  // empty key denotes the application itself. Returns the number of matches; if there is more than
+  // one, no node is made current.
   std::int32_t SelectNodeByKey(const char* key, const char* application);
-  // Makes the node at a place of GetTree current: the numbers of the children on the way from the
-  // project, from 0 on, with slashes between; empty for the project. 0 when there is none, or none
-  // was made current.
+  // Makes the node at a position in GetTree() current. The position is the list of child indexes on
+  // the path from the project, starting at 0, separated by slashes; empty for the project. Returns
+  // 0 if there is no such node, or if it couldn't be made current.
   std::int32_t SelectNodeByPlace(const char* place);
-  // Returns what SelectNode or SelectApplication of the manager looked for last, in double quotes,
-  // if it found nothing and the node that was current before still is; otherwise an empty string.
-  // Those two return 1 in any case.
+  // Returns the last argument of the manager's SelectNode or SelectApplication, in double quotes,
+  // if no node was found and the node that was current before still is; otherwise returns an empty
+  // string. Those two return 1 in either case.
   std::string GetMissedSelection();
-  // Remembers the current node.
+  // Saves the current node for SelectNotedNode().
   std::int32_t NoteCurrentNode();
-  // Makes that node current again; 0 when nodes were taken out of the tree since, or none was made
-  // current.
+  // Makes the saved node current again. Returns 0 if nodes have been removed from the tree since,
+  // or if no node was made current.
   std::int32_t SelectNotedNode();
-  // A number that is another one as soon as a save would write something else.
+  // Returns a number that changes as soon as a save would write something different.
   std::int32_t GetChangeCount();
-  // The project's files as a save would write them now: of each the count of its bytes, a blank,
-  // its path and a line feed, then the bytes. Empty for the default project.
+  // Returns the project's files as a save would write them now: for each, its size in bytes, a
+  // space, its path and a line feed, then the contents. Empty for the default project.
   std::string GetFileTexts();
-  // What these files held when they were read or written last, in the same form.
+  // Returns the contents of these files when they were last read or written, in the same format.
   std::string GetBaseTexts();
-  // The next project that is opened takes these texts, in the form of GetFileTexts, instead of what
-  // its files hold: as changes that are not saved. `bases` is what the files held when the changes
-  // were made, in the same form; a save merges them with what the files hold by then. 0 before
-  // Attach, and if a list is damaged.
+  // Makes the next project that is opened use these contents, in the format of GetFileTexts(),
+  // instead of those on disk, as unsaved changes. `bases` has the contents on disk when the changes
+  // were made, in the same format; a save merges the changes with the contents on disk at that
+  // time. Returns 0 before Attach(), and if a list is malformed.
   std::int32_t StageFileTexts(const char* texts, const char* bases);
-  // 1 if a save has anything to write.
+  // Returns 1 if a save has something to write.
   std::int32_t IsModified();
-  // The changes that are not saved are not wanted: closing the project now leaves its files alone.
+  // Discards unsaved changes: closing the project then leaves its files unchanged.
   std::int32_t DropChanges();
-  // What builds found about the project itself since the last call: an element "Notices" with an
-  // element "Notice" for each, "Kind" ("error", "warning") and "Text".
+  // Returns what builds detected in the project itself since the last call: an element "Notices"
+  // with an element "Notice" for each, with "Kind" ("error", "warning") and "Text".
   std::string TakeBuildNotices();
-  // What was lost when the project's files were read: an element `Damage` with an element `Place`
-  // for each position, with the attributes `File`, `Line` (0 for the file as a whole) and `Text`.
+  // Returns what was lost when the project's files were read: an element `Damage` with an element
+  // `Place` for each position, with the attributes `File`, `Line` (0 for the whole file) and
+  // `Text`.
   std::string GetDamage();
-  // The same of the last project that could not be opened; an empty list once one was.
+  // Like GetDamage(), but for the last project that couldn't be opened; an empty list if the last
+  // open succeeded.
   std::string GetFailedDamage();
-  // Takes the right to change the files of the project at `path`, for a host that opens, changes
-  // and saves it without another program in between; it stays with this manager until the call for
-  // another project, or UnlockProject. Returns an empty text, or the process that has it. A save
-  // takes it for as long as it lasts.
+  // Acquires the lock on the files of the project at `path`, for a host that opens, changes and
+  // saves it without interference by another process. This manager holds the lock until the call
+  // for another project, or UnlockProject(). Returns an empty string, or the process that holds the
+  // lock. A save acquires the lock for its duration.
   std::string TryLockProject(const char* path);
   std::int32_t UnlockProject();
-  // What the last save or close did with files that another program had changed or removed, that
-  // were damaged, or that could not be written: `Save` with `File` (`Path`, `Problem`, `Copy`,
-  // `CopyReason`: "damaged" or "changed", `Outside` ("Yes": not written since it is outside the
-  // project's folder), `Merged`, `Missing`), and in it `Line` (`Text`) for people and `Conflict`
-  // (`Place`, `Text`).
+  // Returns what the last save or close did with files that another process had changed or removed,
+  // that were damaged, or that couldn't be written: `Save` with `File` (`Path`, `Problem`, `Copy`,
+  // `CopyReason`: "damaged" or "changed", `Outside` ("Yes": not written because it is outside the
+  // project's folder), `Merged`, `Missing`), and in it `Line` (`Text`), for the user, and
+  // `Conflict` (`Place`, `Text`).
   std::string GetSaveReport();
-  // Makes a change of the project's files to the open project: what two calls of GetFileTexts
-  // returned before and after it, or of each only the files that differ. Exchanged, they take the
-  // change back. Nothing is written; a save does that. What else has changed since stays, by a
-  // three-way merge. The host is notified as by a save: the project closes and opens again. Returns
-  // an empty string if it was done, else a line for each reason why not, such as a node that has
-  // changed since; the project stays as it was then.
+  // Applies a change of the project's files to the open project. `before` and `after` are the
+  // results of GetFileTexts() before and after the change, or only the files that differ;
+  // exchanged, they undo the change. Other changes since then are preserved by a three-way merge.
+  // Nothing is written until the next save. The host receives the same notifications as for a save:
+  // the project is closed and opened again. Returns an empty string on success, else a line for
+  // each reason, for example a node that has changed since; the project is unchanged then.
   std::string ApplyChange(const char* before, const char* after);
-  // With 1, the next projects are opened to be looked at: files that can't be written are no news
-  // then, and the log has no line on each. Returns 0 before Attach.
+  // If 1, the next projects are opened for reading: files that can't be written are expected and
+  // not logged. Returns 0 before Attach().
   std::int32_t OpenForReading(std::int32_t wanted);
-  // The folder that is proposed for a new project while none is open; empty leaves it as it is.
-  // Returns 0 before Attach.
+  // Sets the folder that is proposed for a new project if none is open; an empty string changes
+  // nothing. Returns 0 before Attach().
   std::int32_t SetNewProjectFolder(const char* folder);
-  // With 1, files outside the project's folder are written without asking the user.
+  // If 1, files outside the project's folder are written without asking the user.
   std::int32_t AllowOutside(std::int32_t allow);
-  // From now on only projects in these folders, one a line, are trusted to run programs and scripts
-  // of their own and to write outside their folders; others are refused. Without the call there is
-  // no limit. Absolute paths without symbolic links. Returns 0 before Attach.
+  // Limits trust to projects in these folders, one per line: only these may run their own programs
+  // and scripts and write outside their folders. Without this call there is no limit. The paths
+  // must be absolute and without symbolic links. Returns 0 before Attach().
   std::int32_t SetTrustedFolders(const char* folders);
-  // The folder in which the host stores what it remembers for the user, such as which folders are
-  // trusted: an output that a project names there is refused, also if the project is trusted.
-  // Absolute; empty for none. Returns 0 before Attach.
+  // Sets the folder where the host stores its data for the user, such as the trusted folders. An
+  // output of a project in this folder is refused, even if the project is trusted. The path must be
+  // absolute; empty for no folder. Returns 0 before Attach().
   std::int32_t SetStateFolder(const char* folder);
-  // What the project wanted since the last call and was refused for lack of trust, one wish a line:
-  // "write /x/y".
+  // Returns the actions of the project that were refused for lack of trust since the last call, one
+  // per line: "write /x/y".
   std::string TakeRefusedWishes();
-  // Returns why the script at this path may not run for lack of trust; empty if it may.
+  // Returns the reason why the script at this path isn't trusted to run; an empty string if it may
+  // run.
   std::string CheckScript(const char* path);
-  // With 1, a save writes all of the project's files or none, for a host whose user can do again
-  // what failed; with 0 as many as it can.
+  // If 1, a save writes either all of the project's files or none, for a host whose user can repeat
+  // a failed operation; if 0, it writes as many as possible.
   std::int32_t SaveAllOrNone(std::int32_t wanted);
-  // With 1, a project with damage is neither built nor cleaned, and no save or close writes it,
-  // until the call with 0. Stays for the projects that are opened later. Returns 0 before Attach.
+  // If 1, a damaged project is neither built nor cleaned, and no save or close writes it, until the
+  // call with 0. Also applies to projects that are opened later. Returns 0 before Attach().
   std::int32_t ProtectDamaged(std::int32_t protect);
-  // The stored values of one option from the outermost level to the current node.
+  // Returns the stored values of one option from the outermost level down to the current node.
   std::string ExplainOption(const char* set, const char* section, const char* property);
-  // Reads the definitions of options and tools again if their files changed, for a host that runs
-  // for long; 1 if so. Nothing counts as built then until its records are handed over again.
+  // Reloads the definitions of options and tools if their files have changed, for a host that runs
+  // for a long time. Returns 1 if they were reloaded; everything is treated as not built then until
+  // the build records are restored.
   std::int32_t RefreshDefinitions();
-  // Copies the options that are stored for the configuration `from` to `to`, at every node of the
-  // active application, in place of what is stored for `to`; an empty `from` stores none. At nodes
-  // outside of applications `to` only receives what it doesn't have. Neither the configuration in
-  // force nor build records change. 0 if there is no active application, `to` is empty or in force,
-  // or the project can't be changed now.
+  // Copies the options stored for the configuration `from` to the configuration `to`, at every node
+  // of the active application, replacing those stored for `to`; an empty `from` only removes them.
+  // At nodes outside applications only options that `to` doesn't have are copied. Neither the
+  // active configuration nor build records change. Returns 0 if there is no active application, if
+  // `to` is empty or active, or if the project can't be changed now.
   std::int32_t CopyConfiguration(const char* from, const char* to);
-  // The program that the import of older projects needs and this machine hasn't got, or empty.
+  // Returns the program that is required for importing older projects, if it isn't installed, else
+  // an empty string.
   std::string MissingImportProgram();
-  // The targets that an application can be made for; see DescribeTargets.
+  // Returns the targets for which an application can be created; for the format see
+  // `DescribeTargets()`.
   std::string GetTargets();
-  // The log file of the running or the last build; it grows while a build runs.
+  // Returns the log file of the current or the last build. The file grows while a build runs.
   std::string GetLogFile();
-  // What a build leaves out of the project, see ListBuildGaps. Examines no file, and leaves out
-  // nodes that are not published.
+  // Returns the parts of the project that a build leaves out; for the format see `ListBuildGaps()`.
+  // Checks no files, and leaves out unpublished nodes.
   std::string GetBuildGaps();
-  // Returns why an installation like this builds nothing, or something else than was asked for, as
-  // "place: reason": node types, or definitions of options or tools, that are missing or damaged.
-  // Empty if there is no reason. For hosts, once the tool manager is attached.
+  // Returns the reason why this installation can't build anything, or builds something other than
+  // requested, as "location: reason": missing or damaged node types or definitions of options or
+  // tools. Returns an empty string if there is none. Requires that the tool manager is attached.
   std::string GetInstallationProblem();
   // Returns the first reason why an application of the project can't be built although a build of
-  // it succeeds, see ListBuildGaps; empty if there is none.
+  // it succeeds, see `ListBuildGaps()`; an empty string if there is none.
   std::string GetBuildProblem();
 
-  // InspectorState.cpp: build records that outlive the process.
+  // InspectorState.cpp: persistent build records.
 
-  // Reads the build state of the open project from this file, and appends to it as each tool ends,
-  // until the project is closed. Returns "good" (also if there is no such file yet), "cut" (good up
-  // to a place), "damaged", "other-version", "foreign" or "unreadable"; the last four count as
-  // empty and are replaced, except for a symbolic link. An empty string if no project is open.
+  // Loads the build state of the open project from this file, and appends to it whenever a tool
+  // finishes, until the project is closed. Returns "good" (also if there is no file yet), "cut"
+  // (valid up to some position), "damaged", "other-version", "foreign" or "unreadable"; in the last
+  // four cases the state is treated as empty and the file is replaced, unless it is a symbolic
+  // link. Returns an empty string if no project is open.
   std::string OpenBuildState(const char* path);
-  // Why the build state that was opened last is unreadable; an empty string if it isn't.
+  // Returns the reason why the build state that was opened last is unreadable; an empty string if
+  // it isn't.
   std::string GetBuildStateProblem();
-  // 1 if that file is open and no other process has written it since.
+  // Returns 1 if that file is open and no other process has written it since.
   std::int32_t IsBuildStateCurrent(const char* path);
-  // Hands the records that still hold to the published nodes for about this long; 0 if some are
-  // left for another call.
+  // Restores the records that are still valid into the published nodes, for about that many
+  // milliseconds. Returns 0 if there is more to do in another call.
   std::int32_t RestoreFor(std::int32_t milliseconds);
-  // Writes what a build leaves to write. With `mayShrink`, which only the holder of the build lock
-  // should pass, the file is made smaller if much of it is not in use. Returns why a write failed;
-  // an empty string if none did.
+  // Writes pending build records. If `mayShrink`, which only the holder of the build lock should
+  // set, the file is compacted if much of it is unused. Returns the reason if a write failed; an
+  // empty string on success.
   std::string FinishBuildState(std::int32_t mayShrink);
-  // What the tool reported about an output, for people; an empty string if nothing is known.
+  // Returns what the tool reported about an output, in readable form; an empty string if there is
+  // nothing.
   std::string GetBuildInfos(const char* application, const char* outputFile);
 
-  // InspectorReports.cpp: rows of the reports as XML text, as the windows would show them.
+  // InspectorReports.cpp: rows of the reports as XML, as the windows would show them.
 
-  // The globals of the application with this label or path, of the active one for an empty key;
-  // sorted by the column with this caption, in the file's order for none. The top element tells the
-  // file and whether it could be read.
+  // Returns the globals of the application with this label or path, or of the active one if
+  // `application` is empty; sorted by the column with this caption, or in file order if there is
+  // none. The top element has the path of the file and the reason if it couldn't be read.
   std::string GetGlobals(const char* application, const char* column);
-  // The build report of a log, given as the text of its file.
+  // Returns the build report of a log, given as the contents of the log file.
   std::string GetReport(const char* log);
 
  private:
@@ -196,7 +209,7 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   const ServerLock lock;
   DispatchPtr manager;
   CXmlNode* notedNode = nullptr;
-  std::uint64_t notedEpoch = 0;  // of the tree
+  std::uint64_t notedEpoch = 0;  // generation of the tree at that time
 };
 
 }  // namespace tarn

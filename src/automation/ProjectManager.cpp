@@ -14,7 +14,7 @@ CProjectManager::CProjectManager(const ServerPlatform& serverPlatform) : platfor
 
 CProjectManager::~CProjectManager() {
   if (activeObjectToken != 0) platform.runningObjects.RevokeActiveObject(activeObjectToken);
-  // A living worker uses all the others until it has ended.
+  // A running worker uses all other members until it has finished.
   if (model) model->StopAndWait();
   ReleaseWindows();
   if (output) output->DeleteLogFile();
@@ -33,7 +33,8 @@ void CProjectManager::OnFinalRelease() {
   if (model && model->IsWorkerWaiting()) {
     model->RequestStop();
     model->ForgetHost();
-    // Its end may come inside an event of the window, which no reference holds off any more.
+    // The manager may be deleted inside an event of the window, and no reference delays that any
+    // more.
     if (projectWindow) projectWindow->ForgetModel();
     model->RunAfterWorker([this] { delete this; });
     return;
@@ -57,7 +58,7 @@ std::int32_t CProjectManager::ProjectOpen(const char* projectPath) {
       !path.empty() && EqualNoCase(model->FullProjectPath(path), defaultProjectPath);
   if (!model->CloseProject()) return 0;
   if (model->OpenProject(projectPath, isDefault ? 1 : 0)) return 1;
-  // A handler may have opened another project meanwhile; that one stays.
+  // A handler may have opened another project in the meantime, which then stays open.
   if (!model->IsOpen()) model->OpenProject(defaultProjectPath.c_str(), 1);
   return 0;
 }
@@ -129,8 +130,8 @@ std::int32_t CProjectManager::AddExistingItem(const char* itemPath, const char* 
   return model ? model->AddExistingItem(itemPath, itemType) : 0;
 }
 
-// The tool that writes first sources is for users who chose it in the wizard, not for callers from
-// outside; what the user chose last time stays.
+// The tool that generates initial sources is for users who chose it in the wizard, not for
+// automation clients. The user's saved choice isn't changed.
 std::int32_t CProjectManager::AddNewItem(const char* itemPath, const char* itemType) {
   if (!model) return 0;
   const ProfileOverride withoutTool(platform.settings, "Project", "UseCobbler", "No");

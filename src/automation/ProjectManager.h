@@ -25,7 +25,7 @@
 
 namespace tarn {
 
-// The machine, as a manager uses it; all borrowed for the manager's life.
+// Platform services that a manager uses; all are borrowed and must outlive the manager.
 struct ServerPlatform {
   FileSystem& files;
   Settings& settings;
@@ -37,13 +37,14 @@ struct ServerPlatform {
 
 struct CommandRow;
 
-// The automation object that a host creates and drives: it makes the child objects, wires them
-// together, loads the configuration and forwards each call to the child that does the work.
+// Automation object that a host creates and controls. It creates and connects the child objects,
+// loads the configuration and forwards each call to the child that implements it.
 //
-// Counted; destroyed at its final release. A host calls Init first, from the thread that all other
-// calls come from too, and Clean in front of its last Release: until Clean the object holds itself,
-// so that whoever finds it in the running object table finds it alive. Before Init every other call
-// does nothing and gives what it gives when there is nothing to do.
+// Reference-counted; destroyed by its final release. Calling sequence: the host calls Init() first,
+// on the thread that makes all other calls too, and Clean() before its last Release(). Between the
+// two the object holds a reference to itself, so that clients that find it in the running object
+// table find it alive. Before Init() every other call is a no-op and returns the value for an empty
+// state.
 class CProjectManager : public DispatchObject<CProjectManager> {
  public:
   static constexpr const char* kProgId = "TarnProjectManager.ProjectManager";
@@ -61,114 +62,175 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   ~CProjectManager() override;
 
   static const DispatchTable<CProjectManager>& Table();
-  // A worker that waits for this thread is served first, so that a host that only polls does not
-  // hold it up for ever.
+  // First runs a pending task of the worker, so that a host that only polls doesn't block the
+  // worker indefinitely.
   DispatchResult Invoke(DispatchId id, std::span<const Variant> arguments,
                         Variant& result) override;
 
-  // Null until Init has made it.
+  // Returns nullptr before Init().
   CProjectModel* GetModel() { return model.get(); }
   CPropertyManagerDriver* GetPropertyManager() { return propertyManager.get(); }
-  // What this machine knows of targets, or else the installation.
+  // Returns the catalogue of the targets registered on this system, or else those of the
+  // installation.
   TargetCatalogue GetTargetCatalogue() const {
     return {platform.files, platform.settings, applicationPath + "targets"};
   }
-  // The folder that relative names of a caller mean.
+  // Returns the folder against which relative paths of a caller are resolved.
   std::string GetCurrentFolder() const { return platform.files.CurrentFolder(); }
   FileSystem& GetFiles() const { return platform.files; }
-  // The first fault of the configuration file, "FILE:LINE: what"; empty if there is none.
+  // Returns the first fault of the configuration file as "FILE:LINE: description"; an empty string
+  // if there is none.
   const std::string& GetConfigurationProblem() const { return configurationProblem; }
-  // What the last SelectNode or SelectApplication looked for if it found nothing and the node that
-  // was current then still is; nullopt otherwise.
+  // Returns the last argument of SelectNode() or SelectApplication() if no node was found and the
+  // node that was current then still is; nullopt otherwise.
   std::optional<std::string> GetMissedKey() const;
-  // What is missing of the definitions of options and tools, as they are now; empty if nothing is.
+  // Returns a description of what is missing in the current definitions of options and tools; an
+  // empty string if nothing is.
   std::string FindDefinitionProblem();
 
-  // --- The dispatch methods; 1 for success and 0 for failure unless told otherwise ---
+  // --- Dispatch methods; return 1 on success and 0 on failure unless documented otherwise ---
 
   // Init.cpp
+  //
+  // Initialises the manager: loads the configuration, creates the child objects and opens windows.
+  // `applicationPath` is the folder of the installation (null for the default), `dataPath` that of
+  // the default project, `mainframe` the host's window. Returns 0 if a file or component of the
+  // installation is missing, or if the child objects already exist.
   std::int32_t Init(const char* applicationPath, const char* dataPath, std::int32_t mainframe);
+  // Sets the tool manager that runs the tools. Always returns 1.
   std::int32_t InitToolManager(IDispatch* toolManagerObject);
+  // Revokes the object from the running object table and releases its reference to itself. Always
+  // returns 1; further calls are no-ops.
   std::int32_t Clean();
 
   // ProjectManager.cpp
+  //
+  // Closes the current project and opens another one; null asks the user. Returns 0 if the project
+  // is already open, if the current one can't be closed, or if the other one can't be opened; in
+  // the last case the default project is opened.
   std::int32_t ProjectOpen(const char* projectPath);
+  // Closes the project and opens the default project. Returns 0 if the project can't be closed, or
+  // if it was the default project, which then stays closed.
   std::int32_t ProjectClose();
+  // Saves the project. Returns 1 even if a file couldn't be written; the log has the reason.
   std::int32_t ProjectSave();
+  // Closes the current project and creates a new one; null asks the user. On failure the default
+  // project is opened.
   std::int32_t ProjectNew(const char* projectPath);
+  // Builds the current node synchronously on the calling thread.
   std::int32_t ProjectBuild();
+  // Returns the handle of the options window.
   std::int32_t GetPropertyWindow();
+  // Makes the node with this label current. Always returns 1; see GetMissedKey().
   std::int32_t SelectApplication(const char* header);
+  // Makes the node of the active application with this path current, after publishing the
+  // application's nodes if necessary. Always returns 1; see GetMissedKey().
   std::int32_t SelectNode(const char* path);
+  // Adds an existing file to the project. If `itemType` is null, the type is determined by the file
+  // extension.
   std::int32_t AddExistingItem(const char* itemPath, const char* itemType);
+  // Creates a file, a group or an application and adds it to the project.
   std::int32_t AddNewItem(const char* itemPath, const char* itemType);
   std::int32_t RemoveItem(const char* itemName);
+  // Stores tool reports, given as XML, in the nodes that they refer to.
   std::int32_t SetBuildInfo(const char* filePath, const char* xmlInfo);
+  // Returns the commands of the current node's tools as XML.
   std::string GetDynamicCommands(std::uint32_t commandId);
+  // Returns a global symbol as XML.
   std::string GetSymbolInfo(const char* symbolName);
+  // Adds a line to the log.
   void ReportMessage(const char* text);
+  // Returns the debug files of the active application, quoted and joined by `separator`.
   std::string GetSelectedApplicationsList(const char* separator);
+  // Returns the output files of the active application in the same format.
   std::string GetSelectedFilesList(const char* separator);
 
-  // Windows.cpp: handles, 0 for a window that does not stand.
+  // Windows.cpp. Return the window handle, 0 if the window doesn't exist; the first two also offer
+  // the windows to the host for docking.
   std::int32_t GetProjectWindow();
   std::int32_t GetOutputWindow();
   std::int32_t GetReportWindow();
 
-  // Commands.cpp: 2 for work that goes on in the background.
+  // Commands.cpp. Calling sequence for commands that run in the background: PrologCommand(), which
+  // returns 0 if the command is refused; Command(), which returns 2 if the work continues in the
+  // background; EpilogCommand() after its end. EnableCommand() returns 0 if the command is
+  // currently disabled, and 1 for ids that aren't commands.
   std::int32_t Command(std::uint32_t id);
   std::int32_t EnableCommand(std::uint32_t id);
   std::int32_t PrologCommand(std::uint32_t id);
   std::int32_t EpilogCommand(std::uint32_t id);
 
-  // SettingsCalls.cpp
+  // SettingsCalls.cpp. An option is identified by its set, section and name; the values are those
+  // of the current node.
+  //
+  // Reads definitions of options.
   std::int32_t ReadDefsFromFile(const char* set, const char* file);
+  // Reads values of options. A file that doesn't exist is searched for in the configuration folder.
   std::int32_t ReadConfigFromFile(const char* config, const char* set, const char* section,
                                   const char* property, const char* file);
   std::string GetPropertyValue(const char* set, const char* section, const char* property);
+  // Changes the value until a different node becomes current. SavePropertyValue() also stores it in
+  // the project.
   std::int32_t SetPropertyValue(const char* set, const char* section, const char* property,
                                 const char* value);
+  // Returns the value as it is displayed.
   std::string GetPropertyStringValue(const char* set, const char* section, const char* property);
   std::int32_t EnableProperty(const char* set, const char* section, const char* property,
                               std::int32_t enable);
+  // Hides or shows an option; the whole section if `property` is empty, and the whole set if
+  // `section` is empty too.
   std::int32_t HideProperty(const char* set, const char* section, const char* property,
                             std::int32_t hide);
   std::int32_t SavePropertyValue(const char* set, const char* section, const char* property,
                                  const char* value);
+  // Removes the stored value. An empty `set` denotes the type of the current node.
   std::int32_t ResetPropertyValue(const char* set, const char* section, const char* property);
+  // Like ReadDefsFromFile(), but also searches the configuration folder. Always returns 1.
   std::int32_t UpdateCurNodeConfig(const char* set, const char* file);
+  // Returns the options of the active configuration as XML.
   std::string GetCurConfig();
+  // Returns a value of the system settings below the key of the installation.
   std::string ReadRegistryValue(const char* key, const char* name);
+  // Returns a value of an INI file, truncated to 259 bytes.
   std::string ReadIniValue(const char* section, const char* key, const char* iniPath);
+  // Writes a value of an INI file; a null `value` removes the key, a null `key` the section. Always
+  // returns 1; the log has the reason if the file couldn't be written, or if the project isn't
+  // trusted to write it.
   std::int32_t WriteIniValue(const char* section, const char* key, const char* value,
                              const char* iniPath);
+  // Returns the path of the debug information file of the active application, whose folder is
+  // created if necessary; an empty string if its type has no such file.
   std::string GetSelectedDBI();
+  // Returns the path of the active application.
   std::string GetSelectedApplication();
+  // Sends the contents of a script file to the host, which runs it. Returns 0 if the file doesn't
+  // exist or the project isn't trusted to run it.
   std::int32_t ExecuteScript(const char* scriptPath);
-  // Not of the dispatch interface. Returns why the script may not run, as its project is not
-  // trusted; empty if it may.
+  // Not part of the dispatch interface. Returns the reason why the script may not run, as its
+  // project isn't trusted; an empty string if it may.
   std::string CheckScript(const std::string& path);
 
  protected:
-  // A release from inside a step of the worker waits for the worker's end.
+  // If called inside a task of the worker, destruction is delayed until the worker has finished.
   void OnFinalRelease() override;
 
  private:
   friend struct CommandRow;
 
-  // First, so that it goes last: all of the object's end is in the library.
+  // First member, so that it is destroyed last: the destructor runs entirely inside the library.
   const ServerLock lock;
 
-  // Windows.cpp: steps of Init, and of the end.
+  // Windows.cpp: called by Init() and by the destructor.
   void CreateOutputViews();
   void CreateWindows();
-  // From now on the windows use nothing of model, drivers and hub.
+  // After this call the windows use neither the model nor the drivers nor the build output.
   void ReleaseWindows();
-  // Offers a window to the host, to be docked.
+  // Offers a window to the host for docking.
   void Announce(CWnd* window, const char* title, int id) const;
 
-  // Steps of Init.
-  // False if there is no such component; the host gets the reason as a line of the log.
+  // Steps of Init().
+  //
+  // Returns false if there is no such component; the host receives the reason as a log line.
   bool CreateComponent(COleDispatchDriver& driver, const char* progId);
   bool ChooseConfigFile(const std::string& root);
   void NameLogFile();
@@ -180,11 +242,12 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   void ChooseProfileKey();
   void ReadImportSettings();
   void SeedDefaultProject();
-  // The application folder's own name, which settings are kept under; empty for the standard one.
+  // Returns the name of the application folder, which is the key for settings; an empty string for
+  // the standard one.
   std::string OwnFolderName() const;
   std::string FindConfigFile(const char* file) const;
 
-  // Makes the node current that a search for `key` has found, or records that it found nothing.
+  // Makes the node `found` by a search for `key` current, or records that nothing was found.
   void Select(CXmlNode* found, const char* key);
 
   // Actions of commands.
@@ -222,8 +285,8 @@ class CProjectManager : public DispatchObject<CProjectManager> {
   std::string configFilePath;
   std::string configurationProblem;
   bool rerunAfterBuild = false;
-  std::optional<std::string> missedKey;   // of a search that found no node
-  const CXmlNode* nodeInstead = nullptr;  // current node at that time; compared only
+  std::optional<std::string> missedKey;   // search that found no node
+  const CXmlNode* nodeInstead = nullptr;  // node current at that time; only compared
 };
 
 }  // namespace tarn

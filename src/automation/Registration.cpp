@@ -22,7 +22,7 @@ const char* WordOf(ValueType type) {
   return "none";
 }
 
-// Names and identifiers hold nothing that XML would read as something else.
+// Names and identifiers need no escaping in XML.
 std::string Attribute(const char* name, std::string_view value) {
   return " " + std::string(name) + "=\"" + std::string(value) + "\"";
 }

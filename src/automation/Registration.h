@@ -7,18 +7,18 @@
 
 namespace tarn {
 
-// Puts the server into the store, as the one in `libraryPath` (absolute), or takes it away: first
-// its type library, then its class. 0, or the number of the step that failed; `store` tells why,
-// and what an earlier step has done stays.
+// Register the server in the store with its library path (absolute), and unregister it: first its
+// type library, then its class. Return 0, or the code of the step that failed; `store` has the
+// reason, and the effect of an earlier step stays.
 std::int32_t RegisterServer(ClassStore& store, const std::string& libraryPath);
 std::int32_t UnregisterServer(ClassStore& store);
 
 inline constexpr auto kTypeLibraryFailed = static_cast<std::int32_t>(0x80040200u);
 inline constexpr auto kClassFailed = static_cast<std::int32_t>(0x80040201u);
 
-// What the server tells of itself to programs that don't call it: its identifiers and the methods
-// of its interface with their numbers, arguments and results, as XML text. Made from the dispatch
-// table, so it can't tell of others than there are. Lives as long as the library.
+// Returns the description of the server for programs that don't call it: its identifiers and the
+// methods of its interface with ids, arguments and results, as XML. Generated from the dispatch
+// table, so the two can't differ. Valid as long as the library is loaded.
 const std::string& TypeLibraryText();
 
 }  // namespace tarn

@@ -1,4 +1,4 @@
-// What the library exports to whoever loads it as an automation server.
+// Functions that the library exports to the loader of an automation server.
 
 #include "automation/ProjectInspector.h"
 #include "automation/ProjectManager.h"
@@ -41,8 +41,8 @@ std::string OwnPath() {
 constexpr auto kClassNotAvailable = static_cast<std::int32_t>(0x80040111u);
 constexpr auto kNullPointer = static_cast<std::int32_t>(0x80004003u);
 
-// From the moment on that the library is loaded its class is known to the process, whether it is
-// registered on the machine or not.
+// Registers the class in the process when the library is loaded, regardless of its registration on
+// the system.
 [[maybe_unused]] const bool isAnnounced = [] {
   ClassRegistry::Native().RegisterServer(CProjectManager::kProgId, CProjectManager::kClassId,
                                          OwnPath());

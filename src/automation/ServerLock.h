@@ -4,9 +4,9 @@
 
 namespace tarn {
 
-// What keeps the library of the server loaded: one for each object that it made, held for the
-// object's whole life, and those that its class factories were asked for. May be used from any
-// thread.
+// Reference that keeps the server library loaded: one for each object that the library created,
+// held for the object's lifetime, and those that were requested from its class factories.
+// Thread-safe.
 class ServerLock {
  public:
   ServerLock() { Hold(); }
@@ -14,6 +14,8 @@ class ServerLock {
   ServerLock& operator=(const ServerLock&) = delete;
   ~ServerLock() { LetGo(); }
 
+  // Hold() and LetGo() are for locks that outlive a scope. The library may be unloaded if Count()
+  // is 0.
   static void Hold();
   static void LetGo();
   static std::int32_t Count();

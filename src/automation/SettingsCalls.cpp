@@ -1,4 +1,4 @@
-// Calls that only hand the host the settings stores: option values, the machine-wide registry.
+// Calls that give the host access to stored settings: option values and the machine-wide registry.
 
 #include "automation/ProjectManager.h"
 #include "output/MessageTable.h"
@@ -11,7 +11,7 @@ namespace tarn {
 
 namespace {
 
-// What a caller's buffer of 260 bytes holds besides its final zero.
+// Capacity of a caller's buffer of 260 bytes without the terminating zero.
 constexpr std::size_t kLongestIniValue = 259;
 
 std::string KeyOf(const char* set, const char* section, const char* property) {
@@ -26,7 +26,8 @@ std::int32_t CProjectManager::ReadDefsFromFile(const char* set, const char* file
   return propertyManager->ReadDefsFromFile(set, file);
 }
 
-// A name that is no file is looked for in the configuration folder, without a further test.
+// Resolves a name that isn't an existing file against the configuration folder, without checking
+// that the result exists.
 std::string CProjectManager::FindConfigFile(const char* file) const {
   const std::string name = TextOf(file);
   return platform.files.Exists(name) ? name : configFolder + name;
@@ -95,7 +96,7 @@ std::int32_t CProjectManager::SavePropertyValue(const char* set, const char* sec
 std::int32_t CProjectManager::ResetPropertyValue(const char* set, const char* section,
                                                  const char* property) {
   if (!model) return 0;
-  // Resetting reads its key from the left, where an empty set would leave no trace.
+  // `ResetStoredProperty()` parses the key from the left and can't handle an empty set.
   std::string setName = TextOf(set);
   if (setName.empty()) setName = model->GetCurrentNode()->GetName();
   return model->ResetStoredProperty(KeyOf(setName.c_str(), section, property));
@@ -123,8 +124,8 @@ std::string CProjectManager::ReadIniValue(const char* section, const char* key,
   return value;
 }
 
-// Returns whether a project that is not trusted asks for a file outside its folder; that is in the
-// log then.
+// Returns true if an untrusted project requests access to a file outside its folder. The refusal is
+// logged.
 bool CProjectManager::RefusesIniFile(const std::string& path) {
   const std::string folder = platform.files.CurrentFolder();
   const std::string whole = IsRelativePath(path) ? JoinPath(folder, path) : path;
@@ -136,7 +137,7 @@ bool CProjectManager::RefusesIniFile(const std::string& path) {
   return true;
 }
 
-// A null value takes the key away, a null key the whole section.
+// A null value removes the key, a null key removes the whole section.
 std::int32_t CProjectManager::WriteIniValue(const char* section, const char* key, const char* value,
                                             const char* iniPath) {
   if (!model) return 0;

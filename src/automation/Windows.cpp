@@ -1,4 +1,4 @@
-// The windows of a manager: how they are made, offered to the host, and let go.
+// Windows of a manager: creation, announcement to the host, destruction.
 
 #include "automation/ProjectManager.h"
 #include "reports/ReportDefinition.h"

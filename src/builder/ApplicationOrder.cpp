@@ -12,13 +12,12 @@ namespace tarn {
 
 namespace {
 
-// Files are looked up without regard to case, so their names compare that way.
+// Files are looked up ignoring case, so their names are compared the same way.
 std::string NameToCompare(std::string_view path) {
   return path.empty() ? std::string() : FoldCase(CanonicalPath(path));
 }
 
-// Calls `onFile(path)` for the sources and outputs of everything below the application that is
-// built.
+// Calls `onFile(path)` for the source and output of every node below the application that is built.
 template <class OnFile>
 void ForEachFile(const NodeTypes& types, const CXmlNode& parent, OnFile&& onFile) {
   for (int i = 0; i < parent.GetChildCount(); ++i) {
@@ -69,7 +68,7 @@ void ApplicationOrder::FindUses(Entry& entry) {
   if (outputs.empty()) return;
   const auto take = [&](std::string_view path) {
     for (const Entry* each : candidates) {
-      // Nearly all files have another name, and this is the quick part.
+      // A quick test first: nearly all files have a different name.
       if (EndsWithNoCase(path, each->fileName) && NameToCompare(path) == each->output) {
         AddUse(entry, each->node);
       }

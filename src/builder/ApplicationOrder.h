@@ -10,41 +10,43 @@ namespace tarn {
 
 class CToolManagerDriver;
 
-// The applications of a project in the order of a build. An application that another one uses comes
-// before it: its output is a file of the other application, or the other one's tool reads it as a
-// library or otherwise. Apart from that they keep the order of the project (topological sort by
-// depth-first search). Applications that are excluded from the build use nothing.
+// Build order of a project's applications: topological sort by depth-first search. An application
+// comes after those it uses, that is, those whose output is one of its files or is read by its
+// tool, as a library or otherwise. Apart from that, the project's order is kept. Applications
+// excluded from the build use nothing.
 //
-// Looks only at nodes that are published. A project with fewer than two applications costs nothing.
-// The nodes are borrowed.
+// Considers published nodes only. Compares each of their files with the output of each application,
+// which is a short comparison nearly always; a project with fewer than two applications costs
+// nothing. Borrows the nodes.
 class ApplicationOrder {
  public:
   ApplicationOrder(const NodeTypes& nodeTypes, CToolManagerDriver* toolManager, CXmlNode& project);
 
-  // All applications.
+  // All applications, in build order.
   const std::vector<CXmlNode*>& GetAll() const { return order; }
-  // Those that the application uses, directly or by way of others, in their order.
+  // Applications that `application` uses directly or indirectly, in build order.
   std::vector<CXmlNode*> GetUsed(const CXmlNode& application) const;
-  // Those that it uses directly.
+  // Applications that it uses directly.
   const std::vector<CXmlNode*>& GetDirectlyUsed(const CXmlNode& application) const;
-  // The labels of the first cycle, as in "a -> b -> a": none of the applications in it can be built
-  // first. Empty if there is none.
+  // Returns the labels of the first cycle, as in "a -> b -> a", none of whose applications can be
+  // built first. Empty if there is no cycle.
   const std::string& GetCycle() const { return cycle; }
-  // The same as a sentence.
+  // Returns the cycle as a sentence for the user; empty if there is none.
   std::string GetProblem() const;
 
  private:
   enum class State { New, InProgress, Done };
   struct Entry {
     CXmlNode* node = nullptr;
-    std::string output;           // its file, as names are compared; may be empty
-    std::string fileName;         // the last part of that
-    std::vector<CXmlNode*> uses;  // in the order of the project
+    std::string output;           // canonical, for comparisons; may be empty
+    std::string fileName;         // last component of `output`
+    std::vector<CXmlNode*> uses;  // in project order
     State state = State::New;
   };
 
   void FindUses(Entry& entry);
   void AddUse(Entry& entry, CXmlNode* used);
+  // One step of the depth-first search. `chain` is the path from the root of the search.
   void Visit(Entry& entry, std::vector<const CXmlNode*>& chain);
   void ReportCycle(const std::vector<const CXmlNode*>& chain, const CXmlNode& again);
   Entry* Find(const CXmlNode& node);
@@ -52,7 +54,7 @@ class ApplicationOrder {
 
   const NodeTypes& types;
   CToolManagerDriver* const tools;
-  std::vector<Entry> entries;  // in the order of the project
+  std::vector<Entry> entries;  // in project order
   std::vector<CXmlNode*> order;
   std::string cycle;
 };

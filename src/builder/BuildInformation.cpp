@@ -1,4 +1,4 @@
-// What tools report about their outputs, and what the host may ask around a build.
+// Tool reports about outputs, and the queries that a host may make around a build.
 
 #include <algorithm>
 #include <optional>
@@ -43,8 +43,8 @@ void CountListings(const CXmlNode& node, std::unordered_map<std::string, int>& c
   }
 }
 
-// Returns whether several nodes may have one output. Cheaper than an index, and nearly always
-// false.
+// Returns true if several nodes may have the same output. Compares sorted hashes, which is cheaper
+// than an index; the result is nearly always false.
 bool MayShareOutputs(const CXmlNode& application) {
   std::vector<std::uint64_t> hashes;
   HashOutputs(application, hashes);
@@ -52,7 +52,7 @@ bool MayShareOutputs(const CXmlNode& application) {
   return std::adjacent_find(hashes.begin(), hashes.end()) != hashes.end();
 }
 
-// The children in order, taken out of the node.
+// Detaches the children from the node and returns them in order.
 std::vector<std::unique_ptr<CXmlNode>> TakeChildren(CXmlNode& node) {
   std::vector<std::unique_ptr<CXmlNode>> children;
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
@@ -83,7 +83,7 @@ BuildReport ReadReport(const CXmlNode& record) {
 
 std::int32_t CProjectModel::SetBuildInfo(const char* /*filepath*/, const char* xmlinfo) {
   if (!TakeBuildRecords(TextOf(xmlinfo))) return 0;
-  // What was good or stale may have changed its mind.
+  // The report may have changed which nodes are up to date.
   fileTimes.Forget();
   if (activeApplication != nullptr) views.LoadGlobals(GlobalsFileOf(*activeApplication));
   return 1;
@@ -102,7 +102,8 @@ bool CProjectModel::TakeBuildRecords(const std::string& xmlinfo) {
     const std::string date = TextOf(record->GetAttrValue("Date"));
     RecordBuildInfo(node, infos.c_str(), date.c_str());
     BuildReport report = ReadReport(*record);
-    // Each of several runs would find that another one has replaced it.
+    // A listing shared by several nodes is replaced by each run, so it can't be tracked as a
+    // product.
     std::erase_if(report.products, [&](const std::string& each) {
       return each == TextOf(node->GetAttrValue("ListingFile")) && IsSharedListing(each);
     });
@@ -131,7 +132,7 @@ CXmlNode* CProjectModel::FindNodeByOutput(CXmlNode& application, const char* out
   const OutputIndex& index = IndexOutputs(application);
   CXmlNode* found = index.FindAmongSimilar(outputFile);
   if (found == nullptr) found = index.Find(outputFile);
-  // One that is left out of the build has not been built.
+  // A node that is excluded from the build did not produce this output.
   const auto& shared = index.GetShared();
   for (auto pair = shared.rbegin(); pair != shared.rend(); ++pair) {
     if (pair->second != found || IsBuilt(*found, application)) continue;
@@ -159,7 +160,8 @@ std::vector<SharedOutput> CProjectModel::FindSharedOutputs(CXmlNode& application
   for (auto pair = shared.begin(); pair != shared.end(); ++pair) {
     const CXmlNode* const second = pair->second;
     const CXmlNode* first = pair->first;
-    // The pairs of one output are a chain, in which some may be left out of the build.
+    // The pairs with the same output form a chain, some of whose nodes may be excluded from the
+    // build.
     for (auto before = pair; before != shared.begin() && !IsBuilt(*first, application);) {
       if ((--before)->second == first) first = before->first;
     }
@@ -173,8 +175,8 @@ std::vector<SharedOutput> CProjectModel::FindSharedOutputs(CXmlNode& application
   return found;
 }
 
-// The record itself becomes the new list: projects have some ten dependencies for each file, and
-// all of them are there already.
+// Converts the report element itself to the new list, because projects have about ten dependencies
+// per file and all of them are in it already.
 std::unique_ptr<CXmlNode> CProjectModel::TakeDependencies(std::unique_ptr<CXmlNode> record) {
   record->SetName("Dependencies");
   record->SetValue("");
@@ -263,7 +265,7 @@ const CXmlNode* CProjectModel::FindTypeByFileExtension(std::string_view path) {
     }
     typesByExtensionKnown = true;
   }
-  // Mostly that of the file before.
+  // Usually the same as for the previous file.
   std::string extension = ExtensionOf(path);
   if (extension == lastExtension.first) return lastExtension.second;
   const auto found = typesByExtension.find(FoldCase(extension));

@@ -69,7 +69,7 @@ void AppendApplication(std::string& body, Number application, Number& current) {
 
 }  // namespace
 
-// Reads the lines of the blocks; says no at the first thing that is not as it should be.
+// Parses the lines of the blocks. Fails at the first malformed line.
 class BuildRecordStore::Reader {
  public:
   explicit Reader(BuildRecordStore& target) : store_(target) {}
@@ -146,7 +146,7 @@ class BuildRecordStore::Reader {
     while (!line_.empty()) {
       if (!TakeVersion(set.emplace_back())) return false;
     }
-    return !set.empty();  // that one has the number 0 and is never written
+    return !set.empty();  // set 0 is empty and never written
   }
 
   bool ReadRecord() {
@@ -191,7 +191,7 @@ class BuildRecordStore::Reader {
     return TakeVersion(version) && Take(store_.versions_[version].status.changed) && line_.empty();
   }
 
-  // The record before is complete now.
+  // Completes the record whose lines have been read.
   bool Finish() {
     if (!hasRecord_) return true;
     hasRecord_ = false;
@@ -204,7 +204,7 @@ class BuildRecordStore::Reader {
 
   bool TakeText(Number& number) { return Take(number) && number < store_.texts_.size(); }
   bool TakeVersion(Number& number) { return Take(number) && number < store_.versions_.size(); }
-  // Written as signed numbers, so that every line has one kind of them.
+  // Stored as signed, so that all numbers have the same format.
   bool TakeUnsigned(std::uint64_t& number) {
     std::int64_t value = 0;
     if (!Take(value)) return false;
@@ -212,7 +212,7 @@ class BuildRecordStore::Reader {
     return true;
   }
 
-  // A number and the space after it.
+  // Parses a number and the space that follows it.
   template <class T>
   bool Take(T& number) {
     const char* const end = line_.data() + line_.size();
@@ -233,7 +233,7 @@ class BuildRecordStore::Reader {
   bool hasRecord_ = false;
 };
 
-// Writes records and, before their first use, the strings and versions that they need.
+// Writes records, each preceded by the strings and versions that it uses first.
 class BuildRecordStore::Writer {
  public:
   explicit Writer(const BuildRecordStore& source)
@@ -311,7 +311,7 @@ StateVerdict BuildRecordStore::Load(std::string bytes, std::string_view projectF
   Reader reader(*this);
   for (std::string_view body; blocks.Next(body);) {
     if (!reader.Read(body)) {
-      // Whole, and yet no block of this program: nothing in this file is to be trusted.
+      // The block is intact but not in this format, so nothing in the file can be trusted.
       Clear();
       return StateVerdict::Damaged;
     }
@@ -329,7 +329,7 @@ std::string BuildRecordStore::Save(std::string_view projectFileName) const {
   std::vector<std::size_t> live;
   live.reserve(index_.size());
   for (const auto& [key, record] : index_) live.push_back(record);
-  std::sort(live.begin(), live.end());  // one set of records has one text
+  std::sort(live.begin(), live.end());  // makes the file independent of hashing order
   for (const std::size_t record : live) writer.Write(records_[record]);
   std::string bytes = StateHead(projectFileName);
   std::uint64_t chain = StateChecksum(bytes);
@@ -498,7 +498,7 @@ void BuildRecordStore::SetSignature(std::size_t record, std::uint64_t signature)
   news_.push_back(record);
 }
 
-// In the place of the record that it replaces: a long session builds its outputs many times.
+// Reuses the position of the record it replaces, because a long session builds outputs many times.
 std::size_t BuildRecordStore::Index(BuildRecord record) {
   const auto [place, isNew] = index_.try_emplace(KeyOf(record), records_.size());
   if (isNew) {

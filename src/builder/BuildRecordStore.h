@@ -14,49 +14,49 @@
 
 namespace tarn {
 
-// A file as it was when a tool read or wrote it. Time, size and inode don't tell an output from the
-// one before if it was brought forward to the time of an input from the future, and its inode was
-// used again: then the time of its last change does. One of 0 is not compared.
+// Identity of a file at the time a tool read or wrote it. Time, size and inode can't distinguish an
+// output from its predecessor if its time was advanced to that of an input from the future and its
+// inode was reused; the time of its last status change can. A change time of 0 is not compared.
 struct FileVersion {
-  std::uint32_t path = 0;  // number of its path in the store
+  std::uint32_t path = 0;  // string number of its path in the store
   FileStatus status;
-  std::uint64_t hash = 0;  // of its content; 0 if it was not taken
+  std::uint64_t hash = 0;  // of the content; 0 if not computed
 
-  // A version that no file has: the file changed while the tool ran.
+  // A status that no file has, for a file that changed while the tool ran.
   static FileStatus Unsettled() { return {INT64_MIN, 0, 0, 0, 0, 0}; }
   bool IsSettled() const { return status.modifiedSeconds != INT64_MIN; }
-  // The file is this version; false also if only its content could tell.
+  // Returns true if the file has this version; false also if only its content could decide.
   bool IsCertainly(const FileStatus& now) const {
     return IsSameVersion(status, now) && (status.changed == 0 || status.changed == now.changed);
   }
 };
 
-// What an output file was made from.
+// Record of what an output file was made from.
 struct BuildRecord {
   using Number = std::uint32_t;
 
   Number application = 0;  // string: path of the application's file
-  Number output = 0;       // file version
-  Number infos = 0;        // string for the views
-  Number date = 0;         // string: modification time of the output as the tool reported it
-  // Of tool, files, options and the tool's definition. None if the command lines may change while
-  // all of these stay.
+  Number output = 0;       // file version number
+  Number infos = 0;        // string number: symbols for the views
+  Number date = 0;         // string: modification time of the output as reported by the tool
+  // Hash of tool, files, options and the tool's definition; kNoSignature if the command lines may
+  // change even though none of these does.
   static constexpr std::uint64_t kNoSignature = 0;
   std::uint64_t signature = kNoSignature;
-  std::uint64_t command = 0;  // of the command lines that were run; 0 if unknown
-  // String: folders that headers are searched in, quoted, "?" with the path of a file that would be
-  // read if it were there, and "#" with the definition of a macro; may be empty.
+  std::uint64_t command = 0;  // hash of the command lines that were run; 0 if unknown
+  // String number; may be empty: the header search folders, quoted; paths prefixed with "?" of
+  // files that would have been read if they existed; and macro definitions prefixed with "#".
   Number search = 0;
-  Number folders = 0;  // set of the folders in which a header could shadow one that was read
-  // File versions: sources, then reported dependencies, then programs and further products.
+  Number folders = 0;  // set of folders in which a new header could shadow one that was read
+  // File versions: first sources, then reported dependencies, then programs and further products.
   std::vector<Number> inputs;
   Number sources = 0;
-  Number programs = 0;  // and products: files whose version counts, and not their age
-  // Strings: files earlier in the search path than the ones that were read, which the tool passed
-  // over all the same.
+  Number programs = 0;  // includes products: only their version matters, not their time
+  // Strings: files earlier in the search path than the ones that were read, which the tool
+  // nevertheless did not use.
   std::vector<Number> passedOver;
-  // File versions: everything that the run left besides the output. What is no further product,
-  // such as a rule file, may change or go.
+  // File versions of everything else that the run produced. Files that are not further products,
+  // such as a dependency file, may change or disappear.
   std::vector<Number> byProducts;
 
   std::span<const Number> Dependencies() const {
@@ -64,26 +64,27 @@ struct BuildRecord {
   }
 };
 
-// The build records of one project, by application and output, and their journal on disk.
+// The build records of one project, indexed by application and output, and their journal on disk.
+// An append-only log with string interning: designed for many thousands of records that share most
+// of their headers, it stores every string and file version once, in memory and in the journal, and
+// a record consists of numbers. Lookups take constant time; loading is linear in the journal.
 //
-// Written for projects of many thousand records that share most of their headers: every string and
-// every version of a file is stored once, in memory and in the journal, and records are numbers.
-// The blocks of the journal hold lines:
+// Each block of the journal consists of lines:
 //
 //   T text                                    next string, numbered from 0
 //   F path seconds nanos size device inode changed hash
 //                                             next file version, numbered from 0
-//   A application                             the records that follow are this application's
+//   A application                             the application of the records that follow
 //   G version...                              next set of folders, numbered from 1; 0 is empty
 //   R output infos date search folders sources programs signature command
 //                                             a record; replaces that of the same output
 //   I version...                              its inputs
 //   P text...                                 the files that were passed over
-//   B version...                              what else the run left
-//   X output                                  no record of this output path any more
+//   B version...                              other files that the run produced
+//   X output                                  deletes the record of this output path
 //   C version changed                         the file was touched without a change of content
 //
-// Not for use by two threads at once.
+// Not thread-safe.
 class BuildRecordStore {
  public:
   using Number = BuildRecord::Number;
@@ -92,56 +93,62 @@ class BuildRecordStore {
   BuildRecordStore(const BuildRecordStore&) = delete;
   BuildRecordStore& operator=(const BuildRecordStore&) = delete;
 
-  // Replaces everything by the journal's content, up to the first block that is not as it was
-  // written; empty unless the verdict is Good.
+  // Replaces everything with the content of the journal, up to the first corrupt block. The store
+  // is empty unless the verdict is Good. A journal cut short yields Good and a GetJournalLength()
+  // below its size.
   StateVerdict Load(std::string bytes, std::string_view projectFileName);
-  // A journal with just what is in use.
+  // Returns a journal of the live records only.
   std::string Save(std::string_view projectFileName) const;
+  // Returns true if the journal lacks changes.
   bool HasNews() const { return !news_.empty() || !dropped_.empty() || !renewed_.empty(); }
-  // The block that the journal lacks. Counts as written from then on.
+  // Returns the block of changes that the journal lacks, and marks them as written.
   std::string TakeNews();
-  // A journal with everything, to which further news can be appended.
+  // Returns a complete journal to which further blocks can be appended.
   std::string RestartJournal(std::string_view projectFileName);
-  // Length of the good part of the loaded journal with the news taken since; 0 before a Load.
+  // Length of the valid part of the loaded journal plus the blocks taken since; 0 before Load.
   std::size_t GetJournalLength() const { return journalLength_; }
-  // The journal holds much more than is in use.
+  // Returns true if the journal holds far more than the live records.
   bool IsWasteful() const;
 
+  // Returns the number of this string, adding it if it is new.
   Number Intern(std::string_view text);
-  // The number of this version; one that is known already keeps its hash.
+  // Returns the number of this version. If the version exists already, it keeps its hash.
   Number AddVersion(std::string_view path, const FileStatus& status, std::uint64_t hash);
-  // The number of the set of these folders, each a version.
+  // Returns the number of the set of these folders, given by their versions.
   Number AddFolders(std::vector<Number> versions);
   const std::vector<Number>& Folders(Number set) const { return folderSets_[set]; }
   void SetFolders(std::size_t record, Number set);
-  // Replaces the part of a version that changes without the content: FileStatus::changed.
+  // Updates FileStatus::changed, the one part of a version that may change although the content
+  // doesn't.
   void RenewChanged(Number version, std::int64_t changed);
-  // The latest version of this path that any record holds; null if there is none.
+  // Returns the latest recorded version of this path, or nullptr.
   const FileVersion* FindLatest(std::string_view path);
 
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-  // A position stays valid until Load.
+  // Returns the index of a record, or kNone. The index is valid until Load.
   std::size_t Find(std::string_view application, std::string_view output) const;
-  // Application and output of a record.
+  // Returns the application and output of a record.
   std::pair<std::string, std::string> KeyText(std::size_t record) const {
     const Key key = KeyOf(records_[record]);
     return {std::string(key.application), std::string(key.output)};
   }
+  // Adds a record or replaces that of the same application and output. Returns its index.
   std::size_t Put(BuildRecord record);
-  // Takes the records of another store for outputs that this one has none of.
+  // Copies the other store's records for outputs without a record here.
   void Adopt(const BuildRecordStore& other);
+  // Deletes a record. Other indices stay valid.
   void Drop(std::size_t record);
-  // The tool would be run with the same commands, whatever else changed of its inputs.
+  // Updates the signature after a change of inputs that left the commands the same.
   void SetSignature(std::size_t record, std::uint64_t signature);
 
   const BuildRecord& Get(std::size_t record) const { return records_[record]; }
   std::string_view Text(Number number) const { return texts_[number]; }
-  // Stays where it is until Load.
+  // The reference is valid until Load.
   const FileVersion& Version(Number number) const { return versions_[number]; }
   std::string_view PathOf(Number version) const { return texts_[versions_[version].path]; }
   std::size_t GetCount() const { return index_.size(); }
   std::size_t GetVersionCount() const { return versions_.size(); }
-  // Changes with each Load, which numbers everything anew.
+  // Changes with each Load, which renumbers everything.
   std::uint64_t GetLoadCount() const { return loads_; }
 
  private:
@@ -164,25 +171,26 @@ class BuildRecordStore {
   Key KeyOf(const BuildRecord& record) const;
 
   std::uint64_t loads_ = 0;
-  std::string file_;                  // what the strings of a loaded journal borrow from
-  std::deque<std::string> ownTexts_;  // what the others borrow from
+  std::string file_;  // content of the loaded journal, which its strings borrow from
+  std::deque<std::string> ownTexts_;  // storage of all other strings
   std::vector<std::string_view> texts_;
-  std::unordered_map<std::string_view, Number> interned_;  // filled at the first Intern
+  std::unordered_map<std::string_view, Number> interned_;  // filled by the first Intern
   std::deque<FileVersion> versions_;
-  std::vector<Number> latest_;  // by string: its latest version, or kNoVersion
+  std::vector<Number> latest_;  // by string: latest version of this path, or kNoVersion
   std::deque<std::vector<Number>> folderSets_ = {{}};
   std::map<std::vector<Number>, Number> folderSetNumbers_;  // filled as sets are added
   std::vector<BuildRecord> records_;
   std::unordered_map<Key, std::size_t, KeyHash> index_;
 
-  // What the journal holds.
+  // State of the journal.
   std::size_t writtenTexts_ = 0;
   std::size_t writtenVersions_ = 0;
   std::size_t writtenFolderSets_ = 1;
-  std::size_t writtenRecords_ = 0;                  // lines, the replaced ones included
-  std::vector<std::size_t> news_;                   // records to write
-  std::vector<std::pair<Number, Number>> dropped_;  // application and output to write
-  std::vector<Number> renewed_;                     // versions whose `changed` is to write
+  std::size_t writtenRecords_ = 0;                  // record lines, including replaced ones
+  std::vector<std::size_t> news_;                   // records to be written
+  std::vector<std::pair<Number, Number>> dropped_;  // application and output to be written
+  std::vector<Number> renewed_;                     // versions whose `changed` is to be written
+  // Checksum that seeds the next block, see StateText.h.
   std::uint64_t chain_ = 0;
   std::size_t journalLength_ = 0;
 };

@@ -10,7 +10,7 @@ namespace tarn {
 StateVerdict BuildRecords::OpenJournal(const std::string& path,
                                        const std::string& projectFileName) {
   if (IsJournalCurrent(path)) return verdict_;
-  // What tools reported before there was a journal belongs into it.
+  // Adds reports received before the journal was opened.
   if (journal_.empty() && store_.GetCount() > 0) return TakeOverJournal(path, projectFileName);
   WithdrawAll();
   shadows_.Clear();
@@ -46,8 +46,8 @@ StateVerdict BuildRecords::TakeOverJournal(const std::string& path,
   return verdict_;
 }
 
-// What a node was made from is in the other journal, or nowhere: another process failed on it, or
-// the file was lost. Its output must not be judged by times alone then.
+// A node's history is in the other journal or lost: another process failed to build it, or the file
+// was deleted. So its output must not be judged by file times alone.
 void BuildRecords::WithdrawAll() {
   for (auto& [node, bound] : bound_) {
     if (!bound.withdrawn) bound.withdrawn = {StaleReason::NeverBuilt, {}};
@@ -69,7 +69,7 @@ bool BuildRecords::IsJournalCurrent(const std::string& path) const {
          (!now || IsSameVersion(*now, *journalStatus_));
 }
 
-// Only what is on disk still counts: sources that went left outputs that went, too.
+// Drops records whose outputs no longer exist, for example those of removed sources.
 void BuildRecords::CompactJournal() {
   if (journal_.empty()) return;
   if (store_.GetCount() == 0 && files_.RemoveFile(journal_)) {
@@ -79,9 +79,9 @@ void BuildRecords::CompactJournal() {
   }
   if (!store_.IsWasteful()) return;
   const std::string bytes = store_.Save(projectFileName_);
-  if (!files_.WriteOwnFile(journal_, bytes)) return;  // the longer one is as good
+  if (!files_.WriteOwnFile(journal_, bytes)) return;  // keep the longer journal
   journalStatus_ = files_.Examine(journal_);
-  // The records have other positions now.
+  // The indices of the records have changed.
   std::vector<std::pair<std::string, std::string>> keys;
   for (const auto& [node, bound] : bound_) {
     const bool hasRecord = bound.record != BuildRecordStore::kNone;
@@ -179,7 +179,7 @@ void BuildRecords::TakeReport(const CXmlNode& node, const BuildReport& report) {
   WriteJournal();
 }
 
-// The folders in which files are looked for by name.
+// Returns the folders in which files are looked up by name.
 std::vector<std::string> BuildRecords::RootsOf(const Run& run, const BuildReport& report) const {
   std::vector<std::string> roots = SplitQuotedList(report.search);
   roots.push_back(FolderOf(run.application));
@@ -188,7 +188,7 @@ std::vector<std::string> BuildRecords::RootsOf(const Run& run, const BuildReport
   return roots;
 }
 
-// A version that is known with its hash is not read again, however many outputs are made from it.
+// Doesn't read a version again whose hash is known, however many outputs depend on it.
 BuildRecord::Number BuildRecords::AddInput(const Run& run, const std::string& path,
                                            PathChanges& changes) {
   const RunSnapshot::Settled settled = run.snapshot.Settle(files_, path, changes);
@@ -204,9 +204,9 @@ BuildRecord::Number BuildRecords::AddInput(const Run& run, const std::string& pa
   return store_.AddVersion(path, settled.status, hash);
 }
 
-// A program that is edited in place may keep its size and get its time back: then the time of its
-// last change differs. The content decides for scripts and small programs; reading a large one
-// would take longer than it is worth.
+// A program edited in place may keep its size and get its old time back, but then its change time
+// differs. Scripts and small programs are compared by content; reading a large program would cost
+// more than it saves.
 BuildRecord::Number BuildRecords::AddProgram(const Run& run, const std::string& path,
                                              PathChanges& changes) {
   constexpr std::uint64_t kMaxCompared = 1 << 20;
@@ -265,7 +265,7 @@ void BuildRecords::ForgetAll() {
   ended_.clear();
 }
 
-// What could not be written is tried again, and stays a problem until it is.
+// Retries a failed write; the problem remains until it succeeds.
 void BuildRecords::WriteJournal() {
   if (journal_.empty() || (!store_.HasNews() && problem_.empty())) return;
   const Status written = AppendNews();
@@ -280,7 +280,7 @@ Status BuildRecords::AppendNews() {
     journalStatus_ = files_.Examine(journal_);
     if (appended || appended.GetError().code != ErrorCode::Changed) return appended;
   }
-  // There is none yet, or another program changed it: replaced as a whole.
+  // The journal is missing or was changed by another program: replaces the whole file.
   const Status written = files_.WriteOwnFile(journal_, store_.RestartJournal(projectFileName_));
   journalStatus_ = files_.Examine(journal_);
   return written;

@@ -16,29 +16,29 @@
 
 namespace tarn {
 
-// What a tool reported of one output.
+// A tool's report about one output.
 struct BuildReport {
   std::string infos;
   std::string date;
   std::vector<std::string> dependencies;
-  std::vector<std::string> programs;    // that were run, with full paths
-  std::vector<std::string> products;    // further files that were made
-  std::vector<std::string> byProducts;  // further files that nothing needs
-  std::string search;                   // folders that headers are searched in, quoted
+  std::vector<std::string> programs;    // full paths of programs that were run
+  std::vector<std::string> products;    // further files that were produced
+  std::vector<std::string> byProducts;  // produced files that nothing needs
+  std::string search;                   // header search folders, quoted
   std::uint64_t command = 0;            // hash of the command lines; 0 if unknown
-  bool hasInexactNames = false;         // the command lines depend on how the disk spells names
+  bool hasInexactNames = false;         // the command lines depend on the spelling of names on disk
 };
 
-// What the outputs of the open project were made from: file versions and command of the run that
-// made each. A node is bound to the record of its output once a tool ran on it in this process, or
-// once its record was restored. A node that another program reported about has none, and is judged
-// by the times of files alone.
+// Build records of the open project: for each output, the file versions and the command of the run
+// that produced it. A node is bound to the record of its output when a tool has run on it in this
+// process or when its record is restored. A node whose report came from another program has no
+// record and is judged by file times only.
 //
-// With a journal the records outlive the process: each is appended as its tool ends, so a kill
-// loses only what was running. The journal is not needed to be right: every record is compared with
-// the files before it is believed.
+// A journal makes the records persistent: each is appended as soon as its tool ends, so a kill
+// loses only the runs in progress. The journal is not trusted: every record is verified against the
+// files before it is used.
 //
-// Nodes are keys, not dereferenced after the call. On the main thread.
+// Nodes are used as keys only and not dereferenced after the call. Main thread only.
 class BuildRecords {
  public:
   explicit BuildRecords(FileSystem& disk) : files_(disk), shadows_(disk, store_) {}
@@ -47,64 +47,66 @@ class BuildRecords {
 
   // --- The journal ---
 
-  // Reads the journal at `path` and appends to it from now on. Unless it is the journal that is
-  // open already, or the first one, the records of nodes are withdrawn until Restore finds them in
-  // it. Cut: what stands after the damage is not known.
+  // Reads the journal at `path` and appends to it from now on. Unless this is the journal already
+  // open, or the first one, the records of nodes are withdrawn until Restore finds them in it. If
+  // the verdict is Cut, everything after the damage is lost.
   StateVerdict OpenJournal(const std::string& path, const std::string& projectFileName);
-  // Nothing is written any more, and nothing is known.
+  // Stops writing and clears all records.
   void CloseJournal();
-  // The journal file is the one that was read or written last.
+  // Returns true if the file at `path` is the journal last read or written.
   bool IsJournalCurrent(const std::string& path) const;
-  // Makes the journal smaller if much of it is not in use, and removes it if nothing is. For the
-  // holder of the build lock.
+  // Shrinks the journal if much of it is obsolete, and removes it if all is. The caller must hold
+  // the build lock.
   void CompactJournal();
-  // Appends what is not in the journal yet. Not needed after a run, which does it by itself.
+  // Appends pending changes. Unnecessary after a run, because EndRun and TakeReport write.
   void WriteJournal();
   bool HasJournal() const { return !journal_.empty(); }
-  // Why the journal that was opened could not be read; empty if it could, or if there is none.
+  // Why the open journal could not be read; empty if it was read or if there is none.
   const std::string& GetReadProblem() const { return readProblem_; }
-  // Why the journal could not be written; empty if it could.
+  // Why the journal could not be written; empty on success.
   const std::string& GetProblem() const { return problem_; }
 
   // --- Runs ---
 
-  // A tool is about to run on the node. Returns the snapshot to take around the run: the sources,
-  // and what the tool read the last time.
+  // Called before a tool runs on the node. Returns the snapshot to take around the run, containing
+  // the sources and the files that the tool read in its previous run.
   RunSnapshot BeginRun(const CXmlNode& node, std::string_view application, std::string_view output,
                        const std::vector<std::string>& sources, std::uint64_t signature);
-  // The run has ended. After a failure nothing is known of the output.
+  // Called after the run. If it failed, the output is treated as unknown.
   void EndRun(const CXmlNode& node, RunSnapshot snapshot, bool succeeded);
-  // A report about the node's output arrived. Without a run since the last report it came from
-  // elsewhere, and the node is not bound any more.
+  // Processes a report about the node's output. Without a run since the previous report, it came
+  // from elsewhere, and the node is unbound.
   void TakeReport(const CXmlNode& node, const BuildReport& report);
 
   // --- Records of nodes ---
 
-  // Binds the node to the record of its output, if there is one, and returns that or null.
+  // Binds the node to the record of its output. Returns the record, or nullptr if there is none.
   const BuildRecord* Restore(const CXmlNode& node, std::string_view application,
                              std::string_view output);
   const BuildRecordStore& Store() const { return store_; }
 
   struct Bound {
     std::size_t record = BuildRecordStore::kNone;
-    // Why the record holds no more; with a reason here it never holds again.
+    // Why the record is invalid. Once set, the record never becomes valid again.
     StaleVerdict withdrawn;
-    std::uint64_t verifiedCommand = 0;  // generation of ToolCommands in which the command held
-    std::uint64_t verifiedLook = 0;     // epoch of the file times then
+    std::uint64_t verifiedCommand = 0;  // ToolCommands generation of the last verification
+    std::uint64_t verifiedLook = 0;     // file-time epoch of the last verification
   };
-  // Null for a node without a record.
+  // Returns nullptr if the node has no record.
   Bound* Find(const CXmlNode& node);
   const BuildRecord& RecordOf(const Bound& bound) const { return store_.Get(bound.record); }
+  // Marks the node's record as invalid.
   void Withdraw(const CXmlNode& node, StaleVerdict why);
-  // The output was deleted on purpose.
+  // Deletes the record of an output that was deleted on purpose.
   void Drop(const CXmlNode& node, std::string_view application, std::string_view output);
+  // See BuildRecordStore.
   void SetSignature(const Bound& bound, std::uint64_t signature);
   ShadowCheck& Shadows() { return shadows_; }
   void RenewChanged(BuildRecord::Number version, std::int64_t changed) {
     store_.RenewChanged(version, changed);
   }
 
-  // The node and all below it are freed.
+  // Removes the node and its descendants, which are about to be freed.
   void Forget(const CXmlNode& node);
   void ForgetAll();
 
@@ -129,10 +131,10 @@ class BuildRecords {
   BuildRecordStore store_;
   ShadowCheck shadows_;
   std::unordered_map<const CXmlNode*, Bound> bound_;
-  std::unordered_map<const CXmlNode*, Run> running_;  // begun, not ended
-  std::unordered_map<const CXmlNode*, Run> ended_;    // not reported yet
+  std::unordered_map<const CXmlNode*, Run> running_;  // begun but not ended
+  std::unordered_map<const CXmlNode*, Run> ended_;    // ended but not reported
 
-  std::string journal_;  // path; empty: none
+  std::string journal_;  // path; empty if none
   std::string projectFileName_;
   std::optional<FileStatus> journalStatus_;
   StateVerdict verdict_ = StateVerdict::Good;

@@ -1,4 +1,4 @@
-// The build records of the project and their journal.
+// The project's build records and their journal.
 
 #include "builder/RecordRestore.h"
 #include "platform/paths/Paths.h"

@@ -18,13 +18,13 @@ constexpr std::size_t kMaxNodesAhead = 512;
 constexpr std::uint64_t kNeverEpoch = UINT64_MAX;
 constexpr unsigned kStepsPerLook = 16;
 
-// Nothing when one of the two is nothing.
+// Returns the later time; nullopt if either is nullopt.
 std::optional<std::int64_t> Later(const std::optional<std::int64_t>& a,
                                   const std::optional<std::int64_t>& b) {
   return a && b ? std::optional(std::max(*a, *b)) : std::nullopt;
 }
 
-// About the nodes of the subtree, at most `limit` of them; gives how many.
+// Requests the files of up to `limit` nodes of the subtree. Returns the number of nodes.
 std::size_t AskForSubtree(Staleness& staleness, const CXmlNode& node, FileTimes::Inquiry& inquiry,
                           NodesAhead& ahead, std::size_t limit) {
   if (limit == 0) return 0;
@@ -38,7 +38,7 @@ std::size_t AskForSubtree(Staleness& staleness, const CXmlNode& node, FileTimes:
   return count;
 }
 
-// What the node's own options name.
+// Returns the outputs named by the node's own options.
 std::vector<NamedOutput> OutputsOf(const CXmlNode& node) {
   std::vector<NamedOutput> outputs;
   for (const auto& [attribute, option] : {std::pair("OutputFile", "Build.OutputFile"),
@@ -101,7 +101,7 @@ WalkRequest BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
       break;
     }
     if (!Step(request)) return request;
-    // Most steps take less time than a look at the clock.
+    // Most steps take less time than reading the clock.
     if (++stepCount % kStepsPerLook == 0 && IsOver(deadline) && !frames.empty()) {
       request.kind = WalkRequest::Kind::Pause;
       return request;
@@ -110,6 +110,8 @@ WalkRequest BuildWalk::Advance(std::optional<Clock::time_point> deadline) {
   return request;
 }
 
+// Runs one stage of the top frame. The explicit stack of frames replaces recursion, so that the
+// traversal can be suspended at any stage.
 bool BuildWalk::Step(WalkRequest& request) {
   Frame& frame = frames.back();
   switch (frame.stage) {
@@ -146,14 +148,14 @@ bool BuildWalk::Return(bool success, bool isGood) {
   Frame& parent = frames.back();
   if (!isGood && !isUsed) parent.childrenGood = false;
   if (!isUsed) parent.newestOutput = Later(parent.newestOutput, newest);
-  if (!success) return Return(false, false);  // nothing above a failure is processed
+  if (!success) return Return(false, false);  // a failure stops the processing of all ancestors
   return true;
 }
 
 bool BuildWalk::Enter(Frame& frame) {
   if (model.GetBuildState() == StateStopRequested) return Return(false, false);
   if ((model.types.FlagsOf(*frame.node) & kTypeBuild) == 0) {
-    // Nothing to build, but something stale may lie below all the same.
+    // The node itself is not built but may have stale descendants.
     return Return(true, frame.node->GetChildCount() == 0);
   }
   frame.stage = Stage::Publish;
@@ -176,7 +178,7 @@ bool BuildWalk::Publish(Frame& frame, WalkRequest& request) {
   return true;
 }
 
-// What an application uses can lie in the whole project.
+// An application may use others anywhere in the project.
 CXmlNode* BuildWalk::PublishRoot() const {
   CXmlNode* const first = frames.front().node;
   const bool isOne = (model.types.FlagsOf(*first) & kTypeApplication) != 0 && mode != ModeClean;
@@ -235,7 +237,7 @@ bool BuildWalk::StartNode(Frame& frame) {
         {model.OperationText(frame.mode), TextOf(node.GetAttrValue("Header")),
          config == nullptr ? kStandardConfig : config});
     if (LostTree()) return true;
-    // The debug database is made anew by whoever needs it.
+    // Programs that need the debug database re-create it.
     const std::string database = WithExtension(model.projectPath, ".tdb");
     if (frame.mode == ModeClean && guard.WhyKept(node, {database, {}}).empty()) {
       (void)model.files.RemoveFile(database);
@@ -271,7 +273,7 @@ bool BuildWalk::EnterNextChild(Frame& frame) {
 bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
   CXmlNode& node = *frame.node;
   if (frame.mode == ModeClean) return Return(Clean(node), false);
-  // What was just built may be newer than its time tells.
+  // A file that was just built may be newer than its time indicates, given its resolution.
   if (frame.mode == ModeBuild && !UsesWhatWasBuilt(node)) {
     Staleness staleness(model.types, model.fileTimes, model.recordCheck,
                         MayAsk(frame) ? Staleness::Unknown::Miss : Staleness::Unknown::Examine);
@@ -286,13 +288,13 @@ bool BuildWalk::DoOwnWork(Frame& frame, WalkRequest& request) {
 
 bool BuildWalk::IsUpToDate(const Frame& frame, Staleness& staleness) const {
   if (!AreChildrenGood(frame)) return staleness.IsUpToDate(frame.node);
-  // No later than the latest of more files than an application is made of: that is all of them
-  // looked at already. Otherwise each is asked for by its name.
+  // If the newest of a superset of the application's files is not too new, all of them are up to
+  // date and need not be checked by name. Otherwise checks each one.
   return (frame.newestOutput && staleness.IsUpToDateSince(*frame.node, *frame.newestOutput)) ||
          staleness.IsUpToDateAlone(*frame.node);
 }
 
-// The latest output of a node that is up to date, what lies below it included.
+// Returns the newest output of an up-to-date node and its descendants.
 std::optional<std::int64_t> BuildWalk::NewestOutputOf(const Frame& frame) const {
   const CXmlNode& node = *frame.node;
   if (IsExactlyYes(node, "Exclude")) return INT64_MIN;
@@ -308,14 +310,14 @@ bool BuildWalk::AreChildrenGood(const Frame& frame) const {
   return frame.childrenGood && frame.goodEpoch == model.fileTimes.GetEpoch();
 }
 
-// A host that keeps reporting makes the times forgotten again and again: then what is missing is
-// looked at here.
+// A host that keeps sending reports invalidates the times again and again. In that case missing
+// times are queried synchronously.
 bool BuildWalk::MayAsk(const Frame& frame) const {
   return asksForTimes && (frame.askedEpoch == 0 || frame.askedEpoch == model.fileTimes.GetEpoch());
 }
 
-// For the files that the frame's node is judged by, and those of the nodes that come next, so that
-// a walk over an up-to-date tree changes threads once in hundreds of nodes.
+// Requests the files that decide about the frame's node and about the nodes that follow, so that a
+// walk over an up-to-date tree switches threads only once per several hundred nodes.
 bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
   const bool hasAsked = frame.askedEpoch == model.fileTimes.GetEpoch();
   frame.askedEpoch = model.fileTimes.GetEpoch();
@@ -326,13 +328,13 @@ bool BuildWalk::AskForTimes(Frame& frame, WalkRequest& request) {
   } else {
     AskForSubtree(staleness, *frame.node, request.inquiry, ahead, SIZE_MAX);
   }
-  ahead.Begin(frame.askedEpoch);  // the walk has come to all of these
-  // Mostly the parts have been looked at, and what is missing is the application's own output.
+  ahead.Begin(frame.askedEpoch);  // the walk has reached all of these
+  // Usually the application's files are known, and only its own output is missing.
   const bool needsParts = hasAsked || !AreChildrenGood(frame) || !frame.newestOutput;
   if (needsParts && (model.types.FlagsOf(*frame.node) & kTypeApplication) != 0) {
     staleness.AskForParts(*frame.node, request.inquiry);
   }
-  if (request.inquiry.IsEmpty()) {  // a path that nobody can ask for
+  if (request.inquiry.IsEmpty()) {  // a path that can't be requested
     frame.askedEpoch = kNeverEpoch;
     return false;
   }
@@ -361,16 +363,16 @@ bool BuildWalk::Clean(CXmlNode& node) {
     if (LostTree()) return false;
   }
   bool result = true;
-  bool isLeft = false;  // the next clean may be able to
+  bool isLeft = false;  // the next clean may be able to delete it
   std::vector<NamedOutput> made = OutputsOf(node);
-  // A host that keeps no records gets just what the nodes name.
+  // Hosts without a journal only clean the files that nodes name.
   if (model.buildRecords.HasJournal()) {
     for (std::string& path : guard.FindByProducts(node)) made.push_back({std::move(path), {}});
   }
   for (const NamedOutput& named : made) {
     const std::string& path = named.path;
     if (!model.files.Exists(path)) continue;
-    // A file of a similar name is not what the tool made.
+    // A file whose name differs in letter case is not the tool's output.
     const std::optional<FileStatus> status = model.files.Examine(path);
     if (status && status->otherSpelling) continue;
     if (const std::string why = guard.WhyKept(node, named); !why.empty()) {
@@ -397,8 +399,8 @@ bool BuildWalk::Clean(CXmlNode& node) {
   return result;
 }
 
-// Returns whether the tool would overwrite what is no product of this project; that is in the log
-// then.
+// Returns true, after logging the reason, if the tool would overwrite a file that is not a product
+// of this project.
 bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
   const std::vector<NamedOutput> written = FindWritten(request.access);
   std::vector<NamedOutput> made = OutputsOf(node);
@@ -417,7 +419,7 @@ bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
     model.AddBuildNotice(LineKind::Error, why + "; the tool is not run");
     return true;
   }
-  // The tool manager doesn't know what earlier runs made, and spares what is read-only.
+  // The tool manager has no records of earlier runs and does not touch read-only files.
   for (const NamedOutput& each : made) {
     const bool isInTheWay = model.files.Examine(each.path) && model.files.IsReadOnly(each.path);
     if (isInTheWay) (void)guard.Remove(node, each.path);
@@ -425,7 +427,7 @@ bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
   return false;
 }
 
-// A linker that gets a file twice finds everything in it defined twice, and says no more than that.
+// A linker that is given a file twice reports duplicate definitions without naming the cause.
 void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
   if ((model.types.FlagsOf(node) & kTypeApplication) == 0) return;
   for (const auto& [first, second] : FindSameFiles(model.files, node)) {
@@ -435,8 +437,8 @@ void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
   }
 }
 
-// Returns whether the run needs the user's trust, which the project doesn't have; that is in the
-// log then.
+// Returns true, after logging the reason, if the run needs the user's trust and the project is not
+// trusted.
 bool BuildWalk::IsUntrusted(const WalkRequest& request) {
   ProjectTrust& trust = model.GetTrust();
   if (!trust.IsWithheld()) return false;
@@ -487,7 +489,7 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   return false;
 }
 
-// Only the node's own tool makes what the record of its output says.
+// Only runs of the node's own tool are recorded as producing its output.
 RunSnapshot BuildWalk::BeginRun(const CXmlNode& node, const WalkRequest& request) {
   const std::string output = TextOf(node.GetAttrValue("OutputFile"));
   isRecorded = !output.empty() && request.tool == TextOf(node.GetAttrValue("TranslateTool")) &&
@@ -533,7 +535,7 @@ void BuildWalk::FinishTool(Frame& frame) {
   if (!LostTree()) Return(toolSucceeded, false);
 }
 
-// What has to be put right after a tool, whatever became of the tree.
+// Cleanup after a tool run, even if the tree was freed.
 void BuildWalk::LeaveTool() {
   model.fileTimes.Forget();  // the tool may have written any file
   if (!messageFile.empty()) {

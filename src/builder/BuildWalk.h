@@ -18,13 +18,13 @@
 
 namespace tarn {
 
-// What a walk needs before it can go on.
+// Request of a build walk to its caller.
 struct WalkRequest {
   enum class Kind {
     Done,
-    Pause,    // the time is up; call Advance again when the host has had its turn
-    RunTool,  // run the tool, then TakeToolResult
-    Examine,  // have the inquiry examined, then TakeTimes
+    Pause,    // time limit reached; call Advance again after serving the host
+    RunTool,  // run the tool, then call TakeToolResult
+    Examine,  // stat the files of the inquiry, then call TakeTimes
   };
   Kind kind = Kind::Done;
 
@@ -32,46 +32,49 @@ struct WalkRequest {
   std::string tool;
   std::string files;
   std::string options;
-  std::string access;  // what the tool manager's GetAccess returns of the run
+  std::string access;  // reply of the tool manager's GetAccess for this run
   NullableText messageFile;
 
-  // To be taken around the run of the tool.
+  // Must be taken around the run of the tool.
   RunSnapshot snapshot;
 
   FileTimes::Inquiry inquiry;
 };
 
-// Runs the tool of a request, with its snapshot, on the calling thread. Returns whether it
-// succeeded.
+// Runs the requested tool with its snapshot on the calling thread. Returns true if it succeeded.
 bool RunRequestedTool(WalkRequest& request, FileSystem& files);
 
-// A build as a walk that can be interrupted: depth first, children before their node, each stale
-// node handed to its tool. Everything that touches the tree, the log, the views or the property
-// manager happens inside Advance, on the host's thread; tools and, when asked for, the examination
-// of files are left to the caller, who may be another thread. So neither needs a lock.
+// A resumable build: a depth-first traversal, children before their node, that runs the tool of
+// every stale node. Everything that accesses the tree, the log, the views or the property manager
+// happens inside Advance, on the main thread; running tools and, optionally, checking files are
+// left to the caller, which may be on another thread. Therefore no locks are needed.
 //
-// The frames hold node pointers. No operation that frees nodes starts while a worker lives; where
-// one comes in all the same, from a host's message handler, the walk notices and ends in failure.
+// Calling sequence: one Begin function, then Advance until it returns Done, serving each request.
+//
+// The frames hold node pointers. Operations that free nodes don't start while a worker is running;
+// if a host's message handler frees some anyway, the walk detects that and fails.
 class BuildWalk {
  public:
   using Clock = std::chrono::steady_clock;
 
-  // Without `examinesElsewhere` files are examined inside Advance.
+  // If `examinesElsewhere` is false, files are checked inside Advance.
   BuildWalk(CProjectModel& projectModel, bool examinesElsewhere);
 
-  // One of these, once. A null node is nothing to do.
+  // Call one of these once. A null node is a no-op.
   void BeginBuild(CXmlNode* node, std::int32_t mode);
   void BeginTranslate(CXmlNode* node);
   void BeginTool(CXmlNode* node, const std::string& tool);
 
-  // Goes on until something is needed, or the walk is done, or `deadline` is over.
+  // Continues until a request is needed, the walk is done, or `deadline` has passed.
   WalkRequest Advance(std::optional<Clock::time_point> deadline);
+  // Completes a RunTool request.
   void TakeToolResult(bool succeeded, RunSnapshot snapshot);
+  // Completes an Examine request. Unfinished inquiries are requested again.
   void TakeTimes(const FileTimes::Inquiry& inquiry);
 
-  // After Done.
+  // Valid after Done.
   bool Succeeded() const { return succeeded; }
-  // The tree that the walk began on is gone, at least in part.
+  // Returns true if the tree that the walk started on, or a part of it, was freed.
   bool LostTree() const;
 
  private:
@@ -83,25 +86,26 @@ class BuildWalk {
     CXmlNode* node;
     std::int32_t mode;
     Stage stage;
-    bool isUsed = false;              // an application that is built for the one below this frame
-    std::vector<CXmlNode*> children;  // a copy: a reordering host does no harm
+    bool isUsed = false;              // an application that the one below this frame uses
+    std::vector<CXmlNode*> children;  // a copy, so that a host may reorder them
     std::size_t next = 0;
-    bool childrenGood = true;     // each child was found up to date
-    std::uint64_t goodEpoch = 0;  // with file times of this epoch
-    // When each child was good: the latest of the outputs below, nothing when one of a kind is
-    // among them that only the tree itself tells about.
+    bool childrenGood = true;     // all children were up to date
+    std::uint64_t goodEpoch = 0;  // file-time epoch at which they were
+    // Newest output in this subtree if every child is up to date; nullopt if some node's output
+    // time is known only from the tree.
     std::optional<std::int64_t> newestOutput = INT64_MIN;
-    std::uint64_t askedEpoch = 0;  // of the file times when the node last asked for some
+    std::uint64_t askedEpoch = 0;  // file-time epoch of the node's last inquiry
   };
 
-  // Each step gives whether the walk can go on at once; otherwise `request` says why not.
+  // Each step returns true if the walk can continue immediately; otherwise `request` is filled in.
   bool Step(WalkRequest& request);
+  // One function per Stage.
   bool Enter(Frame& frame);
   bool Publish(Frame& frame, WalkRequest& request);
-  // Builds what an application uses before it.
+  // Starts building the applications that this one uses.
   bool EnterUsed(Frame& frame);
   void FindOrder(const CXmlNode& node);
-  // Applications among the children come in the order of a build, all others keep their places.
+  // Sorts the applications among the children in build order; other children keep their positions.
   void OrderChildren(Frame& frame) const;
   bool UsesWhatWasBuilt(const CXmlNode& node) const;
   CXmlNode* PublishRoot() const;
@@ -121,7 +125,7 @@ class BuildWalk {
   bool IsUpToDate(const Frame& frame, Staleness& staleness) const;
   RunSnapshot BeginRun(const CXmlNode& node, const WalkRequest& request);
   std::optional<std::int64_t> NewestOutputOf(const Frame& frame) const;
-  // The frame's node is dealt with: its parent goes on.
+  // Finishes the top frame and returns to its parent.
   bool Return(bool success, bool isGood);
   bool IsOver(const std::optional<Clock::time_point>& deadline) const;
 
@@ -129,26 +133,26 @@ class BuildWalk {
   OutputGuard guard;
   const bool asksForTimes;
   std::int32_t mode = ModeBuild;
-  std::string givenTool;  // of a walk that runs one named tool
+  std::string givenTool;  // for a walk that runs one specified tool
   bool usesGivenTool = false;
   std::vector<Frame> frames;
   bool succeeded = true;
   bool toolSucceeded = false;
-  bool isRecorded = false;  // the run of this tool
+  bool isRecorded = false;  // the current run is recorded
   RunSnapshot runSnapshot;
-  std::string folderBefore;  // the current folder while a tool runs
+  std::string folderBefore;  // current folder to restore after the tool
   std::string messageFile;
   std::uint64_t treeEpoch = 0;
-  // Of a project with several applications; null before the walk knows of any.
+  // Set for projects with several applications, once known.
   std::unique_ptr<ApplicationOrder> order;
-  std::vector<CXmlNode*> used;  // by the application that the walk began on
+  std::vector<CXmlNode*> used;  // applications used by the one the walk started on
   std::size_t nextUsed = 0;
   std::vector<const CXmlNode*> built;  // applications whose tool has run
-  std::uint64_t publishedEpoch = 0;    // the whole tree below the start is published
+  std::uint64_t publishedEpoch = 0;    // epoch in which everything below the start is published
   unsigned stepCount = 0;
-  std::unordered_set<const CXmlNode*> repeated;  // listed again further on, and built there
+  std::unordered_set<const CXmlNode*> repeated;  // nodes whose source is listed again later
   NodesAhead ahead;
-  std::size_t nodesAhead = 512;  // how far to look ahead for files to examine
+  std::size_t nodesAhead = 512;  // number of nodes to prefetch file times for
   std::optional<Clock::time_point> currentDeadline;
 };
 

@@ -1,10 +1,9 @@
-// The state machine of a build and the one worker thread.
+// The build's state machine and its single worker thread.
 //
-// What the worker is to do is fixed on the host's thread before the thread starts, so there is no
-// moment at which a second start or a stop could be lost. The worker itself runs tools and examines
-// files; everything else it has done as steps on the host's thread. The mark `alive` is what keeps
-// operations that change the project out; it falls in the last of those steps, and the worker
-// touches nothing of the model afterwards.
+// The worker's task is fixed on the main thread before the thread starts, so neither a second start
+// nor a stop can be lost. The worker runs tools and queries file times itself and posts everything
+// else as tasks to the main thread. While the flag `alive` is set, operations that change the
+// project are refused. The last task clears it, and afterwards the worker doesn't access the model.
 
 #include <system_error>
 #include <thread>
@@ -20,9 +19,9 @@ namespace tarn {
 
 namespace {
 
-// The longest time that a step may hold the host's thread.
+// Maximum time that a task may block the main thread.
 constexpr std::chrono::milliseconds kStepTime(5);
-// The longest time that a stop may go unnoticed while files are looked at.
+// Maximum delay until a stop request is noticed while files are queried.
 constexpr std::chrono::milliseconds kLookTime(50);
 
 }  // namespace
@@ -64,13 +63,13 @@ std::string CProjectModel::OperationText(std::int32_t mode) const {
 }
 
 std::int32_t CProjectModel::CanStartOperation() {
-  // A message of a walk on this thread is on its way; nobody is to pull the tree from under it.
+  // A message of a synchronous build is being handled, and its tree must not change.
   if (walksHere > 0) return 0;
   if (!IsWorkerAlive() && GetBuildState() != StateBuilding) return 1;
   const std::string question = FormatMessageText(
       GetMessageText(kRowBusyQuestion), std::vector<std::string>{OperationText(buildCommand)});
   if (AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord))) {
-    // The worker may have ended while the question stood.
+    // The worker may have ended while the question was shown.
     const std::lock_guard<std::mutex> hold(buildLock);
     if (buildState == StateBuilding) buildState = StateStopRequested;
   }
@@ -89,7 +88,7 @@ std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
       const CXmlNode* child = dynamicCommands->GetChild(i);
       if (ParseNumber(child->GetAttrValue("Id")) == command) entry = child;
     }
-    if (entry == nullptr) return 1;  // nobody hears of it
+    if (entry == nullptr) return 1;  // silently ignores unknown commands
     tool = TextOf(entry->GetAttrValue("Header"));
     isTool = true;
     node = GetCurrentNode();
@@ -134,8 +133,8 @@ std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
   return 1;
 }
 
-// There is no thread for the worker: nothing runs, and the host, which waits for its end, mustn't
-// wait for ever.
+// Ends a worker whose thread could not be created. Nothing runs, but the host waits for the end and
+// must be notified.
 void CProjectModel::EndUnstartedWorker(const std::string& reason) {
   worker->alive = false;
   workerWalk.reset();
@@ -200,7 +199,7 @@ void CProjectModel::BuildThreadMain(std::shared_ptr<WorkerControl> control) {
   if (control->afterEnd) control->loop->RunAndWait(control->afterEnd);
 }
 
-// The last step of a worker but its message to the host.
+// Last task of a worker, except for its message to the host.
 bool CProjectModel::EndWorker() {
   const WorkerControl& control = *worker;
   const bool succeeded = workerWalk->Succeeded();
@@ -225,7 +224,8 @@ bool CProjectModel::EndWorker() {
   return succeeded;
 }
 
-// The options window must not store at the selected node what belongs to the one built last.
+// Restores the selected node, so that the options window does not store values of the node built
+// last in it.
 void CProjectModel::RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch) {
   if (treeEpoch != epoch || node == nullptr) return;
   if (currentNode == node && activeApplication == application) return;

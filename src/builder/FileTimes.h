@@ -12,17 +12,18 @@
 
 namespace tarn {
 
-// Modification times of files as examined since the last Forget, so that a walk over an
-// up-to-date tree examines each file once, however many nodes depend on it. Whoever may have
-// changed a file (a tool that ran, a deletion, the end of a walk) makes it forget everything.
+// Cache of file modification times since the last Forget, so that a build of an up-to-date tree
+// queries each file once, however many nodes depend on it. Everything that may have changed a file
+// (a tool run, a deletion, the end of a walk) must invalidate the cache.
 //
-// Belongs to one thread; an Inquiry may be answered on another.
+// Open-addressing hash table whose entries are allocated from an arena. Belongs to one thread; only
+// Inquiry::Examine may run on a different one.
 class FileTimes {
  public:
-  // Seconds since 1970; nothing when the file cannot be examined.
+  // Seconds since 1970; nullopt if the file can't be queried.
   using Time = std::optional<std::int64_t>;
 
-  // What is known of one file. Stays where it is until the next Forget.
+  // Cached state of one file. The address is stable until the next Forget.
   struct Look {
     enum class State : std::uint8_t { Open, Asked, Known };
     State state = State::Open;
@@ -37,21 +38,23 @@ class FileTimes {
 
   explicit FileTimes(FileSystem& fileSystem) : files(fileSystem) {}
 
+  // Returns the state of the file, querying the disk if it is not cached.
   const Look& Get(std::string_view path);
-  // Returns the same without looking at the disk; null if it would have to look.
+  // Same without accessing the disk; returns nullptr if the state is not cached.
   const Look* Find(std::string_view path) const;
 
-  // The answers become known, and what has none can be asked for anew. Nothing happens when
-  // everything was forgotten since the questions were put: whoever made it forget may have changed
-  // a file behind the look at it.
+  // Stores the results of an inquiry; files without a result may be requested again. Does nothing
+  // if the cache was invalidated after the requests were made, because a file may have changed
+  // after it was queried.
   void Take(const Inquiry& inquiry);
 
+  // Invalidates the whole cache.
   void Forget();
   // Changes with each Forget.
   std::uint64_t GetEpoch() const { return epoch; }
 
  private:
-  // A file and what is known of it, in one piece with its terminated path.
+  // A cache entry, allocated together with its null-terminated path.
   struct Known {
     Look look;
     std::uint64_t hash = 0;
@@ -59,21 +62,22 @@ class FileTimes {
 
     const char* Path() const { return reinterpret_cast<const char*>(this + 1); }
   };
-  // All at once, since all is forgotten at once. An inquiry keeps what it needs alive.
+  // Storage of all entries, which are freed together. Inquiries share ownership.
   class Store {
    public:
     Store() : places(256) {}
     bool IsEmpty() const { return count == 0; }
     Known* Find(std::string_view path) const;
-    // Makes one that isn't known at all when there is none.
+    // Returns the entry for the path; creates one in state Open if there is none.
     Known& FindOrAdd(std::string_view path);
 
    private:
+    // Linear probing: the slot of the path, or the free slot where it belongs.
     std::size_t PlaceOf(std::string_view path, std::uint64_t hash) const;
     void Grow();
 
     std::pmr::monotonic_buffer_resource memory;
-    std::vector<Known*> places;  // a power of two, at most half of them taken
+    std::vector<Known*> places;  // size is a power of two; load factor at most 1/2
     std::size_t count = 0;
   };
 
@@ -82,15 +86,15 @@ class FileTimes {
   std::uint64_t epoch = 1;
 };
 
-// Files whose times are wanted, to be looked at in one go, wherever there is time for it.
+// A batch of files to be queried together, on a thread chosen by the caller.
 class FileTimes::Inquiry {
  public:
-  // Adds the file unless somebody asked for it since the last Forget, be it in another inquiry, and
-  // gives the place of the answer. On the thread of `times`.
+  // Adds the file unless it has been requested since the last Forget, in this inquiry or another.
+  // Returns the entry that will have the result. Call it on the thread of `times`.
   const Look& Add(FileTimes& times, std::string_view path);
   bool IsEmpty() const { return asked.empty(); }
-  // Looks at one file at least, and at further ones until the time is up. On any thread, while no
-  // other uses the inquiry.
+  // Queries at least one file, and more until the deadline. May be called on any thread as long as
+  // no other thread uses the inquiry.
   void Examine(FileSystem& fileSystem, std::chrono::steady_clock::time_point deadline);
 
  private:
@@ -98,7 +102,7 @@ class FileTimes::Inquiry {
 
   std::shared_ptr<Store> store;
   std::vector<Known*> asked;
-  std::vector<std::optional<FileStatus>> found;  // as far as examined, in the order of `asked`
+  std::vector<std::optional<FileStatus>> found;  // results so far, in the order of `asked`
 };
 
 }  // namespace tarn

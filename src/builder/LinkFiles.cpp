@@ -1,4 +1,5 @@
-// The files that an application is made of, and those that its debugger loads, as quoted lists.
+// Lists, in quoted form, of the files that an application consists of and of those that its
+// debugger loads.
 
 #include "builder/Staleness.h"
 #include "platform/text/Text.h"

@@ -11,48 +11,49 @@
 
 namespace tarn {
 
-// Nodes that were looked at when their files were asked for, in the order in which the walk comes
-// to them. Most turn out to be good, and that shows from what was kept here: a large tree does not
-// lie in the processor's cache, so a second look at a node costs as much as one at its file.
+// Prefetch buffer: nodes that were visited when their file times were requested, in the order in
+// which the walk reaches them. Most turn out to be up to date, and the data stored here is enough
+// to decide that. A large tree does not fit into the processor's cache, so visiting a node again
+// would cost as much as querying its file.
 //
-// Holds while the epoch of the file times stands still, which whoever changes a node ends.
+// Valid for one epoch of the file times; any change of a node starts a new epoch.
 class NodesAhead {
  public:
-  // Starts anew.
+  // Clears the buffer for a new epoch.
   void Begin(std::uint64_t timesEpoch) {
     epoch = timesEpoch;
     nodes.clear();
     files.clear();
     next = 0;
   }
-  // A node without nodes of its own that has to be judged by its files.
+  // Adds a node without child nodes that is to be judged by its files.
   void Add(const CXmlNode& node, std::int64_t lastBuilt) {
     nodes.push_back({&node, lastBuilt, files.size()});
   }
-  // A file of the node that was added last: first its output, then what that was made from. With a
-  // `version` it has to be that one.
+  // Adds a file of the node added last: first its output, then its inputs. If `version` is not
+  // null, the file has to have that version.
   void AddFile(const FileTimes::Look& look, const FileVersion* version) {
     files.push_back({&look, version, true});
   }
-  // A program that the node was made with: its time doesn't matter, its version does.
+  // Adds a program used to make the node: its version matters but not its time.
   void AddProgram(const FileTimes::Look& look, const FileVersion& version) {
     files.push_back({&look, &version, false});
   }
-  // The node added last needs more than this to be judged.
+  // Removes the node added last, which can't be judged by this data alone.
   void DropLast() {
     files.resize(nodes.back().firstFile);
     nodes.pop_back();
   }
 
-  // When the node is the next one and certainly up to date: the time of its output. The next one is
-  // taken off then, as well as when it is not good.
+  // If the node is the next one and certainly up to date, returns the time of its output. Also
+  // advances past a next node that is not up to date.
   std::optional<std::int64_t> TakeGood(const CXmlNode& node, std::uint64_t timesEpoch) {
     if (timesEpoch != epoch || next == nodes.size() || nodes[next].node != &node) return {};
     const std::size_t first = nodes[next].firstFile;
     const std::int64_t lastBuilt = nodes[next].lastBuilt;
     const std::size_t end = ++next == nodes.size() ? files.size() : nodes[next].firstFile;
-    // In the rules' own words (Staleness): the output has exactly the time that its tool reported,
-    // and nothing that it was made from is missing or later.
+    // The rules of Staleness: the output has exactly the time that its tool reported, and no input
+    // is missing or newer.
     for (std::size_t i = first; i < end; ++i) {
       const FileTimes::Look& look = *files[i].look;
       if (!look.IsKnown() || !look.exists) return {};

@@ -25,11 +25,11 @@ constexpr const char* kIsOutside =
     "is outside the project's folder, and no build of this project made it as it is";
 constexpr const char* kIsUntrusted = "is outside the project's folder, which is not trusted";
 
-// What the server and its hosts write next to a project. Copies have a number if there are several.
+// Files that the server and its hosts write next to a project. Backups may have a number appended.
 constexpr std::string_view kOwnExtensions[] = {".tprj", ".tapp", ".tstate", ".tlog",
                                                kLockExtension};
 constexpr std::string_view kCopyExtensions[] = {".bak", ".orig", ".unsaved"};
-// In place of the project's own extension.
+// Replacements for the project's own extension.
 constexpr const char* kStoredExtensions[] = {".tstate", ".undo.tstate", ".tlog", kLockExtension};
 
 bool HasOwnName(const std::string& path) {
@@ -65,7 +65,7 @@ std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output
   const std::string& path = output.path;
   const std::optional<FileStatus> status = model_.GetFiles().Examine(path);
   if (const std::string own = WhyOwn(output); !own.empty()) return own;
-  // A tool would make the file that a link without a target names.
+  // A tool would create the file that a dangling link points to.
   if (!status && !model_.GetFiles().ExamineLink(path)) return {};
   const bool isRefused = model_.GetTrust().IsWithheld() && PlaceOf(path).isOutside;
   if (!isRefused && status && IsMade(node, path, *status)) return {};
@@ -99,7 +99,7 @@ const BuildRecord* OutputGuard::FindRecord(const CXmlNode& node) const {
   return isKnown ? &records.RecordOf(*bound) : nullptr;
 }
 
-// Outputs are recorded with their versions, further products among the last inputs.
+// A record has the version of its output in a separate field; further products are its last inputs.
 template <class Test>
 bool OutputGuard::IsMade(const CXmlNode& node, const std::string& path, const Test& test) const {
   const BuildRecord* const record = FindRecord(node);
@@ -127,7 +127,7 @@ std::vector<std::string> OutputGuard::FindByProducts(const CXmlNode& node) {
   for (const BuildRecord::Number each : record->byProducts) {
     std::string path(store.PathOf(each));
     const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(path);
-    // WhyKept asks for more outside the project's folder.
+    // Outside the project's folder, WhyKept is stricter.
     const bool isLeft = status && IsSameVersion(store.Version(each).status, *status) &&
                         !model_.GetFiles().ExamineLink(path);
     const char* const reason = isLeft ? FindReason(path, *status) : nullptr;
@@ -137,7 +137,7 @@ std::vector<std::string> OutputGuard::FindByProducts(const CXmlNode& node) {
   return paths;
 }
 
-// A cache that shares its files with builds also changes their times.
+// A cache that hard-links its files into builds also changes their times.
 Status OutputGuard::Remove(const CXmlNode& node, const std::string& path) {
   FileSystem& files = model_.GetFiles();
   const std::optional<FileStatus> status = files.Examine(path);
@@ -163,7 +163,7 @@ OutputGuard::Place OutputGuard::PlaceOf(const std::string& path) {
     const bool isState = !state.empty() && LeadsInto(files, state, place);
     return Place{!ProjectFolder(files, model_.GetProjectPath()).Holds(place), isState};
   };
-  // A link is deleted itself, but a tool writes through it.
+  // Deleting a link removes the link itself, but a tool writes through it.
   if (files.ExamineLink(path)) return find(path);
   const auto [known, isNew] = folders_.try_emplace(FolderOf(path));
   if (isNew) known->second = find(known->first);

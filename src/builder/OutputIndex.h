@@ -11,16 +11,17 @@
 
 namespace tarn {
 
-// Two nodes that are built into one output, in document order.
+// Two nodes with the same output, in document order.
 struct SharedOutput {
   const CXmlNode* first = nullptr;
   const CXmlNode* second = nullptr;
-  bool isSameSource = false;  // one file that is listed twice; else one would overwrite the other
+  bool isSameSource = false;  // one source listed twice rather than two sources
 };
 
-// The nodes of an application by their output files, as reports of tools name them, without regard
-// to letter case. Of several nodes with one output the last in document order is reached; a node
-// hides those below it that have its own output.
+// Index of an application's nodes by output file, ignoring letter case, for attributing tool
+// reports. If several nodes have the same output, the last one in document order is found; a node
+// hides its descendants that have their own output. Built in linear time; a lookup takes constant
+// time.
 //
 // Valid until a node or an output of the application changes.
 class OutputIndex {
@@ -29,34 +30,34 @@ class OutputIndex {
 
   explicit OutputIndex(CXmlNode& application) { Add(application, application); }
 
-  // The node for a report of this output, or null.
+  // Returns the node that a report about this output is attributed to, or nullptr.
   CXmlNode* Find(std::string_view outputFile) const;
-  // The node that has exactly this output, if others have one that differs in letter case alone;
-  // else null.
+  // If several nodes have outputs that differ in letter case only, returns the one that matches
+  // exactly; otherwise nullptr.
   CXmlNode* FindAmongSimilar(std::string_view outputFile) const;
-  // Pairs of nodes that have the same output, in document order.
+  // Pairs of nodes with the same output, in document order.
   const std::vector<Pair>& GetShared() const { return shared; }
 
  private:
   void Add(CXmlNode& node, CXmlNode& start);
   void AddOutput(CXmlNode& node, const char* outputFile);
 
-  std::unordered_map<std::string, CXmlNode*> nodes;       // by folded output
-  std::unordered_map<std::string, CXmlNode*> exactNodes;  // those that differ in case alone
+  std::unordered_map<std::string, CXmlNode*> nodes;       // by output in lower case
+  std::unordered_map<std::string, CXmlNode*> exactNodes;  // outputs that differ in case only
   std::vector<Pair> shared;
 };
 
-// Calls `onShared` for each two nodes of different applications that have one output: a build of
-// the one replaces what the other made, and none of both stays up to date.
+// Calls `onShared` for every two nodes of different applications that have the same output.
+// Building one application would replace the other's file, so neither would stay up to date.
 using OnSharedOutput =
     std::function<void(const CXmlNode& first, const CXmlNode& second, const SharedOutput& shared)>;
 void FindOutputsOfSeveral(const std::vector<CXmlNode*>& applications,
                           const OnSharedOutput& onShared);
 
-// Returns whether a tool runs for the node in a build of the application.
+// Returns true if a build of the application runs a tool for the node.
 bool IsBuilt(const CXmlNode& node, const CXmlNode& application);
 
-// What is wrong with two sources that have one output, as one line.
+// Describes the problem of two sources with the same output, in one line.
 std::string DescribeSharedOutput(const SharedOutput& shared);
 
 }  // namespace tarn

@@ -29,7 +29,7 @@ bool PathChanges::IsFolderChanged(const std::string& folder) {
   return folders_[folder] = isChanged;
 }
 
-// An entry that comes or goes sets both times of its folder, another name of the folder just one.
+// Adding or removing an entry sets both times of a folder; renaming the folder sets only one.
 bool PathChanges::IsReplaced(const std::string& folder) {
   const std::optional<FileStatus> link = files_.ExamineLink(folder);
   if (link && isDuringRun_(link->changed)) return true;

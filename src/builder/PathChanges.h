@@ -10,17 +10,19 @@
 
 namespace tarn {
 
-// Tells whether a name may have led to another file before a tool ran than after it: a folder or a
-// symbolic link on the way was replaced while it ran. Only within the given roots, since folders
-// above them, such as the one for temporary files, change all the time.
+// Determines if a path may have led to a different file before a tool run than after it, because a
+// folder or symbolic link on the path was replaced during the run. Considers only folders within
+// the given roots, because folders above them, such as the one for temporary files, change all the
+// time.
 //
-// Examines each folder once. For the files of one run.
+// Checks each folder once. Create one instance per run.
 class PathChanges {
  public:
-  // By the time of the last change: it may have been during the run.
+  // Returns true if a change with this timestamp may have happened during the run.
   using IsDuringRun = std::function<bool(std::int64_t changed)>;
 
-  // The output's folder and those above it gain entries by the run itself, which is no reason.
+  // The run itself adds entries to the folder of `output` and those above it, so changes of their
+  // content are ignored.
   PathChanges(FileSystem& disk, std::vector<std::string> roots, std::string output,
               IsDuringRun isDuringRun)
       : files_(disk),
@@ -28,6 +30,7 @@ class PathChanges {
         output_(std::move(output)),
         isDuringRun_(std::move(isDuringRun)) {}
 
+  // Returns true if `path` may have led to a different file before the run.
   bool MayHaveChanged(const std::string& path);
 
  private:
@@ -38,7 +41,7 @@ class PathChanges {
   std::vector<std::string> roots_;
   std::string output_;
   IsDuringRun isDuringRun_;
-  std::unordered_map<std::string, bool> folders_;  // with all above them
+  std::unordered_map<std::string, bool> folders_;  // results, each including all folders above
 };
 
 }  // namespace tarn

@@ -63,7 +63,7 @@ StaleVerdict RecordCheck::Check(const CXmlNode& node, bool mayLook, bool& hasMis
   return records_.Shadows().Find(bound->record);
 }
 
-// Folders are looked at as often as files.
+// Checks folders once per epoch of the file times.
 bool RecordCheck::AreFoldersUnchanged(const BuildRecord& record) {
   if (record.folders == 0) return true;
   if (std::exchange(folderEpoch_, times_.GetEpoch()) != times_.GetEpoch()) {
@@ -78,15 +78,15 @@ StaleVerdict RecordCheck::CheckCommand(const CXmlNode& node) {
   return hasRecord ? CheckCommand(node, *bound) : StaleVerdict();
 }
 
-// Those that depend on the disk's spelling hold until files are looked at again.
+// A command that depends on the spelling of names on disk is verified again in each epoch.
 bool RecordCheck::IsCommandVerified(const BuildRecords::Bound& bound) const {
   if (bound.verifiedCommand != commands_.GetGeneration()) return false;
   return records_.RecordOf(bound).signature != BuildRecord::kNoSignature ||
          bound.verifiedLook == times_.GetEpoch();
 }
 
-// The command lines themselves are compared only if something that they are made of has changed. A
-// node whose options are not known yet can't be judged by them.
+// Compares the command lines themselves only if one of their inputs has changed. Without option
+// values a node can't be judged.
 StaleVerdict RecordCheck::CheckCommand(const CXmlNode& node, BuildRecords::Bound& bound) {
   if (IsCommandVerified(bound)) return {};
   const std::uint64_t signature = commands_.SignatureOf(node);

@@ -11,30 +11,30 @@
 
 namespace tarn {
 
-// Compares the build record of a node with the files and the command of now: its output and inputs
-// have to be the very files that the tool was run on, in either direction of time. Costs a few
-// comparisons a file; the content of a file is read only if nothing but its mode or links seem to
-// have changed.
+// Compares the build record of a node with the current files and command: output and inputs must be
+// exactly the versions of the recorded run, so older files are detected as well as newer ones.
+// Costs a few comparisons per file; reads a file's content only if apparently nothing but its mode
+// or links changed.
 class RecordCheck {
  public:
   RecordCheck(BuildRecords& buildRecords, ToolCommands& toolCommands, FileSystem& disk,
               FileTimes& fileTimes)
       : records_(buildRecords), commands_(toolCommands), files_(disk), times_(fileTimes) {}
 
-  // No reason for a node without a record. With `mayLook` false a file whose status is not known
-  // yet ends the check without a reason, and sets `hasMissed`.
+  // Returns why the record is invalid; no reason if it is valid or missing. If `mayLook` is false,
+  // a file whose status is not cached ends the check without a reason and sets `hasMissed`.
   StaleVerdict Check(const CXmlNode& node, bool mayLook, bool& hasMissed);
-  // The part of that which looks at no file.
+  // The part of Check that accesses no files.
   StaleVerdict CheckCommand(const CXmlNode& node);
-  // Why an earlier check found that the record holds no more; no reason if none did.
+  // Returns why an earlier check found the record invalid; no reason if none did.
   StaleVerdict GetWithdrawn(const CXmlNode& node);
   void Withdraw(const CXmlNode& node, const StaleVerdict& why) { records_.Withdraw(node, why); }
 
-  // The record of a node whose command is known to hold; null otherwise.
+  // Returns the record of a node whose command has been verified, or nullptr.
   const BuildRecord* FindVerified(const CXmlNode& node);
-  // Also if the record was withdrawn.
+  // Returns true even if the record was withdrawn.
   bool HasRecord(const CXmlNode& node);
-  // No header can have come that would be included in place of one that was read.
+  // Returns true if no new header can take precedence over one that was read.
   bool AreFoldersUnchanged(const BuildRecord& record);
   const FileVersion& Version(BuildRecord::Number number) const {
     return records_.Store().Version(number);
@@ -42,22 +42,24 @@ class RecordCheck {
   std::string_view PathOf(BuildRecord::Number version) const {
     return records_.Store().PathOf(version);
   }
-  // Asks for the file of a version, as Inquiry::Add does for a path: many nodes share their inputs.
+  // Requests the file of a version, like Inquiry::Add for a path, but with a cache, because many
+  // nodes share their inputs.
   const FileTimes::Look& AskFor(BuildRecord::Number version, FileTimes::Inquiry& inquiry);
-  // Puts the inputs that the record names into an inquiry.
+  // Adds the inputs named in the record to an inquiry.
   void AskForInputs(const CXmlNode& node, FileTimes::Inquiry& inquiry);
 
  private:
   StaleVerdict CheckCommand(const CXmlNode& node, BuildRecords::Bound& bound);
   bool IsCommandVerified(const BuildRecords::Bound& bound) const;
+  // Compares a file with a recorded version, by content if the status is inconclusive.
   bool IsCurrent(BuildRecord::Number version, const FileStatus& now);
 
   BuildRecords& records_;
   ToolCommands& commands_;
   FileSystem& files_;
   FileTimes& times_;
-  std::uint64_t folderEpoch_ = 0;  // of the file times when folders were looked at
-  // Where the file times keep the file of a version, in one epoch and of one journal.
+  std::uint64_t folderEpoch_ = 0;  // epoch of the last check of folders
+  // Cache of AskFor by version number, valid for one epoch and one loaded journal.
   std::vector<const FileTimes::Look*> looks_;
   std::uint64_t looksEpoch_ = 0;
   std::uint64_t looksJournal_ = 0;

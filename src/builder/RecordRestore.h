@@ -11,16 +11,16 @@ namespace tarn {
 
 class CProjectModel;
 
-// Hands the records of the journal to the nodes of the project, a few milliseconds at a time. A
-// node gets its record if its tool would be run with the same commands; whether its files are the
-// same is left to whoever asks whether it is up to date. Ends early if nodes were freed in between.
+// Attaches the records of the journal to the nodes of the project, a few milliseconds at a time. A
+// node receives its record if its tool would still run the same commands; its files are compared
+// later, when the node's state is queried. Ends early if nodes are freed between steps.
 class RecordRestore {
  public:
-  // The nodes of all applications, or of one.
+  // Restores the nodes of all applications, or of one.
   explicit RecordRestore(CProjectModel& projectModel);
   RecordRestore(CProjectModel& projectModel, CXmlNode& application);
 
-  // Returns false if nothing is left to do.
+  // Works for about `time`. Returns false if nothing is left to do.
   bool Step(std::chrono::milliseconds time);
 
  private:
@@ -31,7 +31,7 @@ class RecordRestore {
 
   CProjectModel& model_;
   std::uint64_t treeEpoch_;
-  std::vector<Node> pending_;  // the next one last, its children not yet
+  std::vector<Node> pending_;  // stack; children are pushed after their node
 };
 
 }  // namespace tarn

@@ -45,10 +45,10 @@ std::vector<std::optional<FileStatus>> RunSnapshot::ExamineInputs(FileSystem& fi
 }
 
 void RunSnapshot::TakeBefore(FileSystem& files) {
-  // The clock first: what changes after this moment has a later stamp, or the same.
+  // Reads the clock first: later changes have the same timestamp or a later one.
   start_ = files.Clock();
   steadyStart_ = std::chrono::steady_clock::now();
-  // Tools report names as the disk spells them.
+  // Tools report names as spelled on disk.
   const auto named = ExamineInputs(files);
   for (std::size_t i = 0; i < named.size(); ++i) {
     if (!named[i] || !named[i]->otherSpelling) continue;
@@ -75,10 +75,10 @@ void RunSnapshot::TakeAfter(FileSystem& files) {
   isClockMoved_ = start_ != 0 && std::llabs(end - start_ - passed.count()) > kClockTolerance;
 }
 
-// There is no upper bound: stamps may be ahead of the clock, by some of its ticks or because
-// another machine made them.
+// There is no upper bound: timestamps may be ahead of the clock, by a few ticks or because they
+// were set by another computer.
 bool RunSnapshot::MayHaveChanged(std::int64_t changed) const {
-  if (changed == 0 || start_ == 0) return false;  // nothing is known of either
+  if (changed == 0 || start_ == 0) return false;  // one of them is unknown
   return isClockMoved_ || changed >= start_;
 }
 
@@ -98,7 +98,7 @@ RunSnapshot::Settled RunSnapshot::Settle(FileSystem& files, const std::string& p
     settled.isSettled = !MayHaveChanged(after->changed) && !changes.MayHaveChanged(path);
     return settled;
   }
-  if (!input->before) return settled;  // it came during the run
+  if (!input->before) return settled;  // created during the run
   settled.isSettled = IsUntouched(*input->before, *after) && !MayHaveChanged(after->changed);
   if (settled.isSettled || input->hashBefore == 0) return settled;
   settled.hash = HashFile(files, path);

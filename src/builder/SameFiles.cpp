@@ -35,7 +35,7 @@ std::vector<std::pair<std::string, std::string>> FindSameFiles(FileSystem& files
   std::vector<std::pair<std::string, std::string>> found;
   for (const auto& [name, paths] : sources) {
     if (paths.size() < 2) continue;
-    std::unordered_map<std::string, std::string> firstNames;  // by the real one
+    std::unordered_map<std::string, std::string> firstNames;  // by real path
     for (const std::string& path : paths) {
       const auto [first, isNew] = firstNames.try_emplace(RealName(files, path), path);
       if (!isNew && !EqualNoCase(first->second, path)) found.emplace_back(first->second, path);

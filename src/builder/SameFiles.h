@@ -9,9 +9,10 @@
 
 namespace tarn {
 
-// Sources of the application that are one file under two names, which a link to a folder gives it:
-// the first name in document order and each further one. A file that is listed twice under one name
-// is not among them. Examines the disk only for names whose last part occurs again.
+// Finds sources of the application that are the same file under two names, for example through a
+// link to a folder. Returns pairs of the first name in document order and one further name. Ignores
+// files listed twice under the same name. Accesses the disk only for paths whose last component is
+// repeated.
 std::vector<std::pair<std::string, std::string>> FindSameFiles(FileSystem& files,
                                                                const CXmlNode& application);
 

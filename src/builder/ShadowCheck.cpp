@@ -21,7 +21,7 @@ void AddOnce(std::vector<std::string>& list, std::string text) {
 
 constexpr std::string_view kPrecompiled = ".gch";
 
-// A macro as an option defines it: NAME, NAME=VALUE or NAME(x)=VALUE.
+// Converts a macro option (NAME, NAME=VALUE or NAME(x)=VALUE) to a source line.
 std::string DefinitionLine(std::string_view option) {
   const std::size_t equal = option.find('=');
   const std::string_view value = equal == option.npos ? "1" : option.substr(equal + 1);
@@ -45,7 +45,7 @@ ShadowCheck::Searched ShadowCheck::SearchedBy(const BuildRecord& record) const {
   return searched;
 }
 
-// In the order in which they are searched: that of the source first.
+// Returns the folders in search order, that of the source first.
 ShadowCheck::Strings ShadowCheck::FoldersOf(const BuildRecord& record, Strings named) const {
   Strings folders;
   for (std::size_t i = 0; i + record.programs < record.inputs.size(); ++i) {
@@ -55,8 +55,8 @@ ShadowCheck::Strings ShadowCheck::FoldersOf(const BuildRecord& record, Strings n
   return folders;
 }
 
-// Names in the files that were read, and those that a macro or an option can have yielded: the path
-// of each file below the folders that the command names.
+// Returns the names in the files that were read, and those that macros or options may have
+// produced: the path of each file below the folders that the command names.
 ShadowCheck::Strings ShadowCheck::NamesOf(const BuildRecord& record, const Searched& searched,
                                           Candidates& found) {
   Strings names;
@@ -113,7 +113,7 @@ const MacroScan& ShadowCheck::ScanMacrosOf(BuildRecord::Number version) {
   return *scan.macros;
 }
 
-// A folder is read again only if its status changed since.
+// Lists a folder, again only if its status has changed.
 const ShadowCheck::Listing* ShadowCheck::List(const std::string& folder) {
   std::optional<Listing>& known = listings_[folder];
   const std::optional<FileStatus> now = files_.ExamineFolder(folder);
@@ -134,9 +134,9 @@ const ShadowCheck::Listing* ShadowCheck::List(const std::string& folder) {
   return &*known;
 }
 
-// Watches the folder of the file, or the deepest one above it that there is: that one changes when
-// the next is made. A link that leads nowhere is watched itself, and looked at every time: what it
-// leads to may be made anywhere.
+// Returns true if the file exists. Adds its folder to `watched`, or if that is missing the deepest
+// existing folder above it, whose status changes when the next one is created. A dangling link is
+// itself watched and always checked again, because its target may be created anywhere.
 bool ShadowCheck::IsThere(const std::string& path, std::unordered_set<std::string>& watched) {
   const std::string folder = FolderOf(path);
   if (folder.empty() || folder == path) return false;
@@ -174,7 +174,7 @@ ShadowCheck::Candidates ShadowCheck::FindCandidates(const BuildRecord& record) {
       if (IsRelativePath(name)) look(files_.Canonical(JoinPath(folder, ToNativeSeparators(name))));
     }
   }
-  // What was read is no candidate. An option can have named it.
+  // Excludes files that were read. An option may have named them.
   for (std::size_t i = 0; i + record.programs < record.inputs.size(); ++i) {
     const std::string path(store_.PathOf(record.inputs[i]));
     if (i >= record.sources && IsThere(path, found.watched)) AddPrecompiled(path, found);
@@ -183,7 +183,7 @@ ShadowCheck::Candidates ShadowCheck::FindCandidates(const BuildRecord& record) {
   return found;
 }
 
-// The folder of the header was looked into before.
+// Requires that the header's folder has been listed.
 void ShadowCheck::AddPrecompiled(const std::string& header, Candidates& found) {
   const auto listing = listings_.find(FolderOf(header));
   if (listing == listings_.end() || !listing->second || !listing->second->hasPrecompiled) return;
@@ -198,8 +198,8 @@ void ShadowCheck::AddPrecompiled(const std::string& header, Candidates& found) {
   }
 }
 
-// As they were when the names were looked for. A folder that changes just now is not known for
-// good: it is looked into again the next time.
+// Returns the set of folders as they were during the search. A folder that is just changing gets an
+// unsettled version, so that it is listed again next time.
 BuildRecord::Number ShadowCheck::AddFolderSet(const std::unordered_set<std::string>& watched) {
   std::vector<BuildRecord::Number> versions;
   for (const std::string& folder : watched) {
@@ -226,7 +226,7 @@ void ShadowCheck::Complete(BuildRecord& record, const AddVersion& addInput,
     record.inputs.push_back(store_.AddVersion(path, FileVersion::Unsettled(), 0));
     ++record.programs;
   }
-  // Never known as it is, so that the search is made again each time.
+  // Never has a settled version, so the search is repeated each time.
   if (!found.unknownTest.empty()) found.watched.insert(found.unknownTest);
   record.folders = AddFolderSet(found.watched);
 }
@@ -254,7 +254,7 @@ StaleVerdict ShadowCheck::Find(std::size_t position) {
                     [&](BuildRecord::Number each) { return store_.Text(each) == path; });
     if (!isKnown) return {StaleReason::Shadowed, path};
   }
-  // It may have been tested for.
+  // Its existence may have been tested.
   for (const BuildRecord::Number each : record.passedOver) {
     std::string path(store_.Text(each));
     if (!Contains(found.files, path)) return {StaleReason::Shadowed, std::move(path)};

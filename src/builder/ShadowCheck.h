@@ -16,82 +16,84 @@
 
 namespace tarn {
 
-// Finds files that would be included now in place of one that a tool read: a new header earlier in
+// Finds files that would now be included instead of one that a tool read: new headers earlier in
 // the search path.
 //
-// Such a file can be any name of an include directive, of the source or of what it includes, and
-// the path of any header below a folder that the command names, in any folder that headers are
-// searched in: the folders of the including files and those that the command names. If a file tests
-// for another one by a name that macros yield (__has_include), all names that they can yield count,
-// with the macros that the command defines; the tool lists those with a "#". The tool can also list
-// single files that it would have read had they been there, with a "?" before their paths.
+// Candidates are: any name in an include directive of the source or of the files it includes, and
+// the path of any header below a folder that the command names, in any folder searched for headers
+// (the folders of the including files, and those named by the command). If a file tests for the
+// existence of a name produced by macros (__has_include), all names that the macros can produce are
+// candidates, taking into account macros defined by the command, which the tool reports with a "#".
+// The tool can also report single files that it would have read if they had existed, prefixed with
+// "?".
 //
-// A record holds these folders as they were; while none has gained or lost an entry nothing can be
-// shadowed, so an up-to-date project costs one comparison a folder. Otherwise the names are looked
-// for again: what was there already when the tool ran is passed over, and what of it is gone counts
-// like a new file, since a source can test whether a header exists.
+// A record stores the state of these folders; as long as none has gained or lost an entry nothing
+// can be shadowed, so an up-to-date project costs one comparison per folder. Otherwise the search
+// is repeated: files that existed during the run are ignored, and those of them that have
+// disappeared count as changes, because a source can test if a header exists.
 //
-// A precompiled header (x.h.gch, a file or a folder of files) is read in place of a header beside
-// it or in a later folder, and compilers don't report it: one that is there counts as an input.
+// A precompiled header (x.h.gch, a file or a folder of files) is read instead of a header next to
+// it or in a later folder, and compilers don't report it; an existing one is treated as an input.
 //
-// On the main thread.
+// Main thread only.
 class ShadowCheck {
  public:
   ShadowCheck(FileSystem& disk, BuildRecordStore& store) : files_(disk), store_(store) {}
 
-  // Makes the version of a file as it was when the tool ran.
+  // Adds the version of a file as it was during the run.
   using AddVersion = std::function<BuildRecord::Number(const std::string& path)>;
   // Fills in the folders of a new record, and the files that its tool passed over or could have
-  // read. Of one that may have come while the tool ran, by `mayBeNew`, that isn't certain: the
-  // record doesn't hold then.
+  // read. If one of these may have been created during the run, according to `mayBeNew`, the result
+  // is uncertain and the record becomes invalid.
   void Complete(BuildRecord& record, const AddVersion& addInput,
                 const std::function<bool(const std::string&)>& mayBeNew);
-  // No folder of the record has gained or lost an entry.
+  // Returns true if no folder of the record has gained or lost an entry.
   bool AreUnchanged(const BuildRecord& record);
-  // Returns the file that came or went, as Shadowed, or a file whose tests can't be followed, as
-  // UnknownTest; otherwise no reason. Folders that changed without such a file are noted in the
-  // record. Folders count as they are at the first look after a Forget.
+  // Returns Shadowed with the file that appeared or disappeared, UnknownTest with a file whose
+  // existence tests can't be evaluated, or no reason. In the last case updates the record with the
+  // changed state of its folders. The state of a folder is cached until Forget.
   StaleVerdict Find(std::size_t record);
 
+  // Invalidates the cached state of folders.
   void Forget() { isSame_.clear(); }
-  // Before the store is loaded again.
+  // Must be called before the store is reloaded.
   void Clear();
 
  private:
   struct Listing {
     FileStatus status;
-    bool isSettled = false;  // no entry can come without changing the status
+    bool isSettled = false;  // no entry can be added without changing the status
     std::unordered_set<std::string> names;
-    bool hasPrecompiled = false;  // a name with the extension of precompiled headers
+    bool hasPrecompiled = false;  // contains a precompiled header
   };
   using Strings = std::vector<std::string>;
 
-  // What the tool reported: folders that headers are searched in, single files, and the macros that
-  // the command defines, as a source.
+  // Data reported by the tool: header search folders, single files, and the macros defined by the
+  // command, as source text.
   struct Searched {
     Strings folders, files;
     std::string macros;
   };
 
-  // What a file of some version names.
+  // Names found in one version of a file.
   struct SourceScan {
     Strings includes;
     bool hasComputedTest = false;
-    std::unique_ptr<MacroScan> macros;  // null until needed
+    std::unique_ptr<MacroScan> macros;  // nullptr until needed
   };
 
-  // Files that could be read, or whose presence could be tested, as far as they are there.
+  // Existing files that could be read or tested for.
   struct Candidates {
     Strings files;
-    Strings precompiled;  // headers, which are read instead of what the names say
+    Strings precompiled;                      // headers read instead of the named ones
     std::unordered_set<std::string> watched;  // folders
-    std::string unknownTest;  // the file with a test that can't be followed; empty if there is none
+    std::string unknownTest;  // file with a test that can't be evaluated; empty if none
   };
 
   Searched SearchedBy(const BuildRecord& record) const;
   Strings FoldersOf(const BuildRecord& record, Strings named) const;
   Strings NamesOf(const BuildRecord& record, const Searched& searched, Candidates& found);
-  // Returns the names in computed tests; empty if no file has one, which costs nothing.
+  // Returns the names in computed existence tests; empty, at no cost, if no file has any.
   Strings TestedBy(const BuildRecord& record, const Searched& searched, Candidates& found);
   SourceScan& Scan(BuildRecord::Number version);
   const MacroScan& ScanMacrosOf(BuildRecord::Number version);

@@ -4,34 +4,34 @@
 
 namespace tarn {
 
-// Why a node has work to do, in the order in which the reasons are looked for: first those that the
-// times of files show, in whole seconds, then those that the build record shows.
+// Reasons for a node to be out of date, in the order in which they are checked: first those based
+// on file times, in whole seconds, then those based on the build record.
 enum class StaleReason {
   None,
   NoOutputName,
   OutputMissing,
   NeverBuilt,
   OutputChanged,
-  PartMissing,  // a file that the application is made of
+  PartMissing,  // a file that the application consists of
   PartNewer,
   SourceMissing,
   SourceNewer,
-  SourceRenamed,  // the tool was given the file by another spelling of its name
+  SourceRenamed,  // the tool was given the file under a different spelling
   DependencyMissing,
   DependencyNewer,
-  CommandChanged,  // the tool would be run with other commands than it was
-  RunFailed,       // the tool failed on it since
-  SourceChanged,   // not the file any more that the tool was run on, whatever its time
+  CommandChanged,  // the tool would be run with different commands
+  RunFailed,       // the tool has failed on the node since
+  SourceChanged,   // differs from the version used in the run, regardless of its time
   DependencyChanged,
-  ProgramChanged,    // the compiler itself
-  ChangedDuringRun,  // a file that was written while the tool ran
-  Shadowed,          // a file that is found earlier now than the one that was read
-  UnknownTest,       // the file tests for another one whose name only its compiler knows
+  ProgramChanged,    // for example the compiler
+  ChangedDuringRun,  // a file was written while the tool ran
+  Shadowed,          // a different file now takes precedence over one that was read
+  UnknownTest,       // tests for a file whose name only the compiler can determine
 };
 
 struct StaleVerdict {
   StaleReason reason = StaleReason::None;
-  std::string file;  // the file that the reason is about; empty if it is about none
+  std::string file;  // the file concerned; empty if none
 
   explicit operator bool() const { return reason != StaleReason::None; }
 };

@@ -14,7 +14,7 @@ std::int64_t NumberOf(const char* text) {
   return text == nullptr ? 0 : ParseInt64(text).value_or(0);
 }
 
-// What a node is judged by, read in one pass over its attributes.
+// Attributes that decide about a node, read in a single pass.
 struct JudgedBy {
   const char* outputFile = nullptr;
   const char* path = nullptr;
@@ -53,8 +53,8 @@ const CXmlNode* DependenciesOf(const CXmlNode& node) {
   return nullptr;
 }
 
-// A tool that was given the source by its name on the disk reports that name too, if it isn't the
-// listed one.
+// Returns true if the tool reported this spelling of the source. A tool that was given the source
+// by its name on disk reports that name too, if it differs from the listed one.
 bool ReportsSpellingOf(const CXmlNode& node, const char* path) {
   const CXmlNode* dependencies = DependenciesOf(node);
   for (int i = 0; dependencies != nullptr && i < dependencies->GetChildCount(); ++i) {
@@ -84,7 +84,7 @@ bool Staleness::IsUpToDate(CXmlNode* node) {
 bool Staleness::IsUpToDateAlone(CXmlNode& node) {
   if ((types.FlagsOf(node) & kTypeBuild) == 0 || node.NameView() == "Group") return true;
   if (ignoresUnbuildable && IsWithoutTool(node)) return true;
-  // Saves a look at the disk for everything that was never built; the answer is the same.
+  // Avoids disk access for nodes that were never built; the result is the same.
   if (LastBuiltOf(node) == 0) return false;
   return !Examine(node);
 }
@@ -116,7 +116,7 @@ const FileTimes::Look& Staleness::Query(const char* path) {
 StaleVerdict Staleness::Examine(CXmlNode& node) {
   StaleVerdict verdict = ExamineTimes(node);
   if (verdict.reason == StaleReason::NeverBuilt) {
-    // What an earlier look found; the rest of what is known about the node went with it.
+    // Reason found by an earlier check, which also cleared everything else known about the node.
     if (StaleVerdict withdrawn = records.GetWithdrawn(node)) return withdrawn;
   }
   return verdict ? verdict : ExamineRecord(node);
@@ -201,7 +201,7 @@ void Staleness::AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, N
   bool isDecided = !isExcluded && (record != nullptr || !records.HasRecord(node));
   ahead.Add(node, lastBuilt);
   ahead.AddFile(output, record == nullptr ? nullptr : &records.Version(record->output));
-  // The files of the node and the inputs of its record, which are the same in the same order.
+  // The node's files and its record's inputs, which are the same in the same order.
   std::size_t input = 0;
   const auto askFor = [&](const char* file) {
     if (IsBlankAttr(file)) {

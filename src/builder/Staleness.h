@@ -11,43 +11,45 @@
 
 namespace tarn {
 
-// Decides whether the outputs of nodes are up to date, from the nodes' attributes, their types, the
-// times of files in whole seconds, and the nodes' build records. Equal times are up to date; only a
-// later source is stale, while an output must have exactly the time that its tool reported. A node
-// whose record holds no more loses its `LastBuilt`. Names in the project are looked up without
-// regard to letter case; the names that tools report are exact.
+// Decides if the outputs of nodes are up to date, based on the nodes' attributes and types, file
+// times in whole seconds, and build records. An input with the same time as the output is up to
+// date and a newer one is not, while the output itself must have exactly the time that its tool
+// reported. A node whose record is invalid loses its `LastBuilt`. Names in the project are looked
+// up ignoring letter case; names reported by tools are exact.
 class Staleness {
  public:
   enum class Unknown {
-    Examine,  // a file whose time is not known yet is looked at
-    Miss,     // it is taken for missing; HasMissed then says that the answer is worth nothing
+    Examine,  // query files whose time is not cached
+    Miss,     // treat them as missing; if HasMissed() is then true, the result is meaningless
   };
 
   Staleness(const NodeTypes& nodeTypes, FileTimes& fileTimes, RecordCheck& recordCheck,
             Unknown unknown = Unknown::Examine)
       : types(nodeTypes), times(fileTimes), records(recordCheck), onUnknown(unknown) {}
 
-  // From now on nodes that no tool can bring up to date don't count: those below an element of
-  // unknown type, and those that were published without a tool.
+  // Ignores nodes that no tool can bring up to date from now on: those below an element of unknown
+  // type, and those published without a tool.
   void IgnoreUnbuildable() { ignoresUnbuildable = true; }
 
-  // Nothing to do here or below; the first stale descendant ends the search.
+  // Returns true if neither the node nor its descendants are out of date. Stops at the first stale
+  // descendant.
   bool IsUpToDate(CXmlNode* node);
-  // The same for a node whose children are known to be good.
+  // Same for a node whose children are known to be up to date.
   bool IsUpToDateAlone(CXmlNode& node);
-  // The same for an application when every file that it is made of exists and is no later than
-  // `newest`; false also when the files themselves have to be asked.
+  // Same for an application, without querying its files, if all of them are known to exist and to
+  // be no newer than `newest`. Returns false also if the files have to be checked individually.
   bool IsUpToDateSince(CXmlNode& node, std::int64_t newest);
-  // The time that the tool reported for the node's output; 0 when none did.
+  // Returns the time that the tool reported for the node's output; 0 if none.
   static std::int64_t LastBuiltOf(const CXmlNode& node);
-  // The rules of the node itself.
+  // Returns why the node itself is out of date.
   StaleVerdict Examine(CXmlNode& node);
 
+  // Returns true if a file time was needed that is not cached (see Unknown::Miss).
   bool HasMissed() const { return hasMissed; }
 
-  // Puts the files that IsUpToDateAlone may look at into an inquiry; for an application without
-  // those that it is made of, which may be many. A node that these files alone decide about is
-  // added to `ahead`.
+  // Adds the files that IsUpToDateAlone may check to an inquiry; for an application, without the
+  // possibly many files it consists of. A node that can be judged by these files alone is added to
+  // `ahead`.
   void AskForFiles(const CXmlNode& node, FileTimes::Inquiry& inquiry, NodesAhead& ahead);
   void AskForParts(const CXmlNode& application, FileTimes::Inquiry& inquiry);
 
@@ -67,13 +69,13 @@ class Staleness {
   bool ignoresUnbuildable = false;
 };
 
-// Calls `onItem(text)` for each file that an application hands to its tool, in tree order: outputs
-// of everything below `root` that is neither excluded from the build nor from the link.
+// Calls `onItem(text)` for each file that an application passes to its tool, in tree order: the
+// outputs of all nodes below `root` except those excluded from the build or the link.
 template <class OnItem>
 void ForEachLinkFile(const NodeTypes& types, const CXmlNode* node, bool useOutput,
                      const CXmlNode* root, OnItem&& onItem);
 
-// An attribute equals "Yes" exactly.
+// Returns true if the attribute's value is exactly "Yes".
 inline bool IsExactlyYes(const CXmlNode& node, std::string_view name) {
   const char* value = node.GetAttrValue(name);
   return value != nullptr && std::string_view(value) == "Yes";

@@ -12,7 +12,7 @@ constexpr std::string_view kMagic = "tarn-state ";
 constexpr std::string_view kVersion = "2";
 constexpr std::string_view kBlock = "B ";
 
-// Removes the word before the next space, and the space, from `line`.
+// Removes and returns the token before the next space; also removes the space.
 std::string_view TakeWord(std::string_view& line) {
   const std::size_t end = std::min(line.find(' '), line.size());
   const std::string_view word = line.substr(0, end);
@@ -75,8 +75,8 @@ bool StateReader::Next(std::string_view& body) {
 }
 
 std::uint64_t StateChecksum(std::string_view bytes, std::uint64_t seed) {
-  // Each step maps the sum one to one for a given word, and the word one to one for a given sum,
-  // so no single changed word can go unnoticed.
+  // Each step is a bijection of the sum for a given word and of the word for a given sum, so a
+  // single changed word is always detected.
   std::uint64_t sum = 0x9E3779B97F4A7C15u ^ bytes.size();
   const auto mix = [&sum](std::uint64_t word) {
     sum = (sum ^ word) * 0xD6E8FEB86659FD93u;
@@ -109,7 +109,7 @@ bool FromHex(std::string_view digits, std::uint64_t& number) {
   if (digits.size() != 16) return false;
   for (const char c : digits) {
     const bool isDigit = c >= '0' && c <= '9';
-    const bool isLetter = c >= 'a' && c <= 'f';  // capitals are never written
+    const bool isLetter = c >= 'a' && c <= 'f';  // upper case is never written
     if (!isDigit && !isLetter) return false;
     number = number << 4 | static_cast<unsigned>(isDigit ? c - '0' : c - 'a' + 10);
   }

@@ -6,9 +6,9 @@
 
 namespace tarn {
 
-// Returns what a run of a tool would do that the project must not do without the user's trust, in
-// words that follow "the project wants to"; empty if there is nothing. `access` is what the tool
-// manager's GetAccess returns of the run; one that doesn't tell counts as the worst.
+// Returns what a tool run would do that an untrusted project must not, as words that follow "the
+// project wants to"; empty if nothing. `access` is the reply of the tool manager's GetAccess for
+// the run; an uninformative one counts as the worst case.
 std::string FindUntrusted(const ProjectTrust& trust, const std::string& tool,
                           const std::string& access);
 

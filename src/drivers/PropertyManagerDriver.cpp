@@ -4,7 +4,7 @@ namespace tarn {
 
 namespace {
 
-// The numbers that the property manager answers by.
+// Dispatch ids of the property manager.
 enum : DispatchId {
   kReadDefsFromFile = 1,
   kReadConfigFromFile = 2,

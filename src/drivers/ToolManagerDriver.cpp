@@ -4,7 +4,7 @@ namespace tarn {
 
 namespace {
 
-// The numbers that the tool manager answers by.
+// Dispatch ids of the tool manager.
 enum : DispatchId {
   kRunTool = 2,
   kInitTools = 3,

@@ -7,39 +7,43 @@
 
 namespace tarn {
 
-// The late-bound caller of the tool manager: the component that runs translators, linkers and all
-// other project tools. Exists whether a component is attached or not; without one each call fails
-// and gives 0 or an empty text. The build's worker and the host's thread may call at once.
+// Late-bound proxy of the tool manager, the component that runs translators, linkers and all other
+// project tools. May be used without an attached component; each call then fails and returns 0 or
+// an empty string. The build worker and the main thread may call it concurrently.
 class CToolManagerDriver : public COleDispatchDriver {
  public:
   static constexpr const char* kProgId = "TarnToolManager.ToolManager";
 
   std::int32_t InitTools(TextArgument applicationPath, TextArgument dataPath, std::int32_t frame);
-  // Runs one tool and returns at its end; not 0 when it succeeded. `files` are paths in double
-  // quotes, joined by commas; `options` the option values of the node; `messageFile` where the tool
-  // leaves its messages, or null.
+  // Runs one tool and returns when it has finished; nonzero if it succeeded. `files` are quoted
+  // paths (in double quotes), joined by commas; `options` are the option values of the node;
+  // `messageFile` is the path where the tool writes its messages, or null.
   std::int32_t RunTool(TextArgument tool, TextArgument files, TextArgument options,
                        TextArgument messageFile);
-  // An element whose children are the commands for files of that extension (with its dot).
+  // Returns an element whose children are the commands for files with that extension (including the
+  // dot).
   std::string GetToolsForExtension(TextArgument extension);
 
-  // What a component may offer beyond that; an empty string from one that doesn't.
-  // A hash of the command lines that RunTool would start, launchers left out.
+  // The functions below are optional for a component; they return an empty string if it doesn't
+  // support them.
+  //
+  // Returns a hash of the command lines that `RunTool()` would start, without launchers.
   std::string GetCommandHash(TextArgument tool, TextArgument files, TextArgument options);
-  // Changes with the tool's definition and with the programs that it would start.
+  // Returns a value that changes with the tool's definition and with the programs that it would
+  // start.
   std::string GetToolFingerprint(TextArgument tool);
-  // Reads changed definitions again; not 0 if there were any.
+  // Reloads changed definitions. Returns nonzero if there were any.
   std::int32_t RefreshTools();
-  // Those of the candidates that the tool would read, all lists like `files` of RunTool. Empty for
-  // components that don't tell.
+  // Returns those of `candidates` that the tool would read. All lists have the format of `files` in
+  // `RunTool()`. Returns an empty string if the component doesn't support this.
   std::string GetUsedFiles(TextArgument tool, TextArgument files, TextArgument options,
                            TextArgument candidates);
-  // The further files that the run would make, as such a list. Empty for components that don't
-  // tell.
+  // Returns the additional files that the run would create, as such a list. Returns an empty string
+  // if the component doesn't support this.
   std::string GetProducts(TextArgument tool, TextArgument files, TextArgument options);
-  // What the run would reach for because of its options, as JoinFileTexts writes files, with its
-  // kind for a path: "code" (in words that follow "run"), "program" and "write" (paths). Empty for
-  // components that don't tell.
+  // Returns everything that the run would access because of its options, in the format of
+  // JoinFileTexts, with the kind of access in place of a path: "code" (words that follow "run"),
+  // "program" and "write" (paths). Returns an empty string if the component doesn't support this.
   std::string GetAccess(TextArgument tool, TextArgument files, TextArgument options);
 };
 

@@ -20,7 +20,8 @@ std::unique_ptr<CXmlNode> MakeRoot(const char* name) {
   return CXmlNode::CreateNode(name);
 }
 
-// The lines in front of the tree. `reference` stands between the two parts of the style sheet line.
+// Returns the lines before the tree. `reference` is inserted between the two parts of the style
+// sheet line.
 std::string MakeHead(const char* before, const std::string& reference, const char* behind) {
   std::string head = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n";
   head += before;
@@ -56,7 +57,7 @@ void CBuildOutput::Initialise(const std::string& configFilePath, WindowHandle ho
 void CBuildOutput::LoadMessages(const CXmlNode& messages) {
   if (messages.NameView() != "Messages") return;
   viewTitle = TextOf(messages.GetAttrValue("Tab"));
-  // Beside its own style sheet a log needs no path to it.
+  // A log in the same folder as its style sheet needs no path to it.
   stylesheet.clear();
   for (int i = 0; i < messages.GetChildCount(); ++i) {
     const CXmlNode& row = *messages.GetChild(i);
@@ -93,7 +94,7 @@ bool CBuildOutput::PlaceLogFile(const std::string& folder) {
 
 void CBuildOutput::DeleteLogFile() {
   writer.Forget();
-  // A file that is gone already is as good.
+  // A missing file is not an error.
   if (!logFile.empty()) static_cast<void>(disk.RemoveFile(logFile));
 }
 
@@ -118,7 +119,8 @@ void CBuildOutput::WriteMessage(int index, std::initializer_list<std::string> ar
   message.SetAttrValue("Icon", values.icon);
   if (logView != nullptr) logView->AddMessage(message);
 
-  // The host may answer with another message or a reset, so the element is not touched from here.
+  // The host may respond with another message or a reset, so the element isn't accessed after this
+  // point.
   if (hostWindow != 0) {
     SendWindowMessage(hostWindow, kMsgLogLine, reinterpret_cast<std::intptr_t>(text.c_str()), 0);
   }
@@ -159,7 +161,7 @@ void CBuildOutput::WriteLogFile(const std::string& head) {
   if (!logStatus && UseSpareFolder()) logStatus = writer.Save(logFile, head, *root);
 }
 
-// The folder for temporary files may be full where that of the user's data has room.
+// The folder for temporary files may be full while the folder for user data still has room.
 bool CBuildOutput::UseSpareFolder() {
   const std::string former = logFile;
   if (spareFolder.empty() || !PlaceLogFile(std::exchange(spareFolder, {}))) return false;

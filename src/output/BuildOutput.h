@@ -16,121 +16,124 @@ namespace tarn {
 
 class LineRecogniser;
 
-// The hub through which everything that a build has to say passes: it holds the tree of all
-// messages since the last reset, keeps the log file current, shows each message in the log view
-// and hands the tree to the report.
+// Central sink of build messages: stores the tree of all messages since the last reset, keeps the
+// log file up to date, shows each message in the log view and passes the tree to the report.
 //
-// Threads: every operation runs on the host's thread; a build's worker hands its messages over as
-// steps on that thread. That is why no lock guards the tree.
+// Threads: every function runs on the main thread; the build worker posts its messages to that
+// thread as tasks. The tree therefore needs no lock.
 //
-// A log file that cannot be written moves to the spare folder, if there is one. What can be written
-// neither way is tried again at the next save; tree and views stay correct.
+// If the log file can't be written, it moves to the spare folder, if there is one. If that fails
+// too, the next save tries again; tree and views stay correct.
 class CBuildOutput {
  public:
   // Bits of the flags.
   static constexpr std::uint32_t kMergeToolFiles = 2;
   static constexpr std::uint32_t kSaveEachMessage = 16;
 
-  // `fileSystem` is borrowed for the hub's life.
+  // `fileSystem` is borrowed and must outlive this object.
   explicit CBuildOutput(FileSystem& fileSystem);
-  // Frees the texts of the process's message table. Leaves the log file (see DeleteLogFile).
+  // Frees the strings of the process-wide message table. Doesn't remove the log file (see
+  // `DeleteLogFile()`).
   ~CBuildOutput();
 
   CBuildOutput(const CBuildOutput&) = delete;
   CBuildOutput& operator=(const CBuildOutput&) = delete;
 
-  // Loads the message texts from "message.xslt" in the folder of the configuration file. Without a
-  // configuration file nothing is loaded; a missing or damaged message file leaves rows without a
-  // text. `host` gets a message for each row written; 0 for none.
+  // Loads the message strings from "message.xslt" in the folder of the configuration file. Loads
+  // nothing if `configFilePath` is empty; if the message file is missing or damaged, some rows have
+  // no string. `host` receives a window message for each row that is written; 0 for no host.
   void Initialise(const std::string& configFilePath, WindowHandle host);
 
-  // Rows are no longer told to the host.
+  // Stops notifying the host of rows.
   void ForgetHost() { hostWindow = 0; }
 
-  // Borrowed until replaced or the hub's end; null for no window.
-  // Why the file of message texts could not be read, as "path: reason"; empty if it was, or isn't
-  // there.
+  // Reason why the file of message strings couldn't be read, as "path: reason"; empty if it was
+  // read or doesn't exist.
   const std::string& GetMessageProblem() const { return messageProblem; }
+  // Sets the views; nullptr for no window. Borrowed until replaced or this object is destroyed.
   void SetViews(ILogView* log, IReportView* report);
-  // What the views need for their windows; empty until Initialise has found the files.
+  // Data that the views need for their windows; empty until `Initialise()` has found the files.
   const std::string& GetViewTitle() const { return viewTitle; }
   const std::string& GetConfigFolder() const { return configFolder; }
 
-  // Sets the flags to kMergeToolFiles alone: with a log file, tool files are merged and the log
-  // is saved when asked, not after each message. The file itself is not touched.
+  // Sets the flags to kMergeToolFiles only: if there is a log file, tool files are merged, and the
+  // log is saved on request instead of after each message. Doesn't access the file itself.
   void SetLogFile(const std::string& path);
   const std::string& GetLogFile() const { return logFile; }
-  // Makes a new name in the folder the log file. Returns false, and changes nothing, if there is
-  // none.
+  // Sets the log file to a new unique name in `folder`. Returns false and changes nothing if no
+  // name is available.
   bool PlaceLogFile(const std::string& folder);
-  // Where the log file goes if it can't be written where it is, or has no name.
+  // Folder for the log file if it can't be written at its current path, or has no path.
   void SetSpareFolder(const std::string& folder) { spareFolder = folder; }
-  // Why the log file could not be written last.
+  // Result of the last attempt to write the log file.
   const Status& GetLogStatus() const { return logStatus; }
-  // Removes the log file from the disk; the path stays. For the end of the hub's life.
+  // Removes the log file from disk; the path stays set. Called before this object is destroyed.
   void DeleteLogFile();
 
   std::uint32_t GetFlags() const { return flags; }
-  // Adds the bits to those that are set.
+  // Sets the given bits in addition to those already set.
   void SetFlagBits(std::uint32_t bits) { flags |= bits; }
 
-  // Writes a row of the message table with its text's arguments filled in. A row without a text
-  // writes nothing. After an error row, log file and report are current.
+  // Writes a row of the message table with the arguments inserted into its string. `reason`, if
+  // any, is appended after a colon. Writes nothing if the row has no string. After an error row,
+  // the log file and the report are up to date.
   //
-  // Sends kMsgLogLine to the host, whose handler may call back into the hub; the caller must not
-  // hold a node of the tree across this call.
-  // `reason`, if any, follows the row's text after a colon.
+  // Sends kMsgLogLine to the host, whose handler may call back into this object; the caller must
+  // not hold a node of the tree across this call.
   void WriteMessage(int index, std::initializer_list<std::string> arguments = {},
                     std::string_view reason = {});
 
-  // Adds the elements below the top element of a tool's message file. Nothing without
-  // kMergeToolFiles or without the file; a damaged file adds what could be read.
+  // Adds the children of the top element of a tool's message file. No-op without kMergeToolFiles or
+  // if the file doesn't exist; from a damaged file, adds what could be read.
   void MergeToolFile(const std::string& path);
 
-  // Adds a line of the host's own.
+  // Adds a line that the host supplies.
   void AddOutput(const std::string& text);
 
-  // Adds an error of the system's own, which the report shows, too.
+  // Adds an error that didn't come from a tool. The report shows it too.
   void AddError(const std::string& text);
-  // The same for a warning.
+  // Like `AddError()`, but adds a warning.
   void AddWarning(const std::string& text);
 
-  // Adds a message for each line of a tool's text, with its kind, file and line as far as they are
-  // recognised: after the template if there is one (see ShapeOfTemplate), then after the shapes
-  // that are always known. A template that doesn't compile counts as absent. An error or a warning
-  // with a number leads to a page in `helpFolder`. Each argument may be null. Bytes are never
-  // converted.
+  // Adds a message for each line of a tool's output, with kind, file and line if they are
+  // recognised: first by `lineTemplate`, if there is one (see `ShapeOfTemplate()`), then by the
+  // built-in patterns. A template that doesn't compile is ignored. An error or a warning with a
+  // number links to a page in `helpFolder`. Each argument may be null. Bytes are never converted.
   //
-  // A text with rows in it goes to ParseToolRows from there on, and gives no message at all.
+  // Output that contains XML rows is passed to `ParseToolRows()` from the first row on; no messages
+  // are added then.
   //
-  // The log view may lead back into the hub after each message.
+  // The log view may call back into this object after each message.
   void ParseToolText(const char* text, const char* lineTemplate, const char* helpFolder);
-  // The way in for texts that carry messages as rows of XML. Does nothing yet with any.
+  // Entry point for output that contains messages as XML rows. Currently a no-op.
   void ParseToolRows(const char* text);
 
-  // Makes the log file current; writes only what is new, and nothing when nothing is.
+  // Brings the log file up to date; writes only what is new, and nothing if there is nothing new.
   void SaveLog();
-  // Empties tree, log file and log view.
+  // Clears the tree, the log file and the log view.
   void ResetLog();
-  // Has the report show the tree.
+  // Makes the report show the tree.
   void UpdateReport();
 
-  // All messages since the last reset. The reference dies with the next ResetLog.
+  // All messages since the last reset. The reference is invalidated by the next `ResetLog()`.
   const CXmlNode& GetRoot() const { return *root; }
 
  private:
+  // Adds a message of the given kind that the report shows.
   void AddProblem(LineKind kind, const std::string& text);
   void LoadMessages(const CXmlNode& messages);
   void WriteLogFile(const std::string& head);
+  // Moves the log file to the spare folder. Returns false if there is none, or if it is in use
+  // already.
   bool UseSpareFolder();
 
   FileSystem& disk;
   std::string configFolder;
   std::uint32_t flags = 33;
   std::unique_ptr<CXmlNode> root;
-  std::uint64_t generation = 0;  // of the tree: how often it was reset
+  std::uint64_t generation = 0;  // number of resets of the tree
   std::string logFile;
-  std::string spareFolder;  // empty: none, or in use
+  std::string spareFolder;  // empty if there is none or it is in use
   Status logStatus;
   std::string viewTitle;
   std::string messageProblem;
@@ -138,7 +141,7 @@ class CBuildOutput {
   WindowHandle hostWindow = 0;
   ILogView* logView = nullptr;
   IReportView* reportView = nullptr;
-  std::unique_ptr<LineRecogniser> recogniser;  // from the first text of a tool on
+  std::unique_ptr<LineRecogniser> recogniser;  // created for the first tool output
   LogFileWriter writer;
 };
 

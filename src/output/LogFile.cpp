@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kEmptyElementEnd = "/>";
 
-// What stands behind the last child of a top element, as the writer ends it.
+// Returns the markup after the last child of a top element, as the XML writer ends it.
 std::string ClosingOf(const CXmlNode& root) {
   return "\r\n</" + root.GetName() + ">";
 }
@@ -39,8 +39,9 @@ void EncodeMarkup(CXmlNode& node) {
   for (CXmlNode* const child : node.GetChildren()) EncodeMarkup(*child);
 }
 
-// As the writer has it, but for a "<" in the text of an element, as a path or the host may bring it
-// in: in the file it can't be told from a tag, unless a backslash protects it.
+// Appends the node as the XML writer does, but encodes a "<" in element text, which a path or the
+// host may contain: in the file it can't be distinguished from a tag unless a backslash protects
+// it.
 void AppendElement(const CXmlNode& node, std::string& text, int depth) {
   if (!HoldsMarkup(node)) return node.AppendText(text, g_xmlDisplayOptions, depth);
   CXmlNode encoded;
@@ -62,7 +63,7 @@ bool LogFileWriter::Continue(const std::string& path, const std::string& head,
 
   Written written = *std::exchange(last, std::nullopt);
   const std::string closing = ClosingOf(root);
-  // The first child opens the element that an empty tree closes at once.
+  // An empty tree is written as an empty-element tag; the first child opens it.
   std::string tail = written.children == 0 ? ">" : "";
   for (int i = written.children; i < root.GetChildCount(); ++i) {
     AppendElement(*root.GetChild(i), tail, 1);
@@ -84,7 +85,7 @@ Status LogFileWriter::WriteWhole(const std::string& path, const std::string& hea
   std::string text = head;
   AppendElement(root, text, 0);
   if (Status written = disk.WriteScratchFile(path, text); !written) return written;
-  // Somebody else may have been at the file already; the next save is a whole one then.
+  // Another process may already have changed the file; the next save then rewrites it.
   const std::optional<FileStatus> status = disk.Examine(path);
   if (!status || status->size != text.size()) return {};
   const int children = root.GetChildCount();

@@ -9,35 +9,36 @@
 
 namespace tarn {
 
-// Keeps a log file current with a tree whose top element only gains children at its end.
+// Keeps a log file up to date with a tree whose top element only gains children at its end.
 //
-// The file is always what a full rewrite would give. Saving costs what is new since the last save:
-// the bytes from the closing tag on are overwritten, for as long as the file on disk still has the
-// size and the time that it was left with; in every other case it is written whole. A change by
-// others within the same second that keeps the size goes unseen.
+// The file always has the contents that a full rewrite would produce. The cost of a save is
+// proportional to what is new since the last one: the bytes from the closing tag on are
+// overwritten, as long as the file on disk still has the size and modification time of the last
+// save; otherwise the file is rewritten. A change by another process within the same second that
+// keeps the size isn't detected.
 class LogFileWriter {
  public:
-  // `fileSystem` is borrowed for the writer's life.
+  // `fileSystem` is borrowed and must outlive this object.
   explicit LogFileWriter(FileSystem& fileSystem) : disk(fileSystem) {}
 
-  // Makes the file `head` followed by the text of `root`. Since the last call with the same head,
-  // `root` must be the same element with at most more children. After a failure the next call
-  // writes the file whole.
+  // Writes `head` followed by the XML of `root` to the file. Since the last call with the same
+  // head, `root` must be the same element with at most additional children. After an error, the
+  // next call rewrites the file.
   Status Save(const std::string& path, const std::string& head, const CXmlNode& root);
-  // The next Save writes the file whole.
+  // Makes the next `Save()` rewrite the file.
   void Forget() { last.reset(); }
 
  private:
-  // The file as it was left.
+  // State of the file after the last save.
   struct Written {
     std::string path;
     std::string head;
     int children = 0;
-    std::uint64_t keep = 0;  // bytes that a longer tree leaves as they are
+    std::uint64_t keep = 0;  // size without the closing tag, which stays when the tree grows
     FileStatus status;
   };
 
-  // False when the file must be written whole; nothing is remembered then.
+  // Appends to the file. Returns false and clears the state if the file must be rewritten.
   bool Continue(const std::string& path, const std::string& head, const CXmlNode& root);
   Status WriteWhole(const std::string& path, const std::string& head, const CXmlNode& root);
 

@@ -7,9 +7,9 @@
 
 #include "xml/XmlNode.h"
 
-// What a link of the log stands for, as the text that it carries: a row of fields, each a name with
-// its value in angle brackets. Blanks of paths travel as question marks, since a blank would end
-// the address, and no value can hold a ">".
+// Target of a link in the log, encoded as a string: a sequence of fields, each a name followed by
+// its value in angle brackets. Spaces in paths are encoded as question marks, since a space would
+// end the address, and no value can contain a ">".
 namespace tarn {
 
 struct LogLink {
@@ -20,16 +20,17 @@ struct LogLink {
   std::int32_t timeHigh = 0;
 };
 
-// Every field that the message has something for. Backslashes of paths are doubled, as rich text
-// wants them.
+// Returns the target with every field for which the message has a value. Backslashes in paths are
+// doubled, as required in rich text.
 std::string MakeLinkTarget(const CXmlNode& message);
-// The file and the line.
+// Returns the target with file and line.
 std::string MakePlaceTarget(const CXmlNode& message);
-// The file alone.
+// Returns the target with the file only.
 std::string MakeFileTarget(const CXmlNode& message);
 
-// Takes the target of a link as rich text gives it back, with single backslashes. A field is what
-// stands between the first mark of its name and the next ">", or the end.
+// Parses the target of a link as returned by the rich text control, with single backslashes. The
+// value of a field extends from the first occurrence of its name's marker to the next ">", or to
+// the end.
 LogLink ReadLinkTarget(std::string_view target);
 
 }  // namespace tarn

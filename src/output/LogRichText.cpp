@@ -13,10 +13,10 @@ constexpr const char* kHead =
     "{\\rtf1 {\\colortbl ;\\red255\\green0\\blue0;\\red0\\green0\\blue0;\\red0\\green0\\blue255;"
     "\\red0\\green255\\blue0;} ";
 
-// Numbers in the colour table of the head.
+// Indexes into the colour table of the header.
 enum LineColor { kRed = 1, kBlack = 2, kBlue = 3 };
 
-// Numbers of the pictures that stand for the kinds of lines.
+// Icon numbers for the kinds of lines.
 enum LineIcon { kIconPlain = 0, kIconWarning = 1, kIconError = 2, kIconHeading = 5 };
 
 std::string ColorWord(LineColor color) {
@@ -38,7 +38,7 @@ Line ToLine(const CXmlNode& message) {
   if (description == nullptr && message.NameView() == "Output") {
     return {kIconPlain, message.GetValue()};
   }
-  // A tool's text is encoded in the tree.
+  // The output of a tool is encoded in the tree.
   return {ParseNumber(message.GetAttrValue("Icon")), DecodeStrict(TextOf(description))};
 }
 

@@ -6,14 +6,14 @@
 
 namespace tarn {
 
-// What a link of a line that is neither an error nor a warning leads to.
+// Target of the links in lines that are neither errors nor warnings.
 enum class PlaceLinks { FileOnly, WithLine };
 
-// An element of the log tree as a line of rich text: errors and warnings as links in red and blue,
-// headings bold between empty lines, all others black, and links where a file is known. A line of
-// the host's own, which has its text as its value, is a plain one.
+// Returns an element of the log tree as a line of rich text: errors and warnings as links in red
+// and blue, headings in bold between empty lines, all others in black, with links where a file is
+// known. A line supplied by the host, whose string is its value, is a plain one.
 //
-// Of the text only backslashes are escaped; its braces go in as they are (see ReadRichText).
+// Only backslashes are escaped in the string; braces are inserted unchanged (see ReadRichText).
 std::string MakeLogRichText(const CXmlNode& message, PlaceLinks places = PlaceLinks::FileOnly);
 
 }  // namespace tarn

@@ -7,7 +7,7 @@
 namespace tarn {
 namespace {
 
-// The kind of every row, ten in a line.
+// Kind of every row, ten per line.
 constexpr std::array<int, kMessageCount> kRowKinds = {
     3, 3, 3, 3, 3, 3, 1, 1, 1, 1,  //
     5, 5, 5, 5, 5, 5, 1, 1, 1, 3,  //
@@ -15,7 +15,7 @@ constexpr std::array<int, kMessageCount> kRowKinds = {
     3, 3, 3, 3, 3, 3, 3, 3, 3,
 };
 
-// A build's worker asks for operation texts while the host's thread loads or frees them.
+// The build worker reads operation strings while the main thread loads or frees them.
 struct Texts {
   std::mutex guard;
   std::array<std::optional<std::string>, kMessageCount> rows;

@@ -3,17 +3,17 @@
 #include <optional>
 #include <string>
 
-// The rows that the system itself writes to the log or shows, by index. The table is one per
-// process; its texts are data, loaded by the output hub and freed when a hub ends. All functions
-// may be called from any thread.
+// Messages that the project manager itself writes to the log or shows, by index. There is one table
+// per process; its strings are loaded by CBuildOutput and freed when a CBuildOutput is destroyed.
+// All functions may be called on any thread.
 namespace tarn {
 
 inline constexpr int kMessageCount = 39;
 
-// Identifies row 0 in the message file; row n is this plus n.
+// Id of row 0 in the message file; the id of row n is this plus n.
 inline constexpr int kFirstMessageId = 0x20000;
 
-// Rows that code refers to; what stands behind a name are the arguments of the row's text.
+// Rows that are used in code. The trailing comments list the arguments of the row's string.
 enum MessageRow : int {
   kRowProjectWord = 0,  // caption of message boxes, the word for a project
   kRowApplicationInformation = 1,
@@ -34,7 +34,7 @@ enum MessageRow : int {
   kRowOperationRebuild = 19,
   kRowOperationClean = 20,
   kRowOperationBuild = 21,
-  kRowMalformedXml = 23,       // nothing in the log, path in a message box
+  kRowMalformedXml = 23,       // no arguments in the log, path in a message box
   kRowBusyQuestion = 24,       // operation text
   kRowOverwriteQuestion = 25,  // path
   kRowWizardTitleNew = 26,
@@ -51,7 +51,7 @@ enum MessageRow : int {
   kRowImportExit7 = 38,  // path
 };
 
-// What kind of line a row makes.
+// Kind of the line that a row produces.
 enum MessageKind : int {
   kKindPlain = 0,
   kKindError = 1,
@@ -60,25 +60,27 @@ enum MessageKind : int {
   kKindHeading = 5,
 };
 
-// The values that a line of some kind carries in the log tree.
+// Attribute values of a line of some kind in the log tree.
 struct KindValues {
   const char* type;
   const char* icon;
 };
-// Kinds that are not in the enumeration count as notes.
+// Kinds that aren't in the enumeration are treated as notes.
 KindValues ValuesOfKind(int kind);
 
-// Note for an index outside the table.
+// Returns kKindNote if `index` is outside the table.
 int GetMessageKind(int index);
 
-// Nothing when the index is no row or the row has no text yet; a text can be empty.
+// Returns nullopt if the index is outside the table or the row has no string yet; a string may be
+// empty.
 std::optional<std::string> FindMessageText(int index);
-// The row's text, or empty when it has none. It is a format for FormatMessageText.
+// Returns the row's string, or an empty string if it has none. The string is a format for
+// FormatMessageText.
 std::string GetMessageText(int index);
 
-// Replaces the row's text; an index outside the table is ignored.
+// Replaces the row's string. No-op if the index is outside the table.
 void SetMessageText(int index, std::string text);
-// No row has a text any more.
+// Removes the strings of all rows.
 void FreeMessageTexts();
 
 }  // namespace tarn

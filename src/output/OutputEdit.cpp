@@ -14,7 +14,7 @@ constexpr int kMarginWidth = 5;
 constexpr int kMarginId = 101;
 constexpr int kEditId = 100;
 constexpr int kFontTwips = 175;
-// The name under which hosts keep the popup menu of the log view.
+// Name under which hosts store the popup menu of the log view.
 constexpr const char* kMenuName = "4004";
 
 std::intptr_t ToParam(const void* address) {
@@ -45,7 +45,7 @@ void COutputEdit::OnSize(Size size) {
 
 void COutputEdit::AddMessage(const CXmlNode& node) {
   if (!edit.IsCreated()) return;
-  // A note leads to its line, as errors and warnings do.
+  // The link of a note includes the line, like those of errors and warnings.
   edit.AppendRichText(MakeLogRichText(node, PlaceLinks::WithLine));
   edit.UpdateWindow();
 }
@@ -75,7 +75,7 @@ bool COutputEdit::OnContextMenu(Point screen) {
   return true;
 }
 
-// Each message may end this window, and then nothing more is sent.
+// Each message may destroy this window; no further message is sent then.
 void COutputEdit::OnLink(const std::string& target, const MouseEvent& event) {
   if (event.action != MouseAction::Release || event.button != MouseButton::Left) return;
   const LogLink link = ReadLinkTarget(target);

@@ -9,23 +9,24 @@
 
 namespace tarn {
 
-// Commands of the log view, by the numbers that hosts know.
+// Commands of the log view, with the numbers that hosts use.
 enum LogViewCommand : int {
   kCmdLogClear = 0xE121,
   kCmdLogCopy = 0xE122,
   kCmdLogCut = 0xE123,
 };
 
-// The running log as a window: a line for each element of the log tree, with links that tell the
-// host of a place in a source, a help file or a time stamp. Host's thread only.
+// Window that shows the running log: one line for each element of the log tree, with links. A click
+// on a link notifies the host of the source position, the help file or the time stamp. Main thread
+// only.
 class COutputEdit final : public CWnd, public ILogView {
  public:
-  // `files` is borrowed for the window's life and is asked whether a help file exists. `host` gets
-  // the messages of clicks; 0 for none.
+  // `files` is borrowed, must outlive this window, and is used to check that a help file exists.
+  // `host` receives the messages for clicks; 0 for no host.
   COutputEdit(FileSystem& files, WindowHandle host);
   ~COutputEdit() override;
 
-  // Nothing as long as the window does not stand.
+  // No-op if the window hasn't been created.
   void AddMessage(const CXmlNode& node) override;
   void Clear() override;
 

@@ -4,14 +4,14 @@
 
 #include "xml/XmlNode.h"
 
-// The two views of the build output, as the hub sees them. The windows implement them, and so can
-// anything else that wants to follow a build; a hub without views works all the same.
+// Interfaces of the two views of the build output. The windows implement them, and so can any other
+// observer of a build. CBuildOutput also works without views.
 //
-// Both are called on the host's thread. The nodes are borrowed for the length of the call: a view
+// Both are called on the main thread. The nodes are borrowed for the duration of the call: a view
 // copies what it shows, since the next reset destroys the tree.
 namespace tarn {
 
-// The running log: one line for each element that arrives.
+// Running log: one line for each element that is added.
 class ILogView {
  public:
   virtual void AddMessage(const CXmlNode& node) = 0;
@@ -21,11 +21,12 @@ class ILogView {
   ~ILogView() = default;
 };
 
-// The grid of errors and warnings, which shows the whole tree.
+// Table of errors and warnings, which shows the whole tree.
 class IReportView {
  public:
-  // A tree of the same generation is the one of the last call, with at most more children at its
-  // end; one of another may lie at the address of the one before.
+  // A tree with the same generation is the same tree as in the last call, with at most additional
+  // children at its end. A tree with a different generation may have the same address as the
+  // previous one.
   virtual void Update(const CXmlNode& root, std::uint64_t generation) = 0;
 
  protected:

@@ -10,7 +10,7 @@ namespace {
 constexpr int kBrowserId = 100;
 constexpr std::string_view kPlaceMark = "err://";
 constexpr std::string_view kNowhereMark = "lnk://";
-// Where the line may begin, so that the colon of a drive is none.
+// Minimum offset of the colon before the line, to skip the colon of a drive.
 constexpr std::size_t kBehindDrive = 3;
 
 void SendPlace(WindowHandle host, std::string_view place) {

@@ -7,9 +7,9 @@
 
 namespace tarn {
 
-// A page in a window, of a log for example, whose links to places in sources the host hears of: it
-// gets kMsgOpenFileAtLine for "err://FILE:LINE". "lnk://" leads nowhere; every other address is the
-// page's own matter.
+// Window that shows an HTML page, for example a log. Sends kMsgOpenFileAtLine to the host for links
+// of the form "err://FILE:LINE". "lnk://" leads nowhere; all other addresses are opened by the page
+// itself.
 class COutputWindow final : public CWnd {
  public:
   explicit COutputWindow(WindowHandle host);

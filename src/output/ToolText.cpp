@@ -9,7 +9,7 @@
 #include "platform/text/Text.h"
 #include "xml/StrictText.h"
 
-// Text of tools that nobody has recognised yet, turned into messages of the log.
+// Conversion of unparsed tool output into log messages.
 namespace tarn {
 namespace {
 
@@ -22,7 +22,8 @@ Look LookOf(LineKind kind) {
   return kind == LineKind::Error ? Look{"1", "2"} : Look{"2", "1"};
 }
 
-// What the log shows of a line. Blanks at its end stay.
+// Returns the line as the log shows it: without leading white space, and with spaces in place of
+// other white space. Trailing space stays.
 std::string PrepareLine(std::string_view text) {
   std::string line(text.substr(std::min(text.find_first_not_of("\t\r\n "), text.size())));
   for (char& c : line) {
@@ -77,7 +78,7 @@ void CBuildOutput::ParseToolText(const char* text, const char* lineTemplate,
     const std::string line = PrepareLine(lines.TokenView(i));
     if (line.empty()) continue;
     const ToolLine found = recogniser->Recognise(line, special ? &*special : nullptr);
-    // The view may lead to a reset, so the root is asked for anew each time.
+    // The view may reset the log, so `root` is read again for each message.
     const CXmlNode& message = AppendLine(*root, line, found, help);
     if (logView != nullptr) logView->AddMessage(message);
   }

@@ -34,7 +34,7 @@ bool BreadthMatcher::Search(const char* start, bool isAnchored, PatternSlots& re
   }
 }
 
-// One more way, which comes behind all that began before.
+// Starts a thread at `at`. It has lower priority than all threads that were started before.
 void BreadthMatcher::Begin(const char* at) {
   if (now.states.empty()) ++turn;
   if (!plan.lead.MayStartAt(at)) return;
@@ -43,8 +43,8 @@ void BreadthMatcher::Begin(const char* at) {
   Follow(0, at, now);
 }
 
-// Each way takes the byte at `at` or ends. True if one of them is a match; those behind it are
-// dropped.
+// Lets every thread consume the byte at `at`; a thread that can't is dropped. Returns true if a
+// thread has matched; the threads of lower priority are dropped.
 bool BreadthMatcher::Advance(const char* at, PatternSlots& result) {
   ++turn;
   then.states.clear();
@@ -83,7 +83,8 @@ std::uint32_t BreadthMatcher::Take(std::uint32_t state, char byte) const {
   }
 }
 
-// All that can be reached from a state without taking a byte, by preference.
+// Adds to `ways` all states that can be reached from `state` without consuming a byte, in priority
+// order. Iterative depth-first traversal; each state is added once per turn.
 void BreadthMatcher::Follow(std::uint32_t state, const char* at, Ways& ways) {
   tasks.push_back({false, state, nullptr});
   while (!tasks.empty()) {

@@ -8,32 +8,32 @@
 
 namespace tarn {
 
-// Searches by following all ways to match at once, byte by byte. Two that come to the same step at
-// the same position have the same future, so only the one that is to be preferred goes on: hence
-// the time is bounded by the lengths of program and subject, the memory by the program's.
+// Pike VM: simulates the NFA of a pattern, one thread per program state, in priority order. Two
+// threads that reach the same state at the same position have the same future, so only the one with
+// the higher priority continues. Time O(program x subject), memory O(program).
 class BreadthMatcher {
  public:
-  // All are borrowed.
+  // All arguments are borrowed.
   BreadthMatcher(const PatternPlan& patternPlan, const char* programCode, const char* text,
                  const char* textEnd);
 
-  // The first match that begins at `start`, or behind it unless it is anchored there. On success
-  // the first two slots are those of the whole match.
+  // Finds the first match that begins at `start` or, unless `isAnchored`, after it. On success, the
+  // first two slots of `result` are the bounds of the whole match.
   bool Search(const char* start, bool isAnchored, PatternSlots& result);
   std::size_t GetStepCount() const { return stepCount; }
 
  private:
-  // A step, and how many bytes of its literal have been taken.
+  // NFA state: a step, and the number of bytes of its literal that were consumed.
   struct State {
     std::uint32_t step;
     std::uint32_t taken;
   };
-  // Ways to match that wait for a byte, by preference, each with its positions.
+  // Threads that wait for a byte, in priority order, each with its positions.
   struct Ways {
     std::vector<std::uint32_t> states;
     std::vector<const char*> positions;
   };
-  // What is still to be done while states are followed: one to follow or a slot to restore.
+  // Work item of `Follow()`: a state to follow or a slot to restore.
   struct Task {
     bool isRestore;
     std::uint32_t number;
@@ -46,6 +46,7 @@ class BreadthMatcher {
   }
   void Begin(const char* at);
   bool Advance(const char* at, PatternSlots& result);
+  // Returns the state after consuming `byte`, or kNoState if `state` can't consume it.
   std::uint32_t Take(std::uint32_t state, char byte) const;
   void Follow(std::uint32_t state, const char* at, Ways& ways);
   void FollowState(std::uint32_t state, const char* at, Ways& ways);
@@ -56,10 +57,11 @@ class BreadthMatcher {
   const char* const end;
   std::vector<State> states;
   std::vector<std::uint32_t> stateOfStep;
-  // The turn in which a state was last reached.
+  // Turn in which each state was last reached.
   std::vector<std::size_t> reached;
   std::size_t turn = 0;
   PatternSlots slots{};
+  // Threads at the current position and at the next one.
   Ways now;
   Ways then;
   std::vector<Task> tasks;

@@ -7,8 +7,7 @@
 
 namespace tarn {
 
-// A set of bytes. A value type of 32 bytes; everything in it takes the same few instructions
-// whatever the set holds.
+// Set of bytes as a bitmap of 256 bits. A value type; every operation takes constant time.
 class ByteSet {
  public:
   constexpr ByteSet() = default;
@@ -25,12 +24,13 @@ class ByteSet {
     for (const std::uint64_t word : words) count += std::popcount(word);
     return count;
   }
-  // The lowest byte of a set that isn't empty.
+  // Returns the lowest byte of the set, which must not be empty.
   constexpr char First() const {
     std::size_t i = 0;
     while (words[i] == 0) ++i;
     return static_cast<char>(64 * static_cast<int>(i) + std::countr_zero(words[i]));
   }
+  // Returns true if the two sets have a common member.
   constexpr bool Meets(const ByteSet& other) const { return (*this & other) != ByteSet(); }
   constexpr bool operator==(const ByteSet& other) const = default;
   constexpr ByteSet& operator|=(const ByteSet& other) {

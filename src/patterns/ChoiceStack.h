@@ -11,15 +11,15 @@ namespace tarn {
 
 struct PatternStep;
 
-// The choices that a try at a match can come back to, the last one on top. Takes no memory from the
-// heap until there are more than a few, and never holds more than kMost.
+// Backtrack stack of a match attempt, with the latest choice on top. Uses no heap memory for the
+// first few entries, and never holds more than kMost.
 class ChoiceStack {
  public:
   struct Choice {
     enum Kind : std::uint8_t {
-      GoOn,     // at `step`, from `at`
-      Shorten,  // what the star `step` takes: up to `at` at most, to `low` at least
-      Restore,  // `at` as the position in `slot`
+      GoOn,     // continue at `step`, from `at`
+      Shorten,  // give back bytes of the star `step`: at most to `at`, at least to `low`
+      Restore,  // restore `at` as the position in `slot`
     };
     Kind kind;
     std::uint8_t slot;
@@ -27,6 +27,7 @@ class ChoiceStack {
     const char* at;
     const char* low;
   };
+  // Limit of the stack size. A match that exceeds it continues with BreadthMatcher.
   static constexpr std::size_t kMost = 65536;
 
   ChoiceStack() = default;
@@ -36,7 +37,7 @@ class ChoiceStack {
   bool IsEmpty() const { return count == 0; }
   bool IsFull() const { return count == kMost; }
   void Clear() { count = 0; }
-  // False once the stack is full.
+  // Returns false once the stack is full.
   [[nodiscard]] bool Push(const Choice& choice) {
     if (count == capacity) Grow();
     choices[count++] = choice;

@@ -10,7 +10,7 @@
 namespace tarn {
 namespace {
 
-// Links have 16 bits.
+// Links are signed 16-bit offsets.
 constexpr std::size_t kTooBig = 32767;
 
 bool IsDigit(char c) {
@@ -83,7 +83,7 @@ bool CCompiledPattern::regexec(const char* text) {
   if (!text) return Fail(PatternError::NullText);
   if (!HasProgram()) return Fail(PatternError::CorruptedProgram);
   if (required && !std::strstr(text, required)) return false;
-  // Most texts that an anchored pattern is tried on are told from their first bytes.
+  // The first bytes rule out a match for most subjects that an anchored pattern is tried on.
   if (anchored && plan && !plan->lead.MayStartAt(text)) return false;
   CPatternMatcher matcher(*this, text);
   if (matcher.Search()) return true;

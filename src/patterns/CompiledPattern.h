@@ -13,47 +13,48 @@ namespace tarn {
 
 struct PatternPlan;
 
-// A compiled pattern and the positions of its last match. Built once; handles share it, and count
-// themselves in `references`. Belongs to one thread. Failures leave an error's text.
+// Compiled pattern and the positions of its last match. Compiled once and shared by handles, which
+// count themselves in `references`. Belongs to one thread. A failed operation sets `error`.
 class CCompiledPattern {
  public:
   using GroupPositions = std::array<const char*, kPatternGroups>;
 
   CCompiledPattern() = default;
-  // A clone, which no handle shares.
+  // Creates a copy that isn't shared by any handle.
   CCompiledPattern(const CCompiledPattern& other);
   CCompiledPattern& operator=(const CCompiledPattern&) = delete;
 
-  // Compiles; false with an error when the pattern is faulty or its program gets too big.
+  // Compiles `pattern`. Returns false and sets `error` if the pattern is invalid or its program is
+  // too big.
   bool regcomp(const char* pattern);
-  // Finds the first match and notes its groups' positions in `text`.
+  // Finds the first match and saves the positions of its groups in `text`.
   bool regexec(const char* text);
-  // The template with the groups of the last match in it; CRegularExpression::Substitute tells how.
-  // Empty with an error on failure.
+  // Returns the template with the groups of the last match substituted; for the syntax see
+  // `CRegularExpression::Substitute()`. On error, returns an empty string and sets `error`.
   std::string regsub(const char* replacement);
 
   std::string error;
-  // Length of the program.
+  // Size of the program in bytes.
   std::uint32_t size = 0;
-  // Where the groups of the last match start and end; null for one that took no part.
+  // Start and end of each group in the last match; nullptr for a group that took no part.
   GroupPositions groupStart{};
   GroupPositions groupEnd{};
-  // The character that every match begins with, 0 when the pattern fixes none.
+  // First character of every match, or 0 if the pattern doesn't determine it.
   char firstChar = '\0';
-  // Only the start of the subject can match.
+  // A match can begin only at the start of the subject.
   bool anchored = false;
-  // A text in the program that every match contains, or null.
+  // String in the program that every match contains, or nullptr.
   const char* required = nullptr;
   std::uint32_t requiredLength = 0;
-  // The program; PatternNode.h tells its form.
+  // Program; for its format see PatternNode.h.
   std::unique_ptr<char[]> code;
   bool compiled = false;
-  // How many handles share this one, besides the first.
+  // Number of handles that share this object, not counting the first.
   std::uint32_t references = 0;
-  // The last of the groups, counted from the start, that took part in the last match; -1 when there
+  // Number of the last group before the first one that took no part in the last match; -1 if there
   // was no match.
   std::int32_t lastGroup = -1;
-  // The program made ready for matching; the first match makes it, and clones share it.
+  // Program prepared for matching. Created by the first match; shared with clones.
   std::shared_ptr<const PatternPlan> plan;
 
   std::string_view GetProgram() const { return {code.get(), code ? size : 0}; }

@@ -21,7 +21,8 @@ void AddOnce(Names& names, std::string_view name) {
   if (!name.empty() && !isKnown) names.emplace_back(name);
 }
 
-// Returns the name at the start of the line, up to the delimiter that ends it.
+// Returns the name at the start of the line, up to the delimiter that ends it; empty if there is
+// none.
 std::string_view DelimitedName(std::string_view line, std::string_view openers) {
   SkipSpace(line);
   if (line.empty() || openers.find(line.front()) == openers.npos) return {};
@@ -29,7 +30,7 @@ std::string_view DelimitedName(std::string_view line, std::string_view openers) 
   return end == line.npos ? std::string_view() : line.substr(1, end - 1);
 }
 
-// "#include" and its relatives, which open their line.
+// Returns the name in an "#include" or related directive, which must be first on its line.
 std::string_view PreprocessorName(std::string_view line) {
   SkipSpace(line);
   if (line.empty() || line.front() != '#') return {};
@@ -47,7 +48,7 @@ bool EqualsLower(std::string_view text, std::string_view lower) {
   });
 }
 
-// Assembler directives may follow a label, in any case of letters. Some assemblers take any
+// Assembler directives may follow a label and are case-insensitive. Some assemblers accept any
 // delimiter around the name.
 void AddAssemblerNames(std::string_view line, Names& names) {
   for (std::size_t dot = line.find('.'); dot != line.npos; dot = line.find('.', dot + 1)) {
@@ -55,7 +56,7 @@ void AddAssemblerNames(std::string_view line, Names& names) {
     const std::string_view word = TakeWord(rest);
     if (!EqualsLower(word, "include") && !EqualsLower(word, "incbin")) continue;
     SkipSpace(rest);
-    const bool isQuoted = rest.starts_with("\\\"");  // within a string of C
+    const bool isQuoted = rest.starts_with("\\\"");  // within a string in C
     if (isQuoted) rest.remove_prefix(1);
     std::string_view name = DelimitedName(rest, "\"/");
     if (isQuoted && name.ends_with('\\')) name.remove_suffix(1);
@@ -89,7 +90,8 @@ bool IsScriptSpace(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == ',' || c == ';';
 }
 
-// The next word, quoted name or parenthesis of a linker script; empty at the end.
+// Removes the next word, quoted name or parenthesis from a linker script and returns it; empty at
+// the end.
 std::string_view TakeScriptToken(std::string_view& text) {
   while (!text.empty() && IsScriptSpace(text.front())) text.remove_prefix(1);
   if (text.empty()) return {};
@@ -111,8 +113,8 @@ std::string_view TakeScriptToken(std::string_view& text) {
 
 }  // namespace
 
-// A comment that isn't one for the compiler must not hide a directive, so the lines count both with
-// and without what looks like comments.
+// A comment that isn't one for the compiler must not hide a directive, so the lines are scanned
+// twice: with comments kept and with comments removed.
 std::vector<std::string> FindIncludes(std::string_view text) {
   Names names;
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
@@ -127,7 +129,7 @@ ScriptNames FindScriptNames(std::string_view text) {
   ScriptNames found;
   const std::string plain = WithoutComments(text);
   std::string_view rest = plain;
-  int depth = 0;  // parentheses inside a list of inputs
+  int depth = 0;  // nesting inside a list of inputs
   bool isFolder = false;
   std::string_view before;
   for (std::string_view token; !(token = TakeScriptToken(rest)).empty(); before = token) {

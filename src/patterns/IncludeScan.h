@@ -6,19 +6,19 @@
 
 namespace tarn {
 
-// Names in the include directives of a source in C, C++ or assembler, each once: what is written in
-// quotes or angle brackets after "include", "include_next", "import", "embed", ".include" or
+// Returns the names in the include directives of a C, C++ or assembler source, without duplicates:
+// the quoted or bracketed name after "include", "include_next", "import", "embed", ".include" or
 // ".incbin", also within a string, and in a test such as "__has_include(...)". Comments, continued
 // lines and a byte order mark don't hide a directive. Directives that the preprocessor would skip
-// are included, names that a macro yields are not.
+// are included; names that result from macros aren't.
 std::vector<std::string> FindIncludes(std::string_view text);
 
-// What a linker script names, each once, verbatim.
+// Names in a linker script, verbatim and without duplicates.
 struct ScriptNames {
   // Files to read: after INCLUDE, and in INPUT(...), GROUP(...) and STARTUP(...), where "-lNAME"
-  // stands for a library.
+  // denotes a library.
   std::vector<std::string> inputs;
-  // Folders to search libraries in, by SEARCH_DIR(...), in order.
+  // Library search folders from SEARCH_DIR(...), in order.
   std::vector<std::string> folders;
 };
 ScriptNames FindScriptNames(std::string_view text);

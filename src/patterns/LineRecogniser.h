@@ -8,16 +8,17 @@
 
 namespace tarn {
 
-// A drive, a colon, and one or more segments that begin with a separator. Opens four groups: the
-// path, the drive's letter, the last segment, the last separator.
+// Path with a drive: the drive letter, a colon, and one or more segments that begin with a
+// separator. Has four groups: the path, the drive letter, the last segment, the last separator.
 inline constexpr const char* kPathPattern = R"((([a-zA-Z]):((\\|\/)[^\\\/\:\*\?\"\<\>]*)+))";
 
+// Pattern of a diagnostic and the groups of its fields.
 struct LineRow {
   const char* pattern;
   LineFields fields;
 };
 
-// The shapes that are known without a template, in the order in which they are tried.
+// Built-in patterns of diagnostics, in the order in which they are tried.
 inline constexpr std::array<LineRow, 3> kLineRows{{
     {R"(^\*\*\* (DOS ERROR|FATAL ERROR|ERROR|WARNING) *(.*) IN LINE *([0-9]*) OF *(.*) : *(.*)$)",
      {.file = 4, .line = 3, .message = 5, .help = 2, .type = 1}},
@@ -27,15 +28,15 @@ inline constexpr std::array<LineRow, 3> kLineRows{{
      {.file = 1, .line = 5, .message = 6}},
 }};
 
-// Recognises the lines of any tool. The patterns are compiled once for all lines; belongs to one
-// thread.
+// Parses diagnostics from the output of any tool. The patterns are compiled once and reused for all
+// lines; belongs to one thread.
 class LineRecogniser {
  public:
   LineRecogniser();
 
-  // The line taken apart after the first shape that it has: `special`, if it isn't null, then the
-  // known ones. A line that names no file but a path beside a word such as "error" gets that path
-  // as its file. A line of no shape is plain, and its own message.
+  // Parses `line` by the first pattern that matches: `special`, if it isn't null, then the built-in
+  // ones. If no file was found, but the line has a path and a word such as "error", that path
+  // becomes the file. A line that matches no pattern is plain, and its message is the line itself.
   ToolLine Recognise(const std::string& line, LineShape* special = nullptr);
 
  private:

@@ -6,19 +6,20 @@
 
 namespace tarn {
 
-// What a line of a tool announces.
+// Severity of a line of tool output.
 enum class LineKind { Plain, Error, Warning };
 
-// A line of a tool, taken apart.
+// Parsed line of tool output.
 struct ToolLine {
   LineKind kind = LineKind::Plain;
-  std::string file;  // as the tool wrote it, or empty
+  std::string file;  // as written by the tool, or empty
   std::string line;  // digits, or empty
-  std::string help;  // the name of a page of help, or empty
+  std::string help;  // name of a help page, or empty
   std::string message;
 };
 
-// The groups of a pattern in which the parts of a line stand; -1 for a part that it doesn't have.
+// Groups of a pattern that contain the fields of a line; -1 for a field that the pattern doesn't
+// have.
 struct LineFields {
   int file = -1;
   int line = -1;
@@ -27,19 +28,20 @@ struct LineFields {
   int type = -1;
 };
 
-// A shape that lines of tools have. Belongs to one thread.
+// Pattern of a diagnostic. Belongs to one thread.
 class LineShape {
  public:
   LineShape(const std::string& pattern, const LineFields& groups);
 
   bool IsCompiled() const { return expression.IsCompiled(); }
-  // Why not.
+  // Compile error of the pattern; empty if it compiled.
   const std::string& GetError() const { return expression.GetError(); }
 
-  // Takes `text` apart when it has this shape; otherwise leaves `found` alone and gives false.
+  // Parses `text` into `found` if it matches; otherwise returns false and leaves `found` unchanged.
   //
-  // The word "error" or else "warning", in the type or, without one, in the message, makes the
-  // kind. Of the help's name blanks at both ends and each # go, and a blank inside becomes _.
+  // The kind is determined by the word "error" or else "warning" in the type or, if the pattern has
+  // no type, in the message. In the name of the help page, spaces at both ends and every # are
+  // removed, and inner spaces become _.
   bool Recognise(const std::string& text, ToolLine& found);
 
  private:

@@ -17,14 +17,15 @@ constexpr std::array<TemplateKeyword, 4> kKeywords{{
     {"SPECMESSAGE", "*(.*)", 1, &LineFields::message},
 }};
 
-// Behind the set that opens at `at`: a ] ends it unless it comes first.
+// Returns the position after the set that opens at `at`. A ] directly after the opening [ or [^ is
+// a member and doesn't end the set.
 std::size_t BehindSet(std::string_view text, std::size_t at) {
   std::size_t first = at + 1;
   if (first < text.size() && text[first] == '^') ++first;
   return std::min(text.find(']', first + 1), text.size() - 1) + 1;
 }
 
-// How many groups a piece of a pattern opens.
+// Returns the number of groups that open in a part of a pattern.
 int CountGroups(std::string_view text) {
   int count = 0;
   for (std::size_t at = 0; at < text.size();) {

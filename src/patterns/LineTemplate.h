@@ -7,29 +7,31 @@
 
 namespace tarn {
 
-// A word that stands between { and } in a template.
+// Keyword between { and } in a template.
 struct TemplateKeyword {
-  std::string_view name;     // compared without regard to case
-  std::string_view pattern;  // what the word stands for
-  int groups;                // how many the pattern opens; the first is the field's
+  std::string_view name;     // compared case-insensitively
+  std::string_view pattern;  // the keyword's replacement
+  int groups;                // groups in `pattern`; the first is the field's
   int LineFields::*field;
 };
 
-// The words that a kind of templates knows.
+// Keywords that a kind of template supports.
 struct TemplateLanguage {
   std::span<const TemplateKeyword> keywords;
-  // The text between the words may open groups of its own. Where it may not, they are not counted,
-  // so fields behind one come from the wrong place.
+  // If true, the text between keywords may have groups of its own. If false, such groups aren't
+  // counted, so the fields after one are taken from the wrong group.
   bool allowsGroups = false;
 };
 
-// SPECFILE (a path with a drive), SPECERROR, SPECLINE and SPECMESSAGE, whose pattern begins with a
-// star and so repeats the character in front of it. Without groups of one's own.
+// SPECFILE (a path with a drive), SPECERROR, SPECLINE and SPECMESSAGE. The pattern of SPECMESSAGE
+// begins with a star and therefore repeats the character before it. Templates can't have additional
+// groups.
 extern const TemplateLanguage kToolTextTemplates;
 
-// The shape that a template describes. It is split as CParser splits, quotes included; what is no
-// word of the language counts as the text of a regular expression. Of a word that stands there
-// twice the later one counts. IsCompiled of the result tells whether the template is good.
+// Returns the pattern that a template describes. The template is split like `CParser` splits,
+// including quotes; tokens that aren't keywords of the language are part of the regular expression.
+// If a keyword occurs twice, the later one wins. Call `IsCompiled()` on the result to check that
+// the template is valid.
 LineShape ShapeOfTemplate(std::string_view text, const TemplateLanguage& language);
 
 }  // namespace tarn

@@ -7,12 +7,13 @@
 namespace tarn {
 namespace {
 
-// Hands out the pieces of a text; the ending byte may differ from piece to piece.
+// Splits a string into chunks. The set of separators may differ from chunk to chunk.
 class Pieces {
  public:
   explicit Pieces(std::string_view text) : rest(text) {}
 
-  // Skips ending bytes, then takes all up to the next one and steps over it. Empty at the end.
+  // Skips separators, returns all bytes up to the next separator and consumes that one. Returns an
+  // empty string at the end.
   std::string_view Next(const ByteSet& ends) {
     const auto isEnd = [&](char c) { return ends.Has(c); };
     const auto first = std::find_if_not(rest.begin(), rest.end(), isEnd);

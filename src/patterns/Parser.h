@@ -6,25 +6,25 @@
 
 namespace tarn {
 
-// Splits a text into tokens at a set of separator bytes: the lists in attributes, the lines of tool
-// output. Runs of separators count as one and give no empty tokens.
+// Splits a string into tokens at a set of separator bytes. Used for lists in attributes and for
+// lines of tool output. Consecutive separators count as one and don't produce empty tokens.
 //
-// A token that begins with ' or " is quoted. Up to the last such quote in the token, what stands
-// between the two is the token and the rest of it is dropped. Without a second quote in the token
-// the quoted text goes on behind the separator: the token, one blank in place of the separator, and
-// all up to the next such quote, or to the end of the text; quotes directly behind the separator
-// are passed over. With nothing there the blank is left out.
+// A token that begins with ' or " is quoted. If the token has a second such quote, the part between
+// the first and the last one is the token and the rest is dropped. Otherwise the quoted string
+// continues after the separator: the token is joined with one space in place of the separator, and
+// with everything up to the next such quote or the end of the input; quotes directly after the
+// separator are skipped. If nothing follows, no space is added.
 //
-// A zero byte ends the text.
+// A zero byte ends the input.
 class CParser {
  public:
   CParser(std::string_view text, std::string_view separatorBytes);
 
   int GetCount() const { return count; }
-  // A copy of the token. At GetCount stands "|" as an end mark; any index beyond gives an empty
-  // text.
+  // Returns a copy of the token. The token at GetCount() is the end marker "|"; an index beyond it
+  // yields an empty string.
   std::string GetToken(int index) const;
-  // The same, borrowed from the parser.
+  // Like `GetToken()`, but returns a view that is valid as long as the parser.
   std::string_view TokenView(int index) const;
 
  private:

@@ -1,5 +1,6 @@
-// Reading a pattern: alternations hold alternatives, these hold pieces, and a piece is an atom with
-// at most one repeat behind it. No recursion goes deeper than the nine groups.
+// Recursive-descent parser for patterns. An alternation consists of alternatives, an alternative of
+// pieces, and a piece is an atom with at most one repeat after it. Recursion depth is limited by
+// the nine groups.
 #include "patterns/PatternEmitter.h"
 
 #include <string_view>
@@ -18,13 +19,13 @@ bool EndsAlternative(char c) {
   return c == '\0' || c == '|' || c == ')';
 }
 
-// What ends a run of literal characters when it stands behind one of them.
+// Returns true if `c` ends a run of literal characters.
 bool EndsRun(char c) {
   constexpr ByteSet kEnds(std::string_view("\0\n$().[^|", 9));
   return kEnds.Has(c);
 }
 
-// From -128 to 127, whatever the machine's char.
+// Returns the byte as a number from -128 to 127, regardless of the platform's char type.
 int SignedOf(char c) {
   const int byte = static_cast<unsigned char>(c);
   return byte < 128 ? byte : byte - 256;
@@ -115,7 +116,7 @@ char* CPatternEmitter::Piece(int& flags) {
   return atom;
 }
 
-// Once inserted, `node` is what was put in front of the atom.
+// After insertion, `node` is the new node before the atom.
 void CPatternEmitter::EmitRepeat(char repeat, bool isSimple, char* node) {
   if (isSimple && repeat != '?') {
     InsertNode(repeat == '*' ? OpStar : OpPlus, node);
@@ -200,8 +201,8 @@ char* CPatternEmitter::Set() {
   return set;
 }
 
-// At the hyphen. The lower bound is in the set already; the zero byte, which ends the set, can't be
-// in it, nor in a subject.
+// Reads a range; the position is at the hyphen. The lower bound is in the set already. The zero
+// byte terminates the set and can't be a member; it can't occur in a subject either.
 bool CPatternEmitter::ReadRange() {
   const int low = SignedOf(position[-1]);
   const int high = SignedOf(position[1]);
@@ -213,8 +214,8 @@ bool CPatternEmitter::ReadRange() {
   return true;
 }
 
-// As many characters as possible; but a repeat binds to the one character in front of it, so that
-// one is left to a node of its own.
+// Reads as many literal characters as possible, except that a repeat applies to the one character
+// before it, which then gets a node of its own.
 char* CPatternEmitter::Literal(int& flags) {
   char* literal = EmitNode(OpExactly);
   int length = 0;

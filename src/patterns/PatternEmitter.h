@@ -6,15 +6,15 @@
 
 namespace tarn {
 
-// Reads a pattern and says node by node what its program is made of. It runs twice over each
-// pattern: once to measure the program, once to write it; who derives from it decides which. Lives
-// during one compilation.
+// Parser that reads a pattern and emits the nodes of its program. Runs twice per pattern: once to
+// measure the program (CPatternSizer) and once to write it (CPatternWriter). Exists during one
+// compilation. Time is linear in the length of the pattern, except for the moves in `InsertNode()`.
 class CPatternEmitter {
  public:
-  // What is passed up from a piece of the pattern, as bits.
+  // Flags that are passed up from a part of the pattern.
   enum Flag {
-    HasWidth = 1,          // can't match the empty text
-    Simple = 2,            // a node that takes exactly one byte
+    HasWidth = 1,          // can't match the empty string
+    Simple = 2,            // a node that consumes exactly one byte
     StartsWithRepeat = 4,  // begins with * or +
   };
 
@@ -23,25 +23,25 @@ class CPatternEmitter {
   CPatternEmitter& operator=(const CPatternEmitter&) = delete;
   virtual ~CPatternEmitter() = default;
 
-  // Emits the magic byte and the nodes. False with an error's text when the pattern is faulty.
+  // Emits the magic byte and the nodes. Returns false and sets the error if the pattern is invalid.
   bool Parse(const char* pattern);
   const std::string& GetError() const { return error; }
-  // The flags of the whole pattern.
+  // Returns the flags of the whole pattern.
   int GetFlags() const { return patternFlags; }
 
  protected:
   virtual void EmitByte(char byte) = 0;
-  // A new node without a link; its operand follows in bytes or nodes.
+  // Emits a new node without a link; its operand follows as bytes or nodes.
   virtual char* EmitNode(int opcode) = 0;
-  // Puts a new node in front of `node`, which moves up with everything behind it.
+  // Inserts a new node before `node`, which moves up together with everything after it.
   virtual void InsertNode(int opcode, char* node) = 0;
   // Links the last node of the chain that begins with `node` to `target`.
   virtual void LinkTail(char* node, char* target) = 0;
-  // The same for the chain in the operand of an OpBranch; nothing for other nodes.
+  // Like `LinkTail()`, but for the chain in the operand of an OpBranch; no-op for other nodes.
   virtual void LinkOperandTail(char* node, char* target) = 0;
 
  private:
-  // Each reads one kind of construct and gives its first node, null when it is faulty.
+  // Each reads one kind of construct and returns its first node, or nullptr if it is invalid.
   char* Alternation(bool isGroup, int& flags);
   char* Alternative(int& flags);
   char* Piece(int& flags);
@@ -51,6 +51,7 @@ class CPatternEmitter {
 
   bool ReadEnd(bool isGroup);
   bool ReadRange();
+  // Emits the nodes of a repeat for the atom at `node`.
   void EmitRepeat(char repeat, bool isSimple, char* node);
   char* Fail(PatternError code);
 

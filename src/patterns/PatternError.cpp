@@ -5,7 +5,7 @@
 namespace tarn {
 namespace {
 
-// By number, from 1. No operation raises 6 and 23.
+// Indexed by error number, starting at 1. Errors 6 and 23 don't occur.
 constexpr std::array kTexts = {
     "NULL argument to regexec",
     "corrupted regexp",

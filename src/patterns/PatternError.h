@@ -2,7 +2,7 @@
 
 namespace tarn {
 
-// What can be wrong with a pattern, a match or a substitution. The numbers are those of the texts.
+// Errors of compiling, matching and substituting. The values are the numbers of their messages.
 enum class PatternError : int {
   None = 0,
   NullText = 1,
@@ -29,7 +29,7 @@ enum class PatternError : int {
   NoProgram = 24,
 };
 
-// The text for a number; "Unknown error" for one without a text.
+// Returns the message of an error number, or "Unknown error" if it has none.
 const char* PatternErrorText(int code);
 inline const char* PatternErrorText(PatternError error) {
   return PatternErrorText(static_cast<int>(error));

@@ -7,16 +7,17 @@
 namespace tarn {
 namespace {
 
-// A set of more bytes hardly tells a start from any other place.
+// Larger sets hardly distinguish a start from any other position.
 constexpr int kMostBytes = 128;
 
-// Goes through all ways in which a match can begin, byte by byte.
+// Breadth-first exploration of all beginnings of a match, byte by byte.
 class LeadFinder {
  public:
   LeadFinder(const PatternSteps& patternSteps, std::string_view programBytes)
       : steps(patternSteps), code(programBytes), places{{steps.data(), 0}} {}
 
-  // All that the next byte can be; false where a match may be over.
+  // Adds all possible values of the next byte to `bytes`. Returns false if a match may already have
+  // ended.
   bool Next(ByteSet& bytes) {
     seen.assign(steps.size(), 0);
     after.clear();
@@ -32,7 +33,7 @@ class LeadFinder {
   }
 
  private:
-  // A step, and how many bytes of its literal have been taken.
+  // A step, and the number of bytes of its literal that were consumed.
   struct Place {
     const PatternStep* step;
     std::uint32_t taken;
@@ -77,7 +78,7 @@ class LeadFinder {
   std::vector<char> seen;
 };
 
-// How often the bytes turn up in the text of tools, roughly.
+// Returns an estimate of how often the bytes occur in tool output.
 int Frequency(const ByteSet& bytes) {
   constexpr ByteSet kFrequent(" abcdefghijklmnopqrstuvwxyz");
   constexpr ByteSet kSometimes("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.-_/");

@@ -9,17 +9,19 @@
 
 namespace tarn {
 
-// What the first few bytes of any match are like, to find where one may begin without trying.
+// Prefix filter: sets of the possible first bytes of a match. Finds candidates for the start of a
+// match without running the program, by searching for the byte of the prefix that is rarest in tool
+// output.
 class PatternLead {
  public:
   PatternLead() = default;
   PatternLead(const PatternSteps& steps, std::string_view code);
 
-  // The first place from `at` on where a match may begin, `end` itself included; null when there is
-  // none. `end` is where the subject's closing zero stands.
+  // Returns the first position from `at` to `end` inclusive where a match may begin, or nullptr if
+  // there is none. `end` is the position of the subject's terminating zero.
   const char* FindStart(const char* at, const char* end) const;
   bool MayStartAt(const char* at) const {
-    // No set holds zero, so this stops at the subject's end.
+    // No set contains zero, so this stops at the end of the subject.
     for (std::size_t i = 0; i < length; ++i) {
       if (!sets[i].Has(at[i])) return false;
     }
@@ -29,12 +31,12 @@ class PatternLead {
  private:
   static constexpr std::size_t kMost = 4;
 
-  // The sets that the first bytes are taken from: as many as tell something, maybe none.
+  // Sets of the first bytes, as many as are selective, possibly none.
   std::array<ByteSet, kMost> sets;
   std::size_t length = 0;
-  // The one among them that is looked for.
+  // Index of the most selective set, which is searched for.
   std::ptrdiff_t rarest = 0;
-  // Its byte, if there is just one; else zero.
+  // Its byte if the set has only one, else zero.
   char rarestByte = '\0';
 };
 

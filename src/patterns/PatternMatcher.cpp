@@ -1,7 +1,8 @@
-// Takes the alternatives in their order, and comes back to the last choice where the rest fails.
-// That is fast for what patterns and subjects usually are, and takes exponential time for others.
-// So the steps are limited, and beyond the limit BreadthMatcher goes on, which is slower on each
-// byte but never comes back. Both give the same match. Nothing here recurses.
+// Backtracking matcher: tries the alternatives in order and returns to the latest choice if the
+// rest fails. Fast for typical patterns and subjects, but takes exponential time in the worst case.
+// Therefore the number of steps is limited; beyond the limit, the search continues with the Pike VM
+// in BreadthMatcher, which is slower per byte but linear. Both find the same match. Nothing here
+// recurses.
 #include "patterns/PatternMatcher.h"
 
 #include <cstring>
@@ -17,7 +18,8 @@ using Choice = ChoiceStack::Choice;
 constexpr std::size_t kStepsForAll = 1024;
 constexpr std::size_t kStepsForEachByte = 16;
 
-// How many bytes of the literal stand at `at`. None is zero, so this stops at the subject's end.
+// Returns the number of bytes of the literal that match at `at`. The literal has no zero, so this
+// stops at the end of the subject.
 std::size_t CountEqual(const char* at, const char* literal, std::size_t length) {
   std::size_t count = 0;
   while (count < length && at[count] == literal[count]) ++count;
@@ -83,7 +85,7 @@ void CPatternMatcher::StoreGroups() {
   }
 }
 
-// The loop of all matching: the state stays in locals, and a step costs one jump.
+// Main loop of matching. The state is kept in local variables, and each step costs one jump.
 CPatternMatcher::Outcome CPatternMatcher::Try(const char* start) {
   for (std::size_t slot = 0; slot < plan->slotCount; ++slot) slots[slot] = nullptr;
   choices.Clear();
@@ -140,8 +142,8 @@ CPatternMatcher::Outcome CPatternMatcher::Try(const char* start) {
   }
 }
 
-// Where to go on behind the star, or null. The bytes count as steps here, once for all places that
-// are tried.
+// Returns the position after the bytes that the star consumes, or nullptr if the rest can't match.
+// The bytes count as steps here, once for all positions that are tried.
 const char* CPatternMatcher::TakeMost(const PatternStep& star, const char* at) {
   const char* most = star.takesAny ? subjectEnd : at;
   while (star.bytes.Has(*most)) ++most;
@@ -149,8 +151,8 @@ const char* CPatternMatcher::TakeMost(const PatternStep& star, const char* at) {
   return PlaceBehind(star, star.takesMost ? most : at, most);
 }
 
-// The last place from `low` to `high` where what follows the star can begin, or null. The places
-// before stay a choice.
+// Returns the last position from `low` to `high` where the part after the star can begin, or
+// nullptr if there is none. Earlier positions are pushed as a choice.
 const char* CPatternMatcher::PlaceBehind(const PatternStep& star, const char* low,
                                          const char* high) {
   const char* place = high;

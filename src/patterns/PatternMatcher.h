@@ -9,36 +9,43 @@
 
 namespace tarn {
 
-// One search for a pattern in a subject. Lives during one match.
+// Single search for a pattern in a subject. Exists during one match. Takes at most O(program x
+// subject) time; for the method see PatternMatcher.cpp.
 class CPatternMatcher {
  public:
-  // Both are borrowed. The groups' positions go to the pattern.
+  // Both arguments are borrowed. The positions of the groups are stored in the pattern.
   CPatternMatcher(CCompiledPattern& compiledPattern, const char* text);
 
-  // False when nothing matches, or with an error when the program is damaged.
+  // Returns false if nothing matches, or if the program is damaged; in the latter case the error is
+  // set.
   bool Search();
   const std::string& GetError() const { return error; }
-  // Steps taken so far, the bytes counted that literals and repeats ran over.
+  // Number of steps so far, including the bytes that literals and repeats consumed.
   std::size_t GetStepCount() const { return stepCount; }
 
  private:
   enum class Outcome { Matches, Fails, CostsTooMuch };
-  // Where a try goes on; without a step it doesn't.
+  // Position where an attempt continues; without a step, the attempt has failed.
   struct Point {
     const PatternStep* step;
     const char* at;
   };
 
+  // Creates the plan for the pattern, if it has none yet. Returns false and sets the error if the
+  // program is damaged.
   bool MakePlan();
+  // Tries to match at `start` by backtracking.
   Outcome Try(const char* start);
   const char* TakeMost(const PatternStep& star, const char* at);
   const char* PlaceBehind(const PatternStep& star, const char* low, const char* high);
+  // Pops choices until one allows the match to continue.
   Point ComeBack();
+  // Continues the search with the Pike VM, from `start` on.
   bool FollowAll(const char* start);
   void StoreGroups();
 
   std::string error;
-  // Where the last try has ended.
+  // End of the last attempt.
   const char* input;
   const char* const subject;
   CCompiledPattern::GroupPositions& groupStart;

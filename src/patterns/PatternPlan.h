@@ -9,14 +9,14 @@
 
 namespace tarn {
 
-// All that a match needs besides the program itself. Never changes once made.
+// Everything that a match needs in addition to the program bytes. Immutable once made.
 struct PatternPlan {
   PatternSteps steps;
   PatternLead lead;
-  // How many of the slots are used, those of the whole match among them.
+  // Number of slots that are used, including the two of the whole match.
   std::size_t slotCount = 2;
 
-  // Fails on a damaged program.
+  // Returns an error if the program is damaged.
   PatternError Make(std::string_view program) {
     const PatternError problem = MakePatternSteps(program, steps);
     if (problem != PatternError::None) return problem;

@@ -7,10 +7,10 @@
 
 namespace tarn {
 
-// The first pass: measures the program.
+// First pass of the compilation: measures the program.
 class CPatternSizer : public CPatternEmitter {
  public:
-  // Bytes of the program, the magic one included.
+  // Returns the size of the program in bytes, including the magic byte.
   std::size_t GetSize() const { return size; }
 
  private:
@@ -24,7 +24,7 @@ class CPatternSizer : public CPatternEmitter {
   void LinkOperandTail(char*, char*) override {}
 
   std::size_t size = 0;
-  // Stands for every node, so that links can be walked in this pass too.
+  // Substitute for every node, so that links can be followed in this pass too.
   char dummy[kNodeSize] = {OpNothing, 0, 0};
 };
 

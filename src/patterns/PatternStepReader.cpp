@@ -5,7 +5,7 @@
 namespace tarn {
 namespace {
 
-// By opcode. A repeat and a group have more to them.
+// Step kinds by opcode. Repeats and groups are handled separately.
 constexpr std::array kKinds = {
     PatternStep::End,       PatternStep::LineBegin, PatternStep::LineEnd, PatternStep::Take,
     PatternStep::Take,      PatternStep::Take,      PatternStep::Jump,    PatternStep::Jump,
@@ -13,13 +13,13 @@ constexpr std::array kKinds = {
     PatternStep::WordBegin, PatternStep::WordEnd,
 };
 
-// Copied, which takes half the time of clearing as many bytes.
+// Copying this takes half the time of clearing a step.
 constexpr PatternStep kBlank;
 
 }  // namespace
 
 PatternError PatternStepReader::Read() {
-  // A node takes three bytes at least.
+  // A node has at least three bytes.
   const std::size_t most = code.size() / kNodeSize + 1;
   steps.clear();
   steps.reserve(most);
@@ -82,7 +82,7 @@ PatternError PatternStepReader::ReadNode(std::size_t& offset) {
     step.bytes.Add(code[operand]);
   } else if (opcode == OpBranch) {
     links.back().next = static_cast<std::uint32_t>(operand);
-    // Without another branch behind it there is no choice.
+    // Without another branch after it there is no choice.
     if (target != 0 && OpcodeAt(target) == OpBranch) {
       step.kind = PatternStep::Split;
       links.back().other = static_cast<std::uint32_t>(target);
@@ -91,8 +91,8 @@ PatternError PatternStepReader::ReadNode(std::size_t& offset) {
   return PatternError::None;
 }
 
-// One or more is one and then a star. That one is filed at the operand's place, to which nothing
-// else leads.
+// "One or more" becomes a single-byte step followed by a star. The star is registered at the offset
+// of the operand, which no link leads to.
 PatternError PatternStepReader::ReadRepeat(std::size_t& offset) {
   const std::size_t start = offset;
   const std::size_t operand = start + kNodeSize;
@@ -106,7 +106,8 @@ PatternError PatternStepReader::ReadRepeat(std::size_t& offset) {
   return PatternError::None;
 }
 
-// The bytes of a node that takes exactly one.
+// Reads the byte set of a node that consumes exactly one byte. Returns false if the node is of
+// another kind.
 bool PatternStepReader::ReadBytes(std::size_t& offset, ByteSet& bytes) const {
   const unsigned char opcode = OpcodeAt(offset);
   if (opcode == OpAny) {
@@ -122,7 +123,7 @@ bool PatternStepReader::ReadBytes(std::size_t& offset, ByteSet& bytes) const {
   return opcode == OpAnyOf || opcode == OpAnyBut || (opcode == OpExactly && operand.size() == 1);
 }
 
-// Null where no node begins.
+// Returns nullptr if no node begins at `offset`.
 const PatternStep* PatternStepReader::StepAt(std::size_t offset) const {
   return stepAt[offset] == kNone ? nullptr : &steps[stepAt[offset]];
 }
@@ -140,7 +141,7 @@ bool PatternStepReader::FollowLinks() {
 
 bool PatternStepReader::SkipJumps() {
   const auto skip = [this](const PatternStep*& target) {
-    // Idle nodes that lead in a circle are damage.
+    // Idle nodes that form a cycle are damage.
     for (std::size_t i = 0; target && target->kind == PatternStep::Jump; ++i) {
       if (i == steps.size()) return false;
       target = target->next;
@@ -150,7 +151,7 @@ bool PatternStepReader::SkipJumps() {
   for (PatternStep& step : steps) {
     if (!skip(step.next) || !skip(step.other)) return false;
   }
-  // A match begins at the first step, so that is what it leads to.
+  // A match begins at the first step, so an idle first node is replaced by the step it leads to.
   if (steps[0].kind == PatternStep::Jump) steps[0] = PatternStep(*steps[0].next);
   return true;
 }

@@ -9,32 +9,36 @@
 
 namespace tarn {
 
-// Reads a program from its first byte to its last, one node after the other as they lie there, and
-// then links the steps. Lives during one MakePatternSteps.
+// Reads the nodes of a program in order, first byte to last, and then resolves the links between
+// the steps. Linear in the size of the program. Exists during one `MakePatternSteps()`.
 class PatternStepReader {
  public:
   // `result` is borrowed.
   PatternStepReader(std::string_view programCode, PatternSteps& result)
       : code(programCode), steps(result), stepAt(programCode.size(), kNone) {}
 
+  // Reads the whole program. Returns an error if it is damaged.
   PatternError Read();
 
  private:
   static constexpr std::uint32_t kNone = ~std::uint32_t{0};
-  // Of a step, as offsets in the code; 0, where no node is, for a link that leads nowhere.
+  // Links of a step as offsets in the code. 0, where there is never a node, for a missing link.
   struct Links {
     std::uint32_t next;
     std::uint32_t other;
   };
 
-  // The first three step over what they read.
+  // The first three advance `offset` past what they read.
   PatternError ReadNode(std::size_t& offset);
   PatternError ReadRepeat(std::size_t& offset);
   bool ReadBytes(std::size_t& offset, ByteSet& bytes) const;
+  // Appends a step for the node at `offset`, with the offset of its successor.
   PatternStep& AddStep(std::size_t offset, PatternStep::Kind kind, std::size_t next);
   std::size_t TargetOf(std::size_t offset) const;
   const PatternStep* StepAt(std::size_t offset) const;
+  // Replaces offsets by pointers to steps. Returns false if a link leads to no node.
   bool FollowLinks();
+  // Makes links skip idle nodes. Returns false if idle nodes form a cycle.
   bool SkipJumps();
 
   bool HasNodeAt(std::size_t offset) const { return code.size() - offset >= kNodeSize; }

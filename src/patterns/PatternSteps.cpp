@@ -11,7 +11,7 @@ bool TakesOneByte(const PatternStep& step) {
   return step.kind == PatternStep::Take || (step.kind == PatternStep::Literal && step.length == 1);
 }
 
-// Alternatives of one byte each are a set.
+// Replaces alternatives of one byte each by a set.
 void MergeAlternatives(PatternSteps& steps) {
   for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
     if (step->kind != PatternStep::Split) continue;
@@ -46,8 +46,9 @@ ByteSet BeginsOf(const PatternStep& step) {
   }
 }
 
-// From the last step to the first: what follows is known by then, except where a loop goes back.
-// The sets only grow, and each turn settles a loop more, of which there are at most nine.
+// Fixed-point iteration from the last step to the first: the successor of a step is known by then,
+// except at the end of a loop. The sets only grow, and each iteration settles at least one more
+// loop, of which there are at most nine.
 void FindBegins(PatternSteps& steps) {
   bool hasLoops = false;
   bool changes = false;
@@ -62,10 +63,10 @@ void FindBegins(PatternSteps& steps) {
   } while (hasLoops && changes);
 }
 
-// Steps lie in the order of the program. So what no link passes over, forward or backward, lies on
-// the way of every match, and lies there once.
+// Steps are stored in program order. So a step that no link skips, forward or backward, is passed
+// exactly once by every match. Linear: counts the links over each step by a difference array.
 void FindCertain(PatternSteps& steps) {
-  // How many links begin to pass over a step, less those that end to.
+  // Number of links that begin to skip a step, minus the number of those that end there.
   std::vector<int> changes(steps.size() + 1, 0);
   const auto addLink = [&](const PatternStep& step, const PatternStep* target) {
     const std::ptrdiff_t from = &step - steps.data();

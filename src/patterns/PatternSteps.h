@@ -11,8 +11,8 @@
 
 namespace tarn {
 
-// One step of a match: a node with its links followed, its set as bits, and with what can be known
-// beforehand of how the rest begins. A match begins at the first step.
+// Instruction of the prepared program: a node with its links resolved, its set as a bitmap, and
+// precomputed information on how the rest of a match can begin. A match begins at the first step.
 struct PatternStep {
   enum Kind : std::uint8_t {
     End,
@@ -20,50 +20,52 @@ struct PatternStep {
     LineEnd,
     WordBegin,
     WordEnd,
-    Save,     // notes the position in `slot`
-    Literal,  // takes the literal
-    Take,     // takes one byte of `bytes`
-    Star,     // takes bytes of `bytes`, as many as the rest allows
-    Split,    // goes on at `next`, and if that fails at `other`
-    Jump,     // an idle node; no step leads to one
+    Save,     // saves the position in `slot`
+    Literal,  // consumes the literal
+    Take,     // consumes one byte of `bytes`
+    Star,     // consumes bytes of `bytes`, as many as the rest allows
+    Split,    // continues at `next`, and if that fails at `other`
+    Jump,     // idle node; no step leads to one
   };
 
   Kind kind = Jump;
-  // Twice the number of a group, and one more for its end.
+  // Twice the number of a group, plus one for its end.
   std::uint8_t slot = 0;
-  // Save: every match comes here, and just once.
+  // Save: every match passes this step exactly once.
   bool isCertain : 1 = false;
-  // Star: what follows can't begin with a byte of `bytes`, so it takes all there are or fails.
+  // Star: the part after it can't begin with a byte of `bytes`, so it consumes all or fails.
   bool takesMost : 1 = false;
-  // Star: `bytes` is all that a subject can hold.
+  // Star: `bytes` contains every byte that a subject can contain.
   bool takesAny : 1 = false;
-  // Where the literal lies in the code. Star: the one that must follow, its length 0 for none.
+  // Offset of the literal in the code. Star: the literal that must follow; its length is 0 if there
+  // is none.
   std::uint16_t literal = 0;
   std::uint16_t length = 0;
   const PatternStep* next = nullptr;
   const PatternStep* other = nullptr;
   ByteSet bytes;
-  // The bytes with which a match can go on here, zero among them if it can at the subject's end.
+  // Bytes with which a match can continue here, including zero if it can continue at the end of the
+  // subject.
   ByteSet begins;
 };
 
-// They point to each other, so they are moved, but not copied.
+// Steps point to each other, so the vector may be moved but not copied.
 using PatternSteps = std::vector<PatternStep>;
 
-// Positions by slot.
+// Positions, indexed by slot.
 using PatternSlots = std::array<const char*, 2 * kPatternGroups>;
 
-// All bytes but zero.
+// All bytes except zero.
 inline constexpr ByteSet kSubjectBytes = ~ByteSet(std::string_view("\0", 1));
-// Letters and digits of ASCII, and _.
+// ASCII letters and digits, and _.
 inline constexpr ByteSet kWordBytes(
     "0123456789_ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
 
-// Whether a step that takes nothing, one of the bounds of line and word, holds at a position.
+// Returns true if a step that consumes nothing (a line or word boundary) matches at `at`.
 bool HoldsAt(PatternStep::Kind bound, const char* subject, const char* at);
 
-// Makes the steps of a program, which begins with the magic byte. Gives an error for what isn't
-// made of nodes.
+// Creates the steps of a program, which begins with the magic byte. Returns an error if the code
+// isn't a sequence of valid nodes.
 PatternError MakePatternSteps(std::string_view code, PatternSteps& steps);
 
 }  // namespace tarn

@@ -4,8 +4,8 @@
 
 namespace tarn {
 
-// The second pass: writes the program to a place that the first pass has measured. The place is the
-// caller's.
+// Second pass of the compilation: writes the program to a buffer that the caller allocated with the
+// size from the first pass.
 class CPatternWriter : public CPatternEmitter {
  public:
   explicit CPatternWriter(char* code) : end(code) {}
@@ -17,7 +17,7 @@ class CPatternWriter : public CPatternEmitter {
   void LinkTail(char* node, char* target) override;
   void LinkOperandTail(char* node, char* target) override;
 
-  // Behind what has been written.
+  // Position after the bytes written so far.
   char* end;
 };
 

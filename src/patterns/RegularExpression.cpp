@@ -15,7 +15,7 @@ bool IsUpper(char c) {
   return c >= 'A' && c <= 'Z';
 }
 
-// Each letter outside of sets becomes a set of its two cases.
+// Replaces each letter outside of sets by a set of its upper-case and lower-case form.
 std::string WithBothCases(std::string_view pattern) {
   std::string result;
   result.reserve(4 * pattern.size());
@@ -37,7 +37,7 @@ bool IsGroup(int group) {
   return group >= 0 && group < kPatternGroups;
 }
 
-// The group's text, without data when it took no part.
+// Returns the string that the group matched; a view with null data if the group took no part.
 std::string_view TextOf(const CCompiledPattern& pattern, int group) {
   if (!IsGroup(group)) return {};
   const char* start = pattern.groupStart[static_cast<std::size_t>(group)];
@@ -84,7 +84,7 @@ bool CRegularExpression::IsCompiled() const {
   return program && program->compiled;
 }
 
-// Begins each operation that needs the program.
+// Called first by each operation that needs the program. Clears the error.
 bool CRegularExpression::HasProgram() {
   error.clear();
   if (program) {
@@ -99,7 +99,7 @@ bool CRegularExpression::Match(const char* text) {
   subject = text;
   if (!HasProgram()) return false;
   if (program->references > 0) {
-    // The positions live in the pattern, and others still read theirs.
+    // The positions are stored in the pattern, and other handles may still read theirs.
     --program->references;
     program = std::make_unique<CCompiledPattern>(*program).release();
   }

@@ -7,31 +7,31 @@ namespace tarn {
 
 class CCompiledPattern;
 
-// A regular expression over 8-bit texts that end with a zero byte.
+// Regular expression over zero-terminated 8-bit strings.
 //
-//   ^ $       start and end of the subject, wherever they stand
-//   .         any byte, a newline too
-//   [a-z] [^a-z]   one byte of a set, or none of it; ] and - are members in the first place, a
-//             backslash everywhere
+//   ^ $       start and end of the subject, at any position in the pattern
+//   .         any byte, including a newline
+//   [a-z] [^a-z]   one byte of a set, or one that isn't in it; ] and - are members in the first
+//             position, a backslash in any position
 //   (x|y)     a group, numbered 1 to 9 in the order of the opening parentheses
-//   x* x+ x?  0 or more, 1 or more, 0 or 1 time, as often as the rest allows; x can't be empty for
-//             the first two, nor be repeated itself
-//   \< \>     in front of a word's first byte; in front of a byte that is in no word
+//   x* x+ x?  0 or more, 1 or more, 0 or 1 time, as often as the rest allows; for the first two, x
+//             can't match the empty string; x can't be a repeat itself
+//   \< \>     before the first byte of a word; before a byte that isn't in a word
 //   \c        the character c itself
 //
-// The first alternative with which the whole rest matches wins, and among the starts the first one.
-// A match takes time in proportion to the pattern's length times the subject's at most, and memory
-// to the pattern's.
+// The leftmost match is found; among alternatives, the first one with which the whole rest matches
+// wins. A match takes at most O(pattern x subject) time and O(pattern) memory: backtracking with a
+// step limit, after which a Pike VM takes over.
 //
-// A handle is small and copied freely; copies share the compiled pattern until one of them matches.
-// Handles that share one belong to one thread. Failures leave a text in GetError, which every other
-// operation but IsCompiled clears first.
+// A handle is small and cheap to copy; copies share the compiled pattern until one of them matches.
+// Handles that share a pattern belong to one thread. On error, GetError() returns a message, which
+// every other operation except IsCompiled() clears first.
 class CRegularExpression {
  public:
-  // Holds no program: nothing matches.
+  // Creates an expression without a program, which matches nothing.
   CRegularExpression() = default;
-  // Compiles. With `ignoreCase` letters match in both cases, except inside of sets. IsCompiled
-  // tells whether the pattern is good.
+  // Compiles `patternText`. If `ignoreCase` is true, letters match in both cases, except inside
+  // sets. Call IsCompiled() to check that the pattern is valid.
   explicit CRegularExpression(const char* patternText, bool ignoreCase = false);
   explicit CRegularExpression(const std::string& patternText, bool ignoreCase = false)
       : CRegularExpression(patternText.c_str(), ignoreCase) {}
@@ -40,19 +40,20 @@ class CRegularExpression {
   ~CRegularExpression();
 
   bool IsCompiled() const;
-  // Looks for the first match in `text`, which is borrowed: positions of groups point into it, so
-  // it has to stay as long as they are read.
+  // Searches for the first match in `text`, which is borrowed: positions of groups point into it,
+  // so it must stay valid as long as they are used.
   bool Match(const char* text);
-  // All that ask for a group, 0 (the whole match) to 9, speak of the last Match.
+  // The functions below that take a group, 0 (the whole match) to 9, refer to the last Match().
   //
-  // The number of the last group before the first one that took no part; -1 after a failed match.
+  // Returns the number of the last group before the first one that took no part; -1 after a failed
+  // match.
   int SubCount();
-  // Offset of the group in the subject; -1 for one that took no part.
+  // Returns the offset of the group in the subject; -1 if the group took no part.
   int SubStart(int group);
   int SubLength(int group);
   std::string SubString(int group);
-  // The template with the match in place of & and the groups in place of \0 to \9; \\ and \& are a
-  // backslash and an ampersand. Empty on failure.
+  // Returns the template with & replaced by the match and \0 to \9 by the groups; \\ and \& are a
+  // backslash and an ampersand. Returns an empty string on error.
   std::string Substitute(const char* replacement);
   const std::string& GetError() const;
 

@@ -10,7 +10,7 @@ bool IsWordCharacter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-// Length of a backslash and the line end after it, 0 if there is none.
+// Returns the length of a backslash and the line end after it, 0 if there is none.
 std::size_t SpliceAt(std::string_view text, std::size_t at) {
   if (text.substr(at, 2) == "\\\n") return 2;
   return text.substr(at, 3) == "\\\r\n" ? 3 : 0;

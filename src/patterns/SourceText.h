@@ -5,16 +5,16 @@
 
 namespace tarn {
 
-// A source as the phases before preprocessing directives leave it.
+// Translation phases that precede the preprocessing of directives.
 
-// Lines that end in a backslash are joined with the next.
+// Joins each line that ends in a backslash with the next one.
 std::string JoinLines(std::string_view text);
 
-// The text with a space for each comment between /* and */. What looks like one in a string that
-// isn't closed on its line is a comment.
+// Returns `text` with each comment between /* and */ replaced by a space. A comment inside a string
+// that isn't closed on its line is replaced too.
 std::string WithoutComments(std::string_view text);
 
-// Removes what is before the next word, spaces and tabs.
+// Removes leading spaces and tabs.
 void SkipSpace(std::string_view& line);
 
 // Removes a word of letters, digits and underscores from the start of the line and returns it.

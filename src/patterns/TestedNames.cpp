@@ -1,6 +1,6 @@
-// Expansion of macros by Prosser's algorithm: every token carries the names of the macros that it
-// came from, and these don't expand it again. Alternatives make it a search: each definition of a
-// name is followed in turn, up to a bound on the tokens made in all.
+// Macro expansion by Prosser's algorithm: every token has a hide set, the names of the macros that
+// it came from, which don't expand it again. Alternative definitions make this a search: each
+// definition of a name is followed in turn, up to a bound on the total number of tokens produced.
 
 #include "patterns/TestedNames.h"
 
@@ -19,8 +19,8 @@ namespace {
 
 using Tokens = std::vector<MacroToken>;
 
-constexpr std::size_t kMaxTokens = 50000;  // copied in all
-constexpr int kMaxDepth = 200;             // expansions in one another
+constexpr std::size_t kMaxTokens = 50000;  // tokens copied in total
+constexpr int kMaxDepth = 200;             // nested expansions
 constexpr std::array<std::string_view, 3> kTests = {"__has_include", "__has_include_next",
                                                     "__has_embed"};
 
@@ -41,7 +41,7 @@ bool IsString(const MacroToken& token) {
   return token.text.size() >= 2 && token.text.front() == '"';
 }
 
-// Length of the token at the start of the line, which has no space there.
+// Returns the length of the token at the start of the line, which must not start with space.
 std::size_t TokenLength(std::string_view line) {
   std::size_t end = 1;
   if (line.front() == '"' || line.front() == '\'') {
@@ -67,7 +67,7 @@ Tokens ReadTokens(std::string_view line) {
   }
 }
 
-// Returns the directive of a line and leaves what follows it.
+// Removes the directive from the start of a line and returns its name.
 std::string_view TakeDirective(std::string_view& line) {
   SkipSpace(line);
   if (line.empty() || line.front() != '#') return {};
@@ -106,7 +106,8 @@ MacroDefinition ReadDefinition(std::string_view line) {
   return made;
 }
 
-// What can follow a test in a condition without being the name in a macro.
+// Returns true if a test for a file is followed by something other than a literal file name, so
+// that the name may result from a macro.
 bool IsComputed(std::string_view rest, bool isDefinition) {
   SkipSpace(rest);
   if (!rest.starts_with('(')) return isDefinition;
@@ -124,7 +125,7 @@ class Expander {
     FindTesters();
   }
 
-  // Takes in the names that the condition can test.
+  // Adds the names that the condition can test.
   void Read(const Tokens& condition) {
     for (std::size_t i = 0; i < condition.size(); ++i) {
       if (!testers_.contains(condition[i].text)) continue;
@@ -144,7 +145,7 @@ class Expander {
   }
 
  private:
-  // Macros that lead to a test, and the tests.
+  // Collects the names of all tests and of the macros that lead to one.
   void FindTesters() {
     testers_.insert(kTests.begin(), kTests.end());
     for (bool isGrowing = true; isGrowing;) {
@@ -171,7 +172,7 @@ class Expander {
     return tokens.size();
   }
 
-  // Returns all that the tokens can become.
+  // Returns all possible expansions of the tokens.
   std::vector<Tokens> Expand(const Tokens& tokens) {
     std::vector<Tokens> results;
     Expand({}, tokens, results);
@@ -236,13 +237,13 @@ class Expander {
     return arguments;
   }
 
-  // Calls `use` for the body with each way in which the arguments can expand.
+  // Calls `use` with the body for each combination of expansions of the arguments.
   void ForEachBody(const MacroDefinition& macro, const std::vector<Tokens>& arguments,
                    const std::function<void(Tokens)>& use) {
     std::vector<std::vector<Tokens>> choices;
     for (const Tokens& each : arguments) {
       choices.push_back(Expand(each));
-      if (choices.back().empty()) return;  // over the bound
+      if (choices.back().empty()) return;  // limit exceeded
     }
     std::vector<std::size_t> chosen(choices.size(), 0);
     while (made_ <= kMaxTokens) {
@@ -313,7 +314,7 @@ class Expander {
     return text + '"';
   }
 
-  // A name that the compiler can have a value for.
+  // Marks the result as incomplete if the compiler may have a built-in value for the name.
   void NoteUnknown(const MacroToken& token) {
     if (token.text.starts_with("__") && !macros_.contains(token.text)) found_.isIncomplete = true;
   }
@@ -330,7 +331,7 @@ class Expander {
     }
   }
 
-  // Compilers differ in the spaces of such a name.
+  // Compilers differ in the spaces of such a name, so both forms are added.
   void ReadAngleName(const Tokens& tokens, std::size_t at) {
     std::string spaced, dense;
     for (; at < tokens.size() && tokens[at].text != ">"; ++at) {
@@ -347,7 +348,7 @@ class Expander {
   std::set<std::string, std::less<>> testers_;
   std::set<std::string> names_;
   TestedNames found_;
-  std::size_t made_ = 0;  // tokens, over all alternatives
+  std::size_t made_ = 0;  // tokens produced, over all alternatives
   int depth_ = 0;
 };
 
@@ -391,7 +392,8 @@ bool HasComputedTest(std::string_view text) {
   return isFound;
 }
 
-// What looks like a comment may be none; definitions that are both with and without count once.
+// Apparent comments may not be comments, so both versions of the source are scanned. Definitions
+// that occur in both are added once.
 MacroScan ScanMacros(std::string_view text) {
   MacroScan scan;
   const std::string joined = JoinLines(text);

@@ -6,34 +6,35 @@
 
 namespace tarn {
 
-// Why an operation of the platform layer did not do its work.
+// Reason why an operation of the platform layer failed.
 enum class ErrorCode {
   None,
   NotFound,       // no such file, folder, key, class or window
-  AlreadyExists,  // something is in the way that must not be overwritten
-  ReadOnly,       // the target may not be written
-  NotAFile,       // a folder or a device stands where a file is wanted
-  InvalidName,    // a name that this machine cannot hold
+  AlreadyExists,  // something exists that must not be overwritten
+  ReadOnly,       // the target is not writable
+  NotAFile,       // a folder or a device where a file is expected
+  InvalidName,    // a name that this system cannot represent
   NoSpace,        // the disk is full
-  Io,             // any other failure of the machine
-  Changed,        // the file is not the one that the caller left
+  Io,             // any other error reported by the OS
+  Changed,        // the file is not in the state that the caller expects
   Unsupported,
   Busy,        // another process or object holds the lock
-  CannotOpen,  // there, but it cannot be opened, or its size or memory cannot be had
+  CannotOpen,  // exists but cannot be opened, or its size or memory cannot be obtained
 };
 
-// One way to report failure inside the platform layer: a code to act on, a text to show (the
-// machine's own words) and the place (path, key) that it happened at.
+// The error type of the whole platform layer: a code for decisions, the OS's error message for the
+// user, and the location (path, key) of the failure.
 struct Error {
   ErrorCode code = ErrorCode::None;
   std::string text;
   std::string place;
 };
 
-// The outcome of an operation without a value. Converts to true when it succeeded.
+// Outcome of an operation without a value. Converts to true on success.
 class [[nodiscard]] Status {
  public:
   Status() = default;
+  // Implicit, so that functions can return an Error directly.
   Status(Error failure) : error(std::move(failure)) {}
 
   explicit operator bool() const { return error.code == ErrorCode::None; }
@@ -43,16 +44,17 @@ class [[nodiscard]] Status {
   Error error;
 };
 
-// The outcome of an operation with a value: either the value or an Error.
+// Outcome of an operation with a value: either the value or an Error. Converts to true on success.
 template <class T>
 class [[nodiscard]] Result {
  public:
+  // Implicit, so that functions can return either a value or an Error.
   Result(T result) : value(std::move(result)) {}
   Result(Error failure) : error(std::move(failure)) {}
 
   explicit operator bool() const { return value.has_value(); }
   const Error& GetError() const { return error; }
-  // Only when the operation succeeded.
+  // Require success.
   T& operator*() { return *value; }
   const T& operator*() const { return *value; }
   T* operator->() { return &*value; }

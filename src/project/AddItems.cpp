@@ -1,4 +1,4 @@
-// Existing files and applications as new nodes of the tree.
+// Adding existing files and applications to the tree.
 
 #include <vector>
 
@@ -23,8 +23,8 @@ bool HasControlBytes(std::string_view text) {
   return false;
 }
 
-// Gives `path` the first of the type's extensions unless it has one of them already. False when
-// nothing had to change.
+// Appends the type's first extension to `path` unless it has one of them already. Returns false if
+// `path` is unchanged.
 bool AppendExtension(const CXmlNode& type, std::string& path) {
   const std::string extensions = TextOf(type.GetAttrValue("Extension"));
   const std::string own = ExtensionOf(path);
@@ -39,7 +39,7 @@ bool AppendExtension(const CXmlNode& type, std::string& path) {
   return !first.empty();
 }
 
-// "*.c;*.h" of "c;h".
+// Converts "c;h" to "*.c;*.h".
 std::string PatternsOf(std::string_view extensions) {
   std::string patterns;
   for (const std::string_view each : Split(extensions, ';')) {
@@ -50,7 +50,7 @@ std::string PatternsOf(std::string_view extensions) {
   return patterns;
 }
 
-// A child has this file, in any spelling.
+// Returns true if a child refers to this file under any spelling of its name.
 bool HoldsFile(FileSystem& files, const CXmlNode& parent, const std::string& path) {
   for (int i = 0; i < parent.GetChildCount(); ++i) {
     const char* own = parent.GetChild(i)->GetAttrValue("Path");
@@ -72,10 +72,10 @@ std::int32_t CProjectModel::AddExistingItem(const char* itempath, const char* it
   return AddItem(TextOf(itempath), itemtype, false);
 }
 
-// `isJustMade`: an application file that was written for this call and is right as it is.
+// `isJustMade`: the application file was written for this call and must be used unchanged.
 std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* itemtype,
                                     bool isJustMade) {
-  // Without a project the item would be in no file.
+  // Without a project, no file would contain the item.
   if (!isOpen) return 0;
   if (HasControlBytes(itempath)) {
     output->WriteMessage(kRowCannotRead, {itempath}, "its name has control characters");
@@ -116,8 +116,8 @@ std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* ite
   return PlaceItem(*target, std::move(node));
 }
 
-// The node that takes new items; its options are loaded, since what it may hold depends on them.
-// Null when there is none, or when a handler took the tree away.
+// Returns the node that new items are added to, or nullptr if there is none or a handler removed
+// the tree. Loads its options, because they determine what it may contain.
 CXmlNode* CProjectModel::LoadAddTarget() {
   CXmlNode* target = GetCurrentNode();
   while (target != nullptr) {
@@ -138,7 +138,7 @@ const CXmlNode* CProjectModel::TypeOfItem(const std::string& path, const char* i
   return byExtension != nullptr ? byExtension : types.GetRoot().GetChild(0);
 }
 
-// One file is one application, however its path is written.
+// Applications are compared by file identity, however their paths are written.
 bool CProjectModel::HoldsApplicationOf(const std::string& path) const {
   const std::string wanted = files.Canonical(path);
   for (int i = 0; i < projectRoot->GetChildCount(); ++i) {
@@ -157,7 +157,7 @@ void CProjectModel::FillItem(CXmlNode& node, const std::string& path) {
   const std::string title = SplitPath(path).title;
   WriteItemPaths(node, path);
   if ((types.FlagsOf(node) & kTypeApplication) != 0) {
-    // What is there and could not be read must not be overwritten with a bare node.
+    // An existing file that can't be read must not be overwritten with an empty node.
     if (!LoadTreeFile(node, path) && files.Exists(path)) guard.NoteUntouchable(path);
     node.SetAttrValue("Header", title);
     WriteItemPaths(node, path);
@@ -194,7 +194,7 @@ std::int32_t CProjectModel::PlaceItem(CXmlNode& target, std::unique_ptr<CXmlNode
   return 1;
 }
 
-// The files that a debugger found are the content of an application that cannot be built.
+// The files that a debugger found become the content of an application that cannot be built.
 std::int32_t CProjectModel::ReplaceSourceList(const std::string& lines) {
   if (lines.empty() || activeApplication == nullptr) return 0;
   const std::uint32_t flags = types.FlagsOf(*activeApplication);

@@ -1,8 +1,9 @@
-// Changes of a project's files that are made to the open project: undo and redo.
+// Applying a change of project files to the open project: undo and redo.
 //
-// A change is what the files held before and after it. To make it is a three-way merge, file by
-// file: the base is `before`, one side is the project now, the other one is `after`. The project is
-// then read again, from the merged texts in place of its files, which only a save writes.
+// A change is given by the file contents before and after it. It is applied by a three-way merge of
+// each file: the base is `before`, the two sides are the current project and `after`. The project
+// is then reloaded from the merged contents instead of its files, which stay untouched until a
+// save.
 
 #include <algorithm>
 #include <utility>
@@ -23,8 +24,8 @@ const std::string* Find(const std::vector<FileText>& texts, const std::string& p
   return found == texts.end() ? nullptr : &found->text;
 }
 
-// Opening a project makes another application active if it has not the one that it names. That is
-// no change of the user's: the base gets the name that was found for it.
+// If the active application that a project names does not exist, opening the project activates a
+// different one. This is not a change by the user, so the base is given the name found.
 void AdoptActive(CXmlNode& base, const CXmlNode& now) {
   const char* const active = base.GetAttrValue("ActiveApp");
   const char* const found = now.GetAttrValue("ActiveApp");
@@ -35,7 +36,7 @@ void AdoptActive(CXmlNode& base, const CXmlNode& now) {
   base.SetAttrValue("ActiveApp", found);
 }
 
-// Returns the text with both changes of `base`; adds to `problems` why there is none.
+// Returns the merge of both changes of `base`. Adds to `problems` if that is impossible.
 std::string MergeTexts(const std::string& path, const std::string& base, const std::string& theirs,
                        const std::string& ours, std::vector<std::string>& problems) {
   if (theirs == base || theirs == ours) return ours;
@@ -56,10 +57,10 @@ std::string MergeTexts(const std::string& path, const std::string& base, const s
   return WriteTree(*merged.root, theirs);
 }
 
-// What tells the node from its siblings, from the outermost level inwards.
+// Keys of a node and its ancestors that identify it, outermost first.
 using Trail = std::vector<std::string>;
 
-// The folders of a path are not written in the same way before and after its node is published.
+// Uses the file name without its folder, because publishing a node changes how its path is written.
 std::string MarkOf(const CXmlNode& node) {
   return node.GetName() + '\n' + TextOf(node.GetAttrValue("Header")) + '\n' +
          FileNameOf(TextOf(node.GetAttrValue("Path")));
@@ -73,7 +74,7 @@ Trail TrailOf(const CXmlNode* node) {
   return trail;
 }
 
-// The node that the trail leads to, or the root: what is asked of it changes nothing else.
+// Returns the node at the end of the trail, or the root if there is none. Creates nothing.
 CXmlNode& Follow(const Trail& trail, CXmlNode& root) {
   CXmlNode* node = &root;
   for (const std::string& mark : trail) {
@@ -100,7 +101,7 @@ std::vector<std::string> CProjectModel::ApplyChange(const std::vector<FileText>&
   if (!problems.empty() || changed.texts == present.texts) return problems;
   const std::string path = projectPath;
   const Trail trail = TrailOf(GetCurrentNode());
-  const std::int32_t noted = std::exchange(modified, 0);  // or the close would write the files
+  const std::int32_t noted = std::exchange(modified, 0);  // keeps the close from writing the files
   if (!CloseProject()) {
     modified |= noted;
     return {"the host keeps the project open"};
@@ -109,12 +110,12 @@ std::vector<std::string> CProjectModel::ApplyChange(const std::vector<FileText>&
     SetCurrentNode(&Follow(trail, *projectRoot));
     return {};
   }
-  // What was not saved is nowhere else.
+  // These unsaved changes exist nowhere else.
   const bool isBack = !isOpen && Reload(path, present);
   return {isBack ? "the project can't be read after the change" : "another project was opened"};
 }
 
-// Puts the texts of the changed files into `result`, which has those of the project now.
+// Merges the changed files into `result`, which holds the contents of the current project.
 std::vector<std::string> CProjectModel::MergeChange(const std::vector<FileText>& before,
                                                     const std::vector<FileText>& after,
                                                     ReplacedFiles& result) {
@@ -124,7 +125,7 @@ std::vector<std::string> CProjectModel::MergeChange(const std::vector<FileText>&
     const bool isPresent = result.Find(each.path) != nullptr;
     std::string& text = result.texts[each.path];
     if (isPresent) {
-      // A file that came with the change is there already.
+      // A file created by the change exists already.
       if (base != nullptr) text = MergeTexts(each.path, *base, text, each.text, problems);
     } else if (base != nullptr) {
       problems.push_back(each.path + " is no part of the project any more");
@@ -158,7 +159,7 @@ void CProjectModel::StageFiles(const std::vector<FileText>& texts,
   }
 }
 
-// Opens the project that was closed just now. Returns whether it is open.
+// Opens the project that was just closed. Returns true if it is open afterwards.
 bool CProjectModel::Reload(const std::string& path, const ReplacedFiles& texts) {
   staged = std::make_unique<ReplacedFiles>(texts);
   const std::int32_t opened = OpenProject(path.c_str(), 0);
@@ -170,7 +171,7 @@ bool CProjectModel::Reload(const std::string& path, const ReplacedFiles& texts) 
   return opened != 0;
 }
 
-// Returns whether the files have been read or written last with just what a save would write.
+// Returns true if a save would write exactly what the files contained when last read or written.
 bool CProjectModel::HoldsWhatIsSaved() {
   return std::ranges::all_of(MakeFileTexts(), [this](const FileText& each) {
     const std::string* const known = guard.TextOf(each.path);

@@ -61,9 +61,10 @@ void ChildPairs::PairBy(const Children& from, const Children& to, KeyOf keyOf) {
   }
 }
 
-// Pairs two elements of one name if one of them holds more than half of what the other holds.
+// Pairs two elements of the same name if they share more than half of the children of the smaller
+// one. Counts shared children through an index of their keys.
 void ChildPairs::PairByContents(const Children& from, const Children& to) {
-  std::unordered_map<std::string, std::vector<std::size_t>> holders;  // of a child with that key
+  std::unordered_map<std::string, std::vector<std::size_t>> holders;  // by key of a child
   for (std::size_t i = 0; i < to.size(); ++i) {
     if (SourceOf(i) != kNone) continue;
     for (const CXmlNode* child : to[i]->GetChildren()) holders[KeyByFile(*child)].push_back(i);

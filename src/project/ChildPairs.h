@@ -8,28 +8,31 @@
 
 namespace tarn {
 
-// Says which child of one version of an element is which of another version.
+// Pairs the children of two versions of one element.
 //
-// A child is known by its element name and its file (`Extern`, else `Path`), else its label
-// (`Header`); of children that have the same, the first is the first. What is left over is paired
-// by label alone, as a file that was moved, and at last by what it holds, as a group that was
-// renamed.
+// Children are paired first by element name and file (`Extern`, else `Path`), or by label
+// (`Header`) if they have no file; among children with equal keys, the first is paired with the
+// first. Leftovers are then paired by label alone, which finds moved files, and finally by
+// similarity of their content, which finds renamed groups. Takes linear time in the number of
+// children and grandchildren unless many groups list the same files. Indices refer to the two lists
+// passed to the constructor.
 class ChildPairs {
  public:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
   using Children = std::vector<CXmlNode*>;
 
-  // Whether children are paired that were moved or renamed, or those of one name only.
+  // Alike also pairs moved and renamed children; Exactly pairs equal keys only.
   enum class Match : std::uint8_t { Alike, Exactly };
 
   ChildPairs(const Children& from, const Children& to, Match match = Match::Alike);
 
-  // The index of the partner in the other version; kNone for a child that has none.
+  // Returns the index of the partner in the second version, or kNone.
   std::size_t PartnerOf(std::size_t fromIndex) const { return partners[fromIndex]; }
-  // The same, from the second version to the first.
+  // Returns the index of the partner in the first version, or kNone.
   std::size_t SourceOf(std::size_t toIndex) const { return sources[toIndex]; }
 
  private:
+  // Passes of the algorithm; each only considers children that are still unpaired.
   void Pair(std::size_t fromIndex, std::size_t toIndex);
   template <class KeyOf>
   void PairBy(const Children& from, const Children& to, KeyOf keyOf);

@@ -9,7 +9,7 @@ std::int32_t CProjectModel::AddConfiguration() {
   if (!CanStartOperation() || activeApplication == nullptr) return 0;
   const std::string header = propertyManager->GetNewConfigName();
   const std::string description = propertyManager->GetNewConfigName();
-  // A configuration without a name could never be chosen.
+  // An unnamed configuration could never be selected.
   if (header.empty()) return 0;
   NoteModified();
   CXmlNode* configs = activeApplication->FindChild("Configs");

@@ -1,4 +1,4 @@
-// Copying the options that are stored for one configuration to another.
+// Copying the stored options of one configuration to another.
 
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
@@ -7,11 +7,11 @@ namespace tarn {
 
 namespace {
 
-// The names of both configurations as stored options write them.
+// Names of both configurations, as written in stored options.
 struct CopiedNames {
-  std::string from;  // empty: nothing is copied
+  std::string from;  // empty if nothing is copied
   std::string to;
-  bool skipsGeneral = false;  // these values belong to all configurations
+  bool skipsGeneral = false;  // values of section General apply to all configurations
 };
 
 bool HasHeader(const CXmlNode& node, std::string_view header) {
@@ -19,7 +19,7 @@ bool HasHeader(const CXmlNode& node, std::string_view header) {
   return node.GetType() == XmlElement && own != nullptr && EqualNoCase(own, header);
 }
 
-// Takes section General out, and what is empty without it.
+// Removes section General, and each set that becomes empty.
 void RemoveGeneral(CXmlNode& config) {
   for (int i = config.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode& set = *config.GetChild(i);
@@ -37,7 +37,7 @@ bool HasConfig(const CXmlNode& options, const std::string& name) {
   return false;
 }
 
-// True if the stored options changed.
+// Returns true if the stored options changed.
 bool CopyStored(CXmlNode& options, const CopiedNames& names, bool replaces) {
   if (!replaces && HasConfig(options, names.to)) return false;
   bool isChanged = false;
@@ -60,8 +60,8 @@ bool CopyStored(CXmlNode& options, const CopiedNames& names, bool replaces) {
   return isChanged;
 }
 
-// At the node and below it, except in applications below `root`: these have configurations of their
-// own. True if stored options changed.
+// Copies in the subtree, except in applications below `root`, which have their own configurations.
+// Returns true if stored options changed.
 bool CopyStoredBelow(const NodeTypes& types, CXmlNode& node, const CXmlNode* root,
                      const CopiedNames& names, bool replaces) {
   CXmlNode* const options = node.FindChild("Options");
@@ -75,7 +75,7 @@ bool CopyStoredBelow(const NodeTypes& types, CXmlNode& node, const CXmlNode* roo
   return isChanged;
 }
 
-// The property manager writes names of configurations in a form of its own.
+// Returns a configuration name in the form in which the property manager stores it.
 std::string StoredName(CPropertyManagerDriver& propertyManager, const std::string& name) {
   if (name.empty()) return {};
   CXmlNode config;
@@ -99,7 +99,7 @@ std::int32_t CProjectModel::CopyConfiguration(const std::string& from, const std
   if (!isOwn && !isOutside) return 1;
   NoteModified();
   ForgetKeptTexts();
-  // What is cached of a node names the stored options that it was made from.
+  // The cached values of a node include the stored options they were made from.
   ResetNodeCache(isOutside ? *projectRoot : *activeApplication, true);
   PublishAll();
   return 1;

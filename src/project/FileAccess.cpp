@@ -13,7 +13,7 @@ FileAccess MakeAccess(FileAccessStatus status, Error reason) {
   return {status, std::move(reason)};
 }
 
-// A file that can be read is there, also if the system has refused to describe it.
+// A file exists if it can be read, even if the OS refuses to stat it.
 FileAccess CheckThere(FileSystem& files, const std::string& path) {
   if (files.Exists(path)) return {};
   const Result<std::string> text = files.ReadWholeFile(path);
@@ -72,7 +72,7 @@ FileAccess GetFileAccess(FileSystem& files, const std::string& path, std::uint32
 
 std::int32_t ReportFileAccess(const FileAccess& access, CBuildOutput& output,
                               const std::string& shown) {
-  // The other rows say it themselves.
+  // The other messages include the reason.
   const bool hasReason = access.status == FileAccessStatus::CannotCreateFolder ||
                          access.status == FileAccessStatus::Unreadable ||
                          access.status == FileAccessStatus::Unwritable;

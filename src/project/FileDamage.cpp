@@ -10,14 +10,13 @@ namespace tarn {
 
 namespace {
 
-// More than are listed, since the order of losses isn't quite that of the text.
+// More than is listed, because losses are not reported exactly in text order.
 constexpr std::size_t kMaxCollected = 100 * DamageCollector::kMaxDamage;
 
-// Levels below `Options` down to those whose content is the property manager's own.
+// Depth below `Options` at which the content belongs to the property manager.
 constexpr int kOptionDepth = 4;
 
-// The element may have text of its own: a stored option, or what else a node carries for other
-// parts of the system.
+// Returns true if the element may contain text: a stored option, or other data attached to a node.
 bool MayHoldText(const CXmlNode* element) {
   for (int depth = 0; element != nullptr; element = element->GetParent(), ++depth) {
     if (IsContentNode(*element) || element->NameView() == "Configs") continue;
@@ -26,7 +25,7 @@ bool MayHoldText(const CXmlNode* element) {
   return false;
 }
 
-// A mark alone, or with the name of a version after it.
+// A marker alone or followed by the name of a version.
 bool IsConflictLine(std::string_view line) {
   return IsConflictMark(line) && (line.size() == 7 || IsXmlSpace(line[7]));
 }
@@ -59,7 +58,7 @@ void DamageCollector::OnElement(const char* position, const CXmlNode& element) {
 
 void DamageCollector::Add(const CXmlNode& element, std::string what, bool isKept) {
   if (places.size() == kMaxCollected) return;
-  // Of an address that was used twice the later element is the one that exists.
+  // If an address was reused, the later element is the one that exists.
   for (const auto& [node, offset] : elements) offsets[node] = offset;
   elements.clear();
   const auto found = offsets.find(&element);

@@ -11,46 +11,46 @@
 
 namespace tarn {
 
-// A position in a project or application file whose content is not, or not as it was meant, in the
-// project.
+// A position in a project or application file whose content was lost when the file was read, or was
+// read as something else than it was meant to be.
 struct FileDamage {
   std::string file;  // absolute
-  int line = 0;      // from 1; 0 for the file as a whole
+  int line = 0;      // 1-based; 0 for the file as a whole
   std::string what;  // "stray text "x""
-  // It is in the tree, in some form, and a save writes it back.
+  // The content is in the tree in some form, and a save writes it back.
   bool isKept = false;
-  // Reading the file broke off, so nothing of it is known.
+  // Reading the file failed part-way, so that nothing of its content is known.
   bool isUnread = false;
 
-  // "/p/demo.tapp:12: incomplete tag <Group"
+  // Returns a line for the log: "/p/demo.tapp:12: incomplete tag <Group".
   std::string ToString() const;
 };
 
-// Collects the losses of one parse and turns those that matter in a project file into damage. Text
-// and CDATA sections are none where they belong to the owner of an option. Comments and an XML
-// declaration outside the root are no damage; they are just not written back.
+// Collects what one parse of a project file lost, and reports the relevant part of it as damage.
+// Text and CDATA sections are legal inside elements that may own them, such as a stored option.
+// Comments and an XML declaration outside the root are not damage; they are just not written back.
 //
-// A line that a version control system leaves at a conflict is damage wherever it is, except in a
-// comment.
+// A conflict marker line left by a version control system is damage anywhere except in a comment.
 //
-// At most kMaxDamage positions of a file are listed; the last entry then says that there are more.
+// At most kMaxDamage positions are listed per file; if there are more, the last entry says so.
 class DamageCollector : public XmlLossListener {
  public:
   static constexpr std::size_t kMaxDamage = 100;
 
-  // `text` lives as long as the collector; only the bytes up to its first zero byte are parsed.
+  // `text` is borrowed and must outlive the collector. Only the bytes before its first zero byte
+  // are parsed.
   explicit DamageCollector(std::string_view text);
 
   void OnLoss(XmlLoss loss, const char* position, std::string_view name,
               const CXmlNode* element) override;
   void OnElement(const char* position, const CXmlNode& element) override;
 
-  // Damage that shows in the tree: `element` was read, with what it must not be. After the parse,
-  // while the element exists.
+  // Adds damage that is visible in the tree: `what` describes the fault of `element`. Call it after
+  // the parse, while the element exists.
   void Add(const CXmlNode& element, std::string what, bool isKept);
-  // A CDATA section was read.
+  // Returns true if a CDATA section was read.
   bool HasCData() const { return hasCData; }
-  // The damage, in the order of the file.
+  // Returns the damage found, in file order, labelled with the absolute path `file`.
   std::vector<FileDamage> Collect(const std::string& file);
 
  private:
@@ -60,13 +60,13 @@ class DamageCollector : public XmlLossListener {
     bool isKept;
   };
 
-  // Marks of a version control system also damage a file where they are part of a value.
+  // Adds every conflict marker line, including those that became part of a value.
   void AddConflictMarks();
 
   std::string_view text;
   std::vector<Place> places;
-  std::vector<std::pair<const CXmlNode*, std::size_t>> elements;  // with the offset, as read
-  std::unordered_map<const CXmlNode*, std::size_t> offsets;       // of `elements`, once needed
+  std::vector<std::pair<const CXmlNode*, std::size_t>> elements;  // with their offsets, as read
+  std::unordered_map<const CXmlNode*, std::size_t> offsets;       // built on first use
   bool hasCData = false;
 };
 

@@ -12,57 +12,59 @@
 
 namespace tarn {
 
-// Sees to it that saving a project takes nothing away that the system did not read itself: it
-// remembers what each file held when it was read or written last, and puts a copy aside before
-// anything else is overwritten. Paths are absolute.
+// Makes sure that saving a project never destroys content that Tarn did not read itself. Records
+// the content of each file at its last read or write, and makes a backup before different content
+// is overwritten. All paths are absolute. Keeps one copy of every file of the project in memory.
 class FileGuard {
  public:
   explicit FileGuard(FileSystem& fileSystem) : files(fileSystem) {}
 
-  // The file was read; `damaged` when part of it did not become part of the tree.
+  // Records that the file was read; `damaged` if part of it did not become part of the tree.
   void NoteRead(const std::string& path, std::string_view bytes, bool damaged);
   void NoteWritten(const std::string& path, std::string_view bytes);
-  // The file, which was read before, is damaged.
+  // Marks a file that was read before as damaged.
   void NoteDamaged(const std::string& path) { damagedFiles.insert(path); }
-  // What the file held when it was read or written last; null if it was neither. Borrowed until the
-  // next call.
+  // Returns the content of the file when it was last read or written, or nullptr if it was neither.
+  // Valid until the next call.
   const std::string* TextOf(const std::string& path) const;
-  // The same, also for a file that the project had only before it was read again.
+  // Same as `TextOf()`, but falls back to the content known before the last Forget, when the
+  // project may have had a file that it no longer has.
   const std::string* LastTextOf(const std::string& path) const;
-  // All of these, by path.
+  // All recorded contents, by path.
   const std::map<std::string, std::string>& GetKnown() const { return known; }
-  // The file holds what nobody has in memory: it is not to be overwritten.
+  // Protects a file whose content is not in memory from being overwritten.
   void NoteUntouchable(const std::string& path) { untouchable.insert(path); }
-  // What was read from `from` is saved to `to` from now on; `text` is what was known of the file,
-  // as it reads there.
+  // The node that was read from `from` is saved to `to` from now on. `text` is the recorded content
+  // of `from` with its paths adapted to the new location.
   void NoteMoved(const std::string& from, const std::string& to, std::string_view text);
-  // The text that was noted as read is not from the disk: what `former` knows of the file takes its
-  // place.
+  // The content that was recorded as read did not come from disk: replaces it with the content that
+  // `former` has recorded for the file.
   void TakeOver(const FileGuard& former, const std::string& path);
-  // The text whose form a save of the file follows: the one that was taken over, or TextOf.
+  // Returns the text whose formatting a save of the file follows: the one recorded as read before
+  // TakeOver, or else TextOf.
   const std::string* FormOf(const std::string& path) const;
-  // The project is closed: nothing is remembered any more but for LastTextOf.
+  // The project was closed: clears all records, which stay available to LastTextOf only.
   void Forget();
-  // Another project follows.
+  // Clears everything, before a different project is opened.
   void ForgetAll();
 
-  // Copies the file aside when it was damaged (".bak") or has been changed by somebody else
-  // (".orig"). Fails when the copy does; the file must then not be written. `copy` is the name of
-  // the copy, empty when none was needed or made.
+  // Copies the file to a backup if it was damaged (".bak") or if another program has changed it
+  // (".orig"). If the copy fails, returns an error, and the caller must not write the file. `copy`
+  // receives the name of the backup, empty if none was needed or made.
   Status PutAside(const std::string& path, std::string& copy, CopyReason& reason);
 
-  // Puts a text that could not be saved into `<path>.unsaved` or, failing that, into the folder
-  // `spare` under such a name; an earlier one is never overwritten. The name it lies under, empty
-  // when both failed.
+  // Saves content that could not be written to `<path>.unsaved` or, if that fails, under a similar
+  // name in the folder `spare`. Never overwrites an earlier copy. Returns the name of the copy, or
+  // an empty string if both attempts failed.
   std::string Rescue(const std::string& path, std::string_view bytes, const std::string& spare);
-  // The same for the folder `spare` alone.
+  // Same as `Rescue()`, but uses the folder `spare` only.
   std::string RescueTo(const std::string& spare, const std::string& path, std::string_view bytes);
 
  private:
   FileSystem& files;
   std::map<std::string, std::string> known;  // path -> bytes
-  std::map<std::string, std::string> last;   // what was known before the last Forget
-  std::map<std::string, std::string> forms;  // of files that were taken over
+  std::map<std::string, std::string> last;   // contents recorded before the last Forget
+  std::map<std::string, std::string> forms;  // as read, for files taken over
   std::set<std::string> damagedFiles;
   std::set<std::string> untouchable;
 };

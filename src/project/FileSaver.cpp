@@ -19,7 +19,7 @@ CXmlNode* FindPart(const CXmlNode& root, const std::string& file) {
   return found == children.end() ? nullptr : *found;
 }
 
-// Makes a merge take the reference for an addition of this side.
+// Removes the reference from the base, so that the merge treats ours as an addition.
 void KeepPart(CXmlNode& base, const std::string& file, std::vector<TreeConflict>& conflicts) {
   const CXmlNode* const part = FindPart(base, file);
   if (part == nullptr) return;
@@ -27,7 +27,7 @@ void KeepPart(CXmlNode& base, const std::string& file, std::vector<TreeConflict>
   base.RemoveChild(part);
 }
 
-// Makes a merge take the part for the one that another program names by that path.
+// Renames the reference, so that the merge matches it with the one that another program renamed.
 void RenamePart(CXmlNode& root, const PartChange& change) {
   CXmlNode* const part = FindPart(root, change.from);
   if (part == nullptr) return;
@@ -48,7 +48,7 @@ std::string FileSaver::Settle(const std::string& absolute, const CXmlNode& tree)
   const std::string* const known = guard.FormOf(absolute);
   const std::string former = known == nullptr ? std::string() : *known;
   CXmlNode base;
-  ReadWholeTree(former, base);  // of a damaged file as much as the tree has of it
+  ReadWholeTree(former, base);  // for a damaged file, the part that was parsed
   CXmlNode settled;
   settled.CopyFrom(tree);
   MakeStable(base, settled, types);
@@ -64,14 +64,14 @@ SavePlan FileSaver::Prepare(const std::string& absolute, const std::string& text
   const std::string* const known = guard.TextOf(absolute);
   if (!disk && disk.GetError().code == ErrorCode::NotFound) {
     plan.wasRemoved = known != nullptr;
-    // A folder that was moved must not come back with half a project in it.
+    // Must not re-create a folder that was moved, with half a project in it.
     const std::string folder = FolderOf(absolute);
     if (plan.wasRemoved && !files.Exists(folder))
       plan.problem = "the folder " + folder + " does not exist";
     return plan;
   }
   if (!disk) {
-    // What is there and can't be read may be what another program wrote.
+    // The existing file can't be read and may contain another program's changes.
     plan.problem = disk.GetError().text;
     plan.isNeeded = known == nullptr || plan.text != *known;
     return plan;

@@ -10,55 +10,58 @@
 
 namespace tarn {
 
-// What a save is to do with one file of a project.
+// Plan for saving one file of a project.
 struct SavePlan {
   std::string absolute;
-  std::string own;          // what the tree has for the file
-  std::string text;         // for the disk
-  bool isNeeded = true;     // false if the file holds it already
-  bool wasRemoved = false;  // the file was there when it was read or written last, and isn't now
-  std::string problem;      // why it can't be written; empty if that is not known yet
-  bool isMerged = false;    // `text` also has what another program changed since the file was read
+  std::string own;          // text rendered from the tree
+  std::string text;         // text to be written
+  bool isNeeded = true;     // false if the file already has this content
+  bool wasRemoved = false;  // the file existed at its last read or write but no longer does
+  std::string problem;      // why it can't be written; empty if no obstacle is known
+  bool isMerged = false;    // `text` includes changes that another program made after the read
   std::vector<TreeConflict> conflicts;
 };
 
-// A part of a project, named in its file by the path `from` (`Extern`), which another program has
-// changed there: to `to`, where the part is saved from now on, or it was taken out, `to` is empty
-// and the part stays since it was changed here.
+// A change that another program made, in the project file, to the reference (`Extern`) of one of
+// its parts. `from` is the old path; the part is saved to `to` from now on. An empty `to` means
+// that the reference was removed there but the part stays, because it was changed here.
 struct PartChange {
   std::string from;
   std::string to;
 };
 
-// Returns whether the texts of two files differ at most in how they are laid out.
+// Returns true if two file contents differ in formatting at most.
 bool HoldSameTree(const std::string& one, const std::string& other);
 
-// Prepares texts of project and application files for the disk: in a form that version control
-// shows little of, and together with what other programs wrote there since the file was read.
-// Borrows all.
+// Prepares and writes the texts of project and application files. Keeps the diff against the file's
+// previous version small, for version control, and merges changes that other programs made since
+// the file was read.
+//
+// Calling sequence for a file: Settle, Prepare, KeepOther, Write. Borrows everything it is
+// constructed from.
 class FileSaver {
  public:
   FileSaver(FileSystem& fileSystem, FileGuard& fileGuard, const NodeTypes& nodeTypes)
       : files(fileSystem), guard(fileGuard), types(nodeTypes) {}
 
-  // The text for the file of the tree, in the form for the disk, without a look at what that holds
-  // now.
+  // Returns the text to be stored for a file's tree, in the formatting of the file's last known
+  // version. Does not access the disk.
   std::string Settle(const std::string& absolute, const CXmlNode& tree) const;
-  // `text` is such a text, of a file with these changed parts. Each that stays is a conflict.
+  // Compares `text`, which Settle returned, with the file on disk, and merges if both have changed.
+  // `parts` are the changed references in this file; each part that stays is a conflict.
   SavePlan Prepare(const std::string& absolute, const std::string& text,
                    const std::vector<PartChange>& parts = {}) const;
-  // Keeps a copy of what the file holds where it would be lost or is part of a conflict, and says
-  // in `report` what will have been done. Fails if the copy does; the file must not be written
-  // then.
+  // Backs up the current file if its content would be lost or is part of a conflict, and records in
+  // `report` what the save will have done. On error the file must not be written.
   Status KeepOther(const SavePlan& plan, SavedFile& report) const;
-  // Replaces the file, and says in `report` what was done.
+  // Replaces the file and records the outcome in `report`.
   Status Write(const SavePlan& plan, SavedFile& report) const;
 
  private:
-  // Puts what the disk holds into the plan. Without a way to do so it is a conflict.
+  // Merges the content on disk into the plan. If that is impossible, adds a conflict.
   void Merge(SavePlan& plan, const std::string& disk, const std::string& known,
              const std::vector<PartChange>& parts) const;
-  // For paths in the file.
+  // Returns true if the file was moved on disk. `from` and `to` are paths as the file has them.
   bool WasMoved(const std::string& absolute, const std::string& from, const std::string& to) const;
 
   FileSystem& files;

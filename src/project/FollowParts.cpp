@@ -1,5 +1,7 @@
-// Applications whose files another program has moved or removed, and corrected in the project file:
-// a save goes where that names them by then.
+// Handles application files that another program moved or removed, and whose references it updated
+// in the project file: a save writes them to the path that the project file names now.
+//
+// Finds moved parts with ChildPairs; a part that was also renamed is recognized by its contents.
 
 #include <algorithm>
 #include <set>
@@ -19,7 +21,7 @@ std::string ReferenceOf(const CXmlNode& node) {
   return TextOf(node.GetAttrValue("Extern"));
 }
 
-// References of one version of a file that are another one, or none, in a later version.
+// Returns the references of one version of a file that are different or missing in a later version.
 std::vector<PartChange> FindPartChanges(const CXmlNode& before, const CXmlNode& after) {
   std::vector<PartChange> changes;
   const auto former = before.GetChildren();
@@ -34,7 +36,8 @@ std::vector<PartChange> FindPartChanges(const CXmlNode& before, const CXmlNode& 
   return changes;
 }
 
-// References of the later version that the earlier one has neither by file nor by label.
+// Returns the references of the later version that match none of the earlier version by file or
+// label.
 std::vector<std::string> FindNewReferences(const CXmlNode& before, const CXmlNode& after) {
   std::vector<std::string> added;
   const auto present = after.GetChildren();
@@ -46,7 +49,8 @@ std::vector<std::string> FindNewReferences(const CXmlNode& before, const CXmlNod
   return added;
 }
 
-// Paths of files that are there lead to the same files from the other folder.
+// Adapts relative paths of existing files to a different folder, so that they refer to the same
+// files.
 void MovePaths(FileSystem& files, CXmlNode& node, const std::string& from, const std::string& to) {
   for (CXmlNode* child : node.GetChildren()) {
     if (!IsContentNode(*child)) continue;
@@ -60,14 +64,14 @@ void MovePaths(FileSystem& files, CXmlNode& node, const std::string& from, const
   }
 }
 
-// The text of an application file as it reads in another folder. Sources that were moved along with
-// it keep their paths.
+// Returns the content of an application file as adapted to a different folder. Sources that were
+// moved along with it keep their paths.
 std::string MoveText(FileSystem& files, const std::string& text, const std::string& from,
                      const std::string& to) {
   CXmlNode root;
   if (from == to || !ReadWholeTree(text, root)) return text;
   const std::string path = TextOf(root.GetAttrValue("Path"));
-  // Its paths are not relative to where it is.
+  // Its paths are not relative to its location.
   if (!path.empty() && path != ReferenceOf(root)) return text;
   MovePaths(files, root, from, to);
   return WriteTree(root, text);
@@ -82,8 +86,8 @@ void CollectPaths(const CXmlNode& node, std::set<std::string>& paths) {
   }
 }
 
-// Returns the share of files that two application files have in common, 0 to 1. Without any file
-// in either they count as alike.
+// Returns the fraction, 0 to 1, of the files that two application files have in common; 1 if
+// neither has any.
 double CompareContents(const std::string& one, const std::string& other) {
   CXmlNode trees[2];
   if (!ReadWholeTree(one, trees[0]) || !ReadWholeTree(other, trees[1])) return 0;
@@ -98,10 +102,10 @@ double CompareContents(const std::string& one, const std::string& other) {
 
 }  // namespace
 
-// Finds where a part is now that the file of its owner, in the version `after`, names neither by
-// its path nor by its label: it was moved and renamed. That is the new part which lists most of the
-// files that it has listed. Removes what it returns from `added`; empty if there is none, or if the
-// file is still where it was.
+// Returns the new path of a part that was both moved and renamed, so that its owner's file in the
+// version `after` has neither its path nor its label. It is the new part with the largest share of
+// the same files, more than half. Removes the result from `added`. Returns an empty string if there
+// is none or if the old file still exists.
 std::string CProjectModel::FindRenamedPart(const std::string& absolute,
                                            std::vector<std::string>& added) {
   const std::string* const known = guard.TextOf(absolute);
@@ -125,8 +129,8 @@ std::string CProjectModel::FindRenamedPart(const std::string& absolute,
   return found;
 }
 
-// Plans the files of parts that the files of their owners, of which there is another version on the
-// disk, name elsewhere or no longer. An owner comes after its parts.
+// Plans the files of parts whose owner's file was changed on disk and now names the part elsewhere
+// or no longer. Owners come after their parts.
 void CProjectModel::FollowParts(std::vector<PendingFile>& pending) {
   for (std::size_t i = pending.size(); i-- > 0;) {
     PendingFile& owner = pending[i];
@@ -155,8 +159,8 @@ void CProjectModel::FollowParts(std::vector<PendingFile>& pending) {
   }
 }
 
-// `target` is empty if the owner's file names the part no longer. What is unchanged goes then; what
-// was changed stays a part, which is a conflict.
+// `target` is empty if the owner's file no longer names the part. An unchanged part is then
+// dropped; a changed one is kept, which is a conflict.
 void CProjectModel::FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
                                const std::string& target) {
   const std::string* const known = guard.TextOf(part.absolute);

@@ -1,5 +1,5 @@
-// Projects of older forms. A conversion script makes a project of today's form beside the old file,
-// and that one is opened.
+// Import of projects in older formats. A conversion script writes a project in the current format
+// next to the old file, and the result is opened.
 
 #include <vector>
 
@@ -20,9 +20,9 @@ constexpr const char* kInterpreter = "perl";
 constexpr int kTimeIsUp = -1;
 constexpr int kDone = 0;
 constexpr int kFileMissing = 2;
-constexpr int kLastExitCode = 7;  // that means something
+constexpr int kLastExitCode = 7;  // the last one with a meaning
 
-// Quotes in the text are the command line's own from here on.
+// Escapes quotes for a quoted command line argument.
 std::string Protected(const std::string& path) {
   std::string text;
   for (const char c : path) {
@@ -76,7 +76,8 @@ std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
   return 1;
 }
 
-// What the user has chosen, or what came with the installation, or else the machine's own.
+// Returns the interpreter: the one the user configured, else the one bundled with the installation,
+// else the one found in PATH.
 std::string CProjectModel::FindImportProgram() const {
   if (!importProgram.empty()) return FindProgram(importProgram);
   const std::string own = JoinPath(applicationPath, "bin/k418/perl.exe");
@@ -88,7 +89,7 @@ std::string CProjectModel::MissingImportProgram() const {
   return importProgram.empty() ? kInterpreter : importProgram;
 }
 
-// Done also when nothing could be started.
+// Returns kDone also if nothing could be started.
 std::int32_t CProjectModel::RunConversion(const std::string& oldFile, std::string& blamed) {
   const std::string folder = JoinPath(applicationPath, "bin/k418");
   const std::string script = JoinPath(folder, "k418.pl");
@@ -98,7 +99,8 @@ std::int32_t CProjectModel::RunConversion(const std::string& oldFile, std::strin
                MissingImportProgram() + " here to run it.");
     return kDone;
   }
-  // The interpreter's own exit code for this is the same, and would blame the old project.
+  // The interpreter returns the same exit code for a missing script, and the old project would be
+  // blamed.
   if (!files.Exists(script)) {
     blamed = script;
     return kFileMissing;

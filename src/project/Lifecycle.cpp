@@ -23,7 +23,7 @@ std::string ConfigOf(const CXmlNode& application) {
   return config == nullptr ? kStandardConfig : config;
 }
 
-// Sets a mark for as long as it lives.
+// Sets a flag during its lifetime.
 class Holding {
  public:
   explicit Holding(bool& mark) : flag(mark) { flag = true; }
@@ -116,7 +116,7 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   const std::unique_ptr<ReplacedFiles> changes = std::exchange(staged, nullptr);
   if (propertyManager == nullptr || output == nullptr || isClosing) return 0;
   if (!CanStartOperation()) return 0;
-  // A project can be open and hold nothing but its own options and attributes.
+  // An open project may contain only its own options and attributes.
   if ((isOpen || projectRoot->GetChildCount() > 0) && !CloseProject()) return 0;
   activeApplication = nullptr;
   currentNode = nullptr;
@@ -141,9 +141,9 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   if (former != projectPath) guard.ForgetAll();
   guard.Forget();
   damage.clear();
-  // The project that stands in for none is opened after a failure.
+  // After a failure, the placeholder project is opened; it must not clear the damage.
   if (isDefaultProject == 0) failedDamage.clear();
-  // A handler of the log's messages may open a project while another is being read.
+  // A handler of a log message may open another project while this one is being read.
   std::vector<std::string> outer = std::exchange(loadingFiles, {});
   const ReplacedFiles* const outerReplaced = std::exchange(replaced, changes.get());
   const std::int32_t loaded = LoadTreeFile(*projectRoot, projectPath);
@@ -173,8 +173,8 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   return projectEpoch == opened && LoadProject(opened) ? 1 : 0;
 }
 
-// What follows the reading of the files: the applications are announced and their options made
-// ready. 0 when a handler of one of the messages closed the project or opened another.
+// Second half of an open, after the files were read: announces the applications and prepares their
+// options. Returns 0 if a handler closed the project or opened another one.
 std::int32_t CProjectModel::LoadProject(std::uint64_t opened) {
   CXmlNode* application = nullptr;
   FindChildNode(projectRoot->GetAttrValue("ActiveApp"), "Header", projectRoot.get(), application);
@@ -186,7 +186,7 @@ std::int32_t CProjectModel::LoadProject(std::uint64_t opened) {
     }
   }
   files.SetCurrentFolder(projectFolder);
-  const std::string path = projectPath;  // a handler may open another
+  const std::string path = projectPath;  // copy, because a handler may open another project
   SendHost(kMsgProjectOpened, path, isDefaultProject);
   if (projectEpoch != opened || !AnnounceApplications(opened)) return 0;
   if (!MakeOptionsReady(opened)) return 0;
@@ -214,7 +214,7 @@ bool CProjectModel::AnnounceApplications(std::uint64_t opened) {
       activeApplication = child;
       SetCurrentNode(child);
       if (projectEpoch != opened) return false;
-      // A handler may have taken the child away.
+      // A handler may have removed the child.
       child = projectRoot->GetChild(i);
       if (child == nullptr) return true;
     }
@@ -233,7 +233,7 @@ bool CProjectModel::MakeOptionsReady(std::uint64_t opened) {
   }
   propertyManager->BeginUpdate();
   if (activeApplication != nullptr) {
-    CXmlNode* const application = activeApplication;  // publishing moves the active one
+    CXmlNode* const application = activeApplication;  // publishing changes the active application
     ResetNodeCache(*application, false);
     while (PublishNextNode(application)) {
     }
@@ -271,7 +271,7 @@ std::int32_t CProjectModel::CloseProject() {
     const std::string path = projectPath;
     if (SendHost(kMsgProjectClosing, path, 0) == 0) return 0;
   }
-  // The handler may have started a build, or have closed what it was asked about.
+  // The handler may have started a build or closed the project it was asked about.
   if (projectEpoch != before || IsWorkerAlive()) return 0;
 
   ++projectEpoch;
@@ -296,8 +296,8 @@ std::int32_t CProjectModel::CloseProject() {
   return projectEpoch == closed ? 1 : 0;
 }
 
-// The files of the open project are written and its tree is freed. Nobody can open or close
-// anything meanwhile.
+// Writes the files of the open project and frees its tree. No other open or close can run while
+// this does.
 void CProjectModel::WriteAndEmpty() {
   const Holding closing(isClosing);
   savedFiles.clear();
@@ -316,9 +316,9 @@ void CProjectModel::WriteAndEmpty() {
   NoteTreeChange();
 }
 
-// What there is to say of a save must not vanish with the log that the close has emptied.
+// Repeats the messages of the save, because the close has cleared the log.
 void CProjectModel::ReportSave() {
-  const std::vector<SavedFile> reports = savedFiles;  // the host may save again
+  const std::vector<SavedFile> reports = savedFiles;  // copy, because the host may save again
   for (const SavedFile& each : reports) {
     for (const std::string& line : each.ToLines()) {
       if (each.problem.empty()) {
@@ -339,7 +339,7 @@ std::int32_t CProjectModel::SaveProject() {
     AddLogLine(kDamageHeld);
     return 0;
   }
-  // A file that went away since the load is written again rather than missed.
+  // Rewrites files that were deleted since the load.
   bool isMissing = isOpen && !files.Exists(projectPath);
   for (int i = 0; isOpen && i < projectRoot->GetChildCount(); ++i) {
     std::string file;
@@ -364,7 +364,7 @@ std::int32_t CProjectModel::SaveProject() {
 std::int32_t CProjectModel::NewProject(const char* path) {
   if (propertyManager == nullptr || output == nullptr || !CanStartOperation()) return 0;
   if (path != nullptr) return CreateProjectFile(path, 1);
-  // The wizard offers a new project alone. Once one is open, the mark is that project's.
+  // The wizard only offers a new project. If one was opened, the flag belongs to it.
   const std::uint64_t before = projectEpoch;
   const std::int32_t noted = std::exchange(isDefaultProject, 1);
   const std::int32_t result = AddNewItem(nullptr, nullptr);
@@ -389,7 +389,7 @@ bool CProjectModel::PutAsideReplaced(const std::string& path) {
     output->WriteMessage(kRowCannotSave, {path}, kept.GetError().text);
     return false;
   }
-  // No message: the user was asked.
+  // Not a message to the host: the user was asked before.
   if (!copy.empty()) output->AddOutput("The file that was replaced is kept as " + copy);
   return true;
 }
@@ -398,7 +398,7 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
   if (!CanStartOperation()) return 0;
   if (files.Exists(path)) {
     if (askOverwrite != 0 && !MayOverwrite(path)) return 0;
-    // It goes by being replaced, so that a full disk does not cost the old one as well.
+    // The file is replaced rather than deleted, so that a full disk does not also lose the old one.
     if (!PutAsideReplaced(path)) return 0;
   }
   CXmlNode root;
@@ -412,13 +412,13 @@ std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int3
   const std::string text = root.ToString(g_xmlDisplayOptions);
   if (const Status written = WriteProjectFile(files, path, text)) {
     guard.NoteWritten(path, text);
-    // What was made from an old project; whether they go makes no difference.
+    // Remains of an old project. Errors don't matter.
     (void)files.RemoveFile(WithExtension(path, ".tdb"));
     (void)files.RemoveFile(WithExtension(path, ".dbi"));
     SendHost(kMsgProjectCreated, path, 0);
   } else {
     output->WriteMessage(kRowCannotSave, {path}, written.GetError().text);
-    // What was to be replaced is still there, and must not be taken for the new project.
+    // The file that was to be replaced still exists and must not be taken for the new project.
     if (files.Exists(path)) return 0;
   }
   NoteModified();

@@ -4,26 +4,27 @@
 
 namespace tarn {
 
-// What a new application is to be.
+// Properties of an application to be created.
 struct NewApplication {
-  bool createNewProject = true;  // else it goes into the open project
+  bool createNewProject = true;  // false adds it to the open project
   std::string applicationName;   // the title of its file
   std::string location;          // the folder
   std::string typeHeader;        // label of the application type
 
-  // What the chosen microcontroller says.
-  std::string targetText;               // script for the host
-  std::string configName = "Standard";  // the configuration to begin with
-  bool useCobbler = false;              // whether `wizardPath` is to run
-  std::string wizardPath;               // tool that makes the first sources
+  // Data of the selected microcontroller.
+  std::string targetText;               // script for the host to run
+  std::string configName = "Standard";  // initial configuration
+  bool useCobbler = false;              // run `wizardPath` afterwards
+  std::string wizardPath;               // tool that generates the initial sources
 };
 
-// Whoever asks the user for an application.
+// Dialog that asks the user for a new application.
 class IProjectWizard {
  public:
-  // True for Finish, with the choices in place of the proposals; else nothing is changed. What is
-  // proposed as a new project becomes one. Runs the user's actions, and therefore anything, before
-  // it returns.
+  // Shows the dialog with the proposals in `application`. Returns true if the user finished it,
+  // with the choices in `application`; else leaves it unchanged. An application that is proposed
+  // with a new project always gets one. Runs a nested event loop: any user action, and therefore
+  // any change of the model, may happen before the call returns.
   virtual bool AskNewApplication(NewApplication& application) = 0;
 
  protected:

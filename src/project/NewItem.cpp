@@ -1,4 +1,4 @@
-// Applications and folders that the user asks for.
+// Creating applications and folders for the user.
 
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
@@ -13,7 +13,7 @@ namespace tarn {
 
 namespace {
 
-// The mark of a creation that is under way.
+// Sets the flag of a creation in progress.
 class Creating {
  public:
   explicit Creating(std::int32_t& mark) : flag(mark) { flag = 1; }
@@ -29,7 +29,7 @@ bool IsYes(const CXmlNode& type, const char* name) {
   return EqualNoCase(TextOf(type.GetAttrValue(name)), "Yes");
 }
 
-// A name becomes the title of two files.
+// Returns true if the name can be used as the base name of the two files.
 bool IsFileTitle(const std::string& name) {
   for (const char c : name) {
     if (IsSeparator(c) || static_cast<unsigned char>(c) < 0x20) return false;
@@ -40,7 +40,7 @@ bool IsFileTitle(const std::string& name) {
 }  // namespace
 
 std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) {
-  constexpr std::size_t kLongestName = 240;  // of a file, without its extension
+  constexpr std::size_t kLongestName = 240;  // of a file name without extension
   const std::string& name = wanted.applicationName;
   if (Trim(name).empty()) return "The application needs a name.";
   if (!IsFileTitle(name)) {
@@ -77,7 +77,7 @@ std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtyp
   if (EqualNoCase(TextOf(itemtype), "Group")) return AddGroup();
   NewApplication wanted;
   const CXmlNode* type = ProposeApplication(TextOf(itempath), itemtype, wanted);
-  // Another project may have been opened while the user was choosing, or a build have begun.
+  // While the user was choosing, another project may have been opened or a build started.
   const std::uint64_t asked = projectEpoch;
   if (!views.AskNewApplication(wanted) || projectEpoch != asked || !CanStartOperation()) return 0;
   if (wanted.configName.empty()) wanted.configName = kStandardConfig;
@@ -107,7 +107,7 @@ std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtyp
   return 1;
 }
 
-// What the chosen microcontroller brings along.
+// Applies the settings of the selected microcontroller.
 void CProjectModel::SetUpApplication(const NewApplication& wanted) {
   const Creating creating(creatingProject);
   const std::uint64_t opened = projectEpoch;
@@ -123,7 +123,7 @@ std::int32_t CProjectModel::AddGroup() {
   if (target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0) {
     target = target->GetParent();
   }
-  // Without a project the folder would be in no file.
+  // Without a project, no file would contain the folder.
   if (target == nullptr || !isOpen) return 0;
   auto node = CXmlNode::CreateNode("Group");
   node->AddAttr("Header", "New Folder");
@@ -132,7 +132,7 @@ std::int32_t CProjectModel::AddGroup() {
   return 1;
 }
 
-// What the user finds filled in; gives the record of the type that was asked for, or null.
+// Fills in the proposals for the dialog. Returns the record of the requested type, or nullptr.
 const CXmlNode* CProjectModel::ProposeApplication(const std::string& itempath, const char* itemtype,
                                                   NewApplication& wanted) const {
   CXmlNode* taken = nullptr;
@@ -162,7 +162,7 @@ const CXmlNode* CProjectModel::ProposeApplication(const std::string& itempath, c
   return type;
 }
 
-// The application's file comes with the next save.
+// Adds the application to the tree only; the next save creates its file.
 std::int32_t CProjectModel::PlaceInProject(std::unique_ptr<CXmlNode> node) {
   CXmlNode* const target = GetCurrentNode();
   CXmlNode* namesake = nullptr;
@@ -181,12 +181,12 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
   if (!CheckFileAccess(files, applicationFile, kMustBeWritable | kCreateFolder, *output)) return 0;
   if (files.Exists(applicationFile)) {
     if (!MayOverwrite(applicationFile)) return 0;
-    // It goes by being replaced, so that a full disk does not cost the old one as well.
+    // The file is replaced rather than deleted, so that a full disk does not also lose the old one.
     if (!PutAsideReplaced(applicationFile)) return 0;
     (void)files.RemoveFile(WithExtension(projectFile, ".dbi"));
   }
-  // The creation goes on without a file, and adding the application reports that it is missing; but
-  // what was to be replaced must not be taken for the new one.
+  // If the write failed, creation continues without the file, and adding the application reports it
+  // as missing; but an old file at this path must not be taken for the new one.
   const std::string text = node.ToString(g_xmlDisplayOptions);
   const Status written = WriteProjectFile(files, applicationFile, text);
   if (!written && files.Exists(applicationFile)) {
@@ -199,7 +199,7 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
   return AddItem(applicationFile, node.NameText(), true);
 }
 
-// The tool that makes the first sources for a microcontroller.
+// Runs the tool that generates the initial sources for a microcontroller.
 std::int32_t CProjectModel::RunCobbler(const std::string& wizardPath) {
   const std::string tool = files.Exists(wizardPath) ? wizardPath : configFolder + wizardPath;
   CXmlNode* const node = GetCurrentNode();

@@ -10,43 +10,44 @@
 
 namespace tarn {
 
-// The configuration of an application that names none.
+// Configuration of an application that names none.
 inline constexpr const char* kStandardConfig = "Standard";
 
 // Flags of a type record, as bits.
 enum TypeFlag : std::uint32_t {
   kTypeProject = 1u << 0,      // a project root; holds applications
   kTypeApplication = 1u << 1,  // a unit of building, owner of paths and configurations
-  kTypeExtern = 1u << 2,       // its content lives in a file of its own
-  kTypePath = 1u << 3,         // new nodes get a path
+  kTypeExtern = 1u << 2,       // its content is stored in a separate file
+  kTypePath = 1u << 3,         // new nodes are given a path
   kTypeIsLeaf = 1u << 4,       // holds no children
   kTypeBuild = 1u << 5,        // takes part in the build
   kTypeDebug = 1u << 6,        // a debuggable application
-  kTypeAutoDebug = 1u << 7,    // each change is told to the host
+  kTypeAutoDebug = 1u << 7,    // every change is reported to the host
   kTypeInBuild = 1u << 8,      // allowed in a parent that builds; its output is linked
   kTypeInDebug = 1u << 9,      // allowed in a parent that debugs
 };
 
-// Whether a child counts as part of the project tree; false for the elements that only carry a
-// node's data.
+// Returns true if the element is a node of the project tree; false for elements that only carry
+// data of a node.
 bool IsContentNode(const CXmlNode& node);
 
-// The node types of the configuration file: records named like the elements of the project tree.
-// Of two records with one name, without regard to case, the later counts.
+// The node types defined by the configuration file: one record per type, named like the elements of
+// the project tree. If two records have the same name, ignoring case, the later one wins. Lookups
+// are for the main thread only.
 class NodeTypes {
  public:
   NodeTypes();
 
-  // The records, in file order.
+  // All records, in file order.
   const CXmlNode& GetRoot() const { return root; }
-  // Takes a deep copy of a record.
+  // Adds a deep copy of a record.
   void Add(const CXmlNode& record);
 
-  // The record of a node's type, or null.
+  // Returns the type record of a node, or nullptr if its type is unknown.
   const CXmlNode* GetNodeType(const CXmlNode& node) const;
-  // All flags at once; 0 without a type record.
+  // Returns all flags of the node's type, as TypeFlag bits; 0 if the type is unknown.
   std::uint32_t FlagsOf(const CXmlNode& node) const { return Find(node.NameView()).flags; }
-  // Any flag by its name in the record.
+  // Returns a flag, including ones without a TypeFlag, by its name in the record.
   bool HasTypeFlag(const CXmlNode& node, std::string_view key) const;
 
  private:
@@ -55,13 +56,14 @@ class NodeTypes {
     std::uint32_t flags = 0;
   };
 
+  // Finds a type, first in the cache. An unknown type has no record and no flags.
   const Type& Find(std::string_view elementName) const;
 
   CXmlNode root;
-  std::unordered_map<std::string, Type> byName;  // folded names
-  // Common names are shared, so the address of a name's text finds it fast; a rare one may have
-  // taken the place of another, so the text is compared all the same. Filled as names are asked
-  // for; on the host's thread only.
+  std::unordered_map<std::string, Type> byName;  // by lower-case name
+  // Lookup cache, keyed by the address of the name. Common names are interned, so the address
+  // usually identifies the name; a rare name may reuse the address of a freed one, so the string is
+  // compared as well. Filled on demand; main thread only.
   struct Known {
     std::string name;
     const Type* type = nullptr;

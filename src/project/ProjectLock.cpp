@@ -5,7 +5,7 @@
 namespace tarn {
 
 bool ProjectLock::Take(const std::string& projectPath) {
-  // Other programs hold the right while they read, change and write, which takes far less.
+  // Other programs hold the lock only while they read, change and write, which takes far less.
   return TakeWithin(projectPath, std::chrono::seconds(10));
 }
 

@@ -9,26 +9,26 @@
 
 namespace tarn {
 
-// The right to change the files of one project, which one process has at a time. It goes with the
-// process. A project in a folder where no lock can be made needs none. Borrows everything; host's
-// thread only.
+// Exclusive right of one process to change the files of a project. Ends with the process. If no
+// lock can be created in the project's folder, the project is used without one. Borrows everything;
+// main thread only.
 class ProjectLock {
  public:
   ProjectLock(FileSystem& fileSystem, const ProjectTrust& projectTrust)
       : files(fileSystem), trust(projectTrust) {}
 
-  // Takes the right for the project, unless it is held already, and lets go of another one. False
-  // while another process has it.
+  // Acquires the lock for the project unless it is held already, releasing one held for a different
+  // project. Returns false if another process holds it.
   bool TryTake(const std::string& projectPath) { return TakeWithin(projectPath, {}); }
-  // Tries again until a time limit of some seconds.
+  // Same, but retries for several seconds.
   bool Take(const std::string& projectPath);
   void Release();
   bool IsHeldFor(const std::string& projectPath) const { return heldFor == projectPath; }
 
-  // Why nothing keeps other processes from taking the right; empty if something does, and if the
-  // project can't be changed here anyway.
+  // Why no lock protects the project from other processes; empty if one does, and if the project
+  // can't be changed here anyway.
   const std::string& GetProblem() const { return problem; }
-  // The process that had it at the last failure.
+  // Description of the process that held the lock at the last failure.
   const std::string& GetHolder() const { return holder; }
 
  private:
@@ -37,7 +37,7 @@ class ProjectLock {
   FileSystem& files;
   const ProjectTrust& trust;
   std::unique_ptr<FileLock> lock;
-  std::string heldFor;  // empty if nothing is held
+  std::string heldFor;  // empty if no lock is held
   std::string holder;
   std::string problem;
 };

@@ -38,7 +38,7 @@ std::string ProjectTrust::WishFor(const char* verb, const std::string& path) con
   return std::string(verb) + " " + path + (wayOut.empty() ? "" : " (" + wayOut + ")");
 }
 
-// Wishes are handed on as lines.
+// Requests are passed on as lines, so line feeds are escaped.
 void ProjectTrust::Refuse(const std::string& text) {
   const std::string wish = ReplaceAll(text, "\n", "\\x0a");
   if (std::find(refused_.begin(), refused_.end(), wish) == refused_.end()) {

@@ -9,39 +9,41 @@
 
 namespace tarn {
 
-// Whether the user trusts a project to run programs and scripts of its own and to write outside its
-// folder. A folder is trusted together with all below it. Until a host states which folders are,
-// there is no limit, and what is outside is asked about as before. On the main thread.
+// Decides if a project may run its own programs and scripts and write outside its folder. Trusting
+// a folder includes everything below it. Until a host sets the trusted folders, projects are not
+// restricted, and writes outside the folder need the user's consent as before. Main thread only.
 class ProjectTrust {
  public:
   explicit ProjectTrust(FileSystem& fileSystem) : files_(fileSystem) {}
 
-  // The open project's file, absolute; empty for the one that stands in for none, which has no
-  // limit.
+  // Sets the open project's file, as an absolute path. Empty for the placeholder that is open when
+  // no project is; it is unrestricted.
   void SetProject(const std::string& path);
-  // Only projects in these folders are trusted from now on.
+  // Restricts trust to projects in these folders.
   void LimitTo(std::vector<std::string> folders);
 
-  // The user has said so.
+  // Returns true if the project is in one of the trusted folders.
   bool IsGiven() const { return isGiven_; }
-  // The host has stated which folders are trusted, and the project is in none of them.
+  // Returns true if trusted folders have been set and the project is in none of them.
   bool IsWithheld() const { return trusted_ && !project_.empty() && !isGiven_; }
-  // The same of any project file, absolute.
+  // Same for any project file, given by its absolute path.
   bool IsWithheldFrom(const std::string& project) const { return trusted_ && !Lists(project); }
-  // Returns whether trust is withheld and what is written to `path` ends up outside the folder.
+  // Returns true if trust is withheld and writing to `path` would end up outside the folder.
   bool RefusesWrite(const std::string& path) const;
-  // The same of running the program or script at `path`, which is inside.
+  // Returns true if trust is withheld and the program or script at `path` is inside the folder.
   bool RefusesProgram(const std::string& path) const;
 
-  // The wish to write or delete a path: "write /x/y", with the link by which it leaves the folder.
+  // Describes a request to write or delete a path: "write /x/y", including the link through which
+  // it leaves the folder.
   std::string WishFor(const char* verb, const std::string& path) const;
 
-  // Records what the project wanted and was refused: "write /x/y".
+  // Records a refused request of the project, such as "write /x/y".
   void Refuse(const std::string& text);
-  // What was refused since the last call, each wish once.
+  // Returns and clears the refused requests, without duplicates.
   std::vector<std::string> TakeRefused() { return std::exchange(refused_, {}); }
 
  private:
+  // Caches whether the project is trusted, after a change of either.
   void Judge() { isGiven_ = trusted_ && !project_.empty() && Lists(project_); }
   bool Lists(const std::string& project) const;
 

@@ -5,41 +5,42 @@
 #include "project/NewApplication.h"
 #include "xml/XmlNode.h"
 
-// The windows of a project, as the model sees them. The windows implement these; a model
-// without windows works all the same. Everything is called on the host's thread. Node pointers are
-// borrowed: a view drops them in BeginTreeUpdate or ClearTree.
+// Interfaces to the windows of a project. The windows implement them; a model also works without
+// windows. All calls are made on the main thread. Node pointers are borrowed: a view must drop them
+// in BeginTreeUpdate or ClearTree.
 namespace tarn {
 
-// What of the tree a bracket changes: anything, or only what is told meanwhile.
+// Scope of a tree update: anything may change, or only the nodes reported through TellUpdated.
 enum class UpdateScope { Whole, Told };
 
-// The project tree.
+// The project tree window.
 class IProjectWindow {
  public:
-  // False when there is no tree to show it in.
+  // Returns false if the window has no tree control to show it in.
   virtual bool SetProjectRoot(CXmlNode* root) = 0;
   virtual void RepaintWindow() = 0;
   virtual void RepaintTree() = 0;
-  // The timer whose ticks run the model's PublishTick. Holds and releases the options window.
+  // Starts or stops the timer whose ticks call the model's PublishTick. Also suspends and resumes
+  // the options window.
   virtual void StartStepTimer() = 0;
   virtual void StopStepTimer() = 0;
-  // Around every change of the tree's shape; may be nested. The result is the same for each scope:
-  // with all scopes told, it costs no more than what has changed.
+  // Bracket every change of the tree's structure; may be nested. The result does not depend on the
+  // scope, but an update whose scopes are all Told only costs as much as the reported changes.
   virtual void BeginTreeUpdate(UpdateScope scope) = 0;
   virtual void EndTreeUpdate() = 0;
-  // The node has another text, or other children.
+  // Notifies the window that the node's text or children have changed.
   virtual void TellUpdated(const CXmlNode& node) = 0;
   virtual void ClearTree() = 0;
   virtual CXmlNode* GetSelectedNode() = 0;
   virtual void SelectTreeNode(CXmlNode* node) = 0;
-  // The node and all below it are about to be freed: no pointer into it stays.
+  // Drops all pointers to the node and its descendants, which are about to be freed.
   virtual void ForgetNode(const CXmlNode& node) = 0;
 
  protected:
   ~IProjectWindow() = default;
 };
 
-// The class view of the globals.
+// The class view of the global symbols.
 class IClassWindow {
  public:
   virtual void SetGlobalsFile(const std::string& path) = 0;
@@ -49,18 +50,18 @@ class IClassWindow {
   ~IClassWindow() = default;
 };
 
-// The report view of the globals.
+// The report view of the global symbols.
 class IGlobalsWindow {
  public:
   virtual void LoadGlobals(const std::string& path) = 0;
-  // The symbols that were loaded last; null before the first load.
+  // Returns the symbols loaded last, or nullptr before the first load.
   virtual const CXmlNode* GetSymbols() = 0;
 
  protected:
   ~IGlobalsWindow() = default;
 };
 
-// The windows of one model, each null for none; the operations reach the window if there is one.
+// The windows of one model. Each may be null; the operations forward to the window if there is one.
 class ProjectViews {
  public:
   IProjectWindow* project = nullptr;
@@ -116,7 +117,7 @@ class ProjectViews {
   }
 };
 
-// Brackets a change of the tree's shape.
+// RAII bracket around a change of the tree's structure.
 class TreeUpdate {
  public:
   explicit TreeUpdate(const ProjectViews& projectViews, UpdateScope scope = UpdateScope::Whole)

@@ -7,14 +7,16 @@
 
 namespace tarn {
 
-// Where the search for the next unpublished node of a subtree stands, so that publishing a whole
-// tree node by node costs one walk in all. The walk visits a node before its children and the
-// children from the last to the first. The position holds as long as the epoch that it was taken
-// in; nothing but the loss of published marks or a change of shape may end an epoch.
+// Incremental search for the next unpublished node of a subtree. Remembers its position, so that
+// publishing a whole tree node by node costs a single traversal, O(nodes) in total.
+//
+// Traverses in preorder, children from the last to the first, with an explicit stack. The position
+// is valid for one epoch; only losses of published values and structural changes may start a new
+// epoch, and the search then restarts at the root.
 class PublishCursor {
  public:
-  // The next node below or at `root` for which `isPublished` does not hold, or null. The same node
-  // is given again until it is published.
+  // Returns the next node at or below `root` for which `isPublished` is false, or nullptr. Returns
+  // the same node again until it is published.
   template <class IsPublished, class IsContent>
   CXmlNode* Next(CXmlNode& root, std::uint64_t currentEpoch, IsPublished isPublished,
                  IsContent isContent) {
@@ -42,7 +44,7 @@ class PublishCursor {
 
   struct Frame {
     CXmlNode* node = nullptr;
-    int next = kEnter;  // children from here down are still to be visited
+    int next = kEnter;  // children before this index remain to be visited
   };
 
   void Restart(CXmlNode& root, std::uint64_t currentEpoch) {

@@ -1,8 +1,8 @@
-// Bringing a node's option values to the property manager, and what the rest of the system needs of
-// them back into the node as attributes.
+// Publishing: loading a node's option values into the property manager, and writing the values that
+// other parts of the system need back to the node as attributes.
 //
-// The property manager holds one node at a time. A node that was published once keeps all its
-// values as text in its #CDATA child; that child is the mark of a published node.
+// The property manager holds one node at a time. A published node caches all its values as a string
+// in its #CDATA child; the presence of that child marks the node as published.
 
 #include <algorithm>
 
@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kNodesPerTick = 10;
 
-// The byte that stands for "]" in the cached text, so that the text can lie in a CDATA section.
+// Replaces "]" in the cached string, so that it can be stored in a CDATA section.
 constexpr char kBracketByte = '\xA7';
 
 std::string WithBrackets(std::string_view text) {
@@ -27,7 +27,7 @@ std::string WithBrackets(std::string_view text) {
   return values;
 }
 
-// The path with its part below the folder as the disk spells it.
+// Returns the path with the part below `folder` spelled as on disk.
 std::string SpelledBelow(FileSystem& files, const std::string& folder, const std::string& path) {
   const std::string name = files.NameOnDisk(path);
   const bool isBelow = path.starts_with(folder) && name.size() == path.size();
@@ -53,7 +53,8 @@ CXmlNode* CProjectModel::PublishNode(CXmlNode* node, bool force) {
   if (node == nullptr) node = GetCurrentNode();
   CXmlNode* stored = FindStoredValues(*node);
   if (!force && stored != nullptr) {
-    // Some thousand bytes for each child of the node: copied only when there is a reason.
+    // The string has a few thousand bytes for each child of the node, so it is copied only if
+    // needed.
     const std::string_view text = stored->ValueText();
     const bool isPlain = text.find(kBracketByte) == text.npos;
     propertyManager->ReadValuesFromText(isPlain ? TextArgument(text) : WithBrackets(text));
@@ -84,11 +85,11 @@ CXmlNode* CProjectModel::PublishNode(CXmlNode* node, bool force) {
   return values;
 }
 
-// The values of a node start from the complete values of its parent.
+// A node's values start from the complete values of its parent.
 void CProjectModel::PublishFromParent(CXmlNode& node, bool force) {
   const bool isOutermost = (types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0;
   if (isOutermost) return;
-  // The root of a foreign file has no parent and need not be a project.
+  // The root of a foreign file has no parent and is not necessarily a project.
   if (node.GetParent() != nullptr) PublishNode(node.GetParent(), force);
   propertyManager->EndParentLevel();
   propertyManager->BeginChildLevel();
@@ -101,7 +102,7 @@ void CProjectModel::PublishPath(CXmlNode& node) {
   const std::string base = PathBaseOf(node);
   std::string full;
   MakeAbsolutePath(path, full, base.empty() ? nullptr : base.c_str());
-  // One query for most nodes.
+  // Settles most nodes with a single query.
   const bool isExact = files.ExamineExactly(full).has_value();
   if (!isExact && !files.Exists(full)) {
     const std::string fileName = FileNameOf(path);
@@ -126,7 +127,8 @@ void CProjectModel::PublishPath(CXmlNode& node) {
     propertyManager->SetPropertyValue(set, "General", property, value);
   };
   derive("Path", full);
-  // Outputs are named after it, one for each file however its path is written.
+  // Outputs are named after this value, so it must be the same however the path of a file is
+  // written.
   derive(kind + "Path", isExact ? full : SpelledBelow(files, AddSeparator(base), full));
   derive(kind + "Dir", parts.drive + parts.folder);
   derive(kind + "Filename", parts.title + parts.extension);
@@ -143,8 +145,8 @@ void CProjectModel::ApplyStoredOptions(CXmlNode& node, const std::string& config
   }
 }
 
-// The stored options of a node as text, empty without any. Kept, since many nodes are published
-// with the options of the same few ancestors, and these can have very many children.
+// Returns the serialized stored options of a node, or an empty string. Cached, because many nodes
+// are published with the options of the same few ancestors, which can have very many children.
 const std::string& CProjectModel::TextOfOptions(const CXmlNode& owner) {
   static const std::string kNone;
   if (owner.GetChildCount() == 0) return kNone;
@@ -224,7 +226,7 @@ CXmlNode* CProjectModel::LoadNodeOptions(CXmlNode* node, bool force) {
   const std::uint64_t epoch = treeEpoch;
   SendHost(kMsgPaneCaption, TextOf(node->GetAttrValue("Header")) + " Local Settings", kOptionsPane);
   if (treeEpoch != epoch) return nullptr;
-  if (currentNode == node) LoadToolCommands(*node);  // a handler may have chosen another
+  if (currentNode == node) LoadToolCommands(*node);  // a handler may have selected another node
   return values;
 }
 
@@ -280,7 +282,8 @@ void CProjectModel::SendActiveApplication() {
 void CProjectModel::SetCurrentNode(CXmlNode* node) {
   if (node == nullptr) return;
   if (IsWorkerAlive() && !IsInWorkerStep() && node != worker->chosenByWalk) {
-    // The user chose this one beside a build; its end shall not take it away.
+    // The user selected this node while a build runs, so the end of the build must not restore the
+    // previous one.
     worker->chosenByWalk = nullptr;
     worker->notedNode = node;
     FindEnclosingApplication(node, worker->notedApplication);
@@ -320,7 +323,7 @@ std::int32_t CProjectModel::PublishNextNode(CXmlNode* node) {
 }
 
 std::int32_t CProjectModel::PublishTick() {
-  // The worker publishes what it needs by itself, and a tick inside a tick would lose the place.
+  // The worker publishes what it needs, and a nested tick would lose the search position.
   if (inPublishTick || IsWorkerAlive() || walksHere > 0) return 0;
   inPublishTick = true;
   const std::uint64_t opened = projectEpoch;
@@ -337,7 +340,8 @@ std::int32_t CProjectModel::PublishTick() {
   }
 
   const std::uint64_t epoch = treeEpoch;
-  // Also when the tree is done: the user's next change belongs to the node that was current.
+  // Restores even if the tree is finished: the user's next change belongs to the node that was
+  // current.
   if (published > 0) RestoreCurrent(notedApplication, notedNode);
   if (projectEpoch == opened) inPublishTick = false;
   if (treeEpoch != epoch) {
@@ -401,8 +405,7 @@ bool CProjectModel::CanPublishAside() const {
   return isOpen && !IsWorkerAlive() && !inPublishTick;
 }
 
-// Runs `publish`, which returns whether it has published anything, and makes the node current again
-// that is so now.
+// Runs `publish`, which returns true if it published anything, and then restores the current node.
 void CProjectModel::PublishAside(const std::function<bool()>& publish) {
   CXmlNode* const notedNode = currentNode;
   CXmlNode* const notedApplication = activeApplication;
@@ -424,14 +427,14 @@ void CProjectModel::PublishSubtree(CXmlNode& node) {
   currentNode = nullptr;
 }
 
-// The property manager shows `node` again, after other nodes went through it.
+// Loads `node` into the property manager again after other nodes were published.
 void CProjectModel::RestoreCurrent(CXmlNode* application, CXmlNode* node) {
   activeApplication = application;
   currentNode = nullptr;
   SetCurrentNode(node);
 }
 
-// The active application's path is asked for at any time, also before it is published again.
+// The active application's path may be queried at any time, even before it is published again.
 void CProjectModel::MakeActivePathAbsolute() {
   if (activeApplication == nullptr) return;
   std::string path;

@@ -6,29 +6,30 @@
 
 namespace tarn {
 
-// Bounds what is read more than once while a project is loaded. A project may refer to a file
-// several times, and is then read as often; but files that each refer twice to the next one are
-// 2^N reads of the Nth.
+// Limits the bytes that are read repeatedly while a project is loaded. A project may legitimately
+// reference a file several times, and the file is then read each time; but in a chain of files that
+// each reference the next one twice, the Nth file would be read 2^N times.
 class RepeatedReads {
  public:
-  // Returns whether the file, given by its canonical path, may be read once more. The first read of
-  // a file always may.
+  // Returns true if the file, identified by its canonical path, may be read once more. The first
+  // read of each file is always allowed.
   bool Allows(const std::string& path) {
     isRepeated_ = !paths_.insert(path).second;
     const bool isAllowed = !isRepeated_ || cost_ < kMaxCost;
     if (!isAllowed) ++refusals_;
     return isAllowed;
   }
-  // Returns whether no file was refused before the one that Allows has just refused.
+  // Returns true if the file that Allows has just refused is the first one refused.
   bool IsFirstRefusal() const { return refusals_ == 1; }
-  // Counts the bytes read of the file that was allowed last.
+  // Accounts for the bytes read from the file that was allowed last.
   void Add(std::size_t bytes) {
     if (isRepeated_) cost_ += bytes + kCostOfRead;
   }
 
  private:
+  // Limit for all repeated reads of one project, in bytes.
   static constexpr std::size_t kMaxCost = 16 << 20;
-  static constexpr std::size_t kCostOfRead = 16 << 10;  // of a file of any size
+  static constexpr std::size_t kCostOfRead = 16 << 10;  // fixed cost of each read
 
   std::unordered_set<std::string> paths_;
   std::size_t cost_ = 0;

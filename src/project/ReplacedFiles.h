@@ -7,12 +7,12 @@
 
 namespace tarn {
 
-// Texts that a project is read from in place of its files, by their absolute paths.
+// Contents from which a project is read instead of its files, by absolute path.
 struct ReplacedFiles {
   std::map<std::string, std::string> texts;
-  FileGuard former;  // knows what of the files is on the disk
+  FileGuard former;  // knows the contents on disk
 
-  // Returns nullptr for a file that is read from the disk.
+  // Returns nullptr if the file is to be read from disk.
   const std::string* Find(const std::string& path) const {
     const auto found = texts.find(path);
     return found == texts.end() ? nullptr : &found->second;

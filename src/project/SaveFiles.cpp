@@ -1,5 +1,5 @@
-// Saving of the tree: which files it makes, what they are to hold, and what becomes of a file that
-// can't be written. WholeSave.cpp has the save that writes all of them or none.
+// Saving the tree: which files are written, with what content, and how files that can't be written
+// are handled. WholeSave.cpp has the atomic save of all files.
 
 #include <algorithm>
 #include <set>
@@ -16,7 +16,7 @@ namespace tarn {
 
 namespace {
 
-// Names an application of the project as the active one; none if it has none.
+// Makes the project name one of its applications as the active one, if it has any.
 void NameActive(CXmlNode& root, const NodeTypes& types) {
   const char* const active = root.GetAttrValue("ActiveApp");
   if (active == nullptr || (types.FlagsOf(root) & kTypeProject) == 0) return;
@@ -35,8 +35,8 @@ void NameActive(CXmlNode& root, const NodeTypes& types) {
 
 }  // namespace
 
-// All texts are made before the first is written: writing sends messages, and whatever their
-// handlers do to the tree is not to get into the files.
+// Renders all files before writing the first: writing sends messages, and changes that handlers
+// make to the tree must not get into the files.
 std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& fileName) {
   std::string absolute;
   if (!MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
@@ -59,20 +59,21 @@ std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& file
   return isSaved ? 1 : 0;
 }
 
-// The project is to be read again with what could not be written as its unsaved changes.
+// Prepares reloading the project with the content that could not be written as unsaved changes.
 void CProjectModel::KeepUnsaved(const std::vector<PendingFile>& pending) {
   unsaved = std::make_unique<ReplacedFiles>(ReplacedFiles{{}, guard});
   for (const PendingFile& file : pending) {
-    // Of two elements with one file the first was written, and the other one is in its copy.
+    // If two elements have the same file, the first was written and the second was saved as a copy.
     unsaved->texts.emplace(file.plan.absolute, file.isSaved ? file.plan.text : file.plan.own);
-    // The file that names it may not have been written, and names its earlier path then.
+    // The file that references this one may not have been written and then still has the earlier
+    // path.
     unsaved->texts.emplace(file.absolute, file.text);
   }
 }
 
-// Takes the right to change the project's files, and prepares them. Returns why nothing may be
-// written; empty if all may. No other program waits while the user is asked about files outside the
-// project's folder, which are read wherever a reference leads.
+// Acquires the project lock and prepares the files. Returns why nothing may be written, or an empty
+// string. Releases the lock while the user is asked about files outside the project's folder, so
+// that no other program has to wait; references may lead anywhere.
 std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
   const bool isHeld = editLock.IsHeldFor(projectPath);
   std::set<std::string> refused;
@@ -98,7 +99,7 @@ std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
   return {};
 }
 
-// Returns why the file needs the user's consent; empty if it may be written.
+// Returns why the file needs the user's consent, or an empty string if it may be written.
 std::string CProjectModel::DescribeOutside(const SavePlan& plan) const {
   const std::string& path = plan.absolute;
   if (!plan.isNeeded || writesOutside || mayWriteOutside.contains(path)) return {};
@@ -108,7 +109,7 @@ std::string CProjectModel::DescribeOutside(const SavePlan& plan) const {
 void CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
   FollowParts(pending);
   const FileSaver saver(files, guard, types);
-  // Nor may a file that was never saved bring back a folder that was moved.
+  // A file that was never saved must not re-create a moved folder either.
   const bool isGone = guard.TextOf(projectPath) != nullptr && !files.Exists(projectFolder);
   for (PendingFile& file : pending) {
     if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.changedParts);
@@ -117,7 +118,7 @@ void CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
       file.plan.problem = "the folder " + projectFolder + " does not exist";
     }
   }
-  // Parts come before their owner, and must not take its file.
+  // Parts come before their owner and must not use its file.
   for (const PendingFile& owner : pending) {
     for (const std::size_t part : owner.parts) {
       SavePlan& plan = pending[part].plan;
@@ -138,7 +139,8 @@ std::vector<FileText> CProjectModel::MakeFileTexts() {
   return texts;
 }
 
-// The files of the subtree, parts before their owner. Returns the index of the node's own.
+// Collects the files of the subtree, parts before their owners. Returns the index of the node's own
+// file.
 std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, const std::string& absolute,
                                             std::vector<PendingFile>& pending) {
   PendingFile own;
@@ -154,7 +156,7 @@ std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, const std::string& a
     CXmlNode& part = *node.GetChild(i);
     if ((types.FlagsOf(part) & kTypeExtern) == 0) continue;
     const std::string path = TextOf(part.GetAttrValue("Extern"));
-    // Nowhere to go: its children stay in this file.
+    // The part has no file: its children stay in this one.
     if (path.empty()) continue;
     std::string relative;
     MakeRelativePath(path, relative, nullptr);
@@ -162,7 +164,7 @@ std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, const std::string& a
     std::string partFile;
     MakeAbsolutePath(path, partFile, nullptr);
     own.parts.push_back(CollectTreeFiles(part, partFile, pending));
-    // In its owner's file it stands with its attributes alone.
+    // The owner's file contains only the part's attributes.
     aside.push_back({&part, {}, part.GetValue()});
     part.SetValue("");
     while (part.GetChildCount() > 0) {
@@ -182,7 +184,7 @@ std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, const std::string& a
 
 void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<PendingFile>& pending) {
   const std::string& target = file.plan.absolute;
-  // Of two elements with one file only one can have it.
+  // If two elements have the same file, only one can be written.
   for (const PendingFile* other = pending.data(); other != &file; ++other) {
     if (other->plan.absolute != target || !other->plan.problem.empty()) continue;
     if (other->plan.own == file.plan.own) {
@@ -200,7 +202,7 @@ void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<Pending
   } else if (const FileAccess access =
                  GetFileAccess(files, target, kMustBeWritable | kCreateFolder);
              !ReportFileAccess(access, *output, target)) {
-    // The log has a row on that.
+    // ReportFileAccess has already logged the error.
     KeepElsewhere(file, access.reason.place + ": " + access.reason.text);
   } else if (const Status written = WriteTreeFile(file.plan); !written) {
     if (written.GetError().code == ErrorCode::ReadOnly) {
@@ -210,8 +212,8 @@ void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<Pending
   }
 }
 
-// What was changed here has given way to what the file holds, if there is a conflict. The copy of
-// that holds what the next save may overwrite.
+// If there is a conflict, changes made here were dropped in favor of the file's content. The backup
+// keeps that content, which the next save may overwrite.
 void CProjectModel::ReportUnneeded(const SavePlan& plan, std::vector<SavedFile>& reports) {
   if (plan.conflicts.empty()) return;
   static_cast<void>(FileSaver(files, guard, types).KeepOther(plan, reports.emplace_back()));
@@ -226,7 +228,7 @@ Status CProjectModel::WriteTreeFile(const SavePlan& plan) {
   return {};
 }
 
-// The file was not written: its text goes where it can be found again.
+// Saves the content of a file that could not be written to a different path, and reports that.
 void CProjectModel::KeepElsewhere(PendingFile& file, const std::string& reason) {
   file.isSaved = false;
   SavedFile report;
@@ -240,13 +242,14 @@ void CProjectModel::KeepElsewhere(PendingFile& file, const std::string& reason) 
   savedFiles.push_back(std::move(report));
 }
 
-// The same, with a row of the log.
+// Same as `KeepElsewhere()`, but also logs the error.
 void CProjectModel::LoseNothing(PendingFile& file, const std::string& reason) {
   KeepElsewhere(file, reason);
   output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
 }
 
-// Nothing is written. A project that stays open has it all; else the texts go to the user's data.
+// Writes nothing. A project that stays open still has everything; otherwise saves the contents in
+// the user's data folder.
 void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::string& reason,
                                 const std::string& place) {
   const bool isOutside = std::any_of(pending.begin(), pending.end(), [&](const PendingFile& file) {
@@ -259,7 +262,7 @@ void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::st
     report.path = file.plan.absolute;
     report.isOutside = file.isOutside;
     const bool isOther = !place.empty() && place != report.path;
-    // Nothing is wrong with it, and it is not the file that the user can agree to.
+    // The file itself is fine, and it is not the one the user could consent to.
     if (isOther && isSaving && isOutside) continue;
     report.problem = isOther ? place + ": " + reason : reason;
     if (!isSaving) {

@@ -9,24 +9,24 @@
 
 namespace tarn {
 
-// Why a copy of what a file held was kept when it was replaced.
+// Reason for keeping a backup of a file that was replaced.
 enum class CopyReason : std::uint8_t { None, Damaged, ChangedByOthers };
 
-// What a save did with one file, for those about which there is anything to say.
+// Outcome of saving one file. Recorded only for files with something to report.
 struct SavedFile {
   std::string path;     // absolute
-  std::string problem;  // why it could not be written; empty if it was
-  std::string copy;     // of what it held before, or of what could not be written; may be empty
+  std::string problem;  // why it could not be written; empty on success
+  std::string copy;     // path of the backup or of the unsaved content; may be empty
   CopyReason copyReason = CopyReason::None;
-  bool isOutside = false;   // the problem is that the user has not agreed to the file being written
-  bool isMerged = false;    // has changes of another program as well
-  bool wasRemoved = false;  // by another program, and was written again
+  bool isOutside = false;   // not written because the user has not agreed to it
+  bool isMerged = false;    // includes changes of another program
+  bool wasRemoved = false;  // by another program, and then written again
   std::vector<TreeConflict> conflicts;
 
-  // One line for each thing to say: "/p/demo.tapp can't be written: ...".
+  // Returns one line per fact to report, such as "/p/demo.tapp can't be written: ...".
   std::vector<std::string> ToLines() const;
-  // An element `File` with these as attributes, and in it `Line` (`Text`) for each of the lines,
-  // and `Conflict` (`Place`, `Text`).
+  // Appends an element `File` with these fields as attributes to `list`. Its children are one
+  // `Line` (`Text`) per line and one `Conflict` (`Place`, `Text`) per conflict.
   void AddTo(CXmlNode& list) const;
 };
 

@@ -32,14 +32,14 @@ Attributes AttributesOf(const CXmlNode& node) {
   return list;
 }
 
-// `isReference`: the element stands for a file of its own.
+// `isReference`: the element refers to a separate file.
 void SettleAttributes(const CXmlNode* base, CXmlNode& node, bool isReference) {
   const auto isDerived = [isReference](std::string_view name) {
     return isReference ? !Contains(kOfReference, name) : IsDerivedAttribute(name);
   };
   Attributes present = AttributesOf(node);
   const Attributes before = present;
-  // A name may be repeated in a damaged file: the first goes to the first.
+  // A damaged file may repeat a name: matches the first with the first.
   std::unordered_map<std::string_view, std::deque<std::size_t>> places;
   for (std::size_t at = 0; at < before.size(); ++at) places[before[at].first].push_back(at);
   std::vector<bool> isSettled(present.size());
@@ -69,9 +69,9 @@ int IndexOf(const CXmlNode& parent, const CXmlNode* child) {
   return index;
 }
 
-// Puts stored options and configurations after the same sibling as in the base: their position
-// among the nodes has no meaning, and options that were reset and set again are at the end. In the
-// order of the base, so that a sibling that moves as well is where it belongs.
+// Moves stored options and configurations after the same sibling as in the base: their position
+// among the nodes has no meaning, and options that were reset and set again are at the end.
+// Proceeds in the base's order, so that siblings that move too are already in place.
 void RestorePlaces(CXmlNode& node, const ChildPairs::Children& children, const ChildPairs& pairs,
                    std::size_t formerCount) {
   const CXmlNode* anchor = nullptr;
@@ -87,7 +87,7 @@ void RestorePlaces(CXmlNode& node, const ChildPairs::Children& children, const C
   }
 }
 
-// Stored options or configurations that hold nothing, and are not in the base either.
+// Returns true for empty stored options or configurations that are not empty in the base.
 bool IsLeftover(const CXmlNode* base, const CXmlNode& node) {
   const bool isEmpty =
       node.GetChildCount() == 0 && node.GetAttrCount() == 0 && node.ValueView().empty();
@@ -95,7 +95,7 @@ bool IsLeftover(const CXmlNode* base, const CXmlNode& node) {
   return isStore && isEmpty && (base == nullptr || base->GetChildCount() > 0);
 }
 
-// `types` only for the root's children, which alone can have files of their own.
+// `types` is non-null for the root's children only, because only they can have separate files.
 void SettleChildren(const CXmlNode* base, CXmlNode& node, const NodeTypes* types) {
   const auto children = node.GetChildren();
   const auto former = base == nullptr ? ChildPairs::Children() : base->GetChildren();
@@ -117,8 +117,8 @@ void SettleChildren(const CXmlNode* base, CXmlNode& node, const NodeTypes* types
   }
 }
 
-// An application says the same of itself whichever project saves it: each names it by a path of its
-// own. What says what holds without it isn't added.
+// Makes an application file independent of the project that saves it, because each project refers
+// to it by a different path. Omits attributes that only state the default.
 void SettleApplication(const CXmlNode& base, CXmlNode& root) {
   for (const char* name : {"Extern", "Path"}) {
     const std::string former = TextOf(base.GetAttrValue(name));

@@ -7,16 +7,17 @@
 
 namespace tarn {
 
-// Attributes of nodes that opening and publishing derive again: the output file, the marker, and
-// whether the children are shown. They change with the configuration and with the view.
+// Returns true for node attributes that opening and publishing derive again: the output file, the
+// marker, and the expansion state. They change with the configuration and with the view.
 bool IsDerivedAttribute(std::string_view name);
 
-// Gives a tree that is to be written the form that differs least from `base`, the tree of the same
-// file as it was read or written last, so that version control shows what the user changed and
-// nothing else. Derived attributes stay as they are in the base, and elements that are not there
-// have none. An element whose content is in a file of its own keeps label and place alone, and in
-// that file the path by which the base names it. Attributes keep the order of the base, and stored
-// options and configurations their position; where the last of them was removed, nothing remains.
+// Minimizes the difference between a tree about to be written and `base`, the same file as last
+// read or written, so that version control shows only what the user changed.
+//
+// Derived attributes keep their base values, and elements missing in the base get none. An element
+// whose content is in a separate file keeps only its label and path; in that file it keeps the path
+// by which the base names it. Attributes keep the base's order, and stored options and
+// configurations their position; when the last of these was removed, no empty element remains.
 void MakeStable(const CXmlNode& base, CXmlNode& tree, const NodeTypes& types);
 
 }  // namespace tarn

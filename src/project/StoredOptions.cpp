@@ -1,4 +1,4 @@
-// Values that were changed go from the property manager into the tree, and out of it again.
+// Storing changed values from the property manager in the tree, and removing them again.
 
 #include "patterns/Parser.h"
 #include "platform/text/Text.h"
@@ -12,14 +12,14 @@ namespace {
 
 constexpr const char* kGeneralSection = "General";
 
-// An address in the key form, set.section.property, taken apart.
+// A parsed key of the form set.section.property.
 struct OptionKey {
   std::string set;
   std::string section;
   std::string property;
 };
 
-// Storing reads a key of two parts as section and property, one of another length as a property.
+// When storing, a key of two parts is section and property, and any other length is a property.
 OptionKey KeyForStoring(const std::string& text) {
   const CParser parts(text, ".");
   switch (parts.GetCount()) {
@@ -34,7 +34,7 @@ OptionKey KeyForStoring(const std::string& text) {
   }
 }
 
-// Resetting reads the parts from the left; a lone part names a set and a section.
+// When resetting, parts are read from the left; a single part is both set and section.
 OptionKey KeyForResetting(const std::string& text) {
   const CParser parts(text, ".");
   OptionKey key;
@@ -63,7 +63,7 @@ bool RemoveIfRemovable(CXmlNode& section, const CXmlNode* property) {
   return section.RemoveChild(property);
 }
 
-// Values of the section General belong to no configuration of their own.
+// Values of the section General are not specific to a configuration.
 std::string ConfigOfSection(const std::string& section, const std::string& current) {
   return EqualNoCase(section, kGeneralSection) ? kStandardConfig : current;
 }
@@ -93,7 +93,7 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
   changed->AppendChild(std::move(value));
   CXmlNode* old = node->FindChild("Options");
   if (old != nullptr) changed = MergeOptions(*old, *changed);
-  // In the same place: of two, which a damaged file may have, the first is the one that is read.
+  // At the same position: a damaged file may have two, of which the first is the effective one.
   node->InsertChildBefore(std::move(changed), old);
   if (old != nullptr) node->RemoveChild(old);
   ForgetKeptTexts();
@@ -109,19 +109,20 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
   return 1;
 }
 
-// The name can be an element's, read back as such, and keeps the node's place in the project.
+// Returns true if `typeName` is a valid element name that is read back as a node, and the node
+// could still be where it is.
 bool CProjectModel::CanBecome(const CXmlNode& node, const std::string& typeName) const {
   CXmlNode probe;
   probe.SetName(typeName);
   constexpr std::uint32_t kPlace = kTypeProject | kTypeApplication | kTypeExtern;
-  // What is below it would be out of place.
+  // Its children would be misplaced.
   if ((types.FlagsOf(probe) & kTypeIsLeaf) != 0 && HasNodes(node)) return false;
   return !typeName.empty() && IsContentNode(probe) &&
          typeName.find_first_of(" \t\r\n<>/=\"'&!?#\\") == std::string::npos &&
          (types.FlagsOf(node) & kPlace) == (types.FlagsOf(probe) & kPlace);
 }
 
-// A node of another type or with another label is another node to everything that was derived.
+// Changing a node's type or label invalidates everything derived from it.
 std::int32_t CProjectModel::ChangeNodeIdentity(CXmlNode& node, const std::string& property,
                                                const std::string& value) {
   const bool isType = EqualNoCase(property, "Type");
@@ -162,7 +163,7 @@ std::int32_t CProjectModel::ResetStoredProperty(const std::string& changedKey) {
       if (RemoveIfRemovable(*section, section->GetChild(i))) NoteModified();
     }
   }
-  // What became empty on the way up goes; the topmost element stays.
+  // Removes ancestors that became empty, except for the topmost.
   if (section->GetChildCount() == 0) set->RemoveChild(section);
   if (set->GetChildCount() == 0) config->RemoveChild(set);
   if (config->GetChildCount() == 0) options->RemoveChild(config);
@@ -181,7 +182,7 @@ std::int32_t CProjectModel::ResetNodeOptions(CXmlNode* node) {
   {
     const TreeUpdate update(views);
     ResetNodeCache(*node, false);
-    // The property manager holds the values that were just taken away.
+    // The property manager still has the values that were just removed.
     const std::uint64_t epoch = treeEpoch;
     SetCurrentNode(node);
     if (treeEpoch == epoch) RestorePropState(*node);

@@ -20,14 +20,14 @@ void ForEachElement(const CXmlNode& node, OnElement&& onElement) {
   }
 }
 
-// <C> "main.c"
+// Returns a description such as: <C> "main.c"
 std::string Describe(const CXmlNode& node) {
   const char* header = node.GetAttrValue("Header");
   const std::string tag = "<" + node.GetName() + ">";
   return header == nullptr ? tag : tag + " \"" + header + "\"";
 }
 
-// The level that an element of this name has below Options, or -1.
+// Returns the level below Options at which elements of this name belong, or -1.
 int LevelOf(std::string_view name) {
   for (int level = 0; level <= kPropertyLevel; ++level) {
     if (kOptionLevels[level] == name) return level;
@@ -43,8 +43,9 @@ void StructureCheck::CheckFile(const CXmlNode& root, const std::vector<std::stri
   CheckNode(root, nullptr, true);
 }
 
-// With options of no configuration an application would be built as nobody has meant it. One that
-// is not offered, but has options, is meant; an application that lists none may be in any.
+// If the active configuration is unknown, the application would be built without any options, which
+// is never intended. A configuration that is not listed but has options is valid; an application
+// that lists none may use any.
 void StructureCheck::CheckChosenConfig(const CXmlNode& root) {
   const std::string config = TextOf(root.GetAttrValue("Config"));
   const bool isChosen = (types.FlagsOf(root) & kTypeApplication) != 0 && !config.empty();
@@ -70,7 +71,7 @@ bool StructureCheck::HasOwnFile(const CXmlNode& node) const {
 
 bool StructureCheck::IsNodeAmong(const CXmlNode& holder, const CXmlNode& node) const {
   if (!IsKnown(node)) return false;
-  // What a tool reports has the name of a type, but no path.
+  // Dependencies that a tool reported are named like a type but have no path.
   const bool mayBeReported = holder.NameView() == "Dependencies";
   return !mayBeReported || (types.FlagsOf(node) & kTypePath) == 0 || node.GetAttr("Path");
 }
@@ -128,7 +129,7 @@ void StructureCheck::CheckNode(const CXmlNode& node, const CXmlNode* leaf, bool 
 void StructureCheck::CheckOptions(const CXmlNode& parent, int level) {
   ForEachElement(parent, [&](const CXmlNode& child) {
     const int usual = LevelOf(child.NameView());
-    // Below the properties a name is a node's only if it has a file.
+    // Below property level, a name denotes a node only if it has a file.
     if (IsKnown(child) && (level <= kPropertyLevel || child.GetAttr("Path"))) {
       return Report(child, "is in <Options>, where no node is read", true);
     }

@@ -1,7 +1,8 @@
-// Reading of project and application files, and the paths in them; SaveFiles.cpp writes them.
+// Reading project and application files, and resolving the paths in them. SaveFiles.cpp writes
+// them.
 //
-// A tree is cut into files at the direct children of a file's root: such a child with an `Extern`
-// file has all its content there and stands in its parent's file with its attributes alone.
+// A tree is split into files at the direct children of a file's root: the content of a child with
+// an `Extern` file is stored there, and the parent's file has only its attributes.
 
 #include <algorithm>
 
@@ -19,8 +20,8 @@ namespace tarn {
 
 namespace {
 
-// An element as the file that names its own file has it. What the own file does not say of its
-// place in the project is kept, or a damaged file would take the reference to itself away.
+// An element as it appears in the file that references its separate file. Attributes that the
+// separate file omits are kept, or a damaged file would remove the reference to itself.
 class BareElement {
  public:
   explicit BareElement(const CXmlNode& node) : name(node.GetName()) {
@@ -39,9 +40,9 @@ class BareElement {
     }
   }
 
-  // Reports a root that cannot be meant, and gives it its name back unless the file can have such a
-  // root. A node that is being added, which has no parent yet, may become an application of another
-  // type. Returns whether the node has the name that the file says.
+  // Reports an impossible root element and restores the node's name, unless the file may have that
+  // root. A node that is being added, which has no parent yet, may become an application of a
+  // different type. Returns true if the node has the name given in the file.
   bool CheckName(CXmlNode& node, bool isProject, const NodeTypes& types,
                  DamageCollector& found) const {
     CXmlNode named;
@@ -65,7 +66,8 @@ class BareElement {
   std::vector<std::pair<std::string, std::string>> attributes;
 };
 
-// Cached values are no part of a file; a node that came with some would never be published.
+// Removes cached values. They do not belong in a file, and a node that had some would never be
+// published.
 void DropStoredValues(CXmlNode& node) {
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode* child = node.GetChild(i);
@@ -115,7 +117,7 @@ std::string CProjectModel::PathBaseBelow(const CXmlNode& parent) const {
 std::string CProjectModel::FolderOfOwner(const CXmlNode* owner) const {
   const char* path = owner == nullptr ? nullptr : owner->GetAttrValue("Path");
   if (path == nullptr) return {};
-  // The path of an application that was never published is still in its form on disk.
+  // An application that was never published still has its path as stored in the file.
   std::string absolute;
   MakeAbsolutePath(path, absolute, nullptr);
   return FolderOf(absolute);
@@ -141,7 +143,7 @@ std::string CProjectModel::GlobalsFileOf(const CXmlNode& application) const {
 std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& fileName) {
   std::string absolute;
   if (!MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
-  // A file that names one of those it is being read for would be read for ever.
+  // A file that references one of its ancestors would be read forever.
   if (std::find(loadingFiles.begin(), loadingFiles.end(), absolute) != loadingFiles.end()) {
     output->WriteMessage(kRowCannotRead, {absolute}, "it refers to itself");
     return 0;
@@ -157,8 +159,8 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
   const bool isReplaced = replaced != nullptr && replaced->Find(absolute) != nullptr;
   const bool isThere = isReplaced || CheckFileAccess(files, absolute, kMustExist, *output) != 0;
   if (!isThere || treeEpoch != epoch) return 0;
-  // A read-only project is read all the same; the log says that it cannot be saved. Why a file
-  // can't be read is said below.
+  // A read-only project is opened anyway; the log says that it cannot be saved. A file that can't
+  // be read is reported below.
   if (!isReplaced && !onlyReads && files.CanRead(absolute)) {
     CheckFileAccess(files, absolute, kMustBeWritable, *output);
   }
@@ -181,7 +183,7 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
       FileDamage unread{absolute, 0, "reading the file failed: " + text.GetError().text};
       unread.isUnread = true;
       SetDamageOf(absolute, {unread});
-      // The root still has the attributes of the project before.
+      // The root still has the attributes of the previous project.
       if (&node == projectRoot.get()) node.Clear();
       return 1;
     }
@@ -196,7 +198,7 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   const bool isWellFormed = read != TreeRead::Malformed;
   const bool holdsValues = collector.HasCData();
   const bool isWhole = read == TreeRead::Whole;
-  // What a parse that broke off has read need not be where it belongs.
+  // A parse that failed part-way may have put elements in wrong positions.
   bool hasName = true;
   if (isWellFormed) {
     hasName = bare.CheckName(node, &node == projectRoot.get(), types, collector);
@@ -206,7 +208,7 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
     }).CheckFile(node, loadingFiles);
   }
   std::vector<FileDamage> found = collector.Collect(absolute);
-  // What the tree keeps of damage need not come back to where it was.
+  // Damage kept in the tree is not necessarily written back to the same position.
   guard.NoteRead(absolute, *text, !isWhole || !found.empty());
   if (own != nullptr) guard.TakeOver(replaced->former, absolute);
   SetDamageOf(absolute, std::move(found));
@@ -216,7 +218,7 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   return treeEpoch == epoch ? 1 : 0;
 }
 
-// A line of the log, not a message: the host has methods to ask for it.
+// Logged rather than sent as messages: hosts can query the damage.
 void CProjectModel::SetDamageOf(const std::string& absolute, std::vector<FileDamage> found) {
   std::erase_if(damage, [&](const FileDamage& each) { return each.file == absolute; });
   for (FileDamage& each : found) AddDamage(std::move(each));
@@ -224,13 +226,13 @@ void CProjectModel::SetDamageOf(const std::string& absolute, std::vector<FileDam
 
 void CProjectModel::AddDamage(FileDamage found) {
   output->AddOutput(found.ToString());
-  // The project that stands in for none holds nothing of the user's.
+  // The placeholder project contains nothing of the user's.
   if (isDefaultProject == 0) damage.push_back(std::move(found));
 }
 
-// The project file names each application that it has and, by its label, the active one. If that
-// one is not there, its line has been lost. The label may be that in the project file or that in
-// the application's own file.
+// The project file lists its applications and names the active one by its label. If no listed
+// application has that label, a line was lost. The label may be the one in the project file or the
+// one in the application's own file.
 void CProjectModel::CheckActiveApplication() {
   const std::string active = TextOf(projectRoot->GetAttrValue("ActiveApp"));
   const std::string* const text = guard.TextOf(projectPath);
@@ -252,8 +254,8 @@ void CProjectModel::CheckActiveApplication() {
   guard.NoteDamaged(projectPath);
 }
 
-// An application is where it was read from, whatever its own file says of that: it may have been
-// moved, or belong to a project in another folder as well.
+// An application's path is where it was read from, whatever its file says: it may have been moved
+// or be shared with a project in another folder.
 void CProjectModel::SetReference(CXmlNode& node, const std::string& fileName) {
   const auto resolve = [this, &node](const char* name) {
     std::string absolute;
@@ -302,7 +304,7 @@ void CProjectModel::StripForSave(CXmlNode& node, bool dropDependencies) {
 }
 
 void CProjectModel::StripSubtree(CXmlNode& node, bool dropDependencies) {
-  // Children first: the paths below are relative to a path that must still be absolute.
+  // Children first: their paths are relative to a path that must still be absolute.
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode* child = node.GetChild(i);
     const std::string_view name = child->NameView();

@@ -18,10 +18,10 @@ namespace {
 
 using Value = std::optional<std::string>;
 
-// The attributes of a node by name, of several with one name the first. The node outlives it.
+// A node's attributes by name; if a name is repeated, the first wins. Borrows the node.
 class AttributeValues {
  public:
-  // nullptr for no attributes.
+  // nullptr means no attributes.
   explicit AttributeValues(const CXmlNode* node) {
     if (node == nullptr) return;
     for (const CXmlAttr& each : node->Attributes())
@@ -43,7 +43,7 @@ std::string LabelOf(const CXmlNode& node) {
   return node.GetName();
 }
 
-// Whether name, value and attributes are the same.
+// Returns true if name, value and attributes are equal.
 bool IsSameElement(const CXmlNode& one, const CXmlNode& other) {
   if (one.GetType() != other.GetType() || one.NameView() != other.NameView() ||
       one.ValueView() != other.ValueView() || one.GetAttrCount() != other.GetAttrCount()) {
@@ -56,15 +56,15 @@ bool IsSameElement(const CXmlNode& one, const CXmlNode& other) {
   return true;
 }
 
-// Makes `copy`, which is empty, an element of that name, value and attributes.
+// Copies name, value and attributes to `copy`, which must be empty.
 void CopyElement(const CXmlNode& node, CXmlNode& copy) {
   copy.SetName(node.GetName());
   copy.SetValue(node.GetValue());
   for (const CXmlAttr& each : node.Attributes()) copy.AddAttr(each.GetName(), each.GetValue());
 }
 
-// Returns whether an element is there for what it holds: stored options and configurations, and the
-// levels in them. The system removes one that is empty.
+// Returns true for elements that only exist for their content: stored options and configurations,
+// and the levels in them. Such an element is removed when it becomes empty.
 bool IsContainer(const CXmlNode& node) {
   const CXmlNode* level = &node;
   while (level != nullptr && level->NameView() != "Options" && level->NameView() != "Configs") {
@@ -73,7 +73,7 @@ bool IsContainer(const CXmlNode& node) {
   return level != nullptr && node.GetChildCount() > 0;
 }
 
-// A child of the merged element and what each version has of it; null where that has none.
+// A child of the merged element, with its counterpart in each version, or nullptr.
 struct Item {
   const CXmlNode* base = nullptr;
   const CXmlNode* theirs = nullptr;
@@ -82,8 +82,8 @@ struct Item {
 
 enum class Side : std::uint8_t { Theirs, Ours };
 
-// Which element is which in the three versions, and the nodes that a side has moved to another
-// element while the other side kept them.
+// The matching of elements in the three versions, and the nodes that one side moved to a different
+// element while the other kept them.
 class Versions {
  public:
   Versions(const CXmlNode& base, const CXmlNode& theirs, const CXmlNode& ours,
@@ -102,14 +102,14 @@ class Versions {
     return side == Side::Ours ? toOurs.SourceOf(node) : toTheirs.SourceOf(node);
   }
   bool IsMoved(const CXmlNode* base) const { return base != nullptr && moved.contains(base); }
-  // The side whose place for a moved node holds: ours, if both have moved it.
+  // The side that determines the position of a moved node: ours if both moved it.
   Side PlaceOf(const CXmlNode& base) const {
     return toOurs.GetMoved().contains(&base) ? Side::Ours : Side::Theirs;
   }
   Item ItemOf(const CXmlNode& base) const {
     return {&base, toTheirs.PartnerOf(base), toOurs.PartnerOf(base)};
   }
-  // Both sides have moved the node, to different elements.
+  // Returns true if the sides moved the node to different elements.
   bool IsTorn(const CXmlNode& base) const;
 
  private:
@@ -124,38 +124,38 @@ bool Versions::IsTorn(const CXmlNode& base) const {
   const CXmlNode& ours = *toOurs.PartnerOf(base)->GetParent();
   const CXmlNode* const source = toTheirs.SourceOf(theirs);
   if (source != toOurs.SourceOf(ours)) return true;
-  // Elements that both sides have added are the same if they have the same label.
+  // Elements added by both sides are the same if their labels are equal.
   return source == nullptr && LabelOf(theirs) != LabelOf(ours);
 }
 
-// The children of the three versions of one element, paired. An element that both sides have added
-// has no base. A node that was moved is a child of the element that it was moved to.
+// The paired children of the three versions of one element. A child added by both sides has no
+// base. A moved node is a child of the element it was moved to.
 class ItemList {
  public:
   ItemList(const Item& parent, const Versions& pairing);
 
-  // In the order of the side that changed it, or else of the other; what only one side has comes
-  // after the same neighbour as there.
+  // Returns the items in the order of the side that changed it, else of the other one. Items that
+  // only one side has follow the same neighbor as on that side.
   std::vector<Item> InOrder() const;
 
  private:
   using Places = std::vector<std::size_t>;
 
-  // Children of one side that are not in the base, with their items.
+  // Children of one side that are not in the base, with their item indices.
   struct Added {
     ChildPairs::Children nodes;
     Places places;
   };
 
-  // Puts the children of one side into `items` and `order`.
+  // Adds the children of one side to `items` and `order`.
   Added AddSide(Side side, const Item& parent, Places& order);
   void JoinAdded(const Added& theirs, const Added& ours);
   bool IsOrderOfBase(const Places& side) const;
 
   const Versions& versions;
   std::vector<Item> items;                                     // those of the base first
-  std::unordered_map<const CXmlNode*, std::size_t> baseItems;  // where these are
-  Places inTheirs;                                             // items in the order of the version
+  std::unordered_map<const CXmlNode*, std::size_t> baseItems;  // their indices
+  Places inTheirs;  // item indices in the order of each version
   Places inOurs;
 };
 
@@ -194,7 +194,7 @@ ItemList::Added ItemList::AddSide(Side side, const Item& parent, Places& order) 
   return added;
 }
 
-// What both sides have added is one item.
+// Joins children added by both sides into one item.
 void ItemList::JoinAdded(const Added& theirs, const Added& ours) {
   const ChildPairs pairs(ours.nodes, theirs.nodes, ChildPairs::Match::Exactly);
   std::unordered_map<std::size_t, std::size_t> joined;
@@ -209,7 +209,7 @@ void ItemList::JoinAdded(const Added& theirs, const Added& ours) {
   }
 }
 
-// Items of the base come first, so their numbers are their order.
+// Items of the base come first, so their indices reflect the base's order.
 bool ItemList::IsOrderOfBase(const Places& side) const {
   std::size_t last = 0;
   for (const std::size_t at : side) {
@@ -226,7 +226,7 @@ std::vector<Item> ItemList::InOrder() const {
   const Places& other = followsTheirs ? inOurs : inTheirs;
   std::vector<bool> isPlaced(items.size(), false);
   for (const std::size_t at : leading) isPlaced[at] = true;
-  // What only the other side has, by the item that it comes after; the last entry is the start.
+  // Items only the other side has, by the item they follow; the last list belongs at the start.
   std::vector<Places> followers(items.size() + 1);
   std::size_t anchor = items.size();
   for (const std::size_t at : other) {
@@ -248,29 +248,33 @@ std::vector<Item> ItemList::InOrder() const {
   return result;
 }
 
+// Merges matched elements recursively from the root: name, value and attributes individually, then
+// the children in the order given by ItemList. Records conflicts with the path of their element.
+// Takes expected linear time in the size of the three trees.
 class Merger {
  public:
   Merger(const Versions& pairing, std::vector<TreeConflict>& list)
       : versions(pairing), conflicts(list) {}
 
-  // Fills `out`, which is empty, from versions of which `theirs` and `ours` are there.
+  // Fills `out`, which must be empty. `theirs` and `ours` must not be null.
   void Merge(const Item& from, CXmlNode& out);
 
  private:
   void MergeAttributes(const Item& from, CXmlNode& out);
   void MergeChild(const Item& item, CXmlNode& out);
   void MergeContainer(const Item& item, CXmlNode& out);
-  // Adds what one side alone has, less the nodes that were moved from there.
+  // Adds an element that only one side has, without the nodes that were moved out of it.
   void AddFrom(Side side, const CXmlNode& node, CXmlNode& out);
-  // Returns whether a side changed nothing in an element, except for nodes that were moved from it.
+  // Returns true if the side changed nothing in the element except for moving nodes out of it.
   bool IsUnchanged(const CXmlNode& base, Side side, const CXmlNode& node) const;
-  // The value after both changes. What ours has wins over what is not `isOwn` to a side.
+  // Returns the value after both changes. Our value wins; if both sides changed it differently,
+  // reports a conflict unless it is derived.
   Value Choose(const Value& base, const Value& theirs, const Value& ours, const std::string& what);
   void Report(const std::string& what);
 
   const Versions& versions;
   std::vector<TreeConflict>& conflicts;
-  std::vector<std::string> labels;  // of the elements from below the root to the one at work
+  std::vector<std::string> labels;  // path of the current element, without the root
 };
 
 void Merger::Report(const std::string& what) {
@@ -337,7 +341,7 @@ void Merger::MergeChild(const Item& item, CXmlNode& out) {
   labels.pop_back();
 }
 
-// A side that has removed it has removed each thing that was in it.
+// The side that removed a container removed each element in it.
 void Merger::MergeContainer(const Item& item, CXmlNode& out) {
   CXmlNode empty;
   CopyElement(*item.base, empty);
@@ -348,7 +352,7 @@ void Merger::MergeContainer(const Item& item, CXmlNode& out) {
   if (merged.GetChildCount() == 0) out.RemoveChild(&merged);
 }
 
-// The other side has the element as well then, and nothing in it.
+// Merges with an empty element as the other side, so that nodes moved elsewhere are left out.
 void Merger::AddFrom(Side side, const CXmlNode& node, CXmlNode& out) {
   if (!versions.HasMoves()) {
     out.AppendCopy(node);

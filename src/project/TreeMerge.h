@@ -9,26 +9,28 @@
 
 namespace tarn {
 
-// A place in a file that two sides changed in different ways. What this side made of it stays.
+// A position in a file that two sides changed differently. Our side's version is kept.
 struct TreeConflict {
-  std::string place;  // labels below the root, joined by "/"
+  std::string place;  // labels below the root, joined with "/"
   std::string what;
 };
 
+// Result of a merge.
 struct MergedTree {
   std::unique_ptr<CXmlNode> root;
   std::vector<TreeConflict> conflicts;
 };
 
-// Three-way merge: what two sides made of one tree, put together attribute by attribute and child
-// by child. What only one side changed, added or removed is in the result. Where both changed the
-// same, `ours` wins; what one side removed and the other changed stays. Both are conflicts. A file
-// node that one side moved to another element has the other side's changes there; TreePairs says
-// what counts as moved, and what `wasMoved` is for.
+// Three-way merge of XML trees, attribute by attribute and child by child. Changes, additions and
+// removals made by one side only are applied. If both sides changed the same value, `ours` wins; an
+// element that one side removed and the other changed is kept. Both cases are reported as
+// conflicts. A file node that one side moved to a different element receives the other side's
+// changes there; TreePairs defines what counts as moved, and the use of `wasMoved`. Elements are
+// matched in linear time.
 MergedTree MergeTrees(const CXmlNode& base, const CXmlNode& theirs, const CXmlNode& ours,
                       const FileMoved& wasMoved = {});
 
-// Whether two trees hold the same: names, values, attributes and children in their order.
+// Returns true if two trees are equal: names, values, attributes, and children in order.
 bool IsSameTree(const CXmlNode& one, const CXmlNode& other);
 
 }  // namespace tarn

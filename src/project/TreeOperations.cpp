@@ -1,4 +1,4 @@
-// Changes to the shape of the tree and to what in it is active.
+// Changes to the tree's structure, and to which of its nodes are active.
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
@@ -10,7 +10,7 @@ namespace tarn {
 
 namespace {
 
-// What was derived for the place that a copy was taken from.
+// Removes data derived for the location that the copy was taken from.
 void ForgetDerived(CXmlNode& node) {
   if (CXmlAttr* built = node.GetAttr("LastBuilt")) node.RemoveAttr(built);
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
@@ -27,7 +27,7 @@ void ForgetDerived(CXmlNode& node) {
 
 CXmlNode* CProjectModel::GetCurrentNode() {
   if (CXmlNode* selected = views.GetSelectedNode()) return selected;
-  // A build goes through the nodes without choosing them.
+  // A build traverses the nodes without selecting them.
   if (IsWorkerAlive() && worker->notedNode != nullptr) return worker->notedNode;
   if (walksHere > 0 && notedHere != nullptr) return notedHere;
   if (currentNode != nullptr) return currentNode;
@@ -94,7 +94,7 @@ std::int32_t CProjectModel::RemoveItem(const char* itemname) {
     const TreeUpdate update(views, UpdateScope::Told);
     FreeSubtree(*holder, node);
     views.TellUpdated(*holder);
-    // Otherwise a namesake of the removed node would be selected, if only for a moment.
+    // Otherwise a node with the same name would be selected for a moment.
     if (views.GetSelectedNode() == nullptr) views.SelectTreeNode(holder);
     epoch = treeEpoch;
   }
@@ -109,7 +109,7 @@ std::int32_t CProjectModel::CopyNode(CXmlNode* node) {
   if (node == nullptr) return 0;
   clipboardNode = std::make_unique<CXmlNode>();
   clipboardNode->CopyFrom(*node);
-  // The copy may come to lie below an application of another folder.
+  // The copy may be pasted into an application in a different folder.
   MakePathsAbsolute(*clipboardNode, PathBaseOf(*node));
   return 1;
 }
@@ -131,7 +131,8 @@ void CProjectModel::MakePathsAbsolute(CXmlNode& node, const std::string& base) c
   }
 }
 
-// A copy of the clipboard at the target, not yet selected; null where the types refuse it.
+// Pastes a copy of the clipboard at the target without selecting it. Returns nullptr if the types
+// forbid it.
 CXmlNode* CProjectModel::Paste(CXmlNode* target) {
   const bool isBefore = target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0;
   CXmlNode* const holder = isBefore ? target->GetParent() : target;
@@ -171,7 +172,7 @@ CXmlNode* CProjectModel::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> 
   CXmlNode* attached = nullptr;
   std::uint64_t epoch = 0;
   {
-    const TreeUpdate update(views, UpdateScope::Told);  // notes first which nodes are open now
+    const TreeUpdate update(views, UpdateScope::Told);  // records first which nodes are expanded
     if (opens == Opens::Yes) parent.SetAttrValue("sate", "32");
     attached = parent.InsertChildBefore(std::move(node), before);
     views.TellUpdated(parent);
@@ -211,7 +212,7 @@ void CProjectModel::ForgetPointersInto(const CXmlNode& node) {
   if (liesBelow(notedHere)) notedHere = nullptr;
   if (!IsWorkerAlive()) return;
   if (liesBelow(worker->notedNode)) worker->notedNode = nullptr;
-  // A walk that began there has lost its tree.
+  // A build that started in this subtree has lost its tree.
   if (liesBelow(worker->node)) ++treeEpoch;
 }
 
@@ -225,7 +226,7 @@ void CProjectModel::NoteUnpublished() {
   ++outputEpoch;
   toolCommands.Invalidate();
   ForgetKeptTexts();
-  fileTimes.Forget();  // and with them what a walk knows of the nodes ahead
+  fileTimes.Forget();  // also invalidates what a build prefetched
 }
 
 }  // namespace tarn

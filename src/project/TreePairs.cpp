@@ -23,7 +23,7 @@ bool IsFileNode(const CXmlNode& node) {
          });
 }
 
-// File nodes below `node` that `isPaired` denies.
+// Collects the file nodes below `node` for which `isPaired` returns false.
 template <class IsPaired>
 void CollectLeftovers(const CXmlNode& node, const IsPaired& isPaired,
                       std::vector<const CXmlNode*>& list) {
@@ -40,7 +40,7 @@ std::string KeyWith(const CXmlNode& node, std::initializer_list<const char*> att
   return key;
 }
 
-// `parent` stands for the element that the node is in, in both versions.
+// `parent` identifies the element that contains the node, in either version.
 std::string KeyWithin(const CXmlNode& node, const CXmlNode* parent) {
   return std::string(node.NameView()) + "\n" +
          std::to_string(reinterpret_cast<std::uintptr_t>(parent));

@@ -10,27 +10,28 @@
 
 namespace tarn {
 
-// Returns whether what a node named by the first path can be what one names by the second path now:
-// the file was moved on the disk. Both are as the trees have them.
+// Returns true if the file at path `from` may have been moved on disk to path `to`. Both paths are
+// as the trees have them.
 using FileMoved = std::function<bool(const std::string& from, const std::string& to)>;
 
-// Says which element of one version of a tree is which of another version.
+// Matches the elements of two versions of a tree.
 //
-// Elements are paired level by level as ChildPairs does. File nodes (with `Path`, without nodes
-// below them) that are left over anywhere are paired if they are the only ones with that type and
-// path: such a node was moved within the tree. So are those with the same label, or in the same
-// element, if the file was moved on the disk. Linear in the size of both trees.
+// Elements are paired level by level, see ChildPairs. File nodes (with `Path`, without nodes below
+// them) left over anywhere in the tree are then paired if their type and path are unique among the
+// leftovers: such a node was moved within the tree. If the file was moved on disk, leftovers with
+// the same label or in the same element are paired under the same condition. Linear in the size of
+// both trees.
 //
 // Borrows both trees, which must not change.
 class TreePairs {
  public:
   TreePairs(const CXmlNode& from, const CXmlNode& to, const FileMoved& wasMoved);
 
-  // The partner in the other version; null for an element that has none.
+  // Returns the partner in the second version, or nullptr.
   const CXmlNode* PartnerOf(const CXmlNode& fromNode) const { return Find(partners, fromNode); }
-  // The same, from the second version to the first.
+  // Returns the partner in the first version, or nullptr.
   const CXmlNode* SourceOf(const CXmlNode& toNode) const { return Find(sources, toNode); }
-  // Elements of the first version whose partner is in another element than they were.
+  // Elements of the first version whose partner has a different parent.
   const std::unordered_set<const CXmlNode*>& GetMoved() const { return moved; }
 
  private:
@@ -43,7 +44,8 @@ class TreePairs {
   }
   void PairChildren(const CXmlNode& from, const CXmlNode& to);
   void PairLeftovers(const CXmlNode& from, const CXmlNode& to, const FileMoved& wasMoved);
-  // Pairs nodes that are the only ones with their key in both lists. `mustMove` may be null.
+  // Pairs nodes whose key is unique in both lists. If `mustMove` is not null, it has to accept
+  // their paths.
   template <class FromKey, class ToKey>
   void PairBy(const Nodes& from, const Nodes& to, FromKey fromKey, ToKey toKey,
               const FileMoved* mustMove);

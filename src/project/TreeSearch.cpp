@@ -40,7 +40,7 @@ void FindTreeNode(const char* value, const char* attrName, CXmlNode* start, CXml
 }
 
 CXmlNode* FindStoredValues(const CXmlNode& node) {
-  // Publishing appends the values, so they stand near the end.
+  // Publishing appends the values, so they are near the end.
   for (int i = node.GetChildCount() - 1; i >= 0; --i) {
     CXmlNode* child = node.GetChild(i);
     if (child->GetType() == XmlCData && child->NameView() == "#CDATA") return child;

@@ -4,19 +4,19 @@
 
 namespace tarn {
 
-// Looks at the children of `parent` from the last to the first for one whose attribute `attrName`
-// equals `value`, or, with a null `attrName`, whose element name does; without regard to case. The
-// first match goes into `found`, which otherwise stays as it was. Null arguments find nothing.
+// Searches the direct children of `parent`, last to first, for one whose attribute `attrName`
+// equals `value`, ignoring case; a null `attrName` compares the element name. Stores the first
+// match in `found`, which is unchanged if there is none. Null arguments find nothing.
 void FindChildNode(const char* value, const char* attrName, const CXmlNode* parent,
                    CXmlNode*& found);
 
-// Looks at `start` and everything below in document order. A match goes into `found` and hides
-// what lies below it, but the search goes on elsewhere, so the last match wins. Elements that only
-// carry a node's data are left out: a stored configuration or a dependency is not what its label
-// or path stands for.
+// Searches `start` and its descendants in document order. A match is stored in `found` and its
+// subtree is skipped, but the search continues, so the last match wins. Skips elements that only
+// carry a node's data, because the label or path of a stored configuration or a dependency does not
+// identify a node.
 void FindTreeNode(const char* value, const char* attrName, CXmlNode* start, CXmlNode*& found);
 
-// The node's cached option values, or null when it is not published.
+// Returns the node's cached option values, or nullptr if it is not published.
 CXmlNode* FindStoredValues(const CXmlNode& node);
 
 }  // namespace tarn

@@ -11,8 +11,8 @@ namespace tarn {
 
 namespace {
 
-// Returns the position after the comments before the root, and after a byte order mark and an XML
-// declaration ahead of them: the reader would give the comments to the parent.
+// Returns the position after a byte order mark, an XML declaration and comments before the root.
+// The parser would assign these comments to the parent.
 const char* SkipRemarks(const std::string& text) {
   constexpr std::string_view kRemarks[][2] = {{"<!--", "-->"}, {"<?xml ", "?>"}};
   std::size_t start = text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
@@ -31,15 +31,14 @@ const char* SkipRemarks(const std::string& text) {
   return text.c_str() + start;
 }
 
-// Nothing stands in front of the root's own tag, such as a comment, which would not be written
-// back.
+// Returns true if nothing precedes the root's start tag. A comment there would not be written back.
 bool BeginsWith(std::string_view text, const CXmlNode& root) {
   text = Trim(text);
   return text.starts_with('<') && text.substr(1).starts_with(root.NameView());
 }
 
-// The text ended with the root's own closing tag, or the root is an empty element. Where it did
-// not, the file was cut and what came after the cut is not in the tree.
+// Returns true if the text ends with the root's end tag, or the root is an empty element. Otherwise
+// the file was truncated, and the tree lacks the rest.
 bool IsClosed(std::string_view text, const CXmlNode& root) {
   text = Trim(text);
   const std::string_view name = root.NameView();
@@ -58,7 +57,7 @@ void DropBlankValues(CXmlNode& node) {
 }
 
 bool HasLineFeedsAlone(std::string_view text) {
-  std::ptrdiff_t balance = 0;  // lines that end in a line feed alone, less the others
+  std::ptrdiff_t balance = 0;  // lines that end in LF minus lines that end in CR LF
   bool isFirstAlone = false;
   std::size_t end = text.find('\n');
   for (bool isFirst = true; end != text.npos; end = text.find('\n', end + 1), isFirst = false) {

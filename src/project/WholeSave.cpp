@@ -1,4 +1,4 @@
-// A save that writes all files of a project or none.
+// Atomic save: writes all files of a project or none.
 
 #include <algorithm>
 
@@ -7,7 +7,6 @@
 
 namespace tarn {
 
-// All files are written, or none.
 void CProjectModel::SaveAllPending(std::vector<PendingFile>& pending) {
   const FileSaver saver(files, guard, types);
   std::vector<FileBytes> list;

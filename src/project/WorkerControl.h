@@ -12,22 +12,23 @@ namespace tarn {
 
 class CProjectModel;
 
-// What a worker thread and the model share. Everything but `alive` is set before the thread starts
-// and, unless it says otherwise, touched only in the worker's steps on the host's thread.
+// State shared by the worker thread and the model. Everything except `alive` is set before the
+// thread starts and afterwards, unless noted otherwise, accessed only by tasks that the worker
+// posts to the main thread.
 struct WorkerControl {
-  std::shared_ptr<MessageLoop> loop;  // of the host's thread
+  std::shared_ptr<MessageLoop> loop;  // of the main thread
   CProjectModel* model = nullptr;
-  CXmlNode* node = nullptr;  // where the build starts
-  bool isBuild = true;       // a walk, as against one tool
+  CXmlNode* node = nullptr;  // root of the build
+  bool isBuild = true;       // a build walk rather than a single tool
   CXmlNode* notedApplication = nullptr;
   CXmlNode* notedNode = nullptr;
-  // What the walk itself has selected, which the window then tells like a choice of the user's.
-  // Compared only.
+  // Node that the walk itself has selected. The window reports this selection like one of the
+  // user's. Used for comparison only.
   const CXmlNode* chosenByWalk = nullptr;
   std::uint64_t epoch = 0;
-  bool isInStep = false;  // a step is running
+  bool isInStep = false;  // a task is running
   std::atomic<bool> alive{true};
-  // Run on the host's thread when the worker has sent its last message.
+  // Runs on the main thread after the worker has sent its last message.
   std::function<void()> afterEnd;
 };
 

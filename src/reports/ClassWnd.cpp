@@ -107,7 +107,7 @@ void CClassWnd::Redraw() {
 
 void CClassWnd::SetContents(std::unique_ptr<CXmlNode> newTree,
                             std::unique_ptr<CXmlNode> newChoices) {
-  // Nothing that the tree shows is freed before it shows something else.
+  // The control must stop showing the old tree before that is freed.
   SetTree(nullptr);
   root.reset();
   shownTree = std::move(newTree);
@@ -174,7 +174,7 @@ void CClassWnd::OpenDeclaration() {
   const char* file = node->GetAttrValue("DeclFile");
   const char* line = node->GetAttrValue("DeclLine");
   if (file == nullptr || line == nullptr) return;
-  // The node may go while the host acts.
+  // The host may destroy the node while it handles the message.
   const std::string path = file;
   SendWindowMessage(hostWindow, kMsgOpenFileAtLine, reinterpret_cast<std::intptr_t>(path.c_str()),
                     ParseDecimal(line));

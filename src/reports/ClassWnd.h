@@ -12,43 +12,46 @@
 
 namespace tarn {
 
-// The tree of the class view.
+// Tree control of the class view.
 class CXmlGlobalsCtrl : public CXmlTreeCtrl {
  public:
   ~CXmlGlobalsCtrl() override;
 };
 
-// The class view of the globals: a tree of symbols below a tool bar that sorts it. No tool gives
-// such a tree yet, so it stays empty until somebody hands one over.
+// Class view of the globals: a tree of symbols below a tool bar with a sort menu. No tool produces
+// such a tree yet, so it stays empty until SetContents() is called.
 class CClassWnd : public CWnd, public IClassWindow {
  public:
-  // All borrowed; `host` is 0 for none. Pictures come from "resources" below `configFolder`.
+  // All arguments are borrowed; `host` is 0 for no host. Images are loaded from "resources" below
+  // `configFolder`.
   CClassWnd(FileSystem& fileSystem, Settings& profile, WindowHandle host,
             const std::string& configFolder);
   ~CClassWnd() override;
 
-  // Pictures for the kinds of elements that are known, and for those that can be sorted by.
+  // Loads the icons of the known kinds of elements and of the sort choices.
   virtual void CreateImages();
-  // Shows a tree of somebody else's, null for none; borrowed until the next one.
+  // Shows a tree that the caller owns, or nothing if `node` is null. Borrowed until the next call.
   virtual void SetTree(CXmlNode* node);
-  // A globals file has nothing for this view. Always 1.
+  // No-op: a globals file has no data for this view. Always returns 1.
   virtual int Load(const std::string& path);
   void SetGlobalsFile(const std::string& path) override { Load(path); }
+  // Removes the tree and the sort choices.
   void Clear() override;
+  // Returns the node of the last selection or mouse action; nullptr if there is none.
   virtual CXmlNode* GetCurrentNode();
   virtual void SelectNode(const CXmlNode* node);
   virtual void Redraw();
 
-  // What is shown, and a child `Row` for each attribute that it can be sorted by: `Header` is its
-  // name, `Icon` that of a picture. Shows it in its own order.
+  // Shows `newTree` in its own order. `newChoices` has a child `Row` for each attribute that the
+  // tree can be sorted by: `Header` is the attribute's name, `Icon` the name of an image.
   void SetContents(std::unique_ptr<CXmlNode> newTree, std::unique_ptr<CXmlNode> newChoices);
-  // The choice that was sorted by last, also in an earlier session; -1 for none.
+  // Returns the last sort choice, which may be from an earlier session; -1 if there is none.
   int GetSortIndex() const { return sortIndex; }
 
   CXmlGlobalsCtrl& GetTree() { return tree; }
   CToolBar& GetToolBar() { return toolBar; }
 
-  // Numbers of the choices of the drop-down button, and the button itself.
+  // Command ids of the choices in the drop-down menu, and of the button itself.
   static constexpr int kFirstSortCommand = 8192;
   static constexpr int kLastSortCommand = 8212;
   static constexpr int kSortButton = 32778;
@@ -68,14 +71,17 @@ class CClassWnd : public CWnd, public IClassWindow {
   std::shared_ptr<const Bitmap> LoadPicture(const std::string& name) const;
   void AddChoiceImages();
   std::unique_ptr<CMenu> MakeSortMenu() const;
+  // Sorts a copy of the tree's top-level children by the attribute of a choice (stable,
+  // case-insensitive) and saves the choice in the user's settings.
   void SortBy(int choice);
+  // Notifies the host of the declaration of the current node, if it has one.
   void OpenDeclaration();
 
   FileSystem& files;
   Settings& settings;
   const WindowHandle hostWindow;
   const std::string pictureFolder;
-  std::unique_ptr<CXmlNode> root;  // what the tree shows of shownTree, once it is sorted
+  std::unique_ptr<CXmlNode> root;  // sorted copy of shownTree that the tree shows
   std::unique_ptr<CXmlNode> shownTree;
   std::unique_ptr<CXmlNode> sortChoices;
   CXmlGlobalsCtrl tree;

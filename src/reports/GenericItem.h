@@ -5,15 +5,17 @@
 
 #include "widgets/ReportControl.h"
 
-// The cells and columns of a report that is described by XML.
+// Cells and columns of a report that is described by XML.
 namespace tarn {
 
+// Base class of all cells.
 class CGenericItem : public CReportRecordItem {
  public:
-  // The cell as text, for files and drags.
+  // Returns the value of the cell for files and drags.
   virtual std::string GetValue() const { return {}; }
 };
 
+// Editable text with its own colours.
 class CGenericTextItem : public CGenericItem {
  public:
   CGenericTextItem(std::string text, Color foreground, Color background)
@@ -21,7 +23,7 @@ class CGenericTextItem : public CGenericItem {
 
   std::string GetValue() const override { return value; }
   void SetValue(std::string text) { value = std::move(text); }
-  // Its own caption if it has one, else the value, in its format.
+  // Returns the item's own caption if it has one, else the formatted value.
   std::string GetCaption() const override;
   void GetItemMetrics(ReportItemMetrics& metrics) const override;
   void OnEditChanged(const std::string& text) override { value = text; }
@@ -32,7 +34,7 @@ class CGenericTextItem : public CGenericItem {
   std::string value;
 };
 
-// A check box.
+// Check box.
 class CGenericBoolItem : public CGenericItem {
  public:
   explicit CGenericBoolItem(bool isTicked) {
@@ -43,6 +45,7 @@ class CGenericBoolItem : public CGenericItem {
   std::string GetValue() const override { return IsChecked() ? "TRUE" : "FALSE"; }
 };
 
+// Cell that shows an image of the column's image list.
 class CGenericIconItem : public CGenericItem {
  public:
   std::string GetValue() const override;
@@ -53,6 +56,7 @@ class CGenericHyperlink : public CReportHyperlink {
   using CReportHyperlink::CReportHyperlink;
 };
 
+// Column with the attribute name that its cells are read from.
 class CGenericColumn : public CReportColumn {
  public:
   CGenericColumn(int columnIndex, const std::string& columnCaption, int columnWidth, bool autoSize,
@@ -60,10 +64,10 @@ class CGenericColumn : public CReportColumn {
       : CReportColumn(columnIndex, columnCaption, columnWidth, autoSize, icon, sortable, visible),
         name(columnCaption) {}
 
-  // The attribute of a row that fills it.
+  // Name of the row attribute that supplies the value.
   const std::string& GetName() const { return name; }
   void SetName(std::string attribute) { name = std::move(attribute); }
-  // Every text of it is a hyperlink.
+  // If true, every cell of the column is a hyperlink.
   bool HasHyperlink() const { return hasHyperlink; }
   void SetHasHyperlink(bool has) { hasHyperlink = has; }
 

@@ -15,7 +15,7 @@ constexpr Color kWhite = MakeColor(255, 255, 255);
 constexpr Color kBlack = MakeColor(0, 0, 0);
 constexpr Color kHighlighted = MakeColor(255, 0, 0);
 
-// An empty attribute counts as one that isn't there.
+// An empty attribute is treated as absent.
 Color ColorOf(const CXmlNode& element, const char* name, Color usual) {
   const char* text = element.GetAttrValue(name);
   if (text == nullptr || *text == '\0') return usual;

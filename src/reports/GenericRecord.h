@@ -5,10 +5,11 @@
 
 namespace tarn {
 
-// A row made from an element: a cell for each column, out of the attribute of the column's name.
+// Row created from an element, with a cell for each column; the value is the attribute with the
+// column's name.
 class CGenericRecord : public CReportRecord {
  public:
-  // The columns are CGenericColumn.
+  // All columns must be of type CGenericColumn.
   CGenericRecord(const CXmlNode& element, const CReportColumns& columns);
 };
 

@@ -27,7 +27,8 @@ int NumberOf(const CXmlNode& node, const char* name, int usual) {
   return text == nullptr ? usual : ParseDecimal(text);
 }
 
-// Digits for the record and for each record below it that has more below it, depth first.
+// Returns the expansion state of the record as digits: one for the record and one for each
+// descendant that has children, depth first.
 std::string ShapeOf(CReportRecord& record) {
   std::string shape = record.IsExpanded() ? "1" : "0";
   CReportRecords& children = record.GetChildren();
@@ -57,7 +58,7 @@ CGenericReport::~CGenericReport() {
 }
 
 bool CGenericReport::OnCreate() {
-  // A window that is made a second time shows its definition once.
+  // If the window is created a second time, old rows and columns are removed first.
   RemoveAllRecords();
   RemoveColumns();
   if (!BuildFromDefinition()) return false;
@@ -78,7 +79,7 @@ bool CGenericReport::BuildFromDefinition() {
   return true;
 }
 
-// With their pictures: numbers of pictures begin with those of the first column.
+// Also removes the column images, since image numbers start with those of the first column.
 void CGenericReport::RemoveColumns() {
   GetColumns().Clear();
   imageList.reset();

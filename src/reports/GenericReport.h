@@ -8,57 +8,65 @@
 
 namespace tarn {
 
-// A report whose columns and rows are described by XML:
+// Report whose columns and rows are described by XML:
 //
 //   <Report>
 //     <Def NbCol='2'><Col Type='PT_ICON' Header='Icon' Icon='a.bmp'/><Col .../></Def>
 //     <Rows><Row Icon='1' Name='...'><Row .../></Row></Rows>
 //   </Report>
 //
-// Rows are made by AddRows, which kinds of reports replace. Comments are no rows.
+// AddRows() creates the rows; derived reports override it. Comments are ignored.
 class CGenericReport : public CReportControl {
  public:
-  // The definition is copied; null for one that comes later, by SetDefinition or Serialize. Of
-  // `host` the user is asked what concerns no other window; `fileSystem` is borrowed.
+  // Copies the definition; null if it is supplied later by SetDefinition() or Serialize(). Messages
+  // to the user that don't concern another window appear over `host`. `fileSystem` is borrowed.
   CGenericReport(FileSystem& fileSystem, WindowHandle host, const CXmlNode* reportDefinition,
                  bool enableDrag, bool enableTree);
   ~CGenericReport() override;
 
-  // Makes the columns and adds the rows that stand in the definition; false without children of
-  // it. A picture that doesn't load ends the columns in front of its own, with a message.
+  // Creates the columns and adds the rows of the definition. Returns false if the definition has no
+  // children. If an image doesn't load, creates only the columns before that one and shows a
+  // message.
   bool BuildFromDefinition();
-  // Adds rows, in place of the old ones or behind them, and populates. A `sortColumn` of 0 or more
-  // becomes the one that rows are sorted by, ascending, unless it is already. Always true.
+  // Replaces the rows if `removeOld`, or else appends to them, and populates the report. If
+  // `sortColumn` is 0 or more, it becomes the sort column, ascending, unless it already is. Always
+  // returns true.
   bool Reload(const CXmlNode* rowsNode, bool removeOld, int sortColumn);
 
-  // Reads a report from `node`, whose definition is kept while the columns stay as they are; or
-  // writes one below it, of rows only the outermost, each with the shape of what lies below it.
+  // Loads a report from `node`: stores it as the definition and replaces the rows; the existing
+  // columns are not rebuilt. If `storing`, appends a report to `node` instead: only the top-level
+  // rows, each with the expansion state of its descendants.
   virtual void Serialize(CXmlNode& node, bool storing);
-  // The cells of a row, a tab behind each.
+  // Returns the cells of a row, each followed by a tab.
   virtual std::string RecordToText(const CReportRecord& record) const;
-  // New rows out of the second child of the node.
+  // Replaces the rows by those in the second child of the node.
   virtual void ReloadFromChild(const CXmlNode& node);
+  // Always returns false; derived reports may override it.
   virtual bool Validate(const CXmlNode& node) const;
+  // Removes all rows, stops the waiting timer and updates the display.
   virtual void RemoveAllRows();
-  // Behind each Reload.
+  // Called after each Reload().
   virtual void OnReloaded() {}
-  // New columns, and the rows of the definition behind those that are there.
+  // Replaces the columns, and appends the rows of the definition to the existing ones.
   virtual void SetDefinition(const CXmlNode& node);
-  // Every 10 ms while the last row says that its work isn't done.
+  // Called every 10 ms while the last row is flagged as waiting for its work to finish.
   virtual void OnWaitingTimer(int /*timerId*/) {}
-  // In pixels.
+  // Returns the width in pixels.
   virtual int MeasureText(const std::string& sample) const;
+  // Appends a row for each child element of `rowsNode`. If the last one has the attribute
+  // "WaitingProcess", OnWaitingTimer() is called periodically from then on.
   virtual void AddRows(const CXmlNode& rowsNode);
 
   const CGenericColumn& GetColumn(int index) const;
-  // The value of a cell; empty for a group and where there is none.
+  // Returns the value of a cell; an empty string for a group or if there is no such cell.
   std::string GetValueAt(int row, int column) const;
 
  protected:
   static constexpr int kWaitingTimer = 601;
 
   virtual std::unique_ptr<CGenericRecord> MakeRecord(const CXmlNode& element) const;
-  // Behind the others, open if the element says so; with a record for each element below it.
+  // Appends a row, expanded if the element says so, with a child record for each child element.
+  // AddRowAlone() adds the row without children.
   CReportRecord& AddRow(const CXmlNode& element);
   CReportRecord& AddRowAlone(const CXmlNode& element);
 
@@ -67,15 +75,15 @@ class CGenericReport : public CReportControl {
   void OnLeftButtonDown(const ReportHit& hit, bool isShiftDown, bool isControlDown) override;
 
  private:
-  using CReportControl::AddColumn;  // all columns are generic ones
+  using CReportControl::AddColumn;  // all columns are of type CGenericColumn
 
-  // No row waits any longer.
+  // Removes all records and stops waiting.
   void RemoveRecords();
   void RemoveColumns();
   void CreateColumns(const CXmlNode& definitionNode);
-  // False when its picture doesn't load.
+  // Returns false if the column's image doesn't load.
   bool CreateColumn(const CXmlNode& column, int index);
-  // The number of its first picture; -1 when it doesn't load.
+  // Returns the number of the first image added; -1 if the file doesn't load.
   int AddPictures(const char* path);
   void AddChildRows(CReportRecord& record, const CXmlNode& element);
   void Write(CXmlNode& node) const;

@@ -1,4 +1,4 @@
-// The menu of a column's head.
+// Context menu of a column header.
 
 #include <iterator>
 #include <memory>
@@ -11,7 +11,7 @@ namespace tarn {
 
 namespace {
 
-// Numbers of the entries; those of columns are followed by the numbers of the other columns.
+// Command ids. The command of a column has the id kColumnFirst plus the column's index.
 enum HeaderCommand : int {
   kRemoveColumn = 1,
   kSortAscending = 2,
@@ -40,8 +40,8 @@ constexpr AlignmentEntry kAlignments[] = {
 
 }  // namespace
 
-// Behind the last column there is a menu too: else nothing would bring back the last one that was
-// removed. What needs a column is disabled then.
+// The area after the last column has a menu too; otherwise the user couldn't restore the last
+// column after removing it. Commands that need a column are disabled there.
 CMenu CGlobalsReportWnd::MakeHeaderMenu(int column) const {
   const CReportColumns& columns = std::as_const(*report).GetColumns();
   const CReportColumn* clicked = columns.GetAt(column);
@@ -84,7 +84,7 @@ void CGlobalsReportWnd::ShowHeaderMenu(int column, Point screen) {
   const WindowHandle own = GetHandle();
   const CMenu menu = MakeHeaderMenu(column);
   const int command = WindowToolkit::Current().TrackMenu(menu, screen, *this);
-  // While the menu was open anything may have happened.
+  // The window may have been destroyed while the menu was open.
   if (command != 0 && IsWindow(own)) RunHeaderCommand(command, column);
 }
 

@@ -4,7 +4,7 @@
 
 namespace tarn {
 
-// The grid of the globals: a row for each symbol.
+// Table of the globals with a row for each symbol.
 class CGlobalsReport : public CGenericReport {
  public:
   CGlobalsReport(FileSystem& fileSystem, WindowHandle host, const CXmlNode& reportDefinition);

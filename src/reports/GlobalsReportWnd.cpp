@@ -27,7 +27,7 @@ bool CGlobalsReportWnd::OnCreate() {
                       kReportId)) {
     return false;
   }
-  // Symbols that came before the window.
+  // Show the symbols that were loaded before the window was created.
   if (symbols != nullptr) SetRows(*symbols);
   return true;
 }
@@ -39,7 +39,7 @@ void CGlobalsReportWnd::OnSize(Size size) {
 std::int32_t CGlobalsReportWnd::Load(const char* path) {
   const std::string name = TextOf(path);
   const std::optional<FileStatus> status = name.empty() ? std::nullopt : files.Examine(name);
-  // The whole path counts: another folder may have a file of that name and second.
+  // Compare the full path: a different folder may have a file with the same name and time.
   const bool isShown = loaded && status && EqualNoCase(loaded->path, name) &&
                        loaded->status.modifiedSeconds == status->modifiedSeconds &&
                        loaded->status.size == status->size;

@@ -11,17 +11,19 @@
 
 namespace tarn {
 
-// The window of the globals: the symbols that the linker side left of an application. A double
-// click on one opens its declaration in the host; a right click on a column's head has a menu.
+// Window of the globals: the symbols that the linker stage wrote for an application. A double click
+// opens a symbol's declaration in the host; a right click on a column header opens a menu.
 class CGlobalsReportWnd : public CWnd, public IGlobalsWindow {
  public:
-  // `fileSystem` is borrowed; `host` is 0 for none. For `configFolder` see MakeGlobalsDefinition.
+  // `fileSystem` is borrowed; `host` is 0 for no host. For `configFolder` see
+  // `MakeGlobalsDefinition()`.
   CGlobalsReportWnd(FileSystem& fileSystem, WindowHandle host, const std::string& configFolder);
   ~CGlobalsReportWnd() override;
 
-  // Shows what is in the file; nothing when it can't be read, or for a null path. The file that is
-  // shown already is not read again while its time and size are the same. Always 1.
+  // Shows the symbols in the file; nothing if the file can't be read or `path` is null. The current
+  // file isn't read again if its time and size are unchanged. Always returns 1.
   std::int32_t Load(const char* path);
+  // Replaces the rows of the report by the symbols below `root`.
   void SetRows(const CXmlNode& root);
 
   void LoadGlobals(const std::string& path) override { Load(path.c_str()); }
@@ -38,14 +40,14 @@ class CGlobalsReportWnd : public CWnd, public IGlobalsWindow {
  private:
   static constexpr int kReportId = 100;
 
-  // The file that is shown.
+  // File whose symbols are shown.
   struct LoadedFile {
     std::string path;
     FileStatus status;
   };
 
   void OpenPlaceOf(int row) const;
-  // GlobalsMenu.cpp
+  // Defined in GlobalsMenu.cpp.
   CMenu MakeHeaderMenu(int column) const;
   void ShowHeaderMenu(int column, Point screen);
   void RunHeaderCommand(int command, int column);

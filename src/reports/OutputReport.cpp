@@ -42,7 +42,8 @@ std::unique_ptr<CGenericRecord> COutputReport::MakeRecord(const CXmlNode& elemen
 void COutputReport::AddMessage(const CXmlNode& message) {
   const char* isWanted = message.GetAttrValue("ShowInReport");
   if (isWanted == nullptr || !EqualNoCase(isWanted, "Yes")) return;
-  // What lies below a message has rows only while it is open, and nothing opens it afterwards.
+  // Children of a message get rows only if the message is expanded, since the user can't expand it
+  // later.
   if (ParseDecimal(message.GetAttrValue("Expand")) == 1) {
     AddRow(message);
   } else {

@@ -8,24 +8,26 @@
 
 namespace tarn {
 
-// The errors and warnings of a build: a row for each message of the log that is marked for it.
+// Table of build errors and warnings, with a row for each log message that is flagged for the
+// report.
 class COutputReport : public CGenericReport {
  public:
   COutputReport(FileSystem& fileSystem, WindowHandle host, const CXmlNode& reportDefinition);
   ~COutputReport() override;
 
-  // Shows the messages below `root`. Of one generation the tree only grows at its end, see
-  // IReportView; then just what is new is added, with the result of a Reload.
+  // Shows the messages below `root`. Within one generation, the tree only grows at its end (see
+  // IReportView), so only new messages are added, with the same result as a Reload().
   void Update(const CXmlNode& root, std::uint64_t generation);
 
   void AddRows(const CXmlNode& rowsNode) override;
 
  protected:
-  // With the description as the tool said it, like the log view.
+  // Shows the description as the tool wrote it, like the log view.
   std::unique_ptr<CGenericRecord> MakeRecord(const CXmlNode& element) const override;
 
  private:
-  // What is shown; a copy of numbers, since the tree may be gone.
+  // Extent of the rows shown. Stores numbers instead of pointers, since the tree may have been
+  // destroyed.
   struct Shown {
     std::uint64_t generation = 0;
     int messages = 0;

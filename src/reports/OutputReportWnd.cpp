@@ -54,7 +54,7 @@ void COutputReportWnd::OpenPlaceOf(int row) const {
   const std::string file = report->GetValueAt(row, kOutputFile);
   const std::string line = report->GetValueAt(row, kOutputLine);
   const std::string help = report->GetValueAt(row, kOutputHelp);
-  // The host may refill the report, or destroy this window.
+  // The host may refill the report or destroy this window.
   const WindowHandle host = hostWindow;
   SendWindowMessage(host, kMsgOpenFileAtLine, reinterpret_cast<std::intptr_t>(file.c_str()),
                     -std::intptr_t{ParseDecimal(line.c_str())});

@@ -7,19 +7,19 @@
 
 namespace tarn {
 
-// The window of the build report. A click on a row tells the host the place, and the help where
-// the message has one.
+// Window of the build report. A click on a row notifies the host of the source position, and of the
+// help page if the message has one.
 class COutputReportWnd : public CWnd, public IReportView {
  public:
-  // `fileSystem` is borrowed; `host` is 0 for none.
+  // `fileSystem` is borrowed; `host` is 0 for no host.
   COutputReportWnd(FileSystem& fileSystem, WindowHandle host);
   ~COutputReportWnd() override;
 
-  // Makes the report; before that Update does nothing. See MakeOutputDefinition.
+  // Creates the report; Update() is a no-op before this call. See `MakeOutputDefinition()`.
   void SetDefinition(const CXmlNode& node);
   void Update(const CXmlNode& root, std::uint64_t generation) override;
 
-  // Null until it has a definition.
+  // Returns nullptr until SetDefinition() was called.
   COutputReport* GetReport() { return report.get(); }
 
  protected:

@@ -6,7 +6,7 @@ namespace tarn {
 
 namespace {
 
-// A sample of letters is as wide as a usual text; pictures lie in the folder of resources.
+// A sample of letters has the width of a typical value; images are in the folder of resources.
 constexpr const char* kOutputText =
     "<Report><Def NbCol='5'>"
     "<Col Type='PT_ICON' Header='Icon' sizeCache='16' AutoSize='1' Edit='0' Sortable='0'"
@@ -36,7 +36,8 @@ constexpr const char* kGlobalsText =
     " Sortable='0' Visible='0' />"
     "</Def></Report>";
 
-// The folder goes into the tree and not into the text, where its own quotes would end a value.
+// The folder is inserted into the tree instead of the XML string, where a quote in it would end the
+// attribute value.
 std::unique_ptr<CXmlNode> MakeDefinition(const char* text, const std::string& configFolder) {
   auto definition = std::make_unique<CXmlNode>();
   CXmlParseInfo info;

@@ -6,7 +6,7 @@
 #include "widgets/ReportControl.h"
 #include "xml/XmlNode.h"
 
-// The columns and the look of the reports of the system.
+// Columns and appearance of the built-in reports.
 namespace tarn {
 
 // Columns of the build report, by index.
@@ -18,7 +18,7 @@ enum OutputColumn : int {
   kOutputHelp,
 };
 
-// Columns of the globals, by index.
+// Columns of the globals report, by index.
 enum GlobalsColumn : int {
   kGlobalsIcon,
   kGlobalsName,
@@ -27,14 +27,14 @@ enum GlobalsColumn : int {
   kGlobalsLine,
 };
 
-// Each with its pictures out of the folder "resources" below `configFolder`.
+// Return the definition with the paths of its images in the folder "resources" below
+// `configFolder`.
 std::unique_ptr<CXmlNode> MakeOutputDefinition(const std::string& configFolder);
 std::unique_ptr<CXmlNode> MakeGlobalsDefinition(const std::string& configFolder);
-// Makes columns of pictures show the numbers of the pictures as text, for a report that nobody
-// looks at.
+// Makes image columns show the image numbers as text, for a report without a visible window.
 void ShowPicturesAsNumbers(CXmlNode& definition);
 
-// How the reports look.
+// Returns the appearance of the reports.
 ReportLook MakeReportLook();
 
 }  // namespace tarn

@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kKeyNames[] = {"Header", "DeclFile", "DeclLine"};
 
-// Remembers the symbols that it has seen, by their addresses.
+// Detects duplicates by a hash set of pointers to the symbols seen so far, which must stay alive.
 class DoubleFilter {
  public:
   explicit DoubleFilter(std::size_t count) { seen.reserve(count); }
@@ -48,7 +48,7 @@ class DoubleFilter {
     std::size_t operator()(const Seen& each) const noexcept { return each.hash; }
   };
 
-  std::string key;  // of the symbol at hand
+  std::string key;  // key of the current symbol
   std::unordered_set<Seen, HashOfSeen> seen;
 };
 
@@ -58,7 +58,7 @@ std::unique_ptr<CXmlNode> ReadSymbols(const std::string& text) {
   auto root = std::make_unique<CXmlNode>();
   CXmlParseInfo info;
   root->Load(text, info);
-  // The last first, as children come out of a node at no cost.
+  // Detach from the last to the first, which is constant time per child.
   std::vector<std::unique_ptr<CXmlNode>> symbols;
   for (int i = root->GetChildCount() - 1; i >= 0; --i) {
     symbols.push_back(root->DetachChild(root->GetChild(i)));

@@ -4,14 +4,14 @@
 
 namespace tarn {
 
-// The editor that lies over an item of a tree while its name is typed. Enter tells the tree's
-// parent the new name (kXmlTreeRename) and leaves the editor open; Escape and the loss of the
-// keyboard take its window away, with nothing told.
+// In-place editor for the name of a tree item. Enter sends the new name to the tree's parent
+// (kXmlTreeRename) and leaves the editor open; Escape or loss of the keyboard focus destroys its
+// window without a message.
 class CEditName : public CEdit {
  public:
   ~CEditName() override { DestroyWindow(); }
 
-  // Sends the text as it stands. What hears it may take this editor away.
+  // Sends the current string. The handler of the message may destroy this editor.
   virtual void CommitEdit();
 
  protected:

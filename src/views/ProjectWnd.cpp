@@ -123,7 +123,7 @@ bool CProjectWnd::OnCommand(int command) {
 void CProjectWnd::Toggle(bool& flag, const char* profileName) {
   CloseNameEditor();
   flag = !flag;
-  // Before the refill: what hears its messages may take this window away.
+  // Saved before the refill, since a handler of the refill's messages may destroy this window.
   settings.WriteProfile(kSection, profileName, flag ? "TRUE" : "FALSE");
   if (&flag == &viewSizes) {
     tree.SetShowInfo(viewSizes);
@@ -134,7 +134,7 @@ void CProjectWnd::Toggle(bool& flag, const char* profileName) {
   EndTreeUpdate();
 }
 
-// --- Pictures and popup menus ---
+// --- Images and popup menus ---
 
 void CProjectWnd::LoadViewConfig(const std::string& fileName) {
   if (model == nullptr || propertyManager == nullptr) return;
@@ -166,7 +166,7 @@ void CProjectWnd::LoadTypePictures(const CXmlNode& types) {
   }
 }
 
-// Dependencies show when their elements have a picture, and only then.
+// Dependencies are shown if and only if their elements have an image.
 void CProjectWnd::ShowDependencyPicture() {
   if (!viewDeps) {
     tree.RemoveImage(kDependencies);
@@ -176,7 +176,7 @@ void CProjectWnd::ShowDependencyPicture() {
   }
 }
 
-// --- What the model asks for ---
+// --- IProjectWindow ---
 
 bool CProjectWnd::SetProjectRoot(CXmlNode* root) {
   if (!tree.IsCreated()) return false;
@@ -200,7 +200,7 @@ void CProjectWnd::TellUpdated(const CXmlNode& node) {
 }
 
 void CProjectWnd::EndTreeUpdate() {
-  // Without a beginning nothing has been told.
+  // Without a matching BeginTreeUpdate() no nodes have been reported, so everything is refilled.
   if (updateDepth == 0) isWholeUpdate = true;
   if (updateDepth > 0 && --updateDepth > 0) return;
   const WindowHandle own = GetHandle();
@@ -238,7 +238,7 @@ void CProjectWnd::ForgetUpdated(const CXmlNode& node) {
 
 void CProjectWnd::StartStepTimer() {
   SetTimer(kStepTimer, kStepPeriod);
-  // Once for each start that is stopped again: the options window would stay held.
+  // Only once per start and stop; otherwise updates of the options window would stay suspended.
   if (isStepping || propertyManager == nullptr) return;
   isStepping = true;
   propertyManager->BeginUpdate();

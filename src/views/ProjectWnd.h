@@ -19,31 +19,32 @@
 
 namespace tarn {
 
-// The project window: a tool bar above the tree of the open project. It decides nothing about
-// projects: events of the tree become operations of the model, look-ups of how a type of node
-// behaves, or commands to the host.
+// Project window: a tool bar above the tree of the open project. It has no project logic of its
+// own: it maps events of the tree to operations of the model, queries of the behaviour of a node
+// type, or commands to the host.
 //
-// Everything on the host's thread. Almost each event ends in a message or an operation that may do
-// anything, so nothing of the tree is held across one.
+// Main thread only. Almost every event ends in a message or an operation that may change anything,
+// so no pointer into the tree is kept across one.
 class CProjectWnd : public CWnd, public IProjectWindow {
  public:
-  // All borrowed for the window's life; `host` is the main frame, 0 for none.
+  // All references are borrowed and must outlive the window, unless ForgetModel() is called; `host`
+  // is the main frame, 0 for no host.
   CProjectWnd(FileSystem& fileSystem, Settings& userSettings, CProjectModel& projectModel,
               CPropertyManagerDriver& properties, WindowHandle host);
   ~CProjectWnd() override;
 
-  // Reads the pictures of the node types and the popup menus. A file that cannot be read, and a
-  // picture that is not there, show less.
+  // Loads the images of the node types and the popup menus. Files that can't be read and missing
+  // images are skipped.
   void LoadViewConfig(const std::string& fileName);
 
-  // Who has this window and the model, and may be let go of by a handler of any message: every
-  // event holds it to its end. Borrowed, null for none.
+  // Sets the owner of this window and the model. Handlers of messages may release the owner, so
+  // every event holds a reference to it until it has been handled. Borrowed; nullptr for no owner.
   void SetKeeper(IDispatch* object) { keeper = object; }
-  // What the model and the drivers hold goes before this window does: from now on nothing of them,
-  // nor of the keeper, is used any more.
+  // Called before the model and the drivers are destroyed, if this window outlives them. From then
+  // on the window uses neither them nor the keeper.
   void ForgetModel();
 
-  // IProjectWindow.
+  // IProjectWindow implementation.
   bool SetProjectRoot(CXmlNode* root) override;
   void BeginTreeUpdate(UpdateScope scope) override;
   void EndTreeUpdate() override;
@@ -59,7 +60,7 @@ class CProjectWnd : public CWnd, public IProjectWindow {
 
   CXmlTreeCtrl& GetTree() { return tree; }
   CToolBar& GetToolBar() { return toolBar; }
-  // Null unless a name is being edited.
+  // Returns nullptr unless a name is being edited.
   CEditName* GetNameEditor() { return nameEditor.get(); }
   const CXmlNode& GetPopupMenus() const { return *popupMenus; }
   bool ShowsSizes() const { return viewSizes; }
@@ -81,10 +82,13 @@ class CProjectWnd : public CWnd, public IProjectWindow {
   void AddButtons();
   std::unique_ptr<CMenu> MakeShowMenu() const;
   void LoadTypePictures(const CXmlNode& types);
+  // Shows or hides the dependencies by adding or removing their image.
   void ShowDependencyPicture();
+  // Inverts a view option, saves it in the user's settings and refills the tree.
   void Toggle(bool& flag, const char* profileName);
 
   std::string TypeProperty(const CXmlNode& node, const char* property);
+  // Sends the host the command in this property of the selected node's type.
   void SendTypeCommand(const char* property);
   void OnOpen();
   void OnRename(const std::string& name);
@@ -104,8 +108,8 @@ class CProjectWnd : public CWnd, public IProjectWindow {
   CXmlMenu contextMenu;
   WindowHandle hostWindow;
   int updateDepth = 0;
-  bool isWholeUpdate = false;                   // something in this update may be anywhere
-  std::unordered_set<const CXmlNode*> updated;  // what has been told in it
+  bool isWholeUpdate = false;                   // refill everything, not just `updated`
+  std::unordered_set<const CXmlNode*> updated;  // nodes reported in the current update
   bool viewSizes;
   bool viewDeps;
   bool isStepping = false;

@@ -1,5 +1,6 @@
-// What the project window does with the events of its tree. Whatever an operation of the model, the
-// property manager or the host does meanwhile, also to this window, is noticed by the handle.
+// Event handling of the project window. An operation of the model, the property manager or the host
+// may do anything, including destroying this window; the handlers detect that by checking the
+// window handle.
 
 #include <utility>
 
@@ -13,8 +14,8 @@ namespace tarn {
 namespace {
 
 constexpr int kNameEditorId = 326;
-constexpr std::uint32_t kNameEditorStyle = 0x50800080;  // scrolls sideways, besides the usual
-constexpr int kNameEditorExtra = 100;                   // room for a longer name
+constexpr std::uint32_t kNameEditorStyle = 0x50800080;  // with horizontal scrolling
+constexpr int kNameEditorExtra = 100;                   // space for a longer name
 constexpr const char* kPopupSection = "Internal";
 
 }  // namespace
@@ -56,7 +57,7 @@ std::intptr_t CProjectWnd::OnMessage(std::uint32_t message, std::intptr_t wParam
   return 0;
 }
 
-// How this type of node behaves.
+// Returns a property that describes the behaviour of the node's type.
 std::string CProjectWnd::TypeProperty(const CXmlNode& node, const char* property) {
   return propertyManager == nullptr
              ? std::string()
@@ -89,7 +90,7 @@ void CProjectWnd::OpenNameEditor(const CXmlNode& node) {
   nameEditor->SetFocus();
 }
 
-// The editor's own events may be what leads here.
+// Retires the editor instead of destroying it, since the caller may be one of its own events.
 void CProjectWnd::CloseNameEditor() {
   Retire(std::move(nameEditor));
 }

@@ -6,7 +6,7 @@
 
 namespace tarn {
 
-// A picture of the installation, by the name of its file.
+// Returns the path of an image of the installation.
 inline std::string ResourcePath(const std::string& configFolder, const std::string& name) {
   return JoinPath(JoinPath(configFolder, "resources"), name);
 }

@@ -8,7 +8,7 @@ namespace tarn {
 
 namespace {
 
-// A smaller number counts from the first command of this system.
+// Smaller ids are offsets from the first command id of the project manager.
 constexpr int kFirstFrameCommand = 57601;
 constexpr int kCommandBase = 32772;
 

@@ -8,8 +8,8 @@
 
 namespace tarn {
 
-// A popup menu made from a description: a `Menu` element whose elements are the entries, an entry
-// with elements of its own being a menu again. Host's thread.
+// Popup menu created from a description: a `Menu` element whose child elements are the entries. An
+// entry with child elements is a submenu. Main thread only.
 class CXmlMenu {
  public:
   CXmlMenu();
@@ -17,12 +17,12 @@ class CXmlMenu {
   CXmlMenu(const CXmlMenu&) = delete;
   CXmlMenu& operator=(const CXmlMenu&) = delete;
 
-  // Reads a description. A damaged one yields the entries in front of the damage. False, with the
-  // menu as it was, when it describes no menu.
+  // Parses a description. If it is damaged, the entries before the damage are used. Returns false
+  // and leaves the menu unchanged if it doesn't describe a menu.
   bool LoadFromXml(const std::string& text);
-  // Makes the menu anew from the description.
+  // Recreates the menu from the description.
   bool Rebuild();
-  // Never null; borrowed until the next Rebuild.
+  // Never returns nullptr. Borrowed; valid until the next Rebuild().
   const CMenu* GetMenu() const { return menu.get(); }
 
  private:

@@ -65,7 +65,7 @@ CTreeItem* CXmlTreeCtrl::FindItem(const CXmlNode* node) const {
 
 void CXmlTreeCtrl::SelectNode(const CXmlNode* node) {
   const CTreeItem* const chosen = GetSelectedItem();
-  // It takes the place of a node that is gone: the next filling must not go by the label of that.
+  // The new selection replaces a freed node, whose label must not be used at the next fill.
   if (chosen != nullptr && NodeOf(*chosen) == nullptr) selectedNode = node;
   CTreeItem* const item = FindItem(node);
   if (item == nullptr) return;

@@ -13,85 +13,88 @@
 
 namespace tarn {
 
-// Which element name has which image.
+// Image of the elements with a given name.
 struct CXmlTreeImage {
   std::string name;
   int imageIndex = -1;
 };
 
-// Shows a tree of XML nodes and tells its owner what the user does to it, see XmlTreeMessages.h.
-// What a node means, what a double click does and where a drop may go is the owner's matter.
+// Shows a tree of XML nodes and notifies its owner of user actions, see XmlTreeMessages.h. The
+// meaning of nodes, double clicks and drops is up to the owner.
 //
-// Of a node it reads `Header` or else `Path` (the label), `highlight`, `Info`, `Marker` (how it is
-// drawn), `Desc` (its description), and keeps in `sate` whether its item is expanded. An element
-// whose name has no image is left out together with all below it.
+// Attributes of a node that are used: `Header` or else `Path` (label), `highlight`, `Info`,
+// `Marker` (appearance), `Desc` (description). The attribute `sate` stores the expanded state of
+// the item. Elements whose name has no image are left out together with their descendants.
 //
-// The nodes are the owner's; the items show the tree as it was at the last filling. Whoever changes
-// the shape of the tree calls SaveViewState before and Refill behind it, and ForgetNode before a
-// node is freed. Every message may come back as any call, the control's destruction included.
+// The nodes are owned by the owner; the items reflect the tree at the last fill. Code that changes
+// the structure of the tree must call SaveViewState() before and Refill() after the change, and
+// ForgetNode() before a node is freed. The handler of any message may call any function, or destroy
+// the control.
 class CXmlTreeCtrl : public CTreeCtrl {
  public:
   CXmlTreeCtrl() = default;
   ~CXmlTreeCtrl() override;
 
-  // Modes 1 and 2 come with lines, buttons and a selection that always shows.
+  // Modes 1 and 2 add lines, buttons and a selection that is always visible to the style.
   virtual bool Create(int mode, std::uint32_t style, const Rect& rect, CWnd* parent, int id);
 
-  // --- Pictures ---
+  // --- Images ---
 
-  // Elements of that name are shown from the next filling on, with that picture. Nothing when the
-  // name has one, or for null. The first bitmap gives the size of all.
+  // Shows elements of that name, with that image, from the next fill on. No-op if the name already
+  // has an image or `bitmap` is null. The first bitmap determines the size of all images.
   void AddImage(const std::string& name, std::shared_ptr<const Bitmap> bitmap);
-  // Elements of that name are left out from the next filling on.
+  // Leaves out elements of that name from the next fill on.
   void RemoveImage(const std::string& name);
-  // Adds the pictures that `Marker` counts, one for every 16 pixels of width.
+  // Adds the images that `Marker` refers to by index, one for every 16 pixels of width.
   void AddMarkerImages(std::shared_ptr<const Bitmap> bitmap);
 
   // --- Filling ---
 
-  // Shows that tree, or none for null. Clears the current node, then selects the node that
-  // SaveViewState or SetSelectedNode has recorded, with its message. If that node is not shown any
-  // more, or only a label is known, selects every item with the selected label, one after the
-  // other, each with its message. Items, lines and scroll position that the new tree has as well
-  // stay, so that a filling costs a toolkit what has changed.
+  // Shows the given tree, or none if `newRoot` is null. Clears the current node, then selects the
+  // node that SaveViewState() or SetSelectedNode() has recorded, and sends its message. If that
+  // node isn't shown any more, or only a label is recorded, selects every item with that label, one
+  // after the other, each with its message. Items, rows and the scroll position that also exist in
+  // the new tree are preserved, so that the toolkit's cost is proportional to the changes.
   void SetXmlRoot(CXmlNode* newRoot);
-  // The same tree again, after a change of it.
+  // Fills the control again after a change of the tree.
   void Refill();
-  // ... after a change of nothing but the texts and the children of these nodes. The outcome is
-  // that of Refill, for the price of what has changed.
+  // Like Refill(), for a change that is limited to the strings and the children of the given nodes.
+  // The result is the same; the cost is proportional to the changes.
   void RefillNodes(const std::vector<const CXmlNode*>& nodes);
-  // Writes into each node whether it is expanded, and records the selected node and its label.
+  // Stores in each node whether it is expanded, and records the selected node and its label.
   void SaveViewState();
-  // The node and all below it are about to be freed: nothing here points at them any more.
+  // Called before the node and its descendants are freed. Clears all references to them.
   void ForgetNode(const CXmlNode& node);
 
   // --- Selection ---
 
-  // Selects the item of that node, if there is one. The message is posted. If the selected node has
-  // been freed since the last filling, the next one selects this node.
+  // Selects the item of that node, if there is one, and posts the message. If the selected node has
+  // been freed since the last fill, the next fill selects this node.
   void SelectNode(const CXmlNode* node);
-  // The node of the last selection or mouse action; null for none.
+  // Returns the node of the last selection or mouse action; nullptr if there is none.
   CXmlNode* GetCurrentNode() const { return currentNode; }
   CXmlNode* GetXmlRoot() const { return rootNode; }
-  // The next fillings select by this label alone.
+  // Makes the next fills select by this label only.
   void SetSelectedLabel(const std::string& label) {
     selectedLabel = label;
     selectedNode = nullptr;
   }
-  // The next fillings select this node of the tree as long as it is shown, whatever its label is.
+  // Makes the next fills select this node of the tree as long as it is shown, regardless of its
+  // label.
   void SetSelectedNode(const CXmlNode* node) { selectedNode = node; }
-  // Returns nullptr if the next filling selects by the label alone.
+  // Returns nullptr if the next fill selects by label only.
   const CXmlNode* GetSelectedNode() const { return selectedNode; }
   const std::string& GetSelectedLabel() const { return selectedLabel; }
-  // The label's place in client coordinates, for an editor over it; empty when it isn't visible.
+  // Returns the rectangle of the label in client coordinates, for an editor over it; an empty one
+  // if it isn't visible.
   Rect GetNodeTextRect(const CXmlNode& node) const;
 
   // --- Switches ---
 
-  // Whether `Info` is drawn behind the label.
+  // Shows or hides `Info` after the label.
   void SetShowInfo(bool on);
   bool IsShowInfo() const { return showInfo; }
-  // The next click shows the description of what it hits, and turns this off.
+  // Makes the next click show the description of the item that it hits, and end help mode.
   void SetHelpMode(bool on) { helpMode = on; }
   bool IsHelpMode() const { return helpMode; }
   bool IsDragging() const { return dragging; }
@@ -123,8 +126,9 @@ class CXmlTreeCtrl : public CTreeCtrl {
 
   // --- Filling ---
 
+  // State of a fill, see XmlTreeFilling.cpp.
   struct Filling;
-  // Null when elements of its name are not shown.
+  // Returns nullptr if elements of that name aren't shown.
   const CXmlTreeImage* ImageOf(const CXmlNode& node, Filling& filling) const;
   std::vector<CXmlNode*> ShownChildren(const CXmlNode& node, Filling& filling) const;
   std::unique_ptr<CTreeItem> BuildItem(CXmlNode& node, Filling& filling);
@@ -132,13 +136,14 @@ class CXmlTreeCtrl : public CTreeCtrl {
   void UpdateChildren(CTreeItem* item, const std::vector<CXmlNode*>& nodes, Filling& filling);
   std::vector<CTreeItem*> ReplaceChildren(CTreeItem* item, const std::vector<CXmlNode*>& nodes,
                                           int head, int tail, Filling& filling);
+  // Records a change of the items; suspends redrawing after many changes.
   void CountChange(Filling& filling);
   void BeginFilling(Filling& filling);
   void EndFilling(Filling& filling);
   void RestoreSelection();
   void FindMatches();
   void SaveExpansion();
-  // True when the root of what is shown was among them.
+  // Returns true if the root of the shown tree was one of the nodes.
   bool ForgetSubtree(const CXmlNode& node);
 
   void SendSelected(XmlTreeMessage message);
@@ -151,7 +156,7 @@ class CXmlTreeCtrl : public CTreeCtrl {
   std::unique_ptr<CImageList> markerImageList;
   std::vector<CXmlTreeImage> imageEntries;
   std::string selectedLabel;
-  const CXmlNode* selectedNode = nullptr;  // the node with that label; compared only
+  const CXmlNode* selectedNode = nullptr;  // node with that label; only compared
   bool showInfo = true;
   bool helpMode = false;
   bool isEmpty = true;
@@ -161,13 +166,13 @@ class CXmlTreeCtrl : public CTreeCtrl {
   CTipWindow tipWindow;
 
   std::unordered_map<const CXmlNode*, CTreeItem*> items;
-  // Nothing was expanded or filled differently since SaveViewState wrote down what is.
+  // Nothing has been expanded, collapsed or refilled since the last SaveViewState().
   bool isStateSaved = false;
-  // The nodes with that label, in order, as long as no item comes, goes or changes.
+  // Nodes with that label, in order; valid until an item is added, removed or changed.
   std::vector<const CXmlNode*> labelMatches;
   std::string matchedLabel;
   bool areMatchesKnown = false;
-  unsigned fillCount = 0;        // tells a filling that another one ran inside its messages
+  unsigned fillCount = 0;        // detects a nested fill by a message handler
   bool isSelectingNode = false;  // the message of this selection is posted, not sent
 };
 

@@ -1,5 +1,5 @@
-// Drag and drop: the gesture is followed here; what a drop means, and whether it may be, is the
-// owner's matter.
+// Drag and drop. The control tracks the gesture; the owner decides if a drop is allowed and what it
+// means.
 
 #include "views/XmlTreeCtrl.h"
 #include "widgets/Toolkit.h"
@@ -8,7 +8,7 @@ namespace tarn {
 
 namespace {
 
-// The picture hangs below and to the right of the cursor.
+// The drag image is below and to the right of the cursor.
 constexpr Point kHotSpot{-15, -15};
 
 }  // namespace
@@ -18,7 +18,7 @@ void CXmlTreeCtrl::OnBeginDrag(CTreeItem& item, Point point) {
   const CXmlNode* const node = NodeOf(item);
   SelectItem(&item);
   if (!IsWindow(own)) return;
-  // The message of the selection may have filled the tree anew.
+  // The handler of the selection message may have refilled the tree.
   CTreeItem* const source = GetSelectedItem();
   if (source == nullptr || NodeOf(*source) != node) return;
   if (dragging) EndDrag();
@@ -35,7 +35,7 @@ void CXmlTreeCtrl::OnMouseMove(Point point) {
     if (CTreeItem* const item = HitTest(point).item) {
       SetDropHighlight(item);
       dropTarget = item;
-      // So the view scrolls when the cursor comes near its edge.
+      // Makes the view scroll when the cursor approaches its edge.
       if (CTreeItem* const above = item->GetPreviousVisible()) EnsureVisible(*above);
       if (CTreeItem* const below = item->GetNextVisible()) EnsureVisible(*below);
     }

@@ -1,4 +1,4 @@
-// How an item looks: marker, label and, behind it, its information.
+// Appearance of an item: marker, label and, after it, its information.
 
 #include <algorithm>
 
@@ -10,13 +10,13 @@ namespace tarn {
 
 namespace {
 
-constexpr int kRightEnd = 1000;  // so far to the right a line is painted
+constexpr int kRightEnd = 1000;  // right end of a painted row
 constexpr int kMarkerWidth = 16;
-constexpr int kPadding = 5;  // what a selected label is wider than its text
+constexpr int kPadding = 5;  // extra width of a selected label
 constexpr int kMargin = 2;
 constexpr Color kInfoColor = 0xA00000;
 
-// What of a node decides its look.
+// Attributes of a node that determine its appearance.
 struct Look {
   bool isBold = false;
   std::string info;
@@ -56,7 +56,7 @@ DrawingSteps CXmlTreeCtrl::OnDrawItem(const CTreeItem& item, const TreeItemPaint
   }
   const Size labelSize = toolkit.MeasureText(labelFont, item.GetText());
   const Size infoSize = toolkit.MeasureText(infoFont, look.info);
-  // Room for the information is kept while it isn't shown as well.
+  // Space for the information is reserved even if it isn't shown.
   const int width = std::max(place.Width(), labelSize.width + infoSize.width + kPadding);
   place.right = place.left + width;
   isSelected = isSelected && width >= 0;

@@ -1,5 +1,6 @@
-// Filling: the items that stand are compared with the nodes, one list of children after the other,
-// and only where these differ something is built. Nodes are told apart by their address alone, so
+// Incremental fill: existing items are compared with the nodes, one list of children at a time. The
+// common prefix and suffix of each list are kept; items are built only for the differing part in
+// between. Linear in the number of nodes that are visited. Nodes are identified by address only, so
 // an item may outlive its node until it is compared.
 
 #include <algorithm>
@@ -14,7 +15,8 @@ namespace {
 
 constexpr int kExpandedBit = 32;
 
-// A toolkit takes each change by itself up to here, and looks at everything beyond.
+// Up to this number the toolkit processes each change separately; beyond, redrawing is suspended
+// and everything is updated once.
 constexpr int kManyChanges = 64;
 
 const char* LabelOf(const CXmlNode& node) {
@@ -30,11 +32,11 @@ bool IsKeptExpanded(const CXmlNode& node) {
 
 }  // namespace
 
-// One filling.
+// State of one fill.
 struct CXmlTreeCtrl::Filling {
-  const CXmlNode* topNode = nullptr;  // of the line at the top, when it isn't the first
+  const CXmlNode* topNode = nullptr;  // node of the top row, if that isn't the first row
   int changes = 0;
-  // Neighbours mostly have one name, and one text of it.
+  // Siblings usually have the same name, stored at the same address.
   const char* lastName = nullptr;
   const CXmlTreeImage* lastImage = nullptr;
 };
@@ -77,7 +79,7 @@ void CXmlTreeCtrl::RefillNodes(const std::vector<const CXmlNode*>& nodes) {
   for (const CXmlNode* const node : nodes) {
     CTreeItem* item = FindItem(node);
     const bool isNew = item == nullptr && ImageOf(*node, filling) != nullptr;
-    if (isNew) item = FindItem(node->GetParent());  // it is inserted with its siblings
+    if (isNew) item = FindItem(node->GetParent());  // inserted together with its siblings
     const bool isGoing = item != nullptr && ImageOf(*NodeOf(*item), filling) == nullptr;
     if (isGoing || (isNew && node == rootNode)) {
       Refill();
@@ -103,7 +105,7 @@ void CXmlTreeCtrl::EndFilling(Filling& filling) {
     while (newTop != nullptr && GetRowOf(*newTop) < 0) newTop = newTop->GetParent();
     SetTopRow(newTop == nullptr ? GetTopRow() : GetRowOf(*newTop));
   }
-  // What is drawn of a node besides its item may be another.
+  // Attributes other than the item's label may have changed.
   Invalidate();
   RestoreSelection();
 }
@@ -138,7 +140,7 @@ void CXmlTreeCtrl::UpdateItem(CTreeItem& item, Filling& filling) {
   Expand(item, expand);
 }
 
-// Children that are the same at both ends of the list stay as they are.
+// Children that are unchanged at both ends of the list are kept.
 void CXmlTreeCtrl::UpdateChildren(CTreeItem* item, const std::vector<CXmlNode*>& nodes,
                                   Filling& filling) {
   const int oldCount = GetItemCount(item);
@@ -161,7 +163,7 @@ void CXmlTreeCtrl::UpdateChildren(CTreeItem* item, const std::vector<CXmlNode*>&
   for (int i = newCount - tail; i < newCount; ++i) UpdateItem(*GetItemAt(item, i), filling);
 }
 
-// Gives those of the new children whose items, and all below them, were there before.
+// Returns the new children whose items, including all descendants, existed before.
 std::vector<CTreeItem*> CXmlTreeCtrl::ReplaceChildren(CTreeItem* item,
                                                       const std::vector<CXmlNode*>& nodes, int head,
                                                       int tail, Filling& filling) {
@@ -171,7 +173,7 @@ std::vector<CTreeItem*> CXmlTreeCtrl::ReplaceChildren(CTreeItem* item,
   std::vector<CTreeItem*> reused;
   for (auto node = nodes.begin() + head; node != nodes.end() - tail; ++node) {
     CTreeItem* const known = FindItem(*node);
-    // An item that was taken keeps the number that it had.
+    // An item that was taken out keeps its index.
     const std::size_t at =
         known == nullptr ? 0 : static_cast<std::size_t>(known->GetIndex() - head);
     if (known != nullptr && at < old.size() && old[at].get() == known) {
@@ -193,9 +195,9 @@ void CXmlTreeCtrl::CountChange(Filling& filling) {
   if (++filling.changes == kManyChanges) SetRedraw(false);
 }
 
-// The node that was selected stays selected; its label counts only if it is not shown any more.
-// Each message may destroy the control, refill it, which then has selected what there is, or free
-// nodes.
+// Keeps the selected node selected; the label is used only if that node isn't shown any more. The
+// handler of each message may destroy the control, free nodes, or refill the control, in which case
+// the nested fill has already restored the selection.
 void CXmlTreeCtrl::RestoreSelection() {
   const WindowHandle own = GetHandle();
   const unsigned fill = fillCount;
@@ -265,7 +267,7 @@ bool CXmlTreeCtrl::ForgetSubtree(const CXmlNode& node) {
 }
 
 void CXmlTreeCtrl::OnItemGone(const CTreeItem& item) {
-  // A node that has moved may have its new item already.
+  // A node that was moved may already have a new item.
   const auto found = items.find(NodeOf(item));
   if (found != items.end() && found->second == &item) items.erase(found);
   if (&item == dragItem) dragItem = nullptr;

@@ -1,4 +1,4 @@
-// Mouse and keyboard: what becomes a message to the owner.
+// Mouse and keyboard input, converted to messages to the owner.
 
 #include <chrono>
 #include <utility>
@@ -33,7 +33,7 @@ void CXmlTreeCtrl::OnClick(const TreeHit& hit, Point point) {
                            hit.part == TreePart::Label || hit.part == TreePart::RightOfLabel;
   const CXmlNode* const node = isDescribed ? NodeOf(*hit.item) : nullptr;
   const char* const description = node == nullptr ? nullptr : node->GetAttrValue("Desc");
-  // The node may be gone behind the message of the selection.
+  // Copied because the node may be freed by the handler of the selection message.
   const bool hasDescription = description != nullptr;
   const std::string title = hasDescription ? TextOf(node->GetAttrValue("Header")) : std::string();
   const std::string body = TextOf(description);
@@ -48,7 +48,7 @@ void CXmlTreeCtrl::OnClick(const TreeHit& hit, Point point) {
   tipWindow.ShowTip(title, body, point, std::chrono::milliseconds(0), kTipDuration);
 }
 
-// The item neither expands nor collapses.
+// A double click doesn't expand or collapse the item.
 void CXmlTreeCtrl::OnLeftDoubleClick(Point /*point*/) {
   SendSelected(kXmlTreeOpen);
 }
@@ -86,7 +86,7 @@ bool CXmlTreeCtrl::OnItemKey(const KeyEvent& event) {
   return false;
 }
 
-// The selected node and its neighbour change places; the selection stays on its line.
+// Swaps the selected node with its neighbour; the selection stays on its row.
 void CXmlTreeCtrl::ReorderSelected(bool upwards) {
   const CTreeItem* const item = GetSelectedItem();
   if (item == nullptr) return;
@@ -98,7 +98,7 @@ void CXmlTreeCtrl::ReorderSelected(bool upwards) {
   if (siblingNode == nullptr || aboveNode == nullptr || NodeOf(*item) == nullptr) return;
   if (aboveNode->NameView() == "Dependencies") return;
 
-  // The filling opens and closes folders by what was recorded last.
+  // The fill restores the expanded state that was saved last.
   SaveExpansion();
   const CXmlNode* const upper = upwards ? siblingNode : NodeOf(*item);
   const CXmlNode* const lower = upwards ? NodeOf(*item) : siblingNode;

@@ -10,26 +10,26 @@ namespace tarn {
 
 class BrowserPeer : public WindowPeer {
  public:
-  // Another page is wanted, see GetAddress.
+  // A different page is to be shown; see GetAddress().
   virtual void OnNavigate() {}
 };
 
-// Shows a page. Where its links lead is asked of a handler first.
+// Displays a page. A handler is consulted before a link is followed.
 class CBrowserCtrl : public CWnd {
  public:
-  // False keeps the page where it is. It may end the control.
+  // Returning false prevents the navigation. The handler may destroy the control.
   using NavigationHandler = std::function<bool(const std::string& address)>;
 
   void SetNavigationHandler(NavigationHandler handler) { mayNavigate = std::move(handler); }
 
-  // Shows the page if the handler has nothing against it.
+  // Shows the page unless the handler refuses.
   void Navigate(const std::string& newAddress);
-  // Of the page that is shown; empty for none.
+  // Address of the current page; empty if there is none.
   const std::string& GetAddress() const { return address; }
 
-  // --- From the toolkit ---
+  // --- Called by the toolkit ---
 
-  // The user follows a link. True when the page may change, which the toolkit does then by itself.
+  // The user follows a link. Returns true if the page may change; the toolkit then loads it itself.
   bool NotifyNavigating(const std::string& newAddress);
 
  protected:

@@ -13,24 +13,26 @@ class ButtonPeer : public WindowPeer {
   virtual void OnCheckChanged() {}
 };
 
-// A button to push, a box to tick, or one of a group of radio buttons of which one is checked at
-// most. The window's text is its label.
+// A push button, a check box, or a radio button of a group in which at most one is checked. The
+// window text is the label.
 class CButton : public CControl {
  public:
-  // A group of radio buttons is the one that starts it and those that follow among its parent's
-  // children, as far as the next that starts one.
+  // A group of radio buttons consists of the one with `groupStarts` and the siblings after it, up
+  // to the next one with `groupStarts`.
   explicit CButton(ButtonKind buttonKind, bool groupStarts = false)
       : kind(buttonKind), startsGroup(groupStarts) {}
 
   ButtonKind GetKind() const { return kind; }
   bool StartsGroup() const { return startsGroup; }
   bool IsChecked() const { return isChecked; }
-  // A radio button that is checked unchecks the others of its group. Tells nobody but the peers.
+  // Checking a radio button unchecks the others of its group. Notifies only the peers, not the
+  // owner.
   void SetCheck(bool check);
 
-  // --- From the toolkit ---
+  // --- Called by the toolkit ---
 
-  // The user pushes it: a box changes its state, a radio button is checked, and the owner is told.
+  // The user clicked the button: a check box toggles, a radio button is checked, and the owner is
+  // notified.
   void NotifyClicked();
 
  protected:

@@ -26,8 +26,8 @@ class HandlerWindow final : public WindowTarget {
 
   std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
                                 std::intptr_t lParam) override {
-    // The handler may remove this window; nothing of it is touched behind the call. A handler in
-    // another language than C may throw, and the sender can do nothing about it.
+    // The handler may remove this window, so nothing of it is accessed after the call. A handler
+    // written in another language may throw; the sender could not handle that.
     try {
       return handler(context, message, wParam, lParam);
     } catch (...) {
@@ -41,7 +41,7 @@ class HandlerWindow final : public WindowTarget {
   const WindowHandle handle;
 };
 
-// The windows of the programs, by handle.
+// Windows created through the C interface, by handle.
 class HandlerWindows {
  public:
   WindowHandle Add(TarnMessageHandler handler, void* context) {
@@ -53,7 +53,7 @@ class HandlerWindows {
   }
 
   void Remove(WindowHandle handle) {
-    std::unique_ptr<HandlerWindow> removed;  // ends outside of the lock
+    std::unique_ptr<HandlerWindow> removed;  // destroyed after the lock is released
     const std::lock_guard guard(lock);
     const auto found = windows.find(handle);
     if (found == windows.end() || found->second.thread != std::this_thread::get_id()) return;
@@ -62,7 +62,7 @@ class HandlerWindows {
   }
 
   static HandlerWindows& Native() {
-    // Never destroyed: a program may remove its windows while it ends.
+    // Never destroyed: a program may remove its windows while it exits.
     static auto* const all = new HandlerWindows;
     return *all;
   }
@@ -70,7 +70,7 @@ class HandlerWindows {
  private:
   struct Entry {
     std::unique_ptr<HandlerWindow> window;
-    std::thread::id thread;  // that it answers on
+    std::thread::id thread;  // thread of its handler
   };
 
   std::mutex lock;

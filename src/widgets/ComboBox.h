@@ -11,34 +11,35 @@ namespace tarn {
 
 class ComboBoxPeer : public WindowPeer {
  public:
-  // Entries came or went; the selection as well.
+  // Entries were added or removed; the selection may have changed as well.
   virtual void OnEntriesChanged() {}
   virtual void OnSelectionChanged() {}
 };
 
-// A list that drops down, of which one entry is selected at most. What stands beside an entry is
-// its maker's, and is borrowed here.
+// A drop-down list in which at most one entry is selected. The data attached to an entry is
+// borrowed and belongs to the caller.
 class CComboBox : public CControl {
  public:
-  // The index of the new entry, which is the last.
+  // Appends an entry and returns its index.
   int AddString(std::string entryText, const void* data = nullptr);
+  // Removes all entries and clears the selection.
   void ResetContent();
 
   int GetCount() const { return static_cast<int>(entries.size()); }
-  // Empty and null for an index that has no entry.
+  // An empty string or null if the index is out of range.
   const std::string& GetText(int index) const;
   const void* GetItemData(int index) const;
-  // -1 for none.
+  // -1 if no entry is selected.
   int GetCurSel() const { return selected; }
-  // An index that has no entry selects none. Tells nobody but the peer.
+  // Selects no entry if the index is out of range. Notifies only the peer, not the owner.
   void SetCurSel(int index);
-  // Selects the first entry that begins with the text, whatever the case; gives its index, or -1,
-  // and then the selection stays.
+  // Selects the first entry that starts with the string, ignoring case, and returns its index.
+  // Returns -1, with the selection unchanged, if there is none.
   int SelectString(std::string_view beginning);
 
-  // --- From the toolkit ---
+  // --- Called by the toolkit ---
 
-  // The user chooses an entry; the owner is told when it is another one.
+  // The user chose an entry; the owner is notified if it differs from the selected one.
   void NotifySelected(int index);
 
  protected:

@@ -7,7 +7,7 @@
 #include "widgets/Geometry.h"
 #include "widgets/ImageList.h"
 
-// What a control wants painted, told as steps that a toolkit carries out in order.
+// Paint commands of a control, executed by the toolkit in order.
 namespace tarn {
 
 struct FillStep {
@@ -21,7 +21,7 @@ struct ImageStep {
   Point place;
 };
 
-// On one line, with nothing in the text standing for anything else.
+// Draws a single line; no character of the text is interpreted as markup.
 struct TextStep {
   Rect rect;
   std::string text;
@@ -29,6 +29,7 @@ struct TextStep {
   Color color = 0;
 };
 
+// The lists are built for one paint operation and not stored.
 using DrawingStep = std::variant<FillStep, ImageStep, TextStep>;
 using DrawingSteps = std::vector<DrawingStep>;
 

@@ -8,9 +8,9 @@
 
 namespace tarn {
 
-// Bits of an edit's style.
+// Style bits of an edit field.
 inline constexpr std::uint32_t kEditMultiLine = 0x0004;
-inline constexpr std::uint32_t kEditAutoScroll = 0x0080;  // sideways, with the text
+inline constexpr std::uint32_t kEditAutoScroll = 0x0080;  // scrolls horizontally while typing
 inline constexpr std::uint32_t kEditReadOnly = 0x0800;
 
 class EditPeer : public WindowPeer {
@@ -19,30 +19,33 @@ class EditPeer : public WindowPeer {
   virtual void OnSelectionChanged() {}
 };
 
-// A field that the user types into. Its text is the window's text. A toolkit edits by itself and
-// tells the result; a key goes through NotifyKey first and is the toolkit's only when that says no.
+// A text input field. Its content is the window text. The toolkit implements the editing and
+// reports the result; each key is offered to NotifyKey() first and handled by the toolkit only if
+// that returns false.
 class CEdit : public CWnd {
  public:
   bool IsMultiLine() const { return (GetStyle() & kEditMultiLine) != 0; }
-  // The style says it first.
+  // Initialised from the style.
   bool IsReadOnly() const { return isReadOnly; }
+  // Overrides the read-only bit of the style. The program can still change the text.
   void SetReadOnly(bool readOnly);
 
   TextRange GetSelection() const { return selection.Within(GetWindowText().size()); }
-  // Cut to the text.
+  // Clamped to the length of the text.
   void SetSelection(TextRange range);
   void SelectAll() { SetSelection({0, GetWindowText().size()}); }
 
-  // --- From the toolkit ---
+  // --- Called by the toolkit ---
 
-  // The user has changed the text and left the selection so. Nothing while it is read only.
+  // The user edited the text; `newSelection` is the selection after the edit. Ignored if read-only.
   void NotifyTextEdited(const std::string& newText, TextRange newSelection);
+  // The user changed the selection.
   void NotifySelected(TextRange range);
 
  protected:
-  // The user has changed the text.
+  // The user edited the text.
   virtual void OnTextEdited() {}
-  // Sets the state up from the style; a class that replaces it calls it.
+  // Initialises the state from the style; overrides must call it.
   bool OnCreate() override;
   std::unique_ptr<WindowPeer> MakePeer(WindowToolkit& toolkit) final;
 

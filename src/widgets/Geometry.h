@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <string>
 
-// Places and colours of windows. Lengths are pixels of a screen that is not scaled; a toolkit
-// scales them.
+// Positions and colours of windows. Lengths are device-independent pixels; the toolkit scales them.
 namespace tarn {
 
 struct Point {
@@ -19,7 +18,7 @@ struct Size {
   friend bool operator==(const Size&, const Size&) = default;
 };
 
-// Right and bottom are outside of it.
+// Right and bottom are exclusive.
 struct Rect {
   int left = 0;
   int top = 0;
@@ -28,6 +27,7 @@ struct Rect {
 
   int Width() const { return right - left; }
   int Height() const { return bottom - top; }
+  // True also for an inverted rectangle.
   bool IsEmpty() const { return right <= left || bottom <= top; }
   bool Contains(Point point) const {
     return point.x >= left && point.x < right && point.y >= top && point.y < bottom;
@@ -35,14 +35,15 @@ struct Rect {
   friend bool operator==(const Rect&, const Rect&) = default;
 };
 
-// 0x00BBGGRR, as colours stand in files and messages.
+// 0x00BBGGRR, the byte order used in files and messages.
 using Color = std::uint32_t;
 
+// Components range from 0 to 255.
 constexpr Color MakeColor(std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
   return red | (green << 8) | (blue << 16);
 }
 
-// Colours that the user's desktop chooses.
+// Colours defined by the user's desktop.
 enum class SystemColor : int {
   Window = 5,
   WindowText = 8,
@@ -50,14 +51,16 @@ enum class SystemColor : int {
   HighlightText = 14,
 };
 
+// A font request; the toolkit substitutes what it does not have.
 struct Font {
-  std::string face;  // empty: the toolkit's own
-  int twips = 0;     // twentieths of a point; 0: the toolkit's own
+  std::string face;  // empty: the toolkit's default
+  int twips = 0;     // twentieths of a point; 0: the toolkit's default
   bool isBold = false;
   bool isItalic = false;
   friend bool operator==(const Font&, const Font&) = default;
 };
 
+// Mouse cursors that a toolkit has to provide.
 enum class CursorShape { Arrow, Wait, Help, Hand };
 
 }  // namespace tarn

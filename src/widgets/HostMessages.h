@@ -6,9 +6,10 @@
 
 namespace tarn {
 
-// Messages to the host's main frame, whose numbers and parameters are part of what hosts in every
-// language are told. All are sent; only kMsgCommand may be posted as well. Texts in wParam and
-// lParam are zero-terminated 8-bit texts, never null, and live only during the call.
+// Messages to the host's main window. Their numbers and parameters are a public interface for hosts
+// in any language; see tarn/automation.h. All are sent; only kMsgCommand may be posted as well.
+// Strings in wParam and lParam are zero-terminated 8-bit strings, never null, and valid only during
+// the call.
 enum HostMessage : std::uint32_t {
   kMsgShowTimeStamps = TARN_MSG_SHOW_TIME_STAMPS,
   kMsgAnnounceWindow = TARN_MSG_ANNOUNCE_WINDOW,
@@ -35,7 +36,7 @@ enum HostMessage : std::uint32_t {
   kMsgCommand = TARN_MSG_COMMAND,
 };
 
-// The options pane that kMsgPaneCaption names.
+// Number of the options pane in kMsgPaneCaption.
 inline constexpr std::intptr_t kOptionsPane = 4005;
 
 }  // namespace tarn

@@ -6,7 +6,8 @@ namespace tarn {
 
 void CHyperlinkCtrl::NotifyClicked() {
   if (!IsUsable() || address.empty()) return;
-  // A toolkit may run events while the desktop starts something.
+  // A copy: the toolkit may run events, which may destroy this, while the desktop opens the
+  // address.
   const std::string opened = address;
   WindowToolkit::Current().OpenAddress(opened);
 }

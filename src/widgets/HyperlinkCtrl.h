@@ -8,14 +8,14 @@
 
 namespace tarn {
 
-// A text that opens an address when it is clicked. The window's text is what it shows.
+// A label that opens an address when clicked. The window text is the visible text.
 class CHyperlinkCtrl : public CControl {
  public:
-  // For the desktop to open; empty: a click does nothing.
+  // The address is opened by the desktop; if it is empty, a click does nothing.
   void SetAddress(std::string newAddress) { address = std::move(newAddress); }
   const std::string& GetAddress() const { return address; }
 
-  // --- From the toolkit ---
+  // --- Called by the toolkit ---
 
   void NotifyClicked();
 

@@ -8,8 +8,9 @@ namespace tarn {
 
 namespace {
 
-// Behind the mark "BM", file size, reserved bytes and the place of the pixels stands the header of
-// the picture: its own length, then width and height. A negative height means top row first.
+// Layout of a bitmap file: the signature "BM", file size, reserved bytes and offset of the pixels,
+// followed by the image header: its own length, then width and height. A negative height means that
+// the top row comes first.
 constexpr std::size_t kHeaderLength = 14;
 constexpr std::size_t kShortestPictureHeader = 40;
 

@@ -9,33 +9,34 @@
 
 namespace tarn {
 
-// A picture as its file has it. Only the header is looked into here; a toolkit decodes the rest.
+// An image file in memory. Only its header is parsed here; the toolkit decodes the rest.
 struct Bitmap {
   Size size;
   std::string bytes;  // the whole file
-  std::string path;   // of the file; empty when nobody knows
+  std::string path;   // path of the file; empty if unknown
 };
 
-// Null for bytes that are no bitmap, or one without pixels.
+// Return null if the bytes are not a bitmap or the bitmap has no pixels.
 std::shared_ptr<const Bitmap> ReadBitmap(std::string bytes);
 std::shared_ptr<const Bitmap> LoadBitmap(FileSystem& files, const std::string& path);
 
-// Magenta: where the background shows through.
+// Magenta, drawn as transparent.
 inline constexpr Color kTransparentColor = 0xFF00FF;
 
-// Pictures of one size by number. A bitmap that is added gives as many as fit into its width.
+// Images of one size, addressed by number. An added bitmap provides as many images as fit into its
+// width.
 class CImageList {
  public:
   struct Strip {
     std::shared_ptr<const Bitmap> bitmap;
     Color transparent = kTransparentColor;
-    int first = 0;  // number of its first picture
+    int first = 0;  // number of its first image
     int count = 0;
   };
 
   explicit CImageList(Size imageSize) : size(imageSize) {}
 
-  // The number of the first picture of the bitmap; -1 when none fits.
+  // Returns the number of the bitmap's first image, or -1 if the bitmap is too small for one.
   int Add(std::shared_ptr<const Bitmap> bitmap, Color transparent = kTransparentColor);
   Size GetImageSize() const { return size; }
   int GetCount() const { return count; }

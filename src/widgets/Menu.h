@@ -6,11 +6,12 @@
 
 namespace tarn {
 
-// A popup menu: its entries in order, each a command, a separator or a menu of its own.
+// A popup menu: an ordered list of entries, each a command, a separator or a submenu.
 class CMenu {
  public:
   enum class Kind { Command, Separator, Submenu };
 
+  // `id` is the command of a Command entry, `submenu` is set for a Submenu entry.
   struct Entry {
     Kind kind = Kind::Command;
     int id = 0;
@@ -20,8 +21,10 @@ class CMenu {
     std::unique_ptr<CMenu> submenu;
   };
 
+  // Append an entry. Menus are built once for each time they are shown, so there is no way to
+  // remove one.
   void AppendSeparator();
-  // The entry may be changed until the next one is added.
+  // The returned entry may be changed until the next one is added.
   Entry& AppendCommand(int id, std::string text);
   Entry& AppendSubmenu(std::unique_ptr<CMenu> submenu, std::string text);
 

@@ -9,7 +9,7 @@ namespace tarn {
 
 namespace {
 
-// Every loop in the table is one of these: only RegisterWindow puts any there.
+// Only RegisterWindow() adds entries, so every loop in the table is a ThreadLoop.
 ThreadLoop* LoopOf(const WindowTable::Entry& entry) {
   return static_cast<ThreadLoop*>(entry.loop.get());
 }
@@ -21,7 +21,7 @@ struct SentMessage {
   std::intptr_t lParam;
   std::intptr_t answer = 0;
 
-  // On the window's thread; the window may have gone since the message was sent.
+  // Runs on the window's thread; the window may have been destroyed since the message was sent.
   void Deliver() {
     const WindowTable::Entry entry = WindowTable::Native().Find(window);
     if (entry.target != nullptr) answer = entry.target->OnWindowMessage(message, wParam, lParam);

@@ -8,11 +8,11 @@
 
 namespace tarn {
 
-// Handles are small numbers from a table of the process, so that they travel as 32-bit numbers and
-// a stale one is an answer of 0, not a crash. 0 is no window.
+// Handles are small integers from a table of the process. They fit into 32-bit numbers, and a
+// message to a stale handle returns 0 instead of crashing. 0 is not a window.
 using WindowHandle = std::int32_t;
 
-// Whoever answers a window's messages. Called on the thread that registered the window.
+// Receiver of a window's messages. Called on the thread that registered the window.
 class WindowTarget {
  public:
   virtual std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
@@ -22,69 +22,78 @@ class WindowTarget {
   ~WindowTarget() = default;
 };
 
-// One per thread that has windows: what other threads want done on that thread, posted messages
-// and timers, served in this order when the thread pumps. Shared ownership: a thread that waits on
+// Event loop of a thread that has windows: a queue of calls from other threads, posted messages and
+// timers, processed in this order when the thread pumps. Reference-counted: a thread that waits for
 // a loop keeps it alive.
+//
+// The thread that created the project manager is called the main thread; its loop is the one that
+// worker threads use to run code on the main thread.
 class MessageLoop : public std::enable_shared_from_this<MessageLoop> {
  public:
-  // The loop of the calling thread, made at first use and closed when the thread ends.
+  // Returns the loop of the calling thread, which is created at first use and closed at the end of
+  // the thread.
   static std::shared_ptr<MessageLoop> ForCurrentThread();
   virtual ~MessageLoop() = default;
 
   virtual bool IsCurrentThread() const = 0;
 
-  // Runs `work` on the loop's thread and returns when it has run; directly when that is the
-  // calling thread. Nested to any depth: while it waits, the calling thread serves what others
-  // want of it. False when the loop was closed before the work could run. An exception of the work
-  // comes out here. Nothing may be locked while waiting here.
+  // Runs `work` on the loop's thread and waits for it; runs it directly if that is the calling
+  // thread. May be nested to any depth: while waiting, the calling thread serves calls from other
+  // threads, so mutual calls don't deadlock. Returns false if the loop was closed before the work
+  // could run. Rethrows an exception of the work. The caller must not hold any lock.
   virtual bool RunAndWait(const std::function<void()>& work) = 0;
 
   // Returns whether the calling code runs inside work that another thread waits for, for example in
-  // a window's answer to its message. False on another thread than the loop's.
+  // a window's handler for that thread's message. Returns false on any other thread than the
+  // loop's.
   virtual bool IsServing() const = 0;
 
-  // Serves what other threads wait for, and nothing else. Returns whether there was anything.
+  // Serves only calls that other threads wait for. Returns whether there were any.
   virtual bool ServeWaiting() = 0;
-  // Serves waiting work, then posted messages, then timers that are due; at most one round. Timers
-  // stand back while messages are left. Returns whether there was anything. This and the three
-  // below do nothing on another thread than the loop's.
+  // Serves waiting calls, then posted messages, then due timers; at most one round. Timers are
+  // deferred while messages are left. Returns whether there was anything to do. This function and
+  // the three below are no-ops on any other thread than the loop's.
   virtual bool Pump() = 0;
-  // Pumps until `done` holds or the time is over; tells whether it held. Sleeps while idle.
+  // Pumps until `done` returns true or the time limit expires; returns whether it did. Sleeps while
+  // idle.
   virtual bool PumpUntil(const std::function<bool()>& done, std::chrono::milliseconds limit) = 0;
-  // Like PumpUntil, but serves only waiting work.
+  // Like PumpUntil(), but serves only calls from other threads.
   virtual bool ServeUntil(const std::function<bool()>& done, std::chrono::milliseconds limit) = 0;
 
-  // Called from any thread whenever something was queued or a timer was set, so that another event
-  // loop can be told to call Pump. It returns at once and calls nothing of the loop. At most one;
-  // null removes it, and none is running any more when this returns.
+  // Sets a function that is called, on any thread, whenever something was queued or a timer was
+  // set, so that an external event loop can schedule a call of Pump(). It must return immediately
+  // and must not call the loop. At most one; null removes it, and it is not running any more when
+  // this returns.
   virtual void SetWakeHandler(std::function<void()> wake) = 0;
-  // How long until Pump has a timer to serve, rounded up; nothing without a timer. For another
-  // event loop, which asks after each wake and each Pump.
+  // Time until the next timer is due, rounded up; nullopt if there is no timer. For an external
+  // event loop, which queries it after each wake and each Pump().
   virtual std::optional<std::chrono::milliseconds> UntilNextTimer() = 0;
-  // What the timers go by: a clock that is moved by hand, or the machine's own for null.
+  // Sets the clock of the timers, for tests; null restores the system's steady clock.
   using Clock = std::chrono::steady_clock;
   virtual void SetTimerClock(std::function<Clock::time_point()> clock) = 0;
-  // Makes a sleeping PumpUntil look at its condition again. May be called from any thread.
+  // Makes a sleeping PumpUntil() re-evaluate its condition. Thread-safe.
   virtual void Wake() = 0;
 };
 
-// Registers a window of the calling thread. `target` is borrowed until UnregisterWindow.
+// Registers a window of the calling thread. `target` is borrowed until UnregisterWindow().
 WindowHandle RegisterWindow(WindowTarget& target);
-// The handle answers 0 from now on; messages and timers still waiting for it are dropped. On the
-// window's thread.
+// Invalidates the handle: messages to it return 0, and its pending messages and timers are dropped.
+// Must be called on the window's thread.
 void UnregisterWindow(WindowHandle window);
 bool IsWindow(WindowHandle window);
 
-// The target's answer; waits when the window belongs to another thread. 0 for no window.
+// Sends a message and returns the target's result. Blocks if the window belongs to another thread.
+// Returns 0 if there is no such window.
 std::intptr_t SendWindowMessage(WindowHandle window, std::uint32_t message, std::intptr_t wParam,
                                 std::intptr_t lParam);
-// Queues a message of plain numbers; false for no window.
+// Queues a message, whose parameters must not be pointers. Returns false if there is no such
+// window.
 bool PostWindowMessage(WindowHandle window, std::uint32_t message, std::intptr_t wParam,
                        std::intptr_t lParam);
 
-// Calls `onTick` on the window's thread every `period` (at least 1 ms), behind all messages, never
-// twice at once and never catching up. Setting it again replaces it and starts the period anew. On
-// the window's thread.
+// Calls `onTick` on the window's thread every `period` (at least 1 ms), after all messages, never
+// reentrantly and without catching up on missed ticks. Setting the timer again replaces it and
+// restarts the period. Must be called on the window's thread.
 void SetWindowTimer(WindowHandle window, std::int32_t id, std::chrono::milliseconds period,
                     std::function<void()> onTick);
 void KillWindowTimer(WindowHandle window, std::int32_t id);

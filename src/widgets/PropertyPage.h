@@ -11,6 +11,7 @@ namespace tarn {
 
 class CPropertySheet;
 
+// Kinds of controls that a page template can contain.
 enum class ControlKind {
   Label,
   Frame,
@@ -28,53 +29,57 @@ struct ControlRow {
   ControlKind kind = ControlKind::Label;
   const char* text = "";
   Rect rect;                // in the page's client coordinates
-  std::uint32_t style = 0;  // bits of its kind, besides those of a visible child
+  std::uint32_t style = 0;  // style bits of its kind, in addition to those of a visible child
   bool startsGroup = false;
 };
 
-// A page as a table of its controls, in the order of the Tab key. Refers to tables that stay.
+// Description of a page as a table of its controls, in tab order. Refers to tables that outlive it.
 struct PageTemplate {
   int id = 0;
   Size size;
   std::span<const ControlRow> controls;
 };
 
-// The controls of a page as one window. It exchanges no data by itself: a page sets its controls up
-// in OnInitDialog and reads them when the sheet is finished.
+// A window with the controls of a page. There is no automatic data exchange: a page initialises its
+// controls in OnInitDialog() and reads them when the sheet is finished.
 class CPropertyPage : public CWnd {
  public:
+  // The template's tables must outlive the page.
   explicit CPropertyPage(const PageTemplate& pageTemplate) : layout(pageTemplate) {}
   ~CPropertyPage() override { DestroyWindow(); }
 
   const PageTemplate& GetTemplate() const { return layout; }
-  // The control of that id if it is a T, else null; all controls stand from OnInitDialog on.
+  // Returns the control of that id if it is a T, otherwise null. All controls exist from
+  // OnInitDialog() on.
   template <class T>
   T* FindControl(int controlId) const {
     return dynamic_cast<T*>(FindChild(controlId));
   }
-  // What the sheet shows above the page.
+  // Title and subtitle that the sheet shows above the page.
   const std::string& GetHeaderTitle() const { return headerTitle; }
   const std::string& GetHeaderSubtitle() const { return headerSubtitle; }
-  // Returns why the sheet can't be finished with what the controls hold now, as a sentence for the
-  // user; empty if it can. For what runs the sheet: it stays open then, or is cancelled.
+  // Returns the reason why the sheet cannot be finished with the current state of the controls, as
+  // a sentence for the user; an empty string if it can. The code that runs the sheet keeps it open
+  // then, or cancels it.
   virtual std::string FindFinishProblem() { return {}; }
-  // Null while it is on none.
+  // Null while the page is not part of a sheet.
   CPropertySheet* GetSheet() const { return sheet; }
 
  protected:
+  // Must be called before the sheet is shown.
   void SetHeader(std::string title, std::string subtitle);
 
-  // The controls of the table stand.
+  // The controls of the table have been created.
   virtual void OnInitDialog() {}
-  // The page comes in front of the user.
+  // The page becomes visible.
   virtual void OnSetActive() {}
-  // The user has finished the sheet; the controls still stand.
+  // The user finished the sheet; the controls still exist.
   virtual void OnWizardFinish() {}
-  // The user has clicked a control or chosen something in it.
+  // The user clicked a control or chose something in it.
   virtual void OnControl(int /*controlId*/) {}
 
   bool OnCreate() override;
-  // A class that replaces it hands on what it doesn't know.
+  // An override must forward the messages that it does not handle.
   std::intptr_t OnMessage(std::uint32_t message, std::intptr_t wParam,
                           std::intptr_t lParam) override;
   std::unique_ptr<WindowPeer> MakePeer(WindowToolkit& toolkit) final;

@@ -34,7 +34,7 @@ int CPropertySheet::DoModal() {
       page->Create(kStyleChild | kStyleVisible, body, this, page->layout.id)) {
     page->OnSetActive();
     const int pressed = RunSheet(ownerWindow, *this);
-    // Whoever ran it may have taken the windows away meanwhile.
+    // The responder may have destroyed the windows.
     if (pressed == kSheetFinish && isFinishEnabled && page->IsCreated()) {
       page->OnWizardFinish();
       result = kSheetFinish;

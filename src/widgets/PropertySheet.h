@@ -15,19 +15,19 @@ class PropertySheetPeer : public WindowPeer {
   virtual void OnFinishEnabled() {}
 };
 
-// A dialog in the form of a wizard: a header with a title, a subtitle and a picture, below it the
-// page, and the buttons Finish and Cancel. It has one page and therefore no others to turn to. The
-// window's text is its caption.
+// A wizard-style dialog: a header with title, subtitle and image, the page below it, and the
+// buttons Finish and Cancel. It has exactly one page, and so no navigation. The window text is the
+// caption.
 class CPropertySheet : public CWnd {
  public:
-  // `askedWindow` is the one whose user is asked.
+  // `askedWindow` is the window on whose behalf the user is asked.
   CPropertySheet(const std::string& caption, WindowHandle askedWindow);
   ~CPropertySheet() override { DestroyWindow(); }
 
-  // Borrowed; outlives the sheet's window.
+  // Borrowed; must outlive the sheet's window.
   void SetPage(CPropertyPage& newPage) { page = &newPage; }
   CPropertyPage* GetPage() const { return page; }
-  // Null for none.
+  // Null for no image.
   void SetHeaderBitmap(std::shared_ptr<const Bitmap> bitmap) { headerBitmap = std::move(bitmap); }
   const std::shared_ptr<const Bitmap>& GetHeaderBitmap() const { return headerBitmap; }
   WindowHandle GetOwnerWindow() const { return ownerWindow; }
@@ -35,8 +35,8 @@ class CPropertySheet : public CWnd {
   void EnableFinish(bool enable);
   bool IsFinishEnabled() const { return isFinishEnabled; }
 
-  // Makes the windows, has the user work with them, and destroys them. kSheetFinish when Finish
-  // was pressed while that was enabled and the page has taken its data over, else kSheetCancel.
+  // Creates the windows, lets the user work with them and destroys them. Returns kSheetFinish if
+  // Finish was pressed while enabled and the page has stored its data, otherwise kSheetCancel.
   int DoModal();
 
  protected:

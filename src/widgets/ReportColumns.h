@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-// The columns of a report, in their order, and what the rows are arranged by.
+// The columns of a report, in their order, and how the rows are sorted and grouped.
 namespace tarn {
 
 enum class ReportAlignment : int { Left = 0, Center = 1, Right = 2 };
@@ -15,10 +15,10 @@ enum class ReportAlignment : int { Left = 0, Center = 1, Right = 2 };
 class CReportColumn {
  public:
   static constexpr int kNoIcon = -1;
-  // A width that is read from a file may be anything.
+  // A width read from a file is clamped to this.
   static constexpr int kMaxWidth = 0x7FFF;
 
-  // `columnIndex` is the item of a record that it shows; the width is in pixels.
+  // `columnIndex` is the index of the record item that the column shows; the width is in pixels.
   CReportColumn(int columnIndex, std::string columnCaption, int columnWidth, bool autoSize,
                 int icon, bool sortable, bool visible)
       : index(columnIndex),
@@ -34,25 +34,25 @@ class CReportColumn {
 
   int GetIndex() const { return index; }
   const std::string& GetCaption() const { return caption; }
-  // Its own; what it gets in a window of another width stands in CReportControl::LayOutColumns.
+  // The configured width; CReportControl::LayOutColumns() computes the actual one.
   int GetWidth() const { return width; }
   void SetWidth(int pixels);
-  // Takes a share of the width that is left over or missing.
+  // Takes a share of the surplus or missing width.
   bool IsAutoSize() const { return isAutoSize; }
-  // Number of a picture, for a column whose cells show pictures or check boxes.
+  // Number of an image, for a column whose cells show images or check boxes.
   int GetIconId() const { return iconId; }
   bool IsSortable() const { return isSortable; }
   bool IsVisible() const { return isVisible; }
   void SetVisible(bool visible);
   bool IsEditable() const { return isEditable; }
   void SetEditable(bool editable) { isEditable = editable; }
-  // Shows how deep a record lies, and the button that opens it.
+  // Shows the depth of a record and the button that expands it.
   bool IsTreeColumn() const { return isTreeColumn; }
   void SetTreeColumn(bool isTree) { isTreeColumn = isTree; }
   ReportAlignment GetAlignment() const { return alignment; }
   void SetAlignment(ReportAlignment align);
   bool IsSorted() const { return isSorted; }
-  // Only of meaning while it is the sorted one.
+  // Meaningful only if IsSorted().
   bool IsSortedAscending() const { return isAscending; }
 
  private:
@@ -76,14 +76,14 @@ class CReportColumn {
   std::function<void()> onChange;
 };
 
-// What rows are grouped by, the outermost first. The columns are borrowed.
+// The columns that rows are grouped by, outermost first. The columns are borrowed.
 class CReportColumnOrder {
  public:
   explicit CReportColumnOrder(std::function<void()> changed) : onChange(std::move(changed)) {}
 
   void Add(const CReportColumn* column);
   void Clear();
-  // -1 when it isn't in it.
+  // -1 if the column is not part of it.
   int IndexOf(const CReportColumn* column) const;
   const std::vector<const CReportColumn*>& GetColumns() const { return columns; }
 
@@ -92,22 +92,25 @@ class CReportColumnOrder {
   std::function<void()> onChange;
 };
 
+// Owns the columns of a report and holds the sort and grouping order. All changes are reported
+// through one callback.
 class CReportColumns {
  public:
-  // `changed` is called whenever a column or the order of the rows has changed.
+  // `changed` is called whenever a column, the sorting or the grouping has changed.
   explicit CReportColumns(std::function<void()> changed)
       : onChange(std::move(changed)), groups(onChange) {}
 
   int GetCount() const { return static_cast<int>(columns.size()); }
-  // Null when there is no such column.
+  // Returns null if the index is out of range.
   CReportColumn* GetAt(int index) const;
+  // Appends a column and returns it.
   CReportColumn* Add(std::unique_ptr<CReportColumn> column);
-  // The columns go, and with them sorting and grouping.
+  // Removes the columns, and with them sorting and grouping.
   void Clear();
-  // The one column that rows are sorted by; null for the order of the records. Rows follow when the
-  // report is populated.
+  // Sets the only column that rows are sorted by; null restores the order of the records. Takes
+  // effect when the report is populated.
   void SetSortColumn(const CReportColumn* column, bool ascending);
-  // Null for none.
+  // Null if the rows are not sorted.
   const CReportColumn* GetSortColumn() const;
   CReportColumnOrder& GetGroupsOrder() { return groups; }
   const CReportColumnOrder& GetGroupsOrder() const { return groups; }

@@ -11,7 +11,7 @@ namespace tarn {
 
 namespace {
 
-// To measure a text takes a hundred times as long as to ask for its length.
+// Measuring a string takes about a hundred times as long as getting its length.
 constexpr int kMostMeasured = 1000;
 
 }  // namespace
@@ -30,7 +30,7 @@ void CReportHeader::BestFit(CReportColumn& column) {
   const int rowCount = report.rows.GetCount();
   const int belowSeen = std::min(rowCount, report.topRow + report.RowsPerPage() + 1);
   for (int row = report.topRow; row < belowSeen; ++row) fit(row);
-  std::vector<std::pair<std::size_t, int>> longest;  // length of the text, and row
+  std::vector<std::pair<std::size_t, int>> longest;  // length of the string, and row
   for (int row = 0; row < rowCount; ++row) {
     const CReportRecordItem* const item = report.GetItemAt(row, column.GetIndex());
     if (item != nullptr) longest.emplace_back(item->GetCaption().size(), row);
@@ -105,7 +105,7 @@ void CReportControl::RemoveAllRecords() {
   focusedRow = -1;
   anchorRow = -1;
   populated = 0;
-  // The peer must have let go of the rows before the records go.
+  // The peer must release the rows before the records are destroyed.
   ResetRows();
   records.RemoveAll();
 }
@@ -162,7 +162,7 @@ void CReportControl::PopulateAdded() {
   if (populated == records.GetCount() && !isArrangedAnew) return;
   const bool isSorted = columns.GetSortColumn() != nullptr;
   if (isArrangedAnew || (isSorted && header.IsShowItemsInGroups())) return Populate();
-  // Rows only move where they are sorted.
+  // Rows change their position only if they are sorted.
   const RememberedSelection remembered = isSorted ? RememberSelection() : RememberedSelection();
   const int behindOld = rows.GetCount();
   const int changed = rows.Extend(records, populated);
@@ -290,7 +290,7 @@ ReportHit CReportControl::HitCell(Point point, int row) const {
   const auto widthOf = [&](std::size_t bytes) {
     return toolkit.MeasureText(GetFont(), std::string_view(caption).substr(0, bytes)).width;
   };
-  // The first byte that ends behind the point.
+  // Binary search for the first byte that ends to the right of the point.
   std::size_t byte = 0;
   for (std::size_t end = caption.size(); byte < end;) {
     const std::size_t middle = byte + (end - byte) / 2;

@@ -17,27 +17,27 @@ namespace tarn {
 
 class CReportControl;
 
-// What a report sends its owner; wParam is the address of a ReportNotice that lives during the
-// call. The owner may refill the report, or destroy it.
+// Messages from a report to its owner; wParam is the address of a ReportNotice that is valid during
+// the call. The owner may refill the report, or destroy it.
 enum ReportMessage : std::uint32_t {
-  kMsgReportClick = 0x9B01,    // of the left button; row -1 where none was hit
-  kMsgReportDoubleClick,       // ... a second time
-  kMsgReportEnter,             // the Enter key, on the row that has the focus
-  kMsgReportHeaderRightClick,  // column -1 behind the last one
-  kMsgReportSelection,         // the user has selected other rows
-  kMsgReportCheck,             // the user has ticked or cleared a check box
-  kMsgReportEdit,              // the user has changed a text
+  kMsgReportClick = 0x9B01,    // left click; row -1 if it hit no row
+  kMsgReportDoubleClick,       // left double click
+  kMsgReportEnter,             // the Enter key, on the focused row
+  kMsgReportHeaderRightClick,  // column -1 after the last column
+  kMsgReportSelection,         // the user changed the selection
+  kMsgReportCheck,             // the user toggled a check box
+  kMsgReportEdit,              // the user changed a text
 };
 
 struct ReportNotice {
-  int id = 0;  // of the report's window
+  int id = 0;  // id of the report's window
   int row = -1;
   int column = -1;     // index, -1 for none
-  int hyperlink = -1;  // of the cell, -1 for none
-  Point screen;        // of a right click
+  int hyperlink = -1;  // index within the cell, -1 for none
+  Point screen;        // position of a right click
 };
 
-// A place in a report.
+// Result of a hit test: a position in a report.
 struct ReportHit {
   enum class Area { Nowhere, GroupBox, Header, Row };
   enum class Part { Cell, Opener, Check };
@@ -49,54 +49,55 @@ struct ReportHit {
   friend bool operator==(const ReportHit&, const ReportHit&) = default;
 };
 
-// What draws a report. It reads columns, rows and selection from the control.
+// Draws a report. Reads columns, rows and selection from the control.
 class ReportPeer : public WindowPeer {
  public:
-  // Columns came, went, or look another way; so do group box, grid and colours.
+  // Columns were added or removed, or their appearance changed; also for group box, grid and
+  // colours.
   virtual void OnColumnsChanged() {}
-  // Nothing is as it was: no row that was known exists any more.
+  // All rows are invalid and have to be read again.
   virtual void OnRowsReset() {}
-  // Only `first` to the last row are new.
+  // Only the rows from `first` to the end are new.
   virtual void OnRowsAppended(int /*first*/) {}
-  // The same row shows something else.
+  // The content of a row changed.
   virtual void OnRowChanged(int /*row*/) {}
   virtual void OnSelectionChanged() {}
-  // The row must be seen.
+  // Scroll to make the row visible.
   virtual void OnRowShown(int /*row*/) {}
-  // The user wants to edit a cell, by key; NotifyEdited brings what became of it.
+  // The user wants to edit a cell by keyboard; NotifyEdited() reports the result.
   virtual void OnEditWanted(int /*row*/, int /*column*/) {}
-  // What is drawn at a point; nothing when the control is to work it out.
+  // Returns what is drawn at a point, or nullopt to let the control compute it.
   virtual std::optional<ReportHit> HitTest(Point /*point*/) { return std::nullopt; }
-  // How many rows fit below the header; nothing when the control is to work it out.
+  // Returns how many rows fit below the header, or nullopt to let the control compute it.
   virtual std::optional<int> GetRowsPerPage() { return std::nullopt; }
 };
 
-// How a report is to look; what has no value is the toolkit's choice.
+// Appearance of a report; the toolkit chooses the values that are not set.
 struct ReportLook {
   bool hasVerticalLines = true;
   int horizontalLineStyle = 1;  // 0 none, 1 solid
   bool hasToolTips = true;
-  std::optional<Color> headerColor;  // behind the captions
+  std::optional<Color> headerColor;  // background of the captions
   std::optional<Color> selectedTextColor;
   Font captionFont;
 };
 
-// The head of the columns.
+// Header row of the columns.
 class CReportHeader {
  public:
   explicit CReportHeader(CReportControl& control) : report(control) {}
 
-  // Whatever rows are sorted by makes groups of them as well.
+  // Also groups the rows by the sorted column.
   void ShowItemsInGroups(bool show);
   bool IsShowItemsInGroups() const { return showsInGroups; }
-  // What the user may do to the columns with the mouse.
+  // Changes to the columns that the user may make with the mouse.
   void AllowColumnRemove(bool allow) { mayRemove = allow; }
   bool IsColumnRemoveAllowed() const { return mayRemove; }
   void AllowColumnReorder(bool allow) { mayReorder = allow; }
   bool IsColumnReorderAllowed() const { return mayReorder; }
-  // As wide as its caption and its cells. Of the cells those in sight are measured, and of all
-  // others the 1,000 with the longest texts: a wider one may be among the rest, where a shorter
-  // text has wider letters.
+  // Sizes a column to its caption and cells. Measures the visible cells and, of all others, only
+  // the 1,000 with the longest strings; so it may miss a wider cell among the rest, whose string is
+  // shorter but has wider letters.
   void BestFit(CReportColumn& column);
 
  private:
@@ -106,11 +107,11 @@ class CReportHeader {
   bool mayReorder = true;
 };
 
-// A grid of records below captions, with children of records, sorting and groups.
+// A grid with column captions, hierarchical records, sorting and grouping.
 //
-// Records are the data, rows what is shown of them: whoever adds records calls Populate (or
-// PopulateAdded) afterwards. Pointers to rows live until the next of these calls, records until
-// RemoveAllRecords.
+// Records are the data, rows their presentation: after adding records, the caller must call
+// Populate() or PopulateAdded(). Pointers to rows are valid until the next of these calls, pointers
+// to records until RemoveAllRecords().
 class CReportControl : public CWnd {
  public:
   CReportControl();
@@ -122,14 +123,16 @@ class CReportControl : public CWnd {
   CReportColumns& GetColumns() { return columns; }
   const CReportColumns& GetColumns() const { return columns; }
   CReportHeader& GetReportHeader() { return header; }
+  // The list may be shared with other controls. Repaints the report.
   void SetImageList(std::shared_ptr<const CImageList> list);
   const CImageList* GetImageList() const { return images.get(); }
-  // The box above the header that shows what is grouped by.
+  // The box above the header that shows the grouping columns.
   void ShowGroupBy(bool show);
   bool IsGroupByVisible() const { return showsGroupBox; }
-  // Whether the user may edit cells of columns that can be edited.
+  // Allows the user to edit cells of editable columns.
   void AllowEdit(bool allow) { mayEdit = allow; }
   bool IsEditAllowed() const { return mayEdit; }
+  // Convenience setters for parts of the appearance.
   void SetGridStyle(bool verticalLines, int horizontalStyle);
   void EnableToolTips(bool enable);
   void SetLook(const ReportLook& newLook);
@@ -137,26 +140,30 @@ class CReportControl : public CWnd {
 
   // --- Records and rows ---
 
+  // Appends a top-level record, which gets a row only with the next Populate() or PopulateAdded().
   CReportRecord* AddRecord(std::unique_ptr<CReportRecord> record);
   const CReportRecords& GetRecords() const { return records; }
-  // Records, rows and selection go at once.
+  // Clears records, rows and selection.
   void RemoveAllRecords();
-  // Makes the rows; what is selected stays so if it still has a row.
+  // Rebuilds the rows, in O(n log n) for n records if sorted or grouped, otherwise O(n). Selected
+  // records and groups stay selected if they still have a row.
   void Populate();
-  // The same for records that were only added since the last time, at the cost of what is new.
+  // Like Populate(), if records were only added since the last time; the cost depends only on the
+  // number of new records.
   void PopulateAdded();
   void SortRows() { Populate(); }
   const ReportRows& GetRows() const { return rows; }
-  // Null for a group, and where there is no such cell.
+  // Returns null for a group and if there is no such cell.
   CReportRecordItem* GetItemAt(int row, int column) const;
 
+  // Valid as long as the control; its content changes with the selection.
   const CReportSelectedRows& GetSelectedRows() const { return selected; }
-  // The row that keys act on; -1 for none.
+  // Row that keys act on; -1 for none.
   int GetFocusedRow() const { return focusedRow; }
-  // Selects this row alone, -1 for none, and shows it. Nobody is told.
+  // Selects only this row (-1 for none) and scrolls to it. Sends no message to the owner.
   void SelectRow(int row);
 
-  // --- Geometry; where nothing is drawn, a row is 16 pixels high ---
+  // --- Geometry; without a peer a row is 16 pixels high ---
 
   static constexpr int kGroupBoxHeight = 32;
   static constexpr int kHeaderHeight = 20;
@@ -171,40 +178,40 @@ class CReportControl : public CWnd {
     int left = 0;
     int width = 0;
   };
-  // The visible columns from left to right. Those that size themselves share what is left over, or
-  // what is missing, as long as none gets narrower than kLeastElasticWidth.
+  // Computes positions and widths of the visible columns from left to right. The auto-size columns
+  // share the surplus or missing width as long as none becomes narrower than kLeastElasticWidth.
   std::vector<ColumnSpan> LayOutColumns() const;
+  // Returns the position at a point in client coordinates.
   ReportHit HitTest(Point point) const;
-  // The number of the first row below the header. It stays through a refill, as far as there are
-  // rows then.
+  // Number of the first row below the header. Preserved by a refill, limited to the number of rows.
   int GetTopRow() const { return topRow; }
-  // What a cell needs to be seen whole.
+  // Width that a cell needs to be fully visible.
   int MeasureCell(int row, const CReportColumn& column) const;
 
-  // --- From the toolkit: what the user does ---
+  // --- Called by the toolkit: user actions ---
 
-  // The left button went down on a place; then it came up again on the same place, or again.
+  // The left button was pressed; it was released at the same position; or it was double-clicked.
   void NotifyPressed(const ReportHit& hit, bool isShiftDown, bool isControlDown);
   void NotifyClicked(const ReportHit& hit);
   void NotifyDoubleClicked(const ReportHit& hit);
-  // Sorts, the other way round when it is the sorted column already.
+  // Sorts by the column, or reverses the order if the rows are already sorted by it.
   void NotifyHeaderClicked(int column);
   void NotifyHeaderRightClicked(int column, Point screen);
-  // What the column gains or loses goes to those on its right that size themselves, as far as they
-  // have it, so that the report stays as wide as it is.
+  // Passes the width that the column gains or loses to the auto-size columns on its right, as far
+  // as they allow it, so that the total width is unchanged.
   void NotifyColumnResized(int column, int width);
-  // The rows are grouped by the column as well, as the innermost one, or no longer.
+  // Adds the column as the innermost grouping column, or removes it.
   void NotifyGrouped(int column);
   void NotifyUngrouped(int column);
-  // Opens or closes a record with children, or a group.
+  // Expands or collapses a record with children, or a group.
   void NotifyOpened(int row, bool open);
-  // Nothing where the user may not change it.
+  // No-op if the user may not change the cell.
   void NotifyCheckToggled(int row, int column);
   void NotifyEdited(int row, int column, const std::string& newText);
   bool CanEdit(int row, int column) const;
   bool CanToggle(int row, int column) const;
   bool CanOpen(const CReportRow& row) const;
-  // The rows that the user has selected by other means, and the one with the focus.
+  // Selection and focused row that the toolkit has determined itself.
   void NotifySelected(std::vector<int> indexes, int focused);
   void NotifyScrolled(int newTopRow);
 
@@ -212,8 +219,8 @@ class CReportControl : public CWnd {
   std::unique_ptr<WindowPeer> MakePeer(WindowToolkit& toolkit) override;
   void OnMouse(const MouseEvent& event) override;
   bool OnKeyDown(const KeyEvent& event) override;
-  // The left button went down: selects. The owner has been told when it returns, so that the window
-  // may be gone.
+  // The left button was pressed: selects. The owner has been notified when this returns, so the
+  // window may have been destroyed.
   virtual void OnLeftButtonDown(const ReportHit& hit, bool isShiftDown, bool isControlDown);
   virtual void OnLeftButtonDblClk(const ReportHit& hit);
 
@@ -223,9 +230,9 @@ class CReportControl : public CWnd {
   void OnColumnsChanged();
   void ResetRows();
   void Send(ReportMessage message, const ReportNotice& notice);
-  // Null while nothing is drawn.
+  // Null while there is no peer.
   ReportPeer* DrawnBy() const { return IsCreated() ? reportPeer : nullptr; }
-  // The selection as records and groups, while rows are made anew.
+  // The selection as records and groups, preserved across a rebuild of the rows.
   struct RememberedSelection {
     std::unordered_set<const CReportRecord*> records;
     std::unordered_set<std::string> groups;
@@ -234,10 +241,10 @@ class CReportControl : public CWnd {
   };
   RememberedSelection RememberSelection() const;
   void RestoreSelection(const RememberedSelection& remembered);
-  // Whether it changed. Does not tell anybody but the peer.
+  // Returns whether the selection changed. Notifies only the peer.
   bool Select(std::vector<int> indexes, int focused);
-  // ... and tells the owner if it did. False when the control must not be touched any more: it was
-  // destroyed, or its rows are others.
+  // Like Select(), and notifies the owner of a change. Returns false if the control must not be
+  // accessed any more because it was destroyed or its rows were replaced.
   bool SelectByUser(std::vector<int> indexes, int focused);
   std::vector<int> Range(int from, int to) const;
   void MoveFocus(int row, bool extends);
@@ -256,12 +263,12 @@ class CReportControl : public CWnd {
   std::shared_ptr<const CImageList> images;
   ReportLook look;
   int populated = 0;            // records that have rows
-  bool isArrangedAnew = false;  // columns have changed since the rows were made
-  std::uint64_t epoch = 0;      // of the rows: counts their changes
+  bool isArrangedAnew = false;  // columns have changed since the rows were built
+  std::uint64_t epoch = 0;      // number of changes of the rows
   bool showsGroupBox = false;
   bool mayEdit = false;
   int focusedRow = -1;
-  int anchorRow = -1;  // where an extended selection starts
+  int anchorRow = -1;  // start of an extended selection
   int topRow = 0;
   ReportHit pressed;
 };

@@ -1,5 +1,5 @@
-// What the user does to a report. The owner hears of it as it happens and may refill the report or
-// destroy it, so each step asks afterwards whether the next one still has a meaning.
+// User input of the report control. The owner is notified of each step and may refill or destroy
+// the report in response, so each step checks whether the next one still makes sense.
 
 #include <algorithm>
 #include <utility>
@@ -68,7 +68,7 @@ void CReportControl::OnLeftButtonDown(const ReportHit& hit, bool isShiftDown, bo
     SelectByUser(std::move(indexes), hit.row);
     return;
   }
-  // A row that is selected with others may be the start of a drag of all of them.
+  // A press on one of several selected rows may start a drag of all of them.
   const bool keeps = selected.Contains(hit.row);
   SelectByUser(keeps ? selected.indexes : std::vector<int>{hit.row}, hit.row);
 }
@@ -123,7 +123,8 @@ void CReportControl::NotifyHeaderRightClicked(int column, Point screen) {
 void CReportControl::NotifyColumnResized(int column, int width) {
   CReportColumn* const resized = columns.GetAt(column);
   if (resized == nullptr) return;
-  // All keep the width that is seen of them, but for the elastic ones on the right, which share.
+  // All columns keep their actual width, except for the auto-size columns on the right, which share
+  // the difference.
   int gained = 0;
   int elastic = 0;
   const std::vector<ColumnSpan> spans = LayOutColumns();
@@ -163,7 +164,7 @@ void CReportControl::NotifyUngrouped(int column) {
   Populate();
 }
 
-// Without a tree column nothing says that there are children.
+// Expand buttons are drawn only in a tree column.
 bool CReportControl::CanOpen(const CReportRow& row) const {
   if (row.IsGroup()) return true;
   if (!row.GetRecord()->HasChildren()) return false;
@@ -179,7 +180,7 @@ void CReportControl::NotifyOpened(int row, bool open) {
   if (!rows.SetOpen(*opened, open)) return;
   const bool hadFocus = focusedRow >= 0;
   Populate();
-  // What had it is no longer shown.
+  // The focused row is no longer visible.
   if (hadFocus && focusedRow < 0) SelectRow(row);
 }
 
@@ -234,7 +235,7 @@ void CReportControl::OnMouse(const MouseEvent& event) {
       if (start != hit) return;
       if (isHeader) return NotifyHeaderClicked(hit.column);
       const bool isPlain = !event.isShiftDown && !event.isControlDown;
-      // What a press kept for a drag ends with the click.
+      // A click, unlike a drag, reduces the selection to one row.
       const bool isRow = rows.GetAt(hit.row) != nullptr;
       if (isPlain && isRow && !SelectByUser({hit.row}, hit.row)) return;
       return NotifyClicked(hit);

@@ -4,7 +4,7 @@ namespace tarn {
 
 namespace {
 
-// Null when there is nothing at that number.
+// Returns null if the index is out of range.
 template <class T>
 T* At(const std::vector<std::unique_ptr<T>>& list, int index) {
   const auto place = static_cast<std::size_t>(index);

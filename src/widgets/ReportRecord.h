@@ -8,20 +8,20 @@
 
 #include "widgets/Geometry.h"
 
-// What a report shows: records of items, one item for each column, and records below records.
-// Records belong to their list and are used on the report's thread alone.
+// Data of a report: records with one item for each column, and child records. Records belong to
+// their list. Only for the report's thread.
 namespace tarn {
 
 class CReportRecords;
 
-// The look of a cell; the control has its own idea first, the item may change it.
+// Appearance of a cell: the control sets the defaults, the item may change them.
 struct ReportItemMetrics {
   Color foreColor = MakeColor(0, 0, 0);
   Color backColor = MakeColor(255, 255, 255);
   friend bool operator==(const ReportItemMetrics&, const ReportItemMetrics&) = default;
 };
 
-// A part of a cell's text that can be clicked on, in bytes.
+// A clickable part of a cell's text, as a range of bytes.
 class CReportHyperlink {
  public:
   CReportHyperlink(int firstByte, int byteCount) : start(firstByte), length(byteCount) {}
@@ -35,8 +35,8 @@ class CReportHyperlink {
   int length;
 };
 
-// One cell. A plain item shows its caption, a picture of the report's image list, or a check box;
-// kinds of items replace what is virtual.
+// One cell. A plain item shows its caption, an image of the report's image list, or a check box;
+// derived classes override the virtual functions.
 class CReportRecordItem {
  public:
   static constexpr const char* kPlainFormat = "%s";
@@ -46,21 +46,21 @@ class CReportRecordItem {
   CReportRecordItem(const CReportRecordItem&) = delete;
   CReportRecordItem& operator=(const CReportRecordItem&) = delete;
 
-  // The text that is shown.
+  // The displayed text.
   virtual std::string GetCaption() const { return GetOwnCaption(); }
   virtual void GetItemMetrics(ReportItemMetrics& /*metrics*/) const {}
-  // The user has typed another text.
+  // The user entered a new text.
   virtual void OnEditChanged(const std::string& text) { SetOwnCaption(text); }
   virtual void SetChecked(bool check) { isChecked = check; }
   virtual bool IsChecked() const { return isChecked; }
 
   void SetOwnCaption(std::string text) { Rare().caption = std::move(text); }
   std::string GetOwnCaption() const { return rare ? rare->caption : std::string(); }
-  // What the text is put into; "%s" stands for it.
+  // Format of the displayed text, in which "%s" stands for the item's value.
   void SetFormat(std::string text) { Rare().format = std::move(text); }
   std::string GetFormat() const { return rare ? rare->format : kPlainFormat; }
 
-  // Number of a picture; -1 for none.
+  // Number of an image; -1 for none.
   void SetIconIndex(int index) { iconIndex = index; }
   int GetIconIndex() const { return iconIndex; }
   void SetHasCheckbox(bool has) { hasCheckbox = has; }
@@ -69,7 +69,7 @@ class CReportRecordItem {
   void AddHyperlink(std::unique_ptr<CReportHyperlink> link) {
     Rare().links.push_back(std::move(link));
   }
-  // The number of the hyperlink that covers this byte of the text; -1 for none.
+  // Returns the index of the hyperlink that covers this byte of the text; -1 if there is none.
   int FindHyperlink(int position) const;
   int GetHyperlinkCount() const { return rare ? static_cast<int>(rare->links.size()) : 0; }
   const CReportHyperlink& GetHyperlink(int index) const {
@@ -77,7 +77,7 @@ class CReportRecordItem {
   }
 
  private:
-  // A report may have a million cells, and hardly one of them has any of these.
+  // Allocated on demand: a report may have a million cells, and very few of them use these fields.
   struct RareParts {
     std::string caption;
     std::string format = kPlainFormat;
@@ -98,15 +98,15 @@ class CReportRecord {
   CReportRecord(const CReportRecord&) = delete;
   CReportRecord& operator=(const CReportRecord&) = delete;
 
-  // Behind the items that are there; gives the item.
+  // Appends an item and returns it.
   CReportRecordItem* AddItem(std::unique_ptr<CReportRecordItem> item);
-  // Null when there is none for that column.
+  // Returns null if the column has no item.
   CReportRecordItem* GetItem(int column) const;
   int GetItemCount() const { return static_cast<int>(items.size()); }
 
   CReportRecords& GetChildren();
   bool HasChildren() const;
-  // Whether its children have rows of their own, from the next time that the report is populated.
+  // If set, its children get rows of their own the next time the report is populated.
   bool IsExpanded() const { return isExpanded; }
   void SetExpanded(bool expand) { isExpanded = expand; }
 
@@ -116,13 +116,12 @@ class CReportRecord {
   bool isExpanded = false;
 };
 
-// Records in the order in which they were added. Only the report takes them away, since rows point
-// to them.
+// Records in order of insertion. Only the report removes them, since rows point to them.
 class CReportRecords {
  public:
-  // Gives the record.
+  // Returns the record.
   CReportRecord* Add(std::unique_ptr<CReportRecord> record);
-  // Null when there is no such record.
+  // Returns null if the index is out of range.
   CReportRecord* GetAt(int index) const;
   int GetCount() const { return static_cast<int>(records.size()); }
 

@@ -10,7 +10,7 @@ namespace tarn {
 
 namespace {
 
-// What a record has in a column, as it is compared.
+// A record's value in a column, for comparison.
 struct SortKey {
   int number = 0;
   std::string text;
@@ -56,7 +56,8 @@ void ReportRows::Build(const CReportRecords& records, bool inGroups) {
     for (CReportRecord* const record : list) AddRecord(*record, 0);
     return;
   }
-  // From the innermost outwards: what is sorted already keeps its order among equals.
+  // Stable sort from the innermost to the outermost column, so that equal rows keep the order of
+  // the inner columns.
   for (auto column = groupColumns.rbegin(); column != groupColumns.rend(); ++column) {
     SortBy(**column, !(*column)->IsSorted() || (*column)->IsSortedAscending(), list);
   }
@@ -71,7 +72,7 @@ int ReportRows::Extend(const CReportRecords& records, int first) {
     for (int i = first; i < records.GetCount(); ++i) AddRecord(*records.GetAt(i), 0);
     return behindOld;
   }
-  // Rows of children would have to be stepped over.
+  // Would have to skip the rows of children.
   if (GetCount() != first) return -1;
   for (int i = first; i < records.GetCount(); ++i) {
     if (records.GetAt(i)->IsExpanded() && records.GetAt(i)->HasChildren()) return -1;

@@ -11,13 +11,13 @@
 
 namespace tarn {
 
-// Records that have the same value in a column.
+// Records with the same value in a column.
 struct ReportGroup {
   std::string text;  // column and value, for the user
   std::string key;   // values from the outermost group to this one
 };
 
-// A line of a report: a record, or the heading of a group.
+// A row of a report: a record or a group heading.
 class CReportRow {
  public:
   CReportRow(CReportRecord* rowRecord, const ReportGroup* rowGroup, int rowDepth)
@@ -28,7 +28,7 @@ class CReportRow {
   CReportRecord* GetRecord() const { return record; }
   // Null for a record.
   const ReportGroup* GetGroup() const { return group; }
-  // How many groups and records it lies below.
+  // Number of groups and records that it is nested in.
   int GetDepth() const { return depth; }
 
  private:
@@ -37,29 +37,31 @@ class CReportRow {
   int depth;
 };
 
-// The rows of a report, in order: what the records look like, sorted and grouped, with those that
-// are open followed by their children. Texts sort without regard to case, pictures and check boxes
-// by number, equal ones in the order of the records. All pointers are borrowed.
+// The rows of a report in display order: the records, sorted and grouped, each expanded one
+// followed by its children. A full build is a stable merge sort per sort or grouping column;
+// records that are added to a sorted report are inserted by binary search. Strings are compared
+// case-insensitively, images and check boxes by number; the sort is stable. All pointers are
+// borrowed.
 class ReportRows {
  public:
   explicit ReportRows(const CReportColumns& reportColumns) : columns(reportColumns) {}
 
   const std::vector<CReportRow>& All() const { return rows; }
   int GetCount() const { return static_cast<int>(rows.size()); }
-  // Null when there is no such row.
+  // Returns null if the index is out of range.
   const CReportRow* GetAt(int index) const;
   void Clear();
 
-  // Makes the rows anew; `inGroups` makes a group of each value of the sorted column where nothing
-  // else is grouped by.
+  // Rebuilds all rows. If `inGroups` is set and there is no grouping column, the rows are grouped
+  // by the sorted column.
   void Build(const CReportRecords& records, bool inGroups);
-  // Takes in the records from `first` on, which were added since, and gives the number of the row
-  // from which on rows have changed. -1 when the rows must be built anew; they are as before then.
+  // Adds the records from `first` on, which were appended since the last build, and returns the
+  // first row that has changed. Returns -1, with the rows unchanged, if a full Build() is needed.
   int Extend(const CReportRecords& records, int first);
 
-  // Groups come up open.
+  // Groups are initially expanded.
   bool IsOpen(const CReportRow& row) const;
-  // False when nothing changes. The rows must be built anew.
+  // Returns false if nothing changes. Otherwise the rows must be rebuilt.
   bool SetOpen(const CReportRow& row, bool open);
 
  private:
@@ -72,11 +74,11 @@ class ReportRows {
 
   const CReportColumns& columns;
   std::vector<CReportRow> rows;
-  std::deque<ReportGroup> groups;      // of the rows
+  std::deque<ReportGroup> groups;      // groups of the rows
   std::set<std::string> closedGroups;  // by key
 };
 
-// The rows that the user has selected, in their order.
+// The rows that the user has selected, in row order.
 class CReportSelectedRows {
  public:
   explicit CReportSelectedRows(const ReportRows& reportRows) : rows(reportRows) {}
@@ -84,9 +86,9 @@ class CReportSelectedRows {
   int GetCount() const { return static_cast<int>(indexes.size()); }
   const std::vector<int>& GetIndexes() const { return indexes; }
   bool Contains(int row) const;
-  // A place to go on from; -1 for none.
+  // Start of an iteration with GetNextSelectedRow(); -1 if nothing is selected.
   int GetFirstSelectedRowPosition() const { return indexes.empty() ? -1 : 0; }
-  // The row at `position`, which moves to the next one, or to -1 behind the last.
+  // Returns the row at `position` and advances `position`, to -1 after the last one.
   const CReportRow* GetNextSelectedRow(int& position) const;
 
  private:

@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view kHeader = "{\\rtf";
 constexpr std::string_view kLinkWord = "HYPERLINK";
 
-// Numbers behind control words that mean anything are small.
+// Larger parameters of control words have no meaning.
 constexpr int kLargestNumber = 99999;
 
 bool IsLetter(char c) {
@@ -32,7 +32,7 @@ std::string_view Trim(std::string_view text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-// Where the text of a group goes.
+// Destination of the text in a group.
 enum class Destination { Text, ColorTable, Field, Instruction };
 
 struct Group {
@@ -49,7 +49,7 @@ class RichTextReader {
 
   RichText Read() {
     while (at < input.size()) ReadNext();
-    // All groups end here at the latest.
+    // Unclosed groups end here.
     Flush(groups.size() - 1);
     return std::move(result);
   }
@@ -73,7 +73,8 @@ class RichTextReader {
 
   bool IsInstruction() const { return groups.back().destination == Destination::Instruction; }
 
-  // Behind an opening brace. The address of a link stands in a group without a control word.
+  // Returns whether the opening brace just read starts a group. The address of a link is in a group
+  // without a control word.
   bool OpensGroup() const {
     if (IsInstruction()) return !isInAddress || IsAtResult();
     const std::string_view rest = input.substr(at, 2);
@@ -83,16 +84,17 @@ class RichTextReader {
 
   void OpenGroup() {
     const std::size_t field = groups.back().fieldDepth;
-    // The result of a field stands directly in it, so all that the field had open ends here.
+    // The result is an immediate child of its field, so all groups opened inside the field end
+    // here.
     Flush(IsAtResult() && field != 0 ? groups.size() - field : Closable());
     groups.push_back(groups.back());
   }
 
-  // The groups that may end in front of a control word: all but the outermost.
+  // Number of groups that may end before a control word: all except the outermost.
   std::size_t Closable() const { return groups.size() > 2 ? groups.size() - 2 : 0; }
 
-  // Gives the text since the last control word to its groups. The last closing braces of it end
-  // groups, up to `mostClosed` of them; those before are plain characters.
+  // Distributes the text since the last control word to its groups. Its last closing braces, at
+  // most `mostClosed` of them, end groups; those before them are literal characters.
   void Flush(std::size_t mostClosed) {
     const std::size_t closed = std::min(mostClosed, closers.size());
     std::size_t start = 0;
@@ -110,7 +112,7 @@ class RichTextReader {
 
   void ReadControl() {
     const char next = at + 1 < input.size() ? input[at + 1] : '\0';
-    // An address has no control words; a backslash there is a backslash.
+    // Inside an address there are no control words; a backslash is literal.
     const bool isAddress = IsInstruction() && isInAddress;
     if (IsLetter(next) && !isAddress) {
       ReadControlWord();
@@ -137,7 +139,7 @@ class RichTextReader {
     Apply(word, number);
   }
 
-  // `number` is below 0 where there is none.
+  // `number` is negative if there is none.
   void Apply(std::string_view word, int number) {
     Group& group = groups.back();
     if (word == "cf") {
@@ -188,7 +190,7 @@ class RichTextReader {
     const Group& group = groups.back();
     switch (group.destination) {
       case Destination::Field:
-        // Nothing stands in it but its parts; what a tool brings there is shown all the same.
+        // A field should contain only its parts; text that a tool has put there is shown anyway.
         if (Trim(text).empty()) break;
         [[fallthrough]];
       case Destination::Text: {
@@ -226,11 +228,11 @@ class RichTextReader {
   std::string_view input;
   std::size_t at = 0;
   RichText result;
-  std::vector<Group> groups{1};      // the first stands outside of all braces and never ends
+  std::vector<Group> groups{1};      // the first is outside of all braces and never ends
   std::string pending;               // text since the last control word
-  std::vector<std::size_t> closers;  // closing braces in it
-  std::string instruction;           // of the field that is being read
-  bool isInAddress = false;          // something stands in it
+  std::vector<std::size_t> closers;  // offsets of the closing braces in it
+  std::string instruction;           // of the current field
+  bool isInAddress = false;          // the instruction is not empty
   std::vector<Color> colors;
   Color nextColor = 0;
 };

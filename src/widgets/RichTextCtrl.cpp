@@ -9,7 +9,7 @@ namespace tarn {
 
 namespace {
 
-// Where nothing is drawn.
+// Metrics without a peer.
 constexpr int kByteWidth = 8;
 constexpr int kLineHeight = 16;
 
@@ -44,7 +44,7 @@ void CRichTextCtrl::Clear() {
   Remove({0, text.size()});
 }
 
-// The last character is not among what goes, and the insertion point stands where something went.
+// Removes the range, except for the last character, and moves the insertion point to its start.
 void CRichTextCtrl::Remove(TextRange range) {
   range = range.Within(text.size() - 1);
   const TextRange selected = std::exchange(selection, {range.start, range.start});
@@ -120,7 +120,7 @@ void CRichTextCtrl::NotifyLinkKey(std::size_t position) {
 void CRichTextCtrl::TellLink(std::size_t position, const MouseEvent& event) {
   const std::string* target = GetLinkAt(position);
   if (target == nullptr || !onLink) return;
-  // Copies: whoever hears of it may end all of this.
+  // Copies: the handler may destroy the control.
   const std::string clicked = *target;
   const LinkHandler handler = onLink;
   handler(clicked, event);

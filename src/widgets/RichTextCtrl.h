@@ -14,51 +14,51 @@ namespace tarn {
 
 class RichTextPeer : public WindowPeer {
  public:
-  // This range was put in front of the last character; the runs that reach into it are the last.
+  // This range was inserted before the last character; the runs that overlap it are the last ones.
   virtual void OnTextAppended(TextRange /*range*/) {}
-  // Something else happened to the text: all of it is to be taken anew.
+  // Any other change: the whole text has to be read again.
   virtual void OnTextReplaced() {}
   virtual void OnSelectionChanged() {}
-  // Gives the byte of the text that is drawn there, nothing beside the text. False for a peer that
-  // leaves this to the control.
+  // Sets `position` to the byte of the text that is drawn at the point, nullopt if there is none.
+  // Returns false to let the control compute it.
   virtual bool HitTest(Point /*point*/, std::optional<std::size_t>& /*position*/) { return false; }
 };
 
-// Text with colours, weight and links that the user reads and selects but does not change. It ends
-// in the newline of its last, empty paragraph, which is always there. What it costs to append does
-// not depend on what stands already.
+// Read-only text with colours, weight and links, in which the user can select. It always ends in
+// the newline of its last, empty paragraph. The cost of appending does not depend on the length of
+// the existing text.
 class CRichTextCtrl : public CWnd {
  public:
-  // A mouse event over a link. It may end the control.
+  // A mouse event on a link. The handler may destroy the control.
   using LinkHandler = std::function<void(const std::string& target, const MouseEvent& event)>;
 
   const std::string& GetText() const { return text; }
-  // In order, together all but the last character.
+  // Runs in order; they cover the text except for its last character.
   const std::vector<RichTextRun>& GetRuns() const { return runs; }
-  // Null where there is no link.
+  // Returns null if there is no link.
   const std::string* GetLinkAt(std::size_t position) const;
 
-  // Puts rich text (see ReadRichText) in front of the last character and the insertion point behind
-  // it. There the selection ends therefore, but for one that the user has made, which stays.
+  // Inserts rich text (see ReadRichText()) before the last character and moves the insertion point
+  // after it, which clears the selection unless the user has made it.
   void AppendRichText(std::string_view richText);
-  // Removes all but the last character.
+  // Removes all except the last character.
   void Clear();
 
   TextRange GetSelection() const { return selection; }
-  // Cut to the text.
+  // Clamped to the length of the text.
   void SetSelection(TextRange range);
   std::string GetSelectedText() const { return text.substr(selection.start, selection.Length()); }
-  // To the clipboard; nothing without a selection.
+  // Copies the selection to the clipboard. No-op without a selection.
   void Copy();
-  // Copies and removes the selection. The last character stays.
+  // Copies and removes the selection, except for the last character.
   void Cut();
 
   void SetLinkHandler(LinkHandler handler) { onLink = std::move(handler); }
 
-  // --- From the toolkit ---
+  // --- Called by the toolkit ---
 
   void NotifySelected(TextRange range);
-  // The user follows the link there by keyboard; it is told as a release of the left button.
+  // The user activated the link by keyboard; reported like a release of the left mouse button.
   void NotifyLinkKey(std::size_t position);
 
  protected:

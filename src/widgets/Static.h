@@ -7,13 +7,14 @@
 namespace tarn {
 
 enum class StaticKind {
-  Label,  // shows the window's text, broken into lines where it has to be
-  Frame,  // an empty place with an edge
+  Label,  // shows the window text, with line breaks where necessary
+  Frame,  // an empty rectangle with a border
 };
 
-// Something to look at.
+// A control without interaction.
 class CStatic : public CWnd {
  public:
+  // The kind is fixed for the lifetime of the control.
   explicit CStatic(StaticKind staticKind) : kind(staticKind) {}
   StaticKind GetKind() const { return kind; }
 

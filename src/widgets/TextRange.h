@@ -5,14 +5,15 @@
 
 namespace tarn {
 
-// Bytes of a text from `start` up to, but without, `end`.
+// Byte range of a text: from `start` up to, but not including, `end`.
 struct TextRange {
   std::size_t start = 0;
   std::size_t end = 0;
 
   std::size_t Length() const { return end - start; }
+  // True also for an inverted range.
   bool IsEmpty() const { return end <= start; }
-  // The part of it that a text of this length has.
+  // The range clamped to a text of this length.
   TextRange Within(std::size_t length) const {
     return {std::min(start, length), std::min(std::max(start, end), length)};
   }

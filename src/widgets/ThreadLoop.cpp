@@ -8,7 +8,8 @@ namespace tarn {
 
 namespace {
 
-// Plain values, so that they can still be read while the thread's objects are destroyed.
+// Trivially destructible, so that they can still be read while the thread's other objects are
+// destroyed.
 constinit thread_local ThreadLoop* currentLoop = nullptr;
 constinit thread_local bool threadEnded = false;
 
@@ -79,7 +80,7 @@ void ThreadLoop::WaitFor(Call& call) {
   }
 }
 
-// One round: a thread that keeps asking does not hold this one here for ever.
+// One round only, so that a thread that calls continuously cannot keep this one here forever.
 bool ThreadLoop::ServeWaiting() {
   if (!IsCurrentThread()) return false;
   std::size_t left = 0;
@@ -117,7 +118,7 @@ void ThreadLoop::Run(Call& call) {
 }
 
 void ThreadLoop::Finish(Call& call, CallState state) {
-  // The record may be gone as soon as its state is seen.
+  // The record may be destroyed as soon as its state is visible.
   const std::shared_ptr<ThreadLoop> caller = call.caller;
   const std::lock_guard guard(caller->lock);
   call.state = state;
@@ -190,9 +191,9 @@ void ThreadLoop::EndTick(TimerKey key, const TickHandler& onTick) {
   const std::lock_guard guard(lock);
   std::erase(ticking, key);
   const auto timer = timers.find(key);
-  // Killed or set anew by its own tick: then it is not this one's to go on with.
+  // The timer was removed or set again by its own handler: it must not be rescheduled here.
   if (timer == timers.end() || timer->second.onTick != onTick) return;
-  // Ticks keep their rhythm, and those that were missed meanwhile are left out.
+  // The schedule is kept, and missed ticks are skipped.
   const Clock::time_point now = TimerNow();
   timer->second.due += timer->second.period;
   if (timer->second.due <= now) timer->second.due = now + timer->second.period;
@@ -218,7 +219,7 @@ bool ThreadLoop::ServeUntil(const std::function<bool()>& done, std::chrono::mill
 bool ThreadLoop::ServeOrSleep(bool (ThreadLoop::*serve)(), const std::function<bool()>& done,
                               std::chrono::milliseconds limit, bool onlyCalls) {
   if (!IsCurrentThread()) return done();
-  // A limit without end must not overflow the clock.
+  // Bounds the limit so that the time point does not overflow.
   constexpr std::chrono::milliseconds kLongest = std::chrono::hours(24 * 365);
   const Clock::time_point end = Clock::now() + std::min(limit, kLongest);
   while (!done()) {
@@ -286,7 +287,8 @@ bool ThreadLoop::Post(WindowHandle window, std::uint32_t message, std::intptr_t 
 
 void ThreadLoop::SetTimer(WindowHandle window, std::int32_t id, std::chrono::milliseconds period,
                           std::function<void()> onTick) {
-  // What the handlers hold is let go of behind the lock: it may come back here.
+  // The old handler is destroyed after the lock is released, since its destructor may call this
+  // loop.
   Timer timer;
   timer.period = std::max(period, std::chrono::milliseconds(1));
   timer.due = TimerNow() + timer.period;

@@ -17,16 +17,17 @@
 
 namespace tarn {
 
-// The loop of one thread.
+// Implementation of a thread's message loop.
 //
-// A call from another thread is a record on the caller's stack, queued here. The caller sleeps on
-// its own loop, not on this one, and so notices both what ends its sleep: that its call was done,
-// and that somebody wants something of it. A circle of threads that wait for each other therefore
-// always has one that serves. No lock is held while a call, a message, a tick or the wake handler
-// runs, except that the handler has a lock of its own around it.
+// A call from another thread is a record on the caller's stack that is queued here. The caller
+// sleeps on the condition variable of its own loop, not on this one, so it wakes up both when its
+// call is done and when another thread calls it. So in a cycle of threads that wait for each other,
+// one always makes progress. No lock is held while a call, a message, a timer or the wake handler
+// runs, except for the handler's own lock.
 class ThreadLoop final : public MessageLoop {
  public:
-  // The calling thread's loop; a closed one when the thread is already past its end.
+  // Returns the calling thread's loop; a closed one if the thread's loop has already been
+  // destroyed.
   static std::shared_ptr<ThreadLoop> Current();
 
   bool IsCurrentThread() const override;
@@ -41,18 +42,20 @@ class ThreadLoop final : public MessageLoop {
   void SetTimerClock(std::function<Clock::time_point()> clock) override;
   void Wake() override;
 
-  // False when the loop is closed.
+  // Returns false if the loop is closed.
   bool Post(WindowHandle window, std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam);
   void SetTimer(WindowHandle window, std::int32_t id, std::chrono::milliseconds period,
                 std::function<void()> onTick);
   void KillTimer(WindowHandle window, std::int32_t id);
-  // Drops the messages and timers of a window that went.
+  // Drops the messages and timers of a destroyed window.
   void Forget(WindowHandle window);
-  // Ends all waiting for this loop; its windows are gone. On its own thread, at the thread's end.
+  // Cancels all waiting calls and invalidates the loop's windows. Called on the loop's own thread
+  // at its end.
   void Close();
 
  private:
   enum class CallState { Waiting, Done, Dropped };
+  // A pending call; lives on the stack of the calling thread until its state is no longer Waiting.
   struct Call {
     const std::function<void()>* work = nullptr;
     std::shared_ptr<ThreadLoop> caller;
@@ -72,18 +75,24 @@ class ThreadLoop final : public MessageLoop {
     Clock::time_point due;
     TickHandler onTick;
   };
+  // Ordered by window and id; the next due timer is found by a linear search, as there are few.
   using Timers = std::map<TimerKey, Timer>;
 
+  // Returns false if the loop is closed.
   bool Enqueue(Call& call);
+  // Runs on the caller's loop: sleeps until the call is done, and serves incoming calls in between.
   void WaitFor(Call& call);
   Call* TakeCall();
   void Run(Call& call);
   static void Finish(Call& call, CallState state);
+  // Second stage of Pump(): delivers at most the messages that were pending at its start.
   bool DeliverPosted();
   bool TakePosted(Posted& posted);
+  // Third stage of Pump(): runs the timers that were due at its start, until a message is posted.
   bool RunDueTimers();
   bool TickOne(Clock::time_point now);
   void EndTick(TimerKey key, const TickHandler& onTick);
+  // Returns the timer that is due first, ignoring those whose handler is running. Requires `lock`.
   Timers::iterator NextTimer();
   bool ServeOrSleep(bool (ThreadLoop::*serve)(), const std::function<bool()>& done,
                     std::chrono::milliseconds limit, bool onlyCalls);
@@ -91,18 +100,20 @@ class ThreadLoop final : public MessageLoop {
   void NotifyOtherLoop();
   Clock::time_point TimerNow() const { return timerClock ? timerClock() : Clock::now(); }
 
+  // Guards all members down to `closed`, except where noted. Never held while foreign code runs.
   std::mutex lock;
   std::condition_variable changed;
   std::deque<Call*> calls;
   std::deque<Posted> messages;
   Timers timers;
-  std::vector<TimerKey> ticking;  // whose handler is running now, the innermost last
-  int servingDepth = 0;           // calls of other threads that run now; of the loop's thread
+  std::vector<TimerKey> ticking;  // timers whose handler is running, innermost last
+  int servingDepth = 0;           // running calls of other threads; only for the loop's thread
   bool woken = false;
   bool closed = false;
 
-  std::function<Clock::time_point()> timerClock;  // of the loop's thread
+  std::function<Clock::time_point()> timerClock;  // only for the loop's thread
 
+  // Held while the wake handler runs, so that SetWakeHandler() waits for it.
   std::mutex wakeLock;
   std::function<void()> wakeHandler;
 };

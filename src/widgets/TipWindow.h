@@ -7,30 +7,32 @@
 
 namespace tarn {
 
-// A small window that describes something beside the cursor: a title, a text of any number of
-// lines, and a time after which it goes by itself.
+// A tooltip: a small window next to the cursor with a title and a text of any number of lines,
+// which disappears after a timeout.
 class CTipWindow : public CWnd {
  public:
   CTipWindow() = default;
   ~CTipWindow() override { DestroyWindow(); }
 
-  // Made hidden, as a window of its own over another.
+  // Created hidden, as a popup over another window.
   bool Create(CWnd* over);
 
-  // Between the edge and the texts; between two lines. Both count from the next ShowTip on.
+  // Distances between border and text, and between two lines. Take effect at the next ShowTip().
   void SetMargins(Size newMargins) { margins = newMargins; }
   Size GetMargins() const { return margins; }
   void SetLineSpace(int space) { lineSpace = space; }
   int GetLineSpace() const { return lineSpace; }
-  // A number out of a toolkit's list of frames.
+  // Number of a frame style that the toolkit defines.
   void SetFrameStyle(int newStyle) { frameStyle = newStyle; }
   int GetFrameStyle() const { return frameStyle; }
-  // The text below it is that of the window.
+  // The text below the title is the window text.
   const std::string& GetTitle() const { return title; }
 
-  // Shows it at a point of the parent after `delay`, for `duration`; zero is for ever.
+  // Shows the tip at a point of the parent after `delay`, for `duration`; zero means without a
+  // timeout.
   void ShowTip(std::string newTitle, const std::string& newText, Point point,
                std::chrono::milliseconds delay, std::chrono::milliseconds duration);
+  // Also cancels a pending ShowTip().
   void Hide();
 
  protected:

@@ -9,8 +9,8 @@ namespace tarn {
 
 namespace {
 
-// Where nothing is drawn, a button is its picture with a margin around, and an arrow if it has a
-// menu. Its text is then a tip.
+// Metrics without a peer: a button is its image with a margin, plus an arrow if it has a menu. Its
+// text is a tooltip.
 constexpr Size kUsualImage{16, 16};
 constexpr int kMargin = 4;
 constexpr int kArrowWidth = 12;
@@ -104,7 +104,7 @@ void CToolBar::NotifyDropDown(int buttonId) {
   const auto index = FindEnabled(buttonId);
   if (!IsCreated() || !IsEnabled() || !index || !menus[*index]) return;
   const WindowHandle own = GetHandle();
-  // A copy: what it asks, and the menu's loop, may end this bar.
+  // A copy: the menu maker and the menu's loop may destroy this toolbar.
   const MenuMaker makeMenu = menus[*index];
   const std::unique_ptr<CMenu> menu = makeMenu();
   if (menu == nullptr || !IsWindow(own)) return;

@@ -14,68 +14,73 @@ namespace tarn {
 
 class ToolBarPeer : public WindowPeer {
  public:
-  // Buttons or the pictures are others now.
+  // Buttons or images have changed.
   virtual void OnButtonsChanged() {}
-  // The state or the text of one is another.
+  // State or text of one button has changed.
   virtual void OnButtonChanged(std::size_t /*index*/) {}
-  // The height that the buttons take at this width, and where one of them stands; nothing for a
-  // peer that leaves both to the bar.
+  // Height that the buttons need at this width, and rectangle of a button; nullopt to let the bar
+  // compute them.
   virtual std::optional<int> HeightFor(int /*width*/) { return std::nullopt; }
   virtual std::optional<Rect> ButtonRect(std::size_t /*index*/) { return std::nullopt; }
 };
 
-// A row of buttons, which breaks into several where the width does not do. A button sends
-// kMsgCommand with its number to the owner; one with a menu sends what is chosen there.
+// A row of buttons that wraps if the width is too small. A button sends kMsgCommand with its number
+// to the owner; one with a menu sends the chosen command.
 class CToolBar : public CWnd {
  public:
   struct Button {
     int id = 0;
     std::string text;
-    int image = -1;  // number in the bar's pictures; below 0: none
+    int image = -1;  // number of an image in the bar's list; negative: none
     bool isSeparator = false;
     bool isDropDown = false;
     bool isEnabled = true;
     bool isChecked = false;
-    bool isRadio = false;  // looks like one choice of several while it is checked
+    bool isRadio = false;  // drawn as one of several alternatives while checked
     friend bool operator==(const Button&, const Button&) = default;
   };
 
-  // Makes a menu for each time that it is to be shown; null for none.
+  // Creates the menu each time it is to be shown; null for none.
   using MenuMaker = std::function<std::unique_ptr<CMenu>()>;
-  // Sets the text and the states of a button, which is told apart by its number; what else it
-  // changes is ignored.
+  // Sets text and state of a button, which it identifies by number; other changes are ignored.
   using Updater = std::function<void(Button&)>;
 
+  // Replaces the images of all buttons.
   void SetImages(CImageList newImages);
-  // Null for none.
+  // Null if the bar has no images.
   const CImageList* GetImages() const { return images ? &*images : nullptr; }
 
+  // Append a button. An `image` that is not in the list shows the label instead; otherwise the
+  // label is the tooltip.
   void AddButton(int buttonId, std::string label, int image);
   void AddDropDown(int buttonId, std::string label, int image, MenuMaker makeMenu);
   void AddSeparator();
   const std::vector<Button>& GetButtons() const { return buttons; }
 
-  // Asked about every button whenever there is nothing else to do.
+  // Called for every button whenever the loop is idle.
   void SetUpdater(Updater newUpdater) { updater = std::move(newUpdater); }
 
+  // Height that the bar needs to show all buttons at this width, including further rows.
   int GetHeightFor(int width);
-  // In client coordinates; empty for no such button.
+  // Rectangle in client coordinates; empty if the index is out of range.
   Rect GetButtonRect(std::size_t index);
 
-  // --- From the toolkit; a button that is disabled or not there does nothing ---
+  // --- Called by the toolkit; no-ops for a disabled or missing button ---
 
+  // The user pressed a button: sends its command to the owner.
   void NotifyButton(int buttonId);
-  // The user wants the menu of a button, which is shown below it.
+  // The user opens the menu of a button, which is shown below it.
   void NotifyDropDown(int buttonId);
 
  protected:
+  // Updates all buttons through the updater.
   void OnIdle() override;
   std::unique_ptr<WindowPeer> MakePeer(WindowToolkit& toolkit) final;
 
  private:
   ToolBarPeer* Drawing() { return static_cast<ToolBarPeer*>(GetPeer()); }
   void Add(Button button, MenuMaker makeMenu);
-  // The index of an enabled button; nothing for none.
+  // Returns the index of an enabled button; nullopt if there is none.
   std::optional<std::size_t> FindEnabled(int buttonId) const;
   std::vector<Rect> Layout(int width) const;
 

@@ -33,17 +33,17 @@ class RichTextPeer;
 class ToolBarPeer;
 class TreePeer;
 
-// What draws the windows of a thread. A toolkit makes a peer for each window that is created, has
-// the measures of the screen, and runs what takes the user's whole attention for a moment: menus,
-// drags, the clipboard. Questions in boxes and dialogs are not here; see Dialogs.h.
+// Interface to the platform's widgets. A toolkit creates a peer for each window, provides screen
+// metrics, and runs modal interactions: menus, drags, the clipboard. Message boxes and dialogs are
+// not part of it; see Dialogs.h.
 //
-// The face is at the same time the toolkit of a machine without a screen: it draws nothing,
-// measures every byte as 8 pixels, and its user never does anything.
+// The base class is itself usable as a headless toolkit: it draws nothing, measures 8 pixels per
+// byte, and reports no user actions.
 class WindowToolkit {
  public:
   virtual ~WindowToolkit() = default;
 
-  // One for each kind of window; null where nothing is drawn.
+  // One overload for each kind of window. Returns null if nothing is drawn.
   virtual std::unique_ptr<WindowPeer> MakePeer(CWnd& window);
   virtual std::unique_ptr<BrowserPeer> MakePeer(CBrowserCtrl& browser);
   virtual std::unique_ptr<ButtonPeer> MakePeer(CButton& button);
@@ -59,25 +59,27 @@ class WindowToolkit {
   virtual std::unique_ptr<ToolBarPeer> MakePeer(CToolBar& bar);
   virtual std::unique_ptr<TreePeer> MakePeer(CTreeCtrl& tree);
 
+  // Size of a text on a single line.
   virtual Size MeasureText(const Font& font, std::string_view text);
   virtual Color GetColor(SystemColor color);
 
   virtual void SetCursor(CursorShape shape);
-  // Shows the menu and gives the command that was chosen, 0 for none.
+  // Shows the menu and returns the chosen command, 0 for none. Blocks.
   virtual int TrackMenu(const CMenu& menu, Point screen, CWnd& owner);
   virtual void SetClipboardText(const std::string& text);
-  // Lets the user drag the text out of `source` as a copy.
+  // Lets the user drag the text out of `source` as a copy. Blocks.
   virtual void DragText(CWnd& source, const std::string& text);
-  // Hands an address to the desktop; never to a shell.
+  // Opens an address with the desktop's handler; never passes it to a shell.
   virtual void OpenAddress(const std::string& address);
 
-  // The calling thread's; the one without a screen until another is set.
+  // Returns the calling thread's toolkit; the headless one unless another is set.
   static WindowToolkit& Current();
-  // Borrowed; outlives the windows that are created while it is set. Null goes back.
+  // Borrowed; must outlive the windows that are created while it is set. Null restores the headless
+  // one.
   static void SetCurrent(WindowToolkit* toolkit);
 };
 
-// The wait cursor while it lives.
+// Shows the wait cursor during its lifetime.
 class WaitCursor {
  public:
   WaitCursor() { WindowToolkit::Current().SetCursor(CursorShape::Wait); }

@@ -9,7 +9,7 @@ namespace tarn {
 
 namespace {
 
-// Measures of a tree that nobody draws.
+// Metrics of a tree without a peer.
 constexpr int kIndent = 19;
 constexpr int kImageGap = 3;  // between image and label
 
@@ -92,7 +92,7 @@ CTreeItems CTreeCtrl::TakeItems(CTreeItem* above, int first, int count) {
   return taken;
 }
 
-// Nothing may point at or below the items that go.
+// Clears pointers to the items being removed and to their descendants.
 void CTreeCtrl::LetGo(const CTreeItem& above, int first, int count) {
   for (CTreeItem** const held : {&selected, &shownSelection, &dropHighlight}) {
     const CTreeItem* item = *held;

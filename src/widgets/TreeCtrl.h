@@ -14,20 +14,20 @@
 
 namespace tarn {
 
-// Bits of a tree's style.
+// Style bits of a tree.
 inline constexpr std::uint32_t kTreeHasButtons = 0x1;
 inline constexpr std::uint32_t kTreeHasLines = 0x2;
 inline constexpr std::uint32_t kTreeLinesAtRoot = 0x4;
 inline constexpr std::uint32_t kTreeShowsSelectionAlways = 0x20;
 
-// Of a tree that nobody draws.
+// Line height of a tree without a peer.
 inline constexpr int kTreeLineHeight = 16;
 
-// One line of a tree with all below it. Owned by the item above it, in the end by the control; an
-// address stays the same until the item is deleted.
+// An item of a tree, with all of its descendants. Owned by its parent item, ultimately by the
+// control; its address does not change until it is deleted.
 class CTreeItem {
  public:
-  // `data` is the maker's, borrowed and never looked into. -1 is no image.
+  // `data` is borrowed, belongs to the caller and is never accessed. -1 means no image.
   CTreeItem(std::string itemText, int itemImage, int itemSelectedImage, void* itemData)
       : text(std::move(itemText)),
         image(itemImage),
@@ -42,7 +42,7 @@ class CTreeItem {
   void* GetData() const { return data; }
   void SetData(void* newData) { data = newData; }
 
-  // Null for none; an item of the top level has no parent.
+  // The parent, a child or a sibling; null if there is none. A top-level item has no parent.
   CTreeItem* GetParent() const { return parent == nullptr || parent->isTop ? nullptr : parent; }
   CTreeItem* GetChild(int at) const;
   CTreeItem* GetFirstChild() const { return GetChild(0); }
@@ -50,24 +50,25 @@ class CTreeItem {
   CTreeItem* GetPreviousSibling() const;
   int GetChildCount() const { return static_cast<int>(children.size()); }
   bool HasChildren() const { return !children.empty(); }
-  // Which child of its parent it is, from 0.
+  // Zero-based index among the parent's children.
   int GetIndex() const { return index; }
-  // 0 on the top level.
+  // 0 for a top-level item.
   int GetLevel() const;
   bool IsExpanded() const { return isExpanded; }
   bool IsBelow(const CTreeItem& other) const;
 
-  // The item on the line below and above, as the tree is expanded now. Null at the ends.
+  // Item on the next or previous line in the current expansion state; null at the ends.
   CTreeItem* GetNextVisible() const;
   CTreeItem* GetPreviousVisible() const;
-  // The next one in the order of the lines if all were expanded.
+  // The next item in line order as if all items were expanded.
   CTreeItem* GetNext() const;
 
-  // --- For an item that is in no control yet ---
+  // --- Only for an item that is not part of a control yet ---
 
+  // Returns the child.
   CTreeItem& AppendChild(std::unique_ptr<CTreeItem> child);
   void ReserveChildren(int count) { children.reserve(static_cast<std::size_t>(count)); }
-  // Nothing for an item without children.
+  // No-op for a leaf.
   void SetExpanded(bool expand) { isExpanded = expand && HasChildren(); }
 
  private:
@@ -82,12 +83,13 @@ class CTreeItem {
   void* data;
   CTreeItem* parent = nullptr;
   int index = 0;
-  mutable int row = 0;  // where it stood when the control numbered its lines
+  mutable int row = 0;  // line number at the control's last numbering
   bool isExpanded = false;
-  bool isTop = false;  // no item, but what holds the top level together
+  bool isTop = false;  // not an item, but the container of the top level
   std::vector<std::unique_ptr<CTreeItem>> children;
 };
 
+// Owning list of sibling items, for bulk insertion and removal.
 using CTreeItems = std::vector<std::unique_ptr<CTreeItem>>;
 
 enum class TreePart { Nowhere, Indent, Button, StateIcon, Icon, Label, RightOfLabel };
@@ -98,21 +100,21 @@ struct TreeHit {
   friend bool operator==(const TreeHit&, const TreeHit&) = default;
 };
 
-// What of an item is to be painted.
+// Parameters for painting an item.
 struct TreeItemPaint {
-  Rect rect;  // of the whole line
+  Rect rect;  // rectangle of the whole line
   Color background = 0;
   Color foreground = 0;
 };
 
-// What draws a tree. A parent that is null is the top level.
+// Draws a tree. A null parent means the top level.
 class TreePeer : public WindowPeer {
  public:
-  // All may be different: items, expansion, selection, scroll position. Called before the first
-  // change and behind the last; in between there is nothing to rely on.
+  // Everything may change: items, expansion, selection, scroll position. Called before the first
+  // change and after the last; the state is inconsistent in between.
   virtual void OnResetting() {}
   virtual void OnReset() {}
-  // `count` items from place `first` on; called before and behind the change.
+  // Called before and after a change of `count` items from index `first` on.
   virtual void OnItemsInserting(const CTreeItem* /*parent*/, int /*first*/, int /*count*/) {}
   virtual void OnItemsInserted(const CTreeItem* /*parent*/, int /*first*/, int /*count*/) {}
   virtual void OnItemsRemoving(const CTreeItem* /*parent*/, int /*first*/, int /*count*/) {}
@@ -123,54 +125,56 @@ class TreePeer : public WindowPeer {
   virtual void OnDropHighlightChanged() {}
   virtual void OnScrolled() {}
 
-  // A picture of the item follows the cursor, which is at a point of the screen. False when it
-  // can't: then there is no drag.
+  // Shows an image of the item that follows the cursor, which is at a point of the screen. Returns
+  // false if that is impossible; then there is no drag.
   virtual bool OnDragBegun(const CTreeItem& /*item*/, Point /*hotSpot*/, Point /*screen*/) {
     return true;
   }
   virtual void OnDragMoved(Point /*screen*/) {}
   virtual void OnDragEnded() {}
 
-  // Measures, for a peer that knows better than the fixed numbers.
+  // Metrics, for a peer that overrides the fixed defaults.
   virtual int GetLineHeight() { return kTreeLineHeight; }
   virtual std::optional<TreeHit> HitTest(Point /*point*/) { return std::nullopt; }
   virtual std::optional<Rect> GetTextRect(const CTreeItem& /*item*/) { return std::nullopt; }
 };
 
-// A tree of items: which there are, which are expanded, which one is selected, how far it is
-// scrolled. A toolkit that passes on mouse, keys and focus has everything that a user does; one
-// with gestures of its own calls the functions for these.
+// A tree control: its items, their expansion, the selection and the scroll position. A toolkit that
+// forwards mouse, keys and focus covers all user actions; one with its own gestures calls the
+// functions for them.
 //
-// Deleting items fires no event. Every other function below "From the toolkit", and those that
-// change the selection, may run an event in which the control is destroyed.
+// Deleting items fires no event. Every other function below "Called by the toolkit", and every
+// function that changes the selection, may run an event handler that destroys the control.
 class CTreeCtrl : public CWnd {
  public:
   CTreeCtrl();
   ~CTreeCtrl() override;
 
-  // --- Items. An `above` that is null is the top level ---
+  // --- Items. A null `above` means the top level ---
 
-  // As the last child. Gives the item.
+  // Appends an item as the last child and returns it.
   CTreeItem& InsertItem(CTreeItem* above, std::string label, int image, int selectedImage,
                         void* data);
-  // Puts the items, each with all below it, in front of the child `first`, or behind the last.
+  // Inserts the items with their descendants before the child `first`, or after the last child.
   void InsertItems(CTreeItem* above, int first, CTreeItems items);
+  // Out-of-range positions are clamped. The selection is cleared, without an event, if it was below
+  // a deleted item.
   void DeleteItems(CTreeItem* above, int first, int count);
   void DeleteAllItems();
-  // Whether it was different.
+  // Returns whether the item changed.
   bool SetItem(CTreeItem& item, std::string_view label, int image, int selectedImage);
   CTreeItem* GetRootItem() const { return top.GetFirstChild(); }
   int GetItemCount(const CTreeItem* above) const;
-  // Null when there is no such one.
+  // Returns null if `at` is out of range.
   CTreeItem* GetItemAt(const CTreeItem* above, int at) const;
 
   // --- Selection and expansion ---
 
   CTreeItem* GetSelectedItem() const { return selected; }
-  // Makes it visible; fires OnSelectionChanged once, before it returns, and not at all when it is
-  // selected already. Null selects nothing.
+  // Selects an item and scrolls to it. Fires OnSelectionChanged() once before it returns, or not at
+  // all if the item is already selected. Null clears the selection.
   void SelectItem(CTreeItem* item);
-  // Nothing for an item without children. What collapses over the selected item is selected.
+  // No-op for a leaf. Collapsing an ancestor of the selection moves the selection to it.
   void Expand(CTreeItem& item, bool expand);
   // Borrowed, or null.
   void SetDropHighlight(CTreeItem* item);
@@ -178,84 +182,91 @@ class CTreeCtrl : public CWnd {
 
   // --- Lines ---
 
-  // How many lines there are, as the tree is expanded now.
+  // Number of lines in the current expansion state.
   int GetRowCount() const;
+  // Returns null if the index is out of range.
   CTreeItem* GetRow(int row) const;
   // -1 for an item below a collapsed one.
   int GetRowOf(const CTreeItem& item) const;
-  // The line at the top of the window.
+  // Index of the line at the top of the window.
   int GetTopRow() const;
   void SetTopRow(int row);
-  // Expands what is above it and scrolls, as far as there is need.
+  // Expands the ancestors and scrolls if necessary.
   void EnsureVisible(CTreeItem& item);
 
   TreeHit HitTest(Point point) const;
-  // In client coordinates; empty for an item below a collapsed one.
+  // Rectangle in client coordinates; empty for an item below a collapsed one.
   Rect GetTextRect(const CTreeItem& item) const;
   int GetLineHeight() const;
 
-  // Borrowed, or null for none. Outlives the control, or is taken away before.
+  // Borrowed, or null for none. Must outlive the control or be removed before.
   void SetImageList(const CImageList* list);
   const CImageList* GetImageList() const { return images; }
 
-  // Off: the peer hears nothing of items, selection and lines. On again: one reset, if there was
-  // anything.
+  // While off, the peer is not notified of items, selection and lines. Turning it on again sends a
+  // single reset if anything has changed.
   void SetRedraw(bool redraw);
 
-  // What is to be painted over a line of the window, in order, when its lines, button and image
-  // stand; nothing: the label is the toolkit's.
+  // Paint commands to execute on a line of the window, in order, after its lines, button and image
+  // have been drawn. Empty: the toolkit draws the label.
   DrawingSteps DrawItem(const CTreeItem& item) const;
 
-  // --- From the toolkit, besides NotifyMouse and NotifyKey, which come to these by themselves ---
+  // --- Called by the toolkit; NotifyMouse() and NotifyKey() call these as well ---
 
+  // Takes the focus, and selects the item at the point, or toggles its expansion if the point is on
+  // its button.
   void NotifyClick(Point point);
   void NotifyDoubleClick(MouseButton button, Point point);
-  // The toolkit's own gesture for what is to be done with an item.
+  // The toolkit's gesture for activating an item.
   void NotifyItemActivated(Point point);
-  // The request for a context menu follows it.
+  // A request for a context menu follows.
   void NotifyRightClick(Point point);
+  // The user starts to drag at a point; an event only if that is on an item.
   void NotifyBeginDrag(Point point);
+  // The user scrolled; the peer is not notified in return.
   void NotifyScrolled(int newTopRow);
-  // The user gives a drag up, as with Escape, or the button went up where the tree does not see it.
-  // False when there is none.
+  // The user cancelled a drag, for example with Escape, or the button was released outside the
+  // tree. Returns false if there is no drag.
   bool NotifyDragCancelled() { return IsCreated() && OnDragCancelled(); }
 
  protected:
-  // --- Events; what they do here is what a tree does by itself ---
+  // --- Events; the default implementations are the standard behaviour of a tree ---
 
   virtual void OnSelectionChanged() {}
-  // Before a hit on a button expands, or one on an icon or label selects.
+  // Called before a click on a button expands, or before one on an icon or label selects.
   virtual void OnClick(const TreeHit& /*hit*/, Point /*point*/) {}
-  // Tells OnItemActivated, and expands or collapses.
+  // The default calls OnItemActivated() and expands or collapses.
   virtual void OnLeftDoubleClick(Point point);
   virtual void OnMiddleDoubleClick(Point /*point*/) {}
   virtual void OnItemActivated(Point /*point*/) {}
   virtual void OnRightClick(Point /*point*/) {}
-  // True when the key must not move the selection.
+  // Return true if the key must not move the selection.
   virtual bool OnItemKey(const KeyEvent& /*event*/) { return false; }
   virtual void OnBeginDrag(CTreeItem& /*item*/, Point /*point*/) {}
   virtual void OnMouseMove(Point /*point*/) {}
   virtual void OnLeftButtonUp(Point /*point*/) {}
-  // False when there is no drag.
+  // Returns false without a drag in progress.
   virtual bool OnDragCancelled() { return false; }
   virtual void OnItemExpanded(const CTreeItem& /*item*/) {}  // or collapsed
-  // The item is about to be freed, with all below it; it is in no list any more. Must not change
-  // the control.
+  // The item is about to be freed, with its descendants; it is already removed from all lists. Must
+  // not change the control.
   virtual void OnItemGone(const CTreeItem& /*item*/) {}
   virtual DrawingSteps OnDrawItem(const CTreeItem& /*item*/, const TreeItemPaint& /*paint*/) const {
     return {};
   }
 
-  // For a class that fills the tree anew: the selection is dropped and chosen without events of
-  // the line, and the peer hears of the outcome.
+  // Clear, set and report the selection without firing events, for a class that refills the tree;
+  // the peer is notified once of the result.
   void DropSelection() { selected = nullptr; }
   void ChooseItem(CTreeItem* item);
   void TellSelection();
-  // Out of the tree but not freed; nothing is selected or highlighted in them any more.
+  // Removes items without freeing them; clears the selection and the highlight if they are among
+  // them.
   CTreeItems TakeItems(CTreeItem* above, int first, int count);
-  // Frees what has been taken.
+  // Frees removed items.
   void DiscardItems(CTreeItems&& items);
 
+  // Show, move and remove the image that follows the cursor during a drag.
   bool BeginDragImage(const CTreeItem& item, Point hotSpot, Point point);
   void MoveDragImage(Point point);
   void EndDragImage();
@@ -268,18 +279,19 @@ class CTreeCtrl : public CWnd {
 
  private:
   TreePeer* Peer() const { return static_cast<TreePeer*>(GetPeer()); }
-  // The peer, when it may hear; otherwise it will be told all at once.
+  // Returns the peer if it is to be notified; otherwise records that a reset is due.
   TreePeer* Listener();
   CTreeItem& ParentOf(CTreeItem* above) { return above == nullptr ? top : *above; }
   void LetGo(const CTreeItem& above, int first, int count);
   void TellGone(const CTreeItem& item);
+  // Rebuilds the list of lines if it is invalid: O(visible items), then each lookup is O(1).
   void FillRows() const;
   int RowsPerPage() const;
-  // Where the image of an item begins.
+  // Left edge of an item's image.
   int ImageLeft(const CTreeItem& item) const;
   int ImageWidth() const;
   bool IsShownSelected(const CTreeItem& item) const;
-  // False when the control is gone.
+  // Returns false if the control was destroyed.
   bool TakeFocus();
   void OnLeftPress(Point point);
   void OnLeftRelease(Point point);
@@ -287,13 +299,13 @@ class CTreeCtrl : public CWnd {
 
   CTreeItem top{{}, -1, -1, nullptr};
   CTreeItem* selected = nullptr;
-  CTreeItem* shownSelection = nullptr;  // what the peer has been told
+  CTreeItem* shownSelection = nullptr;  // selection that the peer was last notified of
   CTreeItem* dropHighlight = nullptr;
   const CImageList* images = nullptr;
   int topRow = 0;
   bool isRedrawOff = false;
   bool isResetDue = false;
-  std::optional<Point> pressed;  // where the left button went down and may become a drag
+  std::optional<Point> pressed;  // position of a left press that may become a drag
   mutable std::vector<CTreeItem*> rows;
   mutable bool areRowsValid = false;
 };

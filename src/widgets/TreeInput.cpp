@@ -1,4 +1,5 @@
-// What a user does to a tree: gestures out of mouse events, and the keys that move the selection.
+// User input of the tree control: recognises gestures in mouse events and handles the keys that
+// move the selection.
 
 #include <algorithm>
 #include <cstdlib>
@@ -9,7 +10,7 @@ namespace tarn {
 
 namespace {
 
-// So far the pressed button may slip without dragging anything.
+// Distance that the mouse may move with the button pressed before a drag starts.
 constexpr int kDragDistance = 4;
 
 bool IsOnItem(TreePart part) {
@@ -18,7 +19,8 @@ bool IsOnItem(TreePart part) {
 
 }  // namespace
 
-// Whoever loses the keyboard may do anything, an owner's message included.
+// The handler of the window that loses the focus may do anything, including destroying this
+// control.
 bool CTreeCtrl::TakeFocus() {
   const WindowHandle own = GetHandle();
   SetFocus();
@@ -30,7 +32,7 @@ void CTreeCtrl::NotifyClick(Point point) {
   const WindowHandle own = GetHandle();
   const TreeHit hit = HitTest(point);
   OnClick(hit, point);
-  // The event may have filled the tree anew.
+  // The handler may have refilled the tree.
   if (!IsWindow(own) || !(HitTest(point) == hit)) return;
   if (hit.part == TreePart::Button) {
     Expand(*hit.item, !hit.item->IsExpanded());
@@ -75,7 +77,7 @@ void CTreeCtrl::NotifyScrolled(int newTopRow) {
 }
 
 void CTreeCtrl::OnMouse(const MouseEvent& event) {
-  // A toolkit may have a grab of its own while a button is down.
+  // The toolkit may have its own mouse grab while a button is down.
   if (!HasCapture() && !GetClientRect().Contains(event.point)) return;
   switch (event.action) {
     case MouseAction::Press:

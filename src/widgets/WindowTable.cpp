@@ -31,7 +31,7 @@ WindowTable::Entry WindowTable::Find(WindowHandle window) {
 }
 
 void WindowTable::RemoveAllOf(const MessageLoop* loop) {
-  std::vector<Entry> removed;  // let go of behind the lock
+  std::vector<Entry> removed;  // released after the lock
   const std::lock_guard guard(lock);
   for (auto entry = entries.begin(); entry != entries.end();) {
     if (entry->second.loop.get() == loop) {
@@ -44,7 +44,7 @@ void WindowTable::RemoveAllOf(const MessageLoop* loop) {
 }
 
 WindowTable& WindowTable::Native() {
-  // Never destroyed: threads and static objects that outlive main still look here.
+  // Never destroyed: threads and static objects that outlive main still use it.
   static auto* const table = new WindowTable;
   return *table;
 }

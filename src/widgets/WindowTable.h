@@ -8,26 +8,26 @@
 
 namespace tarn {
 
-// The windows of the process by handle. A handle is not given out a second time while the process
-// is young enough to matter, so a stale one finds nothing. May be used from any thread.
+// The windows of the process by handle. Handles are not reused within any realistic lifetime of a
+// process, so a lookup with a stale one fails. Thread-safe.
 class WindowTable {
  public:
   struct Entry {
     WindowTarget* target = nullptr;     // null: no such window
-    std::shared_ptr<MessageLoop> loop;  // of the thread that registered it
+    std::shared_ptr<MessageLoop> loop;  // loop of the thread that registered it
   };
 
   WindowHandle Add(WindowTarget& target, std::shared_ptr<MessageLoop> loop);
-  // The entry that went, or an empty one.
+  // Returns the removed entry, or an empty one.
   Entry Remove(WindowHandle window);
   Entry Find(WindowHandle window);
-  // When a thread ends: its windows cannot answer any more.
+  // Called when a thread ends: its windows cannot receive messages any more.
   void RemoveAllOf(const MessageLoop* loop);
 
   static WindowTable& Native();
 
  private:
-  // Held for a look-up alone, never while a target runs.
+  // Held only for lookups, never while a target runs.
   std::mutex lock;
   WindowHandle last = 0;
   std::unordered_map<WindowHandle, Entry> entries;

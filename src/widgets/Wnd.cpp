@@ -10,10 +10,10 @@ namespace tarn {
 
 namespace {
 
-// Behind all numbers that windows send each other.
+// Greater than all message numbers in use.
 constexpr std::uint32_t kMsgFreeRetired = 0x7FFFFF01;
 
-// Windows without a parent, and who has the keyboard; of one thread.
+// Per thread: the windows without a parent and the focus window.
 struct ThreadWindows {
   std::vector<CWnd*> tops;
   CWnd* focus = nullptr;
@@ -64,7 +64,7 @@ void CWnd::DestroyWindow() {
   }
   UnregisterWindow(handle);
   handle = 0;
-  // A child that went may have left the keyboard to it.
+  // A destroyed child may have passed the focus to this window.
   if (OfThread().focus == this) OfThread().focus = nullptr;
   Detach();
   peer.reset();
@@ -200,7 +200,7 @@ void CWnd::NotifyFocusTaken() {
   if (focus == this || handle == 0) return;
   const WindowHandle taker = handle;
   if (focus != nullptr) focus->NotifyFocusLost();
-  // The event of the other one may have destroyed this one, or moved the keyboard on.
+  // The handler may have destroyed this window or moved the focus elsewhere.
   if (!IsWindow(taker) || focus != nullptr) return;
   focus = this;
   OnSetFocus();

@@ -15,7 +15,7 @@ namespace tarn {
 
 class WindowToolkit;
 
-// Bits of a window's style. Kinds of windows add bits of their own below 0x10000.
+// Style bits common to all windows. Derived windows define their own bits below 0x10000.
 inline constexpr std::uint32_t kStylePopup = 0x80000000;
 inline constexpr std::uint32_t kStyleChild = 0x40000000;
 inline constexpr std::uint32_t kStyleVisible = 0x10000000;
@@ -23,6 +23,7 @@ inline constexpr std::uint32_t kStyleBorder = 0x00800000;
 inline constexpr std::uint32_t kStyleStaticEdge = 0x00020000;
 
 enum class MouseButton { None, Left, Middle, Right };
+// A double click is reported as Press, Release, DoubleClick, Release.
 enum class MouseAction { Press, Release, DoubleClick, Move };
 
 struct MouseEvent {
@@ -33,7 +34,7 @@ struct MouseEvent {
   bool isControlDown = false;
 };
 
-// Key numbers that something here means; others pass through as they come.
+// Key codes used by the windows; other keys are passed through unchanged.
 enum VirtualKey : int {
   kKeyBackspace = 8,
   kKeyTab = 9,
@@ -53,16 +54,16 @@ enum VirtualKey : int {
   kKeyF2 = 113,
 };
 
-// With Alt a key is a menu's or the desktop's, and is not told.
+// Keys with Alt belong to menus and the desktop and are not reported.
 struct KeyEvent {
   int key = 0;
   bool isShiftDown = false;
   bool isControlDown = false;
 };
 
-// What a toolkit draws a window with, made when the window is created and freed with it. It reads
-// the window's state whenever it paints; these calls tell it what has changed. Kinds of windows
-// have peers with more calls. A call must not change the window's state, and must not run events.
+// Draws a window; created and destroyed together with it. A peer reads the window's state whenever
+// it paints; these calls notify it of changes. Derived windows have peers with more calls. A call
+// must not change the window's state and must not run event handlers.
 class WindowPeer {
  public:
   virtual ~WindowPeer() = default;
@@ -71,60 +72,67 @@ class WindowPeer {
   virtual void OnEnabled() {}  // enabled or disabled
   virtual void OnTextChanged() {}
   virtual void OnFontChanged() {}
-  virtual void OnInvalidated() {}                 // has to be painted anew, at the next chance
-  virtual void OnPaintNow() {}                    // ... before this call returns
-  virtual void OnFocusTaken() {}                  // the system wants the keyboard here
-  virtual void OnCapture(bool /*isCaptured*/) {}  // all mouse events come here, or no longer
-  // Where the corner of the client area stands on the screen; nothing for a peer that leaves this
-  // to the rectangles of the windows.
+  virtual void OnInvalidated() {}                 // needs repainting at the next opportunity
+  virtual void OnPaintNow() {}                    // repaint before returning
+  virtual void OnFocusTaken() {}                  // take the keyboard focus
+  virtual void OnCapture(bool /*isCaptured*/) {}  // start or stop receiving all mouse events
+  // Screen position of the client area's corner; nullopt to let the control compute it from the
+  // rectangles of the windows.
   virtual std::optional<Point> GetScreenOrigin() { return std::nullopt; }
 };
 
-// A window: a place on the screen with an owner, children and events, whose whole state is here. A
-// toolkit shows it through its peer and feeds the user's actions into the functions below "From the
-// toolkit"; without one it lives all the same.
+// A window: a rectangle with an owner, children and events. All of its state is in this class; a
+// toolkit displays it through its peer and reports the user's actions through the functions below
+// "Called by the toolkit". A window is fully functional without a toolkit.
 //
-// Windows belong to the thread that creates them and are used there alone, but for messages, which
-// may be sent from anywhere. A window does not own its children: they are members of whoever made
-// them, and are destroyed (not freed) with their parent's window. A class that replaces OnDestroy
-// calls DestroyWindow in its own destructor.
+// Windows belong to the thread that creates them and may be used only there, except that messages
+// may be sent from any thread. A window does not own its children: they are members of the objects
+// that created them, and are destroyed (not freed) with their parent's window. A class that
+// overrides OnDestroy() must call DestroyWindow() in its own destructor.
 class CWnd : public WindowTarget {
  public:
   CWnd();
+  // Destroys the window; overrides of OnDestroy() are not called any more at this point.
   virtual ~CWnd();
   CWnd(const CWnd&) = delete;
   CWnd& operator=(const CWnd&) = delete;
 
-  // Makes the window, below `parent` if there is one. False when it stands already, or when
-  // OnCreate says so: then nothing of it stays.
+  // Creates the window, as a child of `parent` if there is one. Returns false if it already exists,
+  // or if OnCreate() returns false; then it is removed again.
   bool Create(std::uint32_t style, const Rect& rect, CWnd* parent, int id);
-  // Its messages and timers go, its handle answers 0, and its children go with it. Nothing when it
-  // does not stand. May be called from its own events.
+  // Drops the window's messages and timers, invalidates its handle, and destroys its children.
+  // No-op if the window does not exist. May be called from its own events.
   void DestroyWindow();
   bool IsCreated() const { return handle != 0; }
-  // 0 unless it stands.
+  // 0 unless the window exists.
   WindowHandle GetHandle() const { return handle; }
 
   CWnd* GetParent() const { return parentWindow; }
   int GetId() const { return windowId; }
   std::uint32_t GetStyle() const { return windowStyle; }
+  // Direct children in the order of their creation.
   const std::vector<CWnd*>& GetChildren() const { return childWindows; }
-  // Null for none.
+  // Returns null if not found.
   CWnd* FindChild(int childId) const;
-  // Who hears of it: the owner that was set, else the parent. Null for neither. The owner is
-  // borrowed and outlives the window.
+  // Receiver of the window's notifications: the owner that was set, otherwise the parent; null if
+  // there is neither. The owner is borrowed and must outlive the window.
   CWnd* GetOwner() const { return ownerWindow != nullptr ? ownerWindow : parentWindow; }
   void SetOwner(CWnd* newOwner) { ownerWindow = newOwner; }
-  // Sends to the owner; 0 without one.
+  // Sends a message to the owner. Returns 0 if there is none.
   std::intptr_t SendOwner(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam);
 
-  // In the parent's client coordinates; those of a window without a parent are the host's matter.
+  // Rectangle in the parent's client coordinates; the host interprets those of a window without a
+  // parent.
   const Rect& GetRect() const { return windowRect; }
   Rect GetClientRect() const { return {0, 0, windowRect.Width(), windowRect.Height()}; }
+  // Calls OnSize() if the size changes.
   void MoveWindow(const Rect& newRect);
+  // Converts client coordinates to screen coordinates.
   Point ClientToScreen(Point point) const;
+  // ShowWindow, EnableWindow, SetWindowText and SetFont notify the peer of a change, but fire no
+  // event.
   void ShowWindow(bool show);
-  // Its own wish; a parent may hide it all the same.
+  // The window's own state; it may still be hidden by a parent.
   bool IsVisible() const { return isVisible; }
   void EnableWindow(bool enable);
   bool IsEnabled() const { return isEnabled; }
@@ -132,73 +140,86 @@ class CWnd : public WindowTarget {
   const std::string& GetWindowText() const { return windowText; }
   void SetFont(const Font& newFont);
   const Font& GetFont() const { return windowFont; }
+  // Takes the keyboard focus: the previous focus window of the thread gets OnKillFocus(), then this
+  // one gets OnSetFocus(). Either handler may destroy this window.
   void SetFocus();
   bool HasFocus() const;
+  // While captured, the window receives all mouse events, even those outside its area.
   void SetCapture();
   void ReleaseCapture();
   bool HasCapture() const { return hasCapture; }
+  // Schedules a repaint.
   void Invalidate();
-  // Paints what is due before it returns.
+  // Repaints invalid areas before it returns.
   void UpdateWindow();
 
-  // OnTimer is called on the window's thread, see SetWindowTimer.
+  // OnTimer() is called on the window's thread; see SetWindowTimer().
   void SetTimer(int timerId, std::chrono::milliseconds period);
   void KillTimer(int timerId);
 
+  // If set, files dropped on this window or on a child that does not accept them are passed to
+  // OnDropFiles().
   void AcceptDroppedFiles(bool accept) { acceptsFiles = accept; }
   bool AcceptsDroppedFiles() const { return acceptsFiles; }
 
-  // Takes over a child that is to go while its own events may still be on the stack. Its window
-  // goes now, the object at the next message.
+  // Takes over a child that is to be destroyed while its own event handlers may still be on the
+  // stack. Its window is destroyed now, the object is freed at the next message.
   void Retire(std::unique_ptr<CWnd> child);
 
-  // --- From the toolkit: what the user does, in client coordinates ---
+  // --- Called by the toolkit: user actions, in client coordinates ---
 
+  // The user or the host resized the window; its position is unchanged.
   void NotifyResized(Size size);
-  // The user moved the keyboard here; whoever had it loses it first.
+  // The user moved the keyboard focus here; the previous focus window is notified of its loss
+  // first.
   void NotifyFocusTaken();
+  // No-op if the window does not have the focus.
   void NotifyFocusLost();
   void NotifyMouse(const MouseEvent& event);
-  // True when the key was used and must do nothing else.
+  // Returns true if the key was used and must have no other effect.
   bool NotifyKey(const KeyEvent& event);
+  // Passed to the first of the window and its parents that accepts files.
   void NotifyDroppedFiles(const std::vector<std::string>& paths);
-  // Goes up the parents until one handles it. False when none did.
+  // Asks the window and then its parents until one handles the request. Returns false if none did.
   bool NotifyContextMenu(Point screen);
 
   std::intptr_t OnWindowMessage(std::uint32_t message, std::intptr_t wParam,
                                 std::intptr_t lParam) final;
 
  protected:
-  // --- Events; what they do here is nothing ---
+  // --- Events; the default implementations do nothing ---
 
-  // The window stands; children are created here. False undoes it.
+  // The window has been created; create children here. Returning false undoes the creation.
   virtual bool OnCreate() { return true; }
-  // The window still stands, with its children.
+  // The window and its children still exist.
   virtual void OnDestroy() {}
+  // Also called once after the creation.
   virtual void OnSize(Size /*size*/) {}
+  // The focus has been taken or lost; HasFocus() already returns the new state.
   virtual void OnSetFocus() {}
   virtual void OnKillFocus() {}
   virtual void OnTimer(int /*timerId*/) {}
   virtual void OnMouse(const MouseEvent& /*event*/) {}
+  // Return true if the key was used.
   virtual bool OnKeyDown(const KeyEvent& /*event*/) { return false; }
   virtual void OnDropFiles(const std::vector<std::string>& /*paths*/) {}
-  // True when it has been handled.
+  // Return true if handled.
   virtual bool OnContextMenu(Point /*screen*/) { return false; }
-  // A command of a tool bar, a menu or the host, by number. True when it has been handled; else
-  // the owner is asked.
+  // A command of a toolbar, a menu or the host, by number. Return true if handled; otherwise it is
+  // passed to the owner.
   virtual bool OnCommand(int /*command*/) { return false; }
-  // Every other message.
+  // Any other message.
   virtual std::intptr_t OnMessage(std::uint32_t /*message*/, std::intptr_t /*wParam*/,
                                   std::intptr_t /*lParam*/) {
     return 0;
   }
-  // Nothing else is to do: tool bars refresh their states.
+  // The loop is idle: toolbars refresh their state.
   virtual void OnIdle() {}
-  // The peer that the toolkit draws this kind of window with; null where nothing is drawn.
+  // Creates the toolkit's peer for this kind of window; null if nothing is drawn.
   virtual std::unique_ptr<WindowPeer> MakePeer(WindowToolkit& toolkit);
 
   WindowPeer* GetPeer() const { return peer.get(); }
-  // The text as the user has made it, which the peer knows already.
+  // Stores the text entered by the user, which the peer already shows.
   void AdoptWindowText(std::string newText) { windowText = std::move(newText); }
 
  private:
@@ -226,8 +247,8 @@ class CWnd : public WindowTarget {
   std::unique_ptr<WindowPeer> peer;
 };
 
-// Calls OnIdle of every window of this thread; for whoever runs the loop, when it has nothing else
-// to do.
+// Calls OnIdle() of every window of this thread. To be called by the code that runs the loop, when
+// it is idle.
 void RunIdle();
 
 }  // namespace tarn

@@ -45,7 +45,7 @@ constexpr ControlRow kControls[] = {
 };
 constexpr PageTemplate kTemplate = {107, {640, 420}, kControls};
 
-// The settings of the user that outlive the wizard.
+// User settings that are kept between sessions.
 constexpr const char* kSection = "Project";
 constexpr const char* kLastProcessor = "LastProcessor";
 constexpr const char* kFirstProcessor = "ST72521R9";
@@ -57,7 +57,7 @@ bool IsYes(const CXmlNode& node, const char* name) {
   return EqualNoCase(TextOf(node.GetAttrValue(name)), "Yes");
 }
 
-// What has no picture isn't shown, so an installation without it gets an empty one.
+// A control without an image isn't shown, so an empty image is used if the installation has none.
 std::shared_ptr<const Bitmap> TargetPicture(const WizardSurroundings& surroundings) {
   const std::string path = surroundings.model.configFolder + "resources/target.bmp";
   auto bitmap = LoadBitmap(surroundings.files, path);
@@ -97,7 +97,7 @@ void CApplicationPage::ShowTargets() {
 
   targetsRoot = surroundings.catalogue.Read();
   targetTree.SetXmlRoot(targetsRoot.get());
-  // The families lie closed side by side, but for the one with the selected microcontroller.
+  // All families are collapsed, except for the one with the selected microcontroller.
   for (CXmlNode* family : targetsRoot->GetChildren()) {
     targetTree.SelectNode(family);
     CTreeItem* const item = targetTree.GetSelectedItem();
@@ -176,7 +176,7 @@ void CApplicationPage::OnControl(int controlId) {
   if (controlId == kIdBrowse) OnBrowse();
 }
 
-// Where the sources will lie, or which finished program it is.
+// Asks for the folder of the sources, or for the finished program.
 void CApplicationPage::OnBrowse() {
   const WindowHandle asked = GetSheet()->GetOwnerWindow();
   std::string folder;
@@ -190,7 +190,7 @@ void CApplicationPage::OnBrowse() {
       name = FileNameOf(chosen.front());
     }
   }
-  // The sheet may have ended while the question was open.
+  // The sheet may have been closed while the dialog was open.
   if (folder.empty() || !IsCreated()) return;
   FindControl<CEdit>(kIdLocation)->SetWindowText(folder);
   if (!name.empty()) FindControl<CEdit>(kIdName)->SetWindowText(name);
@@ -219,7 +219,7 @@ void CApplicationPage::OnWizardFinish() {
   TakeFields(application);
   const CXmlNode* const target = targetTree.GetCurrentNode();
   if (target == nullptr) return;
-  // What is ticked is for the next time; whether the tool runs now was settled when the
+  // The check box is saved for the next time; the decision if the tool runs now was made when the
   // microcontroller was selected.
   const bool isTicked = FindControl<CButton>(kIdLaunchTool)->IsChecked();
   application.wizardPath =

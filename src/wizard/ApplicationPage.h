@@ -13,7 +13,7 @@
 
 namespace tarn {
 
-// Controls of the page, which programs that fill it in know as well.
+// Controls of the page, with the ids that programs use to fill it in.
 enum ApplicationPageControl : int {
   kIdTargetTree = 622,
   kIdName = 8004,
@@ -28,7 +28,7 @@ enum ApplicationPageControl : int {
   kIdLaunchTool = 8020,
 };
 
-// What a wizard looks into. All that it refers to outlives it.
+// Objects that a wizard uses. All references must outlive the wizard.
 struct WizardSurroundings {
   CProjectModel& model;
   FileSystem& files;
@@ -36,17 +36,19 @@ struct WizardSurroundings {
   TargetCatalogue catalogue;
 };
 
-// The page that asks for a new application: the microcontroller out of a catalogue, the type, the
-// name, the folder, and whether it joins the open project. It makes nothing itself.
+// Wizard page for a new application: the microcontroller from a catalogue, the type, the name, the
+// folder, and if the application is added to the open project. It doesn't create anything itself.
 class CApplicationPage : public CPropertyPage {
  public:
   explicit CApplicationPage(const WizardSurroundings& wizardSurroundings);
   ~CApplicationPage() override { DestroyWindow(); }
 
-  // What is proposed, then what was chosen. Of a microcontroller that leaves something open, the
-  // fields keep what the one that was selected before it has put there.
+  // Initially the proposed values, then the chosen ones. Fields that the selected microcontroller
+  // doesn't define keep the values of the one selected before.
   NewApplication application;
 
+  // Returns the reason why the wizard can't be finished with the current input; an empty string if
+  // it can.
   std::string FindFinishProblem() override;
 
  protected:
@@ -63,13 +65,15 @@ class CApplicationPage : public CPropertyPage {
   void OnTargetSelected();
   void OnTypeChosen();
   void OnBrowse();
+  // Returns true if the user's setting is to run the tool that generates sources.
   bool WantsTool() const;
+  // Copies name, location and project choice from the controls to `wanted`.
   void TakeFields(NewApplication& wanted) const;
 
   const WizardSurroundings surroundings;
-  std::unique_ptr<CXmlNode> targetsRoot;  // outlives the tree's window
+  std::unique_ptr<CXmlNode> targetsRoot;  // must outlive the tree's window
   CXmlTreeCtrl targetTree;
-  bool typeBuilds = true;  // the chosen type has sources, rather than a finished program
+  bool typeBuilds = true;  // the chosen type is built from sources, not a finished program
 };
 
 }  // namespace tarn

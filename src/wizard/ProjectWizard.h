@@ -7,7 +7,7 @@
 
 namespace tarn {
 
-// The sheet that asks for a new application, which `page` holds.
+// Wizard sheet for a new application; `page` has the values.
 class CProjectWizard : public CPropertySheet {
  public:
   CProjectWizard(const std::string& title, WindowHandle askedWindow,
@@ -17,11 +17,13 @@ class CProjectWizard : public CPropertySheet {
   CApplicationPage page;
 };
 
-// Makes a wizard each time that the model asks for one.
+// Creates a wizard each time the model requests a new application.
 class ProjectWizardMaker final : public IProjectWizard {
  public:
   explicit ProjectWizardMaker(const WizardSurroundings& wizardSurroundings)
       : surroundings(wizardSurroundings) {}
+  // Shows the wizard, initialised with `application`. Returns false and leaves `application`
+  // unchanged if the user cancelled.
   bool AskNewApplication(NewApplication& application) override;
 
  private:

@@ -20,7 +20,7 @@ bool IsHidden(const CXmlNode& node) {
   return EqualNoCase(TextOf(node.GetAttrValue("Hidden")), "Yes");
 }
 
-// Children may be kept out of sight, or shown by another name than their maker's.
+// Applies the presentation attributes: removes hidden children and replaces labels by nicknames.
 void ApplyPresentation(CXmlNode& root) {
   for (CXmlNode* child : root.GetChildren()) {
     if (IsHidden(*child)) {
@@ -87,7 +87,7 @@ std::unique_ptr<CXmlNode> TargetCatalogue::Read() const {
   catalogue->AddAttr(kHeader, kRootName);
   for (const TargetPackage& package : FindPackages()) {
     const Result<std::string> text = files.ReadWholeFile(package.path);
-    // A package that was removed is none; one that can't be read is missed.
+    // A package that was removed is skipped; one that can't be read is reported as a problem.
     if (!text && text.GetError().code == ErrorCode::NotFound) continue;
     CXmlNode root;
     const std::string fault = text ? LoadWhole(root, *text, XmlTexts::InElements, package.path)
@@ -97,7 +97,7 @@ std::unique_ptr<CXmlNode> TargetCatalogue::Read() const {
     }
     if (!text) continue;
     ApplyPresentation(root);
-    // Behind a label of the file's own, which is the one that is found then.
+    // Appended after the file's own label, if any, which then takes precedence.
     root.AddAttr(kHeader, package.label);
     catalogue->AppendCopy(root);
   }

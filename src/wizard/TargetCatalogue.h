@@ -11,31 +11,32 @@
 
 namespace tarn {
 
-// A file of target descriptions that this machine knows.
+// File of target descriptions that is registered or installed.
 struct TargetPackage {
   std::string label;
   std::string path;
 };
 
-// The microcontrollers that a new application can be made for.
+// Catalogue of the microcontrollers for which an application can be created.
 //
 // Packages are the keys below "Software\Corvane\Tarn7\Targets" of the registry, each with the
-// values NickName, XmlPath, Name and Hidden; a machine where nobody has registered any has those
-// that lie in the installation. What can't be read is left out, and nothing is told: whoever asks
-// shows what there is. Keeps nothing between two calls. Host's thread only.
+// values NickName, XmlPath, Name and Hidden; if none is registered, those in the installation are
+// used. Files that can't be read are left out without a message; the caller shows what is
+// available. Keeps no state between calls. Main thread only.
 class TargetCatalogue {
  public:
-  // `installedFolder` holds the description files of the installation (*.xml). The disk and the
-  // settings have to outlive the catalogue.
+  // `installedFolder` contains the description files of the installation (*.xml). The references
+  // must outlive the catalogue.
   TargetCatalogue(FileSystem& fileSystem, const Settings& settingsStores,
                   std::string installedFolder);
 
-  // Those that aren't hidden, in the order of the registry, or in that of their file names.
+  // Returns the packages that aren't hidden, in registry order or, for installed ones, in the order
+  // of their file names.
   std::vector<TargetPackage> FindPackages() const;
-  // All packages as one tree below an element "Targets" of the same label: the root element of each
-  // file with what is below it, hidden children left out. A damaged file gives what stands in front
-  // of the damage, and the root gets "Problem" then: "FILE:LINE: what", of the first such file.
-  // Never null.
+  // Returns all packages as one tree below an element "Targets" with the package labels: the root
+  // element of each file with its descendants, except for hidden children. From a damaged file, the
+  // part before the damage is used, and the root gets the attribute "Problem" with the first such
+  // fault as "FILE:LINE: description". Never returns nullptr.
   std::unique_ptr<CXmlNode> Read() const;
 
  private:
@@ -47,17 +48,17 @@ class TargetCatalogue {
   std::string folder;
 };
 
-// What the children of a target say. Nothing stands for a child that isn't there, which is another
-// thing than one without a text.
+// Values in the children of a target. nullopt means that the child is absent, as opposed to an
+// empty child.
 struct TargetDescription {
   std::string text;                      // may have several lines
   std::optional<std::string> datasheet;  // a link
-  std::optional<std::string> wizard;     // path of a tool that writes sources; never empty
-  std::optional<std::string> script;     // sets the new application up
+  std::optional<std::string> wizard;     // path of a tool that generates sources; never empty
+  std::optional<std::string> script;     // sets up the new application
   std::optional<std::string> configName;
 };
 
-// Reads an element "Target"; of two children of a kind the last one counts.
+// Parses an element "Target". If a child occurs twice, the last one takes precedence.
 TargetDescription DescribeTarget(const CXmlNode& target);
 
 }  // namespace tarn

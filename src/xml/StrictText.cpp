@@ -16,7 +16,7 @@ struct Named {
 constexpr Named kNamed[] = {
     {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&apos;"}};
 
-// What a file may hold at all. Surrogates are no characters.
+// Returns true if XML allows the character in a file. Surrogates aren't characters.
 bool IsCharacter(std::uint32_t code) {
   if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
   return code < 0xD800 || (code >= 0xE000 && code <= 0xFFFD) ||
@@ -27,7 +27,8 @@ std::uint32_t ByteAt(std::string_view text, std::size_t at) {
   return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
 }
 
-// The character of two to four bytes that starts there; `length` stays 1 when there is none.
+// Decodes the UTF-8 character of two to four bytes at `at` and sets `length` to its size. Leaves
+// `length` at 1 and returns the first byte if there is no such character.
 std::uint32_t ReadUtf8(std::string_view text, std::size_t at, std::size_t& length) {
   constexpr std::uint32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
   const std::uint32_t first = ByteAt(text, at);
@@ -58,7 +59,8 @@ void AppendNumeric(std::string& out, std::uint32_t code) {
   out.append("&#").append(std::to_string(code)).append(1, ';');
 }
 
-// The character that a whole numeric reference stands for; 0, which none can, for anything else.
+// Returns the character that a complete numeric reference denotes, or 0, which no reference can
+// denote, for any other string.
 std::uint32_t NumberOf(std::string_view reference) {
   if (!reference.starts_with("&#") || !reference.ends_with(';')) return 0;
   std::string_view digits = reference.substr(2, reference.size() - 3);
@@ -71,7 +73,8 @@ std::uint32_t NumberOf(std::string_view reference) {
   return isWhole && IsCharacter(code) ? code : 0;
 }
 
-// Whether the text is a reference; its character is added then.
+// Appends the character that `reference` denotes and returns true, or returns false if it isn't a
+// reference.
 bool AppendReferred(std::string& out, std::string_view reference) {
   for (const Named& each : kNamed) {
     if (reference == each.reference) return out += each.character, true;
@@ -81,7 +84,8 @@ bool AppendReferred(std::string& out, std::string_view reference) {
   return code != 0;
 }
 
-// The reference that starts there, as long as one can be; empty when none does.
+// Returns the reference that may start at `at`, up to its semicolon; empty if no semicolon follows
+// within the length of the longest reference.
 std::string_view ReferenceAt(std::string_view text, std::size_t at) {
   constexpr std::size_t kLongest = 12;
   const std::string_view start = text.substr(at, kLongest);
@@ -89,10 +93,10 @@ std::string_view ReferenceAt(std::string_view text, std::size_t at) {
   return end == std::string_view::npos ? std::string_view() : start.substr(0, end + 1);
 }
 
-// How the system's writer puts a vertical bar.
+// The reference that `XmlWriter` uses for a vertical bar.
 constexpr std::string_view kBarReference = "&slash;";
 
-// Which bytes stay as they are: nearly all, so runs of them are taken as a whole.
+// Bytes that stay unchanged. These are nearly all, so runs of them are copied as a whole.
 constexpr std::array<bool, 256> kIsPlain = [] {
   std::array<bool, 256> plain{};
   for (std::size_t byte = 0x20; byte < 0x80; ++byte) plain[byte] = true;
@@ -106,7 +110,8 @@ std::size_t EndOfPlain(std::string_view text, std::size_t at) {
   return at;
 }
 
-// Adds what stands for the byte or character there, which isn't plain; gives the place behind it.
+// Appends the encoded form of the byte or character at `at`, which isn't plain. Returns the
+// position after it.
 std::size_t AppendEncoded(std::string& out, std::string_view text, std::size_t at) {
   std::size_t length = 1;
   const std::uint32_t code = ReadUtf8(text, at, length);
@@ -122,7 +127,8 @@ std::size_t AppendEncoded(std::string& out, std::string_view text, std::size_t a
   return at + length;
 }
 
-// A value or a text as it stands in a file. Line ends are layout there.
+// Appends an attribute value or an element's text as it is encoded in a file. Line ends are layout
+// there and stay.
 void AppendStrict(std::string& out, std::string_view text) {
   std::size_t at = 0;
   while (at < text.size()) {
@@ -150,8 +156,8 @@ void AppendStrict(std::string& out, std::string_view text) {
   }
 }
 
-// The end of what a reader takes as a whole, without values in it; `at` when nothing such starts
-// there.
+// Returns the end of the processing instruction, comment or CDATA section that starts at `at`, or
+// `at` if none starts there. Such a section is copied unchanged, as it holds no values.
 std::size_t EndOfWhole(std::string_view file, std::size_t at) {
   constexpr std::string_view kWholes[][2] = {{"<?", "?>"}, {"<!--", "-->"}, {"<![CDATA[", "]]>"}};
   for (const auto& [open, close] : kWholes) {
@@ -162,7 +168,7 @@ std::size_t EndOfWhole(std::string_view file, std::size_t at) {
   return at;
 }
 
-// Adds the tag that starts there; gives the place behind it.
+// Appends the tag that starts at `at`, its attribute values encoded. Returns the position after it.
 std::size_t AppendTag(std::string& out, std::string_view file, std::size_t at) {
   while (at < file.size()) {
     std::size_t stop = at;

@@ -4,28 +4,32 @@
 #include <string>
 #include <string_view>
 
-// Texts that must come through a conforming XML reader as well as through this system's own, which
-// knows no references but those of its table and hands all others on as they stand. So a text that
-// is encoded before it gets into a tree stays encoded in the tree and in every file made of it.
+// Escaping of strings that must survive both a conforming XML reader and `CXmlNode::Load()`, which
+// decodes only the references of its entity table and returns all others unchanged. A string that
+// was encoded before it was stored in a tree therefore stays encoded in the tree and in every file
+// written from it.
 namespace tarn {
 
-// The text with the standard references for & < > and numeric ones for the vertical bar, whose own
-// reference is unknown elsewhere, and for the characters of UTF-8, since files call themselves
-// Latin-1. Bytes that are no UTF-8 stay. Control bytes, which no reference can stand for, become
-// blanks; a tab stays. Quotes are left to whoever writes the text.
+// Returns `text` with the standard references for & < > and numeric references for the vertical
+// bar, whose own reference is unknown to other readers, and for the UTF-8 characters outside ASCII,
+// since the files declare themselves as Latin-1. Bytes that aren't valid UTF-8 stay. Control bytes,
+// which no reference can denote, become spaces; a tab stays. Quotes are left to the writer of the
+// file.
 std::string EncodeStrict(std::string_view text);
 
-// Takes the standard references back, named and numeric, the latter as UTF-8. Anything else that
-// begins with & stays as it is.
+// Inverse of `EncodeStrict()`: decodes the standard references, named and numeric, the latter to
+// UTF-8. Anything else that begins with & stays unchanged.
 std::string DecodeStrict(std::string_view text);
 
-// Returns the position of the first "<" from `at` on that begins a tag if `text` is read as the
-// text of an element, npos if there is none. One after an odd number of backslashes doesn't.
+// Returns the position of the first "<" at or after `at` that begins a tag if `text` is read as the
+// text of an element, or npos if there is none. A "<" after an odd number of backslashes doesn't
+// begin a tag.
 std::size_t FindBareMarkup(std::string_view text, std::size_t at);
 
-// A whole file of the system's writer, made fit for a conforming reader: inside values and texts
-// everything becomes what EncodeStrict makes of it, but for references that are standard already.
-// A "<" in an element's text that no backslash protects can't be told from a tag and stays.
+// Returns a complete file written by `CXmlNode::ToString()` in a form that a conforming XML reader
+// accepts: encodes attribute values and element text like `EncodeStrict()`, except for references
+// that are standard already. A "<" in an element's text that no backslash protects can't be
+// distinguished from a tag and stays.
 std::string MakeFileStrict(std::string_view file);
 
 }  // namespace tarn

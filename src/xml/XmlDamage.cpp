@@ -8,7 +8,8 @@ namespace tarn {
 
 namespace {
 
-// "%" stands for the name, or for the beginning of the text that was lost.
+// Description of each kind of loss. "%" is replaced by the name, or by the beginning of the text
+// that was lost.
 struct LossText {
   XmlLoss loss;
   const char* text;
@@ -36,7 +37,7 @@ constexpr LossText kLossTexts[] = {
 constexpr std::string_view kConflictMarks[] = {"<<<<<<<", "|||||||", "=======", ">>>>>>>"};
 constexpr std::size_t kMaxExcerpt = 40;
 
-// The beginning of a text on one line, without control characters.
+// Returns the beginning of the first line of `text`, without control characters.
 std::string Excerpt(std::string_view text) {
   std::string out;
   for (const char c : text.substr(0, text.find_first_of("\r\n"))) {
@@ -52,7 +53,8 @@ std::string_view LineAt(std::string_view text, std::size_t offset) {
   return rest.substr(0, rest.find_first_of("\r\n"));
 }
 
-// The first line that only a merge writes; a row of equal signs may be an ornament of a comment.
+// Returns the position of the first line that only a merge writes. The marker of equal signs
+// doesn't count: a row of them may be an ornament in a comment.
 std::size_t FindConflict(std::string_view text) {
   std::size_t found = text.npos;
   for (const std::string_view mark : {kConflictMarks[0], kConflictMarks[3]}) {
@@ -65,7 +67,7 @@ std::size_t FindConflict(std::string_view text) {
   return found;
 }
 
-// The earliest fault of a text.
+// Collects the earliest fault of a file.
 class FaultFinder : public XmlLossListener {
  public:
   FaultFinder(std::string_view fileText, XmlTexts fileTexts) : text(fileText), texts(fileTexts) {
@@ -84,7 +86,7 @@ class FaultFinder : public XmlLossListener {
     Add(offset, DescribeLoss(text, loss, offset, name));
   }
 
-  // "FILE:LINE: what", or nothing.
+  // Returns "FILE:LINE: description" of the fault, or an empty string if there is none.
   std::string ToString(std::string_view file) const {
     if (what.empty()) return {};
     const int line = 1 + CountLineEnds(text, 0, first);

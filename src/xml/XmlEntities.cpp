@@ -62,7 +62,7 @@ std::size_t CXmlEntityTable::DecodeTo(char* out, std::string_view text) const {
 
 const CXmlEntity* CXmlEntityTable::MatchReference(std::string_view text) const {
   for (const CXmlEntity& row : rows) {
-    // The first byte alone tells most of them apart, without a call.
+    // Comparing the first byte rules out most rows without a call.
     if (row.reference.empty() || row.reference[0] != text[0]) continue;
     if (text.starts_with(row.reference)) return &row;
   }

@@ -8,7 +8,7 @@
 
 namespace tarn {
 
-// One row of an entity table: a byte and the text that stands for it in a file.
+// One row of an entity table: a byte and the reference that represents it in a file.
 struct CXmlEntity {
   static constexpr std::size_t kMaxReference = 11;
 
@@ -20,12 +20,13 @@ struct CXmlEntity {
       : character(byte), reference(text), referenceLength(static_cast<int>(text.size())) {}
 };
 
-// An ordered list of rows; the first row that fits wins, in both directions. The rows are borrowed
-// and must outlive the table. A table never changes, so any number of threads may use it.
+// Ordered list of rows; the first row that matches wins, both in encoding and in decoding. The rows
+// are borrowed and must outlive the table. A table is immutable, so any number of threads may use
+// it.
 class CXmlEntityTable {
  public:
   constexpr explicit CXmlEntityTable(std::span<const CXmlEntity> tableRows) : rows(tableRows) {
-    startsReference['\r'] = true;  // of CR LF, which decoding drops
+    startsReference['\r'] = true;  // first byte of CR LF, which decoding drops
     for (const CXmlEntity& row : rows) {
       const auto byte = static_cast<unsigned char>(row.character);
       if (!rowOfByte[byte]) rowOfByte[byte] = &row;
@@ -36,23 +37,24 @@ class CXmlEntityTable {
   }
 
   std::span<const CXmlEntity> Rows() const { return rows; }
-  // For each byte, whether decoding may change a text that holds it.
+  // Flag for each byte: true if decoding may change a string that contains the byte.
   const std::array<bool, 256>& Decodable() const { return startsReference; }
 
-  // A new text with every byte of the table replaced by its reference. Null counts as empty.
+  // Returns `text` with every byte of the table replaced by its reference. A null pointer is
+  // treated as an empty string.
   std::string Encode(const char* text) const;
-  // The same, added to `out`.
+  // Like `Encode()`, but appends to `out`.
   void EncodeTo(std::string& out, std::string_view text) const;
 
-  // A new text with every reference replaced by its byte and every CR LF pair left out; one pass,
-  // nothing decoded is looked at again. Null counts as empty.
+  // Returns `text` with every reference replaced by its byte and every CR LF pair removed, in one
+  // pass: decoded bytes aren't decoded again. A null pointer is treated as an empty string.
   std::string Decode(const char* text) const;
-  // The same into `out`, which has room for text.size() bytes and may be the text's own place.
-  // Gives the number of bytes written; no terminator is added.
+  // Like `Decode()`, but writes to `out`, which must have room for text.size() bytes and may be
+  // text.data() itself. Returns the number of bytes written; no terminator is added.
   std::size_t DecodeTo(char* out, std::string_view text) const;
 
  private:
-  // The first row whose reference stands at the start of `text`, or null.
+  // Returns the first row whose reference is a prefix of `text`, or nullptr if there is none.
   const CXmlEntity* MatchReference(std::string_view text) const;
 
   std::span<const CXmlEntity> rows;
@@ -60,9 +62,10 @@ class CXmlEntityTable {
   std::array<bool, 256> startsReference{};
 };
 
-// The table of all files of the system: the double quote and the vertical bar.
+// Default table of all files: the double quote and the vertical bar.
 extern const CXmlEntityTable g_xmlEntities;
-// Eight rows, for texts that must hold every byte in an attribute and in an element's text.
+// Table of eight rows, for strings that must be able to contain any byte in an attribute value and
+// in an element's text.
 extern const CXmlEntityTable g_xmlEntitiesFull;
 
 }  // namespace tarn

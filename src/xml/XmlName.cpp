@@ -10,7 +10,7 @@
 namespace tarn {
 namespace {
 
-// Bounds of what stays in memory for good, whatever a text holds.
+// Bounds of the memory that is never freed, regardless of the input.
 constexpr std::size_t kMaxSharedLength = 64;
 constexpr std::size_t kMaxSharedNames = 4096;
 
@@ -37,7 +37,7 @@ const XmlName* NewName(std::string_view text, bool shared) {
 
 class NameTable {
  public:
-  // Null when the name isn't there and can't be added.
+  // Returns nullptr if the name isn't in the table and can't be added.
   const XmlName* Find(std::string_view text) {
     const std::lock_guard lock(mutex);
     if (const auto found = names.find(text); found != names.end()) return found->second;
@@ -52,7 +52,7 @@ class NameTable {
   std::unordered_map<std::string_view, const XmlName*> names;
 };
 
-// Never destroyed: nodes of static duration may outlive every other static object.
+// Never destroyed: nodes with static storage duration may outlive every other static object.
 NameTable& Table() {
   static NameTable* table = new NameTable;
   return *table;

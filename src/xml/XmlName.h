@@ -7,9 +7,9 @@
 
 namespace tarn {
 
-// A text argument of a tree operation: a plain character pointer, which may be null, or a string
-// or view that lives for the call. Null is kept apart: a look-up by null finds nothing, a null
-// text to store counts as empty.
+// String argument of a tree operation: a character pointer, which may be null, or a string or view
+// that is valid during the call. Null differs from empty in lookups, where it finds nothing; a null
+// string to store is treated as empty.
 class XmlArg {
  public:
   XmlArg(const char* text) : view(text ? std::string_view(text) : std::string_view()) {}
@@ -25,33 +25,35 @@ class XmlArg {
   std::string_view view;
 };
 
-// The immutable name of elements and attributes. A document repeats few names very often, so
-// nearly every name is *shared*: it lies once in a table of the process and is never freed. The
-// table takes a bounded number of short names; a name that does not get in belongs to the one node
-// or attribute that uses it. The terminated text stands directly behind this head.
+// Immutable name of elements and attributes, with string interning: a document repeats a few names
+// very often, so nearly every name is *shared*, that is, stored once in a process-wide table and
+// never freed. The table accepts a limited number of short names; a name that isn't accepted is
+// owned by the one node or attribute that uses it. The zero-terminated string is stored directly
+// after this header.
 struct XmlName {
   std::uint32_t length;
   bool shared;
-  bool regular;  // a name by the rules of XML, which the parser doesn't insist on
+  bool regular;  // conforms to the XML rules for names, which the parser doesn't enforce
 
   const char* Text() const { return reinterpret_cast<const char*>(this + 1); }
   std::string_view View() const { return {Text(), length}; }
 };
 
-// The name for a text; a zero byte ends the text. Any thread; the caller owns the result and gives
-// it back with ReleaseName.
+// Returns the name for `text`, which ends at the first zero byte. May be called on any thread. The
+// caller owns the result and must pass it to `ReleaseName()`.
 const XmlName* AcquireName(std::string_view text);
-// A second owner's name with the same text.
+// Returns a name with the same string for a second owner.
 const XmlName* CopyName(const XmlName* name);
 void ReleaseName(const XmlName* name);
 const XmlName* EmptyName();
 
-// The shared names that one thread met last, so that the lock of the table is rarely taken.
+// Per-thread, direct-mapped cache of recently used shared names. Avoids locking the process-wide
+// table for nearly every name.
 class XmlNameCache {
  public:
   static XmlNameCache& OfThisThread();
 
-  // As AcquireName.
+  // Like `AcquireName()`, without the lock on a cache hit.
   const XmlName* Acquire(std::string_view text) {
     if (text.empty()) return EmptyName();
     const XmlName*& slot = slots[SlotOf(text)];
@@ -62,7 +64,8 @@ class XmlNameCache {
  private:
   static constexpr std::size_t kSize = 256;
 
-  // Few bytes tell the names of one kind of file apart; two that share a slot only cost the lock.
+  // A few bytes distinguish the names of one kind of file; two names that share a slot only cost
+  // the lock.
   static std::size_t SlotOf(std::string_view text) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const std::size_t last = text.size() - 1;

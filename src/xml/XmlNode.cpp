@@ -13,12 +13,12 @@ static_assert(sizeof(void*) != 8 || (sizeof(CXmlNode) == 56 && sizeof(CXmlAttr) 
 
 namespace {
 
-// Attributes that are added later lie in pages of the thread that adds them: a node mostly gets
-// several in a row, and whoever looks for one of them passes the others. The pages are small, since
-// one attribute keeps a whole page.
+// Attributes that are added to an existing node are allocated in pages of the thread that adds
+// them: a node usually gets several in a row, and a lookup traverses them in order. The pages are
+// small because one remaining attribute keeps a whole page allocated.
 constexpr std::size_t kLatePage = 4096;
 
-// Stands in front of such an attribute.
+// Header stored before such an attribute.
 struct alignas(CXmlAttr) LateHead {
   std::uint16_t pageOffset;
 };
@@ -102,7 +102,7 @@ void CXmlNode::CopyAttrs(const CXmlNode& source) {
 }
 
 CXmlAttr* CXmlNode::AddAttrBehind(CXmlAttr* last, XmlArg attrName, XmlArg attrValue) {
-  // The value lies behind the record, in one piece with it.
+  // The value is stored directly after the record, in the same allocation.
   const std::string_view text = attrValue.View().substr(0, attrValue.View().find('\0'));
   const XmlPages::Place page =
       LatePages().Take(sizeof(LateHead) + sizeof(CXmlAttr) + text.size() + 2);
@@ -204,8 +204,7 @@ void CXmlNode::SetValue(XmlArg text) {
 
 // --- Children ---
 
-// Goes down to the last leaf and back up again instead of one call per level, so that the depth of
-// a tree costs no stack.
+// Iterative post-order traversal, so that stack use doesn't depend on the depth of the tree.
 void CXmlNode::DestroyChildren() {
   CXmlNode* at = this;
   while (at != this || at->childCount > 0) {

@@ -4,7 +4,7 @@
 #include <atomic>
 #include <new>
 
-// An address sanitizer sees the heap's blocks only, so it is told which nodes of a page are gone.
+// An address sanitizer tracks heap blocks only, so freed nodes of a page are poisoned explicitly.
 #if defined(__SANITIZE_ADDRESS__)
 #define TARN_POISONS_NODES
 #elif defined(__has_feature)
@@ -13,18 +13,18 @@
 #endif
 #endif
 #if defined(TARN_POISONS_NODES)
-// Part of the sanitizer's run time.
+// Provided by the sanitizer's run-time library.
 extern "C" void __asan_poison_memory_region(const volatile void* memory, std::size_t bytes);
 #endif
 
 namespace tarn {
 namespace {
 
-// The first page is made for one node, since many trees are no more; the others grow with the tree.
+// The first page has room for one node, since many trees have only one; later pages double in size.
 constexpr std::size_t kSecondPage = 512;
 
-// The head of a page. While the page is being filled the count is too large by kOpen, so that it
-// can't go under nodes that are still to come.
+// Header of a page. While the page is being filled, the count is too large by kOpen, so that it
+// can't reach zero before all nodes of the page were allocated.
 struct Page {
   static constexpr std::uint32_t kOpen = 1u << 30;
   std::atomic<std::uint32_t> nodes;
@@ -44,7 +44,7 @@ char* NewPage(std::size_t size, std::uint32_t nodes) {
 
 XmlPages::Place XmlPages::TakeFromNew(std::size_t bytes) {
   constexpr auto firstOffset = static_cast<std::uint16_t>(kHead / kUnit);
-  // One of this size would waste much of the page that it doesn't fit in.
+  // Sharing pages would waste much of the current page for a block of this size.
   if (bytes >= largest / 4) return {NewPage(kHead + bytes, 1) + kHead, firstOffset};
   ClosePage();
   const std::size_t size = std::max(nextSize, kHead + bytes);

@@ -6,25 +6,27 @@
 
 namespace tarn {
 
-// Memory for the nodes of one read or copied tree, or for attributes that come later. They lie side
-// by side in pages, so that a node costs neither a call to the heap nor the heap's own bytes. A
-// page goes with the last node in it, wherever the nodes were moved meanwhile and whichever threads
-// free them. Inside the xml folder only.
+// Arena for the nodes of one parsed or copied tree, or for attributes that are added later. Blocks
+// are allocated one after the other in pages, so that a node costs neither a heap call nor the
+// heap's overhead. A page has an atomic count of its nodes and is freed with the last one,
+// regardless of the trees the nodes were moved to and the threads that free them. Allocation and
+// release take constant time. The arena itself belongs to one thread. For use inside the xml folder
+// only.
 class XmlPages {
  public:
-  // Where a node lies: `offset` leads back to its page and is what Release wants.
+  // Location of a block. `offset` leads back to its page; `Release()` needs it.
   struct Place {
     void* memory;
     std::uint16_t offset;
   };
 
-  // The pages grow up to `largestPage` bytes.
+  // Page sizes grow up to `largestPage` bytes.
   explicit XmlPages(std::size_t largestPage = 256 * 1024) : largest(largestPage) {}
   XmlPages(const XmlPages&) = delete;
   XmlPages& operator=(const XmlPages&) = delete;
   ~XmlPages() { ClosePage(); }
 
-  // The place for one node with all that lies behind it, aligned for pointers.
+  // Allocates a block for one node and its trailing data, aligned for pointers.
   Place Take(std::size_t bytes) {
     bytes = (bytes + kUnit - 1) / kUnit * kUnit;
     if (bytes > static_cast<std::size_t>(end - next)) return TakeFromNew(bytes);
@@ -33,7 +35,8 @@ class XmlPages {
     return {memory, static_cast<std::uint16_t>((memory - page) / kUnit)};
   }
 
-  // Gives a node's place back; the node was `bytes` long at least.
+  // Returns a node's block to its page. The node occupied at least `bytes` bytes. May be called on
+  // any thread.
   static void Release(void* memory, std::uint16_t offset, std::size_t bytes);
 
  private:
@@ -46,8 +49,8 @@ class XmlPages {
   char* page = nullptr;
   char* next = nullptr;
   char* end = nullptr;
-  std::uint32_t taken = 0;   // places in the page
-  std::size_t nextSize = 0;  // of the page behind this one
+  std::uint32_t taken = 0;   // blocks in the current page
+  std::size_t nextSize = 0;  // size of the next page
 };
 
 }  // namespace tarn

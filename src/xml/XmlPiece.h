@@ -13,12 +13,12 @@
 
 namespace tarn {
 
-// Builds a node in one piece of memory: node, attribute records, texts. The caller says beforehand
-// what it will put in. Inside the xml folder only.
+// Builds a node in one block: node, attribute records, strings. The caller specifies the number of
+// attributes and the size of the strings in advance. For use inside the xml folder only.
 class XmlPiece {
  public:
-  // Takes over `name`. `textBytes` is the sum of TextBytes over all texts. The node knows its
-  // parent from the start; the parent doesn't know the node yet.
+  // Takes ownership of `name`. `textBytes` is the sum of `TextBytes()` over all strings. The node's
+  // parent pointer is set immediately; the node isn't added to the parent's children.
   XmlPiece(XmlPages& pages, const XmlName* name, CXmlNodeType type, CXmlNode* parent,
            std::size_t attrCount, std::size_t textBytes) {
     const XmlPages::Place place =
@@ -28,21 +28,22 @@ class XmlPiece {
     texts = reinterpret_cast<char*>(records + attrCount);
   }
 
-  // A copy of a node without its children.
+  // Returns a copy of a node without its children.
   static std::unique_ptr<CXmlNode> CopyAlone(XmlPages& pages, const CXmlNode& source,
                                              CXmlNode* parent);
 
-  // What a text of that length needs; nothing when it is empty.
+  // Returns the number of bytes that a string of that length occupies; 0 for an empty string.
   static std::size_t TextBytes(std::size_t length) { return length == 0 ? 0 : length + 2; }
 
-  // A place for a text of up to that length, not for an empty one. The caller writes the text there
-  // and ends it with EndTextInside.
+  // Reserves space for a string of at most `length` bytes, which must not be 0. The caller writes
+  // the string there and terminates it with `EndTextInside()`.
   char* Reserve(std::size_t length) {
     char* text = texts + 1;
     texts += TextBytes(length);
     return text;
   }
 
+  // Copies a string into the block and returns the copy.
   const char* CopyText(std::string_view text) {
     if (text.empty()) return EmptyText();
     char* place = Reserve(text.size());
@@ -50,7 +51,7 @@ class XmlPiece {
     return EndTextInside(place, text.size());
   }
 
-  // Takes over `name`. `value` lies in this piece or is EmptyText.
+  // Takes ownership of `name`. `value` is a string in this block, or EmptyText.
   void AddAttr(const XmlName* name, const char* value) {
     auto* attr = new (records + node->ownRecords) CXmlAttr(name, value);
     if (node->ownRecords == 0) {

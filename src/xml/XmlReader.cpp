@@ -12,7 +12,7 @@
 namespace tarn {
 namespace {
 
-// A Bloom filter of names: small enough to find out at no cost that no two are the same.
+// Bloom filter of names: proves at almost no cost that no two attributes have the same name.
 class NameFilter {
  public:
   // Returns false if the name was not added before; true if it may have been.
@@ -27,18 +27,18 @@ class NameFilter {
   std::uint64_t bits = 0;
 };
 
-// What may stand in front of an element. Compared without regard to case.
+// Markup that may precede an element. Compared case-insensitively.
 struct Special {
   std::string_view open;
   const char* close;
-  std::string_view name;  // of the node that keeps the text; empty when it isn't kept
+  std::string_view name;  // name of the node that stores the text; empty if it isn't stored
   CXmlNodeType type;
 };
 constexpr Special kSpecials[] = {{"<?", "?>", "", XmlElement},
                                  {"<!--", "-->", "#COMMENT", XmlComment},
                                  {"<![CDATA[", "]]>", "#CDATA", XmlCData}};
 
-// Which bytes end a scan; the terminator always does.
+// Set of bytes that end a scan. The terminator always does.
 using ByteSet = std::array<bool, 256>;
 
 constexpr ByteSet MakeSet(std::string_view bytes) {
@@ -63,7 +63,7 @@ bool IsIn(const ByteSet& set, char c) {
   return set[static_cast<unsigned char>(c)];
 }
 
-// The first byte of the set, or the terminator.
+// Returns the position of the first byte in the set, or of the terminator.
 const char* FindAny(const char* p, const ByteSet& ends) {
   while (!IsIn(ends, *p)) ++p;
   return p;
@@ -118,7 +118,7 @@ const char* XmlReader::Read(CXmlNode& node, const char* text) {
       p = ReadStart(p);
     } else {
       LoseEnd(p);
-      CloseLevel();  // the text ends inside the element
+      CloseLevel();  // the input ends inside the element
     }
     if (levels.size() > depth) continue;
     while (p && !levels.empty() && ReadBehindChild(p)) CloseLevel();
@@ -145,7 +145,7 @@ const char* XmlReader::ReadStart(const char* p) {
   if (!*p) LoseEnd(p);
   if (levels.size() >= CXmlNode::kMaxReadDepth) Lose(XmlLoss::TooDeep, p);
   if (!*p || levels.size() >= CXmlNode::kMaxReadDepth) return nullptr;
-  // Not always a "<": behind a processing instruction anything may stand.
+  // This needn't be a "<": anything may follow a processing instruction.
   return ReadElement(p + 1);
 }
 
@@ -195,7 +195,7 @@ const char* XmlReader::ReadElement(const char* p) {
   if (!p) Lose(XmlLoss::BrokenTag, tag, name->View());
   const bool isTop = IsReadingTop();
   const bool isNamed = !name->View().empty();
-  // An element that failed half way keeps what it has.
+  // An element whose start tag has an error keeps what was read of it.
   if (isTop) {
     FillTop(name, text, isOpen);
   } else {
@@ -355,7 +355,7 @@ void XmlReader::PlaceElement(const XmlName* name, const Run& text, bool isOpen) 
   if (room > 0) TakeText(levels.back(), text);
 }
 
-// Without a name there is no element, and whatever was read into it goes.
+// Drops a nameless node with everything that was read into it, since an element needs a name.
 void XmlReader::Wait(std::unique_ptr<CXmlNode> node) {
   if (!node->NameView().empty()) waiting.push_back(std::move(node));
 }
@@ -379,7 +379,7 @@ void XmlReader::CloseLevel() {
 
 void XmlReader::TakeText(Level& level, const Run& text) {
   if (text.text.empty()) {
-    // What is there already is decoded once more.
+    // The existing value is decoded a second time.
     StoreBlank(level);
     if (decoder && *level.node->value) level.node->SetValue(decoder->Decode(level.node->value));
   } else if (text.isBlank) {
@@ -420,7 +420,7 @@ std::string XmlReader::Stored(const Run& text) const {
   return out;
 }
 
-// --- The face ---
+// --- Public functions ---
 
 const char* CXmlNode::Load(const char* text, CXmlParseInfo& parseInfo) {
   Clear();

@@ -1,5 +1,5 @@
-// What a parse doesn't store, reported to its listener. Called only for the rare text that has any
-// of it, so nothing here is fast.
+// Reports everything that a parse doesn't store to its listener. Called only for the rare input
+// with losses, so none of this is optimised for speed.
 
 #include <algorithm>
 #include <cstring>
@@ -17,7 +17,7 @@ bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
                     [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a - 'A' + 'a' : a) == b; });
 }
 
-// The target of an XML declaration is "xml" alone.
+// The target of an XML declaration is exactly "xml".
 bool IsDeclaration(std::string_view instruction) {
   return instruction.size() > 3 && EqualsIgnoringCase(instruction.substr(0, 3), "xml") &&
          IsXmlSpace(instruction[3]);
@@ -85,7 +85,7 @@ void XmlReader::ReportRepeats(const char* tag) {
 void XmlReader::ReportValue(const Level& level) {
   const CXmlNode& node = *level.node;
   const char* const begin = level.textStart;
-  // The stored text was decoded, so that its length isn't that of the run.
+  // The stored value was decoded, so its length differs from that of the run.
   bool isProtected = false;
   const char* const end = FindUnescaped(begin, '<', isProtected);
   if (std::find(begin, end, '<') != end) {
@@ -95,7 +95,7 @@ void XmlReader::ReportValue(const Level& level) {
 }
 
 void XmlReader::ReportTail(const char* text, const char* p) {
-  // The close tag's own ">", if a space ended the name in it.
+  // Skip the close tag's own ">" if a space ended the name in it.
   const char* const next = SkipRemarks(p);
   const bool isAfterName = p != text && p[-1] == ' ';
   p = isAfterName && *next == '>' ? SkipRemarks(next + 1) : next;

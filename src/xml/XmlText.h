@@ -5,26 +5,27 @@
 #include <cstring>
 #include <string_view>
 
-// The texts that nodes and attributes hold: terminated, with one byte in front that says who frees
-// them and, for all but long ones, how long they are. Inside the xml folder only.
+// Strings of nodes and attributes: zero-terminated, with one byte before the first character that
+// stores the owner of the memory and, except for long strings, the length. For use inside the xml
+// folder only.
 namespace tarn {
 
-// The byte in front of a text; any smaller number is the length of a text that lies in the memory
-// of its node or attribute.
+// Values of the byte before a string. Any smaller value is the length of a string that is stored in
+// the block of its node or attribute.
 enum XmlTextMark : unsigned char {
-  kTextLong = 253,   // lies in that memory as well
-  kTextOwn = 254,    // has memory of its own
-  kTextStatic = 255  // the one empty text
+  kTextLong = 253,   // stored in that block as well
+  kTextOwn = 254,    // allocated separately on the heap
+  kTextStatic = 255  // the shared empty string
 };
 
 inline constexpr char kEmptyText[] = {static_cast<char>(kTextStatic), '\0'};
 inline const char* EmptyText() {
   return kEmptyText + 1;
 }
-// A text of its own; a zero byte ends `text`.
+// Returns a heap-allocated copy of `text` up to its first zero byte. Freed by `FreeText()`.
 const char* NewText(std::string_view text);
 void FreeOwnText(const char* text);
-// Puts a new text in the place of `text`. The new one may lie in the old one.
+// Replaces the string `text` by a copy of `newText`, which may be a part of the old string.
 void ReplaceText(const char*& text, std::string_view newText);
 
 inline unsigned char TextMark(const char* text) {
@@ -39,18 +40,19 @@ inline std::string_view TextView(const char* text) {
   return {text, TextMark(text) < kTextLong ? TextMark(text) : std::strlen(text)};
 }
 
-// Marks and ends a text of that length that was written inside its node's or attribute's memory.
+// Terminates a string of that length that was written inside its node's or attribute's block, and
+// sets the byte before it.
 inline const char* EndTextInside(char* text, std::size_t length) {
   text[-1] = static_cast<char>(std::min<std::size_t>(length, kTextLong));
   text[length] = '\0';
   return text;
 }
 
-// Which bytes are white space.
+// Returns true for white space.
 constexpr bool IsXmlSpace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
-// Empty, or white space only.
+// Returns true if the string is empty or has white space only.
 bool IsBlank(const char* text);
 
 }  // namespace tarn

@@ -1,5 +1,5 @@
-// The operations of a node that walk over everything below it. All keep a list of the open levels
-// instead of calling themselves, so that the depth of a tree costs no stack.
+// Operations that traverse all descendants of a node. They keep an explicit stack of open levels
+// instead of recursing, so that call depth doesn't depend on the depth of the tree.
 #include <utility>
 #include <vector>
 
@@ -9,7 +9,7 @@
 namespace tarn {
 namespace {
 
-// The first node below `top`, in document order, that fits.
+// Returns the first descendant of `top`, in document order, that satisfies `fits`.
 template <class Fits>
 CXmlNode* FindBelow(const CXmlNode& top, Fits fits) {
   struct Level {
@@ -69,7 +69,7 @@ std::unique_ptr<CXmlNode> CXmlNode::MakeCopy(const CXmlNode& source) {
 
 void CXmlNode::CopyFrom(const CXmlNode& source) {
   if (&source == this) return;
-  // Before anything of this node goes: `source` may lie below it.
+  // Copy before changing this node: `source` may be one of its descendants.
   const auto copy = MakeCopy(source);
   Clear();
   std::swap(name, copy->name);

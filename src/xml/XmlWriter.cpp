@@ -8,8 +8,8 @@
 namespace tarn {
 namespace {
 
-// One run over a tree into one growing buffer. Open elements stand in a list of levels, so that the
-// depth of a tree costs no stack. The indentation is this run's own.
+// Serializes a tree into one growing buffer in a single pass. Open elements are kept on an explicit
+// stack of levels, so that call depth doesn't depend on the depth of the tree.
 class XmlWriter {
  public:
   XmlWriter(std::string& buffer, const CXmlDisplayOptions& displayOptions)
@@ -40,7 +40,7 @@ class XmlWriter {
     int nextChild;
   };
 
-  // A nameless element would be read as the close tag of its parent.
+  // A nameless element would be read as the close tag of its parent, so it isn't written.
   static bool IsWritten(const CXmlNode& node) {
     return node.GetType() != XmlElement || !node.NameView().empty();
   }
@@ -52,7 +52,7 @@ class XmlWriter {
     return false;
   }
 
-  // Writes the whole node, or the start tag of one that has children and opens its level.
+  // Writes a complete node, or writes the start tag of a node with children and opens its level.
   void Open(const CXmlNode& node) {
     if (!IsWritten(node)) return;
     NewLine(startDepth + static_cast<int>(levels.size()));
@@ -113,7 +113,7 @@ class XmlWriter {
     } else {
       out.append(value);
     }
-    // The last backslash of an odd run would protect the quote or the tag behind the value.
+    // An odd run of backslashes at the end would escape the quote or tag after the value.
     std::size_t run = 0;
     while (start + run < out.size() && out[out.size() - 1 - run] == '\\') ++run;
     if (run % 2 == 1) out += '\\';
@@ -123,11 +123,11 @@ class XmlWriter {
 
   std::string& out;
   const CXmlDisplayOptions& options;
-  const CXmlEntityTable* encoder;  // null when texts are written as they are
+  const CXmlEntityTable* encoder;  // nullptr if strings are written unchanged
   const char valueStart[2];
   const char valueEnd[2];
   int startDepth = 0;
-  std::string indent{kLineEnd};  // and as many tabs as any line had so far
+  std::string indent{kLineEnd};  // line end and as many tabs as any line needed so far
   std::vector<Level> levels;
 };
 

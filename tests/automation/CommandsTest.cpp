@@ -1,4 +1,4 @@
-// Every command id: when it is enabled, what it answers, what the host and the tree get of it.
+// All commands: when they are enabled, their result, and their effect on the host and the tree.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -35,7 +35,7 @@ struct Scene {
   std::string Command(std::int32_t id) { return world.Call("Command", {id}); }
   std::string Enabled(std::int32_t id) { return world.Call("EnableCommand", {id}); }
   CProjectModel& Model() { return *world.Manager().GetModel(); }
-  // Serves the worker until its last message.
+  // Processes the worker's tasks until it has finished.
   void EndWorker() {
     EXPECT_TRUE(MessageLoop::ForCurrentThread()->PumpUntil(
         [this] { return !Model().IsWorkerAlive(); }, std::chrono::seconds(20)));
@@ -263,7 +263,7 @@ TEST_F(Commands, AnItemMadeFromOutsideNeverRunsTheToolAndLeavesTheUsersChoice) {
     user.useSheet = [&](CPropertySheet&) {
       seen = world.settings.ReadProfile("Project", "UseCobbler", "none");
       world.settings.WriteProfile("Project", "UseCobbler", "Maybe");
-      during = profile();  // what a killed program leaves
+      during = profile();  // state left by a killed process
       return kSheetCancel;
     };
     EXPECT_EQ(world.Call("AddNewItem", {NullableText(), NullableText()}), "0");

@@ -1,5 +1,5 @@
-// The 44 methods as a stranger finds them: names, numbers, arguments, and what each answers when it
-// is called wrongly, too early or with nothing open.
+// The 44 methods through the public interface only: names, ids, arguments, and the result of calls
+// with wrong arguments, before Init, or without an open project.
 
 #include <gtest/gtest.h>
 
@@ -10,13 +10,13 @@
 namespace tarn::test {
 namespace {
 
-// Kinds of arguments: t text, n number, o object.
+// Kinds of arguments: t string, n number, o object.
 struct Row {
   const char* name;
   DispatchId id;
   const char* arguments;
   const char* early;  // before Init
-  const char* idle;   // with nothing open
+  const char* idle;   // without an open project
 };
 
 constexpr Row kMethods[] = {
@@ -193,7 +193,7 @@ TEST(DispatchSurface, NoTextAndNoNumberBringsTheManagerDown) {
       if (row.arguments[0] == '\0') break;
     }
   }
-  // The user's files are where they were.
+  // The user's files are still there.
   EXPECT_NE(world.disk.BytesOf("/p/main.c"), std::nullopt);
 }
 

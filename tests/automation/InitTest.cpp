@@ -1,5 +1,5 @@
-// Bringing a manager up: which files it takes, what it makes in which order, and what is left when
-// a step fails.
+// Initialisation of a manager: the files that it reads, the objects that it creates, their order,
+// and the state after a failed step.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ using ::testing::ElementsAre;
 using ::testing::Gt;
 using ::testing::SizeIs;
 
-// Whether that file is what comes up when a project cannot be opened.
+// Returns the notification of the project that is opened instead of one that can't be opened.
 std::string ShownInstead(ManagerWorld& world, const std::string& file) {
   world.disk.AddFile(file, "<Project Header='x' />");
   world.TakeLines();
@@ -36,7 +36,7 @@ TEST(Init, TakesTheConfigurationAndDefaultProjectOfItsFolders) {
     const char* name;
     Variant application;
     Variant data;
-    std::string config;  // that is there
+    std::string config;  // configuration file that exists
     const char* result;
     std::string defaultProject;
   } rows[] = {
@@ -84,7 +84,7 @@ TEST(Init, TakesTheConfigurationAndDefaultProjectOfItsFolders) {
   }
 }
 
-// The folder of a target whose files a new user's default project begins with.
+// Adds a target folder with the files from which a new user's default project is created.
 void AddTarget(ManagerWorld& world, const std::string& name) {
   world.disk.AddFile("/machine/registry.ini",
                      "[Software\\Corvane\\app\\Default Directories]\r\n"
@@ -94,7 +94,7 @@ void AddTarget(ManagerWorld& world, const std::string& name) {
   }
 }
 
-// One list of all that can be seen from outside, in its order.
+// One list of all externally visible events in order.
 TEST(Init, DoesItsStepsInOrder) {
   ManagerWorld world;
   world.disk.AddFile(
@@ -125,9 +125,9 @@ TEST(Init, DoesItsStepsInOrder) {
   note("end");
   properties.onCall = nullptr;
   std::erase_if(events, [](const std::string& event) {
-    return event.starts_with("read /app/config/resources/");  // pictures of the windows
+    return event.starts_with("read /app/config/resources/");  // images of the windows
   });
-  // The names of temporary files are no matter.
+  // The names of temporary files are irrelevant.
   for (std::string& event : events) {
     if (event.starts_with("reserve ") || event.starts_with("remove ")) {
       event.erase(event.find(' '));
@@ -178,9 +178,9 @@ TEST(Init, AFailedStepLeavesNothingBehindItAndCanBeToldByWhatWasDone) {
   const struct {
     const char* name;
     std::function<void(ManagerWorld&)> damage;
-    std::size_t calls;      // that the property manager saw
-    const char* again;      // what Init answers once all is well
-    std::size_t lines = 0;  // that the host receives
+    std::size_t calls;      // to the property manager
+    const char* again;      // result of Init after the cause is gone
+    std::size_t lines = 0;  // received by the host
   } rows[] = {
       {"no configuration", [](ManagerWorld& world) { world.disk.Erase("/app/config"); }, 0, "1"},
       {"an unreadable one",
@@ -241,7 +241,7 @@ TEST(Init, KeepsSettingsUnderTheNameOfTheApplicationFolder) {
   const struct {
     const char* application;
     const char* profile;
-    const char* value;  // of the registry
+    const char* value;  // in the registry
   } rows[] = {
       {"/opt/Tarn/", "Corvane\\Tarn", "'standard'"},
       {"/opt/tARN/", "Corvane\\Tarn", "'standard'"},
@@ -298,7 +298,7 @@ TEST(Init, SeedsTheDefaultProjectWithoutTouchingWhatIsThere) {
   }
 }
 
-// On a new account the folder of the user's data is not there until somebody makes it.
+// On a new account, the folder for user data doesn't exist until it is created.
 TEST(Init, ANewUserWithoutADataFolderGetsTheDefaultProject) {
   ManagerWorld world;
   AddTarget(world, "");
@@ -319,7 +319,7 @@ TEST(Init, WithoutATemporaryFolderThereIsNoLogFileAndMessagesAreSavedAtOnce) {
   }
 }
 
-// A component that answers everything in one way.
+// A component that responds to all calls in the same way.
 class StubbornComponent : public IDispatch {
  public:
   using Answerer = std::function<DispatchResult(Variant& result)>;
@@ -342,13 +342,13 @@ class StubbornComponent : public IDispatch {
   std::uint32_t references = 1;
 };
 
-// Without its components a manager would find nothing to build in any project.
+// Without its components, a manager would find nothing to build in any project.
 TEST(Init, AMissingComponentIsAFailureThatTheHostGetsTheReasonOf) {
   const std::string options = CPropertyManagerDriver::kProgId;
   const std::string tools = CToolManagerDriver::kProgId;
   const struct {
     std::string missing;
-    std::function<DispatchPtr()> factory;  // null: the class is not known
+    std::function<DispatchPtr()> factory;  // nullptr: the class isn't registered
     bool hasHost;
     const char* result;
     std::string line;
@@ -360,7 +360,7 @@ TEST(Init, AMissingComponentIsAFailureThatTheHostGetsTheReasonOf) {
       {options, nullptr, false, "0", ""},
       {tools, nullptr, false, "0", ""},
       {tools, [] { return DispatchPtr(); }, false, "0", ""},
-      {tools, nullptr, true, "1", ""},  // the host brings one along
+      {tools, nullptr, true, "1", ""},  // the host supplies one
   };
   for (const auto& row : rows) {
     ManagerWorld world;
@@ -426,7 +426,7 @@ TEST(Init, WorksOnWithComponentsThatMisbehave) {
     EXPECT_EQ(world.Call("Init", {"/app/", "/data/demo", 0}), "1") << row.name;
     EXPECT_GE(component.calls, 3) << row.name;
     EXPECT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1") << row.name;
-    // A component that has texts for everything has one for the path of a node, too.
+    // A component that returns strings for everything also returns one as the path of a node.
     const bool hasOwnPath = row.name == std::string("answers with texts");
     const std::string application = hasOwnPath ? "'/p/<a/>'" : "'/p/demo.tapp'";
     EXPECT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Tool", "x"}),
@@ -474,7 +474,7 @@ TEST(Init, AHostOnAnotherThreadAnswersWhenItGetsToIt) {
   EXPECT_EQ(lines[0].substr(0, 19), "0x800B Tarn Project");
   EXPECT_EQ(lines[1], "0x8016 \"\" 0");
   EXPECT_EQ(lines[2], "0x8015 /p/demo.tprj 0");
-  // The frame is gone: nobody disagrees, and nothing waits.
+  // The main frame is gone, so the close isn't vetoed and nothing blocks.
   EXPECT_EQ(world.Call("ProjectClose"), "1");
 }
 

@@ -1,4 +1,4 @@
-// The read-only companion of the manager.
+// The inspection interface of the manager.
 
 #include <gtest/gtest.h>
 
@@ -46,7 +46,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
     DispatchId id;
     std::vector<Variant> arguments;
     const char* bare;  // without a manager
-    const char* idle;  // with one that has nothing open
+    const char* idle;  // without an open project
   } rows[] = {
       {"PublishAll", 2, {}, "0", "1"},
       {"GetTree", 3, {}, "''", "'\r\n<Project/>'"},
@@ -289,7 +289,7 @@ TEST_F(Inspector, OpensAProjectWithChangesThatWereNeverSavedAndMergesThemAtASave
   const std::string bases = unquoted(Ask(67));
   ASSERT_EQ(world.Call("ProjectClose"), "1");
   EXPECT_EQ(Ask(69), "0");
-  // As if the process had been killed; then another program adds a file.
+  // Simulates a killed process and a change by another program, which adds a file.
   std::string theirs = before;
   theirs.insert(theirs.rfind("</"), "<C Header=\"theirs.c\" Path=\".\\theirs.c\" />");
   world.disk.AddFile("/p/demo.tapp", theirs);
@@ -308,7 +308,7 @@ TEST_F(Inspector, OpensAProjectWithChangesThatWereNeverSavedAndMergesThemAtASave
   EXPECT_NE(Ask(62).find("Merged=\"Yes\""), std::string::npos) << Ask(62);
   EXPECT_FALSE(world.disk.BytesOf("/p/demo.tapp.orig").has_value());
 
-  // Only the next open takes them, and also where a file is gone.
+  // Only the next open uses them, even if a file is missing.
   ASSERT_EQ(world.Call("ProjectClose"), "1");
   ASSERT_TRUE(world.disk.RemoveFile("/p/demo.tapp"));
   Ask(68, {texts, bases});
@@ -386,7 +386,7 @@ TEST_F(Inspector, FindsANodeByAnyOfItsNamesIfItIsTheOnlyOne) {
                      "<Group Header='Boot' /></Application>");
   world.disk.AddFolder("/p/src");
   const struct {
-    const char* folder;  // that is current
+    const char* folder;  // current folder
     Variant key;
     const char* place;
     const char* answer;

@@ -1,4 +1,4 @@
-// How long a manager lives, whoever lets go of it and when.
+// Lifetime of a manager, for releases by different owners at different times.
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ TEST(Lifetime, CleanWithdrawsTheObjectAndTheLastReleaseEndsIt) {
   EXPECT_FALSE(world.IsGone());
   EXPECT_EQ(world.Call("Clean"), "1");
   EXPECT_FALSE(world.runningObjects.GetActiveObject(CProjectManager::kClassId));
-  // What is withdrawn still works for whoever holds it.
+  // After Clean, the object still works for clients that hold a reference.
   EXPECT_EQ(world.Call("Clean"), "1");
   EXPECT_EQ(world.Call("GetSelectedApplication"), "'/p/demo.tapp'");
   world.manager.Reset();
@@ -44,7 +44,7 @@ TEST(Lifetime, WhoeverFindsTheObjectFindsItAliveUntilClean) {
 TEST(Lifetime, ReleasedInsideAnyMessageTheCallEndsAndTheObjectWithIt) {
   const struct {
     std::uint32_t message;
-    const char* method;  // that sends it
+    const char* method;  // sends the message
   } rows[] = {
       {kMsgProjectClosing, "ProjectOpen"},       {kMsgProjectOpened, "ProjectOpen"},
       {kMsgApplicationKnown, "ProjectOpen"},     {kMsgCurrentNodeChanged, "ProjectOpen"},
@@ -116,7 +116,7 @@ TEST(Lifetime, ReleasedInsideAStepOfTheWorkerItEndsBehindTheWorker) {
     if (std::exchange(released, true)) return;
     IDispatch* const raw = world.manager.Get();
     world.LetGo();
-    // The host goes on as if nothing was: the object stands until the worker has ended.
+    // The host continues to make calls: the object lives until the worker has finished.
     for (const auto& [id, arguments] :
          std::vector<std::pair<DispatchId, std::vector<Variant>>>{{1, {"/p/other.tprj"}},
                                                                   {3, {}},
@@ -135,12 +135,12 @@ TEST(Lifetime, ReleasedInsideAStepOfTheWorkerItEndsBehindTheWorker) {
   EXPECT_TRUE(world.PumpUntilGone());
   EXPECT_EQ(answers,
             (std::vector<std::string>{"0", "1", "2", "'/p/demo.tapp'", "1", "1", "nothing"}));
-  // Nobody hears of it any more, and no further tool is run.
+  // The host isn't notified any more, and no further tool is run.
   EXPECT_TRUE(world.host.LinesOf(kMsgToolSucceeded).empty());
   EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
 }
 
-// The tool manager sends its messages by itself, on the worker's thread, outside of any step.
+// The tool manager sends its messages directly on the worker's thread, outside of any task.
 TEST(Lifetime, ReleasedInsideAMessageOfARunningToolItEndsAfterTheWorker) {
   Building world;
   const std::shared_ptr<MessageLoop> loop = MessageLoop::ForCurrentThread();

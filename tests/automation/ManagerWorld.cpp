@@ -89,7 +89,7 @@ std::vector<std::string> ManagerWorld::TakeLines() {
 }
 
 std::string NameOf(DispatchStatus status) {
-  // In the order of their declaration.
+  // Listed in the order of declaration.
   constexpr const char* kNames[] = {"Ok",        "NoObject",       "UnknownMember", "WrongCount",
                                     "WrongType", "NotImplemented", "Failed"};
   return kNames[static_cast<std::size_t>(status)];

@@ -13,35 +13,35 @@
 
 namespace tarn::test {
 
-// A manager as a host has one, called through the dispatch interface alone; the machine below it is
-// a disk in memory, and the outside components are fakes. Installed in /app/, with the data folder
-// /data/demo; projects lie in /p.
+// Manager as used by a host, called through the dispatch interface only. The platform is an
+// in-memory file system, and external components are fakes. Installed in /app/, with the data
+// folder /data/demo; projects are in /p.
 class ManagerWorld {
  public:
   ManagerWorld();
-  // Says goodbye as a host should.
+  // Calls Clean like a host does.
   ~ManagerWorld();
   ManagerWorld(const ManagerWorld&) = delete;
   ManagerWorld& operator=(const ManagerWorld&) = delete;
 
   static constexpr const char* kConfigFile = "/app/config/projectmanager.config";
 
-  // A configuration with the types of the tests and `more` behind them.
+  // Returns a configuration with the types of the tests, followed by `more`.
   static std::string Configuration(std::string_view more = {});
-  // A project /p/demo.tprj whose application holds main.c.
+  // Adds a project /p/demo.tprj whose application contains main.c.
   void AddDemo();
-  // The default project where Init looks for it.
+  // Adds the default project in the location that Init expects.
   void AddDefaultProject();
 
-  // What a call answers: a number, a text in single quotes, "nothing", or how it failed.
+  // Returns the result of a call: a number, a string in single quotes, "nothing", or the failure.
   std::string Call(const char* method, std::initializer_list<Variant> arguments = {});
-  // With the usual folders, and with this world's host.
+  // Calls Init with the default folders and this object's host.
   std::string Init() { return Init("/app/", "/data/demo"); }
   std::string Init(Variant application, Variant data);
   CProjectManager& Manager() { return *static_cast<CProjectManager*>(manager.Get()); }
-  // How many references there are to an object of this process.
+  // Returns the number of references to an object of this process.
   static std::uint32_t ReferencesTo(IDispatch& object);
-  // Lines of the host that are not about the log.
+  // Returns the messages to the host, except for log messages.
   std::vector<std::string> TakeLines();
 
   ManualClock clock;
@@ -54,7 +54,7 @@ class ManagerWorld {
   DispatchPtr manager;
 };
 
-// How a call ended, in a word.
+// Returns the status as a word.
 std::string NameOf(DispatchStatus status);
 std::string Show(const DispatchResult& outcome, const Variant& result);
 

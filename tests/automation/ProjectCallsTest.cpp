@@ -1,4 +1,5 @@
-// Opening, closing and the default project as a host sees them, and the calls that only pass on.
+// Opening, closing and the default project from the host's point of view, and the calls that are
+// only forwarded.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,7 +22,8 @@ class ProjectCalls : public ::testing::Test {
     EXPECT_EQ(world.Init(), "1");
   }
 
-  // Which project is there: its application's path, with a star for the default project.
+  // Returns the application path of the open project, with a star before it for the default
+  // project.
   std::string Open() {
     const std::string path = world.Call("GetSelectedApplication");
     return (world.Call("EnableCommand", {0x8112}) == "0" ? "*" : "") + path;
@@ -36,7 +38,7 @@ constexpr const char* kDefault = "/data/demo/demo.tprj";
 TEST_F(ProjectCalls, AFailureBringsTheDefaultProjectAndARefusalChangesNothing) {
   const struct {
     const char* name;
-    const char* first;  // opened before; null: nothing is open
+    const char* first;  // project opened before; nullptr: none
     const char* method;
     Variant path;
     bool refuses;
@@ -153,7 +155,7 @@ TEST_F(ProjectCalls, AHostThatOpensAnotherProjectInsideAMessageGetsThatOne) {
 TEST_F(ProjectCalls, SettingsReachThePropertyManagerAsTheyCameWithNothingOpen) {
   const struct {
     const char* method;
-    const char* arguments;  // as they are recorded: null, \"\", numbers and words
+    const char* arguments;  // as recorded: null, \"\", numbers and words
     const char* recorded;
     const char* answer = "1";
   } rows[] = {
@@ -227,7 +229,7 @@ TEST_F(ProjectCalls, ANodeIsFoundByItsFullPathBeforeAnythingIsPublished) {
   EXPECT_EQ(TextOf(model.GetCurrentNode()->GetAttrValue("Header")), "main.c");
 }
 
-// The methods return 1 in any case, so that a host has to be able to find out.
+// The methods return 1 in either case, so a host needs a way to find out.
 TEST_F(ProjectCalls, ASelectionThatFindsNothingIsKnownUntilThereIsAnother) {
   ASSERT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
   DispatchPtr object = DispatchPtr::Adopt(new CProjectInspector);

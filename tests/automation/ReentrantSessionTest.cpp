@@ -1,4 +1,4 @@
-// A host that calls back from inside every message of a whole session.
+// A host that calls back inside every message of a complete session.
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ namespace {
 constexpr const char* kMenus =
     "<ToolBar><Item id='1'/></ToolBar><MainMenus><Menu Header='m'/></MainMenus>";
 
-// What a host does inside a message.
+// A call that a host makes inside a message.
 struct Act {
   const char* name;
   const char* method;
@@ -60,7 +60,7 @@ class Session {
     world.components.Tools().onRun = [this](const ToolRun&) { return fails ? 0 : 1; };
   }
 
-  // The whole session; at the message of that number, counted from 1, `act` is done.
+  // Runs the complete session; `act` is performed at the message with index `when`, starting at 1.
   void Play(std::size_t when, const Act* act) {
     std::size_t count = 0;
     for (std::uint32_t number = 0x8000; number < 0x8030; ++number) {
@@ -99,7 +99,7 @@ class Session {
     messages = count;
   }
 
-  // Everything that was said to be done, and nobody took away again, stands in a file.
+  // Every change that was reported as done, and not undone later, must be in a file.
   void ExpectNothingLost() {
     world.Call("ProjectClose");
     std::string all;
@@ -137,7 +137,7 @@ class Session {
     if (std::string(act.method) == "RemoveItem") hasRemoved = true;
     if (std::string(act.method) == "AddExistingItem") hasAdded = wasOpen;
   }
-  // False when no other build is to follow.
+  // Returns false if no further build should follow.
   bool Build() {
     if (world.Call("PrologCommand", {0x8111}) != "0") {
       const std::size_t before = world.host.LinesOf(kMsgWorkerEnded).size();
@@ -151,7 +151,7 @@ class Session {
   }
 
   AnsweringUser user{world.host.Handle()};
-  bool fails = false;  // every tool
+  bool fails = false;  // if true, every tool fails
   bool hasStored = false;
   bool hasRemoved = false;
   bool hasAdded = false;

@@ -1,4 +1,4 @@
-// What the server writes into the settings when it is registered, and what it tells of itself.
+// Settings that the registration of the server writes, and the description of the server.
 
 #include "automation/Registration.h"
 
@@ -99,7 +99,7 @@ TEST_F(RegistrationTest, TheStepThatFailsGivesItsNumberAndWhatWasDoneStays) {
     EXPECT_EQ(store.LastFailure().place, kUserFile) << row.name;
     disk.ClearFailures();
   }
-  disk.FailOn("read", kUserFile, ErrorCode::Io);  // nobody knows what it would overwrite
+  disk.FailOn("read", kUserFile, ErrorCode::Io);  // existing contents unknown
   EXPECT_EQ(add(), typeLibrary);
 }
 

@@ -8,7 +8,7 @@
 
 namespace tarn::test {
 
-// Whether the world's manager is gone: it holds its property manager for as long as it lives.
+// Detects when the manager is destroyed, by its reference to the property manager.
 class Watched : public ManagerWorld {
  public:
   Watched() : before(ReferencesTo(components.Properties())) {
@@ -27,7 +27,7 @@ class Watched : public ManagerWorld {
   std::uint32_t before;
 };
 
-// A project that a worker builds: two sources and the program of them.
+// Project that is built by a worker: two sources and their program.
 class Building : public Watched {
  public:
   Building() {
@@ -48,7 +48,7 @@ class Building : public Watched {
     EXPECT_EQ(Call("PrologCommand", {0x8112}), "1");
     EXPECT_EQ(Call("Command", {0x8112}), "2");
   }
-  // Serves the thread until the manager is gone.
+  // Pumps messages until the manager is destroyed.
   bool PumpUntilGone() {
     return MessageLoop::ForCurrentThread()->PumpUntil([&] { return IsGone(); },
                                                       std::chrono::seconds(20));

@@ -1,4 +1,4 @@
-// What the user does in the project window of a whole server, while the host does something else.
+// User actions in the project window of a complete server while the host performs other actions.
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@
 namespace tarn::test {
 namespace {
 
-// A project in its window: two applications, and in the first one a folder with two files.
+// Project in its window: two applications, the first of which has a folder with two files.
 class Windowed : public Watched {
  public:
   Windowed() {
@@ -42,7 +42,7 @@ class Windowed : public Watched {
     disk.AddFile("/p/other.tprj",
                  "<Project Header=\"other\" ActiveApp=\"demo\" ><Application "
                  "Header=\"demo\" Extern=\".\\demo.tapp\" Path=\".\\demo.tapp\" /></Project>");
-    Window().NotifyResized({300, 400});  // as a host does that has docked it
+    Window().NotifyResized({300, 400});  // like a host that has docked it
     Open();
   }
   void Open() {
@@ -77,7 +77,7 @@ class Windowed : public Watched {
     Tree().NotifyMouse({MouseAction::Move, MouseButton::Left, end});
     Tree().NotifyMouse({MouseAction::Release, MouseButton::Left, end});
   }
-  // Of what is selected.
+  // Renames the selected node.
   void EditName(const char* name) {
     Tree().NotifyDoubleClick(MouseButton::Left, {1, 1});
     CEditName* const editor = Window().GetNameEditor();
@@ -85,7 +85,7 @@ class Windowed : public Watched {
     editor->NotifyTextEdited(name, {});
     editor->NotifyKey({kKeyEnter, false, false});
   }
-  // `act` inside the message of that number, counted from 1.
+  // Performs `act` inside the message with index `when`, starting at 1.
   void ActInMessage(int when, const std::function<void()>& act) {
     count = 0;
     isDone = false;
@@ -103,7 +103,7 @@ class Windowed : public Watched {
                                                std::chrono::seconds(20));
     Pump();
   }
-  // Nothing in the window means a node that isn't there.
+  // Checks that every item in the window belongs to an existing node.
   void ExpectShown(const std::string& name) {
     std::set<const CXmlNode*> there;
     Collect(Model().GetProjectRoot(), there);
@@ -115,7 +115,7 @@ class Windowed : public Watched {
     EXPECT_TRUE(there.contains(Model().GetCurrentNode())) << name;
     EXPECT_FALSE(Tree().IsDragging()) << name;
   }
-  // The labels in order, without that of the project.
+  // Returns the labels in order, without the project's.
   std::string Shown() {
     std::string text;
     for (const CTreeItem* item = Tree().GetRootItem(); item != nullptr; item = item->GetNext()) {
@@ -142,7 +142,8 @@ struct UserAct {
   const char* name;
   std::function<void(Windowed&)> act;
   const char* selected = "main.c";
-  // Names and places change at any time; nothing comes or goes while a build runs.
+  // Labels and positions may change at any time; nodes are neither added nor removed during a
+  // build.
   const char* shownBesideABuild = "demo Sources main.c b.c Other";
 };
 
@@ -327,7 +328,7 @@ TEST(WindowEvents, WhateverAHostDoesInTheMiddleOfAGestureTheWindowShowsTheTreeTh
   }
 }
 
-// A build of the project whose first tool runs until it is told to end.
+// Build of the project whose first tool runs until the test ends it.
 class WindowedBuild : public Windowed {
  public:
   void Start() {
@@ -350,7 +351,7 @@ class WindowedBuild : public Windowed {
   ~WindowedBuild() { LetToolEnd(); }
 
  private:
-  // The worker may still be in the tool when the world is taken down.
+  // The worker may still be in the tool when this object is destroyed.
   struct Tool {
     const std::shared_ptr<MessageLoop> loop = MessageLoop::ForCurrentThread();
     std::atomic<bool> isRunning = false;

@@ -1,4 +1,4 @@
-// What may happen to a project while its wizard is open.
+// Changes to a project while its wizard is open.
 
 #include <gtest/gtest.h>
 
@@ -13,8 +13,8 @@ namespace {
 
 class WizardSession : public ::testing::Test {
  protected:
-  // Adds an application "boot" to the project, with `act` in the middle. Gives what the call gave,
-  // and the applications of the project in the end.
+  // Adds an application "boot" to the project and performs `act` while the wizard is open. Returns
+  // the result of the call and the final applications of the project.
   std::string Play(const std::function<void(WizardSession&, CPropertySheet&)>& act) {
     world = std::make_unique<ManagerWorld>();
     AnsweringUser user(world->host.Handle());

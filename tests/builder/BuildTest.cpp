@@ -22,7 +22,7 @@ TEST(Build, OnlyWhatDependsOnAChangedFileIsRebuiltAndChildrenComeFirst) {
   const std::vector<Row> rows = {
       {"/p/b.c", {"cc b.c", "ld a.o b.o c.o"}},
       {"/p/a.h", {"cc a.c", "cc b.c", "cc c.c", "ld a.o b.o c.o"}},
-      {"/p/c.o", {"cc c.c", "ld a.o b.o c.o"}},  // made by hand, though newer than its source
+      {"/p/c.o", {"cc c.c", "ld a.o b.o c.o"}},  // rebuilt manually, although newer than its source
       {"/p/c.o", {"cc c.c", "ld a.o b.o c.o"}, true},
       {"/p/demo.elf", {"ld a.o b.o c.o"}},
   };
@@ -79,7 +79,7 @@ TEST(Build, AnUpToDateTreeIsExaminedOnceAFile) {
   world.Build(kWorkerBuildAll);
   std::vector<std::string> examined = world.disk.Operations("examine");
   std::sort(examined.begin(), examined.end());
-  // The log file is looked at by its writer.
+  // The log file is checked by its writer.
   std::erase_if(examined, [](const std::string& line) { return line.find("/tmp") != line.npos; });
   EXPECT_THAT(examined, ElementsAre("examine /p/a.c", "examine /p/a.h", "examine /p/a.o",
                                     "examine /p/b.c", "examine /p/b.o", "examine /p/c.c",
@@ -93,7 +93,7 @@ TEST(Build, APartThatIsLaterThanTheWholeCountsOnlyWhenItIsLinked) {
     world.Node("a.c")->SetAttrValue("LinkExclude", isLinked ? "" : "Yes");
     world.Build(kWorkerBuildAll);
     world.TakeRuns();
-    // Made by somebody else, and reported as what it is now.
+    // Built by another program, and reported as it is now.
     world.Touch("/p/a.o");
     world.model->SetBuildInfo(
         "", ("<I><F Header=\"/p/a.o\" Infos=\"\" Date=\"" +
@@ -138,7 +138,7 @@ TEST(Build, AStopBetweenTwoToolsEndsTheWalk) {
   };
   EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("0x800D 0 /tmp/log.xml"));
   EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c", "cc b.c"));
-  // The next start clears the request.
+  // The next start clears the stop request.
   world.host.actions.erase(kMsgLogLine);
   EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("0x800D 1 /tmp/log.xml"));
 }

@@ -17,7 +17,7 @@ constexpr const char* kContent =
     "<C Header=\"c.c\" Path=\".\\c.c\" Tool=\"cc\" Out=\"c.o\" />"
     "</Group>";
 
-// "/p/a.c","/p/b.c" -> a.c b.c
+// Converts "/p/a.c","/p/b.c" to: a.c b.c
 std::string NamesOf(const std::string& files) {
   std::string names;
   for (const std::string_view piece : Split(files, ',')) {
@@ -45,7 +45,8 @@ BuildWorld::BuildWorld() {
 void BuildWorld::Open() {
   OpenDemo();
   model->PublishAll();
-  // The fake property manager has no macros: what a real one derives stands in attributes.
+  // The fake property manager has no macros, so the values a real one derives are set as
+  // attributes.
   for (const char* label : {"a.c", "b.c", "c.c"}) {
     CXmlNode* node = Node(label);
     node->SetAttrValue("TranslateTool", node->GetAttrValue("Tool"));

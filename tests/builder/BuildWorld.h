@@ -7,8 +7,8 @@
 
 namespace tarn::test {
 
-// A project of some sources that a fake compiler builds: each run writes the output that the node's
-// options name, and its end is reported like a real host does, from inside the host's message.
+// A project with a few sources and a fake compiler: each run writes the output named by the node's
+// options, and its end is reported as a real host does, from inside the host's message handler.
 //
 //   app:  Group "src": a.c, b.c; Group "lib": c.c
 class BuildWorld : public ProjectWorld {
@@ -17,16 +17,16 @@ class BuildWorld : public ProjectWorld {
 
   // Opens the project and publishes every node.
   void Open();
-  // Command-started build on a worker thread, waited for; the lines that the host saw.
+  // Runs a command on a worker thread and waits for it. Returns the messages received by the host.
   std::vector<std::string> Build(std::int32_t command);
-  // The tools that ran since the last call: "cc a.c", "ld a.o b.o".
+  // Returns the tool runs since the last call: "cc a.c", "ld a.o b.o".
   std::vector<std::string> TakeRuns();
-  // Moves the clock and writes the file anew.
+  // Advances the clock and rewrites the file.
   void Touch(const std::string& path);
 
   // The tool run of this source fails.
   std::string failing;
-  // Dependencies that are reported for every source.
+  // Dependencies reported for every source.
   std::string dependencies;
 
  private:

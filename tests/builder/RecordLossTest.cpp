@@ -18,7 +18,7 @@ void OpenState(BuildWorld& world) {
   }
 }
 
-// What another process does to the journal while the project stays open here.
+// A change that another process makes to the journal while the project is open here.
 struct Row {
   const char* name;
   std::function<std::string(const std::string& journal)> change;
@@ -55,7 +55,7 @@ TEST(RecordLoss, WhatTheJournalHasNoRecordOfAnyMoreIsBuiltAgain) {
     world.Build(kWorkerBuildAll);
     const std::vector<std::string> runs = world.TakeRuns();
     if (row.name == std::string("cut")) {
-      EXPECT_GE(runs.size(), 2u);  // those behind the damage
+      EXPECT_GE(runs.size(), 2u);  // the records after the damage
     } else {
       EXPECT_EQ(runs, row.runs);
     }

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A folder on the real disk, whose stamps decide.
+// A folder on the real disk, whose timestamps are decisive.
 struct Folder {
   Folder() {
     char name[] = "/tmp/tarn-snapshot-XXXXXX";
@@ -37,8 +37,8 @@ void SetTime(const std::string& path, time_t seconds) {
   ASSERT_EQ(utimes(path.c_str(), times), 0);
 }
 
-// Until what happens has a later stamp than the last change of the file, which some kernels stamp
-// finer than their clock tells.
+// Waits until new changes get a later timestamp than the last change of the file. Some kernels use
+// a finer resolution for timestamps than their clock reports.
 void PassATick(const std::string& path) {
   FileSystem& files = FileSystem::Native();
   const std::int64_t before = std::max(files.Clock(), files.Examine(path)->changed);
@@ -48,8 +48,8 @@ void PassATick(const std::string& path) {
 struct Row {
   const char* name;
   std::function<void(const Folder&)> before, during;
-  bool isKnown;     // as an input of the last run
-  bool isDoubtful;  // in the last run
+  bool isKnown;     // as an input of the previous run
+  bool isDoubtful;  // in the previous run
   bool isSettled;
 };
 
@@ -62,7 +62,7 @@ TEST(RunSnapshot, AFileIsSettledOnlyIfTheToolMustHaveReadItAsItIs) {
     SetTime(f.In("in/a.h"), 1000);
   };
   const auto fromFuture = [](const Folder& f) { SetTime(f.In("in/a.h"), 4000000000); };
-  // A folder and a link are exchanged for others, in which the file is an old one.
+  // Replaces a folder and a link with others that contain an older file of the same name.
   const auto swapFolder = [](const Folder& f) {
     fs::rename(f.In("real"), f.In("old"));
     fs::rename(f.In("real2"), f.In("real"));

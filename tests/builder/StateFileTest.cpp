@@ -9,7 +9,8 @@ namespace {
 
 constexpr const char* kProject = "blinky.tprj";
 
-// The source, one header and a compiler for each output; the header and the compiler are shared.
+// Adds a record with a source, a header and a compiler; header and compiler are shared by all
+// records.
 void PutRecord(BuildRecordStore& store, const std::string& output, std::int64_t time) {
   BuildRecord record;
   record.application = store.Intern("/p/blinky.tapp");
@@ -29,7 +30,7 @@ void PutRecord(BuildRecordStore& store, const std::string& output, std::int64_t 
   store.Put(std::move(record));
 }
 
-// Two builds: the second replaces one record.
+// Journal of two builds, the second of which replaces one record.
 std::string TwoBlocks() {
   BuildRecordStore store;
   PutRecord(store, "/p/main.o", 10);
@@ -71,7 +72,7 @@ TEST(StateFile, WhatWasWrittenIsReadAndAppendedTo) {
   ASSERT_EQ(record.Dependencies().size(), 1u);
   EXPECT_EQ(store.PathOf(record.Dependencies()[0]), "/p/a.h");
   EXPECT_EQ(store.Version(record.Dependencies()[0]).status.inode, 6u);
-  // Continued and compacted, it reads the same.
+  // Reads the same after being appended to and after being compacted.
   store.Drop(store.Find("/p/blinky.tapp", "/p/main.o"));
   store.RenewChanged(record.inputs[0], 99);
   PutRecord(store, "/p/new.o", 30);
@@ -88,7 +89,7 @@ TEST(StateFile, WhatWasWrittenIsReadAndAppendedTo) {
   }
 }
 
-// A record that is read from a damaged file must be one that was written.
+// A record read from a damaged file must be one that was written.
 TEST(StateFile, AChangedOrCutFileIsGoodUpToTheDamage) {
   const std::string good = TwoBlocks();
   const std::size_t head = StateHead(kProject).size();
@@ -131,21 +132,21 @@ TEST(StateFile, WellWrappedNonsenseIsDamaged) {
   const std::string start = "T a\nF 0 1 1 1 1 1 1 1\nA 0\n";
   const std::string record = start + "R 0 0 0 0 0 0 0 1 1\n";
   const std::string bodies[] = {
-      "T a",                         // last line not ended
+      "T a",                         // last line without line feed
       "A 0\n",                       // number before its string
       "T a\nR 0 0 0 0 0 0 0 1 1\n",  // record without application
       "T a\nF 0 1 1 1 1 1 1\n",      // too few numbers
-      "T a\nF 0 1 1 1 1 1 1 1 1\n",  // too many
-      "T a\nF 1 1 1 1 1 1 1 1\n",    // beyond the table
+      "T a\nF 0 1 1 1 1 1 1 1 1\n",  // too many numbers
+      "T a\nF 1 1 1 1 1 1 1 1\n",    // out of range
       start + "R 0 0 1 0 0 0 0 1 1\n",
-      start + "R 1 0 0 0 0 0 0 1 1\n",       // no such version
-      start + "R 0 0 0 0 1 0 0 1 1\n",       // no such set of folders
+      start + "R 1 0 0 0 0 0 0 1 1\n",       // unknown version
+      start + "R 0 0 0 0 1 0 0 1 1\n",       // unknown set of folders
       start + "R 0 0 0 0 0 1 0 1 1\n",       // more sources than inputs
       start + "R 0 0 0 0 0 1 1 1 1\nI 0\n",  // sources and programs overlap
       start + "R 0 0 0 0 0 0 4294967295 1 1\nI 0\n",
-      start + "R 0 0 0 0 0 0 0 1 1 \n",  // space at the end
+      start + "R 0 0 0 0 0 0 0 1 1 \n",  // trailing space
       start + "R 0 0 0 0 0 0 0 1\n",     // too few numbers
-      start + "I 0\n",                   // inputs of nothing
+      start + "I 0\n",                   // inputs without a record
       start + "G 1\n",
       record + "I 0\nI 0\n",
       record + "I 9\n",
@@ -154,7 +155,7 @@ TEST(StateFile, WellWrappedNonsenseIsDamaged) {
       record + "P 1\n",
       record + "X 1\n",
       record + "C 1 1\n",
-      "T a%2\n",  // broken escape
+      "T a%2\n",  // invalid escape
       "Z 0\n",
       "\n",
   };

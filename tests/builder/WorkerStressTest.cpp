@@ -1,5 +1,5 @@
-// The host's thread keeps reading, reporting and speaking while a worker builds a large project.
-// What it checks by itself is little; its worth is in being run under the thread sanitizer.
+// The main thread keeps reading, reporting and sending messages while a worker builds a large
+// project. The test checks little itself; it is meant to be run under the thread sanitizer.
 
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ class StressWorld : public ProjectWorld {
     }
   }
 
-  // One round of everything that a host may call beside a build.
+  // One round of everything that a host may call during a build.
   void Disturb(int round) {
     const std::string product = "/p/f" + std::to_string(round % kFiles) + ".o";
     model->SetBuildInfo("", ("<I><F Header=\"" + product + "\" Infos=\"i\" Date=\"" +

@@ -16,9 +16,9 @@ class Changes:
 
     def __init__(self, world, firmware, random, strict=False):
         self.world, self.firmware, self.random = world, firmware, random
-        self.strict = strict  # also edits that only the time of the last status change shows
-        self.quiet = False  # whether the last edit leaves nothing to do
-        self.backups = {}  # path below the project: copies of older versions, outside of it
+        self.strict = strict  # include edits visible only in the time of the last status change
+        self.quiet = False  # the last edit makes nothing outdated
+        self.backups = {}  # path below the project: copies of older versions outside of it
         self.states = []  # older versions of the state
         self.definitions = 0
         self.tool = "tool"  # label of the second application
@@ -45,7 +45,7 @@ class Changes:
         if before is not None:
             second = before.st_mtime_ns // 10**9 * 10**9
             times["same second"] = second + (before.st_mtime_ns - second + 1) % 10**9
-            # Only the name of the file is the same then, or its size isn't.
+            # The edit stays visible: the file is a different one, or its size has changed.
             if self.strict or way == "replaced" or size != before.st_size:
                 times["same time"] = before.st_mtime_ns
         name = self.random.choice(["now"] * 4 + sorted(times))

@@ -12,7 +12,7 @@ from campaign.world import settle
 class Edits(Changes):
     """One method for each kind of edit; each returns a few words on what it did, or None."""
 
-    # --- Contents ---
+    # --- Changes of content ---
 
     def edit_source(self):
         return self.change_number(self.random.choice(self.firmware.sources()))
@@ -68,7 +68,7 @@ class Edits(Changes):
         process.communicate()
         return told
 
-    # --- What there is ---
+    # --- Changes of the tree ---
 
     def add_source(self):
         if len(self.firmware.units) > 10:
@@ -212,7 +212,7 @@ class Edits(Changes):
             self.world.install_compilers(self.world.path, "-DTOOLCHAIN=555")
         return name
 
-    # --- Outputs and state ---
+    # --- Changes of outputs and state ---
 
     def damage_output(self):
         made = [name for name in sorted(self.world.outputs()) if name.startswith("build")]
@@ -246,7 +246,7 @@ class Edits(Changes):
         self.quiet = True
         return ""
 
-    # --- What breaks a build; the next edit mends it again ---
+    # --- Edits that break a build; the next edit repairs it ---
 
     def delete_input(self):
         path = self.random.choice(sorted(self.firmware.texts))

@@ -12,13 +12,13 @@ KINDS = {
 }
 
 FOLDERS = ("src/drivers", "inc", "lib/inc", "boards/a", "boards/b", "variants", "ld")
-INCLUDES = ("inc", "lib/inc", "board")  # in the order of the include path; the last is a link
+INCLUDES = ("inc", "lib/inc", "board")  # in include path order; the last one is a link
 
-HEADERS = {  # text, with a number in place of @
+HEADERS = {  # content; "@" is replaced by a number
     "lib/inc/shared.h": '#include "nested.h"\n#define SHARED (NESTED + @)\n',
     "lib/inc/nested.h": '#include "deep.h"\n#define NESTED (DEEP + @)\n',
     "src/deep.h": "#define DEEP_OF_SOURCES @\n",
-    # Tests for a header by a name from a macro, and reads it if it is there.
+    # Checks for a header whose name is a macro, and includes it if it exists.
     "lib/inc/deep.h": ('#define TUNING "tuning.h"\n#if __has_include(TUNING)\n#include TUNING\n'
                        "#else\n#define TUNED 0\n#endif\n#define DEEP (TUNED + @)\n"),
     "lib/inc/shadowed.h": "#define SHADOWED @\n",
@@ -65,7 +65,7 @@ class Firmware:
         self.next_name = 0
         self.texts = {}  # path below the project: content
         self.links = {"board": "boards/a", "inc/variant.h": "../variants/one.h"}
-        self.units = {}  # name of the function: path of its source
+        self.units = {}  # function name: path of its source
         for path, text in HEADERS.items():
             self.texts[path] = text.replace("@", self.number())
         for _ in range(3):

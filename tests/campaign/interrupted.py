@@ -34,18 +34,18 @@ PROJECT = """
 """
 OLDER = "[Project]\nForm = 1\nName = old\nTarget = HOST\n[Files]\nsrc/fw.c\n"
 
-# Command, the program whose calls are counted, and its words.
+# Command, program whose calls are counted, and arguments.
 COMMANDS = (
     ("options set", "tarn", ("options", "set", "Compiler.Defines", "A=1")),
     ("add", "tarn", ("add", "src/new.c")),
     ("config add", "tarn", ("config", "add", "Debug")),
-    ("rename", "tarn", ("rename", "boot.tapp", "loader")),  # which changes two files
+    ("rename", "tarn", ("rename", "boot.tapp", "loader")),  # changes two files
     ("build", "tarn", ("build",)),
     ("new", "tarn", ("new", "fresh", "--git")),
     ("import", "tarn", ("import", "older/old.prj")),
     ("import", "perl", ("import", "older/old.prj")),
 )
-FULL_DISK = "full disk"  # nothing can be written from the call on
+FULL_DISK = "full disk"  # nothing can be written from that call on
 FAULTS = {"kill": 0, "EIO": errno.EIO, "ENOSPC": errno.ENOSPC, "EINTR": errno.EINTR,
           FULL_DISK: errno.ENOSPC}
 KINDS = {"ENOSPC": ("alters", "both"), FULL_DISK: ("alters", "both"), "EINTR": ("waits", "both")}
@@ -122,7 +122,7 @@ class Interruptions:
 
     def trace(self):
         """All calls of a run without faults: number, function, kind and path."""
-        self.run()  # so that what is made once is there
+        self.run()  # creates what is created only once
         self.put_back()
         run = self.run(FAULT_LOG=self.log)
         if run.returncode != 0:
@@ -161,7 +161,7 @@ class Interruptions:
         with open(self.log) as file:
             calls = [line.split(" ", 3) for line in file.read().splitlines()]
         self.world.await_compilers()
-        # Threads take turns as they like, so the call need not be that of the trace.
+        # The order of threads varies, so this need not be the call from the trace.
         return run, calls[at - 1] if at <= len(calls) else None
 
     def is_whole(self, state):
@@ -225,7 +225,8 @@ class Interruptions:
         if self.name != "build" and self.is_whole(self.state()):
             return
         run = self.run()
-        # Killed between two files, it may have given the label that it finds taken now.
+        # If it was killed between two files, the label that the second run finds in use may be its
+        # own.
         isThere = self.name == "rename" and "already" in run.stderr
         if not isThere and (run.returncode != 0 or not self.is_whole(self.state())):
             yield "no second try", f"exit {run.returncode}: {run.stderr}"

@@ -6,8 +6,9 @@ import time
 
 from campaign.world import kill, settle
 
-# Stands in for all compilers where thousands of builds are needed: an object is its source and the
-# header, a program its objects. It records its runs like the wrapper of real ones.
+# Fake compiler for campaigns that need thousands of builds: an object is the concatenation of its
+# source and the header, a program that of its objects. Records its runs like the wrapper of real
+# compilers.
 FAKE_COMPILER = """#!/bin/sh
 while [ $# -gt 0 ]; do
   case "$1" in
@@ -170,14 +171,14 @@ def run_kills(world, firmware, edits, random, rounds, tally, options):
             world.await_compilers()
         reasons = stale_reasons(world)
         ran = [os.path.basename(words[-1]) for words in world.build().tools]
-        # The record of the tool that ended last may not have been written yet.
+        # The record of the tool that ended last may not have been written.
         again = set(ran) & set(ended[:-1])
         needless = sorted(again | (set(ran) - needed))
         tally.count("kept runs", len(set(ended[:-1]) - again))
         if needless:
             told = ", ".join(f"{each} ({reasons.get(each, 'not stale before')})" for each in needless)
             tally.fault("needless rebuild", place, f"ran {told}")
-        if not waits:  # what the killed build had started may have come in between
+        if not waits:  # processes of the killed build may have run in between
             world.await_compilers()
         good = settle(world, tally, place, quiet=waits)[0]
         if not good or needless:

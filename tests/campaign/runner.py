@@ -18,7 +18,7 @@ from campaign.sharing import run_git, run_races
 from campaign.stops import TOOL, run_stops
 from campaign.world import Tally, World
 
-PORTION = 25  # edits or rounds with one seed, in one folder: what it takes to see a fault again
+PORTION = 25  # edits or rounds per seed and folder; enough to reproduce a fault
 
 
 def make_world(folder, options, compilers, **more):
@@ -107,11 +107,11 @@ NEVER_AGAIN = '[ ! -d build ] || { echo "{\\"toolsRun\\": 0}"; exit 0; }'
 LINKS_ALWAYS = "rm -f build/*/fw"
 FORGETS = "rm -f *.tstate*"
 
-# Programs with one fault each, and the fault that a campaign must report.
+# Fault injection: programs with one fault each, and the fault that a campaign must report.
 SABOTEURS = (
     ("edits", "missed rebuild", NEVER_AGAIN),
     ("edits", "endless rebuild", LINKS_ALWAYS),
-    ("edits", "needless rebuild", f"[ $((count % 3)) != 1 ] || {FORGETS}"),  # a second build is good
+    ("edits", "needless rebuild", f"[ $((count % 3)) != 1 ] || {FORGETS}"),  # the next is up to date
     ("edits", "crash", "[ $((count % 5)) != 0 ] || kill -SEGV $$"),
     ("edits", "wrong verdict", "[ $((count % 7)) != 0 ] || { echo '{}'; exit 1; }"),
     ("state", "missed rebuild", NEVER_AGAIN),

@@ -75,7 +75,7 @@ class Change:
             self.wanted = f"new{number}.c"
         elif kind == "option":
             self.words = ("options", "set", "-n", f"g{group}", "Compiler.Defines", f"D{number}")
-            self.wanted = None  # of two for one group the later one holds
+            self.wanted = None  # if there are two for one group, the later one wins
         else:
             self.words = ("config", "add", f"c{number}")
             self.wanted = f'"c{number}"'
@@ -174,7 +174,7 @@ class Repository:
             raise AssertionError(f"{' '.join(words)}: {run.brief()}")
 
 
-# What two people do on their branches, and whether git merges that by itself.
+# The changes that two people make on their branches, and the expected result of a git merge.
 BRANCHES = (
     ([("add", "src/a.c", "--to", "g1")], [("add", "src/b.c", "--to", "g2")], True),
     ([("add", "src/a.c", "--to", "g1")], [("remove", "src/f3_1.c")], True),

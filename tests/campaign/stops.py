@@ -7,12 +7,13 @@ import signal
 import subprocess
 import time
 
-# Each stop in two seconds, and whoever looks for survivors on a busy machine needs some, too.
+# A stop must end within two seconds; the search for survivors takes some of that on a busy
+# computer.
 LIMIT = 2
 MARK = "CAMPAIGN_STOP"
 
-# Quick for one.c. For two.c it starts processes of the kind that a variable names, says so, and
-# waits for ever.
+# A compiler that is quick for one.c. For two.c it starts processes of the kind given by a variable,
+# reports that, and waits forever.
 TOOL = """#!/bin/sh
 for word; do
   case "$before" in -o) out=$word ;; -MF) rules=$word ;; esac
@@ -43,7 +44,7 @@ ORDINARY = ("plain", "deaf")
 OUTSIDE = ("session", "deaf-session", "orphan", "quiet-orphan", "tree")
 SIGNALS = {"INT": signal.SIGINT, "TERM": signal.SIGTERM, "HUP": signal.SIGHUP,
            "KILL": signal.SIGKILL}
-# Each with the tools that it is tried on.
+# Kinds of stops with the tools that they are tried on.
 KINDS = {"INT": ORDINARY, "TERM": ORDINARY, "HUP": ORDINARY, "KILL": ORDINARY, "pipe": ORDINARY,
          "outside": OUTSIDE}
 
@@ -129,7 +130,8 @@ def stop_once(world, kind, tool, value, random, tally, place):
         tally.fault("survivor", place, f"{way}: {len(survivors)} of the tool \"{tool}\": {names}")
         for _, number in survivors:
             os.kill(number, signal.SIGKILL)
-    # What had ended is kept. The record of the tool that ended last may get lost in a kill.
+    # Results of ended tools are stored. After a kill, the record of the tool that ended last may be
+    # lost.
     if way != "KILL":
         status = json.loads(world.tarn("status", "--json").output)
         stale = [os.path.basename(node["output"]) for each in status for node in each["outOfDate"]]

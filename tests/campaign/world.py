@@ -7,7 +7,7 @@ import shutil
 import subprocess
 import time
 
-LIMIT = 120  # seconds for one run of the program; reached only if it hangs
+LIMIT = 120  # seconds per run of the program; exceeded only if it hangs
 INPUTS = (".c", ".cpp", ".s", ".h", ".ld", ".a", ".tprj", ".tapp")
 
 WRAPPER = """#!/bin/sh

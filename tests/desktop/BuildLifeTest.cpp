@@ -1,4 +1,5 @@
-// From the request for a build to the end of what is kept of it, whatever comes in between.
+// Builds in the main window, from the request to the stored results, with various events in
+// between.
 #include <QLabel>
 #include <QMessageBox>
 #include <QStatusBar>
@@ -22,13 +23,13 @@ class BuildLifeTest : public testing::IdeFixture {
     std::filesystem::copy(folder / "blinky", folder / "second",
                           std::filesystem::copy_options::recursive);
   }
-  // How many tools that took.
+  // Returns the number of tools that ran.
   int Build() {
     EXPECT_TRUE(Choose("Build all"));
     EXPECT_TRUE(AwaitBuild());
     return window->Commands().GetProgress()->GetNumber();
   }
-  // What the script said in the end.
+  // Returns the last line printed by the script.
   std::string RunScript(const std::string& text) {
     std::string said;
     window->Session().Scripts().onLine = [&](const std::string& line) { said = line; };
@@ -37,7 +38,7 @@ class BuildLifeTest : public testing::IdeFixture {
     window->Session().Scripts().onLine = {};
     return said;
   }
-  // Gives the PATH on which it is found.
+  // Returns the PATH that contains it.
   std::string MakeSlowCompiler() {
     folder.Write("bin/avr-gcc", "#!/bin/sh\nsleep 60\n");
     std::filesystem::permissions(folder / "bin/avr-gcc", std::filesystem::perms::owner_all);
@@ -97,7 +98,7 @@ TEST_F(BuildLifeTest, AScriptWaitsForItsCommandWhileTheUserGoesOn) {
   NoteEnd();
   EXPECT_EQ(RunScript("tarn.Command(0x8112) print(host.wait())"), "succeeded");
   EXPECT_GT(heartbeats, 5);
-  // The one that is over when the call returns.
+  // A build that is finished when the call returns.
   EXPECT_EQ(RunScript("print(tarn.ProjectBuild())"), "1");
   EXPECT_FALSE(window->Commands().IsBuilding());
   EXPECT_EQ(ended, BuildEnd::Succeeded);

@@ -27,7 +27,7 @@ class CodeEditorTest : public ::testing::Test {
   CodeEditor& Open(const std::string& name, const std::string& text) {
     folder.Write(name, text);
     EXPECT_TRUE(tabs->OpenFile(folder / name, 0));
-    // Styles come as they are drawn, and lines are moved in by them.
+    // Styles are computed when drawing, and indentation depends on them.
     tabs->show();
     tabs->Current()->grab();
     return *tabs->Current();
@@ -64,7 +64,7 @@ TEST_F(CodeEditorTest, WhatIsTypedIsMovedInAsTheFileIs) {
   struct Row {
     const char* name;
     std::string text;
-    const char* levelIn;  // what the tab key puts in
+    const char* levelIn;  // text inserted by the Tab key
     int width;
   };
   const std::string late(5000, '\n');

@@ -1,5 +1,5 @@
-// What comes back after the program was killed. The window that is killed runs in a process of its
-// own (driver/main.cpp); the one that restores is in this process.
+// Recovery after the program was killed. The window that is killed runs in a separate process
+// (driver/main.cpp); the one that restores is in this process.
 #include <QDialog>
 #include <QFileDialog>
 #include <QLabel>
@@ -23,7 +23,7 @@ namespace {
 using testing::ReadBytes;
 using testing::RunUntil;
 
-// Longer than a journal waits before it is written.
+// Longer than the delay before a journal is written.
 constexpr int kSettleMs = 2500;
 
 class CrashTest : public testing::IdeFixture {
@@ -34,7 +34,7 @@ class CrashTest : public testing::IdeFixture {
     folder.Write("blinky/src/new.c", "int added;\n");
   }
 
-  // A window in a process of its own, which is killed at the latest when this goes.
+  // A window in a separate process, which the destructor kills if it is still running.
   class Window {
    public:
     Window() {
@@ -42,7 +42,7 @@ class CrashTest : public testing::IdeFixture {
       process.start();
       EXPECT_TRUE(process.waitForStarted());
     }
-    // Returns when all of these lines have been carried out.
+    // Returns after all of these lines have been executed.
     void Send(const std::string& lines) {
       process.write(QByteArray::fromStdString(lines));
       QByteArray answers;
@@ -59,18 +59,18 @@ class CrashTest : public testing::IdeFixture {
       EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
     }
 
-    QByteArray errors;  // with the texts of all boxes
+    QByteArray errors;  // contains the texts of all message boxes
 
    private:
     QProcess process;
   };
-  // Runs these lines in a window that is killed at the end of them.
+  // Executes these lines in a window and then kills it.
   static void Crash(const std::string& lines) {
     Window crashing;
     crashing.Send(lines);
     crashing.Kill();
   }
-  // The text of the box that is shown, which goes.
+  // Closes the current message box and returns its text.
   static QString CloseBox() {
     auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
     if (box == nullptr) return {};
@@ -78,14 +78,14 @@ class CrashTest : public testing::IdeFixture {
     return box->text();
   }
   EditorArea& Area() { return static_cast<EditorArea&>(*window->centralWidget()); }
-  // Text in an editor, another file in view, an option and a new node: none of it saved.
+  // An edited text, a different file in view, an option and a new node, all of them unsaved.
   std::string Session() {
     return "open " + folder / "blinky/blinky-avr.tprj" + "\nopen " + folder / "blinky/src/main.c" +
            "\ntype mine \nopen " + folder / "blinky/src/board.h" +
            "\noption led.c C.Compiler.Defines SPEED\nadd " + folder / "blinky/src/new.c" +
            "\nwait " + std::to_string(kSettleMs) + "\n";
   }
-  // A new window, as after a start; the dialog that it comes up with, or null.
+  // Opens a new window and returns the dialog that it shows, or nullptr.
   QDialog* Start() {
     window.emplace(FileSystem::Native());
     EXPECT_TRUE(window->Start());
@@ -123,7 +123,7 @@ class CrashTest : public testing::IdeFixture {
     ADD_FAILURE() << name << " is not open";
     return nullptr;
   }
-  // All that Session() did is there, as changes that are not saved.
+  // Expects all changes of Session() as unsaved changes.
   void ExpectRestored() {
     CodeEditor* const editor = EditorOf("blinky/src/main.c");
     ASSERT_NE(editor, nullptr);
@@ -164,7 +164,7 @@ TEST_F(CrashTest, EverythingThatWasNotSavedIsOfferedAndComesBack) {
   EXPECT_NE(saved.find("new.c"), std::string::npos);
   EXPECT_NE(saved.find("SPEED"), std::string::npos);
   EXPECT_FALSE(std::filesystem::exists(folder / "blinky/blinky-avr.tapp.orig"));
-  // What is saved is offered no more, however the program ends.
+  // Saved content is not offered again, even after an abnormal end.
   window.reset();
   EXPECT_EQ(Start(), nullptr);
   EXPECT_TRUE(window->close());
@@ -174,7 +174,7 @@ TEST_F(CrashTest, ASecondCrashWhileItIsRestoredLosesNothing) {
   ASSERT_NO_FATAL_FAILURE(Crash(Session()));
   ASSERT_NO_FATAL_FAILURE(Crash("wait 300\n"));  // while the dialog is shown
   ASSERT_NO_FATAL_FAILURE(Crash("press later\nwait 100\n"));
-  ASSERT_NO_FATAL_FAILURE(Crash("press restore\n"));  // at once after it
+  ASSERT_NO_FATAL_FAILURE(Crash("press restore\n"));  // immediately after the restore
   QDialog* const dialog = Start();
   ASSERT_NE(dialog, nullptr);
   ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));
@@ -230,7 +230,7 @@ TEST_F(CrashTest, TwoWindowsOfOneProjectAreBothRestored) {
   Crash(open + "type two \nopen " + folder / "blinky/src/board.h" +
         "\ntype three \noption led.c C.Compiler.Defines SPEED\n" + settle);
   first.Kill();
-  // The journal of the second one is offered after that of the first one.
+  // The journal of the second window is offered after that of the first one.
   const QPointer<QDialog> dialog = Start();
   ASSERT_NE(dialog, nullptr);
   ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));
@@ -257,7 +257,7 @@ TEST_F(CrashTest, TwoWindowsOfOneProjectAreBothRestored) {
   EXPECT_TRUE(board->GetText().startsWith("three "));
   EXPECT_EQ(FromQt(mine->GetText()), "one " + main);
   EXPECT_EQ(FromQt(copy->GetText()), "two " + main);
-  // One step for each window.
+  // One undo step per window.
   ASSERT_TRUE(Choose("undoProject"));
   ASSERT_TRUE(Choose("undoProject"));
   EXPECT_FALSE(FindEntry("undoProject")->isEnabled());
@@ -386,7 +386,7 @@ TEST_F(CrashTest, AJournalThatCantBeWrittenIsToldUntilItCan) {
   banner.onFirst();
   EXPECT_FALSE(banner.isVisible());
   EXPECT_TRUE(std::filesystem::exists(folder / "settings/data/journal/1/index"));
-  // Also one that was removed while it was in use comes back.
+  // A journal that was deleted while in use is re-created.
   std::filesystem::remove_all(folder / "settings/data/journal");
   window->Editors().Current()->insert("more");
   banner.onFirst();

@@ -1,4 +1,4 @@
-// A project of which something was lost when it was read.
+// A project whose files were damaged when they were read.
 
 #include <QMessageBox>
 

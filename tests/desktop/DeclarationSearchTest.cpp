@@ -19,7 +19,7 @@ class DeclarationSearchTest : public IdeFixture {
     Editor().lineIndexFromPosition(static_cast<int>(Editor().text().indexOf(text)), &line, &column);
     Editor().setCursorPosition(line, column);
   }
-  // "file: line" at the cursor.
+  // Returns "file: line" at the cursor.
   QString Place() {
     int line = 0;
     int column = 0;

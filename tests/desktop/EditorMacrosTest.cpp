@@ -1,4 +1,4 @@
-// Which code of a source the active configuration leaves out.
+// Code of a source that the active configuration excludes.
 #include "hosts/desktop/EditorMacros.h"
 
 #include <QComboBox>
@@ -59,7 +59,7 @@ class EditorMacrosTest : public testing::IdeFixture {
   void Choose(const QString& configuration) {
     window->Options().ChooseConfiguration(configuration);
   }
-  // Whether the style of the text's first such word is one of code that is left out.
+  // Returns true if the first occurrence of the word has the style of excluded code.
   bool IsGrey(const char* word) {
     CodeEditor& editor = *window->Editors().Current();
     const auto place = editor.GetText().indexOf(word);

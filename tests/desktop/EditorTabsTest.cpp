@@ -21,7 +21,7 @@ using testing::ScratchFolder;
 
 class EditorTabsTest : public ::testing::Test {
  protected:
-  // Presses a button of the box that is about to come.
+  // Presses a button of the next message box.
   void Answer(QMessageBox::StandardButton button) {
     QTimer::singleShot(0, [this, button] {
       auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
@@ -93,7 +93,7 @@ TEST_F(EditorTabsTest, AFileThatChangedOutsideIsReadAgainUnlessThatWouldLoseSome
   folder.Write("a.c", "old");
   ASSERT_TRUE(tabs.OpenFile(folder / "a.c", 0));
   CodeEditor& editor = *tabs.Current();
-  // As soon as the clock of the disk has moved on.
+  // Wait until the file system's clock has advanced.
   QTest::qWait(20);
   folder.Write("a.c", "new");
   EXPECT_TRUE(testing::RunUntil([&] { return editor.text() == "new"; }, 5000));

@@ -9,7 +9,7 @@ namespace {
 
 class FindingsPaneTest : public testing::IdeFixture {
  protected:
-  // What the list shows after a check: headings, and findings with their positions.
+  // Runs a check and returns the list: headings, and findings with their positions.
   QStringList Check() {
     EXPECT_TRUE(Choose("Check the project"));
     auto* const pane = static_cast<FindingsPane*>(Dock().widget());

@@ -21,7 +21,7 @@
 
 namespace tarn::testing {
 
-// The main window with the real server, tools and compiler, on a copy of the shipped example.
+// The main window with the real server, tools and compiler, on a copy of the installed example.
 class IdeFixture : public ::testing::Test {
  protected:
   IdeFixture()
@@ -37,28 +37,31 @@ class IdeFixture : public ::testing::Test {
     window->OpenProject(folder / "blinky/blinky-avr.tprj");
   }
 
+  // The view of the project tree.
   QTreeView& Tree() {
     return *window->findChild<QDockWidget*>("dock4003")->findChild<QTreeView*>();
   }
-  // The line of that label, wherever it is in the tree.
+  // Returns the row with this label anywhere in the tree.
   QModelIndex FindLine(const QString& label) {
     const QAbstractItemModel& model = *Tree().model();
     const QModelIndexList found = model.match(model.index(0, 0), Qt::DisplayRole, label, 1,
                                               Qt::MatchExactly | Qt::MatchRecursive);
     return found.isEmpty() ? QModelIndex() : found.front();
   }
+  // Scrolls to a row and returns a position on it, relative to the viewport.
   QPoint PlaceOf(const QString& label) {
     const QModelIndex line = FindLine(label);
     EXPECT_TRUE(line.isValid()) << label.toStdString();
     Tree().scrollTo(line);
     const QRect place = Tree().visualRect(line);
-    // On the label, which the rest of the line is not.
+    // A position on the label; the rest of the row doesn't react.
     return {place.left() + 30, place.center().y()};
   }
+  // Clicks on a row of the tree.
   void Select(const QString& label) {
     QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, PlaceOf(label));
   }
-  // The menu that comes up; null when none does.
+  // Waits for a popup menu; returns nullptr if none appears.
   QMenu* AwaitPopup() {
     QMenu* menu = nullptr;
     RunUntil([&] {
@@ -67,8 +70,8 @@ class IdeFixture : public ::testing::Test {
     });
     return menu;
   }
-  // The entry of that name in any menu, looked up as the user does: by opening it.
-  // By its text or, if that changes, by its object name.
+  // Finds an entry in any menu by opening the menus, as a user does. `name` is its text, or its
+  // object name if the text varies.
   QAction* FindEntry(const QString& name) {
     for (QAction* const top : window->menuBar()->actions()) {
       Q_EMIT top->menu()->aboutToShow();
@@ -79,14 +82,14 @@ class IdeFixture : public ::testing::Test {
     }
     return nullptr;
   }
-  // Whether an entry can be chosen, and what it does when it is.
+  // Triggers a menu entry; returns false if it is missing or disabled.
   bool Choose(const QString& name) {
     QAction* const entry = FindEntry(name);
     if (entry == nullptr || !entry->isEnabled()) return false;
     entry->trigger();
     return true;
   }
-  // With so many nodes that a build has to wait for their options.
+  // Adds enough nodes that a build has to wait for their options.
   void MakeLarge() {
     const std::string path = folder / "blinky/blinky-avr.tapp";
     std::string text = ReadBytes(path);
@@ -98,9 +101,11 @@ class IdeFixture : public ::testing::Test {
     }
     ASSERT_TRUE(window->Commands().ReopenWith({{path, text.insert(end, nodes)}}));
   }
+  // Runs the event loop until the build has ended; returns false on timeout.
   bool AwaitBuild() {
     return RunUntil([&] { return !window->Commands().IsBuilding(); });
   }
+  // Returns true if the output exists in the folder of the standard configuration.
   bool IsBuilt(const std::string& output) {
     return std::filesystem::exists(folder / "blinky/build/Standard/" + output);
   }

@@ -1,4 +1,4 @@
-// The main window with the real server, tools and compiler, on a copy of the shipped example.
+// The main window with the real server, tools and compiler, on a copy of the installed example.
 #include "hosts/desktop/IdeWindow.h"
 
 #include <gtest/gtest.h>
@@ -81,7 +81,7 @@ TEST_F(IdeWindowTest, TheStatusBarFollowsABuildAndLeadsToItsLog) {
 
 TEST_F(IdeWindowTest, ClosingStopsABuildFirstAndThenCloses) {
   ASSERT_TRUE(Choose("Build all"));
-  // One that has begun, which takes a while on a busy machine.
+  // The build must have started, which takes a while on a busy computer.
   ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsWaiting(); }));
   window->close();
   EXPECT_TRUE(window->isVisible());
@@ -201,7 +201,7 @@ TEST_F(IdeWindowTest, ClosingEndsAScriptWithTheBuildThatItWaitsFor) {
 TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
   std::optional<BuildEnd> ended;
   window->Commands().onEnded = [&](BuildEnd end) { ended = end; };
-  // Another build comes in between, and the user has it stopped when the server asks.
+  // A different build is started in between, and the user agrees to stop it when the server asks.
   window->Frame().Answer(kMsgBuildStarting, [&](const HostEvent&) {
     window->Frame().Answer(kMsgBuildStarting, {});
     window->Session().Manager().Command(kCmdBuildAll);
@@ -340,7 +340,7 @@ TEST_F(IdeWindowTest, AProjectThatChangedOutsideIsTakenFromTheDiskWhenTheUserWan
   const std::string path = folder / "blinky/blinky-avr.tapp";
   auto* const area = static_cast<EditorArea*>(window->centralWidget());
   std::string text = testing::ReadBytes(path);
-  // Something that isn't saved is in the way.
+  // An unsaved change conflicts with it.
   window->Session().Inspector().SelectNodeByKey("led.c");
   ASSERT_TRUE(Choose("Remove"));
   const auto at = text.find("led.h");
@@ -421,7 +421,7 @@ TEST_F(IdeWindowTest, TheServersButtonsStandInTheToolBar) {
   EXPECT_EQ(names.join("|").toStdString(),
             "Add files|New folder||Build all|Build the active application|Rebuild all|Stop||"
             "Options");
-  // And its menus have keys.
+  // Its menus have keyboard mnemonics.
   names.clear();
   for (const QAction* action : window->menuBar()->actions()) names += action->text();
   EXPECT_EQ(names.join("|").toStdString(), "&File|&Edit|&View|&Project|B&uild|&Navigate");

@@ -1,4 +1,4 @@
-// What a process that was killed leaves behind, on a disk that fails and is damaged.
+// Journals left by killed processes, with write errors and damaged files.
 #include "hosts/desktop/Journal.h"
 
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ JournalContent Content(const char* typed) {
   return content;
 }
 
-// All that it holds, in a line.
+// Returns the whole content as one line.
 std::string Show(const JournalReading& reading) {
   std::string all = std::to_string(static_cast<int>(reading.state));
   const JournalContent& content = reading.content;
@@ -93,7 +93,7 @@ TEST(JournalTest, AWriteThatEndsAnywhereLeavesTheOneBeforeOrItself) {
       disk.ClearFailures();
       EXPECT_EQ(Show(Take(disk, "/j/1")->Read()), Shown(isWritten ? "after" : "before"))
           << verb << spared;
-      // The same object goes on, and takes what was left half done away.
+      // The same object still works and removes incomplete files.
       ASSERT_TRUE(journal->Write(Content("then")));
       EXPECT_EQ(Show(journal->Read()), Shown("then"));
       EXPECT_EQ(disk.AllFiles().size(), 5u) << verb << spared;
@@ -117,7 +117,7 @@ TEST(JournalTest, DamageIsNoticedAndLeavesTheRest) {
   }
   disk.AddFile("/j/1/index", "tarn-journal 2 0\nx");
   EXPECT_EQ(Show(journal->Read()), "2|0|-|-");
-  // One text after the other.
+  // Damage one text after the other.
   disk.AddFile("/j/1/index", index);
   int lost = 0;
   for (const std::string& path : disk.AllFiles()) {

@@ -1,4 +1,4 @@
-// Files that come from elsewhere: dropped on the window, or named on the command line.
+// Files from outside: dropped on the window, or named on the command line.
 #include <QDropEvent>
 #include <QMessageBox>
 #include <QMimeData>
@@ -14,7 +14,7 @@ using testing::RunUntil;
 
 class OpenPathsTest : public testing::IdeFixture {
  protected:
-  // Drops a file where the widget is, which passes it on to those around it as Qt does.
+  // Drops a file on a widget; like the toolkit, passes the event on to its parents.
   void Drop(QWidget& widget, const std::string& path) {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
@@ -30,7 +30,7 @@ class OpenPathsTest : public testing::IdeFixture {
 TEST_F(OpenPathsTest, ADroppedFileIsEditedAndADroppedProjectOpened) {
   Drop(*window, folder / "blinky/src/blinker.c");
   ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 1; }, 3000));
-  // On a text, whose own drop would write the name into it.
+  // Dropped on a text, which by default would insert the name.
   Drop(*window->Editors().Current()->viewport(), folder / "blinky/src/blinker.h");
   ASSERT_TRUE(RunUntil([&] { return window->Editors().count() == 2; }, 3000));
   EXPECT_FALSE(window->Editors().Current()->isModified());
@@ -40,7 +40,7 @@ TEST_F(OpenPathsTest, ADroppedFileIsEditedAndADroppedProjectOpened) {
   const std::string other = folder / "other/blinky-avr.tprj";
   Drop(window->Editors(), other);
   EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == other; }, 3000));
-  // An application stands for the project beside it.
+  // An application opens the project next to it.
   Drop(window->Editors(), folder / "blinky/blinky-avr.tapp");
   const std::string first = folder / "blinky/blinky-avr.tprj";
   EXPECT_TRUE(RunUntil([&] { return window->Session().GetProjectPath() == first; }, 3000));

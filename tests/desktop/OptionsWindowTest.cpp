@@ -1,4 +1,4 @@
-// The options window on the real server with the shipped example, by its widgets.
+// The options window with the real server and the installed example, tested through its widgets.
 #include "hosts/desktop/OptionsWindow.h"
 
 #include <gtest/gtest.h>
@@ -50,7 +50,7 @@ class IdeOptionsTest : public ::testing::Test {
   const OptionRow* Row(const std::string& key) {
     return Grid().Model().RowAt(Grid().Model().Find(key));
   }
-  // Value and source as they are shown.
+  // Returns the displayed value and source.
   std::string Shown(const std::string& key) {
     const QModelIndex name = Grid().Model().Find(key);
     return (name.siblingAtColumn(1).data().toString() + "|" +
@@ -62,7 +62,7 @@ class IdeOptionsTest : public ::testing::Test {
     EXPECT_EQ(Shown(key), text) << key;
     return Shown(key) == text;
   }
-  // The label of the node that is shown then.
+  // Returns the label of the node that is shown after the selection.
   std::string Select(const std::string& node) {
     window->Session().Inspector().SelectNodeByKey(node);
     RunUntil([&] { return Label() == node; }, 3000);
@@ -77,7 +77,7 @@ class IdeOptionsTest : public ::testing::Test {
     const OptionRow* const row = Grid().Model().RowAt(first);
     return row == nullptr ? std::string() : row->definition.set;
   }
-  // Opens the editor of an option by the keyboard.
+  // Opens the editor of an option with the keyboard.
   template <class Editor>
   Editor* Edit(const std::string& key) {
     Grid().MakeCurrent(Grid().Model().Find(key));
@@ -140,7 +140,7 @@ TEST_F(IdeOptionsTest, AChangeMakesTheNodeStaleIsSavedAndCanBeTakenBack) {
 
   QAction* const undo = window->Options().UndoAction();
   EXPECT_EQ(undo->text(), "Undo: Optimization");
-  // A menu may have the same keys for something else.
+  // A menu may use the same shortcut for something else.
   QAction other;
   other.setShortcut(QKeySequence::Undo);
   QObject::connect(&other, &QAction::triggered, [] { ADD_FAILURE() << "not in the options"; });
@@ -148,7 +148,7 @@ TEST_F(IdeOptionsTest, AChangeMakesTheNodeStaleIsSavedAndCanBeTakenBack) {
   QTest::keyClick(&Grid(), Qt::Key_Z, Qt::ControlModifier);
   ASSERT_TRUE(ComesToShow(key, "for size|blinky-avr"));
   EXPECT_FALSE(undo->isEnabled());
-  // Redo by the window's menu, while the keyboard is here.
+  // Redo from the window's menu while the focus is here.
   for (QAction* const top : window->menuBar()->actions()) {
     if (top->text() != "&Edit") continue;
     Q_EMIT top->menu()->aboutToShow();
@@ -179,7 +179,7 @@ TEST_F(IdeOptionsTest, AValueThatDoesNotFitStaysInItsFieldWithTheReason) {
   EXPECT_EQ(line->text(), "-5");
   EXPECT_EQ(line->accessibleDescription(), problem->text());
   EXPECT_EQ(Shown(key), "16000000|set here");
-  // News of the same node don't take the text away either.
+  // Notifications about the same node don't discard the text either.
   window->Session().Manager().SavePropertyValue("Application", "Compiler", "Defines", "A=1");
   window->Session().Manager().Command(kCmdInvalidateNode);
   ComesToShow("Application.Compiler.Defines", "A=1|set here");
@@ -223,14 +223,14 @@ TEST_F(IdeOptionsTest, KeysTurnAYesIntoANoAndAListStartsFromWhatIsInherited) {
   QLineEdit* const line = Edit<QLineEdit>("C.Directories.Include");
   ASSERT_NE(line, nullptr);
   EXPECT_EQ(line->text(), "$(Inherited)");
-  // Looking at it sets nothing.
+  // Opening the editor without a change sets nothing.
   QTest::keyClick(line, Qt::Key_Return);
   RunUntil([] { return false; }, 200);
   EXPECT_FALSE(Row("C.Directories.Include")->IsOwn());
 }
 
 TEST_F(IdeOptionsTest, WhileABuildRunsTheOptionsCanBeReadAndNotChanged) {
-  // What is still being written belongs to it.
+  // A value that is being edited is included.
   QTest::keyClicks(Edit<QLineEdit>("C.Compiler.Extra"), "-v");
   window->Commands().Run(kCmdRebuildAll);
   ASSERT_TRUE(window->Commands().IsBuilding());

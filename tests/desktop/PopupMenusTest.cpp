@@ -1,4 +1,4 @@
-// The menus that the server's windows ask for, as the shipped configuration describes them.
+// The popup menus that the server's windows request, from the installed configuration.
 #include "hosts/desktop/PopupMenus.h"
 
 #include <QContextMenuEvent>
@@ -73,14 +73,14 @@ TEST_F(PopupMenusTest, AConfigurationIsChosenFromAListAndAddedByItsName) {
   });
   EntryOf(FindEntry("Configuration")->menu(), "Add")->trigger();
   EXPECT_TRUE(EntryOf(choices(), "Release")->isChecked());
-  // Nobody finds the name of another time behind it.
+  // The name of an earlier command must not be reused.
   window->Commands().Run(kCmdAddConfiguration);
   window->Commands().Run(kCmdSelectConfiguration);
   window->Session().Manager().ProjectSave();
   const QString saved =
       QString::fromStdString(testing::ReadBytes(folder / "blinky/blinky-avr.tapp"));
   EXPECT_EQ(saved.count("<Config Header=\"Release\" />"), 1);
-  // It has the options of the one that was in force.
+  // The new configuration has the options of the previously active one.
   EXPECT_EQ(saved.count("Value=\"atmega328p\""), 3);
 }
 

@@ -35,7 +35,7 @@ class ProblemMarksTest : public ::testing::Test {
     EXPECT_TRUE(tabs.OpenFile(folder / name, 0));
     return *tabs.Current();
   }
-  // "line kind message" of each that the editor has a symbol for, ordered by the line.
+  // Returns "line kind message" for each symbol in the editor, sorted by line.
   static std::string Shown(CodeEditor& editor) {
     std::string text;
     for (int line = 0; line < editor.lines(); ++line) {
@@ -63,7 +63,7 @@ TEST_F(ProblemMarksTest, EditorsShowWhatTheLastBuildSaidAboutTheirLines) {
   const std::string first = Message("1", folder / "a.c", 2, "w") + Message("1", "b.c", 1, "unused");
   WriteLog(first);
   EXPECT_EQ(Shown(early), "2 warning w; ");
-  // The build goes on: another about the same line, and one beyond the end.
+  // The build continues: one more message for the same line, and one beyond the end.
   WriteLog(first + Message("2", "./a.c", 2, "bad") + Message("2", "a.c", 99, "end"));
   EXPECT_EQ(Shown(early), "2 error w bad; 5 error end; ");
   CodeEditor& late = Open("b.c");
@@ -78,7 +78,7 @@ TEST_F(ProblemMarksTest, EditorsShowWhatTheLastBuildSaidAboutTheirLines) {
 TEST_F(ProblemMarksTest, StayWithTheirLinesWhileTheUserEdits) {
   struct Row {
     const char* what;
-    int line, column, endLine, endColumn;  // what is replaced
+    int line, column, endLine, endColumn;  // replaced range
     const char* by;
     const char* shown;
   };

@@ -1,4 +1,4 @@
-// From the problems of a real build to their lines.
+// Navigation from the problems of a real build to their lines.
 #include "hosts/desktop/ProblemNavigator.h"
 
 #include <QDockWidget>
@@ -29,7 +29,7 @@ class ProblemNavigatorTest : public testing::IdeFixture {
     ASSERT_TRUE(Choose("Build all"));
     ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
   }
-  // "file:line" of the place that the user looks at.
+  // Returns "file:line" of the cursor.
   std::string Place() {
     const CodeEditor* const editor = window->Editors().Current();
     if (editor == nullptr) return {};
@@ -57,7 +57,7 @@ TEST_F(ProblemNavigatorTest, LeadsRoundTheProblemsOfABuildAndFromAClickInLogAndR
   EXPECT_EQ(Place(), error);
   EXPECT_TRUE(Said().starts_with("Error 2 of 2: ")) << Said();
 
-  // A click on the warning's line in the log; the next problem is the one behind it.
+  // A click on the warning in the log; the next problem is the one after it.
   auto* const log = window->findChild<QPlainTextEdit*>();
   QTextCursor found;
   ASSERT_TRUE(RunUntil(
@@ -75,7 +75,7 @@ TEST_F(ProblemNavigatorTest, LeadsRoundTheProblemsOfABuildAndFromAClickInLogAndR
   ASSERT_TRUE(Choose("Next problem"));
   EXPECT_EQ(Place(), error);
 
-  // The same in the report.
+  // The same with the report.
   auto* const dock = window->findChild<QDockWidget*>("dock4006");
   dock->show();
   dock->raise();

@@ -1,4 +1,4 @@
-// Sources that have moved while a project was closed or open.
+// Sources that were moved while a project was closed or open.
 
 #include <QComboBox>
 #include <QDialog>
@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 class DesktopRelocate : public testing::IdeFixture {
  protected:
-  // Chooses the menu entry, and works on the dialog once its search has ended.
+  // Chooses the menu entry, and operates the dialog once its search has ended.
   void Relocate(const std::function<void(RelocateDialog&, QTreeWidget&)>& work) {
     bool isSeen = false;
     QTimer::singleShot(0, &*window, [&] {
@@ -89,7 +89,7 @@ TEST_F(DesktopRelocate, WhatIsLeftOutStaysAsItIs) {
   EXPECT_EQ(FileText(), before);
 }
 
-// The project can't be opened then, and its undo needs the file where it was.
+// The project can't be opened in this state, and undo requires the file at its old path.
 TEST_F(DesktopRelocate, AnApplicationThatHasMovedIsCorrectedInOneStep) {
   const std::string project = folder / "blinky/blinky-avr.tprj";
   const std::string before = testing::ReadBytes(project);

@@ -1,4 +1,4 @@
-// Saves and builds while a text is in conflict with its file.
+// Saving and building while a text is in conflict with its file.
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -13,7 +13,8 @@ namespace {
 
 class SaveConflictTest : public testing::IdeFixture {
  protected:
-  // A text in conflict, behind one that isn't, and a change of the project.
+  // A text in conflict in a background tab, a changed one in the current tab, and a change of the
+  // project.
   SaveConflictTest() {
     window->OpenPaths({Main()});
     window->Editors().Current()->insert("mine ");
@@ -26,7 +27,7 @@ class SaveConflictTest : public testing::IdeFixture {
 
   std::string Main() { return folder / "blinky/src/main.c"; }
   std::string Board() { return folder / "blinky/src/board.h"; }
-  // Presses the button with this text in the box that is about to come.
+  // Presses the button with this text in the next message box.
   void AnswerWith(const QString& button) {
     QTimer::singleShot(0, [this, button] {
       auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

@@ -1,4 +1,4 @@
-// What the user sees of a save that met another program's changes.
+// Messages to the user after a save that met another program's changes.
 #include <QDialog>
 #include <QLabel>
 #include <QMessageBox>
@@ -20,7 +20,7 @@ class SaveNoticeTest : public testing::IdeFixture {
   Banner& Shown() { return static_cast<EditorArea*>(window->centralWidget())->SaveBanner(); }
   Banner& Changed() { return static_cast<EditorArea*>(window->centralWidget())->ProjectBanner(); }
   std::string Application() { return testing::ReadBytes(folder / "blinky/blinky-avr.tapp"); }
-  // Another program gives led.c, or another node, this label.
+  // Changes a label in the file as another program would.
   void RenameThere(const std::string& label, const std::string& to) {
     std::string text = Application();
     const std::string wanted = "Header=\"" + label + "\"";

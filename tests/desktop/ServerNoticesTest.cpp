@@ -1,4 +1,4 @@
-// What the server tells in passing, as the user of the window sees it.
+// Notifications of the server in the window's status bar.
 #include "hosts/desktop/ServerNotices.h"
 
 #include <QLabel>
@@ -14,7 +14,7 @@ using testing::RunUntil;
 
 class ServerNoticesTest : public testing::IdeFixture {
  protected:
-  // Whether a label of the status bar gets this text.
+  // Waits until a label of the status bar has this text.
   bool Shows(const QString& text) {
     return RunUntil(
         [&] {

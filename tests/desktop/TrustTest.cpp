@@ -1,4 +1,4 @@
-// A project that wants to run a program of its own.
+// A project that wants to run a program from its own folder.
 
 #include <QPushButton>
 

@@ -1,4 +1,4 @@
-// What a user does with mouse and keys in the real window, and what becomes of the project.
+// A user's actions with mouse and keyboard in the real window, and their effect on the project.
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
@@ -17,20 +17,20 @@ class UserActionsTest : public testing::IdeFixture {
   std::string ParentOf(const QString& label) {
     return FindLine(label).parent().data().toString().toStdString();
   }
-  // Without letting go.
+  // Drags without releasing the button.
   void DragTo(QPoint onto) {
     QWidget* const lines = Tree().viewport();
     const QPoint from = PlaceOf("led.c");
     QTest::mousePress(lines, Qt::LeftButton, {}, from);
     for (int step = 1; step <= 10; ++step) {
-      // With the button held, which QTest's own moves are not.
+      // With the button pressed, unlike the moves of QTest.
       const QPointF place = from + (onto - from) * step / 10;
       QMouseEvent move(QEvent::MouseMove, place, lines->mapToGlobal(place), Qt::NoButton,
                        Qt::LeftButton, {});
       QApplication::sendEvent(lines, &move);
     }
   }
-  // Presses that button of the next question; false when none comes.
+  // Presses this button of the next message box; returns false if none appears.
   bool Answer(QMessageBox::StandardButton button, const std::function<void()>& asking) {
     bool isAsked = false;
     QTimer::singleShot(0, [&] {
@@ -44,7 +44,7 @@ class UserActionsTest : public testing::IdeFixture {
 };
 
 TEST_F(UserActionsTest, AGroupIsRenamedInItsPlaceAndEscapeLeavesIt) {
-  QCoreApplication::processEvents();  // that it is open
+  QCoreApplication::processEvents();  // opens it
   const auto rename = [&](const QString& from, const QString& to, Qt::Key end) {
     Select(from);
     if (end == Qt::Key_Escape) {
@@ -59,7 +59,7 @@ TEST_F(UserActionsTest, AGroupIsRenamedInItsPlaceAndEscapeLeavesIt) {
           return field != nullptr;
         },
         3000));
-    // The server still learns of the project meanwhile.
+    // The server is still loading the project in the meantime.
     const QPointer<QLineEdit> kept = field;
     RunUntil([] { return false; }, 500);
     ASSERT_NE(kept, nullptr);
@@ -80,7 +80,7 @@ TEST_F(UserActionsTest, AGroupIsRenamedInItsPlaceAndEscapeLeavesIt) {
 TEST_F(UserActionsTest, ANodeThatIsDraggedOntoAGroupGoesIntoIt) {
   ASSERT_EQ(ParentOf("led.c"), "Drivers");
   const QPoint onto = PlaceOf("Application");
-  // A drag that is let go of elsewhere, or given up, is over: the next click drops nothing.
+  // A drag that is released elsewhere or cancelled has ended: the next click drops nothing.
   DragTo({Tree().viewport()->width() + 50, onto.y()});
   QTest::mouseRelease(Tree().viewport(), Qt::LeftButton, {},
                       {Tree().viewport()->width() + 50, onto.y()});

@@ -1,4 +1,4 @@
-// The wizard in the real window, from its command to a built project.
+// The wizard in the real window, from the command to a built project.
 #include <QDialog>
 #include <QDir>
 #include <QLabel>
@@ -16,7 +16,7 @@ using testing::RunUntil;
 
 class WizardTest : public testing::IdeFixture {
  protected:
-  // Gives the command and does this in the dialog that comes; false when none does.
+  // Executes the command and operates its dialog; returns false if none appears.
   bool InWizard(const std::function<void(QDialog&)>& use,
                 const char* command = "New application...") {
     bool isUsed = false;

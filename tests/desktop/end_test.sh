@@ -1,9 +1,9 @@
-# Asks a running desktop program to end, as soon as it listens; it has to end well.
+# Sends SIGTERM to a running desktop program as soon as it handles it; it must exit normally.
 set -eu
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-# A thread of the toolkit may still be ending when the program exits, and its memory would count as
-# a leak. The tests of the windows look for leaks after their threads have ended.
+# A thread of the toolkit may still be ending when the program exits, and its memory would be
+# reported as a leak. The window tests check for leaks after their threads have ended.
 export ASAN_OPTIONS="${ASAN_OPTIONS:-}:detect_leaks=0"
 TARN_SETTINGS=$folder "$1" &
 pid=$!

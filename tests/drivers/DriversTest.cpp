@@ -14,7 +14,7 @@ std::string Text(std::int32_t number) {
   return std::to_string(number);
 }
 
-// The answers of all operations, each called once.
+// Calls each function once and returns the results.
 std::vector<std::string> CallAll(CPropertyManagerDriver& d) {
   d.EndParentLevel();
   d.BeginChildLevel();

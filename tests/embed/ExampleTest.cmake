@@ -1,4 +1,4 @@
-# Installs the build, makes the example program for embedding out of what arrived there, once with
+# Installs the build, builds the example program for embedding against the installation, once with
 # pkg-config and once with find_package, and runs it:
 #   cmake -DBUILD=... -DSCRATCH=... -DCC=... -DFLAGS=... -P ExampleTest.cmake
 file(REMOVE_RECURSE ${SCRATCH})
@@ -8,7 +8,7 @@ set(ENV{PKG_CONFIG_PATH} ${prefix}/lib/pkgconfig)
 unset(ENV{TARN_ROOT})
 unset(ENV{LD_LIBRARY_PATH})
 
-# Runs a command that has to end with `code`; what it says is in `said`.
+# Runs a command that must exit with `code`; its output is stored in `said`.
 function(run code)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE ended OUTPUT_VARIABLE out ERROR_VARIABLE err)
   if(NOT ended EQUAL code)
@@ -66,14 +66,14 @@ built: yes
   endif()
 endforeach()
 
-# What a compiler says of an error is shown.
+# A compiler's error message is shown.
 file(APPEND ${SCRATCH}/blinky-avr/src/main.c "#error \"a < b & c\"\n")
 run(1 ${SCRATCH}/cmake/embed-c ${SCRATCH}/blinky-avr/blinky-avr.tprj)
 if(NOT said MATCHES "main.c[^\n]* error: #error \"a < b & c\"\n" OR NOT said MATCHES "built: no\n")
   message(FATAL_ERROR "of an error in a source it says\n${said}")
 endif()
 
-# A project that was read only in part is refused.
+# A partially read project is refused.
 file(APPEND ${SCRATCH}/blinky-avr/blinky-avr.tapp "<<<<<<< HEAD\n")
 run(1 ${SCRATCH}/cmake/embed-c ${SCRATCH}/blinky-avr/blinky-avr.tprj)
 if(NOT said MATCHES "log: [^\n]*read only in part[^\n]*\nbuilt: no\n$")

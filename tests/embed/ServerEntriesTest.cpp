@@ -1,4 +1,4 @@
-// What the server's library exports, called as the system calls it.
+// The functions exported by the server's library, called as the OS would.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ namespace {
 constexpr const char* kProgId = "TarnProjectManager.ProjectManager";
 constexpr const char* kClassId = "{D9B8CA9D-D21F-48A2-8AC1-31865478798D}";
 
-// The settings are chosen before anything looks at them.
+// The settings folder must be set before the first access.
 const testing::ScratchFolder& Settings() {
   static const testing::ScratchFolder folder;
   static const int isSet = setenv("TARN_SETTINGS", folder.Path().c_str(), 1);

@@ -1,5 +1,5 @@
-// A program that knows nothing of Tarn but its C headers, and finds the server by its registration.
-// Under ctest each case is a process of its own, to which the library is new.
+// A program that uses nothing of Tarn except its C headers, and finds the server through its
+// registration. Under ctest each case is a separate process, so the library is loaded from scratch.
 
 #include <gtest/gtest.h>
 #include <tarn/load.h>
@@ -31,7 +31,7 @@ TEST_P(Stranger, MakesAndCallsTheServerOnceItIsRegistered) {
   TarnObject* manager = nullptr;
   ASSERT_EQ(tarn->CreateObject(GetParam(), &manager), TARN_OK) << tarn->LastError()->text;
   TarnVariant result;
-  // Before Init there is nothing to do, but everything to be called.
+  // Before Init every method can be called but does nothing.
   EXPECT_EQ(tarn->InvokeByName(manager, "getselectedapplication", nullptr, 0, &result), TARN_OK);
   EXPECT_EQ(result.kind, TARN_TEXT);
   EXPECT_EQ(result.as.text.length, 0u);

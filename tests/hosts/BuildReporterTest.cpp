@@ -19,7 +19,7 @@ const std::vector<LogEntry> kFailed = {
     {LogKind::Plain, "chatter", "", "", 0},
 };
 
-// "(0.1 s)" as "(T)".
+// Replaces "(0.1 s)" by "(T)".
 std::string WithoutTimes(std::string text) {
   for (std::size_t end = text.find(" s)"); end != std::string::npos; end = text.find(" s)")) {
     const std::size_t start = text.rfind('(', end) + 1;
@@ -28,7 +28,7 @@ std::string WithoutTimes(std::string text) {
   return text;
 }
 
-// What two of three tools leave on a console; times are replaced.
+// Returns the console output for two of three tools; times are replaced.
 std::string Tell(bool redraws, ReportDetail detail, const BuildOutcome& outcome) {
   std::ostringstream out;
   ConsoleStyle style;

@@ -7,7 +7,7 @@
 namespace tarn::host {
 namespace {
 
-// An application as it is written: each element on a line, below its parents by tabs.
+// Returns an application in the file format: one element per line, indented by tabs.
 std::string App(const std::string& content, const std::string& attributes = "Header=\"app\"") {
   std::string text = "<Application " + attributes + " Path=\".\\app.tapp\" >\n";
   for (const std::string_view line : Split(content, '\n')) {

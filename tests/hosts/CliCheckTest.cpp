@@ -14,7 +14,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The application of a project with one more option in line 3 and one more node in line 5.
+// Returns a project's application with an additional option in line 3 and an additional node in
+// line 5.
 std::string Application(const std::string& option, const std::string& node) {
   std::string sections = option;
   if (!option.empty() && !option.starts_with('<')) {
@@ -48,7 +49,7 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
       {"Linker.Script=x.ld", "", "Missing files\n  app.tapp:3: x.ld is missing (Linker.Script)\n"},
       {"Linker.Script=$(General.ApplicationDir)x.ld", "",
        "Missing files\n  app.tapp:3: x.ld is missing (Linker.Script)\n"},
-      // What tools make need not be there, nor a source that is searched for elsewhere.
+      // Outputs of tools need not exist, nor a source that is found in an additional folder.
       {"Linker.MapFile=maps/x.map", "", ""},
       {"Directories.AddSrcPaths=more", Node("C", ".\\src\\d.c"), "",
        [](CliProject& project) {
@@ -86,7 +87,7 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
        "Absolute paths\n  app.tapp:3: /usr/include is an absolute path (Directories.Include)\n"},
       {"", Node("C", ".\\src\\a&quot;b.c"), "",
        [](CliProject& project) { project.Write("src/a\"b.c", ""); }},
-      // A step up after a link leads from its target, as it does in a build.
+      // ".." after a link refers to the link's target, as in a build.
       {"Directories.Include=src/link/../inc", Node("C", ".\\src\\link\\..\\d.c"), "",
        [](CliProject& project) {
          fs::create_directories(project.PathOf("far/sub"));

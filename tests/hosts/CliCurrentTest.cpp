@@ -1,5 +1,5 @@
-// What makes outputs out of date, whatever the clock says: all changes come without a pause, within
-// the second of the build before.
+// Detection of outdated outputs independent of the clock: all changes are made without a pause,
+// within the same second as the build before.
 
 #include <gtest/gtest.h>
 
@@ -151,11 +151,11 @@ TEST(CliCurrent, WhatChangedIsBuiltOnceAndNothingElse) {
   }
 }
 
-// The change is older than the object: only a comparison with the state before the run shows it.
+// The change is older than the object: it shows only in a comparison with the state before the run.
 TEST(CliCurrent, WhatChangesWhileACompilerRunsIsCompiledAgain) {
   struct {
     const char* name;
-    const char* command;  // of the shell, after the compiler
+    const char* command;  // shell command, run after the compiler
   } const rows[] = {
       {"the source is saved", "echo 'int c(void) { return X + 8; }' >> src/c.c"},
       {"a header comes that is found before another", "echo '#define X 2' > inc1/x.h"},
@@ -188,10 +188,10 @@ TEST(CliCurrent, WhatChangesWhileACompilerRunsIsCompiledAgain) {
   }
 }
 
-// Edits a file that an option of the link names.
+// Edits a file named by an option of the linker.
 TEST(CliCurrent, FilesThatLinkerArgumentsNameAreFollowed) {
   const char* const rows[][3] = {
-      // Arguments, the file that comes or changes, its text.
+      // Arguments, the file that is created or changed, its content.
       {"lib/a.ld", "lib/a.ld", "PROVIDE(p = 2);\n"},
       {"-Wl,--start-group,lib/a.ld,--end-group", "lib/a.ld", "PROVIDE(p = 3);\n"},
       {"-Xlinker lib/a.ld", "lib/a.ld", "PROVIDE(p = 4);\n"},
@@ -225,7 +225,7 @@ TEST(CliCurrent, FilesThatLinkerArgumentsNameAreFollowed) {
   }
 }
 
-// Edits or adds a file that the compiler or its assembler reads, or removes it if there is no text.
+// Edits or adds a file that the compiler or its assembler reads, or removes it if the text is null.
 TEST(CliCurrent, WhatACompilerReadsIsFollowed) {
   const struct {
     const char* options;
@@ -292,7 +292,7 @@ TEST(CliCurrent, AKilledBuildGoesOnWhereItWas) {
 
 TEST(CliCurrent, ASecondBuildWaitsOrFails) {
   CliProject project;
-  // The first build lasts until the last one has said that it waits.
+  // The first build lasts until the last one has reported that it is waiting.
   project.AddProgram("gcc",
                      "#!/bin/sh\nfor i in $(seq 200); do [ -e go ] || sleep 0.1; done\n"
                      "exec /usr/bin/gcc \"$@\"\n");
@@ -305,7 +305,7 @@ TEST(CliCurrent, ASecondBuildWaitsOrFails) {
     project.ExpectRefusal({"build", "--no-wait", "demo.tprj"}, 3, "Another build of this project");
     const auto refused = project.Run({"build", "--no-wait", "--json", "demo.tprj"});
     EXPECT_TRUE(Has(refused.out, "\"result\": \"refused\"")) << refused.out;
-    // A project with the same application.
+    // A different project with the same application.
     project.ExpectRefusal({"build", "--no-wait", "twin.tprj"}, 3, "Another build");
     const auto second = project.RunProgram("/bin/sh", {"-c", untilItWaits, TARN_PROGRAM});
     EXPECT_TRUE(Has(second.out, "Waiting for another build")) << second.out;

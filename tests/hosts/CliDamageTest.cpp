@@ -1,4 +1,4 @@
-// Projects of which something was lost when they were read.
+// Projects whose files were damaged when they were read.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace {
 using Json = nlohmann::json;
 using Words = std::vector<std::string>;
 
-// Text between two sources, on the second line.
+// Inserts text between two sources, on the second line.
 void DamageApplication(CliProject& project) {
   std::string text = project.Read("app.tapp");
   project.Write("app.tapp", text.insert(text.find("<C Header=\"b.c\""), "left over"));
@@ -146,7 +146,8 @@ TEST(CliDamage, AProjectThatHasLostItsApplicationIsNotBuiltAndAnEmptyOneIs) {
   EXPECT_TRUE(Has(project.Out({"status"}), "no application"));
 }
 
-// What is cut is named, or nothing is missing; one damaged file that is added counts as well.
+// Either the truncation is reported, or nothing is missing; a single damaged file that is added is
+// reported too.
 TEST(CliDamage, ACutProjectIsNeverBuilt) {
   CliProject project;
   const std::string bytes = project.Read("app.tapp");

@@ -1,4 +1,4 @@
-// Projects as earlier versions wrote them, with derived attributes and growing indentation.
+// Projects written by earlier versions, with derived attributes and growing indentation.
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The lines that hold anything.
+// Returns the non-empty lines.
 std::multiset<std::string> LinesOf(const std::string& text) {
   std::multiset<std::string> lines;
   for (const std::string_view line : Split(text, '\n')) {
@@ -33,7 +33,7 @@ std::size_t CountMissing(const std::string& from, const std::string& in) {
 
 struct EarlierProject {
   const char* name;
-  std::vector<std::string> files;  // those of the project
+  std::vector<std::string> files;  // files of the project
   const char* built;
 };
 

@@ -8,7 +8,7 @@
 namespace tarn::host {
 namespace {
 
-// The tree without its first line, which names the project.
+// Returns the tree without the first line, which names the project.
 std::string TreeOf(CliProject& project) {
   const std::string tree = project.Run({"tree", "demo.tprj"}).out;
   return tree.substr(tree.find('\n') + 1);
@@ -23,9 +23,9 @@ TEST(CliEdit, CommandsChangeTheTreeOnDisk) {
   const std::string all = app + kSources;
   const struct {
     const char* name;
-    std::vector<std::vector<std::string>> commands;  // all end well
-    std::string out;                                 // of the last one
-    std::string tree;                                // afterwards, read anew from disk
+    std::vector<std::vector<std::string>> commands;  // all succeed
+    std::string out;                                 // output of the last one
+    std::string tree;                                // afterwards, reloaded from disk
   } cases[] = {
       {"add to the application",
        {{"add", "demo.tprj", "src/d.c"}},
@@ -71,7 +71,7 @@ TEST(CliEdit, CommandsChangeTheTreeOnDisk) {
   }
 }
 
-// The project notes the active application by its label.
+// The project identifies the active application by its label.
 TEST(CliEdit, OfTwoApplicationsWithOneLabelNoneIsSelected) {
   CliProject project;
   project.WriteProject({{"app", {"a.c"}}, {"second", {"b.c"}}});
@@ -96,7 +96,7 @@ TEST(CliEdit, SelectPutsAnotherApplicationInForceAndAnAddedOneIsActive) {
   EXPECT_TRUE(Has(tree, "      b.c  src/b.c\n")) << tree;
 }
 
-// Both applications have a group of the same label, and the same file in it.
+// Both applications have a group with the same label, which contains the same file.
 TEST(CliEdit, ANodeThatBothHaveIsNamedByItsApplication) {
   const std::string one = "  one  [Standard]  (active)  one.tapp\n";
   const std::string two = "  two  [Standard]  two.tapp\n";
@@ -128,7 +128,7 @@ TEST(CliEdit, ANodeThatBothHaveIsNamedByItsApplication) {
   for (const auto& each : cases) {
     CliProject project;
     project.WriteProject({{"one", {"a.c", "b.c"}}, {"two", {"a.c"}}});
-    // Its label is not meant where an application has it.
+    // The project's label is ignored if an application has the same one.
     std::string file = project.Read("demo.tprj");
     project.Write("demo.tprj", file.replace(file.find("Project 'demo'"), 14, "two"));
     project.Write("src/d.c", "int d;\n");

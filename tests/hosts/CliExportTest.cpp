@@ -9,7 +9,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-// "c.c in Fast" for every entry, with what is the same in all of them checked on the way.
+// Returns "c.c in Fast" for every entry, and checks the common fields.
 std::vector<std::string> SourcesOf(const CliProject& project, const std::string& text) {
   std::vector<std::string> list;
   for (const Json& each : Json::parse(text, nullptr, false)) {
@@ -41,12 +41,12 @@ TEST(CliExport, CompileCommandsNameEverySourceInEveryConfigurationAndRunNothing)
   EXPECT_FALSE(project.Exists("build"));
   EXPECT_EQ(project.Run({"export", "compile-commands"}).out,
             "unchanged compile_commands.json  (6 commands)\n");
-  // Into the output, one configuration alone; in whatever case it is written.
+  // A single configuration, in any letter case, written to the standard output.
   EXPECT_EQ(
       SourcesOf(project, project.Run({"export", "compile-commands", "-c", "fast", "-o", "-"}).out),
       fast);
   EXPECT_EQ(project.Read("app.tapp"), before);
-  // The configuration in force comes first: editors take the first entry of a file.
+  // The active configuration comes first, because editors use the first entry of a file.
   ASSERT_EQ(project.Run({"config", "select", "Fast"}).code, 0);
   std::vector<std::string> turned = fast;
   turned.insert(turned.end(), standard.begin(), standard.end());
@@ -127,8 +127,8 @@ TEST(CliExport, SarifTellsWhetherTheLastBuildWentWellAndWhatItFound) {
   EXPECT_EQ(run["results"][0]["ruleId"], "-Wunused-variable");
 }
 
-// An editor's language server has to find the example's own headers and those of the cross compiler
-// through the exported commands.
+// A language server must find the example's own headers and those of the cross compiler through the
+// exported commands.
 TEST(CliExport, ALanguageServerReadsTheExampleThroughTheCommands) {
   for (const char* program : {"clangd", "avr-gcc"}) {
     if (FindProgram(program).empty()) GTEST_SKIP() << program << " isn't on this machine";
@@ -145,7 +145,7 @@ TEST(CliExport, ALanguageServerReadsTheExampleThroughTheCommands) {
   EXPECT_EQ(good.code, 0) << good.err;
   EXPECT_TRUE(Has(good.err, "All checks completed, 0 errors")) << good.err;
   EXPECT_TRUE(Has(good.err, "-DF_CPU=16000000UL")) << good.err;
-  // Without them it doesn't, so the check above says something.
+  // Without them it fails, which shows that the check above is effective.
   std::filesystem::remove(project.PathOf("example/compile_commands.json"));
   EXPECT_TRUE(Has(check().err, "'drivers/led.h' file not found"));
 }

@@ -1,4 +1,4 @@
-// Files that can't be read or written: which file, and the system's reason.
+// Files that can't be read or written: the error names the file and the system's reason.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 enum class Instead { Folder, Loop, LinkToNothing, Pipe };
 
-// Puts something in the place of a file, or where none is yet.
+// Replaces or creates a file.
 void Put(Instead what, const std::string& path) {
   fs::remove_all(path);
   fs::create_directories(fs::path(path).parent_path());
@@ -183,7 +183,7 @@ TEST(CliFiles, AChangeThatCanNotBeSavedIsToldAndChangesNothing) {
   EXPECT_EQ(answer.code, 3);
   const std::string path = project.PathOf("app.tapp");
   EXPECT_TRUE(Has(answer.err, path + " can't be saved: the file is read-only\n")) << answer.err;
-  // Both files of the project have the label of an application.
+  // The label of an application is stored in both files of the project.
   const std::string label = project.Run({"rename", "app.tapp", "other"}).err;
   EXPECT_TRUE(Has(label, "demo.tprj can't be saved: " + path + ": the file is read-only")) << label;
   EXPECT_TRUE(Has(project.Read("demo.tprj"), "ActiveApp=\"app\""));

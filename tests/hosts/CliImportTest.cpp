@@ -1,5 +1,5 @@
-// Projects of the older form, from the file to the program that is built of it, with the script
-// that is shipped; and what the command says to a script of any other kind.
+// Import of projects in the old format, from the file to the built program, with the installed
+// script; and the errors for scripts of other kinds.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -47,7 +47,7 @@ constexpr const char* kRemarks =
     "tarn: old.prj:21: notes.txt is carried over, but there is no such file\n"
     "tarn: old.prj:24: src/main.c is there twice; the first one counts\n";
 
-// The options of one configuration of the project above.
+// Returns the options of one configuration of the project above.
 std::string OptionsOf(const std::string& configuration, const std::string& optimize) {
   return "\t\t<Config Header=\"" + configuration +
          "\" >\r\n"
@@ -88,7 +88,7 @@ const std::string kApplication =
     "\t</Group>\r\n"
     "</Application>";
 
-// A folder with the sources of the project above and nothing else.
+// A folder that contains only the sources of the project above.
 struct OlderProject : CliProject {
   OlderProject() {
     std::filesystem::remove(PathOf("demo.tprj"));
@@ -148,7 +148,7 @@ TEST(CliImport, AWorkspaceBecomesAProjectOfSeveralApplications) {
             "    boot.c  boot/boot.c\n");
   EXPECT_EQ(project.Run({"build", "--app", "old & new 2"}).code, 0);
   EXPECT_EQ(project.RunProgram(project.PathOf("boot/build/Standard/boot"), {}).code, 0);
-  // One that can't be converted costs only itself, and the user is told.
+  // A project that can't be converted is left out, and the user is informed.
   project.Write("part.stw", "[Workspace]\nForm = 1\nProject = gone.prj\nProject = old.prj\n");
   const auto part = project.Run({"import", "part.stw"});
   EXPECT_EQ(part.code, 3);
@@ -278,7 +278,7 @@ TEST(CliImport, EachEndOfAScriptHasItsAnswerAndExitCode) {
   }
 }
 
-// The project of an earlier conversion would pass for that of this one.
+// The project of an earlier conversion must not be taken for the result of this one.
 TEST(CliImport, AScriptThatWasCutConvertsNothing) {
   OlderProject project;
   const std::string script = project.Read(project.Script());
@@ -298,7 +298,7 @@ TEST(CliImport, WhatIsNoOlderProjectIsTold) {
   EXPECT_EQ(project.Run({"import", "gone.prj"}).code, 3);
   EXPECT_EQ(project.Run({"import", "src"}).code, 3);
   EXPECT_EQ(project.Run({"import", "demo.tprj"}).code, 2);
-  // Other commands start no script.
+  // Other commands don't start a script.
   project.Write("old.prj", kOlder);
   const auto build = project.Run({"build", "old.prj"});
   EXPECT_EQ(build.code, 3);

@@ -1,4 +1,4 @@
-// Files that the tools read without being told, or would read if they were there.
+// Files that the tools read implicitly, or would read if they existed.
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ Change Removes(const std::string& file) {
   return [=](CliProject& p) { fs::remove_all(p.PathOf(file)); };
 }
 
-// Edits a file so that neither its size nor its time shows it.
+// Edits a file without changing its size or modification time.
 Change EditsUnseen(const std::string& file, const std::string& from, const std::string& to) {
   return [=](CliProject& p) {
     const auto time = fs::last_write_time(p.PathOf(file));
@@ -32,7 +32,7 @@ Change EditsUnseen(const std::string& file, const std::string& from, const std::
   };
 }
 
-// Runs a program in the project's folder, which has to succeed.
+// Runs a program in the project's folder; it must succeed.
 Change Runs(const std::string& command) {
   return [=](CliProject& p) { EXPECT_EQ(p.RunProgram("/bin/sh", {"-c", command}).code, 0); };
 }
@@ -41,7 +41,7 @@ struct Row {
   const char* name;
   const char* compiler;  // options
   const char* linker;
-  const char* source;  // that x.c begins with
+  const char* source;  // start of x.c
   Change before;
   Change change;
   const char* built = "x.c app";
@@ -51,7 +51,7 @@ void ExpectBuilt(const std::vector<Row>& rows) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
     CliProject project;
-    project.Trust();  // some rows have programs of their own
+    project.Trust();  // some rows run programs of the project
     project.WriteProject({{"app", {"x.c", "c.c"}}});
     for (const char* folder : {"inc1", "inc2", "tools"}) {
       fs::create_directory(project.PathOf(folder));
@@ -269,7 +269,7 @@ TEST(CliInputs, LinkTimeOptimizationKeepsTheCompilersQuiet) {
   EXPECT_EQ(Built(project.Out({"build"})), "c.c app");
 }
 
-// Flags of a makefile, which ask for files of rules of their own.
+// Compiler flags from a makefile that request separate dependency files.
 TEST(CliInputs, OptionsForDependenciesHideNone) {
   CliProject project;
   int edits = 0;

@@ -1,4 +1,4 @@
-// What a command does where the machine has too little for it, or no place for its own files.
+// Commands with insufficient resources, or without a folder for their own files.
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ CliProject::Answer RunLimited(CliProject& project, const std::string& limit,
       "/bin/sh", {"-c", limit + "; exec \"$0\" \"$@\"", TARN_PROGRAM, command, "demo.tprj"});
 }
 
-// It ends by itself, says why it failed, and what it has recorded is true.
+// The program exits normally, reports the reason, and its records are correct.
 TEST(CliLimits, TooLittleOfSomethingIsAnErrorAndNothingElse) {
   std::vector<std::string> limits;
   for (const int files : {4, 6, 8, 10, 12, 16, 20, 24, 32, 64}) {
@@ -46,7 +46,7 @@ TEST(CliLimits, TooLittleOfSomethingIsAnErrorAndNothingElse) {
   }
 }
 
-// The compiler has another folder for its own files.
+// The compiler uses a different temporary folder.
 TEST(CliLimits, WithoutAPlaceForTemporaryFilesTheLogIsWholeAnyway) {
   CliProject project;
   for (const char* name : {"gcc", "g++"}) {
@@ -62,7 +62,7 @@ TEST(CliLimits, WithoutAPlaceForTemporaryFilesTheLogIsWholeAnyway) {
   for (const auto& each : fs::directory_iterator(project.PathOf("../settings/data"))) {
     EXPECT_FALSE(Has(each.path().string(), "opj")) << "the log is removed at the end";
   }
-  // Nor has it one among the user's data.
+  // There is no folder in the user's data either.
   fs::remove_all(project.PathOf("../settings/data"));
   project.Write("../settings/data", "");
   const auto nowhere = project.Run({"rebuild"});
@@ -70,7 +70,7 @@ TEST(CliLimits, WithoutAPlaceForTemporaryFilesTheLogIsWholeAnyway) {
   EXPECT_TRUE(Has(nowhere.out, "The log can't be written to ")) << nowhere.out;
 }
 
-// No folder of the user's is needed to look at a project, to build and to make one.
+// Viewing, building and creating a project don't require any user folder.
 TEST(CliLimits, AnUnusableHomeIsNoReasonToFail) {
   for (const char* home : {"/dev/null", "/proc/self/none"}) {
     SCOPED_TRACE(home);

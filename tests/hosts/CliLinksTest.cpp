@@ -1,5 +1,5 @@
-// Symbolic links in the place of files that the program names itself: a project from elsewhere can
-// bring them along, and nothing may be written where they lead.
+// Symbolic links in place of files that the program names itself: a project from elsewhere may
+// contain them, and nothing may be written to their targets.
 
 #include <gtest/gtest.h>
 
@@ -37,7 +37,7 @@ TEST(CliLinks, NothingIsWrittenWhereAPlantedLinkLeads) {
       if (row.command[0] == "export") project.Out({"build"});
       const std::string target = outside.PathOf("file");
       const bool isNew = row.command[0] == "add";
-      if (isNew && !isDangling) continue;  // the user means that file
+      if (isNew && !isDangling) continue;  // the user specified that file
       if (!isDangling) outside.Write("file", "precious");
       fs::create_symlink(target, project.PathOf(row.link));
       const auto answer = project.Run(row.command);
@@ -66,7 +66,7 @@ TEST(CliLinks, ACopyTakesANameThatNoLinkHas) {
   EXPECT_EQ(project.Read("app.tapp.bak2"), damaged);
 }
 
-// The user may have made it on purpose, and it leads to another file of the project.
+// The link may be intentional, and its target is another file of the project.
 TEST(CliLinks, AProjectFileThatIsALinkIsSavedWhereItLeads) {
   CliProject project;
   fs::create_directory(project.PathOf("shared"));
@@ -77,7 +77,7 @@ TEST(CliLinks, AProjectFileThatIsALinkIsSavedWhereItLeads) {
   EXPECT_TRUE(Has(project.Read("shared/app.tapp"), "A=1"));
 }
 
-// Bytes of the journal are appended in place, so also a further name of it would change.
+// The journal is appended to in place, so a hard link to it would change as well.
 TEST(CliLinks, AFurtherNameOfTheJournalKeepsItsBytes) {
   CliProject project;
   project.Out({"build"});

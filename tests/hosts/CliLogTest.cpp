@@ -14,7 +14,7 @@ using std::chrono::milliseconds;
 
 constexpr const char* kEnd = "Finished.";
 
-// A compiler that has to be let go before it compiles c.c; it gives up after ten seconds.
+// A compiler that must be released before it compiles c.c; it exits after ten seconds.
 constexpr const char* kWaitingCompiler =
     "#!/bin/sh\n"
     "case \"$*\" in *c.c*)\n"
@@ -55,7 +55,7 @@ TEST(CliLog, UntilEndWaitsForTheEndOfTheNextBuild) {
     });
   });
   WaitFor(isFollowing);
-  // Times count in whole seconds, and the same build leaves the same log.
+  // Times have a resolution of one second, and the same build produces the same log.
   std::this_thread::sleep_for(milliseconds(1100));
   project.Out({"rebuild"});
   const auto followed = following.get();

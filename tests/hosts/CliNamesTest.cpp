@@ -10,7 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The last line of a build without its time: "Built 4 files".
+// Returns the last line of a build without the time: "Built 4 files".
 std::string EndOf(const CliProject::Answer& answer) {
   const std::string text = answer.out.substr(0, answer.out.rfind(" ("));
   return text.substr(text.rfind('\n') + 1);
@@ -24,7 +24,7 @@ void Rename(const CliProject& project, const std::string& from, const std::strin
   fs::rename(project.PathOf(from), project.PathOf(to));
 }
 
-// The application with these elements in front of its sources.
+// Inserts these elements before the application's sources.
 void AddNodes(CliProject& project, const std::string& nodes) {
   std::string text = project.Read("app.tapp");
   project.Write("app.tapp", text.insert(text.find("<Group "), nodes));
@@ -102,7 +102,7 @@ TEST(CliNames, OneFileUnderTwoNamesIsBuiltOnce) {
     EXPECT_EQ(EndOf(built), "Built 4 files, 1 warning") << built.out;
     EXPECT_TRUE(Has(built.out, "c.c: warning: is listed more than once")) << built.out;
     EXPECT_EQ(Build(project), "Nothing to do");
-    // A file of its own is built, too.
+    // A separate file is built, too.
     fs::create_directories(project.PathOf("SRC"));
     project.Write("src/C.c", "int d;\n");
     project.Write("SRC/c.c", "int e;\n");
@@ -118,7 +118,7 @@ TEST(CliNames, ANameMeansTheFileThatHasIt) {
   project.ExpectRefusal({"options", "set", "-n", "src/A.c", "Build.Exclude", "Yes"}, 2, "src/A.c");
   EXPECT_EQ(project.Out({"add", "src/A.c"}), "added src/A.c\n");
   EXPECT_EQ(project.Out({"remove", "SRC/b.c"}), "removed SRC/b.c\n");
-  // Before anything is built, each has its own command.
+  // Even before the first build each has its own command.
   const std::string commands = project.Out({"export", "compile-commands", "-o", "-"});
   EXPECT_TRUE(Has(commands, "src/a.c.o")) << commands;
   EXPECT_TRUE(Has(commands, "src/A.c.o")) << commands;
@@ -169,7 +169,7 @@ TEST(CliNames, ARenameByLetterCaseIsAChange) {
     EXPECT_TRUE(Build(project).starts_with(each.end));
     if (std::string(each.end) == "Failed") continue;
     EXPECT_EQ(Build(project), "Nothing to do");
-    // The objects of the former name are still good.
+    // Objects of the former name are still up to date.
     Rename(project, each.to, each.from);
     EXPECT_EQ(Build(project), "Built 1 file");
     EXPECT_EQ(Build(project), "Nothing to do");
@@ -277,10 +277,10 @@ TEST(CliNames, TwoSourcesWithOneOutputAreAnError) {
   EXPECT_TRUE(Has(built.out, "src/a.c and ")) << built.out;
   EXPECT_TRUE(Has(built.out, "have the same output file")) << built.out;
   EXPECT_FALSE(project.Exists("build/same.o"));
-  // One that isn't built does no harm.
+  // An excluded file causes no conflict.
   project.Out({"options", "set", "-n", "src/c.c", "Build.Exclude", "Yes"});
   EXPECT_EQ(Build(project), "Built 3 files");
-  // Names that differ in letter case are two files.
+  // Names that differ only in letter case are different files.
   project.Out({"options", "set", "-n", "src/c.c", "Build.Exclude", "No"});
   project.Out({"options", "set", "-n", "src/c.c", "Build.OutputFile", "build/Same.o"});
   EXPECT_EQ(Build(project), "Built 2 files");
@@ -363,7 +363,7 @@ TEST(CliNames, ApplicationsWithLabelsThatDifferInLettersOnlyAreApart) {
   EXPECT_TRUE(Has(project.Out({"run", "x.lua"}), "several applications"));
   EXPECT_FALSE(project.Exists("build/Standard/app"));
 
-  // Labels that are equal leave the path alone.
+  // Equal labels don't affect selection by path.
   for (const char* file : {"demo.tprj", "app.tapp"}) {
     std::string text = project.Read(file);
     text.replace(text.find("Header=\"app\""), 12, "Header=\"App\"");

@@ -7,14 +7,14 @@
 namespace tarn::host {
 namespace {
 
-// The whole road of a new project: a microcontroller of the catalogue, the wizard that nobody sees,
-// the script of the target, a compiler for it.
+// Creation of a project from start to finish: a microcontroller of the catalogue, the hidden
+// wizard, the script of the target, and a compiler for it.
 TEST(CliNew, AProjectForATargetIsBuiltForThatTarget) {
   const struct {
     const char* name;
     std::vector<std::string> more;
     const char* target;
-    const char* machine;  // option and value that the target brings along
+    const char* machine;  // option and value set by the target
     const char* program;
   } rows[] = {
       {"avr", {}, "atmega328p", "atmega328p", "build/Standard/avr.elf"},
@@ -32,7 +32,7 @@ TEST(CliNew, AProjectForATargetIsBuiltForThatTarget) {
               std::string(row.machine) + "\n");
     EXPECT_TRUE(Has(project.Out({"tree", name}), "Sources")) << row.name;
     const auto built = project.Run({"build", name});
-    if (built.code == 4) continue;  // without that compiler
+    if (built.code == 4) continue;  // that compiler is not installed
     EXPECT_EQ(built.code, 0) << built.out << built.err;
     EXPECT_TRUE(project.Exists(name + "/" + row.program)) << built.out;
     EXPECT_TRUE(Has(project.Out({"build", name}), "Nothing to do")) << row.name;
@@ -71,7 +71,7 @@ TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
   EXPECT_FALSE(project.Exists("taken/taken.tprj"));
 }
 
-// What changes a project and what undoes that.
+// Pairs of changes that cancel each other.
 const std::vector<std::vector<std::string>> kThereAndBack[] = {
     {{"add", "one", "src/d.c"}, {"remove", "one", "src/d.c"}},
     {{"options", "set", "Compiler.Defines", "X", "one"},

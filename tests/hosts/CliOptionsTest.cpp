@@ -79,7 +79,7 @@ TEST(CliConfig, EveryConfigurationKeepsItsOwnOutputsAndRecords) {
 
   EXPECT_EQ(project.Run({"config", "add", "Slow"}).code, 0);
   EXPECT_EQ(project.Run({"config", "add", "SLOW"}).code, 2);
-  // What is built lies in a folder of that name.
+  // Outputs are stored in a folder of that name.
   project.ExpectRefusal({"config", "add", "../x"}, 2, "A configuration's name can't hold /");
   EXPECT_EQ(project.Run({"config", "select", "Fast"}).code, 0);
   EXPECT_EQ(project.Run({"config", "select", "Other"}).code, 2);
@@ -113,7 +113,7 @@ TEST(CliConfig, ANewConfigurationHasTheOptionsOfOneThatIsThere) {
     EXPECT_EQ(get("Compiler.Warnings", "app"), std::string(row.warnings) + "\n");
     EXPECT_EQ(project.Out({"config", "list"}), "app\n* Standard\n  Fast\n  Copy\n");
   }
-  // A name that is only in the stored options, left from a configuration that was taken out.
+  // A configuration that was removed but still has stored options.
   project.Write("app.tapp", before);
   project.Out({"options", "set", "Compiler.Defines", "OLD", "-c", "Fast"});
   std::string orphaned = project.Read("app.tapp");
@@ -144,7 +144,7 @@ TEST(CliConfig, ADeviceThatIsNotSetIsAnErrorOfTheBuildThatNamesTheOption) {
   EXPECT_TRUE(Has(project.Out({"options", "list", "-c", "Bare"}), "(needs a value)"));
   project.ExpectRefusal({"options", "set", "Target.Device", "", "-c", "Bare"}, 2,
                         "A value is needed");
-  // Edited by hand: a blank is no device either.
+  // Edited by hand: a space is not a device either.
   project.Out({"options", "set", "Target.Device", "atmega88", "-c", "Bare"});
   std::string text = project.Read("app.tapp");
   text.replace(text.find("atmega88"), 8, " ");
@@ -152,7 +152,7 @@ TEST(CliConfig, ADeviceThatIsNotSetIsAnErrorOfTheBuildThatNamesTheOption) {
   build = project.Run({"build", "-c", "Bare"});
   EXPECT_EQ(build.code, 1) << build.out;
   EXPECT_TRUE(Has(build.out, said)) << build.out;
-  // A new project says what it is for.
+  // A new project specifies its device.
   project.Out({"new", "fresh"});
   EXPECT_TRUE(Has(project.Read("fresh/fresh.tapp"), "\"atmega328p\""));
 }

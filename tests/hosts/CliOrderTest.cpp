@@ -7,8 +7,8 @@ namespace {
 
 constexpr const char* kLibrary = "build/Standard/libcore.a";
 
-// An application "prog" in front of the library "core" that it links; "util" has nothing to do with
-// either.
+// An application "prog" that is listed before the library "core" that it links; "util" is
+// independent of both.
 class CliOrder : public ::testing::Test {
  protected:
   CliOrder() {
@@ -29,7 +29,7 @@ class CliOrder : public ::testing::Test {
     text.insert(text.rfind("</Application>"), element);
     project.Write(application + ".tapp", text);
   }
-  // The applications whose tools ran, in order.
+  // Returns the applications whose tools ran, in order.
   std::string Links(const std::string& out) {
     std::string links;
     for (std::size_t at = out.find("] build/"); at != out.npos; at = out.find("] build/", at + 1)) {
@@ -75,13 +75,13 @@ TEST_F(CliOrder, WhatAnApplicationLinksIsBuiltBeforeIt) {
     const std::string all = project.Out({"build"});
     EXPECT_EQ(Links(all), "libcore.a prog util ") << all;
     EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
-    // Alone, too, with what it links and nothing else.
+    // A single application is built with its dependency and nothing else.
     project.Out({"clean"});
     const std::string one = project.Out({"build", "--app", "prog"});
     EXPECT_EQ(Links(one), "libcore.a prog ") << one;
     EXPECT_TRUE(Has(one, "[6/6] build/Standard/prog")) << one;
     EXPECT_TRUE(Has(project.Out({"build", "--app", "prog"}), "Nothing to do"));
-    // The library comes first, in a build of its own.
+    // The library is built first, separately.
     project.Touch("src/a.c");
     project.Out({"build", "--app", "core"});
     EXPECT_EQ(Links(project.Out({"build", "--app", "prog"})), "prog ");

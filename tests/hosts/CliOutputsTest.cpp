@@ -1,4 +1,4 @@
-// Outputs that are none: a project may name any file as one.
+// Files that must not be treated as outputs, although a project may name any file as one.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 TEST(CliOutputs, WhatIsNoProductIsNeitherOverwrittenNorDeleted) {
   const struct {
-    const char* file;  // that stays as it is
+    const char* file;  // must remain unchanged
     const char* output;
     const char* reason;
   } rows[] = {
@@ -66,7 +66,7 @@ TEST(CliOutputs, WhatIsNoProductIsNeitherOverwrittenNorDeleted) {
   }
 }
 
-// What a build made is its to delete, wherever it is.
+// A build may delete its own products, wherever they are.
 TEST(CliOutputs, AProductOutsideIsDeletedAsLongAsItIsTheOneThatWasMade) {
   CliProject project;
   project.Trust();
@@ -87,7 +87,7 @@ TEST(CliOutputs, AProductOutsideIsDeletedAsLongAsItIsTheOneThatWasMade) {
   EXPECT_EQ(outside.Read("a.o"), "somebody's");
 }
 
-// Also before they are there: what a tool left in their place would pass for theirs.
+// Also refused before these files exist: a tool's output would be mistaken for them.
 TEST(CliOutputs, FilesOfTheProgramItselfAreNoOutputsOfAnyOption) {
   const struct {
     const char* option;
@@ -122,7 +122,7 @@ TEST(CliOutputs, FilesOfTheProgramItselfAreNoOutputsOfAnyOption) {
                                 project.Read("../settings/state/trusted")};
     for (const char* command : {"rebuild", "clean"}) {
       const auto answer = project.Run({command});
-      if (*command == 'c' && row.option[0] != 'B') continue;  // it deletes no others
+      if (*command == 'c' && row.option[0] != 'B') continue;  // clean deletes no others
       EXPECT_EQ(answer.code, *command == 'r' ? 1 : 0) << answer.err;
       const std::string said = std::string(row.file) + " is named as an output by the option " +
                                (*row.option == 'C' ? "Compiler.Extra" : row.option) + ", but ";
@@ -141,7 +141,8 @@ TEST(CliOutputs, FilesOfTheProgramItselfAreNoOutputsOfAnyOption) {
   project.Out({"build"});
 }
 
-// Names of all files below the project's folder but those that Tarn keeps beside the project.
+// Returns the names of all files below the project's folder, except for those that Tarn stores next
+// to the project.
 std::set<std::string> FilesOf(const CliProject& project) {
   std::set<std::string> names;
   const fs::path folder = fs::path(project.PathOf("")).parent_path();
@@ -160,7 +161,7 @@ TEST(CliOutputs, CleanDeletesWhatWasMadeAndNothingElse) {
   project.Out({"options", "set", "C.Compiler.Extra", "--", "-fstack-usage"});
   project.Out({"options", "set", "Linker.MapFile", folder + "app.map"});
   project.Edit("build/notes.txt", "the user's");
-  // The one has the name of a by-product, the other is where they are.
+  // One has the name of a by-product, the other is in the same folder.
   project.Edit(folder + "src/a.c.i", "the user's");
   project.Edit(folder + "src/d.c", "int d;");
   project.Out({"build"});
@@ -169,9 +170,9 @@ TEST(CliOutputs, CleanDeletesWhatWasMadeAndNothingElse) {
   EXPECT_TRUE(before.contains(folder + "src/a.c.su"));
   EXPECT_TRUE(before.contains(folder + "src/a.c.d"));
   EXPECT_TRUE(before.contains("app-Globals.Standard.xml"));
-  // A change of the mode alone makes no difference.
+  // A change of permissions alone doesn't matter.
   fs::permissions(project.PathOf(folder + "src/a.c.su"), fs::perms::owner_all);
-  // What has been changed since is no longer what was made.
+  // A file that was changed since is not a product any more.
   project.Edit(folder + "src/c.c.su", "the user's");
   fs::rename(project.PathOf(folder + "src/b.c.d"), project.PathOf("kept"));
   fs::create_symlink(project.PathOf("kept"), project.PathOf(folder + "src/b.c.d"));
@@ -192,7 +193,7 @@ TEST(CliOutputs, CleanDeletesWhatWasMadeAndNothingElse) {
   EXPECT_TRUE(Has(project.Out({"build"}), "Built 4 files"));
 }
 
-// A cache that links its files into the build makes them so.
+// A compiler cache that hard-links its files into the build makes them read-only.
 TEST(CliOutputs, AReadOnlyOutputIsReplacedAndDeletedIfABuildMadeIt) {
   CliProject project;
   const std::string object = project.PathOf("build/Standard/app.obj/src/c.c.o");
@@ -204,7 +205,7 @@ TEST(CliOutputs, AReadOnlyOutputIsReplacedAndDeletedIfABuildMadeIt) {
   protect();
   project.Out({"clean"});
   EXPECT_FALSE(fs::exists(object));
-  // Somebody's own file of that name stays, and the reason is told.
+  // A file of the user with that name is left alone, and the reason is reported.
   project.Edit("build/Standard/app.obj/src/c.c.o", "");
   protect();
   for (const char* command : {"build", "clean"}) {
@@ -226,7 +227,7 @@ TEST(CliOutputs, AMapIsNotWrittenOverASource) {
   EXPECT_EQ(project.Read("src/a.c"), before);
 }
 
-// The file of an earlier run would pass for the new one.
+// The output of an earlier run must not be taken for the new one.
 TEST(CliOutputs, AToolThatLeavesNoOutputHasFailed) {
   CliProject project;
   project.Out({"build"});

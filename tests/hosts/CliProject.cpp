@@ -15,7 +15,7 @@ namespace tarn::host {
 
 namespace {
 
-// The stored choice of this machine's compiler for one configuration.
+// Returns the stored selection of the host compiler for one configuration.
 std::string CompilerOf(const std::string& configuration) {
   return "<Config Header=\"" + configuration +
          "\" ><Set Header=\"Application\" ><Section Header=\"Target\" >"
@@ -158,7 +158,7 @@ std::string CliProject::Read(const std::string& name) const {
 }
 
 void CliProject::Touch(const std::string& name) {
-  // Times count in whole seconds, and only a later one makes a difference.
+  // Times have a resolution of one second, and only a later one has an effect.
   std::this_thread::sleep_for(std::chrono::milliseconds(1100));
   std::filesystem::last_write_time(folder / name, std::filesystem::file_time_type::clock::now());
 }

@@ -1,5 +1,5 @@
-// Errors while a file is read: what is there and can't be read is not the same as nothing. Each
-// call that reads a file of the project or a definition is made to fail, one after the other.
+// Read errors: a file that exists and can't be read is not the same as a missing one. Each call
+// that reads a file of the project or a definition fails once, one after the other.
 
 #ifdef TARN_FAULTS
 
@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A project that was built, with definitions of its own, which is put back before each run.
+// A built project with its own definitions, which is restored before each run.
 class FailingDisk {
  public:
   FailingDisk() {
@@ -36,7 +36,7 @@ class FailingDisk {
     }
   }
 
-  // Runs the command with faults; none for call 0, whose calls are listed instead.
+  // Runs the command with a fault in this call; call 0 means none, and lists the calls instead.
   CliProject::Answer Run(const std::vector<std::string>& words, int call, int error) {
     PutBack();
     const auto environment = project_.environment;
@@ -52,8 +52,8 @@ class FailingDisk {
     return answer;
   }
 
-  // The numbers of the calls that read what the project is made of, or how it is built, and an
-  // error that each can have.
+  // Returns the numbers of the calls that read the project or its definitions, and a possible error
+  // for each.
   std::vector<std::pair<int, int>> FindReads(const std::vector<std::string>& words) {
     fs::remove(project_.PathOf("calls"));
     Run(words, 0, 0);
@@ -102,7 +102,7 @@ TEST(CliReadErrors, RefuseEveryCommandAndCostNothing) {
     for (const auto& [call, error] : reads) {
       const auto answer = disk.Run(words, call, error);
       SCOPED_TRACE(words[0] + ", call " + std::to_string(call) + ": " + answer.out + answer.err);
-      // What is read a second time can be had then; a build may make everything once more for it.
+      // A second read may succeed; a build may rebuild everything because of the first error.
       if (answer.code == 0 && disk.Files() == after) {
         const std::string said = answer.out.substr(0, answer.out.find('('));
         EXPECT_TRUE(expected.out.starts_with(said) || Has(said, "Built 4 files"));

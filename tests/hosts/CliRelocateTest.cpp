@@ -1,4 +1,4 @@
-// Projects whose files have moved.
+// Projects whose files were moved.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -53,7 +53,7 @@ TEST(CliRelocate, AMovedApplicationIsFoundAndItsSourcesStay) {
   EXPECT_FALSE(project.Exists("app.tapp"));
 }
 
-// A link is no place of its own, and what is outside doesn't belong to the project.
+// Links are not followed, and files outside don't belong to the project.
 TEST(CliRelocate, AFileThatANamedFolderLacksIsNamedThere) {
   CliProject project;
   fs::rename(project.PathOf("src"), project.PathOf("lib"));

@@ -45,7 +45,7 @@ TEST(CliReport, ListsWhatTheLastBuildHasMarkedAndFailsOnWhatWasAskedFor) {
                                  "text": "remark"}])"));
 }
 
-// A kept log has everything encoded that other tools could stumble over.
+// Stored logs have special characters encoded, so that other tools can read them.
 TEST(CliReport, TextsAndPathsReadAsTheToolMeantThem) {
   CliProject project;
   const std::string folder = project.PathOf("src") + "/R&amp;D &#228;/";
@@ -69,7 +69,7 @@ TEST(CliReport, ABuildThatFailsIsInTheReport) {
   EXPECT_TRUE(Has(answer.out, "src/c.c:1:")) << answer.out << answer.err;
 }
 
-// Plays the compiler of src/c.c: `script` runs first.
+// Replaces the compiler for src/c.c: `script` runs first.
 void PlayCompiler(CliProject& project, const std::string& script) {
   project.AddProgram("gcc", "#!/bin/sh\ncase \"$*\" in *-c*src/c.c*)\n" + script +
                                 "\n;; esac\nexec /usr/bin/gcc \"$@\"\n");

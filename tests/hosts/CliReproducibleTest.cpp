@@ -11,7 +11,7 @@ namespace {
 struct Toolchain {
   const char* name;
   const char* program;
-  const char* code;  // where an assembler source starts; empty for a compiler without C++
+  const char* code;  // start of an assembler source; empty for a compiler without C++
 };
 
 constexpr Toolchain kToolchains[] = {
@@ -26,8 +26,8 @@ std::string Property(const char* section, const char* name, const std::string& v
          "\" Removable=\"Yes\" Value=\"" + value + "\" /></Section>";
 }
 
-// A checkout whose application is in a folder of its own and uses sources, a header and a library
-// beside that. All sources write their names into what is built.
+// Creates a checkout whose application is in a separate folder and uses sources, a header and a
+// library next to it. All sources embed their file names into the outputs.
 void WriteCheckout(CliProject& project, const std::string& checkout, const Toolchain& toolchain,
                    const char* debug = "Yes") {
   const auto write = [&](const char* name, const std::string& text) {
@@ -65,12 +65,13 @@ void WriteCheckout(CliProject& project, const std::string& checkout, const Toolc
   write("shared/f.c",
         "char last;\nvoid fail(const char *file, int line) { last = file[line]; }\n"
         "const char *where(void) { return __FILE__; }\n");
-  // Without a name that others see, the compiler makes one up.
+  // Without an externally visible name, the compiler generates one.
   write("fw/p.cpp", "namespace { struct S { S(); int v; }; S::S() : v(__FILE__[v]) {} S s; }\n");
   write("fw/s.s", std::string(toolchain.code) + " ret\n");
 }
 
-// What lies in the folder of outputs, by name. An .omf has memory in it that sdcc never wrote to.
+// Returns the contents of the output folder by name. An .omf file contains uninitialised memory of
+// sdcc.
 std::map<std::string, std::string> Outputs(const CliProject& project, const std::string& checkout) {
   std::map<std::string, std::string> outputs;
   const std::filesystem::path folder = project.PathOf(checkout + "/fw/build");
@@ -154,7 +155,7 @@ TEST(CliReproducible, AFolderThatIsReachedByALinkHasTheNeighboursOfItsTarget) {
   CliProject project;
   WriteCheckout(project, "real/one", kToolchains[0]);
   WriteCheckout(project, "other", kToolchains[0]);
-  // "../shared" is what lies next to the folder that the link leads to, not next to the link.
+  // "../shared" is relative to the link's target, not to the link.
   std::filesystem::remove_all(project.PathOf("other/fw"));
   std::filesystem::create_directory_symlink(project.PathOf("real/one/fw"),
                                             project.PathOf("other/fw"));

@@ -84,7 +84,7 @@ TEST(CliRun, FailuresAreToldWithTheirPlace) {
   EXPECT_TRUE(Has(json.out, "\"result\": \"succeeded\"")) << json.out;
 }
 
-// A script may pull everything away from under the host that runs it.
+// A script may close and replace the project of the host that runs it.
 TEST(CliRun, AScriptMayCloseTheProjectAndOpenAnother) {
   CliProject project;
   project.Trust();
@@ -103,7 +103,7 @@ TEST(CliRun, AScriptMayCloseTheProjectAndOpenAnother) {
   EXPECT_EQ(run,
             "1\trefused\t0\t0\n"
             "1\tsucceeded\t4\t0\n"
-            "0\tsucceeded\t0\t0\n"  // it is open already
+            "0\tsucceeded\t0\t0\n"  // already open
             "data.tapp\tfalse\trefused\n");
   EXPECT_TRUE(Has(project.Run({"status"}).out, "up to date"));
 }

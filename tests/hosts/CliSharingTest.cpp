@@ -1,4 +1,4 @@
-// Projects that several people and programs work on.
+// Projects that are shared by several people and programs.
 
 #include <gtest/gtest.h>
 
@@ -31,7 +31,7 @@ TEST(CliSharing, AnEditWaitsForAnother) {
   EXPECT_TRUE(Has(answer.out, "\nadded src/d.c\n")) << answer.out;
 }
 
-// What the files of a project hold, but for the line that was added.
+// Only the added line changes in the project's files.
 TEST(CliSharing, OneChangeIsOneLine) {
   const struct {
     std::vector<std::string> words;
@@ -64,7 +64,7 @@ TEST(CliSharing, OneChangeIsOneLine) {
         return all;
       };
       const auto before = lines();
-      project.Run({"build"});  // which publishes everything, whatever becomes of it
+      project.Run({"build"});  // publishes all options, even if it fails
       project.Out(row.words);
       const auto after = lines();
       const auto count = [](const auto& of, const auto& without) {
@@ -94,7 +94,7 @@ TEST(CliSharing, AnApplicationIsSavedWhereItWasReadFrom) {
   EXPECT_EQ(project.Run({"build"}).code, 0);
 }
 
-// Two projects in different folders have one application.
+// Two projects in different folders share one application.
 TEST(CliSharing, AnApplicationOutsideOfTheFolderIsWrittenOnlyIfTheUserAgrees) {
   CliProject project;
   fs::create_directory(project.PathOf("other"));

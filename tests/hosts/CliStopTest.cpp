@@ -10,7 +10,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// A compiler that is quick except the first time for b.c, where it starts a child and waits.
+// A compiler that is quick, except for the first run for b.c, in which it starts a child and waits.
 constexpr const char* kSlowCompiler =
     "#!/bin/sh\n"
     "[ -e \"$TMPDIR/child\" ] || case \"$*\" in *b.c*)\n"
@@ -20,8 +20,8 @@ constexpr const char* kSlowCompiler =
     "esac\n"
     "exec /usr/bin/gcc \"$@\"\n";
 
-// The process that the slow compiler started, while it runs; 0 when it has ended, also when nobody
-// has asked for its exit code yet.
+// Returns the running process that the slow compiler started; 0 if it has ended, even if its exit
+// code was not collected yet.
 int ChildOf(const CliProject& project) {
   int child = 0;
   std::ifstream(project.PathOf("../child")) >> child;
@@ -40,7 +40,7 @@ TEST(CliStop, AnInterruptEndsTheCompilersAndKeepsWhatWasBuilt) {
     isAsked = true;
     while (ChildOf(project) == 0) std::this_thread::sleep_for(milliseconds(10));
     asked = std::chrono::steady_clock::now();
-    // One wish may arrive twice.
+    // One request may arrive twice.
     process.Stop(milliseconds(10'000));
     process.Stop(milliseconds(10'000));
   });
@@ -70,7 +70,7 @@ TEST(CliStop, WithoutAThreadABuildFailsAndDoesNotWait) {
 }
 #endif
 
-// The thread sanitizer writes a large file of its own before main.
+// The thread sanitizer writes a large file before main.
 #ifndef __SANITIZE_THREAD__
 TEST(CliStop, AFileThatBecomesTooLargeIsReported) {
   CliProject project;
@@ -78,7 +78,7 @@ TEST(CliStop, AFileThatBecomesTooLargeIsReported) {
       project.RunProgram("/bin/sh", {"-c", "ulimit -f 0; exec \"$0\" build", TARN_PROGRAM});
   EXPECT_LT(build.code, 128) << build.out << build.err;
   EXPECT_NE(build.code, 0) << build.out;
-  // In the words of the one that met it first: this program, or the compiler.
+  // The message of the one that failed first: this program, or the compiler.
   const std::string said = build.out + build.err;
   EXPECT_TRUE(Has(said, "File too large") || Has(said, "File size limit exceeded")) << said;
   EXPECT_TRUE(Has(build.err, "The state of this build couldn't be kept")) << build.out << build.err;

@@ -75,7 +75,7 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
     EXPECT_EQ(answer.out, row.out) << row.arguments.back();
     EXPECT_EQ(answer.err, row.err) << row.arguments.back();
   }
-  // What can be read of a damaged file is shown, but nothing is made from it.
+  // The readable part of a damaged file is shown, but no project is created from it.
   project.Write("targets.xml", "<Targets Header='Mine' >\n<Target Header='ab1' />\n");
   const auto answer = project.Run({"targets"});
   const std::string fault = project.PathOf("targets.xml") + ":3: the file ends inside <Targets>";
@@ -88,14 +88,14 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
   project.ExpectRefusal({"targets"}, 3, "There are no targets. `tarn register` makes");
 }
 
-// --- The shipped targets ---
+// --- Installed targets ---
 
 struct Part {
   std::string name;
   TargetDescription description;
 };
 
-// The catalogue of the installation: nobody has settings.
+// Returns the installed catalogue without any user settings.
 std::unique_ptr<CXmlNode> ReadShipped() {
   const std::string share = std::string(std::getenv("TARN_SOURCE_DIR")) + "/share/";
   const Settings nobody(FileSystem::Native(), {"/none", "/none", "/none"});
@@ -116,12 +116,13 @@ std::vector<Part> PartsOf(const std::string& package) {
   return parts;
 }
 
-// The bytes of a memory, from a description such as "4.25 KB RAM"; 0 when it tells of none.
+// Returns the size of a memory in bytes from a description such as "4.25 KB RAM"; 0 if it isn't
+// mentioned.
 long BytesOf(const std::string& description, const std::string& memory) {
   std::size_t end = description.find("B " + memory);
   if (end == std::string::npos || end < 2) return 0;
   const bool isKilo = description[end - 1] == 'K';
-  end -= isKilo ? 2 : 1;  // at the blank behind the number
+  end -= isKilo ? 2 : 1;  // at the space after the number
   const std::size_t begin = description.find_last_not_of("0123456789.", end - 1) + 1;
   return static_cast<long>(std::strtod(description.c_str() + begin, nullptr) * (isKilo ? 1024 : 1));
 }
@@ -152,7 +153,7 @@ std::string SdccSource(const std::string& description) {
   return source + "unsigned char counter;\nvoid main(void) { for (;;) counter++; }\n";
 }
 
-// The linker of the 8051 can be told how much there is, so it has to be what the user is told.
+// The 8051 linker takes memory sizes as options, which must match the description.
 void ExpectMemoryOptions(const Part& part) {
   const std::string& text = part.description.text;
   const long external = BytesOf(text, "of it by MOVX");
@@ -165,8 +166,8 @@ void ExpectMemoryOptions(const Part& part) {
 struct Package {
   const char* label;
   std::string (*makeSource)(const std::string& description);
-  std::size_t count;  // of its parts, at least
-  // Large packages are built in several pieces, so that they are built at the same time.
+  std::size_t count;  // minimum number of parts
+  // Large packages are split, so that they are built in parallel.
   std::size_t piece;
   std::size_t pieces;
 };
@@ -177,7 +178,7 @@ void PrintTo(const Package& package, std::ostream* out) {
 
 class ShippedTargets : public ::testing::TestWithParam<Package> {};
 
-// Each part's script sets an application up, and all of them are built.
+// Each part's script configures an application, and all of them are built.
 TEST_P(ShippedTargets, CannotBeBuiltOrAreNotWhatTheyAreSaidToBe) {
   const std::vector<Part> all = PartsOf(GetParam().label);
   ASSERT_GE(all.size(), GetParam().count);

@@ -9,14 +9,14 @@
 namespace tarn::host {
 namespace {
 
-// A title of the window, a cleared screen, eight-bit sequences in both forms, text that runs
-// backwards.
+// Sets the window title, clears the screen, and contains eight-bit sequences in both forms and
+// right-to-left overrides.
 const std::string kHostile =
     "\x1b]0;pwned\x07\x1b[2J\xC2\x9B"
     "31m\x9B"
     "2J\x7F\xE2\x80\xAE\xE2\x81\xA6";
 
-// The first harmful sequence of an output, as hexadecimal digits; empty if there is none.
+// Returns the first harmful sequence of an output in hexadecimal; an empty string if there is none.
 std::string FindHarm(const std::string& text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto at = [&](std::size_t n) {
@@ -28,7 +28,7 @@ std::string FindHarm(const std::string& text) {
     const bool isC1 = at(0) == 0xC2 && at(1) >= 0x80 && at(1) <= 0x9F;
     const bool isTurn = at(0) == 0xE2 && ((at(1) == 0x80 && at(2) >= 0xAA && at(2) <= 0xAE) ||
                                           (at(1) == 0x81 && at(2) >= 0xA6 && at(2) <= 0xA9));
-    // A byte that continues nothing: all of these tests' own text has none in this range.
+    // A stray continuation byte; the text of these tests contains no others in this range.
     const bool isByte = at(0) == 0x9B && (i == 0 || static_cast<unsigned char>(text[i - 1]) < 0x80);
     if (isControl || isC1 || isTurn || isByte) return text.substr(i > 30 ? i - 30 : 0, 60);
   }
@@ -51,7 +51,7 @@ TEST(CliTerminal, NoCommandPassesOnControlCharactersOfAProjectOrATool) {
                                            ".c\" Exclude=\"Yes\" /></Group>"));
   project.Write("say.lua", "print(\"" + ReplaceAll(kHostile, "\x7F", "\\127") + "\") error(\"" +
                                kHostile + "\")");
-  // A % stands for the hostile text.
+  // "%" is replaced by the hostile text.
   constexpr std::string_view kCommands =
       "status;build;build -v;log;log --xml;report;tree;check;config list;options list;"
       "options set Compiler.Defines A=%;options get Compiler.Defines;"
@@ -71,20 +71,20 @@ TEST(CliTerminal, NoCommandPassesOnControlCharactersOfAProjectOrATool) {
     EXPECT_EQ(FindHarm(answer.out + answer.err), "") << command;
     EXPECT_TRUE(nlohmann::json::accept(answer.out)) << command << answer.out;
   }
-  // The characters are shown, not dropped, and JSON keeps them.
+  // The characters are shown escaped, not dropped, and JSON preserves them.
   EXPECT_TRUE(Has(project.Run({"tree"}).out, "\\x1b]0;pwned\\x07"));
   const auto tree = nlohmann::json::parse(project.Run({"tree", "--json"}).out);
   EXPECT_TRUE(Has(tree.dump(), "\\u001b]0;pwned\\u0007")) << tree;
 }
 
-// Such a name is refused in many places, and shown in each.
+// Such a name is refused in many commands, and shown by each.
 TEST(CliTerminal, ALineEndInANameBreaksNoLine) {
   CliProject project;
   const std::string name = "n\nEVIL";
   std::filesystem::create_directory(project.PathOf(name));
   project.Edit(name + "/" + name + ".tprj", project.Read("demo.tprj"));
   project.Edit("x\nEVIL.tprj", project.Read("demo.tprj"));
-  // A % stands for the name.
+  // "%" is replaced by the name.
   constexpr std::string_view kCommands =
       "%;help %;% --help;build %;build -c % demo.tprj;build -a % demo.tprj;status %;tree %;check %;"
       "log %;report %;globals %;export sarif %;export sarif demo.tprj -o %/no;options get %;"

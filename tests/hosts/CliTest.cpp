@@ -12,7 +12,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// The lines that tell which tools ran: "[1/2] src/a.c".
+// Returns the lines that report started tools: "[1/2] src/a.c".
 Lines Steps(const std::string& out) {
   Lines steps;
   for (std::size_t at = 0; at < out.size();) {
@@ -23,7 +23,7 @@ Lines Steps(const std::string& out) {
   return steps;
 }
 
-// Times of everything below the folder where outputs lie.
+// Returns the times of all files below the output folder.
 std::map<std::string, std::filesystem::file_time_type> OutputTimes(const CliProject& project) {
   std::map<std::string, std::filesystem::file_time_type> times;
   for (const auto& each : std::filesystem::recursive_directory_iterator(project.PathOf("build"))) {
@@ -81,7 +81,8 @@ TEST(Cli, AnErrorEndsTheBuildWithItsPlaceAndWhatWasBuiltStaysBuilt) {
   EXPECT_EQ(Steps(fixed).size(), 3u) << fixed;
 }
 
-// What the shipped style sheet makes of a log; the empty text when a conforming reader refuses it.
+// Returns the log as transformed by the installed style sheet; an empty string if a conforming
+// parser rejects it.
 std::string PageOf(const CliProject& project, const std::string& log) {
   std::ofstream(project.PathOf("log.xml"), std::ios::binary) << log;
   const std::string command = "xsltproc --nonet -o '" + project.PathOf("log.html") + "' '" +
@@ -96,7 +97,7 @@ TEST(Cli, NamesAndErrorsFullOfMarkupAreReadableForPeopleAndForEveryReaderOfTheLo
   project.WriteProject({{"R&D \xC3\xA9", {"a&b.c", "b.c"}}});
   project.Write("src/a&b.c", "int a(void) { return 1; }\n");
   const std::string text = "expected '<' & \"foo\"|bar ]]> &lt;";
-  // The compiler's echo of the line has all of it.
+  // The compiler's echo of the line is complete.
   project.Write("src/b.c", "#include \"a.h\"\n#error " + text + " // \xC3\xA9\n");
   const auto failed = project.Run({"build"});
   EXPECT_EQ(failed.code, 1) << failed.out << failed.err;
@@ -149,7 +150,7 @@ TEST(Cli, WhatAFailedToolLeftIsNotTakenForTheOutputThatItReportedBefore) {
   const std::string object = "build/Standard/app.obj/src/c.c.o";
   ASSERT_TRUE(project.Exists(object));
   const auto time = std::filesystem::last_write_time(project.PathOf(object));
-  // Fails and leaves half an output that has the very time of the good one.
+  // Fails and leaves a partial output with the same time as the up-to-date one.
   project.AddProgram("gcc", "#!/bin/sh\ncase \"$*\" in *c.c*) echo half > \"" +
                                 project.PathOf(object) + "\"; exit 1 ;; esac\n" +
                                 "exec /usr/bin/gcc \"$@\"\n");
@@ -196,7 +197,7 @@ TEST(Cli, ADamagedStateCostsARebuildAndNothingElse) {
   const std::string good = project.Read("demo.tstate");
   ASSERT_GT(good.size(), 200u);
   std::string flipped = good;
-  const std::size_t second = good.find("b.c.o");  // in the record of the second file
+  const std::size_t second = good.find("b.c.o");  // inside the record of the second file
   ASSERT_NE(second, good.npos);
   flipped[second] = static_cast<char>(flipped[second] ^ 4);
   std::string foreign = good;

@@ -1,6 +1,6 @@
-// Projects from elsewhere: what they want to run, and to write outside their folder, is refused
-// until the user trusts them. Each hostile project is used with all commands of a user's day while
-// the world around it is compared, and then with --trust, so that it shows what it would have done.
+// Projects from elsewhere: running their programs and writing outside their folder is refused until
+// the user trusts them. Each hostile project is used with all everyday commands while the files
+// outside are compared, and then with --trust, to show that it would have done harm.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -21,25 +21,25 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A hostile project, and the folder that it is after. Whatever runs its code leaves a file there.
+// A hostile project, and the folder that it attacks. Any execution of its code leaves a file there.
 struct Hostile {
   CliProject project;
   CliProject around;
 
   std::string Outside(const std::string& name) const { return around.PathOf(name); }
-  // A program in the project that leaves a trace, and does what its arguments say.
+  // Adds a program to the project that leaves a trace and runs its arguments.
   void AddTrap(const std::string& name) {
     project.Edit(name, "#!/bin/sh\necho \"$0\" >> " + Outside("ran") + "\nexec \"$@\"\n");
     chmod(project.PathOf(name).c_str(), 0755);
   }
-  // A "%" in the value stands for the folder outside.
+  // "%" in the value is replaced by the outside folder.
   void Set(const std::string& option, const std::string& value, const std::string& node = "") {
     std::vector<std::string> words{"options", "set"};
     if (!node.empty()) words.insert(words.end(), {"-n", node});
     words.insert(words.end(), {"--", option, ReplaceAll(value, "%", Outside(""))});
     project.Out(words);
   }
-  // A specification of the compiler driver that runs the trap instead of the compiler.
+  // Adds a specs file for the compiler driver that runs the trap instead of the compiler.
   void AddSpecs(const std::string& name) { project.Edit(name, "@c:\n./trap.sh true %i\n\n"); }
   void AddPlugin() {
     project.Write("p.c",
@@ -51,7 +51,7 @@ struct Hostile {
     ASSERT_EQ(project.RunProgram("gcc", {"-shared", "-fPIC", "-o", "p.so", "p.c"}).code, 0);
   }
 
-  // Every file outside the project, with what it holds.
+  // Returns every file outside the project with its content.
   std::map<std::string, std::string> World() const {
     std::map<std::string, std::string> files;
     for (const auto& each : fs::recursive_directory_iterator(Outside(""))) {
@@ -68,13 +68,13 @@ constexpr const char* kNode = "src/a.c";
 
 const struct Row {
   const char* name;
-  const char* wish;  // that the refusal names
+  const char* wish;  // named in the refusal
   const char* option;
   const char* value;
   const char* node = "";
   void (*plant)(Hostile&) = nullptr;
-  const char* link = "";  // in the project, which the refusal names with its target
-  bool isNever = false;   // refused to a trusted project, too
+  const char* link = "";  // in the project; the refusal names it with its target
+  bool isNever = false;   // refused even to a trusted project
 } kRows[] = {
     {"a launcher in the project", "run the launcher ./trap.sh", "Build.Launcher", "./trap.sh"},
     {"an installed program as the launcher", "run the launcher sh", "Build.Launcher",
@@ -186,7 +186,7 @@ TEST(CliTrust, NothingOutsideIsDeletedWithoutTrustThatABuildMadeThere) {
   EXPECT_FALSE(hostile.around.Exists("a.o"));
 }
 
-// A lock file is written, too.
+// This includes writing a lock file.
 TEST(CliTrust, AFileOutsideIsSavedAndLockedOnlyForATrustedProject) {
   for (const char* name : {"app", "demo"}) {
     SCOPED_TRACE(name);
@@ -209,7 +209,7 @@ TEST(CliTrust, AFileOutsideIsSavedAndLockedOnlyForATrustedProject) {
   }
 }
 
-// What people clone and build every day.
+// Options of ordinary projects.
 TEST(CliTrust, AProjectThatStaysInsideIsNotAskedAbout) {
   CliProject project;
   fs::create_directory(project.PathOf("inc"));
@@ -228,7 +228,7 @@ TEST(CliTrust, AProjectThatStaysInsideIsNotAskedAbout) {
   const auto answer = project.Run({"build"});
   EXPECT_FALSE(Has(answer.out + answer.err, "trust")) << answer.out << answer.err;
   EXPECT_NE(answer.code, 3);
-  // The plug-in runs a program that it gets in this way.
+  // The plug-in runs the program passed in this argument.
   project.Out({"options", "set", "Linker.Extra", "--", "-Wl,-plugin-opt=./run.sh"});
   const auto refused = project.Run({"build"});
   EXPECT_EQ(refused.code, 3);

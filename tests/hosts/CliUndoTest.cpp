@@ -1,4 +1,4 @@
-// Undo and redo of what commands made of a project.
+// Undo and redo of commands' changes to a project.
 
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ void Replace(CliProject& project, const std::string& from, const std::string& to
   project.Write("app.tapp", ReplaceAll(project.Read("app.tapp"), from, to));
 }
 
-// Each command is undone, redone and undone again, byte for byte; then the last one stays.
+// Each command is undone, redone and undone again, byte for byte; finally the last one remains.
 TEST(CliUndo, EveryChangeOfACommandIsTakenBackAndMadeAgain) {
   const struct {
     std::vector<std::string> words;
@@ -52,7 +52,7 @@ TEST(CliUndo, EveryChangeOfACommandIsTakenBackAndMadeAgain) {
   CliProject project;
   project.WriteProject({{"app", {"a.c", "b.c"}}, {"second", {"c.c"}}});
   for (const char* name : {"src/d.c", "src/e.c"}) project.Write(name, "");
-  // The form of a save, without a change.
+  // Converts the files to the format of a save, without a change.
   project.Out({"config", "select", "Fast"});
   project.Out({"config", "select", "Standard"});
   project.Out({"config", "select", "Fast", "-a", "second"});
@@ -64,7 +64,7 @@ TEST(CliUndo, EveryChangeOfACommandIsTakenBackAndMadeAgain) {
     project.Out(row.words);
     const std::string after = FilesOf(project);
     EXPECT_EQ(project.Out({"undo"}), "undone: " + label);
-    // An application's own file is not taken back to before it was added.
+    // Undo doesn't restore an application's own file to the state before it was added.
     if (row.words[1] != "second.tapp") {
       EXPECT_EQ(FilesOf(project), before);
     }
@@ -85,7 +85,7 @@ TEST(CliUndo, EveryChangeOfACommandIsTakenBackAndMadeAgain) {
   EXPECT_TRUE(project.Exists("src/f.c"));
 }
 
-// The project names it still when it is gone, and another one is active instead.
+// The project still names it after its removal, while a different one is active.
 TEST(CliUndo, AnActiveApplicationComesBackAsTheActiveOne) {
   CliProject project;
   project.WriteProject({{"app", {"a.c", "b.c"}}, {"second", {"c.c"}}});
@@ -99,7 +99,7 @@ TEST(CliUndo, AnActiveApplicationComesBackAsTheActiveOne) {
   }
 }
 
-// Nothing else has what an application held that is not in the project.
+// An application's content exists nowhere else once it is removed from the project.
 TEST(CliUndo, AnApplicationWhoseFileWasDeletedComesBackWhole) {
   const struct {
     std::vector<std::string> words;
@@ -113,7 +113,7 @@ TEST(CliUndo, AnApplicationWhoseFileWasDeletedComesBackWhole) {
     SCOPED_TRACE(row.words[0] + (row.hasOthersChange ? ", with a change of others" : ""));
     CliProject project;
     project.WriteProject({{"app", {"a.c"}}, {"second", {"c.c"}}});
-    project.Out({"config", "select", "Fast", "-a", "second"});  // in the form of a save
+    project.Out({"config", "select", "Fast", "-a", "second"});  // gives it the format of a save
     if (row.way == std::string("redo")) project.Out({"remove", "second"});
     project.Out(row.words);
     if (row.way == std::string("redo")) project.Out({"undo"});
@@ -134,8 +134,8 @@ TEST(CliUndo, WhatOthersWroteSinceStaysOrNothingIsDone) {
   const struct {
     const char* name;
     std::vector<std::string> words;
-    const char *from, *to;  // what another program writes
-    const char* said;       // empty: it is undone
+    const char *from, *to;  // change by another program
+    const char* said;       // error; empty: undo succeeds
   } rows[] = {
       {"another node", {"rename", "src/a.c", "x.c"}, "\"b.c\"", "\"y.c\"", ""},
       {"a node in the same group", {"remove", "src/a.c"}, "\"b.c\"", "\"y.c\"", ""},
@@ -176,10 +176,10 @@ TEST(CliUndo, OnlyCommandsThatChangeAProjectTouchTheRecord) {
   project.Out({"add", "src/d.c"});
   const std::string record = project.Read(kRecord);
   project.ExpectRefusal({"add", "src/gone.c"}, 2, "There is no file");
-  project.Out({"add", "src/d.c"});  // is there already
+  project.Out({"add", "src/d.c"});  // already listed
   project.Out({"options", "set", "Target.Toolchain", "host-gcc"});
   EXPECT_EQ(project.Read(kRecord), record);
-  // Where version control ignores the state it ignores the record.
+  // An ignore rule for the state file covers the record too.
   fs::create_directory(project.PathOf(".git"));
   project.Out({"new", "p"});
   EXPECT_TRUE(Has(project.Read("p/.gitignore"), "\n*.tstate\n"));
@@ -203,7 +203,7 @@ TEST(CliUndo, AnEditDoesNotFailForItsRecord) {
   EXPECT_EQ(project.Out({"undo"}), "undone: Remove d.c\n");
 }
 
-// Otherwise `tarn undo` would take back the change before the last.
+// Otherwise `tarn undo` would undo the change before the last one.
 TEST(CliUndo, NothingIsUndoneByARecordThatCanNotBeWritten) {
   CliProject project;
   for (const char* name : {"src/d.c", "src/e.c"}) project.Write(name, "");
@@ -227,7 +227,7 @@ TEST(CliUndo, AStepThatSomebodyTookBackByHandIsPassedOver) {
   EXPECT_EQ(project.Out({"undo"}), "undone: Rename a.c to x.c\n");
 }
 
-// The project names a file then that isn't there, and can't be opened.
+// In this state the project names a missing file and can't be opened.
 TEST(CliUndo, ARelocationIsTakenBackAndMadeAgain) {
   CliProject project;
   project.Out({"rename", "src/a.c", "x.c"});

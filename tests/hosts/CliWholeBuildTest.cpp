@@ -1,5 +1,5 @@
-// A build that ends well has built all of the project: what is missing of the installation or of
-// the definitions, and what a build passes over, is named and no success.
+// A successful build has built the whole project: missing parts of the installation or of the
+// definitions, and files that a build skips, are reported and make it fail.
 
 #include <gtest/gtest.h>
 
@@ -16,8 +16,8 @@ namespace {
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
-// An installation of the project's own: its data in "share", its libraries in "lib". Only the
-// library that a module folder is found by has to be a copy.
+// An installation inside the project's folder: data in "share", libraries in "lib". Only the
+// library from which the module folder is derived must be a copy.
 class Installation {
  public:
   explicit Installation(CliProject& cliProject) : project(cliProject) {
@@ -41,7 +41,7 @@ class Installation {
   Installation(const Installation&) = delete;
   Installation& operator=(const Installation&) = delete;
 
-  // Removes a file or a folder, and puts a file of this content in its place unless it is null.
+  // Removes a file or folder, and writes a file with this content in its place unless it is null.
   void Replace(const std::string& name, const char* text) {
     fs::remove_all(project.PathOf(name));
     if (text != nullptr) project.Write(name, text);
@@ -59,7 +59,7 @@ TEST(CliInstallation, WithAPartMissingEveryCommandFailsAndNamesIt) {
   const char* const kCommon = "share/config/options/common.options";
   const struct {
     const char* file;
-    const char* text;  // in its place, or null
+    const char* text;  // new content, or null
     const char* said;
   } rows[] = {
       {kOptions, nullptr, "complete: TarnOptionsManager.PropertyManager: "},
@@ -96,14 +96,14 @@ TEST(CliInstallation, WithAPartMissingEveryCommandFailsAndNamesIt) {
   }
 }
 
-// Each definition is whole in front of the damage, so that a build would seem to be right.
+// Each definition is complete before the damage, so that a build would appear to be correct.
 TEST(CliInstallation, WithACutOrDamagedFileNothingIsBuilt) {
   CliProject project;
   Installation installation(project);
   const struct {
     const char* file;
-    std::string last;   // the text is cut after it
-    std::string added;  // or else this follows it
+    std::string last;   // the text is truncated after it
+    std::string added;  // or this is inserted after it
     const char* said;
   } rows[] = {
       {"options/host-gcc.options", "<Default", "", ": incomplete tag of <Default>"},
@@ -155,11 +155,11 @@ TEST(CliBuildGaps, WhatABuildPassesOverIsNamedAndAMissingApplicationIsAFailure) 
   const struct {
     const char* name;
     const char* file;
-    std::string from;  // a part of the file
+    std::string from;  // a substring of the file
     std::string to;
     int code;
     std::string said;     // on the error stream
-    const char* printed;  // on the other
+    const char* printed;  // on the standard output
     const char* status;
   } rows[] = {
       {"nothing", "app.tapp", "", "", 0, "", "Nothing to do (", "up to date"},

@@ -34,7 +34,7 @@ TEST(CommandLine, ReadsCommandsWithTheirOptionsInAnyOrder) {
   EXPECT_TRUE(asked.verbose);
 
   const Answer set = Parse({"options", "set", "Build.X", "-O2", "p.tprj", "--node", "src/a.c"});
-  EXPECT_FALSE(set.parsed.invocation);  // a value that looks like a switch needs "--"
+  EXPECT_FALSE(set.parsed.invocation);  // a value that looks like an option requires "--"
   const Answer safe =
       Parse({"options", "set", "--node", "src/a.c", "--", "Build.X", "-O2", "p.tprj"});
   ASSERT_TRUE(safe.parsed.invocation) << safe.err;

@@ -7,16 +7,16 @@ namespace {
 
 struct CompletionCase {
   const char* name;
-  std::vector<std::string> words;  // the last one is in hand
-  std::string offered;             // lines, in order of the alphabet
+  std::vector<std::string> words;  // the last one is being completed
+  std::string offered;             // lines in alphabetical order
 };
 
-// Lines in order of the alphabet, without empty ones.
+// Returns the non-empty lines in alphabetical order.
 std::string Sorted(const std::string& text) {
   std::vector<std::string> lines;
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t end = std::min(text.find('\n', at), text.size());
-    // Fish puts a description behind a tab.
+    // fish separates a description by a tab.
     const std::string line = text.substr(at, std::min(text.find('\t', at), end) - at);
     if (!line.empty()) lines.push_back(line);
     at = end + 1;

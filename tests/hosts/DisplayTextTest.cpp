@@ -29,7 +29,7 @@ TEST(DisplayPath, IsTheWayFromTheUsersFolder) {
   }
 }
 
-// Colour codes as {B}old, {R}ed, {Y}ellow and {-} for their end.
+// Replaces colour codes by {B}old, {R}ed, {Y}ellow and {-} for the end.
 std::string NameColours(std::string text) {
   for (const auto& [code, name] : {std::pair{"\033[1m", "{B}"},
                                    {"\033[1;31m", "{R}"},

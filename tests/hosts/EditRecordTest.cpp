@@ -14,7 +14,7 @@ ProjectStep Step(const std::string& label, std::size_t size = 1) {
   return {label, {{"/p/sub/a.tapp", std::string(size, 'x'), label}, {"/q/b.tapp", {}, "\n1 2"}}};
 }
 
-// The labels from the oldest on, read again; "|" is where undo and redo part.
+// Reads the record and returns the labels from the oldest on; "|" separates undo from redo steps.
 std::string Show(FileSystem& files, const std::string& project = kProject) {
   EditRecord record(files, project);
   std::string text = "|";

@@ -5,7 +5,7 @@
 namespace tarn::host {
 namespace {
 
-// "name=header,path@line(children)"
+// Returns "name=header,path@line(children)".
 std::string Describe(const FileElements& elements, std::size_t number = 0) {
   const FileElement& element = elements[number];
   std::string text = element.name;
@@ -39,7 +39,7 @@ TEST(FileElements, HaveTheLineThatTheyBeginIn) {
   for (const auto& row : rows) EXPECT_EQ(Describe(FileElements(row.text)), row.wanted) << row.text;
 }
 
-// A minute instead of a moment if a search went back through all that was read.
+// Takes a minute instead of a moment if a search is quadratic in the text read.
 TEST(FileElements, TakeTimeThatGrowsWithTheText) {
   std::string nested, joined = "<A ";
   for (int i = 0; i < 200000; ++i) nested += "<a>";

@@ -62,7 +62,7 @@ TEST(HelpText, NoCommandIsForgottenAndNoLineIsTooWide) {
     for (const std::string_view line : Split(text, '\n')) {
       EXPECT_LT(line.size(), 80u) << command.Title() << ": " << line;
     }
-    // Lists are read at a glance: one line each.
+    // Each entry of a list fits on one line.
     for (const CommandEntry& each : command.children) {
       EXPECT_NE(text.find("  " + each.help + "\n"), std::string::npos) << each.help;
     }
@@ -74,7 +74,7 @@ TEST(HelpText, NoCommandIsForgottenAndNoLineIsTooWide) {
   });
 }
 
-// Examples are typed in by people, so they have to be right.
+// Users type in examples, so they must be correct.
 TEST(HelpText, EveryExampleIsACommandLineThatTheParserTakes) {
   ForEach(DescribeCommandLine(), [](const CommandEntry& command) {
     for (const auto& [line, help] : command.examples) {

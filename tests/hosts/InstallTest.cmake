@@ -1,5 +1,6 @@
-# Installs the build into a folder of its own and looks at what arrived there, as somebody sees it
-# who has no source: cmake -DBUILD=... -DPREFIX=... -DLIBDIR=... -DDESKTOP=0|1 -P InstallTest.cmake
+# Installs the build into a separate folder and checks the result from the view of a user without
+# the sources:
+#   cmake -DBUILD=... -DPREFIX=... -DLIBDIR=... -DDESKTOP=0|1 -P InstallTest.cmake
 file(REMOVE_RECURSE ${PREFIX})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}
   OUTPUT_QUIET RESULT_VARIABLE failed)
@@ -55,8 +56,8 @@ if(failed)
   message(SEND_ERROR "${said}${complained}")
 endif()
 
-# The program has to find its libraries and its data without help; the place of its data shows in
-# where an option is defined.
+# The program must find its libraries and its data by itself; the location of the data shows in the
+# path of an option's definition.
 set(ENV{TARN_SETTINGS} ${PREFIX}/settings)
 set(ENV{XDG_DATA_HOME} ${PREFIX}/data)
 unset(ENV{TARN_ROOT})
@@ -69,7 +70,7 @@ if(failed OR NOT said MATCHES "\"definedIn\": \"${PREFIX}/share/tarn/config/")
   message(FATAL_ERROR "the installed program doesn't find its data: ${said}${complained}")
 endif()
 
-# Without it, no data of another place may do.
+# Without its data, no data at another location may be used.
 file(RENAME ${PREFIX}/share/tarn/config ${PREFIX}/share/tarn/away)
 execute_process(COMMAND ${PREFIX}/bin/tarn targets
   OUTPUT_VARIABLE said ERROR_VARIABLE complained RESULT_VARIABLE failed)

@@ -18,7 +18,7 @@ std::string Log(const Lines& texts, const std::string& root = "output") {
   return text + "\r\n</" + root + ">";
 }
 
-// The texts of what is new, behind "other" where it is another log's.
+// Returns the texts of new entries, after "other" if they belong to a different log.
 Lines Take(LogFollower& follower, std::int64_t now) {
   const LogFollower::News news = follower.Take(now);
   Lines texts;

@@ -14,7 +14,7 @@ std::string Message(const char* icon, const std::string& file, int line) {
   return "\r\n\t<message Icon=\"" + std::string(icon) + "\" Description=\"d\" File=\"" + file +
          "\" Line=\"" + std::to_string(line) + "\" />";
 }
-// "file:line number/count"; empty for none.
+// Returns "file:line number/count"; an empty string if there is none.
 std::string Text(const std::optional<ProblemList::Place>& place) {
   if (!place) return {};
   return place->problem.file + ":" + std::to_string(place->problem.line) + " " +
@@ -33,7 +33,7 @@ TEST(ProblemListTest, GoesRoundTheErrorsAndWarningsOfTheLastBuildThatHaveAPlace)
                             Message("4", "/p/x.c", 1);
   disk.AddFile("/p/demo.tlog", Log(first));
   EXPECT_EQ(Text(problems.Previous(kNow)), "/p/a.c:3 1/1");
-  // The build goes on.
+  // The build continues.
   const std::string longer = first + Message("2", "/p/b.c", 5) + Message("2", "/p/b.c", 9);
   disk.AddFile("/p/demo.tlog", Log(longer));
   EXPECT_EQ(Text(problems.Next(kNow)), "/p/b.c:5 2/3");

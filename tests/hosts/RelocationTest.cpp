@@ -1,4 +1,4 @@
-// Finding what has moved, and correcting the files of a project.
+// Locating moved files, and correcting the files of a project.
 
 #include "hosts/core/Relocation.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// The application in /p with these nodes, beside the files on the disk.
+// The application in /p with these nodes, and the files on disk.
 struct World {
   testing::MemoryFileSystem files;
 
@@ -34,7 +34,7 @@ std::string Nodes(const Lines& paths) {
   return nodes;
 }
 
-// "old -> new", and "old ? candidate candidate" for what is left open.
+// Returns "old -> new", and "old ? candidate candidate" for unresolved paths.
 Lines Found(const Relocation& relocation) {
   Lines lines;
   for (const MovedPath& each : relocation.GetFound()) {
@@ -79,7 +79,7 @@ TEST(Relocation, MissingFilesAreFoundByTheirNames) {
   }
 }
 
-// The text of the application, of which only these places differ afterwards.
+// Expects the text of the application with these nodes and no other difference.
 void ExpectNodes(World& world, Relocation& relocation, const std::string& file,
                  const std::string& nodes) {
   const auto texts = relocation.MakeTexts();
@@ -106,7 +106,7 @@ TEST(Relocation, AFolderMovesWithAllThatIsInIt) {
 }
 
 TEST(Relocation, AnApplicationIsFoundAndItsSourcesWithIt) {
-  // The file alone has moved; then with one of its sources.
+  // Only the file has moved; then together with one of its sources.
   World world({"/p/src/a.c", "/p/apps/src/b.c"}, Nodes({".\\src\\a.c", ".\\src\\b.c"}),
               "apps/app.tapp");
   Relocation relocation(world.files, "/p/demo.tprj");
@@ -174,7 +174,7 @@ TEST(Relocation, TheUsersChoiceCounts) {
 
 TEST(Relocation, WhatCanNotBeReadOrReplacedIsAnError) {
   const struct {
-    const char* text;  // of the application
+    const char* text;  // content of the application
     const char* error;
   } rows[] = {
       {"<Application><C Path=\".\\src\\a.c\" /><Application>", "it is damaged: /p/app.tapp:1: "},

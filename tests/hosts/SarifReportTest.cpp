@@ -10,7 +10,7 @@ namespace {
 struct SarifCase {
   const char* name;
   LogEntry entry;
-  const char* result;  // null: the line is no finding
+  const char* result;  // null: the line is not a diagnostic
 };
 
 TEST(SarifReport, AResultHasTheLevelPlaceAndTextOfItsLine) {
@@ -41,7 +41,8 @@ TEST(SarifReport, AResultHasTheLevelPlaceAndTextOfItsLine) {
        R"({"level":"error","message":{"text":"undefined reference"},"locations":[
            {"physicalLocation":{"artifactLocation":
            {"uri":"src/a.c","uriBaseId":"PROJECTROOT"}}}]})"},
-      // The number behind the place belongs to the message, and another file's place isn't ours.
+      // The number after the position belongs to the message; a position in a different file is
+      // ignored.
       {"number that is no column",
        {LogKind::Error, "/p/my app/a.c:4: 12 errors", "12 errors", "/p/my app/a.c", 4},
        R"({"level":"error","message":{"text":"12 errors"},"locations":[

@@ -1,4 +1,4 @@
-// The functions for texts that scripts have, held against those of the language's own library.
+// The string functions available to scripts, compared with those of the language's own library.
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ class LogServer : public DispatchObject<LogServer> {
   std::string log;
 };
 
-// Prints what an expression gives, or its error.
+// Returns a script that prints the value of an expression, or its error.
 std::string ScriptFor(const std::string& expression) {
   return "local function show(ok, ...)\n"
          "  local all = {...}\n"
@@ -117,7 +117,7 @@ TEST(ScriptStrings, AnswerAsTheOriginalsDo) {
   }
 }
 
-// Patterns and texts of few letters, so that most of them match somewhere.
+// Random patterns and texts over few letters, so that most of them match somewhere.
 TEST(ScriptStrings, ArbitraryPatternsMatchTheSame) {
   const char* const pieces[] = {"a",    "b",     ".",     "%a", "[ab]", "[^a]", "(", ")",
                                 "()",   "*",     "+",     "-",  "?",    "^",    "$", "%1",

@@ -9,7 +9,7 @@
 namespace tarn::host {
 namespace {
 
-// A server with a few methods of each form. Its log is what scripts print and how they fail.
+// A server with a few methods of each kind. Its log contains the output and the errors of scripts.
 class FakeServer : public DispatchObject<FakeServer> {
  public:
   static const DispatchTable<FakeServer>& Table() {
@@ -63,7 +63,7 @@ Trial Try(const std::string& text, ScriptLimits limits = {}, const std::string& 
   trial.outcome = runner.Run(*object.Get(), text, name);
   trial.log = server.log;
   EXPECT_FALSE(runner.IsRunning());
-  // The interpreter has let go of all objects that it was given.
+  // The interpreter has released all objects that it received.
   EXPECT_EQ(server.AddRef(), 2u);
   server.Release();
   return trial;
@@ -136,7 +136,7 @@ TEST(Script, ErrorsSayWhereAndWhat) {
 }
 
 TEST(Script, NothingLeadsOutOfTheInterpreter) {
-  // What has to be missing, and what has to be refused.
+  // Functions that must be missing, and calls that must be refused.
   std::istringstream missing(
       "io require package debug dofile loadfile os.execute os.remove os.rename os.tmpname "
       "os.getenv "
@@ -216,7 +216,7 @@ TEST(Script, MemoryIsBoundedAlsoAcrossScripts) {
         "local t = {} for i = 1, 1e9 do t[i] = i end"}) {
     EXPECT_EQ(Try(script, limits).outcome.error, "t.lua:1: " + tooMuch) << script;
   }
-  // Caught, it is an error like others.
+  // It can be caught like any other error.
   EXPECT_EQ(Try("print(pcall(string.rep, 'x', 1 << 30))", limits).log,
             "false\tnot enough memory\n");
   const std::string half = "local s = ('x'):rep(750000)\n";

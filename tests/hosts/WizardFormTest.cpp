@@ -16,7 +16,7 @@ WizardChoices Target(const char* target) {
   return choices;
 }
 
-// What comes of the wizard when a host fills it in, or why the host couldn't.
+// Returns the wizard's result when a host fills it in, or the reason for a refusal.
 std::string Fill(WizardScene& scene, const NewApplication& proposed, const WizardChoices& choices) {
   test::AnsweringUser user(scene.world.host.Handle());
   std::string refused;

@@ -26,7 +26,7 @@ struct BuildOutput : ::testing::Test {
     hub.SetViews(&views, &views);
   }
 
-  // What views and host were told, and then how the log file was written.
+  // Returns the notifications of views and host, followed by the writes of the log file.
   Lines Events() {
     Lines events = views.Take();
     for (const std::string& line : disk.TakeOperations()) {

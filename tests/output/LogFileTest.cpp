@@ -27,7 +27,7 @@ struct LogFile : ::testing::Test {
   ~LogFile() override { FreeMessageTexts(); }
 
   std::string Bytes() const { return disk.BytesOf(kLog).value_or("(no file)"); }
-  // How the file was written since the last call.
+  // Returns the file operations since the last call.
   std::string Writes() {
     std::string writes;
     for (const std::string& line : disk.TakeOperations()) {
@@ -39,7 +39,7 @@ struct LogFile : ::testing::Test {
     hub.AddOutput(text);
     hub.SaveLog();
   }
-  // Somebody else's bytes, as many as there were, at another time.
+  // Simulates a change by another process that keeps the size, at a different time.
   void SpoilAt(std::int64_t seconds) {
     disk.Advance(seconds);
     disk.AddFile(kLog, std::string(disk.BytesOf(kLog).value_or("").size(), 'x'));

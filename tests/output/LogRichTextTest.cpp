@@ -7,7 +7,7 @@
 namespace tarn {
 namespace {
 
-// What every line begins with.
+// Start of every line.
 #define HEAD                                                                                    \
   "{\\rtf1 {\\colortbl ;\\red255\\green0\\blue0;\\red0\\green0\\blue0;\\red0\\green0\\blue255;" \
   "\\red0\\green255\\blue0;} "
@@ -84,7 +84,7 @@ TEST(LogLinkTest, TargetsAreReadFieldByField) {
       {"file<a>b>line<x>", "- a 0 0 0"},
       {"TimeL<5>TimeH<-2>line<9>", "- - 9 5 -2"},
       {"TimeL<x5>TimeH<>", "- - 0 0 0"},
-      {"channel_name<file<a>file<b>", "- a 0 0 0"},  // the first mark counts, wherever it stands
+      {"channel_name<file<a>file<b>", "- a 0 0 0"},  // the first marker wins, in any position
       {"file<never ended", "- never ended 0 0 0"},
       {"file", "- - 0 0 0"},
   };

@@ -10,7 +10,8 @@
 namespace tarn {
 namespace {
 
-// All rows that have a text once a hub has loaded `messageFile`, and the title of the views.
+// Returns all rows that have a string after CBuildOutput has loaded `messageFile`, and the title of
+// the views.
 std::string LoadedFrom(const std::string& messageFile) {
   testing::MemoryFileSystem disk;
   disk.AddFile("/config/projectmanager.config", "");
@@ -55,7 +56,7 @@ TEST(MessageTable, KnowsTheKindOfEachRow) {
   EXPECT_EQ(kinds, "333333111155555511133311113333333333333");
 }
 
-// For the thread sanitizer, too.
+// Also a test for the thread sanitizer.
 TEST(MessageTable, GivesWholeTextsWhileAnotherThreadReplacesThem) {
   const std::string texts[] = {std::string(200, 'a'), std::string(300, 'b')};
   std::string torn;

@@ -18,7 +18,7 @@ std::string TextAt(std::intptr_t address) {
   return reinterpret_cast<const char*>(address);
 }
 
-// The host's frame: what it is sent, as lines.
+// Main frame of the host; records the messages that it receives as lines.
 struct Host : WindowTarget {
   Host() : window(RegisterWindow(*this)) {}
   ~Host() { UnregisterWindow(window); }
@@ -64,7 +64,7 @@ struct OutputEditTest : ::testing::Test {
     node.Load(element, g_xmlParseInfo);
     view->AddMessage(node);
   }
-  // Over the first character of the line's text, behind the blank that every line begins with.
+  // Position of the first character of the line's text, after the space at the start of every line.
   void Mouse(MouseAction action, MouseButton button, int line = 0) {
     view->GetEdit().NotifyMouse({action, button, {8, 16 * line}, false, false});
   }
@@ -163,7 +163,7 @@ TEST_F(OutputEditTest, TheTextFillsTheWindowBesideItsMargin) {
   EXPECT_EQ(unborn.GetEdit().GetText(), "\n");
 }
 
-// Every way in which a text may reach the view, and the line behind it.
+// All ways for a string to reach the view, each followed by another line.
 TEST_F(OutputEditTest, NoTextHidesTheLinesBehindIt) {
   std::string megabyte(1 << 20, 'x');
   megabyte.front() = '{';

@@ -11,7 +11,7 @@
 
 namespace tarn::test {
 
-// Both views and the host's window in one, so that a test sees what they are told in its order.
+// Both views and the host's window in one object, so that a test sees their notifications in order.
 struct RecordingViews : ILogView, IReportView, WindowTarget {
   RecordingViews() : window(RegisterWindow(*this)) {}
   ~RecordingViews() { UnregisterWindow(window); }

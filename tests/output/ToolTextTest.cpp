@@ -14,8 +14,8 @@ namespace {
 using test::Flat;
 
 struct ParsedToolText : ::testing::Test {
-  // One line for each message: "kind|file|line|message|help|link", the kind one of E, W and P, the
-  // message the whole line for P.
+  // Returns one line for each message: "kind|file|line|message|help|link". The kind is E, W or P;
+  // for P, the message is the whole line.
   std::string Parse(const std::string& text, const char* lineTemplate = nullptr) {
     const int before = hub.GetRoot().GetChildCount();
     hub.ParseToolText(text.c_str(), lineTemplate, "/help");
@@ -163,7 +163,8 @@ TEST_F(ParsedToolText, TheLogIsSavedOnceAtTheEndAndOnlyWhenEachMessageIs) {
   EXPECT_EQ(disk.Operations("write").size() + disk.Operations("tail").size(), 1u);
 }
 
-// "kind|file|line" of the lines that name a file and a line, `first` being the column of the kind.
+// Returns "kind|file|line" of the lines that have a file and a line number. `first` is the column
+// of the kind.
 std::set<std::string> PlacesOf(const std::string& text, std::size_t first) {
   std::set<std::string> places;
   for (const std::string_view line : Split(text, '\n')) {
@@ -175,8 +176,8 @@ std::set<std::string> PlacesOf(const std::string& text, std::size_t first) {
   return places;
 }
 
-// What compilers said about files whose names begin with a drive: each file and line that is known
-// to stand there, and no other, with a template and without.
+// Compiler output for files whose paths have a drive: exactly the known positions are found, with
+// and without a template.
 TEST_F(ParsedToolText, EveryPlaceInRealTextWithDrivesIsFoundAndNoOther) {
   const std::pair<const char*, const char*> rows[] = {
       {"gcc/drive", nullptr},
@@ -192,7 +193,7 @@ TEST_F(ParsedToolText, EveryPlaceInRealTextWithDrivesIsFoundAndNoOther) {
   }
 }
 
-// A view may lead to a reset, and even to more text, while a message is shown.
+// A view may reset the log, and even add more text, while a message is shown.
 TEST_F(ParsedToolText, AResetInTheMidstLeavesTheRest) {
   struct Resetting : ILogView {
     explicit Resetting(CBuildOutput& output) : hub(output) {}

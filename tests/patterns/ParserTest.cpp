@@ -5,7 +5,7 @@
 namespace tarn {
 namespace {
 
-// The tokens in brackets, the end mark included.
+// Returns the tokens in brackets, including the end marker.
 std::string Describe(const CParser& parser) {
   std::string out = std::to_string(parser.GetCount()) + ":";
   for (int i = 0; i <= parser.GetCount(); ++i) out += "[" + parser.GetToken(i) + "]";
@@ -58,7 +58,7 @@ TEST(Parser, IndexOutsideGivesNothing) {
   EXPECT_EQ(parser.GetToken(3), "");
 }
 
-// Each of these takes hours when the rest of the text is looked at again for each token.
+// Each of these takes hours if the rest of the input is scanned again for each token.
 TEST(Parser, OneMegabyteIsOnePass) {
   const std::pair<const char*, int> rows[] = {{"a ", 524288}, {"' ", 174763}, {"''", 1}};
   for (const auto& [piece, tokens] : rows) {

@@ -1,4 +1,4 @@
-// Patterns and subjects that take a matcher which just tries everything longer than anyone waits.
+// Patterns and subjects for which a pure backtracking matcher takes exponential time.
 #include <gtest/gtest.h>
 
 #include "patterns/LineRecogniser.h"

@@ -1,5 +1,5 @@
-// Random patterns on random subjects, against a library that is known to be right. Where the two
-// languages differ on purpose, the tables below say how and why.
+// Random patterns on random subjects, compared with a reference library. Intentional differences
+// between the two languages are listed in the tables below, with the reason.
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <gtest/gtest.h>
 #include <pcre2.h>
@@ -20,7 +20,7 @@ constexpr int kSubjectsOfAPattern = 10;
 
 struct Atom {
   const char* own;
-  const char* peer;  // null: the same
+  const char* peer;  // nullptr: same as `own`
   const char* reason;
 };
 
@@ -51,7 +51,7 @@ constexpr Atom kAtoms[] = {
     {"\\>", "(?:(?!\\w))", "bounds of words; also where no word ends"},
 };
 
-// What only this engine refuses.
+// Errors that only this engine reports.
 const std::map<std::string, const char*> kRefusals = {
     {PatternErrorText(PatternError::EmptyOperand), "a repeat has to take something each time"},
     {PatternErrorText(PatternError::NestedRepeat), "neither lazy nor possessive repeats"},
@@ -74,7 +74,7 @@ class Generator {
   Pattern MakePattern() {
     Pattern pattern;
     AddAlternatives(pattern, 0);
-    // Now and then something that may be out of place.
+    // Occasionally adds a character that may be misplaced.
     if (Below(16) == 0) pattern.Add(std::string(1, "()*+?[\\|"[Below(8)]));
     return pattern;
   }
@@ -103,7 +103,7 @@ class Generator {
       AddAlternatives(pattern, depth + 1);
       pattern.Add(")");
     } else {
-      // The plain ones more often.
+      // Prefers the simple atoms.
       const Atom& atom = kAtoms[Below(2) == 0 ? Below(5) : Below(std::size(kAtoms))];
       pattern.own += atom.own;
       pattern.peer += atom.peer ? atom.peer : atom.own;
@@ -164,7 +164,7 @@ std::string Match(CCompiledPattern& pattern, const std::string& subject) {
   return Describe(pattern, subject.c_str());
 }
 
-// The same by the way that only expensive matches take.
+// Like Match(), but uses the Pike VM, which normally runs only for expensive matches.
 std::string MatchAllAtOnce(CCompiledPattern& pattern, const std::string& subject) {
   const char* text = subject.c_str();
   BreadthMatcher matcher(*pattern.plan, pattern.code.get(), text, text + subject.size());
@@ -195,11 +195,11 @@ TEST(PatternOracle, RandomPatternsMatchAsThePeersDo) {
       const std::string expected = peer.Match(subject);
       matches += expected != "none";
       ASSERT_EQ(Match(pattern, subject), expected) << text.own << "\non " << subject;
-      if (!pattern.plan) continue;  // a text that it requires has never been there
+      if (!pattern.plan) continue;  // the required string never occurred
       ASSERT_EQ(MatchAllAtOnce(pattern, subject), expected) << text.own << "\non " << subject;
     }
   }
-  // Else the generator is of no use.
+  // Otherwise the generator is useless.
   EXPECT_GT(matches, kPairs / 4);
   EXPECT_LT(matches, kPairs * 3 / 4);
 }

@@ -1,4 +1,4 @@
-// The programs that patterns are compiled to, as a text.
+// Compiled programs of patterns, as strings.
 #include <gtest/gtest.h>
 
 #include "patterns/CompiledPattern.h"
@@ -16,7 +16,7 @@ std::string NameOf(int opcode) {
   return kNames[opcode];
 }
 
-// Each node as its place, name, text and, behind >, the place of the next one.
+// Returns each node as its offset, name, string and, after >, the offset of the next node.
 std::string Dump(const CCompiledPattern& pattern) {
   std::string out;
   const char* const code = pattern.code.get();
@@ -74,7 +74,7 @@ TEST(PatternProgram, ConstructsCompileToTheseNodes) {
       {"[a\\]", "1 Branch >10; 4 AnyOf 'a\\' >10; 10 End"},
       {"[a-b-d^]", "1 Branch >13; 4 AnyOf 'abcd^' >13; 13 End"},
       {"[\xFE-\x02]", "1 Branch >12; 4 AnyOf '\xFE\xFF\x01\x02' >12; 12 End"},
-      // Bounds, wherever they stand.
+      // Boundaries in any position.
       {"^a$\\<\\>^",
        "1 Branch >24; 4 LineBegin >7; 7 Exactly 'a' >12; 12 LineEnd >15; 15 WordBegin >18; "
        "18 WordEnd >21; 21 LineBegin >24; 24 End"},
@@ -96,7 +96,7 @@ TEST(PatternProgram, ConstructsCompileToTheseNodes) {
 TEST(PatternProgram, ShortcutsAreFoundInOneAlternativeAlone) {
   struct Row {
     const char* pattern;
-    const char* shortcuts;  // first character, anchor, required text
+    const char* shortcuts;  // first character, anchor, required string
   };
   const Row rows[] = {
       {"abc", "a - "},        {"abc|abd", "- - "},    {"^abc", "- ^ "},        {"(^a)", "- - "},
@@ -116,8 +116,8 @@ TEST(PatternProgram, ShortcutsAreFoundInOneAlternativeAlone) {
   }
 }
 
-// A literal of n characters takes n + 11 bytes: the magic byte, two nodes without a text and one
-// with.
+// A literal of n characters takes n + 11 bytes: the magic byte, two nodes without a string and one
+// with a string.
 TEST(PatternProgram, LargestProgramFillsItsLinks) {
   CCompiledPattern largest;
   EXPECT_TRUE(largest.regcomp(std::string(32755, 'a').c_str()));
@@ -129,14 +129,14 @@ TEST(PatternProgram, LargestProgramFillsItsLinks) {
   EXPECT_EQ(tooLarge.code, nullptr);
 }
 
-// No pattern compiles to any of these.
+// No pattern compiles to any of these programs.
 TEST(PatternProgram, DamagedProgramIsRefused) {
   struct Row {
     std::size_t place;
     char byte;
     const char* error;
   };
-  // Of "a*": 0 magic, 1 Branch, 4 Star, 7 Exactly 'a', 12 End.
+  // Program of "a*": 0 magic, 1 Branch, 4 Star, 7 Exactly 'a', 12 End.
   const Row rows[] = {
       {0, 0, "corrupted regexp"},   {4, 40, "regexp corruption"},
       {4, 14, "regexp corruption"}, {5, 0, "corrupted pointers"},

@@ -7,7 +7,7 @@
 namespace tarn {
 namespace {
 
-// The groups that took part, each as number, start and text; "no" without a match.
+// Returns the groups that took part, each as number, start and string, or "no" if nothing matches.
 std::string Match(CRegularExpression& expression, const char* subject) {
   if (!expression.Match(subject)) return "no";
   std::string groups;
@@ -72,7 +72,7 @@ TEST(RegularExpression, IgnoredCaseStopsAtSets) {
       {"[ab]", "A", "no"},
       {"x[a]x", "XaX", "0@0'XaX'"},
       {"x[a]x", "XAX", "no"},
-      // An escaped bracket counts as one as well, and so does what an escaped letter becomes.
+      // An escaped bracket also opens a set, and so does the set that an escaped letter becomes.
       {"\\[ab", "[ab", "0@0'[ab'"},
       {"\\[ab", "[aB", "no"},
       {"\\q", "[Qq]", "0@0'[Qq]'"},
@@ -128,8 +128,8 @@ TEST(RegularExpression, FaultyPatternSaysWhatIsWrong) {
   EXPECT_TRUE(CRegularExpression("{a}]").IsCompiled());
 }
 
-// 6 and 23 are raised by nothing; 15 and 20 by no pattern, since what they tell of is caught
-// before.
+// Errors 6 and 23 don't occur; 15 and 20 can't be caused by a pattern, since these cases are
+// detected earlier.
 TEST(RegularExpression, TextsOfErrorsKeepTheirNumbers) {
   EXPECT_STREQ(PatternErrorText(6), "corrupted opcode");
   EXPECT_STREQ(PatternErrorText(15), "internal error: junk on end");
@@ -173,7 +173,7 @@ TEST(RegularExpression, CopiesKeepTheirOwnPositions) {
     const CRegularExpression fourth(third);
     EXPECT_EQ(Match(third, "xab"), "0@0'xab'");
   }
-  // All that it needs is its own by now.
+  // By now it has its own copy of the pattern.
   EXPECT_EQ(Match(third, "ba ab"), "0@0'ba ab'");
   third = first;
   third = *&third;
@@ -192,7 +192,7 @@ TEST(RegularExpression, HandleWithoutProgramAnswersEverything) {
   EXPECT_EQ(none.SubString(0), "");
   EXPECT_EQ(none.Substitute("a"), "");
   EXPECT_EQ(none.GetError(), "NULL regexp");
-  // A good one forgets an old error.
+  // A successful operation clears an old error.
   none = CRegularExpression("(");
   EXPECT_EQ(none.GetError(), "unterminated ()");
   none.SubCount();

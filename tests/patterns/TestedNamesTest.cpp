@@ -29,7 +29,7 @@ TEST(TestedNames, AreThoseThatMacrosYield) {
       {"#define HAS __has_include\n#if 0 || HAS(<x.h>)\n", "x.h"},
       {"#define ANY (__has_include(\"a.h\") || __has_include(CFG))\n#define CFG \"x.h\"\n#if ANY\n",
        "x.h"},
-      // Each definition counts.
+      // All definitions are considered.
       {"#define CFG \"a.h\"\n#undef CFG\n#define CFG \"x.h\"\n#if __has_include(CFG)\n", "x.h"},
       {"#define CFG \\\n  \"x.h\"\n#if __has_include(CFG)\n", "x.h"},
       {"#define F(x) G(x)\n#define G(x) F(x) x\n#define C <x.h>\n#if __has_include(C)\n", "x.h"},

@@ -8,10 +8,10 @@
 
 namespace tarn::test {
 
-// A wizard that fills itself in, and keeps what it was opened with as a line.
+// A wizard that fills itself in, and records the values it was opened with as a line.
 class AnsweringWizard final : public IProjectWizard {
  public:
-  // False cancels it.
+  // Returns false to cancel.
   std::function<bool(NewApplication& application)> fill;
   std::vector<std::string> lines;
 

@@ -1,4 +1,4 @@
-// Undo and redo: changes of the files that are made to the open project in memory.
+// Undo and redo: applying changes of the files to the open project in memory.
 
 #include <gtest/gtest.h>
 
@@ -58,7 +58,7 @@ TEST_F(ApplyChange, GoesBackAndOnInMemoryUntilASave) {
   EXPECT_EQ(Undo(), Lines{"no project is open"});
 }
 
-// Commands that follow are for the node that they would have been for, or for none.
+// Commands that follow apply to the same node as before, or to none.
 TEST_F(ApplyChange, TheCurrentNodeStaysOrIsTheProject) {
   CXmlNode& root = world.model->GetProjectRoot();
   const auto label = [this] {
@@ -75,7 +75,7 @@ TEST_F(ApplyChange, TheCurrentNodeStaysOrIsTheProject) {
   EXPECT_EQ(world.model->GetCurrentNode(), &world.model->GetProjectRoot());
 }
 
-// Between the removal of a.c and its undo.
+// Changes made between the removal of a.c and its undo.
 TEST_F(ApplyChange, WhatHasChangedSinceStaysOrNothingIsDone) {
   const auto edit = [this](std::string_view from, std::string_view to) {
     ASSERT_EQ(world.model->SaveProject(), 1);
@@ -118,7 +118,7 @@ TEST_F(ApplyChange, WhatHasChangedSinceStaysOrNothingIsDone) {
   }
 }
 
-// An undo knows what the disk had, so a save merges what another program wrote there.
+// An undo records what the disk had, so a save merges changes made by another program.
 TEST_F(ApplyChange, ASaveAfterwardsKeepsWhatAnotherProgramWrote) {
   ASSERT_EQ(world.model->RemoveItem("a.c"), 1);
   after = world.model->MakeFileTexts();
@@ -141,7 +141,7 @@ TEST_F(ApplyChange, AnApplicationThatWasTakenOutComesBackWithAllThatWasNotSaved)
   ASSERT_EQ(world.model->SaveProject(), 1);
   EXPECT_EQ(Undo(), Lines());
   EXPECT_EQ(Tree(), "demo[G[c.c] b.c]");
-  // Once more, with a file that another program has written.
+  // Again, with a file that another program has written.
   ASSERT_EQ(world.model->SaveProject(), 1);
   remove();
   ASSERT_EQ(world.model->SaveProject(), 1);

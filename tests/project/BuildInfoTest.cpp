@@ -1,4 +1,4 @@
-// What tools report about their outputs.
+// Reports of tools about their outputs.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,9 +14,9 @@ namespace {
 
 struct ReachRow {
   const char* name;
-  const char* content;  // of the application; its own output is app.elf
-  const char* output;   // reported
-  const char* reached;  // labels
+  const char* content;  // of the application, whose own output is app.elf
+  const char* output;   // as reported
+  const char* reached;  // labels of the nodes found
 };
 
 constexpr ReachRow kReachRows[] = {
@@ -64,7 +64,7 @@ TEST(BuildInfo, AReportReachesTheLastNodeOfItsOutput) {
     const std::string report = "<I><F Header=\"" + std::string(row.output) + "\" Date=\"7\" /></I>";
     EXPECT_EQ(world.model->SetBuildInfo("", report.c_str()), 1) << row.name;
     EXPECT_EQ(LabelsOfBuilt(world.model->GetProjectRoot()), row.reached) << row.name;
-    // Another application's nodes are not reached, nor is anything without one.
+    // Neither nodes of another application nor records without a node are found.
     world.model->CloseProject();
     EXPECT_EQ(world.model->SetBuildInfo("", report.c_str()), 0) << row.name;
   }
@@ -112,7 +112,7 @@ TEST(BuildInfo, ARecordIsShownAtItsNode) {
     EXPECT_STREQ(node.GetAttrValue("Info"), row.info) << row.name;
     EXPECT_STREQ(node.GetAttrValue("LastBuilt"), row.lastBuilt) << row.name;
     EXPECT_STREQ(node.GetAttrValue("Desc"), row.desc) << row.name;
-    // What is stale says so and keeps its date.
+    // A stale node says so and keeps its date.
     EXPECT_EQ(world.model->RecordBuildInfo(world.Node("m"), nullptr, nullptr), 1);
     EXPECT_STREQ(node.GetAttrValue("Info"), " ") << row.name;
     EXPECT_STREQ(node.GetAttrValue("LastBuilt"), row.lastBuilt) << row.name;
@@ -136,16 +136,16 @@ TEST(BuildInfo, DependenciesAreReplacedAndGetTheTypesOfTheirFiles) {
                    "Header=\"y.inc\" ><E/></D><D/></F></I>"),
             "<Dependencies Header=\"Dependencies\" ><Header Header=\"a.HPP\" t=\"1\" /><C "
             "Header=\"x.s\" /><D Header=\"y.inc\" ><E/></D><D/></Dependencies>");
-  // A record of another output leaves the list; a record without files takes it away.
+  // A record of another output leaves the list unchanged; a record without files removes it.
   EXPECT_NE(report("<I><F Header=\"b.o\" /></I>"), "none");
   EXPECT_EQ(report("<I><F Header=\"a.o\" Date=\"3\" /></I>"), "none");
-  // Two records in one report, of which the text breaks off behind the second's first file.
+  // Two records in one report, which is truncated after the first file of the second one.
   EXPECT_EQ(report("<I><F Header=\"b.o\" Date=\"4\" /><F Header=\"a.o\" Date=\"5\" ><D "
                    "Header=\"z.h\" /><D "),
             "<Dependencies Header=\"Dependencies\" ><Header Header=\"z.h\" /><D/></Dependencies>");
   EXPECT_STREQ(world.Node("n")->GetAttrValue("LastBuilt"), "4");
   EXPECT_STREQ(world.Node("m")->GetAttrValue("LastBuilt"), "5");
-  // Neither the dates nor the lists reach the disk.
+  // Neither the dates nor the lists are written to disk.
   world.Touch();
   world.model->CloseProject();
   const std::string saved = world.FileText("/p/demo.tapp");
@@ -154,7 +154,7 @@ TEST(BuildInfo, DependenciesAreReplacedAndGetTheTypesOfTheirFiles) {
   }
 }
 
-// The index of outputs must follow what publishing writes.
+// The index of outputs must be updated when publishing changes them.
 TEST(BuildInfo, AReportFindsAnOutputThatWasChangedSinceTheLastOne) {
   ProjectWorld world;
   world.AddDemo("<C Header=\"m\" />");

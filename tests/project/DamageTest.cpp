@@ -1,4 +1,4 @@
-// What is known of files that lost content when they were read.
+// Reports about files that lost content when they were read.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@ std::string File(const std::string& content) {
 struct DamageRow {
   const char* name;
   std::string text;
-  std::string damage = {};  // its lines, without "/p/two.tapp"
+  std::string damage = {};  // lines, without "/p/two.tapp"
 };
 
 TEST(Damage, EachLossIsNamedWithItsLine) {
@@ -120,7 +120,7 @@ TEST(Damage, ProtectedFilesAreNeitherBuiltNorWritten) {
   EXPECT_EQ(world.model->CloseProject(), 1);
   EXPECT_EQ(world.Files(), before);
 
-  // With the user's consent what was not read stays in the copy.
+  // If the user agrees, content that was not read is kept in the backup.
   ASSERT_EQ(world.OpenDemo(), 1);
   world.Edit();
   world.model->SetDamageProtection(false);
@@ -140,7 +140,7 @@ TEST(Damage, ALongListEndsWithARemark) {
             "/p/two.tapp:103: more damage, from here on");
 }
 
-// --- Every kind of damage at every place of a small file ---
+// --- Every kind of damage at every position of a small file ---
 
 const std::string kSmall =
     "\r\n<Application Header=\"small\" Extern=\".\\small.tapp\" Path=\".\\small.tapp\" "
@@ -155,8 +155,8 @@ const std::string kSmall =
     "\r\n\t\t<C Header=\"led.c\" Path=\".\\src\\led.c\" />\r\n\t\t<!-- ours -->\r\n\t</Group>"
     "\r\n\t<C Header=\"end.c\" Path=\".\\end.c\" />\r\n</Application>";
 
-// The tree without a character, as if it had been put into a name or a value, and without white
-// space.
+// Dumps the tree without one character, which may have been inserted into a name or value, and
+// without whitespace.
 std::string DumpWithout(const CXmlNode& node, char removed) {
   std::string dump = node.GetName();
   for (const CXmlAttr& attr : node.Attributes()) {
@@ -178,8 +178,8 @@ std::vector<FileDamage> FindDamage(const std::string& text, CXmlNode* node) {
   return collector.Collect("small");
 }
 
-// Empty for a text of which something is named, or that is read whole but for `inserted` in its
-// names and values; else a description.
+// Returns an empty string if the text has reported damage, or is read completely except for
+// `inserted` in its names and values; otherwise a description of the difference.
 std::string FindSilentLoss(const std::string& text, char inserted) {
   CXmlNode original;
   CXmlNode node;

@@ -1,4 +1,4 @@
-// Files that cannot be read, or not as a whole.
+// Files that can't be read, or not completely.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ const Lines kOpened = {"0x8015", "0x8023", "0x8023", "0x8019", "0x8011", "0x8010
 struct DamageRow {
   const char* name;
   Damage damage;
-  Lines heard;  // in front of what an open tells
+  Lines heard;  // messages before those of an open
   const char* tree;
   Lines files;  // after a change everywhere and a save
 };
@@ -24,7 +24,7 @@ const char* const kWholeTree = "one[one.c] two[two.c]";
 const char* const kBareTree = "one[one.c] two";
 const Lines kRow23 = {"row 23 /p/two.tapp"};
 
-// A file that holds something else than a run of the system writes: what it held is kept beside it.
+// A file that differs from what Tarn writes: its content is kept in a backup next to it.
 DamageRow Kept(const char* name, const std::string& path, const std::string& bytes,
                const char* tree = kBareTree, const Lines& heard = {}) {
   return {name, Write(path, bytes), heard, tree, {path + ".bak = " + bytes}};
@@ -33,7 +33,7 @@ DamageRow Kept(const char* name, const std::string& path, const std::string& byt
 const std::string kTwo = "/p/two.tapp";
 const std::string kStart = "<Application Header=\"two\" Extern=\".\\two.tapp\" ";
 
-// The file of an application that is empty or cut must not take the reference to itself away.
+// An application file that is empty or truncated must not remove the reference to itself.
 const DamageRow kDamageRows[] = {
     Kept("an empty application file", kTwo, "", kBareTree, kRow23),
     Kept("cut in the name of the application", kTwo, "\r\n<Appl", kBareTree, kRow23),
@@ -83,7 +83,7 @@ TEST(DamagedFiles, WhatWasNotReadIsNeverSavedOver) {
     heard.insert(heard.end(), kOpened.begin(), kOpened.end());
     EXPECT_EQ(world.Heard(), heard) << row.name;
     EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), row.tree) << row.name;
-    // Opened and closed without a change, nothing is written at all.
+    // If the project is opened and closed without a change, nothing is written at all.
     const Lines before = world.Files();
     EXPECT_EQ(world.model->CloseProject(), 1) << row.name;
     EXPECT_EQ(world.Files(), before) << row.name;
@@ -137,7 +137,7 @@ const RefusalRow kRefusalRows[] = {
      {"row 8 /p/one.tapp: it refers to itself", "row 8 /p/two.tapp: it refers to itself"}},
 };
 
-// Forty files, of which each refers twice to the next one: 2^39 reads of the last.
+// Forty files, each of which references the next one twice: 2^39 reads of the last one.
 TEST(DamagedFiles, FilesThatReferToEachOtherManyTimesAreRefusedSoon) {
   ProjectWorld world;
   world.AddDemo("");
@@ -155,7 +155,7 @@ TEST(DamagedFiles, FilesThatReferToEachOtherManyTimesAreRefusedSoon) {
   EXPECT_EQ(log.find(message), log.rfind(message));
 }
 
-// A project of which a part is missing is not open, and nothing of it is ever written.
+// A project with a missing part is not opened, and nothing of it is ever written.
 TEST(DamagedFiles, AProjectThatWasReadInPartIsDiscarded) {
   for (const RefusalRow& row : kRefusalRows) {
     EditedWorld world;
@@ -176,7 +176,7 @@ TEST(DamagedFiles, AProjectThatWasReadInPartIsDiscarded) {
   }
 }
 
-// What the project before had is no part of one whose file could not be read.
+// Content of the previous project must not appear in one whose file could not be read.
 TEST(DamagedFiles, AProjectThatCannotBeReadInheritsNothing) {
   EditedWorld world;
   world.AddFile("/p/next.tprj", "<Project Header=\"next\" />");

@@ -13,7 +13,7 @@ namespace tarn::test {
 class EditedWorld;
 using Damage = std::function<void(EditedWorld&)>;
 
-// A project of two applications, with a change in the project and in each of them.
+// A project with two applications, and changes in the project and in each application.
 class EditedWorld : public ProjectWorld {
  public:
   EditedWorld() {
@@ -30,7 +30,7 @@ class EditedWorld : public ProjectWorld {
     for (const std::string& path : disk.AllFiles()) originals[path] = *disk.BytesOf(path);
   }
 
-  // Another project, /p/next.tprj, with one application.
+  // Adds another project, /p/next.tprj, with one application.
   void AddNext() {
     AddFile("/p/next.tprj",
             "<Project Header='next' ActiveApp='n' ><Application Header='n' "
@@ -40,7 +40,8 @@ class EditedWorld : public ProjectWorld {
             "/></Application>");
   }
 
-  // Changes what can be changed of the three; what the host heard before is forgotten.
+  // Changes everything in the three files that can be changed. Discards the messages that the host
+  // received before.
   void Edit() {
     components.Properties().defaults[".Build.Tool"] = "edited";
     for (CXmlNode* node : {&model->GetProjectRoot(), Node("one"), Node("two")}) {
@@ -51,8 +52,8 @@ class EditedWorld : public ProjectWorld {
     host.TakeLines();
   }
 
-  // Each file but the log that is not one of the three with its change: old for the bytes that it
-  // began with, new when it holds the change, else what it holds.
+  // Returns one line per file, except for the log and the three files with just their change: "old"
+  // for the original content, "new" if it contains the change, else the content.
   std::vector<std::string> Files() const {
     std::vector<std::string> lines;
     for (const std::string& path : disk.AllFiles()) {
@@ -70,7 +71,7 @@ class EditedWorld : public ProjectWorld {
     return lines;
   }
 
-  // The lines of the log that the host heard, and the names of the other messages.
+  // Returns the log lines that the host received, and the names of the other messages.
   std::vector<std::string> Heard() {
     std::vector<std::string> heard;
     for (const std::string& line : host.TakeLines()) {
@@ -84,7 +85,7 @@ class EditedWorld : public ProjectWorld {
   std::map<std::string, std::string> originals;
 };
 
-// What may happen to a file.
+// Things that may happen to a file.
 inline Damage Write(const std::string& path, const std::string& bytes) {
   return [=](EditedWorld& world) { world.disk.AddFile(path, bytes); };
 }

@@ -10,8 +10,8 @@ namespace {
 
 using ::testing::ElementsAre;
 
-// Stands for the conversion script: notes how it was called, says something, and ends with the
-// exit code given.
+// Simulates the conversion script: records its arguments, prints something, and ends with the given
+// exit code.
 class ScriptLauncher final : public ProcessLauncher {
  public:
   int exitCode = 0;

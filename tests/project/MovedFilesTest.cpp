@@ -1,4 +1,4 @@
-// Saves of a project whose files another program has moved, removed or shares.
+// Saving a project whose files another program has moved, removed or shared.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// An application in a folder of its own, with a source beside it and another one above.
+// An application in its own folder, with one source next to it and one in the parent folder.
 class MovedFiles : public ::testing::Test {
  public:
   void SetUp() override { Reset(); }
@@ -44,20 +44,20 @@ class MovedFiles : public ::testing::Test {
            (beside.empty() ? ".\\b.c" : beside) + "\" />\n</Application>";
   }
 
-  // Another program moves the application file and corrects the paths that lead to and from it.
+  // Another program moves the application file and updates the paths to and from it.
   void Move() {
     world->disk.Erase("/p/app/one.tapp");
     world->AddFile("/p/fw/avr/one.tapp", Application("fw\\avr", "..\\..\\app\\b.c", "..\\..\\a.c"));
     world->AddFile("/p/demo.tprj", Project("fw\\avr"));
   }
-  // The same for all of its folder.
+  // Another program moves the application's folder.
   void MoveFolder() {
     for (const char* source : {"/p/fw/b.c", "/p/fw/new.c"}) world->AddFile(source, "");
     world->disk.Erase("/p/app");
     world->AddFile("/p/fw/one.tapp", Application("fw", "", "..\\a.c"));
     world->AddFile("/p/demo.tprj", Project("fw"));
   }
-  // It takes the application out of the project.
+  // Another program removes the application from the project.
   void Remove() {
     world->disk.Erase("/p/app/one.tapp");
     world->AddFile("/p/demo.tprj", Project(""));
@@ -74,7 +74,7 @@ class MovedFiles : public ::testing::Test {
     }
     return lines;
   }
-  // All but the log and the sources.
+  // Returns all files except for the log and the sources.
   Lines Files() {
     Lines found;
     for (const std::string& path : world->disk.AllFiles()) {
@@ -93,7 +93,7 @@ TEST_F(MovedFiles, AnApplicationFollowsToWhereTheProjectNamesIt) {
     void (MovedFiles::*edit)();
     void (MovedFiles::*move)();
     const char* tree;
-    const char* files;  // a line each
+    const char* files;  // one per line
     const char* reported = "";
   } rows[] = {
       {"moved, no edit", nullptr, &MovedFiles::Move,
@@ -137,7 +137,7 @@ TEST_F(MovedFiles, AnApplicationFollowsToWhereTheProjectNamesIt) {
   }
 }
 
-// It is known by the files that it lists; a new application is not taken for one that is gone.
+// It is recognized by the files it lists; a new application is not mistaken for one that is gone.
 TEST_F(MovedFiles, AnApplicationThatWasAlsoRenamedIsFollowed) {
   const auto named = [](std::string text, const std::string& label) {
     for (const std::string word : {"Header=\"one\"", "ActiveApp=\"one\""}) {
@@ -149,7 +149,7 @@ TEST_F(MovedFiles, AnApplicationThatWasAlsoRenamedIsFollowed) {
   };
   const struct {
     const char* name;
-    bool isLeft;  // the earlier file is still there
+    bool isLeft;  // the old file still exists
     Lines sources;
     const char* tree;
   } rows[] = {
@@ -171,7 +171,7 @@ TEST_F(MovedFiles, AnApplicationThatWasAlsoRenamedIsFollowed) {
   }
 }
 
-// The copy is where the user can write, and not next to the file.
+// The copy is in a folder where the user can write rather than next to the file.
 TEST_F(MovedFiles, AFileOutsideThatIsRefusedLeavesACopyInTheProject) {
   world->AddFile("/q/two.tapp", "\n<Application Header=\"two\" />");
   world->model->SetCurrentNode(&world->model->GetProjectRoot());
@@ -213,7 +213,7 @@ TEST_F(MovedFiles, AnApplicationWithoutAPlaceStaysInMemory) {
   EXPECT_EQ(Files(), (Lines{"/data/one.tapp.unsaved", "/p/demo.tprj", "/p/gone/one.tapp"}));
 }
 
-// Neither may a file that was never there bring the folder back.
+// A file that never existed must not re-create the folder either.
 TEST_F(MovedFiles, AProjectWhoseFolderIsGoneIsNotMadeAgain) {
   AnsweringWizard wizard;
   wizard.fill = [](NewApplication& application) {
@@ -231,7 +231,7 @@ TEST_F(MovedFiles, AProjectWhoseFolderIsGoneIsNotMadeAgain) {
   EXPECT_TRUE(world->model->IsModified());
 }
 
-// The other version is kept also where it is what the file holds afterwards.
+// The other version is backed up even if the file keeps it.
 TEST_F(MovedFiles, WhatWasRemovedHereAndChangedThereLeavesACopy) {
   ASSERT_EQ(world->model->RemoveItem("b.c"), 1);
   world->AddFile("/p/app/one.tapp", Application("app", ".\\c.c", "..\\a.c"));

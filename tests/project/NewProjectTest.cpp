@@ -1,4 +1,4 @@
-// New projects, the questions that are asked, and the checks of files.
+// New projects, the questions to the user, and the checks of files.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,11 +16,11 @@ using Lines = std::vector<std::string>;
 struct CreateRow {
   const char* name;
   Damage prepare;
-  bool ok;  // the answer to the question, if there is one
+  bool ok;  // the reply to the question, if there is one
   std::int32_t result;
   Lines asked;
   Lines heard;
-  Lines files;  // beside what was there
+  Lines files;  // in addition to the existing ones
 };
 
 const Lines kNew = {
@@ -103,7 +103,7 @@ struct OpenRow {
   const char* path;
   const char* project;
   std::int32_t result;
-  const char* active;  // label of the application, "none" without one
+  const char* active;  // label of the application; "none" if there is none
 };
 
 constexpr OpenRow kOpenRows[] = {
@@ -139,7 +139,7 @@ TEST(OpenProject, TheActiveApplicationIsTheOneThatTheFileMeans) {
   }
 }
 
-// Its options are the project's own, though it holds no application.
+// It has options although it contains no application.
 TEST(OpenProject, AChangedProjectWithoutApplicationsIsSavedBeforeAnotherIsOpened) {
   ProjectWorld world;
   world.AddFile("/p/empty.tprj", "<Project Header=\"old\" />");

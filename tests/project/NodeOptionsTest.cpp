@@ -1,4 +1,4 @@
-// Stored options, configurations, and the searches that they rest on.
+// Stored options, configurations, and the searches they depend on.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ namespace {
 using ::testing::ElementsAre;
 using Lines = std::vector<std::string>;
 
-// Without line ends and what indents.
+// Returns the XML without line endings and indentation.
 std::string Flat(const CXmlNode* node) {
   CXmlDisplayOptions options = g_xmlDisplayOptions;
   options.newline = false;
@@ -30,8 +30,8 @@ std::unique_ptr<CXmlNode> Parse(const std::string& text) {
 
 struct StoreRow {
   const char* key;
-  const char* config;  // in force
-  const char* asked;   // of the property manager
+  const char* config;  // active configuration
+  const char* asked;   // query to the property manager
 };
 
 constexpr StoreRow kStoreRows[] = {
@@ -45,7 +45,7 @@ constexpr StoreRow kStoreRows[] = {
     {"Other.General.Type", "Debug", "Standard Other General Type"},
     {"Tool", "Debug", "Debug C \"\" Tool"},
     {"a.b.c.d", "Debug", "Debug C \"\" a"},
-    {"", "Debug", "Debug C Load DBIFile"},  // what the window changed last
+    {"", "Debug", "Debug C Load DBIFile"},  // the last change in the window
 };
 
 TEST(NodeOptions, AChangedValueIsStoredUnderTheRightConfigurationAndSet) {
@@ -67,7 +67,7 @@ TEST(NodeOptions, AChangedValueIsStoredUnderTheRightConfigurationAndSet) {
   }
 }
 
-// The first of two, which a damaged file may have, is the one that is read.
+// If a damaged file has two, the first one is read.
 TEST(NodeOptions, OptionsKeepTheirOrder) {
   ProjectWorld world;
   world.AddDemo("<Options/><C Header=\"m\" /><Options><Opt Header=\"x\" /></Options>");
@@ -108,7 +108,7 @@ TEST(NodeOptions, AValueStoredTwiceStandsOnceAndIsUsedAtOnce) {
   };
   EXPECT_EQ(publish(), "C(TranslateTool=gcc Marker=0)");
 
-  // Another configuration has none of it; the first has it still.
+  // A different configuration has none of the values; the first one still has them.
   EXPECT_EQ(world.model->SelectConfiguration("Debug"), 1);
   EXPECT_EQ(publish(), "C(TranslateTool= Marker=-1)");
   EXPECT_EQ(world.model->SelectConfiguration("STANDARD"), 1);
@@ -118,7 +118,8 @@ TEST(NodeOptions, AValueStoredTwiceStandsOnceAndIsUsedAtOnce) {
   EXPECT_EQ(publish(), "C(TranslateTool= Marker=-1)");
 }
 
-// Values of an application hold for its nodes unless one has its own; the project's don't.
+// Values of an application apply to its nodes, unless a node has its own; those of the project
+// don't.
 TEST(NodeOptions, AValueIsInheritedFromTheApplicationDownwards) {
   const auto options = [](const std::string& value) {
     return "<Options><Opt Header=\"Standard\" ><Set Header=\"C\" ><Sec Header=\"Build\" ><Prop "
@@ -138,7 +139,7 @@ TEST(NodeOptions, AValueIsInheritedFromTheApplicationDownwards) {
   }
   EXPECT_THAT(tools, ElementsAre("app", "group", "own"));
 
-  // Back to what is inherited.
+  // Resets to the inherited value.
   world.model->SetCurrentNode(world.Node("own"));
   world.Node("own")->FindDescendant("Prop")->SetAttrValue("Removable", "");
   EXPECT_EQ(world.model->ResetStoredProperty("C.Build.TranslateTool"), 1);
@@ -153,7 +154,7 @@ struct ResetRow {
   const char* key;
   const char* config;
   bool modified;
-  const char* left;  // the properties that are still there
+  const char* left;  // the remaining properties
 };
 
 constexpr ResetRow kResetRows[] = {
@@ -168,7 +169,7 @@ constexpr ResetRow kResetRows[] = {
     {"no such property", "C.Build.None", "Debug", false, "Tool Fixed X Path"},
 };
 
-// The properties below an element of options, and what is empty as name/.
+// Returns the properties below an element of options, and empty elements as name/.
 std::string PropertiesOf(const CXmlNode& node) {
   std::string list;
   for (const CXmlNode* child : node.GetChildren()) {
@@ -234,10 +235,10 @@ TEST(NodeOptions, MergingKeepsWhatTheNewSideDoesNotMention) {
 
 struct IdentityRow {
   const char* name;
-  const char* node;  // label
+  const char* node;  // its label
   const char* property;
   const char* value;
-  const char* tree;  // null: refused
+  const char* tree;  // nullptr if refused
 };
 
 constexpr IdentityRow kIdentityRows[] = {
@@ -283,14 +284,14 @@ TEST(NodeOptions, ANodeOfAnotherTypeOrLabelIsPublishedAnew) {
       EXPECT_THAT(window.TakeCalls(), ElementsAre("BeginTreeUpdate", "EndTreeUpdate")) << row.name;
     }
     EXPECT_STREQ(world.Application()->GetAttrValue("Path"), "/p/demo.tapp") << row.name;
-    // Saved and read again, the node is where it was.
+    // After saving and loading, the node is where it was.
     const std::string tree = ProjectWorld::Show(world.model->GetProjectRoot(), {"Header"});
     ASSERT_EQ(world.model->SaveProject(), 1) << row.name;
     EXPECT_EQ(ProjectWorld::Show(world.model->GetProjectRoot(), {"Header"}), tree) << row.name;
   }
 }
 
-// A text that is no XML must not break what stands behind it in the file.
+// A malformed text must not corrupt what follows it in the file.
 TEST(NodeOptions, AnEmptyAnswerOfThePropertyManagerLosesNothing) {
   ProjectWorld world;
   world.AddDemo("<C Header=\"m\" /><C Header=\"n\" />");

@@ -12,10 +12,10 @@ using ::testing::ElementsAre;
 
 struct Content {
   const char* name;
-  const char* text;  // what the application holds
+  const char* text;  // content of the application
 };
 
-// With everything that a file can hold and that no run of the system would leave out.
+// Everything that a file may contain and that Tarn would keep.
 constexpr Content kContents[] = {
     {"nothing", ""},
     {"groups in groups", R"(
@@ -66,7 +66,7 @@ TEST(ProjectFiles, ASaveOfWhatWasNotChangedLosesAndAddsNothing) {
     EXPECT_THAT(world.disk.AllFiles(), ElementsAre("/p/demo.tapp", "/p/demo.tprj", "/tmp/log.xml"))
         << row.name;
 
-    // Neither publishing nor another save changes them.
+    // Neither publishing nor another save changes the content.
     world.model->PublishAll();
     world.Touch();
     world.disk.TakeOperations();
@@ -76,7 +76,7 @@ TEST(ProjectFiles, ASaveOfWhatWasNotChangedLosesAndAddsNothing) {
   }
 }
 
-// Byte for byte, with line ends, tabs and the blank behind each attribute.
+// Byte for byte, including line endings, tabs and the space after each attribute.
 TEST(ProjectFiles, ASavedProjectHasTheBytesThatEveryReaderExpects) {
   ProjectWorld world;
   world.disk.AddFile("/p/demo.tprj",
@@ -112,7 +112,7 @@ TEST(ProjectFiles, ASavedProjectHasTheBytesThatEveryReaderExpects) {
             "\r\n\t\t<Config Header=\"Debug&slash;x\" />"
             "\r\n\t</Configs>"
             "\r\n</Application>");
-  // What was saved a moment ago is read again, and not written again.
+  // A file that was just saved is read again but not rewritten.
   world.disk.TakeOperations();
   ASSERT_EQ(world.model->SaveProject(), 1);
   EXPECT_THAT(world.disk.Operations("read"),
@@ -120,7 +120,7 @@ TEST(ProjectFiles, ASavedProjectHasTheBytesThatEveryReaderExpects) {
   EXPECT_THAT(world.disk.Operations("write"), Each("write /tmp/log.xml"));
 }
 
-// Names in another case, backslashes and drives, as a file system that folds case leaves them.
+// Names with different case, backslashes and drives, as written on a case-insensitive file system.
 TEST(ProjectFiles, AProjectFromElsewhereOpensAndKeepsItsNames) {
   ProjectWorld world;
   const std::string project =

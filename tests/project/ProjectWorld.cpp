@@ -8,7 +8,7 @@ namespace tarn::test {
 
 namespace {
 
-// Types as a real configuration has them, and one of each special kind.
+// Types as in a real configuration, and one of each special kind.
 constexpr const char* kTypes =
     "<Types>"
     "<Project Project='Yes' Path='Yes' Build='Yes' />"
@@ -67,7 +67,7 @@ void ProjectWorld::AddDemo(std::string_view content) {
 }
 
 void ProjectWorld::Touch() {
-  // No type of that name: the change is refused.
+  // The type does not exist, so the change is refused.
   model->StoreChangedProperty("General.Type");
 }
 

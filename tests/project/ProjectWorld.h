@@ -13,33 +13,33 @@
 
 namespace tarn::test {
 
-// A model with everything that it needs, and nothing that is real: a disk in memory, fake
-// components, a host that records its messages, and the message texts "row N" with the arguments
-// behind them. The project folder of the texts below is /p.
+// A model with everything it needs and nothing real: an in-memory disk, fake components, a host
+// that records its messages, and the message texts "row N" followed by the arguments. The project
+// folder in the paths below is /p.
 class ProjectWorld {
  public:
   ProjectWorld();
 
-  // Puts a file on the disk; "\n" in `text` becomes CR LF.
+  // Adds a file to the disk; "\n" in `text` becomes CR LF.
   void AddFile(const std::string& path, std::string_view text);
-  // What the file holds, with CR LF shown as "\n"; "(none)" when there is no such file.
+  // Returns the content of the file, with CR LF as "\n"; "(none)" if it does not exist.
   std::string FileText(const std::string& path) const;
 
-  // A project /p/demo.tprj with one application /p/demo.tapp that holds the elements of `content`,
-  // and an empty file for each `Path` in it.
+  // Adds a project /p/demo.tprj with one application /p/demo.tapp that contains the elements in
+  // `content`, and an empty file for each `Path` in it.
   void AddDemo(std::string_view content);
   std::int32_t OpenDemo() { return model->OpenProject("/p/demo.tprj", 0); }
 
-  // Makes the project count as modified without changing anything in it.
+  // Marks the project as modified without changing its content.
   void Touch();
   CXmlNode* Application(int index = 0);
-  // The node with that label, or null.
+  // Returns the node with that label, or nullptr.
   CXmlNode* Node(const char* header);
-  // The labels of what is below the node: Sources[main.c led.c] Other.
+  // Returns the labels of the node's descendants: Sources[main.c led.c] Other.
   static std::string Labels(const CXmlNode& node);
-  // The log so far: one line a message or output.
+  // Returns the log so far, one line per message or output.
   std::string LogText() const;
-  // The node and all below it on one line, with the attributes named, content nodes only:
+  // Returns the content nodes of a subtree on one line, with the specified attributes:
   // Group(Header=a)[C(Header=b)].
   static std::string Show(const CXmlNode& node, std::initializer_list<const char*> attributes);
 

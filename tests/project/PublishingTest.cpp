@@ -1,4 +1,4 @@
-// What the property manager is asked, and what the tree has from it.
+// Calls of the property manager by publishing, and the resulting attributes in the tree.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ std::string Options(const std::string& config, const std::string& set, const std
          "\" /></Sec></Set></Opt></Options>";
 }
 
-// Calls with the texts of values and options cut to their first word.
+// Returns the calls, with the texts of values and options cut after their first word.
 Lines ShortCalls(CallRecorder& recorder) {
   Lines calls;
   for (const std::string& call : recorder.TakeCalls()) {
@@ -80,7 +80,7 @@ TEST(Publishing, ANodeIsLoadedInTheOrderThatThePropertyManagerReliesOn) {
             "\r\n<Tools>\r\n\t<T Header=\"lint\" Id=\"33059\" />\r\n\t<T Header=\"fmt\" "
             "Id=\"33060\" />\r\n</Tools>");
 
-  // The node that is current costs nothing, one that was published one reading of its text.
+  // Loading the current node costs nothing; a published one costs one read of its text.
   properties.TakeCalls();
   world.model->LoadNodeOptions(world.Node("m.c"), false);
   EXPECT_THAT(ShortCalls(properties), ElementsAre());
@@ -93,7 +93,7 @@ TEST(Publishing, ANodeIsLoadedInTheOrderThatThePropertyManagerReliesOn) {
   EXPECT_THAT(properties.CallsOf("SetPropState"), ElementsAre("SetPropState open"));
 }
 
-// The byte that stands for a bracket in a kept text, and no other.
+// Only the byte that replaces a bracket in a cached text is replaced back.
 TEST(Publishing, ABracketComesBackFromAKeptText) {
   ProjectWorld world;
   world.AddDemo("");
@@ -181,7 +181,7 @@ TEST(Publishing, AttributesAreWrittenAlsoWhenEmptyButForTwo) {
             "DBIFile=m.dbi LoadExclude=Yes Marker=-1)");
 }
 
-// 23 nodes below the application, 25 in all; the application is published by the open.
+// 23 nodes below the application, 25 in total; the application is published by the open.
 TEST(Publishing, TicksPublishTenNodesAndGiveTheCurrentNodeBack) {
   ProjectWorld world;
   std::string nodes;
@@ -223,7 +223,7 @@ TEST(Publishing, TicksPublishTenNodesAndGiveTheCurrentNodeBack) {
   EXPECT_THAT(window.TakeCalls(), ::testing::Contains("StopStepTimer"));
 }
 
-// The root of a foreign file is no project and has no parent to inherit from.
+// The root of a foreign file is not a project and has no parent to inherit from.
 TEST(Publishing, ARootWithoutATypeIsPublishedOnce) {
   ProjectWorld world;
   world.AddFile("/p/demo.tprj", "<Foo Header=\"x\" ><Bar Header=\"y\" /></Foo>");
@@ -243,7 +243,7 @@ TEST(Publishing, TheDefaultProjectIsReadyWhenItsOpenEnds) {
   EXPECT_FALSE(world.model->HasUnpublished());
   EXPECT_THAT(window.TakeCalls(), ::testing::Not(::testing::Contains("SetProjectRoot")));
   EXPECT_EQ(world.model->GetLastBrowseFolder(), "/app/examples/");
-  // It keeps its options and no files.
+  // The project keeps its options and no files.
   world.Touch();
   ASSERT_EQ(world.model->CloseProject(), 1);
   const std::string saved = world.FileText("/p/demo.tapp");

@@ -9,7 +9,7 @@
 
 namespace tarn::test {
 
-// A project window that only notes what it is told, a call a line.
+// A project window that records the calls it receives, one per line.
 class RecordingProjectWindow : public IProjectWindow {
  public:
   std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }

@@ -1,4 +1,4 @@
-// A host may do anything inside a message.
+// A host may perform any operation inside a message handler.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -81,7 +81,7 @@ const Act kOuterActs[] = {
      [](EditedWorld& world) { world.model->MoveNode(world.Node("one.c"), world.Node("two")); }},
 };
 
-// A window whose refill at the end of a change sends messages, as that of a toolkit does.
+// A window that sends messages when it is refilled at the end of a change, as toolkit windows do.
 class RefillingWindow final : public RecordingProjectWindow {
  public:
   std::function<void()> onRefill;
@@ -107,10 +107,10 @@ constexpr std::uint32_t kMessages[] = {kMsgProjectClosing,
                                        kMsgLogLine,
                                        kRefill};
 
-// Every operation that sends messages, with every action of a host inside each of them. Files are
-// read-only in part, so that there are messages of the log as well.
+// Every operation that sends messages, combined with every action of a host inside each message.
+// Some files are read-only, so that there are log messages too.
 TEST(ReentrantHost, NoActionInsideAMessageCrashesOrLosesAnything) {
-  // Acts that are meant to take an edited node or its edit out of the project.
+  // Acts that are meant to remove an edited node or its edit.
   const std::set<std::string> takesAway = {"reset", "remove the current node",
                                            "remove an application"};
   for (const Act& outer : kOuterActs) {
@@ -140,8 +140,8 @@ TEST(ReentrantHost, NoActionInsideAMessageCrashesOrLosesAnything) {
           world.host.actions.clear();
           world.model->StopAndWait();
 
-          // Whatever happened: the tree in memory is as good as the model says, and what was
-          // changed before stands in a file, if not in the tree.
+          // Afterwards, the tree in memory is as valid as the model says, and every earlier change
+          // is in a file if it is not in the tree.
           world.model->mainframeHandle = world.host.Handle();
           world.model->PublishAll();
           EXPECT_EQ(world.model->CloseProject(), 1);
@@ -168,7 +168,7 @@ TEST(ReentrantHost, NoActionInsideAMessageCrashesOrLosesAnything) {
 struct OrderRow {
   const char* name;
   std::uint32_t message;
-  const char* project;  // that the host opens inside the message
+  const char* project;  // opened by the host inside the message
   Lines heard;          // numbers and first arguments
 };
 
@@ -220,7 +220,7 @@ TEST(ReentrantHost, AProjectOpenedInsideTheOpenOfAnotherIsOpenAsAnyOther) {
   }
 }
 
-// While the host is asked, and while the files are written, there is one close and no other.
+// While the host is asked and while files are written, no second open or close may start.
 TEST(ReentrantHost, NothingIsOpenedOrClosedInsideTheQuestionOrTheSave) {
   for (const std::uint32_t message :
        {std::uint32_t{kMsgProjectClosing}, std::uint32_t{kMsgLogLine}}) {

@@ -1,4 +1,4 @@
-// What a failed load or save leaves on the disk and tells the user.
+// Files on disk and reports to the user after a failed load or save.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// What follows a save: the project is read again.
+// Messages after a save, when the project is read again.
 const Lines kReopened = {"0x8015", "0x8023", "0x8023", "0x8019", "0x8011", "0x8010"};
 
 const std::string kCopyKept =
@@ -28,9 +28,9 @@ std::string NotSaved(const std::string& path, const std::string& reason, const s
 struct SaveRow {
   const char* name;
   Damage damage;  // after the change, before the close
-  Lines heard;    // at a close, behind the question
+  Lines heard;    // during a close, after the question
   Lines files;
-  Lines loaded = {};  // at the load that follows a save, in front of the rest
+  Lines loaded = {};  // during the load after a save, before the other messages
 
   bool Fails() const {
     return std::any_of(heard.begin(), heard.end(), [](const std::string& line) {
@@ -39,7 +39,7 @@ struct SaveRow {
   }
 };
 
-// Whatever kept the files from being written is no more.
+// Removes everything that prevented the files from being written.
 void Repair(EditedWorld& world) {
   world.disk.ClearFailures();
   world.disk.AddFolder("/p");
@@ -179,7 +179,7 @@ TEST(SaveFailure, WhatWasNotSavedIsInMemoryAndTriedAgain) {
   }
 }
 
-// A disk that takes nothing at all: the tree is the only place that holds the user's work.
+// No location is writable, so the tree is the only place with the user's work.
 TEST(SaveFailure, ASaveThatFindsNoPlaceAtAllKeepsTheTree) {
   EditedWorld world;
   ASSERT_EQ(world.OpenDemo(), 1);
@@ -201,7 +201,7 @@ TEST(SaveFailure, ASaveThatFindsNoPlaceAtAllKeepsTheTree) {
   EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "one[one.c] two[two.c]");
   EXPECT_TRUE(world.model->IsModified());
 
-  // There is room again: all of it is saved, and the log does not speak of what failed before.
+  // There is space again: everything is saved, and the log does not mention the earlier failure.
   world.disk.ClearFailures();
   world.host.TakeLines();
   EXPECT_EQ(world.model->SaveProject(), 1);
@@ -226,7 +226,7 @@ TEST(SaveFailure, AHostThatRefusesTheCloseKeepsTheTreeAndTheFiles) {
   EXPECT_EQ(world.Files(), Lines());
 }
 
-// Two elements may name one file, and only the text of one of them can be in it.
+// Two elements may name the same file, which can only have the content of one of them.
 TEST(SaveFailure, OneOfTwoApplicationsInOneFileIsNotLost) {
   EditedWorld world;
   world.AddFile("/p/demo.tprj",

@@ -1,4 +1,4 @@
-// Elements of a project's files that are where they have no effect.
+// Elements of a project's files in positions where they have no effect.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ namespace {
 const std::string kOne = "/p/one.tapp";
 const std::string kProject = "/p/demo.tprj";
 
-// Its lines, without the file where it is this one.
+// Returns the lines of the damage, without the file name if it is `file`.
 std::string ToText(const std::vector<FileDamage>& damage, const std::string& file) {
   std::string text;
   for (const FileDamage& each : damage) {
@@ -21,19 +21,19 @@ std::string ToText(const std::vector<FileDamage>& damage, const std::string& fil
   return text;
 }
 
-// A file of the application "one" with this from its second line on.
+// Returns a file of the application "one" with this content from its second line.
 std::string Application(const std::string& content) {
   return "<Application Header='one' Extern='one.tapp' Path='one.tapp' >\n" + content +
          "\n</Application>";
 }
 
-// The project file with this after the application "one", on the second line.
+// Returns the project file with this content after the application "one", on the second line.
 std::string Project(const std::string& content) {
   return "<Project Header='demo' ><Application Header='one' Extern='one.tapp' />\n" + content +
          "</Project>";
 }
 
-// The options of a configuration with an element at each level.
+// Returns the options of a configuration with an element at each level.
 std::string Options(const std::string& section) {
   return "<Options><Config Header='Standard' ><Set Header='C' ><Section Header='Build' >" +
          section + "</Section></Set></Config></Options>";
@@ -42,7 +42,7 @@ std::string Options(const std::string& section) {
 struct Row {
   const char* name;
   std::string text;
-  std::string damage = {};  // without the file
+  std::string damage = {};  // without the file name
   std::string file = kOne;
 };
 
@@ -147,7 +147,8 @@ TEST(Structure, AProjectThatCannotBeOpenedKeepsWhatIsWrong) {
     EXPECT_EQ(world.OpenDemo(), 0);
     EXPECT_TRUE(world.model->GetDamage().empty());
     world.AddNext();
-    EXPECT_EQ(world.model->OpenProject("/p/next.tprj", 1), 1);  // in place of none
+    EXPECT_EQ(world.model->OpenProject("/p/next.tprj", 1), 1);  // opened in place of the
+                                                                // placeholder
     EXPECT_EQ(ToText(world.model->GetFailedDamage(), row.file), row.damage);
     EXPECT_EQ(world.model->OpenProject("/p/next.tprj", 0), 1);
     EXPECT_TRUE(world.model->GetFailedDamage().empty());

@@ -1,4 +1,4 @@
-// What becomes of two sides' changes of one tree, and what of a tree goes to the disk.
+// Merging two sides' changes of a tree, and the form in which a tree is written to disk.
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 namespace tarn::test {
 namespace {
 
-// A tree in few letters: `Name=label{children}`, with attributes behind a colon: `C=a:x1`.
+// Compact notation of a tree: `Name=label{children}`, with attributes after a colon: `C=a:x1`.
 class Short {
  public:
   static std::unique_ptr<CXmlNode> Read(std::string_view text) {
@@ -47,7 +47,7 @@ class Short {
       if (text.starts_with(' ')) text.remove_prefix(1);
     }
   }
-  // One letter is the name of an attribute, the rest its value.
+  // The first letter is the attribute's name, the rest its value.
   static void ReadWord(CXmlNode& parent, std::string_view word) {
     const std::size_t equal = word.find('=');
     CXmlNode& node = *parent.AddChild(std::string(word.substr(0, equal)));
@@ -69,7 +69,7 @@ TEST(TreeMerge, BothSidesChangesAreThere) {
     const char *base, *theirs, *ours, *merged, *conflicts;
   } rows[] = {
       {"C=a", "C=a", "C=a", "C=a", ""},
-      // Additions stand after the same neighbour as on their side.
+      // Additions follow the same neighbor as on their side.
       {"C=a", "C=a C=t", "C=a", "C=a C=t", ""},
       {"C=a", "C=a C=t", "C=a C=o", "C=a C=o C=t", ""},
       {"C=a C=b", "C=t C=a C=b", "C=a C=o C=b", "C=t C=a C=o C=b", ""},
@@ -78,7 +78,7 @@ TEST(TreeMerge, BothSidesChangesAreThere) {
       {"C=a", "C=a C=n:x1", "C=a C=n:x2", "C=a C=n:x2", "n: x"},
       {"", "C=n:P/t/n", "C=n:P/o/n", "C=n:P/o/n C=n:P/t/n", ""},
       {"G=g{C=a} G=h", "G=g{C=a C=t} G=h", "G=g{C=a} G=h{C=o}", "G=g{C=a C=t} G=h{C=o}", ""},
-      // Removals, and a change of what the other side has removed.
+      // Removals, and changes of elements that the other side removed.
       {"C=a C=b", "C=b", "C=a C=b C=o", "C=b C=o", ""},
       {"C=a C=b", "C=a C=b C=t", "C=b", "C=b C=t", ""},
       {"C=a C=b", "C=a", "C=b", "", ""},
@@ -90,14 +90,14 @@ TEST(TreeMerge, BothSidesChangesAreThere) {
       {"C=a:x1", "C=a:x2", "C=a:x2", "C=a:x2", ""},
       {"C=a:x1", "C=a:x2", "C=a:x3", "C=a:x3", "a: x"},
       {"C=a:x1", "C=a", "C=a:x3", "C=a:x3", "a: x"},
-      // A rename on one side, a change inside on the other.
+      // A rename on one side and a change inside on the other.
       {"G=g{C=a C=b}", "G=h{C=a C=b}", "G=g{C=a C=b C=o}", "G=h{C=a C=b C=o}", ""},
       {"G=g{C=a C=b}", "G=g{C=a C=t C=b}", "G=h{C=a C=b}", "G=h{C=a C=t C=b}", ""},
       {"C=a:P/a", "C=b:P/a", "C=a:P/a:x1", "C=b:P/a:x1", ""},
       // The order of the side that changed it.
       {"C=a C=b C=c", "C=c C=a C=b", "C=a C=b C=c C=o", "C=c C=o C=a C=b", ""},
       {"C=a C=b C=c", "C=a C=t C=b C=c", "C=c C=b C=a", "C=c C=b C=a C=t", ""},
-      // A node that was moved takes the other side's changes along.
+      // A moved node receives the other side's changes.
       {"C=a:P/a G=g", "G=g{C=a:P/a}", "C=a:P/a:x1 G=g", "G=g{C=a:P/a:x1}", ""},
       {"C=a:P/a G=g", "C=a:P/a:x1 G=g", "G=g{C=a:P/a}", "G=g{C=a:P/a:x1}", ""},
       {"C=a:P/a", "G=n{C=a:P/a}", "C=a:P/a:x1", "G=n{C=a:P/a:x1}", ""},
@@ -114,12 +114,12 @@ TEST(TreeMerge, BothSidesChangesAreThere) {
        "g: removed here, changed there"},
       {"C=a:P/a C=a:P/a G=g", "G=g{C=a:P/a C=a:P/a}", "C=a:P/a:x1 C=a:P/a G=g",
        "C=a:P/a:x1 G=g{C=a:P/a C=a:P/a}", "a: changed here, removed there"},
-      // Options are merged one by one, also where one side has reset the last.
+      // Options are merged individually, even if one side has reset the last one.
       {"Options={S=s{P=a:x1}}", "Options={S=s{P=a:x1 P=b:x1}}", "", "Options={S=s{P=b:x1}}", ""},
       {"Options={S=s{P=a:x1}}", "Options={S=s{P=a:x2}}", "", "Options={S=s{P=a:x2}}",
        "Options/s/a: removed here, changed there"},
       {"Options={S=s{P=a:x1}}", "", "Options={S=s{P=a:x1}}", "", ""},
-      // Two of one label are told apart by their order.
+      // Two elements with the same label are distinguished by their order.
       {"C=a C=a", "C=a C=a:x1", "C=a:y1 C=a", "C=a:y1 C=a:x1", ""},
   };
   for (const auto& row : rows) {
@@ -133,7 +133,7 @@ TEST(TreeMerge, BothSidesChangesAreThere) {
   }
 }
 
-// Work that grows with the square of the number takes minutes here.
+// Takes minutes if the time is quadratic.
 TEST(TreeMerge, VeryManyAttributesOfOneElementTakeNoLongerThanTheSameInMany) {
   constexpr int kCount = 200'000;
   const auto make = [](int from, int changed) {
@@ -160,7 +160,7 @@ TEST(TreeMerge, VeryManyAttributesOfOneElementTakeNoLongerThanTheSameInMany) {
   EXPECT_EQ(merged.root->GetChild(0)->GetAttrCount(), kCount);
 }
 
-// What is renamed as well is another node, unless its file was moved on the disk.
+// A node that is also renamed is a different node, unless its file was moved on disk.
 TEST(TreeMerge, AFileThatWasMovedOnTheDiskIsTheSameNode) {
   const FileMoved isMoved = [](const std::string& from, const std::string& to) {
     return from == "/a" && to == "/lib/q";
@@ -182,7 +182,7 @@ TEST(TreeMerge, AFileThatWasMovedOnTheDiskIsTheSameNode) {
   }
 }
 
-// Derived attributes follow configuration and view, which is no reason to change the file.
+// Derived attributes follow configuration and view, which is not a reason to change the file.
 TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
   const std::string open = "\r\n<Project Header=\"p\" sate=\"32\" >";
   const std::string app = "\r\n\t<Application Header=\"a\" Extern=\"a.tapp\" Path=\"a.tapp\"";
@@ -205,8 +205,8 @@ TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
        "</Project>",
        "\r\n<Project>\r\n\t<Options>\r\n\t\t<Config Header=\"b\" />\r\n\t</Options>"
        "\r\n\t<Group Header=\"g\" />\r\n\t<Group Header=\"h\" />\r\n</Project>"},
-      // Options that were set in front of nodes and configurations; that were reset and set again;
-      // the last of which was reset, or copied away with its configuration.
+      // Options set before nodes and configurations; options reset and set again; options of which
+      // the last was reset, or copied away with its configuration.
       {"<Project><Options><Config Header='a' /></Options><Configs /><C Header='c' /></Project>",
        "<Project><Configs /><C Header='c' /><Options><Config Header='b' /></Options></Project>",
        "\r\n<Project>\r\n\t<Options>\r\n\t\t<Config Header=\"b\" />\r\n\t</Options>"
@@ -216,7 +216,7 @@ TEST(StableForm, OnlyWhatTheUserChangedDiffersFromTheFile) {
        "\r\n<Project>\r\n\t<Group Header=\"g\" />\r\n</Project>"},
       {"<Project><Options /><Configs /></Project>", "<Project><Options /><Configs /></Project>",
        "\r\n<Project>\r\n\t<Options/>\r\n\t<Configs/>\r\n</Project>"},
-      // An application, saved by a project in another folder; renamed; not in the system's form.
+      // An application: saved by a project in another folder; renamed; not in Tarn's form.
       {"<Application Extern='.\\a.tapp' Path='.\\a.tapp' />",
        "<Application Extern='..\\p\\a.tapp' Path='..\\p\\a.tapp' Config='standard' />",
        "\r\n<Application Extern=\".\\a.tapp\" Path=\".\\a.tapp\" />"},

@@ -43,7 +43,7 @@ TEST_F(TreeOperations, AnItemGoesWhereItsTypeMayStand) {
     const char* selected;
     const char* path;
     const char* type;
-    const char* label;  // of the node, with its element and where it is
+    const char* label;  // of the node, followed by its element and its position
     const char* element;
     const char* shape;
   } rows[] = {
@@ -126,7 +126,7 @@ TEST_F(TreeOperations, OneOfSeveralExtensionsIsEnoughAndTheFirstIsAppended) {
             "Project[Application(Extern=/p/demo.tapp)[Group[C C] Group] Kit(Extern=/p/a.TAPP) "
             "Kit(Extern=/p/b.kapp) Kit(Extern=/p/c.kapp)]");
   EXPECT_EQ(world.model->AddExistingItem("/p/sub/d.x", "Kit"), 0);
-  // A new one has a file with another extension than the type's, and is not asked for again.
+  // A new application whose extension differs from the type's is accepted without a question.
   wizard.fill = [](NewApplication& form) {
     form.createNewProject = true;
     form.location = "/new";
@@ -220,7 +220,7 @@ TEST_F(TreeOperations, TypesSayWhatMayStandWhere) {
   for (int i = 0; i < types.GetChildCount(); ++i) world.model->types.Add(*types.GetChild(i));
   const struct {
     const char* parent;
-    const char* children;  // those that it may contain, of A B BD D N NB ND NBD
+    const char* children;  // those it may contain, out of A B BD D N NB ND NBD
   } rows[] = {{"P", "A "},          {"L", ""},          {"B", "NB NBD "},
               {"BD", "NB ND NBD "}, {"D", "BD D NBD "}, {"N", "A B BD D N NB ND NBD "}};
   for (const auto& row : rows) {
@@ -241,7 +241,7 @@ TEST_F(TreeOperations, ACopyIsANodeOfItsNewPlace) {
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
   ASSERT_EQ(world.model->AddExistingItem("/q/boot.tapp", "Application"), 1);
   CXmlNode* led = world.Node("led.c");
-  led->SetAttrValue("Path", ".\\led.c");  // as one that was never published
+  led->SetAttrValue("Path", ".\\led.c");  // like a node that was never published
   led->SetAttrValue("LastBuilt", "5");
   led->AddChild("PropState", "x");
   led->AddChild("Dependencies");
@@ -378,7 +378,7 @@ TEST_F(TreeOperations, OnlyWhatTheCreationItselfAddsIsNotDebugged) {
     form.applicationName = "demo";
     return true;
   };
-  // What a host does as the old project closes.
+  // An action of the host while the old project is being closed.
   world.host.actions[0x8016] = [this] { EXPECT_EQ(world.model->RemoveItem("led.c"), 1); };
   EXPECT_EQ(world.model->AddNewItem(nullptr, "Application"), 0) << "demo.tapp is there already";
   MessageLoop::ForCurrentThread()->PumpUntil([] { return false; }, std::chrono::milliseconds(5));

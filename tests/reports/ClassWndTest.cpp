@@ -28,7 +28,7 @@ class ClassView : public ::testing::Test {
              "</aoffile>"),
         Tree("<S><Row Header='Kind'/><Row Header='Header' Icon='class-func'/><Row/></S>"));
   }
-  // The labels of the items, a dot in front for each level.
+  // Returns the labels of the items, with a dot before the label for each level.
   std::string Items() {
     std::string text;
     const CTreeItem* item = window->GetTree().GetRootItem();

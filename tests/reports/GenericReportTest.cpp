@@ -29,7 +29,7 @@ class GenericReport : public ::testing::Test {
     disk.AddFile("/r/broken.bmp", "GIF");
   }
 
-  // Whether its window could be created.
+  // Creates the report. Returns false if its window couldn't be created.
   bool Make(const std::string& definition, bool drags = false, bool trees = false) {
     const auto node = Tree(definition.c_str());
     report = std::make_unique<WaitingReport>(disk, owner.GetHandle(), node.get(), drags, trees);
@@ -57,7 +57,7 @@ std::string Written(CGenericReport& report) {
 
 TEST_F(GenericReport, ADefinitionGivesItsColumns) {
   const struct {
-    const char* definition;  // the children of Def
+    const char* definition;  // children of Def
     const char* columns;
     const char* asked;
   } rows[] = {
@@ -159,7 +159,7 @@ TEST_F(GenericReport, ColumnsMayGoWhileRowsAreSortedAndGroupedByThem) {
   report->SetDefinition(
       *Tree("<Report><Def NbCol='1'><Col Type='PT_STRING' Header='C'/></Def>"
             "</Report>"));
-  // The old rows until it is populated, whatever the user does meanwhile.
+  // The old rows stay until the report is populated, regardless of user input in the meantime.
   for (int y = 0; y < 200; y += 8) {
     for (const MouseAction action :
          {MouseAction::Press, MouseAction::Release, MouseAction::DoubleClick}) {
@@ -241,7 +241,7 @@ TEST_F(GenericReport, WhatIsWrittenHasTheOuterRowsAndTheShapeOfTheRest) {
   CXmlNode stored;
   report->Serialize(stored, true);
   EXPECT_EQ(stored.FindDescendant("Row")->GetAttrValue("Expand"), std::string("100"));
-  // Read back, it comes up closed and flat; what was sorted by stays.
+  // After loading, the record is collapsed and has no children; the sort column stays.
   report->GetColumns().SetSortColumn(report->GetColumns().GetAt(0), false);
   report->Serialize(stored, false);
   EXPECT_EQ(RowsText(*report), "6|text\n1|x\n");
@@ -291,7 +291,7 @@ TEST_F(GenericReport, TheWaitingTimerRunsExactlyWhileTheLastRowWaits) {
     clock.Advance(milliseconds(1));
     EXPECT_EQ(report->ticks, row.ticks) << TextOf(row.rows);
   }
-  // Nor does it wait for rows that are gone.
+  // Removed rows don't keep the timer running either.
   for (const bool all : {true, false}) {
     report->Reload(Tree("<R><Row WaitingProcess=''/></R>").get(), true, -1);
     if (all) report->RemoveAllRows();
@@ -315,12 +315,12 @@ TEST_F(GenericReport, APressOnASelectedRowDragsTheTextOfAllOfThem) {
     };
     press(25);
     press(5);    // the header
-    press(150);  // behind the rows
+    press(150);  // below the rows
     press(45);
     const std::vector<std::string> dragged = {"drag a\tx\t\nc\tz\t\n", "drag b\ty\t\n"};
     EXPECT_EQ(toolkit.TakeLines(), drags ? dragged : std::vector<std::string>());
   }
-  // The owner may take it away before the drag begins.
+  // The owner may destroy the report before the drag begins.
   ASSERT_TRUE(Make(std::string(kTwoColumns) + "<Row A='a'/></Rows></Report>", true));
   owner.onMessage = [this](std::uint32_t) { owner.Retire(std::move(report)); };
   report->NotifyMouse({MouseAction::Press, MouseButton::Left, {5, 25}, false, false});

@@ -20,7 +20,7 @@ class Globals : public ::testing::Test {
   }
 
   std::string Rows() { return RowsText(window->GetReport()); }
-  // Whether the file was read.
+  // Returns true if the file was read.
   bool Load(const char* path) {
     disk.TakeOperations();
     EXPECT_EQ(window->Load(path), 1);
@@ -48,7 +48,7 @@ TEST(SymbolFile, DoublesAndDefinitionsAreLeftOut) {
       {"<g><x Header='n' DeclLine='1'/><x Header='n' DeclLine='1'/><x Header='n' DeclFile='' "
        "DeclLine='1'/></g>",
        "g(x[Header=n][DeclLine=1] x[Header=n][DeclLine=1] x[Header=n][DeclFile=][DeclLine=1])"},
-      // Parts of one key don't run into each other.
+      // The parts of a key are separated.
       {"<g><x Header='ab' DeclFile='c' DeclLine='1'/><x Header='a' DeclFile='bc' "
        "DeclLine='1'/></g>",
        "g(x[Header=ab][DeclFile=c][DeclLine=1] x[Header=a][DeclFile=bc][DeclLine=1])"},
@@ -174,7 +174,7 @@ TEST_F(Globals, TheMenuOfAHeadArrangesTheReport) {
       EXPECT_EQ(menus.front(), kMenu);
     }
   }
-  // What was chosen shows in the next menu.
+  // The next menu shows the choices made.
   for (const int command : {5, 202, 0}) {
     toolkit.TakeLines();
     toolkit.menuAnswers = {command};
@@ -188,7 +188,7 @@ TEST_F(Globals, TheMenuOfAHeadArrangesTheReport) {
   }
 }
 
-// Names that differ in nothing, in case, in length; a name of a megabyte; symbols in symbols.
+// Names that are equal, that differ in case or in length; a name of one megabyte; nested symbols.
 TEST_F(Globals, ManyHostileSymbolsAreShown) {
   constexpr int kCount = 10000;
   std::string file = "<g>";

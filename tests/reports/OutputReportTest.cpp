@@ -90,7 +90,7 @@ TEST_F(OutputReport, AClickTellsTheHostThePlaceThenTheHelp) {
   }
 }
 
-// What tools say is encoded in the tree, see EncodeStrict; paths are not.
+// Tool output is encoded in the tree, see EncodeStrict; paths aren't.
 TEST_F(OutputReport, AMessageReadsAsTheToolSaidIt) {
   window->Update(
       *Tree("<M><message ShowInReport='Yes' Description='&#8216;a&#8217; &lt;b&gt; &amp;lt; &foo;' "
@@ -120,7 +120,8 @@ TEST_F(OutputReport, AHostThatFreesOrReplacesItInsideAClickHearsOfTheHelpAllTheS
           host.actions.clear();
           if (frees) return window.reset();
           window->SetDefinition(*MakeOutputDefinition("/it's \"a\""));
-          // What was replaced goes at the next message, which a host with a loop of its own takes.
+          // A replaced report is destroyed at the next message, which a host's own message loop
+          // processes.
           MessageLoop::ForCurrentThread()->Pump();
           window->Update(*Tree(kLog), 1);
         };
@@ -168,8 +169,8 @@ TEST_F(OutputReport, AHostThatResetsOrDestroysItInsideAClickHearsOfTheHelpAllThe
   }
 }
 
-// A report that is kept current must show what one that is made from the whole tree shows, in every
-// order of messages, resets, sorting and reloads by others.
+// An incrementally updated report must show the same as one created from the whole tree, for any
+// order of messages, resets, sorting and reloads.
 TEST_F(OutputReport, AReportThatGrowsIsAReportMadeAnew) {
   std::mt19937 random(11);
   const auto any = [&random](int bound) {
@@ -188,7 +189,7 @@ TEST_F(OutputReport, AReportThatGrowsIsAReportMadeAnew) {
       message.AddChild("link", "0");
     }
     if (any(40) == 0) {
-      // At the same address as often as not.
+      // Often allocated at the same address.
       root = std::make_unique<CXmlNode>();
       ++generation;
     }
@@ -227,7 +228,7 @@ TEST_F(OutputReport, TheHubEmptiesItWithAReset) {
   };
   EXPECT_EQ(run("<M><message ShowInReport='Yes' Description='1'/></M>"), "|1|||\n");
   EXPECT_EQ(run("<M><message ShowInReport='Yes' Description='2'/></M>"), "|1|||\n|2|||\n");
-  // As long a tree as the one before isn't that one.
+  // A tree of the same length as the previous one isn't the same tree.
   hub.ResetLog();
   EXPECT_EQ(run("<M><message ShowInReport='Yes' Description='3'/><message/></M>"), "|3|||\n");
   hub.ResetLog();
@@ -250,7 +251,7 @@ TEST_F(OutputReport, WithoutItsPictureItHasNoColumnsAndSaysSo) {
   bare.Update(*Tree(kLog), 1);
   bare.GetReport()->NotifyClicked({ReportHit::Area::Row, ReportHit::Part::Cell, 0, -1, -1});
   EXPECT_EQ(host.TakeLines(), std::vector<std::string>{"0x8008 \"\" 0"});
-  // A definition that comes later takes the place of the first.
+  // A later definition replaces the first.
   bare.SetDefinition(*MakeOutputDefinition("/it's \"a\""));
   bare.Update(*Tree(kLog), 1);
   EXPECT_EQ(RowsText(*bare.GetReport()).substr(0, 4), "#2|b");

@@ -11,7 +11,7 @@
 
 namespace tarn::test {
 
-// The header of a bitmap, and no pixels.
+// Returns the header of a bitmap, without pixels.
 inline std::string BitmapBytes(int width, int height) {
   std::string bytes(54, '\0');
   bytes[0] = 'B';
@@ -22,7 +22,7 @@ inline std::string BitmapBytes(int width, int height) {
   return bytes;
 }
 
-// A column a line: caption/name, width, and what it is.
+// Returns a line for each column: caption/name, width and flags.
 inline std::string DefinitionText(const CGenericReport& report) {
   std::string text;
   for (int i = 0; i < report.GetColumns().GetCount(); ++i) {
@@ -40,8 +40,8 @@ inline std::string DefinitionText(const CGenericReport& report) {
   return text;
 }
 
-// Text and background of the cells that have any other than black on white, as hexadecimal digits
-// in the order of the files, "-" for the others.
+// Returns foreground and background of the cells as hexadecimal digits, in column order, "-" for
+// cells that are black on white.
 inline std::string ColorsText(const CGenericReport& report, int row) {
   std::string text;
   for (int i = 0; i < report.GetColumns().GetCount(); ++i) {

@@ -13,8 +13,8 @@ namespace {
 
 using nlohmann::json;
 
-// A frame with its questions, and the client's end of a connection where a thread reads each
-// request and answers it with texts that are sent as they are; "gone" hangs up.
+// A frame with its questions, and the client's end of the connection, on which a thread reads each
+// request and sends these responses verbatim; "gone" closes the connection.
 class Connection {
  public:
   explicit Connection(std::vector<std::string> clientAnswers) : answers(std::move(clientAnswers)) {
@@ -39,7 +39,7 @@ class Connection {
 
   WindowHandle Window() const { return frame.GetHandle(); }
   ClientQuestions& Questions() { return *questions; }
-  // What the client was asked; once all its answers are used.
+  // Returns the questions that the client received, after all responses were used.
   std::vector<json> Asked() {
     shutdown(ends[0], SHUT_WR);
     client.join();
@@ -75,7 +75,7 @@ class Connection {
   MainFrame frame;
   int ends[2] = {-1, -1};
   const std::vector<std::string> answers;
-  std::vector<json> asked;  // the client's until it has ended
+  std::vector<json> asked;  // owned by the client thread until it has ended
   std::unique_ptr<ClientChannel> channel;
   std::unique_ptr<ClientQuestions> questions;
   std::thread client;
@@ -88,7 +88,7 @@ std::string Result(const std::string& result) {
 const std::string kError = R"({"jsonrpc":"2.0","id":ID,"error":{"code":-32601,"message":"no"}})";
 const HostEvent kClosing{kMsgProjectClosing, 0, 0, "p.tprj", "", true, false};
 
-// What the wizard gives, asked for that window.
+// Runs the wizard for this window and returns its result.
 std::string AskForApplication(WindowHandle window) {
   test::WizardScene scene;
   scene.SetAsked(window);
@@ -98,7 +98,7 @@ std::string AskForApplication(WindowHandle window) {
 std::string AnswersTo(const std::string& answer) {
   Connection connection({answer, answer, answer, answer, answer});
   std::string text = std::to_string(connection.Questions().AskHost(kClosing));
-  // A client that has gone can't be asked again; the outcome is the same.
+  // A disconnected client can't be asked again; the result is the same.
   text += AskOkCancel(connection.Window(), "Stop?", "Project") ? " ok" : " cancel";
   const FileQuestion question{"Projects (*.tprj)|*.tprj|", "/p", true};
   for (const std::string& path : ChooseFiles(connection.Window(), question)) text += " " + path;
@@ -122,9 +122,9 @@ TEST(ClientQuestions, OnlyARealYesLetsSomethingHappen) {
        "0 cancel; Application: mine @ /p, new, config 'Debug', script 'script 1', tool ''"},
       {Result(R"({"applicationName":"mine","launchTool":1})"), "0 cancel; cancelled"},
       {Result(R"({"target":"S9"})"), "0 cancel; cancelled"},
-      // Not the client's question after all.
+      // Not one of the client's questions.
       {kError, "1 cancel; cancelled"},
-      // An answer to something else comes first, then the same answer a second time.
+      // A response to an unknown request comes first, then the same response twice.
       {R"([{"jsonrpc":"2.0","id":99,"result":1},{"jsonrpc":"2.0","id":"x","result":1},)" +
            Result(R"("ok")") + "," + Result("1") + "]",
        "0 ok; cancelled"},
@@ -166,7 +166,7 @@ TEST(ClientQuestions, AClientSeesWhatItIsAsked) {
   EXPECT_EQ(seen, expected);
 }
 
-// A host that says nothing agrees, but to nothing that would be lost.
+// Without a client's response the host agrees, but never to a loss of data.
 TEST(ClientQuestions, WhatTheClientDoesNotAnswerChangesNothing) {
   Connection connection({});
   connection.Questions().SetAnswered({"host/openFile2"});

@@ -11,7 +11,7 @@ std::string FrameOf(const std::string& body) {
   return "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
 }
 
-// Bodies in brackets, problems by a word. A body of "bad..." is given back as no document.
+// Shows bodies in brackets, errors as words. A body of "bad..." is given back as malformed.
 std::string Read(const std::string& bytes, std::size_t piece) {
   FrameReader reader;
   std::string seen;

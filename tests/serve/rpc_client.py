@@ -10,7 +10,7 @@ import tempfile
 import threading
 import time
 
-LIMIT = 60  # seconds for anything to happen; reached only when it doesn't
+LIMIT = 60  # seconds; exceeded only if something hangs
 
 
 def frame(document):
@@ -33,11 +33,12 @@ class Client:
     """A running server. `answers` maps a question's name to a function of its params."""
 
     def __init__(self, program, environment, folder, answers=None):
-        # What the server writes goes through a program of its own: when that ends, nobody reads.
+        # The server's output goes through a separate process: when that ends, the pipe has no
+        # reader.
         self.relay = subprocess.Popen(["cat"], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         self.answers = answers or {}
         self.transcript = []  # params of host/message, in order
-        self.questions = []  # method and params of what the server asked
+        self.questions = []  # methods and params of the server's questions
         self.heard = []  # both of them, in order
         self.process = subprocess.Popen(
             [program, "serve"], stdin=subprocess.PIPE, stdout=self.relay.stdin,
@@ -63,7 +64,7 @@ class Client:
                 name, value = line.split(b":")
                 if name == b"Content-Length":
                     length = int(value)
-            # Strict on both: what is no UTF-8 or no JSON ends the test.
+            # Strict: invalid UTF-8 or JSON ends the test.
             body = out.read(length)
             if len(body) == length:
                 self.incoming.put(json.loads(body.decode("utf-8")))

@@ -25,7 +25,7 @@ def request(number, method, *params):
 
 
 class ServeTest(unittest.TestCase):
-    trusts = None  # whether the client trusts every project
+    trusts = None  # the client trusts every project
 
     def setUp(self):
         self.project = Project(SOURCE_DIR)
@@ -105,7 +105,7 @@ class Session(ServeTest):
         result = client.call(method, *params)
         for name, count in until:
             client.wait_message(name, count)
-        client.call("EnableCommand", STOP)  # what was posted comes ahead of this result
+        client.call("EnableCommand", STOP)  # posted messages arrive before this result
         words = [hex(each) if isinstance(each, int) else self.told(each) for each in params]
         lines = ["%s(%s) -> %s" % (method, ", ".join(words), self.told(result))]
         return lines + self.list_heard(client)
@@ -127,7 +127,7 @@ class Session(ServeTest):
                              "host/wizard": lambda params: {"applicationName": "app"}})
         path = self.project.path("demo.tprj")
         ended = [("WorkerEnded", 1)]
-        known = [("Command", 1)]  # the last of what is told of options behind an opening
+        known = [("Command", 1)]  # last notification about options after opening
         lines = ["initialize"] + self.list_heard(client)
         for step in (("ProjectNew", path), ("ProjectOpen", path),
                      ("AddNewItem", None, "Application"),
@@ -349,7 +349,7 @@ class Questions(ServeTest):
         self.assertEqual(client.wait(opening), 1)
         self.assertNotIn(behind, client.responses)
         self.assertTrue(client.wait(behind).endswith("/app.tapp"))
-        # Once more, when nobody waits for it any longer.
+        # Once more, when the response is no longer expected.
         client.send(dict(answer, result=0))
         self.assertEqual(client.call("EnableCommand", STOP), 0)
 
@@ -377,7 +377,7 @@ class Stops(ServeTest):
         wait_gone(child, 2)
         self.assertEqual(client.wait_message("WorkerEnded")["wParam"], 0)
         self.project.add_compiler('exec /usr/bin/gcc "$@"\n')
-        # The compiler is not the one that a.c was built with.
+        # The compiler differs from the one that a.c was built with.
         self.assertEqual(self.build(client), (1, ["a.c.o", "b.c.o", "app"]))
 
     def test_whoever_agrees_to_stop_the_build_stops_its_tools(self):
@@ -427,7 +427,7 @@ class Stops(ServeTest):
         for build_here in (False, True):
             for name, leave, code in rows:
                 if build_here and name == "say exit":
-                    continue  # it waits for its turn like every other message
+                    continue  # stays queued like every other message
                 with self.subTest(name, build_here=build_here):
                     self.setUp()
                     self.project.slow_compiler()
@@ -442,7 +442,7 @@ class Stops(ServeTest):
                     wait_gone(child, 2)
                     self.assertEqual(client.process.wait(10), code)
                     self.assertLess(time.time() - start, 2)
-                    # What was built until then is kept.
+                    # The results until then are stored.
                     self.assertTrue(os.path.exists(self.project.path("demo.tstate")))
 
 
@@ -470,7 +470,7 @@ class Scripts(ServeTest):
             "LogLine Finished. 0", "WorkerEnded 1 ...", "LogLine succeeded\t3\t0 0"])
         self.assertEqual(self.run_script(client, "print(tarn.ProjectClose(), host.build())")[1:],
                          ["LogLine 1\trefused\t0\t0 0"])
-        # What was built is known to the next server, and to scripts in it.
+        # Build records are available in the next server and to its scripts.
         client = self.open()
         self.assertEqual(self.run_script(client, "print(host.build())")[-1],
                          "LogLine succeeded\t0\t0 0")
@@ -478,7 +478,7 @@ class Scripts(ServeTest):
     def test_a_build_that_a_script_leaves_behind_can_be_stopped(self):
         self.project.slow_compiler()
         client = self.open()
-        for _ in range(2):  # the first stop must not hold up the tools of the second build
+        for _ in range(2):  # the first stop must not affect the tools of the second build
             self.run_script(client, "tarn.PrologCommand(0x8111)\ntarn.Command(0x8111)\n")
             child = self.project.wait_child()
             self.assertEqual(client.call("Command", STOP), 1)
@@ -564,7 +564,7 @@ class History(ServeTest):
         for name in "cde":
             self.project.write("src/%s.c" % name, "")
         client = self.open()
-        # The files get the form of a save.
+        # Converts the files to the format of a save.
         client.call("SavePropertyValue", "C", "Compiler", "Defines", "X")
         client.call("ProjectSave")
         client.call("ResetPropertyValue", "C", "Compiler", "Defines")
@@ -575,7 +575,7 @@ class History(ServeTest):
         self.assertEqual(self.state(client), ([], []))
         labels = []
         for label, calls in self.edits(client):
-            # A batch is one step.
+            # A batch is one undo step.
             client.send([request(1000 + i, *call) for i, call in enumerate(calls)])
             answers = client.next()
             while not isinstance(answers, list):
@@ -612,7 +612,7 @@ class History(ServeTest):
         self.assertEqual(self.told(client), [
             ("Set Compiler.Defines", None), ("Remove b.c", None),
             ("Set Compiler.Defines", "Remove b.c"), ("Remove a.c", None)])
-        # What is not saved goes back as well, and is built as it is then.
+        # Unsaved changes are undone as well, and builds use the result.
         self.go(client, "undo")
         self.assertEqual(self.build(client)[0], 1)
 

@@ -12,8 +12,8 @@ namespace {
 constexpr int kFirstCommand = 32772;
 constexpr int kFirstFixedCommand = 57601;
 
-// What the server knows, and the window of its log; any other number would make a menu entry that
-// does nothing.
+// Commands that the server and its log window implement. Any other number would be a menu entry
+// that does nothing.
 const std::set<int> kCommands = {
     0x8105, 0x8106, 0x8108, 0x8109, 0x810B, 0x810C, 0x810D, 0x810E, 0x810F, 0x8110, 0x8111, 0x8112,
     0x8113, 0x8114, 0x8115, 0x8116, 0x8117, 0x8118, 0x8119, 0x811A, 0x811B, 0x811C, 0x811E, 0x811F,
@@ -35,7 +35,7 @@ class Configuration : public ::testing::Test {
   std::unique_ptr<CXmlNode> root;
 };
 
-// "Project Application Group": the flags of a record, in their order in the file.
+// Returns the flags of a record in file order: "Project Application Group".
 std::string Flags(const CXmlNode& record) {
   std::string flags;
   for (const CXmlAttr& attribute : record.Attributes()) {
@@ -66,8 +66,8 @@ TEST_F(Configuration, ARecordWithoutAFlagThatWalkAndListsNeed) {
             "NodeText: Path IsLeaf InDebug []\n");
 }
 
-// A comment among the records would be copied with them, and a menu entry with only a comment in it
-// is a submenu.
+// A comment among the records would be copied with them, and a menu entry that contains only a
+// comment is a submenu.
 TEST_F(Configuration, ACommentWhereEachChildCounts) {
   for (const char* name : {"Types", "OptionSets", "ToolBar", "MainMenus", "PopupMenus"}) {
     const CXmlNode& section = Section(name);

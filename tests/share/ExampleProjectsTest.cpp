@@ -18,8 +18,8 @@ class ExampleProject : public ::testing::TestWithParam<const char*> {
   std::string File(const char* extension) const { return Folder() + "/" + GetParam() + extension; }
 };
 
-// Reading gives an element with children the tabs in front of its closing tag as its value, and
-// writing adds more each time; without them the text is what a first save writes.
+// The parser stores the tabs before the end tag as the value of an element with children, and each
+// save adds more. Without them the text is the same as after a first save.
 void DropIndentation(CXmlNode& node) {
   if (node.GetChildCount() == 0) return;
   if (node.GetValue().find_first_not_of("\t") == std::string::npos) node.SetValue("");

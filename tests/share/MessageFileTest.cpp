@@ -10,8 +10,8 @@ namespace {
 constexpr int kFirstId = 131072;
 constexpr int kRows = 39;
 
-// How many arguments each text takes. The code passes as many; one more would show as nothing, one
-// less would hide what the message is about.
+// Number of arguments of each text, which is the number passed by the code. A text with more would
+// have gaps, and one with fewer would hide what the message is about.
 constexpr int kArguments[kRows] = {0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 3, 0, 0, 1, 0, 0, 0, 1, 1, 0,
                                    0, 0, 0, 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 0, 1};
 
@@ -24,7 +24,7 @@ int CountArguments(const std::string& text) {
   return count;
 }
 
-// A text holds no byte, either, that one of its two readers takes for something else.
+// A text must also not contain any byte that one of its two readers interprets differently.
 TEST(MessageFile, EveryTextIsThereOnceAndTakesTheArgumentsThatTheCodePasses) {
   const auto root = Parse(ReadBytes(Path("config/message.xslt")));
   ASSERT_TRUE(root);

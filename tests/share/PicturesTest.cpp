@@ -8,7 +8,7 @@
 namespace tarn::shipped {
 namespace {
 
-// "width x height x bits", as the views read it from the head of the file.
+// Returns "width x height x bits" as the views read it from the file header.
 std::string FormOf(const std::string& bytes) {
   if (bytes.size() < 54 || bytes.substr(0, 2) != "BM") return "no bitmap";
   std::int32_t width = 0;
@@ -33,7 +33,7 @@ TEST(Pictures, HaveTheSizesThatTheViewsExpect) {
   for (const auto& row : rows) {
     const std::string bytes = ReadBytes(Path(std::string("config/resources/") + row.name + ".bmp"));
     EXPECT_EQ(FormOf(bytes), row.form) << row.name;
-    // The corner is empty, and what is empty is magenta.
+    // The corner is transparent, and the transparent color is magenta.
     EXPECT_EQ(bytes.substr(54, 3), std::string("\xFF\x00\xFF", 3)) << row.name;
   }
 }

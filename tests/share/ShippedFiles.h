@@ -10,15 +10,15 @@
 
 namespace tarn::shipped {
 
-// A path below the folder share of the sources.
+// Returns a path below the folder share of the source tree.
 inline std::string Path(const std::string& relative) {
   return testing::SourcePath("share/" + relative);
 }
 
 using testing::ReadBytes;
 
-// The tree of a text, read to its end as the system reads it; null, and the calling test fails,
-// when the parser finds a fault.
+// Parses a text completely with Tarn's parser. If there is an error, fails the calling test and
+// returns nullptr.
 inline std::unique_ptr<CXmlNode> Parse(const std::string& text) {
   CXmlParseInfo parseInfo;
   auto root = std::make_unique<CXmlNode>();
@@ -27,8 +27,8 @@ inline std::unique_ptr<CXmlNode> Parse(const std::string& text) {
     ADD_FAILURE() << "error " << parseInfo.errorCode << ": " << parseInfo.errorText;
     return nullptr;
   }
-  // An element that is never closed is no error, but swallows what follows up to the end of the
-  // text; a file in order ends in its root's closing tag.
+  // An element that is not closed is not an error but extends to the end of the text. A correct
+  // file ends with the end tag of its root.
   const std::string close = "</" + root->GetName() + ">";
   const auto length = static_cast<std::size_t>(end - text.c_str());
   if (length < close.size() || text.substr(length - close.size(), close.size()) != close) {
@@ -38,14 +38,14 @@ inline std::unique_ptr<CXmlNode> Parse(const std::string& text) {
   return root;
 }
 
-// The child elements, comments and the like left out.
+// Returns the child elements, without comments etc.
 inline std::vector<CXmlNode*> Elements(const CXmlNode& parent) {
   std::vector<CXmlNode*> children = parent.GetChildren();
   std::erase_if(children, [](const CXmlNode* child) { return child->GetType() != XmlElement; });
   return children;
 }
 
-// The attribute's value, empty when there is none.
+// Returns the attribute's value; empty if it is missing.
 inline std::string Attribute(const CXmlNode& node, const char* name) {
   return TextOf(node.GetAttrValue(name));
 }

@@ -11,7 +11,8 @@
 namespace tarn::shipped {
 namespace {
 
-// The page that a conforming processor makes of a log; empty, and the test fails, when it refuses.
+// Returns the page that a conforming processor makes of a log. If the processor rejects it, fails
+// the test and returns an empty string.
 std::string Transform(const std::string& log) {
   const testing::ScratchFolder scratch;
   scratch.Write("log.xml", log);
@@ -36,7 +37,7 @@ std::string Message(const std::string& attributes, const std::string& text,
          "</header>\r\n\t\t" + text + "\r\n\t</message>";
 }
 
-// A log as the system writes it, with its root and its style sheet line in either form.
+// Returns a log as written by Tarn, with its root and its style sheet line in either form.
 std::string Log(const std::string& root, const std::string& styleSheetLine,
                 const std::string& messages) {
   return "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n" + styleSheetLine + "\r\n\r\n<" +
@@ -98,7 +99,7 @@ TEST(StyleSheet, APlaceThatLeadsElsewhere) {
   }
 }
 
-// The hub's own log file, with what the tool manager wrote in it.
+// The hub's own log file, including the tool manager's messages.
 TEST(StyleSheet, ALogOfToolMessagesThatAConformingReaderRefuses) {
   tarn::testing::MemoryFileSystem disk;
   const std::string text = "a.c:1:2: error: expected '<' & \"foo\"|bar ]]> \\";

@@ -9,8 +9,8 @@
 
 namespace tarn::test {
 
-// Answers the questions that are asked for one window, in the order given, and keeps each as a
-// line. What has no answer left is cancelled.
+// Answers the questions of one window from lists, in order, and records each question as a line.
+// Cancels a question if its list is empty.
 class AnsweringUser final : public DialogResponder {
  public:
   explicit AnsweringUser(WindowHandle ownerWindow) : owner(ownerWindow) {
@@ -22,7 +22,7 @@ class AnsweringUser final : public DialogResponder {
 
   std::deque<bool> okCancel;
   std::deque<std::vector<std::string>> files;
-  // Works with a sheet and gives the button that ends it.
+  // Operates a sheet and returns the button that closes it.
   std::function<int(CPropertySheet& sheet)> useSheet;
   std::deque<std::string> folders;
   std::vector<std::string> lines;

@@ -155,8 +155,8 @@ std::string FakePropertyManager::GetConfigText(const char* config, const char* s
 }
 
 std::string FakePropertyManager::GetValuesAsText(const char*, const char*, const char*) {
-  // From the inside out, and nothing that is hidden by an inner level: so a reader that keeps the
-  // first of several finds what this one would.
+  // Writes the levels from the innermost outwards, without hidden values: so a reader that uses the
+  // first of several definitions finds the same value as this class.
   std::string text = "<Values>";
   std::set<std::string> seen;
   for (auto level = levels.rbegin(); level != levels.rend(); ++level) {
@@ -168,7 +168,7 @@ std::string FakePropertyManager::GetValuesAsText(const char*, const char*, const
   return text + "</Values>";
 }
 
-// What stands under the configuration counts, and section General of "Standard" in each.
+// Applies the options of the configuration, and section General of "Standard".
 std::int32_t FakePropertyManager::ApplyOptions(const char* config, const char* xml) {
   CXmlNode root;
   CXmlParseInfo info;

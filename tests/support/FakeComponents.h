@@ -15,11 +15,11 @@
 
 namespace tarn::test {
 
-// What a fake was asked, one line a call: the operation and its arguments with blanks between
-// them. An empty text shows as "", a null one as null. May be used from any thread.
+// Records the calls of a fake, one line per call: the operation and its arguments, separated by
+// spaces. An empty string is shown as "", a null one as null. Thread-safe.
 class CallRecorder {
  public:
-  // Run with the operation's name once a call was kept and before it is answered, if set.
+  // If set, called with the operation's name after a call is recorded and before it is executed.
   std::function<void(std::string_view operation)> onCall;
 
   std::vector<std::string> Calls() const;
@@ -35,8 +35,8 @@ class CallRecorder {
   std::vector<std::string> calls;
 };
 
-// An object with a dispatch table that keeps what arrives by number. A call past its interface
-// leaves no line.
+// Base of an automation object that records the calls made through Invoke(). Direct C++ calls are
+// not recorded.
 template <class T>
 class RecordingObject : public DispatchObject<T>, public CallRecorder {
  public:
@@ -47,31 +47,31 @@ class RecordingObject : public DispatchObject<T>, public CallRecorder {
   }
 };
 
-// A property manager for tests: keeps values by set, section and property on levels, and has no
-// definitions but the defaults that a test sets. Its texts:
+// Fake property manager: stores values by set, section and property on levels. Has no definitions
+// except for the defaults that a test sets. Its formats:
 //
 //   values   <Values><V K="C.General.Header" V="main.c" />...</Values>
 //   options  <Opt Header="Debug"><Set Header="C"><Sec Header="Build">
 //            <Prop Header="Tool" Removable="Yes" Value="cc" /></Sec></Set></Opt>
 //
-// In both, bytes that a value must not show (quotes, brackets, backslash, control bytes, &) are
-// written as &#n;.
+// In both, special bytes of a value (quotes, brackets, backslash, control bytes, &) are written as
+// &#n;.
 class FakePropertyManager : public RecordingObject<FakePropertyManager> {
  public:
   static const DispatchTable<FakePropertyManager>& Table();
 
-  // Values where none was set, by "set.section.property"; ".section.property" holds for each set.
+  // Default values by "set.section.property"; ".section.property" applies to every set.
   std::map<std::string, std::string> defaults;
-  // What the operations of these names answer.
+  // Results of the operations of these names.
   std::string changedProperty;
   std::string newConfigName;
-  std::string propState;  // also what SetPropState leaves
+  std::string propState;  // also set by SetPropState
   std::int32_t propertyWindow = 0;
-  // As the last calls left them.
+  // State after the last calls.
   std::string currentConfig;
-  int holds = 0;  // BeginUpdate without EndUpdate
+  int holds = 0;  // calls of BeginUpdate without EndUpdate
 
-  // Stands for each operation that does nothing, and succeeds.
+  // Implements every operation that only has to succeed.
   template <class... Arguments>
   std::int32_t Accept(Arguments...) {
     return 1;
@@ -97,14 +97,14 @@ class FakePropertyManager : public RecordingObject<FakePropertyManager> {
   void ProjectClosing();
 
  private:
-  using Level = std::vector<std::pair<std::string, std::string>>;  // key and text, as they came
+  using Level = std::vector<std::pair<std::string, std::string>>;  // key and value, by arrival
 
   void Store(const std::string& key, std::string text);
 
   std::vector<Level> levels = std::vector<Level>(1);  // the innermost last
 };
 
-// One run that the fake tool manager was asked for.
+// Arguments of one RunTool call.
 struct ToolRun {
   std::string tool;
   std::string files;
@@ -112,15 +112,15 @@ struct ToolRun {
   NullableText messageFile;
 };
 
-// A tool manager for tests. RunTool may come from any thread.
+// Fake tool manager. RunTool may be called from any thread.
 class FakeToolManager : public RecordingObject<FakeToolManager> {
  public:
   static const DispatchTable<FakeToolManager>& Table();
 
-  // What a run does and answers; without one, a run succeeds and writes nothing. On the calling
-  // thread. Set it before a worker starts.
+  // Implementation of a run, called on the calling thread; without one, a run succeeds without
+  // output. Set it before a worker starts.
   std::function<std::int32_t(const ToolRun& run)> onRun;
-  // What GetToolsForExtension answers, by extension; `tools[""]` where none stands.
+  // Results of GetToolsForExtension by extension; `tools[""]` is the fallback.
   std::map<std::string, std::string> tools;
 
   std::int32_t RunTool(const char* tool, const char* files, const char* options,
@@ -129,7 +129,7 @@ class FakeToolManager : public RecordingObject<FakeToolManager> {
   std::string GetToolsForExtension(const char* extension);
 };
 
-// One fake of each kind, which every CreateInstance of its class gives.
+// One fake of each kind, returned by every CreateInstance of its class.
 class FakeComponents {
  public:
   FakeComponents();

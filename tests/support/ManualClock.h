@@ -6,7 +6,7 @@
 
 namespace tarn::test {
 
-// The clock that the timers of this thread go by while it lives; it stands until it is moved.
+// Replaces the clock of this thread's timers during its lifetime; advances only manually.
 class ManualClock {
  public:
   ManualClock() {
@@ -16,7 +16,7 @@ class ManualClock {
   ManualClock(const ManualClock&) = delete;
   ManualClock& operator=(const ManualClock&) = delete;
 
-  // Moves it and serves what is due; a timer that is due several times ticks once.
+  // Advances the clock and serves due timers; a timer that is due several times fires once.
   void Advance(std::chrono::milliseconds time) {
     now += time;
     while (MessageLoop::ForCurrentThread()->Pump()) {

@@ -29,7 +29,7 @@ MemoryFileSystem::MemoryFileSystem(std::int64_t startSeconds) : now(startSeconds
   AddFolders("/tmp");
 }
 
-// --- Setting the scene ---
+// --- Test setup ---
 
 void MemoryFileSystem::AddFile(const std::string& path, std::string_view bytes) {
   const std::lock_guard guard(lock);
@@ -69,7 +69,7 @@ void MemoryFileSystem::Advance(std::int64_t seconds) {
   now += seconds;
 }
 
-// --- Looking at the outcome ---
+// --- Inspection ---
 
 std::optional<std::string> MemoryFileSystem::BytesOf(const std::string& path) const {
   const std::lock_guard guard(lock);
@@ -130,9 +130,9 @@ ErrorCode MemoryFileSystem::FailureFor(std::string_view verb, const std::string&
   return ErrorCode::None;
 }
 
-// --- Places ---
+// --- Paths ---
 
-// Empty for a path behind a drive that is not mapped.
+// Returns an empty string for a path on a drive that is not mapped.
 std::string MemoryFileSystem::Absolute(const std::string& path) const {
   if (HasDrive(path)) {
     const auto drive = drives.find(FoldCase(path.substr(0, 1))[0]);
@@ -144,8 +144,8 @@ std::string MemoryFileSystem::Absolute(const std::string& path) const {
       CanonicalPath(IsRelativePath(path) ? JoinPath(currentFolder, path) : path));
 }
 
-// All paths on the disk that a path may mean, in every folder that could be meant; the exact one
-// alone if it is there.
+// All existing paths that a path may refer to, in every folder of a matching name; only the exact
+// one if it exists.
 std::vector<std::string> MemoryFileSystem::Spellings(const std::string& absolute) const {
   if (absolute.empty() || entries.contains(absolute)) return {absolute};
   std::vector<std::string> found;
@@ -166,8 +166,7 @@ std::vector<std::string> MemoryFileSystem::Spellings(const std::string& absolute
   return found;
 }
 
-// The path with each component as it is spelled on the disk; what isn't there, or could be several,
-// stays.
+// The path with each component spelled as on disk; a missing or ambiguous component is unchanged.
 std::string MemoryFileSystem::OnDisk(const std::string& absolute) const {
   const std::vector<std::string> found = Spellings(absolute);
   if (found.size() == 1) return found.front();

@@ -13,52 +13,52 @@
 
 namespace tarn::testing {
 
-// A disk in memory with a clock that stands still until a test moves it, a record of what was done
-// and failures on demand. Names follow the rules of the real disk: exact first, else a unique match
-// without regard to case; a path with a drive only where MapDrive was called. "/" and "/tmp" exist
-// from the start; "/" is the current folder. May be used from any thread.
+// In-memory file system with a manual clock, a record of its operations and injectable failures.
+// Names follow the rules of the real disk: the exact name first, otherwise a unique
+// case-insensitive match; a path with a drive only if MapDrive() was called. "/" and "/tmp" exist
+// initially; "/" is the current folder. Thread-safe.
 //
-// The record has one line per operation, a verb and the absolute path with this machine's
-// separators, spelled as the disk spells it when it is there:
+// The record has one line per operation: a verb and the absolute path with this platform's
+// separators, spelled as on disk if it exists:
 //   exists, isfolder, examine, readonly, read, write, tail, remove, copy (source and target),
 //   folders, list, enter (SetCurrentFolder), reserve
-// An operation that failed is recorded too.
+// Failed operations are recorded, too.
 class MemoryFileSystem : public FileSystem {
  public:
   explicit MemoryFileSystem(std::int64_t startSeconds = 1'000'000);
 
-  // --- Setting the scene; none of this is recorded, none of it fails. ---
+  // --- Test setup; not recorded, never fails ---
 
-  // Puts a file there, with its folders, stamped with the clock.
+  // Creates a file with its folders; its modification time is that of the clock.
   void AddFile(const std::string& path, std::string_view bytes);
   void AddFolder(const std::string& path);
-  // Takes away a file or a folder with all that it holds.
+  // Removes a file, or a folder with its content.
   void Erase(const std::string& path);
-  // Marks a file or folder as read-only. A read-only folder takes and gives up no entries.
+  // Marks a file or folder as read-only. A read-only folder does not allow adding or removing
+  // entries.
   void SetReadOnly(const std::string& path, bool readOnly = true);
-  // From now on `letter`:\ is this folder.
+  // Maps drive `letter` to the folder.
   void MapDrive(char letter, const std::string& folder);
 
   void Advance(std::int64_t seconds);
 
-  // --- Looking at the outcome; not recorded. ---
+  // --- Inspection; not recorded ---
 
-  // Nothing when no file of exactly this name is there.
+  // Return nullopt if there is no file of exactly this name.
   std::optional<std::string> BytesOf(const std::string& path) const;
   std::optional<std::int64_t> ModifiedOf(const std::string& path) const;
-  // All files, in the order of their names.
+  // All files, sorted by name.
   std::vector<std::string> AllFiles() const;
 
   // The recorded lines, all or those of one verb.
   std::vector<std::string> Operations(std::string_view verb = {}) const;
-  // The recorded lines, and an empty record from now on.
+  // Returns the recorded lines and clears the record.
   std::vector<std::string> TakeOperations();
 
-  // --- Failures. ---
+  // --- Failures ---
 
-  // From now on operations with this verb on this absolute path fail, but for the first `spared`
-  // ones; an empty verb or path stands for any. Those that answer yes or no answer as if nothing
-  // were there.
+  // Makes operations with this verb on this absolute path fail, except for the first `spared` ones;
+  // an empty verb or path matches any. Boolean queries behave as if the file did not exist.
   void FailOn(std::string_view verb, const std::string& path, ErrorCode code,
               std::size_t spared = 0);
   void ClearFailures();
@@ -96,7 +96,7 @@ class MemoryFileSystem : public FileSystem {
     ErrorCode code = ErrorCode::None;
     std::size_t spared = 0;
   };
-  // Where an operation takes place, and whether it may; nobody else has the disk meanwhile.
+  // Target of an operation and whether it may proceed; holds the lock.
   struct Place {
     std::unique_lock<std::mutex> guard;
     std::string path;
@@ -108,7 +108,7 @@ class MemoryFileSystem : public FileSystem {
   std::vector<std::string> Spellings(const std::string& absolute) const;
   std::string OnDisk(const std::string& absolute) const;
   Place Begin(std::string_view verb, const std::string& path);
-  // For what takes a file that is there.
+  // Like Begin(), for operations that require an existing file.
   Place BeginFile(std::string_view verb, const std::string& path, bool writes);
   ErrorCode FailureFor(std::string_view verb, const std::string& path);
   ErrorCode MayChangeEntries(const std::string& folder) const;
@@ -118,7 +118,7 @@ class MemoryFileSystem : public FileSystem {
 
   mutable std::mutex lock;
   std::map<std::string, Entry> entries;  // by absolute path
-  std::map<char, std::string> drives;    // by small letter
+  std::map<char, std::string> drives;    // by lower-case letter
   std::string currentFolder = "/";
   std::int64_t now;
   std::vector<std::string> record;

@@ -10,7 +10,7 @@ namespace tarn::test {
 
 namespace {
 
-// Where a message carries texts, and where an address that means nothing here.
+// Messages whose first or second parameter is a string; other addresses are not resolved.
 constexpr std::array kTextFirst{
     kMsgCreationEnded,  kMsgOpenFileAtLine, kMsgRunScript,     kMsgCreateToolbar,
     kMsgOpenFile,       kMsgAddMainMenu,    kMsgProjectOpened, kMsgApplicationActivated,

@@ -11,14 +11,14 @@
 
 namespace tarn::test {
 
-// A main frame that keeps every message as one line: number, wParam and lParam, the latter two as
-// text or number by what the message means.
+// A host window that records every message as one line: number, wParam and lParam, the latter two
+// as string or number depending on the message.
 //
 //   0x8015 /p/demo.tprj 0
 //   0x8011 "" 0
 //
-// An empty text shows as "", a null one as null, and an address that means nothing here (a window
-// object, a mouse position) as * or 0. Lives on the thread that made it.
+// An empty string is shown as "", a null one as null, and a meaningless address (a window object, a
+// mouse position) as * or 0. Belongs to the thread that created it.
 class RecordingHost : public WindowTarget {
  public:
   RecordingHost();
@@ -28,14 +28,14 @@ class RecordingHost : public WindowTarget {
 
   WindowHandle Handle() const { return handle; }
 
-  // What each message is answered with; 1 where nothing stands.
+  // Reply to each message; 1 by default.
   std::map<std::uint32_t, std::intptr_t> answers;
-  // Run inside the message of that number, after its line was kept and before it is answered. The
-  // action may call whatever a real main frame would, and may replace itself.
+  // Actions run inside the message of that number, after it is recorded and before the reply. An
+  // action may do everything that a real host window would, and may replace itself.
   std::map<std::uint32_t, std::function<void()>> actions;
   std::vector<std::string> lines;
 
-  // The lines so far, which are then forgotten.
+  // Returns the lines so far and clears them.
   std::vector<std::string> TakeLines();
   // Only the lines of one message.
   std::vector<std::string> LinesOf(std::uint32_t message) const;

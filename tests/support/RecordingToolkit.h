@@ -10,8 +10,8 @@
 
 namespace tarn::test {
 
-// A menu as text: entries separated by " | ", a separator as "-", [x] in front of what is ticked,
-// "(off)" behind what is disabled, a submenu's entries in braces.
+// Formats a menu as text: entries separated by " | ", a separator as "-", [x] before a checked
+// entry, "(off)" after a disabled one, submenu entries in braces.
 inline std::string MenuText(const CMenu& menu) {
   std::string text;
   for (const CMenu::Entry& entry : menu.GetEntries()) {
@@ -32,8 +32,8 @@ inline std::string MenuText(const CMenu& menu) {
   return text;
 }
 
-// The toolkit of this thread while it lives: nothing is drawn, what is asked of it is kept as lines
-// in order, and menus are answered out of a list.
+// Current toolkit of this thread during its lifetime: draws nothing, records its calls as lines,
+// and takes menu choices from a list.
 class RecordingToolkit : public WindowToolkit {
  public:
   RecordingToolkit() { SetCurrent(this); }
@@ -44,7 +44,7 @@ class RecordingToolkit : public WindowToolkit {
   std::vector<std::string> lines;
   std::deque<int> menuAnswers;
 
-  // The lines so far, and none from now on.
+  // Returns the lines so far and clears them.
   std::vector<std::string> TakeLines() { return std::exchange(lines, {}); }
 
   void SetCursor(CursorShape shape) override {

@@ -9,8 +9,8 @@
 
 namespace tarn::test {
 
-// The columns on a line: caption and width; "-" in front of one that is hidden, "^" or "v" behind
-// the one that rows are sorted by, "{1}" behind the first that they are grouped by.
+// Formats the columns on one line: caption and width; "-" before a hidden column, "^" or "v" after
+// the sorted one, "{1}" after the first grouping column.
 inline std::string ColumnsText(const CReportControl& report) {
   std::string text;
   for (int i = 0; i < report.GetColumns().GetCount(); ++i) {
@@ -32,8 +32,8 @@ inline std::string CellText(const CReportRecordItem* item) {
                                    : item->GetCaption();
 }
 
-// A row a line, its cells separated by a bar: "*" in front of what is selected, ">" of the focus, a
-// dot for each level above it, "+" or "-" for what is closed or open.
+// Formats one line per row, with its cells separated by a bar: "*" before a selected row, ">"
+// before the focused one, a dot for each level of depth, "+" or "-" for collapsed or expanded rows.
 inline std::string RowsText(const CReportControl& report) {
   std::string text;
   for (int i = 0; i < report.GetRows().GetCount(); ++i) {
@@ -53,7 +53,7 @@ inline std::string RowsText(const CReportControl& report) {
   return text;
 }
 
-// The owner of a report, which keeps what it is told and may act on it.
+// Owner of a report that records its messages and may react to them.
 class ReportOwner : public CWnd {
  public:
   ReportOwner() { Create(kStylePopup, {0, 0, 400, 300}, nullptr, 0); }

@@ -12,17 +12,17 @@
 #include <string_view>
 #include <thread>
 
-// What tests need of the machine they run on: files, environment, processes.
+// Helpers for the test environment: files, environment variables, processes.
 namespace tarn::testing {
 
-// The bytes of a file on the real disk; the calling test fails when it can't be read.
+// Returns the content of a file on the real disk; the test fails if it cannot be read.
 inline std::string ReadBytes(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   EXPECT_TRUE(file.is_open()) << path;
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// A path below the folder of the sources; the same when a test has left the folder it started in.
+// Returns a path below the source folder; independent of later changes of the current folder.
 inline std::string SourcePath(const std::string& relative) {
   static const std::filesystem::path sources = [] {
     const char* const named = std::getenv("TARN_SOURCE_DIR");
@@ -31,7 +31,7 @@ inline std::string SourcePath(const std::string& relative) {
   return sources / relative;
 }
 
-// A new folder on the real disk, gone with all that it holds at the end.
+// A new folder on the real disk, removed with its content by the destructor.
 class ScratchFolder {
  public:
   explicit ScratchFolder(const std::string& name = "tarn-test-") {
@@ -47,7 +47,7 @@ class ScratchFolder {
 
   std::string operator/(const std::string& name) const { return path + "/" + name; }
   const std::string& Path() const { return path; }
-  // Makes the folders of the file, too.
+  // Creates the file's folders, too.
   void Write(const std::string& name, std::string_view bytes) const {
     const std::filesystem::path file = *this / name;
     std::filesystem::create_directories(file.parent_path());
@@ -58,7 +58,7 @@ class ScratchFolder {
   std::string path;
 };
 
-// A variable of the environment that has another value, or with null none, for a while.
+// Sets an environment variable, or with null removes it, during its lifetime.
 class ScopedVariable {
  public:
   ScopedVariable(const char* variable, const char* value) : name(variable) {
@@ -76,7 +76,7 @@ class ScopedVariable {
   std::optional<std::string> before;
 };
 
-// Whether a process of that number is there, other than as one that nobody has waited for yet.
+// Returns whether a process of that id is running (zombies do not count).
 inline bool Runs(const std::string& pid) {
   std::ifstream status("/proc/" + pid + "/stat");
   std::string text;
@@ -85,7 +85,7 @@ inline bool Runs(const std::string& pid) {
   return name != std::string::npos && text.compare(name, 3, ") Z") != 0;
 }
 
-// Waits for a second at most.
+// Waits for at most a second.
 inline bool EndsSoon(const std::string& pid) {
   for (int i = 0; i < 100 && Runs(pid); ++i) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));

@@ -5,7 +5,7 @@
 
 namespace tarn::test {
 
-// A bitmap of that size as far as its header goes; there are no pixels behind it.
+// Returns the header of a bitmap of that size, without pixels.
 inline std::string TinyBitmap(std::int32_t width, std::int32_t height) {
   std::string bytes(54, '\0');
   bytes.replace(0, 2, "BM");

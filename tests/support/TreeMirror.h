@@ -9,8 +9,8 @@
 
 namespace tarn::test {
 
-// A tree on one line: an item's children behind it in braces, in round brackets while collapsed;
-// an asterisk before what is selected, a ">" before the target of a drop.
+// Formats a tree on one line: the children after their parent, in braces if expanded, in
+// parentheses if collapsed; "*" before the selected item, ">" before the drop target.
 inline std::string TreeText(const CTreeCtrl& tree, const CTreeItem* above = nullptr) {
   std::string text;
   for (int i = 0; i < tree.GetItemCount(above); ++i) {
@@ -26,8 +26,8 @@ inline std::string TreeText(const CTreeCtrl& tree, const CTreeItem* above = null
   return text;
 }
 
-// A toolkit that draws one tree at a time: it knows of the tree what it was told and keeps that as
-// a tree of its own, as a model behind a view does. What it was told stands in `lines` as well.
+// Toolkit for one tree at a time: maintains a copy of the tree only from the peer's notifications,
+// as a model of a view does. Also records the notifications in `lines`.
 class TreeMirror : public RecordingToolkit {
  public:
   using WindowToolkit::MakePeer;
@@ -35,7 +35,7 @@ class TreeMirror : public RecordingToolkit {
     return std::make_unique<Peer>(*this, tree);
   }
 
-  // As TreeText, out of what it was told.
+  // Formats the copy like TreeText().
   std::string Text() const { return TextOf(top); }
   bool dragWorks = true;
 

@@ -10,7 +10,7 @@
 
 namespace tarn::test {
 
-// Does with the wizard for a new application what a user does. For the time of one RunSheet.
+// Operates the wizard for a new application like a user, during one RunSheet().
 class WizardUser {
  public:
   explicit WizardUser(CPropertySheet& sheet) : page(*sheet.GetPage()) {}
@@ -19,14 +19,14 @@ class WizardUser {
   T& Control(int id) const {
     return *page.FindControl<T>(id);
   }
-  // Why Finish would not end the wizard now.
+  // Reason why Finish would currently be refused.
   std::string Problem() const { return page.FindFinishProblem(); }
   void Click(int button) const { Control<CButton>(button).NotifyClicked(); }
   void Type(int edit, const std::string& text) const {
     Control<CEdit>(edit).NotifyTextEdited(text, {});
   }
   void ChooseType(int index) const { Control<CComboBox>(kIdType).NotifySelected(index); }
-  // Clicks the first item with that label; false when there is none.
+  // Clicks the first item with that label. Returns false if there is none.
   bool ClickTarget(const std::string& label) const {
     auto& tree = Control<CTreeCtrl>(kIdTargetTree);
     for (CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNext()) {

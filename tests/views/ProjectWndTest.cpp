@@ -5,12 +5,12 @@
 #include <functional>
 
 #include "platform/text/Text.h"
-#include "widgets/HostMessages.h"
 #include "project/ProjectWorld.h"
 #include "support/AnsweringUser.h"
 #include "support/ManualClock.h"
 #include "support/RecordingToolkit.h"
 #include "support/TinyBitmap.h"
+#include "widgets/HostMessages.h"
 
 namespace tarn::test {
 namespace {
@@ -21,7 +21,7 @@ constexpr const char* kContent =
     "\n\t<Group Header=\"Sources\" >\n\t\t<C Header=\"main.c\" Path=\".\\main.c\" />\n\t\t"
     "<C Header=\"led.c\" Path=\".\\led.c\" />\n\t</Group>\n\t<Group Header=\"Other\" />\n";
 
-// The project window over a real model, as the manager wires them.
+// Project window with a real model, connected in the same way as in the manager.
 class ProjectWindow : public ::testing::Test {
  protected:
   ProjectWindow() {
@@ -67,7 +67,7 @@ class ProjectWindow : public ::testing::Test {
     while (MessageLoop::ForCurrentThread()->Pump()) {
     }
   }
-  // What the host heard that is not about the log, and the model's current node.
+  // Returns the messages to the host, except for log messages, and the model's current node.
   Lines TakeLines() {
     Lines kept;
     for (std::string& line : world.host.TakeLines()) {
@@ -84,7 +84,7 @@ class ProjectWindow : public ::testing::Test {
     const Rect place = Tree().GetNodeTextRect(*world.Node(header));
     return {place.left + 1, place.top + 1};
   }
-  // The tree as it is shown, one line an item: > in front of the selected one.
+  // Returns the tree as shown, one line per item; the selected one begins with >.
   std::string Shown() {
     std::string text;
     for (int row = 0; row < Tree().GetRowCount(); ++row) {
@@ -108,8 +108,8 @@ TEST_F(ProjectWindow, WhatTheUserDoesReachesModelAndHost) {
     const char* name;
     const char* selected;
     std::function<void()> act;
-    // Shift and Up: the filling selects what was selected at the last change, and then the row is
-    // chosen.
+    // Shift and Up: the fill selects the node that was selected at the last change, then the row is
+    // selected.
     const char* host;
     const char* shape = "demo[Sources[main.c led.c] Other]";
   } rows[] = {
@@ -186,7 +186,7 @@ TEST_F(ProjectWindow, NamesAreEditedInPlace) {
             (Rect{label.left - 1, label.top - 1, label.right + 101, label.bottom + 1}));
   EXPECT_EQ(editor->GetWindowText(), "");
 
-  // Escape and the loss of the keyboard keep the old name.
+  // Escape and loss of the keyboard focus keep the old name.
   editor->NotifyKey({kKeyEscape, false, false});
   EXPECT_FALSE(editor->IsCreated());
   Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("Other"));
@@ -194,7 +194,7 @@ TEST_F(ProjectWindow, NamesAreEditedInPlace) {
   Tree().SetFocus();
   EXPECT_NE(world.Node("Other"), nullptr);
 
-  // A second double click closes the first editor; Enter commits, and Escape then changes nothing.
+  // A second double click closes the first editor; Enter commits, and Escape then has no effect.
   Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("Other"));
   Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("Other"));
   editor = window->GetNameEditor();
@@ -206,18 +206,18 @@ TEST_F(ProjectWindow, NamesAreEditedInPlace) {
   EXPECT_EQ(Shown(), " Tarn Project 'demo'\n .demo\n ..Sources\n ...main.c\n ...led.c\n>..Docs\n");
   EXPECT_EQ(window->GetNameEditor(), nullptr);
 
-  // Nothing guards against an empty name.
+  // An empty name is not rejected.
   Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("Docs"));
   window->GetNameEditor()->NotifyKey({kKeyEnter, false, false});
   EXPECT_EQ(ProjectWorld::Labels(world.model->GetProjectRoot()), "demo[Sources[main.c led.c] ]");
 }
 
-// Two folders hold a main.c. Whatever happens to one, the other is neither selected nor removed.
+// Two folders contain a main.c. A change of one must neither select nor remove the other.
 TEST_F(ProjectWindow, ChangesOfANodeLeaveItsNamesakeAlone) {
   const struct {
     const char* name;
     std::function<void(CXmlNode& main)> act;
-    const char* selected;  // with the folder above it
+    const char* selected;  // with its parent folder
   } rows[] = {
       {"a report about another file",
        [&](CXmlNode& main) {
@@ -274,7 +274,7 @@ TEST_F(ProjectWindow, TheSwitchesAreKeptAndChangeWhatIsShown) {
   EXPECT_EQ(Shown(), without);
   toolkit.menuAnswers = {32774, 32773, 32774};
   window->GetToolBar().NotifyDropDown(32772);
-  // What had no items below it was kept as collapsed.
+  // An item without children was saved as collapsed.
   EXPECT_EQ(Shown(), without);
   EXPECT_EQ(Tree().GetRow(3)->GetFirstChild()->GetText(), "Dependencies");
   window->GetToolBar().NotifyDropDown(32772);

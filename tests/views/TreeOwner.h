@@ -10,7 +10,7 @@
 
 namespace tarn::test {
 
-// A bitmap of that size, as far as anybody here looks.
+// Returns a bitmap of that size without valid pixels.
 inline std::shared_ptr<const Bitmap> MakeBitmap(int width, int height) {
   auto bitmap = std::make_shared<Bitmap>();
   bitmap->size = {width, height};
@@ -29,8 +29,8 @@ inline std::string LabelOf(const CXmlNode* node) {
   return label == nullptr ? "nameless" : label;
 }
 
-// The window that owns a tree: it writes down what the tree tells it, with the current node at
-// that time, and does what the test wants of it.
+// Window that owns a tree. Records the tree's messages with the current node at that time, and then
+// runs the action of the test.
 class TreeOwner : public CWnd {
  public:
   TreeOwner() { Create(kStylePopup, {100, 50, 400, 450}, nullptr, 0); }
@@ -38,9 +38,9 @@ class TreeOwner : public CWnd {
 
   std::unique_ptr<CXmlTreeCtrl> tree = std::make_unique<CXmlTreeCtrl>();
   std::vector<std::string> messages;
-  std::function<void()> then;  // behind every message
+  std::function<void()> then;  // runs after every message
 
-  // The messages so far, those that wait included.
+  // Returns the messages so far, including pending ones.
   std::vector<std::string> TakeMessages() {
     while (MessageLoop::ForCurrentThread()->Pump()) {
     }

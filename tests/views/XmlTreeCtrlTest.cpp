@@ -49,14 +49,14 @@ struct XmlTreeTest : ::testing::Test {
     if (LabelOf(root.get()) == header) return root.get();
     return root->FindDescendantByAttr("Header", header);
   }
-  // The middle of a label; places to the left and right of it count from there.
+  // Returns the position of a label; positions to the left and right of it are relative to that.
   Point At(const std::string& header) const {
     const CXmlNode* const node = Node(header);
     if (node == nullptr) return {1, 1};
     const Rect rect = owner.tree->GetNodeTextRect(*node);
     return {rect.left + 1, (rect.top + rect.bottom) / 2};
   }
-  // On its line, to the right of the label.
+  // Returns a position on the item's row, to the right of the label.
   Point Beside(const std::string& header) const { return {250, At(header).y}; }
   void Mouse(MouseAction action, MouseButton button, Point point) {
     owner.tree->NotifyMouse({action, button, point});
@@ -73,7 +73,7 @@ struct XmlTreeTest : ::testing::Test {
     Mouse(MouseAction::Move, MouseButton::Left, At(to));
     Mouse(MouseAction::Release, MouseButton::Left, At(to));
   }
-  // As an owner does before the node's memory goes.
+  // Frees a node like an owner does: notifies the tree first.
   void Free(const std::string& header) {
     CXmlNode* const node = Node(header);
     owner.tree->ForgetNode(*node);
@@ -86,7 +86,7 @@ TEST_F(XmlTreeTest, TheOwnerHearsOfEachActionOnceAndTheTreeIsAsTold) {
     const char* what;
     std::function<void()> action;
     const char* messages;
-    const char* tree = nullptr;  // null where it stays as it was
+    const char* tree = nullptr;  // nullptr if unchanged
   } rows[] = {
       {"click on a label", [&] { tree.NotifyClick(At("a.c")); }, "select a.c",
        "P{G{*a.c b.c} H{c.c{D{d.h e.h}}}}"},
@@ -206,7 +206,7 @@ TEST_F(XmlTreeTest, ADragFollowsTheCursorAndGivesTheMouseBackAtTheFirstMove) {
   mirror.TakeLines();
   tree.NotifyBeginDrag(At("a.c"));
   Mouse(MouseAction::Move, MouseButton::Left, {60, 33});
-  Mouse(MouseAction::Move, MouseButton::Left, {60, 60});  // outside, and nobody has the mouse
+  Mouse(MouseAction::Move, MouseButton::Left, {60, 60});  // outside, and without mouse capture
   Mouse(MouseAction::Release, MouseButton::Left, {60, 60});
   EXPECT_TRUE(tree.IsDragging());
   Mouse(MouseAction::Move, MouseButton::None, {60, 40});
@@ -288,7 +288,7 @@ TEST_F(XmlTreeTest, FillingShowsWhatHasAnImageUnderItsLabel) {
 }
 
 TEST_F(XmlTreeTest, ImagesHideAndShowWholeSubtrees) {
-  tree.AddImage("Group", test::MakeBitmap(16, 16));  // has one
+  tree.AddImage("Group", test::MakeBitmap(16, 16));  // already has an image
   tree.AddImage("Hidden", nullptr);
   tree.RemoveImage("Dependencies");
   tree.Refill();
@@ -331,7 +331,7 @@ TEST_F(XmlTreeTest, EveryItemWithTheSelectedLabelIsSelectedInTurn) {
   EXPECT_EQ(owner.TakeMessages(), (Lines{"select Main.c", "select Main.c"}));
   EXPECT_EQ(TreeText(tree), "P{G{a.c b.c Main.c} H{c.c{D{d.h e.h}} *Main.c}}");
   EXPECT_EQ(tree.GetCurrentNode(), Node("H")->GetChild(1));
-  // Where a message fills the tree anew, that filling's selections are the last.
+  // If a message handler refills the tree, the selections of that fill are the last ones.
   int left = 1;
   owner.then = [&] {
     if (left-- <= 0) return;
@@ -342,7 +342,7 @@ TEST_F(XmlTreeTest, EveryItemWithTheSelectedLabelIsSelectedInTurn) {
   owner.then = nullptr;
   EXPECT_EQ(owner.TakeMessages(), (Lines{"select Main.c", "select a.c"}));
   tree.SetSelectedLabel("main.C");
-  // With one match that is selected already, the message comes all the same.
+  // If the only match is selected already, the message is sent anyway.
   Free("Main.c");
   tree.Refill();
   EXPECT_EQ(owner.TakeMessages(), (Lines{"select Main.c"}));
@@ -392,11 +392,11 @@ TEST_F(XmlTreeTest, ANamesakeIsSelectedOnlyIfTheSelectedNodeIsGone) {
   }
 }
 
-// The items of a node that has moved are built at its new place while the old ones still exist.
+// The items of a moved node are created in the new position while the old ones still exist.
 TEST_F(XmlTreeTest, AFillingOfChangedNodesFindsThemWhereverTheyAreAndWhateverTheirKind) {
   const struct {
     const char* what;
-    std::function<std::vector<const CXmlNode*>()> change;  // returns what it changed
+    std::function<std::vector<const CXmlNode*>()> change;  // returns the changed nodes
     const char* tree;
   } rows[] = {
       {"moved, with new children",
@@ -479,7 +479,7 @@ TEST_F(XmlTreeTest, APeerHearsOfWhatHasChangedAndOfNothingElse) {
     EXPECT_EQ(mirror.Text(), TreeText(tree)) << row.what;
   }
   EXPECT_EQ(TreeText(tree), "P{H{c.c{D(e.h)}} G{a.c new.c}}");
-  // Many changes are one.
+  // Many changes are processed as one.
   for (int i = 0; i < 100; ++i) {
     CXmlNode* const group = root->AddChild("Group");
     group->SetAttrValue("Header", "g");
@@ -495,8 +495,8 @@ TEST_F(XmlTreeTest, APeerHearsOfWhatHasChangedAndOfNothingElse) {
   EXPECT_EQ(mirror.Text(), TreeText(tree));
 }
 
-// Whatever is done to a tree between two fillings, the second one gives what a control shows that
-// is filled for the first time; also one of nothing but the nodes that were changed.
+// After any changes between two fills, the second fill must show the same as a control that is
+// filled for the first time; this also applies to a fill that is limited to the changed nodes.
 TEST_F(XmlTreeTest, AFillingOverAnOldOneGivesWhatAFreshOneGives) {
   std::mt19937 random(11);
   const auto pick = [&](int count) { return static_cast<int>(random() % unsigned(count)); };
@@ -541,7 +541,7 @@ TEST_F(XmlTreeTest, AFillingOverAnOldOneGivesWhatAFreshOneGives) {
           above->RemoveChild(node);
           changed.insert(above);
           break;
-        case 3: {  // to another place
+        case 3: {  // to another position
           if (above == nullptr) break;
           auto moved = above->DetachChild(node);
           CXmlNode* const place = any();
@@ -561,7 +561,7 @@ TEST_F(XmlTreeTest, AFillingOverAnOldOneGivesWhatAFreshOneGives) {
       tree.RefillNodes({changed.begin(), changed.end()});
     }
     fresh.DestroyWindow();
-    WindowToolkit::SetCurrent(nullptr);  // the mirror is for one tree
+    WindowToolkit::SetCurrent(nullptr);  // the mirror supports one tree
     fresh.Create(2, kStyleChild, {0, 20, 300, 340}, &other, 100);
     WindowToolkit::SetCurrent(&mirror);
     if (step == 0) {
@@ -632,7 +632,7 @@ TEST_F(XmlTreeTest, MessagesMayDoAnything) {
       owner.tree->SetXmlRoot(root.get());
       owner.tree->SelectNode(Node("H"));
       owner.TakeMessages();
-      int left = 1;  // the reaction's own messages run without one
+      int left = 1;  // the handlers triggered by the reaction run without one
       owner.then = [&] {
         if (left-- > 0) reaction();
       };
@@ -657,13 +657,13 @@ TEST_F(XmlTreeTest, NothingPointsAtNodesThatAreForgotten) {
   EXPECT_EQ(tree.GetCurrentNode(), nullptr);
   Mouse(MouseAction::Release, MouseButton::Left, At("H"));
   EXPECT_FALSE(tree.IsDragging());
-  // The items stand until the next filling, without their nodes.
+  // The items exist until the next fill, without their nodes.
   tree.SaveViewState();
   tree.NotifyDoubleClick(MouseButton::Left, {60, 40});
   Press(kKeyDown, true);
   tree.DrawItem(*tree.GetSelectedItem());
   EXPECT_EQ(owner.TakeMessages(), (Lines{"open nothing"}));
-  // A drag stands as well when one of its items goes.
+  // A drag also continues if one of its items is removed.
   for (const auto& [from, to] : {std::pair("c.c", "P"), std::pair("L", "d.h")}) {
     tree.ForgetNode(*root);
     root = ReadNode(kProject);
@@ -698,7 +698,7 @@ TEST_F(XmlTreeTest, AnUpdateKeepsTheLineAtTheTop) {
   Free("G");
   tree.Refill();
   EXPECT_EQ(tree.GetRow(tree.GetTopRow())->GetText(), topLabel);
-  // What was at the top is hidden now.
+  // The node of the top row is hidden now.
   tree.SetSelectedLabel("none");
   Node("H")->SetAttrValue("sate", "0");
   for (int i = 0; i < 40; ++i) root->AddChild("Group");

@@ -39,7 +39,7 @@ struct StepText {
   }
 };
 
-// The root's label begins at 38, what hangs below it at 57; the second line ends at 32.
+// The root's label begins at 38, those of its children at 57; the second row ends at 32.
 TEST(XmlTreeDrawingTest, AnItemIsMarkerLabelAndInformation) {
   test::TreeOwner owner;
   CXmlTreeCtrl& tree = *owner.tree;

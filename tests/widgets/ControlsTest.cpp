@@ -12,7 +12,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// Tells what its controls say, with the state that they have at that moment.
+// Records the notifications of its controls, with their state at that moment.
 class Panel : public CWnd {
  public:
   explicit Panel(Lines& panelLines) : lines(panelLines) {}
@@ -33,7 +33,7 @@ class Panel : public CWnd {
   Lines& lines;
 };
 
-// A peer that tells each control's changes.
+// A toolkit whose peers record the changes of each control.
 class TellingToolkit : public test::RecordingToolkit {
  public:
   using RecordingToolkit::MakePeer;

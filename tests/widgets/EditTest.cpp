@@ -53,7 +53,7 @@ TEST(EditTest, TheUsersTextComesInOnceAndIsNotToldBack) {
   EXPECT_FALSE(edit.NotifyKey({kKeyEscape}));
   EXPECT_EQ(edit.keys, (std::vector<int>{kKeyEnter, kKeyEscape}));
   edit.DestroyWindow();
-  edit.SetReadOnly(true);  // nobody is left to be told
+  edit.SetReadOnly(true);  // the peer has been destroyed
   EXPECT_FALSE(edit.NotifyKey({kKeyEnter}));
 }
 

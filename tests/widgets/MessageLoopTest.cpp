@@ -16,7 +16,7 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kLong{20000};
 
-// A window that keeps what it got and answers through a function.
+// A window that records its messages and replies through a function.
 class TestWindow final : public WindowTarget {
  public:
   TestWindow() : handle(RegisterWindow(*this)) {}
@@ -33,7 +33,7 @@ class TestWindow final : public WindowTarget {
   WindowHandle handle;
 };
 
-// A thread with a window that serves until it is told to end.
+// A thread with a window that pumps until it is stopped.
 class ServingThread {
  public:
   explicit ServingThread(std::function<std::intptr_t(std::uint32_t, std::intptr_t)> answer) {
@@ -64,7 +64,7 @@ class ServingThread {
   std::thread thread;
 };
 
-// What a send from a thread of its own is answered with, while this one pumps.
+// Sends a message from a new thread while this one pumps, and returns the reply.
 std::intptr_t AnswerToAnotherThread(WindowHandle window, std::intptr_t wParam) {
   std::atomic<std::intptr_t> answer{0};
   const auto loop = MessageLoop::ForCurrentThread();
@@ -170,7 +170,7 @@ TEST(MessageLoop, ServingLeavesPostsAndTimersAlone) {
 TEST(MessageLoop, ThreadsThatWaitForEachOtherServeEachOther) {
   TestWindow host;
   WindowHandle worker = 0;
-  // The worker asks the host, which asks the worker back while that still waits, and so on down.
+  // The worker sends to the host, which sends back to the waiting worker, and so on recursively.
   host.answer = [&worker](std::uint32_t message, std::intptr_t depth) -> std::intptr_t {
     return depth == 0 ? 1 : 1 + SendWindowMessage(worker, message, depth - 1, 0);
   };
@@ -178,7 +178,7 @@ TEST(MessageLoop, ThreadsThatWaitForEachOtherServeEachOther) {
     return depth == 0 ? 1 : 1 + SendWindowMessage(host.handle, message, depth - 1, 0);
   });
   worker = thread.handle;
-  EXPECT_EQ(SendWindowMessage(worker, 1, 20, 0), 21);  // the host's thread begins
+  EXPECT_EQ(SendWindowMessage(worker, 1, 20, 0), 21);  // the main thread begins
   EXPECT_EQ(SendWindowMessage(worker, 1, 21, 0), 22);
   EXPECT_EQ(AnswerToAnotherThread(host.handle, 20), 21);
 }
@@ -234,7 +234,7 @@ TEST(MessageLoop, AnExceptionOfTheWorkComesOutAtItsCaller) {
   const ServingThread thread([](auto, auto) { return 1; });
   EXPECT_THROW(thread.loop->RunAndWait([] { throw std::runtime_error("broken"); }),
                std::runtime_error);
-  EXPECT_EQ(SendWindowMessage(thread.handle, 1, 0, 0), 1);  // and the loop lives on
+  EXPECT_EQ(SendWindowMessage(thread.handle, 1, 0, 0), 1);  // and the loop keeps working
   EXPECT_FALSE(thread.loop->Pump()) << "only its own thread pumps";
   EXPECT_FALSE(thread.loop->ServeUntil([] { return false; }, kLong));
 }

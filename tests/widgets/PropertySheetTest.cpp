@@ -125,7 +125,7 @@ TEST_F(PropertySheet, OnlyAnEnabledFinishTakesTheDataOver) {
   EXPECT_EQ(sheet.DoModal(), kSheetCancel) << "nobody to ask";
 }
 
-// What a control shows itself as.
+// Kind of a control, as text.
 std::string KindOf(const CWnd& control) {
   if (const auto* text = dynamic_cast<const CStatic*>(&control)) {
     return text->GetKind() == StaticKind::Label ? "label" : "frame";

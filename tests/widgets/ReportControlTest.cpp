@@ -15,7 +15,7 @@
 namespace tarn::test {
 namespace {
 
-// What is drawn, as lines.
+// Records the notifications of the peer as text.
 struct RecordingPeer : ReportPeer {
   explicit RecordingPeer(std::string& text) : lines(text) {}
   void OnColumnsChanged() override { lines += "columns; "; }
@@ -69,7 +69,7 @@ class Report : public ::testing::Test {
     report->AddColumn(std::make_unique<CReportColumn>(index, caption, width, caption[0] == 'F',
                                                       icon, sortable, true));
   }
-  // Icon -1 and -2 are check boxes, empty and ticked.
+  // Icon -1 and -2 mean check boxes, unchecked and checked.
   static std::unique_ptr<CReportRecord> Make(int icon, const char* name, const char* file) {
     auto record = std::make_unique<CReportRecord>();
     CReportRecordItem& first = *record->AddItem(std::make_unique<CReportRecordItem>());
@@ -127,7 +127,7 @@ TEST_F(Report, RowsAreSortedBlindToCaseAndStableAndPicturesByNumber) {
     report->SortRows();
     EXPECT_EQ(RowsText(*report), row.rows) << row.column << row.ascending;
   }
-  // Children sort among themselves.
+  // Children are sorted among themselves.
   report->GetColumns().SetSortColumn(report->GetColumns().GetAt(1), true);
   report->GetRecords().GetAt(0)->SetExpanded(true);
   report->Populate();
@@ -159,7 +159,7 @@ TEST_F(Report, RowsWithOneValueStandBelowItAndCanBeClosed) {
   EXPECT_EQ(ColumnsText(*report), "Icon 20 | Name 80 v | File 100");
 }
 
-// Each action on a fresh report whose first record has two children, the window being 300 by 120.
+// Each action starts with a fresh report of 300 by 120 pixels whose first record has two children.
 TEST_F(Report, WhatTheUserDoesReachesTheOwnerAndTheState) {
   constexpr const char* kPlain = "+#10|b|x.c\n#9|A|y.c\n[ ]|a|X.c\n";
   const struct {
@@ -287,7 +287,7 @@ TEST_F(Report, WhatTheUserDoesReachesTheOwnerAndTheState) {
   }
 }
 
-// Every message may refill the report or destroy it.
+// Every message handler may refill the report or destroy it.
 TEST_F(Report, AnOwnerThatRefillsOrDestroysItInsideAMessageEndsTheAction) {
   const std::pair<const char*, std::function<void(Report&)>> actions[] = {
       {"selection", [](Report& r) { r.Click(30, 40); }},
@@ -311,7 +311,7 @@ TEST_F(Report, AnOwnerThatRefillsOrDestroysItInsideAMessageEndsTheAction) {
         if (lines.find(word) == std::string::npos) return;
         report->RemoveAllRecords();
         if (destroys) {
-          // A window that goes inside its own event is retired by its owner.
+          // A window that is destroyed by its own event is retired by its owner.
           owner.Retire(std::move(report));
         } else {
           Add(1, "only", "one");
@@ -348,8 +348,8 @@ TEST_F(Report, AClickThatEndsASelectionIsNoneInTheReportThatTookItsPlace) {
   EXPECT_EQ(RowsText(*report), "#1|only|one\n");
 }
 
-// Records one at a time in any state of the report give what making all rows anew gives, and the
-// peer is told of appended rows only where rows were appended.
+// Adding records one at a time, in any state of the report, must yield the same rows as a full
+// rebuild, and the peer may be notified of appended rows only if all changes are at the end.
 TEST_F(Report, AddedRecordsGiveTheRowsOfAFreshStart) {
   std::mt19937 random(7);
   const auto any = [&random](int bound) {

@@ -114,7 +114,7 @@ TEST_F(RichTextCtrlTest, MouseEventsOverALinkCarryItsTarget) {
   }
   control->NotifyMouse({MouseAction::Press, MouseButton::Right, {8, 16}, false, false});
   EXPECT_EQ(events, (Lines{"t 1", "t 1", "t 0"}));
-  toolkit.hit = 4;  // the peer knows better
+  toolkit.hit = 4;  // the peer overrides the control's own hit test
   release(0, 0);
   toolkit.hit = 99;
   release(0, 20);

@@ -5,7 +5,7 @@
 namespace tarn {
 namespace {
 
-// Each run as its text in front of what it looks like: colour, B for bold, <target>.
+// Each run as its text followed by its format: colour, B for bold, <target>.
 std::string Dump(std::string_view richText) {
   const RichText read = ReadRichText(richText);
   std::string dump;
@@ -32,7 +32,7 @@ struct Row {
 
 const std::string kColors = "{\\colortbl ;\\red255\\green0\\blue0;\\red0\\green0\\blue255;}";
 
-// A link line as the log writes it, of an address and a text.
+// A log line with a link, as the log writes it.
 std::string Link(const std::string& address, const std::string& text) {
   return "{\\rtf1 " + kColors + " {\\field{\\*\\fldinst { HYPERLINK " + address +
          " }} {\\fldrslt {\\cf2\\ulnone " + text + "}}} \\par }";

@@ -39,7 +39,7 @@ class TimerTest : public ::testing::Test, public WindowTarget {
 
 TEST_F(TimerTest, TicksComeBehindAllMessages) {
   Set(1, 1, Mark("tick"));
-  PostWindowMessage(handle, 9, 0, 0);  // posts another one
+  PostWindowMessage(handle, 9, 0, 0);  // its handler posts another message
   Stall(5);
   loop->Pump();
   EXPECT_EQ(order, "m9 ");
@@ -69,7 +69,7 @@ TEST_F(TimerTest, ATickThatPumpsIsNotCalledInsideItselfButOthersAre) {
   int deepest = 0;
   Set(1, 1, [&] {
     deepest = std::max(deepest, ++depth);
-    // Also set anew from its own tick it stays one at a time.
+    // A timer that is set again by its own handler must not become reentrant either.
     Set(1, 1, [&] { deepest = std::max(deepest, ++depth), --depth; });
     PumpFor(20);
     --depth;
@@ -89,7 +89,7 @@ TEST_F(TimerTest, KillingDropsADueTick) {
   Stall(5);
   Set(1, 1, [this] { KillWindowTimer(handle, 2), KillWindowTimer(handle, 1); });
   Stall(5);
-  KillWindowTimer(handle, 3);  // there is none
+  KillWindowTimer(handle, 3);  // does not exist
   Set(2, 1000, Mark("second"));
   loop->Pump();
   PumpFor(5);

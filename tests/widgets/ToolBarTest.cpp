@@ -10,7 +10,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// Keeps the commands that reach it, and does something at each if the test wants so.
+// Records the commands that it receives, and optionally runs a test's action for each.
 class Owner : public CWnd {
  public:
   ~Owner() override { DestroyWindow(); }
@@ -25,7 +25,7 @@ class Owner : public CWnd {
   }
 };
 
-// Draws nothing and says what it was told.
+// A toolkit that records the notifications of its peers and draws nothing.
 class TellingToolkit : public test::RecordingToolkit {
  public:
   using RecordingToolkit::MakePeer;

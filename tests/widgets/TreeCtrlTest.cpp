@@ -6,9 +6,9 @@
 #include <random>
 
 #include "platform/text/Text.h"
-#include "widgets/TipWindow.h"
 #include "support/ManualClock.h"
 #include "support/TreeMirror.h"
+#include "widgets/TipWindow.h"
 
 namespace tarn {
 namespace {
@@ -16,7 +16,7 @@ namespace {
 using test::TreeText;
 using Lines = std::vector<std::string>;
 
-// A tree that writes down its events.
+// A tree that records its events.
 class TalkingTree : public CTreeCtrl {
  public:
   explicit TalkingTree(Lines& treeLines) : lines(treeLines) {}
@@ -57,7 +57,7 @@ class TalkingTree : public CTreeCtrl {
   Lines& lines;
 };
 
-// Four lines of 16 pixels fit into its window.
+// The window is four lines of 16 pixels high.
 struct TreeCtrlTest : ::testing::Test {
   Lines lines;
   test::TreeMirror mirror;
@@ -86,12 +86,13 @@ struct TreeCtrlTest : ::testing::Test {
 };
 
 TEST_F(TreeCtrlTest, WhatTheUserDoesChangesTheTreeAsToldAndFiresOnce) {
-  // A label begins 19 pixels behind its level, the top level's included, and is 8 wide a byte.
+  // A label starts 19 pixels after its level's indent, including the top level, and is 8 pixels
+  // wide per byte.
   const struct {
     const char* what;
     std::function<void()> action;
     const char* events;
-    const char* tree = nullptr;  // null where it stays as it was
+    const char* tree = nullptr;  // null: unchanged
   } rows[] = {
       {"right of a label", [&] { Click(60, 20); }, "click on right of label of a\nbutton up",
        "p{a(a1 a2 a3) b}"},
@@ -250,7 +251,7 @@ TEST_F(TreeCtrlTest, AClickThatTakesItsItemAwaySelectsNothing) {
   EXPECT_EQ(TreeText(tree), "p{b}");
 }
 
-// A long list of changes, each told to a peer that keeps its own copy by what it is told.
+// A long sequence of random changes; a peer maintains a copy of the tree from its notifications.
 TEST_F(TreeCtrlTest, WhatThePeerHearsIsWhatHasHappened) {
   std::mt19937 random(7);
   const auto pick = [&](int count) { return static_cast<int>(random() % unsigned(count)); };

@@ -18,7 +18,7 @@ using test::ManualClock;
 using test::TinyBitmap;
 using Lines = std::vector<std::string>;
 
-// Writes each event down, and does what the test wants of it.
+// Records its events and runs a test's action for each.
 class TalkingWindow : public CWnd {
  public:
   TalkingWindow(std::string windowName, Lines& windowLines)
@@ -127,7 +127,7 @@ TEST_F(WndTest, TheKeyboardIsInOnePlace) {
   child.NotifyFocusTaken();
   child.NotifyFocusTaken();
   EXPECT_TRUE(child.HasFocus());
-  // The loser destroys the taker.
+  // The window that loses the focus destroys the one that takes it.
   child.then["no focus"] = [&] { top.DestroyWindow(); };
   top.SetFocus();
   EXPECT_FALSE(top.HasFocus());

@@ -19,14 +19,15 @@ namespace {
 
 using ::testing::ElementsAre;
 
-// What the user sees, besides what he does.
+// Adds access to what the user sees.
 class User : public WizardUser {
  public:
   using WizardUser::WizardUser;
 
   void ClickLink() const { Control<CHyperlinkCtrl>(kIdDatasheet).NotifyClicked(); }
 
-  // What the user sees of the catalogue: the lines from the top, with the selected one in brackets.
+  // Returns the visible part of the catalogue: the rows from the top, with the selected one in
+  // brackets.
   std::string Tree() const {
     std::string text;
     const auto& tree = Control<CTreeCtrl>(kIdTargetTree);
@@ -38,7 +39,7 @@ class User : public WizardUser {
     }
     return text;
   }
-  // ... and of the rest: type, name @ location, project, tool box, description, link.
+  // Returns the other controls: type, name @ location, project, tool box, description, link.
   std::string Form() const {
     const auto& types = Control<CComboBox>(kIdType);
     const auto& box = Control<CButton>(kIdLaunchTool);
@@ -57,7 +58,7 @@ class User : public WizardUser {
 
 class ApplicationPageTest : public ::testing::Test, protected WizardScene {
  protected:
-  // Runs the wizard for a user who acts and then pushes that button.
+  // Runs the wizard for a user who performs `act` and then pushes the given button.
   std::string Run(const NewApplication& proposed, const std::function<void(const User&)>& act,
                   int button = kSheetFinish) {
     user.useSheet = [&](CPropertySheet& sheet) {
@@ -74,7 +75,7 @@ class ApplicationPageTest : public ::testing::Test, protected WizardScene {
 TEST_F(ApplicationPageTest, ItOpensWithWhatIsProposedAndWhatWasChosenLast) {
   const struct {
     const char* name;
-    const char* last;  // null: never
+    const char* last;  // nullptr: no last processor
     const char* cobbler;
     NewApplication proposed;
     const char* tree;
@@ -104,7 +105,7 @@ TEST_F(ApplicationPageTest, ItOpensWithWhatIsProposedAndWhatWasChosenLast) {
     const auto look = [&row](const User& shown) {
       EXPECT_EQ(shown.Tree(), row.tree) << row.name;
       EXPECT_EQ(shown.Form(), row.form) << row.name;
-      // What the selections of the start have posted changes nothing.
+      // The messages posted by the initial selections must not change anything.
       MessageLoop::ForCurrentThread()->PumpUntil([] { return false; },
                                                  std::chrono::milliseconds(5));
       EXPECT_EQ(shown.Form(), row.form) << row.name << ", later";

@@ -16,7 +16,7 @@ std::string Text(const CXmlNode& node) {
 
 class TargetCatalogueTest : public ::testing::Test {
  protected:
-  // Puts a registry there, with @ for the key of all packages.
+  // Writes a registry, with @ in place of the key of all packages.
   void Register(std::string_view registry) {
     std::string text;
     for (const char c : registry)
@@ -30,7 +30,7 @@ class TargetCatalogueTest : public ::testing::Test {
     }
     return text;
   }
-  // The tree below its root.
+  // Returns the children of the root.
   std::string Tree() const {
     std::string text;
     const auto root = catalogue.Read();
@@ -137,7 +137,7 @@ TEST_F(TargetCatalogueTest, TwoPackagesOfOneLabelAreBothShown) {
   EXPECT_EQ(Tree(), "<Target Header='1' Header='L' />\n<Target Header='1' Header='L' />\n");
 }
 
-// "text|datasheet|wizard|script|configuration", with a dash for what is not there.
+// Returns "text|datasheet|wizard|script|configuration", with a dash for absent values.
 std::string Show(const TargetDescription& description) {
   std::string text = description.text;
   for (const auto& each :

@@ -8,9 +8,9 @@
 
 namespace tarn::test {
 
-// A model, settings and a catalogue of processors, for which the wizard asks whoever answers for
-// the window of `world.host`, or for another one. The types on offer are "Application", one without
-// a label, and "Program", which isn't built.
+// Model, settings and target catalogue for the wizard. Its dialogs appear over the window of
+// `world.host`, or over the window passed to SetAsked(). The available types are "Application", one
+// without a label, and "Program", which isn't built.
 class WizardScene {
  public:
   WizardScene() {
@@ -41,7 +41,7 @@ class WizardScene {
     application.typeHeader = type;
     return application;
   }
-  // What came of it, as text; "cancelled" when nothing.
+  // Returns the result as a string, or "cancelled".
   std::string Run(NewApplication application) {
     const TargetCatalogue catalogue(world.disk, settings, "/app/targets");
     ProjectWizardMaker maker({*world.model, world.disk, settings, catalogue});
@@ -51,7 +51,7 @@ class WizardScene {
            ", config '" + application.configName + "', script '" + application.targetText +
            "', tool '" + application.wizardPath + (application.useCobbler ? "' runs" : "'");
   }
-  // Whose user is asked.
+  // Sets the window whose user is asked.
   void SetAsked(WindowHandle window) { world.model->mainframeHandle = window; }
   void SetTool(const char* value) { settings.WriteProfile("Project", "UseCobbler", value); }
   std::string Profile() const {

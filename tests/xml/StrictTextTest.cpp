@@ -20,7 +20,7 @@ TEST(StrictText, WhatAConformingReaderWouldRejectOrTakeForSomethingElse) {
   for (const auto& [text, encoded] : rows) {
     EXPECT_EQ(EncodeStrict(text), encoded);
     EXPECT_EQ(DecodeStrict(encoded), text);
-    // The system's own reader and writer hand it on unchanged.
+    // CXmlNode writes and reads the encoded string unchanged.
     CXmlNode node;
     node.SetName("a");
     node.SetAttrValue("t", encoded);

@@ -15,8 +15,8 @@ inline std::string Visible(std::string_view text) {
   return out;
 }
 
-// A tree on one line: name, [attribute=value] for each attribute, 'value' unless empty, children in
-// brackets.
+// Returns a tree on one line: name, [attribute=value] for each attribute, 'value' unless empty,
+// children in brackets.
 inline std::string Dump(const CXmlNode& node) {
   std::string out = node.GetName();
   for (const CXmlAttr& attr : node.Attributes()) {
@@ -29,7 +29,7 @@ inline std::string Dump(const CXmlNode& node) {
   return node.GetChildCount() > 0 ? out + ")" : out;
 }
 
-// A tree that must read without failure.
+// Parses a tree that must be valid.
 inline std::unique_ptr<CXmlNode> Tree(const char* text) {
   auto node = std::make_unique<CXmlNode>();
   CXmlParseInfo info;
@@ -37,7 +37,7 @@ inline std::unique_ptr<CXmlNode> Tree(const char* text) {
   return node;
 }
 
-// What CXmlDisplayOptions says for everything on one line.
+// Returns the tree as XML on one line.
 inline std::string Flat(const CXmlNode& node) {
   CXmlDisplayOptions options;
   options.newline = false;

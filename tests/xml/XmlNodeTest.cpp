@@ -97,7 +97,7 @@ TEST(XmlNode, AValueMayComeFromTheNodeItself) {
     node->SetAttrValue("x", std::string(20, '#') + node->GetAttrValue("x"));
     node->SetName(node->NameView());
   }
-  // Twice: three bytes fewer, then twenty more.
+  // Two rounds, each of which removes three bytes and then adds twenty.
   EXPECT_STREQ(node->GetAttrValue("x"), (std::string(37, '#') + "3456789").c_str());
   EXPECT_EQ(node->GetValue(), "xt");
   EXPECT_STREQ(node->GetAttrAt(2)->ValueText(), "xt");
@@ -161,7 +161,8 @@ TEST(XmlNode, ACopyOfItsOwnPartIsNotReadAfterItIsGone) {
   EXPECT_EQ(Dump(*root), "b[x=1](c)");
 }
 
-// A length stands in front of short texts only, and a node with long ones lies apart from others.
+// The length is stored only before short strings, and a node with long ones isn't allocated in a
+// shared page.
 TEST(XmlNode, TextsOfEveryLengthAreReadCopiedAndReplaced) {
   const auto text = [](int length) { return std::string(static_cast<std::size_t>(length), 't'); };
   for (const int length : {1, 251, 252, 253, 254, 255, 256, 257, 8000, 70000}) {
@@ -184,7 +185,7 @@ TEST(XmlNode, ANodeOutlivesTheTreeThatItWasReadWith) {
   std::string text = "<r>";
   for (int i = 0; i < 3000; ++i) text += "<a x=\"" + std::to_string(i) + "\" ><b/></a>";
   auto tree = Tree((text + "</r>").c_str());
-  // Neighbours in memory, now in two trees that two threads use.
+  // Neighbours in memory, split into two trees that two threads use.
   auto other = CXmlNode::CreateNode("r");
   for (int i = tree->GetChildCount() - 1; i >= 0; i -= 2) {
     other->AppendChild(tree->DetachChild(tree->GetChild(i)));

@@ -10,7 +10,7 @@ namespace {
 using test::Dump;
 using test::Visible;
 
-// "tree -> rest" or "tree -> null, error code at rest, text".
+// Returns "tree -> rest", or "tree -> null, error code at rest, text".
 std::string LoadInto(CXmlNode& node, const char* text, CXmlParseInfo& info) {
   const char* end = node.Load(text, info);
   std::string out = Dump(node) + " -> " + (end ? "'" + Visible(end) + "'" : "null");
@@ -22,7 +22,7 @@ std::string LoadInto(CXmlNode& node, const char* text, CXmlParseInfo& info) {
 }
 
 std::string LoadFresh(const std::string& text) {
-  // An exact copy on the heap, so that a sanitizer sees a read behind the terminator.
+  // A heap copy of exact size, so that a sanitizer detects a read after the terminator.
   const auto buffer = std::make_unique<char[]>(text.size() + 1);
   std::memcpy(buffer.get(), text.c_str(), text.size() + 1);
   CXmlNode node;
@@ -167,7 +167,7 @@ TEST(XmlReader, Decoding) {
   });
 }
 
-// White space is told from text without decoding, where the table allows it.
+// White space is distinguished from text without decoding if the table allows it.
 TEST(XmlReader, ReferencesForWhiteSpaceAndOfWhiteSpace) {
   const CXmlEntity rows[] = {{' ', "&sp;"}, {'x', "\t"}};
   const CXmlEntityTable table(rows);

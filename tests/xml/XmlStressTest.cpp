@@ -12,7 +12,7 @@ namespace {
 
 using test::Flat;
 
-// Runs `work` on a thread with a stack of that size; an overflow ends the test program.
+// Runs `work` on a thread with a stack of that size; a stack overflow crashes the test program.
 void RunOnStack(std::size_t bytes, std::function<void()> work) {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
@@ -46,7 +46,7 @@ TEST(XmlStress, DepthIsBoundedForReading) {
   EXPECT_EQ(depth, 2000);
 }
 
-// Deeper than a text may be: trees are also made by hand.
+// Deeper than the limit for parsed input, since trees are also built by code.
 TEST(XmlStress, DepthCostsNoStack) {
   RunOnStack(128 * 1024, [] {
     constexpr int kDepth = 200000;
@@ -67,7 +67,7 @@ TEST(XmlStress, DepthCostsNoStack) {
   });
 }
 
-// Each of these takes minutes when its cost is the square of the size.
+// Each of these takes minutes if its cost is quadratic.
 TEST(XmlStress, CostGrowsWithTheSizeOnly) {
   constexpr int kCount = 300000;
   std::string attrs = "<a";
@@ -119,7 +119,8 @@ class RandomTree {
 
   std::string Name() { return std::string(1, "abcXYZ"[Below(6)]) + std::to_string(Below(3)); }
 
-  // Any text that the format can hold: no CR LF pair, no "<", no reference in plain text.
+  // Returns any string that the format can represent: no CR LF pair, no "<", no reference in plain
+  // text.
   std::string Text() {
     static constexpr char kBytes[] = "ab c\"|'&>\\/=\n\t\xE4\xFF;";
     std::string text = "t";
@@ -130,7 +131,7 @@ class RandomTree {
   std::mt19937 random;
 };
 
-// What comes back is compared by its text, since a save adds to a final backslash.
+// The result is compared as XML, since saving adds a backslash to a final one.
 TEST(XmlStress, RandomTreesSurviveSaveAndLoad) {
   for (unsigned seed = 1; seed <= 500; ++seed) {
     const auto tree = RandomTree(seed).Make(4);

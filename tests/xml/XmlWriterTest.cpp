@@ -52,7 +52,7 @@ TEST(XmlWriter, OptionsOfARun) {
 }
 
 TEST(XmlWriter, FinalBackslashCannotEatWhatFollows) {
-  // A value, how it is written, and how with the full table.
+  // A value, its encoding, and its encoding with the full table.
   const char* const rows[][3] = {
       {"C:\\inc\\", "C:\\inc\\\\", "C:&backslash;inc&backslash;"},
       {"\\", "\\\\", "&backslash;"},
@@ -91,7 +91,8 @@ TEST(XmlWriter, NamelessElementTakesNothingWithIt) {
   EXPECT_EQ(Saved(CXmlNode()), "");
 }
 
-// The line breaks go on reading and the tabs stay: 3, 6, 9 tabs from a file with one level above.
+// Line breaks are dropped by reading but tabs aren't, so they add up: 3, 6, 9 tabs from a file with
+// one level above.
 TEST(XmlWriter, TabsOfAnIndentedFileGrowAsTheyAlwaysDid) {
   std::string file = "\r\n<r>\r\n\t<a>\r\n\t\t<b/>\r\n\t</a>\r\n</r>";
   for (const int tabs : {3, 6, 9}) {

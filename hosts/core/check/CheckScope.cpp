@@ -12,7 +12,8 @@ namespace tarn::host {
 
 namespace {
 
-// "Section.Property" of a macro such as "$(Linker.MapFile)"; empty for any other.
+// Returns "Section.Property" for a macro such as "$(Linker.MapFile)"; an empty string for any other
+// macro.
 std::string OptionOfMacro(const std::string& macro) {
   const bool isPlain = macro.starts_with("$(") && macro.ends_with(")");
   OptionKey key;
@@ -20,8 +21,8 @@ std::string OptionOfMacro(const std::string& macro) {
   return FoldCase(key.section + "." + key.name);
 }
 
-// Why none of the names that differ from the path in letter case is taken for it; the part that
-// they have in common with the path is left out.
+// Explains that names differing from the path only in letter case exist; their common prefix with
+// the path is left out.
 std::string DescribeSimilar(const std::string& path, const std::vector<std::string>& similar) {
   std::size_t common = path.size();
   for (const std::string& each : similar) {
@@ -100,7 +101,7 @@ void CheckScope::AddNodes() {
   CheckedNode outside = project;
   std::size_t after = 0;
   Locate(project, outside, after);
-  // A stack of its own: trees may be deep.
+  // Depth-first traversal with an explicit stack, because trees may be deep.
   std::vector<CheckedNode> pending = {std::move(project)};
   while (!pending.empty()) {
     const CheckedNode node = std::move(pending.back());
@@ -143,7 +144,7 @@ void CheckScope::Locate(CheckedNode& node, const CheckedNode& parent, std::size_
   node.writtenPath = (*parent.elements)[found].path;
 }
 
-// What an application holds is in a file of its own.
+// The contents of an application are in a separate file.
 void CheckScope::EnterFile(CheckedNode& application) {
   if (AttributeOf(application.node, "Extern").empty()) return;
   application.file = AbsolutePath(application, AttributeOf(application.node, "Extern"));
@@ -246,7 +247,8 @@ void CheckScope::CheckPath(const CheckedNode& node, const NamedPath& named) {
   }
 }
 
-// Another node makes it, or the folders for sources that are not where the project says have it.
+// Returns true if the file is the output of a different node, or is found in one of the additional
+// source folders.
 bool CheckScope::IsFoundElsewhere(const CheckedNode& node, const std::string& path) {
   if (outputs.contains(path)) return true;
   if (node.application == nullptr) return false;

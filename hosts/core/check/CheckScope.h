@@ -14,64 +14,64 @@
 
 namespace tarn::host {
 
-// A node of the tree, with what the check of it needs to know of its surroundings.
+// A node of the tree, with the context that its check needs.
 struct CheckedNode {
   const CXmlNode* node = nullptr;
-  const CXmlNode* application = nullptr;   // it belongs to or is; null for the project
-  std::string place;                       // for the inspector's SelectNodeByPlace
-  std::string listedIn;                    // file in which its parent lists it
-  int line = 0;                            // there, from 1; 0 if it is not found there
-  std::string writtenPath;                 // there; in memory it is resolved
-  const FileElements* elements = nullptr;  // of the file with its contents; null: none is readable
-  std::size_t element = 0;                 // in them; 0 if it is not found there
-  std::string file;                        // with its contents: for an application its own
+  const CXmlNode* application = nullptr;   // that contains it or is it; null for the project
+  std::string place;                       // argument for the inspector's SelectNodeByPlace
+  std::string listedIn;                    // file that contains its parent's list of children
+  int line = 0;                            // in that file, from 1; 0 if not found
+  std::string writtenPath;                 // as written in that file; resolved in memory
+  const FileElements* elements = nullptr;  // of the file with its contents; null if unreadable
+  std::size_t element = 0;                 // index in them; 0 if not found
+  std::string file;                        // file with its contents: its own for an application
 };
 
 // A tool as its definition describes it.
 struct KnownTool {
-  std::vector<std::string> programs;  // without optional ones
+  std::vector<std::string> programs;  // required programs
 };
 
-// A path as a project names it.
+// A path as written in a project.
 struct NamedPath {
   std::string text;
-  std::string option;  // that has it; empty for the node's own path
+  std::string option;  // option that contains it; empty for the node's own path
   FindingKind ifMissing = FindingKind::MissingFile;
   enum class Wanted { Anything, File, Folder } wanted = Wanted::Anything;
-  bool isResolved = false;  // macros in it are replaced, which may well make it absolute
+  bool isResolved = false;  // macros are expanded, which may have made it absolute
 };
 
-// What the parts of a check share: the project's tree and definitions as they are at its start, and
-// the findings so far.
+// State shared by the parts of a check: the project's tree and definitions at the start of the
+// check, and the findings so far.
 class CheckScope {
  public:
   CheckScope(BuildSession& buildSession, FileSystem& fileSystem);
 
-  // A finding about a node; the caller adds what it is.
+  // Adds a finding about a node; the caller fills in subject and detail.
   Finding& Add(FindingKind kind, const CheckedNode& node);
-  // A finding about none.
+  // Adds a finding that concerns no node.
   Finding& Add(FindingKind kind);
-  // The path in a node's application, or in the project for a node of none.
+  // Resolves a path relative to the node's application, or to the project if it has none.
   std::string AbsolutePath(const CheckedNode& node, const std::string& path) const;
-  // The path in an option of a node, also of an application itself.
+  // Resolves a path in an option of a node or of the application itself.
   std::string OptionPath(const CheckedNode& node, const std::string& path) const;
-  // The option values that the node's tool would get, else those of its application.
+  // Returns the option values that the node's tool would receive, else those of its application.
   const OptionValues& ValuesOf(const CheckedNode& node);
-  // Whether a node of this type stands for a file.
+  // Returns true if a node of this type represents a file.
   bool NeedsFile(const CXmlNode& node) const;
-  // Checks a path that should be there.
+  // Checks that a path exists and is of the expected kind.
   void CheckPath(const CheckedNode& node, const NamedPath& named);
 
   BuildSession& session;
   FileSystem& files;
   std::vector<Finding> findings;
-  std::vector<CheckedNode> nodes;  // in the order of the tree
+  std::vector<CheckedNode> nodes;  // in tree order
   OptionTable options;
-  std::set<std::string> types;                 // names in small letters; empty: not known
-  std::set<std::string> fileTypes;             // those of nodes that stand for a file
-  std::map<std::string, KnownTool> tools;      // by names in small letters
-  std::set<std::string> madeByTools;           // options that name a tool's outputs, small letters
-  std::map<std::string, std::size_t> outputs;  // path: the first node that makes it
+  std::set<std::string> types;                 // lower-case names; empty: unknown
+  std::set<std::string> fileTypes;             // those of nodes that represent a file
+  std::map<std::string, KnownTool> tools;      // by lower-case name
+  std::set<std::string> madeByTools;           // lower-case options that name a tool's outputs
+  std::map<std::string, std::size_t> outputs;  // path: first node that produces it
 
  private:
   std::string AbsoluteIn(const CXmlNode* application, const std::string& path) const;
@@ -90,12 +90,12 @@ class CheckScope {
   std::map<std::string, OptionValues> valuesByOutput;
 };
 
-// The configuration of an application that names none, which every application has.
+// The default configuration, which every application has.
 inline constexpr const char* kStandardConfiguration = "Standard";
 
-// Label of a node, or the name of its file.
+// Returns the label of a node, or the name of its file if it has none.
 std::string LabelOf(const CXmlNode& node);
-// Configuration that is active for the node's application.
+// Returns the active configuration of the node's application.
 std::string ConfigurationOf(const CheckedNode& node);
 
 }  // namespace tarn::host

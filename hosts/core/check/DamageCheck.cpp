@@ -3,7 +3,7 @@
 
 namespace tarn::host {
 
-// Positions at which a file of the project lost content when it was read.
+// Reports the positions at which a file of the project lost content when it was read.
 void ProjectCheck::CheckDamage() {
   for (const DamageEntry& each : session.GetDamage()) {
     Finding& finding = scope->Add(FindingKind::Damage);

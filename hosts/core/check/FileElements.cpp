@@ -10,17 +10,18 @@ namespace tarn::host {
 namespace {
 
 constexpr std::string_view kSpaces = " \t\r\n";
-// Children that a search skips at most: what was added in memory isn't looked for everywhere.
+// Maximum number of children skipped by a search: for a node that was added in memory, the rest is
+// not scanned.
 constexpr std::size_t kLookAhead = 1000;
 
 struct Skipped {
   std::string_view begin, end;
 };
 
-// Constructs without elements of the project.
+// Constructs that contain no project elements.
 constexpr Skipped kSkipped[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}, {"<!", ">"}};
 
-// True for a text that ends with the name as a word of its own, and maybe spaces.
+// Returns true if the text ends with the name as a separate token, possibly followed by spaces.
 bool EndsWithName(std::string_view text, std::string_view name) {
   text = text.substr(0, text.find_last_not_of(kSpaces) + 1);
   if (!text.ends_with(name)) return false;
@@ -44,7 +45,7 @@ std::string AttributeIn(std::string_view tag, std::string_view name) {
   return {};
 }
 
-// Position of the ">" that ends the tag at `at`; those in quotes don't count.
+// Returns the position of the ">" that ends the tag at `at`; those in quotes are skipped.
 std::size_t FindTagEnd(std::string_view text, std::size_t at) {
   char quote = '\0';
   for (; at < text.size(); ++at) {
@@ -60,7 +61,7 @@ std::size_t FindTagEnd(std::string_view text, std::size_t at) {
   return text.npos;
 }
 
-// End of the construct at `at` that holds no elements; nothing if an element begins there.
+// Returns the end of the construct without elements at `at`; nullopt if an element begins there.
 std::optional<std::size_t> SkipOther(std::string_view text, std::size_t at) {
   for (const Skipped& each : kSkipped) {
     if (text.substr(at, each.begin.size()) != each.begin) continue;
@@ -74,7 +75,7 @@ std::optional<std::size_t> SkipOther(std::string_view text, std::size_t at) {
 
 FileElements::FileElements(std::string_view text) : elements(1) {
   int line = 1;
-  std::size_t counted = 0;  // lines are counted as far as here
+  std::size_t counted = 0;  // lines are counted up to here
   for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at)) {
     if (const auto end = SkipOther(text, at)) {
       at = *end;
@@ -113,8 +114,8 @@ void FileElements::Open(std::string_view tag, int line) {
   ++openNames[elements[number].name];
 }
 
-// An end that fits no open element is skipped; another one ends those within as well. So each
-// element is left once.
+// A closing tag without an open element is ignored; otherwise it also closes the elements inside.
+// Each element is closed exactly once, so the total time is linear.
 void FileElements::Close(std::string_view name) {
   const auto open = openNames.find(std::string(name));
   if (open == openNames.end() || open->second == 0) return;

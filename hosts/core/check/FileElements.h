@@ -8,7 +8,7 @@
 
 namespace tarn::host {
 
-// An element of a project file with its position, with references decoded.
+// An element of a project file with its position; references are decoded.
 struct FileElement {
   std::string name;
   std::string header;  // attribute Header
@@ -18,17 +18,18 @@ struct FileElement {
   std::vector<std::size_t> children;
 };
 
-// Positions of the elements of one project file, which the tree in memory does not keep. A single
-// pass over the text without recursion; time and memory are linear. Reads any bytes: what is not
-// an element is skipped, and an element without an end goes as far as the text.
+// Positions of the elements of one project file, which the tree in memory does not store. A single
+// pass over the text without recursion; time and memory are linear. Accepts any bytes: everything
+// that is not an element is skipped, and an unterminated element extends to the end of the text.
 class FileElements {
  public:
   explicit FileElements(std::string_view text);
 
-  // The element with this number; 0 is the file itself, the parent of the outermost element.
+  // Returns the element with this number; 0 is the file itself, the parent of the top-level
+  // elements.
   const FileElement& operator[](std::size_t number) const { return elements[number]; }
-  // Number of the first child of `parent` with this name and header that comes after the child
-  // number `after` in the list of children; 0 if there is none near. `after` is moved to it.
+  // Returns the number of the first child of `parent` with this name and header after position
+  // `after` in the list of children, and sets `after` to it; returns 0 if there is none nearby.
   std::size_t FindChild(std::size_t parent, std::string_view name, std::string_view header,
                         std::size_t& after) const;
 
@@ -38,7 +39,7 @@ class FileElements {
 
   std::vector<FileElement> elements;
   std::size_t current = 0;
-  std::unordered_map<std::string, std::size_t> openNames;  // of `current` and what it is in
+  std::unordered_map<std::string, std::size_t> openNames;  // counts, `current` and its ancestors
 };
 
 }  // namespace tarn::host

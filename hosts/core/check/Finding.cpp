@@ -13,8 +13,8 @@ struct KindRow {
   FindingKind kind;
   const char* identifier;
   const char* heading;
-  const char* text;  // %1 the subject, %2 the detail
-  bool namesPaths;   // in subject and detail
+  const char* text;  // %1: subject, %2: detail
+  bool namesPaths;   // subject and detail are paths
 };
 
 constexpr KindRow kKinds[] = {
@@ -40,7 +40,7 @@ constexpr KindRow kKinds[] = {
      "applications that use each other's outputs can't be built: %1", false},
     {FindingKind::UnreachableDrive, "unreachable-drive", "Unreachable drives",
      "%1 is on a drive that is not mapped", true},
-    // Shortening would hide what is wrong with it.
+    // Not shortened, because that would hide the problem.
     {FindingKind::AbsolutePath, "absolute-path", "Absolute paths", "%1 is an absolute path", false},
     {FindingKind::UnknownOption, "unknown-option", "Unknown options",
      "no definition has the option %1", false},
@@ -92,7 +92,7 @@ std::string FillFinding(std::string_view sentence, const Finding& finding,
     return namesPaths && !text.empty() ? shorten(text) : text;
   };
   std::string text;
-  // In one pass: a path may have a percent sign in it.
+  // Both are replaced in a single pass, because a path may contain a percent sign.
   for (std::size_t at = 0; at < sentence.size(); ++at) {
     const std::string_view placeholder = sentence.substr(at, 2);
     if (placeholder != "%1" && placeholder != "%2") {

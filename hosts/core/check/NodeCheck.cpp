@@ -75,7 +75,7 @@ void NodeCheck::CheckFile(const CheckedNode& node) {
   if (node.application == node.node) return;
   const auto [first, isNew] = listed.try_emplace(key, path);
   if (isNew) return;
-  // Another name can only come from a link to a folder.
+  // Different paths to the same file can only result from a link to a folder.
   const bool isSameName = EqualNoCase(first->second, path);
   Finding& finding =
       scope.Add(isSameName ? FindingKind::DuplicateFile : FindingKind::SameFile, node);
@@ -94,14 +94,14 @@ void NodeCheck::CheckOutput(const CheckedNode& node, std::size_t number) {
   if (!seenTools.insert(FoldCase(tool)).second) return;
   const auto known = scope.tools.find(FoldCase(tool));
   if (known == scope.tools.end()) {
-    // A tool may also be the path of a program.
+    // A tool may also be given as the path of a program.
     if (FindProgram(tool).empty()) scope.Add(FindingKind::UnknownTool, node).subject = tool;
     return;
   }
   for (const std::string& program : known->second.programs) needed[program].push_back(tool);
 }
 
-// One node for each tool of an application: what is missing is mostly missing for all of them.
+// Checks one node per tool and application: a missing option usually affects all of them.
 void NodeCheck::CheckCommand(const CheckedNode& node, const std::string& tool) {
   const std::string application = AttributeOf(node.application, "Header");
   if (!seenCommands.insert(application + "\n" + FoldCase(tool)).second) return;
@@ -113,7 +113,7 @@ void NodeCheck::CheckCommand(const CheckedNode& node, const std::string& tool) {
   finding.detail = std::move(problem);
 }
 
-// One file that is listed twice has been reported as that.
+// A file that is listed twice has already been reported as such.
 void NodeCheck::AddDuplicateOutput(const CheckedNode& node, const CheckedNode& first,
                                    const std::string& output) {
   const auto fileOf = [this](const CheckedNode& each) {

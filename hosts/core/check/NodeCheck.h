@@ -9,14 +9,14 @@
 
 namespace tarn::host {
 
-// Checks what nodes are: types, files, outputs and tools.
+// Checks types, files, outputs and tools of nodes.
 class NodeCheck {
  public:
   explicit NodeCheck(CheckScope& checkScope) : scope(checkScope) {}
 
-  // To be called for the nodes in their order.
+  // Checks one node; must be called for all nodes in order.
   void Check(std::size_t number);
-  // Adds what shows only after all nodes.
+  // Adds the findings that require all nodes to be known.
   void Finish();
 
  private:
@@ -30,10 +30,10 @@ class NodeCheck {
                           const std::string& output);
 
   CheckScope& scope;
-  std::map<std::string, std::size_t> labels;  // of applications, small letters: the first node
-  // Of applications with the real names of their files: the first name.
+  std::map<std::string, std::size_t> labels;  // lower-case application label: first node
+  // Real file name of an application: path by which it was listed first.
   std::map<std::string, std::string> listed;
-  std::set<std::string> seenTools;                         // in small letters
+  std::set<std::string> seenTools;                         // lower-case
   std::set<std::string> seenCommands;                      // applications with tools and problems
   std::map<std::string, std::vector<std::string>> needed;  // program: tools that need it
 };

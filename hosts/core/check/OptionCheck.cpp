@@ -26,7 +26,7 @@ bool IsPathType(const std::string& type) {
   return std::find(std::begin(kPathTypes), std::end(kPathTypes), type) != std::end(kPathTypes);
 }
 
-// The entries of a list; a macro may have semicolons of its own.
+// Splits a list into its entries; semicolons inside a macro don't separate entries.
 std::vector<std::string_view> EntriesOf(std::string_view value, bool isList) {
   if (!isList) return {value};
   std::vector<std::string_view> entries;
@@ -43,13 +43,13 @@ std::vector<std::string_view> EntriesOf(std::string_view value, bool isList) {
   return entries;
 }
 
-// The names that a linker looks for when it is given this one.
+// Returns the file names that a linker tries for this library.
 std::vector<std::string> FileNamesOf(const std::string& library) {
   if (library.starts_with(':')) return {library.substr(1)};
   return {"lib" + library + ".a", "lib" + library + ".so", library + ".lib", library};
 }
 
-// Calls `onOption` for each property below an element Options, with the elements on the way.
+// Calls `onOption` for each property below an element Options, with the names of its ancestors.
 template <class OnOption>
 void ForEachStored(const CheckedNode& node, OnOption&& onOption) {
   constexpr int kDepth = 5;  // Options, Config, Set, Section, Property
@@ -62,7 +62,7 @@ void ForEachStored(const CheckedNode& node, OnOption&& onOption) {
       CheckedNode next = parent;
       next.node = child;
       next.element = 0;
-      // Without its parent the position isn't known either.
+      // If the parent isn't located, the position is unknown too.
       const bool isLocated = parent.elements != nullptr && (parent.element != 0);
       if (isLocated) {
         next.element = parent.elements->FindChild(parent.element, child->NameView(),
@@ -102,7 +102,7 @@ void OptionCheck::Check(const CheckedNode& node) {
   });
 }
 
-// One finding for all options of a node.
+// Reports one finding for all options of a node.
 void OptionCheck::CheckConfiguration(const Stored& stored) {
   const CXmlNode* const application = stored.owner.application;
   const std::string& name = stored.configuration;
@@ -139,12 +139,12 @@ void OptionCheck::CheckStored(const Stored& stored) {
   if (key == kLauncher && stored.isActive) CheckLauncher(resolved);
 }
 
-// What a macro stands for is known of the active configuration only.
+// Values of macros are known for the active configuration only.
 bool OptionCheck::IsResolvable(const Stored& stored) {
   return stored.isActive && stored.owner.application != nullptr;
 }
 
-// The first of its words is the program.
+// The program is the first token of the value.
 void OptionCheck::CheckLauncher(const Stored& stored) {
   const std::string_view value = Trim(stored.value);
   const bool isQuoted = value.starts_with('"') || value.starts_with('\'');
@@ -228,7 +228,7 @@ bool OptionCheck::HasLibrary(const CheckedNode& node, const std::string& name) {
     if (isWanted(output.first)) return true;
   }
   const std::vector<std::string> folders = LibraryFoldersOf(node);
-  if (folders.empty()) return true;  // the compiler isn't here, so its libraries aren't known
+  if (folders.empty()) return true;  // the compiler is not installed, so its libraries are unknown
   for (const std::string& folder : folders) {
     for (const std::string& file : wanted) {
       if (scope.files.Exists(JoinPath(folder, file))) return true;
@@ -249,8 +249,8 @@ std::vector<std::string> OptionCheck::LibraryFoldersOf(const CheckedNode& node) 
   return folders;
 }
 
-// Compilers keep their libraries in a few folders below the one that their program's folder is in,
-// named after the target, the version and the core.
+// Returns the library folders of a compiler installation: the folders up to a few levels below the
+// prefix of the program, named after the target, the version and the core.
 std::vector<std::string> OptionCheck::FoldersBeside(const std::string& program) {
   auto [known, isNew] = foldersByProgram.try_emplace(program);
   const std::string path = FindProgram(program);

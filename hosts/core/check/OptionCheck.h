@@ -9,8 +9,8 @@
 
 namespace tarn::host {
 
-// Checks the options that nodes have stored: whether definitions have them, whether the values fit,
-// and the files, folders and libraries that they name.
+// Checks the options stored in nodes: that definitions for them exist, that their values are valid,
+// and that the files, folders and libraries in them exist.
 class OptionCheck {
  public:
   explicit OptionCheck(CheckScope& checkScope);
@@ -18,11 +18,11 @@ class OptionCheck {
   void Check(const CheckedNode& node);
 
  private:
-  // A stored option on the way from the file to its definition.
+  // A stored option together with its context in the file.
   struct Stored {
-    CheckedNode owner;  // whose position is that of the option
+    CheckedNode owner;  // its position is that of the option
     std::string configuration, set, section, name, value;
-    bool isActive = false;  // its configuration is
+    bool isActive = false;  // belongs to the active configuration
   };
 
   void CheckConfiguration(const Stored& stored);
@@ -31,7 +31,7 @@ class OptionCheck {
   void CheckValue(const Stored& stored, const OptionDefinition& definition);
   void CheckPaths(const Stored& stored, const OptionDefinition& definition);
   void CheckLauncher(const Stored& stored);
-  // Whether what macros stand for in the value is known.
+  // Returns true if the macros in the value can be expanded.
   static bool IsResolvable(const Stored& stored);
   void CheckLibraries(const Stored& stored);
   bool HasLibrary(const CheckedNode& node, const std::string& name);
@@ -39,9 +39,9 @@ class OptionCheck {
   std::vector<std::string> FoldersBeside(const std::string& program);
 
   CheckScope& scope;
-  std::map<std::string, std::map<std::string, OptionDefinition>> bySet;  // both in small letters
+  std::map<std::string, std::map<std::string, OptionDefinition>> bySet;  // both lower-case
   std::map<std::string, std::vector<std::string>> foldersByProgram;
-  std::set<std::string> seenConfigurations;  // places of nodes with unknown ones, in small letters
+  std::set<std::string> seenConfigurations;  // lower-case places of nodes with unknown ones
 };
 
 }  // namespace tarn::host

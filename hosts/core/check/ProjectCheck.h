@@ -14,12 +14,12 @@ class CheckScope;
 class NodeCheck;
 class OptionCheck;
 
-// Looks through the open project for what keeps it from being built as it is meant, here or on
-// another machine: damage, files that are missing or listed twice, options that no definition has,
-// and more (FindingKind). Starts no process and writes nothing; publishes nodes as a look at them
-// does. On the session's thread; borrows the session and the disk.
+// Checks the open project for problems that prevent a correct build, on this computer or elsewhere:
+// damage, files that are missing or listed twice, undefined options, and more (FindingKind). Starts
+// no process and writes nothing, but publishes nodes like a tree view does. Main thread only;
+// borrows the session and the file system.
 //
-// Done in steps, for hosts whose windows must not wait:
+// Works in steps, for hosts whose windows must stay responsive:
 //
 //   ProjectCheck check(session, files);
 //   while (!check.Continue(20ms)) { ... }
@@ -31,10 +31,10 @@ class ProjectCheck {
   ProjectCheck& operator=(const ProjectCheck&) = delete;
   ~ProjectCheck();
 
-  // Goes on for about so long; true as soon as nothing is left. Starts again if the project was
-  // changed since the last call.
+  // Works for about `time`; returns true as soon as the check is complete. Restarts if the project
+  // was changed since the last call.
   bool Continue(std::chrono::milliseconds time);
-  // The findings, by kind and then in the order of the tree; complete after the last Continue.
+  // The findings, by kind and then in tree order; complete after Continue has returned true.
   const std::vector<Finding>& GetFindings() const { return findings; }
 
  private:
@@ -49,7 +49,7 @@ class ProjectCheck {
   std::unique_ptr<NodeCheck> nodeCheck;
   std::unique_ptr<OptionCheck> optionCheck;
   std::int32_t changeCount = 0;  // of the project, at the start
-  std::size_t next = 0;          // node
+  std::size_t next = 0;          // next node to check
   bool isComplete = false;
   std::vector<Finding> findings;
 };

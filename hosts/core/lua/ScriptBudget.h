@@ -7,21 +7,22 @@
 
 namespace tarn::host {
 
-// What a script may use, the scripts that it runs included.
+// Resource limits of a script, including the scripts that it runs.
 struct ScriptLimits {
-  // One instruction is a step, and so are 64 bytes of new memory and one comparison of a pattern.
+  // One instruction costs one step, and so do 64 bytes of new memory and one comparison of a
+  // pattern.
   std::int64_t steps = 500'000'000;
   std::size_t memory = 64u << 20;
-  // The script's own time, without what the server does for it. A net below the steps, for the few
-  // instructions that take long.
+  // Running time of the script itself, without the time spent in the server. A safety net in
+  // addition to the steps, for the few instructions that take long.
   std::chrono::milliseconds time{60'000};
-  int depth = 8;  // of scripts that run each other
+  int depth = 8;  // nesting of scripts that run each other
 };
 
-// Why a script has to end, whatever it catches.
+// Reason for aborting a script; unlike an error, it can't be caught.
 enum class ScriptAbort { None, Steps, Time, Stopped };
 
-// What is left of the limits. On the scripts' thread, except RequestStop.
+// Remaining resources of the running scripts. Scripts' thread only, except RequestStop.
 class ScriptBudget {
  public:
   void Begin(const ScriptLimits& limits) {
@@ -32,16 +33,16 @@ class ScriptBudget {
     sinceLook = 0;
   }
 
-  // False when the script has to end; then always.
+  // Charges `steps`. Returns false if the script must be aborted, and from then on always.
   bool Spend(std::int64_t steps) {
     stepsLeft = steps > stepsLeft ? -1 : stepsLeft - steps;
     sinceLook += steps > kLookPeriod ? kLookPeriod : steps;
     return stepsLeft >= 0 && sinceLook < kLookPeriod && abort == ScriptAbort::None ? true : Look();
   }
-  // The same at once, with a look at the clock and at who wants a stop.
+  // Checks the clock and stop requests immediately; returns false if the script must be aborted.
   bool Look();
 
-  // False when there isn't that much left.
+  // Reserves memory. Returns false if there isn't that much left.
   bool TakeMemory(std::size_t bytes) {
     if (bytes > memoryLeft) return false;
     memoryLeft -= bytes;
@@ -49,13 +50,13 @@ class ScriptBudget {
   }
   void GiveMemory(std::size_t bytes) { memoryLeft += bytes; }
 
-  // The clock runs between these two.
+  // The clock runs between these two calls.
   void StartClock() { since = std::chrono::steady_clock::now(); }
   void HoldClock();
 
   ScriptAbort GetAbort() const { return abort; }
 
-  // From any thread; holds until the outermost script has ended.
+  // May be called from any thread; effective until the outermost script has ended.
   void RequestStop() { stopWanted = true; }
   void ForgetStop() { stopWanted = false; }
 

@@ -1,4 +1,4 @@
-// The server's methods for scripts, bound from what the object tells of itself.
+// The table `tarn`: the server's methods for scripts, created from the object's type information.
 
 #include <algorithm>
 #include <exception>
@@ -14,10 +14,10 @@ namespace tarn::host {
 
 namespace {
 
-// A call reaches out of the interpreter; so many instructions cost about the same.
+// Steps charged for a call out of the interpreter, roughly its cost in instructions.
 constexpr std::int64_t kCallSteps = 1000;
 constexpr const char* kObjectType = "tarn.object";
-// The table of the methods, in the registry.
+// Registry key of the method table.
 constexpr const char* kServerTable = "tarn.server";
 
 std::string ArgumentName(const ScriptMethod& method, std::size_t index) {
@@ -59,12 +59,12 @@ std::string CallProblem(const ScriptMethod& method, const DispatchResult& answer
                                                             : answer.text;
 }
 
-// --- Values. A wrong one leaves its description in `problem`. ---
+// --- Conversion of values. On error the description is stored in `problem`. ---
 
 bool ReadNumber(lua_State* lua, int index, std::int32_t& number) {
   int isInteger = 0;
   const lua_Integer value = lua_tointegerx(lua, index, &isInteger);
-  // Numbers of 32 bits, written with or without a sign.
+  // 32-bit numbers, signed or unsigned.
   const bool fits = value >= std::numeric_limits<std::int32_t>::min() &&
                     value <= std::numeric_limits<std::uint32_t>::max();
   number = static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
@@ -80,7 +80,8 @@ const char* ReadText(lua_State* lua, int index, ScriptState& state) {
   return nullptr;
 }
 
-// What is wrong with the value, or null when it was added to the arguments.
+// Adds the value to the arguments. Returns nullptr, or a description of what is wrong with the
+// value.
 const char* ReadArgument(lua_State* lua, int index, ScriptState& state) {
   std::int32_t number = 0;
   switch (lua_type(lua, index)) {
@@ -177,7 +178,7 @@ int RaiseProblem(lua_State* lua, ScriptState& state) {
   return lua_error(lua);
 }
 
-// Upvalue: the method. `tarn.Method(...)` and `tarn:Method(...)` are the same.
+// Upvalue: the method. `tarn.Method(...)` and `tarn:Method(...)` are equivalent.
 int CallMethod(lua_State* lua) {
   ScriptState& state = ScriptState::Of(lua);
   ScriptState::Spend(lua, kCallSteps);
@@ -205,7 +206,7 @@ const ScriptMethod* FindByName(ScriptState& state, const char* name) noexcept {
   }
 }
 
-// Names that aren't in the table as they stand: the server compares them in its own way.
+// Called for names that aren't in the table verbatim: the server's lookup ignores letter case.
 int FindMember(lua_State* lua) {
   const bool isName = lua_type(lua, 2) == LUA_TSTRING;
   const ScriptMethod* method =
@@ -268,7 +269,7 @@ void ScriptState::Print(std::string_view text) noexcept {
   budget.HoldClock();
   try {
     std::string copy(text);
-    // The log holds texts that end at a zero.
+    // Log lines are zero-terminated strings.
     std::replace(copy.begin(), copy.end(), '\0', ' ');
     std::vector<std::string_view> lines = Split(copy, '\n');
     if (lines.empty()) lines.emplace_back();
@@ -278,7 +279,7 @@ void ScriptState::Print(std::string_view text) noexcept {
       Report(line);
     }
   } catch (const std::exception&) {
-    // There is nobody left to tell.
+    // The line is lost, because there is no other way to report it.
   }
   budget.StartClock();
 }
@@ -292,7 +293,7 @@ void ScriptState::Report(const std::string& line) noexcept {
       static_cast<void>(server->Invoke(id, std::span(&text, 1), ignored));
     }
   } catch (const std::exception&) {
-    // Nor here.
+    // The message is lost here, too.
   }
 }
 

@@ -8,42 +8,42 @@
 
 namespace tarn::host {
 
-// How a build that a script asked for has ended.
+// Result of a build requested by a script.
 struct ScriptBuild {
   std::string end;  // "succeeded", "failed", "interrupted" or "refused"
   int toolsRun = 0;
   int toolsFailed = 0;
-  std::string problem;  // why it was not even tried, which is an error in the script
+  std::string problem;  // why it was not started; raised as an error in the script
 };
 
-// What the tools said of an application's output, e.g. its size; empty if nothing is known.
+// The tools' summary of an application's output, e.g. its size; empty if unknown.
 struct ScriptSize {
   std::string text;
-  std::string problem;  // why there is no such application, which is an error in the script
+  std::string problem;  // why there is no such application; raised as an error in the script
 };
 
-// What a host does for scripts beside the server's own methods. On the scripts' thread. No
-// exception may come out.
+// Services of a host for scripts, in addition to the server's methods. Called on the scripts'
+// thread. Implementations must not throw.
 class ScriptHost {
  public:
   virtual ~ScriptHost() = default;
 
-  // A line that a script prints; it goes to the log by itself.
+  // Shows a line printed by a script. The line is logged separately.
   virtual void ShowLine(const std::string& line) = 0;
-  // Returns why the server's method can't be called now, which is an error in the script; empty if
-  // it can.
+  // Returns why the server's method can't be called now, which is raised as an error in the script;
+  // an empty string if it can.
   virtual std::string CheckCall(const std::string& method,
                                 const std::vector<Variant>& arguments) = 0;
-  // Builds, waits for the end, and keeps what the tools reported. `work` is "build", "rebuild" or
-  // "clean", `application` a label or a path, or nothing for the whole project.
+  // Builds, waits for the end, and stores the tools' messages. `work` is "build", "rebuild" or
+  // "clean"; `application` is a label or a path, or nullopt for the whole project.
   virtual ScriptBuild Build(const std::string& work,
                             const std::optional<std::string>& application) = 0;
-  // Waits for a build that the script has started by a command, and tells its end; at once, with
-  // "refused", when none runs.
+  // Waits for a build that the script has started by a command, and returns its result; returns
+  // "refused" immediately if none is running.
   virtual std::string WaitForBuild() = 0;
   virtual ScriptSize GetSize(const std::string& application) = 0;
   // Adds a configuration to the active application. `from`: see NewConfiguration. Returns why that
-  // can't be done, or an empty string.
+  // is impossible, or an empty string.
   virtual std::string AddConfiguration(const std::string& name,
                                        const std::optional<std::string>& from) = 0;
 };

@@ -1,4 +1,4 @@
-// What the host can do for scripts, as the table `host`.
+// The table `host`: the host's services for scripts.
 
 #include <algorithm>
 #include <exception>
@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::int64_t kCallSteps = 1000;
 
-// Runs what needs the host while the script's clock stands.
+// Runs `work` with the script's clock stopped.
 template <class Work>
 void Ask(lua_State* lua, Work work) {
   ScriptState::Spend(lua, kCallSteps);
@@ -32,7 +32,7 @@ void Ask(lua_State* lua, Work work) {
   if (!state.problem.empty()) luaL_error(lua, "%s", state.problem.c_str());
 }
 
-// A call with more arguments asks for something else than it would get.
+// Rejects surplus arguments, because the caller expects something that the function doesn't do.
 void CheckCount(lua_State* lua, int most) {
   if (lua_gettop(lua) > most) luaL_argerror(lua, most + 1, "too many arguments");
 }
@@ -41,7 +41,7 @@ std::optional<std::string> OrNothing(const char* text) {
   return text == nullptr ? std::nullopt : std::optional<std::string>(text);
 }
 
-// Leaves in the host's text why this is no work; false if it is one.
+// Returns true if `work` is not a kind of work, and stores the error in hostText.
 bool IsUnknownWork(ScriptState& state, const std::string& work) {
   const std::vector<std::string> works = {"build", "rebuild", "clean"};
   if (std::find(works.begin(), works.end(), work) != works.end()) return false;
@@ -90,7 +90,7 @@ int Size(lua_State* lua) {
   return PushText(lua);
 }
 
-// Without a second argument the options of the configuration in force are copied.
+// Without a second argument the options of the active configuration are copied.
 int AddConfiguration(lua_State* lua) {
   CheckCount(lua, 2);
   const char* name = luaL_checkstring(lua, 1);

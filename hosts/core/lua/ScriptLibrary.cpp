@@ -1,6 +1,6 @@
-// The language's own functions. Those that load files or machine code, reach out of the interpreter
-// or stop its memory are left out. Those that may run for long without an instruction spend steps
-// first: their length is known then, or they are written anew.
+// The language's standard library, restricted. Functions that load files or machine code, leave the
+// interpreter or control its memory are removed. Functions that may run for long without executing
+// an instruction are charged in advance if their cost is known, or are reimplemented.
 
 #include <algorithm>
 #include <bit>
@@ -11,8 +11,8 @@ namespace tarn::host {
 
 namespace {
 
-// Goes on as the original function, which is the upvalue, in the same frame: so its errors have the
-// name and the place of the caller.
+// Continues as the original function, stored as the upvalue, in the same frame, so that its errors
+// have the name and the position of the caller.
 int RunOriginal(lua_State* lua) {
   return lua_tocfunction(lua, lua_upvalueindex(1))(lua);
 }
@@ -37,7 +37,7 @@ int Load(lua_State* lua) {
   return 1;
 }
 
-// A finalizer runs without bounds.
+// Finalizers run outside of the limits, so they are rejected.
 int SetMetatable(lua_State* lua) {
   if (lua_type(lua, 2) == LUA_TTABLE) {
     lua_pushliteral(lua, "__gc");
@@ -47,8 +47,8 @@ int SetMetatable(lua_State* lua) {
   return RunOriginal(lua);
 }
 
-// Upvalue: the script's handler. The end of a script is raised by the look at its bounds, and none
-// is taken while a handler runs in there; so such an error has no handler.
+// Upvalue: the script's handler. An abort is raised by the count hook, which is disabled while a
+// handler runs inside it; so the handler isn't called for such an error.
 int HandleError(lua_State* lua) {
   lua_settop(lua, 1);
   if (ScriptState::Of(lua).Budget().GetAbort() != ScriptAbort::None) return 1;
@@ -67,7 +67,7 @@ int CallProtected(lua_State* lua) {
   lua_replace(lua, 2);
   lua_pushboolean(lua, 1);
   lua_pushvalue(lua, 1);
-  lua_rotate(lua, 3, 2);  // in front of the arguments
+  lua_rotate(lua, 3, 2);  // before the arguments
   if (lua_pcall(lua, count - 2, LUA_MULTRET, 2) == LUA_OK) return lua_gettop(lua) - 2;
   lua_pushboolean(lua, 0);
   lua_insert(lua, -2);
@@ -76,7 +76,8 @@ int CallProtected(lua_State* lua) {
 
 // --- Tables ---
 
-// The length that the next function will see. One that a script computes may be another by then.
+// Returns the length that the original function will use. __len is rejected because it may return a
+// different value the second time.
 lua_Integer CheckLength(lua_State* lua) {
   luaL_checktype(lua, 1, LUA_TTABLE);
   if (luaL_getmetafield(lua, 1, "__len") != LUA_TNIL) {
@@ -85,14 +86,15 @@ lua_Integer CheckLength(lua_State* lua) {
   return static_cast<lua_Integer>(lua_rawlen(lua, 1));
 }
 
-// How many integers there are from `first` to `last`, at most so many that no budget has them.
+// Returns the number of integers from `first` to `last`, capped at a number that exceeds every
+// budget.
 lua_Integer CountBetween(lua_Integer first, lua_Integer last) {
   if (last < first) return 0;
   const auto count = static_cast<lua_Unsigned>(last) - static_cast<lua_Unsigned>(first);
   return static_cast<lua_Integer>(std::min<lua_Unsigned>(count, LUA_MAXINTEGER - 1)) + 1;
 }
 
-// insert, remove: everything behind the place moves.
+// insert, remove: charges for all elements after the position, which are moved.
 template <int PlaceArguments>
 int ShiftTable(lua_State* lua) {
   const lua_Integer length = CheckLength(lua);
@@ -125,14 +127,14 @@ int MoveTable(lua_State* lua) {
   return RunOriginal(lua);
 }
 
-// --- What there is ---
+// --- Set-up ---
 
 void Open(lua_State* lua, const char* name, lua_CFunction open) {
   luaL_requiref(lua, name, open, 1);
   lua_pop(lua, 1);
 }
 
-// Replaces functions of the table on top; each has the original as its upvalue.
+// Replaces functions of the table on top of the stack; each has the original as its upvalue.
 void Replace(lua_State* lua, std::initializer_list<luaL_Reg> functions) {
   for (const luaL_Reg& each : functions) {
     lua_getfield(lua, -1, each.name);

@@ -1,6 +1,6 @@
-// A backtracking matcher: an item is a single character, class or set, with its repetition behind
-// it. Repetitions and captures try the rest of the pattern by recursion, all else goes on in a
-// loop.
+// Backtracking matcher, exponential in the worst case and therefore bounded by a budget. An item is
+// a single character, class or set, followed by its repetition. Repetitions and captures match the
+// rest of the pattern by recursion, everything else is a loop.
 
 #include "hosts/core/lua/ScriptPattern.h"
 
@@ -54,7 +54,7 @@ bool IsInClass(unsigned char byte, char name) {
       result = byte == 0;
       break;
     default:
-      return Byte(name) == byte;  // stands for itself
+      return Byte(name) == byte;  // represents itself
   }
   return std::isupper(Byte(name)) != 0 ? !result : result;
 }
@@ -91,8 +91,8 @@ std::size_t ScriptPattern::Match(std::size_t at, std::size_t item) {
   return at;
 }
 
-// Matches one item. Where the rest of the pattern had to be tried as well, `isDone` is set and the
-// answer is that of all of it; otherwise `nextItem` is where to go on.
+// Matches one item. If the rest of the pattern had to be matched as well, sets `isDone` and returns
+// the result of the whole; otherwise sets `nextItem` to the item to continue with.
 std::size_t ScriptPattern::MatchItem(std::size_t at, std::size_t item, bool& isDone,
                                      std::size_t& nextItem) {
   const bool hasNext = item + 1 < pattern.size();
@@ -117,7 +117,7 @@ std::size_t ScriptPattern::MatchItem(std::size_t at, std::size_t item, bool& isD
   return MatchRepeatable(at, item, isDone, nextItem);
 }
 
-// What a percent sign and `item` stand for: balanced text, a frontier, a capture once more.
+// Matches the special item after a percent sign: balanced text, a frontier, or a back reference.
 std::size_t ScriptPattern::MatchSpecial(std::size_t at, std::size_t item, std::size_t& nextItem) {
   if (pattern[item] == 'b') {
     nextItem = item + 3;
@@ -135,7 +135,7 @@ std::size_t ScriptPattern::MatchSpecial(std::size_t at, std::size_t item, std::s
   return nextItem != kNone && IsFrontier(at, set, nextItem) ? at : kNone;
 }
 
-// A single character with its repetition.
+// Matches a single character with its repetition.
 std::size_t ScriptPattern::MatchRepeatable(std::size_t at, std::size_t item, bool& isDone,
                                            std::size_t& nextItem) {
   const std::size_t itemEnd = FindItemEnd(item);
@@ -200,7 +200,7 @@ std::size_t ScriptPattern::MatchRepeated(std::size_t at, std::size_t item) {
     return Fail("invalid capture index");
   }
   const Capture& capture = captures[index];
-  // A position has no text that could come again.
+  // A position capture has no text to repeat.
   if (capture.length == kPosition) return kNone;
   if (!Spend(1 + capture.length / 64)) return kNone;
   if (text.size() - at < capture.length) return kNone;
@@ -226,7 +226,7 @@ std::size_t ScriptPattern::CloseCapture(std::size_t at, std::size_t item) {
   return end;
 }
 
-// Text begins and ends with a zero byte for this purpose.
+// For a frontier, the text is treated as if enclosed in zero bytes.
 bool ScriptPattern::IsFrontier(std::size_t at, std::size_t set, std::size_t setEnd) const {
   const unsigned char before = at == 0 ? 0 : Byte(text[at - 1]);
   const unsigned char here = at < text.size() ? Byte(text[at]) : 0;
@@ -241,7 +241,7 @@ std::size_t ScriptPattern::FindItemEnd(std::size_t item) {
   }
   if (first != '[') return item;
   if (item < pattern.size() && pattern[item] == '^') ++item;
-  // The first character of a set is one of it, also a bracket.
+  // The first character of a set is always literal, even a bracket.
   do {
     if (item >= pattern.size()) return Fail("malformed pattern (missing ']')");
     if (pattern[item++] == '%') ++item;
@@ -251,7 +251,7 @@ std::size_t ScriptPattern::FindItemEnd(std::size_t item) {
 
 bool ScriptPattern::MatchesOne(std::size_t at, std::size_t item, std::size_t itemEnd) {
   if (at >= text.size()) return false;
-  // A set costs what has to be looked at in it.
+  // Comparing with a set costs the length of the set.
   if (!Spend(itemEnd - item)) return false;
   const unsigned char byte = Byte(text[at]);
   switch (pattern[item]) {

@@ -7,33 +7,35 @@
 
 namespace tarn::host {
 
-// Lua's patterns with a bound. The language's own matcher can't be interrupted, and a short pattern
-// keeps it busy for years; this one spends a step for each comparison. Same patterns, same matches.
+// Lua patterns with a bounded running time: backtracking matcher that charges the budget one step
+// per comparison. The language's own matcher can't be interrupted, and takes exponential time for
+// some short patterns. Same syntax and same matches as the original.
 //
-// Trivially destructible: a script error may jump over it.
+// Trivially destructible, because a script error may jump over it (longjmp).
 class ScriptPattern {
  public:
   static constexpr int kMaxCaptures = 32;
 
-  // Texts and budget are borrowed. `text` is what to search, `pattern` comes without its anchor.
+  // Strings and budget are borrowed. `text` is the subject; `pattern` is passed without its anchor.
   ScriptPattern(std::string_view searchedText, std::string_view patternText,
                 ScriptBudget& scriptBudget)
       : text(searchedText), pattern(patternText), budget(&scriptBudget) {}
 
-  // The end of the match that starts at this offset; kNone without one or with a problem.
+  // Returns the end of the match that starts at this offset; kNone if there is none or on error.
   std::size_t MatchAt(std::size_t offset);
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  // What is wrong with the pattern, or null. A budget that ran out is no problem of the pattern.
+  // Returns what is wrong with the pattern, or nullptr. An exhausted budget is not an error of the
+  // pattern.
   const char* GetProblem() const { return problem; }
 
-  // The number of the capture that the problem is about, or -1.
+  // Returns the number of the capture that the problem refers to, or -1.
   int GetWrongCapture() const { return wrongCapture; }
 
   // Captures of the last match, in order of their opening.
   struct Capture {
     std::size_t start = 0;
-    std::size_t length = 0;  // or one of these
+    std::size_t length = 0;  // or kOpen, kPosition
   };
   static constexpr std::size_t kOpen = static_cast<std::size_t>(-1);
   static constexpr std::size_t kPosition = static_cast<std::size_t>(-2);

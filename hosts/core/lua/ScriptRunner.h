@@ -12,31 +12,31 @@ enum class ScriptEnd { Done, Failed, Stopped };
 
 struct ScriptOutcome {
   ScriptEnd end = ScriptEnd::Done;
-  std::string error;  // with the script's name and the line; empty when done
+  std::string error;  // with the script's name and line; empty if done
 };
 
-// Runs scripts in Lua against a server: its methods as the table `tarn`, lines printed to its log,
-// and no way to files, processes, or code that isn't text. Each script has an interpreter of its
-// own; a script that another one starts through the server shares its limits, and its failure is an
-// error in the other.
+// Runs Lua scripts against a server: its methods are the table `tarn`, printed lines go to its log,
+// and there is no access to files, processes, or code that isn't text. Each script has its own
+// interpreter. A script started by another one through the server shares its limits, and its
+// failure is raised as an error in the outer one.
 //
-// On one thread, except RequestStop.
+// Single thread only, except RequestStop.
 class ScriptRunner {
  public:
-  // `scriptHost` is borrowed and may be null: the table `host` is missing then.
+  // `scriptHost` is borrowed and may be null; then the table `host` doesn't exist.
   explicit ScriptRunner(ScriptHost* scriptHost, ScriptLimits scriptLimits = {})
       : host(scriptHost), limits(scriptLimits) {}
   ScriptRunner(const ScriptRunner&) = delete;
   ScriptRunner& operator=(const ScriptRunner&) = delete;
 
-  // Runs a text to its end. `name` stands in front of the lines in errors; empty for a text that
-  // came in a message. What goes wrong is in the server's log as well.
+  // Runs a script to its end. `name` precedes line numbers in error messages; it is empty if the
+  // text was received in a message. Errors are also written to the server's log.
   ScriptOutcome Run(IDispatch& server, const std::string& text, std::string name);
   bool IsRunning() const { return depth > 0; }
 
-  // Ends the script that runs, or the next one if none does. From any thread.
+  // Ends the running script, or the next one if none is running. May be called from any thread.
   void RequestStop() { budget.RequestStop(); }
-  // Takes a request back that came while no script was running.
+  // Withdraws a request that was made while no script was running.
   void ForgetStop() { budget.ForgetStop(); }
 
  private:
@@ -48,7 +48,7 @@ class ScriptRunner {
   ScriptLimits limits;
   ScriptBudget budget;
   int depth = 0;
-  std::string nextName;      // of the file that a script hands to the server
+  std::string nextName;      // of the file that a script passes to the server
   std::string innerFailure;  // of the script that ended last, for the one that started it
 };
 

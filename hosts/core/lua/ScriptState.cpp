@@ -12,10 +12,10 @@ namespace tarn::host {
 
 namespace {
 
-// Instructions between two looks at the budget.
+// Instructions between two checks of the budget.
 constexpr int kCountPeriod = 1000;
 constexpr std::size_t kBytesPerStep = 64;
-constexpr int kMaxCallers = 10;  // that an error tells
+constexpr int kMaxCallers = 10;  // that an error lists
 
 const char* AbortText(ScriptAbort abort) {
   switch (abort) {
@@ -31,16 +31,16 @@ const char* AbortText(ScriptAbort abort) {
   return "ended";
 }
 
-// The first line may name an interpreter, and an editor may have left its mark in front. The line
-// itself stays, so that all others keep their numbers.
+// Skips a byte order mark and a first line that names an interpreter. The line break stays, so that
+// line numbers are unchanged.
 std::string_view WithoutHead(std::string_view text) {
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
   if (text.starts_with("#")) text.remove_prefix(std::min(text.find('\n'), text.size()));
   return text;
 }
 
-// The innermost function at or above `level` that is a script's. Allocates nothing, so it works
-// when memory is gone.
+// Finds the innermost Lua function at or above `level`. Allocates nothing, so it works when out of
+// memory.
 bool FindScriptLine(lua_State* lua, int& level, lua_Debug& caller) {
   for (; lua_getstack(lua, level, &caller) != 0; ++level) {
     if (lua_getinfo(lua, "Sl", &caller) != 0 && caller.currentline > 0) return true;
@@ -86,9 +86,10 @@ std::string ScriptState::Run(const std::string& text, const std::string& name) {
   if (status == LUA_OK) {
     status = luaL_loadbufferx(lua, wholeText.data(), wholeText.size(), chunkName.c_str(), "t");
   }
-  // A run counts as one period, so that many short scripts are bounded as well.
+  // Each run is charged one period, so that many short scripts are limited as well.
   if (status == LUA_OK && budget.Spend(kCountPeriod)) status = lua_pcall(lua, 0, 0, 1);
-  // Some calls end a script without another instruction, so the abort counts, not just the status.
+  // Some calls end a script without executing another instruction, so the abort is checked in
+  // addition to the status.
   const bool isGood = status == LUA_OK && budget.GetAbort() == ScriptAbort::None;
   std::string error = isGood ? std::string() : ErrorText(status);
   lua_close(std::exchange(lua, nullptr));
@@ -113,11 +114,11 @@ std::string ScriptState::ErrorText(int status) {
   return text == nullptr ? chunkName.substr(1) + ": unknown error" : text;
 }
 
-// --- Bounds ---
+// --- Limits ---
 
 void* ScriptState::Allocate(void* context, void* block, std::size_t oldSize, std::size_t newSize) {
   auto& state = *static_cast<ScriptState*>(context);
-  if (block == nullptr) oldSize = 0;  // it tells the kind of object then
+  if (block == nullptr) oldSize = 0;  // then it is the kind of object
   if (newSize == 0) {
     std::free(block);
     state.budget.GiveMemory(oldSize);
@@ -130,13 +131,13 @@ void* ScriptState::Allocate(void* context, void* block, std::size_t oldSize, std
     }
     const bool isIn =
         state.budget.Spend(static_cast<std::int64_t>((newSize - oldSize) / kBytesPerStep));
-    // Setting a hook is allowed anywhere, and the next instruction ends the script.
+    // A hook may be set at any time, and the next instruction then aborts the script.
     if (!isIn && state.lua != nullptr) lua_sethook(state.lua, OnCount, LUA_MASKCOUNT, 1);
   }
   void* result = std::realloc(block, newSize);
   if (result == nullptr) {
     if (newSize > oldSize) state.budget.GiveMemory(newSize - oldSize);
-    // A block that only shrinks has to stay usable.
+    // Shrinking a block must never fail.
     return newSize > oldSize ? nullptr : block;
   }
   if (newSize < oldSize) state.budget.GiveMemory(oldSize - newSize);
@@ -167,13 +168,14 @@ void ScriptState::Check(lua_State* lua) {
 int ScriptState::Abort(lua_State* lua) {
   ScriptState& state = Of(lua);
   if (!std::exchange(state.isEnding, true)) state.NotePlace();
-  // Whoever catches this error gets it again at the next instruction.
+  // If the script catches this error, the next instruction raises it again.
   lua_sethook(lua, OnCount, LUA_MASKCOUNT, 1);
   lua_pushliteral(lua, "the script has to end");
   return lua_error(lua);
 }
 
-// Makes a text of whatever was raised, and tells who called. Runs where the error is.
+// Message handler: converts the error value to a string and appends the callers. Runs on the stack
+// of the error.
 int ScriptState::OnError(lua_State* lua) {
   lua_Debug caller;
   int level = 1;
@@ -181,7 +183,7 @@ int ScriptState::OnError(lua_State* lua) {
   luaL_tolstring(lua, 1, nullptr);
   lua_pushfstring(lua, "%s:", caller.short_src);
   const std::size_t prefix = lua_rawlen(lua, -1);
-  // Not every error says where it is.
+  // Not every error includes its position.
   const bool hasPlace = std::strncmp(lua_tostring(lua, -2), lua_tostring(lua, -1), prefix) == 0;
   if (isFound && !hasPlace) {
     lua_pushfstring(lua, "%d: ", caller.currentline);

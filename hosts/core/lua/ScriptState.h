@@ -13,17 +13,18 @@ namespace tarn::host {
 
 class ScriptRunner;
 
-// One method of the server as a script calls it.
+// A method of the server as seen by a script.
 struct ScriptMethod {
   std::string name;
   DispatchId id = 0;
   std::vector<std::string> arguments;
 };
 
-// One run of a script: an interpreter with nothing in it but what the bounds hold for.
+// One run of a script: an interpreter that contains only functions covered by the limits.
 //
-// The interpreter leaves its functions by a jump, past all destructors. So no function that it
-// calls keeps an object with a destructor on the stack; such objects live here.
+// The interpreter leaves its functions with longjmp, skipping all destructors. So a function called
+// by it must not have an object with a destructor on the stack; such objects are members of this
+// class.
 class ScriptState {
  public:
   ScriptState(ScriptRunner& scriptRunner, IDispatch& serverObject);
@@ -31,17 +32,18 @@ class ScriptState {
   ScriptState& operator=(const ScriptState&) = delete;
   ~ScriptState();
 
-  // Runs the text. Empty when it ended well, else what went wrong, with name and line.
+  // Runs the script. Returns an empty string on success, else the error with name and line.
   std::string Run(const std::string& text, const std::string& name);
 
   static ScriptState& Of(lua_State* lua) {
     return **static_cast<ScriptState**>(lua_getextraspace(lua));
   }
-  // Ends the script when it has had enough; for functions that take long by themselves.
+  // Charges steps and aborts the script if the budget is exhausted; for functions that take long by
+  // themselves.
   static void Spend(lua_State* lua, std::int64_t steps);
-  // The same at once, for functions that come back from outside.
+  // Checks the budget immediately; for functions that return from outside the interpreter.
   static void Check(lua_State* lua);
-  // Raises the error that ends the script for good.
+  // Raises the error that ends the script and can't be caught.
   static int Abort(lua_State* lua);
 
   ScriptBudget& Budget() { return budget; }
@@ -50,14 +52,14 @@ class ScriptState {
   const std::vector<ScriptMethod>& Methods() const { return methods; }
   const ScriptMethod* FindMethod(DispatchId id) const;
 
-  // Shows a text and writes it to the log of the server, a line at a time.
+  // Shows a text and writes it to the server's log, line by line.
   void Print(std::string_view text) noexcept;
-  // Writes it to the log alone.
+  // Writes the text to the log only.
   void Report(const std::string& text) noexcept;
-  // Calls `method` with `arguments`; `result` or `problem` tells how it went.
+  // Calls `method` with `arguments` and stores the outcome in `result`, or in `problem` on error.
   bool Call() noexcept;
 
-  // Of the call that a script makes at present.
+  // The call that the script is currently making.
   const ScriptMethod* method = nullptr;
   std::vector<Variant> arguments;
   Variant result;
@@ -82,17 +84,17 @@ class ScriptState {
   std::string wholeText;
   std::string chunkName;
   bool isEnding = false;
-  char lastPlace[LUA_IDSIZE + 24] = "";  // where memory ran out or the end was decided
+  char lastPlace[LUA_IDSIZE + 24] = "";  // where memory ran out or the abort was raised
 };
 
-// Puts into the environment of a new interpreter:
-// the language's own functions, less and with bounds;
+// The following functions fill the environment of a new interpreter. Adds the language's standard
+// library, restricted and with limits.
 void OpenScriptLibrary(lua_State* lua);
-// those for texts, called by the former;
+// Adds the string functions; called by OpenScriptLibrary.
 void OpenScriptStrings(lua_State* lua);
-// the server's methods as the table `tarn`, and `print`;
+// Adds the table `tarn` with the server's methods, and `print`.
 void OpenScriptDispatch(lua_State* lua);
-// what the host can do, as the table `host`.
+// Adds the table `host` with the host's services.
 void OpenScriptHost(lua_State* lua);
 
 }  // namespace tarn::host

@@ -1,4 +1,5 @@
-// The functions of the string library that could run for ever, written anew on the bounded matcher.
+// The functions of the string library whose running time is unbounded, reimplemented with the
+// bounded matcher.
 
 #include <algorithm>
 #include <cstring>
@@ -16,14 +17,16 @@ std::string_view TextAt(lua_State* lua, int index) {
   return {text, size};
 }
 
-// The offset of a position counted from 1, or from the end when negative; may be behind the end.
+// Converts a position, counted from 1 or, if negative, from the end, to an offset, which may be
+// past the end.
 std::size_t StartOffset(lua_Integer position, std::size_t size) {
   if (position > 0) return static_cast<std::size_t>(position) - 1;
   if (position == 0 || position < -static_cast<lua_Integer>(size)) return 0;
   return size - static_cast<std::size_t>(-position);
 }
 
-// The matcher's answer, or the error that it has. A matcher whose budget ran out says "no match".
+// Returns the matcher's result, or raises its error. A matcher whose budget is exhausted returns
+// "no match".
 std::size_t MatchAt(lua_State* lua, ScriptPattern& pattern, std::size_t offset) {
   ScriptState::Spend(lua, 1);
   const std::size_t end = pattern.MatchAt(offset);
@@ -35,7 +38,7 @@ std::size_t MatchAt(lua_State* lua, ScriptPattern& pattern, std::size_t offset) 
   return end;
 }
 
-// Pushes one capture; without any, the first one is the whole match.
+// Pushes one capture; if there are none, the first one is the whole match.
 void PushCapture(lua_State* lua, const ScriptPattern& pattern, int index, std::string_view text,
                  std::size_t start, std::size_t end) {
   if (index >= pattern.GetCaptureCount()) {
@@ -53,7 +56,7 @@ void PushCapture(lua_State* lua, const ScriptPattern& pattern, int index, std::s
   }
 }
 
-// Pushes all captures, `least` of them at least, and tells how many.
+// Pushes all captures, at least `least` of them, and returns their number.
 int PushCaptures(lua_State* lua, const ScriptPattern& pattern, int least, std::string_view text,
                  std::size_t start, std::size_t end) {
   const int count = pattern.GetCaptureCount() > least ? pattern.GetCaptureCount() : least;
@@ -64,7 +67,7 @@ int PushCaptures(lua_State* lua, const ScriptPattern& pattern, int least, std::s
 
 int FindPlain(lua_State* lua, std::string_view text, std::string_view what, std::size_t start) {
   ScriptState::Spend(lua, static_cast<std::int64_t>((text.size() - start + what.size()) / 8));
-  // Linear for any texts, unlike the search of the standard library.
+  // memmem() is linear for all inputs, unlike the search of the C++ standard library.
   const void* found = memmem(text.data() + start, text.size() - start, what.data(), what.size());
   if (found == nullptr) {
     lua_pushnil(lua);
@@ -112,7 +115,7 @@ int Match(lua_State* lua) {
   return FindOrMatch(lua, false);
 }
 
-// Upvalues: text, pattern, where to go on, where the last match ended (-1: none yet).
+// Upvalues: text, pattern, next start, end of the last match (-1: none yet).
 int NextMatch(lua_State* lua) {
   const std::string_view text = TextAt(lua, lua_upvalueindex(1));
   const std::string_view what = TextAt(lua, lua_upvalueindex(2));
@@ -127,7 +130,7 @@ int NextMatch(lua_State* lua) {
     lua_replace(lua, lua_upvalueindex(4));
     return PushCaptures(lua, pattern, 1, text, at, end);
   }
-  // Nothing more, also when it is asked again.
+  // No more matches, also if called again.
   lua_pushinteger(lua, static_cast<lua_Integer>(text.size()) + 1);
   lua_replace(lua, lua_upvalueindex(3));
   return 0;
@@ -144,7 +147,7 @@ int MatchAll(lua_State* lua) {
   return 1;
 }
 
-// Adds a replacement text, in which %1 stands for a capture, %0 for the match and %% for itself.
+// Appends a replacement string, in which %1 is a capture, %0 the match and %% a percent sign.
 void AddReplacement(lua_State* lua, luaL_Buffer& out, const ScriptPattern& pattern,
                     std::string_view text, std::size_t start, std::size_t end) {
   const std::string_view form = TextAt(lua, 3);
@@ -170,8 +173,8 @@ void AddReplacement(lua_State* lua, luaL_Buffer& out, const ScriptPattern& patte
   }
 }
 
-// Adds what stands for a match: a text's form, a table's value, a function's result; false and nil
-// leave the match as it is. Tells whether anything was replaced.
+// Appends the replacement of a match: an expanded string, a table's value or a function's result;
+// false and nil leave the match unchanged.
 void AddValue(lua_State* lua, luaL_Buffer& out, const ScriptPattern& pattern, std::string_view text,
               std::size_t start, std::size_t end) {
   const int type = lua_type(lua, 3);
@@ -233,7 +236,7 @@ int Substitute(lua_State* lua) {
   return 2;
 }
 
-// The original spends no memory, and so no bound holds, where the text is empty.
+// The original allocates nothing for an empty string, so no limit would apply to its loop.
 int Repeat(lua_State* lua) {
   const std::string_view text = TextAt(lua, 1);
   const lua_Integer count = luaL_checkinteger(lua, 2);

@@ -1,4 +1,4 @@
-// Of a C library whose heap takes no advice.
+// Stub for C libraries whose heap can't be configured.
 
 #include "hosts/core/LargePages.h"
 

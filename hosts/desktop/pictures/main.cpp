@@ -1,5 +1,5 @@
-// Takes the pictures of the documentation: drives the real main window with a copy of the shipped
-// example through what a reader is to see, and keeps the screen at each step.
+// Makes the screenshots of the documentation: drives the real main window with a copy of the
+// installed example, and captures the screen at each step.
 //
 //   desktop_pictures FOLDER
 
@@ -38,7 +38,7 @@ using tarn::host::BuildEnd;
 using tarn::host::IdeWindow;
 
 constexpr int kLimitMs = 30000;
-// So that everything is drawn and the cursor's blinking is all that goes on.
+// Time until everything is drawn and only the cursor blinks.
 constexpr int kSettleMs = 600;
 constexpr QSize kSize{1440, 900};
 
@@ -130,7 +130,7 @@ void ChooseProcessor(const QWidget& dialog, const QString& typed) {
 
 void TakeWizard(IdeWindow& window, const Photographer& camera) {
   std::string failure;
-  // The dialog has a loop of its own, in which this comes.
+  // Runs inside the modal dialog's own event loop.
   QTimer::singleShot(0, &window, [&] {
     try {
       WaitUntil([] { return QApplication::activeModalWidget() != nullptr; }, "the wizard");

@@ -1,5 +1,5 @@
-// The operations of tarn/automation.h. Each is a thin step onto what the rest of the system uses;
-// here texts and references change hands, and no exception gets past.
+// Operations of tarn/automation.h: a thin layer over the automation classes that converts strings
+// and references and keeps exceptions from crossing the C boundary.
 
 #include <tarn/automation.h>
 
@@ -25,7 +25,7 @@ static_assert(static_cast<int>(DispatchStatus::NotImplemented) == TARN_NOT_IMPLE
 static_assert(static_cast<int>(DispatchStatus::Failed) == TARN_FAILED);
 static_assert(sizeof(TarnVariant) == 8 + 2 * sizeof(void*), "programs lay out their own");
 
-// Needs no memory, so that telling of a failure can't fail.
+// Fixed-size, so that reporting an error cannot fail for lack of memory.
 struct LastOutcome {
   char text[1001] = "";
   TarnError error = {TARN_OK, -1, text};
@@ -67,7 +67,7 @@ IDispatch* ObjectOf(TarnObject* object) {
   return reinterpret_cast<IDispatch*>(object);
 }
 
-// The reference goes to the caller.
+// Passes a reference to the caller.
 TarnObject* HandOut(const DispatchPtr& object) {
   if (object) object->AddRef();
   return reinterpret_cast<TarnObject*>(object.Get());
@@ -188,7 +188,7 @@ DispatchResult Call(IDispatch& object, DispatchId id, const TarnVariant* argumen
   return outcome;
 }
 
-// `name` null: by number.
+// `name` null: calls by number.
 std::int32_t CallMethod(TarnObject* object, const char* name, DispatchId id,
                         const TarnVariant* arguments, std::size_t count, TarnVariant* result) {
   if (result != nullptr) *result = TarnEmpty();

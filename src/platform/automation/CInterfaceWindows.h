@@ -4,10 +4,11 @@
 
 #include <cstdint>
 
-// The windows and the loop of tarn/automation.h, which tells of each operation.
+// Implementation of the window and event loop operations of tarn/automation.h, which documents
+// them.
 namespace tarn::c_interface {
 
-// For operations that have no failure to tell.
+// Runs an operation that has no way to report an error: swallows all exceptions.
 template <class Work>
 void Quietly(Work&& work) noexcept {
   try {

@@ -79,7 +79,7 @@ std::string ClassRegistry::LibraryOf(std::string_view classId) {
     if (named != libraries.end()) return named->second;
   }
   const std::string_view server = classId.substr(0, classId.find('.'));
-  // Only a plain name may choose a file of the module folder.
+  // Only a plain name may select a file of the module folder.
   const bool isPlain = !server.empty() && server.size() != classId.size() &&
                        server.find('/') == std::string_view::npos;
   std::string beside = isPlain ? moduleFolder + "/" + ModuleFileName(std::string(server)) : "";

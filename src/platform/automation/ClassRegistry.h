@@ -12,33 +12,33 @@
 
 namespace tarn {
 
-// Finds automation classes by ProgID or class id. Looked at in this order: factories that this
-// process registered; libraries that were named for a class; the library lib<server>.so in the
-// module folder, where <server> is the ProgID's part in front of the dot; the classes registered on
-// this machine. So an installation works with its own servers, whichever are registered. Names
-// compare without regard to case. A library is loaded once and never unloaded. May be used from any
-// thread.
+// Finds automation classes by ProgID or class id. Search order: factories registered by this
+// process; libraries registered for a class by this process; the library lib<server>.so in the
+// module folder, where <server> is the part of the ProgID before the dot; classes registered on
+// this system. So an installation uses its own servers even if others are registered. Names are
+// case-insensitive. A library is loaded once and never unloaded. Thread-safe.
 class ClassRegistry {
  public:
-  // A registry that looks for libraries in `moduleFolder` and among the `registered` classes, which
-  // are borrowed; null: there are none.
+  // `moduleFolderPath` is searched for libraries. `registered` is borrowed; if it is null, no class
+  // is registered on the system.
   explicit ClassRegistry(std::string moduleFolderPath, const ClassStore* registered = nullptr);
 
-  // Registers a class of this process, replacing an earlier one.
+  // Registers a class implemented in this process; replaces an earlier registration.
   void RegisterFactory(std::string_view classId, std::function<DispatchPtr()> factory);
-  // The class lives in this library from now on.
+  // Registers the library that implements a class; replaces an earlier registration.
   void RegisterLibrary(std::string_view classId, std::string libraryPath);
-  // The same for both names of a class.
+  // Like RegisterLibrary(), for both names of a class; also maps the ProgID to the class id.
   void RegisterServer(std::string_view progId, std::string_view classId,
                       const std::string& libraryPath);
-  // The class id behind a ProgID of RegisterServer or of the registered classes; any other name is
-  // taken as it is.
+  // Returns the class id of a ProgID that is known from RegisterServer() or from the registered
+  // classes; returns any other name unchanged.
   std::string ClassIdOf(std::string_view name);
 
-  // A new object; null, with the reason in `error` when given, if there is none.
+  // Creates an object. Returns null, with the reason in `*error` if given, if there is no such
+  // class or it created none. Loads the library at the first use of its class.
   DispatchPtr CreateInstance(std::string_view classId, std::string* error = nullptr);
 
-  // The registry of the process, whose module folder is that of the platform library.
+  // Returns the registry of the process. Its module folder is that of the platform library.
   static ClassRegistry& Native();
 
  private:

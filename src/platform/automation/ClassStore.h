@@ -12,7 +12,7 @@
 
 namespace tarn {
 
-// What a server tells of itself when it is registered. Identifiers have their braces.
+// Names and identifiers that a server is registered under. Identifiers include their braces.
 struct ServerIdentity {
   const char* progId;
   const char* classId;
@@ -24,52 +24,53 @@ struct ServerIdentity {
   const char* interfaceName;
 };
 
-// For whom a class is registered.
+// Registry that a class is registered in: the user's or the system-wide one.
 enum class ClassScope { User, Machine };
 
-// The classes that are registered on this machine, in the registries of the user and of the
-// machine; the user's own entries count first. Below "Software\Classes" a section is
+// The classes registered on this system, in the user's registry and in the system-wide one; the
+// user's entries take precedence. The sections below "Software\Classes" are
 //
 //   a ProgID              CLSID=, the class id
 //   CLSID\<class id>      InprocServer=, the absolute path of the library; ProgID=, TypeLib=,
 //                         ThreadingModel=
-//   TypeLib\<id>\<version>, Interface\<id>   what the library describes itself by
+//   TypeLib\<id>\<version>, Interface\<id>   description of the type library and the interface
 //
-// and the value "@" is the entry's name. Programs that know this form find a server without any
-// library of ours. Nothing is cached. Looking up may be done from any thread; all else belongs to
-// one.
+// and the value "@" is the entry's display name. A program that can read this format finds a server
+// without linking any library of Tarn. Nothing is cached: each lookup reads both files. Lookups are
+// thread-safe; all other functions must stay on one thread.
 class ClassStore {
  public:
   ClassStore(FileSystem& fileSystem, SettingsFolders settingsFolders);
 
-  // Where the next changes go; the user's until told otherwise.
+  // Selects the registry that Add... and Remove... change; initially the user's.
   void SetScope(ClassScope where) { scope = where; }
   ClassScope GetScope() const { return scope; }
-  // The file that holds the registrations of the scope.
+  // Path of the file that stores the registrations of the scope.
   std::string GetPath() const;
 
-  // Each writes all its entries in one step or none. Doing it again changes nothing, and removing
-  // what isn't there is success.
+  // Each writes all of its entries atomically, or none. Repeating a call changes nothing, and
+  // removing missing entries succeeds. Returns false on error; see LastFailure().
   bool AddTypeLibrary(const ServerIdentity& server, const std::string& libraryPath);
   bool AddServerClass(const ServerIdentity& server, const std::string& libraryPath);
   bool RemoveTypeLibrary(const ServerIdentity& server);
   bool RemoveServerClass(const ServerIdentity& server);
-  // Why the last of these calls failed.
+  // Error of the last Add... or Remove... call.
   const Error& LastFailure() const { return lastFailure; }
 
-  // The class id behind a ProgID; a class id is its own.
+  // Returns the class id of a ProgID, or a class id unchanged. Returns nullopt if the ProgID is not
+  // registered.
   std::optional<std::string> FindClassId(std::string_view name) const;
-  // The library of a class, by ProgID or class id. A path that isn't absolute counts as none: what
-  // it means would depend on the folder that a project happens to lie in.
+  // Returns the library of a class named by ProgID or class id. A relative path is treated as
+  // missing, because its meaning would depend on the location of the project.
   std::optional<std::string> FindLibrary(std::string_view name) const;
-  // The same in the scope alone.
+  // Like FindLibrary(), but searches only the current scope.
   std::optional<std::string> FindLibraryInScope(std::string_view name) const;
 
-  // The registries of this machine and user.
+  // Returns the registries of this system and user.
   static ClassStore& Native();
 
  private:
-  // In the order in which they are asked.
+  // The registries in order of precedence.
   std::vector<IniFile> ReadRegistries() const;
   bool Edit(const std::function<bool(IniFile& store)>& edit);
 

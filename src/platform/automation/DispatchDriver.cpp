@@ -88,7 +88,7 @@ Variant COleDispatchDriver::Call(DispatchId id, std::initializer_list<Variant> a
 
 void COleDispatchDriver::Remember(DispatchResult outcome) {
   if (outcome) {
-    // Written only on a change: threads that call at once don't fight over it.
+    // Written only on a change, so that concurrent calls don't contend for the cache line.
     if (lastFailed.load(std::memory_order_relaxed)) lastFailed = false;
     return;
   }
@@ -97,7 +97,8 @@ void COleDispatchDriver::Remember(DispatchResult outcome) {
   lastFailed.store(true, std::memory_order_release);
 }
 
-// An object may leave an answer empty; one of another kind is a misunderstanding.
+// An object may return nothing; a result of another type means that client and object disagree
+// about the method.
 void COleDispatchDriver::RememberKind(DispatchId id, const Variant& result,
                                       std::string_view wanted) {
   if (result.GetKind() == Variant::Kind::Empty) return;

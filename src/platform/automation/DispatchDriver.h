@@ -12,12 +12,13 @@
 
 namespace tarn {
 
-// A late-bound caller: holds an automation object and calls it by number. A failed call, also one
-// without an object, gives the zero of the wanted type and is told by LastResult. The object stays
-// alive during a call, whatever the call does to the driver.
+// Late-bound client of one automation object, which it holds and whose methods it calls by number.
+// A failed call, including one without an object, returns the zero of the requested type;
+// LastResult() has the reason. The object stays alive during a call, even if the call detaches or
+// destroys the driver.
 //
-// Two threads may call at once when the object allows it; attaching and releasing is for one
-// thread, while no other is on its way into a call.
+// Two threads may call concurrently if the object allows it. Attach and release must come from one
+// thread, while no other thread is entering a call.
 class COleDispatchDriver {
  public:
   COleDispatchDriver() = default;
@@ -25,21 +26,23 @@ class COleDispatchDriver {
   COleDispatchDriver& operator=(const COleDispatchDriver&) = delete;
   virtual ~COleDispatchDriver() { ReleaseDispatch(); }
 
-  // Makes an object of the class and lets go of an earlier one; false, with the reason in
-  // LastResult, when there is no such class or it made none.
+  // Creates an object of the class and releases the previous one. Returns false, with the reason in
+  // LastResult(), if there is no such class or it created no object.
   bool CreateDispatch(ClassRegistry& classes, std::string_view progId);
-  // Holds `object` from now on; without `takeReference` the caller keeps it alive.
+  // Attaches `object`. If `takeReference` is false, the caller keeps it alive.
   void AttachDispatch(IDispatch* object, bool takeReference);
+  // Detaches the object and releases it if the driver holds a reference.
   void ReleaseDispatch();
-  // Borrowed; null when nothing is attached.
+  // Borrowed; null if nothing is attached.
   IDispatch* GetDispatch() const { return object.load(std::memory_order_acquire); }
 
+  // Call a method and return its result, or ignore it; see above for errors.
   std::int32_t InvokeLong(DispatchId id, std::initializer_list<Variant> arguments);
   std::string InvokeText(DispatchId id, std::initializer_list<Variant> arguments);
   void InvokeHelper(DispatchId id, std::initializer_list<Variant> arguments);
-  // For a method that not every object of the class has; an empty string if this one has none.
+  // For an optional method. Returns an empty string if this object does not have it.
   std::string InvokeTextByName(std::string_view method, std::initializer_list<Variant> arguments);
-  // How the last call ended, of whichever thread.
+  // Outcome of the last call, on any thread.
   DispatchResult LastResult() const;
 
  private:
@@ -49,7 +52,7 @@ class COleDispatchDriver {
 
   std::atomic<IDispatch*> object = nullptr;
   bool ownsReference = false;
-  // Calls that succeed touch the mark alone.
+  // Successful calls access only this flag.
   std::atomic<bool> lastFailed = false;
   mutable std::mutex failureLock;
   DispatchResult lastFailure;

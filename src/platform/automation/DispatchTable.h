@@ -13,7 +13,7 @@
 #include "platform/automation/Dispatch.h"
 #include "platform/text/Text.h"
 
-// A dispatch interface made from typed member functions:
+// Dispatch interface generated from typed member functions:
 //
 //   const DispatchTable<CThing>& CThing::Table() {
 //     static const DispatchTable<CThing> table({
@@ -23,9 +23,9 @@
 //     return table;
 //   }
 //
-// Arguments may be const char* (null when the caller gave null), std::int32_t, std::uint32_t or
-// IDispatch*; results std::int32_t, std::string, DispatchPtr, DispatchResult or void. A number is
-// taken from any 32-bit long; an empty variant counts as a null text, 0 or no object.
+// Argument types: const char* (null if the caller passed null), std::int32_t, std::uint32_t or
+// IDispatch*. Result types: std::int32_t, std::string, DispatchPtr, DispatchResult or void. A
+// number accepts any 32-bit long; an empty variant is passed as a null string, 0 or no object.
 namespace tarn {
 
 namespace dispatch_detail {
@@ -58,6 +58,7 @@ inline bool Convert(const Variant& from, IDispatch*& to) {
   return true;
 }
 
+// Automation type that corresponds to a C++ type.
 template <class T>
 constexpr ValueType TypeOf() {
   if constexpr (std::is_same_v<T, std::int32_t>) return ValueType::Long;
@@ -78,6 +79,7 @@ struct TypesOf<std::tuple<A...>> {
   static std::vector<ValueType> List() { return {TypeOf<A>()...}; }
 };
 
+// Class, result type and decayed argument types of a member function.
 template <class Member>
 struct MemberTraits;
 template <class T, class R, class... A>
@@ -93,6 +95,8 @@ struct MemberTraits<R (T::*)(A...) noexcept> : MemberTraits<R (T::*)(A...)> {};
 template <class T, class R, class... A>
 struct MemberTraits<R (T::*)(A...) const noexcept> : MemberTraits<R (T::*)(A...)> {};
 
+// Converts the arguments from index I on. Returns false, with the index in `wrong`, at the first
+// one of a wrong type.
 template <std::size_t I, class Tuple>
 bool ConvertFrom(std::span<const Variant> from, Tuple& to, int& wrong) {
   if constexpr (I == std::tuple_size_v<Tuple>) {
@@ -108,6 +112,8 @@ bool ConvertFrom(std::span<const Variant> from, Tuple& to, int& wrong) {
 
 }  // namespace dispatch_detail
 
+// Entry of a DispatchTable: the signature of a method, and the function that converts the arguments
+// and calls it.
 template <class T>
 struct DispatchMethod {
   using Invoker = DispatchResult (*)(T&, std::span<const Variant>, Variant&);
@@ -116,6 +122,8 @@ struct DispatchMethod {
   Invoker invoke = nullptr;
 };
 
+// Creates the entry of a member function; argument and result types are derived from its signature.
+// `names` are the names of the arguments.
 template <auto Member>
 auto Method(std::string_view name, DispatchId id, std::initializer_list<std::string_view> names) {
   using Traits = dispatch_detail::MemberTraits<decltype(Member)>;
@@ -148,8 +156,9 @@ auto Method(std::string_view name, DispatchId id, std::initializer_list<std::str
   return method;
 }
 
-// The methods of a class, by number and by name. Numbers are small and not negative. Made once;
-// read from any thread.
+// The methods of a class, by number and by name. Numbers are small and non-negative. Immutable
+// after construction, so it may be read from any thread. Lookup by number is an array access,
+// lookup by name a linear search.
 template <class T>
 class DispatchTable {
  public:
@@ -181,9 +190,9 @@ class DispatchTable {
   std::vector<const DispatchMethod<T>*> byId;
 };
 
-// The counted object behind a dispatch table. `T` derives from it and has
+// Base of a reference-counted object with a dispatch table. `T` derives from it and has
 //   static const DispatchTable<T>& Table();
-// An object starts with one reference and is deleted at its final release.
+// An object starts with one reference and is deleted by its final Release.
 template <class T>
 class DispatchObject : public IDispatch {
  public:
@@ -192,7 +201,7 @@ class DispatchObject : public IDispatch {
   std::uint32_t Release() override {
     const std::uint32_t left = --references;
     if (left != 0) return left;
-    // A reference that comes and goes during the destruction must not end the object once more.
+    // A temporary reference taken during destruction must not destroy the object a second time.
     references = 0x40000000;
     OnFinalRelease();
     return 0;
@@ -236,7 +245,7 @@ class DispatchObject : public IDispatch {
   }
 
  protected:
-  // The last reference is gone; an object that is still needed somewhere may die later.
+  // Called when the last reference is released. An override may delay the deletion.
   virtual void OnFinalRelease() { delete this; }
 
  private:

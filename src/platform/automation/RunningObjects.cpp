@@ -20,7 +20,7 @@ void RunningObjectTable::RevokeActiveObject(std::uint32_t token) {
 }
 
 DispatchPtr RunningObjectTable::GetActiveObject(std::string_view classId) {
-  // The reference is taken under the lock, so that a revoke cannot come between.
+  // Take the reference under the lock, so that the object cannot be revoked in between.
   const std::lock_guard guard(lock);
   for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
     if (EqualNoCase(entry->second.classId, classId)) return DispatchPtr(entry->second.object);

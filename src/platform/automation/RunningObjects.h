@@ -10,16 +10,19 @@
 
 namespace tarn {
 
-// The running objects of this process, by class id. Entries are weak: they keep nothing alive, so
-// whoever registers an object revokes it before its end. May be used from any thread.
+// Table of the running objects of this process, by class id. Entries are weak: they keep nothing
+// alive, so an object must be revoked before it is destroyed. Thread-safe.
 class RunningObjectTable {
  public:
-  // A token for Revoke, never 0.
+  // Returns a token for RevokeActiveObject(), never 0.
   std::uint32_t RegisterActiveObject(std::string_view classId, IDispatch* object);
+  // No-op for an unknown or already revoked token.
   void RevokeActiveObject(std::uint32_t token);
-  // A further reference to the object registered last; null when there is none.
+  // Returns an additional reference to the object of the class registered last, or null if there is
+  // none.
   DispatchPtr GetActiveObject(std::string_view classId);
 
+  // Returns the table of the process.
   static RunningObjectTable& Native();
 
  private:

@@ -15,7 +15,7 @@ class IDispatch;
 class DispatchPtr {
  public:
   DispatchPtr() = default;
-  // Takes a further reference.
+  // Adds a reference.
   explicit DispatchPtr(IDispatch* referenced);
   DispatchPtr(const DispatchPtr& other) : DispatchPtr(other.object) {}
   DispatchPtr(DispatchPtr&& other) noexcept : object(std::exchange(other.object, nullptr)) {}
@@ -31,17 +31,18 @@ class DispatchPtr {
   IDispatch* Get() const { return object; }
   IDispatch* operator->() const { return object; }
   explicit operator bool() const { return object != nullptr; }
+  // Releases the reference.
   void Reset() { *this = DispatchPtr(); }
 
  private:
   IDispatch* object = nullptr;
 };
 
-// An 8-bit text that can be null; null and empty are different arguments.
+// An 8-bit string that can be null; null and empty are different arguments.
 using NullableText = std::optional<std::string>;
 
-// A text argument on its way into a call: borrowed, so only for parameters. A null pointer stays
-// null, any other text is one, also an empty view.
+// A string argument of a call. Borrows the characters, so use it only for parameters. A null
+// pointer stays null; any other string, including an empty view, is not null.
 class TextArgument {
  public:
   TextArgument(std::nullptr_t) {}
@@ -51,7 +52,7 @@ class TextArgument {
   TextArgument(const NullableText& text) : view(text ? *text : std::string_view()), isNull(!text) {}
 
   bool IsNull() const { return isNull; }
-  // Empty for a null text.
+  // Empty for a null string.
   std::string_view View() const { return view; }
 
  private:
@@ -59,9 +60,10 @@ class TextArgument {
   bool isNull = true;
 };
 
-// A value at the dispatch boundary: empty, a signed 32-bit number, a text or an object.
+// A value at the dispatch boundary: empty, a signed 32-bit number, a string or an object.
 class Variant {
  public:
+  // Empty is the result of a method without a result, and an omitted argument.
   enum class Kind { Empty, Long, Text, Object };
 
   Variant() = default;
@@ -74,7 +76,7 @@ class Variant {
   Variant(DispatchPtr value) : kind(Kind::Object), object(std::move(value)) {}
 
   Kind GetKind() const { return kind; }
-  // Only for the kind that the name says; of another kind it is 0, a null text, no object.
+  // Value of the kind that the name says; for any other kind 0, a null string or no object.
   std::int32_t AsLong() const { return number; }
   const NullableText& AsText() const { return text; }
   NullableText& AsText() { return text; }

@@ -19,16 +19,16 @@ namespace tarn {
 struct FileStatus {
   std::int64_t modifiedSeconds = 0;  // last modification, whole seconds since 1970, rounded down
   std::uint64_t size = 0;            // bytes
-  std::int64_t modifiedNanoseconds = 0;  // of the last modification, 0 to 999,999,999
-  // Last change of content, name, owner or mode, which no program can set back: nanoseconds since
-  // 1970. 0 if the file system does not tell.
+  std::int64_t modifiedNanoseconds = 0;  // fraction of the modification time, 0 to 999,999,999
+  // Last change of content, name, owner or mode, in nanoseconds since 1970. Unlike the modification
+  // time, no program can set it. 0 if the file system does not provide it.
   std::int64_t changed = 0;
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
-  bool otherSpelling = false;  // found only without regard to letter case
+  bool otherSpelling = false;  // found only by a case-insensitive search
 };
 
-// Returns whether both describe one file with one modification. `changed` is not compared: it also
+// Returns whether both describe the same version of the same file. Ignores `changed`, which also
 // moves when only the mode or the number of links changes.
 inline bool IsSameVersion(const FileStatus& a, const FileStatus& b) {
   return a.modifiedSeconds == b.modifiedSeconds && a.size == b.size &&
@@ -36,12 +36,12 @@ inline bool IsSameVersion(const FileStatus& a, const FileStatus& b) {
          a.inode == b.inode;
 }
 
-// What a lock on a file is for. Locks for different purposes don't exclude each other.
+// Purpose of a lock on a file. Locks for different purposes don't exclude each other.
 enum class LockPurpose : std::uint8_t { Build, Edit };
-// Of the lock file next to a project.
+// Extension of the lock file next to a project.
 inline constexpr const char* kLockExtension = ".tlock";
 
-// An exclusive lock among processes, held until it is destroyed or the process ends.
+// An exclusive lock between processes, held until the object is destroyed or the process ends.
 class FileLock {
  public:
   FileLock() = default;
@@ -55,48 +55,50 @@ struct FolderEntry {
   bool isFolder = false;
 };
 
-// The disk, as everything above the platform layer sees it. Paths are those of Paths.h. A name
-// that is not there exactly is looked up without regard to case, component by component, and a
-// single match counts; a path with a drive is found only where a drive is mapped.
+// Interface to the disk for everything above the platform layer. Paths follow the rules of Paths.h.
+// If no file has exactly the given name, the name is searched case-insensitively, component by
+// component, and used if exactly one entry matches. A path with a drive letter is found only if
+// that drive is mapped.
 //
-// All operations may be called from any thread. No operation leaves a file half written.
+// All operations are thread-safe. No operation leaves a partially written file.
 class FileSystem {
  public:
   virtual ~FileSystem() = default;
 
-  // A file or a folder is there, or whether one is can't be found out.
+  // Returns true if the file or folder exists, or if its existence cannot be determined.
   virtual bool Exists(const std::string& path) = 0;
   virtual bool IsFolder(const std::string& path) = 0;
-  // The path as the disk spells it, for what opens, watches or compares files by itself; unchanged
-  // if nothing is there. Symbolic links are not followed.
+  // Returns the path with the spelling used on disk, for callers that open, watch or compare files
+  // themselves. Returns `path` unchanged if it does not exist. Does not follow symbolic links.
   virtual std::string NameOnDisk(const std::string& path) { return path; }
-  // All paths on the disk that differ from this one in letter case alone, if it is not there
-  // itself. Several of them: which one is meant is unknown.
+  // Returns all paths on disk that differ from `path` only in letter case, if `path` itself does
+  // not exist. More than one result means that the name is ambiguous.
   virtual std::vector<std::string> SimilarNames(const std::string& /*path*/) { return {}; }
-  // Like CanonicalPath, except that a ".." after a symbolic link stays in the result: it leads to
-  // the parent of the link's target. Only a path with ".." costs a query.
+  // Like CanonicalPath(), except that a ".." after a symbolic link is preserved: it refers to the
+  // parent of the link's target. Queries the disk only for a path with "..".
   virtual std::string Canonical(const std::string& path) { return CanonicalPath(path); }
-  // The path with every symbolic link on the way resolved; the path unchanged if nothing is there.
+  // Resolves all symbolic links in the path. Returns `path` unchanged if it does not exist.
   virtual std::string ResolveLinks(const std::string& path) { return path; }
-  // Nothing unless a regular file stands there and can be examined.
+  // Returns nullopt unless `path` is a regular file that can be examined.
   virtual std::optional<FileStatus> Examine(const std::string& path) = 0;
-  // Examine for exactly this spelling, which costs one query also if nothing is there.
+  // Like Examine(), but only for exactly this spelling. Costs one query even if the file does not
+  // exist.
   virtual std::optional<FileStatus> ExamineExactly(const std::string& path) {
     std::optional<FileStatus> status = Examine(path);
     if (status && status->otherSpelling) return std::nullopt;
     return status;
   }
-  // Status of a folder, whose modification time moves when an entry comes or goes; nothing unless
-  // there is a folder of exactly this name.
+  // Status of a folder, whose modification time changes when an entry is added or removed. Returns
+  // nullopt unless a folder of exactly this name exists.
   virtual std::optional<FileStatus> ExamineFolder(const std::string& /*path*/) { return {}; }
-  // Status of the symbolic link itself; nothing unless one of exactly this name is there.
+  // Status of the symbolic link itself. Returns nullopt unless a link of exactly this name exists.
   virtual std::optional<FileStatus> ExamineLink(const std::string& /*path*/) { return {}; }
-  // Where a symbolic link leads, absolute; what links on the way lead to is resolved as far as it
-  // is there. `path` if it is no link.
+  // Absolute target of a symbolic link, with the links in the target's own path resolved as far as
+  // it exists. Returns `path` if it is not a link.
   virtual std::string ReadLink(const std::string& path) { return path; }
-  // Examine for one path after the other, with the same answers; gives those for as many of the
-  // first paths as there was time for until `deadline`, one at least unless there are none. What
-  // lies in few folders is found faster than by single calls. No path is null.
+  // Batch version of Examine() with the same results. Returns the results of the first paths, as
+  // many as could be examined before `deadline`, but at least one unless `paths` is empty. Faster
+  // than single calls if the files are in few folders. No path may be null.
   virtual std::vector<std::optional<FileStatus>> ExamineMany(
       std::span<const char* const> paths, std::chrono::steady_clock::time_point deadline) {
     std::vector<std::optional<FileStatus>> found;
@@ -107,45 +109,47 @@ class FileSystem {
     }
     return found;
   }
-  // Returns whether the file or folder is there and this process may read it.
+  // Returns whether the file or folder exists and this process may read it.
   virtual bool CanRead(const std::string& path) { return Exists(path); }
-  // No write permission in the mode, or the machine refuses; true also for what does not exist.
+  // Returns true if the mode has no write permission or the OS denies write access, and also if the
+  // file does not exist.
   virtual bool IsReadOnly(const std::string& path) = 0;
-  // Why a file or folder is read-only in that sense: ReadOnly, or the reason why it can't be
-  // examined.
+  // Reason why IsReadOnly() returns true for a file or folder: ReadOnly, or the error that prevents
+  // its examination.
   virtual Status CheckWritable(const std::string& path) {
     return IsReadOnly(path) ? Error{ErrorCode::ReadOnly, "read-only", path} : Status();
   }
 
-  // The whole file; fails with NotAFile for a folder, with CannotOpen for what cannot be looked
-  // into at all, and with Io when reading breaks off.
+  // Returns the content of the file. Fails with NotAFile for a folder, with CannotOpen if the file
+  // exists but cannot be opened, and with Io if a read fails midway.
   virtual Result<std::string> ReadWholeFile(const std::string& path) = 0;
-  // Replaces or creates the file in one step: whoever looks, also after a crash or on a full disk,
-  // sees the old bytes or the new ones. Keeps the mode bits, follows a symbolic link. Refuses a
-  // read-only file.
+  // Atomically replaces or creates the file: readers, also after a crash or on a full disk, see
+  // either the old or the new content. Preserves the mode bits and follows a symbolic link. Refuses
+  // a read-only file.
   virtual Status WriteWholeFile(const std::string& path, std::string_view bytes) = 0;
-  // Like WriteWholeFile, for a file whose name the program has chosen, such as a log or a copy: a
-  // symbolic link in its place is refused, since whatever put it there chose what it leads to.
+  // Like WriteWholeFile(), for a file whose name was chosen by the program, such as a log or a
+  // copy: fails if the name is a symbolic link, since another program may have chosen its target.
   virtual Status WriteOwnFile(const std::string& path, std::string_view bytes) {
     return ExamineLink(path) ? RefuseLink(path) : WriteWholeFile(path, bytes);
   }
-  // Like ReadWholeFile, for such a file: what WriteOwnFile would refuse to replace is not read.
+  // Like ReadWholeFile(), for the same kind of file: does not read what WriteOwnFile() would refuse
+  // to replace.
   Result<std::string> ReadOwnFile(const std::string& path) {
     if (ExamineLink(path)) return RefuseLink(path);
     return ReadWholeFile(path);
   }
-  // WriteWholeFile for files that belong together: all are written, or none; one that holds its
-  // bytes already is left alone. `place` of an error is the file that can't be written. Only a
-  // process that is killed between the last steps leaves some of them written, the first ones of
-  // the list.
+  // Like WriteWholeFile() for files that belong together: writes all of them or none. A file that
+  // already has the right content is not touched. `place` of an error is the file that cannot be
+  // written. Only if the process is killed during the final renames can a part of the files be new,
+  // in the order of the list.
   virtual Status WriteFiles(std::span<const FileBytes> list) { return WriteOneByOne(*this, list); }
-  // Overwrites what lies behind `offset` with `bytes` and cuts the file there, without replacing
-  // it. Fails with Changed unless the file is `expectedSize` bytes long and has no other name, and
-  // refuses a symbolic link. For files that are kept current by their writer alone.
+  // Writes `bytes` at `offset` and truncates the file after them, in place. Fails with Changed
+  // unless the file is exactly `expectedSize` bytes long and has no other hard link, and refuses a
+  // symbolic link. For files that only their writer updates.
   virtual Status WriteTail(const std::string& path, std::uint64_t expectedSize,
                            std::uint64_t offset, std::string_view bytes) = 0;
-  // Like WriteTail, and also fails with Changed unless the file has the time that it is expected to
-  // have. Gives what an examination of the file tells afterwards.
+  // Like WriteTail(), but also fails with Changed if the modification time differs from the
+  // expected one. Returns the status of the file after the write.
   virtual Result<FileStatus> ContinueFile(const std::string& path, const FileStatus& expected,
                                           std::uint64_t offset, std::string_view bytes) {
     const std::optional<FileStatus> before = Examine(path);
@@ -159,57 +163,58 @@ class FileSystem {
     if (!after) return Error{ErrorCode::Changed, "the file is gone", path};
     return *after;
   }
-  // Like WriteWholeFile, for a file that nobody misses after a crash: it need not have reached the
-  // disk, and a symbolic link is replaced instead of followed. Whoever writes one chose its name,
-  // so no other spelling of it is looked for: folders of scratch files are large, and change so
-  // fast that each look would be a new one.
+  // Like WriteWholeFile(), for a temporary file that need not survive a crash: it is not flushed to
+  // disk, and a symbolic link is replaced instead of followed. The name is used as is, without a
+  // case-insensitive search: folders of scratch files are large and change so often that each
+  // search would have to scan them again.
   virtual Status WriteScratchFile(const std::string& path, std::string_view bytes) {
     return WriteWholeFile(path, bytes);
   }
-  // Like RemoveFile, for a file by the very name that it was made with.
+  // Like RemoveFile(), for exactly the name that the file was created with.
   virtual Status RemoveScratchFile(const std::string& path) { return RemoveFile(path); }
-  // Refuses a read-only file and a folder.
+  // Fails for a read-only file and for a folder.
   virtual Status RemoveFile(const std::string& path) = 0;
-  // Like RemoveFile, for a file that this program has made: only its folder can keep it.
+  // Like RemoveFile(), for a file that this program has created: removes it even if it is
+  // read-only, so only the permissions of its folder can prevent it.
   virtual Status RemoveOwnFile(const std::string& path) { return RemoveFile(path); }
-  // Never overwrites.
+  // Never overwrites an existing file.
   virtual Status CopyFileTo(const std::string& from, const std::string& to) = 0;
 
-  // Creates the folder and whatever of its parents is missing.
+  // Creates the folder and its missing parents.
   virtual Status CreateFolders(const std::string& path) = 0;
-  // Like CreateFolders, except that a folder of a similar name is left alone.
+  // Like CreateFolders(), but does not reuse a folder whose name differs only in case.
   virtual Status CreateNamedFolders(const std::string& path) { return CreateFolders(path); }
-  // Sets the modification time of a file that exists.
+  // Sets the modification time of an existing file.
   virtual Status SetModifiedTime(const std::string& path, std::int64_t /*seconds*/,
                                  std::int64_t /*nanoseconds*/) {
     return Error{ErrorCode::Unsupported, "times of files can't be set", path};
   }
-  // The clock that the file system stamps files with: nanoseconds since 1970, no finer than the
-  // stamps themselves. 0 if there is none to compare FileStatus::changed with.
+  // Current time of the clock that the file system stamps files with: nanoseconds since 1970, with
+  // the resolution of the stamps. 0 if there is no clock comparable with FileStatus::changed.
   virtual std::int64_t Clock() { return 0; }
-  // Takes the lock that the file `path` stands for, which is made if it isn't there, and stays.
-  // Fails with Busy, and with the holder's process as the text, while another process or object
-  // holds it. A holder that died holds nothing.
+  // Takes the lock represented by the file `path`, which is created if missing and never removed.
+  // Does not block: fails with Busy, and with the holder's process in the error's text, while
+  // another process or object holds it. The lock of a dead process is free.
   virtual Result<std::unique_ptr<FileLock>> TryLock(const std::string& /*path*/,
                                                     LockPurpose /*purpose*/) {
     return std::make_unique<FileLock>();
   }
-  // In the order of the names; "." and ".." left out.
+  // Returns the entries sorted by name, without "." and "..".
   virtual Result<std::vector<FolderEntry>> ListFolder(const std::string& path) = 0;
 
   virtual std::string CurrentFolder() = 0;
   virtual bool SetCurrentFolder(const std::string& path) = 0;
-  // Empty when the machine has none.
+  // Empty if the system has none.
   virtual std::string TemporaryFolder() = 0;
-  // A name in `folder` that starts with `prefix` and that no file has; the name was reserved by
-  // creating the file, which the caller may remove or overwrite.
+  // Returns an unused name in `folder` that starts with `prefix`. The name is reserved by creating
+  // an empty file, which the caller may remove or overwrite.
   virtual Result<std::string> ReserveName(const std::string& folder, std::string_view prefix) = 0;
 
   static Error RefuseLink(const std::string& path) {
     return {ErrorCode::NotAFile, "it is a symbolic link, which is not followed", path};
   }
 
-  // The disk of this machine; lives as long as the process.
+  // Returns the disk of this system; lives as long as the process.
   static FileSystem& Native();
 };
 

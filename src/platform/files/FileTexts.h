@@ -10,18 +10,19 @@
 
 namespace tarn {
 
-// A file as a whole.
+// Path and content of a file.
 struct FileText {
   std::string path;
   std::string text;
 };
 
-// The files for FileSystem::WriteFiles; borrows the texts.
+// Converts to the argument of FileSystem::WriteFiles(). Borrows the strings.
 std::vector<FileBytes> AsBytes(std::span<const FileText> texts);
 
-// Puts files into one string: "<bytes> <path>\n" and the bytes, of each. No path has a line feed.
+// Serializes files into one string: for each, "<bytes> <path>\n" followed by its bytes. Paths must
+// not contain a line feed.
 std::string JoinFileTexts(std::span<const FileText> texts);
-// Takes such a string apart. Returns nullopt if it is cut off or damaged.
+// Parses the output of JoinFileTexts(). Returns nullopt if it is truncated or damaged.
 std::optional<std::vector<FileText>> SplitFileTexts(std::string_view all);
 
 }  // namespace tarn

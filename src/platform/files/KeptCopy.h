@@ -7,8 +7,9 @@
 
 namespace tarn {
 
-// Writes `bytes` to the first of path + suffix, path + suffix + "2", ... that is free, or holds the
-// same bytes already and is left alone. `copy` is its name, also on failure.
+// Saves `bytes` in the first of path + suffix, path + suffix + "2", ... that does not exist yet;
+// stops without writing at a file that already has the same content. Sets `copy` to that name, also
+// on error.
 Status KeepCopy(FileSystem& files, const std::string& path, std::string_view bytes,
                 const std::string& suffix, std::string& copy);
 

@@ -8,15 +8,16 @@
 
 namespace tarn {
 
-// Takes the lock as soon as it is free. Fails like FileSystem::TryLock, with Busy after
-// `longestWait`; zero tries once. Blocks the calling thread.
+// Takes the lock, waiting up to `longestWait` for it (zero tries once). Fails like
+// FileSystem::TryLock(), with Busy on timeout. Blocks the calling thread.
 Result<std::unique_ptr<FileLock>> WaitForLock(FileSystem& files, const std::string& path,
                                               LockPurpose purpose,
                                               std::chrono::milliseconds longestWait);
 
-// The lock file of a project or application file: beside the file that links lead to, so that all
-// of its names have one lock. If that is outside the folder of the project and `mayLeave` is false,
-// it is beside `file` itself; empty if that is outside, too. All paths are absolute.
+// Path of the lock file of a project or application file: next to the file that symbolic links
+// resolve to, so that all names of a file share one lock. If that location is outside the project
+// folder and `mayLeave` is false, the lock is next to `file` itself. Returns an empty string if
+// that is outside, too. All paths are absolute.
 std::string FindLockPath(FileSystem& files, const std::string& projectPath, const std::string& file,
                          bool mayLeave);
 

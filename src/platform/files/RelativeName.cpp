@@ -14,7 +14,7 @@ bool HasParentStep(const std::string& path) {
   return FindParentStep(path) != std::string::npos;
 }
 
-// `levels` steps up from the folder lead through a symbolic link.
+// Returns whether going up `levels` levels from the folder passes through a symbolic link.
 bool LeavesLink(FileSystem& files, std::string folder, std::size_t levels) {
   for (; levels > 0; --levels) {
     const std::string above = FolderOf(folder);
@@ -24,8 +24,8 @@ bool LeavesLink(FileSystem& files, std::string folder, std::size_t levels) {
   return false;
 }
 
-// The relative form by components, in which a ".." is a name like any other. Empty if there is none
-// that the OS would follow to the same file.
+// Computes the relative path by components, treating ".." like any other name. Returns an empty
+// string if there is no result that the OS would resolve to the same file.
 std::string ByComponents(FileSystem& files, const std::string& folder, const std::string& path) {
   const std::vector<std::string_view> from = Split(folder, kSeparator);
   const std::vector<std::string_view> to = Split(path, kSeparator);

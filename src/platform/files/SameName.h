@@ -6,12 +6,12 @@
 
 namespace tarn {
 
-// Returns whether a project means one file by both paths: they are equal, or differ in letter case
-// alone and the disk has no file of its own for each.
+// Returns whether both paths name the same project file: they are equal, or they differ only in
+// letter case and the disk does not have a separate file for each.
 bool IsSameName(FileSystem& files, const std::string& a, const std::string& b);
 
-// The path as the disk spells it, with the symbolic links among its folders resolved. A link to a
-// file is a file of its own.
+// Returns the path with the spelling used on disk and with the symbolic links among its folders
+// resolved. A link to a file is not resolved: it is treated as a separate file.
 std::string RealName(FileSystem& files, const std::string& path);
 
 }  // namespace tarn

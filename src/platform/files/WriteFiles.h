@@ -10,14 +10,15 @@ namespace tarn {
 
 class FileSystem;
 
-// What a file is to hold.
+// Path and new content of a file to be written.
 struct FileBytes {
   std::string path;
   std::string_view bytes;  // borrowed
 };
 
-// FileSystem::WriteFiles for a disk that can only write one file after the other: if one fails, the
-// others get back what they held. On a full disk that may fail as well; the error says so then.
+// Implements FileSystem::WriteFiles() by writing one file after the other. If one fails, the files
+// before it get their old content back. On a full disk that may fail as well; the error then says
+// so.
 Status WriteOneByOne(FileSystem& files, std::span<const FileBytes> list);
 
 }  // namespace tarn

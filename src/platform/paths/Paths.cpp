@@ -19,14 +19,14 @@ std::size_t FindSeparator(std::string_view path, std::size_t from) {
   return from;
 }
 
-// Length of a drive, a leading separator, both or nothing.
+// Length of a drive, a leading separator, both or neither.
 std::size_t PlainRootLength(std::string_view path) {
   const std::size_t drive = HasDrive(path) ? 2 : 0;
   return path.size() > drive && IsSeparator(path[drive]) ? drive + 1 : drive;
 }
 
-// Length of the part that no ".." leads out of: a drive, a leading separator, both, nothing, or
-// the server and share of a network path.
+// Length of the root, which ".." cannot leave: a drive, a leading separator, both, neither, or the
+// server and share of a network path.
 std::size_t RootLength(std::string_view path) {
   if (IsNetworkPath(path)) {
     const std::size_t server = FindSeparator(path, 2);
@@ -42,7 +42,7 @@ std::size_t LastComponent(std::string_view path) {
   return HasDrive(path) ? std::max<std::size_t>(start, 2) : start;
 }
 
-// Where the extension starts; the end of the path when there is none.
+// Offset of the extension; the length of the path if there is none.
 std::size_t ExtensionStart(std::string_view path) {
   const std::size_t start = LastComponent(path);
   const std::string_view last = path.substr(start);
@@ -86,7 +86,8 @@ Components Resolve(std::string_view path) {
   return result;
 }
 
-// Roots that relative forms may lead across; a share with and without its last separator is one.
+// Returns whether a relative path can connect the two roots. The trailing separator of a share is
+// optional.
 bool IsSameRoot(std::string_view a, std::string_view b) {
   const auto trimmed = [](std::string_view root) {
     const bool hasEnd = IsNetworkPath(root) && IsSeparator(root.back());

@@ -4,56 +4,56 @@
 #include <string>
 #include <string_view>
 
-// Operations on path texts; none of them looks at the disk.
+// Operations on path strings; none of them accesses the disk.
 //
-// In memory a path has the separator of this machine ("/"). On disk, in project and application
-// files, relative paths are written with backslashes so that a file is the same bytes everywhere.
-// A text that starts with a drive letter is a path of another system: it counts as absolute and
-// keeps its backslashes. So does a network path, which starts with two separators and the name of a
-// server: server and share are its root, and no operation rewrites any part of it that it need not
-// resolve. Every operation understands both separators.
+// In memory a path uses the separator of this platform ("/"). On disk, in project and application
+// files, relative paths use backslashes so that a file has the same bytes on every platform. A path
+// that starts with a drive letter comes from another system: it is treated as absolute and keeps
+// its backslashes. The same holds for a network path, which starts with two separators and the name
+// of a server: server and share form its root, and every operation preserves the parts that it need
+// not resolve. All operations accept both separators.
 namespace tarn {
 
 inline constexpr char kSeparator = '/';
 
 bool IsSeparator(char c);
-// A letter and a colon at the start.
+// Starts with a letter and a colon.
 bool HasDrive(std::string_view path);
-// One separator twice and a name at the start: "\\server\share\x" or "//server/share/x".
+// Starts with the same separator twice and a name: "\\server\share\x" or "//server/share/x".
 bool IsNetworkPath(std::string_view path);
-// Neither a separator nor a drive at the start. An empty path is relative.
+// Starts with neither a separator nor a drive. An empty path is relative.
 bool IsRelativePath(std::string_view path);
 
-// Resolves "." and "..", stays at the root, collapses repeated separators and writes the
-// separator that the path's root calls for: backslashes after a drive, the first one of a network
-// path, this machine's otherwise.
+// Resolves "." and ".." without leaving the root, collapses repeated separators and normalises them
+// to the one that the path's root requires: a backslash after a drive, the path's first separator
+// for a network path, otherwise that of this platform.
 std::string CanonicalPath(std::string_view path);
 
 // Offset of the first component "..", or npos.
 std::size_t FindParentStep(std::string_view path);
 
-// The way from `folder` to `path`, both absolute, in the form that files hold: "." and a backslash
-// in front of what lies in the folder, ".." and a backslash for each level up. The common part is
-// compared without regard to case only after a drive or on a network share. Empty if there is none
-// (another drive or share).
+// Relative path from `folder` to `path`, both absolute, in the form stored in files: "." and a
+// backslash before a path inside the folder, ".." and a backslash for each level up. The common
+// part is compared case-insensitively only after a drive or on a network share. Returns an empty
+// string if there is no relative path (different drive or share).
 std::string RelativeDiskPath(std::string_view folder, std::string_view path);
 
-// The path without its last component and without a separator at its end, except for a root.
-// Empty when the path has no folder part.
+// The path without its last component and without a trailing separator, except for a root. Empty if
+// the path has no folder part.
 std::string FolderOf(std::string_view path);
 // The path without the extension of its last component.
 std::string WithoutExtension(std::string_view path);
-// The path with the extension of its last component replaced; `extension` has its dot.
+// The path with the extension of its last component replaced; `extension` includes the dot.
 std::string WithExtension(std::string_view path, std::string_view extension);
-// `folder`, a separator unless one is there or the folder is empty, and `name`.
+// Joins `folder` and `name`, with a separator between them unless `folder` is empty or ends in one.
 std::string JoinPath(std::string_view folder, std::string_view name);
-// The folder with a separator at its end; an empty folder stays empty.
+// The folder with a trailing separator; an empty folder stays empty.
 std::string AddSeparator(std::string_view folder);
 
-// A path taken apart; the parts joined in order give the path back.
+// Parts of a path; joined in order they yield the path again.
 struct PathParts {
   std::string drive;      // "C:" or empty
-  std::string folder;     // with its final separator, or empty
+  std::string folder;     // with a trailing separator, or empty
   std::string title;      // the last component without its extension
   std::string extension;  // with its dot, or empty
 };
@@ -63,7 +63,8 @@ PathParts SplitPath(std::string_view path);
 std::string FileNameOf(std::string_view path);
 std::string ExtensionOf(std::string_view path);
 
-// Separators as this machine writes them; a path with a drive and a network path keep their own.
+// Converts separators to those of this platform; a network path and a path with a drive keep
+// theirs.
 std::string ToNativeSeparators(std::string_view path);
 
 }  // namespace tarn

@@ -12,56 +12,58 @@
 
 namespace tarn {
 
-// What to start. The program is started directly, never through a shell. Its input is empty, and
-// it starts with no signal blocked or ignored, whatever this process does with signals.
+// Program to start. It is started directly, never through a shell. Its standard input is empty, and
+// it starts with no signal blocked or ignored, regardless of this process's signal handling.
 struct ProcessRequest {
-  std::string program;                 // a path, or a name that is looked for in the PATH it gets
-  std::vector<std::string> arguments;  // without the program's own name
-  // Added to, or put in place of, the environment of this process.
+  std::string program;                 // a path, or a name to look up in the child's PATH
+  std::vector<std::string> arguments;  // without the program name itself
+  // Variables added to this process's environment, replacing those of the same name.
   std::vector<std::pair<std::string, std::string>> environment;
   std::string folder = {};  // working folder; empty: the current one
-  bool mayOutlive = false;  // goes on if this process ends
+  bool mayOutlive = false;  // keeps running if this process ends
 };
 
 struct ProcessExit {
-  int code = 0;  // exit code; 128 + signal when a signal ended it
+  int code = 0;  // exit code; 128 + signal if ended by a signal
   bool signalled = false;
 };
 
-// A running program in a process group of its own. Stopping it takes along everything that it has
-// started, also what has left the group; so does the end of this process, even if it is killed,
-// unless the request says otherwise.
-// One thread may wait while others ask it to stop. Destroying one that was not waited for kills it.
+// A running program in a process group of its own. Stopping it also ends all of its descendants,
+// even those that have left the group; so does the end of this process, even if it is killed,
+// unless the request sets `mayOutlive`. One thread may wait while others call Stop(). Destroying a
+// process that was not waited for kills it.
 class Process {
  public:
   virtual ~Process() = default;
 
-  // Reads both streams to their end, hands each piece on as it comes (called on the waiting
-  // thread; `fromErrorStream` tells which), then waits for the exit. Never deadlocks on a full
-  // pipe. Returns as soon as the program itself has ended and its pipes are closed, or a short
-  // grace time later if a grandchild keeps them open. What the program leaves running without a
-  // stop goes on by itself. Waiting again returns the same exit.
+  // Reads both streams to their end, passes each chunk to `onOutput` as it arrives (on the waiting
+  // thread; `fromErrorStream` identifies the stream), then waits for the exit. Never deadlocks on a
+  // full pipe. Returns as soon as the program itself has ended and its pipes are closed, or after a
+  // short grace period if a descendant keeps them open. Without a stop, such descendants keep
+  // running. Waiting again returns the same exit.
   using OutputHandler = std::function<void(std::string_view text, bool fromErrorStream)>;
   virtual ProcessExit WaitWithOutput(const OutputHandler& onOutput) = 0;
 
-  // Asks the whole group to end. What is left of the program and of its descendants after `grace`
-  // is killed, and the wait ends after the last of them. Returns immediately; may be called from
-  // any thread, also after the end.
+  // Asks the whole group to terminate. Whatever is left of the program and its descendants after
+  // `grace` is killed; WaitWithOutput() returns after the last of them has ended. Returns
+  // immediately. Thread-safe, and a no-op after the end.
   virtual void Stop(std::chrono::milliseconds grace) = 0;
 };
 
-// Starts programs; the seam that tests replace.
+// Starts programs. Tests replace it with a fake.
 class ProcessLauncher {
  public:
   virtual ~ProcessLauncher() = default;
-  // NotFound when there is no such program or no such folder; the error's place tells which.
+  // Fails with NotFound if the program does not exist, and with Io if the working folder cannot be
+  // entered; the error's place is the offending path.
   virtual Result<std::unique_ptr<Process>> Start(const ProcessRequest& request) = 0;
 
   static ProcessLauncher& Native();
 };
 
-// The full path of a program that PATH holds, or of a path as it stands; empty when there is none
-// that may be run. Empty parts of PATH, which would mean the current folder, are left out.
+// Full path of the program that PATH contains, or of a path to a program. Returns an empty string
+// if there is no executable one. Empty entries of PATH, which would mean the current folder, are
+// ignored.
 std::string FindProgram(std::string_view name);
 
 }  // namespace tarn

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kTimeIsUp = -1;
 
-// What the waiting thread and its caller share; whoever is last to need it frees it.
+// Shared by the waiting thread and the caller; freed by the last of them.
 struct Waiting {
   std::unique_ptr<Process> process;
   std::mutex lock;
@@ -74,8 +74,8 @@ std::int32_t RunAndWait(ProcessLauncher& launcher, const std::string& commandLin
 
   const auto waiting = std::make_shared<Waiting>();
   waiting->process = std::move(*started);
-  // Of its own, since the program outlives the caller's patience and must be waited for all the
-  // same: to free what the system keeps of it, and because letting go of it would end it.
+  // A detached thread: the program may run longer than the caller waits, and still has to be waited
+  // for, to release its process table entry and because destroying the Process would kill it.
   std::thread(WaitForEnd, waiting).detach();
   std::unique_lock<std::mutex> hold(waiting->lock);
   waiting->ended.wait_for(hold, std::chrono::seconds(seconds),

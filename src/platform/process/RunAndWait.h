@@ -9,13 +9,13 @@
 
 namespace tarn {
 
-// A command line taken apart at the blanks that stand outside double quotes; the quotes go, and a
-// backslash in front of one makes it a character of the argument.
+// Splits a command line at spaces outside double quotes. The quotes are removed; a backslash before
+// a quote makes it a literal character.
 std::vector<std::string> SplitCommandLine(std::string_view commandLine);
 
-// Runs a program that has no window, on the calling thread, for at most `seconds`. Gives its exit
-// code; -1 when the time was up, and then it goes on by itself; 0 when it could not be started.
-// What it wrote by the end of the time goes into `written`, both streams as they came.
+// Runs a program without a window and waits on the calling thread for at most `seconds`. Returns
+// its exit code, -1 on timeout (the program keeps running), or 0 if it could not be started.
+// `written` receives the output of both streams up to that time, in order of arrival.
 std::int32_t RunAndWait(ProcessLauncher& launcher, const std::string& commandLine, int seconds,
                         std::string& written);
 

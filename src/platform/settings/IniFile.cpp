@@ -139,7 +139,7 @@ bool IniFile::Write(std::string_view section, std::string_view name, std::string
   }
   const std::size_t start = FindSection(header, 0);
   if (start == lines.size()) Insert(start, "[" + std::string(header) + "]");
-  // Comments behind the last value may belong to what follows them.
+  // Comments after the last value may belong to the next section.
   std::size_t last = EndOfSection(start) - 1;
   while (last > start && lines[last].kind != Kind::Value) --last;
   Insert(last + 1, std::string(key) + "=" + std::string(value));

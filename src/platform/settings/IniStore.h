@@ -8,13 +8,13 @@
 
 namespace tarn {
 
-// A settings store: a file in the INI form that is read whole and replaced in one step.
+// A settings store: an INI file that is read completely and replaced atomically.
 
-// Empty for a file that is missing or can't be read.
+// Returns an empty one if the file is missing or cannot be read.
 IniFile ReadIniStore(FileSystem& files, const std::string& path);
 
-// Changes the file, which is made with its folder when it is missing; one that is there and can't
-// be read is left alone, and so is one that `edit` leaves as it was or gives false for.
+// Edits the file, which is created with its folder if missing. Leaves the file alone if it exists
+// but cannot be read, if `edit` returns false, or if `edit` changes nothing.
 Status EditIniStore(FileSystem& files, const std::string& path,
                     const std::function<bool(IniFile& store)>& edit);
 

@@ -6,9 +6,9 @@
 
 namespace tarn {
 
-// Where the installation's data lies for whoever isn't told it, with a separator at its end: the
-// folder above this library's, or, when that has no folder "config", where the installation rules
-// put the data.
+// Default location of the installation's data, with a trailing separator: the folder above the one
+// of this library or, if that has no folder "config", the data folder that the installation rules
+// define.
 std::string InstalledDataFolder(FileSystem& files);
 
 }  // namespace tarn

@@ -14,10 +14,10 @@ namespace tarn {
 
 namespace {
 
-// What a caller's buffer of 260 bytes holds besides its final zero.
+// Capacity of a caller's buffer of 260 bytes without the terminating zero.
 constexpr std::size_t kLongestRegistryValue = 259;
 
-// A folder named by the environment counts only as an absolute path.
+// An environment variable is used only if it is an absolute path.
 std::string UserFolder(const char* variable, std::string_view belowHome) {
   const std::string base = TextOf(std::getenv(variable));
   return JoinPath(base.starts_with(kSeparator) ? base : JoinPath(HomeFolder(), belowHome), "tarn");
@@ -29,7 +29,7 @@ std::string WithoutOuterBackslashes(std::string_view key) {
   return std::string(key);
 }
 
-// False when the name is there already.
+// Returns false if the name already exists.
 bool AddName(std::vector<std::string>& names, const std::string& name) {
   const bool known = std::any_of(names.begin(), names.end(), [&name](const std::string& each) {
     return EqualNoCase(each, name);
@@ -57,7 +57,7 @@ std::string HomeFolder() {
 SettingsFolders SettingsFolders::FromEnvironment() {
   std::string root = TextOf(std::getenv("TARN_SETTINGS"));
   if (!root.empty()) {
-    // The current folder moves with every project.
+    // Make it absolute now: the current folder changes with every project.
     if (IsRelativePath(root)) root = JoinPath(FileSystem::Native().CurrentFolder(), root);
     return {JoinPath(root, "machine"), JoinPath(root, "user"), JoinPath(root, "data"),
             JoinPath(root, "state")};
@@ -111,7 +111,7 @@ std::vector<std::string> Settings::RegistrySubkeys(std::string_view key) const {
   for (const IniFile& store : ReadRegistries()) {
     for (const std::string& section : store.SectionNames()) {
       if (!StartsWithNoCase(section, prefix)) continue;
-      // A key is there as soon as one below it is.
+      // A key exists if it has a subkey.
       const std::string name(Split(section.substr(prefix.size()) + "\\", '\\').front());
       if (!name.empty()) AddName(names, name);
     }

@@ -6,8 +6,9 @@
 
 namespace tarn {
 
-// A 64-bit hash that is the same in every run and on every machine of one byte order; for telling
-// whether a text is the one that was seen before, not against an attacker. Eight bytes a step.
+// Non-cryptographic 64-bit hash that is stable across runs and across systems of the same byte
+// order. Use it to detect changed content, not to defend against an attacker. Processes eight bytes
+// per step.
 inline std::uint64_t HashBytes(std::string_view bytes, std::uint64_t seed = 0) {
   constexpr std::uint64_t kFirst = 0x9E3779B97F4A7C15ull;
   constexpr std::uint64_t kSecond = 0xD6E8FEB86659FD93ull;
@@ -23,7 +24,7 @@ inline std::uint64_t HashBytes(std::string_view bytes, std::uint64_t seed = 0) {
     std::memcpy(&word, from, sizeof word);
     return word;
   };
-  // A step waits for the one before it: a long text goes in four lanes, which don't.
+  // Each step depends on the previous one, so a long input uses four independent lanes.
   constexpr std::size_t kWord = sizeof(std::uint64_t);
   if (left >= 16 * kWord) {
     std::uint64_t lanes[4] = {hash, hash + 1, hash + 2, hash + 3};

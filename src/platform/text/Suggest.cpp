@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::size_t kMostNames = 3;
 
-// How many letters must be changed, added, removed or swapped with their neighbour.
+// Damerau-Levenshtein distance (optimal string alignment): the number of letters to change, add,
+// remove or swap with their neighbour. Dynamic programming, O(a x b) time and memory.
 std::size_t EditDistance(std::string_view a, std::string_view b) {
   std::vector<std::vector<std::size_t>> cost(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
   for (std::size_t i = 0; i <= a.size(); ++i) {

@@ -6,12 +6,13 @@
 
 namespace tarn {
 
-// The names that somebody may have meant who wrote `word`, the nearest first: a few letters wrong,
-// missing, too many or swapped, or the beginning of a name. Case plays no part.
+// Returns the names that the user may have meant by the misspelled `word`, the nearest first: a few
+// letters wrong, missing, added or swapped, or a prefix of the name. Case-insensitive. Compares by
+// edit distance, at a cost of O(length of the word x total length of the names).
 std::vector<std::string> FindNearNames(std::string_view word,
                                        const std::vector<std::string>& names);
 
-// ` Did you mean "a" or "b"?` with its leading blank, or nothing.
+// Returns ` Did you mean "a" or "b"?` with its leading space, or an empty string.
 std::string SuggestionText(std::string_view word, const std::vector<std::string>& names);
 
 }  // namespace tarn

@@ -95,7 +95,7 @@ std::vector<std::string> SplitLines(std::string_view text) {
 std::vector<std::string> SplitQuotedList(std::string_view list) {
   std::vector<std::string> entries;
   for (std::size_t start = list.find('"'); start != list.npos;) {
-    // A quote that no comma follows is part of the entry.
+    // A quote without a comma after it is part of the entry.
     std::size_t end = list.find("\",", start + 1);
     if (end == list.npos) end = list.rfind('"');
     if (end <= start) end = list.size();
@@ -151,7 +151,8 @@ std::string FormatMessageText(std::string_view format, std::span<const std::stri
 }
 
 std::string FormatLocalTime(std::int64_t seconds) {
-  // Tools write many files in one second, which are shown one after the other.
+  // Cache of the last result: tools write many files in the same second, and these are displayed
+  // consecutively.
   thread_local std::pair<std::int64_t, std::string> last;
   if (last.first == seconds && !last.second.empty()) return last.second;
   const auto time = static_cast<std::time_t>(seconds);

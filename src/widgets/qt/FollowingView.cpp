@@ -6,13 +6,13 @@ namespace tarn {
 
 FollowingView::FollowingView(CWnd& shownControl)
     : handle(shownControl.GetHandle()), control(shownControl) {
-  // The control lays its lines out from the left, whatever the user's language.
+  // The control's layout is left-to-right regardless of the user's language.
   setLayoutDirection(Qt::LeftToRight);
   setUniformRowHeights(true);
   setEditTriggers(NoEditTriggers);
   setAutoScroll(false);
   setTabKeyNavigation(false);
-  // The value of the bar is the line at the top, as the control counts it.
+  // The scroll bar's value is the control's top line.
   setVerticalScrollMode(ScrollPerItem);
   setHorizontalScrollMode(ScrollPerPixel);
 }
@@ -34,7 +34,7 @@ void FollowingView::TellSize() {
   }
 }
 
-// The view would choose a line of its own.
+// Skips the base class, which would select a line of its own choice.
 void FollowingView::focusInEvent(QFocusEvent* event) {
   QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
   viewport()->update();

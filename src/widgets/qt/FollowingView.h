@@ -8,14 +8,15 @@
 
 namespace tarn {
 
-// A list that shows a control's lines. What is selected, open and at the top is the control's
-// matter: the view's own handling of mouse and keys is off, and it follows the control's calls.
-// Where it can't, it tells the control how it is.
+// Base of list views that mirror a control. The control owns selection, expansion and scroll
+// position: the view's own mouse and key handling is disabled, and it follows the control's
+// notifications. If the view cannot adopt a state, it reports its own state to the control.
 class FollowingView : public QTreeView {
  public:
-  // Takes the control's top line.
+  // Adopts the control's top line.
   virtual void FollowScroll() = 0;
-  // At the next chance: size and top line, where the view can't have them as the control knows.
+  // Schedules a TellState() for size and top line, in case the view cannot adopt the control's
+  // values.
   void AskToTellState();
 
  protected:
@@ -23,10 +24,10 @@ class FollowingView : public QTreeView {
 
   explicit FollowingView(CWnd& shownControl);
 
-  // What AskToTellState has asked for. Only for a control that stands and a view that is seen;
-  // either may be gone afterwards.
+  // Executes what AskToTellState() has scheduled. Called only if the control exists and the view is
+  // visible; either may be destroyed by it.
   virtual void TellState() = 0;
-  // The part of it that is the same for all: the control is smaller by the view's bars.
+  // The part common to all views: the control's size is the view's without its scroll bars.
   void TellSize();
 
   void focusInEvent(QFocusEvent* event) override;
@@ -34,7 +35,7 @@ class FollowingView : public QTreeView {
   void showEvent(QShowEvent* event) override;
 
   const WindowHandle handle;
-  int following = 0;  // calls of the control that are running: nothing may be told back in them
+  int following = 0;  // running calls of the control; nothing is reported during them
   TypeAhead typeAhead;
 
  private:

@@ -9,27 +9,27 @@
 
 namespace tarn {
 
-// The picture of that number among those of one size that stand side by side in a bitmap, for a
-// screen of that many pixels to a pixel of ours. Where the bitmap's file has a drawing beside it -
-// of the same name with ".svg", for a strip "-0.svg" and so on - it is drawn from that, so that it
-// is sharp on every screen. Null for a bitmap that can't be decoded.
+// Renders image `number` of a bitmap that holds images of one size side by side, at a device pixel
+// ratio. If there is a vector drawing next to the bitmap's file (same name with ".svg", for a strip
+// "-0.svg" and so on), renders that, so that the image is sharp on every screen. Returns null if
+// the bitmap cannot be decoded.
 QPixmap ToPixmap(const Bitmap& bitmap, Size size, int number, qreal ratio,
                  Color transparent = kTransparentColor);
 
-// The pictures of image lists, each drawn once. Lists and bitmaps may go at any time; what was
-// drawn from them goes when the next picture is drawn. On the thread of the widgets.
+// Cache of rendered images of image lists. Lists and bitmaps may be destroyed at any time; images
+// rendered from them are evicted when the next image is rendered. Widget thread only.
 class ImageCache {
  public:
-  // Null for a number that the list does not have, and for a bitmap that can't be decoded.
+  // Returns null if the list has no such number or the bitmap cannot be decoded.
   QPixmap Get(const CImageList& images, int index, qreal ratio = 1);
 
  private:
   struct Picture {
-    std::weak_ptr<const Bitmap> bitmap;  // another one may have the place of one that has gone
+    std::weak_ptr<const Bitmap> bitmap;  // detects a new bitmap at the address of a destroyed one
     QPixmap pixmap;
   };
-  // The bitmap, what is transparent in it, the size of one picture and which it is, and the ratio
-  // in hundredths.
+  // Bitmap, transparent colour, width and height of an image, its number, and the ratio in
+  // hundredths.
   using Key = std::tuple<const Bitmap*, Color, int, int, int, int>;
 
   std::map<Key, Picture> pictures;

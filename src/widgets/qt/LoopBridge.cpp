@@ -12,7 +12,7 @@ namespace tarn {
 namespace {
 
 constexpr qint64 kLongestPieceMs = 8;
-// States of tool bars follow at least this often, and not much oftener.
+// Minimum refresh rate of toolbar states, and roughly the maximum.
 constexpr qint64 kIdlePeriodMs = 100;
 
 QEvent::Type WakeEvent() {
@@ -54,7 +54,7 @@ void LoopBridge::Serve() {
   QElapsedTimer piece;
   piece.start();
   while (loop->Pump()) {
-    // The rest after whatever else is waiting: a posted event would come ahead of it.
+    // Continue after other pending events: a posted event would be processed before them.
     if (piece.elapsed() < kLongestPieceMs) continue;
     serveTimer.start(0);
     return;

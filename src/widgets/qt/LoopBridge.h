@@ -10,9 +10,9 @@
 
 namespace tarn {
 
-// Serves the windows' loop of the thread that makes it from the toolkit's loop: in short pieces, so
-// that the user's actions and painting come between, and the windows' idle work when there is
-// nothing else to do. The toolkit's loops inside of events (menus, dialogs) serve it as well.
+// Runs the message loop of the creating thread from the toolkit's event loop: in short time slices,
+// so that user input and painting are processed in between, and with idle processing when there is
+// nothing else to do. Works inside the toolkit's nested loops (menus, dialogs) as well.
 class LoopBridge : public QObject {
  public:
   LoopBridge();
@@ -22,7 +22,9 @@ class LoopBridge : public QObject {
   bool event(QEvent* event) override;
 
  private:
+  // Pumps the loop for one time slice and schedules the next one.
   void Serve();
+  // The toolkit's loop has no more events: schedules the idle processing.
   void OnAboutToBlock();
   void OnIdle();
 
@@ -31,7 +33,7 @@ class LoopBridge : public QObject {
   QTimer serveTimer;
   QTimer idleTimer;
   QElapsedTimer sinceIdle;
-  bool isIdleOver = false;  // what the loop does next was caused by the idle work itself
+  bool isIdleOver = false;  // the next loop iteration was caused by the idle processing itself
 };
 
 }  // namespace tarn

@@ -35,7 +35,7 @@ QAbstractButton* NewButton(ButtonKind kind) {
   return new QPushButton;
 }
 
-// The radio button in front of this one in the same group; null for the first.
+// Returns the preceding radio button of the same group; null for the first one.
 QAbstractButton* RadioBefore(const CButton& button) {
   QAbstractButton* before = nullptr;
   if (button.GetParent() == nullptr || button.StartsGroup()) return nullptr;
@@ -59,7 +59,7 @@ class ButtonWidgetPeer : public WidgetPeer<ButtonPeer, QAbstractButton> {
     QObject::connect(widget, &QAbstractButton::clicked, widget, [this, own = handle] {
       if (!IsWindow(own)) return;
       button.NotifyClicked();
-      // The button decides; the widget has only guessed.
+      // The control's state is authoritative; the widget has already toggled by itself.
       if (IsWindow(own)) OnCheckChanged();
     });
   }
@@ -69,7 +69,7 @@ class ButtonWidgetPeer : public WidgetPeer<ButtonPeer, QAbstractButton> {
   }
   void OnCheckChanged() override {
     if (widget == nullptr || button.GetKind() == ButtonKind::Push) return;
-    // A group that insists on a choice would keep the last one.
+    // An exclusive group would refuse to uncheck its last button.
     QButtonGroup* const group = widget->group();
     if (group != nullptr) group->setExclusive(false);
     widget->setChecked(button.IsChecked());
@@ -77,7 +77,7 @@ class ButtonWidgetPeer : public WidgetPeer<ButtonPeer, QAbstractButton> {
   }
 
  private:
-  // Gives the arrow keys their way through the group.
+  // Adds the button to its group, for navigation with the arrow keys.
   void JoinGroup() {
     const QAbstractButton* const before = RadioBefore(button);
     QButtonGroup* group = before == nullptr ? nullptr : before->group();
@@ -103,7 +103,7 @@ class ComboBoxWidgetPeer : public WidgetPeer<ComboBoxPeer, QComboBox> {
 
   void OnEntriesChanged() override {
     if (widget == nullptr) return;
-    // Entries are added one after another.
+    // Entries are added one by one.
     if (list.GetCount() < widget->count()) widget->clear();
     for (int index = widget->count(); index < list.GetCount(); ++index) {
       widget->addItem(ToQt(list.GetText(index)));
@@ -140,8 +140,8 @@ class StaticPeer : public WidgetPeer<WindowPeer, QLabel> {
   }
 
  private:
-  // One line stands in the middle of its place, beside its field; several begin at the top. What is
-  // too long for its place can be read in a tip.
+  // A single line is centred vertically, to align with the field next to it; several lines start at
+  // the top. Truncated text is shown in a tooltip.
   void Fit() {
     const bool isOneLine = widget->height() < 2 * QFontMetrics(widget->font()).height();
     widget->setAlignment(Qt::AlignLeft | (isOneLine ? Qt::AlignVCenter : Qt::AlignTop));
@@ -152,8 +152,7 @@ class StaticPeer : public WidgetPeer<WindowPeer, QLabel> {
   const StaticKind kind;
 };
 
-// A link as one thing that takes the keyboard; those inside of a label's text have to be reached by
-// a second Tab.
+// A link as a widget with its own focus; a link inside a label's text would need a second Tab.
 class LinkLabel : public QLabel {
  public:
   LinkLabel() {

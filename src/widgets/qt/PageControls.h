@@ -8,7 +8,7 @@
 #include "widgets/PropertyPage.h"
 #include "widgets/Static.h"
 
-// What shows a page and its plain controls.
+// Peers of a page and its plain controls.
 namespace tarn {
 
 std::unique_ptr<ButtonPeer> MakeButtonPeer(CButton& button);

@@ -26,7 +26,7 @@ namespace tarn {
 namespace {
 
 constexpr qint64 kLargestPage = 64 << 20;
-// A letter alone is a drive.
+// A single letter is a drive.
 constexpr qsizetype kShortestScheme = 2;
 
 bool HasScheme(const QString& address) {
@@ -40,7 +40,7 @@ bool HasScheme(const QString& address) {
   return true;
 }
 
-// Empty for what is not of this machine.
+// Returns an empty string for a remote address.
 QString ToLocalPath(const QString& address) {
   if (!HasScheme(address)) return address;
   const QUrl url(address);
@@ -54,11 +54,11 @@ std::optional<QByteArray> ReadPage(const QString& path) {
   return file.readAll();
 }
 
-// Where links lead is kept beside the document, by number: an address goes through no parser of
-// addresses, which would change it.
+// Link targets are stored outside the document, by number, since passing an address through the URL
+// parser would change it.
 class PageView : public QTextBrowser {
  public:
-  // Whether somebody else has shown a menu there, or the page is gone.
+  // Returns whether a menu was already shown there, or the page has been destroyed.
   std::function<bool(QPoint screen)> onMenuWanted;
 
   PageView() {
@@ -68,13 +68,13 @@ class PageView : public QTextBrowser {
 
   void Show(const QString& address) {
     shownAddress = address;
-    // A file's own name, or a folder's, may have one as well.
+    // A '#' may also be part of the name of a file or folder.
     const bool isWhole = HasScheme(address) || QFileInfo::exists(address);
     const qsizetype mark = isWhole ? -1 : address.lastIndexOf(QLatin1Char('#'));
     const QUrl url = HasScheme(address) ? QUrl(address) : QUrl();
     const QString place = mark >= 0 ? address.mid(mark + 1) : url.fragment();
     path = ToLocalPath(mark >= 0 ? address.left(mark) : address);
-    // A page may write the blanks of a name as addresses have them.
+    // A page may percent-encode the spaces of a name.
     if (!QFileInfo::exists(path)) path = QUrl::fromPercentEncoding(path.toUtf8());
     const std::optional<QByteArray> page = path.isEmpty() ? std::nullopt : ReadPage(path);
     targets.clear();
@@ -93,8 +93,7 @@ class PageView : public QTextBrowser {
     if (!place.isEmpty()) scrollToAnchor(place);
   }
 
-  // What the link says, as the page has it, or the whole path of what it means relative to the
-  // page.
+  // Target of a link, as written in the page; a relative one is resolved to a full path.
   QString AddressOf(const QUrl& numbered) const {
     const int number = numbered.path().toInt();
     if (number < 0 || number >= targets.size()) return {};
@@ -105,7 +104,7 @@ class PageView : public QTextBrowser {
   }
 
  protected:
-  // A page has the colours of its links from when it was read.
+  // A page is rendered with the link colours of the theme at that time.
   void changeEvent(QEvent* event) override {
     QTextBrowser::changeEvent(event);
     if (event->type() != QEvent::PaletteChange || isDark == IsDarkPalette()) return;
@@ -118,7 +117,7 @@ class PageView : public QTextBrowser {
     event->accept();
     if (!onMenuWanted || onMenuWanted(event->globalPos())) return;
     QMenu* const menu = createStandardContextMenu();
-    // Would copy the number of the link.
+    // It would copy the number of the link.
     delete menu->findChild<QAction*>(QStringLiteral("link-copy"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(event->globalPos());
@@ -189,7 +188,7 @@ class QtBrowser final : public WidgetPeer<BrowserPeer, PageView> {
   }
 
  private:
-  // May end the peer.
+  // May destroy the peer.
   void Follow(const QString& address) {
     const WindowHandle own = handle;
     if (!IsWindow(own) || !browser.NotifyNavigating(FromQt(address))) return;

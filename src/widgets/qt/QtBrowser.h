@@ -6,7 +6,7 @@
 
 namespace tarn {
 
-// Shows pages of this machine; neither scripts nor anything from elsewhere.
+// Displays local pages only; scripts and remote content are disabled.
 std::unique_ptr<BrowserPeer> MakeBrowserPeer(CBrowserCtrl& browser);
 
 }  // namespace tarn

@@ -10,12 +10,12 @@ namespace tarn {
 
 namespace {
 
-// Dark colours of the light palette would otherwise come out paler than what they stand beside.
+// Limits: an inverted dark colour would otherwise be paler than its surroundings.
 constexpr qreal kDarkestOnDark = 0.55;
 constexpr qreal kBrightestBackground = 0.3;
 constexpr float kSaturationOnDark = 0.3F;
 
-// As bright as the eye takes it, from 0 to 1.
+// Relative luminance as perceived by the eye, 0 to 1.
 double LuminanceOf(const QColor& color) {
   const auto linear = [](float share) {
     const auto value = static_cast<double>(share);
@@ -39,7 +39,7 @@ bool IsDarkPalette() {
 }
 
 QColor ToTextColor(Color color) {
-  // Black is the desktop's own.
+  // Black means the desktop's text colour.
   if (color == 0) return QGuiApplication::palette().color(QPalette::Text);
   const QColor plain = ToQtColor(color);
   if (!IsDarkPalette()) return plain;
@@ -51,7 +51,8 @@ QColor ToTextColor(Color color) {
 QColor ToBackgroundColor(Color color) {
   const QColor plain = ToQtColor(color);
   if (!IsDarkPalette()) return plain;
-  // White is the desktop's own, and what is hardly darker is hardly brighter.
+  // White means the desktop's background, and a slightly darker colour becomes a slightly brighter
+  // one.
   const QColor base = QGuiApplication::palette().color(QPalette::Base);
   const auto lightness = static_cast<qreal>(plain.lightnessF());
   const qreal turned =
@@ -67,7 +68,7 @@ QColor Blend(const QColor& from, const QColor& to, float share) {
 }
 
 double ContrastOf(const QColor& text, const QColor& background) {
-  // What the screen itself reflects brightens both.
+  // Reflected light of the screen brightens both.
   constexpr double kGlare = 0.05;
   const double one = LuminanceOf(text) + kGlare;
   const double other = LuminanceOf(background) + kGlare;

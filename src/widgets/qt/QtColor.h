@@ -9,7 +9,7 @@ class QWidget;
 
 namespace tarn {
 
-// A colour of the desktop, as it is.
+// Convert a colour of the desktop without adjustment.
 inline QColor ToQtColor(Color color) {
   return QColor(static_cast<int>(color & 0xFF), static_cast<int>((color >> 8) & 0xFF),
                 static_cast<int>((color >> 16) & 0xFF));
@@ -20,21 +20,21 @@ inline Color FromQtColor(const QColor& color) {
                    static_cast<std::uint32_t>(color.blue()));
 }
 
-// Of the colours of a widget in its state: with the keyboard, without it, or disabled.
+// Colour group for a widget's state: focused, unfocused or disabled.
 QPalette::ColorGroup GroupOf(const QWidget& widget);
 
-// Whether the desktop writes light on dark.
+// Returns whether the desktop uses a dark theme.
 bool IsDarkPalette();
-// A fixed colour of a text or a message, made for a light background, as it is to be shown: on a
-// dark one its brightness is turned over.
+// Adapts a fixed text colour, designed for a light background, to the desktop: on a dark theme its
+// brightness is inverted.
 QColor ToTextColor(Color color);
-// Such a colour behind a text.
+// Like ToTextColor(), for a background colour.
 QColor ToBackgroundColor(Color color);
-// From the one (0) to the other (1).
+// Interpolates linearly: `from` at share 0, `to` at 1.
 QColor Blend(const QColor& from, const QColor& to, float share);
 
-// How well a text in the one is read on the other: from 1, not at all, to 21, black on white. Small
-// texts want 4.5.
+// Contrast ratio of a text on a background: from 1 (invisible) to 21 (black on white). Small text
+// needs 4.5.
 double ContrastOf(const QColor& text, const QColor& background);
 
 }  // namespace tarn

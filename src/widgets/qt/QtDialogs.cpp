@@ -12,7 +12,7 @@ namespace tarn {
 
 namespace {
 
-// Runs a dialog that goes with its parent, if that goes first; null then.
+// Runs a dialog. It is destroyed with its parent if that happens first; the pointer is null then.
 template <class Dialog>
 bool Accepts(const QPointer<Dialog>& dialog) {
   return dialog->exec() == QDialog::Accepted && dialog != nullptr;
@@ -50,13 +50,13 @@ QStringList ToNameFilters(std::string_view filter) {
   QStringList filters;
   for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
     QString label = parts[i].trimmed();
-    // The dialog adds the patterns by itself.
+    // The dialog appends the patterns itself.
     const qsizetype bracket = label.lastIndexOf(QLatin1Char('('));
     if (bracket > 0 && label.endsWith(QLatin1Char(')'))) label = label.left(bracket).trimmed();
     QStringList patterns = parts[i + 1].split(QLatin1Char(';'), Qt::SkipEmptyParts);
     for (QString& pattern : patterns) {
       pattern = pattern.trimmed();
-      // Means every file, also one without a dot.
+      // Means every file, including one without a dot.
       if (pattern == QLatin1String("*.*")) pattern = QStringLiteral("*");
     }
     if (patterns.isEmpty()) continue;
@@ -74,7 +74,7 @@ QtDialogs::~QtDialogs() {
   SetDialogResponder(owner, nullptr);
 }
 
-// A question that a dialog causes stands over that dialog.
+// A question caused by a dialog is shown over that dialog.
 QWidget* QtDialogs::Parent() const {
   QWidget* const modal = QApplication::activeModalWidget();
   return modal != nullptr ? modal : parent.data();
@@ -112,8 +112,8 @@ int QtDialogs::RunSheet(CPropertySheet& sheet) {
   if (dialog == nullptr || sheet.GetPage() == nullptr) return kSheetCancel;
   if (QWidget* const above = Parent()) dialog->setParent(above, dialog->windowFlags());
   dialog->Build(sheet);
-  // Destroying the sheet's window hides the dialog, which ends its loop; the sheet may be gone
-  // then.
+  // Destroying the sheet's window hides the dialog, which ends its loop; the sheet may no longer
+  // exist then.
   return Accepts(dialog) ? kSheetFinish : kSheetCancel;
 }
 

@@ -12,11 +12,11 @@
 
 namespace tarn {
 
-// Asks the user in dialogs over a widget, for one window, while it lives. Each question runs a loop
-// of its own; one that is still open when the widget goes is cancelled.
+// Responder that asks the user in modal dialogs over a widget, for one window, during its lifetime.
+// Each question runs a nested loop; an open dialog is cancelled if the widget is destroyed.
 class QtDialogs final : public DialogResponder {
  public:
-  // `parentWidget` is borrowed; it may go first.
+  // `parentWidget` is borrowed; it may be destroyed first.
   QtDialogs(WindowHandle askedWindow, QWidget* parentWidget);
   ~QtDialogs();
   QtDialogs(const QtDialogs&) = delete;
@@ -28,7 +28,8 @@ class QtDialogs final : public DialogResponder {
   std::string ChooseFolder(const FolderQuestion& question) override;
   int RunSheet(CPropertySheet& sheet) override;
 
-  // The user has said OK to a question, and who asked goes on behind this call; may be empty.
+  // Called after the user has confirmed a question with OK, before the caller continues; may be
+  // empty.
   std::function<void()> onAccepted;
 
  private:
@@ -38,7 +39,7 @@ class QtDialogs final : public DialogResponder {
   const QPointer<QWidget> parent;
 };
 
-// The filters of a file question, one a string, as file dialogs take them: "Label (*.c *.h)".
+// Converts the filter of a file question to the format of file dialogs: "Label (*.c *.h)".
 QStringList ToNameFilters(std::string_view filter);
 
 }  // namespace tarn

@@ -20,7 +20,7 @@ struct Selected {
   int end;
 };
 
-// What the mouse sees.
+// The widget that receives mouse events.
 QWidget& AreaOf(QLineEdit& field) {
   return field;
 }
@@ -31,7 +31,7 @@ QWidget& AreaOf(QPlainTextEdit& field) {
 QString TextOf(const QLineEdit& field) {
   return field.text();
 }
-// As the field has it: its plain text would have a blank for one that does not break the line.
+// Converts the raw text: toPlainText() would replace a non-breaking space by an ordinary one.
 QString TextOf(const QPlainTextEdit& field) {
   QString text = field.document()->toRawText();
   for (QChar& c : text) {
@@ -41,7 +41,7 @@ QString TextOf(const QPlainTextEdit& field) {
 }
 
 void SetText(QLineEdit& field, const QString& text) {
-  field.setMaxLength(std::numeric_limits<int>::max());  // else a long text would be cut
+  field.setMaxLength(std::numeric_limits<int>::max());  // otherwise a long text would be truncated
   field.setText(text);
 }
 void SetText(QPlainTextEdit& field, const QString& text) {
@@ -68,8 +68,9 @@ void Select(QPlainTextEdit& field, Selected range) {
   field.setTextCursor(cursor);
 }
 
-// `before` with the user's change, which made `shown` out of it: what the user has left alone keeps
-// its bytes, even those that are no text.
+// Applies the user's change, which turned `before` into `shown`. Only the part between the common
+// prefix and suffix is replaced: the rest keeps its bytes, even if these are invalid UTF-8. Linear
+// in the length of the text.
 std::string WithChange(const std::string& before, const QString& shown) {
   const QString old = ToQt(before);
   const qsizetype shorter = std::min(old.size(), shown.size());
@@ -79,7 +80,7 @@ std::string WithChange(const std::string& before, const QString& shown) {
   while (back < shorter - front && old[old.size() - 1 - back] == shown[shown.size() - 1 - back]) {
     ++back;
   }
-  // Not between the halves of a character.
+  // Not inside a surrogate pair.
   if (front > 0 && old[front - 1].isHighSurrogate()) --front;
   if (back > 0 && old[old.size() - back].isLowSurrogate()) --back;
   const std::size_t start = FromQtPosition(before, static_cast<int>(front));
@@ -96,7 +97,7 @@ class QtEdit final : public WidgetPeer<EditPeer, Field> {
 
  public:
   explicit QtEdit(CEdit& shownEdit) : Base(shownEdit, new Field), edit(shownEdit) {
-    // The menu is the field's own.
+    // The context menu is the field's own.
     new WindowInput(edit, *widget, kInputSize | kInputFocus | kInputKeys);
     new WindowInput(edit, AreaOf(*widget), kInputMouseHeard | kInputFileDrops);
     QtEdit::OnReadOnlyChanged();
@@ -131,7 +132,7 @@ class QtEdit final : public WidgetPeer<EditPeer, Field> {
     edit.NotifyTextEdited(text, SelectedBytes(text));
   }
   void OnSelected() {
-    // A selection that comes ahead of the change it belongs to is told with that.
+    // A selection signal that precedes its text change is reported together with that.
     if (isShowing || TextOf(*widget) != ToQt(edit.GetWindowText())) return;
     edit.NotifySelected(SelectedBytes(edit.GetWindowText()));
   }
@@ -141,8 +142,8 @@ class QtEdit final : public WidgetPeer<EditPeer, Field> {
   }
 
   CEdit& edit;
-  bool isShowing = false;  // changes of the field are not the user's
-  QObject context;         // what the field tells behind the peer's life goes nowhere
+  bool isShowing = false;  // changes of the field were not made by the user
+  QObject context;         // disconnects the field's signals at the end of the peer
 };
 
 }  // namespace

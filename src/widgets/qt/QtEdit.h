@@ -6,7 +6,7 @@
 
 namespace tarn {
 
-// A field of one line or of several, as the edit's style says.
+// Peer for a single-line or multi-line field, depending on the edit's style.
 std::unique_ptr<EditPeer> MakeEditPeer(CEdit& edit);
 
 }  // namespace tarn

@@ -6,7 +6,7 @@
 
 namespace tarn {
 
-// What the font leaves open is taken from `base`.
+// Properties that the font does not set are taken from `base`.
 QFont ToQtFont(const Font& font, const QFont& base);
 
 }  // namespace tarn

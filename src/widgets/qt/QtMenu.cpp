@@ -42,7 +42,7 @@ QWidget* NearestWidget(const CWnd& window) {
 
 int RunMenu(const CMenu& menu, Point screen, const CWnd& owner) {
   if (menu.GetEntries().empty()) return 0;
-  // Goes with its parent, which its loop may end.
+  // Destroyed with its parent, which the menu's loop may destroy.
   const QPointer<QMenu> shown = new QMenu(NearestWidget(owner));
   Fill(*shown, menu);
   const QAction* const chosen = shown->exec(QPoint(screen.x, screen.y));

@@ -5,8 +5,9 @@
 
 namespace tarn {
 
-// Shows the menu at a point of the screen and runs a loop until the user has decided. The command
-// that was chosen; 0 for none, also when the owner's widget went meanwhile.
+// Shows the menu at a point of the screen and runs a nested loop until the user has decided.
+// Returns the chosen command; 0 for none, and also if the owner's widget was destroyed in the
+// meantime.
 int RunMenu(const CMenu& menu, Point screen, const CWnd& owner);
 
 }  // namespace tarn

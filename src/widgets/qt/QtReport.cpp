@@ -21,8 +21,8 @@ namespace {
 constexpr int kBoxMargin = 6;
 constexpr int kBoxSpacing = 4;
 
-// What the rows are grouped by: a button for each column, which ends that. Column heads are dropped
-// here.
+// Bar with a button for each grouping column, which removes the column from the grouping. Column
+// headers can be dropped here.
 class GroupBox : public QWidget {
  public:
   explicit GroupBox(CReportControl& shownReport)
@@ -40,12 +40,12 @@ class GroupBox : public QWidget {
     for (const CReportColumn* const column : columns) {
       groups.emplace_back(column->GetIndex(), column->GetCaption());
     }
-    // Each step of a width that the user drags comes here as well.
+    // Also called for each step of a column resize.
     const bool isKnown = row->count() > 0 && groups == shownGroups;
     if (isKnown || !report.IsGroupByVisible()) return;
     shownGroups = std::move(groups);
     while (QLayoutItem* const item = row->takeAt(0)) {
-      // A press on one of them may be what caused this.
+      // This may be called from a press on one of them.
       if (item->widget() != nullptr) {
         item->widget()->hide();
         item->widget()->deleteLater();
@@ -130,7 +130,7 @@ class QtReport final : public WidgetPeer<ReportPeer, ReportFrame> {
     WidgetPeer::OnTextChanged();
     if (widget != nullptr) widget->view->setAccessibleName(ToQt(report.GetWindowText()));
   }
-  // The pictures may be others, of another size.
+  // The images may have been replaced by ones of another size.
   void OnInvalidated() override {
     if (widget == nullptr) return;
     widget->view->FollowMeasures();

@@ -6,8 +6,7 @@
 
 namespace tarn {
 
-// Shows a report as a list with columns, and above it, where the report wants that, what its rows
-// are grouped by.
+// Shows a report as a list with columns and, if enabled, its grouping columns above it.
 std::unique_ptr<ReportPeer> MakeReportPeer(CReportControl& report);
 
 }  // namespace tarn

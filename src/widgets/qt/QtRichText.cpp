@@ -22,7 +22,7 @@ constexpr qint64 kInsertPeriodMs = 17;
 constexpr int kLinesAtOnce = 500;
 constexpr int kTabColumns = 8;
 
-// The document has the control's text up to `shownEnd`, a block for each line.
+// The document contains the control's text up to `shownEnd`, one block per line.
 class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView>, public RichTextListener {
  public:
   explicit QtRichText(CRichTextCtrl& shownControl);
@@ -35,7 +35,7 @@ class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView>, public R
   void OnFontChanged() override;
 
   void OnSelectedByUser() override;
-  // Meanwhile nothing is inserted, which would end the selection.
+  // While selecting, nothing is inserted, since that would end the selection.
   void OnSelecting(bool begins) override;
   void OnPaletteTurned() override { OnTextReplaced(); }
   QTextCursor LinkAt(QPoint point) const override;
@@ -46,7 +46,7 @@ class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView>, public R
   using Run = std::vector<RichTextRun>::const_iterator;
 
   Run FindRun(std::size_t byte) const;
-  // A link may have several runs; they share its target.
+  // A link may consist of several runs with the same target.
   TextRange LinkWith(Run run) const;
   QTextCursor Select(TextRange link) const;
   std::size_t TextEnd() const { return control.GetText().size() - 1; }
@@ -63,7 +63,7 @@ class QtRichText final : public WidgetPeer<RichTextPeer, RichTextView>, public R
   std::size_t shownEnd = 0;
   QTimer timer;
   QElapsedTimer sinceInsert;
-  bool isShowing = false;  // changes of the view are not the user's
+  bool isShowing = false;  // changes of the view were not made by the user
   bool isSelecting = false;
 };
 
@@ -108,7 +108,7 @@ void QtRichText::OnTextReplaced() {
 }
 
 void QtRichText::OnSelectionChanged() {
-  // With text that is still to come it is shown behind that.
+  // While text is pending, the selection is shown after its insertion.
   if (widget != nullptr && shownEnd == TextEnd()) ShowSelection();
 }
 
@@ -123,7 +123,7 @@ void QtRichText::OnFontChanged() {
   if (widget == nullptr) return;
   const QFont fixed = FixedFont();
   QFont font = ToQtFont(control.GetFont(), fixed);
-  // What would stand in for a missing face may not be of one width.
+  // The fallback of a missing font may not be monospaced.
   if (!QFontDatabase::hasFamily(font.family())) font.setFamily(fixed.family());
   widget->setFont(font);
   widget->setTabStopDistance(kTabColumns *
@@ -166,7 +166,7 @@ TextRange QtRichText::LinkWith(Run run) const {
   return {first->range.start, last->range.end};
 }
 
-// The end first, so that the beginning of a long one is seen.
+// Places the cursor at the start, so that the beginning of a long link is visible.
 QTextCursor QtRichText::Select(TextRange link) const {
   QTextCursor cursor = widget->textCursor();
   cursor.setPosition(ToPosition(link.end));
@@ -247,7 +247,7 @@ void QtRichText::Insert(int maxLines) {
 
   QTextCursor cursor(widget->document());
   cursor.beginEditBlock();
-  // A line that had begun is written anew: its next part may complete a character.
+  // Rewrites an incomplete last line: its next part may complete a character.
   cursor.movePosition(QTextCursor::End);
   cursor.movePosition(QTextCursor::StartOfBlock, QTextCursor::KeepAnchor);
   cursor.removeSelectedText();

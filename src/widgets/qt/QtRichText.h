@@ -6,7 +6,8 @@
 
 namespace tarn {
 
-// A view that takes up what is appended a few times a second at most, and a large text in pieces.
+// Peer that batches appended text, with a few updates per second at most, and inserts large text in
+// chunks.
 std::unique_ptr<RichTextPeer> MakeRichTextPeer(CRichTextCtrl& control);
 
 }  // namespace tarn

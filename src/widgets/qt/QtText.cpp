@@ -38,11 +38,11 @@ QString WithoutMnemonic(const QString& label) {
   return plain;
 }
 
-// The toolkit leaves a mark out that stands in front of all.
+// The toolkit drops a byte order mark at the beginning.
 TextWalk::TextWalk(std::string_view walkedText)
     : text(walkedText), byte(text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0) {}
 
-// As the toolkit reads them: a byte that is no text is one of its own.
+// Length by the toolkit's rules: an invalid byte is a character by itself.
 std::size_t TextWalk::Length() const {
   const auto at = [this](std::size_t offset) {
     return byte + offset < text.size() ? static_cast<unsigned char>(text[byte + offset]) : 0U;
@@ -53,7 +53,7 @@ std::size_t TextWalk::Length() const {
   for (std::size_t i = 1; i < length; ++i) {
     if ((at(i) & 0xC0) != 0x80) return 1;
   }
-  // Longer than needed, a half of a pair, or behind the last character.
+  // Overlong, a surrogate, or beyond the last code point.
   const unsigned second = at(1);
   const bool isNone = (first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
                       (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F);

@@ -5,33 +5,34 @@
 #include <string>
 #include <string_view>
 
-// Texts of the system are bytes, usually UTF-8; those of the toolkit are UTF-16. Bytes that are no
-// UTF-8 show as substitutes.
+// Conversions between Tarn's strings, which are bytes and usually UTF-8, and the toolkit's, which
+// are UTF-16. Invalid UTF-8 is shown as replacement characters.
 namespace tarn {
 
 QString ToQt(std::string_view text);
 std::string FromQt(const QString& text);
 
-// The text of a menu entry or a button: an ampersand before a letter or a digit marks the key that
-// chooses it, and any other stands for itself.
+// Converts the text of a menu entry or a button: an ampersand before a letter or a digit marks the
+// mnemonic, any other is literal.
 QString ToQtLabel(std::string_view text);
-// Such a text as it is read.
+// Removes the mnemonic from such a text.
 QString WithoutMnemonic(const QString& label);
 
-// Goes along a text and knows its place both there and in ToQt(text), which is that of a character.
-// The text is borrowed.
+// Moves through a text and tracks its byte offset and the corresponding position in ToQt(text),
+// always at the start of a character. The text is borrowed.
 class TextWalk {
  public:
   explicit TextWalk(std::string_view walkedText);
 
   std::size_t Byte() const { return byte; }
   int Position() const { return position; }
-  // On to the character that has the byte, or the position; never back. Linear in the distance.
+  // Advances to the character that contains the byte, or the position; never moves back. Linear in
+  // the distance.
   void GoToByte(std::size_t wanted);
   void GoToPosition(int wanted);
 
  private:
-  std::size_t Length() const;  // of the character here, in bytes
+  std::size_t Length() const;  // length of the current character in bytes
   int Units() const { return Length() == 4 ? 2 : 1; }
   void Next();
 
@@ -40,8 +41,8 @@ class TextWalk {
   int position = 0;
 };
 
-// The place in ToQt(text) of a byte of `text`, and back; inside of a character, that of the
-// character. Linear in the distance.
+// Convert between a byte offset of `text` and a position in ToQt(text). An offset inside a
+// character is rounded down to its start. Linear in the offset.
 int ToQtPosition(std::string_view text, std::size_t byte);
 std::size_t FromQtPosition(std::string_view text, int position);
 

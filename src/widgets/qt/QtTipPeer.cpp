@@ -12,13 +12,13 @@ namespace tarn {
 
 namespace {
 
-// More than the tip's own margins: frame, and air.
+// Added to the tip's own margins for frame and spacing.
 constexpr int kPadding = 5;
 constexpr qreal kCorner = 4;
-// What is read without losing the line.
+// Widest comfortable line length in characters.
 constexpr int kWidestLine = 64;
 
-// Between words, but for one that has no room by itself, as a path may be.
+// Wraps between words, or anywhere if a single word, such as a path, is too wide.
 int FlagsFor(const QString& text, const QFontMetrics& metrics, int width) {
   constexpr int kFlags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap | Qt::TextDontClip;
   const int needed = metrics.boundingRect(QRect(0, 0, width, 0), kFlags, text).width();
@@ -41,7 +41,7 @@ void TipWidget::paintEvent(QPaintEvent* /*event*/) {
   QColor frame = palette().color(QPalette::ToolTipText);
   frame.setAlphaF(0.3F);
   painter.setPen(frame);
-  // The plain frame is style 0; the others are softer ones.
+  // Style 0 is the plain frame; the others are rounded.
   const qreal corner = tip.GetFrameStyle() == 0 ? 0 : kCorner;
   painter.setRenderHint(QPainter::Antialiasing);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
@@ -115,9 +115,9 @@ void QtTipPeer::OnMoved() {
 
 void QtTipPeer::OnShown() {
   if (widget == nullptr) return;
-  // The desktop may have gone from light to dark since the last time.
+  // The theme may have changed since the last time.
   widget->setPalette(QToolTip::palette());
-  // The parent may have moved since the place was told.
+  // The parent may have moved since the position was set.
   if (tip.IsVisible()) QtTipPeer::OnMoved();
   widget->setAccessibleName(ToQt(tip.GetTitle()));
   widget->setAccessibleDescription(ToQt(tip.GetWindowText()));

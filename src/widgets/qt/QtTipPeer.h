@@ -10,13 +10,12 @@
 
 namespace tarn {
 
-// The title in bold, and the lines below it, of which long ones are wrapped. Asks the tip itself
-// whenever it paints.
+// Draws the title in bold and the wrapped text below it. Reads the tip's state whenever it paints.
 class TipWidget : public QWidget {
  public:
   explicit TipWidget(const CTipWindow& shownTip) : tip(shownTip), handle(shownTip.GetHandle()) {}
 
-  // All of it, wrapped so that it fits into `room`.
+  // Size of the whole content, wrapped to fit into `room`.
   QSize SizeIn(QSize room) const;
 
  protected:
@@ -34,7 +33,8 @@ class TipWidget : public QWidget {
   const WindowHandle handle;
 };
 
-// Shows a tip over its parent, on the screen that the place is on. The mouse goes through it.
+// Shows a tip over its parent, limited to the screen that contains its position. Transparent for
+// mouse events.
 class QtTipPeer : public WidgetPeer<WindowPeer, TipWidget> {
  public:
   explicit QtTipPeer(CTipWindow& shownTip);

@@ -36,7 +36,7 @@ class BarButton : public QToolButton {
   }
 
  protected:
-  // The menu is made when it is asked for, so the style has to be told of it.
+  // The menu is created on demand, so the style has to be informed of it explicitly.
   void initStyleOption(QStyleOptionToolButton* option) const override {
     QToolButton::initStyleOption(option);
     if (isDropDown) option->features |= QStyleOptionToolButton::HasMenu;
@@ -67,7 +67,7 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
     QtToolBar::OnButtonsChanged();
   }
 
-  // They come one after another; the widgets are made once.
+  // Buttons are added one by one; the widgets are created once afterwards.
   void OnButtonsChanged() override {
     if (widget == nullptr || std::exchange(isStale, true)) return;
     QMetaObject::invokeMethod(
@@ -121,7 +121,7 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
     if (bar.GetImages() != nullptr) {
       const Size size = bar.GetImages()->GetImageSize();
       made->setIconSize(QSize(size.width, size.height));
-      // The window may be moved to another screen.
+      // Several resolutions, since the window may be moved to another screen.
       QIcon icon;
       for (const qreal ratio : {1.0, 2.0, widget->devicePixelRatioF()}) {
         icon.addPixmap(images.Get(*bar.GetImages(), button.image, ratio));
@@ -134,7 +134,8 @@ class QtToolBar : public WidgetPeer<ToolBarPeer, BarWidget> {
                      [this, own = handle, id = button.id, isDropDown = button.isDropDown] {
                        if (!IsWindow(own)) return;
                        isDropDown ? bar.NotifyDropDown(id) : bar.NotifyButton(id);
-                       // What it looks like is the bar's, whatever the press has made of it.
+                       // The bar determines the appearance, regardless of the widget's own
+                       // toggling.
                        if (IsWindow(own)) RefreshAll();
                      });
     made->show();

@@ -6,7 +6,7 @@
 
 namespace tarn {
 
-// Shows a tool bar as rows of buttons with pictures, or with texts where there is none.
+// Shows a toolbar as rows of buttons with icons, or with text if there is no icon.
 std::unique_ptr<ToolBarPeer> MakeToolBarPeer(CToolBar& bar);
 
 }  // namespace tarn

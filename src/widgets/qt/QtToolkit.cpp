@@ -31,8 +31,8 @@ namespace tarn {
 
 namespace {
 
-// A window that only holds others; below another one it is a part of what that shows, for example
-// a margin beside a text.
+// A window that only contains others. As a child window it is part of its parent's content, for
+// example a margin next to a text.
 class PlainPeer : public WidgetPeer<WindowPeer> {
  public:
   explicit PlainPeer(CWnd& shownWindow) : WidgetPeer(shownWindow, new QWidget) {
@@ -169,8 +169,8 @@ void QtToolkit::SetClipboardText(const std::string& text) {
 void QtToolkit::DragText(CWnd& source, const std::string& text) {
   QWidget* const widget = WidgetOf(source);
   if (widget == nullptr) return;
-  // Belongs to the window around, as the source itself may go while the drag runs its loop. It
-  // frees itself behind that.
+  // Owned by the surrounding window, since the source may be destroyed while the drag runs its
+  // loop. It deletes itself afterwards.
   auto* const drag = new QDrag(widget->window());
   auto* const data = new QMimeData;
   data->setText(ToQt(text));

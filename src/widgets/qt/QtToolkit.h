@@ -11,9 +11,9 @@
 
 namespace tarn {
 
-// Shows the windows of a thread as widgets. While it lives it is the thread's toolkit and serves
-// its loop. Made behind the application object and freed before it, on the same thread; every
-// window goes first.
+// Toolkit that shows the windows of a thread as widgets. During its lifetime it is the thread's
+// current toolkit and runs the thread's message loop. Create it after the application object and
+// destroy it before, on the same thread, after all windows have been destroyed.
 class QtToolkit : public WindowToolkit {
  public:
   QtToolkit();
@@ -21,6 +21,7 @@ class QtToolkit : public WindowToolkit {
   QtToolkit(const QtToolkit&) = delete;
   QtToolkit& operator=(const QtToolkit&) = delete;
 
+  // Peers and operations are documented in WindowToolkit.
   using WindowToolkit::MakePeer;
   std::unique_ptr<WindowPeer> MakePeer(CWnd& window) override;
   std::unique_ptr<WindowPeer> MakePeer(CTipWindow& tip) override;
@@ -48,7 +49,7 @@ class QtToolkit : public WindowToolkit {
  private:
   LoopBridge bridge;
   bool isWaiting = false;
-  QPointer<QWidget> pointedAt;  // whose cursor is another one for now
+  QPointer<QWidget> pointedAt;  // widget whose cursor is temporarily replaced
 };
 
 }  // namespace tarn

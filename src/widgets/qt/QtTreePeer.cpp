@@ -33,7 +33,7 @@ void QtTreePeer::OnTextChanged() {
   if (widget != nullptr) widget->setAccessibleName(ToQt(tree.GetWindowText()));
 }
 
-// The images may be others, of another size.
+// The images may have been replaced by ones of another size.
 void QtTreePeer::OnInvalidated() {
   if (widget == nullptr) return;
   widget->FollowMeasures();
@@ -89,7 +89,7 @@ bool QtTreePeer::OnDragBegun(const CTreeItem& item, Point hotSpot, Point screen)
   dragged = std::make_unique<QLabel>(nullptr, Qt::ToolTip | Qt::FramelessWindowHint |
                                                   Qt::WindowTransparentForInput |
                                                   Qt::WindowDoesNotAcceptFocus);
-  // Not to be seen through: not every desktop can do that.
+  // Opaque background: not every desktop supports transparent windows.
   dragged->setPalette(widget->palette());
   dragged->setBackgroundRole(QPalette::Base);
   dragged->setAutoFillBackground(true);

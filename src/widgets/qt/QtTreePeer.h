@@ -41,8 +41,8 @@ class QtTreePeer : public WidgetPeer<TreePeer, TreeView> {
 
  private:
   CTreeCtrl& tree;
-  std::unique_ptr<QLabel> dragged;  // what follows the cursor
-  QPoint dragSpot;                  // where the cursor is in it
+  std::unique_ptr<QLabel> dragged;  // image that follows the cursor
+  QPoint dragSpot;                  // position of the cursor in the image
 };
 
 }  // namespace tarn

@@ -23,13 +23,13 @@ namespace {
 
 constexpr int kMargin = CReportControl::kCellMargin;
 constexpr int kLineMargin = 3;   // above and below the text
-constexpr int kImageMargin = 1;  // above and below a picture
+constexpr int kImageMargin = 1;  // above and below an image
 constexpr float kGridStrength = 0.12F;
 constexpr float kGroupStrength = 0.06F;
 constexpr float kSelectionStrength = 0.3F;
 constexpr Color kWhite = MakeColor(255, 255, 255);
 
-// A text whose hyperlinks can be seen and hit.
+// Layout of a text in which hyperlinks are visible and can be hit-tested.
 class LinkedText {
  public:
   LinkedText(const CReportRecordItem& linkedItem, const std::string& caption, const QFont& font,
@@ -64,7 +64,7 @@ class LinkedText {
   void Draw(QPainter& painter, const QRect& cell, Qt::Alignment alignment) const {
     layout.draw(&painter, PlaceIn(cell, alignment), {}, cell);
   }
-  // Nothing beside the text.
+  // Returns nullopt outside the text.
   std::optional<int> PositionAt(const QRect& cell, Qt::Alignment alignment, QPoint point) const {
     const int x = point.x() - PlaceIn(cell, alignment).x();
     if (x < 0 || x >= line.naturalTextWidth() || !cell.contains(point)) return std::nullopt;
@@ -76,7 +76,7 @@ class LinkedText {
   QTextLine line;
 };
 
-// Keys that it doesn't use are not for the report either, as long as it is there.
+// Consumes all keys, so that unused ones don't reach the report.
 class CellEditor : public QLineEdit {
  public:
   using QLineEdit::QLineEdit;
@@ -123,8 +123,8 @@ QSize ReportDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
   return {0, IsWindow(handle) ? RowHeight() : 1};
 }
 
-// Where the report has a colour for selected texts, which is made for a light background, that is a
-// breath of the desktop's own.
+// If the report defines a colour for selected text, which is designed for a light background, the
+// selection is a light tint of the desktop's selection colour.
 QColor ReportDelegate::SelectionColor() const {
   const QPalette& palette = view.palette();
   const QColor full = palette.color(GroupOf(view), QPalette::Highlight);
@@ -162,7 +162,7 @@ ReportDelegate::Cell ReportDelegate::LayOut(const CReportRow& row, int column,
     } else if (const CImageList* const images = report.GetImageList()) {
       size = QSize(images->GetImageSize().width, images->GetImageSize().height);
     }
-    // Alone it stands in the middle, however narrow the column is.
+    // A single image is centred, even in a column that is too narrow.
     const bool isAlone = head->GetIconId() != CReportColumn::kNoIcon && !isInTree;
     if (isAlone) left = place.left() + (place.width() - size.width()) / 2;
     cell.mark = QRect(QPoint(left, place.top() + (place.height() - size.height()) / 2), size);

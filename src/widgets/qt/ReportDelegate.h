@@ -10,17 +10,17 @@ class QHeaderView;
 
 namespace tarn {
 
-// Paints and measures the rows of a report, and edits their texts in place.
+// Paints and measures the rows of a report, and provides in-place editors for their texts.
 class ReportDelegate : public QStyledItemDelegate {
  public:
   ReportDelegate(CReportControl& shownReport, QWidget& reportView);
 
   int RowHeight() const;
-  // `place` reaches from the first column to the right edge of the last or of the window.
+  // `place` extends from the first column to the right edge of the last column or of the window.
   void PaintRow(QPainter& painter, int row, const QRect& place, const QHeaderView& header) const;
-  // Part and hyperlink of a cell at a point.
+  // Sets part and hyperlink of the cell at a point.
   void Hit(int row, int column, const QRect& place, QPoint point, ReportHit& hit) const;
-  // Whether the cell, or the group's row, has more text than it shows.
+  // Returns whether the text of the cell or group row is truncated.
   bool IsCut(const QModelIndex& index, const QRect& place) const;
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
@@ -30,10 +30,10 @@ class ReportDelegate : public QStyledItemDelegate {
                     const QModelIndex& index) const override;
 
  private:
-  // Where the parts of a cell are, or of a group's row; those that it doesn't have are empty.
+  // Rectangles of the parts of a cell or group row; empty for missing parts.
   struct Cell {
     QRect opener;
-    QRect mark;  // check box or picture
+    QRect mark;  // check box or image
     QRect text;
   };
   Cell LayOut(const CReportRow& row, int column, const QRect& place) const;

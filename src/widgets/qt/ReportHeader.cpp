@@ -40,7 +40,7 @@ QColor ReportHeader::BackgroundColor() const {
   return color ? ToBackgroundColor(*color) : palette().color(QPalette::Window);
 }
 
-// The part behind the last column as well.
+// Paints the area after the last column as well.
 void ReportHeader::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
   const QColor background = BackgroundColor();
@@ -79,7 +79,7 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int sectio
   const QString caption = ToQt(column->GetCaption());
   painter->setFont(font());
   painter->setPen(text);
-  // Of a column of pictures a few letters would say nothing.
+  // A truncated caption on a narrow image column would be meaningless.
   const bool isCut = fontMetrics().horizontalAdvance(caption) > room.width();
   if (!isCut || column->GetIconId() == CReportColumn::kNoIcon) {
     painter->drawText(
@@ -91,7 +91,7 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int sectio
 }
 
 void ReportHeader::mousePressEvent(QMouseEvent* event) {
-  // Between two heads the press changes a width.
+  // Between two headers the press starts a resize.
   const bool isOnHead = viewport()->cursor().shape() != Qt::SplitHCursor;
   const bool isLeft = event->button() == Qt::LeftButton;
   dragged = isLeft && isOnHead ? logicalIndexAt(event->position().toPoint()) : -1;
@@ -107,7 +107,7 @@ void ReportHeader::mouseReleaseEvent(QMouseEvent* event) {
   const int column = std::exchange(dragged, -1);
   const QPoint place = event->globalPosition().toPoint();
   const bool isOutside = !rect().contains(event->position().toPoint());
-  // A sort that the click causes ends no window, so that this lives on.
+  // Sorting, which the click may cause, does not destroy the window, so this object still exists.
   QHeaderView::mouseReleaseEvent(event);
   if (column >= 0 && isOutside && onDropped) onDropped(column, place);
 }

@@ -7,16 +7,16 @@
 
 namespace tarn {
 
-// The heads of a report's columns: flat, in the report's colour, with an arrow on the sorted one. A
-// head can be dragged out.
+// Column headers of a report: flat, in the report's colour, with an arrow on the sorted column. A
+// header can be dragged out.
 class ReportHeader : public QHeaderView {
  public:
   ReportHeader(CReportControl& shownReport, QWidget* parent);
 
-  // Of the column whose head was dragged and let go at that place of the screen.
+  // Called when the header of a column was dragged and dropped at a screen position.
   std::function<void(int column, QPoint screen)> onDropped;
 
-  // What a right click on the head would open, below it; -1 is behind the last one.
+  // Opens the context menu of a header, below it; -1 means the area after the last column.
   void OpenMenu(int column);
 
   QSize sizeHint() const override;

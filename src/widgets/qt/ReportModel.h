@@ -6,24 +6,24 @@
 
 namespace tarn {
 
-// Of a column's texts, its head included.
+// Alignment of a column's cells and header.
 Qt::Alignment AlignmentOf(const CReportColumn& column);
 
-// The rows of a report control as they stand, one below the other, and all of its columns; nothing
-// is copied. Whoever hears of the control's changes calls the functions below.
+// Item model of a report control: a flat list of its rows, with all of its columns. Nothing is
+// copied. The owner must call the functions below when it is notified of changes of the control.
 class ReportModel : public QAbstractTableModel {
  public:
   ReportModel(const CReportControl& shownReport, QObject* parent);
 
-  // The control is going: empty from now on.
+  // The control is being destroyed: the model is empty afterwards.
   void Detach();
-  // Nothing is as it was.
+  // Everything has changed.
   void Reset();
-  // The control's rows behind those that are known.
+  // Rows of the control that have been added after the ones known here.
   bool HasMore() const;
   void TakeMore();
   void TellChanged(int row);
-  // The heads look another way. False when there are more or fewer of them, which needs a reset.
+  // The headers have changed. Returns false if their number changed, which needs a reset.
   bool TellColumns();
 
   int rowCount(const QModelIndex& parent = {}) const override;

@@ -24,10 +24,10 @@ namespace tarn {
 namespace {
 
 constexpr int kTakePeriodMs = 30;
-// Every row takes its time whenever rows are added.
+// Adding rows costs time for every existing row.
 constexpr int kRowsPerMs = 1000;
 
-// The key of a menu, for the heads.
+// The context menu key for the headers.
 bool IsHeaderMenuKey(const QKeyEvent& event) {
   const Qt::KeyboardModifiers keys = event.modifiers();
   return (event.key() == Qt::Key_F10 && keys == (Qt::ControlModifier | Qt::ShiftModifier)) ||
@@ -49,7 +49,7 @@ ReportView::ReportView(CReportControl& shownReport)
   setSelectionMode(ExtendedSelection);
   setItemDelegate(delegate);
   setHeader(head);
-  // The view has made it the other way round, as it doesn't sort.
+  // The base class has disabled it, since the view does not sort.
   head->setSectionsClickable(true);
   setModel(rows);
   takeTimer.setSingleShot(true);
@@ -64,7 +64,7 @@ ReportView::ReportView(CReportControl& shownReport)
     CReportColumn* const fitted = IsWindow(handle) ? report.GetColumns().GetAt(column) : nullptr;
     if (fitted == nullptr) return;
     report.GetReportHeader().BestFit(*fitted);
-    // The others make room for all of it.
+    // The other columns make room for the full width.
     report.NotifyColumnResized(column, fitted->GetWidth());
   });
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int row) {
@@ -142,8 +142,8 @@ void ReportView::FollowSelection() {
   SelectRows();
 }
 
-// For those who listen to the view, as readers of the screen do; what is painted is asked of the
-// control.
+// Updates the selection model for observers of the view, such as screen readers; painting uses the
+// control's selection.
 void ReportView::SelectRows() {
   if (rows->columnCount() == 0) return;
   QItemSelection selection;
@@ -220,7 +220,7 @@ ReportHit ReportView::HitAt(QPoint point) const {
   if (row == nullptr) return {};
   hit.area = ReportHit::Area::Row;
   hit.column = head->logicalIndexAt(point.x());
-  // A group goes over all columns, of which there may be none by now.
+  // A group row spans all columns, and there may be no column at this point.
   const int column = row->IsGroup() ? std::max(0, hit.column) : hit.column;
   if (report.GetColumns().GetAt(column) == nullptr) return hit;
   delegate->Hit(hit.row, column, PlaceOf(hit.row, column), point, hit);
@@ -258,7 +258,7 @@ void ReportView::ShowTip(QHelpEvent& event) {
                      viewport(), place);
 }
 
-// What the mouse does goes to the control alone, before it comes here.
+// Mouse events are handled by the control before they arrive here.
 void ReportView::mousePressEvent(QMouseEvent* event) {
   event->accept();
 }
@@ -282,7 +282,7 @@ void ReportView::mouseMoveEvent(QMouseEvent* event) {
   viewport()->setCursor(isLink ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
 
-// What the control does not use.
+// Keys that the control did not use.
 void ReportView::keyPressEvent(QKeyEvent* event) {
   event->ignore();
   if (!IsWindow(handle)) return;
@@ -332,7 +332,7 @@ void ReportView::selectAll() {
   report.NotifySelected(std::move(all), report.GetFocusedRow());
 }
 
-// A row a line, with tabs between the columns that are seen.
+// One line per row, with tabs between the visible columns.
 void ReportView::CopyRows() const {
   std::string text;
   for (const int row : report.GetSelectedRows().GetIndexes()) {
@@ -367,8 +367,8 @@ void ReportView::contextMenuEvent(QContextMenuEvent* event) {
   if (!report.NotifyContextMenu({screen.x(), screen.y()}) && IsWindow(own)) ShowRowMenu(screen);
 }
 
-// Where the report's owners have none: what can be done with the rows, and the heads for those
-// without a mouse.
+// Default context menu if the report's owners have none: actions on the rows, and the header's
+// functions for keyboard users.
 void ReportView::ShowRowMenu(QPoint screen) {
   auto* const menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
@@ -408,8 +408,8 @@ void ReportView::changeEvent(QEvent* event) {
   FollowMeasures();
 }
 
-// What the view could not follow the control in: a window smaller by its bars, and rows at the top
-// that leave the bottom empty.
+// Reports where the view could not follow the control: a size reduced by its scroll bars, and a top
+// row that would leave empty space at the bottom.
 void ReportView::TellState() {
   ShowRefill();
   executeDelayedItemsLayout();

@@ -9,15 +9,16 @@
 
 namespace tarn {
 
-// Shows a report control's columns and rows. Rows that are added are shown in batches.
+// Shows a report control's columns and rows. Appended rows are shown in batches.
 class ReportView : public FollowingView {
  public:
   explicit ReportView(CReportControl& shownReport);
 
   ReportHeader& Head() { return *head; }
-  // The control is going; nothing of it is touched any more.
+  // The control is being destroyed and is not accessed any more.
   void Detach();
 
+  // Each updates the view for one kind of change of the control, without reporting anything back.
   void FollowColumns();
   void FollowRows();
   void FollowAppended();
@@ -25,9 +26,10 @@ class ReportView : public FollowingView {
   void FollowSelection();
   void FollowScroll() override;
   void FollowMeasures();
-  // At the next chance: opens the editor in a cell.
+  // Schedules opening the editor of a cell.
   void AskToEdit(int row, int column);
 
+  // Geometry as drawn, in viewport coordinates.
   int RowsPerPage() const;
   void selectAll() override;
   ReportHit HitAt(QPoint point) const;
@@ -48,15 +50,18 @@ class ReportView : public FollowingView {
 
  private:
   int RowAt(int y) const;
+  // Rectangle of a row.
   QRect PlaceOf(int row) const;
-  // Of a cell; a group goes over all columns.
+  // Rectangle of a cell; a group row spans all columns.
   QRect PlaceOf(int row, int column) const;
   void LayOutColumns();
+  // Adds the pending rows to the model. Scheduled by a timer, so that rows added in quick
+  // succession cost one layout.
   void TakeMore();
   void ShowRefill();
   void SelectRows();
   void ShowTip(QHelpEvent& event);
-  // The sorted column, or the first that shows texts; -1 for none.
+  // The sorted column, or the first one that shows text; -1 if there is none.
   int SearchedColumn() const;
   void CopyRows() const;
   void ShowRowMenu(QPoint screen);
@@ -66,9 +71,9 @@ class ReportView : public FollowingView {
   ReportDelegate* delegate;
   ReportHeader* head;
   QTimer takeTimer;
-  int rowHeight = 0;  // that the layout was made for
-  // Rows are others, of which selection and place are still to be shown. A report that is sorted
-  // says that line by line.
+  int rowHeight = 0;  // row height that the layout was computed for
+  // The rows have been replaced, and selection and scroll position are yet to be updated. A report
+  // that is sorted sends one notification for each row.
   bool isRefillDue = false;
 };
 

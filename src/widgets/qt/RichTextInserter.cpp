@@ -11,7 +11,7 @@ namespace {
 
 QTextCharFormat ToFormat(const RichTextRun& run) {
   QTextCharFormat format;
-  // Black is the desktop's own, which is another one for a view that is disabled.
+  // Black means the desktop's text colour, which differs for a disabled view.
   if (run.color != 0) format.setForeground(ToTextColor(run.color));
   if (run.isBold) format.setFontWeight(QFont::Bold);
   if (run.target != nullptr) {
@@ -21,7 +21,7 @@ QTextCharFormat ToFormat(const RichTextRun& run) {
   return format;
 }
 
-// As ToQt, but without the characters that a document has for its own structure.
+// Like ToQt(), but replaces the characters that a document uses for its own structure.
 QString ToBlockText(std::string_view line) {
   QString text = ToQt(line);
   for (QChar& c : text) {

@@ -10,29 +10,30 @@
 
 namespace tarn {
 
-// Puts a rich text at the end of a document, line by line, what looks the same in one go. Linear in
-// the text, however many runs a line has. Text, runs and cursor are borrowed.
+// Appends rich text to a document line by line, combining adjacent runs of the same format. Linear
+// in the text, regardless of the number of runs. Text, runs and cursor are borrowed.
 class RichTextInserter {
  public:
-  // From the byte `start` on.
+  // Starts at the byte `start`.
   RichTextInserter(QTextCursor& insertionPoint, std::string_view insertedText,
                    const std::vector<RichTextRun>& runs, std::size_t start);
 
-  // What follows, without the newline behind it.
+  // Appends the next line, without its newline.
   void AddLine(TextRange line);
-  // The newline at that byte.
+  // Appends the newline at that byte.
   void AddBreak(std::size_t at);
-  // All of it stands in the document.
+  // Flushes the buffer into the document.
   void Finish();
 
  private:
+  // Run that contains the byte. Offsets must not decrease between calls.
   const RichTextRun& RunAt(std::size_t byte);
   void Add(QStringView part, const RichTextRun& look);
 
   QTextCursor& cursor;
   const std::string_view text;
   std::vector<RichTextRun>::const_iterator run;
-  const RichTextRun* buffered = nullptr;  // how the buffer looks
+  const RichTextRun* buffered = nullptr;  // format of the buffer
   QString buffer;
 };
 

@@ -34,7 +34,7 @@ std::optional<int> RichTextView::PositionAt(QPoint point) const {
     const QTextLine line = layout->lineAt(i);
     if (!line.naturalTextRect().contains(inside)) continue;
     const int position = line.xToCursor(inside.x(), QTextLine::CursorOnCharacter);
-    // Right of the last character.
+    // The point is to the right of the last character.
     if (position >= line.textStart() + line.textLength()) return std::nullopt;
     return block.position() + position;
   }
@@ -51,7 +51,8 @@ void RichTextView::keyPressEvent(QKeyEvent* event) {
   QPlainTextEdit::keyPressEvent(event);
 }
 
-// Ahead of the window's: the end of a selection that happens to lie on a link is no click on it.
+// Runs before the window's event filter: the end of a selection that happens to be on a link is not
+// a click on it.
 bool RichTextView::eventFilter(QObject* watched, QEvent* event) {
   if (watched != viewport() || event->type() != QEvent::MouseButtonRelease) {
     return QPlainTextEdit::eventFilter(watched, event);
@@ -72,7 +73,7 @@ void RichTextView::mousePressEvent(QMouseEvent* event) {
   QPlainTextEdit::mousePressEvent(event);
 }
 
-// The second press goes on selecting, by words.
+// The second press continues selecting, by words.
 void RichTextView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (listener != nullptr) listener->OnSelecting(event->button() == Qt::LeftButton);
   QPlainTextEdit::mouseDoubleClickEvent(event);
@@ -80,7 +81,7 @@ void RichTextView::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void RichTextView::mouseMoveEvent(QMouseEvent* event) {
   QPlainTextEdit::mouseMoveEvent(event);
-  // The release may have been a drag's.
+  // The release may have been consumed by a drag.
   if (listener != nullptr && event->buttons() == Qt::NoButton) listener->OnSelecting(false);
   ShowPointed(listener == nullptr ? QTextCursor() : listener->LinkAt(event->position().toPoint()));
 }

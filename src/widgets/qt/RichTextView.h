@@ -10,36 +10,36 @@ class QKeyEvent;
 
 namespace tarn {
 
-// Who knows what the text of a RichTextView means.
+// Callbacks of a RichTextView, implemented by the code that knows the structure of its text.
 class RichTextListener {
  public:
   virtual void OnSelectedByUser() = 0;
-  // The user begins or ends to select by mouse. It may end without a beginning.
+  // The user starts or stops selecting with the mouse. A stop may come without a start.
   virtual void OnSelecting(bool isSelecting) = 0;
-  // Dark became light, or the other way round: the colours of the text are wrong.
+  // The theme changed between dark and light: the colours of the text are outdated.
   virtual void OnPaletteTurned() = 0;
-  // Over the whole of the link there; null beside links.
+  // Returns a cursor that selects the whole link at a point; null if there is no link.
   virtual QTextCursor LinkAt(QPoint point) const = 0;
-  // False when there is none, and the keyboard goes on to the next widget.
+  // Returns false if there is no such link; the focus then moves to the next widget.
   virtual bool GoToLink(bool next) = 0;
-  // It may end the listener. True when the key was used.
+  // Returns true if the key was used. May destroy the listener.
   virtual bool OnKey(const QKeyEvent& event) = 0;
 
  protected:
   ~RichTextListener() = default;
 };
 
-// Stays at the end of its text as long as it stands there. A link is underlined while the mouse is
-// over it; what sets it off otherwise is its colour.
+// Keeps scrolled to the end of its text while it is at the end. A link is underlined while the
+// mouse hovers over it; otherwise it is distinguished only by its colour.
 class RichTextView : public QPlainTextEdit {
  public:
   RichTextView();
 
-  // The character that is drawn there; nothing beside the text.
+  // Position of the character that is drawn at a point; nullopt if there is none.
   std::optional<int> PositionAt(QPoint point) const;
   bool IsAtEnd() const { return isAtEnd; }
 
-  RichTextListener* listener = nullptr;  // borrowed; null while there is none
+  RichTextListener* listener = nullptr;  // borrowed; null if there is none
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 

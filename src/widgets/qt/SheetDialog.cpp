@@ -20,12 +20,12 @@ namespace tarn {
 namespace {
 
 constexpr int kMargin = 12;
-// What a page's own table leaves free at its edges counts as margin too.
+// The space that a page's table leaves at its edges is part of the margin.
 constexpr int kAroundPage = 4;
 constexpr int kPictureSize = 48;
 constexpr qreal kTitleGrowth = 1.15;
 
-// The whole of a bitmap, no larger than the room for it.
+// Scales the whole bitmap to fit the available space.
 QPixmap ToPicture(const std::shared_ptr<const Bitmap>& bitmap, qreal ratio) {
   if (bitmap == nullptr) return {};
   const QPixmap picture = ToPixmap(*bitmap, bitmap->size, 0, ratio);
@@ -48,7 +48,7 @@ QLabel* NewText(const std::string& text, QWidget* parent) {
   return label;
 }
 
-// A field has no text of its own to be told apart by, but the label in front of it.
+// A field has no text of its own, so its accessible name is the label before it.
 void NameFields(const CPropertyPage& page) {
   QString label;
   for (const CWnd* const each : page.GetChildren()) {
@@ -63,7 +63,8 @@ void NameFields(const CPropertyPage& page) {
   }
 }
 
-// In the order of the page's controls, then the buttons; the keyboard begins at the first.
+// Sets the tab order: the page's controls, then the buttons. The first enabled control gets the
+// focus.
 void OrderFocus(const CPropertyPage& page, QWidget* buttons) {
   QWidget* last = nullptr;
   for (const CWnd* const each : page.GetChildren()) {

@@ -10,17 +10,18 @@
 
 namespace tarn {
 
-// A sheet as a dialog: header, page, Finish and Cancel. It stays open, and shows why, if the page
-// can't be finished.
+// Shows a sheet as a dialog: header, page, Finish and Cancel. If the page cannot be finished, it
+// stays open and shows the reason.
 class SheetDialog : public QDialog {
  public:
-  // Takes the page's widget in, once all windows of the sheet stand.
+  // Embeds the page's widget, after all windows of the sheet have been created.
   void Build(const CPropertySheet& sheet);
   void EnableFinish(bool enable);
 
  private:
   QWidget* MakeHeader(const CPropertySheet& sheet);
   QWidget* MakeProblemRow();
+  // Accepts the dialog, or shows the reason why that is impossible.
   void TryFinish(const CPropertySheet& sheet);
 
   QPointer<QWidget> problemRow;
@@ -28,6 +29,7 @@ class SheetDialog : public QDialog {
   QPointer<QPushButton> finishButton;
 };
 
+// Peer that creates the dialog of a sheet.
 std::unique_ptr<PropertySheetPeer> MakeSheetPeer(CPropertySheet& sheet);
 
 }  // namespace tarn

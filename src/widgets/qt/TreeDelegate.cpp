@@ -23,7 +23,7 @@ constexpr int kImageGap = 3;     // between image and label
 constexpr int kLabelMargin = 2;  // on both sides of the label's text
 constexpr int kLineMargin = 3;   // above and below the text
 constexpr int kImageMargin = 1;  // above and below the image
-// More than a window shows; what is scrolled away need not be known.
+// More lines than a window shows; widths of lines scrolled out of view are not needed.
 constexpr std::size_t kKeptWidths = 4096;
 constexpr int kTextFlags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip;
 
@@ -31,7 +31,7 @@ QRect ToQtRect(const Rect& rect) {
   return {rect.left, rect.top, rect.Width(), rect.Height()};
 }
 
-// Carries out the steps of one line.
+// Executes the paint commands of one line.
 class StepPainter {
  public:
   StepPainter(QPainter& linePainter, const QRect& paintedLine, bool isLineSelected,
@@ -47,7 +47,7 @@ class StepPainter {
                      OwnColor(step.color, {QPalette::Base, QPalette::Highlight})
                          .value_or(ToQtColor(step.color)));
   }
-  // One that belongs to the top of the line is in its middle, as the item's own image is.
+  // An image at the top of the line is centred vertically, like the item's own image.
   void operator()(const ImageStep& step) const {
     if (step.images == nullptr) return;
     const int room = line.height() - step.images->GetImageSize().height;
@@ -57,7 +57,7 @@ class StepPainter {
   }
   void operator()(const TextStep& step) const {
     painter.setFont(ToQtFont(step.font, view.font()));
-    // Both may be the same number, and differ where the keyboard is elsewhere.
+    // Two roles can have the same colour while active but different ones in an unfocused view.
     const QPalette::ColorRole role = isSelected ? QPalette::HighlightedText : QPalette::Text;
     painter.setPen(view.isEnabled() ? OwnColor(step.color, {role}).value_or(ToTextColor(step.color))
                                     : view.palette().color(QPalette::Disabled, QPalette::Text));
@@ -65,7 +65,8 @@ class StepPainter {
   }
 
  private:
-  // A colour of the desktop as it is for a view in this state; nothing for any other.
+  // Maps a desktop colour to its variant for the view's current state; returns nullopt for any
+  // other colour.
   std::optional<QColor> OwnColor(Color color,
                                  std::initializer_list<QPalette::ColorRole> roles) const {
     const QPalette& palette = view.palette();

@@ -9,23 +9,25 @@
 
 namespace tarn {
 
-// Paints and measures the lines of a tree behind the branches: image, then what the control wants
-// painted, or the label. A line is as wide as it was when it was painted last: what the control
-// wants painted is asked while painting alone, as the items may mean nothing at other times.
+// Paints and measures the lines of a tree to the right of the branches: the image, then the
+// control's paint commands or the label. The width of a line is that of its last painting: the
+// control is asked for paint commands only while painting, since the items may be invalid at other
+// times.
 class TreeDelegate : public QAbstractItemDelegate {
  public:
   TreeDelegate(const CTreeCtrl& shownTree, QWidget& treeView);
 
-  // How far the label is from the item's left edge.
+  // Distance of the label from the item's left edge.
   int LabelOffset() const;
+  // Width of the label, without the paint commands.
   int LabelWidth(const CTreeItem& item) const;
   int LineHeight() const;
-  // Image and label alone, as it follows the cursor.
+  // Renders image and label only, for a drag.
   QPixmap PictureOf(const CTreeItem& item);
-  // All items are others.
+  // All items have changed.
   void ForgetWidths() { drawnWidths.clear(); }
 
-  // A line was painted with another width than the last time.
+  // Called when the painted width of a line has changed.
   std::function<void()> onWidthChanged;
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -36,7 +38,7 @@ class TreeDelegate : public QAbstractItemDelegate {
   void PaintImage(QPainter& painter, const QRect& line, const CTreeItem& item) const;
   void PaintLabel(QPainter& painter, const QRect& line, const CTreeItem& item,
                   const QColor& color) const;
-  // From the left edge of the line to the end of what the steps draw.
+  // Distance from the left edge of the line to the end of what the commands draw.
   int WidthOf(const DrawingSteps& steps, int left) const;
   void KeepWidth(const CTreeItem& item, int width) const;
 

@@ -6,17 +6,17 @@
 
 namespace tarn {
 
-// The items of a tree control as they stand; nothing is copied. Whoever hears of the control's
-// changes calls the functions that come in pairs around each. A parent that is null is the top
-// level.
+// Item model of a tree control; nothing is copied. The owner must call the paired functions around
+// each change of the control. A null parent means the top level.
 class TreeModel : public QAbstractItemModel {
  public:
   TreeModel(const CTreeCtrl& shownTree, QObject* parent)
       : QAbstractItemModel(parent), tree(&shownTree) {}
 
-  // The control is going: empty from now on.
+  // The control is being destroyed: the model is empty afterwards.
   void Detach();
-  // Empty in between, so that nobody holds items which are gone, even if events run meanwhile.
+  // The model is empty during a reset, so that no view keeps pointers to freed items even if events
+  // run in between.
   void BeginReset();
   void EndReset();
   bool IsResetting() const { return isResetting; }
@@ -26,9 +26,9 @@ class TreeModel : public QAbstractItemModel {
   void EndRemove() { endRemoveRows(); }
   void TellChanged(const CTreeItem& item);
 
-  // The invalid index for null.
+  // Returns the invalid index for null.
   QModelIndex IndexOf(const CTreeItem* item) const;
-  // Null for the invalid index.
+  // Returns null for the invalid index.
   static CTreeItem* ItemAt(const QModelIndex& index) {
     return static_cast<CTreeItem*>(index.internalPointer());
   }

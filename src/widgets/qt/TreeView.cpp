@@ -38,7 +38,7 @@ TreeView::TreeView(CTreeCtrl& shownTree)
   setModel(items);
   header()->setStretchLastSection(false);
   header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  // As wide as the lines that are seen, see OnScrolledTo.
+  // As wide as the visible lines; see OnScrolledTo().
   header()->setResizeContentsPrecision(0);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TreeView::OnScrolledTo);
   delegate->onWidthChanged = [this] { AskToTellState(); };
@@ -94,8 +94,8 @@ void TreeView::FollowExpansion(const CTreeItem& item) {
   } while (each != nullptr && each->IsBelow(item));
 }
 
-// For those who listen to the view, as readers of the screen do; what is painted is asked of the
-// control.
+// Updates the selection model for observers of the view, such as screen readers; painting uses the
+// control's selection.
 void TreeView::FollowSelection() {
   const Following quiet(following, following + 1);
   const QModelIndex index = items->IndexOf(tree.GetSelectedItem());
@@ -164,7 +164,7 @@ void TreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
   delegate->paint(painter, line, index);
 }
 
-// A quiet line below the button of each item that this one lies in.
+// Draws a faint vertical line for each ancestor of the item.
 void TreeView::DrawGuides(QPainter& painter, const QRect& branches) const {
   const QPalette& colors = palette();
   painter.setPen(Blend(colors.color(QPalette::Base), colors.color(QPalette::Text), kGuideStrength));
@@ -174,7 +174,7 @@ void TreeView::DrawGuides(QPainter& painter, const QRect& branches) const {
   }
 }
 
-// Those in closed ones as well.
+// All items, including those below collapsed ones.
 std::vector<CTreeItem*> TreeView::ListItems() const {
   std::vector<CTreeItem*> all;
   for (CTreeItem* item = tree.GetRootItem(); item != nullptr; item = item->GetNext()) {
@@ -202,13 +202,13 @@ void TreeView::SearchFor(const QKeyEvent& typed) {
   tree.SelectItem(found);
   if (!IsWindow(own) || tree.GetSelectedItem() != found) return;
   tree.EnsureVisible(*found);
-  // Wider lines may have brought a bar that takes a line away.
+  // Wider lines may have made a scroll bar appear, which takes space for one line.
   TellState();
   if (IsWindow(own) && tree.GetSelectedItem() == found) tree.EnsureVisible(*found);
 }
 
-// Ahead of the control's own share, which ends at the edge of the window: a button that goes up
-// elsewhere ends a drag as well.
+// Runs before the control's own handling, which is limited to the window: releasing the button
+// elsewhere must end a drag as well.
 bool TreeView::eventFilter(QObject* watched, QEvent* event) {
   const bool isRelease = event->type() == QEvent::MouseButtonRelease;
   if (watched == viewport() && (isRelease || event->type() == QEvent::MouseMove)) {
@@ -220,8 +220,8 @@ bool TreeView::eventFilter(QObject* watched, QEvent* event) {
   return QTreeView::eventFilter(watched, event);
 }
 
-// Of what the control does not use, the key that opens an item and the letters of a search are the
-// view's; the rest is for whoever is above.
+// If the control does not use a key, the view handles the activation key and the letters of a
+// search; the others go to the parent widget.
 void TreeView::keyPressEvent(QKeyEvent* event) {
   event->ignore();
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -236,7 +236,7 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
     SearchFor(*event);
     return;
   }
-  // In a dialog the key is the default button's.
+  // The key activates the default button of a dialog.
   const bool isDialog = qobject_cast<QDialog*>(window()) != nullptr;
   if (!isEnter || keys != Qt::NoModifier || isDialog) return;
   CTreeItem* const selected = tree.GetSelectedItem();
@@ -248,7 +248,7 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
                          {std::max(0, label.left), (label.top + label.bottom) / 2});
 }
 
-// By the keyboard; with the mouse the control asks for it.
+// Only for the keyboard; for the mouse the control requests the menu.
 void TreeView::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
   if (event->reason() != QContextMenuEvent::Keyboard || !IsWindow(handle)) return;
@@ -262,8 +262,8 @@ void TreeView::contextMenuEvent(QContextMenuEvent* event) {
   tree.NotifyContextMenu({screen.x(), screen.y()});
 }
 
-// A field over a label stays there. The base class takes widgets along only as long as a part of
-// what is painted stays in the window.
+// A field over a label moves along with it. The base class moves child widgets only if a part of
+// the painted content remains visible.
 void TreeView::scrollContentsBy(int dx, int dy) {
   std::vector<std::pair<QWidget*, QPoint>> fields;
   for (QWidget* const each :
@@ -275,7 +275,8 @@ void TreeView::scrollContentsBy(int dx, int dy) {
   for (const auto& [field, place] : fields) field->move(place + way);
 }
 
-// The one column reaches to the right edge, so that a line is hit behind its label as well.
+// The single column extends to the right edge, so that a line can also be hit to the right of its
+// label.
 void TreeView::updateGeometries() {
   const int width = std::max(1, viewport()->width());
   if (header()->minimumSectionSize() != width) {
@@ -286,7 +287,7 @@ void TreeView::updateGeometries() {
 }
 
 void TreeView::OnScrolledTo(int row) {
-  // Other lines may be wider.
+  // The newly visible lines may be wider.
   resizeColumnToContents(0);
   if (following > 0) {
     AskToTellState();
@@ -295,9 +296,9 @@ void TreeView::OnScrolledTo(int row) {
   }
 }
 
-// What the view could not follow the control in: a window smaller by its bars, and lines at the top
-// that leave the bottom empty. Lines that were painted wider than they were known to be make the
-// view wider first.
+// Reports where the view could not follow the control: a size reduced by its scroll bars, and a top
+// line that would leave empty space at the bottom. Before that, widens the view for lines that were
+// painted wider than known.
 void TreeView::TellState() {
   if (items->IsResetting()) return;
   executeDelayedItemsLayout();

@@ -8,26 +8,30 @@
 
 namespace tarn {
 
-// Shows a tree control's items. Only scrolling is the user's here, and goes to the control.
+// Shows a tree control's items. The view itself handles only scrolling, and reports it to the
+// control.
 class TreeView : public FollowingView {
  public:
   explicit TreeView(CTreeCtrl& shownTree);
 
+  // Access for the peer, which forwards the control's notifications to them.
   TreeModel& Model() { return *items; }
   TreeDelegate& Delegate() { return *delegate; }
-  // The control is going; nothing of it is touched any more.
+  // The control is being destroyed and is not accessed any more.
   void Detach();
 
+  // Each updates the view for one kind of change of the control, without reporting anything back.
   void FollowResetting();
   void FollowReset();
   void FollowInserted(const CTreeItem* above, int first, int count);
   void FollowRemoved(const CTreeItem* above);
-  // The item with what is visible below it.
+  // Updates the expansion of the item and its visible descendants.
   void FollowExpansion(const CTreeItem& item);
   void FollowSelection();
   void FollowScroll() override;
   void FollowMeasures();
 
+  // Geometry as drawn, in viewport coordinates.
   TreeHit HitAt(Point point);
   Rect TextRectOf(const CTreeItem& item);
 
@@ -50,7 +54,7 @@ class TreeView : public FollowingView {
   CTreeCtrl& tree;
   TreeModel* items;
   TreeDelegate* delegate;
-  QSize measures;  // of a line, that the layout was made for
+  QSize measures;  // size of a line that the layout was computed for
 };
 
 }  // namespace tarn

@@ -26,7 +26,7 @@ std::optional<int> TypeAhead::Find(const QKeyEvent& event, int count, int curren
   if (!GoesOn()) searched.clear();
   if (!isRepeated) searched += letter;
   sinceTyped.start();
-  // Of more letters the line that the first ones have found may still be the right one.
+  // With further letters, the line found by the first ones may still match.
   const bool mayStay = current < 0 || searched.size() > letter.size();
   const int first = std::max(0, current) + (mayStay ? 0 : 1);
   for (const Fits* const fits : {&begins, &has}) {

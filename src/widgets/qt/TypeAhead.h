@@ -8,18 +8,19 @@
 
 namespace tarn {
 
-// Finds the line of a list that begins with what the user types in a row, or else one that has it
-// somewhere. One letter again and again goes through all lines that begin with it.
+// Type-ahead search in a list: finds the line that starts with the keys typed in quick succession,
+// otherwise one that contains them. Repeating a single letter cycles through all lines that start
+// with it.
 class TypeAhead {
  public:
-  // Whether a line begins with a text, or has it.
+  // Returns whether a line starts with a string, or contains it.
   using Fits = std::function<bool(int line, const std::string& text)>;
 
-  // Whether the key writes something to be searched for.
+  // Returns whether the key produces a searchable character.
   bool Takes(const QKeyEvent& event) const;
-  // The line that is found among `count` from `current` on (-1 for none), beginning anew behind the
-  // last; nothing when none fits. `has` is asked only when no line begins with the text, and may be
-  // empty.
+  // Returns the matching line out of `count`, searching from `current` (-1 for none) and wrapping
+  // around after the last line; nullopt if none matches. `has` is used only if no line starts with
+  // the string; it may be empty.
   std::optional<int> Find(const QKeyEvent& event, int count, int current, const Fits& begins,
                           const Fits& has = {});
 

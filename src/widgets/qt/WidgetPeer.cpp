@@ -41,7 +41,7 @@ void ForgetWidget(WindowHandle window) {
 
 void LeaveFocus(const QWidget& widget) {
   QWidget* above = widget.parentWidget();
-  // What scrolls has the view around it for that.
+  // The focus of scrolled content belongs to the view around it.
   if (above != nullptr && above->focusProxy() != nullptr) above = above->focusProxy();
   const QWidget* const focused = widget.window()->focusWidget();
   if (above == nullptr || focused == nullptr) return;

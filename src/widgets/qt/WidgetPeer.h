@@ -10,42 +10,43 @@
 
 namespace tarn {
 
-// All of this is used on the thread of the widgets alone.
+// Everything in this file is for the widget thread only.
 
-// The widget that shows a window; null for none. For the host, which puts those of windows without
-// a parent into its own.
+// Returns the widget that shows a window; null if there is none. The host uses it to embed windows
+// without a parent into its own widgets.
 QWidget* WidgetOf(WindowHandle window);
 inline QWidget* WidgetOf(const CWnd& window) {
   return WidgetOf(window.GetHandle());
 }
 
-// Whether it is such a widget.
+// Returns whether the widget shows a window.
 bool ShowsWindow(const QWidget& widget);
 
-// Where the windows below that one are put; null for none. In a view that scrolls they stand on
-// what scrolls.
+// Returns the widget that contains the child windows of a window; null if there is none. For a
+// scrolling view it is the scrolled area.
 QWidget* ClientAreaOf(const CWnd& window);
 
-// Whether the window's style asks for a frame around it.
+// Returns whether the window's style requests a frame around it.
 inline bool HasFrame(const CWnd& window) {
   return (window.GetStyle() & (kStyleBorder | kStyleStaticEdge)) != 0;
 }
 
-// Makes the widget findable from now on, until it is taken away.
+// Registers the widget of a window, until ForgetWidget().
 void NoteWidget(WindowHandle window, QWidget* widget);
 void ForgetWidget(WindowHandle window);
 
-// Hands the keyboard, if it is here, to the widget around if that takes it: a field that goes would
-// leave it to whatever stands next.
+// Moves the keyboard focus, if it is here, to the surrounding widget if that accepts it: the focus
+// of a destroyed field would otherwise move to an arbitrary neighbour.
 void LeaveFocus(const QWidget& widget);
 
-// What all peers have in common: a widget, below the one of the parent's window, that follows the
-// window's state. `Base` is the kind of peer. The widget goes with the peer, at the next chance, as
-// one of its events may be running; the host may have put it elsewhere meanwhile, and if the host
-// destroys it, nothing is drawn any more.
+// Common base of all peers: a widget, child of the parent window's widget, that follows the
+// window's state. `Base` is the peer interface. The widget is destroyed after the peer, when
+// control returns to the event loop, since one of its events may be running. The host may have
+// moved the widget elsewhere; if the host destroys it, nothing is drawn any more.
 template <class Base, class Widget = QWidget>
 class WidgetPeer : public Base {
  public:
+  // Takes over the new widget and applies the window's current state to it.
   WidgetPeer(CWnd& shownWindow, Widget* newWidget)
       : window(shownWindow), handle(shownWindow.GetHandle()), widget(newWidget) {
     const CWnd* const above = window.GetParent();
@@ -68,7 +69,7 @@ class WidgetPeer : public Base {
   WidgetPeer(const WidgetPeer&) = delete;
   WidgetPeer& operator=(const WidgetPeer&) = delete;
 
-  // Where a window without a parent is, and whether it is seen, is the host's matter.
+  // The host decides on position and visibility of a window without a parent.
   void OnMoved() override {
     if (widget == nullptr || window.GetParent() == nullptr) return;
     const Rect& rect = window.GetRect();
@@ -76,7 +77,7 @@ class WidgetPeer : public Base {
   }
   void OnShown() override {
     if (widget == nullptr || window.GetParent() == nullptr) return;
-    // Below a widget that the host has destroyed it would come up as a window of its own.
+    // With its parent destroyed by the host, it would appear as a top-level window.
     if (widget->parentWidget() != nullptr) widget->setVisible(window.IsVisible());
   }
   void OnEnabled() override {
@@ -93,7 +94,7 @@ class WidgetPeer : public Base {
   void OnInvalidated() override {
     if (widget != nullptr) widget->update();
   }
-  // Painting on the spot would cost more than it shows; the loop paints soon enough.
+  // Immediate painting would be too expensive; the loop paints soon enough.
   void OnPaintNow() override { WidgetPeer::OnInvalidated(); }
   void OnFocusTaken() override {
     if (widget != nullptr) widget->setFocus(Qt::OtherFocusReason);

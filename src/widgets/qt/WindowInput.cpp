@@ -63,8 +63,8 @@ bool AcceptsFiles(const CWnd& window) {
   return false;
 }
 
-// A key that the widget with the keyboard has left over goes up the widgets. Those of another
-// window are not meant by it.
+// Returns whether a key comes from a plain child widget: unused keys propagate to the parent
+// widgets, but those from a child that shows a window of its own are not meant for this window.
 bool ComesFromBelow(const QWidget& widget) {
   const QWidget* each = QApplication::focusWidget();
   if (each == nullptr || !widget.isAncestorOf(each)) return false;
@@ -72,7 +72,7 @@ bool ComesFromBelow(const QWidget& widget) {
   return each != &widget;
 }
 
-// With these a key means something to the desktop or to a menu: Alt and Delete would delete.
+// With these modifiers a key belongs to the desktop or to a menu: Alt+Delete must not delete.
 bool IsWithSystemKey(const QKeyEvent& event) {
   return (event.modifiers() & (Qt::AltModifier | Qt::MetaModifier)) != Qt::NoModifier;
 }
@@ -112,8 +112,8 @@ KeyEvent ToKeyEvent(const QKeyEvent& event) {
   for (const KeyPair& pair : kKeys) {
     if (pair.qt == event.key()) key.key = pair.window;
   }
-  // Letters and digits have the numbers of their characters in both. Those of other characters mean
-  // something else to a window: a full stop would delete.
+  // Letters and digits have the same codes in both. Other characters would be confused with
+  // different keys: a full stop would delete.
   const bool isLetter = event.key() >= Qt::Key_A && event.key() <= Qt::Key_Z;
   const bool isDigit = event.key() >= Qt::Key_0 && event.key() <= Qt::Key_9;
   if (isLetter || isDigit) key.key = event.key();
@@ -138,7 +138,7 @@ bool WindowInput::Handle(QWidget& widget, QEvent& event) {
     case QEvent::Resize:
       if ((inputs & kInputSize) != 0) {
         const QSize size = static_cast<QResizeEvent&>(event).size();
-        // What the window itself has asked for needs no telling.
+        // A size that the window has set itself need not be reported.
         const Rect known = window.GetClientRect();
         if (size.width() != known.Width() || size.height() != known.Height()) {
           window.NotifyResized({size.width(), size.height()});
@@ -149,7 +149,7 @@ bool WindowInput::Handle(QWidget& widget, QEvent& event) {
       if ((inputs & kInputFocus) != 0) window.NotifyFocusTaken();
       return false;
     case QEvent::FocusOut:
-      // A menu or another program borrows the keyboard; the window gets it back.
+      // A menu or another program takes the focus only temporarily; the window gets it back.
       if ((inputs & kInputFocus) != 0) {
         const Qt::FocusReason reason = static_cast<QFocusEvent&>(event).reason();
         if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) {
@@ -181,7 +181,7 @@ bool WindowInput::Handle(QWidget& widget, QEvent& event) {
 bool WindowInput::OnMouse(QWidget& widget, QEvent& event) {
   if ((inputs & (kInputMouse | kInputMouseHeard)) == 0) return false;
   const bool isHeardAlone = (inputs & kInputMouseHeard) != 0;
-  // A window that goes takes its widget along, and this with it if a loop runs meanwhile.
+  // Destroying the window destroys its widget, and this object with it if a nested loop runs.
   const WindowHandle own = handle;
   const auto& mouse = static_cast<QMouseEvent&>(event);
   if (!isHeardAlone && event.type() == QEvent::MouseButtonPress &&
@@ -214,7 +214,7 @@ bool WindowInput::OnDrop(QEvent& event) {
   drop.setDropAction(Qt::CopyAction);
   drop.accept();
   if (event.type() != QEvent::Drop) return true;
-  // The program that they come from waits for the end of this event, and the window may ask.
+  // The source program waits for the end of this event, while the handler may show a dialog.
   QTimer::singleShot(0, this, [this, paths] {
     if (IsWindow(handle)) window.NotifyDroppedFiles(paths);
   });

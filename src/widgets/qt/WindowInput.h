@@ -9,23 +9,23 @@ class QWidget;
 
 namespace tarn {
 
-// What of the user's actions on a widget goes to its window.
+// Kinds of user input on a widget that are forwarded to its window.
 enum WindowInputs : unsigned {
   kInputSize = 1,
   kInputFocus = 2,
-  kInputMouse = 4,  // the widget's own handling of the mouse is left out
-  kInputKeys = 8,   // but for those with Alt; one that the window uses goes no further
+  kInputMouse = 4,  // the widget's own mouse handling is disabled
+  kInputKeys = 8,   // except with Alt; a key used by the window goes no further
   kInputContextMenu = 16,
   kInputFileDrops = 32,
   kInputAll = 63,
   kInputMouseHeard = 64,  // instead of kInputMouse: the widget handles the mouse as well
 };
 
-// Tells a window what the user does with the widgets that show it. Child of a widget, with which it
-// goes; a window that went before hears nothing.
+// Event filter that forwards user input on widgets to the window that they show. Child of a widget,
+// with which it is destroyed; does nothing after the window has been destroyed.
 class WindowInput : public QObject {
  public:
-  // For an area that scrolls, `widget` is the viewport, whose corner is the client area's.
+  // `widget` is the viewport of a scrolling area, whose corner is that of the client area.
   WindowInput(CWnd& shownWindow, QWidget& widget, unsigned forwarded = kInputAll);
 
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -41,7 +41,7 @@ class WindowInput : public QObject {
   unsigned inputs;
 };
 
-// The key as the windows know it.
+// Converts a key event to the windows' representation.
 KeyEvent ToKeyEvent(const QKeyEvent& event);
 
 }  // namespace tarn

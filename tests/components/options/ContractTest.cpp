@@ -1,4 +1,4 @@
-// What the component promises to whoever calls it by number, and what its manual says.
+// Guarantees to callers that use the component's methods by number, and statements of its manual.
 
 #include <gtest/gtest.h>
 
@@ -7,14 +7,14 @@
 namespace tarn::options {
 namespace {
 
-// Callers know the numbers alone.
+// Callers only know the numbers.
 TEST(Contract, EveryOperationAnswersByItsNumberWithItsArguments) {
   OptionsRig rig(kSampleSets);
   std::string operations;
   for (const MethodInfo& method : rig.manager.GetMethods()) {
     operations += std::to_string(method.id) + " " + std::string(method.name) + "/" +
                   std::to_string(method.arguments.size()) + " ";
-    // Texts may be null, numbers and whole levels missing.
+    // Strings may be null, numbers and entire levels missing.
     Variant result;
     const std::vector<Variant> nothing(method.arguments.size());
     EXPECT_TRUE(rig.manager.Invoke(method.id, nothing, result)) << method.name;

@@ -14,7 +14,7 @@ std::string Set(const std::string& content) {
          "<Property Header=\"Good\" Default=\"ok\" /></Section></Set>";
 }
 
-// A property X that has a default under a condition.
+// Defines a property X with a conditional default.
 std::string Conditional(const std::string& attributes, const std::string& when,
                         const std::string& value) {
   return Set("<Property Header=\"X\" " + attributes + "><Default When=\"" + when + "\" Value=\"" +
@@ -106,7 +106,7 @@ TEST(DefinitionFilesTest, APropertyStartsFromWhatWasSaidOfAllSets) {
   }
 }
 
-// A default that cannot be one choice of several must not be cut off in silence.
+// A default that is not a valid case of a macro must not be truncated silently.
 TEST(DefinitionFilesTest, ADefaultOfSeveralTextsStaysWhole) {
   OptionsRig rig(Conditional(R"(Type="list" Default="x;y")", "A.Good=ok", "z"));
   EXPECT_EQ(rig.Get("C", "A", "X"), "x;y");
@@ -138,7 +138,7 @@ TEST(DefinitionFilesTest, IncludedFilesExtendWhatStandsThere) {
   EXPECT_EQ(rig.Get("C", "A", "Q"), "q");
 }
 
-// The page for authors, whose example must do what it says.
+// The manual's example has to work as described.
 TEST(DefinitionFilesTest, TheWorkedExampleOfTheManualHolds) {
   const std::string text = testing::ReadBytes(testing::SourcePath("docs/options-format.md"));
   const std::size_t begin = text.find("<OptionSets>", text.find("### A worked example"));
@@ -198,7 +198,7 @@ TEST_F(ShippedOptionsTest, HaveNoFault) {
   EXPECT_EQ(manager.GetDefinitionErrors(), "");
 }
 
-// A type without an icon that can be loaded is not shown, nor is what is below it.
+// A type without a loadable icon is not shown, and neither are its children.
 TEST_F(ShippedOptionsTest, GiveEveryNodeTypeAnIconOfItsOwn) {
   CXmlParseInfo parseInfo;
   CXmlNode root;

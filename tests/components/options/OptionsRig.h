@@ -10,16 +10,16 @@
 
 namespace tarn::options {
 
-// Content of OptionSets that has something of every kind.
+// Content of OptionSets with something of every kind.
 extern const char kSampleSets[];
 
-// Texts that a careless reader or writer of values would change.
+// Values that a careless reader or writer would corrupt.
 const std::vector<std::string>& HostileValues();
 
-// The component with definitions from a disk in memory, called by number as its users do.
+// The component with definitions from an in-memory disk, called by number as its users do.
 class OptionsRig {
  public:
-  // The content of OptionSets in the configuration file /c/projectmanager.config.
+  // `sets` is the content of OptionSets in the configuration file /c/projectmanager.config.
   explicit OptionsRig(const std::string& sets = {});
 
   std::string Get(const char* set, const char* section, const char* property) {
@@ -42,13 +42,13 @@ class OptionsRig {
   std::string Display(const char* set, const char* section, const char* property) {
     return driver.InvokeText(27, {set, section, property});
   }
-  // Of section Compiler.
+  // Checks a value of the section Compiler.
   std::string Check(const char* property, const char* value) {
     return driver.InvokeText(101, {"C", "Compiler", property, value});
   }
 
-  // Publishes a node as the project model does: the parent's text when there is one, the label,
-  // and the stored options from the outermost node inwards. Gives the node's text.
+  // Publishes a node as the project model does: the parent's text if there is one, the label, and
+  // the stored options from the outermost node inwards. Returns the node's text.
   std::string Publish(const char* type, const char* header, const std::string& parentText,
                       std::initializer_list<std::string> storedOptions,
                       const char* config = "Debug");
@@ -58,7 +58,7 @@ class OptionsRig {
   COleDispatchDriver driver;
 };
 
-// An Options element for one value, as a project file holds it.
+// Returns an Options element for one value, as stored in a project file.
 std::string Stored(const std::string& config, const std::string& set, const std::string& section,
                    const std::string& property, const std::string& value);
 

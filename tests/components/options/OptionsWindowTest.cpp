@@ -181,7 +181,7 @@ TEST_F(OptionsWindowTest, TheWindowStandsOnceAHostHasAskedForIt) {
   EXPECT_EQ(rig.driver.InvokeLong(15, {0}), 1);
 }
 
-// The window as a toolkit works with it, and the frame that gets its commands.
+// The window as used by a toolkit, and the frame that receives its commands.
 class OptionsWndTest : public OptionsWindowTest, private WindowTarget {
  protected:
   OptionsWndTest() : frame(RegisterWindow(*this)), window(rig.manager, frame) {

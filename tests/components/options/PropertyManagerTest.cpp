@@ -178,7 +178,7 @@ TEST(PropertyManagerTest, ConfigTextIsOneElementForTheValueAsked) {
               element(config, section, property, rest));
   }
   EXPECT_EQ(rig.ConfigText("Debug", "C", "No", "Such"), "");
-  // A value set for whatever configuration is asked for next is never lost to another one.
+  // A value set for the configuration that is queried next is never lost to a different one.
   rig.Put("C", "Compiler", "Include", "now");
   EXPECT_NE(rig.ConfigText("Release", "C", "Compiler", "Include").find("\"now\""),
             std::string::npos);

@@ -15,8 +15,8 @@ std::string OneTool(const std::string& content) {
   return "<T><Tool Name=\"t\" " + content + "</Tool></T>";
 }
 
-// What runs, "program arg arg" on a line each, when every program makes the output. Options are
-// lines of Section.Property=value.
+// Returns what is run, one "program arg arg" per line, if every program produces the output.
+// Options are lines of Section.Property=value.
 std::string StartedFor(const std::string& definitions, const char* tool, const char* files,
                        std::string_view options) {
   ToolManagerFixture tools(definitions);
@@ -33,7 +33,7 @@ std::string StartedFor(const std::string& definitions, const char* tool, const c
 }
 
 TEST(CommandLine, ArgumentsFollowTheirRules) {
-  // What for, attributes of the Step, its children, options, files, and what runs.
+  // Purpose, attributes of the Step, its children, options, files, and what is run.
   const char* const rows[][6] = {
       {"files one by one", "", R"~(<Arg V="-c"/><Arg V="$(Item)" List="Files"/>)~", "",
        R"~("/p/a b.c","sub\c.c")~", "cc -c \"/p/a b.c\" /p/sub/c.c\n"},
@@ -161,7 +161,7 @@ TEST(CommandLine, FilesThatARunReadsAreKnownBeforeIt) {
     EXPECT_EQ(tools.manager->GetUsedFiles("t", "\"a.o\"", options.c_str(), candidates.c_str()),
               expected);
   }
-  // The library that is there counts as a dependency.
+  // The library that exists is a dependency.
   tools.values.Put("", "X", "Args", "-Ll -L/q -lm -Wl,-T,s.ld @r.rsp -Map one.map");
   for (const char* path : {"/p/x.ld", "/p/two.a", "/p/one.map"}) tools.disk.AddFile(path, "");
   testing::PlayedProgram linker;
@@ -174,7 +174,7 @@ TEST(CommandLine, FilesThatARunReadsAreKnownBeforeIt) {
       R"(<D Header="/p/r.rsp"/><D Header="/p/more.rsp"/><D Header="/q/libm.a"/>)"
       R"(<D Header="/p/s.ld"/><D Header="/p/two.a"/><D Header="/p/x.ld"/></F>)";
   EXPECT_NE(information.find(read), std::string::npos) << information;
-  // What would be read in place of a file, and what is not there yet.
+  // Files that would be read instead of others, and files that do not exist yet.
   for (const char* path : {"?/p/l/libm.so", "?/p/l/libm.a", "?/q/libm.so", "?/p/one.a"}) {
     EXPECT_NE(information.find(path), std::string::npos) << path << '\n' << information;
   }
@@ -210,7 +210,7 @@ TEST(CommandLine, GetCommandLinesShowsWhatWouldRunAndStartsNothing) {
   EXPECT_EQ(WithoutRun(tools.manager->TakeBuildInformation()), "");
 }
 
-// The definitions that are shipped, with the options that a project gives them.
+// The shipped definitions with options as set by a project.
 TEST(ShippedTools, CompileAndLinkLinesAreComplete) {
   const auto commands = [](const char* definitions, const char* tool, const char* files,
                            const std::string& options) {

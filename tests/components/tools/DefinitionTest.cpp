@@ -65,7 +65,7 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
   }
 }
 
-// Tools that the rest of the file would have changed must not run.
+// Tools that the lost part of the file might have changed must not run.
 TEST(Definition, ADamagedFileLeavesAllItsToolsOutAndIsAProblem) {
   const std::pair<std::string, const char*> rows[] = {
       {"", ":1: the file ends before its first element"},
@@ -126,7 +126,7 @@ TEST(Definition, LaterFilesReplaceToolsAndEveryExtensionIsServed) {
   EXPECT_EQ(ToolSet::FromFolder(disk, "/none")->Errors().size(), 1u);
 }
 
-// More tools than there are commands for them would never be reached.
+// Tools beyond the number of available commands could not be reached.
 TEST(Definition, AtMostTwentyToolsAreListedForAnExtension) {
   tarn::testing::MemoryFileSystem disk;
   std::string text = "<T>";

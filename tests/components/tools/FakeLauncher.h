@@ -16,17 +16,16 @@
 
 namespace tarn::tools::testing {
 
-// What a program that is only played does.
+// Behavior of a simulated program.
 struct PlayedProgram {
-  // Pieces in the order of their arrival; true: on the error stream.
+  // Chunks in order of arrival; true: on the error stream.
   std::vector<std::pair<bool, std::string>> output;
   ProcessExit exit;
-  std::function<void(const ProcessRequest&)> effect;  // while it runs
+  std::function<void(const ProcessRequest&)> effect;  // called while it runs
   bool isMissing = false;
 };
 
-// Build information without what it says of the run itself: the hash of its commands, programs and
-// folders.
+// Removes the details of the run from build information: command hash, programs and folders.
 inline std::string WithoutRun(std::string information) {
   for (const char* name :
        {" Command=\"", " Programs=\"", " Search=\"", " Products=\"", " ByProducts=\""}) {
@@ -38,9 +37,9 @@ inline std::string WithoutRun(std::string information) {
   return information;
 }
 
-// Plays programs in the order in which they were queued, and records what was started. A program
-// beyond the queue ends at once without a word. One that is asked where it has its parts is neither
-// played nor recorded, and knows nothing.
+// Simulates queued programs in order and records what was started. After the queue is used up,
+// programs end immediately without output. Queries for the locations of helper programs are neither
+// simulated nor recorded, and find nothing.
 class FakeLauncher : public ProcessLauncher {
  public:
   void Queue(PlayedProgram program) { programs.push(std::move(program)); }
@@ -81,8 +80,8 @@ class FakeLauncher : public ProcessLauncher {
   std::queue<PlayedProgram> programs;
 };
 
-// A tool manager on a disk in memory with played programs and the messages that come along, and a
-// node of a project in /p.
+// A tool manager with an in-memory disk, simulated programs and the shipped messages, and a node of
+// a project in /p.
 class ToolManagerFixture {
  public:
   explicit ToolManagerFixture(const std::string& definitions) {
@@ -104,10 +103,10 @@ class ToolManagerFixture {
   bool Run(const char* tool, const char* files) {
     return manager->RunTool(tool, files, values.ToText().c_str(), "/tmp/m.xml") == 1;
   }
-  // The text of the message file of the last run.
+  // Returns the content of the last run's message file.
   std::string Messages() { return disk.BytesOf("/tmp/m.xml").value_or("none"); }
 
-  // The effect of a program that makes one file.
+  // Returns the effect of a program that produces one file.
   std::function<void(const ProcessRequest&)> Makes(const std::string& path,
                                                    const std::string& bytes = "x") {
     return [this, path, bytes](const ProcessRequest&) { disk.AddFile(path, bytes); };
@@ -120,7 +119,7 @@ class ToolManagerFixture {
   ToolManager* manager = nullptr;
 };
 
-// "program arg arg", one line a program.
+// Returns one line per program: "program arg arg".
 inline std::string StartedLines(const FakeLauncher& launcher) {
   std::string lines;
   for (const ProcessRequest& request : launcher.started) {

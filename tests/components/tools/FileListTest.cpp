@@ -7,7 +7,7 @@
 namespace tarn::tools {
 namespace {
 
-// An input, and its entries with "|" behind each.
+// An input, and its entries, each followed by "|".
 using Row = std::pair<const char*, const char*>;
 
 std::string Joined(const std::vector<std::string>& entries) {

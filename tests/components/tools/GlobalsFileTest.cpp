@@ -13,7 +13,8 @@
 #include "tests/components/tools/FakeLauncher.h"
 #include "xml/XmlNode.h"
 
-// Lists of the symbols of programs that this machine's compiler makes with the shipped definitions.
+// Symbol lists of programs built by the compiler installed on this system with the shipped
+// definitions.
 namespace tarn::tools {
 namespace {
 
@@ -51,7 +52,7 @@ class GlobalsFile : public ::testing::Test {
     Run("host-gcc.link", "a.o", "app");
   }
 
-  // "icon name:line definition", for the symbols of that file.
+  // Returns "icon name:line definition" for each symbol of that file.
   std::string ListOf(const std::string& source) {
     CXmlNode root;
     root.Load(ReadBytes(folder / "app.v2-Globals.Debug.xml"), g_xmlParseInfo);
@@ -129,7 +130,7 @@ TEST_F(GlobalsFile, SymbolsOfAProgramInCppHaveTheirScope) {
             "0 operator\"\"_k:9 int operator\"\"_k(long long unsigned int v)\n");
 }
 
-// Firmware begins at address 0, where what the linker left out seems to be as well.
+// Firmware starts at address 0, which is also the apparent address of discarded functions.
 TEST_F(GlobalsFile, AFunctionAtAddressZeroIsNoneThatWasLeftOut) {
   values.Put("", "Linker", "Extra", "-nostdlib -static -Wl,-e,main,-Ttext=0");
   Build("a.c", "int unused(void) { return 1; }\nint main(void) { return 0; }\n");

@@ -30,7 +30,7 @@ TEST(MessageFile, EveryKindHasItsAttributesAndChildren) {
       "</Messages>\n");
 }
 
-// That includes the system's own, which protects the byte behind a backslash.
+// This includes Tarn's own parser, which treats a backslash as an escape.
 TEST(MessageFile, WhatAToolSaysIsXmlForEveryReader) {
   EXPECT_EQ(MessageFileText({{Severity::Warning, "a<b|\"&amp;\" \x01\\", "]]>", "/w/a&b", "3"}}),
             "<Messages>\n<message Icon=\"1\" ShowInReport=\"yes\" Contain=\"]]&gt;\" "

@@ -11,7 +11,7 @@
 namespace tarn::tools {
 namespace {
 
-// A line, and what it is taken for: "kind|file|line|content", the kind one of E, W, P.
+// A line, and the expected result: "kind|file|line|content", where kind is E, W or P.
 using Row = std::pair<const char*, const char*>;
 
 void Check(const MessageRuleLists& lists, std::span<const Row> rows) {
@@ -125,7 +125,7 @@ TEST(MessageReader, SdccLinesCarryNumbersAndTheLinkerAPrefix) {
   Check(testing::ShippedMessages("sdcc"), rows);
 }
 
-// The example of the page on definitions; the tool's own line is in front of its list.
+// The example in the documentation of definitions; the tool's own line precedes those of its list.
 TEST(MessageReader, LinesOfDefinitionsAreTriedInTheirOrder) {
   const ReadDefinitions read = ReadDefinitionFiles({{"t.tools", R"~(
       <T><Tool Name="t" Messages="acme"><Line Template="error C21: {SPECMESSAGE}"/>
@@ -166,7 +166,7 @@ TEST(MessageReader, NamesCountFromTheFolderThatWasEnteredLast) {
   }
 }
 
-// The lists of a tool are shared by all of its runs.
+// The lists of a tool are shared by all its runs.
 TEST(MessageReader, RunsAtTheSameTimeDoNotDisturbEachOther) {
   const MessageRuleLists lists = testing::ShippedMessages("gnu-ld gcc");
   const auto read = [&](const std::string& name) {

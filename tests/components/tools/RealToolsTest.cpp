@@ -6,8 +6,8 @@
 #include "platform/text/Text.h"
 #include "support/Surroundings.h"
 
-// The shipped definitions with the compilers that are installed here: what they really say and
-// leave. A toolchain that is missing skips its tests.
+// The shipped definitions with the compilers installed on this system: their real output and files.
+// Tests of a missing toolchain are skipped.
 namespace tarn::tools {
 namespace {
 
@@ -37,13 +37,13 @@ class RealTools : public ::testing::Test {
     information = ReplaceAll(manager->TakeBuildInformation(), folder.Path(), "~");
     return result == 1;
   }
-  // Each of these must stand in the messages or in the record.
+  // Each of these must be in the messages or in the record.
   void Expect(std::initializer_list<const char*> parts) {
     for (const char* part : parts) EXPECT_THAT(messages + information, ::testing::HasSubstr(part));
   }
   bool IsMissing(const char* tool) { return !manager->MissingProgram(tool).empty(); }
 
-  // The blank in its name would break sdcc, were names not relative to it.
+  // The space in its name would break sdcc if paths were not relative to the folder.
   const testing::ScratchFolder folder{"tarn real-"};
   OptionValues values{"C"};
   ToolManager* const manager = new ToolManager(ToolWorld::Native());
@@ -145,7 +145,7 @@ TEST_F(RealTools, SdccErrorsOfAllThreeToolsAreSeen) {
   EXPECT_FALSE(Run("sdcc-mcs51.link", {"out/l.rel"}, "out/l.ihx"));
   Expect({"Contain=\"Undefined Global '_missing' referenced by module 'l'\"",
           "Contain=\"sdcc ended with exit code 1\""});
-  // A name that sdcc's shell would take for a command is refused before it starts.
+  // A name that sdcc's shell would take for a command is rejected before the tool starts.
   EXPECT_FALSE(Run("sdcc-mcs51.c", {"x$(touch hacked).c"}, "out/x.rel"));
   Expect({"sdcc can't work with blanks or special characters: x$(touch hacked).c"});
   EXPECT_FALSE(Exists("hacked"));

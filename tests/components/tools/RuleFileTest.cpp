@@ -9,7 +9,7 @@ namespace {
 
 TEST(RuleFile, EveryDependencyIsFoundOnceWithoutItsEscapesAndACutTextIsNoticed) {
   const std::string cut = "ends in the middle of a line";
-  // What for, a text, the names in it with "|" after each, and the problem.
+  // Purpose, text, the names in it, each followed by "|", and the problem.
   const std::string rows[][4] = {
       {"continued lines", "s.o: s.S \\\n /usr/lib/io.h \\\r\n b.h\r\n", "s.S|/usr/lib/io.h|b.h|",
        ""},

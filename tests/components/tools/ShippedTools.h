@@ -10,7 +10,7 @@
 
 namespace tarn::tools::testing {
 
-// The lists of messages with these names, blanks between them, of the definitions that come along.
+// Returns the shipped message lists with these names, which are separated by spaces.
 inline MessageRuleLists ShippedMessages(const std::string& names) {
   const std::string path = tarn::testing::SourcePath("share/config/tools/messages.tools");
   const ReadDefinitions read =

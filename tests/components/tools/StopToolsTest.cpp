@@ -15,11 +15,11 @@ using Clock = std::chrono::steady_clock;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-// A real tool manager with definitions in a folder of its own.
+// A real tool manager with definitions in a temporary folder.
 class StopTools : public ::testing::Test {
  protected:
   StopTools() {
-    // A shell that ignores the polite signal and has a child that does so too.
+    // A shell that ignores SIGTERM and has a child that ignores it too.
     folder.Write("config/tools/s.tools",
                  "<T><Tool Name=\"stubborn\"><Step Program=\"/bin/sh\"><Arg V=\"" +
                      folder / "stubborn.sh" +
@@ -70,7 +70,7 @@ TEST_F(StopTools, AStopHoldsUntilToolsAreResumed) {
   EXPECT_EQ(Run("quick"), 1);
 }
 
-// For the thread sanitizer: everything that the host's thread may call while tools run and end.
+// For the thread sanitizer: everything that the main thread may call while tools run and end.
 TEST_F(StopTools, CallsOfTheHostDoNotRaceWithRuns) {
   std::atomic<int> ended{0};
   std::vector<std::thread> workers;

@@ -23,7 +23,7 @@ TEST(ThinArchive, NamesItsMembersAndThoseOfArchivesInIt) {
                               Header("/20:64", 7) + Header("/20:96", 7);
   EXPECT_THAT(ReadThinArchive(archive), ElementsAre("deep/a long name.o", "b.o", "libg.a"));
   EXPECT_THAT(ReadThinArchive("!<arch>\n" + archive.substr(8)), IsEmpty());
-  // However it is damaged.
+  // Damaged archives.
   EXPECT_THAT(ReadThinArchive(archive.substr(0, archive.size() - 130)),
               ElementsAre("deep/a long name.o"));
   EXPECT_THAT(ReadThinArchive("!<thin>\n" + Header("/99", 0) + Header("//", 999999999)), IsEmpty());

@@ -11,14 +11,14 @@
 #include "support/Surroundings.h"
 #include "tests/components/tools/ShippedTools.h"
 
-// What real tools said, kept below tests/data/toollogs (scripts/make-toollogs makes it), and what
-// is to be seen in it: beside each log stands a file with a line for each message,
+// Recorded output of real tools in tests/data/toollogs (created by scripts/make-toollogs), with the
+// expected messages: next to each log there is a file with one line per message,
 //
-//   number of the line|E, W or P for plain|file|line|bare message
+//   line number|E, W or P for plain|file|line|bare message
 //
-// Lines that are plain and name no file are left out. Files count from the folder that the tool ran
-// in, which "folder NAME" in the first line may change. Logs in colour or with other line ends are
-// to give what the log without them gives.
+// Plain lines that name no file are omitted. File names are relative to the folder in which the
+// tool ran, which "folder NAME" in the first line may change. Logs with colors or different line
+// endings have to yield the same as the plain log.
 namespace tarn::tools {
 namespace {
 
@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* kFolder = "/tmp/firmware";
 
-// By the number of the line.
+// by line number
 using Seen = std::map<int, std::string>;
 
 struct Counts {
@@ -75,7 +75,7 @@ Seen ReadLog(const std::string& path, const MessageRuleLists& rules, const std::
   return seen;
 }
 
-// File and line of a message, without its kind and text; empty for one that names no file.
+// Returns file and line of a message, without its kind and text; empty if it names no file.
 std::string PlaceOf(const Seen& seen, int number) {
   const auto found = seen.find(number);
   if (found == seen.end()) return {};

@@ -24,8 +24,8 @@ constexpr const char* kDefinitions =
     R"(<Tool Name="talk" Messages="gcc"><Step Program="p"/></Tool>)"
     R"(<Tool Name="sizes"><Step Program="size" Capture="Size"/></Tool></T>)";
 
-// "kind text" per message of a message file, one line each; "*" for a plain line in the report, and
-// the number of messages that one stands for.
+// Returns "kind text" per message of a message file, one per line, with "*" for a plain line that
+// is in the report, and the number of messages that one represents.
 std::string Summary(const std::string& file) {
   CXmlNode root;
   root.Load(file, g_xmlParseInfo);
@@ -65,7 +65,7 @@ TEST(ToolManager, ASuccessfulRunLeavesMessagesAndARecordThatIsTakenOnce) {
 
 TEST(ToolManager, AToolThatLeavesNoWholeListOfDependenciesHasFailed) {
   const char* const rows[][2] = {
-      {nullptr, "can't be read: "},  // that of an earlier run must not do
+      {nullptr, "can't be read: "},  // a file left by an earlier run must not be used
       {"", "is empty"},
       {"a.o: /p/a.c b", "ends in the middle of a line"},
       {"a.o: /p/a.c b\\c.h\n", "names a file that can't be followed, rename it: b\\c.h"},
@@ -145,7 +145,7 @@ TEST(ToolManager, EveryFailureIsAnErrorInTheMessagesAndLeavesNoRecord) {
   }
 }
 
-// A program that ends with exit code 0 has failed if it printed an error where it reports errors.
+// A program that ends with exit code 0 has failed if it printed an error in the usual place.
 TEST(ToolManager, AStatedErrorFailsAToolInSpiteOfExitCode0) {
   constexpr const char* kTalkers =
       R"(<T><Tool Name="cc" Messages="gcc"><Step Program="p"/></Tool>)"
@@ -201,7 +201,7 @@ TEST(ToolManager, AProgramPathRunsAsAToolAndANullMessageFileIsLegal) {
 TEST(ToolManager, EditedDefinitionsTakeEffectWhenTheyAreRefreshed) {
   ToolManagerFixture tools(R"(<T><Tool Name="a"><Step Program="old"/></Tool></T>)");
   EXPECT_EQ(tools.manager->RefreshTools(), 0);
-  // As long as before, and in the same second.
+  // The same size, and written in the same second.
   tools.disk.AddFile("/app/config/tools/test.tools",
                      R"(<T><Tool Name="a"><Step Program="new"/></Tool></T>)");
   tools.disk.AddFile("/app/config/tools/more.tools",
@@ -240,7 +240,7 @@ std::string Repeated(const std::string& text, std::size_t count) {
   return all;
 }
 
-// Only plain lines make room, and what is dropped is counted.
+// Only plain lines are dropped to make room, and what is dropped is counted.
 TEST(ToolManager, WhatComesAfterEndlessTalkIsStillReportedAndCounted) {
   constexpr std::size_t kLines = MessageLog::kHeadLines + MessageLog::kTailLines;
   const std::string talk = Repeated("x\n", 2 * kLines);
@@ -251,7 +251,7 @@ TEST(ToolManager, WhatComesAfterEndlessTalkIsStillReportedAndCounted) {
     const char* name;
     std::string output;
     int code;
-    std::string between;  // what the messages have somewhere
+    std::string between;  // appears somewhere in the messages
     std::string end;      // and at their end
   } rows[] = {
       {"a warning", talk + warning, 0, gap, "0 x\n1 " + warning},
@@ -311,7 +311,7 @@ class RecordingFrame : public WindowTarget {
                                 std::intptr_t lParam) override {
     lines += std::to_string(message) + ' ' + reinterpret_cast<const char*>(wParam) + ' ' +
              std::to_string(lParam) + '\n';
-    // A handler may call back; a lock held across the message would hang here.
+    // A handler may call back; a lock held while the message is sent would cause a deadlock here.
     if (manager != nullptr) lines += WithoutRun(manager->TakeBuildInformation());
     return 1;
   }

@@ -1,15 +1,15 @@
-// Drives the main window by lines on standard input, for tests that need it in a process of its
-// own, such as one that is killed. Answers each line by "ok" or "failed". The end of the input
-// closes the window.
+// Drives the main window by commands on standard input, for tests that need it in a separate
+// process, such as one that is killed. Replies to each line with "ok" or "failed". The end of the
+// input closes the window.
 //
-//   open FILE             projects and files to edit
-//   type TEXT             into the current editor, where its cursor is
-//   add FILE              to the project
+//   open FILE             opens a project or a file to edit
+//   type TEXT             types into the current editor at the cursor
+//   add FILE              adds a file to the project
 //   option NODE KEY TEXT  sets an option of a node, such as C.Compiler.Defines
 //   save                  saves everything
-//   wait MILLISECONDS
-//   press NAME            presses a button of the dialog that is shown, by its object name
-//   kill                  ends the process by SIGKILL
+//   wait MILLISECONDS     waits
+//   press NAME            presses a button of the current dialog, by object name
+//   kill                  ends the process with SIGKILL
 
 #include <signal.h>
 #include <unistd.h>
@@ -131,7 +131,7 @@ int main(int argc, char** argv) {
   if (!window.Start()) return 1;
   window.show();
   Driver driver(window);
-  // A question that no line answers is refused.
+  // Questions not handled by a line are cancelled.
   QTimer questions;
   QObject::connect(&questions, &QTimer::timeout, &window, [] {
     if (auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
@@ -151,7 +151,7 @@ int main(int argc, char** argv) {
       return;
     }
     pending.append(bytes, static_cast<std::size_t>(count));
-    input.setEnabled(false);  // a command may run the loop
+    input.setEnabled(false);  // a command may run the event loop
     for (std::size_t end = 0; (end = pending.find('\n')) != std::string::npos;) {
       const std::string line = pending.substr(0, end);
       pending.erase(0, end + 1);

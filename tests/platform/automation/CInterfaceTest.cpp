@@ -1,4 +1,4 @@
-// The operations for programs in C, called as such a program calls them.
+// Tests of the C interface, called in the way that a C program calls it.
 
 #include <gtest/gtest.h>
 #include <tarn/automation.h>
@@ -40,7 +40,7 @@ class CInterface : public ::testing::Test {
     tarn->ClearVariant(&value);
     return text;
   }
-  // The result, or status, text and argument of the failure.
+  // Returns the result, or status, message and argument index of the error.
   std::string Outcome(std::int32_t status, TarnVariant& result) {
     const TarnError& error = *tarn->LastError();
     EXPECT_EQ(error.status, status);
@@ -134,7 +134,7 @@ TEST_F(CInterface, WhatCannotBeCalledSaysWhy) {
   for (const int version : {0, TARN_AUTOMATION_VERSION + 1}) {
     EXPECT_EQ(TarnGetAutomation(static_cast<std::uint32_t>(version)), nullptr);
   }
-  // Nothing to give back.
+  // No-ops.
   tarn->Release(nullptr);
   tarn->AddReference(nullptr);
   tarn->ClearVariant(nullptr);
@@ -201,7 +201,7 @@ TEST_F(CInterface, WindowsAnswerUntilTheyAreRemovedAlsoFromInside) {
   frame.window = tarn->AddWindow(OnMessage, &frame);
   ASSERT_NE(frame.window, 0);
   EXPECT_EQ(SendWindowMessage(frame.window, 0x8008, 1, -12), 0x8008 - 11);
-  std::thread([&] { tarn->RemoveWindow(frame.window); }).join();  // it isn't that thread's
+  std::thread([&] { tarn->RemoveWindow(frame.window); }).join();  // no-op: not that thread's
   frame.leaves = true;
   EXPECT_EQ(SendWindowMessage(frame.window, 1, 0, 0), 1);
   EXPECT_EQ(SendWindowMessage(frame.window, 1, 0, 0), 0);

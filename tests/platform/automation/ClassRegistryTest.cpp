@@ -42,14 +42,14 @@ TEST(ClassRegistry, RegisteredClassesComeBehindTheInstallationsOwn) {
   ASSERT_TRUE(store.AddServerClass(identity, TEST_MODULE_FOLDER "/libTarnTestServer.so"));
   ClassRegistry classes("/nowhere", &store);
   std::string error;
-  // The library is found by either name; it just has other classes than this one.
+  // Both names lead to the library; it just does not have this class.
   for (const char* name : {"Elsewhere.Counter", "{e}"}) {
     EXPECT_FALSE(classes.CreateInstance(name, &error));
     EXPECT_NE(error.find("libTarnTestServer.so has no such class"), std::string::npos) << error;
   }
   EXPECT_EQ(classes.ClassIdOf("elsewhere.counter"), "{E}");
   EXPECT_EQ(classes.ClassIdOf("Unknown.Class"), "Unknown.Class");
-  // What lies beside the platform library is its own, whatever is registered.
+  // A library next to the platform library takes precedence over the registered one.
   const ServerIdentity own = {
       "TarnTestServer.Counter", "{F}", "Counter", "{T}", "T", "1.0", "{I}", "I"};
   ASSERT_TRUE(store.AddServerClass(own, "/old/libTarnTestServer.so"));
@@ -65,7 +65,7 @@ TEST(ClassRegistry, AClassThatCannotBeMadeSaysWhy) {
                           []() -> DispatchPtr { throw std::runtime_error("broken"); });
   const std::string platform = ModuleFolder() + "/libTarnPlatform.so";
   classes.RegisterLibrary("No.Entry", platform);
-  // A name, and what the reason holds.
+  // Class name, and expected part of the error message.
   const std::pair<const char*, const char*> rows[] = {
       {"Nameless", "Nameless: no such class"},
       {"", ": no such class"},
@@ -112,7 +112,7 @@ TEST(RunningObjects, EntriesAreWeakAndTheLastOneCounts) {
   first.Reset();
   EXPECT_EQ(TestObject::alive, 1);
   EXPECT_FALSE(table.GetActiveObject("{A}"));
-  table.RevokeActiveObject(firstToken);  // again: nothing happens
+  table.RevokeActiveObject(firstToken);  // repeated: no-op
 }
 
 }  // namespace

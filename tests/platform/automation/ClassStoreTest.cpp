@@ -1,5 +1,5 @@
-// Registered classes, as both of their readers find them: the one in the platform library, and the
-// one that programs in C bring along.
+// Tests that registered classes are found by both readers: the one in the platform library and the
+// one in the header for C programs.
 
 #include "platform/automation/ClassStore.h"
 
@@ -70,7 +70,7 @@ TEST(ClassStore, BothReadersFindTheSameLibrary) {
 }
 
 TEST(ClassStore, BothReadersLookIntoTheSameFiles) {
-  // What for, then the other root, the base folder and the home of the environment.
+  // Name of the case, then root, base folder and home of the environment.
   const char* const rows[][4] = {
       {"another root", "/r", "/c", "/h"},
       {"base folder", nullptr, "/c", "/h"},

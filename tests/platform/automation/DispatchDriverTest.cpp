@@ -25,7 +25,7 @@ TEST(DispatchDriver, ACallThatFailsGivesTheZeroOfItsType) {
   EXPECT_EQ(driver.LastResult().text, "the answer of method 2 is not a text");
   EXPECT_EQ(driver.InvokeLong(7, {1}), 0);
   EXPECT_EQ(driver.LastResult().status, DispatchStatus::NotImplemented);
-  EXPECT_EQ(driver.InvokeLong(5, {}), 0);  // no answer at all is no failure
+  EXPECT_EQ(driver.InvokeLong(5, {}), 0);  // an empty result is not an error
   EXPECT_EQ(driver.LastResult().status, DispatchStatus::Ok);
 }
 
@@ -36,7 +36,7 @@ TEST(DispatchDriver, AttachingWithoutAReferenceLeavesTheCountAlone) {
     COleDispatchDriver driver;
     driver.AttachDispatch(object.Get(), false);
     driver.AttachDispatch(object.Get(), true);
-    driver.AttachDispatch(object.Get(), true);  // again: must not end it in between
+    driver.AttachDispatch(object.Get(), true);  // repeated: must not destroy it in between
     object.Reset();
     EXPECT_EQ(TestObject::alive, 1);
     EXPECT_EQ(driver.InvokeLong(9, {}), 1);

@@ -8,14 +8,14 @@
 
 namespace tarn::test {
 
-// An automation object with one method of each shape.
+// An automation object with one method of each signature type.
 class TestObject : public DispatchObject<TestObject> {
  public:
   static inline int alive = 0;
 
   TestObject() { ++alive; }
   ~TestObject() override {
-    // What a destructor may do: hand itself out for a moment.
+    // A destructor may create a temporary reference.
     const DispatchPtr moment(this);
     --alive;
   }

@@ -15,7 +15,7 @@
 namespace tarn {
 namespace {
 
-// Both the real disk and the one that stands in for it, from inside an empty folder.
+// Runs each test on the real disk and on its in-memory fake, starting in an empty folder.
 class FileSystemTest : public ::testing::TestWithParam<const char*> {
  protected:
   FileSystemTest() {
@@ -34,7 +34,7 @@ class FileSystemTest : public ::testing::TestWithParam<const char*> {
   ~FileSystemTest() override { EXPECT_TRUE(files->SetCurrentFolder(start)); }
 
   std::string In(const std::string& name) const { return root + "/" + name; }
-  // Past the rules under test, so that names may differ in case alone.
+  // Bypasses the rules under test, so that names may differ only in case.
   void Put(const std::string& name, std::string_view bytes = "x") {
     files == &memory ? memory.AddFile(In(name), bytes) : scratch.Write(name, bytes);
   }
@@ -66,7 +66,7 @@ TEST_P(FileSystemTest, NamesOfOtherCaseAreFoundOnlyWhenOneIsMeant) {
   const struct {
     const char* name;
     std::string path;
-    const char* bytes;  // null: nothing found
+    const char* bytes;  // null: not found
   } rows[] = {
       {"exact", In("Src/Main.c"), "main"},
       {"other case of the file", In("Src/MAIN.C"), "main"},
@@ -83,7 +83,7 @@ TEST_P(FileSystemTest, NamesOfOtherCaseAreFoundOnlyWhenOneIsMeant) {
       {"a file of neither folder", In("Lib/z.c"), nullptr},
       {"through a file", In("Src/Main.c/x"), nullptr},
   };
-  // The entries of a folder that has long been as it is are kept from the second miss on.
+  // The entries of a folder that has not changed for long are cached from the second miss on.
   if (files != &memory) {
     for (const auto& folder : {root, In("Src"), In("lib"), In("LIB")}) {
       const auto now = std::filesystem::file_time_type::clock::now();
@@ -99,7 +99,7 @@ TEST_P(FileSystemTest, NamesOfOtherCaseAreFoundOnlyWhenOneIsMeant) {
                 row.bytes == nullptr ? ErrorCode::NotFound : ErrorCode::None);
       EXPECT_EQ(files->Exists(row.path), row.bytes != nullptr);
       EXPECT_EQ(files->Examine(row.path).has_value(), row.bytes != nullptr);
-      // Many in one folder, which is held open from some file on.
+      // Many files in one folder, which is opened after some of them.
       const std::vector<const char*> same(10, row.path.c_str());
       const auto found = files->ExamineMany(same, std::chrono::steady_clock::time_point::max());
       ASSERT_EQ(found.size(), same.size());

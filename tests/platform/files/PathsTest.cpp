@@ -45,7 +45,7 @@ TEST(Paths, CanonicalFormStaysAtTheRootAndKeepsItsStyle) {
 }
 
 TEST(Paths, RelativeFormOnDiskLeadsBack) {
-  // What for, the folder, the path, and its relative form.
+  // Name of the case, folder, path, and expected relative path.
   const char* const rows[][4] = {
       {"deeper", "/p/", "/p/src/main.c", ".\\src\\main.c"},
       {"one up", "/p/app", "/p/lib/x.c", "..\\lib\\x.c"},

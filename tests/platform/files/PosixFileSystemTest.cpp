@@ -31,7 +31,8 @@ mode_t ModeOf(const std::string& path) {
   return stat(path.c_str(), &info) == 0 ? info.st_mode & 07777 : 0;
 }
 
-// Each look for another spelling reads the whole folder, and there are two for each tool that runs.
+// Each search for another spelling reads the whole folder, and there would be two for each tool
+// run.
 TEST_F(PosixFileSystemTest, AScratchFileIsMeantByItsVeryName) {
   scratch.Write("NOTES", "a user's");
   EXPECT_EQ(files.RemoveScratchFile(scratch / "notes").GetError().code, ErrorCode::NotFound);
@@ -62,7 +63,7 @@ TEST_F(PosixFileSystemTest, EveryLastingWriteRemovesWhatKilledWritesLeft) {
        false},
   };
   scratch.Write("from", "x");
-  // Another machine's, names that no write has, and a write that goes on.
+  // A file of another system, names that no write uses, and a write in progress.
   std::vector<std::string> others;
   for (const char* each : {".tarn-0123456789abcdef", ".tarn-0123456789abcdeg", "x.tarn-0123"}) {
     scratch.Write(each, "x");
@@ -132,10 +133,10 @@ TEST_F(PosixFileSystemTest, ReplacingKeepsModeAndLinks) {
   EXPECT_TRUE(files.WriteScratchFile(scratch / "links/one", "scratch"));
   EXPECT_FALSE(std::filesystem::is_symlink(scratch / "links/one"));
   EXPECT_EQ(*files.ReadWholeFile(scratch / "links/two"), "scratch");
-  // A link goes by itself, what it leads to stays.
+  // Removing a link leaves its target alone.
   EXPECT_TRUE(files.RemoveFile(scratch / "links/two"));
   EXPECT_EQ(*files.ReadWholeFile(scratch / "script"), "new");
-  // A copy can be written and is as executable as its original.
+  // A copy is writable and as executable as its original.
   ASSERT_EQ(chmod((scratch / "script").c_str(), 0555), 0);
   EXPECT_TRUE(files.CopyFileTo(scratch / "script", scratch / "copy"));
   EXPECT_EQ(ModeOf(scratch / "copy") & 0700U, 0700U);
@@ -158,7 +159,7 @@ TEST_F(PosixFileSystemTest, PipesAndDevicesNeitherHangNorCountAsFiles) {
   EXPECT_NE(*files.ReadWholeFile("/proc/self/stat"), "");
 }
 
-// A project from elsewhere can bring along anything in the place of its lock.
+// A project from elsewhere may contain any kind of file in place of its lock file.
 TEST_F(PosixFileSystemTest, ALockHoldsButWritesNoFileOfOthers) {
   scratch.Write("precious", std::string(100, '\0'));
   scratch.Write("text.tlock", "somebody's");
@@ -190,13 +191,14 @@ TEST_F(PosixFileSystemTest, TimesBeforeTheEpochRoundDown) {
   EXPECT_EQ(status->size, 5U);
 }
 
-// The folder's entries are kept between misses; a file that comes or goes must show at once.
+// The folder's entries are cached between misses; a new or removed file must be noticed
+// immediately.
 TEST_F(PosixFileSystemTest, KeptFolderEntriesNeverHideAChange) {
   for (int round = 0; round < 200; ++round) {
     const std::string name = "File" + std::to_string(round);
     const std::string other = "fILE" + std::to_string(round);
     for (int miss = 0; miss < 2; ++miss) ASSERT_FALSE(files.Exists(scratch / other));
-    if (round % 20 == 0) usleep(30'000);  // long enough for the entries to be kept
+    if (round % 20 == 0) usleep(30'000);  // long enough for the entries to be cached
     ASSERT_FALSE(files.Exists(scratch / other));
     scratch.Write(name, "x");
     ASSERT_TRUE(files.Exists(scratch / other)) << round;
@@ -258,7 +260,7 @@ TEST_F(PosixFileSystemTest, AStepUpAfterALinkIsNoMatterOfLetters) {
   EXPECT_EQ(files.Canonical("/../a/../../b"), "/b");
   EXPECT_EQ(files.Canonical("a/../../b"), "../b");
 
-  // Folder, path, and the form on the disk.
+  // Folder, path, and expected relative path.
   const char* const relative[][3] = {
       {"near", "near/y", ".\\y"},
       {"near/link", "near/link/../z", "..\\z"},
@@ -346,7 +348,7 @@ TEST_F(PosixFileSystemTest, ReadersSeeWholeFilesWhileAWriterReplacesThem) {
   EXPECT_EQ(torn, 0);
 }
 
-// The disk of the process reads its drives once, so no other test may ask it for one.
+// The process reads its drive table only once, so no other test may access a drive.
 TEST_F(PosixFileSystemTest, DrivesComeFromTheSettings) {
   const std::string folder = scratch / "disk";
   scratch.Write("disk/other", "");

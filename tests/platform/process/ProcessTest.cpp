@@ -109,7 +109,7 @@ TEST(Process, AMissingProgramOrFolderIsToldAndLeavesNothingBehind) {
   for (const auto& row : rows) {
     const auto started = ProcessLauncher::Native().Start(row.request);
     EXPECT_FALSE(started) << row.place;
-    // What NotFound means to callers is that the program is missing.
+    // NotFound means to callers that the program is missing.
     const bool isFolder = !row.request.folder.empty();
     EXPECT_EQ(started.GetError().code, isFolder ? ErrorCode::Io : ErrorCode::NotFound) << row.place;
     EXPECT_EQ(started.GetError().place, row.place);
@@ -148,7 +148,7 @@ TEST(Process, TheInputIsEmptyAndNoSignalIsIgnoredOrBlocked) {
   sigaddset(&blocked, SIGTERM);
   pthread_sigmask(SIG_BLOCK, &blocked, &before);
   const auto previous = signal(SIGPIPE, SIG_IGN);
-  // Of the masks the digits of the ordinary signals; behind them the C library has its own.
+  // The mask digits of the ordinary signals; the C library uses the ones after them.
   const auto process =
       StartShell("cat; sed -n 's/^\\(Sig[BI].*\\):.*\\(.......\\)$/\\1 \\2/p' /proc/self/status");
   signal(SIGPIPE, previous);
@@ -157,7 +157,7 @@ TEST(Process, TheInputIsEmptyAndNoSignalIsIgnoredOrBlocked) {
 }
 
 TEST(Process, NoDescriptorOfThisProcessLeaks) {
-  const std::string list = "exec ls -v /proc/self/fd";  // no pipe of the shell's own among them
+  const std::string list = "exec ls -v /proc/self/fd";  // exec: without pipes of the shell
   const std::string alone = RunToEnd(*StartShell(list)).output;
   const auto other = StartShell("sleep 60");  // its pipes are open during the next start
   EXPECT_EQ(RunToEnd(*StartShell(list)).output, alone);
@@ -196,7 +196,7 @@ TEST(Process, StopTakesTheWholeGroupWithin2Seconds) {
     const std::string child = run.output.substr(0, run.output.find('\n'));
     ASSERT_FALSE(child.empty()) << row.name;
     EXPECT_TRUE(EndsSoon(child)) << row.name;
-    process->Stop(milliseconds(0));  // after the end: nothing happens
+    process->Stop(milliseconds(0));  // after the end: no-op
   }
   EXPECT_FALSE(HasChildren());
 }
@@ -265,7 +265,7 @@ TEST(Process, AnotherThreadMayStopAtAnyMoment) {
 }
 
 TEST(Process, AGrandchildThatKeepsThePipesOpenDoesNotHoldTheWait) {
-  // It left the group and outlives the program; what was written before is not lost.
+  // The descendant has left the group and outlives the program; the output before that is not lost.
   const auto process = StartShell("setsid sleep 5 & echo $!; exit 4");
   const Outcome run = RunToEnd(*process);
   EXPECT_EQ(run.exit.code, 4);
@@ -300,7 +300,7 @@ TEST(Process, ManyAtOnceDoNotHoldEachOthersPipes) {
   EXPECT_EQ(right, 8);
 }
 
-// Reading it takes longer than what is waited for streams that do not end.
+// Reading takes longer than the grace period for streams that stay open.
 TEST(Process, ASlowReaderLosesNothing) {
   const auto process = StartShell("head -c 65536 /dev/zero");
   const Outcome run = RunToEnd(*process, [] { std::this_thread::sleep_for(milliseconds(150)); });

@@ -1,4 +1,4 @@
-// Runs the tests of a program with widgets: with a screen that exists in memory alone.
+// Main function of tests with widgets: runs them on an offscreen display.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -13,13 +13,13 @@ namespace {
 int Run(int argc, char** argv) {
   QApplication::setDesktopSettingsAware(false);
   QApplication application(argc, argv);
-  // The toolkit has set it to the user's.
+  // The toolkit has set it to the user's locale.
   std::setlocale(LC_ALL, "C");
   return RUN_ALL_TESTS();
 }
 
-// The toolkit's threads that help with painting are still on their way out when it says that they
-// have ended, and what they hold until then would pass for a leak.
+// The toolkit's helper threads for painting are still terminating when it reports that they have
+// ended, and the memory that they hold until then would be reported as a leak.
 void AwaitThreads() {
   using Folder = std::filesystem::directory_iterator;
   const auto count = [] {

@@ -12,7 +12,7 @@
 
 namespace tarn::testing {
 
-// Runs the toolkit's loop until `done` holds; false when that takes too long.
+// Runs the toolkit's loop until `done` returns true. Returns false on timeout.
 inline bool RunUntil(const std::function<bool()>& done, int limitMs = 60000) {
   QEventLoop loop;
   QElapsedTimer time;
@@ -26,7 +26,7 @@ inline bool RunUntil(const std::function<bool()>& done, int limitMs = 60000) {
   return done();
 }
 
-// Presses a button of the box that is about to come; the calling test fails when none does.
+// Presses a button of the next message box; the test fails if none appears.
 inline void PressInNextBox(QMessageBox::StandardButton button) {
   QTimer::singleShot(0, [button] {
     auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

@@ -41,7 +41,7 @@ struct BrowserPeerTest : ::testing::Test {
     return FromQt(path);
   }
   std::string Shown() const { return FromQt(page->toPlainText()); }
-  // The n-th link by keyboard.
+  // Follows the link of that number by keyboard.
   void FollowLink(int number) const {
     page->moveCursor(QTextCursor::Start);
     for (int i = 0; i < number; ++i) QTest::keyClick(page, Qt::Key_Tab);

@@ -49,7 +49,7 @@ class EditPeerTest : public ::testing::TestWithParam<std::uint32_t> {
 };
 
 TEST_P(EditPeerTest, UserAndSystemEditTheSameText) {
-  // Bytes that are no text stay, as long as the user leaves them alone.
+  // Invalid UTF-8 is preserved as long as the user does not edit it.
   edit.SetWindowText("\xFF \xC3\xA4 end");
   EXPECT_EQ(Shown(), ToQt(edit.GetWindowText()));
   EXPECT_EQ(edit.edits, 0);

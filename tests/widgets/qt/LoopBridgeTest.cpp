@@ -42,7 +42,7 @@ class LoopBridgeTest : public ::testing::Test {
 TEST_F(LoopBridgeTest, AnswersOtherThreadsAlsoWhileAnEventRunsALoopOfItsOwn) {
   window.answer = [&](std::uint32_t message) -> std::intptr_t {
     if (message == 1) {
-      // As a dialog does that is opened by a message.
+      // Like a dialog that is opened by a message.
       QEventLoop inner;
       std::atomic<bool> isAnswered = false;
       std::thread second(

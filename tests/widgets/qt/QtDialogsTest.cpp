@@ -91,8 +91,8 @@ class QtDialogsTest : public ::testing::Test {
     sheet->SetPage(page);
   }
 
-  // Does something as soon as the toolkit runs a loop. A question that is left open then is closed,
-  // so that a test that fails ends.
+  // Runs an action as soon as the toolkit runs a nested loop. Closes a dialog that is left open, so
+  // that a failing test terminates.
   void InTheLoop(const std::function<void()>& act) {
     QTimer::singleShot(0, &watch, [act] {
       QWidget* const modal = QApplication::activeModalWidget();
@@ -155,7 +155,7 @@ TEST_F(QtDialogsTest, SheetEndsWhenItsWindowGoesAlsoFromAControlsOwnEvent) {
   InTheLoop([&] { QTest::mouseClick(page.Widget(kMore), Qt::LeftButton); });
   EXPECT_EQ(sheet->DoModal(), kSheetCancel);
   EXPECT_EQ(page.used, std::vector<int>{kMore});
-  // Once more with the same objects, and now the host's widget takes the dialog along.
+  // Again with the same objects; this time the host's widget destroys the dialog.
   auto* const other = new QWidget(&host);
   dialogs.reset();
   dialogs.emplace(frame.GetHandle(), other);
@@ -169,12 +169,12 @@ TEST_F(QtDialogsTest, ArrowKeysStayWithinARadioGroup) {
     Press(Qt::Key_Right);
     EXPECT_TRUE(page.IsChecked(kThere));
     EXPECT_FALSE(page.IsChecked(kHere));
-    Press(Qt::Key_Right);  // the next group is another's
+    Press(Qt::Key_Right);  // stays in its own group
     EXPECT_TRUE(page.IsChecked(kThere));
     Press(Qt::Key_Left);
     EXPECT_TRUE(page.IsChecked(kHere));
     EXPECT_TRUE(page.IsChecked(kSlow));
-    // What the program does shows as well, also with none of them checked.
+    // Changes by the program are shown as well, even if no button is left checked.
     page.FindControl<CButton>(kSlow)->SetCheck(false);
     for (const int id : {kHere, kThere, kFast, kSlow}) {
       const auto* const radio = qobject_cast<QAbstractButton*>(page.Widget(id));
@@ -289,7 +289,7 @@ TEST_F(QtDialogsTest, MenuByKeyboard) {
   EXPECT_EQ(answer({Qt::Key_Escape}), 0);
   EXPECT_EQ(answer({Qt::Key_Down, Qt::Key_Return}), 12);
   EXPECT_EQ(answer({Qt::Key_L, Qt::Key_Down, Qt::Key_Return}), 22);
-  // Whose menu it is may go while it is shown.
+  // The owner of the menu may be destroyed while it is shown.
   InTheLoop([&] { frame.DestroyWindow(); });
   EXPECT_EQ(toolkit.TrackMenu(menu, {20, 20}, frame), 0);
 }

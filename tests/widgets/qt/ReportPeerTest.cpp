@@ -31,7 +31,7 @@
 namespace tarn {
 namespace {
 
-// Writes down what the report tells.
+// Records the messages of the report.
 class Owner : public CWnd {
  public:
   Owner() { Create(kStylePopup | kStyleVisible, {0, 0, 400, 200}, nullptr, 0); }
@@ -151,7 +151,7 @@ TEST_F(ReportPeerTest, MouseAndKeysGoThroughTheControl) {
   QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, {});
   QApplication::sendEvent(view, &menu);
   EXPECT_EQ(owner.menus, 1);
-  // The owner has none.
+  // The owner does not handle the request, so the default menu appears.
   const auto* const shown = view->findChild<QMenu*>();
   ASSERT_NE(shown, nullptr);
   for (QAction* const sort : shown->actions().last()->menu()->actions()) {
@@ -163,7 +163,7 @@ TEST_F(ReportPeerTest, MouseAndKeysGoThroughTheControl) {
   QContextMenuEvent second(QContextMenuEvent::Mouse, CellAt(0, 1), {});
   QApplication::sendEvent(view->viewport(), &second);
   EXPECT_EQ(report.GetSelectedRows().GetIndexes(), std::vector<int>{0});
-  // A blank is typed where there is nothing to tick.
+  // The space key enters a space if the row has no check box.
   report.AllowEdit(false);
   report.GetItemAt(1, 1)->SetOwnCaption("pear");
   report.GetItemAt(2, 1)->SetOwnCaption("pe x");
@@ -196,13 +196,13 @@ TEST_F(ReportPeerTest, HeadsSortGroupAndTakeTheWidthsThatTheUserGives) {
   Click(TextAt(0, 0));
   const auto buttons = WidgetOf(report)->findChildren<QToolButton*>();
   ASSERT_EQ(buttons.size(), 1);
-  // It may have the keyboard.
+  // It must survive, since it may have the focus.
   head.resizeSection(1, 200);
   EXPECT_EQ(WidgetOf(report)->findChildren<QToolButton*>(), buttons);
   buttons[0]->click();
   EXPECT_EQ(Shown(), "pear fig apple ");
 
-  // Dragged into the box above.
+  // Drag a header into the box above.
   const QPoint start(head.sectionViewportPosition(2) + 10, head.height() / 2);
   QTest::mousePress(head.viewport(), Qt::LeftButton, {}, start);
   QTest::mouseRelease(head.viewport(), Qt::LeftButton, {}, {start.x(), -5});
@@ -274,7 +274,7 @@ TEST_F(ReportPeerTest, TextsAreEditedInTheirCell) {
   Settle();
   EXPECT_EQ(report.GetItemAt(1, 1)->GetCaption(), "plum");
   EXPECT_EQ(owner.Take(), "edit 1,1; ");
-  // By mouse; a refill takes the editor away.
+  // By mouse; a refill closes the editor.
   QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, TextAt(0, 1));
   Settle();
   const QPointer<QLineEdit> second = view->viewport()->findChild<QLineEdit*>();
@@ -286,7 +286,7 @@ TEST_F(ReportPeerTest, TextsAreEditedInTheirCell) {
 }
 
 TEST_F(ReportPeerTest, ManyRowsAreLaidOutTogetherAndKeepTheirPlace) {
-  // A layout looks at all rows, and shows in the bar.
+  // A layout covers all rows and changes the range of the scroll bar.
   QSignalSpy layouts(view->verticalScrollBar(), &QScrollBar::rangeChanged);
   for (int i = 0; i < 10'000; ++i) {
     Add("row " + std::to_string(i), "x.c");
@@ -301,7 +301,8 @@ TEST_F(ReportPeerTest, ManyRowsAreLaidOutTogetherAndKeepTheirPlace) {
   EXPECT_EQ(report.HitTest({150, 1}).row, report.GetTopRow());
   view->verticalScrollBar()->setValue(70);
   EXPECT_EQ(report.GetTopRow(), 70);
-  // Sorted, every line comes somewhere else. The tester would look at all of them each time.
+  // Each new row of a sorted report changes the order. The model tester would check all rows each
+  // time.
   tester.reset();
   report.NotifyHeaderClicked(1);
   layouts.clear();
@@ -314,7 +315,7 @@ TEST_F(ReportPeerTest, ManyRowsAreLaidOutTogetherAndKeepTheirPlace) {
   EXPECT_EQ(view->verticalScrollBar()->value(), 70);
   report.GetColumns().SetSortColumn(nullptr, true);
   report.Populate();
-  // A page is what is seen of it.
+  // A page is the number of visible rows.
   const int perPage =
       view->viewport()->height() / view->visualRect(view->indexAt({60, 1})).height();
   QTest::keyClick(view, Qt::Key_PageDown);
@@ -335,7 +336,7 @@ TEST_F(ReportPeerTest, MayBeDestroyedInItsEventsAndLivesOnWithoutItsView) {
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_TRUE(watched.isNull());
 
-  // In a loop that the event runs, as for a question: the view is gone when the loop ends.
+  // The view is destroyed inside a nested loop of the handler, such as that of a dialog.
   report.Create(kStyleChild | kStyleVisible, {0, 0, 400, 200}, &owner, 7);
   view = WidgetOf(report)->findChild<QTreeView*>();
   Settle();

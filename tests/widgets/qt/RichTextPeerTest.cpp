@@ -68,7 +68,8 @@ TEST_F(RichTextPeerTest, ShowsTextColorsAndLinksOfTheControl) {
   ASSERT_TRUE(WaitForText());
 
   const std::string& text = control.GetText();
-  // Lines of the text and blocks of the view go along; runs are looked up as the control has them.
+  // Compares each line of the text with the block of the view, and each fragment with the control's
+  // run.
   std::size_t start = 0;
   int compared = 0;
   for (QTextBlock block = view->document()->firstBlock(); block.isValid(); block = block.next()) {
@@ -127,13 +128,13 @@ TEST_F(RichTextPeerTest, SelectsBytesBothWays) {
   EXPECT_EQ(control.GetSelectedText(), "link 1e");
   QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("link 1e"));
-  // A line ends behind bytes that are no text.
+  // Select all, with invalid UTF-8 in a line.
   QTest::keyClick(view, Qt::Key_A, Qt::ControlModifier);
   EXPECT_EQ(control.GetSelection(), (TextRange{0, control.GetText().size() - 1}));
 
   const std::size_t from = control.GetText().find("plain");
-  control.SetSelection({0, 0});  // a press in it would drag the selection out
-  // What comes ahead of a selection or meanwhile waits for its end.
+  control.SetSelection({0, 0});  // otherwise a press in it would start a drag
+  // Text appended before or during a selection is inserted after its end.
   const int lines = view->blockCount();
   control.AppendRichText(LogLine(3));
   QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PlaceOf(from) - QPoint(3, 0));
@@ -147,7 +148,8 @@ TEST_F(RichTextPeerTest, SelectsBytesBothWays) {
   QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, PlaceOf(from + 5) - QPoint(3, 0));
   ASSERT_TRUE(WaitForText());
   EXPECT_EQ(view->textCursor().selectedText(), QStringLiteral("plain"));
-  // Nor does what comes afterwards, also when a drag has taken the release.
+  // Text appended afterwards does not change the selection either, even if a drag has consumed the
+  // release.
   QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PlaceOf(from + 2));
   control.AppendRichText(LogLine(4));
   QMouseEvent hover(QEvent::MouseMove, QPointF(5, 5), QPointF(), Qt::NoButton, Qt::NoButton, {});
@@ -172,7 +174,7 @@ TEST_F(RichTextPeerTest, TellsTheLinkThatTheUserFollows) {
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, PlaceOf(link - 3));
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(790, 10));
   EXPECT_EQ(followed.size(), 1U);
-  // What is still to come moves nothing from below the mouse.
+  // Pending text must not move the content under the mouse.
   followed.clear();
   for (int i = 3; i < 40; ++i) control.AppendRichText(LogLine(i));
   ASSERT_TRUE(WaitForText());
@@ -183,12 +185,12 @@ TEST_F(RichTextPeerTest, TellsTheLinkThatTheUserFollows) {
   control.Clear();
   for (int i = 0; i < 3; ++i) control.AppendRichText(LogLine(i));
   ASSERT_TRUE(WaitForText());
-  // A selection that ends on a link.
+  // A selection that ends on a link is not a click.
   QTest::mousePress(view->viewport(), Qt::LeftButton, {}, PlaceOf(link - 5));
   QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, PlaceOf(link + 3));
   EXPECT_EQ(followed.size(), 1U);
 
-  // Up from the end, to and fro, and out at the front.
+  // Backwards from the end, back and forth, and out at the beginning.
   followed.clear();
   control.SetSelection({control.GetText().size(), control.GetText().size()});
   for (const auto key : {Qt::Key_Backtab, Qt::Key_Backtab, Qt::Key_Tab, Qt::Key_Backtab,

@@ -41,7 +41,7 @@ class TalkingTree : public CTreeCtrl {
   std::vector<TreeHit> activated;
   std::vector<int> keys;
   std::vector<std::string> dropped;
-  std::string remark;  // behind each label
+  std::string remark;  // drawn after each label
   mutable std::vector<const CTreeItem*> drawn;
 
  protected:
@@ -284,7 +284,7 @@ TEST_F(TreePeerTest, ModelMirrorsTheItems) {
   EXPECT_EQ(Shown(), "fruit(apple pear) line 0(below) roots");
   EXPECT_TRUE(IsOpen(*tree.GetItemAt(nullptr, 1)));
 
-  // A parent that lost all below it opens no more by itself.
+  // A parent whose children have all been removed does not expand by itself later.
   tree.Expand(*fruit, true);
   tree.SelectItem(apple);
   tree.DeleteItems(fruit, 0, 2);
@@ -322,7 +322,7 @@ TEST_F(TreePeerTest, ScrollingGoesBothWays) {
   tree.SelectItem(&last);
   EXPECT_TRUE(view->viewport()->rect().contains(MiddleOf(tree.GetTextRect(last))));
 
-  // Lines below the last are never shown, and what goes takes the place at the top along.
+  // The view never scrolls past the last line, and the top line is adjusted when lines are removed.
   tree.SetTopRow(201);
   Settle();
   EXPECT_EQ(tree.GetTopRow(), view->verticalScrollBar()->value());
@@ -331,7 +331,7 @@ TEST_F(TreePeerTest, ScrollingGoesBothWays) {
   Settle();
   EXPECT_EQ(tree.GetTopRow(), 0);
 
-  // A line wider than the window can be scrolled to its end; bars take from the client area.
+  // A line wider than the window can be scrolled to its end; scroll bars reduce the client area.
   tree.InsertItem(nullptr, std::string(200, 'w'), -1, -1, nullptr);
   Settle();
   EXPECT_GT(view->horizontalScrollBar()->maximum(), 0);
@@ -435,7 +435,7 @@ TEST_F(TreePeerTest, TipStandsOverTheTreeAndOnTheScreen) {
   EXPECT_FALSE(shown->isVisible());
 }
 
-// Two pictures of 2 x 1: red and magenta, magenta and blue.
+// Two images of 2 x 1: red and magenta, magenta and blue.
 TEST(ImageCacheTest, CutsPicturesAndLetsTheBackgroundThrough) {
   std::string bytes = "BM";
   const auto number = [&](std::uint32_t value, int width) {
@@ -447,7 +447,7 @@ TEST(ImageCacheTest, CutsPicturesAndLetsTheBackgroundThrough) {
   for (const std::uint32_t value : {0xFF0000U, 0xFF00FFU, 0xFF00FFU, 0x0000FFU}) number(value, 3);
   CImageList images({2, 1});
   ASSERT_EQ(images.Add(ReadBitmap(bytes)), 0);
-  ASSERT_EQ(images.Add(ReadBitmap(bytes.substr(0, 54))), 2);  // no pixels in it
+  ASSERT_EQ(images.Add(ReadBitmap(bytes.substr(0, 54))), 2);  // has no pixels
 
   ImageCache cache;
   const QImage first = cache.Get(images, 0).toImage();
@@ -459,7 +459,7 @@ TEST(ImageCacheTest, CutsPicturesAndLetsTheBackgroundThrough) {
   EXPECT_EQ(second.pixelColor(1, 0), QColor(Qt::blue));
   EXPECT_TRUE(cache.Get(images, 4).isNull());
 
-  // A drawing beside the file is drawn as large as the screen wants it.
+  // A vector drawing next to the file is rendered at the screen's resolution.
   const testing::ScratchFolder folder;
   folder.Write("a.bmp", bytes);
   folder.Write("a-1.svg",

@@ -32,11 +32,11 @@ constexpr int kLinkDepth = 40;
 constexpr std::size_t kLargestWrite = std::size_t{1} << 30;
 
 constexpr std::string_view kTemporaryPrefix = ".tarn-";
-// A name has the digits of the machine, then of the process, then random ones.
+// Digits of a temporary name: an id of the running system, the process id, random digits.
 constexpr std::size_t kMachineDigits = 4;
 constexpr std::size_t kProcessDigits = 6;
 constexpr std::size_t kDigits = 16;
-// A write takes far less, also that of a process that was stopped for a while.
+// A write takes far less time, even in a process that was suspended for a while.
 constexpr std::time_t kAbandonedSeconds = 600;
 
 std::string Hexadecimal(std::uint64_t number, std::size_t count) {
@@ -45,29 +45,31 @@ std::string Hexadecimal(std::uint64_t number, std::size_t count) {
   return digits;
 }
 
-// The start of this machine since its last boot, as far as its processes see each other.
+// Id of the system since its last boot and of the PID namespace, within which process ids are
+// unique.
 std::string MachineDigits() {
   static const std::string digits = [] {
     std::string text;
     std::ifstream("/proc/sys/kernel/random/boot_id") >> text;
     std::error_code failure;
     text += std::filesystem::read_symlink("/proc/self/ns/pid", failure).string();
-    // Others can't tell then whether the process is one of theirs.
+    // Other processes then cannot recognise the file as one of theirs.
     if (text.empty()) return RandomDigits().substr(0, kMachineDigits);
     return Hexadecimal(HashBytes(text), kMachineDigits);
   }();
   return digits;
 }
 
-// The digits of a new name. They show whose it is, so that others know when it is abandoned.
+// Digits for a new name. They identify the owner, so that other processes can tell when the file is
+// abandoned.
 std::string OwnDigits() {
   const std::string random = RandomDigits();
   return MachineDigits() + Hexadecimal(static_cast<std::uint64_t>(getpid()), kProcessDigits) +
          random.substr(kMachineDigits + kProcessDigits);
 }
 
-// A file that did not exist before, and its name. Only a killed process leaves one; it does no
-// harm, since no later process comes up with its name again, and RemoveAbandoned() removes it.
+// A newly created file and its name. Only a killed process leaves one behind; that does no harm,
+// since later processes use other names and RemoveAbandoned() removes it.
 struct NewFile {
   std::string name;
   std::unique_ptr<Descriptor> file;
@@ -88,7 +90,8 @@ Result<NewFile> OpenNew(const std::string& start, mode_t mode) {
   return ErrorOf(errno, start);
 }
 
-// A file beside the target, which takes over the target's name or disappears.
+// A temporary file next to the target. It is either renamed to the target or removed by the
+// destructor.
 class TemporaryFile {
  public:
   static Result<std::unique_ptr<TemporaryFile>> Create(const std::string& folder, mode_t mode) {
@@ -104,8 +107,8 @@ class TemporaryFile {
     if (!moved) unlink(own.name.c_str());
   }
 
-  // Makes this file look like the one that it replaces. Only the administrator may give a file
-  // away, and some disks know neither owner nor mode; that must not cost anybody a save.
+  // Copies owner and mode of the replaced file. Only root may change the owner, and some file
+  // systems support neither; that must not make a save fail.
   bool TakeOver(const struct stat& old) const {
     const int file = own.file->Get();
     const bool given = Retry([&] { return fchown(file, old.st_uid, old.st_gid); }) == 0;
@@ -114,7 +117,7 @@ class TemporaryFile {
     return errno == EPERM || errno == EOPNOTSUPP;
   }
 
-  // Flushed, the bytes are on the disk when this answers true.
+  // Writes and closes the file. On success the bytes are on disk, if this kind of file is flushed.
   bool Fill(std::string_view bytes, FileKind kind) const {
     const int file = own.file->Get();
     return WriteAll(file, bytes) && (kind == FileKind::Scratch || Flush(file)) && own.file->Close();
@@ -125,11 +128,11 @@ class TemporaryFile {
     return moved;
   }
 
-  // Takes the name only if nothing has it.
+  // Takes the name only if it is free.
   bool MoveBeside(const std::string& target) {
     if (link(own.name.c_str(), target.c_str()) == 0) return true;
     if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS && errno != EMLINK) return false;
-    // No hard links here: reserve the name first.
+    // The file system has no hard links: reserve the name first.
     const Descriptor reserved(Retry([&] {
       return open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
     }));
@@ -155,9 +158,9 @@ std::string FolderToOpen(const std::string& name) {
   return folder.empty() ? "." : folder;
 }
 
-// Returns whether a temporary file with these digits belongs to no process any more. Of one from
-// another machine, or from before a restart, only the time tells. It is that of the last change of
-// its status: what was given a second name may have been written long ago.
+// Returns whether a temporary file with these digits no longer belongs to a running process. For a
+// file from another system, or from before a reboot, only its age counts: the time of the last
+// status change, since a file that got a second name may have been written long ago.
 bool IsAbandoned(std::string_view digits, const struct stat& info) {
   const bool isOld = info.st_ctime + kAbandonedSeconds < std::time(nullptr);
   if (!digits.starts_with(MachineDigits())) return isOld;
@@ -166,8 +169,8 @@ bool IsAbandoned(std::string_view digits, const struct stat& info) {
   return isOld || id <= 0 || (kill(id, 0) != 0 && errno == ESRCH);
 }
 
-// Removes temporary files in the folder that killed processes have left. No message and no result:
-// what can't be removed now is removed at another time.
+// Removes temporary files that killed processes have left in the folder. Errors are ignored: the
+// next durable write tries again.
 void RemoveAbandoned(const std::string& folder) {
   const auto close = [](DIR* open) { closedir(open); };
   const std::unique_ptr<DIR, decltype(close)> entries(opendir(folder.c_str()), close);
@@ -187,8 +190,8 @@ void RemoveAbandoned(const std::string& folder) {
   }
 }
 
-// Makes the new names in a folder durable, and tidies it up. A failure here is no failure of the
-// write: the new file is in place, and after a crash the old one may be back, whole.
+// Flushes the new names of a folder to disk and removes abandoned files. An error here does not
+// fail the write: the new file is in place, and at worst a crash brings back the complete old one.
 void FinishFolder(const std::string& folder) {
   const Descriptor opened(
       Retry([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
@@ -196,19 +199,19 @@ void FinishFolder(const std::string& folder) {
   RemoveAbandoned(folder);
 }
 
-// Where a chain of symbolic links ends, whether or not anything stands there.
+// End of a chain of symbolic links, which need not exist.
 Result<std::string> FollowLinks(std::string name) {
   for (int depth = 0; depth < kLinkDepth; ++depth) {
     std::string text(4096, '\0');
     const ssize_t length = readlink(name.c_str(), text.data(), text.size());
-    if (length < 0) return name;  // no link, or nothing there
+    if (length < 0) return name;  // not a link, or does not exist
     text.resize(static_cast<std::size_t>(length));
     name = text.starts_with('/') ? text : AddSeparator(FolderOf(name)) + text;
   }
   return ErrorOf(ELOOP, name);
 }
 
-// A file that is on the disk under a temporary name and is about to take the target's.
+// A file that has been written under a temporary name, ready to be renamed to the target.
 class Replacement {
  public:
   static Result<std::unique_ptr<Replacement>> Prepare(const std::string& target,
@@ -219,7 +222,7 @@ class Replacement {
   Replacement(const Replacement&) = delete;
   Replacement& operator=(const Replacement&) = delete;
 
-  // Links the present file under a second name, from which GiveBack restores it. Returns false,
+  // Links the existing file under a second name, from which GiveBack() restores it. Returns false,
   // with the reason in errno, if that fails.
   bool KeepFormer() {
     if (!exists) return true;
@@ -228,11 +231,11 @@ class Replacement {
       former = name;
       return true;
     }
-    // Without hard links there is no way back, which GiveBack reports.
+    // Without hard links no rollback is possible; GiveBack() reports that.
     return errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS || errno == EMLINK;
   }
   bool TakeName() { return file->MoveOver(place); }
-  // After TakeName: the name is again that of what had it before.
+  // Undoes TakeName(): restores the previous file under the name.
   bool GiveBack() {
     if (!exists) return unlink(place.c_str()) == 0;
     if (former.empty() || std::rename(former.c_str(), place.c_str()) != 0) return false;
@@ -248,7 +251,7 @@ class Replacement {
   std::string place;
   bool exists;
   std::unique_ptr<TemporaryFile> file;
-  std::string former;  // further name of what had the name; empty if there is none
+  std::string former;  // second name of the replaced file; empty if there is none
 };
 
 Result<std::unique_ptr<Replacement>> Replacement::Prepare(const std::string& target,
@@ -261,7 +264,7 @@ Result<std::unique_ptr<Replacement>> Replacement::Prepare(const std::string& tar
   if (!exists && errno != ENOENT) return ErrorOf(errno, target);
   if (exists && S_ISLNK(old.st_mode)) {
     if (kind == FileKind::Own) return FileSystem::RefuseLink(target);
-    exists = false;  // the link itself makes way
+    exists = false;  // the link itself is replaced
   }
   if (exists && !S_ISREG(old.st_mode)) {
     return ErrorOf(ErrorCode::NotAFile, "not a regular file", target);
@@ -269,7 +272,7 @@ Result<std::unique_ptr<Replacement>> Replacement::Prepare(const std::string& tar
   if (exists && IsReadOnlyName(*place, old.st_mode)) {
     return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", target);
   }
-  // Nobody else gets to read the bytes before the old file's mode is on the new one.
+  // No other user may read the content before the new file has the mode of the old one.
   Result<std::unique_ptr<TemporaryFile>> temporary =
       TemporaryFile::Create(FolderToOpen(*place), exists ? S_IRUSR | S_IWUSR : 0666);
   if (!temporary) return ErrorOf(temporary.GetError().code, temporary.GetError().text, target);
@@ -300,7 +303,7 @@ bool WriteAll(int file, std::string_view bytes, off_t offset) {
 
 bool IsReadOnlyName(const std::string& name, mode_t mode) {
   if ((mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) return true;
-  // Any other failure comes up again when the file is written, with its reason.
+  // Any other error occurs again, with its reason, when the file is written.
   return faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) != 0 &&
          CodeOf(errno) == ErrorCode::ReadOnly;
 }

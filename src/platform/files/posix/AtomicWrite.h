@@ -12,39 +12,40 @@
 
 namespace tarn::posix {
 
-// User: written through a symbolic link, since the user may have made it on purpose, and survives a
-// crash of the machine. Own: survives it as well, but a link is refused, since its name is the
-// program's choice and another program may have put the link there. Scratch: need not survive, and
-// replaces a link.
+// Durability of a file and treatment of a symbolic link in its place:
+//   User     survives a system crash; written through a link, which the user may have intended
+//   Own      survives a system crash; a link is refused, since the program has chosen the name and
+//            another program may have created the link
+//   Scratch  need not survive a crash; replaces a link
 //
-// Each write that survives also removes what writes of killed processes have left in its folder: a
-// file `.tarn-` with 16 digits whose process is gone, or that has stayed as it is for ten minutes.
+// Each durable write also removes temporary files that killed processes have left in the folder: a
+// file `.tarn-` with 16 digits whose process is gone, or that has not changed for ten minutes.
 enum class FileKind { User, Own, Scratch };
 
-// Puts `bytes` in place of the file `target`, or creates it, in one step: the bytes go into a new
-// file beside it, are flushed to the disk, and the new file takes the name over. Whoever looks, and
-// whatever is killed or pulled in between, sees the old file or the new one. Mode bits and, where
-// allowed, the owner are kept. Refuses a read-only file. After a failure nothing of the attempt is
-// left.
+// Atomically replaces or creates `target`: writes a temporary file next to it, fsyncs it (except
+// for Scratch) and renames it over the target. Readers, and a crash at any point, see either the
+// old or the new content. Preserves mode bits and, if permitted, the owner. Refuses a read-only
+// file. On error nothing of the attempt remains.
 Status ReplaceFile(const std::string& target, std::string_view bytes, FileKind kind);
 
-// Like ReplaceFile for several files of the user, all of them or none. No name is taken over before
-// all bytes are on the disk, and what had a name is kept by another one until the last is taken
-// over, so that going back needs no room. `place` of an error is the file that failed.
+// Like ReplaceFile() for several files of the user, all of them or none. Writes and flushes all
+// temporary files first; each old file keeps a second hard link until the last rename, so that the
+// rollback needs no disk space. `place` of an error is the file that failed.
 Status ReplaceFiles(std::span<const FileBytes> list);
 
-// Creates `target` with these bytes and mode bits (before the process's mask) in one step.
-// AlreadyExists when anything of that name stands there.
+// Creates `target` atomically with these bytes and mode bits (subject to the umask). Fails with
+// AlreadyExists if the name is taken.
 Status CreateNewFile(const std::string& target, std::string_view bytes, mode_t mode);
 
-// An empty file of a new name in `folder`, and that name.
+// Creates an empty file with an unused name in `folder` and returns its name.
 Result<std::string> CreateReserved(const std::string& folder, std::string_view prefix);
 
-// All bytes from `offset` on (-1: at the current place); false with the reason in errno.
+// Writes all bytes at `offset` (-1: at the current position). On error returns false with the
+// reason in errno.
 bool WriteAll(int file, std::string_view bytes, off_t offset = -1);
 
-// No write bit in the mode, or the machine refuses. (The machine refuses its administrator
-// nothing, so asking it alone is not enough.)
+// Returns true if the mode has no write bit or the OS denies write access. (The OS denies root
+// nothing, so its check alone is not enough.)
 bool IsReadOnlyName(const std::string& name, mode_t mode);
 
 }  // namespace tarn::posix

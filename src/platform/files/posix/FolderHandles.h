@@ -11,31 +11,32 @@
 
 namespace tarn::posix {
 
-// The folders that files were looked at in last. One in which several were is held open, and the
-// way to the next file starts there: the machine follows a path name by name, and for a project in
-// its usual place that is most of the work. Whoever renames a folder is not noticed, so a table
-// lives for one run through some files.
+// LRU cache of a few open folders that makes stat() of many files cheaper. A folder that several
+// files were examined in is opened, and the next files are resolved relative to its handle with
+// fstatat(): resolving the path component by component is most of the cost for a project at a
+// typical depth. A renamed folder is not noticed, so a table must live only for one pass over some
+// files.
 //
-// For one thread.
+// Not thread-safe.
 class FolderHandles {
  public:
-  // As the system call: the answer, with errno set when it is not 0.
+  // Like the system call: returns its result, and sets errno on error.
   int Stat(const char* path, struct stat& info);
 
  private:
-  // An open costs as much as it saves in some files.
+  // Opening a folder costs about as much as it saves for a few files.
   static constexpr std::uint32_t kFilesToOpen = 6;
 
   struct Folder {
     std::string path;
     Descriptor handle;
-    std::uint32_t files = 0;  // looked at
+    std::uint32_t files = 0;  // files examined in the folder
     std::uint64_t lastUse = 0;
   };
 
   Folder& FolderAt(std::string_view path);
 
-  std::array<Folder, 4> folders;  // sources, outputs and headers take turns
+  std::array<Folder, 4> folders;  // sources, outputs and headers alternate
   std::uint64_t uses = 0;
 };
 

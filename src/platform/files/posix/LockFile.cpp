@@ -15,7 +15,7 @@ namespace tarn::posix {
 
 namespace {
 
-// Each purpose has a byte of the file to lock, and this many bytes to name its holder in.
+// Each purpose locks one byte of the file, and owns this many bytes for the name of the holder.
 constexpr std::size_t kOwnerLength = 32;
 constexpr const char* kOwnerPrefix = "process ";
 
@@ -39,20 +39,20 @@ std::string ReadOwner(int file, LockPurpose purpose) {
   return owner;
 }
 
-// A file that somebody put in the place of a lock, such as a further name of another one, is locked
-// but not written.
+// Returns whether the file is a lock file of ours. Another file that was put in its place, such as
+// a hard link to some user file, is locked but not overwritten.
 bool IsOurs(int file) {
   struct stat status {};
   char start[kOwnerLength];
   if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_nlink != 1) return false;
   const ssize_t length = Retry([&] { return pread(file, start, sizeof start, 0); });
   if (length < 0) return false;
-  // The first purpose's text, or the gap that another one's has left before itself.
+  // Text of the first purpose, or the gap before that of a later purpose.
   const std::string_view text(start, static_cast<std::size_t>(length));
   return text.starts_with(kOwnerPrefix) || text.find_first_not_of('\0') == text.npos;
 }
 
-// The text is for people only, so a full disk does no harm.
+// The text is only informative, so a full disk does no harm.
 void WriteOwner(int file, LockPurpose purpose) {
   if (!IsOurs(file)) return;
   std::string owner = kOwnerPrefix + std::to_string(getpid());
@@ -60,7 +60,7 @@ void WriteOwner(int file, LockPurpose purpose) {
   (void)(pwrite(file, (owner + "\n").data(), kOwnerLength, OwnerPlace(purpose)) > 0);
 }
 
-// The file may have been removed or replaced between our open and our lock.
+// The file may have been removed or replaced between open() and the lock.
 bool IsStillNamed(const std::string& name, int file) {
   struct stat ours {};
   struct stat named {};
@@ -70,7 +70,8 @@ bool IsStillNamed(const std::string& name, int file) {
 
 }  // namespace
 
-// The lock belongs to the open file, not to the process, which may have the file open elsewhere.
+// The lock belongs to the open file description, not to the process, since the process may have the
+// file open elsewhere.
 Result<std::unique_ptr<FileLock>> TryLockFile(const std::string& name, LockPurpose purpose) {
   for (;;) {
     Descriptor file(Retry([&] {

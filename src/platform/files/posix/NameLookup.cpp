@@ -29,7 +29,7 @@ DIR* OpenFolder(const std::string& folder) {
   return opened;
 }
 
-// Calls `take` with each entry of the folder.
+// Calls `take` with the name of each entry of the folder.
 template <class Take>
 void ForEachEntry(const std::string& folder, const Take& take) {
   const auto close = [](DIR* open) { closedir(open); };
@@ -38,8 +38,9 @@ void ForEachEntry(const std::string& folder, const Take& take) {
   while (const dirent* entry = readdir(entries.get())) take(std::string_view(entry->d_name));
 }
 
-// A change that happens after now would show in the folder's time. Times come from a clock that
-// stands still for some milliseconds, or for up to two seconds where only whole ones are kept.
+// Returns whether the time is old enough that a later change of the folder is certain to get a
+// different one. Time stamps have a granularity of some milliseconds, or of up to two seconds on
+// file systems that store only whole seconds.
 bool HasSettled(std::int64_t seconds, std::int64_t nanoseconds) {
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
@@ -53,7 +54,7 @@ void AddName(std::string& names, std::string_view name) {
   names += name;
 }
 
-// The entries of that name, with "/" between them.
+// Entries matching the name case-insensitively, joined with "/".
 std::string Scan(const std::string& folder, const std::string& name) {
   std::string matches;
   ForEachEntry(folder, [&](std::string_view entry) {
@@ -62,7 +63,7 @@ std::string Scan(const std::string& folder, const std::string& name) {
   return matches;
 }
 
-// The same, and all entries by folded name.
+// Like Scan(), and stores all entries by folded name.
 std::string List(const std::string& folder, const std::string& name,
                  std::unordered_map<std::string, std::string>& names) {
   ForEachEntry(folder,
@@ -99,8 +100,8 @@ Result<std::string> NameLookup::ToNative(const std::string& path) {
   return AddSeparator(drive->second) + CanonicalPath("/" + inside).substr(1);
 }
 
-// A native path with a backslash inside may have been meant as one of the machine's own names with
-// that byte, which is out of reach: say so, rather than that it isn't there.
+// A native path with a backslash may be meant as a file name that contains this byte, which is not
+// supported. The error says so instead of claiming that the file does not exist.
 Error NameLookup::Missing(const std::string& path) {
   if (path.starts_with('/') && path.find('\\') != path.npos) {
     return ErrorOf(ErrorCode::InvalidName, "a name with a backslash cannot be used", path);
@@ -178,7 +179,7 @@ std::vector<std::string> NameLookup::FindIn(const std::string& folder, const str
   return found;
 }
 
-// The entries of that name, with "/" between them. `info` is the folder's.
+// Entries matching the name, joined with "/". `info` is the folder's.
 std::string NameLookup::Lookup(const std::string& folder, const struct stat& info,
                                const std::string& name) {
   const FolderId id{info.st_dev, info.st_ino};

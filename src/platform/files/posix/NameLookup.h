@@ -21,50 +21,54 @@
 
 namespace tarn::posix {
 
-// From the paths of this system to the names of the machine.
+// Maps the paths of this system to native file names, with a case-insensitive fallback.
 //
-// The exact name always goes first and costs nothing extra. Only after a miss is the folder looked
-// at: its entries are compared without regard to case, and a single match is meant. Projects born
-// on another system miss often and in the same folders, so a folder's entries are kept as long as
-// its modification time stands still; a folder that changes between two misses (a build that fills
-// it) is only scanned for the one name.
+// The exact name is always tried first, at no extra cost. Only after a miss are the entries of the
+// folder compared case-insensitively; a single match is used. Projects created on another system
+// miss often and in the same folders, so the entries of a folder are cached while its modification
+// time is unchanged. A folder that has changed between two misses (such as one that a build fills)
+// is only scanned for the one name.
 //
-// May be used from any thread.
+// Thread-safe.
 class NameLookup {
  public:
-  // Folders by small drive letter.
+  // Folders by lower-case drive letter.
   using DriveTable = std::map<char, std::string>;
-  // Called once, at the first path with a drive; none: no drive is mapped.
+  // Called once, at the first path with a drive; without a loader no drive is mapped.
   using DriveLoader = std::function<DriveTable()>;
 
   explicit NameLookup(DriveLoader driveLoader) : loadDrives(std::move(driveLoader)) {}
 
-  // The path is a name of the machine as it stands: no drive, no backslash, no control byte.
+  // Returns true if the path is usable as a native name unchanged: no drive, no backslash, no
+  // control byte.
   static bool IsPlain(std::string_view path);
 
-  // Calls `attempt` with the exact name and, when that answers less than 0 with ENOENT, with the
-  // one other spelling that is there. Its last answer, or the reason for none.
+  // Calls `attempt` with the exact name and, if that returns a negative value with ENOENT, with the
+  // only other spelling that exists. Returns the last result of `attempt`, or an error.
   template <class Attempt>
   Result<int> Try(const std::string& path, const Attempt& attempt);
 
-  // The name that stands on the disk for this path, symbolic links not followed.
+  // Returns the name on disk for this path. Does not follow symbolic links.
   Result<std::string> Locate(const std::string& path);
-  // The same, or the name to create: a new one in a folder that is there.
+  // Like Locate(), but returns the name to create if only the file itself is missing.
   Result<std::string> LocateOrCreate(const std::string& path);
-  // The name for a path whose folders may be missing too. Does not look at the disk.
+  // Returns the native name for a path whose folders need not exist. Does not query the disk.
   Result<std::string> ToNative(const std::string& path);
-  // The single other spelling of a native name.
+  // Returns the only other spelling of a native name that exists.
   std::optional<std::string> FindOther(const std::string& native);
-  // All of them. Inside a folder that has the exact name no other folder is searched.
+  // Returns all other spellings that exist. If a folder has the exact name, folders of similar
+  // names are not searched.
   std::vector<std::string> FindSimilar(const std::string& native);
 
  private:
   struct Listing {
-    std::int64_t seconds = 0;  // the folder's modification time
+    std::int64_t seconds = 0;  // modification time of the folder
     std::int64_t nanoseconds = 0;
     bool complete = false;  // false: the folder was scanned once and `names` is empty
-    std::unordered_map<std::string, std::string> names;  // by folded name, "/" between several
+    std::unordered_map<std::string, std::string> names;  // by folded name, joined with "/"
   };
+  // State of the cache for a folder: nothing, scanned once at its current modification time, or all
+  // entries.
   enum class Memory { None, Scanned, Listed };
   using FolderId = std::pair<dev_t, ino_t>;
 
@@ -78,7 +82,7 @@ class NameLookup {
   DriveLoader loadDrives;
   std::once_flag drivesLoaded;
   DriveTable drives;
-  std::mutex lock;  // over `listings` alone; the disk is never waited for inside
+  std::mutex lock;  // guards only `listings`; never held during disk access
   std::map<FolderId, Listing> listings;
 };
 

@@ -55,15 +55,15 @@ bool Descriptor::Close() {
   if (number < 0) return true;
   const int closing = number;
   number = -1;
-  // After an interrupted close the number is free on Linux and must not be closed again.
+  // Linux closes the descriptor even if close() was interrupted; it must not be closed again.
   return close(closing) == 0 || errno == EINTR;
 }
 
 std::string RandomDigits() {
   std::uint64_t bits = 0;
   if (getentropy(&bits, sizeof bits) != 0) {
-    // Only a machine without its entropy source gets here; names are created exclusively, so a
-    // guessable one costs a further attempt and nothing else.
+    // Reached only if the system has no entropy source. Names are created exclusively, so a
+    // collision costs another attempt and nothing else.
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
     bits = static_cast<std::uint64_t>(now.tv_nsec) << 32 ^ static_cast<std::uint64_t>(getpid());

@@ -8,17 +8,18 @@
 
 namespace tarn::posix {
 
-// What an error number of the machine means to callers.
+// Maps an errno value to an error code.
 ErrorCode CodeOf(int number);
-// The same with the machine's own words for it.
+// Error with the code and the system's message for an errno value.
 Error ErrorOf(int number, const std::string& place);
-// For an operation that only reads: a refused access is no hint at a read-only file.
+// Like ErrorOf(), for an operation that only reads: denied access does not mean that the file is
+// read-only.
 Error ReadErrorOf(int number, const std::string& place);
-// A failure that the machine has no words for.
+// Error that the OS has no message for.
 Error ErrorOf(ErrorCode code, const std::string& text, const std::string& place);
 
-// Repeats a call for as long as signals interrupt it. A negative result is a failure with
-// its reason in errno.
+// Repeats a system call while signals interrupt it. A negative result is an error with its reason
+// in errno.
 template <class Call>
 auto Retry(const Call& call) {
   auto result = call();
@@ -26,27 +27,27 @@ auto Retry(const Call& call) {
   return result;
 }
 
-// An open file of the machine, closed at the end. -1 is none.
+// Owns an open file descriptor; -1 for none.
 class Descriptor {
  public:
   explicit Descriptor(int openFile = -1) : number(openFile) {}
   Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
   Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(number, other.number);  // the other one closes what this one had
+    std::swap(number, other.number);  // the other one closes the old descriptor
     return *this;
   }
   ~Descriptor() { (void)Close(); }
 
   int Get() const { return number; }
   explicit operator bool() const { return number >= 0; }
-  // Closes now; false, with the reason in errno, when the machine reports a late write failure.
+  // Closes now. Returns false, with the reason in errno, if the OS reports a late write error.
   bool Close();
 
  private:
   int number;
 };
 
-// 16 hexadecimal digits that no other process is likely to come up with.
+// Returns 16 random hexadecimal digits, unlikely to collide with those of another process.
 std::string RandomDigits();
 
 }  // namespace tarn::posix

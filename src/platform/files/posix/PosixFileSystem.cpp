@@ -38,18 +38,19 @@ std::int64_t ToNanoseconds(const timespec& time) {
   return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
-// The nanoseconds count forwards also before 1970, so the seconds alone are rounded down.
+// The nanoseconds count forwards even before 1970, so the seconds are already rounded down.
 FileStatus StatusOf(const struct stat& info) {
   return {info.st_mtim.tv_sec,  static_cast<std::uint64_t>(info.st_size),
           info.st_mtim.tv_nsec, ToNanoseconds(info.st_ctim),
           info.st_dev,          info.st_ino};
 }
 
-// Reads to the end, whatever the size said: a file may grow meanwhile, and some have none.
+// Reads to the end regardless of `size`: a file may grow while it is read, and special files report
+// no size.
 Result<std::string> ReadAll(int file, std::uint64_t size, const std::string& path) {
   std::string bytes;
   try {
-    bytes.resize(size + 1);  // one more, so that the end shows without growing
+    bytes.resize(size + 1);  // one more, to detect the end without growing
     std::size_t filled = 0;
     for (;;) {
       const ssize_t done = read(file, bytes.data() + filled, bytes.size() - filled);
@@ -84,7 +85,7 @@ bool PosixFileSystem::Exists(const std::string& path) {
   const Result<int> found =
       names.Try(path, [&info](const char* name) { return stat(name, &info); });
   if (found) return true;
-  // A file that the system fails to describe must not be taken for a free name.
+  // If its status cannot be determined, the name must not be considered free.
   const ErrorCode code = found.GetError().code;
   return code != ErrorCode::NotFound && code != ErrorCode::InvalidName;
 }
@@ -115,10 +116,10 @@ bool PosixFileSystem::IsLink(const std::string& path) {
          S_ISLNK(info.st_mode);
 }
 
-// The folder above is the one that the letters say.
+// Returns whether the parent of the folder is the one that the path text implies.
 bool PosixFileSystem::CanStepUp(const std::string& folder) {
   const std::string last = FileNameOf(folder);
-  if (last.empty()) return !folder.empty();  // a root, which nothing leads out of
+  if (last.empty()) return !folder.empty();  // a root, which ".." does not leave
   return last != ".." && !IsLink(folder);
 }
 
@@ -198,7 +199,7 @@ std::vector<std::optional<FileStatus>> PosixFileSystem::ExamineMany(
     if (posix::NameLookup::IsPlain(path) && folders.Stat(path, info) == 0) {
       found.push_back(S_ISREG(info.st_mode) ? std::optional(StatusOf(info)) : std::nullopt);
     } else {
-      found.push_back(Examine(path));  // there may be another spelling
+      found.push_back(Examine(path));  // may exist with another spelling
     }
     if (std::chrono::steady_clock::now() >= deadline) break;
   }
@@ -227,7 +228,7 @@ bool PosixFileSystem::IsReadOnly(const std::string& path) {
 }
 
 Result<std::string> PosixFileSystem::ReadWholeFile(const std::string& path) {
-  // Without O_NONBLOCK a pipe without a writer would hold the caller for ever.
+  // Without O_NONBLOCK, opening a pipe without a writer would block forever.
   const Result<int> opened = names.Try(
       path, [](const char* name) { return open(name, O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
   if (!opened) {
@@ -283,7 +284,7 @@ Result<FileStatus> PosixFileSystem::ContinueFile(const std::string& path,
   return WriteInPlace(path, expected, TimeMatters::Yes, offset, bytes);
 }
 
-// One open file from the first look to the last, so that nothing slips in between them.
+// Uses one open file for all checks and the write, so that the file cannot be replaced in between.
 Result<FileStatus> PosixFileSystem::WriteInPlace(const std::string& path,
                                                  const FileStatus& expected, TimeMatters time,
                                                  std::uint64_t offset, std::string_view bytes) {
@@ -298,7 +299,7 @@ Result<FileStatus> PosixFileSystem::WriteInPlace(const std::string& path,
   if ((info.st_mode & 0222) == 0) {
     return ErrorOf(ErrorCode::ReadOnly, "the file is read-only", path);
   }
-  // A further name is written as well; a whole new file leaves it alone.
+  // Writing in place would also change the file's other names; replacing the file does not.
   if (info.st_nlink > 1) return ErrorOf(ErrorCode::Changed, "the file has other names", path);
   const FileStatus found = StatusOf(info);
   if (found.size != expected.size || offset > expected.size ||
@@ -339,7 +340,7 @@ Status PosixFileSystem::RemoveOwnFile(const std::string& path) {
   return RemoveNamed(*name, path, ReadOnly::Removed);
 }
 
-// `name` is the machine's name for `path`.
+// `name` is the native name of `path`.
 Status PosixFileSystem::RemoveNamed(const std::string& name, const std::string& path,
                                     ReadOnly readOnly) {
   struct stat info {};
@@ -364,7 +365,7 @@ Status PosixFileSystem::CopyFileTo(const std::string& from, const std::string& t
   if (names.Locate(to)) return ErrorOf(EEXIST, to);
   const Result<std::string> target = names.LocateOrCreate(to);
   if (!target) return target.GetError();
-  // A copy of a read-only original is a file to work with.
+  // The copy of a read-only file is meant to be edited.
   return posix::CreateNewFile(*target, *bytes, (info.st_mode & 0777) | S_IWUSR);
 }
 
@@ -386,7 +387,7 @@ Status PosixFileSystem::CreateFolders(const std::string& path, bool exactly) {
   return {};
 }
 
-// The folder as the disk spells it, made with its parents where nothing stands.
+// Returns the folder with the spelling used on disk; creates it and its parents where missing.
 Result<std::string> PosixFileSystem::EnsureFolder(const std::string& native, bool exactly) {
   struct stat info {};
   std::string name = native;
@@ -407,7 +408,7 @@ Result<std::string> PosixFileSystem::EnsureFolder(const std::string& native, boo
     if (!above) return above;
     name = JoinPath(*above, FileNameOf(native));
   }
-  // Somebody else may make the same folder at the same time.
+  // Another process may create the same folder concurrently.
   if (mkdir(name.c_str(), 0777) != 0 && errno != EEXIST) return ErrorOf(errno, native);
   return name;
 }
@@ -420,7 +421,7 @@ Status PosixFileSystem::SetModifiedTime(const std::string& path, std::int64_t se
   return done ? Status() : Status(done.GetError());
 }
 
-// The kernel stamps files with this clock, which only moves at its ticks.
+// The kernel stamps files with this clock, which advances only with its ticks.
 std::int64_t PosixFileSystem::Clock() {
   timespec now{};
   return clock_gettime(CLOCK_REALTIME_COARSE, &now) == 0 ? ToNanoseconds(now) : 0;
@@ -430,7 +431,7 @@ Result<std::unique_ptr<FileLock>> PosixFileSystem::TryLock(const std::string& pa
                                                            LockPurpose purpose) {
   const Result<std::string> named = names.ToNative(path);
   if (!named) return named.GetError();
-  // A file of a similar name is another lock.
+  // The exact name first: a lock file of similar name is a different lock.
   auto lock = posix::TryLockFile(*named, purpose);
   if (lock || lock.GetError().code != ErrorCode::NotFound) return lock;
   const Result<std::string> found = names.LocateOrCreate(path);

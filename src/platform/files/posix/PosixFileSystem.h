@@ -5,10 +5,11 @@
 
 namespace tarn {
 
-// The disk of a POSIX machine.
+// FileSystem of a POSIX system. See NameLookup for the search of names.
 class PosixFileSystem : public FileSystem {
  public:
-  // `loadDrives` gives the folders that stand for drives, when the first path with a drive comes.
+  // `loadDrives` returns the folders that are mapped as drives; called at the first path with a
+  // drive.
   explicit PosixFileSystem(posix::NameLookup::DriveLoader loadDrives = {});
 
   bool Exists(const std::string& path) override;
@@ -17,7 +18,7 @@ class PosixFileSystem : public FileSystem {
   std::vector<std::string> SimilarNames(const std::string& path) override;
   std::string Canonical(const std::string& path) override;
   std::string ResolveLinks(const std::string& path) override;
-  // For a plain path one system call, no lock and no allocation, as long as the name is exact.
+  // A plain path with the exact name costs one system call, no lock and no allocation.
   std::optional<FileStatus> Examine(const std::string& path) override;
   std::optional<FileStatus> ExamineExactly(const std::string& path) override;
   std::optional<FileStatus> ExamineFolder(const std::string& path) override;
@@ -54,6 +55,7 @@ class PosixFileSystem : public FileSystem {
   Result<std::string> ReserveName(const std::string& folder, std::string_view prefix) override;
 
  private:
+  // Selects if WriteInPlace() also compares the modification time.
   enum class TimeMatters { No, Yes };
 
   enum class ReadOnly : std::uint8_t { Refused, Removed };

@@ -21,9 +21,9 @@ std::uint64_t NumberAt(const std::array<char, 64>& header, std::size_t at, std::
   return number;
 }
 
-// Returns whether a library was cut: the loader maps such a file anyway, and the first access after
-// its end kills the process. The table of sections is the last part of a 64-bit ELF file; other
-// files are left to the loader.
+// Returns whether a library is truncated: the loader would map such a file anyway, and the first
+// access after its end would kill the process. The section table is the last part of a 64-bit ELF
+// file; other formats are left to the loader.
 bool IsCut(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   std::array<char, 64> header{};
@@ -42,7 +42,7 @@ Result<void*> FindModuleEntry(const std::string& libraryPath, const char* name) 
   if (IsCut(libraryPath)) {
     return Error{ErrorCode::NotFound, libraryPath + ": the file is cut short", libraryPath};
   }
-  // The loader counts: a library that is there already isn't loaded once more.
+  // Reference-counted by the loader: an already loaded library is not loaded again.
   void* library = dlopen(libraryPath.c_str(), RTLD_NOW | RTLD_LOCAL);
   void* entry = library == nullptr ? nullptr : dlsym(library, name);
   if (entry != nullptr) return entry;
@@ -55,7 +55,7 @@ Result<void*> FindModuleEntry(const std::string& libraryPath, const char* name) 
 std::string ModulePathOf(const void* address) {
   Dl_info info{};
   if (dladdr(address, &info) == 0 || info.dli_fname == nullptr) return {};
-  // The loader may know the library by a relative name or through a link.
+  // The loader may have recorded a relative path or a link.
   char* resolved = realpath(info.dli_fname, nullptr);
   const std::string path = resolved != nullptr ? resolved : info.dli_fname;
   std::free(resolved);

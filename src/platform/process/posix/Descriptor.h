@@ -8,7 +8,7 @@
 
 namespace tarn {
 
-// A file descriptor that is closed with its owner.
+// Owns a file descriptor.
 class Descriptor {
  public:
   Descriptor() = default;
@@ -30,16 +30,17 @@ class Descriptor {
   int number = -1;
 };
 
-// Takes over a descriptor; the result has none of the numbers of the three standard streams, even
-// in a process that closed them. Empty, with errno set, if there is no other number.
+// Takes over a descriptor and moves it above the numbers of the three standard streams if
+// necessary, which can happen in a process that has closed them. Returns an empty one, with errno
+// set, if that fails.
 inline Descriptor AboveStandard(int number) {
   Descriptor opened(number);
   if (number > STDERR_FILENO) return opened;
   return Descriptor(fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }
 
-// Neither end of these two goes to a child by itself. Open returns false, with errno set, on
-// failure.
+// A pipe and a socket pair whose ends are close-on-exec. Open() returns false, with errno set, on
+// error.
 struct Pipe {
   Descriptor reader;
   Descriptor writer;

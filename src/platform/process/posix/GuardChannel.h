@@ -5,16 +5,16 @@ namespace tarn::guard {
 // File name of the guard (see ToolGuard.cpp), which is in the folder of the platform library.
 constexpr const char* kProgram = "tarn-guard";
 
-// First argument if the program may go on after this process.
+// First argument if the program may keep running after this process ends.
 constexpr const char* kOutlive = "--outlive";
 
 // Descriptor of its socket.
 constexpr int kChannel = 3;
 
-// Bytes that are sent to it.
+// One-byte orders that are sent to it.
 enum Order : char {
-  kOrderEnd = 'e',   // the tool is asked to end
-  kOrderKill = 'k',  // all that is left of it is killed
+  kOrderEnd = 'e',   // ask the tool to terminate
+  kOrderKill = 'k',  // kill all that is left of it
 };
 
 }  // namespace tarn::guard

@@ -16,18 +16,18 @@
 #include "platform/process/posix/GuardChannel.h"
 #include "platform/process/posix/Spawn.h"
 
-// The waiting thread does everything: it reads both streams, is notified of the program's end by
-// the guard (see ToolGuard.cpp) and of a stop through a pipe, and tells the guard to kill what is
-// left when a stop's time is over. So no thread of ours outlives a process object.
+// The waiting thread does all the work: it reads both streams, is notified of the program's end by
+// the guard (see ToolGuard.cpp) and of a stop through a pipe, and orders the guard to kill what is
+// left after the grace period of a stop. So no helper thread can outlive a process object.
 namespace tarn {
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// How long a grandchild may keep the pipes open after the program's end.
+// Time that a descendant may keep the pipes open after the program's end.
 constexpr std::chrono::milliseconds kGraceForGrandchildren{250};
-// What a pipe may still hold when its time is over.
+// Amount that a pipe may still contain when its time is over.
 constexpr std::size_t kPipeCapacity = 65536;
 
 ProcessExit ToExit(int status) {
@@ -37,7 +37,7 @@ ProcessExit ToExit(int status) {
 
 class PosixProcess final : public Process {
  public:
-  // -1 until Start.
+  // -1 before Start.
   pid_t guardPid = -1;
   Pipe output;
   Pipe errors;
@@ -58,7 +58,7 @@ class PosixProcess final : public Process {
       if (!ended && hasEnded) ended = Clock::now();
       KillAtDeadline();
     }
-    // What was written in time is not lost if the streams don't end.
+    // Read what was written in time, even if the streams don't end.
     ReadRest(output.reader, false, onOutput);
     ReadRest(errors.reader, true, onOutput);
     return Reap();
@@ -71,24 +71,24 @@ class PosixProcess final : public Process {
       const auto deadline = Clock::now() + std::clamp(grace, std::chrono::milliseconds(0),
                                                       std::chrono::milliseconds(86400000));
       stopDeadline = stopDeadline ? std::min(*stopDeadline, deadline) : deadline;
-      // Fails if the guard has ended, and with it what the stop is for.
+      // Fails if the guard has ended; then there is nothing left to stop.
       Send(guard::kOrderEnd);
     }
     const char mark = 0;
-    // A full pipe means that the waiting thread will wake up anyway.
+    // If the pipe is full, the waiting thread wakes up anyway.
     [[maybe_unused]] const auto written = write(wake.writer.Get(), &mark, 1);
   }
 
  private:
-  // Over when the program has ended and both streams have too, or the time for that has passed.
-  // After a stop the guard ends last, so what is said in the grace time is read.
+  // True if the program has ended, and both streams have ended or their grace period has passed.
+  // After a stop the guard ends last, so output during the grace period is still read.
   bool IsOver(std::optional<Clock::time_point> ended) const {
     if (!ended) return false;
     if (!output.reader && !errors.reader) return true;
     return Clock::now() >= *ended + kGraceForGrandchildren;
   }
 
-  // Milliseconds for poll; -1 for no limit.
+  // Timeout for poll() in milliseconds; -1 for none.
   int UntilNextStep(std::optional<Clock::time_point> ended) {
     std::optional<Clock::time_point> next;
     if (ended) {
@@ -102,7 +102,7 @@ class PosixProcess final : public Process {
   }
 
   void PollOnce(bool isEnded, int milliseconds, const OutputHandler& onOutput) {
-    // A negative descriptor is passed over.
+    // poll() ignores a negative descriptor.
     std::array<pollfd, 4> watched{{{output.reader.Get(), POLLIN, 0},
                                    {errors.reader.Get(), POLLIN, 0},
                                    {wake.reader.Get(), POLLIN, 0},
@@ -117,7 +117,7 @@ class PosixProcess final : public Process {
     if (watched[3].revents != 0) ReadEnd();
   }
 
-  // The number of bytes that came; closes the stream at its end.
+  // Returns the number of bytes read; closes the stream at its end.
   std::size_t ReadOnce(Descriptor& stream, bool fromErrorStream, const OutputHandler& onOutput) {
     std::array<char, 16384> buffer;
     const ssize_t count = read(stream.Get(), buffer.data(), buffer.size());
@@ -141,7 +141,7 @@ class PosixProcess final : public Process {
     stream.Close();
   }
 
-  // A guard that was killed itself takes the program along, without a word.
+  // If the guard itself is killed, the program dies with it and no status arrives.
   void ReadEnd() {
     int number = 0;
     const ssize_t count = recv(channel.Get(), &number, sizeof number, MSG_WAITALL);
@@ -170,7 +170,7 @@ class PosixProcess final : public Process {
   }
 
   ProcessExit Reap() {
-    // Without the lock, so that a stop never has to wait for it.
+    // Without the lock, so that Stop() never blocks.
     while (!hasEnded) ReadEnd();
     while (waitpid(guardPid, nullptr, 0) < 0 && errno == EINTR) {
     }
@@ -182,10 +182,10 @@ class PosixProcess final : public Process {
   std::mutex lock;  // guards the next two
   std::optional<ProcessExit> exit;
   std::optional<Clock::time_point> stopDeadline;
-  // Of the waiting thread.
+  // For the waiting thread only.
   bool isKilled = false;
   bool hasEnded = false;
-  int status = SIGKILL;  // as waitpid() describes it
+  int status = SIGKILL;  // as returned by waitpid()
 };
 
 Error LastError(const ProcessRequest& request) {
@@ -213,7 +213,7 @@ class PosixProcessLauncher final : public ProcessLauncher {
     if (!started) return started.GetError();
     process->guardPid = *started;
     process->channel = std::move(sockets.own);
-    // The child's copies are the only ones left, so that the streams end with it.
+    // Leave only the child's copies open, so that the streams end with the child.
     process->output.writer.Close();
     process->errors.writer.Close();
     return std::unique_ptr<Process>(std::move(process));

@@ -51,7 +51,7 @@ std::string FindProgramIn(const char* folders, std::string_view name) {
   return IsProgram(path) ? path : std::string();
 }
 
-// A form of the path that does not change its meaning in the working folder of the child.
+// Makes the path absolute, so that it does not depend on the child's working folder.
 std::string FromHere(const std::string& path) {
   if (path.empty() || path.front() == '/') return path;
   char* current = getcwd(nullptr, 0);
@@ -69,7 +69,7 @@ std::string ProgramOf(const ProcessRequest& request) {
   return FromHere(FindProgramIn(folders, request.program));
 }
 
-// Texts as the system wants them: pointers with a null behind.
+// Strings in the form that the OS expects: an array of pointers, terminated by null.
 class TextList {
  public:
   void Add(std::string text) { texts.push_back(std::move(text)); }
@@ -102,20 +102,20 @@ TextList EnvironmentOf(const ProcessRequest& request) {
   return list;
 }
 
-// What happens in the child between its birth and the program's start.
+// Actions and attributes for posix_spawn: what the child does before it executes the program.
 class SpawnPlan {
  public:
   SpawnPlan(const ProcessRequest& request, int outputStream, int errorStream, int channel) {
     posix_spawn_file_actions_init(&actions);
     posix_spawnattr_init(&attributes);
-    // The folder first: the streams' numbers are the parent's and survive it.
+    // The folder first: the descriptors are the parent's and do not depend on it.
     if (!request.folder.empty()) {
       Check(posix_spawn_file_actions_addchdir_np(&actions, request.folder.c_str()));
     }
     Check(posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
     Check(posix_spawn_file_actions_adddup2(&actions, outputStream, STDOUT_FILENO));
     Check(posix_spawn_file_actions_adddup2(&actions, errorStream, STDERR_FILENO));
-    // Last, since one of the others may have this number.
+    // Last, since one of the other descriptors may have this number.
     Check(posix_spawn_file_actions_adddup2(&actions, channel, guard::kChannel));
     sigset_t none;
     sigset_t all;
@@ -134,7 +134,7 @@ class SpawnPlan {
     posix_spawnattr_destroy(&attributes);
   }
 
-  // 0 or an errno.
+  // Returns 0 or an errno value.
   int Start(pid_t& pid, const std::string& program, TextList& arguments, TextList& environment) {
     if (failure != 0) return failure;
     return posix_spawn(&pid, program.c_str(), &actions, &attributes, arguments.Pointers().data(),
@@ -151,14 +151,15 @@ class SpawnPlan {
   int failure = 0;
 };
 
-// Error number that keeps a folder from being entered; 0 if nothing does.
+// Returns the errno value that prevents entering the folder, or 0.
 int CheckFolder(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) return errno;
   return S_ISDIR(status.st_mode) ? 0 : ENOTDIR;
 }
 
-// What the guard says of the tool's start: 0 or an error number. -1 if it ended without a word.
+// Receives the guard's report on the start of the tool: 0 or an errno value. Returns -1 if the
+// guard ended without a report.
 int ReadStart(int channel) {
   int failure = -1;
   ssize_t count = -1;
@@ -184,7 +185,7 @@ Result<pid_t> SpawnGuarded(const ProcessRequest& request, int outputStream, int 
   const std::string program = ProgramOf(request);
   if (program.empty()) return Error{ErrorCode::NotFound, "no such program", request.program};
   if (const int reason = request.folder.empty() ? 0 : CheckFolder(request.folder); reason != 0) {
-    // Not NotFound, which says that the program isn't there.
+    // Not NotFound, which would mean that the program does not exist.
     return Error{ErrorCode::Io, request.folder + ": " + std::strerror(reason), request.folder};
   }
   const std::string guard = FromHere(ModuleFolder() + "/" + guard::kProgram);
@@ -206,7 +207,7 @@ Result<pid_t> SpawnGuarded(const ProcessRequest& request, int outputStream, int 
     WaitFor(pid);
     if (failure < 0) return GuardError(guard, "it ended unexpectedly");
   }
-  // A script whose interpreter is missing looks like a missing program to the system as well.
+  // The OS reports a script with a missing interpreter like a missing program.
   const ErrorCode code =
       failure == ENOENT || failure == ENOTDIR ? ErrorCode::NotFound : ErrorCode::Io;
   return Error{code, std::strerror(failure), program};

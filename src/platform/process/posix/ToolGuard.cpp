@@ -1,19 +1,19 @@
-// tarn-guard: starts one tool and ends everything that the tool has started, once it is told to or
-// once the program that wants the tool is gone, however that ended.
+// tarn-guard: starts one tool and terminates everything that the tool has started, when it is
+// ordered to or when the program that uses the tool is gone for any reason.
 //
 //   tarn-guard [--outlive] PROGRAM NAME [ARGUMENT...]
 //
-// Descriptor 3 is a stream socket to that program. The guard writes two numbers of the type int:
-// after the start 0 or the error number of its failure, and at the end the tool's wait status. It
-// reads orders of one byte. The socket's end is the order to kill, or, for a tool that may outlive
-// the program, to let go of it.
+// Descriptor 3 is a stream socket to that program. The guard writes two values of type int: after
+// the start, 0 or the errno value of its failure; at the end, the tool's wait status. It reads
+// one-byte orders. The end of the socket means kill or, for a tool that may outlive the program,
+// release the tool.
 //
-// As the subreaper of its descendants the guard becomes the parent of those whose own parent has
-// ended, also of those that have left the tool's group or session. It kills nothing but its own
-// children, generation after generation: their numbers belong to nobody else until it has waited
-// for them, so a signal never reaches a foreign process.
+// The guard is the subreaper of its descendants: it becomes the parent of each process whose own
+// parent has ended, even if that has left the tool's group or session. It kills only its own
+// children, generation after generation. A child's process id cannot be reused until the guard has
+// waited for it, so a signal never reaches an unrelated process.
 //
-// A tool that ends by itself leaves alone what it has started: that may be a service that the next
+// If a tool ends by itself, its descendants keep running: one of them may be a service that later
 // tools use as well.
 
 #include <dirent.h>
@@ -41,14 +41,14 @@ using tarn::guard::kChannel;
 using tarn::guard::kOrderKill;
 using tarn::guard::kOutlive;
 
-// Children that can't be killed, such as those of another user, don't hold the guard any longer.
+// Limit for children that cannot be killed, such as those of another user.
 constexpr int kKillTime = 1000;  // milliseconds
 constexpr int kKillPause = 5;    // milliseconds between two generations
 
 struct Tool {
   pid_t pid = -1;
   bool hasEnded = false;
-  int status = SIGKILL;  // as waitpid() describes it
+  int status = SIGKILL;  // as returned by waitpid()
 };
 
 long Now() {
@@ -58,11 +58,12 @@ long Now() {
 }
 
 void Send(int number) {
-  // A failure means that there is nobody left to read it.
+  // An error means that the reader is gone.
   [[maybe_unused]] const auto sent = send(kChannel, &number, sizeof number, MSG_NOSIGNAL);
 }
 
-// Between the tool's birth and its program. Writes an error number into the pipe, or returns never.
+// Runs in the child between fork() and exec(). On error writes an errno value into the pipe. Never
+// returns.
 [[noreturn]] void BecomeTool(char** words, bool diesWithGuard, pid_t guard, int failurePipe) {
   setpgid(0, 0);
   if (diesWithGuard) prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -76,7 +77,7 @@ void Send(int number) {
   _exit(127);
 }
 
-// Returns 0 or an error number.
+// Returns 0 or an errno value.
 int Start(Tool& tool, char** words, bool diesWithGuard) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return errno;
@@ -94,7 +95,7 @@ int Start(Tool& tool, char** words, bool diesWithGuard) {
   return count == sizeof failure ? failure : 0;
 }
 
-// Calls `act` with the number of each child.
+// Calls `act` with the process id of each child.
 template <typename Action>
 void ForEachChild(Action act) {
   DIR* const processes = opendir("/proc");
@@ -109,7 +110,7 @@ void ForEachChild(Action act) {
     const std::size_t size = std::fread(text, 1, sizeof text - 1, file);
     std::fclose(file);
     text[size] = '\0';
-    // "NUMBER (NAME) STATE PARENT ...", where the name can hold anything.
+    // "NUMBER (NAME) STATE PARENT ...", where the name may contain any character.
     const char* const name = std::strrchr(text, ')');
     int parent = 0;
     if (name == nullptr || std::sscanf(name + 1, " %*c %d", &parent) != 1) continue;
@@ -118,7 +119,7 @@ void ForEachChild(Action act) {
   closedir(processes);
 }
 
-// Waits for children that have ended, without a pause. Returns whether there are others.
+// Collects the status of ended children without blocking. Returns whether there are other children.
 bool Reap(Tool& tool) {
   for (;;) {
     int status = 0;
@@ -131,10 +132,10 @@ bool Reap(Tool& tool) {
 }
 
 void AskToEnd(const Tool& tool) {
-  // The number of the group belongs to nobody else until the tool has been waited for.
+  // The group id cannot be reused before the tool has been waited for.
   if (!tool.hasEnded) {
     kill(-tool.pid, SIGTERM);
-    kill(-tool.pid, SIGCONT);  // a halted process would not receive the first
+    kill(-tool.pid, SIGCONT);  // a stopped process would not handle the first
     return;
   }
   ForEachChild([](pid_t child) {
@@ -204,7 +205,7 @@ int main(int count, char** words) {
   const int failure = Start(started, tool, !mayOutlive);
   Send(failure);
   if (failure != 0) return 1;
-  // The tool's streams end with the tool.
+  // Release the tool's streams, so that they end with the tool.
   dup2(STDIN_FILENO, STDOUT_FILENO);
   dup2(STDIN_FILENO, STDERR_FILENO);
   Attend(started, signals, mayOutlive);

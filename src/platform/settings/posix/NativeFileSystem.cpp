@@ -9,9 +9,9 @@ namespace tarn {
 
 namespace {
 
-// The registry key "Drives" has one value per letter, with or without its colon: a folder.
+// The registry key "Drives" has one value per drive letter, with or without its colon: a folder.
 posix::NameLookup::DriveTable MappedDrives() {
-  PosixFileSystem undriven;  // the settings themselves must not lie behind a drive
+  PosixFileSystem undriven;  // the settings themselves must not be on a mapped drive
   posix::NameLookup::DriveTable drives;
   const Settings settings(undriven, SettingsFolders::FromEnvironment());
   for (const auto& [name, folder] : settings.RegistryValues("Drives")) {
@@ -26,7 +26,7 @@ posix::NameLookup::DriveTable MappedDrives() {
 }  // namespace
 
 FileSystem& FileSystem::Native() {
-  // Never destroyed: threads may still be writing while the process ends.
+  // Never destroyed: threads may still be writing while the process exits.
   static PosixFileSystem& disk = *std::make_unique<PosixFileSystem>(MappedDrives).release();
   return disk;
 }

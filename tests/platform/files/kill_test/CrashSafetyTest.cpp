@@ -1,5 +1,6 @@
-// Kills a process at every system call of a whole-file write, and makes each of them fail, with the
-// help of strace: what a crash or a full disk leaves is the old file or the new one, never a part.
+// Uses strace to kill a process at every system call of a whole-file write, and to make each call
+// fail: after a crash or on a full disk the file must have the old or the new content, never a
+// mixture.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -19,7 +20,7 @@ namespace {
 constexpr std::size_t kOldSize = 64 * 1024;
 constexpr std::size_t kNewSize = 100'000;
 
-// One call of the write, by its name and its number among the calls of that name in the process.
+// A system call of the write: its name, and its index among the process's calls of that name.
 struct Call {
   std::string name;
   int number = 0;
@@ -28,7 +29,7 @@ struct Call {
 class CrashSafetyTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    setenv("ASAN_OPTIONS", "detect_leaks=0", 1);  // its leak check cannot run under a tracer
+    setenv("ASAN_OPTIONS", "detect_leaks=0", 1);  // the leak check cannot run under a tracer
     if (Shell("strace -o " + scratch / "probe" + " true 2> /dev/null") != 0) {
       GTEST_SKIP() << "strace is not there or may not trace here: crashes were not tried";
     }
@@ -42,7 +43,7 @@ class CrashSafetyTest : public ::testing::Test {
       const std::string name = line.substr(0, line.find('('));
       if (name.size() == line.size() || name.find(' ') != name.npos) continue;
       const int number = ++counts[name];
-      // A sanitizer tries memory by writing it to a pipe.
+      // A sanitizer probes memory by writing it to a pipe.
       const bool isOwn = name != "exit_group" && !(isProbe && name == "write");
       isProbe = name.starts_with("pipe");
       if (begun && isOwn) calls.push_back({name, number});
@@ -56,7 +57,7 @@ class CrashSafetyTest : public ::testing::Test {
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   }
 
-  // Writes the new file in a process of its own, with something injected.
+  // Writes the new file in a child process with an injected fault.
   int Write(const std::string& injection) const {
     return Shell("strace -qq -o " + scratch / "trace" +
                  (injection.empty() ? "" : " -e inject=" + injection) + " " WRITE_WHOLE_FILE " " +
@@ -68,7 +69,7 @@ class CrashSafetyTest : public ::testing::Test {
     scratch.Write("disk/file", std::string(kOldSize, 'o'));
   }
 
-  // "old", "new" or what else.
+  // Returns "old", "new" or a description of anything else.
   std::string Found() const {
     const std::string bytes = testing::ReadBytes(scratch / "disk/file");
     if (bytes == std::string(kOldSize, 'o')) return "old";
@@ -95,11 +96,11 @@ TEST_F(CrashSafetyTest, KillAtAnyCallLeavesTheOldOrTheNewFile) {
     EXPECT_TRUE(found == "old" || found == "new") << found;
     ++outcomes[found];
     sequence += call.name + ":" + found + " ";
-    // What the killed process left must not be in the way of the next.
+    // Files left by the killed process must not obstruct the next write.
     EXPECT_EQ(Write(""), 0);
     EXPECT_EQ(Found(), "new");
   }
-  // Both sides of the rename were really met.
+  // Make sure that both sides of the rename were covered.
   EXPECT_GT(outcomes["old"], 0) << sequence;
   EXPECT_GT(outcomes["new"], 0) << sequence;
   std::printf("killed at %zu calls: %s\n", calls.size(), sequence.c_str());
@@ -112,7 +113,7 @@ TEST_F(CrashSafetyTest, FailureOfAnyWriteFlushOrRenameIsReportedAndLeavesTheOldF
     for (const Call& call : calls) {
       const bool renames = call.name.starts_with("rename");
       if (renamed || (call.name != "write" && call.name != "fsync" && !renames)) continue;
-      renamed = renames;  // behind it the new file is in place
+      renamed = renames;  // the new file is in place afterwards
       SCOPED_TRACE(error + " at " + call.name + " " + std::to_string(call.number));
       Reset();
       const int code =

@@ -6,8 +6,9 @@
 
 #include "platform/files/FileSystem.h"
 
-// write_whole_file PATH LETTER SIZE: one WriteWholeFile of SIZE times LETTER. What the process does
-// before is marked off by one access to a file named "begin". Ends with the error code.
+// write_whole_file PATH LETTER SIZE: writes a file of SIZE times LETTER with one WriteWholeFile().
+// An access to a file named "begin" separates it from the process's earlier system calls. Exits
+// with the error code.
 int main(int count, char** arguments) {
   if (count != 4) return 99;
   const std::string path = arguments[1];
