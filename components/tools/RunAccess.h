@@ -9,8 +9,9 @@
 namespace tarn::tools {
 
 struct FileWrite {
-  std::string path;    // absolute
-  std::string option;  // whose value names it: "Linker.MapFile"; empty if none does
+  std::string path;       // absolute
+  std::string option;     // whose value names it: "Linker.MapFile"; empty if none does
+  bool isCertain = true;  // false: an argument that may just as well name a file to read
 };
 
 // What a run of a tool would reach for because of the options of its node, so that a caller can

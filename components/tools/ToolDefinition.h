@@ -112,6 +112,12 @@ struct LoadRule {
   std::string place;  // what the program puts before the name: "device-specs/specs-"
 };
 
+// Files that a run may leave, and that nothing needs.
+struct ByProductRule {
+  Template file;
+  std::vector<std::string> with;  // how an argument begins that has them made; empty: always
+};
+
 struct ToolDefinition {
   std::string name;
   bool isProgram = false;         // a path, without a definition
@@ -123,9 +129,9 @@ struct ToolDefinition {
   Template output;
   Template listing;
   Template rules;
-  Template furtherRules;             // a second file of rules, which need not be left
-  std::vector<Template> products;    // further files, whose folders must be there
-  std::vector<Template> byProducts;  // files that a run may leave, and that nothing needs
+  Template furtherRules;           // a second file of rules, which need not be left
+  std::vector<Template> products;  // further files, whose folders must be there
+  std::vector<ByProductRule> byProducts;
   std::vector<RandomNameRule> randomNames;
   std::vector<Template> depends;  // further dependencies of the output
   // How arguments begin that name a folder to search headers in: "-I". The folder is the rest of
@@ -147,6 +153,8 @@ struct ToolDefinition {
   // How arguments begin that make a program run or load code of the caller's choice.
   std::vector<std::string> runs;
   std::vector<std::string> runsNot;  // exceptions, which begin like one of `runs`
+  // How arguments begin that make a program write files whose names it makes up.
+  std::vector<std::string> strays;
   std::vector<LoadRule> loads;
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;

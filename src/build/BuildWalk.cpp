@@ -400,26 +400,20 @@ bool BuildWalk::Clean(CXmlNode& node) {
 // Returns whether the tool would overwrite what is no product of this project; that is in the log
 // then.
 bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
-  const std::vector<NamedOutput> written = FindWritten(request.access);
   std::vector<NamedOutput> made = OutputsOf(node);
-  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
-    for (const std::string& path : SplitQuotedList(
-             model.toolManager->GetProducts(request.tool, request.files, request.options))) {
-      const auto known = std::find_if(written.begin(), written.end(),
-                                      [&](const NamedOutput& each) { return each.path == path; });
-      made.push_back({path, known == written.end() ? std::string() : known->option});
-    }
-  }
+  for (NamedOutput& each : FindWritten(request.access)) made.push_back(std::move(each));
   std::string why;
-  for (std::size_t i = 0; i < made.size() && why.empty(); ++i) why = guard.WhyKept(node, made[i]);
-  for (std::size_t i = 0; i < written.size() && why.empty(); ++i) why = guard.WhyOwn(written[i]);
+  for (std::size_t i = 0; i < made.size() && why.empty(); ++i) {
+    why = made[i].isCertain ? guard.WhyKept(node, made[i]) : guard.WhyOwn(made[i]);
+  }
   if (!why.empty()) {
     model.AddBuildNotice(LineKind::Error, why + "; the tool is not run");
     return true;
   }
   // The tool manager doesn't know what earlier runs made, and spares what is read-only.
   for (const NamedOutput& each : made) {
-    const bool isInTheWay = model.files.Examine(each.path) && model.files.IsReadOnly(each.path);
+    const bool isInTheWay =
+        each.isCertain && model.files.Examine(each.path) && model.files.IsReadOnly(each.path);
     if (isInTheWay) (void)guard.Remove(node, each.path);
   }
   return false;

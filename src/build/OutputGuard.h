@@ -18,8 +18,9 @@ class CProjectModel;
 
 // A file that a run of a tool writes.
 struct NamedOutput {
-  std::string path;    // absolute
-  std::string option;  // that names it: "Linker.MapFile"; empty if unknown
+  std::string path;       // absolute
+  std::string option;     // that names it: "Linker.MapFile"; empty if unknown
+  bool isCertain = true;  // false: the tool may only read it
 };
 
 // The files that a run writes, from what the tool manager's GetAccess returns of it.

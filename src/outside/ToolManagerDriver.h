@@ -34,12 +34,9 @@ class CToolManagerDriver : public COleDispatchDriver {
   // components that don't tell.
   std::string GetUsedFiles(TextArgument tool, TextArgument files, TextArgument options,
                            TextArgument candidates);
-  // The further files that the run would make, as such a list. Empty for components that don't
-  // tell.
-  std::string GetProducts(TextArgument tool, TextArgument files, TextArgument options);
   // What the run would reach for because of its options, as JoinFileTexts writes files, with its
-  // kind for a path: "code" (in words that follow "run"), "program" and "write" (paths). Empty for
-  // components that don't tell.
+  // kind for a path: "code" (in words that follow "run"), "program", "write" and "maybe" (paths).
+  // Empty for components that don't tell.
   std::string GetAccess(TextArgument tool, TextArgument files, TextArgument options);
 };
 

@@ -255,13 +255,7 @@ void CProjectModel::CheckActiveApplication() {
 // An application is where it was read from, whatever its own file says of that: it may have been
 // moved, or belong to a project in another folder as well.
 void CProjectModel::SetReference(CXmlNode& node, const std::string& fileName) {
-  const auto resolve = [this, &node](const char* name) {
-    std::string absolute;
-    MakeAbsolutePath(TextOf(node.GetAttrValue(name)), absolute, nullptr);
-    return absolute;
-  };
-  const std::string path = resolve("Path");
-  if (path.empty() || path == resolve("Extern")) node.SetAttrValue("Path", fileName);
+  node.SetAttrValue("Path", fileName);
   node.SetAttrValue("Extern", fileName);
 }
 
