@@ -44,8 +44,6 @@ class PlanMaker : public TemplateValues {
     plan.globals = Spelled(Path(tool.globals.file));
     plan.products = Paths(tool.products);
     for (std::string& product : plan.products) product = Spelled(product);
-    plan.byProducts = Paths(tool.byProducts);
-    for (std::string& byProduct : plan.byProducts) byProduct = Spelled(byProduct);
     for (const RandomNameRule& rule : tool.randomNames) {
       for (const std::string& path : Paths({rule.file})) {
         plan.randomNames.emplace_back(Spelled(path), rule.patterns);
@@ -67,6 +65,8 @@ class PlanMaker : public TemplateValues {
       if (!Holds(step.conditions)) continue;
       plan.commands.push_back(MakeCommand(step));
     }
+    folder = job.baseFolder;
+    for (const ByProductRule& rule : tool.byProducts) AddByProducts(rule);
     return std::move(plan);
   }
 
@@ -108,6 +108,21 @@ class PlanMaker : public TemplateValues {
         return isLinkTime ? "Yes" : "";
     }
     return {};
+  }
+
+  void AddByProducts(const ByProductRule& rule) {
+    const auto asks = [&rule](const std::string& argument) {
+      return std::any_of(rule.with.begin(), rule.with.end(),
+                         [&](const std::string& flag) { return argument.starts_with(flag); });
+    };
+    bool isMade = rule.with.empty();
+    for (const ToolCommand& command : plan.commands) {
+      if (isMade) break;
+      const std::vector<std::string> words = ExpandArguments(command, job.disk).words;
+      isMade = std::any_of(words.begin(), words.end(), asks);
+    }
+    if (!isMade) return;
+    for (const std::string& path : Paths({rule.file})) plan.byProducts.push_back(Spelled(path));
   }
 
   void AddProblem(const std::string& problem) const {

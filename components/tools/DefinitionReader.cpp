@@ -27,10 +27,10 @@ class ToolReader : public ElementReader {
     tool = std::make_unique<ToolDefinition>();
     CheckAttributes(
         node,
-        {"Name",     "Title",       "Hint",         "Extensions",     "Messages",    "Output",
-         "Listing",  "Rules",       "FurtherRules", "Search",         "Includes",    "Defines",
-         "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",        "Loads",
-         "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix"});
+        {"Name",     "Title",       "Hint",         "Extensions",     "Messages",     "Output",
+         "Listing",  "Rules",       "FurtherRules", "Search",         "Includes",     "Defines",
+         "LinkTime", "NotLinkTime", "Writes",       "Reads",          "Runs",         "Loads",
+         "Follow",   "Variables",   "Predefined",   "PrefixedSearch", "SearchPrefix", "Strays"});
     tool->name = Text(node, "Name");
     tool->fingerprint = HashBytes(node.ToString(g_xmlDisplayOptions));
     tool->title = Text(node, "Title");
@@ -43,6 +43,7 @@ class ToolReader : public ElementReader {
     tool->furtherRules = Filled(node, "FurtherRules");
     tool->writes = SplitOptionList(Text(node, "Writes"));
     tool->reads = SplitOptionList(Text(node, "Reads"));
+    tool->strays = SplitOptionList(Text(node, "Strays"));
     for (std::string& entry : SplitOptionList(Text(node, "Runs"))) {
       const bool isException = entry.front() == '!';
       if (isException) entry.erase(0, 1);
@@ -123,7 +124,7 @@ class ToolReader : public ElementReader {
       } else if (name == "Product") {
         ReadProduct(*child);
       } else if (name == "ByProduct") {
-        tool->byProducts.push_back(ReadFile(*child));
+        tool->byProducts.push_back(ReadByProduct(*child));
       } else if (name == "Depend") {
         tool->depends.push_back(ReadFile(*child));
       } else if (name == "Libraries") {
@@ -163,6 +164,11 @@ class ToolReader : public ElementReader {
   Template ReadFile(const CXmlNode& node) {
     CheckAttributes(node, {"File"});
     return Filled(node, "File");
+  }
+
+  ByProductRule ReadByProduct(const CXmlNode& node) {
+    CheckAttributes(node, {"File", "With"});
+    return {Filled(node, "File"), SplitOptionList(Text(node, "With"))};
   }
 
   LibraryRule ReadLibraries(const CXmlNode& node) {

@@ -9,6 +9,33 @@ namespace tarn::tools {
 
 namespace {
 
+// Splits a response file as compilers and linkers do: quotes of both kinds hold words together, and
+// a backslash makes the character after it an ordinary one, within quotes, too.
+std::vector<std::string> SplitResponse(std::string_view text) {
+  std::vector<std::string> words;
+  bool isWord = false;
+  char quote = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char each = text[i];
+    if (quote == 0 && IsSpace(each)) {
+      isWord = false;
+      continue;
+    }
+    if (!isWord) words.emplace_back();
+    isWord = true;
+    if (each == '\\') {
+      if (i + 1 < text.size()) words.back() += text[++i];
+    } else if (quote == 0 && (each == '"' || each == '\'')) {
+      quote = each;
+    } else if (each == quote) {
+      quote = 0;
+    } else {
+      words.back() += each;
+    }
+  }
+  return words;
+}
+
 class Expander {
  public:
   Expander(const ToolCommand& toolCommand, FileSystem* fileSystem)
@@ -44,7 +71,7 @@ class Expander {
     const auto text = disk->ReadWholeFile(path);
     if (!text) return false;
     known.push_back(std::move(path));
-    for (const std::string& word : SplitWords(*text)) Add(word);
+    for (const std::string& word : SplitResponse(*text)) Add(word);
     return true;
   }
 

@@ -71,10 +71,12 @@ class AccessFinder {
          {plan.outputOnDisk, plan.listing, plan.rules, plan.furtherRules}) {
       AddWrite(path);
     }
-    for (const std::string& path : plan.products) AddWrite(path);
+    for (const auto* made : {&plan.products, &plan.byProducts}) {
+      for (const std::string& path : *made) AddWrite(path);
+    }
     // These files are written by Tarn itself, which replaces links or refuses to follow them.
-    AddWrite(FolderOf(plan.globals));
-    AddWrite(FolderOf(plan.outputOnDisk));
+    AddWrite(FolderOf(plan.globals), false);
+    AddWrite(FolderOf(plan.outputOnDisk), false);
     if (tool_.isProgram) access_.code.push_back("the tool " + tool_.name);
     for (const ToolCommand& command : plan.commands) AddCommand(command);
     NameOptions();
@@ -82,11 +84,16 @@ class AccessFinder {
   }
 
  private:
-  void AddWrite(const std::string& path) {
+  void AddWrite(const std::string& path, bool isCertain = true) {
+    if (path.empty()) return;
     auto& known = access_.writes;
-    const auto isThis = [&](const FileWrite& each) { return each.path == path; };
-    if (path.empty() || std::any_of(known.begin(), known.end(), isThis)) return;
-    known.push_back({path, {}});
+    const auto found = std::find_if(known.begin(), known.end(),
+                                    [&](const FileWrite& each) { return each.path == path; });
+    if (found == known.end()) {
+      known.push_back({path, {}, isCertain});
+    } else {
+      found->isCertain |= isCertain;
+    }
   }
 
   // An option whose value is exactly the path takes precedence over one whose value only contains
@@ -109,8 +116,8 @@ class AccessFinder {
     }
   }
 
-  void AddValue(std::string_view value) {
-    if (!value.empty()) AddWrite(AbsolutePath(world_.files, folder_, value));
+  void AddValue(std::string_view value, bool isCertain) {
+    if (!value.empty()) AddWrite(AbsolutePath(world_.files, folder_, value), isCertain);
   }
 
   void AddCommand(const ToolCommand& command) {
@@ -159,27 +166,36 @@ class AccessFinder {
     const std::string& word = words[at];
     if (!IsFlag(word)) {
       // After a flag, the word may be the flag's value.
-      if (at > 0 && IsFlag(words[at - 1]) && !Reads(words[at - 1])) AddUnlessInput(word);
+      if (at > 0 && IsFlag(words[at - 1]) && !Reads(words[at - 1])) {
+        AddUnlessInput(word, FindFlag(tool_.writes, words[at - 1]) != nullptr);
+      }
       return;
     }
     if (RunsCode(words, at)) access_.code.push_back("code with the argument " + word);
+    // A flag that names its file writes no other.
+    const std::string* const stray = FindFlag(tool_.strays, word);
+    if (stray != nullptr && (stray->find('=') != stray->npos || word.find('=') == word.npos)) {
+      access_.code.push_back("the tool with the argument " + word +
+                             ", which writes files of other names");
+    }
     if (Reads(word)) return;
     const std::string_view text = word;
+    const std::string* const flag = FindFlag(tool_.writes, text);
     if (const std::size_t equals = text.find('='); equals != text.npos) {
-      AddValue(text.substr(equals + 1));
-    } else if (const std::string* flag = FindFlag(tool_.writes, text)) {
-      AddValue(text.substr(flag->size()));
+      AddValue(text.substr(equals + 1), flag != nullptr);
+    } else if (flag != nullptr) {
+      AddValue(text.substr(flag->size()), true);
     } else if (const std::size_t slash = text.find('/'); slash != text.npos) {
-      AddValue(text.substr(slash));
+      AddValue(text.substr(slash), false);
     }
   }
 
   bool Reads(const std::string& flag) const { return FindFlag(reads_, flag) != nullptr; }
 
-  void AddUnlessInput(const std::string& word) {
+  void AddUnlessInput(const std::string& word, bool isCertain) {
     const std::string path = AbsolutePath(world_.files, folder_, word);
     const bool isInput = std::find(job_.files.begin(), job_.files.end(), path) != job_.files.end();
-    if (!isInput) AddWrite(path);
+    if (!isInput) AddWrite(path, isCertain);
   }
 
   bool RunsCode(const std::vector<std::string>& words, std::size_t at) const {
@@ -218,7 +234,7 @@ std::string RunAccessText(const RunAccess& access) {
     for (const std::string& each : *entries) list.push_back({kind, each});
   }
   for (const FileWrite& each : access.writes) {
-    list.push_back({"write", each.path});
+    list.push_back({each.isCertain ? "write" : "maybe", each.path});
     if (!each.option.empty()) list.push_back({"option", each.option});
   }
   // Ensures that the result is not empty even if the run accesses nothing.

@@ -10,8 +10,9 @@ namespace tarn::tools {
 
 // A file that a tool run writes.
 struct FileWrite {
-  std::string path;    // absolute
-  std::string option;  // the option whose value names it, as "Linker.MapFile"; may be empty
+  std::string path;       // absolute
+  std::string option;     // the option whose value names it, as "Linker.MapFile"; may be empty
+  bool isCertain = true;  // false: the argument may just as well name a file to read
 };
 
 // Accesses that a tool run would make because of its node's options, so that the caller can decide

@@ -116,6 +116,12 @@ struct LoadRule {
   std::string place;  // inserted before the name by the program: "device-specs/specs-"
 };
 
+// Files that a run may produce and nothing needs.
+struct ByProductRule {
+  Template file;
+  std::vector<std::string> with;  // prefixes of arguments that request it; empty: always
+};
+
 // All rules for one tool. Templates are expanded for each run, see CommandBuilder.h.
 struct ToolDefinition {
   std::string name;
@@ -128,9 +134,9 @@ struct ToolDefinition {
   Template output;
   Template listing;
   Template rules;
-  Template furtherRules;             // a second dependency file, which is optional
-  std::vector<Template> products;    // further files, whose folders must exist
-  std::vector<Template> byProducts;  // files that a run may produce and nothing needs
+  Template furtherRules;           // a second dependency file, which is optional
+  std::vector<Template> products;  // further files, whose folders must exist
+  std::vector<ByProductRule> byProducts;
   std::vector<RandomNameRule> randomNames;
   std::vector<Template> depends;  // further dependencies of the output
   // Prefixes of arguments that name a header search folder, such as "-I". The folder is the rest of
@@ -152,6 +158,8 @@ struct ToolDefinition {
   // Prefixes of arguments that make a program run or load code chosen by the caller.
   std::vector<std::string> runs;
   std::vector<std::string> runsNot;  // exceptions to `runs`, also prefixes
+  // Prefixes of arguments that make a program write files whose names it invents.
+  std::vector<std::string> strays;
   std::vector<LoadRule> loads;
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;

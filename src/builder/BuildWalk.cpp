@@ -402,26 +402,20 @@ bool BuildWalk::Clean(CXmlNode& node) {
 // Returns true, after logging the reason, if the tool would overwrite a file that is not a product
 // of this project.
 bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
-  const std::vector<NamedOutput> written = FindWritten(request.access);
   std::vector<NamedOutput> made = OutputsOf(node);
-  if ((model.types.FlagsOf(node) & kTypeApplication) != 0) {
-    for (const std::string& path : SplitQuotedList(
-             model.toolManager->GetProducts(request.tool, request.files, request.options))) {
-      const auto known = std::find_if(written.begin(), written.end(),
-                                      [&](const NamedOutput& each) { return each.path == path; });
-      made.push_back({path, known == written.end() ? std::string() : known->option});
-    }
-  }
+  for (NamedOutput& each : FindWritten(request.access)) made.push_back(std::move(each));
   std::string why;
-  for (std::size_t i = 0; i < made.size() && why.empty(); ++i) why = guard.WhyKept(node, made[i]);
-  for (std::size_t i = 0; i < written.size() && why.empty(); ++i) why = guard.WhyOwn(written[i]);
+  for (std::size_t i = 0; i < made.size() && why.empty(); ++i) {
+    why = made[i].isCertain ? guard.WhyKept(node, made[i]) : guard.WhyOwn(made[i]);
+  }
   if (!why.empty()) {
     model.AddBuildNotice(LineKind::Error, why + "; the tool is not run");
     return true;
   }
   // The tool manager has no records of earlier runs and does not touch read-only files.
   for (const NamedOutput& each : made) {
-    const bool isInTheWay = model.files.Examine(each.path) && model.files.IsReadOnly(each.path);
+    const bool isInTheWay =
+        each.isCertain && model.files.Examine(each.path) && model.files.IsReadOnly(each.path);
     if (isInTheWay) (void)guard.Remove(node, each.path);
   }
   return false;

@@ -55,7 +55,7 @@ std::vector<NamedOutput> FindWritten(const std::string& access) {
   const auto list = SplitFileTexts(access);
   if (!list) return written;
   for (const auto& [kind, text] : *list) {
-    if (kind == "write") written.push_back({text, {}});
+    if (kind == "write" || kind == "maybe") written.push_back({text, {}, kind == "write"});
     if (kind == "option" && !written.empty()) written.back().option = text;
   }
   return written;

@@ -18,8 +18,9 @@ class CProjectModel;
 
 // A file that a tool run writes.
 struct NamedOutput {
-  std::string path;    // absolute
-  std::string option;  // the option that names it, such as "Linker.MapFile"; empty if unknown
+  std::string path;       // absolute
+  std::string option;     // the option that names it, such as "Linker.MapFile"; empty if unknown
+  bool isCertain = true;  // false: the tool may only read it
 };
 
 // Returns the files that a run writes, parsed from the reply of the tool manager's GetAccess.

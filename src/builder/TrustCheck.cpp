@@ -11,7 +11,8 @@ std::string FindUntrusted(const ProjectTrust& trust, const std::string& tool,
   for (const auto& [kind, text] : *list) {
     if (kind == "code") return "run " + text;
     if (kind == "program" && trust.RefusesProgram(text)) return "run " + text;
-    if (kind == "write" && trust.RefusesWrite(text)) return trust.WishFor("write", text);
+    if ((kind == "write" || kind == "maybe") && trust.RefusesWrite(text))
+      return trust.WishFor("write", text);
   }
   return {};
 }

@@ -11,7 +11,6 @@ enum : DispatchId {
   kGetToolsForExtension = 9,
   kGetUsedFiles = 107,
   kRefreshTools = 108,
-  kGetProducts = 113,
   kGetAccess = 114,
 };
 
@@ -47,11 +46,6 @@ std::int32_t CToolManagerDriver::RefreshTools() {
 std::string CToolManagerDriver::GetUsedFiles(TextArgument tool, TextArgument files,
                                              TextArgument options, TextArgument candidates) {
   return InvokeText(kGetUsedFiles, {tool, files, options, candidates});
-}
-
-std::string CToolManagerDriver::GetProducts(TextArgument tool, TextArgument files,
-                                            TextArgument options) {
-  return InvokeText(kGetProducts, {tool, files, options});
 }
 
 std::string CToolManagerDriver::GetAccess(TextArgument tool, TextArgument files,

@@ -38,12 +38,10 @@ class CToolManagerDriver : public COleDispatchDriver {
   // `RunTool()`. Returns an empty string if the component doesn't support this.
   std::string GetUsedFiles(TextArgument tool, TextArgument files, TextArgument options,
                            TextArgument candidates);
-  // Returns the additional files that the run would create, as such a list. Returns an empty string
-  // if the component doesn't support this.
-  std::string GetProducts(TextArgument tool, TextArgument files, TextArgument options);
   // Returns everything that the run would access because of its options, in the format of
   // JoinFileTexts, with the kind of access in place of a path: "code" (words that follow "run"),
-  // "program" and "write" (paths). Returns an empty string if the component doesn't support this.
+  // "program", "write" and "maybe" (paths). Returns an empty string if the component doesn't
+  // support this.
   std::string GetAccess(TextArgument tool, TextArgument files, TextArgument options);
 };
 

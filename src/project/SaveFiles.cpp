@@ -117,6 +117,10 @@ void CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
     if (isGone && file.plan.problem.empty() && target.starts_with(AddSeparator(projectFolder))) {
       file.plan.problem = "the folder " + projectFolder + " does not exist";
     }
+    // An option of the application may name any file as its own.
+    if (file.plan.problem.empty() && guard.TextOf(target) == nullptr && files.Exists(target)) {
+      file.plan.problem = "it is not a file that the project was read from";
+    }
   }
   // Parts come before their owner and must not use its file.
   for (const PendingFile& owner : pending) {

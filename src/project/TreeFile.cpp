@@ -257,13 +257,7 @@ void CProjectModel::CheckActiveApplication() {
 // An application's path is where it was read from, whatever its file says: it may have been moved
 // or be shared with a project in another folder.
 void CProjectModel::SetReference(CXmlNode& node, const std::string& fileName) {
-  const auto resolve = [this, &node](const char* name) {
-    std::string absolute;
-    MakeAbsolutePath(TextOf(node.GetAttrValue(name)), absolute, nullptr);
-    return absolute;
-  };
-  const std::string path = resolve("Path");
-  if (path.empty() || path == resolve("Extern")) node.SetAttrValue("Path", fileName);
+  node.SetAttrValue("Path", fileName);
   node.SetAttrValue("Extern", fileName);
 }
 

@@ -217,14 +217,36 @@ TEST(CliOutputs, AReadOnlyOutputIsReplacedAndDeletedIfABuildMadeIt) {
   }
 }
 
-TEST(CliOutputs, AMapIsNotWrittenOverASource) {
-  CliProject project;
-  const std::string before = project.Read("src/a.c");
-  project.Out({"options", "set", "Linker.MapFile", "src/a.c"});
-  const auto answer = project.Run({"build"});
-  EXPECT_EQ(answer.code, 1);
-  EXPECT_TRUE(Has(answer.out, "is a source of the project; the tool is not run")) << answer.out;
-  EXPECT_EQ(project.Read("src/a.c"), before);
+TEST(CliOutputs, WhatAnArgumentWritesIsNotWrittenOverASource) {
+  const struct {
+    const char* option;
+    const char* value;
+    const char* node = "";
+  } rows[] = {
+      {"Linker.MapFile", "src/c.c"},
+      {"Linker.Extra", "-Wl,-Map=src/c.c"},
+      {"C.Compiler.Extra", "-aux-info src/c.c"},
+      {"C.Compiler.Extra", "-Wa,-al=src/c.c"},
+      // Beside the output, where the compiler puts them.
+      {"Build.OutputFile", "src/x.o", "src/a.c"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.value);
+    CliProject project;
+    project.Trust();
+    project.Write("src/x.s", ".globl x\nx: .byte 0\n");
+    project.Out({"add", "src/x.s"});
+    project.Out({"options", "set", "C.Compiler.Extra", "--", "-save-temps"});
+    std::vector<std::string> change{"options", "set"};
+    if (*row.node != '\0') change.insert(change.end(), {"-n", row.node});
+    change.insert(change.end(), {"--", row.option, row.value});
+    project.Out(change);
+    const std::string before = project.Read("src/c.c") + project.Read("src/x.s");
+    const auto answer = project.Run({"build"});
+    EXPECT_EQ(answer.code, 1);
+    EXPECT_TRUE(Has(answer.out, "is a source of the project; the tool is not run")) << answer.out;
+    EXPECT_EQ(project.Read("src/c.c") + project.Read("src/x.s"), before);
+  }
 }
 
 // The output of an earlier run must not be taken for the new one.

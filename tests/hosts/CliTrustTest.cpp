@@ -85,6 +85,12 @@ const struct Row {
     {"a compiler plug-in", "run code with the argument -fplugin=", kExtra, "-fplugin=./p.so"},
     {"a plug-in in a response file", "run code with the argument -fplugin=", kExtra, "@more", "",
      [](Hostile& h) { h.project.Write("more", "-Os -fplugin=./p.so\n"); }},
+    {"a hidden plug-in in a response file", "run code with the argument -fplugin=", kExtra, "@more",
+     "", [](Hostile& h) { h.project.Write("more", "-fplug\\in=./p.so\n"); }},
+    {"a plug-in for a second compilation", "run code with the argument -fcompare-debug", kExtra,
+     "-fcompare-debug=-fplugin=./p.so", "", [](Hostile& h) { h.AddPlugin(); }},
+    {"a script for errors of the linker", "run code with the argument --error-h", "Linker.Extra",
+     "-Wl,--error-h=./trap.sh -lnope"},
     {"a plug-in for the preprocessor", "run code with the argument -fplugin=", kExtra,
      "-Xpreprocessor -fplugin=./p.so"},
     {"a linker plug-in", "run code with the argument -plug", "Linker.Extra", "-Wl,-plugin,./p.so"},
@@ -122,6 +128,12 @@ const struct Row {
     {"a listing in an argument", "write ", kExtra, "-Wa,-adhlns=%list"},
     {"declarations in an argument", "write ", kExtra, "-aux-info %info"},
     {"a dump of the compiler", "write ", kExtra, "-fdump-tree-original=%dump"},
+    {"an intermediate file through a link", "write ", kExtra, "-save-temps", "",
+     [](Hostile& h) {
+       fs::create_directories(h.project.PathOf("build/Standard/app.obj/src"));
+       fs::create_symlink(h.Outside("temp"), h.project.PathOf("build/Standard/app.obj/src/a.c.i"));
+     },
+     "build/Standard/app.obj/src/a.c.i", true},
     {"a dump through a link", "write ", kExtra, "-fdump-tree-original=link/dump", "",
      [](Hostile& h) { fs::create_directory_symlink(h.Outside(""), h.project.PathOf("link")); },
      "link"},

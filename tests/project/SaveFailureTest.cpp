@@ -241,24 +241,28 @@ TEST(SaveFailure, OneOfTwoApplicationsInOneFileIsNotLost) {
   EXPECT_THAT(files, ::testing::Contains("/p/one.tapp.unsaved new"));
 }
 
-TEST(SaveFailure, AnApplicationDoesNotTakeTheFileOfItsProject) {
-  for (const bool isWhole : {false, true}) {
+TEST(SaveFailure, AnApplicationIsSavedWhereItWasReadWhateverItsFileSays) {
+  for (const std::string path : {"demo.tprj", "DEMO.TPRJ", "two.tapp", "notes", "new.tapp"}) {
+    SCOPED_TRACE(path);
     EditedWorld world;
-    world.AddFile("/p/demo.tprj",
-                  "\n<Project Header=\"demo\" ><Application Header=\"one\" "
-                  "Extern=\".\\one.tapp\" /></Project>");
-    world.AddFile("/p/one.tapp", "\n<Application Header=\"one\" Path=\".\\demo.tprj\" />");
+    const std::string project =
+        "\n<Project Header=\"demo\" Path=\".\\demo.tprj\" Project=\"Yes\" ><Application "
+        "Header=\"one\" Extern=\".\\one.tapp\" Path=\".\\one.tapp\" /></Project>";
+    world.AddFile("/p/demo.tprj", project);
+    world.AddFile("/p/notes", "mine");
+    world.AddFile("/p/one.tapp", "\n<Application Header=\"one\" Path=\".\\" + path + "\" />");
+    const std::string two = world.FileText("/p/two.tapp");
     ASSERT_EQ(world.OpenDemo(), 1);
-    world.components.Properties().defaults[".General.Path"] = "/p/demo.tprj";
     world.components.Properties().defaults[".Build.Tool"] = "edited";
-    world.model->SaveAllOrNone(isWhole);
     world.model->PublishAll();
     world.model->SetCurrentNode(world.Application(0));
     world.model->StoreChangedProperty("Build.Tool");
-    EXPECT_EQ(world.model->SaveProject(), 0);
-    EXPECT_THAT(world.FileText("/p/demo.tprj"), ::testing::StartsWith("\n<Project"));
-    EXPECT_THAT(world.FileText("/p/one.tapp"), ::testing::StartsWith("\n<Application"));
-    EXPECT_TRUE(world.model->IsModified());
+    EXPECT_EQ(world.model->SaveProject(), 1);
+    EXPECT_THAT(world.FileText("/p/one.tapp"), ::testing::HasSubstr("edited"));
+    EXPECT_THAT(world.FileText("/p/demo.tprj"), ::testing::HasSubstr("Extern=\".\\one.tapp\""));
+    EXPECT_EQ(world.FileText("/p/two.tapp"), two);
+    EXPECT_EQ(world.FileText("/p/notes"), "mine");
+    EXPECT_FALSE(world.disk.BytesOf("/p/new.tapp") || world.disk.BytesOf("/p/DEMO.TPRJ"));
   }
 }
 
