@@ -386,7 +386,7 @@ bool BuildWalk::Clean(CXmlNode& node) {
     }
     const Status removed = guard.Remove(node, path);
     model.fileTimes.Forget();
-    if (removed) continue;
+    if (removed || removed.GetError().code == ErrorCode::NotFound) continue;
     result = false;
     isLeft = true;
     model.AddBuildNotice(LineKind::Error, path + " can't be deleted: " + removed.GetError().text);

@@ -186,7 +186,11 @@ const char* OutputGuard::FindReason(const std::string& path, const FileStatus& s
   }
   if (const auto found = paths_.find(path); found != paths_.end()) return found->second;
   const auto found = files_.find({status.device, status.inode});
-  return found == files_.end() || status.inode == 0 ? nullptr : found->second;
+  if (found == files_.end() || status.inode == 0) return nullptr;
+  // The log is replaced while a build runs, and its former number may be another file's by now.
+  const std::optional<FileStatus> now = model_.GetFiles().Examine(found->second);
+  const bool isSame = now && now->device == status.device && now->inode == status.inode;
+  return isSame ? paths_.at(found->second) : nullptr;
 }
 
 void OutputGuard::Collect(const CXmlNode& node, const std::string& folder) {
@@ -211,7 +215,7 @@ void OutputGuard::Protect(const char* path, const std::string& folder, const cha
   if (IsRelativePath(full)) model_.MakeAbsolutePath(path, full, folder.c_str());
   if (!paths_.try_emplace(full, reason).second) return;
   const std::optional<FileStatus> status = model_.GetFiles().Examine(full);
-  if (status && status->inode != 0) files_.try_emplace({status->device, status->inode}, reason);
+  if (status && status->inode != 0) files_.try_emplace({status->device, status->inode}, full);
 }
 
 }  // namespace tarn

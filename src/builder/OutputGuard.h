@@ -74,9 +74,9 @@ class OutputGuard {
   CProjectModel& model_;
   bool isCollected_ = false;
   std::vector<std::string> applications_;  // paths of all applications
-  // Reasons for protecting files, by path and by identity on disk. Filled on first use.
+  // Reasons for protecting files, by path. Filled on first use.
   std::unordered_map<std::string, const char*> paths_;
-  std::map<Identity, const char*> files_;
+  std::map<Identity, std::string> files_;  // their paths, by identity on disk
   std::unordered_map<std::string, Place> folders_;
 };
 
