@@ -238,7 +238,7 @@ bool BuildWalk::StartNode(Frame& frame) {
          config == nullptr ? kStandardConfig : config});
     if (LostTree()) return true;
     // Programs that need the debug database re-create it.
-    const std::string database = WithExtension(model.projectPath, ".tdb");
+    const std::string database = model.files.NameOnDisk(WithExtension(model.projectPath, ".tdb"));
     if (frame.mode == ModeClean && guard.WhyKept(node, {database, {}}).empty()) {
       (void)model.files.RemoveFile(database);
     }
@@ -365,6 +365,7 @@ bool BuildWalk::Clean(CXmlNode& node) {
   bool result = true;
   bool isLeft = false;  // the next clean may be able to delete it
   std::vector<NamedOutput> made = OutputsOf(node);
+  for (NamedOutput& each : made) each.path = model.files.NameOnDisk(each.path);
   // Hosts without a journal only clean the files that nodes name.
   if (model.buildRecords.HasJournal()) {
     for (std::string& path : guard.FindByProducts(node)) made.push_back({std::move(path), {}});
@@ -402,8 +403,17 @@ bool BuildWalk::Clean(CXmlNode& node) {
 // Returns true, after logging the reason, if the tool would overwrite a file that is not a product
 // of this project.
 bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
-  std::vector<NamedOutput> made = OutputsOf(node);
-  for (NamedOutput& each : FindWritten(request.access)) made.push_back(std::move(each));
+  // The tool manager spells its paths as on disk. Looking up another spelling of a file that does
+  // not exist yet costs a scan of its folder.
+  std::vector<NamedOutput> made = FindWritten(request.access);
+  for (NamedOutput& named : OutputsOf(node)) {
+    const bool isKnown = std::any_of(made.begin(), made.end(), [&](const NamedOutput& each) {
+      return each.isCertain && each.path == named.path;
+    });
+    if (isKnown) continue;
+    named.path = model.files.NameOnDisk(named.path);
+    made.push_back(std::move(named));
+  }
   std::string why;
   for (std::size_t i = 0; i < made.size() && why.empty(); ++i) {
     why = made[i].isCertain ? guard.WhyKept(node, made[i]) : guard.WhyOwn(made[i]);
@@ -414,8 +424,8 @@ bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
   }
   // The tool manager has no records of earlier runs and does not touch read-only files.
   for (const NamedOutput& each : made) {
-    const bool isInTheWay =
-        each.isCertain && model.files.Examine(each.path) && model.files.IsReadOnly(each.path);
+    const bool isInTheWay = each.isCertain && model.files.ExamineExactly(each.path) &&
+                            model.files.IsReadOnly(each.path);
     if (isInTheWay) (void)guard.Remove(node, each.path);
   }
   return false;

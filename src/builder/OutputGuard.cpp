@@ -63,7 +63,7 @@ std::vector<NamedOutput> FindWritten(const std::string& access) {
 
 std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output) {
   const std::string& path = output.path;
-  const std::optional<FileStatus> status = model_.GetFiles().Examine(path);
+  const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(path);
   if (const std::string own = WhyOwn(output); !own.empty()) return own;
   // A tool would create the file that a dangling link points to.
   if (!status && !model_.GetFiles().ExamineLink(path)) return {};
@@ -82,13 +82,15 @@ std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output
 std::string OutputGuard::WhyOwn(const NamedOutput& output) {
   const char* const reason = FindOwnReason(output.path);
   if (reason == nullptr || model_.GetFiles().IsFolder(output.path)) return {};
-  const std::optional<FileStatus> status = model_.GetFiles().Examine(output.path);
+  const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(output.path);
   const bool isProjects = status && FindReason(output.path, *status) == kIsProjectFile;
   return Describe(output, isProjects ? kIsProjectFile : reason);
 }
 
 const char* OutputGuard::FindOwnReason(const std::string& path) {
-  if (HasOwnName(path) || HasOwnName(model_.GetFiles().ResolveLinks(path))) return kIsOwn;
+  FileSystem& files = model_.GetFiles();
+  if (HasOwnName(path)) return kIsOwn;
+  if (files.ExamineLink(path) && HasOwnName(files.ResolveLinks(path))) return kIsOwn;
   return PlaceOf(path).isState ? kIsState : nullptr;
 }
 

@@ -18,7 +18,7 @@ class CProjectModel;
 
 // A file that a tool run writes.
 struct NamedOutput {
-  std::string path;       // absolute
+  std::string path;       // absolute, spelled as on disk
   std::string option;     // the option that names it, such as "Linker.MapFile"; empty if unknown
   bool isCertain = true;  // false: the tool may only read it
 };
