@@ -314,7 +314,7 @@ class PlanMaker : public TemplateValues {
   void RefuseSpecial(const ToolCommand& command) const {
     for (const std::string& argument : command.arguments) {
       if (IsPlain(argument)) continue;
-      AddProblem(command.program + " can't work with blanks or special characters: " + argument);
+      AddProblem(command.program + " can't handle spaces or special characters: " + argument);
     }
   }
 

@@ -67,7 +67,7 @@ class ToolReader : public ElementReader {
     ReadExtensions(Text(node, "Extensions"));
     ReadChildren(node);
     ReadMessages(Text(node, "Messages"));
-    if (tool->steps.empty()) Fail("there is no Step");
+    if (tool->steps.empty()) Fail("a tool has no Step");
     return std::move(tool);
   }
 
@@ -369,9 +369,9 @@ void ReadTools(const ParsedFile& file, ReadDefinitions& into, ToolsWithoutMessag
 // missing, and half of all tools refer to its lists.
 void TellLeftOut(const ToolsWithoutMessages& leftOut, bool hasShippedFile, ReadDefinitions& into) {
   for (const auto& [name, tools] : leftOut) {
-    std::string text = "no Messages are known by the name " + name;
+    std::string text = "no Messages are named " + name;
     if (!hasShippedFile) text.append(" (there is no ").append(kShippedMessages).append(")");
-    text += ", so tools are left out: ";
+    text += ", so tools are skipped: ";
     for (const std::string& tool : tools) text.append(&tool == &tools[0] ? "" : ", ").append(tool);
     into.errors.push_back(std::move(text));
   }

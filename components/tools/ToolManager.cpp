@@ -178,7 +178,7 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   if (!definition) {
     TellFrame(kMsgToolStarted, StartText(toolName, files, {}, false), 0);
     MessageLog log;
-    log.AddError("there is no tool with the name " + toolName + " in " + Tools()->Folder());
+    log.AddError("unknown tool " + toolName + " in " + Tools()->Folder());
     messages = log.Take();
     return false;
   }

@@ -49,7 +49,7 @@ int SelectConfiguration(CommandContext& context, const ApplicationEntry& applica
   if (known.empty()) {
     context.Complain(application.label + " has no configuration \"" + name + "\"." +
                      SuggestionText(name, application.configurations) +
-                     " `tarn config add` makes one.");
+                     " `tarn config add` adds one.");
     return kExitUsage;
   }
   context.Session().Inspector().SelectApplication(application.path);

@@ -172,8 +172,8 @@ int Edit::TakeWords() {
   }
   const bool isRight = row->more ? words.size() >= row->least : words.size() == row->least;
   if (isRight) return kExitDone;
-  return Fail("Usage: tarn " + command + " [PROJECT] " + row->usage,
-              {"`tarn " + command + " --help` tells how it is used."});
+  return Fail("Wrong number of arguments. Usage: tarn " + command + " [PROJECT] " + row->usage,
+              {"See `tarn " + command + " --help`."});
 }
 
 bool Edit::IsProject(const std::string& word) const {
@@ -196,7 +196,7 @@ int Edit::AddOne(const std::string& file) {
       IsRelativePath(file) ? JoinPath(context.StartFolder(), file) : file);
   const bool isApplication = EqualNoCase(ExtensionOf(path), kApplicationExtension);
   if (context.Files().IsFolder(path)) {
-    return Fail(context.Show(path) + " is a folder. Name the files in it.");
+    return Fail(context.Show(path) + " is a folder. Specify the files in it.");
   }
   const std::string folder = FolderOf(context.Session().GetProjectPath());
   if (!IsStorable(path.starts_with(folder) ? path.substr(folder.size()) : path)) {
@@ -204,13 +204,13 @@ int Edit::AddOne(const std::string& file) {
   }
   const bool isMissing = !context.Files().Exists(path);
   if (isMissing && (isApplication || !context.Asked().create)) {
-    return Fail("There is no file " + context.Show(path) + "." +
-                (isApplication ? "" : " With --create an empty one is made."));
+    return Fail(context.Show(path) + " does not exist." +
+                (isApplication ? "" : " Use --create to create an empty one."));
   }
   if (!isMissing && !context.Files().Examine(path)) {
     const auto text = context.Files().ReadWholeFile(path);
-    return Fail(context.ShowFailure(path, "added", text ? "it is no file" : text.GetError().text) +
-                ".");
+    return Fail(
+        context.ShowFailure(path, "added", text ? "it is not a file" : text.GetError().text) + ".");
   }
   // Applications are top-level nodes; everything else goes where the user specifies.
   const int code = isApplication ? FindNode(context.Session().GetProjectPath()) : SelectTarget();
@@ -221,15 +221,16 @@ int Edit::AddOne(const std::string& file) {
     return Fail(context.Show(path) + " can't be added.");
   }
   if (isMissing && !context.Files().Exists(path)) {
-    return Fail(context.ShowResolved(path) + " can't be made:", context.Session().TakeLogLines());
+    return Fail(context.ShowResolved(path) + " can't be created:",
+                context.Session().TakeLogLines());
   }
   if (TreeText() == before) {
-    context.Remark(context.Show(path) + " is there already.");
+    context.Remark(context.Show(path) + " is already in the project.");
     return kExitDone;
   }
   if (const auto parents = ParentsOfRepeated(context.Files(), TreeText(), path); !parents.empty()) {
     return Fail(context.Show(path) + " is in \"" + Printable(parents.front()) +
-                "\" already. `tarn move` puts it elsewhere.");
+                "\" already. Use `tarn move` to move it.");
   }
   Note("added " + context.Show(path));
   return kExitDone;
@@ -260,9 +261,9 @@ int Edit::SelectTarget() {
 // Creates a group in the current node and makes it current.
 int Edit::MakeGroup(const std::string& label) {
   if (!IsStorable(label) || !Change(kCmdNewGroup) || !context.RenameCurrentNode(label)) {
-    return Fail("The group \"" + label + "\" can't be made.");
+    return Fail("The group \"" + label + "\" can't be created.");
   }
-  Note("made the group " + Printable(label));
+  Note("created the group " + Printable(label));
   return kExitDone;
 }
 
@@ -288,12 +289,12 @@ int Edit::Move() {
     const std::string& application = context.Scope();
     const bool isInside = context.SelectNode(target, application) != 0;
     if (!isInside && context.SelectNode(target, "") == 0) {
-      return Fail("There is no \"" + target + "\" outside of \"" + key + "\" to move it to.");
+      return Fail("\"" + target + "\" was not found outside of \"" + key + "\".");
     }
     const int code = context.FindNode(target, isInside ? application : "");
     if (code != kExitDone) return code;
     if (!Change(kCmdPasteNode)) {
-      return Fail("\"" + target + "\" can't hold \"" + key + "\".");
+      return Fail("\"" + target + "\" can't contain \"" + key + "\".");
     }
     Note("moved " + Printable(key) + " to " + Printable(target));
   }
@@ -304,11 +305,11 @@ int Edit::Rename() {
   const std::string& key = words[0];
   const std::string& label = words[1];
   if (Trim(label).empty() || Printable(label) != label || !IsStorable(label)) {
-    return Fail("That is no name for a node.");
+    return Fail("That is not a valid name for a node.");
   }
   for (const ApplicationEntry& each : ListApplications(context.Session().Inspector())) {
     if (EqualNoCase(each.label, label)) {
-      return Fail("There is an application \"" + each.label + "\" already.");
+      return Fail("The application \"" + each.label + "\" already exists.");
     }
   }
   if (const int code = FindNode(key); code != kExitDone) return code;
@@ -327,13 +328,13 @@ int Edit::SelectApplication() {
   if (std::count_if(applications.begin(), applications.end(), isNamesake) > 1) {
     // The project identifies its active application by the label.
     const auto first = std::find_if(applications.begin(), applications.end(), isNamesake);
-    return Fail("There are several applications \"" + label + "\". Give one another label first: " +
+    return Fail("There are several applications \"" + label + "\". Rename one of them first: " +
                 "`tarn rename " + context.Show(first->path) + " NAME`");
   }
   if (!found.entry) return Fail(found.problem);
   const ApplicationEntry& wanted = *found.entry;
   if (wanted.active) {
-    context.Remark(wanted.label + " is the active application already.");
+    context.Remark(wanted.label + " is already the active application.");
     return kExitDone;
   }
   context.Session().Inspector().SelectApplication(wanted.path);

@@ -39,7 +39,7 @@ int CheckCompiler(CommandContext& context) {
   const std::string problem = context.Session().Options().CheckValue(
       "Application", "Target", "Toolchain", context.Asked().compiler);
   if (problem.empty()) return kExitDone;
-  context.Complain("There is no such compiler: " + problem);
+  context.Complain("Unknown compiler: " + problem);
   return kExitUsage;
 }
 
@@ -83,7 +83,7 @@ int PlaceProject(CommandContext& context, StagingFolder& staging, const NewProje
   if (!written) {
     const Error& error = written.GetError();
     const bool exists = error.code == ErrorCode::AlreadyExists;
-    context.Complain(exists ? context.Show(error.place) + " is there already. Choose another name."
+    context.Complain(exists ? context.Show(error.place) + " already exists. Choose another name."
                             : context.ShowFailure(error.place, "written", error.text));
     return exists ? kExitUsage : kExitCannotOpen;
   }
@@ -95,7 +95,7 @@ int StageAndPlace(CommandContext& context, const NewProject& project,
                   std::vector<std::string>& made) {
   const std::string file = JoinPath(project.folder, project.name + ".tprj");
   if (context.Files().Exists(file)) {
-    context.Complain(context.Show(file) + " is there already. Choose another name.");
+    context.Complain(context.Show(file) + " already exists. Choose another name.");
     return kExitUsage;
   }
   // This also creates the user's data folder.
@@ -155,9 +155,9 @@ int RunNew(CommandContext& context) {
     return kExitDone;
   }
   if (context.Asked().quiet) return kExitDone;
-  for (const std::string& path : made) context.Out().PrintLine("made " + context.Show(path));
+  for (const std::string& path : made) context.Out().PrintLine("created " + context.Show(path));
   const std::string folder = ShellWord(context.Show(project.folder));
-  context.Out().PrintLine("`tarn build " + folder + "` builds it.");
+  context.Out().PrintLine("Run `tarn build " + folder + "` to build it.");
   return kExitDone;
 }
 

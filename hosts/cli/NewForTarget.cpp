@@ -90,8 +90,9 @@ int Creation::ExplainRefusal() {
   std::string hint = SuggestionText(refusal->value, refusal->choices);
   const bool isUnknown = !refusal->choices.empty();  // else it is ambiguous
   if (hint.empty() && isUnknown) {
-    hint = refusal->value == context.Asked().target ? " `tarn targets` shows what there is."
-                                                    : " There is " + Listed(refusal->choices) + ".";
+    hint = refusal->value == context.Asked().target
+               ? " See `tarn targets`."
+               : " Expected one of: " + Listed(refusal->choices) + ".";
   }
   context.Complain(Printable(refusal->text + hint));
   return kExitUsage;
@@ -140,7 +141,7 @@ int Creation::Run() {
   session.beforeScript = {};
   if (refusal) return ExplainRefusal();
   for (const std::string& line : session.TakeLogLines()) Note(line);
-  if (!isMade) return Fail(context.Show(project.folder) + " can't become a project.");
+  if (!isMade) return Fail(context.Show(project.folder) + " can't be made a project.");
   session.Adopt(Path(".tprj"));
   ChooseConfiguration();
   if (const int code = AddFirstSource(); code != kExitDone) return code;

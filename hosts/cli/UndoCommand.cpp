@@ -88,7 +88,7 @@ int Merge(CommandContext& context, const std::string& project, const FileChanges
 
 int RefuseRecord(CommandContext& context, const Error& error, bool isUndo) {
   if (error.code == ErrorCode::NotFound) {
-    context.Complain(isUndo ? "There is no change of a command to undo."
+    context.Complain(isUndo ? "There is no change made by a command to undo."
                             : "There is no change to redo.");
     return kExitUsage;
   }
@@ -136,7 +136,7 @@ int RunUndo(CommandContext& context) {
     record.MoveOn();
   }
   context.WriteRecord(record);
-  Report(context, isDone ? way + ": " + label : "\"" + label + "\" is " + way + " already", names,
+  Report(context, isDone ? way + ": " + label : "\"" + label + "\" is already " + way, names,
          record);
   return kExitDone;
 }

@@ -230,9 +230,10 @@ std::string BuildSession::CheckCall(std::string_view method, std::span<const Var
   // Selection methods return the same result whether or not they found a node.
   if (!ChangesCurrentNode(method, arguments)) return {};
   const std::string missed = inspector.GetMissedSelection();
-  return missed.empty() ? std::string()
-                        : std::string(method) + ": there is no node " + missed +
-                              " to select, and another one is still current. Select a node first.";
+  return missed.empty()
+             ? std::string()
+             : std::string(method) + ": there is no node " + missed +
+                   " to select, and a different one is still current. Select a node first.";
 }
 
 // Returns true if the call creates a new project over the open one, or over a damaged file of it.

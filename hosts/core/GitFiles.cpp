@@ -13,7 +13,7 @@ struct GitFile {
 
 constexpr GitFile kFiles[] = {
     {".gitignore",
-     "# Made by builds\n"
+     "# Build outputs\n"
      "/build/\n"
      "*.tstate\n"
      "*.tlog\n"

@@ -48,7 +48,7 @@ Status AddConfiguration(BuildSession& session, const NewConfiguration& wanted,
   }
   if (!FindConfiguration(*application, wanted.name).empty()) {
     return Error{ErrorCode::AlreadyExists,
-                 application->label + " has a configuration \"" + wanted.name + "\" already.",
+                 application->label + " already has a configuration \"" + wanted.name + "\".",
                  wanted.name};
   }
   const std::string asked = wanted.from.value_or(application->configuration);

@@ -18,18 +18,18 @@ struct ReasonText {
 };
 
 constexpr ReasonText kReasons[] = {
-    {"no-output-name", "has no output file; look at the option Build.OutputFile"},
+    {"no-output-name", "has no output file; check the option Build.OutputFile"},
     {"output-missing", "its output %1 is missing"},
     {"never-built", "was not built yet"},
     {"output-changed", "its output %1 was changed by something else since it was built"},
     {"source-missing", "its source %1 is missing"},
     {"source-newer", "is newer than %3"},
-    {"source-renamed", "its source %1 was built by another spelling of its name"},
+    {"source-renamed", "its source %1 was built under a different spelling of its name"},
     {"dependency-missing", "its %2 %1 is missing"},
     {"dependency-newer", "its %2 %1 is newer than %3"},
-    {"part-missing", "its part %1 is missing"},
-    {"part-newer", "its part %1 is newer than %3"},
-    {"parts-stale", "its parts will be rebuilt"},
+    {"part-missing", "its input %1 is missing"},
+    {"part-newer", "its input %1 is newer than %3"},
+    {"parts-stale", "its inputs will be rebuilt"},
     {"command-changed", "its command line changed since it was built"},
     {"run-failed", "could not be built the last time"},
     {"source-changed", "its source %1 changed since it was built"},
@@ -38,7 +38,7 @@ constexpr ReasonText kReasons[] = {
     {"changed-during-run", "%1 changed while it was built"},
     {"shadowed", "%1 is new or gone and can change what is included or linked"},
     {"unknown-test", "%1 tests for a file by a name that only the compiler knows"},
-    {"no-tool", "has no tool; look at the option Build.TranslateTool"},
+    {"no-tool", "has no tool; check the option Build.TranslateTool"},
     {"no-type", "is of a type that the configuration file doesn't define"},
 };
 

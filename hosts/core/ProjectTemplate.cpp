@@ -66,10 +66,11 @@ std::string CheckFileTitle(const std::string& name, const std::string& what) {
   for (const char c : name) {
     const bool isControl = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
     if (isControl || std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos) {
-      return "A " + what + "'s name can't hold / \\ : * ? \" < > | or control characters.";
+      return "A " + what + "'s name can't contain / \\ : * ? \" < > | or control characters.";
     }
   }
-  return IsStorable(name) ? std::string() : "A " + what + "'s name can't hold &quot; or &slash;.";
+  return IsStorable(name) ? std::string()
+                          : "A " + what + "'s name can't contain &quot; or &slash;.";
 }
 
 bool IsStorable(const std::string& text) {
@@ -85,7 +86,7 @@ Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewPro
   const std::string applicationFile = JoinPath(project.folder, project.name + ".tapp");
   const std::string sourceFile = JoinPath(project.folder, "src/main.c");
   for (const std::string& path : {projectFile, applicationFile}) {
-    if (files.Exists(path)) return Error{ErrorCode::AlreadyExists, "is there already", path};
+    if (files.Exists(path)) return Error{ErrorCode::AlreadyExists, "already exists", path};
   }
   std::vector<std::string> written;
   const auto write = [&](const std::string& path, std::string_view text) {

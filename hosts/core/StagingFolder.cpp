@@ -83,7 +83,7 @@ Result<std::vector<std::string>> WriteNewFiles(FileSystem& files,
     if (each.isShared) continue;
     const auto present = files.ReadWholeFile(each.path);
     if (!present || *present != each.text) {
-      return Error{ErrorCode::AlreadyExists, "is there already", each.path};
+      return Error{ErrorCode::AlreadyExists, "already exists", each.path};
     }
   }
   NewFileWriter writer(files);

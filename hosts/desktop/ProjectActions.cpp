@@ -135,7 +135,7 @@ bool ProjectActions::MayReplaceWith(const std::string& path) {
   if (session.IsDamageHeld()) return MayClose();
   const auto answer = QMessageBox::question(
       &window, tr("Tarn"),
-      tr("%1 has to be closed first. Save its changes?").arg(ToQt(FileNameOf(present))),
+      tr("%1 must be closed first. Save its changes?").arg(ToQt(FileNameOf(present))),
       QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
   return answer == QMessageBox::Save;
 }
@@ -171,7 +171,7 @@ Status ProjectActions::OpenStaged(const std::string& path, const std::vector<Fil
 bool ProjectActions::IsFree() {
   if (!runner.IsBuilding()) return true;
   QMessageBox::information(&window, tr("Tarn"),
-                           tr("Another project can be opened as soon as the build has ended."));
+                           tr("You can open another project once the build has finished."));
   return false;
 }
 
@@ -262,7 +262,7 @@ void ProjectActions::New() {
 void ProjectActions::OpenExample(const Example& example) {
   if (!IsFree()) return;
   const QString folder = QFileDialog::getExistingDirectory(
-      &window, tr("Where to put a copy of %1").arg(ToQt(example.name)), QDir::homePath());
+      &window, tr("Choose a folder for the copy of %1").arg(ToQt(example.name)), QDir::homePath());
   if (folder.isEmpty()) return;
   const Result<std::string> copied = CopyExample(files, example, FromQt(folder));
   if (copied) {
@@ -305,7 +305,7 @@ void ProjectActions::TellWhatIsNotSaved(const SaveReport& report) {
     reasons.append(reasons.empty() ? "" : "\n") += line;
   }
   if (!reasons.empty()) {
-    Warn(window, tr("The changes of the project could not be saved."), reasons);
+    Warn(window, tr("The project's changes could not be saved."), reasons);
   }
 }
 
@@ -393,8 +393,8 @@ void ProjectActions::Reload() {
   if (HasUnsaved()) {
     const auto answer = QMessageBox::question(
         &window, tr("Tarn"),
-        tr("The project has changes that are not saved.\n\nSaving puts them together with the "
-           "changes of the other program."),
+        tr("The project has unsaved changes.\n\nSaving merges them with the other program's "
+           "changes."),
         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     if (answer == QMessageBox::Save) SaveAll();
     if (answer != QMessageBox::Discard) return;

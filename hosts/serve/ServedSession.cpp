@@ -326,7 +326,7 @@ void ServedSession::KeepResults() {
   mustKeep = false;
   if (hasProject) session.EndWork();
   if (const std::string& problem = session.GetStateProblem(); !problem.empty()) {
-    TellLine("warning: The state of this build couldn't be kept: " + problem);
+    TellLine("warning: The state of this build couldn't be saved: " + problem);
   }
   if (std::exchange(hasBuiltWhole, false) && hasProject) TellGaps();
 }

@@ -40,7 +40,7 @@ std::string CProjectInspector::GetBuildProblem() {
   if (reason == "no-tool") return text + "it has no tool";
   if (reason == "no-file") return text + "it names no file";
   if (reason == "no-application") return text + "it is in no application";
-  if (reason == "unknown-tool") return text + "no definition knows its tool " + type;
+  if (reason == "unknown-tool") return text + "its tool " + type + " isn't defined";
   return text + "its type " + type + " isn't defined";
 }
 

@@ -142,7 +142,7 @@ void CProjectModel::EndUnstartedWorker(const std::string& reason) {
     const std::lock_guard<std::mutex> hold(buildLock);
     buildState = StateFailed;
   }
-  const std::string text = "The build can't start, there is no thread for it: " + reason;
+  const std::string text = "The build can't start because no thread could be created: " + reason;
   output->AddError(text);
   output->SaveLog();
   output->UpdateReport();

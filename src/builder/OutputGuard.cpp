@@ -17,12 +17,13 @@ namespace tarn {
 namespace {
 
 constexpr const char* kIsSource = "is a source of the project";
-constexpr const char* kIsDependency = "is what files of the project depend on";
+constexpr const char* kIsDependency = "is a dependency of files of the project";
 constexpr const char* kIsProjectFile = "is a file of the project itself";
 constexpr const char* kIsOwn = "has a name that only Tarn's own files have";
-constexpr const char* kIsState = "is where Tarn stores what it remembers for the user";
+constexpr const char* kIsState = "is where Tarn stores the user's state";
 constexpr const char* kIsOutside =
-    "is outside the project's folder, and no build of this project made it as it is";
+    "is outside the project's folder, and its present content was not written by a build of this "
+    "project";
 constexpr const char* kIsUntrusted = "is outside the project's folder, which is not trusted";
 
 // Files that the server and its hosts write next to a project. Backups may have a number appended.

@@ -95,8 +95,8 @@ std::int32_t CProjectModel::RunConversion(const std::string& oldFile, std::strin
   const std::string script = JoinPath(folder, "k418.pl");
   const std::string interpreter = FindImportProgram();
   if (interpreter.empty()) {
-    AddLogLine("Older projects are converted by a script, and there is no " +
-               MissingImportProgram() + " here to run it.");
+    AddLogLine("Old projects are converted by a script that needs " + MissingImportProgram() +
+               ", which was not found.");
     return kDone;
   }
   // The interpreter returns the same exit code for a missing script, and the old project would be
@@ -116,7 +116,7 @@ std::int32_t CProjectModel::RunConversion(const std::string& oldFile, std::strin
   }
   if (exitCode == kTimeIsUp) {
     AddLogLine("The conversion takes longer than " + std::to_string(importSeconds) +
-               " s. It goes on by itself.");
+               " s. It continues in the background.");
   } else if (exitCode < 0 || exitCode > kLastExitCode) {
     AddLogLine("The conversion ended with the exit code " + std::to_string(exitCode) + ".");
   }

@@ -66,10 +66,10 @@ std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) 
   FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), type);
   if (type != nullptr && !CanContain(target, type)) {
     return "\"" + TextOf(target->GetAttrValue("Header")) +
-           "\" can't hold an application of this type. Select the project first.";
+           "\" can't contain an application of this type. Select the project first.";
   }
   const std::string file = AddSeparator(folder) + name + ".tapp";
-  return files.Exists(file) ? file + " exists already." : std::string();
+  return files.Exists(file) ? file + " already exists." : std::string();
 }
 
 std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtype) {

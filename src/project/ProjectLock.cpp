@@ -25,7 +25,7 @@ bool ProjectLock::TakeWithin(const std::string& projectPath,
     lock = std::move(*taken);
   } else if (taken.GetError().code != ErrorCode::ReadOnly) {
     problem =
-        path + " can't be locked, so other programs are not held back: " + taken.GetError().text;
+        path + " can't be locked, so other programs are not kept out: " + taken.GetError().text;
   }
   heldFor = projectPath;
   return true;

@@ -161,7 +161,7 @@ TEST_F(BuildLifeTest, ABuildThatWaitsSaysSoAndIsOfTheNodeItWasAskedFor) {
   Select("led.c");
   window->Commands().Run(kCmdBuildNode);
   ASSERT_TRUE(window->Commands().IsWaiting());
-  EXPECT_TRUE(HasStatus("Waiting for the options"));
+  EXPECT_TRUE(HasStatus("Waiting for the project's options"));
   Select("main.c");
   ASSERT_TRUE(window->Commands().IsWaiting());
   ASSERT_TRUE(AwaitBuild());

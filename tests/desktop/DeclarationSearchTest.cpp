@@ -33,7 +33,7 @@ TEST_F(DeclarationSearchTest, LeadsFromANameToWhereTheLinkedProgramHasIt) {
   PutCursorBefore("uart_flush()");
   EXPECT_TRUE(Choose("Go to declaration"));
   EXPECT_EQ(window->statusBar()->currentMessage(),
-            "No global named uart_flush is known; build the project first");
+            "No global named uart_flush found; build the project first");
   window->Commands().Run(host::kCmdBuildAll);
   ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
   QTest::keyClick(&Editor(), Qt::Key_F12);
@@ -52,7 +52,7 @@ TEST_F(DeclarationSearchTest, LeadsFromANameToWhereTheLinkedProgramHasIt) {
   window->OpenPaths({folder / "blinky/src/main.c"});
   PutCursorBefore("void");
   QTest::keyClick(&Editor(), Qt::Key_F12);
-  EXPECT_EQ(window->statusBar()->currentMessage(), "No global named void is known");
+  EXPECT_EQ(window->statusBar()->currentMessage(), "No global named void found");
 }
 
 }  // namespace

@@ -173,7 +173,7 @@ TEST_F(IdeOptionsTest, AValueThatDoesNotFitStaysInItsFieldWithTheReason) {
   Write(key, "-5");
   const auto* const problem = Grid().viewport()->findChild<QLabel*>("problem");
   ASSERT_NE(problem, nullptr);
-  EXPECT_TRUE(problem->text().startsWith("\"-5\" does not fit; a whole number of at least 0"));
+  EXPECT_TRUE(problem->text().startsWith("Invalid value \"-5\"; expected a whole number of at least 0"));
   QLineEdit* const line = Grid().viewport()->findChild<QLineEdit*>();
   ASSERT_NE(line, nullptr);
   EXPECT_EQ(line->text(), "-5");
@@ -326,7 +326,7 @@ TEST_F(IdeOptionsTest, WhatWasWrittenForOneNodeIsNotStoredAtTheNext) {
   Write("C.General.Type", "Nonsense");
   const auto* const problem = Grid().viewport()->findChild<QLabel*>("problem");
   ASSERT_NE(problem, nullptr);
-  EXPECT_TRUE(problem->text().startsWith("There is no kind of node \"Nonsense\"."));
+  EXPECT_TRUE(problem->text().startsWith("Unknown node type \"Nonsense\"."));
   ASSERT_EQ(Select("main.c"), "main.c");
   RunUntil([] { return false; }, 10);
   EXPECT_EQ(Grid().viewport()->findChild<QLineEdit*>(), nullptr);

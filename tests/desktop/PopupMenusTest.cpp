@@ -39,8 +39,8 @@ TEST_F(PopupMenusTest, ANodeHasTheMenuOfItsTypeByMouseAndByKeyWithTheToolsThatFi
   QTest::mouseClick(Tree().viewport(), Qt::RightButton, {}, PlaceOf("Drivers"));
   QMenu* menu = AwaitPopup();
   EXPECT_EQ(TextsOf(menu),
-            "Build|Rebuild|Clean||Add files...|New folder|Copy|Paste|Remove||Options...|Options "
-            "back to the defaults");
+            "Build|Rebuild|Clean||Add files...|New folder|Copy|Paste|Remove||Options...|Reset to "
+            "defaults");
   menu->close();
 
   Select("main.c");

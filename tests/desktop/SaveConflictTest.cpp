@@ -56,7 +56,7 @@ TEST_F(SaveConflictTest, AllElseIsSavedAndTheBannerNamesWhatIsNot) {
     if (isBanner && each->isVisible()) shown += each->accessibleName();
   }
   EXPECT_EQ(shown.join('|').toStdString(),
-            "main.c was not saved: it has been changed by another program as well.");
+            "main.c was not saved, because another program has changed it too.");
 }
 
 TEST_F(SaveConflictTest, ABuildAsksWhetherToTakeTheFileFromTheDisk) {
@@ -69,7 +69,7 @@ TEST_F(SaveConflictTest, ABuildAsksWhetherToTakeTheFileFromTheDisk) {
   AnswerWith("Cancel");
   window->Commands().Run(kCmdBuildAll);
   ASSERT_TRUE(testing::RunUntil([&] { return ended.has_value(); }));
-  EXPECT_EQ(asked.toStdString(), "main.c is not saved. Build what is on the disk?");
+  EXPECT_EQ(asked.toStdString(), "main.c has unsaved changes. Build the version on disk?");
   EXPECT_EQ(*std::exchange(ended, {}), BuildEnd::Refused);
   AnswerWith("Build");
   window->Commands().Run(kCmdBuildAll);
@@ -81,7 +81,7 @@ TEST_F(SaveConflictTest, TheQuestionAtTheEndSaysThatSavingReplacesTheOtherText) 
   ASSERT_TRUE(Choose("Save all"));
   AnswerWith("Save");
   EXPECT_TRUE(window->Editors().CloseCurrent());
-  EXPECT_TRUE(asked.contains("Another program has changed the file as well"));
+  EXPECT_TRUE(asked.contains("Another program has also changed this file"));
   EXPECT_TRUE(testing::ReadBytes(Main()).starts_with("mine "));
 }
 

@@ -51,7 +51,7 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
        Instead::LinkToNothing,
        {"tree", "demo.tprj"},
        3,
-       {"/demo.tprj can't be read: a link that leads nowhere"}},
+       {"/demo.tprj can't be read: a link to a missing file"}},
       {"demo.tprj", Instead::Pipe, {"tree"}, 3, {"/demo.tprj' can't be opened", notAFile}},
       {"app.tapp", Instead::Folder, {"tree"}, 3, {"/app.tapp' can't be opened", notAFile}},
       {"app.tapp", Instead::Loop, {"build"}, 3, {"/app.tapp' can't be opened", loop}},
@@ -59,12 +59,12 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
        Instead::LinkToNothing,
        {"build"},
        3,
-       {"/app.tapp' can't be opened", "a link that leads nowhere"}},
+       {"/app.tapp' can't be opened", "a link to a missing file"}},
       {"demo.tlock",
        Instead::Folder,
        {"options", "set", "Compiler.Defines", "X"},
        0,
-       {"/demo.tlock can't be locked, so other programs are not held back: "}},
+       {"/demo.tlock can't be locked, so other programs are not kept out: "}},
       {"demo.tstate", Instead::Folder, {"build"}, 3, {"/demo.tstate: ", notAFile}},
       {"demo.tlog", Instead::Folder, {"build"}, 3, {"/demo.tlog: ", notAFile}},
       {"demo.tlog", Instead::Loop, {"log"}, 3, {"/demo.tlog can't be read: ", link}},
@@ -142,7 +142,7 @@ TEST(CliFiles, ALogThatLacksMessagesIsTold) {
   const std::string path = project.PathOf("demo.tlog");
   const std::pair<std::string, std::string> rows[] = {
       {"", "The log " + path + " is empty."},
-      {log.substr(0, log.size() / 2), "The log is damaged, so it may lack messages: " + path + ":"},
+      {log.substr(0, log.size() / 2), "The log is damaged and may lack messages: " + path + ":"},
       {log, ""},
   };
   for (const auto& [text, said] : rows) {

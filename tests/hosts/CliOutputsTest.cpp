@@ -22,7 +22,7 @@ TEST(CliOutputs, WhatIsNoProductIsNeitherOverwrittenNorDeleted) {
   } rows[] = {
       {"src/b.c", "src/b.c", "is a source of the project"},
       {"src/a.c", "src/a.c", "is a source of the project"},
-      {"src/x.h", "src/x.h", "is what files of the project depend on"},
+      {"src/x.h", "src/x.h", "is a dependency of files of the project"},
       {"app.tapp", "app.tapp", "is a file of the project itself"},
       {"demo.tprj", "demo.tprj", "is a file of the project itself"},
       {"src/b.c", "link.o", "is a source of the project"},

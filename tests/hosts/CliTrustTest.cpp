@@ -257,7 +257,7 @@ TEST(CliTrust, TheListHoldsFoldersWithAllBelowThem) {
   EXPECT_FALSE(isTrusted());
   EXPECT_TRUE(Has(project.Out({"trust", "demo.tprj"}), "trusted: "));
   EXPECT_TRUE(isTrusted());
-  EXPECT_TRUE(Has(project.Out({"trust"}), "trusted already: "));
+  EXPECT_TRUE(Has(project.Out({"trust"}), "already trusted: "));
   const std::string above = fs::path(folder).parent_path();
   project.Out({"trust", ".."});
   EXPECT_TRUE(Has(project.Out({"trust", "--list"}), above + "\n"));

@@ -166,8 +166,8 @@ TEST(CliUndo, WhatOthersWroteSinceStaysOrNothingIsDone) {
 TEST(CliUndo, OnlyCommandsThatChangeAProjectTouchTheRecord) {
   CliProject project;
   project.Write("src/d.c", "");
-  project.ExpectRefusal({"undo"}, 2, "There is no change of a command to undo.");
-  project.ExpectRefusal({"remove", "nothing"}, 2, "There is no");
+  project.ExpectRefusal({"undo"}, 2, "There is no change made by a command to undo.");
+  project.ExpectRefusal({"remove", "nothing"}, 2, "No file, group or application");
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"tree"}, {"status"}, {"build"}, {"check"}, {"options", "list"}}) {
     project.Run(words);
@@ -175,7 +175,7 @@ TEST(CliUndo, OnlyCommandsThatChangeAProjectTouchTheRecord) {
   }
   project.Out({"add", "src/d.c"});
   const std::string record = project.Read(kRecord);
-  project.ExpectRefusal({"add", "src/gone.c"}, 2, "There is no file");
+  project.ExpectRefusal({"add", "src/gone.c"}, 2, "src/gone.c does not exist.");
   project.Out({"add", "src/d.c"});  // already listed
   project.Out({"options", "set", "Target.Toolchain", "host-gcc"});
   EXPECT_EQ(project.Read(kRecord), record);
@@ -192,7 +192,8 @@ TEST(CliUndo, AnEditDoesNotFailForItsRecord) {
   const auto answer = project.Run({"add", "src/d.c"});
   EXPECT_EQ(answer.code, 0);
   EXPECT_EQ(answer.out, "added src/d.c\n");
-  EXPECT_TRUE(Has(answer.err, "`tarn undo` needs can't be written: " + project.PathOf(kRecord)))
+  EXPECT_TRUE(
+      Has(answer.err, "The data for `tarn undo` can't be written: " + project.PathOf(kRecord)))
       << answer.err;
   fs::remove(project.PathOf(kRecord));
   project.Write(kRecord, "Tarn undo 2\n1\n1 0\n");
@@ -209,7 +210,8 @@ TEST(CliUndo, NothingIsUndoneByARecordThatCanNotBeWritten) {
   for (const char* name : {"src/d.c", "src/e.c"}) project.Write(name, "");
   project.Out({"add", "src/d.c"});
   fs::permissions(project.PathOf(kRecord), fs::perms::owner_read);
-  EXPECT_TRUE(Has(project.Run({"add", "src/e.c"}).err, "`tarn undo` needs can't be written"));
+  EXPECT_TRUE(
+      Has(project.Run({"add", "src/e.c"}).err, "The data for `tarn undo` can't be written"));
   const std::string before = FilesOf(project);
   project.ExpectRefusal({"undo"}, 3,
                         std::string(kRecord) + " can't be used: the file is read-only.");
@@ -222,7 +224,7 @@ TEST(CliUndo, AStepThatSomebodyTookBackByHandIsPassedOver) {
   project.Out({"rename", "src/b.c", "y.c"});
   Replace(project, "\"y.c\"", "\"b.c\"");
   const std::string present = FilesOf(project);
-  EXPECT_EQ(project.Out({"undo"}), "\"Rename b.c to y.c\" is undone already\n");
+  EXPECT_EQ(project.Out({"undo"}), "\"Rename b.c to y.c\" is already undone\n");
   EXPECT_EQ(FilesOf(project), present);
   EXPECT_EQ(project.Out({"undo"}), "undone: Rename a.c to x.c\n");
 }

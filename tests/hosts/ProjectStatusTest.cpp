@@ -36,10 +36,10 @@ TEST(ProjectStatus, EveryReasonIsASentenceAboutTheRightFile) {
       {"source-missing", "/p/m.c", false, "its source m.c is missing"},
       {"dependency-newer", "/p/u.h", false, "its header u.h is newer than the object"},
       {"dependency-missing", "/p/l.ld", true, "its dependency l.ld is missing"},
-      {"part-newer", "/p/m.o", true, "its part m.o is newer than the program"},
-      {"parts-stale", "", true, "its parts will be rebuilt"},
+      {"part-newer", "/p/m.o", true, "its input m.o is newer than the program"},
+      {"parts-stale", "", true, "its inputs will be rebuilt"},
       {"command-changed", "", false, "its command line changed since it was built"},
-      {"no-output-name", "", false, "has no output file; look at the option Build.OutputFile"},
+      {"no-output-name", "", false, "has no output file; check the option Build.OutputFile"},
       {"something-new", "", false, "something-new"},
   };
   for (const auto& each : cases) {

@@ -241,7 +241,7 @@ TEST(ReentrantHost, NothingIsOpenedOrClosedInsideTheQuestionOrTheSave) {
     EXPECT_EQ(world.Heard(), (Lines{"0x8016", "row 17 /p/two.tapp",
                                     "row 9 /p/two.tapp: failed in memory with code 3",
                                     "/p/two.tapp can't be saved: failed in memory with code 3; "
-                                    "what was to be saved is in /p/two.tapp.unsaved"}))
+                                    "the unsaved content is in /p/two.tapp.unsaved"}))
         << message;
     EXPECT_EQ(world.Files(), (Lines{"/p/two.tapp old", "/p/two.tapp.unsaved new"})) << message;
   }

@@ -22,7 +22,7 @@ const std::string kTwoDamaged =
     "/p/two.tapp: conflict with another program in the file itself: damaged there";
 
 std::string NotSaved(const std::string& path, const std::string& reason, const std::string& copy) {
-  return path + " can't be saved: " + reason + "; what was to be saved is in " + copy;
+  return path + " can't be saved: " + reason + "; the unsaved content is in " + copy;
 }
 
 struct SaveRow {

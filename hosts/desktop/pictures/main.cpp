@@ -50,7 +50,7 @@ void Wait(int milliseconds) {
 
 void WaitUntil(const std::function<bool()>& done, const char* what) {
   for (int waited = 0; !done(); waited += 20) {
-    if (waited > kLimitMs) throw std::runtime_error(std::string("waited in vain for ") + what);
+    if (waited > kLimitMs) throw std::runtime_error(std::string("timed out waiting for ") + what);
     Wait(20);
   }
 }
@@ -151,7 +151,7 @@ void TakeAll(const fs::path& scratch, const Photographer& camera) {
   fs::copy(TARN_SOURCE_DIR "/share/examples/blinky-avr", project, fs::copy_options::recursive);
   const tarn::QtToolkit toolkit;
   IdeWindow window(tarn::FileSystem::Native());
-  if (!window.Start()) throw std::runtime_error("the installation isn't complete");
+  if (!window.Start()) throw std::runtime_error("the installation is incomplete");
   window.setGeometry(QRect(QPoint(), kSize));
   window.show();
   camera.Take("welcome");

@@ -187,7 +187,7 @@ class FileSystem {
   // Sets the modification time of an existing file.
   virtual Status SetModifiedTime(const std::string& path, std::int64_t /*seconds*/,
                                  std::int64_t /*nanoseconds*/) {
-    return Error{ErrorCode::Unsupported, "times of files can't be set", path};
+    return Error{ErrorCode::Unsupported, "file times can't be set", path};
   }
   // Current time of the clock that the file system stamps files with: nanoseconds since 1970, with
   // the resolution of the stamps. 0 if there is no clock comparable with FileStatus::changed.

@@ -52,22 +52,24 @@ TEST_F(OptionsWindowTest, ListTellsWhatTheWindowNeeds) {
 TEST_F(OptionsWindowTest, ValuesAreCheckedAgainstTheirType) {
   const char* const rows[][3] = {
       {"Optimize", "S", ""},
-      {"Optimize", "9", "\"9\" does not fit; one of these is wanted: s, 2."},
+      {"Optimize", "9", "Invalid value \"9\"; expected one of: s, 2."},
       {"Debug", "yes", ""},
-      {"Debug", "1", "\"1\" does not fit; Yes or No is wanted."},
+      {"Debug", "1", "Invalid value \"1\"; expected Yes or No."},
       {"Level", "0x0F", ""},
       {"Level", "", ""},
       {"Level", "17",
-       "\"17\" does not fit; a whole number from 1 to 0x10 is wanted, decimal or with 0x in "
-       "front."},
+       "Invalid value \"17\"; expected a whole number from 1 to 0x10, decimal or with the prefix "
+       "0x."},
       {"Level", "0",
-       "\"0\" does not fit; a whole number from 1 to 0x10 is wanted, decimal or with 0x in front."},
+       "Invalid value \"0\"; expected a whole number from 1 to 0x10, decimal or with the prefix "
+       "0x."},
       {"Level", "$(Compiler.Optimize)",
-       "\"s\" does not fit; a whole number from 1 to 0x10 is wanted, decimal or with 0x in front."},
+       "Invalid value \"s\"; expected a whole number from 1 to 0x10, decimal or with the prefix "
+       "0x."},
       {"Count", "99999999999999999999",
-       "\"99999999999999999999\" does not fit; a whole number is wanted, decimal or with 0x in "
-       "front."},
-      {"Out", "a\nb", "A path may not hold a control character."},
+       "Invalid value \"99999999999999999999\"; expected a whole number, decimal or with the "
+       "prefix 0x."},
+      {"Out", "a\nb", "A path must not contain a control character."},
       {"Unknown", "x", ""},
   };
   for (const auto& [property, value, wanted] : rows) {
@@ -221,8 +223,8 @@ TEST_F(OptionsWndTest, ValuesAreTypedAndTakenAwayByTheCommandsOfTheirOptions) {
   EXPECT_EQ(RowOf("Out"), -1) << "is hidden";
   Type("Level", "$(Compiler.Optimize)");
   EXPECT_EQ(window.GetNote(),
-            "\"s\" does not fit; a whole number from 1 to 0x10 is wanted, decimal "
-            "or with 0x in front.");
+            "Invalid value \"s\"; expected a whole number from 1 to 0x10, decimal or with the "
+            "prefix 0x.");
   EXPECT_EQ(Shown("Level") + commands, "|default");
   Type("Level", "2");
   Type("Debug", "Yes");

@@ -210,9 +210,9 @@ TEST(PropertyManagerTest, CirclesAreToldOnce) {
   rig.Put("C", "A", "One", "1$(A.Two)");
   rig.Put("C", "A", "Two", "2$(A.One)");
   for (int i = 0; i < 3; ++i) EXPECT_EQ(rig.Get("C", "A", "One"), "");
-  EXPECT_EQ(rig.Errors(), "C.A.One: circle: the value itself -> A.Two -> A.One\n");
+  EXPECT_EQ(rig.Errors(), "C.A.One: cycle: the value itself -> A.Two -> A.One\n");
   EXPECT_EQ(rig.Check("Include", "x$(Compiler.Include)"),
-            "The value can't be resolved: circle: the value itself -> Compiler.Include.");
+            "The value can't be resolved: cycle: the value itself -> Compiler.Include.");
 }
 
 TEST(PropertyManagerTest, ConfigurationsAreThoseOfTheNodesApplication) {

@@ -124,7 +124,7 @@ TEST_F(PosixFileSystemTest, ReplacingKeepsModeAndLinks) {
   EXPECT_EQ(ModeOf(scratch / "script"), 0751U);
   EXPECT_TRUE(std::filesystem::is_symlink(scratch / "links/two"));
   EXPECT_EQ(files.ReadWholeFile(scratch / "links/dangling").GetError().text,
-            "a link that leads nowhere");
+            "a link to a missing file");
   EXPECT_TRUE(files.WriteWholeFile(scratch / "links/dangling", "made"));
   EXPECT_EQ(*files.ReadWholeFile(scratch / "new"), "made");
   EXPECT_EQ(files.WriteWholeFile(scratch / "links/loop", "x").GetError().code,
