@@ -1,6 +1,7 @@
 #include "components/tools/GivenArguments.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "components/tools/FileList.h"
 #include "platform/text/Text.h"
@@ -54,12 +55,17 @@ class Expander {
         word.size() > 3 && word.starts_with("-W") && (word[3] == ',' || word[3] == '-');
     if (isPassedOn) {
       for (const std::string_view part : Split(std::string_view(word).substr(3), ',')) {
+        receiver = word[2];
         if (!part.empty()) Add(std::string(part));
       }
+      receiver = ' ';
     } else if (word.starts_with('@') && word.size() > 1 && AddResponse(word.substr(1))) {
       return;
-    } else if (word != "-Xlinker" && word != "-Xassembler" && word != "-Xpreprocessor") {
+    } else if (word == "-Xlinker" || word == "-Xassembler" || word == "-Xpreprocessor") {
+      receiver = word[2];
+    } else {
       given.words.push_back(word);
+      given.receivers += std::exchange(receiver, ' ');
     }
   }
 
@@ -79,6 +85,7 @@ class Expander {
   const ToolCommand& command;
   FileSystem* const disk;
   GivenArguments given;
+  char receiver = ' ';  // of the next word
 };
 
 }  // namespace

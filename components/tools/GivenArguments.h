@@ -14,6 +14,9 @@ struct GivenArguments {
   // Without the arguments of a launcher. "-Wl,a,b", "-Wl-a,b" and "-Xlinker a" are replaced with
   // the arguments they pass on, and "@file" with the words in the file if it can be read.
   std::vector<std::string> words;
+  // For each word, the letter of the program that the compiler passes it on to: "a"ssembler,
+  // "l"inker or "p"reprocessor. A space if the compiler itself interprets it.
+  std::string receivers;
   std::vector<std::string> responseFiles;  // absolute, without duplicates, including nested ones
 };
 

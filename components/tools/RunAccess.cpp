@@ -117,8 +117,11 @@ class AccessFinder {
       AddWrite(scratch);
       AddWrite(path);
     }
-    const std::vector<std::string> words = ExpandArguments(command, world_.files).words;
-    for (std::size_t i = 0; i < words.size(); ++i) AddWord(words, i);
+    const GivenArguments given = ExpandArguments(command, world_.files);
+    for (std::size_t i = 0; i < given.words.size(); ++i) {
+      AddWord(given.words, i);
+      if (LacksValue(given, i)) AddUnknownWrite(given, i);
+    }
     // Flags that pass arguments on, which `words` no longer contains.
     for (std::size_t i = command.launched; i < command.arguments.size(); ++i) {
       if (command.arguments[i].starts_with("-W")) AddStray(command.arguments, i);
@@ -203,6 +206,26 @@ class AccessFinder {
 
   bool IsWritingFlag(const std::string& word) const {
     return std::find(tool_.writes.begin(), tool_.writes.end(), word) != tool_.writes.end();
+  }
+
+  // Returns true for a flag that is passed on to a program without the name of the file to write.
+  // Assemblers are left out: they get the name of the output next, and fail.
+  bool LacksValue(const GivenArguments& given, std::size_t at) const {
+    const char receiver = given.receivers[at];
+    if (receiver != 'l' && receiver != 'p') return false;
+    const std::string& word = given.words[at];
+    const std::string* const flag = FindFlag(tool_.writes, word);
+    if (flag == nullptr || word.find('=') != word.npos) return false;
+    if (flag->size() == 2 && word.size() > 2) return false;  // the name follows: "-oname"
+    return at + 1 == given.words.size() || given.receivers[at + 1] != receiver;
+  }
+
+  // A preprocessor takes the source that follows for the name, a linker anything.
+  void AddUnknownWrite(const GivenArguments& given, std::size_t at) {
+    access_.code.push_back("the tool with the argument " + given.words[at] +
+                           ", which writes a file of an unknown name");
+    if (given.receivers[at] != 'p') return;
+    for (const std::string& file : job_.files) AddWrite(file);
   }
 
   bool Reads(const std::string& flag) const { return FindFlag(reads_, flag) != nullptr; }

@@ -230,6 +230,11 @@ TEST(CliOutputs, WhatAnArgumentWritesIsNotWrittenOverASource) {
       {"C.Compiler.Extra", "-Wa,--M=src/c.c"},
       {"C.Compiler.Extra", "-Wa,-MD,src/c.c"},
       {"C.Compiler.Extra", "-time=src/c.c"},
+      // The compiler adds the source.
+      {"C.Compiler.Extra", "-Wp,-aux-info"},
+      {"C.Compiler.Extra", "-Xpreprocessor -MF"},
+      {"C.Compiler.Extra", "-Xpreprocessor"},
+      {"C.Compiler.Extra", "-Wp,-MD -g"},
       {"C.Compiler.Extra", "-fdump-tree-original=src/c.c"},
       {"C.Compiler.Extra", "--dump-tree-original=src/c.c"},
       {"Linker.Extra", "-Wl,--M=src/c.c"},

@@ -204,6 +204,8 @@ const struct Row {
      true},
     {"a file whose name starts with a dash", "write ", kExtra, "-MD -aux-info", "",
      [](Hostile& h) { h.AddLink("-MD"); }, "-MD", true},
+    {"a map whose name the compiler adds", "run the tool with the argument -Map", "Linker.Extra",
+     "-Wl,-Map", "", [](Hostile& h) { h.AddLink("--library=stdc++"); }},
     {"a different output of an assembler", "run the tool with the argument ", "Compiler.Extra",
      "%victim", "src/z.asm", [](Hostile& h) { h.AddAssembly(); }, "", false, "/usr/bin/sdas8051"},
     {"a listing that a link updates", "write ", "Linker.Extra", "-V", "",
