@@ -116,7 +116,6 @@ const DispatchTable<ToolManager>& ToolManager::Table() {
       Method<&ToolManager::GetUsedFiles>("GetUsedFiles", 107,
                                          {"tool", "files", "options", "candidates"}),
       Method<&ToolManager::RefreshTools>("RefreshTools", 108, {}),
-      Method<&ToolManager::GetProducts>("GetProducts", 113, {"tool", "files", "options"}),
       Method<&ToolManager::GetAccess>("GetAccess", 114, {"tool", "files", "options"}),
   });
   return table;
@@ -350,17 +349,6 @@ std::string ToolManager::MissingProgram(const char* tool) {
     if (!program.isOptional && world.findProgram(program.name).empty()) return program.name;
   }
   return {};
-}
-
-std::string ToolManager::GetProducts(const char* tool, const char* files, const char* options) {
-  const auto definition = FindTool(TextOf(tool));
-  if (!definition) return {};
-  const OwnedJob owned(world, files, options);
-  std::string list;
-  for (const std::string& file : MakePlan(*definition, owned.job).products) {
-    list += (list.empty() ? "\"" : ",\"") + file + '"';
-  }
-  return list;
 }
 
 std::string ToolManager::GetAccess(const char* tool, const char* files, const char* options) {

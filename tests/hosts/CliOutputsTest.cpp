@@ -227,6 +227,21 @@ TEST(CliOutputs, WhatAnArgumentWritesIsNotWrittenOverASource) {
       {"Linker.Extra", "-Wl,-Map=src/c.c"},
       {"C.Compiler.Extra", "-aux-info src/c.c"},
       {"C.Compiler.Extra", "-Wa,-al=src/c.c"},
+      {"C.Compiler.Extra", "-Wa,--M=src/c.c"},
+      {"C.Compiler.Extra", "-Wa,-MD,src/c.c"},
+      {"C.Compiler.Extra", "-time=src/c.c"},
+      // The compiler adds the source.
+      {"C.Compiler.Extra", "-Wp,-aux-info"},
+      {"C.Compiler.Extra", "-Xpreprocessor -MF"},
+      {"C.Compiler.Extra", "-Xpreprocessor"},
+      {"C.Compiler.Extra", "-Wp,-MD -g"},
+      {"C.Compiler.Extra", "-fdump-tree-original=src/c.c"},
+      {"C.Compiler.Extra", "--dump-tree-original=src/c.c"},
+      {"Linker.Extra", "-Wl,--M=src/c.c"},
+      {"Linker.Extra", "-Wl,-depe,src/c.c"},
+      {"Linker.Extra", "-Wl,--ou=src/c.c"},
+      {"Linker.Extra", "-flto -aux-info src/c.c"},
+      {"Linker.Extra", "-flto -fopt-info-all=src/c.c"},
       // Beside the output, where the compiler puts them.
       {"Build.OutputFile", "src/x.o", "src/a.c"},
   };
