@@ -176,10 +176,17 @@ int CommandContext::LockEdits(const std::string& path) {
   const auto start = std::chrono::steady_clock::now();
   bool isTold = false;
   while (true) {
+    Session().TakeLogLines();
     const std::string holder = Session().Inspector().TryLockProject(path);
+    const std::vector<std::string> problems = Session().TakeLogLines();
     if (holder.empty()) {
-      for (const std::string& line : Session().TakeLogLines()) Remark(Printable(line));
+      for (const std::string& line : problems) Remark(Printable(line));
       return kExitDone;
+    }
+    // Waiting would not help if no process holds the lock.
+    if (!problems.empty()) {
+      for (const std::string& line : problems) Complain(Printable(line) + ".");
+      return kExitCannotOpen;
     }
     const auto waited = std::chrono::steady_clock::now() - start;
     if (asked.noWait || waited > kLongestWait) {

@@ -474,10 +474,11 @@ std::int32_t CProjectInspector::ProtectDamaged(std::int32_t protect) {
 std::string CProjectInspector::TryLockProject(const char* path) {
   CProjectModel* model = Model();
   if (model == nullptr) return "no project manager";
-  if (!model->TryTakeEdits(TextOf(path))) return model->GetEditor();
+  const bool isTaken = model->TryTakeEdits(TextOf(path));
   const std::string problem = model->GetEditProblem();
   if (!problem.empty()) model->SendHost(kMsgLogLine, problem, 0);
-  return {};
+  if (isTaken) return {};
+  return problem.empty() ? model->GetEditor() : problem;
 }
 
 std::int32_t CProjectInspector::UnlockProject() {

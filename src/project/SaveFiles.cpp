@@ -80,7 +80,10 @@ std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
   while (true) {
     const bool isTaken = editLock.Take(projectPath);
     PrepareFiles(pending);
-    if (!isTaken) return "another program is changing the project (" + editLock.GetHolder() + ")";
+    if (!isTaken && !editLock.GetHolder().empty()) {
+      return "another program is changing the project (" + editLock.GetHolder() + ")";
+    }
+    if (!isTaken) return editLock.GetProblem();
     const auto asked = std::find_if(pending.begin(), pending.end(), [&](const PendingFile& file) {
       return !refused.contains(file.plan.absolute) && !DescribeOutside(file.plan).empty();
     });

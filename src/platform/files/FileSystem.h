@@ -194,7 +194,9 @@ class FileSystem {
   virtual std::int64_t Clock() { return 0; }
   // Takes the lock represented by the file `path`, which is created if missing and never removed.
   // Does not block: fails with Busy, and with the holder's process in the error's text, while
-  // another process or object holds it. The lock of a dead process is free.
+  // another process or object holds it. The lock of a dead process is free. Fails with NotAFile,
+  // and with the target in the error's text, for a symbolic link, which is not followed, and for
+  // anything else that is not a regular file.
   virtual Result<std::unique_ptr<FileLock>> TryLock(const std::string& /*path*/,
                                                     LockPurpose /*purpose*/) {
     return std::make_unique<FileLock>();
