@@ -62,6 +62,13 @@ std::string CommandContext::ShowFailure(const std::string& path, const std::stri
   return ShowResolved(path) + " can't be " + action + ": " + Printable(reason);
 }
 
+std::string CommandContext::WhyUnusable(const std::string& path) const {
+  if (files.Exists(path)) return {};
+  const auto text = files.ReadWholeFile(path);
+  const bool isName = text || text.GetError().code != ErrorCode::InvalidName;
+  return isName ? std::string() : text.GetError().text;
+}
+
 void CommandContext::Complain(const std::string& text, const std::vector<std::string>& more) const {
   lastComplaint = text;
   for (const std::string& line : more) lastComplaint += "\n" + line;
