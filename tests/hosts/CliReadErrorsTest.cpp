@@ -121,6 +121,7 @@ TEST(CliReadErrors, WhatCanNotBeExaminedIsNeitherMissingNorThere) {
     const char* unknown;  // every call for it fails
     int code;
     const char* said;
+    const char* program = "tarn";
   } rows[] = {
       {{"check"}, "src/c.c", 1, "src/c.c can't be read: "},
       {{"check"}, "src", 1, "src/c.c can't be read: "},
@@ -136,8 +137,10 @@ TEST(CliReadErrors, WhatCanNotBeExaminedIsNeitherMissingNorThere) {
       {{"new", "fresh"}, "fresh/fresh.tprj", 3, "/fresh/fresh.tprj can't be written: "},
       {{"new", "fresh"}, "fresh/src/main.c", 3, "/fresh/src/main.c can't be written: "},
       {{"new", "fresh"}, ".git", 3, "/.git can't be examined: "},
-      {{"import", "old.prj"}, "old.tprj", 3, "/old.tprj' "},
-      {{"import", "old.prj"}, "old.tapp", 3, "/old.tapp"},
+      {{"import", "old/old.prj", "--yes"}, "old/old.tprj", 3, "/old.tprj can't be written: "},
+      {{"import", "old/old.prj", "--yes"}, "old/old.tprj", 3, "/old.tprj: ", "perl"},
+      {{"import", "old/old.prj", "--yes"}, "old/old.prj", 3, "/old.prj: ", "perl"},
+      {{"import", "old/old.prj", "--yes"}, "old/old.tapp", 3, "/old.tapp: ", "perl"},
       {{"undo"}, "demo.tprj", 3, "/demo.tprj can't be read: "},
   };
   for (const auto& row : rows) {
@@ -146,13 +149,14 @@ TEST(CliReadErrors, WhatCanNotBeExaminedIsNeitherMissingNorThere) {
       project.Trust();
       project.Out({"options", "set", "Compiler.Defines", "X"});
       project.Out({"build"});
-      project.Write("old.prj", "[Project]\nForm = 1\nName = old\nTarget = HOST\n");
+      project.Edit("old/old.prj", "[Project]\nForm = 1\nName = old\nTarget = HOST\n");
+      project.Edit("old/old.tprj", "mine");
       const std::string before = project.Read("app.tapp");
       const auto environment = project.environment;
       project.environment.insert(
           project.environment.end(),
           {{"LD_PRELOAD", TARN_FAULTS},
-           {"FAULT_PROGRAM", "tarn"},
+           {"FAULT_PROGRAM", row.program},
            {"FAULT_BELOW", fs::canonical(project.PathOf("")).string()},
            {"FAULT_ON", fs::canonical(project.PathOf("")).string() + "/" + row.unknown},
            {"FAULT", std::to_string(error)}});
@@ -167,6 +171,7 @@ TEST(CliReadErrors, WhatCanNotBeExaminedIsNeitherMissingNorThere) {
         EXPECT_FALSE(Has(said, untrue)) << untrue;
       }
       EXPECT_EQ(project.Read("app.tapp"), before);
+      EXPECT_EQ(project.Read("old/old.tprj"), "mine");
       if (row.words[0] != "new") continue;
       EXPECT_FALSE(project.Exists("fresh"));
       project.Out(row.words);

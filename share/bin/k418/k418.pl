@@ -97,7 +97,10 @@ sub read_bytes {
 
 sub read_old_file {
     my ($path) = @_;
-    fail(NO_FILE, "$path: there is no such file") if !-e $path;
+    if (!-e $path) {
+        fail(NO_FILE, "$path: there is no such file") if $!{ENOENT};
+        fail(UNREADABLE, "$path: $!");
+    }
     fail(UNREADABLE, "$path: this is no file") if !-f _;
     fail(OTHER_FORM, "$path: far too long for a project") if -s _ > LONGEST_FILE;
     my $text = read_bytes($path) // fail(UNREADABLE, "$path: $!");
@@ -287,7 +290,12 @@ sub add_files {
             next;
         }
         my $full = File::Spec->file_name_is_absolute($path) ? $path : "$state->{folder}/$path";
-        remark($line->{place}, "$path is carried over, but there is no such file") if !-f $full;
+        my $is_there = stat $full;
+        if (!$is_there || !-f _) {
+            my $reason =
+                $is_there ? 'it is no file' : $!{ENOENT} ? 'there is no such file' : "$!";
+            remark($line->{place}, "$path is carried over, but $reason");
+        }
         push @{ $group->{children} },
             element(type_of($state->{types}, $path),
                 [Header => basename($path), Path => disk_path($path)]);
@@ -507,6 +515,8 @@ sub write_files {
             fail(UNWRITABLE, "$path: read-only") if !($status[2] & 0222) || !-w _;
             $file->{mode} = $status[2] & 07777;
             $file->{before} = read_bytes($path) // fail(UNWRITABLE, "$path: $!");
+        } elsif (!$!{ENOENT}) {
+            fail(UNWRITABLE, "$path: $!");    # may be there
         }
         $file->{path} = $path;
         $file->{new} = "$path.new$$";
