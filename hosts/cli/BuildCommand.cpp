@@ -95,7 +95,13 @@ int EndUnstarted(CommandContext& context, BuildEnd end, int code, const std::str
 // other is about to replace.
 int LockBuild(CommandContext& context) {
   BuildSession& session = context.Session();
+  const auto refuse = [&] {
+    const std::string why = Printable(session.GetLockProblem()) + ".";
+    context.Complain(why);
+    return EndUnstarted(context, BuildEnd::Refused, kExitCannotOpen, why);
+  };
   if (context.Asked().noWait && !session.TryLockBuild()) {
+    if (!session.GetLockProblem().empty()) return refuse();
     const std::string why =
         "Another build of this project is running (" + session.GetLockHolder() + ").";
     context.Complain(why);
@@ -105,6 +111,7 @@ int LockBuild(CommandContext& context) {
     context.Remark("Waiting for another build of this project (" + holder + ") to finish ...");
   };
   if (session.LockBuild()) return kExitDone;
+  if (!session.GetLockProblem().empty()) return refuse();
   return EndUnstarted(context, BuildEnd::Stopped, kExitInterrupted,
                       "Interrupted while waiting for another build.");
 }

@@ -202,15 +202,19 @@ int Edit::AddOne(const std::string& file) {
   if (!IsStorable(path.starts_with(folder) ? path.substr(folder.size()) : path)) {
     return Fail(context.Show(path) + " can't be added: a project can't store &quot; or &slash;.");
   }
-  const bool isMissing = !context.Files().Exists(path);
+  const Result<bool> exists = context.Files().CheckExists(path);
+  if (!exists) return Fail(context.ShowFailure(path, "added", exists.GetError().text) + ".");
+  const bool isMissing = !*exists;
+  if (const std::string why = context.WhyUnusable(path); !why.empty()) {
+    return Fail(context.ShowFailure(path, "added", why) + ".");
+  }
   if (isMissing && (isApplication || !context.Asked().create)) {
     return Fail(context.Show(path) + " does not exist." +
                 (isApplication ? "" : " Use --create to create an empty one."));
   }
   if (!isMissing && !context.Files().Examine(path)) {
     const auto text = context.Files().ReadWholeFile(path);
-    return Fail(
-        context.ShowFailure(path, "added", text ? "it is not a file" : text.GetError().text) + ".");
+    if (!text) return Fail(context.ShowFailure(path, "added", text.GetError().text) + ".");
   }
   // Applications are top-level nodes; everything else goes where the user specifies.
   const int code = isApplication ? FindNode(context.Session().GetProjectPath()) : SelectTarget();

@@ -74,9 +74,15 @@ int MakeProject(CommandContext& context, const NewProject& staged) {
 int PlaceProject(CommandContext& context, StagingFolder& staging, const NewProject& staged,
                  const NewProject& project, std::vector<std::string>& made) {
   auto files = staging.CollectFor(staged.folder, project.folder);
-  if (files && (context.Asked().git || IsInGitRepository(context.Files(), project.folder))) {
-    const std::vector<NewFile> git = MakeGitFiles(project.folder);
-    files->insert(files->begin(), git.rbegin(), git.rend());
+  const Result<bool> git = IsInGitRepository(context.Files(), project.folder);
+  if (!git && !context.Asked().git) {
+    const Error& error = git.GetError();
+    context.Complain(context.ShowFailure(error.place, "examined", error.text));
+    return kExitCannotOpen;
+  }
+  if (files && (context.Asked().git || *git)) {
+    const std::vector<NewFile> added = MakeGitFiles(project.folder);
+    files->insert(files->begin(), added.rbegin(), added.rend());
   }
   const auto written = files ? WriteNewFiles(context.Files(), *files)
                              : Result<std::vector<std::string>>(files.GetError());
@@ -94,7 +100,12 @@ int PlaceProject(CommandContext& context, StagingFolder& staging, const NewProje
 int StageAndPlace(CommandContext& context, const NewProject& project,
                   std::vector<std::string>& made) {
   const std::string file = JoinPath(project.folder, project.name + ".tprj");
-  if (context.Files().Exists(file)) {
+  const Result<bool> exists = context.Files().CheckExists(file);
+  if (!exists) {
+    context.Complain(context.ShowFailure(file, "written", exists.GetError().text));
+    return kExitCannotOpen;
+  }
+  if (*exists) {
     context.Complain(context.Show(file) + " already exists. Choose another name.");
     return kExitUsage;
   }

@@ -62,6 +62,13 @@ std::string CommandContext::ShowFailure(const std::string& path, const std::stri
   return ShowResolved(path) + " can't be " + action + ": " + Printable(reason);
 }
 
+std::string CommandContext::WhyUnusable(const std::string& path) const {
+  if (files.Exists(path)) return {};
+  const auto text = files.ReadWholeFile(path);
+  const bool isName = text || text.GetError().code != ErrorCode::InvalidName;
+  return isName ? std::string() : text.GetError().text;
+}
+
 void CommandContext::Complain(const std::string& text, const std::vector<std::string>& more) const {
   lastComplaint = text;
   for (const std::string& line : more) lastComplaint += "\n" + line;
@@ -176,10 +183,17 @@ int CommandContext::LockEdits(const std::string& path) {
   const auto start = std::chrono::steady_clock::now();
   bool isTold = false;
   while (true) {
+    Session().TakeLogLines();
     const std::string holder = Session().Inspector().TryLockProject(path);
+    const std::vector<std::string> problems = Session().TakeLogLines();
     if (holder.empty()) {
-      for (const std::string& line : Session().TakeLogLines()) Remark(Printable(line));
+      for (const std::string& line : problems) Remark(Printable(line));
       return kExitDone;
+    }
+    // Waiting would not help if no process holds the lock.
+    if (!problems.empty()) {
+      for (const std::string& line : problems) Complain(Printable(line) + ".");
+      return kExitCannotOpen;
     }
     const auto waited = std::chrono::steady_clock::now() - start;
     if (asked.noWait || waited > kLongestWait) {

@@ -79,7 +79,9 @@ int Relocating::Search(Relocation& relocation) {
     return searched ? int{kExitDone} : Fail(searched.GetError());
   }
   to = FullPath(to);
-  if (!context.Files().Exists(to)) {
+  const Result<bool> exists = context.Files().CheckExists(to);
+  if (!exists) return Fail(exists.GetError());
+  if (!*exists) {
     context.Complain(context.Show(to) + " does not exist.");
     return kExitUsage;
   }

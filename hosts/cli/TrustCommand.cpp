@@ -39,6 +39,10 @@ std::string FindFolder(CommandContext& context, const TrustedFolders& trusted) {
   }
   const bool isListed = context.Asked().revoke && trusted.Find(path) == path;
   if (isListed || context.Files().IsFolder(path)) return context.Files().ResolveLinks(path);
+  if (const std::string why = context.WhyUnusable(path); !why.empty()) {
+    context.Complain(context.ShowFailure(path, "trusted", why) + ".");
+    return {};
+  }
   context.Complain(context.Show(path) + " is neither a folder nor a project file.");
   return {};
 }

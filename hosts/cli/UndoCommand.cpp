@@ -117,6 +117,11 @@ int RunUndo(CommandContext& context) {
   if (const Status written = record.Write(); !written) {
     return RefuseRecord(context, written.GetError(), isUndo);
   }
+  // A change may concern another file only, which could then no longer fit the project.
+  if (const auto text = context.Files().ReadWholeFile(project); !text) {
+    context.Complain(context.ShowFailure(project, "read", text.GetError().text) + ".");
+    return kExitCannotOpen;
+  }
   const FileChanges changes = isUndo ? Reverse(step->changes) : step->changes;
   const std::string label = Printable(step->label);
   const std::string way = isUndo ? "undone" : "redone";

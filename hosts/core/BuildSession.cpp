@@ -259,6 +259,7 @@ bool BuildSession::LockBuild() {
   const auto isOver = [this] { return stopRequested || (endsLockWait && endsLockWait()); };
   bool isWaiting = false;
   while (!TryLockBuild()) {
+    if (!GetLockProblem().empty()) return false;
     if (!isWaiting && onLockWait) onLockWait(GetLockHolder());
     isWaiting = true;
     loop->PumpUntil(isOver, kBetweenTries);
@@ -283,6 +284,8 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
     ShowNotices();
     JudgeGaps(request);
     EndWork();
+  } else {
+    outcome.problem = GetLockProblem();
   }
   if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
   if (outcome.end == BuildEnd::Failed && outcome.toolsFailed == 0 && outcome.problem.empty()) {

@@ -11,7 +11,8 @@ namespace tarn::host {
 
 namespace {
 
-// Placeholders: %1 is the file that the reason refers to, %2 its kind, %3 the node's output.
+// Placeholders: %1 is the file that the reason refers to, %2 its kind, %3 the node's output, %4 the
+// OS's reason.
 struct ReasonText {
   const char* reason;
   const char* text;
@@ -38,6 +39,7 @@ constexpr ReasonText kReasons[] = {
     {"changed-during-run", "%1 changed while it was built"},
     {"shadowed", "%1 is new or gone and can change what is included or linked"},
     {"unknown-test", "%1 tests for a file by a name that only the compiler knows"},
+    {"unreadable", "%1 can't be read: %4"},
     {"no-tool", "has no tool; check the option Build.TranslateTool"},
     {"no-type", "is of a type that the configuration file doesn't define"},
 };
@@ -66,7 +68,8 @@ std::vector<ApplicationStatus> ParseStatus(const std::string& xml) {
       if (node->NameView() != "Node") continue;
       status.stale.push_back({AttributeOf(node, "Header"), AttributeOf(node, "Path"),
                               AttributeOf(node, "OutputFile"), AttributeOf(node, "Tool"),
-                              AttributeOf(node, "Reason"), AttributeOf(node, "File")});
+                              AttributeOf(node, "Reason"), AttributeOf(node, "File"),
+                              AttributeOf(node, "Detail")});
     }
   }
   return list;
@@ -86,6 +89,7 @@ std::string DescribeReason(const StaleNode& node, bool isApplication,
   std::string text = row->text;
   text = ReplaceAll(text, "%2", KindOfFile(node.file));
   text = ReplaceAll(text, "%3", made);
+  text = ReplaceAll(text, "%4", node.detail);
   return ReplaceAll(text, "%1", shorten(node.file.empty() ? node.outputFile : node.file));
 }
 

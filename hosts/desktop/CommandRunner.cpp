@@ -211,6 +211,11 @@ void CommandRunner::Ask(std::uint32_t command) {
 void CommandRunner::Approach() {
   if (waiting == 0) return;
   if (!session.TryLockBuild()) {
+    if (!session.GetLockProblem().empty()) {
+      waiting = 0;
+      TellEnd(BuildEnd::Refused);
+      return;
+    }
     constexpr int kBetweenTries = 100;  // milliseconds
     QTimer::singleShot(kBetweenTries, this, [this] { Approach(); });
     return;

@@ -495,6 +495,9 @@ void IdeWindow::OnBuildEnded(BuildEnd end) {
   area->ProjectBanner().SetReady(true, {});
   progress->End(end);
   problemMarks->Refresh();
+  // A build that was refused has no log.
+  const std::string& problem = session->GetLockProblem();
+  if (!problem.empty()) statusBar()->showMessage(ToQt(problem));
   project->AskForTrust();
   if (isClosing) close();
 }

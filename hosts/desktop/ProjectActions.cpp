@@ -43,13 +43,16 @@ void Warn(QWidget& window, const Error& error) {
 // until they are written.
 class EditRight {
  public:
-  EditRight(InspectorDriver& inspectorDriver, const std::string& project)
-      : inspector(inspectorDriver) {
+  EditRight(BuildSession& session, const std::string& project) : inspector(session.Inspector()) {
     constexpr int kMostTries = 40;
     constexpr unsigned long kBetweenTries = 50;  // milliseconds
-    for (int i = 0; i < kMostTries && !isTaken; ++i) {
+    for (int i = 0; i < kMostTries && !isTaken && problem.empty(); ++i) {
       if (i > 0) QThread::msleep(kBetweenTries);
+      session.TakeLogLines();
       isTaken = inspector.TryLockProject(project).empty();
+      // Without a holder, waiting would not help.
+      const std::vector<std::string> lines = session.TakeLogLines();
+      if (!isTaken && !lines.empty()) problem = lines.front();
     }
   }
   ~EditRight() { inspector.UnlockProject(); }
@@ -57,10 +60,13 @@ class EditRight {
   EditRight& operator=(const EditRight&) = delete;
 
   bool IsTaken() const { return isTaken; }
+  // Returns why the lock can't be taken by any process, or an empty string.
+  const std::string& GetProblem() const { return problem; }
 
  private:
   InspectorDriver& inspector;
   bool isTaken = false;
+  std::string problem;
 };
 
 // Returns the menu text of the next step; an empty string if there is none.
@@ -403,7 +409,8 @@ void ProjectActions::Reload() {
 }
 
 Status ProjectActions::TakeFromDisk() {
-  const EditRight right(session.Inspector(), runner.GetProjectPath());
+  const EditRight right(session, runner.GetProjectPath());
+  if (!right.GetProblem().empty()) return Error{ErrorCode::NotAFile, right.GetProblem(), {}};
   if (!right.IsTaken()) {
     return Error{ErrorCode::Busy, FromQt(tr("Another program is changing the project.")), {}};
   }

@@ -143,6 +143,15 @@ bool HasStaleNodes(const CXmlNode& status, const CXmlNode& application) {
   return false;
 }
 
+// Adds the reason of an outdated node. A file that can't be examined only seems to be missing.
+void AddReason(FileSystem& files, const StaleVerdict& verdict, CXmlNode& row) {
+  const Result<bool> exists =
+      verdict.file.empty() ? Result<bool>(true) : files.CheckExists(verdict.file);
+  row.AddAttr("Reason", exists ? NameOf(verdict.reason) : "unreadable");
+  row.AddAttr("File", verdict.file);
+  if (!exists) row.AddAttr("Detail", exists.GetError().text);
+}
+
 // Adds the status of an application. The applications that it uses are listed by label, in build
 // order.
 void AddStatus(CProjectModel& model, const ApplicationOrder& order, CXmlNode& application,
@@ -169,8 +178,12 @@ void AddStatus(CProjectModel& model, const ApplicationOrder& order, CXmlNode& ap
     CopyAttribute(node, "Path", row, "Path");
     CopyAttribute(node, "OutputFile", row, "OutputFile");
     CopyAttribute(node, "TranslateTool", row, "Tool");
-    row.AddAttr("Reason", waitsForParts ? "parts-stale" : NameOf(verdict.reason));
-    row.AddAttr("File", verdict.file);
+    if (verdict) {
+      AddReason(model.GetFiles(), verdict, row);
+    } else {
+      row.AddAttr("Reason", "parts-stale");
+      row.AddAttr("File", "");
+    }
   });
   AddGaps(model.types, application, true, entry);
 }
@@ -474,10 +487,11 @@ std::int32_t CProjectInspector::ProtectDamaged(std::int32_t protect) {
 std::string CProjectInspector::TryLockProject(const char* path) {
   CProjectModel* model = Model();
   if (model == nullptr) return "no project manager";
-  if (!model->TryTakeEdits(TextOf(path))) return model->GetEditor();
+  const bool isTaken = model->TryTakeEdits(TextOf(path));
   const std::string problem = model->GetEditProblem();
   if (!problem.empty()) model->SendHost(kMsgLogLine, problem, 0);
-  return {};
+  if (isTaken) return {};
+  return problem.empty() ? model->GetEditor() : problem;
 }
 
 std::int32_t CProjectInspector::UnlockProject() {

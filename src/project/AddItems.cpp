@@ -163,8 +163,10 @@ void CProjectModel::FillItem(CXmlNode& node, const std::string& path) {
     WriteItemPaths(node, path);
     return;
   }
-  const Status made = files.Exists(path) ? Status() : files.WriteOwnFile(path, "");
-  if (!made && files.ExamineLink(path)) {
+  const Result<bool> exists = files.CheckExists(path);
+  Status made = exists ? Status() : exists.GetError();
+  if (exists && !*exists) made = files.WriteOwnFile(path, "");
+  if (!made && (!exists || files.ExamineLink(path))) {
     output->WriteMessage(kRowCannotSave, {path}, made.GetError().text);
   } else if (!made) {
     CheckFileAccess(files, path, kMustBeWritable, *output);

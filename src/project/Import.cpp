@@ -59,7 +59,12 @@ std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
   const std::uint64_t opened = projectEpoch;
   const std::string caption = GetMessageText(kRowProjectWord);
   bool converts = true;
-  if (files.ReadWholeFile(newFile)) {
+  const Result<bool> exists = files.CheckExists(newFile);
+  if (!exists) {
+    ShowMessage(mainframeHandle, newFile + " can't be written: " + exists.GetError().text, caption);
+    return 0;
+  }
+  if (*exists) {
     converts = MayOverwrite(newFile);
     if (projectEpoch != opened) return 0;
   }
@@ -77,11 +82,12 @@ std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
 }
 
 // Returns the interpreter: the one the user configured, else the one bundled with the installation,
-// else the one found in PATH.
+// else the one found in PATH. One that can't be examined could not be started either.
 std::string CProjectModel::FindImportProgram() const {
   if (!importProgram.empty()) return FindProgram(importProgram);
   const std::string own = JoinPath(applicationPath, "bin/k418/perl.exe");
-  return files.Exists(own) ? own : FindProgram(kInterpreter);
+  const Result<bool> exists = files.CheckExists(own);
+  return exists && *exists ? own : FindProgram(kInterpreter);
 }
 
 std::string CProjectModel::MissingImportProgram() const {

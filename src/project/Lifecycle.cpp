@@ -396,7 +396,12 @@ bool CProjectModel::PutAsideReplaced(const std::string& path) {
 
 std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int32_t askOverwrite) {
   if (!CanStartOperation()) return 0;
-  if (files.Exists(path)) {
+  const Result<bool> exists = files.CheckExists(path);
+  if (!exists) {
+    output->WriteMessage(kRowCannotSave, {path}, exists.GetError().text);
+    return 0;
+  }
+  if (*exists) {
     if (askOverwrite != 0 && !MayOverwrite(path)) return 0;
     // The file is replaced rather than deleted, so that a full disk does not also lose the old one.
     if (!PutAsideReplaced(path)) return 0;

@@ -54,7 +54,9 @@ std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) 
     return "The application needs a folder.";
   }
   for (std::string each = folder; !each.empty() && !files.IsFolder(each); each = FolderOf(each)) {
-    if (files.Exists(each)) return each + " is a file, not a folder.";
+    const Result<bool> exists = files.CheckExists(each);
+    if (!exists) return each + " can't be used: " + exists.GetError().text + ".";
+    if (*exists) return each + " is a file, not a folder.";
   }
   if (wanted.createNewProject) return {};
 
@@ -69,7 +71,9 @@ std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) 
            "\" can't contain an application of this type. Select the project first.";
   }
   const std::string file = AddSeparator(folder) + name + ".tapp";
-  return files.Exists(file) ? file + " already exists." : std::string();
+  const Result<bool> exists = files.CheckExists(file);
+  if (!exists) return file + " can't be created: " + exists.GetError().text + ".";
+  return *exists ? file + " already exists." : std::string();
 }
 
 std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtype) {

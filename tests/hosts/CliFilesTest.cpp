@@ -63,8 +63,16 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
       {"demo.tlock",
        Instead::Folder,
        {"options", "set", "Compiler.Defines", "X"},
-       0,
-       {"/demo.tlock can't be locked, so other programs are not kept out: "}},
+       3,
+       {"/demo.tlock can't be locked: "}},
+      {"demo.tlock", Instead::Pipe, {"build"}, 3, {"/demo.tlock can't be locked: ", notAFile}},
+      {"src/c.c",
+       Instead::Pipe,
+       {"build"},
+       1,
+       {"/src/c.c can't be read: " + notAFile + "; the tool is not run"}},
+      {"src/x.a", Instead::Pipe, {"build"}, 1, {"/src/x.a can't be read: " + notAFile}},
+      {"src/c.c", Instead::Pipe, {"add", "src/c.c"}, 2, {"/src/c.c can't be added: " + notAFile}},
       {"demo.tstate", Instead::Folder, {"build"}, 3, {"/demo.tstate: ", notAFile}},
       {"demo.tlog", Instead::Folder, {"build"}, 3, {"/demo.tlog: ", notAFile}},
       {"demo.tlog", Instead::Loop, {"log"}, 3, {"/demo.tlog can't be read: ", link}},
@@ -126,6 +134,7 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
       project.Point("TARN_ROOT", "share");
     }
     if (std::string(row.path).starts_with("settings")) project.Point("TARN_SETTINGS", "settings");
+    if (row.path == std::string("src/x.a")) project.Out({"add", "--create", row.path});
     Put(row.what, project.PathOf(row.path));
     const auto answer = project.Run(row.words);
     EXPECT_EQ(answer.code, row.code) << answer.out << answer.err;

@@ -34,6 +34,28 @@ std::string SourceNode(const std::string& path) {
   return "<C Header=\"" + path.substr(path.rfind('\\') + 1) + "\" Path=\"" + path + "\" />";
 }
 
+TEST(CliNames, ANameWithALineFeedIsRefusedBeforeAnythingChanges) {
+  CliProject project;
+  project.Edit("src/a\nb.c", "");
+  project.Edit("l\nf/demo.tprj", project.Read("demo.tprj"));
+  const std::string before = project.Read("app.tapp");
+  const std::string why = ": a name with a control character cannot be used.";
+  const struct {
+    std::vector<std::string> words;
+    int code;
+    std::string said;
+  } rows[] = {
+      {{"add", "src/a\nb.c"}, 2, "/src/a\\x0ab.c can't be added" + why},
+      {{"add", "--create", "src/x\ny.c"}, 2, "/src/x\\x0ay.c can't be added" + why},
+      {{"trust", "l\nf"}, 2, "/l\\x0af can't be trusted" + why},
+      {{"trust", "l\nf/demo.tprj"}, 2, "/l\\x0af/demo.tprj can't be trusted" + why},
+      {{"build", "l\nf"}, 3, "/l\\x0af can't be read" + why},
+  };
+  for (const auto& row : rows) project.ExpectRefusal(row.words, row.code, row.said);
+  EXPECT_EQ(project.Read("app.tapp"), before);
+  EXPECT_FALSE(project.Exists("src/x\ny.c"));
+}
+
 TEST(CliNames, ToolsGetNamesAsTheDiskSpellsThem) {
   CliProject project;
   Rename(project, "src/a.c", "src/A.c");

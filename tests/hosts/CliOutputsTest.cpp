@@ -66,6 +66,60 @@ TEST(CliOutputs, WhatIsNoProductIsNeitherOverwrittenNorDeleted) {
   }
 }
 
+// Before the first build nothing is recorded about what the sources include.
+TEST(CliOutputs, TheFirstBuildOverwritesNoSourceThatIsNotListed) {
+  const struct {
+    const char* option;
+    const char* value;
+    const char* file;
+    std::string text;
+    bool isKept;
+    const char* node = "";
+  } rows[] = {
+      {"Build.OutputFile", "src/a.h", "src/a.h", "int a(void);", true, "src/a.c"},
+      {"Build.ListingFile", "src/a.h", "src/a.h", "int a(void);", true, "src/a.c"},
+      {"Build.ListingFile", "src/part.c", "src/part.c", "mine", true, "src/a.c"},
+      {"Linker.MapFile", "notes.txt", "notes.txt", "mine", true},
+      {"Linker.Extra", "-Wl,-Map=part.c", "part.c", "mine", true},
+      {"Build.OutputFile", "src/a.o", "src/a.o", "from a clone", false, "src/a.c"},
+      {"Build.OutputFile", "app.elf", "app.elf", "from a clone", false},
+      {"Build.OutputFile", "c.a", "c.a", std::string("\x7f\0", 2), false, "src/c.c"},
+      {"Build.ListingFile", "a.lst", "a.lst", "from a clone", false, "src/a.c"},
+      {"Linker.MapFile", "app.map", "app.map", "from a clone", false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.option + std::string(" = ") + row.value);
+    CliProject project;
+    std::vector<std::string> change{"options", "set"};
+    if (*row.node != '\0') change.insert(change.end(), {"-n", row.node});
+    change.insert(change.end(), {"--", row.option, row.value});
+    project.Out(change);
+    project.Write(row.file, row.text);
+    for (const char* command : {"build", "clean", "rebuild"}) {
+      const auto answer = project.Run({command});
+      const bool isClean = *command == 'c';  // deletes only outputs and listings
+      EXPECT_EQ(answer.code, row.isKept && !isClean ? 1 : 0) << answer.out << answer.err;
+      EXPECT_EQ(Has(answer.out, "looks like a source"),
+                row.isKept && (!isClean || *row.option == 'B'))
+          << answer.out;
+      EXPECT_EQ(project.Exists(row.file) && project.Read(row.file) == row.text, row.isKept);
+    }
+  }
+}
+
+TEST(CliOutputs, AListingThatABuildHasMadeIsReplacedUnderAnyName) {
+  CliProject project;
+  project.Out({"options", "set", "-n", "src/c.c", "Build.ListingFile", "listing.txt"});
+  project.Out({"build"});
+  const std::string listing = project.Read("listing.txt");
+  project.Edit("listing.txt", "changed");
+  project.Write("src/c.c", "int c(void) { return 4; }\n");
+  project.Out({"build"});
+  EXPECT_NE(project.Read("listing.txt"), "changed");
+  project.Out({"clean"});
+  EXPECT_FALSE(project.Exists("listing.txt"));
+}
+
 // A build may delete its own products, wherever they are.
 TEST(CliOutputs, AProductOutsideIsDeletedAsLongAsItIsTheOneThatWasMade) {
   CliProject project;

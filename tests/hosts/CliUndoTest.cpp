@@ -1,6 +1,7 @@
 // Undo and redo of commands' changes to a project.
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 
@@ -83,6 +84,21 @@ TEST(CliUndo, EveryChangeOfACommandIsTakenBackAndMadeAgain) {
   project.Out({"redo"});
   EXPECT_EQ(FilesOf(project), before);
   EXPECT_TRUE(project.Exists("src/f.c"));
+}
+
+// The change may concern another file, which could then no longer fit the project.
+TEST(CliUndo, NothingIsChangedIfTheProjectFileCanNotBeRead) {
+  CliProject project;
+  project.Out({"options", "set", "Compiler.Defines", "X"});
+  for (const char* way : {"undo", "redo"}) {
+    const std::string before = FilesOf(project);
+    fs::rename(project.PathOf("demo.tprj"), project.PathOf("kept"));
+    ASSERT_EQ(mkfifo(project.PathOf("demo.tprj").c_str(), 0666), 0);
+    project.ExpectRefusal({way}, 3, "/demo.tprj can't be read: not a regular file.");
+    fs::rename(project.PathOf("kept"), project.PathOf("demo.tprj"));
+    EXPECT_EQ(FilesOf(project), before) << way;
+    project.Out({way});
+  }
 }
 
 // The project still names it after its removal, while a different one is active.

@@ -97,7 +97,10 @@ sub read_bytes {
 
 sub read_old_file {
     my ($path) = @_;
-    fail(NO_FILE, "$path: no such file") if !-e $path;
+    if (!-e $path) {
+        fail(NO_FILE, "$path: no such file") if $!{ENOENT};
+        fail(UNREADABLE, "$path: $!");
+    }
     fail(UNREADABLE, "$path: not a file") if !-f _;
     fail(OTHER_FORM, "$path: too long for a project") if -s _ > LONGEST_FILE;
     my $text = read_bytes($path) // fail(UNREADABLE, "$path: $!");
@@ -289,7 +292,12 @@ sub add_files {
             next;
         }
         my $full = File::Spec->file_name_is_absolute($path) ? $path : "$state->{folder}/$path";
-        remark($line->{place}, "$path was imported, but the file does not exist") if !-f $full;
+        my $is_there = stat $full;
+        if (!$is_there || !-f _) {
+            my $reason =
+                $is_there ? 'it is not a file' : $!{ENOENT} ? 'it does not exist' : "$!";
+            remark($line->{place}, "$path was imported, but $reason");
+        }
         push @{ $group->{children} },
             element(type_of($state->{types}, $path),
                 [Header => basename($path), Path => disk_path($path)]);
@@ -509,6 +517,8 @@ sub write_files {
             fail(UNWRITABLE, "$path: read-only") if !($status[2] & 0222) || !-w _;
             $file->{mode} = $status[2] & 07777;
             $file->{before} = read_bytes($path) // fail(UNWRITABLE, "$path: $!");
+        } elsif (!$!{ENOENT}) {
+            fail(UNWRITABLE, "$path: $!");    # may be there
         }
         $file->{path} = $path;
         $file->{new} = "$path.new$$";

@@ -80,8 +80,9 @@ bool NameLookup::IsPlain(std::string_view path) {
 }
 
 Result<std::string> NameLookup::ToNative(const std::string& path) {
-  if (path.empty() || std::any_of(path.begin(), path.end(), IsControl)) {
-    return ErrorOf(ErrorCode::InvalidName, "not a name of this computer", path);
+  if (path.empty()) return ErrorOf(ErrorCode::InvalidName, "the name is empty", path);
+  if (std::any_of(path.begin(), path.end(), IsControl)) {
+    return ErrorOf(ErrorCode::InvalidName, "a name with a control character cannot be used", path);
   }
   if (IsNetworkPath(path)) {
     if (path[0] == kSeparator) return ReplaceAll(path, "\\", "/");
