@@ -44,7 +44,7 @@ constexpr const char* kRemarks =
     "tarn: old.prj:11: Optimize is set twice; this one is used\n"
     "tarn: old.prj:14: Warnings = loud was not imported\n"
     "tarn: old.prj:17: the section [Debugger] was not imported\n"
-    "tarn: old.prj:21: notes.txt was imported, but the file does not exist\n"
+    "tarn: old.prj:21: notes.txt was imported, but it does not exist\n"
     "tarn: old.prj:24: src/main.c is listed twice; the first one is used\n";
 
 // Returns the options of one configuration of the project above.

@@ -280,7 +280,7 @@ TEST(CliNames, AFileThatIsListedTwiceIsBuiltAndLinkedOnce) {
   EXPECT_FALSE(Has(project.Out({"status"}), "never"));
 
   project.ExpectRefusal({"remove", "a.c"}, 2, "\"a.c#1\" the first");
-  project.ExpectRefusal({"remove", "src/a.c"}, 2, "several times. APP/src/a.c means");
+  project.ExpectRefusal({"remove", "src/a.c"}, 2, "several times. APP/src/a.c is");
   project.ExpectRefusal({"remove", "a.c#3"}, 2,
                         "No file, group or application is called \"a.c#3\"");
   EXPECT_EQ(project.Out({"remove", "Sources/a.c"}), "removed Sources/a.c\n");

@@ -67,7 +67,7 @@ TEST(CliRun, FailuresAreToldWithTheirPlace) {
        "tarn: t.lua:1: bad argument #1 to 'build' (invalid option 'make')\n"},
       {"host.add_configuration('New', 'fast')", 0, "", ""},
       {"host.add_configuration('FAST')", 1, "",
-       "tarn: t.lua:1: app has a configuration \"FAST\" already.\n"},
+       "tarn: t.lua:1: app already has a configuration \"FAST\".\n"},
       {"print('\\27[2J')", 0, "\\x1b[2J\n", ""},
   };
   for (const auto& each : cases) {

@@ -165,7 +165,7 @@ TEST(CliBuildGaps, WhatABuildPassesOverIsNamedAndAMissingApplicationIsAFailure) 
       {"nothing", "app.tapp", "", "", 0, "", "Nothing to do (", "up to date"},
       {"no toolchain", "app.tapp", "host-gcc", "", 1, "tarn: app can't be built: it has no tool. ",
        "Failed", "1 out of date\n  app  has no tool;"},
-      {"an unknown tool", "app.tapp", "host-gcc", "gone", 1, "its tool gone.c.",
+      {"an unknown tool", "app.tapp", "host-gcc", "gone", 1, "its tool gone.c is not defined",
        "error: unknown tool gone.c in ", "command line"},
       {"a type that is not defined", "app.tapp", "<Group ",
        "<Rust Header=\"x.rs\" Path=\".\\src\\x.rs\" /><Group ", 0,

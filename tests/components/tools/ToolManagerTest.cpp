@@ -187,7 +187,7 @@ TEST(ToolManager, AFolderThatCannotBeMadeIsToldBeforeAnythingRuns) {
   tools.disk.AddFile("/p/o", "a file in the way");
   EXPECT_FALSE(tools.Run("cc", "\"/p/a.c\""));
   EXPECT_EQ(StartedLines(tools.launcher), "");
-  EXPECT_NE(tools.Messages().find("the folder /p/o can't be made"), std::string::npos);
+  EXPECT_NE(tools.Messages().find("the folder /p/o can't be created"), std::string::npos);
 }
 
 TEST(ToolManager, AProgramPathRunsAsAToolAndANullMessageFileIsLegal) {
