@@ -1,3 +1,5 @@
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
@@ -54,7 +56,7 @@ int SelectConfiguration(CommandContext& context, const ApplicationEntry& applica
   }
   context.Session().Inspector().SelectApplication(application.path);
   context.Session().Options().SetNewConfigName(known);
-  context.Session().Manager().Command(kCmdSelectConfiguration);
+  context.Session().Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
   return context.SaveProject();
 }
 

@@ -1,3 +1,5 @@
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -264,7 +266,7 @@ int Edit::SelectTarget() {
 
 // Creates a group in the current node and makes it current.
 int Edit::MakeGroup(const std::string& label) {
-  if (!IsStorable(label) || !Change(kCmdNewGroup) || !context.RenameCurrentNode(label)) {
+  if (!IsStorable(label) || !Change(TARN_CMD_NEW_GROUP) || !context.RenameCurrentNode(label)) {
     return Fail("The group \"" + label + "\" can't be created.");
   }
   Note("created the group " + Printable(label));
@@ -274,7 +276,7 @@ int Edit::MakeGroup(const std::string& label) {
 int Edit::Remove() {
   for (const std::string& key : words) {
     if (const int code = FindNode(key); code != kExitDone) return code;
-    if (!Change(kCmdRemoveNode)) return Fail("\"" + key + "\" can't be removed.");
+    if (!Change(TARN_CMD_REMOVE_NODE)) return Fail("\"" + key + "\" can't be removed.");
     Note("removed " + Printable(key));
   }
   return kExitDone;
@@ -287,8 +289,8 @@ int Edit::Move() {
   words.pop_back();
   for (const std::string& key : words) {
     if (const int code = FindNode(key); code != kExitDone) return code;
-    context.Session().Manager().Command(kCmdCopyNode);
-    if (!Change(kCmdRemoveNode)) return Fail("\"" + key + "\" can't be moved.");
+    context.Session().Manager().Command(TARN_CMD_COPY);
+    if (!Change(TARN_CMD_REMOVE_NODE)) return Fail("\"" + key + "\" can't be moved.");
     // The target may be in a different application than the moved node.
     const std::string& application = context.Scope();
     const bool isInside = context.SelectNode(target, application) != 0;
@@ -297,7 +299,7 @@ int Edit::Move() {
     }
     const int code = context.FindNode(target, isInside ? application : "");
     if (code != kExitDone) return code;
-    if (!Change(kCmdPasteNode)) {
+    if (!Change(TARN_CMD_PASTE)) {
       return Fail("\"" + target + "\" can't contain \"" + key + "\".");
     }
     Note("moved " + Printable(key) + " to " + Printable(target));
@@ -342,7 +344,7 @@ int Edit::SelectApplication() {
     return kExitDone;
   }
   context.Session().Inspector().SelectApplication(wanted.path);
-  if (!Change(kCmdSetActiveApplication)) return Fail(label + " can't be made active.");
+  if (!Change(TARN_CMD_SET_ACTIVE_APPLICATION)) return Fail(label + " can't be made active.");
   Note("selected " + Printable(wanted.label));
   return kExitDone;
 }

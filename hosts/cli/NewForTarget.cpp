@@ -1,5 +1,7 @@
 #include "hosts/cli/NewForTarget.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <optional>
 
@@ -110,8 +112,8 @@ void Creation::ChooseConfiguration() {
     const auto& known = each.configurations;
     isKnown = isKnown || std::find(known.begin(), known.end(), wanted) != known.end();
   }
-  if (!isKnown) session.Manager().Command(kCmdAddConfiguration);
-  session.Manager().Command(kCmdSelectConfiguration);
+  if (!isKnown) session.Manager().Command(TARN_CMD_ADD_CONFIGURATION);
+  session.Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
 }
 
 int Creation::AddFirstSource() {
@@ -125,7 +127,7 @@ int Creation::AddFirstSource() {
     return Fail(context.ShowFailure(source, "written", written.GetError().text));
   }
   session.Inspector().SelectApplication(applications.front().path);
-  session.Manager().Command(kCmdNewGroup);
+  session.Manager().Command(TARN_CMD_NEW_GROUP);
   context.RenameCurrentNode(kFirstGroup);
   session.Manager().AddExistingItem(source);
   return kExitDone;

@@ -1,5 +1,7 @@
 #include "hosts/cli/OpenedProject.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <chrono>
 #include <functional>
@@ -319,7 +321,7 @@ void CommandContext::SwitchTo(const ApplicationEntry& application,
                               const std::string& configuration) {
   Session().Inspector().SelectApplication(application.path);
   Session().Options().SetNewConfigName(configuration);
-  Session().Manager().Command(kCmdSelectConfiguration);
+  Session().Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
 }
 
 int CommandContext::ChooseNode() {

@@ -1,5 +1,7 @@
 #include "hosts/desktop/IdeWindow.h"
 
+#include <tarn/commands.h>
+
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
@@ -128,7 +130,7 @@ void IdeWindow::MakeMenuCommands() {
   menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
   menuCommands.run = [this](std::uint32_t command) {
     // This command needs a name, which the options window asks for.
-    if (command == kCmdAddConfiguration) return options->AddConfiguration();
+    if (command == TARN_CMD_ADD_CONFIGURATION) return options->AddConfiguration();
     runner->Run(command);
   };
   menuCommands.listTools = [this] { return ReadToolEntries(session->Manager().GetToolCommands()); };
@@ -379,7 +381,7 @@ bool IdeWindow::eventFilter(QObject* watched, QEvent* event) {
       !IsBreak(static_cast<const QKeyEvent&>(*event))) {
     return QMainWindow::eventFilter(watched, event);
   }
-  menuCommands.run(kCmdStop);
+  menuCommands.run(TARN_CMD_STOP);
   return true;
 }
 

@@ -1,5 +1,7 @@
 #include "hosts/serve/RpcServer.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <chrono>
 
@@ -120,7 +122,7 @@ bool AsksForStop(const RpcRequest& request) {
   if (request.method == "shutdown" || request.method == "exit") return true;
   if (request.method != "Command" || !request.params.is_structured()) return false;
   return std::any_of(request.params.begin(), request.params.end(), [](const json& each) {
-    return each.is_number_integer() && each == std::int64_t{kCmdStop};
+    return each.is_number_integer() && each == std::int64_t{TARN_CMD_STOP};
   });
 }
 

@@ -20,8 +20,8 @@ Menus and tool bars send commands to the project manager as numbers:
 | Call | What it does |
 |---|---|
 | `EnableCommand(id)` | returns whether the command is enabled: 1 or 0 |
-| `PrologCommand(id)` | is called before a command that works in the background: asks the host by message 0x800C whether the command may start, and clears the log. 0: the command must not be called |
-| `Command(id)` | carries the command out. 2: work continues in the background, for this command or for another one that can't be interrupted, and message 0x800D reports its end; 1: done |
+| `PrologCommand(id)` | is called before a command that works in the background: asks the host by the message `TARN_MSG_BUILD_STARTING` whether the command may start, and clears the log. 0: the command must not be called |
+| `Command(id)` | carries the command out. 2: work continues in the background, for this command or for another one that can't be interrupted, and the message `TARN_MSG_WORKER_ENDED` reports its end; 1: done |
 | `EpilogCommand(id)` | is called after a command that works in the background has ended. 0: the manager has posted follow-up commands |
 
 For all other commands, the prolog and the epilog do nothing and return 1. Numbers that are not

@@ -1,6 +1,8 @@
 // Reasons why a build doesn't build the whole project, for hosts that must not report such a build
 // as successful.
 
+#include <tarn/methods.h>
+
 #include "automation/BuildGaps.h"
 #include "automation/ProjectInspector.h"
 #include "automation/ProjectManager.h"
@@ -11,13 +13,12 @@ namespace tarn {
 namespace {
 
 // Optional methods of the components, in addition to those that the server itself calls.
-constexpr DispatchId kGetDefinitionProblem = 120;
-constexpr DispatchId kHasTool = 121;
 
 std::unique_ptr<CXmlNode> ListGaps(CProjectModel& model) {
   CToolManagerDriver* tools = model.toolManager;
   return ListBuildGaps(model, [tools](const std::string& tool) {
-    return tools == nullptr || tools->InvokeLong(kHasTool, {tool}) != 0 || !tools->LastResult();
+    return tools == nullptr || tools->InvokeLong(TARN_TOOL_HAS_TOOL, {tool}) != 0 ||
+           !tools->LastResult();
   });
 }
 
@@ -55,8 +56,8 @@ std::string CProjectInspector::GetInstallationProblem() {
 }
 
 std::string CProjectManager::FindDefinitionProblem() {
-  const std::string options = propertyManager->InvokeText(kGetDefinitionProblem, {});
-  return options.empty() ? toolManager->InvokeText(kGetDefinitionProblem, {}) : options;
+  const std::string options = propertyManager->InvokeText(TARN_OPT_GET_DEFINITION_PROBLEM, {});
+  return options.empty() ? toolManager->InvokeText(TARN_TOOL_GET_DEFINITION_PROBLEM, {}) : options;
 }
 
 }  // namespace tarn

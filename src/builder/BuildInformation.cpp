@@ -1,5 +1,7 @@
 // Tool reports about outputs, and the queries that a host may make around a build.
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <optional>
 
@@ -275,7 +277,7 @@ const CXmlNode* CProjectModel::FindTypeByFileExtension(std::string_view path) {
 
 std::string CProjectModel::GetDynamicCommands(std::uint32_t commandId) {
   const bool hasCommands = dynamicCommands != nullptr && dynamicCommands->GetChildCount() > 0;
-  if (commandId != static_cast<std::uint32_t>(kFirstDynamicCommand) || !hasCommands) return {};
+  if (commandId != static_cast<std::uint32_t>(TARN_CMD_LIST_TOOLS) || !hasCommands) return {};
   return dynamicCommands->ToString(g_xmlDisplayOptions);
 }
 

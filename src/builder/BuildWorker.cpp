@@ -5,6 +5,8 @@
 // else as tasks to the main thread. While the flag `alive` is set, operations that change the
 // project are refused. The last task clears it, and afterwards the worker doesn't access the model.
 
+#include <tarn/commands.h>
+
 #include <system_error>
 #include <thread>
 
@@ -82,7 +84,7 @@ std::int32_t CProjectModel::StartBuildThread(std::int32_t command) {
   std::string tool;
   bool isTool = false;
   std::int32_t mode = command;
-  if (command >= kFirstDynamicCommand && command <= kLastDynamicCommand) {
+  if (command >= TARN_CMD_LIST_TOOLS && command <= TARN_CMD_LAST_TOOL) {
     const CXmlNode* entry = nullptr;
     for (int i = 0; dynamicCommands && i < dynamicCommands->GetChildCount(); ++i) {
       const CXmlNode* child = dynamicCommands->GetChild(i);

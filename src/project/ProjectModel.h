@@ -71,13 +71,6 @@ enum WorkerCommand : std::int32_t {
   kWorkerTranslate = 7,
 };
 
-inline constexpr std::int32_t kFirstDynamicCommand = 0x8122;
-inline constexpr std::int32_t kLastDynamicCommand = 0x8136;
-inline constexpr std::int32_t kToolCommandBase = 0x8123;  // id of the first command in the list
-
-inline constexpr std::int32_t kCommandOptionsLoaded = 0x811E;
-inline constexpr std::int32_t kCommandAutoDebug = 0x82C3;
-
 // The project document: the files of a project, the tree in memory with its options and derived
 // attributes, and the build that traverses it. One per manager; projects are opened and closed in
 // it.

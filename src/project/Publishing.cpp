@@ -4,6 +4,8 @@
 // The property manager holds one node at a time. A published node caches all its values as a string
 // in its #CDATA child; the presence of that child marks the node as published.
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 
 #include "platform/paths/Paths.h"
@@ -253,7 +255,7 @@ void CProjectModel::LoadToolCommands(const CXmlNode& node) {
   dynamicCommands = std::make_unique<CXmlNode>();
   dynamicCommands->Load(tools, g_xmlParseInfo);
   for (int i = 0; i < dynamicCommands->GetChildCount(); ++i) {
-    dynamicCommands->GetChild(i)->SetAttrValue("Id", ToDecimal(kToolCommandBase + i));
+    dynamicCommands->GetChild(i)->SetAttrValue("Id", ToDecimal(TARN_CMD_FIRST_TOOL + i));
   }
 }
 
@@ -270,7 +272,8 @@ void CProjectModel::RestorePropState(const CXmlNode& node) {
 
 void CProjectModel::RunAutoDebugStep() {
   if (creatingProject != 0 || activeApplication == nullptr) return;
-  if ((types.FlagsOf(*activeApplication) & kTypeAutoDebug) != 0) PostHostCommand(kCommandAutoDebug);
+  if ((types.FlagsOf(*activeApplication) & kTypeAutoDebug) != 0)
+    PostHostCommand(TARN_CMD_AUTO_DEBUG);
 }
 
 void CProjectModel::SendActiveApplication() {
@@ -353,7 +356,7 @@ std::int32_t CProjectModel::PublishTick() {
   propertyManager->EndUpdate();
   if (remains != 0) return 1;
 
-  PostHostCommand(kCommandOptionsLoaded);
+  PostHostCommand(TARN_CMD_OPTIONS_LOADED);
   if (activeApplication != nullptr) {
     SendHost(kMsgApplicationKnown, TextOf(activeApplication->GetAttrValue("Path")),
              GetCurrentConfigName());

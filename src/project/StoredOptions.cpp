@@ -1,5 +1,7 @@
 // Storing changed values from the property manager in the tree, and removing them again.
 
+#include <tarn/commands.h>
+
 #include "patterns/Parser.h"
 #include "platform/text/Text.h"
 #include "project/MergeOptions.h"
@@ -103,7 +105,7 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
     if (isDefaultProject != 0) {
       ClearDefaultApplicationItems();
     } else {
-      PostHostCommand(kCommandAutoDebug);
+      PostHostCommand(TARN_CMD_AUTO_DEBUG);
     }
   }
   return 1;

@@ -1,6 +1,8 @@
 // The main thread keeps reading, reporting and sending messages while a worker builds a large
 // project. The test checks little itself; it is meant to be run under the thread sanitizer.
 
+#include <tarn/commands.h>
+
 #include <gtest/gtest.h>
 
 #include "builder/BuildWorld.h"
@@ -49,7 +51,7 @@ class StressWorld : public ProjectWorld {
     std::string list;
     model->CollectLinkFiles(list, Application(), true, Application(), ",");
     model->CollectDebugFiles(list, Application(), Application(), ",");
-    model->GetDynamicCommands(kFirstDynamicCommand);
+    model->GetDynamicCommands(TARN_CMD_LIST_TOOLS);
     model->GetSymbolInfo("main");
     model->GetCurrentConfigName();
     model->GetBuildState();

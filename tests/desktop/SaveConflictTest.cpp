@@ -1,4 +1,6 @@
 // Saving and building while a text is in conflict with its file.
+#include <tarn/commands.h>
+
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -67,12 +69,12 @@ TEST_F(SaveConflictTest, ABuildAsksWhetherToTakeTheFileFromTheDisk) {
     others(end);
   };
   AnswerWith("Cancel");
-  window->Commands().Run(kCmdBuildAll);
+  window->Commands().Run(TARN_CMD_BUILD_ALL);
   ASSERT_TRUE(testing::RunUntil([&] { return ended.has_value(); }));
   EXPECT_EQ(asked.toStdString(), "main.c has unsaved changes. Build the version on disk?");
   EXPECT_EQ(*std::exchange(ended, {}), BuildEnd::Refused);
   AnswerWith("Build");
-  window->Commands().Run(kCmdBuildAll);
+  window->Commands().Run(TARN_CMD_BUILD_ALL);
   ASSERT_TRUE(testing::RunUntil([&] { return ended.has_value(); }));
   EXPECT_NE(*ended, BuildEnd::Refused);
 }

@@ -151,7 +151,7 @@ TEST_F(Import, TheHostHearsWhatTheScriptSaysAndMayOpenAnotherProjectMeanwhile) {
     EXPECT_EQ(world.OpenDemo(), 1);
   };
   EXPECT_EQ(OpenOld(), 0);
-  EXPECT_THAT(world.host.lines, ::testing::Contains("0x801B line 7: no equal 0"));
+  EXPECT_THAT(world.host.lines, ::testing::Contains("LogLine line 7: no equal 0"));
   EXPECT_EQ(world.model->GetProjectPath(), "/p/demo.tprj");
   EXPECT_TRUE(world.model->IsOpen());
 }

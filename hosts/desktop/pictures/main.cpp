@@ -3,6 +3,8 @@
 //
 //   desktop_pictures FOLDER
 
+#include <tarn/commands.h>
+
 #include <QAction>
 #include <QApplication>
 #include <QDockWidget>
@@ -99,7 +101,7 @@ void Raise(const IdeWindow& window, const char* dock) {
 }
 
 void Build(IdeWindow& window) {
-  window.Commands().Run(tarn::host::kCmdBuildAll);
+  window.Commands().Run(tarn::TARN_CMD_BUILD_ALL);
   WaitUntil([&] { return !window.Commands().IsBuilding(); }, "the end of a build");
 }
 
@@ -141,7 +143,7 @@ void TakeWizard(IdeWindow& window, const Photographer& camera) {
     }
     if (QWidget* const dialog = QApplication::activeModalWidget()) dialog->close();
   });
-  window.Commands().Run(tarn::host::kCmdNewItem);
+  window.Commands().Run(tarn::TARN_CMD_NEW_APPLICATION);
   if (!failure.empty()) throw std::runtime_error(failure);
 }
 

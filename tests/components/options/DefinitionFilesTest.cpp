@@ -1,3 +1,5 @@
+#include <tarn/methods.h>
+
 #include <gtest/gtest.h>
 
 #include <set>
@@ -86,9 +88,9 @@ TEST(DefinitionFilesTest, ADamagedFileLosesWhatFollowsAndThePropertyInFront) {
     const std::string text = "<OptionSets>" + Set("");
     rig.disk.AddFile("/c/projectmanager.config",
                      text.substr(0, text.find("</Section>")) + "\n" + end);
-    rig.driver.InvokeLong(1, {"", "/c/projectmanager.config"});
+    rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", "/c/projectmanager.config"});
     EXPECT_EQ(rig.Errors(), "/c/projectmanager.config:" + std::string(error) + "\n");
-    EXPECT_EQ(rig.driver.InvokeText(120, {}) + "\n", rig.Errors());
+    EXPECT_EQ(rig.driver.InvokeText(TARN_OPT_GET_DEFINITION_PROBLEM, {}) + "\n", rig.Errors());
     EXPECT_EQ(rig.Get("C", "A", "Good") + rig.Get("C", "A", "Last"), "ok") << error;
   }
 }
@@ -102,7 +104,8 @@ TEST(DefinitionFilesTest, APropertyStartsFromWhatWasSaidOfAllSets) {
     OptionsRig rig(first ? every + own : own + every);
     EXPECT_EQ(rig.Get("C", "A", "P") + rig.Get("H", "A", "P"), "YesNo");
     const std::string type = first ? "Type=\"yesno\"" : "Type=\"text\"";
-    EXPECT_NE(rig.driver.InvokeText(100, {"C"}).find(type), std::string::npos) << first;
+    EXPECT_NE(rig.driver.InvokeText(TARN_OPT_LIST_PROPERTIES, {"C"}).find(type), std::string::npos)
+        << first;
   }
 }
 
@@ -126,7 +129,8 @@ TEST(DefinitionFilesTest, IncludedFilesExtendWhatStandsThere) {
   rig.disk.AddFile("/c/options/b.options", R"(<OptionSets><Include File="a.options" />)" +
                                                Set(R"(<Property Header="Q" Default="q" />)") +
                                                "</OptionSets>");
-  EXPECT_EQ(rig.driver.InvokeLong(1, {"", "/c/projectmanager.config"}), 1);
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", "/c/projectmanager.config"}),
+            1);
   EXPECT_EQ(rig.Get("C", "A", "P") + rig.Get("Cpp", "A", "P") + rig.Get("C", "A", "Q"),
             "latelateq");
   EXPECT_EQ(rig.Display("C", "A", "P"), "No");
@@ -134,7 +138,7 @@ TEST(DefinitionFilesTest, IncludedFilesExtendWhatStandsThere) {
             "/c/options/b.options: includes itself via a.options\n/c/none: can't be read: "
             "failed in memory with code 1\n/c/projectmanager.config: set C, A.P: Default: Invalid "
             "value \"late\"; expected Yes or No.\n");
-  EXPECT_EQ(rig.driver.InvokeLong(1, {"", "/c/missing"}), 0);
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", "/c/missing"}), 0);
   EXPECT_EQ(rig.Get("C", "A", "Q"), "q");
 }
 
@@ -146,7 +150,7 @@ TEST(DefinitionFilesTest, TheWorkedExampleOfTheManualHolds) {
   ASSERT_NE(end, std::string::npos);
   OptionsRig rig;
   rig.disk.AddFile("/c/company.options", text.substr(begin, end - begin));
-  EXPECT_EQ(rig.driver.InvokeLong(1, {"", "/c/company.options"}), 1);
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", "/c/company.options"}), 1);
   EXPECT_EQ(rig.Errors(), "");
   rig.Publish("Application", "demo", "", {});
   rig.Put("Application", "Target", "Device", "atmega1284p");
@@ -160,9 +164,10 @@ TEST(DefinitionFilesTest, TheWorkedExampleOfTheManualHolds) {
 TEST(DefinitionFilesTest, AFileIsReadOnceHoweverManyNodesAskForIt) {
   OptionsRig rig;
   rig.disk.TakeOperations();
-  for (int i = 0; i < 100; ++i) rig.driver.InvokeLong(1, {"C", "/c/projectmanager.config"});
-  rig.driver.InvokeLong(1, {"C", "/c/missing"});
-  rig.driver.InvokeLong(1, {"C", "/c/missing"});
+  for (int i = 0; i < 100; ++i)
+    rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"C", "/c/projectmanager.config"});
+  rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"C", "/c/missing"});
+  rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"C", "/c/missing"});
   EXPECT_EQ(rig.disk.Operations("read"),
             (std::vector<std::string>{"read /c/projectmanager.config", "read /c/missing"}));
 }
