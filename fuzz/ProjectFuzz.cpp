@@ -119,7 +119,7 @@ bool Travel(ProjectWorld& world, const Disk& before) {
   }
   world.model->PublishAll();
   for (int i = 0; tarn::CXmlNode* child = world.Application(i); ++i) {
-    world.model->ExamineNode(*child);
+    world.builder->ExamineNode(*child);
   }
   world.model->StoreChangedProperty("C.General.Nothing");
   const bool isChanged = world.model->IsModified();
@@ -128,7 +128,7 @@ bool Travel(ProjectWorld& world, const Disk& before) {
   if (!isChanged) Require(after == before);
   RequireAllKept(before, after);
   // A failed save is not repeated when the next project is opened.
-  world.model->DropChanges();
+  world.model->State().DropChanges();
   world.model->CloseProject();
   return true;
 }

@@ -96,14 +96,14 @@ std::span<const CommandRow> CommandRow::Table() {
                  [](M& manager, Id) { return manager.model->ResetNodeOptions(nullptr), 1; }},
       CommandRow{0x811C, WhileBuilding, Plain, "Stop",
                  "Asks the build to stop behind the tool that runs.",
-                 [](M& manager, Id) { return manager.model->RequestStop(), 1; }},
+                 [](M& manager, Id) { return manager.builder->RequestStop(), 1; }},
       CommandRow{0x811E, Always, Plain, "Announce the active application",
                  "Tells the host the path and the configuration of the active application.",
                  Do<&M::AnnounceActiveApplication>},
       CommandRow{0x811F, Always, Build, "Build the active application",
                  "Selects the active application and builds what is out of date in it.",
                  [](M& manager, Id) {
-                   if (!manager.model->CanStartOperation()) return 2;
+                   if (!manager.builder->CanStartOperation()) return 2;
                    manager.model->SetCurrentNode(manager.model->GetActiveApplication());
                    return manager.StartWorker(ModeBuild);
                  }},

@@ -32,7 +32,7 @@ std::int32_t CProjectManager::EnableCommand(std::uint32_t id) {
     case EnableRule::UserProject:
       return model->IsDefaultProject() ? 0 : 1;
     case EnableRule::WhileBuilding:
-      return model->GetBuildState() == StateBuilding ? 1 : 0;
+      return builder->GetBuildState() == StateBuilding ? 1 : 0;
   }
   return 1;
 }
@@ -47,7 +47,7 @@ bool CProjectManager::RefusesBuild() {
     // Reloading them may resolve the problem.
     if (!problem.empty() && model->RefreshDefinitions() != 0) problem = FindDefinitionProblem();
   }
-  if (!problem.empty()) model->AddLogLine("Nothing was built: " + problem);
+  if (!problem.empty()) model->Host().AddLogLine("Nothing was built: " + problem);
   return !problem.empty();
 }
 
@@ -55,17 +55,17 @@ std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
   const CommandKind kind = KindOf(id);
   if (!model || kind == CommandKind::Plain) return 1;
   if (kind == CommandKind::Build) rerunAfterBuild = false;
-  if (!model->CanStartOperation()) return 0;
+  if (!builder->CanStartOperation()) return 0;
   if (RefusesBuild()) return 0;
-  model->views.StopStepTimer();
+  model->Services().views.StopStepTimer();
   propertyManager->EndUpdate();
   platform.files.SetCurrentFolder(model->GetProjectFolder());
-  const std::intptr_t answer = model->SendHost(kMsgBuildStarting, 0, 0);
+  const std::intptr_t answer = model->Host().SendHost(kMsgBuildStarting, 0, 0);
   if (answer == 0) {
     // Publishing was suspended for a build that now isn't started.
     const bool hasTimer = model->IsOpen() && !model->IsDefaultProject();
     if (hasTimer && !model->IsPublishingStopped() && model->HasUnpublished())
-      model->views.StartStepTimer();
+      model->Services().views.StartStepTimer();
     return 0;
   }
   output->ResetLog();
@@ -82,18 +82,18 @@ std::int32_t CProjectManager::EpilogCommand(std::uint32_t id) {
   propertyManager->EndUpdate();
   if (kind == CommandKind::Tool) return 1;
   if (const CXmlNode* application = model->GetActiveApplication()) {
-    model->views.LoadGlobals(model->GlobalsFileOf(*application));
+    model->Services().views.LoadGlobals(model->Paths().GlobalsFileOf(*application));
   }
   if (!rerunAfterBuild) return 1;
-  model->PostHostCommand(0x8106);
-  model->PostHostCommand(0x8111);
+  model->Host().PostHostCommand(0x8106);
+  model->Host().PostHostCommand(0x8111);
   return 0;
 }
 
 // Returns 2 even if the start was refused because another worker is running: the host is notified
 // when that worker ends.
 std::int32_t CProjectManager::StartWorker(std::int32_t command) {
-  model->StartBuildThread(command);
+  builder->StartBuildThread(command);
   return 2;
 }
 
@@ -105,24 +105,24 @@ std::int32_t CProjectManager::RunNodeTool(std::uint32_t id) {
 
 // Publishes the node again, since its options were changed without its cached values.
 void CProjectManager::ReloadOptions(CXmlNode& node) {
-  model->ForgetCurrentNode();
+  model->State().ForgetCurrentNode();
   const std::uint64_t epoch = model->GetTreeEpoch();
   model->SetCurrentNode(&node);
   if (model->GetTreeEpoch() == epoch) model->RestorePropState(node);
 }
 
 void CProjectManager::ApplyOptionChange(bool keepsOutputs) {
-  if (!model->CanStartOperation()) return;
+  if (!builder->CanStartOperation()) return;
   if (CXmlNode* node = model->GetCurrentNode()) model->RenewPropState(*node);
   // Storing can remove the contents of the default application, including the node.
   model->StoreChangedProperty("");
   propertyManager->BeginUpdate();
   {
-    const TreeUpdate update(model->views);
+    const TreeUpdate update(model->Services().views);
     CXmlNode* node = model->GetCurrentNode();
     const char* outputFile = node == nullptr ? nullptr : node->GetAttrValue("OutputFile");
     if (outputFile != nullptr) {
-      model->SendHost(kMsgOutputInvalid, outputFile, -1);
+      model->Host().SendHost(kMsgOutputInvalid, outputFile, -1);
       node = model->GetCurrentNode();
     }
     if (node != nullptr && model->IsOpen()) {
@@ -134,16 +134,16 @@ void CProjectManager::ApplyOptionChange(bool keepsOutputs) {
 }
 
 void CProjectManager::ResetProperty() {
-  if (!model->CanStartOperation()) return;
+  if (!builder->CanStartOperation()) return;
   model->ResetStoredProperty("");
   CXmlNode* node = model->GetCurrentNode();
   propertyManager->BeginUpdate();
   if (node != nullptr) model->RenewPropState(*node);
   {
-    const TreeUpdate update(model->views);
+    const TreeUpdate update(model->Services().views);
     const char* outputFile = node == nullptr ? nullptr : node->GetAttrValue("OutputFile");
     if (outputFile != nullptr) {
-      model->SendHost(kMsgOutputInvalid, outputFile, -1);
+      model->Host().SendHost(kMsgOutputInvalid, outputFile, -1);
       node = model->GetCurrentNode();
     }
     if (node != nullptr && model->IsOpen()) {
@@ -156,23 +156,23 @@ void CProjectManager::ResetProperty() {
 
 void CProjectManager::ShowNodeOptions() {
   CXmlNode* node = model->GetCurrentNode();
-  model->views.StopStepTimer();
+  model->Services().views.StopStepTimer();
   propertyManager->EndUpdate();
   propertyManager->BeginUpdate();
   model->RenewPropState(*node);
   {
-    const TreeUpdate update(model->views);
+    const TreeUpdate update(model->Services().views);
     model->PublishSubtree(*node);
     const std::uint64_t epoch = model->GetTreeEpoch();
     model->SetCurrentNode(node);
     if (model->GetTreeEpoch() == epoch) model->RestorePropState(*node);
     propertyManager->EndUpdate();
   }
-  if (model->CanStartOperation()) propertyManager->ShowOptions(mainframeHandle);
+  if (builder->CanStartOperation()) propertyManager->ShowOptions(mainframeHandle);
 }
 
 void CProjectManager::ShowApplicationOptions() {
-  model->views.StopStepTimer();
+  model->Services().views.StopStepTimer();
   propertyManager->EndUpdate();
   propertyManager->BeginUpdate();
   if (CXmlNode* application = model->GetActiveApplication()) {
@@ -180,7 +180,7 @@ void CProjectManager::ShowApplicationOptions() {
     model->SetCurrentNode(application);
   }
   propertyManager->EndUpdate();
-  if (model->CanStartOperation()) propertyManager->ShowOptions(mainframeHandle);
+  if (builder->CanStartOperation()) propertyManager->ShowOptions(mainframeHandle);
 }
 
 void CProjectManager::OpenListing(CXmlNode* node) {
@@ -188,7 +188,7 @@ void CProjectManager::OpenListing(CXmlNode* node) {
   if (node == nullptr) return;
   if (node->FindChild("#CDATA") == nullptr && model->LoadNodeOptions(node, true) == nullptr) return;
   const std::string listing = TextOf(node->GetAttrValue("ListingFile"));
-  if (!listing.empty()) model->SendHost(kMsgOpenFileAtLine, listing, 0);
+  if (!listing.empty()) model->Host().SendHost(kMsgOpenFileAtLine, listing, 0);
 }
 
 void CProjectManager::RunOpenCommand() {
@@ -196,36 +196,36 @@ void CProjectManager::RunOpenCommand() {
   if (node == nullptr) return;
   const std::string command =
       propertyManager->GetPropertyValue(node->NameView(), "Internal", "Open");
-  if (!command.empty()) model->SendHost(kMsgCommand, ParseNumber(command), 0);
+  if (!command.empty()) model->Host().SendHost(kMsgCommand, ParseNumber(command), 0);
 }
 
 void CProjectManager::OpenCurrentFile() {
   const CXmlNode* node = model->GetOwnCurrentNode();
   if (node == nullptr) return;
   const char* path = node->GetAttrValue("Path");
-  model->SendHost(kMsgOpenFileAtLine, path != nullptr ? path : TextOf(node->GetAttrValue("Header")),
-                  0);
+  model->Host().SendHost(kMsgOpenFileAtLine,
+                         path != nullptr ? path : TextOf(node->GetAttrValue("Header")), 0);
 }
 
 void CProjectManager::ShowCurrentFile() {
   const CXmlNode* node = model->GetOwnCurrentNode();
   const char* path = node == nullptr ? nullptr : node->GetAttrValue("Path");
-  if (path != nullptr) model->SendHost(kMsgOpenFile, path, -1);
+  if (path != nullptr) model->Host().SendHost(kMsgOpenFile, path, -1);
 }
 
 void CProjectManager::AnnounceActiveApplication() {
   const CXmlNode* application = model->GetActiveApplication();
   if (application == nullptr) return;
   const char* config = application->GetAttrValue("Config");
-  model->SendHost(kMsgApplicationActivated, TextOf(application->GetAttrValue("Path")),
-                  std::string(config == nullptr ? kStandardConfig : config));
-  model->views.BeginTreeUpdate();
-  model->views.EndTreeUpdate();
+  model->Host().SendHost(kMsgApplicationActivated, TextOf(application->GetAttrValue("Path")),
+                         std::string(config == nullptr ? kStandardConfig : config));
+  model->Services().views.BeginTreeUpdate();
+  model->Services().views.EndTreeUpdate();
 }
 
 void CProjectManager::StopPublishing() {
   model->SetPublishingSuspended(true);
-  model->views.StopStepTimer();
+  model->Services().views.StopStepTimer();
   propertyManager->EndUpdate();
   model->SetPublishingSuspended(false);
 }

@@ -9,7 +9,9 @@
 #include "automation/NodeSearch.h"
 #include "automation/TargetList.h"
 #include "builder/ApplicationOrder.h"
+#include "builder/LinkFiles.h"
 #include "builder/OutputIndex.h"
+#include "builder/Staleness.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"
@@ -118,8 +120,9 @@ void ForEachBuiltNode(const NodeTypes& types, const std::unordered_set<const CXm
 }
 
 template <class OnNode>
-void ForEachBuiltNode(CProjectModel& model, CXmlNode& application, const OnNode& onNode) {
-  ForEachBuiltNode(model.types, model.FindRepeatedNodes(application), application, onNode);
+void ForEachBuiltNode(Builder& builder, CXmlNode& application, const OnNode& onNode) {
+  ForEachBuiltNode(builder.GetModel().Types(), builder.Information().FindRepeatedNodes(application),
+                   application, onNode);
 }
 
 // Adds rows for build gaps: those of the application itself, or those below it.
@@ -145,22 +148,23 @@ bool HasStaleNodes(const CXmlNode& status, const CXmlNode& application) {
 
 // Adds the status of an application. The applications that it uses are listed by label, in build
 // order.
-void AddStatus(CProjectModel& model, const ApplicationOrder& order, CXmlNode& application,
+void AddStatus(Builder& builder, const ApplicationOrder& order, CXmlNode& application,
                CXmlNode& status) {
+  CProjectModel& model = builder.GetModel();
   CXmlNode& entry = *status.AddChild("Application");
   CopyAttribute(application, "Header", entry, "Header");
   CopyAttribute(application, "Path", entry, "Path");
   const char* config = application.GetAttrValue("Config");
   entry.AddAttr("Config", config == nullptr ? kStandardConfig : config);
   if (&application == model.GetActiveApplication()) entry.AddAttr("Active", "Yes");
-  AddGaps(model.types, application, false, entry);
+  AddGaps(model.Types(), application, false, entry);
   bool partsAreStale = false;
   for (const CXmlNode* used : order.GetUsed(application)) {
     CopyAttribute(*used, "Header", *entry.AddChild("Uses"), "Header");
     partsAreStale = partsAreStale || HasStaleNodes(status, *used);
   }
-  ForEachBuiltNode(model, application, [&](CXmlNode& node) {
-    const StaleVerdict verdict = model.ExamineNode(node);
+  ForEachBuiltNode(builder, application, [&](CXmlNode& node) {
+    const StaleVerdict verdict = builder.ExamineNode(node);
     const bool waitsForParts = !verdict && &node == &application && partsAreStale;
     if (!verdict && !waitsForParts) return;
     partsAreStale = true;
@@ -172,7 +176,7 @@ void AddStatus(CProjectModel& model, const ApplicationOrder& order, CXmlNode& ap
     row.AddAttr("Reason", waitsForParts ? "parts-stale" : NameOf(verdict.reason));
     row.AddAttr("File", verdict.file);
   });
-  AddGaps(model.types, application, true, entry);
+  AddGaps(model.Types(), application, true, entry);
 }
 
 }  // namespace
@@ -243,6 +247,11 @@ CProjectModel* CProjectInspector::Model() const {
   return object == nullptr ? nullptr : object->GetModel();
 }
 
+Builder* CProjectInspector::GetBuilder() const {
+  auto* object = static_cast<CProjectManager*>(manager.Get());
+  return object == nullptr ? nullptr : object->GetBuilder();
+}
+
 std::int32_t CProjectInspector::Attach(IDispatch* managerObject) {
   if (dynamic_cast<CProjectManager*>(managerObject) == nullptr) return 0;
   manager = DispatchPtr(managerObject);
@@ -277,9 +286,9 @@ std::string CProjectInspector::CopyOfTree(void (*fill)(const CXmlNode& root, CXm
   fill(model->GetProjectRoot(), copy);
   // The absolute path is the key of an application: it is the same before and after publishing.
   for (CXmlNode* child : copy.GetChildren()) {
-    if ((model->types.FlagsOf(*child) & kTypeApplication) == 0) continue;
+    if ((model->Types().FlagsOf(*child) & kTypeApplication) == 0) continue;
     std::string path;
-    if (model->MakeAbsolutePath(TextOf(child->GetAttrValue("Path")), path, nullptr)) {
+    if (model->Paths().MakeAbsolutePath(TextOf(child->GetAttrValue("Path")), path, nullptr)) {
       child->SetAttrValue("Path", path);
     }
   }
@@ -289,11 +298,13 @@ std::string CProjectInspector::CopyOfTree(void (*fill)(const CXmlNode& root, CXm
 std::string CProjectInspector::GetStatus() {
   CProjectModel* model = Model();
   if (model == nullptr) return {};
-  if (!model->IsWorkerAlive()) model->ForgetFileTimes();
+  if (!GetBuilder()->IsWorkerAlive()) GetBuilder()->Information().ForgetFileTimes();
   CXmlNode status;
   status.SetName("Status");
-  const ApplicationOrder order(model->types, model->toolManager, model->GetProjectRoot());
-  for (CXmlNode* application : order.GetAll()) AddStatus(*model, order, *application, status);
+  const ApplicationOrder order(model->Types(), model->Services().toolManager,
+                               model->GetProjectRoot());
+  for (CXmlNode* application : order.GetAll())
+    AddStatus(*GetBuilder(), order, *application, status);
   if (!order.GetProblem().empty()) status.AddAttr("Problem", order.GetProblem());
   return status.ToString(g_xmlDisplayOptions);
 }
@@ -304,7 +315,7 @@ std::string CProjectInspector::GetBuildInputs() {
   std::string lines;
   ForEachApplication(*model, [&](CXmlNode& application) {
     lines += "A " + TextOf(application.GetAttrValue("Path")) + "\n";
-    ForEachBuiltNode(*model, application, [&](CXmlNode& node) {
+    ForEachBuiltNode(*GetBuilder(), application, [&](CXmlNode& node) {
       if (FindStoredValues(node) == nullptr) return;
       lines += "N " + TextOf(node.GetAttrValue("OutputFile")) + "\n";
     });
@@ -326,7 +337,7 @@ std::string CProjectInspector::GetSharedOutputs(const char* application) {
   ForEachApplication(*model, [&](CXmlNode& node) {
     applications.push_back(&node);
     if (!isWanted(node)) return;
-    for (const SharedOutput& each : model->FindSharedOutputs(node)) add(each);
+    for (const SharedOutput& each : GetBuilder()->Information().FindSharedOutputs(node)) add(each);
   });
   if (applications.size() < 2) return lines;
   FindOutputsOfSeveral(
@@ -340,12 +351,13 @@ std::string CProjectInspector::GetToolInput(const char* application, const char*
   CProjectModel* model = Model();
   if (model == nullptr || application == nullptr || outputFile == nullptr) return {};
   CXmlNode* const owner = FindApplication(*model, application);
-  const CXmlNode* node = owner == nullptr ? nullptr : model->FindNodeByOutput(*owner, outputFile);
+  const CXmlNode* node =
+      owner == nullptr ? nullptr : GetBuilder()->Information().FindNodeByOutput(*owner, outputFile);
   const CXmlNode* values = node == nullptr ? nullptr : FindStoredValues(*node);
   if (values == nullptr) return {};
   std::string tool;
   std::string files;
-  model->GetToolInput(*node, tool, files);
+  tarn::GetToolInput(model->Types(), *node, tool, files);
   CXmlNode input;
   input.SetName("Input");
   input.AddAttr("Tool", tool);
@@ -451,7 +463,7 @@ std::int32_t CProjectInspector::CopyConfiguration(const char* from, const char* 
 
 std::int32_t CProjectInspector::GetChangeCount() {
   const CProjectModel* model = Model();
-  return model == nullptr ? 0 : static_cast<std::int32_t>(model->GetChangeCount() & 0x7FFFFFFF);
+  return model == nullptr ? 0 : static_cast<std::int32_t>(model->State().changeCount & 0x7FFFFFFF);
 }
 
 std::string CProjectInspector::GetDamage() {
@@ -476,7 +488,7 @@ std::string CProjectInspector::TryLockProject(const char* path) {
   if (model == nullptr) return "no project manager";
   if (!model->TryTakeEdits(TextOf(path))) return model->GetEditor();
   const std::string problem = model->GetEditProblem();
-  if (!problem.empty()) model->SendHost(kMsgLogLine, problem, 0);
+  if (!problem.empty()) model->Host().SendHost(kMsgLogLine, problem, 0);
   return {};
 }
 
@@ -501,7 +513,7 @@ std::string CProjectInspector::TakeBuildNotices() {
   CXmlNode list;
   list.SetName("Notices");
   if (model == nullptr) return {};
-  for (const CProjectModel::BuildNotice& each : model->TakeBuildNotices()) {
+  for (const HostLink::BuildNotice& each : model->Host().TakeBuildNotices()) {
     CXmlNode& notice = *list.AddChild("Notice");
     notice.AddAttr("Kind", each.kind == LineKind::Error ? "error" : "warning");
     notice.AddAttr("Text", each.text);
@@ -545,7 +557,7 @@ std::int32_t CProjectInspector::SetTrustedFolders(const char* folders) {
 std::int32_t CProjectInspector::SetStateFolder(const char* folder) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->SetStateFolder(TextOf(folder));
+  model->Services().stateFolder = TextOf(folder);
   return 1;
 }
 
@@ -600,19 +612,19 @@ std::int32_t CProjectInspector::SetNewProjectFolder(const char* folder) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
   const std::string wanted = ToNativeSeparators(TextOf(folder));
-  if (!wanted.empty()) model->examplesFolder = AddSeparator(wanted);
+  if (!wanted.empty()) model->Services().examplesFolder = AddSeparator(wanted);
   return 1;
 }
 
 std::int32_t CProjectInspector::IsModified() {
   const CProjectModel* model = Model();
-  return model != nullptr && !model->IsDefaultProject() && model->HasUnsaved() ? 1 : 0;
+  return model != nullptr && !model->IsDefaultProject() && model->State().HasUnsaved() ? 1 : 0;
 }
 
 std::int32_t CProjectInspector::DropChanges() {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->DropChanges();
+  model->State().DropChanges();
   return 1;
 }
 
@@ -641,7 +653,7 @@ std::string CProjectInspector::ExplainOption(const char* set, const char* sectio
       CXmlNode* value = nullptr;
       FindChildNode(property, "Header", inSection, value);
       if (value == nullptr) continue;
-      const std::uint32_t flags = model->types.FlagsOf(*level);
+      const std::uint32_t flags = model->Types().FlagsOf(*level);
       CXmlNode& from = *explanation.AddChild("From");
       from.AddAttr("Kind", (flags & kTypeApplication) != 0 ? "application"
                            : (flags & kTypeProject) != 0   ? "project"
@@ -673,8 +685,8 @@ std::string CProjectInspector::GetTargets() {
 
 std::string CProjectInspector::GetLogFile() {
   const CProjectModel* model = Model();
-  const bool hasOutput = model != nullptr && model->output != nullptr;
-  return hasOutput ? model->output->GetLogFile() : std::string();
+  const bool hasOutput = model != nullptr && model->Services().output != nullptr;
+  return hasOutput ? model->Services().output->GetLogFile() : std::string();
 }
 
 }  // namespace tarn

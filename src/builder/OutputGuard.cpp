@@ -5,6 +5,7 @@
 #include <optional>
 #include <string_view>
 
+#include "builder/BuildRecords.h"
 #include "platform/files/FileTexts.h"
 #include "platform/files/ProjectFolder.h"
 #include "platform/paths/Paths.h"
@@ -95,10 +96,9 @@ const char* OutputGuard::FindOwnReason(const std::string& path) {
 }
 
 const BuildRecord* OutputGuard::FindRecord(const CXmlNode& node) const {
-  BuildRecords& records = model_.GetBuildRecords();
-  const BuildRecords::Bound* const bound = records.Find(node);
+  const BuildRecords::Bound* const bound = records_.Find(node);
   const bool isKnown = bound != nullptr && bound->record != BuildRecordStore::kNone;
-  return isKnown ? &records.RecordOf(*bound) : nullptr;
+  return isKnown ? &records_.RecordOf(*bound) : nullptr;
 }
 
 // A record has the version of its output in a separate field; further products are its last inputs.
@@ -106,7 +106,7 @@ template <class Test>
 bool OutputGuard::IsMade(const CXmlNode& node, const std::string& path, const Test& test) const {
   const BuildRecord* const record = FindRecord(node);
   if (record == nullptr) return false;
-  const BuildRecordStore& store = model_.GetBuildRecords().Store();
+  const BuildRecordStore& store = records_.Store();
   const auto isThis = [&](BuildRecord::Number version) {
     return store.PathOf(version) == path && test(store.Version(version));
   };
@@ -125,7 +125,7 @@ std::vector<std::string> OutputGuard::FindByProducts(const CXmlNode& node) {
   std::vector<std::string> paths;
   const BuildRecord* const record = FindRecord(node);
   if (record == nullptr) return paths;
-  const BuildRecordStore& store = model_.GetBuildRecords().Store();
+  const BuildRecordStore& store = records_.Store();
   for (const BuildRecord::Number each : record->byProducts) {
     std::string path(store.PathOf(each));
     const std::optional<FileStatus> status = model_.GetFiles().ExamineExactly(path);
@@ -152,7 +152,7 @@ Status OutputGuard::Remove(const CXmlNode& node, const std::string& path) {
 }
 
 bool OutputGuard::IsRecorded(std::string_view path) const {
-  const BuildRecordStore& store = model_.GetBuildRecords().Store();
+  const BuildRecordStore& store = records_.Store();
   return std::any_of(applications_.begin(), applications_.end(), [&](const std::string& each) {
     return store.Find(each, path) != BuildRecordStore::kNone;
   });
@@ -161,7 +161,7 @@ bool OutputGuard::IsRecorded(std::string_view path) const {
 OutputGuard::Place OutputGuard::PlaceOf(const std::string& path) {
   FileSystem& files = model_.GetFiles();
   const auto find = [&](const std::string& place) {
-    const std::string& state = model_.GetStateFolder();
+    const std::string& state = model_.Services().stateFolder;
     const bool isState = !state.empty() && LeadsInto(files, state, place);
     return Place{!ProjectFolder(files, model_.GetProjectPath()).Holds(place), isState};
   };
@@ -181,7 +181,7 @@ const char* OutputGuard::FindReason(const std::string& path, const FileStatus& s
       Protect(WithExtension(model_.GetProjectPath(), extension).c_str(), folder, kIsProjectFile);
     }
     for (const CXmlNode* each : model_.GetProjectRoot().GetChildren()) {
-      if ((model_.types.FlagsOf(*each) & kTypeApplication) == 0) continue;
+      if ((model_.Types().FlagsOf(*each) & kTypeApplication) == 0) continue;
       applications_.push_back(TextOf(each->GetAttrValue("Path")));
     }
     Collect(model_.GetProjectRoot(), folder);
@@ -196,7 +196,7 @@ const char* OutputGuard::FindReason(const std::string& path, const FileStatus& s
 }
 
 void OutputGuard::Collect(const CXmlNode& node, const std::string& folder) {
-  const std::uint32_t flags = model_.types.FlagsOf(node);
+  const std::uint32_t flags = model_.Types().FlagsOf(node);
   const bool isFile = (flags & (kTypeProject | kTypeApplication)) != 0;
   Protect(node.GetAttrValue("Extern"), folder, kIsProjectFile);
   Protect(node.GetAttrValue("Path"), folder, isFile ? kIsProjectFile : kIsSource);
@@ -214,7 +214,7 @@ void OutputGuard::Collect(const CXmlNode& node, const std::string& folder) {
 void OutputGuard::Protect(const char* path, const std::string& folder, const char* reason) {
   if (path == nullptr || *path == '\0') return;
   std::string full = path;
-  if (IsRelativePath(full)) model_.MakeAbsolutePath(path, full, folder.c_str());
+  if (IsRelativePath(full)) model_.Paths().MakeAbsolutePath(path, full, folder.c_str());
   if (!paths_.try_emplace(full, reason).second) return;
   const std::optional<FileStatus> status = model_.GetFiles().Examine(full);
   if (status && status->inode != 0) files_.try_emplace({status->device, status->inode}, full);

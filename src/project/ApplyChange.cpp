@@ -91,27 +91,29 @@ CXmlNode& Follow(const Trail& trail, CXmlNode& root) {
 
 std::vector<std::string> CProjectModel::ApplyChange(const std::vector<FileText>& before,
                                                     const std::vector<FileText>& after) {
-  if (!isOpen || IsDefaultProject()) return {"no project is open"};
-  if (isClosing || !CanStartOperation()) return {"the project can't be changed now"};
+  if (!state.isOpen || state.IsDefaultProject()) return {"no project is open"};
+  if (state.isClosing || !services.build.CanStartOperation())
+    return {"the project can't be changed now"};
   if (IsDamageHeld()) return {"the project was read only in part"};
   ReplacedFiles present{{}, guard};
   for (const FileText& each : MakeFileTexts()) present.texts[each.path] = each.text;
   ReplacedFiles changed = present;
   const std::vector<std::string> problems = MergeChange(before, after, changed);
   if (!problems.empty() || changed.texts == present.texts) return problems;
-  const std::string path = projectPath;
-  const Trail trail = TrailOf(GetCurrentNode());
-  const std::int32_t noted = std::exchange(modified, 0);  // keeps the close from writing the files
+  const std::string path = state.projectPath;
+  const Trail trail = TrailOf(state.GetCurrentNode());
+  const std::int32_t noted =
+      std::exchange(state.modified, 0);  // keeps the close from writing the files
   if (!CloseProject()) {
-    modified |= noted;
+    state.modified |= noted;
     return {"the host keeps the project open"};
   }
   if (Reload(path, changed)) {
-    SetCurrentNode(&Follow(trail, *projectRoot));
+    SetCurrentNode(&Follow(trail, *state.projectRoot));
     return {};
   }
   // These unsaved changes exist nowhere else.
-  const bool isBack = !isOpen && Reload(path, present);
+  const bool isBack = !state.isOpen && Reload(path, present);
   return {isBack ? "the project can't be read after the change" : "another project was opened"};
 }
 
@@ -164,9 +166,9 @@ bool CProjectModel::Reload(const std::string& path, const ReplacedFiles& texts) 
   staged = std::make_unique<ReplacedFiles>(texts);
   const std::int32_t opened = OpenProject(path.c_str(), 0);
   if (opened && HoldsWhatIsSaved()) {
-    DropChanges();
+    state.DropChanges();
   } else if (opened) {
-    NoteModified();
+    state.NoteModified();
   }
   return opened != 0;
 }

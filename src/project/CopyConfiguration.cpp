@@ -88,19 +88,21 @@ std::string StoredName(CPropertyManagerDriver& propertyManager, const std::strin
 }  // namespace
 
 std::int32_t CProjectModel::CopyConfiguration(const std::string& from, const std::string& to) {
-  if (!CanStartOperation() || activeApplication == nullptr || to.empty() || EqualNoCase(from, to) ||
-      EqualNoCase(to, GetCurrentConfigName())) {
+  if (!services.build.CanStartOperation() || state.activeApplication == nullptr || to.empty() ||
+      EqualNoCase(from, to) || EqualNoCase(to, GetCurrentConfigName())) {
     return 0;
   }
-  const CopiedNames names{StoredName(*propertyManager, from), StoredName(*propertyManager, to),
+  const CopiedNames names{StoredName(*services.propertyManager, from),
+                          StoredName(*services.propertyManager, to),
                           EqualNoCase(from, kStandardConfig)};
-  const bool isOwn = CopyStoredBelow(types, *activeApplication, nullptr, names, true);
-  const bool isOutside = CopyStoredBelow(types, *projectRoot, projectRoot.get(), names, false);
+  const bool isOwn = CopyStoredBelow(types, *state.activeApplication, nullptr, names, true);
+  const bool isOutside =
+      CopyStoredBelow(types, *state.projectRoot, state.projectRoot.get(), names, false);
   if (!isOwn && !isOutside) return 1;
-  NoteModified();
-  ForgetKeptTexts();
+  state.NoteModified();
+  state.ForgetKeptTexts();
   // The cached values of a node include the stored options they were made from.
-  ResetNodeCache(isOutside ? *projectRoot : *activeApplication, true);
+  ResetNodeCache(isOutside ? *state.projectRoot : *state.activeApplication, true);
   PublishAll();
   return 1;
 }

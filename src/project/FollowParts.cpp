@@ -114,7 +114,7 @@ std::string CProjectModel::FindRenamedPart(const std::string& absolute,
   double most = 0.5;
   for (auto each = added.begin(); each != added.end(); ++each) {
     std::string target;
-    MakeAbsolutePath(*each, target, nullptr);
+    paths.MakeAbsolutePath(*each, target, nullptr);
     const Result<std::string> disk = files.ReadWholeFile(target);
     if (!disk) continue;
     const std::string moved = MoveText(files, *known, FolderOf(absolute), FolderOf(target));
@@ -148,9 +148,9 @@ void CProjectModel::FollowParts(std::vector<PendingFile>& pending) {
     for (PartChange& each : FindPartChanges(before, after)) {
       std::string from;
       std::string to;
-      MakeAbsolutePath(each.from, from, nullptr);
+      paths.MakeAbsolutePath(each.from, from, nullptr);
       if (each.to.empty()) each.to = FindRenamedPart(from, added);
-      MakeAbsolutePath(each.to, to, nullptr);
+      paths.MakeAbsolutePath(each.to, to, nullptr);
       for (const std::size_t part : owner.parts) {
         const bool isNamed = pending[part].absolute == from && !pending[part].isPlanned;
         if (isNamed && from != to) FollowPart(owner, pending[part], each, to);

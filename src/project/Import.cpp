@@ -54,21 +54,21 @@ std::string FailureText(std::int32_t exitCode, const std::string& path) {
 }  // namespace
 
 std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
-  const std::string oldFile = FullProjectPath(path);
+  const std::string oldFile = paths.FullProjectPath(path);
   const std::string newFile = WithExtension(oldFile, ".tprj");
-  const std::uint64_t opened = projectEpoch;
+  const std::uint64_t opened = state.projectEpoch;
   const std::string caption = GetMessageText(kRowProjectWord);
   bool converts = true;
   if (files.ReadWholeFile(newFile)) {
     converts = MayOverwrite(newFile);
-    if (projectEpoch != opened) return 0;
+    if (state.projectEpoch != opened) return 0;
   }
   if (converts) {
     std::string blamed = oldFile;
     const std::int32_t exitCode = RunConversion(oldFile, blamed);
-    if (projectEpoch != opened) return 0;
+    if (state.projectEpoch != opened) return 0;
     if (exitCode != kDone) {
-      ShowMessage(mainframeHandle, FailureText(exitCode, blamed), caption);
+      ShowMessage(services.mainframeHandle, FailureText(exitCode, blamed), caption);
       return 0;
     }
   }
@@ -79,24 +79,24 @@ std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
 // Returns the interpreter: the one the user configured, else the one bundled with the installation,
 // else the one found in PATH.
 std::string CProjectModel::FindImportProgram() const {
-  if (!importProgram.empty()) return FindProgram(importProgram);
-  const std::string own = JoinPath(applicationPath, "bin/k418/perl.exe");
+  if (!services.importProgram.empty()) return FindProgram(services.importProgram);
+  const std::string own = JoinPath(services.applicationPath, "bin/k418/perl.exe");
   return files.Exists(own) ? own : FindProgram(kInterpreter);
 }
 
 std::string CProjectModel::MissingImportProgram() const {
   if (!FindImportProgram().empty()) return {};
-  return importProgram.empty() ? kInterpreter : importProgram;
+  return services.importProgram.empty() ? kInterpreter : services.importProgram;
 }
 
 // Returns kDone also if nothing could be started.
 std::int32_t CProjectModel::RunConversion(const std::string& oldFile, std::string& blamed) {
-  const std::string folder = JoinPath(applicationPath, "bin/k418");
+  const std::string folder = JoinPath(services.applicationPath, "bin/k418");
   const std::string script = JoinPath(folder, "k418.pl");
   const std::string interpreter = FindImportProgram();
   if (interpreter.empty()) {
-    AddLogLine("Older projects are converted by a script, and there is no " +
-               MissingImportProgram() + " here to run it.");
+    host.AddLogLine("Older projects are converted by a script, and there is no " +
+                    MissingImportProgram() + " here to run it.");
     return kDone;
   }
   // The interpreter returns the same exit code for a missing script, and the old project would be
@@ -110,15 +110,16 @@ std::int32_t CProjectModel::RunConversion(const std::string& oldFile, std::strin
                         std::vector<std::string>{Protected(interpreter), Protected(folder),
                                                  Protected(script), Protected(oldFile)});
   std::string written;
-  const std::int32_t exitCode = RunAndWait(*launcher, commandLine, importSeconds, written);
+  const std::int32_t exitCode =
+      RunAndWait(*services.launcher, commandLine, services.importSeconds, written);
   for (const std::string_view line : Split(written, '\n')) {
-    if (!Trim(line).empty()) AddLogLine(std::string(line));
+    if (!Trim(line).empty()) host.AddLogLine(std::string(line));
   }
   if (exitCode == kTimeIsUp) {
-    AddLogLine("The conversion takes longer than " + std::to_string(importSeconds) +
-               " s. It goes on by itself.");
+    host.AddLogLine("The conversion takes longer than " + std::to_string(services.importSeconds) +
+                    " s. It goes on by itself.");
   } else if (exitCode < 0 || exitCode > kLastExitCode) {
-    AddLogLine("The conversion ended with the exit code " + std::to_string(exitCode) + ".");
+    host.AddLogLine("The conversion ended with the exit code " + std::to_string(exitCode) + ".");
   }
   return exitCode;
 }

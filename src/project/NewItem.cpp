@@ -50,7 +50,7 @@ std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) 
   if (name.size() > kLongestName) return "The name is too long.";
 
   std::string folder;
-  if (Trim(wanted.location).empty() || !MakeAbsolutePath(wanted.location, folder, nullptr)) {
+  if (Trim(wanted.location).empty() || !paths.MakeAbsolutePath(wanted.location, folder, nullptr)) {
     return "The application needs a folder.";
   }
   for (std::string each = folder; !each.empty() && !files.IsFolder(each); each = FolderOf(each)) {
@@ -58,13 +58,13 @@ std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) 
   }
   if (wanted.createNewProject) return {};
 
-  CXmlNode* const target = GetCurrentNode();
+  CXmlNode* const target = state.GetCurrentNode();
   CXmlNode* namesake = nullptr;
   FindTreeNode(name.c_str(), "Header", target, namesake);
   if (namesake != nullptr) return "The name \"" + name + "\" is in use.";
   CXmlNode* type = nullptr;
   FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), type);
-  if (type != nullptr && !CanContain(target, type)) {
+  if (type != nullptr && !types.CanContain(target, type)) {
     return "\"" + TextOf(target->GetAttrValue("Header")) +
            "\" can't hold an application of this type. Select the project first.";
   }
@@ -73,13 +73,15 @@ std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) 
 }
 
 std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtype) {
-  if (!CanStartOperation()) return 0;
+  if (!services.build.CanStartOperation()) return 0;
   if (EqualNoCase(TextOf(itemtype), "Group")) return AddGroup();
   NewApplication wanted;
   const CXmlNode* type = ProposeApplication(TextOf(itempath), itemtype, wanted);
   // While the user was choosing, another project may have been opened or a build started.
-  const std::uint64_t asked = projectEpoch;
-  if (!views.AskNewApplication(wanted) || projectEpoch != asked || !CanStartOperation()) return 0;
+  const std::uint64_t asked = state.projectEpoch;
+  if (!views.AskNewApplication(wanted) || state.projectEpoch != asked ||
+      !services.build.CanStartOperation())
+    return 0;
   if (wanted.configName.empty()) wanted.configName = kStandardConfig;
   CXmlNode* chosen = nullptr;
   FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), chosen);
@@ -87,7 +89,7 @@ std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtyp
   if (type == nullptr || !IsFileTitle(wanted.applicationName)) return 0;
 
   std::string folder;
-  MakeAbsolutePath(wanted.location, folder, nullptr);
+  paths.MakeAbsolutePath(wanted.location, folder, nullptr);
   const std::string file = AddSeparator(folder) + wanted.applicationName;
   auto node = CXmlNode::CreateNode(type->NameView());
   node->SetAttrValue("Header", wanted.applicationName);
@@ -97,37 +99,37 @@ std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtyp
                                     ? PlaceInNewProject(*node, file + ".tapp", file + ".tprj")
                                     : PlaceInProject(std::move(node));
   if (!isPlaced) return 0;
-  const std::uint64_t opened = projectEpoch;
+  const std::uint64_t opened = state.projectEpoch;
   SetUpApplication(wanted);
-  if (projectEpoch == opened && wanted.useCobbler && !wanted.wizardPath.empty()) {
+  if (state.projectEpoch == opened && wanted.useCobbler && !wanted.wizardPath.empty()) {
     if (!RunCobbler(wanted.wizardPath)) return 0;
   }
-  SendHost(kMsgCreationEnded, GetMessageText(kRowProjectWord), 0);
-  if (projectEpoch == opened) NoteModified();
+  host.SendHost(kMsgCreationEnded, GetMessageText(kRowProjectWord), 0);
+  if (state.projectEpoch == opened) state.NoteModified();
   return 1;
 }
 
 // Applies the settings of the selected microcontroller.
 void CProjectModel::SetUpApplication(const NewApplication& wanted) {
-  const Creating creating(creatingProject);
-  const std::uint64_t opened = projectEpoch;
-  if (!wanted.targetText.empty()) SendHost(kMsgRunScript, wanted.targetText, 0);
-  if (projectEpoch == opened && wanted.configName != kStandardConfig) {
-    propertyManager->SetCurrentConfig(wanted.configName);
+  const Creating creating(state.creatingProject);
+  const std::uint64_t opened = state.projectEpoch;
+  if (!wanted.targetText.empty()) host.SendHost(kMsgRunScript, wanted.targetText, 0);
+  if (state.projectEpoch == opened && wanted.configName != kStandardConfig) {
+    services.propertyManager->SetCurrentConfig(wanted.configName);
     SelectConfiguration(wanted.configName);
   }
 }
 
 std::int32_t CProjectModel::AddGroup() {
-  CXmlNode* target = GetCurrentNode();
+  CXmlNode* target = state.GetCurrentNode();
   if (target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0) {
     target = target->GetParent();
   }
   // Without a project, no file would contain the folder.
-  if (target == nullptr || !isOpen) return 0;
+  if (target == nullptr || !state.isOpen) return 0;
   auto node = CXmlNode::CreateNode("Group");
   node->AddAttr("Header", "New Folder");
-  NoteShapeChanged();
+  state.NoteShapeChanged();
   SetCurrentNode(AttachNode(*target, std::move(node), Opens::No));
   return 1;
 }
@@ -140,18 +142,19 @@ const CXmlNode* CProjectModel::ProposeApplication(const std::string& itempath, c
   do {
     wanted.applicationName = "Application" + std::to_string(number++);
     taken = nullptr;
-    FindTreeNode(wanted.applicationName.c_str(), "Header", projectRoot.get(), taken);
+    FindTreeNode(wanted.applicationName.c_str(), "Header", state.projectRoot.get(), taken);
   } while (taken != nullptr);
 
   wanted.location = HomeFolder();
-  const std::string place = isDefaultProject != 0 ? examplesFolder : AddSeparator(projectFolder);
+  const std::string place =
+      state.isDefaultProject != 0 ? services.examplesFolder : AddSeparator(state.projectFolder);
   const PathParts parts = SplitPath(ToNativeSeparators(itempath.empty() ? place : itempath));
   if (!(parts.drive + parts.folder).empty()) wanted.location = parts.drive + parts.folder;
   if (!parts.title.empty()) wanted.applicationName = parts.title;
 
   CXmlNode* type = nullptr;
   FindChildNode(itemtype, nullptr, &types.GetRoot(), type);
-  wanted.createNewProject = isDefaultProject != 0;
+  wanted.createNewProject = state.isDefaultProject != 0;
   if (type != nullptr) {
     wanted.typeHeader = TextOf(type->GetAttrValue("Header"));
     if (!IsYes(*type, "Build")) {
@@ -164,21 +167,22 @@ const CXmlNode* CProjectModel::ProposeApplication(const std::string& itempath, c
 
 // Adds the application to the tree only; the next save creates its file.
 std::int32_t CProjectModel::PlaceInProject(std::unique_ptr<CXmlNode> node) {
-  CXmlNode* const target = GetCurrentNode();
+  CXmlNode* const target = state.GetCurrentNode();
   CXmlNode* namesake = nullptr;
   FindTreeNode(node->GetAttrValue("Header"), "Header", target, namesake);
-  if (namesake != nullptr || !isOpen || !CanContain(target, node.get())) return 0;
-  const std::uint64_t opened = projectEpoch;
-  NoteModified();
+  if (namesake != nullptr || !state.isOpen || !types.CanContain(target, node.get())) return 0;
+  const std::uint64_t opened = state.projectEpoch;
+  state.NoteModified();
   SetCurrentNode(AttachNode(*target, std::move(node), Opens::No));
-  return projectEpoch == opened ? 1 : 0;
+  return state.projectEpoch == opened ? 1 : 0;
 }
 
 std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
                                               const std::string& applicationFile,
                                               const std::string& projectFile) {
-  if (isOpen && EqualNoCase(projectFile, projectPath) && !CloseProject()) return 0;
-  if (!CheckFileAccess(files, applicationFile, kMustBeWritable | kCreateFolder, *output)) return 0;
+  if (state.isOpen && EqualNoCase(projectFile, state.projectPath) && !CloseProject()) return 0;
+  if (!CheckFileAccess(files, applicationFile, kMustBeWritable | kCreateFolder, *services.output))
+    return 0;
   if (files.Exists(applicationFile)) {
     if (!MayOverwrite(applicationFile)) return 0;
     // The file is replaced rather than deleted, so that a full disk does not also lose the old one.
@@ -190,10 +194,10 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
   const std::string text = node.ToString(g_xmlDisplayOptions);
   const Status written = WriteProjectFile(files, applicationFile, text);
   if (!written && files.Exists(applicationFile)) {
-    output->WriteMessage(kRowCannotSave, {applicationFile}, written.GetError().text);
+    services.output->WriteMessage(kRowCannotSave, {applicationFile}, written.GetError().text);
     return 0;
   }
-  const Creating creating(creatingProject);
+  const Creating creating(state.creatingProject);
   if (!CreateProjectFile(projectFile, 0)) return 0;
   if (!OpenProject(projectFile.c_str(), 0)) return 0;
   return AddItem(applicationFile, node.NameText(), true);
@@ -201,14 +205,15 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
 
 // Runs the tool that generates the initial sources for a microcontroller.
 std::int32_t CProjectModel::RunCobbler(const std::string& wizardPath) {
-  const std::string tool = files.Exists(wizardPath) ? wizardPath : configFolder + wizardPath;
-  CXmlNode* const node = GetCurrentNode();
+  const std::string tool =
+      files.Exists(wizardPath) ? wizardPath : services.configFolder + wizardPath;
+  CXmlNode* const node = state.GetCurrentNode();
   const CXmlNode* values = FindStoredValues(*node);
   if (values == nullptr) values = LoadNodeOptions(node, true);
-  if (values == nullptr || toolManager == nullptr) return 0;
+  if (values == nullptr || services.toolManager == nullptr) return 0;
   const std::string options(values->ValueText());
   const WaitCursor wait;
-  toolManager->RunTool(tool, "", options, nullptr);
+  services.toolManager->RunTool(tool, "", options, nullptr);
   return 1;
 }
 

@@ -39,10 +39,10 @@ void NameActive(CXmlNode& root, const NodeTypes& types) {
 // make to the tree must not get into the files.
 std::int32_t CProjectModel::SaveTreeFile(CXmlNode& node, const std::string& fileName) {
   std::string absolute;
-  if (!MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
+  if (!paths.MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
   std::vector<PendingFile> pending;
   CollectTreeFiles(node, absolute, pending);
-  const bool isHeld = editLock.IsHeldFor(projectPath);
+  const bool isHeld = editLock.IsHeldFor(state.projectPath);
   if (const std::string refusal = PlanFiles(pending); !refusal.empty()) {
     RefuseFiles(pending, refusal);
   } else {
@@ -75,10 +75,10 @@ void CProjectModel::KeepUnsaved(const std::vector<PendingFile>& pending) {
 // string. Releases the lock while the user is asked about files outside the project's folder, so
 // that no other program has to wait; references may lead anywhere.
 std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
-  const bool isHeld = editLock.IsHeldFor(projectPath);
+  const bool isHeld = editLock.IsHeldFor(state.projectPath);
   std::set<std::string> refused;
   while (true) {
-    const bool isTaken = editLock.Take(projectPath);
+    const bool isTaken = editLock.Take(state.projectPath);
     PrepareFiles(pending);
     if (!isTaken) return "another program is changing the project (" + editLock.GetHolder() + ")";
     const auto asked = std::find_if(pending.begin(), pending.end(), [&](const PendingFile& file) {
@@ -88,7 +88,8 @@ std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
     if (!isHeld) editLock.Release();
     const std::string& target = asked->plan.absolute;
     const std::string question = target + ": " + DescribeOutside(asked->plan) + ".\n\nWrite it?";
-    const bool isAllowed = AskOkCancel(mainframeHandle, question, GetMessageText(kRowProjectWord));
+    const bool isAllowed =
+        AskOkCancel(services.mainframeHandle, question, GetMessageText(kRowProjectWord));
     (isAllowed ? mayWriteOutside : refused).insert(target);
   }
   for (PendingFile& file : pending) {
@@ -103,19 +104,21 @@ std::string CProjectModel::PlanFiles(std::vector<PendingFile>& pending) {
 std::string CProjectModel::DescribeOutside(const SavePlan& plan) const {
   const std::string& path = plan.absolute;
   if (!plan.isNeeded || writesOutside || mayWriteOutside.contains(path)) return {};
-  return trust.IsGiven() ? std::string() : ProjectFolder(files, projectPath).WhyOutside(path);
+  return trust.IsGiven() ? std::string() : ProjectFolder(files, state.projectPath).WhyOutside(path);
 }
 
 void CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
   FollowParts(pending);
   const FileSaver saver(files, guard, types);
   // A file that was never saved must not re-create a moved folder either.
-  const bool isGone = guard.TextOf(projectPath) != nullptr && !files.Exists(projectFolder);
+  const bool isGone =
+      guard.TextOf(state.projectPath) != nullptr && !files.Exists(state.projectFolder);
   for (PendingFile& file : pending) {
     if (!file.isPlanned) file.plan = saver.Prepare(file.absolute, file.text, file.changedParts);
     const std::string& target = file.plan.absolute;
-    if (isGone && file.plan.problem.empty() && target.starts_with(AddSeparator(projectFolder))) {
-      file.plan.problem = "the folder " + projectFolder + " does not exist";
+    if (isGone && file.plan.problem.empty() &&
+        target.starts_with(AddSeparator(state.projectFolder))) {
+      file.plan.problem = "the folder " + state.projectFolder + " does not exist";
     }
     // An option of the application may name any file as its own.
     if (file.plan.problem.empty() && guard.TextOf(target) == nullptr && files.Exists(target)) {
@@ -133,12 +136,12 @@ void CProjectModel::PrepareFiles(std::vector<PendingFile>& pending) {
 
 std::vector<FileText> CProjectModel::MakeFileTexts() {
   std::vector<FileText> texts;
-  if (!isOpen) return texts;
+  if (!state.isOpen) return texts;
   CXmlNode copy;
-  copy.CopyFrom(*projectRoot);
+  copy.CopyFrom(*state.projectRoot);
   StripSubtree(copy, true);
   std::vector<PendingFile> pending;
-  CollectTreeFiles(copy, projectPath, pending);
+  CollectTreeFiles(copy, state.projectPath, pending);
   for (PendingFile& file : pending) texts.push_back({file.absolute, std::move(file.text)});
   return texts;
 }
@@ -163,10 +166,10 @@ std::size_t CProjectModel::CollectTreeFiles(CXmlNode& node, const std::string& a
     // The part has no file: its children stay in this one.
     if (path.empty()) continue;
     std::string relative;
-    MakeRelativePath(path, relative, nullptr);
+    paths.MakeRelativePath(path, relative, nullptr);
     part.SetAttrValue("Extern", relative);
     std::string partFile;
-    MakeAbsolutePath(path, partFile, nullptr);
+    paths.MakeAbsolutePath(path, partFile, nullptr);
     own.parts.push_back(CollectTreeFiles(part, partFile, pending));
     // The owner's file contains only the part's attributes.
     aside.push_back({&part, {}, part.GetValue()});
@@ -205,12 +208,12 @@ void CProjectModel::SavePendingFile(PendingFile& file, const std::vector<Pending
     LoseNothing(file, file.plan.problem);
   } else if (const FileAccess access =
                  GetFileAccess(files, target, kMustBeWritable | kCreateFolder);
-             !ReportFileAccess(access, *output, target)) {
+             !ReportFileAccess(access, *services.output, target)) {
     // ReportFileAccess has already logged the error.
     KeepElsewhere(file, access.reason.place + ": " + access.reason.text);
   } else if (const Status written = WriteTreeFile(file.plan); !written) {
     if (written.GetError().code == ErrorCode::ReadOnly) {
-      output->WriteMessage(kRowReadOnly, {target});
+      services.output->WriteMessage(kRowReadOnly, {target});
     }
     LoseNothing(file, written.GetError().text);
   }
@@ -240,8 +243,8 @@ void CProjectModel::KeepElsewhere(PendingFile& file, const std::string& reason) 
   report.problem = reason;
   report.isOutside = file.isOutside;
   const std::string beside =
-      file.isOutside ? JoinPath(projectFolder, FileNameOf(report.path)) : report.path;
-  report.copy = guard.Rescue(beside, file.plan.own, dataPath);
+      file.isOutside ? JoinPath(state.projectFolder, FileNameOf(report.path)) : report.path;
+  report.copy = guard.Rescue(beside, file.plan.own, services.dataPath);
   if (report.copy.empty()) report.problem += "; no copy could be written either";
   savedFiles.push_back(std::move(report));
 }
@@ -249,7 +252,7 @@ void CProjectModel::KeepElsewhere(PendingFile& file, const std::string& reason) 
 // Same as `KeepElsewhere()`, but also logs the error.
 void CProjectModel::LoseNothing(PendingFile& file, const std::string& reason) {
   KeepElsewhere(file, reason);
-  output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
+  services.output->WriteMessage(kRowCannotSave, {file.plan.absolute}, reason);
 }
 
 // Writes nothing. A project that stays open still has everything; otherwise saves the contents in
@@ -270,7 +273,7 @@ void CProjectModel::RefuseFiles(std::vector<PendingFile>& pending, const std::st
     if (isOther && isSaving && isOutside) continue;
     report.problem = isOther ? place + ": " + reason : reason;
     if (!isSaving) {
-      report.copy = guard.RescueTo(dataPath, report.path, file.plan.own);
+      report.copy = guard.RescueTo(services.dataPath, report.path, file.plan.own);
       if (report.copy.empty()) report.problem += "; no copy could be written either";
     }
     savedFiles.push_back(std::move(report));

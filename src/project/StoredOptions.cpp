@@ -72,23 +72,24 @@ std::string ConfigOfSection(const std::string& section, const std::string& curre
 
 std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) {
   const std::string keyText =
-      changedKey.empty() ? propertyManager->GetChangedProperty() : changedKey;
+      changedKey.empty() ? services.propertyManager->GetChangedProperty() : changedKey;
   if (keyText.empty()) return 0;
-  CXmlNode* node = GetCurrentNode();
+  CXmlNode* node = state.GetCurrentNode();
   if (node == nullptr) return 0;
-  NoteModified();
+  state.NoteModified();
   OptionKey key = KeyForStoring(keyText);
   if (key.set.empty()) key.set = node->GetName();
   if (EqualNoCase(key.set, node->NameView()) && EqualNoCase(key.section, kGeneralSection) &&
       (EqualNoCase(key.property, "Type") || EqualNoCase(key.property, "Header"))) {
     return ChangeNodeIdentity(
-        *node, key.property, propertyManager->GetPropertyValue(key.set, key.section, key.property));
+        *node, key.property,
+        services.propertyManager->GetPropertyValue(key.set, key.section, key.property));
   }
 
   auto changed = CXmlNode::CreateNode("Options");
   const std::string config = ConfigOfSection(key.section, GetCurrentConfigName());
   auto value = std::make_unique<CXmlNode>();
-  value->Load(propertyManager->GetConfigText(config, key.set, key.section, key.property),
+  value->Load(services.propertyManager->GetConfigText(config, key.set, key.section, key.property),
               g_xmlParseInfo);
   changed->AppendChild(std::move(value));
   CXmlNode* old = node->FindChild("Options");
@@ -96,14 +97,14 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
   // At the same position: a damaged file may have two, of which the first is the effective one.
   node->InsertChildBefore(std::move(changed), old);
   if (old != nullptr) node->RemoveChild(old);
-  ForgetKeptTexts();
+  state.ForgetKeptTexts();
 
-  if (creatingProject == 0 && activeApplication != nullptr &&
-      (types.FlagsOf(*activeApplication) & kTypeAutoDebug) != 0) {
-    if (isDefaultProject != 0) {
+  if (state.creatingProject == 0 && state.activeApplication != nullptr &&
+      (types.FlagsOf(*state.activeApplication) & kTypeAutoDebug) != 0) {
+    if (state.isDefaultProject != 0) {
       ClearDefaultApplicationItems();
     } else {
-      PostHostCommand(kCommandAutoDebug);
+      host.PostHostCommand(kCommandAutoDebug);
     }
   }
   return 1;
@@ -131,12 +132,12 @@ std::int32_t CProjectModel::ChangeNodeIdentity(CXmlNode& node, const std::string
   if (isType) {
     node.SetName(value);
   } else {
-    const char* active = projectRoot->GetAttrValue("ActiveApp");
+    const char* active = state.projectRoot->GetAttrValue("ActiveApp");
     const char* oldHeader = node.GetAttrValue("Header");
     const bool namesActive = (types.FlagsOf(node) & kTypeApplication) != 0 &&
-                             node.GetParent() == projectRoot.get() && active != nullptr &&
+                             node.GetParent() == state.projectRoot.get() && active != nullptr &&
                              oldHeader != nullptr && EqualNoCase(active, oldHeader);
-    if (namesActive) projectRoot->SetAttrValue("ActiveApp", value);
+    if (namesActive) state.projectRoot->SetAttrValue("ActiveApp", value);
     node.SetAttrValue("Header", value);
   }
   StripForSave(node, true);
@@ -145,10 +146,10 @@ std::int32_t CProjectModel::ChangeNodeIdentity(CXmlNode& node, const std::string
 }
 
 std::int32_t CProjectModel::ResetStoredProperty(const std::string& changedKey) {
-  if (!CanStartOperation()) return 0;
+  if (!services.build.CanStartOperation()) return 0;
   const std::string keyText =
-      changedKey.empty() ? propertyManager->GetChangedProperty() : changedKey;
-  CXmlNode* node = GetCurrentNode();
+      changedKey.empty() ? services.propertyManager->GetChangedProperty() : changedKey;
+  CXmlNode* node = state.GetCurrentNode();
   if (node == nullptr) return 0;
   const OptionKey key = KeyForResetting(keyText);
   CXmlNode* options = node->FindChild("Options");
@@ -157,36 +158,36 @@ std::int32_t CProjectModel::ResetStoredProperty(const std::string& changedKey) {
   CXmlNode* section = ChildByHeader(set, key.section);
   if (section == nullptr) return 1;
   if (!key.property.empty()) {
-    if (RemoveIfRemovable(*section, ChildByHeader(section, key.property))) NoteModified();
+    if (RemoveIfRemovable(*section, ChildByHeader(section, key.property))) state.NoteModified();
   } else {
     for (int i = section->GetChildCount() - 1; i >= 0; --i) {
-      if (RemoveIfRemovable(*section, section->GetChild(i))) NoteModified();
+      if (RemoveIfRemovable(*section, section->GetChild(i))) state.NoteModified();
     }
   }
   // Removes ancestors that became empty, except for the topmost.
   if (section->GetChildCount() == 0) set->RemoveChild(section);
   if (set->GetChildCount() == 0) config->RemoveChild(set);
   if (config->GetChildCount() == 0) options->RemoveChild(config);
-  ForgetKeptTexts();
+  state.ForgetKeptTexts();
   return 1;
 }
 
 std::int32_t CProjectModel::ResetNodeOptions(CXmlNode* node) {
-  if (!CanStartOperation()) return 0;
-  if (node == nullptr) node = GetCurrentNode();
+  if (!services.build.CanStartOperation()) return 0;
+  if (node == nullptr) node = state.GetCurrentNode();
   if (node == nullptr) return 0;
-  NoteModified();
+  state.NoteModified();
   if (CXmlNode* options = node->FindChild("Options")) node->RemoveChild(options);
-  propertyManager->BeginUpdate();
+  services.propertyManager->BeginUpdate();
   RenewPropState(*node);
   {
     const TreeUpdate update(views);
     ResetNodeCache(*node, false);
     // The property manager still has the values that were just removed.
-    const std::uint64_t epoch = treeEpoch;
+    const std::uint64_t epoch = state.treeEpoch;
     SetCurrentNode(node);
-    if (treeEpoch == epoch) RestorePropState(*node);
-    propertyManager->EndUpdate();
+    if (state.treeEpoch == epoch) RestorePropState(*node);
+    services.propertyManager->EndUpdate();
   }
   return 1;
 }

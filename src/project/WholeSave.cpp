@@ -28,7 +28,7 @@ void CProjectModel::SaveAllPending(std::vector<PendingFile>& pending) {
       fail(file.plan.problem);
     } else if (const FileAccess access =
                    GetFileAccess(files, target, kMustBeWritable | kCreateFolder);
-               !ReportFileAccess(access, *output, target)) {
+               !ReportFileAccess(access, *services.output, target)) {
       fail(access.reason.place + ": " + access.reason.text);
     } else if (const Status kept = saver.KeepOther(file.plan, reports.emplace_back()); !kept) {
       fail(kept.GetError().text);

@@ -49,7 +49,7 @@ std::intptr_t CProjectWnd::OnMessage(std::uint32_t message, std::intptr_t wParam
       OnKey(static_cast<int>(wParam));
       break;
     case kXmlTreeReorder:
-      if (model != nullptr) model->NoteReordered();
+      if (model != nullptr) model->State().NoteReordered();
       break;
     default:
       break;

@@ -35,10 +35,11 @@ struct Scene {
   std::string Command(std::int32_t id) { return world.Call("Command", {id}); }
   std::string Enabled(std::int32_t id) { return world.Call("EnableCommand", {id}); }
   CProjectModel& Model() { return *world.Manager().GetModel(); }
+  Builder& GetBuilder() { return *world.Manager().GetBuilder(); }
   // Processes the worker's tasks until it has finished.
   void EndWorker() {
     EXPECT_TRUE(MessageLoop::ForCurrentThread()->PumpUntil(
-        [this] { return !Model().IsWorkerAlive(); }, std::chrono::seconds(20)));
+        [this] { return !GetBuilder().IsWorkerAlive(); }, std::chrono::seconds(20)));
   }
   std::string Shape() {
     std::string text;
@@ -78,7 +79,7 @@ TEST_F(Commands, AreEnabledByTheStateOfTheProject) {
   std::string whileBuilding;
   std::string whileStopping;
   world.host.actions[kMsgToolSucceeded] = [&] {
-    if (Model().GetBuildState() != StateBuilding || !whileBuilding.empty()) return;
+    if (GetBuilder().GetBuildState() != StateBuilding || !whileBuilding.empty()) return;
     whileBuilding = disabled() + "none";
     EXPECT_EQ(Command(0x811C), "1");
     whileStopping = disabled();
@@ -221,12 +222,13 @@ TEST_F(Commands, ABuildThatTheHostRefusesCostsNothing) {
   Open();
   ASSERT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Flag", "kept"}), "1");
   world.Call("ReportMessage", {"said before"});
-  const int lines = Model().output->GetRoot().GetChildCount();
+  const int lines = Model().Services().output->GetRoot().GetChildCount();
   world.host.answers[kMsgBuildStarting] = 0;
   EXPECT_EQ(world.Call("PrologCommand", {0x8112}), "0");
   EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 0u);
   EXPECT_EQ(world.components.Properties().holds, 0);
-  EXPECT_EQ(Model().output->GetRoot().GetChildCount(), lines) << "the log of the build before";
+  EXPECT_EQ(Model().Services().output->GetRoot().GetChildCount(), lines)
+      << "the log of the build before";
   EXPECT_EQ(Enabled(0x811C) + world.Call("GetPropertyValue", {"C", "Build", "Flag"}), "0'kept'");
   EXPECT_EQ(world.Call("ProjectSave"), "1");
   EXPECT_NE(world.disk.BytesOf("/p/demo.tapp")->find("kept"), std::string::npos);

@@ -54,7 +54,8 @@ class Windowed : public Watched {
     }
   }
   CProjectModel& Model() { return *Manager().GetModel(); }
-  CProjectWnd& Window() { return *static_cast<CProjectWnd*>(Model().views.project); }
+  Builder& GetBuilder() { return *Manager().GetBuilder(); }
+  CProjectWnd& Window() { return *static_cast<CProjectWnd*>(Model().Services().views.project); }
   CXmlTreeCtrl& Tree() { return Window().GetTree(); }
   CXmlNode* Node(const char* header) {
     return Model().GetProjectRoot().FindDescendantByAttr("Header", header);
@@ -99,7 +100,7 @@ class Windowed : public Watched {
     host.actions[kMsgCommand] = host.actions[0x8000];
   }
   void LetBuildEnd() {
-    MessageLoop::ForCurrentThread()->PumpUntil([&] { return !Model().IsWorkerAlive(); },
+    MessageLoop::ForCurrentThread()->PumpUntil([&] { return !GetBuilder().IsWorkerAlive(); },
                                                std::chrono::seconds(20));
     Pump();
   }
@@ -172,7 +173,7 @@ const UserAct kUserActs[] = {
     {"properties", [](Windowed& w) { w.Window().GetToolBar().NotifyButton(32776); }},
     {"dependencies",
      [](Windowed& w) {
-       w.Model().ForgetCurrentNode();
+       w.Model().State().ForgetCurrentNode();
        SendWindowMessage(w.Window().GetHandle(), kMsgCommand, 32774, 0);
      }},
     {"publishing",
@@ -252,7 +253,7 @@ TEST(WindowEvents, WhateverAHostDoesInsideAnEventTheWindowShowsTheTreeThatThereI
         wasDone = world.WasDone();
         world.host.actions.clear();
         world.LetBuildEnd();
-        EXPECT_EQ(world.Model().GetBuildState() == StateBuilding, false) << name;
+        EXPECT_EQ(world.GetBuilder().GetBuildState() == StateBuilding, false) << name;
         world.ExpectShown(name);
         world.Call("ProjectSave");
         Windowed::Pump();
@@ -342,7 +343,7 @@ class WindowedBuild : public Windowed {
     EXPECT_EQ(Call("Command", {0x8112}), "2");
     EXPECT_TRUE(
         tool->loop->PumpUntil([&] { return tool->isRunning.load(); }, std::chrono::seconds(20)));
-    EXPECT_TRUE(Model().IsWorkerAlive());
+    EXPECT_TRUE(GetBuilder().IsWorkerAlive());
     TakeLines();
   }
   void LetToolEnd() {
@@ -369,10 +370,10 @@ TEST(WindowEvents, EventsBesideABuildLeaveItsTreeAlone) {
     world.Start();
     user.act(world);
     Windowed::Pump();
-    EXPECT_TRUE(world.Model().IsWorkerAlive()) << user.name;
+    EXPECT_TRUE(world.GetBuilder().IsWorkerAlive()) << user.name;
     world.LetToolEnd();
     world.LetBuildEnd();
-    EXPECT_EQ(world.Model().GetBuildState(), StateSucceeded) << user.name;
+    EXPECT_EQ(world.GetBuilder().GetBuildState(), StateSucceeded) << user.name;
     EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 3u) << user.name;
     EXPECT_EQ(world.Shown(), user.shownBesideABuild) << user.name;
     world.ExpectShown(user.name);

@@ -42,9 +42,9 @@ TEST_F(ApplyChange, GoesBackAndOnInMemoryUntilASave) {
   after = world.model->MakeFileTexts();
   EXPECT_EQ(Undo(), Lines());
   EXPECT_EQ(Tree(), "demo[G[a.c c.c] b.c]");
-  EXPECT_FALSE(world.model->HasUnsaved()) << "it is as it was saved";
+  EXPECT_FALSE(world.model->State().HasUnsaved()) << "it is as it was saved";
   EXPECT_EQ(Redo(), Lines());
-  EXPECT_TRUE(world.model->HasUnsaved());
+  EXPECT_TRUE(world.model->State().HasUnsaved());
   EXPECT_EQ(Tree(), "demo[G[c.c] b.c]");
   EXPECT_EQ(world.FileText("/p/demo.tapp"), old);
   ASSERT_EQ(world.model->SaveProject(), 1);

@@ -220,7 +220,7 @@ TEST_F(MovedFiles, AProjectWhoseFolderIsGoneIsNotMadeAgain) {
     application.applicationName = "fresh";
     return true;
   };
-  world->model->views.wizard = &wizard;
+  world->model->Services().views.wizard = &wizard;
   world->model->SetCurrentNode(&world->model->GetProjectRoot());
   ASSERT_EQ(world->model->AddNewItem(nullptr, "Application"), 1);
   world->disk.Erase("/p");

@@ -264,7 +264,7 @@ TEST(NodeOptions, ANodeOfAnotherTypeOrLabelIsPublishedAnew) {
     ProjectWorld world;
     world.AddDemo("<C Header=\"m\" />");
     RecordingProjectWindow window;
-    world.model->views.project = &window;
+    world.model->Services().views.project = &window;
     ASSERT_EQ(world.OpenDemo(), 1);
     world.model->PublishAll();
     CXmlNode* node = world.Node(row.node);
@@ -335,7 +335,7 @@ TEST(NodeOptions, ConfigurationsAreAddedAndChosen) {
   EXPECT_EQ(world.Node("m")->GetAttr("LastBuilt"), nullptr);
   EXPECT_FALSE(world.model->HasUnpublished());
   EXPECT_EQ(world.model->GetCurrentNode(), world.Node("m"));
-  EXPECT_EQ(world.model->GlobalsFileOf(*world.Application()), "/p/demo-Globals.Debug.xml");
+  EXPECT_EQ(world.model->Paths().GlobalsFileOf(*world.Application()), "/p/demo-Globals.Debug.xml");
 
   ASSERT_EQ(world.model->SaveProject(), 1);
   EXPECT_EQ(world.model->GetCurrentConfigName(), "Debug");

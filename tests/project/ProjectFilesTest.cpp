@@ -150,7 +150,7 @@ TEST(ProjectFiles, AProjectFromElsewhereOpensAndKeepsItsNames) {
   EXPECT_EQ(world.FileText("/p/app/demo.tapp"), application);
   world.disk.Erase("/tmp/log.xml");
   EXPECT_EQ(world.disk.AllFiles(), files);
-  EXPECT_TRUE(world.model->IsOpenAs("/P/DEMO.tprj"));
+  EXPECT_TRUE(world.model->Paths().IsOpenAs("/P/DEMO.tprj"));
 }
 
 }  // namespace

@@ -188,7 +188,7 @@ TEST(Publishing, TicksPublishTenNodesAndGiveTheCurrentNodeBack) {
   for (int i = 0; i < 23; ++i) nodes += "<C Header=\"n" + ToDecimal(i) + "\" />";
   world.AddDemo(nodes);
   RecordingProjectWindow window;
-  world.model->views.project = &window;
+  world.model->Services().views.project = &window;
   ASSERT_EQ(world.OpenDemo(), 1);
   EXPECT_THAT(window.TakeCalls(),
               ElementsAre("SetProjectRoot", "RepaintWindow", "StartStepTimer", "RepaintTree",
@@ -237,12 +237,12 @@ TEST(Publishing, TheDefaultProjectIsReadyWhenItsOpenEnds) {
   ProjectWorld world;
   world.AddDemo("<C Header=\"left\" /><Options />");
   RecordingProjectWindow window;
-  world.model->views.project = &window;
+  world.model->Services().views.project = &window;
   ASSERT_EQ(world.model->OpenProject("/p/demo.tprj", 1), 1);
   EXPECT_EQ(world.host.TakeLines()[0], "0x8019 Local Settings 4005");
   EXPECT_FALSE(world.model->HasUnpublished());
   EXPECT_THAT(window.TakeCalls(), ::testing::Not(::testing::Contains("SetProjectRoot")));
-  EXPECT_EQ(world.model->GetLastBrowseFolder(), "/app/examples/");
+  EXPECT_EQ(world.model->State().lastBrowseFolder, "/app/examples/");
   // The project keeps its options and no files.
   world.Touch();
   ASSERT_EQ(world.model->CloseProject(), 1);

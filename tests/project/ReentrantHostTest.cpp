@@ -31,8 +31,8 @@ const Act kInnerActs[] = {
     {"remove the current node", [](EditedWorld& world) { world.model->RemoveItem(nullptr); }},
     {"remove an application", [](EditedWorld& world) { world.model->RemoveItem("one"); }},
     {"add", [](EditedWorld& world) { world.model->AddExistingItem("/p/in.c", nullptr); }},
-    {"build", [](EditedWorld& world) { world.model->StartBuildThread(kWorkerBuildAll); }},
-    {"build here", [](EditedWorld& world) { world.model->BuildHere(); }},
+    {"build", [](EditedWorld& world) { world.builder->StartBuildThread(kWorkerBuildAll); }},
+    {"build here", [](EditedWorld& world) { world.builder->BuildHere(); }},
     {"select", [](EditedWorld& world) { world.model->SetCurrentNode(world.Node("two.c")); }},
     {"select the project",
      [](EditedWorld& world) { world.model->SetCurrentNode(&world.model->GetProjectRoot()); }},
@@ -49,7 +49,7 @@ const Act kInnerActs[] = {
     {"clear", [](EditedWorld& world) { world.model->ClearDefaultApplicationItems(); }},
     {"report",
      [](EditedWorld& world) {
-       world.model->SetBuildInfo(
+       world.builder->Information().SetBuildInfo(
            "", "<I><F Header=\"\" Infos=\"i\" Date=\"1\" ><D Header=\"a.c\" /></F></I>");
      }},
 };
@@ -134,15 +134,15 @@ TEST(ReentrantHost, NoActionInsideAMessageCrashesOrLosesAnything) {
           world.host.actions[message] = act;
           RefillingWindow window;
           window.onRefill = act;
-          if (message == kRefill) world.model->views.project = &window;
+          if (message == kRefill) world.model->Services().views.project = &window;
           outer.run(world);
-          world.model->views.project = nullptr;
+          world.model->Services().views.project = nullptr;
           world.host.actions.clear();
-          world.model->StopAndWait();
+          world.builder->StopAndWait();
 
           // Afterwards, the tree in memory is as valid as the model says, and every earlier change
           // is in a file if it is not in the tree.
-          world.model->mainframeHandle = world.host.Handle();
+          world.model->Services().mainframeHandle = world.host.Handle();
           world.model->PublishAll();
           EXPECT_EQ(world.model->CloseProject(), 1);
           EXPECT_EQ(world.components.Properties().holds, 0);
@@ -215,7 +215,7 @@ TEST(ReentrantHost, AProjectOpenedInsideTheOpenOfAnotherIsOpenAsAnyOther) {
       heard.emplace_back(Trim(line.substr(0, line.rfind(' '))));
     }
     EXPECT_EQ(heard, row.heard) << row.name;
-    EXPECT_TRUE(world.model->IsOpenAs(row.project)) << row.name;
+    EXPECT_TRUE(world.model->Paths().IsOpenAs(row.project)) << row.name;
     EXPECT_FALSE(world.model->IsModified()) << row.name;
   }
 }

@@ -22,7 +22,7 @@ class TreeOperations : public ::testing::Test {
   TreeOperations() {
     world.AddDemo(kContent);
     for (const char* file : {"/p/main.c", "/p/led.c"}) world.AddFile(file, "x");
-    world.model->views.wizard = &wizard;
+    world.model->Services().views.wizard = &wizard;
   }
   void Open() {
     ASSERT_EQ(world.OpenDemo(), 1);
@@ -115,7 +115,7 @@ TEST_F(TreeOperations, OneOfSeveralExtensionsIsEnoughAndTheFirstIsAppended) {
       "<Kit Application='Yes' Extern='Yes' Path='Yes' Build='Yes' Extension='kapp;tapp' "
       "Header='Kit' />",
       g_xmlParseInfo);
-  world.model->types.Add(type);
+  world.model->Services().types.Add(type);
   for (const char* file : {"/p/a.TAPP", "/p/b.kapp", "/p/c.kapp"}) world.AddFile(file, "\n<Kit />");
   Open();
   for (const char* path : {"/p/a.TAPP", "/p/b.kapp", "/p/c"}) {
@@ -154,9 +154,9 @@ TEST_F(TreeOperations, TheDialogOffersWhatMayStandThere) {
   Select("Other");
   user.files = {{"/p/x.c", "/p/y.h"}, {"/p/x.c"}};
   EXPECT_EQ(world.model->BrowseAndAddFiles(), 1);
-  EXPECT_EQ(world.model->GetLastBrowseFolder(), "/p");
+  EXPECT_EQ(world.model->State().lastBrowseFolder, "/p");
   EXPECT_EQ(world.model->AddExistingItem(nullptr, nullptr), 1);
-  EXPECT_EQ(world.model->GetLastBrowseFolder(), "/p/x.c");
+  EXPECT_EQ(world.model->State().lastBrowseFolder, "/p/x.c");
   EXPECT_EQ(world.model->BrowseAndAddFiles(), 0);
   world.model->SetCurrentNode(&world.model->GetProjectRoot());
   EXPECT_EQ(world.model->BrowseAndAddFiles(), 0);
@@ -169,7 +169,7 @@ TEST_F(TreeOperations, ASourceListReplacesTheContentOfADebuggedApplication) {
   constexpr const char* kTarget = "<DebugApp Application='Yes' Path='Yes' Debug='Yes' />";
   CXmlNode type;
   type.Load(kTarget, g_xmlParseInfo);
-  world.model->types.Add(type);
+  world.model->Services().types.Add(type);
   Open();
   EXPECT_EQ(world.model->AddExistingItem("a.c", "DebugSrcFiles"), 0)
       << "an application that builds";
@@ -217,7 +217,8 @@ TEST_F(TreeOperations, TypesSayWhatMayStandWhere) {
       "<NBD InBuild='Yes' Debug='Yes'/></Types>";
   CXmlNode types;
   types.Load(kTypes, g_xmlParseInfo);
-  for (int i = 0; i < types.GetChildCount(); ++i) world.model->types.Add(*types.GetChild(i));
+  for (int i = 0; i < types.GetChildCount(); ++i)
+    world.model->Services().types.Add(*types.GetChild(i));
   const struct {
     const char* parent;
     const char* children;  // those it may contain, out of A B BD D N NB ND NBD
@@ -228,10 +229,11 @@ TEST_F(TreeOperations, TypesSayWhatMayStandWhere) {
     const auto parent = CXmlNode::CreateNode(row.parent);
     for (const char* name : {"A", "B", "BD", "D", "N", "NB", "ND", "NBD"}) {
       const auto child = CXmlNode::CreateNode(name);
-      if (world.model->CanContain(parent.get(), child.get())) allowed += std::string(name) + " ";
+      if (world.model->Types().CanContain(parent.get(), child.get()))
+        allowed += std::string(name) + " ";
     }
     EXPECT_EQ(allowed, row.children) << row.parent;
-    EXPECT_FALSE(world.model->CanContain(parent.get(), nullptr));
+    EXPECT_FALSE(world.model->Types().CanContain(parent.get(), nullptr));
   }
 }
 

@@ -31,7 +31,7 @@ class ProjectWindow : public ::testing::Test {
                                 "/app/config/resources/dependencies.bmp"}) {
       world.disk.AddFile(picture, TinyBitmap(18, 18));
     }
-    world.disk.AddFile(world.model->configFilePath,
+    world.disk.AddFile(world.model->Services().configFilePath,
                        "<Config><Types><Project /><Application /><Group /><C /></Types>"
                        "<PopupMenus><Sources /><Files /></PopupMenus></Config>");
     auto& defaults = world.components.Properties().defaults;
@@ -43,15 +43,15 @@ class ProjectWindow : public ::testing::Test {
   }
   ~ProjectWindow() override {
     window->ForgetModel();
-    world.model->views = {};
+    world.model->Services().views = {};
   }
 
   void Create() {
     window = std::make_unique<CProjectWnd>(world.disk, settings, *world.model,
                                            world.propertyManager, world.host.Handle());
-    world.model->views.project = window.get();
+    world.model->Services().views.project = window.get();
     window->Create(kStylePopup, {0, 0, 300, 400}, nullptr, 0);
-    window->LoadViewConfig(world.model->configFilePath);
+    window->LoadViewConfig(world.model->Services().configFilePath);
   }
   void Open() {
     ASSERT_EQ(world.OpenDemo(), 1);
@@ -222,7 +222,7 @@ TEST_F(ProjectWindow, ChangesOfANodeLeaveItsNamesakeAlone) {
       {"a report about another file",
        [&](CXmlNode& main) {
          world.Node("led.c")->SetAttrValue("OutputFile", "/p/led.o");
-         world.model->SetBuildInfo(
+         world.builder->Information().SetBuildInfo(
              nullptr,
              "<Files><File Header=\"/p/led.o\" Date=\"0\"><F Header=\"x.h\"/></File></Files>");
          EXPECT_NE(world.Node("led.c")->FindChild("Dependencies"), nullptr);
@@ -334,7 +334,7 @@ TEST_F(ProjectWindow, AWindowThatGoesInsideAMessageIsUsedNoMore) {
          {std::uint32_t{kMsgCommand}, std::uint32_t{kMsgShowPopupMenu},
           std::uint32_t{kMsgCurrentNodeChanged}}) {
       world.host.actions[message] = [&] {
-        world.model->views = {};
+        world.model->Services().views = {};
         window->DestroyWindow();
       };
     }
