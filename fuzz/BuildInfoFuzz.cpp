@@ -49,8 +49,8 @@ void ExamineAll(ProjectWorld& world, tarn::CXmlNode& node) {
 }
 
 std::string SavedFiles(ProjectWorld& world) {
-  world.model->SetActiveApplication(world.Application());
-  Require(world.model->StoreChangedProperty("C.General.Nothing") == 1);
+  world.model->Publishing().SetActiveApplication(world.Application());
+  Require(world.model->Options().StoreChangedProperty("C.General.Nothing") == 1);
   Require(world.model->SaveProject() == 1);
   return world.FileText("/p/demo.tprj") + world.FileText("/p/demo.tapp");
 }

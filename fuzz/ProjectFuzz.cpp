@@ -121,7 +121,7 @@ bool Travel(ProjectWorld& world, const Disk& before) {
   for (int i = 0; tarn::CXmlNode* child = world.Application(i); ++i) {
     world.builder->ExamineNode(*child);
   }
-  world.model->StoreChangedProperty("C.General.Nothing");
+  world.model->Options().StoreChangedProperty("C.General.Nothing");
   const bool isChanged = world.model->IsModified();
   world.model->SaveProject();
   const Disk after = FilesOf(world);

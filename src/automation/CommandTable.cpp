@@ -41,16 +41,20 @@ std::span<const CommandRow> CommandRow::Table() {
                  "Stores the option that the options window has changed. The current node and all "
                  "below it are out of date.",
                  Apply<false>},
+      CommandRow{0x8108, Always, Plain, "Add files",
+                 "Asks for files and adds them at the current node.",
+                 [](M& manager, Id) {
+                   return manager.model->Items().AddExistingItem(nullptr, nullptr), 1;
+                 }},
       CommandRow{
-          0x8108, Always, Plain, "Add files", "Asks for files and adds them at the current node.",
-          [](M& manager, Id) { return manager.model->AddExistingItem(nullptr, nullptr), 1; }},
-      CommandRow{0x8109, UserProject, Plain, "New application",
-                 "Asks what the new application is to be and adds it.",
-                 [](M& manager, Id) { return manager.model->AddNewItem(nullptr, nullptr), 1; }},
+          0x8109, UserProject, Plain, "New application",
+          "Asks what the new application is to be and adds it.",
+          [](M& manager, Id) { return manager.model->Items().AddNewItem(nullptr, nullptr), 1; }},
       CommandRow{0x810B, UserProject, Plain, "Options", "Shows the options of the current node.",
                  Do<&M::ShowNodeOptions>},
-      CommandRow{0x810C, UserProject, Plain, "New folder", "Adds a folder at the current node.",
-                 [](M& manager, Id) { return manager.model->AddNewItem(nullptr, "Group"), 1; }},
+      CommandRow{
+          0x810C, UserProject, Plain, "New folder", "Adds a folder at the current node.",
+          [](M& manager, Id) { return manager.model->Items().AddNewItem(nullptr, "Group"), 1; }},
       CommandRow{0x810D, Always, Plain, "Listing",
                  "Has the host open the listing file of the current node.",
                  [](M& manager, Id) { return manager.OpenListing(nullptr), 1; }},
@@ -82,18 +86,21 @@ std::span<const CommandRow> CommandRow::Table() {
       CommandRow{0x8118, UserProject, Plain, "Make the active application",
                  "Makes the current node the active application, if it is an application.",
                  [](M& manager, Id) {
-                   manager.model->SetActiveApplication(manager.model->GetCurrentNode());
+                   manager.model->Publishing().SetActiveApplication(
+                       manager.model->GetCurrentNode());
                    return 1;
                  }},
-      CommandRow{0x8119, Always, Plain, "Select the configuration",
-                 "Puts the configuration in force that the options window names.",
-                 [](M& manager, Id) { return manager.model->SelectConfiguration(""), 1; }},
+      CommandRow{
+          0x8119, Always, Plain, "Select the configuration",
+          "Puts the configuration in force that the options window names.",
+          [](M& manager, Id) { return manager.model->Options().SelectConfiguration(""), 1; }},
       CommandRow{0x811A, Always, Plain, "Reset an option",
                  "Takes away the stored value of the option that the options window has changed.",
                  Do<&M::ResetProperty>},
-      CommandRow{0x811B, Always, Plain, "Options back to the defaults",
-                 "Takes away all options that are stored at the current node.",
-                 [](M& manager, Id) { return manager.model->ResetNodeOptions(nullptr), 1; }},
+      CommandRow{
+          0x811B, Always, Plain, "Options back to the defaults",
+          "Takes away all options that are stored at the current node.",
+          [](M& manager, Id) { return manager.model->Options().ResetNodeOptions(nullptr), 1; }},
       CommandRow{0x811C, WhileBuilding, Plain, "Stop",
                  "Asks the build to stop behind the tool that runs.",
                  [](M& manager, Id) { return manager.builder->RequestStop(), 1; }},
@@ -124,21 +131,22 @@ std::span<const CommandRow> CommandRow::Table() {
                  "Stops reading the options of nodes in the background.", Do<&M::StopPublishing>},
       CommandRow{0x8138, Always, Plain, "Add a configuration",
                  "Adds the configuration that the options window names.",
-                 [](M& manager, Id) { return manager.model->AddConfiguration(), 1; }},
+                 [](M& manager, Id) { return manager.model->Options().AddConfiguration(), 1; }},
       CommandRow{0x8139, Always, Plain, "Build once more",
                  "Has all built anew behind the build that runs. Gives 0.",
                  [](M& manager, Id) { return manager.rerunAfterBuild = true, 0; }},
-      CommandRow{0x813A, Always, Plain, "Empty the default project",
-                 "Takes out all that was added to the default project.",
-                 [](M& manager, Id) { return manager.model->ClearDefaultApplicationItems(), 1; }},
+      CommandRow{
+          0x813A, Always, Plain, "Empty the default project",
+          "Takes out all that was added to the default project.",
+          [](M& manager, Id) { return manager.model->Editor().ClearDefaultApplicationItems(), 1; }},
       CommandRow{0xE120, UserProject, Plain, "Remove",
                  "Takes the current node out of the project; its file stays.",
-                 [](M& manager, Id) { return manager.model->RemoveItem(nullptr), 1; }},
+                 [](M& manager, Id) { return manager.model->Editor().RemoveItem(nullptr), 1; }},
       CommandRow{0xE122, UserProject, Plain, "Copy", "Copies the current node with all below it.",
-                 [](M& manager, Id) { return manager.model->CopyNode(nullptr), 1; }},
+                 [](M& manager, Id) { return manager.model->Editor().CopyNode(nullptr), 1; }},
       CommandRow{0xE125, UserProject, Plain, "Paste",
                  "Puts what was copied in at the current node.",
-                 [](M& manager, Id) { return manager.model->PasteNode(nullptr), 1; }},
+                 [](M& manager, Id) { return manager.model->Editor().PasteNode(nullptr), 1; }},
   };
   return rows;
 }

@@ -40,12 +40,13 @@ std::int32_t CProjectManager::EnableCommand(std::uint32_t id) {
 // Used by hosts that protect damaged projects. The definitions may have changed since the host
 // queried the installation's problems.
 bool CProjectManager::RefusesBuild() {
-  if (!model->IsDamageProtected()) return false;
+  if (!model->Protection().IsDamageProtected()) return false;
   std::string problem = "the project was read only in part.";
-  if (!model->IsDamageHeld()) {
+  if (!model->Protection().IsDamageHeld()) {
     problem = FindDefinitionProblem();
     // Reloading them may resolve the problem.
-    if (!problem.empty() && model->RefreshDefinitions() != 0) problem = FindDefinitionProblem();
+    if (!problem.empty() && model->Options().RefreshDefinitions() != 0)
+      problem = FindDefinitionProblem();
   }
   if (!problem.empty()) model->Host().AddLogLine("Nothing was built: " + problem);
   return !problem.empty();
@@ -64,7 +65,8 @@ std::int32_t CProjectManager::PrologCommand(std::uint32_t id) {
   if (answer == 0) {
     // Publishing was suspended for a build that now isn't started.
     const bool hasTimer = model->IsOpen() && !model->IsDefaultProject();
-    if (hasTimer && !model->IsPublishingStopped() && model->HasUnpublished())
+    if (hasTimer && !model->Publishing().IsPublishingStopped() &&
+        model->Publishing().HasUnpublished())
       model->Services().views.StartStepTimer();
     return 0;
   }
@@ -98,7 +100,7 @@ std::int32_t CProjectManager::StartWorker(std::int32_t command) {
 }
 
 std::int32_t CProjectManager::RunNodeTool(std::uint32_t id) {
-  const bool hasTools = model->GetDynamicCommandTree() != nullptr;
+  const bool hasTools = model->Publishing().GetDynamicCommandTree() != nullptr;
   if (!hasTools || model->GetOwnCurrentNode() == nullptr) return 1;
   return StartWorker(static_cast<std::int32_t>(id));
 }
@@ -108,14 +110,14 @@ void CProjectManager::ReloadOptions(CXmlNode& node) {
   model->State().ForgetCurrentNode();
   const std::uint64_t epoch = model->GetTreeEpoch();
   model->SetCurrentNode(&node);
-  if (model->GetTreeEpoch() == epoch) model->RestorePropState(node);
+  if (model->GetTreeEpoch() == epoch) model->Publishing().RestorePropState(node);
 }
 
 void CProjectManager::ApplyOptionChange(bool keepsOutputs) {
   if (!builder->CanStartOperation()) return;
-  if (CXmlNode* node = model->GetCurrentNode()) model->RenewPropState(*node);
+  if (CXmlNode* node = model->GetCurrentNode()) model->Publishing().RenewPropState(*node);
   // Storing can remove the contents of the default application, including the node.
-  model->StoreChangedProperty("");
+  model->Options().StoreChangedProperty("");
   propertyManager->BeginUpdate();
   {
     const TreeUpdate update(model->Services().views);
@@ -126,7 +128,7 @@ void CProjectManager::ApplyOptionChange(bool keepsOutputs) {
       node = model->GetCurrentNode();
     }
     if (node != nullptr && model->IsOpen()) {
-      model->ResetNodeCache(*node, keepsOutputs);
+      model->Derived().ResetNodeCache(*node, keepsOutputs);
       ReloadOptions(*node);
     }
     propertyManager->EndUpdate();
@@ -135,10 +137,10 @@ void CProjectManager::ApplyOptionChange(bool keepsOutputs) {
 
 void CProjectManager::ResetProperty() {
   if (!builder->CanStartOperation()) return;
-  model->ResetStoredProperty("");
+  model->Options().ResetStoredProperty("");
   CXmlNode* node = model->GetCurrentNode();
   propertyManager->BeginUpdate();
-  if (node != nullptr) model->RenewPropState(*node);
+  if (node != nullptr) model->Publishing().RenewPropState(*node);
   {
     const TreeUpdate update(model->Services().views);
     const char* outputFile = node == nullptr ? nullptr : node->GetAttrValue("OutputFile");
@@ -147,7 +149,7 @@ void CProjectManager::ResetProperty() {
       node = model->GetCurrentNode();
     }
     if (node != nullptr && model->IsOpen()) {
-      model->ResetNodeCache(*node, false);
+      model->Derived().ResetNodeCache(*node, false);
       ReloadOptions(*node);
     }
     propertyManager->EndUpdate();
@@ -159,13 +161,13 @@ void CProjectManager::ShowNodeOptions() {
   model->Services().views.StopStepTimer();
   propertyManager->EndUpdate();
   propertyManager->BeginUpdate();
-  model->RenewPropState(*node);
+  model->Publishing().RenewPropState(*node);
   {
     const TreeUpdate update(model->Services().views);
-    model->PublishSubtree(*node);
+    model->Publishing().PublishSubtree(*node);
     const std::uint64_t epoch = model->GetTreeEpoch();
     model->SetCurrentNode(node);
-    if (model->GetTreeEpoch() == epoch) model->RestorePropState(*node);
+    if (model->GetTreeEpoch() == epoch) model->Publishing().RestorePropState(*node);
     propertyManager->EndUpdate();
   }
   if (builder->CanStartOperation()) propertyManager->ShowOptions(mainframeHandle);
@@ -176,7 +178,7 @@ void CProjectManager::ShowApplicationOptions() {
   propertyManager->EndUpdate();
   propertyManager->BeginUpdate();
   if (CXmlNode* application = model->GetActiveApplication()) {
-    model->PublishSubtree(*application);
+    model->Publishing().PublishSubtree(*application);
     model->SetCurrentNode(application);
   }
   propertyManager->EndUpdate();
@@ -186,7 +188,9 @@ void CProjectManager::ShowApplicationOptions() {
 void CProjectManager::OpenListing(CXmlNode* node) {
   if (node == nullptr) node = model->GetCurrentNode();
   if (node == nullptr) return;
-  if (node->FindChild("#CDATA") == nullptr && model->LoadNodeOptions(node, true) == nullptr) return;
+  if (node->FindChild("#CDATA") == nullptr &&
+      model->Publishing().LoadNodeOptions(node, true) == nullptr)
+    return;
   const std::string listing = TextOf(node->GetAttrValue("ListingFile"));
   if (!listing.empty()) model->Host().SendHost(kMsgOpenFileAtLine, listing, 0);
 }
@@ -224,10 +228,10 @@ void CProjectManager::AnnounceActiveApplication() {
 }
 
 void CProjectManager::StopPublishing() {
-  model->SetPublishingSuspended(true);
+  model->Publishing().SetPublishingSuspended(true);
   model->Services().views.StopStepTimer();
   propertyManager->EndUpdate();
-  model->SetPublishingSuspended(false);
+  model->Publishing().SetPublishingSuspended(false);
 }
 
 }  // namespace tarn

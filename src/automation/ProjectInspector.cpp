@@ -268,7 +268,9 @@ std::int32_t CProjectInspector::PublishAll() {
 
 std::int32_t CProjectInspector::PublishFor(std::int32_t milliseconds) {
   CProjectModel* model = Model();
-  return model == nullptr || model->PublishFor(std::chrono::milliseconds(milliseconds)) ? 1 : 0;
+  return model == nullptr || model->Publishing().PublishFor(std::chrono::milliseconds(milliseconds))
+             ? 1
+             : 0;
 }
 
 std::string CProjectInspector::GetTree() {
@@ -453,12 +455,12 @@ std::int32_t CProjectInspector::SelectNotedNode() {
 
 std::int32_t CProjectInspector::RefreshDefinitions() {
   CProjectModel* model = Model();
-  return model == nullptr ? 0 : model->RefreshDefinitions();
+  return model == nullptr ? 0 : model->Options().RefreshDefinitions();
 }
 
 std::int32_t CProjectInspector::CopyConfiguration(const char* from, const char* to) {
   CProjectModel* model = Model();
-  return model == nullptr ? 0 : model->CopyConfiguration(TextOf(from), TextOf(to));
+  return model == nullptr ? 0 : model->Options().CopyConfiguration(TextOf(from), TextOf(to));
 }
 
 std::int32_t CProjectInspector::GetChangeCount() {
@@ -468,26 +470,26 @@ std::int32_t CProjectInspector::GetChangeCount() {
 
 std::string CProjectInspector::GetDamage() {
   const CProjectModel* model = Model();
-  return model == nullptr ? std::string() : DamageText(model->GetDamage());
+  return model == nullptr ? std::string() : DamageText(model->Protection().GetDamage());
 }
 
 std::string CProjectInspector::GetFailedDamage() {
   const CProjectModel* model = Model();
-  return model == nullptr ? std::string() : DamageText(model->GetFailedDamage());
+  return model == nullptr ? std::string() : DamageText(model->Protection().GetFailedDamage());
 }
 
 std::int32_t CProjectInspector::ProtectDamaged(std::int32_t protect) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->SetDamageProtection(protect != 0);
+  model->Protection().SetDamageProtection(protect != 0);
   return 1;
 }
 
 std::string CProjectInspector::TryLockProject(const char* path) {
   CProjectModel* model = Model();
   if (model == nullptr) return "no project manager";
-  if (!model->TryTakeEdits(TextOf(path))) return model->GetEditor();
-  const std::string problem = model->GetEditProblem();
+  if (!model->Protection().TryTakeEdits(TextOf(path))) return model->Protection().GetEditor();
+  const std::string problem = model->Protection().GetEditProblem();
   if (!problem.empty()) model->Host().SendHost(kMsgLogLine, problem, 0);
   return {};
 }
@@ -495,16 +497,16 @@ std::string CProjectInspector::TryLockProject(const char* path) {
 std::int32_t CProjectInspector::UnlockProject() {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->ReleaseEdits();
+  model->Protection().ReleaseEdits();
   return 1;
 }
 
 std::string CProjectInspector::GetSaveReport() {
-  const CProjectModel* model = Model();
+  CProjectModel* model = Model();
   if (model == nullptr) return {};
   CXmlNode list;
   list.SetName("Save");
-  for (const SavedFile& each : model->GetSavedFiles()) each.AddTo(list);
+  for (const SavedFile& each : model->Saver().GetSavedFiles()) each.AddTo(list);
   return list.ToString(g_xmlDisplayOptions);
 }
 
@@ -524,21 +526,21 @@ std::string CProjectInspector::TakeBuildNotices() {
 std::int32_t CProjectInspector::SaveAllOrNone(std::int32_t wanted) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->SaveAllOrNone(wanted != 0);
+  model->Saver().SaveAllOrNone(wanted != 0);
   return 1;
 }
 
 std::int32_t CProjectInspector::OpenForReading(std::int32_t wanted) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->OpenForReading(wanted != 0);
+  model->Loader().OpenForReading(wanted != 0);
   return 1;
 }
 
 std::int32_t CProjectInspector::AllowOutside(std::int32_t allow) {
   CProjectModel* model = Model();
   if (model == nullptr) return 0;
-  model->AllowOutside(allow != 0);
+  model->Protection().AllowOutside(allow != 0);
   return 1;
 }
 
@@ -550,7 +552,7 @@ std::int32_t CProjectInspector::SetTrustedFolders(const char* folders) {
   for (const std::string_view each : Split(lines, '\n')) {
     if (!each.empty()) list.emplace_back(each);
   }
-  model->GetTrust().LimitTo(std::move(list));
+  model->Protection().GetTrust().LimitTo(std::move(list));
   return 1;
 }
 
@@ -565,7 +567,7 @@ std::string CProjectInspector::TakeRefusedWishes() {
   CProjectModel* model = Model();
   std::string lines;
   if (model == nullptr) return lines;
-  for (const std::string& each : model->GetTrust().TakeRefused()) lines += each + "\n";
+  for (const std::string& each : model->Protection().GetTrust().TakeRefused()) lines += each + "\n";
   return lines;
 }
 
@@ -577,7 +579,7 @@ std::string CProjectInspector::CheckScript(const char* path) {
 std::string CProjectInspector::GetFileTexts() {
   CProjectModel* model = Model();
   if (model == nullptr || model->IsDefaultProject()) return {};
-  return JoinFileTexts(model->MakeFileTexts());
+  return JoinFileTexts(model->Saver().MakeFileTexts());
 }
 
 std::string CProjectInspector::ApplyChange(const char* before, const char* after) {
@@ -587,7 +589,7 @@ std::string CProjectInspector::ApplyChange(const char* before, const char* after
   const auto to = SplitFileTexts(TextOf(after));
   if (!from || !to) return "the description of the change is damaged";
   std::string lines;
-  for (const std::string& each : model->ApplyChange(*from, *to)) {
+  for (const std::string& each : model->Lifecycle().ApplyChange(*from, *to)) {
     lines += (lines.empty() ? "" : "\n") + each;
   }
   return lines;
@@ -596,7 +598,7 @@ std::string CProjectInspector::ApplyChange(const char* before, const char* after
 std::string CProjectInspector::GetBaseTexts() {
   const CProjectModel* model = Model();
   if (model == nullptr || model->IsDefaultProject()) return {};
-  return JoinFileTexts(model->GetBaseTexts());
+  return JoinFileTexts(model->Protection().GetBaseTexts());
 }
 
 std::int32_t CProjectInspector::StageFileTexts(const char* texts, const char* bases) {
@@ -604,7 +606,7 @@ std::int32_t CProjectInspector::StageFileTexts(const char* texts, const char* ba
   const auto changed = SplitFileTexts(TextOf(texts));
   const auto former = SplitFileTexts(TextOf(bases));
   if (model == nullptr || !changed || !former) return 0;
-  model->StageFiles(*changed, *former);
+  model->Lifecycle().StageFiles(*changed, *former);
   return 1;
 }
 
@@ -639,9 +641,9 @@ std::string CProjectInspector::ExplainOption(const char* set, const char* sectio
   explanation.AddAttr("Node", TextOf(node->GetAttrValue("Header")));
   explanation.AddAttr("Value", static_cast<CProjectManager*>(manager.Get())
                                    ->GetPropertyValue(setName.c_str(), section, property));
-  const std::string current = model->GetCurrentConfigName();
+  const std::string current = model->Publishing().GetCurrentConfigName();
   std::vector<CXmlNode*> chain;
-  model->CollectOptionChain(chain, node);
+  model->Publishing().CollectOptionChain(chain, node);
   for (const CXmlNode* level : chain) {
     const CXmlNode* options = level->FindChild("Options");
     for (int i = 0; options != nullptr && i < options->GetChildCount(); ++i) {
@@ -674,7 +676,7 @@ std::string CProjectInspector::ExplainOption(const char* set, const char* sectio
 
 std::string CProjectInspector::MissingImportProgram() {
   const CProjectModel* model = Model();
-  return model == nullptr ? std::string() : model->MissingImportProgram();
+  return model == nullptr ? std::string() : model->Import().MissingImportProgram();
 }
 
 std::string CProjectInspector::GetTargets() {

@@ -83,7 +83,7 @@ std::int32_t CProjectManager::ProjectSave() {
 std::int32_t CProjectManager::ProjectNew(const char* projectPath) {
   missedKey.reset();
   if (!model || !model->CloseProject()) return 0;
-  if (model->NewProject(projectPath)) return 1;
+  if (model->Items().NewProject(projectPath)) return 1;
   if (!model->IsOpen()) model->OpenProject(defaultProjectPath.c_str(), 1);
   return 0;
 }
@@ -108,7 +108,7 @@ std::int32_t CProjectManager::SelectNode(const char* path) {
   if (!model) return 0;
   CXmlNode* found = nullptr;
   FindChildNode(path, "Path", model->GetActiveApplication(), found);
-  if (found == nullptr && model->PublishChildren(model->GetActiveApplication())) {
+  if (found == nullptr && model->Publishing().PublishChildren(model->GetActiveApplication())) {
     FindChildNode(path, "Path", model->GetActiveApplication(), found);
   }
   Select(found, path);
@@ -129,7 +129,7 @@ std::optional<std::string> CProjectManager::GetMissedKey() const {
 }
 
 std::int32_t CProjectManager::AddExistingItem(const char* itemPath, const char* itemType) {
-  return model ? model->AddExistingItem(itemPath, itemType) : 0;
+  return model ? model->Items().AddExistingItem(itemPath, itemType) : 0;
 }
 
 // The tool that generates initial sources is for users who chose it in the wizard, not for
@@ -137,11 +137,11 @@ std::int32_t CProjectManager::AddExistingItem(const char* itemPath, const char* 
 std::int32_t CProjectManager::AddNewItem(const char* itemPath, const char* itemType) {
   if (!model) return 0;
   const ProfileOverride withoutTool(platform.settings, "Project", "UseCobbler", "No");
-  return model->AddNewItem(itemPath, itemType);
+  return model->Items().AddNewItem(itemPath, itemType);
 }
 
 std::int32_t CProjectManager::RemoveItem(const char* itemName) {
-  return model ? model->RemoveItem(itemName) : 0;
+  return model ? model->Editor().RemoveItem(itemName) : 0;
 }
 
 std::int32_t CProjectManager::SetBuildInfo(const char* filePath, const char* xmlInfo) {
@@ -149,7 +149,7 @@ std::int32_t CProjectManager::SetBuildInfo(const char* filePath, const char* xml
 }
 
 std::string CProjectManager::GetDynamicCommands(std::uint32_t commandId) {
-  return model ? model->GetDynamicCommands(commandId) : std::string();
+  return model ? model->Publishing().GetDynamicCommands(commandId) : std::string();
 }
 
 std::string CProjectManager::GetSymbolInfo(const char* symbolName) {

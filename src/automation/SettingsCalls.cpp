@@ -89,7 +89,7 @@ std::int32_t CProjectManager::SavePropertyValue(const char* set, const char* sec
   if (!model) return 0;
   model->Extensions().Forget();
   const std::int32_t result = propertyManager->SetPropertyValue(set, section, property, value);
-  model->StoreChangedProperty(KeyOf(set, section, property));
+  model->Options().StoreChangedProperty(KeyOf(set, section, property));
   return result;
 }
 
@@ -99,12 +99,12 @@ std::int32_t CProjectManager::ResetPropertyValue(const char* set, const char* se
   // `ResetStoredProperty()` parses the key from the left and can't handle an empty set.
   std::string setName = TextOf(set);
   if (setName.empty()) setName = model->GetCurrentNode()->GetName();
-  return model->ResetStoredProperty(KeyOf(setName.c_str(), section, property));
+  return model->Options().ResetStoredProperty(KeyOf(setName.c_str(), section, property));
 }
 
 std::string CProjectManager::GetCurConfig() {
   if (!model) return {};
-  return propertyManager->GetConfigText(model->GetCurrentConfigName(), "", "", "");
+  return propertyManager->GetConfigText(model->Publishing().GetCurrentConfigName(), "", "", "");
 }
 
 std::string CProjectManager::ReadRegistryValue(const char* key, const char* name) {
@@ -129,8 +129,8 @@ std::string CProjectManager::ReadIniValue(const char* section, const char* key,
 bool CProjectManager::RefusesIniFile(const std::string& path) {
   const std::string folder = platform.files.CurrentFolder();
   const std::string whole = IsRelativePath(path) ? JoinPath(folder, path) : path;
-  ProjectTrust& trust = model->GetTrust();
-  if (model->MayWriteOutside() || !trust.RefusesWrite(whole)) return false;
+  ProjectTrust& trust = model->Protection().GetTrust();
+  if (model->Protection().MayWriteOutside() || !trust.RefusesWrite(whole)) return false;
   trust.Refuse(trust.WishFor("write", whole));
   output->WriteMessage(kRowCannotSave, {whole},
                        "it is outside the folder of the project, which is not trusted");
@@ -179,7 +179,7 @@ std::string CProjectManager::GetSelectedDBI() {
 std::string CProjectManager::CheckScript(const std::string& path) {
   const std::string folder = platform.files.CurrentFolder();
   const std::string whole = IsRelativePath(path) ? JoinPath(folder, path) : path;
-  ProjectTrust& trust = model->GetTrust();
+  ProjectTrust& trust = model->Protection().GetTrust();
   if (!trust.RefusesProgram(whole)) return {};
   trust.Refuse("run the script " + whole);
   return "the project wants to run the script " + whole + ", and its folder is not trusted";

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "project/ToolCommandIds.h"
+#include "project/CommandIds.h"
 
 namespace tarn {
 

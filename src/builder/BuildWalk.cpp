@@ -173,7 +173,7 @@ bool BuildWalk::Enter(Frame& frame) {
 
 bool BuildWalk::Publish(Frame& frame, WalkRequest& request) {
   while (publishedEpoch != state.publishEpoch) {
-    if (!model.PublishNextNode(PublishRoot())) {
+    if (!model.Publishing().PublishNextNode(PublishRoot())) {
       publishedEpoch = state.publishEpoch;
       break;
     }
@@ -388,8 +388,8 @@ bool BuildWalk::Clean(CXmlNode& node) {
     const std::optional<FileStatus> status = model.GetFiles().Examine(path);
     if (status && status->otherSpelling) continue;
     if (const std::string why = guard.WhyKept(node, named); !why.empty()) {
-      if (model.GetTrust().RefusesWrite(path)) {
-        model.GetTrust().Refuse(model.GetTrust().WishFor("delete", path));
+      if (model.Protection().GetTrust().RefusesWrite(path)) {
+        model.Protection().GetTrust().Refuse(model.Protection().GetTrust().WishFor("delete", path));
         isLeft = true;
       }
       model.Host().AddBuildNotice(LineKind::Warning, why + "; it is not deleted");
@@ -457,7 +457,7 @@ void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
 // Returns true, after logging the reason, if the run needs the user's trust and the project is not
 // trusted.
 bool BuildWalk::IsUntrusted(const WalkRequest& request) {
-  ProjectTrust& trust = model.GetTrust();
+  ProjectTrust& trust = model.Protection().GetTrust();
   if (!trust.IsWithheld()) return false;
   const std::string wish = FindUntrusted(trust, request.tool, request.access);
   if (wish.empty()) return false;
@@ -472,7 +472,7 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   CXmlNode& node = *frame.node;
   if (model.Services().toolManager == nullptr) return Return(false, false);
   const CXmlNode* values = FindStoredValues(node);
-  if (values == nullptr) values = model.LoadNodeOptions(&node, true);
+  if (values == nullptr) values = model.Publishing().LoadNodeOptions(&node, true);
   if (LostTree()) return true;
   if (values == nullptr) return Return(false, false);
   request.options = values->ValueText();

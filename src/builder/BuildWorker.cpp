@@ -79,14 +79,14 @@ std::int32_t Builder::CanStartOperation() {
 }
 
 std::int32_t Builder::StartBuildThread(std::int32_t command) {
-  if (!CanStartOperation() || model.IsDamageHeld()) return 0;
+  if (!CanStartOperation() || model.Protection().IsDamageHeld()) return 0;
   CXmlNode* node = nullptr;
   std::string tool;
   bool isTool = false;
   std::int32_t mode = command;
   if (command >= kFirstDynamicCommand && command <= kLastDynamicCommand) {
     const CXmlNode* entry = nullptr;
-    const CXmlNode* const commands = model.GetDynamicCommandTree();
+    const CXmlNode* const commands = model.Publishing().GetDynamicCommandTree();
     for (int i = 0; commands != nullptr && i < commands->GetChildCount(); ++i) {
       const CXmlNode* child = commands->GetChild(i);
       if (ParseNumber(child->GetAttrValue("Id")) == command) entry = child;
@@ -107,7 +107,7 @@ std::int32_t Builder::StartBuildThread(std::int32_t command) {
   }
 
   buildCommand = mode;
-  if (state.currentNode != nullptr) model.RenewPropState(*state.currentNode);
+  if (state.currentNode != nullptr) model.Publishing().RenewPropState(*state.currentNode);
   worker = std::make_shared<WorkerControl>();
   worker->loop = loop;
   worker->builder = this;
@@ -233,9 +233,9 @@ bool Builder::EndWorker() {
 void Builder::RestoreAfterWalk(CXmlNode* application, CXmlNode* node, std::uint64_t epoch) {
   if (state.treeEpoch != epoch || node == nullptr) return;
   if (state.currentNode == node && state.activeApplication == application) return;
-  model.RestoreCurrent(application, node);
+  model.Publishing().RestoreCurrent(application, node);
   if (state.treeEpoch == epoch && state.currentNode != nullptr)
-    model.RestorePropState(*state.currentNode);
+    model.Publishing().RestorePropState(*state.currentNode);
 }
 
 std::int32_t Builder::RunWalkHere(BuildWalk& walk) {
@@ -254,9 +254,9 @@ std::int32_t Builder::RunWalkHere(BuildWalk& walk) {
 }
 
 std::int32_t Builder::BuildHere() {
-  if (IsWorkerAlive() || walksHere > 0 || model.IsDamageHeld()) return 0;
+  if (IsWorkerAlive() || walksHere > 0 || model.Protection().IsDamageHeld()) return 0;
   CXmlNode* const application = state.activeApplication;
-  if (state.currentNode != nullptr) model.RenewPropState(*state.currentNode);
+  if (state.currentNode != nullptr) model.Publishing().RenewPropState(*state.currentNode);
   notedHere = state.currentNode;
   const std::uint64_t epoch = state.treeEpoch;
   const std::int32_t result = BuildNode(nullptr, ModeBuild);

@@ -68,12 +68,12 @@ std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output
   if (const std::string own = WhyOwn(output); !own.empty()) return own;
   // A tool would create the file that a dangling link points to.
   if (!status && !model_.GetFiles().ExamineLink(path)) return {};
-  const bool isRefused = model_.GetTrust().IsWithheld() && PlaceOf(path).isOutside;
+  const bool isRefused = model_.Protection().GetTrust().IsWithheld() && PlaceOf(path).isOutside;
   if (!isRefused && status && IsMade(node, path, *status)) return {};
   if (const char* reason = status ? FindReason(path, *status) : nullptr) {
     return Describe(output, reason);
   }
-  if (!isRefused && (model_.MayWriteOutside() || !PlaceOf(path).isOutside)) return {};
+  if (!isRefused && (model_.Protection().MayWriteOutside() || !PlaceOf(path).isOutside)) return {};
   const ProjectFolder folder(model_.GetFiles(), model_.GetProjectPath());
   const std::string wayOut = folder.DescribeWayOut(path);
   return Describe(output, (wayOut.empty() ? "" : wayOut + ", which ") +

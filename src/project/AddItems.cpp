@@ -1,5 +1,7 @@
 // Adding existing files and applications to the tree.
 
+#include "project/ItemAdder.h"
+
 #include <vector>
 
 #include "output/MessageTable.h"
@@ -7,8 +9,8 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
-#include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
+#include "widgets/Dialogs.h"
 
 namespace tarn {
 
@@ -66,15 +68,15 @@ std::string FilterOf(int row, const std::string& patterns) {
 
 }  // namespace
 
-std::int32_t CProjectModel::AddExistingItem(const char* itempath, const char* itemtype) {
+std::int32_t ItemAdder::AddExistingItem(const char* itempath, const char* itemtype) {
   if (!services.build.CanStartOperation()) return 0;
   if (EqualNoCase(TextOf(itemtype), kSourceList)) return ReplaceSourceList(TextOf(itempath));
   return AddItem(TextOf(itempath), itemtype, false);
 }
 
 // `isJustMade`: the application file was written for this call and must be used unchanged.
-std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* itemtype,
-                                    bool isJustMade) {
+std::int32_t ItemAdder::AddItem(const std::string& itempath, const char* itemtype,
+                                bool isJustMade) {
   // Without a project, no file would contain the item.
   if (!state.isOpen) return 0;
   if (HasControlBytes(itempath)) {
@@ -102,7 +104,7 @@ std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* ite
   paths.MakeAbsolutePath(itempath, path, base.empty() ? nullptr : base.c_str());
   if (isApplication && !isJustMade && AppendExtension(*type, path)) {
     const std::uint64_t epoch = state.treeEpoch;
-    SetCurrentNode(state.projectRoot.get());
+    publisher.SetCurrentNode(state.projectRoot.get());
     if (state.treeEpoch != epoch) return 0;
     target = state.projectRoot.get();
     if (!CheckFileAccess(files, path, kMustExist, *services.output)) {
@@ -118,11 +120,11 @@ std::int32_t CProjectModel::AddItem(const std::string& itempath, const char* ite
 
 // Returns the node that new items are added to, or nullptr if there is none or a handler removed
 // the tree. Loads its options, because they determine what it may contain.
-CXmlNode* CProjectModel::LoadAddTarget() {
+CXmlNode* ItemAdder::LoadAddTarget() {
   CXmlNode* target = state.GetCurrentNode();
   while (target != nullptr) {
     const std::uint64_t epoch = state.treeEpoch;
-    LoadNodeOptions(target, false);
+    publisher.LoadNodeOptions(target, false);
     if (state.treeEpoch != epoch) return nullptr;
     if ((types.FlagsOf(*target) & kTypeIsLeaf) == 0) return target;
     target = target->GetParent();
@@ -130,7 +132,7 @@ CXmlNode* CProjectModel::LoadAddTarget() {
   return nullptr;
 }
 
-const CXmlNode* CProjectModel::TypeOfItem(const std::string& path, const char* itemtype) {
+const CXmlNode* ItemAdder::TypeOfItem(const std::string& path, const char* itemtype) {
   CXmlNode* named = nullptr;
   FindChildNode(itemtype, nullptr, &types.GetRoot(), named);
   if (named != nullptr) return named;
@@ -139,7 +141,7 @@ const CXmlNode* CProjectModel::TypeOfItem(const std::string& path, const char* i
 }
 
 // Applications are compared by file identity, however their paths are written.
-bool CProjectModel::HoldsApplicationOf(const std::string& path) const {
+bool ItemAdder::HoldsApplicationOf(const std::string& path) const {
   const std::string wanted = files.Canonical(path);
   for (int i = 0; i < state.projectRoot->GetChildCount(); ++i) {
     const CXmlNode& child = *state.projectRoot->GetChild(i);
@@ -153,12 +155,12 @@ bool CProjectModel::HoldsApplicationOf(const std::string& path) const {
   return false;
 }
 
-void CProjectModel::FillItem(CXmlNode& node, const std::string& path) {
+void ItemAdder::FillItem(CXmlNode& node, const std::string& path) {
   const std::string title = SplitPath(path).title;
   WriteItemPaths(node, path);
   if ((types.FlagsOf(node) & kTypeApplication) != 0) {
     // An existing file that can't be read must not be overwritten with an empty node.
-    if (!LoadTreeFile(node, path) && files.Exists(path)) guard.NoteUntouchable(path);
+    if (!loader.LoadTreeFile(node, path) && files.Exists(path)) guard.NoteUntouchable(path);
     node.SetAttrValue("Header", title);
     WriteItemPaths(node, path);
     return;
@@ -173,29 +175,29 @@ void CProjectModel::FillItem(CXmlNode& node, const std::string& path) {
   node.SetAttrValue("Header", isProject ? title : FileNameOf(path));
 }
 
-void CProjectModel::WriteItemPaths(CXmlNode& node, const std::string& path) const {
+void ItemAdder::WriteItemPaths(CXmlNode& node, const std::string& path) const {
   const std::uint32_t flags = types.FlagsOf(node);
   if ((flags & kTypeExtern) != 0) node.SetAttrValue("Extern", path);
   if ((flags & kTypePath) != 0) node.SetAttrValue("Path", path);
 }
 
-std::int32_t CProjectModel::PlaceItem(CXmlNode& target, std::unique_ptr<CXmlNode> node) {
+std::int32_t ItemAdder::PlaceItem(CXmlNode& target, std::unique_ptr<CXmlNode> node) {
   const std::uint64_t opened = state.projectEpoch;
   state.NoteModified();
-  CXmlNode* const added = AttachNode(target, std::move(node), Opens::Yes);
+  CXmlNode* const added = editor.AttachNode(target, std::move(node), TreeEditor::Opens::Yes);
   if (added != nullptr) {
     const std::uint64_t epoch = state.treeEpoch;
-    if ((types.FlagsOf(*added) & kTypeApplication) != 0) SetActiveApplication(added);
-    SetCurrentNode(added);
-    if (state.treeEpoch == epoch) LoadNodeOptions(added, true);
+    if ((types.FlagsOf(*added) & kTypeApplication) != 0) publisher.SetActiveApplication(added);
+    publisher.SetCurrentNode(added);
+    if (state.treeEpoch == epoch) publisher.LoadNodeOptions(added, true);
   }
   if (state.projectEpoch != opened) return 0;
-  RunAutoDebugStep();
+  publisher.RunAutoDebugStep();
   return 1;
 }
 
 // The files that a debugger found become the content of an application that cannot be built.
-std::int32_t CProjectModel::ReplaceSourceList(const std::string& lines) {
+std::int32_t ItemAdder::ReplaceSourceList(const std::string& lines) {
   if (lines.empty() || state.activeApplication == nullptr) return 0;
   const std::uint32_t flags = types.FlagsOf(*state.activeApplication);
   if ((flags & (kTypeDebug | kTypeAutoDebug | kTypeBuild)) != kTypeDebug) return 0;
@@ -219,7 +221,7 @@ std::int32_t CProjectModel::ReplaceSourceList(const std::string& lines) {
   return 1;
 }
 
-std::int32_t CProjectModel::BrowseAndAddFiles() {
+std::int32_t ItemAdder::BrowseAndAddFiles() {
   if (!services.build.CanStartOperation()) return 0;
   const CXmlNode* holder = state.GetCurrentNode();
   if (holder == nullptr) return 0;

@@ -1,11 +1,12 @@
 // The configurations of an application.
 
+#include "project/NodeOptions.h"
+
 #include "platform/text/Text.h"
-#include "project/ProjectModel.h"
 
 namespace tarn {
 
-std::int32_t CProjectModel::AddConfiguration() {
+std::int32_t NodeOptions::AddConfiguration() {
   if (!services.build.CanStartOperation() || state.activeApplication == nullptr) return 0;
   const std::string header = services.propertyManager->GetNewConfigName();
   const std::string description = services.propertyManager->GetNewConfigName();
@@ -21,7 +22,7 @@ std::int32_t CProjectModel::AddConfiguration() {
   return 1;
 }
 
-std::int32_t CProjectModel::RefreshDefinitions() {
+std::int32_t NodeOptions::RefreshDefinitions() {
   if (services.build.IsWorkerAlive() || services.build.IsBuildingHere() ||
       services.propertyManager == nullptr)
     return 0;
@@ -32,13 +33,13 @@ std::int32_t CProjectModel::RefreshDefinitions() {
   extensions.Forget();
   for (int i = 0; i < state.projectRoot->GetChildCount(); ++i) {
     CXmlNode& child = *state.projectRoot->GetChild(i);
-    if ((types.FlagsOf(child) & kTypeApplication) != 0) ResetNodeCache(child, false);
+    if ((types.FlagsOf(child) & kTypeApplication) != 0) derived.ResetNodeCache(child, false);
   }
-  PublishAll();
+  publisher.PublishAll();
   return 1;
 }
 
-std::int32_t CProjectModel::SelectConfiguration(const std::string& wanted) {
+std::int32_t NodeOptions::SelectConfiguration(const std::string& wanted) {
   if (!services.build.CanStartOperation()) return 0;
   const std::string name = wanted.empty() ? services.propertyManager->GetNewConfigName() : wanted;
   CXmlNode* const noted = state.GetCurrentNode();
@@ -46,18 +47,18 @@ std::int32_t CProjectModel::SelectConfiguration(const std::string& wanted) {
   state.NoteModified();
   state.activeApplication->SetAttrValue("Config", name);
   services.propertyManager->BeginUpdate();
-  RenewPropState(*noted);
-  ResetNodeCache(*state.activeApplication, false);
+  publisher.RenewPropState(*noted);
+  derived.ResetNodeCache(*state.activeApplication, false);
   CXmlNode* const application = state.activeApplication;
-  while (PublishNextNode(application)) {
+  while (publisher.PublishNextNode(application)) {
   }
   services.build.RestoreRecords(*application);
   const std::uint64_t epoch = state.treeEpoch;
-  SetCurrentNode(noted);
-  if (state.treeEpoch == epoch) RestorePropState(*noted);
+  publisher.SetCurrentNode(noted);
+  if (state.treeEpoch == epoch) publisher.RestorePropState(*noted);
   services.propertyManager->EndUpdate();
   if (state.treeEpoch != epoch) return 1;
-  SendActiveApplication();
+  publisher.SendActiveApplication();
   if (state.treeEpoch == epoch && state.activeApplication != nullptr) {
     views.SetGlobalsFile(paths.GlobalsFileOf(*state.activeApplication));
   }

@@ -1,7 +1,8 @@
 // Copying the stored options of one configuration to another.
 
+#include "project/NodeOptions.h"
+
 #include "platform/text/Text.h"
-#include "project/ProjectModel.h"
 
 namespace tarn {
 
@@ -87,9 +88,9 @@ std::string StoredName(CPropertyManagerDriver& propertyManager, const std::strin
 
 }  // namespace
 
-std::int32_t CProjectModel::CopyConfiguration(const std::string& from, const std::string& to) {
+std::int32_t NodeOptions::CopyConfiguration(const std::string& from, const std::string& to) {
   if (!services.build.CanStartOperation() || state.activeApplication == nullptr || to.empty() ||
-      EqualNoCase(from, to) || EqualNoCase(to, GetCurrentConfigName())) {
+      EqualNoCase(from, to) || EqualNoCase(to, publisher.GetCurrentConfigName())) {
     return 0;
   }
   const CopiedNames names{StoredName(*services.propertyManager, from),
@@ -102,8 +103,8 @@ std::int32_t CProjectModel::CopyConfiguration(const std::string& from, const std
   state.NoteModified();
   state.ForgetKeptTexts();
   // The cached values of a node include the stored options they were made from.
-  ResetNodeCache(isOutside ? *state.projectRoot : *state.activeApplication, true);
-  PublishAll();
+  derived.ResetNodeCache(isOutside ? *state.projectRoot : *state.activeApplication, true);
+  publisher.PublishAll();
   return 1;
 }
 

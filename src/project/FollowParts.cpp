@@ -3,6 +3,8 @@
 //
 // Finds moved parts with ChildPairs; a part that was also renamed is recognized by its contents.
 
+#include "project/TreeSaver.h"
+
 #include <algorithm>
 #include <set>
 
@@ -10,7 +12,6 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ChildPairs.h"
-#include "project/ProjectModel.h"
 #include "project/TreeText.h"
 
 namespace tarn {
@@ -106,8 +107,8 @@ double CompareContents(const std::string& one, const std::string& other) {
 // version `after` has neither its path nor its label. It is the new part with the largest share of
 // the same files, more than half. Removes the result from `added`. Returns an empty string if there
 // is none or if the old file still exists.
-std::string CProjectModel::FindRenamedPart(const std::string& absolute,
-                                           std::vector<std::string>& added) {
+std::string TreeSaver::FindRenamedPart(const std::string& absolute,
+                                       std::vector<std::string>& added) {
   const std::string* const known = guard.TextOf(absolute);
   if (known == nullptr || files.Exists(absolute)) return {};
   auto best = added.end();
@@ -131,7 +132,7 @@ std::string CProjectModel::FindRenamedPart(const std::string& absolute,
 
 // Plans the files of parts whose owner's file was changed on disk and now names the part elsewhere
 // or no longer. Owners come after their parts.
-void CProjectModel::FollowParts(std::vector<PendingFile>& pending) {
+void TreeSaver::FollowParts(std::vector<PendingFile>& pending) {
   for (std::size_t i = pending.size(); i-- > 0;) {
     PendingFile& owner = pending[i];
     const std::string& path = owner.isPlanned ? owner.plan.absolute : owner.absolute;
@@ -161,8 +162,8 @@ void CProjectModel::FollowParts(std::vector<PendingFile>& pending) {
 
 // `target` is empty if the owner's file no longer names the part. An unchanged part is then
 // dropped; a changed one is kept, which is a conflict.
-void CProjectModel::FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
-                               const std::string& target) {
+void TreeSaver::FollowPart(PendingFile& owner, PendingFile& part, const PartChange& change,
+                           const std::string& target) {
   const std::string* const known = guard.TextOf(part.absolute);
   if (known == nullptr) return;
   if (target.empty()) {

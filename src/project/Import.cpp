@@ -1,13 +1,14 @@
 // Import of projects in older formats. A conversion script writes a project in the current format
 // next to the old file, and the result is opened.
 
+#include "project/Importer.h"
+
 #include <vector>
 
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/process/RunAndWait.h"
 #include "platform/text/Text.h"
-#include "project/ProjectModel.h"
 #include "widgets/Dialogs.h"
 
 namespace tarn {
@@ -53,44 +54,40 @@ std::string FailureText(std::int32_t exitCode, const std::string& path) {
 
 }  // namespace
 
-std::int32_t CProjectModel::ImportOldProject(const std::string& path) {
+bool Importer::Convert(const std::string& path, std::string& newFile) {
   const std::string oldFile = paths.FullProjectPath(path);
-  const std::string newFile = WithExtension(oldFile, ".tprj");
+  newFile = WithExtension(oldFile, ".tprj");
   const std::uint64_t opened = state.projectEpoch;
   const std::string caption = GetMessageText(kRowProjectWord);
   bool converts = true;
   if (files.ReadWholeFile(newFile)) {
-    converts = MayOverwrite(newFile);
-    if (state.projectEpoch != opened) return 0;
+    converts = protection.MayOverwrite(newFile);
+    if (state.projectEpoch != opened) return false;
   }
-  if (converts) {
-    std::string blamed = oldFile;
-    const std::int32_t exitCode = RunConversion(oldFile, blamed);
-    if (state.projectEpoch != opened) return 0;
-    if (exitCode != kDone) {
-      ShowMessage(services.mainframeHandle, FailureText(exitCode, blamed), caption);
-      return 0;
-    }
-  }
-  OpenProject(newFile.c_str(), 0);
-  return 1;
+  if (!converts) return true;
+  std::string blamed = oldFile;
+  const std::int32_t exitCode = RunConversion(oldFile, blamed);
+  if (state.projectEpoch != opened) return false;
+  if (exitCode == kDone) return true;
+  ShowMessage(services.mainframeHandle, FailureText(exitCode, blamed), caption);
+  return false;
 }
 
 // Returns the interpreter: the one the user configured, else the one bundled with the installation,
 // else the one found in PATH.
-std::string CProjectModel::FindImportProgram() const {
+std::string Importer::FindImportProgram() const {
   if (!services.importProgram.empty()) return FindProgram(services.importProgram);
   const std::string own = JoinPath(services.applicationPath, "bin/k418/perl.exe");
   return files.Exists(own) ? own : FindProgram(kInterpreter);
 }
 
-std::string CProjectModel::MissingImportProgram() const {
+std::string Importer::MissingImportProgram() const {
   if (!FindImportProgram().empty()) return {};
   return services.importProgram.empty() ? kInterpreter : services.importProgram;
 }
 
 // Returns kDone also if nothing could be started.
-std::int32_t CProjectModel::RunConversion(const std::string& oldFile, std::string& blamed) {
+std::int32_t Importer::RunConversion(const std::string& oldFile, std::string& blamed) {
   const std::string folder = JoinPath(services.applicationPath, "bin/k418");
   const std::string script = JoinPath(folder, "k418.pl");
   const std::string interpreter = FindImportProgram();

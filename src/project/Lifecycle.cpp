@@ -1,12 +1,13 @@
 // Opening, creating, saving and closing of projects. A save is a close followed by an open.
 
+#include "project/ProjectLifecycle.h"
+
 #include <utility>
 
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
-#include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
 #include "widgets/Dialogs.h"
 
@@ -37,7 +38,7 @@ class Holding {
 
 }  // namespace
 
-std::string CProjectModel::AskForProject() {
+std::string ProjectLifecycle::AskForProject() {
   FileQuestion question;
   for (const auto& [row, pattern] :
        {std::pair{kRowProjectWord, "*.tprj"}, std::pair{kRowFilterPrj, "*.prj"},
@@ -51,7 +52,7 @@ std::string CProjectModel::AskForProject() {
   return chosen.empty() ? std::string() : chosen.front();
 }
 
-std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault) {
+std::int32_t ProjectLifecycle::OpenProject(const char* path, std::int32_t isDefault) {
   const std::unique_ptr<ReplacedFiles> changes = std::exchange(staged, nullptr);
   if (services.propertyManager == nullptr || services.output == nullptr || state.isClosing)
     return 0;
@@ -76,30 +77,19 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   const std::string former = std::exchange(state.projectPath, paths.FullProjectPath(chosen));
   state.openedBy = chosen;
   state.projectFolder = FolderOf(state.projectPath);
-  trust.SetProject(state.isDefaultProject == 0 ? state.projectPath : std::string());
+  protection.GetTrust().SetProject(state.isDefaultProject == 0 ? state.projectPath : std::string());
   files.SetCurrentFolder(state.projectFolder);
-  if (former != state.projectPath) guard.ForgetAll();
-  guard.Forget();
-  damage.clear();
-  // After a failure, the placeholder project is opened; it must not clear the damage.
-  if (state.isDefaultProject == 0) failedDamage.clear();
-  // A handler of a log message may open another project while this one is being read.
-  std::vector<std::string> outer = std::exchange(loadingFiles, {});
-  const ReplacedFiles* const outerReplaced = std::exchange(replaced, changes.get());
-  const std::int32_t loaded = LoadTreeFile(*state.projectRoot, state.projectPath);
-  if (loaded && state.projectEpoch == opened) CheckActiveApplication();
-  loadingFiles = std::move(outer);
-  replaced = outerReplaced;
-  if (!loaded) {
+  protection.BeginOpen(former != state.projectPath);
+  if (!loader.LoadProjectFile(changes.get())) {
     if (state.projectEpoch != opened) return 0;
-    if (state.isDefaultProject == 0) failedDamage = std::exchange(damage, {});
+    protection.KeepFailedDamage();
     DiscardTree();
     return 0;
   }
   if (state.projectEpoch != opened) return 0;
   state.modified = changes != nullptr && changes->Find(state.projectPath) != nullptr ? 1 : 0;
   ++state.changeCount;
-  publishingStopped = false;
+  publisher.NoteOpened();
   state.shapeChanged = false;
   state.isOpen = true;
   state.projectRoot->SetAttrValue("Path", state.projectPath);
@@ -113,9 +103,17 @@ std::int32_t CProjectModel::OpenProject(const char* path, std::int32_t isDefault
   return state.projectEpoch == opened && LoadProject(opened) ? 1 : 0;
 }
 
+// The converted project may not be openable; the import itself was done.
+std::int32_t ProjectLifecycle::ImportOldProject(const std::string& path) {
+  std::string newFile;
+  if (!importer.Convert(path, newFile)) return 0;
+  OpenProject(newFile.c_str(), 0);
+  return 1;
+}
+
 // Second half of an open, after the files were read: announces the applications and prepares their
 // options. Returns 0 if a handler closed the project or opened another one.
-std::int32_t CProjectModel::LoadProject(std::uint64_t opened) {
+std::int32_t ProjectLifecycle::LoadProject(std::uint64_t opened) {
   CXmlNode* application = nullptr;
   FindChildNode(state.projectRoot->GetAttrValue("ActiveApp"), "Header", state.projectRoot.get(),
                 application);
@@ -132,10 +130,10 @@ std::int32_t CProjectModel::LoadProject(std::uint64_t opened) {
   if (state.projectEpoch != opened || !AnnounceApplications(opened)) return 0;
   if (!MakeOptionsReady(opened)) return 0;
   if (state.activeApplication != nullptr) {
-    SetActiveApplication(state.activeApplication);
-    SetCurrentNode(state.activeApplication);
+    publisher.SetActiveApplication(state.activeApplication);
+    publisher.SetCurrentNode(state.activeApplication);
     if (state.projectEpoch != opened) return 0;
-    SendActiveApplication();
+    publisher.SendActiveApplication();
     if (state.projectEpoch != opened) return 0;
     views.BeginTreeUpdate();
     views.EndTreeUpdate();
@@ -149,13 +147,13 @@ std::int32_t CProjectModel::LoadProject(std::uint64_t opened) {
   return 1;
 }
 
-bool CProjectModel::AnnounceApplications(std::uint64_t opened) {
+bool ProjectLifecycle::AnnounceApplications(std::uint64_t opened) {
   for (int i = 0; i < state.projectRoot->GetChildCount(); ++i) {
     CXmlNode* child = state.projectRoot->GetChild(i);
     if ((types.FlagsOf(*child) & kTypeApplication) == 0) continue;
     if (state.activeApplication == nullptr) {
       state.activeApplication = child;
-      SetCurrentNode(child);
+      publisher.SetCurrentNode(child);
       if (state.projectEpoch != opened) return false;
       // A handler may have removed the child.
       child = state.projectRoot->GetChild(i);
@@ -169,7 +167,7 @@ bool CProjectModel::AnnounceApplications(std::uint64_t opened) {
   return true;
 }
 
-bool CProjectModel::MakeOptionsReady(std::uint64_t opened) {
+bool ProjectLifecycle::MakeOptionsReady(std::uint64_t opened) {
   if (state.isDefaultProject == 0) {
     views.StartStepTimer();
     return true;
@@ -178,19 +176,19 @@ bool CProjectModel::MakeOptionsReady(std::uint64_t opened) {
   if (state.activeApplication != nullptr) {
     CXmlNode* const application =
         state.activeApplication;  // publishing changes the active application
-    ResetNodeCache(*application, false);
-    while (PublishNextNode(application)) {
+    derived.ResetNodeCache(*application, false);
+    while (publisher.PublishNextNode(application)) {
     }
     state.activeApplication = application;
   } else {
     services.propertyManager->ClearValues();
   }
   services.propertyManager->EndUpdate();
-  PublishTick();
+  publisher.PublishTick();
   return state.projectEpoch == opened;
 }
 
-void CProjectModel::DiscardTree() {
+void ProjectLifecycle::DiscardTree() {
   ++state.projectEpoch;
   services.build.CloseJournal();
   state.RemoveAllChildren(*state.projectRoot);
@@ -202,12 +200,11 @@ void CProjectModel::DiscardTree() {
   state.modified = 0;
   state.shapeChanged = false;
   state.isOpen = false;
-  guard.Forget();
-  damage.clear();
+  protection.Forget();
   state.NoteTreeChange();
 }
 
-std::int32_t CProjectModel::CloseProject() {
+std::int32_t ProjectLifecycle::CloseProject() {
   if (state.isClosing || !services.build.CanStartOperation()) return 0;
   const std::uint64_t before = state.projectEpoch;
   if (services.mainframeHandle != 0) {
@@ -227,8 +224,9 @@ std::int32_t CProjectModel::CloseProject() {
   if (state.isDefaultProject != 0 && state.activeApplication != nullptr) {
     state.RemoveContentChildren(*state.activeApplication);
   }
-  inPublishTick = false;
-  if (state.isOpen && state.modified != 0 && IsDamageHeld()) host.AddLogLine(kDamageHeld);
+  publisher.NoteClosing();
+  if (state.isOpen && state.modified != 0 && protection.IsDamageHeld())
+    host.AddLogLine(kDamageHeld);
   WriteAndEmpty();
   const std::uint64_t closed = state.projectEpoch;
   services.output->ResetLog();
@@ -242,12 +240,12 @@ std::int32_t CProjectModel::CloseProject() {
 
 // Writes the files of the open project and frees its tree. No other open or close can run while
 // this does.
-void CProjectModel::WriteAndEmpty() {
+void ProjectLifecycle::WriteAndEmpty() {
   const Holding closing(state.isClosing);
-  savedFiles.clear();
-  const bool mustSave = state.isOpen && state.modified != 0 && !IsDamageHeld();
-  if (state.isOpen) StripForSave(*state.projectRoot, true);
-  if (mustSave) SaveTreeFile(*state.projectRoot, state.projectPath);
+  saver.ClearSavedFiles();
+  const bool mustSave = state.isOpen && state.modified != 0 && !protection.IsDamageHeld();
+  if (state.isOpen) derived.StripForSave(*state.projectRoot, true);
+  if (mustSave) saver.SaveTreeFile(*state.projectRoot, state.projectPath);
   services.output->SaveLog();
   services.output->UpdateReport();
   services.build.CloseJournal();
@@ -255,14 +253,14 @@ void CProjectModel::WriteAndEmpty() {
   state.currentNode = nullptr;
   state.activeApplication = nullptr;
   state.isOpen = false;
-  guard.Forget();
-  damage.clear();
+  protection.Forget();
   state.NoteTreeChange();
 }
 
 // Repeats the messages of the save, because the close has cleared the log.
-void CProjectModel::ReportSave() {
-  const std::vector<SavedFile> reports = savedFiles;  // copy, because the host may save again
+void ProjectLifecycle::ReportSave() {
+  const std::vector<SavedFile> reports =
+      saver.GetSavedFiles();  // copy, because the host may save again
   for (const SavedFile& each : reports) {
     for (const std::string& line : each.ToLines()) {
       if (each.problem.empty()) {
@@ -277,9 +275,9 @@ void CProjectModel::ReportSave() {
   services.output->UpdateReport();
 }
 
-std::int32_t CProjectModel::SaveProject() {
+std::int32_t ProjectLifecycle::SaveProject() {
   if (state.isClosing || !services.build.CanStartOperation()) return 0;
-  if (IsDamageHeld()) {
+  if (protection.IsDamageHeld()) {
     host.AddLogLine(kDamageHeld);
     return 0;
   }
@@ -292,10 +290,10 @@ std::int32_t CProjectModel::SaveProject() {
       isMissing = true;
   }
   if (state.shapeChanged || isMissing) state.NoteModified();
-  isSaving = true;
+  saver.SetSaving(true);
   const std::int32_t closed = CloseProject();
-  isSaving = false;
-  const std::unique_ptr<ReplacedFiles> kept = std::exchange(unsaved, nullptr);
+  saver.SetSaving(false);
+  const std::unique_ptr<ReplacedFiles> kept = saver.TakeUnsaved();
   if (!closed) return 0;
   const std::string path = state.projectPath;
   if (kept != nullptr) {
@@ -306,47 +304,13 @@ std::int32_t CProjectModel::SaveProject() {
   return 1;
 }
 
-std::int32_t CProjectModel::NewProject(const char* path) {
-  if (services.propertyManager == nullptr || services.output == nullptr ||
-      !services.build.CanStartOperation())
-    return 0;
-  if (path != nullptr) return CreateProjectFile(path, 1);
-  // The wizard only offers a new project. If one was opened, the flag belongs to it.
-  const std::uint64_t before = state.projectEpoch;
-  const std::int32_t noted = std::exchange(state.isDefaultProject, 1);
-  const std::int32_t result = AddNewItem(nullptr, nullptr);
-  const bool hasOpened = state.isOpen && state.projectEpoch != before;
-  if (!result && !hasOpened) state.isDefaultProject = noted;
-  return result;
-}
-
-bool CProjectModel::MayOverwrite(const std::string& path) const {
-  const std::string question =
-      FormatMessageText(GetMessageText(kRowOverwriteQuestion), std::vector<std::string>{path});
-  return AskOkCancel(services.mainframeHandle, question, GetMessageText(kRowProjectWord));
-}
-
-bool CProjectModel::PutAsideReplaced(const std::string& path) {
-  std::string copy;
-  CopyReason reason = CopyReason::None;
-  Status kept = files.CheckWritable(path);
-  if (files.IsFolder(path)) kept = Error{ErrorCode::NotAFile, "it is a folder", path};
-  if (kept) kept = guard.PutAside(path, copy, reason);
-  if (!kept) {
-    services.output->WriteMessage(kRowCannotSave, {path}, kept.GetError().text);
-    return false;
-  }
-  // Not a message to the host: the user was asked before.
-  if (!copy.empty()) services.output->AddOutput("The file that was replaced is kept as " + copy);
-  return true;
-}
-
-std::int32_t CProjectModel::CreateProjectFile(const std::string& path, std::int32_t askOverwrite) {
+std::int32_t ProjectLifecycle::CreateProjectFile(const std::string& path,
+                                                 std::int32_t askOverwrite) {
   if (!services.build.CanStartOperation()) return 0;
   if (files.Exists(path)) {
-    if (askOverwrite != 0 && !MayOverwrite(path)) return 0;
+    if (askOverwrite != 0 && !protection.MayOverwrite(path)) return 0;
     // The file is replaced rather than deleted, so that a full disk does not also lose the old one.
-    if (!PutAsideReplaced(path)) return 0;
+    if (!protection.PutAsideReplaced(path)) return 0;
   }
   CXmlNode root;
   root.SetName("Project");

@@ -1,11 +1,12 @@
 // Creating applications and folders for the user.
 
+#include "project/ItemAdder.h"
+
 #include "output/MessageTable.h"
 #include "platform/paths/Paths.h"
 #include "platform/settings/Settings.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
-#include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
 #include "widgets/Toolkit.h"
 
@@ -39,7 +40,7 @@ bool IsFileTitle(const std::string& name) {
 
 }  // namespace
 
-std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) {
+std::string ItemAdder::FindApplicationProblem(const NewApplication& wanted) {
   constexpr std::size_t kLongestName = 240;  // of a file name without extension
   const std::string& name = wanted.applicationName;
   if (Trim(name).empty()) return "The application needs a name.";
@@ -72,7 +73,7 @@ std::string CProjectModel::FindApplicationProblem(const NewApplication& wanted) 
   return files.Exists(file) ? file + " exists already." : std::string();
 }
 
-std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtype) {
+std::int32_t ItemAdder::AddNewItem(const char* itempath, const char* itemtype) {
   if (!services.build.CanStartOperation()) return 0;
   if (EqualNoCase(TextOf(itemtype), "Group")) return AddGroup();
   NewApplication wanted;
@@ -110,17 +111,17 @@ std::int32_t CProjectModel::AddNewItem(const char* itempath, const char* itemtyp
 }
 
 // Applies the settings of the selected microcontroller.
-void CProjectModel::SetUpApplication(const NewApplication& wanted) {
+void ItemAdder::SetUpApplication(const NewApplication& wanted) {
   const Creating creating(state.creatingProject);
   const std::uint64_t opened = state.projectEpoch;
   if (!wanted.targetText.empty()) host.SendHost(kMsgRunScript, wanted.targetText, 0);
   if (state.projectEpoch == opened && wanted.configName != kStandardConfig) {
     services.propertyManager->SetCurrentConfig(wanted.configName);
-    SelectConfiguration(wanted.configName);
+    options.SelectConfiguration(wanted.configName);
   }
 }
 
-std::int32_t CProjectModel::AddGroup() {
+std::int32_t ItemAdder::AddGroup() {
   CXmlNode* target = state.GetCurrentNode();
   if (target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0) {
     target = target->GetParent();
@@ -130,13 +131,13 @@ std::int32_t CProjectModel::AddGroup() {
   auto node = CXmlNode::CreateNode("Group");
   node->AddAttr("Header", "New Folder");
   state.NoteShapeChanged();
-  SetCurrentNode(AttachNode(*target, std::move(node), Opens::No));
+  publisher.SetCurrentNode(editor.AttachNode(*target, std::move(node), TreeEditor::Opens::No));
   return 1;
 }
 
 // Fills in the proposals for the dialog. Returns the record of the requested type, or nullptr.
-const CXmlNode* CProjectModel::ProposeApplication(const std::string& itempath, const char* itemtype,
-                                                  NewApplication& wanted) const {
+const CXmlNode* ItemAdder::ProposeApplication(const std::string& itempath, const char* itemtype,
+                                              NewApplication& wanted) const {
   CXmlNode* taken = nullptr;
   int number = 0;
   do {
@@ -166,27 +167,27 @@ const CXmlNode* CProjectModel::ProposeApplication(const std::string& itempath, c
 }
 
 // Adds the application to the tree only; the next save creates its file.
-std::int32_t CProjectModel::PlaceInProject(std::unique_ptr<CXmlNode> node) {
+std::int32_t ItemAdder::PlaceInProject(std::unique_ptr<CXmlNode> node) {
   CXmlNode* const target = state.GetCurrentNode();
   CXmlNode* namesake = nullptr;
   FindTreeNode(node->GetAttrValue("Header"), "Header", target, namesake);
   if (namesake != nullptr || !state.isOpen || !types.CanContain(target, node.get())) return 0;
   const std::uint64_t opened = state.projectEpoch;
   state.NoteModified();
-  SetCurrentNode(AttachNode(*target, std::move(node), Opens::No));
+  publisher.SetCurrentNode(editor.AttachNode(*target, std::move(node), TreeEditor::Opens::No));
   return state.projectEpoch == opened ? 1 : 0;
 }
 
-std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
-                                              const std::string& applicationFile,
-                                              const std::string& projectFile) {
-  if (state.isOpen && EqualNoCase(projectFile, state.projectPath) && !CloseProject()) return 0;
+std::int32_t ItemAdder::PlaceInNewProject(const CXmlNode& node, const std::string& applicationFile,
+                                          const std::string& projectFile) {
+  if (state.isOpen && EqualNoCase(projectFile, state.projectPath) && !lifecycle.CloseProject())
+    return 0;
   if (!CheckFileAccess(files, applicationFile, kMustBeWritable | kCreateFolder, *services.output))
     return 0;
   if (files.Exists(applicationFile)) {
-    if (!MayOverwrite(applicationFile)) return 0;
+    if (!protection.MayOverwrite(applicationFile)) return 0;
     // The file is replaced rather than deleted, so that a full disk does not also lose the old one.
-    if (!PutAsideReplaced(applicationFile)) return 0;
+    if (!protection.PutAsideReplaced(applicationFile)) return 0;
     (void)files.RemoveFile(WithExtension(projectFile, ".dbi"));
   }
   // If the write failed, creation continues without the file, and adding the application reports it
@@ -198,23 +199,37 @@ std::int32_t CProjectModel::PlaceInNewProject(const CXmlNode& node,
     return 0;
   }
   const Creating creating(state.creatingProject);
-  if (!CreateProjectFile(projectFile, 0)) return 0;
-  if (!OpenProject(projectFile.c_str(), 0)) return 0;
+  if (!lifecycle.CreateProjectFile(projectFile, 0)) return 0;
+  if (!lifecycle.OpenProject(projectFile.c_str(), 0)) return 0;
   return AddItem(applicationFile, node.NameText(), true);
 }
 
 // Runs the tool that generates the initial sources for a microcontroller.
-std::int32_t CProjectModel::RunCobbler(const std::string& wizardPath) {
+std::int32_t ItemAdder::RunCobbler(const std::string& wizardPath) {
   const std::string tool =
       files.Exists(wizardPath) ? wizardPath : services.configFolder + wizardPath;
   CXmlNode* const node = state.GetCurrentNode();
   const CXmlNode* values = FindStoredValues(*node);
-  if (values == nullptr) values = LoadNodeOptions(node, true);
+  if (values == nullptr) values = publisher.LoadNodeOptions(node, true);
   if (values == nullptr || services.toolManager == nullptr) return 0;
-  const std::string options(values->ValueText());
+  const std::string text(values->ValueText());
   const WaitCursor wait;
-  services.toolManager->RunTool(tool, "", options, nullptr);
+  services.toolManager->RunTool(tool, "", text, nullptr);
   return 1;
+}
+
+std::int32_t ItemAdder::NewProject(const char* path) {
+  if (services.propertyManager == nullptr || services.output == nullptr ||
+      !services.build.CanStartOperation())
+    return 0;
+  if (path != nullptr) return lifecycle.CreateProjectFile(path, 1);
+  // The wizard only offers a new project. If one was opened, the flag belongs to it.
+  const std::uint64_t before = state.projectEpoch;
+  const std::int32_t noted = std::exchange(state.isDefaultProject, 1);
+  const std::int32_t result = AddNewItem(nullptr, nullptr);
+  const bool hasOpened = state.isOpen && state.projectEpoch != before;
+  if (!result && !hasOpened) state.isDefaultProject = noted;
+  return result;
 }
 
 }  // namespace tarn

@@ -4,16 +4,22 @@ namespace tarn {
 
 CProjectModel::CProjectModel(FileSystem& disk)
     : services(disk),
-      files(disk),
-      types(services.types),
-      views(services.views),
       state(services),
       paths(services, state),
       host(services),
       extensions(services),
-      guard(disk),
-      trust(disk),
-      editLock(disk, trust) {}
+      protection(services, state, paths),
+      derived(state, paths, services.types),
+      loader(services, state, paths, protection),
+      saver(services, state, paths, protection, derived),
+      publisher(services, state, paths, host, derived),
+      importer(services, state, paths, host, protection),
+      lifecycle(
+          {services, state, paths, host, protection, derived, loader, saver, publisher, importer}),
+      editor(services, state, paths, derived, publisher),
+      options(services, state, paths, host, derived, publisher, editor, extensions),
+      items({services, state, paths, host, extensions, protection, loader, publisher, lifecycle,
+             editor, options}) {}
 
 CProjectModel::~CProjectModel() = default;
 

@@ -4,11 +4,13 @@
 // The property manager holds one node at a time. A published node caches all its values as a string
 // in its #CDATA child; the presence of that child marks the node as published.
 
+#include "project/Publisher.h"
+
 #include <algorithm>
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "project/ProjectModel.h"
+#include "project/CommandIds.h"
 #include "project/TreeSearch.h"
 
 namespace tarn {
@@ -35,21 +37,21 @@ std::string SpelledBelow(FileSystem& files, const std::string& folder, const std
 
 }  // namespace
 
-std::string CProjectModel::GetCurrentConfigName() const {
+std::string Publisher::GetCurrentConfigName() const {
   const char* config = state.activeApplication == nullptr
                            ? nullptr
                            : state.activeApplication->GetAttrValue("Config");
   return config == nullptr ? kStandardConfig : config;
 }
 
-void CProjectModel::CollectOptionChain(std::vector<CXmlNode*>& list, CXmlNode* node) const {
+void Publisher::CollectOptionChain(std::vector<CXmlNode*>& list, CXmlNode* node) const {
   CXmlNode* parent = node->GetParent();
   const bool isOutermost = (types.FlagsOf(*node) & (kTypeApplication | kTypeProject)) != 0;
   if (parent != nullptr && !isOutermost) CollectOptionChain(list, parent);
   list.push_back(node);
 }
 
-CXmlNode* CProjectModel::PublishNode(CXmlNode* node, bool force) {
+CXmlNode* Publisher::PublishNode(CXmlNode* node, bool force) {
   if (node == nullptr) node = state.GetCurrentNode();
   CXmlNode* stored = FindStoredValues(*node);
   if (!force && stored != nullptr) {
@@ -80,7 +82,7 @@ CXmlNode* CProjectModel::PublishNode(CXmlNode* node, bool force) {
 }
 
 // A node's values start from the complete values of its parent.
-void CProjectModel::PublishFromParent(CXmlNode& node, bool force) {
+void Publisher::PublishFromParent(CXmlNode& node, bool force) {
   const bool isOutermost = (types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0;
   if (isOutermost) return;
   // The root of a foreign file has no parent and is not necessarily a project.
@@ -89,7 +91,7 @@ void CProjectModel::PublishFromParent(CXmlNode& node, bool force) {
   services.propertyManager->BeginChildLevel();
 }
 
-void CProjectModel::PublishPath(CXmlNode& node) {
+void Publisher::PublishPath(CXmlNode& node) {
   const std::string_view set = node.NameView();
   const std::string path = services.propertyManager->GetPropertyValue(set, "General", "Path");
   if (path.empty()) return;
@@ -131,7 +133,7 @@ void CProjectModel::PublishPath(CXmlNode& node) {
   derive(kind + "Ext", parts.extension);
 }
 
-void CProjectModel::ApplyStoredOptions(CXmlNode& node, const std::string& config) {
+void Publisher::ApplyStoredOptions(CXmlNode& node, const std::string& config) {
   std::vector<CXmlNode*> chain;
   CollectOptionChain(chain, &node);
   for (const CXmlNode* member : chain) {
@@ -142,7 +144,7 @@ void CProjectModel::ApplyStoredOptions(CXmlNode& node, const std::string& config
 
 // Returns the serialized stored options of a node, or an empty string. Cached, because many nodes
 // are published with the options of the same few ancestors, which can have very many children.
-const std::string& CProjectModel::TextOfOptions(const CXmlNode& owner) {
+const std::string& Publisher::TextOfOptions(const CXmlNode& owner) {
   static const std::string kNone;
   if (owner.GetChildCount() == 0) return kNone;
   const auto [kept, isNew] = state.optionTexts.try_emplace(&owner);
@@ -151,14 +153,14 @@ const std::string& CProjectModel::TextOfOptions(const CXmlNode& owner) {
   return kept->second;
 }
 
-void CProjectModel::WriteMarker(CXmlNode& node, const std::string& config) const {
+void Publisher::WriteMarker(CXmlNode& node, const std::string& config) const {
   if ((types.FlagsOf(node) & (kTypeApplication | kTypeProject)) != 0) return;
   CXmlNode* ownConfig = nullptr;
   FindChildNode(config.c_str(), "Header", node.FindChild("Options"), ownConfig);
   node.SetAttrValue("Marker", ownConfig != nullptr ? "0" : "-1");
 }
 
-void CProjectModel::WriteDerivedAttributes(CXmlNode& node) {
+void Publisher::WriteDerivedAttributes(CXmlNode& node) {
   const std::string_view set = node.NameView();
   const auto read = [&](const char* section, const char* property) {
     return services.propertyManager->GetPropertyValue(set, section, property);
@@ -191,7 +193,7 @@ void CProjectModel::WriteDerivedAttributes(CXmlNode& node) {
   if (!loadExclude.empty()) node.SetAttrValue("LoadExclude", loadExclude);
 }
 
-CXmlNode* CProjectModel::LoadNodeOptions(CXmlNode* node, bool force) {
+CXmlNode* Publisher::LoadNodeOptions(CXmlNode* node, bool force) {
   if (!force && node != nullptr && node == state.currentNode) {
     if (CXmlNode* stored = FindStoredValues(*node)) return stored;
   }
@@ -224,7 +226,7 @@ CXmlNode* CProjectModel::LoadNodeOptions(CXmlNode* node, bool force) {
   return values;
 }
 
-void CProjectModel::ReadConfigurations() {
+void Publisher::ReadConfigurations() {
   if (state.activeApplication == nullptr) return;
   const CXmlNode* configs = state.activeApplication->FindChild("Configs");
   if (configs == nullptr) return;
@@ -238,7 +240,7 @@ void CProjectModel::ReadConfigurations() {
   services.propertyManager->ReadValuesFromText(kept->second);
 }
 
-void CProjectModel::LoadToolCommands(const CXmlNode& node) {
+void Publisher::LoadToolCommands(const CXmlNode& node) {
   dynamicCommands.reset();
   const char* path = node.GetAttrValue("Path");
   if (path == nullptr) return;
@@ -252,36 +254,36 @@ void CProjectModel::LoadToolCommands(const CXmlNode& node) {
   }
 }
 
-std::string CProjectModel::GetDynamicCommands(std::uint32_t commandId) {
+std::string Publisher::GetDynamicCommands(std::uint32_t commandId) {
   const bool hasCommands = dynamicCommands != nullptr && dynamicCommands->GetChildCount() > 0;
   if (commandId != static_cast<std::uint32_t>(kFirstDynamicCommand) || !hasCommands) return {};
   return dynamicCommands->ToString(g_xmlDisplayOptions);
 }
 
-void CProjectModel::RenewPropState(CXmlNode& node) {
+void Publisher::RenewPropState(CXmlNode& node) {
   if (CXmlNode* old = node.FindChild("PropState")) node.RemoveChild(old);
   node.AddChild("PropState", services.propertyManager->GetPropState());
 }
 
-void CProjectModel::RestorePropState(const CXmlNode& node) {
+void Publisher::RestorePropState(const CXmlNode& node) {
   if (const CXmlNode* stored = node.FindChild("PropState")) {
     services.propertyManager->SetPropState(stored->ValueText());
   }
 }
 
-void CProjectModel::RunAutoDebugStep() {
+void Publisher::RunAutoDebugStep() {
   if (state.creatingProject != 0 || state.activeApplication == nullptr) return;
   if ((types.FlagsOf(*state.activeApplication) & kTypeAutoDebug) != 0)
     host.PostHostCommand(kCommandAutoDebug);
 }
 
-void CProjectModel::SendActiveApplication() {
+void Publisher::SendActiveApplication() {
   if (state.activeApplication == nullptr) return;
   host.SendHost(kMsgApplicationActivated, TextOf(state.activeApplication->GetAttrValue("Path")),
                 GetCurrentConfigName());
 }
 
-void CProjectModel::SetCurrentNode(CXmlNode* node) {
+void Publisher::SetCurrentNode(CXmlNode* node) {
   if (node == nullptr) return;
   services.build.NoteSelected(node);
   const CXmlNode* notedApplication = state.activeApplication;
@@ -303,7 +305,23 @@ void CProjectModel::SetCurrentNode(CXmlNode* node) {
   if (views.GetSelectedNode() != node) views.SelectTreeNode(node);
 }
 
-std::int32_t CProjectModel::PublishNextNode(CXmlNode* node) {
+std::int32_t Publisher::SetActiveApplication(CXmlNode* application) {
+  if (!services.build.CanStartOperation()) return 0;
+  if (application == nullptr || (types.FlagsOf(*application) & kTypeApplication) == 0) return 0;
+  CXmlNode* present = nullptr;
+  FindChildNode(state.projectRoot->GetAttrValue("ActiveApp"), "Header", state.projectRoot.get(),
+                present);
+  if (present != nullptr) {
+    if (CXmlAttr* highlight = present->GetAttr("highlight")) present->RemoveAttr(highlight);
+    if (present != application) state.NoteModified();
+  }
+  application->SetAttrValue("highlight", "yes");
+  state.projectRoot->SetAttrValue("ActiveApp", TextOf(application->GetAttrValue("Header")));
+  views.RepaintTree();
+  return 1;
+}
+
+std::int32_t Publisher::PublishNextNode(CXmlNode* node) {
   if (node == nullptr) return 0;
   CXmlNode* next = publishCursor.Next(
       *node, state.publishEpoch,
@@ -318,7 +336,7 @@ std::int32_t CProjectModel::PublishNextNode(CXmlNode* node) {
   return 1;
 }
 
-std::int32_t CProjectModel::PublishTick() {
+std::int32_t Publisher::PublishTick() {
   // The worker publishes what it needs, and a nested tick would lose the search position.
   if (inPublishTick || services.build.IsWorkerAlive() || services.build.IsBuildingHere()) return 0;
   inPublishTick = true;
@@ -359,14 +377,14 @@ std::int32_t CProjectModel::PublishTick() {
   return 0;
 }
 
-bool CProjectModel::HasUnpublished() {
+bool Publisher::HasUnpublished() {
   return publishCursor.Next(
              *state.projectRoot, state.publishEpoch,
              [](const CXmlNode& each) { return FindStoredValues(each) != nullptr; },
              IsContentNode) != nullptr;
 }
 
-bool CProjectModel::PublishFor(std::chrono::milliseconds time) {
+bool Publisher::PublishFor(std::chrono::milliseconds time) {
   using Clock = std::chrono::steady_clock;
   if (!CanPublishAside()) return true;
   const Clock::time_point start = Clock::now();
@@ -382,7 +400,7 @@ bool CProjectModel::PublishFor(std::chrono::milliseconds time) {
   return !remains;
 }
 
-bool CProjectModel::PublishChildren(CXmlNode* parent) {
+bool Publisher::PublishChildren(CXmlNode* parent) {
   if (parent == nullptr || services.build.IsBuildingHere() || !CanPublishAside()) return false;
   std::vector<CXmlNode*> unpublished;
   for (CXmlNode* const child : parent->GetChildren()) {
@@ -397,12 +415,12 @@ bool CProjectModel::PublishChildren(CXmlNode* parent) {
   return true;
 }
 
-bool CProjectModel::CanPublishAside() const {
+bool Publisher::CanPublishAside() const {
   return state.isOpen && !services.build.IsWorkerAlive() && !inPublishTick;
 }
 
 // Runs `publish`, which returns true if it published anything, and then restores the current node.
-void CProjectModel::PublishAside(const std::function<bool()>& publish) {
+void Publisher::PublishAside(const std::function<bool()>& publish) {
   CXmlNode* const notedNode = state.currentNode;
   CXmlNode* const notedApplication = state.activeApplication;
   services.propertyManager->BeginUpdate();
@@ -415,7 +433,7 @@ void CProjectModel::PublishAside(const std::function<bool()>& publish) {
   services.propertyManager->EndUpdate();
 }
 
-void CProjectModel::PublishSubtree(CXmlNode& node) {
+void Publisher::PublishSubtree(CXmlNode& node) {
   CXmlNode* const notedApplication = state.activeApplication;
   bool published = false;
   while (PublishNextNode(&node)) published = true;
@@ -425,34 +443,10 @@ void CProjectModel::PublishSubtree(CXmlNode& node) {
 }
 
 // Loads `node` into the property manager again after other nodes were published.
-void CProjectModel::RestoreCurrent(CXmlNode* application, CXmlNode* node) {
+void Publisher::RestoreCurrent(CXmlNode* application, CXmlNode* node) {
   state.activeApplication = application;
   state.currentNode = nullptr;
   SetCurrentNode(node);
-}
-
-// The active application's path may be queried at any time, even before it is published again.
-void CProjectModel::MakeActivePathAbsolute() {
-  if (state.activeApplication == nullptr) return;
-  std::string path;
-  if (paths.MakeAbsolutePath(TextOf(state.activeApplication->GetAttrValue("Path")), path,
-                             nullptr)) {
-    state.activeApplication->SetAttrValue("Path", path);
-  }
-}
-
-void CProjectModel::ResetNodeCache(CXmlNode& node, bool ownOnly) {
-  if (!ownOnly) {
-    StripForSave(node, false);
-    MakeActivePathAbsolute();
-    return;
-  }
-  if (CXmlNode* stored = FindStoredValues(node)) node.RemoveChild(stored);
-  for (int i = 0; i < node.GetChildCount(); ++i) {
-    CXmlNode* child = node.GetChild(i);
-    if (IsContentNode(*child)) ResetNodeCache(*child, true);
-  }
-  state.NoteUnpublished();
 }
 
 }  // namespace tarn

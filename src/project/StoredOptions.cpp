@@ -1,9 +1,11 @@
 // Storing changed values from the property manager in the tree, and removing them again.
 
+#include "project/NodeOptions.h"
+
 #include "patterns/Parser.h"
 #include "platform/text/Text.h"
+#include "project/CommandIds.h"
 #include "project/MergeOptions.h"
-#include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
 
 namespace tarn {
@@ -70,7 +72,7 @@ std::string ConfigOfSection(const std::string& section, const std::string& curre
 
 }  // namespace
 
-std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) {
+std::int32_t NodeOptions::StoreChangedProperty(const std::string& changedKey) {
   const std::string keyText =
       changedKey.empty() ? services.propertyManager->GetChangedProperty() : changedKey;
   if (keyText.empty()) return 0;
@@ -87,7 +89,7 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
   }
 
   auto changed = CXmlNode::CreateNode("Options");
-  const std::string config = ConfigOfSection(key.section, GetCurrentConfigName());
+  const std::string config = ConfigOfSection(key.section, publisher.GetCurrentConfigName());
   auto value = std::make_unique<CXmlNode>();
   value->Load(services.propertyManager->GetConfigText(config, key.set, key.section, key.property),
               g_xmlParseInfo);
@@ -102,7 +104,7 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
   if (state.creatingProject == 0 && state.activeApplication != nullptr &&
       (types.FlagsOf(*state.activeApplication) & kTypeAutoDebug) != 0) {
     if (state.isDefaultProject != 0) {
-      ClearDefaultApplicationItems();
+      editor.ClearDefaultApplicationItems();
     } else {
       host.PostHostCommand(kCommandAutoDebug);
     }
@@ -112,7 +114,7 @@ std::int32_t CProjectModel::StoreChangedProperty(const std::string& changedKey) 
 
 // Returns true if `typeName` is a valid element name that is read back as a node, and the node
 // could still be where it is.
-bool CProjectModel::CanBecome(const CXmlNode& node, const std::string& typeName) const {
+bool NodeOptions::CanBecome(const CXmlNode& node, const std::string& typeName) const {
   CXmlNode probe;
   probe.SetName(typeName);
   constexpr std::uint32_t kPlace = kTypeProject | kTypeApplication | kTypeExtern;
@@ -124,8 +126,8 @@ bool CProjectModel::CanBecome(const CXmlNode& node, const std::string& typeName)
 }
 
 // Changing a node's type or label invalidates everything derived from it.
-std::int32_t CProjectModel::ChangeNodeIdentity(CXmlNode& node, const std::string& property,
-                                               const std::string& value) {
+std::int32_t NodeOptions::ChangeNodeIdentity(CXmlNode& node, const std::string& property,
+                                             const std::string& value) {
   const bool isType = EqualNoCase(property, "Type");
   if (isType && !CanBecome(node, value)) return 0;
   const TreeUpdate update(views);
@@ -140,12 +142,12 @@ std::int32_t CProjectModel::ChangeNodeIdentity(CXmlNode& node, const std::string
     if (namesActive) state.projectRoot->SetAttrValue("ActiveApp", value);
     node.SetAttrValue("Header", value);
   }
-  StripForSave(node, true);
-  MakeActivePathAbsolute();
+  derived.StripForSave(node, true);
+  derived.MakeActivePathAbsolute();
   return 1;
 }
 
-std::int32_t CProjectModel::ResetStoredProperty(const std::string& changedKey) {
+std::int32_t NodeOptions::ResetStoredProperty(const std::string& changedKey) {
   if (!services.build.CanStartOperation()) return 0;
   const std::string keyText =
       changedKey.empty() ? services.propertyManager->GetChangedProperty() : changedKey;
@@ -153,7 +155,8 @@ std::int32_t CProjectModel::ResetStoredProperty(const std::string& changedKey) {
   if (node == nullptr) return 0;
   const OptionKey key = KeyForResetting(keyText);
   CXmlNode* options = node->FindChild("Options");
-  CXmlNode* config = ChildByHeader(options, ConfigOfSection(key.section, GetCurrentConfigName()));
+  CXmlNode* config =
+      ChildByHeader(options, ConfigOfSection(key.section, publisher.GetCurrentConfigName()));
   CXmlNode* set = ChildByHeader(config, key.set);
   CXmlNode* section = ChildByHeader(set, key.section);
   if (section == nullptr) return 1;
@@ -172,21 +175,21 @@ std::int32_t CProjectModel::ResetStoredProperty(const std::string& changedKey) {
   return 1;
 }
 
-std::int32_t CProjectModel::ResetNodeOptions(CXmlNode* node) {
+std::int32_t NodeOptions::ResetNodeOptions(CXmlNode* node) {
   if (!services.build.CanStartOperation()) return 0;
   if (node == nullptr) node = state.GetCurrentNode();
   if (node == nullptr) return 0;
   state.NoteModified();
   if (CXmlNode* options = node->FindChild("Options")) node->RemoveChild(options);
   services.propertyManager->BeginUpdate();
-  RenewPropState(*node);
+  publisher.RenewPropState(*node);
   {
     const TreeUpdate update(views);
-    ResetNodeCache(*node, false);
+    derived.ResetNodeCache(*node, false);
     // The property manager still has the values that were just removed.
     const std::uint64_t epoch = state.treeEpoch;
-    SetCurrentNode(node);
-    if (state.treeEpoch == epoch) RestorePropState(*node);
+    publisher.SetCurrentNode(node);
+    if (state.treeEpoch == epoch) publisher.RestorePropState(*node);
     services.propertyManager->EndUpdate();
   }
   return 1;

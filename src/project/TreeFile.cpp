@@ -4,14 +4,16 @@
 // A tree is split into files at the direct children of a file's root: the content of a child with
 // an `Extern` file is stored there, and the parent's file has only its attributes.
 
+#include "project/TreeLoader.h"
+
 #include <algorithm>
+#include <utility>
 
 #include "output/MessageTable.h"
 #include "platform/files/RelativeName.h"
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
-#include "project/ProjectModel.h"
 #include "project/StructureCheck.h"
 #include "project/TreeText.h"
 #include "xml/XmlDamage.h"
@@ -81,7 +83,19 @@ void DropStoredValues(CXmlNode& node) {
 
 }  // namespace
 
-std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& fileName) {
+std::int32_t TreeLoader::LoadProjectFile(const ReplacedFiles* replacedFiles) {
+  const std::uint64_t opened = state.projectEpoch;
+  // A handler of a log message may open another project while this one is being read.
+  std::vector<std::string> outer = std::exchange(loadingFiles, {});
+  const ReplacedFiles* const outerReplaced = std::exchange(replaced, replacedFiles);
+  const std::int32_t loaded = LoadTreeFile(*state.projectRoot, state.projectPath);
+  if (loaded && state.projectEpoch == opened) CheckActiveApplication();
+  loadingFiles = std::move(outer);
+  replaced = outerReplaced;
+  return loaded;
+}
+
+std::int32_t TreeLoader::LoadTreeFile(CXmlNode& node, const std::string& fileName) {
   std::string absolute;
   if (!paths.MakeAbsolutePath(fileName, absolute, nullptr)) return 0;
   // A file that references one of its ancestors would be read forever.
@@ -115,7 +129,7 @@ std::int32_t CProjectModel::LoadTreeFile(CXmlNode& node, const std::string& file
   return done;
 }
 
-std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& absolute) {
+std::int32_t TreeLoader::LoadTreeText(CXmlNode& node, const std::string& absolute) {
   const std::uint64_t epoch = state.treeEpoch;
   const std::string* const own = replaced == nullptr ? nullptr : replaced->Find(absolute);
   const Result<std::string> text =
@@ -125,7 +139,7 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
       guard.NoteRead(absolute, {}, true);
       FileDamage unread{absolute, 0, "reading the file failed: " + text.GetError().text};
       unread.isUnread = true;
-      SetDamageOf(absolute, {unread});
+      protection.SetDamageOf(absolute, {unread});
       // The root still has the attributes of the previous project.
       if (&node == state.projectRoot.get()) node.Clear();
       return 1;
@@ -154,29 +168,17 @@ std::int32_t CProjectModel::LoadTreeText(CXmlNode& node, const std::string& abso
   // Damage kept in the tree is not necessarily written back to the same position.
   guard.NoteRead(absolute, *text, !isWhole || !found.empty());
   if (own != nullptr) guard.TakeOver(replaced->former, absolute);
-  SetDamageOf(absolute, std::move(found));
+  protection.SetDamageOf(absolute, std::move(found));
   if (holdsValues) DropStoredValues(node);
   if (&node != state.projectRoot.get()) bare.Complete(node, isWhole && hasName, types);
   if (!isWellFormed) services.output->WriteMessage(kRowMalformedXml, {absolute});
   return state.treeEpoch == epoch ? 1 : 0;
 }
 
-// Logged rather than sent as messages: hosts can query the damage.
-void CProjectModel::SetDamageOf(const std::string& absolute, std::vector<FileDamage> found) {
-  std::erase_if(damage, [&](const FileDamage& each) { return each.file == absolute; });
-  for (FileDamage& each : found) AddDamage(std::move(each));
-}
-
-void CProjectModel::AddDamage(FileDamage found) {
-  services.output->AddOutput(found.ToString());
-  // The placeholder project contains nothing of the user's.
-  if (state.isDefaultProject == 0) damage.push_back(std::move(found));
-}
-
 // The project file lists its applications and names the active one by its label. If no listed
 // application has that label, a line was lost. The label may be the one in the project file or the
 // one in the application's own file.
-void CProjectModel::CheckActiveApplication() {
+void TreeLoader::CheckActiveApplication() {
   const std::string active = TextOf(state.projectRoot->GetAttrValue("ActiveApp"));
   const std::string* const text = guard.TextOf(state.projectPath);
   const auto isListedIn = [&](const CXmlNode& root) {
@@ -192,19 +194,20 @@ void CProjectModel::CheckActiveApplication() {
   ReadTree(*text, written, collector);
   if (isListedIn(written)) return;
   const std::size_t start = std::min(text->find('<' + written.GetName()), text->size());
-  AddDamage({state.projectPath, 1 + CountLineEnds(*text, 0, start),
-             "the application \"" + active + "\", which is the active one, is missing", true});
+  protection.AddDamage({state.projectPath, 1 + CountLineEnds(*text, 0, start),
+                        "the application \"" + active + "\", which is the active one, is missing",
+                        true});
   guard.NoteDamaged(state.projectPath);
 }
 
 // An application's path is where it was read from, whatever its file says: it may have been moved
 // or be shared with a project in another folder.
-void CProjectModel::SetReference(CXmlNode& node, const std::string& fileName) {
+void TreeLoader::SetReference(CXmlNode& node, const std::string& fileName) {
   node.SetAttrValue("Path", fileName);
   node.SetAttrValue("Extern", fileName);
 }
 
-std::int32_t CProjectModel::LoadExternChildren(CXmlNode& node, std::uint64_t epoch) {
+std::int32_t TreeLoader::LoadExternChildren(CXmlNode& node, std::uint64_t epoch) {
   std::int32_t result = 1;
   for (int i = 0; i < node.GetChildCount(); ++i) {
     CXmlNode& child = *node.GetChild(i);
@@ -223,47 +226,6 @@ std::int32_t CProjectModel::LoadExternChildren(CXmlNode& node, std::uint64_t epo
     }
   }
   return result;
-}
-
-void CProjectModel::MakeAttributeRelative(CXmlNode& node, const char* name) {
-  const char* path = node.GetAttrValue(name);
-  if (path == nullptr || *path == '\0') return;
-  const std::string base = paths.PathBaseOf(node);
-  std::string relative;
-  if (paths.MakeRelativePath(path, relative, base.empty() ? nullptr : base.c_str())) {
-    node.SetAttrValue(name, relative);
-  }
-}
-
-void CProjectModel::StripForSave(CXmlNode& node, bool dropDependencies) {
-  StripSubtree(node, dropDependencies);
-  state.NoteUnpublished();
-}
-
-void CProjectModel::StripSubtree(CXmlNode& node, bool dropDependencies) {
-  // Children first: their paths are relative to a path that must still be absolute.
-  for (int i = node.GetChildCount() - 1; i >= 0; --i) {
-    CXmlNode* child = node.GetChild(i);
-    const std::string_view name = child->NameView();
-    if (name == "PropState" || name == "#CDATA" || name == "Info" ||
-        (dropDependencies && name == "Dependencies")) {
-      state.ForgetPointersInto(*child);
-      node.RemoveChild(child);
-    } else {
-      StripSubtree(*child, dropDependencies);
-    }
-  }
-  for (const char* name : {"TranslateTool", "ListingFile", "Exclude", "LinkExclude", "DBIFile",
-                           "Info", "Desc", "LastBuilt", "highlight"}) {
-    if (CXmlAttr* attribute = node.GetAttr(name)) node.RemoveAttr(attribute);
-  }
-  MakeAttributeRelative(node, "Path");
-  MakeAttributeRelative(node, "OutputFile");
-  if ((types.FlagsOf(node) & kTypeExtern) == 0) return;
-  std::string relative;
-  if (paths.MakeRelativePath(TextOf(node.GetAttrValue("Extern")), relative, nullptr)) {
-    node.SetAttrValue("Extern", relative);
-  }
 }
 
 }  // namespace tarn

@@ -1,8 +1,9 @@
 // Changes to the tree's structure, and to which of its nodes are active.
 
+#include "project/TreeEditor.h"
+
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "project/ProjectModel.h"
 #include "project/TreeSearch.h"
 
 namespace tarn {
@@ -24,32 +25,16 @@ void ForgetDerived(CXmlNode& node) {
 
 }  // namespace
 
-std::int32_t CProjectModel::SetActiveApplication(CXmlNode* application) {
-  if (!services.build.CanStartOperation()) return 0;
-  if (application == nullptr || (types.FlagsOf(*application) & kTypeApplication) == 0) return 0;
-  CXmlNode* present = nullptr;
-  FindChildNode(state.projectRoot->GetAttrValue("ActiveApp"), "Header", state.projectRoot.get(),
-                present);
-  if (present != nullptr) {
-    if (CXmlAttr* highlight = present->GetAttr("highlight")) present->RemoveAttr(highlight);
-    if (present != application) state.NoteModified();
-  }
-  application->SetAttrValue("highlight", "yes");
-  state.projectRoot->SetAttrValue("ActiveApp", TextOf(application->GetAttrValue("Header")));
-  views.RepaintTree();
-  return 1;
-}
-
-void CProjectModel::ClearDefaultApplicationItems() {
+void TreeEditor::ClearDefaultApplicationItems() {
   if (!services.build.CanStartOperation()) return;
   if (state.isDefaultProject != 0 && state.activeApplication != nullptr) {
     const TreeUpdate update(views);
     state.RemoveContentChildren(*state.activeApplication);
   }
-  RunAutoDebugStep();
+  publisher.RunAutoDebugStep();
 }
 
-CXmlNode* CProjectModel::FindItem(const char* itemname) {
+CXmlNode* TreeEditor::FindItem(const char* itemname) {
   if (itemname == nullptr) return state.GetCurrentNode();
   CXmlNode* found = nullptr;
   if (*itemname == '\0') return found;
@@ -58,7 +43,7 @@ CXmlNode* CProjectModel::FindItem(const char* itemname) {
   return found;
 }
 
-std::int32_t CProjectModel::RemoveItem(const char* itemname) {
+std::int32_t TreeEditor::RemoveItem(const char* itemname) {
   if (!services.build.CanStartOperation()) return 0;
   CXmlNode* const node = FindItem(itemname);
   if (node == nullptr) return 0;
@@ -75,12 +60,12 @@ std::int32_t CProjectModel::RemoveItem(const char* itemname) {
     if (views.GetSelectedNode() == nullptr) views.SelectTreeNode(holder);
     epoch = state.treeEpoch;
   }
-  if (state.treeEpoch == epoch) SetCurrentNode(holder);
-  RunAutoDebugStep();
+  if (state.treeEpoch == epoch) publisher.SetCurrentNode(holder);
+  publisher.RunAutoDebugStep();
   return 1;
 }
 
-std::int32_t CProjectModel::CopyNode(CXmlNode* node) {
+std::int32_t TreeEditor::CopyNode(CXmlNode* node) {
   if (!services.build.CanStartOperation()) return 0;
   if (node == nullptr) node = state.GetCurrentNode();
   if (node == nullptr) return 0;
@@ -93,27 +78,27 @@ std::int32_t CProjectModel::CopyNode(CXmlNode* node) {
 
 // Pastes a copy of the clipboard at the target without selecting it. Returns nullptr if the types
 // forbid it.
-CXmlNode* CProjectModel::Paste(CXmlNode* target) {
+CXmlNode* TreeEditor::Paste(CXmlNode* target) {
   const bool isBefore = target != nullptr && (types.FlagsOf(*target) & kTypeIsLeaf) != 0;
   CXmlNode* const holder = isBefore ? target->GetParent() : target;
   if (!types.CanContain(holder, clipboardNode.get())) return nullptr;
   auto copy = std::make_unique<CXmlNode>();
   copy->CopyFrom(*clipboardNode);
   ForgetDerived(*copy);
-  ResetNodeCache(*copy, true);
+  derived.ResetNodeCache(*copy, true);
   state.NoteModified();
   return AttachNode(*holder, std::move(copy), Opens::No, isBefore ? target : nullptr);
 }
 
-std::int32_t CProjectModel::PasteNode(CXmlNode* target) {
+std::int32_t TreeEditor::PasteNode(CXmlNode* target) {
   if (!services.build.CanStartOperation()) return 0;
   CXmlNode* const copy = Paste(target == nullptr ? state.GetCurrentNode() : target);
   if (copy == nullptr) return 0;
-  SetCurrentNode(copy);
+  publisher.SetCurrentNode(copy);
   return 1;
 }
 
-void CProjectModel::MoveNode(CXmlNode* node, CXmlNode* target) {
+void TreeEditor::MoveNode(CXmlNode* node, CXmlNode* target) {
   if (node == nullptr || !services.build.CanStartOperation()) return;
   for (const CXmlNode* above = target; above != nullptr; above = above->GetParent()) {
     if (above == node) return;
@@ -124,11 +109,11 @@ void CProjectModel::MoveNode(CXmlNode* node, CXmlNode* target) {
   CXmlNode* const copy = Paste(target == nullptr ? state.GetCurrentNode() : target);
   if (copy == nullptr) return;
   if (CXmlNode* parent = node->GetParent()) state.FreeSubtree(*parent, node);
-  SetCurrentNode(copy);
+  publisher.SetCurrentNode(copy);
 }
 
-CXmlNode* CProjectModel::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> node, Opens opens,
-                                    const CXmlNode* before) {
+CXmlNode* TreeEditor::AttachNode(CXmlNode& parent, std::unique_ptr<CXmlNode> node, Opens opens,
+                                 const CXmlNode* before) {
   CXmlNode* attached = nullptr;
   std::uint64_t epoch = 0;
   {

@@ -253,8 +253,9 @@ void CProjectWnd::StopStepTimer() {
 
 void CProjectWnd::OnTimer(int timerId) {
   const DispatchPtr held(keeper);
-  if (timerId != kStepTimer || model == nullptr || model->IsPublishingSuspended()) return;
-  model->PublishTick();
+  if (timerId != kStepTimer || model == nullptr || model->Publishing().IsPublishingSuspended())
+    return;
+  model->Publishing().PublishTick();
 }
 
 }  // namespace tarn

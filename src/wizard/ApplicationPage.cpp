@@ -212,7 +212,7 @@ void CApplicationPage::TakeFields(NewApplication& wanted) const {
 std::string CApplicationPage::FindFinishProblem() {
   NewApplication wanted = application;
   TakeFields(wanted);
-  return surroundings.model.FindApplicationProblem(wanted);
+  return surroundings.model.Items().FindApplicationProblem(wanted);
 }
 
 void CApplicationPage::OnWizardFinish() {

@@ -155,9 +155,9 @@ TEST_F(Commands, AskWhichFilesOrWhatApplication) {
 TEST_F(Commands, ConfigurationsAreAddedAndChosenByTheNameOfTheOptionsWindow) {
   Open();
   EXPECT_EQ(Command(0x8138), "1");
-  EXPECT_EQ(Model().GetCurrentConfigName(), "Standard");
+  EXPECT_EQ(Model().Publishing().GetCurrentConfigName(), "Standard");
   EXPECT_EQ(Command(0x8119), "1");
-  EXPECT_EQ(Model().GetCurrentConfigName(), "Debug");
+  EXPECT_EQ(Model().Publishing().GetCurrentConfigName(), "Debug");
   EXPECT_THAT(world.TakeLines(), Contains("0x8010 /p/demo.tapp Debug"));
 }
 

@@ -178,7 +178,7 @@ const UserAct kUserActs[] = {
      }},
     {"publishing",
      [](Windowed& w) {
-       w.Model().ResetNodeCache(w.Model().GetProjectRoot(), false);
+       w.Model().Derived().ResetNodeCache(w.Model().GetProjectRoot(), false);
        w.Window().StartStepTimer();
        w.clock.Advance(std::chrono::milliseconds(10));
      }},
@@ -220,8 +220,8 @@ const HostAct kHostActs[] = {
      [](Windowed& w) {
        w.Call("AddExistingItem", {"/p/inner.c", NullableText()});
      }},
-    {"move", [](Windowed& w) { w.Model().MoveNode(w.Node("b.c"), w.Node("Other")); }},
-    {"reset the options", [](Windowed& w) { w.Model().ResetNodeOptions(nullptr); }},
+    {"move", [](Windowed& w) { w.Model().Editor().MoveNode(w.Node("b.c"), w.Node("Other")); }},
+    {"reset the options", [](Windowed& w) { w.Model().Options().ResetNodeOptions(nullptr); }},
     {"records",
      [](Windowed& w) {
        w.Call("SetBuildInfo", {"", "<I><F Header='/p/demo.elf' ><D Header='x.c' /></F></I>"});
@@ -303,7 +303,7 @@ TEST(WindowEvents, WhateverAHostDoesInTheMiddleOfAGestureTheWindowShowsTheTreeTh
        }},
       {"publishing", "main.c",
        [](Windowed& w) {
-         w.Model().ResetNodeCache(w.Model().GetProjectRoot(), false);
+         w.Model().Derived().ResetNodeCache(w.Model().GetProjectRoot(), false);
          w.Window().StartStepTimer();
        },
        [](Windowed& w) { w.clock.Advance(std::chrono::milliseconds(10)); }},

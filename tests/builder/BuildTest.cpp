@@ -148,7 +148,7 @@ TEST(Build, WhatChangesTheProjectIsRefusedWhileAWorkerLives) {
   world.Open();
   world.host.actions[kMsgToolSucceeded] = [&world] {
     EXPECT_EQ(world.model->CloseProject(), 0);
-    EXPECT_EQ(world.model->SelectConfiguration("Other"), 0);
+    EXPECT_EQ(world.model->Options().SelectConfiguration("Other"), 0);
     world.builder->RequestStop();
     EXPECT_EQ(world.model->CloseProject(), 0) << "a stop request must not free the tree";
     EXPECT_EQ(world.builder->BuildHere(), 0);

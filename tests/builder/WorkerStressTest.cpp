@@ -51,13 +51,13 @@ class StressWorld : public ProjectWorld {
     std::string list;
     CollectLinkFiles(model->Types(), list, Application(), true, Application(), ",");
     CollectDebugFiles(list, Application(), Application(), ",");
-    model->GetDynamicCommands(kFirstDynamicCommand);
+    model->Publishing().GetDynamicCommands(kFirstDynamicCommand);
     model->Services().views.GetSymbolInfo("main");
-    model->GetCurrentConfigName();
+    model->Publishing().GetCurrentConfigName();
     builder->GetBuildState();
     propertyManager.GetPropertyValue("C", "Build", "OutputFile");
     model->SetCurrentNode(model->GetProjectRoot().GetChild(0));
-    model->PublishTick();
+    model->Publishing().PublishTick();
     if (builder->IsWorkerAlive()) {
       EXPECT_EQ(model->CloseProject(), 0);
     }

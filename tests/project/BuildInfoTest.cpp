@@ -162,7 +162,7 @@ TEST(BuildInfo, AReportFindsAnOutputThatWasChangedSinceTheLastOne) {
   ASSERT_EQ(world.OpenDemo(), 1);
   for (const char* output : {"one.o", "two.o"}) {
     properties.defaults["C.Build.OutputFile"] = output;
-    world.model->ResetNodeCache(*world.Node("m"), false);
+    world.model->Derived().ResetNodeCache(*world.Node("m"), false);
     world.model->PublishAll();
     const std::string date = output;
     world.builder->Information().SetBuildInfo(

@@ -122,7 +122,7 @@ TEST_F(Import, WhatCannotStartCountsAsDone) {
 
 TEST_F(Import, WithoutAnInterpreterOrAScriptTheUserHearsWhatIsMissing) {
   world.model->Services().importProgram = "/no/such/perl";
-  EXPECT_EQ(world.model->MissingImportProgram(), "/no/such/perl");
+  EXPECT_EQ(world.model->Import().MissingImportProgram(), "/no/such/perl");
   EXPECT_EQ(OpenOld(), 1);
   EXPECT_EQ(
       world.LogText(),
@@ -130,7 +130,7 @@ TEST_F(Import, WithoutAnInterpreterOrAScriptTheUserHearsWhatIsMissing) {
       "row 6 /p/old.tprj\n");
   EXPECT_THAT(user.lines, ElementsAre());
   world.model->Services().importProgram.clear();
-  EXPECT_EQ(world.model->MissingImportProgram(), "");
+  EXPECT_EQ(world.model->Import().MissingImportProgram(), "");
   world.disk.Erase("/app dir/bin/k418/k418.pl");
   EXPECT_EQ(OpenOld(), 0);
   EXPECT_THAT(user.lines, ElementsAre("show: row 6 /app dir/bin/k418/k418.pl   [Tarn Project]"));

@@ -69,7 +69,7 @@ void ProjectWorld::AddDemo(std::string_view content) {
 
 void ProjectWorld::Touch() {
   // The type does not exist, so the change is refused.
-  model->StoreChangedProperty("General.Type");
+  model->Options().StoreChangedProperty("General.Type");
 }
 
 CXmlNode* ProjectWorld::Application(int index) {

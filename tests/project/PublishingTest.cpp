@@ -76,13 +76,13 @@ TEST(Publishing, ANodeIsLoadedInTheOrderThatThePropertyManagerReliesOn) {
   EXPECT_EQ(properties.GetPropertyValue("C", "Build", "Tool"), "group");
   EXPECT_THAT(world.host.TakeLines(),
               ElementsAre("0x8019 m.c Local Settings 4005", "0x8011 /p/m.c 0"));
-  EXPECT_EQ(world.model->GetDynamicCommands(0x8122),
+  EXPECT_EQ(world.model->Publishing().GetDynamicCommands(0x8122),
             "\r\n<Tools>\r\n\t<T Header=\"lint\" Id=\"33059\" />\r\n\t<T Header=\"fmt\" "
             "Id=\"33060\" />\r\n</Tools>");
 
   // Loading the current node costs nothing; a published one costs one read of its text.
   properties.TakeCalls();
-  world.model->LoadNodeOptions(world.Node("m.c"), false);
+  world.model->Publishing().LoadNodeOptions(world.Node("m.c"), false);
   EXPECT_THAT(ShortCalls(properties), ElementsAre());
   world.model->SetCurrentNode(world.Node("g"));
   EXPECT_THAT(ShortCalls(properties),
@@ -100,7 +100,7 @@ TEST(Publishing, ABracketComesBackFromAKeptText) {
   ASSERT_EQ(world.OpenDemo(), 1);
   FindStoredValues(*world.Application())->SetValue("a[1\xA7\xC3");
   world.components.Properties().TakeCalls();
-  world.model->PublishNode(world.Application(), false);
+  world.model->Publishing().PublishNode(world.Application(), false);
   EXPECT_THAT(world.components.Properties().TakeCalls(),
               ElementsAre("ReadValuesFromText a[1]\xC3"));
   EXPECT_STREQ(FindStoredValues(*world.Application())->ValueText(), "a[1\xA7\xC3");
@@ -174,7 +174,7 @@ TEST(Publishing, AttributesAreWrittenAlsoWhenEmptyButForTwo) {
       {"C.Build.LinkExclude", "No"},     {"C.Build.OutputFile", "m.o"},
       {"C.Build.ListingFile", "/m.lst"}, {"C.Load.DBIFile", "m.dbi"},
       {"C.Load.LoadExclude", "Yes"}};
-  world.model->ResetNodeCache(*world.Node("m"), true);
+  world.model->Derived().ResetNodeCache(*world.Node("m"), true);
   world.model->PublishAll();
   EXPECT_EQ(show(),
             "C(TranslateTool=cc Exclude=Yes LinkExclude=No OutputFile=/p/m.o ListingFile=/m.lst "
@@ -200,7 +200,7 @@ TEST(Publishing, TicksPublishTenNodesAndGiveTheCurrentNodeBack) {
   for (int i = 0; i < 4; ++i) {
     properties.TakeCalls();
     world.host.TakeLines();
-    const std::int32_t remains = world.model->PublishTick();
+    const std::int32_t remains = world.model->Publishing().PublishTick();
     Lines defined;
     for (const std::string& call : properties.CallsOf("SetPropertyValue")) {
       const std::size_t label = call.find("General Header ");
@@ -240,7 +240,7 @@ TEST(Publishing, TheDefaultProjectIsReadyWhenItsOpenEnds) {
   world.model->Services().views.project = &window;
   ASSERT_EQ(world.model->OpenProject("/p/demo.tprj", 1), 1);
   EXPECT_EQ(world.host.TakeLines()[0], "0x8019 Local Settings 4005");
-  EXPECT_FALSE(world.model->HasUnpublished());
+  EXPECT_FALSE(world.model->Publishing().HasUnpublished());
   EXPECT_THAT(window.TakeCalls(), ::testing::Not(::testing::Contains("SetProjectRoot")));
   EXPECT_EQ(world.model->State().lastBrowseFolder, "/app/examples/");
   // The project keeps its options and no files.

@@ -153,11 +153,11 @@ TEST_F(ProjectWindow, TheTreeFollowsTheProject) {
 TEST_F(ProjectWindow, RemovalOfTheSelectedNodeByAnyRoadLeavesNoPointer) {
   const std::function<void()> roads[] = {
       [&] { Key(kKeyDelete); },
-      [&] { world.model->RemoveItem("Sources"); },
-      [&] { world.model->RemoveItem(".\\main.c"); },
+      [&] { world.model->Editor().RemoveItem("Sources"); },
+      [&] { world.model->Editor().RemoveItem(".\\main.c"); },
       [&] { world.model->CloseProject(); },
       [&] { world.model->SaveProject(); },
-      [&] { world.model->MoveNode(world.Node("Sources"), world.Node("Other")); },
+      [&] { world.model->Editor().MoveNode(world.Node("Sources"), world.Node("Other")); },
   };
   for (const auto& road : roads) {
     Open();
@@ -236,7 +236,7 @@ TEST_F(ProjectWindow, ChangesOfANodeLeaveItsNamesakeAlone) {
        },
        "led.c in Sources"},
       {"removed", [&](CXmlNode&) { Key(kKeyDelete); }, "Sources in demo"},
-      {"moved", [&](CXmlNode& main) { world.model->MoveNode(&main, world.Node("Third")); },
+      {"moved", [&](CXmlNode& main) { world.model->Editor().MoveNode(&main, world.Node("Third")); },
        "main.c in Third"},
   };
   for (const auto& row : rows) {
@@ -299,15 +299,15 @@ TEST_F(ProjectWindow, HelpModeIsArmedByTheBarAndSpentByAClick) {
 
 TEST_F(ProjectWindow, PublishingRunsOnItsTimerAndHoldsTheOptions) {
   ASSERT_EQ(world.OpenDemo(), 1);
-  EXPECT_TRUE(world.model->HasUnpublished());
+  EXPECT_TRUE(world.model->Publishing().HasUnpublished());
   EXPECT_EQ(world.components.Properties().holds, 1);
-  world.model->SetPublishingSuspended(true);
+  world.model->Publishing().SetPublishingSuspended(true);
   clock.Advance(std::chrono::milliseconds(50));
-  EXPECT_TRUE(world.model->HasUnpublished());
-  world.model->SetPublishingSuspended(false);
+  EXPECT_TRUE(world.model->Publishing().HasUnpublished());
+  world.model->Publishing().SetPublishingSuspended(false);
   clock.Advance(std::chrono::milliseconds(10));
   clock.Advance(std::chrono::milliseconds(10));
-  EXPECT_FALSE(world.model->HasUnpublished());
+  EXPECT_FALSE(world.model->Publishing().HasUnpublished());
   EXPECT_EQ(world.components.Properties().holds, 0);
 }
 
@@ -324,7 +324,7 @@ TEST_F(ProjectWindow, AWindowThatGoesInsideAMessageIsUsedNoMore) {
       [&] { Tree().NotifyDoubleClick(MouseButton::Left, LabelOf("led.c")); },
       [&] { OpenMenu(); },
       [&] { window->GetToolBar().NotifyButton(32776); },
-      [&] { world.model->RemoveItem("main.c"); },
+      [&] { world.model->Editor().RemoveItem("main.c"); },
       [&] { Key(kKeyDown); },
   };
   for (const auto& event : events) {
