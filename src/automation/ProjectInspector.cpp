@@ -502,7 +502,7 @@ std::int32_t CProjectInspector::UnlockProject() {
 }
 
 std::string CProjectInspector::GetSaveReport() {
-  CProjectModel* model = Model();
+  const CProjectModel* model = Model();
   if (model == nullptr) return {};
   CXmlNode list;
   list.SetName("Save");

@@ -9,7 +9,6 @@
 #include "builder/Staleness.h"
 #include "output/MessageTable.h"
 #include "platform/files/SameName.h"
-#include "platform/paths/Paths.h"
 #include "platform/text/Hash.h"
 #include "platform/text/Text.h"
 #include "project/TreeSearch.h"

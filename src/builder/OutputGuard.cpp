@@ -11,7 +11,6 @@
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/ProjectModel.h"
-#include "project/TreeSearch.h"
 
 namespace tarn {
 

@@ -12,7 +12,7 @@ CProjectModel::CProjectModel(FileSystem& disk)
       derived(state, paths, services.types),
       loader(services, state, paths, protection),
       saver(services, state, paths, protection, derived),
-      publisher(services, state, paths, host, derived),
+      publisher(services, state, paths, host),
       importer(services, state, paths, host, protection),
       lifecycle(
           {services, state, paths, host, protection, derived, loader, saver, publisher, importer}),

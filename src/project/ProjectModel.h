@@ -60,6 +60,7 @@ class CProjectModel {
   const FileProtection& Protection() const { return protection; }
   DerivedData& Derived() { return derived; }
   TreeSaver& Saver() { return saver; }
+  const TreeSaver& Saver() const { return saver; }
   TreeLoader& Loader() { return loader; }
   Publisher& Publishing() { return publisher; }
   const Publisher& Publishing() const { return publisher; }

@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "project/DerivedData.h"
 #include "project/HostLink.h"
 #include "project/ProjectPaths.h"
 #include "project/ProjectServices.h"
@@ -29,15 +28,14 @@ namespace tarn {
 class Publisher {
  public:
   Publisher(ProjectServices& projectServices, ProjectState& projectState,
-            const ProjectPaths& projectPaths, HostLink& hostLink, DerivedData& derivedData)
+            const ProjectPaths& projectPaths, HostLink& hostLink)
       : services(projectServices),
         files(projectServices.files),
         types(projectServices.types),
         views(projectServices.views),
         state(projectState),
         paths(projectPaths),
-        host(hostLink),
-        derived(derivedData) {}
+        host(hostLink) {}
 
   // --- Current node and application ---
   //
@@ -124,7 +122,6 @@ class Publisher {
   ProjectState& state;
   const ProjectPaths& paths;
   HostLink& host;
-  DerivedData& derived;
   std::unique_ptr<CXmlNode> dynamicCommands;
   bool publishingSuspended = false;
   bool publishingStopped = false;

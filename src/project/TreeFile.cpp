@@ -10,8 +10,6 @@
 #include <utility>
 
 #include "output/MessageTable.h"
-#include "platform/files/RelativeName.h"
-#include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
 #include "project/FileAccess.h"
 #include "project/StructureCheck.h"

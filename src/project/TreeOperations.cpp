@@ -2,8 +2,6 @@
 
 #include "project/TreeEditor.h"
 
-#include "platform/paths/Paths.h"
-#include "platform/text/Text.h"
 #include "project/TreeSearch.h"
 
 namespace tarn {
