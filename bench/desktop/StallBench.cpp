@@ -2,6 +2,8 @@
 // published, built, built again with nothing to do, and changed: a timer fires continuously in the
 // window's event loop, and the longest pause between two events is measured.
 
+#include <tarn/commands.h>
+
 #include <time.h>
 
 #include <QApplication>
@@ -71,7 +73,7 @@ void Print(const char* step, Heart& heart) {
 }
 
 void Build(IdeWindow& window) {
-  window.Commands().Run(tarn::host::kCmdBuildAll);
+  window.Commands().Run(tarn::TARN_CMD_BUILD_ALL);
   if (!window.Commands().IsBuilding()) throw std::runtime_error("the build doesn't start");
   RunUntil([&] { return !window.Commands().IsBuilding(); });
 }

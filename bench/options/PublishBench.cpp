@@ -1,6 +1,8 @@
 // Cost of the options component per published node: the calls made for publishing, in order and
 // through the dispatch interface, with the shipped definitions. Excludes the caller's own work
 // (paths, tree, files).
+#include <tarn/methods.h>
+
 #include <benchmark/benchmark.h>
 
 #include <string>
@@ -43,18 +45,19 @@ class Publisher {
  public:
   Publisher() : configFile(std::string(TARN_SOURCE_DIR) + "/share/config/projectmanager.config") {
     driver.AttachDispatch(&manager, false);
-    driver.InvokeLong(23, {"/usr/share/tarn/", "/tmp/", 0, 1});
-    driver.InvokeLong(1, {"", configFile});
+    driver.InvokeLong(TARN_OPT_INIT_OPTIONS, {"/usr/share/tarn/", "/tmp/", 0, 1});
+    driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", configFile});
   }
 
   std::string Publish(const Node& node, const std::string* parentText,
                       std::initializer_list<const char*> options) {
     Prepare(parentText);
     Describe(node);
-    for (const char* text : options) driver.InvokeLong(30, {"Debug", text});
-    std::string text = driver.InvokeText(22, {"", "", ""});
+    for (const char* text : options) driver.InvokeLong(TARN_OPT_APPLY_OPTIONS, {"Debug", text});
+    std::string text = driver.InvokeText(TARN_OPT_GET_VALUES_AS_TEXT, {"", "", ""});
     for (const auto& [section, property] : kRead) {
-      benchmark::DoNotOptimize(driver.InvokeText(5, {node.type, section, property}));
+      benchmark::DoNotOptimize(
+          driver.InvokeText(TARN_OPT_GET_PROPERTY_VALUE, {node.type, section, property}));
     }
     return text;
   }
@@ -66,27 +69,28 @@ class Publisher {
       {"Load", "LoadExclude"}};
 
   void Prepare(const std::string* parentText) {
-    driver.InvokeHelper(18, {});
-    driver.InvokeLong(4, {kConfigs});
-    driver.InvokeHelper(26, {"Debug"});
+    driver.InvokeHelper(TARN_OPT_CLEAR_VALUES, {});
+    driver.InvokeLong(TARN_OPT_READ_VALUES_FROM_TEXT, {kConfigs});
+    driver.InvokeHelper(TARN_OPT_SET_CURRENT_CONFIG, {"Debug"});
     if (parentText == nullptr) return;
-    driver.InvokeLong(4, {*parentText});
-    driver.InvokeHelper(32, {});
-    driver.InvokeHelper(24, {});
+    driver.InvokeLong(TARN_OPT_READ_VALUES_FROM_TEXT, {*parentText});
+    driver.InvokeHelper(TARN_OPT_END_PARENT_LEVEL, {});
+    driver.InvokeHelper(TARN_OPT_BEGIN_CHILD_LEVEL, {});
   }
 
   void Set(const Node& node, const std::string& property, const std::string& value) {
-    driver.InvokeLong(6, {node.type, "General", property, value});
+    driver.InvokeLong(TARN_OPT_SET_PROPERTY_VALUE, {node.type, "General", property, value});
   }
 
   void Describe(const Node& node) {
-    driver.InvokeLong(1, {node.type, configFile});
+    driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {node.type, configFile});
     Set(node, "Header", node.name + ".c");
     if (!node.path.empty()) Set(node, "Path", ".\\src\\" + node.name + ".c");
     Set(node, "Marker", "-1");
     Set(node, "OutputFile", ".\\build\\Debug\\" + node.name + ".o");
     Set(node, "sate", "32");
-    if (driver.InvokeText(5, {node.type, "General", "Path"}).empty()) return;
+    if (driver.InvokeText(TARN_OPT_GET_PROPERTY_VALUE, {node.type, "General", "Path"}).empty())
+      return;
     const std::string kind = std::string_view(node.type) == "C" ? "Node" : "Application";
     Set(node, "Path", node.path);
     Set(node, kind + "Path", node.path);

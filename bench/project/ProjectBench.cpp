@@ -4,6 +4,9 @@
 //
 // All files are in one folder, the worst case for code that lists folders.
 
+#include <tarn/commands.h>
+#include <tarn/methods.h>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -49,8 +52,10 @@ class StandInTools : public tarn::DispatchObject<StandInTools> {
   static const tarn::DispatchTable<StandInTools>& Table() {
     using tarn::Method;
     static const tarn::DispatchTable<StandInTools> table({
-        Method<&StandInTools::RunTool>("RunTool", 2, {"tool", "files", "options", "messageFile"}),
-        Method<&StandInTools::GetTools>("GetToolsForExtension", 9, {"extension"}),
+        Method<&StandInTools::RunTool>("RunTool", TARN_TOOL_RUN_TOOL,
+                                       {"tool", "files", "options", "messageFile"}),
+        Method<&StandInTools::GetTools>("GetToolsForExtension", TARN_TOOL_GET_TOOLS_FOR_EXTENSION,
+                                        {"extension"}),
     });
     return table;
   }
@@ -237,11 +242,11 @@ void Measure(const Project& project, bool withTools, Times& times) {
   times.report.push_back(host.Report() / count);
   for (int i = 0; i < kWalks; ++i) {
     const double floor = host.StatEachFile();
-    times.walkRatio.push_back(host.Run(tarn::host::kCmdBuildAll) / floor);
+    times.walkRatio.push_back(host.Run(tarn::TARN_CMD_BUILD_ALL) / floor);
   }
   if (host.tools.seconds > 0) throw std::runtime_error("a tool ran");
   if (!withTools) return;
-  const double seconds = host.Run(tarn::host::kCmdRebuildAll);
+  const double seconds = host.Run(tarn::TARN_CMD_REBUILD_ALL);
   times.tool.push_back((seconds - host.tools.seconds) / count);
 }
 

@@ -1,5 +1,7 @@
 #include "components/options/DefinitionList.h"
 
+#include <tarn/commands.h>
+
 #include "platform/text/Text.h"
 #include "xml/XmlNode.h"
 
@@ -8,8 +10,6 @@ namespace tarn::options {
 namespace {
 
 // Host commands for a changed option: outputs remain valid, or have to be rebuilt.
-constexpr int kCommandKeepOutputs = 0x8105;
-constexpr int kCommandInvalidate = 0x8106;
 
 const char* YesNo(bool value) {
   return value ? "Yes" : "No";
@@ -30,8 +30,9 @@ void AddProperty(CXmlNode& section, const PropertyDefinition& property, Property
   SetUnlessEmpty(node, "Max", property.maximum);
   node.SetAttrValue("Removable", YesNo(property.removable));
   node.SetAttrValue("KeepsOutputs", YesNo(property.keepsOutputs));
-  node.SetAttrValue("Command",
-                    ToDecimal(property.keepsOutputs ? kCommandKeepOutputs : kCommandInvalidate));
+  node.SetAttrValue(
+      "Command",
+      ToDecimal(property.keepsOutputs ? TARN_CMD_APPLY_OPTION : TARN_CMD_APPLY_OPTION_AND_REBUILD));
   node.SetAttrValue("Shown", YesNo(state.shown));
   SetUnlessEmpty(node, "ShownWhen", property.shown.ToText());
   node.SetAttrValue("Enabled", YesNo(state.enabled));

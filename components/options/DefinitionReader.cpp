@@ -119,7 +119,7 @@ void DefinitionReader::ReadSets(const CXmlNode& node) {
     } else if (child->NameView() == "Set") {
       ReadSet(*child);
     } else {
-      Report("<" + child->GetName() + "> is not known here; Include and Set are");
+      Report("<" + child->GetName() + "> is not allowed here; expected Include or Set");
     }
   }
   place.clear();
@@ -133,10 +133,10 @@ void DefinitionReader::ReadInclude(const CXmlNode& node) {
   if (IsRelativePath(path)) path = JoinPath(FolderOf(chain.back()), path);
   path = files.Canonical(path);
   if (std::find(chain.begin(), chain.end(), path) != chain.end()) {
-    return Report("includes itself by way of " + name);
+    return Report("includes itself via " + name);
   }
   if (chain.size() >= kMaxDepth || ++filesRead > kMaxFiles) {
-    return Report("too many files include each other; " + name + " is left out");
+    return Report("too many files include each other; " + name + " is skipped");
   }
   ReadFile(path);
 }
@@ -161,7 +161,7 @@ void DefinitionReader::ReadSet(const CXmlNode& node) {
     if (child->NameView() == "Section") {
       ReadSection(*child, sets);
     } else {
-      Report("<" + child->GetName() + "> is not known here; Section is");
+      Report("<" + child->GetName() + "> is not allowed here; expected Section");
     }
   }
 }
@@ -182,7 +182,7 @@ void DefinitionReader::ReadSection(const CXmlNode& node, const std::vector<std::
     if (child->NameView() == "Property") {
       ReadProperty(*child, sets, header);
     } else {
-      Report("<" + child->GetName() + "> is not known here; Property is");
+      Report("<" + child->GetName() + "> is not allowed here; expected Property");
     }
   }
 }
@@ -193,7 +193,7 @@ void DefinitionReader::ReadProperty(const CXmlNode& node, const std::vector<std:
   if (header.empty()) return Report("Property without Header");
   place += "." + header;
   if (header.find('.') != std::string::npos || section.find('.') != std::string::npos) {
-    return Report("a name may not hold a full stop; the property is left out");
+    return Report("a name must not contain a full stop; the property is skipped");
   }
   CheckAttributes(node,
                   "Header Type Default Label Help Removable KeepsOutputs Shown Enabled Min Max");
@@ -218,7 +218,7 @@ void DefinitionReader::FillProperty(const CXmlNode& node, PropertyDefinition& pr
   take("Max", property.maximum);
   const std::string type = AttributeOf(node, "Type");
   if (!type.empty() && !TypeFromName(type, property.type)) {
-    Report("Type \"" + type + "\" is not known, taken as text");
+    Report("Type \"" + type + "\" is not known, treated as text");
     property.type = ValueType::Text;
   }
   if (node.GetAttr("Removable") != nullptr) {
@@ -236,7 +236,7 @@ void DefinitionReader::FillProperty(const CXmlNode& node, PropertyDefinition& pr
     } else if (child->NameView() == "Default") {
       ReadDefault(*child, property);
     } else {
-      Report("<" + child->GetName() + "> is not known here; Choice and Default are");
+      Report("<" + child->GetName() + "> is not allowed here; expected Choice or Default");
     }
   }
 }
@@ -245,7 +245,7 @@ void DefinitionReader::ReadCondition(const CXmlNode& node, std::string_view attr
                                      Condition& condition) {
   const std::string text = AttributeOf(node, attribute);
   if (text.empty() || ParseCondition(text, condition)) return;
-  Report(std::string(attribute) + " \"" + text + "\" is no condition (Section.Property=value)");
+  Report(std::string(attribute) + " \"" + text + "\" is not a condition (Section.Property=value)");
 }
 
 void DefinitionReader::ReadDefault(const CXmlNode& node, PropertyDefinition& property) {
@@ -253,17 +253,16 @@ void DefinitionReader::ReadDefault(const CXmlNode& node, PropertyDefinition& pro
   ConditionalDefault chosen;
   const std::string when = AttributeOf(node, "When");
   if (!ParseCondition(when, chosen.when) || chosen.when.negated) {
-    return Report("Default with When \"" + when + "\": Section.Property=value is wanted");
+    return Report("Default with When \"" + when + "\": expected Section.Property=value");
   }
   if (!std::all_of(chosen.when.values.begin(), chosen.when.values.end(), CanChoose)) {
-    return Report(
-        "Default with When \"" + when +
-        "\": a value of it may not be * and hold no semicolon, equal sign or parenthesis");
+    return Report("Default with When \"" + when +
+                  "\": its values must not be * or contain a semicolon, equal sign or parenthesis");
   }
   chosen.value = AttributeOf(node, "Value");
   if (!FitsIntoChoice(chosen.value)) {
     return Report("Default \"" + chosen.value +
-                  "\" under a condition may hold no semicolon and no lone parenthesis");
+                  "\" under a condition must not contain a semicolon or an unbalanced parenthesis");
   }
   // Inserted first, so that later definitions take precedence, as everywhere.
   property.conditionalDefaults.insert(property.conditionalDefaults.begin(), std::move(chosen));
@@ -285,7 +284,7 @@ void DefinitionReader::CheckAttributes(const CXmlNode& node, std::string_view kn
   for (const CXmlAttr& attr : node.Attributes()) {
     const std::vector<std::string_view> names = Split(known, ' ');
     if (std::find(names.begin(), names.end(), attr.NameView()) != names.end()) continue;
-    Report("attribute \"" + attr.GetName() + "\" of <" + node.GetName() + "> is not known");
+    Report("unknown attribute \"" + attr.GetName() + "\" of <" + node.GetName() + ">");
   }
 }
 
@@ -293,8 +292,8 @@ void DefinitionReader::CheckDefault(const std::string& set, PropertyDefinition& 
   const std::string where = "set " + set + ", " + property.section + "." + property.name + ": ";
   if (!property.conditionalDefaults.empty() && !FitsIntoChoice(property.defaultText)) {
     ReportFor(property.origin, where + "Default \"" + property.defaultText +
-                                   "\" beside one under a condition may hold no semicolon and no "
-                                   "lone parenthesis");
+                                   "\" next to one under a condition must not contain a semicolon "
+                                   "or an unbalanced parenthesis");
     property.conditionalDefaults.clear();
   }
   if (property.type == ValueType::Choice && property.choices.empty()) {
@@ -305,7 +304,7 @@ void DefinitionReader::CheckDefault(const std::string& set, PropertyDefinition& 
   for (const std::string_view text : texts) {
     if (text.empty() || text.find('$') != std::string_view::npos) continue;
     const std::string fault = CheckAgainst(property, text);
-    if (!fault.empty()) ReportFor(property.origin, where + "the default does not fit: " + fault);
+    if (!fault.empty()) ReportFor(property.origin, where + "Default: " + fault);
   }
 }
 

@@ -219,7 +219,7 @@ void OptionsWnd::OnEdited(int row) {
   const char* const section = record->section.c_str();
   const char* const name = record->name.c_str();
   std::string problem = manager.CheckValue(set, section, name, value.c_str());
-  if (problem.empty() && !record->isEnabled) problem = "Another option rules this one out.";
+  if (problem.empty() && !record->isEnabled) problem = "Another option disables this one.";
   if (problem.empty() && manager.SetChangedProperty(set, section, name, value.c_str()) == 0) {
     problem = "Options can't be changed now.";
   }

@@ -128,7 +128,8 @@ std::string PropertyManager::CheckValue(const char* set, const char* section, co
   const std::string resolved =
       values.Resolve(ownSet, View(section), View(property), View(value), &error, &missing);
   if (!error.empty()) return "The value can't be resolved: " + error + ".";
-  if (!missing.empty() && Trim(resolved).empty()) return "A value is needed; there is no default.";
+  if (!missing.empty() && Trim(resolved).empty())
+    return "A value is required; there is no default.";
   return CheckAgainst(*definition, resolved);
 }
 

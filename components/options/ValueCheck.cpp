@@ -36,8 +36,8 @@ std::string CheckNumber(const PropertyDefinition& property, std::string_view val
   const bool fits =
       number && (!minimum || *number >= *minimum) && (!maximum || *number <= *maximum);
   if (fits) return {};
-  return "\"" + std::string(value) + "\" does not fit; a whole number" + Range(property) +
-         " is wanted, decimal or with 0x in front.";
+  return "Invalid value \"" + std::string(value) + "\"; expected a whole number" + Range(property) +
+         ", decimal or with the prefix 0x.";
 }
 
 std::string CheckChoice(const PropertyDefinition& property, std::string_view value) {
@@ -46,12 +46,12 @@ std::string CheckChoice(const PropertyDefinition& property, std::string_view val
     if (EqualNoCase(choice.value, value)) return {};
     list += (list.empty() ? "" : ", ") + (choice.value.empty() ? "nothing" : choice.value);
   }
-  return "\"" + std::string(value) + "\" does not fit; one of these is wanted: " + list + ".";
+  return "Invalid value \"" + std::string(value) + "\"; expected one of: " + list + ".";
 }
 
 std::string CheckPath(std::string_view value) {
   for (const char c : value) {
-    if (static_cast<unsigned char>(c) < 0x20) return "A path may not hold a control character.";
+    if (static_cast<unsigned char>(c) < 0x20) return "A path must not contain a control character.";
   }
   return {};
 }
@@ -64,7 +64,7 @@ std::string CheckAgainst(const PropertyDefinition& property, std::string_view va
       return value.empty() ? std::string() : CheckNumber(property, value);
     case ValueType::YesNo:
       if (value.empty() || EqualNoCase(value, "Yes") || EqualNoCase(value, "No")) return {};
-      return "\"" + std::string(value) + "\" does not fit; Yes or No is wanted.";
+      return "Invalid value \"" + std::string(value) + "\"; expected Yes or No.";
     case ValueType::Choice:
       return CheckChoice(property, value);
     case ValueType::File:

@@ -112,17 +112,43 @@ class PlanMaker : public TemplateValues {
 
   void AddByProducts(const ByProductRule& rule) {
     const auto asks = [&rule](const std::string& argument) {
-      return std::any_of(rule.with.begin(), rule.with.end(),
-                         [&](const std::string& flag) { return argument.starts_with(flag); });
+      return FindFlag(rule.with, argument) != nullptr;
     };
-    bool isMade = rule.with.empty();
+    bool isMade = rule.with.empty() && !rule.isForArguments;
     for (const ToolCommand& command : plan.commands) {
       if (isMade) break;
       const std::vector<std::string> words = ExpandArguments(command, job.disk).words;
       isMade = std::any_of(words.begin(), words.end(), asks);
+      if (rule.isForArguments) AddByProductsOf(rule, command.folder, words);
     }
     if (!isMade) return;
-    for (const std::string& path : Paths({rule.file})) plan.byProducts.push_back(Spelled(path));
+    for (const std::string& path : Paths({rule.file})) AddByProduct(path);
+  }
+
+  void AddByProductsOf(const ByProductRule& rule, const std::string& workingFolder,
+                       const std::vector<std::string>& words) {
+    for (const std::string& word : words) {
+      if (word.empty() || word.front() == '-') continue;
+      item = WithoutExtension(AbsolutePath(job.disk, workingFolder, word));
+      for (const std::string& path : Paths({rule.file})) AddByProduct(path);
+    }
+    item.clear();
+  }
+
+  void AddByProduct(const std::string& path) {
+    if (!path.ends_with('*')) {
+      plan.byProducts.push_back(Spelled(path));
+      return;
+    }
+    const std::string start = Spelled(path.substr(0, path.size() - 1));
+    const std::string above = FolderOf(start);
+    if (job.disk == nullptr) return;
+    const auto list = job.disk->ListFolder(above);
+    if (!list) return;
+    for (const FolderEntry& entry : *list) {
+      std::string full = JoinPath(above, entry.name);
+      if (!entry.isFolder && full.starts_with(start)) plan.byProducts.push_back(std::move(full));
+    }
   }
 
   void AddProblem(const std::string& problem) const {
@@ -314,7 +340,7 @@ class PlanMaker : public TemplateValues {
   void RefuseSpecial(const ToolCommand& command) const {
     for (const std::string& argument : command.arguments) {
       if (IsPlain(argument)) continue;
-      AddProblem(command.program + " can't work with blanks or special characters: " + argument);
+      AddProblem(command.program + " can't handle spaces or special characters: " + argument);
     }
   }
 

@@ -43,12 +43,8 @@ class ToolReader : public ElementReader {
     tool->furtherRules = Filled(node, "FurtherRules");
     tool->writes = SplitOptionList(Text(node, "Writes"));
     tool->reads = SplitOptionList(Text(node, "Reads"));
-    tool->strays = SplitOptionList(Text(node, "Strays"));
-    for (std::string& entry : SplitOptionList(Text(node, "Runs"))) {
-      const bool isException = entry.front() == '!';
-      if (isException) entry.erase(0, 1);
-      (isException ? tool->runsNot : tool->runs).push_back(std::move(entry));
-    }
+    tool->runs = ReadPatterns(Text(node, "Runs"));
+    tool->strays = ReadPatterns(Text(node, "Strays"));
     for (const std::string& entry : SplitOptionList(Text(node, "Loads"))) {
       const std::size_t space = std::min(entry.find(' '), entry.size());
       tool->loads.push_back(
@@ -67,7 +63,7 @@ class ToolReader : public ElementReader {
     ReadExtensions(Text(node, "Extensions"));
     ReadChildren(node);
     ReadMessages(Text(node, "Messages"));
-    if (tool->steps.empty()) Fail("there is no Step");
+    if (tool->steps.empty()) Fail("a tool has no Step");
     return std::move(tool);
   }
 
@@ -166,9 +162,22 @@ class ToolReader : public ElementReader {
     return Filled(node, "File");
   }
 
+  static ArgumentPatterns ReadPatterns(const std::string& text) {
+    ArgumentPatterns patterns;
+    for (std::string& entry : SplitOptionList(text)) {
+      auto& list = entry.front() == '!'   ? patterns.exceptions
+                   : entry.front() == '*' ? patterns.endings
+                                          : patterns.flags;
+      if (&list != &patterns.flags) entry.erase(0, 1);
+      list.push_back(std::move(entry));
+    }
+    return patterns;
+  }
+
   ByProductRule ReadByProduct(const CXmlNode& node) {
-    CheckAttributes(node, {"File", "With"});
-    return {Filled(node, "File"), SplitOptionList(Text(node, "With"))};
+    CheckAttributes(node, {"File", "With", "List"});
+    const bool isForArguments = Choose(node, "List", {"", "Arguments"}) == 1;
+    return {Filled(node, "File"), SplitOptionList(Text(node, "With")), isForArguments};
   }
 
   LibraryRule ReadLibraries(const CXmlNode& node) {
@@ -369,9 +378,9 @@ void ReadTools(const ParsedFile& file, ReadDefinitions& into, ToolsWithoutMessag
 // missing, and half of all tools refer to its lists.
 void TellLeftOut(const ToolsWithoutMessages& leftOut, bool hasShippedFile, ReadDefinitions& into) {
   for (const auto& [name, tools] : leftOut) {
-    std::string text = "no Messages are known by the name " + name;
+    std::string text = "no Messages are named " + name;
     if (!hasShippedFile) text.append(" (there is no ").append(kShippedMessages).append(")");
-    text += ", so tools are left out: ";
+    text += ", so tools are skipped: ";
     for (const std::string& tool : tools) text.append(&tool == &tools[0] ? "" : ", ").append(tool);
     into.errors.push_back(std::move(text));
   }

@@ -1,6 +1,7 @@
 #include "components/tools/GivenArguments.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "components/tools/FileList.h"
 #include "platform/text/Text.h"
@@ -50,15 +51,21 @@ class Expander {
 
  private:
   void Add(const std::string& word) {
-    const bool isPassedOn = word.size() > 3 && word.starts_with("-W") && word[3] == ',';
+    const bool isPassedOn =
+        word.size() > 3 && word.starts_with("-W") && (word[3] == ',' || word[3] == '-');
     if (isPassedOn) {
-      for (const std::string_view part : Split(std::string_view(word).substr(4), ',')) {
+      for (const std::string_view part : Split(std::string_view(word).substr(3), ',')) {
+        receiver = word[2];
         if (!part.empty()) Add(std::string(part));
       }
+      receiver = ' ';
     } else if (word.starts_with('@') && word.size() > 1 && AddResponse(word.substr(1))) {
       return;
-    } else if (word != "-Xlinker" && word != "-Xassembler" && word != "-Xpreprocessor") {
+    } else if (word == "-Xlinker" || word == "-Xassembler" || word == "-Xpreprocessor") {
+      receiver = word[2];
+    } else {
       given.words.push_back(word);
+      given.receivers += std::exchange(receiver, ' ');
     }
   }
 
@@ -78,12 +85,38 @@ class Expander {
   const ToolCommand& command;
   FileSystem* const disk;
   GivenArguments given;
+  char receiver = ' ';  // of the next word
 };
 
 }  // namespace
 
 GivenArguments ExpandArguments(const ToolCommand& command, FileSystem* disk) {
   return Expander(command, disk).Expand();
+}
+
+const std::string* FindFlag(const std::vector<std::string>& flags, std::string_view word) {
+  const std::string* best = nullptr;
+  for (const std::string& flag : flags) {
+    const bool isLonger = best == nullptr || flag.size() > best->size();
+    if (isLonger && word.starts_with(flag)) best = &flag;
+  }
+  return best;
+}
+
+bool FitsPattern(const ArgumentPatterns& patterns, const std::vector<std::string>& words,
+                 std::size_t at) {
+  const std::string& word = words[at];
+  if (!word.starts_with('-')) {
+    return std::any_of(patterns.endings.begin(), patterns.endings.end(),
+                       [&word](const std::string& ending) { return word.ends_with(ending); });
+  }
+  const std::string* const flag = FindFlag(patterns.flags, word);
+  if (flag == nullptr) return false;
+  const bool isValueNext = *flag == word && at + 1 < words.size();
+  const std::string text = isValueNext ? word + words[at + 1] : word;
+  const std::string* const closest = FindFlag(patterns.flags, text);
+  const std::string* const exception = FindFlag(patterns.exceptions, text);
+  return exception == nullptr || exception->size() < closest->size();
 }
 
 std::vector<FlagValue> FlagValuesOf(const std::vector<std::string>& flags,
@@ -120,13 +153,9 @@ std::vector<std::string> ValuesOf(const std::vector<std::string>& flags,
 
 bool LeavesCodeToTheLink(const ToolDefinition& tool, const std::vector<std::string>& words) {
   bool isLater = false;
-  const auto isAmong = [](const std::string& word, const std::vector<std::string>& flags) {
-    return std::any_of(flags.begin(), flags.end(),
-                       [&word](const std::string& flag) { return word.starts_with(flag); });
-  };
   for (const std::string& word : words) {
-    if (isAmong(word, tool.linkTime)) isLater = true;
-    if (isAmong(word, tool.notLinkTime)) isLater = false;
+    if (FindFlag(tool.linkTime, word) != nullptr) isLater = true;
+    if (FindFlag(tool.notLinkTime, word) != nullptr) isLater = false;
   }
   return isLater;
 }

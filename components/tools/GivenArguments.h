@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "components/tools/CommandBuilder.h"
@@ -9,13 +11,24 @@ namespace tarn::tools {
 
 // The arguments of a command in the form in which they reach the programs that interpret them.
 struct GivenArguments {
-  // Without the arguments of a launcher. "-Wl,a,b" and "-Xlinker a" are replaced with the arguments
-  // they pass on, and "@file" with the words in the file.
+  // Without the arguments of a launcher. "-Wl,a,b", "-Wl-a,b" and "-Xlinker a" are replaced with
+  // the arguments they pass on, and "@file" with the words in the file if it can be read.
   std::vector<std::string> words;
+  // For each word, the letter of the program that the compiler passes it on to: "a"ssembler,
+  // "l"inker or "p"reprocessor. A space if the compiler itself interprets it.
+  std::string receivers;
   std::vector<std::string> responseFiles;  // absolute, without duplicates, including nested ones
 };
 
 GivenArguments ExpandArguments(const ToolCommand& command, FileSystem* disk);
+
+// Returns the longest flag that is a prefix of the word, or nullptr.
+const std::string* FindFlag(const std::vector<std::string>& flags, std::string_view word);
+
+// Returns true if the pattern that fits the argument at this index most closely is not an
+// exception. The value of a flag takes part in the comparison even if it is the next argument.
+bool FitsPattern(const ArgumentPatterns& patterns, const std::vector<std::string>& words,
+                 std::size_t at);
 
 // A value of a flag in a list of arguments.
 struct FlagValue {

@@ -86,7 +86,7 @@ ToolMessages MessageLog::Take() {
   auto last = tail_.begin();
   if (last != tail_.end() && head_.dropped > 0) {
     // At the position of the lines that it replaces.
-    Entry gap{{Severity::Plain, MoreOf(head_.dropped, "line") + ", left out here", {}, {}, {}},
+    Entry gap{{Severity::Plain, MoreOf(head_.dropped, "line") + ", omitted here", {}, {}, {}},
               last->position - 1};
     last = tail_.insert(last, std::move(gap));
   }
@@ -108,7 +108,7 @@ void MessageLog::AppendDropped(ToolMessages& messages) const {
   for (const auto& [severity, share] : shares) {
     if (share->dropped == 0) continue;
     const char* noun = severity == Severity::Error ? "error" : "warning";
-    const std::string text = MoreOf(share->dropped, noun) + ", left out here";
+    const std::string text = MoreOf(share->dropped, noun) + ", omitted here";
     messages.push_back({severity, text, text, {}, {}, false, share->dropped});
   }
 }

@@ -32,7 +32,7 @@ class RuleReader {
  private:
   std::string FindProblem() const {
     if (text.empty()) return "is empty";
-    if (std::any_of(text.begin(), text.end(), IsControl)) return "holds binary data";
+    if (std::any_of(text.begin(), text.end(), IsControl)) return "contains binary data";
     if (!hasRule) return "has no rule";
     const bool isCut = text.back() != '\n' || isContinued;
     return isCut ? "ends in the middle of a line" : std::string();

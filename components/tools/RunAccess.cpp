@@ -1,6 +1,7 @@
 #include "components/tools/RunAccess.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "components/tools/FileList.h"
 #include "components/tools/GivenArguments.h"
@@ -22,13 +23,6 @@ bool HasSeparator(std::string_view text) {
 
 bool IsFlag(std::string_view word) {
   return word.size() > 1 && word.front() == '-';
-}
-
-// Returns a flag that is a prefix of the word, or nullptr.
-const std::string* FindFlag(const std::vector<std::string>& flags, std::string_view word) {
-  const auto found = std::find_if(flags.begin(), flags.end(),
-                                  [&](const std::string& flag) { return word.starts_with(flag); });
-  return found == flags.end() ? nullptr : &*found;
 }
 
 // Returns the option macros in output names and arguments of the definition.
@@ -67,6 +61,7 @@ class AccessFinder {
   }
 
   RunAccess Find(const ToolPlan& plan) {
+    output_ = plan.outputOnDisk;
     for (const std::string& path :
          {plan.outputOnDisk, plan.listing, plan.rules, plan.furtherRules}) {
       AddWrite(path);
@@ -86,14 +81,9 @@ class AccessFinder {
  private:
   void AddWrite(const std::string& path, bool isCertain = true) {
     if (path.empty()) return;
-    auto& known = access_.writes;
-    const auto found = std::find_if(known.begin(), known.end(),
-                                    [&](const FileWrite& each) { return each.path == path; });
-    if (found == known.end()) {
-      known.push_back({path, {}, isCertain});
-    } else {
-      found->isCertain |= isCertain;
-    }
+    const auto [found, isNew] = writes_.try_emplace(path, access_.writes.size());
+    if (isNew) access_.writes.push_back({path, {}, false});
+    access_.writes[found->second].isCertain |= isCertain;
   }
 
   // An option whose value is exactly the path takes precedence over one whose value only contains
@@ -127,8 +117,15 @@ class AccessFinder {
       AddWrite(scratch);
       AddWrite(path);
     }
-    const std::vector<std::string> words = ExpandArguments(command, world_.files).words;
-    for (std::size_t i = 0; i < words.size(); ++i) AddWord(words, i);
+    const GivenArguments given = ExpandArguments(command, world_.files);
+    for (std::size_t i = 0; i < given.words.size(); ++i) {
+      AddWord(given.words, i);
+      if (LacksValue(given, i)) AddUnknownWrite(given, i);
+    }
+    // Flags that pass arguments on, which `words` no longer contains.
+    for (std::size_t i = command.launched; i < command.arguments.size(); ++i) {
+      if (command.arguments[i].starts_with("-W")) AddStray(command.arguments, i);
+    }
   }
 
   // A launcher from the environment is the user's own choice.
@@ -164,6 +161,7 @@ class AccessFinder {
 
   void AddWord(const std::vector<std::string>& words, std::size_t at) {
     const std::string& word = words[at];
+    AddStray(words, at);
     if (!IsFlag(word)) {
       // After a flag, the word may be the flag's value.
       if (at > 0 && IsFlag(words[at - 1]) && !Reads(words[at - 1])) {
@@ -172,12 +170,8 @@ class AccessFinder {
       return;
     }
     if (RunsCode(words, at)) access_.code.push_back("code with the argument " + word);
-    // A flag that names its file writes no other.
-    const std::string* const stray = FindFlag(tool_.strays, word);
-    if (stray != nullptr && (stray->find('=') != stray->npos || word.find('=') == word.npos)) {
-      access_.code.push_back("the tool with the argument " + word +
-                             ", which writes files of other names");
-    }
+    // The name of a file may start with a dash, too.
+    if (at > 0 && IsWritingFlag(words[at - 1])) AddUnlessInput(word, true);
     if (Reads(word)) return;
     const std::string_view text = word;
     const std::string* const flag = FindFlag(tool_.writes, text);
@@ -190,16 +184,59 @@ class AccessFinder {
     }
   }
 
+  void AddStray(const std::vector<std::string>& words, std::size_t at) {
+    if (!FitsPattern(tool_.strays, words, at) || IsOwn(words[at])) return;
+    access_.code.push_back("the tool with the argument " + words[at] +
+                           ", which writes files of other names");
+  }
+
+  // Returns true for the output and for a file of the kind that the tool is for.
+  bool IsOwn(const std::string& word) const {
+    if (IsFlag(word)) return false;
+    const std::string path = AbsolutePath(world_.files, folder_, word);
+    if (path == output_) return true;
+    const auto& own = tool_.extensions;
+    return IsInput(path) &&
+           std::find(own.begin(), own.end(), FoldCase(ExtensionOf(path))) != own.end();
+  }
+
+  bool IsInput(const std::string& path) const {
+    return std::find(job_.files.begin(), job_.files.end(), path) != job_.files.end();
+  }
+
+  bool IsWritingFlag(const std::string& word) const {
+    return std::find(tool_.writes.begin(), tool_.writes.end(), word) != tool_.writes.end();
+  }
+
+  // Returns true for a flag that is passed on to a program without the name of the file to write.
+  // Assemblers are left out: they get the name of the output next, and fail.
+  bool LacksValue(const GivenArguments& given, std::size_t at) const {
+    const char receiver = given.receivers[at];
+    if (receiver != 'l' && receiver != 'p') return false;
+    const std::string& word = given.words[at];
+    const std::string* const flag = FindFlag(tool_.writes, word);
+    if (flag == nullptr || word.find('=') != word.npos) return false;
+    if (flag->size() == 2 && word.size() > 2) return false;  // the name follows: "-oname"
+    return at + 1 == given.words.size() || given.receivers[at + 1] != receiver;
+  }
+
+  // A preprocessor takes the source that follows for the name, a linker anything.
+  void AddUnknownWrite(const GivenArguments& given, std::size_t at) {
+    access_.code.push_back("the tool with the argument " + given.words[at] +
+                           ", which writes a file of an unknown name");
+    if (given.receivers[at] != 'p') return;
+    for (const std::string& file : job_.files) AddWrite(file);
+  }
+
   bool Reads(const std::string& flag) const { return FindFlag(reads_, flag) != nullptr; }
 
   void AddUnlessInput(const std::string& word, bool isCertain) {
     const std::string path = AbsolutePath(world_.files, folder_, word);
-    const bool isInput = std::find(job_.files.begin(), job_.files.end(), path) != job_.files.end();
-    if (!isInput) AddWrite(path, isCertain);
+    if (!IsInput(path)) AddWrite(path, isCertain);
   }
 
   bool RunsCode(const std::vector<std::string>& words, std::size_t at) const {
-    if (FindFlag(tool_.runs, words[at]) && !FindFlag(tool_.runsNot, words[at])) return true;
+    if (FitsPattern(tool_.runs, words, at)) return true;
     const auto first = words.begin() + static_cast<std::ptrdiff_t>(at);
     const std::vector<std::string> near(first, std::min(first + 2, words.end()));
     return std::any_of(tool_.loads.begin(), tool_.loads.end(), [&](const LoadRule& rule) {
@@ -216,8 +253,10 @@ class AccessFinder {
   const ToolDefinition& tool_;
   const ToolJob& job_;
   std::vector<std::string> reads_;
+  std::string output_;  // of the run
   std::string folder_;  // working folder of the current command
   RunAccess access_;
+  std::unordered_map<std::string, std::size_t> writes_;  // indexes in access_.writes, by path
 };
 
 }  // namespace

@@ -44,7 +44,7 @@ std::optional<Template> Template::Parse(std::string_view text, std::string& erro
     } else {
       const std::size_t end = BehindMacro(text, at + 1);
       if (end == std::string_view::npos) {
-        error = "a macro has no end: " + std::string(text.substr(at));
+        error = "unterminated macro: " + std::string(text.substr(at));
         return std::nullopt;
       }
       if (!result.AddMacro(text.substr(at, end - at), error)) return std::nullopt;

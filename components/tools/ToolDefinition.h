@@ -116,10 +116,19 @@ struct LoadRule {
   std::string place;  // inserted before the name by the program: "device-specs/specs-"
 };
 
+// Arguments, described by their beginnings or, unless they are flags, by their endings.
+struct ArgumentPatterns {
+  std::vector<std::string> flags;
+  std::vector<std::string> exceptions;  // arguments that start like a flag
+  std::vector<std::string> endings;     // of arguments that are not flags
+};
+
 // Files that a run may produce and nothing needs.
 struct ByProductRule {
-  Template file;
+  Template file;  // a "*" at the end of a path stands for the rest of the names in the folder
   std::vector<std::string> with;  // prefixes of arguments that request it; empty: always
+  // For each argument that names a file; $(Item) is its path without the extension.
+  bool isForArguments = false;
 };
 
 // All rules for one tool. Templates are expanded for each run, see CommandBuilder.h.
@@ -155,11 +164,8 @@ struct ToolDefinition {
   std::vector<std::string> writes;
   // Prefixes of arguments that name an input file, other than search folders.
   std::vector<std::string> reads;
-  // Prefixes of arguments that make a program run or load code chosen by the caller.
-  std::vector<std::string> runs;
-  std::vector<std::string> runsNot;  // exceptions to `runs`, also prefixes
-  // Prefixes of arguments that make a program write files whose names it invents.
-  std::vector<std::string> strays;
+  ArgumentPatterns runs;    // make a program run or load code chosen by the caller
+  ArgumentPatterns strays;  // make a program write files whose names it invents
   std::vector<LoadRule> loads;
   Follow follows = Follow::None;
   std::vector<LibraryRule> libraries;

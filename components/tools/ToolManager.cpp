@@ -1,5 +1,7 @@
 #include "components/tools/ToolManager.h"
 
+#include <tarn/methods.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <unordered_set>
@@ -97,27 +99,36 @@ ToolWorld ToolWorld::Native() {
 
 const DispatchTable<ToolManager>& ToolManager::Table() {
   static const DispatchTable<ToolManager> table({
-      Method<&ToolManager::RunTool>("RunTool", 2, {"tool", "files", "options", "messageFile"}),
-      Method<&ToolManager::InitTools>("InitTools", 3, {"applicationPath", "dataPath", "frame"}),
-      Method<&ToolManager::GetToolsForExtension>("GetToolsForExtension", 9, {"extension"}),
-      Method<&ToolManager::GetCommandLines>("GetCommandLines", 100, {"tool", "files", "options"}),
-      Method<&ToolManager::TakeBuildInformation>("TakeBuildInformation", 101, {}),
-      Method<&ToolManager::StopTools>("StopTools", 102, {}),
-      Method<&ToolManager::ResumeTools>("ResumeTools", 103, {}),
-      Method<&ToolManager::MissingProgram>("MissingProgram", 104, {"tool"}),
-      Method<&ToolManager::ListTools>("ListTools", 105, {}),
-      Method<&ToolManager::GetDefinitionErrors>("GetDefinitionErrors", 106, {}),
-      Method<&ToolManager::GetCommandHash>("GetCommandHash", 110, {"tool", "files", "options"}),
-      Method<&ToolManager::GetToolFingerprint>("GetToolFingerprint", 111, {"tool"}),
-      Method<&ToolManager::GetCommandProblems>("GetCommandProblems", 112,
+      Method<&ToolManager::RunTool>("RunTool", TARN_TOOL_RUN_TOOL,
+                                    {"tool", "files", "options", "messageFile"}),
+      Method<&ToolManager::InitTools>("InitTools", TARN_TOOL_INIT_TOOLS,
+                                      {"applicationPath", "dataPath", "frame"}),
+      Method<&ToolManager::GetToolsForExtension>("GetToolsForExtension",
+                                                 TARN_TOOL_GET_TOOLS_FOR_EXTENSION, {"extension"}),
+      Method<&ToolManager::GetCommandLines>("GetCommandLines", TARN_TOOL_GET_COMMAND_LINES,
+                                            {"tool", "files", "options"}),
+      Method<&ToolManager::TakeBuildInformation>("TakeBuildInformation",
+                                                 TARN_TOOL_TAKE_BUILD_INFORMATION, {}),
+      Method<&ToolManager::StopTools>("StopTools", TARN_TOOL_STOP_TOOLS, {}),
+      Method<&ToolManager::ResumeTools>("ResumeTools", TARN_TOOL_RESUME_TOOLS, {}),
+      Method<&ToolManager::MissingProgram>("MissingProgram", TARN_TOOL_MISSING_PROGRAM, {"tool"}),
+      Method<&ToolManager::ListTools>("ListTools", TARN_TOOL_LIST_TOOLS, {}),
+      Method<&ToolManager::GetDefinitionErrors>("GetDefinitionErrors",
+                                                TARN_TOOL_GET_DEFINITION_ERRORS, {}),
+      Method<&ToolManager::GetCommandHash>("GetCommandHash", TARN_TOOL_GET_COMMAND_HASH,
+                                           {"tool", "files", "options"}),
+      Method<&ToolManager::GetToolFingerprint>("GetToolFingerprint", TARN_TOOL_GET_TOOL_FINGERPRINT,
+                                               {"tool"}),
+      Method<&ToolManager::GetCommandProblems>("GetCommandProblems", TARN_TOOL_GET_COMMAND_PROBLEMS,
                                                {"tool", "files", "options"}),
-      Method<&ToolManager::GetDefinitionProblem>("GetDefinitionProblem", 120, {}),
-      Method<&ToolManager::HasTool>("HasTool", 121, {"tool"}),
-      Method<&ToolManager::GetUsedFiles>("GetUsedFiles", 107,
+      Method<&ToolManager::GetDefinitionProblem>("GetDefinitionProblem",
+                                                 TARN_TOOL_GET_DEFINITION_PROBLEM, {}),
+      Method<&ToolManager::HasTool>("HasTool", TARN_TOOL_HAS_TOOL, {"tool"}),
+      Method<&ToolManager::GetUsedFiles>("GetUsedFiles", TARN_TOOL_GET_USED_FILES,
                                          {"tool", "files", "options", "candidates"}),
-      Method<&ToolManager::RefreshTools>("RefreshTools", 108, {}),
-      Method<&ToolManager::GetProducts>("GetProducts", 113, {"tool", "files", "options"}),
-      Method<&ToolManager::GetAccess>("GetAccess", 114, {"tool", "files", "options"}),
+      Method<&ToolManager::RefreshTools>("RefreshTools", TARN_TOOL_REFRESH_TOOLS, {}),
+      Method<&ToolManager::GetAccess>("GetAccess", TARN_TOOL_GET_ACCESS,
+                                      {"tool", "files", "options"}),
   });
   return table;
 }
@@ -178,7 +189,7 @@ bool ToolManager::Execute(const std::string& toolName, const char* files, const 
   if (!definition) {
     TellFrame(kMsgToolStarted, StartText(toolName, files, {}, false), 0);
     MessageLog log;
-    log.AddError("there is no tool with the name " + toolName + " in " + Tools()->Folder());
+    log.AddError("unknown tool " + toolName + " in " + Tools()->Folder());
     messages = log.Take();
     return false;
   }
@@ -350,17 +361,6 @@ std::string ToolManager::MissingProgram(const char* tool) {
     if (!program.isOptional && world.findProgram(program.name).empty()) return program.name;
   }
   return {};
-}
-
-std::string ToolManager::GetProducts(const char* tool, const char* files, const char* options) {
-  const auto definition = FindTool(TextOf(tool));
-  if (!definition) return {};
-  const OwnedJob owned(world, files, options);
-  std::string list;
-  for (const std::string& file : MakePlan(*definition, owned.job).products) {
-    list += (list.empty() ? "\"" : ",\"") + file + '"';
-  }
-  return list;
 }
 
 std::string ToolManager::GetAccess(const char* tool, const char* files, const char* options) {

@@ -61,8 +61,6 @@ class ToolManager : public DispatchObject<ToolManager> {
   // Returns the candidates, a file list, that the run would read, as a file list.
   std::string GetUsedFiles(const char* tool, const char* files, const char* options,
                            const char* candidates);
-  // Returns the further files that the run would produce, as a file list.
-  std::string GetProducts(const char* tool, const char* files, const char* options);
   // Returns the accesses of the run that its options cause, see RunAccess.h.
   std::string GetAccess(const char* tool, const char* files, const char* options);
   // Returns the records of successful runs since the last call, as a text for SetBuildInfo; empty

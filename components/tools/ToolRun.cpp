@@ -70,7 +70,7 @@ bool ToolRun::Prepare() {
     if (folder.empty()) continue;
     const Status made = world.files->CreateNamedFolders(folder);
     if (!made) {
-      log.AddError("the folder " + folder + " can't be made: " + made.GetError().text);
+      log.AddError("the folder " + folder + " can't be created: " + made.GetError().text);
       return false;
     }
   }
@@ -244,8 +244,8 @@ void ToolRun::TellStartFailure(const ToolCommand& command, const Error& error) {
   if (error.code == ErrorCode::NotFound) {
     text += " was not found";
     if (command.launched > 0) {
-      text += ". It was to launch " + command.arguments[command.launched - 1] +
-              "; the option Build.Launcher or the variable TARN_LAUNCHER names it";
+      text += ". It is meant to launch " + command.arguments[command.launched - 1] +
+              "; the option Build.Launcher or the variable TARN_LAUNCHER specifies it";
     } else if (!tool.hint.empty()) {
       text += ". " + tool.hint;
     }

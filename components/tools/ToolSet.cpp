@@ -91,7 +91,7 @@ void ToolSet::Take(std::unique_ptr<ToolDefinition> tool) {
   const auto isSame = [&](const auto& other) { return EqualNoCase(other->name, tool->name); };
   const auto same = std::find_if(tools.begin(), tools.end(), isSame);
   if (same != tools.end()) {
-    errors.push_back(tool->name + ": is defined twice, the later one counts");
+    errors.push_back(tool->name + ": is defined twice; the later definition applies");
     *same = std::move(tool);
   } else {
     tools.push_back(std::move(tool));

@@ -154,9 +154,8 @@ class LookupFinder {
   void AddWords(const std::vector<std::string>& words) {
     for (std::size_t i = 0; i < words.size(); ++i) {
       const std::string& word = words[i];
-      const auto isStart = [&word](const std::string& flag) { return word.starts_with(flag); };
-      if (std::any_of(tool.writes.begin(), tool.writes.end(), isStart)) {
-        if (std::find(tool.writes.begin(), tool.writes.end(), word) != tool.writes.end()) ++i;
+      if (const std::string* const flag = FindFlag(tool.writes, word)) {
+        if (*flag == word) ++i;
         continue;
       }
       AddWord(word);

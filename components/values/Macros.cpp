@@ -78,7 +78,7 @@ class Resolver {
   // Appends the expanded text. If it requires a value that an outer frame is resolving, returns
   // that value's frame, and all values in between expand to nothing.
   const Frame* Append(std::string_view text, const Frame& frame, std::string& to) {
-    if (nesting >= kMaxNesting) return Report("macros are nested too deep"), nullptr;
+    if (nesting >= kMaxNesting) return Report("macros are nested too deeply"), nullptr;
     ++nesting;
     const Frame* circle = AppendPieces(text, frame, to);
     --nesting;
@@ -89,7 +89,7 @@ class Resolver {
                            std::string& to) {
     if (!value.found) return nullptr;
     if (to.size() > kMaxLength || ++expansions > kMaxExpansions || outer.depth >= kMaxDepth) {
-      return Report("$(" + CleanName(name) + ") leads too far"), nullptr;
+      return Report("$(" + CleanName(name) + ") expands too far"), nullptr;
     }
     if (value.literal || value.text.find('$') == std::string_view::npos) {
       if (value.literal && protects) {
@@ -101,7 +101,7 @@ class Resolver {
       return nullptr;
     }
     if (const Frame* circle = FindCircle(value.id, outer)) {
-      Report("circle: " + Names(*circle, outer) + CleanName(name));
+      Report("cycle: " + Names(*circle, outer) + CleanName(name));
       return circle;
     }
     const Frame frame{&outer, value.id, true, name, outer.depth + 1};

@@ -10,12 +10,11 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <tarn/commands.h>
 #include <tarn/load.h>
+#include <tarn/methods.h>
 
 enum {
-  kMethodGetSelectedApplication = 26,  // method numbers never change
-  kMethodInitToolManager = 17,
-  kCommandBuildAll = 0x8112,
   kLongestWait = 60 * 1000  // milliseconds
 };
 
@@ -172,7 +171,7 @@ static int Start(Host* host, int32_t window, const char* applicationPath) {
   }
   if (CallLong(host, host->tools, "InitTools", init, 3) == 0) return 0;
   tools = TarnObjectOf(host->tools);
-  if (host->tarn->Invoke(host->manager, kMethodInitToolManager, &tools, 1, NULL) != TARN_OK) {
+  if (host->tarn->Invoke(host->manager, TARN_PM_INIT_TOOL_MANAGER, &tools, 1, NULL) != TARN_OK) {
     return 0;
   }
   manager = TarnObjectOf(host->manager);
@@ -200,7 +199,7 @@ static void PublishAll(const Host* host) {
 static void ShowApplication(const Host* host) {
   const TarnVariant separator = TarnText("\n  ");
   TarnVariant result;
-  if (host->tarn->Invoke(host->manager, kMethodGetSelectedApplication, NULL, 0, &result) ==
+  if (host->tarn->Invoke(host->manager, TARN_PM_GET_SELECTED_APPLICATION, NULL, 0, &result) ==
       TARN_OK) {
     printf("application %s\n", result.as.text.data);
     host->tarn->ClearVariant(&result);
@@ -222,12 +221,12 @@ static void ShowError(const Host* host) {
 }
 
 static int Build(Host* host) {
-  if (CallWithNumber(host, "PrologCommand", kCommandBuildAll) == 0) return 0;
+  if (CallWithNumber(host, "PrologCommand", TARN_CMD_BUILD_ALL) == 0) return 0;
   // 2: the work continues in the background, and this thread must run its message loop.
-  if (CallWithNumber(host, "Command", kCommandBuildAll) == 2) {
+  if (CallWithNumber(host, "Command", TARN_CMD_BUILD_ALL) == 2) {
     host->tarn->PumpUntil(HasWorkerEnded, host, kLongestWait);
   }
-  CallWithNumber(host, "EpilogCommand", kCommandBuildAll);
+  CallWithNumber(host, "EpilogCommand", TARN_CMD_BUILD_ALL);
   return host->hasSucceeded;
 }
 

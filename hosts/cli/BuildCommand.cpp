@@ -26,7 +26,7 @@ int ExitCodeOf(CommandContext& context, const BuildOutcome& outcome, bool isRefu
   const std::string program = context.Session().FindMissingProgram(context.Session().GetStatus());
   if (program.empty()) return kExitBuildFailed;
   context.Complain("The program " + program +
-                   " isn't on this machine. Install it, or add its folder to PATH.");
+                   " was not found. Install it, or add its folder to PATH.");
   return kExitToolMissing;
 }
 
@@ -80,7 +80,7 @@ void RemarkState(CommandContext& context) {
     return;
   }
   context.Remark(context.ShowResolved(StatePathOf(context.Session().GetProjectPath())) +
-                 " can't be used, or only in part; what it lacks is treated as not built.");
+                 " is unusable or incomplete; what it lacks is treated as not built.");
 }
 
 // Ends a build that was never started.
@@ -95,18 +95,25 @@ int EndUnstarted(CommandContext& context, BuildEnd end, int code, const std::str
 // other is about to replace.
 int LockBuild(CommandContext& context) {
   BuildSession& session = context.Session();
+  const auto refuse = [&] {
+    const std::string why = Printable(session.GetLockProblem()) + ".";
+    context.Complain(why);
+    return EndUnstarted(context, BuildEnd::Refused, kExitCannotOpen, why);
+  };
   if (context.Asked().noWait && !session.TryLockBuild()) {
+    if (!session.GetLockProblem().empty()) return refuse();
     const std::string why =
         "Another build of this project is running (" + session.GetLockHolder() + ").";
     context.Complain(why);
     return EndUnstarted(context, BuildEnd::Refused, kExitCannotOpen, why);
   }
   session.onLockWait = [&context](const std::string& holder) {
-    context.Remark("Waiting for another build of this project (" + holder + ") to end ...");
+    context.Remark("Waiting for another build of this project (" + holder + ") to finish ...");
   };
   if (session.LockBuild()) return kExitDone;
+  if (!session.GetLockProblem().empty()) return refuse();
   return EndUnstarted(context, BuildEnd::Stopped, kExitInterrupted,
-                      "The wait for another build was interrupted.");
+                      "Interrupted while waiting for another build.");
 }
 
 BuildRequest RequestOf(CommandContext& context, const std::vector<ApplicationEntry>& chosen) {
@@ -142,7 +149,7 @@ int RunBuild(CommandContext& context) {
   if (hasNews || asked.json) summaries = session.GetSummaries();
   reporter.Finish(outcome, request.work, summaries);
   if (!session.GetStateProblem().empty()) {
-    context.Complain("The state of this build couldn't be kept: " +
+    context.Complain("The state of this build couldn't be saved: " +
                      Printable(session.GetStateProblem()));
   }
   ComplainOfGaps(context, outcome);

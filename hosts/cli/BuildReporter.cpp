@@ -68,8 +68,7 @@ void BuildReporter::OnToolEnded(bool success, const std::vector<LogEntry>& messa
 // Prints a hint in place of the omitted lines of a failed tool.
 void BuildReporter::PrintSkipped(std::size_t& count) {
   if (count == 0 || detail == ReportDetail::Nothing) return;
-  console.PrintLine("(" + CountText(static_cast<int>(count), "line") +
-                    " left out, see `tarn log`)");
+  console.PrintLine("(" + CountText(static_cast<int>(count), "line") + " omitted, see `tarn log`)");
   count = 0;
 }
 
@@ -115,7 +114,7 @@ void BuildReporter::Finish(const BuildOutcome& outcome, BuildWork work,
     }
   }
   const bool hasApplication = outcome.gaps.applications > 0 || outcome.toolsRun > 0;
-  std::string text = hasApplication ? "Nothing to do" : "Nothing to do: no application is built";
+  std::string text = hasApplication ? "Nothing to do" : "Nothing to do: no application to build";
   if (work == BuildWork::Clean) text = "Cleaned";
   if (outcome.toolsRun > 0) text = "Built " + CountText(outcome.toolsRun, "file");
   if (GetWarnings() > 0) text += ", " + CountText(GetWarnings(), "warning");

@@ -13,7 +13,7 @@ namespace tarn::host {
 
 namespace {
 
-constexpr const char* kNodeHelp = "By path or label, with APP/ in front where needed";
+constexpr const char* kNodeHelp = "Path or label, prefixed with APP/ where needed";
 
 class HelpFormatter : public CLI::FormatterBase {
  public:
@@ -70,20 +70,20 @@ class Grammar {
 
   CLI::App* AddCommand(CLI::App& parent, const std::string& name, const std::string& help) {
     CLI::App* command = AddPlainCommand(parent, name, help);
-    command->add_flag("-q,--quiet", invocation.quiet, "Say only what went wrong");
-    command->add_flag("--json", invocation.json, "Answer with JSON, for programs");
-    command->add_flag("--no-color", invocation.noColor, "No colours (NO_COLOR does the same)");
+    command->add_flag("-q,--quiet", invocation.quiet, "Print errors only");
+    command->add_flag("--json", invocation.json, "Print JSON");
+    command->add_flag("--no-color", invocation.noColor, "Disable colours (same as NO_COLOR)");
     return command;
   }
 
   void AddProjectOnly(CLI::App* command) {
     command
         ->add_option("PROJECT", invocation.project,
-                     "A project file (*.tprj), or a folder that holds one")
+                     "Project file (*.tprj), or a folder that contains one")
         ->check(IsGiven());
   }
 
-  void AddProject(CLI::App* command, const char* help = "Work on this application") {
+  void AddProject(CLI::App* command, const char* help = "Use only this application") {
     AddProjectOnly(command);
     command->add_option("-a,--app", invocation.application, help)
         ->type_name("APP")
@@ -94,7 +94,7 @@ class Grammar {
   // project.
   void AddDamagedOk(CLI::App* command) {
     command->add_flag("--damaged-ok", invocation.damagedOk,
-                      "Go on with a project that could be read only in part");
+                      "Continue with a project that could only be read in part");
   }
 
   // Adds the options for commands that change the project's files.
@@ -111,7 +111,7 @@ class Grammar {
 
   void AddTrustFlag(CLI::App* command) {
     command->add_flag("--trust", invocation.trust,
-                      "Trust the project for this time; see `tarn help trust`");
+                      "Trust the project for this run only; see `tarn help trust`");
   }
 
   void AddOutsideOk(CLI::App* command) {
@@ -128,7 +128,7 @@ class Grammar {
   void AddConfiguration(CLI::App* command) {
     command
         ->add_option("-c,--config", invocation.configuration,
-                     "Use this configuration, for this time")
+                     "Use this configuration for this run only")
         ->type_name("CONFIG")
         ->check(IsGiven());
   }
@@ -136,7 +136,7 @@ class Grammar {
   void AddBuilds() {
     const std::pair<const char*, const char*> commands[] = {
         {"build", "Build what is out of date"},
-        {"rebuild", "Build everything anew"},
+        {"rebuild", "Rebuild everything"},
         {"clean", "Delete what was built"},
     };
     for (const auto& [name, help] : commands) {
@@ -152,10 +152,10 @@ class Grammar {
   }
 
   void AddQuestions() {
-    CLI::App* status = AddCommand(app, "status", "Tell what is out of date, and why");
+    CLI::App* status = AddCommand(app, "status", "Explain what is out of date and why");
     AddProject(status);
     AddConfiguration(status);
-    CLI::App* check = AddCommand(app, "check", "Find mistakes in a project and what it lacks");
+    CLI::App* check = AddCommand(app, "check", "Find mistakes and missing items in a project");
     AddProject(check, "Check only this application");
     AddConfiguration(check);
     CLI::App* tree = AddCommand(app, "tree", "Show applications, groups and files");
@@ -163,31 +163,33 @@ class Grammar {
     AddConfiguration(tree);
     CLI::App* log = AddCommand(app, "log", "Show the log of the last build");
     AddProjectOnly(log);
-    CLI::Option* xml = log->add_flag("--xml", invocation.xml, "The log file as it is");
+    CLI::Option* xml = log->add_flag("--xml", invocation.xml, "Print the log file unchanged");
     xml->excludes(log->get_option("--json"));
-    CLI::Option* follow =
-        log->add_flag("-f,--follow", invocation.follow, "Go on with what builds write from now on");
+    CLI::Option* follow = log->add_flag("-f,--follow", invocation.follow,
+                                        "Keep printing the output of further builds");
     follow->excludes(xml);
-    log->add_flag("--until-end", invocation.untilEnd, "Follow until the next build has ended")
+    log->add_flag("--until-end", invocation.untilEnd, "Follow until the next build ends")
         ->excludes(xml);
     CLI::App* report = AddCommand(app, "report", "Show the errors and warnings of the last build");
     AddProjectOnly(report);
-    report->add_flag("--errors", invocation.errors, "Only errors");
-    report->add_flag("--warnings", invocation.warnings, "Only warnings; with both, either");
+    report->add_flag("--errors", invocation.errors, "Show only errors");
+    report->add_flag("--warnings", invocation.warnings, "Show only warnings; with --errors, both");
     AddGlobals();
   }
 
   void AddGlobals() {
     CLI::App* globals = AddCommand(app, "globals", "List the global symbols of an application");
-    AddProject(globals, "Of this application instead of the active one");
+    AddProject(globals, "Use this application instead of the active one");
     AddConfiguration(globals);
     constexpr const char* kPattern = "PATTERN";
     globals
-        ->add_option("--name", invocation.namePattern, "Only symbols of such a name, e.g. uart_*")
+        ->add_option("--name", invocation.namePattern, "Only symbols matching PATTERN, e.g. uart_*")
         ->type_name(kPattern);
-    globals->add_option("--file", invocation.filePattern, "Only those declared in such a file")
+    globals
+        ->add_option("--file", invocation.filePattern,
+                     "Only symbols declared in files matching PATTERN")
         ->type_name(kPattern);
-    globals->add_option("--sort", invocation.sortColumn, "Order by name, definition or file")
+    globals->add_option("--sort", invocation.sortColumn, "Sort by name, definition or file")
         ->type_name("COLUMN")
         ->check(CLI::IsMember({"name", "definition", "file"}));
   }
@@ -198,9 +200,9 @@ class Grammar {
     const std::pair<const char*, const char*> commands[] = {
         {"list", "Show all options with their values"},
         {"get", "Print the value of an option"},
-        {"set", "Store a value for an option"},
-        {"reset", "Take a stored value away, so that the inherited one holds"},
-        {"explain", "Tell where the value of an option comes from"},
+        {"set", "Set an option"},
+        {"reset", "Reset an option to the inherited value"},
+        {"explain", "Explain where the value of an option comes from"},
     };
     for (const auto& [name, help] : commands) {
       CLI::App* command = AddCommand(*options, name, help);
@@ -222,12 +224,12 @@ class Grammar {
   }
 
   void AddConfigurations() {
-    CLI::App* config = app.add_subcommand("config", "Show, add and choose configurations");
+    CLI::App* config = app.add_subcommand("config", "Show, add and select configurations");
     config->require_subcommand(1);
     AddProject(AddCommand(*config, "list", "Show the configurations"));
     const std::pair<const char*, const char*> commands[] = {
         {"add", "Add a configuration"},
-        {"select", "Choose the configuration in force"},
+        {"select", "Select the active configuration"},
     };
     for (const auto& [name, help] : commands) {
       CLI::App* command = AddCommand(*config, name, help);
@@ -245,7 +247,7 @@ class Grammar {
     CLI::Option* from =
         command
             ->add_option("--from", invocation.from,
-                         "Copy the options of this configuration, not of the current one")
+                         "Copy the options of this configuration instead of the current one")
             ->type_name("CONFIG")
             ->check(IsGiven());
     command->add_flag("--empty", invocation.empty, "Copy no options")->excludes(from);
@@ -257,48 +259,50 @@ class Grammar {
   }
 
   void AddNew() {
-    CLI::App* command = AddCommand(app, "new", "Start a project");
+    CLI::App* command = AddCommand(app, "new", "Create a project");
     command
         ->add_option("NAME", invocation.name,
                      "Folder and name of the project, e.g. blinky or work/blinky")
         ->required();
     CLI::Option* compiler = command
                                 ->add_option("--compiler", invocation.compiler,
-                                             "Compiler to start with; see `tarn options list`")
+                                             "Compiler to use; see `tarn options list`")
                                 ->type_name("COMPILER")
                                 ->check(IsGiven());
     CLI::Option* target =
         command
             ->add_option("--target", invocation.target,
-                         "Microcontroller to start with, compiler and all; see `tarn targets`")
+                         "Microcontroller to use; also sets the compiler; see `tarn targets`")
             ->type_name("MCU")
             ->check(IsGiven())
             ->excludes(compiler);
-    command->add_option("--type", invocation.type, "Type of its application")
+    command->add_option("--type", invocation.type, "Type of the application")
         ->type_name("NAME")
         ->check(IsGiven())
         ->needs(target);
     command
         ->add_option("-c,--config", invocation.configuration,
-                     "Configuration to start with; it may be a new one")
+                     "Configuration to use; may be a new one")
         ->type_name("NAME")
         ->check(IsGiven())
         ->needs(target);
     command->add_flag("--git", invocation.git,
-                      "Add .gitignore and .gitattributes also outside of a git repository");
+                      "Add .gitignore and .gitattributes even outside a git repository");
   }
 
   void AddImport() {
-    CLI::App* command = AddCommand(app, "import", "Convert a project of the older form");
-    command->add_option("OLD", invocation.older, "A project (*.prj) or a workspace (*.stw) of it")
+    CLI::App* command = AddCommand(app, "import", "Import a project in the old format");
+    command
+        ->add_option("OLD", invocation.older,
+                     "Project (*.prj) or workspace (*.stw) in the old format")
         ->required();
-    command->add_flag("-y,--yes", invocation.yes, "Replace a project that is there already");
+    command->add_flag("-y,--yes", invocation.yes, "Replace an existing project");
   }
 
   void AddTargets() {
-    CLI::App* command = AddCommand(app, "targets", "Show the microcontrollers to choose from");
+    CLI::App* command = AddCommand(app, "targets", "List the available microcontrollers");
     command->add_option("TEXT", invocation.text,
-                        "A target, a family, or what stands in name or description");
+                        "Text to search for in target, family or description");
     command->add_option("--family", invocation.family, "Only this family, e.g. AVR")
         ->type_name("FAMILY")
         ->check(IsGiven());
@@ -316,18 +320,20 @@ class Grammar {
 
   // The client passes everything else in messages.
   void AddServe() {
-    AddTrustFlag(AddPlainCommand(app, "serve", "Let an editor drive projects (JSON-RPC on stdio)"));
+    AddTrustFlag(
+        AddPlainCommand(app, "serve", "Let an editor control projects (JSON-RPC on stdio)"));
   }
 
   void AddTrust() {
     CLI::App* command =
-        AddCommand(app, "trust", "Let projects of a folder run and write what is their own");
-    CLI::Option* path = command
-                            ->add_option("PROJECT", invocation.project,
-                                         "A folder, with all below it, or that of a project file")
-                            ->check(IsGiven());
+        AddCommand(app, "trust", "Let projects in a folder run programs and write outside it");
+    CLI::Option* path =
+        command
+            ->add_option("PROJECT", invocation.project,
+                         "Folder, with everything below it, or that of a project file")
+            ->check(IsGiven());
     CLI::Option* revoke =
-        command->add_flag("--revoke", invocation.revoke, "Trust the folder no longer");
+        command->add_flag("--revoke", invocation.revoke, "Stop trusting the folder");
     command->add_flag("--list", invocation.list, "Show the trusted folders")
         ->excludes(path)
         ->excludes(revoke);
@@ -335,19 +341,19 @@ class Grammar {
 
   void AddRegistration() {
     const std::pair<const char*, const char*> commands[] = {
-        {"register", "Make the server of this installation known to other programs"},
-        {"unregister", "Make the server unknown to other programs again"},
+        {"register", "Register this installation's server"},
+        {"unregister", "Unregister this installation's server"},
     };
     for (const auto& [name, help] : commands) {
       AddCommand(app, name, help)
-          ->add_flag("--system", invocation.forAll, "For all users of this machine");
+          ->add_flag("--system", invocation.forAll, "For all users of this computer");
     }
   }
 
   // The command itself interprets its arguments, because the leading project may be omitted.
   CLI::App* AddEdit(const std::string& name, const std::string& help) {
     CLI::App* command = AddCommand(app, name, help);
-    AddProject(command, "Look for NODE in this application");
+    AddProject(command, "Search for NODE in this application");
     AddEditing(command);
     return command;
   }
@@ -355,29 +361,30 @@ class Grammar {
   void AddEdits() {
     CLI::App* add = AddCommand(app, "add", "Add files or applications");
     AddProject(add, "Add to this application");
-    Require(add->add_option("FILE", invocation.words, "Its type follows from its extension"));
-    add->add_option("--to", invocation.target, "Group or application that takes the files")
+    Require(add->add_option("FILE", invocation.words,
+                            "File to add; the extension determines its type"));
+    add->add_option("--to", invocation.target, "Group or application to add the files to")
         ->type_name("NODE")
         ->check(IsGiven());
-    add->add_flag("--create", invocation.create, "Make files and a group that aren't there");
+    add->add_flag("--create", invocation.create, "Create missing files and a missing group");
     AddEditing(add);
-    CLI::App* remove = AddEdit("remove", "Take files, groups or applications out of a project");
+    CLI::App* remove = AddEdit("remove", "Remove files, groups or applications from a project");
     Require(remove->add_option("NODE", invocation.words, kNodeHelp));
     CLI::App* move = AddEdit("move", "Move files or groups within a project");
     Require(move->add_option("NODE", invocation.words, kNodeHelp));
     // Only for the help: the arguments before it consume all values.
     Require(move->add_option("TARGET", invocation.target,
-                             "Where to: a group, an application, or a file to put it before"));
-    CLI::App* rename = AddEdit("rename", "Give a file, group or application another label");
+                             "Destination: a group, an application, or a file to insert before"));
+    CLI::App* rename = AddEdit("rename", "Change the label of a file, group or application");
     Require(rename->add_option("NODE", invocation.node, kNodeHelp));
-    Require(rename->add_option("NAME", invocation.name, "Its new label"));
-    CLI::App* select = AddCommand(app, "select", "Make an application the active one");
+    Require(rename->add_option("NAME", invocation.name, "New label"));
+    CLI::App* select = AddCommand(app, "select", "Set the active application");
     AddProjectOnly(select);
-    Require(select->add_option("APP", invocation.name, "Its label"));
+    Require(select->add_option("APP", invocation.name, "Label of the application"));
     AddEditing(select);
     const std::pair<const char*, const char*> history[] = {
-        {"undo", "Take back the last change that a command made to a project"},
-        {"redo", "Make a change again that was taken back"},
+        {"undo", "Undo the last change that a command made to a project"},
+        {"redo", "Redo a change that was undone"},
     };
     for (const auto& [name, help] : history) {
       CLI::App* command = AddCommand(app, name, help);
@@ -390,13 +397,12 @@ class Grammar {
     CLI::App* command =
         AddCommand(app, "relocate", "Find application files and sources that have moved");
     AddProjectOnly(command);
-    command->add_option("OLD", invocation.older, "A file or folder that has moved")
-        ->check(IsGiven());
-    command->add_option("NEW", invocation.name, "Where it is now")->check(IsGiven());
-    command->add_option("--below", invocation.below, "Search this folder; else that of the project")
+    command->add_option("OLD", invocation.older, "File or folder that has moved")->check(IsGiven());
+    command->add_option("NEW", invocation.name, "Its new location")->check(IsGiven());
+    command->add_option("--below", invocation.below, "Search this folder instead of the project's")
         ->type_name("DIR")
         ->check(IsGiven());
-    command->add_flag("--dry-run", invocation.dryRun, "Show the moves and change nothing");
+    command->add_flag("--dry-run", invocation.dryRun, "Show the moves without changing anything");
     AddWriting(command);
   }
 
@@ -407,25 +413,24 @@ class Grammar {
     CLI::App* exports = app.add_subcommand("export", "Write files for editors and other tools");
     exports->require_subcommand(1);
     CLI::App* commands = AddCommand(*exports, "compile-commands",
-                                    "How each source is compiled, for clangd and its like");
+                                    "How each source is compiled, for clangd and similar tools");
     AddProject(commands);
     commands
         ->add_option("-c,--config", invocation.configurations,
-                     "Only this configuration; may stand several times")
+                     "Only this configuration; may be repeated")
         ->type_name("CONFIG")
         ->check(IsGiven())
         ->allow_extra_args(false);
-    AddOutput(commands, "compile_commands.json beside the project");
+    AddOutput(commands, "compile_commands.json next to the project");
     AddDamagedOk(commands);
     CLI::App* sarif = AddCommand(*exports, "sarif", "Findings of the last build, as SARIF 2.1.0");
     AddProjectOnly(sarif);
-    AddOutput(sarif, "the project's name with .sarif beside it");
+    AddOutput(sarif, "the project's name with .sarif, next to it");
     AddDamagedOk(sarif);
   }
 
   void AddCompletion() {
-    CLI::App* completion =
-        app.add_subcommand("completion", "Print a script that completes commands in a shell");
+    CLI::App* completion = app.add_subcommand("completion", "Print a shell completion script");
     completion->require_subcommand(1);
     for (const char* shell : {"bash", "zsh", "fish"}) {
       AddPlainCommand(*completion, shell, std::string("A script for ") + shell);
@@ -441,7 +446,7 @@ class Grammar {
   void AddOutput(CLI::App* command, const std::string& usual) {
     command
         ->add_option("-o,--output", invocation.output,
-                     "File to write, - for the output; else " + usual)
+                     "File to write, - for standard output; default: " + usual)
         ->type_name("FILE")
         ->check(IsGiven());
   }
@@ -464,9 +469,9 @@ std::vector<std::string> ExplainUnknownCommand(const Grammar& grammar, const CLI
       return ExplainUnknownCommand(grammar, *each, argc, argv, i + 1);
     }
     const bool isTop = parent.get_parent() == nullptr;
-    return {"There is no command \"" + (isTop ? word : parent.get_name() + " " + word) + "\"." +
+    return {"Unknown command \"" + (isTop ? word : parent.get_name() + " " + word) + "\"." +
                 SuggestionText(word, names),
-            "`" + (isTop ? "tarn" : "tarn " + parent.get_name()) + " --help` lists the commands."};
+            "See `" + std::string(isTop ? "tarn" : "tarn " + parent.get_name()) + " --help`."};
   }
   return {};
 }
@@ -489,7 +494,7 @@ std::string HelpHint(const CLI::App& app) {
     each = each->get_subcommands().front();
     words += " " + each->get_name();
   }
-  return "`" + words + " --help` tells how it is used.";
+  return "See `" + words + " --help`.";
 }
 
 }  // namespace
@@ -527,7 +532,7 @@ ParsedCommandLine ParseCommandLine(int argc, const char* const* argv) {
     return {std::nullopt, kExitUsage};
   }
   if (const std::string option = OptionWithoutValue(argc, argv); !option.empty()) {
-    Complain(option + ": needs a value");
+    Complain(option + " needs a value");
     return {std::nullopt, kExitUsage};
   }
   try {

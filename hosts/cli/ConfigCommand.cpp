@@ -1,3 +1,5 @@
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
@@ -49,12 +51,12 @@ int SelectConfiguration(CommandContext& context, const ApplicationEntry& applica
   if (known.empty()) {
     context.Complain(application.label + " has no configuration \"" + name + "\"." +
                      SuggestionText(name, application.configurations) +
-                     " `tarn config add` makes one.");
+                     " `tarn config add` adds one.");
     return kExitUsage;
   }
   context.Session().Inspector().SelectApplication(application.path);
   context.Session().Options().SetNewConfigName(known);
-  context.Session().Manager().Command(kCmdSelectConfiguration);
+  context.Session().Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
   return context.SaveProject();
 }
 

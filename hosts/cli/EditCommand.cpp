@@ -1,3 +1,5 @@
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -172,8 +174,8 @@ int Edit::TakeWords() {
   }
   const bool isRight = row->more ? words.size() >= row->least : words.size() == row->least;
   if (isRight) return kExitDone;
-  return Fail("Usage: tarn " + command + " [PROJECT] " + row->usage,
-              {"`tarn " + command + " --help` tells how it is used."});
+  return Fail("Wrong number of arguments. Usage: tarn " + command + " [PROJECT] " + row->usage,
+              {"See `tarn " + command + " --help`."});
 }
 
 bool Edit::IsProject(const std::string& word) const {
@@ -196,21 +198,25 @@ int Edit::AddOne(const std::string& file) {
       IsRelativePath(file) ? JoinPath(context.StartFolder(), file) : file);
   const bool isApplication = EqualNoCase(ExtensionOf(path), kApplicationExtension);
   if (context.Files().IsFolder(path)) {
-    return Fail(context.Show(path) + " is a folder. Name the files in it.");
+    return Fail(context.Show(path) + " is a folder. Specify the files in it.");
   }
   const std::string folder = FolderOf(context.Session().GetProjectPath());
   if (!IsStorable(path.starts_with(folder) ? path.substr(folder.size()) : path)) {
     return Fail(context.Show(path) + " can't be added: a project can't store &quot; or &slash;.");
   }
-  const bool isMissing = !context.Files().Exists(path);
+  const Result<bool> exists = context.Files().CheckExists(path);
+  if (!exists) return Fail(context.ShowFailure(path, "added", exists.GetError().text) + ".");
+  const bool isMissing = !*exists;
+  if (const std::string why = context.WhyUnusable(path); !why.empty()) {
+    return Fail(context.ShowFailure(path, "added", why) + ".");
+  }
   if (isMissing && (isApplication || !context.Asked().create)) {
-    return Fail("There is no file " + context.Show(path) + "." +
-                (isApplication ? "" : " With --create an empty one is made."));
+    return Fail(context.Show(path) + " does not exist." +
+                (isApplication ? "" : " Use --create to create an empty one."));
   }
   if (!isMissing && !context.Files().Examine(path)) {
     const auto text = context.Files().ReadWholeFile(path);
-    return Fail(context.ShowFailure(path, "added", text ? "it is no file" : text.GetError().text) +
-                ".");
+    if (!text) return Fail(context.ShowFailure(path, "added", text.GetError().text) + ".");
   }
   // Applications are top-level nodes; everything else goes where the user specifies.
   const int code = isApplication ? FindNode(context.Session().GetProjectPath()) : SelectTarget();
@@ -221,15 +227,16 @@ int Edit::AddOne(const std::string& file) {
     return Fail(context.Show(path) + " can't be added.");
   }
   if (isMissing && !context.Files().Exists(path)) {
-    return Fail(context.ShowResolved(path) + " can't be made:", context.Session().TakeLogLines());
+    return Fail(context.ShowResolved(path) + " can't be created:",
+                context.Session().TakeLogLines());
   }
   if (TreeText() == before) {
-    context.Remark(context.Show(path) + " is there already.");
+    context.Remark(context.Show(path) + " is already in the project.");
     return kExitDone;
   }
   if (const auto parents = ParentsOfRepeated(context.Files(), TreeText(), path); !parents.empty()) {
     return Fail(context.Show(path) + " is in \"" + Printable(parents.front()) +
-                "\" already. `tarn move` puts it elsewhere.");
+                "\" already. Use `tarn move` to move it.");
   }
   Note("added " + context.Show(path));
   return kExitDone;
@@ -259,17 +266,17 @@ int Edit::SelectTarget() {
 
 // Creates a group in the current node and makes it current.
 int Edit::MakeGroup(const std::string& label) {
-  if (!IsStorable(label) || !Change(kCmdNewGroup) || !context.RenameCurrentNode(label)) {
-    return Fail("The group \"" + label + "\" can't be made.");
+  if (!IsStorable(label) || !Change(TARN_CMD_NEW_GROUP) || !context.RenameCurrentNode(label)) {
+    return Fail("The group \"" + label + "\" can't be created.");
   }
-  Note("made the group " + Printable(label));
+  Note("created the group " + Printable(label));
   return kExitDone;
 }
 
 int Edit::Remove() {
   for (const std::string& key : words) {
     if (const int code = FindNode(key); code != kExitDone) return code;
-    if (!Change(kCmdRemoveNode)) return Fail("\"" + key + "\" can't be removed.");
+    if (!Change(TARN_CMD_REMOVE_NODE)) return Fail("\"" + key + "\" can't be removed.");
     Note("removed " + Printable(key));
   }
   return kExitDone;
@@ -282,18 +289,18 @@ int Edit::Move() {
   words.pop_back();
   for (const std::string& key : words) {
     if (const int code = FindNode(key); code != kExitDone) return code;
-    context.Session().Manager().Command(kCmdCopyNode);
-    if (!Change(kCmdRemoveNode)) return Fail("\"" + key + "\" can't be moved.");
+    context.Session().Manager().Command(TARN_CMD_COPY);
+    if (!Change(TARN_CMD_REMOVE_NODE)) return Fail("\"" + key + "\" can't be moved.");
     // The target may be in a different application than the moved node.
     const std::string& application = context.Scope();
     const bool isInside = context.SelectNode(target, application) != 0;
     if (!isInside && context.SelectNode(target, "") == 0) {
-      return Fail("There is no \"" + target + "\" outside of \"" + key + "\" to move it to.");
+      return Fail("\"" + target + "\" was not found outside of \"" + key + "\".");
     }
     const int code = context.FindNode(target, isInside ? application : "");
     if (code != kExitDone) return code;
-    if (!Change(kCmdPasteNode)) {
-      return Fail("\"" + target + "\" can't hold \"" + key + "\".");
+    if (!Change(TARN_CMD_PASTE)) {
+      return Fail("\"" + target + "\" can't contain \"" + key + "\".");
     }
     Note("moved " + Printable(key) + " to " + Printable(target));
   }
@@ -304,11 +311,11 @@ int Edit::Rename() {
   const std::string& key = words[0];
   const std::string& label = words[1];
   if (Trim(label).empty() || Printable(label) != label || !IsStorable(label)) {
-    return Fail("That is no name for a node.");
+    return Fail("That is not a valid name for a node.");
   }
   for (const ApplicationEntry& each : ListApplications(context.Session().Inspector())) {
     if (EqualNoCase(each.label, label)) {
-      return Fail("There is an application \"" + each.label + "\" already.");
+      return Fail("The application \"" + each.label + "\" already exists.");
     }
   }
   if (const int code = FindNode(key); code != kExitDone) return code;
@@ -327,17 +334,17 @@ int Edit::SelectApplication() {
   if (std::count_if(applications.begin(), applications.end(), isNamesake) > 1) {
     // The project identifies its active application by the label.
     const auto first = std::find_if(applications.begin(), applications.end(), isNamesake);
-    return Fail("There are several applications \"" + label + "\". Give one another label first: " +
+    return Fail("There are several applications \"" + label + "\". Rename one of them first: " +
                 "`tarn rename " + context.Show(first->path) + " NAME`");
   }
   if (!found.entry) return Fail(found.problem);
   const ApplicationEntry& wanted = *found.entry;
   if (wanted.active) {
-    context.Remark(wanted.label + " is the active application already.");
+    context.Remark(wanted.label + " is already the active application.");
     return kExitDone;
   }
   context.Session().Inspector().SelectApplication(wanted.path);
-  if (!Change(kCmdSetActiveApplication)) return Fail(label + " can't be made active.");
+  if (!Change(TARN_CMD_SET_ACTIVE_APPLICATION)) return Fail(label + " can't be made active.");
   Note("selected " + Printable(wanted.label));
   return kExitDone;
 }

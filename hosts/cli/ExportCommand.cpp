@@ -64,8 +64,8 @@ int CheckConfigurations(CommandContext& context, const std::vector<ApplicationEn
     const bool isKnown = std::any_of(known.begin(), known.end(),
                                      [&name](const auto& each) { return EqualNoCase(each, name); });
     if (isKnown) continue;
-    context.Complain("There is no configuration \"" + name + "\"." + SuggestionText(name, known) +
-                     " `tarn config list` shows them.");
+    context.Complain("Unknown configuration \"" + name + "\"." + SuggestionText(name, known) +
+                     " See `tarn config list`.");
     return kExitUsage;
   }
   return kExitDone;
@@ -87,7 +87,7 @@ int ExportCompileCommands(CommandContext& context) {
   }
   for (const std::string& program : list.missingPrograms) {
     context.Remark("The program " + program +
-                   " isn't on this machine, so its full path is missing from the commands.");
+                   " was not found, so its full path is missing from the commands.");
   }
   const std::string folder = FolderOf(context.Session().GetProjectPath());
   return WriteDocument(context, document, JoinPath(folder, kCompileCommandsName),

@@ -88,9 +88,9 @@ int RunGlobals(CommandContext& context) {
   const std::string file = AttributeOf(globals.get(), "File");
   if (AttributeOf(globals.get(), "Found") != "Yes") {
     const std::string reason = AttributeOf(globals.get(), "Reason");
-    context.Complain("No list of the symbols of " + application->label + " is there: " +
+    context.Complain("The symbols of " + application->label + " can't be listed: " +
                      (reason.empty()
-                          ? context.Show(file) + " is missing. A tool of its build has to write it."
+                          ? context.Show(file) + " is missing. A tool of its build must write it."
                           : context.ShowFailure(file, "read", reason) + "."));
     return kExitCannotOpen;
   }

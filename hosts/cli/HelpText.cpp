@@ -98,8 +98,8 @@ std::string MakeHelpText(const CommandEntry& command) {
   if (!command.words.empty()) return text;
   text += Section("Exit codes", ExitCodeTexts(), kWidestTerm);
   return text +
-         "\nWithout a PROJECT a command works on the project file in the current folder.\n"
-         "`tarn COMMAND --help` tells more about a command.\n";
+         "\nWithout PROJECT, a command works on the project file in the current folder.\n"
+         "See `tarn COMMAND --help` for more about a command.\n";
 }
 
 }  // namespace tarn::host

@@ -89,7 +89,7 @@ int Import::CheckFile() const {
   if (text) return kExitDone;
   const Error& error = text.GetError();
   context.Complain(error.code == ErrorCode::NotFound
-                       ? "There is no file " + context.Show(older) + "."
+                       ? context.Show(older) + " does not exist."
                        : context.ShowFailure(older, "read", error.text) + ".");
   return kExitCannotOpen;
 }
@@ -112,8 +112,8 @@ int Import::Report() const {
   }
   if (context.Asked().quiet) return kExitDone;
   for (const std::string& line : lines) context.Remark(Printable(line));
-  context.Out().PrintLine("made " + context.Show(project));
-  context.Out().PrintLine("`tarn build " + ShellWord(context.Show(project)) + "` builds it.");
+  context.Out().PrintLine("created " + context.Show(project));
+  context.Out().PrintLine("Run `tarn build " + ShellWord(context.Show(project)) + "` to build it.");
   return kExitDone;
 }
 
@@ -122,8 +122,8 @@ int Import::Run() {
   if (const int code = context.StartSession(); code != kExitDone) return code;
   BuildSession& session = context.Session();
   if (const std::string missing = session.Inspector().MissingImportProgram(); !missing.empty()) {
-    context.Complain("Older projects are converted by a script, and the program " + missing +
-                     ", which runs it, isn't on this machine.");
+    context.Complain("Old projects are converted by a script that needs the program " + missing +
+                     ", which was not found.");
     return kExitToolMissing;
   }
   session.TakeLogLines();
@@ -138,7 +138,7 @@ int Import::Run() {
   }
   if (isDeclined) {
     context.Complain(context.Show(project) +
-                     " is there already and stays as it is. With --yes it is replaced.");
+                     " already exists and was not changed. Use --yes to replace it.");
     return kExitUsage;
   }
   TakeLines();

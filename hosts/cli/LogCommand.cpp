@@ -81,7 +81,7 @@ int FollowLog(CommandContext& context, const std::string& project) {
     const Error& error = log.GetError();
     if (error.code != ErrorCode::NotFound) return context.RefuseLog(project, error);
     context.Remark("No build of " + context.Show(project) +
-                   " has left a log yet; waiting for one.");
+                   " has written a log yet; waiting for one.");
   }
   Pause pause;
   const Interrupts interrupts([&pause] { pause.End(); }, STDOUT_FILENO);

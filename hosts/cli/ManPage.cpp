@@ -99,13 +99,13 @@ std::string MakeManPage(const CommandEntry& program, const std::string& version)
           "] [" + Italic("options") + "]\n";
   text += ".SH DESCRIPTION\n";
   text += Prose(
-              "Tarn keeps projects of microcontroller firmware: their files, their options with "
+              "Tarn manages microcontroller firmware projects: their files, their options with "
               "inheritance and configurations, and their builds with real cross compilers, "
-              "rebuilding just what is out of date.") +
+              "rebuilding only what is out of date.") +
           "\n.PP\n";
   text += Italic("PROJECT") + " " +
           Prose(
-              "is a project file (*.tprj) or a folder that holds exactly one. Without it a "
+              "is a project file (*.tprj) or a folder that contains exactly one. Without it, a "
               "command works on the project in the current folder.") +
           "\n";
   text += ".SH COMMANDS\n";

@@ -39,7 +39,7 @@ int CheckCompiler(CommandContext& context) {
   const std::string problem = context.Session().Options().CheckValue(
       "Application", "Target", "Toolchain", context.Asked().compiler);
   if (problem.empty()) return kExitDone;
-  context.Complain("There is no such compiler: " + problem);
+  context.Complain("Unknown compiler: " + problem);
   return kExitUsage;
 }
 
@@ -74,16 +74,22 @@ int MakeProject(CommandContext& context, const NewProject& staged) {
 int PlaceProject(CommandContext& context, StagingFolder& staging, const NewProject& staged,
                  const NewProject& project, std::vector<std::string>& made) {
   auto files = staging.CollectFor(staged.folder, project.folder);
-  if (files && (context.Asked().git || IsInGitRepository(context.Files(), project.folder))) {
-    const std::vector<NewFile> git = MakeGitFiles(project.folder);
-    files->insert(files->begin(), git.rbegin(), git.rend());
+  const Result<bool> git = IsInGitRepository(context.Files(), project.folder);
+  if (!git && !context.Asked().git) {
+    const Error& error = git.GetError();
+    context.Complain(context.ShowFailure(error.place, "examined", error.text));
+    return kExitCannotOpen;
+  }
+  if (files && (context.Asked().git || *git)) {
+    const std::vector<NewFile> added = MakeGitFiles(project.folder);
+    files->insert(files->begin(), added.rbegin(), added.rend());
   }
   const auto written = files ? WriteNewFiles(context.Files(), *files)
                              : Result<std::vector<std::string>>(files.GetError());
   if (!written) {
     const Error& error = written.GetError();
     const bool exists = error.code == ErrorCode::AlreadyExists;
-    context.Complain(exists ? context.Show(error.place) + " is there already. Choose another name."
+    context.Complain(exists ? context.Show(error.place) + " already exists. Choose another name."
                             : context.ShowFailure(error.place, "written", error.text));
     return exists ? kExitUsage : kExitCannotOpen;
   }
@@ -94,8 +100,13 @@ int PlaceProject(CommandContext& context, StagingFolder& staging, const NewProje
 int StageAndPlace(CommandContext& context, const NewProject& project,
                   std::vector<std::string>& made) {
   const std::string file = JoinPath(project.folder, project.name + ".tprj");
-  if (context.Files().Exists(file)) {
-    context.Complain(context.Show(file) + " is there already. Choose another name.");
+  const Result<bool> exists = context.Files().CheckExists(file);
+  if (!exists) {
+    context.Complain(context.ShowFailure(file, "written", exists.GetError().text));
+    return kExitCannotOpen;
+  }
+  if (*exists) {
+    context.Complain(context.Show(file) + " already exists. Choose another name.");
     return kExitUsage;
   }
   // This also creates the user's data folder.
@@ -155,9 +166,9 @@ int RunNew(CommandContext& context) {
     return kExitDone;
   }
   if (context.Asked().quiet) return kExitDone;
-  for (const std::string& path : made) context.Out().PrintLine("made " + context.Show(path));
+  for (const std::string& path : made) context.Out().PrintLine("created " + context.Show(path));
   const std::string folder = ShellWord(context.Show(project.folder));
-  context.Out().PrintLine("`tarn build " + folder + "` builds it.");
+  context.Out().PrintLine("Run `tarn build " + folder + "` to build it.");
   return kExitDone;
 }
 

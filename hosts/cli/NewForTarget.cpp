@@ -1,5 +1,7 @@
 #include "hosts/cli/NewForTarget.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <optional>
 
@@ -90,8 +92,9 @@ int Creation::ExplainRefusal() {
   std::string hint = SuggestionText(refusal->value, refusal->choices);
   const bool isUnknown = !refusal->choices.empty();  // else it is ambiguous
   if (hint.empty() && isUnknown) {
-    hint = refusal->value == context.Asked().target ? " `tarn targets` shows what there is."
-                                                    : " There is " + Listed(refusal->choices) + ".";
+    hint = refusal->value == context.Asked().target
+               ? " See `tarn targets`."
+               : " Expected one of: " + Listed(refusal->choices) + ".";
   }
   context.Complain(Printable(refusal->text + hint));
   return kExitUsage;
@@ -109,8 +112,8 @@ void Creation::ChooseConfiguration() {
     const auto& known = each.configurations;
     isKnown = isKnown || std::find(known.begin(), known.end(), wanted) != known.end();
   }
-  if (!isKnown) session.Manager().Command(kCmdAddConfiguration);
-  session.Manager().Command(kCmdSelectConfiguration);
+  if (!isKnown) session.Manager().Command(TARN_CMD_ADD_CONFIGURATION);
+  session.Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
 }
 
 int Creation::AddFirstSource() {
@@ -124,7 +127,7 @@ int Creation::AddFirstSource() {
     return Fail(context.ShowFailure(source, "written", written.GetError().text));
   }
   session.Inspector().SelectApplication(applications.front().path);
-  session.Manager().Command(kCmdNewGroup);
+  session.Manager().Command(TARN_CMD_NEW_GROUP);
   context.RenameCurrentNode(kFirstGroup);
   session.Manager().AddExistingItem(source);
   return kExitDone;
@@ -140,7 +143,7 @@ int Creation::Run() {
   session.beforeScript = {};
   if (refusal) return ExplainRefusal();
   for (const std::string& line : session.TakeLogLines()) Note(line);
-  if (!isMade) return Fail(context.Show(project.folder) + " can't become a project.");
+  if (!isMade) return Fail(context.Show(project.folder) + " can't be made a project.");
   session.Adopt(Path(".tprj"));
   ChooseConfiguration();
   if (const int code = AddFirstSource(); code != kExitDone) return code;

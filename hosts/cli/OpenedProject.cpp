@@ -1,5 +1,7 @@
 #include "hosts/cli/OpenedProject.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <chrono>
 #include <functional>
@@ -62,6 +64,13 @@ std::string CommandContext::ShowFailure(const std::string& path, const std::stri
   return ShowResolved(path) + " can't be " + action + ": " + Printable(reason);
 }
 
+std::string CommandContext::WhyUnusable(const std::string& path) const {
+  if (files.Exists(path)) return {};
+  const auto text = files.ReadWholeFile(path);
+  const bool isName = text || text.GetError().code != ErrorCode::InvalidName;
+  return isName ? std::string() : text.GetError().text;
+}
+
 void CommandContext::Complain(const std::string& text, const std::vector<std::string>& more) const {
   lastComplaint = text;
   for (const std::string& line : more) lastComplaint += "\n" + line;
@@ -83,12 +92,12 @@ int CommandContext::LocateProject(const std::string& word, std::string& path) {
   if (found.choices.empty()) {
     Complain(
         found.problem +
-        " Name one, make one with `tarn new NAME`, or convert an older one with `tarn import`.");
+        " Specify one, create one with `tarn new NAME`, or import an old one with `tarn import`.");
     return kExitCannotOpen;
   }
   std::vector<std::string> names;
   for (const std::string& each : found.choices) names.push_back("  " + each);
-  Complain(found.problem + " Name one of them:", names);
+  Complain(found.problem + " Specify one of them:", names);
   return kExitUsage;
 }
 
@@ -107,7 +116,7 @@ int CommandContext::OpenProject() {
 
 int CommandContext::RefuseLog(const std::string& project, const Error& error) {
   if (error.code == ErrorCode::NotFound) {
-    Complain("No build of " + Show(project) + " has left a log yet. `tarn build` makes one.");
+    Complain("No build of " + Show(project) + " has written a log yet. Run `tarn build` first.");
   } else {
     Complain("The log " + ShowFailure(LogPathOf(project), "read", error.text) + ".");
   }
@@ -122,7 +131,7 @@ int CommandContext::ReadLog(const std::string& project, std::string& text) {
   if (Trim(text).empty()) {
     Remark("The log " + ShowResolved(path) + " is empty.");
   } else if (const std::string fault = FindLogDamage(text); !fault.empty()) {
-    Remark("The log is damaged, so it may lack messages: " + ShowResolved(path) + ":" +
+    Remark("The log is damaged and may lack messages: " + ShowResolved(path) + ":" +
            Printable(fault) + ".");
   }
   return kExitDone;
@@ -133,8 +142,8 @@ int CommandContext::StartSession() {
   const Status started = Session().Start();
   isStarted = static_cast<bool>(started);
   if (started) return kExitDone;
-  Complain("This installation isn't complete: " + started.GetError().place + ": " +
-           started.GetError().text + ". Install it again, or set TARN_ROOT to its share folder.");
+  Complain("This installation is incomplete: " + started.GetError().place + ": " +
+           started.GetError().text + ". Reinstall it, or set TARN_ROOT to its share folder.");
   return kExitCannotOpen;
 }
 
@@ -176,10 +185,17 @@ int CommandContext::LockEdits(const std::string& path) {
   const auto start = std::chrono::steady_clock::now();
   bool isTold = false;
   while (true) {
+    Session().TakeLogLines();
     const std::string holder = Session().Inspector().TryLockProject(path);
+    const std::vector<std::string> problems = Session().TakeLogLines();
     if (holder.empty()) {
-      for (const std::string& line : Session().TakeLogLines()) Remark(Printable(line));
+      for (const std::string& line : problems) Remark(Printable(line));
       return kExitDone;
+    }
+    // Waiting would not help if no process holds the lock.
+    if (!problems.empty()) {
+      for (const std::string& line : problems) Complain(Printable(line) + ".");
+      return kExitCannotOpen;
     }
     const auto waited = std::chrono::steady_clock::now() - start;
     if (asked.noWait || waited > kLongestWait) {
@@ -213,7 +229,7 @@ void CommandContext::ShowDamage(std::vector<DamageEntry> found) {
   for (const DamageEntry& each : damage) {
     console.PrintError(Printable(DescribeDamage(each, Show(each.file))));
   }
-  Complain("The project was read only in part: the places above are damaged.");
+  Complain("Only part of the project was read: the locations above are damaged.");
 }
 
 bool CommandContext::MayWriteOutside(const std::string& project) {
@@ -227,10 +243,8 @@ std::vector<std::string> CommandContext::ShowRefused() {
   for (const std::string& each : wishes) {
     Complain("The project wants to " + Printable(each) + ".");
   }
-  Complain(
-      "Its folder is not trusted, so that was refused. If you know where the project comes "
-      "from, `tarn trust " +
-      ShellWord(folder) + "` allows it from now on, and --trust for this time.");
+  Complain("Its folder is not trusted, so this was refused. If you trust its origin, `tarn trust " +
+           ShellWord(folder) + "` allows it permanently, and --trust for one run.");
   return wishes;
 }
 
@@ -240,7 +254,7 @@ int CommandContext::RefuseDamaged() {
     return kExitCannotOpen;
   }
   Complain(std::string(kDamageRefusal) +
-           " Repair the files, or use --damaged-ok to go on with what was read.");
+           " Repair the files, or use --damaged-ok to continue with what was read.");
   return kExitCannotOpen;
 }
 
@@ -294,12 +308,12 @@ int CommandContext::SelectConfiguration(const std::vector<ApplicationEntry>& app
   for (const ApplicationEntry* each : others) {
     if (!found) break;
     Remark("The application \"" + each->label + "\" has no configuration \"" + asked.configuration +
-           "\"; it stays with \"" + each->configuration + "\".");
+           "\"; it keeps \"" + each->configuration + "\".");
   }
   if (found) return kExitDone;
-  Complain("There is no configuration \"" + asked.configuration + "\"." +
+  Complain("Unknown configuration \"" + asked.configuration + "\"." +
            SuggestionText(asked.configuration, known) +
-           " `tarn config list` shows them, `tarn config add` makes one.");
+           " See `tarn config list`; `tarn config add` adds one.");
   return kExitUsage;
 }
 
@@ -307,7 +321,7 @@ void CommandContext::SwitchTo(const ApplicationEntry& application,
                               const std::string& configuration) {
   Session().Inspector().SelectApplication(application.path);
   Session().Options().SetNewConfigName(configuration);
-  Session().Manager().Command(kCmdSelectConfiguration);
+  Session().Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
 }
 
 int CommandContext::ChooseNode() {
@@ -345,17 +359,17 @@ int CommandContext::FindNode(const std::string& key, const std::string& applicat
   const std::string place =
       application.empty() ? "this project" : "the application " + asked.application;
   if (count == 0) {
-    Complain("There is no file, group or application \"" + key + "\" in " + place + "." +
-             SuggestionText(key, NodeNames(application)) + " `tarn tree` shows what there is.");
+    Complain("No file, group or application is called \"" + key + "\" in " + place + "." +
+             SuggestionText(key, NodeNames(application)) + " See `tarn tree`.");
   } else {
     // Refused, because a guess could easily pick the wrong one.
     const bool isAnywhere = application.empty() && SelectNodeIn(key, "") != 0;
     const bool isPath = files.Exists(files.Canonical(JoinPath(startFolder, key)));
     std::string advice;
-    if (!isPath) advice = " Write its path.";
-    if (isAnywhere) advice += " APP/" + key + " means that of an application.";
+    if (!isPath) advice = " Specify its path.";
+    if (isAnywhere) advice += " APP/" + key + " is the one in an application.";
     Complain("\"" + key + "\" is in " + place + " several times." + advice + " GROUP/" + key +
-             " means that of a group, \"" + key + "#1\" the first of them.");
+             " is the one in a group, \"" + key + "#1\" the first of them.");
   }
   return kExitUsage;
 }
@@ -413,7 +427,7 @@ void CommandContext::RecordEdit(const std::string& project, const std::string& l
 
 void CommandContext::WriteRecord(EditRecord& record) {
   if (const Status written = record.Write(); !written) {
-    Remark("What `tarn undo` needs can't be written: " + ShowResolved(written.GetError().place) +
+    Remark("The data for `tarn undo` can't be written: " + ShowResolved(written.GetError().place) +
            ": " + Printable(written.GetError().text));
     record.Remove();  // would otherwise end with a step other than this one
   }
@@ -437,7 +451,7 @@ int CommandContext::SaveFiles() {
   for (const std::string& line : report.notes) Remark(Printable(line));
   if (report.problems.empty()) return kExitDone;
   std::vector<std::string> lines = report.problems;
-  if (report.isOutside) lines.emplace_back("With --outside-ok it is written.");
+  if (report.isOutside) lines.emplace_back("Use --outside-ok to write it anyway.");
   Complain("The project couldn't be saved:", lines);
   return kExitCannotOpen;
 }

@@ -33,6 +33,8 @@ class CommandContext {
   // Returns "PATH can't be ACTION: REASON", with the path from ShowResolved.
   std::string ShowFailure(const std::string& path, const std::string& action,
                           const std::string& reason) const;
+  // Returns why no file can have this name, or an empty string if one can.
+  std::string WhyUnusable(const std::string& path) const;
   // Prints an error on the error stream, with the lines of `more` below it.
   void Complain(const std::string& text, const std::vector<std::string>& more = {}) const;
   // Prints a remark on the error stream, except with --quiet.

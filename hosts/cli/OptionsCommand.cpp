@@ -58,16 +58,15 @@ class OptionQuery {
 int OptionQuery::Identify() {
   const std::string& asked = context.Asked().key;
   if (!ParseOptionKey(asked, key)) {
-    context.Complain("\"" + asked + "\" is no option's name. Write SECTION.NAME, e.g. " +
+    context.Complain("\"" + asked + "\" is not an option name. Use SECTION.NAME, e.g. " +
                      "Build.OutputFile, or SET.SECTION.NAME.");
     return kExitUsage;
   }
   definition = table.Find(key, key.set.empty() ? sets : std::vector<std::string>{key.set});
   const bool isKnown = definition || values.Find(key.set, key.section, key.name) != nullptr;
   if (isKnown) return kExitDone;
-  context.Complain("There is no option \"" + asked + "\" here." +
-                   SuggestionText(asked, table.GetNames(sets)) +
-                   " `tarn options list` shows them.");
+  context.Complain("Unknown option \"" + asked + "\"." +
+                   SuggestionText(asked, table.GetNames(sets)) + " See `tarn options list`.");
   return kExitUsage;
 }
 
@@ -104,11 +103,11 @@ int OptionQuery::Reset() {
   if (const int code = Identify(); code != kExitDone) return code;
   const std::string set = SetToChange();
   if (definition && !definition->removable) {
-    context.Complain(context.Asked().key + " always has a value of its own; set another one.");
+    context.Complain(context.Asked().key + " always has its own value; set a different one.");
     return kExitUsage;
   }
   if (session.Options().GetOrigin(set, key.section, key.name) != "own") {
-    context.Remark(context.Asked().key + " isn't set here, so there is nothing to take away.");
+    context.Remark(context.Asked().key + " isn't set here, so there is nothing to reset.");
     return kExitDone;
   }
   session.Manager().ResetPropertyValue(set, key.section, key.name);
@@ -171,13 +170,13 @@ void OptionQuery::PrintExplanation(const std::vector<StoredValue>& stored) {
   if (definition) {
     out.PrintLine("  default: " + Printable(definition->defaultValue) + "  (" +
                   context.Show(definition->file) + ")" +
-                  (last == stored.rend() ? "  <- counts" : ""));
+                  (last == stored.rend() ? "  <- effective" : ""));
   }
   for (const StoredValue& each : stored) {
     const bool isInForce = last != stored.rend() && &each == &*last;
     out.PrintLine("  set at the " + each.kind + " " + Printable(each.label) + " for " +
                   Printable(each.configuration) + ": " + Printable(each.value) +
-                  (isInForce ? "  <- counts" : ""));
+                  (isInForce ? "  <- effective" : ""));
   }
 }
 

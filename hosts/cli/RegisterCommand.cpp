@@ -26,7 +26,7 @@ std::string TargetsFolder(CommandContext& context) {
 int ComplainOf(CommandContext& context, const char* what, bool adds, const Error& failure) {
   context.Complain(std::string(what) + " can't be " + (adds ? "registered" : "unregistered") +
                    ": " + failure.place + ": " + failure.text +
-                   (context.Asked().forAll ? ". --system needs the rights of root." : ""));
+                   (context.Asked().forAll ? ". --system requires root privileges." : ""));
   return kExitCannotOpen;
 }
 
@@ -36,7 +36,7 @@ int CallServer(CommandContext& context, bool adds) {
   const std::string library = ModuleFolder() + "/" + ModuleFileName("TarnProjectManager");
   const auto code = CallServerEntry(library, adds ? "DllRegisterServer" : "DllUnregisterServer");
   if (!code) {
-    context.Complain("This installation isn't complete: " + code.GetError().text);
+    context.Complain("This installation is incomplete: " + code.GetError().text);
     return kExitCannotOpen;
   }
   if (*code == 0) return kExitDone;

@@ -79,8 +79,10 @@ int Relocating::Search(Relocation& relocation) {
     return searched ? int{kExitDone} : Fail(searched.GetError());
   }
   to = FullPath(to);
-  if (!context.Files().Exists(to)) {
-    context.Complain("There is no file or folder " + context.Show(to) + ".");
+  const Result<bool> exists = context.Files().CheckExists(to);
+  if (!exists) return Fail(exists.GetError());
+  if (!*exists) {
+    context.Complain(context.Show(to) + " does not exist.");
     return kExitUsage;
   }
   from = FullPath(from);
@@ -101,8 +103,8 @@ int Relocating::Write(Relocation& relocation) {
     if (context.MayWriteOutside(project)) break;
     const std::string why = ProjectFolder(context.Files(), project).WhyOutside(each.path);
     if (why.empty()) continue;
-    context.Complain(context.Show(each.path) + " is not changed, since " + why +
-                     ". With --outside-ok it is changed.");
+    context.Complain(context.Show(each.path) + " is not changed because " + why +
+                     ". Use --outside-ok to change it anyway.");
     return kExitCannotOpen;
   }
   if (context.Asked().dryRun) return kExitDone;
@@ -156,7 +158,7 @@ void Relocating::PrintMoves(const Relocation& relocation) const {
       const bool isTaken = !each.candidates.empty() && from.empty();
       context.Complain(
           former + " was not found" +
-          (isTaken ? "; " + context.Show(each.candidates.front()) + " could be another file, too"
+          (isTaken ? "; " + context.Show(each.candidates.front()) + " could be a different file"
                    : std::string()));
     } else {
       std::vector<std::string> list;
@@ -180,10 +182,10 @@ int Relocating::Report(const Relocation& relocation) const {
     PrintMoves(relocation);
     const bool isNothing = relocation.GetFound().empty();
     if (isNothing && !context.Asked().quiet) {
-      context.Out().PrintLine(from.empty() ? "Nothing is missing"
-                                           : "Nothing of it is in the project");
+      context.Out().PrintLine(from.empty() ? "Nothing is missing" : "None of it is in the project");
     }
-    if (!isComplete) context.Complain("`tarn relocate OLD NEW` says where a file or folder is.");
+    if (!isComplete)
+      context.Complain("Use `tarn relocate OLD NEW` to specify where a file or folder is.");
   }
   return isComplete ? kExitDone : kExitBuildFailed;
 }
@@ -192,7 +194,7 @@ int Relocating::Run() {
   TakeWords();
   if (const int code = context.LocateProject(project, project); code != kExitDone) return code;
   if (!from.empty() && !context.Asked().below.empty()) {
-    context.Complain("--below is for files that are searched for; OLD NEW says where they are.");
+    context.Complain("--below is for a search; OLD NEW specifies the new location without one.");
     return kExitUsage;
   }
   if (const int code = context.StartSession(); code != kExitDone) return code;

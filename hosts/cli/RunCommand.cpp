@@ -102,7 +102,7 @@ int RunScript(CommandContext& context) {
   if (!error.empty()) context.Complain(error.front(), {error.begin() + 1, error.end()});
   if (session.HasRefusedDamage()) {
     context.Complain(std::string(kDamageRefusal) +
-                     " Use --damaged-ok to go on with what was read.");
+                     " Use --damaged-ok to continue with what was read.");
   }
   if (context.Asked().json) {
     PrintJson(context, {{"result", WordOf(outcome.end)},

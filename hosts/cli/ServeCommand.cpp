@@ -42,7 +42,8 @@ int RunServe(CommandContext& context) {
   const Descriptor output(STDOUT_FILENO, STDERR_FILENO);
   if (nothing >= 0) close(nothing);
   if (input.Get() < 0 || output.Get() < 0) {
-    context.Complain("`tarn serve` talks on standard input and output; one of them is closed.");
+    context.Complain(
+        "`tarn serve` communicates over standard input and output; one of them is closed.");
     return kExitUsage;
   }
   RpcServer server(context.Files(), input.Get(), output.Get(), context.Asked().trust);

@@ -94,12 +94,12 @@ void ComplainOfFamily(CommandContext& context, const std::string& family,
   } else {
     known.clear();
   }
-  context.Complain("There is no family \"" + family + "\"." + hint, known);
+  context.Complain("Unknown family \"" + family + "\"." + hint, known);
 }
 
 std::string TargetHint(const std::string& name, const std::vector<TargetEntry>& targets) {
   const std::string text = Printable(SuggestionText(name, TargetNames(targets)));
-  return text.empty() ? " `tarn targets` shows what there is." : text;
+  return text.empty() ? " See `tarn targets`." : text;
 }
 
 // Keeps only the requested targets. Returns 0, or an exit code after printing the error.
@@ -108,7 +108,7 @@ int Choose(CommandContext& context, std::vector<TargetEntry>& targets) {
   const std::string& text = context.Asked().text;
   if (targets.empty()) {
     context.Complain(
-        "There are no targets. `tarn register` makes those of this installation known.");
+        "No targets are registered. Run `tarn register` to register those of this installation.");
     return kExitCannotOpen;
   }
   const auto isOf = [&](const TargetEntry& each) { return IsOf(each, family); };
@@ -142,7 +142,7 @@ std::vector<std::string> FamilyNames(const std::vector<TargetEntry>& targets) {
 int CheckTargetFiles(CommandContext& context, const std::string& list) {
   const std::string problem = ReadTargetProblem(list);
   if (problem.empty()) return kExitDone;
-  context.Complain("A file of targets was not read, or only in part: " + Printable(problem) + ".");
+  context.Complain("A target file was not read, or only in part: " + Printable(problem) + ".");
   return kExitCannotOpen;
 }
 

@@ -39,6 +39,10 @@ std::string FindFolder(CommandContext& context, const TrustedFolders& trusted) {
   }
   const bool isListed = context.Asked().revoke && trusted.Find(path) == path;
   if (isListed || context.Files().IsFolder(path)) return context.Files().ResolveLinks(path);
+  if (const std::string why = context.WhyUnusable(path); !why.empty()) {
+    context.Complain(context.ShowFailure(path, "trusted", why) + ".");
+    return {};
+  }
   context.Complain(context.Show(path) + " is neither a folder nor a project file.");
   return {};
 }
@@ -58,8 +62,8 @@ int Revoke(CommandContext& context, TrustedFolders& trusted, const std::string& 
   if (!removed && !isUnlisted) return Refuse(context, removed.GetError());
   const std::string above = trusted.Find(folder);
   if (!above.empty()) {
-    context.Remark(folder + " is still trusted, since it is in " + above +
-                   ". `tarn trust --revoke " + above + "` takes that out of the list.");
+    context.Remark(folder + " is still trusted because it is in " + above +
+                   ". `tarn trust --revoke " + above + "` removes that from the list.");
   }
   const std::string line =
       isUnlisted ? folder + " was not in the list" : "no longer trusted: " + folder;
@@ -78,7 +82,7 @@ int RunTrust(CommandContext& context) {
   if (context.Asked().revoke) return Revoke(context, trusted, folder);
   const bool wasTrusted = !trusted.Find(folder).empty();
   if (const Status added = trusted.Add(folder); !added) return Refuse(context, added.GetError());
-  Report(context, folder, (wasTrusted ? "trusted already: " : "trusted: ") + folder, true,
+  Report(context, folder, (wasTrusted ? "already trusted: " : "trusted: ") + folder, true,
          !wasTrusted);
   return kExitDone;
 }

@@ -88,7 +88,7 @@ int Merge(CommandContext& context, const std::string& project, const FileChanges
 
 int RefuseRecord(CommandContext& context, const Error& error, bool isUndo) {
   if (error.code == ErrorCode::NotFound) {
-    context.Complain(isUndo ? "There is no change of a command to undo."
+    context.Complain(isUndo ? "There is no change made by a command to undo."
                             : "There is no change to redo.");
     return kExitUsage;
   }
@@ -117,6 +117,11 @@ int RunUndo(CommandContext& context) {
   if (const Status written = record.Write(); !written) {
     return RefuseRecord(context, written.GetError(), isUndo);
   }
+  // A change may concern another file only, which could then no longer fit the project.
+  if (const auto text = context.Files().ReadWholeFile(project); !text) {
+    context.Complain(context.ShowFailure(project, "read", text.GetError().text) + ".");
+    return kExitCannotOpen;
+  }
   const FileChanges changes = isUndo ? Reverse(step->changes) : step->changes;
   const std::string label = Printable(step->label);
   const std::string way = isUndo ? "undone" : "redone";
@@ -136,7 +141,7 @@ int RunUndo(CommandContext& context) {
     record.MoveOn();
   }
   context.WriteRecord(record);
-  Report(context, isDone ? way + ": " + label : "\"" + label + "\" is " + way + " already", names,
+  Report(context, isDone ? way + ": " + label : "\"" + label + "\" is already " + way, names,
          record);
   return kExitDone;
 }

@@ -11,6 +11,7 @@ namespace tarn::host {
 bool BuildLock::Try(const std::string& projectPath, bool mayLeave) {
   if (!held.empty()) return true;
   holder.clear();
+  problem.clear();
   if (paths.empty()) paths = FindPaths(projectPath, mayLeave);
   std::vector<std::unique_ptr<FileLock>> taken;
   for (const std::string& path : paths) {
@@ -19,6 +20,9 @@ bool BuildLock::Try(const std::string& projectPath, bool mayLeave) {
       taken.push_back(std::move(*lock));
     } else if (lock.GetError().code == ErrorCode::Busy) {
       holder = lock.GetError().text;
+      return false;
+    } else if (lock.GetError().code == ErrorCode::NotAFile) {
+      problem = path + " can't be locked: " + lock.GetError().text;
       return false;
     }
   }

@@ -18,13 +18,15 @@ class BuildLock {
       : files(fileSystem), inspector(inspectorDriver) {}
 
   // Tries to take the lock. Returns false if another process holds it or a part of it; GetHolder()
-  // then names that process. Pass `mayLeave` = false for an untrusted project: nothing may be
-  // written outside its folder, so applications there are not locked.
+  // then names that process. Also returns false, with GetProblem() set, if something other than a
+  // lock file is in its place: a wait is pointless then. Pass `mayLeave` = false for an untrusted
+  // project: nothing may be written outside its folder, so applications there are not locked.
   bool Try(const std::string& projectPath, bool mayLeave);
   void Release();
   // Call this after a different project was opened: the next Try() queries its applications again.
   void ForgetPaths() { paths.clear(); }
   const std::string& GetHolder() const { return holder; }
+  const std::string& GetProblem() const { return problem; }
 
  private:
   std::vector<std::string> FindPaths(const std::string& projectPath, bool mayLeave);
@@ -34,6 +36,7 @@ class BuildLock {
   std::vector<std::unique_ptr<FileLock>> held;  // empty: not locked
   std::vector<std::string> paths;               // set by the first Try
   std::string holder;
+  std::string problem;
 };
 
 }  // namespace tarn::host

@@ -1,5 +1,8 @@
 #include "hosts/core/BuildSession.h"
 
+#include <tarn/commands.h>
+#include <tarn/methods.h>
+
 #include <algorithm>
 #include <chrono>
 #include <iterator>
@@ -34,9 +37,9 @@ struct WorkCommands {
 };
 
 constexpr WorkCommands kWorkCommands[] = {
-    {BuildWork::Build, kCmdBuildAll, kCmdBuildApplication},
-    {BuildWork::Rebuild, kCmdRebuildAll, kCmdRebuildNode},
-    {BuildWork::Clean, kCmdCleanAll, kCmdCleanNode},
+    {BuildWork::Build, TARN_CMD_BUILD_ALL, TARN_CMD_BUILD_APPLICATION},
+    {BuildWork::Rebuild, TARN_CMD_REBUILD_ALL, TARN_CMD_REBUILD_NODE},
+    {BuildWork::Clean, TARN_CMD_CLEAN_ALL, TARN_CMD_CLEAN_NODE},
 };
 
 // Returns true if the call changes the current node.
@@ -97,7 +100,7 @@ const char* WordOf(BuildEnd end) {
 DispatchPtr InspectorDriver::GetPropertyManager() {
   if (GetDispatch() == nullptr) return {};
   Variant result;
-  if (!GetDispatch()->Invoke(7, {}, result)) return {};
+  if (!GetDispatch()->Invoke(TARN_PM_COMMAND, {}, result)) return {};
   return result.GetKind() == Variant::Kind::Object ? result.AsObject() : DispatchPtr();
 }
 
@@ -230,9 +233,10 @@ std::string BuildSession::CheckCall(std::string_view method, std::span<const Var
   // Selection methods return the same result whether or not they found a node.
   if (!ChangesCurrentNode(method, arguments)) return {};
   const std::string missed = inspector.GetMissedSelection();
-  return missed.empty() ? std::string()
-                        : std::string(method) + ": there is no node " + missed +
-                              " to select, and another one is still current. Select a node first.";
+  return missed.empty()
+             ? std::string()
+             : std::string(method) + ": there is no node " + missed +
+                   " to select, and a different one is still current. Select a node first.";
 }
 
 // Returns true if the call creates a new project over the open one, or over a damaged file of it.
@@ -258,6 +262,7 @@ bool BuildSession::LockBuild() {
   const auto isOver = [this] { return stopRequested || (endsLockWait && endsLockWait()); };
   bool isWaiting = false;
   while (!TryLockBuild()) {
+    if (!GetLockProblem().empty()) return false;
     if (!isWaiting && onLockWait) onLockWait(GetLockHolder());
     isWaiting = true;
     loop->PumpUntil(isOver, kBetweenTries);
@@ -282,6 +287,8 @@ BuildOutcome BuildSession::Run(const BuildRequest& request, BuildObserver* obser
     ShowNotices();
     JudgeGaps(request);
     EndWork();
+  } else {
+    outcome.problem = GetLockProblem();
   }
   if (stopRequested && outcome.end != BuildEnd::Succeeded) outcome.end = BuildEnd::Stopped;
   if (outcome.end == BuildEnd::Failed && outcome.toolsFailed == 0 && outcome.problem.empty()) {
@@ -324,7 +331,7 @@ void BuildSession::KeepState() {
 }
 
 BuildEnd BuildSession::AwaitBuild() {
-  if (isRunning || manager.EnableCommand(kCmdStop) == 0) return BuildEnd::Refused;
+  if (isRunning || manager.EnableCommand(TARN_CMD_STOP) == 0) return BuildEnd::Refused;
   workerEnded = false;
   workerSucceeded = false;
   WaitForWorker();
@@ -368,7 +375,7 @@ std::uint32_t BuildSession::SelectCommand(const BuildRequest& request) {
       return request.application.empty() ? each.project : each.application;
     }
   }
-  return kCmdBuildAll;
+  return TARN_CMD_BUILD_ALL;
 }
 
 // Returns true if the sequence ends here; false if the server has posted a follow-up command.
@@ -435,7 +442,7 @@ void BuildSession::WaitForWorker() {
     loop->PumpUntil(somethingToDo, std::chrono::seconds(1));
     if (workerEnded || !stopRequested || stopSent) continue;
     stopSent = true;
-    manager.Command(kCmdStop);
+    manager.Command(TARN_CMD_STOP);
     tools.StopTools();
   }
 }
@@ -466,7 +473,7 @@ void BuildSession::ServePostedCommands() {
   std::deque<std::uint32_t> commands;
   commands.swap(postedCommands);
   for (const std::uint32_t command : commands) {
-    if (command == kCmdRebuildAll) {
+    if (command == TARN_CMD_REBUILD_ALL) {
       RunCommand(command);
     } else {
       manager.Command(command);

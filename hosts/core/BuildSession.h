@@ -101,11 +101,13 @@ class BuildSession {
   }
 
   // Takes the build lock (see BuildLock). Returns false if another process holds it; GetLockHolder
-  // then names that process. EndWork and KeepState release the lock.
+  // then names that process; or if it can't be taken at all; GetLockProblem is then not empty.
+  // EndWork and KeepState release the lock.
   bool TryLockBuild() { return buildLock.Try(projectPath, trust.IsTrusted(FolderOf(projectPath))); }
   const std::string& GetLockHolder() const { return buildLock.GetHolder(); }
-  // Waits for the build lock. Returns false if a stop was requested in the meantime, or if
-  // `endsLockWait` returned true.
+  const std::string& GetLockProblem() const { return buildLock.GetProblem(); }
+  // Waits for the build lock. Returns false if a stop was requested in the meantime, if
+  // `endsLockWait` returned true, or if it can't be taken (GetLockProblem).
   bool LockBuild();
   void UnlockBuild() { buildLock.Release(); }
   // Called once per wait, with the process that holds the lock; may be empty.

@@ -1,5 +1,7 @@
 #include "hosts/core/CompileCommands.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 
 #include "hosts/core/BuildInputs.h"
@@ -45,7 +47,7 @@ class Collector {
   void Switch(const std::string& application, const std::string& name) {
     session.Inspector().SelectApplication(application);
     session.Options().SetNewConfigName(name);
-    session.Manager().Command(kCmdSelectConfiguration);
+    session.Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
   }
 
   void Collect(const std::string& application, const std::string& name) {

@@ -1,5 +1,7 @@
 #include "hosts/core/Damage.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <array>
 
@@ -12,26 +14,26 @@ namespace tarn::host {
 namespace {
 
 constexpr std::array kChangingCommands = {
-    kCmdApplyOption,
-    kCmdInvalidateNode,
-    kCmdAddFiles,
-    kCmdNewItem,
-    kCmdNewGroup,
-    kCmdRebuildAll,
-    kCmdBuildAll,
-    kCmdCleanAll,
-    kCmdRebuildNode,
-    kCmdBuildNode,
-    kCmdCleanNode,
-    kCmdTranslateNode,
-    kCmdBuildApplication,
-    kCmdSetActiveApplication,
-    kCmdSelectConfiguration,
-    kCmdResetOption,
-    kCmdResetNodeOptions,
-    kCmdAddConfiguration,
-    kCmdRemoveNode,
-    kCmdPasteNode,
+    TARN_CMD_APPLY_OPTION,
+    TARN_CMD_APPLY_OPTION_AND_REBUILD,
+    TARN_CMD_ADD_FILES,
+    TARN_CMD_NEW_APPLICATION,
+    TARN_CMD_NEW_GROUP,
+    TARN_CMD_REBUILD_ALL,
+    TARN_CMD_BUILD_ALL,
+    TARN_CMD_CLEAN_ALL,
+    TARN_CMD_REBUILD_NODE,
+    TARN_CMD_BUILD_NODE,
+    TARN_CMD_CLEAN_NODE,
+    TARN_CMD_TRANSLATE_NODE,
+    TARN_CMD_BUILD_APPLICATION,
+    TARN_CMD_SET_ACTIVE_APPLICATION,
+    TARN_CMD_SELECT_CONFIGURATION,
+    TARN_CMD_RESET_OPTION,
+    TARN_CMD_RESET_NODE_OPTIONS,
+    TARN_CMD_ADD_CONFIGURATION,
+    TARN_CMD_REMOVE_NODE,
+    TARN_CMD_PASTE,
 };
 
 constexpr std::array<std::string_view, 8> kChangingMethods = {
@@ -63,7 +65,7 @@ std::string DescribeDamage(const DamageEntry& entry, const std::string& file) {
 }
 
 bool ChangesProject(std::uint32_t command) {
-  if (command >= kCmdFirstTool && command <= kCmdLastTool) return true;
+  if (command >= TARN_CMD_FIRST_TOOL && command <= TARN_CMD_LAST_TOOL) return true;
   return std::find(kChangingCommands.begin(), kChangingCommands.end(), command) !=
          kChangingCommands.end();
 }

@@ -35,7 +35,7 @@ bool ChangesProject(std::string_view method, std::span<const Variant> arguments)
 
 // Reasons shown when such an operation is refused for a damaged project.
 inline constexpr const char* kUnreadRefusal =
-    "A file of the project could not be read, so nothing is done with the project.";
+    "A file of the project could not be read, so the project is left untouched.";
 inline constexpr const char* kDamageRefusal =
     "The project was read only in part, so it is not built, cleaned or changed.";
 

@@ -42,7 +42,7 @@ void FileIndex::List(const std::string& folder) {
   }
   count_ += entries->size();
   if (count_ > kMostEntries) {
-    status_ = Error{ErrorCode::Unsupported, "too many files are below it", start_};
+    status_ = Error{ErrorCode::Unsupported, "it contains too many files", start_};
     return;
   }
   for (const FolderEntry& each : *entries) {

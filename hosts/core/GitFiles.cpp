@@ -13,7 +13,7 @@ struct GitFile {
 
 constexpr GitFile kFiles[] = {
     {".gitignore",
-     "# Made by builds\n"
+     "# Build outputs\n"
      "/build/\n"
      "*.tstate\n"
      "*.tlog\n"
@@ -33,9 +33,10 @@ constexpr GitFile kFiles[] = {
 
 }  // namespace
 
-bool IsInGitRepository(FileSystem& files, const std::string& folder) {
+Result<bool> IsInGitRepository(FileSystem& files, const std::string& folder) {
   for (std::string each = folder; !each.empty(); each = FolderOf(each)) {
-    if (files.Exists(JoinPath(each, ".git"))) return true;
+    Result<bool> exists = files.CheckExists(JoinPath(each, ".git"));
+    if (!exists || *exists) return exists;
     if (FolderOf(each) == each) break;
   }
   return false;

@@ -8,8 +8,9 @@
 
 namespace tarn::host {
 
-// Returns true if the folder or one of its parents is a git work tree.
-bool IsInGitRepository(FileSystem& files, const std::string& folder);
+// Returns true if the folder or one of its parents is a git work tree. Fails if that cannot be
+// determined.
+Result<bool> IsInGitRepository(FileSystem& files, const std::string& folder);
 
 // Creates `.gitignore`, which lists build products, and `.gitattributes`, which preserves the line
 // endings of project files.

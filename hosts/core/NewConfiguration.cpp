@@ -1,5 +1,7 @@
 #include "hosts/core/NewConfiguration.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 
 #include "hosts/core/Damage.h"
@@ -20,7 +22,7 @@ std::optional<ApplicationEntry> FindActive(BuildSession& session) {
 // The name is set for this command only: a later command without a name must not reuse it.
 bool RunWithName(BuildSession& session, const std::string& name) {
   session.Options().SetNewConfigName(name);
-  const bool isDone = session.Manager().Command(kCmdAddConfiguration) == 1;
+  const bool isDone = session.Manager().Command(TARN_CMD_ADD_CONFIGURATION) == 1;
   session.Options().SetNewConfigName({});
   return isDone;
 }
@@ -48,7 +50,7 @@ Status AddConfiguration(BuildSession& session, const NewConfiguration& wanted,
   }
   if (!FindConfiguration(*application, wanted.name).empty()) {
     return Error{ErrorCode::AlreadyExists,
-                 application->label + " has a configuration \"" + wanted.name + "\" already.",
+                 application->label + " already has a configuration \"" + wanted.name + "\".",
                  wanted.name};
   }
   const std::string asked = wanted.from.value_or(application->configuration);

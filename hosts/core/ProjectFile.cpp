@@ -51,7 +51,7 @@ FoundProject FindFile(FileSystem& files, const std::string& argument) {
   if (!EqualNoCase(ExtensionOf(path), kProjectExtension)) {
     // The check for a folder may have failed because of a system error.
     if (argument.empty()) return FindInFolder(files, path);
-    return {{}, {}, argument + " is no project file (*.tprj)."};
+    return {{}, {}, argument + " is not a project file (*.tprj)."};
   }
   return {path, {}, {}};
 }

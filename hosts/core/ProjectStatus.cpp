@@ -11,25 +11,26 @@ namespace tarn::host {
 
 namespace {
 
-// Placeholders: %1 is the file that the reason refers to, %2 its kind, %3 the node's output.
+// Placeholders: %1 is the file that the reason refers to, %2 its kind, %3 the node's output, %4 the
+// OS's reason.
 struct ReasonText {
   const char* reason;
   const char* text;
 };
 
 constexpr ReasonText kReasons[] = {
-    {"no-output-name", "has no output file; look at the option Build.OutputFile"},
+    {"no-output-name", "has no output file; check the option Build.OutputFile"},
     {"output-missing", "its output %1 is missing"},
     {"never-built", "was not built yet"},
     {"output-changed", "its output %1 was changed by something else since it was built"},
     {"source-missing", "its source %1 is missing"},
     {"source-newer", "is newer than %3"},
-    {"source-renamed", "its source %1 was built by another spelling of its name"},
+    {"source-renamed", "its source %1 was built under a different spelling of its name"},
     {"dependency-missing", "its %2 %1 is missing"},
     {"dependency-newer", "its %2 %1 is newer than %3"},
-    {"part-missing", "its part %1 is missing"},
-    {"part-newer", "its part %1 is newer than %3"},
-    {"parts-stale", "its parts will be rebuilt"},
+    {"part-missing", "its input %1 is missing"},
+    {"part-newer", "its input %1 is newer than %3"},
+    {"parts-stale", "its inputs will be rebuilt"},
     {"command-changed", "its command line changed since it was built"},
     {"run-failed", "could not be built the last time"},
     {"source-changed", "its source %1 changed since it was built"},
@@ -38,7 +39,8 @@ constexpr ReasonText kReasons[] = {
     {"changed-during-run", "%1 changed while it was built"},
     {"shadowed", "%1 is new or gone and can change what is included or linked"},
     {"unknown-test", "%1 tests for a file by a name that only the compiler knows"},
-    {"no-tool", "has no tool; look at the option Build.TranslateTool"},
+    {"unreadable", "%1 can't be read: %4"},
+    {"no-tool", "has no tool; check the option Build.TranslateTool"},
     {"no-type", "is of a type that the configuration file doesn't define"},
 };
 
@@ -66,7 +68,8 @@ std::vector<ApplicationStatus> ParseStatus(const std::string& xml) {
       if (node->NameView() != "Node") continue;
       status.stale.push_back({AttributeOf(node, "Header"), AttributeOf(node, "Path"),
                               AttributeOf(node, "OutputFile"), AttributeOf(node, "Tool"),
-                              AttributeOf(node, "Reason"), AttributeOf(node, "File")});
+                              AttributeOf(node, "Reason"), AttributeOf(node, "File"),
+                              AttributeOf(node, "Detail")});
     }
   }
   return list;
@@ -86,6 +89,7 @@ std::string DescribeReason(const StaleNode& node, bool isApplication,
   std::string text = row->text;
   text = ReplaceAll(text, "%2", KindOfFile(node.file));
   text = ReplaceAll(text, "%3", made);
+  text = ReplaceAll(text, "%4", node.detail);
   return ReplaceAll(text, "%1", shorten(node.file.empty() ? node.outputFile : node.file));
 }
 

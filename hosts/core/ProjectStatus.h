@@ -14,6 +14,7 @@ struct StaleNode {
   std::string tool;    // empty: no tool is run for it
   std::string reason;  // keyword from the inspector
   std::string file;    // file that the reason refers to, or empty
+  std::string detail;  // the OS's reason if that file can't be examined, otherwise empty
 };
 
 struct ApplicationStatus {

@@ -66,10 +66,11 @@ std::string CheckFileTitle(const std::string& name, const std::string& what) {
   for (const char c : name) {
     const bool isControl = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
     if (isControl || std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos) {
-      return "A " + what + "'s name can't hold / \\ : * ? \" < > | or control characters.";
+      return "A " + what + "'s name can't contain / \\ : * ? \" < > | or control characters.";
     }
   }
-  return IsStorable(name) ? std::string() : "A " + what + "'s name can't hold &quot; or &slash;.";
+  return IsStorable(name) ? std::string()
+                          : "A " + what + "'s name can't contain &quot; or &slash;.";
 }
 
 bool IsStorable(const std::string& text) {
@@ -85,7 +86,9 @@ Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewPro
   const std::string applicationFile = JoinPath(project.folder, project.name + ".tapp");
   const std::string sourceFile = JoinPath(project.folder, "src/main.c");
   for (const std::string& path : {projectFile, applicationFile}) {
-    if (files.Exists(path)) return Error{ErrorCode::AlreadyExists, "is there already", path};
+    const Result<bool> exists = files.CheckExists(path);
+    if (!exists) return exists.GetError();
+    if (*exists) return Error{ErrorCode::AlreadyExists, "already exists", path};
   }
   std::vector<std::string> written;
   const auto write = [&](const std::string& path, std::string_view text) {
@@ -94,8 +97,10 @@ Result<std::vector<std::string>> WriteNewProject(FileSystem& files, const NewPro
     return status;
   };
   // The project file is written last, so that a process that finds it also finds the rest.
+  const Result<bool> hasSource = files.CheckExists(sourceFile);
+  if (!hasSource) return hasSource.GetError();
   Status status;
-  if (!files.Exists(sourceFile)) status = write(sourceFile, kMainSource);
+  if (!*hasSource) status = write(sourceFile, kMainSource);
   if (status) status = write(applicationFile, ApplicationText(project));
   if (status) status = write(projectFile, ProjectText(project.name));
   if (!status) return status.GetError();
@@ -108,7 +113,9 @@ Status WriteStandInProject(FileSystem& files, const std::string& folder, const s
                                ProjectText(name)};
   const std::string paths[] = {JoinPath(folder, name + ".tapp"), JoinPath(folder, name + ".tprj")};
   for (std::size_t i = 0; i < std::size(paths); ++i) {
-    if (files.Exists(paths[i])) continue;
+    const Result<bool> exists = files.CheckExists(paths[i]);
+    if (!exists) return exists.GetError();
+    if (*exists) continue;
     if (Status written = files.WriteOwnFile(paths[i], texts[i]); !written) return written;
   }
   return {};

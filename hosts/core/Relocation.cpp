@@ -158,6 +158,7 @@ std::vector<FileText> Relocation::Complete(const std::vector<FileText>& changed)
 }
 
 Status Relocation::Run() {
+  unknown_ = {};
   documents_.clear();
   used_.clear();
   found_.clear();
@@ -187,7 +188,7 @@ Status Relocation::Run() {
   for (const auto& each : documents_) {
     ForEachOption(each->root, [&](const std::string& value) { CheckOption(value, *each); });
   }
-  return {};
+  return unknown_;
 }
 
 Result<std::string> Relocation::ReadText(const std::string& oldPath, const std::string& path) {
@@ -240,7 +241,11 @@ void Relocation::CheckSource(const std::string& written, const Document& documen
   moved.written = written;
   moved.oldPath = Resolve(document.oldFolder, written);
   const std::string present = Resolve(document.newFolder, written);
-  if (from_.empty() && IsFile(present)) return;
+  if (from_.empty()) {
+    const Result<bool> exists = files_.CheckExists(present);
+    if (!exists && unknown_) unknown_ = exists.GetError();
+    if (IsFile(present)) return;
+  }
   Locate(moved);
   const bool isUnknown = moved.newPath == moved.oldPath && !IsFile(moved.oldPath);
   if (moved.newPath == present || isUnknown) return;
@@ -415,7 +420,9 @@ std::vector<std::string> Relocation::Follow(const std::string& path) {
   std::set<std::string> places;
   for (const auto& [former, present] : moves_) {
     const std::string place = MapPath(path, former, present);
-    if (place != path && files_.Exists(place)) places.insert(place);
+    if (place == path) continue;
+    const Result<bool> exists = files_.CheckExists(place);
+    if (exists && *exists) places.insert(place);
   }
   return {places.begin(), places.end()};
 }

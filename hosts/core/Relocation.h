@@ -62,7 +62,8 @@ class Relocation {
   void Choose(const std::string& oldPath, const std::string& newPath);
 
   // Searches below a folder for everything that is missing. Fails if the folder or a file of the
-  // project can't be read, or if one of them is damaged; `place` of the error is the path.
+  // project can't be read, if one of them is damaged, or if it is unknown whether a source is
+  // missing; `place` of the error is the path.
   Status Search(const std::string& below);
   // Search() in steps, for a host with a window: ContinueSearch until it returns false, then
   // FinishSearch, and FinishSearch again after each Choose.
@@ -124,6 +125,7 @@ class Relocation {
   std::map<std::string, std::string> chosen_;  // old path -> new path
   std::string from_;                           // arguments of Move; empty after Search
   std::string to_;
+  Status unknown_;  // reason why a path of the project, the first one, can't be examined
   std::vector<std::unique_ptr<Document>> documents_;
   std::set<std::string> used_;  // document and name of each file found at its old path
   std::vector<MovedPath> found_;

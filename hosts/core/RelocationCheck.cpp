@@ -25,10 +25,10 @@ Status Relocation::CheckMove(const std::string& configurationFile) {
     }
     if (!isFile && !isFolder) return Error{ErrorCode::NotAFile, "is not a folder", to_};
     if (isFile && (IsSameName(files_, to_, project_) || typeOf(from_) != typeOf(to_))) {
-      return Error{ErrorCode::InvalidName, "is a file of another kind", to_};
+      return Error{ErrorCode::InvalidName, "is a different kind of file", to_};
     }
     if (!each.newPath.empty() && IsUsed(each.file, each.newPath)) {
-      return Error{ErrorCode::AlreadyExists, "is in the project already", each.newPath};
+      return Error{ErrorCode::AlreadyExists, "is already in the project", each.newPath};
     }
   }
   return {};

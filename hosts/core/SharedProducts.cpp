@@ -68,8 +68,9 @@ std::vector<std::string> FindSharedProducts(InspectorDriver& inspector, ToolMana
       const bool isWanted = application.empty() || application == each.path ||
                             application == maker->second.application;
       if (isNew || maker->second.application == each.path || !isWanted) continue;
-      lines.push_back(maker->second.label + " and " + each.label + " both make " + path + "; set " +
-                      macro.substr(2, macro.size() - 3) + " of one of them to another name");
+      lines.push_back(maker->second.label + " and " + each.label + " both produce " + path +
+                      "; set " + macro.substr(2, macro.size() - 3) +
+                      " of one of them to a different name");
     }
   }
   return lines;

@@ -76,14 +76,18 @@ Result<std::vector<std::string>> WriteNewFiles(FileSystem& files,
                                                const std::vector<NewFile>& list) {
   std::vector<const NewFile*> missing;
   for (const NewFile& each : list) {
-    if (!files.Exists(each.path)) {
+    const Result<bool> exists = files.CheckExists(each.path);
+    if (!exists) return exists.GetError();
+    if (!*exists) {
       missing.push_back(&each);
       continue;
     }
     if (each.isShared) continue;
     const auto present = files.ReadWholeFile(each.path);
+    const bool isFailure = !present && present.GetError().code != ErrorCode::NotAFile;
+    if (isFailure) return present.GetError();
     if (!present || *present != each.text) {
-      return Error{ErrorCode::AlreadyExists, "is there already", each.path};
+      return Error{ErrorCode::AlreadyExists, "already exists", each.path};
     }
   }
   NewFileWriter writer(files);

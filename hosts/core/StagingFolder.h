@@ -18,8 +18,8 @@ struct NewFile {
 // Writes the files in this order and returns the paths of those written. All or nothing: on error
 // the files already written are removed again, with the folders created for them. An existing file
 // with different content is an error (AlreadyExists) unless it is shared, and nothing is written; a
-// file with equal content is left alone. Put the file that makes the others a project last, so that
-// an interrupted process can be repeated.
+// file with equal content is left alone. A file that can't be examined is an error as well. Put the
+// file that makes the others a project last, so that an interrupted process can be repeated.
 Result<std::vector<std::string>> WriteNewFiles(FileSystem& files, const std::vector<NewFile>& list);
 
 // A temporary folder in which a project is assembled before it is copied to its destination.

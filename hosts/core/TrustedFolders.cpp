@@ -52,7 +52,7 @@ Status TrustedFolders::Add(const std::string& folder) {
   if (!list) return list.GetError();
   const std::string real = files_.ResolveLinks(folder);
   if (real.find_first_of("\r\n") != real.npos) {
-    return Error{ErrorCode::InvalidName, "its name holds a line feed", real};
+    return Error{ErrorCode::InvalidName, "its name contains a line feed", real};
   }
   if (std::find(list->begin(), list->end(), real) != list->end()) return {};
   list->push_back(real);

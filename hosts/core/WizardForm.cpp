@@ -110,7 +110,7 @@ std::optional<WizardRefusal> WizardForm::ChooseType(const std::string& typeHeade
     types.NotifySelected(i);
     return std::nullopt;
   }
-  return WizardRefusal{"There is no application type \"" + typeHeader + "\".", typeHeader, known};
+  return WizardRefusal{"Unknown application type \"" + typeHeader + "\".", typeHeader, known};
 }
 
 std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target) {
@@ -133,7 +133,7 @@ std::optional<WizardRefusal> WizardForm::ChooseTarget(const std::string& target)
     return std::nullopt;
   }
   if (named.empty()) {
-    return WizardRefusal{"There is no target \"" + target + "\".", target, std::move(names)};
+    return WizardRefusal{"Unknown target \"" + target + "\".", target, std::move(names)};
   }
   std::string paths;
   for (const Target& each : named) paths += (paths.empty() ? "" : ", ") + each.path;
@@ -144,15 +144,14 @@ std::optional<WizardRefusal> WizardForm::ChooseProject(bool createNewProject) {
   auto& button = *page.FindControl<CButton>(createNewProject ? kNewProject : kIntoProject);
   button.NotifyClicked();
   if (button.IsChecked()) return std::nullopt;
-  return WizardRefusal{
-      "There is no open project that an application of this type could join.", "false", {}};
+  return WizardRefusal{"No open project can contain an application of this type.", "false", {}};
 }
 
 std::optional<WizardRefusal> WizardForm::ChooseTool(bool launchTool) {
   auto& box = *page.FindControl<CButton>(kLaunchTool);
   if (box.IsChecked() != launchTool) box.NotifyClicked();
   if (box.IsChecked() == launchTool) return std::nullopt;
-  return WizardRefusal{"This target has no tool that writes the first sources.", "true", {}};
+  return WizardRefusal{"This target has no tool that generates the initial sources.", "true", {}};
 }
 
 }  // namespace tarn::host

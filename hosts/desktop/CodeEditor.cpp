@@ -161,9 +161,9 @@ Status CodeEditor::Save() {
   // The user may have typed characters that a Latin-1 file can't represent.
   const std::optional<std::string> bytes = GetUnsaved().ToBytes();
   if (!bytes) {
-    return Error{ErrorCode::Io,
-                 FromQt(tr("The text holds characters that the file's encoding can't write.")),
-                 path};
+    return Error{
+        ErrorCode::Io,
+        FromQt(tr("The text contains characters that the file's encoding can't represent.")), path};
   }
   if (const Status written = files.WriteWholeFile(path, *bytes); !written) return written;
   known = LookAtDisk();

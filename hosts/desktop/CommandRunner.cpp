@@ -1,5 +1,7 @@
 #include "hosts/desktop/CommandRunner.h"
 
+#include <tarn/commands.h>
+
 #include <QEventLoop>
 #include <algorithm>
 #include <iterator>
@@ -13,8 +15,8 @@ namespace tarn::host {
 namespace {
 
 constexpr std::uint32_t kBuildCommands[] = {
-    kCmdRebuildAll, kCmdBuildAll,  kCmdCleanAll,      kCmdRebuildNode,
-    kCmdBuildNode,  kCmdCleanNode, kCmdTranslateNode, kCmdBuildApplication,
+    TARN_CMD_REBUILD_ALL, TARN_CMD_BUILD_ALL,  TARN_CMD_CLEAN_ALL,      TARN_CMD_REBUILD_NODE,
+    TARN_CMD_BUILD_NODE,  TARN_CMD_CLEAN_NODE, TARN_CMD_TRANSLATE_NODE, TARN_CMD_BUILD_APPLICATION,
 };
 
 // Builds with a known number of tools; others may be of any part of the project.
@@ -23,13 +25,14 @@ struct WholeBuild {
   BuildWork work;
 };
 constexpr WholeBuild kWholeBuilds[] = {
-    {kCmdBuildAll, BuildWork::Build},
-    {kCmdRebuildAll, BuildWork::Rebuild},
+    {TARN_CMD_BUILD_ALL, BuildWork::Build},
+    {TARN_CMD_REBUILD_ALL, BuildWork::Rebuild},
 };
 
 // All other commands refer to the current node.
 bool IsOfProject(std::uint32_t command) {
-  return command == kCmdBuildAll || command == kCmdRebuildAll || command == kCmdCleanAll;
+  return command == TARN_CMD_BUILD_ALL || command == TARN_CMD_REBUILD_ALL ||
+         command == TARN_CMD_CLEAN_ALL;
 }
 
 std::function<int()> CounterFor(std::uint32_t command, BuildSession& session) {
@@ -156,13 +159,13 @@ void CommandRunner::KeepSelection(const std::function<void()>& work) {
 }
 
 bool CommandRunner::Builds(std::uint32_t command) {
-  return (command >= kCmdToolList && command <= kCmdLastTool) ||
+  return (command >= TARN_CMD_LIST_TOOLS && command <= TARN_CMD_LAST_TOOL) ||
          std::find(std::begin(kBuildCommands), std::end(kBuildCommands), command) !=
              std::end(kBuildCommands);
 }
 
 bool CommandRunner::IsEnabled(std::uint32_t command) {
-  if (command == kCmdStop) return IsBuilding() && !isStopAsked;
+  if (command == TARN_CMD_STOP) return IsBuilding() && !isStopAsked;
   if (IsBuilding() && Builds(command)) return false;
   return session.Manager().EnableCommand(command) != 0;
 }
@@ -173,18 +176,18 @@ bool CommandRunner::MayRun(std::uint32_t command) {
 
 void CommandRunner::Run(std::uint32_t command) {
   if (!MayRun(command)) return;
-  if (command == kCmdStop) {
+  if (command == TARN_CMD_STOP) {
     Stop();
     return;
   }
-  if (command == kCmdOptionsLoaded) {
+  if (command == TARN_CMD_OPTIONS_LOADED) {
     TakeOptionsLoaded();
     return;
   }
   if (!Builds(command)) {
     session.Manager().Command(command);
     const bool showsOptions =
-        command == kCmdShowNodeOptions || command == kCmdShowApplicationOptions;
+        command == TARN_CMD_NODE_OPTIONS || command == TARN_CMD_APPLICATION_OPTIONS;
     if (showsOptions && onShowOptions) onShowOptions();
     return;
   }
@@ -211,6 +214,11 @@ void CommandRunner::Ask(std::uint32_t command) {
 void CommandRunner::Approach() {
   if (waiting == 0) return;
   if (!session.TryLockBuild()) {
+    if (!session.GetLockProblem().empty()) {
+      waiting = 0;
+      TellEnd(BuildEnd::Refused);
+      return;
+    }
     constexpr int kBetweenTries = 100;  // milliseconds
     QTimer::singleShot(kBetweenTries, this, [this] { Approach(); });
     return;
@@ -234,12 +242,12 @@ void CommandRunner::Start(std::uint32_t command) {
   session.BeginWork(&*progress);
   building = command;
   isUnkept = true;
-  isCleaning = command == kCmdCleanAll || command == kCmdCleanNode;
+  isCleaning = command == TARN_CMD_CLEAN_ALL || command == TARN_CMD_CLEAN_NODE;
   if (onStarted) onStarted();
   // The result is the same if the user has cancelled the start, but then there is nothing running
   // to be stopped.
-  const bool isRunning =
-      session.Manager().Command(command) == 2 && session.Manager().EnableCommand(kCmdStop) != 0;
+  const bool isRunning = session.Manager().Command(command) == 2 &&
+                         session.Manager().EnableCommand(TARN_CMD_STOP) != 0;
   if (!isRunning && building == command) FinishBuild(BuildEnd::Refused);
 }
 
@@ -273,13 +281,13 @@ BuildOutcome CommandRunner::WaitFor(const std::function<void()>& start) {
 // Called before the first tool of a build started elsewhere, in the middle of a message. The extent
 // of the build is unknown.
 void CommandRunner::TakeOver() {
-  if (IsBuilding() || session.Manager().EnableCommand(kCmdStop) == 0) return;
+  if (IsBuilding() || session.Manager().EnableCommand(TARN_CMD_STOP) == 0) return;
   progress.emplace(std::function<int()>());
   isStopAsked = false;
   isCleaning = false;
   isUnkept = session.HasProject();
   repeatable = 0;
-  building = kCmdBuildAll;
+  building = TARN_CMD_BUILD_ALL;
   session.BeginWork(&*progress);
   if (onAsked) onAsked();
   if (onStarted) onStarted();
@@ -293,7 +301,7 @@ void CommandRunner::TakeOptionsLoaded() {
   }
   newsTimer.stop();
   RestoreState();
-  session.Manager().Command(kCmdOptionsLoaded);
+  session.Manager().Command(TARN_CMD_OPTIONS_LOADED);
   if (onOptionsLoaded) onOptionsLoaded();
 }
 
@@ -319,13 +327,13 @@ void CommandRunner::Stop() {
     return;
   }
   isStopAsked = true;
-  session.Manager().Command(kCmdStop);
+  session.Manager().Command(TARN_CMD_STOP);
   session.Tools().StopTools();
 }
 
 void CommandRunner::FollowStop() {
   if (building == 0 || isFinishing || isStopAsked) return;
-  if (session.Manager().EnableCommand(kCmdStop) != 0) return;
+  if (session.Manager().EnableCommand(TARN_CMD_STOP) != 0) return;
   isStopAsked = true;
   session.Tools().StopTools();
 }
@@ -389,7 +397,7 @@ void CommandRunner::FinishBuild(BuildEnd end) {
 
 // Logs what a successful build left out. Returns false if an application can't be built.
 bool CommandRunner::JudgeGaps() {
-  const bool isApplication = building == kCmdBuildApplication;
+  const bool isApplication = building == TARN_CMD_BUILD_APPLICATION;
   if (isCleaning || !session.HasProject() || (!isApplication && !IsOfProject(building)))
     return true;
   return session.ReportGaps(

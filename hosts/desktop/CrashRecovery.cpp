@@ -103,8 +103,8 @@ void CrashRecovery::Restore(const JournalReading& reading) {
     if (isKept && reading.lost.empty()) static_cast<void>(left_.front()->Clear());
     if (!isKept) {
       problems_ +=
-          tr("What was not saved is offered again at the next start, as not all of it "
-             "could be restored.");
+          tr("Not everything could be restored. The unsaved changes will be offered again at the "
+             "next start.");
     }
     Tell();
   }
@@ -136,7 +136,7 @@ bool CrashRecovery::RestoreProject(const JournalContent& content) {
     problems_ += tr("%1 can't be opened.").arg(ToQt(content.project)) + "\n" + ToQt(error.text);
     return false;
   }
-  problems_ += tr("These changes of the project conflict with those that were restored before:") +
+  problems_ += tr("These project changes conflict with changes that were already restored:") +
                "\n" + ToQt(error.text);
   for (const FileChange& each : FindChanges(bases, texts)) {
     if (each.after) Rescue(rescueFolder_, each.path, *each.after);
@@ -154,7 +154,7 @@ std::vector<UnsavedText> CrashRecovery::KeepRivals(const std::vector<UnsavedText
       rest.push_back(each);
       continue;
     }
-    problems_ += tr("%1 has another text that is not saved.").arg(ToQt(each.path));
+    problems_ += tr("%1 already has other unsaved changes.").arg(ToQt(each.path));
     Rescue(rescueFolder_, each.path, each.ToBytes().value_or(*each.text));
   }
   return rest;
@@ -165,8 +165,8 @@ std::vector<UnsavedText> CrashRecovery::KeepRivals(const std::vector<UnsavedText
 void CrashRecovery::OfferCopies(const JournalReading& reading) {
   const JournalContent& content = reading.content;
   QMessageBox box(QMessageBox::Warning, tr("Tarn"),
-                  tr("%1 is gone, and its folder with it. What was not saved is offered again at "
-                     "the next start. It can also be saved in another folder now.")
+                  tr("%1 and its folder no longer exist. The unsaved changes will be offered again "
+                     "at the next start. You can also save copies of them in another folder now.")
                       .arg(ToQt(content.project)),
                   QMessageBox::Close, &window_);
   const QPushButton* const save = box.addButton(tr("&Save copies..."), QMessageBox::ActionRole);
@@ -176,7 +176,7 @@ void CrashRecovery::OfferCopies(const JournalReading& reading) {
       &window_, tr("Folder for the copies"),
       QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
   if (folder.isEmpty()) return;
-  problems_ = QStringList(tr("What was not saved of %1").arg(ToQt(content.project)));
+  problems_ = QStringList(tr("Unsaved changes to %1").arg(ToQt(content.project)));
   copies_.clear();
   const auto texts = content.projectTexts ? SplitFileTexts(*content.projectTexts) : std::nullopt;
   for (const FileText& each : texts.value_or(std::vector<FileText>())) {
@@ -205,7 +205,7 @@ void CrashRecovery::Rescue(const std::string& folder, const std::string& path,
 void CrashRecovery::Tell() {
   if (problems_.isEmpty()) return;
   QString text = problems_.join("\n\n");
-  if (!copies_.isEmpty()) text += "\n\n" + tr("Kept as:") + "\n" + copies_.join('\n');
+  if (!copies_.isEmpty()) text += "\n\n" + tr("Saved as:") + "\n" + copies_.join('\n');
   QMessageBox::warning(&window_, tr("Tarn"), text);
 }
 

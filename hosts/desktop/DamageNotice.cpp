@@ -19,7 +19,7 @@ QString DamageNotice::Describe(const std::vector<DamageEntry>& damage) {
   const QString place = ToQt(DescribeDamage(first, FileNameOf(first.file)));
   const int more = static_cast<int>(damage.size()) - 1;
   const QString places = more > 0 ? tr("%1, and %n more", nullptr, more).arg(place) : place;
-  return tr("The project was read only in part: %1").arg(places);
+  return tr("The project was only partially read: %1").arg(places);
 }
 
 void DamageNotice::Follow() {
@@ -42,8 +42,8 @@ bool DamageNotice::MayGoOn() {
     QMessageBox::warning(&window, tr("Tarn"), Describe(session.GetDamage()));
     return false;
   }
-  const QString question = tr("%1\n\nBuild or save it without what was not read? A file that is "
-                              "written is first copied to a file with .bak at the end of its name.")
+  const QString question = tr("%1\n\nBuild or save it without the unread parts? Before a file is "
+                              "overwritten, it is copied to a file with .bak appended to its name.")
                                .arg(Describe(session.GetDamage()));
   if (QMessageBox::question(&window, tr("Tarn"), question) != QMessageBox::Yes) return false;
   Accept();
@@ -52,7 +52,7 @@ bool DamageNotice::MayGoOn() {
 
 bool DamageNotice::MayClose() {
   if (!session.IsDamageHeld()) return true;
-  const QString question = tr("%1\n\nSave the changes of the project without what was not read?")
+  const QString question = tr("%1\n\nSave the project's changes without the unread parts?")
                                .arg(Describe(session.GetDamage()));
   const auto answer = QMessageBox::question(
       &window, tr("Tarn"), question, QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,

@@ -36,7 +36,7 @@ void DeclarationSearch::Go() {
   editor->getCursorPosition(&line, &column);
   const QString name = editor->wordAtLineIndex(line, column);
   if (name.isEmpty()) {
-    bar.showMessage(tr("There is no name at the cursor"), kMessageMs);
+    bar.showMessage(tr("No identifier at the cursor"), kMessageMs);
     return;
   }
   const auto globals = ParseXml(askGlobals ? askGlobals() : std::string());
@@ -47,8 +47,8 @@ void DeclarationSearch::Go() {
     return;
   }
   const bool isBuilt = AttributeOf(globals.get(), "Found") == "Yes";
-  bar.showMessage((isBuilt ? tr("No global named %1 is known")
-                           : tr("No global named %1 is known; build the project first"))
+  bar.showMessage((isBuilt ? tr("No global named %1 found")
+                           : tr("No global named %1 found; build the project first"))
                       .arg(name),
                   kMessageMs);
 }

@@ -59,12 +59,12 @@ void EditorArea::ShowConflict() {
     fileBanner->hide();
     return;
   }
-  fileBanner->Tell(tr("%1 has been changed by another program, and here as well.")
+  fileBanner->Tell(tr("%1 has been changed both here and by another program.")
                        .arg(ToQt(FileNameOf(editor->GetPath()))));
 }
 
 void EditorArea::ShowRefused(const QStringList& names) {
-  fileBanner->Tell(tr("%1 was not saved: it has been changed by another program as well.", nullptr,
+  fileBanner->Tell(tr("%1 was not saved, because another program has changed it too.", nullptr,
                       static_cast<int>(names.size()))
                        .arg(names.join(", ")));
 }

@@ -46,7 +46,7 @@ void EditorStatus::Show() {
   indentation->setText(
       editor->indentationsUseTabs() ? tr("Tabs") : tr("%1 spaces").arg(editor->indentationWidth()));
   lineEnds->setText(editor->eolMode() == QsciScintilla::EolWindows ? "CRLF" : "LF");
-  encoding->setText(editor->IsUtf8() ? QString("UTF-8") : tr("8 bit"));
+  encoding->setText(editor->IsUtf8() ? QString("UTF-8") : tr("8-bit"));
 }
 
 }  // namespace tarn::host

@@ -104,11 +104,11 @@ bool EditorTabs::SaveForBuild() {
   for (int index = 0; index < count(); ++index) {
     if (At(index)->isModified()) names += ToQt(FileNameOf(At(index)->GetPath()));
   }
-  QMessageBox box(
-      QMessageBox::Question, tr("Tarn"),
-      tr("%1 is not saved. Build what is on the disk?", nullptr, static_cast<int>(names.size()))
-          .arg(names.join(", ")),
-      QMessageBox::Cancel, this);
+  QMessageBox box(QMessageBox::Question, tr("Tarn"),
+                  tr("%1 has unsaved changes. Build the version on disk?", nullptr,
+                     static_cast<int>(names.size()))
+                      .arg(names.join(", ")),
+                  QMessageBox::Cancel, this);
   const QPushButton* const build = box.addButton(tr("&Build"), QMessageBox::AcceptRole);
   box.setDefaultButton(QMessageBox::Cancel);
   box.exec();
@@ -249,10 +249,10 @@ bool EditorTabs::MayClose(CodeEditor& editor) {
   if (!editor.isModified()) return true;
   setCurrentWidget(&editor);
   editor.FollowDisk();
-  QString question = tr("Save the changes in %1?").arg(ToQt(FileNameOf(editor.GetPath())));
+  QString question = tr("Save changes to %1?").arg(ToQt(FileNameOf(editor.GetPath())));
   if (editor.IsInConflict()) {
-    question += "\n\n" + tr("Another program has changed the file as well. Saving replaces what it "
-                            "wrote.");
+    question +=
+        "\n\n" + tr("Another program has also changed this file. Saving overwrites its changes.");
   }
   const auto answer = QMessageBox::question(
       this, tr("Tarn"), question, QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,

@@ -53,7 +53,10 @@ std::vector<Example> FindExamples(FileSystem& files, const std::string& folder) 
 Result<std::string> CopyExample(FileSystem& files, const Example& example,
                                 const std::string& intoFolder) {
   std::string folder = JoinPath(intoFolder, example.name);
-  for (int number = 2; files.Exists(folder); ++number) {
+  for (int number = 2;; ++number) {
+    const Result<bool> exists = files.CheckExists(folder);
+    if (!exists) return exists.GetError();
+    if (!*exists) break;
     folder = JoinPath(intoFolder, example.name + "-" + std::to_string(number));
   }
   const Status copied = CopyFolder(files, FolderOf(example.projectFile), folder);

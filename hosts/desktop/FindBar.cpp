@@ -41,7 +41,7 @@ FindBar::FindBar(EditorTabs& editorTabs, QWidget* parent)
       count(new QLabel(this)) {
   setObjectName("findBar");
   pattern->setAccessibleName(tr("Text to find"));
-  replacement->setAccessibleName(tr("Text to put in its place"));
+  replacement->setAccessibleName(tr("Replace with"));
   count->setMinimumWidth(kCountWidth);
   count->setTextFormat(Qt::PlainText);
   auto* const rows = new QVBoxLayout(this);
@@ -49,11 +49,11 @@ FindBar::FindBar(EditorTabs& editorTabs, QWidget* parent)
   rows->setSpacing(4);
   auto* const row = new QHBoxLayout;
   row->addWidget(pattern, 1);
-  matchCase = AddSwitch("Aa", tr("Match upper and lower case"));
+  matchCase = AddSwitch("Aa", tr("Match case"));
   wholeWord = AddSwitch("|ab|", tr("Whole words only"));
   expression = AddSwitch(".*", tr("Regular expression"));
-  QToolButton* const before = IconButton(Qt::UpArrow, tr("Find the previous one"), this);
-  QToolButton* const next = IconButton(Qt::DownArrow, tr("Find the next one"), this);
+  QToolButton* const before = IconButton(Qt::UpArrow, tr("Previous match"), this);
+  QToolButton* const next = IconButton(Qt::DownArrow, tr("Next match"), this);
   auto* const close = new QToolButton(this);
   close->setText(QString(QChar(0x2715)));
   close->setAutoRaise(true);

@@ -24,8 +24,8 @@ FindingsPane::FindingsPane(BuildSession& buildSession, FileSystem& fileSystem, Q
       summary(new QLabel(this)),
       list(new QTreeWidget(this)) {
   list->setColumnCount(2);
-  list->setHeaderLabels({tr("Finding"), tr("Where")});
-  list->setAccessibleName(tr("Findings of the project check"));
+  list->setHeaderLabels({tr("Finding"), tr("Location")});
+  list->setAccessibleName(tr("Project check findings"));
   list->setUniformRowHeights(true);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -69,7 +69,7 @@ void FindingsPane::Step() {
 
 void FindingsPane::Show() {
   summary->setText(findings.empty()
-                       ? tr("The project has no findings.")
+                       ? tr("No findings.")
                        : tr("%n finding(s)", nullptr, static_cast<int>(findings.size())));
   for (const FindingKind kind : AllFindingKinds()) AddGroup(kind);
   list->expandAll();

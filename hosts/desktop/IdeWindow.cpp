@@ -1,5 +1,7 @@
 #include "hosts/desktop/IdeWindow.h"
 
+#include <tarn/commands.h>
+
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
@@ -128,7 +130,7 @@ void IdeWindow::MakeMenuCommands() {
   menuCommands.isEnabled = [this](std::uint32_t command) { return runner->IsEnabled(command); };
   menuCommands.run = [this](std::uint32_t command) {
     // This command needs a name, which the options window asks for.
-    if (command == kCmdAddConfiguration) return options->AddConfiguration();
+    if (command == TARN_CMD_ADD_CONFIGURATION) return options->AddConfiguration();
     runner->Run(command);
   };
   menuCommands.listTools = [this] { return ReadToolEntries(session->Manager().GetToolCommands()); };
@@ -256,7 +258,7 @@ bool IdeWindow::Start() {
   if (const Status started = session->Start(); !started) {
     QMessageBox::critical(
         this, tr("Tarn"),
-        tr("This installation isn't complete: %1")
+        tr("This installation is incomplete: %1")
             .arg(ToQt(started.GetError().place + ": " + started.GetError().text)));
     return false;
   }
@@ -297,9 +299,9 @@ void IdeWindow::OpenPaths(const std::vector<std::string>& paths) {
     }
   }
   if (missing.isEmpty()) return;
-  QMessageBox::warning(this, tr("Tarn"),
-                       tr("There is no such file:\n%1", nullptr, static_cast<int>(missing.size()))
-                           .arg(missing.join('\n')));
+  QMessageBox::warning(
+      this, tr("Tarn"),
+      tr("File not found:\n%1", nullptr, static_cast<int>(missing.size())).arg(missing.join('\n')));
 }
 
 void IdeWindow::OnProjectChanged() {
@@ -370,7 +372,7 @@ void IdeWindow::closeEvent(QCloseEvent* event) {
   }
   isClosing = true;
   agreedChanges = editors->GetChangeCount();
-  progress->Say(tr("Closing as soon as the build has stopped..."));
+  progress->Say(tr("Closing once the build has stopped..."));
   event->ignore();
 }
 
@@ -379,7 +381,7 @@ bool IdeWindow::eventFilter(QObject* watched, QEvent* event) {
       !IsBreak(static_cast<const QKeyEvent&>(*event))) {
     return QMainWindow::eventFilter(watched, event);
   }
-  menuCommands.run(kCmdStop);
+  menuCommands.run(TARN_CMD_STOP);
   return true;
 }
 
@@ -421,7 +423,7 @@ void IdeWindow::AddFindingsDock(QMenu& menu) {
   dock->setWidget(findings);
   surface->AddBottomDock(*dock);
   dock->hide();
-  menu.addAction(tr("&Check the project"), this, [this, dock] {
+  menu.addAction(tr("&Check project"), this, [this, dock] {
     dock->show();
     dock->raise();
     findings->setFocus();
@@ -446,9 +448,9 @@ void IdeWindow::RenameNode(QWidget& tree) {
     QKeyEvent open(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QApplication::sendEvent(view, &open);
   } else if (!kind.empty()) {
-    statusBar()->showMessage(
-        tr("Groups and applications can be renamed here; a file has its name from the disk."),
-        kMessageMs);
+    statusBar()->showMessage(tr("Only groups and applications can be renamed here; files are shown "
+                                "under their names on disk."),
+                             kMessageMs);
   }
 }
 
@@ -470,7 +472,7 @@ QWidget* IdeWindow::MakeTreeFilter(QWidget& tree) {
     session->Inspector().SelectNodeByPlace(node.place);
   };
   editMenu->addSeparator();
-  QAction* const action = editMenu->addAction(tr("Find in the pro&ject..."), filter, [filter] {
+  QAction* const action = editMenu->addAction(tr("Find in pro&ject..."), filter, [filter] {
     if (auto* const dock = qobject_cast<QDockWidget*>(filter->parentWidget())) {
       dock->show();
       dock->raise();
@@ -495,6 +497,9 @@ void IdeWindow::OnBuildEnded(BuildEnd end) {
   area->ProjectBanner().SetReady(true, {});
   progress->End(end);
   problemMarks->Refresh();
+  // A build that was refused has no log.
+  const std::string& problem = session->GetLockProblem();
+  if (!problem.empty()) statusBar()->showMessage(ToQt(problem));
   project->AskForTrust();
   if (isClosing) close();
 }

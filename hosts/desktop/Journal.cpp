@@ -47,13 +47,13 @@ std::string HashText(std::string_view bytes) {
 // Sets `reason` unless the result is Good.
 JournalReading::State CheckHead(std::string_view head, std::string_view body, std::string& reason) {
   using State = JournalReading::State;
-  reason = "it doesn't begin like a journal";
+  reason = "missing journal header";
   if (!head.starts_with(kTitle)) return State::Damaged;
   head.remove_prefix(kTitle.size());
   const std::size_t space = head.find(' ');
   if (space == head.npos) return State::Damaged;
   if (head.substr(0, space) != kVersion) return State::OtherVersion;
-  reason = "its content doesn't match its checksum";
+  reason = "checksum mismatch";
   return head.substr(space + 1) == HashText(body) ? State::Good : State::Damaged;
 }
 
@@ -230,7 +230,7 @@ TakenJournals TakeJournals(FileSystem& files, const std::string& root) {
     }
   }
   if (taken.own == nullptr && taken.problem.code == ErrorCode::None) {
-    taken.problem = {ErrorCode::Io, "there are too many journals", root};
+    taken.problem = {ErrorCode::Io, "too many journals", root};
   }
   return taken;
 }

@@ -154,10 +154,10 @@ void JournalKeeper::Finish(const Status& stored) {
     isEmpty_ = false;
     const Error& error = stored.GetError();
     const std::string& path = journal_ == nullptr ? error.place : journal_->GetFolder();
-    Show(tr("What is not saved would be lost in a crash: %1 can't be written (%2).")
+    Show(tr("Unsaved changes would be lost in a crash: %1 can't be written (%2).")
              .arg(ToQt(path), ToQt(error.text)));
   } else if (!tooLarge_.isEmpty()) {
-    Show(tr("%1 is too large to be kept for the case of a crash.").arg(tooLarge_.join(", ")));
+    Show(tr("Too large for crash recovery: %1.").arg(tooLarge_.join(", ")));
   } else {
     Show({});
   }

@@ -1,5 +1,7 @@
 #include "hosts/desktop/NodeOptions.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <array>
 
@@ -259,7 +261,7 @@ std::vector<std::string> NodeOptions::ListTypes() {
 // started elsewhere locks them too, but then any node may be current, so the change is refused.
 bool NodeOptions::Unheld(const std::function<bool()>& change) {
   if (change()) return true;
-  if (session.Manager().EnableCommand(kCmdStop) != 0) return false;
+  if (session.Manager().EnableCommand(TARN_CMD_STOP) != 0) return false;
   session.Options().EndUpdate();
   const bool isDone = change();
   session.Options().BeginUpdate();
@@ -279,7 +281,7 @@ bool NodeOptions::Reset(const OptionDefinition& option) {
   const bool isTaken = Unheld([&] {
     return session.Options().ResetChangedProperty(option.set, option.section, option.name) != 0;
   });
-  if (isTaken) session.Manager().Command(kCmdResetOption);
+  if (isTaken) session.Manager().Command(TARN_CMD_RESET_OPTION);
   return isTaken;
 }
 
@@ -314,7 +316,7 @@ bool NodeOptions::Follow(const std::string& key) {
   if (!option) return false;
   const bool isOwn =
       session.Options().GetOrigin(option->set, option->section, option->name) == "own";
-  session.Manager().Command(isOwn ? option->command : std::uint32_t{kCmdResetOption});
+  session.Manager().Command(isOwn ? option->command : std::uint32_t{TARN_CMD_RESET_OPTION});
   return true;
 }
 
@@ -324,13 +326,13 @@ std::string NodeOptions::LabelOf(const std::string& key) {
 }
 
 void NodeOptions::ResetAll() {
-  session.Manager().Command(kCmdResetNodeOptions);
+  session.Manager().Command(TARN_CMD_RESET_NODE_OPTIONS);
 }
 
 // The name is set for this command only: a later command without a name must not reuse it.
 void NodeOptions::SelectConfiguration(const std::string& name) {
   session.Options().SetNewConfigName(name);
-  session.Manager().Command(kCmdSelectConfiguration);
+  session.Manager().Command(TARN_CMD_SELECT_CONFIGURATION);
   session.Options().SetNewConfigName({});
 }
 

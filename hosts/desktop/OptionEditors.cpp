@@ -51,7 +51,7 @@ ChoiceEditor::ChoiceEditor(const OptionRow& row, QWidget* parent) : QComboBox(pa
   setFrame(false);
   for (const auto& [value, label] : row.definition.choices) addItem(ToQt(label), ToQt(value));
   if (row.MayReset()) {
-    insertItem(0, tr("(as inherited)"));
+    insertItem(0, tr("(inherited)"));
     insertSeparator(1);
   }
 }
@@ -189,7 +189,7 @@ ListDialog::ListDialog(const OptionRow& row, const QString& text, const QString&
     });
   }
   auto* const inherit = addButton(tr("Add &inherited"), [add] { add(kInherited); });
-  inherit->setToolTip(tr("What would hold without a list of one's own"));
+  inherit->setToolTip(tr("Insert the inherited value"));
   auto* const remove = addButton(tr("&Remove"), [this] { delete list->currentItem(); });
   const auto move = [this](int step) {
     const int from = list->currentRow();
@@ -213,8 +213,8 @@ ListDialog::ListDialog(const OptionRow& row, const QString& text, const QString&
   auto* const box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   QObject::connect(box, &QDialogButtonBox::accepted, this, &QDialog::accept);
   QObject::connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  auto* const hint = new QLabel(
-      tr("%1 stands for what would hold without this list.").arg(QString(kInherited)), this);
+  auto* const hint =
+      new QLabel(tr("%1 stands for the inherited value.").arg(QString(kInherited)), this);
   hint->setForegroundRole(QPalette::PlaceholderText);
   auto* const middle = new QHBoxLayout;
   middle->addWidget(list, 1);

@@ -198,7 +198,7 @@ bool OptionsDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* itemView,
                                 const QStyleOptionViewItem& option, const QModelIndex& index) {
   const bool isTip = event->type() == QEvent::ToolTip && HasResetButton(index);
   if (isTip && ResetRect(option.rect).contains(event->pos())) {
-    QToolTip::showText(event->globalPos(), tr("Back to the inherited value (Del)"), itemView);
+    QToolTip::showText(event->globalPos(), tr("Reset to the inherited value (Del)"), itemView);
     return true;
   }
   return QStyledItemDelegate::helpEvent(event, itemView, option, index);

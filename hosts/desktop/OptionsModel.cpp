@@ -22,9 +22,9 @@ QString TipFor(const OptionRow& row) {
   const QString value = ToQt(row.value);
   QString tip = "<b>" + ToQt(row.definition.label).toHtmlEscaped() + "</b>";
   if (row.HasMacros()) {
-    tip += "<br>" + OptionsModel::tr("Written as: %1").arg(ToQt(row.written).toHtmlEscaped());
-    tip += "<br>" + OptionsModel::tr("Gives: %1")
-                        .arg(value.isEmpty() ? OptionsModel::tr("nothing") : value.toHtmlEscaped());
+    tip += "<br>" + OptionsModel::tr("As written: %1").arg(ToQt(row.written).toHtmlEscaped());
+    tip += "<br>" + OptionsModel::tr("Expands to: %1")
+                        .arg(value.isEmpty() ? OptionsModel::tr("(empty)") : value.toHtmlEscaped());
   } else if (!value.isEmpty()) {
     tip += "<br>" + value.toHtmlEscaped();
   }
@@ -85,7 +85,7 @@ QString DescribeSource(const OptionRow& row) {
     case OptionSource::Inherited:
       return OptionsModel::tr("from %1 %2").arg(WordForLevel(row.sourceKind), label);
     case OptionSource::Reference:
-      return OptionsModel::tr("as %1 %2").arg(WordForLevel(row.sourceKind), label);
+      return OptionsModel::tr("same as %1 %2").arg(WordForLevel(row.sourceKind), label);
     case OptionSource::Definition:
       return OptionsModel::tr("default");
     case OptionSource::Nothing:
@@ -231,7 +231,7 @@ QVariant OptionsModel::headerData(int section, Qt::Orientation orientation, int 
     case kValueColumn:
       return tr("Value");
     case kSourceColumn:
-      return tr("From");
+      return tr("Origin");
     default:
       return {};
   }

@@ -60,9 +60,9 @@ QString WordForRange(const OptionDefinition& option) {
 }
 
 QString DescribeStored(const StoredValue& stored, const QString& quiet) {
-  const QString value = stored.value.empty() ? OptionsWindow::tr("nothing") : Html(stored.value);
+  const QString value = stored.value.empty() ? OptionsWindow::tr("(empty)") : Html(stored.value);
   const QString line =
-      OptionsWindow::tr("Set at %1 %2 for %3: %4")
+      OptionsWindow::tr("Set on %1 %2 for %3: %4")
           .arg(WordForLevel(stored.kind), Html(stored.label), Html(stored.configuration), value);
   return stored.counts ? line : "<span style='color:" + quiet + "'>" + line + "</span>";
 }
@@ -74,7 +74,7 @@ OptionsWindow::OptionsWindow(BuildSession& session, QWidget* parent)
   setObjectName("options");
   grid = new OptionsGrid(this);
   help = new QTextBrowser(this);
-  help->setAccessibleName(tr("What the option means"));
+  help->setAccessibleName(tr("Option description"));
   help->setFrameShape(QFrame::NoFrame);
   help->setTabChangesFocus(true);
   help->setOpenLinks(false);
@@ -327,7 +327,7 @@ void OptionsWindow::ShowRows() {
 }
 
 void OptionsWindow::ShowState() {
-  const QString building = tr("Options can't be changed while a build runs.");
+  const QString building = tr("Options can't be changed while a build is running.");
   notice->setText(isBuilding ? building : QString());
   notice->setVisible(isBuilding);
   grid->Model().SetReadOnly(isBuilding);
@@ -418,7 +418,7 @@ void OptionsWindow::ShowHelp() {
   const QString quiet = QuietColour(palette());
   if (row == nullptr) {
     const QString hint = sheet.sections.empty() ? tr("Select a node of the project.")
-                                                : tr("Select an option to see what it means.");
+                                                : tr("Select an option to see its description.");
     help->setHtml("<span style='color:" + quiet + "'>" + hint + "</span>");
     return;
   }
@@ -431,8 +431,8 @@ void OptionsWindow::ShowHelp() {
   addLine(Html(option.help));
   addLine(WordForRange(option));
   if (row->HasMacros()) {
-    addLine(tr("Written as: %1").arg(Html(row->written)));
-    addLine(tr("Gives: %1").arg(row->value.empty() ? tr("nothing") : Html(row->value)));
+    addLine(tr("As written: %1").arg(Html(row->written)));
+    addLine(tr("Expands to: %1").arg(row->value.empty() ? tr("(empty)") : Html(row->value)));
   }
   for (const StoredValue& stored : options.Explain(option)) addLine(DescribeStored(stored, quiet));
   if (!row->IsOwn() && !option.defaultValue.empty() && !row->HasMacros()) {
@@ -442,7 +442,7 @@ void OptionsWindow::ShowHelp() {
 }
 
 QString OptionsWindow::Check(const OptionRow& row, const QString& value) {
-  if (isBuilding) return tr("Options can't be changed while a build runs.");
+  if (isBuilding) return tr("Options can't be changed while a build is running.");
   return IsNodeType(row.definition) ? CheckType(value)
                                     : ToQt(options.Check(row.definition, FromQt(value)));
 }
@@ -452,7 +452,7 @@ QString OptionsWindow::CheckType(const QString& value) {
   QStringList known;
   for (const std::string& name : options.ListTypes()) known += ToQt(name);
   if (known.contains(value, Qt::CaseInsensitive)) return {};
-  return tr("There is no kind of node \"%1\". These are known: %2.").arg(value, known.join(", "));
+  return tr("Unknown node type \"%1\". Known types: %2.").arg(value, known.join(", "));
 }
 
 bool OptionsWindow::Change(const OptionRow& row, const QString& value) {
@@ -470,7 +470,7 @@ void OptionsWindow::Reset(const OptionRow& row) {
 void OptionsWindow::ResetAll() {
   const auto answer = QMessageBox::question(
       this, tr("Reset options"),
-      tr("Take away all options that are set at %1, in every configuration? This can't be undone.")
+      tr("Reset all options set on %1, in every configuration? This can't be undone.")
           .arg(ToQt(sheet.node)));
   if (answer != QMessageBox::Yes || isBuilding) return;
   options.ResetAll();
@@ -495,7 +495,7 @@ void OptionsWindow::AddConfiguration() {
   const bool isKnown = std::any_of(names.begin(), names.end(), [&name](const std::string& each) {
     return EqualNoCase(each, FromQt(name));
   });
-  const QString problem = isKnown ? tr("There is a configuration %1 already.").arg(name)
+  const QString problem = isKnown ? tr("The configuration %1 already exists.").arg(name)
                                   : ToQt(CheckFileTitle(FromQt(name), "configuration"));
   if (!problem.isEmpty()) {
     QMessageBox::warning(window(), tr("Add a configuration"), problem);

@@ -43,7 +43,7 @@ void ProblemNavigator::Step(bool isForward) {
   const std::int64_t now = std::time(nullptr);
   const auto place = isForward ? problems.Next(now) : problems.Previous(now);
   if (!place) {
-    bar.showMessage(tr("The last build has no errors and no warnings"), kMessageMs);
+    bar.showMessage(tr("The last build had no errors or warnings"), kMessageMs);
     return;
   }
   if (open) open(place->problem.file, place->problem.line);

@@ -43,13 +43,16 @@ void Warn(QWidget& window, const Error& error) {
 // until they are written.
 class EditRight {
  public:
-  EditRight(InspectorDriver& inspectorDriver, const std::string& project)
-      : inspector(inspectorDriver) {
+  EditRight(BuildSession& session, const std::string& project) : inspector(session.Inspector()) {
     constexpr int kMostTries = 40;
     constexpr unsigned long kBetweenTries = 50;  // milliseconds
-    for (int i = 0; i < kMostTries && !isTaken; ++i) {
+    for (int i = 0; i < kMostTries && !isTaken && problem.empty(); ++i) {
       if (i > 0) QThread::msleep(kBetweenTries);
+      session.TakeLogLines();
       isTaken = inspector.TryLockProject(project).empty();
+      // Without a holder, waiting would not help.
+      const std::vector<std::string> lines = session.TakeLogLines();
+      if (!isTaken && !lines.empty()) problem = lines.front();
     }
   }
   ~EditRight() { inspector.UnlockProject(); }
@@ -57,10 +60,13 @@ class EditRight {
   EditRight& operator=(const EditRight&) = delete;
 
   bool IsTaken() const { return isTaken; }
+  // Returns why the lock can't be taken by any process, or an empty string.
+  const std::string& GetProblem() const { return problem; }
 
  private:
   InspectorDriver& inspector;
   bool isTaken = false;
+  std::string problem;
 };
 
 // Returns the menu text of the next step; an empty string if there is none.
@@ -135,7 +141,7 @@ bool ProjectActions::MayReplaceWith(const std::string& path) {
   if (session.IsDamageHeld()) return MayClose();
   const auto answer = QMessageBox::question(
       &window, tr("Tarn"),
-      tr("%1 has to be closed first. Save its changes?").arg(ToQt(FileNameOf(present))),
+      tr("%1 must be closed first. Save its changes?").arg(ToQt(FileNameOf(present))),
       QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
   return answer == QMessageBox::Save;
 }
@@ -171,7 +177,7 @@ Status ProjectActions::OpenStaged(const std::string& path, const std::vector<Fil
 bool ProjectActions::IsFree() {
   if (!runner.IsBuilding()) return true;
   QMessageBox::information(&window, tr("Tarn"),
-                           tr("Another project can be opened as soon as the build has ended."));
+                           tr("You can open another project once the build has finished."));
   return false;
 }
 
@@ -262,7 +268,7 @@ void ProjectActions::New() {
 void ProjectActions::OpenExample(const Example& example) {
   if (!IsFree()) return;
   const QString folder = QFileDialog::getExistingDirectory(
-      &window, tr("Where to put a copy of %1").arg(ToQt(example.name)), QDir::homePath());
+      &window, tr("Choose a folder for the copy of %1").arg(ToQt(example.name)), QDir::homePath());
   if (folder.isEmpty()) return;
   const Result<std::string> copied = CopyExample(files, example, FromQt(folder));
   if (copied) {
@@ -305,7 +311,7 @@ void ProjectActions::TellWhatIsNotSaved(const SaveReport& report) {
     reasons.append(reasons.empty() ? "" : "\n") += line;
   }
   if (!reasons.empty()) {
-    Warn(window, tr("The changes of the project could not be saved."), reasons);
+    Warn(window, tr("The project's changes could not be saved."), reasons);
   }
 }
 
@@ -393,8 +399,8 @@ void ProjectActions::Reload() {
   if (HasUnsaved()) {
     const auto answer = QMessageBox::question(
         &window, tr("Tarn"),
-        tr("The project has changes that are not saved.\n\nSaving puts them together with the "
-           "changes of the other program."),
+        tr("The project has unsaved changes.\n\nSaving merges them with the other program's "
+           "changes."),
         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
     if (answer == QMessageBox::Save) SaveAll();
     if (answer != QMessageBox::Discard) return;
@@ -403,7 +409,8 @@ void ProjectActions::Reload() {
 }
 
 Status ProjectActions::TakeFromDisk() {
-  const EditRight right(session.Inspector(), runner.GetProjectPath());
+  const EditRight right(session, runner.GetProjectPath());
+  if (!right.GetProblem().empty()) return Error{ErrorCode::NotAFile, right.GetProblem(), {}};
   if (!right.IsTaken()) {
     return Error{ErrorCode::Busy, FromQt(tr("Another program is changing the project.")), {}};
   }

@@ -25,19 +25,19 @@ QString Headline(const JournalReading& reading) {
   switch (reading.state) {
     case JournalReading::State::Damaged:
       return RecoveryDialog::tr(
-                 "Tarn ended unexpectedly, and what was not saved then can't be read: its journal "
+                 "Tarn closed unexpectedly, and the unsaved changes can't be restored: the journal "
                  "is damaged.\n\n%1: %2")
           .arg(ToQt(reading.file), ToQt(reading.reason));
     case JournalReading::State::OtherVersion:
       return RecoveryDialog::tr(
-                 "Another version of Tarn ended unexpectedly. What was not saved then can be "
-                 "restored only by that version.\n\n%1")
+                 "Another version of Tarn closed unexpectedly. Only that version can restore its "
+                 "unsaved changes.\n\n%1")
           .arg(ToQt(reading.file));
     case JournalReading::State::Good:
       break;
   }
   const QDateTime time = QDateTime::fromSecsSinceEpoch(reading.content.seconds);
-  return RecoveryDialog::tr("Tarn ended unexpectedly on %1. This was not saved:")
+  return RecoveryDialog::tr("Tarn closed unexpectedly on %1. These changes were not saved:")
       .arg(QLocale().toString(time, QLocale::ShortFormat));
 }
 
@@ -61,7 +61,7 @@ RecoveryDialog::RecoveryDialog(const JournalReading& reading, FileSystem& fileSy
     Fill(*list, reading);
     column->addWidget(list, 1);
     auto* const remark = new QLabel(
-        tr("What is restored is not saved yet: look at it, then save it or undo it."), this);
+        tr("Restored changes are not saved yet: review them, then save or undo them."), this);
     remark->setWordWrap(true);
     column->addWidget(remark);
     resize(kFirstSize);
@@ -99,21 +99,21 @@ void RecoveryDialog::Choose(const std::function<void()>& choice) {
 
 void RecoveryDialog::Fill(QTreeWidget& list, const JournalReading& reading) {
   list.setColumnCount(2);
-  list.setHeaderLabels({tr("File"), tr("What can be restored")});
+  list.setHeaderLabels({tr("File"), tr("Recoverable changes")});
   list.setRootIsDecorated(false);
   list.setTextElideMode(Qt::ElideMiddle);
   list.setSelectionMode(QAbstractItemView::NoSelection);
-  list.setAccessibleName(tr("What can be restored"));
+  list.setAccessibleName(tr("Recoverable changes"));
   const JournalContent& content = reading.content;
   if (content.projectTexts != nullptr) {
     AddRow(list, content.project,
            files_.Exists(content.project)
-               ? tr("Changes of the project: files and options")
-               : tr("Changes of the project: files and options; the project is gone"));
+               ? tr("Project changes: files and options")
+               : tr("Project changes: files and options; the project no longer exists"));
   }
   for (const UnsavedText& each : content.texts) AddRow(list, each.path, Describe(each));
   for (const std::string& each : reading.lost) {
-    AddRow(list, each, tr("Nothing: what was kept of it is damaged"));
+    AddRow(list, each, tr("None: the recovery data is damaged"));
   }
   list.header()->setStretchLastSection(true);
   list.resizeColumnToContents(0);
@@ -132,7 +132,7 @@ void RecoveryDialog::AddRow(QTreeWidget& list, const std::string& path, const QS
 
 QString RecoveryDialog::Describe(const UnsavedText& text) const {
   const auto disk = files_.ReadWholeFile(text.path);
-  if (!disk) return tr("Unsaved text; the file is gone");
+  if (!disk) return tr("Unsaved text; the file no longer exists");
   if (HashBytes(*disk) != text.base) return tr("Unsaved text; the file has changed since");
   return tr("Unsaved text");
 }

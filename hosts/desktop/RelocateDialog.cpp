@@ -48,7 +48,7 @@ void RelocateDialog::AddWidgets() {
   buttons_ = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   setWindowTitle(tr("Find moved files"));
   folder_->setReadOnly(true);
-  auto* const label = new QLabel(tr("Search &below:"), this);
+  auto* const label = new QLabel(tr("Search &in:"), this);
   label->setBuddy(folder_);
   auto* const choose = new QPushButton(tr("Choose &folder..."), this);
   choose->setAutoDefault(false);
@@ -64,7 +64,7 @@ void RelocateDialog::AddWidgets() {
 
   rowHeight_ = QComboBox().sizeHint().height();
   list_->setAccessibleName(windowTitle());
-  list_->setHeaderLabels({tr("Missing"), tr("Found"), tr("Where it is used")});
+  list_->setHeaderLabels({tr("Missing"), tr("Found"), tr("Used as")});
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
   list_->setAllColumnsShowFocus(true);
@@ -72,7 +72,7 @@ void RelocateDialog::AddWidgets() {
   connect(list_, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item) {
     if (!isFilling_) OnChecked(item);
   });
-  buttons_->button(QDialogButtonBox::Ok)->setText(tr("&Correct the project"));
+  buttons_->button(QDialogButtonBox::Ok)->setText(tr("&Update project"));
   connect(buttons_, &QDialogButtonBox::accepted, this, [this] { Finish(); });
   connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* const layout = new QVBoxLayout(this);
@@ -156,7 +156,7 @@ void RelocateDialog::AddRow(const MovedPath& moved) {
       item->setText(kWhere, tr("file of %1").arg(file));
       break;
     case MovedPath::Kind::Option:
-      item->setText(kWhere, tr("option in %1; goes with the files of its folder").arg(file));
+      item->setText(kWhere, tr("option in %1; follows the files in its folder").arg(file));
       break;
   }
   const bool canChoose = moved.kind != MovedPath::Kind::Option && !moved.candidates.empty();
@@ -168,7 +168,7 @@ void RelocateDialog::AddRow(const MovedPath& moved) {
   if (canChoose && moved.candidates.size() > 1) {
     AddChoice(*item, moved);
   } else if (moved.candidates.empty() && moved.newPath.empty()) {
-    item->setText(kFound, tr("not found below this folder"));
+    item->setText(kFound, tr("not found in this folder"));
     item->setForeground(kFound, palette().placeholderText());
   } else {
     const std::string& path = moved.newPath.empty() ? moved.candidates.front() : moved.newPath;
@@ -180,9 +180,9 @@ void RelocateDialog::AddRow(const MovedPath& moved) {
 
 void RelocateDialog::AddChoice(QTreeWidgetItem& item, const MovedPath& moved) {
   auto* const box = new QComboBox(list_);
-  box->setAccessibleName(tr("Where %1 is").arg(item.text(kMissing)));
+  box->setAccessibleName(tr("New location of %1").arg(item.text(kMissing)));
   box->setPlaceholderText(
-      tr("one of %n files", nullptr, static_cast<int>(moved.candidates.size())));
+      tr("one of %n matching files", nullptr, static_cast<int>(moved.candidates.size())));
   for (const std::string& path : moved.candidates) box->addItem(Shown(path), ToQt(path));
   box->setCurrentIndex(box->findData(ToQt(moved.newPath)));
   connect(box, &QComboBox::activated, this, [this, box, oldPath = moved.oldPath](int index) {

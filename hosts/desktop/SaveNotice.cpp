@@ -78,8 +78,7 @@ QString SaveNotice::Describe(bool hasCopies) const {
         files.size() == 1
             ? tr("%1 was changed here and by another program, with %n conflict(s).", nullptr, count)
                   .arg(NameOf(*files.begin()))
-            : tr("Files of the project were changed here and by another program, with %n "
-                 "conflict(s).",
+            : tr("Project files were changed here and by another program, with %n conflict(s).",
                  nullptr, count);
     return hasCopies ? what + ' ' + tr("The other version:") : what;
   }
@@ -92,13 +91,13 @@ QString SaveNotice::Describe(bool hasCopies) const {
     wereMissing = wereMissing && each.wasMissing;
   }
   if (wereMissing && !hasCopies) {
-    return tr("%1 was missing. It has been written again.").arg(names.join(", "));
+    return tr("%1 was missing and has been re-created.").arg(names.join(", "));
   }
   const int count = static_cast<int>(names.size());
-  return hasCopies ? tr("%1 was replaced. What it held before is kept as:", nullptr, count)
+  return hasCopies ? tr("%1 was replaced. Its previous content was saved as:", nullptr, count)
                          .arg(names.join(", "))
-                   : tr("%1 was also changed by another program. It has both changes now.", nullptr,
-                        count)
+                   : tr("%1 was also changed by another program. It now contains both changes.",
+                        nullptr, count)
                          .arg(names.join(", "));
 }
 
@@ -123,12 +122,12 @@ void SaveNotice::ShowConflictsNow(const SaveReport& report) {
 void SaveNotice::ShowList(bool mayOpen) {
   QDialog dialog(&window_);
   dialog.setObjectName("saveList");
-  dialog.setWindowTitle(tr("Saved together with another program's changes"));
+  dialog.setWindowTitle(tr("Merged with another program's changes"));
   auto* const column = new QVBoxLayout(&dialog);
-  auto* const remark = new QLabel(
-      tr("Where both sides changed the same value, yours was saved. What one side removed and the "
-         "other one changed has stayed."),
-      &dialog);
+  auto* const remark =
+      new QLabel(tr("Where both sides changed the same value, yours was saved. Whatever was "
+                    "removed on one side but changed on the other was kept."),
+                 &dialog);
   remark->setWordWrap(true);
   column->addWidget(remark);
   auto* const list = new QTreeWidget(&dialog);
@@ -160,10 +159,10 @@ void SaveNotice::ShowList(bool mayOpen) {
 }
 
 void SaveNotice::Fill(QTreeWidget& list) const {
-  list.setHeaderLabels({tr("File"), tr("Place"), tr("What"), tr("Other version")});
+  list.setHeaderLabels({tr("File"), tr("Location"), tr("Change"), tr("Other version")});
   list.setRootIsDecorated(false);
   list.setTextElideMode(Qt::ElideMiddle);
-  list.setAccessibleName(tr("Files with changes of both sides"));
+  list.setAccessibleName(tr("Files changed on both sides"));
   std::set<std::string> inConflict;
   const auto add = [&list](const std::string& file, const QString& place, const QString& what,
                            const std::string& copy) {
@@ -185,9 +184,9 @@ void SaveNotice::Fill(QTreeWidget& list) const {
   for (const SaveReport::File& each : shown_.written) {
     if (inConflict.contains(each.path)) continue;
     add(each.path, {},
-        each.isMerged     ? tr("has the changes of both sides")
-        : each.wasDamaged ? tr("held more than was read from it")
-        : each.wasMissing ? tr("was missing, written again")
+        each.isMerged     ? tr("contains the changes from both sides")
+        : each.wasDamaged ? tr("contained more than could be read")
+        : each.wasMissing ? tr("was missing, re-created")
                           : tr("replaced by your version"),
         each.copy);
   }

@@ -1,5 +1,7 @@
 #include "hosts/desktop/ServerMenus.h"
 
+#include <tarn/commands.h>
+
 #include <QAction>
 #include <QIcon>
 #include <QKeySequence>
@@ -32,16 +34,16 @@ struct Shortcut {
 
 // The usual shortcuts for these commands.
 constexpr Shortcut kShortcuts[] = {
-    {kCmdBuildAll, "F7", Reach::Window},
-    {kCmdRebuildAll, "Ctrl+Alt+F7", Reach::Window},
-    {kCmdTranslateNode, "Ctrl+F7", Reach::Window},
-    {kCmdBuildApplication, "Shift+F7", Reach::Window},
-    {kCmdStop, "Ctrl+Pause", Reach::Window},
-    {kCmdCopyNode, "Ctrl+C", Reach::Tree},
-    {kCmdPasteNode, "Ctrl+V", Reach::Tree},
-    {kCmdShowNodeOptions, "Alt+Return", Reach::Tree},
-    {kCmdAddFiles, "Ins", Reach::TreeItself},
-    {kCmdRemoveNode, "Del", Reach::TreeItself},
+    {TARN_CMD_BUILD_ALL, "F7", Reach::Window},
+    {TARN_CMD_REBUILD_ALL, "Ctrl+Alt+F7", Reach::Window},
+    {TARN_CMD_TRANSLATE_NODE, "Ctrl+F7", Reach::Window},
+    {TARN_CMD_BUILD_APPLICATION, "Shift+F7", Reach::Window},
+    {TARN_CMD_STOP, "Ctrl+Pause", Reach::Window},
+    {TARN_CMD_COPY, "Ctrl+C", Reach::Tree},
+    {TARN_CMD_PASTE, "Ctrl+V", Reach::Tree},
+    {TARN_CMD_NODE_OPTIONS, "Alt+Return", Reach::Tree},
+    {TARN_CMD_ADD_FILES, "Ins", Reach::TreeItself},
+    {TARN_CMD_REMOVE_NODE, "Del", Reach::TreeItself},
 };
 
 std::uint32_t CommandOf(const CXmlNode& entry) {
@@ -93,8 +95,8 @@ void FillConfigurations(QMenu& menu, const MenuCommands& commands) {
 // Entries that represent a list have it as a submenu, which is rebuilt each time it is shown.
 using FillList = void (*)(QMenu& menu, const MenuCommands& commands);
 FillList ListOf(std::uint32_t command) {
-  if (command == kCmdToolList) return FillTools;
-  return command == kCmdSelectConfiguration ? FillConfigurations : nullptr;
+  if (command == TARN_CMD_LIST_TOOLS) return FillTools;
+  return command == TARN_CMD_SELECT_CONFIGURATION ? FillConfigurations : nullptr;
 }
 
 void ShowShortcut(QAction& action, std::uint32_t command) {
@@ -151,7 +153,7 @@ std::vector<ToolEntry> ReadToolEntries(const std::string& xml) {
   for (const CXmlNode* each : list->GetChildren()) {
     const std::string title = AttributeOf(each, "Title");
     const auto command = static_cast<std::uint32_t>(std::atoi(AttributeOf(each, "Id").c_str()));
-    if (command < kCmdFirstTool || command > kCmdLastTool) continue;
+    if (command < TARN_CMD_FIRST_TOOL || command > TARN_CMD_LAST_TOOL) continue;
     tools.push_back({command, title.empty() ? AttributeOf(each, "Header") : title});
   }
   return tools;

@@ -33,7 +33,7 @@ bool IsText(const QString& path) {
 
 ServerNotices::ServerNotices(MainFrame& mainFrame, FileSystem& fileSystem, QStatusBar& statusBar)
     : frame(mainFrame), files(fileSystem), bar(statusBar), selection(new QLabel(&statusBar)) {
-  selection->setAccessibleName(tr("What commands work on"));
+  selection->setAccessibleName(tr("Current selection"));
   bar.addPermanentWidget(selection);
   AnswerMessages();
 }

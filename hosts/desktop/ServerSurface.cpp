@@ -1,5 +1,7 @@
 #include "hosts/desktop/ServerSurface.h"
 
+#include <tarn/commands.h>
+
 #include <QAbstractScrollArea>
 #include <QDockWidget>
 #include <QMainWindow>
@@ -126,7 +128,7 @@ void ServerSurface::ShowPopup(const std::string& name, QPoint screen) {
   if (name == kLogPopup) {
     // The log implements copy and clear by itself, with its own enabled states.
     const auto isLogs = [](std::uint32_t command) {
-      return command >= kCmdClearLog && command <= kCmdCutLog;
+      return command >= TARN_CMD_CLEAR_LOG && command <= TARN_CMD_CUT_LOG;
     };
     offered.isEnabled = [this, isLogs](std::uint32_t command) {
       return isLogs(command) || commands.isEnabled(command);

@@ -36,7 +36,7 @@ QString WordFor(BuildEnd end, const CommandRunner& runner) {
 QString TextOfStart(const CommandRunner& runner) {
   const QString holder = runner.GetLockHolder();
   if (!runner.IsWaiting()) return StatusProgress::tr("Building...");
-  if (holder.isEmpty()) return StatusProgress::tr("Waiting for the options of the project...");
+  if (holder.isEmpty()) return StatusProgress::tr("Waiting for the project's options...");
   return StatusProgress::tr("Waiting for another build of this project (%1)").arg(holder);
 }
 
@@ -69,7 +69,7 @@ StatusProgress::StatusProgress(CommandRunner& commands, QWidget* parent)
   bar->setFixedWidth(kBarWidth);
   bar->setTextVisible(false);
   bar->setMaximumHeight(fontMetrics().height());
-  bar->setAccessibleName(tr("Progress of the build"));
+  bar->setAccessibleName(tr("Build progress"));
   clock->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   clock->setMinimumWidth(fontMetrics().horizontalAdvance("000:00"));
   stop->setObjectName("stopBuild");

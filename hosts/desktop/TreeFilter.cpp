@@ -47,11 +47,11 @@ class NodeDelegate : public QStyledItemDelegate {
 TreeFilter::TreeFilter(QWidget& treeWidget, const QString& pictureFolder, QWidget* parent)
     : QWidget(parent),
       tree(treeWidget),
-      field(new SearchField(tr("Find in the project"), this)),
+      field(new SearchField(tr("Find in project"), this)),
       list(new QListView(this)),
       model(new NodeListModel(pictureFolder, this)) {
   field->setObjectName("treeFilter");
-  field->setToolTip(tr("Lists all nodes whose name or path contains this (Ctrl+P)"));
+  field->setToolTip(tr("Lists all nodes whose name or path contains this text (Ctrl+P)"));
   field->installEventFilter(this);
   connect(field, &QLineEdit::textChanged, this, [this](const QString& text) { Show(text); });
   list->setModel(model);
@@ -60,7 +60,7 @@ TreeFilter::TreeFilter(QWidget& treeWidget, const QString& pictureFolder, QWidge
   list->setFrameShape(QFrame::NoFrame);
   list->setEditTriggers(QListView::NoEditTriggers);
   list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  list->setAccessibleName(tr("Nodes that were found"));
+  list->setAccessibleName(tr("Matching nodes"));
   list->installEventFilter(this);
   list->hide();
   connect(list, &QListView::clicked, this,

@@ -21,7 +21,7 @@ QString TrustNotice::Describe(const std::string& wish) {
       {"run the tool ", tr("This project wants to run the tool %1.")},
       {"run the script ", tr("This project wants to run the script %1.")},
       {"run code with the argument ",
-       tr("This project wants to run code of its own, by the argument %1.")},
+       tr("This project wants to run its own code through the argument %1.")},
       {"run ", tr("This project wants to run %1.")},
       {"write ", tr("This project wants to write %1.")},
       {"delete ", tr("This project wants to delete %1.")},
@@ -60,7 +60,7 @@ void TrustNotice::Trust() {
   const Error& error = added.GetError();
   QMessageBox::warning(
       &window_, tr("Tarn"),
-      tr("The answer can't be stored: %1: %2").arg(ToQt(error.place), ToQt(error.text)));
+      tr("The answer can't be saved: %1: %2").arg(ToQt(error.place), ToQt(error.text)));
 }
 
 }  // namespace tarn::host

@@ -74,7 +74,7 @@ WelcomePage::WelcomePage(std::vector<Example> shippedExamples, const QString& pi
   auto* const lines = new QVBoxLayout(body);
   lines->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   lines->addWidget(Heading(tr("Tarn"), kTitleSize, body));
-  lines->addWidget(Remark(tr("Firmware projects for microcontrollers"), body));
+  lines->addWidget(Remark(tr("Microcontroller firmware projects"), body));
   lines->addSpacing(kMargin * 3 / 4);
   lines->addLayout(columns);
   auto* const centred = new QHBoxLayout(page);
@@ -96,7 +96,7 @@ void WelcomePage::AddStart(QVBoxLayout& column) {
     column.addWidget(row);
   };
   column.addWidget(Heading(tr("Start"), 1.1, this));
-  add("node-project", tr("Open a project..."), tr("From a folder of this machine"),
+  add("node-project", tr("Open a project..."), tr("From a folder on this computer"),
       [this] { onOpen(); });
   add("node-application", tr("New project..."), tr("For a microcontroller of your choice"),
       [this] { onNew(); });

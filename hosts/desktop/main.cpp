@@ -20,7 +20,7 @@ namespace {
 
 void Describe(QCommandLineParser& parser) {
   parser.setApplicationDescription(
-      QCoreApplication::translate("main", "Opens a project and the files to edit."));
+      QCoreApplication::translate("main", "Opens a project and files to edit."));
   parser.addPositionalArgument(
       "files", QCoreApplication::translate("main", "Project (.tprj) and source files."),
       "[FILE...]");

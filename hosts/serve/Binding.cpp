@@ -42,17 +42,17 @@ CallProblem BindOne(const json& value, Variant& argument) {
   }
   if (value.is_string()) {
     std::optional<std::string> text = TextOfJson(value);
-    if (!text) return {kRpcBadParams, "holds a zero byte"};
+    if (!text) return {kRpcBadParams, "contains a zero byte"};
     argument = Variant(std::move(*text));
     return {};
   }
   if (value.is_number()) {
     const auto number = LongOf(value);
-    if (!number) return {kRpcBadParams, "is no whole number of 32 bits"};
+    if (!number) return {kRpcBadParams, "is not a 32-bit integer"};
     argument = Variant(*number);
     return {};
   }
-  return {kRpcBadParams, "is neither a text nor a number"};
+  return {kRpcBadParams, "is neither a string nor a number"};
 }
 
 }  // namespace
@@ -63,7 +63,7 @@ CallProblem OrderParams(std::string_view method, const std::vector<std::string_v
   if (!params.is_object()) {
     const std::size_t count = params.size();
     if (count < std::min(optionalFrom, names.size()) || count > names.size()) {
-      return {kRpcBadParams, Usage(method, names) + "; " + std::to_string(count) + " came"};
+      return {kRpcBadParams, Usage(method, names) + "; got " + std::to_string(count)};
     }
     for (std::size_t i = 0; i < count; ++i) ordered[i] = params[i];
     return {};
@@ -72,7 +72,7 @@ CallProblem OrderParams(std::string_view method, const std::vector<std::string_v
     const auto found = std::find(names.begin(), names.end(), name);
     if (found == names.end()) {
       const std::string hint = SuggestionText(name, {names.begin(), names.end()});
-      return {kRpcBadParams, Usage(method, names) + "; there is no " + Quote(name) +
+      return {kRpcBadParams, Usage(method, names) + "; unknown argument " + Quote(name) +
                                  (hint.empty() ? "" : "." + hint)};
     }
     ordered[static_cast<std::size_t>(found - names.begin())] = value;

@@ -32,9 +32,10 @@ RpcMessage ToMessage(FrameProblem problem) {
                             " bytes."}}};
   }
   return {false,
-          {RpcProblem{nullptr, kRpcNoJson,
-                      "This is no frame: header lines with one Content-Length, an empty line, the "
-                      "message."}}};
+          {RpcProblem{
+              nullptr, kRpcNoJson,
+              "Malformed frame: expected header lines with one Content-Length, an empty line, the "
+              "message."}}};
 }
 
 }  // namespace

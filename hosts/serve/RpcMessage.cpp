@@ -38,18 +38,18 @@ bool CanBeId(const json& id) {
 }
 
 RpcItem ReadItem(json& value) {
-  RpcProblem problem{nullptr, kRpcBadRequest, "A message is an object."};
+  RpcProblem problem{nullptr, kRpcBadRequest, "A message must be an object."};
   if (!value.is_object()) return problem;
   const auto id = value.find("id");
   const bool hasId = id != value.end();
   if (hasId && !CanBeId(*id)) {
-    problem.text = "An id is a text or a number.";
+    problem.text = "\"id\" must be a string or a number.";
     return problem;
   }
   if (hasId) problem.id = *id;
   const auto version = value.find("jsonrpc");
   if (version == value.end() || *version != "2.0") {
-    problem.text = "\"jsonrpc\" has to be \"2.0\".";
+    problem.text = "\"jsonrpc\" must be \"2.0\".";
     return problem;
   }
   const auto method = value.find("method");
@@ -59,17 +59,17 @@ RpcItem ReadItem(json& value) {
     if (hasId && (isError || result != value.end())) {
       return RpcAnswer{problem.id, isError, isError ? json() : std::move(*result)};
     }
-    problem.text = "There is no method.";
+    problem.text = "\"method\" is missing.";
     return problem;
   }
   if (!method->is_string()) {
-    problem.text = "A method is named by a text.";
+    problem.text = "\"method\" must be a string.";
     return problem;
   }
   const auto params = value.find("params");
   const bool hasParams = params != value.end();
   if (hasParams && !params->is_structured() && !params->is_null()) {
-    problem.text = "Params are an array or an object.";
+    problem.text = "\"params\" must be an array or an object.";
     return problem;
   }
   return RpcRequest{problem.id, !hasId, method->get<std::string>(),
@@ -89,7 +89,8 @@ RpcMessage ReadRpcMessage(std::string_view body) {
     return OneProblem(kRpcBadRequest, "The message is nested too deeply or has too many values.");
   }
   json document = json::parse(body, nullptr, false);
-  if (document.is_discarded()) return OneProblem(kRpcNoJson, "This is no JSON document in UTF-8.");
+  if (document.is_discarded())
+    return OneProblem(kRpcNoJson, "The message is not a JSON document in UTF-8.");
   if (!document.is_array()) return {false, {ReadItem(document)}};
   if (document.empty()) return OneProblem(kRpcBadRequest, "The batch is empty.");
   RpcMessage message{true, {}};

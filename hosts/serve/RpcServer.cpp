@@ -1,5 +1,7 @@
 #include "hosts/serve/RpcServer.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <chrono>
 
@@ -30,7 +32,7 @@ json ToJson(const std::vector<DamageEntry>& damage) {
 }
 
 constexpr const char* kUntrustedText =
-    "Its folder is not trusted, so that was refused. project/trust trusts it.";
+    "Its folder is not trusted, so this was refused. Use project/trust to trust it.";
 
 json TrustOf(ServedSession& session) {
   const std::string folder = session.GetProjectFolder();
@@ -120,7 +122,7 @@ bool AsksForStop(const RpcRequest& request) {
   if (request.method == "shutdown" || request.method == "exit") return true;
   if (request.method != "Command" || !request.params.is_structured()) return false;
   return std::any_of(request.params.begin(), request.params.end(), [](const json& each) {
-    return each.is_number_integer() && each == std::int64_t{kCmdStop};
+    return each.is_number_integer() && each == std::int64_t{TARN_CMD_STOP};
   });
 }
 
@@ -271,7 +273,7 @@ CallProblem RpcServer::AddConfiguration(const json& params) {
   const std::optional<std::string> name = TextOfJson(given[0]);
   if (!given[1].is_null()) wanted.from = TextOfJson(given[1]);
   if (!name || wanted.from.has_value() == given[1].is_null()) {
-    return {kRpcBadParams, "addConfiguration: name and from are texts"};
+    return {kRpcBadParams, "addConfiguration: name and from must be strings"};
   }
   wanted.name = *name;
   const Status added = session->AddConfiguration(wanted);
@@ -279,7 +281,7 @@ CallProblem RpcServer::AddConfiguration(const json& params) {
 }
 
 CallProblem RpcServer::Initialize(const json& params, json& result) {
-  if (session) return {kRpcBadRequest, "The server is initialized already."};
+  if (session) return {kRpcBadRequest, "The server is already initialized."};
   std::vector<json> given;
   if (CallProblem problem = OrderParams(
           "initialize", {"applicationPath", "dataPath", "answers", "damagedOk", "trust"}, 0, params,
@@ -288,16 +290,16 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
     return problem;
   }
   if (!given[3].is_null() && !given[3].is_boolean()) {
-    return {kRpcBadParams, "initialize: damagedOk is neither true nor false"};
+    return {kRpcBadParams, "initialize: damagedOk must be true or false"};
   }
   if (!given[4].is_null() && !given[4].is_boolean()) {
-    return {kRpcBadParams, "initialize: trust is neither true nor false"};
+    return {kRpcBadParams, "initialize: trust must be true or false"};
   }
   HostFolders folders;
   if (CallProblem problem = ReadFolders(given, folders); problem.code != 0) return problem;
   std::vector<std::string> answers;
   if (!TakeNames(given[2], answers)) {
-    return {kRpcBadParams, "initialize: answers is no list of names"};
+    return {kRpcBadParams, "initialize: answers must be a list of names"};
   }
   questions.SetAnswered(answers);
   session = std::make_unique<ServedSession>(
@@ -306,7 +308,7 @@ CallProblem RpcServer::Initialize(const json& params, json& result) {
       });
   if (const Status started = session->Start(); !started) {
     session.reset();
-    return {kRpcFailed, "This installation isn't complete: " + started.GetError().place + ": " +
+    return {kRpcFailed, "This installation is incomplete: " + started.GetError().place + ": " +
                             started.GetError().text};
   }
   session->SetWaitEnd([this] { return channel.HasRequest(AsksForStop); });
@@ -341,7 +343,7 @@ CallProblem RpcServer::ReadFolders(const std::vector<json>& params, HostFolders&
   for (std::size_t i = 0; i < std::size(places); ++i) {
     auto& [name, path] = places[i];
     if (!TakeOptionalText(params[i], *path)) {
-      return {kRpcBadParams, std::string("initialize: ") + name + " is no path"};
+      return {kRpcBadParams, std::string("initialize: ") + name + " must be a path"};
     }
     if (IsRelativePath(*path)) *path = JoinPath(files.CurrentFolder(), *path);
     *path = files.Canonical(*path);  // removes a trailing separator
@@ -374,8 +376,8 @@ CallProblem RpcServer::CallMethod(const RpcRequest& request, json& result) {
   if (method == methods.end()) {
     std::vector<std::string> names;
     for (const MethodInfo& each : methods) names.emplace_back(each.name);
-    return {kRpcNoMethod, "There is no method \"" + request.method + "\"." +
-                              SuggestionText(request.method, names)};
+    return {kRpcNoMethod,
+            "Unknown method \"" + request.method + "\"." + SuggestionText(request.method, names)};
   }
   std::vector<Variant> arguments;
   if (CallProblem problem = BindArguments(*method, request.params, arguments); problem.code != 0) {

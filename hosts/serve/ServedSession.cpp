@@ -1,5 +1,7 @@
 #include "hosts/serve/ServedSession.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -16,12 +18,12 @@ namespace {
 constexpr std::chrono::milliseconds kEndTime(1'500);
 
 // The commands that start the worker and can be checked in advance with EnableCommand.
-constexpr std::array kBuildCommands = {kCmdRebuildAll,    kCmdBuildAll,        kCmdCleanAll,
-                                       kCmdRebuildNode,   kCmdBuildNode,       kCmdCleanNode,
-                                       kCmdTranslateNode, kCmdBuildApplication};
+constexpr std::array kBuildCommands = {
+    TARN_CMD_REBUILD_ALL, TARN_CMD_BUILD_ALL,  TARN_CMD_CLEAN_ALL,      TARN_CMD_REBUILD_NODE,
+    TARN_CMD_BUILD_NODE,  TARN_CMD_CLEAN_NODE, TARN_CMD_TRANSLATE_NODE, TARN_CMD_BUILD_APPLICATION};
 
 bool IsWhole(std::uint32_t command) {
-  return command == kCmdBuildAll || command == kCmdRebuildAll;
+  return command == TARN_CMD_BUILD_ALL || command == TARN_CMD_REBUILD_ALL;
 }
 
 bool IsBuildCommand(std::uint32_t command) {
@@ -162,7 +164,7 @@ void ServedSession::OnRunScript(const HostEvent& event) {
     for (const std::string_view line : Split(ended.error, '\n')) TellLine(std::string(line));
   }
   // The script may have left a build running.
-  if (!isBuilding) isBuilding = session.Manager().EnableCommand(kCmdStop) == 1;
+  if (!isBuilding) isBuilding = session.Manager().EnableCommand(TARN_CMD_STOP) == 1;
   UnlockUnlessBuilding();
 }
 
@@ -308,17 +310,18 @@ bool ServedSession::PrepareBuild() {
 // Detects whether the call has started a worker. A worker that has already ended was noticed
 // through its message.
 void ServedSession::NoteCommand(std::uint32_t command) {
-  if (command == kCmdSelectConfiguration) isPrepared = false;
+  if (command == TARN_CMD_SELECT_CONFIGURATION) isPrepared = false;
   if (isBuilding) return;
   // This query may execute the worker's last task.
-  const bool runs = session.Manager().EnableCommand(kCmdStop) == 1;
+  const bool runs = session.Manager().EnableCommand(TARN_CMD_STOP) == 1;
   isBuilding = runs;
 }
 
 // A stop can be requested by a command, and by the answer to an operation's question about a
 // running build.
 void ServedSession::PassStopOn() {
-  if (isBuilding && session.Manager().EnableCommand(kCmdStop) == 0) session.Tools().StopTools();
+  if (isBuilding && session.Manager().EnableCommand(TARN_CMD_STOP) == 0)
+    session.Tools().StopTools();
 }
 
 void ServedSession::KeepResults() {
@@ -326,7 +329,7 @@ void ServedSession::KeepResults() {
   mustKeep = false;
   if (hasProject) session.EndWork();
   if (const std::string& problem = session.GetStateProblem(); !problem.empty()) {
-    TellLine("warning: The state of this build couldn't be kept: " + problem);
+    TellLine("warning: The state of this build couldn't be saved: " + problem);
   }
   if (std::exchange(hasBuiltWhole, false) && hasProject) TellGaps();
 }
@@ -372,7 +375,7 @@ void ServedSession::CarryOut(std::uint32_t command) {
 
 void ServedSession::StopWork() {
   if (isBuilding) {
-    session.Manager().Command(kCmdStop);
+    session.Manager().Command(TARN_CMD_STOP);
     session.Tools().StopTools();
     loop->PumpUntil([this] { return !isBuilding; }, kEndTime);
   }

@@ -23,7 +23,7 @@
     <Message Id="131081" String="The file '%s' could not be saved." />
     <Message Id="131082" String="%s: %s (%s)" />
     <Message Id="131083" String="Finished." />
-    <Message Id="131084" String="Stopped before the end; see the messages above." />
+    <Message Id="131084" String="Stopped early; see the messages above." />
     <Message Id="131085" String="Building %s" />
     <Message Id="131086" String="Linking" />
     <Message Id="131087" String="Loading" />
@@ -34,22 +34,22 @@
     <Message Id="131092" String="Clean" />
     <Message Id="131093" String="Build" />
     <Message Id="131094" String="The operation failed." />
-    <Message Id="131095" String="The file '%s' is damaged; only the part in front of the damage was read." />
+    <Message Id="131095" String="The file '%s' is damaged; only the part before the damage was read." />
     <Message Id="131096" String="%s is still running. Stop it?" />
-    <Message Id="131097" String="The file '%s' exists already. Replace it?" />
-    <Message Id="131098" String="Start a new project" />
+    <Message Id="131097" String="The file '%s' already exists. Replace it?" />
+    <Message Id="131098" String="Create a new project" />
     <Message Id="131099" String="Ready" />
     <Message Id="131100" String="Information:" />
     <Message Id="131101" String="Built:" />
     <Message Id="131102" String="Configuration:" />
     <Message Id="131103" String="File:" />
     <Message Id="131104" String="Output:" />
-    <Message Id="131105" String="Older projects" />
-    <Message Id="131106" String="The older project '%s' can't be read." />
-    <Message Id="131107" String="The older project '%s' has a form that can't be converted." />
+    <Message Id="131105" String="Projects in the old format" />
+    <Message Id="131106" String="The project '%s' in the old format can't be read." />
+    <Message Id="131107" String="The project '%s' has a format that can't be converted." />
     <Message Id="131108" String="The project converted from '%s' can't be written." />
-    <Message Id="131109" String="Older workspaces" />
-    <Message Id="131110" String="The older project '%s' was converted only in part." />
+    <Message Id="131109" String="Workspaces in the old format" />
+    <Message Id="131110" String="The project '%s' in the old format was only partly converted." />
   </Messages>
 
   <xsl:output method="html" encoding="UTF-8" indent="no" doctype-system="about:legacy-compat" />

@@ -13,22 +13,22 @@ using tarn::EnableRule;
 
 constexpr const char* kHead = R"(# Commands
 
-<!-- Made from src/automation/CommandTable.cpp; don't edit. -->
+<!-- Generated from src/automation/CommandTable.cpp; don't edit. -->
 
-What a user asks for in a menu or a tool bar reaches the project manager as a number:
+Menus and tool bars send commands to the project manager as numbers:
 
 | Call | What it does |
 |---|---|
-| `EnableCommand(id)` | tells whether the command can be given now: 1 or 0 |
-| `PrologCommand(id)` | goes in front of a command that works in the background: asks the host by message 0x800C whether it may start, and empties the log. 0: don't give the command |
-| `Command(id)` | carries it out. 2: work goes on in the background, the command's own or that of another which can't be interrupted, and message 0x800D tells its end; 1: done |
-| `EpilogCommand(id)` | goes behind the end of a command that works in the background. 0: the manager has posted commands that follow |
+| `EnableCommand(id)` | returns whether the command is enabled: 1 or 0 |
+| `PrologCommand(id)` | is called before a command that works in the background: asks the host by the message `TARN_MSG_BUILD_STARTING` whether the command may start, and clears the log. 0: the command must not be called |
+| `Command(id)` | carries the command out. 2: work continues in the background, for this command or for another one that can't be interrupted, and the message `TARN_MSG_WORKER_ENDED` reports its end; 1: done |
+| `EpilogCommand(id)` | is called after a command that works in the background has ended. 0: the manager has posted follow-up commands |
 
-For all other commands prolog and epilog give 1 and do nothing. A number that isn't here is enabled,
-and its command does nothing and gives 1.
+For all other commands, the prolog and the epilog do nothing and return 1. Numbers that are not
+listed here are enabled; their commands do nothing and return 1.
 
-Menus of the configuration file hold the number of the second column: up to 57600 it counts from
-32772, and above it is the command's own.
+Menus in the configuration file contain the number in the second column. Up to 57600 it is an offset
+from 32772; above that it is the command's own number.
 
 | Number | In menus | Command | What it does | Enabled | In the background |
 |---|---|---|---|---|---|

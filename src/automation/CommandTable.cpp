@@ -3,6 +3,8 @@
 
 #include "automation/CommandTable.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 #include <array>
 
@@ -34,56 +36,57 @@ std::span<const CommandRow> CommandRow::Table() {
   using enum CommandKind;
   static const std::array rows = {
       CommandRow{
-          0x8105, Always, Plain, "Apply an option",
-          "Stores the option that the options window has changed. What was built stays good.",
+          TARN_CMD_APPLY_OPTION, Always, Plain, "Apply an option",
+          "Stores the option that was changed in the options window. Outputs stay up to date.",
           Apply<true>},
-      CommandRow{0x8106, Always, Plain, "Apply an option and build anew",
-                 "Stores the option that the options window has changed. The current node and all "
-                 "below it are out of date.",
+      CommandRow{TARN_CMD_APPLY_OPTION_AND_REBUILD, Always, Plain, "Apply an option and rebuild",
+                 "Stores the option that was changed in the options window. The current node and "
+                 "everything below it are then out of date.",
                  Apply<false>},
-      CommandRow{0x8108, Always, Plain, "Add files",
-                 "Asks for files and adds them at the current node.",
+      CommandRow{TARN_CMD_ADD_FILES, Always, Plain, "Add files",
+                 "Prompts for files and adds them to the current node.",
                  [](M& manager, Id) {
                    return manager.model->Items().AddExistingItem(nullptr, nullptr), 1;
                  }},
       CommandRow{
-          0x8109, UserProject, Plain, "New application",
-          "Asks what the new application is to be and adds it.",
+          TARN_CMD_NEW_APPLICATION, UserProject, Plain, "New application",
+          "Prompts for the settings of a new application and adds it.",
           [](M& manager, Id) { return manager.model->Items().AddNewItem(nullptr, nullptr), 1; }},
-      CommandRow{0x810B, UserProject, Plain, "Options", "Shows the options of the current node.",
-                 Do<&M::ShowNodeOptions>},
+      CommandRow{TARN_CMD_NODE_OPTIONS, UserProject, Plain, "Options",
+                 "Shows the options of the current node.", Do<&M::ShowNodeOptions>},
       CommandRow{
-          0x810C, UserProject, Plain, "New folder", "Adds a folder at the current node.",
+          TARN_CMD_NEW_GROUP, UserProject, Plain, "New folder",
+          "Adds a folder to the current node.",
           [](M& manager, Id) { return manager.model->Items().AddNewItem(nullptr, "Group"), 1; }},
-      CommandRow{0x810D, Always, Plain, "Listing",
-                 "Has the host open the listing file of the current node.",
+      CommandRow{TARN_CMD_OPEN_LISTING, Always, Plain, "Listing",
+                 "Opens the listing file of the current node in the host.",
                  [](M& manager, Id) { return manager.OpenListing(nullptr), 1; }},
-      CommandRow{0x810E, Always, Plain, "Open as its type says",
-                 "Sends the host the command that the option `Internal.Open` of the node's type "
-                 "names.",
+      CommandRow{TARN_CMD_OPEN_BY_TYPE, Always, Plain, "Open with the command of its type",
+                 "Sends the host the command that is specified by the option `Internal.Open` of "
+                 "the node's type.",
                  Do<&M::RunOpenCommand>},
-      CommandRow{0x810F, Always, Plain, "Open the file",
-                 "Has the host open the file of the current node in an editor.",
+      CommandRow{TARN_CMD_OPEN_FILE, Always, Plain, "Open the file",
+                 "Opens the file of the current node in an editor of the host.",
                  Do<&M::OpenCurrentFile>},
-      CommandRow{0x8110, Always, Plain, "Show the file",
-                 "Has the host show the file of the current node.", Do<&M::ShowCurrentFile>},
-      CommandRow{0x8111, UserProject, Build, "Rebuild all", "Builds the whole project anew.",
-                 StartBuild<kWorkerRebuildAll>},
-      CommandRow{0x8112, UserProject, Build, "Build all",
+      CommandRow{TARN_CMD_SHOW_FILE, Always, Plain, "Show the file",
+                 "Shows the file of the current node in the host.", Do<&M::ShowCurrentFile>},
+      CommandRow{TARN_CMD_REBUILD_ALL, UserProject, Build, "Rebuild all",
+                 "Rebuilds the whole project.", StartBuild<kWorkerRebuildAll>},
+      CommandRow{TARN_CMD_BUILD_ALL, UserProject, Build, "Build all",
                  "Builds what is out of date in the project.", StartBuild<kWorkerBuildAll>},
-      CommandRow{0x8113, UserProject, Build, "Clean all", "Deletes what was built of the project.",
-                 StartBuild<kWorkerCleanAll>},
-      CommandRow{0x8114, Always, Build, "Rebuild the selection",
-                 "Builds the current node and all below it anew.", StartBuild<ModeRebuild>},
-      CommandRow{0x8115, Always, Build, "Build the selection",
-                 "Builds what is out of date at the current node and below it.",
+      CommandRow{TARN_CMD_CLEAN_ALL, UserProject, Build, "Clean all",
+                 "Deletes the outputs of the project.", StartBuild<kWorkerCleanAll>},
+      CommandRow{TARN_CMD_REBUILD_NODE, Always, Build, "Rebuild the selection",
+                 "Rebuilds the current node and everything below it.", StartBuild<ModeRebuild>},
+      CommandRow{TARN_CMD_BUILD_NODE, Always, Build, "Build the selection",
+                 "Builds what is out of date in the current node and below it.",
                  StartBuild<ModeBuild>},
-      CommandRow{0x8116, Always, Build, "Clean the selection",
-                 "Deletes what was built of the current node and all below it.",
+      CommandRow{TARN_CMD_CLEAN_NODE, Always, Build, "Clean the selection",
+                 "Deletes the outputs of the current node and everything below it.",
                  StartBuild<ModeClean>},
-      CommandRow{0x8117, Always, Build, "Translate the file",
-                 "Runs the tool of the current node, and no other.", StartBuild<kWorkerTranslate>},
-      CommandRow{0x8118, UserProject, Plain, "Make the active application",
+      CommandRow{TARN_CMD_TRANSLATE_NODE, Always, Build, "Translate the file",
+                 "Runs only the tool of the current node.", StartBuild<kWorkerTranslate>},
+      CommandRow{TARN_CMD_SET_ACTIVE_APPLICATION, UserProject, Plain, "Set as active application",
                  "Makes the current node the active application, if it is an application.",
                  [](M& manager, Id) {
                    manager.model->Publishing().SetActiveApplication(
@@ -91,61 +94,62 @@ std::span<const CommandRow> CommandRow::Table() {
                    return 1;
                  }},
       CommandRow{
-          0x8119, Always, Plain, "Select the configuration",
-          "Puts the configuration in force that the options window names.",
+          TARN_CMD_SELECT_CONFIGURATION, Always, Plain, "Select the configuration",
+          "Activates the configuration that is specified in the options window.",
           [](M& manager, Id) { return manager.model->Options().SelectConfiguration(""), 1; }},
-      CommandRow{0x811A, Always, Plain, "Reset an option",
-                 "Takes away the stored value of the option that the options window has changed.",
+      CommandRow{TARN_CMD_RESET_OPTION, Always, Plain, "Reset an option",
+                 "Removes the stored value of the option that was changed in the options window.",
                  Do<&M::ResetProperty>},
       CommandRow{
-          0x811B, Always, Plain, "Options back to the defaults",
-          "Takes away all options that are stored at the current node.",
+          TARN_CMD_RESET_NODE_OPTIONS, Always, Plain, "Reset to defaults",
+          "Removes all options that are stored at the current node.",
           [](M& manager, Id) { return manager.model->Options().ResetNodeOptions(nullptr), 1; }},
-      CommandRow{0x811C, WhileBuilding, Plain, "Stop",
-                 "Asks the build to stop behind the tool that runs.",
+      CommandRow{TARN_CMD_STOP, WhileBuilding, Plain, "Stop",
+                 "Requests that the build stop after the running tool.",
                  [](M& manager, Id) { return manager.builder->RequestStop(), 1; }},
-      CommandRow{0x811E, Always, Plain, "Announce the active application",
-                 "Tells the host the path and the configuration of the active application.",
+      CommandRow{TARN_CMD_OPTIONS_LOADED, Always, Plain, "Announce the active application",
+                 "Notifies the host of the path and the configuration of the active application.",
                  Do<&M::AnnounceActiveApplication>},
-      CommandRow{0x811F, Always, Build, "Build the active application",
+      CommandRow{TARN_CMD_BUILD_APPLICATION, Always, Build, "Build the active application",
                  "Selects the active application and builds what is out of date in it.",
                  [](M& manager, Id) {
                    if (!manager.builder->CanStartOperation()) return 2;
                    manager.model->SetCurrentNode(manager.model->GetActiveApplication());
                    return manager.StartWorker(ModeBuild);
                  }},
-      CommandRow{0x8120, Always, Plain, "Listing of the active application",
-                 "Has the host open the listing file of the active application.",
+      CommandRow{TARN_CMD_APPLICATION_LISTING, Always, Plain, "Listing of the active application",
+                 "Opens the listing file of the active application in the host.",
                  [](M& manager, Id) {
                    return manager.OpenListing(manager.model->GetActiveApplication()), 1;
                  }},
-      CommandRow{0x8121, Always, Plain, "Options of the active application",
+      CommandRow{TARN_CMD_APPLICATION_OPTIONS, Always, Plain, "Options of the active application",
                  "Shows the options of the active application.", Do<&M::ShowApplicationOptions>},
-      CommandRow{kFirstDynamicCommand, Always, Tool, "Run a tool",
-                 "Runs a tool that fits the current node; `GetDynamicCommands` tells the tools and "
-                 "their numbers. Gives 1 when there is none; a number that no tool has gives 2, "
-                 "and no end is told.",
+      CommandRow{TARN_CMD_LIST_TOOLS, Always, Tool, "Run a tool",
+                 "Runs a tool that applies to the current node; `GetDynamicCommands` returns the "
+                 "tools and their numbers. Returns 1 if there is none. A number without a tool "
+                 "returns 2, and its end is not reported.",
                  [](M& manager, Id number) { return manager.RunNodeTool(number); },
-                 kLastDynamicCommand},
-      CommandRow{0x8137, Always, Plain, "Stop publishing",
+                 TARN_CMD_LAST_TOOL},
+      CommandRow{TARN_CMD_STOP_PUBLISHING, Always, Plain, "Stop publishing",
                  "Stops reading the options of nodes in the background.", Do<&M::StopPublishing>},
-      CommandRow{0x8138, Always, Plain, "Add a configuration",
-                 "Adds the configuration that the options window names.",
+      CommandRow{TARN_CMD_ADD_CONFIGURATION, Always, Plain, "Add a configuration",
+                 "Adds the configuration that is specified in the options window.",
                  [](M& manager, Id) { return manager.model->Options().AddConfiguration(), 1; }},
-      CommandRow{0x8139, Always, Plain, "Build once more",
-                 "Has all built anew behind the build that runs. Gives 0.",
+      CommandRow{TARN_CMD_REBUILD_AFTERWARDS, Always, Plain, "Build once more",
+                 "Rebuilds everything after the running build. Returns 0.",
                  [](M& manager, Id) { return manager.rerunAfterBuild = true, 0; }},
       CommandRow{
-          0x813A, Always, Plain, "Empty the default project",
-          "Takes out all that was added to the default project.",
+          TARN_CMD_CLEAR_DEFAULT_PROJECT, Always, Plain, "Empty the default project",
+          "Removes everything that was added to the default project.",
           [](M& manager, Id) { return manager.model->Editor().ClearDefaultApplicationItems(), 1; }},
-      CommandRow{0xE120, UserProject, Plain, "Remove",
-                 "Takes the current node out of the project; its file stays.",
+      CommandRow{TARN_CMD_REMOVE_NODE, UserProject, Plain, "Remove",
+                 "Removes the current node from the project; its file is kept.",
                  [](M& manager, Id) { return manager.model->Editor().RemoveItem(nullptr), 1; }},
-      CommandRow{0xE122, UserProject, Plain, "Copy", "Copies the current node with all below it.",
+      CommandRow{TARN_CMD_COPY, UserProject, Plain, "Copy",
+                 "Copies the current node with everything below it.",
                  [](M& manager, Id) { return manager.model->Editor().CopyNode(nullptr), 1; }},
-      CommandRow{0xE125, UserProject, Plain, "Paste",
-                 "Puts what was copied in at the current node.",
+      CommandRow{TARN_CMD_PASTE, UserProject, Plain, "Paste",
+                 "Inserts the copied node at the current node.",
                  [](M& manager, Id) { return manager.model->Editor().PasteNode(nullptr), 1; }},
   };
   return rows;

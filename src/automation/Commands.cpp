@@ -1,6 +1,8 @@
 // Life cycle of a command (enabling, prolog, execution, epilog), and the implementation of those
 // that need more than one call.
 
+#include <tarn/commands.h>
+
 #include "automation/CommandTable.h"
 #include "automation/ProjectManager.h"
 #include "patterns/ParseNumber.h"
@@ -87,8 +89,8 @@ std::int32_t CProjectManager::EpilogCommand(std::uint32_t id) {
     model->Services().views.LoadGlobals(model->Paths().GlobalsFileOf(*application));
   }
   if (!rerunAfterBuild) return 1;
-  model->Host().PostHostCommand(0x8106);
-  model->Host().PostHostCommand(0x8111);
+  model->Host().PostHostCommand(TARN_CMD_APPLY_OPTION_AND_REBUILD);
+  model->Host().PostHostCommand(TARN_CMD_REBUILD_ALL);
   return 0;
 }
 

@@ -1,6 +1,8 @@
 // Reasons why a build doesn't build the whole project, for hosts that must not report such a build
 // as successful.
 
+#include <tarn/methods.h>
+
 #include "automation/BuildGaps.h"
 #include "automation/ProjectInspector.h"
 #include "automation/ProjectManager.h"
@@ -11,13 +13,12 @@ namespace tarn {
 namespace {
 
 // Optional methods of the components, in addition to those that the server itself calls.
-constexpr DispatchId kGetDefinitionProblem = 120;
-constexpr DispatchId kHasTool = 121;
 
 std::unique_ptr<CXmlNode> ListGaps(CProjectModel& model) {
   CToolManagerDriver* tools = model.Services().toolManager;
   return ListBuildGaps(model, [tools](const std::string& tool) {
-    return tools == nullptr || tools->InvokeLong(kHasTool, {tool}) != 0 || !tools->LastResult();
+    return tools == nullptr || tools->InvokeLong(TARN_TOOL_HAS_TOOL, {tool}) != 0 ||
+           !tools->LastResult();
   });
 }
 
@@ -40,7 +41,7 @@ std::string CProjectInspector::GetBuildProblem() {
   if (reason == "no-tool") return text + "it has no tool";
   if (reason == "no-file") return text + "it names no file";
   if (reason == "no-application") return text + "it is in no application";
-  if (reason == "unknown-tool") return text + "no definition knows its tool " + type;
+  if (reason == "unknown-tool") return text + "its tool " + type + " isn't defined";
   return text + "its type " + type + " isn't defined";
 }
 
@@ -57,8 +58,8 @@ std::string CProjectInspector::GetInstallationProblem() {
 }
 
 std::string CProjectManager::FindDefinitionProblem() {
-  const std::string options = propertyManager->InvokeText(kGetDefinitionProblem, {});
-  return options.empty() ? toolManager->InvokeText(kGetDefinitionProblem, {}) : options;
+  const std::string options = propertyManager->InvokeText(TARN_OPT_GET_DEFINITION_PROBLEM, {});
+  return options.empty() ? toolManager->InvokeText(TARN_TOOL_GET_DEFINITION_PROBLEM, {}) : options;
 }
 
 }  // namespace tarn

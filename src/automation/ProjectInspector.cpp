@@ -1,5 +1,7 @@
 #include "automation/ProjectInspector.h"
 
+#include <tarn/methods.h>
+
 #include <charconv>
 #include <string_view>
 #include <vector>
@@ -146,6 +148,15 @@ bool HasStaleNodes(const CXmlNode& status, const CXmlNode& application) {
   return false;
 }
 
+// Adds the reason of an outdated node. A file that can't be examined only seems to be missing.
+void AddReason(FileSystem& files, const StaleVerdict& verdict, CXmlNode& row) {
+  const Result<bool> exists =
+      verdict.file.empty() ? Result<bool>(true) : files.CheckExists(verdict.file);
+  row.AddAttr("Reason", exists ? NameOf(verdict.reason) : "unreadable");
+  row.AddAttr("File", verdict.file);
+  if (!exists) row.AddAttr("Detail", exists.GetError().text);
+}
+
 // Adds the status of an application. The applications that it uses are listed by label, in build
 // order.
 void AddStatus(Builder& builder, const ApplicationOrder& order, CXmlNode& application,
@@ -173,8 +184,12 @@ void AddStatus(Builder& builder, const ApplicationOrder& order, CXmlNode& applic
     CopyAttribute(node, "Path", row, "Path");
     CopyAttribute(node, "OutputFile", row, "OutputFile");
     CopyAttribute(node, "TranslateTool", row, "Tool");
-    row.AddAttr("Reason", waitsForParts ? "parts-stale" : NameOf(verdict.reason));
-    row.AddAttr("File", verdict.file);
+    if (verdict) {
+      AddReason(model.GetFiles(), verdict, row);
+    } else {
+      row.AddAttr("Reason", "parts-stale");
+      row.AddAttr("File", "");
+    }
   });
   AddGaps(model.Types(), application, true, entry);
 }
@@ -184,60 +199,70 @@ void AddStatus(Builder& builder, const ApplicationOrder& order, CXmlNode& applic
 const DispatchTable<CProjectInspector>& CProjectInspector::Table() {
   using I = CProjectInspector;
   static const DispatchTable<CProjectInspector> table({
-      Method<&I::Attach>("Attach", 1, {"manager"}),
-      Method<&I::PublishAll>("PublishAll", 2, {}),
-      Method<&I::GetTree>("GetTree", 3, {}),
-      Method<&I::GetStatus>("GetStatus", 4, {}),
-      Method<&I::GetBuildInputs>("GetBuildInputs", 5, {}),
-      Method<&I::GetToolInput>("GetToolInput", 6, {"application", "outputFile"}),
-      Method<&I::GetPropertyManager>("GetPropertyManager", 7, {}),
-      Method<&I::SelectNodeByKey>("SelectNodeByKey", 8, {"key", "application"}),
-      Method<&I::ExplainOption>("ExplainOption", 9, {"setname", "sectionname", "propertyname"}),
-      Method<&I::MissingImportProgram>("MissingImportProgram", 10, {}),
-      Method<&I::GetTargets>("GetTargets", 11, {}),
-      Method<&I::GetLogFile>("GetLogFile", 12, {}),
-      Method<&I::GetGlobals>("GetGlobals", 13, {"application", "column"}),
-      Method<&I::GetReport>("GetReport", 14, {"log"}),
-      Method<&I::SelectNodeByPlace>("SelectNodeByPlace", 15, {"place"}),
-      Method<&I::GetChangeCount>("GetChangeCount", 16, {}),
-      Method<&I::GetFileTexts>("GetFileTexts", 17, {}),
-      Method<&I::PublishFor>("PublishFor", 18, {"milliseconds"}),
-      Method<&I::NoteCurrentNode>("NoteCurrentNode", 19, {}),
-      Method<&I::SelectNotedNode>("SelectNotedNode", 20, {}),
-      Method<&I::GetMissedSelection>("GetMissedSelection", 26, {}),
-      Method<&I::GetDamage>("GetDamage", 21, {}),
-      Method<&I::ProtectDamaged>("ProtectDamaged", 22, {"protect"}),
-      Method<&I::GetFailedDamage>("GetFailedDamage", 25, {}),
-      Method<&I::OpenBuildState>("OpenBuildState", 40, {"path"}),
-      Method<&I::IsBuildStateCurrent>("IsBuildStateCurrent", 41, {"path"}),
-      Method<&I::RestoreFor>("RestoreFor", 42, {"milliseconds"}),
-      Method<&I::FinishBuildState>("FinishBuildState", 43, {"mayShrink"}),
-      Method<&I::GetBuildInfos>("GetBuildInfos", 44, {"application", "outputFile"}),
-      Method<&I::GetBuildGaps>("GetBuildGaps", 30, {}),
-      Method<&I::GetInstallationProblem>("GetInstallationProblem", 31, {}),
-      Method<&I::GetBuildProblem>("GetBuildProblem", 32, {}),
-      Method<&I::CopyConfiguration>("CopyConfiguration", 23, {"from", "to"}),
-      Method<&I::RefreshDefinitions>("RefreshDefinitions", 24, {}),
-      Method<&I::TryLockProject>("TryLockProject", 60, {"path"}),
-      Method<&I::UnlockProject>("UnlockProject", 61, {}),
-      Method<&I::GetSaveReport>("GetSaveReport", 62, {}),
-      Method<&I::AllowOutside>("AllowOutside", 63, {"allow"}),
-      Method<&I::GetApplications>("GetApplications", 73, {}),
-      Method<&I::ApplyChange>("ApplyChange", 64, {"before", "after"}),
-      Method<&I::GetBaseTexts>("GetBaseTexts", 67, {}),
-      Method<&I::StageFileTexts>("StageFileTexts", 68, {"texts", "bases"}),
-      Method<&I::IsModified>("IsModified", 69, {}),
-      Method<&I::TakeBuildNotices>("TakeBuildNotices", 65, {}),
-      Method<&I::DropChanges>("DropChanges", 75, {}),
-      Method<&I::SaveAllOrNone>("SaveAllOrNone", 70, {"wanted"}),
-      Method<&I::GetSharedOutputs>("GetSharedOutputs", 50, {"application"}),
-      Method<&I::SetTrustedFolders>("SetTrustedFolders", 66, {"folders"}),
-      Method<&I::SetStateFolder>("SetStateFolder", 84, {"folder"}),
-      Method<&I::TakeRefusedWishes>("TakeRefusedWishes", 71, {}),
-      Method<&I::CheckScript>("CheckScript", 72, {"path"}),
-      Method<&I::SetNewProjectFolder>("SetNewProjectFolder", 80, {"folder"}),
-      Method<&I::GetBuildStateProblem>("GetBuildStateProblem", 82, {}),
-      Method<&I::OpenForReading>("OpenForReading", 83, {"wanted"}),
+      Method<&I::Attach>("Attach", TARN_INS_ATTACH, {"manager"}),
+      Method<&I::PublishAll>("PublishAll", TARN_INS_PUBLISH_ALL, {}),
+      Method<&I::GetTree>("GetTree", TARN_INS_GET_TREE, {}),
+      Method<&I::GetStatus>("GetStatus", TARN_INS_GET_STATUS, {}),
+      Method<&I::GetBuildInputs>("GetBuildInputs", TARN_INS_GET_BUILD_INPUTS, {}),
+      Method<&I::GetToolInput>("GetToolInput", TARN_INS_GET_TOOL_INPUT,
+                               {"application", "outputFile"}),
+      Method<&I::GetPropertyManager>("GetPropertyManager", TARN_INS_GET_PROPERTY_MANAGER, {}),
+      Method<&I::SelectNodeByKey>("SelectNodeByKey", TARN_INS_SELECT_NODE_BY_KEY,
+                                  {"key", "application"}),
+      Method<&I::ExplainOption>("ExplainOption", TARN_INS_EXPLAIN_OPTION,
+                                {"setname", "sectionname", "propertyname"}),
+      Method<&I::MissingImportProgram>("MissingImportProgram", TARN_INS_MISSING_IMPORT_PROGRAM, {}),
+      Method<&I::GetTargets>("GetTargets", TARN_INS_GET_TARGETS, {}),
+      Method<&I::GetLogFile>("GetLogFile", TARN_INS_GET_LOG_FILE, {}),
+      Method<&I::GetGlobals>("GetGlobals", TARN_INS_GET_GLOBALS, {"application", "column"}),
+      Method<&I::GetReport>("GetReport", TARN_INS_GET_REPORT, {"log"}),
+      Method<&I::SelectNodeByPlace>("SelectNodeByPlace", TARN_INS_SELECT_NODE_BY_PLACE, {"place"}),
+      Method<&I::GetChangeCount>("GetChangeCount", TARN_INS_GET_CHANGE_COUNT, {}),
+      Method<&I::GetFileTexts>("GetFileTexts", TARN_INS_GET_FILE_TEXTS, {}),
+      Method<&I::PublishFor>("PublishFor", TARN_INS_PUBLISH_FOR, {"milliseconds"}),
+      Method<&I::NoteCurrentNode>("NoteCurrentNode", TARN_INS_NOTE_CURRENT_NODE, {}),
+      Method<&I::SelectNotedNode>("SelectNotedNode", TARN_INS_SELECT_NOTED_NODE, {}),
+      Method<&I::GetMissedSelection>("GetMissedSelection", TARN_INS_GET_MISSED_SELECTION, {}),
+      Method<&I::GetDamage>("GetDamage", TARN_INS_GET_DAMAGE, {}),
+      Method<&I::ProtectDamaged>("ProtectDamaged", TARN_INS_PROTECT_DAMAGED, {"protect"}),
+      Method<&I::GetFailedDamage>("GetFailedDamage", TARN_INS_GET_FAILED_DAMAGE, {}),
+      Method<&I::OpenBuildState>("OpenBuildState", TARN_INS_OPEN_BUILD_STATE, {"path"}),
+      Method<&I::IsBuildStateCurrent>("IsBuildStateCurrent", TARN_INS_IS_BUILD_STATE_CURRENT,
+                                      {"path"}),
+      Method<&I::RestoreFor>("RestoreFor", TARN_INS_RESTORE_FOR, {"milliseconds"}),
+      Method<&I::FinishBuildState>("FinishBuildState", TARN_INS_FINISH_BUILD_STATE, {"mayShrink"}),
+      Method<&I::GetBuildInfos>("GetBuildInfos", TARN_INS_GET_BUILD_INFOS,
+                                {"application", "outputFile"}),
+      Method<&I::GetBuildGaps>("GetBuildGaps", TARN_INS_GET_BUILD_GAPS, {}),
+      Method<&I::GetInstallationProblem>("GetInstallationProblem",
+                                         TARN_INS_GET_INSTALLATION_PROBLEM, {}),
+      Method<&I::GetBuildProblem>("GetBuildProblem", TARN_INS_GET_BUILD_PROBLEM, {}),
+      Method<&I::CopyConfiguration>("CopyConfiguration", TARN_INS_COPY_CONFIGURATION,
+                                    {"from", "to"}),
+      Method<&I::RefreshDefinitions>("RefreshDefinitions", TARN_INS_REFRESH_DEFINITIONS, {}),
+      Method<&I::TryLockProject>("TryLockProject", TARN_INS_TRY_LOCK_PROJECT, {"path"}),
+      Method<&I::UnlockProject>("UnlockProject", TARN_INS_UNLOCK_PROJECT, {}),
+      Method<&I::GetSaveReport>("GetSaveReport", TARN_INS_GET_SAVE_REPORT, {}),
+      Method<&I::AllowOutside>("AllowOutside", TARN_INS_ALLOW_OUTSIDE, {"allow"}),
+      Method<&I::GetApplications>("GetApplications", TARN_INS_GET_APPLICATIONS, {}),
+      Method<&I::ApplyChange>("ApplyChange", TARN_INS_APPLY_CHANGE, {"before", "after"}),
+      Method<&I::GetBaseTexts>("GetBaseTexts", TARN_INS_GET_BASE_TEXTS, {}),
+      Method<&I::StageFileTexts>("StageFileTexts", TARN_INS_STAGE_FILE_TEXTS, {"texts", "bases"}),
+      Method<&I::IsModified>("IsModified", TARN_INS_IS_MODIFIED, {}),
+      Method<&I::TakeBuildNotices>("TakeBuildNotices", TARN_INS_TAKE_BUILD_NOTICES, {}),
+      Method<&I::DropChanges>("DropChanges", TARN_INS_DROP_CHANGES, {}),
+      Method<&I::SaveAllOrNone>("SaveAllOrNone", TARN_INS_SAVE_ALL_OR_NONE, {"wanted"}),
+      Method<&I::GetSharedOutputs>("GetSharedOutputs", TARN_INS_GET_SHARED_OUTPUTS,
+                                   {"application"}),
+      Method<&I::SetTrustedFolders>("SetTrustedFolders", TARN_INS_SET_TRUSTED_FOLDERS, {"folders"}),
+      Method<&I::SetStateFolder>("SetStateFolder", TARN_INS_SET_STATE_FOLDER, {"folder"}),
+      Method<&I::TakeRefusedWishes>("TakeRefusedWishes", TARN_INS_TAKE_REFUSED_WISHES, {}),
+      Method<&I::CheckScript>("CheckScript", TARN_INS_CHECK_SCRIPT, {"path"}),
+      Method<&I::SetNewProjectFolder>("SetNewProjectFolder", TARN_INS_SET_NEW_PROJECT_FOLDER,
+                                      {"folder"}),
+      Method<&I::GetBuildStateProblem>("GetBuildStateProblem", TARN_INS_GET_BUILD_STATE_PROBLEM,
+                                       {}),
+      Method<&I::OpenForReading>("OpenForReading", TARN_INS_OPEN_FOR_READING, {"wanted"}),
   });
   return table;
 }
@@ -488,10 +513,11 @@ std::int32_t CProjectInspector::ProtectDamaged(std::int32_t protect) {
 std::string CProjectInspector::TryLockProject(const char* path) {
   CProjectModel* model = Model();
   if (model == nullptr) return "no project manager";
-  if (!model->Protection().TryTakeEdits(TextOf(path))) return model->Protection().GetEditor();
+  const bool isTaken = model->Protection().TryTakeEdits(TextOf(path));
   const std::string problem = model->Protection().GetEditProblem();
   if (!problem.empty()) model->Host().SendHost(kMsgLogLine, problem, 0);
-  return {};
+  if (isTaken) return {};
+  return problem.empty() ? model->Protection().GetEditor() : problem;
 }
 
 std::int32_t CProjectInspector::UnlockProject() {

@@ -94,7 +94,8 @@ class CProjectInspector : public DispatchObject<CProjectInspector> {
   // Acquires the lock on the files of the project at `path`, for a host that opens, changes and
   // saves it without interference by another process. This manager holds the lock until the call
   // for another project, or UnlockProject(). Returns an empty string, or the process that holds the
-  // lock. A save acquires the lock for its duration.
+  // lock; or, if something other than a lock file has its name, a sentence about that, which is
+  // also sent to the host as kMsgLogLine. A save acquires the lock for its duration.
   std::string TryLockProject(const char* path);
   std::int32_t UnlockProject();
   // Returns what the last save or close did with files that another process had changed or removed,

@@ -2,8 +2,6 @@
 
 #include <cstdint>
 
-#include "project/CommandIds.h"
-
 namespace tarn {
 
 // States of the build's state machine. The numeric values are internal.

@@ -444,6 +444,32 @@ bool BuildWalk::IsKept(const CXmlNode& node, const WalkRequest& request) {
   return false;
 }
 
+// Returns the files that the node's tool is given: the source, or the parts of an application.
+std::vector<std::string> BuildWalk::SourcesOf(const CXmlNode& node) const {
+  std::vector<std::string> sources;
+  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
+    ForEachLinkFile(model.Types(), &node, true, &node,
+                    [&](const char* part) { sources.emplace_back(part); });
+  } else {
+    sources.push_back(TextOf(node.GetAttrValue("Path")));
+  }
+  return sources;
+}
+
+// Returns true, after logging the reason, if a source is a pipe or a device: a tool would wait for
+// a program that writes to it, possibly forever.
+bool BuildWalk::HasUnusableSource(const CXmlNode& node) {
+  for (const std::string& path : SourcesOf(node)) {
+    if (model.GetFiles().Examine(path)) continue;
+    const Result<std::string> text = model.GetFiles().ReadWholeFile(path);
+    if (text || text.GetError().code != ErrorCode::NotAFile) continue;
+    model.Host().AddBuildNotice(LineKind::Error, path + " can't be read: " + text.GetError().text +
+                                                     "; the tool is not run");
+    return true;
+  }
+  return false;
+}
+
 // A linker that is given a file twice reports duplicate definitions without naming the cause.
 void BuildWalk::WarnOfSameFiles(const CXmlNode& node) {
   if ((model.Types().FlagsOf(node) & kTypeApplication) == 0) return;
@@ -483,6 +509,7 @@ bool BuildWalk::RequestTool(Frame& frame, WalkRequest& request) {
   } else if (!hasTool || IsExactlyYes(node, "Exclude")) {
     return Return(true, false);
   }
+  if (HasUnusableSource(node)) return LostTree() || Return(false, false);
   request.access =
       model.Services().toolManager->GetAccess(request.tool, request.files, request.options);
   if (IsUntrusted(request)) return LostTree() || Return(false, false);
@@ -514,15 +541,8 @@ RunSnapshot BuildWalk::BeginRun(const CXmlNode& node, const WalkRequest& request
   isRecorded = !output.empty() && request.tool == TextOf(node.GetAttrValue("TranslateTool")) &&
                information.GetWalkApplication() != nullptr;
   if (!isRecorded) return {};
-  std::vector<std::string> sources;
-  if ((model.Types().FlagsOf(node) & kTypeApplication) != 0) {
-    ForEachLinkFile(model.Types(), &node, true, &node,
-                    [&](const char* part) { sources.emplace_back(part); });
-  } else {
-    sources.push_back(TextOf(node.GetAttrValue("Path")));
-  }
   return information.GetBuildRecords().BeginRun(
-      node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")), output, sources,
+      node, TextOf(information.GetWalkApplication()->GetAttrValue("Path")), output, SourcesOf(node),
       information.GetToolCommands().SignatureOf(request.tool, request.files, request.options));
 }
 

@@ -122,6 +122,8 @@ class BuildWalk {
   bool Clean(CXmlNode& node);
   bool IsUntrusted(const WalkRequest& request);
   bool IsKept(const CXmlNode& node, const WalkRequest& request);
+  std::vector<std::string> SourcesOf(const CXmlNode& node) const;
+  bool HasUnusableSource(const CXmlNode& node);
   void WarnOfSameFiles(const CXmlNode& node);
   bool AreChildrenGood(const Frame& frame) const;
   bool MayAsk(const Frame& frame) const;

@@ -7,6 +7,8 @@
 
 #include "builder/Builder.h"
 
+#include <tarn/commands.h>
+
 #include <system_error>
 #include <thread>
 
@@ -84,7 +86,7 @@ std::int32_t Builder::StartBuildThread(std::int32_t command) {
   std::string tool;
   bool isTool = false;
   std::int32_t mode = command;
-  if (command >= kFirstDynamicCommand && command <= kLastDynamicCommand) {
+  if (command >= TARN_CMD_LIST_TOOLS && command <= TARN_CMD_LAST_TOOL) {
     const CXmlNode* entry = nullptr;
     const CXmlNode* const commands = model.Publishing().GetDynamicCommandTree();
     for (int i = 0; commands != nullptr && i < commands->GetChildCount(); ++i) {
@@ -145,7 +147,7 @@ void Builder::EndUnstartedWorker(const std::string& reason) {
     const std::lock_guard<std::mutex> hold(buildLock);
     buildState = StateFailed;
   }
-  const std::string text = "The build can't start, there is no thread for it: " + reason;
+  const std::string text = "The build can't start because no thread could be created: " + reason;
   services.output->AddError(text);
   services.output->SaveLog();
   services.output->UpdateReport();

@@ -17,12 +17,15 @@ namespace tarn {
 namespace {
 
 constexpr const char* kIsSource = "is a source of the project";
-constexpr const char* kIsDependency = "is what files of the project depend on";
+constexpr const char* kIsDependency = "is a dependency of files of the project";
 constexpr const char* kIsProjectFile = "is a file of the project itself";
 constexpr const char* kIsOwn = "has a name that only Tarn's own files have";
-constexpr const char* kIsState = "is where Tarn stores what it remembers for the user";
+constexpr const char* kIsState = "is where Tarn stores the user's state";
 constexpr const char* kIsOutside =
-    "is outside the project's folder, and no build of this project made it as it is";
+    "is outside the project's folder, and its present content was not written by a build of this "
+    "project";
+constexpr const char* kIsUnmade =
+    "looks like a source, and no build of this project made it (delete it if it is not needed)";
 constexpr const char* kIsUntrusted = "is outside the project's folder, which is not trusted";
 
 // Files that the server and its hosts write next to a project. Backups may have a number appended.
@@ -71,6 +74,9 @@ std::string OutputGuard::WhyKept(const CXmlNode& node, const NamedOutput& output
   if (!isRefused && status && IsMade(node, path, *status)) return {};
   if (const char* reason = status ? FindReason(path, *status) : nullptr) {
     return Describe(output, reason);
+  }
+  if (status && !HasRecord(node, path) && LooksLikeSource(output)) {
+    return Describe(output, kIsUnmade);
   }
   if (!isRefused && (model_.Protection().MayWriteOutside() || !PlaceOf(path).isOutside)) return {};
   const ProjectFolder folder(model_.GetFiles(), model_.GetProjectPath());
@@ -155,6 +161,19 @@ bool OutputGuard::IsRecorded(std::string_view path) const {
   return std::any_of(applications_.begin(), applications_.end(), [&](const std::string& each) {
     return store.Find(each, path) != BuildRecordStore::kNone;
   });
+}
+
+bool OutputGuard::HasRecord(const CXmlNode& node, const std::string& path) const {
+  return IsMade(node, path, [](const FileVersion&) { return true; }) || IsRecorded(path);
+}
+
+bool OutputGuard::LooksLikeSource(const NamedOutput& output) const {
+  if (output.option.empty()) return false;
+  const CXmlNode* const type = model_.Extensions().Find(output.path);
+  const bool isLeaf = type != nullptr && (model_.Types().FlagsOf(*type) & kTypeIsLeaf) != 0;
+  if (!isLeaf) return false;
+  const Result<std::string> text = model_.GetFiles().ReadWholeFile(output.path);
+  return !text || text->find('\0') == text->npos;
 }
 
 OutputGuard::Place OutputGuard::PlaceOf(const std::string& path) {

@@ -97,7 +97,7 @@ std::string DescribeSharedOutput(const SharedOutput& shared) {
   return TextOf(shared.first->GetAttrValue("Path")) + " and " +
          TextOf(shared.second->GetAttrValue("Path")) + " have the same output file " +
          TextOf(shared.second->GetAttrValue("OutputFile")) +
-         "; set Build.OutputFile of one of them to another name";
+         "; set Build.OutputFile of one of them to a different name";
 }
 
 }  // namespace tarn

@@ -1,164 +1,130 @@
 #include "drivers/PropertyManagerDriver.h"
 
+#include <tarn/methods.h>
+
 namespace tarn {
-
-namespace {
-
-// Dispatch ids of the property manager.
-enum : DispatchId {
-  kReadDefsFromFile = 1,
-  kReadConfigFromFile = 2,
-  kReadValuesFromText = 4,
-  kGetPropertyValue = 5,
-  kSetPropertyValue = 6,
-  kHideProperty = 7,
-  kEnableProperty = 8,
-  kHideSection = 9,
-  kHideSet = 11,
-  kGetConfigText = 14,
-  kShowOptions = 15,
-  kGetPropertyWindow = 17,
-  kClearValues = 18,
-  kGetChangedProperty = 19,
-  kBeginUpdate = 20,
-  kEndUpdate = 21,
-  kGetValuesAsText = 22,
-  kInitOptions = 23,
-  kBeginChildLevel = 24,
-  kGetNewConfigName = 25,
-  kSetCurrentConfig = 26,
-  kGetPropertyStringValue = 27,
-  kGetPropState = 28,
-  kSetPropState = 29,
-  kApplyOptions = 30,
-  kProjectClosing = 31,
-  kEndParentLevel = 32,
-  kRefreshDefinitions = 113,
-};
-
-}  // namespace
 
 std::int32_t CPropertyManagerDriver::InitOptions(TextArgument application, TextArgument data,
                                                  std::int32_t frame, std::int32_t mode) {
-  return InvokeLong(kInitOptions, {application, data, frame, mode});
+  return InvokeLong(TARN_OPT_INIT_OPTIONS, {application, data, frame, mode});
 }
 
 std::int32_t CPropertyManagerDriver::ReadDefsFromFile(TextArgument set, TextArgument file) {
-  return InvokeLong(kReadDefsFromFile, {set, file});
+  return InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {set, file});
 }
 
 std::int32_t CPropertyManagerDriver::ReadConfigFromFile(TextArgument config, TextArgument set,
                                                         TextArgument section, TextArgument property,
                                                         TextArgument file) {
-  return InvokeLong(kReadConfigFromFile, {config, set, section, property, file});
+  return InvokeLong(TARN_OPT_READ_CONFIG_FROM_FILE, {config, set, section, property, file});
 }
 
 std::int32_t CPropertyManagerDriver::ReadValuesFromText(TextArgument text) {
-  return InvokeLong(kReadValuesFromText, {text});
+  return InvokeLong(TARN_OPT_READ_VALUES_FROM_TEXT, {text});
 }
 
 std::string CPropertyManagerDriver::GetPropertyValue(TextArgument set, TextArgument section,
                                                      TextArgument property) {
-  return InvokeText(kGetPropertyValue, {set, section, property});
+  return InvokeText(TARN_OPT_GET_PROPERTY_VALUE, {set, section, property});
 }
 
 std::int32_t CPropertyManagerDriver::SetPropertyValue(TextArgument set, TextArgument section,
                                                       TextArgument property, TextArgument value) {
-  return InvokeLong(kSetPropertyValue, {set, section, property, value});
+  return InvokeLong(TARN_OPT_SET_PROPERTY_VALUE, {set, section, property, value});
 }
 
 std::string CPropertyManagerDriver::GetPropertyStringValue(TextArgument set, TextArgument section,
                                                            TextArgument property) {
-  return InvokeText(kGetPropertyStringValue, {set, section, property});
+  return InvokeText(TARN_OPT_GET_PROPERTY_STRING_VALUE, {set, section, property});
 }
 
 std::int32_t CPropertyManagerDriver::HideProperty(TextArgument set, TextArgument section,
                                                   TextArgument property, std::int32_t hide) {
-  return InvokeLong(kHideProperty, {set, section, property, hide});
+  return InvokeLong(TARN_OPT_HIDE_PROPERTY, {set, section, property, hide});
 }
 
 std::int32_t CPropertyManagerDriver::EnableProperty(TextArgument set, TextArgument section,
                                                     TextArgument property, std::int32_t enable) {
-  return InvokeLong(kEnableProperty, {set, section, property, enable});
+  return InvokeLong(TARN_OPT_ENABLE_PROPERTY, {set, section, property, enable});
 }
 
 std::int32_t CPropertyManagerDriver::HideSection(TextArgument set, TextArgument section,
                                                  std::int32_t hide) {
-  return InvokeLong(kHideSection, {set, section, hide});
+  return InvokeLong(TARN_OPT_HIDE_SECTION, {set, section, hide});
 }
 
 std::int32_t CPropertyManagerDriver::HideSet(TextArgument set, std::int32_t hide) {
-  return InvokeLong(kHideSet, {set, hide});
+  return InvokeLong(TARN_OPT_HIDE_SET, {set, hide});
 }
 
 std::string CPropertyManagerDriver::GetConfigText(TextArgument config, TextArgument set,
                                                   TextArgument section, TextArgument property) {
-  return InvokeText(kGetConfigText, {config, set, section, property});
+  return InvokeText(TARN_OPT_GET_CONFIG_TEXT, {config, set, section, property});
 }
 
 std::int32_t CPropertyManagerDriver::ShowOptions(std::int32_t frame) {
-  return InvokeLong(kShowOptions, {frame});
+  return InvokeLong(TARN_OPT_SHOW_OPTIONS, {frame});
 }
 
 std::int32_t CPropertyManagerDriver::GetPropertyWindow() {
-  return InvokeLong(kGetPropertyWindow, {});
+  return InvokeLong(TARN_OPT_GET_PROPERTY_WINDOW, {});
 }
 
 void CPropertyManagerDriver::ClearValues() {
-  InvokeHelper(kClearValues, {});
+  InvokeHelper(TARN_OPT_CLEAR_VALUES, {});
 }
 
 std::string CPropertyManagerDriver::GetChangedProperty() {
-  return InvokeText(kGetChangedProperty, {});
+  return InvokeText(TARN_OPT_GET_CHANGED_PROPERTY, {});
 }
 
 void CPropertyManagerDriver::BeginUpdate() {
-  InvokeHelper(kBeginUpdate, {});
+  InvokeHelper(TARN_OPT_BEGIN_UPDATE, {});
 }
 
 void CPropertyManagerDriver::EndUpdate() {
-  InvokeHelper(kEndUpdate, {});
+  InvokeHelper(TARN_OPT_END_UPDATE, {});
 }
 
 std::string CPropertyManagerDriver::GetValuesAsText(TextArgument set, TextArgument section,
                                                     TextArgument property) {
-  return InvokeText(kGetValuesAsText, {set, section, property});
+  return InvokeText(TARN_OPT_GET_VALUES_AS_TEXT, {set, section, property});
 }
 
 void CPropertyManagerDriver::EndParentLevel() {
-  InvokeHelper(kEndParentLevel, {});
+  InvokeHelper(TARN_OPT_END_PARENT_LEVEL, {});
 }
 
 void CPropertyManagerDriver::BeginChildLevel() {
-  InvokeHelper(kBeginChildLevel, {});
+  InvokeHelper(TARN_OPT_BEGIN_CHILD_LEVEL, {});
 }
 
 std::int32_t CPropertyManagerDriver::RefreshDefinitions() {
-  return InvokeLong(kRefreshDefinitions, {});
+  return InvokeLong(TARN_OPT_REFRESH_DEFINITIONS, {});
 }
 
 std::string CPropertyManagerDriver::GetNewConfigName() {
-  return InvokeText(kGetNewConfigName, {});
+  return InvokeText(TARN_OPT_GET_NEW_CONFIG_NAME, {});
 }
 
 void CPropertyManagerDriver::SetCurrentConfig(TextArgument config) {
-  InvokeHelper(kSetCurrentConfig, {config});
+  InvokeHelper(TARN_OPT_SET_CURRENT_CONFIG, {config});
 }
 
 std::string CPropertyManagerDriver::GetPropState() {
-  return InvokeText(kGetPropState, {});
+  return InvokeText(TARN_OPT_GET_PROP_STATE, {});
 }
 
 void CPropertyManagerDriver::SetPropState(TextArgument state) {
-  InvokeHelper(kSetPropState, {state});
+  InvokeHelper(TARN_OPT_SET_PROP_STATE, {state});
 }
 
 std::int32_t CPropertyManagerDriver::ApplyOptions(TextArgument config, TextArgument xml) {
-  return InvokeLong(kApplyOptions, {config, xml});
+  return InvokeLong(TARN_OPT_APPLY_OPTIONS, {config, xml});
 }
 
 void CPropertyManagerDriver::ProjectClosing() {
-  InvokeHelper(kProjectClosing, {});
+  InvokeHelper(TARN_OPT_PROJECT_CLOSING, {});
 }
 
 }  // namespace tarn

@@ -1,33 +1,21 @@
 #include "drivers/ToolManagerDriver.h"
 
+#include <tarn/methods.h>
+
 namespace tarn {
-
-namespace {
-
-// Dispatch ids of the tool manager.
-enum : DispatchId {
-  kRunTool = 2,
-  kInitTools = 3,
-  kGetToolsForExtension = 9,
-  kGetUsedFiles = 107,
-  kRefreshTools = 108,
-  kGetAccess = 114,
-};
-
-}  // namespace
 
 std::int32_t CToolManagerDriver::InitTools(TextArgument applicationPath, TextArgument dataPath,
                                            std::int32_t frame) {
-  return InvokeLong(kInitTools, {applicationPath, dataPath, frame});
+  return InvokeLong(TARN_TOOL_INIT_TOOLS, {applicationPath, dataPath, frame});
 }
 
 std::int32_t CToolManagerDriver::RunTool(TextArgument tool, TextArgument files,
                                          TextArgument options, TextArgument messageFile) {
-  return InvokeLong(kRunTool, {tool, files, options, messageFile});
+  return InvokeLong(TARN_TOOL_RUN_TOOL, {tool, files, options, messageFile});
 }
 
 std::string CToolManagerDriver::GetToolsForExtension(TextArgument extension) {
-  return InvokeText(kGetToolsForExtension, {extension});
+  return InvokeText(TARN_TOOL_GET_TOOLS_FOR_EXTENSION, {extension});
 }
 
 std::string CToolManagerDriver::GetCommandHash(TextArgument tool, TextArgument files,
@@ -40,17 +28,17 @@ std::string CToolManagerDriver::GetToolFingerprint(TextArgument tool) {
 }
 
 std::int32_t CToolManagerDriver::RefreshTools() {
-  return InvokeLong(kRefreshTools, {});
+  return InvokeLong(TARN_TOOL_REFRESH_TOOLS, {});
 }
 
 std::string CToolManagerDriver::GetUsedFiles(TextArgument tool, TextArgument files,
                                              TextArgument options, TextArgument candidates) {
-  return InvokeText(kGetUsedFiles, {tool, files, options, candidates});
+  return InvokeText(TARN_TOOL_GET_USED_FILES, {tool, files, options, candidates});
 }
 
 std::string CToolManagerDriver::GetAccess(TextArgument tool, TextArgument files,
                                           TextArgument options) {
-  return InvokeText(kGetAccess, {tool, files, options});
+  return InvokeText(TARN_TOOL_GET_ACCESS, {tool, files, options});
 }
 
 }  // namespace tarn

@@ -1,5 +1,7 @@
 #include "output/OutputEdit.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 
 #include "output/LogLink.h"
@@ -56,13 +58,13 @@ void COutputEdit::Clear() {
 
 bool COutputEdit::OnCommand(int command) {
   switch (command) {
-    case kCmdLogClear:
+    case TARN_CMD_CLEAR_LOG:
       Clear();
       return true;
-    case kCmdLogCopy:
+    case TARN_CMD_COPY:
       edit.Copy();
       return true;
-    case kCmdLogCut:
+    case TARN_CMD_CUT_LOG:
       edit.Cut();
       return true;
     default:

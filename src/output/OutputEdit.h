@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tarn/commands.h>
+
 #include <string>
 
 #include "output/OutputViews.h"
@@ -8,13 +10,6 @@
 #include "widgets/Wnd.h"
 
 namespace tarn {
-
-// Commands of the log view, with the numbers that hosts use.
-enum LogViewCommand : int {
-  kCmdLogClear = 0xE121,
-  kCmdLogCopy = 0xE122,
-  kCmdLogCut = 0xE123,
-};
 
 // Window that shows the running log: one line for each element of the log tree, with links. A click
 // on a link notifies the host of the source position, the help file or the time stamp. Main thread

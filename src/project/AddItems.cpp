@@ -165,8 +165,10 @@ void ItemAdder::FillItem(CXmlNode& node, const std::string& path) {
     WriteItemPaths(node, path);
     return;
   }
-  const Status made = files.Exists(path) ? Status() : files.WriteOwnFile(path, "");
-  if (!made && files.ExamineLink(path)) {
+  const Result<bool> exists = files.CheckExists(path);
+  Status made = exists ? Status() : exists.GetError();
+  if (exists && !*exists) made = files.WriteOwnFile(path, "");
+  if (!made && (!exists || files.ExamineLink(path))) {
     services.output->WriteMessage(kRowCannotSave, {path}, made.GetError().text);
   } else if (!made) {
     CheckFileAccess(files, path, kMustBeWritable, *services.output);

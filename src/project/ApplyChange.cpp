@@ -128,10 +128,10 @@ std::vector<std::string> ProjectLifecycle::MergeChange(const std::vector<FileTex
     const bool isPresent = result.Find(each.path) != nullptr;
     std::string& text = result.texts[each.path];
     if (isPresent) {
-      // A file created by the change exists already.
+      // A file created by the change already exists.
       if (base != nullptr) text = MergeTexts(each.path, *base, text, each.text, problems);
     } else if (base != nullptr) {
-      problems.push_back(each.path + " is no part of the project any more");
+      problems.push_back(each.path + " is no longer part of the project");
       continue;
     } else {
       const Result<std::string> disk = files.ReadWholeFile(each.path);

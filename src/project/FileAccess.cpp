@@ -89,7 +89,9 @@ std::int32_t CheckFileAccess(FileSystem& files, const std::string& path, std::ui
 }
 
 Status WriteProjectFile(FileSystem& files, const std::string& path, std::string_view text) {
-  return files.Exists(path) ? files.WriteWholeFile(path, text) : files.WriteOwnFile(path, text);
+  const Result<bool> exists = files.CheckExists(path);
+  if (!exists) return exists.GetError();
+  return *exists ? files.WriteWholeFile(path, text) : files.WriteOwnFile(path, text);
 }
 
 }  // namespace tarn

@@ -116,11 +116,14 @@ void FileSaver::Merge(SavePlan& plan, const std::string& disk, const std::string
 
 bool FileSaver::WasMoved(const std::string& absolute, const std::string& from,
                          const std::string& to) const {
-  const auto isThere = [&](const std::string& path) {
-    return files.Exists(IsRelativePath(path) ? files.Canonical(JoinPath(FolderOf(absolute), path))
-                                             : ToNativeSeparators(path));
+  const auto find = [&](const std::string& path) {
+    return files.CheckExists(IsRelativePath(path)
+                                 ? files.Canonical(JoinPath(FolderOf(absolute), path))
+                                 : ToNativeSeparators(path));
   };
-  return !isThere(from) && isThere(to);
+  const Result<bool> former = find(from);
+  const Result<bool> present = find(to);
+  return former && !*former && present && *present;
 }
 
 Status FileSaver::KeepOther(const SavePlan& plan, SavedFile& report) const {

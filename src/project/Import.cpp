@@ -60,7 +60,13 @@ bool Importer::Convert(const std::string& path, std::string& newFile) {
   const std::uint64_t opened = state.projectEpoch;
   const std::string caption = GetMessageText(kRowProjectWord);
   bool converts = true;
-  if (files.ReadWholeFile(newFile)) {
+  const Result<bool> exists = files.CheckExists(newFile);
+  if (!exists) {
+    ShowMessage(services.mainframeHandle, newFile + " can't be written: " + exists.GetError().text,
+                caption);
+    return false;
+  }
+  if (*exists) {
     converts = protection.MayOverwrite(newFile);
     if (state.projectEpoch != opened) return false;
   }
@@ -74,11 +80,12 @@ bool Importer::Convert(const std::string& path, std::string& newFile) {
 }
 
 // Returns the interpreter: the one the user configured, else the one bundled with the installation,
-// else the one found in PATH.
+// else the one found in PATH. One that can't be examined could not be started either.
 std::string Importer::FindImportProgram() const {
   if (!services.importProgram.empty()) return FindProgram(services.importProgram);
   const std::string own = JoinPath(services.applicationPath, "bin/k418/perl.exe");
-  return files.Exists(own) ? own : FindProgram(kInterpreter);
+  const Result<bool> exists = files.CheckExists(own);
+  return exists && *exists ? own : FindProgram(kInterpreter);
 }
 
 std::string Importer::MissingImportProgram() const {
@@ -92,8 +99,8 @@ std::int32_t Importer::RunConversion(const std::string& oldFile, std::string& bl
   const std::string script = JoinPath(folder, "k418.pl");
   const std::string interpreter = FindImportProgram();
   if (interpreter.empty()) {
-    host.AddLogLine("Older projects are converted by a script, and there is no " +
-                    MissingImportProgram() + " here to run it.");
+    host.AddLogLine("Old projects are converted by a script that needs " + MissingImportProgram() +
+                    ", which was not found.");
     return kDone;
   }
   // The interpreter returns the same exit code for a missing script, and the old project would be
@@ -114,7 +121,7 @@ std::int32_t Importer::RunConversion(const std::string& oldFile, std::string& bl
   }
   if (exitCode == kTimeIsUp) {
     host.AddLogLine("The conversion takes longer than " + std::to_string(services.importSeconds) +
-                    " s. It goes on by itself.");
+                    " s. It continues in the background.");
   } else if (exitCode < 0 || exitCode > kLastExitCode) {
     host.AddLogLine("The conversion ended with the exit code " + std::to_string(exitCode) + ".");
   }

@@ -307,7 +307,12 @@ std::int32_t ProjectLifecycle::SaveProject() {
 std::int32_t ProjectLifecycle::CreateProjectFile(const std::string& path,
                                                  std::int32_t askOverwrite) {
   if (!services.build.CanStartOperation()) return 0;
-  if (files.Exists(path)) {
+  const Result<bool> exists = files.CheckExists(path);
+  if (!exists) {
+    services.output->WriteMessage(kRowCannotSave, {path}, exists.GetError().text);
+    return 0;
+  }
+  if (*exists) {
     if (askOverwrite != 0 && !protection.MayOverwrite(path)) return 0;
     // The file is replaced rather than deleted, so that a full disk does not also lose the old one.
     if (!protection.PutAsideReplaced(path)) return 0;

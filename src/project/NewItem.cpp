@@ -55,7 +55,9 @@ std::string ItemAdder::FindApplicationProblem(const NewApplication& wanted) {
     return "The application needs a folder.";
   }
   for (std::string each = folder; !each.empty() && !files.IsFolder(each); each = FolderOf(each)) {
-    if (files.Exists(each)) return each + " is a file, not a folder.";
+    const Result<bool> exists = files.CheckExists(each);
+    if (!exists) return each + " can't be used: " + exists.GetError().text + ".";
+    if (*exists) return each + " is a file, not a folder.";
   }
   if (wanted.createNewProject) return {};
 
@@ -67,10 +69,12 @@ std::string ItemAdder::FindApplicationProblem(const NewApplication& wanted) {
   FindChildNode(wanted.typeHeader.c_str(), "Header", &types.GetRoot(), type);
   if (type != nullptr && !types.CanContain(target, type)) {
     return "\"" + TextOf(target->GetAttrValue("Header")) +
-           "\" can't hold an application of this type. Select the project first.";
+           "\" can't contain an application of this type. Select the project first.";
   }
   const std::string file = AddSeparator(folder) + name + ".tapp";
-  return files.Exists(file) ? file + " exists already." : std::string();
+  const Result<bool> exists = files.CheckExists(file);
+  if (!exists) return file + " can't be created: " + exists.GetError().text + ".";
+  return *exists ? file + " already exists." : std::string();
 }
 
 std::int32_t ItemAdder::AddNewItem(const char* itempath, const char* itemtype) {

@@ -16,16 +16,21 @@ bool ProjectLock::TakeWithin(const std::string& projectPath,
   const std::string path =
       FindLockPath(files, projectPath, projectPath, !trust.IsWithheldFrom(projectPath));
   auto taken = WaitForLock(files, path, LockPurpose::Edit, longestWait);
+  problem.clear();
+  holder.clear();
   if (!taken && taken.GetError().code == ErrorCode::Busy) {
-    holder = taken.GetError().text;
+    holder = taken.GetError().text.empty() ? "unknown process" : taken.GetError().text;
     return false;
   }
-  problem.clear();
+  if (!taken && taken.GetError().code == ErrorCode::NotAFile) {
+    problem = path + " can't be locked: " + taken.GetError().text;
+    return false;
+  }
   if (taken) {
     lock = std::move(*taken);
   } else if (taken.GetError().code != ErrorCode::ReadOnly) {
     problem =
-        path + " can't be locked, so other programs are not held back: " + taken.GetError().text;
+        path + " can't be locked, so other programs are not kept out: " + taken.GetError().text;
   }
   heldFor = projectPath;
   return true;

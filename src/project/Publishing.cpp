@@ -6,11 +6,12 @@
 
 #include "project/Publisher.h"
 
+#include <tarn/commands.h>
+
 #include <algorithm>
 
 #include "platform/paths/Paths.h"
 #include "platform/text/Text.h"
-#include "project/CommandIds.h"
 #include "project/TreeSearch.h"
 
 namespace tarn {
@@ -250,13 +251,13 @@ void Publisher::LoadToolCommands(const CXmlNode& node) {
   dynamicCommands = std::make_unique<CXmlNode>();
   dynamicCommands->Load(tools, g_xmlParseInfo);
   for (int i = 0; i < dynamicCommands->GetChildCount(); ++i) {
-    dynamicCommands->GetChild(i)->SetAttrValue("Id", ToDecimal(kToolCommandBase + i));
+    dynamicCommands->GetChild(i)->SetAttrValue("Id", ToDecimal(TARN_CMD_FIRST_TOOL + i));
   }
 }
 
 std::string Publisher::GetDynamicCommands(std::uint32_t commandId) {
   const bool hasCommands = dynamicCommands != nullptr && dynamicCommands->GetChildCount() > 0;
-  if (commandId != static_cast<std::uint32_t>(kFirstDynamicCommand) || !hasCommands) return {};
+  if (commandId != static_cast<std::uint32_t>(TARN_CMD_LIST_TOOLS) || !hasCommands) return {};
   return dynamicCommands->ToString(g_xmlDisplayOptions);
 }
 
@@ -274,7 +275,7 @@ void Publisher::RestorePropState(const CXmlNode& node) {
 void Publisher::RunAutoDebugStep() {
   if (state.creatingProject != 0 || state.activeApplication == nullptr) return;
   if ((types.FlagsOf(*state.activeApplication) & kTypeAutoDebug) != 0)
-    host.PostHostCommand(kCommandAutoDebug);
+    host.PostHostCommand(TARN_CMD_AUTO_DEBUG);
 }
 
 void Publisher::SendActiveApplication() {
@@ -367,7 +368,7 @@ std::int32_t Publisher::PublishTick() {
   services.propertyManager->EndUpdate();
   if (remains != 0) return 1;
 
-  host.PostHostCommand(kCommandOptionsLoaded);
+  host.PostHostCommand(TARN_CMD_OPTIONS_LOADED);
   if (state.activeApplication != nullptr) {
     host.SendHost(kMsgApplicationKnown, TextOf(state.activeApplication->GetAttrValue("Path")),
                   GetCurrentConfigName());

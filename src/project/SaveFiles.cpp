@@ -81,8 +81,10 @@ std::string TreeSaver::PlanFiles(std::vector<PendingFile>& pending) {
   while (true) {
     const bool isTaken = protection.Lock().Take(state.projectPath);
     PrepareFiles(pending);
-    if (!isTaken)
+    if (!isTaken && !protection.Lock().GetHolder().empty()) {
       return "another program is changing the project (" + protection.Lock().GetHolder() + ")";
+    }
+    if (!isTaken) return protection.Lock().GetProblem();
     const auto asked = std::find_if(pending.begin(), pending.end(), [&](const PendingFile& file) {
       return !refused.contains(file.plan.absolute) && !DescribeOutside(file.plan).empty();
     });
@@ -124,8 +126,10 @@ void TreeSaver::PrepareFiles(std::vector<PendingFile>& pending) {
       file.plan.problem = "the folder " + state.projectFolder + " does not exist";
     }
     // An option of the application may name any file as its own.
-    if (file.plan.problem.empty() && guard.TextOf(target) == nullptr && files.Exists(target)) {
-      file.plan.problem = "it is not a file that the project was read from";
+    if (file.plan.problem.empty() && guard.TextOf(target) == nullptr) {
+      const Result<bool> exists = files.CheckExists(target);
+      if (!exists) file.plan.problem = exists.GetError().text;
+      if (exists && *exists) file.plan.problem = "it is not a file that the project was read from";
     }
   }
   // Parts come before their owner and must not use its file.

@@ -5,7 +5,7 @@ namespace tarn {
 std::vector<std::string> SavedFile::ToLines() const {
   if (!problem.empty()) {
     return {path + " can't be saved: " + problem +
-            (copy.empty() ? "" : "; what was to be saved is in " + copy)};
+            (copy.empty() ? "" : "; the unsaved content is in " + copy)};
   }
   std::vector<std::string> lines;
   for (const TreeConflict& each : conflicts) {
@@ -13,7 +13,7 @@ std::vector<std::string> SavedFile::ToLines() const {
                     (each.place.empty() ? "the file itself" : each.place) + ": " + each.what);
   }
   if (copyReason == CopyReason::Damaged) {
-    lines.push_back(path + " held more than was read from it; a copy of it is " + copy);
+    lines.push_back(path + " contained more than was read from it; a copy of it is " + copy);
   } else if (copyReason == CopyReason::ChangedByOthers) {
     lines.push_back(path + " was changed by another program; a copy of its version is " + copy);
   } else if (isMerged) {

@@ -2,9 +2,10 @@
 
 #include "project/NodeOptions.h"
 
+#include <tarn/commands.h>
+
 #include "patterns/Parser.h"
 #include "platform/text/Text.h"
-#include "project/CommandIds.h"
 #include "project/MergeOptions.h"
 #include "project/TreeSearch.h"
 
@@ -106,7 +107,7 @@ std::int32_t NodeOptions::StoreChangedProperty(const std::string& changedKey) {
     if (state.isDefaultProject != 0) {
       editor.ClearDefaultApplicationItems();
     } else {
-      host.PostHostCommand(kCommandAutoDebug);
+      host.PostHostCommand(TARN_CMD_AUTO_DEBUG);
     }
   }
   return 1;

@@ -87,7 +87,7 @@ void StructureCheck::CheckReferences(const CXmlNode& root,
   ForEachElement(root, [&](const CXmlNode& child) {
     if (!HasOwnFile(child)) return;
     if (!seen.insert(resolve(child.GetAttrValue("Extern"))).second) {
-      Report(child, "names a file that is read already", true);
+      Report(child, "names a file that has already been read", true);
     }
     bool hasContent = false;
     ForEachElement(child, [&](const CXmlNode& part) {
@@ -107,19 +107,19 @@ void StructureCheck::CheckNode(const CXmlNode& node, const CXmlNode* leaf, bool 
     const std::string_view name = child.NameView();
     if (name == "Options") {
       if (std::exchange(hasOptions, true)) {
-        Report(child, "is the second of its node; only the first one is read", false);
+        Report(child, "is a duplicate in its node; only the first one is read", false);
       }
       CheckOptions(child, 0);
     } else if (name == "Configs") {
       if (std::exchange(hasConfigs, true)) {
-        Report(child, "is the second of its node; only the first one is read", false);
+        Report(child, "is a duplicate in its node; only the first one is read", false);
       }
       CheckConfigs(child);
     } else if (!IsContentNode(child)) {
       CheckData(child, child, false);
     } else {
       if (leaf != nullptr && IsKnown(child)) {
-        Report(child, "is in " + Describe(*leaf) + ", which holds no nodes", true);
+        Report(child, "is in " + Describe(*leaf) + ", which can't contain nodes", true);
       }
       if (!isFileRoot || !HasOwnFile(child)) CheckNode(child, leaf, false);
     }

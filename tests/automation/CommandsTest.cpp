@@ -1,5 +1,7 @@
 // All commands: when they are enabled, their result, and their effect on the host and the tree.
 
+#include <tarn/commands.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,6 +11,8 @@
 
 namespace tarn::test {
 namespace {
+
+constexpr std::int32_t kUnknownCommand = TARN_CMD_APPLY_OPTION - 1;
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
@@ -57,11 +61,42 @@ struct Scene {
 class Commands : public ::testing::Test, protected Scene {};
 
 TEST_F(Commands, AreEnabledByTheStateOfTheProject) {
-  const std::int32_t ids[] = {0x8104, 0x8105, 0x8106, 0x8108, 0x8109, 0x810B, 0x810C, 0x810D,
-                              0x810E, 0x810F, 0x8110, 0x8111, 0x8112, 0x8113, 0x8114, 0x8115,
-                              0x8116, 0x8117, 0x8118, 0x8119, 0x811A, 0x811B, 0x811C, 0x811E,
-                              0x811F, 0x8120, 0x8121, 0x8122, 0x8136, 0x8137, 0x8138, 0x8139,
-                              0x813A, 0xE120, 0xE122, 0xE125};
+  const std::int32_t ids[] = {kUnknownCommand,
+                              TARN_CMD_APPLY_OPTION,
+                              TARN_CMD_APPLY_OPTION_AND_REBUILD,
+                              TARN_CMD_ADD_FILES,
+                              TARN_CMD_NEW_APPLICATION,
+                              TARN_CMD_NODE_OPTIONS,
+                              TARN_CMD_NEW_GROUP,
+                              TARN_CMD_OPEN_LISTING,
+                              TARN_CMD_OPEN_BY_TYPE,
+                              TARN_CMD_OPEN_FILE,
+                              TARN_CMD_SHOW_FILE,
+                              TARN_CMD_REBUILD_ALL,
+                              TARN_CMD_BUILD_ALL,
+                              TARN_CMD_CLEAN_ALL,
+                              TARN_CMD_REBUILD_NODE,
+                              TARN_CMD_BUILD_NODE,
+                              TARN_CMD_CLEAN_NODE,
+                              TARN_CMD_TRANSLATE_NODE,
+                              TARN_CMD_SET_ACTIVE_APPLICATION,
+                              TARN_CMD_SELECT_CONFIGURATION,
+                              TARN_CMD_RESET_OPTION,
+                              TARN_CMD_RESET_NODE_OPTIONS,
+                              TARN_CMD_STOP,
+                              TARN_CMD_OPTIONS_LOADED,
+                              TARN_CMD_BUILD_APPLICATION,
+                              TARN_CMD_APPLICATION_LISTING,
+                              TARN_CMD_APPLICATION_OPTIONS,
+                              TARN_CMD_LIST_TOOLS,
+                              TARN_CMD_LAST_TOOL,
+                              TARN_CMD_STOP_PUBLISHING,
+                              TARN_CMD_ADD_CONFIGURATION,
+                              TARN_CMD_REBUILD_AFTERWARDS,
+                              TARN_CMD_CLEAR_DEFAULT_PROJECT,
+                              TARN_CMD_REMOVE_NODE,
+                              TARN_CMD_COPY,
+                              TARN_CMD_PASTE};
   const auto disabled = [&] {
     std::string list;
     for (const std::int32_t id : ids) {
@@ -81,10 +116,10 @@ TEST_F(Commands, AreEnabledByTheStateOfTheProject) {
   world.host.actions[kMsgToolSucceeded] = [&] {
     if (GetBuilder().GetBuildState() != StateBuilding || !whileBuilding.empty()) return;
     whileBuilding = disabled() + "none";
-    EXPECT_EQ(Command(0x811C), "1");
+    EXPECT_EQ(Command(TARN_CMD_STOP), "1");
     whileStopping = disabled();
   };
-  EXPECT_EQ(Command(0x8112), "2");
+  EXPECT_EQ(Command(TARN_CMD_BUILD_ALL), "2");
   EndWorker();
   EXPECT_EQ(whileBuilding, "none");
   EXPECT_EQ(whileStopping, "811C ") << "a stop is asked for once";
@@ -98,25 +133,37 @@ TEST_F(Commands, DoWhatTheirMenuSays) {
     std::vector<std::string> lines;
     const char* shape;
   } rows[] = {
-      {"nothing that is known", 0x8104, "1", {}, "main.c"},
-      {"open the listing", 0x810D, "1", {"0x8008 /p/demo.lst 0"}, "main.c"},
-      {"the node's own open command", 0x810E, "1", {"273 33039 0"}, "main.c"},
-      {"open the file", 0x810F, "1", {"0x8008 /p/main.c 0"}, "main.c"},
-      {"show the file", 0x8110, "1", {"0x800F /p/main.c -1"}, "main.c"},
-      {"activate what is no application", 0x8118, "1", {}, "main.c"},
-      {"stop where nothing runs", 0x811C, "1", {}, "main.c"},
-      {"announce the application", 0x811E, "1", {"0x8010 /p/demo.tapp Standard"}, "main.c"},
-      {"the application's listing", 0x8120, "1", {"0x8008 /p/demo.lst 0"}, "main.c"},
-      {"hold publishing", 0x8137, "1", {}, "main.c"},
-      {"build again", 0x8139, "0", {}, "main.c"},
-      {"empty the default application only", 0x813A, "1", {}, "main.c"},
-      {"copy", 0xE122, "1", {}, "main.c"},
-      {"new folder",
-       0x810C,
+      {"nothing that is known", kUnknownCommand, "1", {}, "main.c"},
+      {"open the listing", TARN_CMD_OPEN_LISTING, "1", {"OpenFileAtLine /p/demo.lst 0"}, "main.c"},
+      {"the node's own open command", TARN_CMD_OPEN_BY_TYPE, "1", {"273 33039 0"}, "main.c"},
+      {"open the file", TARN_CMD_OPEN_FILE, "1", {"OpenFileAtLine /p/main.c 0"}, "main.c"},
+      {"show the file", TARN_CMD_SHOW_FILE, "1", {"OpenFile /p/main.c -1"}, "main.c"},
+      {"activate what is no application", TARN_CMD_SET_ACTIVE_APPLICATION, "1", {}, "main.c"},
+      {"stop where nothing runs", TARN_CMD_STOP, "1", {}, "main.c"},
+      {"announce the application",
+       TARN_CMD_OPTIONS_LOADED,
        "1",
-       {"0x8019 New Folder Local Settings 4005", "0x8011 \"\" 0"},
+       {"ApplicationActivated /p/demo.tapp Standard"},
+       "main.c"},
+      {"the application's listing",
+       TARN_CMD_APPLICATION_LISTING,
+       "1",
+       {"OpenFileAtLine /p/demo.lst 0"},
+       "main.c"},
+      {"hold publishing", TARN_CMD_STOP_PUBLISHING, "1", {}, "main.c"},
+      {"build again", TARN_CMD_REBUILD_AFTERWARDS, "0", {}, "main.c"},
+      {"empty the default application only", TARN_CMD_CLEAR_DEFAULT_PROJECT, "1", {}, "main.c"},
+      {"copy", TARN_CMD_COPY, "1", {}, "main.c"},
+      {"new folder",
+       TARN_CMD_NEW_GROUP,
+       "1",
+       {"PaneCaption New Folder Local Settings 4005", "CurrentNodeChanged \"\" 0"},
        "main.c New Folder"},
-      {"remove", 0xE120, "1", {"0x8019 demo Local Settings 4005", "0x8011 /p/demo.tapp 0"}, ""},
+      {"remove",
+       TARN_CMD_REMOVE_NODE,
+       "1",
+       {"PaneCaption demo Local Settings 4005", "CurrentNodeChanged /p/demo.tapp 0"},
+       ""},
   };
   for (const auto& row : rows) {
     Scene each;
@@ -129,17 +176,17 @@ TEST_F(Commands, DoWhatTheirMenuSays) {
 
 TEST_F(Commands, CopyAndPasteStandForTheSelectedNode) {
   Open();
-  EXPECT_EQ(Command(0xE125), "1");
+  EXPECT_EQ(Command(TARN_CMD_PASTE), "1");
   EXPECT_EQ(Shape(), "main.c") << "with nothing copied";
-  Command(0xE122);
-  Command(0xE125);
+  Command(TARN_CMD_COPY);
+  Command(TARN_CMD_PASTE);
   EXPECT_EQ(Shape(), "main.c main.c");
 }
 
 TEST_F(Commands, AskWhichFilesOrWhatApplication) {
   Open();
   user.files = {{"/p/a.c"}};
-  EXPECT_EQ(Command(0x8108), "1");
+  EXPECT_EQ(Command(TARN_CMD_ADD_FILES), "1");
   EXPECT_EQ(Shape(), "main.c a.c");
   std::string proposed;
   user.useSheet = [&proposed](CPropertySheet& sheet) {
@@ -148,33 +195,34 @@ TEST_F(Commands, AskWhichFilesOrWhatApplication) {
                shown.Control<CEdit>(kIdName).GetWindowText();
     return kSheetCancel;
   };
-  EXPECT_EQ(Command(0x8109), "1");
+  EXPECT_EQ(Command(TARN_CMD_NEW_APPLICATION), "1");
   EXPECT_EQ(proposed, "/p/ Application0");
 }
 
 TEST_F(Commands, ConfigurationsAreAddedAndChosenByTheNameOfTheOptionsWindow) {
   Open();
-  EXPECT_EQ(Command(0x8138), "1");
+  EXPECT_EQ(Command(TARN_CMD_ADD_CONFIGURATION), "1");
   EXPECT_EQ(Model().Publishing().GetCurrentConfigName(), "Standard");
-  EXPECT_EQ(Command(0x8119), "1");
+  EXPECT_EQ(Command(TARN_CMD_SELECT_CONFIGURATION), "1");
   EXPECT_EQ(Model().Publishing().GetCurrentConfigName(), "Debug");
-  EXPECT_THAT(world.TakeLines(), Contains("0x8010 /p/demo.tapp Debug"));
+  EXPECT_THAT(world.TakeLines(), Contains("ApplicationActivated /p/demo.tapp Debug"));
 }
 
 TEST_F(Commands, AnOptionChangeReachesTheProjectAndTellsWhichOutputIsOld) {
-  for (const std::int32_t id : {0x8105, 0x8106, 0x811A}) {
+  for (const std::int32_t id :
+       {TARN_CMD_APPLY_OPTION, TARN_CMD_APPLY_OPTION_AND_REBUILD, TARN_CMD_RESET_OPTION}) {
     Open();
     CXmlNode* node = Model().GetOwnCurrentNode();
     node->SetAttrValue("LastBuilt", "5");
     world.components.Properties().changedProperty = "C.Build.Tool";
     EXPECT_EQ(Command(id), "1");
-    EXPECT_THAT(world.TakeLines(), Contains("0x8021 /p/demo.o -1")) << id;
+    EXPECT_THAT(world.TakeLines(), Contains("OutputInvalid /p/demo.o -1")) << id;
     node = Model().GetOwnCurrentNode();
     ASSERT_NE(node, nullptr);
-    EXPECT_EQ(node->FindChild("PropState") != nullptr, id == 0x8105);
+    EXPECT_EQ(node->FindChild("PropState") != nullptr, id == TARN_CMD_APPLY_OPTION);
     EXPECT_NE(node->FindChild("#CDATA"), nullptr) << "published again";
-    EXPECT_EQ(node->FindChild("Options") != nullptr, id != 0x811A);
-    ASSERT_EQ(Command(0x811B), "1");
+    EXPECT_EQ(node->FindChild("Options") != nullptr, id != TARN_CMD_RESET_OPTION);
+    ASSERT_EQ(Command(TARN_CMD_RESET_NODE_OPTIONS), "1");
     EXPECT_EQ(Model().GetOwnCurrentNode()->FindChild("Options"), nullptr);
     ASSERT_EQ(world.Call("ProjectClose"), "1");
   }
@@ -182,7 +230,7 @@ TEST_F(Commands, AnOptionChangeReachesTheProjectAndTellsWhichOutputIsOld) {
 
 TEST_F(Commands, TheOptionsWindowShowsWhatIsSelected) {
   Open();
-  for (const std::int32_t id : {0x810B, 0x8121}) {
+  for (const std::int32_t id : {TARN_CMD_NODE_OPTIONS, TARN_CMD_APPLICATION_OPTIONS}) {
     world.components.Properties().TakeCalls();
     EXPECT_EQ(Command(id), "1");
     EXPECT_EQ(world.components.Properties().CallsOf("ShowOptions").size(), 1u) << id;
@@ -191,30 +239,34 @@ TEST_F(Commands, TheOptionsWindowShowsWhatIsSelected) {
 }
 
 TEST_F(Commands, AToolOfTheNodeRunsInTheBackground) {
-  EXPECT_EQ(Command(0x8122), "1") << "nothing selected";
+  EXPECT_EQ(Command(TARN_CMD_LIST_TOOLS), "1") << "nothing selected";
   Open();
-  EXPECT_EQ(Command(0x8123), "2");
+  EXPECT_EQ(Command(TARN_CMD_FIRST_TOOL), "2");
   EndWorker();
   ASSERT_EQ(world.components.Tools().CallsOf("RunTool").size(), 1u);
   EXPECT_THAT(world.components.Tools().CallsOf("RunTool")[0], ::testing::HasSubstr("lint"));
   world.TakeLines();
-  EXPECT_EQ(Command(0x8136), "2") << "no entry has it";
+  EXPECT_EQ(Command(TARN_CMD_LAST_TOOL), "2") << "no entry has it";
   EndWorker();
   EXPECT_THAT(world.TakeLines(), ElementsAre());
 }
 
 TEST_F(Commands, ABuildHasAPrologAndAnEpilog) {
   Open();
-  for (const std::int32_t id : {0x8104, 0x8110, 0x8118, 0x811E, 0x8121, 0x8137}) {
+  for (const std::int32_t id : std::initializer_list<std::int32_t>{
+           kUnknownCommand, TARN_CMD_SHOW_FILE, TARN_CMD_SET_ACTIVE_APPLICATION,
+           TARN_CMD_OPTIONS_LOADED, TARN_CMD_APPLICATION_OPTIONS, TARN_CMD_STOP_PUBLISHING}) {
     EXPECT_EQ(world.Call("PrologCommand", {id}), "1");
     EXPECT_EQ(world.Call("EpilogCommand", {id}), "1");
   }
   EXPECT_THAT(world.TakeLines(), ElementsAre());
-  for (const std::int32_t id : {0x8111, 0x8117, 0x811F, 0x8122, 0x8136}) {
+  for (const std::int32_t id :
+       {TARN_CMD_REBUILD_ALL, TARN_CMD_TRANSLATE_NODE, TARN_CMD_BUILD_APPLICATION,
+        TARN_CMD_LIST_TOOLS, TARN_CMD_LAST_TOOL}) {
     EXPECT_EQ(world.Call("PrologCommand", {id}), "1");
     EXPECT_EQ(world.Call("EpilogCommand", {id}), "1");
     EXPECT_EQ(world.components.Properties().holds, 0) << id;
-    EXPECT_THAT(world.TakeLines(), ElementsAre("0x800C 0 0")) << id;
+    EXPECT_THAT(world.TakeLines(), ElementsAre("BuildStarting 0 0")) << id;
   }
 }
 
@@ -224,24 +276,25 @@ TEST_F(Commands, ABuildThatTheHostRefusesCostsNothing) {
   world.Call("ReportMessage", {"said before"});
   const int lines = Model().Services().output->GetRoot().GetChildCount();
   world.host.answers[kMsgBuildStarting] = 0;
-  EXPECT_EQ(world.Call("PrologCommand", {0x8112}), "0");
+  EXPECT_EQ(world.Call("PrologCommand", {TARN_CMD_BUILD_ALL}), "0");
   EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 0u);
   EXPECT_EQ(world.components.Properties().holds, 0);
   EXPECT_EQ(Model().Services().output->GetRoot().GetChildCount(), lines)
       << "the log of the build before";
-  EXPECT_EQ(Enabled(0x811C) + world.Call("GetPropertyValue", {"C", "Build", "Flag"}), "0'kept'");
+  EXPECT_EQ(Enabled(TARN_CMD_STOP) + world.Call("GetPropertyValue", {"C", "Build", "Flag"}),
+            "0'kept'");
   EXPECT_EQ(world.Call("ProjectSave"), "1");
   EXPECT_NE(world.disk.BytesOf("/p/demo.tapp")->find("kept"), std::string::npos);
 }
 
 TEST_F(Commands, ARerunIsPostedOnceAndTakenBackByTheNextBuild) {
   Open();
-  EXPECT_EQ(Command(0x8139), "0");
-  EXPECT_EQ(world.Call("EpilogCommand", {0x8112}), "0");
+  EXPECT_EQ(Command(TARN_CMD_REBUILD_AFTERWARDS), "0");
+  EXPECT_EQ(world.Call("EpilogCommand", {TARN_CMD_BUILD_ALL}), "0");
   MessageLoop::ForCurrentThread()->Pump();
   EXPECT_THAT(world.TakeLines(), ElementsAre("273 33030 0", "273 33041 0"));
-  EXPECT_EQ(world.Call("PrologCommand", {0x8111}), "1");
-  EXPECT_EQ(world.Call("EpilogCommand", {0x8111}), "1");
+  EXPECT_EQ(world.Call("PrologCommand", {TARN_CMD_REBUILD_ALL}), "1");
+  EXPECT_EQ(world.Call("EpilogCommand", {TARN_CMD_REBUILD_ALL}), "1");
 }
 
 TEST_F(Commands, IniFilesKeepWhatTheyHold) {

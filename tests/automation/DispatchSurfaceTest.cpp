@@ -1,6 +1,8 @@
 // The 44 methods through the public interface only: names, ids, arguments, and the result of calls
 // with wrong arguments, before Init, or without an open project.
 
+#include <tarn/commands.h>
+
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -140,7 +142,8 @@ TEST(DispatchSurface, BeforeInitEveryCallAnswersAndDoesNothing) {
   world.disk.TakeOperations();
   for (const Row& row : kMethods) {
     if (std::string(row.name) == "Init") continue;
-    EXPECT_EQ(Answer(*world.manager.Get(), row, Arguments(row, "/p/demo.tprj", 0x8112)), row.early)
+    EXPECT_EQ(Answer(*world.manager.Get(), row, Arguments(row, "/p/demo.tprj", TARN_CMD_BUILD_ALL)),
+              row.early)
         << row.name;
   }
   EXPECT_TRUE(world.host.lines.empty());
@@ -155,7 +158,8 @@ TEST(DispatchSurface, WithNothingOpenEveryCallAnswers) {
     world.components.Properties().propertyWindow = 77;
     world.components.Properties().defaults[".none.none"] = "default";
     ASSERT_EQ(world.Init(), "1");
-    std::string answer = Answer(*world.manager.Get(), row, Arguments(row, "none", 0x8108));
+    std::string answer =
+        Answer(*world.manager.Get(), row, Arguments(row, "none", TARN_CMD_ADD_FILES));
     if (row.idle == std::string("a window") && IsWindow(std::atoi(answer.c_str()))) {
       answer = row.idle;
     }
@@ -174,7 +178,15 @@ TEST(DispatchSurface, NoTextAndNoNumberBringsTheManagerDown) {
                            Variant(std::string("a\0b", 3)),
                            Variant("/p"),
                            Variant("\n")};
-  const std::int32_t numbers[] = {0, -1, INT_MIN, INT_MAX, 0x810B, 0x8121, 0x811E, 0xE120, 0x8118};
+  const std::int32_t numbers[] = {0,
+                                  -1,
+                                  INT_MIN,
+                                  INT_MAX,
+                                  TARN_CMD_NODE_OPTIONS,
+                                  TARN_CMD_APPLICATION_OPTIONS,
+                                  TARN_CMD_OPTIONS_LOADED,
+                                  TARN_CMD_REMOVE_NODE,
+                                  TARN_CMD_SET_ACTIVE_APPLICATION};
   ManagerWorld world;
   world.AddDemo();
   world.AddDefaultProject();

@@ -79,7 +79,7 @@ TEST(Init, TakesTheConfigurationAndDefaultProjectOfItsFolders) {
       EXPECT_EQ(CanonicalPath(named), row.config) << row.name;
     }
     if (defs.empty()) continue;
-    EXPECT_EQ(ShownInstead(world, row.defaultProject), "0x8015 " + row.defaultProject + " 1")
+    EXPECT_EQ(ShownInstead(world, row.defaultProject), "ProjectOpened " + row.defaultProject + " 1")
         << row.name;
   }
 }
@@ -142,9 +142,9 @@ TEST(Init, DoesItsStepsInOrder) {
           "ReadDefsFromFile \"\" /app/config/projectmanager.config",
           "exists /app/config/projectmanager.config", "read /app/config/message.xslt", "reserve",
           "remove", "read /app/config/projectmanager.config",
-          "0x800B Tarn Project \r\n<ToolBar>\r\n\t<Item Header=\"Build\" />\r\n</ToolBar>",
-          "0x8013 Tarn Project \r\n<Menu Header=\"Project\" />",
-          "0x8013 Tarn Project \r\n<Menu Header=\"Build\" />", "read /user/profile.ini",
+          "CreateToolbar Tarn Project \r\n<ToolBar>\r\n\t<Item Header=\"Build\" />\r\n</ToolBar>",
+          "AddMainMenu Tarn Project \r\n<Menu Header=\"Project\" />",
+          "AddMainMenu Tarn Project \r\n<Menu Header=\"Build\" />", "read /user/profile.ini",
           "read /user/profile.ini", "read /user/profile.ini", "read /user/profile.ini",
           "read /app/config/projectmanager.config", "GetPropertyValue Project Internal Icon",
           "GetPropertyValue Application Internal Icon", "GetPropertyValue Group Internal Icon",
@@ -378,7 +378,7 @@ TEST(Init, AMissingComponentIsAFailureThatTheHostGetsTheReasonOf) {
               *row.result == '1');
     const std::vector<std::string> told = world.host.LinesOf(kMsgLogLine);
     ASSERT_EQ(told.size(), row.line.empty() ? 0u : 1u);
-    EXPECT_TRUE(told.empty() || told[0].starts_with("0x801B " + row.line)) << told[0];
+    EXPECT_TRUE(told.empty() || told[0].starts_with("LogLine " + row.line)) << told[0];
     for (const MethodInfo& method : world.manager->GetMethods()) {
       if (method.name == "Init") continue;
       Variant result;
@@ -471,9 +471,9 @@ TEST(Init, AHostOnAnotherThreadAnswersWhenItGetsToIt) {
   done.set_value();
   frame.join();
   ASSERT_GE(lines.size(), 3u);
-  EXPECT_EQ(lines[0].substr(0, 19), "0x800B Tarn Project");
-  EXPECT_EQ(lines[1], "0x8016 \"\" 0");
-  EXPECT_EQ(lines[2], "0x8015 /p/demo.tprj 0");
+  EXPECT_TRUE(lines[0].starts_with("CreateToolbar Tarn Project")) << lines[0];
+  EXPECT_EQ(lines[1], "ProjectClosing \"\" 0");
+  EXPECT_EQ(lines[2], "ProjectOpened /p/demo.tprj 0");
   // The main frame is gone, so the close isn't vetoed and nothing blocks.
   EXPECT_EQ(world.Call("ProjectClose"), "1");
 }

@@ -1,5 +1,8 @@
 // The inspection interface of the manager.
 
+#include <tarn/commands.h>
+#include <tarn/methods.h>
+
 #include <gtest/gtest.h>
 
 #include "automation/ManagerWorld.h"
@@ -31,9 +34,9 @@ class Inspector : public ::testing::Test {
     return Show(outcome, result);
   }
   void Open() {
-    ASSERT_EQ(Ask(1, {world.manager}), "1");
+    ASSERT_EQ(Ask(TARN_INS_ATTACH, {world.manager}), "1");
     ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
-    ASSERT_EQ(Ask(2), "1");
+    ASSERT_EQ(Ask(TARN_INS_PUBLISH_ALL), "1");
   }
 
   ManagerWorld world;
@@ -48,68 +51,76 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
     const char* bare;  // without a manager
     const char* idle;  // without an open project
   } rows[] = {
-      {"PublishAll", 2, {}, "0", "1"},
-      {"GetTree", 3, {}, "''", "'\r\n<Project/>'"},
-      {"GetStatus", 4, {}, "''", "'\r\n<Status/>'"},
-      {"GetBuildInputs", 5, {}, "''", "''"},
-      {"GetToolInput", 6, {"demo", "/p/main.o"}, "''", "''"},
-      {"GetPropertyManager", 7, {}, "object", "object"},
-      {"SelectNodeByKey", 8, {"main.c", ""}, "0", "0"},
-      {"ExplainOption", 9, {"C", "Build", "Tool"}, "''", "'\r\n<Option Node=\"\" Value=\"\" />'"},
-      {"MissingImportProgram", 10, {}, "''", "'/no/perl'"},
-      {"GetTargets", 11, {}, "''", "'\r\n<Targets/>'"},
-      {"GetLogFile", 12, {}, "''", "'/tmp/$opj1.xml'"},
-      {"GetGlobals", 13, {"", ""}, "''", "''"},
-      {"GetReport", 14, {"<log/>"}, "''", "'\r\n<Report/>'"},
-      {"SelectNodeByPlace", 15, {"0/0"}, "0", "0"},
-      {"GetChangeCount", 16, {}, "0", "0"},
-      {"GetFileTexts", 17, {}, "''", "''"},
-      {"PublishFor", 18, {5}, "1", "1"},
-      {"NoteCurrentNode", 19, {}, "0", "1"},
-      {"SelectNotedNode", 20, {}, "0", "1"},
-      {"GetDamage", 21, {}, "''", "'\r\n<Damage/>'"},
-      {"ProtectDamaged", 22, {1}, "0", "1"},
-      {"GetFailedDamage", 25, {}, "''", "'\r\n<Damage/>'"},
-      {"GetBuildGaps", 30, {}, "''", "'\r\n<BuildGaps/>'"},
-      {"GetInstallationProblem", 31, {}, "''", "''"},
-      {"GetBuildProblem", 32, {}, "''", "''"},
-      {"OpenBuildState", 40, {"/p/x.tstate"}, "''", "''"},
-      {"IsBuildStateCurrent", 41, {"/p/x.tstate"}, "0", "0"},
-      {"RestoreFor", 42, {5}, "1", "1"},
-      {"FinishBuildState", 43, {1}, "''", "''"},
-      {"GetBuildInfos", 44, {"a", "/p/a.o"}, "''", "''"},
-      {"CopyConfiguration", 23, {"A", "B"}, "0", "0"},
-      {"RefreshDefinitions", 24, {}, "0", "0"},
-      {"GetSharedOutputs", 50, {""}, "''", "''"},
-      {"SetNewProjectFolder", 80, {"/home/me/Tarn"}, "0", "1"},
-      {"GetBuildStateProblem", 82, {}, "''", "''"},
-      {"OpenForReading", 83, {0}, "0", "1"},
-      {"TryLockProject", 60, {"/p/x.tprj"}, "'no project manager'", "''"},
-      {"UnlockProject", 61, {}, "0", "1"},
-      {"GetSaveReport", 62, {}, "''", "'\r\n<Save/>'"},
-      {"AllowOutside", 63, {0}, "0", "1"},
-      {"GetApplications", 73, {}, "''", "'\r\n<Project/>'"},
-      {"ApplyChange", 64, {"", ""}, "'no project manager'", "'no project is open'"},
-      {"GetBaseTexts", 67, {}, "''", "''"},
-      {"StageFileTexts", 68, {"", ""}, "0", "1"},
-      {"IsModified", 69, {}, "0", "0"},
-      {"SaveAllOrNone", 70, {0}, "0", "1"},
-      {"DropChanges", 75, {}, "0", "1"},
-      {"GetMissedSelection", 26, {}, "''", "''"},
-      {"TakeBuildNotices", 65, {}, "''", "'\r\n<Notices/>'"},
-      {"SetTrustedFolders", 66, {"/p"}, "0", "1"},
-      {"SetStateFolder", 84, {"/home/me/state"}, "0", "1"},
-      {"TakeRefusedWishes", 71, {}, "''", "''"},
-      {"CheckScript", 72, {"/p/x.lua"}, "''", "''"},
+      {"PublishAll", TARN_INS_PUBLISH_ALL, {}, "0", "1"},
+      {"GetTree", TARN_INS_GET_TREE, {}, "''", "'\r\n<Project/>'"},
+      {"GetStatus", TARN_INS_GET_STATUS, {}, "''", "'\r\n<Status/>'"},
+      {"GetBuildInputs", TARN_INS_GET_BUILD_INPUTS, {}, "''", "''"},
+      {"GetToolInput", TARN_INS_GET_TOOL_INPUT, {"demo", "/p/main.o"}, "''", "''"},
+      {"GetPropertyManager", TARN_INS_GET_PROPERTY_MANAGER, {}, "object", "object"},
+      {"SelectNodeByKey", TARN_INS_SELECT_NODE_BY_KEY, {"main.c", ""}, "0", "0"},
+      {"ExplainOption",
+       TARN_INS_EXPLAIN_OPTION,
+       {"C", "Build", "Tool"},
+       "''",
+       "'\r\n<Option Node=\"\" Value=\"\" />'"},
+      {"MissingImportProgram", TARN_INS_MISSING_IMPORT_PROGRAM, {}, "''", "'/no/perl'"},
+      {"GetTargets", TARN_INS_GET_TARGETS, {}, "''", "'\r\n<Targets/>'"},
+      {"GetLogFile", TARN_INS_GET_LOG_FILE, {}, "''", "'/tmp/$opj1.xml'"},
+      {"GetGlobals", TARN_INS_GET_GLOBALS, {"", ""}, "''", "''"},
+      {"GetReport", TARN_INS_GET_REPORT, {"<log/>"}, "''", "'\r\n<Report/>'"},
+      {"SelectNodeByPlace", TARN_INS_SELECT_NODE_BY_PLACE, {"0/0"}, "0", "0"},
+      {"GetChangeCount", TARN_INS_GET_CHANGE_COUNT, {}, "0", "0"},
+      {"GetFileTexts", TARN_INS_GET_FILE_TEXTS, {}, "''", "''"},
+      {"PublishFor", TARN_INS_PUBLISH_FOR, {5}, "1", "1"},
+      {"NoteCurrentNode", TARN_INS_NOTE_CURRENT_NODE, {}, "0", "1"},
+      {"SelectNotedNode", TARN_INS_SELECT_NOTED_NODE, {}, "0", "1"},
+      {"GetDamage", TARN_INS_GET_DAMAGE, {}, "''", "'\r\n<Damage/>'"},
+      {"ProtectDamaged", TARN_INS_PROTECT_DAMAGED, {1}, "0", "1"},
+      {"GetFailedDamage", TARN_INS_GET_FAILED_DAMAGE, {}, "''", "'\r\n<Damage/>'"},
+      {"GetBuildGaps", TARN_INS_GET_BUILD_GAPS, {}, "''", "'\r\n<BuildGaps/>'"},
+      {"GetInstallationProblem", TARN_INS_GET_INSTALLATION_PROBLEM, {}, "''", "''"},
+      {"GetBuildProblem", TARN_INS_GET_BUILD_PROBLEM, {}, "''", "''"},
+      {"OpenBuildState", TARN_INS_OPEN_BUILD_STATE, {"/p/x.tstate"}, "''", "''"},
+      {"IsBuildStateCurrent", TARN_INS_IS_BUILD_STATE_CURRENT, {"/p/x.tstate"}, "0", "0"},
+      {"RestoreFor", TARN_INS_RESTORE_FOR, {5}, "1", "1"},
+      {"FinishBuildState", TARN_INS_FINISH_BUILD_STATE, {1}, "''", "''"},
+      {"GetBuildInfos", TARN_INS_GET_BUILD_INFOS, {"a", "/p/a.o"}, "''", "''"},
+      {"CopyConfiguration", TARN_INS_COPY_CONFIGURATION, {"A", "B"}, "0", "0"},
+      {"RefreshDefinitions", TARN_INS_REFRESH_DEFINITIONS, {}, "0", "0"},
+      {"GetSharedOutputs", TARN_INS_GET_SHARED_OUTPUTS, {""}, "''", "''"},
+      {"SetNewProjectFolder", TARN_INS_SET_NEW_PROJECT_FOLDER, {"/home/me/Tarn"}, "0", "1"},
+      {"GetBuildStateProblem", TARN_INS_GET_BUILD_STATE_PROBLEM, {}, "''", "''"},
+      {"OpenForReading", TARN_INS_OPEN_FOR_READING, {0}, "0", "1"},
+      {"TryLockProject", TARN_INS_TRY_LOCK_PROJECT, {"/p/x.tprj"}, "'no project manager'", "''"},
+      {"UnlockProject", TARN_INS_UNLOCK_PROJECT, {}, "0", "1"},
+      {"GetSaveReport", TARN_INS_GET_SAVE_REPORT, {}, "''", "'\r\n<Save/>'"},
+      {"AllowOutside", TARN_INS_ALLOW_OUTSIDE, {0}, "0", "1"},
+      {"GetApplications", TARN_INS_GET_APPLICATIONS, {}, "''", "'\r\n<Project/>'"},
+      {"ApplyChange",
+       TARN_INS_APPLY_CHANGE,
+       {"", ""},
+       "'no project manager'",
+       "'no project is open'"},
+      {"GetBaseTexts", TARN_INS_GET_BASE_TEXTS, {}, "''", "''"},
+      {"StageFileTexts", TARN_INS_STAGE_FILE_TEXTS, {"", ""}, "0", "1"},
+      {"IsModified", TARN_INS_IS_MODIFIED, {}, "0", "0"},
+      {"SaveAllOrNone", TARN_INS_SAVE_ALL_OR_NONE, {0}, "0", "1"},
+      {"DropChanges", TARN_INS_DROP_CHANGES, {}, "0", "1"},
+      {"GetMissedSelection", TARN_INS_GET_MISSED_SELECTION, {}, "''", "''"},
+      {"TakeBuildNotices", TARN_INS_TAKE_BUILD_NOTICES, {}, "''", "'\r\n<Notices/>'"},
+      {"SetTrustedFolders", TARN_INS_SET_TRUSTED_FOLDERS, {"/p"}, "0", "1"},
+      {"SetStateFolder", TARN_INS_SET_STATE_FOLDER, {"/home/me/state"}, "0", "1"},
+      {"TakeRefusedWishes", TARN_INS_TAKE_REFUSED_WISHES, {}, "''", "''"},
+      {"CheckScript", TARN_INS_CHECK_SCRIPT, {"/p/x.lua"}, "''", "''"},
   };
   ASSERT_EQ(object->GetMethods().size(), std::size(rows) + 1);
   for (const DispatchPtr& other : {DispatchPtr(), object, DispatchPtr(&world.components.Tools())}) {
-    EXPECT_EQ(Ask(1, {other}), "0");
+    EXPECT_EQ(Ask(TARN_INS_ATTACH, {other}), "0");
   }
   ManagerWorld uninitialised;
   for (const bool hasManager : {false, true}) {
     if (hasManager) {
-      EXPECT_EQ(Ask(1, {uninitialised.manager}), "1");
+      EXPECT_EQ(Ask(TARN_INS_ATTACH, {uninitialised.manager}), "1");
     }
     for (const auto& row : rows) {
       DispatchId id = 0;
@@ -120,7 +131,7 @@ TEST_F(Inspector, AnswersNothingUntilItHasAManager) {
       EXPECT_EQ(Show(outcome, result), row.bare) << row.name;
     }
   }
-  ASSERT_EQ(Ask(1, {world.manager}), "1");
+  ASSERT_EQ(Ask(TARN_INS_ATTACH, {world.manager}), "1");
   for (const auto& row : rows) {
     Variant result;
     const DispatchResult outcome = object->Invoke(row.id, row.arguments, result);
@@ -134,13 +145,13 @@ TEST_F(Inspector, ToldToProtectKeepsADamagedProjectFromBuildsAndSaves) {
                      "stray<C Header='main.c' Path='.\\src\\main.c' /></Application>");
   const std::string bytes = *world.disk.BytesOf("/p/demo.tapp");
   Open();
-  EXPECT_EQ(Ask(21),
+  EXPECT_EQ(Ask(TARN_INS_GET_DAMAGE),
             "'\r\n<Damage>\r\n\t<Place File=\"/p/demo.tapp\" Line=\"2\" Text=\"stray text "
             "&quot;stray&quot;\" />\r\n</Damage>'");
   for (const bool isProtected : {true, false}) {
-    EXPECT_EQ(Ask(22, {isProtected ? 1 : 0}), "1");
-    EXPECT_EQ(world.Call("PrologCommand", {0x8112}), isProtected ? "0" : "1");
-    world.Call("EpilogCommand", {0x8112});
+    EXPECT_EQ(Ask(TARN_INS_PROTECT_DAMAGED, {isProtected ? 1 : 0}), "1");
+    EXPECT_EQ(world.Call("PrologCommand", {TARN_CMD_BUILD_ALL}), isProtected ? "0" : "1");
+    world.Call("EpilogCommand", {TARN_CMD_BUILD_ALL});
     world.Call("SavePropertyValue", {"C", "Build", "Tool", "edited"});
     EXPECT_EQ(world.Call("ProjectSave", {}), "1");
     EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp") == bytes, isProtected);
@@ -152,18 +163,24 @@ TEST_F(Inspector, LooksAtEverythingAndChangesNothing) {
   const std::vector<std::string> files = world.disk.AllFiles();
   const std::string application = *world.disk.BytesOf("/p/demo.tapp");
   const std::string current = world.Call("GetSelectedApplication");
-  EXPECT_NE(Ask(3).find("<C Header=\"main.c\" Path=\"/p/src/main.c\" Custom=\"kept\""),
-            std::string::npos)
-      << Ask(3);
-  EXPECT_EQ(Ask(3).find("Values"), std::string::npos);
-  EXPECT_NE(Ask(4).find("Reason=\"output-missing\""), std::string::npos) << Ask(4);
-  const std::string inputs = Ask(5);
+  EXPECT_NE(
+      Ask(TARN_INS_GET_TREE).find("<C Header=\"main.c\" Path=\"/p/src/main.c\" Custom=\"kept\""),
+      std::string::npos)
+      << Ask(TARN_INS_GET_TREE);
+  EXPECT_EQ(Ask(TARN_INS_GET_TREE).find("Values"), std::string::npos);
+  EXPECT_NE(Ask(TARN_INS_GET_STATUS).find("Reason=\"output-missing\""), std::string::npos)
+      << Ask(TARN_INS_GET_STATUS);
+  const std::string inputs = Ask(TARN_INS_GET_BUILD_INPUTS);
   EXPECT_EQ(inputs.substr(0, 20), "'A /p/demo.tapp\nN /p") << inputs;
   EXPECT_NE(inputs.find(" /p/main.o\n"), std::string::npos) << inputs;
-  EXPECT_EQ(Ask(5), inputs);
-  EXPECT_NE(Ask(6, {"DEMO", "/p/main.o"}).find("Tool=\"cc\""), std::string::npos);
-  EXPECT_EQ(Ask(6, {"other", "/p/main.o"}) + Ask(6, {nullptr, nullptr}), "''''");
-  EXPECT_NE(Ask(9, {"", "Build", "TranslateTool"}).find("<Option"), std::string::npos);
+  EXPECT_EQ(Ask(TARN_INS_GET_BUILD_INPUTS), inputs);
+  EXPECT_NE(Ask(TARN_INS_GET_TOOL_INPUT, {"DEMO", "/p/main.o"}).find("Tool=\"cc\""),
+            std::string::npos);
+  EXPECT_EQ(Ask(TARN_INS_GET_TOOL_INPUT, {"other", "/p/main.o"}) +
+                Ask(TARN_INS_GET_TOOL_INPUT, {nullptr, nullptr}),
+            "''''");
+  EXPECT_NE(Ask(TARN_INS_EXPLAIN_OPTION, {"", "Build", "TranslateTool"}).find("<Option"),
+            std::string::npos);
   EXPECT_FALSE(world.Manager().GetModel()->IsModified());
   EXPECT_EQ(world.Call("ProjectSave"), "1");
   EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), application);
@@ -213,12 +230,12 @@ TEST_F(Inspector, NamesWhatABuildPassesOver) {
                        std::string("<Application Header='demo' Extern='.\\demo.tapp' "
                                    "Path='.\\demo.tapp' ><C Header='a' Path='.\\a.c' />") +
                            row.node + "</Application>");
-    ASSERT_EQ(Ask(1, {world.manager}), "1");
+    ASSERT_EQ(Ask(TARN_INS_ATTACH, {world.manager}), "1");
     ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
-    ASSERT_EQ(Ask(2), "1");
+    ASSERT_EQ(Ask(TARN_INS_PUBLISH_ALL), "1");
     CXmlNode list;
     CXmlParseInfo info;
-    const std::string xml = Ask(30);
+    const std::string xml = Ask(TARN_INS_GET_BUILD_GAPS);
     list.Load(xml.substr(1, xml.size() - 2), info);
     std::vector<std::string> gaps;
     for (const CXmlNode* application : list.GetChildren()) {
@@ -229,7 +246,7 @@ TEST_F(Inspector, NamesWhatABuildPassesOver) {
       }
     }
     EXPECT_EQ(gaps, row.gaps) << xml;
-    EXPECT_EQ(Ask(32), "'" + std::string(row.problem) + "'");
+    EXPECT_EQ(Ask(TARN_INS_GET_BUILD_PROBLEM), "'" + std::string(row.problem) + "'");
     ASSERT_EQ(world.Call("ProjectClose"), "1");
   }
 }
@@ -237,7 +254,7 @@ TEST_F(Inspector, NamesWhatABuildPassesOver) {
 TEST_F(Inspector, SelectsTheNodeAtAPlaceOfTheTree) {
   Open();
   const auto selected = [&](const char* place) {
-    const std::string told = Ask(15, {place});
+    const std::string told = Ask(TARN_INS_SELECT_NODE_BY_PLACE, {place});
     const CXmlNode* const node = world.Manager().GetModel()->GetCurrentNode();
     return told + ' ' + (node == nullptr ? "" : node->GetName());
   };
@@ -247,25 +264,25 @@ TEST_F(Inspector, SelectsTheNodeAtAPlaceOfTheTree) {
   for (const char* const none : {"7", "0/0/0/0", "-1", "0/x", "99999999999"}) {
     EXPECT_EQ(selected(none), "0 C") << none;
   }
-  EXPECT_EQ(Ask(19), "1");
+  EXPECT_EQ(Ask(TARN_INS_NOTE_CURRENT_NODE), "1");
   EXPECT_EQ(selected("0"), "1 Application");
-  EXPECT_EQ(Ask(20), "1");
+  EXPECT_EQ(Ask(TARN_INS_SELECT_NOTED_NODE), "1");
   EXPECT_EQ(world.Manager().GetModel()->GetCurrentNode()->GetName(), "C");
   EXPECT_EQ(world.Call("ProjectClose"), "1");
-  EXPECT_EQ(Ask(20), "0") << "gone";
+  EXPECT_EQ(Ask(TARN_INS_SELECT_NOTED_NODE), "0") << "gone";
 }
 
 TEST_F(Inspector, GivesTheFilesAsASaveWritesThemAndTellsOfEachChange) {
   Open();
-  Ask(8, {"main.c", ""});
-  const std::string tree = Ask(3);
-  const std::string count = Ask(16);
-  Ask(17);
-  EXPECT_EQ(Ask(3), tree);
-  EXPECT_EQ(Ask(16), count);
+  Ask(TARN_INS_SELECT_NODE_BY_KEY, {"main.c", ""});
+  const std::string tree = Ask(TARN_INS_GET_TREE);
+  const std::string count = Ask(TARN_INS_GET_CHANGE_COUNT);
+  Ask(TARN_INS_GET_FILE_TEXTS);
+  EXPECT_EQ(Ask(TARN_INS_GET_TREE), tree);
+  EXPECT_EQ(Ask(TARN_INS_GET_CHANGE_COUNT), count);
   EXPECT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Tool", "own"}), "1");
-  EXPECT_NE(Ask(16), count);
-  const std::string texts = Ask(17);
+  EXPECT_NE(Ask(TARN_INS_GET_CHANGE_COUNT), count);
+  const std::string texts = Ask(TARN_INS_GET_FILE_TEXTS);
   EXPECT_EQ(world.Call("ProjectSave"), "1");
   for (const char* const path : {"/p/demo.tapp", "/p/demo.tprj"}) {
     const std::string bytes = *world.disk.BytesOf(path);
@@ -280,40 +297,41 @@ TEST_F(Inspector, GivesTheFilesAsASaveWritesThemAndTellsOfEachChange) {
 TEST_F(Inspector, OpensAProjectWithChangesThatWereNeverSavedAndMergesThemAtASave) {
   Open();
   const std::string before = *world.disk.BytesOf("/p/demo.tapp");
-  Ask(8, {"main.c", ""});
-  EXPECT_EQ(Ask(69), "0");
+  Ask(TARN_INS_SELECT_NODE_BY_KEY, {"main.c", ""});
+  EXPECT_EQ(Ask(TARN_INS_IS_MODIFIED), "0");
   EXPECT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Tool", "own"}), "1");
-  EXPECT_EQ(Ask(69), "1");
+  EXPECT_EQ(Ask(TARN_INS_IS_MODIFIED), "1");
   const auto unquoted = [](const std::string& text) { return text.substr(1, text.size() - 2); };
-  const std::string texts = unquoted(Ask(17));
-  const std::string bases = unquoted(Ask(67));
+  const std::string texts = unquoted(Ask(TARN_INS_GET_FILE_TEXTS));
+  const std::string bases = unquoted(Ask(TARN_INS_GET_BASE_TEXTS));
   ASSERT_EQ(world.Call("ProjectClose"), "1");
-  EXPECT_EQ(Ask(69), "0");
+  EXPECT_EQ(Ask(TARN_INS_IS_MODIFIED), "0");
   // Simulates a killed process and a change by another program, which adds a file.
   std::string theirs = before;
   theirs.insert(theirs.rfind("</"), "<C Header=\"theirs.c\" Path=\".\\theirs.c\" />");
   world.disk.AddFile("/p/demo.tapp", theirs);
-  EXPECT_EQ(Ask(68, {texts + "9 cut", bases}), "0");
-  EXPECT_EQ(Ask(68, {texts, bases}), "1");
+  EXPECT_EQ(Ask(TARN_INS_STAGE_FILE_TEXTS, {texts + "9 cut", bases}), "0");
+  EXPECT_EQ(Ask(TARN_INS_STAGE_FILE_TEXTS, {texts, bases}), "1");
   ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
-  EXPECT_EQ(Ask(69), "1");
+  EXPECT_EQ(Ask(TARN_INS_IS_MODIFIED), "1");
   EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), theirs);
-  EXPECT_EQ(unquoted(Ask(17)), texts);
-  EXPECT_EQ(Ask(3).find("theirs.c"), std::string::npos);
+  EXPECT_EQ(unquoted(Ask(TARN_INS_GET_FILE_TEXTS)), texts);
+  EXPECT_EQ(Ask(TARN_INS_GET_TREE).find("theirs.c"), std::string::npos);
   ASSERT_EQ(world.Call("ProjectSave"), "1");
-  EXPECT_EQ(Ask(69), "0");
+  EXPECT_EQ(Ask(TARN_INS_IS_MODIFIED), "0");
   const std::string saved = *world.disk.BytesOf("/p/demo.tapp");
   EXPECT_NE(saved.find("theirs.c"), std::string::npos) << saved;
   EXPECT_NE(saved.find("Value=\"own\""), std::string::npos) << saved;
-  EXPECT_NE(Ask(62).find("Merged=\"Yes\""), std::string::npos) << Ask(62);
+  EXPECT_NE(Ask(TARN_INS_GET_SAVE_REPORT).find("Merged=\"Yes\""), std::string::npos)
+      << Ask(TARN_INS_GET_SAVE_REPORT);
   EXPECT_FALSE(world.disk.BytesOf("/p/demo.tapp.orig").has_value());
 
   // Only the next open uses them, even if a file is missing.
   ASSERT_EQ(world.Call("ProjectClose"), "1");
   ASSERT_TRUE(world.disk.RemoveFile("/p/demo.tapp"));
-  Ask(68, {texts, bases});
+  Ask(TARN_INS_STAGE_FILE_TEXTS, {texts, bases});
   ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
-  EXPECT_NE(Ask(3).find("main.c"), std::string::npos);
+  EXPECT_NE(Ask(TARN_INS_GET_TREE).find("main.c"), std::string::npos);
   ASSERT_EQ(world.Call("ProjectSave"), "1");
   EXPECT_NE(world.disk.BytesOf("/p/demo.tapp")->find("Value=\"own\""), std::string::npos);
 }
@@ -329,7 +347,8 @@ TEST_F(Inspector, ReportsAConflictAlsoIfTheFileStaysAsAnotherProgramWroteIt) {
   world.disk.AddFile("/p/demo.tapp", theirs.replace(custom, 4, "changed"));
   ASSERT_EQ(world.Call("ProjectSave"), "1");
   EXPECT_EQ(*world.disk.BytesOf("/p/demo.tapp"), theirs);
-  EXPECT_NE(Ask(62).find("removed here, changed there"), std::string::npos) << Ask(62);
+  EXPECT_NE(Ask(TARN_INS_GET_SAVE_REPORT).find("removed here, changed there"), std::string::npos)
+      << Ask(TARN_INS_GET_SAVE_REPORT);
 }
 
 TEST_F(Inspector, ListsTheTargetsOfTheRegistryOrOfTheInstallation) {
@@ -339,8 +358,8 @@ TEST_F(Inspector, ListsTheTargetsOfTheRegistryOrOfTheInstallation) {
                      "<Target><ConfigName>x</ConfigName></Target><Chip Header='c' />"
                      "<Targets Header='f' ><Target Header='u' ><ConfigName>C</ConfigName></Target>"
                      "</Targets></Targets>");
-  ASSERT_EQ(Ask(1, {world.manager}), "1");
-  std::string text = Ask(11);
+  ASSERT_EQ(Ask(TARN_INS_ATTACH, {world.manager}), "1");
+  std::string text = Ask(TARN_INS_GET_TARGETS);
   std::erase(text, '\r');
   EXPECT_EQ(text,
             "'\n<Targets>\n\t<Targets Header=\"own\" >\n"
@@ -350,13 +369,14 @@ TEST_F(Inspector, ListsTheTargetsOfTheRegistryOrOfTheInstallation) {
             "\t\t</Targets>\n\t</Targets>\n</Targets>'");
   world.disk.AddFile("/machine/registry.ini",
                      "[Software\\Corvane\\Tarn7\\Targets\\x]\nHidden=Yes\n");
-  EXPECT_EQ(Ask(11), "'\r\n<Targets/>'");
+  EXPECT_EQ(Ask(TARN_INS_GET_TARGETS), "'\r\n<Targets/>'");
 }
 
 TEST_F(Inspector, TellsTheRowsOfTheReportsInTheirOrder) {
   Open();
   const std::string file = "/p/demo-Globals.Standard.xml";
-  EXPECT_EQ(Ask(13, {"", ""}), "'\r\n<Globals File=\"" + file + "\" Found=\"No\" />'");
+  EXPECT_EQ(Ask(TARN_INS_GET_GLOBALS, {"", ""}),
+            "'\r\n<Globals File=\"" + file + "\" Found=\"No\" />'");
   world.disk.AddFile(file,
                      "<g><s Icon='2' Header='b' Desc='&lt;2' DeclFile='/x.c' DeclLine='10'/>"
                      "<s Header='B' DeclFile='/X.c' DeclLine='10'/><s Header='A'/></g>");
@@ -365,11 +385,12 @@ TEST_F(Inspector, TellsTheRowsOfTheReportsInTheirOrder) {
       "\r\n\t<Row Icon=\"2\" Header=\"b\" Desc=\"&lt;2\" DeclFile=\"/x.c\" DeclLine=\"10\" />";
   const std::string a =
       "\r\n\t<Row Icon=\"\" Header=\"A\" Desc=\"\" DeclFile=\"\" DeclLine=\"\" />";
-  EXPECT_EQ(Ask(13, {"", ""}), head + b + a + "\r\n</Globals>'");
-  EXPECT_EQ(Ask(13, {"DEMO", "name"}), head + a + b + "\r\n</Globals>'");
-  EXPECT_EQ(Ask(13, {"none", "name"}), "''");
-  EXPECT_EQ(Ask(14, {"<output><message Icon='2' ShowInReport='yes' Description='d' File='/x.c' "
-                     "Line='3'><link>0</link></message><message Description='e'/></output>"}),
+  EXPECT_EQ(Ask(TARN_INS_GET_GLOBALS, {"", ""}), head + b + a + "\r\n</Globals>'");
+  EXPECT_EQ(Ask(TARN_INS_GET_GLOBALS, {"DEMO", "name"}), head + a + b + "\r\n</Globals>'");
+  EXPECT_EQ(Ask(TARN_INS_GET_GLOBALS, {"none", "name"}), "''");
+  EXPECT_EQ(Ask(TARN_INS_GET_REPORT,
+                {"<output><message Icon='2' ShowInReport='yes' Description='d' File='/x.c' "
+                 "Line='3'><link>0</link></message><message Description='e'/></output>"}),
             "'\r\n<Report>\r\n\t<Row Icon=\"2\" Description=\"d\" File=\"/x.c\" Line=\"3\" "
             "Help=\"\" />\r\n</Report>'");
 }
@@ -414,16 +435,16 @@ TEST_F(Inspector, FindsANodeByAnyOfItsNamesIfItIsTheOnlyOne) {
   };
   for (const bool isPublished : {false, true}) {
     if (isPublished) {
-      ASSERT_EQ(Ask(2), "1");
+      ASSERT_EQ(Ask(TARN_INS_PUBLISH_ALL), "1");
     } else {
-      ASSERT_EQ(Ask(1, {world.manager}), "1");
+      ASSERT_EQ(Ask(TARN_INS_ATTACH, {world.manager}), "1");
       ASSERT_EQ(world.Call("ProjectOpen", {"/p/demo.tprj"}), "1");
     }
     for (const auto& row : rows) {
       ASSERT_EQ(world.Call("SelectApplication", {"demo"}), "1");
       world.disk.SetCurrentFolder(row.folder);
       const std::string key = row.key.AsText().value_or("null") + " of " + row.place;
-      EXPECT_EQ(Ask(8, {row.key, row.place}), row.answer) << key;
+      EXPECT_EQ(Ask(TARN_INS_SELECT_NODE_BY_KEY, {row.key, row.place}), row.answer) << key;
       const CXmlNode* node = world.Manager().GetModel()->GetCurrentNode();
       EXPECT_STREQ(node->GetAttrValue("Header"), row.selected) << key;
     }
@@ -432,11 +453,11 @@ TEST_F(Inspector, FindsANodeByAnyOfItsNamesIfItIsTheOnlyOne) {
 
 TEST_F(Inspector, TellsWhereAValueIsStored) {
   Open();
-  ASSERT_EQ(Ask(8, {"src", ""}), "1");
+  ASSERT_EQ(Ask(TARN_INS_SELECT_NODE_BY_KEY, {"src", ""}), "1");
   ASSERT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Flag", "group"}), "1");
-  ASSERT_EQ(Ask(8, {"main.c", ""}), "1");
+  ASSERT_EQ(Ask(TARN_INS_SELECT_NODE_BY_KEY, {"main.c", ""}), "1");
   ASSERT_EQ(world.Call("SavePropertyValue", {"C", "Build", "Flag", "own"}), "1");
-  const std::string told = Ask(9, {"", "Build", "Flag"});
+  const std::string told = Ask(TARN_INS_EXPLAIN_OPTION, {"", "Build", "Flag"});
   const std::size_t group = told.find("<From Kind=\"group\" Header=\"src\" Config=\"Standard\"");
   const std::size_t own = told.find("<From Kind=\"node\" Header=\"main.c\" Config=\"Standard\"");
   EXPECT_LT(group, own) << told;

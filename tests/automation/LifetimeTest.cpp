@@ -1,5 +1,8 @@
 // Lifetime of a manager, for releases by different owners at different times.
 
+#include <tarn/commands.h>
+#include <tarn/methods.h>
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -86,7 +89,7 @@ TEST(Lifetime, ReleasedInsideInitItLivesUntilItIsWithdrawn) {
     CProjectManager& manager = world.Manager();
     Variant result;
     const std::vector<Variant> arguments = {"/app/", "/data/demo", world.host.Handle()};
-    EXPECT_TRUE(manager.Invoke(8, arguments, result));
+    EXPECT_TRUE(manager.Invoke(TARN_PM_INIT, arguments, result));
     EXPECT_EQ(result.AsLong(), 1);
     world.manager = world.runningObjects.GetActiveObject(CProjectManager::kClassId);
     ASSERT_TRUE(world.manager);
@@ -120,7 +123,7 @@ TEST(Lifetime, ReleasedInsideAStepOfTheWorkerItEndsBehindTheWorker) {
     for (const auto& [id, arguments] :
          std::vector<std::pair<DispatchId, std::vector<Variant>>>{{1, {"/p/other.tprj"}},
                                                                   {3, {}},
-                                                                  {7, {0x8112}},
+                                                                  {7, {TARN_CMD_BUILD_ALL}},
                                                                   {26, {}},
                                                                   {33, {"", "<I></I>"}},
                                                                   {21, {}},
@@ -196,7 +199,7 @@ TEST(Lifetime, AHostThatOnlyPollsDoesNotHoldTheWorkerUp) {
   const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
   while (world.components.Tools().CallsOf("RunTool").size() < 3 &&
          std::chrono::steady_clock::now() < limit) {
-    world.Call("EnableCommand", {0x811C});
+    world.Call("EnableCommand", {TARN_CMD_STOP});
   }
   EXPECT_EQ(world.components.Tools().CallsOf("RunTool").size(), 3u);
 }

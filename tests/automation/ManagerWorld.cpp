@@ -84,7 +84,7 @@ std::uint32_t ManagerWorld::ReferencesTo(IDispatch& object) {
 
 std::vector<std::string> ManagerWorld::TakeLines() {
   std::vector<std::string> lines = host.TakeLines();
-  std::erase_if(lines, [](const std::string& line) { return line.starts_with("0x801B"); });
+  std::erase_if(lines, [](const std::string& line) { return line.starts_with("LogLine"); });
   return lines;
 }
 

@@ -1,6 +1,8 @@
 // Opening, closing and the default project from the host's point of view, and the calls that are
 // only forwarded.
 
+#include <tarn/commands.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -26,7 +28,7 @@ class ProjectCalls : public ::testing::Test {
   // project.
   std::string Open() {
     const std::string path = world.Call("GetSelectedApplication");
-    return (world.Call("EnableCommand", {0x8112}) == "0" ? "*" : "") + path;
+    return (world.Call("EnableCommand", {TARN_CMD_BUILD_ALL}) == "0" ? "*" : "") + path;
   }
 
   ManagerWorld world;
@@ -85,9 +87,9 @@ TEST_F(ProjectCalls, AFailureBringsTheDefaultProjectAndARefusalChangesNothing) {
         std::string(row.method) == "ProjectOpen" || std::string(row.method) == "ProjectNew";
     EXPECT_EQ(takesPath ? fresh.Call(row.method, {row.path}) : fresh.Call(row.method), row.answer)
         << row.name;
-    const std::string star = fresh.Call("EnableCommand", {0x8112}) == "0" ? "*" : "";
+    const std::string star = fresh.Call("EnableCommand", {TARN_CMD_BUILD_ALL}) == "0" ? "*" : "";
     EXPECT_EQ(star + fresh.Call("GetSelectedApplication"), row.open) << row.name;
-    EXPECT_EQ(fresh.Call("EnableCommand", {0x8115}), "1") << row.name;
+    EXPECT_EQ(fresh.Call("EnableCommand", {TARN_CMD_BUILD_NODE}), "1") << row.name;
     EXPECT_NE(fresh.disk.BytesOf("/p/demo.tapp"), std::nullopt) << row.name;
   }
 }
@@ -119,8 +121,8 @@ TEST_F(ProjectCalls, OnlyAnAnswerOfZeroRefuses) {
   for (const auto& row : rows) {
     ASSERT_EQ(world.Call("ProjectOpen", {kDemo}), "1");
     world.host.answers = {{kMsgBuildStarting, row.answer}, {kMsgProjectClosing, row.answer}};
-    EXPECT_EQ(world.Call("PrologCommand", {0x8112}), row.build) << row.answer;
-    EXPECT_EQ(world.Call("EpilogCommand", {0x8112}), "1") << row.answer;
+    EXPECT_EQ(world.Call("PrologCommand", {TARN_CMD_BUILD_ALL}), row.build) << row.answer;
+    EXPECT_EQ(world.Call("EpilogCommand", {TARN_CMD_BUILD_ALL}), "1") << row.answer;
     EXPECT_EQ(world.Call("ProjectClose"), row.close) << row.answer;
     world.host.answers.clear();
     world.Call("ProjectClose");
@@ -273,7 +275,7 @@ TEST_F(ProjectCalls, AScriptIsHandedOverWholeOrNotAtAll) {
   world.disk.FailOn("read", "/p/damaged.lua", ErrorCode::Io);
   world.TakeLines();
   EXPECT_EQ(world.Call("ExecuteScript", {"/p/a.lua"}), "1");
-  EXPECT_THAT(world.TakeLines(), ElementsAre("0x8009 one\r\ntwo 0"));
+  EXPECT_THAT(world.TakeLines(), ElementsAre("RunScript one\r\ntwo 0"));
   EXPECT_EQ(world.Call("ExecuteScript", {"/p/damaged.lua"}), "1");
   for (const Variant& none :
        {Variant("/p/none.lua"), Variant(""), Variant(nullptr), Variant("/p")}) {

@@ -1,5 +1,7 @@
 // A host that calls back inside every message of a complete session.
 
+#include <tarn/commands.h>
+
 #include <gtest/gtest.h>
 
 #include "automation/ManagerWorld.h"
@@ -63,12 +65,12 @@ class Session {
   // Runs the complete session; `act` is performed at the message with index `when`, starting at 1.
   void Play(std::size_t when, const Act* act) {
     std::size_t count = 0;
-    for (std::uint32_t number = 0x8000; number < 0x8030; ++number) {
+    for (std::uint32_t number = kMsgAnnounceWindow; number <= kMsgShowHelp; ++number) {
       world.host.actions[number] = [this, when, act, &count] {
         if (++count == when) Perform(*act);
       };
     }
-    world.host.actions[kMsgCommand] = world.host.actions[0x8000];
+    world.host.actions[kMsgCommand] = world.host.actions[kMsgAnnounceWindow];
     EXPECT_EQ(world.Init(), "1");
     world.Call("InitToolManager", {DispatchPtr(&world.components.Tools())});
     world.Call("ProjectNew", {"/p/new.tprj"});
@@ -76,15 +78,18 @@ class Session {
     world.Call("SelectApplication", {"demo"});
     hasStored = IsDemoOpen();
     world.Call("SavePropertyValue", {"Application", "Build", "Flag", "edited"});
-    world.Call("Command", {0x8106});
+    world.Call("Command", {TARN_CMD_APPLY_OPTION_AND_REBUILD});
     world.Call("AddExistingItem", {"/p/outer.c", NullableText()});
     world.Call("AddNewItem", {NullableText(), "Group"});
     world.Call("AddExistingItem", {"/nowhere/x.c", NullableText()});
     world.Call("SelectApplication", {"New Folder"});
     world.Call("AddExistingItem", {"/p/gone.tapp", "Application"});
     world.Call("SelectApplication", {"main.c"});
-    for (const std::int32_t id : {0x810B, 0x810D, 0x810E, 0x810F, 0x8110, 0x8119, 0x811A, 0x811E,
-                                  0x8121, 0x8138, 0xE122, 0xE125}) {
+    for (const TarnCommand id :
+         {TARN_CMD_NODE_OPTIONS, TARN_CMD_OPEN_LISTING, TARN_CMD_OPEN_BY_TYPE, TARN_CMD_OPEN_FILE,
+          TARN_CMD_SHOW_FILE, TARN_CMD_SELECT_CONFIGURATION, TARN_CMD_RESET_OPTION,
+          TARN_CMD_OPTIONS_LOADED, TARN_CMD_APPLICATION_OPTIONS, TARN_CMD_ADD_CONFIGURATION,
+          TARN_CMD_COPY, TARN_CMD_PASTE}) {
       world.Call("Command", {id});
     }
     world.Call("SelectApplication", {"Tarn Project 'demo'"});
@@ -124,7 +129,7 @@ class Session {
     return text.find(part) != std::string::npos;
   }
   bool IsDemoOpen() {
-    return world.manager && world.Call("EnableCommand", {0x8112}) == "1" &&
+    return world.manager && world.Call("EnableCommand", {TARN_CMD_BUILD_ALL}) == "1" &&
            world.Call("GetSelectedApplication") == "'/p/demo.tapp'";
   }
   void Perform(const Act& act) {
@@ -139,13 +144,13 @@ class Session {
   }
   // Returns false if no further build should follow.
   bool Build() {
-    if (world.Call("PrologCommand", {0x8111}) != "0") {
+    if (world.Call("PrologCommand", {TARN_CMD_REBUILD_ALL}) != "0") {
       const std::size_t before = world.host.LinesOf(kMsgWorkerEnded).size();
-      world.Call("Command", {0x8111});
+      world.Call("Command", {TARN_CMD_REBUILD_ALL});
       EXPECT_TRUE(MessageLoop::ForCurrentThread()->PumpUntil(
           [&] { return world.host.LinesOf(kMsgWorkerEnded).size() > before; },
           std::chrono::seconds(20)));
-      world.Call("EpilogCommand", {0x8111});
+      world.Call("EpilogCommand", {TARN_CMD_REBUILD_ALL});
     }
     return !fails;
   }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tarn/commands.h>
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -45,8 +47,8 @@ class Building : public Watched {
     EXPECT_EQ(Call("ProjectOpen", {"/p/demo.tprj"}), "1");
   }
   void Start() {
-    EXPECT_EQ(Call("PrologCommand", {0x8112}), "1");
-    EXPECT_EQ(Call("Command", {0x8112}), "2");
+    EXPECT_EQ(Call("PrologCommand", {TARN_CMD_BUILD_ALL}), "1");
+    EXPECT_EQ(Call("Command", {TARN_CMD_BUILD_ALL}), "2");
   }
   // Pumps messages until the manager is destroyed.
   bool PumpUntilGone() {

@@ -1,5 +1,7 @@
 // User actions in the project window of a complete server while the host performs other actions.
 
+#include <tarn/commands.h>
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -90,14 +92,14 @@ class Windowed : public Watched {
   void ActInMessage(int when, const std::function<void()>& act) {
     count = 0;
     isDone = false;
-    for (std::uint32_t number = 0x8000; number < 0x8030; ++number) {
+    for (std::uint32_t number = kMsgAnnounceWindow; number <= kMsgShowHelp; ++number) {
       host.actions[number] = [this, when, act] {
         if (++count != when) return;
         isDone = true;
         act();
       };
     }
-    host.actions[kMsgCommand] = host.actions[0x8000];
+    host.actions[kMsgCommand] = host.actions[kMsgAnnounceWindow];
   }
   void LetBuildEnd() {
     MessageLoop::ForCurrentThread()->PumpUntil([&] { return !GetBuilder().IsWorkerAlive(); },
@@ -228,8 +230,8 @@ const HostAct kHostActs[] = {
      }},
     {"build",
      [](Windowed& w) {
-       w.Call("PrologCommand", {0x8112});
-       w.Call("Command", {0x8112});
+       w.Call("PrologCommand", {TARN_CMD_BUILD_ALL});
+       w.Call("Command", {TARN_CMD_BUILD_ALL});
      }},
     {"build here", [](Windowed& w) { w.Call("ProjectBuild"); }},
     {"another event of the user", [](Windowed& w) { w.Press(kKeyDelete); }},
@@ -339,8 +341,8 @@ class WindowedBuild : public Windowed {
       own->ended.wait();
       return 1;
     };
-    EXPECT_EQ(Call("PrologCommand", {0x8112}), "1");
-    EXPECT_EQ(Call("Command", {0x8112}), "2");
+    EXPECT_EQ(Call("PrologCommand", {TARN_CMD_BUILD_ALL}), "1");
+    EXPECT_EQ(Call("Command", {TARN_CMD_BUILD_ALL}), "2");
     EXPECT_TRUE(
         tool->loop->PumpUntil([&] { return tool->isRunning.load(); }, std::chrono::seconds(20)));
     EXPECT_TRUE(GetBuilder().IsWorkerAlive());
@@ -399,7 +401,9 @@ TEST(WindowEvents, ReleasedInsideAnEventBesideABuildItWaitsForTheTool) {
 }
 
 TEST(WindowEvents, ABuildGivesBackWhatWasSelected) {
-  for (const std::int32_t command : {0x8111, 0x8112, 0x8113, 0x8114, 0x8115, 0x8116}) {
+  for (const std::int32_t command :
+       {TARN_CMD_REBUILD_ALL, TARN_CMD_BUILD_ALL, TARN_CMD_CLEAN_ALL, TARN_CMD_REBUILD_NODE,
+        TARN_CMD_BUILD_NODE, TARN_CMD_CLEAN_NODE}) {
     Windowed world;
     world.Select("b.c");
     world.Call("PrologCommand", {command});

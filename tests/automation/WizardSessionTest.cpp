@@ -1,5 +1,7 @@
 // Changes to a project while its wizard is open.
 
+#include <tarn/commands.h>
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -76,7 +78,9 @@ TEST_F(WizardSession, NothingThatHappensMeanwhileCrashesOrMeetsAnotherProject) {
        },
        "1: demo inner boot"},
       {"a build begins",
-       [](Session& session, Sheet&) { EXPECT_EQ(session.world->Call("Command", {0x8112}), "2"); },
+       [](Session& session, Sheet&) {
+         EXPECT_EQ(session.world->Call("Command", {TARN_CMD_BUILD_ALL}), "2");
+       },
        "0: demo"},
       {"its window goes", [](Session&, Sheet& sheet) { sheet.DestroyWindow(); }, "0: demo"},
       {"the host says goodbye",

@@ -30,13 +30,13 @@ TEST(Build, OnlyWhatDependsOnAChangedFileIsRebuiltAndChildrenComeFirst) {
     BuildWorld world;
     world.dependencies = "<D Header=\"/p/a.h\" /><D />";
     world.Open();
-    EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("0x800D 1 /tmp/log.xml"));
+    EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("WorkerEnded 1 /tmp/log.xml"));
     EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c", "cc b.c", "cc c.c", "ld a.o b.o c.o"));
     if (row.isGone) world.disk.Erase(row.change);
     if (!row.isGone) world.Touch(row.change);
     world.Build(kWorkerBuildAll);
     EXPECT_EQ(world.TakeRuns(), row.runs) << row.change;
-    EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("0x800D 1 /tmp/log.xml"));
+    EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("WorkerEnded 1 /tmp/log.xml"));
     EXPECT_THAT(world.TakeRuns(), IsEmpty()) << row.change;
   }
 }
@@ -64,8 +64,8 @@ TEST(Build, AFailureLeavesTheSiblingsBehindItAlone) {
   world.failing = "a.c";
   world.Open();
   const std::vector<std::string> lines = world.Build(kWorkerBuildAll);
-  EXPECT_THAT(lines, Contains("0x8021 \"\" -1"));
-  EXPECT_THAT(lines, Contains("0x800D 0 /tmp/log.xml"));
+  EXPECT_THAT(lines, Contains("OutputInvalid \"\" -1"));
+  EXPECT_THAT(lines, Contains("WorkerEnded 0 /tmp/log.xml"));
   EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c"));
   EXPECT_EQ(world.builder->GetBuildState(), StateFailed);
 }
@@ -136,11 +136,11 @@ TEST(Build, AStopBetweenTwoToolsEndsTheWalk) {
   world.host.actions[kMsgLogLine] = [&world] {
     if (world.host.lines.back().find("b.c") != std::string::npos) world.builder->RequestStop();
   };
-  EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("0x800D 0 /tmp/log.xml"));
+  EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("WorkerEnded 0 /tmp/log.xml"));
   EXPECT_THAT(world.TakeRuns(), ElementsAre("cc a.c", "cc b.c"));
   // The next start clears the stop request.
   world.host.actions.erase(kMsgLogLine);
-  EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("0x800D 1 /tmp/log.xml"));
+  EXPECT_THAT(world.Build(kWorkerBuildAll), Contains("WorkerEnded 1 /tmp/log.xml"));
 }
 
 TEST(Build, WhatChangesTheProjectIsRefusedWhileAWorkerLives) {

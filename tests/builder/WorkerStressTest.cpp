@@ -1,6 +1,8 @@
 // The main thread keeps reading, reporting and sending messages while a worker builds a large
 // project. The test checks little itself; it is meant to be run under the thread sanitizer.
 
+#include <tarn/commands.h>
+
 #include <gtest/gtest.h>
 
 #include "builder/BuildWorld.h"
@@ -51,7 +53,7 @@ class StressWorld : public ProjectWorld {
     std::string list;
     CollectLinkFiles(model->Types(), list, Application(), true, Application(), ",");
     CollectDebugFiles(list, Application(), Application(), ",");
-    model->Publishing().GetDynamicCommands(kFirstDynamicCommand);
+    model->Publishing().GetDynamicCommands(TARN_CMD_LIST_TOOLS);
     model->Services().views.GetSymbolInfo("main");
     model->Publishing().GetCurrentConfigName();
     builder->GetBuildState();

@@ -10,6 +10,7 @@
  *   FAULT_AT    number of the call that fails, from 1
  *   FAULT       an error number; 0 kills the process before the call
  *   FAULT_LASTS if set, every later call that can run out of space fails as well
+ *   FAULT_ON    path; each call for it, or for something below it, fails instead of a numbered one
  */
 
 #define _GNU_SOURCE
@@ -32,6 +33,7 @@ enum { ALTERS = 1, WAITS = 2 };
 static atomic_int calls;
 static int wanted, number, lasts, isMeant, logFile = -1;
 static char below[4096];
+static const char* on;
 
 /* System calls, because the functions of the library are those below. */
 static long read_link(const char* path, char* target, size_t size) {
@@ -52,10 +54,17 @@ __attribute__((constructor)) static void begin(void) {
   wanted = atoi(getenv("FAULT_AT") == NULL ? "0" : getenv("FAULT_AT"));
   number = atoi(getenv("FAULT") == NULL ? "0" : getenv("FAULT"));
   lasts = getenv("FAULT_LASTS") != NULL;
+  on = getenv("FAULT_ON");
   if (log != NULL)
     logFile =
         (int)syscall(SYS_openat, AT_FDCWD, log, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
   isMeant = 1;
+}
+
+static int is_on(const char* path) {
+  const size_t length = on == NULL ? 0 : strlen(on);
+  return length > 0 && strncmp(path, on, length) == 0 &&
+         (path[length] == '\0' || path[length] == '/');
 }
 
 /* Returns 1, with errno set, if the call must fail. */
@@ -81,7 +90,7 @@ static int fails(const char* call, int kind, const char* path) {
   /* A name that is there is taken over without any room. */
   const int isLater = lasts && wanted != 0 && at > wanted && (kind & ALTERS) != 0 &&
                       strncmp(call, "rename", 6) != 0;
-  if (at != wanted && !isLater) return 0;
+  if (at != wanted && !isLater && !is_on(path)) return 0;
   if (number == 0) kill(getpid(), SIGKILL);
   errno = number;
   return 1;

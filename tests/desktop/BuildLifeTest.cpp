@@ -1,5 +1,7 @@
 // Builds in the main window, from the request to the stored results, with various events in
 // between.
+#include <tarn/commands.h>
+
 #include <QLabel>
 #include <QMessageBox>
 #include <QStatusBar>
@@ -159,9 +161,9 @@ TEST_F(BuildLifeTest, ABuildThatWaitsSaysSoAndIsOfTheNodeItWasAskedFor) {
   QCoreApplication::processEvents();
   NoteEnd();
   Select("led.c");
-  window->Commands().Run(kCmdBuildNode);
+  window->Commands().Run(TARN_CMD_BUILD_NODE);
   ASSERT_TRUE(window->Commands().IsWaiting());
-  EXPECT_TRUE(HasStatus("Waiting for the options"));
+  EXPECT_TRUE(HasStatus("Waiting for the project's options"));
   Select("main.c");
   ASSERT_TRUE(window->Commands().IsWaiting());
   ASSERT_TRUE(AwaitBuild());
@@ -175,7 +177,7 @@ TEST_F(BuildLifeTest, ABuildThatWaitsForAnotherProcessSaysSo) {
       FileSystem::Native().TryLock(WithExtension(first, kLockExtension), LockPurpose::Build);
   ASSERT_TRUE(lock) << lock.GetError().text;
   NoteEnd();
-  window->Commands().Run(kCmdBuildAll);
+  window->Commands().Run(TARN_CMD_BUILD_ALL);
   EXPECT_TRUE(RunUntil([&] { return HasStatus("Waiting for another build"); }));
   EXPECT_TRUE(window->statusBar()->currentMessage().isEmpty()) << "it would cover the progress";
   lock->reset();
@@ -186,7 +188,7 @@ TEST_F(BuildLifeTest, ABuildThatWaitsForAnotherProcessSaysSo) {
 TEST_F(BuildLifeTest, TheServersOwnQuestionStopsABuildWithItsTools) {
   const testing::ScopedVariable path("PATH", MakeSlowCompiler().c_str());
   NoteEnd();
-  window->Commands().Run(kCmdBuildAll);
+  window->Commands().Run(TARN_CMD_BUILD_ALL);
   ASSERT_TRUE(RunUntil([&] { return window->Commands().GetProgress()->GetNumber() > 0; }, 5000));
   PressInNextBox(QMessageBox::Ok);
   EXPECT_EQ(window->Session().Manager().ProjectClose(), 0);

@@ -147,7 +147,7 @@ TEST_F(CrashTest, EverythingThatWasNotSavedIsOfferedAndComesBack) {
   QDialog* const dialog = Start();
   ASSERT_NE(dialog, nullptr);
   EXPECT_EQ(RowsOf(*dialog),
-            (std::vector<std::string>{"blinky-avr.tprj: Changes of the project: files and options",
+            (std::vector<std::string>{"blinky-avr.tprj: Project changes: files and options",
                                       "main.c: Unsaved text"}));
   ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));
   ASSERT_NO_FATAL_FAILURE(ExpectRestored());
@@ -244,7 +244,7 @@ TEST_F(CrashTest, TwoWindowsOfOneProjectAreBothRestored) {
   QString told;
   QTimer::singleShot(0, [&] { told = CloseBox(); });
   ASSERT_NO_FATAL_FAILURE(Press(*next, "restore"));
-  EXPECT_TRUE(told.contains("main.c has another text")) << told.toStdString();
+  EXPECT_TRUE(told.contains("main.c already has other unsaved changes")) << told.toStdString();
   for (const char* const each : {"new.c", "FIRST", "SPEED"}) {
     EXPECT_NE(window->Session().Inspector().GetFileTexts().find(each), std::string::npos) << each;
   }
@@ -286,7 +286,7 @@ TEST_F(CrashTest, ChangesOfAProjectThatIsGoneCanBeSavedElsewhere) {
   std::filesystem::create_directory(folder / "copies");
   QDialog* dialog = Start();
   ASSERT_NE(dialog, nullptr);
-  EXPECT_TRUE(RowsOf(*dialog).front().ends_with("the project is gone"));
+  EXPECT_TRUE(RowsOf(*dialog).front().ends_with("the project no longer exists"));
   QString told;
   QTimer::singleShot(0, [&] {
     auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
@@ -347,7 +347,7 @@ TEST_F(CrashTest, ADamagedJournalIsToldAndLeavesTheRest) {
   }
   QDialog* dialog = Start();
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(RowsOf(*dialog).back(), "main.c: Nothing: what was kept of it is damaged");
+  EXPECT_EQ(RowsOf(*dialog).back(), "main.c: None: the recovery data is damaged");
   ASSERT_NO_FATAL_FAILURE(Press(*dialog, "restore"));
   EXPECT_NE(Tree().find("new.c"), std::string::npos);
   window->close();
@@ -355,7 +355,7 @@ TEST_F(CrashTest, ADamagedJournalIsToldAndLeavesTheRest) {
   folder.Write(journal + "index", "tarn-jour");
   dialog = Start();
   ASSERT_NE(dialog, nullptr);
-  EXPECT_TRUE(dialog->findChild<QLabel*>()->text().contains(ToQt(journal + "index: it ")));
+  EXPECT_TRUE(dialog->findChild<QLabel*>()->text().contains(ToQt(journal + "index: missing ")));
   EXPECT_FALSE(dialog->findChild<QPushButton*>("restore")->isEnabled());
   ASSERT_NO_FATAL_FAILURE(Press(*dialog, "later"));
   EXPECT_TRUE(std::filesystem::exists(folder / (journal + "index")));

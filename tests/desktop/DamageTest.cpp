@@ -1,5 +1,7 @@
 // A project whose files were damaged when they were read.
 
+#include <tarn/commands.h>
+
 #include <QMessageBox>
 
 #include "desktop/IdeFixture.h"
@@ -24,7 +26,7 @@ TEST_F(DesktopDamage, ADamagedProjectIsNeitherBuiltNorChangedBeforeTheUserAgrees
   EXPECT_TRUE(banner.accessibleName().contains("blinky-avr.tapp:"))
       << banner.accessibleName().toStdString();
   testing::PressInNextBox(QMessageBox::No);
-  window->Commands().Run(kCmdBuildAll);
+  window->Commands().Run(TARN_CMD_BUILD_ALL);
   EXPECT_FALSE(window->Commands().IsBuilding());
   ASSERT_EQ(window->Session().Inspector().SelectNodeByKey("led.c"), 1);
   testing::PressInNextBox(QMessageBox::No);

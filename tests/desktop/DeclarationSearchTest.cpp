@@ -1,5 +1,7 @@
 #include "hosts/desktop/DeclarationSearch.h"
 
+#include <tarn/commands.h>
+
 #include <QStatusBar>
 
 #include "IdeFixture.h"
@@ -33,8 +35,8 @@ TEST_F(DeclarationSearchTest, LeadsFromANameToWhereTheLinkedProgramHasIt) {
   PutCursorBefore("uart_flush()");
   EXPECT_TRUE(Choose("Go to declaration"));
   EXPECT_EQ(window->statusBar()->currentMessage(),
-            "No global named uart_flush is known; build the project first");
-  window->Commands().Run(host::kCmdBuildAll);
+            "No global named uart_flush found; build the project first");
+  window->Commands().Run(TARN_CMD_BUILD_ALL);
   ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
   QTest::keyClick(&Editor(), Qt::Key_F12);
   EXPECT_EQ(Place(), "uart.c: void uart_flush(void) {\n");
@@ -52,7 +54,7 @@ TEST_F(DeclarationSearchTest, LeadsFromANameToWhereTheLinkedProgramHasIt) {
   window->OpenPaths({folder / "blinky/src/main.c"});
   PutCursorBefore("void");
   QTest::keyClick(&Editor(), Qt::Key_F12);
-  EXPECT_EQ(window->statusBar()->currentMessage(), "No global named void is known");
+  EXPECT_EQ(window->statusBar()->currentMessage(), "No global named void found");
 }
 
 }  // namespace

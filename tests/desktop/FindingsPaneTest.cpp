@@ -11,7 +11,7 @@ class FindingsPaneTest : public testing::IdeFixture {
  protected:
   // Runs a check and returns the list: headings, and findings with their positions.
   QStringList Check() {
-    EXPECT_TRUE(Choose("Check the project"));
+    EXPECT_TRUE(Choose("Check project"));
     auto* const pane = static_cast<FindingsPane*>(Dock().widget());
     EXPECT_TRUE(pane->isVisible());
     EXPECT_FALSE(window->tabifiedDockWidgets(&Dock()).isEmpty());

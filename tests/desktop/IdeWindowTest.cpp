@@ -1,6 +1,8 @@
 // The main window with the real server, tools and compiler, on a copy of the installed example.
 #include "hosts/desktop/IdeWindow.h"
 
+#include <tarn/commands.h>
+
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
@@ -118,7 +120,7 @@ TEST_F(IdeWindowTest, ABuildThatStillWaitsForTheOptionsOfALargeProjectCanBeStopp
   };
   ASSERT_NO_FATAL_FAILURE(MakeLarge());
   for (int round = 0; round < 2; ++round) {
-    window->Commands().Run(kCmdBuildAll);
+    window->Commands().Run(TARN_CMD_BUILD_ALL);
     ASSERT_TRUE(window->Commands().IsBuilding());
     EXPECT_FALSE(window->Commands().IsStopping()) << round;
     if (round == 0) window->Commands().Stop();
@@ -204,14 +206,14 @@ TEST_F(IdeWindowTest, ABuildThatIsRefusedBehindItsPrologEndsAtOnce) {
   // A different build is started in between, and the user agrees to stop it when the server asks.
   window->Frame().Answer(kMsgBuildStarting, [&](const HostEvent&) {
     window->Frame().Answer(kMsgBuildStarting, {});
-    window->Session().Manager().Command(kCmdBuildAll);
+    window->Session().Manager().Command(TARN_CMD_BUILD_ALL);
     QTimer::singleShot(0, [] {
       auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       question->button(QMessageBox::Ok)->click();
     });
     return std::intptr_t{1};
   });
-  window->Commands().Run(kCmdRebuildAll);
+  window->Commands().Run(TARN_CMD_REBUILD_ALL);
   ASSERT_TRUE(RunUntil([&] { return ended.has_value(); }, 5000));
   EXPECT_EQ(ended, BuildEnd::Refused);
   EXPECT_FALSE(window->Commands().IsBuilding());
@@ -348,7 +350,7 @@ TEST_F(IdeWindowTest, AProjectThatChangedOutsideIsTakenFromTheDiskWhenTheUserWan
   folder.Write("blinky/blinky-avr.tapp", text.insert(at, "renamed-"));
   ASSERT_TRUE(RunUntil([&] { return area->ProjectBanner().isVisible(); }, 5000));
   auto* const reload = area->ProjectBanner().findChild<QPushButton*>();
-  window->Commands().Run(kCmdBuildAll);
+  window->Commands().Run(TARN_CMD_BUILD_ALL);
   EXPECT_FALSE(reload->isEnabled());
   EXPECT_TRUE(area->ProjectBanner().isVisible());
   ASSERT_TRUE(AwaitBuild());

@@ -1,6 +1,9 @@
 // The options window with the real server and the installed example, tested through its widgets.
 #include "hosts/desktop/OptionsWindow.h"
 
+#include <tarn/commands.h>
+#include <tarn/methods.h>
+
 #include <gtest/gtest.h>
 
 #include <QAbstractItemModelTester>
@@ -116,7 +119,7 @@ class IdeOptionsTest : public ::testing::Test {
     return false;
   }
   void Build() {
-    window->Commands().Run(kCmdBuildAll);
+    window->Commands().Run(TARN_CMD_BUILD_ALL);
     ASSERT_TRUE(RunUntil([&] { return !window->Commands().IsBuilding(); }));
   }
 
@@ -173,7 +176,8 @@ TEST_F(IdeOptionsTest, AValueThatDoesNotFitStaysInItsFieldWithTheReason) {
   Write(key, "-5");
   const auto* const problem = Grid().viewport()->findChild<QLabel*>("problem");
   ASSERT_NE(problem, nullptr);
-  EXPECT_TRUE(problem->text().startsWith("\"-5\" does not fit; a whole number of at least 0"));
+  EXPECT_TRUE(
+      problem->text().startsWith("Invalid value \"-5\"; expected a whole number of at least 0"));
   QLineEdit* const line = Grid().viewport()->findChild<QLineEdit*>();
   ASSERT_NE(line, nullptr);
   EXPECT_EQ(line->text(), "-5");
@@ -181,7 +185,7 @@ TEST_F(IdeOptionsTest, AValueThatDoesNotFitStaysInItsFieldWithTheReason) {
   EXPECT_EQ(Shown(key), "16000000|set here");
   // Notifications about the same node don't discard the text either.
   window->Session().Manager().SavePropertyValue("Application", "Compiler", "Defines", "A=1");
-  window->Session().Manager().Command(kCmdInvalidateNode);
+  window->Session().Manager().Command(TARN_CMD_APPLY_OPTION_AND_REBUILD);
   ComesToShow("Application.Compiler.Defines", "A=1|set here");
   EXPECT_EQ(line->text(), "-5");
   line->selectAll();
@@ -232,7 +236,7 @@ TEST_F(IdeOptionsTest, KeysTurnAYesIntoANoAndAListStartsFromWhatIsInherited) {
 TEST_F(IdeOptionsTest, WhileABuildRunsTheOptionsCanBeReadAndNotChanged) {
   // A value that is being edited is included.
   QTest::keyClicks(Edit<QLineEdit>("C.Compiler.Extra"), "-v");
-  window->Commands().Run(kCmdRebuildAll);
+  window->Commands().Run(TARN_CMD_REBUILD_ALL);
   ASSERT_TRUE(window->Commands().IsBuilding());
   EXPECT_TRUE(Find<QLabel>("notice")->isVisible());
   EXPECT_EQ(Edit<QComboBox>("C.Compiler.Optimize"), nullptr);
@@ -248,12 +252,13 @@ TEST_F(IdeOptionsTest, WhileABuildRunsTheOptionsCanBeReadAndNotChanged) {
 
 TEST_F(IdeOptionsTest, ABuildThatAnotherHasStartedKeepsItsNodesAsTheyAre) {
   auto& manager = window->Session().Manager();
-  ASSERT_NE(manager.PrologCommand(kCmdRebuildAll), 0);
-  ASSERT_EQ(manager.Command(kCmdRebuildAll), 2);
+  ASSERT_NE(manager.PrologCommand(TARN_CMD_REBUILD_ALL), 0);
+  ASSERT_EQ(manager.Command(TARN_CMD_REBUILD_ALL), 2);
   Press("C.Compiler.Debug", Qt::Key_Space);
   EXPECT_EQ(window->Session().Options().GetUndoProperty(), "");
-  ASSERT_TRUE(RunUntil(
-      [&] { return manager.EnableCommand(kCmdStop) == 0 && !window->Commands().IsBuilding(); }));
+  ASSERT_TRUE(RunUntil([&] {
+    return manager.EnableCommand(TARN_CMD_STOP) == 0 && !window->Commands().IsBuilding();
+  }));
   ComesToShow("C.Compiler.Debug", "Yes|blinky-avr");
   Press("C.Compiler.Debug", Qt::Key_Space);
   ComesToShow("C.Compiler.Debug", "No|set here");
@@ -287,7 +292,7 @@ TEST_F(IdeOptionsTest, TheSearchFindsOptionsByLabelNameAndHelp) {
 TEST_F(IdeOptionsTest, AnOptionThatAScriptHidesGoes) {
   const std::string key = "C.Compiler.Extra";
   ASSERT_NE(Row(key), nullptr);
-  window->Session().Options().InvokeLong(7, {"C", "Compiler", "Extra", 1});
+  window->Session().Options().InvokeLong(TARN_OPT_HIDE_PROPERTY, {"C", "Compiler", "Extra", 1});
   EXPECT_TRUE(RunUntil([&] { return Row(key) == nullptr; }, 3000));
 }
 
@@ -326,7 +331,7 @@ TEST_F(IdeOptionsTest, WhatWasWrittenForOneNodeIsNotStoredAtTheNext) {
   Write("C.General.Type", "Nonsense");
   const auto* const problem = Grid().viewport()->findChild<QLabel*>("problem");
   ASSERT_NE(problem, nullptr);
-  EXPECT_TRUE(problem->text().startsWith("There is no kind of node \"Nonsense\"."));
+  EXPECT_TRUE(problem->text().startsWith("Unknown node type \"Nonsense\"."));
   ASSERT_EQ(Select("main.c"), "main.c");
   RunUntil([] { return false; }, 10);
   EXPECT_EQ(Grid().viewport()->findChild<QLineEdit*>(), nullptr);

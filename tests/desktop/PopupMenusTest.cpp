@@ -1,6 +1,8 @@
 // The popup menus that the server's windows request, from the installed configuration.
 #include "hosts/desktop/PopupMenus.h"
 
+#include <tarn/commands.h>
+
 #include <QContextMenuEvent>
 #include <QInputDialog>
 #include <QPlainTextEdit>
@@ -39,8 +41,8 @@ TEST_F(PopupMenusTest, ANodeHasTheMenuOfItsTypeByMouseAndByKeyWithTheToolsThatFi
   QTest::mouseClick(Tree().viewport(), Qt::RightButton, {}, PlaceOf("Drivers"));
   QMenu* menu = AwaitPopup();
   EXPECT_EQ(TextsOf(menu),
-            "Build|Rebuild|Clean||Add files...|New folder|Copy|Paste|Remove||Options...|Options "
-            "back to the defaults");
+            "Build|Rebuild|Clean||Add files...|New folder|Copy|Paste|Remove||Options...|Reset to "
+            "defaults");
   menu->close();
 
   Select("main.c");
@@ -74,8 +76,8 @@ TEST_F(PopupMenusTest, AConfigurationIsChosenFromAListAndAddedByItsName) {
   EntryOf(FindEntry("Configuration")->menu(), "Add")->trigger();
   EXPECT_TRUE(EntryOf(choices(), "Release")->isChecked());
   // The name of an earlier command must not be reused.
-  window->Commands().Run(kCmdAddConfiguration);
-  window->Commands().Run(kCmdSelectConfiguration);
+  window->Commands().Run(TARN_CMD_ADD_CONFIGURATION);
+  window->Commands().Run(TARN_CMD_SELECT_CONFIGURATION);
   window->Session().Manager().ProjectSave();
   const QString saved =
       QString::fromStdString(testing::ReadBytes(folder / "blinky/blinky-avr.tapp"));

@@ -48,7 +48,7 @@ TEST_F(ProblemNavigatorTest, LeadsRoundTheProblemsOfABuildAndFromAClickInLogAndR
   const std::string warning = "main.c:" + std::to_string(LinesOf("main.c"));
   const std::string error = "blinker.c:" + std::to_string(LinesOf("blinker.c"));
   EXPECT_TRUE(Choose("Next problem"));
-  EXPECT_EQ(Said(), "The last build has no errors and no warnings");
+  EXPECT_EQ(Said(), "The last build had no errors or warnings");
   Build();
   ASSERT_TRUE(Choose("Next problem"));
   EXPECT_EQ(Place(), warning);

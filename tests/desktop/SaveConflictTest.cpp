@@ -1,4 +1,6 @@
 // Saving and building while a text is in conflict with its file.
+#include <tarn/commands.h>
+
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -56,7 +58,7 @@ TEST_F(SaveConflictTest, AllElseIsSavedAndTheBannerNamesWhatIsNot) {
     if (isBanner && each->isVisible()) shown += each->accessibleName();
   }
   EXPECT_EQ(shown.join('|').toStdString(),
-            "main.c was not saved: it has been changed by another program as well.");
+            "main.c was not saved, because another program has changed it too.");
 }
 
 TEST_F(SaveConflictTest, ABuildAsksWhetherToTakeTheFileFromTheDisk) {
@@ -67,12 +69,12 @@ TEST_F(SaveConflictTest, ABuildAsksWhetherToTakeTheFileFromTheDisk) {
     others(end);
   };
   AnswerWith("Cancel");
-  window->Commands().Run(kCmdBuildAll);
+  window->Commands().Run(TARN_CMD_BUILD_ALL);
   ASSERT_TRUE(testing::RunUntil([&] { return ended.has_value(); }));
-  EXPECT_EQ(asked.toStdString(), "main.c is not saved. Build what is on the disk?");
+  EXPECT_EQ(asked.toStdString(), "main.c has unsaved changes. Build the version on disk?");
   EXPECT_EQ(*std::exchange(ended, {}), BuildEnd::Refused);
   AnswerWith("Build");
-  window->Commands().Run(kCmdBuildAll);
+  window->Commands().Run(TARN_CMD_BUILD_ALL);
   ASSERT_TRUE(testing::RunUntil([&] { return ended.has_value(); }));
   EXPECT_NE(*ended, BuildEnd::Refused);
 }
@@ -81,7 +83,7 @@ TEST_F(SaveConflictTest, TheQuestionAtTheEndSaysThatSavingReplacesTheOtherText) 
   ASSERT_TRUE(Choose("Save all"));
   AnswerWith("Save");
   EXPECT_TRUE(window->Editors().CloseCurrent());
-  EXPECT_TRUE(asked.contains("Another program has changed the file as well"));
+  EXPECT_TRUE(asked.contains("Another program has also changed this file"));
   EXPECT_TRUE(testing::ReadBytes(Main()).starts_with("mine "));
 }
 

@@ -43,7 +43,7 @@ TEST_F(SaveNoticeTest, ChangesOfBothSidesAreSavedTogetherAndTold) {
   EXPECT_TRUE(testing::RunUntil([&] { return FindLine("theirs").isValid(); }, 3000));
   EXPECT_TRUE(Shown().isVisible());
   EXPECT_EQ(FromQt(Shown().accessibleName()),
-            "blinky-avr.tapp was also changed by another program. It has both changes now.");
+            "blinky-avr.tapp was also changed by another program. It now contains both changes.");
   ASSERT_TRUE(Choose("undoProject"));
   EXPECT_TRUE(FindLine("led.c").isValid());
   EXPECT_TRUE(FindLine("theirs").isValid()) << "what was merged is not taken back";
@@ -94,7 +94,7 @@ TEST_F(SaveNoticeTest, TheBannerLeadsToEveryCopyThatWasKept) {
   }
   notice.Show(report);
   EXPECT_EQ(FromQt(Shown().accessibleName()),
-            "a, b, c, d, e was replaced. What it held before is kept as: "
+            "a, b, c, d, e was replaced. Its previous content was saved as: "
             "a.orig, b.orig, c.orig and 2 more");
   Q_EMIT Shown().findChild<QLabel*>()->linkActivated("2");
   EXPECT_EQ(opened, "/p/c.orig");

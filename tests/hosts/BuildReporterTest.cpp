@@ -101,7 +101,7 @@ TEST(BuildReporter, OfAToolThatSaysTooMuchTheEndIsShownAndEverythingCounted) {
   Console console(out, {});
   BuildReporter reporter(console, "/p", ReportDetail::Progress, [] { return 1; });
   reporter.OnToolEnded(false, ReadLogEntries(messages));
-  EXPECT_TRUE(out.str().starts_with("(203 lines left out, see `tarn log`)\ntalk\n")) << out.str();
+  EXPECT_TRUE(out.str().starts_with("(203 lines omitted, see `tarn log`)\ntalk\n")) << out.str();
   EXPECT_TRUE(out.str().ends_with("talk\nwarning: 6 more\nwhy\nerror: gcc ended\n")) << out.str();
   EXPECT_EQ(reporter.GetErrors(), 1);
   EXPECT_EQ(reporter.GetWarnings(), 6);
@@ -117,7 +117,7 @@ TEST(BuildReporter, EveryEndHasItsWord) {
       {{BuildEnd::Succeeded, 0, 0, {1, {}}}, BuildWork::Build, "Nothing to do (T)\n"},
       {{BuildEnd::Succeeded, 0, 0},
        BuildWork::Build,
-       "Nothing to do: no application is built (T)\n"},
+       "Nothing to do: no application to build (T)\n"},
       {{BuildEnd::Succeeded, 0, 0}, BuildWork::Clean, "Cleaned (T)\n"},
       {{BuildEnd::Failed, 0, 0}, BuildWork::Clean, "Failed (T)\n"},
       {{BuildEnd::Stopped, 0, 0}, BuildWork::Build, "Interrupted (T)\n"},

@@ -60,8 +60,8 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
        "Missing folders\n  app.tapp:3: inc is missing (Directories.Include)\n"},
       {"Linker.LibraryPaths=src", "", ""},
       {"Linker.Libraries=m;nowhere", "",
-       "Missing libraries\n  app.tapp:3: the library nowhere is neither in the library folders nor "
-       "among those of the compiler (Linker.Libraries)\n"},
+       "Missing libraries\n  app.tapp:3: the library nowhere was found neither in the library "
+       "folders nor among the compiler's libraries (Linker.Libraries)\n"},
       {"", Node("C", ".\\SRC\\c.c"),
        "Letter case\n  app.tapp:5: SRC/c.c is spelled src/c.c on disk\n"},
       {"Directories.Include=Src", "",
@@ -95,43 +95,43 @@ TEST(CliCheck, NamesEachKindOfFindingWithItsPosition) {
          fs::create_directory_symlink(project.PathOf("far/sub"), project.PathOf("src/link"));
          project.Write("far/d.c", "");
        }},
-      {"", Node("C", ".\\src"), "Not files\n  app.tapp:5: src is not a file\n"},
-      {"", Node("C", ".\\src\\pipe.c"), "Not files\n  app.tapp:5: src/pipe.c is not a file\n",
+      {"", Node("C", ".\\src"), "Not a file\n  app.tapp:5: src is not a file\n"},
+      {"", Node("C", ".\\src\\pipe.c"), "Not a file\n  app.tapp:5: src/pipe.c is not a file\n",
        [](CliProject& project) { mkfifo(project.PathOf("src/pipe.c").c_str(), 0600); }},
       {"Directories.Include=src/a.h", "",
-       "Not folders\n  app.tapp:3: src/a.h is not a folder (Directories.Include)\n"},
+       "Not a folder\n  app.tapp:3: src/a.h is not a folder (Directories.Include)\n"},
       {"Build.Launcher=nosuch -x", "",
        "Missing programs\n  app.tapp:3: nosuch is not installed; it is needed by Build.Launcher\n"},
-      {"", "<C Header=\"n\" />", "Nodes without a file\n  app.tapp:5: n names no file\n"},
-      {"", "<Header Path=\"\" />", "Nodes without a file\n  app.tapp:5: <Header> names no file\n"},
+      {"", "<C Header=\"n\" />", "Nodes without a file\n  app.tapp:5: n does not name a file\n"},
+      {"", "<Header Path=\"\" />",
+       "Nodes without a file\n  app.tapp:5: <Header> does not name a file\n"},
       {"", "<Group Header=\"n\" />", ""},
       {"", Node("C", ".\\lnk\\b.c"),
-       "Files under several names\n  app.tapp:5: src/b.c and lnk/b.c are the same file, which is "
+       "Files with several names\n  app.tapp:5: src/b.c and lnk/b.c are the same file, which is "
        "built twice\n",
        [](CliProject& project) { fs::create_directory_symlink("src", project.PathOf("lnk")); }},
       {"Directories.Include=/usr/include", "",
        "Absolute paths\n  app.tapp:3: /usr/include is an absolute path (Directories.Include)\n"},
       {"Compiler.Optimise=2", "",
-       "Unknown options\n  app.tapp:3: no definition has the option "
+       "Unknown options\n  app.tapp:3: no definition contains the option "
        "Application.Compiler.Optimise\n"},
       {"",
        "<C Header=\"n\" Path=\".\\src\\c.c\" ><Options>\n<Config Header=\"Fast\" ><Set "
        "Header=\"X\" >"
        "\n<Section Header=\"S\" ><Property Header=\"P\" Value=\"\" /></Section></Set></Config>"
        "</Options></C>",
-       "Unknown options\n  app.tapp:7: no definition has the option X.S.P\n"
+       "Unknown options\n  app.tapp:7: no definition contains the option X.S.P\n"
        "Unknown configurations\n  app.tapp:7: options are stored for the configuration Fast, which "
        "the application does not have\n"},
       {"Compiler.Optimize=q", "",
-       "Invalid values\n  app.tapp:3: Application.Compiler.Optimize: \"q\" does not fit; one of "
-       "these "
-       "is wanted: 0, 1, 2, 3, s.\n"},
+       "Invalid values\n  app.tapp:3: Application.Compiler.Optimize: Invalid value \"q\"; expected "
+       "one of: 0, 1, 2, 3, s.\n"},
       {"", Node("Widget", ".\\src\\c.c"),
-       "Unknown node types\n  app.tapp:5: Widget is not a type of the configuration file, so n is "
+       "Unknown node types\n  app.tapp:5: Widget is not a type in the configuration file, so n is "
        "not "
        "built\n"},
       {"Build.TranslateTool=none.such", "",
-       "Unknown tools\n  demo.tprj:2: no definition has the tool none.such\n"},
+       "Unknown tools\n  demo.tprj:2: no definition contains the tool none.such\n"},
       {"", "",
        "Missing programs\n  g++ is not installed; it is needed by host-gcc.link\n"
        "  gcc is not installed; it is needed by host-gcc.c\n",

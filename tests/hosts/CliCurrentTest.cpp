@@ -320,13 +320,13 @@ TEST(CliCurrent, AStateThatCannotBeKeptIsReportedEachTime) {
   for (int i = 0; i < 2; ++i) {
     const auto built = project.Run({"build", "-q"});
     EXPECT_EQ(built.code, 3);
-    EXPECT_TRUE(Has(built.err, "The state of this build couldn't be kept")) << built.err;
+    EXPECT_TRUE(Has(built.err, "The state of this build couldn't be saved")) << built.err;
   }
 }
 
 TEST(CliCurrent, TwoApplicationsThatMakeOneFileAreRefused) {
   const std::pair<const char*, const char*> rows[] = {
-      {"Build.OutputFile", "have the same output file"}, {"Linker.MapFile", "both make"}};
+      {"Build.OutputFile", "have the same output file"}, {"Linker.MapFile", "both produce"}};
   for (const auto& [option, said] : rows) {
     CliProject project;
     project.WriteProject({{"app", {"a.c", "b.c"}}, {"two", {"a.c", "b.c"}}});

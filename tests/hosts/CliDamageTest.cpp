@@ -63,7 +63,7 @@ TEST(CliDamage, NothingBuildsOrChangesADamagedProjectUnlessTheUserSaysSo) {
   EXPECT_EQ(project.Run({"run", "build.lua", "--damaged-ok"}).code, 0);
   EXPECT_EQ(project.Run({"clean", "--damaged-ok", "-q"}).err,
             std::string(kNotice) +
-                "tarn: The project was read only in part: the places above are damaged.\n");
+                "tarn: Only part of the project was read: the locations above are damaged.\n");
 }
 
 TEST(CliDamage, LookingWorksAndNamesThePlaces) {
@@ -142,7 +142,7 @@ TEST(CliDamage, AProjectThatHasLostItsApplicationIsNotBuiltAndAnEmptyOneIs) {
       {"build"}, 3, "demo.tprj:2: the application \"app\", which is the active one, is missing");
   EXPECT_TRUE(Has(project.Run({"check"}).out, "which is the active one, is missing"));
   project.Write("demo.tprj", text.erase(text.find("ActiveApp"), 15));
-  EXPECT_TRUE(Has(project.Out({"build"}), "no application is built"));
+  EXPECT_TRUE(Has(project.Out({"build"}), "no application to build"));
   EXPECT_TRUE(Has(project.Out({"status"}), "no application"));
 }
 
@@ -192,7 +192,7 @@ TEST(CliDamage, ARefusalIsADocumentForPrograms) {
       {"an incomplete installation",
        [](CliProject& project) { project.Point("TARN_ROOT", "src"); },
        {"options", "list"},
-       "This installation isn't complete",
+       "This installation is incomplete",
        0},
   };
   for (const auto& row : rows) {

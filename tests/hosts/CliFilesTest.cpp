@@ -51,7 +51,7 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
        Instead::LinkToNothing,
        {"tree", "demo.tprj"},
        3,
-       {"/demo.tprj can't be read: a link that leads nowhere"}},
+       {"/demo.tprj can't be read: a link to a missing file"}},
       {"demo.tprj", Instead::Pipe, {"tree"}, 3, {"/demo.tprj' can't be opened", notAFile}},
       {"app.tapp", Instead::Folder, {"tree"}, 3, {"/app.tapp' can't be opened", notAFile}},
       {"app.tapp", Instead::Loop, {"build"}, 3, {"/app.tapp' can't be opened", loop}},
@@ -59,12 +59,20 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
        Instead::LinkToNothing,
        {"build"},
        3,
-       {"/app.tapp' can't be opened", "a link that leads nowhere"}},
+       {"/app.tapp' can't be opened", "a link to a missing file"}},
       {"demo.tlock",
        Instead::Folder,
        {"options", "set", "Compiler.Defines", "X"},
-       0,
-       {"/demo.tlock can't be locked, so other programs are not held back: "}},
+       3,
+       {"/demo.tlock can't be locked: "}},
+      {"demo.tlock", Instead::Pipe, {"build"}, 3, {"/demo.tlock can't be locked: ", notAFile}},
+      {"src/c.c",
+       Instead::Pipe,
+       {"build"},
+       1,
+       {"/src/c.c can't be read: " + notAFile + "; the tool is not run"}},
+      {"src/x.a", Instead::Pipe, {"build"}, 1, {"/src/x.a can't be read: " + notAFile}},
+      {"src/c.c", Instead::Pipe, {"add", "src/c.c"}, 2, {"/src/c.c can't be added: " + notAFile}},
       {"demo.tstate", Instead::Folder, {"build"}, 3, {"/demo.tstate: ", notAFile}},
       {"demo.tlog", Instead::Folder, {"build"}, 3, {"/demo.tlog: ", notAFile}},
       {"demo.tlog", Instead::Loop, {"log"}, 3, {"/demo.tlog can't be read: ", link}},
@@ -126,6 +134,7 @@ TEST(CliFiles, WhichFileAndWhyIsTold) {
       project.Point("TARN_ROOT", "share");
     }
     if (std::string(row.path).starts_with("settings")) project.Point("TARN_SETTINGS", "settings");
+    if (row.path == std::string("src/x.a")) project.Out({"add", "--create", row.path});
     Put(row.what, project.PathOf(row.path));
     const auto answer = project.Run(row.words);
     EXPECT_EQ(answer.code, row.code) << answer.out << answer.err;
@@ -142,7 +151,7 @@ TEST(CliFiles, ALogThatLacksMessagesIsTold) {
   const std::string path = project.PathOf("demo.tlog");
   const std::pair<std::string, std::string> rows[] = {
       {"", "The log " + path + " is empty."},
-      {log.substr(0, log.size() / 2), "The log is damaged, so it may lack messages: " + path + ":"},
+      {log.substr(0, log.size() / 2), "The log is damaged and may lack messages: " + path + ":"},
       {log, ""},
   };
   for (const auto& [text, said] : rows) {

@@ -40,12 +40,12 @@ constexpr const char* kOlder =
     "inc\\part.h\r\n";
 
 constexpr const char* kRemarks =
-    "tarn: old.prj:6: Speed is not carried over\n"
-    "tarn: old.prj:11: Optimize is there twice; this one counts\n"
-    "tarn: old.prj:14: Warnings = loud is not carried over\n"
-    "tarn: old.prj:17: the section [Debugger] is not carried over\n"
-    "tarn: old.prj:21: notes.txt is carried over, but there is no such file\n"
-    "tarn: old.prj:24: src/main.c is there twice; the first one counts\n";
+    "tarn: old.prj:6: Speed was not imported\n"
+    "tarn: old.prj:11: Optimize is set twice; this one is used\n"
+    "tarn: old.prj:14: Warnings = loud was not imported\n"
+    "tarn: old.prj:17: the section [Debugger] was not imported\n"
+    "tarn: old.prj:21: notes.txt was imported, but it does not exist\n"
+    "tarn: old.prj:24: src/main.c is listed twice; the first one is used\n";
 
 // Returns the options of one configuration of the project above.
 std::string OptionsOf(const std::string& configuration, const std::string& optimize) {
@@ -116,7 +116,7 @@ TEST(CliImport, AnOlderProjectIsCarriedOverOpensAndBuilds) {
   OlderProject project;
   const auto made = project.Run({"import", "old.prj"});
   EXPECT_EQ(made.code, 0);
-  EXPECT_EQ(made.out, "made old.tprj\n`tarn build old.tprj` builds it.\n");
+  EXPECT_EQ(made.out, "created old.tprj\nRun `tarn build old.tprj` to build it.\n");
   EXPECT_EQ(made.err, kRemarks);
   EXPECT_EQ(project.Read("old.tapp"), kApplication);
   EXPECT_EQ(project.Run({"config", "list"}).out, "Old & new\n  Standard\n* Debug\n");
@@ -134,7 +134,7 @@ TEST(CliImport, AWorkspaceBecomesAProjectOfSeveralApplications) {
                 "# both\n[Workspace]\nForm = 1\nActive = OLD & new 2\nProject = old.prj\n"
                 "Project = boot\\boot.prj\nProject = ./boot/boot.prj\n");
   const std::string made = project.Out({"import", "all.stw", "--json"});
-  EXPECT_NE(made.find("all.stw:7: boot/boot.prj is there twice"), std::string::npos);
+  EXPECT_NE(made.find("all.stw:7: boot/boot.prj is listed twice"), std::string::npos);
   EXPECT_EQ(project.Run({"tree"}).out,
             "Project 'all'  all.tprj\n"
             "  Old & new  [Debug]  old.tapp\n"
@@ -152,8 +152,8 @@ TEST(CliImport, AWorkspaceBecomesAProjectOfSeveralApplications) {
   project.Write("part.stw", "[Workspace]\nForm = 1\nProject = gone.prj\nProject = old.prj\n");
   const auto part = project.Run({"import", "part.stw"});
   EXPECT_EQ(part.code, 3);
-  EXPECT_NE(part.err.find("converted only in part"), std::string::npos) << part.err;
-  EXPECT_NE(part.err.find("part.stw:3: gone.prj is left out"), std::string::npos) << part.err;
+  EXPECT_NE(part.err.find("only partly converted"), std::string::npos) << part.err;
+  EXPECT_NE(part.err.find("part.stw:3: gone.prj is skipped"), std::string::npos) << part.err;
   EXPECT_EQ(project.Run({"tree", "part.tprj"}).code, 0);
 }
 
@@ -164,7 +164,7 @@ TEST(CliImport, WhatIsThereIsReplacedOnlyWithConsentAndIsKeptBesides) {
   const auto refused = project.Run({"import", "old.prj"});
   EXPECT_EQ(refused.code, 2);
   EXPECT_EQ(refused.err,
-            "tarn: old.tprj is there already and stays as it is. With --yes it is replaced.\n");
+            "tarn: old.tprj already exists and was not changed. Use --yes to replace it.\n");
   const std::string asked =
       "printf 'no\\n' | script -qec '" TARN_PROGRAM " import old.prj' /dev/null";
   EXPECT_EQ(project.RunProgram("sh", {"-c", asked}).code, 2);
@@ -193,21 +193,23 @@ TEST(CliImport, TheScriptRefusesWhatItCanNotReadOrWriteAndLeavesNothing) {
     int code;
     const char* said;
   } cases[] = {
-      {"empty.prj", "\n; nothing\n", 5, "empty.prj: empty, so no older project\n"},
-      {"text.prj", "hello\n", 5, "text.prj:1: no older project, which starts with [Project]\n"},
-      {"files.prj", "[Files]\na.c\n", 5, "files.prj:1: no older project, which starts with"},
+      {"empty.prj", "\n; nothing\n", 5, "empty.prj: empty, so not a project in the old format\n"},
+      {"text.prj", "hello\n", 5,
+       "text.prj:1: not a project in the old format, which starts with [Project]\n"},
+      {"files.prj", "[Files]\na.c\n", 5,
+       "files.prj:1: not a project in the old format, which starts with"},
       {"bytes.prj",
        std::string("\x7F"
                    "ELF\0\1",
                    6),
        5, "bytes.prj:1: a line with control"},
-      {"later.prj", "[Project]\nForm = 2\n", 5, "later.prj:1: the form is 2, and only 1 can be"},
+      {"later.prj", "[Project]\nForm = 2\n", 5, "later.prj:1: the form is 2, but only 1 can be"},
       {"none.stw", "[Workspace]\nForm = 1\n", 5, "none.stw: no project that can be converted\n"},
-      {"line.prj", head + "Name\n", 4, "line.prj:3: no KEY = VALUE\n"},
-      {"head.prj", head + "[Files\n", 4, "head.prj:3: a section without its bracket\n"},
+      {"line.prj", head + "Name\n", 4, "line.prj:3: not a KEY = VALUE line\n"},
+      {"head.prj", head + "[Files\n", 4, "head.prj:3: a section without its closing bracket\n"},
       {"zero.prj", head + std::string("[Files a\0b]\n", 12), 4, "zero.prj:3: a line with control"},
-      {"src", "", 3, "src: this is no file\n"},
-      {"gone.prj", "", 2, "gone.prj: there is no such file\n"},
+      {"src", "", 3, "src: not a file\n"},
+      {"gone.prj", "", 2, "gone.prj: no such file\n"},
       {"other.prj", head, 6, "other.tapp: read-only\n"},
   };
   for (const auto& each : cases) {
@@ -254,18 +256,18 @@ TEST(CliImport, EachEndOfAScriptHasItsAnswerAndExitCode) {
       {"exit 0", "", 3, "/old.tprj can't be opened.\ntarn: The file '"},
       {"print qq(no luck\\n); exit 1", "", 3, "tarn: old.prj can't be converted.\ntarn: no luck\n"},
       {"exit 2", "", 3, "old.prj' does not exist.\n"},
-      {"exit 3", "", 3, "old.prj' can't be read.\n"},
+      {"exit 3", "", 3, "old.prj' in the old format can't be read.\n"},
       {"exit 4", "", 3, "old.prj' is damaged; only"},
-      {"exit 5", "", 3, "old.prj' has a form that can't be converted.\n"},
+      {"exit 5", "", 3, "old.prj' has a format that can't be converted.\n"},
       {"exit 6", "", 3, "old.prj' can't be written.\n"},
-      {"exit 7", "", 3, "old.prj' was converted only in part.\n"},
+      {"exit 7", "", 3, "old.prj' in the old format was only partly converted.\n"},
       {"exit 8", "", 3,
        "tarn: old.prj can't be converted: Unknown error\ntarn: " + hint +
            "ended with the exit code 8.\n"},
       {"kill 9, $$", "", 3, hint + "ended with the exit code 137.\n"},
-      {"sleep 3", "Seconds=1", 3, hint + "takes longer than 1 s. It goes on by itself.\n"},
-      {"", "Interpreter=/no/perl", 4,
-       "the program /no/perl, which runs it, isn't on this machine."},
+      {"sleep 3", "Seconds=1", 3,
+       hint + "takes longer than 1 s. It continues in the background.\n"},
+      {"", "Interpreter=/no/perl", 4, "the program /no/perl, which was not found."},
   };
   for (const auto& each : cases) {
     project.Write("tarn/bin/k418/k418.pl", each.script);
@@ -302,7 +304,8 @@ TEST(CliImport, WhatIsNoOlderProjectIsTold) {
   project.Write("old.prj", kOlder);
   const auto build = project.Run({"build", "old.prj"});
   EXPECT_EQ(build.code, 3);
-  EXPECT_NE(build.err.find("old.prj is no project file (*.tprj)."), std::string::npos) << build.err;
+  EXPECT_NE(build.err.find("old.prj is not a project file (*.tprj)."), std::string::npos)
+      << build.err;
 }
 
 }  // namespace

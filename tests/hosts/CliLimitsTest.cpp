@@ -80,7 +80,7 @@ TEST(CliLimits, AnUnusableHomeIsNoReasonToFail) {
     });
     project.environment.emplace_back("HOME", home);
     EXPECT_TRUE(Has(project.Out({"tree"}), "a.c"));
-    EXPECT_TRUE(Has(project.Out({"new", "made"}), "made made/made.tprj"));
+    EXPECT_TRUE(Has(project.Out({"new", "made"}), "created made/made.tprj"));
     EXPECT_EQ(project.Run({"build"}).code, 0);
   }
 }

@@ -28,6 +28,10 @@ TEST(CliLinks, NothingIsWrittenWhereAPlantedLinkLeads) {
       {"chosen.json", {"export", "compile-commands", "-o", "chosen.json"}, 3},
       {"demo.sarif", {"export", "sarif"}, 3},
       {"src/new.c", {"add", "--create", "src/new.c"}, 2},
+      {"demo.tlock", {"build"}, 3},
+      {"demo.tlock", {"build", "--no-wait"}, 3},
+      {"app.tlock", {"build"}, 3},
+      {"demo.tlock", {"options", "set", "Compiler.Defines", "A=1"}, 3},
   };
   for (const auto& row : rows) {
     for (const bool isDangling : {false, true}) {
@@ -45,6 +49,8 @@ TEST(CliLinks, NothingIsWrittenWhereAPlantedLinkLeads) {
       const std::string said = answer.out + answer.err;
       EXPECT_TRUE(Has(said, kRefused)) << said;
       EXPECT_TRUE(Has(said, row.link)) << said;
+      EXPECT_TRUE(Has(said, target) || !Has(row.link, ".tlock")) << said;
+      EXPECT_FALSE(Has(project.Read("app.tapp"), "A=1") && Has(row.link, ".tlock"));
       EXPECT_EQ(fs::exists(target), !isDangling);
       if (!isDangling) {
         EXPECT_EQ(outside.Read("file"), "precious");

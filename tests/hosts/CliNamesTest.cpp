@@ -34,6 +34,28 @@ std::string SourceNode(const std::string& path) {
   return "<C Header=\"" + path.substr(path.rfind('\\') + 1) + "\" Path=\"" + path + "\" />";
 }
 
+TEST(CliNames, ANameWithALineFeedIsRefusedBeforeAnythingChanges) {
+  CliProject project;
+  project.Edit("src/a\nb.c", "");
+  project.Edit("l\nf/demo.tprj", project.Read("demo.tprj"));
+  const std::string before = project.Read("app.tapp");
+  const std::string why = ": a name with a control character cannot be used.";
+  const struct {
+    std::vector<std::string> words;
+    int code;
+    std::string said;
+  } rows[] = {
+      {{"add", "src/a\nb.c"}, 2, "/src/a\\x0ab.c can't be added" + why},
+      {{"add", "--create", "src/x\ny.c"}, 2, "/src/x\\x0ay.c can't be added" + why},
+      {{"trust", "l\nf"}, 2, "/l\\x0af can't be trusted" + why},
+      {{"trust", "l\nf/demo.tprj"}, 2, "/l\\x0af/demo.tprj can't be trusted" + why},
+      {{"build", "l\nf"}, 3, "/l\\x0af can't be read" + why},
+  };
+  for (const auto& row : rows) project.ExpectRefusal(row.words, row.code, row.said);
+  EXPECT_EQ(project.Read("app.tapp"), before);
+  EXPECT_FALSE(project.Exists("src/x\ny.c"));
+}
+
 TEST(CliNames, ToolsGetNamesAsTheDiskSpellsThem) {
   CliProject project;
   Rename(project, "src/a.c", "src/A.c");
@@ -258,8 +280,9 @@ TEST(CliNames, AFileThatIsListedTwiceIsBuiltAndLinkedOnce) {
   EXPECT_FALSE(Has(project.Out({"status"}), "never"));
 
   project.ExpectRefusal({"remove", "a.c"}, 2, "\"a.c#1\" the first");
-  project.ExpectRefusal({"remove", "src/a.c"}, 2, "several times. APP/src/a.c means");
-  project.ExpectRefusal({"remove", "a.c#3"}, 2, "no file, group or application \"a.c#3\"");
+  project.ExpectRefusal({"remove", "src/a.c"}, 2, "several times. APP/src/a.c is");
+  project.ExpectRefusal({"remove", "a.c#3"}, 2,
+                        "No file, group or application is called \"a.c#3\"");
   EXPECT_EQ(project.Out({"remove", "Sources/a.c"}), "removed Sources/a.c\n");
   AddNodes(project, SourceNode(".\\src\\a.c") + SourceNode(".\\src\\b.c"));
   EXPECT_EQ(project.Out({"remove", "src/b.c#2"}), "removed src/b.c#2\n");
@@ -355,8 +378,8 @@ TEST(CliNames, ApplicationsWithLabelsThatDifferInLettersOnlyAreApart) {
                           "app.tapp");
   }
   EXPECT_EQ(project.Run({"check"}).out,
-            "Duplicate labels\n  demo.tprj:4: the applications App.tapp and app.tapp have the same "
-            "label, except for letter case\n1 finding\n");
+            "Duplicate labels\n  demo.tprj:4: the labels of the applications App.tapp and app.tapp "
+            "differ only in letter case\n1 finding\n");
   project.Write("x.lua",
                 "print(pcall(host.size, 'APP'))\nprint(host.build('clean', 'app'))\n"
                 "print(#host.size('app'))\n");
@@ -408,11 +431,11 @@ TEST(CliNames, AnEmptyNameIsNotTheWholeProject) {
 TEST(CliNames, NamesThatAProjectCanNotStoreAreRefused) {
   CliProject project;
   for (const std::string name : {"&quot;x", "a&slash;", "a\x7f"}) {
-    project.ExpectRefusal({"new", name, "--compiler", "host-gcc"}, 2, "name can't hold");
+    project.ExpectRefusal({"new", name, "--compiler", "host-gcc"}, 2, "name can't contain");
     EXPECT_FALSE(project.Exists(name));
     project.Write("src/" + name + ".c", "");
     EXPECT_EQ(project.Run({"add", "src/" + name + ".c"}).code, 2) << name;
-    project.ExpectRefusal({"rename", "src/a.c", name}, 2, "no name for a node");
+    project.ExpectRefusal({"rename", "src/a.c", name}, 2, "not a valid name for a node");
   }
   EXPECT_FALSE(Has(project.Read("app.tapp"), "&"));
   // Written by hand.

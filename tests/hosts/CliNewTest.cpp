@@ -25,9 +25,10 @@ TEST(CliNew, AProjectForATargetIsBuiltForThatTarget) {
     std::vector<std::string> arguments = {"new", row.name, "--target", row.target};
     arguments.insert(arguments.end(), row.more.begin(), row.more.end());
     const std::string name = row.name;
-    EXPECT_EQ(project.Out(arguments), "made " + name + "/" + name + ".tprj\nmade " + name + "/" +
-                                          name + ".tapp\nmade " + name +
-                                          "/src/main.c\n`tarn build " + name + "` builds it.\n");
+    EXPECT_EQ(project.Out(arguments), "created " + name + "/" + name + ".tprj\ncreated " + name +
+                                          "/" + name + ".tapp\ncreated " + name +
+                                          "/src/main.c\nRun `tarn build " + name +
+                                          "` to build it.\n");
     EXPECT_EQ(project.Out({"options", "get", "Target.Device", name}),
               std::string(row.machine) + "\n");
     EXPECT_TRUE(Has(project.Out({"tree", name}), "Sources")) << row.name;
@@ -45,22 +46,22 @@ TEST(CliNew, WhatCanNotBeMadeIsToldAndLeavesNothing) {
   project.Write("taken/taken.tapp", "mine");
   project.ExpectRefusal({"new", ""}, 2, "A project needs a name.");
   project.ExpectRefusal({"new", "a", "--target", "ATmega328"}, 2,
-                        "There is no target \"ATmega328\". Did you mean \"ATmega328P\"");
+                        "Unknown target \"ATmega328\". Did you mean \"ATmega328P\"");
   project.ExpectRefusal({"new", "a", "--target", "Z80"}, 2,
-                        "There is no target \"Z80\". `tarn targets` shows what there is.");
+                        "Unknown target \"Z80\". See `tarn targets`.");
   project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--type", "aplication"}, 2,
-                        "There is no application type \"aplication\". Did you mean "
+                        "Unknown application type \"aplication\". Did you mean "
                         "\"Application\"?");
   project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--type", "exe"}, 2,
-                        "There is no application type \"exe\". There is \"Application\", ");
+                        "Unknown application type \"exe\". Expected one of: \"Application\", ");
   project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--config", "../x"}, 2,
-                        "A configuration's name can't hold /");
+                        "A configuration's name can't contain /");
   project.ExpectRefusal({"new", "taken", "--target", "ATmega328P"}, 2,
-                        "taken/taken.tapp is there already.");
+                        "taken/taken.tapp already exists.");
   project.ExpectRefusal({"new", "a", "--target", "ATmega328P", "--compiler", "avr-gcc"}, 2,
                         "--compiler excludes --target");
   project.ExpectRefusal({"new", "a", "--type", "Application"}, 2, "--type requires --target");
-  project.ExpectRefusal({"new", "a", "--compiler", "sdcc"}, 2, "There is no such compiler: ");
+  project.ExpectRefusal({"new", "a", "--compiler", "sdcc"}, 2, "Unknown compiler: ");
   for (const char* option : {"--target", "--compiler"}) {
     project.ExpectRefusal({"new", "a", option, ""}, 2, std::string(option) + ": needs a name");
   }
@@ -117,7 +118,8 @@ TEST(CliNew, TheFirstSaveChangesNothing) {
 TEST(CliNew, ADebugSessionHasNoSources) {
   CliProject project;
   EXPECT_EQ(project.Out({"new", "bare 1", "--target", "ATmega328P", "--type", "debug session"}),
-            "made bare 1/bare 1.tprj\nmade bare 1/bare 1.tapp\n`tarn build 'bare 1'` builds it.\n");
+            "created bare 1/bare 1.tprj\ncreated bare 1/bare 1.tapp\nRun `tarn build 'bare 1'` to "
+            "build it.\n");
   EXPECT_EQ(
       project.Out({"new", "bare/", "--target", "ATmega328P", "--type", "debug session", "-q"}), "");
   EXPECT_FALSE(project.Exists("bare/src"));

@@ -13,7 +13,7 @@ TEST(CliOptions, AnOptionThatChangesACommandMakesItsNodesStaleUntilItIsBackAgain
   EXPECT_EQ(project.Run({"status"}).out,
             "app  [Standard]  2 out of date\n"
             "  src/c.c  its command line changed since it was built\n"
-            "  app      its parts will be rebuilt\n");
+            "  app      its inputs will be rebuilt\n");
   ASSERT_EQ(project.Run({"options", "reset", "Compiler.Defines", "-n", "c.c"}).code, 0);
   project.Out({"options", "set", "Load.LoadExclude", "Yes", "-n", "src/c.c"});
   EXPECT_TRUE(Has(project.Run({"build"}).out, "Nothing to do")) << "no command is another";
@@ -32,8 +32,8 @@ TEST(CliOptions, WrongValuesAndNamesAreRefusedWithAHint) {
   } cases[] = {
       {{"options", "set", "Compiler.Warnings", "many"}, "Compiler.Warnings: "},
       {{"options", "set", "Compiler.Warning", "all"}, "Did you mean \"Compiler.Warnings\""},
-      {{"options", "get", "Warnings"}, "Write SECTION.NAME"},
-      {{"options", "get", "Compiler.Warnings", "-n", "src/d.c"}, "There is no file"},
+      {{"options", "get", "Warnings"}, "Use SECTION.NAME"},
+      {{"options", "get", "Compiler.Warnings", "-n", "src/d.c"}, "No file, group or application"},
       {{"options", "list", "--config", "Fats"}, "Did you mean \"Fast\""},
   };
   for (const auto& each : cases) project.ExpectRefusal(each.words, 2, each.said);
@@ -54,9 +54,9 @@ TEST(CliOptions, ExplainNamesEveryLevelAndTheOneThatCounts) {
   const std::string fast =
       project.Run({"options", "explain", "Compiler.Defines", "-n", "c.c", "-c", "Fast"}).out;
   EXPECT_TRUE(Has(fast, "Compiler.Defines = B\n")) << fast;
-  EXPECT_TRUE(Has(fast, "  set at the node c.c for Fast: B  <- counts\n")) << fast;
+  EXPECT_TRUE(Has(fast, "  set at the node c.c for Fast: B  <- effective\n")) << fast;
   const std::string app = project.Run({"options", "explain", "Compiler.Defines"}).out;
-  EXPECT_TRUE(Has(app, "  set at the application app for Standard: A  <- counts\n")) << app;
+  EXPECT_TRUE(Has(app, "  set at the application app for Standard: A  <- effective\n")) << app;
 }
 
 TEST(CliOptions, ListShowsWhereValuesCount) {
@@ -80,7 +80,7 @@ TEST(CliConfig, EveryConfigurationKeepsItsOwnOutputsAndRecords) {
   EXPECT_EQ(project.Run({"config", "add", "Slow"}).code, 0);
   EXPECT_EQ(project.Run({"config", "add", "SLOW"}).code, 2);
   // Outputs are stored in a folder of that name.
-  project.ExpectRefusal({"config", "add", "../x"}, 2, "A configuration's name can't hold /");
+  project.ExpectRefusal({"config", "add", "../x"}, 2, "A configuration's name can't contain /");
   EXPECT_EQ(project.Run({"config", "select", "Fast"}).code, 0);
   EXPECT_EQ(project.Run({"config", "select", "Other"}).code, 2);
   EXPECT_EQ(project.Run({"config", "list"}).out, "app\n  Standard\n* Fast\n  Slow\n");
@@ -143,7 +143,7 @@ TEST(CliConfig, ADeviceThatIsNotSetIsAnErrorOfTheBuildThatNamesTheOption) {
   }
   EXPECT_TRUE(Has(project.Out({"options", "list", "-c", "Bare"}), "(needs a value)"));
   project.ExpectRefusal({"options", "set", "Target.Device", "", "-c", "Bare"}, 2,
-                        "A value is needed");
+                        "A value is required");
   // Edited by hand: a space is not a device either.
   project.Out({"options", "set", "Target.Device", "atmega88", "-c", "Bare"});
   std::string text = project.Read("app.tapp");

@@ -117,7 +117,7 @@ TEST_F(CliOrder, ACycleIsAnErrorThatNamesItsApplications) {
   EXPECT_EQ(status.code, 1);
   EXPECT_TRUE(Has(status.err, said)) << status.err;
   const auto check = project.Run({"check"});
-  EXPECT_TRUE(Has(check.out, "Applications in a cycle\n  demo.tprj:")) << check.out;
+  EXPECT_TRUE(Has(check.out, "Dependency cycles\n  demo.tprj:")) << check.out;
   EXPECT_TRUE(Has(check.out, "prog -> core -> prog")) << check.out;
   project.Out({"clean"});
 }

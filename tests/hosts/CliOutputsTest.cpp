@@ -22,7 +22,7 @@ TEST(CliOutputs, WhatIsNoProductIsNeitherOverwrittenNorDeleted) {
   } rows[] = {
       {"src/b.c", "src/b.c", "is a source of the project"},
       {"src/a.c", "src/a.c", "is a source of the project"},
-      {"src/x.h", "src/x.h", "is what files of the project depend on"},
+      {"src/x.h", "src/x.h", "is a dependency of files of the project"},
       {"app.tapp", "app.tapp", "is a file of the project itself"},
       {"demo.tprj", "demo.tprj", "is a file of the project itself"},
       {"src/b.c", "link.o", "is a source of the project"},
@@ -64,6 +64,60 @@ TEST(CliOutputs, WhatIsNoProductIsNeitherOverwrittenNorDeleted) {
     EXPECT_TRUE(Has(answer.out, row.reason)) << answer.out;
     EXPECT_EQ(content(), before);
   }
+}
+
+// Before the first build nothing is recorded about what the sources include.
+TEST(CliOutputs, TheFirstBuildOverwritesNoSourceThatIsNotListed) {
+  const struct {
+    const char* option;
+    const char* value;
+    const char* file;
+    std::string text;
+    bool isKept;
+    const char* node = "";
+  } rows[] = {
+      {"Build.OutputFile", "src/a.h", "src/a.h", "int a(void);", true, "src/a.c"},
+      {"Build.ListingFile", "src/a.h", "src/a.h", "int a(void);", true, "src/a.c"},
+      {"Build.ListingFile", "src/part.c", "src/part.c", "mine", true, "src/a.c"},
+      {"Linker.MapFile", "notes.txt", "notes.txt", "mine", true},
+      {"Linker.Extra", "-Wl,-Map=part.c", "part.c", "mine", true},
+      {"Build.OutputFile", "src/a.o", "src/a.o", "from a clone", false, "src/a.c"},
+      {"Build.OutputFile", "app.elf", "app.elf", "from a clone", false},
+      {"Build.OutputFile", "c.a", "c.a", std::string("\x7f\0", 2), false, "src/c.c"},
+      {"Build.ListingFile", "a.lst", "a.lst", "from a clone", false, "src/a.c"},
+      {"Linker.MapFile", "app.map", "app.map", "from a clone", false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.option + std::string(" = ") + row.value);
+    CliProject project;
+    std::vector<std::string> change{"options", "set"};
+    if (*row.node != '\0') change.insert(change.end(), {"-n", row.node});
+    change.insert(change.end(), {"--", row.option, row.value});
+    project.Out(change);
+    project.Write(row.file, row.text);
+    for (const char* command : {"build", "clean", "rebuild"}) {
+      const auto answer = project.Run({command});
+      const bool isClean = *command == 'c';  // deletes only outputs and listings
+      EXPECT_EQ(answer.code, row.isKept && !isClean ? 1 : 0) << answer.out << answer.err;
+      EXPECT_EQ(Has(answer.out, "looks like a source"),
+                row.isKept && (!isClean || *row.option == 'B'))
+          << answer.out;
+      EXPECT_EQ(project.Exists(row.file) && project.Read(row.file) == row.text, row.isKept);
+    }
+  }
+}
+
+TEST(CliOutputs, AListingThatABuildHasMadeIsReplacedUnderAnyName) {
+  CliProject project;
+  project.Out({"options", "set", "-n", "src/c.c", "Build.ListingFile", "listing.txt"});
+  project.Out({"build"});
+  const std::string listing = project.Read("listing.txt");
+  project.Edit("listing.txt", "changed");
+  project.Write("src/c.c", "int c(void) { return 4; }\n");
+  project.Out({"build"});
+  EXPECT_NE(project.Read("listing.txt"), "changed");
+  project.Out({"clean"});
+  EXPECT_FALSE(project.Exists("listing.txt"));
 }
 
 // A build may delete its own products, wherever they are.
@@ -227,6 +281,21 @@ TEST(CliOutputs, WhatAnArgumentWritesIsNotWrittenOverASource) {
       {"Linker.Extra", "-Wl,-Map=src/c.c"},
       {"C.Compiler.Extra", "-aux-info src/c.c"},
       {"C.Compiler.Extra", "-Wa,-al=src/c.c"},
+      {"C.Compiler.Extra", "-Wa,--M=src/c.c"},
+      {"C.Compiler.Extra", "-Wa,-MD,src/c.c"},
+      {"C.Compiler.Extra", "-time=src/c.c"},
+      // The compiler adds the source.
+      {"C.Compiler.Extra", "-Wp,-aux-info"},
+      {"C.Compiler.Extra", "-Xpreprocessor -MF"},
+      {"C.Compiler.Extra", "-Xpreprocessor"},
+      {"C.Compiler.Extra", "-Wp,-MD -g"},
+      {"C.Compiler.Extra", "-fdump-tree-original=src/c.c"},
+      {"C.Compiler.Extra", "--dump-tree-original=src/c.c"},
+      {"Linker.Extra", "-Wl,--M=src/c.c"},
+      {"Linker.Extra", "-Wl,-depe,src/c.c"},
+      {"Linker.Extra", "-Wl,--ou=src/c.c"},
+      {"Linker.Extra", "-flto -aux-info src/c.c"},
+      {"Linker.Extra", "-flto -fopt-info-all=src/c.c"},
       // Beside the output, where the compiler puts them.
       {"Build.OutputFile", "src/x.o", "src/a.c"},
   };

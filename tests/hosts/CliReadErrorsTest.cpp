@@ -115,6 +115,71 @@ TEST(CliReadErrors, RefuseEveryCommandAndCostNothing) {
   }
 }
 
+TEST(CliReadErrors, WhatCanNotBeExaminedIsNeitherMissingNorThere) {
+  const struct {
+    std::vector<std::string> words;
+    const char* unknown;  // every call for it fails
+    int code;
+    const char* said;
+    const char* program = "tarn";
+  } rows[] = {
+      {{"check"}, "src/c.c", 1, "src/c.c can't be read: "},
+      {{"check"}, "src", 1, "src/c.c can't be read: "},
+      {{"status"}, "src/c.c", 0, "src/c.c can't be read: "},
+      {{"status"}, "src/a.h", 0, "src/a.h can't be read: "},
+      {{"status"}, "build/Standard/app", 0, "build/Standard/app can't be read: "},
+      {{"relocate"}, "app.tapp", 3, "/app.tapp: "},
+      {{"relocate"}, "src/c.c", 3, "/src/c.c: "},
+      {{"relocate", "src/gone.c", "src/d.c"}, "src/d.c", 3, "/src/d.c: "},
+      {{"add", "src/d.c"}, "src/d.c", 2, "/src/d.c can't be added: "},
+      {{"add", "--create", "src/d.c"}, "src/d.c", 2, "/src/d.c can't be added: "},
+      {{"new", "fresh"}, "fresh", 3, "/fresh/fresh.tprj can't be written: "},
+      {{"new", "fresh"}, "fresh/fresh.tprj", 3, "/fresh/fresh.tprj can't be written: "},
+      {{"new", "fresh"}, "fresh/src/main.c", 3, "/fresh/src/main.c can't be written: "},
+      {{"new", "fresh"}, ".git", 3, "/.git can't be examined: "},
+      {{"import", "old/old.prj", "--yes"}, "old/old.tprj", 3, "/old.tprj can't be written: "},
+      {{"import", "old/old.prj", "--yes"}, "old/old.tprj", 3, "/old.tprj: ", "perl"},
+      {{"import", "old/old.prj", "--yes"}, "old/old.prj", 3, "/old.prj: ", "perl"},
+      {{"import", "old/old.prj", "--yes"}, "old/old.tapp", 3, "/old.tapp: ", "perl"},
+      {{"undo"}, "demo.tprj", 3, "/demo.tprj can't be read: "},
+  };
+  for (const auto& row : rows) {
+    for (const int error : {EIO, EACCES}) {
+      CliProject project;
+      project.Trust();
+      project.Out({"options", "set", "Compiler.Defines", "X"});
+      project.Out({"build"});
+      project.Edit("old/old.prj", "[Project]\nForm = 1\nName = old\nTarget = HOST\n");
+      project.Edit("old/old.tprj", "mine");
+      const std::string before = project.Read("app.tapp");
+      const auto environment = project.environment;
+      project.environment.insert(
+          project.environment.end(),
+          {{"LD_PRELOAD", TARN_FAULTS},
+           {"FAULT_PROGRAM", row.program},
+           {"FAULT_BELOW", fs::canonical(project.PathOf("")).string()},
+           {"FAULT_ON", fs::canonical(project.PathOf("")).string() + "/" + row.unknown},
+           {"FAULT", std::to_string(error)}});
+      const auto answer = project.Run(row.words);
+      project.environment = environment;
+      const std::string said = answer.out + answer.err;
+      SCOPED_TRACE(row.words[0] + ", " + row.unknown + ": " + said);
+      EXPECT_EQ(answer.code, row.code);
+      EXPECT_TRUE(Has(said, row.said));
+      EXPECT_TRUE(Has(said, std::strerror(error)));
+      for (const char* untrue : {"is missing", "already exists", "does not exist", "no file"}) {
+        EXPECT_FALSE(Has(said, untrue)) << untrue;
+      }
+      EXPECT_EQ(project.Read("app.tapp"), before);
+      EXPECT_EQ(project.Read("old/old.tprj"), "mine");
+      if (row.words[0] != "new") continue;
+      EXPECT_FALSE(project.Exists("fresh"));
+      project.Out(row.words);
+      EXPECT_TRUE(project.Exists("fresh/src/main.c"));
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tarn::host
 

@@ -63,7 +63,7 @@ TEST(CliRegister, ASettingsFolderThatCannotBeWrittenIsThree) {
   EXPECT_TRUE(answer.err.starts_with("tarn: The server can't be registered: " +
                                      project.PathOf("in the way")))
       << answer.err;
-  EXPECT_TRUE(answer.err.ends_with("--system needs the rights of root.\n")) << answer.err;
+  EXPECT_TRUE(answer.err.ends_with("--system requires root privileges.\n")) << answer.err;
 }
 
 }  // namespace

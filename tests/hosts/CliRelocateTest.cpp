@@ -93,11 +93,11 @@ TEST(CliRelocate, WhatIsOpenIsLeftToTheUser) {
   EXPECT_EQ(answer.err,
             "tarn: src/a.c could be one of several files:\n  x/a.c\n  y/a.c\n"
             "tarn: src/b.c was not found\n"
-            "tarn: `tarn relocate OLD NEW` says where a file or folder is.\n");
+            "tarn: Use `tarn relocate OLD NEW` to specify where a file or folder is.\n");
   EXPECT_EQ(project.Read("app.tapp"), before);
   EXPECT_EQ(project.Out({"relocate", "src/b.c", "x/b2.c"}), "src/b.c -> x/b2.c\n");
   EXPECT_EQ(project.Out({"relocate", "src/a.c", "y/a.c"}), "src/a.c -> y/a.c\n");
-  EXPECT_EQ(project.Out({"relocate", "none", "x"}), "Nothing of it is in the project\n");
+  EXPECT_EQ(project.Out({"relocate", "none", "x"}), "None of it is in the project\n");
 }
 
 TEST(CliRelocate, WhatANodeCanNotBecomeIsRefused) {
@@ -111,14 +111,14 @@ TEST(CliRelocate, WhatANodeCanNotBecomeIsRefused) {
   const struct {
     const char *from, *to, *said;
   } rows[] = {
-      {"src/a.c", "demo.tprj", "demo.tprj is a file of another kind"},
-      {"src/a.c", "other.tapp", "other.tapp is a file of another kind"},
-      {"src/a.c", "src/a.txt", "src/a.txt is a file of another kind"},
+      {"src/a.c", "demo.tprj", "demo.tprj is a different kind of file"},
+      {"src/a.c", "other.tapp", "other.tapp is a different kind of file"},
+      {"src/a.c", "src/a.txt", "src/a.txt is a different kind of file"},
       {"src/a.c", "src/sub", "src/sub is a folder, not a file"},
-      {"src/a.c", "src/b.c", "src/b.c is in the project already"},
+      {"src/a.c", "src/b.c", "src/b.c is already in the project"},
       {"src", "src/a.c", "src/a.c is not a folder"},
-      {"src", "src/sub", "src/sub/a.c is in the project already"},
-      {"app.tapp", "src/a.c", "src/a.c is a file of another kind"},
+      {"src", "src/sub", "src/sub/a.c is already in the project"},
+      {"app.tapp", "src/a.c", "src/a.c is a different kind of file"},
       {"app.tapp", "src", "src is a folder, not a file"},
   };
   for (const auto& row : rows) {
@@ -132,9 +132,9 @@ TEST(CliRelocate, NothingIsWrittenWhereNothingMayBe) {
   CliProject project;
   fs::rename(project.PathOf("src"), project.PathOf("code"));
   const std::string before = project.Read("app.tapp");
-  project.ExpectRefusal({"relocate", "src", "none"}, 2, "There is no file or folder none.");
+  project.ExpectRefusal({"relocate", "src", "none"}, 2, "none does not exist.");
   project.ExpectRefusal({"relocate", "--below", "none"}, 3, "none: No such file or directory");
-  project.ExpectRefusal({"relocate", "--below", ".", "src", "code"}, 2, "--below is for files");
+  project.ExpectRefusal({"relocate", "--below", ".", "src", "code"}, 2, "--below is for a search");
   auto lock = FileSystem::Native().TryLock(project.PathOf("demo.tlock"), LockPurpose::Edit);
   ASSERT_TRUE(lock);
   project.ExpectRefusal({"relocate", "--no-wait"}, 3, "Another program is changing");
@@ -153,13 +153,13 @@ TEST(CliRelocate, AnApplicationOutsideIsChangedOnlyIfTheUserSaysSo) {
   fs::create_directories(project.PathOf("inner"));
   fs::rename(project.PathOf("demo.tprj"), project.PathOf("inner/demo.tprj"));
   EXPECT_EQ(project.Out({"relocate", "inner", "app.tapp", "app.tapp"}),
-            "Nothing of it is in the project\n");
+            "None of it is in the project\n");
   EXPECT_TRUE(Has(project.Out({"relocate", "inner", "inner/app.tapp", "app.tapp", "--outside-ok"}),
                   "inner/app.tapp -> app.tapp\n"));
   fs::rename(project.PathOf("src"), project.PathOf("code"));
   project.ExpectRefusal(
       {"relocate", "inner", "src", "code"}, 3,
-      "app.tapp is not changed, since it is outside the folder of the project. With --outside-ok");
+      "app.tapp is not changed because it is outside the folder of the project. Use --outside-ok");
   EXPECT_TRUE(Has(project.Out({"relocate", "inner", "--below", ".", "--outside-ok"}),
                   "src/a.c -> code/a.c\n"));
   EXPECT_EQ(project.Run({"build", "inner", "--trust"}).code, 0);

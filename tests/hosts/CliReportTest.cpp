@@ -12,7 +12,7 @@ using Json = nlohmann::json;
 
 TEST(CliReport, ListsWhatTheLastBuildHasMarkedAndFailsOnWhatWasAskedFor) {
   CliProject project;
-  project.ExpectRefusal({"report"}, 3, "has left a log yet");
+  project.ExpectRefusal({"report"}, 3, "has written a log yet");
   project.Write("demo.tlog",
                 "<output><message Description='Building' Icon='5'/>"
                 "<message Icon='1' ShowInReport='yes' Description='" +
@@ -123,7 +123,7 @@ TEST(CliReport, AToolThatFailsWithoutAReasonShowsItsLastLines) {
     const std::string end = "5000\nlast words\nerror: " + std::string(row.reason) + "\n";
     const auto built = project.Run({"build"});
     EXPECT_EQ(built.code, 1);
-    EXPECT_TRUE(Has(built.out, " lines left out, see `tarn log`)\n") && Has(built.out, end));
+    EXPECT_TRUE(Has(built.out, " lines omitted, see `tarn log`)\n") && Has(built.out, end));
     EXPECT_FALSE(Has(built.out, "\n4000\n"));
     EXPECT_TRUE(Has(project.Out({"log"}), "\n4000\n"));
     for (const char* filter : {"", "--errors"}) {

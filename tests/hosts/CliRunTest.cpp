@@ -57,18 +57,17 @@ TEST(CliRun, FailuresAreToldWithTheirPlace) {
        "tarn: t.lua:1: inner.lua:3: attempt to perform arithmetic on a nil value\n"},
       {"tarn.ExecuteScript('t.lua')", 1, "",
        "tarn: t.lua:1: t.lua:1: t.lua:1: t.lua:1: t.lua:1: t.lua:1: t.lua:1: t.lua:1: t.lua: "
-       "scripts run each other more than 8 deep\n"},
+       "scripts call each other more than 8 levels deep\n"},
       {"print(tarn.SelectNode('none.c'))\n"
        "tarn.SavePropertyValue('C', 'Compiler', 'Defines', 'X')",
        1, "1\n",
-       "tarn: t.lua:2: SavePropertyValue: there is no node \"none.c\" to select, and another one "
-       "is "
-       "still current. Select a node first.\n"},
+       "tarn: t.lua:2: SavePropertyValue: there is no node \"none.c\" to select, and a different "
+       "one is still current. Select a node first.\n"},
       {"print(host.build('make'))", 1, "",
        "tarn: t.lua:1: bad argument #1 to 'build' (invalid option 'make')\n"},
       {"host.add_configuration('New', 'fast')", 0, "", ""},
       {"host.add_configuration('FAST')", 1, "",
-       "tarn: t.lua:1: app has a configuration \"FAST\" already.\n"},
+       "tarn: t.lua:1: app already has a configuration \"FAST\".\n"},
       {"print('\\27[2J')", 0, "\\x1b[2J\n", ""},
   };
   for (const auto& each : cases) {

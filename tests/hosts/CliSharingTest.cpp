@@ -105,7 +105,7 @@ TEST(CliSharing, AnApplicationOutsideOfTheFolderIsWrittenOnlyIfTheUserAgrees) {
   project.Out({"build", "other", "--trust"});
   project.ExpectRefusal({"add", "other", "src/d.c"}, 3,
                         "app.tapp can't be saved: it is outside the folder of the project\n"
-                        "With --outside-ok it is written.");
+                        "Use --outside-ok to write it anyway.");
   EXPECT_EQ(project.Read("app.tapp"), before);
   EXPECT_EQ(project.Read("other/o.tprj"), text);
   project.Out({"add", "--outside-ok", "other", "src/d.c"});
@@ -131,7 +131,7 @@ TEST(CliSharing, ANewProjectIsAsTheFirstSaveLeavesIt) {
   }
   fs::create_directory(project.PathOf(".git"));
   const std::string said = project.Out({"new", "p"});
-  EXPECT_TRUE(Has(said, "made p/.gitignore\nmade p/.gitattributes\n")) << said;
+  EXPECT_TRUE(Has(said, "created p/.gitignore\ncreated p/.gitattributes\n")) << said;
 }
 
 }  // namespace

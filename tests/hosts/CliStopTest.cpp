@@ -81,7 +81,8 @@ TEST(CliStop, AFileThatBecomesTooLargeIsReported) {
   // The message of the one that failed first: this program, or the compiler.
   const std::string said = build.out + build.err;
   EXPECT_TRUE(Has(said, "File too large") || Has(said, "File size limit exceeded")) << said;
-  EXPECT_TRUE(Has(build.err, "The state of this build couldn't be kept")) << build.out << build.err;
+  EXPECT_TRUE(Has(build.err, "The state of this build couldn't be saved"))
+      << build.out << build.err;
   const auto set = project.RunProgram(
       "/bin/sh",
       {"-c", "ulimit -f 0; exec \"$0\" options set Compiler.Warnings none", TARN_PROGRAM});

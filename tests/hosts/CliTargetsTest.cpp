@@ -53,16 +53,16 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
       {{"targets", "--family", "innr"},
        2,
        "",
-       "tarn: There is no family \"innr\". Did you mean \"Inner\"?\n"},
+       "tarn: Unknown family \"innr\". Did you mean \"Inner\"?\n"},
       {{"targets", "--family", "xyz"},
        2,
        "",
-       "tarn: There is no family \"xyz\". There are:\n  Inner\n  Mine\n"},
+       "tarn: Unknown family \"xyz\". There are:\n  Inner\n  Mine\n"},
       {{"targets", "--family", "Inner", "usb"},
        2,
        "",
        "tarn: No target of the family \"Inner\" has \"usb\" in its name or description. "
-       "`tarn targets` shows what there is.\n"},
+       "See `tarn targets`.\n"},
       {{"targets", "a12"},
        2,
        "",
@@ -85,7 +85,7 @@ TEST(CliTargets, AreShownByFamilyNameAndText) {
   project.ExpectRefusal({"new", "--target", "ab1", "made"}, 3, fault);
   EXPECT_FALSE(project.Exists("made"));
   std::filesystem::remove(project.PathOf("targets.xml"));
-  project.ExpectRefusal({"targets"}, 3, "There are no targets. `tarn register` makes");
+  project.ExpectRefusal({"targets"}, 3, "No targets are registered. Run `tarn register`");
 }
 
 // --- Installed targets ---

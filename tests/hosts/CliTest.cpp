@@ -58,7 +58,7 @@ TEST(Cli, ASecondBuildInANewProcessRunsNoToolAndATouchedHeaderThoseOfItsDependan
             "app  [Standard]  3 out of date\n"
             "  src/a.c  its header src/a.h is newer than the object\n"
             "  src/b.c  its header src/a.h is newer than the object\n"
-            "  app      its parts will be rebuilt\n");
+            "  app      its inputs will be rebuilt\n");
   EXPECT_EQ(Steps(project.Out({"build"})),
             (Lines{"[1/3] src/a.c", "[2/3] src/b.c", "[3/3] build/Standard/app"}));
   EXPECT_TRUE(Has(project.Out({"build"}), "Nothing to do"));
@@ -257,7 +257,7 @@ TEST(Cli, AMissingCompilerIsFourAndNamed) {
   project.environment.back().second = project.PathOf("nothing");
   const auto build = project.Run({"build"});
   EXPECT_EQ(build.code, 4) << build.out << build.err;
-  EXPECT_TRUE(Has(build.err, "The program gcc isn't on this machine.")) << build.err;
+  EXPECT_TRUE(Has(build.err, "The program gcc was not found.")) << build.err;
 }
 
 TEST(Cli, AnswersThatAreLostAreAFailure) {

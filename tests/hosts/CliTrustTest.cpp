@@ -21,6 +21,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+const std::string kOutputs = "build/Standard/";
+const std::string kObjects = kOutputs + "app.obj/src/";
+
 // A hostile project, and the folder that it attacks. Any execution of its code leaves a file there.
 struct Hostile {
   CliProject project;
@@ -51,6 +54,26 @@ struct Hostile {
     ASSERT_EQ(project.RunProgram("gcc", {"-shared", "-fPIC", "-o", "p.so", "p.c"}).code, 0);
   }
 
+  // Adds a link of this name that leads to a file outside which does not exist.
+  void AddLink(const std::string& name) {
+    fs::create_directories(fs::path(project.PathOf(name)).parent_path());
+    fs::create_symlink(Outside("linked"), project.PathOf(name));
+  }
+  // Adds such links at the names of all dumps of the compiler.
+  void AddLinksForDumps() {
+    fs::create_directory(project.PathOf("probe"));
+    project.RunProgram("gcc", {"-c", "-dpa", "src/a.c", "-o", "probe/a.c.o"});
+    for (const auto& each : fs::directory_iterator(project.PathOf("probe"))) {
+      if (each.path().extension() != ".o") AddLink(kObjects + each.path().filename().string());
+    }
+  }
+  void AddAssembly() {
+    Set("Target.Toolchain", "sdcc-mcs51");
+    for (const char* name : {"src/z.asm", "z.asm"}) project.Write(name, " .area CSEG\n");
+    project.Out({"add", "src/z.asm"});
+    Set("Build.OutputFile", "z", "src/z.asm");
+  }
+
   // Returns every file outside the project with its content.
   std::map<std::string, std::string> World() const {
     std::map<std::string, std::string> files;
@@ -73,8 +96,9 @@ const struct Row {
   const char* value;
   const char* node = "";
   void (*plant)(Hostile&) = nullptr;
-  const char* link = "";  // in the project; the refusal names it with its target
-  bool isNever = false;   // refused even to a trusted project
+  const char* link = "";               // in the project; the refusal names it with its target
+  bool isNever = false;                // refused even to a trusted project
+  const char* needs = "/usr/bin/gcc";  // a program; without it, the row is skipped
 } kRows[] = {
     {"a launcher in the project", "run the launcher ./trap.sh", "Build.Launcher", "./trap.sh"},
     {"an installed program as the launcher", "run the launcher sh", "Build.Launcher",
@@ -105,7 +129,8 @@ const struct Row {
      [](Hostile& h) {
        h.Set("Target.Toolchain", "avr-gcc");
        h.AddSpecs("device-specs/specs-evil");
-     }},
+     },
+     "", false, "/usr/bin/avr-gcc"},
     {"a compiler on a search path that leads into the project", "run ", kExtra, "-Os", "",
      [](Hostile& h) {
        h.AddTrap("gcc");
@@ -127,14 +152,75 @@ const struct Row {
     {"an abbreviated argument of the linker", "write ", "Linker.Extra", "-Wl,--dependency-f,%deps"},
     {"a listing in an argument", "write ", kExtra, "-Wa,-adhlns=%list"},
     {"declarations in an argument", "write ", kExtra, "-aux-info %info"},
-    {"a dump of the compiler", "write ", kExtra, "-fdump-tree-original=%dump"},
+    {"a dump of the compiler", "run the tool with the argument -fdump-tree", kExtra,
+     "-fdump-tree-original=%dump"},
+    {"a dump by a different name of the argument", "run the tool with the argument --dump-tree",
+     kExtra, "--dump-tree-original=%dump"},
+    {"a dump among other letters", "run the tool with the argument -dpa", kExtra, "-dpa", "",
+     [](Hostile& h) { h.AddLinksForDumps(); }},
+    {"a plug-in by a different name of the argument",
+     "run code with the argument --compare-debug=--plugin", kExtra,
+     "--compare-debug=--plugin=./p.so", "", [](Hostile& h) { h.AddPlugin(); }},
+    {"a server for modules", "run code with the argument --module-mapper", kExtra,
+     "-x c++ --module-mapper=|./trap.sh --modules-ts"},
+    {"a different linker", "run code with the argument -fuse-ld=lld", "Linker.Extra",
+     "-fuse-ld=lld -Wl,-mllvm,-load=./p.so", "", [](Hostile& h) { h.AddPlugin(); }, "", false,
+     "/usr/bin/ld.lld"},
+    {"a different language", "run the tool with the argument -x", "Compiler.Extra", "-x f95 -cpp",
+     kNode,
+     [](Hostile& h) {
+       h.project.Write("src/a.c", "module foo\ninteger :: a\nend module\n");
+       h.AddLink("foo.mod0");
+     },
+     "", false, "/usr/bin/gfortran"},
+    {"a source among the arguments of a link", "run the tool with the argument x.c", "Linker.Extra",
+     "-fstack-usage x.c", "",
+     [](Hostile& h) {
+       h.project.Write("x.c", "int x(void) { return 1; }\n");
+       h.AddLink(kOutputs + "app-x.su");
+     }},
+    {"a source of a different name among them", "run the tool with the argument -x", "Linker.Extra",
+     "-fstack-usage -x c x.o", "",
+     [](Hostile& h) {
+       h.project.Write("x.o", "int x(void) { return 1; }\n");
+       h.AddLink(kOutputs + "app-x.su");
+     }},
+    {"an object that is a source", "run the tool with the argument a.i", "Linker.Extra",
+     "-fstack-usage", "",
+     [](Hostile& h) {
+       h.Set("Compiler.Extra", "-E", kNode);
+       h.Set(kOutput, "a.i", kNode);
+       h.AddLink(kOutputs + "app-a.su");
+     }},
+    {"files of a link that generates code", "write ", "Linker.Extra",
+     "--coverage -flto-partition=max", "",
+     [](Hostile& h) {
+       h.Set(kExtra, "-flto");
+       h.AddLink(kOutputs + "app.ltrans1.ltrans.gcno");
+     },
+     "build/Standard/app.ltrans1.ltrans.gcno", true},
+    {"an intermediate file by a different name of the argument", "write ", kExtra, "--save-temps",
+     "", [](Hostile& h) { h.AddLink(kObjects + "a.c.i"); }, "build/Standard/app.obj/src/a.c.i",
+     true},
+    {"a file whose name starts with a dash", "write ", kExtra, "-MD -aux-info", "",
+     [](Hostile& h) { h.AddLink("-MD"); }, "-MD", true},
+    {"a map whose name the compiler adds", "run the tool with the argument -Map", "Linker.Extra",
+     "-Wl,-Map", "", [](Hostile& h) { h.AddLink("--library=stdc++"); }},
+    {"a different output of an assembler", "run the tool with the argument ", "Compiler.Extra",
+     "%victim", "src/z.asm", [](Hostile& h) { h.AddAssembly(); }, "", false, "/usr/bin/sdas8051"},
+    {"a listing that a link updates", "write ", "Linker.Extra", "-V", "",
+     [](Hostile& h) {
+       h.Set("Target.Toolchain", "sdcc-mcs51");
+       h.AddLink(kObjects + "a.c.rst");
+     },
+     "build/Standard/app.obj/src/a.c.rst", true, "/usr/bin/sdcc"},
     {"an intermediate file through a link", "write ", kExtra, "-save-temps", "",
      [](Hostile& h) {
        fs::create_directories(h.project.PathOf("build/Standard/app.obj/src"));
        fs::create_symlink(h.Outside("temp"), h.project.PathOf("build/Standard/app.obj/src/a.c.i"));
      },
      "build/Standard/app.obj/src/a.c.i", true},
-    {"a dump through a link", "write ", kExtra, "-fdump-tree-original=link/dump", "",
+    {"a report through a link", "write ", kExtra, "-fopt-info-all=link/dump", "",
      [](Hostile& h) { fs::create_directory_symlink(h.Outside(""), h.project.PathOf("link")); },
      "link"},
 };
@@ -146,7 +232,7 @@ TEST(CliTrust, AHostileProjectRunsAndWritesNothingUntilItIsTrusted) {
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.name);
     const std::string wish = row.wish;
-    if (Has(wish, "-mmcu") && access("/usr/bin/avr-gcc", X_OK) != 0) continue;
+    if (access(row.needs, X_OK) != 0) continue;
     Hostile hostile;
     CliProject& project = hostile.project;
     hostile.around.Write("bystander", "precious");
@@ -257,7 +343,7 @@ TEST(CliTrust, TheListHoldsFoldersWithAllBelowThem) {
   EXPECT_FALSE(isTrusted());
   EXPECT_TRUE(Has(project.Out({"trust", "demo.tprj"}), "trusted: "));
   EXPECT_TRUE(isTrusted());
-  EXPECT_TRUE(Has(project.Out({"trust"}), "trusted already: "));
+  EXPECT_TRUE(Has(project.Out({"trust"}), "already trusted: "));
   const std::string above = fs::path(folder).parent_path();
   project.Out({"trust", ".."});
   EXPECT_TRUE(Has(project.Out({"trust", "--list"}), above + "\n"));

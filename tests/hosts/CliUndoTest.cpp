@@ -1,6 +1,7 @@
 // Undo and redo of commands' changes to a project.
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 
@@ -85,6 +86,21 @@ TEST(CliUndo, EveryChangeOfACommandIsTakenBackAndMadeAgain) {
   EXPECT_TRUE(project.Exists("src/f.c"));
 }
 
+// The change may concern another file, which could then no longer fit the project.
+TEST(CliUndo, NothingIsChangedIfTheProjectFileCanNotBeRead) {
+  CliProject project;
+  project.Out({"options", "set", "Compiler.Defines", "X"});
+  for (const char* way : {"undo", "redo"}) {
+    const std::string before = FilesOf(project);
+    fs::rename(project.PathOf("demo.tprj"), project.PathOf("kept"));
+    ASSERT_EQ(mkfifo(project.PathOf("demo.tprj").c_str(), 0666), 0);
+    project.ExpectRefusal({way}, 3, "/demo.tprj can't be read: not a regular file.");
+    fs::rename(project.PathOf("kept"), project.PathOf("demo.tprj"));
+    EXPECT_EQ(FilesOf(project), before) << way;
+    project.Out({way});
+  }
+}
+
 // The project still names it after its removal, while a different one is active.
 TEST(CliUndo, AnActiveApplicationComesBackAsTheActiveOne) {
   CliProject project;
@@ -166,8 +182,8 @@ TEST(CliUndo, WhatOthersWroteSinceStaysOrNothingIsDone) {
 TEST(CliUndo, OnlyCommandsThatChangeAProjectTouchTheRecord) {
   CliProject project;
   project.Write("src/d.c", "");
-  project.ExpectRefusal({"undo"}, 2, "There is no change of a command to undo.");
-  project.ExpectRefusal({"remove", "nothing"}, 2, "There is no");
+  project.ExpectRefusal({"undo"}, 2, "There is no change made by a command to undo.");
+  project.ExpectRefusal({"remove", "nothing"}, 2, "No file, group or application");
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"tree"}, {"status"}, {"build"}, {"check"}, {"options", "list"}}) {
     project.Run(words);
@@ -175,7 +191,7 @@ TEST(CliUndo, OnlyCommandsThatChangeAProjectTouchTheRecord) {
   }
   project.Out({"add", "src/d.c"});
   const std::string record = project.Read(kRecord);
-  project.ExpectRefusal({"add", "src/gone.c"}, 2, "There is no file");
+  project.ExpectRefusal({"add", "src/gone.c"}, 2, "src/gone.c does not exist.");
   project.Out({"add", "src/d.c"});  // already listed
   project.Out({"options", "set", "Target.Toolchain", "host-gcc"});
   EXPECT_EQ(project.Read(kRecord), record);
@@ -192,7 +208,8 @@ TEST(CliUndo, AnEditDoesNotFailForItsRecord) {
   const auto answer = project.Run({"add", "src/d.c"});
   EXPECT_EQ(answer.code, 0);
   EXPECT_EQ(answer.out, "added src/d.c\n");
-  EXPECT_TRUE(Has(answer.err, "`tarn undo` needs can't be written: " + project.PathOf(kRecord)))
+  EXPECT_TRUE(
+      Has(answer.err, "The data for `tarn undo` can't be written: " + project.PathOf(kRecord)))
       << answer.err;
   fs::remove(project.PathOf(kRecord));
   project.Write(kRecord, "Tarn undo 2\n1\n1 0\n");
@@ -209,7 +226,8 @@ TEST(CliUndo, NothingIsUndoneByARecordThatCanNotBeWritten) {
   for (const char* name : {"src/d.c", "src/e.c"}) project.Write(name, "");
   project.Out({"add", "src/d.c"});
   fs::permissions(project.PathOf(kRecord), fs::perms::owner_read);
-  EXPECT_TRUE(Has(project.Run({"add", "src/e.c"}).err, "`tarn undo` needs can't be written"));
+  EXPECT_TRUE(
+      Has(project.Run({"add", "src/e.c"}).err, "The data for `tarn undo` can't be written"));
   const std::string before = FilesOf(project);
   project.ExpectRefusal({"undo"}, 3,
                         std::string(kRecord) + " can't be used: the file is read-only.");
@@ -222,7 +240,7 @@ TEST(CliUndo, AStepThatSomebodyTookBackByHandIsPassedOver) {
   project.Out({"rename", "src/b.c", "y.c"});
   Replace(project, "\"y.c\"", "\"b.c\"");
   const std::string present = FilesOf(project);
-  EXPECT_EQ(project.Out({"undo"}), "\"Rename b.c to y.c\" is undone already\n");
+  EXPECT_EQ(project.Out({"undo"}), "\"Rename b.c to y.c\" is already undone\n");
   EXPECT_EQ(FilesOf(project), present);
   EXPECT_EQ(project.Out({"undo"}), "undone: Rename a.c to x.c\n");
 }

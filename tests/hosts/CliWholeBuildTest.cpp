@@ -67,7 +67,7 @@ TEST(CliInstallation, WithAPartMissingEveryCommandFailsAndNamesIt) {
       {kOptions, "no library, but as long as the header of one: ..........................",
        "lib/libTarnOptionsManager.so: invalid ELF header"},
       {kOptions, "\177ELF\2\1 cut: the table of its sections would be behind the end .........",
-       "lib/libTarnOptionsManager.so: the file is cut short"},
+       "lib/libTarnOptionsManager.so: the file is truncated"},
       {"lib/libTarnToolManager.so", nullptr, "complete: TarnToolManager.ToolManager: "},
       {"share/config/tools", nullptr, "share/config/tools: No such file"},
       {"share/config/options", nullptr, "common.options: can't be read"},
@@ -126,7 +126,7 @@ TEST(CliInstallation, WithACutOrDamagedFileNothingIsBuilt) {
     for (const char* command : {"build", "status", "new"}) {
       const auto answer = project.Run({command, "-q", std::string(command) == "new" ? "x" : "."});
       EXPECT_EQ(answer.code, 3) << command << " " << row.said;
-      EXPECT_TRUE(Has(answer.err, "isn't complete: " + place + row.said)) << answer.err;
+      EXPECT_TRUE(Has(answer.err, "is incomplete: " + place + row.said)) << answer.err;
     }
     project.Write(name, whole);
   }
@@ -165,8 +165,8 @@ TEST(CliBuildGaps, WhatABuildPassesOverIsNamedAndAMissingApplicationIsAFailure) 
       {"nothing", "app.tapp", "", "", 0, "", "Nothing to do (", "up to date"},
       {"no toolchain", "app.tapp", "host-gcc", "", 1, "tarn: app can't be built: it has no tool. ",
        "Failed", "1 out of date\n  app  has no tool;"},
-      {"an unknown tool", "app.tapp", "host-gcc", "gone", 1, "its tool gone.c.",
-       "error: there is no tool with the name gone.c in ", "command line"},
+      {"an unknown tool", "app.tapp", "host-gcc", "gone", 1, "its tool gone.c is not defined",
+       "error: unknown tool gone.c in ", "command line"},
       {"a type that is not defined", "app.tapp", "<Group ",
        "<Rust Header=\"x.rs\" Path=\".\\src\\x.rs\" /><Group ", 0,
        "tarn: warning: src/x.rs is not built: its type Rust is not defined", "Nothing to do (",
@@ -197,11 +197,11 @@ TEST(CliBuildGaps, WhatABuildPassesOverIsNamedAndAMissingApplicationIsAFailure) 
       {"no application", "demo.tprj",
        " ActiveApp=\"app\" ><Application Header=\"app\" Extern=\".\\app.tapp\" "
        "Path=\".\\app.tapp\" />",
-       ">", 0, "", "Nothing to do: no application is built (", "no application"},
+       ">", 0, "", "Nothing to do: no application to build (", "no application"},
       {"an excluded application", "app.tapp", "<Section Header=\"Target\" >",
        "<Section Header=\"Build\" ><Property Header=\"Exclude\" Value=\"Yes\" /></Section>"
        "<Section Header=\"Target\" >",
-       0, "", "Nothing to do: no application is built (", ""},
+       0, "", "Nothing to do: no application to build (", ""},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);

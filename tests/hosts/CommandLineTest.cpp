@@ -49,13 +49,13 @@ TEST(CommandLine, WrongUseIsTwoAndSaysWhatToDo) {
     std::vector<const char*> words;
     const char* said;
   } cases[] = {
-      {{"biuld"}, "There is no command \"biuld\". Did you mean \"build\"?"},
-      {{"--json", "biuld"}, "There is no command \"biuld\""},
+      {{"biuld"}, "Unknown command \"biuld\". Did you mean \"build\"?"},
+      {{"--json", "biuld"}, "Unknown command \"biuld\""},
       {{"options", "gte", "X.Y"},
-       "There is no command \"options gte\". Did you mean \"get\" or \"set\"?"},
-      {{"options"}, "`tarn options --help` tells how it is used."},
-      {{"build", "--colour"}, "`tarn build --help` tells how it is used."},
-      {{"options", "get"}, "`tarn options get --help` tells how it is used."},
+       "Unknown command \"options gte\". Did you mean \"get\" or \"set\"?"},
+      {{"options"}, "See `tarn options --help`."},
+      {{"build", "--colour"}, "See `tarn build --help`."},
+      {{"options", "get"}, "See `tarn options get --help`."},
       {{"trust", "--list", "--revoke"}, "--revoke excludes --list"},
       {{"trust", "--list", "demo"}, "PROJECT excludes --list"},
       {{"log", "--xml", "--json"}, "--json excludes --xml"},

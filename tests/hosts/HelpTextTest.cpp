@@ -125,7 +125,7 @@ TEST(CommandLine, HelpInFrontOfACommandIsHelpBehindIt) {
   ::testing::internal::CaptureStdout();
   ParseCommandLine(4, behind);
   EXPECT_EQ(first, ::testing::internal::GetCapturedStdout());
-  EXPECT_TRUE(first.starts_with("Store a value for an option.\n")) << first;
+  EXPECT_TRUE(first.starts_with("Set an option.\n")) << first;
 }
 
 }  // namespace

@@ -75,6 +75,6 @@ file(RENAME ${PREFIX}/share/tarn/config ${PREFIX}/share/tarn/away)
 execute_process(COMMAND ${PREFIX}/bin/tarn targets
   OUTPUT_VARIABLE said ERROR_VARIABLE complained RESULT_VARIABLE failed)
 file(RENAME ${PREFIX}/share/tarn/away ${PREFIX}/share/tarn/config)
-if(NOT failed EQUAL 3 OR NOT complained MATCHES "isn't complete: ${PREFIX}/share/tarn/config/")
+if(NOT failed EQUAL 3 OR NOT complained MATCHES "is incomplete: ${PREFIX}/share/tarn/config/")
   message(FATAL_ERROR "without its data the installed program says: ${said}${complained}")
 endif()

@@ -15,7 +15,7 @@ std::intptr_t Send(const MainFrame& frame, std::uint32_t number, const char* fir
 
 TEST(MainFrame, WhatNobodyAnswersIsNeverRefused) {
   const MainFrame frame;
-  for (const std::uint32_t number : {0x8016u, 0x800Cu, 0x9999u}) {
+  for (const std::uint32_t number : {kMsgProjectClosing + 0u, kMsgBuildStarting + 0u, 0x9999u}) {
     EXPECT_EQ(SendWindowMessage(frame.GetHandle(), number, 0, 0), 1) << number;
   }
 }
@@ -23,34 +23,36 @@ TEST(MainFrame, WhatNobodyAnswersIsNeverRefused) {
 TEST(MainFrame, TextsAreCopiesAndNumbersAreLeftAlone) {
   MainFrame frame;
   HostEvent seen;
-  for (const std::uint32_t number : {0x8010u, 0x8008u}) {
+  for (const std::uint32_t number : {kMsgApplicationActivated, kMsgOpenFileAtLine}) {
     frame.Answer(number, [&seen](const HostEvent& event) {
       seen = event;
       return std::intptr_t{7};
     });
   }
   char path[] = "/p/app.tapp";
-  EXPECT_EQ(Send(frame, 0x8010, path, "Debug"), 7);
+  EXPECT_EQ(Send(frame, kMsgApplicationActivated, path, "Debug"), 7);
   path[0] = '?';
   EXPECT_EQ(seen.text, "/p/app.tapp");
   EXPECT_EQ(seen.detail, "Debug");
-  SendWindowMessage(frame.GetHandle(), 0x8008, reinterpret_cast<std::intptr_t>(path), -12);
+  SendWindowMessage(frame.GetHandle(), kMsgOpenFileAtLine, reinterpret_cast<std::intptr_t>(path),
+                    -12);
   EXPECT_EQ(seen.lParam, -12);
   EXPECT_EQ(seen.detail, "");
-  EXPECT_EQ(Send(frame, 0x8010, nullptr, nullptr), 7);
+  EXPECT_EQ(Send(frame, kMsgApplicationActivated, nullptr, nullptr), 7);
   EXPECT_EQ(seen.text, "");
 }
 
 TEST(MainFrame, AHandlerMayTakeItselfAwayAndMayFail) {
   MainFrame frame;
-  frame.Answer(0x8016, [&frame](const HostEvent&) {
-    frame.Answer(0x8016, {});
+  frame.Answer(kMsgProjectClosing, [&frame](const HostEvent&) {
+    frame.Answer(kMsgProjectClosing, {});
     return std::intptr_t{0};
   });
-  EXPECT_EQ(Send(frame, 0x8016, ""), 0);
-  EXPECT_EQ(Send(frame, 0x8016, ""), 1);
-  frame.Answer(0x8016, [](const HostEvent&) -> std::intptr_t { throw std::runtime_error("no"); });
-  EXPECT_EQ(Send(frame, 0x8016, ""), 1);
+  EXPECT_EQ(Send(frame, kMsgProjectClosing, ""), 0);
+  EXPECT_EQ(Send(frame, kMsgProjectClosing, ""), 1);
+  frame.Answer(kMsgProjectClosing,
+               [](const HostEvent&) -> std::intptr_t { throw std::runtime_error("no"); });
+  EXPECT_EQ(Send(frame, kMsgProjectClosing, ""), 1);
 }
 
 TEST(MainFrame, AWatcherHearsOfEveryMessageAheadOfItsHandler) {
@@ -60,15 +62,15 @@ TEST(MainFrame, AWatcherHearsOfEveryMessageAheadOfItsHandler) {
     heard += "watch " + event.text + (event.hasText ? " text" : " number");
     heard += event.hasDetail ? " text; " : " number; ";
   });
-  frame.Answer(0x8016, [&heard](const HostEvent& event) {
+  frame.Answer(kMsgProjectClosing, [&heard](const HostEvent& event) {
     heard += "answer " + event.text + "; ";
     return std::intptr_t{0};
   });
-  EXPECT_EQ(Send(frame, 0x8016, "p.tprj"), 0);
-  EXPECT_EQ(Send(frame, 0x8010, "", ""), 1);
+  EXPECT_EQ(Send(frame, kMsgProjectClosing, "p.tprj"), 0);
+  EXPECT_EQ(Send(frame, kMsgApplicationActivated, "", ""), 1);
   EXPECT_EQ(SendWindowMessage(frame.GetHandle(), 0x9999, 1, 2), 1);
   frame.Watch({});
-  EXPECT_EQ(Send(frame, 0x8010, "p", "q"), 1);
+  EXPECT_EQ(Send(frame, kMsgApplicationActivated, "p", "q"), 1);
   EXPECT_EQ(heard,
             "watch p.tprj text number; answer p.tprj; watch  text text; watch  number number; ");
 }

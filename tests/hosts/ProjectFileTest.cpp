@@ -22,7 +22,7 @@ TEST(ProjectFile, AFolderMeansItsOnlyProject) {
   } cases[] = {
       {"", "/one/demo.TPRJ", {}, ""},
       {"../one", "/one/demo.TPRJ", {}, ""},
-      {"demo.tapp", "", {}, "demo.tapp is no project file (*.tprj)."},
+      {"demo.tapp", "", {}, "demo.tapp is not a project file (*.tprj)."},
       {"/two", "", {"a.tprj", "b.tprj"}, "There are several project files in /two."},
       {"/two/b.tprj", "/two/b.tprj", {}, ""},
       {"/none", "", {}, "There is no project file (*.tprj) in /none."},

@@ -36,14 +36,16 @@ TEST(ProjectStatus, EveryReasonIsASentenceAboutTheRightFile) {
       {"source-missing", "/p/m.c", false, "its source m.c is missing"},
       {"dependency-newer", "/p/u.h", false, "its header u.h is newer than the object"},
       {"dependency-missing", "/p/l.ld", true, "its dependency l.ld is missing"},
-      {"part-newer", "/p/m.o", true, "its part m.o is newer than the program"},
-      {"parts-stale", "", true, "its parts will be rebuilt"},
+      {"unreadable", "/p/u.h", false, "u.h can't be read: Permission denied"},
+      {"part-newer", "/p/m.o", true, "its input m.o is newer than the program"},
+      {"parts-stale", "", true, "its inputs will be rebuilt"},
       {"command-changed", "", false, "its command line changed since it was built"},
-      {"no-output-name", "", false, "has no output file; look at the option Build.OutputFile"},
+      {"no-output-name", "", false, "has no output file; check the option Build.OutputFile"},
       {"something-new", "", false, "something-new"},
   };
   for (const auto& each : cases) {
-    const StaleNode node{"m", "/p/m.c", "/p/o.o", "cc", each.reason, each.file};
+    const StaleNode node{"m",         "/p/m.c",  "/p/o.o",           "cc",
+                         each.reason, each.file, "Permission denied"};
     const auto shorten = [](const std::string& path) { return path.substr(3); };
     EXPECT_EQ(DescribeReason(node, each.isApplication, shorten), each.text);
   }

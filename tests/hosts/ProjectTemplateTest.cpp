@@ -53,6 +53,24 @@ TEST(ProjectTemplate, AFailureLeavesNoProjectFile) {
   EXPECT_FALSE(files.BytesOf("/w/demo/demo.tprj"));
 }
 
+TEST(ProjectTemplate, AFileThatCanNotBeExaminedIsAnErrorAndNothingIsWritten) {
+  for (const char* path : {"/w/demo/demo.tprj", "/w/demo/demo.tapp", "/w/demo/src/main.c"}) {
+    testing::MemoryFileSystem files;
+    files.FailOn("exists", path, ErrorCode::Io);
+    const auto written = WriteNewProject(files, {"/w/demo", "demo", "C"});
+    EXPECT_EQ(written.GetError().place, path);
+    EXPECT_EQ(written.GetError().code, ErrorCode::Io) << path;
+    for (const bool isShared : {false, true}) {
+      const auto placed = WriteNewFiles(files, {{"/w/other", "x"}, {path, "x", isShared}});
+      EXPECT_EQ(placed.GetError().place, path);
+      EXPECT_EQ(placed.GetError().code, ErrorCode::Io) << path;
+    }
+    EXPECT_TRUE(files.AllFiles().empty()) << path;
+    files.ClearFailures();
+    EXPECT_TRUE(WriteNewProject(files, {"/w/demo", "demo", "C"})) << path;
+  }
+}
+
 TEST(NewFiles, AFailureRemovesFilesAndFoldersThatWereMade) {
   const std::string tooLong(300, 'x');
   const struct {

@@ -114,11 +114,11 @@ TEST(Script, ErrorsSayWhereAndWhat) {
       {"tarn.Describe({}, 3)",
        "t.lua:1: argument 1 (text) of Describe can't be a value of this type: table"},
       {"tarn.Describe('x', 1.5)",
-       "t.lua:1: argument 2 (number) of Describe has to be a whole number of 32 bits"},
+       "t.lua:1: argument 2 (number) of Describe must be a 32-bit integer"},
       {"tarn.Describe('x', 1 << 32)",
-       "t.lua:1: argument 2 (number) of Describe has to be a whole number of 32 bits"},
+       "t.lua:1: argument 2 (number) of Describe must be a 32-bit integer"},
       {"tarn.Describe('x\\0y', 1)",
-       "t.lua:1: argument 1 (text) of Describe can't hold a zero byte"},
+       "t.lua:1: argument 1 (text) of Describe can't contain a zero byte"},
       {"tarn.Missing()", "t.lua:1: Missing: not there yet"},
       {"tarn.Nothing()", "t.lua:1: tarn has no method Nothing"},
       {"tarn.Extra = 1", "t.lua:1: the methods of tarn can't be changed"},
@@ -228,8 +228,9 @@ TEST(Script, MemoryIsBoundedAlsoAcrossScripts) {
 TEST(Script, ScriptsThatRunThemselvesEnd) {
   ScriptLimits limits;
   limits.depth = 3;
-  EXPECT_EQ(Try("\ntarn.ExecuteScript('self.lua')", limits).outcome.error,
-            "t.lua:2: self.lua:2: self.lua:2: self.lua: scripts run each other more than 3 deep");
+  EXPECT_EQ(
+      Try("\ntarn.ExecuteScript('self.lua')", limits).outcome.error,
+      "t.lua:2: self.lua:2: self.lua:2: self.lua: scripts call each other more than 3 levels deep");
   const Trial caught = Try("print(pcall(tarn.ExecuteScript, 'self.lua'))", limits);
   EXPECT_EQ(caught.outcome.error, "");
   EXPECT_TRUE(caught.log.ends_with("true\t1\ntrue\t1\n")) << caught.log;

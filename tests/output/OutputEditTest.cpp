@@ -1,5 +1,7 @@
 #include "output/OutputEdit.h"
 
+#include <tarn/commands.h>
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -140,13 +142,13 @@ TEST_F(OutputEditTest, TheHostMayEndTheViewInTheMiddleOfAClick) {
 TEST_F(OutputEditTest, CommandsAndMenuOfTheView) {
   Add(R"(<message Icon="0" Description="one two"/>)");
   view->GetEdit().NotifySelected({1, 4});
-  SendWindowMessage(view->GetHandle(), kMsgCommand, 0xE122, 0);
-  SendWindowMessage(view->GetHandle(), kMsgCommand, 0xE123, 0);
+  SendWindowMessage(view->GetHandle(), kMsgCommand, TARN_CMD_COPY, 0);
+  SendWindowMessage(view->GetHandle(), kMsgCommand, TARN_CMD_CUT_LOG, 0);
   EXPECT_EQ(toolkit.TakeLines(), (Lines{"clipboard one", "clipboard one"}));
   EXPECT_EQ(view->GetEdit().GetText(), "  two \n\n");
-  SendWindowMessage(view->GetHandle(), kMsgCommand, 0xE121, 0);
+  SendWindowMessage(view->GetHandle(), kMsgCommand, TARN_CMD_CLEAR_LOG, 0);
   EXPECT_EQ(view->GetEdit().GetText(), "\n");
-  EXPECT_EQ(SendWindowMessage(view->GetHandle(), kMsgCommand, 0xE124, 0), 0);
+  EXPECT_EQ(SendWindowMessage(view->GetHandle(), kMsgCommand, TARN_CMD_CUT_LOG + 1, 0), 0);
   view->GetEdit().NotifyContextMenu({30, 40});
   EXPECT_EQ(host.Take(), Lines{"menu 4004 30,40"});
 }

@@ -101,7 +101,7 @@ TEST_F(ApplyChange, WhatHasChangedSinceStaysOrNothingIsDone) {
       {"the application is gone",
        [&] { world.model->Editor().RemoveItem("demo"); },
        "",
-       {"/p/demo.tapp is no part of the project any more"}},
+       {"/p/demo.tapp is no longer part of the project"}},
       {"the host says no",
        [&] { world.host.answers[kMsgProjectClosing] = 0; },
        "demo[G[c.c] b.c]",

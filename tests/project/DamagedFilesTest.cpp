@@ -10,7 +10,8 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-const Lines kOpened = {"0x8015", "0x8023", "0x8023", "0x8019", "0x8011", "0x8010"};
+const Lines kOpened = {"ProjectOpened", "ApplicationKnown",   "ApplicationKnown",
+                       "PaneCaption",   "CurrentNodeChanged", "ApplicationActivated"};
 
 struct DamageRow {
   const char* name;

@@ -75,7 +75,7 @@ class EditedWorld : public ProjectWorld {
   std::vector<std::string> Heard() {
     std::vector<std::string> heard;
     for (const std::string& line : host.TakeLines()) {
-      const bool isLog = line.starts_with("0x801B ");
+      const bool isLog = line.starts_with("LogLine ");
       heard.push_back(isLog ? std::string(Trim(std::string_view(line).substr(7, line.size() - 9)))
                             : line.substr(0, line.find(' ')));
     }

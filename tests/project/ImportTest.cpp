@@ -126,7 +126,7 @@ TEST_F(Import, WithoutAnInterpreterOrAScriptTheUserHearsWhatIsMissing) {
   EXPECT_EQ(OpenOld(), 1);
   EXPECT_EQ(
       world.LogText(),
-      "Older projects are converted by a script, and there is no /no/such/perl here to run it.\n"
+      "Old projects are converted by a script that needs /no/such/perl, which was not found.\n"
       "row 6 /p/old.tprj\n");
   EXPECT_THAT(user.lines, ElementsAre());
   world.model->Services().importProgram.clear();
@@ -151,7 +151,7 @@ TEST_F(Import, TheHostHearsWhatTheScriptSaysAndMayOpenAnotherProjectMeanwhile) {
     EXPECT_EQ(world.OpenDemo(), 1);
   };
   EXPECT_EQ(OpenOld(), 0);
-  EXPECT_THAT(world.host.lines, ::testing::Contains("0x801B line 7: no equal 0"));
+  EXPECT_THAT(world.host.lines, ::testing::Contains("LogLine line 7: no equal 0"));
   EXPECT_EQ(world.model->GetProjectPath(), "/p/demo.tprj");
   EXPECT_TRUE(world.model->IsOpen());
 }

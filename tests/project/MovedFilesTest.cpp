@@ -188,7 +188,7 @@ TEST_F(MovedFiles, AFileOutsideThatIsRefusedLeavesACopyInTheProject) {
   for (int round = 0; round < 2; ++round) {
     EXPECT_EQ(world->model->SaveProject(), 0);
     EXPECT_EQ(Reported(), Lines{"/q/two.tapp can't be saved: it is outside the folder of the "
-                                "project; what was to be saved is in /p/two.tapp.unsaved"});
+                                "project; the unsaved content is in /p/two.tapp.unsaved"});
   }
   EXPECT_EQ(world->FileText("/q/two.tapp"), before);
   EXPECT_NE(world->FileText("/p/two.tapp.unsaved").find("edited"), before.npos);
@@ -203,7 +203,7 @@ TEST_F(MovedFiles, AnApplicationWithoutAPlaceStaysInMemory) {
   for (int round = 0; round < 2; ++round) {
     EXPECT_EQ(world->model->SaveProject(), 0);
     EXPECT_EQ(Reported(), Lines{"/p/gone/one.tapp can't be saved: the folder /p/gone does not "
-                                "exist; what was to be saved is in /data/one.tapp.unsaved"});
+                                "exist; the unsaved content is in /data/one.tapp.unsaved"});
     EXPECT_TRUE(world->model->IsModified());
     EXPECT_EQ(ProjectWorld::Labels(world->model->GetProjectRoot()), "one[a.c b.c new.c]");
   }

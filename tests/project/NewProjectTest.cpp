@@ -37,8 +37,8 @@ void AddOld(EditedWorld& world) {
 }
 
 const CreateRow kCreateRows[] = {
-    {"a new file", [](EditedWorld&) {}, false, 1, {}, {"0x8017"}, kNew},
-    {"a file that may be replaced", AddOld, true, 1, kQuestion, {"0x8017"}, kReplaced},
+    {"a new file", [](EditedWorld&) {}, false, 1, {}, {"ProjectCreated"}, kNew},
+    {"a file that may be replaced", AddOld, true, 1, kQuestion, {"ProjectCreated"}, kReplaced},
     {"a file that may not be replaced", AddOld, false, 0, kQuestion, {}, kOld},
     {"a read-only file",
      Both(AddOld, SetReadOnly("/p/new.tprj")),

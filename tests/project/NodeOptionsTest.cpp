@@ -332,7 +332,7 @@ TEST(NodeOptions, ConfigurationsAreAddedAndChosen) {
   EXPECT_EQ(world.model->Publishing().GetCurrentConfigName(), "Debug");
   EXPECT_EQ(properties.currentConfig, "Debug");
   EXPECT_EQ(properties.holds, 0);
-  EXPECT_EQ(world.host.TakeLines().back(), "0x8010 /p/demo.tapp Debug");
+  EXPECT_EQ(world.host.TakeLines().back(), "ApplicationActivated /p/demo.tapp Debug");
   EXPECT_EQ(world.Node("m")->GetAttr("LastBuilt"), nullptr);
   EXPECT_FALSE(world.model->Publishing().HasUnpublished());
   EXPECT_EQ(world.model->GetCurrentNode(), world.Node("m"));

@@ -1,5 +1,7 @@
 // Calls of the property manager by publishing, and the resulting attributes in the tree.
 
+#include <tarn/commands.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -75,8 +77,8 @@ TEST(Publishing, ANodeIsLoadedInTheOrderThatThePropertyManagerReliesOn) {
           "GetPropertyValue C Load LoadExclude", "EndUpdate"));
   EXPECT_EQ(properties.GetPropertyValue("C", "Build", "Tool"), "group");
   EXPECT_THAT(world.host.TakeLines(),
-              ElementsAre("0x8019 m.c Local Settings 4005", "0x8011 /p/m.c 0"));
-  EXPECT_EQ(world.model->Publishing().GetDynamicCommands(0x8122),
+              ElementsAre("PaneCaption m.c Local Settings 4005", "CurrentNodeChanged /p/m.c 0"));
+  EXPECT_EQ(world.model->Publishing().GetDynamicCommands(TARN_CMD_LIST_TOOLS),
             "\r\n<Tools>\r\n\t<T Header=\"lint\" Id=\"33059\" />\r\n\t<T Header=\"fmt\" "
             "Id=\"33060\" />\r\n</Tools>");
 
@@ -215,11 +217,11 @@ TEST(Publishing, TicksPublishTenNodesAndGiveTheCurrentNodeBack) {
     EXPECT_EQ(world.model->GetCurrentNode(), world.Node("n22"));
     EXPECT_EQ(properties.GetPropertyValue("C", "General", "Header"), "n22");
   }
-  const std::string shown = ", 0x8019 n22 Local Settings 4005, 0x8011 \"\" 0";
-  EXPECT_THAT(ticks,
-              ElementsAre("1 10 Tarn Project 'demo'..n13" + shown, "1 10 n12..n3" + shown,
-                          "0 3 n2..n0" + shown + ", 0x8023 /p/demo.tapp Standard, 273 33054 0",
-                          "0 0 , 0x8023 /p/demo.tapp Standard, 273 33054 0"));
+  const std::string shown = ", PaneCaption n22 Local Settings 4005, CurrentNodeChanged \"\" 0";
+  EXPECT_THAT(ticks, ElementsAre("1 10 Tarn Project 'demo'..n13" + shown, "1 10 n12..n3" + shown,
+                                 "0 3 n2..n0" + shown +
+                                     ", ApplicationKnown /p/demo.tapp Standard, 273 33054 0",
+                                 "0 0 , ApplicationKnown /p/demo.tapp Standard, 273 33054 0"));
   EXPECT_THAT(window.TakeCalls(), ::testing::Contains("StopStepTimer"));
 }
 
@@ -239,7 +241,7 @@ TEST(Publishing, TheDefaultProjectIsReadyWhenItsOpenEnds) {
   RecordingProjectWindow window;
   world.model->Services().views.project = &window;
   ASSERT_EQ(world.model->OpenProject("/p/demo.tprj", 1), 1);
-  EXPECT_EQ(world.host.TakeLines()[0], "0x8019 Local Settings 4005");
+  EXPECT_EQ(world.host.TakeLines()[0], "PaneCaption Local Settings 4005");
   EXPECT_FALSE(world.model->Publishing().HasUnpublished());
   EXPECT_THAT(window.TakeCalls(), ::testing::Not(::testing::Contains("SetProjectRoot")));
   EXPECT_EQ(world.model->State().lastBrowseFolder, "/app/examples/");

@@ -182,26 +182,30 @@ const OrderRow kOrderRows[] = {
     {"another project, as soon as the first is there",
      kMsgProjectOpened,
      "/p/next.tprj",
-     {"0x8015 /p/demo.tprj", "0x8016 /p/demo.tprj", "0x8015 /p/next.tprj", "0x8023 /p/n.tapp",
-      "0x8019 n Local Settings", "0x8011 /p/n.tapp", "0x8010 /p/n.tapp"}},
+     {"ProjectOpened /p/demo.tprj", "ProjectClosing /p/demo.tprj", "ProjectOpened /p/next.tprj",
+      "ApplicationKnown /p/n.tapp", "PaneCaption n Local Settings", "CurrentNodeChanged /p/n.tapp",
+      "ApplicationActivated /p/n.tapp"}},
     {"another project, while the applications are told",
      kMsgApplicationKnown,
      "/p/next.tprj",
-     {"0x8015 /p/demo.tprj", "0x8023 /p/one.tapp", "0x8016 /p/demo.tprj", "0x8015 /p/next.tprj",
-      "0x8023 /p/n.tapp", "0x8019 n Local Settings", "0x8011 /p/n.tapp", "0x8010 /p/n.tapp"}},
+     {"ProjectOpened /p/demo.tprj", "ApplicationKnown /p/one.tapp", "ProjectClosing /p/demo.tprj",
+      "ProjectOpened /p/next.tprj", "ApplicationKnown /p/n.tapp", "PaneCaption n Local Settings",
+      "CurrentNodeChanged /p/n.tapp", "ApplicationActivated /p/n.tapp"}},
     {"another project, at the end",
      kMsgApplicationActivated,
      "/p/next.tprj",
-     {"0x8015 /p/demo.tprj", "0x8023 /p/one.tapp", "0x8023 /p/two.tapp",
-      "0x8019 one Local Settings", "0x8011 /p/one.tapp", "0x8010 /p/one.tapp",
-      "0x8016 /p/demo.tprj", "0x8015 /p/next.tprj", "0x8023 /p/n.tapp", "0x8019 n Local Settings",
-      "0x8011 /p/n.tapp", "0x8010 /p/n.tapp"}},
+     {"ProjectOpened /p/demo.tprj", "ApplicationKnown /p/one.tapp", "ApplicationKnown /p/two.tapp",
+      "PaneCaption one Local Settings", "CurrentNodeChanged /p/one.tapp",
+      "ApplicationActivated /p/one.tapp", "ProjectClosing /p/demo.tprj",
+      "ProjectOpened /p/next.tprj", "ApplicationKnown /p/n.tapp", "PaneCaption n Local Settings",
+      "CurrentNodeChanged /p/n.tapp", "ApplicationActivated /p/n.tapp"}},
     {"the same project, while its second file is read",
      kMsgLogLine,
      "/p/demo.tprj",
-     {"0x801B row 17 /p/two.tapp", "0x8016 /p/demo.tprj", "0x801B row 17 /p/two.tapp",
-      "0x8015 /p/demo.tprj", "0x8023 /p/one.tapp", "0x8023 /p/two.tapp",
-      "0x8019 one Local Settings", "0x8011 /p/one.tapp", "0x8010 /p/one.tapp"}},
+     {"LogLine row 17 /p/two.tapp", "ProjectClosing /p/demo.tprj", "LogLine row 17 /p/two.tapp",
+      "ProjectOpened /p/demo.tprj", "ApplicationKnown /p/one.tapp", "ApplicationKnown /p/two.tapp",
+      "PaneCaption one Local Settings", "CurrentNodeChanged /p/one.tapp",
+      "ApplicationActivated /p/one.tapp"}},
 };
 
 TEST(ReentrantHost, AProjectOpenedInsideTheOpenOfAnotherIsOpenAsAnyOther) {
@@ -244,10 +248,10 @@ TEST(ReentrantHost, NothingIsOpenedOrClosedInsideTheQuestionOrTheSave) {
     };
     EXPECT_EQ(world.model->CloseProject(), 1) << message;
     EXPECT_EQ(results, Lines{"0000"}) << message;
-    EXPECT_EQ(world.Heard(), (Lines{"0x8016", "row 17 /p/two.tapp",
+    EXPECT_EQ(world.Heard(), (Lines{"ProjectClosing", "row 17 /p/two.tapp",
                                     "row 9 /p/two.tapp: failed in memory with code 3",
                                     "/p/two.tapp can't be saved: failed in memory with code 3; "
-                                    "what was to be saved is in /p/two.tapp.unsaved"}))
+                                    "the unsaved content is in /p/two.tapp.unsaved"}))
         << message;
     EXPECT_EQ(world.Files(), (Lines{"/p/two.tapp old", "/p/two.tapp.unsaved new"})) << message;
   }

@@ -13,7 +13,8 @@ namespace {
 using Lines = std::vector<std::string>;
 
 // Messages after a save, when the project is read again.
-const Lines kReopened = {"0x8015", "0x8023", "0x8023", "0x8019", "0x8011", "0x8010"};
+const Lines kReopened = {"ProjectOpened", "ApplicationKnown",   "ApplicationKnown",
+                         "PaneCaption",   "CurrentNodeChanged", "ApplicationActivated"};
 
 const std::string kCopyKept =
     "/p/two.tapp was changed by another program; a copy of its version is /p/two.tapp.orig";
@@ -22,7 +23,7 @@ const std::string kTwoDamaged =
     "/p/two.tapp: conflict with another program in the file itself: damaged there";
 
 std::string NotSaved(const std::string& path, const std::string& reason, const std::string& copy) {
-  return path + " can't be saved: " + reason + "; what was to be saved is in " + copy;
+  return path + " can't be saved: " + reason + "; the unsaved content is in " + copy;
 }
 
 struct SaveRow {
@@ -142,7 +143,7 @@ TEST(SaveFailure, NothingIsLostAndTheUserHearsOfIt) {
       row.damage(world);
       const std::int32_t isDone = isSave ? world.model->SaveProject() : world.model->CloseProject();
       EXPECT_EQ(isDone, isSave && row.Fails() ? 0 : 1) << name;
-      Lines heard = {"0x8016"};
+      Lines heard = {"ProjectClosing"};
       heard.insert(heard.end(), row.heard.begin(), row.heard.end());
       if (isSave) {
         heard.insert(heard.end(), row.loaded.begin(), row.loaded.end());
@@ -194,7 +195,7 @@ TEST(SaveFailure, ASaveThatFindsNoPlaceAtAllKeepsTheTree) {
   EXPECT_EQ(world.model->SaveProject(), 0);
   const Lines reopened = world.Heard();
   EXPECT_EQ(Lines(reopened.begin(), reopened.begin() + 3),
-            (Lines{"0x8016", "row 9 /p/one.tapp: failed in memory with code 6",
+            (Lines{"ProjectClosing", "row 9 /p/one.tapp: failed in memory with code 6",
                    "row 9 /p/demo.tprj: failed in memory with code 6"}));
   EXPECT_EQ(Lines(reopened.end() - 6, reopened.end()), kReopened);
   EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj old", "/p/one.tapp old"}));
@@ -205,7 +206,7 @@ TEST(SaveFailure, ASaveThatFindsNoPlaceAtAllKeepsTheTree) {
   world.disk.ClearFailures();
   world.host.TakeLines();
   EXPECT_EQ(world.model->SaveProject(), 1);
-  Lines heard = {"0x8016"};
+  Lines heard = {"ProjectClosing"};
   heard.insert(heard.end(), kReopened.begin(), kReopened.end());
   EXPECT_EQ(world.Heard(), heard);
   EXPECT_EQ(world.Files(), Lines());
@@ -219,7 +220,7 @@ TEST(SaveFailure, AHostThatRefusesTheCloseKeepsTheTreeAndTheFiles) {
   EXPECT_EQ(world.model->CloseProject(), 0);
   EXPECT_EQ(world.model->SaveProject(), 0);
   EXPECT_EQ(world.model->OpenProject("/p/demo.tprj", 0), 0);
-  EXPECT_EQ(world.Heard(), (Lines{"0x8016", "0x8016", "0x8016"}));
+  EXPECT_EQ(world.Heard(), (Lines{"ProjectClosing", "ProjectClosing", "ProjectClosing"}));
   EXPECT_EQ(world.Files(), (Lines{"/p/demo.tprj old", "/p/one.tapp old", "/p/two.tapp old"}));
   world.host.answers.clear();
   EXPECT_EQ(world.model->CloseProject(), 1);

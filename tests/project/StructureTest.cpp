@@ -48,7 +48,7 @@ struct Row {
 
 TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
   const std::string inOptions = " is in <Options>, where no node is read";
-  const std::string isSecond = " is the second of its node; only the first one is read";
+  const std::string isSecond = " is a duplicate in its node; only the first one is read";
   const std::string isUnnamed = " has no attribute Header, so it is not read";
   const Row rows[] = {
       {"a source among options", Application("<Options>\n<C Header='f.c' /></Options>"),
@@ -72,8 +72,8 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
       {"a source in a source",
        Application("<C Header='a.c' >\n<Header Header='b.h' ><X><C Header='f.c' /></X></Header>"
                    "</C>"),
-       ":3: <Header> \"b.h\" is in <C> \"a.c\", which holds no nodes\n"
-       ":3: <C> \"f.c\" is in <C> \"a.c\", which holds no nodes"},
+       ":3: <Header> \"b.h\" is in <C> \"a.c\", which can't contain nodes\n"
+       ":3: <C> \"f.c\" is in <C> \"a.c\", which can't contain nodes"},
       {"options twice", Application("<Options/>\n<Options/>"), ":3: <Options>" + isSecond},
       {"configurations twice", Application("<Group><Configs/>\n<Configs/></Group>"),
        ":3: <Configs>" + isSecond},
@@ -98,7 +98,7 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
        Project("<Application Header='two' Extern='two.tapp' ><!-- c -->\n<X/><C/></Application>"),
        ":3: <X> is content of <Application> \"two\", which is read from its own file", kProject},
       {"an application twice", Project("<Application Header='1' Extern='.\\one.tapp' />"),
-       ":2: <Application> \"1\" names a file that is read already", kProject},
+       ":2: <Application> \"1\" names a file that has already been read", kProject},
       {"a configuration that is not there",
        "<Application Header='one' Config='Gone' >\n<Configs><Config Header='Fast' /></Configs>"
        "</Application>",
@@ -135,7 +135,7 @@ TEST(Structure, WhatHasNoEffectWhereItIsIsNamed) {
 TEST(Structure, AProjectThatCannotBeOpenedKeepsWhatIsWrong) {
   const Row rows[] = {
       {"an application in itself", Application("<Application Header='x' Extern='one.tapp' />"),
-       ":2: <Application> \"x\" names a file that is read already"},
+       ":2: <Application> \"x\" names a file that has already been read"},
       {"cut in an application", "<Project ><Application Header='x'",
        ":1: incomplete tag of <Application>; nothing after it is read", kProject},
   };

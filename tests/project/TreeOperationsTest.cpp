@@ -328,8 +328,8 @@ TEST_F(TreeOperations, ANewApplicationJoinsTheProject) {
   EXPECT_EQ(world.FileText("/p/Application1.tapp"), "(none)");
   EXPECT_EQ(world.model->Publishing().GetCurrentConfigName(), "Debug");
   const std::vector<std::string> lines = world.host.TakeLines();
-  EXPECT_THAT(lines, Contains("0x8009 script 0"));
-  EXPECT_EQ(lines.back(), "0x8006 Tarn Project 0");
+  EXPECT_THAT(lines, Contains("RunScript script 0"));
+  EXPECT_EQ(lines.back(), "CreationEnded Tarn Project 0");
   ASSERT_EQ(world.model->SaveProject(), 1);
   EXPECT_NE(world.FileText("/p/Application1.tapp"), "(none)");
   EXPECT_NE(world.Node("Application1"), nullptr);
@@ -365,9 +365,11 @@ TEST_F(TreeOperations, ANewProjectIsWrittenOpenedAndWrittenAgainWhenClosed) {
   EXPECT_TRUE(world.model->IsModified());
   EXPECT_FALSE(world.model->IsDefaultProject());
   std::vector<std::string> order;
-  for (const std::string& line : world.host.TakeLines()) order.push_back(line.substr(0, 6));
-  EXPECT_THAT(order, ElementsAre("0x8017", "0x8016", "0x8015", "0x8019", "0x8019", "0x8010",
-                                 "0x8011", "0x8019", "0x8006"));
+  for (const std::string& line : world.host.TakeLines())
+    order.push_back(line.substr(0, line.find(' ')));
+  EXPECT_THAT(order, ElementsAre("ProjectCreated", "ProjectClosing", "ProjectOpened", "PaneCaption",
+                                 "PaneCaption", "ApplicationActivated", "CurrentNodeChanged",
+                                 "PaneCaption", "CreationEnded"));
   ASSERT_EQ(world.model->CloseProject(), 1);
   EXPECT_NE(world.FileText("/new/boot.tprj").find("Extern=\".\\boot.tapp\""), std::string::npos);
 }
@@ -383,7 +385,9 @@ TEST_F(TreeOperations, OnlyWhatTheCreationItselfAddsIsNotDebugged) {
     return true;
   };
   // An action of the host while the old project is being closed.
-  world.host.actions[0x8016] = [this] { EXPECT_EQ(world.model->Editor().RemoveItem("led.c"), 1); };
+  world.host.actions[kMsgProjectClosing] = [this] {
+    EXPECT_EQ(world.model->Editor().RemoveItem("led.c"), 1);
+  };
   EXPECT_EQ(world.model->Items().AddNewItem(nullptr, "Application"), 0)
       << "demo.tapp is there already";
   MessageLoop::ForCurrentThread()->PumpUntil([] { return false; }, std::chrono::milliseconds(5));

@@ -95,13 +95,13 @@ TEST_F(ClassView, ADoubleClickOpensTheDeclarationWithTheLineAsItIs) {
     window->GetTree().NotifyMouse({MouseAction::DoubleClick, MouseButton::Left, {100, 200}});
     return host.TakeLines();
   };
-  EXPECT_EQ(open(0), std::vector<std::string>{"0x8008 /b.c 7"});
+  EXPECT_EQ(open(0), std::vector<std::string>{"OpenFileAtLine /b.c 7"});
   EXPECT_EQ(open(1), std::vector<std::string>());
   host.actions[kMsgOpenFileAtLine] = [this] { window->Clear(); };
-  EXPECT_EQ(open(0), std::vector<std::string>{"0x8008 /b.c 7"});
+  EXPECT_EQ(open(0), std::vector<std::string>{"OpenFileAtLine /b.c 7"});
   Fill();
   host.actions[kMsgOpenFileAtLine] = [this] { window->DestroyWindow(); };
-  EXPECT_EQ(open(0), std::vector<std::string>{"0x8008 /b.c 7"});
+  EXPECT_EQ(open(0), std::vector<std::string>{"OpenFileAtLine /b.c 7"});
 }
 
 }  // namespace

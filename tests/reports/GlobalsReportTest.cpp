@@ -112,15 +112,15 @@ TEST_F(Globals, ADoubleClickOrEnterOpensTheDeclaration) {
     return host.TakeLines();
   };
   using Lines = std::vector<std::string>;
-  EXPECT_EQ(mouse(MouseAction::DoubleClick, 0), Lines{"0x8008 /m.c -7"});
-  EXPECT_EQ(mouse(MouseAction::DoubleClick, 1), Lines{"0x8008 text 0"});
+  EXPECT_EQ(mouse(MouseAction::DoubleClick, 0), Lines{"OpenFileAtLine /m.c -7"});
+  EXPECT_EQ(mouse(MouseAction::DoubleClick, 1), Lines{"OpenFileAtLine text 0"});
   EXPECT_EQ(mouse(MouseAction::DoubleClick, 5), Lines{});
   mouse(MouseAction::Press, 0);
   EXPECT_EQ(mouse(MouseAction::Release, 0), Lines{});
   window->GetReport().NotifyKey({kKeyEnter, false, false});
-  EXPECT_EQ(host.TakeLines(), Lines{"0x8008 /m.c -7"});
+  EXPECT_EQ(host.TakeLines(), Lines{"OpenFileAtLine /m.c -7"});
   host.actions[kMsgOpenFileAtLine] = [this] { window->DestroyWindow(); };
-  EXPECT_EQ(mouse(MouseAction::DoubleClick, 0), Lines{"0x8008 /m.c -7"});
+  EXPECT_EQ(mouse(MouseAction::DoubleClick, 0), Lines{"OpenFileAtLine /m.c -7"});
 }
 
 constexpr const char* kMenu =

@@ -68,9 +68,9 @@ TEST_F(OutputReport, AClickTellsTheHostThePlaceThenTheHelp) {
     std::function<void(OutputReport&)> act;
     std::vector<std::string> sent;
   } rows[] = {
-      {[](OutputReport& t) { t.Click(0); }, {"0x8008 /a.c -12"}},
-      {[](OutputReport& t) { t.Click(1); }, {"0x8008 \"\" 0"}},
-      {[](OutputReport& t) { t.Click(2); }, {"0x8008 /b.c 0", "0x802D h.htm 0"}},
+      {[](OutputReport& t) { t.Click(0); }, {"OpenFileAtLine /a.c -12"}},
+      {[](OutputReport& t) { t.Click(1); }, {"OpenFileAtLine \"\" 0"}},
+      {[](OutputReport& t) { t.Click(2); }, {"OpenFileAtLine /b.c 0", "ShowHelp h.htm 0"}},
       {[](OutputReport& t) { t.Click(9); }, {}},
       {[](OutputReport& t) { t.Click(-1); }, {}},
       {[](OutputReport& t) {
@@ -82,7 +82,7 @@ TEST_F(OutputReport, AClickTellsTheHostThePlaceThenTheHelp) {
          t.window->GetReport()->SelectRow(0);
          t.window->GetReport()->NotifyKey({kKeyEnter, false, false});
        },
-       {"0x8008 /a.c -12"}},
+       {"OpenFileAtLine /a.c -12"}},
   };
   for (const auto& row : rows) {
     row.act(*this);
@@ -107,7 +107,7 @@ TEST_F(OutputReport, AMessageReadsAsTheToolSaidIt) {
   EXPECT_EQ(report.RecordToText(*report.GetRecords().GetAt(0)),
             "-1\t" + text + "\t/a&amp;b.c\t1\t\t");
   Click(0);
-  EXPECT_EQ(host.TakeLines(), std::vector<std::string>{"0x8008 /a&amp;b.c -1"});
+  EXPECT_EQ(host.TakeLines(), std::vector<std::string>{"OpenFileAtLine /a&amp;b.c -1"});
 }
 
 TEST_F(OutputReport, AHostThatFreesOrReplacesItInsideAClickHearsOfTheHelpAllTheSame) {
@@ -131,7 +131,8 @@ TEST_F(OutputReport, AHostThatFreesOrReplacesItInsideAClickHearsOfTheHelpAllTheS
         } else {
           Click(2);
         }
-        EXPECT_EQ(host.TakeLines(), (std::vector<std::string>{"0x8008 /b.c 0", "0x802D h.htm 0"}));
+        EXPECT_EQ(host.TakeLines(),
+                  (std::vector<std::string>{"OpenFileAtLine /b.c 0", "ShowHelp h.htm 0"}));
         EXPECT_EQ(window == nullptr, frees);
       }
     }
@@ -162,7 +163,8 @@ TEST_F(OutputReport, AHostThatResetsOrDestroysItInsideAClickHearsOfTheHelpAllThe
       }
     };
     Click(2);
-    EXPECT_EQ(host.TakeLines(), (std::vector<std::string>{"0x8008 /b.c 0", "0x802D h.htm 0"}));
+    EXPECT_EQ(host.TakeLines(),
+              (std::vector<std::string>{"OpenFileAtLine /b.c 0", "ShowHelp h.htm 0"}));
     if (!destroys) {
       EXPECT_EQ(Rows(), "");
     }
@@ -250,7 +252,7 @@ TEST_F(OutputReport, WithoutItsPictureItHasNoColumnsAndSaysSo) {
   EXPECT_EQ(DefinitionText(*bare.GetReport()), "");
   bare.Update(*Tree(kLog), 1);
   bare.GetReport()->NotifyClicked({ReportHit::Area::Row, ReportHit::Part::Cell, 0, -1, -1});
-  EXPECT_EQ(host.TakeLines(), std::vector<std::string>{"0x8008 \"\" 0"});
+  EXPECT_EQ(host.TakeLines(), std::vector<std::string>{"OpenFileAtLine \"\" 0"});
   // A later definition replaces the first.
   bare.SetDefinition(*MakeOutputDefinition("/it's \"a\""));
   bare.Update(*Tree(kLog), 1);

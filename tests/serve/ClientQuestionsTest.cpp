@@ -161,7 +161,7 @@ TEST(ClientQuestions, AClientSeesWhatItIsAsked) {
       R"("typeHeader":"Application","typeHeaders":["Application","","Program"]})"
       "\n"
       R"(host/messageBox {"buttons":["ok"],"caption":"Project New",)"
-      R"("text":"There is no target \"S\"."})"
+      R"("text":"Unknown target \"S\"."})"
       "\n";
   EXPECT_EQ(seen, expected);
 }

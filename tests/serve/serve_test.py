@@ -714,7 +714,7 @@ class Saves(ServeTest):
             self.assertEqual(problems[0], client.wait(client.post("project/saveReport")))
             self.assertEqual(len(problems[0]["problems"]), 1)
             self.assertRegex(problems[0]["problems"][0],
-                             "/app.tapp can't be saved: .*; what was to be saved is in /")
+                             "/app.tapp can't be saved: .*; the unsaved content is in /")
             self.assertEqual(self.read("app.tapp"), before)
         os.chmod(self.project.path("app.tapp"), 0o644)
         self.assertEqual(client.call("ProjectSave"), 1)

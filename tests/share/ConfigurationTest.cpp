@@ -1,3 +1,5 @@
+#include <tarn/commands.h>
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -14,10 +16,41 @@ constexpr int kFirstFixedCommand = 57601;
 
 // Commands that the server and its log window implement. Any other number would be a menu entry
 // that does nothing.
-const std::set<int> kCommands = {
-    0x8105, 0x8106, 0x8108, 0x8109, 0x810B, 0x810C, 0x810D, 0x810E, 0x810F, 0x8110, 0x8111, 0x8112,
-    0x8113, 0x8114, 0x8115, 0x8116, 0x8117, 0x8118, 0x8119, 0x811A, 0x811B, 0x811C, 0x811E, 0x811F,
-    0x8120, 0x8121, 0x8122, 0x8137, 0x8138, 0x8139, 0x813A, 0xE120, 0xE121, 0xE122, 0xE125};
+const std::set<int> kCommands = {TARN_CMD_APPLY_OPTION,
+                                 TARN_CMD_APPLY_OPTION_AND_REBUILD,
+                                 TARN_CMD_ADD_FILES,
+                                 TARN_CMD_NEW_APPLICATION,
+                                 TARN_CMD_NODE_OPTIONS,
+                                 TARN_CMD_NEW_GROUP,
+                                 TARN_CMD_OPEN_LISTING,
+                                 TARN_CMD_OPEN_BY_TYPE,
+                                 TARN_CMD_OPEN_FILE,
+                                 TARN_CMD_SHOW_FILE,
+                                 TARN_CMD_REBUILD_ALL,
+                                 TARN_CMD_BUILD_ALL,
+                                 TARN_CMD_CLEAN_ALL,
+                                 TARN_CMD_REBUILD_NODE,
+                                 TARN_CMD_BUILD_NODE,
+                                 TARN_CMD_CLEAN_NODE,
+                                 TARN_CMD_TRANSLATE_NODE,
+                                 TARN_CMD_SET_ACTIVE_APPLICATION,
+                                 TARN_CMD_SELECT_CONFIGURATION,
+                                 TARN_CMD_RESET_OPTION,
+                                 TARN_CMD_RESET_NODE_OPTIONS,
+                                 TARN_CMD_STOP,
+                                 TARN_CMD_OPTIONS_LOADED,
+                                 TARN_CMD_BUILD_APPLICATION,
+                                 TARN_CMD_APPLICATION_LISTING,
+                                 TARN_CMD_APPLICATION_OPTIONS,
+                                 TARN_CMD_LIST_TOOLS,
+                                 TARN_CMD_STOP_PUBLISHING,
+                                 TARN_CMD_ADD_CONFIGURATION,
+                                 TARN_CMD_REBUILD_AFTERWARDS,
+                                 TARN_CMD_CLEAR_DEFAULT_PROJECT,
+                                 TARN_CMD_REMOVE_NODE,
+                                 TARN_CMD_CLEAR_LOG,
+                                 TARN_CMD_COPY,
+                                 TARN_CMD_PASTE};
 
 class Configuration : public ::testing::Test {
  protected:

@@ -1,5 +1,7 @@
 #include "support/FakeComponents.h"
 
+#include <tarn/methods.h>
+
 #include <algorithm>
 #include <set>
 
@@ -84,33 +86,36 @@ const DispatchTable<FakePropertyManager>& FakePropertyManager::Table() {
   using Text = const char*;
   using Number = std::int32_t;
   static const DispatchTable<Fake> table({
-      Method<&Fake::Accept<Text, Text>>("ReadDefsFromFile", 1, {}),
-      Method<&Fake::Accept<Text, Text, Text, Text, Text>>("ReadConfigFromFile", 2, {}),
-      Method<&Fake::ReadValuesFromText>("ReadValuesFromText", 4, {}),
-      Method<&Fake::GetPropertyValue>("GetPropertyValue", 5, {}),
-      Method<&Fake::SetPropertyValue>("SetPropertyValue", 6, {}),
-      Method<&Fake::Accept<Text, Text, Text, Number>>("HideProperty", 7, {}),
-      Method<&Fake::Accept<Text, Text, Text, Number>>("EnableProperty", 8, {}),
-      Method<&Fake::Accept<Text, Text, Number>>("HideSection", 9, {}),
-      Method<&Fake::Accept<Text, Number>>("HideSet", 11, {}),
-      Method<&Fake::GetConfigText>("GetConfigText", 14, {}),
-      Method<&Fake::Accept<Number>>("ShowOptions", 15, {}),
-      Method<&Fake::GetPropertyWindow>("GetPropertyWindow", 17, {}),
-      Method<&Fake::ClearValues>("ClearValues", 18, {}),
-      Method<&Fake::GetChangedProperty>("GetChangedProperty", 19, {}),
-      Method<&Fake::BeginUpdate>("BeginUpdate", 20, {}),
-      Method<&Fake::EndUpdate>("EndUpdate", 21, {}),
-      Method<&Fake::GetValuesAsText>("GetValuesAsText", 22, {}),
-      Method<&Fake::Accept<Text, Text, Number, Number>>("InitOptions", 23, {}),
-      Method<&Fake::BeginChildLevel>("BeginChildLevel", 24, {}),
-      Method<&Fake::GetNewConfigName>("GetNewConfigName", 25, {}),
-      Method<&Fake::SetCurrentConfig>("SetCurrentConfig", 26, {}),
-      Method<&Fake::GetPropertyValue>("GetPropertyStringValue", 27, {}),
-      Method<&Fake::GetPropState>("GetPropState", 28, {}),
-      Method<&Fake::SetPropState>("SetPropState", 29, {}),
-      Method<&Fake::ApplyOptions>("ApplyOptions", 30, {}),
-      Method<&Fake::ProjectClosing>("ProjectClosing", 31, {}),
-      Method<&Fake::Accept<>>("EndParentLevel", 32, {}),
+      Method<&Fake::Accept<Text, Text>>("ReadDefsFromFile", TARN_OPT_READ_DEFS_FROM_FILE, {}),
+      Method<&Fake::Accept<Text, Text, Text, Text, Text>>("ReadConfigFromFile",
+                                                          TARN_OPT_READ_CONFIG_FROM_FILE, {}),
+      Method<&Fake::ReadValuesFromText>("ReadValuesFromText", TARN_OPT_READ_VALUES_FROM_TEXT, {}),
+      Method<&Fake::GetPropertyValue>("GetPropertyValue", TARN_OPT_GET_PROPERTY_VALUE, {}),
+      Method<&Fake::SetPropertyValue>("SetPropertyValue", TARN_OPT_SET_PROPERTY_VALUE, {}),
+      Method<&Fake::Accept<Text, Text, Text, Number>>("HideProperty", TARN_OPT_HIDE_PROPERTY, {}),
+      Method<&Fake::Accept<Text, Text, Text, Number>>("EnableProperty", TARN_OPT_ENABLE_PROPERTY,
+                                                      {}),
+      Method<&Fake::Accept<Text, Text, Number>>("HideSection", TARN_OPT_HIDE_SECTION, {}),
+      Method<&Fake::Accept<Text, Number>>("HideSet", TARN_OPT_HIDE_SET, {}),
+      Method<&Fake::GetConfigText>("GetConfigText", TARN_OPT_GET_CONFIG_TEXT, {}),
+      Method<&Fake::Accept<Number>>("ShowOptions", TARN_OPT_SHOW_OPTIONS, {}),
+      Method<&Fake::GetPropertyWindow>("GetPropertyWindow", TARN_OPT_GET_PROPERTY_WINDOW, {}),
+      Method<&Fake::ClearValues>("ClearValues", TARN_OPT_CLEAR_VALUES, {}),
+      Method<&Fake::GetChangedProperty>("GetChangedProperty", TARN_OPT_GET_CHANGED_PROPERTY, {}),
+      Method<&Fake::BeginUpdate>("BeginUpdate", TARN_OPT_BEGIN_UPDATE, {}),
+      Method<&Fake::EndUpdate>("EndUpdate", TARN_OPT_END_UPDATE, {}),
+      Method<&Fake::GetValuesAsText>("GetValuesAsText", TARN_OPT_GET_VALUES_AS_TEXT, {}),
+      Method<&Fake::Accept<Text, Text, Number, Number>>("InitOptions", TARN_OPT_INIT_OPTIONS, {}),
+      Method<&Fake::BeginChildLevel>("BeginChildLevel", TARN_OPT_BEGIN_CHILD_LEVEL, {}),
+      Method<&Fake::GetNewConfigName>("GetNewConfigName", TARN_OPT_GET_NEW_CONFIG_NAME, {}),
+      Method<&Fake::SetCurrentConfig>("SetCurrentConfig", TARN_OPT_SET_CURRENT_CONFIG, {}),
+      Method<&Fake::GetPropertyValue>("GetPropertyStringValue", TARN_OPT_GET_PROPERTY_STRING_VALUE,
+                                      {}),
+      Method<&Fake::GetPropState>("GetPropState", TARN_OPT_GET_PROP_STATE, {}),
+      Method<&Fake::SetPropState>("SetPropState", TARN_OPT_SET_PROP_STATE, {}),
+      Method<&Fake::ApplyOptions>("ApplyOptions", TARN_OPT_APPLY_OPTIONS, {}),
+      Method<&Fake::ProjectClosing>("ProjectClosing", TARN_OPT_PROJECT_CLOSING, {}),
+      Method<&Fake::Accept<>>("EndParentLevel", TARN_OPT_END_PARENT_LEVEL, {}),
   });
   return table;
 }
@@ -209,9 +214,10 @@ void FakePropertyManager::Store(const std::string& key, std::string text) {
 const DispatchTable<FakeToolManager>& FakeToolManager::Table() {
   using Fake = FakeToolManager;
   static const DispatchTable<Fake> table({
-      Method<&Fake::RunTool>("RunTool", 2, {}),
-      Method<&Fake::InitTools>("InitTools", 3, {}),
-      Method<&Fake::GetToolsForExtension>("GetToolsForExtension", 9, {}),
+      Method<&Fake::RunTool>("RunTool", TARN_TOOL_RUN_TOOL, {}),
+      Method<&Fake::InitTools>("InitTools", TARN_TOOL_INIT_TOOLS, {}),
+      Method<&Fake::GetToolsForExtension>("GetToolsForExtension", TARN_TOOL_GET_TOOLS_FOR_EXTENSION,
+                                          {}),
   });
   return table;
 }

@@ -235,8 +235,12 @@ Status MemoryFileSystem::Store(const std::string& absolute, std::string_view byt
 
 // --- FileSystem ---
 
-bool MemoryFileSystem::Exists(const std::string& path) {
-  return Begin("exists", path).entry != nullptr;
+Result<bool> MemoryFileSystem::CheckExists(const std::string& path) {
+  const Place place = Begin("exists", path);
+  const bool isUnknown = place.failure != ErrorCode::None && place.failure != ErrorCode::NotFound &&
+                         place.failure != ErrorCode::InvalidName;
+  if (isUnknown) return Fail(ErrorCode::Io, place.path);
+  return place.entry != nullptr;
 }
 
 bool MemoryFileSystem::IsFolder(const std::string& path) {

@@ -58,14 +58,15 @@ class MemoryFileSystem : public FileSystem {
   // --- Failures ---
 
   // Makes operations with this verb on this absolute path fail, except for the first `spared` ones;
-  // an empty verb or path matches any. Boolean queries behave as if the file did not exist.
+  // an empty verb or path matches any. CheckExists() fails with Io; boolean queries behave as if
+  // the file did not exist.
   void FailOn(std::string_view verb, const std::string& path, ErrorCode code,
               std::size_t spared = 0);
   void ClearFailures();
 
   // --- FileSystem ---
 
-  bool Exists(const std::string& path) override;
+  Result<bool> CheckExists(const std::string& path) override;
   bool IsFolder(const std::string& path) override;
   std::optional<FileStatus> Examine(const std::string& path) override;
   bool IsReadOnly(const std::string& path) override;

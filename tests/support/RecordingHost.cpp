@@ -22,6 +22,40 @@ constexpr std::array kTextSecond{kMsgAnnounceWindow,       kMsgCreateToolbar, kM
                                  kMsgApplicationKnown};
 constexpr std::array kAddressFirst{kMsgAnnounceWindow, kMsgShowPopupMenu};
 
+struct NamedMessage {
+  HostMessage message;
+  const char* name;
+};
+constexpr NamedMessage kNames[] = {
+    {kMsgAnnounceWindow, "AnnounceWindow"},
+    {kMsgCreationEnded, "CreationEnded"},
+    {kMsgOpenFileAtLine, "OpenFileAtLine"},
+    {kMsgRunScript, "RunScript"},
+    {kMsgCreateToolbar, "CreateToolbar"},
+    {kMsgBuildStarting, "BuildStarting"},
+    {kMsgWorkerEnded, "WorkerEnded"},
+    {kMsgOpenFile, "OpenFile"},
+    {kMsgApplicationActivated, "ApplicationActivated"},
+    {kMsgCurrentNodeChanged, "CurrentNodeChanged"},
+    {kMsgShowPopupMenu, "ShowPopupMenu"},
+    {kMsgAddMainMenu, "AddMainMenu"},
+    {kMsgProjectOpened, "ProjectOpened"},
+    {kMsgProjectClosing, "ProjectClosing"},
+    {kMsgProjectCreated, "ProjectCreated"},
+    {kMsgToolSucceeded, "ToolSucceeded"},
+    {kMsgPaneCaption, "PaneCaption"},
+    {kMsgLogLine, "LogLine"},
+    {kMsgOutputInvalid, "OutputInvalid"},
+    {kMsgApplicationKnown, "ApplicationKnown"},
+    {kMsgShowHelp, "ShowHelp"},
+};
+
+std::string NameOf(std::uint32_t message) {
+  const auto isIt = [&](const NamedMessage& each) { return each.message == message; };
+  const auto found = std::find_if(std::begin(kNames), std::end(kNames), isIt);
+  return found == std::end(kNames) ? std::to_string(message) : found->name;
+}
+
 bool IsAmong(std::span<const HostMessage> messages, std::uint32_t message) {
   return std::find(messages.begin(), messages.end(), message) != messages.end();
 }
@@ -33,12 +67,10 @@ std::string ShowText(std::intptr_t value) {
 }
 
 std::string LineOf(std::uint32_t message, std::intptr_t wParam, std::intptr_t lParam) {
-  std::array<char, 16> number{};
-  std::snprintf(number.data(), number.size(), message == kMsgCommand ? "%u" : "0x%04X", message);
   std::string first = std::to_string(wParam);
   if (IsAmong(kTextFirst, message)) first = ShowText(wParam);
   if (IsAmong(kAddressFirst, message) && wParam != 0) first = "*";
-  return std::string(number.data()) + " " + first + " " +
+  return NameOf(message) + " " + first + " " +
          (IsAmong(kTextSecond, message) ? ShowText(lParam) : std::to_string(lParam));
 }
 
@@ -55,7 +87,7 @@ std::vector<std::string> RecordingHost::TakeLines() {
 }
 
 std::vector<std::string> RecordingHost::LinesOf(std::uint32_t message) const {
-  const std::string start = LineOf(message, 0, 0).substr(0, message == kMsgCommand ? 4 : 7);
+  const std::string start = NameOf(message) + " ";
   std::vector<std::string> found;
   for (const std::string& line : lines) {
     if (line.starts_with(start)) found.push_back(line);

@@ -11,11 +11,11 @@
 
 namespace tarn::test {
 
-// A host window that records every message as one line: number, wParam and lParam, the latter two
+// A host window that records every message as one line: name, wParam and lParam, the latter two
 // as string or number depending on the message.
 //
-//   0x8015 /p/demo.tprj 0
-//   0x8011 "" 0
+//   kMsgProjectOpened /p/demo.tprj 0
+//   kMsgCurrentNodeChanged "" 0
 //
 // An empty string is shown as "", a null one as null, and a meaningless address (a window object, a
 // mouse position) as * or 0. Belongs to the thread that created it.

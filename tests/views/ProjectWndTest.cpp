@@ -71,7 +71,7 @@ class ProjectWindow : public ::testing::Test {
   Lines TakeLines() {
     Lines kept;
     for (std::string& line : world.host.TakeLines()) {
-      if (line.rfind("0x801B", 0) != 0) kept.push_back(std::move(line));
+      if (line.rfind("LogLine", 0) != 0) kept.push_back(std::move(line));
     }
     return kept;
   }
@@ -119,14 +119,15 @@ TEST_F(ProjectWindow, WhatTheUserDoesReachesModelAndHost) {
        [this] { Tree().NotifyDoubleClick(MouseButton::Middle, LabelOf("led.c")); }, "273 33040 0"},
       {"middle double click where no command stands", "Other",
        [this] { Tree().NotifyDoubleClick(MouseButton::Middle, LabelOf("Other")); }, "273 0 0"},
-      {"context menu of a file", "led.c", [this] { OpenMenu(); }, "0x8012 * Files"},
+      {"context menu of a file", "led.c", [this] { OpenMenu(); }, "ShowPopupMenu * Files"},
       {"context menu of a type without one", "Other", [this] { OpenMenu(); }, ""},
       {"tool bar: properties", "led.c", [this] { window->GetToolBar().NotifyButton(32776); },
        "273 33035 0"},
       {"a key without a meaning", "led.c", [this] { Key(kKeyF2); }, ""},
       {"Shift and Up", "led.c", [this] { Key(kKeyUp, true); },
-       "0x8019 demo Local Settings 4005\n0x8011 /p/demo.tapp 0\n0x8019 main.c Local Settings 4005\n"
-       "0x8011 /p/main.c 0",
+       "PaneCaption demo Local Settings 4005\nCurrentNodeChanged /p/demo.tapp 0\nPaneCaption "
+       "main.c Local Settings 4005\n"
+       "CurrentNodeChanged /p/main.c 0",
        "demo[Sources[led.c main.c] Other]"},
   };
   for (const auto& row : rows) {

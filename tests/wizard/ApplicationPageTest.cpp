@@ -217,7 +217,7 @@ TEST_F(ApplicationPageTest, WhatIsInTheWayOfTheApplicationIsSaidBeforeTheEnd) {
       {"a/b", "/p", true, "A name can't contain"},
       {"a\nb", "/p", true, "A name can't contain"},
       {"Demo", "/q", false, "The name \"Demo\" is in use."},
-      {"there", "/p", false, "/p/there.tapp exists already."},
+      {"there", "/p", false, "/p/there.tapp already exists."},
       {"app", "", true, "The application needs a folder."},
       {"app", "/p/file", true, "/p/file is a file, not a folder."},
       {"app", "/p/file/below", false, "/p/file is a file, not a folder."},
@@ -240,7 +240,8 @@ TEST_F(ApplicationPageTest, WhatIsInTheWayOfTheApplicationIsSaidBeforeTheEnd) {
   std::string problem;
   Run(
       Proposed("app", false), [&](const User& shown) { problem = shown.Problem(); }, kSheetCancel);
-  EXPECT_EQ(problem, "\"demo\" can't hold an application of this type. Select the project first.");
+  EXPECT_EQ(problem,
+            "\"demo\" can't contain an application of this type. Select the project first.");
 }
 
 TEST_F(ApplicationPageTest, BrowsingAsksForWhatTheTypeNeeds) {

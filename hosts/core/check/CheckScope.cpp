@@ -226,7 +226,12 @@ void CheckScope::CheckPath(const CheckedNode& node, const NamedPath& named) {
   if (!named.isResolved && !IsRelativePath(named.text)) add(FindingKind::AbsolutePath, named.text);
   const bool isOwn = named.option.empty();
   const std::string path = isOwn ? AbsolutePath(node, named.text) : OptionPath(node, named.text);
-  if (!files.Exists(path)) {
+  const Result<bool> exists = files.CheckExists(path);
+  if (!exists) {
+    add(FindingKind::UnreadableFile, path).detail = exists.GetError().text;
+    return;
+  }
+  if (!*exists) {
     if (!IsFoundElsewhere(node, path)) {
       add(named.ifMissing, path).detail = DescribeSimilar(path, files.SimilarNames(path));
     }
@@ -242,7 +247,8 @@ void CheckScope::CheckPath(const CheckedNode& node, const NamedPath& named) {
     if (!files.Examine(path)) {
       add(FindingKind::NotAFile, path);
     } else if (!files.CanRead(path)) {
-      add(FindingKind::UnreadableFile, path);
+      const Result<std::string> text = files.ReadWholeFile(path);
+      add(FindingKind::UnreadableFile, path).detail = text ? "" : text.GetError().text;
     }
   }
 }
@@ -256,7 +262,8 @@ bool CheckScope::IsFoundElsewhere(const CheckedNode& node, const std::string& pa
   for (const std::string_view each : Split(folders, ';')) {
     if (Trim(each).empty()) continue;
     const std::string folder = OptionPath(node, std::string(Trim(each)));
-    if (files.Exists(JoinPath(folder, FileNameOf(path)))) return true;
+    const Result<bool> exists = files.CheckExists(JoinPath(folder, FileNameOf(path)));
+    if (exists && *exists) return true;
   }
   return false;
 }

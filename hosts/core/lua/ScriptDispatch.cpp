@@ -33,7 +33,7 @@ const char* KindName(const Variant& value) {
     case Variant::Kind::Object:
       return "an object";
     case Variant::Kind::Text:
-      return value.AsText() ? "a text" : "nil";
+      return value.AsText() ? "a string" : "nil";
     case Variant::Kind::Empty:
       break;
   }
@@ -75,7 +75,7 @@ const char* ReadText(lua_State* lua, int index, ScriptState& state) {
   std::size_t size = 0;
   const char* text = lua_tolstring(lua, index, &size);
   const std::string_view view(text, size);
-  if (view.find('\0') != std::string_view::npos) return "can't hold a zero byte";
+  if (view.find('\0') != std::string_view::npos) return "can't contain a zero byte";
   state.arguments.emplace_back(view);
   return nullptr;
 }
@@ -92,7 +92,7 @@ const char* ReadArgument(lua_State* lua, int index, ScriptState& state) {
       state.arguments.emplace_back(std::int32_t{lua_toboolean(lua, index) != 0 ? 1 : 0});
       return nullptr;
     case LUA_TNUMBER:
-      if (!ReadNumber(lua, index, number)) return "has to be a whole number of 32 bits";
+      if (!ReadNumber(lua, index, number)) return "must be a 32-bit integer";
       state.arguments.emplace_back(number);
       return nullptr;
     case LUA_TSTRING:

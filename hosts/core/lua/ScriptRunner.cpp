@@ -25,8 +25,8 @@ ScriptOutcome ScriptRunner::RunOne(IDispatch& server, const std::string& text,
   ScriptOutcome outcome;
   ScriptState state(*this, server);
   if (depth > limits.depth) {
-    outcome.error =
-        name + ": scripts run each other more than " + std::to_string(limits.depth) + " deep";
+    outcome.error = name + ": scripts call each other more than " + std::to_string(limits.depth) +
+                    " levels deep";
   } else {
     budget.StartClock();
     outcome.error = state.Run(text, name);

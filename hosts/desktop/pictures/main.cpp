@@ -3,6 +3,8 @@
 //
 //   desktop_pictures FOLDER
 
+#include <tarn/commands.h>
+
 #include <QAction>
 #include <QApplication>
 #include <QDockWidget>
@@ -50,7 +52,7 @@ void Wait(int milliseconds) {
 
 void WaitUntil(const std::function<bool()>& done, const char* what) {
   for (int waited = 0; !done(); waited += 20) {
-    if (waited > kLimitMs) throw std::runtime_error(std::string("waited in vain for ") + what);
+    if (waited > kLimitMs) throw std::runtime_error(std::string("timed out waiting for ") + what);
     Wait(20);
   }
 }
@@ -99,7 +101,7 @@ void Raise(const IdeWindow& window, const char* dock) {
 }
 
 void Build(IdeWindow& window) {
-  window.Commands().Run(tarn::host::kCmdBuildAll);
+  window.Commands().Run(tarn::TARN_CMD_BUILD_ALL);
   WaitUntil([&] { return !window.Commands().IsBuilding(); }, "the end of a build");
 }
 
@@ -141,7 +143,7 @@ void TakeWizard(IdeWindow& window, const Photographer& camera) {
     }
     if (QWidget* const dialog = QApplication::activeModalWidget()) dialog->close();
   });
-  window.Commands().Run(tarn::host::kCmdNewItem);
+  window.Commands().Run(tarn::TARN_CMD_NEW_APPLICATION);
   if (!failure.empty()) throw std::runtime_error(failure);
 }
 
@@ -151,7 +153,7 @@ void TakeAll(const fs::path& scratch, const Photographer& camera) {
   fs::copy(TARN_SOURCE_DIR "/share/examples/blinky-avr", project, fs::copy_options::recursive);
   const tarn::QtToolkit toolkit;
   IdeWindow window(tarn::FileSystem::Native());
-  if (!window.Start()) throw std::runtime_error("the installation isn't complete");
+  if (!window.Start()) throw std::runtime_error("the installation is incomplete");
   window.setGeometry(QRect(QPoint(), kSize));
   window.show();
   camera.Take("welcome");

@@ -94,8 +94,8 @@
 <context>
     <name>CodeEditor</name>
     <message>
-        <source>The text holds characters that the file&apos;s encoding can&apos;t write.</source>
-        <translation>Der Text enthält Zeichen, die es in der Kodierung der Datei nicht gibt.</translation>
+        <source>The text contains characters that the file&apos;s encoding can&apos;t represent.</source>
+        <translation>Der Text enthält Zeichen, die sich in der Kodierung der Datei nicht darstellen lassen.</translation>
     </message>
 </context>
 <context>
@@ -105,44 +105,44 @@
         <translation>Tarn</translation>
     </message>
     <message>
-        <source>What was not saved is offered again at the next start, as not all of it could be restored.</source>
-        <translation>Was nicht gespeichert war, wird beim nächsten Start wieder angeboten, weil nicht alles davon wiederhergestellt werden konnte.</translation>
+        <source>Not everything could be restored. The unsaved changes will be offered again at the next start.</source>
+        <translation>Es konnte nicht alles wiederhergestellt werden. Die nicht gespeicherten Änderungen werden beim nächsten Start erneut angeboten.</translation>
     </message>
     <message>
         <source>%1 can&apos;t be opened.</source>
         <translation>%1 kann nicht geöffnet werden.</translation>
     </message>
     <message>
-        <source>These changes of the project conflict with those that were restored before:</source>
-        <translation>Diese Änderungen des Projekts widersprechen den vorher wiederhergestellten:</translation>
+        <source>These project changes conflict with changes that were already restored:</source>
+        <translation>Diese Projektänderungen stehen im Konflikt mit bereits wiederhergestellten Änderungen:</translation>
     </message>
     <message>
-        <source>%1 has another text that is not saved.</source>
-        <translation>%1 hat schon einen anderen, nicht gespeicherten Text.</translation>
+        <source>%1 already has other unsaved changes.</source>
+        <translation>%1 hat bereits andere nicht gespeicherte Änderungen.</translation>
     </message>
     <message>
-        <source>%1 is gone, and its folder with it. What was not saved is offered again at the next start. It can also be saved in another folder now.</source>
-        <translation>%1 ist samt Ordner nicht mehr da. Was nicht gespeichert war, wird beim nächsten Start wieder angeboten. Es kann auch jetzt in einem anderen Ordner gespeichert werden.</translation>
+        <source>%1 and its folder no longer exist. The unsaved changes will be offered again at the next start. You can also save copies of them in another folder now.</source>
+        <translation>%1 und der zugehörige Ordner sind nicht mehr vorhanden. Die nicht gespeicherten Änderungen werden beim nächsten Start erneut angeboten. Sie können auch jetzt Kopien davon in einem anderen Ordner speichern.</translation>
     </message>
     <message>
         <source>&amp;Save copies...</source>
-        <translation>&amp;Kopien speichern...</translation>
+        <translation>&amp;Kopien speichern …</translation>
     </message>
     <message>
         <source>Folder for the copies</source>
         <translation>Ordner für die Kopien</translation>
     </message>
     <message>
-        <source>What was not saved of %1</source>
-        <translation>Was von %1 nicht gespeichert war</translation>
+        <source>Unsaved changes to %1</source>
+        <translation>Nicht gespeicherte Änderungen an %1</translation>
     </message>
     <message>
         <source>%1 can&apos;t be written: %2</source>
         <translation>%1 kann nicht geschrieben werden: %2</translation>
     </message>
     <message>
-        <source>Kept as:</source>
-        <translation>Aufbewahrt als:</translation>
+        <source>Saved as:</source>
+        <translation>Gespeichert als:</translation>
     </message>
 </context>
 <context>
@@ -150,21 +150,21 @@
     <message numerus="yes">
         <source>%1, and %n more</source>
         <translation>
-            <numerusform>%1, und %n weitere Stelle</numerusform>
-            <numerusform>%1, und %n weitere Stellen</numerusform>
+            <numerusform>%1 und %n weitere Stelle</numerusform>
+            <numerusform>%1 und %n weitere Stellen</numerusform>
         </translation>
     </message>
     <message>
-        <source>The project was read only in part: %1</source>
+        <source>The project was only partially read: %1</source>
         <translation>Das Projekt wurde nur teilweise gelesen: %1</translation>
     </message>
     <message>
         <source>%1
 
-Build or save it without what was not read? A file that is written is first copied to a file with .bak at the end of its name.</source>
+Build or save it without the unread parts? Before a file is overwritten, it is copied to a file with .bak appended to its name.</source>
         <translation>%1
 
-Ohne das nicht Gelesene erstellen oder speichern? Eine Datei, die geschrieben wird, wird vorher in eine Datei mit .bak am Ende ihres Namens kopiert.</translation>
+Ohne die nicht gelesenen Teile erstellen oder speichern? Bevor eine Datei überschrieben wird, wird sie in eine Datei mit angehängtem .bak kopiert.</translation>
     </message>
     <message>
         <source>Tarn</source>
@@ -173,25 +173,25 @@ Ohne das nicht Gelesene erstellen oder speichern? Eine Datei, die geschrieben wi
     <message>
         <source>%1
 
-Save the changes of the project without what was not read?</source>
+Save the project&apos;s changes without the unread parts?</source>
         <translation>%1
 
-Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
+Die Änderungen am Projekt ohne die nicht gelesenen Teile speichern?</translation>
     </message>
 </context>
 <context>
     <name>DeclarationSearch</name>
     <message>
-        <source>There is no name at the cursor</source>
-        <translation>Am Cursor steht kein Name</translation>
+        <source>No identifier at the cursor</source>
+        <translation>Kein Bezeichner an der Cursorposition</translation>
     </message>
     <message>
-        <source>No global named %1 is known</source>
-        <translation>Kein globaler Name %1 ist bekannt</translation>
+        <source>No global named %1 found</source>
+        <translation>Kein globaler Name %1 gefunden</translation>
     </message>
     <message>
-        <source>No global named %1 is known; build the project first</source>
-        <translation>Kein globaler Name %1 ist bekannt; das Projekt muss erst erstellt werden</translation>
+        <source>No global named %1 found; build the project first</source>
+        <translation>Kein globaler Name %1 gefunden; erstellen Sie zuerst das Projekt</translation>
     </message>
 </context>
 <context>
@@ -202,7 +202,7 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
     <message>
         <source>&amp;Redo</source>
-        <translation>Wieder&amp;herstellen</translation>
+        <translation>Wieder&amp;holen</translation>
     </message>
     <message>
         <source>Cu&amp;t</source>
@@ -273,11 +273,11 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
     <message>
         <source>Keep mine</source>
-        <translation>Meine Fassung behalten</translation>
+        <translation>Eigene Fassung behalten</translation>
     </message>
     <message>
-        <source>%1 has been changed by another program, and here as well.</source>
-        <translation>%1 wurde von einem anderen Programm geändert und hier ebenfalls.</translation>
+        <source>%1 has been changed both here and by another program.</source>
+        <translation>%1 wurde sowohl hier als auch von einem anderen Programm geändert.</translation>
     </message>
     <message>
         <source>Allow building and saving</source>
@@ -289,17 +289,17 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
     <message>
         <source>Details...</source>
-        <translation>Einzelheiten ...</translation>
+        <translation>Details …</translation>
     </message>
     <message>
         <source>Try again</source>
         <translation>Erneut versuchen</translation>
     </message>
     <message numerus="yes">
-        <source>%1 was not saved: it has been changed by another program as well.</source>
+        <source>%1 was not saved, because another program has changed it too.</source>
         <translation>
-            <numerusform>%1 wurde nicht gespeichert: Ein anderes Programm hat die Datei ebenfalls geändert.</numerusform>
-            <numerusform>%1 wurden nicht gespeichert: Ein anderes Programm hat die Dateien ebenfalls geändert.</numerusform>
+            <numerusform>%1 wurde nicht gespeichert, weil ein anderes Programm die Datei ebenfalls geändert hat.</numerusform>
+            <numerusform>%1 wurden nicht gespeichert, weil ein anderes Programm die Dateien ebenfalls geändert hat.</numerusform>
         </translation>
     </message>
     <message>
@@ -318,7 +318,7 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>Zeile %1, Spalte %2</translation>
     </message>
     <message>
-        <source>8 bit</source>
+        <source>8-bit</source>
         <translation>8 Bit</translation>
     </message>
     <message>
@@ -345,18 +345,18 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>%1 kann nicht geschrieben werden: %2</translation>
     </message>
     <message>
-        <source>Save the changes in %1?</source>
-        <translation>Änderungen in %1 speichern?</translation>
+        <source>Save changes to %1?</source>
+        <translation>Änderungen an %1 speichern?</translation>
     </message>
     <message>
         <source>Open files</source>
         <translation>Offene Dateien</translation>
     </message>
     <message numerus="yes">
-        <source>%1 is not saved. Build what is on the disk?</source>
+        <source>%1 has unsaved changes. Build the version on disk?</source>
         <translation>
-            <numerusform>%1 ist nicht gespeichert. Mit dem Inhalt auf der Festplatte erstellen?</numerusform>
-            <numerusform>%1 sind nicht gespeichert. Mit dem Inhalt auf der Festplatte erstellen?</numerusform>
+            <numerusform>%1 enthält nicht gespeicherte Änderungen. Mit der Fassung auf dem Datenträger erstellen?</numerusform>
+            <numerusform>%1 enthalten nicht gespeicherte Änderungen. Mit den Fassungen auf dem Datenträger erstellen?</numerusform>
         </translation>
     </message>
     <message>
@@ -364,8 +364,8 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>&amp;Erstellen</translation>
     </message>
     <message>
-        <source>Another program has changed the file as well. Saving replaces what it wrote.</source>
-        <translation>Ein anderes Programm hat die Datei ebenfalls geändert. Speichern ersetzt, was es geschrieben hat.</translation>
+        <source>Another program has also changed this file. Saving overwrites its changes.</source>
+        <translation>Ein anderes Programm hat diese Datei ebenfalls geändert. Beim Speichern werden dessen Änderungen überschrieben.</translation>
     </message>
 </context>
 <context>
@@ -391,18 +391,14 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
     <message>
         <source>Text to find</source>
-        <translation>Gesuchter Text</translation>
+        <translation>Zu suchender Text</translation>
     </message>
     <message>
         <source>Replace with</source>
         <translation>Ersetzen durch</translation>
     </message>
     <message>
-        <source>Text to put in its place</source>
-        <translation>Text, der ihn ersetzt</translation>
-    </message>
-    <message>
-        <source>Match upper and lower case</source>
+        <source>Match case</source>
         <translation>Groß- und Kleinschreibung beachten</translation>
     </message>
     <message>
@@ -414,12 +410,12 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>Regulärer Ausdruck</translation>
     </message>
     <message>
-        <source>Find the previous one</source>
-        <translation>Vorherige Stelle</translation>
+        <source>Previous match</source>
+        <translation>Vorheriger Treffer</translation>
     </message>
     <message>
-        <source>Find the next one</source>
-        <translation>Nächste Stelle</translation>
+        <source>Next match</source>
+        <translation>Nächster Treffer</translation>
     </message>
     <message>
         <source>Close</source>
@@ -457,7 +453,7 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     <name>Findings</name>
     <message>
         <source>Damage</source>
-        <translation>Schäden</translation>
+        <translation>Beschädigungen</translation>
     </message>
     <message>
         <source>Missing files</source>
@@ -476,8 +472,8 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>Fehlende Bibliotheken</translation>
     </message>
     <message>
-        <source>The library %1 is neither in the library folders nor among those of the compiler</source>
-        <translation>Die Bibliothek %1 liegt weder in den Bibliotheksordnern noch bei denen des Compilers</translation>
+        <source>The library %1 was found neither in the library folders nor among the compiler&apos;s libraries</source>
+        <translation>Die Bibliothek %1 wurde weder in den Bibliotheksordnern noch unter den Bibliotheken des Compilers gefunden</translation>
     </message>
     <message>
         <source>Letter case</source>
@@ -524,8 +520,8 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>Unbekannte Optionen</translation>
     </message>
     <message>
-        <source>No definition has the option %1</source>
-        <translation>Keine Definition kennt die Option %1</translation>
+        <source>No definition contains the option %1</source>
+        <translation>Keine Definition enthält die Option %1</translation>
     </message>
     <message>
         <source>Invalid values</source>
@@ -536,16 +532,16 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>Unbekannte Knotentypen</translation>
     </message>
     <message>
-        <source>%1 is not a type of the configuration file, so %2 is not built</source>
-        <translation>%1 ist kein Typ der Konfigurationsdatei, daher wird %2 nicht erstellt</translation>
+        <source>%1 is not a type in the configuration file, so %2 is not built</source>
+        <translation>%1 ist kein Typ aus der Konfigurationsdatei, daher wird %2 nicht erstellt</translation>
     </message>
     <message>
         <source>Unknown tools</source>
         <translation>Unbekannte Werkzeuge</translation>
     </message>
     <message>
-        <source>No definition has the tool %1</source>
-        <translation>Keine Definition kennt das Werkzeug %1</translation>
+        <source>No definition contains the tool %1</source>
+        <translation>Keine Definition enthält das Werkzeug %1</translation>
     </message>
     <message>
         <source>Missing programs</source>
@@ -553,23 +549,23 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
     <message>
         <source>%1 is not installed; it is needed by %2</source>
-        <translation>%1 ist nicht installiert; benötigt von %2</translation>
+        <translation>%1 ist nicht installiert, wird aber von %2 benötigt</translation>
     </message>
     <message>
         <source>Errors in definitions</source>
         <translation>Fehler in Definitionen</translation>
     </message>
     <message>
-        <source>Not files</source>
-        <translation>Keine Dateien</translation>
+        <source>Not a file</source>
+        <translation>Keine Datei</translation>
     </message>
     <message>
         <source>%1 is not a file</source>
         <translation>%1 ist keine Datei</translation>
     </message>
     <message>
-        <source>Not folders</source>
-        <translation>Keine Ordner</translation>
+        <source>Not a folder</source>
+        <translation>Kein Ordner</translation>
     </message>
     <message>
         <source>%1 is not a folder</source>
@@ -588,24 +584,24 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>Doppelte Bezeichnungen</translation>
     </message>
     <message>
-        <source>The applications %1 and %2 have the same label, except for letter case</source>
-        <translation>Die Anwendungen %1 und %2 haben bis auf Groß- und Kleinschreibung die gleiche Bezeichnung</translation>
+        <source>The labels of the applications %1 and %2 differ only in letter case</source>
+        <translation>Die Bezeichnungen der Anwendungen %1 und %2 unterscheiden sich nur in der Groß- und Kleinschreibung</translation>
     </message>
     <message>
-        <source>Applications in a cycle</source>
-        <translation>Anwendungen im Kreis</translation>
+        <source>Dependency cycles</source>
+        <translation>Zyklische Abhängigkeiten</translation>
     </message>
     <message>
         <source>Applications that use each other&apos;s outputs can&apos;t be built: %1</source>
-        <translation>Anwendungen, die ihre Ausgaben gegenseitig verwenden, können nicht gebaut werden: %1</translation>
+        <translation>Anwendungen, die gegenseitig ihre Ausgaben verwenden, können nicht erstellt werden: %1</translation>
     </message>
     <message>
-        <source>Files under several names</source>
+        <source>Files with several names</source>
         <translation>Dateien mit mehreren Namen</translation>
     </message>
     <message>
         <source>%1 and %2 are the same file, which is built twice</source>
-        <translation>%1 und %2 sind dieselbe Datei, die zweimal gebaut wird</translation>
+        <translation>%1 und %2 sind dieselbe Datei, die dadurch zweimal erstellt wird</translation>
     </message>
     <message>
         <source>Unknown configurations</source>
@@ -613,15 +609,15 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
     <message>
         <source>Options are stored for the configuration %1, which the application does not have</source>
-        <translation>Optionen sind für die Konfiguration %1 gespeichert, die die Anwendung nicht hat</translation>
+        <translation>Es sind Optionen für die Konfiguration %1 gespeichert, die es in der Anwendung nicht gibt</translation>
     </message>
     <message>
         <source>Nodes without a file</source>
         <translation>Knoten ohne Datei</translation>
     </message>
     <message>
-        <source>%1 names no file</source>
-        <translation>%1 nennt keine Datei</translation>
+        <source>%1 does not name a file</source>
+        <translation>%1 verweist auf keine Datei</translation>
     </message>
 </context>
 <context>
@@ -631,11 +627,11 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>Befund</translation>
     </message>
     <message>
-        <source>Where</source>
-        <translation>Wo</translation>
+        <source>Location</source>
+        <translation>Ort</translation>
     </message>
     <message>
-        <source>Findings of the project check</source>
+        <source>Project check findings</source>
         <translation>Befunde der Projektprüfung</translation>
     </message>
     <message>
@@ -644,11 +640,11 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
     <message>
         <source>Checking the project...</source>
-        <translation>Das Projekt wird geprüft ...</translation>
+        <translation>Das Projekt wird geprüft …</translation>
     </message>
     <message>
-        <source>The project has no findings.</source>
-        <translation>Das Projekt hat keine Befunde.</translation>
+        <source>No findings.</source>
+        <translation>Keine Befunde.</translation>
     </message>
     <message numerus="yes">
         <source>%n finding(s)</source>
@@ -661,8 +657,8 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
 <context>
     <name>GroupBox</name>
     <message>
-        <source>Drag a column header here to group by it</source>
-        <translation>Spaltenkopf hierher ziehen, um danach zu gruppieren</translation>
+        <source>Drag a column header here to group by that column</source>
+        <translation>Spaltenkopf hierher ziehen, um nach der Spalte zu gruppieren</translation>
     </message>
     <message>
         <source>Grouped by</source>
@@ -700,8 +696,8 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>&amp;Beenden</translation>
     </message>
     <message>
-        <source>Closing as soon as the build has stopped...</source>
-        <translation>Wird geschlossen, sobald das Erstellen abgebrochen ist …</translation>
+        <source>Closing once the build has stopped...</source>
+        <translation>Wird geschlossen, sobald der Build abgebrochen ist …</translation>
     </message>
     <message>
         <source>%1[*] - Tarn</source>
@@ -712,12 +708,12 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>&amp;Navigieren</translation>
     </message>
     <message numerus="yes">
-        <source>There is no such file:
+        <source>File not found:
 %1</source>
         <translation>
-            <numerusform>Diese Datei gibt es nicht:
+            <numerusform>Datei nicht gefunden:
 %1</numerusform>
-            <numerusform>Diese Dateien gibt es nicht:
+            <numerusform>Dateien nicht gefunden:
 %1</numerusform>
         </translation>
     </message>
@@ -730,35 +726,35 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>Das Projekt wird gerade erstellt.</translation>
     </message>
     <message>
-        <source>Find in the pro&amp;ject...</source>
+        <source>Find in pro&amp;ject...</source>
         <translation>Im &amp;Projekt suchen …</translation>
     </message>
     <message>
-        <source>This installation isn&apos;t complete: %1</source>
-        <translation>Diese Installation ist nicht vollständig: %1</translation>
+        <source>This installation is incomplete: %1</source>
+        <translation>Diese Installation ist unvollständig: %1</translation>
     </message>
     <message>
         <source>Project check</source>
         <translation>Projektprüfung</translation>
     </message>
     <message>
-        <source>&amp;Check the project</source>
+        <source>&amp;Check project</source>
         <translation>Projekt &amp;prüfen</translation>
     </message>
     <message>
-        <source>Groups and applications can be renamed here; a file has its name from the disk.</source>
-        <translation>Gruppen und Anwendungen lassen sich hier umbenennen; eine Datei hat ihren Namen von der Festplatte.</translation>
+        <source>Only groups and applications can be renamed here; files are shown under their names on disk.</source>
+        <translation>Nur Gruppen und Anwendungen lassen sich hier umbenennen; Dateien erscheinen unter ihrem Namen auf dem Datenträger.</translation>
     </message>
 </context>
 <context>
     <name>JournalKeeper</name>
     <message>
-        <source>What is not saved would be lost in a crash: %1 can&apos;t be written (%2).</source>
-        <translation>Was nicht gespeichert ist, ginge bei einem Absturz verloren: %1 kann nicht geschrieben werden (%2).</translation>
+        <source>Unsaved changes would be lost in a crash: %1 can&apos;t be written (%2).</source>
+        <translation>Nicht gespeicherte Änderungen gingen bei einem Absturz verloren: %1 kann nicht geschrieben werden (%2).</translation>
     </message>
     <message>
-        <source>%1 is too large to be kept for the case of a crash.</source>
-        <translation>%1 ist zu groß, um für den Fall eines Absturzes aufbewahrt zu werden.</translation>
+        <source>Too large for crash recovery: %1.</source>
+        <translation>Zu groß für die Wiederherstellung nach einem Absturz: %1.</translation>
     </message>
 </context>
 <context>
@@ -792,8 +788,8 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>&amp;Vorheriges Problem</translation>
     </message>
     <message>
-        <source>The last build has no errors and no warnings</source>
-        <translation>Das letzte Erstellen ergab weder Fehler noch Warnungen</translation>
+        <source>The last build had no errors or warnings</source>
+        <translation>Der letzte Build ergab weder Fehler noch Warnungen</translation>
     </message>
     <message>
         <source>Error %1 of %2: %3</source>
@@ -812,11 +808,11 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
     <message>
         <source>The project&apos;s files have been changed by another program.</source>
-        <translation>Die Dateien des Projekts wurden von einem anderen Programm geändert.</translation>
+        <translation>Die Projektdateien wurden von einem anderen Programm geändert.</translation>
     </message>
     <message>
-        <source>Another project can be opened as soon as the build has ended.</source>
-        <translation>Ein anderes Projekt kann geöffnet werden, sobald das Erstellen beendet ist.</translation>
+        <source>You can open another project once the build has finished.</source>
+        <translation>Sie können ein anderes Projekt öffnen, sobald der Build beendet ist.</translation>
     </message>
     <message>
         <source>%1 can&apos;t be opened.</source>
@@ -831,8 +827,8 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
         <translation>Projekte (*.tprj)</translation>
     </message>
     <message>
-        <source>Where to put a copy of %1</source>
-        <translation>Ordner für die Kopie von %1</translation>
+        <source>Choose a folder for the copy of %1</source>
+        <translation>Ordner für die Kopie von %1 auswählen</translation>
     </message>
     <message>
         <source>%1 can&apos;t be copied: %2</source>
@@ -852,17 +848,17 @@ Die Änderungen des Projekts ohne das nicht Gelesene speichern?</translation>
     </message>
     <message>
         <source>Redo project change</source>
-        <translation>Projektänderung wiederherstellen</translation>
+        <translation>Projektänderung wiederholen</translation>
     </message>
     <message>
-        <source>The changes of the project could not be saved.</source>
+        <source>The project&apos;s changes could not be saved.</source>
         <translation>Die Änderungen am Projekt konnten nicht gespeichert werden.</translation>
     </message>
     <message>
-        <source>The project has changes that are not saved.
+        <source>The project has unsaved changes.
 
-Saving puts them together with the changes of the other program.</source>
-        <translation>Das Projekt hat Änderungen, die nicht gespeichert sind.
+Saving merges them with the other program&apos;s changes.</source>
+        <translation>Das Projekt hat nicht gespeicherte Änderungen.
 
 Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</translation>
     </message>
@@ -872,15 +868,15 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>&amp;Find moved files...</source>
-        <translation>Verschobene Dateien &amp;suchen...</translation>
+        <translation>Verschobene Dateien &amp;suchen …</translation>
     </message>
     <message>
         <source>Find &amp;moved files...</source>
-        <translation>&amp;Verschobene Dateien suchen...</translation>
+        <translation>&amp;Verschobene Dateien suchen …</translation>
     </message>
     <message>
-        <source>%1 has to be closed first. Save its changes?</source>
-        <translation>%1 muss zuerst geschlossen werden. Die Änderungen darin speichern?</translation>
+        <source>%1 must be closed first. Save its changes?</source>
+        <translation>%1 muss zuerst geschlossen werden. Änderungen speichern?</translation>
     </message>
     <message>
         <source>Undo: %1</source>
@@ -888,7 +884,7 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>Redo: %1</source>
-        <translation>Wiederherstellen: %1</translation>
+        <translation>Wiederholen: %1</translation>
     </message>
 </context>
 <context>
@@ -905,12 +901,12 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
 <context>
     <name>RecoveryDialog</name>
     <message>
-        <source>Tarn ended unexpectedly on %1. This was not saved:</source>
-        <translation>Tarn wurde am %1 unerwartet beendet. Nicht gespeichert war:</translation>
+        <source>Tarn closed unexpectedly on %1. These changes were not saved:</source>
+        <translation>Tarn wurde am %1 unerwartet beendet. Diese Änderungen wurden nicht gespeichert:</translation>
     </message>
     <message>
         <source>Restore unsaved changes</source>
-        <translation>Ungespeicherte Änderungen wiederherstellen</translation>
+        <translation>Nicht gespeicherte Änderungen wiederherstellen</translation>
     </message>
     <message>
         <source>&amp;Restore</source>
@@ -933,52 +929,52 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Datei</translation>
     </message>
     <message>
-        <source>What can be restored</source>
-        <translation>Was wiederhergestellt werden kann</translation>
+        <source>Recoverable changes</source>
+        <translation>Wiederherstellbare Änderungen</translation>
     </message>
     <message>
-        <source>Changes of the project: files and options</source>
-        <translation>Änderungen des Projekts: Dateien und Optionen</translation>
+        <source>Project changes: files and options</source>
+        <translation>Projektänderungen: Dateien und Optionen</translation>
     </message>
     <message>
-        <source>Nothing: what was kept of it is damaged</source>
-        <translation>Nichts: Was davon aufbewahrt war, ist beschädigt</translation>
+        <source>None: the recovery data is damaged</source>
+        <translation>Keine: Die Wiederherstellungsdaten sind beschädigt</translation>
     </message>
     <message>
-        <source>What is restored is not saved yet: look at it, then save it or undo it.</source>
-        <translation>Was wiederhergestellt wird, ist noch nicht gespeichert: Sehen Sie es an, dann speichern Sie es oder machen es rückgängig.</translation>
+        <source>Restored changes are not saved yet: review them, then save or undo them.</source>
+        <translation>Wiederhergestellte Änderungen sind noch nicht gespeichert: Prüfen Sie sie, und speichern Sie sie oder machen Sie sie rückgängig.</translation>
     </message>
     <message>
-        <source>Unsaved text; the file is gone</source>
-        <translation>Ungespeicherter Text; die Datei ist nicht mehr da</translation>
+        <source>Unsaved text; the file no longer exists</source>
+        <translation>Nicht gespeicherter Text; die Datei existiert nicht mehr</translation>
     </message>
     <message>
         <source>Unsaved text; the file has changed since</source>
-        <translation>Ungespeicherter Text; die Datei wurde seitdem geändert</translation>
+        <translation>Nicht gespeicherter Text; die Datei wurde seitdem geändert</translation>
     </message>
     <message>
         <source>Unsaved text</source>
-        <translation>Ungespeicherter Text</translation>
+        <translation>Nicht gespeicherter Text</translation>
     </message>
     <message>
-        <source>Tarn ended unexpectedly, and what was not saved then can&apos;t be read: its journal is damaged.
+        <source>Tarn closed unexpectedly, and the unsaved changes can&apos;t be restored: the journal is damaged.
 
 %1: %2</source>
-        <translation>Tarn wurde unerwartet beendet, und was dabei nicht gespeichert war, ist nicht lesbar: Die Sicherung davon ist beschädigt.
+        <translation>Tarn wurde unerwartet beendet, und die nicht gespeicherten Änderungen können nicht wiederhergestellt werden: Das Journal ist beschädigt.
 
 %1: %2</translation>
     </message>
     <message>
-        <source>Another version of Tarn ended unexpectedly. What was not saved then can be restored only by that version.
+        <source>Another version of Tarn closed unexpectedly. Only that version can restore its unsaved changes.
 
 %1</source>
-        <translation>Eine andere Version von Tarn wurde unerwartet beendet. Was dabei nicht gespeichert war, kann nur jene Version wiederherstellen.
+        <translation>Eine andere Version von Tarn wurde unerwartet beendet. Nur diese Version kann ihre nicht gespeicherten Änderungen wiederherstellen.
 
 %1</translation>
     </message>
     <message>
-        <source>Changes of the project: files and options; the project is gone</source>
-        <translation>Änderungen des Projekts: Dateien und Optionen; das Projekt ist nicht mehr da</translation>
+        <source>Project changes: files and options; the project no longer exists</source>
+        <translation>Projektänderungen: Dateien und Optionen; das Projekt existiert nicht mehr</translation>
     </message>
 </context>
 <context>
@@ -988,16 +984,16 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Verschobene Dateien suchen</translation>
     </message>
     <message>
-        <source>Search &amp;below:</source>
-        <translation>Suchen &amp;unter:</translation>
+        <source>Search &amp;in:</source>
+        <translation>Suchen &amp;in:</translation>
     </message>
     <message>
         <source>Choose &amp;folder...</source>
-        <translation>&amp;Ordner wählen...</translation>
+        <translation>&amp;Ordner wählen …</translation>
     </message>
     <message>
         <source>Folder to search</source>
-        <translation>Ordner, der durchsucht wird</translation>
+        <translation>Zu durchsuchender Ordner</translation>
     </message>
     <message>
         <source>Missing</source>
@@ -1008,16 +1004,16 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Gefunden</translation>
     </message>
     <message>
-        <source>Where it is used</source>
-        <translation>Wo es verwendet wird</translation>
+        <source>Used as</source>
+        <translation>Verwendet als</translation>
     </message>
     <message>
-        <source>&amp;Correct the project</source>
-        <translation>Projekt &amp;berichtigen</translation>
+        <source>&amp;Update project</source>
+        <translation>Projekt &amp;anpassen</translation>
     </message>
     <message>
         <source>Searching...</source>
-        <translation>Suche läuft...</translation>
+        <translation>Suche läuft …</translation>
     </message>
     <message>
         <source>Nothing is missing.</source>
@@ -1039,22 +1035,22 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Datei von %1</translation>
     </message>
     <message>
-        <source>Where %1 is</source>
-        <translation>Wo %1 ist</translation>
+        <source>New location of %1</source>
+        <translation>Neuer Ort von %1</translation>
     </message>
     <message numerus="yes">
-        <source>one of %n files</source>
+        <source>one of %n matching files</source>
         <translation>
-            <numerusform>eine von %n Datei</numerusform>
-            <numerusform>eine von %n Dateien</numerusform>
+            <numerusform>eine von %n passenden Datei</numerusform>
+            <numerusform>eine von %n passenden Dateien</numerusform>
         </translation>
     </message>
     <message>
-        <source>option in %1; goes with the files of its folder</source>
-        <translation>Option in %1; richtet sich nach den Dateien ihres Ordners</translation>
+        <source>option in %1; follows the files in its folder</source>
+        <translation>Option in %1; folgt den Dateien ihres Ordners</translation>
     </message>
     <message>
-        <source>not found below this folder</source>
+        <source>not found in this folder</source>
         <translation>in diesem Ordner nicht gefunden</translation>
     </message>
     <message numerus="yes">
@@ -1083,15 +1079,15 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
 <context>
     <name>SaveNotice</name>
     <message numerus="yes">
-        <source>%1 was also changed by another program. It has both changes now.</source>
+        <source>%1 was also changed by another program. It now contains both changes.</source>
         <translation>
             <numerusform>%1 wurde auch von einem anderen Programm geändert. Die Datei enthält jetzt beide Änderungen.</numerusform>
             <numerusform>%1 wurden auch von einem anderen Programm geändert. Die Dateien enthalten jetzt beide Änderungen.</numerusform>
         </translation>
     </message>
     <message>
-        <source>Saved together with another program&apos;s changes</source>
-        <translation>Zusammen mit Änderungen eines anderen Programms gespeichert</translation>
+        <source>Merged with another program&apos;s changes</source>
+        <translation>Mit Änderungen eines anderen Programms zusammengeführt</translation>
     </message>
     <message>
         <source>&amp;Open the other version</source>
@@ -1102,20 +1098,20 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Datei</translation>
     </message>
     <message>
-        <source>Place</source>
+        <source>Location</source>
         <translation>Stelle</translation>
     </message>
     <message>
-        <source>What</source>
-        <translation>Was</translation>
+        <source>Change</source>
+        <translation>Änderung</translation>
     </message>
     <message>
         <source>Other version</source>
         <translation>Andere Fassung</translation>
     </message>
     <message>
-        <source>Files with changes of both sides</source>
-        <translation>Dateien mit Änderungen beider Seiten</translation>
+        <source>Files changed on both sides</source>
+        <translation>Auf beiden Seiten geänderte Dateien</translation>
     </message>
     <message>
         <source>removed here, changed there</source>
@@ -1134,12 +1130,12 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>die Datei selbst</translation>
     </message>
     <message>
-        <source>has the changes of both sides</source>
+        <source>contains the changes from both sides</source>
         <translation>enthält die Änderungen beider Seiten</translation>
     </message>
     <message>
-        <source>held more than was read from it</source>
-        <translation>enthielt mehr, als daraus gelesen wurde</translation>
+        <source>contained more than could be read</source>
+        <translation>enthielt mehr, als gelesen werden konnte</translation>
     </message>
     <message>
         <source>replaced by your version</source>
@@ -1157,21 +1153,21 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         </translation>
     </message>
     <message numerus="yes">
-        <source>Files of the project were changed here and by another program, with %n conflict(s).</source>
+        <source>Project files were changed here and by another program, with %n conflict(s).</source>
         <translation>
-            <numerusform>Dateien des Projekts wurden hier und von einem anderen Programm geändert, mit einem Konflikt.</numerusform>
-            <numerusform>Dateien des Projekts wurden hier und von einem anderen Programm geändert, mit %n Konflikten.</numerusform>
+            <numerusform>Projektdateien wurden hier und von einem anderen Programm geändert, mit einem Konflikt.</numerusform>
+            <numerusform>Projektdateien wurden hier und von einem anderen Programm geändert, mit %n Konflikten.</numerusform>
         </translation>
     </message>
     <message>
-        <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>
-        <translation>Wo beide Seiten denselben Wert geändert haben, wurde Ihrer gespeichert. Was eine Seite entfernt und die andere geändert hat, ist geblieben.</translation>
+        <source>Where both sides changed the same value, yours was saved. Whatever was removed on one side but changed on the other was kept.</source>
+        <translation>Wo beide Seiten denselben Wert geändert haben, wurde Ihrer gespeichert. Was auf einer Seite entfernt und auf der anderen geändert wurde, ist erhalten geblieben.</translation>
     </message>
     <message numerus="yes">
-        <source>%1 was replaced. What it held before is kept as:</source>
+        <source>%1 was replaced. Its previous content was saved as:</source>
         <translation>
-            <numerusform>%1 wurde ersetzt. Der frühere Inhalt ist aufbewahrt als:</numerusform>
-            <numerusform>%1 wurden ersetzt. Der frühere Inhalt ist aufbewahrt als:</numerusform>
+            <numerusform>%1 wurde ersetzt. Der frühere Inhalt wurde gespeichert als:</numerusform>
+            <numerusform>%1 wurden ersetzt. Der frühere Inhalt wurde gespeichert als:</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -1182,19 +1178,19 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         </translation>
     </message>
     <message>
-        <source>%1 was missing. It has been written again.</source>
-        <translation>%1 fehlte und wurde neu geschrieben.</translation>
+        <source>%1 was missing and has been re-created.</source>
+        <translation>%1 fehlte und wurde neu angelegt.</translation>
     </message>
     <message>
-        <source>was missing, written again</source>
-        <translation>fehlte, neu geschrieben</translation>
+        <source>was missing, re-created</source>
+        <translation>fehlte, neu angelegt</translation>
     </message>
 </context>
 <context>
     <name>ServerNotices</name>
     <message>
-        <source>What commands work on</source>
-        <translation>Worauf Befehle wirken</translation>
+        <source>Current selection</source>
+        <translation>Aktuelle Auswahl</translation>
     </message>
     <message>
         <source>%1 is out of date</source>
@@ -1202,7 +1198,7 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>%1 has been created</source>
-        <translation>%1 wurde angelegt</translation>
+        <translation>%1 wurde erstellt</translation>
     </message>
     <message>
         <source>The new application is ready to be built</source>
@@ -1240,15 +1236,15 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>Build succeeded</source>
-        <translation>Erstellen erfolgreich</translation>
+        <translation>Build erfolgreich</translation>
     </message>
     <message>
         <source>Build stopped</source>
-        <translation>Erstellen abgebrochen</translation>
+        <translation>Build abgebrochen</translation>
     </message>
     <message>
         <source>Build failed</source>
-        <translation>Erstellen fehlgeschlagen</translation>
+        <translation>Build fehlgeschlagen</translation>
     </message>
     <message numerus="yes">
         <source>%n error(s)</source>
@@ -1270,11 +1266,11 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>Show the build log</source>
-        <translation>Protokoll zeigen</translation>
+        <translation>Build-Protokoll anzeigen</translation>
     </message>
     <message>
-        <source>Progress of the build</source>
-        <translation>Fortschritt des Erstellens</translation>
+        <source>Build progress</source>
+        <translation>Build-Fortschritt</translation>
     </message>
     <message>
         <source>Stop</source>
@@ -1282,7 +1278,7 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>Stop the build</source>
-        <translation>Erstellen abbrechen</translation>
+        <translation>Build abbrechen</translation>
     </message>
     <message>
         <source>%1: %2</source>
@@ -1294,7 +1290,7 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>Stopping the build...</source>
-        <translation>Das Erstellen wird abgebrochen …</translation>
+        <translation>Build wird abgebrochen …</translation>
     </message>
     <message>
         <source>Building...</source>
@@ -1302,19 +1298,19 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>Building %1 of %2</source>
-        <translation>Erstellt wird %1 von %2</translation>
+        <translation>%1 von %2 wird erstellt</translation>
     </message>
     <message>
         <source>Building file %1</source>
-        <translation>Erstellt wird Datei %1</translation>
+        <translation>Datei %1 wird erstellt</translation>
     </message>
     <message>
         <source>Build not started</source>
-        <translation>Erstellen nicht begonnen</translation>
+        <translation>Build nicht gestartet</translation>
     </message>
     <message>
-        <source>Waiting for the options of the project...</source>
-        <translation>Warten auf die Optionen des Projekts …</translation>
+        <source>Waiting for the project&apos;s options...</source>
+        <translation>Warten auf die Projektoptionen …</translation>
     </message>
     <message>
         <source>Waiting for another build of this project (%1)</source>
@@ -1324,15 +1320,15 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
 <context>
     <name>TreeFilter</name>
     <message>
-        <source>Find in the project</source>
+        <source>Find in project</source>
         <translation>Im Projekt suchen</translation>
     </message>
     <message>
-        <source>Lists all nodes whose name or path contains this (Ctrl+P)</source>
-        <translation>Zeigt alle Knoten, deren Name oder Pfad dies enthält (Strg+P)</translation>
+        <source>Lists all nodes whose name or path contains this text (Ctrl+P)</source>
+        <translation>Zeigt alle Knoten, deren Name oder Pfad diesen Text enthält (Strg+P)</translation>
     </message>
     <message>
-        <source>Nodes that were found</source>
+        <source>Matching nodes</source>
         <translation>Gefundene Knoten</translation>
     </message>
 </context>
@@ -1351,8 +1347,8 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Dieses Projekt möchte das Skript %1 ausführen.</translation>
     </message>
     <message>
-        <source>This project wants to run code of its own, by the argument %1.</source>
-        <translation>Dieses Projekt möchte eigenen Code ausführen, durch das Argument %1.</translation>
+        <source>This project wants to run its own code through the argument %1.</source>
+        <translation>Dieses Projekt möchte über das Argument %1 eigenen Code ausführen.</translation>
     </message>
     <message>
         <source>This project wants to run %1.</source>
@@ -1369,8 +1365,8 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     <message numerus="yes">
         <source> %n more request(s) in the log.</source>
         <translation>
-            <numerusform> %n weiterer Wunsch steht im Protokoll.</numerusform>
-            <numerusform> %n weitere Wünsche stehen im Protokoll.</numerusform>
+            <numerusform> %n weitere Anforderung steht im Protokoll.</numerusform>
+            <numerusform> %n weitere Anforderungen stehen im Protokoll.</numerusform>
         </translation>
     </message>
     <message>
@@ -1382,7 +1378,7 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Tarn</translation>
     </message>
     <message>
-        <source>The answer can&apos;t be stored: %1: %2</source>
+        <source>The answer can&apos;t be saved: %1: %2</source>
         <translation>Die Antwort kann nicht gespeichert werden: %1: %2</translation>
     </message>
 </context>
@@ -1393,8 +1389,8 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Tarn</translation>
     </message>
     <message>
-        <source>Firmware projects for microcontrollers</source>
-        <translation>Firmwareprojekte für Mikrocontroller</translation>
+        <source>Microcontroller firmware projects</source>
+        <translation>Firmware-Projekte für Mikrocontroller</translation>
     </message>
     <message>
         <source>Start</source>
@@ -1405,8 +1401,8 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Projekt öffnen …</translation>
     </message>
     <message>
-        <source>From a folder of this machine</source>
-        <translation>Aus einem Ordner dieses Rechners</translation>
+        <source>From a folder on this computer</source>
+        <translation>Aus einem Ordner auf diesem Computer</translation>
     </message>
     <message>
         <source>New project...</source>
@@ -1426,7 +1422,7 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>Projects that you open will be listed here.</source>
-        <translation>Hier stehen die Projekte, die Sie öffnen.</translation>
+        <translation>Hier erscheinen die Projekte, die Sie öffnen.</translation>
     </message>
 </context>
 <context>
@@ -1443,8 +1439,8 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
 <context>
     <name>main</name>
     <message>
-        <source>Opens a project and the files to edit.</source>
-        <translation>Öffnet ein Projekt und die Dateien, die bearbeitet werden sollen.</translation>
+        <source>Opens a project and files to edit.</source>
+        <translation>Öffnet ein Projekt und zu bearbeitende Dateien.</translation>
     </message>
     <message>
         <source>Project (.tprj) and source files.</source>
@@ -1454,8 +1450,8 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
 <context>
     <name>tarn::host::ChoiceEditor</name>
     <message>
-        <source>(as inherited)</source>
-        <translation>(wie geerbt)</translation>
+        <source>(inherited)</source>
+        <translation>(geerbt)</translation>
     </message>
 </context>
 <context>
@@ -1477,8 +1473,8 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>&amp;Geerbtes hinzufügen</translation>
     </message>
     <message>
-        <source>What would hold without a list of one&apos;s own</source>
-        <translation>Was ohne eigene Liste gälte</translation>
+        <source>Insert the inherited value</source>
+        <translation>Den geerbten Wert einfügen</translation>
     </message>
     <message>
         <source>&amp;Remove</source>
@@ -1493,15 +1489,15 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Nach &amp;unten</translation>
     </message>
     <message>
-        <source>%1 stands for what would hold without this list.</source>
-        <translation>%1 steht für das, was ohne diese Liste gälte.</translation>
+        <source>%1 stands for the inherited value.</source>
+        <translation>%1 steht für den geerbten Wert.</translation>
     </message>
 </context>
 <context>
     <name>tarn::host::OptionsDelegate</name>
     <message>
-        <source>Back to the inherited value (Del)</source>
-        <translation>Zurück zum geerbten Wert (Entf)</translation>
+        <source>Reset to the inherited value (Del)</source>
+        <translation>Auf den geerbten Wert zurücksetzen (Entf)</translation>
     </message>
 </context>
 <context>
@@ -1511,16 +1507,16 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Optionen</translation>
     </message>
     <message>
-        <source>Written as: %1</source>
-        <translation>Geschrieben als: %1</translation>
+        <source>As written: %1</source>
+        <translation>Wie eingegeben: %1</translation>
     </message>
     <message>
-        <source>Gives: %1</source>
-        <translation>Ergibt: %1</translation>
+        <source>Expands to: %1</source>
+        <translation>Aufgelöst: %1</translation>
     </message>
     <message>
-        <source>nothing</source>
-        <translation>nichts</translation>
+        <source>(empty)</source>
+        <translation>(leer)</translation>
     </message>
     <message>
         <source>%1: %2</source>
@@ -1548,15 +1544,15 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>from %1 %2</source>
-        <translation>von: %1 %2</translation>
+        <translation>von %1 %2</translation>
     </message>
     <message>
-        <source>as %1 %2</source>
-        <translation>wie: %1 %2</translation>
+        <source>same as %1 %2</source>
+        <translation>wie %1 %2</translation>
     </message>
     <message>
         <source>default</source>
-        <translation>Vorgabe</translation>
+        <translation>Standardwert</translation>
     </message>
     <message>
         <source>Yes</source>
@@ -1575,7 +1571,7 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Wert</translation>
     </message>
     <message>
-        <source>From</source>
+        <source>Origin</source>
         <translation>Herkunft</translation>
     </message>
 </context>
@@ -1594,16 +1590,16 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>Höchstens %1.</translation>
     </message>
     <message>
-        <source>nothing</source>
-        <translation>nichts</translation>
+        <source>(empty)</source>
+        <translation>(leer)</translation>
     </message>
     <message>
-        <source>Set at %1 %2 for %3: %4</source>
-        <translation>Gesetzt bei %1 %2 für %3: %4</translation>
+        <source>Set on %1 %2 for %3: %4</source>
+        <translation>Gesetzt für %1 %2, Konfiguration %3: %4</translation>
     </message>
     <message>
-        <source>What the option means</source>
-        <translation>Bedeutung der Option</translation>
+        <source>Option description</source>
+        <translation>Beschreibung der Option</translation>
     </message>
     <message>
         <source>Undo</source>
@@ -1611,7 +1607,7 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>Redo</source>
-        <translation>Wiederherstellen</translation>
+        <translation>Wiederholen</translation>
     </message>
     <message>
         <source>Search options</source>
@@ -1662,8 +1658,8 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
         <translation>%1 in %2</translation>
     </message>
     <message>
-        <source>Options can&apos;t be changed while a build runs.</source>
-        <translation>Während des Erstellens können Optionen nicht geändert werden.</translation>
+        <source>Options can&apos;t be changed while a build is running.</source>
+        <translation>Während eines Builds können Optionen nicht geändert werden.</translation>
     </message>
     <message>
         <source>Undo: %1</source>
@@ -1671,47 +1667,47 @@ Beim Speichern werden sie mit denen des anderen Programms zusammengeführt.</tra
     </message>
     <message>
         <source>Redo: %1</source>
-        <translation>Wiederherstellen: %1</translation>
+        <translation>Wiederholen: %1</translation>
     </message>
     <message>
         <source>Select a node of the project.</source>
         <translation>Wählen Sie einen Knoten des Projekts.</translation>
     </message>
     <message>
-        <source>Select an option to see what it means.</source>
-        <translation>Wählen Sie eine Option, um ihre Bedeutung zu sehen.</translation>
+        <source>Select an option to see its description.</source>
+        <translation>Wählen Sie eine Option, um ihre Beschreibung zu sehen.</translation>
     </message>
     <message>
-        <source>Written as: %1</source>
-        <translation>Geschrieben als: %1</translation>
+        <source>As written: %1</source>
+        <translation>Wie eingegeben: %1</translation>
     </message>
     <message>
-        <source>Gives: %1</source>
-        <translation>Ergibt: %1</translation>
+        <source>Expands to: %1</source>
+        <translation>Aufgelöst: %1</translation>
     </message>
     <message>
         <source>Default: %1</source>
-        <translation>Vorgabe: %1</translation>
+        <translation>Standardwert: %1</translation>
     </message>
     <message>
         <source>Reset options</source>
         <translation>Optionen zurücksetzen</translation>
     </message>
     <message>
-        <source>Take away all options that are set at %1, in every configuration? This can&apos;t be undone.</source>
-        <translation>Alle Optionen entfernen, die bei %1 gesetzt sind, in jeder Konfiguration? Das kann nicht rückgängig gemacht werden.</translation>
+        <source>Reset all options set on %1, in every configuration? This can&apos;t be undone.</source>
+        <translation>Alle für %1 gesetzten Optionen in allen Konfigurationen zurücksetzen? Das kann nicht rückgängig gemacht werden.</translation>
     </message>
     <message>
         <source>Name:</source>
         <translation>Name:</translation>
     </message>
     <message>
-        <source>There is a configuration %1 already.</source>
-        <translation>Die Konfiguration %1 gibt es schon.</translation>
+        <source>The configuration %1 already exists.</source>
+        <translation>Die Konfiguration %1 ist bereits vorhanden.</translation>
     </message>
     <message>
-        <source>There is no kind of node &quot;%1&quot;. These are known: %2.</source>
-        <translation>Es gibt keine Knotenart „%1“. Bekannt sind: %2.</translation>
+        <source>Unknown node type &quot;%1&quot;. Known types: %2.</source>
+        <translation>Unbekannter Knotentyp „%1“. Bekannte Typen: %2.</translation>
     </message>
 </context>
 <context>

@@ -52,20 +52,20 @@
 <context>
     <name>EditorArea</name>
     <message numerus="yes">
-        <source>%1 was not saved: it has been changed by another program as well.</source>
+        <source>%1 was not saved, because another program has changed it too.</source>
         <translation>
-            <numerusform>%1 was not saved: it has been changed by another program as well.</numerusform>
-            <numerusform>%1 were not saved: they have been changed by another program as well.</numerusform>
+            <numerusform>%1 was not saved, because another program has changed it too.</numerusform>
+            <numerusform>%1 were not saved, because another program has changed them too.</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>EditorTabs</name>
     <message numerus="yes">
-        <source>%1 is not saved. Build what is on the disk?</source>
+        <source>%1 has unsaved changes. Build the version on disk?</source>
         <translation>
-            <numerusform>%1 is not saved. Build what is on the disk?</numerusform>
-            <numerusform>%1 are not saved. Build what is on the disk?</numerusform>
+            <numerusform>%1 has unsaved changes. Build the version on disk?</numerusform>
+            <numerusform>%1 have unsaved changes. Build the versions on disk?</numerusform>
         </translation>
     </message>
 </context>
@@ -92,12 +92,12 @@
 <context>
     <name>IdeWindow</name>
     <message numerus="yes">
-        <source>There is no such file:
+        <source>File not found:
 %1</source>
         <translation>
-            <numerusform>There is no such file:
+            <numerusform>File not found:
 %1</numerusform>
-            <numerusform>There are no such files:
+            <numerusform>Files not found:
 %1</numerusform>
         </translation>
     </message>
@@ -112,10 +112,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>one of %n files</source>
+        <source>one of %n matching files</source>
         <translation>
-            <numerusform>one of %n file</numerusform>
-            <numerusform>one of %n files</numerusform>
+            <numerusform>one of %n matching file</numerusform>
+            <numerusform>one of %n matching files</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -136,24 +136,24 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>Files of the project were changed here and by another program, with %n conflict(s).</source>
+        <source>Project files were changed here and by another program, with %n conflict(s).</source>
         <translation>
-            <numerusform>Files of the project were changed here and by another program, with %n conflict.</numerusform>
-            <numerusform>Files of the project were changed here and by another program, with %n conflicts.</numerusform>
+            <numerusform>Project files were changed here and by another program, with a conflict.</numerusform>
+            <numerusform>Project files were changed here and by another program, with %n conflicts.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 was replaced. What it held before is kept as:</source>
+        <source>%1 was replaced. Its previous content was saved as:</source>
         <translation>
-            <numerusform>%1 was replaced. What it held before is kept as:</numerusform>
-            <numerusform>%1 were replaced. What they held before is kept as:</numerusform>
+            <numerusform>%1 was replaced. Its previous content was saved as:</numerusform>
+            <numerusform>%1 were replaced. Their previous content was saved as:</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 was also changed by another program. It has both changes now.</source>
+        <source>%1 was also changed by another program. It now contains both changes.</source>
         <translation>
-            <numerusform>%1 was also changed by another program. It has both changes now.</numerusform>
-            <numerusform>%1 were also changed by another program. They have both changes now.</numerusform>
+            <numerusform>%1 was also changed by another program. It now contains both changes.</numerusform>
+            <numerusform>%1 were also changed by another program. They now contain both changes.</numerusform>
         </translation>
     </message>
     <message numerus="yes">

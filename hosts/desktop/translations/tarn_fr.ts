@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Remove %1</source>
-        <translation>Retirer %1</translation>
+        <translation>Supprimer %1</translation>
     </message>
     <message>
         <source>Move %1</source>
@@ -33,7 +33,7 @@
     </message>
     <message>
         <source>Select configuration %1</source>
-        <translation>Choisir la configuration %1</translation>
+        <translation>Sélectionner la configuration %1</translation>
     </message>
     <message>
         <source>Set %1</source>
@@ -49,7 +49,7 @@
     </message>
     <message>
         <source>Select application %1</source>
-        <translation>Choisir l’application %1</translation>
+        <translation>Sélectionner l’application %1</translation>
     </message>
     <message>
         <source>Change the project</source>
@@ -94,8 +94,8 @@
 <context>
     <name>CodeEditor</name>
     <message>
-        <source>The text holds characters that the file&apos;s encoding can&apos;t write.</source>
-        <translation>Le texte contient des caractères que l’encodage du fichier ne permet pas d’écrire.</translation>
+        <source>The text contains characters that the file&apos;s encoding can&apos;t represent.</source>
+        <translation>Le texte contient des caractères que l’encodage du fichier ne permet pas de représenter.</translation>
     </message>
 </context>
 <context>
@@ -105,44 +105,44 @@
         <translation>Tarn</translation>
     </message>
     <message>
-        <source>What was not saved is offered again at the next start, as not all of it could be restored.</source>
-        <translation>Ce qui n&apos;était pas enregistré sera proposé de nouveau au prochain démarrage, car tout n&apos;a pas pu être restauré.</translation>
+        <source>Not everything could be restored. The unsaved changes will be offered again at the next start.</source>
+        <translation>Tout n’a pas pu être restauré. Les modifications non enregistrées seront proposées de nouveau au prochain démarrage.</translation>
     </message>
     <message>
         <source>%1 can&apos;t be opened.</source>
-        <translation>Impossible d&apos;ouvrir %1.</translation>
+        <translation>Impossible d’ouvrir %1.</translation>
     </message>
     <message>
-        <source>These changes of the project conflict with those that were restored before:</source>
-        <translation>Ces modifications du projet contredisent celles qui ont déjà été rétablies :</translation>
+        <source>These project changes conflict with changes that were already restored:</source>
+        <translation>Ces modifications du projet sont en conflit avec d’autres déjà restaurées&#xa0;:</translation>
     </message>
     <message>
-        <source>%1 has another text that is not saved.</source>
-        <translation>%1 a déjà un autre texte non enregistré.</translation>
+        <source>%1 already has other unsaved changes.</source>
+        <translation>%1 a déjà d’autres modifications non enregistrées.</translation>
     </message>
     <message>
-        <source>%1 is gone, and its folder with it. What was not saved is offered again at the next start. It can also be saved in another folder now.</source>
-        <translation>%1 n&apos;existe plus, ni son dossier. Ce qui n&apos;était pas enregistré sera proposé de nouveau au prochain démarrage. Vous pouvez aussi l&apos;enregistrer maintenant dans un autre dossier.</translation>
+        <source>%1 and its folder no longer exist. The unsaved changes will be offered again at the next start. You can also save copies of them in another folder now.</source>
+        <translation>%1 et son dossier n’existent plus. Les modifications non enregistrées seront proposées de nouveau au prochain démarrage. Vous pouvez aussi en enregistrer dès maintenant des copies dans un autre dossier.</translation>
     </message>
     <message>
         <source>&amp;Save copies...</source>
-        <translation>Enregistrer des &amp;copies...</translation>
+        <translation>Enregistrer des &amp;copies…</translation>
     </message>
     <message>
         <source>Folder for the copies</source>
-        <translation>Dossier des copies</translation>
+        <translation>Dossier pour les copies</translation>
     </message>
     <message>
-        <source>What was not saved of %1</source>
-        <translation>Ce qui n&apos;était pas enregistré de %1</translation>
+        <source>Unsaved changes to %1</source>
+        <translation>Modifications non enregistrées de %1</translation>
     </message>
     <message>
         <source>%1 can&apos;t be written: %2</source>
-        <translation>Impossible d&apos;écrire %1 : %2</translation>
+        <translation>Impossible d’écrire %1&#xa0;: %2</translation>
     </message>
     <message>
-        <source>Kept as:</source>
-        <translation>Conservé sous :</translation>
+        <source>Saved as:</source>
+        <translation>Enregistré sous&#xa0;:</translation>
     </message>
 </context>
 <context>
@@ -150,21 +150,21 @@
     <message numerus="yes">
         <source>%1, and %n more</source>
         <translation>
-            <numerusform>%1, et %n autre endroit</numerusform>
-            <numerusform>%1, et %n autres endroits</numerusform>
+            <numerusform>%1 et %n autre endroit</numerusform>
+            <numerusform>%1 et %n autres endroits</numerusform>
         </translation>
     </message>
     <message>
-        <source>The project was read only in part: %1</source>
-        <translation>Le projet n’a été lu qu’en partie : %1</translation>
+        <source>The project was only partially read: %1</source>
+        <translation>Le projet n’a été lu que partiellement&#xa0;: %1</translation>
     </message>
     <message>
         <source>%1
 
-Build or save it without what was not read? A file that is written is first copied to a file with .bak at the end of its name.</source>
+Build or save it without the unread parts? Before a file is overwritten, it is copied to a file with .bak appended to its name.</source>
         <translation>%1
 
-Générer ou enregistrer sans ce qui n’a pas été lu ? Un fichier qui est écrit est d’abord copié dans un fichier dont le nom se termine par .bak.</translation>
+Générer ou enregistrer sans les parties non lues&#xa0;? Avant d’être remplacé, chaque fichier est copié sous son nom suivi de .bak.</translation>
     </message>
     <message>
         <source>Tarn</source>
@@ -173,25 +173,25 @@ Générer ou enregistrer sans ce qui n’a pas été lu ? Un fichier qui est éc
     <message>
         <source>%1
 
-Save the changes of the project without what was not read?</source>
+Save the project&apos;s changes without the unread parts?</source>
         <translation>%1
 
-Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</translation>
+Enregistrer les modifications du projet sans les parties non lues&#xa0;?</translation>
     </message>
 </context>
 <context>
     <name>DeclarationSearch</name>
     <message>
-        <source>There is no name at the cursor</source>
-        <translation>Aucun nom sous le curseur</translation>
+        <source>No identifier at the cursor</source>
+        <translation>Aucun identificateur à la position du curseur</translation>
     </message>
     <message>
-        <source>No global named %1 is known</source>
-        <translation>Aucun nom global %1 n’est connu</translation>
+        <source>No global named %1 found</source>
+        <translation>Aucun nom global %1 trouvé</translation>
     </message>
     <message>
-        <source>No global named %1 is known; build the project first</source>
-        <translation>Aucun nom global %1 n’est connu&#xa0;; générez d’abord le projet</translation>
+        <source>No global named %1 found; build the project first</source>
+        <translation>Aucun nom global %1 trouvé&#xa0;; générez d’abord le projet</translation>
     </message>
 </context>
 <context>
@@ -273,11 +273,11 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
     <message>
         <source>Keep mine</source>
-        <translation>Garder ma version</translation>
+        <translation>Conserver ma version</translation>
     </message>
     <message>
-        <source>%1 has been changed by another program, and here as well.</source>
-        <translation>%1 a été modifié par un autre programme, et ici aussi.</translation>
+        <source>%1 has been changed both here and by another program.</source>
+        <translation>%1 a été modifié à la fois ici et par un autre programme.</translation>
     </message>
     <message>
         <source>Allow building and saving</source>
@@ -289,17 +289,17 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
     <message>
         <source>Details...</source>
-        <translation>Détails...</translation>
+        <translation>Détails…</translation>
     </message>
     <message>
         <source>Try again</source>
         <translation>Réessayer</translation>
     </message>
     <message numerus="yes">
-        <source>%1 was not saved: it has been changed by another program as well.</source>
+        <source>%1 was not saved, because another program has changed it too.</source>
         <translation>
-            <numerusform>%1 n&apos;a pas été enregistré : un autre programme l&apos;a modifié aussi.</numerusform>
-            <numerusform>%1 n&apos;ont pas été enregistrés : un autre programme les a modifiés aussi.</numerusform>
+            <numerusform>%1 n’a pas été enregistré, car un autre programme l’a aussi modifié.</numerusform>
+            <numerusform>%1 n’ont pas été enregistrés, car un autre programme les a aussi modifiés.</numerusform>
         </translation>
     </message>
     <message>
@@ -318,7 +318,7 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Ligne %1, colonne %2</translation>
     </message>
     <message>
-        <source>8 bit</source>
+        <source>8-bit</source>
         <translation>8 bits</translation>
     </message>
     <message>
@@ -345,7 +345,7 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Impossible d’écrire %1&#xa0;: %2</translation>
     </message>
     <message>
-        <source>Save the changes in %1?</source>
+        <source>Save changes to %1?</source>
         <translation>Enregistrer les modifications de %1&#xa0;?</translation>
     </message>
     <message>
@@ -353,19 +353,19 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Fichiers ouverts</translation>
     </message>
     <message numerus="yes">
-        <source>%1 is not saved. Build what is on the disk?</source>
+        <source>%1 has unsaved changes. Build the version on disk?</source>
         <translation>
-            <numerusform>%1 n&apos;est pas enregistré. Compiler ce qui est sur le disque ?</numerusform>
-            <numerusform>%1 ne sont pas enregistrés. Compiler ce qui est sur le disque ?</numerusform>
+            <numerusform>%1 a des modifications non enregistrées. Générer avec la version sur le disque&#xa0;?</numerusform>
+            <numerusform>%1 ont des modifications non enregistrées. Générer avec les versions sur le disque&#xa0;?</numerusform>
         </translation>
     </message>
     <message>
         <source>&amp;Build</source>
-        <translation>&amp;Compiler</translation>
+        <translation>&amp;Générer</translation>
     </message>
     <message>
-        <source>Another program has changed the file as well. Saving replaces what it wrote.</source>
-        <translation>Un autre programme a aussi modifié le fichier. L&apos;enregistrement remplace ce qu&apos;il a écrit.</translation>
+        <source>Another program has also changed this file. Saving overwrites its changes.</source>
+        <translation>Un autre programme a aussi modifié ce fichier. L’enregistrement écrasera ses modifications.</translation>
     </message>
 </context>
 <context>
@@ -398,11 +398,7 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Remplacer par</translation>
     </message>
     <message>
-        <source>Text to put in its place</source>
-        <translation>Texte de remplacement</translation>
-    </message>
-    <message>
-        <source>Match upper and lower case</source>
+        <source>Match case</source>
         <translation>Respecter la casse</translation>
     </message>
     <message>
@@ -414,11 +410,11 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Expression régulière</translation>
     </message>
     <message>
-        <source>Find the previous one</source>
+        <source>Previous match</source>
         <translation>Occurrence précédente</translation>
     </message>
     <message>
-        <source>Find the next one</source>
+        <source>Next match</source>
         <translation>Occurrence suivante</translation>
     </message>
     <message>
@@ -457,7 +453,7 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     <name>Findings</name>
     <message>
         <source>Damage</source>
-        <translation>Dommages</translation>
+        <translation>Données endommagées</translation>
     </message>
     <message>
         <source>Missing files</source>
@@ -465,7 +461,7 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
     <message>
         <source>%1 is missing</source>
-        <translation>%1 est absent</translation>
+        <translation>%1 est manquant</translation>
     </message>
     <message>
         <source>Missing folders</source>
@@ -476,8 +472,8 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Bibliothèques manquantes</translation>
     </message>
     <message>
-        <source>The library %1 is neither in the library folders nor among those of the compiler</source>
-        <translation>La bibliothèque %1 n’est ni dans les dossiers de bibliothèques ni parmi celles du compilateur</translation>
+        <source>The library %1 was found neither in the library folders nor among the compiler&apos;s libraries</source>
+        <translation>La bibliothèque %1 est introuvable, tant dans les dossiers de bibliothèques que parmi celles du compilateur</translation>
     </message>
     <message>
         <source>Letter case</source>
@@ -493,15 +489,15 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
     <message>
         <source>%1 is listed more than once</source>
-        <translation>%1 figure plusieurs fois</translation>
+        <translation>%1 figure plusieurs fois dans la liste</translation>
     </message>
     <message>
         <source>Duplicate outputs</source>
-        <translation>Fichiers produits en double</translation>
+        <translation>Fichiers de sortie en double</translation>
     </message>
     <message>
         <source>%1 is also the output of %2</source>
-        <translation>%1 est aussi produit à partir de %2</translation>
+        <translation>%1 est aussi le fichier de sortie de %2</translation>
     </message>
     <message>
         <source>Unreachable drives</source>
@@ -509,7 +505,7 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
     <message>
         <source>%1 is on a drive that is not mapped</source>
-        <translation>%1 est sur un lecteur qui n’est pas associé</translation>
+        <translation>%1 se trouve sur un lecteur qui n’est pas associé</translation>
     </message>
     <message>
         <source>Absolute paths</source>
@@ -524,28 +520,28 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Options inconnues</translation>
     </message>
     <message>
-        <source>No definition has the option %1</source>
-        <translation>Aucune définition n’a l’option %1</translation>
+        <source>No definition contains the option %1</source>
+        <translation>Aucune définition ne contient l’option %1</translation>
     </message>
     <message>
         <source>Invalid values</source>
-        <translation>Valeurs non valables</translation>
+        <translation>Valeurs non valides</translation>
     </message>
     <message>
         <source>Unknown node types</source>
         <translation>Types de nœuds inconnus</translation>
     </message>
     <message>
-        <source>%1 is not a type of the configuration file, so %2 is not built</source>
-        <translation>%1 n’est pas un type du fichier de configuration, %2 n’est donc pas construit</translation>
+        <source>%1 is not a type in the configuration file, so %2 is not built</source>
+        <translation>%1 n’est pas un type du fichier de configuration&#xa0;; %2 n’est donc pas généré</translation>
     </message>
     <message>
         <source>Unknown tools</source>
         <translation>Outils inconnus</translation>
     </message>
     <message>
-        <source>No definition has the tool %1</source>
-        <translation>Aucune définition n’a l’outil %1</translation>
+        <source>No definition contains the tool %1</source>
+        <translation>Aucune définition ne contient l’outil %1</translation>
     </message>
     <message>
         <source>Missing programs</source>
@@ -553,27 +549,27 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
     <message>
         <source>%1 is not installed; it is needed by %2</source>
-        <translation>%1 n’est pas installé ; %2 en a besoin</translation>
+        <translation>%1 n’est pas installé, mais %2 en a besoin</translation>
     </message>
     <message>
         <source>Errors in definitions</source>
         <translation>Erreurs dans les définitions</translation>
     </message>
     <message>
-        <source>Not files</source>
-        <translation>Pas des fichiers</translation>
+        <source>Not a file</source>
+        <translation>Pas un fichier</translation>
     </message>
     <message>
         <source>%1 is not a file</source>
-        <translation>%1 n&apos;est pas un fichier</translation>
+        <translation>%1 n’est pas un fichier</translation>
     </message>
     <message>
-        <source>Not folders</source>
-        <translation>Pas des dossiers</translation>
+        <source>Not a folder</source>
+        <translation>Pas un dossier</translation>
     </message>
     <message>
         <source>%1 is not a folder</source>
-        <translation>%1 n&apos;est pas un dossier</translation>
+        <translation>%1 n’est pas un dossier</translation>
     </message>
     <message>
         <source>Unreadable files</source>
@@ -581,31 +577,31 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
     <message>
         <source>%1 can&apos;t be read</source>
-        <translation>%1 ne peut pas être lu</translation>
+        <translation>Impossible de lire %1</translation>
     </message>
     <message>
         <source>Duplicate labels</source>
         <translation>Libellés en double</translation>
     </message>
     <message>
-        <source>The applications %1 and %2 have the same label, except for letter case</source>
-        <translation>Les applications %1 et %2 ont le même libellé, à la casse près</translation>
+        <source>The labels of the applications %1 and %2 differ only in letter case</source>
+        <translation>Les libellés des applications %1 et %2 ne diffèrent que par la casse</translation>
     </message>
     <message>
-        <source>Applications in a cycle</source>
-        <translation>Applications en cycle</translation>
+        <source>Dependency cycles</source>
+        <translation>Dépendances circulaires</translation>
     </message>
     <message>
         <source>Applications that use each other&apos;s outputs can&apos;t be built: %1</source>
-        <translation>Des applications qui utilisent les sorties les unes des autres ne peuvent pas être construites : %1</translation>
+        <translation>Impossible de générer des applications qui utilisent mutuellement leurs fichiers de sortie&#xa0;: %1</translation>
     </message>
     <message>
-        <source>Files under several names</source>
-        <translation>Fichiers sous plusieurs noms</translation>
+        <source>Files with several names</source>
+        <translation>Fichiers ayant plusieurs noms</translation>
     </message>
     <message>
         <source>%1 and %2 are the same file, which is built twice</source>
-        <translation>%1 et %2 sont le même fichier, qui est construit deux fois</translation>
+        <translation>%1 et %2 sont un même fichier, qui est généré deux fois</translation>
     </message>
     <message>
         <source>Unknown configurations</source>
@@ -613,14 +609,14 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
     <message>
         <source>Options are stored for the configuration %1, which the application does not have</source>
-        <translation>Des options sont enregistrées pour la configuration %1, que l&apos;application n&apos;a pas</translation>
+        <translation>Des options sont enregistrées pour la configuration %1, qui n’existe pas dans l’application</translation>
     </message>
     <message>
         <source>Nodes without a file</source>
         <translation>Nœuds sans fichier</translation>
     </message>
     <message>
-        <source>%1 names no file</source>
+        <source>%1 does not name a file</source>
         <translation>%1 ne désigne aucun fichier</translation>
     </message>
 </context>
@@ -628,15 +624,15 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     <name>FindingsPane</name>
     <message>
         <source>Finding</source>
-        <translation>Constat</translation>
+        <translation>Anomalie</translation>
     </message>
     <message>
-        <source>Where</source>
-        <translation>Où</translation>
+        <source>Location</source>
+        <translation>Emplacement</translation>
     </message>
     <message>
-        <source>Findings of the project check</source>
-        <translation>Constats de la vérification du projet</translation>
+        <source>Project check findings</source>
+        <translation>Anomalies relevées par la vérification du projet</translation>
     </message>
     <message>
         <source>No project is open.</source>
@@ -644,25 +640,25 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
     </message>
     <message>
         <source>Checking the project...</source>
-        <translation>Vérification du projet...</translation>
+        <translation>Vérification du projet…</translation>
     </message>
     <message>
-        <source>The project has no findings.</source>
-        <translation>Le projet n’a aucun constat.</translation>
+        <source>No findings.</source>
+        <translation>Aucune anomalie.</translation>
     </message>
     <message numerus="yes">
         <source>%n finding(s)</source>
         <translation>
-            <numerusform>%n constat</numerusform>
-            <numerusform>%n constats</numerusform>
+            <numerusform>%n anomalie</numerusform>
+            <numerusform>%n anomalies</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>GroupBox</name>
     <message>
-        <source>Drag a column header here to group by it</source>
-        <translation>Glisser un en-tête de colonne ici pour grouper selon elle</translation>
+        <source>Drag a column header here to group by that column</source>
+        <translation>Glissez ici un en-tête de colonne pour grouper selon cette colonne</translation>
     </message>
     <message>
         <source>Grouped by</source>
@@ -700,7 +696,7 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>&amp;Quitter</translation>
     </message>
     <message>
-        <source>Closing as soon as the build has stopped...</source>
+        <source>Closing once the build has stopped...</source>
         <translation>Fermeture dès l’arrêt de la génération…</translation>
     </message>
     <message>
@@ -712,12 +708,12 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>&amp;Naviguer</translation>
     </message>
     <message numerus="yes">
-        <source>There is no such file:
+        <source>File not found:
 %1</source>
         <translation>
-            <numerusform>Ce fichier n’existe pas&#xa0;:
+            <numerusform>Fichier introuvable&#xa0;:
 %1</numerusform>
-            <numerusform>Ces fichiers n’existent pas&#xa0;:
+            <numerusform>Fichiers introuvables&#xa0;:
 %1</numerusform>
         </translation>
     </message>
@@ -730,35 +726,35 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Le projet est en cours de génération.</translation>
     </message>
     <message>
-        <source>Find in the pro&amp;ject...</source>
+        <source>Find in pro&amp;ject...</source>
         <translation>Rechercher dans le pro&amp;jet…</translation>
     </message>
     <message>
-        <source>This installation isn&apos;t complete: %1</source>
-        <translation>Cette installation est incomplète : %1</translation>
+        <source>This installation is incomplete: %1</source>
+        <translation>Cette installation est incomplète&#xa0;: %1</translation>
     </message>
     <message>
         <source>Project check</source>
         <translation>Vérification du projet</translation>
     </message>
     <message>
-        <source>&amp;Check the project</source>
+        <source>&amp;Check project</source>
         <translation>&amp;Vérifier le projet</translation>
     </message>
     <message>
-        <source>Groups and applications can be renamed here; a file has its name from the disk.</source>
-        <translation>Les groupes et les applications peuvent être renommés ici ; un fichier porte son nom du disque.</translation>
+        <source>Only groups and applications can be renamed here; files are shown under their names on disk.</source>
+        <translation>Seuls les groupes et les applications peuvent être renommés ici&#xa0;; les fichiers portent leur nom sur le disque.</translation>
     </message>
 </context>
 <context>
     <name>JournalKeeper</name>
     <message>
-        <source>What is not saved would be lost in a crash: %1 can&apos;t be written (%2).</source>
-        <translation>Ce qui n&apos;est pas enregistré serait perdu en cas de plantage : impossible d&apos;écrire %1 (%2).</translation>
+        <source>Unsaved changes would be lost in a crash: %1 can&apos;t be written (%2).</source>
+        <translation>Les modifications non enregistrées seraient perdues en cas de plantage&#xa0;: impossible d’écrire %1 (%2).</translation>
     </message>
     <message>
-        <source>%1 is too large to be kept for the case of a crash.</source>
-        <translation>%1 est trop grand pour être conservé en cas de plantage.</translation>
+        <source>Too large for crash recovery: %1.</source>
+        <translation>Trop volumineux pour la récupération après un plantage&#xa0;: %1.</translation>
     </message>
 </context>
 <context>
@@ -792,8 +788,8 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Problème &amp;précédent</translation>
     </message>
     <message>
-        <source>The last build has no errors and no warnings</source>
-        <translation>La dernière génération n’a ni erreur ni avertissement</translation>
+        <source>The last build had no errors or warnings</source>
+        <translation>La dernière génération n’a produit ni erreur ni avertissement</translation>
     </message>
     <message>
         <source>Error %1 of %2: %3</source>
@@ -815,8 +811,8 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Les fichiers du projet ont été modifiés par un autre programme.</translation>
     </message>
     <message>
-        <source>Another project can be opened as soon as the build has ended.</source>
-        <translation>Un autre projet pourra être ouvert dès que la génération sera terminée.</translation>
+        <source>You can open another project once the build has finished.</source>
+        <translation>Vous pourrez ouvrir un autre projet une fois la génération terminée.</translation>
     </message>
     <message>
         <source>%1 can&apos;t be opened.</source>
@@ -831,8 +827,8 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Projets (*.tprj)</translation>
     </message>
     <message>
-        <source>Where to put a copy of %1</source>
-        <translation>Dossier où copier %1</translation>
+        <source>Choose a folder for the copy of %1</source>
+        <translation>Choisir un dossier pour la copie de %1</translation>
     </message>
     <message>
         <source>%1 can&apos;t be copied: %2</source>
@@ -855,16 +851,16 @@ Enregistrer les modifications du projet sans ce qui n’a pas été lu ?</transl
         <translation>Rétablir la modification du projet</translation>
     </message>
     <message>
-        <source>The changes of the project could not be saved.</source>
+        <source>The project&apos;s changes could not be saved.</source>
         <translation>Les modifications du projet n’ont pas pu être enregistrées.</translation>
     </message>
     <message>
-        <source>The project has changes that are not saved.
+        <source>The project has unsaved changes.
 
-Saving puts them together with the changes of the other program.</source>
+Saving merges them with the other program&apos;s changes.</source>
         <translation>Le projet a des modifications non enregistrées.
 
-L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</translation>
+L’enregistrement les fusionne avec celles de l’autre programme.</translation>
     </message>
     <message>
         <source>Another program is changing the project.</source>
@@ -872,15 +868,15 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     </message>
     <message>
         <source>&amp;Find moved files...</source>
-        <translation>&amp;Rechercher les fichiers déplacés...</translation>
+        <translation>&amp;Rechercher les fichiers déplacés…</translation>
     </message>
     <message>
         <source>Find &amp;moved files...</source>
-        <translation>Rechercher les fichiers &amp;déplacés...</translation>
+        <translation>Rechercher les fichiers &amp;déplacés…</translation>
     </message>
     <message>
-        <source>%1 has to be closed first. Save its changes?</source>
-        <translation>%1 doit d&apos;abord être fermé. Enregistrer ses modifications ?</translation>
+        <source>%1 must be closed first. Save its changes?</source>
+        <translation>%1 doit d’abord être fermé. Enregistrer ses modifications&#xa0;?</translation>
     </message>
     <message>
         <source>Undo: %1</source>
@@ -905,8 +901,8 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
 <context>
     <name>RecoveryDialog</name>
     <message>
-        <source>Tarn ended unexpectedly on %1. This was not saved:</source>
-        <translation>Tarn s&apos;est arrêté de façon inattendue le %1. N&apos;était pas enregistré :</translation>
+        <source>Tarn closed unexpectedly on %1. These changes were not saved:</source>
+        <translation>Tarn s’est arrêté de façon inattendue le %1. Ces modifications n’étaient pas enregistrées&#xa0;:</translation>
     </message>
     <message>
         <source>Restore unsaved changes</source>
@@ -926,59 +922,59 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     </message>
     <message>
         <source>Discard these changes? They can&apos;t be restored afterwards.</source>
-        <translation>Abandonner ces modifications ? Elles ne pourront plus être restaurées.</translation>
+        <translation>Abandonner ces modifications&#xa0;? Il sera ensuite impossible de les restaurer.</translation>
     </message>
     <message>
         <source>File</source>
         <translation>Fichier</translation>
     </message>
     <message>
-        <source>What can be restored</source>
-        <translation>Ce qui peut être restauré</translation>
+        <source>Recoverable changes</source>
+        <translation>Modifications récupérables</translation>
     </message>
     <message>
-        <source>Changes of the project: files and options</source>
-        <translation>Modifications du projet : fichiers et options</translation>
+        <source>Project changes: files and options</source>
+        <translation>Modifications du projet&#xa0;: fichiers et options</translation>
     </message>
     <message>
-        <source>Nothing: what was kept of it is damaged</source>
-        <translation>Rien : ce qui en était conservé est endommagé</translation>
+        <source>None: the recovery data is damaged</source>
+        <translation>Aucune&#xa0;: les données de récupération sont endommagées</translation>
     </message>
     <message>
-        <source>What is restored is not saved yet: look at it, then save it or undo it.</source>
-        <translation>Ce qui est restauré n&apos;est pas encore enregistré : vérifiez-le, puis enregistrez-le ou annulez-le.</translation>
+        <source>Restored changes are not saved yet: review them, then save or undo them.</source>
+        <translation>Les modifications restaurées ne sont pas encore enregistrées&#xa0;: vérifiez-les, puis enregistrez-les ou annulez-les.</translation>
     </message>
     <message>
-        <source>Unsaved text; the file is gone</source>
-        <translation>Texte non enregistré ; le fichier n&apos;existe plus</translation>
+        <source>Unsaved text; the file no longer exists</source>
+        <translation>Texte non enregistré&#xa0;; le fichier n’existe plus</translation>
     </message>
     <message>
         <source>Unsaved text; the file has changed since</source>
-        <translation>Texte non enregistré ; le fichier a changé depuis</translation>
+        <translation>Texte non enregistré&#xa0;; le fichier a changé depuis</translation>
     </message>
     <message>
         <source>Unsaved text</source>
         <translation>Texte non enregistré</translation>
     </message>
     <message>
-        <source>Tarn ended unexpectedly, and what was not saved then can&apos;t be read: its journal is damaged.
+        <source>Tarn closed unexpectedly, and the unsaved changes can&apos;t be restored: the journal is damaged.
 
 %1: %2</source>
-        <translation>Tarn s&apos;est arrêté inopinément, et ce qui n&apos;était pas enregistré ne peut pas être lu : son journal est endommagé.
+        <translation>Tarn s’est arrêté de façon inattendue, et les modifications non enregistrées ne peuvent pas être restaurées&#xa0;: le journal est endommagé.
 
-%1 : %2</translation>
+%1&#xa0;: %2</translation>
     </message>
     <message>
-        <source>Another version of Tarn ended unexpectedly. What was not saved then can be restored only by that version.
+        <source>Another version of Tarn closed unexpectedly. Only that version can restore its unsaved changes.
 
 %1</source>
-        <translation>Une autre version de Tarn s&apos;est arrêtée inopinément. Seule cette version peut rétablir ce qui n&apos;était pas enregistré.
+        <translation>Une autre version de Tarn s’est arrêtée de façon inattendue. Seule cette version peut restaurer ses modifications non enregistrées.
 
 %1</translation>
     </message>
     <message>
-        <source>Changes of the project: files and options; the project is gone</source>
-        <translation>Modifications du projet : fichiers et options ; le projet n&apos;existe plus</translation>
+        <source>Project changes: files and options; the project no longer exists</source>
+        <translation>Modifications du projet&#xa0;: fichiers et options&#xa0;; le projet n’existe plus</translation>
     </message>
 </context>
 <context>
@@ -988,12 +984,12 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>Rechercher les fichiers déplacés</translation>
     </message>
     <message>
-        <source>Search &amp;below:</source>
-        <translation>Rechercher &amp;sous :</translation>
+        <source>Search &amp;in:</source>
+        <translation>Rechercher dan&amp;s&#xa0;:</translation>
     </message>
     <message>
         <source>Choose &amp;folder...</source>
-        <translation>Choisir un &amp;dossier...</translation>
+        <translation>Choisir un &amp;dossier…</translation>
     </message>
     <message>
         <source>Folder to search</source>
@@ -1008,16 +1004,16 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>Trouvé</translation>
     </message>
     <message>
-        <source>Where it is used</source>
-        <translation>Utilisation</translation>
+        <source>Used as</source>
+        <translation>Utilisé comme</translation>
     </message>
     <message>
-        <source>&amp;Correct the project</source>
-        <translation>&amp;Corriger le projet</translation>
+        <source>&amp;Update project</source>
+        <translation>&amp;Mettre à jour le projet</translation>
     </message>
     <message>
         <source>Searching...</source>
-        <translation>Recherche...</translation>
+        <translation>Recherche en cours…</translation>
     </message>
     <message>
         <source>Nothing is missing.</source>
@@ -1039,29 +1035,29 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>fichier de %1</translation>
     </message>
     <message>
-        <source>Where %1 is</source>
-        <translation>Emplacement de %1</translation>
+        <source>New location of %1</source>
+        <translation>Nouvel emplacement de %1</translation>
     </message>
     <message numerus="yes">
-        <source>one of %n files</source>
+        <source>one of %n matching files</source>
         <translation>
-            <numerusform>un fichier sur %n</numerusform>
-            <numerusform>un fichier sur %n</numerusform>
+            <numerusform>un fichier parmi %n correspondant</numerusform>
+            <numerusform>un fichier parmi %n correspondants</numerusform>
         </translation>
     </message>
     <message>
-        <source>option in %1; goes with the files of its folder</source>
-        <translation>option dans %1 ; suit les fichiers de son dossier</translation>
+        <source>option in %1; follows the files in its folder</source>
+        <translation>option dans %1&#xa0;; suit les fichiers de son dossier</translation>
     </message>
     <message>
-        <source>not found below this folder</source>
+        <source>not found in this folder</source>
         <translation>introuvable dans ce dossier</translation>
     </message>
     <message numerus="yes">
         <source>%n folders can&apos;t be read</source>
         <translation>
-            <numerusform>%n dossier ne peut pas être lu</numerusform>
-            <numerusform>%n dossiers ne peuvent pas être lus</numerusform>
+            <numerusform>Impossible de lire %n dossier</numerusform>
+            <numerusform>Impossible de lire %n dossiers</numerusform>
         </translation>
     </message>
 </context>
@@ -1083,47 +1079,47 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
 <context>
     <name>SaveNotice</name>
     <message numerus="yes">
-        <source>%1 was also changed by another program. It has both changes now.</source>
+        <source>%1 was also changed by another program. It now contains both changes.</source>
         <translation>
             <numerusform>%1 a aussi été modifié par un autre programme. Le fichier contient maintenant les deux modifications.</numerusform>
             <numerusform>%1 ont aussi été modifiés par un autre programme. Les fichiers contiennent maintenant les deux modifications.</numerusform>
         </translation>
     </message>
     <message>
-        <source>Saved together with another program&apos;s changes</source>
-        <translation>Enregistré avec les modifications d&apos;un autre programme</translation>
+        <source>Merged with another program&apos;s changes</source>
+        <translation>Fusionné avec les modifications d’un autre programme</translation>
     </message>
     <message>
         <source>&amp;Open the other version</source>
-        <translation>&amp;Ouvrir l&apos;autre version</translation>
+        <translation>&amp;Ouvrir l’autre version</translation>
     </message>
     <message>
         <source>File</source>
         <translation>Fichier</translation>
     </message>
     <message>
-        <source>Place</source>
-        <translation>Endroit</translation>
+        <source>Location</source>
+        <translation>Emplacement</translation>
     </message>
     <message>
-        <source>What</source>
-        <translation>Quoi</translation>
+        <source>Change</source>
+        <translation>Modification</translation>
     </message>
     <message>
         <source>Other version</source>
         <translation>Autre version</translation>
     </message>
     <message>
-        <source>Files with changes of both sides</source>
-        <translation>Fichiers avec des modifications des deux côtés</translation>
+        <source>Files changed on both sides</source>
+        <translation>Fichiers modifiés des deux côtés</translation>
     </message>
     <message>
         <source>removed here, changed there</source>
-        <translation>supprimé ici, modifié là-bas</translation>
+        <translation>supprimé ici, modifié de l’autre côté</translation>
     </message>
     <message>
         <source>changed here, removed there</source>
-        <translation>modifié ici, supprimé là-bas</translation>
+        <translation>modifié ici, supprimé de l’autre côté</translation>
     </message>
     <message>
         <source>%1 changed on both sides</source>
@@ -1134,12 +1130,12 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>le fichier lui-même</translation>
     </message>
     <message>
-        <source>has the changes of both sides</source>
+        <source>contains the changes from both sides</source>
         <translation>contient les modifications des deux côtés</translation>
     </message>
     <message>
-        <source>held more than was read from it</source>
-        <translation>contenait plus que ce qui en a été lu</translation>
+        <source>contained more than could be read</source>
+        <translation>contenait plus que ce qui a pu être lu</translation>
     </message>
     <message>
         <source>replaced by your version</source>
@@ -1147,7 +1143,7 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     </message>
     <message>
         <source>The other version:</source>
-        <translation>L&apos;autre version :</translation>
+        <translation>L’autre version&#xa0;:</translation>
     </message>
     <message numerus="yes">
         <source>%1 was changed here and by another program, with %n conflict(s).</source>
@@ -1157,21 +1153,21 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         </translation>
     </message>
     <message numerus="yes">
-        <source>Files of the project were changed here and by another program, with %n conflict(s).</source>
+        <source>Project files were changed here and by another program, with %n conflict(s).</source>
         <translation>
             <numerusform>Des fichiers du projet ont été modifiés ici et par un autre programme, avec un conflit.</numerusform>
             <numerusform>Des fichiers du projet ont été modifiés ici et par un autre programme, avec %n conflits.</numerusform>
         </translation>
     </message>
     <message>
-        <source>Where both sides changed the same value, yours was saved. What one side removed and the other one changed has stayed.</source>
-        <translation>Là où les deux côtés ont modifié la même valeur, la vôtre a été enregistrée. Ce qu&apos;un côté a supprimé et l&apos;autre modifié est resté.</translation>
+        <source>Where both sides changed the same value, yours was saved. Whatever was removed on one side but changed on the other was kept.</source>
+        <translation>Là où les deux côtés ont modifié la même valeur, la vôtre a été enregistrée. Ce qui a été supprimé d’un côté et modifié de l’autre a été conservé.</translation>
     </message>
     <message numerus="yes">
-        <source>%1 was replaced. What it held before is kept as:</source>
+        <source>%1 was replaced. Its previous content was saved as:</source>
         <translation>
-            <numerusform>%1 a été remplacé. L&apos;ancien contenu est conservé sous :</numerusform>
-            <numerusform>%1 ont été remplacés. L&apos;ancien contenu est conservé sous :</numerusform>
+            <numerusform>%1 a été remplacé. L’ancien contenu a été enregistré sous&#xa0;:</numerusform>
+            <numerusform>%1 ont été remplacés. L’ancien contenu a été enregistré sous&#xa0;:</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -1182,19 +1178,19 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         </translation>
     </message>
     <message>
-        <source>%1 was missing. It has been written again.</source>
-        <translation>%1 manquait et a été réécrit.</translation>
+        <source>%1 was missing and has been re-created.</source>
+        <translation>%1 manquait et a été recréé.</translation>
     </message>
     <message>
-        <source>was missing, written again</source>
-        <translation>manquait, réécrit</translation>
+        <source>was missing, re-created</source>
+        <translation>manquait, recréé</translation>
     </message>
 </context>
 <context>
     <name>ServerNotices</name>
     <message>
-        <source>What commands work on</source>
-        <translation>Ce sur quoi portent les commandes</translation>
+        <source>Current selection</source>
+        <translation>Sélection actuelle</translation>
     </message>
     <message>
         <source>%1 is out of date</source>
@@ -1270,10 +1266,10 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     </message>
     <message>
         <source>Show the build log</source>
-        <translation>Afficher le journal</translation>
+        <translation>Afficher le journal de génération</translation>
     </message>
     <message>
-        <source>Progress of the build</source>
+        <source>Build progress</source>
         <translation>Progression de la génération</translation>
     </message>
     <message>
@@ -1302,7 +1298,7 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     </message>
     <message>
         <source>Building %1 of %2</source>
-        <translation>Génération %1 sur %2</translation>
+        <translation>Génération de %1 sur %2</translation>
     </message>
     <message>
         <source>Building file %1</source>
@@ -1310,11 +1306,11 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     </message>
     <message>
         <source>Build not started</source>
-        <translation>Génération non démarrée</translation>
+        <translation>Génération non lancée</translation>
     </message>
     <message>
-        <source>Waiting for the options of the project...</source>
-        <translation>Attente des options du projet…</translation>
+        <source>Waiting for the project&apos;s options...</source>
+        <translation>En attente des options du projet…</translation>
     </message>
     <message>
         <source>Waiting for another build of this project (%1)</source>
@@ -1324,15 +1320,15 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
 <context>
     <name>TreeFilter</name>
     <message>
-        <source>Find in the project</source>
+        <source>Find in project</source>
         <translation>Rechercher dans le projet</translation>
     </message>
     <message>
-        <source>Lists all nodes whose name or path contains this (Ctrl+P)</source>
+        <source>Lists all nodes whose name or path contains this text (Ctrl+P)</source>
         <translation>Affiche tous les nœuds dont le nom ou le chemin contient ce texte (Ctrl+P)</translation>
     </message>
     <message>
-        <source>Nodes that were found</source>
+        <source>Matching nodes</source>
         <translation>Nœuds trouvés</translation>
     </message>
 </context>
@@ -1351,8 +1347,8 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>Ce projet veut exécuter le script %1.</translation>
     </message>
     <message>
-        <source>This project wants to run code of its own, by the argument %1.</source>
-        <translation>Ce projet veut exécuter son propre code, par l’argument %1.</translation>
+        <source>This project wants to run its own code through the argument %1.</source>
+        <translation>Ce projet veut exécuter son propre code au moyen de l’argument %1.</translation>
     </message>
     <message>
         <source>This project wants to run %1.</source>
@@ -1369,21 +1365,21 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     <message numerus="yes">
         <source> %n more request(s) in the log.</source>
         <translation>
-            <numerusform> %n autre demande est dans le journal.</numerusform>
-            <numerusform> %n autres demandes sont dans le journal.</numerusform>
+            <numerusform> %n autre demande figure dans le journal.</numerusform>
+            <numerusform> %n autres demandes figurent dans le journal.</numerusform>
         </translation>
     </message>
     <message>
         <source>Do you trust the folder %1?</source>
-        <translation>Faites-vous confiance au dossier %1 ?</translation>
+        <translation>Faites-vous confiance au dossier %1&#xa0;?</translation>
     </message>
     <message>
         <source>Tarn</source>
         <translation>Tarn</translation>
     </message>
     <message>
-        <source>The answer can&apos;t be stored: %1: %2</source>
-        <translation>La réponse ne peut pas être enregistrée : %1 : %2</translation>
+        <source>The answer can&apos;t be saved: %1: %2</source>
+        <translation>Impossible d’enregistrer la réponse&#xa0;: %1&#xa0;: %2</translation>
     </message>
 </context>
 <context>
@@ -1393,7 +1389,7 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>Tarn</translation>
     </message>
     <message>
-        <source>Firmware projects for microcontrollers</source>
+        <source>Microcontroller firmware projects</source>
         <translation>Projets de micrologiciels pour microcontrôleurs</translation>
     </message>
     <message>
@@ -1405,8 +1401,8 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>Ouvrir un projet…</translation>
     </message>
     <message>
-        <source>From a folder of this machine</source>
-        <translation>Depuis un dossier de cette machine</translation>
+        <source>From a folder on this computer</source>
+        <translation>Depuis un dossier de cet ordinateur</translation>
     </message>
     <message>
         <source>New project...</source>
@@ -1443,8 +1439,8 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
 <context>
     <name>main</name>
     <message>
-        <source>Opens a project and the files to edit.</source>
-        <translation>Ouvre un projet et les fichiers à éditer.</translation>
+        <source>Opens a project and files to edit.</source>
+        <translation>Ouvre un projet et des fichiers à modifier.</translation>
     </message>
     <message>
         <source>Project (.tprj) and source files.</source>
@@ -1454,8 +1450,8 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
 <context>
     <name>tarn::host::ChoiceEditor</name>
     <message>
-        <source>(as inherited)</source>
-        <translation>(comme hérité)</translation>
+        <source>(inherited)</source>
+        <translation>(hérité)</translation>
     </message>
 </context>
 <context>
@@ -1477,8 +1473,8 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>Ajouter l’&amp;hérité</translation>
     </message>
     <message>
-        <source>What would hold without a list of one&apos;s own</source>
-        <translation>Ce qui vaudrait sans liste propre</translation>
+        <source>Insert the inherited value</source>
+        <translation>Insérer la valeur héritée</translation>
     </message>
     <message>
         <source>&amp;Remove</source>
@@ -1493,15 +1489,15 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>D&amp;escendre</translation>
     </message>
     <message>
-        <source>%1 stands for what would hold without this list.</source>
-        <translation>%1 représente ce qui vaudrait sans cette liste.</translation>
+        <source>%1 stands for the inherited value.</source>
+        <translation>%1 représente la valeur héritée.</translation>
     </message>
 </context>
 <context>
     <name>tarn::host::OptionsDelegate</name>
     <message>
-        <source>Back to the inherited value (Del)</source>
-        <translation>Revenir à la valeur héritée (Suppr)</translation>
+        <source>Reset to the inherited value (Del)</source>
+        <translation>Rétablir la valeur héritée (Suppr)</translation>
     </message>
 </context>
 <context>
@@ -1511,16 +1507,16 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>Options</translation>
     </message>
     <message>
-        <source>Written as: %1</source>
-        <translation>Écrit&#xa0;: %1</translation>
+        <source>As written: %1</source>
+        <translation>Texte saisi&#xa0;: %1</translation>
     </message>
     <message>
-        <source>Gives: %1</source>
-        <translation>Donne&#xa0;: %1</translation>
+        <source>Expands to: %1</source>
+        <translation>Valeur développée&#xa0;: %1</translation>
     </message>
     <message>
-        <source>nothing</source>
-        <translation>rien</translation>
+        <source>(empty)</source>
+        <translation>(vide)</translation>
     </message>
     <message>
         <source>%1: %2</source>
@@ -1548,11 +1544,11 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
     </message>
     <message>
         <source>from %1 %2</source>
-        <translation>de&#xa0;: %1 %2</translation>
+        <translation>hérité de&#xa0;: %1 %2</translation>
     </message>
     <message>
-        <source>as %1 %2</source>
-        <translation>comme&#xa0;: %1 %2</translation>
+        <source>same as %1 %2</source>
+        <translation>comme %1 %2</translation>
     </message>
     <message>
         <source>default</source>
@@ -1575,7 +1571,7 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>Valeur</translation>
     </message>
     <message>
-        <source>From</source>
+        <source>Origin</source>
         <translation>Origine</translation>
     </message>
 </context>
@@ -1594,16 +1590,16 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>Au plus %1.</translation>
     </message>
     <message>
-        <source>nothing</source>
-        <translation>rien</translation>
+        <source>(empty)</source>
+        <translation>(vide)</translation>
     </message>
     <message>
-        <source>Set at %1 %2 for %3: %4</source>
+        <source>Set on %1 %2 for %3: %4</source>
         <translation>Défini pour %1 %2, configuration %3&#xa0;: %4</translation>
     </message>
     <message>
-        <source>What the option means</source>
-        <translation>Signification de l’option</translation>
+        <source>Option description</source>
+        <translation>Description de l’option</translation>
     </message>
     <message>
         <source>Undo</source>
@@ -1662,7 +1658,7 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>%1 dans %2</translation>
     </message>
     <message>
-        <source>Options can&apos;t be changed while a build runs.</source>
+        <source>Options can&apos;t be changed while a build is running.</source>
         <translation>Les options ne peuvent pas être modifiées pendant une génération.</translation>
     </message>
     <message>
@@ -1678,40 +1674,40 @@ L&apos;enregistrement les réunit avec celles de l&apos;autre programme.</transl
         <translation>Sélectionnez un nœud du projet.</translation>
     </message>
     <message>
-        <source>Select an option to see what it means.</source>
-        <translation>Sélectionnez une option pour voir sa signification.</translation>
+        <source>Select an option to see its description.</source>
+        <translation>Sélectionnez une option pour voir sa description.</translation>
     </message>
     <message>
-        <source>Written as: %1</source>
-        <translation>Écrit&#xa0;: %1</translation>
+        <source>As written: %1</source>
+        <translation>Texte saisi&#xa0;: %1</translation>
     </message>
     <message>
-        <source>Gives: %1</source>
-        <translation>Donne&#xa0;: %1</translation>
+        <source>Expands to: %1</source>
+        <translation>Valeur développée&#xa0;: %1</translation>
     </message>
     <message>
         <source>Default: %1</source>
-        <translation>Par défaut&#xa0;: %1</translation>
+        <translation>Valeur par défaut&#xa0;: %1</translation>
     </message>
     <message>
         <source>Reset options</source>
         <translation>Réinitialiser les options</translation>
     </message>
     <message>
-        <source>Take away all options that are set at %1, in every configuration? This can&apos;t be undone.</source>
-        <translation>Retirer toutes les options définies pour %1, dans toutes les configurations&#xa0;? Cette action est irréversible.</translation>
+        <source>Reset all options set on %1, in every configuration? This can&apos;t be undone.</source>
+        <translation>Réinitialiser toutes les options définies pour %1, dans toutes les configurations&#xa0;? Cette action est irréversible.</translation>
     </message>
     <message>
         <source>Name:</source>
         <translation>Nom&#xa0;:</translation>
     </message>
     <message>
-        <source>There is a configuration %1 already.</source>
+        <source>The configuration %1 already exists.</source>
         <translation>La configuration %1 existe déjà.</translation>
     </message>
     <message>
-        <source>There is no kind of node &quot;%1&quot;. These are known: %2.</source>
-        <translation>Le type de nœud «&#xa0;%1&#xa0;» n’existe pas. Types connus&#xa0;: %2.</translation>
+        <source>Unknown node type &quot;%1&quot;. Known types: %2.</source>
+        <translation>Type de nœud inconnu «&#xa0;%1&#xa0;». Types connus&#xa0;: %2.</translation>
     </message>
 </context>
 <context>

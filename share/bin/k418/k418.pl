@@ -97,9 +97,12 @@ sub read_bytes {
 
 sub read_old_file {
     my ($path) = @_;
-    fail(NO_FILE, "$path: there is no such file") if !-e $path;
-    fail(UNREADABLE, "$path: this is no file") if !-f _;
-    fail(OTHER_FORM, "$path: far too long for a project") if -s _ > LONGEST_FILE;
+    if (!-e $path) {
+        fail(NO_FILE, "$path: no such file") if $!{ENOENT};
+        fail(UNREADABLE, "$path: $!");
+    }
+    fail(UNREADABLE, "$path: not a file") if !-f _;
+    fail(OTHER_FORM, "$path: too long for a project") if -s _ > LONGEST_FILE;
     my $text = read_bytes($path) // fail(UNREADABLE, "$path: $!");
     $text =~ s/^\xEF\xBB\xBF//;
     return $text;
@@ -126,13 +129,15 @@ sub read_sections {
             next;
         }
         # Whatever doesn't start with a section was written by somebody else.
-        fail(OTHER_FORM, "$place: no older project, which starts with [Project]") if !@sections;
-        fail(DAMAGED, "$place: a section without its bracket") if $line =~ /^\[/;
+        fail(OTHER_FORM, "$place: not a project in the old format, which starts with [Project]")
+            if !@sections;
+        fail(DAMAGED, "$place: a section without its closing bracket") if $line =~ /^\[/;
         push @{ $sections[-1]{lines} }, { place => $place, text => $line };
     }
     my $first = $sections[0];
-    fail(OTHER_FORM, "$name: empty, so no older project") if !$first;
-    fail(OTHER_FORM, "$first->{place}: no older project, which starts with [Project]")
+    fail(OTHER_FORM, "$name: empty, so not a project in the old format") if !$first;
+    fail(OTHER_FORM,
+        "$first->{place}: not a project in the old format, which starts with [Project]")
         if $first->{word} !~ /^(?:project|workspace)$/;
     return @sections;
 }
@@ -144,10 +149,10 @@ sub pairs_of {
     my (@pairs, %seen);
     for my $line (@{ $section->{lines} }) {
         my ($key, $value) = $line->{text} =~ /^(.+?)\s*=\s*(.*)$/
-            or fail(DAMAGED, "$line->{place}: no KEY = VALUE");
+            or fail(DAMAGED, "$line->{place}: not a KEY = VALUE line");
         my $pair = { key => lc $key, name => $key, value => $value, place => $line->{place} };
         if (defined $seen{lc $key} && lc $key ne ($repeated // '')) {
-            remark($pair->{place}, "$key is there twice; this one counts");
+            remark($pair->{place}, "$key is set twice; this one is used");
             @pairs = grep { $_->{key} ne lc $key } @pairs;
         }
         $seen{lc $key} = 1;
@@ -167,7 +172,7 @@ sub take_value {
 sub check_form {
     my ($pairs, $section) = @_;
     my $form = take_value($pairs, 'form') // 'none';
-    fail(OTHER_FORM, "$section->{place}: the form is $form, and only 1 can be converted")
+    fail(OTHER_FORM, "$section->{place}: the form is $form, but only 1 can be converted")
         if $form ne '1';
 }
 
@@ -194,7 +199,7 @@ sub convert_options {
     for my $pair (@$pairs) {
         my $entry = $keys->{ $pair->{key} };
         if (!$entry) {
-            remark($pair->{place}, "$pair->{name} is not carried over");
+            remark($pair->{place}, "$pair->{name} was not imported");
             next;
         }
         my ($set, $section, $property, $kind) = @$entry;
@@ -202,7 +207,7 @@ sub convert_options {
         if (defined $value) {
             $options{"$set $section $property"} = $value;
         } else {
-            remark($pair->{place}, "$pair->{name} = $pair->{value} is not carried over");
+            remark($pair->{place}, "$pair->{name} = $pair->{value} was not imported");
         }
     }
     return \%options;
@@ -243,7 +248,7 @@ sub read_types {
     my $config = File::Spec->catfile(dirname($0), '..', '..', 'config', 'projectmanager.config');
     my $text = read_bytes($config) // fail(SAID_SO, "$config: $!");
     my ($records) = $text =~ m{<Types>(.*?)</Types>}s
-        or fail(SAID_SO, "$config: no types of files in it; is the installation complete?");
+        or fail(SAID_SO, "$config: no file types in it; is the installation complete?");
     my (%types, $first);
     while ($records =~ m{<(\w+)\s([^>]*)/>}g) {
         my ($type, $attributes) = ($1, $2);
@@ -264,7 +269,7 @@ sub type_of {
 sub group_of {
     my ($node, $section) = @_;
     my @steps = grep { $_ ne '' } split m{/}, plain_path($section->{argument});
-    fail(DAMAGED, "$section->{place}: too many folders in each other") if @steps > DEEPEST_FOLDER;
+    fail(DAMAGED, "$section->{place}: folders are nested too deeply") if @steps > DEEPEST_FOLDER;
     for my $step (@steps) {
         my ($found) = grep { $_->{name} eq 'Group' && $_->{label} eq $step } @{ $node->{children} };
         if (!$found) {
@@ -283,11 +288,16 @@ sub add_files {
     for my $line (@{ $section->{lines} }) {
         my $path = plain_path($line->{text});
         if ($state->{files}{$path}++) {
-            remark($line->{place}, "$path is there twice; the first one counts");
+            remark($line->{place}, "$path is listed twice; the first one is used");
             next;
         }
         my $full = File::Spec->file_name_is_absolute($path) ? $path : "$state->{folder}/$path";
-        remark($line->{place}, "$path is carried over, but there is no such file") if !-f $full;
+        my $is_there = stat $full;
+        if (!$is_there || !-f _) {
+            my $reason =
+                $is_there ? 'it is not a file' : $!{ENOENT} ? 'it does not exist' : "$!";
+            remark($line->{place}, "$path was imported, but $reason");
+        }
         push @{ $group->{children} },
             element(type_of($state->{types}, $path),
                 [Header => basename($path), Path => disk_path($path)]);
@@ -362,7 +372,7 @@ sub read_configurations {
         push @names, $name if $name ne '' && !grep { lc $_ eq lc $name } @names;
         my $known = $name eq '' ? $common : ($own{ lc $name } //= {});
         for my $option (sort keys %$options) {
-            remark($section->{place}, "$section->{text} has options of an earlier one; these count")
+            remark($section->{place}, "$section->{text} repeats earlier options; these are used")
                 if exists $known->{$option};
             $known->{$option} = $options->{$option};
         }
@@ -396,7 +406,7 @@ sub convert_project {
         if ($section->{word} eq 'files') {
             add_files($tree, $section, $state);
         } elsif ($section->{word} ne 'options') {
-            remark($section->{place}, "the section $section->{text} is not carried over");
+            remark($section->{place}, "the section $section->{text} was not imported");
         }
     }
     my ($chosen) = grep { defined $current && lc $_ eq lc $current } @$names;
@@ -410,7 +420,7 @@ sub convert_member {
     my $full = File::Spec->file_name_is_absolute($member) ? $member
         : plain_path(dirname($path) . "/$member");
     if ($state->{files}{ application_file($full) }++) {
-        remark($pair->{place}, "$member is there twice; the first one counts");
+        remark($pair->{place}, "$member is listed twice; the first one is used");
         return;
     }
     my $project = eval {
@@ -421,7 +431,7 @@ sub convert_member {
     };
     if (!$project) {
         die $@ if !ref $@;
-        remark($pair->{place}, "$member is left out: $@->{text}");
+        remark($pair->{place}, "$member is skipped: $@->{text}");
         $state->{missed} = 1;
         return;
     }
@@ -436,7 +446,7 @@ sub make_label_unique {
     my ($label, $count) = ($project->{label}, 1);
     $label = "$project->{label} " . ++$count while $labels->{ lc $label };
     $labels->{ lc $label } = 1;
-    remark($pair->{place}, "there is a $project->{label} already; this one becomes $label")
+    remark($pair->{place}, "$project->{label} already exists; this one becomes $label")
         if $label ne $project->{label};
     $project->{label} = $label;
 }
@@ -453,12 +463,12 @@ sub convert_workspace {
         if ($pair->{key} eq 'project') {
             push @projects, convert_member($path, $pair, $types, $state);
         } else {
-            remark($pair->{place}, "$pair->{name} is not carried over");
+            remark($pair->{place}, "$pair->{name} was not imported");
         }
     }
-    remark($_->{place}, "the section $_->{text} is not carried over") for @sections;
+    remark($_->{place}, "the section $_->{text} was not imported") for @sections;
     my ($first) = grep { defined $active && lc $_->{label} eq lc $active } @projects;
-    remark($head->{place}, "there is no project $active to be the active one")
+    remark($head->{place}, "the active project $active does not exist")
         if defined $active && !$first;
     return { projects => \@projects, active => $first, missed => $state->{missed} };
 }
@@ -501,12 +511,14 @@ sub write_files {
     my @files = @_;
     for my $file (@files) {
         my $path = -l $file->{path} ? realpath($file->{path}) : $file->{path};
-        fail(UNWRITABLE, "$file->{path}: a link to nothing") if !defined $path;
+        fail(UNWRITABLE, "$file->{path}: a dangling link") if !defined $path;
         if (my @status = stat $path) {
-            fail(UNWRITABLE, "$path: this is no file") if !-f _;
+            fail(UNWRITABLE, "$path: not a file") if !-f _;
             fail(UNWRITABLE, "$path: read-only") if !($status[2] & 0222) || !-w _;
             $file->{mode} = $status[2] & 07777;
             $file->{before} = read_bytes($path) // fail(UNWRITABLE, "$path: $!");
+        } elsif (!$!{ENOENT}) {
+            fail(UNWRITABLE, "$path: $!");    # may be there
         }
         $file->{path} = $path;
         $file->{new} = "$path.new$$";

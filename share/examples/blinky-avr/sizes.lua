@@ -6,7 +6,7 @@
 local application = "blinky-avr"
 local levels = { "s", "1", "2", "3" }
 
--- A file that isn't there yet is made, empty; one that is in the project already stays as it is.
+-- A file that isn't there yet is made, empty; one that is already in the project stays as it is.
 tarn.SelectApplication(application)
 if tarn.AddExistingItem("notes.txt", nil) == 0 then
   error("notes.txt can't be added")

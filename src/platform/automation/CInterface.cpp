@@ -160,7 +160,7 @@ std::int32_t FindRunningObject(const char* classId, TarnObject** object) {
     const DispatchPtr found = RunningObjectTable::Native().GetActiveObject(id);
     *object = HandOut(found);
     if (found) return Report(TARN_OK);
-    return Report(TARN_NO_OBJECT, ("no object of " + std::string(classId) + " runs").c_str());
+    return Report(TARN_NO_OBJECT, ("no object of " + std::string(classId) + " is running").c_str());
   });
 }
 

@@ -44,7 +44,7 @@ std::string COleDispatchDriver::InvokeText(DispatchId id,
   if (result.GetKind() == Variant::Kind::Text) {
     return result.AsText() ? std::move(*result.AsText()) : std::string();
   }
-  RememberKind(id, result, "a text");
+  RememberKind(id, result, "a string");
   return {};
 }
 
@@ -103,7 +103,7 @@ void COleDispatchDriver::RememberKind(DispatchId id, const Variant& result,
                                       std::string_view wanted) {
   if (result.GetKind() == Variant::Kind::Empty) return;
   Remember({DispatchStatus::WrongType,
-            "the answer of method " + std::to_string(id) + " is not " + std::string(wanted), -1});
+            "the result of method " + std::to_string(id) + " is not " + std::string(wanted), -1});
 }
 
 }  // namespace tarn

@@ -65,8 +65,16 @@ class FileSystem {
  public:
   virtual ~FileSystem() = default;
 
-  // Returns true if the file or folder exists, or if its existence cannot be determined.
-  virtual bool Exists(const std::string& path) = 0;
+  // Returns whether the file or folder exists. Fails with Io and the OS's reason if that cannot be
+  // determined, for example in a folder that this process may not search. For callers that would
+  // create, overwrite or skip the file, or report it as missing. A dangling link does not exist.
+  virtual Result<bool> CheckExists(const std::string& path) = 0;
+  // Returns false only if the file or folder certainly does not exist. For callers whose next
+  // operation on the file reports the reason anyway.
+  bool Exists(const std::string& path) {
+    const Result<bool> found = CheckExists(path);
+    return !found || *found;
+  }
   virtual bool IsFolder(const std::string& path) = 0;
   // Returns the path with the spelling used on disk, for callers that open, watch or compare files
   // themselves. Returns `path` unchanged if it does not exist. Does not follow symbolic links.
@@ -187,14 +195,16 @@ class FileSystem {
   // Sets the modification time of an existing file.
   virtual Status SetModifiedTime(const std::string& path, std::int64_t /*seconds*/,
                                  std::int64_t /*nanoseconds*/) {
-    return Error{ErrorCode::Unsupported, "times of files can't be set", path};
+    return Error{ErrorCode::Unsupported, "file times can't be set", path};
   }
   // Current time of the clock that the file system stamps files with: nanoseconds since 1970, with
   // the resolution of the stamps. 0 if there is no clock comparable with FileStatus::changed.
   virtual std::int64_t Clock() { return 0; }
   // Takes the lock represented by the file `path`, which is created if missing and never removed.
   // Does not block: fails with Busy, and with the holder's process in the error's text, while
-  // another process or object holds it. The lock of a dead process is free.
+  // another process or object holds it. The lock of a dead process is free. Fails with NotAFile,
+  // and with the target in the error's text, for a symbolic link, which is not followed, and for
+  // anything else that is not a regular file.
   virtual Result<std::unique_ptr<FileLock>> TryLock(const std::string& /*path*/,
                                                     LockPurpose /*purpose*/) {
     return std::make_unique<FileLock>();

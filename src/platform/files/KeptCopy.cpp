@@ -13,7 +13,9 @@ Status KeepCopy(FileSystem& files, const std::string& path, std::string_view byt
   for (int i = 1; i <= kMaxCopies; ++i) {
     copy = path + suffix + (i == 1 ? std::string() : std::to_string(i));
     if (files.ExamineLink(copy)) continue;
-    if (files.Exists(copy)) {
+    const Result<bool> exists = files.CheckExists(copy);
+    if (!exists) return exists.GetError();
+    if (*exists) {
       const Result<std::string> old = files.ReadWholeFile(copy);
       if (old && *old == bytes) return {};
       continue;

@@ -52,10 +52,10 @@ class GroupBox : public QWidget {
       }
       delete item;
     }
-    auto* const label =
-        new QLabel(columns.empty() ? QCoreApplication::translate(
-                                         "GroupBox", "Drag a column header here to group by it")
-                                   : QCoreApplication::translate("GroupBox", "Grouped by"));
+    auto* const label = new QLabel(
+        columns.empty() ? QCoreApplication::translate(
+                              "GroupBox", "Drag a column header here to group by that column")
+                        : QCoreApplication::translate("GroupBox", "Grouped by"));
     label->setEnabled(!columns.empty());
     row->addWidget(label);
     for (const CReportColumn* const column : columns) row->addWidget(MakeButton(*column));

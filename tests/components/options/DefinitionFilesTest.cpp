@@ -1,3 +1,5 @@
+#include <tarn/methods.h>
+
 #include <gtest/gtest.h>
 
 #include <set>
@@ -25,41 +27,41 @@ TEST(DefinitionFilesTest, AFaultIsToldAndCostsThatDefinitionOnly) {
   const std::pair<std::string, const char*> rows[] = {
       {Set(R"(<Property Default="x" />)"), "set C, A: Property without Header"},
       {Set(R"(<Property Header="a.b" />)"),
-       "set C, A.a.b: a name may not hold a full stop; the property is left out"},
+       "set C, A.a.b: a name must not contain a full stop; the property is skipped"},
       {Set(R"(<Property Header="X" Type="colour" />)"),
-       "set C, A.X: Type \"colour\" is not known, taken as text"},
+       "set C, A.X: Type \"colour\" is not known, treated as text"},
       {Set(R"(<Property Header="X" Defualt="x" />)"),
-       "set C, A.X: attribute \"Defualt\" of <Property> is not known"},
+       "set C, A.X: unknown attribute \"Defualt\" of <Property>"},
       {Set(R"(<Property Header="X" Shown="Level" />)"),
-       "set C, A.X: Shown \"Level\" is no condition (Section.Property=value)"},
+       "set C, A.X: Shown \"Level\" is not a condition (Section.Property=value)"},
       {Conditional("", "A.B!=1", "x"),
-       "set C, A.X: Default with When \"A.B!=1\": Section.Property=value is wanted"},
+       "set C, A.X: Default with When \"A.B!=1\": expected Section.Property=value"},
       {Conditional("", "A.B=1", "x;y"),
-       "set C, A.X: Default \"x;y\" under a condition may hold no semicolon and no lone "
-       "parenthesis"},
+       "set C, A.X: Default \"x;y\" under a condition must not contain a semicolon or an "
+       "unbalanced parenthesis"},
       {Conditional("Default=\"x;y\"", "A.B=1", "x"),
-       "set C, A.X: Default \"x;y\" beside one under a condition may hold no semicolon and no lone "
-       "parenthesis"},
+       "set C, A.X: Default \"x;y\" next to one under a condition must not contain a semicolon or "
+       "an unbalanced parenthesis"},
       {Conditional("", "A.B=1,x;y", "x"),
-       "set C, A.X: Default with When \"A.B=1,x;y\": a value of it may not be * and hold no "
+       "set C, A.X: Default with When \"A.B=1,x;y\": its values must not be * or contain a "
        "semicolon, equal sign or parenthesis"},
       {Conditional("", "A.B=*", "x"),
-       "set C, A.X: Default with When \"A.B=*\": a value of it may not be * and hold no "
-       "semicolon, equal sign or parenthesis"},
+       "set C, A.X: Default with When \"A.B=*\": its values must not be * or contain a semicolon, "
+       "equal sign or parenthesis"},
       {Set(R"(<Property Header="X" Type="choice" />)"), "set C, A.X: a choice without any Choice"},
       {Set(R"(<Property Header="X" Type="number" Default="x" />)"),
-       "set C, A.X: the default does not fit: \"x\" does not fit; a whole number is wanted, "
-       "decimal or with 0x in front."},
-      {Set(R"(<Choice Value="1" />)"), "set C, A: <Choice> is not known here; Property is"},
+       "set C, A.X: Default: Invalid value \"x\"; expected a whole number, decimal or with the "
+       "prefix 0x."},
+      {Set(R"(<Choice Value="1" />)"), "set C, A: <Choice> is not allowed here; expected Property"},
       {Set(R"(<Property Header="X"><Choise /></Property>)"),
-       "set C, A.X: <Choise> is not known here; Choice and Default are"},
+       "set C, A.X: <Choise> is not allowed here; expected Choice or Default"},
       {R"(<Set Header="C"><Part /></Set>)" + Set(""),
-       "set C: <Part> is not known here; Section is"},
-      {"<Sett />" + Set(""), "<Sett> is not known here; Include and Set are"},
+       "set C: <Part> is not allowed here; expected Section"},
+      {"<Sett />" + Set(""), "<Sett> is not allowed here; expected Include or Set"},
       {"<Set />" + Set(""), "set : Set without Header"},
       {"<Include />" + Set(""), "Include without File"},
       {R"(<Include File="projectmanager.config" />)" + Set(""),
-       "includes itself by way of projectmanager.config"},
+       "includes itself via projectmanager.config"},
   };
   for (const auto& [sets, error] : rows) {
     OptionsRig rig(sets);
@@ -86,9 +88,9 @@ TEST(DefinitionFilesTest, ADamagedFileLosesWhatFollowsAndThePropertyInFront) {
     const std::string text = "<OptionSets>" + Set("");
     rig.disk.AddFile("/c/projectmanager.config",
                      text.substr(0, text.find("</Section>")) + "\n" + end);
-    rig.driver.InvokeLong(1, {"", "/c/projectmanager.config"});
+    rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", "/c/projectmanager.config"});
     EXPECT_EQ(rig.Errors(), "/c/projectmanager.config:" + std::string(error) + "\n");
-    EXPECT_EQ(rig.driver.InvokeText(120, {}) + "\n", rig.Errors());
+    EXPECT_EQ(rig.driver.InvokeText(TARN_OPT_GET_DEFINITION_PROBLEM, {}) + "\n", rig.Errors());
     EXPECT_EQ(rig.Get("C", "A", "Good") + rig.Get("C", "A", "Last"), "ok") << error;
   }
 }
@@ -102,7 +104,8 @@ TEST(DefinitionFilesTest, APropertyStartsFromWhatWasSaidOfAllSets) {
     OptionsRig rig(first ? every + own : own + every);
     EXPECT_EQ(rig.Get("C", "A", "P") + rig.Get("H", "A", "P"), "YesNo");
     const std::string type = first ? "Type=\"yesno\"" : "Type=\"text\"";
-    EXPECT_NE(rig.driver.InvokeText(100, {"C"}).find(type), std::string::npos) << first;
+    EXPECT_NE(rig.driver.InvokeText(TARN_OPT_LIST_PROPERTIES, {"C"}).find(type), std::string::npos)
+        << first;
   }
 }
 
@@ -126,15 +129,16 @@ TEST(DefinitionFilesTest, IncludedFilesExtendWhatStandsThere) {
   rig.disk.AddFile("/c/options/b.options", R"(<OptionSets><Include File="a.options" />)" +
                                                Set(R"(<Property Header="Q" Default="q" />)") +
                                                "</OptionSets>");
-  EXPECT_EQ(rig.driver.InvokeLong(1, {"", "/c/projectmanager.config"}), 1);
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", "/c/projectmanager.config"}),
+            1);
   EXPECT_EQ(rig.Get("C", "A", "P") + rig.Get("Cpp", "A", "P") + rig.Get("C", "A", "Q"),
             "latelateq");
   EXPECT_EQ(rig.Display("C", "A", "P"), "No");
   EXPECT_EQ(rig.Errors(),
-            "/c/options/b.options: includes itself by way of a.options\n/c/none: can't be read: "
-            "failed in memory with code 1\n/c/projectmanager.config: set C, A.P: the default does "
-            "not fit: \"late\" does not fit; Yes or No is wanted.\n");
-  EXPECT_EQ(rig.driver.InvokeLong(1, {"", "/c/missing"}), 0);
+            "/c/options/b.options: includes itself via a.options\n/c/none: can't be read: "
+            "failed in memory with code 1\n/c/projectmanager.config: set C, A.P: Default: Invalid "
+            "value \"late\"; expected Yes or No.\n");
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", "/c/missing"}), 0);
   EXPECT_EQ(rig.Get("C", "A", "Q"), "q");
 }
 
@@ -146,7 +150,7 @@ TEST(DefinitionFilesTest, TheWorkedExampleOfTheManualHolds) {
   ASSERT_NE(end, std::string::npos);
   OptionsRig rig;
   rig.disk.AddFile("/c/company.options", text.substr(begin, end - begin));
-  EXPECT_EQ(rig.driver.InvokeLong(1, {"", "/c/company.options"}), 1);
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", "/c/company.options"}), 1);
   EXPECT_EQ(rig.Errors(), "");
   rig.Publish("Application", "demo", "", {});
   rig.Put("Application", "Target", "Device", "atmega1284p");
@@ -160,9 +164,10 @@ TEST(DefinitionFilesTest, TheWorkedExampleOfTheManualHolds) {
 TEST(DefinitionFilesTest, AFileIsReadOnceHoweverManyNodesAskForIt) {
   OptionsRig rig;
   rig.disk.TakeOperations();
-  for (int i = 0; i < 100; ++i) rig.driver.InvokeLong(1, {"C", "/c/projectmanager.config"});
-  rig.driver.InvokeLong(1, {"C", "/c/missing"});
-  rig.driver.InvokeLong(1, {"C", "/c/missing"});
+  for (int i = 0; i < 100; ++i)
+    rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"C", "/c/projectmanager.config"});
+  rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"C", "/c/missing"});
+  rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"C", "/c/missing"});
   EXPECT_EQ(rig.disk.Operations("read"),
             (std::vector<std::string>{"read /c/projectmanager.config", "read /c/missing"}));
 }

@@ -96,13 +96,13 @@ TEST(OptionValuesTest, ACircleGivesNothingAndIsNamed) {
   values.Put("", "A", "B40", "boom");
   std::string error;
   EXPECT_EQ(values.Resolve("$(A.One)", &error), "");
-  EXPECT_EQ(error, "circle: A.One -> A.Two -> C.A.Three -> A.One");
+  EXPECT_EQ(error, "cycle: A.One -> A.Two -> C.A.Three -> A.One");
   EXPECT_EQ(values.Get("", "A", "Two"), "");
   EXPECT_EQ(values.Get("C", "A", "Self"), "");
   EXPECT_EQ(values.Get("", "A", "Beside"), "pqr");
   error.clear();
   EXPECT_LT(values.Resolve("$(A.Bomb)", &error).size(), 200000u);
-  EXPECT_NE(error.find(") leads too far"), std::string::npos) << error;
+  EXPECT_NE(error.find(") expands too far"), std::string::npos) << error;
   std::string nested;
   for (int i = 0; i < 5000; ++i) nested += "$(A.B40?*=";
   EXPECT_EQ(values.Resolve(nested + "x" + std::string(5000, ')')), "");

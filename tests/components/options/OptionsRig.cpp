@@ -1,5 +1,7 @@
 #include "components/options/OptionsRig.h"
 
+#include <tarn/methods.h>
+
 #include "components/values/ValuesText.h"
 
 namespace tarn::options {
@@ -41,23 +43,24 @@ OptionsRig::OptionsRig(const std::string& sets) : manager(disk) {
   disk.AddFile("/c/projectmanager.config",
                "<Config><Types><C /></Types><OptionSets>" + sets + "</OptionSets></Config>");
   driver.AttachDispatch(&manager, false);
-  driver.InvokeLong(23, {"/c/", "/d/", 0, 1});
-  driver.InvokeLong(1, {"", "/c/projectmanager.config"});
+  driver.InvokeLong(TARN_OPT_INIT_OPTIONS, {"/c/", "/d/", 0, 1});
+  driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"", "/c/projectmanager.config"});
 }
 
 std::string OptionsRig::Publish(const char* type, const char* header, const std::string& parentText,
                                 std::initializer_list<std::string> storedOptions,
                                 const char* config) {
   Clear();
-  driver.InvokeHelper(26, {config});
+  driver.InvokeHelper(TARN_OPT_SET_CURRENT_CONFIG, {config});
   if (!parentText.empty()) {
     Read(parentText);
-    driver.InvokeHelper(32, {});
-    driver.InvokeHelper(24, {});
+    driver.InvokeHelper(TARN_OPT_END_PARENT_LEVEL, {});
+    driver.InvokeHelper(TARN_OPT_BEGIN_CHILD_LEVEL, {});
   }
-  driver.InvokeLong(1, {type, "/c/projectmanager.config"});
+  driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {type, "/c/projectmanager.config"});
   Put(type, "General", "Header", header);
-  for (const std::string& options : storedOptions) driver.InvokeLong(30, {config, options});
+  for (const std::string& options : storedOptions)
+    driver.InvokeLong(TARN_OPT_APPLY_OPTIONS, {config, options});
   return Text();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <tarn/methods.h>
+
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -23,28 +25,28 @@ class OptionsRig {
   explicit OptionsRig(const std::string& sets = {});
 
   std::string Get(const char* set, const char* section, const char* property) {
-    return driver.InvokeText(5, {set, section, property});
+    return driver.InvokeText(TARN_OPT_GET_PROPERTY_VALUE, {set, section, property});
   }
   void Put(const char* set, const char* section, const char* property, const std::string& value) {
-    driver.InvokeLong(6, {set, section, property, value});
+    driver.InvokeLong(TARN_OPT_SET_PROPERTY_VALUE, {set, section, property, value});
   }
-  std::string Text() { return driver.InvokeText(22, {"", "", ""}); }
-  void Read(const std::string& text) { driver.InvokeLong(4, {text}); }
-  void Clear() { driver.InvokeHelper(18, {}); }
+  std::string Text() { return driver.InvokeText(TARN_OPT_GET_VALUES_AS_TEXT, {"", "", ""}); }
+  void Read(const std::string& text) { driver.InvokeLong(TARN_OPT_READ_VALUES_FROM_TEXT, {text}); }
+  void Clear() { driver.InvokeHelper(TARN_OPT_CLEAR_VALUES, {}); }
   std::string Origin(const char* set, const char* section, const char* property) {
-    return driver.InvokeText(107, {set, section, property});
+    return driver.InvokeText(TARN_OPT_GET_ORIGIN, {set, section, property});
   }
   std::string ConfigText(const char* config, const char* set, const char* section,
                          const char* property) {
-    return driver.InvokeText(14, {config, set, section, property});
+    return driver.InvokeText(TARN_OPT_GET_CONFIG_TEXT, {config, set, section, property});
   }
-  std::string Errors() { return driver.InvokeText(102, {}); }
+  std::string Errors() { return driver.InvokeText(TARN_OPT_GET_DEFINITION_ERRORS, {}); }
   std::string Display(const char* set, const char* section, const char* property) {
-    return driver.InvokeText(27, {set, section, property});
+    return driver.InvokeText(TARN_OPT_GET_PROPERTY_STRING_VALUE, {set, section, property});
   }
   // Checks a value of the section Compiler.
   std::string Check(const char* property, const char* value) {
-    return driver.InvokeText(101, {"C", "Compiler", property, value});
+    return driver.InvokeText(TARN_OPT_CHECK_VALUE, {"C", "Compiler", property, value});
   }
 
   // Publishes a node as the project model does: the parent's text if there is one, the label, and

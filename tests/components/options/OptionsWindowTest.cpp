@@ -1,3 +1,5 @@
+#include <tarn/methods.h>
+
 #include <gtest/gtest.h>
 
 #include "components/options/OptionsRig.h"
@@ -14,14 +16,14 @@ class OptionsWindowTest : public ::testing::Test {
 
   std::string State(const char* property, const char* attribute) {
     CXmlNode root;
-    root.Load(rig.driver.InvokeText(100, {"C"}), g_xmlParseInfo);
+    root.Load(rig.driver.InvokeText(TARN_OPT_LIST_PROPERTIES, {"C"}), g_xmlParseInfo);
     const CXmlNode* node = root.FindDescendantByAttr("Header", property);
     return node == nullptr ? "missing" : TextOf(node->GetAttrValue(attribute));
   }
   std::int32_t Change(const char* property, const char* value) {
-    return rig.driver.InvokeLong(105, {"", "Compiler", property, value});
+    return rig.driver.InvokeLong(TARN_OPT_SET_CHANGED_PROPERTY, {"", "Compiler", property, value});
   }
-  std::string Changed() { return rig.driver.InvokeText(19, {}); }
+  std::string Changed() { return rig.driver.InvokeText(TARN_OPT_GET_CHANGED_PROPERTY, {}); }
 
   OptionsRig rig;
   std::string text;
@@ -35,39 +37,41 @@ TEST_F(OptionsWindowTest, ListTellsWhatTheWindowNeeds) {
   rig.Put("C", "Compiler", "Optimize", "2");
   rig.Put("C", "Compiler", "Level", "2");
   EXPECT_EQ(State("Debug", "Enabled") + State("Out", "Shown"), "NoYes");
-  rig.driver.InvokeLong(7, {"c", "compiler", "level", 1});
-  rig.driver.InvokeLong(8, {"C", "Compiler", "Optimize", 0});
+  rig.driver.InvokeLong(TARN_OPT_HIDE_PROPERTY, {"c", "compiler", "level", 1});
+  rig.driver.InvokeLong(TARN_OPT_ENABLE_PROPERTY, {"C", "Compiler", "Optimize", 0});
   EXPECT_EQ(State("Level", "Shown") + State("Optimize", "Enabled"), "NoNo");
-  EXPECT_EQ(rig.driver.InvokeLong(112, {}), 2);
-  rig.driver.InvokeLong(7, {"C", "Compiler", "Level", 1});
-  EXPECT_EQ(rig.driver.InvokeLong(112, {}), 2) << "was hidden already";
-  rig.driver.InvokeLong(7, {"C", "Compiler", "Level", 0});
-  rig.driver.InvokeLong(8, {"C", "Compiler", "Optimize", 1});
-  rig.driver.InvokeLong(9, {"C", "Compiler", 1});
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_GET_SWITCH_COUNT, {}), 2);
+  rig.driver.InvokeLong(TARN_OPT_HIDE_PROPERTY, {"C", "Compiler", "Level", 1});
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_GET_SWITCH_COUNT, {}), 2) << "was hidden already";
+  rig.driver.InvokeLong(TARN_OPT_HIDE_PROPERTY, {"C", "Compiler", "Level", 0});
+  rig.driver.InvokeLong(TARN_OPT_ENABLE_PROPERTY, {"C", "Compiler", "Optimize", 1});
+  rig.driver.InvokeLong(TARN_OPT_HIDE_SECTION, {"C", "Compiler", 1});
   EXPECT_EQ(State("Level", "Shown") + State("Exclude", "Shown"), "NoYes");
-  rig.driver.InvokeLong(11, {"C", 1});
+  rig.driver.InvokeLong(TARN_OPT_HIDE_SET, {"C", 1});
   EXPECT_EQ(State("Exclude", "Shown") + State("Optimize", "Enabled"), "NoYes");
 }
 
 TEST_F(OptionsWindowTest, ValuesAreCheckedAgainstTheirType) {
   const char* const rows[][3] = {
       {"Optimize", "S", ""},
-      {"Optimize", "9", "\"9\" does not fit; one of these is wanted: s, 2."},
+      {"Optimize", "9", "Invalid value \"9\"; expected one of: s, 2."},
       {"Debug", "yes", ""},
-      {"Debug", "1", "\"1\" does not fit; Yes or No is wanted."},
+      {"Debug", "1", "Invalid value \"1\"; expected Yes or No."},
       {"Level", "0x0F", ""},
       {"Level", "", ""},
       {"Level", "17",
-       "\"17\" does not fit; a whole number from 1 to 0x10 is wanted, decimal or with 0x in "
-       "front."},
+       "Invalid value \"17\"; expected a whole number from 1 to 0x10, decimal or with the prefix "
+       "0x."},
       {"Level", "0",
-       "\"0\" does not fit; a whole number from 1 to 0x10 is wanted, decimal or with 0x in front."},
+       "Invalid value \"0\"; expected a whole number from 1 to 0x10, decimal or with the prefix "
+       "0x."},
       {"Level", "$(Compiler.Optimize)",
-       "\"s\" does not fit; a whole number from 1 to 0x10 is wanted, decimal or with 0x in front."},
+       "Invalid value \"s\"; expected a whole number from 1 to 0x10, decimal or with the prefix "
+       "0x."},
       {"Count", "99999999999999999999",
-       "\"99999999999999999999\" does not fit; a whole number is wanted, decimal or with 0x in "
-       "front."},
-      {"Out", "a\nb", "A path may not hold a control character."},
+       "Invalid value \"99999999999999999999\"; expected a whole number, decimal or with the "
+       "prefix 0x."},
+      {"Out", "a\nb", "A path must not contain a control character."},
       {"Unknown", "x", ""},
   };
   for (const auto& [property, value, wanted] : rows) {
@@ -98,12 +102,12 @@ TEST_F(OptionsWindowTest, AChangeIsAnsweredUntilTheNextLoadAndNotMadeWhileHeld) 
   EXPECT_EQ(Changed(), "C.Compiler.Level");
   rig.Publish("C", "x.c", "", {});
   EXPECT_EQ(Changed(), "");
-  rig.driver.InvokeHelper(21, {});
-  rig.driver.InvokeHelper(20, {});
+  rig.driver.InvokeHelper(TARN_OPT_END_UPDATE, {});
+  rig.driver.InvokeHelper(TARN_OPT_BEGIN_UPDATE, {});
   EXPECT_EQ(Change("Level", "4"), 0);
-  rig.driver.InvokeHelper(21, {});
+  rig.driver.InvokeHelper(TARN_OPT_END_UPDATE, {});
   EXPECT_EQ(Change("Level", "4"), 1);
-  rig.driver.InvokeHelper(31, {});
+  rig.driver.InvokeHelper(TARN_OPT_PROJECT_CLOSING, {});
   EXPECT_EQ(Changed() + rig.Get("C", "Compiler", "Level"), "");
 }
 
@@ -111,19 +115,19 @@ TEST_F(OptionsWindowTest, UndoBelongsToTheNodeThatWasChanged) {
   Change("Level", "3");
   Change("Level", "4");
   rig.Publish("C", "other.c", "", {});
-  EXPECT_EQ(rig.driver.InvokeText(103, {}), "");
+  EXPECT_EQ(rig.driver.InvokeText(TARN_OPT_UNDO, {}), "");
   rig.Publish("C", "x.c", "", {Stored("Debug", "C", "Compiler", "Level", "4")});
-  EXPECT_EQ(rig.driver.InvokeText(103, {}), "C.Compiler.Level");
+  EXPECT_EQ(rig.driver.InvokeText(TARN_OPT_UNDO, {}), "C.Compiler.Level");
   EXPECT_EQ(rig.Get("C", "Compiler", "Level") + Changed(), "3C.Compiler.Level");
-  rig.driver.InvokeText(103, {});
+  rig.driver.InvokeText(TARN_OPT_UNDO, {});
   EXPECT_EQ(rig.Origin("C", "Compiler", "Level"), "definition");
-  EXPECT_EQ(rig.driver.InvokeText(103, {}), "");
-  rig.driver.InvokeText(104, {});
+  EXPECT_EQ(rig.driver.InvokeText(TARN_OPT_UNDO, {}), "");
+  rig.driver.InvokeText(TARN_OPT_REDO, {});
   EXPECT_EQ(rig.Get("C", "Compiler", "Level"), "3");
   Change("Level", "5");
-  EXPECT_EQ(rig.driver.InvokeText(104, {}), "");
-  rig.driver.InvokeHelper(31, {});
-  EXPECT_EQ(rig.driver.InvokeText(103, {}), "");
+  EXPECT_EQ(rig.driver.InvokeText(TARN_OPT_REDO, {}), "");
+  rig.driver.InvokeHelper(TARN_OPT_PROJECT_CLOSING, {});
+  EXPECT_EQ(rig.driver.InvokeText(TARN_OPT_UNDO, {}), "");
 }
 
 TEST_F(OptionsWindowTest, NodesOfOneNameInTwoPlacesAndConfigurationsHaveUndoOfTheirOwn) {
@@ -133,12 +137,12 @@ TEST_F(OptionsWindowTest, NodesOfOneNameInTwoPlacesAndConfigurationsHaveUndoOfTh
   const std::string tests = rig.Publish("Group", "tests", one, {});
   const auto next = [this](const std::string& parent, const char* type, const char* config) {
     rig.Publish(type, "x.c", parent, {}, config);
-    return rig.driver.InvokeText(110, {});
+    return rig.driver.InvokeText(TARN_OPT_GET_UNDO_PROPERTY, {});
   };
   next(one, "C", "Debug");
   Change("Level", "3");
   next(drivers, "Group", "Debug");
-  rig.driver.InvokeLong(105, {"C", "Compiler", "Level", "4"});
+  rig.driver.InvokeLong(TARN_OPT_SET_CHANGED_PROPERTY, {"C", "Compiler", "Level", "4"});
   EXPECT_EQ(next(one, "C", "debug"), "C.Compiler.Level");
   EXPECT_EQ(next(one, "C", "Release"), "");
   EXPECT_EQ(next(other, "C", "Debug"), "");
@@ -149,36 +153,39 @@ TEST_F(OptionsWindowTest, NodesOfOneNameInTwoPlacesAndConfigurationsHaveUndoOfTh
 
 TEST_F(OptionsWindowTest, AResetIsAChangeThatCanBeUndone) {
   const auto next = [this] {
-    return rig.driver.InvokeText(110, {}) + "|" + rig.driver.InvokeText(111, {});
+    return rig.driver.InvokeText(TARN_OPT_GET_UNDO_PROPERTY, {}) + "|" +
+           rig.driver.InvokeText(TARN_OPT_GET_REDO_PROPERTY, {});
   };
   EXPECT_EQ(next(), "|");
   Change("Level", "3");
-  EXPECT_EQ(rig.driver.InvokeLong(109, {"", "Compiler", "Level"}), 1);
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_RESET_CHANGED_PROPERTY, {"", "Compiler", "Level"}), 1);
   EXPECT_EQ(rig.Origin("C", "Compiler", "Level") + Changed(), "definitionC.Compiler.Level");
-  rig.driver.InvokeText(103, {});
+  rig.driver.InvokeText(TARN_OPT_UNDO, {});
   EXPECT_EQ(rig.Get("C", "Compiler", "Level"), "3");
   EXPECT_EQ(next(), "C.Compiler.Level|C.Compiler.Level");
-  rig.driver.InvokeText(104, {});
+  rig.driver.InvokeText(TARN_OPT_REDO, {});
   EXPECT_EQ(rig.Origin("C", "Compiler", "Level"), "definition");
   EXPECT_EQ(next(), "C.Compiler.Level|");
-  rig.driver.InvokeHelper(20, {});
-  EXPECT_EQ(rig.driver.InvokeLong(109, {"", "Compiler", "Level"}), 0);
+  rig.driver.InvokeHelper(TARN_OPT_BEGIN_UPDATE, {});
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_RESET_CHANGED_PROPERTY, {"", "Compiler", "Level"}), 0);
 }
 
 TEST_F(OptionsWindowTest, ViewStateAndNewNameAreKeptOverALoad) {
-  rig.driver.InvokeHelper(29, {"open;<x> \xA7"});
-  rig.driver.InvokeHelper(106, {"Size"});
+  rig.driver.InvokeHelper(TARN_OPT_SET_PROP_STATE, {"open;<x> \xA7"});
+  rig.driver.InvokeHelper(TARN_OPT_SET_NEW_CONFIG_NAME, {"Size"});
   rig.Publish("C", "y.c", "", {});
-  EXPECT_EQ(rig.driver.InvokeText(28, {}), "open;<x> \xA7");
-  EXPECT_EQ(rig.driver.InvokeText(25, {}) + rig.driver.InvokeText(25, {}), "SizeSize");
+  EXPECT_EQ(rig.driver.InvokeText(TARN_OPT_GET_PROP_STATE, {}), "open;<x> \xA7");
+  EXPECT_EQ(rig.driver.InvokeText(TARN_OPT_GET_NEW_CONFIG_NAME, {}) +
+                rig.driver.InvokeText(TARN_OPT_GET_NEW_CONFIG_NAME, {}),
+            "SizeSize");
 }
 
 TEST_F(OptionsWindowTest, TheWindowStandsOnceAHostHasAskedForIt) {
-  EXPECT_EQ(rig.driver.InvokeLong(15, {0}), 0);
-  const std::int32_t handle = rig.driver.InvokeLong(17, {});
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_SHOW_OPTIONS, {0}), 0);
+  const std::int32_t handle = rig.driver.InvokeLong(TARN_OPT_GET_PROPERTY_WINDOW, {});
   EXPECT_TRUE(IsWindow(handle));
-  EXPECT_EQ(rig.driver.InvokeLong(17, {}), handle);
-  EXPECT_EQ(rig.driver.InvokeLong(15, {0}), 1);
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_GET_PROPERTY_WINDOW, {}), handle);
+  EXPECT_EQ(rig.driver.InvokeLong(TARN_OPT_SHOW_OPTIONS, {0}), 1);
 }
 
 // The window as used by a toolkit, and the frame that receives its commands.
@@ -221,8 +228,8 @@ TEST_F(OptionsWndTest, ValuesAreTypedAndTakenAwayByTheCommandsOfTheirOptions) {
   EXPECT_EQ(RowOf("Out"), -1) << "is hidden";
   Type("Level", "$(Compiler.Optimize)");
   EXPECT_EQ(window.GetNote(),
-            "\"s\" does not fit; a whole number from 1 to 0x10 is wanted, decimal "
-            "or with 0x in front.");
+            "Invalid value \"s\"; expected a whole number from 1 to 0x10, decimal or with the "
+            "prefix 0x.");
   EXPECT_EQ(Shown("Level") + commands, "|default");
   Type("Level", "2");
   Type("Debug", "Yes");
@@ -239,13 +246,13 @@ TEST_F(OptionsWndTest, ValuesAreTypedAndTakenAwayByTheCommandsOfTheirOptions) {
   window.GetReport().NotifyKey({kKeyDelete});
   MessageLoop::ForCurrentThread()->Pump();
   EXPECT_EQ(commands, "33050 ") << "one of them can't be taken away";
-  rig.driver.InvokeHelper(20, {});
+  rig.driver.InvokeHelper(TARN_OPT_BEGIN_UPDATE, {});
   rig.Put("C", "Compiler", "Count", "7");
   window.Refill();
   Type("Count", "1");
   EXPECT_EQ(Shown("Count"), "|default");
   EXPECT_EQ(window.GetNote(), "Options can't be changed now.");
-  rig.driver.InvokeHelper(21, {});
+  rig.driver.InvokeHelper(TARN_OPT_END_UPDATE, {});
   window.Refill();
   EXPECT_EQ(Shown("Count"), "7|set here");
 }

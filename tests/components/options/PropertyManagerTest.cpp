@@ -1,3 +1,5 @@
+#include <tarn/methods.h>
+
 #include <gtest/gtest.h>
 
 #include "components/options/OptionsRig.h"
@@ -53,11 +55,11 @@ TEST(PropertyManagerTest, ParentsPublishedJustBeforeGiveTheSameAsCachedOnes) {
   const std::string applicationText = rig.Publish("Application", "demo", "", {application});
   const std::string cached = rig.Publish("C", "x.c", applicationText, {application});
   rig.Publish("Application", "demo", "", {application});
-  rig.driver.InvokeHelper(32, {});
-  rig.driver.InvokeHelper(24, {});
-  rig.driver.InvokeLong(1, {"C", "/c/projectmanager.config"});
+  rig.driver.InvokeHelper(TARN_OPT_END_PARENT_LEVEL, {});
+  rig.driver.InvokeHelper(TARN_OPT_BEGIN_CHILD_LEVEL, {});
+  rig.driver.InvokeLong(TARN_OPT_READ_DEFS_FROM_FILE, {"C", "/c/projectmanager.config"});
   rig.Put("C", "General", "Header", "x.c");
-  rig.driver.InvokeLong(30, {"Debug", application});
+  rig.driver.InvokeLong(TARN_OPT_APPLY_OPTIONS, {"Debug", application});
   EXPECT_EQ(rig.Get("C", "Build", "OutputFile"), "Debug/x.c.ihx");
   EXPECT_EQ(rig.Get("Application", "General", "Header"), "demo");
   EXPECT_EQ(rig.Text(), cached);
@@ -195,7 +197,7 @@ TEST(PropertyManagerTest, ConfigurationFileAddsWhatIsAskedFor) {
   rig.disk.AddFile("/p/other.xml", "<Something/>");
   rig.Publish("C", "x.c", "", {});
   const auto read = [&](const char* config, const char* property, const char* file) {
-    return rig.driver.InvokeLong(2, {config, "", "", property, file});
+    return rig.driver.InvokeLong(TARN_OPT_READ_CONFIG_FROM_FILE, {config, "", "", property, file});
   };
   EXPECT_EQ(read("Release", "", "/p/values.xml") + read("", "Two", "/p/values.xml"), 2);
   EXPECT_EQ(rig.Get("C", "A", "One"), "");
@@ -210,9 +212,9 @@ TEST(PropertyManagerTest, CirclesAreToldOnce) {
   rig.Put("C", "A", "One", "1$(A.Two)");
   rig.Put("C", "A", "Two", "2$(A.One)");
   for (int i = 0; i < 3; ++i) EXPECT_EQ(rig.Get("C", "A", "One"), "");
-  EXPECT_EQ(rig.Errors(), "C.A.One: circle: the value itself -> A.Two -> A.One\n");
+  EXPECT_EQ(rig.Errors(), "C.A.One: cycle: the value itself -> A.Two -> A.One\n");
   EXPECT_EQ(rig.Check("Include", "x$(Compiler.Include)"),
-            "The value can't be resolved: circle: the value itself -> Compiler.Include.");
+            "The value can't be resolved: cycle: the value itself -> Compiler.Include.");
 }
 
 TEST(PropertyManagerTest, ConfigurationsAreThoseOfTheNodesApplication) {
@@ -221,12 +223,12 @@ TEST(PropertyManagerTest, ConfigurationsAreThoseOfTheNodesApplication) {
   rig.Read(
       "\r\n<ProjectsConfigs>\r\n\t<Configs>\r\n\t\t<Config Header=\"Debug\" />\r\n"
       "<Config Header=\"Size\" /></Configs></ProjectsConfigs>");
-  rig.driver.InvokeHelper(26, {"Size"});
-  EXPECT_EQ(rig.driver.InvokeText(108, {}), "Debug\nSize\n");
+  rig.driver.InvokeHelper(TARN_OPT_SET_CURRENT_CONFIG, {"Size"});
+  EXPECT_EQ(rig.driver.InvokeText(TARN_OPT_LIST_CONFIGURATIONS, {}), "Debug\nSize\n");
   EXPECT_EQ(rig.Get("", "Config", "Name"), "Size");
   rig.Clear();
-  rig.driver.InvokeHelper(26, {""});
-  EXPECT_EQ(rig.driver.InvokeText(108, {}), "");
+  rig.driver.InvokeHelper(TARN_OPT_SET_CURRENT_CONFIG, {""});
+  EXPECT_EQ(rig.driver.InvokeText(TARN_OPT_LIST_CONFIGURATIONS, {}), "");
   EXPECT_EQ(rig.Get("", "Config", "Name"), "Standard");
 }
 

@@ -16,7 +16,7 @@ std::string ErrorsOf(const std::string& text) {
 
 TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
   const std::pair<const char*, const char*> rows[] = {
-      {R"(<Tool Name="t"/>)", "t: there is no Step"},
+      {R"(<Tool Name="t"/>)", "t: a tool has no Step"},
       {R"(<Tool><Step Program="p"/></Tool>)", ": a tool has no Name"},
       {R"(<Tool Name="t"><Step/></Tool>)", "t: a Step has no Program"},
       {R"(<Tool Name="t"><Step Program="p"><Arg Vv="x"/></Step></Tool>)",
@@ -26,7 +26,7 @@ TEST(Definition, AMistakeIsNamedAndLeavesOnlyItsToolOut) {
       {R"~(<Tool Name="t"><Step Program="p"><Arg V="$(Fil)"/></Step></Tool>)~",
        "t: unknown name $(Fil)"},
       {R"(<Tool Name="t" Output="$(Build.Out"><Step Program="p"/></Tool>)",
-       "t: a macro has no end: $(Build.Out"},
+       "t: unterminated macro: $(Build.Out"},
       {R"~(<Tool Name="t" Messages="fine"><Step Program="p"/><Line Template="a{SPECMESSAGE})"/></Tool>)~",
        "t: a{SPECMESSAGE}): unmatched ()"},
       {R"(<Tool Name="t"><Step Program="p"/><Line Template="a" Kind="Note"/></Tool>)",
@@ -91,15 +91,12 @@ TEST(Definition, MessagesThatAreNowhereAreToldOnceForAllToolsThatNameThem) {
                             R"(<Tool Name="d" Messages="fine gcc"><Step Program="p"/></Tool></T>)";
   EXPECT_EQ(
       ErrorsOf(tools),
-      "t.tools: c: there is no Step\n"
-      "no Messages are known by the name gcc (there is no messages.tools), so tools are left "
-      "out: a, d\n"
-      "no Messages are known by the name lint (there is no messages.tools), so tools are left "
-      "out: b\n0 tools");
+      "t.tools: c: a tool has no Step\n"
+      "no Messages are named gcc (there is no messages.tools), so tools are skipped: a, d\n"
+      "no Messages are named lint (there is no messages.tools), so tools are skipped: b\n0 tools");
   const ReadDefinitions read =
       ReadDefinitionFiles({{"t.tools", tools}, {"messages.tools", "<T/>"}});
-  EXPECT_EQ(read.errors.at(1),
-            "no Messages are known by the name gcc, so tools are left out: a, d");
+  EXPECT_EQ(read.errors.at(1), "no Messages are named gcc, so tools are skipped: a, d");
 }
 
 TEST(Definition, LaterFilesReplaceToolsAndEveryExtensionIsServed) {
@@ -116,7 +113,8 @@ TEST(Definition, LaterFilesReplaceToolsAndEveryExtensionIsServed) {
   EXPECT_EQ(set->ToolsForExtension(".C"), "<Tools><Tool Header=\"one\" Title=\"First\"/></Tools>");
   EXPECT_EQ(set->ToolsForExtension(".s"), "<Tools><Tool Header=\"TWO\" Title=\"\"/></Tools>");
   EXPECT_EQ(set->ToolsForExtension(""), "<Tools/>");
-  EXPECT_EQ(set->Errors(), std::vector<std::string>{"TWO: is defined twice, the later one counts"});
+  EXPECT_EQ(set->Errors(),
+            std::vector<std::string>{"TWO: is defined twice; the later definition applies"});
   EXPECT_EQ(set->ListText(),
             "<Tools><Tool Header=\"one\" Title=\"First\"><Extension Header=\".c\"/><Extension "
             "Header=\".h\"/><Program Header=\"p\" Optional=\"No\"/><Makes Header=\"$(A.B)\"/>"

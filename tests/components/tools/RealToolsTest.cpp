@@ -147,7 +147,7 @@ TEST_F(RealTools, SdccErrorsOfAllThreeToolsAreSeen) {
           "Contain=\"sdcc ended with exit code 1\""});
   // A name that sdcc's shell would take for a command is rejected before the tool starts.
   EXPECT_FALSE(Run("sdcc-mcs51.c", {"x$(touch hacked).c"}, "out/x.rel"));
-  Expect({"sdcc can't work with blanks or special characters: x$(touch hacked).c"});
+  Expect({"sdcc can't handle spaces or special characters: x$(touch hacked).c"});
   EXPECT_FALSE(Exists("hacked"));
 }
 

@@ -31,7 +31,7 @@ TEST(RuleFile, EveryDependencyIsFoundOnceWithoutItsEscapesAndACutTextIsNoticed) 
       {"cut after a continued line", "a.o: b.c \\\n", "b.c|", cut},
       {"cut inside a line end", "a.o: b.c \\\r", "b.c|\\|", cut},
       {"empty", "", "", "is empty"},
-      {"zeros of a lost block", std::string("a.o: a.c\n\0\0", 11), "a.c|", "holds binary data"},
+      {"zeros of a lost block", std::string("a.o: a.c\n\0\0", 11), "a.c|", "contains binary data"},
   };
   for (const auto& [name, text, expected, problem] : rows) {
     std::string found;

@@ -130,11 +130,11 @@ TEST(ToolManager, EveryFailureIsAnErrorInTheMessagesAndLeavesNoRecord) {
       {"cc", kMissing, "0 avr-gcc\n2 avr-gcc was not found. Get it.\n"},
       {"cc", Ends(0), "* avr-gcc\n2 cc ended without an error, but left no file /p/o/a.o\n"},
       {"launched", kMissing,
-       "0 nocache avr-gcc\n2 nocache was not found. It was to launch avr-gcc; the option "
-       "Build.Launcher or the variable TARN_LAUNCHER names it\n"},
+       "0 nocache avr-gcc\n2 nocache was not found. It is meant to launch avr-gcc; the option "
+       "Build.Launcher or the variable TARN_LAUNCHER specifies it\n"},
       {"link", Ends(1), "0 ld\n2 ld ended with exit code 1\n"},
-      {"nothing", {}, "2 there is no tool with the name nothing in /app/config/tools\n"},
-      {"/x/none", {}, "2 there is no tool with the name /x/none in /app/config/tools\n"},
+      {"nothing", {}, "2 unknown tool nothing in /app/config/tools\n"},
+      {"/x/none", {}, "2 unknown tool /x/none in /app/config/tools\n"},
   };
   for (const auto& row : rows) {
     ToolManagerFixture tools(kDefinitions);
@@ -187,7 +187,7 @@ TEST(ToolManager, AFolderThatCannotBeMadeIsToldBeforeAnythingRuns) {
   tools.disk.AddFile("/p/o", "a file in the way");
   EXPECT_FALSE(tools.Run("cc", "\"/p/a.c\""));
   EXPECT_EQ(StartedLines(tools.launcher), "");
-  EXPECT_NE(tools.Messages().find("the folder /p/o can't be made"), std::string::npos);
+  EXPECT_NE(tools.Messages().find("the folder /p/o can't be created"), std::string::npos);
 }
 
 TEST(ToolManager, AProgramPathRunsAsAToolAndANullMessageFileIsLegal) {
@@ -230,7 +230,7 @@ TEST(ToolManager, HostileOutputGivesABoundedReadableFile) {
   tools.launcher.Queue(program);
   EXPECT_TRUE(tools.Run("plain", ""));
   EXPECT_LT(tools.Messages().size(), 4u << 20);
-  EXPECT_NE(Summary(tools.Messages()).find("0 x\n0 10004 more lines, left out here\n0 x\n"),
+  EXPECT_NE(Summary(tools.Messages()).find("0 x\n0 10004 more lines, omitted here\n0 x\n"),
             std::string::npos);
 }
 
@@ -246,7 +246,7 @@ TEST(ToolManager, WhatComesAfterEndlessTalkIsStillReportedAndCounted) {
   const std::string talk = Repeated("x\n", 2 * kLines);
   const std::string error = "a.c:1:2: error: bad\n";
   const std::string warning = "a.c:1:2: warning: odd\n";
-  const std::string gap = "0 x\n0 " + std::to_string(kLines + 1) + " more lines, left out here\n";
+  const std::string gap = "0 x\n0 " + std::to_string(kLines + 1) + " more lines, omitted here\n";
   const struct {
     const char* name;
     std::string output;
@@ -259,9 +259,9 @@ TEST(ToolManager, WhatComesAfterEndlessTalkIsStillReportedAndCounted) {
       {"errors", talk + Repeated(error, 1200), 1, gap, "0 x\n" + Repeated("2 " + error, 1200)},
       {"more than are retained",
        Repeated(error + warning, MessageLog::kMaxProblems) + error + error, 1,
-       "0 p\n2 " + error + "1 " + warning, "2 2 more errors, left out here x2\n"},
+       "0 p\n2 " + error + "1 " + warning, "2 2 more errors, omitted here x2\n"},
       {"more warnings", Repeated(warning, MessageLog::kMaxProblems + 1), 0, "",
-       "1 1 more warning, left out here\n"},
+       "1 1 more warning, omitted here\n"},
       {"a failure without a reason", talk + Repeated("y\n", 30) + "last", 7, gap.substr(0, 4),
        "0 y\n" + Repeated("* y\n", 19) + "* last\n2 p ended with exit code 7\n"},
   };
@@ -288,7 +288,7 @@ TEST(ToolManager, ManyRunsTogetherRetainNoMoreThanABuildMay) {
   EXPECT_EQ(ending(), whole);
   for (std::size_t i = 1; i < MessageLog::kMaxOfBuild / MessageLog::kMaxProblems; ++i) ending();
   const std::string left = std::to_string(MessageLog::kMaxProblems - MessageLog::kLeast);
-  EXPECT_EQ(ending(), "1 " + left + " more warnings, left out here x" + left + "\n");
+  EXPECT_EQ(ending(), "1 " + left + " more warnings, omitted here x" + left + "\n");
   tools.manager->RefreshTools();
   EXPECT_EQ(ending(), whole) << "another build";
 }

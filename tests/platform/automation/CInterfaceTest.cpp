@@ -108,7 +108,7 @@ TEST_F(CInterface, WhatCannotBeCalledSaysWhy) {
       {[&] { return tarn->GetId(object, "Joi", &id); }, "2, no method named \"Joi\", -1"},
       {[&] { return tarn->CreateObject("Nowhere.Class", &none); }, "7, Nowhere.Class: "},
       {[&] { return tarn->FindRunningObject(kClass, &none); },
-       "1, no object of CInterfaceTest.Object runs, -1"},
+       "1, no object of CInterfaceTest.Object is running, -1"},
       {[&] { return tarn->Invoke(nullptr, 1, nullptr, 0, &result); }, "1, no object was given, -1"},
       {[&] { return tarn->InvokeByName(nullptr, "Self", nullptr, 0, &result); },
        "1, no object was given, -1"},

@@ -20,9 +20,9 @@ TEST(DispatchDriver, ACallThatFailsGivesTheZeroOfItsType) {
   EXPECT_EQ(driver.InvokeText(1, {"x", 3}), "'x'+3");
   EXPECT_EQ(driver.LastResult().status, DispatchStatus::Ok);
   EXPECT_EQ(driver.InvokeLong(1, {"x", 3}), 0);
-  EXPECT_EQ(driver.LastResult().text, "the answer of method 1 is not a number");
+  EXPECT_EQ(driver.LastResult().text, "the result of method 1 is not a number");
   EXPECT_EQ(driver.InvokeText(2, {1}), "");
-  EXPECT_EQ(driver.LastResult().text, "the answer of method 2 is not a text");
+  EXPECT_EQ(driver.LastResult().text, "the result of method 2 is not a string");
   EXPECT_EQ(driver.InvokeLong(7, {1}), 0);
   EXPECT_EQ(driver.LastResult().status, DispatchStatus::NotImplemented);
   EXPECT_EQ(driver.InvokeLong(5, {}), 0);  // an empty result is not an error

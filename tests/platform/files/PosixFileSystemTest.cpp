@@ -71,17 +71,20 @@ TEST_F(PosixFileSystemTest, EveryLastingWriteRemovesWhatKilledWritesLeft) {
   }
   others.push_back(*files.ReserveName(scratch.Path(), ".tarn-"));
   for (const auto& row : rows) {
-    if (const pid_t child = fork(); child == 0) {
+    const pid_t child = fork();
+    if (child == 0) {
       (void)files.ReserveName(scratch.Path(), ".tarn-");
       _exit(0);
-    } else {
-      ASSERT_EQ(waitpid(child, nullptr, 0), child);
     }
+    // The process has ended, but its parent has not waited for it.
+    siginfo_t ended{};
+    ASSERT_EQ(waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOWAIT), 0);
     ASSERT_EQ(files.ListFolder(scratch.Path())->size(), others.size() + 2);
     ASSERT_TRUE(row.write(scratch / "to")) << row.name;
     EXPECT_EQ(files.ListFolder(scratch.Path())->size(), others.size() + (row.removes ? 2 : 3))
         << row.name;
     for (const std::string& each : others) EXPECT_TRUE(files.Exists(each)) << each;
+    ASSERT_EQ(waitpid(child, nullptr, 0), child);
     ASSERT_TRUE(files.RemoveFile(scratch / "to"));
   }
 }
@@ -124,7 +127,7 @@ TEST_F(PosixFileSystemTest, ReplacingKeepsModeAndLinks) {
   EXPECT_EQ(ModeOf(scratch / "script"), 0751U);
   EXPECT_TRUE(std::filesystem::is_symlink(scratch / "links/two"));
   EXPECT_EQ(files.ReadWholeFile(scratch / "links/dangling").GetError().text,
-            "a link that leads nowhere");
+            "a link to a missing file");
   EXPECT_TRUE(files.WriteWholeFile(scratch / "links/dangling", "made"));
   EXPECT_EQ(*files.ReadWholeFile(scratch / "new"), "made");
   EXPECT_EQ(files.WriteWholeFile(scratch / "links/loop", "x").GetError().code,

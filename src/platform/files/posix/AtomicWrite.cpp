@@ -158,6 +158,19 @@ std::string FolderToOpen(const std::string& name) {
   return folder.empty() ? "." : folder;
 }
 
+// Returns false for a process that has ended, also if its parent has not waited for it yet: that
+// may take long, but the process no longer writes.
+bool IsRunning(pid_t id) {
+  if (id <= 0 || (kill(id, 0) != 0 && errno == ESRCH)) return false;
+  std::ifstream file("/proc/" + std::to_string(id) + "/stat");
+  std::string status;
+  std::getline(file, status);
+  // The state follows the name, which may contain any character.
+  const std::size_t state = status.rfind(") ");
+  if (state == status.npos || state + 2 >= status.size()) return true;
+  return status[state + 2] != 'Z' && status[state + 2] != 'X';
+}
+
 // Returns whether a temporary file with these digits no longer belongs to a running process. For a
 // file from another system, or from before a reboot, only its age counts: the time of the last
 // status change, since a file that got a second name may have been written long ago.
@@ -166,7 +179,7 @@ bool IsAbandoned(std::string_view digits, const struct stat& info) {
   if (!digits.starts_with(MachineDigits())) return isOld;
   const std::string process(digits.substr(kMachineDigits, kProcessDigits));
   const auto id = static_cast<pid_t>(std::strtol(process.c_str(), nullptr, 16));
-  return isOld || id <= 0 || (kill(id, 0) != 0 && errno == ESRCH);
+  return isOld || !IsRunning(id);
 }
 
 // Removes temporary files that killed processes have left in the folder. Errors are ignored: the

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <string_view>
 
 #include "platform/files/posix/AtomicWrite.h"
@@ -60,6 +61,15 @@ void WriteOwner(int file, LockPurpose purpose) {
   (void)(pwrite(file, (owner + "\n").data(), kOwnerLength, OwnerPlace(purpose)) > 0);
 }
 
+// A link would let the author of a project choose which file is created or locked.
+Error OpenErrorOf(int number, const std::string& name) {
+  std::error_code failure;
+  const std::filesystem::path target = std::filesystem::read_symlink(name, failure);
+  if (failure) return ErrorOf(number, name);
+  return {ErrorCode::NotAFile,
+          "it is a symbolic link to " + target.string() + ", which is not followed", name};
+}
+
 // The file may have been removed or replaced between open() and the lock.
 bool IsStillNamed(const std::string& name, int file) {
   struct stat ours {};
@@ -77,7 +87,12 @@ Result<std::unique_ptr<FileLock>> TryLockFile(const std::string& name, LockPurpo
     Descriptor file(Retry([&] {
       return open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666);
     }));
-    if (!file) return ErrorOf(errno, name);
+    if (!file) return OpenErrorOf(errno, name);
+    struct stat status {};
+    if (fstat(file.Get(), &status) != 0) return ErrorOf(errno, name);
+    if (!S_ISREG(status.st_mode)) {
+      return ErrorOf(ErrorCode::NotAFile, "not a regular file", name);
+    }
     struct flock range {};
     range.l_type = F_WRLCK;
     range.l_whence = SEEK_SET;

@@ -80,8 +80,9 @@ bool NameLookup::IsPlain(std::string_view path) {
 }
 
 Result<std::string> NameLookup::ToNative(const std::string& path) {
-  if (path.empty() || std::any_of(path.begin(), path.end(), IsControl)) {
-    return ErrorOf(ErrorCode::InvalidName, "not a name of this machine", path);
+  if (path.empty()) return ErrorOf(ErrorCode::InvalidName, "the name is empty", path);
+  if (std::any_of(path.begin(), path.end(), IsControl)) {
+    return ErrorOf(ErrorCode::InvalidName, "a name with a control character cannot be used", path);
   }
   if (IsNetworkPath(path)) {
     if (path[0] == kSeparator) return ReplaceAll(path, "\\", "/");
@@ -109,7 +110,7 @@ Error NameLookup::Missing(const std::string& path) {
   struct stat info {};
   const Result<std::string> native = ToNative(path);
   if (native && lstat(native->c_str(), &info) == 0 && S_ISLNK(info.st_mode)) {
-    return ErrorOf(ErrorCode::NotFound, "a link that leads nowhere", path);
+    return ErrorOf(ErrorCode::NotFound, "a link to a missing file", path);
   }
   return ErrorOf(ENOENT, path);
 }

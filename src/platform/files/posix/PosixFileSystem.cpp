@@ -80,14 +80,14 @@ bool IsFolderEntry(const std::string& folder, const dirent& entry) {
 PosixFileSystem::PosixFileSystem(posix::NameLookup::DriveLoader loadDrives)
     : names(std::move(loadDrives)) {}
 
-bool PosixFileSystem::Exists(const std::string& path) {
+Result<bool> PosixFileSystem::CheckExists(const std::string& path) {
   struct stat info {};
   const Result<int> found =
       names.Try(path, [&info](const char* name) { return stat(name, &info); });
   if (found) return true;
-  // If its status cannot be determined, the name must not be considered free.
-  const ErrorCode code = found.GetError().code;
-  return code != ErrorCode::NotFound && code != ErrorCode::InvalidName;
+  const Error& error = found.GetError();
+  if (error.code == ErrorCode::NotFound || error.code == ErrorCode::InvalidName) return false;
+  return ErrorOf(ErrorCode::Io, error.text, path);
 }
 
 bool PosixFileSystem::IsFolder(const std::string& path) {

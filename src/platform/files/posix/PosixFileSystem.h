@@ -12,7 +12,7 @@ class PosixFileSystem : public FileSystem {
   // drive.
   explicit PosixFileSystem(posix::NameLookup::DriveLoader loadDrives = {});
 
-  bool Exists(const std::string& path) override;
+  Result<bool> CheckExists(const std::string& path) override;
   bool IsFolder(const std::string& path) override;
   std::string NameOnDisk(const std::string& path) override;
   std::vector<std::string> SimilarNames(const std::string& path) override;

@@ -40,7 +40,7 @@ bool IsCut(const std::string& path) {
 
 Result<void*> FindModuleEntry(const std::string& libraryPath, const char* name) {
   if (IsCut(libraryPath)) {
-    return Error{ErrorCode::NotFound, libraryPath + ": the file is cut short", libraryPath};
+    return Error{ErrorCode::NotFound, libraryPath + ": the file is truncated", libraryPath};
   }
   // Reference-counted by the loader: an already loaded library is not loaded again.
   void* library = dlopen(libraryPath.c_str(), RTLD_NOW | RTLD_LOCAL);

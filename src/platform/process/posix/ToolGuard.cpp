@@ -190,7 +190,7 @@ int main(int count, char** words) {
   const bool mayOutlive = count > 1 && std::strcmp(words[1], kOutlive) == 0;
   char** const tool = words + (mayOutlive ? 2 : 1);
   if (words + count < tool + 2) {
-    std::fputs("tarn-guard starts tools for Tarn and is of no use by itself.\n", stderr);
+    std::fputs("tarn-guard starts tools for Tarn and is not meant to be run by itself.\n", stderr);
     return 2;
   }
   fcntl(kChannel, F_SETFD, FD_CLOEXEC);
